@@ -1,0 +1,25 @@
+# What every target of the project shares: language level, output folders, run paths, warnings.
+
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
+set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
+set(CMAKE_INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR};$ORIGIN")
+
+option(CIMHTTP_WERROR "Treat warnings as errors" ON)
+add_library(cimhttp_warnings INTERFACE)
+target_compile_options(cimhttp_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+                                                  $<$<BOOL:${CIMHTTP_WERROR}>:-Werror>)
+
+set(CIMHTTP_SANITIZE "" CACHE STRING "Sanitizers to build with, as for -fsanitize=")
+if(CIMHTTP_SANITIZE)
+  add_compile_options(-fsanitize=${CIMHTTP_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  add_link_options(-fsanitize=${CIMHTTP_SANITIZE})
+endif()
+
+find_package(Threads REQUIRED)
