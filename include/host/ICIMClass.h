@@ -1,0 +1,112 @@
+#pragma once
+
+#include <boost/function.hpp>
+#include <boost/shared_ptr.hpp>
+
+#include <string>
+
+#include "host/ICIMElement.h"
+#include "host/ICIMNamedElement.h"
+#include "host/TCIMContext.h"
+#include "host/TCIMValue.h"
+
+namespace NQORVYX20 {
+
+class ICIMInstance;
+class ICIMMethodDecl;
+class ICIMNamespace;
+class ICIMProperty;
+class ICIMPropertyDecl;
+
+/// A class of a namespace. Names are matched without regard to case.
+class ICIMClass : public ICIMElement, public ICIMNamedElement {
+  public:
+    /// Enters the class into the namespace that it was allocated for and links it under its superclass.
+    virtual void AddToNamespace(TCIMContext context) = 0;
+    virtual void RemoveFromNamespace(TCIMContext context) = 0;
+    virtual void ModifyClass(boost::shared_ptr<ICIMClass> values, TCIMContext context) = 0;
+    virtual const std::string& GetName(TCIMContext context) const = 0;
+    virtual boost::shared_ptr<ICIMNamespace> GetNamespace(TCIMContext context) const = 0;
+    virtual bool IsAssociation(TCIMContext context) const = 0;
+    virtual bool IsAbstract(TCIMContext context) const = 0;
+    virtual bool IsRootClass(TCIMContext context) const = 0;
+    virtual boost::shared_ptr<ICIMClass> GetSuperClass(TCIMContext context) const = 0;
+
+    /// Calls back once per direct subclass, or per class of the whole subtree, until the callback returns false.
+    virtual void EnumerateSubClasses(const boost::function<bool(boost::shared_ptr<ICIMClass>)>& callback, bool deep,
+                                     TCIMContext context) = 0;
+
+    /// True for the class itself and for every class above it but the root.
+    virtual bool IsSubclassOf(boost::shared_ptr<ICIMClass const> other, TCIMContext context) const = 0;
+    virtual void EnumerateAssociatedClasses(const boost::function<bool(boost::shared_ptr<ICIMClass>)>& callback,
+                                            const std::string& assocClass, const std::string& resultClass,
+                                            const std::string& role, const std::string& resultRole,
+                                            TCIMContext context) = 0;
+    virtual void EnumerateAssociationClasses(const boost::function<bool(boost::shared_ptr<ICIMClass>)>& callback,
+                                             const std::string& resultClass, const std::string& role,
+                                             TCIMContext context) = 0;
+
+    /// Calls back with the name of each key property, in the order of the normalised names, until the callback returns
+    /// false. The pointer is valid during the call.
+    virtual void EnumerateKeyNames(const boost::function<bool(const std::string*)>& callback,
+                                   TCIMContext context) const = 0;
+
+    /// A property declaration for this class. It is not added: ICIMPropertyDecl::AddToClass does that.
+    virtual boost::shared_ptr<ICIMPropertyDecl>
+    AllocatePropertyDecl(const std::string& name, const TCIMValue& defaultValue, TCIMContext context) = 0;
+
+    /// The declaration of that name, or an empty pointer.
+    virtual boost::shared_ptr<ICIMPropertyDecl> GetPropertyDecl(const std::string& name, TCIMContext context) const = 0;
+
+    /// Calls back once per declaration, in the order of their normalised names, until the callback returns false.
+    virtual void EnumeratePropertyDecls(const boost::function<bool(boost::shared_ptr<ICIMPropertyDecl>)>& callback,
+                                        TCIMContext context) const = 0;
+
+    /// The static property of that name. Throws TVYXException 15 when there is none.
+    virtual boost::shared_ptr<ICIMProperty> GetProperty(const std::string& name, TCIMContext context) = 0;
+    virtual void SetPropertyValue(const std::string& name, const TCIMValue& value, TCIMContext context) = 0;
+    virtual void EnumerateStaticProperties(const boost::function<bool(boost::shared_ptr<ICIMProperty>)>& callback,
+                                           TCIMContext context) = 0;
+
+    /// An instance of this class without values. It is not filed: ICIMInstance::AddToNamespace does that.
+    virtual boost::shared_ptr<ICIMInstance> AllocateInstance(TCIMContext context) = 0;
+
+    /// Calls back once per instance, and with `deep` per instance of the subclasses, until the callback returns false.
+    virtual void EnumerateInstances(const boost::function<bool(boost::shared_ptr<ICIMInstance>)>& callback, bool deep,
+                                    TCIMContext context) = 0;
+
+    /// A method declaration for this class. It is not added.
+    virtual boost::shared_ptr<ICIMMethodDecl>
+    AllocateMethodDecl(const std::string& name, TCIMValue::TCIMType returnType, TCIMContext context) = 0;
+
+    /// The declaration of that name, or an empty pointer.
+    virtual boost::shared_ptr<ICIMMethodDecl> GetMethodDecl(const std::string& name, TCIMContext context) const = 0;
+
+    /// Calls back once per declaration, in the order of their normalised names, until the callback returns false.
+    virtual void EnumerateMethodDecls(const boost::function<bool(boost::shared_ptr<ICIMMethodDecl>)>& callback,
+                                      TCIMContext context) const = 0;
+    virtual TCIMValue InvokeMethod(const std::string& name, TCIMContext& parameters, TCIMContext context) = 0;
+
+    /// Classes are compared by name, with regard to case.
+    virtual bool operator==(ICIMClass& other) const = 0;
+    virtual bool operator<(ICIMClass& other) const = 0;
+    virtual ICIMClass& operator=(const ICIMClass& other) = 0;
+
+    // The operations by which elements link themselves to their owners.
+    virtual void AddChildClass(boost::shared_ptr<ICIMClass> child) = 0;
+    virtual void RemoveChildClass(boost::shared_ptr<ICIMClass> child) = 0;
+    virtual void AddInstance(boost::shared_ptr<ICIMInstance> instance) = 0;
+    virtual void RemoveInstance(boost::shared_ptr<ICIMInstance> instance) = 0;
+    virtual void AddAssociationClass(boost::shared_ptr<ICIMClass> association) = 0;
+    virtual void RemoveAssociationClass(boost::shared_ptr<ICIMClass> association) = 0;
+    virtual void AddPropertyDecl(boost::shared_ptr<ICIMPropertyDecl> declaration) = 0;
+    virtual void RemovePropertyDecl(boost::shared_ptr<ICIMPropertyDecl> declaration) = 0;
+    virtual void AddMethodDecl(boost::shared_ptr<ICIMMethodDecl> declaration) = 0;
+    virtual void RemoveMethodDecl(boost::shared_ptr<ICIMMethodDecl> declaration) = 0;
+
+  protected:
+    ICIMClass() = default;
+    ICIMClass(const ICIMClass&) = default;
+};
+
+} // namespace NQORVYX20

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <boost/function.hpp>
+#include <boost/shared_ptr.hpp>
+
+#include <string>
+
+#include "host/ICIMQualifierDecl.h"
+#include "host/TCIMContext.h"
+#include "host/TCIMReference.h"
+#include "host/TCIMValue.h"
+
+namespace NQORVYX20 {
+
+class ICIMClass;
+class ICIMIndicationFilter;
+class ICIMInstance;
+class INamespaceProvider;
+class IProvider;
+
+/// A namespace: classes, their instances, and qualifier declarations. A namespace and all its objects are used from one
+/// thread at a time.
+class ICIMNamespace {
+  public:
+    virtual ~ICIMNamespace() = default;
+
+    virtual boost::shared_ptr<INamespaceProvider> GetNamespaceProvider(TCIMContext context) const = 0;
+    virtual void SetUpcallNamespace(boost::shared_ptr<ICIMNamespace> nameSpace, TCIMContext context) = 0;
+    virtual void AddUnderlyingNamespace(boost::shared_ptr<ICIMNamespace> nameSpace, TCIMContext context) = 0;
+
+    /// A class of this namespace. It is not added: ICIMClass::AddToNamespace does that.
+    virtual boost::shared_ptr<ICIMClass> AllocateClass(const std::string& name, boost::shared_ptr<ICIMClass> superClass,
+                                                       TCIMContext context) = 0;
+
+    /// The class of that name, or an empty pointer.
+    virtual boost::shared_ptr<ICIMClass> GetClass(const std::string& name, TCIMContext context) = 0;
+    virtual void EnumerateRootClasses(const boost::function<bool(boost::shared_ptr<ICIMClass>)>& callback,
+                                      TCIMContext context) = 0;
+    virtual void EnumerateProviders(const boost::function<bool(boost::shared_ptr<IProvider>)>& callback,
+                                    TCIMContext context) = 0;
+
+    /// A qualifier declaration of this namespace. It is not added: ICIMQualifierDecl::AddToNamespace does that.
+    virtual boost::shared_ptr<ICIMQualifierDecl>
+    AllocateQualifierDecl(const std::string& name, const TCIMValue& defaultValue, ICIMQualifierDecl::EScope scope,
+                          ICIMQualifierDecl::EFlavor flavor, TCIMContext context) = 0;
+
+    /// The declaration of that name, or an empty pointer.
+    virtual boost::shared_ptr<ICIMQualifierDecl> GetQualifierDecl(const std::string& name,
+                                                                  TCIMContext context) const = 0;
+
+    /// Calls back once per declaration, in the order of their normalised names, until the callback returns false.
+    virtual void EnumerateQualifierDecls(const boost::function<bool(boost::shared_ptr<ICIMQualifierDecl>)>& callback,
+                                         TCIMContext context) const = 0;
+    virtual void Subscribe(boost::shared_ptr<ICIMIndicationFilter> filter,
+                           const boost::function<bool(boost::shared_ptr<ICIMInstance>)>& callback,
+                           TCIMContext context) = 0;
+    virtual boost::shared_ptr<ICIMInstance> GetInstance(const TCIMReference& reference, TCIMContext context) const = 0;
+    virtual void DeleteInstance(const TCIMReference& reference, TCIMContext context) = 0;
+    virtual void ModifyInstance(const TCIMReference& reference, TCIMContext values, TCIMContext context) = 0;
+    virtual void ExecuteQuery(const boost::function<bool(boost::shared_ptr<ICIMInstance>)>& callback,
+                              std::string& query, std::string& language, TCIMContext context) = 0;
+    virtual void ClearInstances() = 0;
+
+  protected:
+    ICIMNamespace() = default;
+    ICIMNamespace(const ICIMNamespace&) = default;
+    ICIMNamespace& operator=(const ICIMNamespace&) = default;
+};
+
+} // namespace NQORVYX20

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <array>
+#include <string>
+
+namespace NQORVYX20 {
+
+/// A CIM date-time: a timestamp `yyyymmddhhmmss.mmmmmmsutc` or an interval `ddddddddhhmmss.mmmmmm:000` (DSP0004 5.2.4).
+/// Fields that are not significant hold asterisks.
+class TCIMDateTime {
+  public:
+    /// The interval of length zero.
+    TCIMDateTime();
+
+    /// Takes the 25 characters. Throws TVYXException 14 when they are malformed or a field is out of range.
+    explicit TCIMDateTime(const std::string& text);
+
+    /// Makes this an interval. Throws TVYXException 14, leaving the value as it was, when a field does not fit:
+    /// days up to 99999999, hours up to 23, minutes and seconds up to 59, microseconds up to 999999.
+    void Set(unsigned int days, unsigned short hours, unsigned short minutes, unsigned short seconds,
+             unsigned int microseconds);
+
+    bool IsInterval() const;
+
+    /// The 25 characters.
+    std::string ToString() const;
+
+    /// Text for people: `1 day 01:01:01` for an interval, `2026-11-21 08:39:00 +01:00` for a timestamp. Microseconds
+    /// are shown only when there are any, asterisked fields are left out.
+    std::string ToUIString() const;
+
+    /// Compare the characters. Among timestamps of one time zone, and among intervals, that is the order of time.
+    friend bool operator==(const TCIMDateTime& left, const TCIMDateTime& right) { return left.fText == right.fText; }
+    friend bool operator!=(const TCIMDateTime& left, const TCIMDateTime& right) { return left.fText != right.fText; }
+    friend bool operator<(const TCIMDateTime& left, const TCIMDateTime& right) { return left.fText < right.fText; }
+
+  private:
+    static constexpr std::size_t kLength = 25;
+    std::array<char, kLength> fText;
+};
+
+} // namespace NQORVYX20

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <boost/function.hpp>
+#include <boost/shared_ptr.hpp>
+#include <boost/weak_ptr.hpp>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "host/TCIMContext.h"
+
+namespace NQORVYX20 {
+
+class ICIMNamespace;
+
+/// An object path: a namespace, a class name, and key values. Key values keep the order in which they were added.
+class TCIMReference {
+  public:
+    /// A path without a class name. The entries of `keys` become its first key values; the namespace, which may be
+    /// empty, is not kept alive.
+    TCIMReference(boost::shared_ptr<ICIMNamespace> nameSpace, TCIMContext keys);
+    TCIMReference(const TCIMReference& other);
+    TCIMReference(TCIMReference&& other) noexcept;
+    TCIMReference& operator=(const TCIMReference& other);
+    TCIMReference& operator=(TCIMReference&& other) noexcept;
+    ~TCIMReference();
+
+    /// Adds one key value. A key of that name (without regard to case) gets the new value and keeps its place.
+    void AddKeyValue(const std::string& name, const TCIMValue& value);
+
+    /// The value of a key, found without regard to case; a null value when there is none.
+    TCIMValue GetKeyValue(const std::string& name) const;
+
+    /// Calls back once per key value, in the order in which they were added, until the callback returns false.
+    void EnumerateKeyValues(const boost::function<bool(const std::string&, const TCIMValue&)>& callback) const;
+
+    void SetClassName(const std::string& name);
+
+    /// The class that the path names, empty for none.
+    const std::string& GetClassName() const { return fClassName; }
+
+    /// The namespace, or an empty pointer when there is none or it has gone.
+    boost::shared_ptr<ICIMNamespace> GetNamespace() const { return fNamespace.lock(); }
+
+    /// The path as text, `Class.key1="text",key2=3`: keys in the order of their normalised names, numbers and booleans
+    /// bare, all other values quoted with `\` before `"` and `\`. Equal references have equal texts.
+    std::string GetPath() const;
+
+    /// References are compared by their text.
+    friend bool operator==(const TCIMReference& left, const TCIMReference& right);
+    friend bool operator!=(const TCIMReference& left, const TCIMReference& right) { return !(left == right); }
+    friend bool operator<(const TCIMReference& left, const TCIMReference& right);
+
+  private:
+    using TKeyValue = std::pair<std::string, TCIMValue>;
+
+    boost::weak_ptr<ICIMNamespace> fNamespace;
+    std::string fClassName;
+    std::vector<TKeyValue> fKeyValues;
+};
+
+} // namespace NQORVYX20

@@ -1,0 +1,155 @@
+#pragma once
+
+#include <iosfwd>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "host/TCIMChar16.h"
+#include "host/TCIMContext.h"
+#include "host/TCIMDateTime.h"
+#include "host/TCIMIndirect.h"
+#include "host/TCIMReference.h"
+
+namespace NQORVYX20 {
+
+/// A CIM value: null, one scalar, or one array of one element type. It always has a type, also when it is null.
+/// Values are plain data: copies are independent, and one value must not be changed while another thread reads it.
+class TCIMValue {
+  public:
+    /// The type of a value: one code, in which bit 0x10 marks an array of the type in the lower bits.
+    class TCIMType {
+      public:
+        enum ECIMType {
+            eCIMUnknown = 0,
+            eCIMBoolean = 1,
+            eCIMUint8 = 2,
+            eCIMSint8 = 3,
+            eCIMUint16 = 4,
+            eCIMSint16 = 5,
+            eCIMUint32 = 6,
+            eCIMSint32 = 7,
+            eCIMUint64 = 8,
+            eCIMSint64 = 9,
+            eCIMReal32 = 10,
+            eCIMReal64 = 11,
+            eCIMChar16 = 12,
+            eCIMString = 13,
+            eCIMDateTime = 14,
+            eCIMReference = 15,
+            eCIMArrayUnknown = 16,
+            eCIMBooleanArray = 17,
+            eCIMUint8Array = 18,
+            eCIMSint8Array = 19,
+            eCIMUint16Array = 20,
+            eCIMSint16Array = 21,
+            eCIMUint32Array = 22,
+            eCIMSint32Array = 23,
+            eCIMUint64Array = 24,
+            eCIMSint64Array = 25,
+            eCIMReal32Array = 26,
+            eCIMReal64Array = 27,
+            eCIMChar16Array = 28,
+            eCIMStringArray = 29,
+            eCIMDateTimeArray = 30,
+            eCIMReferenceArray = 31
+        };
+
+        /*implicit*/ TCIMType(ECIMType code) : fCode(code) {}
+        operator ECIMType() const { return fCode; }
+
+      private:
+        ECIMType fCode;
+    };
+
+    /// A null value of type 0.
+    TCIMValue();
+    /*implicit*/ TCIMValue(bool value);
+    /*implicit*/ TCIMValue(unsigned char value);
+    /*implicit*/ TCIMValue(signed char value);
+    /*implicit*/ TCIMValue(unsigned short value);
+    /*implicit*/ TCIMValue(short value);
+    /*implicit*/ TCIMValue(unsigned int value);
+    /*implicit*/ TCIMValue(int value);
+    /*implicit*/ TCIMValue(unsigned long long value);
+    /*implicit*/ TCIMValue(long long value);
+    /*implicit*/ TCIMValue(float value);
+    /*implicit*/ TCIMValue(double value);
+    /*implicit*/ TCIMValue(const char* value);
+    /*implicit*/ TCIMValue(const std::string& value);
+    /*implicit*/ TCIMValue(const TCIMChar16& value);
+    /*implicit*/ TCIMValue(const TCIMDateTime& value);
+    /*implicit*/ TCIMValue(TCIMReference& value);
+
+    /// A null value of a type. The second argument has no meaning; pass 0.
+    TCIMValue(TCIMType type, unsigned int unused);
+
+    /// An array of the elements in their order, also of none. `elementType` is the type of one element. The second
+    /// argument has no meaning; pass 0.
+    TCIMValue(TCIMType elementType, unsigned int unused, const std::vector<TCIMValue>& elements);
+
+    TCIMValue(const TCIMValue& other);
+    TCIMValue(TCIMValue&& other) noexcept;
+    TCIMValue& operator=(const TCIMValue& other);
+    TCIMValue& operator=(TCIMValue&& other) noexcept;
+    ~TCIMValue();
+
+    bool IsNull() const;
+    bool IsArray() const;
+    TCIMType GetType() const;
+
+    /// True for a value of type reference, null or not.
+    bool IsReference() const;
+
+    /// The name of the class that a reference points at; empty when it names none, and for a value that is no
+    /// reference.
+    std::string GetReferencedClass() const;
+
+    /// The value as text: booleans `true` and `false`, integers in `base` (2 to 36), reals in the shortest form that
+    /// reads back the same, char16 as UTF-8, date-times as their 25 characters, references as their path, arrays as
+    /// `{a, b}`, null as the empty text. Throws TVYXException 14 for another base. Does not depend on the locale.
+    std::string ToString(unsigned char base) const;
+
+    // Numbers convert to every number type that can hold the value exactly; a boolean only to bool; everything to
+    // std::string, as ToString(10). All throw TVYXException 14 when the value is null or does not fit.
+    operator bool() const;
+    operator unsigned char() const;
+    operator signed char() const;
+    operator unsigned short() const;
+    operator short() const;
+    operator unsigned int() const;
+    operator int() const;
+    operator unsigned long long() const;
+    operator long long() const;
+    operator float() const;
+    operator double() const;
+    operator std::string() const;
+
+    /// The elements of an array, in place. Throws TVYXException 14 for a value that is not an array, and for null.
+    operator std::vector<TCIMValue>&() const;
+
+    /// The date-time or reference held. Both throw TVYXException 14 for a value of another type, and for null.
+    const TCIMDateTime& GetDateTime() const;
+    const TCIMReference& GetReference() const;
+
+    /// Values are equal when type and content are; two nulls when their types are.
+    bool operator==(const TCIMValue& other) const;
+    bool operator!=(const TCIMValue& other) const { return !(*this == other); }
+
+    /// A strict weak order: by type code, then null before content, then content. Arrays compare lexicographically.
+    bool operator<(const TCIMValue& other) const;
+
+  private:
+    using TArray = TCIMIndirect<std::vector<TCIMValue>>;
+    using TContent = std::variant<std::monostate, bool, unsigned char, signed char, unsigned short, short, unsigned int,
+                                  int, unsigned long long, long long, float, double, TCIMChar16, std::string,
+                                  TCIMDateTime, TCIMIndirect<TCIMReference>, TArray>;
+
+    TCIMType fType;
+    TContent fContent;
+};
+
+/// Writes a readable name, `uint16` or `string[]`.
+std::ostream& operator<<(std::ostream& stream, const TCIMValue::TCIMType& type);
+
+} // namespace NQORVYX20

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <boost/enable_shared_from_this.hpp>
+#include <boost/weak_ptr.hpp>
+
+#include <vector>
+
+#include "host/ICIMInstance.h"
+
+namespace NQORVYX20 {
+
+class ICIMPropertyDecl;
+
+/// An instance whose values are kept in memory; the base for the instances of namespace providers, which add
+/// AddToNamespace. Owned by a boost::shared_ptr. The class is not kept alive: once it has gone, operations that need it
+/// throw boost::bad_weak_ptr.
+class TInmemInstance : public ICIMInstance, public boost::enable_shared_from_this<TInmemInstance> {
+  public:
+    /// An instance without values. `layout` is the version of the layout in which values are kept; 1 is the only one,
+    /// and another throws TVYXException 14.
+    TInmemInstance(boost::shared_ptr<ICIMClass> cls, int layout);
+    ~TInmemInstance() override;
+
+    void Validate(TCIMContext context) const override;
+    void ModifyInstance(boost::shared_ptr<ICIMInstance> values, TCIMContext context) override;
+    void Delete(TCIMContext context) override;
+
+    /// The class name and the key properties' values. An instance of a class without keys is identified by the values
+    /// of all its properties.
+    TCIMReference GetReference(TCIMContext context) const override;
+    boost::shared_ptr<ICIMClass> GetClass(TCIMContext context) const override;
+    void EnumerateAssociatedInstances(const boost::function<bool(boost::shared_ptr<ICIMInstance>)>& callback,
+                                      const std::string& assocClass, const std::string& resultClass,
+                                      const std::string& role, const std::string& resultRole,
+                                      TCIMContext context) override;
+    void EnumerateAssociationInstances(const boost::function<bool(boost::shared_ptr<ICIMInstance>)>& callback,
+                                       const std::string& resultClass, const std::string& role,
+                                       TCIMContext context) override;
+
+    /// A view of the property: it reads and writes this instance's value, and keeps the instance alive.
+    boost::shared_ptr<ICIMProperty> GetProperty(const std::string& name, TCIMContext context) const override;
+
+    /// Throws TVYXException 15 when the class does not declare the property, 14 when the value's type is not the
+    /// declared one; a null of any type is accepted.
+    void SetPropertyValue(const std::string& name, const TCIMValue& value, TCIMContext context) override;
+    void EnumerateProperties(const boost::function<bool(boost::shared_ptr<ICIMProperty>)>& callback,
+                             TCIMContext context) override;
+
+    /// Invokes the method of the class.
+    TCIMValue InvokeMethod(const std::string& name, TCIMContext& parameters, TCIMContext context) override;
+
+    /// Instances are compared by class name, then by the values of their properties.
+    bool operator==(ICIMInstance& other) const override;
+    bool operator<(ICIMInstance& other) const override;
+
+    /// Takes over the values of the other instance, as ModifyInstance does.
+    ICIMInstance& operator=(const ICIMInstance& other) override;
+    TInmemInstance& operator=(const TInmemInstance& other);
+
+  private:
+    friend class TInmemProperty;
+
+    struct TSlot {
+        boost::shared_ptr<ICIMPropertyDecl const> declaration;
+        TCIMValue value;
+    };
+
+    const TCIMValue* FindValue(const ICIMPropertyDecl& declaration) const;
+    void StoreValue(boost::shared_ptr<ICIMPropertyDecl const> declaration, const TCIMValue& value);
+
+    boost::weak_ptr<ICIMClass> fClass;
+    std::vector<TSlot> fSlots; // the properties that have a value of their own, by the address of their declarations
+};
+
+} // namespace NQORVYX20

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <exception>
+
+#include "host/TVYXStatusCode.h"
+
+namespace NQORVYX20 {
+
+/// The exception of the object model. It carries a status code and nothing else; what an operation has to say about a
+/// failure beyond that goes to the core logger before it throws.
+class TVYXException : public std::exception {
+  public:
+    explicit TVYXException(TVYXStatusCode status) : fStatus(status) {}
+    explicit TVYXException(std::uint32_t code) : fStatus(code) {}
+
+    TVYXStatusCode GetStatusCode() const { return fStatus; }
+
+    /// The text of TVYXStatusCode::TranslateStatusCode().
+    const char* what() const noexcept override;
+
+  private:
+    TVYXStatusCode fStatus;
+};
+
+} // namespace NQORVYX20
