@@ -1,0 +1,43 @@
+#pragma once
+
+#include <Pegasus/Common/Exception.h>
+
+namespace Pegasus {
+
+/// The answer is not HTTP, or not the HTTP of a CIM operation.
+class CIMClientMalformedHTTPException : public Exception {
+  public:
+    using Exception::Exception;
+};
+
+/// The server refused the request with another HTTP status than 200.
+class CIMClientHTTPErrorException : public Exception {
+  public:
+    /// `cimError` and `cimErrorDetail` are the decoded CIMError and PGErrorDetail headers, empty where absent.
+    CIMClientHTTPErrorException(Uint32 code, const String& reason, const String& cimError = String(),
+                                const String& cimErrorDetail = String());
+
+    /// The HTTP status.
+    Uint32 getCode() const noexcept { return code_; }
+    const String& getCIMError() const noexcept { return cimError_; }
+    const String& getCIMErrorDetail() const noexcept { return cimErrorDetail_; }
+
+  private:
+    Uint32 code_;
+    String cimError_;
+    String cimErrorDetail_;
+};
+
+/// The answer's body is not well-formed XML, not CIM-XML, holds an impossible value, or passes a limit.
+class CIMClientXmlException : public Exception {
+  public:
+    using Exception::Exception;
+};
+
+/// The answer belongs to another request.
+class CIMClientResponseException : public Exception {
+  public:
+    using Exception::Exception;
+};
+
+} // namespace Pegasus

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <Pegasus/Common/CIMName.h>
+#include <Pegasus/Common/CIMType.h>
+#include <Pegasus/Common/Handle.h>
+
+namespace Pegasus {
+
+class CIMQualifier;
+class CIMValue;
+
+/// A property of a class, with its default value, or of an instance, with its value. A handle; a default-constructed
+/// one is uninitialised: every operation on it throws UninitializedObjectException.
+class CIMProperty {
+  public:
+    CIMProperty() noexcept = default;
+    /// An `arraySize` of 0 means "any"; `referenceClass` is null except for references.
+    CIMProperty(const CIMName& name, const CIMValue& value, Uint32 arraySize = 0,
+                const CIMName& referenceClass = CIMName(), const CIMName& classOrigin = CIMName(),
+                Boolean propagated = false);
+
+    const CIMName& getName() const;
+    const CIMValue& getValue() const;
+    CIMType getType() const;
+    Boolean isArray() const;
+    Uint32 getArraySize() const;
+    const CIMName& getReferenceClassName() const;
+    /// The class that declares the property; null where the server does not say.
+    const CIMName& getClassOrigin() const;
+    /// Whether the property comes from a superclass, or from the class in the case of an instance.
+    Boolean getPropagated() const;
+
+    CIMProperty& addQualifier(const CIMQualifier& qualifier);
+    Uint32 getQualifierCount() const;
+    /// Throws IndexOutOfBoundsException.
+    CIMQualifier getQualifier(Uint32 index) const;
+    /// The index of the qualifier, PEG_NOT_FOUND when there is none of the name.
+    Uint32 findQualifier(const CIMName& name) const;
+
+    Boolean identical(const CIMProperty& other) const;
+
+  private:
+    struct Rep;
+    detail::Handle<Rep> rep_;
+};
+
+} // namespace Pegasus
+
+// Behind the class, because values can be instances, which have properties.
+#include <Pegasus/Common/CIMQualifier.h>
+#include <Pegasus/Common/CIMValue.h>

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <Pegasus/Common/CIMFlavor.h>
+#include <Pegasus/Common/CIMName.h>
+#include <Pegasus/Common/CIMScope.h>
+#include <Pegasus/Common/CIMValue.h>
+
+namespace Pegasus {
+
+/// The declaration of a qualifier: its type and default value, where it may stand and how it passes on. A handle; a
+/// default-constructed one is uninitialised: every operation on it throws UninitializedObjectException.
+class CIMQualifierDecl {
+  public:
+    CIMQualifierDecl() noexcept = default;
+    /// The flavor is CIMFlavor::DEFAULTS where none is given; an `arraySize` of 0 means "any".
+    CIMQualifierDecl(const CIMName& name, const CIMValue& value, const CIMScope& scope,
+                     const CIMFlavor& flavor = CIMFlavor::DEFAULTS, Uint32 arraySize = 0);
+
+    const CIMName& getName() const;
+    CIMType getType() const;
+    Boolean isArray() const;
+    const CIMValue& getValue() const;
+    const CIMScope& getScope() const;
+    const CIMFlavor& getFlavor() const;
+    Uint32 getArraySize() const;
+
+  private:
+    struct Rep;
+    detail::Handle<Rep> rep_;
+};
+
+} // namespace Pegasus

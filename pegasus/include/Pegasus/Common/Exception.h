@@ -1,0 +1,114 @@
+#pragma once
+
+#include <Pegasus/Common/CIMStatusCode.h>
+#include <Pegasus/Common/String.h>
+
+namespace Pegasus {
+
+/// The base of all errors of the client API. Not derived from std::exception.
+class Exception {
+  public:
+    explicit Exception(const String& message) : message_(message) {}
+    Exception(const Exception&) = default;
+    Exception& operator=(const Exception&) = default;
+    virtual ~Exception();
+
+    virtual const String& getMessage() const noexcept { return message_; }
+
+  private:
+    String message_;
+};
+
+/// An error that the server reports for an operation. The message begins with the code's name, a colon and a blank,
+/// also where the server's description does not.
+class CIMException : public Exception {
+  public:
+    explicit CIMException(CIMStatusCode code, const String& description = String());
+
+    CIMStatusCode getCode() const noexcept { return code_; }
+
+  private:
+    CIMStatusCode code_;
+};
+
+/// A default-constructed handle was used.
+class UninitializedObjectException : public Exception {
+  public:
+    UninitializedObjectException();
+};
+
+/// An index is not below the number of elements.
+class IndexOutOfBoundsException : public Exception {
+  public:
+    IndexOutOfBoundsException();
+};
+
+/// A value was asked for as a type that it does not have.
+class TypeMismatchException : public Exception {
+  public:
+    explicit TypeMismatchException(const String& message = "the value has another type");
+};
+
+class InvalidNameException : public Exception {
+  public:
+    explicit InvalidNameException(const String& name);
+};
+
+class InvalidNamespaceNameException : public Exception {
+  public:
+    explicit InvalidNamespaceNameException(const String& name);
+};
+
+/// A date-time is not 25 characters of the right form.
+class InvalidDateTimeFormatException : public Exception {
+  public:
+    explicit InvalidDateTimeFormatException(const String& text = String());
+};
+
+/// A date-time has the right form, but a field with an impossible number.
+class DateTimeOutOfRangeException : public Exception {
+  public:
+    explicit DateTimeOutOfRangeException(const String& message);
+};
+
+/// A text is not the text form of an object path.
+class MalformedObjectNameException : public Exception {
+  public:
+    explicit MalformedObjectNameException(const String& text);
+};
+
+/// Nothing listens at the address, or the peer closed before the connection was usable.
+class CannotConnectException : public Exception {
+  public:
+    using Exception::Exception;
+};
+
+/// A host cannot be resolved to an address.
+class InvalidLocatorException : public Exception {
+  public:
+    using Exception::Exception;
+};
+
+class AlreadyConnectedException : public Exception {
+  public:
+    AlreadyConnectedException();
+};
+
+class NotConnectedException : public Exception {
+  public:
+    NotConnectedException();
+};
+
+/// An operation took longer than the client's time-out.
+class ConnectionTimeoutException : public Exception {
+  public:
+    explicit ConnectionTimeoutException(const String& message = "the server did not answer within the time-out");
+};
+
+/// TLS could not be set up: a trust store that cannot be read, a certificate that was refused, a failed handshake.
+class SSLException : public Exception {
+  public:
+    using Exception::Exception;
+};
+
+} // namespace Pegasus

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <Pegasus/Client/CIMClientException.h>
+#include <Pegasus/Common/CIMClass.h>
+#include <Pegasus/Common/CIMInstance.h>
+#include <Pegasus/Common/CIMName.h>
+#include <Pegasus/Common/CIMQualifierDecl.h>
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace Pegasus::cimxml {
+
+/// Receives the objects of a return value, one by one, in the order of the document. An operation overrides what it
+/// expects; every other kind of object ends in CIMClientResponseException.
+class ReturnValueSink {
+  public:
+    virtual ~ReturnValueSink() = default;
+
+    virtual void onClass(const CIMClass& cimClass);
+    /// The instance carries its path.
+    virtual void onInstance(const CIMInstance& instance);
+    virtual void onClassName(const CIMName& name);
+    virtual void onQualifierDecl(const CIMQualifierDecl& declaration);
+};
+
+/// Decodes the body of an answer while it arrives. Each object of the return value is handed to the sink as soon as its
+/// last byte is there, so that no more than one of them is held as text.
+///
+/// feed() and finish() throw
+///   CIMClientXmlException       for a body that is not well-formed, not CIM-XML, holds a bad value or passes a limit,
+///   CIMClientResponseException  for the answer to another request, or an object of an unexpected kind;
+/// what the sink throws passes through. After an exception the decoder is of no further use.
+class ResponseDecoder {
+  public:
+    /// `messageId` and `method` are those of the request. The sink must outlive the decoder.
+    ResponseDecoder(std::string messageId, std::string method, ReturnValueSink& sink);
+    ~ResponseDecoder();
+
+    /// Takes the next bytes of the body, cut anywhere.
+    void feed(std::string_view chunk);
+
+    /// Says that the body is complete. Throws CIMClientXmlException when the document is not, CIMException when it
+    /// holds the server's error instead of a return value. An answer with neither is accepted: the server's status may
+    /// stand elsewhere.
+    void finish();
+
+  private:
+    class Impl;
+    std::unique_ptr<Impl> impl_;
+};
+
+} // namespace Pegasus::cimxml

@@ -1,0 +1,50 @@
+#include <Pegasus/Common/CIMName.h>
+
+#include <Pegasus/Common/Exception.h>
+
+#include <algorithm>
+
+namespace Pegasus {
+
+namespace {
+
+constexpr bool isDigit(char c) noexcept { return c >= '0' && c <= '9'; }
+
+constexpr bool startsName(char c) noexcept {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || static_cast<Uint8>(c) >= 0x80;
+}
+
+bool isName(std::string_view text) noexcept {
+    return !text.empty() && startsName(text.front()) &&
+           std::all_of(text.begin(), text.end(), [](char c) { return startsName(c) || isDigit(c); });
+}
+
+} // namespace
+
+CIMName::CIMName(const String& name) : name_(name) {
+    if (!legal(name_))
+        throw InvalidNameException(name_);
+}
+
+CIMName::CIMName(const char* name) : CIMName(String(name)) {}
+
+Boolean CIMName::legal(const String& name) noexcept { return isName(name.view()); }
+
+CIMNamespaceName::CIMNamespaceName(const String& name) : name_(name) {
+    if (!legal(name_))
+        throw InvalidNamespaceNameException(name_);
+}
+
+CIMNamespaceName::CIMNamespaceName(const char* name) : CIMNamespaceName(String(name)) {}
+
+Boolean CIMNamespaceName::legal(const String& name) noexcept {
+    std::string_view rest = name.view();
+    for (auto slash = rest.find('/'); slash != std::string_view::npos; slash = rest.find('/')) {
+        if (!isName(rest.substr(0, slash)))
+            return false;
+        rest.remove_prefix(slash + 1);
+    }
+    return isName(rest);
+}
+
+} // namespace Pegasus
