@@ -1,18 +1,21 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <string>
 
 namespace NQORVYX20 {
 
 /// A CIM date-time: a timestamp `yyyymmddhhmmss.mmmmmmsutc` or an interval `ddddddddhhmmss.mmmmmm:000` (DSP0004 5.2.4).
-/// Fields that are not significant hold asterisks.
+/// Fields that are not significant hold asterisks; among the microseconds, the last digits may.
 class TCIMDateTime {
   public:
     /// The interval of length zero.
     TCIMDateTime();
 
-    /// Takes the 25 characters. Throws TVYXException 14 when they are malformed or a field is out of range.
+    /// Takes the 25 characters. Throws TVYXException 14 when they are malformed or a field is out of range (a day is
+    /// checked against its month; second 60 is a leap second, and only in a timestamp). Asterisks are accepted in any
+    /// field, in the time zone too, since servers write them there.
     explicit TCIMDateTime(const std::string& text);
 
     /// Makes this an interval. Throws TVYXException 14, leaving the value as it was, when a field does not fit:

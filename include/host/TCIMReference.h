@@ -43,8 +43,9 @@ class TCIMReference {
     /// The namespace, or an empty pointer when there is none or it has gone.
     boost::shared_ptr<ICIMNamespace> GetNamespace() const { return fNamespace.lock(); }
 
-    /// The path as text, `Class.key1="text",key2=3`: keys in the order of their normalised names, numbers and booleans
-    /// bare, all other values quoted with `\` before `"` and `\`. Equal references have equal texts.
+    /// The path as text, `Class.key1="text",key2=3`: keys in the order of their normalised names; numbers and booleans
+    /// bare; arrays as `{"a","b"}`; a null value as `NULL`; all other values quoted, with `\` before `"` and `\`.
+    /// Without a class name, the keys alone. Equal references have equal texts.
     std::string GetPath() const;
 
     /// References are compared by their text.

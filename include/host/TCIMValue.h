@@ -14,7 +14,8 @@
 namespace NQORVYX20 {
 
 /// A CIM value: null, one scalar, or one array of one element type. It always has a type, also when it is null.
-/// Values are plain data: copies are independent, and one value must not be changed while another thread reads it.
+/// Values are plain data: copies are independent, and one value must not be changed while another thread reads it. A
+/// value that was moved from may be assigned to and destroyed, nothing else.
 class TCIMValue {
   public:
     /// The type of a value: one code, in which bit 0x10 marks an array of the type in the lower bits.
@@ -106,12 +107,14 @@ class TCIMValue {
     std::string GetReferencedClass() const;
 
     /// The value as text: booleans `true` and `false`, integers in `base` (2 to 36), reals in the shortest form that
-    /// reads back the same, char16 as UTF-8, date-times as their 25 characters, references as their path, arrays as
-    /// `{a, b}`, null as the empty text. Throws TVYXException 14 for another base. Does not depend on the locale.
+    /// reads back the same (or `nan`, `inf`, `-inf`), char16 as UTF-8, date-times as their 25 characters, references as
+    /// their path, arrays as `{a, b}`, null as the empty text. Throws TVYXException 14 for an integer in another base.
+    /// Does not depend on the locale.
     std::string ToString(unsigned char base) const;
 
-    // Numbers convert to every number type that can hold the value exactly; a boolean only to bool; everything to
-    // std::string, as ToString(10). All throw TVYXException 14 when the value is null or does not fit.
+    // Numbers convert to every number type that can hold the value exactly (not a number and the infinities to both
+    // real types); a boolean only to bool; everything to std::string, as ToString(10). All throw TVYXException 14 when
+    // the value is null or does not fit.
     operator bool() const;
     operator unsigned char() const;
     operator signed char() const;
@@ -137,15 +140,30 @@ class TCIMValue {
     bool operator!=(const TCIMValue& other) const { return !(*this == other); }
 
     /// A strict weak order: by type code, then null before content, then content. Arrays compare lexicographically.
+    /// Among reals, `nan` equals itself and follows all numbers.
     bool operator<(const TCIMValue& other) const;
 
   private:
-    using TArray = TCIMIndirect<std::vector<TCIMValue>>;
-    using TContent = std::variant<std::monostate, bool, unsigned char, signed char, unsigned short, short, unsigned int,
-                                  int, unsigned long long, long long, float, double, TCIMChar16, std::string,
-                                  TCIMDateTime, TCIMIndirect<TCIMReference>, TArray>;
+    struct TNull {
+        TCIMType type;
+    };
+    struct TArray {
+        TCIMType elementType;
+        std::vector<TCIMValue> elements;
+    };
 
-    TCIMType fType;
+    // The alternatives stand in the order of the type codes: the index of a scalar is its type.
+    using TContent = std::variant<TNull, bool, unsigned char, signed char, unsigned short, short, unsigned int, int,
+                                  unsigned long long, long long, float, double, TCIMChar16, std::string, TCIMDateTime,
+                                  TCIMIndirect<TCIMReference>, TCIMIndirect<TArray>>;
+
+    template <typename T>
+    const T& Get() const;
+    template <typename T>
+    T ToNumber() const;
+    template <typename TRelation>
+    bool CompareContent(const TCIMValue& other, TRelation relation) const;
+
     TContent fContent;
 };
 

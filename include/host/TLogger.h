@@ -1,0 +1,34 @@
+#pragma once
+
+#include <fstream>
+#include <iosfwd>
+#include <mutex>
+#include <string>
+
+#include "host/ILogger.h"
+
+namespace NQORVYX20 {
+
+/// A logger that writes one line per message, `2026-11-21T08:39:00.125+01:00 error text`: local time, severity
+/// (`error`, `warning`, `info` or `debug`), message. Control characters of the message are written as escape sequences
+/// (`\n`,
+/// `\x1b`), so that a message can neither begin a line of its own nor steer a terminal. Lines of several threads do not
+/// mix, and each is flushed.
+class TLogger : public ILogger {
+  public:
+    /// Writes messages up to and including `level` to a stream, which must live longer than the logger.
+    TLogger(std::ostream& stream, EVYXLogSeverity level);
+
+    /// Appends them to a file. Throws std::system_error with its name when it cannot be opened.
+    TLogger(const std::string& fileName, EVYXLogSeverity level);
+
+    void Log(EVYXLogSeverity severity, std::string message) override;
+
+  private:
+    const EVYXLogSeverity fLevel;
+    std::mutex fMutex;
+    std::ofstream fFile;
+    std::ostream& fStream;
+};
+
+} // namespace NQORVYX20

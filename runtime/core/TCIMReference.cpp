@@ -1,0 +1,121 @@
+#include "host/TCIMReference.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "host/TCIMValue.h"
+
+namespace NQORVYX20 {
+
+namespace {
+
+char ToLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
+bool IsSameName(std::string_view left, std::string_view right) {
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                      [](char a, char b) { return ToLower(a) == ToLower(b); });
+}
+
+bool IsNameBefore(std::string_view left, std::string_view right) {
+    return std::lexicographical_compare(left.begin(), left.end(), right.begin(), right.end(),
+                                        [](char a, char b) { return ToLower(a) < ToLower(b); });
+}
+
+bool IsWrittenBare(TCIMValue::TCIMType type) {
+    return type >= TCIMValue::TCIMType::eCIMBoolean && type <= TCIMValue::TCIMType::eCIMReal64;
+}
+
+void AppendQuoted(std::string& path, std::string_view text) {
+    path += '"';
+    for (const char c : text) {
+        if (c == '"' || c == '\\')
+            path += '\\';
+        path += c;
+    }
+    path += '"';
+}
+
+void AppendScalar(std::string& path, const TCIMValue& value) {
+    if (value.IsNull())
+        path += "NULL";
+    else if (IsWrittenBare(value.GetType()))
+        path += value.ToString(10);
+    else
+        AppendQuoted(path, value.ToString(10));
+}
+
+void AppendValue(std::string& path, const TCIMValue& value) {
+    if (value.IsNull() || !value.IsArray())
+        return AppendScalar(path, value);
+    const char* separator = "{";
+    const std::vector<TCIMValue>& elements = value;
+    for (const TCIMValue& element : elements) {
+        path += separator;
+        AppendScalar(path, element);
+        separator = ",";
+    }
+    path += elements.empty() ? "{}" : "}";
+}
+
+} // namespace
+
+TCIMReference::TCIMReference(boost::shared_ptr<ICIMNamespace> nameSpace, TCIMContext keys)
+    : fNamespace(nameSpace), fKeyValues(keys.begin(), keys.end()) {}
+
+TCIMReference::TCIMReference(const TCIMReference& other) = default;
+TCIMReference::TCIMReference(TCIMReference&& other) noexcept = default;
+TCIMReference& TCIMReference::operator=(const TCIMReference& other) = default;
+TCIMReference& TCIMReference::operator=(TCIMReference&& other) noexcept = default;
+TCIMReference::~TCIMReference() = default;
+
+void TCIMReference::AddKeyValue(const std::string& name, const TCIMValue& value) {
+    for (auto& [key, keyValue] : fKeyValues) {
+        if (IsSameName(key, name)) {
+            keyValue = value;
+            return;
+        }
+    }
+    fKeyValues.emplace_back(name, value);
+}
+
+TCIMValue TCIMReference::GetKeyValue(const std::string& name) const {
+    for (const auto& [key, keyValue] : fKeyValues) {
+        if (IsSameName(key, name))
+            return keyValue;
+    }
+    return {};
+}
+
+void TCIMReference::EnumerateKeyValues(
+    const boost::function<bool(const std::string&, const TCIMValue&)>& callback) const {
+    for (const auto& [key, keyValue] : fKeyValues) {
+        if (!callback(key, keyValue))
+            return;
+    }
+}
+
+void TCIMReference::SetClassName(const std::string& name) { fClassName = name; }
+
+std::string TCIMReference::GetPath() const {
+    std::vector<const TKeyValue*> sorted;
+    sorted.reserve(fKeyValues.size());
+    for (const TKeyValue& keyValue : fKeyValues)
+        sorted.push_back(&keyValue);
+    std::sort(sorted.begin(), sorted.end(),
+              [](const TKeyValue* left, const TKeyValue* right) { return IsNameBefore(left->first, right->first); });
+
+    std::string path = fClassName;
+    const char* separator = fClassName.empty() ? "" : ".";
+    for (const TKeyValue* keyValue : sorted) {
+        path.append(separator).append(keyValue->first).append("=");
+        AppendValue(path, keyValue->second);
+        separator = ",";
+    }
+    return path;
+}
+
+bool operator==(const TCIMReference& left, const TCIMReference& right) { return left.GetPath() == right.GetPath(); }
+
+bool operator<(const TCIMReference& left, const TCIMReference& right) { return left.GetPath() < right.GetPath(); }
+
+} // namespace NQORVYX20

@@ -1,0 +1,54 @@
+#include "TNamespaceProviderManager.h"
+
+#include "host/ILogger.h"
+#include "host/INamespaceProvider.h"
+#include "host/TCIMValue.h"
+#include "host/TRootObject.h"
+
+namespace NQORVYX20 {
+
+namespace {
+
+TVYXStatusCode Refuse(std::uint32_t code, const std::string& reason) {
+    TRootObject::GetCoreLogger()->Log(ILogger::eLogError, "The namespace provider was not registered: " + reason);
+    return TVYXStatusCode(code);
+}
+
+} // namespace
+
+TVYXStatusCode TNamespaceProviderManager::RegisterNamespaceProvider(boost::shared_ptr<INamespaceProvider> provider) {
+    if (!provider)
+        return Refuse(14, "it is an empty pointer");
+    const std::string name = provider->GetName(TCIMContext());
+    const auto isKept = [&] {
+        const std::lock_guard<std::mutex> lock(fMutex);
+        return fProviders.emplace(name, provider).first->second == provider;
+    };
+    return isKept() ? TVYXStatusCode(0) : Refuse(16, "another one has the name " + name);
+}
+
+boost::shared_ptr<INamespaceProvider> TNamespaceProviderManager::GetNamespaceProvider(const std::string& name) const {
+    const std::lock_guard<std::mutex> lock(fMutex);
+    const auto found = fProviders.find(name);
+    return found == fProviders.end() ? boost::shared_ptr<INamespaceProvider>() : found->second;
+}
+
+void TNamespaceProviderManager::EnumerateNamespaceProviders(
+    const boost::function<bool(boost::shared_ptr<INamespaceProvider>)>& callback) const {
+    const auto copyProviders = [this] {
+        const std::lock_guard<std::mutex> lock(fMutex);
+        return fProviders;
+    };
+    for (const auto& [name, provider] : copyProviders()) {
+        if (!callback(provider))
+            return;
+    }
+}
+
+void TNamespaceProviderManager::UnregisterNamespaceProvider(const std::string& name) {
+    TProviders::node_type unregistered; // outlives the lock, for the provider may end with it
+    const std::lock_guard<std::mutex> lock(fMutex);
+    unregistered = fProviders.extract(name);
+}
+
+} // namespace NQORVYX20
