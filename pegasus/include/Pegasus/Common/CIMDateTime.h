@@ -9,13 +9,13 @@ namespace Pegasus {
 class CIMDateTime {
   public:
     /// The zero interval.
-    CIMDateTime();
+    CIMDateTime() noexcept = default;
     /// Throws InvalidDateTimeFormatException for a text of another form, DateTimeOutOfRangeException for a field with
     /// an impossible number.
     CIMDateTime(const String& text);
 
     /// The 25 characters as they were given.
-    const String& toString() const noexcept { return text_; }
+    const String& toString() const noexcept;
     Boolean isInterval() const noexcept;
 
     /// Points in time are equal when they are the same moment, whatever their offsets from UTC. Everything with
@@ -26,7 +26,7 @@ class CIMDateTime {
     friend bool operator!=(const CIMDateTime& a, const CIMDateTime& b) noexcept { return !a.equal(b); }
 
   private:
-    String text_;
+    String text_; // empty for the zero interval
 };
 
 } // namespace Pegasus

@@ -17,50 +17,35 @@ namespace Pegasus {
 
 namespace detail {
 
-/// Which CIM type a C++ type stands for. Only the types below can be held by a CIMValue.
+/// Which CIM type a C++ type stands for; only the types listed here can be held by a CIMValue.
 template <class T>
 struct ScalarType {
     static constexpr bool kHeld = false;
 };
 template <CIMType type>
-struct Held {
+struct Holds {
     static constexpr bool kHeld = true;
     static constexpr CIMType kType = type;
 };
-template <>
-struct ScalarType<Boolean> : Held<CIMTYPE_BOOLEAN> {};
-template <>
-struct ScalarType<Uint8> : Held<CIMTYPE_UINT8> {};
-template <>
-struct ScalarType<Sint8> : Held<CIMTYPE_SINT8> {};
-template <>
-struct ScalarType<Uint16> : Held<CIMTYPE_UINT16> {};
-template <>
-struct ScalarType<Sint16> : Held<CIMTYPE_SINT16> {};
-template <>
-struct ScalarType<Uint32> : Held<CIMTYPE_UINT32> {};
-template <>
-struct ScalarType<Sint32> : Held<CIMTYPE_SINT32> {};
-template <>
-struct ScalarType<Uint64> : Held<CIMTYPE_UINT64> {};
-template <>
-struct ScalarType<Sint64> : Held<CIMTYPE_SINT64> {};
-template <>
-struct ScalarType<Real32> : Held<CIMTYPE_REAL32> {};
-template <>
-struct ScalarType<Real64> : Held<CIMTYPE_REAL64> {};
-template <>
-struct ScalarType<Char16> : Held<CIMTYPE_CHAR16> {};
-template <>
-struct ScalarType<String> : Held<CIMTYPE_STRING> {};
-template <>
-struct ScalarType<CIMDateTime> : Held<CIMTYPE_DATETIME> {};
-template <>
-struct ScalarType<CIMObjectPath> : Held<CIMTYPE_REFERENCE> {};
-template <>
-struct ScalarType<CIMObject> : Held<CIMTYPE_OBJECT> {};
-template <>
-struct ScalarType<CIMInstance> : Held<CIMTYPE_INSTANCE> {};
+// clang-format off
+template <> struct ScalarType<Boolean> : Holds<CIMTYPE_BOOLEAN> {};
+template <> struct ScalarType<Uint8> : Holds<CIMTYPE_UINT8> {};
+template <> struct ScalarType<Sint8> : Holds<CIMTYPE_SINT8> {};
+template <> struct ScalarType<Uint16> : Holds<CIMTYPE_UINT16> {};
+template <> struct ScalarType<Sint16> : Holds<CIMTYPE_SINT16> {};
+template <> struct ScalarType<Uint32> : Holds<CIMTYPE_UINT32> {};
+template <> struct ScalarType<Sint32> : Holds<CIMTYPE_SINT32> {};
+template <> struct ScalarType<Uint64> : Holds<CIMTYPE_UINT64> {};
+template <> struct ScalarType<Sint64> : Holds<CIMTYPE_SINT64> {};
+template <> struct ScalarType<Real32> : Holds<CIMTYPE_REAL32> {};
+template <> struct ScalarType<Real64> : Holds<CIMTYPE_REAL64> {};
+template <> struct ScalarType<Char16> : Holds<CIMTYPE_CHAR16> {};
+template <> struct ScalarType<String> : Holds<CIMTYPE_STRING> {};
+template <> struct ScalarType<CIMDateTime> : Holds<CIMTYPE_DATETIME> {};
+template <> struct ScalarType<CIMObjectPath> : Holds<CIMTYPE_REFERENCE> {};
+template <> struct ScalarType<CIMObject> : Holds<CIMTYPE_OBJECT> {};
+template <> struct ScalarType<CIMInstance> : Holds<CIMTYPE_INSTANCE> {};
+// clang-format on
 
 template <class T>
 struct ValueType : ScalarType<T> {
@@ -68,11 +53,19 @@ struct ValueType : ScalarType<T> {
 };
 template <class T>
 struct ValueType<Array<T>> : ScalarType<T> {
+    using Element = T;
     static constexpr bool kIsArray = true;
 };
 
+/// The elements of an array value.
 template <class T>
-struct ArrayRep;
+struct ArrayOf final : RefCounted {
+    explicit ArrayOf(const Array<T>& itsItems) : items(itsItems) {}
+
+    const Array<T> items;
+};
+
+[[noreturn]] void throwTypeMismatch(CIMType type, Boolean isArray, CIMType askedType, Boolean askedArray);
 
 } // namespace detail
 
@@ -95,22 +88,37 @@ class CIMValue {
     Boolean isArray() const noexcept { return isArray_; }
     Boolean isNull() const noexcept { return std::holds_alternative<std::monostate>(content_); }
     /// The number of elements; 0 for a null and for a scalar.
-    Uint32 getArraySize() const noexcept;
+    Uint32 getArraySize() const;
 
     /// Copies the content to `value`. A null leaves `value` as it is, so initialise it. Throws TypeMismatchException
     /// when T is not this value's type and array-ness.
     template <class T>
     void get(T& value) const {
-        static_assert(detail::ValueType<T>::kHeld, "no CIM type is held in this C++ type");
-        load(value);
+        using Type = detail::ValueType<T>;
+        static_assert(Type::kHeld, "no CIM type is held in this C++ type");
+        if (type_ != Type::kType || isArray_ != Type::kIsArray)
+            detail::throwTypeMismatch(type_, isArray_, Type::kType, Type::kIsArray);
+        if (isNull())
+            return;
+        if constexpr (Type::kIsArray)
+            value = static_cast<const detail::ArrayOf<typename Type::Element>&>(*std::get<ArrayHandle>(content_)).items;
+        else
+            value = std::get<T>(content_);
     }
 
     /// Takes over type and content of `value`.
     template <class T>
     void set(const T& value) {
-        static_assert(detail::ValueType<T>::kHeld, "no CIM type is held in this C++ type");
-        store(value);
+        using Type = detail::ValueType<T>;
+        static_assert(Type::kHeld, "no CIM type is held in this C++ type");
+        if constexpr (Type::kIsArray)
+            content_ = ArrayHandle::make<detail::ArrayOf<typename Type::Element>>(value);
+        else
+            content_ = value;
+        type_ = Type::kType;
+        isArray_ = Type::kIsArray;
     }
+
     void setNullValue(CIMType type, Boolean isArray, Uint32 size = 0) noexcept {
         *this = CIMValue(type, isArray, size);
     }
@@ -131,13 +139,6 @@ class CIMValue {
     using Content =
         std::variant<std::monostate, Boolean, Uint8, Sint8, Uint16, Sint16, Uint32, Sint32, Uint64, Sint64, Real32,
                      Real64, Char16, String, CIMDateTime, CIMObjectPath, CIMObject, CIMInstance, ArrayHandle>;
-
-    template <class T>
-    void load(T& value) const;
-    template <class T>
-    void store(const T& value);
-    template <class T>
-    const Array<T>& items() const;
 
     Content content_;
     CIMType type_ = CIMTYPE_BOOLEAN;

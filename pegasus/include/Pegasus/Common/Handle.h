@@ -49,10 +49,11 @@ class Handle {
             shared_->release();
     }
 
-    template <class... Arguments>
+    /// A new representation; `Actual` is Rep or derived from it.
+    template <class Actual = Rep, class... Arguments>
     static Handle make(Arguments&&... arguments) {
         Handle handle;
-        handle.shared_ = new Rep(std::forward<Arguments>(arguments)...);
+        handle.shared_ = new Actual(std::forward<Arguments>(arguments)...);
         return handle;
     }
 

@@ -1,0 +1,63 @@
+#include <Pegasus/Common/CIMClass.h>
+
+#include "model/NamedList.h"
+
+namespace Pegasus {
+
+struct CIMClass::Rep : detail::RefCounted {
+    Rep(const CIMName& className, const CIMName& itsSuperClass)
+        : path(String(), CIMNamespaceName(), className), superClass(itsSuperClass) {}
+
+    Boolean isMarked(const CIMName& qualifierName) const {
+        const Uint32 index = qualifiers.find(qualifierName);
+        return index != PEG_NOT_FOUND && qualifiers[index].getValue() == CIMValue(true);
+    }
+
+    CIMObjectPath path;
+    CIMName superClass;
+    detail::NamedList<CIMQualifier> qualifiers;
+    detail::NamedList<CIMProperty> properties;
+    detail::NamedList<CIMMethod> methods;
+};
+
+CIMClass::CIMClass(const CIMName& className, const CIMName& superClass)
+    : rep_(detail::Handle<Rep>::make(className, superClass)) {}
+
+const CIMName& CIMClass::getClassName() const { return rep_->path.getClassName(); }
+const CIMName& CIMClass::getSuperClassName() const { return rep_->superClass; }
+const CIMObjectPath& CIMClass::getPath() const { return rep_->path; }
+Boolean CIMClass::isAssociation() const { return rep_->isMarked("Association"); }
+Boolean CIMClass::isAbstract() const { return rep_->isMarked("Abstract"); }
+
+CIMClass& CIMClass::addQualifier(const CIMQualifier& qualifier) {
+    rep_->qualifiers.add(qualifier);
+    return *this;
+}
+Uint32 CIMClass::getQualifierCount() const { return rep_->qualifiers.size(); }
+CIMQualifier CIMClass::getQualifier(Uint32 index) const { return rep_->qualifiers[index]; }
+Uint32 CIMClass::findQualifier(const CIMName& name) const { return rep_->qualifiers.find(name); }
+
+CIMClass& CIMClass::addProperty(const CIMProperty& property) {
+    rep_->properties.add(property);
+    return *this;
+}
+Uint32 CIMClass::getPropertyCount() const { return rep_->properties.size(); }
+CIMProperty CIMClass::getProperty(Uint32 index) const { return rep_->properties[index]; }
+Uint32 CIMClass::findProperty(const CIMName& name) const { return rep_->properties.find(name); }
+
+CIMClass& CIMClass::addMethod(const CIMMethod& method) {
+    rep_->methods.add(method);
+    return *this;
+}
+Uint32 CIMClass::getMethodCount() const { return rep_->methods.size(); }
+CIMMethod CIMClass::getMethod(Uint32 index) const { return rep_->methods[index]; }
+Uint32 CIMClass::findMethod(const CIMName& name) const { return rep_->methods.find(name); }
+
+Boolean CIMClass::identical(const CIMClass& other) const {
+    const Rep& a = *rep_;
+    const Rep& b = *other.rep_;
+    return a.path == b.path && a.superClass == b.superClass && a.qualifiers.identical(b.qualifiers) &&
+           a.properties.identical(b.properties) && a.methods.identical(b.methods);
+}
+
+} // namespace Pegasus

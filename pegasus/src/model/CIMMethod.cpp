@@ -1,0 +1,50 @@
+#include <Pegasus/Common/CIMMethod.h>
+
+#include "model/NamedList.h"
+
+namespace Pegasus {
+
+struct CIMMethod::Rep : detail::RefCounted {
+    Rep(const CIMName& itsName, CIMType itsType, const CIMName& itsClassOrigin, Boolean isPropagated)
+        : name(itsName), type(itsType), classOrigin(itsClassOrigin), propagated(isPropagated) {}
+
+    CIMName name;
+    CIMType type;
+    CIMName classOrigin;
+    Boolean propagated;
+    detail::NamedList<CIMParameter> parameters;
+    detail::NamedList<CIMQualifier> qualifiers;
+};
+
+CIMMethod::CIMMethod(const CIMName& name, CIMType type, const CIMName& classOrigin, Boolean propagated)
+    : rep_(detail::Handle<Rep>::make(name, type, classOrigin, propagated)) {}
+
+const CIMName& CIMMethod::getName() const { return rep_->name; }
+CIMType CIMMethod::getType() const { return rep_->type; }
+const CIMName& CIMMethod::getClassOrigin() const { return rep_->classOrigin; }
+Boolean CIMMethod::getPropagated() const { return rep_->propagated; }
+
+CIMMethod& CIMMethod::addParameter(const CIMParameter& parameter) {
+    rep_->parameters.add(parameter);
+    return *this;
+}
+Uint32 CIMMethod::getParameterCount() const { return rep_->parameters.size(); }
+CIMParameter CIMMethod::getParameter(Uint32 index) const { return rep_->parameters[index]; }
+Uint32 CIMMethod::findParameter(const CIMName& name) const { return rep_->parameters.find(name); }
+
+CIMMethod& CIMMethod::addQualifier(const CIMQualifier& qualifier) {
+    rep_->qualifiers.add(qualifier);
+    return *this;
+}
+Uint32 CIMMethod::getQualifierCount() const { return rep_->qualifiers.size(); }
+CIMQualifier CIMMethod::getQualifier(Uint32 index) const { return rep_->qualifiers[index]; }
+Uint32 CIMMethod::findQualifier(const CIMName& name) const { return rep_->qualifiers.find(name); }
+
+Boolean CIMMethod::identical(const CIMMethod& other) const {
+    const Rep& a = *rep_;
+    const Rep& b = *other.rep_;
+    return a.name == b.name && a.type == b.type && a.classOrigin == b.classOrigin && a.propagated == b.propagated &&
+           a.parameters.identical(b.parameters) && a.qualifiers.identical(b.qualifiers);
+}
+
+} // namespace Pegasus

@@ -1,0 +1,285 @@
+#include <Pegasus/Common/CIMObjectPath.h>
+
+#include <algorithm>
+#include <charconv>
+#include <optional>
+#include <string>
+
+namespace Pegasus {
+
+namespace {
+
+constexpr char toLower(char c) noexcept { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
+bool precedes(const CIMKeyBinding& a, const CIMKeyBinding& b) noexcept {
+    const std::string_view left = a.getName().getString().view();
+    const std::string_view right = b.getName().getString().view();
+    return std::lexicographical_compare(left.begin(), left.end(), right.begin(), right.end(), [](char x, char y) {
+        return static_cast<Uint8>(toLower(x)) < static_cast<Uint8>(toLower(y));
+    });
+}
+
+Array<CIMKeyBinding> sorted(Array<CIMKeyBinding> keys) {
+    std::stable_sort(keys.begin(), keys.end(), precedes);
+    return keys;
+}
+
+template <class Number>
+std::optional<Number> wholeNumber(std::string_view text, int base = 10) noexcept {
+    Number number{};
+    const char* const end = text.data() + text.size();
+    const auto [last, error] = std::from_chars(text.data(), end, number, base);
+    return error == std::errc() && last == end ? std::optional<Number>(number) : std::nullopt;
+}
+
+/// An integer as sign and magnitude, so that the whole range of sint64 and uint64 fits.
+struct Integer {
+    bool negative;
+    Uint64 magnitude;
+
+    friend bool operator==(const Integer& a, const Integer& b) noexcept {
+        return a.magnitude == b.magnitude && (a.negative == b.negative || a.magnitude == 0);
+    }
+};
+
+std::optional<Integer> integerIn(std::string_view text) noexcept {
+    const bool negative = !text.empty() && text.front() == '-';
+    if (negative || (!text.empty() && text.front() == '+'))
+        text.remove_prefix(1);
+    const bool hexadecimal = text.size() > 2 && text[0] == '0' && toLower(text[1]) == 'x';
+    const auto magnitude = hexadecimal ? wholeNumber<Uint64>(text.substr(2), 16) : wholeNumber<Uint64>(text);
+    return magnitude ? std::optional<Integer>(Integer{negative, *magnitude}) : std::nullopt;
+}
+
+bool isNumber(std::string_view text) noexcept {
+    double real = 0;
+    const char* const end = text.data() + text.size();
+    const auto [last, error] = std::from_chars(text.data(), end, real);
+    return integerIn(text) || (error != std::errc::invalid_argument && last == end);
+}
+
+bool sameNumber(const String& a, const String& b) noexcept {
+    const auto left = integerIn(a.view());
+    return left && left == integerIn(b.view());
+}
+
+/// The path in a text, nothing when it is none.
+std::optional<CIMObjectPath> pathIn(const String& text) {
+    try {
+        return CIMObjectPath(text);
+    } catch (const Exception&) {
+        return std::nullopt;
+    }
+}
+
+bool samePath(const String& a, const String& b) {
+    const auto left = pathIn(a);
+    return left && left == pathIn(b);
+}
+
+void appendQuoted(std::string& out, std::string_view text) {
+    out += '"';
+    for (const char c : text) {
+        if (c == '"' || c == '\\')
+            out += '\\';
+        out += c;
+    }
+    out += '"';
+}
+
+void appendKey(std::string& out, const CIMKeyBinding& key) {
+    const bool quoted = key.getType() == CIMKeyBinding::STRING || key.getType() == CIMKeyBinding::REFERENCE;
+    out.append(key.getName().getString().view()).append("=");
+    if (quoted)
+        appendQuoted(out, key.getValue().view());
+    else
+        out.append(key.getValue().view());
+}
+
+/// Reads the text form of a path from left to right.
+class PathParser {
+  public:
+    explicit PathParser(const String& text) : text_(text), rest_(text.view()) {}
+
+    CIMObjectPath parse() {
+        const String host = parseHost();
+        const CIMNamespaceName nameSpace = parseNamespace();
+        const CIMName className(String(take(rest_.find_first_of(".="))));
+        return CIMObjectPath(host, nameSpace, className, parseKeys());
+    }
+
+  private:
+    [[noreturn]] void fail() const { throw MalformedObjectNameException(text_); }
+
+    /// The next characters, up to `length`, or all of them.
+    std::string_view take(std::size_t length) {
+        const std::string_view taken = rest_.substr(0, length);
+        rest_.remove_prefix(taken.size());
+        return taken;
+    }
+
+    bool skip(std::string_view expected) {
+        if (rest_.substr(0, expected.size()) != expected)
+            return false;
+        rest_.remove_prefix(expected.size());
+        return true;
+    }
+
+    String parseHost() {
+        if (!skip("//"))
+            return String();
+        const String host(take(rest_.find('/')));
+        if (host.empty() || !skip("/"))
+            fail();
+        return host;
+    }
+
+    CIMNamespaceName parseNamespace() {
+        const std::size_t end = rest_.find_first_of(":.=\"");
+        if (end == std::string_view::npos || rest_[end] != ':')
+            return CIMNamespaceName();
+        const CIMNamespaceName nameSpace(String(take(end)));
+        skip(":");
+        return nameSpace;
+    }
+
+    Array<CIMKeyBinding> parseKeys() {
+        Array<CIMKeyBinding> keys;
+        if (rest_.empty())
+            return keys;
+        if (skip("=")) {
+            keys.append(parseValue(CIMName()));
+        } else {
+            skip(".");
+            do
+                keys.append(parseKey());
+            while (skip(","));
+        }
+        if (!rest_.empty())
+            fail();
+        return keys;
+    }
+
+    CIMKeyBinding parseKey() {
+        const CIMName name(String(take(rest_.find('='))));
+        if (!skip("="))
+            fail();
+        return parseValue(name);
+    }
+
+    CIMKeyBinding parseValue(const CIMName& name) {
+        if (skip("\"")) {
+            const String value = parseQuoted();
+            const auto path = pathIn(value);
+            const bool reference = path && path->getKeyBindings().size() != 0;
+            return CIMKeyBinding(name, value, reference ? CIMKeyBinding::REFERENCE : CIMKeyBinding::STRING);
+        }
+        const String value(take(rest_.find(',')));
+        if (String::equalNoCase(value, "TRUE") || String::equalNoCase(value, "FALSE"))
+            return CIMKeyBinding(name, value, CIMKeyBinding::BOOLEAN);
+        if (!isNumber(value.view()))
+            fail();
+        return CIMKeyBinding(name, value, CIMKeyBinding::NUMERIC);
+    }
+
+    /// Behind the opening quote; takes the closing one, too.
+    String parseQuoted() {
+        std::string value;
+        while (!skip("\"")) {
+            skip("\\");
+            if (rest_.empty())
+                fail();
+            value += take(1);
+        }
+        return String(std::string_view(value));
+    }
+
+    const String& text_;
+    std::string_view rest_;
+};
+
+CIMObjectPath parsePath(const String& text) {
+    try {
+        return PathParser(text).parse();
+    } catch (const InvalidNameException&) {
+        throw MalformedObjectNameException(text);
+    } catch (const InvalidNamespaceNameException&) {
+        throw MalformedObjectNameException(text);
+    }
+}
+
+} // namespace
+
+bool operator==(const CIMKeyBinding& a, const CIMKeyBinding& b) {
+    if (a.name_ != b.name_ || a.type_ != b.type_)
+        return false;
+    if (String::equal(a.value_, b.value_))
+        return true;
+    switch (a.type_) {
+    case CIMKeyBinding::BOOLEAN:
+        return String::equalNoCase(a.value_, b.value_);
+    case CIMKeyBinding::NUMERIC:
+        return sameNumber(a.value_, b.value_);
+    case CIMKeyBinding::REFERENCE:
+        return samePath(a.value_, b.value_);
+    case CIMKeyBinding::STRING:
+        break;
+    }
+    return false;
+}
+
+struct CIMObjectPath::Rep : detail::RefCounted {
+    Rep() = default;
+    Rep(const String& itsHost, const CIMNamespaceName& itsNameSpace, const CIMName& itsClassName,
+        Array<CIMKeyBinding> itsKeys)
+        : host(itsHost), nameSpace(itsNameSpace), className(itsClassName), keyBindings(std::move(itsKeys)) {}
+
+    String host;
+    CIMNamespaceName nameSpace;
+    CIMName className;
+    Array<CIMKeyBinding> keyBindings;
+};
+
+CIMObjectPath::CIMObjectPath(const String& host, const CIMNamespaceName& nameSpace, const CIMName& className,
+                             const Array<CIMKeyBinding>& keyBindings)
+    : rep_(detail::Handle<Rep>::make(host, nameSpace, className, sorted(keyBindings))) {}
+
+CIMObjectPath::CIMObjectPath(const String& text) : CIMObjectPath(parsePath(text)) {}
+
+CIMObjectPath::CIMObjectPath(const char* text) : CIMObjectPath(String(text)) {}
+
+const CIMObjectPath::Rep& CIMObjectPath::rep() const noexcept {
+    static const Rep kEmpty;
+    return rep_ ? *rep_ : kEmpty;
+}
+
+const String& CIMObjectPath::getHost() const noexcept { return rep().host; }
+const CIMNamespaceName& CIMObjectPath::getNameSpace() const noexcept { return rep().nameSpace; }
+const CIMName& CIMObjectPath::getClassName() const noexcept { return rep().className; }
+const Array<CIMKeyBinding>& CIMObjectPath::getKeyBindings() const noexcept { return rep().keyBindings; }
+
+String CIMObjectPath::toString() const {
+    std::string text;
+    if (!getHost().empty())
+        text.append("//").append(getHost().view()).append("/");
+    if (!getNameSpace().isNull())
+        text.append(getNameSpace().getString().view()).append(":");
+    text.append(getClassName().getString().view());
+
+    const char* separator = ".";
+    for (const CIMKeyBinding& key : getKeyBindings()) {
+        if (!key.getName().isNull())
+            text += separator;
+        appendKey(text, key);
+        separator = ",";
+    }
+    return String(std::string_view(text));
+}
+
+Boolean CIMObjectPath::identical(const CIMObjectPath& other) const {
+    return rep_ == other.rep_ ||
+           (String::equalNoCase(getHost(), other.getHost()) && getNameSpace() == other.getNameSpace() &&
+            getClassName() == other.getClassName() && getKeyBindings() == other.getKeyBindings());
+}
+
+} // namespace Pegasus

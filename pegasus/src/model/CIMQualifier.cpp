@@ -1,0 +1,31 @@
+#include <Pegasus/Common/CIMQualifier.h>
+
+namespace Pegasus {
+
+struct CIMQualifier::Rep : detail::RefCounted {
+    Rep(const CIMName& itsName, const CIMValue& itsValue, const CIMFlavor& itsFlavor, Boolean isPropagated)
+        : name(itsName), value(itsValue), flavor(itsFlavor), propagated(isPropagated) {}
+
+    CIMName name;
+    CIMValue value;
+    CIMFlavor flavor;
+    Boolean propagated;
+};
+
+CIMQualifier::CIMQualifier(const CIMName& name, const CIMValue& value, const CIMFlavor& flavor, Boolean propagated)
+    : rep_(detail::Handle<Rep>::make(name, value, flavor, propagated)) {}
+
+const CIMName& CIMQualifier::getName() const { return rep_->name; }
+CIMType CIMQualifier::getType() const { return rep_->value.getType(); }
+Boolean CIMQualifier::isArray() const { return rep_->value.isArray(); }
+const CIMValue& CIMQualifier::getValue() const { return rep_->value; }
+const CIMFlavor& CIMQualifier::getFlavor() const { return rep_->flavor; }
+Boolean CIMQualifier::getPropagated() const { return rep_->propagated; }
+
+Boolean CIMQualifier::identical(const CIMQualifier& other) const {
+    const Rep& a = *rep_;
+    const Rep& b = *other.rep_;
+    return a.name == b.name && a.value == b.value && a.flavor == b.flavor && a.propagated == b.propagated;
+}
+
+} // namespace Pegasus

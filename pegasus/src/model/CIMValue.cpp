@@ -1,0 +1,170 @@
+#include <Pegasus/Common/CIMValue.h>
+
+#include <Pegasus/Common/CIMClass.h>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <string>
+
+namespace Pegasus {
+
+namespace {
+
+template <class T>
+bool same(const T& a, const T& b) {
+    return a == b;
+}
+bool same(const CIMInstance& a, const CIMInstance& b) { return a.identical(b); }
+bool same(const CIMObject& a, const CIMObject& b) { return a.identical(b); }
+
+template <class Number, class = std::enable_if_t<std::is_arithmetic_v<Number>>>
+void print(std::string& out, Number number) {
+    std::array<char, 32> text{};
+    const auto result = std::to_chars(text.data(), text.data() + text.size(), number);
+    out.append(text.data(), result.ptr);
+}
+void print(std::string& out, Boolean value) { out += value ? "TRUE" : "FALSE"; }
+void print(std::string& out, const String& text) { out += text.view(); }
+void print(std::string& out, const CIMDateTime& value) { out += value.toString().view(); }
+void print(std::string& out, const CIMObjectPath& path) { out += path.toString().view(); }
+void print(std::string& out, const CIMInstance& instance) { print(out, instance.getPath()); }
+void print(std::string& out, const CIMObject& object) {
+    print(out, object.isClass() ? object.getClass().getPath() : object.getInstance().getPath());
+}
+
+/// A UTF-16 unit as UTF-8; half of a surrogate pair is no character and becomes U+FFFD.
+void print(std::string& out, Char16 value) {
+    const Uint32 given = value;
+    const Uint32 unit = (given & 0xF800U) == 0xD800U ? 0xFFFDU : given;
+    const auto put = [&](Uint32 byte) { out += static_cast<char>(byte); };
+    if (unit < 0x80) {
+        put(unit);
+    } else if (unit < 0x800) {
+        put(0xC0U | unit >> 6U);
+        put(0x80U | (unit & 0x3FU));
+    } else {
+        put(0xE0U | unit >> 12U);
+        put(0x80U | (unit >> 6U & 0x3FU));
+        put(0x80U | (unit & 0x3FU));
+    }
+}
+
+template <class T>
+const Array<T>& itemsOf(const detail::RefCounted& array) {
+    return static_cast<const detail::ArrayOf<T>&>(array).items;
+}
+
+/// Calls `visitor` with something of the C++ type that holds the scalar type.
+template <class Visitor>
+auto visitType(CIMType type, Visitor&& visitor) {
+    switch (type) {
+    case CIMTYPE_BOOLEAN:
+        return visitor(Boolean());
+    case CIMTYPE_UINT8:
+        return visitor(Uint8());
+    case CIMTYPE_SINT8:
+        return visitor(Sint8());
+    case CIMTYPE_UINT16:
+        return visitor(Uint16());
+    case CIMTYPE_SINT16:
+        return visitor(Sint16());
+    case CIMTYPE_UINT32:
+        return visitor(Uint32());
+    case CIMTYPE_SINT32:
+        return visitor(Sint32());
+    case CIMTYPE_UINT64:
+        return visitor(Uint64());
+    case CIMTYPE_SINT64:
+        return visitor(Sint64());
+    case CIMTYPE_REAL32:
+        return visitor(Real32());
+    case CIMTYPE_REAL64:
+        return visitor(Real64());
+    case CIMTYPE_CHAR16:
+        return visitor(Char16());
+    case CIMTYPE_STRING:
+        return visitor(String());
+    case CIMTYPE_DATETIME:
+        return visitor(CIMDateTime());
+    case CIMTYPE_REFERENCE:
+        return visitor(CIMObjectPath());
+    case CIMTYPE_OBJECT:
+        return visitor(CIMObject());
+    case CIMTYPE_INSTANCE:
+        return visitor(CIMInstance());
+    }
+    throw TypeMismatchException("the value's type is none of CIM");
+}
+
+bool sameItems(CIMType type, const detail::RefCounted& a, const detail::RefCounted& b) {
+    return visitType(type, [&](auto scalar) {
+        using T = decltype(scalar);
+        const auto& left = itemsOf<T>(a);
+        const auto& right = itemsOf<T>(b);
+        return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                          [](const T& x, const T& y) { return same(x, y); });
+    });
+}
+
+void printItems(std::string& out, CIMType type, const detail::RefCounted& array) {
+    out += '{';
+    visitType(type, [&](auto scalar) {
+        const char* separator = "";
+        for (const auto& item : itemsOf<decltype(scalar)>(array)) {
+            out += separator;
+            print(out, item);
+            separator = ", ";
+        }
+    });
+    out += '}';
+}
+
+std::string typeText(CIMType type, Boolean isArray) {
+    return std::string(cimTypeToString(type)) + (isArray ? " array" : "");
+}
+
+} // namespace
+
+void detail::throwTypeMismatch(CIMType type, Boolean isArray, CIMType askedType, Boolean askedArray) {
+    throw TypeMismatchException(String(std::string_view("the value is of type " + typeText(type, isArray) +
+                                                        ", asked for as " + typeText(askedType, askedArray))));
+}
+
+CIMValue::CIMValue(CIMType type, Boolean isArray, Uint32 /*size*/) noexcept : type_(type), isArray_(isArray) {}
+
+Uint32 CIMValue::getArraySize() const {
+    const auto* array = std::get_if<ArrayHandle>(&content_);
+    return array ? visitType(type_, [&](auto scalar) { return itemsOf<decltype(scalar)>(**array).size(); }) : 0;
+}
+
+Boolean CIMValue::equal(const CIMValue& other) const {
+    if (type_ != other.type_ || isArray_ != other.isArray_ || isNull() != other.isNull())
+        return false;
+    return std::visit(
+        [&](const auto& content) {
+            using Alternative = std::decay_t<decltype(content)>;
+            const auto& others = std::get<Alternative>(other.content_);
+            if constexpr (std::is_same_v<Alternative, ArrayHandle>)
+                return sameItems(type_, *content, *others);
+            else
+                return same(content, others);
+        },
+        content_);
+}
+
+String CIMValue::toString() const {
+    std::string text;
+    std::visit(
+        [&](const auto& content) {
+            using Alternative = std::decay_t<decltype(content)>;
+            if constexpr (std::is_same_v<Alternative, ArrayHandle>)
+                printItems(text, type_, *content);
+            else if constexpr (!std::is_same_v<Alternative, std::monostate>)
+                print(text, content);
+        },
+        content_);
+    return String(std::string_view(text));
+}
+
+} // namespace Pegasus

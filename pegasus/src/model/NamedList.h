@@ -1,0 +1,36 @@
+#pragma once
+
+#include <Pegasus/Common/Array.h>
+#include <Pegasus/Common/CIMName.h>
+
+#include <algorithm>
+
+namespace Pegasus::detail {
+
+/// The elements of one kind that an object has, in their order: its properties, qualifiers, methods or parameters.
+template <class Element>
+class NamedList {
+  public:
+    void add(const Element& element) {
+        element.getName(); // an uninitialised element is refused here, where the mistake is
+        elements_.append(element);
+    }
+    Uint32 size() const noexcept { return elements_.size(); }
+    const Element& operator[](Uint32 index) const { return elements_[index]; }
+
+    Uint32 find(const CIMName& name) const {
+        const auto found = std::find_if(elements_.begin(), elements_.end(),
+                                        [&](const Element& element) { return element.getName() == name; });
+        return found == elements_.end() ? PEG_NOT_FOUND : static_cast<Uint32>(found - elements_.begin());
+    }
+
+    Boolean identical(const NamedList& other) const {
+        return std::equal(elements_.begin(), elements_.end(), other.elements_.begin(), other.elements_.end(),
+                          [](const Element& a, const Element& b) { return a.identical(b); });
+    }
+
+  private:
+    Array<Element> elements_;
+};
+
+} // namespace Pegasus::detail
