@@ -21,7 +21,12 @@ class TInmemInstance : public ICIMInstance, public boost::enable_shared_from_thi
     TInmemInstance(boost::shared_ptr<ICIMClass> cls, int layout);
     ~TInmemInstance() override;
 
+    /// Checks the values against the class as it is now: throws TVYXException 15 for the value of a property that the
+    /// class no longer declares, 14 for one of another type than is now declared.
     void Validate(TCIMContext context) const override;
+
+    /// Takes over the other instance's values: properties that have none of their own there have none here afterwards.
+    /// When one of them does not fit (as for SetPropertyValue), the exception leaves this instance as it was.
     void ModifyInstance(boost::shared_ptr<ICIMInstance> values, TCIMContext context) override;
     void Delete(TCIMContext context) override;
 
@@ -29,6 +34,9 @@ class TInmemInstance : public ICIMInstance, public boost::enable_shared_from_thi
     /// of all its properties.
     TCIMReference GetReference(TCIMContext context) const override;
     boost::shared_ptr<ICIMClass> GetClass(TCIMContext context) const override;
+
+    /// Far ends are resolved by ICIMNamespace::GetInstance; one that the namespace does not find is passed over.
+    /// Instances are collected before the first callback.
     void EnumerateAssociatedInstances(const boost::function<bool(boost::shared_ptr<ICIMInstance>)>& callback,
                                       const std::string& assocClass, const std::string& resultClass,
                                       const std::string& role, const std::string& resultRole,
@@ -41,7 +49,7 @@ class TInmemInstance : public ICIMInstance, public boost::enable_shared_from_thi
     boost::shared_ptr<ICIMProperty> GetProperty(const std::string& name, TCIMContext context) const override;
 
     /// Throws TVYXException 15 when the class does not declare the property, 14 when the value's type is not the
-    /// declared one; a null of any type is accepted.
+    /// declared one; a null of any type is accepted, and kept as a null of the declared type.
     void SetPropertyValue(const std::string& name, const TCIMValue& value, TCIMContext context) override;
     void EnumerateProperties(const boost::function<bool(boost::shared_ptr<ICIMProperty>)>& callback,
                              TCIMContext context) override;
@@ -65,11 +73,15 @@ class TInmemInstance : public ICIMInstance, public boost::enable_shared_from_thi
         TCIMValue value;
     };
 
+    boost::shared_ptr<ICIMPropertyDecl const> FindDeclaration(const std::string& name, TCIMContext context) const;
+    TCIMValue Checked(const ICIMPropertyDecl& declaration, const TCIMValue& value) const;
     const TCIMValue* FindValue(const ICIMPropertyDecl& declaration) const;
-    void StoreValue(boost::shared_ptr<ICIMPropertyDecl const> declaration, const TCIMValue& value);
+    const TCIMValue& ReadValue(const ICIMPropertyDecl& declaration) const;
+    void StoreValue(const boost::shared_ptr<ICIMPropertyDecl const>& declaration, const TCIMValue& value);
+    void TakeValues(const ICIMInstance& other);
 
     boost::weak_ptr<ICIMClass> fClass;
-    std::vector<TSlot> fSlots; // the properties that have a value of their own, by the address of their declarations
+    std::vector<TSlot> fSlots; // the properties that have a value of their own, in the order in which they got it
 };
 
 } // namespace NQORVYX20

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <optional>
+
+#include "host/ICIMProperty.h"
+
+namespace NQORVYX20 {
+
+class TInmemInstance;
+
+/// A view of one property of an instance: the value is the instance's, the previous value the view's own. Instance and
+/// declaration live at least as long as the view.
+class TInmemProperty : public ICIMProperty {
+  public:
+    TInmemProperty(boost::shared_ptr<TInmemInstance> instance, boost::shared_ptr<ICIMPropertyDecl const> declaration);
+
+    TCIMValue::TCIMType GetType(TCIMContext context) const override;
+    bool IsArray(TCIMContext context) const override;
+    bool IsDefaultValue(TCIMContext context) const override;
+
+    /// What the instance holds now. The reference stays good, with this value, until the next reading operation of this
+    /// view, whatever happens to the instance.
+    const TCIMValue& GetValue(TCIMContext context) const override;
+    void SetValue(const TCIMValue& value, TCIMContext context) override;
+
+    /// True when the value comes from the declaration.
+    bool GetPropagated(TCIMContext context) const override;
+    boost::shared_ptr<ICIMPropertyDecl const> GetDeclaration(TCIMContext context) const override;
+    bool operator==(ICIMProperty& other) const override;
+    bool operator<(ICIMProperty& other) const override;
+
+    /// Gives the instance the other property's value.
+    ICIMProperty& operator=(const ICIMProperty& other) override;
+    const TCIMValue& GetPrevValue() const override;
+    void SetPrevValue(const TCIMValue& value) override;
+    void SetPrevValue() override;
+    bool IsPrevValueDifferent() const override;
+
+    /// TCIMValue::ToString in base 10.
+    std::string ToString() const override;
+    std::string PrevValueToString() const override;
+
+    /// No text for an array that is null.
+    std::vector<std::string> ToStringVector() const override;
+
+  private:
+    const TCIMValue& Read() const;
+
+    boost::shared_ptr<TInmemInstance> fInstance;
+    boost::shared_ptr<ICIMPropertyDecl const> fDeclaration;
+    std::optional<TCIMValue> fPrevValue;
+    mutable TCIMValue fLastRead; // what the references that were handed out refer to
+};
+
+} // namespace NQORVYX20

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "host/ILogger.h"
+
+/// Keeps its messages, each as `error text`.
+class TRecordingLogger : public NQORVYX20::ILogger {
+  public:
+    void Log(EVYXLogSeverity severity, std::string message) override {
+        constexpr const char* kNames[] = {"error", "warning", "info", "debug"};
+        const std::lock_guard<std::mutex> lock(fMutex);
+        fLines.push_back(kNames[severity] + (' ' + message));
+    }
+
+    std::vector<std::string> Lines() const {
+        const std::lock_guard<std::mutex> lock(fMutex);
+        return fLines;
+    }
+
+  private:
+    mutable std::mutex fMutex;
+    std::vector<std::string> fLines;
+};

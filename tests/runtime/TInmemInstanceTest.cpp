@@ -1,0 +1,489 @@
+#include "host/TInmemInstance.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "host/ICIMProperty.h"
+#include "host/TRootObject.h"
+#include "runtime/ExpectStatus.h"
+#include "runtime/RecordingLogger.h"
+#include "runtime/TestModel.h"
+
+namespace NQORVYX20 {
+namespace {
+
+using namespace testing_model;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+using TType = TCIMValue::TCIMType;
+
+TCIMValue ReferenceTo(ICIMInstance& instance) {
+    TCIMReference reference = instance.GetReference({});
+    return reference;
+}
+
+TCIMValue EmptyReferenceTo(const std::string& className) {
+    TCIMReference reference({}, {});
+    reference.SetClassName(className);
+    return reference;
+}
+
+std::string TextOf(const ICIMInstance& instance, const std::string& property) {
+    return instance.GetProperty(property, {})->GetValue({}).ToString(10);
+}
+
+class TInmemInstanceTest : public testing::Test {
+  protected:
+    TInmemInstanceTest() {
+        TRootObject::SetCoreLogger(fLog);
+        fDisk->Declare("DeviceID", TCIMValue(TType::eCIMString, 0), true);
+        fDisk->Declare("Bus", static_cast<unsigned short>(0), true);
+        fDisk->Declare("Size", 512ULL);
+        fDisk->Declare("Labels", TCIMValue(TType::eCIMStringArray, 0));
+        fDisk->Declare("Parent", EmptyReferenceTo("Test_Disk"));
+        fPoint->Declare("X", 0);
+        fPoint->Declare("Y", TCIMValue(TType::eCIMSint32, 0));
+    }
+
+    ~TInmemInstanceTest() override { TRootObject::SetCoreLogger({}); }
+
+    boost::shared_ptr<TRecordingLogger> fLog = boost::make_shared<TRecordingLogger>();
+    boost::shared_ptr<TTestNamespace> fNamespace = boost::make_shared<TTestNamespace>();
+    boost::shared_ptr<TTestClass> fDisk = fNamespace->AddClass("Test_Disk");
+    boost::shared_ptr<TTestClass> fPoint = fNamespace->AddClass("Test_Point");
+};
+
+TEST_F(TInmemInstanceTest, KeepsValuesWithoutRegardToTheCaseOfNames) {
+    const auto disk = fDisk->Add({{"deviceid", "sda"}});
+    EXPECT_EQ(TextOf(*disk, "DeviceID"), "sda");
+    disk->SetPropertyValue("DEVICEID", "sdb", {});
+    EXPECT_EQ(TextOf(*disk, "deviceid"), "sdb");
+}
+
+TEST_F(TInmemInstanceTest, ShowsTheDefaultOfAPropertyThatWasNotSet) {
+    const auto disk = fDisk->Add({});
+    const auto size = disk->GetProperty("Size", {});
+    EXPECT_EQ(size->GetValue({}), TCIMValue(512ULL));
+    EXPECT_TRUE(size->IsDefaultValue({}));
+    EXPECT_TRUE(size->GetPropagated({}));
+
+    disk->SetPropertyValue("Size", 512ULL, {});
+    EXPECT_FALSE(size->IsDefaultValue({}));
+    EXPECT_FALSE(size->GetPropagated({}));
+}
+
+TEST_F(TInmemInstanceTest, FollowsAChangedDefault) {
+    const auto disk = fDisk->Add({});
+    fDisk->GetPropertyDecl("Size", {})->SetDefaultValue(4096ULL, {});
+    EXPECT_EQ(TextOf(*disk, "Size"), "4096");
+}
+
+TEST_F(TInmemInstanceTest, RefusesAPropertyThatItsClassDoesNotDeclare) {
+    const auto disk = fDisk->Add({});
+    EXPECT_STATUS(15, disk->GetProperty("Speed", {}));
+    EXPECT_STATUS(15, disk->SetPropertyValue("Speed", 1, {}));
+    EXPECT_THAT(fLog->Lines(), ElementsAre("error TInmemInstance: class Test_Disk declares no property Speed",
+                                           "error TInmemInstance: class Test_Disk declares no property Speed"));
+}
+
+TEST_F(TInmemInstanceTest, RefusesAValueOfAnotherTypeAndKeepsTheOldOne) {
+    const auto disk = fDisk->Add({{"Size", 7ULL}});
+    EXPECT_STATUS(14, disk->SetPropertyValue("Size", 8U, {}));
+    EXPECT_STATUS(14, disk->SetPropertyValue("Labels", "text", {}));
+    EXPECT_EQ(TextOf(*disk, "Size"), "7");
+    EXPECT_THAT(
+        fLog->Lines(),
+        ElementsAre("error TInmemInstance: property Size of class Test_Disk is of type uint64, but the value is "
+                    "of type uint32",
+                    "error TInmemInstance: property Labels of class Test_Disk is of type string[], but the "
+                    "value is of type string"));
+}
+
+TEST_F(TInmemInstanceTest, AcceptsANullOfAnyTypeAsItsOwnValue) {
+    const auto disk = fDisk->Add({{"Size", TCIMValue(TType::eCIMString, 0)}});
+    const auto size = disk->GetProperty("Size", {});
+    EXPECT_TRUE(size->GetValue({}).IsNull());
+    EXPECT_EQ(size->GetValue({}).GetType(), TType::eCIMUint64);
+    EXPECT_FALSE(size->IsDefaultValue({}));
+}
+
+TEST_F(TInmemInstanceTest, KnowsOneLayoutOnly) {
+    EXPECT_STATUS(14, boost::make_shared<TTestInstance>(fDisk, 2));
+    EXPECT_THAT(fLog->Lines(), ElementsAre("error TInmemInstance: there is no layout 2"));
+}
+
+TEST_F(TInmemInstanceTest, EnumeratesPropertiesInTheOrderOfTheirDeclarationsUntilTheCallbackStops) {
+    const auto disk = fDisk->Add({{"Size", 1ULL}, {"DeviceID", "sda"}});
+    std::vector<std::string> names;
+    const auto collect = [&](std::size_t limit) {
+        names.clear();
+        disk->EnumerateProperties(
+            [&](boost::shared_ptr<ICIMProperty> property) {
+                names.push_back(property->GetDeclaration({})->GetName({}));
+                return names.size() < limit;
+            },
+            {});
+        return names;
+    };
+    EXPECT_THAT(collect(99), ElementsAre("Bus", "DeviceID", "Labels", "Parent", "Size"));
+    EXPECT_THAT(collect(1), ElementsAre("Bus"));
+}
+
+TEST_F(TInmemInstanceTest, IsReferredToByClassAndKeys) {
+    const auto disk = fDisk->Add({{"DeviceID", "sda"}, {"Size", 1ULL}});
+    EXPECT_EQ(disk->GetReference({}).GetPath(), "Test_Disk.Bus=0,DeviceID=\"sda\"");
+    EXPECT_EQ(disk->GetReference({}).GetNamespace(), fNamespace);
+    EXPECT_EQ(disk->BuildPath({}), disk->GetReference({}));
+}
+
+TEST_F(TInmemInstanceTest, IsReferredToByAllValuesWhenTheClassHasNoKeys) {
+    const auto point = fPoint->Add({{"Y", 2}});
+    EXPECT_EQ(point->GetReference({}).GetPath(), "Test_Point.X=0,Y=2");
+    EXPECT_EQ(fPoint->Add({})->GetReference({}).GetPath(), "Test_Point.X=0,Y=NULL");
+}
+
+TEST_F(TInmemInstanceTest, LeavesItsClassWhenDeleted) {
+    const auto first = fPoint->Add({{"X", 1}});
+    const auto second = fPoint->Add({{"X", 2}});
+    first->Delete({});
+    EXPECT_THAT(fPoint->Instances(), ElementsAre(boost::shared_ptr<ICIMInstance>(second)));
+    EXPECT_EQ(TextOf(*first, "X"), "1");
+}
+
+TEST_F(TInmemInstanceTest, InvokesTheMethodOfItsClass) {
+    TCIMContext parameters;
+    EXPECT_EQ(fPoint->Add({})->InvokeMethod("Move", parameters, {}), TCIMValue(7));
+    EXPECT_EQ(parameters["invoked"], TCIMValue("Move"));
+}
+
+TEST_F(TInmemInstanceTest, TakesOverTheValuesOfAnother) {
+    const auto from = fDisk->Add({{"DeviceID", "sda"}, {"Size", 1ULL}});
+    const auto modified = fDisk->Add({{"Size", 2ULL}, {"Bus", static_cast<unsigned short>(3)}});
+    modified->ModifyInstance(from, {});
+    EXPECT_EQ(TextOf(*modified, "Size"), "1");
+    EXPECT_TRUE(modified->GetProperty("Bus", {})->IsDefaultValue({}));
+    EXPECT_TRUE(*modified == *from);
+
+    const auto assigned = fDisk->Add({});
+    *assigned = *from;
+    EXPECT_TRUE(*assigned == *from);
+    const auto& itself = *assigned;
+    *assigned = itself;
+    EXPECT_TRUE(*assigned == *from);
+
+    const auto throughTheInterface = fDisk->Add({});
+    static_cast<ICIMInstance&>(*throughTheInterface) = *from;
+    EXPECT_TRUE(*throughTheInterface == *from);
+}
+
+TEST_F(TInmemInstanceTest, StaysAsItWasWhenTheValuesOfAnotherDoNotFit) {
+    const auto wide = fNamespace->AddClass("Test_Wide");
+    wide->Declare("Bus", static_cast<unsigned short>(0));
+    wide->Declare("Size", "a text here");
+    const auto disk = fDisk->Add({{"DeviceID", "sda"}, {"Size", 1ULL}});
+    const std::string before = disk->GetReference({}).GetPath();
+
+    const auto badType = wide->Add({{"Bus", static_cast<unsigned short>(9)}, {"Size", "large"}});
+    EXPECT_STATUS(14, disk->ModifyInstance(badType, {}));
+    wide->Declare("Zone", 1);
+    const auto badName = wide->Add({{"Bus", static_cast<unsigned short>(9)}, {"Zone", 2}});
+    EXPECT_STATUS(15, disk->ModifyInstance(badName, {}));
+
+    EXPECT_EQ(disk->GetReference({}).GetPath(), before);
+    EXPECT_EQ(TextOf(*disk, "Size"), "1");
+}
+
+TEST_F(TInmemInstanceTest, TakesOverFromAnotherClassWhatBothDeclare) {
+    const auto narrow = fNamespace->AddClass("Test_Narrow");
+    narrow->Declare("SIZE", 0ULL);
+    const auto disk = fDisk->Add({});
+    disk->ModifyInstance(narrow->Add({{"Size", 5ULL}}), {});
+    EXPECT_EQ(TextOf(*disk, "Size"), "5");
+}
+
+TEST_F(TInmemInstanceTest, IsComparedByClassThenByValues) {
+    const auto sda = fDisk->Add({{"DeviceID", "sda"}});
+    const auto sdaAgain = fDisk->Add({{"DeviceID", "sda"}, {"Size", 512ULL}});
+    const auto sdb = fDisk->Add({{"DeviceID", "sdb"}});
+    const auto point = fPoint->Add({});
+    EXPECT_TRUE(*sda == *sdaAgain);
+    EXPECT_FALSE(*sda < *sdaAgain);
+    EXPECT_FALSE(*sda == *sdb);
+    EXPECT_TRUE(*sda < *sdb);
+    EXPECT_FALSE(*sdb < *sda);
+    EXPECT_TRUE(*sdb < *point);
+    EXPECT_FALSE(*sdb == *point);
+}
+
+TEST_F(TInmemInstanceTest, ValidatesItsValuesAgainstTheClassAsItIsNow) {
+    const auto disk = fDisk->Add({{"Size", 1ULL}});
+    disk->Validate({});
+    fDisk->GetPropertyDecl("Size", {})->SetDefaultValue("now a text", {});
+    EXPECT_STATUS(14, disk->Validate({}));
+    fDisk->Undeclare("Size");
+    EXPECT_STATUS(15, disk->Validate({}));
+    fDisk->Declare("Size", 0ULL);
+    EXPECT_STATUS(15, disk->Validate({}));
+}
+
+TEST_F(TInmemInstanceTest, DoesNotKeepItsClassAlive) {
+    const auto instance = fPoint->Add({{"X", 5}});
+    const auto view = instance->GetProperty("X", {});
+    instance->Delete({});
+    const boost::weak_ptr<ICIMClass> observer = fPoint;
+    fNamespace->RemoveClass("Test_Point");
+    fPoint.reset();
+
+    EXPECT_TRUE(observer.expired());
+    EXPECT_THROW(instance->GetClass({}), boost::bad_weak_ptr);
+    EXPECT_THROW(instance->GetReference({}), boost::bad_weak_ptr);
+    EXPECT_EQ(view->ToString(), "5");
+    view->SetValue(6, {});
+    EXPECT_EQ(view->ToString(), "6");
+}
+
+using TInmemPropertyTest = TInmemInstanceTest;
+
+TEST_F(TInmemPropertyTest, ReadsAndWritesTheInstance) {
+    const auto disk = fDisk->Add({{"Size", 1ULL}});
+    const auto size = disk->GetProperty("size", {});
+    EXPECT_EQ(size->GetType({}), TType::eCIMUint64);
+    EXPECT_FALSE(size->IsArray({}));
+    EXPECT_EQ(size->GetDeclaration({}), fDisk->GetPropertyDecl("Size", {}));
+
+    disk->SetPropertyValue("Size", 2ULL, {});
+    EXPECT_EQ(size->GetValue({}), TCIMValue(2ULL));
+    size->SetValue(3ULL, {});
+    EXPECT_EQ(TextOf(*disk, "Size"), "3");
+    EXPECT_STATUS(14, size->SetValue("text", {}));
+    EXPECT_EQ(TextOf(*disk, "Size"), "3");
+}
+
+TEST_F(TInmemPropertyTest, KeepsAReadValueGoodWhileOtherPropertiesChange) {
+    const auto disk = fDisk->Add({{"DeviceID", "sda, a text too long to be kept in place"}});
+    const auto id = disk->GetProperty("DeviceID", {});
+    const TCIMValue& value = id->GetValue({});
+    disk->SetPropertyValue("Size", 1ULL, {});
+    disk->SetPropertyValue("Labels", TCIMValue(TType::eCIMString, 0, {"a"}), {});
+    disk->ModifyInstance(fDisk->Add({}), {});
+    EXPECT_EQ(value, TCIMValue("sda, a text too long to be kept in place"));
+}
+
+TEST_F(TInmemPropertyTest, KeepsItsInstanceAlive) {
+    auto disk = fDisk->Add({{"Size", 1ULL}});
+    const auto size = disk->GetProperty("Size", {});
+    disk->Delete({});
+    disk.reset();
+    EXPECT_EQ(size->ToString(), "1");
+}
+
+TEST_F(TInmemPropertyTest, HasAPreviousValueOfItsOwn) {
+    const auto disk = fDisk->Add({{"Size", 2ULL}});
+    const auto size = disk->GetProperty("Size", {});
+    EXPECT_FALSE(size->IsPrevValueDifferent());
+    EXPECT_EQ(size->GetPrevValue(), TCIMValue(2ULL));
+
+    size->SetPrevValue(1ULL);
+    EXPECT_TRUE(size->IsPrevValueDifferent());
+    EXPECT_EQ(size->PrevValueToString(), "1");
+    EXPECT_EQ(size->ToString(), "2");
+    EXPECT_STATUS(14, size->SetPrevValue("text"));
+    EXPECT_EQ(size->PrevValueToString(), "1");
+    EXPECT_FALSE(disk->GetProperty("Size", {})->IsPrevValueDifferent());
+
+    size->SetPrevValue();
+    EXPECT_TRUE(size->IsPrevValueDifferent());
+    EXPECT_TRUE(size->GetPrevValue().IsNull());
+}
+
+TEST_F(TInmemPropertyTest, GivesOneTextPerElement) {
+    const auto disk = fDisk->Add({{"Size", 2ULL}});
+    const auto labels = disk->GetProperty("Labels", {});
+    EXPECT_TRUE(labels->IsArray({}));
+    EXPECT_THAT(labels->ToStringVector(), IsEmpty());
+    labels->SetValue(TCIMValue(TType::eCIMString, 0, {"a", "b"}), {});
+    EXPECT_THAT(labels->ToStringVector(), ElementsAre("a", "b"));
+    EXPECT_EQ(labels->ToString(), "{a, b}");
+    EXPECT_THAT(disk->GetProperty("Size", {})->ToStringVector(), ElementsAre("2"));
+}
+
+TEST_F(TInmemPropertyTest, IsComparedByDeclarationThenByValue) {
+    const auto small = fDisk->Add({{"Size", 1ULL}})->GetProperty("Size", {});
+    const auto large = fDisk->Add({{"Size", 2ULL}})->GetProperty("Size", {});
+    const auto bus = fDisk->Add({})->GetProperty("Bus", {});
+    EXPECT_TRUE(*small < *large);
+    EXPECT_FALSE(*large < *small);
+    EXPECT_FALSE(*small == *large);
+    EXPECT_FALSE(*small == *bus);
+    EXPECT_NE(*small < *bus, *bus < *small);
+    *small = *large;
+    EXPECT_TRUE(*small == *large);
+}
+
+class TInmemAssociationTest : public TInmemInstanceTest {
+  protected:
+    TInmemAssociationTest() {
+        fLink->Declare("Container", EmptyReferenceTo("Test_Disk"), true);
+        fLink->Declare("Part", EmptyReferenceTo("Test_Disk"), true);
+        fDisk->AddAssociationClass(fLink);
+        fPoint->AddAssociationClass(fLink);
+        fMark->Declare("Disk", EmptyReferenceTo("Test_Disk"), true);
+        fMark->Declare("Point", EmptyReferenceTo("Test_Point"), true);
+        fDisk->AddAssociationClass(fMark);
+        fPoint->AddAssociationClass(fMark);
+    }
+
+    boost::shared_ptr<TTestInstance> AddDisk(const std::string& name) { return fDisk->Add({{"DeviceID", name}}); }
+
+    boost::shared_ptr<TTestInstance> AddLink(ICIMInstance& container, ICIMInstance& part) {
+        return fLink->Add({{"Container", ReferenceTo(container)}, {"Part", ReferenceTo(part)}});
+    }
+
+    using TFound = std::vector<boost::shared_ptr<ICIMInstance>>;
+
+    static TFound AssociationsOf(ICIMInstance& instance, const std::string& resultClass, const std::string& role,
+                                 std::size_t limit = 99) {
+        TFound found;
+        instance.EnumerateAssociationInstances(
+            [&](boost::shared_ptr<ICIMInstance> association) {
+                found.push_back(association);
+                return found.size() < limit;
+            },
+            resultClass, role, {});
+        return found;
+    }
+
+    static TFound AssociatedWith(ICIMInstance& instance, const std::string& assocClass, const std::string& resultClass,
+                                 const std::string& role, const std::string& resultRole, std::size_t limit = 99) {
+        TFound found;
+        instance.EnumerateAssociatedInstances(
+            [&](boost::shared_ptr<ICIMInstance> other) {
+                found.push_back(other);
+                return found.size() < limit;
+            },
+            assocClass, resultClass, role, resultRole, {});
+        return found;
+    }
+
+    boost::shared_ptr<TTestClass> fLink = fNamespace->AddClass("Test_Link");
+    boost::shared_ptr<TTestClass> fMark = fNamespace->AddClass("Test_Mark");
+};
+
+TEST_F(TInmemAssociationTest, FindsTheAssociationsThatReferToIt) {
+    const auto whole = AddDisk("whole");
+    const auto part = AddDisk("part");
+    const auto other = AddDisk("other");
+    const auto link = AddLink(*whole, *part);
+    const auto upper = AddLink(*other, *whole);
+    AddLink(*other, *part);
+
+    EXPECT_THAT(AssociationsOf(*whole, "", ""), UnorderedElementsAre(link, upper));
+    EXPECT_THAT(AssociationsOf(*whole, "", "container"), ElementsAre(link));
+    EXPECT_THAT(AssociationsOf(*whole, "", "Part"), ElementsAre(upper));
+    EXPECT_THAT(AssociationsOf(*whole, "Test_Mark", ""), IsEmpty());
+    EXPECT_THAT(AssociationsOf(*whole, "Test_Link", "Nobody"), IsEmpty());
+    EXPECT_EQ(AssociationsOf(*whole, "", "", 1).size(), 1U);
+}
+
+TEST_F(TInmemAssociationTest, FindsTheInstancesAtTheOtherEnds) {
+    const auto whole = AddDisk("whole");
+    const auto part = AddDisk("part");
+    const auto upper = AddDisk("upper");
+    const auto point = fPoint->Add({{"X", 1}});
+    AddLink(*whole, *part);
+    AddLink(*upper, *whole);
+    fMark->Add({{"Disk", ReferenceTo(*whole)}, {"Point", ReferenceTo(*point)}});
+
+    EXPECT_THAT(AssociatedWith(*whole, "", "", "", ""), UnorderedElementsAre(part, upper, point));
+    EXPECT_THAT(AssociatedWith(*whole, "Test_Link", "", "", ""), UnorderedElementsAre(part, upper));
+    EXPECT_THAT(AssociatedWith(*whole, "", "Test_Point", "", ""), ElementsAre(point));
+    EXPECT_THAT(AssociatedWith(*whole, "", "", "CONTAINER", ""), ElementsAre(part));
+    EXPECT_THAT(AssociatedWith(*whole, "", "", "", "container"), ElementsAre(upper));
+    EXPECT_THAT(AssociatedWith(*whole, "", "", "Part", "Part"), IsEmpty());
+    EXPECT_THAT(AssociatedWith(*whole, "", "Test_Nowhere", "", ""), IsEmpty());
+    EXPECT_THAT(AssociatedWith(*point, "", "", "", ""), ElementsAre(whole));
+    EXPECT_EQ(AssociatedWith(*whole, "", "", "", "", 2).size(), 2U);
+}
+
+TEST_F(TInmemAssociationTest, AdmitsSubclassesOfTheResultClass) {
+    const auto fast = fNamespace->AddClass("Test_FastDisk", fDisk);
+    fast->Declare("DeviceID", TCIMValue(TType::eCIMString, 0), true);
+    const auto whole = AddDisk("whole");
+    const auto part = fast->Add({{"DeviceID", "nvme"}});
+    AddLink(*whole, *part);
+    EXPECT_THAT(AssociatedWith(*whole, "", "Test_Disk", "", ""), ElementsAre(part));
+    EXPECT_THAT(AssociatedWith(*whole, "", "Test_FastDisk", "", ""), ElementsAre(part));
+    EXPECT_THAT(AssociatedWith(*whole, "", "Test_Point", "", ""), IsEmpty());
+}
+
+TEST_F(TInmemAssociationTest, ReportsEachInstanceOnce) {
+    const auto whole = AddDisk("whole");
+    const auto part = AddDisk("part");
+    const auto both = AddLink(*whole, *part);
+    AddLink(*part, *whole);
+    fDisk->AddAssociationClass(fLink); // as a class does that inherits the association
+    EXPECT_THAT(AssociatedWith(*whole, "", "", "", ""), ElementsAre(part));
+    EXPECT_THAT(AssociationsOf(*whole, "", "Container"), ElementsAre(both));
+}
+
+TEST_F(TInmemAssociationTest, FindsItselfAtTheOtherEndOfALoop) {
+    const auto disk = AddDisk("ring");
+    AddLink(*disk, *disk);
+    EXPECT_THAT(AssociatedWith(*disk, "", "", "", ""), ElementsAre(disk));
+}
+
+TEST_F(TInmemAssociationTest, UnderstandsReferencesWithoutClassNameAndWithKeysAsText) {
+    const auto whole = AddDisk("whole");
+    const auto point = fPoint->Add({{"X", 1}, {"Y", 2}});
+    TCIMReference bare({}, {{"BUS", "0"}, {"DEVICEID", "whole"}});
+    const auto mark = fMark->Add({{"Disk", bare}, {"Point", ReferenceTo(*point)}});
+    EXPECT_THAT(AssociationsOf(*whole, "", ""), ElementsAre(mark));
+    EXPECT_THAT(AssociatedWith(*whole, "", "", "", ""), ElementsAre(point));
+
+    TCIMReference otherKeys({}, {{"BUS", "1"}, {"DEVICEID", "whole"}});
+    mark->SetPropertyValue("Disk", otherKeys, {});
+    EXPECT_THAT(AssociationsOf(*whole, "", ""), IsEmpty());
+    TCIMReference fewerKeys({}, {{"DEVICEID", "whole"}});
+    mark->SetPropertyValue("Disk", fewerKeys, {});
+    EXPECT_THAT(AssociationsOf(*whole, "", ""), IsEmpty());
+}
+
+TEST_F(TInmemAssociationTest, LooksUpAFarEndWithoutClassNameInTheDeclaredClass) {
+    const auto whole = AddDisk("whole");
+    const auto part = AddDisk("part");
+    TCIMReference bare({}, {{"Bus", static_cast<unsigned short>(0)}, {"DeviceID", "part"}});
+    fLink->Add({{"Container", ReferenceTo(*whole)}, {"Part", bare}});
+    EXPECT_THAT(AssociatedWith(*whole, "", "", "", ""), ElementsAre(part));
+}
+
+TEST_F(TInmemAssociationTest, PassesOverEndsThatLeadNowhere) {
+    const auto whole = AddDisk("whole");
+    const auto part = AddDisk("part");
+    const auto gone = AddDisk("gone");
+    AddLink(*whole, *gone);
+    gone->Delete({});
+    fLink->Add({{"Container", ReferenceTo(*whole)}, {"Part", EmptyReferenceTo("Test_Nowhere")}});
+    fLink->Add({{"Container", ReferenceTo(*whole)}, {"Part", TCIMValue(TType::eCIMReference, 0)}});
+    AddLink(*whole, *part);
+    EXPECT_THAT(AssociatedWith(*whole, "", "", "", ""), ElementsAre(part));
+}
+
+TEST_F(TInmemAssociationTest, MayBeChangedByTheCallback) {
+    const auto whole = AddDisk("whole");
+    const auto part = AddDisk("part");
+    AddLink(*whole, *part);
+    AddLink(*part, *whole);
+    std::size_t calls = 0;
+    whole->EnumerateAssociationInstances(
+        [&](boost::shared_ptr<ICIMInstance> association) {
+            association->Delete({});
+            return ++calls < 99;
+        },
+        "", "", {});
+    EXPECT_EQ(calls, 2U);
+    EXPECT_THAT(fLink->Instances(), IsEmpty());
+}
+
+} // namespace
+} // namespace NQORVYX20

@@ -1,0 +1,273 @@
+#pragma once
+
+#include <boost/enable_shared_from_this.hpp>
+#include <boost/make_shared.hpp>
+#include <boost/weak_ptr.hpp>
+
+#include <algorithm>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "host/ICIMClass.h"
+#include "host/ICIMMethodDecl.h"
+#include "host/ICIMNamespace.h"
+#include "host/ICIMPropertyDecl.h"
+#include "host/ICIMQualifier.h"
+#include "host/INamespaceProvider.h"
+#include "host/TInmemInstance.h"
+#include "host/TVYXException.h"
+
+// A small object model of the host, enough to keep instances in: a namespace, classes with declarations, keys,
+// instances and association classes. Whatever the instances of the runtime do not use throws status 1.
+namespace NQORVYX20::testing_model {
+
+[[noreturn]] inline void NotSupported() { throw TVYXException(1); }
+
+inline std::string Lower(std::string name) {
+    std::transform(name.begin(), name.end(), name.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    return name;
+}
+
+/// The qualifiers of an element that has none.
+template <typename TBase>
+class TUnqualified : public TBase {
+  public:
+    void AddQualifier(boost::shared_ptr<ICIMQualifier>, TCIMContext) override { NotSupported(); }
+    boost::shared_ptr<ICIMQualifier> AllocateQualifier(boost::shared_ptr<ICIMQualifierDecl const>, const TCIMValue&,
+                                                       TCIMContext) const override {
+        NotSupported();
+    }
+    boost::shared_ptr<ICIMQualifier> AllocateQualifier(boost::shared_ptr<ICIMQualifierDecl const>, const TCIMValue&,
+                                                       ICIMQualifierDecl::EFlavor, TCIMContext) const override {
+        NotSupported();
+    }
+    boost::shared_ptr<ICIMQualifier> GetQualifier(const std::string&, TCIMContext) const override { NotSupported(); }
+    void EnumerateQualifiers(const boost::function<bool(boost::shared_ptr<ICIMQualifier>)>&,
+                             TCIMContext) const override {}
+    boost::shared_ptr<ICIMQualifier> GetQualifier(const std::string&, bool& found, TCIMContext) const override {
+        found = false;
+        return {};
+    }
+};
+
+class TTestPropertyDecl : public TUnqualified<ICIMPropertyDecl> {
+  public:
+    TTestPropertyDecl(std::string name, TCIMValue defaultValue)
+        : fName(std::move(name)), fDefault(std::move(defaultValue)) {}
+
+    void Validate(TCIMContext) const override {}
+    void AddToClass(TCIMContext) override { NotSupported(); }
+    void RemoveFromClass(TCIMContext) override { NotSupported(); }
+    const std::string& GetName(TCIMContext) const override { return fName; }
+    boost::shared_ptr<ICIMClass> GetClass(TCIMContext) const override { NotSupported(); }
+    TCIMValue::TCIMType GetType(TCIMContext) const override { return fDefault.GetType(); }
+    bool IsArray(TCIMContext) const override { return fDefault.IsArray(); }
+    const TCIMValue& GetDefaultValue(TCIMContext) const override { return fDefault; }
+    void SetDefaultValue(const TCIMValue& value, TCIMContext) override { fDefault = value; }
+    bool operator==(ICIMPropertyDecl& other) const override { return Lower(fName) == Lower(other.GetName({})); }
+    bool operator<(ICIMPropertyDecl& other) const override { return Lower(fName) < Lower(other.GetName({})); }
+    ICIMPropertyDecl& operator=(const ICIMPropertyDecl&) override { NotSupported(); }
+
+  private:
+    std::string fName;
+    TCIMValue fDefault;
+};
+
+class TTestInstance : public TInmemInstance {
+  public:
+    using TInmemInstance::TInmemInstance;
+    using TInmemInstance::operator=;
+
+    void AddToNamespace(TCIMContext context) override { GetClass(context)->AddInstance(shared_from_this()); }
+};
+
+class TTestClass : public TUnqualified<ICIMClass>, public boost::enable_shared_from_this<TTestClass> {
+  public:
+    TTestClass(std::string name, boost::shared_ptr<ICIMNamespace> nameSpace, boost::shared_ptr<TTestClass> superClass)
+        : fName(std::move(name)), fNamespace(nameSpace), fSuperClass(superClass) {}
+
+    /// Declares a property, also a key.
+    void Declare(const std::string& name, const TCIMValue& defaultValue, bool isKey = false) {
+        fDeclarations[Lower(name)] = boost::make_shared<TTestPropertyDecl>(name, defaultValue);
+        if (isKey)
+            fKeys.push_back(name);
+    }
+    void Undeclare(const std::string& name) { fDeclarations.erase(Lower(name)); }
+
+    /// A new instance, filed.
+    boost::shared_ptr<TTestInstance> Add(const TCIMContext& values) {
+        const auto instance = boost::make_shared<TTestInstance>(shared_from_this(), 1);
+        for (const auto& [name, value] : values)
+            instance->SetPropertyValue(name, value, {});
+        instance->AddToNamespace({});
+        return instance;
+    }
+
+    const std::vector<boost::shared_ptr<ICIMInstance>>& Instances() const { return fInstances; }
+
+    void Validate(TCIMContext) const override {}
+    void AddToNamespace(TCIMContext) override { NotSupported(); }
+    void RemoveFromNamespace(TCIMContext) override { NotSupported(); }
+    void ModifyClass(boost::shared_ptr<ICIMClass>, TCIMContext) override { NotSupported(); }
+    const std::string& GetName(TCIMContext) const override { return fName; }
+    boost::shared_ptr<ICIMNamespace> GetNamespace(TCIMContext) const override { return fNamespace.lock(); }
+    bool IsAssociation(TCIMContext) const override { return false; }
+    bool IsAbstract(TCIMContext) const override { return false; }
+    bool IsRootClass(TCIMContext) const override { return false; }
+    boost::shared_ptr<ICIMClass> GetSuperClass(TCIMContext) const override { return fSuperClass; }
+    void EnumerateSubClasses(const boost::function<bool(boost::shared_ptr<ICIMClass>)>&, bool, TCIMContext) override {
+        NotSupported();
+    }
+    bool IsSubclassOf(boost::shared_ptr<ICIMClass const> other, TCIMContext context) const override {
+        return other->GetName(context) == fName || (fSuperClass && fSuperClass->IsSubclassOf(other, context));
+    }
+    void EnumerateAssociatedClasses(const boost::function<bool(boost::shared_ptr<ICIMClass>)>&, const std::string&,
+                                    const std::string&, const std::string&, const std::string&, TCIMContext) override {
+        NotSupported();
+    }
+    void EnumerateAssociationClasses(const boost::function<bool(boost::shared_ptr<ICIMClass>)>& callback,
+                                     const std::string& resultClass, const std::string& role,
+                                     TCIMContext context) override {
+        for (const auto& association : fAssociations) {
+            const bool admitted = resultClass.empty() || Lower(resultClass) == Lower(association->GetName(context));
+            if (admitted && (role.empty() || association->GetPropertyDecl(role, context)) && !callback(association))
+                return;
+        }
+    }
+    void EnumerateKeyNames(const boost::function<bool(const std::string*)>& callback, TCIMContext) const override {
+        for (const std::string& key : fKeys) {
+            if (!callback(&key))
+                return;
+        }
+    }
+    boost::shared_ptr<ICIMPropertyDecl> AllocatePropertyDecl(const std::string&, const TCIMValue&,
+                                                             TCIMContext) override {
+        NotSupported();
+    }
+    boost::shared_ptr<ICIMPropertyDecl> GetPropertyDecl(const std::string& name, TCIMContext) const override {
+        const auto found = fDeclarations.find(Lower(name));
+        return found == fDeclarations.end() ? boost::shared_ptr<ICIMPropertyDecl>() : found->second;
+    }
+    void EnumeratePropertyDecls(const boost::function<bool(boost::shared_ptr<ICIMPropertyDecl>)>& callback,
+                                TCIMContext) const override {
+        for (const auto& [name, declaration] : fDeclarations) {
+            if (!callback(declaration))
+                return;
+        }
+    }
+    boost::shared_ptr<ICIMProperty> GetProperty(const std::string&, TCIMContext) override { NotSupported(); }
+    void SetPropertyValue(const std::string&, const TCIMValue&, TCIMContext) override { NotSupported(); }
+    void EnumerateStaticProperties(const boost::function<bool(boost::shared_ptr<ICIMProperty>)>&,
+                                   TCIMContext) override {}
+    boost::shared_ptr<ICIMInstance> AllocateInstance(TCIMContext) override {
+        return boost::make_shared<TTestInstance>(shared_from_this(), 1);
+    }
+    void EnumerateInstances(const boost::function<bool(boost::shared_ptr<ICIMInstance>)>& callback, bool,
+                            TCIMContext) override {
+        for (const auto& instance : fInstances) {
+            if (!callback(instance))
+                return;
+        }
+    }
+    boost::shared_ptr<ICIMMethodDecl> AllocateMethodDecl(const std::string&, TCIMValue::TCIMType,
+                                                         TCIMContext) override {
+        NotSupported();
+    }
+    boost::shared_ptr<ICIMMethodDecl> GetMethodDecl(const std::string&, TCIMContext) const override { return {}; }
+    void EnumerateMethodDecls(const boost::function<bool(boost::shared_ptr<ICIMMethodDecl>)>&,
+                              TCIMContext) const override {}
+    TCIMValue InvokeMethod(const std::string& name, TCIMContext& parameters, TCIMContext) override {
+        parameters["invoked"] = name;
+        return 7;
+    }
+    bool operator==(ICIMClass& other) const override { return fName == other.GetName({}); }
+    bool operator<(ICIMClass& other) const override { return fName < other.GetName({}); }
+    ICIMClass& operator=(const ICIMClass&) override { NotSupported(); }
+    void AddChildClass(boost::shared_ptr<ICIMClass>) override { NotSupported(); }
+    void RemoveChildClass(boost::shared_ptr<ICIMClass>) override { NotSupported(); }
+    void AddInstance(boost::shared_ptr<ICIMInstance> instance) override { fInstances.push_back(instance); }
+    void RemoveInstance(boost::shared_ptr<ICIMInstance> instance) override {
+        fInstances.erase(std::remove(fInstances.begin(), fInstances.end(), instance), fInstances.end());
+    }
+    void AddAssociationClass(boost::shared_ptr<ICIMClass> association) override {
+        fAssociations.push_back(association);
+    }
+    void RemoveAssociationClass(boost::shared_ptr<ICIMClass>) override { NotSupported(); }
+    void AddPropertyDecl(boost::shared_ptr<ICIMPropertyDecl>) override { NotSupported(); }
+    void RemovePropertyDecl(boost::shared_ptr<ICIMPropertyDecl>) override { NotSupported(); }
+    void AddMethodDecl(boost::shared_ptr<ICIMMethodDecl>) override { NotSupported(); }
+    void RemoveMethodDecl(boost::shared_ptr<ICIMMethodDecl>) override { NotSupported(); }
+
+  private:
+    std::string fName;
+    boost::weak_ptr<ICIMNamespace> fNamespace;
+    boost::shared_ptr<TTestClass> fSuperClass;
+    std::map<std::string, boost::shared_ptr<ICIMPropertyDecl>> fDeclarations;
+    std::vector<std::string> fKeys;
+    std::vector<boost::shared_ptr<ICIMInstance>> fInstances;
+    std::vector<boost::shared_ptr<ICIMClass>> fAssociations;
+};
+
+class TTestNamespace : public ICIMNamespace, public boost::enable_shared_from_this<TTestNamespace> {
+  public:
+    boost::shared_ptr<TTestClass> AddClass(const std::string& name, boost::shared_ptr<TTestClass> superClass = {}) {
+        const auto cls = boost::make_shared<TTestClass>(name, shared_from_this(), superClass);
+        fClasses[Lower(name)] = cls;
+        return cls;
+    }
+    void RemoveClass(const std::string& name) { fClasses.erase(Lower(name)); }
+
+    boost::shared_ptr<INamespaceProvider> GetNamespaceProvider(TCIMContext) const override { return {}; }
+    void SetUpcallNamespace(boost::shared_ptr<ICIMNamespace>, TCIMContext) override { NotSupported(); }
+    void AddUnderlyingNamespace(boost::shared_ptr<ICIMNamespace>, TCIMContext) override { NotSupported(); }
+    boost::shared_ptr<ICIMClass> AllocateClass(const std::string&, boost::shared_ptr<ICIMClass>, TCIMContext) override {
+        NotSupported();
+    }
+    boost::shared_ptr<ICIMClass> GetClass(const std::string& name, TCIMContext) override {
+        const auto found = fClasses.find(Lower(name));
+        return found == fClasses.end() ? boost::shared_ptr<TTestClass>() : found->second;
+    }
+    void EnumerateRootClasses(const boost::function<bool(boost::shared_ptr<ICIMClass>)>&, TCIMContext) override {
+        NotSupported();
+    }
+    void EnumerateProviders(const boost::function<bool(boost::shared_ptr<IProvider>)>&, TCIMContext) override {
+        NotSupported();
+    }
+    boost::shared_ptr<ICIMQualifierDecl> AllocateQualifierDecl(const std::string&, const TCIMValue&,
+                                                               ICIMQualifierDecl::EScope, ICIMQualifierDecl::EFlavor,
+                                                               TCIMContext) override {
+        NotSupported();
+    }
+    boost::shared_ptr<ICIMQualifierDecl> GetQualifierDecl(const std::string&, TCIMContext) const override { return {}; }
+    void EnumerateQualifierDecls(const boost::function<bool(boost::shared_ptr<ICIMQualifierDecl>)>&,
+                                 TCIMContext) const override {}
+    void Subscribe(boost::shared_ptr<ICIMIndicationFilter>,
+                   const boost::function<bool(boost::shared_ptr<ICIMInstance>)>&, TCIMContext) override {
+        NotSupported();
+    }
+    /// Unlike a class lookup, throws status 15 when the class of the reference is unknown.
+    boost::shared_ptr<ICIMInstance> GetInstance(const TCIMReference& reference, TCIMContext context) const override {
+        const auto found = fClasses.find(Lower(reference.GetClassName()));
+        if (found == fClasses.end())
+            throw TVYXException(15);
+        for (const auto& instance : found->second->Instances()) {
+            if (instance->BuildPath(context) == reference)
+                return instance;
+        }
+        return {};
+    }
+    void DeleteInstance(const TCIMReference&, TCIMContext) override { NotSupported(); }
+    void ModifyInstance(const TCIMReference&, TCIMContext, TCIMContext) override { NotSupported(); }
+    void ExecuteQuery(const boost::function<bool(boost::shared_ptr<ICIMInstance>)>&, std::string&, std::string&,
+                      TCIMContext) override {
+        NotSupported();
+    }
+    void ClearInstances() override { NotSupported(); }
+
+  private:
+    std::map<std::string, boost::shared_ptr<TTestClass>> fClasses;
+};
+
+} // namespace NQORVYX20::testing_model
