@@ -1,0 +1,40 @@
+#pragma once
+
+#include "http/Deadline.h"
+#include "http/Endpoint.h"
+
+#include <Pegasus/Common/SSLContext.h>
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace Pegasus::http {
+
+/// Thrown by a channel whose peer has closed or reset the connection. Never leaves the library.
+struct ConnectionLost {
+    std::string reason;
+};
+
+/// An open connection that carries bytes both ways, plain or encrypted. Its destruction closes it. Each operation runs
+/// on the calling thread and waits until it is done or the deadline passes; after an exception the channel is useless.
+class Channel {
+  public:
+    /// Resolves the endpoint, connects to the first of its addresses that accepts and, given `tls`, shakes hands.
+    /// Throws InvalidLocatorException, CannotConnectException, SSLException or ConnectionTimeoutException.
+    static std::unique_ptr<Channel> open(const Endpoint& endpoint, const SSLContext* tls, const Deadline& deadline);
+
+    virtual ~Channel() = default;
+
+    /// Sends all of `bytes`. Throws ConnectionLost or ConnectionTimeoutException.
+    virtual void write(std::string_view bytes, const Deadline& deadline) = 0;
+
+    /// Receives at least one byte and at most `size`; 0 is the end of the stream.
+    /// Throws ConnectionLost or ConnectionTimeoutException.
+    virtual std::size_t readSome(char* buffer, std::size_t size, const Deadline& deadline) = 0;
+
+    /// False when the peer has closed the connection, or has sent something while nothing was asked.
+    virtual bool isQuiet() = 0;
+};
+
+} // namespace Pegasus::http

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "http/Endpoint.h"
+#include "http/HttpConnection.h"
+#include "http/HttpHead.h"
+
+#include <string>
+#include <string_view>
+
+namespace Pegasus::http {
+
+/// A CIM operation as an HTTP request: its extension headers stand for what is in the body (DSP0200, CIM extension
+/// headers).
+HttpRequest makeCimRequest(std::string_view method, std::string_view nameSpace, std::string body);
+
+/// Checks that an answer is that of a CIM operation. Throws CIMClientHTTPErrorException for a status other than 200 and
+/// CIMClientMalformedHTTPException when the CIMOperation header or the content type is not right.
+void checkCimAnswer(const HttpHead& head, const Endpoint& endpoint);
+
+/// Throws the CIMException that the trailers report, if any: a server that has begun to send its answer can tell of an
+/// error only there. Throws CIMClientMalformedHTTPException for a status that is not a number.
+void checkCimTrailers(const HttpFields& trailers, const Endpoint& endpoint);
+
+} // namespace Pegasus::http

@@ -1,0 +1,117 @@
+#include "http/HttpConnection.h"
+
+#include "http/BasicAuthentication.h"
+
+#include <Pegasus/Common/Exception.h>
+#include <utility>
+
+namespace Pegasus::http {
+
+namespace {
+
+constexpr unsigned kUnauthorized = 401;
+
+} // namespace
+
+HttpConnection::HttpConnection(Endpoint endpoint, std::optional<SSLContext> tls, Credentials credentials)
+    : endpoint_(std::move(endpoint)), tls_(std::move(tls)), credentials_(std::move(credentials)) {}
+
+void HttpConnection::open(const Deadline& deadline) {
+    close();
+    channel_ = Channel::open(endpoint_, tls_ ? &*tls_ : nullptr, deadline);
+    state_ = State::kFresh;
+}
+
+void HttpConnection::close() noexcept {
+    reader_.reset();
+    channel_.reset();
+    state_ = State::kClosed;
+}
+
+const HttpHead& HttpConnection::post(const HttpRequest& request, const Deadline& deadline) {
+    try {
+        const HttpHead& head = exchangeHeads(request, deadline);
+        if (!mayAuthenticate(head)) {
+            return head;
+        }
+        authenticates_ = true;
+        skipBody(deadline);
+        return exchangeHeads(request, deadline);
+    } catch (const ConnectionLost& lost) {
+        close();
+        throw CannotConnectException(
+            String(endpoint_.text() + ": " + lost.reason + (tls_ ? "" : " (a port for TLS needs an SSLContext)")));
+    } catch (...) {
+        close();
+        throw;
+    }
+}
+
+const HttpFields& HttpConnection::readBody(const BodySink& sink, const Deadline& deadline) {
+    try {
+        reader_->readBody(sink, deadline);
+    } catch (...) {
+        close();
+        throw;
+    }
+    finishAnswer();
+    return reader_->trailers();
+}
+
+/// Sends the request over the connection as it is, or else, once, over a new one.
+const HttpHead& HttpConnection::exchangeHeads(const HttpRequest& request, const Deadline& deadline) {
+    const std::string bytes = serialise(request);
+    if (state_ == State::kIdle && channel_->isQuiet()) {
+        try {
+            return attempt(bytes, deadline);
+        } catch (const ConnectionLost&) {
+            // Closed by the server while the request was on its way: no answer has begun, so it can be sent again.
+        }
+    }
+    if (state_ != State::kFresh || !channel_->isQuiet()) {
+        open(deadline);
+    }
+    return attempt(bytes, deadline);
+}
+
+const HttpHead& HttpConnection::attempt(const std::string& bytes, const Deadline& deadline) {
+    state_ = State::kAnswering;
+    reader_ = std::make_unique<ResponseReader>(*channel_, endpoint_);
+    channel_->write(bytes, deadline);
+    return reader_->readHead(deadline);
+}
+
+bool HttpConnection::mayAuthenticate(const HttpHead& head) const {
+    return head.status == kUnauthorized && !authenticates_ && !credentials_.user.empty() &&
+           offersBasicAuthentication(head.fields);
+}
+
+/// Leaves the connection ready for the next request, or closed.
+void HttpConnection::skipBody(const Deadline& deadline) {
+    if (!reader_->keepsConnection()) {
+        close(); // also where only the connection's end would tell the body's
+        return;
+    }
+    reader_->readBody([](std::string_view) {}, deadline);
+    finishAnswer();
+}
+
+void HttpConnection::finishAnswer() {
+    if (reader_->keepsConnection() && !reader_->hasSurplus()) {
+        state_ = State::kIdle;
+    } else {
+        channel_.reset();
+        state_ = State::kClosed;
+    }
+}
+
+std::string HttpConnection::serialise(const HttpRequest& request) const {
+    std::string bytes = "POST " + request.target + " HTTP/1.1\r\nHost: " + endpoint_.text() + "\r\n" + request.fields;
+    if (authenticates_) {
+        bytes += "Authorization: " + basicAuthorization(credentials_.user, credentials_.password) + "\r\n";
+    }
+    bytes += "Content-Length: " + std::to_string(request.body.size()) + "\r\n\r\n";
+    return bytes + request.body;
+}
+
+} // namespace Pegasus::http

@@ -1,0 +1,83 @@
+#pragma once
+
+#include "http/Channel.h"
+#include "http/Deadline.h"
+#include "http/Endpoint.h"
+#include "http/HttpHead.h"
+#include "http/ResponseReader.h"
+
+#include <Pegasus/Common/SSLContext.h>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace Pegasus::http {
+
+/// A request, without the fields that the connection adds: Host, Authorization, Content-Length.
+struct HttpRequest {
+    std::string target;
+    std::string fields; ///< whole lines, each with its line end
+    std::string body;
+};
+
+struct Credentials {
+    std::string user; ///< empty: none are given
+    std::string password;
+};
+
+/// The way to one server. It carries one exchange after the other, over one TCP connection as long as the server keeps
+/// it, and opens the next one where needed.
+///
+/// An exchange is a post() and, after it, a readBody(). An exception from either closes the TCP connection; so does a
+/// post() that finds the previous exchange unfinished.
+class HttpConnection {
+  public:
+    HttpConnection(Endpoint endpoint, std::optional<SSLContext> tls, Credentials credentials);
+
+    const Endpoint& endpoint() const { return endpoint_; }
+
+    /// Opens the TCP connection. Throws like Channel::open().
+    void open(const Deadline& deadline);
+
+    /// Sends a request and returns the head of the answer, valid until the next call.
+    ///
+    /// A server may close a connection that has been used before: the request is then sent once more over a new one.
+    /// When the server asks for Basic authentication, the request is sent again with the credentials, and so are all
+    /// later ones, also over a new TCP connection to the same server; without credentials the 401 is the answer.
+    /// Throws like open(), CannotConnectException when a new connection ends without an answer,
+    /// ConnectionTimeoutException, CIMClientMalformedHTTPException.
+    const HttpHead& post(const HttpRequest& request, const Deadline& deadline);
+
+    /// Hands the body to the sink and returns the trailers, valid until the next call. Throws
+    /// ConnectionTimeoutException, CIMClientMalformedHTTPException and what the sink throws.
+    const HttpFields& readBody(const BodySink& sink, const Deadline& deadline);
+
+    /// Closes the TCP connection; the next exchange opens another one.
+    void close() noexcept;
+
+  private:
+    enum class State {
+        kClosed,
+        kFresh,     // connected, and never asked anything
+        kIdle,      // has carried an exchange to its end
+        kAnswering, // the head of an answer is read, its body is not
+    };
+
+    const HttpHead& exchangeHeads(const HttpRequest& request, const Deadline& deadline);
+    const HttpHead& attempt(const std::string& bytes, const Deadline& deadline);
+    bool mayAuthenticate(const HttpHead& head) const;
+    void skipBody(const Deadline& deadline);
+    void finishAnswer();
+    std::string serialise(const HttpRequest& request) const;
+
+    const Endpoint endpoint_;
+    const std::optional<SSLContext> tls_;
+    const Credentials credentials_;
+    bool authenticates_ = false;
+    State state_ = State::kClosed;
+    std::unique_ptr<Channel> channel_;
+    std::unique_ptr<ResponseReader> reader_;
+};
+
+} // namespace Pegasus::http

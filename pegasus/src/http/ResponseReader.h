@@ -1,0 +1,52 @@
+#pragma once
+
+#include "http/Channel.h"
+#include "http/Deadline.h"
+#include "http/Endpoint.h"
+#include "http/HttpHead.h"
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <string_view>
+
+namespace Pegasus::http {
+
+/// The most that one header block, one trailer block or the line before a chunk may hold.
+constexpr std::size_t kMaxHeaderBytes = 64 * 1024;
+
+/// Takes the body of an answer, cut anywhere.
+using BodySink = std::function<void(std::string_view)>;
+
+/// Reads one HTTP/1.x answer from a channel: first its head, then its body, whatever way it is delimited.
+///
+/// Both steps throw CIMClientMalformedHTTPException for an answer that is not HTTP, passes a limit or breaks off, and
+/// ConnectionTimeoutException. The reader is then of no further use, nor is the channel.
+class ResponseReader {
+  public:
+    /// Channel and endpoint must outlive the reader.
+    ResponseReader(Channel& channel, const Endpoint& endpoint);
+    ~ResponseReader();
+
+    /// Skips interim answers (1xx). Throws ConnectionLost when the connection ends before the first byte of an answer.
+    const HttpHead& readHead(const Deadline& deadline);
+
+    /// Hands the body to the sink as it arrives, then reads the trailers. What the sink throws passes through.
+    /// After the head, once.
+    void readBody(const BodySink& sink, const Deadline& deadline);
+
+    /// The fields behind a chunked body. After the body.
+    const HttpFields& trailers() const;
+
+    /// Whether the peer leaves the connection open for another request. After the head.
+    bool keepsConnection() const;
+
+    /// Whether the peer sent more than its answer. After the body.
+    bool hasSurplus() const;
+
+  private:
+    class Impl;
+    std::unique_ptr<Impl> impl_;
+};
+
+} // namespace Pegasus::http

@@ -1,0 +1,133 @@
+#include "http/TlsContext.h"
+
+#include <Pegasus/Common/Exception.h>
+#include <filesystem>
+#include <openssl/bio.h>
+#include <openssl/err.h>
+#include <openssl/rand.h>
+#include <openssl/ssl.h>
+#include <openssl/x509_vfy.h>
+#include <openssl/x509v3.h>
+
+namespace Pegasus::http {
+
+namespace {
+
+constexpr long kRandomBytes = 1024; // enough of a file that may be a device without end
+
+struct BioFree {
+    void operator()(BIO* bio) const { BIO_free(bio); }
+};
+
+std::string lastError() {
+    const unsigned long code = ERR_peek_last_error();
+    const char* reason = ERR_reason_error_string(code);
+    ERR_clear_error();
+    return reason != nullptr ? reason : "unknown error";
+}
+
+void loadTrustStore(SSL_CTX& context, const std::string& path) {
+    std::error_code ignored;
+    const bool loaded = std::filesystem::is_directory(path, ignored)
+                            ? SSL_CTX_load_verify_dir(&context, path.c_str()) == 1
+                            : SSL_CTX_load_verify_file(&context, path.c_str()) == 1;
+    if (!loaded) {
+        throw SSLException(String("cannot read the trust store " + path + ": " + lastError()));
+    }
+}
+
+void loadRandomFile(const std::string& path) {
+    if (RAND_load_file(path.c_str(), kRandomBytes) < 0) {
+        throw SSLException(String("cannot read the random file " + path + ": " + lastError()));
+    }
+}
+
+String nameText(const X509_NAME* name) {
+    const std::unique_ptr<BIO, BioFree> out(BIO_new(BIO_s_mem()));
+    X509_NAME_print_ex(out.get(), name, 0, XN_FLAG_RFC2253 & ~ASN1_STRFLGS_ESC_MSB);
+    char* text = nullptr;
+    const long size = BIO_get_mem_data(out.get(), &text);
+    return String(std::string_view(text, static_cast<std::size_t>(size)));
+}
+
+/// Where a session keeps the address of its check.
+int sessionIndex() {
+    static const int index = SSL_get_ex_new_index(0, nullptr, nullptr, nullptr, nullptr);
+    return index;
+}
+
+} // namespace
+
+void TlsContextFree::operator()(SSL_CTX* context) const { SSL_CTX_free(context); }
+
+TlsContextPtr makeTlsContext(const SSLContext& settings) {
+    TlsContextPtr context(SSL_CTX_new(TLS_client_method()));
+    if (!context || SSL_CTX_set_min_proto_version(context.get(), TLS1_2_VERSION) != 1) {
+        throw SSLException(String("cannot set up TLS: " + lastError()));
+    }
+    SSL_CTX_set_options(context.get(), SSL_OP_NO_RENEGOTIATION); // the peer is checked once, in the handshake
+    if (const std::string trustStore(settings.getTrustStore().view()); !trustStore.empty()) {
+        loadTrustStore(*context, trustStore);
+    }
+    if (const std::string randomFile(settings.getRandomFile().view()); !randomFile.empty()) {
+        loadRandomFile(randomFile);
+    }
+    return context;
+}
+
+PeerCheck::PeerCheck(const SSLContext& settings, const Endpoint& endpoint)
+    : endpoint_(endpoint),
+      verify_(settings.isPeerVerificationEnabled()),
+      callback_(settings.getSSLCertificateVerifyFunction()) {}
+
+void PeerCheck::attachTo(SSL& session) {
+    const char* const host = endpoint_.host().c_str();
+    X509_VERIFY_PARAM* const parameters = SSL_get0_param(&session);
+    if (endpoint_.isAddressLiteral()) {
+        X509_VERIFY_PARAM_set1_ip_asc(parameters, host);
+    } else {
+        X509_VERIFY_PARAM_set1_host(parameters, host, 0);
+        SSL_set_tlsext_host_name(&session, host);
+    }
+    SSL_set_ex_data(&session, sessionIndex(), this);
+    SSL_set_verify(&session, verify_ ? SSL_VERIFY_PEER : SSL_VERIFY_NONE,
+                   verify_ ? &PeerCheck::onCertificate : nullptr);
+}
+
+int PeerCheck::onCertificate(int preverified, X509_STORE_CTX* store) {
+    const auto* session =
+        static_cast<const SSL*>(X509_STORE_CTX_get_ex_data(store, SSL_get_ex_data_X509_STORE_CTX_idx()));
+    auto* check = static_cast<PeerCheck*>(SSL_get_ex_data(session, sessionIndex()));
+    return check->accept(preverified == 1, *store) ? 1 : 0;
+}
+
+bool PeerCheck::accept(bool preverified, X509_STORE_CTX& store) {
+    const int error = X509_STORE_CTX_get_error(&store);
+    const bool accepted = callback_ != nullptr ? askCallback(preverified, store) : preverified;
+    if (accepted) {
+        X509_STORE_CTX_set_error(&store, X509_V_OK);
+        return true;
+    }
+    refusal_ = preverified ? "the verification callback refused it" : X509_verify_cert_error_string(error);
+    if (preverified) {
+        X509_STORE_CTX_set_error(&store, X509_V_ERR_APPLICATION_VERIFICATION);
+    }
+    return false;
+}
+
+bool PeerCheck::askCallback(bool preverified, X509_STORE_CTX& store) {
+    const X509* certificate = X509_STORE_CTX_get_current_cert(&store);
+    const int error = X509_STORE_CTX_get_error(&store);
+    SSLCertificateInfo info(certificate != nullptr ? nameText(X509_get_subject_name(certificate)) : String(),
+                            certificate != nullptr ? nameText(X509_get_issuer_name(certificate)) : String(),
+                            static_cast<Uint32>(X509_STORE_CTX_get_error_depth(&store)), error,
+                            X509_verify_cert_error_string(error), preverified);
+    try {
+        return callback_(info);
+    } catch (...) {
+        callbackFailure_ = std::current_exception();
+        return false;
+    }
+}
+
+} // namespace Pegasus::http

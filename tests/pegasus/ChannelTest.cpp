@@ -1,0 +1,308 @@
+#include "http/Channel.h"
+
+#include "support/ScriptedServer.h"
+
+#include <Pegasus/Common/Exception.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <system_error>
+#include <vector>
+
+namespace {
+
+using namespace Pegasus;
+using namespace Pegasus::http;
+using namespace std::chrono_literals;
+using support::Connection;
+using support::ScriptedServer;
+using support::TestCertificate;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+constexpr auto kAmple = 30s;
+constexpr auto kShort = 200ms;
+
+void Echo(Connection& peer) {
+    for (std::string bytes; !(bytes = peer.ReadSome()).empty();) {
+        peer.Write(bytes);
+    }
+}
+
+/// What comes back from an echoing server, which shows that a channel works both ways.
+std::string EchoOf(const std::string& text, Channel& channel) {
+    channel.write(text, Deadline(kAmple));
+    std::string echo(text.size(), '\0');
+    std::size_t size = 0;
+    while (size < echo.size()) {
+        const std::size_t received = channel.readSome(&echo[size], echo.size() - size, Deadline(kAmple));
+        if (received == 0) {
+            break;
+        }
+        size += received;
+    }
+    return echo.substr(0, size);
+}
+
+template <typename E>
+std::string ErrorOf(const Endpoint& endpoint, const SSLContext* tls = nullptr) {
+    try {
+        Channel::open(endpoint, tls, Deadline(kAmple));
+    } catch (const E& error) {
+        return std::string(error.getMessage().view());
+    }
+    ADD_FAILURE() << "the expected exception did not come";
+    return {};
+}
+
+// ---- Finding and reaching the server
+
+TEST(Channel, OpensToAnIpv4Literal) {
+    ScriptedServer server(&Echo);
+    const Endpoint endpoint(server.Address(), server.Listen(5988));
+    EXPECT_EQ(EchoOf("hello", *Channel::open(endpoint, nullptr, Deadline(kAmple))), "hello");
+}
+
+TEST(Channel, OpensToAnIpv6LiteralWithAndWithoutBrackets) {
+    ScriptedServer server(&Echo, "::1");
+    std::uint16_t port = 0;
+    try {
+        port = server.Listen(0);
+    } catch (const std::system_error& error) {
+        GTEST_SKIP() << "no IPv6 here: " << error.what();
+    }
+    for (const char* host : {"::1", "[::1]"}) {
+        EXPECT_EQ(EchoOf("hello", *Channel::open(Endpoint(host, port), nullptr, Deadline(kAmple))), "hello");
+    }
+}
+
+TEST(Channel, OpensToANameAndTriesEachOfItsAddresses) {
+    // "localhost" often stands for ::1 and 127.0.0.1, of which only the second accepts here.
+    ScriptedServer server(&Echo, "127.0.0.1");
+    const std::uint16_t port = server.Listen(0);
+    for (const char* host : {"localhost", ""}) {
+        EXPECT_EQ(EchoOf("hello", *Channel::open(Endpoint(host, port), nullptr, Deadline(kAmple))), "hello");
+    }
+}
+
+TEST(Channel, ReportsAHostWithoutAddress) {
+    EXPECT_THAT(ErrorOf<InvalidLocatorException>({"no-such-host.invalid", 5988}),
+                HasSubstr("cannot resolve no-such-host.invalid:5988: "));
+    EXPECT_THAT(ErrorOf<InvalidLocatorException>({"not a host", 5988}), HasSubstr("not a host:5988"));
+}
+
+TEST(Channel, ReportsAPortThatIsNone) {
+    EXPECT_THAT(ErrorOf<InvalidLocatorException>({"127.0.0.1", 65536}), HasSubstr("127.0.0.1:65536"));
+}
+
+TEST(Channel, ReportsThatNothingListens) {
+    EXPECT_THAT(ErrorOf<CannotConnectException>({support::LoopbackAddress(), 5988}),
+                HasSubstr("cannot connect to " + support::LoopbackAddress() + ":5988: Connection refused"));
+}
+
+TEST(Channel, GivesUpAtOnceWhenThereIsNoTimeToFindTheHost) {
+    EXPECT_THROW(Channel::open({"no-such-host.invalid", 5988}, nullptr, Deadline(0ms)), ConnectionTimeoutException);
+}
+
+TEST(Channel, SeesWhetherThePeerIsQuiet) {
+    ScriptedServer server([](Connection& peer) {
+        peer.ReadSome();
+        peer.Write("1");
+        peer.ReadSome();
+    });
+    const auto channel = Channel::open({server.Address(), server.Listen(5988)}, nullptr, Deadline(kAmple));
+    EXPECT_TRUE(channel->isQuiet());
+    EXPECT_EQ(EchoOf("1", *channel), "1");
+    EXPECT_TRUE(channel->isQuiet());
+    server.Stop();
+    EXPECT_FALSE(channel->isQuiet());
+}
+
+// ---- TLS
+
+/// A TLS server with a certificate of the test's choice.
+class Tls : public ::testing::Test {
+  protected:
+    Endpoint serve(const TestCertificate::Options& options, const std::string& host = support::LoopbackAddress()) {
+        certificate_ = std::make_unique<TestCertificate>(options);
+        server_ = std::make_unique<ScriptedServer>(&Echo, host == "localhost" ? "127.0.0.1" : host);
+        return {host, server_->ListenTls(host == "localhost" ? 0 : 5989, *certificate_)};
+    }
+
+    /// A good certificate for the address that the server listens on.
+    Endpoint serve() { return serve(TestCertificate::For(support::LoopbackAddress())); }
+
+    SSLContext trusting(SSLCertificateVerifyFunction* verify = nullptr) const {
+        return {String(certificate_->CaFile()), verify};
+    }
+
+    static std::string echoThrough(const Endpoint& endpoint, const SSLContext& tls) {
+        return EchoOf("hello", *Channel::open(endpoint, &tls, Deadline(kAmple)));
+    }
+
+    std::string refusal(const Endpoint& endpoint, const SSLContext& tls) const {
+        return ErrorOf<SSLException>(endpoint, &tls);
+    }
+
+    const SSLContext unverified_{String(), nullptr};
+    std::unique_ptr<TestCertificate> certificate_;
+    std::unique_ptr<ScriptedServer> server_;
+};
+
+TEST_F(Tls, EncryptsWithoutVerifyingWhenThereIsNothingToVerifyWith) {
+    TestCertificate::Options options;
+    options.expired = options.self_signed = true;
+    EXPECT_EQ(echoThrough(serve(options), unverified_), "hello");
+}
+
+TEST_F(Tls, AcceptsACertificateOfTheTrustStore) {
+    const Endpoint endpoint = serve();
+    EXPECT_EQ(echoThrough(endpoint, trusting()), "hello");
+}
+
+TEST_F(Tls, TakesAFolderOfHashedCertificatesAsTrustStore) {
+    const Endpoint endpoint = serve();
+    EXPECT_EQ(echoThrough(endpoint, SSLContext(String(certificate_->CaDirectory()), nullptr)), "hello");
+}
+
+TEST_F(Tls, AcceptsACertificateForTheHostName) {
+    const Endpoint endpoint = serve(TestCertificate::For("localhost"), "localhost");
+    EXPECT_EQ(echoThrough(endpoint, trusting()), "hello");
+}
+
+TEST_F(Tls, RefusesACertificateForAnotherName) {
+    const Endpoint endpoint = serve(TestCertificate::For("example.org"), "localhost");
+    EXPECT_THAT(refusal(endpoint, trusting()), HasSubstr("hostname mismatch"));
+}
+
+TEST_F(Tls, RefusesACertificateForAnotherAddress) {
+    const Endpoint endpoint = serve(TestCertificate::For("192.0.2.1"));
+    const std::string message = refusal(endpoint, trusting());
+    EXPECT_THAT(message, HasSubstr(endpoint.text() + ": the server's certificate was refused: "));
+    EXPECT_THAT(message, HasSubstr("IP address mismatch"));
+}
+
+TEST_F(Tls, RefusesAnExpiredCertificate) {
+    auto options = TestCertificate::For(support::LoopbackAddress());
+    options.expired = true;
+    const Endpoint endpoint = serve(options);
+    EXPECT_THAT(refusal(endpoint, trusting()), HasSubstr("certificate has expired"));
+}
+
+TEST_F(Tls, RefusesASelfSignedCertificate) {
+    auto options = TestCertificate::For(support::LoopbackAddress());
+    options.self_signed = true;
+    const Endpoint endpoint = serve(options);
+    EXPECT_THAT(refusal(endpoint, trusting()), HasSubstr("self-signed certificate"));
+}
+
+TEST_F(Tls, RefusesACertificateOfAnotherAuthority) {
+    const TestCertificate other(TestCertificate::For(support::LoopbackAddress()));
+    EXPECT_THAT(refusal(serve(), SSLContext(String(other.CaFile()), nullptr)), HasSubstr("certificate"));
+}
+
+TEST_F(Tls, NamesATrustStoreThatCannotBeRead) {
+    EXPECT_THAT(refusal(serve(), SSLContext(String("/no/such/store.pem"), nullptr)),
+                HasSubstr("cannot read the trust store /no/such/store.pem"));
+}
+
+TEST_F(Tls, NamesARandomFileThatCannotBeRead) {
+    EXPECT_THAT(refusal(serve(), SSLContext(String(), nullptr, String("/no/such/file"))),
+                HasSubstr("cannot read the random file /no/such/file"));
+    EXPECT_EQ(echoThrough(serve(), SSLContext(String(), nullptr, String("/dev/urandom"))), "hello");
+}
+
+// A verification callback is a plain function, so what it sees and says goes through these.
+std::vector<std::string> seen;
+
+Boolean RememberAndAccept(SSLCertificateInfo& info) {
+    seen.push_back(std::to_string(info.getErrorDepth()) + ' ' + std::string(info.getSubjectName().view()) + " by " +
+                   std::string(info.getIssuerName().view()) + ' ' + std::to_string(info.getErrorCode()) + ' ' +
+                   std::to_string(info.getResponseCode()));
+    return true;
+}
+
+Boolean AcceptWhatPassed(SSLCertificateInfo& info) { return info.getResponseCode() == 1; }
+
+Boolean RefuseAll(SSLCertificateInfo&) { return false; }
+
+Boolean Throw(SSLCertificateInfo&) { throw std::runtime_error("from the callback"); }
+
+TEST_F(Tls, ShowsTheCallbackEachCertificate) {
+    seen.clear();
+    const Endpoint endpoint = serve();
+    EXPECT_EQ(echoThrough(endpoint, trusting(&RememberAndAccept)), "hello");
+    EXPECT_THAT(seen, ElementsAre("1 CN=cimhttp test authority by CN=cimhttp test authority 0 1",
+                                  "0 CN=cimhttp test server by CN=cimhttp test authority 0 1"));
+}
+
+TEST_F(Tls, LetsTheCallbackAcceptWhatItsOwnCheckRefused) {
+    seen.clear();
+    EXPECT_EQ(echoThrough(serve(TestCertificate::For("192.0.2.1")), SSLContext(String(), &RememberAndAccept)), "hello");
+    EXPECT_THAT(seen, ::testing::Contains(HasSubstr("0 CN=cimhttp test server by CN=cimhttp test authority 20 0")));
+}
+
+TEST_F(Tls, LetsTheCallbackRefuseWhatItsOwnCheckAccepted) {
+    const Endpoint endpoint = serve();
+    EXPECT_THAT(refusal(endpoint, trusting(&RefuseAll)), HasSubstr("the verification callback refused it"));
+}
+
+TEST_F(Tls, SaysWhyWhenTheCallbackAgreesWithARefusal) {
+    const Endpoint endpoint = serve(TestCertificate::For("192.0.2.1"));
+    EXPECT_THAT(refusal(endpoint, trusting(&AcceptWhatPassed)), HasSubstr("IP address mismatch"));
+}
+
+TEST_F(Tls, LetsTheCallbacksExceptionThrough) {
+    const Endpoint endpoint = serve();
+    const SSLContext tls = trusting(&Throw);
+    EXPECT_THROW(Channel::open(endpoint, &tls, Deadline(kAmple)), std::runtime_error);
+}
+
+TEST_F(Tls, OffersNothingOlderThanTls12) {
+    std::string hello;
+    ScriptedServer server([&](Connection& peer) { hello = peer.ReadSome(); });
+    ErrorOf<SSLException>({server.Address(), server.Listen(5989)}, &unverified_);
+    server.Stop();
+    // The extension supported_versions (RFC 8446, 4.2.1): four bytes of versions, 1.3 and 1.2.
+    EXPECT_THAT(hello, HasSubstr(std::string("\x00\x2b\x00\x05\x04\x03\x04\x03\x03", 9)));
+}
+
+TEST_F(Tls, ReportsAServerThatDoesNotSpeakIt) {
+    ScriptedServer server([](Connection& peer) {
+        peer.ReadSome();
+        peer.Write("HTTP/1.1 400 Bad Request\r\n\r\n");
+        peer.WaitForPeerClose();
+    });
+    EXPECT_THAT(ErrorOf<SSLException>({server.Address(), server.Listen(5988)}, &unverified_),
+                HasSubstr(":5988: the TLS handshake failed: wrong version number (the server does not seem to speak "
+                          "TLS on this port)"));
+}
+
+TEST_F(Tls, ReportsAServerThatClosesInTheHandshake) {
+    ScriptedServer server([](Connection& peer) { peer.ReadSome(); });
+    EXPECT_THAT(ErrorOf<SSLException>({server.Address(), server.Listen(5988)}, &unverified_),
+                HasSubstr("the server closed the connection"));
+}
+
+TEST_F(Tls, GivesUpASilentHandshakeAtTheDeadline) {
+    ScriptedServer server([](Connection& peer) { peer.WaitForPeerClose(); });
+    const Endpoint endpoint(server.Address(), server.Listen(5988));
+    EXPECT_THROW(Channel::open(endpoint, &unverified_, Deadline(kShort)), ConnectionTimeoutException);
+}
+
+TEST_F(Tls, SurvivesAServerThatResetsTheConnection) {
+    const TestCertificate certificate(TestCertificate::For(support::LoopbackAddress()));
+    ScriptedServer server([](Connection& peer) {
+        peer.ReadSome();
+        peer.Reset();
+    });
+    const Endpoint endpoint(server.Address(), server.ListenTls(5989, certificate));
+    const auto channel = Channel::open(endpoint, &unverified_, Deadline(kAmple));
+    const std::string large(64'000'000, 'x');
+    EXPECT_THROW(channel->write(large, Deadline(kAmple)), ConnectionLost);
+    EXPECT_THROW(channel->write(large, Deadline(kAmple)), ConnectionLost);
+}
+
+} // namespace

@@ -1,0 +1,137 @@
+#include "http/CimHeaders.h"
+
+#include "http/UriText.h"
+
+#include <Pegasus/Client/CIMClientException.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <string>
+
+namespace {
+
+using namespace Pegasus;
+using namespace Pegasus::http;
+using ::testing::HasSubstr;
+
+const Endpoint kEndpoint("server", 5988);
+
+HttpHead GoodHead() {
+    HttpHead head;
+    head.status = 200;
+    head.fields.add("CIMOperation", "MethodResponse");
+    return head;
+}
+
+HttpHead HeadOfType(std::string_view contentType) {
+    HttpHead head = GoodHead();
+    head.fields.add("Content-Type", contentType);
+    return head;
+}
+
+HttpFields Status(std::string_view code, std::string_view description) {
+    HttpFields trailers;
+    trailers.add("CIMStatusCode", code);
+    trailers.add("CIMStatusCodeDescription", description);
+    return trailers;
+}
+
+TEST(CimRequest, CarriesTheExtensionHeaders) {
+    const HttpRequest request = makeCimRequest("GetClass", "root/cimv2", "<CIM/>");
+    EXPECT_EQ(request.target, "/cimom");
+    EXPECT_EQ(request.fields, "Content-Type: application/xml; charset=utf-8\r\nCIMOperation: MethodCall\r\n"
+                              "CIMMethod: GetClass\r\nCIMObject: root%2Fcimv2\r\nTE: chunked, trailers\r\n");
+    EXPECT_EQ(request.body, "<CIM/>");
+}
+
+TEST(CimAnswer, IsGoodWithXmlInUtf8OrWithoutContentType) {
+    EXPECT_NO_THROW(checkCimAnswer(GoodHead(), kEndpoint));
+    for (const char* type :
+         {"application/xml", "text/xml", "application/xml; charset=utf-8", "text/xml; charset=\"utf-8\"",
+          "Application/XML;CHARSET=UTF-8", "text/xml ; x=y ; Charset = \"UTF-8\"", "application/xml;"}) {
+        EXPECT_NO_THROW(checkCimAnswer(HeadOfType(type), kEndpoint)) << type;
+    }
+}
+
+TEST(CimAnswer, IsMalformedWithAnyOtherContentType) {
+    for (const char* type : {"text/html", "", "application/xmlx", "text/xml; charset=iso-8859-1",
+                             "application/xml; charset=\"utf-16\"", "application/xml; charset=\"utf-8"}) {
+        EXPECT_THROW(checkCimAnswer(HeadOfType(type), kEndpoint), CIMClientMalformedHTTPException) << type;
+    }
+}
+
+TEST(CimAnswer, IsMalformedWithoutTheRightOperation) {
+    HttpHead head = GoodHead();
+    head.fields = HttpFields();
+    EXPECT_THROW(checkCimAnswer(head, kEndpoint), CIMClientMalformedHTTPException);
+    head.fields.add("CIMOPERATION", "MethodCall");
+    EXPECT_THROW(checkCimAnswer(head, kEndpoint), CIMClientMalformedHTTPException);
+}
+
+TEST(CimAnswer, WithAnotherStatusIsAnHttpError) {
+    HttpHead head;
+    head.status = 400;
+    head.reason = "Bad Request";
+    head.fields.add("CIMError", "request-not-valid");
+    head.fields.add("PGErrorDetail", "on%20line%201%3A%20bad");
+    try {
+        checkCimAnswer(head, kEndpoint);
+        FAIL() << "no exception";
+    } catch (const CIMClientHTTPErrorException& error) {
+        EXPECT_EQ(error.getCode(), 400U);
+        EXPECT_EQ(error.getCIMError(), String("request-not-valid"));
+        EXPECT_EQ(error.getCIMErrorDetail(), String("on line 1: bad"));
+    }
+}
+
+TEST(CimTrailers, SayNothingOrSuccess) {
+    EXPECT_NO_THROW(checkCimTrailers(HttpFields(), kEndpoint));
+    EXPECT_NO_THROW(checkCimTrailers(Status("0", ""), kEndpoint));
+}
+
+TEST(CimTrailers, ReportTheServersError) {
+    for (const char* description : {"CIM_ERR_NOT_FOUND%3A%20X%2FY", "X%2FY"}) {
+        try {
+            checkCimTrailers(Status("6", description), kEndpoint);
+            FAIL() << "no exception";
+        } catch (const CIMException& error) {
+            EXPECT_EQ(error.getCode(), CIM_ERR_NOT_FOUND);
+            EXPECT_EQ(error.getMessage(), String("CIM_ERR_NOT_FOUND: X/Y"));
+        }
+    }
+}
+
+TEST(CimTrailers, ReportAnUnknownCodeAsAFailure) {
+    try {
+        checkCimTrailers(Status("4711", "odd"), kEndpoint);
+        FAIL() << "no exception";
+    } catch (const CIMException& error) {
+        EXPECT_EQ(error.getCode(), CIM_ERR_FAILED);
+        EXPECT_THAT(std::string(error.getMessage().view()), HasSubstr("4711"));
+    }
+}
+
+TEST(CimTrailers, AreMalformedWithACodeThatIsNoNumber) {
+    for (const char* code : {"", "six", "6x", "-1", "99999999999999999999"}) {
+        EXPECT_THROW(checkCimTrailers(Status(code, ""), kEndpoint), CIMClientMalformedHTTPException) << code;
+    }
+}
+
+TEST(UriText, EncodesAllButUnreservedCharacters) {
+    EXPECT_EQ(encodeUri("aZ09-._~ /%\xc3\xa4"), "aZ09-._~%20%2F%25%C3%A4");
+}
+
+TEST(UriText, DecodesWhatIsEncodedAndLeavesTheRest) {
+    EXPECT_EQ(decodeUri("a%20b%2fc%C3%A4"), "a b/c\xc3\xa4");
+    EXPECT_EQ(decodeUri("100%"), "100%");
+    EXPECT_EQ(decodeUri("%4"), "%4");
+    EXPECT_EQ(decodeUri("%zz%-1%+1"), "%zz%-1%+1");
+}
+
+TEST(Endpoint, PutsAnIpv6LiteralInBrackets) {
+    EXPECT_EQ(Endpoint("::1", 5988).text(), "[::1]:5988");
+    EXPECT_EQ(Endpoint("[fe80::1%eth0]", 1).text(), "[fe80::1%eth0]:1");
+    EXPECT_EQ(Endpoint("10.0.0.1", 5988).text(), "10.0.0.1:5988");
+    EXPECT_EQ(Endpoint("", 5988).text(), "localhost:5988");
+}
+
+} // namespace

@@ -1,0 +1,524 @@
+#include "http/HttpConnection.h"
+
+#include "support/ScriptedServer.h"
+
+#include <Pegasus/Client/CIMClientException.h>
+#include <atomic>
+#include <chrono>
+#include <future>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+namespace {
+
+using namespace Pegasus;
+using namespace Pegasus::http;
+using namespace std::chrono_literals;
+using support::Connection;
+using support::ScriptedServer;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+constexpr auto kAmple = 30s;   // for what must succeed
+constexpr auto kShort = 200ms; // for what must time out
+
+const HttpRequest kQuestion{"/cimom", "", "question"};
+
+std::string Answer(const std::string& body, const std::string& fields = "") {
+    return "HTTP/1.1 200 OK\r\n" + fields + "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
+}
+
+std::string ChunkedAnswer(const std::string& chunks) {
+    return "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n" + chunks;
+}
+
+constexpr char kChallenge[] = "HTTP/1.1 401 Unauthorized\r\nWWW-Authenticate: Basic realm=\"x\"\r\n"
+                              "Content-Length: 4\r\n\r\nnope";
+
+/// The message of the exception of type E that an action throws.
+template <typename E, typename Action>
+std::string MessageOf(Action action) {
+    try {
+        action();
+    } catch (const E& error) {
+        return std::string(error.getMessage().view());
+    }
+    ADD_FAILURE() << "the expected exception did not come";
+    return {};
+}
+
+/// A connection to a scripted server. The script answers each request; a helper keeps what was asked.
+class HttpConnectionTest : public ::testing::Test {
+  protected:
+    /// Starts the server and returns its port.
+    std::uint16_t serve(ScriptedServer::Script script) {
+        server_ = std::make_unique<ScriptedServer>(std::move(script));
+        return server_->Listen(5988);
+    }
+
+    /// Serves the answers in turn, whatever connections they are asked for on; closes a connection when they run out.
+    std::uint16_t serveInTurn(std::vector<std::string> answers) {
+        return serve([this, answers = std::move(answers)](Connection& connection) {
+            while (const auto request = connection.ReadRequest()) {
+                std::size_t turn = 0;
+                {
+                    const std::lock_guard<std::mutex> lock(mutex_);
+                    turn = authorizations_.size();
+                    authorizations_.push_back(request->Header("Authorization"));
+                }
+                if (turn >= answers.size() || !connection.Write(answers[turn])) {
+                    return;
+                }
+            }
+        });
+    }
+
+    HttpConnection connectionTo(std::uint16_t port, Credentials credentials = {}) const {
+        return {Endpoint(server_->Address(), port), std::nullopt, std::move(credentials)};
+    }
+
+    static std::string readBody(HttpConnection& connection, const Deadline& deadline) {
+        std::string body;
+        trailers_ = connection.readBody([&](std::string_view part) { body += part; }, deadline);
+        return body;
+    }
+
+    static std::string exchange(HttpConnection& connection, std::chrono::milliseconds limit = kAmple) {
+        const Deadline deadline(limit);
+        status_ = connection.post(kQuestion, deadline).status;
+        return readBody(connection, deadline);
+    }
+
+    /// The bodies of several exchanges.
+    static std::vector<std::string> exchanges(HttpConnection& connection, int count) {
+        std::vector<std::string> bodies;
+        for (int i = 0; i < count; ++i) {
+            bodies.push_back(exchange(connection));
+        }
+        return bodies;
+    }
+
+    /// More than the buffers of a TCP connection hold.
+    static HttpRequest largeRequest() { return {"/cimom", "", std::string(64'000'000, 'x')}; }
+
+    /// What one exchange with a server that sends these bytes and closes gives.
+    std::string bodyOf(const std::string& answer) {
+        auto connection = connectionTo(serve([answer](Connection& peer) {
+            peer.ReadRequest();
+            peer.Write(answer);
+        }));
+        return exchange(connection);
+    }
+
+    template <typename E>
+    std::string errorOf(const std::string& answer) {
+        return MessageOf<E>([&] { bodyOf(answer); });
+    }
+
+    std::size_t connectionCount() const { return server_->ConnectionCount(); }
+
+    std::vector<std::string> authorizations() {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        return authorizations_;
+    }
+
+    static inline unsigned status_ = 0;
+    static inline HttpFields trailers_;
+
+  private:
+    std::mutex mutex_;
+    std::vector<std::string> authorizations_;
+    std::unique_ptr<ScriptedServer> server_;
+};
+
+using Framing = HttpConnectionTest;
+using Truncation = HttpConnectionTest;
+using Limits = HttpConnectionTest;
+using KeepAlive = HttpConnectionTest;
+using Resending = HttpConnectionTest;
+using TimeOuts = HttpConnectionTest;
+using Authentication = HttpConnectionTest;
+
+// ---- The request
+
+TEST_F(HttpConnectionTest, SendsTheRequestInOnePiece) {
+    std::string received;
+    const std::uint16_t port = serve([&](Connection& peer) {
+        received = peer.ReadSome();
+        peer.Write(Answer("ok"));
+    });
+    auto connection = connectionTo(port);
+    connection.post({"/cimom", "A: b\r\n", "question"}, Deadline(kAmple));
+    EXPECT_EQ(readBody(connection, Deadline(kAmple)), "ok");
+    EXPECT_EQ(received, "POST /cimom HTTP/1.1\r\nHost: " + support::LoopbackAddress() +
+                            ":5988\r\nA: b\r\nContent-Length: 8\r\n\r\nquestion");
+}
+
+// ---- Where an answer ends
+
+TEST_F(Framing, ReadsABodyByItsLength) { EXPECT_EQ(bodyOf(Answer("hello")), "hello"); }
+
+TEST_F(Framing, ReadsAnEmptyBody) { EXPECT_EQ(bodyOf(Answer("")), ""); }
+
+TEST_F(Framing, ReadsChunksWithExtensions) {
+    EXPECT_EQ(bodyOf(ChunkedAnswer("3;a=b\r\nhel\r\n2;c=\"d\"\r\nlo\r\n0\r\n\r\n")), "hello");
+}
+
+TEST_F(Framing, ReturnsTheTrailersBehindTheChunks) {
+    EXPECT_EQ(bodyOf(ChunkedAnswer("5\r\nhello\r\n0\r\nCIMStatusCode: 6\r\nOther: x\r\n\r\n")), "hello");
+    ASSERT_NE(trailers_.find("cimstatuscode"), nullptr);
+    EXPECT_EQ(*trailers_.find("CIMStatusCode"), "6");
+    EXPECT_EQ(trailers_.find("Transfer-Encoding"), nullptr) << "a field of the head is no trailer";
+}
+
+TEST_F(Framing, ReadsABodyThatTheEndOfTheConnectionEnds) {
+    EXPECT_EQ(bodyOf("HTTP/1.0 200 OK\r\n\r\nhello"), "hello");
+    EXPECT_EQ(bodyOf("HTTP/1.1 200 OK\r\n\r\nhello"), "hello");
+}
+
+TEST_F(Framing, ReadsAnAnswerThatComesByteByByte) {
+    auto connection = connectionTo(serve([](Connection& peer) {
+        peer.ReadRequest();
+        for (const char byte : ChunkedAnswer("3\r\nhel\r\n2\r\nlo\r\n0\r\nA: b\r\n\r\n")) {
+            peer.Write({&byte, 1});
+            std::this_thread::yield();
+        }
+        peer.WaitForPeerClose();
+    }));
+    EXPECT_EQ(exchange(connection), "hello");
+    EXPECT_EQ(*trailers_.find("A"), "b");
+}
+
+TEST_F(Framing, SkipsInterimAnswers) {
+    EXPECT_EQ(bodyOf("HTTP/1.1 100 Continue\r\n\r\nHTTP/1.1 103 Early Hints\r\nA: b\r\n\r\n" + Answer("hello")),
+              "hello");
+}
+
+TEST_F(Framing, RefusesToSwitchProtocols) {
+    EXPECT_THAT(errorOf<CIMClientMalformedHTTPException>("HTTP/1.1 101 Switching\r\n\r\n"),
+                HasSubstr("another protocol"));
+}
+
+TEST_F(Framing, ReadsABodyOfManyBuffers) {
+    const std::string part(100'000, 'x');
+    std::string chunks;
+    for (int i = 0; i < 30; ++i) {
+        chunks += "186a0\r\n" + part + "\r\n";
+    }
+    EXPECT_EQ(bodyOf(ChunkedAnswer(chunks + "0\r\n\r\n")).size(), 3'000'000U);
+}
+
+TEST_F(Framing, RefusesWhatIsNotHttp) {
+    for (const char* answer : {"SSH-2.0-OpenSSH_9.2\r\n\r\n", "HTTP/2 200 OK\r\n\r\n", "HTTP/1.1 abc\r\n\r\n",
+                               "HTTP/1.1 200 OK\r\nno colon\r\n\r\n", "HTTP/1.1 200 OK\r\nContent-Length: -1\r\n\r\n",
+                               "HTTP/1.1 200 OK\r\nContent-Length: 99999999999999999999\r\n\r\n",
+                               "HTTP/1.1 200 OK\r\nContent-Length: 1\r\nTransfer-Encoding: chunked\r\n\r\n",
+                               "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nxyz\r\n",
+                               "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n2\r\nabcd\r\n"}) {
+        EXPECT_THAT(errorOf<CIMClientMalformedHTTPException>(answer), HasSubstr("not valid HTTP")) << answer;
+    }
+}
+
+// ---- Answers that break off
+
+TEST_F(Truncation, IsAnErrorWhereverItHappens) {
+    for (const std::string& whole : {Answer("hello"), ChunkedAnswer("5\r\nhello\r\n0\r\nA: b\r\n\r\n")}) {
+        for (std::size_t size = 1; size < whole.size(); ++size) {
+            EXPECT_THAT(errorOf<CIMClientMalformedHTTPException>(whole.substr(0, size)), HasSubstr("in the middle"))
+                << whole.substr(0, size);
+        }
+    }
+}
+
+TEST_F(Truncation, ByAResetIsAnErrorToo) {
+    std::promise<void> headRead;
+    auto connection = connectionTo(serve([&](Connection& peer) {
+        peer.ReadRequest();
+        peer.Write("HTTP/1.1 200 OK\r\n\r\nhel");
+        headRead.get_future().wait();
+        peer.Reset();
+    }));
+    connection.post(kQuestion, Deadline(kAmple));
+    headRead.set_value();
+    EXPECT_THAT(MessageOf<CIMClientMalformedHTTPException>([&] { readBody(connection, Deadline(kAmple)); }),
+                HasSubstr("lost in the middle of the answer: Connection reset"));
+}
+
+// ---- Limits
+
+TEST_F(Limits, AllowHeadersUpToTheLimit) {
+    const std::string answer = Answer("hello", "A: " + std::string(kMaxHeaderBytes - 100, 'x') + "\r\n");
+    EXPECT_EQ(bodyOf(answer), "hello");
+}
+
+TEST_F(Limits, EndEndlessHeadersTrailersAndChunkLines) {
+    for (const std::string& begin : {std::string("HTTP/1.1 200 "), std::string("HTTP/1.1 200 OK\r\nA: "),
+                                     ChunkedAnswer("5;"), ChunkedAnswer("5\r\nhello\r\n0\r\nA: ")}) {
+        EXPECT_THAT(errorOf<CIMClientMalformedHTTPException>(begin + std::string(3 * kMaxHeaderBytes, 'x')),
+                    ::testing::AnyOf(HasSubstr("longer than 65536"), HasSubstr("not valid HTTP")))
+            << begin;
+    }
+}
+
+TEST_F(Limits, EndHeadersOfManyShortFields) {
+    std::string answer = "HTTP/1.1 200 OK\r\n";
+    while (answer.size() < 3 * kMaxHeaderBytes) {
+        answer += "A: b\r\n";
+    }
+    EXPECT_THAT(errorOf<CIMClientMalformedHTTPException>(answer), HasSubstr("longer than 65536"));
+}
+
+// ---- One connection, many exchanges
+
+TEST_F(KeepAlive, CarriesManyExchangesOverOneConnection) {
+    auto connection = connectionTo(serveInTurn({Answer("1"), ChunkedAnswer("1\r\n2\r\n0\r\n\r\n"), Answer("3")}));
+    EXPECT_THAT(exchanges(connection, 3), ElementsAre("1", "2", "3"));
+    EXPECT_EQ(connectionCount(), 1U);
+}
+
+TEST_F(KeepAlive, EndsWhereTheServerSaysSo) {
+    auto connection = connectionTo(
+        serveInTurn({Answer("1", "Connection: close\r\n"), "HTTP/1.0 200 OK\r\nContent-Length: 1\r\n\r\n2",
+                     "HTTP/1.0 200 OK\r\nConnection: keep-alive\r\nContent-Length: 1\r\n\r\n3", Answer("4")}));
+    EXPECT_THAT(exchanges(connection, 4), ElementsAre("1", "2", "3", "4"));
+    EXPECT_EQ(connectionCount(), 3U);
+}
+
+TEST_F(KeepAlive, EndsWhenTheAnswerIsLongerThanItSays) {
+    auto connection = connectionTo(serveInTurn({Answer("1") + "surplus", Answer("2")}));
+    EXPECT_THAT(exchanges(connection, 2), ElementsAre("1", "2"));
+    EXPECT_EQ(connectionCount(), 2U);
+}
+
+TEST_F(KeepAlive, TakesNothingUnaskedForAnAnswer) {
+    std::atomic<bool> sent{false};
+    auto connection = connectionTo(serve([&](Connection& peer) {
+        peer.ReadRequest();
+        peer.Write(Answer(std::to_string(peer.Index())));
+        if (peer.Index() == 0) {
+            peer.Write("HTTP/1.1 408 Request Timeout\r\n\r\n");
+            sent = true;
+        }
+        peer.WaitForPeerClose();
+    }));
+    EXPECT_EQ(exchange(connection), "0");
+    while (!sent) {
+        std::this_thread::yield();
+    }
+    EXPECT_EQ(exchange(connection), "1");
+}
+
+TEST_F(KeepAlive, EndsWithAnUnfinishedExchange) {
+    auto connection = connectionTo(serveInTurn({Answer("1"), Answer("2")}));
+    connection.post(kQuestion, Deadline(kAmple));
+    EXPECT_EQ(exchange(connection), "2");
+    EXPECT_EQ(connectionCount(), 2U);
+}
+
+TEST_F(KeepAlive, EndsWhenTheSinkThrows) {
+    auto connection = connectionTo(serveInTurn({Answer("1"), Answer("2")}));
+    connection.post(kQuestion, Deadline(kAmple));
+    EXPECT_THROW(connection.readBody([](std::string_view) { throw CIMClientXmlException("bad"); }, Deadline(kAmple)),
+                 CIMClientXmlException);
+    EXPECT_EQ(exchange(connection), "2");
+    EXPECT_EQ(connectionCount(), 2U);
+}
+
+// ---- A server that closes between two requests
+
+/// Answers one request on each connection, then ends the connection in the given way when the next one has come.
+ScriptedServer::Script oneAnswerThen(void (Connection::*end)()) {
+    return [end](Connection& peer) {
+        peer.ReadRequest();
+        peer.Write(Answer(std::to_string(peer.Index())));
+        peer.ReadRequest();
+        (peer.*end)();
+    };
+}
+
+TEST_F(Resending, HidesThatTheServerClosedTheConnection) {
+    auto connection = connectionTo(serve(oneAnswerThen(&Connection::Close)));
+    EXPECT_THAT(exchanges(connection, 3), ElementsAre("0", "1", "2"));
+}
+
+TEST_F(Resending, HidesThatTheServerResetTheConnection) {
+    auto connection = connectionTo(serve(oneAnswerThen(&Connection::Reset)));
+    EXPECT_THAT(exchanges(connection, 2), ElementsAre("0", "1"));
+}
+
+TEST_F(Resending, HidesThatTheServerClosedWithoutWaiting) {
+    auto connection = connectionTo(serve([](Connection& peer) {
+        peer.ReadRequest();
+        peer.Write(Answer(std::to_string(peer.Index())));
+    }));
+    EXPECT_THAT(exchanges(connection, 4), ElementsAre("0", "1", "2", "3"));
+}
+
+TEST_F(Resending, HappensOnce) {
+    std::atomic<int> requests{0};
+    auto connection = connectionTo(serve([&](Connection& peer) {
+        while (peer.ReadRequest()) {
+            if (++requests > 1) {
+                return;
+            }
+            peer.Write(Answer("1"));
+        }
+    }));
+    EXPECT_EQ(exchange(connection), "1");
+    EXPECT_THAT(MessageOf<CannotConnectException>([&] { exchange(connection); }), HasSubstr("without an answer"));
+    EXPECT_EQ(requests, 3);
+}
+
+TEST_F(Resending, NeverHappensOnANewConnection) {
+    std::atomic<int> requests{0};
+    auto connection = connectionTo(serve([&](Connection& peer) {
+        peer.ReadRequest();
+        ++requests;
+    }));
+    EXPECT_THROW(exchange(connection), CannotConnectException);
+    EXPECT_EQ(requests, 1);
+}
+
+TEST_F(Resending, NeverHappensWhenAnAnswerHasBegun) {
+    std::atomic<int> requests{0};
+    auto connection = connectionTo(serve([&](Connection& peer) {
+        while (peer.ReadRequest()) {
+            if (++requests > 1) {
+                peer.Write("H");
+                return;
+            }
+            peer.Write(Answer("1"));
+        }
+    }));
+    EXPECT_EQ(exchange(connection), "1");
+    EXPECT_THROW(exchange(connection), CIMClientMalformedHTTPException);
+    EXPECT_EQ(requests, 2);
+}
+
+TEST_F(Resending, SurvivesAServerThatResetsWhileALargeRequestIsOnItsWay) {
+    auto connection = connectionTo(serve([](Connection& peer) {
+        peer.ReadSome();
+        peer.Reset();
+    }));
+    EXPECT_THROW(connection.post(largeRequest(), Deadline(kAmple)), CannotConnectException);
+}
+
+// ---- Deadlines
+
+TEST_F(TimeOuts, EndTheWaitForASilentServer) {
+    auto connection = connectionTo(serve([](Connection& peer) {
+        peer.ReadRequest();
+        if (peer.Index() > 0) {
+            peer.Write(Answer("awake"));
+        }
+        peer.WaitForPeerClose();
+    }));
+    const std::string message = MessageOf<ConnectionTimeoutException>([&] { exchange(connection, kShort); });
+    EXPECT_EQ(message, support::LoopbackAddress() + ":5988: no complete answer came within 200 ms");
+    EXPECT_EQ(exchange(connection), "awake");
+    EXPECT_EQ(connectionCount(), 2U);
+}
+
+TEST_F(TimeOuts, EndAnAnswerThatDripsForever) {
+    for (const std::string& begin : {std::string("HTTP/1.1 200 OK\r\n"), std::string("HTTP/1.1 200 OK\r\n\r\n")}) {
+        auto connection = connectionTo(serve([&](Connection& peer) {
+            peer.ReadRequest();
+            peer.Write(begin);
+            while (peer.Write("a: b\r\n")) {
+                std::this_thread::sleep_for(5ms);
+            }
+        }));
+        EXPECT_THROW(exchange(connection, kShort), ConnectionTimeoutException);
+    }
+}
+
+TEST_F(TimeOuts, EndARequestThatTheServerDoesNotRead) {
+    std::promise<void> done;
+    auto connection = connectionTo(serve([&](Connection&) { done.get_future().wait(); }));
+    EXPECT_THROW(connection.post(largeRequest(), Deadline(kShort)), ConnectionTimeoutException);
+    done.set_value();
+}
+
+TEST_F(TimeOuts, MayBeVeryLong) {
+    auto connection = connectionTo(serveInTurn({Answer("1")}));
+    EXPECT_EQ(exchange(connection, 65'535'000ms), "1");
+    EXPECT_GT(Deadline(std::chrono::milliseconds(0xffffffffU)).remaining(), 24h);
+}
+
+// ---- Basic authentication
+
+const Credentials kAda{"ada", "s:cret"};
+constexpr char kAdasAuthorization[] = "Basic YWRhOnM6Y3JldA==";
+
+TEST_F(Authentication, AnswersAChallengeAndFromThenOnNeedsNone) {
+    auto connection = connectionTo(serveInTurn({Answer("open"), kChallenge, Answer("1"), Answer("2")}), kAda);
+    EXPECT_EQ(exchange(connection), "open");
+    EXPECT_EQ(exchange(connection), "1");
+    EXPECT_EQ(exchange(connection), "2");
+    EXPECT_THAT(authorizations(), ElementsAre("", "", kAdasAuthorization, kAdasAuthorization));
+    EXPECT_EQ(connectionCount(), 1U);
+}
+
+TEST_F(Authentication, LastsWhenTheConnectionIsOpenedAgain) {
+    auto connection = connectionTo(serveInTurn({kChallenge, Answer("1", "Connection: close\r\n"), Answer("2")}), kAda);
+    EXPECT_THAT(exchanges(connection, 2), ElementsAre("1", "2"));
+    EXPECT_THAT(authorizations(), ElementsAre("", kAdasAuthorization, kAdasAuthorization));
+}
+
+TEST_F(Authentication, IsTriedOnce) {
+    auto connection = connectionTo(serveInTurn({kChallenge, kChallenge, kChallenge}), kAda);
+    EXPECT_EQ(exchange(connection), "nope");
+    EXPECT_EQ(status_, 401U);
+    EXPECT_EQ(exchange(connection), "nope");
+    EXPECT_THAT(authorizations(), ElementsAre("", kAdasAuthorization, kAdasAuthorization));
+}
+
+TEST_F(Authentication, NeedsAUser) {
+    auto connection = connectionTo(serveInTurn({kChallenge}));
+    exchange(connection);
+    EXPECT_EQ(status_, 401U);
+    EXPECT_THAT(authorizations(), ElementsAre(""));
+}
+
+TEST_F(Authentication, IsForBasicChallengesOnly) {
+    auto connection = connectionTo(
+        serveInTurn({"HTTP/1.1 401 No\r\nWWW-Authenticate: Negotiate\r\n"
+                     "WWW-Authenticate: Digest realm=\"a, Basic b\", nonce=\"x\"\r\nContent-Length: 0\r\n\r\n"}),
+        kAda);
+    exchange(connection);
+    EXPECT_EQ(status_, 401U);
+    EXPECT_THAT(authorizations(), ElementsAre(""));
+}
+
+TEST_F(Authentication, FindsBasicAmongOtherSchemes) {
+    auto connection = connectionTo(
+        serveInTurn({"HTTP/1.1 401 No\r\nwww-authenticate: Digest realm=\"a\", nonce=\"\\\"x\", BASIC realm=\"b\"\r\n"
+                     "Content-Length: 0\r\n\r\n",
+                     Answer("1")}),
+        kAda);
+    EXPECT_EQ(exchange(connection), "1");
+}
+
+TEST_F(Authentication, OpensAgainAfterAChallengeWithoutLength) {
+    auto connection = connectionTo(
+        serveInTurn({"HTTP/1.1 401 Unauthorized\r\nWWW-Authenticate: Basic realm=\"x\"\r\n\r\n", Answer("1")}), kAda);
+    EXPECT_EQ(exchange(connection), "1");
+    EXPECT_EQ(connectionCount(), 2U);
+}
+
+TEST_F(Authentication, SurvivesAServerThatClosesAfterItsChallenge) {
+    auto connection = connectionTo(serve([](Connection& peer) {
+                                       peer.ReadRequest();
+                                       peer.Write(peer.Index() == 0 ? kChallenge : Answer("1"));
+                                   }),
+                                   kAda);
+    EXPECT_EQ(exchange(connection), "1");
+}
+
+} // namespace
