@@ -64,9 +64,10 @@ bool FitsReal(TFrom value) {
             return true;
         return std::abs(value) <= TLimits::max() && static_cast<TFrom>(static_cast<TTo>(value)) == value;
     } else {
-        const auto bits = static_cast<unsigned long long>(value);
-        const bool negative = std::is_signed_v<TFrom> && value < TFrom{};
-        return SignificantBits(negative ? 0 - bits : bits) <= TLimits::digits;
+        using TWide = std::conditional_t<std::is_signed_v<TFrom>, long long, unsigned long long>;
+        const TWide wide = value;
+        const auto bits = static_cast<unsigned long long>(wide);
+        return SignificantBits(wide < TWide{} ? 0 - bits : bits) <= TLimits::digits;
     }
 }
 
