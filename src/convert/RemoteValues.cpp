@@ -1,0 +1,181 @@
+#include "convert/RemoteValues.h"
+
+#include <boost/shared_ptr.hpp>
+
+#include <sstream>
+#include <vector>
+
+#include "convert/RemoteText.h"
+#include "convert/RemoteTypes.h"
+
+namespace NQORVYX20 {
+
+namespace {
+
+TCIMChar16 ToHostCharacter(const Pegasus::Char16& character) {
+    // The host takes a character as the decimal digits of its code.
+    std::ostringstream digits;
+    digits << static_cast<unsigned long>(static_cast<Pegasus::Uint16>(character));
+    return TCIMChar16(digits.str());
+}
+
+std::string StreamedText(const Pegasus::String& text) {
+    std::ostringstream stream;
+    stream << text;
+    return stream.str();
+}
+
+TCIMReference ToHostReference(const Pegasus::CIMObjectPath& path) {
+    TCIMReference reference{boost::shared_ptr<ICIMNamespace>(), TCIMContext()};
+    auto keys = path.getKeyBindings();
+    for (Pegasus::Uint32 i = 0; i < keys.size(); ++i) {
+        reference.AddKeyValue(ToStdString(keys[i].getName()), TCIMValue(ToStdString(keys[i].getValue())));
+    }
+    return reference;
+}
+
+template <typename T>
+T Read(const Pegasus::CIMValue& value) {
+    T content{}; // stays as it is when the value is null
+    value.get(content);
+    return content;
+}
+
+template <typename T>
+TCIMValue ToHostElement(const T& element) {
+    return TCIMValue(element);
+}
+
+TCIMValue ToHostElement(const Pegasus::Char16& element) { return TCIMValue(ToHostCharacter(element)); }
+
+TCIMValue ToHostElement(const Pegasus::String& element) { return TCIMValue(StreamedText(element)); }
+
+TCIMValue ToHostElement(const Pegasus::CIMDateTime& element) {
+    return TCIMValue(TCIMDateTime(StreamedText(element.toString())));
+}
+
+template <typename T>
+TCIMValue ReadArray(const Pegasus::CIMValue& value, Pegasus::CIMType elementType) {
+    auto array = Read<Pegasus::Array<T>>(value);
+    std::vector<TCIMValue> elements;
+    elements.reserve(array.size());
+    for (Pegasus::Uint32 i = 0; i < array.size(); ++i) {
+        elements.push_back(ToHostElement(static_cast<const T&>(array[i])));
+    }
+    return {pegTypeToVYXType(elementType, false), 0, elements};
+}
+
+void ConvertArray(const Pegasus::CIMValue& value, Pegasus::CIMType type, TCIMValue& out) {
+    switch (type) {
+    case Pegasus::CIMTYPE_BOOLEAN:
+        out = ReadArray<Pegasus::Boolean>(value, type);
+        break;
+    case Pegasus::CIMTYPE_UINT8:
+        out = ReadArray<Pegasus::Uint8>(value, type);
+        break;
+    case Pegasus::CIMTYPE_SINT8:
+        out = ReadArray<Pegasus::Sint8>(value, type);
+        break;
+    case Pegasus::CIMTYPE_UINT16:
+        out = ReadArray<Pegasus::Uint16>(value, type);
+        break;
+    case Pegasus::CIMTYPE_SINT16:
+        out = ReadArray<Pegasus::Sint16>(value, type);
+        break;
+    case Pegasus::CIMTYPE_UINT32:
+        out = ReadArray<Pegasus::Uint32>(value, type);
+        break;
+    case Pegasus::CIMTYPE_SINT32:
+        out = ReadArray<Pegasus::Sint32>(value, type);
+        break;
+    case Pegasus::CIMTYPE_UINT64:
+        out = ReadArray<Pegasus::Uint64>(value, type);
+        break;
+    case Pegasus::CIMTYPE_SINT64:
+        out = ReadArray<Pegasus::Sint64>(value, type);
+        break;
+    case Pegasus::CIMTYPE_REAL32:
+        out = ReadArray<Pegasus::Real32>(value, type);
+        break;
+    case Pegasus::CIMTYPE_REAL64:
+        out = ReadArray<Pegasus::Real64>(value, type);
+        break;
+    case Pegasus::CIMTYPE_CHAR16:
+        out = ReadArray<Pegasus::Char16>(value, type);
+        break;
+    case Pegasus::CIMTYPE_STRING:
+        out = ReadArray<Pegasus::String>(value, type);
+        break;
+    case Pegasus::CIMTYPE_DATETIME:
+        out = ReadArray<Pegasus::CIMDateTime>(value, type);
+        break;
+    default:
+        break;
+    }
+}
+
+void ConvertScalar(const Pegasus::CIMValue& value, Pegasus::CIMType type, TCIMValue& out) {
+    switch (type) {
+    case Pegasus::CIMTYPE_BOOLEAN:
+        out = TCIMValue(value.equal(Pegasus::CIMValue(Pegasus::Boolean(true))));
+        break;
+    case Pegasus::CIMTYPE_UINT8:
+        out = TCIMValue(Read<Pegasus::Uint8>(value));
+        break;
+    case Pegasus::CIMTYPE_SINT8:
+        out = TCIMValue(Read<Pegasus::Sint8>(value));
+        break;
+    case Pegasus::CIMTYPE_UINT16:
+        out = TCIMValue(Read<Pegasus::Uint16>(value));
+        break;
+    case Pegasus::CIMTYPE_SINT16:
+        out = TCIMValue(Read<Pegasus::Sint16>(value));
+        break;
+    case Pegasus::CIMTYPE_UINT32:
+        out = TCIMValue(Read<Pegasus::Uint32>(value));
+        break;
+    case Pegasus::CIMTYPE_SINT32:
+        out = TCIMValue(Read<Pegasus::Sint32>(value));
+        break;
+    case Pegasus::CIMTYPE_UINT64:
+        out = TCIMValue(static_cast<unsigned long long>(Read<Pegasus::Uint64>(value)));
+        break;
+    case Pegasus::CIMTYPE_SINT64:
+        out = TCIMValue(static_cast<long long>(Read<Pegasus::Sint64>(value)));
+        break;
+    case Pegasus::CIMTYPE_REAL32:
+        out = TCIMValue(Read<Pegasus::Real32>(value));
+        break;
+    case Pegasus::CIMTYPE_REAL64:
+        out = TCIMValue(Read<Pegasus::Real64>(value));
+        break;
+    case Pegasus::CIMTYPE_CHAR16:
+        out = TCIMValue(ToHostCharacter(Read<Pegasus::Char16>(value)));
+        break;
+    case Pegasus::CIMTYPE_STRING:
+        out = TCIMValue(ToStdString(Read<Pegasus::String>(value)));
+        break;
+    case Pegasus::CIMTYPE_DATETIME:
+        out = TCIMValue(TCIMDateTime(ToStdString(Read<Pegasus::CIMDateTime>(value).toString())));
+        break;
+    case Pegasus::CIMTYPE_REFERENCE: {
+        TCIMReference reference = ToHostReference(Read<Pegasus::CIMObjectPath>(value));
+        out = TCIMValue(reference);
+        break;
+    }
+    default:
+        break;
+    }
+}
+
+} // namespace
+
+void pegValToVYX(Pegasus::CIMValue value, Pegasus::CIMType type, bool isArray, TCIMValue& out) {
+    if (isArray) {
+        ConvertArray(value, type, out);
+    } else {
+        ConvertScalar(value, type, out);
+    }
+}
+
+} // namespace NQORVYX20

@@ -1,0 +1,489 @@
+#include "model/TCimHTTPClass.h"
+
+#include <Pegasus/Client/CIMClient.h>
+
+#include <algorithm>
+#include <exception>
+
+#include "convert/RemoteText.h"
+#include "convert/RemoteTypes.h"
+#include "convert/RemoteValues.h"
+#include "host/ICIMParameterDecl.h"
+#include "host/ICIMProperty.h"
+#include "host/TVYXException.h"
+#include "model/AssociationFilter.h"
+#include "model/CoreLog.h"
+#include "model/EntryMap.h"
+#include "model/RemoteQualifiers.h"
+#include "model/StatusCodes.h"
+#include "model/TCimHTTPInstance.h"
+#include "model/TCimHTTPMethodDecl.h"
+#include "model/TCimHTTPPropertyDecl.h"
+#include "provider/TCimHTTPNamespace.h"
+
+namespace NQORVYX20 {
+
+namespace {
+
+using ECIMType = TCIMValue::TCIMType::ECIMType;
+
+bool IsTrue(const boost::shared_ptr<ICIMQualifier>& qualifier) {
+    if (!qualifier) {
+        return false;
+    }
+    const TCIMValue& value = qualifier->GetValue(TCIMContext());
+    return !value.IsNull() && static_cast<bool>(value);
+}
+
+[[noreturn]] void Refuse(std::uint32_t code, const std::string& text) {
+    LogError(text);
+    throw TVYXException(code);
+}
+
+} // namespace
+
+TCimHTTPClass::TCimHTTPClass(boost::shared_ptr<TCimHTTPNamespace> nameSpace, const std::string& name,
+                             boost::shared_ptr<TCimHTTPClass> /*superClass*/)
+    : fNamespace(nameSpace), fName(name) {}
+
+TCimHTTPClass::~TCimHTTPClass() = default;
+
+// --- Materialisation ---------------------------------------------------------------------------------------------
+
+void TCimHTTPClass::Initialize() {
+    if (fSuperClass.lock()) {
+        return;
+    }
+    const auto nameSpace = LockNamespace();
+    fSuperClass = nameSpace->GetRootClass();
+    if (fName == TCimHTTPNamespace::kRootClassName) {
+        return;
+    }
+    Pegasus::CIMClass remote = FetchDefinition();
+    CopyQualifiers(*nameSpace, remote, *this);
+    for (Pegasus::Uint32 i = 0; i < remote.getPropertyCount(); ++i) {
+        Pegasus::CIMProperty property = remote.getProperty(i);
+        AddRemoteProperty(property);
+    }
+    for (Pegasus::Uint32 i = 0; i < remote.getMethodCount(); ++i) {
+        Pegasus::CIMMethod method = remote.getMethod(i);
+        AddRemoteMethod(method);
+    }
+}
+
+Pegasus::CIMClass TCimHTTPClass::FetchDefinition() const {
+    constexpr bool kLocalOnly = false;
+    constexpr bool kIncludeQualifiers = true;
+    constexpr bool kIncludeClassOrigin = false;
+    const auto nameSpace = LockNamespace();
+    return nameSpace->getPegClient()->getClass(*nameSpace->getPegNSP(), Pegasus::CIMName(fName.c_str()), kLocalOnly,
+                                               kIncludeQualifiers, kIncludeClassOrigin, Pegasus::CIMPropertyList());
+}
+
+void TCimHTTPClass::AddRemoteProperty(Pegasus::CIMProperty& remote) {
+    const std::string name = ToStdString(remote.getName());
+    const std::string key = TCimHTTPNamespace::NormalizeName(name);
+    const auto declaration = AllocatePropertyDecl(name, TCIMValue(), TCIMContext());
+    declaration->SetDefaultValue(TCIMValue(pegTypeToVYXType(remote.getType(), remote.isArray()), 0), TCIMContext());
+    CopyQualifiers(*LockNamespace(), remote, *declaration);
+    fPropertyDecls.emplace(key, boost::dynamic_pointer_cast<TCimHTTPPropertyDecl>(declaration));
+}
+
+void TCimHTTPClass::AddRemoteMethod(Pegasus::CIMMethod& remote) {
+    const std::string name = ToStdString(remote.getName());
+    const std::string key = TCimHTTPNamespace::NormalizeName(name);
+    const auto declaration = AllocateMethodDecl(name, pegTypeToVYXType(remote.getType(), false), TCIMContext());
+    for (Pegasus::Uint32 i = 0; i < remote.getParameterCount(); ++i) {
+        auto parameter = remote.getParameter(i);
+        // An array parameter is declared with the type of its elements.
+        const auto type = pegTypeToVYXType(parameter.getType(), false);
+        declaration->AllocateParameterDecl(ToStdString(parameter.getName()), type, TCIMContext())
+            ->AddToMethod(TCIMContext());
+    }
+    fMethodDecls.emplace(key, boost::dynamic_pointer_cast<TCimHTTPMethodDecl>(declaration));
+}
+
+// --- Hierarchy ---------------------------------------------------------------------------------------------------
+
+void TCimHTTPClass::AddToNamespace(TCIMContext context) {
+    LockNamespace()->AddClass(shared_from_this());
+    GetSuperClass(context)->AddChildClass(shared_from_this());
+}
+
+void TCimHTTPClass::RemoveFromNamespace(TCIMContext /*context*/) { throw TVYXException(kReadOnly); }
+
+void TCimHTTPClass::ModifyClass(boost::shared_ptr<ICIMClass> /*values*/, TCIMContext /*context*/) {
+    throw TVYXException(kReadOnly);
+}
+
+const std::string& TCimHTTPClass::GetName(TCIMContext /*context*/) const { return fName; }
+
+boost::shared_ptr<ICIMNamespace> TCimHTTPClass::GetNamespace(TCIMContext /*context*/) const { return LockNamespace(); }
+
+boost::shared_ptr<TCimHTTPNamespace> TCimHTTPClass::LockNamespace() const {
+    return boost::shared_ptr<TCimHTTPNamespace>(fNamespace);
+}
+
+boost::shared_ptr<ICIMClass> TCimHTTPClass::GetSuperClass(TCIMContext /*context*/) const {
+    return boost::shared_ptr<ICIMClass>(fSuperClass);
+}
+
+bool TCimHTTPClass::IsRootClass(TCIMContext /*context*/) const {
+    return fSuperClass.lock() == LockNamespace()->GetRootClass();
+}
+
+bool TCimHTTPClass::IsSubclassOf(boost::shared_ptr<ICIMClass const> other, TCIMContext context) const {
+    const boost::shared_ptr<ICIMClass const> root = LockNamespace()->GetRootClass();
+    const std::string& otherName = other->GetName(context);
+    boost::shared_ptr<ICIMClass const> current = shared_from_this();
+    do {
+        if (current->GetName(context) == otherName) {
+            return true;
+        }
+        if (current == root) {
+            return false; // the walk started at the root, which has nothing above it
+        }
+        current = current->GetSuperClass(context);
+    } while (current != root);
+    return false;
+}
+
+void TCimHTTPClass::EnumerateSubClasses(const boost::function<bool(boost::shared_ptr<ICIMClass>)>& callback, bool deep,
+                                        TCIMContext /*context*/) {
+    const auto subClasses = fSubClasses; // a callback that looks classes up makes the list longer
+    for (const auto& subClass : subClasses) {
+        if (!callback(subClass)) {
+            return;
+        }
+        if (deep) {
+            subClass->EnumerateSubClasses(callback, deep, TCIMContext());
+        }
+    }
+}
+
+void TCimHTTPClass::AddChildClass(boost::shared_ptr<ICIMClass> child) {
+    const auto added = boost::dynamic_pointer_cast<TCimHTTPClass>(child);
+    if (!added) {
+        throw TVYXException(kTypeMismatch);
+    }
+    const auto sameName = std::find_if(fSubClasses.begin(), fSubClasses.end(),
+                                       [&](const auto& subClass) { return subClass->fName == added->fName; });
+    if (sameName == fSubClasses.end()) {
+        fSubClasses.push_back(added);
+    } else {
+        *sameName = added;
+    }
+}
+
+void TCimHTTPClass::RemoveChildClass(boost::shared_ptr<ICIMClass> /*child*/) {}
+
+bool TCimHTTPClass::operator==(ICIMClass& other) const { return fName == other.GetName(TCIMContext()); }
+
+bool TCimHTTPClass::operator<(ICIMClass& other) const { return fName < other.GetName(TCIMContext()); }
+
+ICIMClass& TCimHTTPClass::operator=(const ICIMClass& /*other*/) { return *this; }
+
+// --- Features ----------------------------------------------------------------------------------------------------
+
+void TCimHTTPClass::Validate(TCIMContext /*context*/) const {}
+
+bool TCimHTTPClass::HasTrueQualifier(const std::string& name) const { return IsTrue(fQualifiers.Find(name)); }
+
+bool TCimHTTPClass::IsAssociation(TCIMContext /*context*/) const { return HasTrueQualifier("ASSOCIATION"); }
+
+bool TCimHTTPClass::IsAbstract(TCIMContext /*context*/) const { return HasTrueQualifier("ABSTRACT"); }
+
+void TCimHTTPClass::EnumerateKeyNames(const boost::function<bool(const std::string*)>& callback,
+                                      TCIMContext context) const {
+    const auto reportKey = [&](const boost::shared_ptr<ICIMPropertyDecl>& declaration) {
+        bool found = false;
+        return !IsTrue(declaration->GetQualifier("KEY", found, context)) || callback(&declaration->GetName(context));
+    };
+    try {
+        EnumeratePropertyDecls(reportKey, context);
+    } catch (const TVYXException&) {
+        throw;
+    } catch (const std::exception& failure) {
+        Refuse(kTypeMismatch, "TCimHTTP: Enumeration of the keys of class " + fName + " failed: " + failure.what());
+    }
+}
+
+boost::shared_ptr<ICIMPropertyDecl>
+TCimHTTPClass::AllocatePropertyDecl(const std::string& name, const TCIMValue& defaultValue, TCIMContext /*context*/) {
+    return boost::make_shared<TCimHTTPPropertyDecl>(shared_from_this(), name, defaultValue);
+}
+
+boost::shared_ptr<ICIMPropertyDecl> TCimHTTPClass::GetPropertyDecl(const std::string& name,
+                                                                   TCIMContext /*context*/) const {
+    return FindEntry(fPropertyDecls, TCimHTTPNamespace::NormalizeName(name));
+}
+
+void TCimHTTPClass::EnumeratePropertyDecls(const boost::function<bool(boost::shared_ptr<ICIMPropertyDecl>)>& callback,
+                                           TCIMContext /*context*/) const {
+    VisitEntries(fPropertyDecls, callback);
+}
+
+void TCimHTTPClass::AddPropertyDecl(boost::shared_ptr<ICIMPropertyDecl> declaration) {
+    const auto added = boost::dynamic_pointer_cast<TCimHTTPPropertyDecl>(declaration);
+    if (!added) {
+        throw TVYXException(kTypeMismatch);
+    }
+    const std::string& name = added->GetName(TCIMContext());
+    if (added->GetType(TCIMContext()) == ECIMType::eCIMReference && !IsAssociation(TCIMContext())) {
+        Refuse(kTypeMismatch,
+               "TCimHTTP: Attempt to add reference property " + name + " to non-association class " + fName);
+    }
+    const std::string key = TCimHTTPNamespace::NormalizeName(name);
+    if (added->LookupQualifier("OVERRIDE")) {
+        CheckOverride(*added);
+    }
+    const auto [entry, isNew] = fPropertyDecls.emplace(key, added);
+    if (isNew) {
+        return;
+    }
+    if (name.find("PortType") == std::string::npos) {
+        Refuse(kAlreadyExists, "TCimHTTP: Attempt to add property " + name + " to class " + fName + ": already exists");
+    }
+    entry->second = added;
+}
+
+void TCimHTTPClass::CheckOverride(const ICIMPropertyDecl& declaration) const {
+    const std::string& name = declaration.GetName(TCIMContext());
+    const std::string attempt = "TCimHTTP: Attempt to override property " + name + " in class " + fName + ": ";
+    try {
+        const auto inherited = FindInheritedPropertyDecl(name);
+        if (!inherited) {
+            Refuse(kNotFound, attempt + "property doesn't exist in base class");
+        }
+        if (inherited->GetType(TCIMContext()) != declaration.GetType(TCIMContext())) {
+            Refuse(kTypeMismatch, attempt + "different types");
+        }
+        if (inherited->GetClass(TCIMContext()).get() == this) {
+            Refuse(kTypeMismatch, attempt + "original was defined in this class");
+        }
+    } catch (const TVYXException&) {
+        throw;
+    } catch (const std::exception& failure) {
+        Refuse(kTypeMismatch, "TCimHTTP: Attempt define property " + name + " in class " + fName +
+                                  "failed. Reason = " + failure.what());
+    }
+}
+
+boost::shared_ptr<ICIMPropertyDecl> TCimHTTPClass::FindInheritedPropertyDecl(const std::string& name) const {
+    const boost::shared_ptr<ICIMClass> root = LockNamespace()->GetRootClass();
+    auto ancestor = GetSuperClass(TCIMContext());
+    for (;;) {
+        auto declaration = ancestor->GetPropertyDecl(name, TCIMContext());
+        if (declaration || ancestor == root) {
+            return declaration;
+        }
+        ancestor = ancestor->GetSuperClass(TCIMContext());
+    }
+}
+
+void TCimHTTPClass::RemovePropertyDecl(boost::shared_ptr<ICIMPropertyDecl> /*declaration*/) {}
+
+boost::shared_ptr<ICIMMethodDecl>
+TCimHTTPClass::AllocateMethodDecl(const std::string& name, TCIMValue::TCIMType returnType, TCIMContext /*context*/) {
+    return boost::make_shared<TCimHTTPMethodDecl>(shared_from_this(), name, returnType);
+}
+
+boost::shared_ptr<ICIMMethodDecl> TCimHTTPClass::GetMethodDecl(const std::string& name, TCIMContext /*context*/) const {
+    return FindEntry(fMethodDecls, TCimHTTPNamespace::NormalizeName(name));
+}
+
+void TCimHTTPClass::EnumerateMethodDecls(const boost::function<bool(boost::shared_ptr<ICIMMethodDecl>)>& callback,
+                                         TCIMContext /*context*/) const {
+    VisitEntries(fMethodDecls, callback);
+}
+
+void TCimHTTPClass::AddMethodDecl(boost::shared_ptr<ICIMMethodDecl> /*declaration*/) {}
+
+void TCimHTTPClass::RemoveMethodDecl(boost::shared_ptr<ICIMMethodDecl> /*declaration*/) {}
+
+TCIMValue TCimHTTPClass::InvokeMethod(const std::string& /*name*/, TCIMContext& /*parameters*/,
+                                      TCIMContext /*context*/) {
+    return {};
+}
+
+boost::shared_ptr<ICIMProperty> TCimHTTPClass::GetProperty(const std::string& name, TCIMContext /*context*/) {
+    auto property = FindEntry(fStaticProperties, TCimHTTPNamespace::NormalizeName(name));
+    if (!property) {
+        throw TVYXException(kNotFound);
+    }
+    return property;
+}
+
+void TCimHTTPClass::SetPropertyValue(const std::string& /*name*/, const TCIMValue& /*value*/, TCIMContext /*context*/) {
+    throw TVYXException(kReadOnly);
+}
+
+void TCimHTTPClass::EnumerateStaticProperties(const boost::function<bool(boost::shared_ptr<ICIMProperty>)>& callback,
+                                              TCIMContext /*context*/) {
+    VisitEntries(fStaticProperties, callback);
+}
+
+void TCimHTTPClass::AddQualifier(boost::shared_ptr<ICIMQualifier> qualifier, TCIMContext /*context*/) {
+    fQualifiers.Add(qualifier);
+}
+
+boost::shared_ptr<ICIMQualifier>
+TCimHTTPClass::AllocateQualifier(boost::shared_ptr<ICIMQualifierDecl const> declaration, const TCIMValue& value,
+                                 TCIMContext /*context*/) const {
+    return boost::make_shared<TCimHTTPQualifier>(shared_from_this(), declaration, value);
+}
+
+boost::shared_ptr<ICIMQualifier>
+TCimHTTPClass::AllocateQualifier(boost::shared_ptr<ICIMQualifierDecl const> declaration, const TCIMValue& value,
+                                 ICIMQualifierDecl::EFlavor flavor, TCIMContext /*context*/) const {
+    return boost::make_shared<TCimHTTPQualifier>(shared_from_this(), declaration, value, flavor);
+}
+
+boost::shared_ptr<ICIMQualifier> TCimHTTPClass::GetQualifier(const std::string& name, TCIMContext /*context*/) const {
+    return fQualifiers.Find(name);
+}
+
+boost::shared_ptr<ICIMQualifier> TCimHTTPClass::GetQualifier(const std::string& name, bool& found,
+                                                             TCIMContext /*context*/) const {
+    auto qualifier = fQualifiers.Find(name);
+    found = qualifier != nullptr;
+    return qualifier;
+}
+
+void TCimHTTPClass::EnumerateQualifiers(const boost::function<bool(boost::shared_ptr<ICIMQualifier>)>& callback,
+                                        TCIMContext /*context*/) const {
+    fQualifiers.Visit(callback);
+}
+
+// --- Associations ------------------------------------------------------------------------------------------------
+
+void TCimHTTPClass::EnumerateAssociatedClasses(const boost::function<bool(boost::shared_ptr<ICIMClass>)>& callback,
+                                               const std::string& assocClass, const std::string& resultClass,
+                                               const std::string& role, const std::string& resultRole,
+                                               TCIMContext context) {
+    const AssociationFilter filter(LockNamespace(), assocClass, resultClass, role, resultRole, context);
+    VisitAssociations(filter, [&](const auto& association) {
+        const auto farEnds = filter.FarEnds(*association);
+        return std::all_of(farEnds.begin(), farEnds.end(), [&](const auto& farEnd) { return callback(farEnd); });
+    });
+}
+
+void TCimHTTPClass::EnumerateAssociationClasses(const boost::function<bool(boost::shared_ptr<ICIMClass>)>& callback,
+                                                const std::string& resultClass, const std::string& role,
+                                                TCIMContext context) {
+    const AssociationFilter filter(LockNamespace(), resultClass, std::string(), role, std::string(), context);
+    VisitAssociations(filter, callback);
+}
+
+void TCimHTTPClass::VisitAssociations(const AssociationFilter& filter, const TAssociationVisitor& visitor) {
+    const auto root = LockNamespace()->GetRootClass();
+    auto current = shared_from_this();
+    while (current && current != root) {
+        const auto candidates = current->fAssociations;
+        for (const auto& candidate : candidates) {
+            if (filter.AcceptsAssociation(*candidate, current) && !visitor(candidate)) {
+                return;
+            }
+        }
+        current = boost::dynamic_pointer_cast<TCimHTTPClass>(current->GetSuperClass(TCIMContext()));
+    }
+}
+
+void TCimHTTPClass::AddAssociationClass(boost::shared_ptr<ICIMClass> /*association*/) {}
+
+void TCimHTTPClass::RemoveAssociationClass(boost::shared_ptr<ICIMClass> /*association*/) {}
+
+// --- Instances ---------------------------------------------------------------------------------------------------
+
+boost::shared_ptr<ICIMInstance> TCimHTTPClass::AllocateInstance(TCIMContext context) {
+    return boost::make_shared<TCimHTTPInstance>(shared_from_this(), context);
+}
+
+void TCimHTTPClass::EnumerateInstances(const boost::function<bool(boost::shared_ptr<ICIMInstance>)>& callback,
+                                       bool deep, TCIMContext /*context*/) {
+    if (fInstances.empty()) {
+        FetchInstances(deep);
+    }
+    if (!VisitEntries(fInstances, callback) || !deep) {
+        return;
+    }
+    const auto subClasses = fSubClasses;
+    for (const auto& subClass : subClasses) {
+        subClass->EnumerateInstances(callback, deep, TCIMContext());
+    }
+}
+
+void TCimHTTPClass::FetchInstances(bool deep) {
+    constexpr bool kLocalOnly = true;
+    constexpr bool kIncludeQualifiers = false;
+    constexpr bool kIncludeClassOrigin = false;
+    try {
+        const auto nameSpace = LockNamespace();
+        auto remotes = nameSpace->getPegClient()->enumerateInstances(
+            *nameSpace->getPegNSP(), Pegasus::CIMName(fName.c_str()), deep, kLocalOnly, kIncludeQualifiers,
+            kIncludeClassOrigin, Pegasus::CIMPropertyList());
+        for (Pegasus::Uint32 i = 0; i < remotes.size(); ++i) {
+            AddRemoteInstance(remotes[i]);
+        }
+    } catch (const Pegasus::Exception& failure) {
+        LogError("TCimHTTPClass::EnumerateInstances from Pegasus for: " + fName +
+                 "returned exception: " + ToStdString(failure.getMessage()));
+    } catch (...) {
+        // What was filed until then is served.
+    }
+}
+
+void TCimHTTPClass::AddRemoteInstance(Pegasus::CIMInstance& remote) {
+    const auto instance = AllocateInstance(TCIMContext());
+    for (Pegasus::Uint32 i = 0; i < remote.getPropertyCount(); ++i) {
+        auto property = remote.getProperty(i);
+        const std::string name = ToStdString(property.getName());
+        try {
+            TCIMValue value;
+            pegValToVYX(property.getValue(), property.getType(), property.isArray(), value);
+            instance->SetPropertyValue(TCimHTTPNamespace::NormalizeName(name), value, TCIMContext());
+        } catch (...) {
+            LogError("TCimHTTPClass::EnumerateInstances - Unable to retrieve property: " + name);
+        }
+    }
+    AddInstance(instance);
+    LogDebug("TCimHTTPClass::EnumerateInstances created instance: " +
+             instance->GetClass(TCIMContext())->GetName(TCIMContext()));
+}
+
+void TCimHTTPClass::AddInstance(boost::shared_ptr<ICIMInstance> instance) {
+    const auto added = boost::dynamic_pointer_cast<TCimHTTPInstance>(instance);
+    if (!added) {
+        throw TVYXException(kTypeMismatch);
+    }
+    fInstances.emplace(added->BuildPath(TCIMContext()).GetPath(), added);
+}
+
+void TCimHTTPClass::RemoveInstance(boost::shared_ptr<ICIMInstance> instance) {
+    fInstances.erase(instance->BuildPath(TCIMContext()).GetPath());
+}
+
+boost::shared_ptr<ICIMInstance> TCimHTTPClass::GetInstance(const TCIMReference& reference,
+                                                           TCIMContext /*context*/) const {
+    return FindEntry(fInstances, reference.GetPath());
+}
+
+void TCimHTTPClass::ClearInstances() {
+    // The links are taken out before the classes behind them are cleared, so that a class which is reachable from
+    // itself ends the recursion.
+    const auto associations = std::exchange(fAssociations, {});
+    for (const auto& association : associations) {
+        association->ClearInstances();
+    }
+    const auto subClasses = std::exchange(fSubClasses, {});
+    for (const auto& subClass : subClasses) {
+        subClass->ClearInstances();
+    }
+    fQualifiers.Clear();
+    fPropertyDecls.clear();
+    fStaticProperties.clear();
+    fInstances.clear();
+    fMethodDecls.clear();
+}
+
+} // namespace NQORVYX20

@@ -1,0 +1,174 @@
+#pragma once
+
+#include <boost/enable_shared_from_this.hpp>
+#include <boost/weak_ptr.hpp>
+
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "host/ICIMClass.h"
+#include "model/TCimHTTPQualifierMap.h"
+
+namespace Pegasus {
+class CIMClass;
+class CIMInstance;
+class CIMMethod;
+class CIMProperty;
+} // namespace Pegasus
+
+namespace NQORVYX20 {
+
+class AssociationFilter;
+class TCimHTTPInstance;
+class TCimHTTPMethodDecl;
+class TCimHTTPNamespace;
+class TCimHTTPPropertyDecl;
+
+/// A class of the remote server. After Initialize it answers from memory; only EnumerateInstances goes back to the
+/// server. Owned by a boost::shared_ptr. It refers to its namespace and superclass weakly: operations that need them
+/// throw boost::bad_weak_ptr when they have gone.
+class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TCimHTTPClass> {
+  public:
+    /// An empty class. The superclass is not kept: every class hangs under the namespace's root class, see Initialize.
+    TCimHTTPClass(boost::shared_ptr<TCimHTTPNamespace> nameSpace, const std::string& name,
+                  boost::shared_ptr<TCimHTTPClass> superClass);
+    ~TCimHTTPClass() override;
+    TCimHTTPClass(const TCimHTTPClass&) = delete;
+    TCimHTTPClass& operator=(const TCimHTTPClass&) = delete;
+
+    /// Puts the class under the namespace's root class and fills it from the remote definition: qualifiers, property
+    /// declarations, method declarations, inherited ones included. Once the class has a superclass it does nothing, and
+    /// for the root class it contacts nobody. Throws what the remote library throws; what was read until then stays.
+    void Initialize();
+
+    /// The instance filed under the path of the reference, or an empty pointer. Does not contact the server.
+    boost::shared_ptr<ICIMInstance> GetInstance(const TCIMReference& reference, TCIMContext context) const;
+
+    /// Empties the class, and every class below it, of features, instances and links.
+    void ClearInstances();
+
+    /// Takes over the subclasses of a class that this one replaces.
+    void AdoptSubClasses(const TCimHTTPClass& replaced) { fSubClasses = replaced.fSubClasses; }
+
+    // ICIMElement and ICIMClass. Operations that are not supported: RemoveFromNamespace, ModifyClass and
+    // SetPropertyValue throw TVYXException 31; InvokeMethod returns a null value; Validate, RemoveChildClass,
+    // AddAssociationClass, RemoveAssociationClass, RemovePropertyDecl, AddMethodDecl, RemoveMethodDecl and the
+    // assignment do nothing.
+    void Validate(TCIMContext context) const override;
+    void AddToNamespace(TCIMContext context) override;
+    void RemoveFromNamespace(TCIMContext context) override;
+    void ModifyClass(boost::shared_ptr<ICIMClass> values, TCIMContext context) override;
+    const std::string& GetName(TCIMContext context) const override;
+    boost::shared_ptr<ICIMNamespace> GetNamespace(TCIMContext context) const override;
+    bool IsAssociation(TCIMContext context) const override;
+    bool IsAbstract(TCIMContext context) const override;
+    bool IsRootClass(TCIMContext context) const override;
+    boost::shared_ptr<ICIMClass> GetSuperClass(TCIMContext context) const override;
+
+    /// A callback that returns false ends the level it is on; with `deep`, the levels above go on with their next
+    /// class.
+    void EnumerateSubClasses(const boost::function<bool(boost::shared_ptr<ICIMClass>)>& callback, bool deep,
+                             TCIMContext context) override;
+    bool IsSubclassOf(boost::shared_ptr<ICIMClass const> other, TCIMContext context) const override;
+    void EnumerateAssociatedClasses(const boost::function<bool(boost::shared_ptr<ICIMClass>)>& callback,
+                                    const std::string& assocClass, const std::string& resultClass,
+                                    const std::string& role, const std::string& resultRole,
+                                    TCIMContext context) override;
+    void EnumerateAssociationClasses(const boost::function<bool(boost::shared_ptr<ICIMClass>)>& callback,
+                                     const std::string& resultClass, const std::string& role,
+                                     TCIMContext context) override;
+
+    /// Whatever is thrown during the walk leaves as a TVYXException: its own code, or 14 for another exception.
+    void EnumerateKeyNames(const boost::function<bool(const std::string*)>& callback,
+                           TCIMContext context) const override;
+    boost::shared_ptr<ICIMPropertyDecl> AllocatePropertyDecl(const std::string& name, const TCIMValue& defaultValue,
+                                                             TCIMContext context) override;
+    boost::shared_ptr<ICIMPropertyDecl> GetPropertyDecl(const std::string& name, TCIMContext context) const override;
+    void EnumeratePropertyDecls(const boost::function<bool(boost::shared_ptr<ICIMPropertyDecl>)>& callback,
+                                TCIMContext context) const override;
+    boost::shared_ptr<ICIMProperty> GetProperty(const std::string& name, TCIMContext context) override;
+    void SetPropertyValue(const std::string& name, const TCIMValue& value, TCIMContext context) override;
+    void EnumerateStaticProperties(const boost::function<bool(boost::shared_ptr<ICIMProperty>)>& callback,
+                                   TCIMContext context) override;
+    boost::shared_ptr<ICIMInstance> AllocateInstance(TCIMContext context) override;
+
+    /// The first call fetches the instances, with those of subclasses when `deep`, and keeps them as instances of this
+    /// class, in the order of their paths; later calls are served from memory unless nothing was kept. With `deep` the
+    /// instances of the subclasses known here follow, so that an instance may be delivered twice. Remote failures are
+    /// logged, and the callback sees what is there.
+    void EnumerateInstances(const boost::function<bool(boost::shared_ptr<ICIMInstance>)>& callback, bool deep,
+                            TCIMContext context) override;
+    boost::shared_ptr<ICIMMethodDecl> AllocateMethodDecl(const std::string& name, TCIMValue::TCIMType returnType,
+                                                         TCIMContext context) override;
+    boost::shared_ptr<ICIMMethodDecl> GetMethodDecl(const std::string& name, TCIMContext context) const override;
+    void EnumerateMethodDecls(const boost::function<bool(boost::shared_ptr<ICIMMethodDecl>)>& callback,
+                              TCIMContext context) const override;
+    TCIMValue InvokeMethod(const std::string& name, TCIMContext& parameters, TCIMContext context) override;
+    bool operator==(ICIMClass& other) const override;
+    bool operator<(ICIMClass& other) const override;
+    ICIMClass& operator=(const ICIMClass& other) override;
+
+    /// A class of the same name that is already there gives its place to the new one.
+    void AddChildClass(boost::shared_ptr<ICIMClass> child) override;
+    void RemoveChildClass(boost::shared_ptr<ICIMClass> child) override;
+
+    /// An instance that is already filed under the same path stays.
+    void AddInstance(boost::shared_ptr<ICIMInstance> instance) override;
+    void RemoveInstance(boost::shared_ptr<ICIMInstance> instance) override;
+    void AddAssociationClass(boost::shared_ptr<ICIMClass> association) override;
+    void RemoveAssociationClass(boost::shared_ptr<ICIMClass> association) override;
+
+    /// Throws TVYXException, after a line in the log, and changes nothing: 14 for a reference in a class that is no
+    /// association, for an override of another type or of a property of this class, and when the check itself fails;
+    /// 15 for an override without a base property; 16 for a name already taken, unless it contains "PortType".
+    void AddPropertyDecl(boost::shared_ptr<ICIMPropertyDecl> declaration) override;
+    void RemovePropertyDecl(boost::shared_ptr<ICIMPropertyDecl> declaration) override;
+    void AddMethodDecl(boost::shared_ptr<ICIMMethodDecl> declaration) override;
+    void RemoveMethodDecl(boost::shared_ptr<ICIMMethodDecl> declaration) override;
+
+    // ICIMNamedElement
+    void AddQualifier(boost::shared_ptr<ICIMQualifier> qualifier, TCIMContext context) override;
+    boost::shared_ptr<ICIMQualifier> AllocateQualifier(boost::shared_ptr<ICIMQualifierDecl const> declaration,
+                                                       const TCIMValue& value, TCIMContext context) const override;
+    boost::shared_ptr<ICIMQualifier> AllocateQualifier(boost::shared_ptr<ICIMQualifierDecl const> declaration,
+                                                       const TCIMValue& value, ICIMQualifierDecl::EFlavor flavor,
+                                                       TCIMContext context) const override;
+    boost::shared_ptr<ICIMQualifier> GetQualifier(const std::string& name, TCIMContext context) const override;
+    boost::shared_ptr<ICIMQualifier> GetQualifier(const std::string& name, bool& found,
+                                                  TCIMContext context) const override;
+    void EnumerateQualifiers(const boost::function<bool(boost::shared_ptr<ICIMQualifier>)>& callback,
+                             TCIMContext context) const override;
+
+  private:
+    /// Visits one association class that passes a filter; false ends the walk.
+    using TAssociationVisitor = boost::function<bool(const boost::shared_ptr<TCimHTTPClass>&)>;
+
+    boost::shared_ptr<TCimHTTPNamespace> LockNamespace() const;
+    bool HasTrueQualifier(const std::string& name) const;
+
+    Pegasus::CIMClass FetchDefinition() const;
+    void AddRemoteProperty(Pegasus::CIMProperty& remote);
+    void AddRemoteMethod(Pegasus::CIMMethod& remote);
+
+    void FetchInstances(bool deep);
+    void AddRemoteInstance(Pegasus::CIMInstance& remote);
+
+    void CheckOverride(const ICIMPropertyDecl& declaration) const;
+    boost::shared_ptr<ICIMPropertyDecl> FindInheritedPropertyDecl(const std::string& name) const;
+    void VisitAssociations(const AssociationFilter& filter, const TAssociationVisitor& visitor);
+
+    boost::weak_ptr<TCimHTTPNamespace> fNamespace;
+    std::string fName;
+    boost::weak_ptr<ICIMClass> fSuperClass;
+    TCimHTTPQualifierMap fQualifiers;
+    std::map<std::string, boost::shared_ptr<TCimHTTPPropertyDecl>> fPropertyDecls;
+    std::map<std::string, boost::shared_ptr<ICIMProperty>> fStaticProperties;
+    std::vector<boost::shared_ptr<TCimHTTPClass>> fSubClasses;
+    std::set<boost::shared_ptr<TCimHTTPClass>> fAssociations;
+    std::map<std::string, boost::shared_ptr<TCimHTTPInstance>> fInstances; // by path
+    std::map<std::string, boost::shared_ptr<TCimHTTPMethodDecl>> fMethodDecls;
+};
+
+} // namespace NQORVYX20

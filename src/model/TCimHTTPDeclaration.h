@@ -1,0 +1,86 @@
+#pragma once
+
+#include <boost/enable_shared_from_this.hpp>
+#include <boost/make_shared.hpp>
+#include <boost/shared_ptr.hpp>
+
+#include <string>
+
+#include "host/TCIMContext.h"
+#include "model/TCimHTTPQualifier.h"
+#include "model/TCimHTTPQualifierMap.h"
+#include "provider/TCimHTTPNamespace.h"
+
+namespace NQORVYX20 {
+
+/// What property, method and parameter declarations have in common: a name, qualifiers, comparison by normalised name.
+/// `Interface` is the contract's interface that `Derived` implements.
+template <typename Derived, typename Interface>
+class TCimHTTPDeclaration : public Interface, public boost::enable_shared_from_this<Derived> {
+  public:
+    TCimHTTPDeclaration(const TCimHTTPDeclaration&) = delete;
+    TCimHTTPDeclaration& operator=(const TCimHTTPDeclaration&) = delete;
+
+    void AddQualifier(boost::shared_ptr<ICIMQualifier> qualifier, TCIMContext /*context*/) override {
+        fQualifiers.Add(qualifier);
+    }
+
+    boost::shared_ptr<ICIMQualifier> AllocateQualifier(boost::shared_ptr<ICIMQualifierDecl const> declaration,
+                                                       const TCIMValue& value, TCIMContext /*context*/) const override {
+        return boost::make_shared<TCimHTTPQualifier>(this->shared_from_this(), declaration, value);
+    }
+
+    boost::shared_ptr<ICIMQualifier> AllocateQualifier(boost::shared_ptr<ICIMQualifierDecl const> declaration,
+                                                       const TCIMValue& value, ICIMQualifierDecl::EFlavor flavor,
+                                                       TCIMContext /*context*/) const override {
+        return boost::make_shared<TCimHTTPQualifier>(this->shared_from_this(), declaration, value, flavor);
+    }
+
+    boost::shared_ptr<ICIMQualifier> GetQualifier(const std::string& name, TCIMContext /*context*/) const override {
+        return fQualifiers.Get(name);
+    }
+
+    void EnumerateQualifiers(const boost::function<bool(boost::shared_ptr<ICIMQualifier>)>& callback,
+                             TCIMContext /*context*/) const override {
+        fQualifiers.Visit(callback);
+    }
+
+    boost::shared_ptr<ICIMQualifier> GetQualifier(const std::string& name, bool& found,
+                                                  TCIMContext /*context*/) const override {
+        auto qualifier = fQualifiers.Find(name);
+        found = qualifier != nullptr;
+        return qualifier;
+    }
+
+    void Validate(TCIMContext /*context*/) const override {}
+
+    const std::string& GetName(TCIMContext /*context*/) const override { return fName; }
+
+    bool operator==(Interface& other) const override { return NormalizedName(*this) == NormalizedName(other); }
+    bool operator<(Interface& other) const override { return NormalizedName(*this) < NormalizedName(other); }
+
+    /// Copies nothing.
+    Interface& operator=(const Interface& /*other*/) override { return *this; }
+
+    /// Removes the qualifier of the same name. Throws TVYXException 15 when there is none.
+    void RemoveQualifier(boost::shared_ptr<ICIMQualifier> qualifier) {
+        fQualifiers.Remove(qualifier->GetName(TCIMContext()));
+    }
+
+  protected:
+    explicit TCimHTTPDeclaration(const std::string& name) : fName(name) {}
+    ~TCimHTTPDeclaration() override = default;
+
+    /// The qualifier of that name, or an empty pointer.
+    boost::shared_ptr<TCimHTTPQualifier> FindQualifier(const std::string& name) const { return fQualifiers.Find(name); }
+
+  private:
+    static std::string NormalizedName(const Interface& declaration) {
+        return TCimHTTPNamespace::NormalizeName(declaration.GetName(TCIMContext()));
+    }
+
+    std::string fName;
+    TCimHTTPQualifierMap fQualifiers;
+};
+
+} // namespace NQORVYX20

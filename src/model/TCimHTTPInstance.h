@@ -1,0 +1,18 @@
+#pragma once
+
+#include "host/TInmemInstance.h"
+
+namespace NQORVYX20 {
+
+/// An instance of a remote class. Its values are kept by the host's in-memory instance.
+class TCimHTTPInstance : public TInmemInstance {
+  public:
+    TCimHTTPInstance(boost::shared_ptr<ICIMClass> cls, TCIMContext context);
+
+    using TInmemInstance::operator=;
+
+    /// Files the instance in the cache of its class, which must be a TCimHTTPClass.
+    void AddToNamespace(TCIMContext context) override;
+};
+
+} // namespace NQORVYX20

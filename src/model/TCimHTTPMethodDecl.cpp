@@ -1,0 +1,60 @@
+#include "model/TCimHTTPMethodDecl.h"
+
+#include "host/TVYXException.h"
+#include "model/CoreLog.h"
+#include "model/EntryMap.h"
+#include "model/StatusCodes.h"
+#include "model/TCimHTTPClass.h"
+#include "model/TCimHTTPParameterDecl.h"
+
+namespace NQORVYX20 {
+
+TCimHTTPMethodDecl::TCimHTTPMethodDecl(boost::shared_ptr<TCimHTTPClass> cls, const std::string& name,
+                                       TCIMValue::TCIMType returnType)
+    : TCimHTTPDeclaration(name), fClass(cls), fReturnType(returnType) {}
+
+TCimHTTPMethodDecl::~TCimHTTPMethodDecl() = default;
+
+void TCimHTTPMethodDecl::AddToClass(TCIMContext /*context*/) {
+    boost::shared_ptr<TCimHTTPClass>(fClass)->AddMethodDecl(shared_from_this());
+}
+
+boost::shared_ptr<ICIMClass> TCimHTTPMethodDecl::GetClass(TCIMContext /*context*/) const {
+    return boost::shared_ptr<TCimHTTPClass>(fClass);
+}
+
+TCIMValue::TCIMType TCimHTTPMethodDecl::GetReturnType(TCIMContext /*context*/) const { return fReturnType; }
+
+boost::shared_ptr<ICIMParameterDecl>
+TCimHTTPMethodDecl::AllocateParameterDecl(const std::string& name, TCIMValue::TCIMType type, TCIMContext /*context*/) {
+    return boost::make_shared<TCimHTTPParameterDecl>(shared_from_this(), name, type);
+}
+
+boost::shared_ptr<ICIMParameterDecl> TCimHTTPMethodDecl::GetParameterDecl(const std::string& name,
+                                                                          TCIMContext /*context*/) const {
+    auto parameter = FindEntry(fParameters, TCimHTTPNamespace::NormalizeName(name));
+    if (!parameter) {
+        throw TVYXException(kNotFound);
+    }
+    return parameter;
+}
+
+void TCimHTTPMethodDecl::EnumerateParameterDecls(boost::function<bool(boost::shared_ptr<ICIMParameterDecl>)>& callback,
+                                                 TCIMContext /*context*/) const {
+    VisitEntries(fParameters, callback);
+}
+
+void TCimHTTPMethodDecl::AddParameterDecl(boost::shared_ptr<TCimHTTPParameterDecl> parameter) {
+    const std::string& name = parameter->GetName(TCIMContext());
+    if (!fParameters.emplace(TCimHTTPNamespace::NormalizeName(name), parameter).second) {
+        LogError("Inmem: Attempt to add property " + name + " to method " + GetName(TCIMContext()) +
+                 ": already exists");
+        throw TVYXException(kAlreadyExists);
+    }
+}
+
+void TCimHTTPMethodDecl::RemoveParameterDecl(boost::shared_ptr<TCimHTTPParameterDecl> parameter) {
+    fParameters.erase(TCimHTTPNamespace::NormalizeName(parameter->GetName(TCIMContext())));
+}
+
+} // namespace NQORVYX20

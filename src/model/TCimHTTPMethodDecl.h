@@ -1,0 +1,46 @@
+#pragma once
+
+#include <boost/weak_ptr.hpp>
+
+#include <map>
+
+#include "host/ICIMMethodDecl.h"
+#include "model/TCimHTTPDeclaration.h"
+
+namespace NQORVYX20 {
+
+class TCimHTTPClass;
+class TCimHTTPParameterDecl;
+
+/// The declaration of a method in a class. Its parameters are kept by normalised name, not in the order of the remote
+/// declaration. It refers to its class weakly: operations that need the class throw boost::bad_weak_ptr when it has
+/// gone.
+class TCimHTTPMethodDecl : public TCimHTTPDeclaration<TCimHTTPMethodDecl, ICIMMethodDecl> {
+  public:
+    TCimHTTPMethodDecl(boost::shared_ptr<TCimHTTPClass> cls, const std::string& name, TCIMValue::TCIMType returnType);
+    ~TCimHTTPMethodDecl() override;
+
+    using TCimHTTPDeclaration::operator=;
+
+    void AddToClass(TCIMContext context) override;
+    boost::shared_ptr<ICIMClass> GetClass(TCIMContext context) const override;
+    TCIMValue::TCIMType GetReturnType(TCIMContext context) const override;
+    boost::shared_ptr<ICIMParameterDecl> AllocateParameterDecl(const std::string& name, TCIMValue::TCIMType type,
+                                                               TCIMContext context) override;
+    boost::shared_ptr<ICIMParameterDecl> GetParameterDecl(const std::string& name, TCIMContext context) const override;
+    void EnumerateParameterDecls(boost::function<bool(boost::shared_ptr<ICIMParameterDecl>)>& callback,
+                                 TCIMContext context) const override;
+
+    /// Throws TVYXException 16, after a line in the log, when there is a parameter of that name.
+    void AddParameterDecl(boost::shared_ptr<TCimHTTPParameterDecl> parameter);
+
+    /// Removes the parameter of the same name, if there is one.
+    void RemoveParameterDecl(boost::shared_ptr<TCimHTTPParameterDecl> parameter);
+
+  private:
+    boost::weak_ptr<TCimHTTPClass> fClass;
+    TCIMValue::TCIMType fReturnType;
+    std::map<std::string, boost::shared_ptr<TCimHTTPParameterDecl>> fParameters;
+};
+
+} // namespace NQORVYX20

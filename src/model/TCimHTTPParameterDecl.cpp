@@ -1,0 +1,25 @@
+#include "model/TCimHTTPParameterDecl.h"
+
+#include "model/TCimHTTPMethodDecl.h"
+
+namespace NQORVYX20 {
+
+TCimHTTPParameterDecl::TCimHTTPParameterDecl(boost::shared_ptr<TCimHTTPMethodDecl> method, const std::string& name,
+                                             TCIMValue::TCIMType type)
+    : TCimHTTPDeclaration(name), fMethod(method), fType(type) {}
+
+void TCimHTTPParameterDecl::AddToMethod(TCIMContext /*context*/) {
+    boost::shared_ptr<TCimHTTPMethodDecl>(fMethod)->AddParameterDecl(shared_from_this());
+}
+
+boost::shared_ptr<ICIMMethodDecl> TCimHTTPParameterDecl::GetMethodDecl(TCIMContext /*context*/) const {
+    return boost::shared_ptr<TCimHTTPMethodDecl>(fMethod);
+}
+
+TCIMValue::TCIMType TCimHTTPParameterDecl::GetType(TCIMContext /*context*/) const { return fType; }
+
+bool TCimHTTPParameterDecl::IsArray(TCIMContext /*context*/) const {
+    return (fType & TCIMValue::TCIMType::eCIMArrayUnknown) != 0;
+}
+
+} // namespace NQORVYX20

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <boost/weak_ptr.hpp>
+
+#include "host/ICIMPropertyDecl.h"
+#include "model/TCimHTTPDeclaration.h"
+
+namespace NQORVYX20 {
+
+class TCimHTTPClass;
+
+/// The declaration of a property in a class. The default value carries the type. It refers to its class weakly:
+/// operations that need the class throw boost::bad_weak_ptr when it has gone.
+class TCimHTTPPropertyDecl : public TCimHTTPDeclaration<TCimHTTPPropertyDecl, ICIMPropertyDecl> {
+  public:
+    TCimHTTPPropertyDecl(boost::shared_ptr<TCimHTTPClass> cls, const std::string& name, const TCIMValue& defaultValue);
+
+    /// An empty declaration: it takes nothing over from either argument.
+    TCimHTTPPropertyDecl(boost::shared_ptr<TCimHTTPClass const> cls, boost::shared_ptr<ICIMPropertyDecl const> other);
+
+    using TCimHTTPDeclaration::operator=;
+
+    /// Throws as TCimHTTPClass::AddPropertyDecl does.
+    void AddToClass(TCIMContext context) override;
+
+    /// Does nothing.
+    void RemoveFromClass(TCIMContext context) override;
+    boost::shared_ptr<ICIMClass> GetClass(TCIMContext context) const override;
+    TCIMValue::TCIMType GetType(TCIMContext context) const override;
+    bool IsArray(TCIMContext context) const override;
+    const TCIMValue& GetDefaultValue(TCIMContext context) const override;
+    void SetDefaultValue(const TCIMValue& value, TCIMContext context) override;
+
+    /// The qualifier of that name, or an empty pointer.
+    boost::shared_ptr<TCimHTTPQualifier> LookupQualifier(const std::string& name) const { return FindQualifier(name); }
+
+  private:
+    boost::weak_ptr<TCimHTTPClass> fClass;
+    TCIMValue fDefaultValue;
+};
+
+} // namespace NQORVYX20

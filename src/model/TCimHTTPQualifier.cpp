@@ -1,0 +1,86 @@
+#include "model/TCimHTTPQualifier.h"
+
+#include "host/ICIMNamedElement.h"
+#include "provider/TCimHTTPNamespace.h"
+
+namespace NQORVYX20 {
+
+namespace {
+
+std::string NormalizedName(const ICIMQualifier& qualifier) {
+    return TCimHTTPNamespace::NormalizeName(qualifier.GetDeclaration(TCIMContext())->GetName(TCIMContext()));
+}
+
+} // namespace
+
+TCimHTTPQualifier::TCimHTTPQualifier(boost::shared_ptr<ICIMNamedElement const> element,
+                                     boost::shared_ptr<ICIMQualifierDecl const> declaration, const TCIMValue& value)
+    : TCimHTTPQualifier(element, declaration, value, declaration->GetFlavor(TCIMContext())) {}
+
+TCimHTTPQualifier::TCimHTTPQualifier(boost::shared_ptr<ICIMNamedElement const> element,
+                                     boost::shared_ptr<ICIMQualifierDecl const> declaration, const TCIMValue& value,
+                                     ICIMQualifierDecl::EFlavor flavor)
+    : fElement(element), fDeclaration(declaration), fValue(value), fFlavor(flavor), fPropagated(false) {}
+
+TCimHTTPQualifier::TCimHTTPQualifier(boost::shared_ptr<ICIMNamedElement const> element,
+                                     boost::shared_ptr<ICIMQualifier const> other)
+    : fElement(element),
+      fDeclaration(other->GetDeclaration(TCIMContext())),
+      fValue(other->GetValue(TCIMContext())),
+      fFlavor(other->GetFlavor(TCIMContext())),
+      fPropagated(other->GetPropagated(TCIMContext())) {}
+
+void TCimHTTPQualifier::Validate(TCIMContext /*context*/) const {}
+
+void TCimHTTPQualifier::AddToClassOrProperty(TCIMContext context) const {
+    // The interface calls this operation const and hands out elements as const, but adding changes the element.
+    const auto element = boost::const_pointer_cast<ICIMNamedElement>(GetClassOrProperty(context));
+    element->AddQualifier(boost::const_pointer_cast<TCimHTTPQualifier>(shared_from_this()), context);
+}
+
+void TCimHTTPQualifier::RemoveFromClassOrProperty(TCIMContext /*context*/) {}
+
+const std::string& TCimHTTPQualifier::GetName(TCIMContext context) const { return fDeclaration->GetName(context); }
+
+boost::shared_ptr<ICIMNamedElement const> TCimHTTPQualifier::GetClassOrProperty(TCIMContext /*context*/) const {
+    return boost::shared_ptr<ICIMNamedElement const>(fElement);
+}
+
+TCIMValue::TCIMType TCimHTTPQualifier::GetType(TCIMContext /*context*/) const { return fValue.GetType(); }
+
+bool TCimHTTPQualifier::IsArray(TCIMContext /*context*/) const { return fValue.IsArray(); }
+
+boost::shared_ptr<ICIMQualifierDecl const> TCimHTTPQualifier::GetDeclaration(TCIMContext /*context*/) const {
+    return fDeclaration;
+}
+
+const TCIMValue& TCimHTTPQualifier::GetValue(TCIMContext /*context*/) const { return fValue; }
+
+void TCimHTTPQualifier::SetValue(const TCIMValue& value, TCIMContext /*context*/) {
+    fValue = value;
+    fPropagated = false;
+}
+
+void TCimHTTPQualifier::SetFlavor(ICIMQualifierDecl::EFlavor flavor, TCIMContext /*context*/) {
+    fFlavor = static_cast<ICIMQualifierDecl::EFlavor>(fFlavor | flavor);
+    fPropagated = false;
+}
+
+void TCimHTTPQualifier::UnsetFlavor(ICIMQualifierDecl::EFlavor flavor, TCIMContext /*context*/) {
+    fFlavor = static_cast<ICIMQualifierDecl::EFlavor>(fFlavor & ~flavor);
+    fPropagated = false;
+}
+
+ICIMQualifierDecl::EFlavor TCimHTTPQualifier::GetFlavor(TCIMContext /*context*/) const { return fFlavor; }
+
+bool TCimHTTPQualifier::operator==(ICIMQualifier& other) const {
+    return NormalizedName(*this) == NormalizedName(other);
+}
+
+bool TCimHTTPQualifier::operator<(ICIMQualifier& other) const { return NormalizedName(*this) < NormalizedName(other); }
+
+bool TCimHTTPQualifier::GetPropagated(TCIMContext /*context*/) const { return fPropagated; }
+
+ICIMQualifier& TCimHTTPQualifier::operator=(const ICIMQualifier& /*other*/) { return *this; }
+
+} // namespace NQORVYX20

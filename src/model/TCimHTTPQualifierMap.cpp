@@ -1,0 +1,63 @@
+#include "model/TCimHTTPQualifierMap.h"
+
+#include "host/TVYXException.h"
+#include "model/EntryMap.h"
+#include "model/StatusCodes.h"
+#include "model/TCimHTTPQualifier.h"
+#include "provider/TCimHTTPNamespace.h"
+
+namespace NQORVYX20 {
+
+namespace {
+
+bool IsOverridable(const TCimHTTPQualifier& qualifier) {
+    return (qualifier.GetFlavor(TCIMContext()) & ICIMQualifierDecl::eFlavorEnableOverride) != 0;
+}
+
+bool IsSame(const ICIMQualifier& left, const ICIMQualifier& right) {
+    return left.GetValue(TCIMContext()) == right.GetValue(TCIMContext()) &&
+           left.GetFlavor(TCIMContext()) == right.GetFlavor(TCIMContext());
+}
+
+} // namespace
+
+void TCimHTTPQualifierMap::Add(const boost::shared_ptr<ICIMQualifier>& qualifier) {
+    const auto added = boost::dynamic_pointer_cast<TCimHTTPQualifier>(qualifier);
+    if (!added) {
+        throw TVYXException(kTypeMismatch);
+    }
+    const auto [entry, isNew] =
+        fQualifiers.emplace(TCimHTTPNamespace::NormalizeName(added->GetName(TCIMContext())), added);
+    if (isNew) {
+        return;
+    }
+    if (IsOverridable(*entry->second)) {
+        entry->second = added;
+    } else if (!IsSame(*entry->second, *added)) {
+        throw TVYXException(kQualifierConflict);
+    }
+}
+
+void TCimHTTPQualifierMap::Remove(const std::string& name) {
+    if (fQualifiers.erase(TCimHTTPNamespace::NormalizeName(name)) == 0) {
+        throw TVYXException(kNotFound);
+    }
+}
+
+boost::shared_ptr<TCimHTTPQualifier> TCimHTTPQualifierMap::Find(const std::string& name) const {
+    return FindEntry(fQualifiers, TCimHTTPNamespace::NormalizeName(name));
+}
+
+boost::shared_ptr<TCimHTTPQualifier> TCimHTTPQualifierMap::Get(const std::string& name) const {
+    auto qualifier = Find(name);
+    if (!qualifier) {
+        throw TVYXException(kNotFound);
+    }
+    return qualifier;
+}
+
+void TCimHTTPQualifierMap::Visit(const boost::function<bool(boost::shared_ptr<ICIMQualifier>)>& callback) const {
+    VisitEntries(fQualifiers, callback);
+}
+
+} // namespace NQORVYX20

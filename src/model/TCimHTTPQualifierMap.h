@@ -1,0 +1,41 @@
+#pragma once
+
+#include <boost/function.hpp>
+#include <boost/shared_ptr.hpp>
+
+#include <map>
+#include <string>
+
+namespace NQORVYX20 {
+
+class ICIMQualifier;
+class TCimHTTPQualifier;
+
+/// The qualifiers of one element, by normalised name, with the rule for a second qualifier of a name. Invalid names
+/// throw TVYXException 25.
+class TCimHTTPQualifierMap {
+  public:
+    /// Adds a qualifier. An existing one of that name gives way when its flavor enables override; otherwise the new one
+    /// must have its value and flavor, and changes nothing. Throws TVYXException 28 when it differs, and 14 for a
+    /// qualifier that is not a TCimHTTPQualifier.
+    void Add(const boost::shared_ptr<ICIMQualifier>& qualifier);
+
+    /// Removes the qualifier of that name. Throws TVYXException 15 when there is none.
+    void Remove(const std::string& name);
+
+    /// The qualifier of that name, or an empty pointer.
+    boost::shared_ptr<TCimHTTPQualifier> Find(const std::string& name) const;
+
+    /// The qualifier of that name. Throws TVYXException 15 when there is none.
+    boost::shared_ptr<TCimHTTPQualifier> Get(const std::string& name) const;
+
+    /// Calls back once per qualifier, in the order of the normalised names, until the callback returns false.
+    void Visit(const boost::function<bool(boost::shared_ptr<ICIMQualifier>)>& callback) const;
+
+    void Clear() { fQualifiers.clear(); }
+
+  private:
+    std::map<std::string, boost::shared_ptr<TCimHTTPQualifier>> fQualifiers;
+};
+
+} // namespace NQORVYX20

@@ -1,0 +1,145 @@
+#pragma once
+
+#include <Pegasus/Client/CIMClient.h>
+
+#include <boost/enable_shared_from_this.hpp>
+#include <boost/weak_ptr.hpp>
+
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+
+#include "host/ICIMNamespace.h"
+
+namespace NQORVYX20 {
+
+class TCimHTTPClass;
+class TCimHTTPQualifierDecl;
+
+/// One remote CIM server as a namespace. It owns its client, the classes that it has fetched and the qualifier
+/// declarations that they use; all of them live as long as the namespace. Owned by a boost::shared_ptr.
+///
+/// A namespace and all objects reached through it are used from one thread at a time; two namespaces are independent.
+/// Waiting is bounded by the client's time-out: 10 seconds until `connect` raises it to 65535.
+class TCimHTTPNamespace : public ICIMNamespace, public boost::enable_shared_from_this<TCimHTTPNamespace> {
+  public:
+    /// The name of the class above all classes of the server.
+    static constexpr const char* kRootClassName = "<root>";
+
+    /// Creates the client. With `redefine`, a class or qualifier declaration replaces one of the same name; without, a
+    /// taken name is refused. Throws TVYXException 42, after a line in the log, when the client cannot be created.
+    explicit TCimHTTPNamespace(bool redefine);
+
+    /// Disconnects.
+    ~TCimHTTPNamespace() override;
+    TCimHTTPNamespace(const TCimHTTPNamespace&) = delete;
+    TCimHTTPNamespace& operator=(const TCimHTTPNamespace&) = delete;
+
+    /// Takes the plug-in's name from the context key "pluginNameQualDeclValue", makes the root class and declares the
+    /// qualifiers PLUGINNAME and PLUGINVERSION. Throws TVYXException 32, after a line in the log, without that key.
+    void Initialize(TCIMContext context);
+
+    /// Connects to a server: plain on port 5988, with TLS but without verification of the server on port 5989. On any
+    /// other port nothing is attempted, and the namespace counts as connected all the same. Throws TVYXException 42,
+    /// after a line in the log that says why; the namespace then stays as it was.
+    void connect(std::string host, std::string user, std::string password, int port);
+
+    /// Ends the connection; classes already fetched are kept for the next one.
+    void disconnect();
+    bool isConnected() const { return fConnected; }
+
+    /// The remote namespace and the client, owned by this namespace.
+    Pegasus::CIMNamespaceName* getPegNSP() { return fRemoteNamespace.get(); }
+    Pegasus::CIMClient* getPegClient() { return fClient.get(); }
+
+    /// The name in lower case, under which every collection of the plug-in keeps its elements. The empty name is
+    /// accepted. Throws TVYXException 25, after a line in the log, for a name that is not made of letters, digits and
+    /// underscores or that begins with a digit.
+    static std::string NormalizeName(const std::string& name);
+
+    /// Enters a class into the cache. A taken name is refused with TVYXException 16; when the namespace redefines, the
+    /// new class replaces the old one and takes over its subclasses.
+    void AddClass(boost::shared_ptr<TCimHTTPClass> cls);
+
+    /// Does nothing: classes live as long as the namespace.
+    void RemoveClass(boost::shared_ptr<TCimHTTPClass> cls);
+
+    /// Registers a qualifier declaration. A taken name is refused with TVYXException 16, or replaced when the namespace
+    /// redefines.
+    void AddQualifierDecl(boost::shared_ptr<TCimHTTPQualifierDecl> declaration);
+
+    /// Always empty: upcalls are not supported.
+    boost::shared_ptr<ICIMNamespace> GetUpcallNamespace() const { return fUpcallNamespace.lock(); }
+
+    /// The class above all others, which has no features. Empty before Initialize.
+    boost::shared_ptr<TCimHTTPClass> GetRootClass() const { return fRootClass; }
+
+    /// Asks the server for the names of all classes below a class, or of all classes when `className` is empty. When
+    /// that fails, one line goes to the log and `names` stays as it was.
+    void EnumerateClassNames(std::string nameSpace, std::string className, Pegasus::Array<Pegasus::CIMName>& names);
+
+    /// Fetches the instances of a class and reads each path, property name and value, for diagnosis. Changes nothing
+    /// and never throws.
+    void EnumerateInstances(const Pegasus::CIMNamespaceName& nameSpace, const Pegasus::CIMName& className);
+
+    // ICIMNamespace. Refused: AddUnderlyingNamespace with TVYXException 31; Subscribe, DeleteInstance, ModifyInstance
+    // and ExecuteQuery with 1. SetUpcallNamespace, EnumerateProviders, ClearInstances and the assignment do nothing.
+    boost::shared_ptr<INamespaceProvider> GetNamespaceProvider(TCIMContext context) const override;
+    void SetUpcallNamespace(boost::shared_ptr<ICIMNamespace> nameSpace, TCIMContext context) override;
+    void AddUnderlyingNamespace(boost::shared_ptr<ICIMNamespace> nameSpace, TCIMContext context) override;
+    boost::shared_ptr<ICIMClass> AllocateClass(const std::string& name, boost::shared_ptr<ICIMClass> superClass,
+                                               TCIMContext context) override;
+
+    /// The root class for an empty name or "<root>"; otherwise a class from the cache, or fetched from the server
+    /// together with its superclasses. Empty when the namespace is not connected or the class could not be had; the log
+    /// says why. Throws TVYXException 25 for an invalid name.
+    boost::shared_ptr<ICIMClass> GetClass(const std::string& name, TCIMContext context) override;
+
+    /// The classes fetched so far, or nothing when the namespace is not connected.
+    void EnumerateRootClasses(const boost::function<bool(boost::shared_ptr<ICIMClass>)>& callback,
+                              TCIMContext context) override;
+    void EnumerateProviders(const boost::function<bool(boost::shared_ptr<IProvider>)>& callback,
+                            TCIMContext context) override;
+    boost::shared_ptr<ICIMQualifierDecl> AllocateQualifierDecl(const std::string& name, const TCIMValue& defaultValue,
+                                                               ICIMQualifierDecl::EScope scope,
+                                                               ICIMQualifierDecl::EFlavor flavor,
+                                                               TCIMContext context) override;
+
+    /// Never asks the server.
+    boost::shared_ptr<ICIMQualifierDecl> GetQualifierDecl(const std::string& name, TCIMContext context) const override;
+    void EnumerateQualifierDecls(const boost::function<bool(boost::shared_ptr<ICIMQualifierDecl>)>& callback,
+                                 TCIMContext context) const override;
+    void Subscribe(boost::shared_ptr<ICIMIndicationFilter> filter,
+                   const boost::function<bool(boost::shared_ptr<ICIMInstance>)>& callback,
+                   TCIMContext context) override;
+
+    /// The instance that the class has filed under the reference's path, or an empty pointer. The class must exist:
+    /// where assertions are on, a missing one ends in an assertion, otherwise in TVYXException 15.
+    boost::shared_ptr<ICIMInstance> GetInstance(const TCIMReference& reference, TCIMContext context) const override;
+    void DeleteInstance(const TCIMReference& reference, TCIMContext context) override;
+    void ModifyInstance(const TCIMReference& reference, TCIMContext values, TCIMContext context) override;
+    void ExecuteQuery(const boost::function<bool(boost::shared_ptr<ICIMInstance>)>& callback, std::string& query,
+                      std::string& language, TCIMContext context) override;
+    void ClearInstances() override;
+    virtual ICIMNamespace& operator=(ICIMNamespace& other);
+
+  private:
+    boost::shared_ptr<ICIMClass> FetchClass(const std::string& name, const std::string& key, TCIMContext context);
+    void BuildClass(Pegasus::CIMClass& definition, TCIMContext context);
+    void DeclareQualifier(const std::string& name, const std::string& value);
+    void StampClass(ICIMClass& cls, const std::string& qualifierName, const std::string& value, TCIMContext context);
+
+    std::unique_ptr<Pegasus::CIMNamespaceName> fRemoteNamespace;
+    std::unique_ptr<Pegasus::CIMClient> fClient;
+    std::map<std::string, boost::shared_ptr<TCimHTTPQualifierDecl>> fQualifierDecls;
+    std::map<std::string, boost::shared_ptr<TCimHTTPClass>> fClasses;
+    boost::shared_ptr<TCimHTTPClass> fRootClass;
+    bool fRedefine;
+    boost::weak_ptr<ICIMNamespace> fUpcallNamespace;
+    bool fConnected = false;
+    std::string fPluginName;
+    std::set<std::string> fLookups; // the classes being fetched, each with its superclasses
+};
+
+} // namespace NQORVYX20
