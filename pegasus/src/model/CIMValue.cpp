@@ -2,6 +2,8 @@
 
 #include <Pegasus/Common/CIMClass.h>
 
+#include "model/VisitType.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -15,8 +17,15 @@ template <class T>
 bool same(const T& a, const T& b) {
     return a == b;
 }
-bool same(const CIMInstance& a, const CIMInstance& b) { return a.identical(b); }
-bool same(const CIMObject& a, const CIMObject& b) { return a.identical(b); }
+/// Embedded objects; the null elements of an array are uninitialised ones.
+template <class Object>
+bool sameObject(const Object& a, const Object& b) {
+    if (a.isUninitialized() || b.isUninitialized())
+        return a.isUninitialized() == b.isUninitialized();
+    return a.identical(b);
+}
+bool same(const CIMInstance& a, const CIMInstance& b) { return sameObject(a, b); }
+bool same(const CIMObject& a, const CIMObject& b) { return sameObject(a, b); }
 
 template <class Number, class = std::enable_if_t<std::is_arithmetic_v<Number>>>
 void print(std::string& out, Number number) {
@@ -28,9 +37,13 @@ void print(std::string& out, Boolean value) { out += value ? "TRUE" : "FALSE"; }
 void print(std::string& out, const String& text) { out += text.view(); }
 void print(std::string& out, const CIMDateTime& value) { out += value.toString().view(); }
 void print(std::string& out, const CIMObjectPath& path) { out += path.toString().view(); }
-void print(std::string& out, const CIMInstance& instance) { print(out, instance.getPath()); }
+void print(std::string& out, const CIMInstance& instance) {
+    if (!instance.isUninitialized())
+        print(out, instance.getPath());
+}
 void print(std::string& out, const CIMObject& object) {
-    print(out, object.isClass() ? object.getClass().getPath() : object.getInstance().getPath());
+    if (!object.isUninitialized())
+        print(out, object.isClass() ? object.getClass().getPath() : object.getInstance().getPath());
 }
 
 /// A UTF-16 unit as UTF-8; half of a surrogate pair is no character and becomes U+FFFD.
@@ -55,51 +68,9 @@ const Array<T>& itemsOf(const detail::RefCounted& array) {
     return static_cast<const detail::ArrayOf<T>&>(array).items;
 }
 
-/// Calls `visitor` with something of the C++ type that holds the scalar type.
-template <class Visitor>
-auto visitType(CIMType type, Visitor&& visitor) {
-    switch (type) {
-    case CIMTYPE_BOOLEAN:
-        return visitor(Boolean());
-    case CIMTYPE_UINT8:
-        return visitor(Uint8());
-    case CIMTYPE_SINT8:
-        return visitor(Sint8());
-    case CIMTYPE_UINT16:
-        return visitor(Uint16());
-    case CIMTYPE_SINT16:
-        return visitor(Sint16());
-    case CIMTYPE_UINT32:
-        return visitor(Uint32());
-    case CIMTYPE_SINT32:
-        return visitor(Sint32());
-    case CIMTYPE_UINT64:
-        return visitor(Uint64());
-    case CIMTYPE_SINT64:
-        return visitor(Sint64());
-    case CIMTYPE_REAL32:
-        return visitor(Real32());
-    case CIMTYPE_REAL64:
-        return visitor(Real64());
-    case CIMTYPE_CHAR16:
-        return visitor(Char16());
-    case CIMTYPE_STRING:
-        return visitor(String());
-    case CIMTYPE_DATETIME:
-        return visitor(CIMDateTime());
-    case CIMTYPE_REFERENCE:
-        return visitor(CIMObjectPath());
-    case CIMTYPE_OBJECT:
-        return visitor(CIMObject());
-    case CIMTYPE_INSTANCE:
-        return visitor(CIMInstance());
-    }
-    throw TypeMismatchException("the value's type is none of CIM");
-}
-
 bool sameItems(CIMType type, const detail::RefCounted& a, const detail::RefCounted& b) {
-    return visitType(type, [&](auto scalar) {
-        using T = decltype(scalar);
+    return detail::visitType(type, [&](auto tag) {
+        using T = typename decltype(tag)::Type;
         const auto& left = itemsOf<T>(a);
         const auto& right = itemsOf<T>(b);
         return std::equal(left.begin(), left.end(), right.begin(), right.end(),
@@ -109,9 +80,9 @@ bool sameItems(CIMType type, const detail::RefCounted& a, const detail::RefCount
 
 void printItems(std::string& out, CIMType type, const detail::RefCounted& array) {
     out += '{';
-    visitType(type, [&](auto scalar) {
+    detail::visitType(type, [&](auto tag) {
         const char* separator = "";
-        for (const auto& item : itemsOf<decltype(scalar)>(array)) {
+        for (const auto& item : itemsOf<typename decltype(tag)::Type>(array)) {
             out += separator;
             print(out, item);
             separator = ", ";
@@ -135,7 +106,9 @@ CIMValue::CIMValue(CIMType type, Boolean isArray, Uint32 /*size*/) noexcept : ty
 
 Uint32 CIMValue::getArraySize() const {
     const auto* array = std::get_if<ArrayHandle>(&content_);
-    return array ? visitType(type_, [&](auto scalar) { return itemsOf<decltype(scalar)>(**array).size(); }) : 0;
+    return array ? detail::visitType(type_,
+                                     [&](auto tag) { return itemsOf<typename decltype(tag)::Type>(**array).size(); })
+                 : 0;
 }
 
 Boolean CIMValue::equal(const CIMValue& other) const {

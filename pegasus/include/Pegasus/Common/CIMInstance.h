@@ -29,6 +29,8 @@ class CIMInstance {
 
     /// Whether both have the same class name, path, and properties in the same order.
     Boolean identical(const CIMInstance& other) const;
+    /// Whether this is a default-constructed handle.
+    Boolean isUninitialized() const noexcept { return !rep_; }
 
   private:
     struct Rep;

@@ -23,6 +23,8 @@ class CIMObject {
     const CIMInstance& getInstance() const;
 
     Boolean identical(const CIMObject& other) const;
+    /// Whether this is a default-constructed handle.
+    Boolean isUninitialized() const noexcept { return !rep_; }
 
   private:
     struct Rep;

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <Pegasus/Common/Config.h>
+
 namespace Pegasus {
 
-/// The status codes of CIM operations (DSP0200 1.4, 5.2.2).
-enum CIMStatusCode {
+/// The status codes of CIM operations (DSP0200 1.4, 5.2.2). A server may send numbers that have no name here.
+enum CIMStatusCode : Uint32 {
     CIM_ERR_SUCCESS = 0,
     CIM_ERR_FAILED = 1,
     CIM_ERR_ACCESS_DENIED = 2,

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "cimxml/XmlLexer.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace Pegasus::cimxml {
+
+/// The text of one element while it is being collected, token by token, from its start tag to its end tag. Keeps it
+/// within the limits of one object. Throws CIMClientXmlException.
+class ElementText {
+  public:
+    /// Takes bytes in; they belong to the token that goes on.
+    void append(std::string_view bytes);
+    /// Says that the bytes so far end with this token. Returns whether the element is complete with it.
+    bool endToken(XmlLexer::Token token, std::size_t attributeCount);
+    void clear();
+
+    /// The text, open to be parsed in place.
+    std::string& text() noexcept { return text_; }
+    bool isEmpty() const noexcept { return nodes_ == 0; }
+    /// Whether white space between two tags can be part of a value: next to CDATA sections and comments.
+    bool hasMixedText() const noexcept { return mixedText_; }
+
+  private:
+    std::string text_;
+    std::size_t depth_ = 0;
+    std::size_t nodes_ = 0;
+    bool mixedText_ = false;
+};
+
+} // namespace Pegasus::cimxml

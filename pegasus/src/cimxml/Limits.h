@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstddef>
+
+/// What an answer may ask of this process. Past one of these the decoder throws CIMClientXmlException and says which.
+namespace Pegasus::cimxml {
+
+/// The text of one object of the return value, and the text form of one object path.
+constexpr std::size_t kMaxObjectBytes = std::size_t{64} << 20U;
+/// Elements within elements, in one object.
+constexpr std::size_t kMaxNesting = 256;
+/// Elements and attributes of one object; bounds the memory of its parsed form.
+constexpr std::size_t kMaxNodes = std::size_t{2} << 20U;
+/// Embedded objects within embedded objects.
+constexpr std::size_t kMaxEmbedding = 8;
+/// Names that a decoder remembers to share them between objects.
+constexpr std::size_t kMaxSharedNames = 4096;
+
+} // namespace Pegasus::cimxml

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "cimxml/NameCache.h"
+#include "cimxml/PathDecoder.h"
+
+#include <Pegasus/Common/CIMClass.h>
+#include <Pegasus/Common/CIMInstance.h>
+#include <Pegasus/Common/CIMObject.h>
+#include <Pegasus/Common/CIMQualifierDecl.h>
+#include <Pegasus/Common/CIMValue.h>
+
+#include <pugixml.hpp>
+
+#include <cstddef>
+#include <string_view>
+
+namespace Pegasus::cimxml {
+
+/// Turns parsed elements into objects (DSP0201, 5.2.1 and 5.2.3). Attributes that it does not know are ignored,
+/// elements are not. All operations throw CIMClientXmlException.
+class ObjectDecoder {
+  public:
+    /// CLASS.
+    CIMClass decodeClass(pugi::xml_node element);
+    /// INSTANCE; its path is the class name.
+    CIMInstance decodeInstance(pugi::xml_node element);
+    /// VALUE.NAMEDINSTANCE or VALUE.INSTANCEWITHPATH: an instance with its path.
+    CIMInstance decodeInstanceWithPath(pugi::xml_node element);
+    /// CLASSNAME.
+    CIMName decodeClassName(pugi::xml_node element);
+    /// QUALIFIER.DECLARATION.
+    CIMQualifierDecl decodeQualifierDecl(pugi::xml_node element);
+
+  private:
+    CIMQualifier decodeQualifier(pugi::xml_node element);
+    CIMMethod decodeMethod(pugi::xml_node element);
+
+    /// Add a child element to the object that it describes; false when it is of another kind.
+    template <class Owner>
+    bool addQualifier(Owner& owner, pugi::xml_node child);
+    template <class Owner>
+    bool addProperty(Owner& owner, pugi::xml_node child);
+    bool addParameter(CIMMethod& method, pugi::xml_node child);
+    template <class Owner>
+    void addQualifiers(Owner& owner, pugi::xml_node element);
+
+    /// The value in a VALUE element of some form; the null of the type where there is none.
+    CIMValue decodeValue(CIMType type, bool isArray, pugi::xml_node value);
+    template <class T>
+    CIMValue decodeScalarValue(pugi::xml_node value);
+    template <class T>
+    CIMValue decodeArrayValue(pugi::xml_node value);
+    template <class T>
+    T decodeItem(pugi::xml_node value);
+    CIMObject decodeEmbedded(std::string_view text);
+
+    CIMName optionalName(pugi::xml_node element, std::string_view attributeName);
+
+    NameCache names_;
+    PathDecoder paths_{names_};
+    std::size_t embedding_ = 0; // how deep this is in embedded objects
+};
+
+} // namespace Pegasus::cimxml

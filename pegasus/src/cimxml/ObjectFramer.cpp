@@ -1,0 +1,117 @@
+#include "cimxml/ObjectFramer.h"
+
+#include "cimxml/XmlCharacters.h"
+#include "cimxml/XmlError.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+namespace Pegasus::cimxml {
+
+namespace {
+
+constexpr std::array<std::string_view, 5> kEnvelope = {"CIM", "MESSAGE", "SIMPLERSP", "IMETHODRESPONSE",
+                                                       "IRETURNVALUE"};
+constexpr std::size_t kInMethodResponse = 4;
+constexpr std::size_t kInReturnValue = 5;
+
+/// The element's name in the text of a tag.
+std::string_view nameIn(std::string_view tag) {
+    tag.remove_prefix(std::min(tag.find_first_not_of("</"), tag.size()));
+    return tag.substr(0, tag.find_first_of(" \t\r\n/>"));
+}
+
+} // namespace
+
+void ObjectFramer::feed(std::string_view bytes) {
+    while (!bytes.empty()) {
+        const std::string_view before = bytes;
+        const XmlLexer::Token token = lexer_.next(bytes);
+        piece_.append(before.substr(0, before.size() - bytes.size()));
+        if (token != XmlLexer::Token::Incomplete)
+            take(token);
+    }
+}
+
+void ObjectFramer::finish() const {
+    if (level_ != 0 || !lexer_.isBetweenTokens())
+        throwXmlError({"it ends in the middle of the document"});
+    if (nextLevel_ < kInMethodResponse)
+        throwXmlError({"it has no ", kEnvelope[nextLevel_]});
+}
+
+void ObjectFramer::take(XmlLexer::Token token) {
+    const bool tag = token == XmlLexer::Token::StartTag || token == XmlLexer::Token::EmptyTag;
+    if (!inElement_ && tag)
+        inElement_ = !isEnvelope(nameIn(piece_.text()));
+    if (!inElement_)
+        takeEnvelope(token);
+    else if (piece_.endToken(token, lexer_.attributeCount()))
+        takeElement();
+    if (!inElement_)
+        piece_.clear();
+}
+
+/// Whether an element that begins here is the next one of the envelope, and not an element that it holds.
+bool ObjectFramer::isEnvelope(std::string_view name) const {
+    if (level_ == nextLevel_ && level_ < kEnvelope.size() && name == kEnvelope[level_])
+        return true;
+    if (level_ < kInMethodResponse)
+        throwXmlError({"the element ", name, " stands where ",
+                       level_ == nextLevel_ ? kEnvelope[level_] : std::string_view("nothing more"), " is expected"});
+    return false;
+}
+
+void ObjectFramer::takeEnvelope(XmlLexer::Token token) {
+    switch (token) {
+    case XmlLexer::Token::StartTag:
+        open();
+        break;
+    case XmlLexer::Token::EmptyTag:
+        open();
+        --level_;
+        break;
+    case XmlLexer::Token::EndTag:
+        close();
+        break;
+    case XmlLexer::Token::Text:
+        if (!lexer_.isBlank())
+            throwXmlError({"there is text between the elements"});
+        break;
+    case XmlLexer::Token::CData:
+        throwXmlError({"there is a CDATA section between the elements"});
+    case XmlLexer::Token::Other:
+    case XmlLexer::Token::Incomplete:
+        break;
+    }
+}
+
+void ObjectFramer::open() {
+    nextLevel_ = ++level_;
+    std::string& tag = piece_.text();
+    if (tag[tag.size() - 2] != '/')
+        tag.insert(tag.size() - 1, 1, '/');
+    checkCharacters();
+    handler_.onEnvelope(piece_);
+}
+
+void ObjectFramer::close() {
+    const std::string_view name = nameIn(piece_.text());
+    if (level_ == 0 || name != kEnvelope[level_ - 1])
+        throwXmlError({"the end tag ", name, " has no start tag"});
+    --level_;
+}
+
+void ObjectFramer::takeElement() {
+    checkCharacters();
+    handler_.onElement(piece_, level_ == kInReturnValue);
+    inElement_ = false;
+}
+
+void ObjectFramer::checkCharacters() {
+    if (!isXmlText(piece_.text()))
+        throwXmlError({"it is not UTF-8, or holds characters that XML does not allow"});
+}
+
+} // namespace Pegasus::cimxml

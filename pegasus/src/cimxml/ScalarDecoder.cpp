@@ -1,0 +1,136 @@
+#include "cimxml/ScalarDecoder.h"
+
+#include "cimxml/XmlCharacters.h"
+#include "cimxml/XmlError.h"
+
+#include <Pegasus/Common/Exception.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <type_traits>
+
+namespace Pegasus::cimxml {
+
+namespace {
+
+/// Takes a sign off the front; returns whether it was a minus.
+bool takeSign(std::string_view& digits) {
+    const bool negative = !digits.empty() && digits.front() == '-';
+    if (negative || (!digits.empty() && digits.front() == '+'))
+        digits.remove_prefix(1);
+    return negative;
+}
+
+bool takeHexadecimalPrefix(std::string_view& digits) {
+    const bool hexadecimal = digits.size() > 2 && digits[0] == '0' && (digits[1] == 'x' || digits[1] == 'X');
+    if (hexadecimal)
+        digits.remove_prefix(2);
+    return hexadecimal;
+}
+
+template <class Integer>
+Integer decodeInteger(std::string_view text) {
+    std::string_view digits = trimmed(text);
+    const bool negative = takeSign(digits);
+    const int base = takeHexadecimalPrefix(digits) ? 16 : 10;
+    Uint64 magnitude = 0;
+    const char* const end = digits.data() + digits.size();
+    const auto [last, error] = std::from_chars(digits.data(), end, magnitude, base);
+    if (error == std::errc::invalid_argument || last != end)
+        throwXmlError({"not an integer: ", text});
+
+    constexpr auto kMaximum = static_cast<Uint64>(std::numeric_limits<Integer>::max());
+    constexpr Uint64 kLowest = std::is_signed_v<Integer> ? kMaximum + 1 : 0;
+    if (error != std::errc() || magnitude > (negative ? kLowest : kMaximum))
+        throwXmlError({"integer out of range: ", text});
+    return static_cast<Integer>(negative ? Uint64{0} - magnitude : magnitude);
+}
+
+/// A number whose digits are right and whose exponent is too large or too small for the type.
+template <class Real>
+Real decodeExtreme(std::string_view digits, std::string_view text) {
+    const std::size_t exponent = digits.find_first_of("eEpP");
+    const bool tiny = exponent == std::string_view::npos ? digits.substr(0, 1) == "0" || digits.substr(0, 1) == "."
+                                                         : digits.substr(exponent + 1, 1) == "-";
+    if (!tiny)
+        throwXmlError({"real out of range: ", text});
+    return Real{0};
+}
+
+template <class Real>
+Real decodeReal(std::string_view text) {
+    std::string_view digits = trimmed(text);
+    const bool negative = takeSign(digits);
+    const auto format = takeHexadecimalPrefix(digits) ? std::chars_format::hex : std::chars_format::general;
+    Real real{};
+    const char* const end = digits.data() + digits.size();
+    const auto [last, error] = std::from_chars(digits.data(), end, real, format);
+    if (error == std::errc::invalid_argument || last != end || digits.front() == '-')
+        throwXmlError({"not a real: ", text});
+    if (error != std::errc())
+        real = decodeExtreme<Real>(digits, text);
+    return std::copysign(real, negative ? Real{-1} : Real{1});
+}
+
+bool isWord(std::string_view text, std::string_view upperCase) {
+    return std::equal(text.begin(), text.end(), upperCase.begin(), upperCase.end(),
+                      [](char c, char upper) { return c == upper || c == upper - 'A' + 'a'; });
+}
+
+} // namespace
+
+template <>
+Boolean decodeScalar(std::string_view text) {
+    const std::string_view word = trimmed(text);
+    if (isWord(word, "TRUE"))
+        return true;
+    if (!isWord(word, "FALSE"))
+        throwXmlError({"not a boolean: ", text});
+    return false;
+}
+
+// clang-format off
+template <> Uint8 decodeScalar(std::string_view text) { return decodeInteger<Uint8>(text); }
+template <> Sint8 decodeScalar(std::string_view text) { return decodeInteger<Sint8>(text); }
+template <> Uint16 decodeScalar(std::string_view text) { return decodeInteger<Uint16>(text); }
+template <> Sint16 decodeScalar(std::string_view text) { return decodeInteger<Sint16>(text); }
+template <> Uint32 decodeScalar(std::string_view text) { return decodeInteger<Uint32>(text); }
+template <> Sint32 decodeScalar(std::string_view text) { return decodeInteger<Sint32>(text); }
+template <> Uint64 decodeScalar(std::string_view text) { return decodeInteger<Uint64>(text); }
+template <> Sint64 decodeScalar(std::string_view text) { return decodeInteger<Sint64>(text); }
+template <> Real32 decodeScalar(std::string_view text) { return decodeReal<Real32>(text); }
+template <> Real64 decodeScalar(std::string_view text) { return decodeReal<Real64>(text); }
+template <> String decodeScalar(std::string_view text) { return String(text); }
+// clang-format on
+
+template <>
+Char16 decodeScalar(std::string_view text) {
+    std::string_view rest = text;
+    const std::uint32_t codePoint = rest.empty() ? 0 : takeCharacter(rest);
+    if (text.empty() || !rest.empty() || codePoint > 0xFFFF)
+        throwXmlError({"not one UTF-16 character: ", text});
+    return Char16(static_cast<Uint16>(codePoint));
+}
+
+template <>
+CIMDateTime decodeScalar(std::string_view text) {
+    try {
+        return CIMDateTime(String(trimmed(text)));
+    } catch (const Exception& exception) {
+        throwXmlError({exception.getMessage().view()});
+    }
+}
+
+CIMType decodeType(std::string_view name) {
+    for (int number = CIMTYPE_BOOLEAN; number <= CIMTYPE_DATETIME; ++number) {
+        const auto type = static_cast<CIMType>(number);
+        if (name == cimTypeToString(type))
+            return type;
+    }
+    throwXmlError({"unknown type: ", name});
+}
+
+} // namespace Pegasus::cimxml

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <Pegasus/Client/CIMClientException.h>
+
+#include <initializer_list>
+#include <string>
+#include <string_view>
+
+namespace Pegasus::cimxml {
+
+/// Throws CIMClientXmlException with a message put together from `parts`. Long parts are cut: they come from the peer.
+[[noreturn]] void throwXmlError(std::initializer_list<std::string_view> parts);
+
+} // namespace Pegasus::cimxml

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace Pegasus::cimxml {
+
+/// Finds the tokens of an XML document that arrives in pieces: tags, text, CDATA sections, comments and processing
+/// instructions. It knows where they end, not what they mean; names and attributes are left to the parser behind it.
+/// What that parser would let pass is refused here: '<' in an attribute, unknown entities, bad character references, a
+/// document type declaration (and with it every entity declaration). Throws CIMClientXmlException for these.
+class XmlLexer {
+  public:
+    enum class Token {
+        Incomplete, // all bytes are taken, and the token goes on
+        StartTag,
+        EmptyTag,
+        EndTag,
+        Text, // a run of text may come as several tokens
+        CData,
+        Other // a comment or processing instruction
+    };
+
+    /// Takes bytes off the front of `bytes`, up to the end of a token at most.
+    Token next(std::string_view& bytes);
+
+    /// Whether the text of the last Text token was white space only.
+    bool isBlank() const noexcept { return blank_; }
+    /// The attributes of the last tag.
+    std::size_t attributeCount() const noexcept { return attributes_; }
+    /// Whether the bytes so far end with a complete token.
+    bool isBetweenTokens() const noexcept { return state_ == State::Content && !inText_; }
+
+  private:
+    enum class State { Start, Content, Opening, Tag, Quoted, Reference, Comment, CData, Instruction };
+
+    Token step(std::string_view& bytes);
+    void takeByteOrderMark(std::string_view& bytes);
+    Token takeContent(std::string_view& bytes);
+    void takeOpening(std::string_view& bytes);
+    Token takeTag(std::string_view& bytes);
+    void takeQuoted(std::string_view& bytes);
+    void takeReference(std::string_view& bytes);
+    Token takeUntil(std::string_view terminator, Token token, std::string_view& bytes);
+    void beginReference(std::string_view& bytes);
+
+    State state_ = State::Start;
+    State afterReference_ = State::Content;
+    std::string opening_;   // what follows '<', until it is clear what begins
+    std::string reference_; // what follows '&'
+    std::size_t matched_ = 0;
+    std::size_t attributes_ = 0;
+    char quote_ = 0;
+    char previous_ = 0; // the last byte of the tag so far
+    bool endTag_ = false;
+    bool inText_ = false;
+    bool blank_ = true;
+};
+
+} // namespace Pegasus::cimxml
