@@ -3,6 +3,10 @@
 #include "support/ScriptedServer.h"
 
 #include <Pegasus/Common/Exception.h>
+#include <algorithm>
+#include <fcntl.h>
+#include <filesystem>
+#include <future>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <memory>
@@ -106,18 +110,43 @@ TEST(Channel, GivesUpAtOnceWhenThereIsNoTimeToFindTheHost) {
     EXPECT_THROW(Channel::open({"no-such-host.invalid", 5988}, nullptr, Deadline(0ms)), ConnectionTimeoutException);
 }
 
-TEST(Channel, SeesWhetherThePeerIsQuiet) {
-    ScriptedServer server([](Connection& peer) {
+TEST(Channel, SeesInputAndTheEndWithoutReading) {
+    std::promise<void> closed;
+    ScriptedServer server([&](Connection& peer) {
         peer.ReadSome();
         peer.Write("1");
         peer.ReadSome();
+        peer.Write("2");
+        peer.Close();
+        peer.WaitForDelivery();
+        closed.set_value();
     });
     const auto channel = Channel::open({server.Address(), server.Listen(5988)}, nullptr, Deadline(kAmple));
-    EXPECT_TRUE(channel->isQuiet());
+    EXPECT_FALSE(channel->hasInput());
     EXPECT_EQ(EchoOf("1", *channel), "1");
-    EXPECT_TRUE(channel->isQuiet());
-    server.Stop();
-    EXPECT_FALSE(channel->isQuiet());
+    EXPECT_FALSE(channel->hasInput());
+    EXPECT_FALSE(channel->isClosedByPeer());
+    channel->write("x", Deadline(kAmple));
+    closed.get_future().wait();
+    EXPECT_TRUE(channel->hasInput());
+    EXPECT_TRUE(channel->isClosedByPeer());
+}
+
+/// How many of this process's descriptors a child process would inherit.
+long InheritableDescriptors() {
+    const std::filesystem::directory_iterator descriptors("/proc/self/fd");
+    return std::count_if(begin(descriptors), end(descriptors), [](const auto& entry) {
+        const int flags = ::fcntl(std::stoi(entry.path().filename()), F_GETFD);
+        return flags >= 0 && (flags & FD_CLOEXEC) == 0;
+    });
+}
+
+TEST(Channel, IsNotInheritedByChildProcesses) {
+    ScriptedServer server(&Echo);
+    const Endpoint endpoint(server.Address(), server.Listen(5988));
+    const long before = InheritableDescriptors();
+    const auto channel = Channel::open(endpoint, nullptr, Deadline(kAmple));
+    EXPECT_EQ(InheritableDescriptors(), before);
 }
 
 // ---- TLS

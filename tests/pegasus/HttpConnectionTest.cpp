@@ -297,20 +297,19 @@ TEST_F(KeepAlive, EndsWhenTheAnswerIsLongerThanItSays) {
 }
 
 TEST_F(KeepAlive, TakesNothingUnaskedForAnAnswer) {
-    std::atomic<bool> sent{false};
+    std::promise<void> sent;
     auto connection = connectionTo(serve([&](Connection& peer) {
         peer.ReadRequest();
         peer.Write(Answer(std::to_string(peer.Index())));
         if (peer.Index() == 0) {
             peer.Write("HTTP/1.1 408 Request Timeout\r\n\r\n");
-            sent = true;
+            peer.WaitForDelivery();
+            sent.set_value();
         }
         peer.WaitForPeerClose();
     }));
     EXPECT_EQ(exchange(connection), "0");
-    while (!sent) {
-        std::this_thread::yield();
-    }
+    sent.get_future().wait();
     EXPECT_EQ(exchange(connection), "1");
 }
 
@@ -358,6 +357,23 @@ TEST_F(Resending, HidesThatTheServerClosedWithoutWaiting) {
         peer.Write(Answer(std::to_string(peer.Index())));
     }));
     EXPECT_THAT(exchanges(connection, 4), ElementsAre("0", "1", "2", "3"));
+}
+
+TEST_F(Resending, IsNotNeededWhenTheServerClosesAConnectionThatWasNeverUsed) {
+    std::promise<void> closed;
+    auto connection = connectionTo(serve([&](Connection& peer) {
+        if (peer.Index() == 0) {
+            peer.Close();
+            peer.WaitForDelivery();
+            closed.set_value();
+            return;
+        }
+        peer.ReadRequest();
+        peer.Write(Answer("1"));
+    }));
+    connection.open(Deadline(kAmple));
+    closed.get_future().wait();
+    EXPECT_EQ(exchange(connection), "1");
 }
 
 TEST_F(Resending, HappensOnce) {

@@ -3,11 +3,13 @@
 #include <atomic>
 #include <cerrno>
 #include <csignal>
+#include <linux/sockios.h>
 #include <mutex>
 #include <netdb.h>
 #include <openssl/err.h>
 #include <openssl/ssl.h>
 #include <stdexcept>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <system_error>
 #include <thread>
@@ -123,6 +125,13 @@ class Peer : public Connection {
             bytes.remove_prefix(static_cast<std::size_t>(sent));
         }
         return true;
+    }
+
+    void WaitForDelivery() override {
+        int unacknowledged = 0;
+        while (::ioctl(socket_.Descriptor(), SIOCOUTQ, &unacknowledged) == 0 && unacknowledged > 0) {
+            std::this_thread::yield();
+        }
     }
 
     void Close() override {

@@ -31,6 +31,10 @@ class Connection {
     /// Sends the bytes as they are. False when the peer is gone or the server stops.
     virtual bool Write(std::string_view bytes) = 0;
 
+    /// Waits until all that was sent, the end of the stream included, has arrived at the peer's system, so that the
+    /// peer finds it there at once.
+    virtual void WaitForDelivery() = 0;
+
     /// Ends the connection in order (for TLS with its closing alert); the peer reads the end of the stream.
     virtual void Close() = 0;
 

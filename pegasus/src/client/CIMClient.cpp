@@ -28,22 +28,24 @@ template <typename Object>
 class Single : public ReturnValueSink {
   public:
     Object take(const char* method) && {
-        if (!object_) {
+        if (!found_) {
             throw CIMClientResponseException(String(method) + String(": the answer holds no object"));
         }
-        return std::move(*object_);
+        return std::move(object_);
     }
 
   protected:
     void keep(const Object& object) {
-        if (object_) {
+        if (found_) {
             throw CIMClientResponseException("the answer holds more than the one object asked for");
         }
         object_ = object;
+        found_ = true;
     }
 
   private:
-    std::optional<Object> object_;
+    Object object_;
+    bool found_ = false;
 };
 
 class SingleClass : public Single<CIMClass> {

@@ -12,8 +12,9 @@
 #include <boost/asio/write.hpp>
 #include <cerrno>
 #include <cstring>
-#include <fcntl.h>
+#include <netinet/in.h>
 #include <optional>
+#include <poll.h>
 #include <sys/socket.h>
 #include <utility>
 #include <vector>
@@ -52,11 +53,9 @@ class TcpChannel : public Channel {
         return readFrom(socket_, buffer, size, deadline);
     }
 
-    bool isQuiet() override {
-        char byte = 0;
-        const ssize_t peeked = ::recv(socket_.native_handle(), &byte, 1, MSG_PEEK | MSG_DONTWAIT);
-        return peeked < 0 && (errno == EAGAIN || errno == EWOULDBLOCK);
-    }
+    bool isClosedByPeer() override { return events(POLLRDHUP) != 0; }
+
+    bool hasInput() override { return events(POLLIN) != 0; }
 
   protected:
     const Endpoint& endpoint() const { return endpoint_; }
@@ -121,18 +120,34 @@ class TcpChannel : public Channel {
         return error == asio::error::eof || error == asio::ssl::error::stream_truncated;
     }
 
+    /// Those of the wanted events, and of the error events, that are there now.
+    int events(short wanted) {
+        pollfd state{socket_.native_handle(), wanted, 0};
+        ::poll(&state, 1, 0);
+        return state.revents;
+    }
+
+    /// A socket that the host's child processes do not inherit.
+    error_code openSocket(const tcp& protocol) {
+        error_code error;
+        socket_.close(error);
+        const int descriptor = ::socket(protocol.family(), SOCK_STREAM | SOCK_CLOEXEC, IPPROTO_TCP);
+        if (descriptor < 0) {
+            return {errno, boost::system::system_category()};
+        }
+        socket_.assign(protocol, descriptor, error);
+        return error;
+    }
+
     std::optional<error_code> connectTo(const SocketAddress& address, const Deadline& deadline) {
         tcp::endpoint target;
         target.resize(address.size);
         std::memcpy(target.data(), &address.bytes, address.size);
 
-        error_code error;
-        socket_.close(error);
-        socket_.open(target.protocol(), error);
+        error_code error = openSocket(target.protocol());
         if (error) {
             return error;
         }
-        ::fcntl(socket_.native_handle(), F_SETFD, FD_CLOEXEC); // the host's child processes must not inherit it
         socket_.set_option(tcp::no_delay(true), error);
         return await(deadline, [&](auto handler) { socket_.async_connect(target, handler); });
     }

@@ -33,8 +33,11 @@ class Channel {
     /// Throws ConnectionLost or ConnectionTimeoutException.
     virtual std::size_t readSome(char* buffer, std::size_t size, const Deadline& deadline) = 0;
 
-    /// False when the peer has closed the connection, or has sent something while nothing was asked.
-    virtual bool isQuiet() = 0;
+    /// Whether the peer has ended its side of the connection, perhaps behind bytes that are not read yet.
+    virtual bool isClosedByPeer() = 0;
+
+    /// Whether there is anything to read, be it the end of the stream.
+    virtual bool hasInput() = 0;
 };
 
 } // namespace Pegasus::http

@@ -61,14 +61,14 @@ const HttpFields& HttpConnection::readBody(const BodySink& sink, const Deadline&
 /// Sends the request over the connection as it is, or else, once, over a new one.
 const HttpHead& HttpConnection::exchangeHeads(const HttpRequest& request, const Deadline& deadline) {
     const std::string bytes = serialise(request);
-    if (state_ == State::kIdle && channel_->isQuiet()) {
+    if (state_ == State::kIdle && !channel_->hasInput()) {
         try {
             return attempt(bytes, deadline);
         } catch (const ConnectionLost&) {
             // Closed by the server while the request was on its way: no answer has begun, so it can be sent again.
         }
     }
-    if (state_ != State::kFresh || !channel_->isQuiet()) {
+    if (state_ != State::kFresh || channel_->isClosedByPeer()) {
         open(deadline);
     }
     return attempt(bytes, deadline);

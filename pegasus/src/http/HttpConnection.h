@@ -42,7 +42,8 @@ class HttpConnection {
 
     /// Sends a request and returns the head of the answer, valid until the next call.
     ///
-    /// A server may close a connection that has been used before: the request is then sent once more over a new one.
+    /// A server may close a connection before it is used, or used again: the request then goes over a new one. It is
+    /// sent twice only when the server closes a used connection just as the request is on its way.
     /// When the server asks for Basic authentication, the request is sent again with the credentials, and so are all
     /// later ones, also over a new TCP connection to the same server; without credentials the 401 is the answer.
     /// Throws like open(), CannotConnectException when a new connection ends without an answer,

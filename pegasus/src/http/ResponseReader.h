@@ -13,7 +13,7 @@
 namespace Pegasus::http {
 
 /// The most that one header block, one trailer block or the line before a chunk may hold.
-constexpr std::size_t kMaxHeaderBytes = 64 * 1024;
+constexpr std::size_t kMaxHeaderBytes = 65536;
 
 /// Takes the body of an answer, cut anywhere.
 using BodySink = std::function<void(std::string_view)>;

@@ -61,6 +61,7 @@ int sessionIndex() {
 void TlsContextFree::operator()(SSL_CTX* context) const { SSL_CTX_free(context); }
 
 TlsContextPtr makeTlsContext(const SSLContext& settings) {
+    ERR_clear_error(); // what others left in this thread
     TlsContextPtr context(SSL_CTX_new(TLS_client_method()));
     if (!context || SSL_CTX_set_min_proto_version(context.get(), TLS1_2_VERSION) != 1) {
         throw SSLException(String("cannot set up TLS: " + lastError()));
