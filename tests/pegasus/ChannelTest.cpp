@@ -28,6 +28,7 @@ using ::testing::HasSubstr;
 
 constexpr auto kAmple = 30s;
 constexpr auto kShort = 200ms;
+constexpr std::size_t kMoreThanBuffersHold = 64'000'000;
 
 void Echo(Connection& peer) {
     for (std::string bytes; !(bytes = peer.ReadSome()).empty();) {
@@ -107,7 +108,10 @@ TEST(Channel, ReportsThatNothingListens) {
 }
 
 TEST(Channel, GivesUpAtOnceWhenThereIsNoTimeToFindTheHost) {
-    EXPECT_THROW(Channel::open({"no-such-host.invalid", 5988}, nullptr, Deadline(0ms)), ConnectionTimeoutException);
+    // Either the time is up first, or the resolver is very quick. The lookups that go on must do no harm.
+    for (int i = 0; i < 20; ++i) {
+        EXPECT_THROW(Channel::open({"no-such-host.invalid", 5988}, nullptr, Deadline(0ms)), Exception);
+    }
 }
 
 TEST(Channel, SeesInputAndTheEndWithoutReading) {
@@ -329,7 +333,8 @@ TEST_F(Tls, SurvivesAServerThatResetsTheConnection) {
     });
     const Endpoint endpoint(server.Address(), server.ListenTls(5989, certificate));
     const auto channel = Channel::open(endpoint, &unverified_, Deadline(kAmple));
-    const std::string large(64'000'000, 'x');
+    std::string large;
+    large.resize(kMoreThanBuffersHold);
     EXPECT_THROW(channel->write(large, Deadline(kAmple)), ConnectionLost);
     EXPECT_THROW(channel->write(large, Deadline(kAmple)), ConnectionLost);
 }

@@ -98,6 +98,7 @@ class HttpConnectionTest : public ::testing::Test {
     /// The bodies of several exchanges.
     static std::vector<std::string> exchanges(HttpConnection& connection, int count) {
         std::vector<std::string> bodies;
+        bodies.reserve(static_cast<std::size_t>(count));
         for (int i = 0; i < count; ++i) {
             bodies.push_back(exchange(connection));
         }
@@ -105,7 +106,11 @@ class HttpConnectionTest : public ::testing::Test {
     }
 
     /// More than the buffers of a TCP connection hold.
-    static HttpRequest largeRequest() { return {"/cimom", "", std::string(64'000'000, 'x')}; }
+    static HttpRequest largeRequest() {
+        HttpRequest request = kQuestion;
+        request.body.resize(64'000'000);
+        return request;
+    }
 
     /// What one exchange with a server that sends these bytes and closes gives.
     std::string bodyOf(const std::string& answer) {

@@ -136,7 +136,7 @@ std::string Envelope(const std::string& message_id, const std::string& method, c
 }
 
 std::string Chunked(const std::string& body, const std::string& trailers) {
-    static constexpr std::size_t kChunkSize = 32 * 1024;
+    static constexpr std::size_t kChunkSize = 32768;
     std::ostringstream chunks;
     for (std::size_t begin = 0; begin < body.size(); begin += kChunkSize) {
         const std::string chunk = body.substr(begin, kChunkSize);

@@ -21,7 +21,7 @@ namespace support {
 
 namespace {
 
-constexpr std::size_t kReadSize = 16 * 1024;
+constexpr std::size_t kReadSize = 16384;
 
 struct SslContextFree {
     void operator()(SSL_CTX* context) const { SSL_CTX_free(context); }
