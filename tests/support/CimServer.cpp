@@ -89,14 +89,14 @@ std::string ParameterText(const pugi::xml_node& parameter) {
     return content.name() == std::string("VALUE.ARRAY") ? Join(content.children("VALUE"), ',', text) : text(content);
 }
 
-Call Understand(HttpRequest request, std::string& message_id) {
+Call Understand(HttpRequest request) {
     pugi::xml_document document;
     document.load_buffer(request.body.data(), request.body.size());
     const pugi::xml_node message = document.child("CIM").child("MESSAGE");
     const pugi::xml_node method = message.child("SIMPLEREQ").child("IMETHODCALL");
-    message_id = message.attribute("ID").value();
 
     Call call;
+    call.message_id = message.attribute("ID").value();
     call.method = method.attribute("NAME").value();
     call.name_space = Join(method.child("LOCALNAMESPACEPATH").children("NAMESPACE"), '/',
                            [](const pugi::xml_node& step) { return std::string(step.attribute("NAME").value()); });
@@ -209,13 +209,10 @@ class CimServer::Impl {
 
     std::string Reply(HttpRequest request, bool& last) {
         const std::string authorization = request.Header("Authorization");
-        std::string message_id;
-        Call call = Understand(std::move(request), message_id);
-        const std::string method = call.method;
-        const std::string object = MainParameter(call);
+        const Call call = Understand(std::move(request));
 
         const std::lock_guard<std::mutex> lock(mutex_);
-        calls_.push_back(std::move(call));
+        calls_.push_back(call);
         if (next_answer_) {
             last = true;
             return *std::exchange(next_answer_, std::nullopt);
@@ -223,9 +220,9 @@ class CimServer::Impl {
         if (!credentials_.empty() && authorization != credentials_) {
             return kUnauthorized;
         }
-        const auto found = table_.find({method, ToLower(object)});
+        const auto found = table_.find({call.method, ToLower(MainParameter(call))});
         const TableEntry& entry = found != table_.end() ? found->second : unknown_;
-        return Answered(Envelope(message_id, method, entry.content),
+        return Answered(Envelope(call.message_id, call.method, entry.content),
                         framing_ == Framing::kChunked || !entry.trailers.empty(), entry.trailers);
     }
 
