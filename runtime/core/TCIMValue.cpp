@@ -28,14 +28,15 @@ constexpr bool kIsInteger = std::is_integral_v<T> && !std::is_same_v<T, bool>;
 template <typename T>
 constexpr bool kIsNumber = kIsInteger<T> || std::is_floating_point_v<T>;
 
-// The bits from the first to the last that is set: what a floating type must be able to hold.
-int SignificantBits(unsigned long long magnitude) {
-    if (magnitude == 0)
+// The bits from the first to the last that is set: what a floating type must be able to hold. The sign does not count.
+template <typename T>
+int SignificantBits(T number) {
+    if (number == 0)
         return 0;
-    while (magnitude % 2 == 0)
-        magnitude /= 2;
+    while (number % 2 == 0)
+        number = static_cast<T>(number / 2);
     int bits = 0;
-    for (; magnitude != 0; magnitude /= 2)
+    for (; number != 0; number = static_cast<T>(number / 2))
         ++bits;
     return bits;
 }
@@ -64,10 +65,7 @@ bool FitsReal(TFrom value) {
             return true;
         return std::abs(value) <= TLimits::max() && static_cast<TFrom>(static_cast<TTo>(value)) == value;
     } else {
-        using TWide = std::conditional_t<std::is_signed_v<TFrom>, long long, unsigned long long>;
-        const TWide wide = value;
-        const auto bits = static_cast<unsigned long long>(wide);
-        return SignificantBits(wide < TWide{} ? 0 - bits : bits) <= TLimits::digits;
+        return SignificantBits(value) <= TLimits::digits;
     }
 }
 

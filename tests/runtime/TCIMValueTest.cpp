@@ -105,11 +105,11 @@ TEST(TCIMValue, IsNotNullAsAnEmptyArray) {
 }
 
 TEST(TCIMValue, GivesTheElementsOfAnArrayInPlace) {
-    TCIMValue array(TType::eCIMSint32, 0, {1, 2});
-    const TCIMValue copy = array;
-    As<std::vector<TCIMValue>&>(array).emplace_back(3);
-    EXPECT_EQ(array.ToString(10), "{1, 2, 3}");
-    EXPECT_EQ(copy.ToString(10), "{1, 2}");
+    const TCIMValue array(TType::eCIMSint32, 0, {1, 2});
+    TCIMValue copy = array;
+    As<std::vector<TCIMValue>&>(copy).emplace_back(3);
+    EXPECT_EQ(copy.ToString(10), "{1, 2, 3}");
+    EXPECT_EQ(array.ToString(10), "{1, 2}");
 }
 
 TEST(TCIMValue, GivesElementsOfArraysOnly) {
@@ -182,6 +182,8 @@ TEST(TCIMValue, ConvertsIntegersToRealsThatHoldThemExactly) {
     EXPECT_EQ(As<float>(TCIMValue(9223372036854775808ULL)), 9223372036854775808.0F);
     EXPECT_EQ(As<double>(TCIMValue(std::numeric_limits<long long>::min())), -kTwoTo63);
     EXPECT_EQ(As<double>(TCIMValue(9007199254740993LL - 1)), 9007199254740992.0);
+    EXPECT_EQ(As<float>(TCIMValue(static_cast<signed char>(-128))), -128.0F);
+    EXPECT_EQ(As<float>(TCIMValue(std::numeric_limits<int>::min())), -2147483648.0F);
 
     EXPECT_STATUS(14, As<float>(TCIMValue(16777217)));
     EXPECT_STATUS(14, As<float>(TCIMValue(-16777217)));

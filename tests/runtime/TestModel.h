@@ -98,7 +98,7 @@ class TTestClass : public TUnqualified<ICIMClass>, public boost::enable_shared_f
 
     /// A new instance, filed.
     boost::shared_ptr<TTestInstance> Add(const TCIMContext& values) {
-        const auto instance = boost::make_shared<TTestInstance>(shared_from_this(), 1);
+        auto instance = boost::make_shared<TTestInstance>(shared_from_this(), 1);
         for (const auto& [name, value] : values)
             instance->SetPropertyValue(name, value, {});
         instance->AddToNamespace({});
@@ -213,7 +213,7 @@ class TTestClass : public TUnqualified<ICIMClass>, public boost::enable_shared_f
 class TTestNamespace : public ICIMNamespace, public boost::enable_shared_from_this<TTestNamespace> {
   public:
     boost::shared_ptr<TTestClass> AddClass(const std::string& name, boost::shared_ptr<TTestClass> superClass = {}) {
-        const auto cls = boost::make_shared<TTestClass>(name, shared_from_this(), superClass);
+        auto cls = boost::make_shared<TTestClass>(name, shared_from_this(), superClass);
         fClasses[Lower(name)] = cls;
         return cls;
     }
