@@ -7,7 +7,8 @@ namespace NQORVYX20 {
 class ILogger;
 class INamespaceProviderManager;
 
-/// The process-wide services of the host. All operations may be called from several threads at once.
+/// The process-wide services of the host. All operations may be called from several threads at once, and until the very
+/// end of the process, from the destructors of statics too.
 class TRootObject {
   public:
     TRootObject() = delete;

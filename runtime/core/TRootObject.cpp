@@ -19,10 +19,10 @@ struct TServices {
     const boost::shared_ptr<INamespaceProviderManager> manager = boost::make_shared<TNamespaceProviderManager>();
 };
 
-// Made by the first use, which may come from the static constructor of a plug-in: it then outlives the plug-in's
-// statics.
+// Made by the first use, which may come from the static constructor of a plug-in, and never destroyed: the destructors
+// of statics elsewhere may still log when the process ends.
 TServices& Services() {
-    static TServices services;
+    static TServices& services = *new TServices;
     return services;
 }
 

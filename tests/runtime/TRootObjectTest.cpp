@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cerrno>
+#include <cstdlib>
 #include <fstream>
 #include <sstream>
 #include <system_error>
@@ -173,6 +175,20 @@ TEST(TRootObject, ExchangesTheLoggerWhileOthersLog) {
     TRootObject::SetCoreLogger({});
     EXPECT_EQ(loggers[0]->Lines().size() + loggers[1]->Lines().size(),
               static_cast<std::size_t>((kThreads - 1) * kRounds));
+}
+
+struct TLogsAtTheEnd {
+    ~TLogsAtTheEnd() { TRootObject::GetCoreLogger()->Log(ILogger::eLogError, "the last words"); }
+};
+
+TEST(TRootObject, ServesTheDestructorsOfStaticsOlderThanItself) {
+    testing::FLAGS_gtest_death_test_style = "threadsafe"; // a process of its own, in which nothing has logged yet
+    const auto exitWithLastWords = [] {
+        static const TLogsAtTheEnd older;
+        TRootObject::GetCoreLogger()->Log(ILogger::eLogInfo, "makes the services");
+        std::exit(0);
+    };
+    EXPECT_EXIT(exitWithLastWords(), testing::ExitedWithCode(0), "error the last words");
 }
 
 class NamespaceProviderManager : public testing::Test {
