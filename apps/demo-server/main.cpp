@@ -1,0 +1,101 @@
+// The demo CIM server: serves this machine's system, file systems, processes ... over CIM-XML until SIGTERM or SIGINT.
+
+#include "server/DemoServer.h"
+
+#include <CLI/CLI.hpp>
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <fstream>
+#include <iostream>
+#include <stdexcept>
+#include <string>
+
+namespace {
+
+constexpr int kMaxPort = 65535;
+constexpr std::size_t kMaxVolumes = 10'000'000;
+constexpr const char* kPasswordVariable = "DEMO_SERVER_PASSWORD";
+
+struct Arguments {
+    demo::DemoServerOptions server;
+    std::string user;
+    std::string passwordFile;
+    std::string certificateFile;
+};
+
+void Declare(CLI::App& app, Arguments& arguments) {
+    app.add_option("--address", arguments.server.address, "Address to listen on")->capture_default_str();
+    app.add_option("--http-port", arguments.server.httpPort, "Port for HTTP")
+        ->check(CLI::Range(1, kMaxPort))
+        ->capture_default_str();
+    app.add_option("--https-port", arguments.server.httpsPort, "Port for HTTPS")
+        ->check(CLI::Range(1, kMaxPort))
+        ->capture_default_str();
+    app.add_option("--volumes", arguments.server.volumes, "Number of storage volumes to make up")
+        ->check(CLI::Range(std::size_t{0}, kMaxVolumes))
+        ->capture_default_str();
+    app.add_option("--user", arguments.user,
+                   "Serve only this user; the password comes from --password-file or the variable " +
+                       std::string(kPasswordVariable));
+    app.add_option("--password-file", arguments.passwordFile, "File whose first line is the user's password")
+        ->check(CLI::ExistingFile);
+    app.add_option("--certificate-out", arguments.certificateFile,
+                   "Write the certificate of the HTTPS port to this file, for clients to trust");
+}
+
+std::string ReadPassword(const std::string& file) {
+    if (file.empty()) {
+        const char* const password = std::getenv(kPasswordVariable);
+        if (!password)
+            throw std::runtime_error(std::string("--user needs --password-file or the variable ") + kPasswordVariable);
+        return password;
+    }
+    std::ifstream stream(file);
+    std::string password;
+    if (!std::getline(stream, password))
+        throw std::runtime_error("no password could be read from " + file);
+    return password;
+}
+
+void WriteFile(const std::string& file, const std::string& text) {
+    if (!(std::ofstream(file) << text << std::flush))
+        throw std::runtime_error("cannot write " + file);
+}
+
+void Serve(Arguments arguments) {
+    // Every thread inherits the mask, so that the signals wait for sigwait().
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGTERM);
+    sigaddset(&signals, SIGINT);
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+
+    if (!arguments.user.empty())
+        arguments.server.credentials.emplace(arguments.user, ReadPassword(arguments.passwordFile));
+    const demo::DemoServer server(std::move(arguments.server));
+    if (!arguments.certificateFile.empty())
+        WriteFile(arguments.certificateFile, server.CertificatePem());
+    std::cout << "demo-server: " << server.HttpUrl() << " ready\n"
+              << "demo-server: " << server.HttpsUrl() << " ready" << std::endl;
+    int signal = 0;
+    sigwait(&signals, &signal);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    CLI::App app("A small CIM server that shows this machine, in the namespace root/cimv2.", "demo-server");
+    Arguments arguments;
+    Declare(app, arguments);
+    CLI11_PARSE(app, argc, argv);
+    try {
+        Serve(std::move(arguments));
+    } catch (const std::exception& error) {
+        std::cerr << "demo-server: " << error.what() << '\n';
+        return EXIT_FAILURE;
+    }
+    return EXIT_SUCCESS;
+}

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "schema/Instance.h"
+
+#include <functional>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+namespace demo {
+
+/// Supplies the instances of one class as they are at the time of the call.
+class InstanceProvider {
+  public:
+    /// Takes one instance. What it throws ends the enumeration.
+    using Visitor = std::function<void(const Instance&)>;
+
+    InstanceProvider() = default;
+    InstanceProvider(const InstanceProvider&) = delete;
+    InstanceProvider& operator=(const InstanceProvider&) = delete;
+    virtual ~InstanceProvider() = default;
+
+    /// The class of all instances.
+    virtual std::string_view ClassName() const = 0;
+
+    /// Hands every instance to the visitor, one at a time. Safe to call from several threads.
+    virtual void Enumerate(const Visitor& visit) const = 0;
+};
+
+using InstanceProviders = std::vector<std::unique_ptr<InstanceProvider>>;
+
+} // namespace demo

@@ -1,0 +1,115 @@
+#include "providers/ProcessProvider.h"
+
+#include "providers/Machine.h"
+#include "schema/DateTime.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cctype>
+
+namespace demo {
+
+namespace {
+
+/// The fields of /proc/[pid]/stat behind the name (proc(5)), by their numbers there.
+enum StatField : std::size_t {
+    kState = 3,
+    kParent = 4,
+    kUserTime = 14,
+    kSystemTime = 15,
+    kPriority = 18,
+    kThreads = 20,
+    kStartTime = 22,
+    kVirtualSize = 23,
+    kResidentPages = 24,
+};
+
+struct Stat {
+    std::string name;
+    /// From field 3 on.
+    std::vector<std::string> fields;
+
+    const std::string& Field(StatField field) const { return fields[field - kState]; }
+    std::uint64_t Number(StatField field) const { return LeadingNumber(Field(field)).value_or(0); }
+};
+
+/// The name stands in parentheses and can hold any character, so that the last ")" ends it.
+std::optional<Stat> ReadStat(const SystemFiles& files, const std::string& folder) {
+    const std::string text = files.Text(folder + "/stat");
+    const auto open = text.find('(');
+    const auto close = text.rfind(')');
+    if (open == std::string::npos || close == std::string::npos || close < open)
+        return std::nullopt;
+    Stat stat{text.substr(open + 1, close - open - 1), Words(std::string_view(text).substr(close + 1))};
+    if (stat.fields.size() <= kResidentPages - kState)
+        return std::nullopt;
+    return stat;
+}
+
+/// ExecutionState from the letter of the kernel.
+int ExecutionStateOf(const std::string& letter) {
+    constexpr int kOther = 1;
+    static const std::map<std::string, int> kStates{{"R", 3}, {"S", 4}, {"D", 4}, {"I", 4}, {"T", 8},
+                                                    {"t", 8}, {"Z", 7}, {"X", 7}, {"x", 7}};
+    const auto found = kStates.find(letter);
+    return found == kStates.end() ? kOther : found->second;
+}
+
+std::vector<std::string> Arguments(const SystemFiles& files, const std::string& folder) {
+    const std::string text = files.Text(folder + "/cmdline");
+    std::vector<std::string> arguments;
+    for (std::size_t begin = 0; begin < text.size();) {
+        const auto end = std::min(text.find('\0', begin), text.size());
+        arguments.push_back(text.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    return arguments;
+}
+
+void SetTimes(const SystemFiles& files, const Stat& stat, Instance& instance) {
+    instance.values["CreationDate"] = Value::Text(Timestamp(BootTime(files) + ClockTicks(stat.Number(kStartTime))));
+    instance.values["KernelModeTime"] = Value::Number(ClockTicks(stat.Number(kSystemTime)).count());
+    instance.values["UserModeTime"] = Value::Number(ClockTicks(stat.Number(kUserTime)).count());
+}
+
+} // namespace
+
+void ProcessProvider::Enumerate(const Visitor& visit) const {
+    const auto pageSize = static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE));
+    for (const auto& id : files_.List("proc")) {
+        if (!LeadingNumber(id))
+            continue;
+        const std::string folder = "proc/" + id;
+        const auto stat = ReadStat(files_, folder);
+        // It may have ended since.
+        if (!stat)
+            continue;
+        Instance instance{std::string(ClassName()), {}};
+        auto& values = instance.values;
+        values["CSCreationClassName"] = Value::Text(kComputerSystemClass);
+        values["CSName"] = Value::Text(ComputerName(files_));
+        values["OSCreationClassName"] = Value::Text(kOperatingSystemClass);
+        values["OSName"] = Value::Text(OperatingSystemName(files_));
+        values["CreationClassName"] = Value::Text(instance.className);
+        values["Handle"] = Value::Text(id);
+        values["Name"] = Value::Text(stat->name);
+        values["ElementName"] = Value::Text(stat->name);
+        SetEnabled(instance);
+        values["ExecutionState"] = Value::Number(ExecutionStateOf(stat->Field(kState)));
+        values["ParentProcessID"] = Value::Number(stat->Number(kParent));
+        // Real-time processes have a priority below zero.
+        values["Priority"] = Value::Number(LeadingNumber(stat->Field(kPriority)));
+        values["ThreadCount"] = Value::Number(stat->Number(kThreads));
+        values["VirtualSize"] = Value::Number(stat->Number(kVirtualSize));
+        values["WorkingSetSize"] = Value::Number(stat->Number(kResidentPages) * pageSize);
+        values["Arguments"] = TextArray(Arguments(files_, folder));
+        const auto status = files_.Fields(folder + "/status", ':');
+        if (const auto user = status.find("Uid"); user != status.end())
+            values["UserID"] = Value::Number(LeadingNumber(user->second));
+        SetTimes(files_, *stat, instance);
+        visit(instance);
+    }
+}
+
+} // namespace demo

@@ -1,0 +1,112 @@
+#include "schema/CimType.h"
+
+#include "schema/Names.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <charconv>
+#include <cstdint>
+
+namespace demo {
+
+namespace {
+
+struct NamedType {
+    CimType type;
+    std::string_view name;
+};
+
+constexpr std::array kTypes{
+    NamedType{CimType::kBoolean, "boolean"},     NamedType{CimType::kUint8, "uint8"},
+    NamedType{CimType::kSint8, "sint8"},         NamedType{CimType::kUint16, "uint16"},
+    NamedType{CimType::kSint16, "sint16"},       NamedType{CimType::kUint32, "uint32"},
+    NamedType{CimType::kSint32, "sint32"},       NamedType{CimType::kUint64, "uint64"},
+    NamedType{CimType::kSint64, "sint64"},       NamedType{CimType::kReal32, "real32"},
+    NamedType{CimType::kReal64, "real64"},       NamedType{CimType::kChar16, "char16"},
+    NamedType{CimType::kString, "string"},       NamedType{CimType::kDatetime, "datetime"},
+    NamedType{CimType::kReference, "reference"},
+};
+
+template <typename Number>
+bool IsNumber(std::string_view text) {
+    Number number{};
+    const auto* const end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, number);
+    return error == std::errc() && rest == end;
+}
+
+/// One UTF-16 code unit: one UTF-8 sequence of at most three bytes.
+bool IsChar16(const std::string& text) {
+    const auto isContinuation = [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; };
+    return !text.empty() && text.size() <= 3 && !isContinuation(text.front()) &&
+           std::all_of(text.begin() + 1, text.end(), isContinuation);
+}
+
+/// 25 characters: a timestamp yyyymmddhhmmss.mmmmmmsutc or an interval ddddddddhhmmss.mmmmmm:000.
+bool IsDatetime(const std::string& text) {
+    constexpr std::size_t kLength = 25;
+    constexpr std::size_t kPoint = 14;
+    constexpr std::size_t kSign = 21;
+    if (text.size() != kLength || text[kPoint] != '.' || std::string_view("+-:").find(text[kSign]) == std::string::npos)
+        return false;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool isDigit = std::isdigit(static_cast<unsigned char>(text[i])) != 0;
+        if (i != kPoint && i != kSign && !isDigit && text[i] != '*')
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+std::string_view TypeName(CimType type) {
+    return std::find_if(kTypes.begin(), kTypes.end(), [&](const auto& named) { return named.type == type; })->name;
+}
+
+std::optional<CimType> TypeFromName(std::string_view name) {
+    for (const auto& named : kTypes)
+        if (named.name == name)
+            return named.type;
+    return std::nullopt;
+}
+
+bool IsNumeric(CimType type) { return type >= CimType::kUint8 && type <= CimType::kReal64; }
+
+bool IsValueOf(CimType type, const std::string& text) {
+    switch (type) {
+    case CimType::kBoolean:
+        return SameName(text, "true") || SameName(text, "false");
+    case CimType::kUint8:
+        return IsNumber<std::uint8_t>(text);
+    case CimType::kSint8:
+        return IsNumber<std::int8_t>(text);
+    case CimType::kUint16:
+        return IsNumber<std::uint16_t>(text);
+    case CimType::kSint16:
+        return IsNumber<std::int16_t>(text);
+    case CimType::kUint32:
+        return IsNumber<std::uint32_t>(text);
+    case CimType::kSint32:
+        return IsNumber<std::int32_t>(text);
+    case CimType::kUint64:
+        return IsNumber<std::uint64_t>(text);
+    case CimType::kSint64:
+        return IsNumber<std::int64_t>(text);
+    case CimType::kReal32:
+        return IsNumber<float>(text);
+    case CimType::kReal64:
+        return IsNumber<double>(text);
+    case CimType::kChar16:
+        return IsChar16(text);
+    case CimType::kString:
+        return true;
+    case CimType::kDatetime:
+        return IsDatetime(text);
+    case CimType::kReference:
+        return false;
+    }
+    return false;
+}
+
+} // namespace demo

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string_view>
+
+namespace demo {
+
+/// Whether two CIM names are the same: names of classes, properties, qualifiers ... differ in more than case (DSP0004).
+bool SameName(std::string_view a, std::string_view b);
+
+/// Orders names so that equal ones, in the sense of SameName(), are equivalent.
+struct NameLess {
+    using is_transparent = void;
+    bool operator()(std::string_view a, std::string_view b) const;
+};
+
+} // namespace demo

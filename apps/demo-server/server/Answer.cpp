@@ -1,0 +1,62 @@
+#include "server/Answer.h"
+
+#include <utility>
+
+namespace demo {
+
+namespace {
+
+void StartResponse(XmlWriter& writer, const CimRequest& request) {
+    const bool isExtrinsic = request.kind == CimRequest::Kind::kExtrinsic;
+    writer.Declaration();
+    writer.Start("CIM").Attribute("CIMVERSION", "2.0").Attribute("DTDVERSION", "2.0");
+    writer.Start("MESSAGE").Attribute("ID", request.messageId).Attribute("PROTOCOLVERSION", "1.0");
+    writer.Start("SIMPLERSP");
+    writer.Start(isExtrinsic ? "METHODRESPONSE" : "IMETHODRESPONSE").Attribute("NAME", request.method);
+}
+
+/// Executes the operation; on an error, closes what it has left open.
+std::optional<CimError> Execute(const CimService& service, const CimRequest& request, XmlWriter& writer) {
+    const std::size_t depth = writer.Depth();
+    std::optional<CimError> error;
+    try {
+        service.Execute(request, writer);
+    } catch (const OutputClosed&) {
+        throw;
+    } catch (const CimError& failure) {
+        error = failure;
+    } catch (const std::exception& failure) {
+        error = CimError(CimStatus::kFailed, failure.what());
+    }
+    writer.EndTo(depth);
+    return error;
+}
+
+std::string ErrorMessage(const CimRequest& request, const CimError& error) {
+    std::string text;
+    XmlWriter writer([&](std::string_view portion) { text += portion; });
+    StartResponse(writer, request);
+    writer.Start("ERROR").Attribute("CODE", error.Code()).Attribute("DESCRIPTION", error.what()).End();
+    writer.EndTo(0);
+    writer.Flush();
+    return text;
+}
+
+} // namespace
+
+std::string Answer(const CimService& service, const CimRequest& request) {
+    std::string text;
+    const auto error = StreamAnswer(service, request, [&](std::string_view portion) { text += portion; });
+    return error ? ErrorMessage(request, *error) : text;
+}
+
+std::optional<CimError> StreamAnswer(const CimService& service, const CimRequest& request, XmlWriter::Output output) {
+    XmlWriter writer(std::move(output));
+    StartResponse(writer, request);
+    auto error = Execute(service, request, writer);
+    writer.EndTo(0);
+    writer.Flush();
+    return error;
+}
+
+} // namespace demo

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "server/Certificate.h"
+#include "server/CimService.h"
+#include "server/Credentials.h"
+#include "server/HttpListener.h"
+
+#include <cstddef>
+#include <optional>
+#include <string>
+
+namespace demo {
+
+struct DemoServerOptions {
+    std::string address = "127.0.0.1";
+    int httpPort = 5988;
+    int httpsPort = 5989;
+    /// Who may come in; everybody without.
+    std::optional<Credentials> credentials;
+    /// The number of instances of DEMO_StorageVolume.
+    std::size_t volumes = 0;
+};
+
+/// The whole server: the built-in schema, this machine's instances, and a listener for HTTP and one for HTTPS.
+class DemoServer {
+  public:
+    /// Serves from now on, on threads of its own. Throws ListenError when it cannot listen.
+    explicit DemoServer(DemoServerOptions options = {});
+
+    /// As in "http://127.0.0.1:5988".
+    std::string HttpUrl() const { return http_.Url(); }
+    std::string HttpsUrl() const { return https_.Url(); }
+
+    /// What a client has to trust to verify the server on the HTTPS port.
+    std::string CertificatePem() const { return certificate_.Pem(); }
+
+  private:
+    DemoServerOptions options_;
+    CimService service_;
+    Certificate certificate_;
+    HttpListener http_;
+    HttpListener https_;
+};
+
+} // namespace demo

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "schema/Value.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace demo {
+
+/// An IPARAMVALUE.
+struct RequestParameter {
+    std::string name;
+    /// The name of the element that holds the value, empty for null.
+    std::string kind;
+    /// The value of a VALUE, VALUE.ARRAY or CLASSNAME; null for every other kind.
+    Value value;
+};
+
+/// An operation request as it stands in the body of an HTTP request.
+struct CimRequest {
+    enum class Kind { kIntrinsic, kExtrinsic };
+
+    Kind kind = Kind::kIntrinsic;
+    std::string messageId;
+    std::string method;
+    /// The namespace's components with "/" between them, as in "root/cimv2".
+    std::string nameSpace;
+    /// The parameters of an intrinsic method; those of an extrinsic method are not read.
+    std::vector<RequestParameter> parameters;
+};
+
+/// Reads a CIM-XML simple request (DSP0201). Throws HttpError with the CIMError of DSP0200 when the text is not
+/// well-formed, no simple request or of a version that is not supported.
+CimRequest ReadRequest(std::string_view body);
+
+} // namespace demo

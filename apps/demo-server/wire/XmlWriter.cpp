@@ -1,0 +1,134 @@
+#include "wire/XmlWriter.h"
+
+#include <utility>
+
+namespace demo {
+
+namespace {
+
+constexpr std::size_t kPortion = 16 * 1024;
+constexpr std::string_view kReplacementCharacter = "\xEF\xBF\xBD";
+
+unsigned Byte(std::string_view text, std::size_t index) { return static_cast<unsigned char>(text[index]); }
+
+/// The length of the UTF-8 sequence at an index, 0 if there is none that XML 1.0 allows.
+std::size_t SequenceLength(std::string_view text, std::size_t index) {
+    const unsigned first = Byte(text, index);
+    if (first < 0x80)
+        return 1;
+    const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
+    if (first < 0xC2 || first > 0xF4 || index + length > text.size())
+        return 0;
+    unsigned character = first & (0xFFU >> (length + 1));
+    for (std::size_t i = 1; i < length; ++i) {
+        if ((Byte(text, index + i) & 0xC0U) != 0x80)
+            return 0;
+        character = character << 6U | (Byte(text, index + i) & 0x3FU);
+    }
+    const bool isOverlong = (length == 3 && character < 0x800) || (length == 4 && character < 0x10000);
+    const bool isSurrogate = character >= 0xD800 && character < 0xE000;
+    const bool isNoCharacter = character == 0xFFFE || character == 0xFFFF || character > 0x10FFFF;
+    return isOverlong || isSurrogate || isNoCharacter ? 0 : length;
+}
+
+/// How a character of one byte is written where it cannot stand for itself. White space that a reader would normalise
+/// is written as a reference.
+std::string_view Escaped(char c) {
+    switch (c) {
+    case '&':
+        return "&amp;";
+    case '<':
+        return "&lt;";
+    case '>':
+        return "&gt;";
+    case '"':
+        return "&quot;";
+    case '\'':
+        return "&apos;";
+    case '\t':
+        return "&#9;";
+    case '\n':
+        return "&#10;";
+    case '\r':
+        return "&#13;";
+    default:
+        // XML 1.0 has no way to write the other control characters.
+        return static_cast<unsigned char>(c) < ' ' ? kReplacementCharacter : std::string_view();
+    }
+}
+
+} // namespace
+
+XmlWriter::XmlWriter(Output output) : output_(std::move(output)) { buffer_.reserve(2 * kPortion); }
+
+XmlWriter& XmlWriter::Declaration() {
+    buffer_ += "<?xml version=\"1.0\" encoding=\"utf-8\" ?>\n";
+    return *this;
+}
+
+XmlWriter& XmlWriter::Start(std::string_view name) {
+    if (inStartTag_)
+        buffer_ += ">\n";
+    FlushIfLarge();
+    (buffer_ += '<') += name;
+    open_.emplace_back(name);
+    inStartTag_ = true;
+    return *this;
+}
+
+XmlWriter& XmlWriter::Attribute(std::string_view name, std::string_view value) {
+    ((buffer_ += ' ') += name) += "=\"";
+    Escape(value);
+    buffer_ += '"';
+    return *this;
+}
+
+XmlWriter& XmlWriter::Text(std::string_view text) {
+    CloseStartTag();
+    Escape(text);
+    return *this;
+}
+
+XmlWriter& XmlWriter::End() {
+    if (inStartTag_)
+        buffer_ += "/>";
+    else
+        ((buffer_ += "</") += open_.back()) += '>';
+    buffer_ += '\n';
+    inStartTag_ = false;
+    open_.pop_back();
+    return *this;
+}
+
+void XmlWriter::EndTo(std::size_t depth) {
+    while (open_.size() > depth)
+        End();
+}
+
+void XmlWriter::Flush() {
+    if (!buffer_.empty())
+        output_(buffer_);
+    buffer_.clear();
+}
+
+void XmlWriter::CloseStartTag() {
+    if (inStartTag_)
+        buffer_ += '>';
+    inStartTag_ = false;
+}
+
+void XmlWriter::Escape(std::string_view text) {
+    for (std::size_t i = 0; i < text.size();) {
+        const std::size_t length = SequenceLength(text, i);
+        const std::string_view escaped = length == 0 ? kReplacementCharacter : Escaped(text[i]);
+        buffer_ += escaped.empty() ? text.substr(i, length) : escaped;
+        i += length == 0 ? 1 : length;
+    }
+}
+
+void XmlWriter::FlushIfLarge() {
+    if (buffer_.size() >= kPortion)
+        Flush();
+}
+
+} // namespace demo

@@ -1,0 +1,185 @@
+#include "HttpExchange.h"
+
+#include "support/LoopbackAddress.h"
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <stdexcept>
+#include <string_view>
+
+namespace exchange {
+
+namespace {
+
+constexpr int kPort = 5988;
+
+class Socket {
+  public:
+    Socket() : handle_(::socket(AF_INET, SOCK_STREAM, 0)) {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_port = htons(kPort);
+        ::inet_pton(AF_INET, support::LoopbackAddress().c_str(), &address.sin_addr);
+        if (::connect(handle_, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0)
+            throw std::runtime_error("cannot connect");
+        // A server that hangs fails the test instead of hanging it.
+        const timeval limit{30, 0};
+        ::setsockopt(handle_, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof(limit));
+    }
+    ~Socket() { ::close(handle_); }
+    Socket(const Socket&) = delete;
+    Socket& operator=(const Socket&) = delete;
+
+    void Write(std::string_view bytes) const {
+        while (!bytes.empty()) {
+            const auto sent = ::send(handle_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+            if (sent <= 0)
+                return;
+            bytes.remove_prefix(static_cast<std::size_t>(sent));
+        }
+    }
+
+    /// Reads what is there, at least one byte; false at the end.
+    bool ReadSome(std::string& text) const {
+        std::array<char, 65536> buffer{};
+        const auto count = ::recv(handle_, buffer.data(), buffer.size(), 0);
+        if (count > 0)
+            text.append(buffer.data(), static_cast<std::size_t>(count));
+        return count > 0;
+    }
+
+  private:
+    int handle_;
+};
+
+/// What has arrived is not the whole response.
+class Incomplete : public std::runtime_error {
+  public:
+    Incomplete() : std::runtime_error("the server closed in the middle of an answer") {}
+};
+
+std::string TakeLine(std::string_view& text) {
+    const auto end = text.find("\r\n");
+    if (end == std::string_view::npos)
+        throw Incomplete();
+    std::string line(text.substr(0, end));
+    text.remove_prefix(end + 2);
+    return line;
+}
+
+std::string_view TakeBytes(std::string_view& text, std::size_t count) {
+    if (text.size() < count)
+        throw Incomplete();
+    const auto bytes = text.substr(0, count);
+    text.remove_prefix(count);
+    return bytes;
+}
+
+Headers TakeHeaders(std::string_view& text) {
+    Headers headers;
+    for (std::string line = TakeLine(text); !line.empty(); line = TakeLine(text)) {
+        const auto colon = line.find(": ");
+        std::string name = line.substr(0, colon);
+        std::transform(name.begin(), name.end(), name.begin(),
+                       [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+        headers[name] = line.substr(colon + 2);
+    }
+    return headers;
+}
+
+void TakeChunks(std::string_view& text, Response& response) {
+    for (;;) {
+        const auto size = std::stoul(TakeLine(text), nullptr, 16);
+        if (size == 0)
+            break;
+        ++response.chunks;
+        response.body += TakeBytes(text, size);
+        if (!TakeLine(text).empty())
+            throw std::runtime_error("a chunk of another length than it says");
+    }
+    response.trailers = TakeHeaders(text);
+}
+
+Response ParseResponse(std::string_view text) {
+    Response response;
+    response.status = std::stoi(TakeLine(text).substr(std::string_view("HTTP/1.1 ").size()));
+    response.headers = TakeHeaders(text);
+    const auto header = [&](const char* name) {
+        const auto found = response.headers.find(name);
+        return found == response.headers.end() ? std::string() : found->second;
+    };
+    response.isChunked = header("transfer-encoding") == "chunked";
+    if (response.isChunked) {
+        TakeChunks(text, response);
+    } else if (!header("content-length").empty()) {
+        response.body = TakeBytes(text, std::stoul(header("content-length")));
+    }
+    return response;
+}
+
+Response ReadResponse(const Socket& socket) {
+    std::string text;
+    for (;;) {
+        const bool isOpen = socket.ReadSome(text);
+        try {
+            return ParseResponse(text);
+        } catch (const Incomplete&) {
+            if (!isOpen)
+                throw;
+        }
+    }
+}
+
+} // namespace
+
+std::string OperationBody(const std::string& method, const std::string& parameters) {
+    return "<?xml version=\"1.0\" encoding=\"utf-8\" ?>\n<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\">"
+           "<MESSAGE ID=\"7\" PROTOCOLVERSION=\"1.0\"><SIMPLEREQ><IMETHODCALL NAME=\"" +
+           method +
+           "\"><LOCALNAMESPACEPATH><NAMESPACE NAME=\"root\"/><NAMESPACE NAME=\"cimv2\"/></LOCALNAMESPACEPATH>" +
+           parameters + "</IMETHODCALL></SIMPLEREQ></MESSAGE></CIM>";
+}
+
+std::string ClassName(const std::string& name) {
+    return "<IPARAMVALUE NAME=\"ClassName\"><CLASSNAME NAME=\"" + name + "\"/></IPARAMVALUE>";
+}
+
+Headers OperationHeaders(const std::string& method) {
+    return {{"Content-Type", "application/xml; charset=utf-8"},
+            {"CIMOperation", "MethodCall"},
+            {"CIMMethod", method},
+            {"CIMObject", "root%2Fcimv2"}};
+}
+
+std::string Post(const Headers& headers, const std::string& body) {
+    std::string text = "POST /cimom HTTP/1.1\r\nHost: demo\r\n";
+    for (const auto& [name, value] : headers)
+        text += name + ": " + value + "\r\n";
+    if (headers.count("Connection") == 0)
+        text += "Connection: close\r\n";
+    if (headers.count("Transfer-Encoding") == 0)
+        text += "Content-Length: " + std::to_string(body.size()) + "\r\n";
+    return text + "\r\n" + body;
+}
+
+Response Send(const std::string& bytes) { return SendAll({bytes}).front(); }
+
+std::vector<Response> SendAll(const std::vector<std::string>& requests) {
+    const Socket socket;
+    std::vector<Response> responses;
+    for (const auto& request : requests) {
+        socket.Write(request);
+        responses.push_back(ReadResponse(socket));
+    }
+    return responses;
+}
+
+void Abandon(const std::string& bytes) { Socket().Write(bytes); }
+
+} // namespace exchange

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace exchange {
+
+using Headers = std::map<std::string, std::string>;
+
+/// An HTTP response in parts, its chunks put together. Names of headers are in lower case.
+struct Response {
+    int status = 0;
+    Headers headers;
+    std::string body;
+    bool isChunked = false;
+    /// The number of chunks that were not empty.
+    std::size_t chunks = 0;
+    Headers trailers;
+};
+
+/// The body of a request for an intrinsic method; parameters are IPARAMVALUE elements.
+std::string OperationBody(const std::string& method, const std::string& parameters = "");
+
+/// IPARAMVALUE ClassName.
+std::string ClassName(const std::string& name);
+
+/// The headers of a request for a method in root/cimv2.
+Headers OperationHeaders(const std::string& method);
+
+/// A whole POST request to /cimom. It asks the server to close the connection.
+std::string Post(const Headers& headers, const std::string& body);
+
+/// Sends bytes to the HTTP port of this process's address and reads the answer. Throws std::runtime_error when there is
+/// no whole answer.
+Response Send(const std::string& bytes);
+
+/// Sends several requests on one connection, each when the answer before is there.
+std::vector<Response> SendAll(const std::vector<std::string>& requests);
+
+/// Sends bytes and closes the connection without reading.
+void Abandon(const std::string& bytes);
+
+} // namespace exchange

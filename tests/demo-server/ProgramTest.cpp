@@ -1,0 +1,143 @@
+#include "HttpExchange.h"
+
+#include "support/LoopbackAddress.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdlib>
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+using testing::HasSubstr;
+
+/// The program with its output in a pipe. It is stopped at the end of the test at the latest.
+class Program {
+  public:
+    explicit Program(std::vector<std::string> arguments) {
+        arguments.insert(arguments.begin(), DEMO_SERVER_PROGRAM);
+        std::vector<char*> pointers;
+        for (auto& argument : arguments)
+            pointers.push_back(argument.data());
+        pointers.push_back(nullptr);
+        std::array<int, 2> pipe{};
+        EXPECT_EQ(::pipe(pipe.data()), 0);
+        process_ = ::fork();
+        if (process_ == 0) {
+            ::dup2(pipe[1], STDOUT_FILENO);
+            ::dup2(pipe[1], STDERR_FILENO);
+            ::close(pipe[0]);
+            ::close(pipe[1]);
+            ::execv(pointers.front(), pointers.data());
+            ::_exit(127);
+        }
+        ::close(pipe[1]);
+        output_ = pipe[0];
+    }
+    ~Program() {
+        if (process_ > 0) {
+            ::kill(process_, SIGKILL);
+            Wait();
+        }
+        ::close(output_);
+    }
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+
+    /// A line of its output; empty at the end.
+    std::string ReadLine() const {
+        std::string line;
+        for (char c = 0; ::read(output_, &c, 1) == 1 && c != '\n';)
+            line += c;
+        return line;
+    }
+
+    std::string ReadAll() const {
+        std::string text;
+        for (std::string line = ReadLine(); !line.empty(); line = ReadLine())
+            text += line + '\n';
+        return text;
+    }
+
+    void Signal(int signal) const { ::kill(process_, signal); }
+
+    /// Its exit status, or minus the number of the signal that ended it.
+    int Wait() {
+        int status = 0;
+        ::waitpid(process_, &status, 0);
+        process_ = -1;
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+    }
+
+  private:
+    pid_t process_ = -1;
+    int output_ = -1;
+};
+
+std::string Request() {
+    return exchange::Post(exchange::OperationHeaders("EnumerateClassNames"),
+                          exchange::OperationBody("EnumerateClassNames"));
+}
+
+class ProgramOnSignal : public testing::TestWithParam<int> {};
+
+TEST_P(ProgramOnSignal, SaysThatItListensServesAndStopsInPeace) {
+    const std::string address = support::LoopbackAddress();
+    Program program({"--address", address});
+    EXPECT_EQ(program.ReadLine(), "demo-server: http://" + address + ":5988 ready");
+    EXPECT_EQ(program.ReadLine(), "demo-server: https://" + address + ":5989 ready");
+    EXPECT_EQ(exchange::Send(Request()).status, 200);
+    program.Signal(GetParam());
+    EXPECT_EQ(program.Wait(), 0);
+    EXPECT_EQ(program.ReadAll(), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Signals, ProgramOnSignal, testing::Values(SIGTERM, SIGINT));
+
+TEST(Program, EndsWithOneLineWhenAPortIsInUse) {
+    const std::string address = support::LoopbackAddress();
+    Program first({"--address", address});
+    first.ReadLine();
+    first.ReadLine();
+    Program second({"--address", address});
+    EXPECT_EQ(second.ReadAll(), "demo-server: cannot listen on " + address + " port 5988: Address already in use\n");
+    EXPECT_EQ(second.Wait(), 1);
+}
+
+TEST(Program, EndsWithOneLineWhenTheAddressIsNotThisMachines) {
+    Program program({"--address", "192.0.2.1"});
+    EXPECT_THAT(program.ReadAll(), HasSubstr("cannot listen on 192.0.2.1 port 5988"));
+    EXPECT_EQ(program.Wait(), 1);
+}
+
+TEST(Program, TakesThePasswordFromAFile) {
+    const std::string address = support::LoopbackAddress();
+    const std::string file = testing::TempDir() + "demo-server-password-" + address;
+    ASSERT_TRUE(std::ofstream(file) << "b\n");
+    Program program({"--address", address, "--user", "a", "--password-file", file});
+    program.ReadLine();
+    program.ReadLine();
+    EXPECT_EQ(exchange::Send(Request()).status, 401);
+    auto headers = exchange::OperationHeaders("EnumerateClassNames");
+    headers["Authorization"] = "Basic YTpi";
+    EXPECT_EQ(exchange::Send(exchange::Post(headers, exchange::OperationBody("EnumerateClassNames"))).status, 200);
+    ::unlink(file.c_str());
+}
+
+TEST(Program, WantsAPasswordForAUser) {
+    ::unsetenv("DEMO_SERVER_PASSWORD");
+    Program program({"--address", support::LoopbackAddress(), "--user", "a"});
+    EXPECT_THAT(program.ReadAll(), HasSubstr("--user needs --password-file"));
+    EXPECT_EQ(program.Wait(), 1);
+}
+
+} // namespace
