@@ -5,9 +5,13 @@
 #include <Pegasus/Client/CIMClientException.h>
 #include <atomic>
 #include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <future>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -230,6 +234,28 @@ TEST_F(Framing, RefusesWhatIsNotHttp) {
     }
 }
 
+TEST_F(Framing, ReadsTheAnswersOfAProductionServer) {
+    const char* const given = std::getenv("CIMHTTP_CAPTURES");
+    const std::filesystem::path folder(given != nullptr ? given : CIMHTTP_CAPTURES);
+    if (!std::filesystem::is_directory(folder)) {
+        GTEST_SKIP() << "no captured answers in " << folder;
+    }
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        if (entry.path().extension() != ".http") {
+            continue;
+        }
+        std::ifstream file(entry.path(), std::ios::binary);
+        const std::string answer(std::istreambuf_iterator<char>(file), {});
+        const std::string body = bodyOf(answer);
+        const bool refused = answer.find("HTTP/1.1 400") == 0;
+        EXPECT_EQ(status_, refused ? 400U : 200U) << entry.path();
+        EXPECT_THAT(body, refused ? ::testing::Matcher<std::string>("") : ::testing::EndsWith("</CIM>\n"))
+            << entry.path();
+        EXPECT_EQ(trailers_.find("CIMStatusCode") != nullptr, answer.find("\r\nCIMStatusCode: ") != std::string::npos)
+            << entry.path();
+    }
+}
+
 // ---- Answers that break off
 
 TEST_F(Truncation, IsAnErrorWhereverItHappens) {
@@ -440,6 +466,7 @@ TEST_F(TimeOuts, EndTheWaitForASilentServer) {
         }
         peer.WaitForPeerClose();
     }));
+    connection.open(Deadline(kAmple));
     const std::string message = MessageOf<ConnectionTimeoutException>([&] { exchange(connection, kShort); });
     EXPECT_EQ(message, support::LoopbackAddress() + ":5988: no complete answer came within 200 ms");
     EXPECT_EQ(exchange(connection), "awake");
