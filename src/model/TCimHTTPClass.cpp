@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <utility>
 
 #include "convert/RemoteText.h"
 #include "convert/RemoteTypes.h"

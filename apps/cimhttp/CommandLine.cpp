@@ -1,0 +1,143 @@
+#include "CommandLine.h"
+
+#include <CLI/CLI.hpp>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <map>
+
+#include "Failure.h"
+
+namespace cimhttp {
+
+namespace {
+
+using NQORVYX20::ILogger;
+
+constexpr std::size_t kWidthWithoutTerminal = 120;
+constexpr const char* kPluginFile = "libcimhttp.nsp.so";
+
+/// The plug-in that was built or installed with this program, or the name for the loader to search.
+std::string DefaultPlugin() {
+    std::error_code error;
+    const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
+    const auto beside = program.parent_path().parent_path() / "lib" / kPluginFile;
+    return !error && std::filesystem::exists(beside, error) ? beside.string() : kPluginFile;
+}
+
+std::size_t OutputWidth() {
+    winsize size{};
+    if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) {
+        return size.ws_col;
+    }
+    const char* const columns = std::getenv("COLUMNS");
+    const unsigned long given = columns == nullptr ? 0 : std::strtoul(columns, nullptr, 10);
+    return given > 0 ? given : kWidthWithoutTerminal;
+}
+
+std::string ReadPasswordFile(const std::string& path) {
+    std::ifstream file(path);
+    std::string password;
+    if (!std::getline(file, password)) {
+        throw Failure(Failure::kUsage, "the password file " + path + " cannot be read or is empty");
+    }
+    if (!password.empty() && password.back() == '\r') {
+        password.pop_back();
+    }
+    return password;
+}
+
+std::string FindPassword(const std::string& password_file) {
+    if (!password_file.empty()) {
+        return ReadPasswordFile(password_file);
+    }
+    const char* const variable = std::getenv("CIMHTTP_PASSWORD");
+    if (variable == nullptr) {
+        throw Failure(Failure::kUsage,
+                      "--user needs a password: give --password-file FILE or set the variable CIMHTTP_PASSWORD");
+    }
+    return variable;
+}
+
+void CheckHost(const std::string& host) {
+    const auto colon = host.find(':');
+    if (colon != std::string::npos && host.find(':', colon + 1) == std::string::npos) {
+        throw Failure(Failure::kUsage,
+                      "--host takes no port ('" + host + "'): CIM servers listen on 5988, and with --tls on 5989");
+    }
+}
+
+/// CLI11's texts can have several lines; a failure has one.
+std::string FirstLine(const std::string& text) { return text.substr(0, text.find('\n')); }
+
+struct Parser {
+    Options options;
+    std::string password_file;
+    CLI::App app{"Reads classes and instances of a remote CIM server through the cimhttp plug-in.", "cimhttp"};
+
+    Parser() {
+        options.plugin = DefaultPlugin();
+        options.width = OutputWidth();
+        app.require_subcommand(1);
+        app.fallthrough();
+        AddConnectionOptions();
+        AddCommands();
+    }
+
+    void AddConnectionOptions() {
+        static const std::map<std::string, ILogger::EVYXLogSeverity> kLevels{{"error", ILogger::eLogError},
+                                                                             {"warning", ILogger::eLogWarning},
+                                                                             {"info", ILogger::eLogInfo},
+                                                                             {"debug", ILogger::eLogDebug}};
+        app.add_option("--host", options.host, "The server's name or address")->capture_default_str();
+        app.add_flag("--tls", options.tls,
+                     "Use HTTPS on port 5989 instead of HTTP on 5988; the server is not verified");
+        app.add_option("--user", options.user, "The user to log in as");
+        app.add_option("--password-file", password_file,
+                       "A file whose first line is the password; without it the variable CIMHTTP_PASSWORD counts");
+        app.add_option("--plugin", options.plugin, "The plug-in to load")->capture_default_str();
+        app.add_option_function<ILogger::EVYXLogSeverity>(
+               "--log", [this](const ILogger::EVYXLogSeverity& level) { options.log_level = level; },
+               "Write the log to the error stream: error, warning, info or debug")
+            ->transform(CLI::CheckedTransformer(kLevels, CLI::ignore_case).description(""))
+            ->type_name("LEVEL");
+    }
+
+    CLI::App* AddCommand(const char* name, const char* description, Options::Command command) {
+        return app.add_subcommand(name, description)->callback([this, command] { options.command = command; });
+    }
+
+    void AddCommands() {
+        AddCommand("classes", "List the names of the server's classes", Options::Command::kClasses)
+            ->add_option("PATTERN", options.name, "Only names that match, such as 'CIM_*Port'; case does not matter");
+        AddCommand("class", "Show a class as MOF", Options::Command::kClass)
+            ->add_option("NAME", options.name, "The class")
+            ->required();
+        auto* const instances = AddCommand("instances", "Show the instances of a class", Options::Command::kInstances);
+        instances->add_option("NAME", options.name, "The class")->required();
+        instances->add_flag("--deep", options.deep, "Include the instances of subclasses");
+    }
+};
+
+} // namespace
+
+ParsedCommandLine ParseCommandLine(int argc, const char* const* argv) {
+    Parser parser;
+    try {
+        parser.app.parse(argc, argv);
+    } catch (const CLI::CallForHelp&) {
+        return {parser.options, parser.app.help()};
+    } catch (const CLI::ParseError& error) {
+        throw Failure(Failure::kUsage, FirstLine(error.what()) + " (see cimhttp --help)");
+    }
+    CheckHost(parser.options.host);
+    if (!parser.options.user.empty()) {
+        parser.options.password = FindPassword(parser.password_file);
+    }
+    return {parser.options, std::string()};
+}
+
+} // namespace cimhttp

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <boost/shared_ptr.hpp>
+
+#include <string>
+#include <vector>
+
+#include "FailureLog.h"
+#include "Options.h"
+#include "Plugin.h"
+
+namespace NQORVYX20 {
+class ICIMClass;
+class ICIMInstance;
+} // namespace NQORVYX20
+
+namespace cimhttp {
+
+/// A connected namespace. What the plug-in reports by an empty result and a line in the log becomes a Failure here that
+/// names the server, the thing asked for and the reason.
+class Session {
+  public:
+    /// Loads the plug-in and connects. Throws Failure(kConnection) when that fails. `log` is the logger in force and
+    /// must live longer than the session.
+    Session(const Options& options, FailureLog& log);
+
+    /// The names of all classes, in the server's order.
+    std::vector<std::string> ClassNames();
+
+    /// A class by name.
+    boost::shared_ptr<NQORVYX20::ICIMClass> Class(const std::string& name);
+
+    /// The instances of a class, in the order of their paths.
+    std::vector<boost::shared_ptr<NQORVYX20::ICIMInstance>> Instances(NQORVYX20::ICIMClass& cls, bool deep);
+
+  private:
+    FailureLog& log_;
+    Plugin plugin_;
+    std::string server_;
+    boost::shared_ptr<NQORVYX20::ICIMNamespace> namespace_;
+};
+
+} // namespace cimhttp

@@ -1,0 +1,250 @@
+#include "PluginTest.h"
+
+using namespace NQORVYX20;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+class ClassFeaturesTest : public PluginTest {
+  protected:
+    ClassFeaturesTest() {
+        for (const char* name : {"Association", "Abstract", "Override"}) {
+            ServeQualifier(name, "boolean");
+        }
+        ServeClass("TEST_Disk", "", PropertyXml("Size", "uint32"));
+        fNamespace = ConnectedNamespace();
+        fDisk = FetchClass(*fNamespace, "TEST_Disk");
+        fLog->Forget();
+    }
+
+    boost::shared_ptr<TCimHTTPClass> Fetch(const std::string& name, const std::string& content) {
+        ServeClass(name, "", content);
+        auto cls = FetchClass(*fNamespace, name);
+        fLog->Forget();
+        return cls;
+    }
+
+    static boost::shared_ptr<ICIMPropertyDecl> Property(TCimHTTPClass& cls, const std::string& name,
+                                                        ECIMType type = ECIMType::eCIMString) {
+        return cls.AllocatePropertyDecl(name, TCIMValue(TCIMValue::TCIMType(type), 0), TCIMContext());
+    }
+
+    boost::shared_ptr<ICIMPropertyDecl> OverridingProperty(TCimHTTPClass& cls, const std::string& name,
+                                                           ECIMType type = ECIMType::eCIMString) {
+        auto property = Property(cls, name, type);
+        const auto declaration =
+            fNamespace->AllocateQualifierDecl("Override", TCIMValue(""), ICIMQualifierDecl::eScopeProperty,
+                                              ICIMQualifierDecl::eFlavorNone, TCIMContext());
+        property->AddQualifier(property->AllocateQualifier(declaration, TCIMValue(name), TCIMContext()), TCIMContext());
+        return property;
+    }
+
+    /// Gives the root class, the base of every class, a property.
+    boost::shared_ptr<ICIMPropertyDecl> AddToRoot(const std::string& name, ECIMType type) {
+        auto property = Property(*fNamespace->GetRootClass(), name, type);
+        property->AddToClass(TCIMContext());
+        return property;
+    }
+
+    std::vector<std::string> KeyNames(const TCimHTTPClass& cls) {
+        std::vector<std::string> names;
+        cls.EnumerateKeyNames(
+            [&](const std::string* name) {
+                names.push_back(*name);
+                return true;
+            },
+            TCIMContext());
+        return names;
+    }
+
+    boost::shared_ptr<TCimHTTPNamespace> fNamespace;
+    boost::shared_ptr<TCimHTTPClass> fDisk;
+};
+
+} // namespace
+
+// --- Adding properties -------------------------------------------------------------------------------------------
+
+TEST_F(ClassFeaturesTest, AnAddedPropertyIsFoundByNormalisedName) {
+    const auto label = Property(*fDisk, "Label");
+    fDisk->AddPropertyDecl(label);
+    EXPECT_EQ(fDisk->GetPropertyDecl("LABEL", TCIMContext()), label);
+}
+
+TEST_F(ClassFeaturesTest, AnAbsentPropertyOrMethodIsEmpty) {
+    EXPECT_FALSE(fDisk->GetPropertyDecl("Label", TCIMContext()));
+    EXPECT_FALSE(fDisk->GetMethodDecl("Format", TCIMContext()));
+}
+
+TEST_F(ClassFeaturesTest, AReferenceIsRefusedByAClassThatIsNoAssociation) {
+    const std::string attempt = "TCimHTTP: Attempt to add reference property System to non-association class ";
+    for (const auto& cls : {fDisk, Fetch("TEST_False", QualifierXml("Association", "boolean", "FALSE")),
+                            Fetch("TEST_Null", QualifierXml("Association", "boolean", ""))}) {
+        EXPECT_EQ(StatusOf([&] { cls->AddPropertyDecl(Property(*cls, "System", ECIMType::eCIMReference)); }), 14U);
+        EXPECT_THAT(fLog->Errors(), ElementsAre(attempt + cls->GetName(TCIMContext())));
+        EXPECT_FALSE(cls->GetPropertyDecl("System", TCIMContext()));
+        fLog->Forget();
+    }
+}
+
+TEST_F(ClassFeaturesTest, AReferenceIsAcceptedByAnAssociation) {
+    const auto link = Fetch("TEST_Link", QualifierXml("Association", "boolean", "TRUE"));
+    link->AddPropertyDecl(Property(*link, "System", ECIMType::eCIMReference));
+    EXPECT_TRUE(link->GetPropertyDecl("System", TCIMContext()));
+}
+
+TEST_F(ClassFeaturesTest, AnOverrideWithoutABasePropertyIsRefused) {
+    EXPECT_EQ(StatusOf([&] { fDisk->AddPropertyDecl(OverridingProperty(*fDisk, "Label")); }), 15U);
+    EXPECT_THAT(fLog->Errors(), ElementsAre("TCimHTTP: Attempt to override property Label in class TEST_Disk: property "
+                                            "doesn't exist in base class"));
+    EXPECT_FALSE(fDisk->GetPropertyDecl("Label", TCIMContext()));
+}
+
+TEST_F(ClassFeaturesTest, AnOverrideOfAnotherTypeIsRefused) {
+    AddToRoot("Label", ECIMType::eCIMUint16);
+    EXPECT_EQ(StatusOf([&] { fDisk->AddPropertyDecl(OverridingProperty(*fDisk, "label")); }), 14U);
+    EXPECT_THAT(fLog->Errors(),
+                ElementsAre("TCimHTTP: Attempt to override property label in class TEST_Disk: different types"));
+}
+
+TEST_F(ClassFeaturesTest, AnOverrideOfAPropertyOfTheSameClassIsRefused) {
+    fNamespace->GetRootClass()->AddPropertyDecl(Property(*fDisk, "Label"));
+    EXPECT_EQ(StatusOf([&] { fDisk->AddPropertyDecl(OverridingProperty(*fDisk, "Label")); }), 14U);
+    EXPECT_THAT(fLog->Errors(), ElementsAre("TCimHTTP: Attempt to override property Label in class TEST_Disk: original "
+                                            "was defined in this class"));
+}
+
+TEST_F(ClassFeaturesTest, AnOverrideOfABasePropertyIsAccepted) {
+    AddToRoot("Label", ECIMType::eCIMString);
+    const auto label = OverridingProperty(*fDisk, "Label");
+    fDisk->AddPropertyDecl(label);
+    EXPECT_EQ(fDisk->GetPropertyDecl("Label", TCIMContext()), label);
+}
+
+TEST_F(ClassFeaturesTest, AnOverrideCheckThatFailsSaysWhy) {
+    const auto root = fNamespace->GetRootClass(); // it has no superclass to look into
+    EXPECT_EQ(StatusOf([&] { root->AddPropertyDecl(OverridingProperty(*root, "Label")); }), 14U);
+    EXPECT_THAT(fLog->Errors(), ElementsAre("TCimHTTP: Attempt define property Label in class <root>failed. Reason = "
+                                            "tr1::bad_weak_ptr"));
+}
+
+TEST_F(ClassFeaturesTest, ATakenNameIsRefused) {
+    const auto first = fDisk->GetPropertyDecl("Size", TCIMContext());
+    EXPECT_EQ(StatusOf([&] { fDisk->AddPropertyDecl(Property(*fDisk, "SIZE")); }), 16U);
+    EXPECT_THAT(fLog->Errors(),
+                ElementsAre("TCimHTTP: Attempt to add property SIZE to class TEST_Disk: already exists"));
+    EXPECT_EQ(fDisk->GetPropertyDecl("Size", TCIMContext()), first);
+}
+
+TEST_F(ClassFeaturesTest, APortTypePropertyReplacesTheOneBefore) {
+    fDisk->AddPropertyDecl(Property(*fDisk, "OtherPortTypeInfo"));
+    const auto second = Property(*fDisk, "OtherPortTypeInfo", ECIMType::eCIMUint16);
+    fDisk->AddPropertyDecl(second);
+    EXPECT_EQ(fDisk->GetPropertyDecl("OtherPortTypeInfo", TCIMContext()), second);
+    EXPECT_THAT(fLog->Errors(), IsEmpty());
+}
+
+TEST_F(ClassFeaturesTest, PropertyDeclsAreEnumeratedByNormalisedNameUntilTheCallbackStops) {
+    for (const char* name : {"zone", "Alpha", "beta"}) {
+        fDisk->AddPropertyDecl(Property(*fDisk, name));
+    }
+    EXPECT_THAT(VisitedNames([&](const auto& v) { fDisk->EnumeratePropertyDecls(v, TCIMContext()); }),
+                ElementsAre("Alpha", "beta", "Size", "zone"));
+    int calls = 0;
+    fDisk->EnumeratePropertyDecls(
+        [&](const auto&) {
+            ++calls;
+            return false;
+        },
+        TCIMContext());
+    EXPECT_EQ(calls, 1);
+}
+
+TEST_F(ClassFeaturesTest, MethodDeclsAreEnumeratedByNormalisedName) {
+    const auto robot =
+        Fetch("TEST_Robot", "<METHOD NAME=\"stop\" TYPE=\"uint32\"/><METHOD NAME=\"Go\" TYPE=\"uint32\"/>");
+    EXPECT_THAT(VisitedNames([&](const auto& v) { robot->EnumerateMethodDecls(v, TCIMContext()); }),
+                ElementsAre("Go", "stop"));
+}
+
+TEST_F(ClassFeaturesTest, AllocatedDeclarationsAreNotAdded) {
+    Property(*fDisk, "Label");
+    fDisk->AllocateMethodDecl("Format", TCIMValue::TCIMType(ECIMType::eCIMUint32), TCIMContext());
+    EXPECT_FALSE(fDisk->GetPropertyDecl("Label", TCIMContext()));
+    EXPECT_FALSE(fDisk->GetMethodDecl("Format", TCIMContext()));
+}
+
+// --- Questions answered from qualifiers --------------------------------------------------------------------------
+
+TEST_F(ClassFeaturesTest, AnAssociationIsWhatItsQualifierSays) {
+    EXPECT_FALSE(fDisk->IsAssociation(TCIMContext()));
+    EXPECT_TRUE(Fetch("TEST_Link", QualifierXml("Association", "boolean", "TRUE"))->IsAssociation(TCIMContext()));
+    EXPECT_FALSE(Fetch("TEST_False", QualifierXml("Association", "boolean", "FALSE"))->IsAssociation(TCIMContext()));
+    EXPECT_FALSE(Fetch("TEST_Null", QualifierXml("Association", "boolean", ""))->IsAssociation(TCIMContext()));
+}
+
+TEST_F(ClassFeaturesTest, AnAbstractClassIsWhatItsQualifierSays) {
+    EXPECT_FALSE(fDisk->IsAbstract(TCIMContext()));
+    EXPECT_TRUE(Fetch("TEST_Base", QualifierXml("Abstract", "boolean", "TRUE"))->IsAbstract(TCIMContext()));
+    EXPECT_FALSE(Fetch("TEST_False", QualifierXml("Abstract", "boolean", "FALSE"))->IsAbstract(TCIMContext()));
+}
+
+TEST_F(ClassFeaturesTest, AClassWithoutKeysHasNoKeyNames) { EXPECT_THAT(KeyNames(*fDisk), IsEmpty()); }
+
+TEST_F(ClassFeaturesTest, KeyNamesComeByNormalisedNameUntilTheCallbackStops) {
+    const auto cls = Fetch("TEST_Keys", PropertyXml("System", "string", KeyXml()) +
+                                            PropertyXml("Name", "string", KeyXml()) + PropertyXml("Free", "string"));
+    EXPECT_THAT(KeyNames(*cls), ElementsAre("Name", "System"));
+    int calls = 0;
+    cls->EnumerateKeyNames(
+        [&](const std::string*) {
+            ++calls;
+            return false;
+        },
+        TCIMContext());
+    EXPECT_EQ(calls, 1);
+}
+
+TEST_F(ClassFeaturesTest, AFalseOrNullKeyQualifierMakesNoKey) {
+    const auto cls = Fetch("TEST_Keys", PropertyXml("A", "string", QualifierXml("Key", "boolean", "FALSE")) +
+                                            PropertyXml("B", "string", QualifierXml("Key", "boolean", "")));
+    const auto declaration = fNamespace->GetQualifierDecl("Key", TCIMContext());
+    const auto property = Property(*cls, "C");
+    property->AddQualifier(property->AllocateQualifier(declaration, TCIMValue(), TCIMContext()), TCIMContext());
+    property->AddToClass(TCIMContext());
+    EXPECT_THAT(KeyNames(*cls), IsEmpty());
+}
+
+TEST_F(ClassFeaturesTest, WhatIsThrownDuringTheWalkOverTheKeysLeavesAsTheModelsException) {
+    const auto cls = Fetch("TEST_Keys", PropertyXml("Name", "string", KeyXml()));
+    const auto walk = [&](const boost::function<bool(const std::string*)>& callback) {
+        return StatusOf([&] { cls->EnumerateKeyNames(callback, TCIMContext()); });
+    };
+    EXPECT_EQ(walk([](const std::string*) -> bool { throw std::runtime_error("oops"); }), 14U);
+    EXPECT_EQ(walk([](const std::string*) -> bool { throw TVYXException(31); }), 31U);
+}
+
+// --- Static properties and methods -------------------------------------------------------------------------------
+
+TEST_F(ClassFeaturesTest, ThereAreNoStaticProperties) {
+    EXPECT_EQ(StatusOf([&] { fDisk->GetProperty("Size", TCIMContext()); }), 15U);
+    fDisk->EnumerateStaticProperties(
+        [](const auto&) {
+            ADD_FAILURE() << "called back";
+            return true;
+        },
+        TCIMContext());
+}
+
+TEST_F(ClassFeaturesTest, SetPropertyValueIsRefused) {
+    EXPECT_EQ(StatusOf([&] { fDisk->SetPropertyValue("Size", TCIMValue(1U), TCIMContext()); }), 31U);
+}
+
+TEST_F(ClassFeaturesTest, InvokeMethodReturnsAnEmptyValueAndAsksNobody) {
+    fServer.ForgetCalls();
+    TCIMContext parameters{{"Quick", TCIMValue(true)}};
+    EXPECT_EQ(fDisk->InvokeMethod("Format", parameters, TCIMContext()), TCIMValue());
+    EXPECT_EQ(parameters.size(), 1U);
+    EXPECT_THAT(fServer.Calls(), IsEmpty());
+}

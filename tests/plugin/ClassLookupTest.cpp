@@ -1,0 +1,287 @@
+#include "PluginTest.h"
+
+using namespace NQORVYX20;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+namespace {
+
+using ClassLookupTest = PluginTest;
+
+TCIMValue QualifierValue(const ICIMClass& cls, const std::string& name) {
+    const auto qualifier = cls.GetQualifier(name, TCIMContext());
+    return qualifier ? qualifier->GetValue(TCIMContext()) : TCIMValue();
+}
+
+} // namespace
+
+// --- Names -------------------------------------------------------------------------------------------------------
+
+TEST_F(ClassLookupTest, NormalizeNameLowersTheCase) {
+    EXPECT_EQ(TCimHTTPNamespace::NormalizeName("CIM_System2"), "cim_system2");
+    EXPECT_EQ(TCimHTTPNamespace::NormalizeName("_X1"), "_x1");
+}
+
+TEST_F(ClassLookupTest, NormalizeNameAcceptsTheEmptyName) { EXPECT_EQ(TCimHTTPNamespace::NormalizeName(""), ""); }
+
+TEST_F(ClassLookupTest, NormalizeNameRefusesWhatIsNoName) {
+    for (const std::string name : {"2abc", "a b", "a.b", "<root>", "-",
+                                   "Stra\xc3\x9f"
+                                   "e"}) {
+        fLog->Forget();
+        EXPECT_EQ(StatusOf([&] { TCimHTTPNamespace::NormalizeName(name); }), 25U) << name;
+        EXPECT_THAT(fLog->Errors(), ElementsAre("CimHTTP: CIM name '" + name + "' is invalid"));
+    }
+}
+
+TEST_F(ClassLookupTest, AnInvalidNameLeavesGetClassAsAnException) {
+    const auto nameSpace = ConnectedNamespace();
+    EXPECT_EQ(StatusOf([&] { nameSpace->GetClass("2abc", TCIMContext()); }), 25U);
+    EXPECT_THAT(fLog->Errors(), ElementsAre("CimHTTP: CIM name '2abc' is invalid"));
+    EXPECT_THAT(fServer.Calls(), IsEmpty());
+}
+
+// --- The root class ----------------------------------------------------------------------------------------------
+
+TEST_F(ClassLookupTest, TheEmptyNameAndRootMeanTheRootClass) {
+    const auto nameSpace = ConnectedNamespace();
+    EXPECT_EQ(nameSpace->GetClass("", TCIMContext()), nameSpace->GetRootClass());
+    EXPECT_EQ(nameSpace->GetClass("<root>", TCIMContext()), nameSpace->GetRootClass());
+    EXPECT_EQ(nameSpace->GetRootClass()->GetName(TCIMContext()), "<root>");
+    EXPECT_THAT(fLog->Debug(), ElementsAre("TCimHTTPNamespace::GetClass  : return <root>",
+                                           "TCimHTTPNamespace::GetClass <root> : return <root>"));
+    EXPECT_THAT(fServer.Calls(), IsEmpty());
+}
+
+TEST_F(ClassLookupTest, WithoutAConnectionNothingIsFoundNotEvenTheRootClass) {
+    const auto nameSpace = MakeNamespace();
+    EXPECT_FALSE(nameSpace->GetClass("", TCIMContext()));
+    EXPECT_FALSE(nameSpace->GetClass("TEST_Disk", TCIMContext()));
+    EXPECT_FALSE(nameSpace->GetClass("2abc", TCIMContext()));
+    EXPECT_THAT(fLog->Debug(), IsEmpty());
+    EXPECT_THAT(fLog->Errors(), IsEmpty());
+}
+
+// --- Fetching ----------------------------------------------------------------------------------------------------
+
+TEST_F(ClassLookupTest, AMissCostsTwoRequestsForTheDefinition) {
+    ServeClass("TEST_Disk", "", "");
+    const auto nameSpace = ConnectedNamespace();
+    ASSERT_TRUE(nameSpace->GetClass("TEST_Disk", TCIMContext()));
+    const auto calls = fServer.Calls();
+    ASSERT_EQ(calls.size(), 2U);
+    for (const auto& call : calls) {
+        EXPECT_EQ(call.method, "GetClass");
+        EXPECT_EQ(call.name_space, "root/cimv2");
+        EXPECT_EQ(call.parameters.at("ClassName"), "TEST_Disk");
+        EXPECT_THAT(call.parameters.at("LocalOnly"), testing::StrCaseEq("false"));
+        EXPECT_THAT(call.parameters.at("IncludeQualifiers"), testing::StrCaseEq("true"));
+        EXPECT_EQ(call.parameters.count("PropertyList"), 0U);
+    }
+    EXPECT_THAT(calls[0].parameters.at("IncludeClassOrigin"), testing::StrCaseEq("true"));
+    EXPECT_THAT(calls[1].parameters.at("IncludeClassOrigin"), testing::StrCaseEq("false"));
+}
+
+TEST_F(ClassLookupTest, GetClassServesTheSecondLookupFromTheCache) {
+    ServeClass("TEST_Disk", "", "");
+    const auto nameSpace = ConnectedNamespace();
+    const auto first = nameSpace->GetClass("TEST_Disk", TCIMContext());
+    fServer.ForgetCalls();
+    fLog->Forget();
+    EXPECT_EQ(nameSpace->GetClass("test_DISK", TCIMContext()), first);
+    EXPECT_THAT(fServer.Calls(), IsEmpty());
+    EXPECT_THAT(fLog->Debug(), ElementsAre("TCimHTTPNamespace::GetClass from Pegasus for: test_disk",
+                                           "TCimHTTPNamespace::GetClass test_disk Found in TCimHTTPNamespace"));
+}
+
+TEST_F(ClassLookupTest, AFirstLookupLogsItsSteps) {
+    ServeClass("TEST_Disk", "", "");
+    const auto nameSpace = ConnectedNamespace();
+    nameSpace->GetClass("TEST_Disk", TCIMContext());
+    EXPECT_THAT(fLog->Debug(),
+                ElementsAre("TCimHTTPNamespace::GetClass from Pegasus for: test_disk",
+                            "TCimHTTPNamespace::GetClass  : return <root>",
+                            "TCimHTTPNamespace::GetClass test_disk Now it is Found in TCimHTTPNamespace"));
+    EXPECT_THAT(fLog->Errors(), IsEmpty());
+}
+
+TEST_F(ClassLookupTest, TheServerIsAskedForTheNameAsTheCallerWroteIt) {
+    ServeClass("TEST_Disk", "", "");
+    ConnectedNamespace()->GetClass("test_DISK", TCIMContext());
+    EXPECT_EQ(fServer.Calls().at(0).parameters.at("ClassName"), "test_DISK");
+    EXPECT_EQ(fServer.Calls().at(1).parameters.at("ClassName"), "TEST_Disk");
+}
+
+TEST_F(ClassLookupTest, SuperclassesAreFetchedFirstAndOnce) {
+    ServeClass("TEST_Base", "", "");
+    ServeClass("TEST_Disk", "TEST_Base", "");
+    ServeClass("TEST_Tape", "TEST_Base", "");
+    const auto nameSpace = ConnectedNamespace();
+    nameSpace->GetClass("TEST_Disk", TCIMContext());
+    nameSpace->GetClass("TEST_Tape", TCIMContext());
+    std::vector<std::string> asked;
+    for (const auto& call : fServer.Calls()) {
+        asked.push_back(call.parameters.at("ClassName"));
+    }
+    EXPECT_THAT(asked, ElementsAre("TEST_Disk", "TEST_Base", "TEST_Base", "TEST_Disk", "TEST_Tape", "TEST_Tape"));
+}
+
+TEST_F(ClassLookupTest, AFetchedClassCarriesThePluginsQualifiers) {
+    ServeClass("TEST_Disk", "", "");
+    const auto disk = FetchClass(*ConnectedNamespace(), "TEST_Disk");
+    EXPECT_EQ(QualifierValue(*disk, "PLUGINNAME"), TCIMValue("test plug-in"));
+    EXPECT_EQ(QualifierValue(*disk, "PLUGINVERSION"), TCIMValue("1.0"));
+}
+
+TEST_F(ClassLookupTest, AnUnknownClassIsEmptyAndLogsTheServersWord) {
+    fServer.Fail("GetClass", "TEST_None", 6, "TEST_None");
+    const auto nameSpace = ConnectedNamespace();
+    EXPECT_FALSE(nameSpace->GetClass("TEST_None", TCIMContext()));
+    EXPECT_THAT(fLog->Debug(), ElementsAre("TCimHTTPNamespace::GetClass from Pegasus for: test_none",
+                                           "TCimHTTPNamespace::GetClass from Pegasus for: TEST_Nonereturned exception: "
+                                           "CIM_ERR_NOT_FOUND: TEST_None"));
+}
+
+TEST_F(ClassLookupTest, AnUnknownClassIsAskedForAgain) {
+    const auto nameSpace = ConnectedNamespace();
+    nameSpace->GetClass("TEST_None", TCIMContext());
+    nameSpace->GetClass("TEST_None", TCIMContext());
+    EXPECT_EQ(CountCalls("GetClass", "TEST_None"), 2U);
+}
+
+TEST_F(ClassLookupTest, AClassWithAnUnknownSuperclassIsBuiltWithoutIt) {
+    ServeClass("TEST_Orphan", "TEST_None", PropertyXml("Size", "uint32"));
+    const auto nameSpace = ConnectedNamespace();
+    const auto orphan = FetchClass(*nameSpace, "TEST_Orphan");
+    EXPECT_TRUE(orphan->GetPropertyDecl("Size", TCIMContext()));
+    EXPECT_EQ(orphan->GetSuperClass(TCIMContext()), nameSpace->GetRootClass());
+}
+
+TEST_F(ClassLookupTest, AClassWhoseSuperclassHasAnInvalidNameIsNotBuilt) {
+    ServeClass("TEST_Odd",
+               "Stra\xc3\x9f"
+               "e",
+               "");
+    EXPECT_FALSE(ConnectedNamespace()->GetClass("TEST_Odd", TCIMContext()));
+}
+
+TEST_F(ClassLookupTest, ACycleOfSuperclassesEnds) {
+    ServeClass("TEST_A", "TEST_B", "");
+    ServeClass("TEST_B", "TEST_A", "");
+    const auto nameSpace = ConnectedNamespace();
+    nameSpace->GetClass("TEST_A", TCIMContext());
+    EXPECT_THAT(fLog->Errors(), Contains("TCimHTTPNamespace::GetClass test_a: the server's class hierarchy has a cycle "
+                                         "or is too deep"));
+}
+
+TEST_F(ClassLookupTest, AClassThatComesUnderAnotherNameIsReportedAsWrong) {
+    fServer.Answer("GetClass", "TEST_Alias", ClassXml("TEST_Disk", "", ""));
+    ServeClass("TEST_Disk", "", "");
+    const auto nameSpace = ConnectedNamespace();
+    EXPECT_FALSE(nameSpace->GetClass("TEST_Alias", TCIMContext()));
+    EXPECT_THAT(fLog->Errors(), ElementsAre("TCimHTTPNamespace::GetClass test_alias Not Found - Something Wrong"));
+}
+
+TEST_F(ClassLookupTest, ADefinitionThatCannotBeBuiltIsNotCached) {
+    ServeClass("TEST_Disk", "", QualifierXml("NoSuchQualifier", "string", "x"));
+    const auto nameSpace = ConnectedNamespace();
+    EXPECT_FALSE(nameSpace->GetClass("TEST_Disk", TCIMContext()));
+    ServeClass("TEST_Disk", "", "");
+    EXPECT_TRUE(nameSpace->GetClass("TEST_Disk", TCIMContext()));
+}
+
+TEST_F(ClassLookupTest, DisconnectHidesTheCacheAndReconnectShowsItAgain) {
+    ServeClass("TEST_Disk", "", "");
+    const auto nameSpace = ConnectedNamespace();
+    const auto disk = nameSpace->GetClass("TEST_Disk", TCIMContext());
+    nameSpace->disconnect();
+    EXPECT_FALSE(nameSpace->GetClass("TEST_Disk", TCIMContext()));
+    nameSpace->connect(fServer.Address(), "", "", 5988);
+    EXPECT_EQ(nameSpace->GetClass("TEST_Disk", TCIMContext()), disk);
+    EXPECT_EQ(CountCalls("GetClass"), 2U);
+}
+
+TEST_F(ClassLookupTest, AnAnswerThatIsNotXmlIsAnEmptyResultAndTheNextLookupWorks) {
+    ServeClass("TEST_Disk", "", "");
+    const auto nameSpace = ConnectedNamespace();
+    fServer.AnswerNextWith("HTTP/1.1 200 OK\r\nContent-Type: application/xml\r\nCIMOperation: MethodResponse\r\n"
+                           "Content-Length: 5\r\n\r\nhello");
+    EXPECT_FALSE(nameSpace->GetClass("TEST_Disk", TCIMContext()));
+    EXPECT_THAT(fLog->Debug(),
+                Contains(StartsWith("TCimHTTPNamespace::GetClass from Pegasus for: TEST_Diskreturned exception: ")));
+    EXPECT_TRUE(nameSpace->GetClass("TEST_Disk", TCIMContext()));
+}
+
+TEST_F(ClassLookupTest, AServerThatClosesInTheMiddleOfAnAnswerIsAnEmptyResult) {
+    ServeClass("TEST_Disk", "", "");
+    const auto nameSpace = ConnectedNamespace();
+    fServer.AnswerNextWith("HTTP/1.1 200 OK\r\nContent-Type: application/xml\r\nCIMOperation: MethodResponse\r\n"
+                           "Content-Length: 5000\r\n\r\n<?xml version=\"1.0\"?><CIM CIMVERSION=\"2.0\"");
+    EXPECT_FALSE(nameSpace->GetClass("TEST_Disk", TCIMContext()));
+    EXPECT_TRUE(nameSpace->GetClass("TEST_Disk", TCIMContext()));
+}
+
+// --- The cache ---------------------------------------------------------------------------------------------------
+
+TEST_F(ClassLookupTest, AllocateClassDoesNotEnterTheCache) {
+    ServeClass("TEST_Disk", "", "");
+    const auto nameSpace = ConnectedNamespace();
+    const auto allocated = nameSpace->AllocateClass("TEST_Disk", nullptr, TCIMContext());
+    EXPECT_NE(nameSpace->GetClass("TEST_Disk", TCIMContext()), allocated);
+}
+
+TEST_F(ClassLookupTest, ASecondClassOfANameIsRefused) {
+    ServeClass("TEST_Disk", "", "");
+    const auto nameSpace = ConnectedNamespace();
+    const auto disk = nameSpace->GetClass("TEST_Disk", TCIMContext());
+    const auto second = nameSpace->AllocateClass("TEST_Disk", nullptr, TCIMContext());
+    fLog->Forget();
+    EXPECT_EQ(StatusOf([&] { second->AddToNamespace(TCIMContext()); }), 16U);
+    EXPECT_THAT(fLog->Debug(), ElementsAre("TCimHTTPNamespace: class TEST_Disk already defined"));
+    EXPECT_EQ(nameSpace->GetClass("TEST_Disk", TCIMContext()), disk);
+}
+
+TEST_F(ClassLookupTest, ARedefiningNamespaceReplacesTheClassAndKeepsItsSubclasses) {
+    ServeClass("TEST_Disk", "", "");
+    ServeClass("TEST_Part", "", "");
+    const auto nameSpace = ConnectedNamespace(true);
+    const auto disk = FetchClass(*nameSpace, "TEST_Disk");
+    disk->AddChildClass(FetchClass(*nameSpace, "TEST_Part"));
+    const auto second = nameSpace->AllocateClass("TEST_Disk", nullptr, TCIMContext());
+    second->AddToNamespace(TCIMContext());
+    EXPECT_EQ(nameSpace->GetClass("TEST_Disk", TCIMContext()), second);
+    EXPECT_THAT(VisitedNames([&](const auto& visit) { second->EnumerateSubClasses(visit, false, TCIMContext()); }),
+                ElementsAre("TEST_Part"));
+}
+
+TEST_F(ClassLookupTest, EnumerateRootClassesVisitsWhatWasFetchedWhileConnected) {
+    ServeClass("TEST_Base", "", "");
+    ServeClass("TEST_Disk", "TEST_Base", "");
+    const auto nameSpace = ConnectedNamespace();
+    nameSpace->GetClass("TEST_Disk", TCIMContext());
+    const auto visited = [&] {
+        return VisitedNames([&](const auto& visit) { nameSpace->EnumerateRootClasses(visit, TCIMContext()); });
+    };
+    EXPECT_THAT(visited(), ElementsAre("TEST_Base", "TEST_Disk"));
+    nameSpace->disconnect();
+    EXPECT_THAT(visited(), IsEmpty());
+}
+
+TEST_F(ClassLookupTest, ACallbackMayFetchClassesWhileClassesAreEnumerated) {
+    ServeClass("TEST_Disk", "", "");
+    for (int i = 0; i < 20; ++i) {
+        ServeClass("TEST_More" + std::to_string(i), "", "");
+    }
+    const auto nameSpace = ConnectedNamespace();
+    nameSpace->GetClass("TEST_Disk", TCIMContext());
+    nameSpace->EnumerateRootClasses(
+        [&](const auto&) {
+            for (int i = 0; i < 20; ++i) {
+                EXPECT_TRUE(nameSpace->GetClass("TEST_More" + std::to_string(i), TCIMContext()));
+            }
+            return true;
+        },
+        TCIMContext());
+}

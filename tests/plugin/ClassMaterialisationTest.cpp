@@ -1,0 +1,165 @@
+#include "PluginTest.h"
+
+using namespace NQORVYX20;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+using ClassMaterialisationTest = PluginTest;
+
+std::string Parameter(const std::string& name, const std::string& type) {
+    return "<PARAMETER NAME=\"" + name + "\" TYPE=\"" + type + "\">" + QualifierXml("Description", "string", "x") +
+           "</PARAMETER>";
+}
+
+} // namespace
+
+TEST_F(ClassMaterialisationTest, TheRootClassIsEmptyAndAsksNobody) {
+    const auto nameSpace = ConnectedNamespace();
+    const auto root = nameSpace->GetRootClass();
+    root->Initialize();
+    EXPECT_THAT(fServer.Calls(), IsEmpty());
+    EXPECT_THAT(VisitedNames([&](const auto& v) { root->EnumerateQualifiers(v, TCIMContext()); }), IsEmpty());
+    EXPECT_THAT(VisitedNames([&](const auto& v) { root->EnumeratePropertyDecls(v, TCIMContext()); }), IsEmpty());
+    EXPECT_THAT(VisitedNames([&](const auto& v) { root->EnumerateMethodDecls(v, TCIMContext()); }), IsEmpty());
+}
+
+TEST_F(ClassMaterialisationTest, ClassQualifiersAreCopiedWithTheirValues) {
+    ServeQualifier("Version", "string", "TOSUBCLASS=\"false\" TRANSLATABLE=\"true\"", "CLASS=\"true\"");
+    ServeQualifier("Aliases", "string", "ISARRAY=\"true\"");
+    ServeClass("TEST_Disk", "",
+               QualifierXml("Version", "string", "2.1") +
+                   "<QUALIFIER NAME=\"Aliases\" TYPE=\"string\"><VALUE.ARRAY><VALUE>a</VALUE><VALUE>b</VALUE>"
+                   "</VALUE.ARRAY></QUALIFIER>");
+    const auto nameSpace = ConnectedNamespace();
+    const auto disk = FetchClass(*nameSpace, "TEST_Disk");
+    EXPECT_THAT(VisitedNames([&](const auto& v) { disk->EnumerateQualifiers(v, TCIMContext()); }),
+                ElementsAre("Aliases", "PLUGINNAME", "PLUGINVERSION", "Version"));
+    EXPECT_EQ(disk->GetQualifier("version", TCIMContext())->GetValue(TCIMContext()), TCIMValue("2.1"));
+    EXPECT_EQ(disk->GetQualifier("Aliases", TCIMContext())->GetValue(TCIMContext()),
+              TCIMValue(ECIMType::eCIMString, 0, {TCIMValue("a"), TCIMValue("b")}));
+}
+
+TEST_F(ClassMaterialisationTest, AQualifierDeclarationIsFetchedLazilyAndRegistered) {
+    ServeQualifier("Version", "uint16", "", "CLASS=\"true\"");
+    ServeClass("TEST_Disk", "", QualifierXml("Version", "uint16", "3"));
+    const auto nameSpace = ConnectedNamespace();
+    EXPECT_FALSE(nameSpace->GetQualifierDecl("Version", TCIMContext()));
+    FetchClass(*nameSpace, "TEST_Disk");
+    const auto declaration = nameSpace->GetQualifierDecl("Version", TCIMContext());
+    ASSERT_TRUE(declaration);
+    EXPECT_EQ(declaration->GetName(TCIMContext()), "Version");
+    EXPECT_EQ(declaration->GetType(TCIMContext()), ECIMType::eCIMUint16);
+    EXPECT_TRUE(declaration->GetDefaultValue(TCIMContext()).IsNull());
+    EXPECT_EQ(declaration->GetScope(TCIMContext()), ICIMQualifierDecl::eScopeClass);
+    EXPECT_EQ(declaration->GetFlavor(TCIMContext()), ICIMQualifierDecl::eFlavorNone);
+}
+
+TEST_F(ClassMaterialisationTest, AnArrayQualifierIsDeclaredWithItsElementType) {
+    ServeQualifier("Aliases", "string", "ISARRAY=\"true\"");
+    ServeClass("TEST_Disk", "", "<QUALIFIER NAME=\"Aliases\" TYPE=\"string\"><VALUE.ARRAY/></QUALIFIER>");
+    const auto nameSpace = ConnectedNamespace();
+    FetchClass(*nameSpace, "TEST_Disk");
+    EXPECT_EQ(nameSpace->GetQualifierDecl("Aliases", TCIMContext())->GetType(TCIMContext()), ECIMType::eCIMString);
+}
+
+TEST_F(ClassMaterialisationTest, AScopeOfSeveralKindsIsNone) {
+    ServeQualifier("Version", "string", "", "CLASS=\"true\" PROPERTY=\"true\"");
+    ServeClass("TEST_Disk", "", QualifierXml("Version", "string", "1"));
+    const auto nameSpace = ConnectedNamespace();
+    FetchClass(*nameSpace, "TEST_Disk");
+    EXPECT_EQ(nameSpace->GetQualifierDecl("Version", TCIMContext())->GetScope(TCIMContext()),
+              ICIMQualifierDecl::eScopeNone);
+}
+
+TEST_F(ClassMaterialisationTest, OneRequestPerQualifierNameServesAllClassesOfANamespace) {
+    const std::string content = QualifierXml("Description", "string", "x") +
+                                PropertyXml("Name", "string", KeyXml() + QualifierXml("Description", "string", "y")) +
+                                PropertyXml("Other", "string", QualifierXml("DESCRIPTION", "string", "z"));
+    ServeClass("TEST_Disk", "", content);
+    ServeClass("TEST_Tape", "", content);
+    const auto nameSpace = ConnectedNamespace();
+    FetchClass(*nameSpace, "TEST_Disk");
+    FetchClass(*nameSpace, "TEST_Tape");
+    EXPECT_EQ(CountCalls("GetQualifier"), 2U);
+    EXPECT_EQ(CountCalls("GetQualifier", "Description"), 1U);
+    EXPECT_EQ(CountCalls("GetQualifier", "Key"), 1U);
+    EXPECT_EQ(CountCalls("GetClass"), 4U);
+    const auto other = ConnectedNamespace();
+    FetchClass(*other, "TEST_Disk");
+    EXPECT_EQ(CountCalls("GetQualifier", "Key"), 2U);
+}
+
+TEST_F(ClassMaterialisationTest, PropertiesKeepNameAndTypeAndLoseTheirDefault) {
+    ServeClass("TEST_Disk", "",
+               PropertyXml("BlockSize", "uint64", ValueXml("512")) +
+                   "<PROPERTY.ARRAY NAME=\"Tags\" TYPE=\"string\"/>"
+                   "<PROPERTY.REFERENCE NAME=\"System\" REFERENCECLASS=\"TEST_System\"/>");
+    const auto disk = FetchClass(*ConnectedNamespace(), "TEST_Disk");
+    EXPECT_THAT(VisitedNames([&](const auto& v) { disk->EnumeratePropertyDecls(v, TCIMContext()); }),
+                ElementsAre("BlockSize", "System", "Tags"));
+    const auto blockSize = disk->GetPropertyDecl("blocksize", TCIMContext());
+    EXPECT_EQ(blockSize->GetDefaultValue(TCIMContext()), TCIMValue(ECIMType::eCIMUint64, 0));
+    EXPECT_EQ(disk->GetPropertyDecl("Tags", TCIMContext())->GetType(TCIMContext()), ECIMType::eCIMStringArray);
+    EXPECT_EQ(disk->GetPropertyDecl("System", TCIMContext())->GetType(TCIMContext()), ECIMType::eCIMReference);
+    EXPECT_EQ(blockSize->GetClass(TCIMContext()), disk);
+}
+
+TEST_F(ClassMaterialisationTest, PropertyQualifiersAreCopied) {
+    ServeQualifier("Units");
+    ServeClass("TEST_Disk", "", PropertyXml("Size", "uint64", QualifierXml("Units", "string", "Bytes") + KeyXml()));
+    const auto disk = FetchClass(*ConnectedNamespace(), "TEST_Disk");
+    const auto size = disk->GetPropertyDecl("Size", TCIMContext());
+    EXPECT_EQ(size->GetQualifier("UNITS", TCIMContext())->GetValue(TCIMContext()), TCIMValue("Bytes"));
+    EXPECT_EQ(size->GetQualifier("Key", TCIMContext())->GetValue(TCIMContext()), TCIMValue(true));
+    EXPECT_EQ(size->GetQualifier("Key", TCIMContext())->GetClassOrProperty(TCIMContext()), size);
+}
+
+TEST_F(ClassMaterialisationTest, OfTwoPropertiesOfOneNameTheFirstStays) {
+    ServeClass("TEST_Disk", "", PropertyXml("Size", "uint64") + PropertyXml("SIZE", "string"));
+    const auto disk = FetchClass(*ConnectedNamespace(), "TEST_Disk");
+    EXPECT_EQ(disk->GetPropertyDecl("Size", TCIMContext())->GetType(TCIMContext()), ECIMType::eCIMUint64);
+}
+
+TEST_F(ClassMaterialisationTest, MethodsKeepTheirParametersWithoutQualifiers) {
+    ServeClass("TEST_Disk", "",
+               "<METHOD NAME=\"Format\" TYPE=\"uint32\">" + QualifierXml("Description", "string", "x") +
+                   Parameter("Quick", "boolean") +
+                   "<PARAMETER.ARRAY NAME=\"Blocks\" TYPE=\"uint16\"/>"
+                   "<PARAMETER.REFERENCE NAME=\"System\" REFERENCECLASS=\"TEST_System\"/></METHOD>");
+    const auto disk = FetchClass(*ConnectedNamespace(), "TEST_Disk");
+    const auto format = disk->GetMethodDecl("FORMAT", TCIMContext());
+    ASSERT_TRUE(format);
+    EXPECT_EQ(format->GetName(TCIMContext()), "Format");
+    EXPECT_EQ(format->GetReturnType(TCIMContext()), ECIMType::eCIMUint32);
+    EXPECT_EQ(format->GetParameterDecl("Quick", TCIMContext())->GetType(TCIMContext()), ECIMType::eCIMBoolean);
+    EXPECT_EQ(format->GetParameterDecl("Blocks", TCIMContext())->GetType(TCIMContext()), ECIMType::eCIMUint16);
+    EXPECT_EQ(format->GetParameterDecl("System", TCIMContext())->GetType(TCIMContext()), ECIMType::eCIMReference);
+    bool found = true;
+    format->GetQualifier("Description", found, TCIMContext());
+    EXPECT_FALSE(found);
+    format->GetParameterDecl("Quick", TCIMContext())->GetQualifier("Description", found, TCIMContext());
+    EXPECT_FALSE(found);
+}
+
+TEST_F(ClassMaterialisationTest, InitializeAgainFetchesNothing) {
+    ServeClass("TEST_Disk", "", "");
+    const auto nameSpace = ConnectedNamespace();
+    const auto disk = FetchClass(*nameSpace, "TEST_Disk");
+    fServer.ForgetCalls();
+    disk->Initialize();
+    EXPECT_THAT(fServer.Calls(), IsEmpty());
+}
+
+TEST_F(ClassMaterialisationTest, InitializeWithoutItsNamespaceThrows) {
+    auto nameSpace = MakeNamespace();
+    const auto cls = boost::make_shared<TCimHTTPClass>(nameSpace, "TEST_Disk", boost::shared_ptr<TCimHTTPClass>());
+    nameSpace.reset();
+    EXPECT_THROW(cls->Initialize(), boost::bad_weak_ptr);
+}
+
+TEST_F(ClassMaterialisationTest, ARemoteFailureLeavesAllocateClassAsItIs) {
+    const auto nameSpace = ConnectedNamespace();
+    EXPECT_THROW(nameSpace->AllocateClass("TEST_None", nullptr, TCIMContext()), Pegasus::CIMException);
+}

@@ -1,0 +1,302 @@
+#include "PluginTest.h"
+
+#include "model/TCimHTTPInstance.h"
+
+using namespace NQORVYX20;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+namespace {
+
+class InstanceTest : public PluginTest {
+  protected:
+    InstanceTest() {
+        ServeClass("TEST_Disk", "",
+                   PropertyXml("Name", "string", KeyXml()) + PropertyXml("Size", "uint64") +
+                       "<PROPERTY.ARRAY NAME=\"Tags\" TYPE=\"string\"/>");
+        fNamespace = ConnectedNamespace();
+        fDisk = FetchClass(*fNamespace, "TEST_Disk");
+        fServer.ForgetCalls();
+        fLog->Forget();
+    }
+
+    void ServeInstances(const std::string& className, const std::string& instances) {
+        fServer.Answer("EnumerateInstances", className, instances);
+    }
+
+    static std::string DiskXml(const std::string& name, const std::string& size) {
+        return InstanceXml("TEST_Disk", "Name", name,
+                           PropertyXml("Name", "string", ValueXml(name)) +
+                               PropertyXml("Size", "uint64", ValueXml(size)));
+    }
+
+    static std::vector<boost::shared_ptr<ICIMInstance>> Instances(TCimHTTPClass& cls, bool deep = false) {
+        std::vector<boost::shared_ptr<ICIMInstance>> instances;
+        cls.EnumerateInstances(
+            [&](const auto& instance) {
+                instances.push_back(instance);
+                return true;
+            },
+            deep, TCIMContext());
+        return instances;
+    }
+
+    static std::string Text(const ICIMInstance& instance, const std::string& property) {
+        return instance.GetProperty(property, TCIMContext())->GetValue(TCIMContext()).ToString(10);
+    }
+
+    boost::shared_ptr<TCimHTTPNamespace> fNamespace;
+    boost::shared_ptr<TCimHTTPClass> fDisk;
+};
+
+} // namespace
+
+TEST_F(InstanceTest, TheFirstEnumerationAsksTheServerAndLaterOnesTheCache) {
+    ServeInstances("TEST_Disk", DiskXml("sda", "100"));
+    const auto first = Instances(*fDisk);
+    const auto second = Instances(*fDisk);
+    ASSERT_EQ(first.size(), 1U);
+    EXPECT_EQ(first, second);
+    const auto calls = fServer.Calls();
+    ASSERT_EQ(calls.size(), 1U);
+    EXPECT_EQ(calls[0].method, "EnumerateInstances");
+    EXPECT_EQ(calls[0].parameters.at("ClassName"), "TEST_Disk");
+    EXPECT_THAT(calls[0].parameters.at("LocalOnly"), testing::StrCaseEq("true"));
+    EXPECT_THAT(calls[0].parameters.at("DeepInheritance"), testing::StrCaseEq("false"));
+    EXPECT_THAT(calls[0].parameters.at("IncludeQualifiers"), testing::StrCaseEq("false"));
+    EXPECT_THAT(calls[0].parameters.at("IncludeClassOrigin"), testing::StrCaseEq("false"));
+    EXPECT_EQ(calls[0].parameters.count("PropertyList"), 0U);
+}
+
+TEST_F(InstanceTest, DeepIsPassedOnToTheServer) {
+    ServeInstances("TEST_Disk", DiskXml("sda", "100"));
+    Instances(*fDisk, true);
+    EXPECT_THAT(fServer.Calls().at(0).parameters.at("DeepInheritance"), testing::StrCaseEq("true"));
+}
+
+TEST_F(InstanceTest, ValuesArriveConverted) {
+    ServeInstances("TEST_Disk",
+                   InstanceXml("TEST_Disk", "Name", "sda",
+                               PropertyXml("Name", "string", ValueXml("sda")) +
+                                   PropertyXml("Size", "uint64", ValueXml("18446744073709551615")) +
+                                   "<PROPERTY.ARRAY NAME=\"Tags\" TYPE=\"string\"><VALUE.ARRAY><VALUE>a &amp; b</VALUE>"
+                                   "<VALUE>c</VALUE></VALUE.ARRAY></PROPERTY.ARRAY>"));
+    const auto disk = Instances(*fDisk).at(0);
+    EXPECT_EQ(disk->GetProperty("size", TCIMContext())->GetValue(TCIMContext()), TCIMValue(18446744073709551615ULL));
+    EXPECT_EQ(Text(*disk, "Name"), "sda");
+    EXPECT_EQ(Text(*disk, "Tags"), "{a & b, c}");
+    EXPECT_EQ(disk->GetClass(TCIMContext()), fDisk);
+}
+
+TEST_F(InstanceTest, InstancesComeInTheOrderOfTheirPaths) {
+    ServeInstances("TEST_Disk", DiskXml("sdc", "1") + DiskXml("sda", "2") + DiskXml("sdb", "3"));
+    std::vector<std::string> names;
+    for (const auto& disk : Instances(*fDisk)) {
+        names.push_back(Text(*disk, "Name"));
+    }
+    EXPECT_THAT(names, ElementsAre("sda", "sdb", "sdc"));
+}
+
+TEST_F(InstanceTest, EachInstanceIsLogged) {
+    ServeInstances("TEST_Disk", DiskXml("sda", "1") + DiskXml("sdb", "3"));
+    Instances(*fDisk);
+    const std::string line = "TCimHTTPClass::EnumerateInstances created instance: TEST_Disk";
+    EXPECT_THAT(fLog->Debug(), ElementsAre(line, line));
+    EXPECT_THAT(fLog->Errors(), IsEmpty());
+}
+
+TEST_F(InstanceTest, AClassWithoutInstancesIsAskedForAgainOnEveryCall) {
+    ServeInstances("TEST_Disk", "");
+    EXPECT_THAT(Instances(*fDisk), IsEmpty());
+    EXPECT_THAT(Instances(*fDisk), IsEmpty());
+    EXPECT_EQ(CountCalls("EnumerateInstances", "TEST_Disk"), 2U);
+}
+
+TEST_F(InstanceTest, OfTwoInstancesWithOnePathTheFirstStays) {
+    ServeInstances("TEST_Disk", DiskXml("sda", "1") + DiskXml("sda", "2"));
+    const auto disks = Instances(*fDisk);
+    ASSERT_EQ(disks.size(), 1U);
+    EXPECT_EQ(Text(*disks[0], "Size"), "1");
+}
+
+TEST_F(InstanceTest, InstancesOfAClassWithoutKeysStayDistinct) {
+    ServeClass("TEST_Sample", "", PropertyXml("Value", "uint32"));
+    ServeInstances("TEST_Sample", "<VALUE.NAMEDINSTANCE><INSTANCENAME CLASSNAME=\"TEST_Sample\"/><INSTANCE "
+                                  "CLASSNAME=\"TEST_Sample\">" +
+                                      PropertyXml("Value", "uint32", ValueXml("1")) +
+                                      "</INSTANCE></VALUE.NAMEDINSTANCE><VALUE.NAMEDINSTANCE><INSTANCENAME "
+                                      "CLASSNAME=\"TEST_Sample\"/><INSTANCE CLASSNAME=\"TEST_Sample\">" +
+                                      PropertyXml("Value", "uint32", ValueXml("2")) +
+                                      "</INSTANCE></VALUE.NAMEDINSTANCE>");
+    EXPECT_EQ(Instances(*FetchClass(*fNamespace, "TEST_Sample")).size(), 2U);
+}
+
+TEST_F(InstanceTest, AnUndeclaredPropertyIsLoggedAndTheRestIsKept) {
+    ServeInstances("TEST_Disk", InstanceXml("TEST_Disk", "Name", "sda",
+                                            PropertyXml("Vendor", "string", ValueXml("ACME")) +
+                                                PropertyXml("Name", "string", ValueXml("sda")) +
+                                                PropertyXml("Size", "string", ValueXml("big"))));
+    const auto disks = Instances(*fDisk);
+    ASSERT_EQ(disks.size(), 1U);
+    EXPECT_EQ(Text(*disks[0], "Name"), "sda");
+    EXPECT_TRUE(disks[0]->GetProperty("Size", TCIMContext())->IsDefaultValue(TCIMContext()));
+    EXPECT_THAT(fLog->Errors(), Contains("TCimHTTPClass::EnumerateInstances - Unable to retrieve property: Vendor"));
+    EXPECT_THAT(fLog->Errors(), Contains("TCimHTTPClass::EnumerateInstances - Unable to retrieve property: Size"));
+}
+
+TEST_F(InstanceTest, ARemoteFailureIsLoggedAndRetriedOnTheNextCall) {
+    fServer.Fail("EnumerateInstances", "TEST_Disk", 1, "provider crashed");
+    EXPECT_THAT(Instances(*fDisk), IsEmpty());
+    EXPECT_THAT(fLog->Errors(),
+                ElementsAre("TCimHTTPClass::EnumerateInstances from Pegasus for: TEST_Diskreturned exception: "
+                            "CIM_ERR_FAILED: provider crashed"));
+    ServeInstances("TEST_Disk", DiskXml("sda", "1"));
+    EXPECT_EQ(Instances(*fDisk).size(), 1U);
+}
+
+TEST_F(InstanceTest, AServerThatClosesInTheMiddleOfTheInstancesLeavesAnEmptyResult) {
+    fServer.AnswerNextWith("HTTP/1.1 200 OK\r\nContent-Type: application/xml\r\nCIMOperation: MethodResponse\r\n"
+                           "Transfer-Encoding: chunked\r\n\r\n20\r\n<?xml version=\"1.0\"?><CIM CIMVER");
+    EXPECT_THAT(Instances(*fDisk), IsEmpty());
+    EXPECT_THAT(
+        fLog->Errors(),
+        ElementsAre(StartsWith("TCimHTTPClass::EnumerateInstances from Pegasus for: TEST_Diskreturned exception: ")));
+    ServeInstances("TEST_Disk", DiskXml("sda", "1"));
+    EXPECT_EQ(Instances(*fDisk).size(), 1U);
+}
+
+TEST_F(InstanceTest, ACallbackThatReturnsFalseEndsTheEnumerationBeforeAnySubclass) {
+    ServeClass("TEST_Part", "", PropertyXml("Name", "string", KeyXml()));
+    ServeInstances("TEST_Disk", DiskXml("sda", "1") + DiskXml("sdb", "2"));
+    fDisk->AddChildClass(FetchClass(*fNamespace, "TEST_Part"));
+    int calls = 0;
+    fDisk->EnumerateInstances(
+        [&](const auto&) {
+            ++calls;
+            return false;
+        },
+        true, TCIMContext());
+    EXPECT_EQ(calls, 1);
+    EXPECT_EQ(CountCalls("EnumerateInstances", "TEST_Part"), 0U);
+}
+
+TEST_F(InstanceTest, DeepDeliversASubclassesInstancesAsThisClassAndAgainAsTheSubclass) {
+    ServeClass("TEST_Part", "TEST_Disk", PropertyXml("Name", "string", KeyXml()) + PropertyXml("Size", "uint64"));
+    const auto part = FetchClass(*fNamespace, "TEST_Part");
+    const std::string partXml =
+        InstanceXml("TEST_Part", "Name", "sda1", PropertyXml("Name", "string", ValueXml("sda1")));
+    ServeInstances("TEST_Disk", DiskXml("sda", "1") + partXml);
+    ServeInstances("TEST_Part", partXml);
+    fDisk->AddChildClass(part);
+    std::vector<std::string> seen;
+    for (const auto& instance : Instances(*fDisk, true)) {
+        seen.push_back(instance->GetClass(TCIMContext())->GetName(TCIMContext()) + " " + Text(*instance, "Name"));
+    }
+    EXPECT_THAT(seen, ElementsAre("TEST_Disk sda", "TEST_Disk sda1", "TEST_Part sda1"));
+}
+
+TEST_F(InstanceTest, ACallbackMayRemoveTheInstancesThatItSees) {
+    ServeInstances("TEST_Disk", DiskXml("sda", "1") + DiskXml("sdb", "2"));
+    int calls = 0;
+    fDisk->EnumerateInstances(
+        [&](const auto& instance) {
+            ++calls;
+            fDisk->RemoveInstance(instance);
+            return true;
+        },
+        false, TCIMContext());
+    EXPECT_EQ(calls, 2);
+    EXPECT_EQ(Instances(*fDisk).size(), 2U);
+    EXPECT_EQ(CountCalls("EnumerateInstances", "TEST_Disk"), 2U);
+}
+
+TEST_F(InstanceTest, TheRootClassHasNoInstancesOfItsOwn) {
+    EXPECT_THAT(Instances(*fNamespace->GetRootClass()), IsEmpty());
+    EXPECT_EQ(CountCalls("EnumerateInstances"), 0U);
+}
+
+// --- The cache ---------------------------------------------------------------------------------------------------
+
+TEST_F(InstanceTest, GetInstanceFindsWhatWasEnumeratedAndAsksNobody) {
+    ServeInstances("TEST_Disk", DiskXml("sda", "1"));
+    TCIMReference reference{fNamespace, {{"Name", TCIMValue("sda")}}};
+    reference.SetClassName("TEST_Disk");
+    EXPECT_FALSE(fNamespace->GetInstance(reference, TCIMContext()));
+    const auto disk = Instances(*fDisk).at(0);
+    fServer.ForgetCalls();
+    EXPECT_EQ(fNamespace->GetInstance(reference, TCIMContext()), disk);
+    EXPECT_EQ(fDisk->GetInstance(disk->BuildPath(TCIMContext()), TCIMContext()), disk);
+    EXPECT_THAT(fServer.Calls(), IsEmpty());
+}
+
+TEST_F(InstanceTest, GetInstanceFetchesTheClassThatItNeeds) {
+    ServeClass("TEST_Tape", "", "");
+    TCIMReference reference{fNamespace, TCIMContext()};
+    reference.SetClassName("TEST_Tape");
+    EXPECT_FALSE(fNamespace->GetInstance(reference, TCIMContext()));
+    EXPECT_EQ(CountCalls("GetClass", "TEST_Tape"), 2U);
+}
+
+using InstanceDeathTest = InstanceTest;
+
+TEST_F(InstanceDeathTest, GetInstanceInsistsOnAKnownClass) {
+    TCIMReference reference{fNamespace, TCIMContext()};
+    reference.SetClassName("TEST_None");
+#ifdef NDEBUG
+    EXPECT_EQ(StatusOf([&] { fNamespace->GetInstance(reference, TCIMContext()); }), 15U);
+#else
+    const auto offline = MakeNamespace(); // without a connection every class is unknown
+    EXPECT_DEATH(offline->GetInstance(reference, TCIMContext()), "px != 0");
+#endif
+}
+
+TEST_F(InstanceTest, AnAllocatedInstanceJoinsTheCacheThroughAddToNamespace) {
+    const auto disk = fDisk->AllocateInstance(TCIMContext());
+    disk->SetPropertyValue("Name", TCIMValue("made here"), TCIMContext());
+    EXPECT_FALSE(fDisk->GetInstance(disk->BuildPath(TCIMContext()), TCIMContext()));
+    disk->AddToNamespace(TCIMContext());
+    EXPECT_EQ(fDisk->GetInstance(disk->BuildPath(TCIMContext()), TCIMContext()), disk);
+    EXPECT_THAT(Instances(*fDisk), ElementsAre(disk));
+    EXPECT_THAT(fServer.Calls(), IsEmpty());
+}
+
+TEST_F(InstanceTest, BuildPathIsTheReference) {
+    const auto disk = fDisk->AllocateInstance(TCIMContext());
+    disk->SetPropertyValue("Name", TCIMValue("sda"), TCIMContext());
+    EXPECT_EQ(disk->BuildPath(TCIMContext()).GetPath(), "TEST_Disk.Name=\"sda\"");
+    EXPECT_EQ(disk->BuildPath(TCIMContext()), disk->GetReference(TCIMContext()));
+}
+
+TEST_F(InstanceTest, RemoveInstanceTakesOneAway) {
+    ServeInstances("TEST_Disk", DiskXml("sda", "1") + DiskXml("sdb", "2"));
+    const auto disks = Instances(*fDisk);
+    fDisk->RemoveInstance(disks.at(0));
+    EXPECT_THAT(Instances(*fDisk), ElementsAre(disks.at(1)));
+}
+
+TEST_F(InstanceTest, AHeldInstanceOutlivesItsNamespaceWithoutHarm) {
+    ServeInstances("TEST_Disk", DiskXml("sda", "1"));
+    const auto disk = Instances(*fDisk).at(0);
+    fDisk.reset();
+    fNamespace.reset();
+    EXPECT_THROW(disk->GetClass(TCIMContext()), boost::bad_weak_ptr);
+}
+
+TEST_F(InstanceTest, ClearInstancesEmptiesTheClassAndAllBelow) {
+    ServeClass("TEST_Part", "", PropertyXml("Name", "string", KeyXml()));
+    ServeInstances("TEST_Disk", DiskXml("sda", "1"));
+    const auto part = FetchClass(*fNamespace, "TEST_Part");
+    fDisk->AddChildClass(part);
+    Instances(*fDisk);
+    fDisk->ClearInstances();
+    for (const auto& cls : {fDisk, part}) {
+        EXPECT_THAT(VisitedNames([&](const auto& v) { cls->EnumerateQualifiers(v, TCIMContext()); }), IsEmpty());
+        EXPECT_THAT(VisitedNames([&](const auto& v) { cls->EnumeratePropertyDecls(v, TCIMContext()); }), IsEmpty());
+        EXPECT_THAT(VisitedNames([&](const auto& v) { cls->EnumerateSubClasses(v, true, TCIMContext()); }), IsEmpty());
+    }
+    fServer.ForgetCalls();
+    Instances(*fDisk);
+    EXPECT_EQ(CountCalls("EnumerateInstances", "TEST_Disk"), 1U);
+}

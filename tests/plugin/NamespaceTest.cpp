@@ -1,0 +1,314 @@
+#include "PluginTest.h"
+
+#include "support/ScriptedServer.h"
+
+using namespace NQORVYX20;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+namespace {
+
+using NamespaceTest = PluginTest;
+
+constexpr int kHttpPort = 5988;
+constexpr int kHttpsPort = 5989;
+
+std::vector<std::string> QualifierDeclNames(const TCimHTTPNamespace& nameSpace) {
+    return VisitedNames([&](const auto& visit) { nameSpace.EnumerateQualifierDecls(visit, TCIMContext()); });
+}
+
+} // namespace
+
+// --- Connection --------------------------------------------------------------------------------------------------
+
+TEST_F(NamespaceTest, ConnectOpensTheConnectionAtOnce) {
+    const auto nameSpace = ConnectedNamespace();
+    EXPECT_TRUE(nameSpace->isConnected());
+    EXPECT_EQ(CountCalls("GetClass"), 0U);
+}
+
+TEST_F(NamespaceTest, ConnectRaisesTheTimeout) {
+    const auto nameSpace = MakeNamespace();
+    EXPECT_EQ(nameSpace->getPegClient()->getTimeout(), 10000U);
+    nameSpace->connect(fServer.Address(), "", "", kHttpPort);
+    EXPECT_EQ(nameSpace->getPegClient()->getTimeout(), 65535000U);
+}
+
+TEST_F(NamespaceTest, ConnectToAnotherPortCountsAsConnectedWithoutAnyTraffic) {
+    support::ScriptedServer elsewhere([](support::Connection& connection) { connection.WaitForPeerClose(); });
+    elsewhere.Listen(8080);
+    const auto nameSpace = MakeNamespace();
+    nameSpace->connect(elsewhere.Address(), "user", "password", 8080);
+    EXPECT_TRUE(nameSpace->isConnected());
+    EXPECT_EQ(elsewhere.ConnectionCount(), 0U);
+    EXPECT_THAT(fLog->Errors(), IsEmpty());
+    EXPECT_THAT(fLog->Debug(), IsEmpty());
+}
+
+TEST_F(NamespaceTest, OnAnotherPortLookupsFindNothing) {
+    const auto nameSpace = MakeNamespace();
+    nameSpace->connect(fServer.Address(), "", "", 8080);
+    EXPECT_FALSE(nameSpace->GetClass("TEST_Disk", TCIMContext()));
+}
+
+TEST_F(NamespaceTest, ConnectWhereNothingListensThrowsAndLogsWhy) {
+    const std::string address = fServer.Address();
+    fServer.Stop();
+    const auto nameSpace = MakeNamespace();
+    EXPECT_EQ(StatusOf([&] { nameSpace->connect(address, "", "", kHttpPort); }), 42U);
+    EXPECT_FALSE(nameSpace->isConnected());
+    ASSERT_EQ(fLog->Debug().size(), 1U);
+    EXPECT_THAT(fLog->Debug()[0], StartsWith("TCimHTTPNamespace::connect failed: "));
+    EXPECT_THAT(fLog->Debug()[0], HasSubstr(address));
+}
+
+TEST_F(NamespaceTest, ConnectToAnUnknownHostThrowsAndLogsWhy) {
+    const auto nameSpace = MakeNamespace();
+    EXPECT_EQ(StatusOf([&] { nameSpace->connect("no-such-host.invalid", "", "", kHttpPort); }), 42U);
+    ASSERT_EQ(fLog->Debug().size(), 1U);
+    EXPECT_THAT(fLog->Debug()[0], StartsWith("TCimHTTPNamespace::connect failed: "));
+    EXPECT_THAT(fLog->Debug()[0], HasSubstr("no-such-host.invalid"));
+}
+
+TEST_F(NamespaceTest, AFailedConnectLeavesAConnectedNamespaceConnected) {
+    const auto nameSpace = ConnectedNamespace();
+    EXPECT_EQ(StatusOf([&] { nameSpace->connect(fServer.Address(), "", "", kHttpPort); }), 42U);
+    EXPECT_TRUE(nameSpace->isConnected());
+}
+
+TEST_F(NamespaceTest, Port5989SpeaksTlsAndDoesNotVerifyTheServer) {
+    support::TestCertificate::Options options;
+    options.self_signed = true;
+    const support::TestCertificate certificate(options);
+    fServer.ListenTls(kHttpsPort, certificate);
+    ServeClass("TEST_Disk", "", "");
+    const auto nameSpace = MakeNamespace();
+    nameSpace->connect(fServer.Address(), "", "", kHttpsPort);
+    EXPECT_TRUE(nameSpace->GetClass("TEST_Disk", TCIMContext()));
+}
+
+TEST_F(NamespaceTest, UserAndPasswordReachTheServer) {
+    fServer.RequireUser("reader", "s3cret");
+    ServeClass("TEST_Disk", "", "");
+    const auto nameSpace = MakeNamespace();
+    nameSpace->connect(fServer.Address(), "reader", "s3cret", kHttpPort);
+    EXPECT_TRUE(nameSpace->GetClass("TEST_Disk", TCIMContext()));
+}
+
+TEST_F(NamespaceTest, AWrongPasswordEndsInAnEmptyResultAndALine) {
+    fServer.RequireUser("reader", "s3cret");
+    const auto nameSpace = MakeNamespace();
+    nameSpace->connect(fServer.Address(), "reader", "guess", kHttpPort);
+    EXPECT_FALSE(nameSpace->GetClass("TEST_Disk", TCIMContext()));
+    EXPECT_THAT(fLog->Debug(), testing::Contains(StartsWith(
+                                   "TCimHTTPNamespace::GetClass from Pegasus for: TEST_Diskreturned exception: ")));
+}
+
+TEST_F(NamespaceTest, DisconnectAllowsAnotherConnect) {
+    ServeClass("TEST_Disk", "", "");
+    const auto nameSpace = ConnectedNamespace();
+    nameSpace->disconnect();
+    EXPECT_FALSE(nameSpace->isConnected());
+    nameSpace->connect(fServer.Address(), "", "", kHttpPort);
+    EXPECT_TRUE(nameSpace->isConnected());
+    EXPECT_TRUE(nameSpace->GetClass("TEST_Disk", TCIMContext()));
+}
+
+TEST_F(NamespaceTest, TheRemoteNamespaceIsAlwaysTheSame) {
+    ServeClass("TEST_Disk", "", "");
+    const auto nameSpace = ConnectedNamespace();
+    EXPECT_EQ(nameSpace->getPegNSP()->getString(), Pegasus::String("root/cimv2"));
+    nameSpace->GetClass("TEST_Disk", TCIMContext());
+    EXPECT_EQ(fServer.Calls().front().name_space, "root/cimv2");
+}
+
+TEST_F(NamespaceTest, TwoNamespacesWorkSideBySide) {
+    ServeClass("TEST_Disk", "", "");
+    const auto first = ConnectedNamespace();
+    const auto second = ConnectedNamespace();
+    const auto disk = first->GetClass("TEST_Disk", TCIMContext());
+    ASSERT_TRUE(disk);
+    first->disconnect();
+    EXPECT_TRUE(second->GetClass("TEST_Disk", TCIMContext()));
+    EXPECT_NE(second->GetClass("TEST_Disk", TCIMContext()), disk);
+}
+
+// --- Qualifier declarations --------------------------------------------------------------------------------------
+
+TEST_F(NamespaceTest, InitializeDeclaresExactlyThePluginsQualifiers) {
+    const auto nameSpace = MakeNamespace();
+    EXPECT_THAT(QualifierDeclNames(*nameSpace), ElementsAre("PLUGINNAME", "PLUGINVERSION"));
+    const auto name = nameSpace->GetQualifierDecl("PLUGINNAME", TCIMContext());
+    EXPECT_EQ(name->GetDefaultValue(TCIMContext()), TCIMValue("CIMXML"));
+    EXPECT_EQ(name->GetScope(TCIMContext()), ICIMQualifierDecl::eScopeNone);
+    EXPECT_EQ(name->GetFlavor(TCIMContext()), ICIMQualifierDecl::eFlavorNone);
+    EXPECT_EQ(nameSpace->GetQualifierDecl("PLUGINVERSION", TCIMContext())->GetDefaultValue(TCIMContext()),
+              TCIMValue(""));
+}
+
+TEST_F(NamespaceTest, GetQualifierDeclFindsTheNameInAnyCase) {
+    const auto nameSpace = MakeNamespace();
+    EXPECT_EQ(nameSpace->GetQualifierDecl("PluginName", TCIMContext())->GetName(TCIMContext()), "PLUGINNAME");
+}
+
+TEST_F(NamespaceTest, GetQualifierDeclOfAnUnknownNameIsEmptyAndAsksNobody) {
+    const auto nameSpace = ConnectedNamespace();
+    EXPECT_FALSE(nameSpace->GetQualifierDecl("Units", TCIMContext()));
+    EXPECT_THAT(fServer.Calls(), IsEmpty());
+    EXPECT_THAT(fLog->Errors(), IsEmpty());
+}
+
+TEST_F(NamespaceTest, AnAllocatedQualifierDeclIsNotRegisteredUntilItIsAdded) {
+    const auto nameSpace = MakeNamespace();
+    const auto declaration = nameSpace->AllocateQualifierDecl(
+        "Colour", TCIMValue("red"), ICIMQualifierDecl::eScopeClass, ICIMQualifierDecl::eFlavorDefaults, TCIMContext());
+    EXPECT_FALSE(nameSpace->GetQualifierDecl("Colour", TCIMContext()));
+    declaration->AddToNamespace(TCIMContext());
+    EXPECT_EQ(nameSpace->GetQualifierDecl("colour", TCIMContext()), declaration);
+    EXPECT_EQ(declaration->GetNamespace(TCIMContext()), nameSpace);
+}
+
+TEST_F(NamespaceTest, ASecondQualifierDeclOfANameIsRefused) {
+    const auto nameSpace = MakeNamespace();
+    const auto second = nameSpace->AllocateQualifierDecl("PluginName", TCIMValue(""), ICIMQualifierDecl::eScopeNone,
+                                                         ICIMQualifierDecl::eFlavorNone, TCIMContext());
+    EXPECT_EQ(StatusOf([&] { second->AddToNamespace(TCIMContext()); }), 16U);
+    EXPECT_THAT(fLog->Debug(), ElementsAre("CimHTTP: TCimHTTPNamespace: qualifier PluginName already defined"));
+    EXPECT_NE(nameSpace->GetQualifierDecl("PLUGINNAME", TCIMContext()), second);
+}
+
+TEST_F(NamespaceTest, ARedefiningNamespaceReplacesAQualifierDecl) {
+    const auto nameSpace = MakeNamespace(true);
+    const auto second = nameSpace->AllocateQualifierDecl("PluginName", TCIMValue(""), ICIMQualifierDecl::eScopeNone,
+                                                         ICIMQualifierDecl::eFlavorNone, TCIMContext());
+    second->AddToNamespace(TCIMContext());
+    EXPECT_EQ(nameSpace->GetQualifierDecl("PLUGINNAME", TCIMContext()), second);
+    EXPECT_THAT(QualifierDeclNames(*nameSpace), ElementsAre("PluginName", "PLUGINVERSION"));
+}
+
+TEST_F(NamespaceTest, AQualifierDeclWithAnInvalidNameIsRefused) {
+    const auto nameSpace = MakeNamespace();
+    const auto declaration = nameSpace->AllocateQualifierDecl("no way", TCIMValue(""), ICIMQualifierDecl::eScopeNone,
+                                                              ICIMQualifierDecl::eFlavorNone, TCIMContext());
+    EXPECT_EQ(StatusOf([&] { declaration->AddToNamespace(TCIMContext()); }), 25U);
+}
+
+TEST_F(NamespaceTest, ACallbackThatReturnsFalseEndsTheEnumerationOfQualifierDecls) {
+    int calls = 0;
+    MakeNamespace()->EnumerateQualifierDecls(
+        [&](const auto&) {
+            ++calls;
+            return false;
+        },
+        TCIMContext());
+    EXPECT_EQ(calls, 1);
+}
+
+TEST_F(NamespaceTest, AnEmptyCallbackIsABadCall) {
+    const auto nameSpace = MakeNamespace();
+    EXPECT_THROW(nameSpace->EnumerateQualifierDecls(boost::function<bool(boost::shared_ptr<ICIMQualifierDecl>)>(),
+                                                    TCIMContext()),
+                 boost::bad_function_call);
+}
+
+// --- Refused and empty operations --------------------------------------------------------------------------------
+
+TEST_F(NamespaceTest, WritesQueriesAndSubscriptionsAreRefusedSilently) {
+    const auto nameSpace = ConnectedNamespace();
+    const TCIMReference reference{boost::shared_ptr<ICIMNamespace>(), TCIMContext()};
+    const auto callback = [](const auto&) { return true; };
+    std::string query = "select * from TEST_Disk";
+    std::string language = "DMTF:CQL";
+    EXPECT_EQ(StatusOf([&] { nameSpace->Subscribe({}, callback, TCIMContext()); }), 1U);
+    EXPECT_EQ(StatusOf([&] { nameSpace->DeleteInstance(reference, TCIMContext()); }), 1U);
+    EXPECT_EQ(StatusOf([&] { nameSpace->ModifyInstance(reference, TCIMContext(), TCIMContext()); }), 1U);
+    EXPECT_EQ(StatusOf([&] { nameSpace->ExecuteQuery(callback, query, language, TCIMContext()); }), 1U);
+    EXPECT_EQ(StatusOf([&] { nameSpace->AddUnderlyingNamespace({}, TCIMContext()); }), 31U);
+    EXPECT_THAT(fLog->Errors(), IsEmpty());
+    EXPECT_THAT(fLog->Debug(), IsEmpty());
+    EXPECT_THAT(fServer.Calls(), IsEmpty());
+}
+
+TEST_F(NamespaceTest, SetUpcallNamespaceIsDropped) {
+    const auto nameSpace = MakeNamespace();
+    nameSpace->SetUpcallNamespace(MakeNamespace(), TCIMContext());
+    EXPECT_FALSE(nameSpace->GetUpcallNamespace());
+}
+
+TEST_F(NamespaceTest, EnumerateProvidersCallsNobody) {
+    MakeNamespace()->EnumerateProviders(
+        [](const auto&) {
+            ADD_FAILURE() << "called back";
+            return true;
+        },
+        TCIMContext());
+}
+
+TEST_F(NamespaceTest, ClearInstancesRemoveClassAndAssignmentChangeNothing) {
+    ServeClass("TEST_Disk", "", "");
+    const auto nameSpace = ConnectedNamespace();
+    const auto disk = FetchClass(*nameSpace, "TEST_Disk");
+    nameSpace->ClearInstances();
+    nameSpace->RemoveClass(disk);
+    const auto other = MakeNamespace(true);
+    EXPECT_EQ(&(*nameSpace = static_cast<ICIMNamespace&>(*other)), nameSpace.get());
+    EXPECT_EQ(FetchClass(*nameSpace, "TEST_Disk"), disk);
+}
+
+// --- Names and instances straight from the server ----------------------------------------------------------------
+
+TEST_F(NamespaceTest, EnumerateClassNamesAsksForTheWholeSubtree) {
+    fServer.Answer("EnumerateClassNames", "TEST_Base",
+                   "<CLASSNAME NAME=\"TEST_Disk\"/><CLASSNAME NAME=\"TEST_Tape\"/>");
+    const auto nameSpace = ConnectedNamespace();
+    Pegasus::Array<Pegasus::CIMName> names;
+    nameSpace->EnumerateClassNames("root/cimv2", "TEST_Base", names);
+    ASSERT_EQ(names.size(), 2U);
+    EXPECT_EQ(names[1], Pegasus::CIMName("TEST_Tape"));
+    const auto call = fServer.Calls().at(0);
+    EXPECT_EQ(call.parameters.at("ClassName"), "TEST_Base");
+    EXPECT_THAT(call.parameters.at("DeepInheritance"), testing::StrCaseEq("true"));
+}
+
+TEST_F(NamespaceTest, EnumerateClassNamesFromTheTopNamesNoClass) {
+    fServer.Answer("EnumerateClassNames", "", "<CLASSNAME NAME=\"TEST_Disk\"/>");
+    const auto nameSpace = ConnectedNamespace();
+    Pegasus::Array<Pegasus::CIMName> names;
+    nameSpace->EnumerateClassNames("root/cimv2", "", names);
+    EXPECT_EQ(names.size(), 1U);
+    EXPECT_EQ(fServer.Calls().at(0).parameters.count("ClassName"), 0U);
+}
+
+TEST_F(NamespaceTest, AFailedEnumerateClassNamesLeavesTheNamesAndLogsOneLine) {
+    fServer.Fail("EnumerateClassNames", "TEST_None", 5, "no such class");
+    const auto nameSpace = ConnectedNamespace();
+    Pegasus::Array<Pegasus::CIMName> names;
+    names.append(Pegasus::CIMName("Before"));
+    nameSpace->EnumerateClassNames("root/cimv2", "TEST_None", names);
+    ASSERT_EQ(names.size(), 1U);
+    EXPECT_EQ(names[0], Pegasus::CIMName("Before"));
+    EXPECT_THAT(fLog->Debug(), ElementsAre("TCimHTTPNamespace::EnumerateClassNames: root/cimv2:TEST_None: "
+                                           "CIM_ERR_INVALID_CLASS: no such class\n"));
+}
+
+TEST_F(NamespaceTest, TheDiagnosticWalkAsksOnceAndChangesNothing) {
+    fServer.Answer("EnumerateInstances", "TEST_Disk",
+                   InstanceXml("TEST_Disk", "Name", "a", PropertyXml("Name", "string", ValueXml("a"))));
+    const auto nameSpace = ConnectedNamespace();
+    nameSpace->EnumerateInstances(Pegasus::CIMNamespaceName("root/cimv2"), Pegasus::CIMName("TEST_Disk"));
+    ASSERT_EQ(CountCalls("EnumerateInstances", "TEST_Disk"), 1U);
+    const auto parameters = fServer.Calls().at(0).parameters;
+    for (const char* flag : {"DeepInheritance", "LocalOnly", "IncludeQualifiers", "IncludeClassOrigin"}) {
+        EXPECT_THAT(parameters.at(flag), testing::StrCaseEq("false")) << flag;
+    }
+    EXPECT_EQ(parameters.count("PropertyList"), 0U);
+    EXPECT_THAT(fLog->Debug(), IsEmpty());
+}
+
+TEST_F(NamespaceTest, TheDiagnosticWalkSwallowsFailures) {
+    const auto nameSpace = ConnectedNamespace();
+    nameSpace->EnumerateInstances(Pegasus::CIMNamespaceName("root/cimv2"), Pegasus::CIMName("TEST_None"));
+    EXPECT_THAT(fLog->Errors(), IsEmpty());
+}

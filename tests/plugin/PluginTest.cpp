@@ -1,0 +1,89 @@
+#include "PluginTest.h"
+
+#include "host/TRootObject.h"
+
+using namespace NQORVYX20;
+
+namespace {
+
+constexpr std::uint16_t kHttpPort = 5988;
+
+} // namespace
+
+std::string ValueXml(const std::string& value) { return "<VALUE>" + value + "</VALUE>"; }
+
+std::string QualifierXml(const std::string& name, const std::string& type, const std::string& value) {
+    return "<QUALIFIER NAME=\"" + name + "\" TYPE=\"" + type + "\">" + (value.empty() ? "" : ValueXml(value)) +
+           "</QUALIFIER>";
+}
+
+std::string KeyXml() { return QualifierXml("Key", "boolean", "TRUE"); }
+
+std::string PropertyXml(const std::string& name, const std::string& type, const std::string& content) {
+    return "<PROPERTY NAME=\"" + name + "\" TYPE=\"" + type + "\">" + content + "</PROPERTY>";
+}
+
+std::string ClassXml(const std::string& name, const std::string& superClass, const std::string& content) {
+    return "<CLASS NAME=\"" + name + "\"" + (superClass.empty() ? "" : " SUPERCLASS=\"" + superClass + "\"") + ">" +
+           content + "</CLASS>";
+}
+
+std::string InstanceXml(const std::string& className, const std::string& keyName, const std::string& keyValue,
+                        const std::string& properties) {
+    return "<VALUE.NAMEDINSTANCE><INSTANCENAME CLASSNAME=\"" + className + "\"><KEYBINDING NAME=\"" + keyName +
+           "\"><KEYVALUE VALUETYPE=\"string\">" + keyValue +
+           "</KEYVALUE></KEYBINDING></INSTANCENAME><INSTANCE CLASSNAME=\"" + className + "\">" + properties +
+           "</INSTANCE></VALUE.NAMEDINSTANCE>";
+}
+
+PluginTest::PluginTest() {
+    TRootObject::SetCoreLogger(fLog);
+    fServer.Listen(kHttpPort);
+    ServeQualifier("Key", "boolean");
+    ServeQualifier("Description");
+}
+
+PluginTest::~PluginTest() { TRootObject::SetCoreLogger(boost::shared_ptr<ILogger>()); }
+
+TCIMContext PluginTest::PluginContext() { return {{"pluginNameQualDeclValue", TCIMValue("test plug-in")}}; }
+
+boost::shared_ptr<TCimHTTPNamespace> PluginTest::MakeNamespace(bool redefine) {
+    return boost::dynamic_pointer_cast<TCimHTTPNamespace>(
+        TCimHTTPNamespaceProvider::GetInstance()->AllocateNamespace(PluginContext(), redefine));
+}
+
+boost::shared_ptr<TCimHTTPNamespace> PluginTest::ConnectedNamespace(bool redefine) {
+    auto nameSpace = MakeNamespace(redefine);
+    nameSpace->connect(fServer.Address(), "", "", kHttpPort);
+    return nameSpace;
+}
+
+boost::shared_ptr<TCimHTTPClass> PluginTest::FetchClass(TCimHTTPNamespace& nameSpace, const std::string& name) {
+    auto cls = boost::dynamic_pointer_cast<TCimHTTPClass>(nameSpace.GetClass(name, TCIMContext()));
+    if (!cls) {
+        throw std::runtime_error("the class " + name + " could not be fetched");
+    }
+    return cls;
+}
+
+void PluginTest::ServeClass(const std::string& name, const std::string& superClass, const std::string& content) {
+    fServer.Answer("GetClass", name, ClassXml(name, superClass, content));
+}
+
+void PluginTest::ServeQualifier(const std::string& name, const std::string& type, const std::string& attributes,
+                                const std::string& scope) {
+    fServer.Answer("GetQualifier", name,
+                   "<QUALIFIER.DECLARATION NAME=\"" + name + "\" TYPE=\"" + type + "\" " + attributes + "><SCOPE " +
+                       scope + "/></QUALIFIER.DECLARATION>");
+}
+
+std::size_t PluginTest::CountCalls(const std::string& method, const std::string& object) const {
+    const auto calls = fServer.Calls();
+    return static_cast<std::size_t>(std::count_if(calls.begin(), calls.end(), [&](const auto& call) {
+        if (call.method != method) {
+            return false;
+        }
+        const auto parameter = call.parameters.find(method == "GetQualifier" ? "QualifierName" : "ClassName");
+        return object.empty() || (parameter != call.parameters.end() && parameter->second == object);
+    }));
+}

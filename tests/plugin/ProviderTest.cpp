@@ -1,0 +1,74 @@
+#include "PluginTest.h"
+
+#include "host/INamespaceProviderManager.h"
+#include "host/TRootObject.h"
+
+using namespace NQORVYX20;
+
+namespace {
+
+class ProviderTest : public PluginTest {
+  protected:
+    static std::vector<boost::shared_ptr<INamespaceProvider>> RegisteredProviders() {
+        std::vector<boost::shared_ptr<INamespaceProvider>> providers;
+        TRootObject::GetNamespaceProviderManager()->EnumerateNamespaceProviders([&](const auto& provider) {
+            providers.push_back(provider);
+            return true;
+        });
+        return providers;
+    }
+};
+
+} // namespace
+
+TEST_F(ProviderTest, LoadingTheLibraryRegistersExactlyOneProvider) {
+    ASSERT_EQ(RegisteredProviders().size(), 1U);
+    EXPECT_EQ(RegisteredProviders()[0], TCimHTTPNamespaceProvider::GetInstance());
+}
+
+TEST_F(ProviderTest, InitializeAgainRegistersTheSameProvider) {
+    EXPECT_EQ(TCimHTTPNamespaceProvider::Initialize().GetCode(), 0U);
+    ASSERT_EQ(RegisteredProviders().size(), 1U);
+    EXPECT_EQ(RegisteredProviders()[0], TCimHTTPNamespaceProvider::GetInstance());
+}
+
+TEST_F(ProviderTest, GetInstanceAlwaysReturnsTheSameProvider) {
+    EXPECT_EQ(TCimHTTPNamespaceProvider::GetInstance(), TCimHTTPNamespaceProvider::GetInstance());
+}
+
+TEST_F(ProviderTest, GetNameReturnsTheSameStringWhateverTheContextHolds) {
+    const auto provider = TCimHTTPNamespaceProvider::GetInstance();
+    EXPECT_EQ(provider->GetName(TCIMContext()), "cimhttp");
+    EXPECT_EQ(&provider->GetName(TCIMContext()), &provider->GetName(PluginContext()));
+}
+
+TEST_F(ProviderTest, IsOfTheRemoteKindWithoutIndications) {
+    const auto provider = TCimHTTPNamespaceProvider::GetInstance();
+    EXPECT_EQ(provider->GetType(TCIMContext()), 2);
+    EXPECT_EQ(provider->GetType(PluginContext()), 2);
+    EXPECT_FALSE(provider->IsIndicationsSupported(TCIMContext()));
+    EXPECT_FALSE(provider->IsIndicationsSupported(PluginContext()));
+}
+
+TEST_F(ProviderTest, AllocateNamespaceWithoutThePluginNameThrowsAndSaysSo) {
+    const auto provider = TCimHTTPNamespaceProvider::GetInstance();
+    EXPECT_EQ(StatusOf([&] { provider->AllocateNamespace(TCIMContext(), false); }), 32U);
+    EXPECT_THAT(fLog->Errors(),
+                testing::ElementsAre("TCIMHTTPNamespace: 'pluginNameQualDeclValue' not passed via context"));
+}
+
+TEST_F(ProviderTest, TwoNamespacesAreDistinctAndHaveTheirOwnClients) {
+    const auto first = MakeNamespace();
+    const auto second = MakeNamespace();
+    EXPECT_NE(first, second);
+    EXPECT_NE(first->getPegClient(), second->getPegClient());
+}
+
+TEST_F(ProviderTest, ANewNamespaceIsNotConnected) {
+    EXPECT_FALSE(MakeNamespace()->isConnected());
+    EXPECT_EQ(fServer.ConnectionCount(), 0U);
+}
+
+TEST_F(ProviderTest, ANamespaceNamesItsProvider) {
+    EXPECT_EQ(MakeNamespace()->GetNamespaceProvider(TCIMContext()), TCimHTTPNamespaceProvider::GetInstance());
+}
