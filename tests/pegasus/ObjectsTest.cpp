@@ -1,0 +1,327 @@
+#include <Pegasus/Common/CIMClass.h>
+#include <Pegasus/Common/CIMInstance.h>
+#include <Pegasus/Common/CIMObject.h>
+#include <Pegasus/Common/CIMObjectPath.h>
+#include <Pegasus/Common/CIMQualifierDecl.h>
+#include <Pegasus/Common/CIMValue.h>
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace {
+
+using namespace Pegasus;
+
+template <class T>
+Array<T> arrayOf(std::initializer_list<T> items) {
+    return Array<T>(items.begin(), static_cast<Uint32>(items.size()));
+}
+
+std::string text(const String& string) { return std::string(string.view()); }
+
+// ---- CIMValue ----
+
+template <class T>
+void expectHeld(const T& scalar, CIMType type, T other) {
+    SCOPED_TRACE(cimTypeToString(type));
+    const CIMValue value(scalar);
+    EXPECT_EQ(value.getType(), type);
+    EXPECT_FALSE(value.isArray());
+    EXPECT_FALSE(value.isNull());
+    T read = other;
+    value.get(read);
+    EXPECT_EQ(CIMValue(read), value);
+    EXPECT_NE(CIMValue(other), value);
+
+    const CIMValue array(arrayOf<T>({scalar, other}));
+    EXPECT_EQ(array.getType(), type);
+    EXPECT_TRUE(array.isArray());
+    EXPECT_EQ(array.getArraySize(), 2U);
+    Array<T> items;
+    array.get(items);
+    ASSERT_EQ(items.size(), 2U);
+    EXPECT_EQ(CIMValue(items[1]), CIMValue(other));
+    EXPECT_EQ(CIMValue(items), array);
+    EXPECT_NE(CIMValue(arrayOf<T>({other, scalar})), array);
+    EXPECT_NE(array, value);
+
+    EXPECT_THROW(value.get(items), TypeMismatchException);
+    EXPECT_THROW(array.get(read), TypeMismatchException);
+
+    const CIMValue null(type, false);
+    EXPECT_TRUE(null.isNull());
+    null.get(read);
+    EXPECT_EQ(CIMValue(read), value) << "a null leaves the argument as it is";
+    CIMValue(type, true).get(items);
+    EXPECT_EQ(items.size(), 2U);
+    EXPECT_NE(null, value);
+    EXPECT_EQ(null, CIMValue(type, false, 5));
+    EXPECT_NE(null, CIMValue(type, true));
+}
+
+TEST(CIMValueTest, EveryTypeIsHeldAsScalarArrayAndNull) {
+    expectHeld<Boolean>(true, CIMTYPE_BOOLEAN, false);
+    expectHeld<Uint8>(255, CIMTYPE_UINT8, 0);
+    expectHeld<Sint8>(-128, CIMTYPE_SINT8, 127);
+    expectHeld<Uint16>(65535, CIMTYPE_UINT16, 1);
+    expectHeld<Sint16>(-32768, CIMTYPE_SINT16, 1);
+    expectHeld<Uint32>(4294967295U, CIMTYPE_UINT32, 1);
+    expectHeld<Sint32>(std::numeric_limits<Sint32>::min(), CIMTYPE_SINT32, 1);
+    expectHeld<Uint64>(std::numeric_limits<Uint64>::max(), CIMTYPE_UINT64, 1);
+    expectHeld<Sint64>(std::numeric_limits<Sint64>::min(), CIMTYPE_SINT64, 1);
+    expectHeld<Real32>(1.5F, CIMTYPE_REAL32, 0);
+    expectHeld<Real64>(-1e300, CIMTYPE_REAL64, 0);
+    expectHeld<Char16>(Char16('x'), CIMTYPE_CHAR16, Char16('y'));
+    expectHeld<String>("text", CIMTYPE_STRING, "");
+    expectHeld<CIMDateTime>(CIMDateTime(String("20261121083900.123456+060")), CIMTYPE_DATETIME, CIMDateTime());
+    expectHeld<CIMObjectPath>("A.K=1", CIMTYPE_REFERENCE, "A.K=2");
+    expectHeld<CIMInstance>(CIMInstance(CIMName("A")), CIMTYPE_INSTANCE, CIMInstance(CIMName("B")));
+    expectHeld<CIMObject>(CIMClass(CIMName("A")), CIMTYPE_OBJECT, CIMInstance(CIMName("A")));
+}
+
+TEST(CIMValueTest, TheDefaultIsTheNullBoolean) {
+    EXPECT_EQ(CIMValue(), CIMValue(CIMTYPE_BOOLEAN, false));
+    EXPECT_TRUE(CIMValue().isNull());
+    EXPECT_EQ(CIMValue().getArraySize(), 0U);
+}
+
+TEST(CIMValueTest, AValueIsReadOnlyAsItsOwnType) {
+    String string = "untouched";
+    Uint16 number = 7;
+    EXPECT_THROW(CIMValue(Uint8(1)).get(number), TypeMismatchException);
+    EXPECT_THROW(CIMValue(CIMTYPE_UINT8, false).get(string), TypeMismatchException);
+    EXPECT_EQ(number, 7);
+    EXPECT_EQ(string, String("untouched"));
+    try {
+        CIMValue(CIMTYPE_UINT8, true).get(string);
+        FAIL() << "no exception";
+    } catch (const TypeMismatchException& exception) {
+        EXPECT_EQ(exception.getMessage(), String("the value is of type uint8 array, asked for as string"));
+    }
+}
+
+TEST(CIMValueTest, SettingReplacesTypeAndContent) {
+    CIMValue value(Uint8(1));
+    const CIMValue copy = value;
+    value.set(arrayOf<String>({"a"}));
+    EXPECT_EQ(value.getType(), CIMTYPE_STRING);
+    EXPECT_TRUE(value.isArray());
+    value.setNullValue(CIMTYPE_REAL32, false);
+    EXPECT_EQ(value, CIMValue(CIMTYPE_REAL32, false));
+    EXPECT_EQ(copy, CIMValue(Uint8(1)));
+}
+
+TEST(CIMValueTest, ValuesHaveTexts) {
+    const auto valueText = [](const CIMValue& value) { return text(value.toString()); };
+    EXPECT_EQ(valueText(CIMValue()), "");
+    EXPECT_EQ(valueText(CIMValue(true)), "TRUE");
+    EXPECT_EQ(valueText(CIMValue(Sint8(-128))), "-128");
+    EXPECT_EQ(valueText(CIMValue(std::numeric_limits<Uint64>::max())), "18446744073709551615");
+    EXPECT_EQ(valueText(CIMValue(0.1)), "0.1");
+    EXPECT_EQ(valueText(CIMValue(0.1F)), "0.1");
+    EXPECT_EQ(valueText(CIMValue(Char16('A'))), "A");
+    EXPECT_EQ(valueText(CIMValue(Char16(0xE9))), "\xC3\xA9");
+    EXPECT_EQ(valueText(CIMValue(Char16(0x20AC))), "\xE2\x82\xAC");
+    EXPECT_EQ(valueText(CIMValue(Char16(0xD800))), "\xEF\xBF\xBD");
+    EXPECT_EQ(valueText(CIMValue(arrayOf<Uint8>({1, 2}))), "{1, 2}");
+    EXPECT_EQ(valueText(CIMValue(Array<String>())), "{}");
+    EXPECT_EQ(valueText(CIMValue(CIMObjectPath("A.K=1"))), "A.K=1");
+    EXPECT_EQ(valueText(CIMValue(CIMInstance(CIMName("A")))), "A");
+    EXPECT_EQ(valueText(CIMValue(Array<CIMInstance>(1))), "{}");
+}
+
+// ---- CIMObjectPath ----
+
+TEST(CIMObjectPathTest, TheTextFormIsReadAndWritten) {
+    for (const char* path :
+         {"A", "A.K=1", "A.K=\"text\"", "A.K=TRUE", "A.A=-1.5e3,B=\"x\",c=false", "root/cimv2:A.K=1", "root:A",
+          "//host/root/cimv2:A.K=1", "//host:5988/root:A", "//host/A.K=1", "//[::1]:5988/root:A.K=\"a:b/c.d,e=f\"",
+          "A.K=\"\"", "A.K=\"quote \\\" and \\\\ backslash\"", "A.K=0x1F", "A=\"alone\"", "A=5",
+          "A.R=\"B.K=\\\"x\\\"\""})
+        EXPECT_EQ(text(CIMObjectPath(path).toString()), path);
+}
+
+TEST(CIMObjectPathTest, ThePartsAreTakenApart) {
+    const CIMObjectPath path("//host:5988/root/cimv2:CIM_A.Name=\"a \\\"b\\\"\",On=true,Ref=\"B.K=1\",Size=3");
+    EXPECT_EQ(path.getHost(), String("host:5988"));
+    EXPECT_EQ(path.getNameSpace(), CIMNamespaceName("root/cimv2"));
+    EXPECT_EQ(path.getClassName(), CIMName("CIM_A"));
+    const Array<CIMKeyBinding>& keys = path.getKeyBindings();
+    ASSERT_EQ(keys.size(), 4U);
+    EXPECT_EQ(keys[0].getName(), CIMName("Name"));
+    EXPECT_EQ(keys[0].getValue(), String("a \"b\""));
+    EXPECT_EQ(keys[0].getType(), CIMKeyBinding::STRING);
+    EXPECT_EQ(keys[1].getType(), CIMKeyBinding::BOOLEAN);
+    EXPECT_EQ(keys[2].getType(), CIMKeyBinding::REFERENCE);
+    EXPECT_EQ(keys[2].getValue(), String("B.K=1"));
+    EXPECT_EQ(keys[3].getType(), CIMKeyBinding::NUMERIC);
+}
+
+TEST(CIMObjectPathTest, KeysAreSortedWithoutRegardToCase) {
+    const auto keys = arrayOf<CIMKeyBinding>(
+        {CIMKeyBinding("b", "1", CIMKeyBinding::NUMERIC), CIMKeyBinding("C", "2", CIMKeyBinding::NUMERIC),
+         CIMKeyBinding("A", "3", CIMKeyBinding::NUMERIC), CIMKeyBinding("_", "4", CIMKeyBinding::NUMERIC)});
+    EXPECT_EQ(text(CIMObjectPath("", CIMNamespaceName(), "X", keys).toString()), "X._=4,A=3,b=1,C=2");
+    EXPECT_EQ(text(CIMObjectPath("X.b=1,C=2,A=3").toString()), "X.A=3,b=1,C=2");
+}
+
+TEST(CIMObjectPathTest, TheEmptyPathHasNothing) {
+    EXPECT_EQ(CIMObjectPath().toString(), String());
+    EXPECT_TRUE(CIMObjectPath().getClassName().isNull());
+    EXPECT_EQ(CIMObjectPath().getKeyBindings().size(), 0U);
+    EXPECT_EQ(CIMObjectPath(), CIMObjectPath());
+    EXPECT_NE(CIMObjectPath(), CIMObjectPath("A"));
+}
+
+TEST(CIMObjectPathTest, IdenticalPathsAgreeInMeaning) {
+    EXPECT_EQ(CIMObjectPath("//Host/Root:a.k=1,L=\"x\""), CIMObjectPath("//host/root:A.l=\"x\",K=1"));
+    EXPECT_TRUE(CIMObjectPath("A.K=0x10").identical(CIMObjectPath("A.K=16")));
+    EXPECT_EQ(CIMObjectPath("A.K=-0"), CIMObjectPath("A.K=0"));
+    EXPECT_EQ(CIMObjectPath("A.K=true"), CIMObjectPath("A.K=TRUE"));
+    EXPECT_EQ(CIMObjectPath("A.K=\"B.x=1,y=2\""), CIMObjectPath("A.K=\"b.Y=2,X=1\""));
+    for (const char* other :
+         {"A", "A.K=\"X\"", "A.K=1", "A.L=\"x\"", "B.K=\"x\"", "root:A.K=\"x\"", "A.K=\"x\",L=1", "//host/A.K=\"x\""})
+        EXPECT_NE(CIMObjectPath(other), CIMObjectPath("A.K=\"x\"")) << other;
+    EXPECT_NE(CIMObjectPath("A.K=1.0"), CIMObjectPath("A.K=1"));
+    EXPECT_NE(CIMObjectPath("A.K=-1"), CIMObjectPath("A.K=1"));
+}
+
+TEST(CIMObjectPathTest, MalformedTextsAreRefused) {
+    for (const char* path :
+         {"",           "1A",     "A.",           "A.K",     "A.K=",   "A.K=x",     "A.K=\"x", "A.K=\"x\\",
+          "A.K=\"x\"y", "A.K=1,", "A.=1",         "A.K=1 2", "//host", "///root:A", "/root:A", "root/:A",
+          ":A",         "root:",  "//host/root:", "A=",      "A=1,2",  "A B",       "A.K=--1"})
+        EXPECT_THROW(CIMObjectPath{path}, MalformedObjectNameException) << path;
+}
+
+// ---- Handles ----
+
+TEST(HandlesTest, AnUninitialisedObjectThrowsWhenUsed) {
+    EXPECT_THROW(CIMQualifier().getName(), UninitializedObjectException);
+    EXPECT_THROW(CIMQualifierDecl().getScope(), UninitializedObjectException);
+    EXPECT_THROW(CIMProperty().getValue(), UninitializedObjectException);
+    EXPECT_THROW(CIMProperty().addQualifier(CIMQualifier("Q", CIMValue())), UninitializedObjectException);
+    EXPECT_THROW(CIMParameter().getType(), UninitializedObjectException);
+    EXPECT_THROW(CIMMethod().getParameterCount(), UninitializedObjectException);
+    EXPECT_THROW(CIMClass().getClassName(), UninitializedObjectException);
+    EXPECT_THROW(CIMInstance().setPath(CIMObjectPath()), UninitializedObjectException);
+    EXPECT_THROW(CIMObject().isClass(), UninitializedObjectException);
+    EXPECT_THROW(CIMClass("A").addProperty(CIMProperty()), UninitializedObjectException);
+}
+
+TEST(HandlesTest, ACopyRefersToTheSameObject) {
+    CIMInstance instance(CIMName("A"));
+    const CIMInstance copy = instance;
+    instance.addProperty(CIMProperty("P", CIMValue(Uint8(1))));
+    EXPECT_EQ(copy.getPropertyCount(), 1U);
+    instance.setPath("A.P=1");
+    EXPECT_EQ(copy.getPath(), CIMObjectPath("A.P=1"));
+}
+
+TEST(CIMQualifierTest, ItHasWhatItWasMadeFrom) {
+    const CIMQualifier qualifier("Values", arrayOf<String>({"a"}), CIMFlavor::TRANSLATABLE, true);
+    EXPECT_EQ(qualifier.getName(), CIMName("VALUES"));
+    EXPECT_EQ(qualifier.getType(), CIMTYPE_STRING);
+    EXPECT_TRUE(qualifier.isArray());
+    EXPECT_EQ(qualifier.getValue().getArraySize(), 1U);
+    EXPECT_EQ(qualifier.getFlavor(), CIMFlavor::TRANSLATABLE);
+    EXPECT_TRUE(qualifier.getPropagated());
+    EXPECT_EQ(CIMQualifier("Q", CIMValue()).getFlavor(), CIMFlavor::NONE);
+    EXPECT_FALSE(CIMQualifier("Q", CIMValue()).getPropagated());
+}
+
+TEST(CIMQualifierDeclTest, ItHasWhatItWasMadeFrom) {
+    const CIMQualifierDecl decl("Q", CIMValue(CIMTYPE_UINT16, true), CIMScope::CLASS, CIMFlavor::NONE, 4);
+    EXPECT_EQ(decl.getType(), CIMTYPE_UINT16);
+    EXPECT_TRUE(decl.isArray());
+    EXPECT_EQ(decl.getScope(), CIMScope::CLASS);
+    EXPECT_EQ(decl.getFlavor(), CIMFlavor::NONE);
+    EXPECT_EQ(decl.getArraySize(), 4U);
+    EXPECT_EQ(CIMQualifierDecl("Q", CIMValue(), CIMScope::ANY).getFlavor(), CIMFlavor::DEFAULTS);
+}
+
+TEST(CIMPropertyTest, ItHasWhatItWasMadeFrom) {
+    const CIMProperty property("P", CIMValue(CIMTYPE_REFERENCE, false), 3, "A", "B", true);
+    EXPECT_EQ(property.getType(), CIMTYPE_REFERENCE);
+    EXPECT_FALSE(property.isArray());
+    EXPECT_EQ(property.getArraySize(), 3U);
+    EXPECT_EQ(property.getReferenceClassName(), CIMName("A"));
+    EXPECT_EQ(property.getClassOrigin(), CIMName("B"));
+    EXPECT_TRUE(property.getPropagated());
+    EXPECT_TRUE(CIMProperty("P", CIMValue()).getClassOrigin().isNull());
+}
+
+TEST(CIMPropertyTest, QualifiersAreFoundByNameAndIndex) {
+    CIMProperty property("P", CIMValue());
+    property.addQualifier(CIMQualifier("Key", true)).addQualifier(CIMQualifier("MaxLen", Uint32(64)));
+    EXPECT_EQ(property.getQualifierCount(), 2U);
+    EXPECT_EQ(property.findQualifier("maxlen"), 1U);
+    EXPECT_EQ(property.findQualifier("Read"), PEG_NOT_FOUND);
+    EXPECT_EQ(property.getQualifier(0).getValue(), CIMValue(true));
+    EXPECT_THROW(property.getQualifier(2), IndexOutOfBoundsException);
+    EXPECT_THROW(property.getQualifier(PEG_NOT_FOUND), IndexOutOfBoundsException);
+}
+
+TEST(CIMMethodTest, ParametersAndQualifiersAreFound) {
+    CIMMethod method("M", CIMTYPE_UINT32, "A", true);
+    method.addParameter(CIMParameter("P", CIMTYPE_REFERENCE, true, 2, "R")).addQualifier(CIMQualifier("Q", CIMValue()));
+    const CIMParameter parameter = method.getParameter(method.findParameter("p"));
+    EXPECT_EQ(parameter.getType(), CIMTYPE_REFERENCE);
+    EXPECT_TRUE(parameter.isArray());
+    EXPECT_EQ(parameter.getArraySize(), 2U);
+    EXPECT_EQ(parameter.getReferenceClassName(), CIMName("R"));
+    EXPECT_EQ(method.getClassOrigin(), CIMName("A"));
+    EXPECT_TRUE(method.getPropagated());
+    EXPECT_EQ(method.findQualifier("q"), 0U);
+    EXPECT_EQ(method.findParameter("x"), PEG_NOT_FOUND);
+    EXPECT_THROW(method.getParameter(1), IndexOutOfBoundsException);
+}
+
+TEST(CIMClassTest, MembersAreFoundByNameAndIndex) {
+    CIMClass cimClass("A", "B");
+    cimClass.addQualifier(CIMQualifier("Q", CIMValue()))
+        .addProperty(CIMProperty("P", CIMValue()))
+        .addMethod(CIMMethod("M", CIMTYPE_UINT8));
+    EXPECT_EQ(cimClass.getClassName(), CIMName("A"));
+    EXPECT_EQ(cimClass.getSuperClassName(), CIMName("B"));
+    EXPECT_EQ(cimClass.getPath(), CIMObjectPath("A"));
+    EXPECT_EQ(cimClass.findQualifier("q"), 0U);
+    EXPECT_EQ(cimClass.findProperty("p"), 0U);
+    EXPECT_EQ(cimClass.findMethod("m"), 0U);
+    EXPECT_EQ(cimClass.findMethod("p"), PEG_NOT_FOUND);
+    EXPECT_THROW(cimClass.getProperty(1), IndexOutOfBoundsException);
+    EXPECT_THROW(cimClass.getMethod(1), IndexOutOfBoundsException);
+    EXPECT_TRUE(CIMClass("A").getSuperClassName().isNull());
+}
+
+TEST(CIMClassTest, AQualifierThatIsTrueMakesAnAssociationOrAnAbstractClass) {
+    CIMClass plain("A");
+    plain.addQualifier(CIMQualifier("Association", false)).addQualifier(CIMQualifier("Abstract", CIMValue()));
+    EXPECT_FALSE(plain.isAssociation());
+    EXPECT_FALSE(plain.isAbstract());
+    CIMClass marked("A");
+    marked.addQualifier(CIMQualifier("ASSOCIATION", true)).addQualifier(CIMQualifier("abstract", true));
+    EXPECT_TRUE(marked.isAssociation());
+    EXPECT_TRUE(marked.isAbstract());
+}
+
+TEST(CIMInstanceTest, ItsPathIsItsClassUntilItGetsOne) {
+    CIMInstance instance(CIMName("A"));
+    EXPECT_EQ(instance.getPath(), CIMObjectPath("A"));
+    instance.addProperty(CIMProperty("P", CIMValue()));
+    EXPECT_EQ(instance.findProperty("p"), 0U);
+    EXPECT_EQ(instance.findProperty("q"), PEG_NOT_FOUND);
+    EXPECT_THROW(instance.getProperty(1), IndexOutOfBoundsException);
+}
+
+TEST(CIMObjectTest, ItIsAClassOrAnInstance) {
+    const CIMObject object(CIMClass("A"));
+    EXPECT_TRUE(object.isClass());
+    EXPECT_EQ(object.getClass().getClassName(), CIMName("A"));
+    EXPECT_THROW(object.getInstance(), TypeMismatchException);
+    EXPECT_TRUE(CIMObject(CIMInstance(CIMName("A"))).isInstance());
+    EXPECT_FALSE(object.identical(CIMInstance(CIMName("A"))));
+}
+
+} // namespace
