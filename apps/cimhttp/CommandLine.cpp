@@ -111,6 +111,7 @@ struct Parser {
     }
 
     void AddCommands() {
+        AddCommand("info", "Show the plug-in, its provider and the server", Options::Command::kInfo);
         AddCommand("classes", "List the names of the server's classes", Options::Command::kClasses)
             ->add_option("PATTERN", options.name, "Only names that match, such as 'CIM_*Port'; case does not matter");
         AddCommand("class", "Show a class as MOF", Options::Command::kClass)
@@ -118,6 +119,9 @@ struct Parser {
             ->required();
         auto* const instances = AddCommand("instances", "Show the instances of a class", Options::Command::kInstances);
         instances->add_option("NAME", options.name, "The class")->required();
+        instances->add_option("--property", options.properties, "Show only this property; may be given several times")
+            ->type_name("NAME")
+            ->allow_extra_args(false);
         instances->add_flag("--deep", options.deep, "Include the instances of subclasses");
     }
 };

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "host/ILogger.h"
 
@@ -10,11 +11,12 @@ namespace cimhttp {
 
 /// What the command line and the environment ask for.
 struct Options {
-    enum class Command { kNone, kClasses, kClass, kInstances };
+    enum class Command { kNone, kInfo, kClasses, kClass, kInstances };
 
     Command command = Command::kNone;
     std::string name; ///< the class, or the pattern of `classes`; empty for none
     bool deep = false;
+    std::vector<std::string> properties; ///< the properties that `instances` shows; empty for all
     std::string host = "localhost";
     std::string user; ///< empty: no credentials are sent
     std::string password;

@@ -19,6 +19,8 @@ class Plugin {
     /// be loaded or is not the plug-in.
     explicit Plugin(const std::string& path);
 
+    const std::string& Path() const { return path_; }
+
     /// The provider that registered itself while the library was loaded.
     boost::shared_ptr<NQORVYX20::INamespaceProvider> Provider() const { return provider_; }
 

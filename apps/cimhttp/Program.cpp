@@ -10,6 +10,7 @@
 #include "CommandLine.h"
 #include "Failure.h"
 #include "FailureLog.h"
+#include "InfoCommand.h"
 #include "InstancesCommand.h"
 #include "Session.h"
 #include "host/TRootObject.h"
@@ -31,6 +32,9 @@ class LoggerScope {
 
 void RunCommand(const Options& options, Session& session, std::ostream& output) {
     switch (options.command) {
+    case Options::Command::kInfo:
+        RunInfoCommand(session, output);
+        break;
     case Options::Command::kClasses:
         RunClassesCommand(session, options.name, output);
         break;
@@ -38,7 +42,7 @@ void RunCommand(const Options& options, Session& session, std::ostream& output) 
         RunClassCommand(session, options.name, output);
         break;
     case Options::Command::kInstances:
-        RunInstancesCommand(session, options.name, options.deep, options.width, output);
+        RunInstancesCommand(session, options, output);
         break;
     case Options::Command::kNone:
         break;

@@ -24,6 +24,11 @@ class Session {
     /// must live longer than the session.
     Session(const Options& options, FailureLog& log);
 
+    const Plugin& LoadedPlugin() const { return plugin_; }
+
+    /// The server as a URL without a port.
+    const std::string& Server() const { return server_; }
+
     /// The names of all classes, in the server's order.
     std::vector<std::string> ClassNames();
 
