@@ -19,45 +19,6 @@ namespace {
 
 constexpr int kPort = 5988;
 
-class Socket {
-  public:
-    Socket() : handle_(::socket(AF_INET, SOCK_STREAM, 0)) {
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_port = htons(kPort);
-        ::inet_pton(AF_INET, support::LoopbackAddress().c_str(), &address.sin_addr);
-        if (::connect(handle_, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0)
-            throw std::runtime_error("cannot connect");
-        // A server that hangs fails the test instead of hanging it.
-        const timeval limit{30, 0};
-        ::setsockopt(handle_, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof(limit));
-    }
-    ~Socket() { ::close(handle_); }
-    Socket(const Socket&) = delete;
-    Socket& operator=(const Socket&) = delete;
-
-    void Write(std::string_view bytes) const {
-        while (!bytes.empty()) {
-            const auto sent = ::send(handle_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
-            if (sent <= 0)
-                return;
-            bytes.remove_prefix(static_cast<std::size_t>(sent));
-        }
-    }
-
-    /// Reads what is there, at least one byte; false at the end.
-    bool ReadSome(std::string& text) const {
-        std::array<char, 65536> buffer{};
-        const auto count = ::recv(handle_, buffer.data(), buffer.size(), 0);
-        if (count > 0)
-            text.append(buffer.data(), static_cast<std::size_t>(count));
-        return count > 0;
-    }
-
-  private:
-    int handle_;
-};
-
 /// What has arrived is not the whole response.
 class Incomplete : public std::runtime_error {
   public:
@@ -106,7 +67,7 @@ void TakeChunks(std::string_view& text, Response& response) {
     response.trailers = TakeHeaders(text);
 }
 
-Response ParseResponse(std::string_view text) {
+Response TakeResponse(std::string_view& text) {
     Response response;
     response.status = std::stoi(TakeLine(text).substr(std::string_view("HTTP/1.1 ").size()));
     response.headers = TakeHeaders(text);
@@ -121,19 +82,6 @@ Response ParseResponse(std::string_view text) {
         response.body = TakeBytes(text, std::stoul(header("content-length")));
     }
     return response;
-}
-
-Response ReadResponse(const Socket& socket) {
-    std::string text;
-    for (;;) {
-        const bool isOpen = socket.ReadSome(text);
-        try {
-            return ParseResponse(text);
-        } catch (const Incomplete&) {
-            if (!isOpen)
-                throw;
-        }
-    }
 }
 
 } // namespace
@@ -168,18 +116,68 @@ std::string Post(const Headers& headers, const std::string& body) {
     return text + "\r\n" + body;
 }
 
-Response Send(const std::string& bytes) { return SendAll({bytes}).front(); }
+Session::Session() : handle_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(kPort);
+    ::inet_pton(AF_INET, support::LoopbackAddress().c_str(), &address.sin_addr);
+    if (::connect(handle_, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0)
+        throw std::runtime_error("cannot connect");
+    // A server that hangs fails the test instead of hanging it.
+    const timeval limit{30, 0};
+    ::setsockopt(handle_, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof(limit));
+}
+
+Session::~Session() { ::close(handle_); }
+
+void Session::Write(const std::string& bytes) const {
+    for (std::string_view rest = bytes; !rest.empty();) {
+        const auto sent = ::send(handle_, rest.data(), rest.size(), MSG_NOSIGNAL);
+        if (sent <= 0)
+            return;
+        rest.remove_prefix(static_cast<std::size_t>(sent));
+    }
+}
+
+Response Session::Send(const std::string& request) {
+    Write(request);
+    for (;;) {
+        try {
+            std::string_view rest = pending_;
+            Response response = TakeResponse(rest);
+            pending_.erase(0, pending_.size() - rest.size());
+            return response;
+        } catch (const Incomplete&) {
+            if (!ReadSome())
+                throw;
+        }
+    }
+}
+
+bool Session::IsClosed() {
+    char byte = 0;
+    return pending_.empty() && ::recv(handle_, &byte, 1, 0) == 0;
+}
+
+bool Session::ReadSome() {
+    std::array<char, 65536> buffer{};
+    const auto count = ::recv(handle_, buffer.data(), buffer.size(), 0);
+    if (count > 0)
+        pending_.append(buffer.data(), static_cast<std::size_t>(count));
+    return count > 0;
+}
+
+Response Send(const std::string& bytes) { return Session().Send(bytes); }
 
 std::vector<Response> SendAll(const std::vector<std::string>& requests) {
-    const Socket socket;
+    Session session;
     std::vector<Response> responses;
-    for (const auto& request : requests) {
-        socket.Write(request);
-        responses.push_back(ReadResponse(socket));
-    }
+    responses.reserve(requests.size());
+    for (const auto& request : requests)
+        responses.push_back(session.Send(request));
     return responses;
 }
 
-void Abandon(const std::string& bytes) { Socket().Write(bytes); }
+void Abandon(const std::string& bytes) { Session().Write(bytes); }
 
 } // namespace exchange

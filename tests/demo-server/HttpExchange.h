@@ -31,6 +31,29 @@ Headers OperationHeaders(const std::string& method);
 /// A whole POST request to /cimom. It asks the server to close the connection.
 std::string Post(const Headers& headers, const std::string& body);
 
+/// A connection to the HTTP port of this process's address.
+class Session {
+  public:
+    Session();
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    void Write(const std::string& bytes) const;
+
+    /// Sends a request and reads one answer. Throws std::runtime_error when there is no whole answer.
+    Response Send(const std::string& request);
+
+    /// Whether the server has closed the connection, or does so before it sends anything.
+    bool IsClosed();
+
+  private:
+    bool ReadSome();
+
+    int handle_;
+    std::string pending_;
+};
+
 /// Sends bytes to the HTTP port of this process's address and reads the answer. Throws std::runtime_error when there is
 /// no whole answer.
 Response Send(const std::string& bytes);

@@ -50,7 +50,7 @@ class Operations : public testing::Test {
 
     /// The IMETHODRESPONSE of the answer, which lives until the next one.
     pugi::xml_node Ask(const demo::CimRequest& request) {
-        const std::string text = demo::Answer(service_, request);
+        const std::string text = *demo::Answer(service_, request);
         const auto result = answer_.load_string(text.c_str());
         EXPECT_TRUE(result) << result.description() << text;
         const auto message = answer_.child("CIM").child("MESSAGE");
@@ -343,7 +343,7 @@ TEST(Answers, AFailureInTheMiddleLeavesAStreamedAnswerWellFormed) {
     EXPECT_TRUE(document.load_string(text.c_str()));
     EXPECT_NE(text.find("VALUE.NAMEDINSTANCE"), std::string::npos);
 
-    const std::string whole = demo::Answer(service, request);
+    const std::string whole = *demo::Answer(service, request);
     EXPECT_EQ(whole.find("VALUE.NAMEDINSTANCE"), std::string::npos);
     EXPECT_NE(whole.find("ERROR CODE=\"1\""), std::string::npos);
 }

@@ -1,5 +1,6 @@
 #include "HttpExchange.h"
 
+#include "server/Connection.h"
 #include "server/DemoServer.h"
 #include "support/LoopbackAddress.h"
 
@@ -8,6 +9,7 @@
 
 #include <array>
 #include <cstdio>
+#include <memory>
 #include <thread>
 #include <vector>
 
@@ -22,10 +24,12 @@ using exchange::Send;
 using exchange::SendAll;
 using testing::HasSubstr;
 
+constexpr std::size_t kVolumes = 2000;
+
 demo::DemoServerOptions Options() {
     demo::DemoServerOptions options;
     options.address = support::LoopbackAddress();
-    options.volumes = 2000;
+    options.volumes = kVolumes;
     return options;
 }
 
@@ -92,8 +96,24 @@ TEST_F(Server, StreamsManyInstancesInManyChunks) {
                               OperationBody("EnumerateInstances", ClassName("CIM_StorageVolume")));
     const auto response = Send(request);
     EXPECT_GT(response.chunks, 100U);
-    EXPECT_EQ(Count(response.body, "<VALUE.NAMEDINSTANCE>"), 2000U);
-    EXPECT_EQ(Count(response.body, "</VALUE.NAMEDINSTANCE>"), 2000U);
+    EXPECT_EQ(Count(response.body, "<VALUE.NAMEDINSTANCE>"), kVolumes);
+    EXPECT_EQ(Count(response.body, "</VALUE.NAMEDINSTANCE>"), kVolumes);
+}
+
+TEST_F(Server, StreamsALongAnswerAlsoToAClientThatDoesNotAskForTrailers) {
+    const auto response = Send(Post(OperationHeaders("EnumerateInstances"),
+                                    OperationBody("EnumerateInstances", ClassName("CIM_StorageVolume"))));
+    EXPECT_TRUE(response.isChunked);
+    EXPECT_EQ(response.headers.count("trailer"), 0U);
+    EXPECT_EQ(Count(response.body, "<VALUE.NAMEDINSTANCE>"), kVolumes);
+}
+
+TEST_F(Server, RefusesHeadersBeyondTheLimit) {
+    std::string request = "POST /cimom HTTP/1.1\r\n";
+    while (request.size() <= demo::Connection::kMaxHeaderBytes)
+        request += "X-Filler: " + std::string(100, 'x') + "\r\n";
+    EXPECT_EQ(Send(request + "\r\n").status, 400);
+    EXPECT_EQ(Send(GetClass("CIM_System")).status, 200);
 }
 
 TEST_F(Server, ServesSeveralRequestsOnOneConnection) {
@@ -105,6 +125,13 @@ TEST_F(Server, ServesSeveralRequestsOnOneConnection) {
     EXPECT_THAT(responses[0].body, HasSubstr("\"CIM_System\""));
     EXPECT_THAT(responses[1].body, HasSubstr("\"CIM_Process\""));
     EXPECT_THAT(responses[2].body, HasSubstr("\"CIM_Memory\""));
+}
+
+TEST_F(Server, ServesRequestsThatArriveTogether) {
+    const auto responses =
+        SendAll({GetClass("CIM_System", {{"Connection", "keep-alive"}}) + GetClass("CIM_Memory"), ""});
+    EXPECT_THAT(responses[0].body, HasSubstr("\"CIM_System\""));
+    EXPECT_THAT(responses[1].body, HasSubstr("\"CIM_Memory\""));
 }
 
 TEST_F(Server, ServesManyConnectionsAtOnce) {
@@ -256,6 +283,16 @@ TEST(ServerStop, FreesThePortsForTheNextServer) {
         const demo::DemoServer server(Options());
         EXPECT_EQ(Send(GetClass("CIM_System")).status, 200);
     }
+}
+
+TEST(ServerStop, ClosesIdleConnections) {
+    auto server = std::make_unique<demo::DemoServer>(Options());
+    exchange::Session idle;
+    exchange::Session served;
+    EXPECT_EQ(served.Send(GetClass("CIM_System", {{"Connection", "keep-alive"}})).status, 200);
+    server.reset();
+    EXPECT_TRUE(idle.IsClosed());
+    EXPECT_TRUE(served.IsClosed());
 }
 
 } // namespace

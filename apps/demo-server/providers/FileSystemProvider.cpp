@@ -69,6 +69,7 @@ std::vector<Mount> Mounts(const SystemFiles& files) {
     // Where the list of mounts is not to be had, there is a root all the same.
     byPath.emplace("/", Mount{"", "/", "", "rw"});
     std::vector<Mount> mounts;
+    mounts.reserve(byPath.size());
     for (const auto& [path, mount] : byPath)
         mounts.push_back(mount);
     return mounts;

@@ -67,15 +67,23 @@ std::vector<std::string> Arguments(const SystemFiles& files, const std::string& 
     return arguments;
 }
 
-void SetTimes(const SystemFiles& files, const Stat& stat, Instance& instance) {
-    instance.values["CreationDate"] = Value::Text(Timestamp(BootTime(files) + ClockTicks(stat.Number(kStartTime))));
-    instance.values["KernelModeTime"] = Value::Number(ClockTicks(stat.Number(kSystemTime)).count());
-    instance.values["UserModeTime"] = Value::Number(ClockTicks(stat.Number(kUserTime)).count());
+/// What is the same in all processes.
+Instance MakeCommon(const SystemFiles& files, std::string_view className) {
+    Instance instance{std::string(className), {}};
+    instance.values["CSCreationClassName"] = Value::Text(kComputerSystemClass);
+    instance.values["CSName"] = Value::Text(ComputerName(files));
+    instance.values["OSCreationClassName"] = Value::Text(kOperatingSystemClass);
+    instance.values["OSName"] = Value::Text(OperatingSystemName(files));
+    instance.values["CreationClassName"] = Value::Text(instance.className);
+    SetEnabled(instance);
+    return instance;
 }
 
 } // namespace
 
 void ProcessProvider::Enumerate(const Visitor& visit) const {
+    const Instance common = MakeCommon(files_, ClassName());
+    const auto bootTime = BootTime(files_);
     const auto pageSize = static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE));
     for (const auto& id : files_.List("proc")) {
         if (!LeadingNumber(id))
@@ -85,17 +93,11 @@ void ProcessProvider::Enumerate(const Visitor& visit) const {
         // It may have ended since.
         if (!stat)
             continue;
-        Instance instance{std::string(ClassName()), {}};
+        Instance instance = common;
         auto& values = instance.values;
-        values["CSCreationClassName"] = Value::Text(kComputerSystemClass);
-        values["CSName"] = Value::Text(ComputerName(files_));
-        values["OSCreationClassName"] = Value::Text(kOperatingSystemClass);
-        values["OSName"] = Value::Text(OperatingSystemName(files_));
-        values["CreationClassName"] = Value::Text(instance.className);
         values["Handle"] = Value::Text(id);
         values["Name"] = Value::Text(stat->name);
         values["ElementName"] = Value::Text(stat->name);
-        SetEnabled(instance);
         values["ExecutionState"] = Value::Number(ExecutionStateOf(stat->Field(kState)));
         values["ParentProcessID"] = Value::Number(stat->Number(kParent));
         // Real-time processes have a priority below zero.
@@ -107,7 +109,9 @@ void ProcessProvider::Enumerate(const Visitor& visit) const {
         const auto status = files_.Fields(folder + "/status", ':');
         if (const auto user = status.find("Uid"); user != status.end())
             values["UserID"] = Value::Number(LeadingNumber(user->second));
-        SetTimes(files_, *stat, instance);
+        values["CreationDate"] = Value::Text(Timestamp(bootTime + ClockTicks(stat->Number(kStartTime))));
+        values["KernelModeTime"] = Value::Number(ClockTicks(stat->Number(kSystemTime)).count());
+        values["UserModeTime"] = Value::Number(ClockTicks(stat->Number(kUserTime)).count());
         visit(instance);
     }
 }

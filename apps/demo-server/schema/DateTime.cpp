@@ -34,7 +34,7 @@ std::string Timestamp(std::chrono::system_clock::time_point time) {
 
 std::string Interval(std::chrono::microseconds length) {
     using namespace std::chrono;
-    using Days = duration<std::int64_t, std::ratio<24 * 60 * 60>>;
+    using Days = duration<std::int64_t, std::ratio<24L * 60 * 60>>;
     const auto days = duration_cast<Days>(length);
     length -= days;
     const auto inHours = duration_cast<hours>(length);

@@ -44,10 +44,18 @@ std::string ErrorMessage(const CimRequest& request, const CimError& error) {
 
 } // namespace
 
-std::string Answer(const CimService& service, const CimRequest& request) {
+std::optional<std::string> Answer(const CimService& service, const CimRequest& request, std::size_t limit) {
     std::string text;
-    const auto error = StreamAnswer(service, request, [&](std::string_view portion) { text += portion; });
-    return error ? ErrorMessage(request, *error) : text;
+    try {
+        const auto error = StreamAnswer(service, request, [&](std::string_view portion) {
+            if (text.size() + portion.size() > limit)
+                throw OutputClosed();
+            text += portion;
+        });
+        return error ? ErrorMessage(request, *error) : text;
+    } catch (const OutputClosed&) {
+        return std::nullopt;
+    }
 }
 
 std::optional<CimError> StreamAnswer(const CimService& service, const CimRequest& request, XmlWriter::Output output) {

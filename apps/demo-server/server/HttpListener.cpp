@@ -2,6 +2,8 @@
 
 #include "server/Answer.h"
 #include "server/ChunkedBody.h"
+#include "server/Connection.h"
+#include "server/StopSignal.h"
 #include "wire/CimError.h"
 #include "wire/CimRequest.h"
 #include "wire/PercentEncoding.h"
@@ -11,6 +13,7 @@
 #include <sys/socket.h>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <condition_variable>
@@ -29,13 +32,9 @@ namespace {
 constexpr const char* kPath = "/cimom";
 constexpr const char* kXmlType = "application/xml; charset=utf-8";
 
-constexpr std::size_t kMaxRequestBytes = 4 * 1024 * 1024;
 constexpr std::size_t kMaxConnections = 256;
-constexpr std::size_t kMaxRequestsPerConnection = 1'000'000;
-/// How long an idle connection is kept; stopping waits as long at most.
-constexpr time_t kIdleSeconds = 5;
-constexpr time_t kReadSeconds = 15;
-constexpr time_t kWriteSeconds = 30;
+/// An answer up to this size has a Content-Length; a longer one is not kept in memory.
+constexpr std::size_t kMaxBufferedAnswer = std::size_t{4} * 1024 * 1024;
 
 constexpr int kOk = 200;
 constexpr int kBadRequest = 400;
@@ -92,6 +91,57 @@ class ConnectionThreads : public httplib::TaskQueue {
     bool isOver_ = false;
 };
 
+/// What httplib reads from and writes to.
+class ConnectionStream : public httplib::Stream {
+  public:
+    explicit ConnectionStream(Connection& connection) : connection_(connection) {}
+
+    bool is_readable() const override { return true; }
+    bool is_writable() const override { return true; }
+    ssize_t read(char* data, std::size_t size) override { return connection_.Read(data, size); }
+    ssize_t write(const char* data, std::size_t size) override { return connection_.Write(data, size); }
+    // Nobody asks who the client is.
+    void get_remote_ip_and_port(std::string& /*ip*/, int& /*port*/) const override {}
+    void get_local_ip_and_port(std::string& /*ip*/, int& /*port*/) const override {}
+    socket_t socket() const override { return connection_.Socket(); }
+
+  private:
+    Connection& connection_;
+};
+
+/// httplib's server over connections of our own: it has no limit for headers and for the time that a request takes, and
+/// does not stop before its idle connections end by themselves.
+class Server : public httplib::Server {
+  public:
+    Server(SSL_CTX* context, const StopSignal& stop) : context_(context), stop_(stop) {}
+
+  private:
+    bool process_and_close_socket(socket_t socket) override {
+        Connection connection(socket, context_, stop_);
+        ConnectionStream stream(connection);
+        bool isClosing = false;
+        while (!isClosing && connection.WaitForRequest())
+            if (!process_request(stream, stop_.IsRaised(), isClosing, nullptr))
+                break;
+        return true;
+    }
+
+    SSL_CTX* context_;
+    const StopSignal& stop_;
+};
+
+using TlsContext = std::unique_ptr<SSL_CTX, decltype(&SSL_CTX_free)>;
+
+/// Null without a certificate.
+TlsContext MakeTlsContext(const Certificate* certificate) {
+    TlsContext context(certificate ? SSL_CTX_new(TLS_server_method()) : nullptr, &SSL_CTX_free);
+    if (certificate && (!context || SSL_CTX_set_min_proto_version(context.get(), TLS1_2_VERSION) != 1 ||
+                        SSL_CTX_use_certificate(context.get(), certificate->Get()) != 1 ||
+                        SSL_CTX_use_PrivateKey(context.get(), certificate->Key()) != 1))
+        throw std::runtime_error("OpenSSL does not take the certificate made for HTTPS");
+    return context;
+}
+
 /// Makes the connection end behind this answer, for when the rest of the request is not worth reading: a body that
 /// fails is how httplib closes one.
 void CloseAfter(httplib::Response& response) {
@@ -116,9 +166,17 @@ bool IsXml(const std::string& contentType) {
     return ContainsIgnoringCase(contentType, "application/xml") || ContainsIgnoringCase(contentType, "text/xml");
 }
 
-/// Chunks can be sent to every HTTP/1.1 client, trailers to those that ask for them.
+bool TakesChunks(const httplib::Request& request) { return request.version == "HTTP/1.1"; }
+
 bool TakesTrailers(const httplib::Request& request) {
-    return request.version == "HTTP/1.1" && ContainsIgnoringCase(request.get_header_value("TE"), "trailers");
+    return TakesChunks(request) && ContainsIgnoringCase(request.get_header_value("TE"), "trailers");
+}
+
+/// Whether a request line is right but for its method.
+bool IsUnknownMethod(const httplib::Request& request) {
+    constexpr std::array kKnown{"GET", "HEAD", "POST", "PUT", "DELETE", "OPTIONS", "PATCH"};
+    return request.version.rfind("HTTP/1.", 0) == 0 &&
+           std::find(kKnown.begin(), kKnown.end(), request.method) == kKnown.end();
 }
 
 /// The extension headers of DSP0200 repeat what stands in the body, for firewalls and proxies.
@@ -158,20 +216,22 @@ class HttpListener::Implementation {
         : service_(service),
           credentials_(credentials),
           url_((certificate ? "https://" : "http://") + address + ':' + std::to_string(port)),
-          server_(MakeServer(certificate)) {
+          context_(MakeTlsContext(certificate)),
+          server_(context_.get(), stop_) {
         Configure();
         Bind(address, port);
         thread_ = std::thread([this] {
-            server_->listen_after_bind();
+            server_.listen_after_bind();
             hasEnded_ = true;
         });
         // Before it runs, httplib could not be stopped.
-        while (!server_->is_running() && !hasEnded_)
+        while (!server_.is_running() && !hasEnded_)
             std::this_thread::yield();
     }
 
     ~Implementation() {
-        server_->stop();
+        stop_.Raise();
+        server_.stop();
         thread_.join();
     }
 
@@ -181,40 +241,30 @@ class HttpListener::Implementation {
     const std::string& Url() const { return url_; }
 
   private:
-    static std::unique_ptr<httplib::Server> MakeServer(const Certificate* certificate) {
-        if (!certificate)
-            return std::make_unique<httplib::Server>();
-        auto server = std::make_unique<httplib::SSLServer>(certificate->Get(), certificate->Key());
-        if (!server->is_valid() || SSL_CTX_set_min_proto_version(server->ssl_context(), TLS1_2_VERSION) != 1)
-            throw std::runtime_error("OpenSSL does not take the certificate made for HTTPS");
-        return server;
-    }
-
     void Configure();
     void Bind(const std::string& address, int port);
 
     void Serve(const httplib::Request& request, httplib::Response& response,
                const httplib::ContentReader& readContent) const;
-    void StreamTo(httplib::Response& response, CimRequest operation) const;
+    void Respond(const httplib::Request& request, httplib::Response& response, CimRequest operation) const;
+    void StreamTo(httplib::Response& response, CimRequest operation, bool withTrailers) const;
 
     const CimService& service_;
     const Credentials* credentials_;
     std::string url_;
-    std::unique_ptr<httplib::Server> server_;
+    StopSignal stop_;
+    TlsContext context_;
+    Server server_;
     std::atomic<bool> hasEnded_ = false;
     std::thread thread_;
 };
 
 void HttpListener::Implementation::Configure() {
-    server_->new_task_queue = [] { return new ConnectionThreads(); };
-    server_->set_keep_alive_max_count(kMaxRequestsPerConnection);
-    server_->set_keep_alive_timeout(kIdleSeconds);
-    server_->set_read_timeout(kReadSeconds);
-    server_->set_write_timeout(kWriteSeconds);
-    server_->set_payload_max_length(kMaxRequestBytes);
-    server_->set_tcp_nodelay(true);
+    server_.new_task_queue = [] { return new ConnectionThreads(); };
+    server_.set_payload_max_length(Connection::kMaxBodyBytes);
+    server_.set_tcp_nodelay(true);
 
-    server_->set_pre_routing_handler([](const httplib::Request& request, httplib::Response& response) {
+    server_.set_pre_routing_handler([](const httplib::Request& request, httplib::Response& response) {
         if (request.path == kPath && request.method == "POST")
             return httplib::Server::HandlerResponse::Unhandled;
         response.status = request.path == kPath ? kMethodNotAllowed : kNotFound;
@@ -223,17 +273,14 @@ void HttpListener::Implementation::Configure() {
         CloseAfter(response);
         return httplib::Server::HandlerResponse::Handled;
     });
-    server_->Post(kPath, [this](const httplib::Request& request, httplib::Response& response,
-                                const httplib::ContentReader& readContent) { Serve(request, response, readContent); });
-    // What httplib refuses by itself comes here with 400 and without a CIMError: among others, methods it does not
-    // know.
-    server_->set_error_handler([](const httplib::Request& request, httplib::Response& response) {
+    server_.Post(kPath, [this](const httplib::Request& request, httplib::Response& response,
+                               const httplib::ContentReader& readContent) { Serve(request, response, readContent); });
+    // What httplib refuses by itself comes here with 400 and without a CIMError: among others, methods that it does not
+    // know, such as the M-POST of DSP0200.
+    server_.set_error_handler([](const httplib::Request& request, httplib::Response& response) {
         if (response.status != kBadRequest || response.has_header("CIMError"))
             return;
-        const bool isMethod =
-            !request.method.empty() && std::all_of(request.method.begin(), request.method.end(),
-                                                   [](char c) { return c == '-' || std::isupper(c); });
-        if (isMethod && request.version.rfind("HTTP/1.", 0) == 0)
+        if (IsUnknownMethod(request))
             response.status = kNotImplemented;
         CloseAfter(response);
     });
@@ -242,20 +289,20 @@ void HttpListener::Implementation::Configure() {
 void HttpListener::Implementation::Bind(const std::string& address, int port) {
     int socket = -1;
     // Not httplib's own options: they would let a second server share the port unnoticed.
-    server_->set_socket_options([&](int created) {
+    server_.set_socket_options([&](int created) {
         const int yes = 1;
         ::setsockopt(created, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof(yes));
         socket = created;
     });
     errno = 0;
-    if (!server_->bind_to_port(address, port)) {
+    if (!server_.bind_to_port(address, port)) {
         const int error = errno;
         throw ListenError("cannot listen on " + address + " port " + std::to_string(port) + ": " +
                           (error == 0 ? "the address is not one of this machine's" : std::strerror(error)));
     }
     // httplib's queue of five is too short for clients that come all at once.
     ::listen(socket, SOMAXCONN);
-    server_->set_socket_options(nullptr);
+    server_.set_socket_options(nullptr);
 }
 
 void HttpListener::Implementation::Serve(const httplib::Request& request, httplib::Response& response,
@@ -267,7 +314,7 @@ void HttpListener::Implementation::Serve(const httplib::Request& request, httpli
     }
     std::string body;
     const bool isComplete = readContent([&](const char* data, std::size_t length) {
-        if (body.size() + length > kMaxRequestBytes)
+        if (body.size() + length > Connection::kMaxBodyBytes)
             return false;
         body.append(data, length);
         return true;
@@ -286,29 +333,42 @@ void HttpListener::Implementation::Serve(const httplib::Request& request, httpli
         CimRequest operation = ReadOperation(request, body);
         response.status = kOk;
         response.set_header("CIMOperation", "MethodResponse");
-        if (TakesTrailers(request))
-            StreamTo(response, std::move(operation));
-        else
-            response.set_content(Answer(service_, operation), kXmlType);
+        Respond(request, response, std::move(operation));
     } catch (const HttpError& error) {
         Refuse(response, error);
     }
 }
 
-void HttpListener::Implementation::StreamTo(httplib::Response& response, CimRequest operation) const {
+void HttpListener::Implementation::Respond(const httplib::Request& request, httplib::Response& response,
+                                           CimRequest operation) const {
+    if (TakesTrailers(request)) {
+        StreamTo(response, std::move(operation), true);
+    } else if (!TakesChunks(request)) {
+        response.set_content(*Answer(service_, operation), kXmlType);
+    } else if (const auto text = Answer(service_, operation, kMaxBufferedAnswer)) {
+        response.set_content(*text, kXmlType);
+    } else {
+        StreamTo(response, std::move(operation), false);
+    }
+}
+
+void HttpListener::Implementation::StreamTo(httplib::Response& response, CimRequest operation,
+                                            bool withTrailers) const {
     response.set_header("Transfer-Encoding", "chunked");
-    response.set_header("Trailer", "CIMStatusCode, CIMStatusCodeDescription");
+    if (withTrailers)
+        response.set_header("Trailer", "CIMStatusCode, CIMStatusCodeDescription");
     // httplib's own chunks cannot have trailers, so that it is told to send a body of unknown length as it is.
     response.set_content_provider(
-        kXmlType, [this, operation = std::move(operation)](std::size_t, httplib::DataSink& sink) {
+        kXmlType, [this, operation = std::move(operation), withTrailers](std::size_t, httplib::DataSink& sink) {
             ChunkedBody body([&](std::string_view bytes) { return sink.write(bytes.data(), bytes.size()); });
             try {
                 const auto error = StreamAnswer(service_, operation, [&](std::string_view text) { body.Write(text); });
-                ChunkedBody::Trailers trailers;
-                if (error)
-                    trailers = {{"CIMStatusCode", error->Code()},
-                                {"CIMStatusCodeDescription", PercentEncode(error->what())}};
-                body.Finish(trailers);
+                // Without trailers, a body that breaks off is the only way to tell.
+                if (error && !withTrailers)
+                    return false;
+                body.Finish(error ? ChunkedBody::Trailers{{"CIMStatusCode", error->Code()},
+                                                          {"CIMStatusCodeDescription", PercentEncode(error->what())}}
+                                  : ChunkedBody::Trailers{});
             } catch (const OutputClosed&) {
                 return false;
             }

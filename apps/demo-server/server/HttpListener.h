@@ -24,7 +24,7 @@ class HttpListener {
     HttpListener(const CimService& service, const std::string& address, int port, const Credentials* credentials,
                  const Certificate* certificate);
 
-    /// Stops: takes no more connections, ends the answers that are on their way, and waits for that.
+    /// Stops: takes no more connections, closes idle ones, gives the answers that are on their way a few seconds.
     ~HttpListener();
 
     HttpListener(const HttpListener&) = delete;

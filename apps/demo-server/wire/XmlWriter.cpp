@@ -6,7 +6,7 @@ namespace demo {
 
 namespace {
 
-constexpr std::size_t kPortion = 16 * 1024;
+constexpr std::size_t kPortion = std::size_t{16} * 1024;
 constexpr std::string_view kReplacementCharacter = "\xEF\xBF\xBD";
 
 unsigned Byte(std::string_view text, std::size_t index) { return static_cast<unsigned char>(text[index]); }

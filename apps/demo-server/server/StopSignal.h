@@ -1,0 +1,27 @@
+#pragma once
+
+#include <atomic>
+
+namespace demo {
+
+/// Says once and for all that it is time to stop, to threads that look and to threads that wait in poll().
+class StopSignal {
+  public:
+    /// Throws std::system_error when there are no more file descriptors.
+    StopSignal();
+    ~StopSignal();
+    StopSignal(const StopSignal&) = delete;
+    StopSignal& operator=(const StopSignal&) = delete;
+
+    void Raise();
+    bool IsRaised() const { return isRaised_; }
+
+    /// A file descriptor that is readable from Raise() on.
+    int Handle() const { return handle_; }
+
+  private:
+    std::atomic<bool> isRaised_ = false;
+    int handle_;
+};
+
+} // namespace demo
