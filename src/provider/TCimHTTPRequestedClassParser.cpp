@@ -1,0 +1,127 @@
+#include "provider/TCimHTTPRequestedClassParser.h"
+
+#include <boost/algorithm/string/case_conv.hpp>
+
+#include <locale>
+#include <utility>
+
+#include "host/TRootObject.h"
+
+using NQORVYX20::ILogger;
+
+namespace {
+
+constexpr const char* kRoot = "vyx";
+constexpr const char* kNetwork = "network";
+constexpr const char* kClass = "class";
+
+std::string LowerCase(const char* name) {
+    return boost::algorithm::to_lower_copy(std::string(name), std::locale::classic());
+}
+
+bool IsSetting(const std::string& attribute) {
+    return attribute == "address" || attribute == "user" || attribute == "pass" || attribute == "ssl";
+}
+
+} // namespace
+
+TCimHTTPRequestedClassParser::TCimHTTPRequestedClassParser() = default;
+
+TCimHTTPRequestedClassParser::~TCimHTTPRequestedClassParser() = default;
+
+void TCimHTTPRequestedClassParser::StartElement(const char* name, std::map<std::string, std::string>& attributes) {
+    fElement = LowerCase(name);
+    if (fElement == kRoot) {
+        StartRoot(attributes);
+    } else if (fElement == kNetwork) {
+        StartNetwork(attributes);
+    } else if (fElement == kClass) {
+        StartClass(attributes);
+    } else {
+        FatalError("Unrecognized identifier");
+    }
+}
+
+void TCimHTTPRequestedClassParser::StartRoot(const std::map<std::string, std::string>& attributes) {
+    if (attributes.count("version") == 0) {
+        FatalError("No Version Specified for VYX identifier");
+        return;
+    }
+    fSettingName.clear();
+    fSettingValue.clear();
+    fClassName.clear();
+}
+
+void TCimHTTPRequestedClassParser::StartNetwork(const std::map<std::string, std::string>& attributes) {
+    for (const auto& [name, value] : attributes) {
+        if (!IsSetting(name)) {
+            FatalError("Unrecognized Attribute.");
+        } else if (!fSettingValue.empty()) {
+            FatalError("Expecting End of Object before Beginning New Object.");
+        } else {
+            fSettingName = name;
+            fSettingValue = value;
+            return;
+        }
+    }
+    FatalError("No Name Specified for Object identifier");
+}
+
+void TCimHTTPRequestedClassParser::StartClass(const std::map<std::string, std::string>& attributes) {
+    for (const auto& [name, value] : attributes) {
+        if (name != "name") {
+            FatalError("Unrecognized Attribute.");
+        } else if (!fClassName.empty()) {
+            FatalError("Expecting End of Counter Before Beginning New Counter.");
+        } else {
+            fClassName = value;
+            fClassNames.push_back(value);
+            return;
+        }
+    }
+    FatalError("No Name Specified for Counter identifier");
+}
+
+void TCimHTTPRequestedClassParser::EndElement(const char* name) {
+    fElement = LowerCase(name);
+    if (fElement == kRoot) {
+        return;
+    }
+    if (fElement == kNetwork) {
+        EndNetwork();
+    } else if (fElement == kClass) {
+        fClassName.clear();
+    } else {
+        FatalError("Unrecognized identifier");
+    }
+    fElement.clear();
+}
+
+void TCimHTTPRequestedClassParser::EndNetwork() {
+    if (fSettingName.empty()) {
+        FatalError("Object Identifier Ended Unexpectedly.");
+        return;
+    }
+    fNetworkData.emplace(fSettingName, fSettingValue);
+    fSettingName.clear();
+    fSettingValue.clear();
+}
+
+void TCimHTTPRequestedClassParser::processingInstruction(const char* /*target*/, const char* /*data*/) {}
+
+void TCimHTTPRequestedClassParser::characters(const char* /*text*/, unsigned int /*length*/) {}
+
+void TCimHTTPRequestedClassParser::notationDecl(const char* /*name*/, const char* /*publicId*/,
+                                                const char* /*systemId*/) {}
+
+void TCimHTTPRequestedClassParser::FatalError(const char* message) { DebugOutput(ILogger::eLogError, message); }
+
+// In these texts an "object" is a network setting and a "counter" a class: tools that search the log know them so.
+void TCimHTTPRequestedClassParser::DebugOutput(ILogger::EVYXLogSeverity severity, std::string message) {
+    NQORVYX20::TRootObject::GetCoreLogger()->Log(severity, "Performance Data RDD Parser line " +
+                                                               std::to_string(GetCurLine()) + ":" + message);
+}
+
+std::map<std::string, std::string> TCimHTTPRequestedClassParser::GetRequestedNetworkData() { return fNetworkData; }
+
+std::vector<std::string> TCimHTTPRequestedClassParser::GetRequestedClassData() { return fClassNames; }
