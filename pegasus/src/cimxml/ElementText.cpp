@@ -1,6 +1,5 @@
 #include "cimxml/ElementText.h"
 
-#include "cimxml/Limits.h"
 #include "cimxml/XmlError.h"
 
 namespace Pegasus::cimxml {
@@ -11,30 +10,10 @@ void ElementText::append(std::string_view bytes) {
     text_ += bytes;
 }
 
-bool ElementText::endToken(XmlLexer::Token token, std::size_t attributeCount) {
-    switch (token) {
-    case XmlLexer::Token::StartTag:
-        ++depth_;
-        [[fallthrough]];
-    case XmlLexer::Token::EmptyTag:
-        nodes_ += 1 + attributeCount;
-        break;
-    case XmlLexer::Token::EndTag:
-        --depth_;
-        break;
-    case XmlLexer::Token::CData:
-    case XmlLexer::Token::Other:
-        mixedText_ = true;
-        break;
-    case XmlLexer::Token::Text:
-    case XmlLexer::Token::Incomplete:
-        break;
-    }
+void ElementText::throwOverLimit() const {
     if (depth_ > kMaxNesting)
         throwXmlError({"elements are nested deeper than ", std::to_string(kMaxNesting)});
-    if (nodes_ > kMaxNodes)
-        throwXmlError({"one object has more than ", std::to_string(kMaxNodes), " elements and attributes"});
-    return depth_ == 0;
+    throwXmlError({"one object has more than ", std::to_string(kMaxNodes), " elements and attributes"});
 }
 
 void ElementText::clear() {

@@ -11,6 +11,8 @@ constexpr std::size_t kMaxObjectBytes = std::size_t{64} << 20U;
 constexpr std::size_t kMaxNesting = 256;
 /// Elements and attributes of one object; bounds the memory of its parsed form.
 constexpr std::size_t kMaxNodes = std::size_t{2} << 20U;
+/// Attributes of one element; CIM-XML has none with more than eleven.
+constexpr std::size_t kMaxAttributes = 32;
 /// Embedded objects within embedded objects.
 constexpr std::size_t kMaxEmbedding = 8;
 /// Names that a decoder remembers to share them between objects.

@@ -6,7 +6,6 @@
 #include "cimxml/XmlCharacters.h"
 #include "cimxml/XmlError.h"
 #include "cimxml/XmlLexer.h"
-#include "cimxml/XmlTree.h"
 #include "model/VisitType.h"
 
 #include <array>
@@ -22,24 +21,18 @@ namespace {
 template <class T>
 constexpr bool isEmbedded = std::is_same_v<T, CIMObject> || std::is_same_v<T, CIMInstance>;
 
-/// What a property, parameter or method says of its values.
-struct Declared {
-    CIMType type;
-    bool isArray;
-};
-
-CIMFlavor flavorOf(pugi::xml_node element) {
-    CIMFlavor flavor =
-        booleanAttribute(element, "OVERRIDABLE", true) ? CIMFlavor::OVERRIDABLE : CIMFlavor::DISABLEOVERRIDE;
-    flavor.addFlavor(booleanAttribute(element, "TOSUBCLASS", true) ? CIMFlavor::TOSUBCLASS : CIMFlavor::RESTRICTED);
-    if (booleanAttribute(element, "TOINSTANCE", false))
+CIMFlavor flavorOf(const Attributes& attributes) {
+    CIMFlavor flavor = attributes.getBoolean("OVERRIDABLE", true) ? CIMFlavor::OVERRIDABLE : CIMFlavor::DISABLEOVERRIDE;
+    flavor.addFlavor(attributes.getBoolean("TOSUBCLASS", true) ? CIMFlavor::TOSUBCLASS : CIMFlavor::RESTRICTED);
+    if (attributes.getBoolean("TOINSTANCE", false))
         flavor.addFlavor(CIMFlavor::TOINSTANCE);
-    if (booleanAttribute(element, "TRANSLATABLE", false))
+    if (attributes.getBoolean("TRANSLATABLE", false))
         flavor.addFlavor(CIMFlavor::TRANSLATABLE);
     return flavor;
 }
 
 CIMScope scopeOf(pugi::xml_node element) {
+    const Attributes attributes(element);
     const std::array<std::pair<std::string_view, CIMScope>, 7> kScopes = {{{"CLASS", CIMScope::CLASS},
                                                                            {"ASSOCIATION", CIMScope::ASSOCIATION},
                                                                            {"INDICATION", CIMScope::INDICATION},
@@ -49,24 +42,24 @@ CIMScope scopeOf(pugi::xml_node element) {
                                                                            {"PARAMETER", CIMScope::PARAMETER}}};
     CIMScope scope;
     for (const auto& [name, bit] : kScopes)
-        if (booleanAttribute(element, name, false))
+        if (attributes.getBoolean(name, false))
             scope.addScope(bit);
     return scope;
 }
 
-Uint32 arraySizeOf(pugi::xml_node element) {
-    const auto size = findAttribute(element, "ARRAYSIZE");
+Uint32 arraySizeOf(const Attributes& attributes) {
+    const auto size = attributes.find("ARRAYSIZE");
     return size ? decodeScalar<Uint32>(*size) : 0;
 }
 
 /// The type of an element with a TYPE attribute. A string can stand for an embedded object.
-CIMType typeOf(pugi::xml_node element, std::string_view typeName) {
+CIMType typeOf(const Attributes& attributes, std::string_view typeName) {
     const CIMType type = decodeType(typeName);
     if (type != CIMTYPE_STRING)
         return type;
-    auto embedded = findAttribute(element, "EmbeddedObject");
+    auto embedded = attributes.find("EmbeddedObject");
     if (!embedded)
-        embedded = findAttribute(element, "EMBEDDEDOBJECT");
+        embedded = attributes.find("EMBEDDEDOBJECT");
     if (!embedded)
         return type;
     if (*embedded == "object")
@@ -76,7 +69,7 @@ CIMType typeOf(pugi::xml_node element, std::string_view typeName) {
     throwXmlError({"unknown kind of EmbeddedObject: ", *embedded});
 }
 
-CIMType typeOf(pugi::xml_node element) { return typeOf(element, attribute(element, "TYPE")); }
+CIMType typeOf(const Attributes& attributes) { return typeOf(attributes, attributes.get("TYPE")); }
 
 bool isValue(pugi::xml_node element) {
     constexpr std::string_view kValue = "VALUE";
@@ -100,26 +93,26 @@ bool isArrayValue(pugi::xml_node element) {
     return isNamed(element, "VALUE.ARRAY") || isNamed(element, "VALUE.REFARRAY");
 }
 
-/// The names of the forms that a property or a parameter has: scalar, array, reference, array of references.
-struct Forms {
-    std::string_view scalar, array, reference, referenceArray;
-};
+/// The forms that a property or a parameter has.
+enum class Form { Scalar, Array, Reference, ReferenceArray };
+using FormNames = std::array<std::string_view, 4>;
 
-constexpr Forms kPropertyForms = {"PROPERTY", "PROPERTY.ARRAY", "PROPERTY.REFERENCE", "PROPERTY.REFARRAY"};
-constexpr Forms kParameterForms = {"PARAMETER", "PARAMETER.ARRAY", "PARAMETER.REFERENCE", "PARAMETER.REFARRAY"};
+constexpr FormNames kPropertyForms = {"PROPERTY", "PROPERTY.ARRAY", "PROPERTY.REFERENCE", "PROPERTY.REFARRAY"};
+constexpr FormNames kParameterForms = {"PARAMETER", "PARAMETER.ARRAY", "PARAMETER.REFERENCE", "PARAMETER.REFARRAY"};
 
-/// What the element's form and its TYPE attribute declare; nothing when it has none of the forms.
-std::optional<Declared> declaredBy(pugi::xml_node element, const Forms& forms) {
-    const std::string_view name = element.name();
-    if (name == forms.scalar)
-        return Declared{typeOf(element), false};
-    if (name == forms.array)
-        return Declared{typeOf(element), true};
-    if (name == forms.reference)
-        return Declared{CIMTYPE_REFERENCE, false};
-    if (name == forms.referenceArray)
-        return Declared{CIMTYPE_REFERENCE, true};
+/// The form that a name says; nothing when it is none of these.
+std::optional<Form> formOf(std::string_view name, const FormNames& names) {
+    for (std::size_t i = 0; i < names.size(); ++i)
+        if (name == names[i])
+            return static_cast<Form>(i);
     return std::nullopt;
+}
+
+bool isArrayForm(Form form) { return form == Form::Array || form == Form::ReferenceArray; }
+
+/// The type that the form, and for all but references the TYPE attribute, declare.
+CIMType typeOf(Form form, const Attributes& attributes) {
+    return form == Form::Scalar || form == Form::Array ? typeOf(attributes) : CIMTYPE_REFERENCE;
 }
 
 /// The element in a text that holds one, and at most white space, comments and an XML declaration around it.
@@ -130,13 +123,15 @@ ElementText elementIn(std::string_view text) {
     while (!text.empty()) {
         const std::string_view before = text;
         const XmlLexer::Token token = lexer.next(text);
+        const std::string_view bytes = before.substr(0, before.size() - text.size());
         const bool around = complete || element.isEmpty();
-        if (around && (token == XmlLexer::Token::Other || (token == XmlLexer::Token::Text && lexer.isBlank())))
+        const bool blank = token == XmlLexer::Token::Text && trimmed(bytes).empty();
+        if (around && (blank || token == XmlLexer::Token::Other))
             continue;
         const bool begins = token == XmlLexer::Token::StartTag || token == XmlLexer::Token::EmptyTag;
         if (complete || (around && !begins))
             throwXmlError({"an embedded object is not one element"});
-        element.append(before.substr(0, before.size() - text.size()));
+        element.append(bytes);
         complete = element.endToken(token, lexer.attributeCount());
     }
     if (!complete)
@@ -147,7 +142,8 @@ ElementText elementIn(std::string_view text) {
 } // namespace
 
 CIMClass ObjectDecoder::decodeClass(pugi::xml_node element) {
-    CIMClass cimClass(names_.get(attribute(element, "NAME")), optionalName(element, "SUPERCLASS"));
+    const Attributes attributes(element);
+    CIMClass cimClass(names_.get(attributes.get("NAME")), optionalName(attributes, "SUPERCLASS"));
     for (const auto child : ChildElements(element)) {
         if (isNamed(child, "METHOD"))
             cimClass.addMethod(decodeMethod(child));
@@ -158,7 +154,7 @@ CIMClass ObjectDecoder::decodeClass(pugi::xml_node element) {
 }
 
 CIMInstance ObjectDecoder::decodeInstance(pugi::xml_node element) {
-    CIMInstance instance(names_.get(attribute(element, "CLASSNAME")));
+    CIMInstance instance(names_.get(Attributes(element).get("CLASSNAME")));
     for (const auto child : ChildElements(element)) {
         // The qualifiers of an instance are deprecated (DSP0200); its class has them.
         if (!addProperty(instance, child) && !isNamed(child, "QUALIFIER"))
@@ -184,7 +180,7 @@ CIMInstance ObjectDecoder::decodeInstanceWithPath(pugi::xml_node element) {
     return instance;
 }
 
-CIMName ObjectDecoder::decodeClassName(pugi::xml_node element) { return names_.get(attribute(element, "NAME")); }
+CIMName ObjectDecoder::decodeClassName(pugi::xml_node element) { return names_.get(Attributes(element).get("NAME")); }
 
 CIMQualifierDecl ObjectDecoder::decodeQualifierDecl(pugi::xml_node element) {
     CIMScope scope;
@@ -194,24 +190,26 @@ CIMQualifierDecl ObjectDecoder::decodeQualifierDecl(pugi::xml_node element) {
         else if (!isValue(child))
             throwUnexpected(child);
     }
+    const Attributes attributes(element);
     const auto value = valueIn(element);
-    const bool isArray = booleanAttribute(element, "ISARRAY", isArrayValue(value));
-    return CIMQualifierDecl(names_.get(attribute(element, "NAME")), decodeValue(typeOf(element), isArray, value), scope,
-                            flavorOf(element), arraySizeOf(element));
+    const bool isArray = attributes.getBoolean("ISARRAY", isArrayValue(value));
+    return CIMQualifierDecl(names_.get(attributes.get("NAME")), decodeValue(typeOf(attributes), isArray, value), scope,
+                            flavorOf(attributes), arraySizeOf(attributes));
 }
 
 CIMQualifier ObjectDecoder::decodeQualifier(pugi::xml_node element) {
+    const Attributes attributes(element);
     const auto value = onlyChild(element);
-    return CIMQualifier(names_.get(attribute(element, "NAME")),
-                        decodeValue(typeOf(element), isArrayValue(value), value), flavorOf(element),
-                        booleanAttribute(element, "PROPAGATED", false));
+    return CIMQualifier(names_.get(attributes.get("NAME")), decodeValue(typeOf(attributes), isArrayValue(value), value),
+                        flavorOf(attributes), attributes.getBoolean("PROPAGATED", false));
 }
 
 CIMMethod ObjectDecoder::decodeMethod(pugi::xml_node element) {
     // A method without a return type, which CIM does not have and DSP0201 allows, counts as one that returns uint32.
-    const auto type = findAttribute(element, "TYPE");
-    CIMMethod method(names_.get(attribute(element, "NAME")), type ? typeOf(element, *type) : CIMTYPE_UINT32,
-                     optionalName(element, "CLASSORIGIN"), booleanAttribute(element, "PROPAGATED", false));
+    const Attributes attributes(element);
+    const auto type = attributes.find("TYPE");
+    CIMMethod method(names_.get(attributes.get("NAME")), type ? typeOf(attributes, *type) : CIMTYPE_UINT32,
+                     optionalName(attributes, "CLASSORIGIN"), attributes.getBoolean("PROPAGATED", false));
     for (const auto child : ChildElements(element))
         if (!addParameter(method, child) && !addQualifier(method, child))
             throwUnexpected(child);
@@ -235,24 +233,26 @@ void ObjectDecoder::addQualifiers(Owner& owner, pugi::xml_node element) {
 
 template <class Owner>
 bool ObjectDecoder::addProperty(Owner& owner, pugi::xml_node child) {
-    const auto declared = declaredBy(child, kPropertyForms);
-    if (!declared)
+    const auto form = formOf(child.name(), kPropertyForms);
+    if (!form)
         return false;
-    CIMProperty property(names_.get(attribute(child, "NAME")),
-                         decodeValue(declared->type, declared->isArray, valueIn(child)), arraySizeOf(child),
-                         optionalName(child, "REFERENCECLASS"), optionalName(child, "CLASSORIGIN"),
-                         booleanAttribute(child, "PROPAGATED", false));
+    const Attributes attributes(child);
+    CIMProperty property(names_.get(attributes.get("NAME")),
+                         decodeValue(typeOf(*form, attributes), isArrayForm(*form), valueIn(child)),
+                         arraySizeOf(attributes), optionalName(attributes, "REFERENCECLASS"),
+                         optionalName(attributes, "CLASSORIGIN"), attributes.getBoolean("PROPAGATED", false));
     addQualifiers(property, child);
     owner.addProperty(property);
     return true;
 }
 
 bool ObjectDecoder::addParameter(CIMMethod& method, pugi::xml_node child) {
-    const auto declared = declaredBy(child, kParameterForms);
-    if (!declared)
+    const auto form = formOf(child.name(), kParameterForms);
+    if (!form)
         return false;
-    CIMParameter parameter(names_.get(attribute(child, "NAME")), declared->type, declared->isArray, arraySizeOf(child),
-                           optionalName(child, "REFERENCECLASS"));
+    const Attributes attributes(child);
+    CIMParameter parameter(names_.get(attributes.get("NAME")), typeOf(*form, attributes), isArrayForm(*form),
+                           arraySizeOf(attributes), optionalName(attributes, "REFERENCECLASS"));
     addQualifiers(parameter, child);
     method.addParameter(parameter);
     return true;
@@ -329,8 +329,8 @@ CIMObject ObjectDecoder::decodeEmbedded(std::string_view text) {
     return object;
 }
 
-CIMName ObjectDecoder::optionalName(pugi::xml_node element, std::string_view attributeName) {
-    const auto name = findAttribute(element, attributeName);
+CIMName ObjectDecoder::optionalName(const Attributes& attributes, std::string_view attributeName) {
+    const auto name = attributes.find(attributeName);
     return name && !name->empty() ? names_.get(*name) : CIMName();
 }
 

@@ -2,6 +2,7 @@
 
 #include "cimxml/NameCache.h"
 #include "cimxml/PathDecoder.h"
+#include "cimxml/XmlTree.h"
 
 #include <Pegasus/Common/CIMClass.h>
 #include <Pegasus/Common/CIMInstance.h>
@@ -54,7 +55,7 @@ class ObjectDecoder {
     T decodeItem(pugi::xml_node value);
     CIMObject decodeEmbedded(std::string_view text);
 
-    CIMName optionalName(pugi::xml_node element, std::string_view attributeName);
+    CIMName optionalName(const Attributes& attributes, std::string_view attributeName);
 
     NameCache names_;
     PathDecoder paths_{names_};

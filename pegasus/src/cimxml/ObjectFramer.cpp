@@ -26,11 +26,10 @@ std::string_view nameIn(std::string_view tag) {
 
 void ObjectFramer::feed(std::string_view bytes) {
     while (!bytes.empty()) {
-        const std::string_view before = bytes;
-        const XmlLexer::Token token = lexer_.next(bytes);
-        piece_.append(before.substr(0, before.size() - bytes.size()));
-        if (token != XmlLexer::Token::Incomplete)
-            take(token);
+        if (inElement_)
+            takeElement(bytes);
+        else
+            takeEnvelope(bytes);
     }
 }
 
@@ -41,16 +40,52 @@ void ObjectFramer::finish() const {
         throwXmlError({"it has no ", kEnvelope[nextLevel_]});
 }
 
-void ObjectFramer::take(XmlLexer::Token token) {
-    const bool tag = token == XmlLexer::Token::StartTag || token == XmlLexer::Token::EmptyTag;
-    if (!inElement_ && tag)
+/// Takes the tokens of an element, up to its end at most.
+void ObjectFramer::takeElement(std::string_view& bytes) {
+    const std::string_view before = bytes;
+    bool complete = false;
+    while (!complete && !bytes.empty()) {
+        const XmlLexer::Token token = lexer_.next(bytes);
+        complete = token != XmlLexer::Token::Incomplete && piece_.endToken(token, lexer_.attributeCount());
+    }
+    piece_.append(before.substr(0, before.size() - bytes.size()));
+    if (complete)
+        deliverElement();
+}
+
+/// Takes one token outside of the elements.
+void ObjectFramer::takeEnvelope(std::string_view& bytes) {
+    const std::string_view before = bytes;
+    const XmlLexer::Token token = lexer_.next(bytes);
+    piece_.append(before.substr(0, before.size() - bytes.size()));
+    switch (token) {
+    case XmlLexer::Token::Incomplete:
+        return;
+    case XmlLexer::Token::StartTag:
+    case XmlLexer::Token::EmptyTag:
         inElement_ = !isEnvelope(nameIn(piece_.text()));
-    if (!inElement_)
-        takeEnvelope(token);
-    else if (piece_.endToken(token, lexer_.attributeCount()))
-        takeElement();
-    if (!inElement_)
-        piece_.clear();
+        if (inElement_) {
+            if (piece_.endToken(token, lexer_.attributeCount()))
+                deliverElement();
+            return;
+        }
+        open();
+        if (token == XmlLexer::Token::EmptyTag)
+            --level_;
+        break;
+    case XmlLexer::Token::EndTag:
+        close();
+        break;
+    case XmlLexer::Token::Text:
+        if (!trimmed(piece_.text()).empty())
+            throwXmlError({"there is text between the elements"});
+        break;
+    case XmlLexer::Token::CData:
+        throwXmlError({"there is a CDATA section between the elements"});
+    case XmlLexer::Token::Other:
+        break;
+    }
+    piece_.clear();
 }
 
 /// Whether an element that begins here is the next one of the envelope, and not an element that it holds.
@@ -61,30 +96,6 @@ bool ObjectFramer::isEnvelope(std::string_view name) const {
         throwXmlError({"the element ", name, " stands where ",
                        level_ == nextLevel_ ? kEnvelope[level_] : std::string_view("nothing more"), " is expected"});
     return false;
-}
-
-void ObjectFramer::takeEnvelope(XmlLexer::Token token) {
-    switch (token) {
-    case XmlLexer::Token::StartTag:
-        open();
-        break;
-    case XmlLexer::Token::EmptyTag:
-        open();
-        --level_;
-        break;
-    case XmlLexer::Token::EndTag:
-        close();
-        break;
-    case XmlLexer::Token::Text:
-        if (!lexer_.isBlank())
-            throwXmlError({"there is text between the elements"});
-        break;
-    case XmlLexer::Token::CData:
-        throwXmlError({"there is a CDATA section between the elements"});
-    case XmlLexer::Token::Other:
-    case XmlLexer::Token::Incomplete:
-        break;
-    }
 }
 
 void ObjectFramer::open() {
@@ -103,9 +114,10 @@ void ObjectFramer::close() {
     --level_;
 }
 
-void ObjectFramer::takeElement() {
+void ObjectFramer::deliverElement() {
     checkCharacters();
     handler_.onElement(piece_, level_ == kInReturnValue);
+    piece_.clear();
     inElement_ = false;
 }
 

@@ -34,10 +34,10 @@ class ObjectFramer {
     void finish() const;
 
   private:
-    void take(XmlLexer::Token token);
+    void takeElement(std::string_view& bytes);
+    void takeEnvelope(std::string_view& bytes);
+    void deliverElement();
     bool isEnvelope(std::string_view name) const;
-    void takeEnvelope(XmlLexer::Token token);
-    void takeElement();
     void open();
     void close();
     void checkCharacters();

@@ -14,7 +14,8 @@ namespace {
 
 /// The kind of key that KEYVALUE holds: what VALUETYPE says, else what the CIM type in TYPE says, else a text.
 CIMKeyBinding::Type keyTypeOf(pugi::xml_node keyValue) {
-    if (const auto valueType = findAttribute(keyValue, "VALUETYPE")) {
+    const Attributes attributes(keyValue);
+    if (const auto valueType = attributes.find("VALUETYPE")) {
         if (*valueType == "string")
             return CIMKeyBinding::STRING;
         if (*valueType == "boolean")
@@ -23,7 +24,7 @@ CIMKeyBinding::Type keyTypeOf(pugi::xml_node keyValue) {
             return CIMKeyBinding::NUMERIC;
         throwXmlError({"unknown VALUETYPE: ", *valueType});
     }
-    const auto type = findAttribute(keyValue, "TYPE");
+    const auto type = attributes.find("TYPE");
     if (!type)
         return CIMKeyBinding::STRING;
     const CIMType cimType = decodeType(*type);
@@ -66,10 +67,11 @@ CIMObjectPath PathDecoder::decodeQualified(pugi::xml_node element) {
 
 CIMObjectPath PathDecoder::decodeLocal(pugi::xml_node element, const Place& place) {
     if (isNamed(element, "CLASSNAME"))
-        return CIMObjectPath(place.host, place.nameSpace, names_.get(attribute(element, "NAME")));
+        return CIMObjectPath(place.host, place.nameSpace, names_.get(Attributes(element).get("NAME")));
     if (!isNamed(element, "INSTANCENAME"))
         throwUnexpected(element);
-    return CIMObjectPath(place.host, place.nameSpace, names_.get(attribute(element, "CLASSNAME")), decodeKeys(element));
+    return CIMObjectPath(place.host, place.nameSpace, names_.get(Attributes(element).get("CLASSNAME")),
+                         decodeKeys(element));
 }
 
 PathDecoder::Place PathDecoder::decodePlace(pugi::xml_node element) {
@@ -97,7 +99,7 @@ CIMNamespaceName PathDecoder::decodeNamespace(pugi::xml_node element) {
             throwUnexpected(child);
         if (!path.empty())
             path += '/';
-        path += attribute(child, "NAME");
+        path += Attributes(child).get("NAME");
     }
     const String name{std::string_view(path)};
     if (!CIMNamespaceName::legal(name))
@@ -120,7 +122,7 @@ Array<CIMKeyBinding> PathDecoder::decodeKeys(pugi::xml_node instanceName) {
         const auto value = onlyChild(child);
         if (!value)
             throwXmlError({"the element KEYBINDING is empty"});
-        keys.append(decodeKey(names_.get(attribute(child, "NAME")), value));
+        keys.append(decodeKey(names_.get(Attributes(child).get("NAME")), value));
     }
     return keys;
 }

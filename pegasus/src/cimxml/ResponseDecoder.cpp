@@ -49,10 +49,11 @@ bool isOtherReturnValue(pugi::xml_node element) {
 
 /// The server's error in an ERROR element.
 CIMException decodeError(pugi::xml_node element) {
-    const auto code = decodeScalar<Uint32>(attribute(element, "CODE"));
+    const Attributes attributes(element);
+    const auto code = decodeScalar<Uint32>(attributes.get("CODE"));
     if (code == CIM_ERR_SUCCESS)
         throwXmlError({"it reports an error with the code 0"});
-    const auto description = findAttribute(element, "DESCRIPTION");
+    const auto description = attributes.find("DESCRIPTION");
     return CIMException(static_cast<CIMStatusCode>(code), String(description.value_or(std::string_view())));
 }
 
@@ -80,10 +81,10 @@ class ResponseDecoder::Impl : private ObjectFramer::Handler {
     void onEnvelope(ElementText& tag) override {
         const auto element = tree_.parse(tag);
         if (isNamed(element, "MESSAGE")) {
-            if (const auto id = attribute(element, "ID"); id != messageId_)
+            if (const auto id = Attributes(element).get("ID"); id != messageId_)
                 throwForeign("message ID", id, messageId_);
         } else if (isNamed(element, "IMETHODRESPONSE")) {
-            if (const auto name = attribute(element, "NAME"); name != method_)
+            if (const auto name = Attributes(element).get("NAME"); name != method_)
                 throwForeign("method", name, method_);
         }
     }

@@ -6,6 +6,7 @@
 #include <Pegasus/Common/Exception.h>
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
@@ -125,12 +126,13 @@ CIMDateTime decodeScalar(std::string_view text) {
 }
 
 CIMType decodeType(std::string_view name) {
-    for (int number = CIMTYPE_BOOLEAN; number <= CIMTYPE_DATETIME; ++number) {
-        const auto type = static_cast<CIMType>(number);
-        if (name == cimTypeToString(type))
-            return type;
-    }
-    throwXmlError({"unknown type: ", name});
+    constexpr std::array<std::string_view, CIMTYPE_DATETIME + 1> kNames = {
+        "boolean", "uint8",  "sint8",  "uint16", "sint16", "uint32", "sint32",
+        "uint64",  "sint64", "real32", "real64", "char16", "string", "datetime"};
+    const auto found = std::find(kNames.begin(), kNames.end(), name);
+    if (found == kNames.end())
+        throwXmlError({"unknown type: ", name});
+    return static_cast<CIMType>(found - kNames.begin());
 }
 
 } // namespace Pegasus::cimxml

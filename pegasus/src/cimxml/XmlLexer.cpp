@@ -4,6 +4,7 @@
 #include "cimxml/XmlError.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cstdint>
 #include <utility>
@@ -43,10 +44,28 @@ bool isKnownReference(std::string_view reference) noexcept {
     return reference == "lt" || reference == "gt" || reference == "amp" || reference == "quot" || reference == "apos";
 }
 
-template <class Stop>
-std::size_t lengthUntil(std::string_view bytes, Stop stop) {
-    return static_cast<std::size_t>(std::find_if(bytes.begin(), bytes.end(), stop) - bytes.begin());
-}
+/// A set of bytes; asking it costs one look-up.
+class ByteSet {
+  public:
+    explicit constexpr ByteSet(std::string_view members) {
+        for (const char c : members)
+            isMember_[static_cast<unsigned char>(c)] = true;
+    }
+
+    /// How many bytes there are before the first member.
+    std::size_t lengthBefore(std::string_view bytes) const noexcept {
+        std::size_t length = 0;
+        while (length != bytes.size() && !isMember_[static_cast<unsigned char>(bytes[length])])
+            ++length;
+        return length;
+    }
+
+  private:
+    std::array<bool, 256> isMember_{};
+};
+
+constexpr ByteSet kEndsTagPart("<>\"'");
+constexpr ByteSet kEndsValuePart("<&\"'");
 
 bool isPrefix(std::string_view prefix, std::string_view text) noexcept {
     return text.substr(0, prefix.size()) == prefix;
@@ -54,102 +73,73 @@ bool isPrefix(std::string_view prefix, std::string_view text) noexcept {
 
 } // namespace
 
-XmlLexer::Token XmlLexer::next(std::string_view& bytes) {
-    while (!bytes.empty()) {
-        const Token token = step(bytes);
-        if (token != Token::Incomplete)
-            return token;
-    }
-    return Token::Incomplete;
-}
+// The functions of the single states are inline: every byte of an answer goes through them.
 
-XmlLexer::Token XmlLexer::step(std::string_view& bytes) {
-    switch (state_) {
-    case State::Start:
-        takeByteOrderMark(bytes);
-        break;
-    case State::Content:
-        return takeContent(bytes);
-    case State::Opening:
-        takeOpening(bytes);
-        break;
-    case State::Tag:
-        return takeTag(bytes);
-    case State::Quoted:
-        takeQuoted(bytes);
-        break;
-    case State::Reference:
-        takeReference(bytes);
-        break;
-    case State::Comment:
-        return takeUntil("-->", Token::Other, bytes);
-    case State::CData:
-        return takeUntil("]]>", Token::CData, bytes);
-    case State::Instruction:
-        return takeUntil("?>", Token::Other, bytes);
-    }
-    return Token::Incomplete;
-}
-
-void XmlLexer::takeByteOrderMark(std::string_view& bytes) {
-    if (bytes.front() == kByteOrderMark[matched_]) {
-        take(bytes);
-        ++matched_;
-    } else if (matched_ != 0) {
-        throwXmlError({"it is not UTF-8"});
-    } else {
+inline XmlLexer::Token XmlLexer::takeByteOrderMark(std::string_view& bytes) {
+    if (bytes.front() != kByteOrderMark[matched_]) {
+        if (matched_ != 0)
+            throwXmlError({"it is not UTF-8"});
         state_ = State::Content;
+        return Token::Incomplete;
     }
-    if (matched_ == kByteOrderMark.size())
-        state_ = State::Content;
+    take(bytes);
+    if (++matched_ != kByteOrderMark.size())
+        return Token::Incomplete;
+    state_ = State::Content;
+    return Token::Other;
 }
 
-XmlLexer::Token XmlLexer::takeContent(std::string_view& bytes) {
+inline XmlLexer::Token XmlLexer::takeContent(std::string_view& bytes) {
     if (bytes.front() == '<') {
         if (std::exchange(inText_, false))
             return Token::Text;
         take(bytes);
-        opening_.clear();
         state_ = State::Opening;
+        opening_.clear();
+        if (!bytes.empty() && (startsName(bytes.front()) || bytes.front() == '/'))
+            beginTag(bytes);
         return Token::Incomplete;
     }
-    if (!std::exchange(inText_, true))
-        blank_ = true;
     const std::string_view text = bytes.substr(0, bytes.find('<'));
-    const std::string_view plain = text.substr(0, text.find('&'));
-    blank_ = blank_ && trimmed(plain).empty();
-    bytes.remove_prefix(plain.size());
-    if (bytes.empty()) {
-        inText_ = false;
+    bytes.remove_prefix(std::min(text.find('&'), text.size()));
+    inText_ = !bytes.empty();
+    if (!inText_)
         return Token::Text;
-    }
     if (bytes.front() == '&')
         beginReference(bytes);
     return Token::Incomplete;
 }
 
-void XmlLexer::takeOpening(std::string_view& bytes) {
-    const char c = take(bytes);
-    opening_ += c;
-    matched_ = 0;
-    if (opening_.size() == 1 && c != '!') {
-        if (c != '/' && c != '?' && !startsName(c))
-            throwXmlError({"'<' is followed by what begins no tag"});
-        state_ = c == '?' ? State::Instruction : State::Tag;
-        endTag_ = c == '/';
-        previous_ = 0;
-        attributes_ = 0;
-    } else if (opening_ == kCommentOpening) {
-        state_ = State::Comment;
-    } else if (opening_ == kCDataOpening) {
-        state_ = State::CData;
-    } else if (!isPrefix(opening_, kCommentOpening) && !isPrefix(opening_, kCDataOpening)) {
-        throwXmlError({"it has a document type or another declaration, which is not accepted"});
+/// What follows '<' and is not clearly a tag.
+inline void XmlLexer::takeOpening(std::string_view& bytes) {
+    const char c = bytes.front();
+    if (opening_.empty() && (startsName(c) || c == '/')) {
+        beginTag(bytes);
+        return;
     }
+    opening_ += take(bytes);
+    matched_ = 0;
+    if (opening_ == "?")
+        state_ = State::Instruction;
+    else if (opening_ == kCommentOpening)
+        state_ = State::Comment;
+    else if (opening_ == kCDataOpening)
+        state_ = State::CData;
+    else if (opening_.front() != '!')
+        throwXmlError({"'<' is followed by what begins no tag"});
+    else if (!isPrefix(opening_, kCommentOpening) && !isPrefix(opening_, kCDataOpening))
+        throwXmlError({"it has a document type or another declaration, which is not accepted"});
 }
 
-XmlLexer::Token XmlLexer::takeTag(std::string_view& bytes) {
-    const std::size_t length = lengthUntil(bytes, [](char c) { return c == '>' || c == '"' || c == '\'' || c == '<'; });
+inline void XmlLexer::beginTag(std::string_view& bytes) {
+    endTag_ = take(bytes) == '/';
+    previous_ = 0;
+    attributes_ = 0;
+    state_ = State::Tag;
+}
+
+inline XmlLexer::Token XmlLexer::takeTag(std::string_view& bytes) {
+    const std::size_t length = kEndsTagPart.lengthBefore(bytes);
     if (length != 0)
         previous_ = bytes[length - 1];
     bytes.remove_prefix(length);
@@ -170,30 +160,30 @@ XmlLexer::Token XmlLexer::takeTag(std::string_view& bytes) {
     return previous_ == '/' ? Token::EmptyTag : Token::StartTag;
 }
 
-void XmlLexer::takeQuoted(std::string_view& bytes) {
-    const char quote = quote_;
-    bytes.remove_prefix(lengthUntil(bytes, [=](char c) { return c == quote || c == '<' || c == '&'; }));
+inline void XmlLexer::takeQuoted(std::string_view& bytes) {
+    bytes.remove_prefix(kEndsValuePart.lengthBefore(bytes));
     if (bytes.empty())
         return;
-    if (bytes.front() == '<')
+    const char c = bytes.front();
+    if (c == '<')
         throwXmlError({"the value of an attribute holds '<'"});
-    if (bytes.front() == '&') {
+    if (c == '&') {
         beginReference(bytes);
         return;
     }
     previous_ = take(bytes);
-    state_ = State::Tag;
+    if (c == quote_)
+        state_ = State::Tag;
 }
 
-void XmlLexer::beginReference(std::string_view& bytes) {
+inline void XmlLexer::beginReference(std::string_view& bytes) {
     take(bytes);
     afterReference_ = state_;
     reference_.clear();
-    blank_ = false;
     state_ = State::Reference;
 }
 
-void XmlLexer::takeReference(std::string_view& bytes) {
+inline void XmlLexer::takeReference(std::string_view& bytes) {
     const char c = take(bytes);
     if (c == ';') {
         if (!isKnownReference(reference_))
@@ -206,7 +196,7 @@ void XmlLexer::takeReference(std::string_view& bytes) {
         throwXmlError({"'&' begins no reference: &", reference_});
 }
 
-XmlLexer::Token XmlLexer::takeUntil(std::string_view terminator, Token token, std::string_view& bytes) {
+inline XmlLexer::Token XmlLexer::takeUntil(std::string_view terminator, Token token, std::string_view& bytes) {
     while (!bytes.empty()) {
         const char c = take(bytes);
         // All but the last byte of each terminator are the same, so a surplus one leaves the match as it is.
@@ -220,6 +210,42 @@ XmlLexer::Token XmlLexer::takeUntil(std::string_view terminator, Token token, st
         }
     }
     return Token::Incomplete;
+}
+
+XmlLexer::Token XmlLexer::next(std::string_view& bytes) {
+    Token token = Token::Incomplete;
+    while (token == Token::Incomplete && !bytes.empty()) {
+        switch (state_) {
+        case State::Start:
+            token = takeByteOrderMark(bytes);
+            break;
+        case State::Content:
+            token = takeContent(bytes);
+            break;
+        case State::Opening:
+            takeOpening(bytes);
+            break;
+        case State::Tag:
+            token = takeTag(bytes);
+            break;
+        case State::Quoted:
+            takeQuoted(bytes);
+            break;
+        case State::Reference:
+            takeReference(bytes);
+            break;
+        case State::Comment:
+            token = takeUntil("-->", Token::Other, bytes);
+            break;
+        case State::CData:
+            token = takeUntil("]]>", Token::CData, bytes);
+            break;
+        case State::Instruction:
+            token = takeUntil("?>", Token::Other, bytes);
+            break;
+        }
+    }
+    return token;
 }
 
 } // namespace Pegasus::cimxml

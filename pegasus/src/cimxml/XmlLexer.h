@@ -17,16 +17,14 @@ class XmlLexer {
         StartTag,
         EmptyTag,
         EndTag,
-        Text, // a run of text may come as several tokens
+        Text, // a run of text may come as several tokens, cut anywhere
         CData,
-        Other // a comment or processing instruction
+        Other // a comment, a processing instruction, the byte order mark
     };
 
     /// Takes bytes off the front of `bytes`, up to the end of a token at most.
     Token next(std::string_view& bytes);
 
-    /// Whether the text of the last Text token was white space only.
-    bool isBlank() const noexcept { return blank_; }
     /// The attributes of the last tag.
     std::size_t attributeCount() const noexcept { return attributes_; }
     /// Whether the bytes so far end with a complete token.
@@ -35,19 +33,19 @@ class XmlLexer {
   private:
     enum class State { Start, Content, Opening, Tag, Quoted, Reference, Comment, CData, Instruction };
 
-    Token step(std::string_view& bytes);
-    void takeByteOrderMark(std::string_view& bytes);
+    Token takeByteOrderMark(std::string_view& bytes);
     Token takeContent(std::string_view& bytes);
     void takeOpening(std::string_view& bytes);
+    void beginTag(std::string_view& bytes);
     Token takeTag(std::string_view& bytes);
     void takeQuoted(std::string_view& bytes);
+    void beginReference(std::string_view& bytes);
     void takeReference(std::string_view& bytes);
     Token takeUntil(std::string_view terminator, Token token, std::string_view& bytes);
-    void beginReference(std::string_view& bytes);
 
     State state_ = State::Start;
     State afterReference_ = State::Content;
-    std::string opening_;   // what follows '<', until it is clear what begins
+    std::string opening_;   // what follows '<', where it is not a tag
     std::string reference_; // what follows '&'
     std::size_t matched_ = 0;
     std::size_t attributes_ = 0;
@@ -55,7 +53,6 @@ class XmlLexer {
     char previous_ = 0; // the last byte of the tag so far
     bool endTag_ = false;
     bool inText_ = false;
-    bool blank_ = true;
 };
 
 } // namespace Pegasus::cimxml

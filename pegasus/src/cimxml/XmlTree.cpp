@@ -32,27 +32,33 @@ pugi::xml_node ChildElements::elementFrom(pugi::xml_node node) {
     return node;
 }
 
-std::optional<std::string_view> findAttribute(pugi::xml_node element, std::string_view name) {
-    std::optional<std::string_view> value;
+Attributes::Attributes(pugi::xml_node element) : element_(element) {
     for (auto attribute = element.first_attribute(); attribute; attribute = attribute.next_attribute()) {
-        if (attribute.name() != name)
-            continue;
-        if (value)
+        const std::string_view name = attribute.name();
+        if (count_ == attributes_.size())
+            throwXmlError({"the element ", element.name(), " has too many attributes"});
+        if (find(name))
             throwXmlError({"the element ", element.name(), " has the attribute ", name, " twice"});
-        value = attribute.value();
+        attributes_[count_++] = {name, attribute.value()};
     }
-    return value;
 }
 
-std::string_view attribute(pugi::xml_node element, std::string_view name) {
-    const auto value = findAttribute(element, name);
+std::optional<std::string_view> Attributes::find(std::string_view name) const {
+    for (std::size_t i = 0; i < count_; ++i)
+        if (attributes_[i].name == name)
+            return attributes_[i].value;
+    return std::nullopt;
+}
+
+std::string_view Attributes::get(std::string_view name) const {
+    const auto value = find(name);
     if (!value)
-        throwXmlError({"the element ", element.name(), " has no attribute ", name});
+        throwXmlError({"the element ", element_.name(), " has no attribute ", name});
     return *value;
 }
 
-bool booleanAttribute(pugi::xml_node element, std::string_view name, bool absent) {
-    const auto value = findAttribute(element, name);
+bool Attributes::getBoolean(std::string_view name, bool absent) const {
+    const auto value = find(name);
     return value ? decodeScalar<Boolean>(*value) : absent;
 }
 

@@ -1,9 +1,12 @@
 #pragma once
 
 #include "cimxml/ElementText.h"
+#include "cimxml/Limits.h"
 
 #include <pugixml.hpp>
 
+#include <array>
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -50,12 +53,28 @@ class ChildElements {
 
 inline bool isNamed(pugi::xml_node element, std::string_view name) { return element.name() == name; }
 
-/// The attribute's value; nothing when it is absent. Throws CIMClientXmlException when it is there twice.
-std::optional<std::string_view> findAttribute(pugi::xml_node element, std::string_view name);
-/// The same, and throws CIMClientXmlException when it is absent.
-std::string_view attribute(pugi::xml_node element, std::string_view name);
-/// A boolean attribute; `absent` when it is absent.
-bool booleanAttribute(pugi::xml_node element, std::string_view name, bool absent);
+/// The attributes of an element, read once. Throws CIMClientXmlException when one is there twice.
+class Attributes {
+  public:
+    explicit Attributes(pugi::xml_node element);
+
+    /// The attribute's value; nothing when it is absent.
+    std::optional<std::string_view> find(std::string_view name) const;
+    /// The same, and throws CIMClientXmlException when it is absent.
+    std::string_view get(std::string_view name) const;
+    /// A boolean attribute; `absent` when it is absent.
+    bool getBoolean(std::string_view name, bool absent) const;
+
+  private:
+    struct Attribute {
+        std::string_view name;
+        const char* value;
+    };
+
+    pugi::xml_node element_;
+    std::array<Attribute, kMaxAttributes> attributes_; // the first count_ are set
+    std::size_t count_ = 0;
+};
 
 /// The only child element; an empty node when there is none. Throws CIMClientXmlException when there are more.
 pugi::xml_node onlyChild(pugi::xml_node element);

@@ -128,7 +128,7 @@ class PathParser {
     String parseHost() {
         if (!skip("//"))
             return String();
-        const String host(take(rest_.find('/')));
+        String host(take(rest_.find('/')));
         if (host.empty() || !skip("/"))
             fail();
         return host;
@@ -138,7 +138,7 @@ class PathParser {
         const std::size_t end = rest_.find_first_of(":.=\"");
         if (end == std::string_view::npos || rest_[end] != ':')
             return CIMNamespaceName();
-        const CIMNamespaceName nameSpace(String(take(end)));
+        CIMNamespaceName nameSpace(String(take(end)));
         skip(":");
         return nameSpace;
     }

@@ -54,8 +54,7 @@ Uint32 String::size() const noexcept {
 CString String::getCString() const { return CString(*this); }
 
 std::string_view String::view() const noexcept {
-    return block_ ? std::string_view(reinterpret_cast<const char*>(block_ + 1), block_->bytes)
-                  : std::string_view("", 0);
+    return block_ ? std::string_view(reinterpret_cast<const char*>(block_ + 1), block_->bytes) : std::string_view("");
 }
 
 String& String::append(const String& text) {
