@@ -57,7 +57,7 @@ std::string MessageOf(Action action) {
     return {};
 }
 
-/// A connection to a scripted server. The script answers each request; a helper keeps what was asked.
+/// A connection to a scripted server.
 class HttpConnectionTest : public ::testing::Test {
   protected:
     /// Starts the server and returns its port.
