@@ -16,8 +16,8 @@ AssociationFilter::AssociationFilter(boost::shared_ptr<ICIMNamespace> nameSpace,
       fContext(context),
       fAssocClass(Resolve(assocClass)),
       fResultClass(Resolve(resultClass)),
-      fRole(TCimHTTPNamespace::NormalizeName(role)),
-      fResultRole(TCimHTTPNamespace::NormalizeName(resultRole)) {}
+      fRole(role),
+      fResultRole(resultRole) {}
 
 bool AssociationFilter::AcceptsAssociation(const ICIMClass& association,
                                            const boost::shared_ptr<ICIMClass>& source) const {
@@ -35,20 +35,25 @@ bool AssociationFilter::AcceptsAssociation(const ICIMClass& association,
     }
 }
 
-std::vector<boost::shared_ptr<ICIMClass>> AssociationFilter::FarEnds(const ICIMClass& association) const {
+std::vector<boost::shared_ptr<ICIMClass>> AssociationFilter::FarEnds(const ICIMClass& association,
+                                                                     const boost::shared_ptr<ICIMClass>& source) const {
     std::vector<boost::shared_ptr<ICIMClass>> farEnds;
-    const auto collect = [&](const boost::shared_ptr<ICIMPropertyDecl>& declaration) {
-        try {
-            const auto farEnd = IsFarEnd(*declaration) ? ReferencedClass(*declaration) : boost::shared_ptr<ICIMClass>();
+    try {
+        const auto references = ReferencesOf(association);
+        const std::string nearEnd = NearEnd(references, source);
+        const std::string resultRole = TCimHTTPNamespace::NormalizeName(fResultRole);
+        for (const auto& [name, declaration] : references) {
+            if (name == nearEnd || (!resultRole.empty() && name != resultRole)) {
+                continue;
+            }
+            const auto farEnd = ReferencedClass(*declaration);
             if (farEnd && (!fResultClass || farEnd->IsSubclassOf(fResultClass, TCIMContext()))) {
                 farEnds.push_back(farEnd);
             }
-        } catch (const TVYXException&) {
-            // An end whose class cannot be looked up is left out.
         }
-        return true;
-    };
-    association.EnumeratePropertyDecls(collect, fContext);
+    } catch (const TVYXException&) {
+        return {};
+    }
     return farEnds;
 }
 
@@ -65,13 +70,36 @@ boost::shared_ptr<ICIMClass> AssociationFilter::Resolve(const std::string& name)
 
 boost::shared_ptr<ICIMClass> AssociationFilter::ReferencedClass(const ICIMPropertyDecl& declaration) const {
     const TCIMValue& reference = declaration.GetDefaultValue(fContext);
-    const std::string name = reference.IsReference() ? reference.GetReferencedClass() : std::string();
-    return name.empty() ? boost::shared_ptr<ICIMClass>() : fNamespace->GetClass(name, fContext);
+    return reference.IsReference() ? Resolve(reference.GetReferencedClass()) : boost::shared_ptr<ICIMClass>();
 }
 
-bool AssociationFilter::IsFarEnd(const ICIMPropertyDecl& declaration) const {
-    const std::string name = TCimHTTPNamespace::NormalizeName(declaration.GetName(fContext));
-    return fResultRole.empty() ? name != fRole : name == fResultRole && name != fRole;
+AssociationFilter::TReferences AssociationFilter::ReferencesOf(const ICIMClass& association) const {
+    TReferences references;
+    const auto collect = [&](const boost::shared_ptr<ICIMPropertyDecl>& declaration) {
+        if (declaration->GetDefaultValue(fContext).IsReference()) {
+            references.emplace(TCimHTTPNamespace::NormalizeName(declaration->GetName(fContext)), declaration);
+        }
+        return true;
+    };
+    association.EnumeratePropertyDecls(collect, fContext);
+    return references;
+}
+
+std::string AssociationFilter::NearEnd(const TReferences& references,
+                                       const boost::shared_ptr<ICIMClass>& source) const {
+    if (!fRole.empty()) {
+        return TCimHTTPNamespace::NormalizeName(fRole);
+    }
+    std::string nearEnd;
+    for (const auto& [name, declaration] : references) {
+        if (ReferencedClass(*declaration) == source) {
+            if (!nearEnd.empty()) {
+                return {};
+            }
+            nearEnd = name;
+        }
+    }
+    return nearEnd;
 }
 
 } // namespace NQORVYX20

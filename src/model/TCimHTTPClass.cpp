@@ -363,8 +363,8 @@ void TCimHTTPClass::EnumerateAssociatedClasses(const boost::function<bool(boost:
                                                const std::string& role, const std::string& resultRole,
                                                TCIMContext context) {
     const AssociationFilter filter(LockNamespace(), assocClass, resultClass, role, resultRole, context);
-    VisitAssociations(filter, [&](const auto& association) {
-        const auto farEnds = filter.FarEnds(*association);
+    VisitAssociations(filter, [&](const auto& association, const auto& source) {
+        const auto farEnds = filter.FarEnds(*association, source);
         return std::all_of(farEnds.begin(), farEnds.end(), [&](const auto& farEnd) { return callback(farEnd); });
     });
 }
@@ -373,7 +373,7 @@ void TCimHTTPClass::EnumerateAssociationClasses(const boost::function<bool(boost
                                                 const std::string& resultClass, const std::string& role,
                                                 TCIMContext context) {
     const AssociationFilter filter(LockNamespace(), resultClass, std::string(), role, std::string(), context);
-    VisitAssociations(filter, callback);
+    VisitAssociations(filter, [&](const auto& association, const auto& /*source*/) { return callback(association); });
 }
 
 void TCimHTTPClass::VisitAssociations(const AssociationFilter& filter, const TAssociationVisitor& visitor) {
@@ -382,7 +382,7 @@ void TCimHTTPClass::VisitAssociations(const AssociationFilter& filter, const TAs
     while (current && current != root) {
         const auto candidates = current->fAssociations;
         for (const auto& candidate : candidates) {
-            if (filter.AcceptsAssociation(*candidate, current) && !visitor(candidate)) {
+            if (filter.AcceptsAssociation(*candidate, current) && !visitor(candidate, current)) {
                 return;
             }
         }

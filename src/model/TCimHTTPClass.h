@@ -72,6 +72,10 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     void EnumerateSubClasses(const boost::function<bool(boost::shared_ptr<ICIMClass>)>& callback, bool deep,
                              TCIMContext context) override;
     bool IsSubclassOf(boost::shared_ptr<ICIMClass const> other, TCIMContext context) const override;
+
+    /// Both walk up from this class to below the root class, and see the association classes that are linked to each
+    /// class on the way. No operation links any, so that for now they report nothing. AssociationFilter says what the
+    /// filters accept and what they throw.
     void EnumerateAssociatedClasses(const boost::function<bool(boost::shared_ptr<ICIMClass>)>& callback,
                                     const std::string& assocClass, const std::string& resultClass,
                                     const std::string& role, const std::string& resultRole,
@@ -142,8 +146,9 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
                              TCIMContext context) const override;
 
   private:
-    /// Visits one association class that passes a filter; false ends the walk.
-    using TAssociationVisitor = boost::function<bool(const boost::shared_ptr<TCimHTTPClass>&)>;
+    /// Visits an association class that passes a filter, and the class whose link led to it; false ends the walk.
+    using TAssociationVisitor =
+        boost::function<bool(const boost::shared_ptr<TCimHTTPClass>&, const boost::shared_ptr<TCimHTTPClass>&)>;
 
     boost::shared_ptr<TCimHTTPNamespace> LockNamespace() const;
     bool HasTrueQualifier(const std::string& name) const;
@@ -166,7 +171,11 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     std::map<std::string, boost::shared_ptr<TCimHTTPPropertyDecl>> fPropertyDecls;
     std::map<std::string, boost::shared_ptr<ICIMProperty>> fStaticProperties;
     std::vector<boost::shared_ptr<TCimHTTPClass>> fSubClasses;
-    std::set<boost::shared_ptr<TCimHTTPClass>> fAssociations;
+
+  protected:
+    std::set<boost::shared_ptr<TCimHTTPClass>> fAssociations; // the association classes that refer to this class
+
+  private:
     std::map<std::string, boost::shared_ptr<TCimHTTPInstance>> fInstances; // by path
     std::map<std::string, boost::shared_ptr<TCimHTTPMethodDecl>> fMethodDecls;
 };

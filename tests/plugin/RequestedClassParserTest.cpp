@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <boost/algorithm/string/replace.hpp>
 #include <boost/make_shared.hpp>
 
 #include "CapturingLogger.h"
@@ -245,10 +246,10 @@ TEST_F(RequestedClassParserTest, DebugOutputLogsAtTheCallersSeverity) {
 // --- Lines -------------------------------------------------------------------------------------------------------
 
 TEST_F(RequestedClassParserTest, LinesAreCountedWhateverEndsThem) {
-    for (const std::string end : {"\n", "\r\n", "\r"}) {
+    for (const char* end : {"\n", "\r\n", "\r"}) {
         fLog->Forget();
-        EXPECT_TRUE(
-            Parse("<?xml version='1.0'?>" + end + "<vyx version='1'>" + end + end + "<class/>" + end + "</vyx>"));
+        const std::string document = "<?xml version='1.0'?>\n<vyx version='1'>\n\n<class/>\n</vyx>";
+        EXPECT_TRUE(Parse(boost::algorithm::replace_all_copy(document, "\n", end)));
         EXPECT_THAT(fLog->Errors(), ElementsAre(Error(4, "No Name Specified for Counter identifier")));
     }
 }
