@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace NQORVYX20 {
+
+/// A unit as the qualifier UNITS names it, a prefix and a base unit in one word, and the texts of numbers in that unit.
+/// The texts do not depend on the locale.
+class DisplayUnits {
+  public:
+    /// Splits `KiloBytes` into `Kilo` and `Bytes`, in exactly this spelling.
+    explicit DisplayUnits(const std::string& units);
+
+    /// True for `Seconds`: show numbers with TimeText.
+    bool IsTime() const;
+
+    /// True for `Bytes`, `Bits`, `Bytes per Second` and `Bits per Second`: show numbers with DataText.
+    bool IsData() const;
+
+    /// The number as an interval of days, hours, minutes, seconds and microseconds. Prefixes above one have no meaning
+    /// for time and give the empty interval. Nothing for more days than an interval can hold.
+    std::optional<std::string> TimeText(std::uint64_t number) const;
+
+    /// The number with its unit, `1.5 Kilobytes`, or `1.5 KB` when abbreviated. `fixedPrefix` is the one to reach,
+    /// `Kilo`, `Mega`, `Giga` or `Tera`; with any other text the number is divided until it is small. Numbers that
+    /// already have a larger prefix stay what they are.
+    std::string DataText(std::uint64_t number, const std::string& fixedPrefix, bool isAbbreviated) const;
+
+  private:
+    float Divisor() const;
+    std::string LongUnit(std::size_t prefix) const;
+    std::string ShortUnit(std::size_t prefix) const;
+
+    std::size_t fPrefix; // index of the prefix; the larger the prefix, the smaller the index
+    std::string fBase;
+};
+
+} // namespace NQORVYX20

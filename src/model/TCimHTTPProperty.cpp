@@ -1,0 +1,255 @@
+#include "model/TCimHTTPProperty.h"
+
+#include <functional>
+#include <optional>
+#include <sstream>
+
+#include "host/ICIMPropertyDecl.h"
+#include "host/TVYXException.h"
+#include "model/CoreLog.h"
+#include "model/DisplayQualifiers.h"
+#include "model/DisplayUnits.h"
+#include "model/StatusCodes.h"
+#include "model/ValueMapBuilder.h"
+
+namespace NQORVYX20 {
+
+namespace {
+
+using ECIMType = TCIMValue::TCIMType::ECIMType;
+
+constexpr unsigned char kDecimal = 10;
+constexpr unsigned char kSmallestBase = 2;
+constexpr unsigned char kLargestBase = 36;
+
+bool IsUnsigned(ECIMType type) {
+    return type == ECIMType::eCIMUint8 || type == ECIMType::eCIMUint16 || type == ECIMType::eCIMUint32 ||
+           type == ECIMType::eCIMUint64;
+}
+
+bool IsMappable(ECIMType type) { return type == ECIMType::eCIMBoolean || IsUnsigned(type); }
+
+bool IsMappableArray(ECIMType type) {
+    return type == ECIMType::eCIMBooleanArray || type == ECIMType::eCIMUint8Array ||
+           type == ECIMType::eCIMUint16Array || type == ECIMType::eCIMUint32Array || type == ECIMType::eCIMUint64Array;
+}
+
+/// The number by which a value is found in a value map.
+std::uint64_t ToNumber(const TCIMValue& value) {
+    if (value.IsNull() || !IsMappable(value.GetType())) {
+        throw TVYXException(kNotSupported);
+    }
+    if (value.GetType() == ECIMType::eCIMBoolean) {
+        return static_cast<bool>(value) ? 1 : 0;
+    }
+    return static_cast<unsigned long long>(value);
+}
+
+/// The texts of an array's elements, none for null.
+template <typename Render>
+std::vector<std::string> ElementTexts(const TCIMValue& array, Render render) {
+    std::vector<std::string> texts;
+    if (!array.IsNull()) {
+        const std::vector<TCIMValue>& elements = array;
+        texts.reserve(elements.size());
+        for (const TCIMValue& element : elements) {
+            texts.push_back(render(element));
+        }
+    }
+    return texts;
+}
+
+} // namespace
+
+TCimHTTPProperty::TCimHTTPProperty(boost::shared_ptr<ICIMPropertyDecl const> declaration) : fDeclaration(declaration) {}
+
+TCimHTTPProperty::TCimHTTPProperty(boost::shared_ptr<ICIMPropertyDecl const> declaration, const TCIMValue& value)
+    : TCimHTTPProperty(declaration) {
+    TCimHTTPProperty::SetValue(value, TCIMContext());
+}
+
+TCimHTTPProperty::TCimHTTPProperty(boost::shared_ptr<ICIMProperty const> other)
+    : TCimHTTPProperty(other->GetDeclaration(TCIMContext())) {
+    const TCIMValue& value = other->GetValue(TCIMContext());
+    if (!value.IsNull()) {
+        TCimHTTPProperty::SetValue(value, TCIMContext());
+    }
+}
+
+boost::shared_ptr<ICIMPropertyDecl const> TCimHTTPProperty::LockDeclaration() const {
+    return boost::shared_ptr<ICIMPropertyDecl const>(fDeclaration);
+}
+
+// --- The value -------------------------------------------------------------------------------------------------------
+
+boost::shared_ptr<ICIMPropertyDecl const> TCimHTTPProperty::GetDeclaration(TCIMContext /*context*/) const {
+    return LockDeclaration();
+}
+
+TCIMValue::TCIMType TCimHTTPProperty::GetType(TCIMContext context) const { return LockDeclaration()->GetType(context); }
+
+bool TCimHTTPProperty::IsArray(TCIMContext context) const { return LockDeclaration()->IsArray(context); }
+
+bool TCimHTTPProperty::IsDefaultValue(TCIMContext /*context*/) const { return !fValue; }
+
+bool TCimHTTPProperty::GetPropagated(TCIMContext context) const { return IsDefaultValue(context); }
+
+const TCIMValue& TCimHTTPProperty::GetValue(TCIMContext context) const {
+    return fValue ? *fValue : LockDeclaration()->GetDefaultValue(context);
+}
+
+void TCimHTTPProperty::SetValue(const TCIMValue& value, TCIMContext context) {
+    Check(value, "Inmem: SetValue", context);
+    fValue = std::make_unique<TCIMValue>(value);
+}
+
+void TCimHTTPProperty::Check(const TCIMValue& value, const std::string& operation, TCIMContext context) const {
+    const auto declaration = LockDeclaration();
+    const TCIMValue::TCIMType declared = declaration->GetType(context);
+    std::ostringstream text;
+    if (declared != value.GetType()) {
+        text << operation << ": decl is type " << declared << " but value is type " << value.GetType();
+        LogError(text.str());
+        throw TVYXException(kTypeMismatch);
+    }
+    if (declared != ECIMType::eCIMReference) {
+        return;
+    }
+    const std::string declaredClass = declaration->GetDefaultValue(context).GetReferencedClass();
+    if (declaredClass != value.GetReferencedClass()) {
+        text << operation << ": decl references type " << declaredClass << " but value references "
+             << value.GetReferencedClass();
+        LogError(text.str());
+        throw TVYXException(kTypeMismatch);
+    }
+}
+
+bool TCimHTTPProperty::operator==(ICIMProperty& other) const {
+    return LockDeclaration() == other.GetDeclaration(TCIMContext()) && fValue &&
+           *fValue == other.GetValue(TCIMContext());
+}
+
+bool TCimHTTPProperty::operator<(ICIMProperty& other) const {
+    const auto declaration = LockDeclaration();
+    const auto otherDeclaration = other.GetDeclaration(TCIMContext());
+    if (declaration != otherDeclaration) {
+        return std::less<>()(declaration.get(), otherDeclaration.get());
+    }
+    return fValue && *fValue < other.GetValue(TCIMContext());
+}
+
+ICIMProperty& TCimHTTPProperty::operator=(const ICIMProperty& /*other*/) { return *this; }
+
+// --- The previous value ----------------------------------------------------------------------------------------------
+
+const TCIMValue& TCimHTTPProperty::GetPrevValue() const {
+    return fIsPrevValueDifferent && fPrevValue ? *fPrevValue : GetValue(TCIMContext());
+}
+
+void TCimHTTPProperty::SetPrevValue(const TCIMValue& value) {
+    if (!value.IsNull()) {
+        Check(value, "SetPrevValue", TCIMContext());
+    }
+    fPrevValue = std::make_unique<TCIMValue>(value);
+    fIsPrevValueDifferent = true;
+}
+
+void TCimHTTPProperty::SetPrevValue() { SetPrevValue(TCIMValue()); }
+
+bool TCimHTTPProperty::IsPrevValueDifferent() const { return fIsPrevValueDifferent; }
+
+// --- Texts for people ------------------------------------------------------------------------------------------------
+
+std::string TCimHTTPProperty::ToString() const { return DisplayText(GetValue(TCIMContext())); }
+
+std::string TCimHTTPProperty::PrevValueToString() const { return DisplayText(GetPrevValue()); }
+
+std::string TCimHTTPProperty::DisplayText(const TCIMValue& value) const {
+    std::vector<TValueMapEntry> table;
+    std::string defaultText;
+    const bool isMapped = !value.IsNull() && IsMappable(value.GetType()) && BuildValueMapEntryArray(table, defaultText);
+    return isMapped ? LookupInTable(value, table, defaultText) : ToStringWithQualifiers(value);
+}
+
+std::vector<std::string> TCimHTTPProperty::ToStringVector() const {
+    const TCIMValue& value = GetValue(TCIMContext());
+    std::vector<TValueMapEntry> table;
+    std::string defaultText;
+    if (value.IsNull() || !IsMappableArray(value.GetType()) || !BuildValueMapEntryArray(table, defaultText)) {
+        return ToStringVectorWithBase();
+    }
+    return ElementTexts(value, [&](const TCIMValue& element) {
+        return element.IsNull() ? ToStringWithQualifiers(element) : LookupInTable(element, table, defaultText);
+    });
+}
+
+std::vector<std::string> TCimHTTPProperty::ToStringVectorWithBase() const {
+    const TCIMValue& value = GetValue(TCIMContext());
+    if (!IsArray(TCIMContext())) {
+        return {ToStringWithQualifiers(value)};
+    }
+    return ElementTexts(value, [this](const TCIMValue& element) { return ToStringWithQualifiers(element); });
+}
+
+std::string TCimHTTPProperty::ToStringWithQualifiers(const TCIMValue& value) const {
+    const DisplayQualifiers qualifiers(LockDeclaration());
+    if (value.IsNull()) {
+        return qualifiers.GetString("NULLDISPLAY").value_or("");
+    }
+    const auto units = IsUnsigned(value.GetType()) ? qualifiers.GetString("UNITS") : std::nullopt;
+    if (!units) {
+        return ToStringWithBase(value);
+    }
+    const DisplayUnits display(*units);
+    if (display.IsTime()) {
+        // CPU times read like all other times; the look-up is for the failures that it may report.
+        qualifiers.Has("DISPLAYCPUTIME");
+        const auto text = display.TimeText(ToNumber(value));
+        return text ? *text : ToStringWithBase(value);
+    }
+    if (!display.IsData()) {
+        return ToStringWithBase(value);
+    }
+    const std::string fixedPrefix = qualifiers.GetString("DISPLAYFIXEDUNITS").value_or("");
+    return display.DataText(ToNumber(value), fixedPrefix, qualifiers.Has("ABBREVIATEUNITS"));
+}
+
+std::string TCimHTTPProperty::ToStringWithBase(const TCIMValue& value) const {
+    const unsigned char base = DisplayQualifiers(LockDeclaration()).GetUint8("BASE").value_or(kDecimal);
+    const bool isBase = base >= kSmallestBase && base <= kLargestBase;
+    return value.ToString(isBase ? base : kDecimal);
+}
+
+bool TCimHTTPProperty::BuildValueMapEntryArray(std::vector<TValueMapEntry>& table, std::string& defaultText) const {
+    table.clear();
+    defaultText.clear();
+    const DisplayQualifiers qualifiers(LockDeclaration());
+    const auto texts = qualifiers.GetTexts("Values");
+    const auto entries = texts ? qualifiers.GetTexts("ValueMap") : std::nullopt;
+    if (!entries) {
+        return false;
+    }
+    table.reserve(entries->size());
+    ValueMapBuilder builder(table, defaultText);
+    for (std::size_t i = 0; i < entries->size(); ++i) {
+        if (!builder.Add((*entries)[i], i < texts->size() ? (*texts)[i] : std::string())) {
+            table.clear();
+            defaultText.clear();
+            return false;
+        }
+    }
+    return true;
+}
+
+std::string TCimHTTPProperty::LookupInTable(const TCIMValue& value, const std::vector<TValueMapEntry>& table,
+                                            const std::string& defaultText) const {
+    const std::uint64_t number = ToNumber(value);
+    for (const TValueMapEntry& row : table) {
+        if (row.low <= number && number <= row.high) {
+            return row.text;
+        }
+    }
+    return defaultText.empty() ? value.ToString(kDecimal) : defaultText;
+}
+
+} // namespace NQORVYX20

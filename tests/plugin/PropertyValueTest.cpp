@@ -1,0 +1,275 @@
+#include "PropertyTest.h"
+
+using namespace NQORVYX20;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+TCIMValue ReferenceTo(const std::string& className) {
+    TCIMReference reference({}, {});
+    reference.SetClassName(className);
+    return {reference};
+}
+
+class PropertyValueTest : public PropertyTest {
+  protected:
+    boost::shared_ptr<TCimHTTPPropertyDecl> fSeven = Declare(Uint32(7));
+    TCimHTTPProperty fProperty{fSeven};
+};
+
+} // namespace
+
+// --- The value ---------------------------------------------------------------------------------------------------
+
+TEST_F(PropertyValueTest, ShowsTheDefaultUntilItHasAValueOfItsOwn) {
+    EXPECT_EQ(fProperty.GetValue({}), Uint32(7));
+    EXPECT_TRUE(fProperty.IsDefaultValue({}));
+    EXPECT_TRUE(fProperty.GetPropagated({}));
+    fSeven->SetDefaultValue(Uint32(8), {});
+    EXPECT_EQ(fProperty.GetValue({}), Uint32(8));
+    fProperty.SetValue(Uint32(9), {});
+    EXPECT_EQ(fProperty.GetValue({}), Uint32(9));
+    EXPECT_FALSE(fProperty.IsDefaultValue({}));
+    EXPECT_FALSE(fProperty.GetPropagated({}));
+}
+
+TEST_F(PropertyValueTest, AValueThatEqualsTheDefaultIsItsOwnAllTheSame) {
+    fProperty.SetValue(Uint32(7), {});
+    EXPECT_EQ(fProperty.GetValue({}), Uint32(7));
+    EXPECT_FALSE(fProperty.IsDefaultValue({}));
+}
+
+TEST_F(PropertyValueTest, ANullOfTheDeclaredTypeIsAValueOfItsOwn) {
+    fProperty.SetValue(NullOf(ECIMType::eCIMUint32), {});
+    EXPECT_TRUE(fProperty.GetValue({}).IsNull());
+    EXPECT_FALSE(fProperty.IsDefaultValue({}));
+}
+
+TEST_F(PropertyValueTest, MayBeSetToTheValueThatItHolds) {
+    const auto declaration = Declare(TCIMValue(""));
+    const std::string text = "long enough to be kept on the heap";
+    TCimHTTPProperty property(declaration, TCIMValue(text));
+    property.SetValue(property.GetValue({}), {});
+    property.SetPrevValue(property.GetValue({}));
+    property.SetPrevValue(property.GetPrevValue());
+    EXPECT_EQ(property.GetValue({}), TCIMValue(text));
+    EXPECT_EQ(property.GetPrevValue(), TCIMValue(text));
+}
+
+TEST_F(PropertyValueTest, TypeAndArraynessAreTheDeclaredOnes) {
+    fProperty.SetValue(Uint32(9), {});
+    EXPECT_EQ(fProperty.GetType({}), ECIMType::eCIMUint32);
+    EXPECT_FALSE(fProperty.IsArray({}));
+    EXPECT_EQ(fProperty.GetDeclaration({}), fSeven);
+    fSeven->SetDefaultValue(NullOf(ECIMType::eCIMStringArray), {});
+    EXPECT_EQ(fProperty.GetType({}), ECIMType::eCIMStringArray);
+    EXPECT_TRUE(fProperty.IsArray({}));
+}
+
+TEST_F(PropertyValueTest, IsMadeOfADeclarationAndAValue) {
+    const TCimHTTPProperty property(fSeven, Uint32(9));
+    EXPECT_EQ(property.GetValue({}), Uint32(9));
+    EXPECT_FALSE(property.IsDefaultValue({}));
+    EXPECT_FALSE(property.IsPrevValueDifferent());
+}
+
+TEST_F(PropertyValueTest, IsNotMadeOfAValueThatTheDeclarationDoesNotAllow) {
+    EXPECT_EQ(StatusOf([&] { const TCimHTTPProperty property(fSeven, TCIMValue("9")); }), 14U);
+    EXPECT_THAT(fLog->Errors(), ElementsAre("Inmem: SetValue: decl is type uint32 but value is type string"));
+}
+
+TEST_F(PropertyValueTest, ACopyMakesTheDefaultItsOwn) {
+    const auto original = boost::make_shared<TCimHTTPProperty>(fSeven);
+    const TCimHTTPProperty copy{boost::shared_ptr<ICIMProperty const>(original)};
+    EXPECT_EQ(copy.GetDeclaration({}), fSeven);
+    EXPECT_EQ(copy.GetValue({}), Uint32(7));
+    EXPECT_FALSE(copy.IsDefaultValue({}));
+    EXPECT_TRUE(original->IsDefaultValue({}));
+}
+
+TEST_F(PropertyValueTest, ACopyOfANullValueShowsTheDefault) {
+    const auto null = boost::make_shared<TCimHTTPProperty>(fSeven, NullOf(ECIMType::eCIMUint32));
+    const TCimHTTPProperty copy{boost::shared_ptr<ICIMProperty const>(null)};
+    EXPECT_EQ(copy.GetValue({}), Uint32(7));
+    EXPECT_TRUE(copy.IsDefaultValue({}));
+}
+
+TEST_F(PropertyValueTest, ACopyTakesTheValueWithoutThePreviousOne) {
+    const auto original = boost::make_shared<TCimHTTPProperty>(fSeven, Uint32(9));
+    original->SetPrevValue(Uint32(8));
+    const TCimHTTPProperty copy{boost::shared_ptr<ICIMProperty const>(original)};
+    EXPECT_EQ(copy.GetValue({}), Uint32(9));
+    EXPECT_FALSE(copy.IsPrevValueDifferent());
+    EXPECT_EQ(copy.GetPrevValue(), Uint32(9));
+}
+
+TEST_F(PropertyValueTest, AssignmentCopiesNothing) {
+    const TCimHTTPProperty nine(fSeven, Uint32(9));
+    ICIMProperty& property = fProperty;
+    EXPECT_EQ(&(property = nine), &fProperty);
+    EXPECT_TRUE(fProperty.IsDefaultValue({}));
+}
+
+// --- The check of values -----------------------------------------------------------------------------------------
+
+TEST_F(PropertyValueTest, AValueOfAnotherTypeIsRefusedAndTheOldOneStays) {
+    struct TCase {
+        TCIMValue defaultValue;
+        TCIMValue value;
+        std::string types;
+    };
+    const std::vector<TCase> cases{
+        {Uint16(7), Uint32(9), "uint16 but value is type uint32"},
+        {TCIMValue(7), Uint32(9), "sint32 but value is type uint32"},
+        {TCIMValue("seven"), ArrayOf<std::string>({"nine"}), "string but value is type string[]"},
+        {ArrayOf<std::string>({"seven"}), TCIMValue("nine"), "string[] but value is type string"},
+        {Uint16(7), NullOf(ECIMType::eCIMUint32), "uint16 but value is type uint32"},
+        {Uint16(7), TCIMValue(), "uint16 but value is type unknown"},
+        {ReferenceTo("TEST_Disk"), TCIMValue("TEST_Disk"), "reference but value is type string"},
+    };
+    for (const auto& [defaultValue, value, types] : cases) {
+        SCOPED_TRACE(types);
+        TCimHTTPProperty property(Declare(defaultValue), defaultValue);
+        fLog->Forget();
+        EXPECT_EQ(StatusOf([&, &refused = value] { property.SetValue(refused, {}); }), 14U);
+        EXPECT_EQ(property.GetValue({}), defaultValue);
+        EXPECT_THAT(fLog->Errors(), ElementsAre("Inmem: SetValue: decl is type " + types));
+    }
+}
+
+TEST_F(PropertyValueTest, APreviousValueOfAnotherTypeIsRefusedAndTheOldOneStays) {
+    EXPECT_EQ(StatusOf([&] { fProperty.SetPrevValue(Uint16(9)); }), 14U);
+    EXPECT_FALSE(fProperty.IsPrevValueDifferent());
+    EXPECT_THAT(fLog->Errors(), ElementsAre("SetPrevValue: decl is type uint32 but value is type uint16"));
+    fProperty.SetPrevValue(Uint32(8));
+    EXPECT_EQ(StatusOf([&] { fProperty.SetPrevValue(Uint16(9)); }), 14U);
+    EXPECT_EQ(fProperty.GetPrevValue(), Uint32(8));
+}
+
+TEST_F(PropertyValueTest, AReferenceToAnotherClassIsRefusedAndTheOldOneStays) {
+    for (const std::string other : {"TEST_FastDisk", "test_disk", ""}) { // a subclass is another class as well
+        TCimHTTPProperty property(Declare(ReferenceTo("TEST_Disk")));
+        fLog->Forget();
+        EXPECT_EQ(StatusOf([&] { property.SetValue(ReferenceTo(other), {}); }), 14U);
+        EXPECT_TRUE(property.IsDefaultValue({}));
+        EXPECT_EQ(StatusOf([&] { property.SetPrevValue(ReferenceTo(other)); }), 14U);
+        EXPECT_FALSE(property.IsPrevValueDifferent());
+        const std::string classes = "decl references type TEST_Disk but value references " + other;
+        EXPECT_THAT(fLog->Errors(), ElementsAre("Inmem: SetValue: " + classes, "SetPrevValue: " + classes));
+    }
+}
+
+TEST_F(PropertyValueTest, AReferenceToTheDeclaredClassIsAccepted) {
+    TCimHTTPProperty property(Declare(ReferenceTo("TEST_Disk")));
+    property.SetValue(ReferenceTo("TEST_Disk"), {});
+    property.SetPrevValue(ReferenceTo("TEST_Disk"));
+    EXPECT_FALSE(property.IsDefaultValue({}));
+    EXPECT_TRUE(property.IsPrevValueDifferent());
+    EXPECT_THAT(fLog->Errors(), IsEmpty());
+}
+
+TEST_F(PropertyValueTest, OnlyScalarReferencesAreHeldToTheirClass) {
+    const auto references = [](const std::string& className) {
+        return TCIMValue(ECIMType::eCIMReference, 0, {ReferenceTo(className)});
+    };
+    TCimHTTPProperty property(Declare(references("TEST_Disk")));
+    property.SetValue(references("TEST_Fan"), {});
+    EXPECT_EQ(property.GetValue({}), references("TEST_Fan"));
+}
+
+// --- The previous value ------------------------------------------------------------------------------------------
+
+TEST_F(PropertyValueTest, ThePreviousValueIsTheCurrentOneUntilItIsSet) {
+    EXPECT_EQ(fProperty.GetPrevValue(), Uint32(7));
+    fProperty.SetValue(Uint32(9), {});
+    EXPECT_EQ(fProperty.GetPrevValue(), Uint32(9));
+    EXPECT_FALSE(fProperty.IsPrevValueDifferent());
+}
+
+TEST_F(PropertyValueTest, APreviousValueStaysUntilTheNextOne) {
+    fProperty.SetPrevValue(Uint32(8));
+    fProperty.SetValue(Uint32(9), {});
+    EXPECT_EQ(fProperty.GetPrevValue(), Uint32(8));
+    EXPECT_TRUE(fProperty.IsPrevValueDifferent());
+    fProperty.SetPrevValue(Uint32(9));
+    EXPECT_EQ(fProperty.GetPrevValue(), Uint32(9));
+    EXPECT_TRUE(fProperty.IsPrevValueDifferent()) << "also when it equals the current value";
+}
+
+TEST_F(PropertyValueTest, ANullPreviousValueOfAnyTypeIsAccepted) {
+    fProperty.SetPrevValue(NullOf(ECIMType::eCIMDateTime));
+    EXPECT_EQ(fProperty.GetPrevValue(), NullOf(ECIMType::eCIMDateTime));
+    EXPECT_TRUE(fProperty.IsPrevValueDifferent());
+    EXPECT_THAT(fLog->Errors(), IsEmpty());
+}
+
+TEST_F(PropertyValueTest, ThePreviousValueIsResetToNull) {
+    fProperty.SetPrevValue(Uint32(8));
+    fProperty.SetPrevValue();
+    EXPECT_EQ(fProperty.GetPrevValue(), TCIMValue());
+    EXPECT_TRUE(fProperty.IsPrevValueDifferent());
+    EXPECT_EQ(fProperty.PrevValueToString(), "");
+    EXPECT_EQ(fProperty.GetValue({}), Uint32(7));
+}
+
+// --- Comparison --------------------------------------------------------------------------------------------------
+
+TEST_F(PropertyValueTest, EqualAreValuesOfOneDeclaration) {
+    const TCimHTTPProperty seven(fSeven, Uint32(7));
+    TCimHTTPProperty sameSeven(fSeven, Uint32(7));
+    TCimHTTPProperty eight(fSeven, Uint32(8));
+    TCimHTTPProperty otherSeven(Declare(Uint32(7)), Uint32(7));
+    EXPECT_TRUE(seven == sameSeven);
+    EXPECT_TRUE(seven == fProperty) << "the other side shows its default";
+    EXPECT_FALSE(seven == eight);
+    EXPECT_FALSE(seven == otherSeven) << "another declaration of the same name and type";
+}
+
+TEST_F(PropertyValueTest, OfOneDeclarationTheLesserValueComesFirst) {
+    TCimHTTPProperty six(fSeven, Uint32(6));
+    TCimHTTPProperty eight(fSeven, Uint32(8));
+    EXPECT_TRUE(six < eight);
+    EXPECT_TRUE(six < fProperty) << "the other side shows its default";
+    EXPECT_FALSE(eight < six);
+    EXPECT_FALSE(six < six);
+}
+
+TEST_F(PropertyValueTest, OfTwoDeclarationsTheLowerAddressComesFirst) {
+    auto low = fSeven;
+    auto high = Declare(Uint32(7));
+    if (std::less<>()(high.get(), low.get())) {
+        std::swap(low, high);
+    }
+    TCimHTTPProperty lowNine(low, Uint32(9));
+    TCimHTTPProperty highOne(high, Uint32(1));
+    EXPECT_TRUE(lowNine < highOne);
+    EXPECT_FALSE(highOne < lowNine);
+}
+
+TEST_F(PropertyValueTest, WithoutAValueOfItsOwnItEqualsNothing) {
+    TCimHTTPProperty seven(fSeven, Uint32(7));
+    TCimHTTPProperty eight(fSeven, Uint32(8));
+    EXPECT_FALSE(fProperty == seven);
+    EXPECT_FALSE(fProperty < eight);
+}
+
+// --- The declaration ---------------------------------------------------------------------------------------------
+
+TEST_F(PropertyValueTest, DoesNotKeepItsDeclarationAlive) {
+    auto declaration = boost::make_shared<TCimHTTPPropertyDecl>(boost::shared_ptr<TCimHTTPClass>(), "Size", Uint32(7));
+    TCimHTTPProperty property(declaration);
+    declaration.reset();
+    EXPECT_THROW(property.GetDeclaration({}), boost::bad_weak_ptr);
+    EXPECT_THROW(property.GetType({}), boost::bad_weak_ptr);
+    EXPECT_THROW(property.IsArray({}), boost::bad_weak_ptr);
+    EXPECT_THROW(property.GetValue({}), boost::bad_weak_ptr);
+    EXPECT_THROW(property.GetPrevValue(), boost::bad_weak_ptr);
+    EXPECT_THROW(property.SetValue(Uint32(9), {}), boost::bad_weak_ptr);
+    EXPECT_THROW(property.SetPrevValue(Uint32(9)), boost::bad_weak_ptr);
+    EXPECT_THROW(static_cast<void>(property == fProperty), boost::bad_weak_ptr);
+    EXPECT_THROW(static_cast<void>(property < fProperty), boost::bad_weak_ptr);
+    EXPECT_THROW(property.ToString(), boost::bad_weak_ptr);
+    EXPECT_THROW(property.ToStringVector(), boost::bad_weak_ptr);
+    EXPECT_TRUE(property.IsDefaultValue({}));
+}
