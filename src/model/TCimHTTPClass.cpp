@@ -10,7 +10,6 @@
 #include "convert/RemoteTypes.h"
 #include "convert/RemoteValues.h"
 #include "host/ICIMParameterDecl.h"
-#include "host/ICIMProperty.h"
 #include "host/TVYXException.h"
 #include "model/AssociationFilter.h"
 #include "model/CoreLog.h"
@@ -19,6 +18,7 @@
 #include "model/StatusCodes.h"
 #include "model/TCimHTTPInstance.h"
 #include "model/TCimHTTPMethodDecl.h"
+#include "model/TCimHTTPProperty.h"
 #include "model/TCimHTTPPropertyDecl.h"
 #include "provider/TCimHTTPNamespace.h"
 

@@ -24,6 +24,7 @@ class AssociationFilter;
 class TCimHTTPInstance;
 class TCimHTTPMethodDecl;
 class TCimHTTPNamespace;
+class TCimHTTPProperty;
 class TCimHTTPPropertyDecl;
 
 /// A class of the remote server. After Initialize it answers from memory; only EnumerateInstances goes back to the
@@ -169,7 +170,7 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     boost::weak_ptr<ICIMClass> fSuperClass;
     TCimHTTPQualifierMap fQualifiers;
     std::map<std::string, boost::shared_ptr<TCimHTTPPropertyDecl>> fPropertyDecls;
-    std::map<std::string, boost::shared_ptr<ICIMProperty>> fStaticProperties;
+    std::map<std::string, boost::shared_ptr<TCimHTTPProperty>> fStaticProperties;
     std::vector<boost::shared_ptr<TCimHTTPClass>> fSubClasses;
 
   protected:
