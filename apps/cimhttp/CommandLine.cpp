@@ -5,11 +5,11 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <map>
 
 #include "Failure.h"
+#include "ProgramFolder.h"
 
 namespace cimhttp {
 
@@ -19,14 +19,6 @@ using NQORVYX20::ILogger;
 
 constexpr std::size_t kWidthWithoutTerminal = 120;
 constexpr const char* kPluginFile = "libcimhttp.nsp.so";
-
-/// The plug-in that was built or installed with this program, or the name for the loader to search.
-std::string DefaultPlugin() {
-    std::error_code error;
-    const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
-    const auto beside = program.parent_path().parent_path() / "lib" / kPluginFile;
-    return !error && std::filesystem::exists(beside, error) ? beside.string() : kPluginFile;
-}
 
 std::size_t OutputWidth() {
     winsize size{};
@@ -79,7 +71,7 @@ struct Parser {
     CLI::App app{"Reads classes and instances of a remote CIM server through the cimhttp plug-in.", "cimhttp"};
 
     Parser() {
-        options.plugin = DefaultPlugin();
+        options.plugin = LibraryBesideProgram(kPluginFile);
         options.width = OutputWidth();
         app.require_subcommand(1);
         app.fallthrough();

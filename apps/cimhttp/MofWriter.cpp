@@ -41,6 +41,7 @@ std::string Escaped(const std::string& text) {
     for (const char character : text) {
         switch (character) {
         case '"':
+        case '\'':
         case '\\':
             escaped += '\\';
             escaped += character;

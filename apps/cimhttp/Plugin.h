@@ -3,10 +3,10 @@
 #include <boost/shared_ptr.hpp>
 
 #include <string>
-#include <vector>
+
+#include "access/PluginAccess.h"
 
 namespace NQORVYX20 {
-class ICIMNamespace;
 class INamespaceProvider;
 } // namespace NQORVYX20
 
@@ -24,22 +24,15 @@ class Plugin {
     /// The provider that registered itself while the library was loaded.
     boost::shared_ptr<NQORVYX20::INamespaceProvider> Provider() const { return provider_; }
 
+    const PluginAccess& Access() const { return *access_; }
+
     /// A new namespace of the provider, not connected.
     boost::shared_ptr<NQORVYX20::ICIMNamespace> AllocateNamespace() const;
 
-    /// The connecting operations of the plug-in's namespaces, which its interface does not have: see
-    /// TCimHTTPNamespace::connect and EnumerateClassNames. The namespace must come from AllocateNamespace.
-    void Connect(NQORVYX20::ICIMNamespace& name_space, const std::string& host, const std::string& user,
-                 const std::string& password, int port) const;
-    std::vector<std::string> ClassNames(NQORVYX20::ICIMNamespace& name_space) const;
-
   private:
-    template <typename Function>
-    Function* Find(const char* link_name) const;
-
     std::string path_;
-    void* library_;
     boost::shared_ptr<NQORVYX20::INamespaceProvider> provider_;
+    const PluginAccess* access_;
 };
 
 } // namespace cimhttp

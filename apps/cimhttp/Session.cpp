@@ -26,8 +26,8 @@ Session::Session(const Options& options, FailureLog& log)
       server_((options.tls ? "https://" : "http://") + options.host),
       namespace_(plugin_.AllocateNamespace()) {
     try {
-        plugin_.Connect(*namespace_, options.host, options.user, options.password,
-                        options.tls ? kHttpsPort : kHttpPort);
+        plugin_.Access().Connect(*namespace_, options.host, options.user, options.password,
+                                 options.tls ? kHttpsPort : kHttpPort);
     } catch (const TVYXException& exception) {
         const std::string reason = log_.TakeReason();
         throw Failure(Failure::kConnection,
@@ -37,7 +37,7 @@ Session::Session(const Options& options, FailureLog& log)
 
 std::vector<std::string> Session::ClassNames() {
     log_.TakeReason();
-    auto names = plugin_.ClassNames(*namespace_);
+    auto names = plugin_.Access().ClassNames(*namespace_);
     const std::string reason = log_.TakeReason();
     if (!reason.empty()) {
         throw Failure(Failure::kOther, "the classes of " + server_ + " cannot be listed: " + reason);

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <boost/shared_ptr.hpp>
+
+#include <string>
+#include <vector>
+
+namespace NQORVYX20 {
+class ICIMNamespace;
+} // namespace NQORVYX20
+
+namespace cimhttp {
+
+/// What the program needs of the plug-in beyond the object model's interfaces: the plug-in's classes have operations
+/// that are not virtual, so that code which calls them must be linked to the plug-in. That code is a library of its
+/// own. It is loaded behind the plug-in, and the loader binds it to the plug-in that is there already.
+class PluginAccess {
+  public:
+    virtual ~PluginAccess() = default;
+
+    /// See TCimHTTPNamespace::connect. The namespace must be the plug-in's, here and below.
+    virtual void Connect(NQORVYX20::ICIMNamespace& name_space, const std::string& host, const std::string& user,
+                         const std::string& password, int port) const = 0;
+
+    /// The names of all classes of the server; empty after a failure, which is in the log.
+    virtual std::vector<std::string> ClassNames(NQORVYX20::ICIMNamespace& name_space) const = 0;
+};
+
+/// The one function that the library exports. The object lives as long as the process.
+using PluginAccessFunction = const PluginAccess*();
+constexpr const char* kPluginAccessFunction = "CimhttpPluginAccess";
+constexpr const char* kPluginAccessLibrary = "libcimhttp-access.so";
+
+} // namespace cimhttp

@@ -1,0 +1,314 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+#include "ProgramRun.h"
+#include "support/CimServer.h"
+#include "support/TemporaryDirectory.h"
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+namespace {
+
+constexpr std::uint16_t kHttpPort = 5988;
+constexpr std::uint16_t kHttpsPort = 5989;
+
+std::string ReadFile(const std::string& path) {
+    std::ifstream file(path);
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+std::vector<char*> Pointers(std::vector<std::string>& texts) {
+    std::vector<char*> pointers;
+    for (std::string& text : texts) {
+        pointers.push_back(text.data());
+    }
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+} // namespace
+
+ProgramRun RunCimhttp(const std::vector<std::string>& arguments, const std::vector<std::string>& environment) {
+    const support::TemporaryDirectory directory;
+    const std::string output = (directory.Path() / "output").string();
+    const std::string errors = (directory.Path() / "errors").string();
+    std::vector<std::string> words{CIMHTTP_PROGRAM};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    std::vector<std::string> variables = environment;
+    variables.push_back(std::string("PATH=") + std::getenv("PATH"));
+    const auto argv = Pointers(words);
+    const auto envp = Pointers(variables);
+
+    const pid_t child = ::fork();
+    if (child == 0) {
+        if (std::freopen(output.c_str(), "w", stdout) != nullptr &&
+            std::freopen(errors.c_str(), "w", stderr) != nullptr) {
+            ::execve(CIMHTTP_PROGRAM, argv.data(), envp.data());
+        }
+        ::_exit(127);
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadFile(output), ReadFile(errors)};
+}
+
+namespace {
+
+class ProgramTest : public testing::Test {
+  protected:
+    ProgramTest() {
+        fServer.Listen(kHttpPort);
+        fServer.Answer(
+            "EnumerateClassNames", "",
+            "<CLASSNAME NAME=\"TEST_Tape\"/><CLASSNAME NAME=\"TEST_Disk\"/><CLASSNAME NAME=\"CIM_System\"/>");
+        fServer.Answer("GetQualifier", "Key",
+                       "<QUALIFIER.DECLARATION NAME=\"Key\" TYPE=\"boolean\"><SCOPE PROPERTY=\"true\"/>"
+                       "</QUALIFIER.DECLARATION>");
+        fServer.Answer("GetClass", "TEST_Disk",
+                       "<CLASS NAME=\"TEST_Disk\"><PROPERTY NAME=\"Size\" TYPE=\"uint64\"/><PROPERTY NAME=\"Name\" "
+                       "TYPE=\"string\"><QUALIFIER NAME=\"Key\" TYPE=\"boolean\"><VALUE>TRUE</VALUE></QUALIFIER>"
+                       "</PROPERTY><PROPERTY NAME=\"Vendor\" TYPE=\"string\"/></CLASS>");
+        fServer.Answer("EnumerateInstances", "TEST_Disk", DiskXml("sdb", "7") + DiskXml("sda", "12345"));
+    }
+
+    static std::string DiskXml(const std::string& name, const std::string& size) {
+        return "<VALUE.NAMEDINSTANCE><INSTANCENAME CLASSNAME=\"TEST_Disk\"><KEYBINDING NAME=\"Name\"><KEYVALUE>" +
+               name +
+               "</KEYVALUE></KEYBINDING></INSTANCENAME><INSTANCE CLASSNAME=\"TEST_Disk\"><PROPERTY NAME=\"Name\" "
+               "TYPE=\"string\"><VALUE>" +
+               name + "</VALUE></PROPERTY><PROPERTY NAME=\"Size\" TYPE=\"uint64\"><VALUE>" + size +
+               "</VALUE></PROPERTY></INSTANCE></VALUE.NAMEDINSTANCE>";
+    }
+
+    ProgramRun Run(std::vector<std::string> arguments, const std::vector<std::string>& environment = {}) {
+        arguments.insert(arguments.begin(), {"--host", fServer.Address()});
+        return RunCimhttp(arguments, environment);
+    }
+
+    static void ExpectOneLine(const ProgramRun& run, int status, const std::string& part) {
+        EXPECT_EQ(run.status, status);
+        EXPECT_EQ(run.output, "");
+        EXPECT_THAT(run.errors, StartsWith("cimhttp: "));
+        EXPECT_THAT(run.errors, HasSubstr(part));
+        EXPECT_EQ(std::count(run.errors.begin(), run.errors.end(), '\n'), 1) << run.errors;
+    }
+
+    support::CimServer fServer;
+};
+
+} // namespace
+
+// --- What the commands show --------------------------------------------------------------------------------------
+
+TEST_F(ProgramTest, InfoNamesThePluginTheProviderAndTheServer) {
+    const auto run = Run({"info"});
+    EXPECT_EQ(run.status, 0) << run.errors;
+    EXPECT_THAT(run.output, HasSubstr("libcimhttp.nsp.so\nprovider  cimhttp, type 2\nserver    http://" +
+                                      fServer.Address() + "\nclasses   3\n"));
+}
+
+TEST_F(ProgramTest, ClassesAreListedInOrder) {
+    const auto run = Run({"classes"});
+    EXPECT_EQ(run.status, 0) << run.errors;
+    EXPECT_EQ(run.output, "CIM_System\nTEST_Disk\nTEST_Tape\n");
+    EXPECT_EQ(run.errors, "");
+}
+
+TEST_F(ProgramTest, APatternSelectsClassesWithoutRegardToCase) {
+    EXPECT_EQ(Run({"classes", "test_*"}).output, "TEST_Disk\nTEST_Tape\n");
+    EXPECT_EQ(Run({"classes", "disk"}).output, "");
+}
+
+TEST_F(ProgramTest, AClassIsShownAsMof) {
+    const auto run = Run({"class", "test_disk"});
+    EXPECT_EQ(run.status, 0) << run.errors;
+    EXPECT_EQ(run.output, "[PLUGINNAME(\"cimhttp\"),\n"
+                          " PLUGINVERSION(\"1.0\")]\n"
+                          "class TEST_Disk\n"
+                          "{\n"
+                          "    [Key]\n"
+                          "    string Name;\n"
+                          "\n"
+                          "    uint64 Size;\n"
+                          "\n"
+                          "    string Vendor;\n"
+                          "};\n");
+}
+
+TEST_F(ProgramTest, InstancesAreATableWithTheKeysFirstAndNoEmptyColumns) {
+    const auto run = Run({"instances", "TEST_Disk"});
+    EXPECT_EQ(run.status, 0) << run.errors;
+    EXPECT_EQ(run.output, "Name   Size\n"
+                          "----  -----\n"
+                          "sda   12345\n"
+                          "sdb       7\n");
+}
+
+TEST_F(ProgramTest, ATableThatDoesNotFitBecomesLists) {
+    EXPECT_EQ(Run({"instances", "TEST_Disk"}, {"COLUMNS=8"}).output, "Name  sda\nSize  12345\n\nName  sdb\nSize  7\n");
+}
+
+TEST_F(ProgramTest, ChosenPropertiesAreTheColumnsInTheOrderGiven) {
+    EXPECT_EQ(Run({"instances", "TEST_Disk", "--property", "size", "--property", "Vendor"}).output,
+              " Size  Vendor\n-----  ------\n12345\n    7\n");
+}
+
+TEST_F(ProgramTest, DeepAsksForTheInstancesOfSubclasses) {
+    Run({"instances", "TEST_Disk", "--deep"});
+    EXPECT_THAT(fServer.Calls().back().parameters.at("DeepInheritance"), testing::StrCaseEq("true"));
+}
+
+TEST_F(ProgramTest, NoInstancesAreSaidSo) {
+    fServer.Answer("EnumerateInstances", "TEST_Disk", "");
+    const auto run = Run({"instances", "TEST_Disk"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.output, "no instances\n");
+}
+
+TEST_F(ProgramTest, ValuesThatCannotBeReadAreMentioned) {
+    fServer.Answer("EnumerateInstances", "TEST_Disk",
+                   "<VALUE.NAMEDINSTANCE><INSTANCENAME CLASSNAME=\"TEST_Disk\"/><INSTANCE CLASSNAME=\"TEST_Disk\">"
+                   "<PROPERTY NAME=\"Name\" TYPE=\"string\"><VALUE>sda</VALUE></PROPERTY><PROPERTY NAME=\"Odd\" "
+                   "TYPE=\"string\"><VALUE>x</VALUE></PROPERTY></INSTANCE></VALUE.NAMEDINSTANCE>");
+    const auto run = Run({"instances", "TEST_Disk", "--property", "Name"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.output, "Name\n----\nsda\n");
+    EXPECT_EQ(run.errors, "cimhttp: not everything could be read; --log error shows what was left out\n");
+    EXPECT_THAT(Run({"--log", "error", "instances", "TEST_Disk"}).errors,
+                HasSubstr("Unable to retrieve property: Odd"));
+}
+
+// --- Connection --------------------------------------------------------------------------------------------------
+
+TEST_F(ProgramTest, TlsConnectsToTheSecurePort) {
+    const support::TestCertificate certificate(support::TestCertificate::For(fServer.Address()));
+    fServer.ListenTls(kHttpsPort, certificate);
+    const auto run = Run({"--tls", "classes"});
+    EXPECT_EQ(run.status, 0) << run.errors;
+    EXPECT_EQ(run.output, "CIM_System\nTEST_Disk\nTEST_Tape\n");
+}
+
+TEST_F(ProgramTest, ThePasswordComesFromAFileOrTheEnvironment) {
+    fServer.RequireUser("reader", "s3cret");
+    const support::TemporaryDirectory directory;
+    const std::string file = (directory.Path() / "password").string();
+    std::ofstream(file) << "s3cret\nsecond line\n";
+    EXPECT_EQ(Run({"--user", "reader", "--password-file", file, "classes"}).status, 0);
+    EXPECT_EQ(Run({"--user", "reader", "classes"}, {"CIMHTTP_PASSWORD=s3cret"}).status, 0);
+}
+
+// --- Failures ----------------------------------------------------------------------------------------------------
+
+TEST_F(ProgramTest, NothingListening) {
+    fServer.Stop();
+    ExpectOneLine(Run({"classes"}), 3, "no connection to http://" + fServer.Address());
+}
+
+TEST_F(ProgramTest, AnUnknownHost) {
+    ExpectOneLine(RunCimhttp({"--host", "no-such-host.invalid", "classes"}), 3, "no-such-host.invalid");
+}
+
+TEST_F(ProgramTest, AWrongPassword) {
+    fServer.RequireUser("reader", "s3cret");
+    ExpectOneLine(Run({"--user", "reader", "classes"}, {"CIMHTTP_PASSWORD=guess"}), 1, "401");
+    ExpectOneLine(Run({"--user", "reader", "class", "TEST_Disk"}, {"CIMHTTP_PASSWORD=guess"}), 1, "401");
+}
+
+TEST_F(ProgramTest, AUserWithoutAPassword) {
+    ExpectOneLine(Run({"--user", "reader", "classes"}), 2, "CIMHTTP_PASSWORD");
+}
+
+TEST_F(ProgramTest, APasswordFileThatIsNotThere) {
+    ExpectOneLine(Run({"--user", "reader", "--password-file", "/no/such/file", "classes"}), 2, "/no/such/file");
+}
+
+TEST_F(ProgramTest, APortInTheHost) {
+    ExpectOneLine(RunCimhttp({"--host", "localhost:8080", "classes"}), 2, "localhost:8080");
+}
+
+TEST_F(ProgramTest, TlsToAPlainPort) {
+    support::ScriptedServer plain([](support::Connection& connection) {
+        connection.ReadSome();
+        connection.Write("HTTP/1.1 400 Bad Request\r\nContent-Length: 0\r\n\r\n");
+    });
+    plain.Listen(kHttpsPort);
+    ExpectOneLine(Run({"--tls", "classes"}), 3, "no connection to https://" + fServer.Address());
+}
+
+TEST_F(ProgramTest, AServerThatClosesInTheMiddleOfAnAnswer) {
+    fServer.AnswerNextWith("HTTP/1.1 200 OK\r\nContent-Type: application/xml\r\nCIMOperation: MethodResponse\r\n"
+                           "Content-Length: 5000\r\n\r\n<?xml version=\"1.0\"?><CIM CIMVERSION=\"2.0\"");
+    ExpectOneLine(Run({"classes"}), 1, "cannot be listed");
+}
+
+TEST_F(ProgramTest, AnAnswerThatIsNotXml) {
+    fServer.AnswerNextWith("HTTP/1.1 200 OK\r\nContent-Type: application/xml\r\nCIMOperation: MethodResponse\r\n"
+                           "Content-Length: 5\r\n\r\nhello");
+    ExpectOneLine(Run({"class", "TEST_Disk"}), 1, "the class TEST_Disk cannot be read");
+}
+
+TEST_F(ProgramTest, AnUnknownClass) {
+    ExpectOneLine(Run({"class", "TEST_None"}), 1, "the class TEST_None cannot be read");
+    ExpectOneLine(Run({"instances", "TEST_None"}), 1, "CIM_ERR_NOT_FOUND");
+}
+
+TEST_F(ProgramTest, AClassThatIsNotValid) {
+    fServer.Answer("GetClass", "TEST_Odd",
+                   "<CLASS NAME=\"TEST_Odd\"><PROPERTY NAME=\"\xc3\xb6\" TYPE=\"string\"/></CLASS>");
+    ExpectOneLine(Run({"class", "TEST_Odd"}), 1, "its definition is not valid");
+}
+
+TEST_F(ProgramTest, AnInvalidClassName) { ExpectOneLine(Run({"class", "2abc"}), 2, "'2abc' is not a class name"); }
+
+TEST_F(ProgramTest, InstancesThatTheServerRefuses) {
+    fServer.Fail("EnumerateInstances", "TEST_Disk", 2, "not for you");
+    ExpectOneLine(Run({"instances", "TEST_Disk"}), 1, "CIM_ERR_ACCESS_DENIED: not for you");
+}
+
+TEST_F(ProgramTest, AnUnknownProperty) {
+    ExpectOneLine(Run({"instances", "TEST_Disk", "--property", "Colour"}), 2, "no property Colour");
+    ExpectOneLine(Run({"instances", "TEST_Disk", "--property", "no name"}), 2, "no property no name");
+}
+
+TEST_F(ProgramTest, AMissingPluginFile) {
+    ExpectOneLine(Run({"--plugin", "/no/such/plugin.so", "classes"}), 1, "/no/such/plugin.so");
+}
+
+TEST_F(ProgramTest, ALibraryThatIsNotThePlugin) {
+    ExpectOneLine(Run({"--plugin", CIMHTTP_OTHER_LIBRARY, "classes"}), 1, "is not the plug-in");
+}
+
+TEST_F(ProgramTest, ThePluginCanBeNamed) { EXPECT_EQ(Run({"--plugin", CIMHTTP_PLUGIN, "classes"}).status, 0); }
+
+TEST_F(ProgramTest, WrongUsage) {
+    ExpectOneLine(RunCimhttp({}), 2, "--help");
+    ExpectOneLine(RunCimhttp({"dance"}), 2, "--help");
+    ExpectOneLine(RunCimhttp({"class"}), 2, "NAME");
+    ExpectOneLine(RunCimhttp({"--log", "loud", "classes"}), 2, "loud");
+}
+
+TEST_F(ProgramTest, HelpIsNoFailure) {
+    const auto run = RunCimhttp({"--help"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_THAT(run.output, HasSubstr("Usage: cimhttp"));
+    const auto command = RunCimhttp({"instances", "--help"});
+    EXPECT_EQ(command.status, 0);
+    EXPECT_THAT(command.output, HasSubstr("--deep"));
+}
+
+TEST_F(ProgramTest, AFullDiskIsAFailure) {
+    const std::string command =
+        std::string(CIMHTTP_PROGRAM) + " --host " + fServer.Address() + " classes >/dev/full 2>&1";
+    const int status = std::system(command.c_str());
+    EXPECT_EQ(WEXITSTATUS(status), 1);
+}
