@@ -1,0 +1,27 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+
+namespace bench {
+
+/// Measures the time since it was made.
+class Stopwatch {
+  public:
+    double Seconds() const { return std::chrono::duration<double>(Clock::now() - start_).count(); }
+
+  private:
+    using Clock = std::chrono::steady_clock;
+
+    Clock::time_point start_ = Clock::now();
+};
+
+/// The most memory that this process has had in use at any time, in KiB. Throws std::runtime_error when the system does
+/// not say.
+std::size_t PeakMemory();
+
+/// Prints one figure per line, its name before it, for scripts to read.
+void PrintInstances(std::size_t count, double seconds);
+void PrintPeakMemory();
+
+} // namespace bench
