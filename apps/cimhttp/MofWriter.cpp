@@ -36,16 +36,14 @@ std::string TypeName(TCIMValue::TCIMType type) {
     return name.str();
 }
 
-std::string Escaped(const std::string& text) {
+/// The text between quotes of this kind.
+std::string Escaped(const std::string& text, char quote = '"') {
     std::string escaped;
     for (const char character : text) {
-        switch (character) {
-        case '"':
-        case '\'':
-        case '\\':
+        if (character == quote || character == '\\') {
             escaped += '\\';
-            escaped += character;
-            break;
+        }
+        switch (character) {
         case '\n':
             escaped += "\\n";
             break;
@@ -94,7 +92,7 @@ std::string ScalarText(const TCIMValue& value, std::size_t indent) {
     case ECIMType::eCIMReference:
         return '"' + Escaped(value.ToString(10)) + '"';
     case ECIMType::eCIMChar16:
-        return '\'' + Escaped(value.ToString(10)) + '\'';
+        return '\'' + Escaped(value.ToString(10), '\'') + '\'';
     default:
         return value.ToString(10);
     }
