@@ -185,7 +185,7 @@ boost::shared_ptr<ICIMClass> TCimHTTPNamespace::FetchClass(const std::string& na
 
 void TCimHTTPNamespace::BuildClass(Pegasus::CIMClass& definition, TCIMContext context) {
     const std::string name = ToStdString(definition.getClassName());
-    const auto superClassName = definition.getSuperClassName();
+    const auto& superClassName = definition.getSuperClassName();
     const auto superClass = GetClass(superClassName.isNull() ? "" : ToStdString(superClassName), TCIMContext());
     const auto cls = AllocateClass(name, superClass, TCIMContext());
     StampClass(*cls, kPluginNameQualifier, fPluginName, context);
