@@ -115,6 +115,7 @@ struct Parser {
             ->type_name("NAME")
             ->allow_extra_args(false);
         instances->add_flag("--deep", options.deep, "Include the instances of subclasses");
+        instances->add_flag("--raw", options.raw, "Show values as they are, not by their value maps and units");
     }
 };
 

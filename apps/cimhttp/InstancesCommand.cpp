@@ -1,9 +1,11 @@
 #include "InstancesCommand.h"
 
 #include <algorithm>
+#include <functional>
 #include <ostream>
 #include <vector>
 
+#include "DisplayText.h"
 #include "Failure.h"
 #include "Options.h"
 #include "Session.h"
@@ -21,15 +23,23 @@ namespace {
 using namespace NQORVYX20;
 using ECIMType = TCIMValue::TCIMType::ECIMType;
 
+using Instances = std::vector<boost::shared_ptr<ICIMInstance>>;
+
+/// How the value of a property becomes the text of a cell.
+using CellText = std::function<std::string(const ICIMProperty&)>;
+
 struct Column {
     std::string name;
-    bool is_number = false;
+    bool is_number = false; ///< also of a number with a unit
+    bool is_mapped = false; ///< a value map gives texts for its values
 };
 
 bool IsNumber(TCIMValue::TCIMType type) { return type >= ECIMType::eCIMUint8 && type <= ECIMType::eCIMReal64; }
 
 Column ColumnOf(const ICIMPropertyDecl& property) {
-    return {property.GetName(TCIMContext()), IsNumber(property.GetType(TCIMContext()))};
+    bool is_mapped = false;
+    property.GetQualifier("ValueMap", is_mapped, TCIMContext());
+    return {property.GetName(TCIMContext()), IsNumber(property.GetType(TCIMContext())), is_mapped};
 }
 
 /// The properties of a class, keys first.
@@ -71,29 +81,41 @@ std::vector<Column> ChosenColumns(const ICIMClass& cls, const std::vector<std::s
     return columns;
 }
 
-std::string Text(const ICIMInstance& instance, const std::string& property) {
-    return instance.GetProperty(property, TCIMContext())->GetValue(TCIMContext()).ToString(10);
+CellText MakeCellText(const Session& session, bool is_raw) {
+    if (is_raw) {
+        return [](const ICIMProperty& property) { return property.GetValue(TCIMContext()).ToString(10); };
+    }
+    return [&access = session.LoadedPlugin().Access()](const ICIMProperty& property) {
+        return DisplayText(access, property).Joined();
+    };
 }
 
-std::vector<std::string> Cells(const std::vector<boost::shared_ptr<ICIMInstance>>& instances, const std::string& name) {
+std::vector<std::string> Cells(const Instances& instances, const std::string& name, const CellText& text) {
     std::vector<std::string> cells;
     cells.reserve(instances.size());
     for (const auto& instance : instances) {
-        cells.push_back(Text(*instance, name));
+        cells.push_back(text(*instance->GetProperty(name, TCIMContext())));
     }
     return cells;
 }
 
-TextTable MakeTable(const std::vector<boost::shared_ptr<ICIMInstance>>& instances, const std::vector<Column>& columns,
-                    bool keep_empty_columns) {
+/// Null, or a text without characters, in every instance.
+bool IsEmpty(const Instances& instances, const std::string& name) {
+    return std::all_of(instances.begin(), instances.end(), [&](const auto& instance) {
+        return instance->GetProperty(name, TCIMContext())->GetValue(TCIMContext()).ToString(10).empty();
+    });
+}
+
+TextTable MakeTable(const Instances& instances, const std::vector<Column>& columns, const Options& options,
+                    const CellText& text) {
     TextTable table;
     for (const Column& column : columns) {
-        auto cells = Cells(instances, column.name);
-        const bool is_empty = std::all_of(cells.begin(), cells.end(), [](const auto& cell) { return cell.empty(); });
-        if (keep_empty_columns || !is_empty) {
-            table.AddColumn(column.name, column.is_number ? TextTable::Align::kRight : TextTable::Align::kLeft,
-                            std::move(cells));
+        if (options.properties.empty() && IsEmpty(instances, column.name)) {
+            continue;
         }
+        const bool is_right = column.is_number && (options.raw || !column.is_mapped);
+        table.AddColumn(column.name, is_right ? TextTable::Align::kRight : TextTable::Align::kLeft,
+                        Cells(instances, column.name, text));
     }
     return table;
 }
@@ -109,14 +131,13 @@ void WriteLists(const TextTable& table, std::ostream& output) {
 
 void RunInstancesCommand(Session& session, const Options& options, std::ostream& output) {
     const auto cls = session.Class(options.name);
-    const bool is_chosen = !options.properties.empty();
-    const auto columns = is_chosen ? ChosenColumns(*cls, options.properties) : AllColumns(*cls);
+    const auto columns = options.properties.empty() ? AllColumns(*cls) : ChosenColumns(*cls, options.properties);
     const auto instances = session.Instances(*cls, options.deep);
     if (instances.empty()) {
         output << "no instances\n";
         return;
     }
-    const TextTable table = MakeTable(instances, columns, is_chosen);
+    const TextTable table = MakeTable(instances, columns, options, MakeCellText(session, options.raw));
     if (table.Width() <= options.width) {
         table.Write(output);
     } else {

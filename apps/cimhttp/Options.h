@@ -16,6 +16,7 @@ struct Options {
     Command command = Command::kNone;
     std::string name; ///< the class, or the pattern of `classes`; empty for none
     bool deep = false;
+    bool raw = false;                    ///< `instances` shows values as they are, not as people read them
     std::vector<std::string> properties; ///< the properties that `instances` shows; empty for all
     std::string host = "localhost";
     std::string user; ///< empty: no credentials are sent

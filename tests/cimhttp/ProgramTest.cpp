@@ -90,6 +90,57 @@ class ProgramTest : public testing::Test {
                "</VALUE></PROPERTY></INSTANCE></VALUE.NAMEDINSTANCE>";
     }
 
+    /// A class whose values have texts for people: value maps, a unit, a text for null.
+    void AnswerWithPump() {
+        for (const char* name : {"ValueMap", "Values"}) {
+            fServer.Answer(
+                "GetQualifier", name,
+                std::string("<QUALIFIER.DECLARATION NAME=\"") + name +
+                    "\" TYPE=\"string\" ISARRAY=\"true\"><SCOPE PROPERTY=\"true\"/></QUALIFIER.DECLARATION>");
+        }
+        for (const char* name : {"Units", "NullDisplay"}) {
+            fServer.Answer("GetQualifier", name,
+                           std::string("<QUALIFIER.DECLARATION NAME=\"") + name +
+                               "\" TYPE=\"string\"><SCOPE PROPERTY=\"true\"/></QUALIFIER.DECLARATION>");
+        }
+        const std::string units = "<QUALIFIER NAME=\"Units\" TYPE=\"string\"><VALUE>Bytes</VALUE></QUALIFIER>";
+        const std::string none = "<QUALIFIER NAME=\"NullDisplay\" TYPE=\"string\"><VALUE>none</VALUE></QUALIFIER>";
+        fServer.Answer(
+            "GetClass", "TEST_Pump",
+            "<CLASS NAME=\"TEST_Pump\"><PROPERTY NAME=\"Name\" TYPE=\"string\"><QUALIFIER NAME=\"Key\" "
+            "TYPE=\"boolean\"><VALUE>TRUE</VALUE></QUALIFIER></PROPERTY>"
+            "<PROPERTY NAME=\"State\" TYPE=\"uint16\">" +
+                MapXml({"2", "3"}, {"OK", "Degraded"}) + "</PROPERTY><PROPERTY.ARRAY NAME=\"Modes\" TYPE=\"uint8\">" +
+                MapXml({"1", "2"}, {"Slow", "Fast"}) + "</PROPERTY.ARRAY><PROPERTY NAME=\"Size\" TYPE=\"uint64\">" +
+                units + "</PROPERTY><PROPERTY NAME=\"Level\" TYPE=\"sint8\">" + none + "</PROPERTY></CLASS>");
+        fServer.Answer(
+            "EnumerateInstances", "TEST_Pump",
+            PumpXml("p1", "2", "<VALUE>1</VALUE><VALUE>2</VALUE>", "1536", "") +
+                PumpXml("p2", "3", "", "7", "<PROPERTY NAME=\"Level\" TYPE=\"sint8\"><VALUE>7</VALUE></PROPERTY>"));
+    }
+
+    static std::string MapXml(const std::vector<std::string>& map, const std::vector<std::string>& texts) {
+        return QualifierXml("ValueMap", map) + QualifierXml("Values", texts);
+    }
+
+    static std::string QualifierXml(const std::string& name, const std::vector<std::string>& values) {
+        std::string xml = "<QUALIFIER NAME=\"" + name + "\" TYPE=\"string\"><VALUE.ARRAY>";
+        for (const std::string& value : values) {
+            xml += "<VALUE>" + value + "</VALUE>";
+        }
+        return xml + "</VALUE.ARRAY></QUALIFIER>";
+    }
+
+    static std::string PumpXml(const std::string& name, const std::string& state, const std::string& modes,
+                               const std::string& size, const std::string& level) {
+        return "<VALUE.NAMEDINSTANCE><INSTANCENAME CLASSNAME=\"TEST_Pump\"/><INSTANCE CLASSNAME=\"TEST_Pump\">"
+               "<PROPERTY NAME=\"Name\" TYPE=\"string\"><VALUE>" +
+               name + "</VALUE></PROPERTY><PROPERTY NAME=\"State\" TYPE=\"uint16\"><VALUE>" + state +
+               "</VALUE></PROPERTY><PROPERTY.ARRAY NAME=\"Modes\" TYPE=\"uint8\"><VALUE.ARRAY>" + modes +
+               "</VALUE.ARRAY></PROPERTY.ARRAY><PROPERTY NAME=\"Size\" TYPE=\"uint64\"><VALUE>" + size +
+               "</VALUE></PROPERTY>" + level + "</INSTANCE></VALUE.NAMEDINSTANCE>";
+    }
+
     ProgramRun Run(std::vector<std::string> arguments, const std::vector<std::string>& environment = {}) {
         arguments.insert(arguments.begin(), {"--host", fServer.Address()});
         return RunCimhttp(arguments, environment);
@@ -161,6 +212,24 @@ TEST_F(ProgramTest, ATableThatDoesNotFitBecomesLists) {
 TEST_F(ProgramTest, ChosenPropertiesAreTheColumnsInTheOrderGiven) {
     EXPECT_EQ(Run({"instances", "TEST_Disk", "--property", "size", "--property", "Vendor"}).output,
               " Size  Vendor\n-----  ------\n12345\n    7\n");
+}
+
+TEST_F(ProgramTest, ValuesReadByTheirMapsUnitsAndNullTexts) {
+    AnswerWithPump();
+    EXPECT_EQ(Run({"instances", "TEST_Pump"}).output, //
+              "Name  Level  Modes                Size  State\n"
+              "----  -----  ----------  -------------  --------\n"
+              "p1     none  Slow, Fast  1.5 Kilobytes  OK\n"
+              "p2        7                    7 Bytes  Degraded\n");
+}
+
+TEST_F(ProgramTest, RawValuesAreThePlainOnes) {
+    AnswerWithPump();
+    EXPECT_EQ(Run({"instances", "TEST_Pump", "--raw"}).output, //
+              "Name  Level  Modes   Size  State\n"
+              "----  -----  ------  ----  -----\n"
+              "p1           {1, 2}  1536      2\n"
+              "p2        7  {}         7      3\n");
 }
 
 TEST_F(ProgramTest, DeepAsksForTheInstancesOfSubclasses) {

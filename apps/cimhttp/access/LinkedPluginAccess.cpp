@@ -1,6 +1,10 @@
 #include "access/PluginAccess.h"
 
+#include <boost/make_shared.hpp>
+
 #include "convert/RemoteText.h"
+#include "host/ICIMPropertyDecl.h"
+#include "model/TCimHTTPProperty.h"
 #include "provider/TCimHTTPNamespace.h"
 
 namespace cimhttp {
@@ -8,7 +12,11 @@ namespace cimhttp {
 namespace {
 
 using NQORVYX20::ICIMNamespace;
+using NQORVYX20::ICIMProperty;
+using NQORVYX20::ICIMPropertyDecl;
 using NQORVYX20::TCimHTTPNamespace;
+using NQORVYX20::TCimHTTPProperty;
+using NQORVYX20::TCIMValue;
 
 constexpr const char* kRemoteNamespace = "root/cimv2";
 
@@ -28,6 +36,11 @@ class LinkedPluginAccess : public PluginAccess {
             texts.push_back(NQORVYX20::ToStdString(names[i]));
         }
         return texts;
+    }
+
+    boost::shared_ptr<ICIMProperty> MakeProperty(const boost::shared_ptr<ICIMPropertyDecl const>& declaration,
+                                                 const TCIMValue& value) const override {
+        return boost::make_shared<TCimHTTPProperty>(declaration, value);
     }
 };
 

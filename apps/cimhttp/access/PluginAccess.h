@@ -7,6 +7,9 @@
 
 namespace NQORVYX20 {
 class ICIMNamespace;
+class ICIMProperty;
+class ICIMPropertyDecl;
+class TCIMValue;
 } // namespace NQORVYX20
 
 namespace cimhttp {
@@ -24,6 +27,12 @@ class PluginAccess {
 
     /// The names of all classes of the server; empty after a failure, which is in the log.
     virtual std::vector<std::string> ClassNames(NQORVYX20::ICIMNamespace& name_space) const = 0;
+
+    /// A property with the plug-in's texts for people, see TCimHTTPProperty. Refers to the declaration weakly. Throws
+    /// TVYXException 14 for a value that the declaration does not allow.
+    virtual boost::shared_ptr<NQORVYX20::ICIMProperty>
+    MakeProperty(const boost::shared_ptr<NQORVYX20::ICIMPropertyDecl const>& declaration,
+                 const NQORVYX20::TCIMValue& value) const = 0;
 };
 
 /// The one function that the library exports. The object lives as long as the process.

@@ -1,0 +1,53 @@
+#include "DisplayText.h"
+
+#include <gtest/gtest.h>
+
+#include "Plugin.h"
+#include "host/ICIMClass.h"
+#include "host/ICIMInstance.h"
+#include "host/ICIMNamespace.h"
+#include "host/ICIMProperty.h"
+#include "host/TVYXException.h"
+#include "support/CimServer.h"
+
+using cimhttp::DisplayText;
+using namespace NQORVYX20;
+
+namespace {
+
+/// Access to a plug-in that makes no texts.
+class TextlessAccess : public cimhttp::PluginAccess {
+  public:
+    void Connect(ICIMNamespace&, const std::string&, const std::string&, const std::string&, int) const override {}
+    std::vector<std::string> ClassNames(ICIMNamespace&) const override { return {}; }
+    boost::shared_ptr<ICIMProperty> MakeProperty(const boost::shared_ptr<ICIMPropertyDecl const>&,
+                                                 const TCIMValue&) const override {
+        throw TVYXException(1);
+    }
+};
+
+} // namespace
+
+TEST(DisplayText, AValueWithoutATextShowsAsItIs) {
+    support::CimServer server;
+    server.Listen(5988);
+    server.Answer("GetClass", "T",
+                  "<CLASS NAME=\"T\"><PROPERTY NAME=\"One\" TYPE=\"uint8\"/>"
+                  "<PROPERTY.ARRAY NAME=\"Many\" TYPE=\"string\"/></CLASS>");
+    const cimhttp::Plugin plugin(CIMHTTP_PLUGIN);
+    const auto name_space = plugin.AllocateNamespace();
+    plugin.Access().Connect(*name_space, server.Address(), "", "", 5988);
+    const auto cls = name_space->GetClass("T", TCIMContext());
+    const auto instance = cls->AllocateInstance(TCIMContext());
+    instance->SetPropertyValue("One", TCIMValue(static_cast<unsigned char>(7)), TCIMContext());
+    instance->SetPropertyValue(
+        "Many", TCIMValue(TCIMValue::TCIMType::eCIMString, 0, {TCIMValue("a"), TCIMValue("b, c")}), TCIMContext());
+
+    const TextlessAccess textless;
+    const DisplayText one(textless, *instance->GetProperty("One", TCIMContext()));
+    EXPECT_FALSE(one.IsList());
+    EXPECT_EQ(one.Joined(), "7");
+    const DisplayText many(textless, *instance->GetProperty("Many", TCIMContext()));
+    EXPECT_TRUE(many.IsList());
+    EXPECT_EQ(many.Texts(), (std::vector<std::string>{"a", "b, c"}));
+}
