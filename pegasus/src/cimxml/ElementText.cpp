@@ -13,14 +13,15 @@ void ElementText::append(std::string_view bytes) {
 void ElementText::throwOverLimit() const {
     if (depth_ > kMaxNesting)
         throwXmlError({"elements are nested deeper than ", std::to_string(kMaxNesting)});
-    throwXmlError({"one object has more than ", std::to_string(kMaxNodes), " elements and attributes"});
+    throwXmlError(
+        {"one object has more than ", std::to_string(kMaxNodes), " elements, attributes, comments and CDATA sections"});
 }
 
 void ElementText::clear() {
     text_.clear();
+    parts_.clear();
     depth_ = 0;
     nodes_ = 0;
-    mixedText_ = false;
 }
 
 } // namespace Pegasus::cimxml

@@ -4,8 +4,10 @@
 #include "cimxml/XmlLexer.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace Pegasus::cimxml {
 
@@ -13,10 +15,18 @@ namespace Pegasus::cimxml {
 /// within the limits of one object. Throws CIMClientXmlException.
 class ElementText {
   public:
-    /// Takes bytes in; they belong to the token that goes on.
+    /// A token of the element. It begins where the one before it ends.
+    struct Part {
+        XmlLexer::Token token;
+        std::uint32_t end; // in the text
+    };
+
+    /// Adds bytes to the text.
     void append(std::string_view bytes);
-    /// Says that the bytes so far end with this token. Returns whether the element is complete with it.
-    bool endToken(XmlLexer::Token token, std::size_t attributeCount) {
+    /// Says which token comes next, and where in the text it ends, which may still have to be appended up to there.
+    /// Returns whether the element is complete with it.
+    bool endToken(XmlLexer::Token token, std::size_t end, std::size_t attributeCount) {
+        addPart(token, static_cast<std::uint32_t>(end));
         count(token, attributeCount);
         if (depth_ > kMaxNesting || nodes_ > kMaxNodes)
             throwOverLimit();
@@ -26,11 +36,17 @@ class ElementText {
 
     /// The text, open to be parsed in place.
     std::string& text() noexcept { return text_; }
-    bool isEmpty() const noexcept { return nodes_ == 0; }
-    /// Whether white space between two tags can be part of a value: next to CDATA sections and comments.
-    bool hasMixedText() const noexcept { return mixedText_; }
+    const std::vector<Part>& parts() const noexcept { return parts_; }
+    bool isEmpty() const noexcept { return parts_.empty(); }
 
   private:
+    /// Tokens that continue a text join it.
+    void addPart(XmlLexer::Token token, std::uint32_t end) {
+        if (token == XmlLexer::Token::Text && !parts_.empty() && parts_.back().token == token)
+            parts_.back().end = end;
+        else
+            parts_.push_back({token, end});
+    }
     void count(XmlLexer::Token token, std::size_t attributeCount) noexcept {
         switch (token) {
         case XmlLexer::Token::StartTag:
@@ -44,9 +60,10 @@ class ElementText {
             break;
         case XmlLexer::Token::CData:
         case XmlLexer::Token::Other:
-            mixedText_ = true;
+            ++nodes_;
             break;
-        case XmlLexer::Token::Text:
+        case XmlLexer::Token::Text: // there are no more of them than of all others
+
         case XmlLexer::Token::Incomplete:
             break;
         }
@@ -54,9 +71,9 @@ class ElementText {
     [[noreturn]] void throwOverLimit() const;
 
     std::string text_;
+    std::vector<Part> parts_;
     std::size_t depth_ = 0;
     std::size_t nodes_ = 0;
-    bool mixedText_ = false;
 };
 
 } // namespace Pegasus::cimxml

@@ -9,7 +9,7 @@ namespace Pegasus::cimxml {
 constexpr std::size_t kMaxObjectBytes = std::size_t{64} << 20U;
 /// Elements within elements, in one object.
 constexpr std::size_t kMaxNesting = 256;
-/// Elements and attributes of one object; bounds the memory of its parsed form.
+/// Elements, attributes, comments and the like of one object; bounds the memory of its parsed form.
 constexpr std::size_t kMaxNodes = std::size_t{2} << 20U;
 /// Attributes of one element; CIM-XML has none with more than eleven.
 constexpr std::size_t kMaxAttributes = 32;

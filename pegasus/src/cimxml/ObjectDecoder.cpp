@@ -31,7 +31,7 @@ CIMFlavor flavorOf(const Attributes& attributes) {
     return flavor;
 }
 
-CIMScope scopeOf(pugi::xml_node element) {
+CIMScope scopeOf(XmlElement element) {
     const Attributes attributes(element);
     const std::array<std::pair<std::string_view, CIMScope>, 7> kScopes = {{{"CLASS", CIMScope::CLASS},
                                                                            {"ASSOCIATION", CIMScope::ASSOCIATION},
@@ -71,14 +71,14 @@ CIMType typeOf(const Attributes& attributes, std::string_view typeName) {
 
 CIMType typeOf(const Attributes& attributes) { return typeOf(attributes, attributes.get("TYPE")); }
 
-bool isValue(pugi::xml_node element) {
+bool isValue(XmlElement element) {
     constexpr std::string_view kValue = "VALUE";
-    return std::string_view(element.name()).substr(0, kValue.size()) == kValue;
+    return element.name().substr(0, kValue.size()) == kValue;
 }
 
 /// The child element that holds the value; an empty node when there is none.
-pugi::xml_node valueIn(pugi::xml_node element) {
-    pugi::xml_node value;
+XmlElement valueIn(XmlElement element) {
+    XmlElement value;
     for (const auto child : ChildElements(element)) {
         if (!isValue(child))
             continue;
@@ -89,9 +89,7 @@ pugi::xml_node valueIn(pugi::xml_node element) {
     return value;
 }
 
-bool isArrayValue(pugi::xml_node element) {
-    return isNamed(element, "VALUE.ARRAY") || isNamed(element, "VALUE.REFARRAY");
-}
+bool isArrayValue(XmlElement element) { return isNamed(element, "VALUE.ARRAY") || isNamed(element, "VALUE.REFARRAY"); }
 
 /// The forms that a property or a parameter has.
 enum class Form { Scalar, Array, Reference, ReferenceArray };
@@ -132,7 +130,7 @@ ElementText elementIn(std::string_view text) {
         if (complete || (around && !begins))
             throwXmlError({"an embedded object is not one element"});
         element.append(bytes);
-        complete = element.endToken(token, lexer.attributeCount());
+        complete = element.endToken(token, element.text().size(), lexer.attributeCount());
     }
     if (!complete)
         throwXmlError({"an embedded object is not complete"});
@@ -141,7 +139,7 @@ ElementText elementIn(std::string_view text) {
 
 } // namespace
 
-CIMClass ObjectDecoder::decodeClass(pugi::xml_node element) {
+CIMClass ObjectDecoder::decodeClass(XmlElement element) {
     const Attributes attributes(element);
     CIMClass cimClass(names_.get(attributes.get("NAME")), optionalName(attributes, "SUPERCLASS"));
     for (const auto child : ChildElements(element)) {
@@ -153,7 +151,7 @@ CIMClass ObjectDecoder::decodeClass(pugi::xml_node element) {
     return cimClass;
 }
 
-CIMInstance ObjectDecoder::decodeInstance(pugi::xml_node element) {
+CIMInstance ObjectDecoder::decodeInstance(XmlElement element) {
     CIMInstance instance(names_.get(Attributes(element).get("CLASSNAME")));
     for (const auto child : ChildElements(element)) {
         // The qualifiers of an instance are deprecated (DSP0200); its class has them.
@@ -163,7 +161,7 @@ CIMInstance ObjectDecoder::decodeInstance(pugi::xml_node element) {
     return instance;
 }
 
-CIMInstance ObjectDecoder::decodeInstanceWithPath(pugi::xml_node element) {
+CIMInstance ObjectDecoder::decodeInstanceWithPath(XmlElement element) {
     CIMObjectPath path;
     CIMInstance instance;
     for (const auto child : ChildElements(element)) {
@@ -180,9 +178,9 @@ CIMInstance ObjectDecoder::decodeInstanceWithPath(pugi::xml_node element) {
     return instance;
 }
 
-CIMName ObjectDecoder::decodeClassName(pugi::xml_node element) { return names_.get(Attributes(element).get("NAME")); }
+CIMName ObjectDecoder::decodeClassName(XmlElement element) { return names_.get(Attributes(element).get("NAME")); }
 
-CIMQualifierDecl ObjectDecoder::decodeQualifierDecl(pugi::xml_node element) {
+CIMQualifierDecl ObjectDecoder::decodeQualifierDecl(XmlElement element) {
     CIMScope scope;
     for (const auto child : ChildElements(element)) {
         if (isNamed(child, "SCOPE"))
@@ -197,14 +195,14 @@ CIMQualifierDecl ObjectDecoder::decodeQualifierDecl(pugi::xml_node element) {
                             flavorOf(attributes), arraySizeOf(attributes));
 }
 
-CIMQualifier ObjectDecoder::decodeQualifier(pugi::xml_node element) {
+CIMQualifier ObjectDecoder::decodeQualifier(XmlElement element) {
     const Attributes attributes(element);
     const auto value = onlyChild(element);
     return CIMQualifier(names_.get(attributes.get("NAME")), decodeValue(typeOf(attributes), isArrayValue(value), value),
                         flavorOf(attributes), attributes.getBoolean("PROPAGATED", false));
 }
 
-CIMMethod ObjectDecoder::decodeMethod(pugi::xml_node element) {
+CIMMethod ObjectDecoder::decodeMethod(XmlElement element) {
     // A method without a return type, which CIM does not have and DSP0201 allows, counts as one that returns uint32.
     const Attributes attributes(element);
     const auto type = attributes.find("TYPE");
@@ -217,7 +215,7 @@ CIMMethod ObjectDecoder::decodeMethod(pugi::xml_node element) {
 }
 
 template <class Owner>
-bool ObjectDecoder::addQualifier(Owner& owner, pugi::xml_node child) {
+bool ObjectDecoder::addQualifier(Owner& owner, XmlElement child) {
     if (!isNamed(child, "QUALIFIER"))
         return false;
     owner.addQualifier(decodeQualifier(child));
@@ -225,14 +223,14 @@ bool ObjectDecoder::addQualifier(Owner& owner, pugi::xml_node child) {
 }
 
 template <class Owner>
-void ObjectDecoder::addQualifiers(Owner& owner, pugi::xml_node element) {
+void ObjectDecoder::addQualifiers(Owner& owner, XmlElement element) {
     for (const auto child : ChildElements(element))
         if (!addQualifier(owner, child) && !isValue(child))
             throwUnexpected(child);
 }
 
 template <class Owner>
-bool ObjectDecoder::addProperty(Owner& owner, pugi::xml_node child) {
+bool ObjectDecoder::addProperty(Owner& owner, XmlElement child) {
     const auto form = formOf(child.name(), kPropertyForms);
     if (!form)
         return false;
@@ -246,7 +244,7 @@ bool ObjectDecoder::addProperty(Owner& owner, pugi::xml_node child) {
     return true;
 }
 
-bool ObjectDecoder::addParameter(CIMMethod& method, pugi::xml_node child) {
+bool ObjectDecoder::addParameter(CIMMethod& method, XmlElement child) {
     const auto form = formOf(child.name(), kParameterForms);
     if (!form)
         return false;
@@ -258,7 +256,7 @@ bool ObjectDecoder::addParameter(CIMMethod& method, pugi::xml_node child) {
     return true;
 }
 
-CIMValue ObjectDecoder::decodeValue(CIMType type, bool isArray, pugi::xml_node value) {
+CIMValue ObjectDecoder::decodeValue(CIMType type, bool isArray, XmlElement value) {
     if (!value || isNamed(value, "VALUE.NULL"))
         return CIMValue(type, isArray);
     if (isArrayValue(value) != isArray)
@@ -270,7 +268,7 @@ CIMValue ObjectDecoder::decodeValue(CIMType type, bool isArray, pugi::xml_node v
 }
 
 template <class T>
-CIMValue ObjectDecoder::decodeScalarValue(pugi::xml_node value) {
+CIMValue ObjectDecoder::decodeScalarValue(XmlElement value) {
     if constexpr (isEmbedded<T>) {
         const T object = decodeItem<T>(value);
         return object.isUninitialized() ? CIMValue(detail::ValueType<T>::kType, false) : CIMValue(object);
@@ -280,7 +278,7 @@ CIMValue ObjectDecoder::decodeScalarValue(pugi::xml_node value) {
 }
 
 template <class T>
-CIMValue ObjectDecoder::decodeArrayValue(pugi::xml_node value) {
+CIMValue ObjectDecoder::decodeArrayValue(XmlElement value) {
     Array<T> items;
     for (const auto item : ChildElements(value))
         items.append(isNamed(item, "VALUE.NULL") ? T() : decodeItem<T>(item));
@@ -288,7 +286,7 @@ CIMValue ObjectDecoder::decodeArrayValue(pugi::xml_node value) {
 }
 
 template <class T>
-T ObjectDecoder::decodeItem(pugi::xml_node value) {
+T ObjectDecoder::decodeItem(XmlElement value) {
     constexpr bool kReference = std::is_same_v<T, CIMObjectPath>;
     if (!isNamed(value, kReference ? "VALUE.REFERENCE" : "VALUE"))
         throwUnexpected(value);

@@ -10,8 +10,6 @@
 #include <Pegasus/Common/CIMQualifierDecl.h>
 #include <Pegasus/Common/CIMValue.h>
 
-#include <pugixml.hpp>
-
 #include <cstddef>
 #include <string_view>
 
@@ -22,37 +20,37 @@ namespace Pegasus::cimxml {
 class ObjectDecoder {
   public:
     /// CLASS.
-    CIMClass decodeClass(pugi::xml_node element);
+    CIMClass decodeClass(XmlElement element);
     /// INSTANCE; its path is the class name.
-    CIMInstance decodeInstance(pugi::xml_node element);
+    CIMInstance decodeInstance(XmlElement element);
     /// VALUE.NAMEDINSTANCE or VALUE.INSTANCEWITHPATH: an instance with its path.
-    CIMInstance decodeInstanceWithPath(pugi::xml_node element);
+    CIMInstance decodeInstanceWithPath(XmlElement element);
     /// CLASSNAME.
-    CIMName decodeClassName(pugi::xml_node element);
+    CIMName decodeClassName(XmlElement element);
     /// QUALIFIER.DECLARATION.
-    CIMQualifierDecl decodeQualifierDecl(pugi::xml_node element);
+    CIMQualifierDecl decodeQualifierDecl(XmlElement element);
 
   private:
-    CIMQualifier decodeQualifier(pugi::xml_node element);
-    CIMMethod decodeMethod(pugi::xml_node element);
+    CIMQualifier decodeQualifier(XmlElement element);
+    CIMMethod decodeMethod(XmlElement element);
 
     /// Add a child element to the object that it describes; false when it is of another kind.
     template <class Owner>
-    bool addQualifier(Owner& owner, pugi::xml_node child);
+    bool addQualifier(Owner& owner, XmlElement child);
     template <class Owner>
-    bool addProperty(Owner& owner, pugi::xml_node child);
-    bool addParameter(CIMMethod& method, pugi::xml_node child);
+    bool addProperty(Owner& owner, XmlElement child);
+    bool addParameter(CIMMethod& method, XmlElement child);
     template <class Owner>
-    void addQualifiers(Owner& owner, pugi::xml_node element);
+    void addQualifiers(Owner& owner, XmlElement element);
 
     /// The value in a VALUE element of some form; the null of the type where there is none.
-    CIMValue decodeValue(CIMType type, bool isArray, pugi::xml_node value);
+    CIMValue decodeValue(CIMType type, bool isArray, XmlElement value);
     template <class T>
-    CIMValue decodeScalarValue(pugi::xml_node value);
+    CIMValue decodeScalarValue(XmlElement value);
     template <class T>
-    CIMValue decodeArrayValue(pugi::xml_node value);
+    CIMValue decodeArrayValue(XmlElement value);
     template <class T>
-    T decodeItem(pugi::xml_node value);
+    T decodeItem(XmlElement value);
     CIMObject decodeEmbedded(std::string_view text);
 
     CIMName optionalName(const Attributes& attributes, std::string_view attributeName);

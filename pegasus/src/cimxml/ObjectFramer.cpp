@@ -43,10 +43,12 @@ void ObjectFramer::finish() const {
 /// Takes the tokens of an element, up to its end at most.
 void ObjectFramer::takeElement(std::string_view& bytes) {
     const std::string_view before = bytes;
+    const std::size_t whole = piece_.text().size() + before.size();
     bool complete = false;
     while (!complete && !bytes.empty()) {
         const XmlLexer::Token token = lexer_.next(bytes);
-        complete = token != XmlLexer::Token::Incomplete && piece_.endToken(token, lexer_.attributeCount());
+        complete = token != XmlLexer::Token::Incomplete &&
+                   piece_.endToken(token, whole - bytes.size(), lexer_.attributeCount());
     }
     piece_.append(before.substr(0, before.size() - bytes.size()));
     if (complete)
@@ -65,10 +67,11 @@ void ObjectFramer::takeEnvelope(std::string_view& bytes) {
     case XmlLexer::Token::EmptyTag:
         inElement_ = !isEnvelope(nameIn(piece_.text()));
         if (inElement_) {
-            if (piece_.endToken(token, lexer_.attributeCount()))
+            if (piece_.endToken(token, piece_.text().size(), lexer_.attributeCount()))
                 deliverElement();
             return;
         }
+        piece_.endToken(XmlLexer::Token::EmptyTag, piece_.text().size(), lexer_.attributeCount());
         open();
         if (token == XmlLexer::Token::EmptyTag)
             --level_;
@@ -100,9 +103,6 @@ bool ObjectFramer::isEnvelope(std::string_view name) const {
 
 void ObjectFramer::open() {
     nextLevel_ = ++level_;
-    std::string& tag = piece_.text();
-    if (tag[tag.size() - 2] != '/')
-        tag.insert(tag.size() - 1, 1, '/');
     checkCharacters();
     handler_.onEnvelope(piece_);
 }

@@ -20,7 +20,7 @@ class ObjectFramer {
     class Handler {
       public:
         virtual ~Handler() = default;
-        /// An element of the envelope begins. The text is its start tag, closed like that of an empty element.
+        /// An element of the envelope begins. The text is its start tag, taken for an empty element.
         virtual void onEnvelope(ElementText& tag) = 0;
         /// An element of IMETHODRESPONSE or of IRETURNVALUE is complete.
         virtual void onElement(ElementText& element, bool inReturnValue) = 0;

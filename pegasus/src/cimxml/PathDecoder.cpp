@@ -13,7 +13,7 @@ namespace Pegasus::cimxml {
 namespace {
 
 /// The kind of key that KEYVALUE holds: what VALUETYPE says, else what the CIM type in TYPE says, else a text.
-CIMKeyBinding::Type keyTypeOf(pugi::xml_node keyValue) {
+CIMKeyBinding::Type keyTypeOf(XmlElement keyValue) {
     const Attributes attributes(keyValue);
     if (const auto valueType = attributes.find("VALUETYPE")) {
         if (*valueType == "string")
@@ -35,7 +35,7 @@ CIMKeyBinding::Type keyTypeOf(pugi::xml_node keyValue) {
 
 } // namespace
 
-CIMObjectPath PathDecoder::decodePath(pugi::xml_node element) {
+CIMObjectPath PathDecoder::decodePath(XmlElement element) {
     if (isNamed(element, "INSTANCENAME") || isNamed(element, "CLASSNAME"))
         return decodeLocal(element, Place());
     if (isNamed(element, "INSTANCEPATH") || isNamed(element, "LOCALINSTANCEPATH") || isNamed(element, "CLASSPATH") ||
@@ -44,7 +44,7 @@ CIMObjectPath PathDecoder::decodePath(pugi::xml_node element) {
     throwUnexpected(element);
 }
 
-CIMObjectPath PathDecoder::decodeReference(pugi::xml_node element) {
+CIMObjectPath PathDecoder::decodeReference(XmlElement element) {
     const auto path = onlyChild(element);
     if (!path)
         throwXmlError({"the element VALUE.REFERENCE is empty"});
@@ -52,9 +52,9 @@ CIMObjectPath PathDecoder::decodeReference(pugi::xml_node element) {
 }
 
 /// A namespace path and the name of the class or instance in it.
-CIMObjectPath PathDecoder::decodeQualified(pugi::xml_node element) {
-    pugi::xml_node place;
-    pugi::xml_node name;
+CIMObjectPath PathDecoder::decodeQualified(XmlElement element) {
+    XmlElement place;
+    XmlElement name;
     for (const auto child : ChildElements(element)) {
         if (name)
             throwUnexpected(child);
@@ -65,7 +65,7 @@ CIMObjectPath PathDecoder::decodeQualified(pugi::xml_node element) {
     return decodeLocal(name, decodePlace(place));
 }
 
-CIMObjectPath PathDecoder::decodeLocal(pugi::xml_node element, const Place& place) {
+CIMObjectPath PathDecoder::decodeLocal(XmlElement element, const Place& place) {
     if (isNamed(element, "CLASSNAME"))
         return CIMObjectPath(place.host, place.nameSpace, names_.get(Attributes(element).get("NAME")));
     if (!isNamed(element, "INSTANCENAME"))
@@ -74,7 +74,7 @@ CIMObjectPath PathDecoder::decodeLocal(pugi::xml_node element, const Place& plac
                          decodeKeys(element));
 }
 
-PathDecoder::Place PathDecoder::decodePlace(pugi::xml_node element) {
+PathDecoder::Place PathDecoder::decodePlace(XmlElement element) {
     if (isNamed(element, "LOCALNAMESPACEPATH"))
         return Place{String(), decodeNamespace(element)};
     if (!isNamed(element, "NAMESPACEPATH"))
@@ -92,7 +92,7 @@ PathDecoder::Place PathDecoder::decodePlace(pugi::xml_node element) {
     return place;
 }
 
-CIMNamespaceName PathDecoder::decodeNamespace(pugi::xml_node element) {
+CIMNamespaceName PathDecoder::decodeNamespace(XmlElement element) {
     std::string path;
     for (const auto child : ChildElements(element)) {
         if (!isNamed(child, "NAMESPACE"))
@@ -108,7 +108,7 @@ CIMNamespaceName PathDecoder::decodeNamespace(pugi::xml_node element) {
 }
 
 /// Named keys, or one value without a name, or none.
-Array<CIMKeyBinding> PathDecoder::decodeKeys(pugi::xml_node instanceName) {
+Array<CIMKeyBinding> PathDecoder::decodeKeys(XmlElement instanceName) {
     Array<CIMKeyBinding> keys;
     for (const auto child : ChildElements(instanceName)) {
         if (keys.size() != 0 && keys[0].getName().isNull())
@@ -127,7 +127,7 @@ Array<CIMKeyBinding> PathDecoder::decodeKeys(pugi::xml_node instanceName) {
     return keys;
 }
 
-CIMKeyBinding PathDecoder::decodeKey(const CIMName& name, pugi::xml_node value) {
+CIMKeyBinding PathDecoder::decodeKey(const CIMName& name, XmlElement value) {
     if (isNamed(value, "KEYVALUE"))
         return decodeKeyValue(name, value);
     if (!isNamed(value, "VALUE.REFERENCE"))
@@ -139,7 +139,7 @@ CIMKeyBinding PathDecoder::decodeKey(const CIMName& name, pugi::xml_node value) 
     return CIMKeyBinding(name, path, CIMKeyBinding::REFERENCE);
 }
 
-CIMKeyBinding PathDecoder::decodeKeyValue(const CIMName& name, pugi::xml_node element) {
+CIMKeyBinding PathDecoder::decodeKeyValue(const CIMName& name, XmlElement element) {
     std::string buffer;
     const std::string_view text = textOf(element, buffer);
     const CIMKeyBinding::Type type = keyTypeOf(element);

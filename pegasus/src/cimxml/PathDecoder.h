@@ -1,10 +1,9 @@
 #pragma once
 
 #include "cimxml/NameCache.h"
+#include "cimxml/XmlTree.h"
 
 #include <Pegasus/Common/CIMObjectPath.h>
-
-#include <pugixml.hpp>
 
 namespace Pegasus::cimxml {
 
@@ -15,9 +14,9 @@ class PathDecoder {
     explicit PathDecoder(NameCache& names) : names_(names) {}
 
     /// INSTANCENAME, INSTANCEPATH, LOCALINSTANCEPATH, CLASSNAME, CLASSPATH or LOCALCLASSPATH.
-    CIMObjectPath decodePath(pugi::xml_node element);
+    CIMObjectPath decodePath(XmlElement element);
     /// VALUE.REFERENCE, which holds one of these.
-    CIMObjectPath decodeReference(pugi::xml_node element);
+    CIMObjectPath decodeReference(XmlElement element);
 
   private:
     struct Place {
@@ -25,13 +24,13 @@ class PathDecoder {
         CIMNamespaceName nameSpace;
     };
 
-    CIMObjectPath decodeQualified(pugi::xml_node element);
-    CIMObjectPath decodeLocal(pugi::xml_node element, const Place& place);
-    Place decodePlace(pugi::xml_node element);
-    CIMNamespaceName decodeNamespace(pugi::xml_node element);
-    Array<CIMKeyBinding> decodeKeys(pugi::xml_node instanceName);
-    CIMKeyBinding decodeKey(const CIMName& name, pugi::xml_node value);
-    CIMKeyBinding decodeKeyValue(const CIMName& name, pugi::xml_node element);
+    CIMObjectPath decodeQualified(XmlElement element);
+    CIMObjectPath decodeLocal(XmlElement element, const Place& place);
+    Place decodePlace(XmlElement element);
+    CIMNamespaceName decodeNamespace(XmlElement element);
+    Array<CIMKeyBinding> decodeKeys(XmlElement instanceName);
+    CIMKeyBinding decodeKey(const CIMName& name, XmlElement value);
+    CIMKeyBinding decodeKeyValue(const CIMName& name, XmlElement element);
 
     NameCache& names_;
 };

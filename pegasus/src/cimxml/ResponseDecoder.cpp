@@ -30,7 +30,7 @@ namespace {
 }
 
 /// What other operations return. An element that is not even among these is no CIM-XML.
-bool isOtherReturnValue(pugi::xml_node element) {
+bool isOtherReturnValue(XmlElement element) {
     constexpr std::array<std::string_view, 13> kOthers = {"INSTANCENAME",
                                                           "INSTANCEPATH",
                                                           "OBJECTPATH",
@@ -48,7 +48,7 @@ bool isOtherReturnValue(pugi::xml_node element) {
 }
 
 /// The server's error in an ERROR element.
-CIMException decodeError(pugi::xml_node element) {
+CIMException decodeError(XmlElement element) {
     const Attributes attributes(element);
     const auto code = decodeScalar<Uint32>(attributes.get("CODE"));
     if (code == CIM_ERR_SUCCESS)
@@ -99,7 +99,7 @@ class ResponseDecoder::Impl : private ObjectFramer::Handler {
             throwUnexpectedInResponse(element);
     }
 
-    void deliver(pugi::xml_node element) {
+    void deliver(XmlElement element) {
         if (isNamed(element, "VALUE.NAMEDINSTANCE") || isNamed(element, "VALUE.INSTANCEWITHPATH"))
             sink_.onInstance(objects_.decodeInstanceWithPath(element));
         else if (isNamed(element, "INSTANCE"))
@@ -116,7 +116,7 @@ class ResponseDecoder::Impl : private ObjectFramer::Handler {
             throwXmlError({"the element ", element.name(), " does not belong into IRETURNVALUE"});
     }
 
-    [[noreturn]] static void throwUnexpectedInResponse(pugi::xml_node element) {
+    [[noreturn]] static void throwUnexpectedInResponse(XmlElement element) {
         throwXmlError({"the element ", element.name(), " does not belong into IMETHODRESPONSE"});
     }
 

@@ -57,6 +57,27 @@ std::uint32_t takeCharacter(std::string_view& text) noexcept {
     return codePoint;
 }
 
+char* putCharacter(std::uint32_t codePoint, char* out) noexcept {
+    const auto put = [&](std::uint32_t byte) { *out++ = static_cast<char>(byte); };
+    const auto putContinuation = [&](unsigned shift) { put(0x80U | (codePoint >> shift & 0x3FU)); };
+    if (codePoint < 0x80) {
+        put(codePoint);
+    } else if (codePoint < 0x800) {
+        put(0xC0U | codePoint >> 6U);
+        putContinuation(0);
+    } else if (codePoint < 0x10000) {
+        put(0xE0U | codePoint >> 12U);
+        putContinuation(6);
+        putContinuation(0);
+    } else {
+        put(0xF0U | codePoint >> 18U);
+        putContinuation(12);
+        putContinuation(6);
+        putContinuation(0);
+    }
+    return out;
+}
+
 bool isXmlText(std::string_view text) noexcept {
     while (!text.empty()) {
         while (text.size() >= kBlock && isPlainBlock(text.data()))

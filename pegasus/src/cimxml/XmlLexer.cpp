@@ -1,12 +1,11 @@
 #include "cimxml/XmlLexer.h"
 
+#include "cimxml/ByteSet.h"
 #include "cimxml/XmlCharacters.h"
 #include "cimxml/XmlError.h"
+#include "cimxml/XmlText.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
-#include <cstdint>
 #include <utility>
 
 namespace Pegasus::cimxml {
@@ -18,51 +17,11 @@ constexpr std::string_view kCommentOpening = "!--";
 constexpr std::string_view kCDataOpening = "![CDATA[";
 constexpr std::size_t kLongestReference = 8; // "#1114111"
 
-bool startsName(char c) noexcept {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == ':' ||
-           static_cast<unsigned char>(c) >= 0x80;
-}
-
 char take(std::string_view& bytes) noexcept {
     const char c = bytes.front();
     bytes.remove_prefix(1);
     return c;
 }
-
-bool isCharacterReference(std::string_view digits, int base) noexcept {
-    std::uint32_t codePoint = 0;
-    const char* const end = digits.data() + digits.size();
-    const auto [last, error] = std::from_chars(digits.data(), end, codePoint, base);
-    return error == std::errc() && last == end && isXmlCharacter(codePoint);
-}
-
-bool isKnownReference(std::string_view reference) noexcept {
-    if (reference.substr(0, 2) == "#x")
-        return isCharacterReference(reference.substr(2), 16);
-    if (reference.substr(0, 1) == "#")
-        return isCharacterReference(reference.substr(1), 10);
-    return reference == "lt" || reference == "gt" || reference == "amp" || reference == "quot" || reference == "apos";
-}
-
-/// A set of bytes; asking it costs one look-up.
-class ByteSet {
-  public:
-    explicit constexpr ByteSet(std::string_view members) {
-        for (const char c : members)
-            isMember_[static_cast<unsigned char>(c)] = true;
-    }
-
-    /// How many bytes there are before the first member.
-    std::size_t lengthBefore(std::string_view bytes) const noexcept {
-        std::size_t length = 0;
-        while (length != bytes.size() && !isMember_[static_cast<unsigned char>(bytes[length])])
-            ++length;
-        return length;
-    }
-
-  private:
-    std::array<bool, 256> isMember_{};
-};
 
 constexpr ByteSet kEndsTagPart("<>\"'");
 constexpr ByteSet kEndsValuePart("<&\"'");
@@ -96,7 +55,7 @@ inline XmlLexer::Token XmlLexer::takeContent(std::string_view& bytes) {
         take(bytes);
         state_ = State::Opening;
         opening_.clear();
-        if (!bytes.empty() && (startsName(bytes.front()) || bytes.front() == '/'))
+        if (!bytes.empty() && (startsXmlName(bytes.front()) || bytes.front() == '/'))
             beginTag(bytes);
         return Token::Incomplete;
     }
@@ -113,7 +72,7 @@ inline XmlLexer::Token XmlLexer::takeContent(std::string_view& bytes) {
 /// What follows '<' and is not clearly a tag.
 inline void XmlLexer::takeOpening(std::string_view& bytes) {
     const char c = bytes.front();
-    if (opening_.empty() && (startsName(c) || c == '/')) {
+    if (opening_.empty() && (startsXmlName(c) || c == '/')) {
         beginTag(bytes);
         return;
     }
@@ -186,7 +145,7 @@ inline void XmlLexer::beginReference(std::string_view& bytes) {
 inline void XmlLexer::takeReference(std::string_view& bytes) {
     const char c = take(bytes);
     if (c == ';') {
-        if (!isKnownReference(reference_))
+        if (!codePointOf(reference_))
             throwXmlError({"it has the unknown reference &", reference_, ";"});
         state_ = afterReference_;
         return;

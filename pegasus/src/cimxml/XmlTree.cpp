@@ -1,53 +1,160 @@
 #include "cimxml/XmlTree.h"
 
+#include "cimxml/ByteSet.h"
+#include "cimxml/Limits.h"
 #include "cimxml/ScalarDecoder.h"
-#include "cimxml/XmlCharacters.h"
 #include "cimxml/XmlError.h"
+#include "cimxml/XmlText.h"
 
 namespace Pegasus::cimxml {
 
 namespace {
 
-bool isElement(pugi::xml_node node) { return node.type() == pugi::node_element; }
+using Kind = XmlNode::Kind;
+using Token = XmlLexer::Token;
+
+constexpr ByteSet kEndsName([](char c) { return !isInXmlName(c); });
+constexpr ByteSet kEndsSpace([](char c) { return !isXmlSpace(c); });
+
+/// Takes white space off the front of a tag; returns whether there was any.
+bool skipSpace(std::string_view& tag) noexcept {
+    const std::size_t length = kEndsSpace.lengthBefore(tag);
+    tag.remove_prefix(length);
+    return length != 0;
+}
+
+std::string_view takeName(std::string_view& tag) {
+    const std::string_view name = tag.substr(0, kEndsName.lengthBefore(tag));
+    if (name.empty() || !startsXmlName(name.front()))
+        throwXmlError({"a tag is malformed at: ", tag});
+    tag.remove_prefix(name.size());
+    return name;
+}
+
+/// Takes '=' and a value in quotes off the front of a tag; returns what is between the quotes.
+std::string_view takeAttributeValue(std::string_view& tag) {
+    skipSpace(tag);
+    const bool assigned = tag.substr(0, 1) == "=";
+    tag.remove_prefix(assigned ? 1 : 0);
+    skipSpace(tag);
+    const bool quoted = !tag.empty() && (tag.front() == '"' || tag.front() == '\'');
+    const std::size_t end = quoted ? tag.find(tag.front(), 1) : std::string_view::npos;
+    if (!assigned || end == std::string_view::npos)
+        throwXmlError({"an attribute has no value in quotes at: ", tag});
+    const std::string_view value = tag.substr(1, end - 1);
+    tag.remove_prefix(end + 1);
+    return value;
+}
+
+/// What a start tag or the tag of an empty element holds.
+std::string_view contentOf(std::string_view tag) noexcept {
+    tag.remove_suffix(tag[tag.size() - 2] == '/' ? 2 : 1);
+    return tag.substr(1);
+}
+
+/// Whether a text stands beside an element of the same parent.
+bool isBesideElement(const std::vector<ElementText::Part>& parts, std::size_t text) noexcept {
+    const Token before = parts[text - 1].token;
+    const Token after = parts[text + 1].token;
+    return before == Token::EndTag || before == Token::EmptyTag || after == Token::StartTag || after == Token::EmptyTag;
+}
+
+/// Makes the nodes of a tree out of the tokens of an element, one by one.
+class TreeBuilder {
+  public:
+    TreeBuilder(std::string& text, std::vector<XmlNode>& nodes) : text_(text), nodes_(nodes) {}
+
+    void openElement(std::string_view tag) {
+        const std::string_view name = takeName(tag);
+        add(Kind::Element, name, {});
+        open_ = nodes_.size() - 1;
+        while (skipSpace(tag) && !tag.empty())
+            addAttribute(tag);
+        if (!tag.empty())
+            throwXmlError({"the tag of ", name, " is malformed at: ", tag});
+    }
+
+    void closeElement() noexcept {
+        XmlNode& element = nodes_[open_];
+        element.extent = static_cast<std::uint32_t>(nodes_.size() - open_);
+        open_ -= element.parentDistance;
+    }
+
+    void closeElement(std::string_view tag) {
+        const std::string_view name = takeName(tag);
+        skipSpace(tag);
+        if (name != nodes_[open_].name || !tag.empty())
+            throwXmlError({"the element ", nodes_[open_].name, " ends with another tag: ", name, tag});
+        closeElement();
+    }
+
+    void addText(std::string_view raw, TextPlace place) { add(Kind::Text, {}, resolve(raw, place)); }
+
+  private:
+    void addAttribute(std::string_view& tag) {
+        const std::string_view name = takeName(tag);
+        XmlNode& element = nodes_[open_];
+        if (element.attributeCount == kMaxAttributes)
+            throwXmlError({"the element ", element.name, " has too many attributes"});
+        if (Attributes(XmlElement(element)).find(name))
+            throwXmlError({"the element ", element.name, " has the attribute ", name, " twice"});
+        ++element.attributeCount;
+        add(Kind::Attribute, name, resolve(takeAttributeValue(tag), TextPlace::AttributeValue));
+    }
+
+    std::string_view resolve(std::string_view raw, TextPlace place) noexcept {
+        return resolveText(text_.data() + (raw.data() - text_.data()), raw.size(), place);
+    }
+
+    void add(Kind kind, std::string_view name, std::string_view value) {
+        nodes_.push_back({name, value, 0, 1, static_cast<std::uint32_t>(nodes_.size() - open_), kind});
+    }
+
+    std::string& text_;
+    std::vector<XmlNode>& nodes_;
+    std::size_t open_ = 0; // the innermost open element
+};
 
 } // namespace
 
-pugi::xml_node XmlTree::parse(ElementText& element) {
-    // White space is kept where it can be a value: as the only content of an element, and beside CDATA or a comment.
-    const unsigned whiteSpace = element.hasMixedText() ? pugi::parse_ws_pcdata : pugi::parse_ws_pcdata_single;
-    std::string& text = element.text();
-    const auto result =
-        document_.load_buffer_inplace(text.data(), text.size(), pugi::parse_default | whiteSpace, pugi::encoding_utf8);
-    if (!result)
-        throwXmlError({result.description()});
-    return document_.document_element();
-}
-
-pugi::xml_node ChildElements::elementFrom(pugi::xml_node node) {
-    while (node && !isElement(node)) {
-        if (!trimmed(node.value()).empty())
-            throwXmlError({"there is text between the elements of ", node.parent().name()});
-        node = node.next_sibling();
+XmlElement XmlTree::parse(ElementText& element) {
+    nodes_.clear();
+    TreeBuilder builder(element.text(), nodes_);
+    const std::vector<ElementText::Part>& parts = element.parts();
+    std::size_t begin = 0;
+    for (std::size_t i = 0; i != parts.size(); ++i) {
+        const auto [token, end] = parts[i];
+        const std::string_view bytes = std::string_view(element.text()).substr(begin, end - begin);
+        begin = end;
+        switch (token) {
+        case Token::StartTag:
+            builder.openElement(contentOf(bytes));
+            break;
+        case Token::EmptyTag:
+            builder.openElement(contentOf(bytes));
+            builder.closeElement();
+            break;
+        case Token::EndTag:
+            builder.closeElement(bytes.substr(2, bytes.size() - 3));
+            break;
+        case Token::Text:
+            // White space is only a value where it can be all that an element holds.
+            if (!isBesideElement(parts, i) || !trimmed(bytes).empty())
+                builder.addText(bytes, TextPlace::Content);
+            break;
+        case Token::CData:
+            builder.addText(bytes.substr(9, bytes.size() - 12), TextPlace::CData);
+            break;
+        case Token::Other:
+        case Token::Incomplete:
+            break;
+        }
     }
-    return node;
+    return XmlElement(nodes_.front());
 }
 
-Attributes::Attributes(pugi::xml_node element) : element_(element) {
-    for (auto attribute = element.first_attribute(); attribute; attribute = attribute.next_attribute()) {
-        const std::string_view name = attribute.name();
-        if (count_ == attributes_.size())
-            throwXmlError({"the element ", element.name(), " has too many attributes"});
-        if (find(name))
-            throwXmlError({"the element ", element.name(), " has the attribute ", name, " twice"});
-        attributes_[count_++] = {name, attribute.value()};
-    }
-}
-
-std::optional<std::string_view> Attributes::find(std::string_view name) const {
-    for (std::size_t i = 0; i < count_; ++i)
-        if (attributes_[i].name == name)
-            return attributes_[i].value;
-    return std::nullopt;
+void ChildElements::throwText(const XmlNode& text) {
+    throwXmlError({"there is text between the elements of ", (&text - text.parentDistance)->name});
 }
 
 std::string_view Attributes::get(std::string_view name) const {
@@ -62,8 +169,8 @@ bool Attributes::getBoolean(std::string_view name, bool absent) const {
     return value ? decodeScalar<Boolean>(*value) : absent;
 }
 
-pugi::xml_node onlyChild(pugi::xml_node element) {
-    pugi::xml_node only;
+XmlElement onlyChild(XmlElement element) {
+    XmlElement only;
     for (const auto child : ChildElements(element)) {
         if (only)
             throwUnexpected(child);
@@ -72,22 +179,20 @@ pugi::xml_node onlyChild(pugi::xml_node element) {
     return only;
 }
 
-std::string_view textOf(pugi::xml_node element, std::string& buffer) {
-    const auto first = element.first_child();
-    if (!first)
-        return {};
-    if (!first.next_sibling() && !isElement(first))
-        return first.value();
+std::string_view textOf(XmlElement element, std::string& buffer) {
+    const XmlNode* const first = element.content();
+    if (first + 1 == element.end() && first->kind == Kind::Text)
+        return first->value;
     buffer.clear();
-    for (auto part = first; part; part = part.next_sibling()) {
-        if (isElement(part))
-            throwUnexpected(part);
-        buffer += part.value();
+    for (const XmlNode* node = first; node != element.end(); node += node->extent) {
+        if (node->kind == Kind::Element)
+            throwUnexpected(XmlElement(*node));
+        buffer += node->value;
     }
     return buffer;
 }
 
-void throwUnexpected(pugi::xml_node element) {
+void throwUnexpected(XmlElement element) {
     throwXmlError({"the element ", element.name(), " does not belong into ", element.parent().name()});
 }
 
