@@ -158,6 +158,12 @@ TEST(DecodeValueTest, TextKeepsItsWhiteSpaceReferencesAndCData) {
     EXPECT_EQ(decodeValue("string", "one<!-- two -->three<?four?>"), CIMValue(String("onethree")));
 }
 
+TEST(DecodeValueTest, LineEndsAreReadAsOneCharacter) {
+    EXPECT_EQ(decodeValue("string", "a\r\nb\rc\nd"), CIMValue(String("a\nb\nc\nd")));
+    EXPECT_EQ(decodeValue("string", "<![CDATA[a\r\nb]]>"), CIMValue(String("a\nb")));
+    EXPECT_EQ(decodeValue("string", "a&#13;&#10;b"), CIMValue(String("a\r\nb")));
+}
+
 TEST(DecodeValueTest, DateTimesAreChecked) {
     EXPECT_EQ(decodeValue("datetime", "20261121083900.12345*+060"),
               CIMValue(CIMDateTime(String("20261121083900.12345*+060"))));
@@ -502,11 +508,12 @@ TEST(ResponseDecoderTest, ItMakesNoDifferenceWhereTheBodyIsCut) {
     const std::string body =
         "\xEF\xBB\xBF" +
         returning("<!-- <CLASS NAME='X'> -- --><CLASS NAME=\"A\" X='>'><?p <x> ?><QUALIFIER NAME=\"D\" TYPE=\"string\">"
-                  "<VALUE>caf\xC3\xA9 &lt;&#8364;<![CDATA[ </CLASS> ]] ]]></VALUE></QUALIFIER></CLASS>"
+                  "<VALUE>caf\xC3\xA9 &lt;&#8364;\r\n<![CDATA[ </CLASS>\r\n ]] ]]></VALUE></QUALIFIER></CLASS>"
                   "<CLASS NAME=\"B\"/>");
     const auto whole = decode("GetClass", body, body.size());
     ASSERT_THAT(whole.classes, SizeIs(2));
-    EXPECT_EQ(whole.classes[0].getQualifier(0).getValue(), CIMValue(String("caf\xC3\xA9 <\xE2\x82\xAC </CLASS> ]] ")));
+    EXPECT_EQ(whole.classes[0].getQualifier(0).getValue(),
+              CIMValue(String("caf\xC3\xA9 <\xE2\x82\xAC\n </CLASS>\n ]] ")));
     for (std::size_t cut = 0; cut <= body.size(); ++cut) {
         DecodedAnswer answer;
         cimxml::ResponseDecoder decoder("1001", "GetClass", answer);
@@ -564,6 +571,15 @@ TEST(ResponseDecoderTest, AnErrorElementBecomesACIMExceptionAtTheEnd) {
     EXPECT_THAT(xmlErrorOf(response("<ERROR/>")), HasSubstr("ERROR has no attribute CODE"));
 }
 
+TEST(ResponseDecoderTest, WhiteSpaceInAnAttributeIsReadAsBlanks) {
+    try {
+        decode("GetClass", response("<ERROR CODE='6' DESCRIPTION='a\tb\r\nc\nd&#10;e'/>"));
+        FAIL() << "no error";
+    } catch (const CIMException& exception) {
+        EXPECT_EQ(exception.getMessage(), String("CIM_ERR_NOT_FOUND: a b c d\ne"));
+    }
+}
+
 TEST(ResponseDecoderTest, TheAnswerToAnotherRequestIsRefused) {
     DecodedAnswer answer;
     cimxml::ResponseDecoder decoder("1002", "GetClass", answer);
@@ -609,7 +625,8 @@ TEST(ResponseDecoderTest, WhatIsNotCimXmlIsAnError) {
     EXPECT_THAT(xmlErrorOf(response("<IRETURNVALUE/><IRETURNVALUE/>")),
                 HasSubstr("IRETURNVALUE does not belong into IMETHODRESPONSE"));
     EXPECT_THAT(xmlErrorOf(response("") + "<CIM/>"), HasSubstr("CIM stands where nothing more is expected"));
-    EXPECT_THAT(xmlErrorOf(response("") + "&lt;"), HasSubstr("middle of the document"));
+    EXPECT_THAT(xmlErrorOf(response("") + "&lt;"), HasSubstr("text between the elements"));
+    EXPECT_THAT(xmlErrorOf(response("") + "<"), HasSubstr("middle of the document"));
 }
 
 TEST(ResponseDecoderTest, IllFormedXmlIsAnError) {
@@ -620,6 +637,13 @@ TEST(ResponseDecoderTest, IllFormedXmlIsAnError) {
                                 "<CLASS NAME=\"A\" NAME=\"B\"/>",
                                 "<CLASS NAME=A/>",
                                 "<CLASS NAME/>",
+                                "<CLASS NAME==\"A\"/>",
+                                "<CLASS =\"A\"/>",
+                                "<CLASS NAME=\"A\" \"B\"/>",
+                                "<CLASS NAME=\"A/>",
+                                "<CLASS NAME=\"A\"></CLASS X=\"1\">",
+                                "<CLASS NAME=\"A\"></CLASSES>",
+                                "<CLASS NAME=\"A\"></>",
                                 "<CLASS NAME=\"A\"X=\"1\"/>",
                                 "<CLASS NAME=\"A<B\"/>",
                                 "<CLASS NAME=\"A\" < >",

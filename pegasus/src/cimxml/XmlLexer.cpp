@@ -3,7 +3,6 @@
 #include "cimxml/ByteSet.h"
 #include "cimxml/XmlCharacters.h"
 #include "cimxml/XmlError.h"
-#include "cimxml/XmlText.h"
 
 #include <algorithm>
 #include <utility>
@@ -15,7 +14,6 @@ namespace {
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view kCommentOpening = "!--";
 constexpr std::string_view kCDataOpening = "![CDATA[";
-constexpr std::size_t kLongestReference = 8; // "#1114111"
 
 char take(std::string_view& bytes) noexcept {
     const char c = bytes.front();
@@ -24,7 +22,6 @@ char take(std::string_view& bytes) noexcept {
 }
 
 constexpr ByteSet kEndsTagPart("<>\"'");
-constexpr ByteSet kEndsValuePart("<&\"'");
 
 bool isPrefix(std::string_view prefix, std::string_view text) noexcept {
     return text.substr(0, prefix.size()) == prefix;
@@ -49,33 +46,25 @@ inline XmlLexer::Token XmlLexer::takeByteOrderMark(std::string_view& bytes) {
 }
 
 inline XmlLexer::Token XmlLexer::takeContent(std::string_view& bytes) {
-    if (bytes.front() == '<') {
-        if (std::exchange(inText_, false))
-            return Token::Text;
-        take(bytes);
-        state_ = State::Opening;
-        opening_.clear();
-        if (!bytes.empty() && (startsXmlName(bytes.front()) || bytes.front() == '/'))
-            beginTag(bytes);
-        return Token::Incomplete;
-    }
-    const std::string_view text = bytes.substr(0, bytes.find('<'));
-    bytes.remove_prefix(std::min(text.find('&'), text.size()));
-    inText_ = !bytes.empty();
-    if (!inText_)
+    if (bytes.front() != '<') {
+        bytes.remove_prefix(std::min(bytes.find('<'), bytes.size()));
         return Token::Text;
-    if (bytes.front() == '&')
-        beginReference(bytes);
+    }
+    take(bytes);
+    opening_.clear();
+    state_ = State::Opening;
+    return bytes.empty() ? Token::Incomplete : takeOpening(bytes);
+}
+
+inline XmlLexer::Token XmlLexer::takeOpening(std::string_view& bytes) {
+    const char c = bytes.front();
+    if (opening_.empty() && (startsXmlName(c) || c == '/'))
+        return beginTag(bytes);
+    takeDeclarationOpening(bytes);
     return Token::Incomplete;
 }
 
-/// What follows '<' and is not clearly a tag.
-inline void XmlLexer::takeOpening(std::string_view& bytes) {
-    const char c = bytes.front();
-    if (opening_.empty() && (startsXmlName(c) || c == '/')) {
-        beginTag(bytes);
-        return;
-    }
+void XmlLexer::takeDeclarationOpening(std::string_view& bytes) {
     opening_ += take(bytes);
     matched_ = 0;
     if (opening_ == "?")
@@ -90,11 +79,12 @@ inline void XmlLexer::takeOpening(std::string_view& bytes) {
         throwXmlError({"it has a document type or another declaration, which is not accepted"});
 }
 
-inline void XmlLexer::beginTag(std::string_view& bytes) {
+inline XmlLexer::Token XmlLexer::beginTag(std::string_view& bytes) {
     endTag_ = take(bytes) == '/';
     previous_ = 0;
     attributes_ = 0;
     state_ = State::Tag;
+    return takeTag(bytes);
 }
 
 inline XmlLexer::Token XmlLexer::takeTag(std::string_view& bytes) {
@@ -109,6 +99,7 @@ inline XmlLexer::Token XmlLexer::takeTag(std::string_view& bytes) {
         throwXmlError({"a tag holds '<'"});
     if (c != '>') {
         quote_ = c;
+        previous_ = c;
         ++attributes_;
         state_ = State::Quoted;
         return Token::Incomplete;
@@ -120,39 +111,10 @@ inline XmlLexer::Token XmlLexer::takeTag(std::string_view& bytes) {
 }
 
 inline void XmlLexer::takeQuoted(std::string_view& bytes) {
-    bytes.remove_prefix(kEndsValuePart.lengthBefore(bytes));
-    if (bytes.empty())
-        return;
-    const char c = bytes.front();
-    if (c == '<')
-        throwXmlError({"the value of an attribute holds '<'"});
-    if (c == '&') {
-        beginReference(bytes);
-        return;
-    }
-    previous_ = take(bytes);
-    if (c == quote_)
+    const std::size_t end = bytes.find(quote_);
+    if (end != std::string_view::npos)
         state_ = State::Tag;
-}
-
-inline void XmlLexer::beginReference(std::string_view& bytes) {
-    take(bytes);
-    afterReference_ = state_;
-    reference_.clear();
-    state_ = State::Reference;
-}
-
-inline void XmlLexer::takeReference(std::string_view& bytes) {
-    const char c = take(bytes);
-    if (c == ';') {
-        if (!codePointOf(reference_))
-            throwXmlError({"it has the unknown reference &", reference_, ";"});
-        state_ = afterReference_;
-        return;
-    }
-    reference_ += c;
-    if (reference_.size() > kLongestReference)
-        throwXmlError({"'&' begins no reference: &", reference_});
+    bytes.remove_prefix(std::min(end, bytes.size() - 1) + 1);
 }
 
 inline XmlLexer::Token XmlLexer::takeUntil(std::string_view terminator, Token token, std::string_view& bytes) {
@@ -172,38 +134,37 @@ inline XmlLexer::Token XmlLexer::takeUntil(std::string_view terminator, Token to
 }
 
 XmlLexer::Token XmlLexer::next(std::string_view& bytes) {
+    std::string_view rest = bytes; // a copy, which no store can change, stays in registers
     Token token = Token::Incomplete;
-    while (token == Token::Incomplete && !bytes.empty()) {
+    while (token == Token::Incomplete && !rest.empty()) {
         switch (state_) {
         case State::Start:
-            token = takeByteOrderMark(bytes);
+            token = takeByteOrderMark(rest);
             break;
         case State::Content:
-            token = takeContent(bytes);
+            token = takeContent(rest);
             break;
         case State::Opening:
-            takeOpening(bytes);
+            token = takeOpening(rest);
             break;
         case State::Tag:
-            token = takeTag(bytes);
+            token = takeTag(rest);
             break;
         case State::Quoted:
-            takeQuoted(bytes);
-            break;
-        case State::Reference:
-            takeReference(bytes);
+            takeQuoted(rest);
             break;
         case State::Comment:
-            token = takeUntil("-->", Token::Other, bytes);
+            token = takeUntil("-->", Token::Other, rest);
             break;
         case State::CData:
-            token = takeUntil("]]>", Token::CData, bytes);
+            token = takeUntil("]]>", Token::CData, rest);
             break;
         case State::Instruction:
-            token = takeUntil("?>", Token::Other, bytes);
+            token = takeUntil("?>", Token::Other, rest);
             break;
         }
     }
+    bytes = rest;
     return token;
 }
 

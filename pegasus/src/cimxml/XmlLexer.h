@@ -7,9 +7,9 @@
 namespace Pegasus::cimxml {
 
 /// Finds the tokens of an XML document that arrives in pieces: tags, text, CDATA sections, comments and processing
-/// instructions. It knows where they end, not what they mean; names and attributes are left to the parser behind it.
-/// What that parser would let pass is refused here: '<' in an attribute, unknown entities, bad character references, a
-/// document type declaration (and with it every entity declaration). Throws CIMClientXmlException for these.
+/// instructions. It knows where they end, not what they mean; names, attributes and references are left to the parser
+/// behind it. A document type declaration, and with it every entity declaration, is refused with
+/// CIMClientXmlException.
 class XmlLexer {
   public:
     enum class Token {
@@ -28,31 +28,27 @@ class XmlLexer {
     /// The attributes of the last tag.
     std::size_t attributeCount() const noexcept { return attributes_; }
     /// Whether the bytes so far end with a complete token.
-    bool isBetweenTokens() const noexcept { return state_ == State::Content && !inText_; }
+    bool isBetweenTokens() const noexcept { return state_ == State::Content; }
 
   private:
-    enum class State { Start, Content, Opening, Tag, Quoted, Reference, Comment, CData, Instruction };
+    enum class State { Start, Content, Opening, Tag, Quoted, Comment, CData, Instruction };
 
     Token takeByteOrderMark(std::string_view& bytes);
     Token takeContent(std::string_view& bytes);
-    void takeOpening(std::string_view& bytes);
-    void beginTag(std::string_view& bytes);
+    Token takeOpening(std::string_view& bytes);
+    void takeDeclarationOpening(std::string_view& bytes);
+    Token beginTag(std::string_view& bytes);
     Token takeTag(std::string_view& bytes);
     void takeQuoted(std::string_view& bytes);
-    void beginReference(std::string_view& bytes);
-    void takeReference(std::string_view& bytes);
     Token takeUntil(std::string_view terminator, Token token, std::string_view& bytes);
 
     State state_ = State::Start;
-    State afterReference_ = State::Content;
-    std::string opening_;   // what follows '<', where it is not a tag
-    std::string reference_; // what follows '&'
+    std::string opening_; // what follows '<', where it is not a tag
     std::size_t matched_ = 0;
     std::size_t attributes_ = 0;
     char quote_ = 0;
     char previous_ = 0; // the last byte of the tag so far
     bool endTag_ = false;
-    bool inText_ = false;
 };
 
 } // namespace Pegasus::cimxml

@@ -2,16 +2,21 @@
 
 #include "cimxml/ByteSet.h"
 #include "cimxml/XmlCharacters.h"
+#include "cimxml/XmlError.h"
 
 #include <array>
 #include <charconv>
+#include <cstdint>
 #include <cstring>
+#include <optional>
 #include <system_error>
 #include <utility>
 
 namespace Pegasus::cimxml {
 
 namespace {
+
+constexpr std::size_t kLongestReference = 10; // "&#1114111;"
 
 std::optional<std::uint32_t> characterIn(std::string_view digits, int base) noexcept {
     std::uint32_t codePoint = 0;
@@ -24,7 +29,7 @@ std::optional<std::uint32_t> characterIn(std::string_view digits, int base) noex
 const ByteSet& specialBytes(TextPlace place) noexcept {
     static constexpr ByteSet kInContent("&\r");
     static constexpr ByteSet kInCData("\r");
-    static constexpr ByteSet kInAttributeValue("&\r\n\t");
+    static constexpr ByteSet kInAttributeValue("<&\r\n\t");
     switch (place) {
     case TextPlace::CData:
         return kInCData;
@@ -36,23 +41,8 @@ const ByteSet& specialBytes(TextPlace place) noexcept {
     return kInContent;
 }
 
-/// Takes a reference or white space off the front of `rest`; writes what it stands for and returns the end of that.
-char* resolveFirst(std::string_view& rest, char* out, char lineEnd) noexcept {
-    std::size_t taken = 1;
-    if (rest.front() == '&') {
-        taken = rest.find(';') + 1;
-        out = putCharacter(codePointOf(rest.substr(1, taken - 2)).value_or(0), out);
-    } else {
-        if (rest.substr(0, 2) == "\r\n")
-            taken = 2;
-        *out++ = lineEnd;
-    }
-    rest.remove_prefix(taken);
-    return out;
-}
-
-} // namespace
-
+/// The code point that a reference stands for, given without its '&' and ';': one of XML's five entities, or a
+/// character in base 10 or 16. Nothing for every other text, and for characters that XML does not allow.
 std::optional<std::uint32_t> codePointOf(std::string_view reference) noexcept {
     constexpr std::array<std::pair<std::string_view, char>, 5> kEntities = {
         {{"amp", '&'}, {"lt", '<'}, {"gt", '>'}, {"quot", '"'}, {"apos", '\''}}};
@@ -66,7 +56,36 @@ std::optional<std::uint32_t> codePointOf(std::string_view reference) noexcept {
     return std::nullopt;
 }
 
-std::string_view resolveText(char* raw, std::size_t size, TextPlace place) noexcept {
+/// Takes the reference off the front of `rest`; writes what it stands for and returns the end of that.
+char* resolveReference(std::string_view& rest, char* out) {
+    const std::size_t end = rest.substr(0, kLongestReference).find(';');
+    if (end == std::string_view::npos)
+        throwXmlError({"'&' begins no reference: ", rest.substr(0, kLongestReference)});
+    const std::string_view reference = rest.substr(1, end - 1);
+    const auto codePoint = codePointOf(reference);
+    if (!codePoint)
+        throwXmlError({"it has the unknown reference &", reference, ";"});
+    rest.remove_prefix(end + 1);
+    return putCharacter(*codePoint, out);
+}
+
+/// Takes what does not stand for itself off the front of `rest`; writes what it stands for and returns the end of that.
+char* resolveFirst(std::string_view& rest, char* out, char lineEnd) {
+    switch (rest.front()) {
+    case '<':
+        throwXmlError({"the value of an attribute holds '<'"});
+    case '&':
+        return resolveReference(rest, out);
+    default:
+        rest.remove_prefix(rest.substr(0, 2) == "\r\n" ? 2 : 1);
+        *out = lineEnd;
+        return out + 1;
+    }
+}
+
+} // namespace
+
+std::string_view resolveText(char* raw, std::size_t size, TextPlace place) {
     const ByteSet& special = specialBytes(place);
     const char lineEnd = place == TextPlace::AttributeValue ? ' ' : '\n';
     std::string_view rest(raw, size);

@@ -81,10 +81,9 @@ class TreeBuilder {
     }
 
     void closeElement(std::string_view tag) {
-        const std::string_view name = takeName(tag);
-        skipSpace(tag);
-        if (name != nodes_[open_].name || !tag.empty())
-            throwXmlError({"the element ", nodes_[open_].name, " ends with another tag: ", name, tag});
+        const std::string_view name = nodes_[open_].name;
+        if (tag.substr(0, name.size()) != name || !trimmed(tag.substr(name.size())).empty())
+            throwXmlError({"the element ", name, " ends with another tag: ", tag});
         closeElement();
     }
 
@@ -102,7 +101,7 @@ class TreeBuilder {
         add(Kind::Attribute, name, resolve(takeAttributeValue(tag), TextPlace::AttributeValue));
     }
 
-    std::string_view resolve(std::string_view raw, TextPlace place) noexcept {
+    std::string_view resolve(std::string_view raw, TextPlace place) {
         return resolveText(text_.data() + (raw.data() - text_.data()), raw.size(), place);
     }
 
