@@ -20,6 +20,7 @@ void ElementText::throwOverLimit() const {
 void ElementText::clear() {
     text_.clear();
     parts_.clear();
+    end_ = 0;
     depth_ = 0;
     nodes_ = 0;
 }

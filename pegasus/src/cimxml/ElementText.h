@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace Pegasus::cimxml {
@@ -15,10 +16,11 @@ namespace Pegasus::cimxml {
 /// within the limits of one object. Throws CIMClientXmlException.
 class ElementText {
   public:
-    /// A token of the element. It begins where the one before it ends.
+    /// A token of the element. Text is no part; it is what lies between them.
     struct Part {
         XmlLexer::Token token;
-        std::uint32_t end; // in the text
+        std::uint32_t begin; // in the text
+        std::uint32_t end;
     };
 
     /// Adds bytes to the text.
@@ -26,7 +28,10 @@ class ElementText {
     /// Says which token comes next, and where in the text it ends, which may still have to be appended up to there.
     /// Returns whether the element is complete with it.
     bool endToken(XmlLexer::Token token, std::size_t end, std::size_t attributeCount) {
-        addPart(token, static_cast<std::uint32_t>(end));
+        const std::size_t begin = std::exchange(end_, end);
+        if (token == XmlLexer::Token::Text)
+            return false;
+        parts_.push_back({token, static_cast<std::uint32_t>(begin), static_cast<std::uint32_t>(end)});
         count(token, attributeCount);
         if (depth_ > kMaxNesting || nodes_ > kMaxNodes)
             throwOverLimit();
@@ -40,13 +45,6 @@ class ElementText {
     bool isEmpty() const noexcept { return parts_.empty(); }
 
   private:
-    /// Tokens that continue a text join it.
-    void addPart(XmlLexer::Token token, std::uint32_t end) {
-        if (token == XmlLexer::Token::Text && !parts_.empty() && parts_.back().token == token)
-            parts_.back().end = end;
-        else
-            parts_.push_back({token, end});
-    }
     void count(XmlLexer::Token token, std::size_t attributeCount) noexcept {
         switch (token) {
         case XmlLexer::Token::StartTag:
@@ -62,8 +60,7 @@ class ElementText {
         case XmlLexer::Token::Other:
             ++nodes_;
             break;
-        case XmlLexer::Token::Text: // there are no more of them than of all others
-
+        case XmlLexer::Token::Text:
         case XmlLexer::Token::Incomplete:
             break;
         }
@@ -72,6 +69,7 @@ class ElementText {
 
     std::string text_;
     std::vector<Part> parts_;
+    std::size_t end_ = 0; // of the last token
     std::size_t depth_ = 0;
     std::size_t nodes_ = 0;
 };

@@ -15,12 +15,11 @@ constexpr std::size_t kBlock = 64;
 /// Whether a whole block is ASCII and needs no closer look. Written without branches, so that compilers make vector
 /// code of it.
 bool isPlainBlock(const char* block) noexcept {
-    unsigned other = 0;
+    std::uint8_t other = 0;
     for (std::size_t i = 0; i < kBlock; ++i) {
         const auto byte = static_cast<std::uint8_t>(block[i]);
-        other |= static_cast<unsigned>(byte >= 0x80) |
-                 (static_cast<unsigned>(byte < 0x20) & static_cast<unsigned>(byte != '\n') &
-                  static_cast<unsigned>(byte != '\r') & static_cast<unsigned>(byte != '\t'));
+        const bool isControl = (byte < 0x20) & (byte != '\n') & (byte != '\r') & (byte != '\t');
+        other = static_cast<std::uint8_t>(other | (byte & 0x80U) | isControl);
     }
     return other == 0;
 }

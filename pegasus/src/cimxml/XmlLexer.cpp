@@ -23,15 +23,16 @@ char take(std::string_view& bytes) noexcept {
 
 constexpr ByteSet kEndsTagPart("<>\"'");
 
+/// Whether what stands behind '<' is a tag.
+bool beginsTag(char first) noexcept { return startsXmlName(first) || first == '/'; }
+
 bool isPrefix(std::string_view prefix, std::string_view text) noexcept {
     return text.substr(0, prefix.size()) == prefix;
 }
 
 } // namespace
 
-// The functions of the single states are inline: every byte of an answer goes through them.
-
-inline XmlLexer::Token XmlLexer::takeByteOrderMark(std::string_view& bytes) {
+XmlLexer::Token XmlLexer::takeByteOrderMark(std::string_view& bytes) {
     if (bytes.front() != kByteOrderMark[matched_]) {
         if (matched_ != 0)
             throwXmlError({"it is not UTF-8"});
@@ -51,20 +52,16 @@ inline XmlLexer::Token XmlLexer::takeContent(std::string_view& bytes) {
         return Token::Text;
     }
     take(bytes);
+    if (!bytes.empty() && beginsTag(bytes.front()))
+        return beginTag(bytes);
     opening_.clear();
     state_ = State::Opening;
-    return bytes.empty() ? Token::Incomplete : takeOpening(bytes);
-}
-
-inline XmlLexer::Token XmlLexer::takeOpening(std::string_view& bytes) {
-    const char c = bytes.front();
-    if (opening_.empty() && (startsXmlName(c) || c == '/'))
-        return beginTag(bytes);
-    takeDeclarationOpening(bytes);
     return Token::Incomplete;
 }
 
-void XmlLexer::takeDeclarationOpening(std::string_view& bytes) {
+XmlLexer::Token XmlLexer::takeOpening(std::string_view& bytes) {
+    if (opening_.empty() && beginsTag(bytes.front()))
+        return beginTag(bytes);
     opening_ += take(bytes);
     matched_ = 0;
     if (opening_ == "?")
@@ -77,6 +74,7 @@ void XmlLexer::takeDeclarationOpening(std::string_view& bytes) {
         throwXmlError({"'<' is followed by what begins no tag"});
     else if (!isPrefix(opening_, kCommentOpening) && !isPrefix(opening_, kCDataOpening))
         throwXmlError({"it has a document type or another declaration, which is not accepted"});
+    return Token::Incomplete;
 }
 
 inline XmlLexer::Token XmlLexer::beginTag(std::string_view& bytes) {
@@ -88,36 +86,42 @@ inline XmlLexer::Token XmlLexer::beginTag(std::string_view& bytes) {
 }
 
 inline XmlLexer::Token XmlLexer::takeTag(std::string_view& bytes) {
-    const std::size_t length = kEndsTagPart.lengthBefore(bytes);
-    if (length != 0)
-        previous_ = bytes[length - 1];
-    bytes.remove_prefix(length);
-    if (bytes.empty())
-        return Token::Incomplete;
-    const char c = take(bytes);
-    if (c == '<')
-        throwXmlError({"a tag holds '<'"});
-    if (c != '>') {
+    while (skipToTagEnd(bytes)) {
+        const char c = take(bytes);
+        if (c == '>') {
+            state_ = State::Content;
+            if (endTag_)
+                return Token::EndTag;
+            return previous_ == '/' ? Token::EmptyTag : Token::StartTag;
+        }
+        if (c == '<')
+            throwXmlError({"a tag holds '<'"});
         quote_ = c;
         previous_ = c;
         ++attributes_;
         state_ = State::Quoted;
-        return Token::Incomplete;
+        takeQuoted(bytes);
     }
-    state_ = State::Content;
-    if (endTag_)
-        return Token::EndTag;
-    return previous_ == '/' ? Token::EmptyTag : Token::StartTag;
+    return Token::Incomplete;
 }
 
-inline void XmlLexer::takeQuoted(std::string_view& bytes) {
+/// Takes a tag up to a byte that may end it, or all there is; returns whether there is such a byte.
+inline bool XmlLexer::skipToTagEnd(std::string_view& bytes) noexcept {
+    const std::size_t length = kEndsTagPart.lengthBefore(bytes);
+    if (length != 0)
+        previous_ = bytes[length - 1];
+    bytes.remove_prefix(length);
+    return !bytes.empty();
+}
+
+inline void XmlLexer::takeQuoted(std::string_view& bytes) noexcept {
     const std::size_t end = bytes.find(quote_);
     if (end != std::string_view::npos)
         state_ = State::Tag;
     bytes.remove_prefix(std::min(end, bytes.size() - 1) + 1);
 }
 
-inline XmlLexer::Token XmlLexer::takeUntil(std::string_view terminator, Token token, std::string_view& bytes) {
+XmlLexer::Token XmlLexer::takeUntil(std::string_view terminator, Token token, std::string_view& bytes) {
     while (!bytes.empty()) {
         const char c = take(bytes);
         // All but the last byte of each terminator are the same, so a surplus one leaves the match as it is.
@@ -133,39 +137,36 @@ inline XmlLexer::Token XmlLexer::takeUntil(std::string_view terminator, Token to
     return Token::Incomplete;
 }
 
+// Tags and texts, of which answers consist, are mostly there as a whole and need no state to go on from.
 XmlLexer::Token XmlLexer::next(std::string_view& bytes) {
-    std::string_view rest = bytes; // a copy, which no store can change, stays in registers
     Token token = Token::Incomplete;
-    while (token == Token::Incomplete && !rest.empty()) {
-        switch (state_) {
-        case State::Start:
-            token = takeByteOrderMark(rest);
-            break;
-        case State::Content:
-            token = takeContent(rest);
-            break;
-        case State::Opening:
-            token = takeOpening(rest);
-            break;
-        case State::Tag:
-            token = takeTag(rest);
-            break;
-        case State::Quoted:
-            takeQuoted(rest);
-            break;
-        case State::Comment:
-            token = takeUntil("-->", Token::Other, rest);
-            break;
-        case State::CData:
-            token = takeUntil("]]>", Token::CData, rest);
-            break;
-        case State::Instruction:
-            token = takeUntil("?>", Token::Other, rest);
-            break;
-        }
-    }
-    bytes = rest;
+    while (token == Token::Incomplete && !bytes.empty())
+        token = state_ == State::Content ? takeContent(bytes) : resume(bytes);
     return token;
+}
+
+/// Goes on in the middle of a token.
+XmlLexer::Token XmlLexer::resume(std::string_view& bytes) {
+    switch (state_) {
+    case State::Start:
+        return takeByteOrderMark(bytes);
+    case State::Content:
+        return takeContent(bytes);
+    case State::Opening:
+        return takeOpening(bytes);
+    case State::Tag:
+        return takeTag(bytes);
+    case State::Quoted:
+        takeQuoted(bytes);
+        return Token::Incomplete;
+    case State::Comment:
+        return takeUntil("-->", Token::Other, bytes);
+    case State::CData:
+        return takeUntil("]]>", Token::CData, bytes);
+    case State::Instruction:
+        return takeUntil("?>", Token::Other, bytes);
+    }
+    return Token::Incomplete;
 }
 
 } // namespace Pegasus::cimxml

@@ -33,13 +33,14 @@ class XmlLexer {
   private:
     enum class State { Start, Content, Opening, Tag, Quoted, Comment, CData, Instruction };
 
+    Token resume(std::string_view& bytes);
     Token takeByteOrderMark(std::string_view& bytes);
     Token takeContent(std::string_view& bytes);
     Token takeOpening(std::string_view& bytes);
-    void takeDeclarationOpening(std::string_view& bytes);
     Token beginTag(std::string_view& bytes);
     Token takeTag(std::string_view& bytes);
-    void takeQuoted(std::string_view& bytes);
+    bool skipToTagEnd(std::string_view& bytes) noexcept;
+    void takeQuoted(std::string_view& bytes) noexcept;
     Token takeUntil(std::string_view terminator, Token token, std::string_view& bytes);
 
     State state_ = State::Start;

@@ -52,10 +52,8 @@ std::string_view contentOf(std::string_view tag) noexcept {
     return tag.substr(1);
 }
 
-/// Whether a text stands beside an element of the same parent.
-bool isBesideElement(const std::vector<ElementText::Part>& parts, std::size_t text) noexcept {
-    const Token before = parts[text - 1].token;
-    const Token after = parts[text + 1].token;
+/// Whether what stands between two tokens stands beside an element.
+bool isBesideElement(Token before, Token after) noexcept {
     return before == Token::EndTag || before == Token::EmptyTag || after == Token::StartTag || after == Token::EmptyTag;
 }
 
@@ -63,6 +61,41 @@ bool isBesideElement(const std::vector<ElementText::Part>& parts, std::size_t te
 class TreeBuilder {
   public:
     TreeBuilder(std::string& text, std::vector<XmlNode>& nodes) : text_(text), nodes_(nodes) {}
+
+    void addTextBetween(const ElementText::Part& before, const ElementText::Part& after) {
+        const std::string_view text = bytesFrom(before.end, after.begin);
+        // White space is a value only where it can be all that an element holds.
+        if (!text.empty() && (!isBesideElement(before.token, after.token) || !trimmed(text).empty()))
+            addText(text, TextPlace::Content);
+    }
+
+    void addPart(const ElementText::Part& part) {
+        const std::string_view bytes = bytesFrom(part.begin, part.end);
+        switch (part.token) {
+        case Token::StartTag:
+            openElement(contentOf(bytes));
+            break;
+        case Token::EmptyTag:
+            openElement(contentOf(bytes));
+            closeElement();
+            break;
+        case Token::EndTag:
+            closeElement(bytes.substr(2, bytes.size() - 3));
+            break;
+        case Token::CData:
+            addText(bytes.substr(9, bytes.size() - 12), TextPlace::CData);
+            break;
+        case Token::Text:
+        case Token::Other:
+        case Token::Incomplete:
+            break;
+        }
+    }
+
+  private:
+    std::string_view bytesFrom(std::size_t begin, std::size_t end) const noexcept {
+        return {text_.data() + begin, end - begin};
+    }
 
     void openElement(std::string_view tag) {
         const std::string_view name = takeName(tag);
@@ -89,7 +122,6 @@ class TreeBuilder {
 
     void addText(std::string_view raw, TextPlace place) { add(Kind::Text, {}, resolve(raw, place)); }
 
-  private:
     void addAttribute(std::string_view& tag) {
         const std::string_view name = takeName(tag);
         XmlNode& element = nodes_[open_];
@@ -118,36 +150,13 @@ class TreeBuilder {
 
 XmlElement XmlTree::parse(ElementText& element) {
     nodes_.clear();
+    nodes_.reserve(element.parts().size());
     TreeBuilder builder(element.text(), nodes_);
-    const std::vector<ElementText::Part>& parts = element.parts();
-    std::size_t begin = 0;
-    for (std::size_t i = 0; i != parts.size(); ++i) {
-        const auto [token, end] = parts[i];
-        const std::string_view bytes = std::string_view(element.text()).substr(begin, end - begin);
-        begin = end;
-        switch (token) {
-        case Token::StartTag:
-            builder.openElement(contentOf(bytes));
-            break;
-        case Token::EmptyTag:
-            builder.openElement(contentOf(bytes));
-            builder.closeElement();
-            break;
-        case Token::EndTag:
-            builder.closeElement(bytes.substr(2, bytes.size() - 3));
-            break;
-        case Token::Text:
-            // White space is only a value where it can be all that an element holds.
-            if (!isBesideElement(parts, i) || !trimmed(bytes).empty())
-                builder.addText(bytes, TextPlace::Content);
-            break;
-        case Token::CData:
-            builder.addText(bytes.substr(9, bytes.size() - 12), TextPlace::CData);
-            break;
-        case Token::Other:
-        case Token::Incomplete:
-            break;
-        }
+    ElementText::Part previous = {Token::Other, 0, 0};
+    for (const ElementText::Part& part : element.parts()) {
+        builder.addTextBetween(previous, part);
+        builder.addPart(part);
+        previous = part;
     }
     return XmlElement(nodes_.front());
 }
