@@ -13,6 +13,8 @@ namespace {
 using Kind = XmlNode::Kind;
 using Token = XmlLexer::Token;
 
+constexpr std::string_view kCDataStart = "<![CDATA[";
+constexpr std::string_view kCDataEnd = "]]>";
 constexpr ByteSet kEndsName([](char c) { return !isInXmlName(c); });
 constexpr ByteSet kEndsSpace([](char c) { return !isXmlSpace(c); });
 
@@ -83,7 +85,8 @@ class TreeBuilder {
             closeElement(bytes.substr(2, bytes.size() - 3));
             break;
         case Token::CData:
-            addText(bytes.substr(9, bytes.size() - 12), TextPlace::CData);
+            addText(bytes.substr(kCDataStart.size(), bytes.size() - kCDataStart.size() - kCDataEnd.size()),
+                    TextPlace::CData);
             break;
         case Token::Text:
         case Token::Other:
