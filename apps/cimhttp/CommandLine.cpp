@@ -4,6 +4,7 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <cstdint>
 #include <cstdlib>
 #include <fstream>
 #include <map>
@@ -19,6 +20,26 @@ using NQORVYX20::ILogger;
 
 constexpr std::size_t kWidthWithoutTerminal = 120;
 constexpr const char* kPluginFile = "libcimhttp.nsp.so";
+
+constexpr const char* kCollectHelp =
+    R"(The document names the server and the classes:
+
+    <vyx version="1">
+        <network address="server.example"/>
+        <network user="operator"/>
+        <network pass="secret"/>
+        <network ssl="true"/>
+        <class name="CIM_ComputerSystem"/>
+    </vyx>
+
+ssl is true, 1, yes or on for HTTPS. What --host, --tls, --user and
+--password-file say counts more than the document, and a --user takes no
+password from it. The password stands there in plain text: let only its owner
+read the file (chmod 600), or leave it out and use --password-file or the
+variable CIMHTTP_PASSWORD.
+
+The exit status is 7 when a class could not be read: the error stream names it,
+the others are written, and "complete" is false.)";
 
 std::size_t OutputWidth() {
     winsize size{};
@@ -42,26 +63,6 @@ std::string ReadPasswordFile(const std::string& path) {
     return password;
 }
 
-std::string FindPassword(const std::string& password_file) {
-    if (!password_file.empty()) {
-        return ReadPasswordFile(password_file);
-    }
-    const char* const variable = std::getenv("CIMHTTP_PASSWORD");
-    if (variable == nullptr) {
-        throw Failure(Failure::kUsage,
-                      "--user needs a password: give --password-file FILE or set the variable CIMHTTP_PASSWORD");
-    }
-    return variable;
-}
-
-void CheckHost(const std::string& host) {
-    const auto colon = host.find(':');
-    if (colon != std::string::npos && host.find(':', colon + 1) == std::string::npos) {
-        throw Failure(Failure::kUsage,
-                      "--host takes no port ('" + host + "'): CIM servers listen on 5988, and with --tls on 5989");
-    }
-}
-
 /// CLI11's texts can have several lines; a failure has one.
 std::string FirstLine(const std::string& text) { return text.substr(0, text.find('\n')); }
 
@@ -73,6 +74,7 @@ struct Parser {
     Parser() {
         options.plugin = LibraryBesideProgram(kPluginFile);
         options.width = OutputWidth();
+        options.is_error_stream_terminal = ::isatty(STDERR_FILENO) == 1;
         app.require_subcommand(1);
         app.fallthrough();
         AddConnectionOptions();
@@ -84,9 +86,11 @@ struct Parser {
                                                                              {"warning", ILogger::eLogWarning},
                                                                              {"info", ILogger::eLogInfo},
                                                                              {"debug", ILogger::eLogDebug}};
-        app.add_option("--host", options.host, "The server's name or address")->capture_default_str();
-        app.add_flag("--tls", options.tls,
-                     "Use HTTPS on port 5989 instead of HTTP on 5988; the server is not verified");
+        app.add_option("--host", options.host, "The server's name or address; localhost unless given");
+        app.add_flag_function(
+            "--tls", [this](std::int64_t count) { options.tls = count > 0; },
+            "Use HTTPS on port 5989 instead of HTTP on 5988 (--tls=false the other way round); the server is not "
+            "verified");
         app.add_option("--user", options.user, "The user to log in as");
         app.add_option("--password-file", password_file,
                        "A file whose first line is the password; without it the variable CIMHTTP_PASSWORD counts");
@@ -98,8 +102,27 @@ struct Parser {
             ->type_name("LEVEL");
     }
 
+    void ReadPasswords() {
+        if (!password_file.empty()) {
+            options.password = ReadPasswordFile(password_file);
+        }
+        if (const char* const variable = std::getenv("CIMHTTP_PASSWORD")) {
+            options.password_variable = variable;
+        }
+    }
+
     CLI::App* AddCommand(const char* name, const char* description, Options::Command command) {
         return app.add_subcommand(name, description)->callback([this, command] { options.command = command; });
+    }
+
+    void AddCollectCommand() {
+        auto* const collect =
+            AddCommand("collect", "Write the classes that a document names, with all instances, as JSON",
+                       Options::Command::kCollect);
+        collect->add_option("FILE", options.name, "The requested-class document")->required();
+        collect->add_option("--out", options.out_file, "The file to write or replace; the standard output without it")
+            ->type_name("FILE");
+        collect->footer(kCollectHelp);
     }
 
     void AddCommands() {
@@ -116,6 +139,7 @@ struct Parser {
             ->allow_extra_args(false);
         instances->add_flag("--deep", options.deep, "Include the instances of subclasses");
         instances->add_flag("--raw", options.raw, "Show values as they are, not by their value maps and units");
+        AddCollectCommand();
     }
 };
 
@@ -130,10 +154,7 @@ ParsedCommandLine ParseCommandLine(int argc, const char* const* argv) {
     } catch (const CLI::ParseError& error) {
         throw Failure(Failure::kUsage, FirstLine(error.what()) + " (see cimhttp --help)");
     }
-    CheckHost(parser.options.host);
-    if (!parser.options.user.empty()) {
-        parser.options.password = FindPassword(parser.password_file);
-    }
+    parser.ReadPasswords();
     return {parser.options, std::string()};
 }
 

@@ -8,7 +8,7 @@ namespace cimhttp {
 /// What ends the program: one line for the user and an exit status.
 class Failure : public std::runtime_error {
   public:
-    enum ExitStatus { kOther = 1, kUsage = 2, kConnection = 3 };
+    enum ExitStatus { kOther = 1, kUsage = 2, kConnection = 3, kIncomplete = 7 };
 
     Failure(ExitStatus status, const std::string& text) : std::runtime_error(text), status_(status) {}
 

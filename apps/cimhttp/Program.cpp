@@ -7,7 +7,9 @@
 
 #include "ClassCommand.h"
 #include "ClassesCommand.h"
+#include "CollectCommand.h"
 #include "CommandLine.h"
+#include "Connection.h"
 #include "Failure.h"
 #include "FailureLog.h"
 #include "InfoCommand.h"
@@ -44,23 +46,35 @@ void RunCommand(const Options& options, Session& session, std::ostream& output) 
     case Options::Command::kInstances:
         RunInstancesCommand(session, options, output);
         break;
+    case Options::Command::kCollect: // connects by its document
     case Options::Command::kNone:
         break;
     }
 }
 
-void RunOptions(const Options& options, std::ostream& output, std::ostream& errors) {
+/// Returns the exit status.
+int RunConnected(const Options& options, FailureLog& log, std::ostream& output, std::ostream& errors) {
+    if (options.command == Options::Command::kCollect) {
+        return RunCollectCommand(Plugin(options.plugin), options, log, output, errors) ? 0 : Failure::kIncomplete;
+    }
+    const Connection connection = ConnectionOf(options);
+    Session session(Plugin(options.plugin), connection, log);
+    RunCommand(options, session, output);
+    return 0;
+}
+
+int RunOptions(const Options& options, std::ostream& output, std::ostream& errors) {
     const auto log = boost::make_shared<FailureLog>(errors, options.log_level);
     const LoggerScope scope(log);
-    Session session(options, *log);
-    RunCommand(options, session, output);
+    const int status = RunConnected(options, *log, output, errors);
     output.flush();
     if (!output) {
         throw Failure(Failure::kOther, "the output could not be written");
     }
-    if (log->ErrorCount() > 0 && !options.log_level) {
+    if (status == 0 && log->ErrorCount() > 0 && !options.log_level) {
         errors << "cimhttp: not everything could be read; --log error shows what was left out\n";
     }
+    return status;
 }
 
 } // namespace
@@ -72,8 +86,7 @@ int RunProgram(int argc, const char* const* argv, std::ostream& output, std::ost
             output << parsed.help;
             return 0;
         }
-        RunOptions(parsed.options, output, errors);
-        return 0;
+        return RunOptions(parsed.options, output, errors);
     } catch (const Failure& failure) {
         errors << "cimhttp: " << failure.what() << '\n';
         return failure.Status();

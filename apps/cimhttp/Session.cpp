@@ -20,14 +20,14 @@ constexpr int kHttpsPort = 5989;
 
 } // namespace
 
-Session::Session(const Options& options, FailureLog& log)
+Session::Session(const Plugin& plugin, const Connection& connection, FailureLog& log)
     : log_(log),
-      plugin_(options.plugin),
-      server_((options.tls ? "https://" : "http://") + options.host),
+      plugin_(plugin),
+      server_((connection.tls ? "https://" : "http://") + connection.host),
       namespace_(plugin_.AllocateNamespace()) {
     try {
-        plugin_.Access().Connect(*namespace_, options.host, options.user, options.password,
-                                 options.tls ? kHttpsPort : kHttpPort);
+        plugin_.Access().Connect(*namespace_, connection.host, connection.user, connection.password,
+                                 connection.tls ? kHttpsPort : kHttpPort);
     } catch (const TVYXException& exception) {
         const std::string reason = log_.TakeReason();
         throw Failure(Failure::kConnection,
@@ -45,14 +45,20 @@ std::vector<std::string> Session::ClassNames() {
     return names;
 }
 
+boost::shared_ptr<ICIMClass> Session::FindClass(const std::string& name) {
+    try {
+        if (!name.empty()) { // which would be the root of all classes
+            return namespace_->GetClass(name, TCIMContext());
+        }
+    } catch (const TVYXException&) {
+        // not the form of a name
+    }
+    throw Failure(Failure::kUsage, "'" + name + "' is not a class name");
+}
+
 boost::shared_ptr<ICIMClass> Session::Class(const std::string& name) {
     log_.TakeReason();
-    boost::shared_ptr<ICIMClass> cls;
-    try {
-        cls = namespace_->GetClass(name, TCIMContext());
-    } catch (const TVYXException&) {
-        throw Failure(Failure::kUsage, "'" + name + "' is not a class name");
-    }
+    const auto cls = FindClass(name);
     if (!cls) {
         const std::string reason = log_.TakeReason();
         throw Failure(Failure::kOther, "the class " + name + " cannot be read from " + server_ + ": " +

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "Connection.h"
 #include "FailureLog.h"
-#include "Options.h"
 #include "Plugin.h"
 
 namespace NQORVYX20 {
@@ -20,9 +20,9 @@ namespace cimhttp {
 /// names the server, the thing asked for and the reason.
 class Session {
   public:
-    /// Loads the plug-in and connects. Throws Failure(kConnection) when that fails. `log` is the logger in force and
-    /// must live longer than the session.
-    Session(const Options& options, FailureLog& log);
+    /// Connects. Throws Failure(kConnection) when that fails. `log` is the logger in force and must live longer than
+    /// the session.
+    Session(const Plugin& plugin, const Connection& connection, FailureLog& log);
 
     const Plugin& LoadedPlugin() const { return plugin_; }
 
@@ -39,6 +39,8 @@ class Session {
     std::vector<boost::shared_ptr<NQORVYX20::ICIMInstance>> Instances(NQORVYX20::ICIMClass& cls, bool deep);
 
   private:
+    boost::shared_ptr<NQORVYX20::ICIMClass> FindClass(const std::string& name);
+
     FailureLog& log_;
     Plugin plugin_;
     std::string server_;

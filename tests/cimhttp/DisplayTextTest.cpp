@@ -24,6 +24,7 @@ class TextlessAccess : public cimhttp::PluginAccess {
                                                  const TCIMValue&) const override {
         throw TVYXException(1);
     }
+    cimhttp::RequestedClasses ReadRequestedClasses(const std::string&) const override { return {}; }
 };
 
 } // namespace

@@ -1,12 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <cstdlib>
 #include <fstream>
-#include <sstream>
 
 #include "ProgramRun.h"
 #include "support/CimServer.h"
@@ -19,50 +15,6 @@ namespace {
 
 constexpr std::uint16_t kHttpPort = 5988;
 constexpr std::uint16_t kHttpsPort = 5989;
-
-std::string ReadFile(const std::string& path) {
-    std::ifstream file(path);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
-}
-
-std::vector<char*> Pointers(std::vector<std::string>& texts) {
-    std::vector<char*> pointers;
-    for (std::string& text : texts) {
-        pointers.push_back(text.data());
-    }
-    pointers.push_back(nullptr);
-    return pointers;
-}
-
-} // namespace
-
-ProgramRun RunCimhttp(const std::vector<std::string>& arguments, const std::vector<std::string>& environment) {
-    const support::TemporaryDirectory directory;
-    const std::string output = (directory.Path() / "output").string();
-    const std::string errors = (directory.Path() / "errors").string();
-    std::vector<std::string> words{CIMHTTP_PROGRAM};
-    words.insert(words.end(), arguments.begin(), arguments.end());
-    std::vector<std::string> variables = environment;
-    variables.push_back(std::string("PATH=") + std::getenv("PATH"));
-    const auto argv = Pointers(words);
-    const auto envp = Pointers(variables);
-
-    const pid_t child = ::fork();
-    if (child == 0) {
-        if (std::freopen(output.c_str(), "w", stdout) != nullptr &&
-            std::freopen(errors.c_str(), "w", stderr) != nullptr) {
-            ::execve(CIMHTTP_PROGRAM, argv.data(), envp.data());
-        }
-        ::_exit(127);
-    }
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadFile(output), ReadFile(errors)};
-}
-
-namespace {
 
 class ProgramTest : public testing::Test {
   protected:

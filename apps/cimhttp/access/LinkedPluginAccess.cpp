@@ -6,6 +6,7 @@
 #include "host/ICIMPropertyDecl.h"
 #include "model/TCimHTTPProperty.h"
 #include "provider/TCimHTTPNamespace.h"
+#include "provider/TCimHTTPRequestedClassParser.h"
 
 namespace cimhttp {
 
@@ -19,6 +20,22 @@ using NQORVYX20::TCimHTTPProperty;
 using NQORVYX20::TCIMValue;
 
 constexpr const char* kRemoteNamespace = "root/cimv2";
+
+/// Remembers the first error, behind which the others are often only its consequences.
+class DocumentReader : public TCimHTTPRequestedClassParser {
+  public:
+    void FatalError(const char* message) override {
+        if (error_.empty()) {
+            error_ = "line " + std::to_string(GetCurLine()) + ": " + message;
+        }
+        TCimHTTPRequestedClassParser::FatalError(message);
+    }
+
+    const std::string& Error() const { return error_; }
+
+  private:
+    std::string error_;
+};
 
 class LinkedPluginAccess : public PluginAccess {
   public:
@@ -41,6 +58,13 @@ class LinkedPluginAccess : public PluginAccess {
     boost::shared_ptr<ICIMProperty> MakeProperty(const boost::shared_ptr<ICIMPropertyDecl const>& declaration,
                                                  const TCIMValue& value) const override {
         return boost::make_shared<TCimHTTPProperty>(declaration, value);
+    }
+
+    RequestedClasses ReadRequestedClasses(const std::string& path) const override {
+        DocumentReader reader;
+        reader.SetFileName(path);
+        reader.ParseJSSP(); // what it returns is said by the error too
+        return {reader.GetRequestedNetworkData(), reader.GetRequestedClassData(), reader.Error()};
     }
 };
 

@@ -2,6 +2,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,13 @@ class TCIMValue;
 } // namespace NQORVYX20
 
 namespace cimhttp {
+
+/// What a requested-class document asks for.
+struct RequestedClasses {
+    std::map<std::string, std::string> settings; ///< see TCimHTTPRequestedClassParser
+    std::vector<std::string> names;              ///< of the classes, repeated where the document repeats them
+    std::string error; ///< the first thing that is wrong with the document, with its line; empty when nothing is
+};
 
 /// What the program needs of the plug-in beyond the object model's interfaces: the plug-in's classes have operations
 /// that are not virtual, so that code which calls them must be linked to the plug-in. That code is a library of its
@@ -33,6 +41,9 @@ class PluginAccess {
     virtual boost::shared_ptr<NQORVYX20::ICIMProperty>
     MakeProperty(const boost::shared_ptr<NQORVYX20::ICIMPropertyDecl const>& declaration,
                  const NQORVYX20::TCIMValue& value) const = 0;
+
+    /// Reads a requested-class document. All that is wrong with it is in the log.
+    virtual RequestedClasses ReadRequestedClasses(const std::string& path) const = 0;
 };
 
 /// The one function that the library exports. The object lives as long as the process.

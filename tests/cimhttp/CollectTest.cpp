@@ -1,0 +1,445 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+
+#include "ProgramRun.h"
+#include "support/CimServer.h"
+#include "support/TemporaryDirectory.h"
+
+using nlohmann::json;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+namespace {
+
+constexpr std::uint16_t kHttpPort = 5988;
+constexpr std::uint16_t kHttpsPort = 5989;
+
+std::string ScalarXml(const std::string& name, const std::string& type, const std::string& value) {
+    return "<PROPERTY NAME=\"" + name + "\" TYPE=\"" + type + "\"><VALUE>" + value + "</VALUE></PROPERTY>";
+}
+
+std::string InstanceXml(const std::string& cls, const std::string& properties) {
+    return "<VALUE.NAMEDINSTANCE><INSTANCENAME CLASSNAME=\"" + cls + "\"/><INSTANCE CLASSNAME=\"" + cls + "\">" +
+           properties + "</INSTANCE></VALUE.NAMEDINSTANCE>";
+}
+
+std::string TextsXml(const std::string& qualifier, const std::string& first, const std::string& second) {
+    return "<QUALIFIER NAME=\"" + qualifier + "\" TYPE=\"string\"><VALUE.ARRAY><VALUE>" + first + "</VALUE><VALUE>" +
+           second + "</VALUE></VALUE.ARRAY></QUALIFIER>";
+}
+
+/// A server with the small class TEST_Fan, and a folder for documents and results.
+class CollectTest : public testing::Test {
+  protected:
+    CollectTest() {
+        fServer.Listen(kHttpPort);
+        Declare("Key", "boolean", false);
+        Declare("Values", "string", true);
+        Declare("ValueMap", "string", true);
+        fServer.Answer("GetClass", "TEST_Fan",
+                       "<CLASS NAME=\"TEST_Fan\"><PROPERTY NAME=\"Name\" TYPE=\"string\"><QUALIFIER NAME=\"Key\" "
+                       "TYPE=\"boolean\"><VALUE>TRUE</VALUE></QUALIFIER></PROPERTY>"
+                       "<PROPERTY.ARRAY NAME=\"States\" TYPE=\"uint16\">" +
+                           TextsXml("ValueMap", "2", "3") + TextsXml("Values", "OK", "Degraded") +
+                           "</PROPERTY.ARRAY><PROPERTY NAME=\"Speed\" TYPE=\"uint32\"/>"
+                           "<METHOD NAME=\"SetSpeed\" TYPE=\"uint32\"><PARAMETER NAME=\"Speed\" TYPE=\"uint32\"/>"
+                           "<PARAMETER.ARRAY NAME=\"Names\" TYPE=\"string\"/></METHOD></CLASS>");
+        fServer.Answer(
+            "EnumerateInstances", "TEST_Fan",
+            InstanceXml("TEST_Fan", ScalarXml("Name", "string", "f1") +
+                                        "<PROPERTY.ARRAY NAME=\"States\" TYPE=\"uint16\"><VALUE.ARRAY><VALUE>2</VALUE>"
+                                        "<VALUE>3</VALUE></VALUE.ARRAY></PROPERTY.ARRAY>"));
+    }
+
+    void Declare(const std::string& qualifier, const std::string& type, bool is_array) {
+        fServer.Answer("GetQualifier", qualifier,
+                       "<QUALIFIER.DECLARATION NAME=\"" + qualifier + "\" TYPE=\"" + type + "\"" +
+                           (is_array ? " ISARRAY=\"true\"" : "") +
+                           "><SCOPE PROPERTY=\"true\"/></QUALIFIER.DECLARATION>");
+    }
+
+    /// Answers with a class T of one scalar property V, and one instance for each value; none for an empty text.
+    void AnswerValues(const std::string& type, const std::vector<std::string>& values) {
+        fServer.Answer("GetClass", "T",
+                       "<CLASS NAME=\"T\">" + ScalarXml("I", "uint8", "0") + "<PROPERTY NAME=\"V\" TYPE=\"" + type +
+                           "\"/></CLASS>");
+        std::string instances;
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            const std::string value = values[i].empty() ? "" : ScalarXml("V", type, values[i]);
+            instances += InstanceXml("T", ScalarXml("I", "uint8", std::to_string(i)) + value);
+        }
+        fServer.Answer("EnumerateInstances", "T", instances);
+    }
+
+    std::string Path(const std::string& name) const { return (fDirectory.Path() / name).string(); }
+
+    /// A document with settings like `address="10.0.0.1"`.
+    std::string Document(const std::vector<std::string>& settings, const std::vector<std::string>& classes) const {
+        std::string text = "<vyx version=\"1\">\n";
+        for (const std::string& setting : settings) {
+            text += "<network " + setting + "/>\n";
+        }
+        for (const std::string& name : classes) {
+            text += "<class name=\"" + name + "\"/>\n";
+        }
+        return fDirectory.WriteFile("requested.xml", text + "</vyx>\n");
+    }
+
+    std::string Document(const std::vector<std::string>& classes) const { return Document({Address()}, classes); }
+
+    std::string Address() const { return "address=\"" + fServer.Address() + "\""; }
+
+    static ProgramRun Collect(const std::string& document, std::vector<std::string> arguments = {},
+                              const std::vector<std::string>& environment = {}) {
+        arguments.insert(arguments.begin(), {"collect", document});
+        return RunCimhttp(arguments, environment);
+    }
+
+    /// The properties V of all instances of T, member `value` or `text`.
+    json CollectedValues(const char* member = "value") const {
+        const auto run = Collect(Document({"T"}));
+        EXPECT_EQ(run.status, 0) << run.errors;
+        const json document = json::parse(run.output);
+        json values = json::array();
+        for (const json& instance : document.at("classes").at(0).at("instances")) {
+            const json& properties = instance.at("properties");
+            const auto place = properties.at("I").at("value").get<std::size_t>();
+            values[place] = properties.at("V").at(member);
+        }
+        return values;
+    }
+
+    void ExpectUsageFailure(const ProgramRun& run, const std::string& part) const {
+        EXPECT_EQ(run.status, 2);
+        EXPECT_EQ(run.output, "");
+        EXPECT_THAT(run.errors, StartsWith("cimhttp: "));
+        EXPECT_THAT(run.errors, HasSubstr(part));
+        EXPECT_EQ(std::count(run.errors.begin(), run.errors.end(), '\n'), 1) << run.errors;
+        EXPECT_TRUE(fServer.Calls().empty()) << "something was fetched";
+    }
+
+    void ExpectNothingLeftBeside(const std::vector<std::string>& names) const {
+        std::vector<std::string> found;
+        for (const auto& entry : std::filesystem::directory_iterator(fDirectory.Path())) {
+            found.push_back(entry.path().filename().string());
+        }
+        EXPECT_THAT(found, testing::UnorderedElementsAreArray(names));
+    }
+
+    support::CimServer fServer;
+    support::TemporaryDirectory fDirectory;
+};
+
+} // namespace
+
+// --- The collected document --------------------------------------------------------------------------------------
+
+TEST_F(CollectTest, WritesTheClassesWithTheirInstances) {
+    const auto run = Collect(Document({"test_fan"}));
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.errors, "");
+    const json expected = {
+        {"server", "http://" + fServer.Address()},
+        {"complete", true},
+        {"classes",
+         {{{"name", "TEST_Fan"},
+           {"qualifiers", {{"PLUGINNAME", "cimhttp"}, {"PLUGINVERSION", "1.0"}}},
+           {"properties",
+            {{{"name", "Name"}, {"type", "string"}, {"array", false}, {"qualifiers", {{"Key", true}}}},
+             {{"name", "Speed"}, {"type", "uint32"}, {"array", false}, {"qualifiers", json::object()}},
+             {{"name", "States"},
+              {"type", "uint16"},
+              {"array", true},
+              {"qualifiers", {{"ValueMap", {"2", "3"}}, {"Values", {"OK", "Degraded"}}}}}}},
+           {"methods",
+            {{{"name", "SetSpeed"},
+              {"type", "uint32"},
+              {"parameters",
+               {{{"name", "Names"}, {"type", "string"}, {"array", false}}, // declared by its elements
+
+                {{"name", "Speed"}, {"type", "uint32"}, {"array", false}}}},
+              {"qualifiers", json::object()}}}},
+           {"instances",
+            {{{"path", "TEST_Fan.Name=\"f1\""},
+              {"properties",
+               {{"Name", {{"type", "string"}, {"value", "f1"}, {"text", "f1"}}},
+                {"Speed", {{"type", "uint32"}, {"value", nullptr}, {"text", ""}}},
+                {"States", {{"type", "uint16"}, {"value", {2, 3}}, {"text", {"OK", "Degraded"}}}}}}}}}}}}};
+    EXPECT_EQ(json::parse(run.output), expected);
+}
+
+TEST_F(CollectTest, AClassThatIsRequestedTwiceIsReadAndWrittenOnce) {
+    const auto run = Collect(Document({"TEST_Fan", "test_FAN"}));
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(json::parse(run.output).at("classes").size(), 1U);
+    const auto calls = fServer.Calls();
+    EXPECT_EQ(
+        std::count_if(calls.begin(), calls.end(), [](const auto& call) { return call.method == "EnumerateInstances"; }),
+        1);
+}
+
+TEST_F(CollectTest, SixtyFourBitIntegersKeepAllTheirDigits) {
+    AnswerValues("uint64", {"18446744073709551615", "0"});
+    EXPECT_EQ(CollectedValues(), json({18446744073709551615U, 0}));
+    AnswerValues("sint64", {"-9223372036854775808", "9223372036854775807"});
+    EXPECT_EQ(CollectedValues(), json({INT64_MIN, INT64_MAX}));
+}
+
+TEST_F(CollectTest, RealsReadBackTheSame) {
+    AnswerValues("real64", {"0.1", "1.7976931348623157e308", "4.9406564584124654e-324", "-0.5"});
+    EXPECT_EQ(CollectedValues(), json({0.1, 1.7976931348623157e308, 4.9406564584124654e-324, -0.5}));
+    AnswerValues("real32", {"0.1", "3.4028235e38"});
+    EXPECT_EQ(CollectedValues(), json({0.1, 3.4028235e38}));
+}
+
+TEST_F(CollectTest, TextsStandForNumbersThatJsonDoesNotHave) {
+    AnswerValues("real64", {"NaN", "INF", "-INF"});
+    EXPECT_EQ(CollectedValues(), json({"nan", "inf", "-inf"}));
+}
+
+TEST_F(CollectTest, AValueThatIsMissingIsNull) {
+    AnswerValues("string", {"", "x"});
+    EXPECT_EQ(CollectedValues(), json({nullptr, "x"}));
+    EXPECT_EQ(CollectedValues("text"), json({"", "x"}));
+}
+
+TEST_F(CollectTest, BooleansAreBooleansAndOtherTypesTexts) {
+    AnswerValues("boolean", {"TRUE", "FALSE"});
+    EXPECT_EQ(CollectedValues(), json({true, false}));
+    AnswerValues("char16", {"\xc3\xa4"});
+    EXPECT_EQ(CollectedValues(), json({"\xc3\xa4"}));
+    AnswerValues("datetime", {"00000001020304.000000:000"});
+    EXPECT_EQ(CollectedValues(), json({"00000001020304.000000:000"}));
+}
+
+TEST_F(CollectTest, TextsMayHoldAnyCharacter) {
+    const std::string text = "K\xc3\xb6ln \xe2\x82\xac \xf0\x9f\x8c\x80 \"quoted\" \\ \t";
+    AnswerValues("string", {text});
+    EXPECT_EQ(CollectedValues(), json({text}));
+}
+
+TEST_F(CollectTest, BytesThatAreNotUtf8DoNotBreakTheDocument) {
+    AnswerValues("string", {"a\xff\xc3z"});
+    const auto run = Collect(Document({"T"}));
+    EXPECT_TRUE(json::accept(run.output)) << run.output;
+    EXPECT_THAT(run.errors, Not(HasSubstr("json")));
+}
+
+TEST_F(CollectTest, NoInstancesAreAnEmptyList) {
+    fServer.Answer("EnumerateInstances", "TEST_Fan", "");
+    const auto run = Collect(Document({"TEST_Fan"}));
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(json::parse(run.output).at("classes").at(0).at("instances"), json::array());
+}
+
+// --- The connection ----------------------------------------------------------------------------------------------
+
+TEST_F(CollectTest, TheDocumentNamesTheUser) {
+    fServer.RequireUser("reader", "s3cret");
+    EXPECT_EQ(Collect(Document({Address(), "user=\"reader\"", "pass=\"s3cret\""}, {"TEST_Fan"})).status, 0);
+    EXPECT_EQ(Collect(Document({Address(), "user=\"reader\"", "pass=\"guess\""}, {"TEST_Fan"})).status, 7);
+}
+
+TEST_F(CollectTest, APasswordThatTheDocumentLeavesOutComesFromElsewhere) {
+    fServer.RequireUser("reader", "s3cret");
+    const std::string file = fDirectory.WriteFile("password", "s3cret\n");
+    const std::string document = Document({Address(), "user=\"reader\""}, {"TEST_Fan"});
+    EXPECT_EQ(Collect(document, {"--password-file", file}).status, 0);
+    EXPECT_EQ(Collect(document, {}, {"CIMHTTP_PASSWORD=s3cret"}).status, 0);
+    fServer.ForgetCalls();
+    ExpectUsageFailure(Collect(document), "the user reader needs a password");
+}
+
+TEST_F(CollectTest, TheCommandLineCountsMoreThanTheDocument) {
+    fServer.RequireUser("reader", "s3cret");
+    const std::string file = fDirectory.WriteFile("password", "s3cret\n");
+    const std::string document = Document(
+        {"address=\"no-such-host.invalid\"", "user=\"somebody\"", "pass=\"guess\"", "ssl=\"true\""}, {"TEST_Fan"});
+    const auto run =
+        Collect(document, {"--host", fServer.Address(), "--tls=false", "--user", "reader", "--password-file", file});
+    EXPECT_EQ(run.status, 0) << run.errors;
+    EXPECT_EQ(json::parse(run.output).at("server"), "http://" + fServer.Address());
+}
+
+TEST_F(CollectTest, AUserOfTheCommandLineGetsNoPasswordFromTheDocument) {
+    const std::string document = Document({Address(), "user=\"somebody\"", "pass=\"s3cret\""}, {"TEST_Fan"});
+    ExpectUsageFailure(Collect(document, {"--user", "reader"}), "the user reader needs a password");
+}
+
+TEST_F(CollectTest, SslChoosesTheSecurePort) {
+    const support::TestCertificate certificate(support::TestCertificate::For(fServer.Address()));
+    fServer.ListenTls(kHttpsPort, certificate);
+    for (const std::string yes : {"true", "1", "yes", "ON"}) {
+        const auto run = Collect(Document({Address(), "ssl=\"" + yes + "\""}, {"TEST_Fan"}));
+        EXPECT_EQ(run.status, 0) << yes << run.errors;
+        EXPECT_EQ(json::parse(run.output).at("server"), "https://" + fServer.Address());
+    }
+    EXPECT_EQ(Collect(Document({"TEST_Fan"}), {"--tls"}).status, 0);
+}
+
+TEST_F(CollectTest, SslCanSayNo) {
+    for (const std::string no : {"false", "0", "No", "off", ""}) {
+        EXPECT_EQ(Collect(Document({Address(), "ssl=\"" + no + "\""}, {"TEST_Fan"})).status, 0) << no;
+    }
+}
+
+TEST_F(CollectTest, NothingListening) {
+    fServer.Stop();
+    const auto run = Collect(Document({"TEST_Fan"}), {"--out", Path("result.json")});
+    EXPECT_EQ(run.status, 3);
+    EXPECT_THAT(run.errors, HasSubstr("no connection to http://" + fServer.Address()));
+    ExpectNothingLeftBeside({"requested.xml"});
+}
+
+// --- Documents that are not valid --------------------------------------------------------------------------------
+
+TEST_F(CollectTest, SslWithAnotherValue) {
+    const std::string document = Document({Address(), "ssl=\"maybe\""}, {"TEST_Fan"});
+    ExpectUsageFailure(Collect(document), document + ": ssl is 'maybe'");
+}
+
+TEST_F(CollectTest, AMissingDocument) {
+    ExpectUsageFailure(Collect(Path("none.xml")), Path("none.xml") + " cannot be read: No such file");
+}
+
+TEST_F(CollectTest, ADocumentThatIsNotXml) {
+    const std::string document = fDirectory.WriteFile("requested.xml", "<vyx version=\"1\">\n<class");
+    ExpectUsageFailure(Collect(document), document + ", line 2: ");
+}
+
+TEST_F(CollectTest, TheFirstErrorInTheStructureIsShown) {
+    const std::string document = fDirectory.WriteFile("requested.xml", "<vyx version=\"1\">\n<network " + Address() +
+                                                                           "/>\n<klass name=\"TEST_Fan\"/>\n"
+                                                                           "<class title=\"TEST_Fan\"/></vyx>");
+    ExpectUsageFailure(Collect(document), document + ", line 3: Unrecognized identifier");
+}
+
+TEST_F(CollectTest, ADocumentWithoutAServer) {
+    ExpectUsageFailure(Collect(Document({}, {"TEST_Fan"})), "names no server");
+    EXPECT_EQ(Collect(Document({}, {"TEST_Fan"}), {"--host", fServer.Address()}).status, 0);
+}
+
+TEST_F(CollectTest, ADocumentWithoutClasses) { ExpectUsageFailure(Collect(Document({})), "names no class"); }
+
+TEST_F(CollectTest, APortInTheAddress) {
+    ExpectUsageFailure(Collect(Document({"address=\"localhost:80\""}, {"TEST_Fan"})), "localhost:80");
+}
+
+// --- Classes that cannot be read ---------------------------------------------------------------------------------
+
+TEST_F(CollectTest, AClassThatCannotBeReadIsNamedAndTheOthersAreWritten) {
+    fServer.Answer("GetClass", "TEST_Shy", "<CLASS NAME=\"TEST_Shy\"/>");
+    fServer.Fail("EnumerateInstances", "TEST_Shy", 2, "not for you");
+    const auto run = Collect(Document({"TEST_None", "TEST_Fan", "2abc", "", "TEST_Shy"}));
+    EXPECT_EQ(run.status, 7);
+    const json document = json::parse(run.output);
+    EXPECT_EQ(document.at("complete"), false);
+    ASSERT_EQ(document.at("classes").size(), 1U);
+    EXPECT_EQ(document.at("classes").at(0).at("name"), "TEST_Fan");
+    const std::string server = "http://" + fServer.Address();
+    EXPECT_THAT(run.errors, StartsWith("cimhttp: the class TEST_None cannot be read from " + server + ": "));
+    EXPECT_THAT(run.errors, HasSubstr("\ncimhttp: '2abc' is not a class name\ncimhttp: '' is not a class name\n"
+                                      "cimhttp: the instances of TEST_Shy cannot be read from " +
+                                      server + ": CIM_ERR_ACCESS_DENIED: not for you\n"));
+    EXPECT_EQ(std::count(run.errors.begin(), run.errors.end(), '\n'), 4) << run.errors;
+}
+
+// --- The file that is written ------------------------------------------------------------------------------------
+
+TEST_F(CollectTest, OutWritesTheFileInsteadOfTheOutput) {
+    const auto run = Collect(Document({"TEST_Fan"}), {"--out", Path("result.json")});
+    EXPECT_EQ(run.status, 0) << run.errors;
+    EXPECT_EQ(run.output, "");
+    EXPECT_EQ(ReadFile(Path("result.json")), Collect(Document({"TEST_Fan"})).output);
+    ExpectNothingLeftBeside({"requested.xml", "result.json"});
+}
+
+TEST_F(CollectTest, AFileThatIsReplacedKeepsItsPermissions) {
+    const std::string file = fDirectory.WriteFile("result.json", "old");
+    ::chmod(file.c_str(), 0640);
+    EXPECT_EQ(Collect(Document({"TEST_Fan"}), {"--out", file}).status, 0);
+    struct stat status {};
+    ASSERT_EQ(::stat(file.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777U, 0640U);
+    EXPECT_TRUE(json::accept(ReadFile(file)));
+}
+
+TEST_F(CollectTest, ANewFileGetsThePermissionsOfTheMask) {
+    const mode_t mask = ::umask(027);
+    EXPECT_EQ(Collect(Document({"TEST_Fan"}), {"--out", Path("result.json")}).status, 0);
+    ::umask(mask);
+    struct stat status {};
+    ASSERT_EQ(::stat(Path("result.json").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777U, 0640U);
+}
+
+TEST_F(CollectTest, ASymbolicLinkStaysOne) {
+    fDirectory.WriteFile("real.json", "old");
+    std::filesystem::create_symlink("real.json", Path("link.json"));
+    EXPECT_EQ(Collect(Document({"TEST_Fan"}), {"--out", Path("link.json")}).status, 0);
+    EXPECT_TRUE(std::filesystem::is_symlink(Path("link.json")));
+    EXPECT_TRUE(json::accept(ReadFile(Path("real.json"))));
+}
+
+TEST_F(CollectTest, AFailureLeavesTheOldFileWhole) {
+    const std::string file = fDirectory.WriteFile("result.json", "old");
+    fServer.Stop();
+    EXPECT_EQ(Collect(Document({"TEST_Fan"}), {"--out", file}).status, 3);
+    EXPECT_EQ(ReadFile(file), "old");
+}
+
+TEST_F(CollectTest, ADiskThatFillsUpLeavesTheOldFileWhole) {
+    const std::string file = fDirectory.WriteFile("result.json", "old");
+    const std::string command = "trap '' XFSZ; ulimit -f 0; " CIMHTTP_PROGRAM " collect " + Document({"TEST_Fan"}) +
+                                " --out " + file + " 2>/dev/null";
+    EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 1);
+    EXPECT_EQ(ReadFile(file), "old");
+    ExpectNothingLeftBeside({"requested.xml", "result.json"});
+}
+
+TEST_F(CollectTest, AFileThatCannotBeWrittenIsKnownBeforeAnythingIsRead) {
+    for (const std::string& file : {Path("no-folder/result.json"), fDirectory.Path().string()}) {
+        const auto run = Collect(Document({"TEST_Fan"}), {"--out", file});
+        EXPECT_EQ(run.status, 1);
+        EXPECT_THAT(run.errors, StartsWith("cimhttp: " + file + " cannot be written: "));
+    }
+    EXPECT_TRUE(fServer.Calls().empty());
+}
+
+TEST_F(CollectTest, ADeviceIsWrittenToAndNotReplaced) {
+    const auto run = Collect(Document({"TEST_Fan"}), {"--out", "/dev/full"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.errors, "cimhttp: /dev/full cannot be written: No space left on device\n");
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
+}
+
+TEST_F(CollectTest, AFullDiskBehindTheOutputIsAFailure) {
+    const std::string command = CIMHTTP_PROGRAM " collect " + Document({"TEST_Fan"}) + " >/dev/full 2>&1";
+    EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 1);
+}
+
+// --- Progress ----------------------------------------------------------------------------------------------------
+
+TEST_F(CollectTest, ATerminalShowsTheProgress) {
+    const auto run = RunCimhttpOnTerminal({"collect", Document({"TEST_Fan", "TEST_None"})});
+    EXPECT_EQ(run.status, 7);
+    EXPECT_TRUE(json::accept(run.output));
+    EXPECT_THAT(run.errors, HasSubstr("[........................] 0 of 2 classes, 0 instances"));
+    EXPECT_THAT(run.errors, HasSubstr("[############............] 1 of 2 classes, 1 instances\r\x1b[Kcimhttp: "));
+    EXPECT_THAT(run.errors, testing::EndsWith("\n\r\x1b[K"));
+}
+
+TEST_F(CollectTest, ALogOnTheTerminalTakesTheProgressAway) {
+    const auto run = RunCimhttpOnTerminal({"--log", "error", "collect", Document({"TEST_Fan"})});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_THAT(run.errors, Not(HasSubstr("instances")));
+}

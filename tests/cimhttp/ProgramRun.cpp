@@ -1,0 +1,91 @@
+#include "ProgramRun.h"
+
+#include <pty.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+#include "support/TemporaryDirectory.h"
+
+std::string ReadFile(const std::string& path) {
+    std::ifstream file(path);
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+namespace {
+
+std::vector<char*> Pointers(std::vector<std::string>& texts) {
+    std::vector<char*> pointers;
+    for (std::string& text : texts) {
+        pointers.push_back(text.data());
+    }
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+[[noreturn]] void Become(const std::vector<std::string>& arguments, const std::vector<std::string>& environment) {
+    std::vector<std::string> words{CIMHTTP_PROGRAM};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    std::vector<std::string> variables = environment;
+    variables.push_back(std::string("PATH=") + std::getenv("PATH"));
+    ::execve(CIMHTTP_PROGRAM, Pointers(words).data(), Pointers(variables).data());
+    ::_exit(127);
+}
+
+int StatusOf(pid_t child) {
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+/// What is written to a terminal until nobody has it open any more.
+std::string ReadTerminal(int terminal) {
+    std::string text;
+    std::array<char, 4096> block{};
+    for (ssize_t size = 0; (size = ::read(terminal, block.data(), block.size())) > 0;) {
+        text.append(block.data(), static_cast<std::size_t>(size));
+    }
+    return text;
+}
+
+} // namespace
+
+ProgramRun RunCimhttp(const std::vector<std::string>& arguments, const std::vector<std::string>& environment) {
+    const support::TemporaryDirectory directory;
+    const std::string output = (directory.Path() / "output").string();
+    const std::string errors = (directory.Path() / "errors").string();
+    const pid_t child = ::fork();
+    if (child == 0) {
+        if (std::freopen(output.c_str(), "w", stdout) != nullptr &&
+            std::freopen(errors.c_str(), "w", stderr) != nullptr) {
+            Become(arguments, environment);
+        }
+        ::_exit(127);
+    }
+    const int status = StatusOf(child);
+    return {status, ReadFile(output), ReadFile(errors)};
+}
+
+ProgramRun RunCimhttpOnTerminal(const std::vector<std::string>& arguments) {
+    const support::TemporaryDirectory directory;
+    const std::string output = (directory.Path() / "output").string();
+    int terminal = -1;
+    const pid_t child = ::forkpty(&terminal, nullptr, nullptr, nullptr);
+    if (child == 0) {
+        if (std::freopen(output.c_str(), "w", stdout) != nullptr) {
+            Become(arguments, {});
+        }
+        ::_exit(127);
+    }
+    std::string errors = ReadTerminal(terminal);
+    ::close(terminal);
+    const int status = StatusOf(child);
+    return {status, ReadFile(output), std::move(errors)};
+}
