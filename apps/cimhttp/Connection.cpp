@@ -39,7 +39,7 @@ class Settings {
     std::string Text(const std::string& name) const { return Has(name) ? texts_.at(name) : std::string(); }
 
     std::string Host() const {
-        const std::string address = Text("address");
+        std::string address = Text("address");
         if (address.empty()) {
             throw Failure(Failure::kUsage,
                           document_ + " names no server: give <network address=\"...\"/> there, or --host");

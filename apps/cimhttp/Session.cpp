@@ -58,7 +58,7 @@ boost::shared_ptr<ICIMClass> Session::FindClass(const std::string& name) {
 
 boost::shared_ptr<ICIMClass> Session::Class(const std::string& name) {
     log_.TakeReason();
-    const auto cls = FindClass(name);
+    auto cls = FindClass(name);
     if (!cls) {
         const std::string reason = log_.TakeReason();
         throw Failure(Failure::kOther, "the class " + name + " cannot be read from " + server_ + ": " +
