@@ -4,6 +4,8 @@
 #include <boost/shared_ptr.hpp>
 #include <boost/weak_ptr.hpp>
 
+#include <cstddef>
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -56,9 +58,14 @@ class TCIMReference {
   private:
     using TKeyValue = std::pair<std::string, TCIMValue>;
 
+    /// The place of a key in the list, or the list's size when there is none.
+    std::size_t FindKey(const std::string& name) const;
+    void ExtendIndex();
+
     boost::weak_ptr<ICIMNamespace> fNamespace;
     std::string fClassName;
     std::vector<TKeyValue> fKeyValues;
+    std::map<std::string, std::size_t> fIndex; // the places of the keys by normalised name; empty while they are few
 };
 
 } // namespace NQORVYX20

@@ -3,6 +3,9 @@
 #include <boost/enable_shared_from_this.hpp>
 #include <boost/weak_ptr.hpp>
 
+#include <cstddef>
+#include <memory>
+#include <unordered_map>
 #include <vector>
 
 #include "host/ICIMInstance.h"
@@ -75,13 +78,19 @@ class TInmemInstance : public ICIMInstance, public boost::enable_shared_from_thi
 
     boost::shared_ptr<ICIMPropertyDecl const> FindDeclaration(const std::string& name, TCIMContext context) const;
     TCIMValue Checked(const ICIMPropertyDecl& declaration, const TCIMValue& value) const;
+    /// The place of the declaration's value in the slots, or their number when it has none.
+    std::size_t FindSlot(const ICIMPropertyDecl& declaration) const;
+    void ExtendIndex();
     const TCIMValue* FindValue(const ICIMPropertyDecl& declaration) const;
     const TCIMValue& ReadValue(const ICIMPropertyDecl& declaration) const;
     void StoreValue(const boost::shared_ptr<ICIMPropertyDecl const>& declaration, const TCIMValue& value);
     void TakeValues(const ICIMInstance& other);
 
     boost::weak_ptr<ICIMClass> fClass;
-    std::vector<TSlot> fSlots; // the properties that have a value of their own, in the order in which they got it
+    using TIndex = std::unordered_map<const ICIMPropertyDecl*, std::size_t>;
+
+    std::vector<TSlot> fSlots;      // the properties that have a value of their own, in the order in which they got it
+    std::unique_ptr<TIndex> fIndex; // the places of the slots, when they are too many to be searched
 };
 
 } // namespace NQORVYX20

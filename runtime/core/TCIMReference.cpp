@@ -9,6 +9,8 @@ namespace NQORVYX20 {
 
 namespace {
 
+constexpr std::size_t kMaxSearched = 32; // more keys than that get an index
+
 char ToLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
 bool IsSameName(std::string_view left, std::string_view right) {
@@ -19,6 +21,11 @@ bool IsSameName(std::string_view left, std::string_view right) {
 bool IsNameBefore(std::string_view left, std::string_view right) {
     return std::lexicographical_compare(left.begin(), left.end(), right.begin(), right.end(),
                                         [](char a, char b) { return ToLower(a) < ToLower(b); });
+}
+
+std::string LowerCase(std::string name) {
+    std::transform(name.begin(), name.end(), name.begin(), ToLower);
+    return name;
 }
 
 bool IsWrittenBare(TCIMValue::TCIMType type) {
@@ -60,7 +67,9 @@ void AppendValue(std::string& path, const TCIMValue& value) {
 } // namespace
 
 TCIMReference::TCIMReference(boost::shared_ptr<ICIMNamespace> nameSpace, TCIMContext keys)
-    : fNamespace(nameSpace), fKeyValues(keys.begin(), keys.end()) {}
+    : fNamespace(nameSpace), fKeyValues(keys.begin(), keys.end()) {
+    ExtendIndex();
+}
 
 TCIMReference::TCIMReference(const TCIMReference& other) = default;
 TCIMReference::TCIMReference(TCIMReference&& other) noexcept = default;
@@ -69,21 +78,36 @@ TCIMReference& TCIMReference::operator=(TCIMReference&& other) noexcept = defaul
 TCIMReference::~TCIMReference() = default;
 
 void TCIMReference::AddKeyValue(const std::string& name, const TCIMValue& value) {
-    for (auto& [key, keyValue] : fKeyValues) {
-        if (IsSameName(key, name)) {
-            keyValue = value;
-            return;
-        }
+    const std::size_t place = FindKey(name);
+    if (place < fKeyValues.size()) {
+        fKeyValues[place].second = value;
+        return;
     }
     fKeyValues.emplace_back(name, value);
+    ExtendIndex();
 }
 
 TCIMValue TCIMReference::GetKeyValue(const std::string& name) const {
-    for (const auto& [key, keyValue] : fKeyValues) {
-        if (IsSameName(key, name))
-            return keyValue;
+    const std::size_t place = FindKey(name);
+    return place < fKeyValues.size() ? fKeyValues[place].second : TCIMValue();
+}
+
+std::size_t TCIMReference::FindKey(const std::string& name) const {
+    if (fKeyValues.size() > kMaxSearched) {
+        const auto found = fIndex.find(LowerCase(name));
+        return found == fIndex.end() ? fKeyValues.size() : found->second;
     }
-    return {};
+    const auto found = std::find_if(fKeyValues.begin(), fKeyValues.end(),
+                                    [&name](const TKeyValue& keyValue) { return IsSameName(keyValue.first, name); });
+    return static_cast<std::size_t>(found - fKeyValues.begin());
+}
+
+// Keys that the constructor got in several spellings share an entry, so that the index may be shorter than the list.
+void TCIMReference::ExtendIndex() {
+    if (fKeyValues.size() <= kMaxSearched)
+        return;
+    for (std::size_t place = fIndex.size(); place < fKeyValues.size(); ++place)
+        fIndex.emplace(LowerCase(fKeyValues[place].first), place);
 }
 
 void TCIMReference::EnumerateKeyValues(

@@ -22,6 +22,7 @@ namespace NQORVYX20 {
 namespace {
 
 constexpr int kOnlyLayout = 1;
+constexpr std::size_t kMaxSearched = 64;
 constexpr std::size_t kSlotsAtOnce = 8; // doubling would leave much of the memory of many instances unused
 
 [[noreturn]] void Fail(std::uint32_t code, const std::string& message) {
@@ -176,10 +177,29 @@ TCIMValue TInmemInstance::Checked(const ICIMPropertyDecl& declaration, const TCI
 }
 
 const TCIMValue* TInmemInstance::FindValue(const ICIMPropertyDecl& declaration) const {
+    const std::size_t place = FindSlot(declaration);
+    return place < fSlots.size() ? &fSlots[place].value : nullptr;
+}
+
+std::size_t TInmemInstance::FindSlot(const ICIMPropertyDecl& declaration) const {
+    if (fIndex) {
+        const auto found = fIndex->find(&declaration);
+        return found == fIndex->end() ? fSlots.size() : found->second;
+    }
     const auto slot = std::find_if(fSlots.begin(), fSlots.end(), [&declaration](const TSlot& candidate) {
         return candidate.declaration.get() == &declaration;
     });
-    return slot == fSlots.end() ? nullptr : &slot->value;
+    return static_cast<std::size_t>(slot - fSlots.begin());
+}
+
+// A server decides how many properties an instance has: the time to set all of them must not grow with their square.
+void TInmemInstance::ExtendIndex() {
+    if (fSlots.size() <= kMaxSearched)
+        return;
+    if (!fIndex)
+        fIndex = std::make_unique<TIndex>();
+    for (std::size_t place = fIndex->size(); place < fSlots.size(); ++place)
+        fIndex->emplace(fSlots[place].declaration.get(), place);
 }
 
 const TCIMValue& TInmemInstance::ReadValue(const ICIMPropertyDecl& declaration) const {
@@ -189,15 +209,15 @@ const TCIMValue& TInmemInstance::ReadValue(const ICIMPropertyDecl& declaration) 
 
 void TInmemInstance::StoreValue(const boost::shared_ptr<ICIMPropertyDecl const>& declaration, const TCIMValue& value) {
     TCIMValue checked = Checked(*declaration, value);
-    for (TSlot& slot : fSlots) {
-        if (slot.declaration == declaration) {
-            slot.value = std::move(checked);
-            return;
-        }
+    const std::size_t place = FindSlot(*declaration);
+    if (place < fSlots.size()) {
+        fSlots[place].value = std::move(checked);
+        return;
     }
     if (fSlots.size() == fSlots.capacity())
-        fSlots.reserve(fSlots.size() + kSlotsAtOnce);
+        fSlots.reserve(fSlots.size() + std::max(kSlotsAtOnce, fSlots.size() / 8));
     fSlots.push_back({declaration, std::move(checked)});
+    ExtendIndex();
 }
 
 void TInmemInstance::TakeValues(const ICIMInstance& other) {
@@ -214,6 +234,8 @@ void TInmemInstance::TakeValues(const ICIMInstance& other) {
         },
         {});
     fSlots.swap(slots);
+    fIndex.reset();
+    ExtendIndex();
 }
 
 } // namespace NQORVYX20

@@ -49,6 +49,24 @@ TEST(TCIMReference, FindsKeysWithoutRegardToCase) {
     EXPECT_TRUE(reference.GetKeyValue("Nam").IsNull());
 }
 
+TEST(TCIMReference, FindsAndReplacesKeysAlsoAmongMany) {
+    constexpr int kCount = 100;
+    const auto name = [](int i) { return "Key" + std::to_string(i); };
+    TCIMContext first{{"key0", "in another spelling"}};
+    for (int i = 0; i < kCount / 2; ++i)
+        first.emplace(name(i), i);
+    TCIMReference reference({}, first);
+    for (int i = 0; i < kCount; ++i)
+        reference.AddKeyValue("KEY" + std::to_string(i), 2 * i);
+    EXPECT_EQ(KeyNamesOf(reference, 2 * kCount).size(), kCount + 1U);
+    const TCIMReference copy = reference;
+    for (int i = 0; i < kCount; ++i) {
+        ASSERT_EQ(reference.GetKeyValue(name(i)), TCIMValue(2 * i));
+        ASSERT_EQ(copy.GetKeyValue(name(i)), TCIMValue(2 * i));
+    }
+    EXPECT_TRUE(reference.GetKeyValue("Key100").IsNull());
+}
+
 TEST(TCIMReference, ReplacesTheValueOfAKeyInItsPlace) {
     const TCIMReference reference = Make("C", {{"Name", "x"}, {"Id", 1}, {"name", "y"}});
     EXPECT_THAT(KeyNamesOf(reference), ElementsAre("Name", "Id"));

@@ -61,6 +61,35 @@ TEST_F(TInmemInstanceTest, KeepsValuesWithoutRegardToTheCaseOfNames) {
     EXPECT_EQ(TextOf(*disk, "deviceid"), "sdb");
 }
 
+TEST_F(TInmemInstanceTest, KeepsAnyNumberOfValues) {
+    constexpr int kCount = 200;
+    const auto cls = fNamespace->AddClass("Test_Many");
+    const auto name = [](int i) { return "P" + std::to_string(i); };
+    for (int i = 0; i < kCount; ++i)
+        cls->Declare(name(i), -1, i < kCount / 2);
+    const auto many = cls->Add({});
+    for (const int sign : {1, 2}) {
+        for (int i = kCount - 2; i >= 0; --i)
+            many->SetPropertyValue(name(i), sign * i, {});
+        for (int i = 0; i < kCount - 1; ++i)
+            ASSERT_EQ(TextOf(*many, name(i)), std::to_string(sign * i));
+        EXPECT_TRUE(many->GetProperty(name(kCount - 1), {})->IsDefaultValue({}));
+    }
+    EXPECT_EQ(many->GetReference({}).GetKeyValue("p99"), TCIMValue(198));
+    many->Validate({});
+
+    const auto copy = cls->Add({{"P0", 7}});
+    copy->ModifyInstance(many, {});
+    EXPECT_TRUE(*copy == *many);
+    copy->SetPropertyValue("P150", 1, {});
+    EXPECT_EQ(TextOf(*copy, "P150"), "1");
+    EXPECT_EQ(TextOf(*many, "P150"), "300");
+
+    many->ModifyInstance(cls->Add({{"P1", 5}}), {});
+    EXPECT_EQ(TextOf(*many, "P1"), "5");
+    EXPECT_TRUE(many->GetProperty("P0", {})->IsDefaultValue({}));
+}
+
 TEST_F(TInmemInstanceTest, ShowsTheDefaultOfAPropertyThatWasNotSet) {
     const auto disk = fDisk->Add({});
     const auto size = disk->GetProperty("Size", {});
