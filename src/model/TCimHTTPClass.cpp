@@ -32,8 +32,8 @@ bool IsTrue(const boost::shared_ptr<ICIMQualifier>& qualifier) {
     if (!qualifier) {
         return false;
     }
-    const TCIMValue& value = qualifier->GetValue(TCIMContext());
-    return !value.IsNull() && static_cast<bool>(value);
+    // A server may give a value of another type; that is not true either.
+    return qualifier->GetValue(TCIMContext()) == TCIMValue(true);
 }
 
 [[noreturn]] void Refuse(std::uint32_t code, const std::string& text) {
@@ -250,23 +250,24 @@ void TCimHTTPClass::AddPropertyDecl(boost::shared_ptr<ICIMPropertyDecl> declarat
 
 void TCimHTTPClass::CheckOverride(const ICIMPropertyDecl& declaration) const {
     const std::string& name = declaration.GetName(TCIMContext());
-    const std::string attempt = "TCimHTTP: Attempt to override property " + name + " in class " + fName + ": ";
+    const char* violation = nullptr;
+    std::uint32_t code = kTypeMismatch;
     try {
         const auto inherited = FindInheritedPropertyDecl(name);
         if (!inherited) {
-            Refuse(kNotFound, attempt + "property doesn't exist in base class");
+            violation = "property doesn't exist in base class";
+            code = kNotFound;
+        } else if (inherited->GetType(TCIMContext()) != declaration.GetType(TCIMContext())) {
+            violation = "different types";
+        } else if (inherited->GetClass(TCIMContext()).get() == this) {
+            violation = "original was defined in this class";
         }
-        if (inherited->GetType(TCIMContext()) != declaration.GetType(TCIMContext())) {
-            Refuse(kTypeMismatch, attempt + "different types");
-        }
-        if (inherited->GetClass(TCIMContext()).get() == this) {
-            Refuse(kTypeMismatch, attempt + "original was defined in this class");
-        }
-    } catch (const TVYXException&) {
-        throw;
     } catch (const std::exception& failure) {
         Refuse(kTypeMismatch, "TCimHTTP: Attempt define property " + name + " in class " + fName +
                                   "failed. Reason = " + failure.what());
+    }
+    if (violation != nullptr) {
+        Refuse(code, "TCimHTTP: Attempt to override property " + name + " in class " + fName + ": " + violation);
     }
 }
 

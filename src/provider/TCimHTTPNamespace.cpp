@@ -38,6 +38,20 @@ constexpr std::size_t kMaxHierarchyDepth = 256;
 // No callback is set: the client then encrypts without verifying the server's certificate.
 constexpr Pegasus::SSLCertificateVerifyFunction* pegCallbackSSL = nullptr;
 
+/// Notes a class as being fetched for the time of its life.
+class TLookup {
+  public:
+    TLookup(std::set<std::string>& lookups, const std::string& key)
+        : fLookups(lookups), fEntry(lookups.insert(key).first) {}
+    ~TLookup() { fLookups.erase(fEntry); }
+    TLookup(const TLookup&) = delete;
+    TLookup& operator=(const TLookup&) = delete;
+
+  private:
+    std::set<std::string>& fLookups;
+    std::set<std::string>::iterator fEntry;
+};
+
 [[noreturn]] void FailRemotely(const std::string& what, const Pegasus::Exception& failure) {
     LogDebug(what + ToStdString(failure.getMessage()));
     throw TVYXException(kRemoteConnectionFailed);
@@ -149,13 +163,12 @@ boost::shared_ptr<ICIMClass> TCimHTTPNamespace::GetClass(const std::string& name
         LogDebug("TCimHTTPNamespace::GetClass " + key + " Found in TCimHTTPNamespace");
         return cached;
     }
-    if (fLookups.size() >= kMaxHierarchyDepth || !fLookups.insert(key).second) {
+    if (fLookups.size() >= kMaxHierarchyDepth || fLookups.count(key) != 0) {
         LogError("TCimHTTPNamespace::GetClass " + key + ": the server's class hierarchy has a cycle or is too deep");
         return {};
     }
-    auto fetched = FetchClass(name, key, context);
-    fLookups.erase(key);
-    return fetched;
+    const TLookup lookup(fLookups, key);
+    return FetchClass(name, key, context);
 }
 
 boost::shared_ptr<ICIMClass> TCimHTTPNamespace::FetchClass(const std::string& name, const std::string& key,
