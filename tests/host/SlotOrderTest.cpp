@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <type_traits>
 
+#include "Slots.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMMethodDecl.h"
@@ -21,31 +23,6 @@
 using namespace NQORVYX20;
 
 namespace {
-
-constexpr std::size_t kFirstSlot = 2; // the destructor takes two
-
-/// The index in the virtual table. The Itanium C++ ABI keeps it in a pointer to a virtual member function, as one more
-/// than the byte offset.
-template <typename Operation>
-std::size_t SlotOf(Operation operation) {
-    std::size_t parts[2] = {};
-    static_assert(sizeof operation == sizeof parts);
-    std::memcpy(parts, &operation, sizeof parts);
-    return (parts[0] - 1) / sizeof(void*);
-}
-
-/// Expects the operations to stand one after the other from a slot on, and returns the slot behind them.
-template <typename... Operations>
-std::size_t ExpectSlots(std::size_t first, Operations... operations) {
-    std::size_t next = first;
-    (
-        [&] {
-            EXPECT_EQ(SlotOf(operations), next) << "operation " << next - first + 1 << " of the list";
-            ++next;
-        }(),
-        ...);
-    return next;
-}
 
 template <typename Interface>
 std::size_t ExpectNamedElementSlots() {
@@ -175,6 +152,43 @@ TEST(SlotOrder, XmlParserKeepsItsOrder) {
     ExpectSlots(kFirstSlot, &TXmlParser::StartElement, &TXmlParser::EndElement, &TXmlParser::processingInstruction,
                 &TXmlParser::characters, &TXmlParser::notationDecl, &TXmlParser::FatalError, &TXmlParser::ParseJSSP,
                 &TXmlParser::ParseCharData);
+}
+
+// A host that was built elsewhere passes its arguments as these types say; most operations take the context by value.
+TEST(Signatures, ThoseThatDifferFromTheirNeighboursStay) {
+    using ClassVisitor = const boost::function<bool(boost::shared_ptr<ICIMClass>)>&;
+    using InstanceVisitor = const boost::function<bool(boost::shared_ptr<ICIMInstance>)>&;
+    const auto expect = [](auto operation, auto signature) {
+        EXPECT_TRUE((std::is_same_v<decltype(operation), decltype(signature)>));
+    };
+    using Namespace = ICIMNamespace;
+    expect(&Namespace::EnumerateProviders,
+           static_cast<void (Namespace::*)(const boost::function<bool(boost::shared_ptr<IProvider>)>&, TCIMContext)>(
+               nullptr));
+    expect(
+        &Namespace::GetInstance,
+        static_cast<boost::shared_ptr<ICIMInstance> (Namespace::*)(const TCIMReference&, TCIMContext) const>(nullptr));
+    expect(&Namespace::ModifyInstance,
+           static_cast<void (Namespace::*)(const TCIMReference&, TCIMContext, TCIMContext)>(nullptr));
+    expect(&Namespace::ExecuteQuery,
+           static_cast<void (Namespace::*)(InstanceVisitor, std::string&, std::string&, TCIMContext)>(nullptr));
+    expect(&Namespace::ClearInstances, static_cast<void (Namespace::*)()>(nullptr));
+    expect(&ICIMClass::GetName, static_cast<const std::string& (ICIMClass::*)(TCIMContext) const>(nullptr));
+    expect(&ICIMClass::EnumerateSubClasses, static_cast<void (ICIMClass::*)(ClassVisitor, bool, TCIMContext)>(nullptr));
+    expect(
+        &ICIMClass::EnumerateKeyNames,
+        static_cast<void (ICIMClass::*)(const boost::function<bool(const std::string*)>&, TCIMContext) const>(nullptr));
+    expect(&ICIMClass::InvokeMethod,
+           static_cast<TCIMValue (ICIMClass::*)(const std::string&, TCIMContext&, TCIMContext)>(nullptr));
+    expect(&ICIMClass::AddChildClass, static_cast<void (ICIMClass::*)(boost::shared_ptr<ICIMClass>)>(nullptr));
+    expect(&ICIMInstance::BuildPath, static_cast<TCIMReference (ICIMInstance::*)(TCIMContext) const>(nullptr));
+    expect(&ICIMProperty::GetValue, static_cast<const TCIMValue& (ICIMProperty::*)(TCIMContext) const>(nullptr));
+    expect(&ICIMProperty::GetPrevValue, static_cast<const TCIMValue& (ICIMProperty::*)() const>(nullptr));
+    expect(&ICIMMethodDecl::EnumerateParameterDecls,
+           static_cast<void (ICIMMethodDecl::*)(boost::function<bool(boost::shared_ptr<ICIMParameterDecl>)>&,
+                                                TCIMContext) const>(nullptr));
+    expect(&ICIMQualifier::AddToClassOrProperty, static_cast<void (ICIMQualifier::*)(TCIMContext) const>(nullptr));
+    expect(&INamespaceProvider::GetType, static_cast<int (INamespaceProvider::*)(TCIMContext) const>(nullptr));
 }
 
 TEST(ClassBases, TheQualifierOperationsAreReachedThroughTheSecondBase) {

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstring>
+
+constexpr std::size_t kFirstSlot = 2; // the destructor takes two
+
+/// The index in the virtual table. The Itanium C++ ABI keeps it in a pointer to a virtual member function, as one more
+/// than the byte offset.
+template <typename Operation>
+std::size_t SlotOf(Operation operation) {
+    std::size_t parts[2] = {};
+    static_assert(sizeof operation == sizeof parts);
+    std::memcpy(parts, &operation, sizeof parts);
+    return (parts[0] - 1) / sizeof(void*);
+}
+
+/// Expects the operations to stand one after the other from a slot on, and returns the slot behind them.
+template <typename... Operations>
+std::size_t ExpectSlots(std::size_t first, Operations... operations) {
+    std::size_t next = first;
+    (
+        [&] {
+            EXPECT_EQ(SlotOf(operations), next) << "operation " << next - first + 1 << " of the list";
+            ++next;
+        }(),
+        ...);
+    return next;
+}

@@ -1,0 +1,47 @@
+// The plug-in's classes add slots behind those of their interfaces, and nothing between them.
+
+#include "../host/Slots.h"
+#include "PluginTest.h"
+#include "model/TCimHTTPInstance.h"
+
+using namespace NQORVYX20;
+
+TEST(VirtualTable, OwnersOfOtherElementsCanHandOutThemselves) {
+    const auto canHandOutItself = [](const auto* element) {
+        using Element = std::decay_t<decltype(*element)>;
+        return std::is_base_of_v<boost::enable_shared_from_this<Element>, Element>;
+    };
+    EXPECT_TRUE(canHandOutItself(static_cast<TCimHTTPNamespace*>(nullptr)));
+    EXPECT_TRUE(canHandOutItself(static_cast<TCimHTTPClass*>(nullptr)));
+    EXPECT_TRUE(canHandOutItself(static_cast<TCimHTTPPropertyDecl*>(nullptr)));
+    EXPECT_TRUE(canHandOutItself(static_cast<TCimHTTPMethodDecl*>(nullptr)));
+    EXPECT_TRUE(canHandOutItself(static_cast<TCimHTTPParameterDecl*>(nullptr)));
+    EXPECT_TRUE(canHandOutItself(static_cast<TCimHTTPQualifier*>(nullptr)));
+    EXPECT_TRUE(canHandOutItself(static_cast<TCimHTTPQualifierDecl*>(nullptr)));
+}
+
+TEST(VirtualTable, TheNamespaceAppendsItsAssignment) {
+    constexpr std::size_t kOperations = 16;
+    ExpectSlots(kFirstSlot + kOperations,
+                static_cast<ICIMNamespace& (TCimHTTPNamespace::*)(ICIMNamespace&)>(&TCimHTTPNamespace::operator=));
+}
+
+TEST(VirtualTable, TheClassAppendsTheOperationsOfItsSecondBase) {
+    constexpr std::size_t kOperations = 40;
+    using Declaration = boost::shared_ptr<ICIMQualifierDecl const>;
+    using Qualifier = boost::shared_ptr<ICIMQualifier>;
+    using Allocate = Qualifier (TCimHTTPClass::*)(Declaration, const TCIMValue&, TCIMContext) const;
+    using AllocateWithFlavor =
+        Qualifier (TCimHTTPClass::*)(Declaration, const TCIMValue&, ICIMQualifierDecl::EFlavor, TCIMContext) const;
+    using Get = Qualifier (TCimHTTPClass::*)(const std::string&, TCIMContext) const;
+    using GetIfThere = Qualifier (TCimHTTPClass::*)(const std::string&, bool&, TCIMContext) const;
+    ExpectSlots(kFirstSlot + kOperations, &TCimHTTPClass::AddQualifier,
+                static_cast<Allocate>(&TCimHTTPClass::AllocateQualifier),
+                static_cast<AllocateWithFlavor>(&TCimHTTPClass::AllocateQualifier),
+                static_cast<Get>(&TCimHTTPClass::GetQualifier), static_cast<GetIfThere>(&TCimHTTPClass::GetQualifier),
+                &TCimHTTPClass::EnumerateQualifiers);
+}
+
+TEST(VirtualTable, TheInstanceKeepsTheSlotsOfItsInterface) {
+    ExpectSlots(kFirstSlot + 1, &TCimHTTPInstance::AddToNamespace);
+}
