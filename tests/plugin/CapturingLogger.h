@@ -1,18 +1,21 @@
 #pragma once
 
-#include <algorithm>
+#include <gtest/gtest.h>
+
 #include <mutex>
 #include <string>
 #include <vector>
 
 #include "host/ILogger.h"
 
-/// A logger that keeps its messages for a test to look at.
+/// A logger that keeps its messages for a test to look at. The plug-in knows two severities; at another one a message
+/// fails the test.
 class CapturingLogger : public NQORVYX20::ILogger {
   public:
     void Log(EVYXLogSeverity severity, std::string message) override {
         const std::lock_guard<std::mutex> lock(fMutex);
-        (severity == eLogError ? fErrors : fOthers).push_back(std::move(message));
+        EXPECT_TRUE(severity == eLogError || severity == eLogDebug) << severity << ": " << message;
+        (severity == eLogError ? fErrors : fDebug).push_back(std::move(message));
     }
 
     std::vector<std::string> Errors() const {
@@ -20,20 +23,19 @@ class CapturingLogger : public NQORVYX20::ILogger {
         return fErrors;
     }
 
-    /// The messages of severity debug; nothing in the plug-in logs at the severities between.
     std::vector<std::string> Debug() const {
         const std::lock_guard<std::mutex> lock(fMutex);
-        return fOthers;
+        return fDebug;
     }
 
     void Forget() {
         const std::lock_guard<std::mutex> lock(fMutex);
         fErrors.clear();
-        fOthers.clear();
+        fDebug.clear();
     }
 
   private:
     mutable std::mutex fMutex;
     std::vector<std::string> fErrors;
-    std::vector<std::string> fOthers;
+    std::vector<std::string> fDebug;
 };

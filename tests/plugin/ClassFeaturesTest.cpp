@@ -6,6 +6,13 @@ using testing::IsEmpty;
 
 namespace {
 
+/// A class whose superclass cannot be had.
+class OrphanClass : public TCimHTTPClass {
+  public:
+    using TCimHTTPClass::TCimHTTPClass;
+    boost::shared_ptr<ICIMClass> GetSuperClass(TCIMContext /*context*/) const override { throw TVYXException(25); }
+};
+
 class ClassFeaturesTest : public PluginTest {
   protected:
     ClassFeaturesTest() {
@@ -127,6 +134,11 @@ TEST_F(ClassFeaturesTest, AnOverrideCheckThatFailsSaysWhy) {
     EXPECT_EQ(StatusOf([&] { root->AddPropertyDecl(OverridingProperty(*root, "Label")); }), 14U);
     EXPECT_THAT(fLog->Errors(), ElementsAre("TCimHTTP: Attempt define property Label in class <root>failed. Reason = "
                                             "tr1::bad_weak_ptr"));
+    fLog->Forget();
+    const auto orphan = boost::make_shared<OrphanClass>(fNamespace, "TEST_Orphan", nullptr);
+    EXPECT_EQ(StatusOf([&] { orphan->AddPropertyDecl(OverridingProperty(*orphan, "Label")); }), 14U);
+    EXPECT_THAT(fLog->Errors(), ElementsAre("TCimHTTP: Attempt define property Label in class TEST_Orphanfailed. "
+                                            "Reason = The name is not a valid CIM name."));
 }
 
 TEST_F(ClassFeaturesTest, ATakenNameIsRefused) {
@@ -143,6 +155,8 @@ TEST_F(ClassFeaturesTest, APortTypePropertyReplacesTheOneBefore) {
     fDisk->AddPropertyDecl(second);
     EXPECT_EQ(fDisk->GetPropertyDecl("OtherPortTypeInfo", TCIMContext()), second);
     EXPECT_THAT(fLog->Errors(), IsEmpty());
+    EXPECT_EQ(StatusOf([&] { fDisk->AddPropertyDecl(Property(*fDisk, "otherporttypeinfo")); }), 16U);
+    EXPECT_EQ(fDisk->GetPropertyDecl("OtherPortTypeInfo", TCIMContext()), second);
 }
 
 TEST_F(ClassFeaturesTest, PropertyDeclsAreEnumeratedByNormalisedNameUntilTheCallbackStops) {
@@ -190,6 +204,15 @@ TEST_F(ClassFeaturesTest, AnAbstractClassIsWhatItsQualifierSays) {
     EXPECT_FALSE(Fetch("TEST_False", QualifierXml("Abstract", "boolean", "FALSE"))->IsAbstract(TCIMContext()));
 }
 
+TEST_F(ClassFeaturesTest, AQualifierThatIsNotBooleanIsNotTrue) {
+    const auto cls =
+        Fetch("TEST_Odd", QualifierXml("Association", "string", "TRUE") + QualifierXml("Abstract", "uint8", "1") +
+                              PropertyXml("Name", "string", QualifierXml("Key", "string", "TRUE")));
+    EXPECT_FALSE(cls->IsAssociation(TCIMContext()));
+    EXPECT_FALSE(cls->IsAbstract(TCIMContext()));
+    EXPECT_THAT(KeyNames(*cls), IsEmpty());
+}
+
 TEST_F(ClassFeaturesTest, AClassWithoutKeysHasNoKeyNames) { EXPECT_THAT(KeyNames(*fDisk), IsEmpty()); }
 
 TEST_F(ClassFeaturesTest, KeyNamesComeByNormalisedNameUntilTheCallbackStops) {
@@ -222,7 +245,18 @@ TEST_F(ClassFeaturesTest, WhatIsThrownDuringTheWalkOverTheKeysLeavesAsTheModelsE
         return StatusOf([&] { cls->EnumerateKeyNames(callback, TCIMContext()); });
     };
     EXPECT_EQ(walk([](const std::string*) -> bool { throw std::runtime_error("oops"); }), 14U);
+    EXPECT_THAT(fLog->Errors(), ElementsAre("TCimHTTP: Enumeration of the keys of class TEST_Keys failed: oops"));
     EXPECT_EQ(walk([](const std::string*) -> bool { throw TVYXException(31); }), 31U);
+    EXPECT_EQ(walk(boost::function<bool(const std::string*)>()), 14U);
+}
+
+TEST_F(ClassFeaturesTest, AnEmptyCallbackIsABadCall) {
+    const auto cls =
+        Fetch("TEST_Robot", KeyXml() + PropertyXml("Name", "string") + "<METHOD NAME=\"Go\" TYPE=\"uint32\"/>");
+    EXPECT_THROW(cls->EnumeratePropertyDecls({}, TCIMContext()), boost::bad_function_call);
+    EXPECT_THROW(cls->EnumerateMethodDecls({}, TCIMContext()), boost::bad_function_call);
+    EXPECT_THROW(cls->EnumerateQualifiers({}, TCIMContext()), boost::bad_function_call);
+    EXPECT_THROW(fNamespace->EnumerateRootClasses({}, TCIMContext()), boost::bad_function_call);
 }
 
 // --- Static properties and methods -------------------------------------------------------------------------------

@@ -45,6 +45,8 @@ TEST_F(ClassHierarchyTest, AClassIsASubclassOfItselfByName) {
     const auto sameName = fNamespace->AllocateClass("TEST_A", nullptr, TCIMContext());
     EXPECT_TRUE(fA->IsSubclassOf(sameName, TCIMContext()));
     EXPECT_FALSE(fA->IsSubclassOf(Fetch("TEST_B"), TCIMContext()));
+    const auto lower = fNamespace->AllocateClass("test_a", nullptr, TCIMContext());
+    EXPECT_FALSE(fA->IsSubclassOf(lower, TCIMContext())) << "names are compared with regard to case";
 }
 
 TEST_F(ClassHierarchyTest, TheRootIsComparedOnlyWhereTheWalkStarts) {

@@ -171,9 +171,23 @@ TEST_F(ClassLookupTest, ACycleOfSuperclassesEnds) {
     ServeClass("TEST_A", "TEST_B", "");
     ServeClass("TEST_B", "TEST_A", "");
     const auto nameSpace = ConnectedNamespace();
-    nameSpace->GetClass("TEST_A", TCIMContext());
-    EXPECT_THAT(fLog->Errors(), Contains("TCimHTTPNamespace::GetClass test_a: the server's class hierarchy has a cycle "
-                                         "or is too deep"));
+    EXPECT_TRUE(nameSpace->GetClass("TEST_A", TCIMContext()));
+    EXPECT_TRUE(nameSpace->GetClass("TEST_B", TCIMContext()));
+    EXPECT_THAT(fLog->Errors(), ElementsAre("TCimHTTPNamespace::GetClass test_a: the server's class hierarchy has a "
+                                            "cycle or is too deep"));
+}
+
+TEST_F(ClassLookupTest, AHierarchyThatIsTooDeepEndsAtTheLimit) {
+    constexpr int kDepth = 300;
+    const auto name = [](int level) { return "TEST_Level" + std::to_string(level); };
+    for (int level = 0; level < kDepth; ++level) {
+        ServeClass(name(level), name(level + 1), "");
+    }
+    const auto nameSpace = ConnectedNamespace();
+    EXPECT_TRUE(nameSpace->GetClass(name(0), TCIMContext()));
+    EXPECT_THAT(fLog->Errors(), ElementsAre("TCimHTTPNamespace::GetClass test_level256: the server's class hierarchy "
+                                            "has a cycle or is too deep"));
+    EXPECT_TRUE(nameSpace->GetClass(name(256), TCIMContext())) << "the next lookup starts afresh";
 }
 
 TEST_F(ClassLookupTest, AClassThatComesUnderAnotherNameIsReportedAsWrong) {
@@ -188,8 +202,32 @@ TEST_F(ClassLookupTest, ADefinitionThatCannotBeBuiltIsNotCached) {
     ServeClass("TEST_Disk", "", QualifierXml("NoSuchQualifier", "string", "x"));
     const auto nameSpace = ConnectedNamespace();
     EXPECT_FALSE(nameSpace->GetClass("TEST_Disk", TCIMContext()));
+    EXPECT_THAT(fLog->Debug(), Contains(StartsWith("TCimHTTPNamespace::GetClass from Pegasus for: TEST_Diskreturned "
+                                                   "exception: CIM_ERR_NOT_FOUND: ")));
     ServeClass("TEST_Disk", "", "");
     EXPECT_TRUE(nameSpace->GetClass("TEST_Disk", TCIMContext()));
+}
+
+TEST_F(ClassLookupTest, AClassThatClaimsAnotherPluginIsNotServed) {
+    ServeClass("TEST_Claim", "", QualifierXml("PluginName", "string", "another plug-in"));
+    ServeClass("TEST_Same", "", QualifierXml("PluginName", "string", "test plug-in"));
+    const auto nameSpace = ConnectedNamespace();
+    EXPECT_FALSE(nameSpace->GetClass("TEST_Claim", TCIMContext()));
+    EXPECT_TRUE(nameSpace->GetClass("TEST_Same", TCIMContext()));
+    EXPECT_EQ(CountCalls("GetQualifier"), 0U);
+}
+
+TEST_F(ClassLookupTest, ADefinitionUnderANameThatIsNoneIsNotServed) {
+    for (const char* name : {"<root>", "2abc", "a b", ""}) {
+        std::string escaped = name;
+        if (escaped == "<root>") {
+            escaped = "&lt;root>";
+        }
+        fServer.Answer("GetClass", "TEST_Disk", ClassXml(escaped, "", ""));
+        const auto nameSpace = ConnectedNamespace();
+        EXPECT_FALSE(nameSpace->GetClass("TEST_Disk", TCIMContext())) << name;
+        EXPECT_THAT(VisitedNames([&](const auto& v) { nameSpace->EnumerateRootClasses(v, TCIMContext()); }), IsEmpty());
+    }
 }
 
 TEST_F(ClassLookupTest, DisconnectHidesTheCacheAndReconnectShowsItAgain) {
@@ -241,6 +279,12 @@ TEST_F(ClassLookupTest, ASecondClassOfANameIsRefused) {
     EXPECT_EQ(StatusOf([&] { second->AddToNamespace(TCIMContext()); }), 16U);
     EXPECT_THAT(fLog->Debug(), ElementsAre("TCimHTTPNamespace: class TEST_Disk already defined"));
     EXPECT_EQ(nameSpace->GetClass("TEST_Disk", TCIMContext()), disk);
+    nameSpace->EnumerateRootClasses(
+        [&](const auto& cls) {
+            EXPECT_EQ(cls, disk) << "a class that is refused is not linked under its superclass";
+            return true;
+        },
+        TCIMContext());
 }
 
 TEST_F(ClassLookupTest, ARedefiningNamespaceReplacesTheClassAndKeepsItsSubclasses) {
@@ -265,6 +309,8 @@ TEST_F(ClassLookupTest, EnumerateRootClassesVisitsWhatWasFetchedWhileConnected) 
         return VisitedNames([&](const auto& visit) { nameSpace->EnumerateRootClasses(visit, TCIMContext()); });
     };
     EXPECT_THAT(visited(), ElementsAre("TEST_Base", "TEST_Disk"));
+    FetchClass(*nameSpace, "TEST_Base")->AddChildClass(FetchClass(*nameSpace, "TEST_Disk"));
+    EXPECT_THAT(visited(), ElementsAre("TEST_Base", "TEST_Disk", "TEST_Disk")) << "with the whole subtree of each";
     nameSpace->disconnect();
     EXPECT_THAT(visited(), IsEmpty());
 }

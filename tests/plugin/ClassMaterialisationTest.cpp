@@ -163,3 +163,41 @@ TEST_F(ClassMaterialisationTest, ARemoteFailureLeavesAllocateClassAsItIs) {
     const auto nameSpace = ConnectedNamespace();
     EXPECT_THROW(nameSpace->AllocateClass("TEST_None", nullptr, TCIMContext()), Pegasus::CIMException);
 }
+
+TEST_F(ClassMaterialisationTest, WhatWasReadBeforeARemoteFailureStaysAndIsNotReadAgain) {
+    ServeClass("TEST_Disk", "",
+               PropertyXml("Name", "string", KeyXml()) +
+                   PropertyXml("Size", "uint64", QualifierXml("NoSuchQualifier", "string", "x")) +
+                   PropertyXml("Tags", "string"));
+    const auto nameSpace = ConnectedNamespace();
+    const auto disk = boost::make_shared<TCimHTTPClass>(nameSpace, "TEST_Disk", boost::shared_ptr<TCimHTTPClass>());
+    EXPECT_THROW(disk->Initialize(), Pegasus::CIMException);
+    fServer.ForgetCalls();
+    disk->Initialize();
+    EXPECT_THAT(fServer.Calls(), IsEmpty());
+    EXPECT_THAT(VisitedNames([&](const auto& v) { disk->EnumeratePropertyDecls(v, TCIMContext()); }),
+                ElementsAre("Name"));
+}
+
+TEST_F(ClassMaterialisationTest, OfTwoMethodsOfOneNameTheFirstStays) {
+    ServeClass("TEST_Disk", "", "<METHOD NAME=\"Format\" TYPE=\"uint32\"/><METHOD NAME=\"FORMAT\" TYPE=\"string\"/>");
+    const auto disk = FetchClass(*ConnectedNamespace(), "TEST_Disk");
+    EXPECT_EQ(disk->GetMethodDecl("Format", TCIMContext())->GetReturnType(TCIMContext()), ECIMType::eCIMUint32);
+}
+
+TEST_F(ClassMaterialisationTest, AMethodWithTwoParametersOfOneNameMakesTheClassUnusable) {
+    ServeClass("TEST_Disk", "",
+               "<METHOD NAME=\"Format\" TYPE=\"uint32\">" + Parameter("Quick", "boolean") +
+                   Parameter("quick", "boolean") + "</METHOD>");
+    EXPECT_FALSE(ConnectedNamespace()->GetClass("TEST_Disk", TCIMContext()));
+    EXPECT_THAT(fLog->Errors(), ElementsAre("Inmem: Attempt to add property quick to method Format: already exists"));
+}
+
+TEST_F(ClassMaterialisationTest, EmbeddedObjectsHaveNoHostType) {
+    ServeClass("TEST_Disk", "",
+               "<PROPERTY NAME=\"Setting\" TYPE=\"string\" EmbeddedObject=\"object\"/>"
+               "<PROPERTY.ARRAY NAME=\"Parts\" TYPE=\"string\" EmbeddedObject=\"instance\"/>");
+    const auto disk = FetchClass(*ConnectedNamespace(), "TEST_Disk");
+    EXPECT_EQ(disk->GetPropertyDecl("Setting", TCIMContext())->GetType(TCIMContext()), ECIMType::eCIMUnknown);
+    EXPECT_EQ(disk->GetPropertyDecl("Parts", TCIMContext())->GetType(TCIMContext()), ECIMType::eCIMArrayUnknown);
+}

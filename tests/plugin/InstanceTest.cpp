@@ -215,6 +215,40 @@ TEST_F(InstanceTest, ACallbackMayRemoveTheInstancesThatItSees) {
 TEST_F(InstanceTest, TheRootClassHasNoInstancesOfItsOwn) {
     EXPECT_THAT(Instances(*fNamespace->GetRootClass()), IsEmpty());
     EXPECT_EQ(CountCalls("EnumerateInstances"), 0U);
+    EXPECT_THAT(fLog->Errors(), ElementsAre(StartsWith(
+                                    "TCimHTTPClass::EnumerateInstances from Pegasus for: <root>returned exception: ")));
+    ServeInstances("TEST_Disk", DiskXml("sda", "1"));
+    EXPECT_EQ(Instances(*fNamespace->GetRootClass(), true).size(), 1U) << "deep gives those of the classes below";
+}
+
+TEST_F(InstanceTest, WhatACallbackThrowsReachesTheCallerAndTheCacheStays) {
+    ServeInstances("TEST_Disk", DiskXml("sda", "1") + DiskXml("sdb", "2"));
+    EXPECT_THROW(fDisk->EnumerateInstances([](const auto&) -> bool { throw std::runtime_error("enough"); }, false,
+                                           TCIMContext()),
+                 std::runtime_error);
+    EXPECT_THROW(fDisk->EnumerateInstances({}, false, TCIMContext()), boost::bad_function_call);
+    EXPECT_EQ(Instances(*fDisk).size(), 2U);
+    EXPECT_EQ(CountCalls("EnumerateInstances", "TEST_Disk"), 1U);
+}
+
+TEST_F(InstanceTest, AnInstanceMayHaveVeryManyProperties) {
+    constexpr int kCount = 5000;
+    std::string declarations;
+    std::string values;
+    for (int i = 0; i < kCount; ++i) {
+        const std::string name = "P" + std::to_string(i);
+        declarations += PropertyXml(name, "uint32", i % 2 == 0 ? KeyXml() : "");
+        values.insert(0, PropertyXml(name, "uint32", ValueXml(std::to_string(i))));
+    }
+    ServeClass("TEST_Huge", "", declarations);
+    ServeInstances("TEST_Huge", InstanceXml("TEST_Huge", "P0", "0", values));
+    const auto huge = FetchClass(*fNamespace, "TEST_Huge");
+    const auto instances = Instances(*huge);
+    ASSERT_EQ(instances.size(), 1U);
+    for (int i = 0; i < kCount; ++i) {
+        ASSERT_EQ(Text(*instances[0], "p" + std::to_string(i)), std::to_string(i));
+    }
+    EXPECT_EQ(huge->GetInstance(instances[0]->BuildPath(TCIMContext()), TCIMContext()), instances[0]);
 }
 
 // --- The cache ---------------------------------------------------------------------------------------------------
@@ -285,7 +319,7 @@ TEST_F(InstanceTest, AHeldInstanceOutlivesItsNamespaceWithoutHarm) {
 }
 
 TEST_F(InstanceTest, ClearInstancesEmptiesTheClassAndAllBelow) {
-    ServeClass("TEST_Part", "", PropertyXml("Name", "string", KeyXml()));
+    ServeClass("TEST_Part", "", PropertyXml("Name", "string", KeyXml()) + "<METHOD NAME=\"Format\" TYPE=\"uint32\"/>");
     ServeInstances("TEST_Disk", DiskXml("sda", "1"));
     const auto part = FetchClass(*fNamespace, "TEST_Part");
     fDisk->AddChildClass(part);
@@ -294,6 +328,7 @@ TEST_F(InstanceTest, ClearInstancesEmptiesTheClassAndAllBelow) {
     for (const auto& cls : {fDisk, part}) {
         EXPECT_THAT(VisitedNames([&](const auto& v) { cls->EnumerateQualifiers(v, TCIMContext()); }), IsEmpty());
         EXPECT_THAT(VisitedNames([&](const auto& v) { cls->EnumeratePropertyDecls(v, TCIMContext()); }), IsEmpty());
+        EXPECT_THAT(VisitedNames([&](const auto& v) { cls->EnumerateMethodDecls(v, TCIMContext()); }), IsEmpty());
         EXPECT_THAT(VisitedNames([&](const auto& v) { cls->EnumerateSubClasses(v, true, TCIMContext()); }), IsEmpty());
     }
     fServer.ForgetCalls();

@@ -1,5 +1,8 @@
 #include "PluginTest.h"
 
+#include <functional>
+#include <thread>
+
 #include "support/ScriptedServer.h"
 
 using namespace NQORVYX20;
@@ -34,6 +37,9 @@ TEST_F(NamespaceTest, ConnectRaisesTheTimeout) {
     EXPECT_EQ(nameSpace->getPegClient()->getTimeout(), 10000U);
     nameSpace->connect(fServer.Address(), "", "", kHttpPort);
     EXPECT_EQ(nameSpace->getPegClient()->getTimeout(), 65535000U);
+    const auto nowhere = MakeNamespace();
+    nowhere->connect(fServer.Address(), "", "", 8080);
+    EXPECT_EQ(nowhere->getPegClient()->getTimeout(), 65535000U);
 }
 
 TEST_F(NamespaceTest, ConnectToAnotherPortCountsAsConnectedWithoutAnyTraffic) {
@@ -135,6 +141,43 @@ TEST_F(NamespaceTest, TwoNamespacesWorkSideBySide) {
     EXPECT_NE(second->GetClass("TEST_Disk", TCIMContext()), disk);
 }
 
+TEST_F(NamespaceTest, TwoNamespacesMayBeUsedFromTwoThreadsAtOnce) {
+    constexpr int kRounds = 10;
+    const support::TestCertificate certificate(support::TestCertificate::Options{});
+    fServer.ListenTls(kHttpsPort, certificate);
+    ServeQualifier("Units");
+    ServeClass("TEST_Base", "", PropertyXml("Name", "string", KeyXml()));
+    ServeClass("TEST_Disk", "TEST_Base",
+               PropertyXml("Name", "string", KeyXml()) +
+                   PropertyXml("Size", "uint64", QualifierXml("Units", "string", "Bytes")));
+    fServer.Answer("EnumerateInstances", "TEST_Disk",
+                   InstanceXml("TEST_Disk", "Name", "a", PropertyXml("Name", "string", ValueXml("a"))) +
+                       InstanceXml("TEST_Disk", "Name", "b", PropertyXml("Name", "string", ValueXml("b"))));
+    const auto work = [&](int port, int& seen) {
+        for (int round = 0; round < kRounds; ++round) {
+            const auto nameSpace = MakeNamespace();
+            nameSpace->connect(fServer.Address(), "", "", port);
+            nameSpace->GetClass("TEST_None", TCIMContext());
+            const auto disk = nameSpace->GetClass("TEST_Disk", TCIMContext());
+            ASSERT_TRUE(disk);
+            disk->EnumerateInstances(
+                [&](const auto& instance) {
+                    seen += instance->BuildPath(TCIMContext()).GetPath().empty() ? 0 : 1;
+                    return true;
+                },
+                false, TCIMContext());
+        }
+    };
+    int seenPlain = 0;
+    int seenSecure = 0;
+    std::thread plain(work, kHttpPort, std::ref(seenPlain));
+    std::thread secure(work, kHttpsPort, std::ref(seenSecure));
+    plain.join();
+    secure.join();
+    EXPECT_EQ(seenPlain, 2 * kRounds);
+    EXPECT_EQ(seenSecure, 2 * kRounds);
+}
+
 // --- Qualifier declarations --------------------------------------------------------------------------------------
 
 TEST_F(NamespaceTest, InitializeDeclaresExactlyThePluginsQualifiers) {
@@ -146,6 +189,16 @@ TEST_F(NamespaceTest, InitializeDeclaresExactlyThePluginsQualifiers) {
     EXPECT_EQ(name->GetFlavor(TCIMContext()), ICIMQualifierDecl::eFlavorNone);
     EXPECT_EQ(nameSpace->GetQualifierDecl("PLUGINVERSION", TCIMContext())->GetDefaultValue(TCIMContext()),
               TCIMValue(""));
+}
+
+TEST_F(NamespaceTest, ThePluginsNameMayBeAnyValueThatHasAText) {
+    ServeClass("TEST_Disk", "", "");
+    const auto nameSpace =
+        boost::dynamic_pointer_cast<TCimHTTPNamespace>(TCimHTTPNamespaceProvider::GetInstance()->AllocateNamespace(
+            {{"pluginNameQualDeclValue", TCIMValue(7)}}, false));
+    nameSpace->connect(fServer.Address(), "", "", kHttpPort);
+    const auto name = FetchClass(*nameSpace, "TEST_Disk")->GetQualifier("PLUGINNAME", TCIMContext());
+    EXPECT_EQ(name->GetValue(TCIMContext()), TCIMValue("7"));
 }
 
 TEST_F(NamespaceTest, GetQualifierDeclFindsTheNameInAnyCase) {
@@ -233,7 +286,8 @@ TEST_F(NamespaceTest, WritesQueriesAndSubscriptionsAreRefusedSilently) {
 
 TEST_F(NamespaceTest, SetUpcallNamespaceIsDropped) {
     const auto nameSpace = MakeNamespace();
-    nameSpace->SetUpcallNamespace(MakeNamespace(), TCIMContext());
+    const auto upcall = MakeNamespace();
+    nameSpace->SetUpcallNamespace(upcall, TCIMContext());
     EXPECT_FALSE(nameSpace->GetUpcallNamespace());
 }
 
@@ -291,6 +345,16 @@ TEST_F(NamespaceTest, AFailedEnumerateClassNamesLeavesTheNamesAndLogsOneLine) {
     EXPECT_EQ(names[0], Pegasus::CIMName("Before"));
     EXPECT_THAT(fLog->Debug(), ElementsAre("TCimHTTPNamespace::EnumerateClassNames: root/cimv2:TEST_None: "
                                            "CIM_ERR_INVALID_CLASS: no such class\n"));
+}
+
+TEST_F(NamespaceTest, EnumerateClassNamesLogsNamesThatNoServerCouldHave) {
+    const auto nameSpace = ConnectedNamespace();
+    Pegasus::Array<Pegasus::CIMName> names;
+    nameSpace->EnumerateClassNames("root/2nd", "TEST_Disk", names);
+    nameSpace->EnumerateClassNames("root/cimv2", "2abc", names);
+    EXPECT_THAT(fLog->Debug(), ElementsAre(StartsWith("TCimHTTPNamespace::EnumerateClassNames: root/2nd:TEST_Disk: "),
+                                           StartsWith("TCimHTTPNamespace::EnumerateClassNames: root/cimv2:2abc: ")));
+    EXPECT_THAT(fServer.Calls(), IsEmpty());
 }
 
 TEST_F(NamespaceTest, TheDiagnosticWalkAsksOnceAndChangesNothing) {

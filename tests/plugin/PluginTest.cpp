@@ -1,5 +1,7 @@
 #include "PluginTest.h"
 
+#include <algorithm>
+
 #include "host/TRootObject.h"
 
 using namespace NQORVYX20;

@@ -272,4 +272,6 @@ TEST_F(PropertyValueTest, DoesNotKeepItsDeclarationAlive) {
     EXPECT_THROW(property.ToString(), boost::bad_weak_ptr);
     EXPECT_THROW(property.ToStringVector(), boost::bad_weak_ptr);
     EXPECT_TRUE(property.IsDefaultValue({}));
+    property.SetPrevValue();
+    EXPECT_EQ(property.GetPrevValue(), TCIMValue()) << "null is not checked against the declaration";
 }

@@ -243,6 +243,20 @@ TEST_F(RequestedClassParserTest, DebugOutputLogsAtTheCallersSeverity) {
     EXPECT_THAT(fLog->Errors(), ElementsAre(Error(8, "not done")));
 }
 
+TEST_F(RequestedClassParserTest, ADerivedParserHearsOfEveryError) {
+    struct TListener : TCimHTTPRequestedClassParser {
+        void FatalError(const char* message) override { heard.emplace_back(message); }
+        std::vector<std::string> heard;
+    } listener;
+    listener.SetCharData("<vyx><network/><class/><server/>");
+    EXPECT_FALSE(listener.ParseCharData());
+    EXPECT_THAT(listener.heard,
+                ElementsAre("No Version Specified for VYX identifier", "No Name Specified for Object identifier",
+                            "Object Identifier Ended Unexpectedly.", "No Name Specified for Counter identifier",
+                            "Unrecognized identifier", "Unrecognized identifier", "no element found"));
+    EXPECT_THAT(fLog->Errors(), IsEmpty());
+}
+
 // --- Lines -------------------------------------------------------------------------------------------------------
 
 TEST_F(RequestedClassParserTest, LinesAreCountedWhateverEndsThem) {
