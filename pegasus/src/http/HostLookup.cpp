@@ -27,7 +27,7 @@ class Query {
   public:
     explicit Query(const Endpoint& endpoint) : host_(endpoint.host()), service_(std::to_string(endpoint.port())) {
         hints_.ai_socktype = SOCK_STREAM;
-        hints_.ai_flags = AI_NUMERICSERV | (endpoint.isAddressLiteral() ? AI_NUMERICHOST : 0);
+        hints_.ai_flags = AI_NUMERICSERV;
         request_.ar_name = host_.c_str();
         request_.ar_service = service_.c_str();
         request_.ar_request = &hints_;
@@ -114,11 +114,28 @@ std::vector<SocketAddress> addressesOf(const addrinfo* list) {
     return addresses;
 }
 
+/// An address needs no name service: it is translated at once, without a thread.
+std::vector<SocketAddress> translate(const Endpoint& endpoint) {
+    addrinfo hints{};
+    hints.ai_socktype = SOCK_STREAM;
+    hints.ai_flags = AI_NUMERICSERV | AI_NUMERICHOST;
+    addrinfo* list = nullptr;
+    const int result = ::getaddrinfo(endpoint.host().c_str(), std::to_string(endpoint.port()).c_str(), &hints, &list);
+    const std::unique_ptr<addrinfo, AddressInfoFree> owner(list);
+    if (result != 0) {
+        fail(endpoint, ::gai_strerror(result));
+    }
+    return addressesOf(list);
+}
+
 } // namespace
 
 std::vector<SocketAddress> lookUp(const Endpoint& endpoint, const Deadline& deadline) {
     if (endpoint.port() > kHighestPort) {
         fail(endpoint, "a port is at most " + std::to_string(kHighestPort));
+    }
+    if (endpoint.isAddressLiteral()) {
+        return translate(endpoint);
     }
     AbandonedQueries::instance().releaseFinished();
     auto query = std::make_unique<Query>(endpoint);
