@@ -207,6 +207,9 @@ TEST(HandlesTest, AnUninitialisedObjectThrowsWhenUsed) {
     EXPECT_THROW(CIMClass().getClassName(), UninitializedObjectException);
     EXPECT_THROW(CIMInstance().setPath(CIMObjectPath()), UninitializedObjectException);
     EXPECT_THROW(CIMObject().isClass(), UninitializedObjectException);
+    EXPECT_THROW(CIMObject().getPath(), UninitializedObjectException);
+    EXPECT_THROW(CIMClass{CIMObject()}, UninitializedObjectException);
+    EXPECT_THROW(CIMInstance{CIMObject()}, UninitializedObjectException);
     EXPECT_THROW(CIMClass("A").addProperty(CIMProperty()), UninitializedObjectException);
 }
 
@@ -286,6 +289,9 @@ TEST(CIMClassTest, MembersAreFoundByNameAndIndex) {
     EXPECT_EQ(cimClass.getClassName(), CIMName("A"));
     EXPECT_EQ(cimClass.getSuperClassName(), CIMName("B"));
     EXPECT_EQ(cimClass.getPath(), CIMObjectPath("A"));
+    cimClass.setPath("root/cimv2:A");
+    EXPECT_EQ(cimClass.getPath(), CIMObjectPath("root/cimv2:A"));
+    EXPECT_FALSE(cimClass.identical(CIMClass("A", "B")));
     EXPECT_EQ(cimClass.findQualifier("q"), 0U);
     EXPECT_EQ(cimClass.findProperty("p"), 0U);
     EXPECT_EQ(cimClass.findMethod("m"), 0U);
@@ -316,12 +322,38 @@ TEST(CIMInstanceTest, ItsPathIsItsClassUntilItGetsOne) {
 }
 
 TEST(CIMObjectTest, ItIsAClassOrAnInstance) {
-    const CIMObject object(CIMClass("A"));
-    EXPECT_TRUE(object.isClass());
-    EXPECT_EQ(object.getClass().getClassName(), CIMName("A"));
-    EXPECT_THROW(object.getInstance(), TypeMismatchException);
-    EXPECT_TRUE(CIMObject(CIMInstance(CIMName("A"))).isInstance());
-    EXPECT_FALSE(object.identical(CIMInstance(CIMName("A"))));
+    const CIMObject aClass(CIMClass("A"));
+    EXPECT_TRUE(aClass.isClass());
+    EXPECT_FALSE(aClass.isInstance());
+    EXPECT_EQ(CIMClass(aClass).getClassName(), CIMName("A"));
+    EXPECT_THROW(CIMInstance{aClass}, DynamicCastFailedException);
+
+    const CIMObject anInstance(CIMInstance(CIMName("A")));
+    EXPECT_FALSE(anInstance.isClass());
+    EXPECT_TRUE(anInstance.isInstance());
+    EXPECT_EQ(CIMInstance(anInstance).getClassName(), CIMName("A"));
+    EXPECT_THROW(CIMClass{anInstance}, DynamicCastFailedException);
+
+    EXPECT_FALSE(aClass.identical(anInstance));
+    EXPECT_TRUE(aClass.identical(CIMClass("A")));
+    EXPECT_TRUE(anInstance.identical(CIMInstance(CIMName("A"))));
+    EXPECT_FALSE(anInstance.identical(CIMInstance(CIMName("B"))));
+}
+
+TEST(CIMObjectTest, ItSharesNameAndPathWithWhatItHolds) {
+    CIMInstance instance(CIMName("A"));
+    CIMObject object(instance);
+    EXPECT_EQ(object.getClassName(), CIMName("A"));
+    EXPECT_EQ(object.getPath(), CIMObjectPath("A"));
+    object.setPath("//host/root:A.K=1");
+    EXPECT_EQ(instance.getPath(), CIMObjectPath("//host/root:A.K=1"));
+    instance.setPath("A.K=2");
+    EXPECT_EQ(object.getPath(), CIMObjectPath("A.K=2"));
+
+    CIMObject aClass(CIMClass("B"));
+    aClass.setPath("//host/root:B");
+    EXPECT_EQ(aClass.getClassName(), CIMName("B"));
+    EXPECT_EQ(CIMClass(aClass).getPath(), CIMObjectPath("//host/root:B"));
 }
 
 } // namespace

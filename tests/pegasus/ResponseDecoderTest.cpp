@@ -230,8 +230,8 @@ TEST(DecodeEmbeddedTest, AnEmbeddedObjectIsAClassOrAnInstance) {
         property.getValue().get(object);
         return object;
     };
-    EXPECT_EQ(decodeObject(kEmbedded).getInstance().getClassName(), CIMName("B"));
-    EXPECT_EQ(decodeObject("<![CDATA[<?xml version=\"1.0\"?> <CLASS NAME=\"C\"/> ]]>").getClass().getClassName(),
+    EXPECT_EQ(CIMInstance(decodeObject(kEmbedded)).getClassName(), CIMName("B"));
+    EXPECT_EQ(CIMClass(decodeObject("<![CDATA[<?xml version=\"1.0\"?> <CLASS NAME=\"C\"/> ]]>")).getClassName(),
               CIMName("C"));
 }
 

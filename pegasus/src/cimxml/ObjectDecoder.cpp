@@ -301,7 +301,7 @@ T ObjectDecoder::decodeItem(XmlElement value) {
             return CIMInstance();
         if (object.isClass())
             throwXmlError({"a class is embedded where an instance is declared"});
-        return object.getInstance();
+        return CIMInstance(object);
     } else {
         return decodeScalar<T>(textOf(value, buffer));
     }

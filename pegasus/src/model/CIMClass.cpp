@@ -5,14 +5,15 @@
 namespace Pegasus {
 
 struct CIMClass::Rep : detail::RefCounted {
-    Rep(const CIMName& className, const CIMName& itsSuperClass)
-        : path(String(), CIMNamespaceName(), className), superClass(itsSuperClass) {}
+    Rep(const CIMName& itsClassName, const CIMName& itsSuperClass)
+        : className(itsClassName), path(String(), CIMNamespaceName(), itsClassName), superClass(itsSuperClass) {}
 
     Boolean isMarked(const CIMName& qualifierName) const {
         const Uint32 index = qualifiers.find(qualifierName);
         return index != PEG_NOT_FOUND && qualifiers[index].getValue() == CIMValue(true);
     }
 
+    CIMName className;
     CIMObjectPath path;
     CIMName superClass;
     detail::NamedList<CIMQualifier> qualifiers;
@@ -23,9 +24,10 @@ struct CIMClass::Rep : detail::RefCounted {
 CIMClass::CIMClass(const CIMName& className, const CIMName& superClass)
     : rep_(detail::Handle<Rep>::make(className, superClass)) {}
 
-const CIMName& CIMClass::getClassName() const { return rep_->path.getClassName(); }
+const CIMName& CIMClass::getClassName() const { return rep_->className; }
 const CIMName& CIMClass::getSuperClassName() const { return rep_->superClass; }
 const CIMObjectPath& CIMClass::getPath() const { return rep_->path; }
+void CIMClass::setPath(const CIMObjectPath& path) { rep_->path = path; }
 Boolean CIMClass::isAssociation() const { return rep_->isMarked("Association"); }
 Boolean CIMClass::isAbstract() const { return rep_->isMarked("Abstract"); }
 
@@ -56,8 +58,9 @@ Uint32 CIMClass::findMethod(const CIMName& name) const { return rep_->methods.fi
 Boolean CIMClass::identical(const CIMClass& other) const {
     const Rep& a = *rep_;
     const Rep& b = *other.rep_;
-    return a.path == b.path && a.superClass == b.superClass && a.qualifiers.identical(b.qualifiers) &&
-           a.properties.identical(b.properties) && a.methods.identical(b.methods);
+    return a.className == b.className && a.path == b.path && a.superClass == b.superClass &&
+           a.qualifiers.identical(b.qualifiers) && a.properties.identical(b.properties) &&
+           a.methods.identical(b.methods);
 }
 
 } // namespace Pegasus

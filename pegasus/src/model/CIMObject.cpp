@@ -20,22 +20,38 @@ CIMObject::CIMObject(const CIMInstance& instance) : rep_(detail::Handle<Rep>::ma
 Boolean CIMObject::isClass() const { return std::holds_alternative<CIMClass>(rep_->content); }
 Boolean CIMObject::isInstance() const { return !isClass(); }
 
-const CIMClass& CIMObject::getClass() const {
-    if (!isClass())
-        throw TypeMismatchException("the object is an instance, not a class");
-    return std::get<CIMClass>(rep_->content);
+const CIMName& CIMObject::getClassName() const {
+    return std::visit([](const auto& object) -> const CIMName& { return object.getClassName(); }, rep_->content);
 }
 
-const CIMInstance& CIMObject::getInstance() const {
-    if (isClass())
-        throw TypeMismatchException("the object is a class, not an instance");
-    return std::get<CIMInstance>(rep_->content);
+const CIMObjectPath& CIMObject::getPath() const {
+    return std::visit([](const auto& object) -> const CIMObjectPath& { return object.getPath(); }, rep_->content);
+}
+
+void CIMObject::setPath(const CIMObjectPath& path) {
+    std::visit([&](auto& object) { object.setPath(path); }, rep_->content);
 }
 
 Boolean CIMObject::identical(const CIMObject& other) const {
     if (isClass() != other.isClass())
         return false;
-    return isClass() ? getClass().identical(other.getClass()) : getInstance().identical(other.getInstance());
+    return isClass() ? CIMClass(*this).identical(CIMClass(other)) : CIMInstance(*this).identical(CIMInstance(other));
+}
+
+// The conversions back stand here, where it is known what an object is made of.
+
+CIMClass::CIMClass(const CIMObject& object) {
+    const auto* const cimClass = std::get_if<CIMClass>(&object.rep_->content);
+    if (!cimClass)
+        throw DynamicCastFailedException("the object is an instance, not a class");
+    *this = *cimClass;
+}
+
+CIMInstance::CIMInstance(const CIMObject& object) {
+    const auto* const instance = std::get_if<CIMInstance>(&object.rep_->content);
+    if (!instance)
+        throw DynamicCastFailedException("the object is a class, not an instance");
+    *this = *instance;
 }
 
 } // namespace Pegasus

@@ -43,7 +43,7 @@ void print(std::string& out, const CIMInstance& instance) {
 }
 void print(std::string& out, const CIMObject& object) {
     if (!object.isUninitialized())
-        print(out, object.isClass() ? object.getClass().getPath() : object.getInstance().getPath());
+        print(out, object.getPath());
 }
 
 /// A UTF-16 unit as UTF-8; half of a surrogate pair is no character and becomes U+FFFD.

@@ -33,6 +33,8 @@ IndexOutOfBoundsException::IndexOutOfBoundsException() : Exception("the index is
 
 TypeMismatchException::TypeMismatchException(const String& message) : Exception(message) {}
 
+DynamicCastFailedException::DynamicCastFailedException(const String& message) : Exception(message) {}
+
 InvalidNameException::InvalidNameException(const String& name) : Exception(quoted("not a CIM name:", name)) {}
 
 InvalidNamespaceNameException::InvalidNamespaceNameException(const String& name)

@@ -2,6 +2,7 @@
 
 #include <Pegasus/Common/CIMMethod.h>
 #include <Pegasus/Common/CIMName.h>
+#include <Pegasus/Common/CIMObject.h>
 #include <Pegasus/Common/CIMObjectPath.h>
 #include <Pegasus/Common/CIMProperty.h>
 #include <Pegasus/Common/CIMQualifier.h>
@@ -15,11 +16,15 @@ class CIMClass {
     CIMClass() noexcept = default;
     /// A class without superclass is a top class.
     explicit CIMClass(const CIMName& className, const CIMName& superClass = CIMName());
+    /// The class that an object is. Throws DynamicCastFailedException when it is an instance.
+    explicit CIMClass(const CIMObject& object);
 
     const CIMName& getClassName() const;
     /// Null for a top class.
     const CIMName& getSuperClassName() const;
+    /// The class name alone until setPath() gives more.
     const CIMObjectPath& getPath() const;
+    void setPath(const CIMObjectPath& path);
     /// Whether the class has the qualifier Association with the value true.
     Boolean isAssociation() const;
     /// Whether the class has the qualifier Abstract with the value true.
@@ -47,6 +52,8 @@ class CIMClass {
     Uint32 findMethod(const CIMName& name) const;
 
     Boolean identical(const CIMClass& other) const;
+    /// Whether this is a default-constructed handle.
+    Boolean isUninitialized() const noexcept { return !rep_; }
 
   private:
     struct Rep;

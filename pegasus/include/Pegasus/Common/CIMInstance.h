@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Pegasus/Common/CIMName.h>
+#include <Pegasus/Common/CIMObject.h>
 #include <Pegasus/Common/CIMObjectPath.h>
 #include <Pegasus/Common/Handle.h>
 
@@ -14,6 +15,8 @@ class CIMInstance {
   public:
     CIMInstance() noexcept = default;
     explicit CIMInstance(const CIMName& className);
+    /// The instance that an object is. Throws DynamicCastFailedException when it is a class.
+    explicit CIMInstance(const CIMObject& object);
 
     const CIMName& getClassName() const;
     /// The class name alone until setPath() gives more.

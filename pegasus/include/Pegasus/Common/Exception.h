@@ -49,6 +49,12 @@ class TypeMismatchException : public Exception {
     explicit TypeMismatchException(const String& message = "the value has another type");
 };
 
+/// An object is a class where an instance is asked for, or the other way round.
+class DynamicCastFailedException : public Exception {
+  public:
+    explicit DynamicCastFailedException(const String& message = "the object is of another kind");
+};
+
 class InvalidNameException : public Exception {
   public:
     explicit InvalidNameException(const String& name);
