@@ -95,6 +95,9 @@ void ObjectFramer::takeEnvelope(std::string_view& bytes) {
 bool ObjectFramer::isEnvelope(std::string_view name) const {
     if (level_ == nextLevel_ && level_ < kEnvelope.size() && name == kEnvelope[level_])
         return true;
+    if (level_ == kInMethodResponse - 1 && name == "METHODRESPONSE")
+        throw CIMClientResponseException(
+            "the server answers another request: a METHODRESPONSE is for extrinsic methods");
     if (level_ < kInMethodResponse)
         throwXmlError({"the element ", name, " stands where ",
                        level_ == nextLevel_ ? kEnvelope[level_] : std::string_view("nothing more"), " is expected"});

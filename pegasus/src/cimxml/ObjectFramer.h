@@ -13,8 +13,8 @@ namespace Pegasus::cimxml {
 ///     CIM > MESSAGE > SIMPLERSP > IMETHODRESPONSE > IRETURNVALUE
 ///
 /// and the elements within: each object of the return value, and the ERROR in place of one. Throws
-/// CIMClientXmlException where the document is not well-formed or not of this shape; what is within the elements is
-/// left to the parser behind it.
+/// CIMClientXmlException where the document is not well-formed or not of this shape, CIMClientResponseException where
+/// it is the answer to an extrinsic method; what is within the elements is left to the parser behind it.
 class ObjectFramer {
   public:
     class Handler {
