@@ -116,13 +116,6 @@ TEST_F(ClientTest, CanDisconnectAtAnyTime) {
     EXPECT_EQ(getThing().getClassName(), CIMName("CIM_Thing"));
 }
 
-TEST_F(ClientTest, NeedsAConnectionForEachOperation) {
-    EXPECT_THROW(client_.getClass(kNamespace, CIMName("A")), NotConnectedException);
-    EXPECT_THROW(client_.getQualifier(kNamespace, CIMName("A")), NotConnectedException);
-    EXPECT_THROW(client_.enumerateClassNames(kNamespace), NotConnectedException);
-    EXPECT_THROW(client_.enumerateInstances(kNamespace, CIMName("A")), NotConnectedException);
-}
-
 TEST_F(ClientTest, IsIndependentOfOtherClients) {
     connect();
     CIMClient other;

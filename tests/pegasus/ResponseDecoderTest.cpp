@@ -480,6 +480,18 @@ TEST(DecodeInstanceTest, ANamedInstanceCarriesItsPath) {
                 HasSubstr("lacks the instance"));
 }
 
+TEST(DecodeObjectTest, AnObjectOrAPathThatIsMissingIsAnError) {
+    const std::string name = "<INSTANCENAME CLASSNAME='A'/>";
+    const std::string instance = "<INSTANCE CLASSNAME='A'/>";
+    for (const std::string& content : {std::string(), name, instance})
+        EXPECT_THAT(xmlErrorOf(returning("<VALUE.OBJECTWITHPATH>" + content + "</VALUE.OBJECTWITHPATH>")),
+                    HasSubstr("VALUE.OBJECTWITHPATH lacks the object or its path"));
+    EXPECT_THAT(xmlErrorOf(returning("<VALUE.OBJECT>" + name + "</VALUE.OBJECT>")), HasSubstr("VALUE.OBJECT lacks"));
+    EXPECT_THAT(xmlErrorOf(returning("<VALUE.OBJECT><METHOD NAME='M'/></VALUE.OBJECT>")), HasSubstr("METHOD"));
+    EXPECT_THAT(xmlErrorOf(returning("<OBJECTPATH/>")), HasSubstr("OBJECTPATH is empty"));
+    EXPECT_THAT(xmlErrorOf(returning("<OBJECTPATH>" + instance + "</OBJECTPATH>")), HasSubstr("INSTANCE"));
+}
+
 TEST(DecodeQualifierDeclTest, ScopeFlavorArraySizeAndDefaultAreRead) {
     const CIMQualifierDecl decl =
         decodeObjects("<QUALIFIER.DECLARATION NAME=\"Q\" TYPE=\"uint16\" ISARRAY=\"true\" ARRAYSIZE=\"3\" "
@@ -586,6 +598,9 @@ TEST(ResponseDecoderTest, TheAnswerToAnotherRequestIsRefused) {
     EXPECT_THROW(decoder.feed(returning("<CLASS NAME=\"A\"/>")), CIMClientResponseException);
     EXPECT_THAT(answer.classes, IsEmpty());
     EXPECT_THROW(decode("GetQualifier", returning("<CLASS NAME=\"A\"/>")), CIMClientResponseException);
+    EXPECT_THROW(decode("GetClass", "<CIM><MESSAGE ID='1001'><SIMPLERSP><METHODRESPONSE NAME='GetClass'/></SIMPLERSP>"
+                                    "</MESSAGE></CIM>"),
+                 CIMClientResponseException);
 }
 
 TEST(ResponseDecoderTest, AnObjectThatTheOperationDoesNotReturnIsRefused) {
@@ -618,6 +633,8 @@ TEST(ResponseDecoderTest, WhatIsNotCimXmlIsAnError) {
     EXPECT_THAT(xmlErrorOf("<CIM/>"), HasSubstr("it has no MESSAGE"));
     EXPECT_THAT(xmlErrorOf("<CIM><MESSAGE ID='1001'><SIMPLEREQ/></MESSAGE></CIM>"),
                 HasSubstr("SIMPLEREQ stands where SIMPLERSP is expected"));
+    EXPECT_THAT(xmlErrorOf("<CIM><MESSAGE ID='1001'><METHODRESPONSE/></MESSAGE></CIM>"),
+                HasSubstr("METHODRESPONSE stands where SIMPLERSP is expected"));
     EXPECT_THAT(xmlErrorOf("<CIM><MESSAGE/></CIM>"), HasSubstr("MESSAGE has no attribute ID"));
     EXPECT_THAT(xmlErrorOf(returning("<FOO/>")), HasSubstr("FOO does not belong into IRETURNVALUE"));
     EXPECT_THAT(xmlErrorOf(returning("FOO")), HasSubstr("text between the elements"));

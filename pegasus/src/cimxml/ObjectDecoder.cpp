@@ -178,6 +178,29 @@ CIMInstance ObjectDecoder::decodeInstanceWithPath(XmlElement element) {
     return instance;
 }
 
+CIMObject ObjectDecoder::decodeObject(XmlElement element) {
+    CIMObjectPath path;
+    CIMObject object;
+    for (const auto child : ChildElements(element)) {
+        if (isNamed(child, "INSTANCE"))
+            object = decodeInstance(child);
+        else if (isNamed(child, "CLASS"))
+            object = decodeClass(child);
+        else
+            path = paths_.decodePath(child);
+    }
+    const bool hasPath = !path.getClassName().isNull();
+    if (object.isUninitialized() || (!hasPath && !isNamed(element, "VALUE.OBJECT")))
+        throwXmlError({"the element ", element.name(), " lacks the object or its path"});
+    if (hasPath)
+        object.setPath(path);
+    return object;
+}
+
+CIMObjectPath ObjectDecoder::decodeInstanceName(XmlElement element) { return paths_.decodePath(element); }
+
+CIMObjectPath ObjectDecoder::decodeObjectPath(XmlElement element) { return paths_.decodeReference(element); }
+
 CIMName ObjectDecoder::decodeClassName(XmlElement element) { return names_.get(Attributes(element).get("NAME")); }
 
 CIMQualifierDecl ObjectDecoder::decodeQualifierDecl(XmlElement element) {

@@ -25,6 +25,13 @@ class ObjectDecoder {
     CIMInstance decodeInstance(XmlElement element);
     /// VALUE.NAMEDINSTANCE or VALUE.INSTANCEWITHPATH: an instance with its path.
     CIMInstance decodeInstanceWithPath(XmlElement element);
+    /// VALUE.OBJECTWITHPATH or VALUE.OBJECTWITHLOCALPATH: a class or an instance with its path. VALUE.OBJECT: one
+    /// without.
+    CIMObject decodeObject(XmlElement element);
+    /// INSTANCENAME.
+    CIMObjectPath decodeInstanceName(XmlElement element);
+    /// OBJECTPATH, which holds an INSTANCEPATH or a CLASSPATH.
+    CIMObjectPath decodeObjectPath(XmlElement element);
     /// CLASSNAME.
     CIMName decodeClassName(XmlElement element);
     /// QUALIFIER.DECLARATION.

@@ -47,7 +47,7 @@ CIMObjectPath PathDecoder::decodePath(XmlElement element) {
 CIMObjectPath PathDecoder::decodeReference(XmlElement element) {
     const auto path = onlyChild(element);
     if (!path)
-        throwXmlError({"the element VALUE.REFERENCE is empty"});
+        throwXmlError({"the element ", element.name(), " is empty"});
     return decodePath(path);
 }
 

@@ -15,7 +15,7 @@ class PathDecoder {
 
     /// INSTANCENAME, INSTANCEPATH, LOCALINSTANCEPATH, CLASSNAME, CLASSPATH or LOCALCLASSPATH.
     CIMObjectPath decodePath(XmlElement element);
-    /// VALUE.REFERENCE, which holds one of these.
+    /// VALUE.REFERENCE or OBJECTPATH, which hold one of these.
     CIMObjectPath decodeReference(XmlElement element);
 
   private:

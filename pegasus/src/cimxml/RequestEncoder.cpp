@@ -49,7 +49,8 @@ void appendValue(std::string& out, std::string_view text) {
     out += "</VALUE>";
 }
 
-void appendNamespacePath(std::string& out, std::string_view rest) {
+void appendNamespacePath(std::string& out, const CIMNamespaceName& nameSpace) {
+    std::string_view rest = nameSpace.getString().view();
     out += "<LOCALNAMESPACEPATH>";
     while (!rest.empty()) {
         const auto slash = rest.find('/');
@@ -57,6 +58,92 @@ void appendNamespacePath(std::string& out, std::string_view rest) {
         rest = slash == std::string_view::npos ? std::string_view() : rest.substr(slash + 1);
     }
     out += "</LOCALNAMESPACEPATH>";
+}
+
+void appendClassName(std::string& out, const CIMName& name) {
+    appendNamed(out, "CLASSNAME", name.getString().view(), "/>");
+}
+
+void appendReference(std::string& out, const CIMObjectPath& path);
+
+const char* valueTypeOf(const CIMKeyBinding& key) {
+    switch (key.getType()) {
+    case CIMKeyBinding::BOOLEAN:
+        return "boolean";
+    case CIMKeyBinding::NUMERIC:
+        return "numeric";
+    case CIMKeyBinding::STRING:
+    case CIMKeyBinding::REFERENCE:
+        break;
+    }
+    return "string";
+}
+
+void appendKeyValue(std::string& out, const CIMKeyBinding& key) {
+    if (key.getType() == CIMKeyBinding::REFERENCE) {
+        appendReference(out, CIMObjectPath(key.getValue()));
+        return;
+    }
+    out.append("<KEYVALUE VALUETYPE=\"").append(valueTypeOf(key)).append("\">");
+    appendEscaped(out, key.getValue().view());
+    out += "</KEYVALUE>";
+}
+
+void appendKey(std::string& out, const CIMKeyBinding& key) {
+    if (key.getName().isNull()) {
+        appendKeyValue(out, key);
+        return;
+    }
+    appendNamed(out, "KEYBINDING", key.getName().getString().view(), ">");
+    appendKeyValue(out, key);
+    out += "</KEYBINDING>";
+}
+
+void appendInstanceName(std::string& out, const CIMObjectPath& path) {
+    out += "<INSTANCENAME CLASSNAME=\"";
+    appendEscaped(out, path.getClassName().getString().view());
+    out += "\">";
+    for (const CIMKeyBinding& key : path.getKeyBindings())
+        appendKey(out, key);
+    out += "</INSTANCENAME>";
+}
+
+bool isClassPath(const CIMObjectPath& path) { return path.getKeyBindings().size() == 0; }
+
+void appendObjectName(std::string& out, const CIMObjectPath& path) {
+    if (isClassPath(path))
+        appendClassName(out, path.getClassName());
+    else
+        appendInstanceName(out, path);
+}
+
+/// A path to a class or an instance in the form that says as much as the path does. A host counts only together with a
+/// namespace: CIM-XML has no form for a host alone.
+void appendPath(std::string& out, const CIMObjectPath& path) {
+    if (path.getNameSpace().isNull()) {
+        appendObjectName(out, path);
+        return;
+    }
+    const bool local = path.getHost().empty();
+    const std::string element = std::string(local ? "LOCAL" : "") + (isClassPath(path) ? "CLASSPATH" : "INSTANCEPATH");
+    out.append("<").append(element).append(">");
+    if (!local) {
+        out += "<NAMESPACEPATH><HOST>";
+        appendEscaped(out, path.getHost().view());
+        out += "</HOST>";
+    }
+    appendNamespacePath(out, path.getNameSpace());
+    if (!local)
+        out += "</NAMESPACEPATH>";
+    appendObjectName(out, path);
+    out.append("</").append(element).append(">");
+}
+
+/// References within references end soon: each level doubles the escapes in the text of the outermost one.
+void appendReference(std::string& out, const CIMObjectPath& path) {
+    out += "<VALUE.REFERENCE>";
+    appendPath(out, path);
+    out += "</VALUE.REFERENCE>";
 }
 
 } // namespace
@@ -67,7 +154,7 @@ RequestEncoder::RequestEncoder(std::string_view messageId, std::string_view meth
     appendEscaped(body_, messageId);
     body_ += "\" PROTOCOLVERSION=\"1.0\"><SIMPLEREQ>";
     appendNamed(body_, "IMETHODCALL", method, ">");
-    appendNamespacePath(body_, nameSpace.getString().view());
+    appendNamespacePath(body_, nameSpace);
 }
 
 void RequestEncoder::addBoolean(std::string_view parameter, bool value) {
@@ -84,7 +171,23 @@ void RequestEncoder::addClassName(std::string_view parameter, const CIMName& nam
     if (name.isNull())
         return;
     open(parameter);
-    appendNamed(body_, "CLASSNAME", name.getString().view(), "/>");
+    appendClassName(body_, name);
+    close();
+}
+
+void RequestEncoder::addInstanceName(std::string_view parameter, const CIMObjectPath& path) {
+    if (path.getClassName().isNull())
+        return;
+    open(parameter);
+    appendInstanceName(body_, path);
+    close();
+}
+
+void RequestEncoder::addObjectName(std::string_view parameter, const CIMObjectPath& path) {
+    if (path.getClassName().isNull())
+        return;
+    open(parameter);
+    appendObjectName(body_, path);
     close();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Pegasus/Common/CIMName.h>
+#include <Pegasus/Common/CIMObjectPath.h>
 #include <Pegasus/Common/CIMPropertyList.h>
 
 #include <string>
@@ -23,6 +24,12 @@ class RequestEncoder {
     void addString(std::string_view parameter, std::string_view value);
     /// A class name as a CLASSNAME element. The null name is left out.
     void addClassName(std::string_view parameter, const CIMName& name);
+    /// The name of an instance within the request's namespace as an INSTANCENAME element; the path's own host and
+    /// namespace are no part of it. The empty path is left out. Throws MalformedObjectNameException when the value of a
+    /// reference key is not the text form of a path.
+    void addInstanceName(std::string_view parameter, const CIMObjectPath& path);
+    /// The same for a class or an instance: a path without keys is sent as a CLASSNAME element.
+    void addObjectName(std::string_view parameter, const CIMObjectPath& path);
     /// A property list as an array of strings. The null list is left out; an empty one is sent as an empty array.
     void addPropertyList(std::string_view parameter, const CIMPropertyList& list);
 

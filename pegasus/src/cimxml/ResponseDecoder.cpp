@@ -31,19 +31,8 @@ namespace {
 
 /// What other operations return. An element that is not even among these is no CIM-XML.
 bool isOtherReturnValue(XmlElement element) {
-    constexpr std::array<std::string_view, 13> kOthers = {"INSTANCENAME",
-                                                          "INSTANCEPATH",
-                                                          "OBJECTPATH",
-                                                          "VALUE",
-                                                          "VALUE.ARRAY",
-                                                          "VALUE.REFERENCE",
-                                                          "VALUE.REFARRAY",
-                                                          "VALUE.OBJECT",
-                                                          "VALUE.NAMEDOBJECT",
-                                                          "VALUE.OBJECTWITHPATH",
-                                                          "VALUE.OBJECTWITHLOCALPATH",
-                                                          "CLASSPATH",
-                                                          "LOCALCLASSPATH"};
+    constexpr std::array<std::string_view, 6> kOthers = {"INSTANCEPATH",    "VALUE",          "VALUE.ARRAY",
+                                                         "VALUE.REFERENCE", "VALUE.REFARRAY", "VALUE.NAMEDOBJECT"};
     return std::find(kOthers.begin(), kOthers.end(), element.name()) != kOthers.end();
 }
 
@@ -61,7 +50,10 @@ CIMException decodeError(XmlElement element) {
 
 void ReturnValueSink::onClass(const CIMClass&) { throwUnexpectedObject("a class"); }
 void ReturnValueSink::onInstance(const CIMInstance&) { throwUnexpectedObject("an instance"); }
+void ReturnValueSink::onObject(const CIMObject&) { throwUnexpectedObject("a class or an instance of an association"); }
 void ReturnValueSink::onClassName(const CIMName&) { throwUnexpectedObject("a class name"); }
+void ReturnValueSink::onInstanceName(const CIMObjectPath&) { throwUnexpectedObject("an instance name"); }
+void ReturnValueSink::onObjectPath(const CIMObjectPath&) { throwUnexpectedObject("an object path"); }
 void ReturnValueSink::onQualifierDecl(const CIMQualifierDecl&) { throwUnexpectedObject("a qualifier declaration"); }
 
 class ResponseDecoder::Impl : private ObjectFramer::Handler {
@@ -106,6 +98,13 @@ class ResponseDecoder::Impl : private ObjectFramer::Handler {
             sink_.onInstance(objects_.decodeInstance(element));
         else if (isNamed(element, "CLASS"))
             sink_.onClass(objects_.decodeClass(element));
+        else if (isNamed(element, "VALUE.OBJECTWITHPATH") || isNamed(element, "VALUE.OBJECTWITHLOCALPATH") ||
+                 isNamed(element, "VALUE.OBJECT"))
+            sink_.onObject(objects_.decodeObject(element));
+        else if (isNamed(element, "INSTANCENAME"))
+            sink_.onInstanceName(objects_.decodeInstanceName(element));
+        else if (isNamed(element, "OBJECTPATH"))
+            sink_.onObjectPath(objects_.decodeObjectPath(element));
         else if (isNamed(element, "CLASSNAME"))
             sink_.onClassName(objects_.decodeClassName(element));
         else if (isNamed(element, "QUALIFIER.DECLARATION"))

@@ -4,6 +4,8 @@
 #include <Pegasus/Common/CIMClass.h>
 #include <Pegasus/Common/CIMInstance.h>
 #include <Pegasus/Common/CIMName.h>
+#include <Pegasus/Common/CIMObject.h>
+#include <Pegasus/Common/CIMObjectPath.h>
 #include <Pegasus/Common/CIMQualifierDecl.h>
 
 #include <memory>
@@ -19,9 +21,14 @@ class ReturnValueSink {
     virtual ~ReturnValueSink() = default;
 
     virtual void onClass(const CIMClass& cimClass);
-    /// The instance carries its path.
+    /// The instance carries its path where the answer has it, else only the class name.
     virtual void onInstance(const CIMInstance& instance);
+    /// A class or an instance, with its path where the answer has it.
+    virtual void onObject(const CIMObject& object);
     virtual void onClassName(const CIMName& name);
+    virtual void onInstanceName(const CIMObjectPath& name);
+    /// Where a class or an instance is.
+    virtual void onObjectPath(const CIMObjectPath& path);
     virtual void onQualifierDecl(const CIMQualifierDecl& declaration);
 };
 

@@ -23,7 +23,20 @@ constexpr Uint32 kDefaultTimeout = 20000;
 
 std::string toText(const String& text) { return std::string(text.view()); }
 
-/// Keeps the one object that an operation returns.
+/// Keeps all objects of a return value.
+template <typename Object>
+class Many : public ReturnValueSink {
+  public:
+    Array<Object> take(const char* /*method*/) && { return std::move(objects_); }
+
+  protected:
+    void keep(const Object& object) { objects_.append(object); }
+
+  private:
+    Array<Object> objects_;
+};
+
+/// Keeps the one object of a return value.
 template <typename Object>
 class Single : public ReturnValueSink {
   public:
@@ -48,23 +61,69 @@ class Single : public ReturnValueSink {
     bool found_ = false;
 };
 
-class SingleClass : public Single<CIMClass> {
-    void onClass(const CIMClass& cimClass) override { keep(cimClass); }
+// What an operation returns: objects of one kind, one of them or many.
+
+template <template <typename> class Kept>
+class Classes : public Kept<CIMClass> {
+    void onClass(const CIMClass& cimClass) override { this->keep(cimClass); }
 };
 
-class SingleQualifierDecl : public Single<CIMQualifierDecl> {
-    void onQualifierDecl(const CIMQualifierDecl& declaration) override { keep(declaration); }
+class ClassNames : public Many<CIMName> {
+    void onClassName(const CIMName& name) override { keep(name); }
 };
 
-struct ClassNames : ReturnValueSink {
-    void onClassName(const CIMName& name) override { names.append(name); }
-    Array<CIMName> names;
+template <template <typename> class Kept>
+class Instances : public Kept<CIMInstance> {
+    void onInstance(const CIMInstance& instance) override { this->keep(instance); }
 };
 
-struct Instances : ReturnValueSink {
-    void onInstance(const CIMInstance& instance) override { instances.append(instance); }
-    Array<CIMInstance> instances;
+class InstanceNames : public Many<CIMObjectPath> {
+    void onInstanceName(const CIMObjectPath& name) override { keep(name); }
 };
+
+class Objects : public Many<CIMObject> {
+    void onObject(const CIMObject& object) override { keep(object); }
+};
+
+class ObjectPaths : public Many<CIMObjectPath> {
+    void onObjectPath(const CIMObjectPath& path) override { keep(path); }
+};
+
+template <template <typename> class Kept>
+class QualifierDecls : public Kept<CIMQualifierDecl> {
+    void onQualifierDecl(const CIMQualifierDecl& declaration) override { this->keep(declaration); }
+};
+
+/// Adds a text that is left out when it is empty.
+void addOptional(RequestEncoder& request, std::string_view parameter, const String& text) {
+    if (!text.empty()) {
+        request.addString(parameter, text.view());
+    }
+}
+
+/// Adds the parameters that say how much of each object is asked for.
+void addExtent(RequestEncoder& request, Boolean includeQualifiers, Boolean includeClassOrigin,
+               const CIMPropertyList& propertyList = CIMPropertyList()) {
+    request.addBoolean("IncludeQualifiers", includeQualifiers);
+    request.addBoolean("IncludeClassOrigin", includeClassOrigin);
+    request.addPropertyList("PropertyList", propertyList);
+}
+
+/// Adds the parameters that lead from an object over associations to others.
+void addAssociators(RequestEncoder& request, const CIMObjectPath& objectName, const CIMName& assocClass,
+                    const CIMName& resultClass, const String& role, const String& resultRole) {
+    request.addObjectName("ObjectName", objectName);
+    request.addClassName("AssocClass", assocClass);
+    request.addClassName("ResultClass", resultClass);
+    addOptional(request, "Role", role);
+    addOptional(request, "ResultRole", resultRole);
+}
+
+/// Adds the parameters that lead from an object to its associations.
+void addReferences(RequestEncoder& request, const CIMObjectPath& objectName, const CIMName& resultClass,
+                   const String& role) {
+    addAssociators(request, objectName, CIMName(), resultClass, role, String::EMPTY);
+}
 
 } // namespace
 
@@ -89,17 +148,17 @@ class CIMClient::Impl {
 
     void disconnect() { connection_.reset(); }
 
-    /// One operation: `addParameters` completes the request, the sink gets the objects of the return value.
-    template <typename AddParameters>
-    void call(const char* method, const CIMNamespaceName& nameSpace, AddParameters addParameters,
-              ReturnValueSink& sink) {
+    /// One operation: `addParameters` completes the request, a Result takes the objects of the return value.
+    template <typename Result, typename AddParameters>
+    auto call(const char* method, const CIMNamespaceName& nameSpace, AddParameters addParameters) {
         if (!connection_) {
             throw NotConnectedException();
         }
         const std::string messageId = std::to_string(++lastMessageId_);
         RequestEncoder request(messageId, method, nameSpace);
         addParameters(request);
-        ResponseDecoder decoder(messageId, method, sink);
+        Result result;
+        ResponseDecoder decoder(messageId, method, result);
         try {
             exchange(http::makeCimRequest(method, nameSpace.getString().view(), request.finish()), decoder);
         } catch (const CIMException&) {
@@ -108,6 +167,7 @@ class CIMClient::Impl {
             connection_->close();
             throw;
         }
+        return std::move(result).take(method);
     }
 
   private:
@@ -145,60 +205,107 @@ void CIMClient::connect(const String& host, Uint32 port, const SSLContext& sslCo
 
 void CIMClient::disconnect() { impl_->disconnect(); }
 
+// The operations. The names of their parameters are those of DSP0200, 5.3.2.
+
 CIMClass CIMClient::getClass(const CIMNamespaceName& nameSpace, const CIMName& className, Boolean localOnly,
                              Boolean includeQualifiers, Boolean includeClassOrigin,
                              const CIMPropertyList& propertyList) {
-    SingleClass result;
-    impl_->call(
-        "GetClass", nameSpace,
-        [&](RequestEncoder& request) {
-            request.addClassName("ClassName", className);
-            request.addBoolean("LocalOnly", localOnly);
-            request.addBoolean("IncludeQualifiers", includeQualifiers);
-            request.addBoolean("IncludeClassOrigin", includeClassOrigin);
-            request.addPropertyList("PropertyList", propertyList);
-        },
-        result);
-    return std::move(result).take("GetClass");
+    return impl_->call<Classes<Single>>("GetClass", nameSpace, [&](RequestEncoder& request) {
+        request.addClassName("ClassName", className);
+        request.addBoolean("LocalOnly", localOnly);
+        addExtent(request, includeQualifiers, includeClassOrigin, propertyList);
+    });
 }
 
-CIMQualifierDecl CIMClient::getQualifier(const CIMNamespaceName& nameSpace, const CIMName& qualifierName) {
-    SingleQualifierDecl result;
-    impl_->call(
-        "GetQualifier", nameSpace,
-        [&](RequestEncoder& request) { request.addString("QualifierName", qualifierName.getString().view()); }, result);
-    return std::move(result).take("GetQualifier");
+Array<CIMClass> CIMClient::enumerateClasses(const CIMNamespaceName& nameSpace, const CIMName& className,
+                                            Boolean deepInheritance, Boolean localOnly, Boolean includeQualifiers,
+                                            Boolean includeClassOrigin) {
+    return impl_->call<Classes<Many>>("EnumerateClasses", nameSpace, [&](RequestEncoder& request) {
+        request.addClassName("ClassName", className);
+        request.addBoolean("DeepInheritance", deepInheritance);
+        request.addBoolean("LocalOnly", localOnly);
+        addExtent(request, includeQualifiers, includeClassOrigin);
+    });
 }
 
 Array<CIMName> CIMClient::enumerateClassNames(const CIMNamespaceName& nameSpace, const CIMName& className,
                                               Boolean deepInheritance) {
-    ClassNames result;
-    impl_->call(
-        "EnumerateClassNames", nameSpace,
-        [&](RequestEncoder& request) {
-            request.addClassName("ClassName", className);
-            request.addBoolean("DeepInheritance", deepInheritance);
-        },
-        result);
-    return result.names;
+    return impl_->call<ClassNames>("EnumerateClassNames", nameSpace, [&](RequestEncoder& request) {
+        request.addClassName("ClassName", className);
+        request.addBoolean("DeepInheritance", deepInheritance);
+    });
+}
+
+CIMInstance CIMClient::getInstance(const CIMNamespaceName& nameSpace, const CIMObjectPath& instanceName,
+                                   Boolean localOnly, Boolean includeQualifiers, Boolean includeClassOrigin,
+                                   const CIMPropertyList& propertyList) {
+    CIMInstance instance = impl_->call<Instances<Single>>("GetInstance", nameSpace, [&](RequestEncoder& request) {
+        request.addInstanceName("InstanceName", instanceName);
+        request.addBoolean("LocalOnly", localOnly);
+        addExtent(request, includeQualifiers, includeClassOrigin, propertyList);
+    });
+    instance.setPath(instanceName);
+    return instance;
 }
 
 Array<CIMInstance> CIMClient::enumerateInstances(const CIMNamespaceName& nameSpace, const CIMName& className,
                                                  Boolean deepInheritance, Boolean localOnly, Boolean includeQualifiers,
                                                  Boolean includeClassOrigin, const CIMPropertyList& propertyList) {
-    Instances result;
-    impl_->call(
-        "EnumerateInstances", nameSpace,
-        [&](RequestEncoder& request) {
-            request.addClassName("ClassName", className);
-            request.addBoolean("LocalOnly", localOnly);
-            request.addBoolean("DeepInheritance", deepInheritance);
-            request.addBoolean("IncludeQualifiers", includeQualifiers);
-            request.addBoolean("IncludeClassOrigin", includeClassOrigin);
-            request.addPropertyList("PropertyList", propertyList);
-        },
-        result);
-    return result.instances;
+    return impl_->call<Instances<Many>>("EnumerateInstances", nameSpace, [&](RequestEncoder& request) {
+        request.addClassName("ClassName", className);
+        request.addBoolean("LocalOnly", localOnly);
+        request.addBoolean("DeepInheritance", deepInheritance);
+        addExtent(request, includeQualifiers, includeClassOrigin, propertyList);
+    });
+}
+
+Array<CIMObjectPath> CIMClient::enumerateInstanceNames(const CIMNamespaceName& nameSpace, const CIMName& className) {
+    return impl_->call<InstanceNames>("EnumerateInstanceNames", nameSpace,
+                                      [&](RequestEncoder& request) { request.addClassName("ClassName", className); });
+}
+
+Array<CIMObject> CIMClient::associators(const CIMNamespaceName& nameSpace, const CIMObjectPath& objectName,
+                                        const CIMName& assocClass, const CIMName& resultClass, const String& role,
+                                        const String& resultRole, Boolean includeQualifiers, Boolean includeClassOrigin,
+                                        const CIMPropertyList& propertyList) {
+    return impl_->call<Objects>("Associators", nameSpace, [&](RequestEncoder& request) {
+        addAssociators(request, objectName, assocClass, resultClass, role, resultRole);
+        addExtent(request, includeQualifiers, includeClassOrigin, propertyList);
+    });
+}
+
+Array<CIMObjectPath> CIMClient::associatorNames(const CIMNamespaceName& nameSpace, const CIMObjectPath& objectName,
+                                                const CIMName& assocClass, const CIMName& resultClass,
+                                                const String& role, const String& resultRole) {
+    return impl_->call<ObjectPaths>("AssociatorNames", nameSpace, [&](RequestEncoder& request) {
+        addAssociators(request, objectName, assocClass, resultClass, role, resultRole);
+    });
+}
+
+Array<CIMObject> CIMClient::references(const CIMNamespaceName& nameSpace, const CIMObjectPath& objectName,
+                                       const CIMName& resultClass, const String& role, Boolean includeQualifiers,
+                                       Boolean includeClassOrigin, const CIMPropertyList& propertyList) {
+    return impl_->call<Objects>("References", nameSpace, [&](RequestEncoder& request) {
+        addReferences(request, objectName, resultClass, role);
+        addExtent(request, includeQualifiers, includeClassOrigin, propertyList);
+    });
+}
+
+Array<CIMObjectPath> CIMClient::referenceNames(const CIMNamespaceName& nameSpace, const CIMObjectPath& objectName,
+                                               const CIMName& resultClass, const String& role) {
+    return impl_->call<ObjectPaths>("ReferenceNames", nameSpace, [&](RequestEncoder& request) {
+        addReferences(request, objectName, resultClass, role);
+    });
+}
+
+CIMQualifierDecl CIMClient::getQualifier(const CIMNamespaceName& nameSpace, const CIMName& qualifierName) {
+    return impl_->call<QualifierDecls<Single>>("GetQualifier", nameSpace, [&](RequestEncoder& request) {
+        request.addString("QualifierName", qualifierName.getString().view());
+    });
+}
+
+Array<CIMQualifierDecl> CIMClient::enumerateQualifiers(const CIMNamespaceName& nameSpace) {
+    return impl_->call<QualifierDecls<Many>>("EnumerateQualifiers", nameSpace, [](RequestEncoder& /*request*/) {});
 }
 
 } // namespace Pegasus

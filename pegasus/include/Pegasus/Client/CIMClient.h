@@ -5,23 +5,36 @@
 #include <Pegasus/Common/CIMClass.h>
 #include <Pegasus/Common/CIMInstance.h>
 #include <Pegasus/Common/CIMName.h>
+#include <Pegasus/Common/CIMObject.h>
+#include <Pegasus/Common/CIMObjectPath.h>
 #include <Pegasus/Common/CIMPropertyList.h>
 #include <Pegasus/Common/CIMQualifierDecl.h>
 #include <Pegasus/Common/SSLContext.h>
+#include <Pegasus/Common/String.h>
 
 #include <memory>
 
 namespace Pegasus {
 
-/// A connection to one CIM server and the operations on it (CIM-XML over HTTP or HTTPS).
+/// A connection to one CIM server and the operations on it that read (CIM-XML over HTTP or HTTPS).
 ///
 /// One TCP connection is kept for many operations. A server may close it between two of them: the client then connects
-/// again and sends the request, once, unseen by the caller. One thread at a time may use a client; two clients are
-/// independent of each other.
+/// again and sends the request, once, unseen by the caller.
 ///
-/// Every operation throws NotConnectedException without a connection, ConnectionTimeoutException past the time-out,
-/// CIMException when the server reports an error, CIMClientMalformedHTTPException, CIMClientHTTPErrorException,
-/// CIMClientXmlException or CIMClientResponseException for an answer that is not a good one.
+/// Threads: one thread at a time may use a client, in whatever operation. Two clients are independent of each other.
+///
+/// Errors: every operation throws NotConnectedException without a connection, ConnectionTimeoutException past the
+/// time-out, CIMException when the server reports an error, CIMClientMalformedHTTPException,
+/// CIMClientHTTPErrorException, CIMClientXmlException or CIMClientResponseException for an answer that is not a good
+/// one. What an operation throws besides, and the codes that its CIMException most often has, stand beside it.
+///
+/// Parameters that several operations have:
+///   nameSpace           where the objects are. A path that is asked for counts within it, whatever namespace and host
+///                       the path itself names.
+///   localOnly           leaves out what a class inherits without overriding it; servers differ much with instances.
+///   includeQualifiers   asks for the qualifiers.
+///   includeClassOrigin  asks for the class in which each property and method was first declared.
+///   propertyList        asks for these properties only; the null list, its default, for all of them.
 class CIMClient {
   public:
     CIMClient();
@@ -43,25 +56,71 @@ class CIMClient {
     /// Closes the connection; does nothing without one.
     void disconnect();
 
-    /// The definition of one class.
+    /// The definition of one class. CIM_ERR_NOT_FOUND when there is none.
     CIMClass getClass(const CIMNamespaceName& nameSpace, const CIMName& className, Boolean localOnly = true,
                       Boolean includeQualifiers = true, Boolean includeClassOrigin = false,
                       const CIMPropertyList& propertyList = CIMPropertyList());
 
-    /// The declaration of one qualifier.
-    CIMQualifierDecl getQualifier(const CIMNamespaceName& nameSpace, const CIMName& qualifierName);
+    /// The definitions of the subclasses of a class, of the top classes for the null name; with `deepInheritance` those
+    /// of all descendants. CIM_ERR_INVALID_CLASS when there is no such class.
+    Array<CIMClass> enumerateClasses(const CIMNamespaceName& nameSpace, const CIMName& className = CIMName(),
+                                     Boolean deepInheritance = false, Boolean localOnly = true,
+                                     Boolean includeQualifiers = true, Boolean includeClassOrigin = false);
 
-    /// The names of the subclasses of a class, of the top classes for the null name; with `deepInheritance` those of
-    /// all descendants.
+    /// The same, with no more than the names.
     Array<CIMName> enumerateClassNames(const CIMNamespaceName& nameSpace, const CIMName& className = CIMName(),
                                        Boolean deepInheritance = false);
 
+    /// One instance. Its path is `instanceName`. CIM_ERR_NOT_FOUND when there is none, CIM_ERR_INVALID_CLASS when its
+    /// class does not exist. Throws MalformedObjectNameException when a reference among its keys is not a path.
+    CIMInstance getInstance(const CIMNamespaceName& nameSpace, const CIMObjectPath& instanceName,
+                            Boolean localOnly = true, Boolean includeQualifiers = false,
+                            Boolean includeClassOrigin = false,
+                            const CIMPropertyList& propertyList = CIMPropertyList());
+
     /// The instances of a class and its subclasses, each with its path. With `deepInheritance` those of subclasses come
-    /// with all of their properties.
+    /// with all of their properties. CIM_ERR_INVALID_CLASS when there is no such class.
     Array<CIMInstance> enumerateInstances(const CIMNamespaceName& nameSpace, const CIMName& className,
                                           Boolean deepInheritance = true, Boolean localOnly = true,
                                           Boolean includeQualifiers = false, Boolean includeClassOrigin = false,
                                           const CIMPropertyList& propertyList = CIMPropertyList());
+
+    /// The same, with no more than the paths: class names and keys.
+    Array<CIMObjectPath> enumerateInstanceNames(const CIMNamespaceName& nameSpace, const CIMName& className);
+
+    /// The objects at the other end of the associations of an object: instances for an instance, classes for a class
+    /// (`objectName` without keys). Each has a path with host and namespace.
+    ///   assocClass, role        take part only: associations of this class, in which the object has this role;
+    ///   resultClass, resultRole only objects of this class, which have this role.
+    /// Null names and empty texts take everything. CIM_ERR_INVALID_PARAMETER for a class that does not exist,
+    /// CIM_ERR_NOT_SUPPORTED by servers without associations. Throws MalformedObjectNameException like getInstance().
+    Array<CIMObject> associators(const CIMNamespaceName& nameSpace, const CIMObjectPath& objectName,
+                                 const CIMName& assocClass = CIMName(), const CIMName& resultClass = CIMName(),
+                                 const String& role = String::EMPTY, const String& resultRole = String::EMPTY,
+                                 Boolean includeQualifiers = false, Boolean includeClassOrigin = false,
+                                 const CIMPropertyList& propertyList = CIMPropertyList());
+
+    /// The same, with no more than the paths.
+    Array<CIMObjectPath> associatorNames(const CIMNamespaceName& nameSpace, const CIMObjectPath& objectName,
+                                         const CIMName& assocClass = CIMName(), const CIMName& resultClass = CIMName(),
+                                         const String& role = String::EMPTY, const String& resultRole = String::EMPTY);
+
+    /// The associations themselves that refer to an object: only those of `resultClass`, only those in which the object
+    /// has `role`. In all else like associators().
+    Array<CIMObject> references(const CIMNamespaceName& nameSpace, const CIMObjectPath& objectName,
+                                const CIMName& resultClass = CIMName(), const String& role = String::EMPTY,
+                                Boolean includeQualifiers = false, Boolean includeClassOrigin = false,
+                                const CIMPropertyList& propertyList = CIMPropertyList());
+
+    /// The same, with no more than the paths.
+    Array<CIMObjectPath> referenceNames(const CIMNamespaceName& nameSpace, const CIMObjectPath& objectName,
+                                        const CIMName& resultClass = CIMName(), const String& role = String::EMPTY);
+
+    /// The declaration of one qualifier. CIM_ERR_NOT_FOUND when there is none.
+    CIMQualifierDecl getQualifier(const CIMNamespaceName& nameSpace, const CIMName& qualifierName);
+
+    /// The declarations of all qualifiers of a namespace.
+    Array<CIMQualifierDecl> enumerateQualifiers(const CIMNamespaceName& nameSpace);
 
   private:
     class Impl;
