@@ -579,8 +579,22 @@ TEST(ResponseDecoderTest, AnErrorElementBecomesACIMExceptionAtTheEnd) {
         }
     }
     EXPECT_THAT(xmlErrorOf(response("<ERROR CODE=\"x\"/>")), HasSubstr("not an integer: x"));
+    EXPECT_THAT(xmlErrorOf(response("<ERROR CODE=\"4294967296\"/>")), HasSubstr("integer out of range"));
     EXPECT_THAT(xmlErrorOf(response("<ERROR CODE=\"0\"/>")), HasSubstr("code 0"));
     EXPECT_THAT(xmlErrorOf(response("<ERROR/>")), HasSubstr("ERROR has no attribute CODE"));
+}
+
+TEST(ResponseDecoderTest, AnErrorWithAnUnknownCodeIsAFailure) {
+    for (const std::string code : {"18", "29", "4294967295"}) {
+        try {
+            decode("GetClass", response("<ERROR CODE=\"" + code + "\" DESCRIPTION=\"odd\"/>"));
+            FAIL() << "no exception";
+        } catch (const CIMException& exception) {
+            EXPECT_EQ(exception.getCode(), CIM_ERR_FAILED);
+            EXPECT_EQ(std::string(exception.getMessage().view()),
+                      "CIM_ERR_FAILED: unknown status code " + code + ": odd");
+        }
+    }
 }
 
 TEST(ResponseDecoderTest, WhiteSpaceInAnAttributeIsReadAsBlanks) {

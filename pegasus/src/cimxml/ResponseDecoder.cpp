@@ -5,6 +5,7 @@
 #include "cimxml/ScalarDecoder.h"
 #include "cimxml/XmlError.h"
 #include "cimxml/XmlTree.h"
+#include "model/ServerError.h"
 
 #include <Pegasus/Common/Exception.h>
 
@@ -43,7 +44,7 @@ CIMException decodeError(XmlElement element) {
     if (code == CIM_ERR_SUCCESS)
         throwXmlError({"it reports an error with the code 0"});
     const auto description = attributes.find("DESCRIPTION");
-    return CIMException(static_cast<CIMStatusCode>(code), String(description.value_or(std::string_view())));
+    return detail::serverError(code, String(description.value_or(std::string_view())));
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "http/CimHeaders.h"
 
 #include "http/UriText.h"
+#include "model/ServerError.h"
 
 #include <Pegasus/Client/CIMClientException.h>
 #include <charconv>
@@ -98,7 +99,7 @@ void checkCimTrailers(const HttpFields& trailers, const Endpoint& endpoint) {
     if (status == nullptr) {
         return;
     }
-    unsigned code = 0;
+    Uint32 code = 0;
     const char* const end = status->data() + status->size();
     if (const auto parsed = std::from_chars(status->data(), end, code); parsed.ec != std::errc() || parsed.ptr != end) {
         fail(endpoint, "the trailer CIMStatusCode is not a number: \"" + *status + '"');
@@ -106,11 +107,7 @@ void checkCimTrailers(const HttpFields& trailers, const Endpoint& endpoint) {
     if (code == CIM_ERR_SUCCESS) {
         return;
     }
-    const String description = decodedField(trailers, "CIMStatusCodeDescription");
-    if (code > CIM_ERR_SERVER_IS_SHUTTING_DOWN) {
-        throw CIMException(CIM_ERR_FAILED, String("unknown status code " + std::to_string(code) + ": ") + description);
-    }
-    throw CIMException(static_cast<CIMStatusCode>(code), description);
+    throw detail::serverError(code, decodedField(trailers, "CIMStatusCodeDescription"));
 }
 
 } // namespace Pegasus::http

@@ -1,6 +1,8 @@
 #include <Pegasus/Common/Exception.h>
 
+#include <algorithm>
 #include <string>
+#include <string_view>
 
 namespace Pegasus {
 
@@ -11,11 +13,19 @@ std::string codeName(CIMStatusCode code) {
     return name ? std::string(name) : "CIM error " + std::to_string(static_cast<int>(code));
 }
 
+/// The rest of a text behind a word and what separates it from more text; the text itself where it does not begin so.
+std::string_view behindWord(std::string_view text, std::string_view word) {
+    if (text.substr(0, word.size()) != word)
+        return text;
+    const std::string_view rest = text.substr(word.size());
+    if (!rest.empty() && rest.front() != ':' && rest.front() != ' ')
+        return text;
+    return rest.substr(std::min(rest.find_first_not_of(": "), rest.size()));
+}
+
 String withCodeName(CIMStatusCode code, const String& description) {
-    const std::string prefix = codeName(code) + ": ";
-    if (description.view().substr(0, prefix.size()) == prefix)
-        return description;
-    return String(std::string_view(prefix)) + description;
+    const std::string name = codeName(code);
+    return String(name + ": " + std::string(behindWord(description.view(), name)));
 }
 
 String quoted(const char* before, const String& text) { return String(before) + String(" \"") + text + String("\""); }

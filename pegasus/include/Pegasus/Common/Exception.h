@@ -19,8 +19,8 @@ class Exception {
     String message_;
 };
 
-/// An error that the server reports for an operation. The message begins with the code's name, a colon and a blank,
-/// also where the server's description does not.
+/// An error that the server reports for an operation. The message is the code's name, a colon, a blank and the server's
+/// description, less that name where the description begins with it.
 class CIMException : public Exception {
   public:
     explicit CIMException(CIMStatusCode code, const String& description = String());
