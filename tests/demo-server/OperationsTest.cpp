@@ -36,7 +36,7 @@ class Operations : public testing::Test {
     static demo::CimService MakeService() {
         auto schema = demo::BuiltInSchema();
         auto providers = demo::LiveProviders(schema, demo::SystemFiles("/"), kVolumes);
-        return {std::move(schema), std::move(providers)};
+        return {std::move(schema), std::move(providers), "demo.example"};
     }
 
     static demo::CimRequest Request(const std::string& method, std::vector<demo::RequestParameter> parameters) {
@@ -328,7 +328,7 @@ class BrokenProvider : public demo::InstanceProvider {
 TEST(Answers, AFailureInTheMiddleLeavesAStreamedAnswerWellFormed) {
     demo::InstanceProviders providers;
     providers.push_back(std::make_unique<BrokenProvider>());
-    const demo::CimService service(demo::BuiltInSchema(), std::move(providers));
+    const demo::CimService service(demo::BuiltInSchema(), std::move(providers), "demo.example");
     demo::CimRequest request;
     request.method = "EnumerateInstances";
     request.nameSpace = "root/cimv2";
@@ -351,7 +351,7 @@ TEST(Answers, AFailureInTheMiddleLeavesAStreamedAnswerWellFormed) {
 TEST(Answers, AClosedOutputEndsTheOperation) {
     auto schema = demo::BuiltInSchema();
     auto providers = demo::LiveProviders(schema, demo::SystemFiles("/"), 1'000'000);
-    const demo::CimService service(std::move(schema), std::move(providers));
+    const demo::CimService service(std::move(schema), std::move(providers), "demo.example");
     demo::CimRequest request;
     request.method = "EnumerateInstances";
     request.nameSpace = "root/cimv2";

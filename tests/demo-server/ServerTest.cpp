@@ -80,15 +80,17 @@ TEST_F(Server, AnswersInChunksToAClientThatAsksForTrailers) {
 TEST_F(Server, SendsTheErrorOfAChunkedAnswerInTheTrailers) {
     const auto response = Send(GetClass("No Such", {{"TE", "trailers"}}));
     EXPECT_EQ(response.status, 200);
-    EXPECT_THAT(response.body, HasSubstr("<IMETHODRESPONSE NAME=\"GetClass\"/>"));
+    EXPECT_THAT(response.body, HasSubstr("<IMETHODRESPONSE NAME=\"GetClass\"></IMETHODRESPONSE>"));
     EXPECT_EQ(response.trailers.at("cimstatuscode"), "6");
-    EXPECT_EQ(response.trailers.at("cimstatuscodedescription"), "CIM_ERR_NOT_FOUND%3A%20No%20Such");
+    EXPECT_EQ(response.trailers.at("cimstatuscodedescription"),
+              "CIM_ERR_NOT_FOUND%3A%20there%20is%20no%20class%20No%20Such");
 }
 
 TEST_F(Server, SendsTheErrorOfAPlainAnswerInTheBody) {
     const auto response = Send(GetClass("NoSuch"));
     EXPECT_EQ(response.status, 200);
-    EXPECT_THAT(response.body, HasSubstr("<ERROR CODE=\"6\" DESCRIPTION=\"CIM_ERR_NOT_FOUND: NoSuch\"/>"));
+    EXPECT_THAT(response.body,
+                HasSubstr("<ERROR CODE=\"6\" DESCRIPTION=\"CIM_ERR_NOT_FOUND: there is no class NoSuch\">"));
 }
 
 TEST_F(Server, StreamsManyInstancesInManyChunks) {

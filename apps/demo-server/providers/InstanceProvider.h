@@ -25,6 +25,10 @@ class InstanceProvider {
 
     /// Hands every instance to the visitor, one at a time. Safe to call from several threads.
     virtual void Enumerate(const Visitor& visit) const = 0;
+
+    /// Hands at least the instance with a path of the class to the visitor, if there is one; perhaps others as well.
+    /// For a provider that need not make all its instances to find one. Safe to call from several threads.
+    virtual void EnumerateCandidates(const ObjectPath& /*path*/, const Visitor& visit) const { Enumerate(visit); }
 };
 
 using InstanceProviders = std::vector<std::unique_ptr<InstanceProvider>>;

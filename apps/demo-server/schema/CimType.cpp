@@ -36,6 +36,26 @@ bool IsNumber(std::string_view text) {
     return error == std::errc() && rest == end;
 }
 
+bool IsInteger(CimType type) { return type >= CimType::kUint8 && type <= CimType::kSint64; }
+
+/// The shortest decimal text of an integer in one of the forms of DSP0201, hexadecimal ones included; the text itself
+/// if it is in none.
+std::string Decimal(const std::string& text) {
+    std::string_view digits = text;
+    const bool isNegative = !digits.empty() && digits.front() == '-';
+    if (isNegative || (!digits.empty() && digits.front() == '+'))
+        digits.remove_prefix(1);
+    const bool isHexadecimal = digits.size() > 2 && digits[0] == '0' && (digits[1] == 'x' || digits[1] == 'X');
+    if (isHexadecimal)
+        digits.remove_prefix(2);
+    std::uint64_t number = 0;
+    const auto* const end = digits.data() + digits.size();
+    const auto [rest, error] = std::from_chars(digits.data(), end, number, isHexadecimal ? 16 : 10);
+    if (error != std::errc() || rest != end)
+        return text;
+    return (isNegative && number != 0 ? "-" : "") + std::to_string(number);
+}
+
 /// One UTF-16 code unit: one UTF-8 sequence of at most three bytes.
 bool IsChar16(const std::string& text) {
     const auto isContinuation = [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; };
@@ -72,6 +92,13 @@ std::optional<CimType> TypeFromName(std::string_view name) {
 }
 
 bool IsNumeric(CimType type) { return type >= CimType::kUint8 && type <= CimType::kReal64; }
+
+std::optional<std::string> NormalForm(CimType type, const std::string& text) {
+    if (type == CimType::kBoolean && IsValueOf(type, text))
+        return SameName(text, "true") ? "TRUE" : "FALSE";
+    const std::string normal = IsInteger(type) ? Decimal(text) : text;
+    return IsValueOf(type, normal) ? std::optional(normal) : std::nullopt;
+}
 
 bool IsValueOf(CimType type, const std::string& text) {
     switch (type) {

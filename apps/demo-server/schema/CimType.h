@@ -34,6 +34,10 @@ std::optional<CimType> TypeFromName(std::string_view name);
 /// Whether values of the type are numbers (and keys of it VALUETYPE="numeric").
 bool IsNumeric(CimType type);
 
+/// The one form for the texts that stand for the same value of the type, as "7" for "+007" and "0x7". Keys are compared
+/// in it. Nothing when the text is no value of the type.
+std::optional<std::string> NormalForm(CimType type, const std::string& text);
+
 /// Whether a text is a value of the type in the form that DSP0201 gives it: in range, and complete.
 bool IsValueOf(CimType type, const std::string& text);
 

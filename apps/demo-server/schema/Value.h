@@ -68,6 +68,8 @@ struct KeyBinding {
 struct ObjectPath {
     std::string className;
     std::vector<KeyBinding> keys;
+    /// As in "root/cimv2"; empty for the namespace of whatever holds the path.
+    std::string nameSpace = {};
 };
 
 } // namespace demo

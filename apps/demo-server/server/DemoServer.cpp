@@ -1,6 +1,7 @@
 #include "server/DemoServer.h"
 
 #include "providers/LiveProviders.h"
+#include "providers/Machine.h"
 #include "schema/SchemaReader.h"
 
 #include <utility>
@@ -14,9 +15,10 @@ const Credentials* Pointer(const std::optional<Credentials>& credentials) {
 }
 
 CimService MakeService(std::size_t volumes) {
+    const SystemFiles files("/");
     Schema schema = BuiltInSchema();
-    InstanceProviders providers = LiveProviders(schema, SystemFiles("/"), volumes);
-    return {std::move(schema), std::move(providers)};
+    InstanceProviders providers = LiveProviders(schema, files, volumes);
+    return {std::move(schema), std::move(providers), ComputerName(files)};
 }
 
 } // namespace

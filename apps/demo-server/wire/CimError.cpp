@@ -18,6 +18,8 @@ std::string_view SymbolicName(CimStatus status) {
         return "CIM_ERR_NOT_FOUND";
     case CimStatus::kNotSupported:
         return "CIM_ERR_NOT_SUPPORTED";
+    case CimStatus::kNoSuchProperty:
+        return "CIM_ERR_NO_SUCH_PROPERTY";
     }
     return "CIM_ERR_FAILED";
 }

@@ -15,6 +15,7 @@ enum class CimStatus {
     kInvalidClass = 5,
     kNotFound = 6,
     kNotSupported = 7,
+    kNoSuchProperty = 12,
 };
 
 /// An operation that fails with a CIM status.

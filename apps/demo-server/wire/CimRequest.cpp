@@ -1,6 +1,8 @@
 #include "wire/CimRequest.h"
 
 #include "wire/CimError.h"
+#include "wire/NodeAccess.h"
+#include "wire/ObjectPathReader.h"
 
 #include <pugixml.hpp>
 
@@ -11,37 +13,12 @@ namespace {
 constexpr int kBadRequest = 400;
 constexpr int kNotImplemented = 501;
 
-[[noreturn]] void NotValid(const std::string& what) { throw HttpError(kBadRequest, "request-not-valid", what); }
-
-std::string Required(const pugi::xml_node& node, const char* attribute) {
-    const auto found = node.attribute(attribute);
-    if (!found)
-        NotValid(std::string("element ") + node.name() + " has no attribute " + attribute);
-    return found.value();
-}
-
-pugi::xml_node RequiredChild(const pugi::xml_node& node, const char* name) {
-    const auto child = node.child(name);
-    if (!child)
-        NotValid(std::string("element ") + node.name() + " has no element " + name);
-    return child;
-}
-
 /// Minor versions are compatible with each other, major versions are not.
 void CheckVersion(const pugi::xml_node& node, const char* attribute, std::string_view major, const char* cimError) {
-    const std::string version = Required(node, attribute);
+    const std::string version = RequiredAttribute(node, attribute);
     if (std::string_view(version).substr(0, major.size()) != major)
         throw HttpError(kNotImplemented, cimError, std::string(attribute) + ' ' + version + " is not supported");
 }
-
-std::string ReadNamespace(const pugi::xml_node& path) {
-    std::string result;
-    for (const auto& component : path.children("NAMESPACE"))
-        (result += result.empty() ? "" : "/") += Required(component, "NAME");
-    return result;
-}
-
-Value ReadScalar(const pugi::xml_node& node) { return Value::Text(node.text().get()); }
 
 Value ReadArray(const pugi::xml_node& node) {
     Value::Items items;
@@ -51,42 +28,54 @@ Value ReadArray(const pugi::xml_node& node) {
         else if (std::string_view(item.name()) == "VALUE")
             items.emplace_back(item.text().get());
         else
-            NotValid(std::string("element ") + item.name() + " in a VALUE.ARRAY");
+            RequestNotValid(std::string("element ") + item.name() + " in a VALUE.ARRAY");
     }
     return Value::Array(std::move(items));
 }
 
 RequestParameter ReadParameter(const pugi::xml_node& node) {
     const auto value = node.first_child();
-    RequestParameter result{Required(node, "NAME"), value.name(), {}};
+    RequestParameter result{RequiredAttribute(node, "NAME"), value.name(), {}};
+    if (value.next_sibling())
+        RequestNotValid("the parameter " + result.name + " has several values");
     if (result.kind == "VALUE")
-        result.value = ReadScalar(value);
+        result.value = Value::Text(value.text().get());
     else if (result.kind == "VALUE.ARRAY")
         result.value = ReadArray(value);
-    else if (result.kind == "CLASSNAME")
-        result.value = Value::Reference({Required(value, "NAME"), {}});
+    else if (result.kind == "CLASSNAME" || result.kind == "INSTANCENAME")
+        result.value = Value::Reference(ReadObjectPath(value));
     return result;
 }
 
 void ReadIntrinsicCall(const pugi::xml_node& call, CimRequest& result) {
     result.kind = CimRequest::Kind::kIntrinsic;
-    result.method = Required(call, "NAME");
+    result.method = RequiredAttribute(call, "NAME");
     result.nameSpace = ReadNamespace(RequiredChild(call, "LOCALNAMESPACEPATH"));
     for (const auto& parameter : call.children("IPARAMVALUE"))
         result.parameters.push_back(ReadParameter(parameter));
+}
+
+/// The element CIM with everything in it.
+pugi::xml_node Parse(std::string_view body, pugi::xml_document& document) {
+    // A value of white space alone is a value, too.
+    const auto parsed = document.load_buffer(body.data(), body.size(),
+                                             pugi::parse_default | pugi::parse_ws_pcdata_single, pugi::encoding_utf8);
+    if (!parsed)
+        throw HttpError(kBadRequest, "request-not-well-formed",
+                        "at offset " + std::to_string(parsed.offset) + ": " + parsed.description());
+    const auto cim = document.document_element();
+    if (cim.next_sibling())
+        throw HttpError(kBadRequest, "request-not-well-formed", "there is more than one document element");
+    if (std::string_view(cim.name()) != "CIM")
+        RequestNotValid("the document element is not CIM");
+    return cim;
 }
 
 } // namespace
 
 CimRequest ReadRequest(std::string_view body) {
     pugi::xml_document document;
-    const auto parsed = document.load_buffer(body.data(), body.size(), pugi::parse_default, pugi::encoding_utf8);
-    if (!parsed)
-        throw HttpError(kBadRequest, "request-not-well-formed",
-                        "at offset " + std::to_string(parsed.offset) + ": " + parsed.description());
-    const auto cim = document.document_element();
-    if (std::string_view(cim.name()) != "CIM")
-        NotValid("the root element is not CIM");
+    const auto cim = Parse(body, document);
     CheckVersion(cim, "CIMVERSION", "2.", "unsupported-cim-version");
     CheckVersion(cim, "DTDVERSION", "2.", "unsupported-dtd-version");
     const auto message = RequiredChild(cim, "MESSAGE");
@@ -96,10 +85,10 @@ CimRequest ReadRequest(std::string_view body) {
     const auto request = RequiredChild(message, "SIMPLEREQ");
 
     CimRequest result;
-    result.messageId = Required(message, "ID");
+    result.messageId = RequiredAttribute(message, "ID");
     if (const auto call = request.child("METHODCALL")) {
         result.kind = CimRequest::Kind::kExtrinsic;
-        result.method = Required(call, "NAME");
+        result.method = RequiredAttribute(call, "NAME");
         return result;
     }
     const auto call = RequiredChild(request, "IMETHODCALL");

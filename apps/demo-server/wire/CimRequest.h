@@ -13,7 +13,7 @@ struct RequestParameter {
     std::string name;
     /// The name of the element that holds the value, empty for null.
     std::string kind;
-    /// The value of a VALUE, VALUE.ARRAY or CLASSNAME; null for every other kind.
+    /// The value of a VALUE, VALUE.ARRAY, CLASSNAME or INSTANCENAME; null for every other kind.
     Value value;
 };
 

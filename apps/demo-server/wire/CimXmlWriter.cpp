@@ -1,5 +1,6 @@
 #include "wire/CimXmlWriter.h"
 
+#include <algorithm>
 #include <array>
 
 namespace demo {
@@ -11,24 +12,17 @@ void WriteFlag(XmlWriter& writer, std::string_view attribute, bool flag, bool us
         writer.Attribute(attribute, flag ? "true" : "false");
 }
 
-/// VALUE, VALUE.ARRAY, VALUE.REFERENCE, or nothing for null.
-void WriteValue(XmlWriter& writer, const Value& value) {
-    if (const auto* const text = value.AsText()) {
-        writer.Start("VALUE").Text(*text).End();
-    } else if (const auto* const items = value.AsArray()) {
-        writer.Start("VALUE.ARRAY");
-        for (const auto& item : *items) {
-            if (item)
-                writer.Start("VALUE").Text(*item).End();
-            else
-                writer.Start("VALUE.NULL").End();
-        }
-        writer.End();
-    } else if (const auto* const reference = value.AsReference()) {
-        writer.Start("VALUE.REFERENCE");
-        WriteInstanceName(writer, *reference);
-        writer.End();
+void WriteNamespacePath(XmlWriter& writer, const NamespacePath& location) {
+    writer.Start("NAMESPACEPATH");
+    writer.Start("HOST").Text(location.host).End();
+    writer.Start("LOCALNAMESPACEPATH");
+    for (std::string_view rest = location.nameSpace; !rest.empty();) {
+        const auto end = std::min(rest.find('/'), rest.size());
+        writer.Start("NAMESPACE").Attribute("NAME", rest.substr(0, end)).End();
+        rest.remove_prefix(std::min(end + 1, rest.size()));
     }
+    writer.End();
+    writer.End();
 }
 
 /// The flavors of a qualifier or its declaration; what differs from the defaults of DSP0201.
@@ -157,6 +151,39 @@ void WriteInstanceName(XmlWriter& writer, const ObjectPath& path) {
         writer.End();
     }
     writer.End();
+}
+
+void WriteClassPath(XmlWriter& writer, const NamespacePath& location, const std::string& className) {
+    writer.Start("CLASSPATH");
+    WriteNamespacePath(writer, location);
+    WriteClassName(writer, className);
+    writer.End();
+}
+
+void WriteInstancePath(XmlWriter& writer, const NamespacePath& location, const ObjectPath& path) {
+    writer.Start("INSTANCEPATH");
+    WriteNamespacePath(writer, location);
+    WriteInstanceName(writer, path);
+    writer.End();
+}
+
+void WriteValue(XmlWriter& writer, const Value& value) {
+    if (const auto* const text = value.AsText()) {
+        writer.Start("VALUE").Text(*text).End();
+    } else if (const auto* const items = value.AsArray()) {
+        writer.Start("VALUE.ARRAY");
+        for (const auto& item : *items) {
+            if (item)
+                writer.Start("VALUE").Text(*item).End();
+            else
+                writer.Start("VALUE.NULL").End();
+        }
+        writer.End();
+    } else if (const auto* const reference = value.AsReference()) {
+        writer.Start("VALUE.REFERENCE");
+        WriteInstanceName(writer, *reference);
+        writer.End();
+    }
 }
 
 void WriteInstance(XmlWriter& writer, const Class& declaration, const Class& shape, const Instance& instance,

@@ -35,6 +35,21 @@ void WriteClassName(XmlWriter& writer, const std::string& name);
 /// INSTANCENAME
 void WriteInstanceName(XmlWriter& writer, const ObjectPath& path);
 
+/// Where objects are: a host, and a namespace as in "root/cimv2".
+struct NamespacePath {
+    std::string host;
+    std::string nameSpace;
+};
+
+/// CLASSPATH
+void WriteClassPath(XmlWriter& writer, const NamespacePath& location, const std::string& className);
+
+/// INSTANCEPATH
+void WriteInstancePath(XmlWriter& writer, const NamespacePath& location, const ObjectPath& path);
+
+/// VALUE, VALUE.ARRAY, VALUE.REFERENCE, or nothing for null.
+void WriteValue(XmlWriter& writer, const Value& value);
+
 /// INSTANCE, of the instance's class. Properties that shape, the instance's class or a superclass of it, does not have
 /// are left out.
 void WriteInstance(XmlWriter& writer, const Class& declaration, const Class& shape, const Instance& instance,

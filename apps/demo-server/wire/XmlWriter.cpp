@@ -90,12 +90,9 @@ XmlWriter& XmlWriter::Text(std::string_view text) {
 }
 
 XmlWriter& XmlWriter::End() {
-    if (inStartTag_)
-        buffer_ += "/>";
-    else
-        ((buffer_ += "</") += open_.back()) += '>';
-    buffer_ += '\n';
-    inStartTag_ = false;
+    // An empty element has both tags, too: there are clients whose parsers do not know the short form.
+    CloseStartTag();
+    ((buffer_ += "</") += open_.back()) += ">\n";
     open_.pop_back();
     return *this;
 }

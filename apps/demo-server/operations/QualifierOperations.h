@@ -1,0 +1,10 @@
+#pragma once
+
+#include "operations/Operation.h"
+
+namespace demo {
+
+/// GetQualifier and EnumerateQualifiers.
+Operations QualifierOperations();
+
+} // namespace demo

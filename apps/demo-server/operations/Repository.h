@@ -1,0 +1,58 @@
+#pragma once
+
+#include "providers/InstanceProvider.h"
+#include "schema/Schema.h"
+#include "wire/CimError.h"
+#include "wire/CimXmlWriter.h"
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace demo {
+
+/// The namespace that the operations read: its schema and the instances of its providers. Safe to use from several
+/// threads.
+class Repository {
+  public:
+    /// Takes an instance with its class. What it throws ends the enumeration.
+    using Visitor = std::function<void(const Class&, const Instance&)>;
+
+    Repository(Schema schema, InstanceProviders providers, NamespacePath location);
+
+    const Schema& GetSchema() const { return schema_; }
+    /// Where the objects of the repository are.
+    const NamespacePath& Location() const { return location_; }
+
+    /// The class of that name. Throws CimError with the status if there is none.
+    const Class& FindClass(const std::string& name, CimStatus otherwise) const;
+
+    /// A class and all classes below it, each ahead of its own subclasses.
+    std::vector<const Class*> WithSubclasses(const Class& top) const;
+
+    /// Hands every instance of a class and its subclasses to the visitor.
+    void Enumerate(const Class& top, const Visitor& visit) const;
+
+    /// Hands every instance whose class this is, not a subclass, to the visitor.
+    void EnumerateExactly(const Class& declaration, const Visitor& visit) const;
+
+    /// The path that a client has sent, as PathOf() gives it: with the keys' types, and their values in normal form.
+    /// Throws CimError kInvalidParameter when it does not have the keys of the class, with values of their types.
+    ObjectPath Checked(const Class& declaration, const ObjectPath& path) const;
+
+    /// The instance with a checked path, nothing if there is none.
+    std::optional<Instance> Find(const ObjectPath& path) const;
+
+  private:
+    const InstanceProviders& ProvidersOf(const std::string& className) const;
+    Value CheckedValue(const Property& key, const Value& value) const;
+
+    Schema schema_;
+    std::map<std::string, InstanceProviders, NameLess> providers_;
+    NamespacePath location_;
+};
+
+} // namespace demo

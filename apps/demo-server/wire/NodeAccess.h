@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+
+namespace pugi {
+class xml_node;
+}
+
+namespace demo {
+
+// What the readers of requests have in common. All throw HttpError (request-not-valid) where the element does not hold
+// what DSP0201 demands of it.
+
+[[noreturn]] void RequestNotValid(const std::string& what);
+
+std::string RequiredAttribute(const pugi::xml_node& node, const char* attribute);
+
+pugi::xml_node RequiredChild(const pugi::xml_node& node, const char* name);
+
+/// The components of a LOCALNAMESPACEPATH with "/" between them.
+std::string ReadNamespace(const pugi::xml_node& path);
+
+} // namespace demo
