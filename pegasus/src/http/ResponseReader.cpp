@@ -18,6 +18,10 @@ using boost::system::error_code;
 
 constexpr unsigned kSwitchingProtocols = 101;
 
+/// The least that follows where the parser asks for more of a body: the end of its chunks, "0\r\n\r\n". Beast asserts
+/// that it is not given less once it has seen the zero.
+constexpr std::size_t kShortestRest = 5;
+
 /// Beast's parser, delivering straight into our own structures and to the sink: the body is never copied.
 class Parser final : public beast::http::basic_parser<false> {
   public:
@@ -110,6 +114,9 @@ class ResponseReader::Impl {
     std::size_t advance(const Deadline& deadline) {
         if ((begin_ == end_ || starved_) && !receive(deadline)) {
             finishAtEnd();
+            return 0;
+        }
+        if (starved_ && parser_->is_header_done() && end_ - begin_ < kShortestRest) {
             return 0;
         }
         error_code error;
