@@ -1,0 +1,60 @@
+// A server's answer, as bytes of the body: whatever they are, and however they arrive, decoding them ends in the same
+// objects or in the same documented exception.
+
+#include "CutInput.h"
+#include "Description.h"
+#include "Require.h"
+
+#include "cimxml/ResponseDecoder.h"
+
+#include <string>
+
+using namespace Pegasus;
+
+namespace {
+
+struct DescribingSink : cimxml::ReturnValueSink {
+    void onClass(const CIMClass& cimClass) override { description.Add(cimClass); }
+    void onInstance(const CIMInstance& instance) override { description.Add(instance); }
+    void onObject(const CIMObject& object) override { description.Add(object); }
+    void onClassName(const CIMName& name) override { description.Add(name); }
+    void onInstanceName(const CIMObjectPath& name) override { description.Add(name); }
+    void onObjectPath(const CIMObjectPath& path) override { description.Add(path); }
+    void onQualifierDecl(const CIMQualifierDecl& declaration) override { description.Add(declaration); }
+
+    Description description;
+};
+
+void Feed(cimxml::ResponseDecoder& decoder, Pieces pieces) {
+    for (auto piece = pieces.Next(); !piece.empty(); piece = pieces.Next()) {
+        decoder.feed(piece);
+    }
+    decoder.finish();
+}
+
+/// What decoding ends in: the kind of the exception, or else the objects. The server's own error comes behind them.
+std::string Outcome(Pieces pieces) {
+    DescribingSink sink;
+    cimxml::ResponseDecoder decoder("1001", "EnumerateInstances", sink);
+    try {
+        Feed(decoder, pieces);
+    } catch (const CIMClientXmlException& exception) {
+        Require(!exception.getMessage().empty(), "an error says what is wrong");
+        return "CIMClientXmlException";
+    } catch (const CIMClientResponseException& exception) {
+        Require(!exception.getMessage().empty(), "an error says what is wrong");
+        return "CIMClientResponseException";
+    } catch (const CIMException& exception) {
+        Require(exception.getCode() != CIM_ERR_SUCCESS, "success is no error");
+        return sink.description.Text() + std::string(exception.getMessage().view());
+    }
+    return sink.description.Text();
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const CutInput input(data, size);
+    Require(Outcome(input.Whole()) == Outcome(input.Cut()), "how an answer is cut does not matter");
+    return 0;
+}
