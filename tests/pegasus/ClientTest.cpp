@@ -100,8 +100,10 @@ TEST_F(ClientTest, ConnectsOnce) {
 }
 
 TEST_F(ClientTest, CanConnectAgainAfterAFailedConnect) {
-    EXPECT_THROW(client_.connect("no-such-host.invalid", 5988, "", ""), InvalidLocatorException);
-    EXPECT_THROW(client_.connect(String(server_.Address()), 5989, "", ""), CannotConnectException);
+    EXPECT_THAT(MessageOf<InvalidLocatorException>([&] { client_.connect("no-such-host.invalid", 5988, "", ""); }),
+                HasSubstr("no-such-host.invalid:5988"));
+    EXPECT_THAT(MessageOf<CannotConnectException>([&] { client_.connect(String(server_.Address()), 5989, "", ""); }),
+                HasSubstr(server_.Address() + ":5989"));
     connect();
     EXPECT_EQ(getThing().getClassName(), CIMName("CIM_Thing"));
 }

@@ -195,32 +195,7 @@ TEST(CIMObjectPathTest, MalformedTextsAreRefused) {
         EXPECT_THROW(CIMObjectPath{path}, MalformedObjectNameException) << path;
 }
 
-// ---- Handles ----
-
-TEST(HandlesTest, AnUninitialisedObjectThrowsWhenUsed) {
-    EXPECT_THROW(CIMQualifier().getName(), UninitializedObjectException);
-    EXPECT_THROW(CIMQualifierDecl().getScope(), UninitializedObjectException);
-    EXPECT_THROW(CIMProperty().getValue(), UninitializedObjectException);
-    EXPECT_THROW(CIMProperty().addQualifier(CIMQualifier("Q", CIMValue())), UninitializedObjectException);
-    EXPECT_THROW(CIMParameter().getType(), UninitializedObjectException);
-    EXPECT_THROW(CIMMethod().getParameterCount(), UninitializedObjectException);
-    EXPECT_THROW(CIMClass().getClassName(), UninitializedObjectException);
-    EXPECT_THROW(CIMInstance().setPath(CIMObjectPath()), UninitializedObjectException);
-    EXPECT_THROW(CIMObject().isClass(), UninitializedObjectException);
-    EXPECT_THROW(CIMObject().getPath(), UninitializedObjectException);
-    EXPECT_THROW(CIMClass{CIMObject()}, UninitializedObjectException);
-    EXPECT_THROW(CIMInstance{CIMObject()}, UninitializedObjectException);
-    EXPECT_THROW(CIMClass("A").addProperty(CIMProperty()), UninitializedObjectException);
-}
-
-TEST(HandlesTest, ACopyRefersToTheSameObject) {
-    CIMInstance instance(CIMName("A"));
-    const CIMInstance copy = instance;
-    instance.addProperty(CIMProperty("P", CIMValue(Uint8(1))));
-    EXPECT_EQ(copy.getPropertyCount(), 1U);
-    instance.setPath("A.P=1");
-    EXPECT_EQ(copy.getPath(), CIMObjectPath("A.P=1"));
-}
+// ---- Declarations and objects ----
 
 TEST(CIMQualifierTest, ItHasWhatItWasMadeFrom) {
     const CIMQualifier qualifier("Values", arrayOf<String>({"a"}), CIMFlavor::TRANSLATABLE, true);
@@ -241,7 +216,6 @@ TEST(CIMQualifierDeclTest, ItHasWhatItWasMadeFrom) {
     EXPECT_EQ(decl.getScope(), CIMScope::CLASS);
     EXPECT_EQ(decl.getFlavor(), CIMFlavor::NONE);
     EXPECT_EQ(decl.getArraySize(), 4U);
-    EXPECT_EQ(CIMQualifierDecl("Q", CIMValue(), CIMScope::ANY).getFlavor(), CIMFlavor::DEFAULTS);
 }
 
 TEST(CIMPropertyTest, ItHasWhatItWasMadeFrom) {
@@ -252,18 +226,6 @@ TEST(CIMPropertyTest, ItHasWhatItWasMadeFrom) {
     EXPECT_EQ(property.getReferenceClassName(), CIMName("A"));
     EXPECT_EQ(property.getClassOrigin(), CIMName("B"));
     EXPECT_TRUE(property.getPropagated());
-    EXPECT_TRUE(CIMProperty("P", CIMValue()).getClassOrigin().isNull());
-}
-
-TEST(CIMPropertyTest, QualifiersAreFoundByNameAndIndex) {
-    CIMProperty property("P", CIMValue());
-    property.addQualifier(CIMQualifier("Key", true)).addQualifier(CIMQualifier("MaxLen", Uint32(64)));
-    EXPECT_EQ(property.getQualifierCount(), 2U);
-    EXPECT_EQ(property.findQualifier("maxlen"), 1U);
-    EXPECT_EQ(property.findQualifier("Read"), PEG_NOT_FOUND);
-    EXPECT_EQ(property.getQualifier(0).getValue(), CIMValue(true));
-    EXPECT_THROW(property.getQualifier(2), IndexOutOfBoundsException);
-    EXPECT_THROW(property.getQualifier(PEG_NOT_FOUND), IndexOutOfBoundsException);
 }
 
 TEST(CIMMethodTest, ParametersAndQualifiersAreFound) {
@@ -278,7 +240,6 @@ TEST(CIMMethodTest, ParametersAndQualifiersAreFound) {
     EXPECT_TRUE(method.getPropagated());
     EXPECT_EQ(method.findQualifier("q"), 0U);
     EXPECT_EQ(method.findParameter("x"), PEG_NOT_FOUND);
-    EXPECT_THROW(method.getParameter(1), IndexOutOfBoundsException);
 }
 
 TEST(CIMClassTest, MembersAreFoundByNameAndIndex) {
@@ -296,8 +257,6 @@ TEST(CIMClassTest, MembersAreFoundByNameAndIndex) {
     EXPECT_EQ(cimClass.findProperty("p"), 0U);
     EXPECT_EQ(cimClass.findMethod("m"), 0U);
     EXPECT_EQ(cimClass.findMethod("p"), PEG_NOT_FOUND);
-    EXPECT_THROW(cimClass.getProperty(1), IndexOutOfBoundsException);
-    EXPECT_THROW(cimClass.getMethod(1), IndexOutOfBoundsException);
     EXPECT_TRUE(CIMClass("A").getSuperClassName().isNull());
 }
 
@@ -315,10 +274,9 @@ TEST(CIMClassTest, AQualifierThatIsTrueMakesAnAssociationOrAnAbstractClass) {
 TEST(CIMInstanceTest, ItsPathIsItsClassUntilItGetsOne) {
     CIMInstance instance(CIMName("A"));
     EXPECT_EQ(instance.getPath(), CIMObjectPath("A"));
-    instance.addProperty(CIMProperty("P", CIMValue()));
-    EXPECT_EQ(instance.findProperty("p"), 0U);
-    EXPECT_EQ(instance.findProperty("q"), PEG_NOT_FOUND);
-    EXPECT_THROW(instance.getProperty(1), IndexOutOfBoundsException);
+    instance.setPath("root:A.K=1");
+    EXPECT_EQ(instance.getPath(), CIMObjectPath("root:A.K=1"));
+    EXPECT_FALSE(instance.identical(CIMInstance(CIMName("A"))));
 }
 
 TEST(CIMObjectTest, ItIsAClassOrAnInstance) {

@@ -1,0 +1,352 @@
+// What code that is written against the client API relies on at run time, beyond what the tests of each type say:
+// the same rules for all handles, all defaults, all indices, all flags and all errors.
+
+#include <Pegasus/Client/CIMClient.h>
+
+#include <gtest/gtest.h>
+
+#include <initializer_list>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using namespace Pegasus;
+
+std::string text(const String& string) { return std::string(string.view()); }
+
+// ---- Handles ----
+
+/// Expects that using an object that was never initialised throws, whatever the operation.
+template <class Handle>
+void expectUninitialized(std::initializer_list<void (*)(Handle&)> operations) {
+    int index = 0;
+    for (const auto operation : operations) {
+        Handle handle;
+        EXPECT_THROW(operation(handle), UninitializedObjectException) << "operation " << index;
+        ++index;
+    }
+}
+
+template <class Handle>
+void expectUninitializedQualifiers() {
+    expectUninitialized<Handle>({[](Handle& h) { h.addQualifier(CIMQualifier("Q", CIMValue())); },
+                                 [](Handle& h) { h.getQualifierCount(); }, [](Handle& h) { h.getQualifier(0); },
+                                 [](Handle& h) { h.findQualifier("Q"); }});
+}
+
+template <class Handle>
+void expectUninitializedProperties() {
+    expectUninitialized<Handle>({[](Handle& h) { h.addProperty(CIMProperty("P", CIMValue())); },
+                                 [](Handle& h) { h.getPropertyCount(); }, [](Handle& h) { h.getProperty(0); },
+                                 [](Handle& h) { h.findProperty("P"); }, [](Handle& h) { h.getClassName(); },
+                                 [](Handle& h) { h.getPath(); }, [](Handle& h) { h.setPath("A"); }});
+}
+
+TEST(ApiFacts, EveryOperationOnAnUninitialisedObjectThrows) {
+    using Qualifier = CIMQualifier;
+    expectUninitialized<Qualifier>({[](Qualifier& q) { q.getName(); }, [](Qualifier& q) { q.getType(); },
+                                    [](Qualifier& q) { q.isArray(); }, [](Qualifier& q) { q.getValue(); },
+                                    [](Qualifier& q) { q.getFlavor(); }, [](Qualifier& q) { q.getPropagated(); }});
+    using Declaration = CIMQualifierDecl;
+    expectUninitialized<Declaration>({[](Declaration& d) { d.getName(); }, [](Declaration& d) { d.getType(); },
+                                      [](Declaration& d) { d.isArray(); }, [](Declaration& d) { d.getValue(); },
+                                      [](Declaration& d) { d.getScope(); }, [](Declaration& d) { d.getFlavor(); },
+                                      [](Declaration& d) { d.getArraySize(); }});
+    using Property = CIMProperty;
+    expectUninitialized<Property>({[](Property& p) { p.getName(); }, [](Property& p) { p.getValue(); },
+                                   [](Property& p) { p.getType(); }, [](Property& p) { p.isArray(); },
+                                   [](Property& p) { p.getArraySize(); },
+                                   [](Property& p) { p.getReferenceClassName(); },
+                                   [](Property& p) { p.getClassOrigin(); }, [](Property& p) { p.getPropagated(); }});
+    expectUninitializedQualifiers<Property>();
+    using Parameter = CIMParameter;
+    expectUninitialized<Parameter>({[](Parameter& p) { p.getName(); }, [](Parameter& p) { p.getType(); },
+                                    [](Parameter& p) { p.isArray(); }, [](Parameter& p) { p.getArraySize(); },
+                                    [](Parameter& p) { p.getReferenceClassName(); }});
+    expectUninitializedQualifiers<Parameter>();
+    using Method = CIMMethod;
+    expectUninitialized<Method>({[](Method& m) { m.getName(); }, [](Method& m) { m.getType(); },
+                                 [](Method& m) { m.getClassOrigin(); }, [](Method& m) { m.getPropagated(); },
+                                 [](Method& m) { m.addParameter(CIMParameter("P", CIMTYPE_UINT8)); },
+                                 [](Method& m) { m.getParameterCount(); }, [](Method& m) { m.getParameter(0); }});
+    expectUninitializedQualifiers<Method>();
+    using Class = CIMClass;
+    expectUninitialized<Class>(
+        {[](Class& c) { c.getSuperClassName(); }, [](Class& c) { c.isAssociation(); }, [](Class& c) { c.isAbstract(); },
+         [](Class& c) { c.addMethod(CIMMethod("M", CIMTYPE_UINT8)); }, [](Class& c) { c.getMethodCount(); },
+         [](Class& c) { c.getMethod(0); }, [](Class& c) { c.findMethod("M"); }});
+    expectUninitializedQualifiers<Class>();
+    expectUninitializedProperties<Class>();
+    expectUninitializedProperties<CIMInstance>();
+    using Object = CIMObject;
+    expectUninitialized<Object>({[](Object& o) { o.isClass(); }, [](Object& o) { o.isInstance(); },
+                                 [](Object& o) { o.getClassName(); }, [](Object& o) { o.getPath(); },
+                                 [](Object& o) { o.setPath("A"); }, [](Object& o) { CIMClass{o}; },
+                                 [](Object& o) { CIMInstance{o}; }});
+}
+
+TEST(ApiFacts, AnUninitialisedObjectCannotBePartOfAnother) {
+    EXPECT_THROW(CIMClass("A").addQualifier(CIMQualifier()), UninitializedObjectException);
+    EXPECT_THROW(CIMClass("A").addProperty(CIMProperty()), UninitializedObjectException);
+    EXPECT_THROW(CIMClass("A").addMethod(CIMMethod()), UninitializedObjectException);
+    EXPECT_THROW(CIMMethod("M", CIMTYPE_UINT8).addParameter(CIMParameter()), UninitializedObjectException);
+    EXPECT_THROW(CIMInstance(CIMName("A")).addProperty(CIMProperty()), UninitializedObjectException);
+}
+
+template <class Handle>
+void expectShared(Handle handle) {
+    const Handle copy(handle);
+    Handle assigned;
+    assigned = handle;
+    handle.addQualifier(CIMQualifier("Q", CIMValue()));
+    EXPECT_EQ(copy.getQualifierCount(), 1U);
+    EXPECT_EQ(assigned.getQualifierCount(), 1U);
+}
+
+TEST(ApiFacts, ACopyOfAHandleRefersToTheSameObject) {
+    expectShared(CIMProperty("P", CIMValue()));
+    expectShared(CIMParameter("P", CIMTYPE_UINT8));
+    expectShared(CIMMethod("M", CIMTYPE_UINT8));
+    expectShared(CIMClass("A"));
+
+    CIMInstance instance(CIMName("A"));
+    const CIMInstance copy(instance);
+    instance.addProperty(CIMProperty("P", CIMValue(Uint8(1))));
+    instance.setPath("A.P=1");
+    EXPECT_EQ(copy.getPropertyCount(), 1U);
+    EXPECT_EQ(copy.getPath(), CIMObjectPath("A.P=1"));
+}
+
+TEST(ApiFacts, ACopyOfAValueIsAValueOfItsOwn) {
+    CIMValue value(Uint8(1));
+    const CIMValue valueCopy(value);
+    value.setNullValue(CIMTYPE_STRING, true);
+    EXPECT_EQ(valueCopy, CIMValue(Uint8(1)));
+
+    CIMFlavor flavor(CIMFlavor::TOSUBCLASS);
+    const CIMFlavor flavorCopy(flavor);
+    flavor.addFlavor(CIMFlavor::TRANSLATABLE);
+    EXPECT_EQ(flavorCopy, CIMFlavor::TOSUBCLASS);
+
+    CIMScope scope(CIMScope::CLASS);
+    const CIMScope scopeCopy(scope);
+    scope.addScope(CIMScope::METHOD);
+    EXPECT_EQ(scopeCopy, CIMScope::CLASS);
+
+    CIMName name("A");
+    const CIMName nameCopy(name);
+    name.clear();
+    EXPECT_EQ(nameCopy, CIMName("A"));
+}
+
+// ---- Defaults ----
+
+TEST(ApiFacts, WhatAConstructorIsNotToldHasADefault) {
+    const CIMProperty property("P", CIMValue());
+    EXPECT_EQ(property.getArraySize(), 0U);
+    EXPECT_TRUE(property.getReferenceClassName().isNull());
+    EXPECT_TRUE(property.getClassOrigin().isNull());
+    EXPECT_FALSE(property.getPropagated());
+
+    const CIMParameter parameter("P", CIMTYPE_UINT8);
+    EXPECT_FALSE(parameter.isArray());
+    EXPECT_EQ(parameter.getArraySize(), 0U);
+    EXPECT_TRUE(parameter.getReferenceClassName().isNull());
+
+    const CIMMethod method("M", CIMTYPE_UINT8);
+    EXPECT_EQ(method.getName(), CIMName("M"));
+    EXPECT_EQ(method.getType(), CIMTYPE_UINT8);
+    EXPECT_TRUE(method.getClassOrigin().isNull());
+    EXPECT_FALSE(method.getPropagated());
+
+    const CIMQualifierDecl declaration("Q", CIMValue(true), CIMScope::ANY);
+    EXPECT_EQ(declaration.getName(), CIMName("Q"));
+    EXPECT_EQ(declaration.getValue(), CIMValue(true));
+    EXPECT_EQ(declaration.getFlavor(), CIMFlavor::DEFAULTS);
+    EXPECT_EQ(declaration.getArraySize(), 0U);
+
+    const CIMObjectPath path("host", CIMNamespaceName("root"), "A");
+    EXPECT_EQ(text(path.toString()), "//host/root:A");
+    EXPECT_EQ(path.getKeyBindings().size(), 0U);
+}
+
+TEST(ApiFacts, AKeyBindingHasWhatItWasMadeFrom) {
+    const CIMKeyBinding key("K", "root:A.K=1", CIMKeyBinding::REFERENCE);
+    EXPECT_EQ(key.getName(), CIMName("K"));
+    EXPECT_EQ(key.getValue(), String("root:A.K=1"));
+    EXPECT_EQ(key.getType(), CIMKeyBinding::REFERENCE);
+}
+
+// ---- Indices and names ----
+
+TEST(ApiFacts, EveryIndexOutOfRangeThrows) {
+    CIMProperty property("P", CIMValue());
+    CIMParameter parameter("P", CIMTYPE_UINT8);
+    CIMMethod method("M", CIMTYPE_UINT8);
+    CIMClass cimClass("A");
+    CIMInstance instance(CIMName("A"));
+    for (const Uint32 index : {Uint32(0), Uint32(1), PEG_NOT_FOUND}) {
+        SCOPED_TRACE(index);
+        EXPECT_THROW(property.getQualifier(index), IndexOutOfBoundsException);
+        EXPECT_THROW(parameter.getQualifier(index), IndexOutOfBoundsException);
+        EXPECT_THROW(method.getQualifier(index), IndexOutOfBoundsException);
+        EXPECT_THROW(method.getParameter(index), IndexOutOfBoundsException);
+        EXPECT_THROW(cimClass.getQualifier(index), IndexOutOfBoundsException);
+        EXPECT_THROW(cimClass.getProperty(index), IndexOutOfBoundsException);
+        EXPECT_THROW(cimClass.getMethod(index), IndexOutOfBoundsException);
+        EXPECT_THROW(instance.getProperty(index), IndexOutOfBoundsException);
+        EXPECT_THROW(Array<CIMName>()[index], IndexOutOfBoundsException);
+        EXPECT_THROW(CIMPropertyList()[index], IndexOutOfBoundsException);
+    }
+}
+
+template <class Owner>
+void expectQualifiersFound(Owner owner) {
+    EXPECT_EQ(owner.findQualifier("B"), PEG_NOT_FOUND);
+    owner.addQualifier(CIMQualifier("A", CIMValue())).addQualifier(CIMQualifier("B", CIMValue(true)));
+    EXPECT_EQ(owner.findQualifier("b"), 1U);
+    EXPECT_EQ(owner.findQualifier("C"), PEG_NOT_FOUND);
+    EXPECT_EQ(owner.getQualifier(1).getValue(), CIMValue(true));
+}
+
+template <class Owner>
+void expectPropertiesFound(Owner owner) {
+    EXPECT_EQ(owner.findProperty("B"), PEG_NOT_FOUND);
+    owner.addProperty(CIMProperty("A", CIMValue())).addProperty(CIMProperty("B", CIMValue(true)));
+    EXPECT_EQ(owner.getPropertyCount(), 2U);
+    EXPECT_EQ(owner.findProperty("b"), 1U);
+    EXPECT_EQ(owner.findProperty("C"), PEG_NOT_FOUND);
+    EXPECT_EQ(owner.getProperty(1).getValue(), CIMValue(true));
+}
+
+TEST(ApiFacts, EveryMemberIsFoundWithoutRegardToCase) {
+    expectQualifiersFound(CIMProperty("P", CIMValue()));
+    expectQualifiersFound(CIMParameter("P", CIMTYPE_UINT8));
+    expectQualifiersFound(CIMMethod("M", CIMTYPE_UINT8));
+    expectQualifiersFound(CIMClass("A"));
+    expectPropertiesFound(CIMClass("A"));
+    expectPropertiesFound(CIMInstance(CIMName("A")));
+
+    CIMClass cimClass("A");
+    cimClass.addMethod(CIMMethod("M", CIMTYPE_UINT8)).addMethod(CIMMethod("N", CIMTYPE_UINT16));
+    EXPECT_EQ(cimClass.getMethodCount(), 2U);
+    EXPECT_EQ(cimClass.getMethod(cimClass.findMethod("n")).getType(), CIMTYPE_UINT16);
+}
+
+// ---- Flags ----
+
+TEST(ApiFacts, EveryFlavorHasItsBitAndItsWord) {
+    const std::vector<std::pair<CIMFlavor, const char*>> flavors = {
+        {CIMFlavor::OVERRIDABLE, "OVERRIDABLE"},         {CIMFlavor::TOSUBCLASS, "TOSUBCLASS"},
+        {CIMFlavor::TOINSTANCE, "TOINSTANCE"},           {CIMFlavor::TRANSLATABLE, "TRANSLATABLE"},
+        {CIMFlavor::DISABLEOVERRIDE, "DISABLEOVERRIDE"}, {CIMFlavor::RESTRICTED, "RESTRICTED"}};
+    for (std::size_t bit = 0; bit < flavors.size(); ++bit) {
+        EXPECT_EQ(flavors[bit].first, CIMFlavor(Uint32(1) << bit));
+        EXPECT_EQ(text(flavors[bit].first.toString()), flavors[bit].second);
+    }
+    EXPECT_EQ(CIMFlavor::NONE, CIMFlavor(0));
+    EXPECT_EQ(CIMFlavor::NONE, CIMFlavor());
+    EXPECT_EQ(CIMFlavor::DEFAULTS, CIMFlavor(3));
+    EXPECT_EQ(CIMFlavor::ENABLEOVERRIDE, CIMFlavor::OVERRIDABLE);
+}
+
+TEST(ApiFacts, EveryScopeHasItsWordAndAnyIsAllSeven) {
+    const std::vector<std::pair<CIMScope, const char*>> scopes = {
+        {CIMScope::CLASS, "CLASS"},        {CIMScope::ASSOCIATION, "ASSOCIATION"}, {CIMScope::INDICATION, "INDICATION"},
+        {CIMScope::PROPERTY, "PROPERTY"},  {CIMScope::REFERENCE, "REFERENCE"},     {CIMScope::METHOD, "METHOD"},
+        {CIMScope::PARAMETER, "PARAMETER"}};
+    CIMScope all;
+    for (const auto& [scope, word] : scopes) {
+        EXPECT_EQ(text(scope.toString()), word);
+        EXPECT_FALSE(all.hasScope(scope)) << word;
+        EXPECT_TRUE(CIMScope::ANY.hasScope(scope)) << word;
+        all.addScope(scope);
+    }
+    EXPECT_EQ(all, CIMScope::ANY);
+    EXPECT_EQ(CIMScope::NONE, CIMScope());
+}
+
+// ---- Values ----
+
+TEST(ApiFacts, ValuesAreEqualWhenTypeArrayNessNullNessAndContentAre) {
+    EXPECT_TRUE(CIMValue(Uint8(1)).equal(CIMValue(Uint8(1))));
+    EXPECT_FALSE(CIMValue(Uint8(1)).equal(CIMValue(Uint16(1))));
+    EXPECT_FALSE(CIMValue(Uint8(1)).equal(CIMValue(Array<Uint8>(1))));
+    EXPECT_TRUE(CIMValue(CIMTYPE_UINT8, false).equal(CIMValue(CIMTYPE_UINT8, false)));
+    EXPECT_FALSE(CIMValue(CIMTYPE_UINT8, false).equal(CIMValue(CIMTYPE_UINT16, false)));
+    EXPECT_FALSE(CIMValue(CIMTYPE_UINT8, false).equal(CIMValue(CIMTYPE_UINT8, true)));
+    EXPECT_FALSE(CIMValue(CIMTYPE_UINT8, false).equal(CIMValue(Uint8(0))));
+    EXPECT_FALSE(CIMValue(CIMTYPE_UINT8, true).equal(CIMValue(Array<Uint8>())));
+}
+
+TEST(ApiFacts, ANullOfAnotherTypeIsATypeMismatchNotANull) {
+    Uint16 number = 7;
+    EXPECT_THROW(CIMValue(CIMTYPE_UINT8, false).get(number), TypeMismatchException);
+    EXPECT_THROW(CIMValue(CIMTYPE_UINT16, true).get(number), TypeMismatchException);
+    CIMValue(CIMTYPE_UINT16, false).get(number);
+    EXPECT_EQ(number, 7);
+}
+
+// ---- Errors ----
+
+TEST(ApiFacts, EveryStatusCodesMessageBeginsWithItsName) {
+    const std::vector<std::pair<int, std::string>> names = {{0, "SUCCESS"},
+                                                            {1, "FAILED"},
+                                                            {2, "ACCESS_DENIED"},
+                                                            {3, "INVALID_NAMESPACE"},
+                                                            {4, "INVALID_PARAMETER"},
+                                                            {5, "INVALID_CLASS"},
+                                                            {6, "NOT_FOUND"},
+                                                            {7, "NOT_SUPPORTED"},
+                                                            {8, "CLASS_HAS_CHILDREN"},
+                                                            {9, "CLASS_HAS_INSTANCES"},
+                                                            {10, "INVALID_SUPERCLASS"},
+                                                            {11, "ALREADY_EXISTS"},
+                                                            {12, "NO_SUCH_PROPERTY"},
+                                                            {13, "TYPE_MISMATCH"},
+                                                            {14, "QUERY_LANGUAGE_NOT_SUPPORTED"},
+                                                            {15, "INVALID_QUERY"},
+                                                            {16, "METHOD_NOT_AVAILABLE"},
+                                                            {17, "METHOD_NOT_FOUND"},
+                                                            {20, "NAMESPACE_NOT_EMPTY"},
+                                                            {21, "INVALID_ENUMERATION_CONTEXT"},
+                                                            {22, "INVALID_OPERATION_TIMEOUT"},
+                                                            {23, "PULL_HAS_BEEN_ABANDONED"},
+                                                            {24, "PULL_CANNOT_BE_ABANDONED"},
+                                                            {25, "FILTERED_ENUMERATION_NOT_SUPPORTED"},
+                                                            {26, "CONTINUATION_ON_ERROR_NOT_SUPPORTED"},
+                                                            {27, "SERVER_LIMITS_EXCEEDED"},
+                                                            {28, "SERVER_IS_SHUTTING_DOWN"}};
+    for (const auto& [number, name] : names) {
+        const auto code = static_cast<CIMStatusCode>(number);
+        const std::string whole = "CIM_ERR_" + name + ": why";
+        EXPECT_EQ(text(CIMException(code, "why").getMessage()), whole);
+        EXPECT_EQ(text(CIMException(code, String(whole)).getMessage()), whole);
+        EXPECT_EQ(CIMException(code, "why").getCode(), code);
+    }
+}
+
+/// The message of the exception of type E that an action throws.
+template <class E, class Action>
+std::string messageOf(Action action) {
+    try {
+        action();
+    } catch (const E& error) {
+        return text(error.getMessage());
+    }
+    ADD_FAILURE() << "the expected exception did not come";
+    return {};
+}
+
+TEST(ApiFacts, AnErrorQuotesTheTextThatIsWrong) {
+    EXPECT_EQ(messageOf<InvalidNameException>([] { CIMName("a b"); }), "not a CIM name: \"a b\"");
+    EXPECT_EQ(messageOf<InvalidNamespaceNameException>([] { CIMNamespaceName("/a"); }),
+              "not a CIM namespace name: \"/a\"");
+    EXPECT_EQ(messageOf<InvalidDateTimeFormatException>([] { CIMDateTime(String("noon")); }),
+              "not the text of a CIM datetime: \"noon\"");
+    EXPECT_EQ(messageOf<MalformedObjectNameException>([] { CIMObjectPath("A.K"); }), "not an object path: \"A.K\"");
+}
+
+} // namespace

@@ -1,0 +1,382 @@
+// What code that is written against the client API relies on at compile time: types, constants, every signature.
+// CIMClient.h alone has to be enough for all of it. Nearly all of this is checked by compiling it.
+
+#include <Pegasus/Client/CIMClient.h>
+
+#include <gtest/gtest.h>
+
+#include <exception>
+#include <type_traits>
+
+namespace {
+
+using namespace Pegasus;
+
+template <class T, class U>
+constexpr bool same = std::is_same_v<T, U>;
+template <class To, class... From>
+constexpr bool converts = (std::is_convertible_v<From, To> && ...);
+template <class T, class... Arguments>
+constexpr bool made = std::is_constructible_v<T, Arguments...>;
+template <class T>
+constexpr bool isValue =
+    std::is_default_constructible_v<T>&& std::is_copy_constructible_v<T>&& std::is_copy_assignable_v<T>;
+
+// Each takes the address of a function of exactly this result, class and parameters. `reads` is for operations on const
+// objects, `changes` for all others, `is` for static and free functions.
+template <class Class, class Result, class... Arguments>
+constexpr bool reads(Result (Class::*)(Arguments...) const) {
+    return true;
+}
+template <class Class, class Result, class... Arguments>
+constexpr bool changes(Result (Class::*)(Arguments...)) {
+    return true;
+}
+template <class Result, class... Arguments>
+constexpr bool is(Result (*)(Arguments...)) {
+    return true;
+}
+
+/// Whether objects are compared with == and !=.
+template <class T, class = void>
+struct Comparison : std::false_type {};
+template <class T>
+struct Comparison<T, std::void_t<decltype(std::declval<const T&>() == std::declval<const T&>()),
+                                 decltype(std::declval<const T&>() != std::declval<const T&>())>> : std::true_type {};
+template <class T>
+constexpr bool isCompared = Comparison<T>::value;
+
+// ---- Base types
+
+static_assert(same<Boolean, bool> && same<Uint8, unsigned char> && same<Sint8, signed char>);
+static_assert(same<Uint16, unsigned short> && same<Sint16, short> && same<Uint32, unsigned int> && same<Sint32, int>);
+static_assert(same<Uint64, unsigned long long> && same<Sint64, long long>);
+static_assert(same<Real32, float> && same<Real64, double>);
+static_assert(converts<Char16, Uint16> && converts<Uint16, Char16> && isValue<Char16>);
+static_assert(same<decltype(PEG_NOT_FOUND), const Uint32> && PEG_NOT_FOUND == 0xFFFFFFFFU);
+
+static_assert(CIMTYPE_BOOLEAN == 0 && CIMTYPE_UINT8 == 1 && CIMTYPE_SINT8 == 2 && CIMTYPE_UINT16 == 3);
+static_assert(CIMTYPE_SINT16 == 4 && CIMTYPE_UINT32 == 5 && CIMTYPE_SINT32 == 6 && CIMTYPE_UINT64 == 7);
+static_assert(CIMTYPE_SINT64 == 8 && CIMTYPE_REAL32 == 9 && CIMTYPE_REAL64 == 10 && CIMTYPE_CHAR16 == 11);
+static_assert(CIMTYPE_STRING == 12 && CIMTYPE_DATETIME == 13 && CIMTYPE_REFERENCE == 14);
+static_assert(CIMTYPE_OBJECT == 15 && CIMTYPE_INSTANCE == 16);
+static_assert(is<const char*, CIMType>(&cimTypeToString));
+
+static_assert(isValue<String> && converts<String, const char*> && made<String, const char*, Uint32>);
+static_assert(reads<String, Uint32>(&String::size) && reads<String, CString>(&String::getCString));
+static_assert(changes<String, String&, const String&>(&String::append) && changes<String, void>(&String::clear));
+static_assert(is<Boolean, const String&, const String&>(&String::equal));
+static_assert(is<Boolean, const String&, const String&>(&String::equalNoCase));
+static_assert(same<decltype(String::EMPTY), const String> && isCompared<String>);
+static_assert(is<bool, const String&, const String&>(&operator<) &&
+              is<bool, const String&, const String&>(&operator<=));
+static_assert(is<bool, const String&, const String&>(&operator>) &&
+              is<bool, const String&, const String&>(&operator>=));
+static_assert(is<String, const String&, const String&>(&operator+));
+static_assert(is<std::ostream&, std::ostream&, const String&>(&operator<<));
+static_assert(isValue<CString> && converts<const char*, CString>);
+
+template <class T>
+constexpr bool isArray =
+    isValue<Array<T>>&& made<Array<T>, Uint32> && !converts<Array<T>, Uint32> &&
+    reads<Array<T>, Uint32>(&Array<T>::size) && reads<Array<T>, const T*>(&Array<T>::getData) &&
+    changes<Array<T>, T&, Uint32>(&Array<T>::operator[]) && reads<Array<T>, const T&, Uint32>(&Array<T>::operator[]) &&
+    changes<Array<T>, void, const T&>(&Array<T>::append) && changes<Array<T>, void>(&Array<T>::clear) &&
+    changes<Array<T>, void, Uint32>(&Array<T>::reserveCapacity) && changes<Array<T>, void, Array<T>&>(&Array<T>::swap);
+template <class... T>
+constexpr bool areArrays = (isArray<T> && ...);
+static_assert(areArrays<Boolean, Uint8, Sint8, Uint16, Sint16, Uint32, Sint32, Uint64, Sint64, Real32, Real64, Char16>);
+static_assert(areArrays<String, CIMDateTime, CIMObjectPath, CIMObject, CIMInstance, CIMClass, CIMName, CIMKeyBinding>);
+static_assert(isArray<CIMQualifierDecl>);
+
+// ---- Values of the model
+
+template <class Name>
+constexpr bool isName = isValue<Name>&& converts<Name, const String&, const char*>&& isCompared<Name>&&
+                            reads<Name, const String&>(&Name::getString) &&
+                        reads<Name, Boolean>(&Name::isNull) && reads<Name, Boolean, const Name&>(&Name::equal) &&
+                        is<Boolean, const String&>(&Name::legal);
+static_assert(isName<CIMName> && isName<CIMNamespaceName>);
+
+template <class... T>
+constexpr bool areHeld = ((converts<CIMValue, T, Array<T>> && reads<CIMValue, void, T&>(&CIMValue::get<T>) &&
+                           reads<CIMValue, void, Array<T>&>(&CIMValue::get<Array<T>>) &&
+                           changes<CIMValue, void, const T&>(&CIMValue::set<T>) &&
+                           changes<CIMValue, void, const Array<T>&>(&CIMValue::set<Array<T>>)) &&
+                          ...);
+static_assert(areHeld<Boolean, Uint8, Sint8, Uint16, Sint16, Uint32, Sint32, Uint64, Sint64, Real32, Real64, Char16>);
+static_assert(areHeld<String, CIMDateTime, CIMObjectPath, CIMObject, CIMInstance>);
+// A text that loses its String would turn into a boolean.
+static_assert(!made<CIMValue, const char*> && !made<CIMValue, const char (&)[2]>);
+static_assert(isValue<CIMValue> && made<CIMValue, CIMType, Boolean> && made<CIMValue, CIMType, Boolean, Uint32>);
+static_assert(reads<CIMValue, CIMType>(&CIMValue::getType) && reads<CIMValue, Boolean>(&CIMValue::isArray));
+static_assert(reads<CIMValue, Boolean>(&CIMValue::isNull) && reads<CIMValue, Uint32>(&CIMValue::getArraySize));
+static_assert(changes<CIMValue, void, CIMType, Boolean, Uint32>(&CIMValue::setNullValue));
+static_assert(reads<CIMValue, Boolean, const CIMValue&>(&CIMValue::equal) && isCompared<CIMValue>);
+static_assert(reads<CIMValue, String>(&CIMValue::toString));
+static_assert(sizeof(CIMValue) <= 24, "instances are mostly values");
+
+static_assert(isValue<CIMFlavor> && isCompared<CIMFlavor>);
+static_assert(changes<CIMFlavor, void, const CIMFlavor&>(&CIMFlavor::addFlavor));
+static_assert(changes<CIMFlavor, void, const CIMFlavor&>(&CIMFlavor::removeFlavor));
+static_assert(reads<CIMFlavor, Boolean, const CIMFlavor&>(&CIMFlavor::hasFlavor));
+static_assert(reads<CIMFlavor, Boolean, const CIMFlavor&>(&CIMFlavor::equal));
+static_assert(reads<CIMFlavor, String>(&CIMFlavor::toString));
+static_assert(same<decltype(CIMFlavor::NONE + CIMFlavor::DEFAULTS), CIMFlavor>);
+
+static_assert(isValue<CIMScope> && isCompared<CIMScope>);
+static_assert(changes<CIMScope, void, const CIMScope&>(&CIMScope::addScope));
+static_assert(reads<CIMScope, Boolean, const CIMScope&>(&CIMScope::hasScope));
+static_assert(reads<CIMScope, Boolean, const CIMScope&>(&CIMScope::equal));
+static_assert(reads<CIMScope, String>(&CIMScope::toString));
+static_assert(same<decltype(CIMScope::NONE + CIMScope::ANY), CIMScope>);
+
+static_assert(isValue<CIMDateTime> && made<CIMDateTime, const String&> && isCompared<CIMDateTime>);
+static_assert(converts<String, decltype(std::declval<const CIMDateTime>().toString())>);
+static_assert(reads<CIMDateTime, Boolean>(&CIMDateTime::isInterval));
+static_assert(reads<CIMDateTime, Boolean, const CIMDateTime&>(&CIMDateTime::equal));
+
+static_assert(CIMKeyBinding::BOOLEAN == 0 && CIMKeyBinding::STRING == 1 && CIMKeyBinding::NUMERIC == 2);
+static_assert(CIMKeyBinding::REFERENCE == 3 && std::is_enum_v<CIMKeyBinding::Type>);
+static_assert(isValue<CIMKeyBinding> && made<CIMKeyBinding, const CIMName&, const String&, CIMKeyBinding::Type>);
+static_assert(reads<CIMKeyBinding, const CIMName&>(&CIMKeyBinding::getName));
+static_assert(reads<CIMKeyBinding, const String&>(&CIMKeyBinding::getValue));
+static_assert(reads<CIMKeyBinding, CIMKeyBinding::Type>(&CIMKeyBinding::getType) && isCompared<CIMKeyBinding>);
+
+static_assert(isValue<CIMObjectPath> && converts<CIMObjectPath, const String&, const char*>);
+static_assert(made<CIMObjectPath, const String&, const CIMNamespaceName&, const CIMName&>);
+static_assert(made<CIMObjectPath, const String&, const CIMNamespaceName&, const CIMName&, const Array<CIMKeyBinding>&>);
+static_assert(reads<CIMObjectPath, const String&>(&CIMObjectPath::getHost));
+static_assert(reads<CIMObjectPath, const CIMNamespaceName&>(&CIMObjectPath::getNameSpace));
+static_assert(reads<CIMObjectPath, const CIMName&>(&CIMObjectPath::getClassName));
+static_assert(reads<CIMObjectPath, const Array<CIMKeyBinding>&>(&CIMObjectPath::getKeyBindings));
+static_assert(reads<CIMObjectPath, String>(&CIMObjectPath::toString) && isCompared<CIMObjectPath>);
+static_assert(reads<CIMObjectPath, Boolean, const CIMObjectPath&>(&CIMObjectPath::identical));
+
+static_assert(isValue<CIMPropertyList> && converts<CIMPropertyList, const Array<CIMName>&>);
+static_assert(reads<CIMPropertyList, Boolean>(&CIMPropertyList::isNull));
+static_assert(reads<CIMPropertyList, Uint32>(&CIMPropertyList::size));
+static_assert(reads<CIMPropertyList, const CIMName&, Uint32>(&CIMPropertyList::operator[]));
+
+// ---- Handles of the model
+
+template <class Handle>
+constexpr bool isHandle = isValue<Handle>&& std::is_nothrow_default_constructible_v<Handle>&&
+                              std::is_nothrow_copy_constructible_v<Handle> &&
+                          sizeof(Handle) == sizeof(void*);
+/// What has a name, a type and an array-ness.
+template <class Handle>
+constexpr bool isTyped = reads<Handle, const CIMName&>(&Handle::getName) && reads<Handle, CIMType>(&Handle::getType) &&
+                         reads<Handle, Boolean>(&Handle::isArray);
+template <class Handle>
+constexpr bool isQualified =
+    changes<Handle, Handle&, const CIMQualifier&>(&Handle::addQualifier) &&
+    reads<Handle, Uint32>(&Handle::getQualifierCount) && reads<Handle, CIMQualifier, Uint32>(&Handle::getQualifier) &&
+    reads<Handle, Uint32, const CIMName&>(&Handle::findQualifier);
+template <class Handle>
+constexpr bool hasProperties =
+    changes<Handle, Handle&, const CIMProperty&>(&Handle::addProperty) &&
+    reads<Handle, Uint32>(&Handle::getPropertyCount) && reads<Handle, CIMProperty, Uint32>(&Handle::getProperty) &&
+    reads<Handle, Uint32, const CIMName&>(&Handle::findProperty);
+/// What has a class's name and a path.
+template <class Handle>
+constexpr bool hasPath =
+    reads<Handle, const CIMName&>(&Handle::getClassName) && reads<Handle, const CIMObjectPath&>(&Handle::getPath) &&
+    changes<Handle, void, const CIMObjectPath&>(&Handle::setPath);
+
+static_assert(isHandle<CIMQualifier> && isTyped<CIMQualifier>);
+static_assert(made<CIMQualifier, CIMName, CIMValue> && made<CIMQualifier, CIMName, CIMValue, CIMFlavor> &&
+              made<CIMQualifier, CIMName, CIMValue, CIMFlavor, Boolean>);
+static_assert(reads<CIMQualifier, const CIMValue&>(&CIMQualifier::getValue));
+static_assert(reads<CIMQualifier, const CIMFlavor&>(&CIMQualifier::getFlavor));
+static_assert(reads<CIMQualifier, Boolean>(&CIMQualifier::getPropagated));
+
+static_assert(isHandle<CIMQualifierDecl> && isTyped<CIMQualifierDecl>);
+static_assert(made<CIMQualifierDecl, CIMName, CIMValue, CIMScope> &&
+              made<CIMQualifierDecl, CIMName, CIMValue, CIMScope, CIMFlavor> &&
+              made<CIMQualifierDecl, CIMName, CIMValue, CIMScope, CIMFlavor, Uint32>);
+static_assert(reads<CIMQualifierDecl, const CIMValue&>(&CIMQualifierDecl::getValue));
+static_assert(reads<CIMQualifierDecl, const CIMScope&>(&CIMQualifierDecl::getScope));
+static_assert(reads<CIMQualifierDecl, const CIMFlavor&>(&CIMQualifierDecl::getFlavor));
+static_assert(reads<CIMQualifierDecl, Uint32>(&CIMQualifierDecl::getArraySize));
+
+static_assert(isHandle<CIMProperty> && isTyped<CIMProperty> && isQualified<CIMProperty>);
+static_assert(made<CIMProperty, CIMName, CIMValue> && made<CIMProperty, CIMName, CIMValue, Uint32> &&
+              made<CIMProperty, CIMName, CIMValue, Uint32, CIMName> &&
+              made<CIMProperty, CIMName, CIMValue, Uint32, CIMName, CIMName> &&
+              made<CIMProperty, CIMName, CIMValue, Uint32, CIMName, CIMName, Boolean>);
+static_assert(reads<CIMProperty, const CIMValue&>(&CIMProperty::getValue));
+static_assert(reads<CIMProperty, Uint32>(&CIMProperty::getArraySize));
+static_assert(reads<CIMProperty, const CIMName&>(&CIMProperty::getReferenceClassName));
+static_assert(reads<CIMProperty, const CIMName&>(&CIMProperty::getClassOrigin));
+static_assert(reads<CIMProperty, Boolean>(&CIMProperty::getPropagated));
+
+static_assert(isHandle<CIMParameter> && isTyped<CIMParameter> && isQualified<CIMParameter>);
+static_assert(made<CIMParameter, CIMName, CIMType> && made<CIMParameter, CIMName, CIMType, Boolean> &&
+              made<CIMParameter, CIMName, CIMType, Boolean, Uint32> &&
+              made<CIMParameter, CIMName, CIMType, Boolean, Uint32, CIMName>);
+static_assert(reads<CIMParameter, Uint32>(&CIMParameter::getArraySize));
+static_assert(reads<CIMParameter, const CIMName&>(&CIMParameter::getReferenceClassName));
+
+static_assert(isHandle<CIMMethod> && isQualified<CIMMethod>);
+static_assert(made<CIMMethod, CIMName, CIMType> && made<CIMMethod, CIMName, CIMType, CIMName> &&
+              made<CIMMethod, CIMName, CIMType, CIMName, Boolean>);
+static_assert(reads<CIMMethod, const CIMName&>(&CIMMethod::getName));
+static_assert(reads<CIMMethod, CIMType>(&CIMMethod::getType));
+static_assert(reads<CIMMethod, const CIMName&>(&CIMMethod::getClassOrigin));
+static_assert(reads<CIMMethod, Boolean>(&CIMMethod::getPropagated));
+static_assert(changes<CIMMethod, CIMMethod&, const CIMParameter&>(&CIMMethod::addParameter));
+static_assert(reads<CIMMethod, Uint32>(&CIMMethod::getParameterCount));
+static_assert(reads<CIMMethod, CIMParameter, Uint32>(&CIMMethod::getParameter));
+
+static_assert(isHandle<CIMClass> && hasPath<CIMClass> && isQualified<CIMClass> && hasProperties<CIMClass>);
+static_assert(made<CIMClass, CIMName> && made<CIMClass, CIMName, CIMName> && made<CIMClass, const CIMObject&>);
+static_assert(reads<CIMClass, const CIMName&>(&CIMClass::getSuperClassName));
+static_assert(reads<CIMClass, Boolean>(&CIMClass::isAssociation) && reads<CIMClass, Boolean>(&CIMClass::isAbstract));
+static_assert(changes<CIMClass, CIMClass&, const CIMMethod&>(&CIMClass::addMethod));
+static_assert(reads<CIMClass, Uint32>(&CIMClass::getMethodCount));
+static_assert(reads<CIMClass, CIMMethod, Uint32>(&CIMClass::getMethod));
+static_assert(reads<CIMClass, Uint32, const CIMName&>(&CIMClass::findMethod));
+
+static_assert(isHandle<CIMInstance> && hasPath<CIMInstance> && hasProperties<CIMInstance>);
+static_assert(made<CIMInstance, CIMName> && made<CIMInstance, const CIMObject&>);
+
+static_assert(isHandle<CIMObject> && hasPath<CIMObject> && converts<CIMObject, CIMClass, CIMInstance>);
+static_assert(!converts<CIMClass, CIMObject> && !converts<CIMInstance, CIMObject>, "each way back may throw");
+static_assert(reads<CIMObject, Boolean>(&CIMObject::isClass) && reads<CIMObject, Boolean>(&CIMObject::isInstance));
+
+// ---- Errors
+
+static_assert(!std::is_base_of_v<std::exception, Exception> && made<Exception, const String&>);
+static_assert(reads<Exception, const String&>(&Exception::getMessage));
+template <class... Errors>
+constexpr bool areErrors = ((std::is_base_of_v<Exception, Errors> && std::is_copy_constructible_v<Errors>)&&...);
+static_assert(areErrors<CIMException, UninitializedObjectException, IndexOutOfBoundsException, TypeMismatchException,
+                        InvalidNameException, InvalidNamespaceNameException, InvalidDateTimeFormatException>);
+static_assert(areErrors<DateTimeOutOfRangeException, MalformedObjectNameException, DynamicCastFailedException,
+                        CannotConnectException, InvalidLocatorException, AlreadyConnectedException>);
+static_assert(
+    areErrors<NotConnectedException, ConnectionTimeoutException, SSLException, CIMClientMalformedHTTPException,
+              CIMClientHTTPErrorException, CIMClientXmlException, CIMClientResponseException>);
+static_assert(made<CIMException, CIMStatusCode, const String&> &&
+              reads<CIMException, CIMStatusCode>(&CIMException::getCode));
+static_assert(reads<CIMClientHTTPErrorException, Uint32>(&CIMClientHTTPErrorException::getCode));
+static_assert(reads<CIMClientHTTPErrorException, const String&>(&CIMClientHTTPErrorException::getCIMError));
+static_assert(reads<CIMClientHTTPErrorException, const String&>(&CIMClientHTTPErrorException::getCIMErrorDetail));
+
+static_assert(CIM_ERR_SUCCESS == 0 && CIM_ERR_FAILED == 1 && CIM_ERR_ACCESS_DENIED == 2);
+static_assert(CIM_ERR_INVALID_NAMESPACE == 3 && CIM_ERR_INVALID_PARAMETER == 4 && CIM_ERR_INVALID_CLASS == 5);
+static_assert(CIM_ERR_NOT_FOUND == 6 && CIM_ERR_NOT_SUPPORTED == 7 && CIM_ERR_CLASS_HAS_CHILDREN == 8);
+static_assert(CIM_ERR_CLASS_HAS_INSTANCES == 9 && CIM_ERR_INVALID_SUPERCLASS == 10 && CIM_ERR_ALREADY_EXISTS == 11);
+static_assert(CIM_ERR_NO_SUCH_PROPERTY == 12 && CIM_ERR_TYPE_MISMATCH == 13);
+static_assert(CIM_ERR_QUERY_LANGUAGE_NOT_SUPPORTED == 14 && CIM_ERR_INVALID_QUERY == 15);
+static_assert(CIM_ERR_METHOD_NOT_AVAILABLE == 16 && CIM_ERR_METHOD_NOT_FOUND == 17);
+static_assert(CIM_ERR_NAMESPACE_NOT_EMPTY == 20 && CIM_ERR_INVALID_ENUMERATION_CONTEXT == 21);
+static_assert(CIM_ERR_INVALID_OPERATION_TIMEOUT == 22 && CIM_ERR_PULL_HAS_BEEN_ABANDONED == 23);
+static_assert(CIM_ERR_PULL_CANNOT_BE_ABANDONED == 24 && CIM_ERR_FILTERED_ENUMERATION_NOT_SUPPORTED == 25);
+static_assert(CIM_ERR_CONTINUATION_ON_ERROR_NOT_SUPPORTED == 26 && CIM_ERR_SERVER_LIMITS_EXCEEDED == 27);
+static_assert(CIM_ERR_SERVER_IS_SHUTTING_DOWN == 28);
+
+// ---- The client
+
+static_assert(same<SSLCertificateVerifyFunction, Boolean(SSLCertificateInfo&)>);
+static_assert(made<SSLContext, const String&, SSLCertificateVerifyFunction*> &&
+              std::is_copy_constructible_v<SSLContext>);
+static_assert(made<SSLContext, const String&, SSLCertificateVerifyFunction*, const String&>);
+static_assert(reads<SSLCertificateInfo, const String&>(&SSLCertificateInfo::getSubjectName));
+static_assert(reads<SSLCertificateInfo, const String&>(&SSLCertificateInfo::getIssuerName));
+static_assert(reads<SSLCertificateInfo, Uint32>(&SSLCertificateInfo::getErrorDepth));
+static_assert(reads<SSLCertificateInfo, Sint32>(&SSLCertificateInfo::getErrorCode));
+static_assert(reads<SSLCertificateInfo, const String&>(&SSLCertificateInfo::getErrorString));
+
+static_assert(std::is_default_constructible_v<CIMClient> && !std::is_copy_constructible_v<CIMClient> &&
+              !std::is_copy_assignable_v<CIMClient>);
+static_assert(changes<CIMClient, void, Uint32>(&CIMClient::setTimeout));
+static_assert(reads<CIMClient, Uint32>(&CIMClient::getTimeout));
+static_assert(changes<CIMClient, void, const String&, Uint32, const String&, const String&>(&CIMClient::connect));
+static_assert(changes<CIMClient, void, const String&, Uint32, const SSLContext&, const String&, const String&>(
+    &CIMClient::connect));
+static_assert(changes<CIMClient, void>(&CIMClient::disconnect));
+
+using NameSpace = const CIMNamespaceName&;
+using Name = const CIMName&;
+using Path = const CIMObjectPath&;
+using Text = const String&;
+using List = const CIMPropertyList&;
+template <class Result, class... Arguments>
+constexpr bool asks(Result (CIMClient::*)(NameSpace, Arguments...)) {
+    return true;
+}
+static_assert(asks<CIMClass, Name, Boolean, Boolean, Boolean, List>(&CIMClient::getClass));
+static_assert(asks<Array<CIMClass>, Name, Boolean, Boolean, Boolean, Boolean>(&CIMClient::enumerateClasses));
+static_assert(asks<Array<CIMName>, Name, Boolean>(&CIMClient::enumerateClassNames));
+static_assert(asks<CIMInstance, Path, Boolean, Boolean, Boolean, List>(&CIMClient::getInstance));
+static_assert(asks<Array<CIMInstance>, Name, Boolean, Boolean, Boolean, Boolean, List>(&CIMClient::enumerateInstances));
+static_assert(asks<Array<CIMObjectPath>, Name>(&CIMClient::enumerateInstanceNames));
+static_assert(asks<Array<CIMObject>, Path, Name, Name, Text, Text, Boolean, Boolean, List>(&CIMClient::associators));
+static_assert(asks<Array<CIMObjectPath>, Path, Name, Name, Text, Text>(&CIMClient::associatorNames));
+static_assert(asks<Array<CIMObject>, Path, Name, Text, Boolean, Boolean, List>(&CIMClient::references));
+static_assert(asks<Array<CIMObjectPath>, Path, Name, Text>(&CIMClient::referenceNames));
+static_assert(asks<CIMQualifierDecl, Name>(&CIMClient::getQualifier));
+static_assert(asks<Array<CIMQualifierDecl>>(&CIMClient::enumerateQualifiers));
+
+/// Every operation with each number of arguments that callers may leave out, and texts as literals. Compiled, not run;
+/// the values of the defaults are seen in what is sent.
+[[maybe_unused]] void callEveryOperation(CIMClient& client, const SSLContext& ssl) {
+    client.connect("localhost", 5988, "", "");
+    client.connect("localhost", 5989, ssl, "user", "password");
+    const CIMNamespaceName nameSpace("root/cimv2");
+    const CIMPropertyList list;
+    CIMClass cimClass = client.getClass(nameSpace, "A");
+    cimClass = client.getClass(nameSpace, "A", true);
+    cimClass = client.getClass(nameSpace, "A", true, true);
+    cimClass = client.getClass(nameSpace, "A", true, true, true);
+    cimClass = client.getClass(nameSpace, "A", true, true, true, list);
+    Array<CIMClass> classes = client.enumerateClasses(nameSpace);
+    classes = client.enumerateClasses(nameSpace, "A");
+    classes = client.enumerateClasses(nameSpace, "A", true);
+    classes = client.enumerateClasses(nameSpace, "A", true, true);
+    classes = client.enumerateClasses(nameSpace, "A", true, true, true);
+    Array<CIMName> names = client.enumerateClassNames(nameSpace);
+    names = client.enumerateClassNames(nameSpace, "A");
+    CIMInstance instance = client.getInstance(nameSpace, "A.K=1");
+    instance = client.getInstance(nameSpace, "A.K=1", true);
+    instance = client.getInstance(nameSpace, "A.K=1", true, true);
+    instance = client.getInstance(nameSpace, "A.K=1", true, true, true);
+    Array<CIMInstance> instances = client.enumerateInstances(nameSpace, "A");
+    instances = client.enumerateInstances(nameSpace, "A", true);
+    instances = client.enumerateInstances(nameSpace, "A", true, true);
+    instances = client.enumerateInstances(nameSpace, "A", true, true, true);
+    instances = client.enumerateInstances(nameSpace, "A", true, true, true, true);
+    instances = client.enumerateInstances(nameSpace, "A", true, true, true, true, names);
+    Array<CIMObject> objects = client.associators(nameSpace, "A");
+    objects = client.associators(nameSpace, "A", "B");
+    objects = client.associators(nameSpace, "A", "B", "C");
+    objects = client.associators(nameSpace, "A", "B", "C", "role");
+    objects = client.associators(nameSpace, "A", "B", "C", "role", "result");
+    objects = client.associators(nameSpace, "A", "B", "C", "role", "result", true);
+    objects = client.associators(nameSpace, "A", "B", "C", "role", "result", true, true);
+    objects = client.references(nameSpace, "A");
+    objects = client.references(nameSpace, "A", "B");
+    objects = client.references(nameSpace, "A", "B", "role");
+    objects = client.references(nameSpace, "A", "B", "role", true);
+    objects = client.references(nameSpace, "A", "B", "role", true, true);
+    Array<CIMObjectPath> paths = client.associatorNames(nameSpace, "A");
+    paths = client.associatorNames(nameSpace, "A", "B");
+    paths = client.associatorNames(nameSpace, "A", "B", "C");
+    paths = client.associatorNames(nameSpace, "A", "B", "C", "role");
+    paths = client.referenceNames(nameSpace, "A");
+    paths = client.referenceNames(nameSpace, "A", "B");
+}
+
+TEST(ApiSignatures, LetExceptionsBeCaughtByTheirBaseAndOnlyByIt) {
+    try {
+        throw CIMException(CIM_ERR_FAILED, "x");
+    } catch (const std::exception&) {
+        FAIL() << "no std::exception was thrown";
+    } catch (const Exception& exception) {
+        EXPECT_EQ(exception.getMessage(), String("CIM_ERR_FAILED: x"));
+    }
+}
+
+} // namespace
