@@ -127,6 +127,14 @@ class Peer : public Connection {
         return true;
     }
 
+    bool Send(TlsMessage message) override {
+        const bool prepared = message == TlsMessage::kSessionTicket ? SSL_new_session_ticket(ssl_.get()) == 1
+                              : message == TlsMessage::kKeyUpdate
+                                  ? SSL_key_update(ssl_.get(), SSL_KEY_UPDATE_REQUESTED) == 1
+                                  : SSL_renegotiate(ssl_.get()) == 1;
+        return prepared && SSL_do_handshake(ssl_.get()) == 1;
+    }
+
     void WaitForDelivery() override {
         int unacknowledged = 0;
         while (::ioctl(socket_.Descriptor(), SIOCOUTQ, &unacknowledged) == 0 && unacknowledged > 0) {
@@ -140,6 +148,8 @@ class Peer : public Connection {
         }
         socket_.Shutdown();
     }
+
+    void CloseWithoutAlert() override { socket_.Shutdown(); }
 
     void Reset() override {
         const linger at_once{1, 0};
@@ -199,8 +209,22 @@ class Peer : public Connection {
     std::string unread_;
 };
 
-SslContextPtr MakeSslContext(const TestCertificate& certificate) {
+void Restrict(SSL_CTX& context, TlsVersion version) {
+    if (version == TlsVersion::kCurrent) {
+        return;
+    }
+    const int only = version == TlsVersion::kOnly10   ? TLS1_VERSION
+                     : version == TlsVersion::kOnly11 ? TLS1_1_VERSION
+                     : version == TlsVersion::kOnly12 ? TLS1_2_VERSION
+                                                      : TLS1_3_VERSION;
+    SSL_CTX_set_security_level(&context, 0); // the old versions have no algorithms that OpenSSL still takes for safe
+    SSL_CTX_set_min_proto_version(&context, only);
+    SSL_CTX_set_max_proto_version(&context, only);
+}
+
+SslContextPtr MakeSslContext(const TestCertificate& certificate, TlsVersion version) {
     SslContextPtr context(SSL_CTX_new(TLS_server_method()), SslContextFree());
+    Restrict(*context, version);
     if (SSL_CTX_use_certificate_chain_file(context.get(), certificate.CertificateFile().c_str()) != 1 ||
         SSL_CTX_use_PrivateKey_file(context.get(), certificate.KeyFile().c_str(), SSL_FILETYPE_PEM) != 1) {
         throw std::runtime_error("cannot load " + certificate.CertificateFile());
@@ -337,8 +361,8 @@ ScriptedServer::~ScriptedServer() { Stop(); }
 
 std::uint16_t ScriptedServer::Listen(std::uint16_t port) { return impl_->Listen(port, nullptr); }
 
-std::uint16_t ScriptedServer::ListenTls(std::uint16_t port, const TestCertificate& certificate) {
-    return impl_->Listen(port, MakeSslContext(certificate));
+std::uint16_t ScriptedServer::ListenTls(std::uint16_t port, const TestCertificate& certificate, TlsVersion version) {
+    return impl_->Listen(port, MakeSslContext(certificate, version));
 }
 
 void ScriptedServer::Stop() { impl_->Stop(); }

@@ -14,6 +14,16 @@
 
 namespace support {
 
+/// The versions of TLS that a server speaks.
+enum class TlsVersion { kCurrent, kOnly10, kOnly11, kOnly12, kOnly13 };
+
+/// What a TLS server may send of its own accord, between the bytes of the application.
+enum class TlsMessage {
+    kSessionTicket, ///< TLS 1.3
+    kKeyUpdate,     ///< TLS 1.3; asks the peer for one, too
+    kHelloRequest,  ///< TLS 1.2: the begin of a renegotiation
+};
+
 /// The server's end of one accepted connection, in the hands of a test's script. Used by the script's thread only.
 class Connection {
   public:
@@ -31,12 +41,18 @@ class Connection {
     /// Sends the bytes as they are. False when the peer is gone or the server stops.
     virtual bool Write(std::string_view bytes) = 0;
 
+    /// Sends a message of the TLS protocol itself. False when it cannot be sent.
+    virtual bool Send(TlsMessage message) = 0;
+
     /// Waits until all that was sent, the end of the stream included, has arrived at the peer's system, so that the
     /// peer finds it there at once.
     virtual void WaitForDelivery() = 0;
 
     /// Ends the connection in order (for TLS with its closing alert); the peer reads the end of the stream.
     virtual void Close() = 0;
+
+    /// The same without TLS's closing alert.
+    virtual void CloseWithoutAlert() = 0;
 
     /// Ends the connection with a TCP reset; the peer reads an error.
     virtual void Reset() = 0;
@@ -61,7 +77,8 @@ class ScriptedServer {
     /// Listens on a port of the server's address (0: any free one) and returns the port. Several ports can be open at
     /// the same time. Throws std::system_error when the port cannot be had.
     std::uint16_t Listen(std::uint16_t port);
-    std::uint16_t ListenTls(std::uint16_t port, const TestCertificate& certificate);
+    std::uint16_t ListenTls(std::uint16_t port, const TestCertificate& certificate,
+                            TlsVersion version = TlsVersion::kCurrent);
 
     /// Closes the listeners and all connections, then waits for the scripts, which all their calls' results tell to
     /// come to an end. What a script threw is thrown away.

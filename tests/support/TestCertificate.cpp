@@ -120,8 +120,8 @@ TestCertificate::TestCertificate(const Options& options) {
     const KeyPtr authority_key = NewKey();
     const CertificatePtr authority = NewAuthority(*authority_key);
     const KeyPtr key = NewKey();
-    const CertificatePtr certificate =
-        NewCertificate(options.common_name, *key, -2 * kDay, options.expired ? -kDay : 2 * kDay);
+    const CertificatePtr certificate = NewCertificate(
+        options.common_name, *key, options.not_yet_valid ? kDay : -2 * kDay, options.expired ? -kDay : 2 * kDay);
     X509& issuer = options.self_signed ? *certificate : *authority;
     AddExtension(*certificate, issuer, NID_basic_constraints, "CA:FALSE");
     if (const std::string names = AlternativeNames(options); !names.empty()) {

@@ -16,6 +16,7 @@ class TestCertificate {
         std::vector<std::string> dns_names;    ///< alternative names of the server
         std::vector<std::string> ip_addresses; ///< alternative addresses, IPv4 or IPv6
         bool expired = false;                  ///< the validity ended yesterday
+        bool not_yet_valid = false;            ///< the validity begins tomorrow
         bool self_signed = false;              ///< signed by its own key instead of the authority's
     };
 
