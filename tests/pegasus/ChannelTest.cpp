@@ -4,15 +4,21 @@
 
 #include <Pegasus/Common/Exception.h>
 #include <algorithm>
+#include <arpa/inet.h>
 #include <fcntl.h>
 #include <filesystem>
 #include <future>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <memory>
+#include <netinet/in.h>
+#include <poll.h>
 #include <stdexcept>
 #include <string>
+#include <sys/socket.h>
 #include <system_error>
+#include <thread>
+#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -23,11 +29,12 @@ using namespace std::chrono_literals;
 using support::Connection;
 using support::ScriptedServer;
 using support::TestCertificate;
+using support::TlsVersion;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
 constexpr auto kAmple = 30s;
-constexpr auto kShort = 200ms;
+constexpr auto kShort = 100ms;
 constexpr std::size_t kMoreThanBuffersHold = 64'000'000;
 
 void Echo(Connection& peer) {
@@ -111,6 +118,54 @@ TEST(Channel, GivesUpAtOnceWhenThereIsNoTimeToFindTheHost) {
     // Either the time is up first, or the resolver is very quick. The lookups that go on must do no harm.
     for (int i = 0; i < 20; ++i) {
         EXPECT_THROW(Channel::open({"no-such-host.invalid", 5988}, nullptr, Deadline(0ms)), Exception);
+    }
+}
+
+/// A port that listens and accepts nobody: its queue of connections is full.
+class FullPort {
+  public:
+    FullPort() {
+        ::inet_pton(AF_INET, support::LoopbackAddress().c_str(), &address_.sin_addr);
+        const int listener = newSocket();
+        ::bind(listener, reinterpret_cast<sockaddr*>(&address_), sizeof address_);
+        ::listen(listener, 0);
+        socklen_t size = sizeof address_;
+        ::getsockname(listener, reinterpret_cast<sockaddr*>(&address_), &size);
+        for (int i = 0; i < 16 && !isFull_; ++i) {
+            const int client = newSocket();
+            ::connect(client, reinterpret_cast<sockaddr*>(&address_), sizeof address_);
+            pollfd connected{client, POLLOUT, 0};
+            isFull_ = ::poll(&connected, 1, static_cast<int>(std::chrono::milliseconds(kShort).count())) == 0;
+        }
+    }
+    ~FullPort() { std::for_each(sockets_.begin(), sockets_.end(), &::close); }
+    FullPort(const FullPort&) = delete;
+    FullPort& operator=(const FullPort&) = delete;
+
+    bool isFull() const { return isFull_; }
+    Endpoint endpoint() const { return {support::LoopbackAddress(), ntohs(address_.sin_port)}; }
+
+  private:
+    int newSocket() {
+        sockets_.push_back(::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
+        return sockets_.back();
+    }
+
+    std::vector<int> sockets_;
+    sockaddr_in address_{AF_INET, 0, {}, {}};
+    bool isFull_ = false;
+};
+
+TEST(Channel, GivesUpAtTheDeadlineWhenTheConnectionIsNotAccepted) {
+    const FullPort port;
+    if (!port.isFull()) {
+        GTEST_SKIP() << "this system accepts connections for a program that does not";
+    }
+    try {
+        Channel::open(port.endpoint(), nullptr, Deadline(kShort));
+        FAIL() << "no exception";
+    } catch (const ConnectionTimeoutException& error) {
+        EXPECT_THAT(std::string(error.getMessage().view()), HasSubstr("was not accepted within 100 ms"));
     }
 }
 
@@ -230,30 +285,45 @@ TEST_F(Tls, RefusesACertificateForAnotherName) {
     EXPECT_THAT(refusal(endpoint, trusting()), HasSubstr("hostname mismatch"));
 }
 
-TEST_F(Tls, RefusesACertificateForAnotherAddress) {
-    const Endpoint endpoint = serve(TestCertificate::For("192.0.2.1"));
-    const std::string message = refusal(endpoint, trusting());
-    EXPECT_THAT(message, HasSubstr(endpoint.text() + ": the server's certificate was refused: "));
-    EXPECT_THAT(message, HasSubstr("IP address mismatch"));
+TEST_F(Tls, SaysWhyItRefusesACertificate) {
+    const auto good = TestCertificate::For(support::LoopbackAddress());
+    auto expired = good;
+    expired.expired = true;
+    auto notYetValid = good;
+    notYetValid.not_yet_valid = true;
+    auto selfSigned = good;
+    selfSigned.self_signed = true;
+    const std::vector<std::pair<TestCertificate::Options, const char*>> refused = {
+        {TestCertificate::For("192.0.2.1"), "IP address mismatch"},
+        {expired, "certificate has expired"},
+        {notYetValid, "certificate is not yet valid"},
+        {selfSigned, "self-signed certificate"},
+    };
+    for (const auto& [options, why] : refused) {
+        const Endpoint endpoint = serve(options);
+        EXPECT_EQ(refusal(endpoint, trusting()), endpoint.text() + ": the server's certificate was refused: " + why);
+        EXPECT_EQ(echoThrough(endpoint, unverified_), "hello") << "it is refused only by who checks it";
+    }
 }
 
-TEST_F(Tls, RefusesAnExpiredCertificate) {
-    auto options = TestCertificate::For(support::LoopbackAddress());
-    options.expired = true;
-    const Endpoint endpoint = serve(options);
-    EXPECT_THAT(refusal(endpoint, trusting()), HasSubstr("certificate has expired"));
+TEST_F(Tls, SaysThatItDoesNotKnowACertificatesAuthority) {
+    const TestCertificate other(TestCertificate::Options{"cimhttp test server", {}, {}, false, false, true});
+    const Endpoint endpoint = serve();
+    EXPECT_EQ(refusal(endpoint, SSLContext(String(other.CertificateFile()), nullptr)),
+              endpoint.text() + ": the server's certificate was refused: unable to get local issuer certificate");
 }
 
-TEST_F(Tls, RefusesASelfSignedCertificate) {
+TEST_F(Tls, RefusesACertificateOfAnotherAuthorityOfTheSameName) {
+    const TestCertificate other(TestCertificate::For(support::LoopbackAddress()));
+    EXPECT_THAT(refusal(serve(), SSLContext(String(other.CaFile()), nullptr)),
+                HasSubstr("refused: certificate signature failure"));
+}
+
+TEST_F(Tls, AcceptsASelfSignedCertificateThatIsItselfInTheTrustStore) {
     auto options = TestCertificate::For(support::LoopbackAddress());
     options.self_signed = true;
     const Endpoint endpoint = serve(options);
-    EXPECT_THAT(refusal(endpoint, trusting()), HasSubstr("self-signed certificate"));
-}
-
-TEST_F(Tls, RefusesACertificateOfAnotherAuthority) {
-    const TestCertificate other(TestCertificate::For(support::LoopbackAddress()));
-    EXPECT_THAT(refusal(serve(), SSLContext(String(other.CaFile()), nullptr)), HasSubstr("certificate"));
+    EXPECT_EQ(echoThrough(endpoint, SSLContext(String(certificate_->CertificateFile()), nullptr)), "hello");
 }
 
 TEST_F(Tls, NamesATrustStoreThatCannotBeRead) {
@@ -322,6 +392,21 @@ TEST_F(Tls, OffersNothingOlderThanTls12) {
     EXPECT_THAT(hello, HasSubstr(std::string("\x00\x2b\x00\x05\x04\x03\x04\x03\x03", 9)));
 }
 
+TEST_F(Tls, SpeaksTheVersionsThatAreSafeAndNoOther) {
+    const auto options = TestCertificate::For(support::LoopbackAddress());
+    const TestCertificate certificate(options);
+    ScriptedServer server(&Echo);
+    const auto endpoint = [&](TlsVersion version) {
+        return Endpoint(server.Address(), server.ListenTls(0, certificate, version));
+    };
+    for (const TlsVersion version : {TlsVersion::kOnly12, TlsVersion::kOnly13}) {
+        EXPECT_EQ(echoThrough(endpoint(version), unverified_), "hello");
+    }
+    for (const TlsVersion version : {TlsVersion::kOnly10, TlsVersion::kOnly11}) {
+        EXPECT_THAT(refusal(endpoint(version), unverified_), HasSubstr("the TLS handshake failed: "));
+    }
+}
+
 TEST_F(Tls, ReportsAServerThatDoesNotSpeakIt) {
     ScriptedServer server([](Connection& peer) {
         peer.ReadSome();
@@ -343,6 +428,30 @@ TEST_F(Tls, GivesUpASilentHandshakeAtTheDeadline) {
     ScriptedServer server([](Connection& peer) { peer.WaitForPeerClose(); });
     const Endpoint endpoint(server.Address(), server.Listen(5988));
     EXPECT_THROW(Channel::open(endpoint, &unverified_, Deadline(kShort)), ConnectionTimeoutException);
+}
+
+TEST_F(Tls, GivesUpAHandshakeThatDripsAtTheDeadline) {
+    ScriptedServer server([](Connection& peer) {
+        // A record with a handshake message that is almost as long as a record can be, and does not end in time.
+        peer.Write("\x16\x03\x03\x3f\xff\x02");
+        while (peer.Write("x")) {
+            std::this_thread::sleep_for(5ms);
+        }
+    });
+    const Endpoint endpoint(server.Address(), server.Listen(5988));
+    EXPECT_THROW(Channel::open(endpoint, &unverified_, Deadline(kShort)), ConnectionTimeoutException);
+}
+
+TEST_F(Tls, GivesUpARequestThatTheServerDoesNotReadAtTheDeadline) {
+    std::promise<void> done;
+    const TestCertificate certificate(TestCertificate::For(support::LoopbackAddress()));
+    ScriptedServer server([&](Connection&) { done.get_future().wait(); });
+    const Endpoint endpoint(server.Address(), server.ListenTls(5989, certificate));
+    const auto channel = Channel::open(endpoint, &unverified_, Deadline(kAmple));
+    std::string large;
+    large.resize(kMoreThanBuffersHold);
+    EXPECT_THROW(channel->write(large, Deadline(kShort)), ConnectionTimeoutException);
+    done.set_value();
 }
 
 TEST_F(Tls, SurvivesAServerThatResetsTheConnection) {

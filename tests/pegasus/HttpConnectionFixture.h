@@ -2,6 +2,7 @@
 
 #include "http/HttpConnection.h"
 #include "support/ScriptedServer.h"
+#include "support/TestCertificate.h"
 
 #include <chrono>
 #include <cstddef>
@@ -18,7 +19,7 @@
 namespace Pegasus::http {
 
 constexpr std::chrono::seconds kAmple{30};       // for what must succeed
-constexpr std::chrono::milliseconds kShort{200}; // for what must time out
+constexpr std::chrono::milliseconds kShort{100}; // for what must time out
 
 const HttpRequest kQuestion{"/cimom", "", "question"};
 
@@ -51,6 +52,14 @@ class HttpConnectionTest : public ::testing::Test {
         return server_->Listen(5988);
     }
 
+    /// The same with TLS, for secureConnectionTo().
+    std::uint16_t serveTls(support::ScriptedServer::Script script,
+                           support::TlsVersion version = support::TlsVersion::kCurrent) {
+        const support::TestCertificate certificate(support::TestCertificate::For(support::LoopbackAddress()));
+        server_ = std::make_unique<support::ScriptedServer>(std::move(script));
+        return server_->ListenTls(5989, certificate, version);
+    }
+
     /// Serves the answers in turn, whatever connections they are asked for on; closes a connection when they run out.
     std::uint16_t serveInTurn(std::vector<std::string> answers) {
         return serve([this, answers = std::move(answers)](support::Connection& connection) {
@@ -70,6 +79,10 @@ class HttpConnectionTest : public ::testing::Test {
 
     HttpConnection connectionTo(std::uint16_t port, Credentials credentials = {}) const {
         return {Endpoint(server_->Address(), port), std::nullopt, std::move(credentials)};
+    }
+
+    HttpConnection secureConnectionTo(std::uint16_t port) const {
+        return {Endpoint(server_->Address(), port), SSLContext(String(), nullptr), {}};
     }
 
     static std::string readBody(HttpConnection& connection, const Deadline& deadline) {

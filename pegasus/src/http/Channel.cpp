@@ -192,6 +192,12 @@ class TlsChannel : public TcpChannel {
         return readFrom(stream_, buffer, size, deadline);
     }
 
+    bool hasInput() override {
+        SSL* const session = stream_.native_handle();
+        const bool buffered = SSL_has_pending(session) == 1 || BIO_pending(SSL_get_rbio(session)) > 0;
+        return buffered || TcpChannel::hasInput();
+    }
+
   private:
     [[noreturn]] void fail(const std::string& what) const {
         throw SSLException(String(endpoint().text() + ": " + what));

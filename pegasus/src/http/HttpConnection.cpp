@@ -2,7 +2,7 @@
 
 #include "http/BasicAuthentication.h"
 
-#include <Pegasus/Common/Exception.h>
+#include <Pegasus/Client/CIMClientException.h>
 #include <utility>
 
 namespace Pegasus::http {
@@ -77,7 +77,11 @@ const HttpHead& HttpConnection::exchangeHeads(const HttpRequest& request, const 
 const HttpHead& HttpConnection::attempt(const std::string& bytes, const Deadline& deadline) {
     state_ = State::kAnswering;
     reader_ = std::make_unique<ResponseReader>(*channel_, endpoint_);
-    channel_->write(bytes, deadline);
+    try {
+        channel_->write(bytes, deadline);
+    } catch (const ConnectionLost&) {
+        // A server may refuse a request and close before it has read all of it: its answer is there to be read.
+    }
     return reader_->readHead(deadline);
 }
 
@@ -92,8 +96,12 @@ void HttpConnection::skipBody(const Deadline& deadline) {
         close(); // also where only the connection's end would tell the body's
         return;
     }
-    reader_->readBody([](std::string_view) {}, deadline);
-    finishAnswer();
+    try {
+        reader_->readBody([](std::string_view) {}, deadline);
+        finishAnswer();
+    } catch (const CIMClientMalformedHTTPException&) {
+        close(); // what the body says is not wanted, nor is its end
+    }
 }
 
 void HttpConnection::finishAnswer() {
