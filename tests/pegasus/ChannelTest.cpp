@@ -5,6 +5,7 @@
 #include <Pegasus/Common/Exception.h>
 #include <algorithm>
 #include <arpa/inet.h>
+#include <cerrno>
 #include <fcntl.h>
 #include <filesystem>
 #include <future>
@@ -127,13 +128,14 @@ class FullPort {
     FullPort() {
         ::inet_pton(AF_INET, support::LoopbackAddress().c_str(), &address_.sin_addr);
         const int listener = newSocket();
-        ::bind(listener, reinterpret_cast<sockaddr*>(&address_), sizeof address_);
-        ::listen(listener, 0);
         socklen_t size = sizeof address_;
-        ::getsockname(listener, reinterpret_cast<sockaddr*>(&address_), &size);
+        if (::bind(listener, reinterpret_cast<sockaddr*>(&address_), size) != 0 || ::listen(listener, 0) != 0 ||
+            ::getsockname(listener, reinterpret_cast<sockaddr*>(&address_), &size) != 0) {
+            throw std::system_error(errno, std::generic_category(), "listen");
+        }
         for (int i = 0; i < 16 && !isFull_; ++i) {
             const int client = newSocket();
-            ::connect(client, reinterpret_cast<sockaddr*>(&address_), sizeof address_);
+            static_cast<void>(::connect(client, reinterpret_cast<sockaddr*>(&address_), size)); // in progress
             pollfd connected{client, POLLOUT, 0};
             isFull_ = ::poll(&connected, 1, static_cast<int>(std::chrono::milliseconds(kShort).count())) == 0;
         }

@@ -38,7 +38,8 @@ class Parser final : public beast::http::basic_parser<false> {
 
     const HttpHead& head() const { return head_; }
     const HttpFields& trailers() const { return trailers_; }
-    void deliverTo(const BodySink& sink) { sink_ = &sink; }
+    /// The sink must outlive the body.
+    void deliverTo(const BodySink& sink) { sink_ = std::cref(sink); }
 
   private:
     using string_view = beast::string_view;
@@ -46,7 +47,7 @@ class Parser final : public beast::http::basic_parser<false> {
     static std::string_view standard(string_view text) { return {text.data(), text.size()}; }
 
     std::size_t deliver(string_view part) {
-        (*sink_)(standard(part));
+        sink_(standard(part));
         return part.size();
     }
 
@@ -67,7 +68,7 @@ class Parser final : public beast::http::basic_parser<false> {
 
     HttpHead head_;
     HttpFields trailers_;
-    const BodySink* sink_ = nullptr;
+    BodySink sink_;
 };
 
 /// Whether bytes begin like a TLS record that carries an alert or a handshake message.
