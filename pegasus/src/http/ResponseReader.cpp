@@ -1,9 +1,5 @@
 #include "http/ResponseReader.h"
 
-// Beast 1.74 asserts that a last chunk arrives with at least two bytes behind its line. Where a body has no other chunk
-// it need not, and a server could end this process with it; the parser goes on well without the assertion.
-#define BOOST_DISABLE_ASSERTS
-
 #include <Pegasus/Client/CIMClientException.h>
 #include <boost/beast/http/basic_parser.hpp>
 #include <boost/beast/http/error.hpp>
