@@ -2,7 +2,6 @@
 
 #include "schema/PathText.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace demo {
@@ -15,9 +14,7 @@ namespace {
 const KeyBinding* FindBinding(const ObjectPath& path, const std::string& key) {
     if (path.keys.size() == 1 && path.keys.front().name.empty())
         return path.keys.data();
-    const auto found = std::find_if(path.keys.begin(), path.keys.end(),
-                                    [&](const KeyBinding& binding) { return SameName(binding.name, key); });
-    return found == path.keys.end() ? nullptr : &*found;
+    return path.FindKey(key);
 }
 
 } // namespace

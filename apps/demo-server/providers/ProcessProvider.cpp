@@ -79,41 +79,67 @@ Instance MakeCommon(const SystemFiles& files, std::string_view className) {
     return instance;
 }
 
+/// What is the same in all processes, and what the times of each of them are reckoned from.
+struct Origin {
+    Instance common;
+    std::chrono::system_clock::time_point bootTime;
+};
+
+Origin MakeOrigin(const SystemFiles& files, std::string_view className) {
+    return {MakeCommon(files, className), BootTime(files)};
+}
+
+/// The process of that number, nothing if it has ended.
+std::optional<Instance> MakeProcess(const SystemFiles& files, const Origin& origin, const std::string& id) {
+    static const auto kPageSize = static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE));
+    const std::string folder = "proc/" + id;
+    const auto stat = ReadStat(files, folder);
+    if (!stat)
+        return std::nullopt;
+    Instance instance = origin.common;
+    auto& values = instance.values;
+    values["Handle"] = Value::Text(id);
+    values["Name"] = Value::Text(stat->name);
+    values["ElementName"] = Value::Text(stat->name);
+    values["ExecutionState"] = Value::Number(ExecutionStateOf(stat->Field(kState)));
+    values["ParentProcessID"] = Value::Number(stat->Number(kParent));
+    // Real-time processes have a priority below zero.
+    values["Priority"] = Value::Number(LeadingNumber(stat->Field(kPriority)));
+    values["ThreadCount"] = Value::Number(stat->Number(kThreads));
+    values["VirtualSize"] = Value::Number(stat->Number(kVirtualSize));
+    values["WorkingSetSize"] = Value::Number(stat->Number(kResidentPages) * kPageSize);
+    values["Arguments"] = TextArray(Arguments(files, folder));
+    const auto status = files.Fields(folder + "/status", ':');
+    if (const auto user = status.find("Uid"); user != status.end())
+        values["UserID"] = Value::Number(LeadingNumber(user->second));
+    values["CreationDate"] = Value::Text(Timestamp(origin.bootTime + ClockTicks(stat->Number(kStartTime))));
+    values["KernelModeTime"] = Value::Number(ClockTicks(stat->Number(kSystemTime)).count());
+    values["UserModeTime"] = Value::Number(ClockTicks(stat->Number(kUserTime)).count());
+    return instance;
+}
+
+bool IsProcessNumber(const std::string& name) {
+    return !name.empty() && std::all_of(name.begin(), name.end(), [](unsigned char c) { return std::isdigit(c) != 0; });
+}
+
 } // namespace
 
 void ProcessProvider::Enumerate(const Visitor& visit) const {
-    const Instance common = MakeCommon(files_, ClassName());
-    const auto bootTime = BootTime(files_);
-    const auto pageSize = static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE));
-    for (const auto& id : files_.List("proc")) {
-        if (!LeadingNumber(id))
-            continue;
-        const std::string folder = "proc/" + id;
-        const auto stat = ReadStat(files_, folder);
-        // It may have ended since.
-        if (!stat)
-            continue;
-        Instance instance = common;
-        auto& values = instance.values;
-        values["Handle"] = Value::Text(id);
-        values["Name"] = Value::Text(stat->name);
-        values["ElementName"] = Value::Text(stat->name);
-        values["ExecutionState"] = Value::Number(ExecutionStateOf(stat->Field(kState)));
-        values["ParentProcessID"] = Value::Number(stat->Number(kParent));
-        // Real-time processes have a priority below zero.
-        values["Priority"] = Value::Number(LeadingNumber(stat->Field(kPriority)));
-        values["ThreadCount"] = Value::Number(stat->Number(kThreads));
-        values["VirtualSize"] = Value::Number(stat->Number(kVirtualSize));
-        values["WorkingSetSize"] = Value::Number(stat->Number(kResidentPages) * pageSize);
-        values["Arguments"] = TextArray(Arguments(files_, folder));
-        const auto status = files_.Fields(folder + "/status", ':');
-        if (const auto user = status.find("Uid"); user != status.end())
-            values["UserID"] = Value::Number(LeadingNumber(user->second));
-        values["CreationDate"] = Value::Text(Timestamp(bootTime + ClockTicks(stat->Number(kStartTime))));
-        values["KernelModeTime"] = Value::Number(ClockTicks(stat->Number(kSystemTime)).count());
-        values["UserModeTime"] = Value::Number(ClockTicks(stat->Number(kUserTime)).count());
-        visit(instance);
-    }
+    const Origin origin = MakeOrigin(files_, ClassName());
+    for (const auto& id : files_.List("proc"))
+        if (IsProcessNumber(id))
+            if (const auto process = MakeProcess(files_, origin, id))
+                visit(*process);
+}
+
+void ProcessProvider::EnumerateCandidates(const ObjectPath& path, const Visitor& visit) const {
+    const KeyBinding* const handle = path.FindKey("Handle");
+    const std::string* const id = handle ? handle->value.AsText() : nullptr;
+    // A handle that is no number must not become the name of some other file.
+    if (!id || !IsProcessNumber(*id))
+        return;
+    if (const auto process = MakeProcess(files_, MakeOrigin(files_, ClassName()), *id))
+        visit(*process);
 }
 
 } // namespace demo

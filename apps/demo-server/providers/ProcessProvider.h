@@ -14,6 +14,7 @@ class ProcessProvider : public InstanceProvider {
 
     std::string_view ClassName() const override { return "DEMO_Process"; }
     void Enumerate(const Visitor& visit) const override;
+    void EnumerateCandidates(const ObjectPath& path, const Visitor& visit) const override;
 
   private:
     SystemFiles files_;

@@ -11,6 +11,7 @@ namespace demo {
 
 namespace {
 
+constexpr std::string_view kIdPrefix = "volume-";
 constexpr std::uint64_t kBlockSize = 512;
 constexpr std::uint64_t kGigabyte = 1'073'741'824;
 /// 2026-01-01 00:00 UTC.
@@ -36,7 +37,7 @@ void SetNumber(Instance& instance, std::uint64_t number) {
     constexpr std::uint64_t kSizes = 64;
     constexpr std::uint64_t kMinute = 60;
     auto& values = instance.values;
-    const std::string name = fmt::format("volume-{:07}", number);
+    const std::string name = fmt::format("{}{:07}", kIdPrefix, number);
     const std::uint64_t capacity = (number % kSizes + 1) * kGigabyte;
     const std::chrono::seconds age(number * kMinute);
     values["DeviceID"] = Value::Text(name);
@@ -64,6 +65,19 @@ void StorageVolumeProvider::Enumerate(const Visitor& visit) const {
         SetNumber(instance, number);
         visit(instance);
     }
+}
+
+void StorageVolumeProvider::EnumerateCandidates(const ObjectPath& path, const Visitor& visit) const {
+    const KeyBinding* const id = path.FindKey("DeviceID");
+    const std::string* const text = id ? id->value.AsText() : nullptr;
+    if (!text || text->rfind(kIdPrefix, 0) != 0)
+        return;
+    const auto number = LeadingNumber(std::string_view(*text).substr(kIdPrefix.size()));
+    if (!number || *number >= count_)
+        return;
+    Instance instance = MakeCommon(files_, ClassName());
+    SetNumber(instance, *number);
+    visit(instance);
 }
 
 } // namespace demo

@@ -16,6 +16,7 @@ class StorageVolumeProvider : public InstanceProvider {
 
     std::string_view ClassName() const override { return "DEMO_StorageVolume"; }
     void Enumerate(const Visitor& visit) const override;
+    void EnumerateCandidates(const ObjectPath& path, const Visitor& visit) const override;
 
   private:
     SystemFiles files_;

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <utility>
 #include <variant>
@@ -70,6 +71,9 @@ struct ObjectPath {
     std::vector<KeyBinding> keys;
     /// As in "root/cimv2"; empty for the namespace of whatever holds the path.
     std::string nameSpace = {};
+
+    /// The key of that name, null if there is none.
+    const KeyBinding* FindKey(std::string_view keyName) const;
 };
 
 } // namespace demo

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "providers/InstanceProvider.h"
+#include "schema/Schema.h"
+
+#include <string>
+#include <vector>
+
+namespace demo {
+
+/// One side of an association: the name of its reference, and the providers of the objects to which this refers. The
+/// providers must outlive whoever holds it.
+struct LinkEnd {
+    std::string role;
+    std::vector<const InstanceProvider*> providers;
+};
+
+/// An association that links every object of the first end, which are few, with every object of the second.
+class LinkProvider : public InstanceProvider {
+  public:
+    /// The schema has the classes of the ends' objects, and must outlive the provider.
+    LinkProvider(const Schema& schema, std::string className, LinkEnd first, LinkEnd second);
+
+    std::string_view ClassName() const override { return className_; }
+    void Enumerate(const Visitor& visit) const override;
+    /// Looks for the object of the second end by its own path.
+    void EnumerateCandidates(const ObjectPath& path, const Visitor& visit) const override;
+
+  private:
+    struct Source {
+        const InstanceProvider* provider;
+        const Class* declaration;
+    };
+
+    struct End {
+        std::string role;
+        std::vector<Source> sources;
+    };
+
+    static End Resolve(const Schema& schema, LinkEnd end);
+    std::vector<Value> FirstReferences() const;
+    /// Hands the links of one object of the second end to the visitor.
+    void Link(const std::vector<Value>& firsts, const Source& source, const Instance& second,
+              const Visitor& visit) const;
+
+    std::string className_;
+    End first_;
+    End second_;
+};
+
+} // namespace demo
