@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <sstream>
 #include <stdexcept>
 #include <string_view>
 
@@ -86,12 +87,15 @@ Response TakeResponse(std::string_view& text) {
 
 } // namespace
 
-std::string OperationBody(const std::string& method, const std::string& parameters) {
+std::string OperationBody(const std::string& method, const std::string& parameters, const std::string& nameSpace) {
+    std::string path;
+    std::istringstream components(nameSpace);
+    for (std::string component; std::getline(components, component, '/');)
+        path += "<NAMESPACE NAME=\"" + component + "\"/>";
     return "<?xml version=\"1.0\" encoding=\"utf-8\" ?>\n<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\">"
            "<MESSAGE ID=\"7\" PROTOCOLVERSION=\"1.0\"><SIMPLEREQ><IMETHODCALL NAME=\"" +
-           method +
-           "\"><LOCALNAMESPACEPATH><NAMESPACE NAME=\"root\"/><NAMESPACE NAME=\"cimv2\"/></LOCALNAMESPACEPATH>" +
-           parameters + "</IMETHODCALL></SIMPLEREQ></MESSAGE></CIM>";
+           method + "\"><LOCALNAMESPACEPATH>" + path + "</LOCALNAMESPACEPATH>" + parameters +
+           "</IMETHODCALL></SIMPLEREQ></MESSAGE></CIM>";
 }
 
 std::string ClassName(const std::string& name) {

@@ -20,7 +20,8 @@ struct Response {
 };
 
 /// The body of a request for an intrinsic method; parameters are IPARAMVALUE elements.
-std::string OperationBody(const std::string& method, const std::string& parameters = "");
+std::string OperationBody(const std::string& method, const std::string& parameters = "",
+                          const std::string& nameSpace = "root/cimv2");
 
 /// IPARAMVALUE ClassName.
 std::string ClassName(const std::string& name);

@@ -42,7 +42,7 @@ InstanceProviders LiveProviders(const Schema& schema, const SystemFiles& files, 
     const auto& storageVolumes = Add<StorageVolumeProvider>(all, files, volumes);
     Add<AllTypesProvider>(all, schema);
 
-    Add<RunningOsProvider>(all, files);
+    Add<RunningOsProvider>(all, schema, files, computer, operatingSystem);
     Add<ParentProcessProvider>(all, schema, processes);
     Add<LinkProvider>(all, schema, "DEMO_SystemDevice", LinkEnd{"GroupComponent", {&computer}},
                       LinkEnd{"PartComponent", {&processors, &memory, &ports, &storageVolumes}});

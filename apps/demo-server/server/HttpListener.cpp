@@ -187,6 +187,14 @@ void CheckOperationHeader(const httplib::Request& request) {
                         "the header CIMOperation must be MethodCall, not \"" + operation + '"');
 }
 
+/// The header is optional; without it, the version in the body is all that is to be known.
+void CheckProtocolVersion(const httplib::Request& request) {
+    const std::string version = request.get_header_value("CIMProtocolVersion");
+    if (!version.empty() && version.rfind("1.", 0) != 0)
+        throw HttpError(kNotImplemented, "unsupported-protocol-version",
+                        "CIMProtocolVersion " + version + " is not supported");
+}
+
 void CheckRepeated(const httplib::Request& request, const char* header, const std::string& inBody) {
     const std::string inHeader = PercentDecode(request.get_header_value(header));
     if (!request.has_header(header))
@@ -199,6 +207,7 @@ void CheckRepeated(const httplib::Request& request, const char* header, const st
 
 CimRequest ReadOperation(const httplib::Request& request, const std::string& body) {
     CheckOperationHeader(request);
+    CheckProtocolVersion(request);
     CimRequest operation = ReadRequest(body);
     CheckRepeated(request, "CIMMethod", operation.method);
     // That of an extrinsic method is an object path, which can be written in many ways.

@@ -191,7 +191,7 @@ void WriteInstance(XmlWriter& writer, const Class& declaration, const Class& sha
     writer.Start("INSTANCE").Attribute("CLASSNAME", declaration.name);
     WriteQualifiers(writer, declaration, selection);
     for (const auto& property : declaration.properties)
-        if (selection.Wants(property) && shape.FindProperty(property.name))
+        if (selection.Wants(property) && (&shape == &declaration || shape.FindProperty(property.name)))
             WriteProperty(writer, property, instance.ValueOf(property), selection);
     writer.End();
 }
