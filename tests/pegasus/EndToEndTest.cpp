@@ -6,8 +6,10 @@
 #include "support/TemporaryDirectory.h"
 
 #include <Pegasus/Client/CIMClient.h>
+#include <cstdio>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
@@ -222,6 +224,31 @@ TEST_F(EndToEndTest, NothingChangesOverTls) {
     secure.connect(String(support::LoopbackAddress()), 5989, SSLContext(String(trustStore), nullptr), kUser, kPassword);
     EXPECT_THAT(Texts(secure.enumerateInstanceNames(kNamespace, "DEMO_AllTypes")),
                 ElementsAreArray(Texts(client_.enumerateInstanceNames(kNamespace, "DEMO_AllTypes"))));
+}
+
+/// What a program writes to its standard output.
+std::string OutputOf(const std::string& command) {
+    const std::unique_ptr<FILE, int (*)(FILE*)> pipe(::popen(command.c_str(), "r"), &::pclose);
+    std::string output;
+    char buffer[4096];
+    while (const std::size_t size = std::fread(buffer, 1, sizeof buffer, pipe.get())) {
+        output.append(buffer, size);
+    }
+    return output;
+}
+
+TEST(DocumentedExample, ListsTheFileSystemsOfAServer) {
+    demo::DemoServerOptions options = Options();
+    options.credentials.reset();
+    const demo::DemoServer server(options);
+    CIMClient client;
+    client.connect(String(options.address), 5988, "", "");
+    std::string expected;
+    for (const std::string& path : Texts(client.enumerateInstanceNames(kNamespace, "CIM_FileSystem"))) {
+        expected += path + '\n';
+    }
+    EXPECT_NE(expected, "");
+    EXPECT_EQ(OutputOf(DOCUMENTED_EXAMPLE " " + options.address), expected);
 }
 
 } // namespace
