@@ -147,19 +147,20 @@ TEST_F(EndToEndTest, AnAssociationLeadsFromOneInstanceToTheOtherAndBack) {
     ASSERT_EQ(systems.size(), 1U);
     ASSERT_TRUE(systems[0].isInstance());
     EXPECT_TRUE(HaveSameValues(CIMInstance(systems[0]), system));
-    EXPECT_THAT(PathsOf(systems), ElementsAreArray(Texts(client_.associatorNames(kNamespace, osPath))));
+    EXPECT_THAT(PathsOf(systems),
+                ElementsAreArray(Texts(client_.associatorNames(kNamespace, osPath, "CIM_RunningOS"))));
     EXPECT_NE(systems[0].getPath().getHost(), String::EMPTY);
     EXPECT_EQ(systems[0].getPath().getNameSpace(), kNamespace);
 
     // The received path, with host and namespace, asks for the same instance, and leads back.
     EXPECT_TRUE(HaveSameValues(client_.getInstance(kNamespace, systems[0].getPath(), false), system));
     const Array<CIMObjectPath> back =
-        client_.associatorNames(kNamespace, systems[0].getPath(), CIMName(), "DEMO_OperatingSystem");
+        client_.associatorNames(kNamespace, systems[0].getPath(), "CIM_RunningOS", "DEMO_OperatingSystem");
     ASSERT_EQ(back.size(), 1U);
     EXPECT_EQ(back[0].getKeyBindings(), osPath.getKeyBindings());
 
     EXPECT_EQ(client_.associators(kNamespace, osPath, "CIM_SystemDevice").size(), 0U);
-    EXPECT_EQ(client_.associators(kNamespace, osPath, CIMName(), CIMName(), "Dependent").size(), 0U);
+    EXPECT_EQ(client_.associators(kNamespace, osPath, "CIM_RunningOS", CIMName(), "Dependent").size(), 0U);
 }
 
 TEST_F(EndToEndTest, AnInstanceWhoseKeysAreReferencesIsFoundByItsPath) {
@@ -167,12 +168,12 @@ TEST_F(EndToEndTest, AnInstanceWhoseKeysAreReferencesIsFoundByItsPath) {
     Array<CIMName> ends; // and not the time since when, which the clock's adjustments can move
     ends.append("Antecedent");
     ends.append("Dependent");
-    const Array<CIMObject> links = client_.references(kNamespace, osPath, CIMName(), "", false, false, ends);
+    const Array<CIMObject> links = client_.references(kNamespace, osPath, "CIM_RunningOS", "", false, false, ends);
     ASSERT_EQ(links.size(), 1U);
     EXPECT_EQ(CIMInstance(links[0]).getPropertyCount(), 2U);
-    EXPECT_THAT(PathsOf(links), ElementsAreArray(Texts(client_.referenceNames(kNamespace, osPath))));
+    EXPECT_THAT(PathsOf(links), ElementsAreArray(Texts(client_.referenceNames(kNamespace, osPath, "CIM_RunningOS"))));
     EXPECT_EQ(client_.references(kNamespace, osPath, "CIM_RunningOS", "Antecedent").size(), 1U);
-    EXPECT_EQ(client_.referenceNames(kNamespace, osPath, CIMName(), "Dependent").size(), 0U);
+    EXPECT_EQ(client_.referenceNames(kNamespace, osPath, "CIM_RunningOS", "Dependent").size(), 0U);
 
     const Array<CIMKeyBinding> keys = links[0].getPath().getKeyBindings();
     ASSERT_EQ(keys.size(), 2U);
