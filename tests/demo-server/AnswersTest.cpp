@@ -91,6 +91,55 @@ TEST(Answers, AClosedOutputEndsTheOperation) {
     EXPECT_EQ(portions, 3);
 }
 
+constexpr const char* kNumberedClass = R"(<CIM CIMVERSION="2.0" DTDVERSION="2.0"><DECLARATION><DECLGROUP>
+<VALUE.OBJECT><QUALIFIER.DECLARATION NAME="Key" TYPE="boolean"><SCOPE PROPERTY="true"/></QUALIFIER.DECLARATION></VALUE.OBJECT>
+<VALUE.OBJECT><CLASS NAME="Numbered">
+  <PROPERTY NAME="Number" TYPE="uint16"><QUALIFIER NAME="Key" TYPE="boolean"><VALUE>TRUE</VALUE></QUALIFIER></PROPERTY>
+  <PROPERTY NAME="Even" TYPE="boolean"><QUALIFIER NAME="Key" TYPE="boolean"><VALUE>TRUE</VALUE></QUALIFIER></PROPERTY>
+</CLASS></VALUE.OBJECT></DECLGROUP></DECLARATION></CIM>)";
+
+class NumberedProvider : public demo::InstanceProvider {
+  public:
+    std::string_view ClassName() const override { return "Numbered"; }
+    void Enumerate(const Visitor& visit) const override {
+        for (int number = 0; number < 100; ++number)
+            visit({"Numbered",
+                   {{"Number", demo::Value::Number(number)}, {"Even", demo::Value::Boolean(number % 2 == 0)}}});
+    }
+};
+
+TEST(Answers, KeysThatAreNoTextsAreComparedByValue) {
+    demo::InstanceProviders providers;
+    providers.push_back(std::make_unique<NumberedProvider>());
+    const demo::CimService service(demo::ReadSchema(kNumberedClass), std::move(providers), "demo.example");
+    const demo::HttpListener listener(service, support::LoopbackAddress(), kPort, nullptr, nullptr);
+    const auto get = [](const std::string& number, const std::string& even) {
+        const auto key = [](const std::string& name, const std::string& value) {
+            return "<KEYBINDING NAME=\"" + name + "\"><KEYVALUE>" + value + "</KEYVALUE></KEYBINDING>";
+        };
+        const auto response =
+            AskOverHttp("GetInstance",
+                        "<IPARAMVALUE NAME=\"InstanceName\"><INSTANCENAME CLASSNAME=\"Numbered\">" +
+                            key("Number", number) + key("Even", even) + "</INSTANCENAME></IPARAMVALUE>",
+                        true);
+        const auto code = response.trailers.find("cimstatuscode");
+        return code == response.trailers.end() ? "0" : code->second;
+    };
+    EXPECT_EQ(get("16", "TRUE"), "0");
+    EXPECT_EQ(get("0x10", "true"), "0");
+    EXPECT_EQ(get("+0016", "True"), "0");
+    EXPECT_EQ(get("16", "false"), "6");
+    EXPECT_EQ(get("100", "true"), "6");
+    EXPECT_EQ(get("65536", "true"), "4");
+    EXPECT_EQ(get("-1", "true"), "4");
+    EXPECT_EQ(get("sixteen", "true"), "4");
+    EXPECT_EQ(get("16", "yes"), "4");
+
+    const auto names = AskOverHttp("EnumerateInstanceNames", exchange::ClassName("Numbered"), false).body;
+    EXPECT_THAT(names, testing::HasSubstr("<KEYVALUE VALUETYPE=\"numeric\">16</KEYVALUE>"));
+    EXPECT_THAT(names, testing::HasSubstr("<KEYVALUE VALUETYPE=\"boolean\">TRUE</KEYVALUE>"));
+}
+
 TEST(LiveProviders, GiveOnlyDeclaredPropertiesWithValuesOfTheirTypesAndNoKeyIsNull) {
     const auto schema = demo::BuiltInSchema();
     std::size_t instances = 0;

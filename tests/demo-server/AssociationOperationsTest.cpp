@@ -19,7 +19,6 @@ using cim::NamesOf;
 using cim::Parameter;
 using cim::Text;
 using testing::Contains;
-using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::IsSupersetOf;

@@ -19,7 +19,6 @@ using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::IsSupersetOf;
-using testing::Not;
 using testing::UnorderedElementsAre;
 
 class ClassOperations : public ServerFixture {};

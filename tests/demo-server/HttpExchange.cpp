@@ -112,7 +112,7 @@ Headers OperationHeaders(const std::string& method) {
 std::string Post(const Headers& headers, const std::string& body) {
     std::string text = "POST /cimom HTTP/1.1\r\nHost: demo\r\n";
     for (const auto& [name, value] : headers)
-        text += name + ": " + value + "\r\n";
+        text.append(name).append(": ").append(value).append("\r\n");
     if (headers.count("Connection") == 0)
         text += "Connection: close\r\n";
     if (headers.count("Transfer-Encoding") == 0)

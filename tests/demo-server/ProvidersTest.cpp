@@ -1,12 +1,15 @@
 #include "providers/ComputerSystemProvider.h"
 #include "providers/FileSystemProvider.h"
+#include "providers/LinkProvider.h"
 #include "providers/MemoryProvider.h"
 #include "providers/NetworkPortProvider.h"
 #include "providers/OperatingSystemProvider.h"
+#include "providers/ParentProcessProvider.h"
 #include "providers/ProcessProvider.h"
 #include "providers/ProcessorProvider.h"
 #include "providers/StorageVolumeProvider.h"
 #include "schema/DateTime.h"
+#include "schema/SchemaReader.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -65,6 +68,21 @@ std::vector<std::string> Texts(const demo::Instance& instance, const std::string
     for (const auto& item : *instance.values.at(name).AsArray())
         texts.push_back(item.value_or("null"));
     return texts;
+}
+
+/// A key of the object to which a reference refers.
+std::string KeyOf(const demo::Instance& instance, const std::string& reference, const std::string& key) {
+    return *instance.values.at(reference).AsReference()->FindKey(key)->value.AsText();
+}
+
+/// The values of a key in the instances among which a provider looks for one with this key.
+std::vector<std::string> Candidates(const demo::InstanceProvider& provider, const std::string& key,
+                                    const std::string& value) {
+    std::vector<std::string> found;
+    provider.EnumerateCandidates(
+        {std::string(provider.ClassName()), {{key, demo::CimType::kString, demo::Value::Text(value)}}},
+        [&](const demo::Instance& instance) { found.push_back(Text(instance, key)); });
+    return found;
 }
 
 std::vector<std::string> TextOfEach(const std::vector<demo::Instance>& instances, const std::string& name) {
@@ -227,6 +245,60 @@ TEST_F(Machine, ProcessesCanHaveAnyCharacterInTheirNames) {
     EXPECT_THAT(Texts(found[0], "Arguments"), ElementsAre("prog", "--flag", "", "last"));
 }
 
+TEST_F(Machine, AProcessIsFoundByItsHandleAlone) {
+    const std::string stat = " (x) S 1 12 12 0 -1 4194560 1 2 3 4 250 50 0 0 20 0 3 0 700 8192 2 0 0\n";
+    Write("proc/12/stat", "12" + stat);
+    Write("proc/13/stat", "13" + stat);
+    Write("proc/self/stat", "12" + stat);
+    const demo::ProcessProvider provider(Files());
+    EXPECT_THAT(Candidates(provider, "Handle", "13"), ElementsAre("13"));
+    for (const char* const handle : {"14", "", "self", "12/../13", "-1"})
+        EXPECT_TRUE(Candidates(provider, "Handle", handle).empty()) << handle;
+    EXPECT_TRUE(Candidates(provider, "Name", "x").empty());
+}
+
+TEST_F(Machine, ParentProcessesAreThoseThatAreThere) {
+    const auto stat = [](const std::string& parent) {
+        return " (x) S " + parent + " 1 1 0 -1 0 1 2 3 4 250 50 0 0 20 0 3 0 700 8192 2 0 0\n";
+    };
+    Write("proc/1/stat", "1" + stat("0"));
+    Write("proc/12/stat", "12" + stat("1"));
+    Write("proc/13/stat", "13" + stat("12"));
+    Write("proc/14/stat", "14" + stat("99"));
+    const auto schema = demo::BuiltInSchema();
+    const demo::ProcessProvider processes(Files());
+    std::vector<std::string> links;
+    for (const auto& link : All(demo::ParentProcessProvider(schema, processes)))
+        links.push_back(KeyOf(link, "Antecedent", "Handle") + '>' + KeyOf(link, "Dependent", "Handle"));
+    EXPECT_THAT(links, ElementsAre("1>12", "12>13"));
+}
+
+TEST_F(Machine, LinksAreOfEveryObjectAtOneEndWithEveryObjectAtTheOther) {
+    const auto schema = demo::BuiltInSchema();
+    const demo::ComputerSystemProvider computer(Files());
+    const demo::MemoryProvider memory(Files());
+    const demo::StorageVolumeProvider volumes(Files(), 2);
+    const demo::LinkProvider links(schema, "DEMO_SystemDevice", {"GroupComponent", {&computer}},
+                                   {"PartComponent", {&memory, &volumes}});
+    std::vector<std::string> parts;
+    for (const auto& link : All(links)) {
+        EXPECT_EQ(link.className, "DEMO_SystemDevice");
+        EXPECT_EQ(KeyOf(link, "GroupComponent", "Name"), "box");
+        parts.push_back(KeyOf(link, "PartComponent", "DeviceID"));
+    }
+    EXPECT_THAT(parts, ElementsAre("memory", "volume-0000000", "volume-0000001"));
+
+    // A link is looked for where its second end is.
+    for (const auto& link : All(links)) {
+        std::vector<std::string> found;
+        links.EnumerateCandidates(demo::PathOf(*schema.FindClass(link.className), link), [&](const auto& candidate) {
+            found.push_back(KeyOf(candidate, "PartComponent", "DeviceID"));
+        });
+        EXPECT_THAT(found, ElementsAre(KeyOf(link, "PartComponent", "DeviceID")));
+    }
+    EXPECT_TRUE(Candidates(links, "PartComponent", "no reference").empty());
+}
+
 TEST_F(Machine, MemoryIsInBytesAndInPages) {
     Write("proc/meminfo", "MemTotal: 8192 kB\nMemFree: 4 kB\nMemAvailable: 4096 kB\nCached: 1 kB\n");
     const auto found = Provided<demo::MemoryProvider>();
@@ -254,6 +326,14 @@ TEST_F(Machine, VolumesAreAsManyAsWantedAndDifferInTheirNames) {
     EXPECT_EQ(Text(found[299], "WorldWideName"), "6000000000000000000000000000012B");
     EXPECT_EQ(Text(found[299], "Age"), "00000000045900.000000:000");
     EXPECT_TRUE(All(demo::StorageVolumeProvider(Files(), 0)).empty());
+}
+
+TEST_F(Machine, AVolumeIsFoundByItsIdAlone) {
+    const demo::StorageVolumeProvider provider(Files(), 300);
+    EXPECT_THAT(Candidates(provider, "DeviceID", "volume-0000299"), ElementsAre("volume-0000299"));
+    for (const char* const id :
+         {"volume-0000300", "volume-", "", "volume--000001", "memory", "99999999999999999999999"})
+        EXPECT_TRUE(Candidates(provider, "DeviceID", id).empty()) << id;
 }
 
 TEST(ThisMachine, HasARootFileSystemOfTheSizeThatTheKernelSays) {

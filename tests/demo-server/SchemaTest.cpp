@@ -1,3 +1,4 @@
+#include "schema/PathText.h"
 #include "schema/SchemaReader.h"
 
 #include <gmock/gmock.h>
@@ -42,6 +43,7 @@ std::string ErrorOf(const std::string& classes) {
 
 std::vector<std::string> Names(const std::vector<const demo::Class*>& classes) {
     std::vector<std::string> names;
+    names.reserve(classes.size());
     for (const auto* const declaration : classes)
         names.push_back(declaration->name);
     return names;
@@ -183,6 +185,63 @@ TEST(SchemaErrors, ConcernDocumentsThatAreNoDeclaration) {
     EXPECT_THROW(demo::ReadSchema("<CIM>"), demo::SchemaError);
     EXPECT_THROW(demo::ReadSchema("<CIM><MESSAGE/></CIM>"), demo::SchemaError);
     EXPECT_THROW(demo::ReadSchema(""), demo::SchemaError);
+}
+
+TEST(Schema, AClassIsAllOfItsSuperclasses) {
+    const auto schema = Read(kFamily);
+    EXPECT_TRUE(schema.IsA("c", "A"));
+    EXPECT_TRUE(schema.IsA("A", "a"));
+    EXPECT_FALSE(schema.IsA("A", "C"));
+    EXPECT_FALSE(schema.IsA("D", "A"));
+}
+
+TEST(Values, HaveOneNormalFormForEachValue) {
+    const struct {
+        demo::CimType type;
+        const char* text;
+        const char* normal;
+    } kCases[]{
+        {demo::CimType::kUint8, "7", "7"},
+        {demo::CimType::kUint8, "+007", "7"},
+        {demo::CimType::kUint8, "0xfF", "255"},
+        {demo::CimType::kSint8, "-0X80", "-128"},
+        {demo::CimType::kSint16, "-0", "0"},
+        {demo::CimType::kUint64, "18446744073709551615", "18446744073709551615"},
+        {demo::CimType::kBoolean, "true", "TRUE"},
+        {demo::CimType::kBoolean, "False", "FALSE"},
+        {demo::CimType::kString, "0x7", "0x7"},
+        {demo::CimType::kString, "", ""},
+    };
+    for (const auto& [type, text, normal] : kCases)
+        EXPECT_EQ(demo::NormalForm(type, text), normal) << text;
+    for (const char* const text :
+         {"", "-", "+", "0x", "0xg", "1x", " 1", "1.0", "--1", "256", "-1", "99999999999999999999"})
+        EXPECT_EQ(demo::NormalForm(demo::CimType::kUint8, text), std::nullopt) << text;
+    EXPECT_EQ(demo::NormalForm(demo::CimType::kBoolean, "1"), std::nullopt);
+    EXPECT_EQ(demo::NormalForm(demo::CimType::kReference, "A"), std::nullopt);
+}
+
+TEST(PathText, IsTheSameForTheSameObjectOnly) {
+    const auto path = [](const std::string& className, const std::vector<std::pair<std::string, std::string>>& keys) {
+        demo::ObjectPath result{className, {}};
+        for (const auto& [name, value] : keys)
+            result.keys.push_back({name, demo::CimType::kString, demo::Value::Text(value)});
+        return result;
+    };
+    const std::string text = demo::PathText(path("A", {{"x", "1"}, {"y", "2"}}));
+    EXPECT_EQ(text, demo::PathText(path("a", {{"Y", "2"}, {"X", "1"}})));
+    for (const auto& other : {path("B", {{"x", "1"}, {"y", "2"}}), path("A", {{"x", "2"}, {"y", "1"}}),
+                              path("A", {{"x", "1"}}), path("A", {{"x", "1\".y=\"2"}}), path("A", {})})
+        EXPECT_NE(text, demo::PathText(other));
+    auto elsewhere = path("A", {{"x", "1"}, {"y", "2"}});
+    elsewhere.nameSpace = "root/other";
+    EXPECT_NE(text, demo::PathText(elsewhere));
+    EXPECT_NE(demo::PathText(path("A", {{"x", "v"}})), demo::PathText(path("A", {{"x", "V"}})));
+    const demo::ObjectPath link{"L",
+                                {{"r", demo::CimType::kReference, demo::Value::Reference(path("A", {{"x", "1"}}))}}};
+    const demo::ObjectPath same{"l",
+                                {{"R", demo::CimType::kReference, demo::Value::Reference(path("a", {{"X", "1"}}))}}};
+    EXPECT_EQ(demo::PathText(link), demo::PathText(same));
 }
 
 TEST(BuiltInSchema, HasTheDemoClassesOverThreeLevelsAndMore) {

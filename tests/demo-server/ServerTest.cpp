@@ -140,6 +140,7 @@ TEST_F(Server, ServesManyConnectionsAtOnce) {
     constexpr std::size_t kClients = 40;
     std::vector<int> statuses(kClients);
     std::vector<std::thread> clients;
+    clients.reserve(kClients);
     for (auto& status : statuses)
         clients.emplace_back([&status] { status = Send(GetClass("CIM_System", {{"TE", "trailers"}})).status; });
     for (auto& client : clients)
@@ -148,7 +149,7 @@ TEST_F(Server, ServesManyConnectionsAtOnce) {
 }
 
 TEST_F(Server, RefusesABodyThatIsNotWellFormed) {
-    for (const std::string body : {"", "no xml", "<CIM>", "<CIM></MIC>"}) {
+    for (const std::string body : {"", "no xml", "<CIM>", "<CIM></MIC>", "<CIM/><CIM/>"}) {
         const auto response = Send(Post(OperationHeaders("GetClass"), body));
         EXPECT_EQ(response.status, 400) << body;
         EXPECT_EQ(response.headers.at("cimerror"), "request-not-well-formed") << body;
@@ -158,12 +159,14 @@ TEST_F(Server, RefusesABodyThatIsNotWellFormed) {
 }
 
 TEST_F(Server, RefusesABodyThatIsNoRequest) {
-    const std::string message = "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><MESSAGE ID=\"1\" PROTOCOLVERSION=\"1.0\">";
-    const std::string end = "</MESSAGE></CIM>";
+    const auto message = [](const std::string& content) {
+        std::string text = "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><MESSAGE ID=\"1\" PROTOCOLVERSION=\"1.0\">";
+        return text.append(content).append("</MESSAGE></CIM>");
+    };
     for (const std::string& body :
-         {std::string("<html/>"), message + end, message + "<SIMPLERSP/>" + end, message + "<SIMPLEREQ/>" + end,
-          message + "<SIMPLEREQ><IMETHODCALL/></SIMPLEREQ>" + end,
-          message + "<SIMPLEREQ><IMETHODCALL NAME=\"GetClass\"/></SIMPLEREQ>" + end}) {
+         {std::string("<html/>"), std::string("<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"/>"), message(""),
+          message("<SIMPLERSP/>"), message("<SIMPLEREQ/>"), message("<SIMPLEREQ><IMETHODCALL/></SIMPLEREQ>"),
+          message("<SIMPLEREQ><IMETHODCALL NAME=\"GetClass\"/></SIMPLEREQ>")}) {
         const auto response = Send(Post(OperationHeaders("GetClass"), body));
         EXPECT_EQ(response.status, 400) << body;
         EXPECT_EQ(response.headers.at("cimerror"), "request-not-valid") << body;
@@ -200,6 +203,8 @@ TEST_F(Server, RefusesHeadersThatDoNotMatchTheBody) {
         fewer.erase(name);
         EXPECT_EQ(answer(fewer), "400 header-mismatch") << name;
     }
+    EXPECT_EQ(answer(With(headers, "CIMProtocolVersion", "1.4")), "200 ");
+    EXPECT_EQ(answer(With(headers, "CIMProtocolVersion", "2.0")), "501 unsupported-protocol-version");
     auto none = headers;
     none.erase("CIMOperation");
     EXPECT_EQ(answer(none), "400 unsupported-operation");
@@ -211,14 +216,18 @@ TEST_F(Server, RefusesOtherPathsAndMethodsAndTypes) {
     const auto get = Send("GET /cimom HTTP/1.1\r\n\r\n");
     EXPECT_EQ(get.status, 405);
     EXPECT_EQ(get.headers.at("allow"), "POST");
-    EXPECT_EQ(Send("DELETE /cimom HTTP/1.1\r\n\r\n").status, 405);
+    for (const std::string method : {"DELETE", "OPTIONS", "PUT", "PATCH"}) {
+        const auto other = Send(method + " /cimom HTTP/1.1\r\nContent-Length: 0\r\n\r\n");
+        EXPECT_EQ(other.status, 405) << method;
+        EXPECT_EQ(other.headers.at("allow"), "POST") << method;
+    }
     EXPECT_EQ(Send("M-POST /cimom HTTP/1.1\r\nContent-Length: 0\r\n\r\n").status, 501);
     EXPECT_EQ(Send("nonsense\r\n\r\n").status, 400);
     EXPECT_EQ(Send(Post(With(OperationHeaders("GetClass"), "Content-Type", "text/plain"), "x")).status, 415);
 }
 
 TEST_F(Server, RefusesABodyBeyondTheLimitHoweverItIsFramed) {
-    const std::string huge(5 * 1024 * 1024, ' ');
+    const std::string huge(std::size_t{5} * 1024 * 1024, ' ');
     EXPECT_EQ(Send(Post(OperationHeaders("GetClass"), huge)).status, 413);
     EXPECT_EQ(Send(Post(With(OperationHeaders("GetClass"), "Transfer-Encoding", "chunked"),
                         "500000\r\n" + huge + "\r\n0\r\n\r\n"))

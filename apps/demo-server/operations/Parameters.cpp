@@ -90,12 +90,22 @@ std::string Parameters::Name(std::string_view name) const {
     const auto* const parameter = Find(name);
     if (!parameter)
         return "";
-    return parameter->kind == "CLASSNAME" ? parameter->value.AsReference()->className : *parameter->value.AsText();
+    if (const ObjectPath* const path = parameter->value.AsReference())
+        return path->className;
+    const std::string* const text = parameter->value.AsText();
+    return text ? *text : "";
 }
 
-const ObjectPath& Parameters::Object(std::string_view name) const { return *Find(name)->value.AsReference(); }
+const ObjectPath& Parameters::Object(std::string_view name) const {
+    const auto* const parameter = Find(name);
+    assert(parameter && parameter->value.AsReference());
+    return *parameter->value.AsReference();
+}
 
-bool Parameters::IsClassName(std::string_view name) const { return Find(name)->kind == "CLASSNAME"; }
+bool Parameters::IsClassName(std::string_view name) const {
+    const auto* const parameter = Find(name);
+    return parameter && parameter->kind == "CLASSNAME";
+}
 
 Selection Parameters::GetSelection() const {
     Selection selection;

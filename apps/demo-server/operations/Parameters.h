@@ -50,7 +50,7 @@ class Parameters {
     /// A text or the name of a class; empty for null.
     std::string Name(std::string_view name) const;
 
-    /// The path of an instance or, where the method takes one, the name of a class.
+    /// A required parameter: the path of an instance or, where the method takes one, the name of a class.
     const ObjectPath& Object(std::string_view name) const;
 
     /// Whether the parameter is a class name, for those that can be an instance name as well.

@@ -43,9 +43,9 @@ LinkProvider::End LinkProvider::Resolve(const Schema& schema, LinkEnd end) {
 
 std::vector<Value> LinkProvider::FirstReferences() const {
     std::vector<Value> references;
-    for (const auto& [provider, declaration] : first_.sources)
-        provider->Enumerate(
-            [&](const Instance& instance) { references.push_back(Value::Reference(PathOf(*declaration, instance))); });
+    for (const auto& source : first_.sources)
+        source.provider->Enumerate(
+            [&](const Instance& first) { references.push_back(Value::Reference(PathOf(*source.declaration, first))); });
     return references;
 }
 
