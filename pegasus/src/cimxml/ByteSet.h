@@ -18,12 +18,13 @@ class ByteSet {
             isMember_[byte] = isMember(static_cast<char>(byte));
     }
 
-    /// How many bytes there are before the first member.
-    std::size_t lengthBefore(std::string_view bytes) const noexcept {
-        std::size_t length = 0;
-        while (length != bytes.size() && !isMember_[static_cast<unsigned char>(bytes[length])])
-            ++length;
-        return length;
+    constexpr bool contains(char c) const noexcept { return isMember_[static_cast<unsigned char>(c)]; }
+
+    /// The first member from `at` on; `end` when there is none.
+    const char* findFirst(const char* at, const char* end) const noexcept {
+        while (at != end && !contains(*at))
+            ++at;
+        return at;
     }
 
   private:

@@ -9,13 +9,13 @@ namespace Pegasus::cimxml {
 constexpr std::size_t kMaxObjectBytes = std::size_t{64} << 20U;
 /// Elements within elements, in one object.
 constexpr std::size_t kMaxNesting = 256;
-/// Elements, attributes, comments and the like of one object; bounds the memory of its parsed form.
+/// Elements, attributes, comments and the like of one object; bounds the memory of what they become.
 constexpr std::size_t kMaxNodes = std::size_t{2} << 20U;
 /// Attributes of one element; CIM-XML has none with more than eleven.
 constexpr std::size_t kMaxAttributes = 32;
 /// Embedded objects within embedded objects.
 constexpr std::size_t kMaxEmbedding = 8;
 /// Names that a decoder remembers to share them between objects.
-constexpr std::size_t kMaxSharedNames = 4096;
+constexpr std::size_t kMaxSharedNames = 1024;
 
 } // namespace Pegasus::cimxml

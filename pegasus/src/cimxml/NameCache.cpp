@@ -1,19 +1,32 @@
 #include "cimxml/NameCache.h"
 
-#include "cimxml/Limits.h"
 #include "cimxml/XmlError.h"
+
+#include <cstddef>
+#include <cstdint>
 
 namespace Pegasus::cimxml {
 
+namespace {
+
+std::size_t hashOf(std::string_view text) noexcept {
+    std::uint32_t hash = 0;
+    for (const char c : text)
+        hash = 31 * hash + static_cast<unsigned char>(c);
+    return hash ^ hash >> 15U;
+}
+
+} // namespace
+
 CIMName NameCache::get(std::string_view text) {
-    if (const auto known = names_.find(text); known != names_.end())
-        return known->second;
-    const String name(text);
-    if (!CIMName::legal(name))
-        throwXmlError({"not a name: \"", text, "\""});
-    if (names_.size() >= kMaxSharedNames)
-        names_.clear();
-    return names_.emplace(name.view(), CIMName(name)).first->second;
+    CIMName& name = names_[hashOf(text) % names_.size()];
+    if (text.empty() || name.getString().view() != text) {
+        const String unchecked(text);
+        if (!CIMName::legal(unchecked))
+            throwXmlError({"not a name: \"", text, "\""});
+        name = CIMName(unchecked);
+    }
+    return name;
 }
 
 } // namespace Pegasus::cimxml

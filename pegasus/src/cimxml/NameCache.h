@@ -1,21 +1,24 @@
 #pragma once
 
+#include "cimxml/Limits.h"
+
 #include <Pegasus/Common/CIMName.h>
 
+#include <array>
 #include <string_view>
-#include <unordered_map>
 
 namespace Pegasus::cimxml {
 
 /// Gives out one shared CIMName for the same text. The instances of a class all have the same property names, which are
-/// checked and stored once so.
+/// checked and stored once so. It remembers one name for each hash, the last one: two that meet there are right all the
+/// same, only not shared.
 class NameCache {
   public:
     /// Throws CIMClientXmlException for an illegal name.
     CIMName get(std::string_view text);
 
   private:
-    std::unordered_map<std::string_view, CIMName> names_; // the keys point into the names
+    std::array<CIMName, kMaxSharedNames> names_;
 };
 
 } // namespace Pegasus::cimxml

@@ -1,11 +1,9 @@
 #include "cimxml/ObjectDecoder.h"
 
-#include "cimxml/ElementText.h"
 #include "cimxml/Limits.h"
 #include "cimxml/ScalarDecoder.h"
 #include "cimxml/XmlCharacters.h"
 #include "cimxml/XmlError.h"
-#include "cimxml/XmlLexer.h"
 #include "model/VisitType.h"
 
 #include <array>
@@ -31,8 +29,7 @@ CIMFlavor flavorOf(const Attributes& attributes) {
     return flavor;
 }
 
-CIMScope scopeOf(XmlElement element) {
-    const Attributes attributes(element);
+CIMScope scopeOf(const Attributes& attributes) {
     const std::array<std::pair<std::string_view, CIMScope>, 7> kScopes = {{{"CLASS", CIMScope::CLASS},
                                                                            {"ASSOCIATION", CIMScope::ASSOCIATION},
                                                                            {"INDICATION", CIMScope::INDICATION},
@@ -71,25 +68,14 @@ CIMType typeOf(const Attributes& attributes, std::string_view typeName) {
 
 CIMType typeOf(const Attributes& attributes) { return typeOf(attributes, attributes.get("TYPE")); }
 
-bool isValue(XmlElement element) {
+bool isValue(std::string_view elementName) noexcept {
     constexpr std::string_view kValue = "VALUE";
-    return element.name().substr(0, kValue.size()) == kValue;
+    return elementName.substr(0, kValue.size()) == kValue;
 }
 
-/// The child element that holds the value; an empty node when there is none.
-XmlElement valueIn(XmlElement element) {
-    XmlElement value;
-    for (const auto child : ChildElements(element)) {
-        if (!isValue(child))
-            continue;
-        if (value)
-            throwUnexpected(child);
-        value = child;
-    }
-    return value;
+bool isArrayValue(std::string_view elementName) noexcept {
+    return elementName == "VALUE.ARRAY" || elementName == "VALUE.REFARRAY";
 }
-
-bool isArrayValue(XmlElement element) { return isNamed(element, "VALUE.ARRAY") || isNamed(element, "VALUE.REFARRAY"); }
 
 /// The forms that a property or a parameter has.
 enum class Form { Scalar, Array, Reference, ReferenceArray };
@@ -113,220 +99,246 @@ CIMType typeOf(Form form, const Attributes& attributes) {
     return form == Form::Scalar || form == Form::Array ? typeOf(attributes) : CIMTYPE_REFERENCE;
 }
 
-/// The element in a text that holds one, and at most white space, comments and an XML declaration around it.
-ElementText elementIn(std::string_view text) {
-    ElementText element;
-    XmlLexer lexer;
-    bool complete = false;
-    while (!text.empty()) {
-        const std::string_view before = text;
-        const XmlLexer::Token token = lexer.next(text);
-        const std::string_view bytes = before.substr(0, before.size() - text.size());
-        const bool around = complete || element.isEmpty();
-        const bool blank = token == XmlLexer::Token::Text && trimmed(bytes).empty();
-        if (around && (blank || token == XmlLexer::Token::Other))
-            continue;
-        const bool begins = token == XmlLexer::Token::StartTag || token == XmlLexer::Token::EmptyTag;
-        if (complete || (around && !begins))
-            throwXmlError({"an embedded object is not one element"});
-        element.append(bytes);
-        complete = element.endToken(token, element.text().size(), lexer.attributeCount());
-    }
-    if (!complete)
-        throwXmlError({"an embedded object is not complete"});
-    return element;
+/// Sees to it that an embedded object, or the end behind it, comes next.
+void expect(XmlReader::Ahead expected, XmlReader& reader) {
+    const XmlReader::Ahead ahead = reader.ahead();
+    if (ahead == expected)
+        return;
+    if (ahead == XmlReader::Ahead::Nothing)
+        throw EndOfText();
+    throwXmlError({"an embedded object is not one element"});
 }
 
 } // namespace
 
-CIMClass ObjectDecoder::decodeClass(XmlElement element) {
-    const Attributes attributes(element);
+CIMClass ObjectDecoder::decodeClass(XmlReader& reader) {
+    const Attributes& attributes = reader.attributes();
     CIMClass cimClass(names_.get(attributes.get("NAME")), optionalName(attributes, "SUPERCLASS"));
-    for (const auto child : ChildElements(element)) {
-        if (isNamed(child, "METHOD"))
-            cimClass.addMethod(decodeMethod(child));
-        else if (!addProperty(cimClass, child) && !addQualifier(cimClass, child))
-            throwUnexpected(child);
+    while (reader.nextElement()) {
+        if (reader.name() == "METHOD")
+            cimClass.addMethod(decodeMethod(reader));
+        else if (!addProperty(cimClass, reader) && !addQualifier(cimClass, reader))
+            reader.throwUnexpected();
     }
     return cimClass;
 }
 
-CIMInstance ObjectDecoder::decodeInstance(XmlElement element) {
-    CIMInstance instance(names_.get(Attributes(element).get("CLASSNAME")));
-    for (const auto child : ChildElements(element)) {
+CIMInstance ObjectDecoder::decodeInstance(XmlReader& reader) {
+    CIMInstance instance(names_.get(reader.attributes().get("CLASSNAME")));
+    while (reader.nextElement()) {
+        if (addProperty(instance, reader))
+            continue;
         // The qualifiers of an instance are deprecated (DSP0200); its class has them.
-        if (!addProperty(instance, child) && !isNamed(child, "QUALIFIER"))
-            throwUnexpected(child);
+        if (reader.name() != "QUALIFIER")
+            reader.throwUnexpected();
+        reader.skip();
     }
     return instance;
 }
 
-CIMInstance ObjectDecoder::decodeInstanceWithPath(XmlElement element) {
+CIMInstance ObjectDecoder::decodeInstanceWithPath(XmlReader& reader) {
+    const std::string_view name = reader.name();
     CIMObjectPath path;
     CIMInstance instance;
-    for (const auto child : ChildElements(element)) {
-        if (isNamed(child, "INSTANCENAME") || isNamed(child, "INSTANCEPATH"))
-            path = paths_.decodePath(child);
-        else if (isNamed(child, "INSTANCE"))
-            instance = decodeInstance(child);
+    while (reader.nextElement()) {
+        if (reader.name() == "INSTANCENAME" || reader.name() == "INSTANCEPATH")
+            path = paths_.decodePath(reader);
+        else if (reader.name() == "INSTANCE")
+            instance = decodeInstance(reader);
         else
-            throwUnexpected(child);
+            reader.throwUnexpected();
     }
     if (path.getClassName().isNull() || instance.isUninitialized())
-        throwXmlError({"the element ", element.name(), " lacks the instance or its path"});
+        throwXmlError({"the element ", name, " lacks the instance or its path"});
     instance.setPath(path);
     return instance;
 }
 
-CIMObject ObjectDecoder::decodeObject(XmlElement element) {
+CIMObject ObjectDecoder::decodeObject(XmlReader& reader) {
+    const std::string_view name = reader.name();
     CIMObjectPath path;
     CIMObject object;
-    for (const auto child : ChildElements(element)) {
-        if (isNamed(child, "INSTANCE"))
-            object = decodeInstance(child);
-        else if (isNamed(child, "CLASS"))
-            object = decodeClass(child);
+    while (reader.nextElement()) {
+        if (reader.name() == "INSTANCE")
+            object = decodeInstance(reader);
+        else if (reader.name() == "CLASS")
+            object = decodeClass(reader);
         else
-            path = paths_.decodePath(child);
+            path = paths_.decodePath(reader);
     }
     const bool hasPath = !path.getClassName().isNull();
-    if (object.isUninitialized() || (!hasPath && !isNamed(element, "VALUE.OBJECT")))
-        throwXmlError({"the element ", element.name(), " lacks the object or its path"});
+    if (object.isUninitialized() || (!hasPath && name != "VALUE.OBJECT"))
+        throwXmlError({"the element ", name, " lacks the object or its path"});
     if (hasPath)
         object.setPath(path);
     return object;
 }
 
-CIMObjectPath ObjectDecoder::decodeInstanceName(XmlElement element) { return paths_.decodePath(element); }
+CIMObjectPath ObjectDecoder::decodeInstanceName(XmlReader& reader) { return paths_.decodePath(reader); }
 
-CIMObjectPath ObjectDecoder::decodeObjectPath(XmlElement element) { return paths_.decodeReference(element); }
+CIMObjectPath ObjectDecoder::decodeObjectPath(XmlReader& reader) { return paths_.decodeReference(reader); }
 
-CIMName ObjectDecoder::decodeClassName(XmlElement element) { return names_.get(Attributes(element).get("NAME")); }
+CIMName ObjectDecoder::decodeClassName(XmlReader& reader) {
+    CIMName name = names_.get(reader.attributes().get("NAME"));
+    reader.skip();
+    return name;
+}
 
-CIMQualifierDecl ObjectDecoder::decodeQualifierDecl(XmlElement element) {
+CIMQualifierDecl ObjectDecoder::decodeQualifierDecl(XmlReader& reader) {
+    const Attributes& attributes = reader.attributes();
+    const CIMName name = names_.get(attributes.get("NAME"));
+    const CIMType type = typeOf(attributes);
+    const CIMFlavor flavor = flavorOf(attributes);
+    const Uint32 arraySize = arraySizeOf(attributes);
+    const bool isDeclared = attributes.find("ISARRAY").has_value();
+    const bool isArray = attributes.getBoolean("ISARRAY", false);
     CIMScope scope;
-    for (const auto child : ChildElements(element)) {
-        if (isNamed(child, "SCOPE"))
-            scope.addScope(scopeOf(child));
-        else if (!isValue(child))
-            throwUnexpected(child);
+    std::optional<CIMValue> value;
+    while (reader.nextElement()) {
+        if (reader.name() == "SCOPE") {
+            scope.addScope(scopeOf(reader.attributes()));
+            reader.skip();
+        } else if (isValue(reader.name()) && !value) {
+            value = decodeValue(type, isDeclared ? isArray : isArrayValue(reader.name()), reader);
+        } else {
+            reader.throwUnexpected();
+        }
     }
-    const Attributes attributes(element);
-    const auto value = valueIn(element);
-    const bool isArray = attributes.getBoolean("ISARRAY", isArrayValue(value));
-    return CIMQualifierDecl(names_.get(attributes.get("NAME")), decodeValue(typeOf(attributes), isArray, value), scope,
-                            flavorOf(attributes), arraySizeOf(attributes));
+    return CIMQualifierDecl(name, value ? *std::move(value) : CIMValue(type, isArray), scope, flavor, arraySize);
 }
 
-CIMQualifier ObjectDecoder::decodeQualifier(XmlElement element) {
-    const Attributes attributes(element);
-    const auto value = onlyChild(element);
-    return CIMQualifier(names_.get(attributes.get("NAME")), decodeValue(typeOf(attributes), isArrayValue(value), value),
-                        flavorOf(attributes), attributes.getBoolean("PROPAGATED", false));
+CIMQualifier ObjectDecoder::decodeQualifier(XmlReader& reader) {
+    const Attributes& attributes = reader.attributes();
+    CIMName name = names_.get(attributes.get("NAME"));
+    const CIMType type = typeOf(attributes);
+    const CIMFlavor flavor = flavorOf(attributes);
+    const bool propagated = attributes.getBoolean("PROPAGATED", false);
+    CIMValue value(type, false);
+    if (reader.nextElement()) {
+        value = decodeValue(type, isArrayValue(reader.name()), reader);
+        if (reader.nextElement())
+            reader.throwUnexpected();
+    }
+    return CIMQualifier(std::move(name), std::move(value), flavor, propagated);
 }
 
-CIMMethod ObjectDecoder::decodeMethod(XmlElement element) {
+CIMMethod ObjectDecoder::decodeMethod(XmlReader& reader) {
     // A method without a return type, which CIM does not have and DSP0201 allows, counts as one that returns uint32.
-    const Attributes attributes(element);
+    const Attributes& attributes = reader.attributes();
     const auto type = attributes.find("TYPE");
     CIMMethod method(names_.get(attributes.get("NAME")), type ? typeOf(attributes, *type) : CIMTYPE_UINT32,
                      optionalName(attributes, "CLASSORIGIN"), attributes.getBoolean("PROPAGATED", false));
-    for (const auto child : ChildElements(element))
-        if (!addParameter(method, child) && !addQualifier(method, child))
-            throwUnexpected(child);
+    while (reader.nextElement())
+        if (!addParameter(method, reader) && !addQualifier(method, reader))
+            reader.throwUnexpected();
     return method;
 }
 
 template <class Owner>
-bool ObjectDecoder::addQualifier(Owner& owner, XmlElement child) {
-    if (!isNamed(child, "QUALIFIER"))
+bool ObjectDecoder::addQualifier(Owner& owner, XmlReader& reader) {
+    if (reader.name() != "QUALIFIER")
         return false;
-    owner.addQualifier(decodeQualifier(child));
+    owner.addQualifier(decodeQualifier(reader));
     return true;
 }
 
 template <class Owner>
-void ObjectDecoder::addQualifiers(Owner& owner, XmlElement element) {
-    for (const auto child : ChildElements(element))
-        if (!addQualifier(owner, child) && !isValue(child))
-            throwUnexpected(child);
-}
-
-template <class Owner>
-bool ObjectDecoder::addProperty(Owner& owner, XmlElement child) {
-    const auto form = formOf(child.name(), kPropertyForms);
+bool ObjectDecoder::addProperty(Owner& owner, XmlReader& reader) {
+    const auto form = formOf(reader.name(), kPropertyForms);
     if (!form)
         return false;
-    const Attributes attributes(child);
-    CIMProperty property(names_.get(attributes.get("NAME")),
-                         decodeValue(typeOf(*form, attributes), isArrayForm(*form), valueIn(child)),
-                         arraySizeOf(attributes), optionalName(attributes, "REFERENCECLASS"),
-                         optionalName(attributes, "CLASSORIGIN"), attributes.getBoolean("PROPAGATED", false));
-    addQualifiers(property, child);
+    const Attributes& attributes = reader.attributes();
+    const CIMType type = typeOf(*form, attributes);
+    const bool isArray = isArrayForm(*form);
+    CIMProperty property(names_.get(attributes.get("NAME")), CIMValue(type, isArray), arraySizeOf(attributes),
+                         optionalName(attributes, "REFERENCECLASS"), optionalName(attributes, "CLASSORIGIN"),
+                         attributes.getBoolean("PROPAGATED", false));
+    bool hasValue = false;
+    while (reader.nextElement()) {
+        if (isValue(reader.name()) && !hasValue) {
+            property.setValue(decodeValue(type, isArray, reader));
+            hasValue = true;
+        } else if (!addQualifier(property, reader)) {
+            reader.throwUnexpected();
+        }
+    }
     owner.addProperty(property);
     return true;
 }
 
-bool ObjectDecoder::addParameter(CIMMethod& method, XmlElement child) {
-    const auto form = formOf(child.name(), kParameterForms);
+bool ObjectDecoder::addParameter(CIMMethod& method, XmlReader& reader) {
+    const auto form = formOf(reader.name(), kParameterForms);
     if (!form)
         return false;
-    const Attributes attributes(child);
+    const Attributes& attributes = reader.attributes();
     CIMParameter parameter(names_.get(attributes.get("NAME")), typeOf(*form, attributes), isArrayForm(*form),
                            arraySizeOf(attributes), optionalName(attributes, "REFERENCECLASS"));
-    addQualifiers(parameter, child);
+    while (reader.nextElement()) {
+        if (isValue(reader.name()))
+            reader.skip(); // a default, which CIM does not have
+        else if (!addQualifier(parameter, reader))
+            reader.throwUnexpected();
+    }
     method.addParameter(parameter);
     return true;
 }
 
-CIMValue ObjectDecoder::decodeValue(CIMType type, bool isArray, XmlElement value) {
-    if (!value || isNamed(value, "VALUE.NULL"))
+CIMValue ObjectDecoder::decodeValue(CIMType type, bool isArray, XmlReader& reader) {
+    if (reader.name() == "VALUE.NULL") {
+        reader.skip();
         return CIMValue(type, isArray);
-    if (isArrayValue(value) != isArray)
-        throwUnexpected(value);
-    return detail::visitType(type, [&](auto tag) {
-        using T = typename decltype(tag)::Type;
-        return isArray ? decodeArrayValue<T>(value) : decodeScalarValue<T>(value);
-    });
-}
-
-template <class T>
-CIMValue ObjectDecoder::decodeScalarValue(XmlElement value) {
-    if constexpr (isEmbedded<T>) {
-        const T object = decodeItem<T>(value);
-        return object.isUninitialized() ? CIMValue(detail::ValueType<T>::kType, false) : CIMValue(object);
-    } else {
-        return CIMValue(decodeItem<T>(value));
     }
+    if (isArrayValue(reader.name()) != isArray)
+        reader.throwUnexpected();
+    CIMValue value;
+    detail::visitType(type, [&](auto tag) {
+        using T = typename decltype(tag)::Type;
+        value = isArray ? decodeArrayValue<T>(reader) : decodeScalarValue<T>(reader);
+    });
+    return value;
 }
 
 template <class T>
-CIMValue ObjectDecoder::decodeArrayValue(XmlElement value) {
+CIMValue ObjectDecoder::decodeScalarValue(XmlReader& reader) {
+    T item = decodeItem<T>(reader);
+    if constexpr (isEmbedded<T>)
+        if (item.isUninitialized())
+            return CIMValue(detail::ValueType<T>::kType, false);
+    return CIMValue(std::move(item));
+}
+
+template <class T>
+CIMValue ObjectDecoder::decodeArrayValue(XmlReader& reader) {
     Array<T> items;
-    for (const auto item : ChildElements(value))
-        items.append(isNamed(item, "VALUE.NULL") ? T() : decodeItem<T>(item));
-    return CIMValue(items);
+    while (reader.nextElement()) {
+        if (reader.name() != "VALUE.NULL") {
+            items.append(decodeItem<T>(reader));
+        } else {
+            reader.skip();
+            items.append(T());
+        }
+    }
+    return CIMValue(std::move(items));
 }
 
 template <class T>
-T ObjectDecoder::decodeItem(XmlElement value) {
+T ObjectDecoder::decodeItem(XmlReader& reader) {
     constexpr bool kReference = std::is_same_v<T, CIMObjectPath>;
-    if (!isNamed(value, kReference ? "VALUE.REFERENCE" : "VALUE"))
-        throwUnexpected(value);
-    std::string buffer;
+    if (reader.name() != (kReference ? "VALUE.REFERENCE" : "VALUE"))
+        reader.throwUnexpected();
     if constexpr (kReference) {
-        return paths_.decodeReference(value);
+        return paths_.decodeReference(reader);
     } else if constexpr (std::is_same_v<T, CIMObject>) {
-        return decodeEmbedded(textOf(value, buffer));
+        return decodeEmbedded(reader.text());
     } else if constexpr (std::is_same_v<T, CIMInstance>) {
-        const CIMObject object = decodeEmbedded(textOf(value, buffer));
+        const CIMObject object = decodeEmbedded(reader.text());
         if (object.isUninitialized())
             return CIMInstance();
         if (object.isClass())
             throwXmlError({"a class is embedded where an instance is declared"});
         return CIMInstance(object);
     } else {
-        return decodeScalar<T>(textOf(value, buffer));
+        return decodeScalar<T>(reader.text());
     }
 }
 
@@ -336,17 +348,29 @@ CIMObject ObjectDecoder::decodeEmbedded(std::string_view text) {
         return CIMObject();
     if (++embedding_ > kMaxEmbedding)
         throwXmlError({"objects are embedded deeper than ", std::to_string(kMaxEmbedding)});
-    ElementText embedded = elementIn(text);
-    XmlTree tree;
-    const auto element = tree.parse(embedded);
+    XmlReader reader(withoutByteOrderMark(text));
     CIMObject object;
-    if (isNamed(element, "INSTANCE"))
-        object = decodeInstance(element);
-    else if (isNamed(element, "CLASS"))
-        object = decodeClass(element);
-    else
-        throwXmlError({"the element ", element.name(), " is embedded, which is no object"});
+    try {
+        object = decodeOnlyObject(reader);
+    } catch (const EndOfText&) {
+        throwXmlError({"an embedded object is not complete"});
+    }
     --embedding_;
+    return object;
+}
+
+/// The object in a text that holds nothing else than white space and comments around it.
+CIMObject ObjectDecoder::decodeOnlyObject(XmlReader& reader) {
+    expect(XmlReader::Ahead::Element, reader);
+    reader.nextElement();
+    CIMObject object;
+    if (reader.name() == "INSTANCE")
+        object = decodeInstance(reader);
+    else if (reader.name() == "CLASS")
+        object = decodeClass(reader);
+    else
+        throwXmlError({"the element ", reader.name(), " is embedded, which is no object"});
+    expect(XmlReader::Ahead::Nothing, reader);
     return object;
 }
 

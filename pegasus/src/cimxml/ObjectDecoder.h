@@ -2,7 +2,7 @@
 
 #include "cimxml/NameCache.h"
 #include "cimxml/PathDecoder.h"
-#include "cimxml/XmlTree.h"
+#include "cimxml/XmlReader.h"
 
 #include <Pegasus/Common/CIMClass.h>
 #include <Pegasus/Common/CIMInstance.h>
@@ -15,50 +15,50 @@
 
 namespace Pegasus::cimxml {
 
-/// Turns parsed elements into objects (DSP0201, 5.2.1 and 5.2.3). Attributes that it does not know are ignored,
-/// elements are not. All operations throw CIMClientXmlException.
+/// Turns elements into objects (DSP0201, 5.2.1 and 5.2.3). Each operation decodes the element that the reader has
+/// entered, and leaves it. Attributes that it does not know are ignored, elements are not. All throw
+/// CIMClientXmlException, and EndOfText.
 class ObjectDecoder {
   public:
     /// CLASS.
-    CIMClass decodeClass(XmlElement element);
+    CIMClass decodeClass(XmlReader& reader);
     /// INSTANCE; its path is the class name.
-    CIMInstance decodeInstance(XmlElement element);
+    CIMInstance decodeInstance(XmlReader& reader);
     /// VALUE.NAMEDINSTANCE or VALUE.INSTANCEWITHPATH: an instance with its path.
-    CIMInstance decodeInstanceWithPath(XmlElement element);
+    CIMInstance decodeInstanceWithPath(XmlReader& reader);
     /// VALUE.OBJECTWITHPATH or VALUE.OBJECTWITHLOCALPATH: a class or an instance with its path. VALUE.OBJECT: one
     /// without.
-    CIMObject decodeObject(XmlElement element);
+    CIMObject decodeObject(XmlReader& reader);
     /// INSTANCENAME.
-    CIMObjectPath decodeInstanceName(XmlElement element);
+    CIMObjectPath decodeInstanceName(XmlReader& reader);
     /// OBJECTPATH, which holds an INSTANCEPATH or a CLASSPATH.
-    CIMObjectPath decodeObjectPath(XmlElement element);
+    CIMObjectPath decodeObjectPath(XmlReader& reader);
     /// CLASSNAME.
-    CIMName decodeClassName(XmlElement element);
+    CIMName decodeClassName(XmlReader& reader);
     /// QUALIFIER.DECLARATION.
-    CIMQualifierDecl decodeQualifierDecl(XmlElement element);
+    CIMQualifierDecl decodeQualifierDecl(XmlReader& reader);
 
   private:
-    CIMQualifier decodeQualifier(XmlElement element);
-    CIMMethod decodeMethod(XmlElement element);
+    CIMQualifier decodeQualifier(XmlReader& reader);
+    CIMMethod decodeMethod(XmlReader& reader);
 
-    /// Add a child element to the object that it describes; false when it is of another kind.
+    /// Add the element to the object that it describes; false when it is of another kind.
     template <class Owner>
-    bool addQualifier(Owner& owner, XmlElement child);
+    bool addQualifier(Owner& owner, XmlReader& reader);
     template <class Owner>
-    bool addProperty(Owner& owner, XmlElement child);
-    bool addParameter(CIMMethod& method, XmlElement child);
-    template <class Owner>
-    void addQualifiers(Owner& owner, XmlElement element);
+    bool addProperty(Owner& owner, XmlReader& reader);
+    bool addParameter(CIMMethod& method, XmlReader& reader);
 
-    /// The value in a VALUE element of some form; the null of the type where there is none.
-    CIMValue decodeValue(CIMType type, bool isArray, XmlElement value);
+    /// The value in a VALUE element of some form.
+    CIMValue decodeValue(CIMType type, bool isArray, XmlReader& reader);
     template <class T>
-    CIMValue decodeScalarValue(XmlElement value);
+    CIMValue decodeScalarValue(XmlReader& reader);
     template <class T>
-    CIMValue decodeArrayValue(XmlElement value);
+    CIMValue decodeArrayValue(XmlReader& reader);
     template <class T>
-    T decodeItem(XmlElement value);
+    T decodeItem(XmlReader& reader);
     CIMObject decodeEmbedded(std::string_view text);
+    CIMObject decodeOnlyObject(XmlReader& reader);
 
     CIMName optionalName(const Attributes& attributes, std::string_view attributeName);
 

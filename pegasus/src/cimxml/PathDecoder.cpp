@@ -4,7 +4,6 @@
 #include "cimxml/ScalarDecoder.h"
 #include "cimxml/XmlCharacters.h"
 #include "cimxml/XmlError.h"
-#include "cimxml/XmlTree.h"
 
 #include <string>
 
@@ -13,8 +12,7 @@ namespace Pegasus::cimxml {
 namespace {
 
 /// The kind of key that KEYVALUE holds: what VALUETYPE says, else what the CIM type in TYPE says, else a text.
-CIMKeyBinding::Type keyTypeOf(XmlElement keyValue) {
-    const Attributes attributes(keyValue);
+CIMKeyBinding::Type keyTypeOf(const Attributes& attributes) {
     if (const auto valueType = attributes.find("VALUETYPE")) {
         if (*valueType == "string")
             return CIMKeyBinding::STRING;
@@ -35,71 +33,79 @@ CIMKeyBinding::Type keyTypeOf(XmlElement keyValue) {
 
 } // namespace
 
-CIMObjectPath PathDecoder::decodePath(XmlElement element) {
-    if (isNamed(element, "INSTANCENAME") || isNamed(element, "CLASSNAME"))
-        return decodeLocal(element, Place());
-    if (isNamed(element, "INSTANCEPATH") || isNamed(element, "LOCALINSTANCEPATH") || isNamed(element, "CLASSPATH") ||
-        isNamed(element, "LOCALCLASSPATH"))
-        return decodeQualified(element);
-    throwUnexpected(element);
+CIMObjectPath PathDecoder::decodePath(XmlReader& reader) {
+    const std::string_view name = reader.name();
+    if (name == "INSTANCENAME" || name == "CLASSNAME")
+        return decodeLocal(reader, Place());
+    if (name == "INSTANCEPATH" || name == "LOCALINSTANCEPATH" || name == "CLASSPATH" || name == "LOCALCLASSPATH")
+        return decodeQualified(reader);
+    reader.throwUnexpected();
 }
 
-CIMObjectPath PathDecoder::decodeReference(XmlElement element) {
-    const auto path = onlyChild(element);
-    if (!path)
-        throwXmlError({"the element ", element.name(), " is empty"});
-    return decodePath(path);
+CIMObjectPath PathDecoder::decodeReference(XmlReader& reader) {
+    const std::string_view name = reader.name();
+    if (!reader.nextElement())
+        throwXmlError({"the element ", name, " is empty"});
+    CIMObjectPath path = decodePath(reader);
+    if (reader.nextElement())
+        reader.throwUnexpected();
+    return path;
 }
 
 /// A namespace path and the name of the class or instance in it.
-CIMObjectPath PathDecoder::decodeQualified(XmlElement element) {
-    XmlElement place;
-    XmlElement name;
-    for (const auto child : ChildElements(element)) {
-        if (name)
-            throwUnexpected(child);
-        (place ? name : place) = child;
+CIMObjectPath PathDecoder::decodeQualified(XmlReader& reader) {
+    const std::string_view name = reader.name();
+    const auto enterNext = [&] {
+        if (!reader.nextElement())
+            throwXmlError({"the element ", name, " has no namespace and name"});
+    };
+    enterNext();
+    const Place place = decodePlace(reader);
+    enterNext();
+    CIMObjectPath path = decodeLocal(reader, place);
+    if (reader.nextElement())
+        reader.throwUnexpected();
+    return path;
+}
+
+CIMObjectPath PathDecoder::decodeLocal(XmlReader& reader, const Place& place) {
+    if (reader.name() == "CLASSNAME") {
+        CIMObjectPath path(place.host, place.nameSpace, names_.get(reader.attributes().get("NAME")));
+        reader.skip();
+        return path;
     }
-    if (!name)
-        throwXmlError({"the element ", element.name(), " has no namespace and name"});
-    return decodeLocal(name, decodePlace(place));
+    if (reader.name() != "INSTANCENAME")
+        reader.throwUnexpected();
+    const CIMName className = names_.get(reader.attributes().get("CLASSNAME"));
+    return CIMObjectPath(place.host, place.nameSpace, className, decodeKeys(reader));
 }
 
-CIMObjectPath PathDecoder::decodeLocal(XmlElement element, const Place& place) {
-    if (isNamed(element, "CLASSNAME"))
-        return CIMObjectPath(place.host, place.nameSpace, names_.get(Attributes(element).get("NAME")));
-    if (!isNamed(element, "INSTANCENAME"))
-        throwUnexpected(element);
-    return CIMObjectPath(place.host, place.nameSpace, names_.get(Attributes(element).get("CLASSNAME")),
-                         decodeKeys(element));
-}
-
-PathDecoder::Place PathDecoder::decodePlace(XmlElement element) {
-    if (isNamed(element, "LOCALNAMESPACEPATH"))
-        return Place{String(), decodeNamespace(element)};
-    if (!isNamed(element, "NAMESPACEPATH"))
-        throwUnexpected(element);
+PathDecoder::Place PathDecoder::decodePlace(XmlReader& reader) {
+    if (reader.name() == "LOCALNAMESPACEPATH")
+        return Place{String(), decodeNamespace(reader)};
+    if (reader.name() != "NAMESPACEPATH")
+        reader.throwUnexpected();
     Place place;
-    for (const auto child : ChildElements(element)) {
-        std::string buffer;
-        if (isNamed(child, "HOST"))
-            place.host = String(trimmed(textOf(child, buffer)));
-        else if (isNamed(child, "LOCALNAMESPACEPATH"))
-            place.nameSpace = decodeNamespace(child);
+    while (reader.nextElement()) {
+        if (reader.name() == "HOST")
+            place.host = String(trimmed(reader.text()));
+        else if (reader.name() == "LOCALNAMESPACEPATH")
+            place.nameSpace = decodeNamespace(reader);
         else
-            throwUnexpected(child);
+            reader.throwUnexpected();
     }
     return place;
 }
 
-CIMNamespaceName PathDecoder::decodeNamespace(XmlElement element) {
+CIMNamespaceName PathDecoder::decodeNamespace(XmlReader& reader) {
     std::string path;
-    for (const auto child : ChildElements(element)) {
-        if (!isNamed(child, "NAMESPACE"))
-            throwUnexpected(child);
+    while (reader.nextElement()) {
+        if (reader.name() != "NAMESPACE")
+            reader.throwUnexpected();
         if (!path.empty())
             path += '/';
-        path += Attributes(child).get("NAME");
+        path += reader.attributes().get("NAME");
+        reader.skip();
     }
     const String name{std::string_view(path)};
     if (!CIMNamespaceName::legal(name))
@@ -108,41 +114,42 @@ CIMNamespaceName PathDecoder::decodeNamespace(XmlElement element) {
 }
 
 /// Named keys, or one value without a name, or none.
-Array<CIMKeyBinding> PathDecoder::decodeKeys(XmlElement instanceName) {
+Array<CIMKeyBinding> PathDecoder::decodeKeys(XmlReader& reader) {
     Array<CIMKeyBinding> keys;
-    for (const auto child : ChildElements(instanceName)) {
-        if (keys.size() != 0 && keys[0].getName().isNull())
-            throwUnexpected(child);
-        if (!isNamed(child, "KEYBINDING")) {
-            if (keys.size() != 0)
-                throwUnexpected(child);
-            keys.append(decodeKey(CIMName(), child));
-            continue;
-        }
-        const auto value = onlyChild(child);
-        if (!value)
-            throwXmlError({"the element KEYBINDING is empty"});
-        keys.append(decodeKey(names_.get(Attributes(child).get("NAME")), value));
+    while (reader.nextElement()) {
+        const bool named = reader.name() == "KEYBINDING";
+        if (keys.size() != 0 && (!named || keys[0].getName().isNull()))
+            reader.throwUnexpected();
+        keys.append(named ? decodeNamedKey(reader) : decodeKey(CIMName(), reader));
     }
     return keys;
 }
 
-CIMKeyBinding PathDecoder::decodeKey(const CIMName& name, XmlElement value) {
-    if (isNamed(value, "KEYVALUE"))
-        return decodeKeyValue(name, value);
-    if (!isNamed(value, "VALUE.REFERENCE"))
-        throwUnexpected(value);
+CIMKeyBinding PathDecoder::decodeNamedKey(XmlReader& reader) {
+    const CIMName name = names_.get(reader.attributes().get("NAME"));
+    if (!reader.nextElement())
+        throwXmlError({"the element KEYBINDING is empty"});
+    CIMKeyBinding key = decodeKey(name, reader);
+    if (reader.nextElement())
+        reader.throwUnexpected();
+    return key;
+}
+
+CIMKeyBinding PathDecoder::decodeKey(const CIMName& name, XmlReader& reader) {
+    if (reader.name() == "KEYVALUE")
+        return decodeKeyValue(name, reader);
+    if (reader.name() != "VALUE.REFERENCE")
+        reader.throwUnexpected();
     // Each reference within a reference doubles the number of escapes, so the text is held against its limit here.
-    const String path = decodeReference(value).toString();
+    const String path = decodeReference(reader).toString();
     if (path.view().size() > kMaxObjectBytes)
         throwXmlError({"the path of a reference is too long"});
     return CIMKeyBinding(name, path, CIMKeyBinding::REFERENCE);
 }
 
-CIMKeyBinding PathDecoder::decodeKeyValue(const CIMName& name, XmlElement element) {
-    std::string buffer;
-    const std::string_view text = textOf(element, buffer);
-    const CIMKeyBinding::Type type = keyTypeOf(element);
+CIMKeyBinding PathDecoder::decodeKeyValue(const CIMName& name, XmlReader& reader) {
+    const CIMKeyBinding::Type type = keyTypeOf(reader.attributes());
+    const std::string_view text = reader.text();
     switch (type) {
     case CIMKeyBinding::BOOLEAN:
         return CIMKeyBinding(name, decodeScalar<Boolean>(text) ? "TRUE" : "FALSE", type);

@@ -1,22 +1,22 @@
 #pragma once
 
 #include "cimxml/NameCache.h"
-#include "cimxml/XmlTree.h"
+#include "cimxml/XmlReader.h"
 
 #include <Pegasus/Common/CIMObjectPath.h>
 
 namespace Pegasus::cimxml {
 
-/// Decodes the elements that say where an object is (DSP0201, 5.2.2 and 5.2.3). All operations throw
-/// CIMClientXmlException.
+/// Decodes the elements that say where an object is (DSP0201, 5.2.2 and 5.2.3). Each operation decodes the element that
+/// the reader has entered, and leaves it. They throw CIMClientXmlException, and EndOfText.
 class PathDecoder {
   public:
     explicit PathDecoder(NameCache& names) : names_(names) {}
 
     /// INSTANCENAME, INSTANCEPATH, LOCALINSTANCEPATH, CLASSNAME, CLASSPATH or LOCALCLASSPATH.
-    CIMObjectPath decodePath(XmlElement element);
+    CIMObjectPath decodePath(XmlReader& reader);
     /// VALUE.REFERENCE or OBJECTPATH, which hold one of these.
-    CIMObjectPath decodeReference(XmlElement element);
+    CIMObjectPath decodeReference(XmlReader& reader);
 
   private:
     struct Place {
@@ -24,13 +24,14 @@ class PathDecoder {
         CIMNamespaceName nameSpace;
     };
 
-    CIMObjectPath decodeQualified(XmlElement element);
-    CIMObjectPath decodeLocal(XmlElement element, const Place& place);
-    Place decodePlace(XmlElement element);
-    CIMNamespaceName decodeNamespace(XmlElement element);
-    Array<CIMKeyBinding> decodeKeys(XmlElement instanceName);
-    CIMKeyBinding decodeKey(const CIMName& name, XmlElement value);
-    CIMKeyBinding decodeKeyValue(const CIMName& name, XmlElement element);
+    CIMObjectPath decodeQualified(XmlReader& reader);
+    CIMObjectPath decodeLocal(XmlReader& reader, const Place& place);
+    Place decodePlace(XmlReader& reader);
+    CIMNamespaceName decodeNamespace(XmlReader& reader);
+    Array<CIMKeyBinding> decodeKeys(XmlReader& reader);
+    CIMKeyBinding decodeNamedKey(XmlReader& reader);
+    CIMKeyBinding decodeKey(const CIMName& name, XmlReader& reader);
+    CIMKeyBinding decodeKeyValue(const CIMName& name, XmlReader& reader);
 
     NameCache& names_;
 };

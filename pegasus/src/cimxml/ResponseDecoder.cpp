@@ -1,10 +1,12 @@
 #include "cimxml/ResponseDecoder.h"
 
+#include "cimxml/InputText.h"
+#include "cimxml/Limits.h"
 #include "cimxml/ObjectDecoder.h"
-#include "cimxml/ObjectFramer.h"
 #include "cimxml/ScalarDecoder.h"
+#include "cimxml/XmlCharacters.h"
 #include "cimxml/XmlError.h"
-#include "cimxml/XmlTree.h"
+#include "cimxml/XmlReader.h"
 #include "model/ServerError.h"
 
 #include <Pegasus/Common/Exception.h>
@@ -31,21 +33,27 @@ namespace {
 }
 
 /// What other operations return. An element that is not even among these is no CIM-XML.
-bool isOtherReturnValue(XmlElement element) {
+bool isOtherReturnValue(std::string_view elementName) {
     constexpr std::array<std::string_view, 6> kOthers = {"INSTANCEPATH",    "VALUE",          "VALUE.ARRAY",
                                                          "VALUE.REFERENCE", "VALUE.REFARRAY", "VALUE.NAMEDOBJECT"};
-    return std::find(kOthers.begin(), kOthers.end(), element.name()) != kOthers.end();
+    return std::find(kOthers.begin(), kOthers.end(), elementName) != kOthers.end();
 }
 
 /// The server's error in an ERROR element.
-CIMException decodeError(XmlElement element) {
-    const Attributes attributes(element);
-    const auto code = decodeScalar<Uint32>(attributes.get("CODE"));
+CIMException decodeError(XmlReader& reader) {
+    const auto code = decodeScalar<Uint32>(reader.attributes().get("CODE"));
     if (code == CIM_ERR_SUCCESS)
         throwXmlError({"it reports an error with the code 0"});
-    const auto description = attributes.find("DESCRIPTION");
-    return detail::serverError(code, String(description.value_or(std::string_view())));
+    const String description(reader.attributes().find("DESCRIPTION").value_or(std::string_view()));
+    reader.skip();
+    return detail::serverError(code, description);
 }
+
+/// The elements around the objects of an answer, from the outermost to the innermost. Each comes once.
+constexpr std::array<std::string_view, 5> kEnvelope = {"CIM", "MESSAGE", "SIMPLERSP", "IMETHODRESPONSE",
+                                                       "IRETURNVALUE"};
+constexpr std::size_t kInMethodResponse = 4;
+constexpr std::size_t kInReturnValue = 5;
 
 } // namespace
 
@@ -57,74 +65,151 @@ void ReturnValueSink::onInstanceName(const CIMObjectPath&) { throwUnexpectedObje
 void ReturnValueSink::onObjectPath(const CIMObjectPath&) { throwUnexpectedObject("an object path"); }
 void ReturnValueSink::onQualifierDecl(const CIMQualifierDecl&) { throwUnexpectedObject("a qualifier declaration"); }
 
-class ResponseDecoder::Impl : private ObjectFramer::Handler {
+class ResponseDecoder::Impl {
   public:
     Impl(std::string messageId, std::string method, ReturnValueSink& sink)
         : messageId_(std::move(messageId)), method_(std::move(method)), sink_(sink) {}
 
-    void feed(std::string_view chunk) { framer_.feed(chunk); }
+    void feed(std::string_view chunk) {
+        input_.append(chunk);
+        if (input_.unread().size() >= enough_ || input_.endsBadly())
+            readOn();
+    }
 
-    void finish() const {
-        framer_.finish();
+    void finish() {
+        readOn();
+        if (atStart_ || level_ != 0 || !input_.isEmpty())
+            throwXmlError({"it ends in the middle of the document"});
+        if (nextLevel_ < kInMethodResponse)
+            throwXmlError({"it has no ", kEnvelope[nextLevel_]});
         if (error_)
             throw CIMException(*error_);
     }
 
   private:
-    void onEnvelope(ElementText& tag) override {
-        const auto element = tree_.parse(tag);
-        if (isNamed(element, "MESSAGE")) {
-            if (const auto id = Attributes(element).get("ID"); id != messageId_)
+    /// Reads all that is complete. What is not has to be read again from its beginning, so that is put off until there
+    /// is twice as much of it: however small the pieces are in which an object arrives, it is read but a few times.
+    void readOn() {
+        enough_ = 0;
+        try {
+            while (readNext()) {
+            }
+        } catch (const EndOfText&) {
+            const std::size_t waiting = input_.unread().size();
+            if (waiting >= kMaxObjectBytes)
+                throwXmlError({"one object is larger than ", std::to_string(kMaxObjectBytes >> 20U), " MiB"});
+            enough_ = std::min(2 * waiting, kMaxObjectBytes);
+        }
+        if (input_.endsBadly())
+            throwXmlError({"it is not UTF-8, or holds characters that XML does not allow"});
+    }
+
+    /// Reads a tag of the envelope, or one element within it. False when there is nothing but white space.
+    bool readNext() {
+        skipByteOrderMark();
+        reader_.start(input_.unread().substr(0, kMaxObjectBytes),
+                      level_ == 0 ? std::string_view() : kEnvelope[level_ - 1]);
+        const XmlReader::Ahead ahead = reader_.ahead();
+        if (ahead == XmlReader::Ahead::Text)
+            throwXmlError({"there is text between the elements"});
+        if (ahead == XmlReader::Ahead::EndTag)
+            leaveEnvelope();
+        else if (ahead == XmlReader::Ahead::Element)
+            readElement();
+        input_.take(reader_.position());
+        return ahead != XmlReader::Ahead::Nothing;
+    }
+
+    void skipByteOrderMark() {
+        const std::string_view unread = input_.unread();
+        if (!atStart_ || unread.empty())
+            return;
+        input_.take(unread.size() - withoutByteOrderMark(unread).size());
+        atStart_ = false;
+    }
+
+    void leaveEnvelope() {
+        reader_.nextElement();
+        --level_;
+    }
+
+    void readElement() {
+        reader_.nextElement();
+        if (isEnvelope(reader_.name()))
+            enterEnvelope();
+        else if (level_ == kInReturnValue)
+            deliver(reader_.name());
+        else if (reader_.name() == "ERROR")
+            error_.emplace(decodeError(reader_));
+        else if (reader_.name() == "PARAMVALUE")
+            reader_.skip();
+        else
+            throwXmlError({"the element ", reader_.name(), " does not belong into ", kEnvelope[kInMethodResponse - 1]});
+    }
+
+    /// Whether an element that begins here is the next one of the envelope, and not an element that it holds.
+    bool isEnvelope(std::string_view name) const {
+        if (level_ == nextLevel_ && level_ < kEnvelope.size() && name == kEnvelope[level_])
+            return true;
+        if (level_ == kInMethodResponse - 1 && name == "METHODRESPONSE")
+            throw CIMClientResponseException(
+                "the server answers another request: a METHODRESPONSE is for extrinsic methods");
+        if (level_ < kInMethodResponse)
+            throwXmlError({"the element ", name, " stands where ",
+                           level_ == nextLevel_ ? kEnvelope[level_] : std::string_view("nothing more"),
+                           " is expected"});
+        return false;
+    }
+
+    void enterEnvelope() {
+        if (reader_.name() == "MESSAGE") {
+            if (const auto id = reader_.attributes().get("ID"); id != messageId_)
                 throwForeign("message ID", id, messageId_);
-        } else if (isNamed(element, "IMETHODRESPONSE")) {
-            if (const auto name = Attributes(element).get("NAME"); name != method_)
+        } else if (reader_.name() == "IMETHODRESPONSE") {
+            if (const auto name = reader_.attributes().get("NAME"); name != method_)
                 throwForeign("method", name, method_);
         }
+        nextLevel_ = level_ + 1;
+        level_ += reader_.isEmptyTag() ? 0 : 1;
     }
 
-    void onElement(ElementText& text, bool inReturnValue) override {
-        const auto element = tree_.parse(text);
-        if (inReturnValue)
-            deliver(element);
-        else if (isNamed(element, "ERROR"))
-            error_.emplace(decodeError(element));
-        else if (!isNamed(element, "PARAMVALUE"))
-            throwUnexpectedInResponse(element);
-    }
-
-    void deliver(XmlElement element) {
-        if (isNamed(element, "VALUE.NAMEDINSTANCE") || isNamed(element, "VALUE.INSTANCEWITHPATH"))
-            sink_.onInstance(objects_.decodeInstanceWithPath(element));
-        else if (isNamed(element, "INSTANCE"))
-            sink_.onInstance(objects_.decodeInstance(element));
-        else if (isNamed(element, "CLASS"))
-            sink_.onClass(objects_.decodeClass(element));
-        else if (isNamed(element, "VALUE.OBJECTWITHPATH") || isNamed(element, "VALUE.OBJECTWITHLOCALPATH") ||
-                 isNamed(element, "VALUE.OBJECT"))
-            sink_.onObject(objects_.decodeObject(element));
-        else if (isNamed(element, "INSTANCENAME"))
-            sink_.onInstanceName(objects_.decodeInstanceName(element));
-        else if (isNamed(element, "OBJECTPATH"))
-            sink_.onObjectPath(objects_.decodeObjectPath(element));
-        else if (isNamed(element, "CLASSNAME"))
-            sink_.onClassName(objects_.decodeClassName(element));
-        else if (isNamed(element, "QUALIFIER.DECLARATION"))
-            sink_.onQualifierDecl(objects_.decodeQualifierDecl(element));
-        else if (isOtherReturnValue(element))
-            throwUnexpectedObject(element.name());
+    void deliver(std::string_view name) {
+        if (name == "VALUE.NAMEDINSTANCE" || name == "VALUE.INSTANCEWITHPATH")
+            sink_.onInstance(objects_.decodeInstanceWithPath(reader_));
+        else if (name == "INSTANCE")
+            sink_.onInstance(objects_.decodeInstance(reader_));
+        else if (name == "CLASS")
+            sink_.onClass(objects_.decodeClass(reader_));
+        else if (name == "VALUE.OBJECTWITHPATH" || name == "VALUE.OBJECTWITHLOCALPATH" || name == "VALUE.OBJECT")
+            sink_.onObject(objects_.decodeObject(reader_));
+        else if (name == "INSTANCENAME")
+            sink_.onInstanceName(objects_.decodeInstanceName(reader_));
+        else if (name == "OBJECTPATH")
+            sink_.onObjectPath(objects_.decodeObjectPath(reader_));
+        else if (name == "CLASSNAME")
+            sink_.onClassName(objects_.decodeClassName(reader_));
+        else if (name == "QUALIFIER.DECLARATION")
+            sink_.onQualifierDecl(objects_.decodeQualifierDecl(reader_));
         else
-            throwXmlError({"the element ", element.name(), " does not belong into IRETURNVALUE"});
+            refuse(name);
     }
 
-    [[noreturn]] static void throwUnexpectedInResponse(XmlElement element) {
-        throwXmlError({"the element ", element.name(), " does not belong into IMETHODRESPONSE"});
+    [[noreturn]] void refuse(std::string_view name) {
+        reader_.skip();
+        if (isOtherReturnValue(name))
+            throwUnexpectedObject(name);
+        throwXmlError({"the element ", name, " does not belong into IRETURNVALUE"});
     }
 
     const std::string messageId_;
     const std::string method_;
     ReturnValueSink& sink_;
-    ObjectFramer framer_{*this};
-    XmlTree tree_;
+    InputText input_;
+    std::size_t enough_ = 0; // how much must be unread for another attempt
+    bool atStart_ = true;
+    std::size_t level_ = 0;     // the elements of the envelope that are open
+    std::size_t nextLevel_ = 0; // the one that may open next
+    XmlReader reader_;
     ObjectDecoder objects_;
     std::optional<CIMException> error_;
 };

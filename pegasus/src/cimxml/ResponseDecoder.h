@@ -32,8 +32,9 @@ class ReturnValueSink {
     virtual void onQualifierDecl(const CIMQualifierDecl& declaration);
 };
 
-/// Decodes the body of an answer while it arrives. Each object of the return value is handed to the sink as soon as its
-/// last byte is there, so that no more than one of them is held as text.
+/// Decodes the body of an answer while it arrives. Each object of the return value is handed to the sink once it is
+/// complete, at the latest when as much again as its text has arrived or the body ends; no more than that is held as
+/// text.
 ///
 /// feed() and finish() throw
 ///   CIMClientXmlException       for a body that is not well-formed, not CIM-XML, holds a bad value or passes a limit,

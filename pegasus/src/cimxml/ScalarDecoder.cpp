@@ -76,6 +76,15 @@ Real decodeReal(std::string_view text) {
     return std::copysign(real, negative ? Real{-1} : Real{1});
 }
 
+/// The bytes of a short text as one number, to compare many at once; 0 for one that does not fit.
+constexpr Uint64 packed(std::string_view text) {
+    Uint64 bytes = 0;
+    if (text.size() <= sizeof bytes)
+        for (const char c : text)
+            bytes = bytes << 8U | static_cast<Uint8>(c);
+    return bytes;
+}
+
 bool isWord(std::string_view text, std::string_view upperCase) {
     return std::equal(text.begin(), text.end(), upperCase.begin(), upperCase.end(),
                       [](char c, char upper) { return c == upper || c == upper - 'A' + 'a'; });
@@ -126,13 +135,38 @@ CIMDateTime decodeScalar(std::string_view text) {
 }
 
 CIMType decodeType(std::string_view name) {
-    constexpr std::array<std::string_view, CIMTYPE_DATETIME + 1> kNames = {
-        "boolean", "uint8",  "sint8",  "uint16", "sint16", "uint32", "sint32",
-        "uint64",  "sint64", "real32", "real64", "char16", "string", "datetime"};
-    const auto found = std::find(kNames.begin(), kNames.end(), name);
-    if (found == kNames.end())
+    switch (packed(name)) {
+    case packed("boolean"):
+        return CIMTYPE_BOOLEAN;
+    case packed("uint8"):
+        return CIMTYPE_UINT8;
+    case packed("sint8"):
+        return CIMTYPE_SINT8;
+    case packed("uint16"):
+        return CIMTYPE_UINT16;
+    case packed("sint16"):
+        return CIMTYPE_SINT16;
+    case packed("uint32"):
+        return CIMTYPE_UINT32;
+    case packed("sint32"):
+        return CIMTYPE_SINT32;
+    case packed("uint64"):
+        return CIMTYPE_UINT64;
+    case packed("sint64"):
+        return CIMTYPE_SINT64;
+    case packed("real32"):
+        return CIMTYPE_REAL32;
+    case packed("real64"):
+        return CIMTYPE_REAL64;
+    case packed("char16"):
+        return CIMTYPE_CHAR16;
+    case packed("string"):
+        return CIMTYPE_STRING;
+    case packed("datetime"):
+        return CIMTYPE_DATETIME;
+    default:
         throwXmlError({"unknown type: ", name});
-    return static_cast<CIMType>(found - kNames.begin());
+    }
 }
 
 } // namespace Pegasus::cimxml

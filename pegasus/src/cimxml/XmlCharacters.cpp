@@ -56,8 +56,8 @@ std::uint32_t takeCharacter(std::string_view& text) noexcept {
     return codePoint;
 }
 
-char* putCharacter(std::uint32_t codePoint, char* out) noexcept {
-    const auto put = [&](std::uint32_t byte) { *out++ = static_cast<char>(byte); };
+void appendCharacter(std::uint32_t codePoint, std::string& out) {
+    const auto put = [&](std::uint32_t byte) { out += static_cast<char>(byte); };
     const auto putContinuation = [&](unsigned shift) { put(0x80U | (codePoint >> shift & 0x3FU)); };
     if (codePoint < 0x80) {
         put(codePoint);
@@ -74,27 +74,38 @@ char* putCharacter(std::uint32_t codePoint, char* out) noexcept {
         putContinuation(6);
         putContinuation(0);
     }
-    return out;
 }
 
-bool isXmlText(std::string_view text) noexcept {
-    while (!text.empty()) {
-        while (text.size() >= kBlock && isPlainBlock(text.data()))
-            text.remove_prefix(kBlock);
-        if (text.empty())
+namespace {
+
+/// How long the first character is; 0 when the text does not begin with a whole one that XML allows.
+std::size_t lengthOfFirst(std::string_view text) noexcept {
+    const std::size_t length = lengthFrom(byteAt(text, 0));
+    if (length == 0 || length > text.size())
+        return 0;
+    for (std::size_t i = 1; i < length; ++i)
+        if ((byteAt(text, i) & 0xC0U) != 0x80U)
+            return 0;
+    const std::uint32_t codePoint = takeCharacter(text);
+    const bool overlong = (length == 3 && codePoint < 0x800) || (length == 4 && codePoint < 0x10000);
+    return overlong || !isXmlCharacter(codePoint) ? 0 : length;
+}
+
+} // namespace
+
+std::size_t lengthOfXmlCharacters(std::string_view text) noexcept {
+    std::string_view rest = text;
+    while (!rest.empty()) {
+        if (rest.size() >= kBlock && isPlainBlock(rest.data())) {
+            rest.remove_prefix(kBlock);
+            continue;
+        }
+        const std::size_t length = lengthOfFirst(rest);
+        if (length == 0)
             break;
-        const std::size_t length = lengthFrom(byteAt(text, 0));
-        if (length == 0 || length > text.size())
-            return false;
-        for (std::size_t i = 1; i < length; ++i)
-            if ((byteAt(text, i) & 0xC0U) != 0x80U)
-                return false;
-        const std::uint32_t codePoint = takeCharacter(text);
-        const bool overlong = (length == 3 && codePoint < 0x800) || (length == 4 && codePoint < 0x10000);
-        if (overlong || !isXmlCharacter(codePoint))
-            return false;
+        rest.remove_prefix(length);
     }
-    return true;
+    return text.size() - rest.size();
 }
 
 } // namespace Pegasus::cimxml

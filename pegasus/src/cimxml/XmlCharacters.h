@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace Pegasus::cimxml {
@@ -8,14 +10,18 @@ namespace Pegasus::cimxml {
 /// Whether XML 1.0 allows the code point (production Char).
 bool isXmlCharacter(std::uint32_t codePoint) noexcept;
 
-/// Whether the text is UTF-8 and made of characters that XML allows.
-bool isXmlText(std::string_view text) noexcept;
+/// The most bytes that a character has in UTF-8.
+constexpr std::size_t kLongestCharacter = 4;
 
-/// Takes the first character off `text` and returns its code point. The text is not empty and has passed isXmlText().
+/// How many bytes of the text are whole characters in UTF-8 that XML allows: up to the first byte where none begins, or
+/// where one is cut off by the end.
+std::size_t lengthOfXmlCharacters(std::string_view text) noexcept;
+
+/// Takes the first character off `text`, which consists of whole ones, and returns its code point.
 std::uint32_t takeCharacter(std::string_view& text) noexcept;
 
-/// Writes a code point as UTF-8 and returns the end of it, four bytes on at most.
-char* putCharacter(std::uint32_t codePoint, char* out) noexcept;
+/// Appends a code point as UTF-8.
+void appendCharacter(std::uint32_t codePoint, std::string& out);
 
 /// Bytes that a name of XML begins with and holds; every byte beyond ASCII counts as one.
 constexpr bool startsXmlName(char c) noexcept {
@@ -27,6 +33,12 @@ constexpr bool isInXmlName(char c) noexcept {
 }
 
 constexpr bool isXmlSpace(char c) noexcept { return c == ' ' || c == '\n' || c == '\t' || c == '\r'; }
+
+/// The text without the mark that may stand at the beginning of a document.
+constexpr std::string_view withoutByteOrderMark(std::string_view text) noexcept {
+    constexpr std::string_view kMark = "\xEF\xBB\xBF";
+    return text.substr(0, kMark.size()) == kMark ? text.substr(kMark.size()) : text;
+}
 
 /// The text without white space at either end.
 constexpr std::string_view trimmed(std::string_view text) noexcept {

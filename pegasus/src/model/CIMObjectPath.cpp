@@ -230,9 +230,11 @@ bool operator==(const CIMKeyBinding& a, const CIMKeyBinding& b) {
 
 struct CIMObjectPath::Rep : detail::RefCounted {
     Rep() = default;
-    Rep(const String& itsHost, const CIMNamespaceName& itsNameSpace, const CIMName& itsClassName,
-        Array<CIMKeyBinding> itsKeys)
-        : host(itsHost), nameSpace(itsNameSpace), className(itsClassName), keyBindings(std::move(itsKeys)) {}
+    Rep(String itsHost, CIMNamespaceName itsNameSpace, CIMName itsClassName, Array<CIMKeyBinding> itsKeys)
+        : host(std::move(itsHost)),
+          nameSpace(std::move(itsNameSpace)),
+          className(std::move(itsClassName)),
+          keyBindings(std::move(itsKeys)) {}
 
     String host;
     CIMNamespaceName nameSpace;
@@ -240,9 +242,10 @@ struct CIMObjectPath::Rep : detail::RefCounted {
     Array<CIMKeyBinding> keyBindings;
 };
 
-CIMObjectPath::CIMObjectPath(const String& host, const CIMNamespaceName& nameSpace, const CIMName& className,
-                             const Array<CIMKeyBinding>& keyBindings)
-    : rep_(detail::Handle<Rep>::make(host, nameSpace, className, sorted(keyBindings))) {}
+CIMObjectPath::CIMObjectPath(String host, CIMNamespaceName nameSpace, CIMName className,
+                             Array<CIMKeyBinding> keyBindings)
+    : rep_(detail::Handle<Rep>::make(std::move(host), std::move(nameSpace), std::move(className),
+                                     sorted(std::move(keyBindings)))) {}
 
 CIMObjectPath::CIMObjectPath(const String& text) : CIMObjectPath(parsePath(text)) {}
 

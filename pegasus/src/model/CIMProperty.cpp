@@ -2,54 +2,82 @@
 
 #include "model/NamedList.h"
 
+#include <memory>
+#include <utility>
+
 namespace Pegasus {
 
-struct CIMProperty::Rep : detail::RefCounted {
-    Rep(const CIMName& itsName, const CIMValue& itsValue, Uint32 itsArraySize, const CIMName& itsReferenceClass,
-        const CIMName& itsClassOrigin, Boolean isPropagated)
-        : arraySize(itsArraySize),
-          name(itsName),
-          value(itsValue),
-          referenceClass(itsReferenceClass),
-          classOrigin(itsClassOrigin),
-          propagated(isPropagated) {}
+namespace {
 
-    Uint32 arraySize;
-    CIMName name;
-    CIMValue value;
+/// What properties of classes have, and those of instances mostly have not.
+struct Declaration {
+    Uint32 arraySize = 0;
     CIMName referenceClass;
     CIMName classOrigin;
     detail::NamedList<CIMQualifier> qualifiers;
-    Boolean propagated;
 };
 
-CIMProperty::CIMProperty(const CIMName& name, const CIMValue& value, Uint32 arraySize, const CIMName& referenceClass,
-                         const CIMName& classOrigin, Boolean propagated)
-    : rep_(detail::Handle<Rep>::make(name, value, arraySize, referenceClass, classOrigin, propagated)) {}
+bool identicalDeclarations(const Declaration& a, const Declaration& b) {
+    return a.arraySize == b.arraySize && a.referenceClass == b.referenceClass && a.classOrigin == b.classOrigin &&
+           a.qualifiers.identical(b.qualifiers);
+}
+
+} // namespace
+
+struct CIMProperty::Rep : detail::RefCounted {
+    Rep(CIMName itsName, CIMValue itsValue, Boolean isPropagated)
+        : propagated(isPropagated), name(std::move(itsName)), value(std::move(itsValue)) {}
+
+    const Declaration& declaration() const noexcept {
+        static const Declaration kNone;
+        return ownDeclaration ? *ownDeclaration : kNone;
+    }
+    Declaration& changeDeclaration() {
+        if (!ownDeclaration)
+            ownDeclaration = std::make_unique<Declaration>();
+        return *ownDeclaration;
+    }
+
+    Boolean propagated; // before the rest, where it fills a gap
+    CIMName name;
+    CIMValue value;
+    std::unique_ptr<Declaration> ownDeclaration;
+};
+
+CIMProperty::CIMProperty(CIMName name, CIMValue value, Uint32 arraySize, CIMName referenceClass, CIMName classOrigin,
+                         Boolean propagated)
+    : rep_(detail::Handle<Rep>::make(std::move(name), std::move(value), propagated)) {
+    if (arraySize == 0 && referenceClass.isNull() && classOrigin.isNull())
+        return;
+    Declaration& declaration = rep_->changeDeclaration();
+    declaration.arraySize = arraySize;
+    declaration.referenceClass = std::move(referenceClass);
+    declaration.classOrigin = std::move(classOrigin);
+}
 
 const CIMName& CIMProperty::getName() const { return rep_->name; }
 const CIMValue& CIMProperty::getValue() const { return rep_->value; }
+void CIMProperty::setValue(CIMValue value) { rep_->value = std::move(value); }
 CIMType CIMProperty::getType() const { return rep_->value.getType(); }
 Boolean CIMProperty::isArray() const { return rep_->value.isArray(); }
-Uint32 CIMProperty::getArraySize() const { return rep_->arraySize; }
-const CIMName& CIMProperty::getReferenceClassName() const { return rep_->referenceClass; }
-const CIMName& CIMProperty::getClassOrigin() const { return rep_->classOrigin; }
+Uint32 CIMProperty::getArraySize() const { return rep_->declaration().arraySize; }
+const CIMName& CIMProperty::getReferenceClassName() const { return rep_->declaration().referenceClass; }
+const CIMName& CIMProperty::getClassOrigin() const { return rep_->declaration().classOrigin; }
 Boolean CIMProperty::getPropagated() const { return rep_->propagated; }
 
 CIMProperty& CIMProperty::addQualifier(const CIMQualifier& qualifier) {
-    rep_->qualifiers.add(qualifier);
+    rep_->changeDeclaration().qualifiers.add(qualifier);
     return *this;
 }
-Uint32 CIMProperty::getQualifierCount() const { return rep_->qualifiers.size(); }
-CIMQualifier CIMProperty::getQualifier(Uint32 index) const { return rep_->qualifiers[index]; }
-Uint32 CIMProperty::findQualifier(const CIMName& name) const { return rep_->qualifiers.find(name); }
+Uint32 CIMProperty::getQualifierCount() const { return rep_->declaration().qualifiers.size(); }
+CIMQualifier CIMProperty::getQualifier(Uint32 index) const { return rep_->declaration().qualifiers[index]; }
+Uint32 CIMProperty::findQualifier(const CIMName& name) const { return rep_->declaration().qualifiers.find(name); }
 
 Boolean CIMProperty::identical(const CIMProperty& other) const {
     const Rep& a = *rep_;
     const Rep& b = *other.rep_;
-    return a.name == b.name && a.value == b.value && a.arraySize == b.arraySize &&
-           a.referenceClass == b.referenceClass && a.classOrigin == b.classOrigin && a.propagated == b.propagated &&
-           a.qualifiers.identical(b.qualifiers);
+    return a.name == b.name && a.value == b.value && a.propagated == b.propagated &&
+           identicalDeclarations(a.declaration(), b.declaration());
 }
 
 } // namespace Pegasus

@@ -1,10 +1,12 @@
 #include <Pegasus/Common/CIMQualifier.h>
 
+#include <utility>
+
 namespace Pegasus {
 
 struct CIMQualifier::Rep : detail::RefCounted {
-    Rep(const CIMName& itsName, const CIMValue& itsValue, const CIMFlavor& itsFlavor, Boolean isPropagated)
-        : name(itsName), value(itsValue), flavor(itsFlavor), propagated(isPropagated) {}
+    Rep(CIMName itsName, CIMValue itsValue, const CIMFlavor& itsFlavor, Boolean isPropagated)
+        : name(std::move(itsName)), value(std::move(itsValue)), flavor(itsFlavor), propagated(isPropagated) {}
 
     CIMName name;
     CIMValue value;
@@ -12,8 +14,8 @@ struct CIMQualifier::Rep : detail::RefCounted {
     Boolean propagated;
 };
 
-CIMQualifier::CIMQualifier(const CIMName& name, const CIMValue& value, const CIMFlavor& flavor, Boolean propagated)
-    : rep_(detail::Handle<Rep>::make(name, value, flavor, propagated)) {}
+CIMQualifier::CIMQualifier(CIMName name, CIMValue value, const CIMFlavor& flavor, Boolean propagated)
+    : rep_(detail::Handle<Rep>::make(std::move(name), std::move(value), flavor, propagated)) {}
 
 const CIMName& CIMQualifier::getName() const { return rep_->name; }
 CIMType CIMQualifier::getType() const { return rep_->value.getType(); }

@@ -4,6 +4,8 @@
 #include <Pegasus/Common/CIMName.h>
 #include <Pegasus/Common/Handle.h>
 
+#include <utility>
+
 namespace Pegasus {
 
 /// One key of an object path: a name and the value's text.
@@ -14,7 +16,8 @@ class CIMKeyBinding {
     CIMKeyBinding() noexcept = default;
     /// The name is null for the only key of a path that does not name it. The value of a REFERENCE is the text form of
     /// an object path.
-    CIMKeyBinding(const CIMName& name, const String& value, Type type) : name_(name), value_(value), type_(type) {}
+    CIMKeyBinding(CIMName name, String value, Type type)
+        : name_(std::move(name)), value_(std::move(value)), type_(type) {}
 
     const CIMName& getName() const noexcept { return name_; }
     const String& getValue() const noexcept { return value_; }
@@ -36,8 +39,8 @@ class CIMKeyBinding {
 class CIMObjectPath {
   public:
     CIMObjectPath() noexcept = default;
-    CIMObjectPath(const String& host, const CIMNamespaceName& nameSpace, const CIMName& className,
-                  const Array<CIMKeyBinding>& keyBindings = Array<CIMKeyBinding>());
+    CIMObjectPath(String host, CIMNamespaceName nameSpace, CIMName className,
+                  Array<CIMKeyBinding> keyBindings = Array<CIMKeyBinding>());
     /// From the text form that toString() writes. A quoted value is taken for a reference when it is itself the text
     /// form of a path with keys. Throws MalformedObjectNameException.
     CIMObjectPath(const String& text);

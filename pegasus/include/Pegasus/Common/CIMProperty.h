@@ -15,12 +15,12 @@ class CIMProperty {
   public:
     CIMProperty() noexcept = default;
     /// An `arraySize` of 0 means "any"; `referenceClass` is null except for references.
-    CIMProperty(const CIMName& name, const CIMValue& value, Uint32 arraySize = 0,
-                const CIMName& referenceClass = CIMName(), const CIMName& classOrigin = CIMName(),
-                Boolean propagated = false);
+    CIMProperty(CIMName name, CIMValue value, Uint32 arraySize = 0, CIMName referenceClass = CIMName(),
+                CIMName classOrigin = CIMName(), Boolean propagated = false);
 
     const CIMName& getName() const;
     const CIMValue& getValue() const;
+    void setValue(CIMValue value);
     CIMType getType() const;
     Boolean isArray() const;
     Uint32 getArraySize() const;

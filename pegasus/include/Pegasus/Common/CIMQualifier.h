@@ -11,8 +11,7 @@ namespace Pegasus {
 class CIMQualifier {
   public:
     CIMQualifier() noexcept = default;
-    CIMQualifier(const CIMName& name, const CIMValue& value, const CIMFlavor& flavor = CIMFlavor(),
-                 Boolean propagated = false);
+    CIMQualifier(CIMName name, CIMValue value, const CIMFlavor& flavor = CIMFlavor(), Boolean propagated = false);
 
     const CIMName& getName() const;
     CIMType getType() const;

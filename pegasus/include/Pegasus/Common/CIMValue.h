@@ -11,6 +11,7 @@
 #include <Pegasus/Common/String.h>
 
 #include <type_traits>
+#include <utility>
 #include <variant>
 
 namespace Pegasus {
@@ -60,7 +61,7 @@ struct ValueType<Array<T>> : ScalarType<T> {
 /// The elements of an array value.
 template <class T>
 struct ArrayOf final : RefCounted {
-    explicit ArrayOf(const Array<T>& itsItems) : items(itsItems) {}
+    explicit ArrayOf(Array<T> itsItems) : items(std::move(itsItems)) {}
 
     const Array<T> items;
 };
@@ -79,10 +80,11 @@ class CIMValue {
     CIMValue(CIMType type, Boolean isArray, Uint32 size = 0) noexcept;
     /// From Boolean, the number types, Char16, String, CIMDateTime, CIMObjectPath, CIMObject, CIMInstance, or an Array
     /// of one of them. A text needs String(...) around it.
-    template <class T, class = std::enable_if_t<detail::ValueType<T>::kHeld>>
-    CIMValue(const T& value) {
-        set(value);
-    }
+    template <class T, class = std::enable_if_t<detail::ValueType<std::decay_t<T>>::kHeld>>
+    CIMValue(T&& value)
+        : content_(contentOf(std::forward<T>(value))),
+          type_(detail::ValueType<std::decay_t<T>>::kType),
+          isArray_(detail::ValueType<std::decay_t<T>>::kIsArray) {}
 
     CIMType getType() const noexcept { return type_; }
     Boolean isArray() const noexcept { return isArray_; }
@@ -109,14 +111,8 @@ class CIMValue {
     /// Takes over type and content of `value`.
     template <class T>
     void set(const T& value) {
-        using Type = detail::ValueType<T>;
-        static_assert(Type::kHeld, "no CIM type is held in this C++ type");
-        if constexpr (Type::kIsArray)
-            content_ = ArrayHandle::make<detail::ArrayOf<typename Type::Element>>(value);
-        else
-            content_ = value;
-        type_ = Type::kType;
-        isArray_ = Type::kIsArray;
+        static_assert(detail::ValueType<T>::kHeld, "no CIM type is held in this C++ type");
+        *this = CIMValue(value);
     }
 
     void setNullValue(CIMType type, Boolean isArray, Uint32 size = 0) noexcept {
@@ -139,6 +135,15 @@ class CIMValue {
     using Content =
         std::variant<std::monostate, Boolean, Uint8, Sint8, Uint16, Sint16, Uint32, Sint32, Uint64, Sint64, Real32,
                      Real64, Char16, String, CIMDateTime, CIMObjectPath, CIMObject, CIMInstance, ArrayHandle>;
+
+    template <class T>
+    static Content contentOf(T&& value) {
+        using Type = detail::ValueType<std::decay_t<T>>;
+        if constexpr (Type::kIsArray)
+            return Content(ArrayHandle::make<detail::ArrayOf<typename Type::Element>>(std::forward<T>(value)));
+        else
+            return Content(std::in_place_type<std::decay_t<T>>, std::forward<T>(value));
+    }
 
     Content content_;
     CIMType type_ = CIMTYPE_BOOLEAN;

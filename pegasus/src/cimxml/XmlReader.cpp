@@ -1,0 +1,334 @@
+#include "cimxml/XmlReader.h"
+
+#include "cimxml/ByteSet.h"
+#include "cimxml/XmlCharacters.h"
+#include "cimxml/XmlError.h"
+#include "cimxml/XmlReference.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+
+namespace Pegasus::cimxml {
+
+namespace {
+
+constexpr ByteSet kEndsName([](char c) { return !isInXmlName(c); });
+constexpr ByteSet kEndsPlainText("<&\r");
+constexpr ByteSet kEndsPlainValue("\"'<&\r\n\t");
+
+constexpr std::string_view kCDataOpening = "<![CDATA[";
+
+constexpr std::size_t kBlock = 16;
+
+/// Whether a whole block stands for itself. Written without branches, so that compilers make vector code of it.
+bool isPlainBlock(const char* block) noexcept {
+    const auto difference = [](char a, char b) { return static_cast<std::uint8_t>(a ^ b); };
+    std::uint8_t least = 0xFF;
+    for (std::size_t i = 0; i < kBlock; ++i) {
+        const auto fromBracket = std::min(difference(block[i], '<'), difference(block[i], '&'));
+        least = std::min(least, std::min(fromBracket, difference(block[i], '\r')));
+    }
+    return least != 0;
+}
+
+} // namespace
+
+void XmlReader::start(std::string_view text, std::string_view parent) noexcept {
+    begin_ = at_ = text.data();
+    end_ = begin_ + text.size();
+    open_[0] = parent;
+    depth_ = 0;
+    nodes_ = 0;
+    emptyTag_ = false;
+}
+
+XmlReader::Ahead XmlReader::ahead() {
+    skipBetween();
+    if (at_ == end_)
+        return Ahead::Nothing;
+    if (*at_ != '<' || !isAtTag())
+        return Ahead::Text;
+    return isAtEndTag() ? Ahead::EndTag : Ahead::Element;
+}
+
+bool XmlReader::nextElement() {
+    if (leaveEmptyTag())
+        return false;
+    skipSpace();
+    if ((peek() != '<' || !isAtTag()) && !trimmed(takeCharacters()).empty())
+        throwXmlError({"there is text between the elements of ", name()});
+    if (isAtEndTag()) {
+        takeEndTag();
+        return false;
+    }
+    takeStartTag();
+    return true;
+}
+
+std::string_view XmlReader::text() {
+    if (leaveEmptyTag())
+        return {};
+    const std::string_view characters = takeCharacters();
+    if (!isAtEndTag()) {
+        takeStartTag();
+        throwUnexpected();
+    }
+    takeEndTag();
+    return characters;
+}
+
+void XmlReader::skip() {
+    const std::size_t outside = depth_ - 1;
+    while (depth_ != outside) {
+        if (leaveEmptyTag())
+            continue;
+        takeCharacters();
+        if (isAtEndTag())
+            takeEndTag();
+        else
+            takeStartTag();
+    }
+}
+
+void XmlReader::throwUnexpected() const {
+    throwXmlError({"the element ", name(), " does not belong into ", open_[depth_ - 1]});
+}
+
+inline void XmlReader::countNodes(std::size_t count) {
+    nodes_ += count;
+    if (nodes_ > kMaxNodes)
+        throwXmlError({"one object has more than ", std::to_string(kMaxNodes),
+                       " elements, attributes, comments and CDATA sections"});
+}
+
+inline char XmlReader::peek() const {
+    if (at_ == end_)
+        throw EndOfText();
+    return *at_;
+}
+
+/// Whether the text goes on with `expected`.
+bool XmlReader::isNext(std::string_view expected) const {
+    const std::string_view next = rest().substr(0, expected.size());
+    if (next == expected)
+        return true;
+    if (next == expected.substr(0, next.size()))
+        throw EndOfText();
+    return false;
+}
+
+/// Whether a '<' begins a tag, and not a CDATA section, a comment or a processing instruction.
+inline bool XmlReader::isAtTag() const {
+    if (end_ - at_ < 2)
+        throw EndOfText();
+    return at_[1] != '!' && at_[1] != '?';
+}
+
+/// Returns whether there was any white space.
+inline bool XmlReader::skipSpace() noexcept {
+    const char* const before = at_;
+    while (at_ != end_ && isXmlSpace(*at_))
+        ++at_;
+    return at_ != before;
+}
+
+/// Skips white space, comments and processing instructions.
+void XmlReader::skipBetween() {
+    skipSpace();
+    while (at_ != end_ && *at_ == '<' && !isAtTag() && !isNext(kCDataOpening)) {
+        skipMarkup();
+        skipSpace();
+    }
+}
+
+/// Skips a comment or a processing instruction.
+void XmlReader::skipMarkup() {
+    if (at_[1] == '?')
+        takeBetween("<?", "?>");
+    else if (isNext("<!--"))
+        takeBetween("<!--", "-->");
+    else
+        throwXmlError({"it has a document type or another declaration, which is not accepted"});
+}
+
+/// Takes the opening, and all up to and with the terminator; returns what is between the two.
+std::string_view XmlReader::takeBetween(std::string_view opening, std::string_view terminator) {
+    countNodes(1);
+    const std::size_t end = rest().find(terminator, opening.size());
+    if (end == std::string_view::npos)
+        throw EndOfText();
+    const std::string_view between = rest().substr(opening.size(), end - opening.size());
+    at_ += end + terminator.size();
+    return between;
+}
+
+inline bool XmlReader::leaveEmptyTag() noexcept {
+    const bool left = emptyTag_;
+    depth_ -= left ? 1 : 0;
+    emptyTag_ = false;
+    return left;
+}
+
+void XmlReader::takeStartTag() {
+    ++at_;
+    const std::string_view element = takeName();
+    attributes_.reset(element);
+    resolvedValues_.clear();
+    for (bool spaced = skipSpace(); peek() != '>' && peek() != '/'; spaced = skipSpace()) {
+        if (!spaced)
+            throwXmlError({"the tag of ", element, " is malformed at: ", rest()});
+        takeAttribute();
+    }
+    emptyTag_ = *at_ == '/';
+    if (emptyTag_ && !isNext("/>"))
+        throwXmlError({"the tag of ", element, " is malformed at: ", rest()});
+    at_ += emptyTag_ ? 2 : 1;
+    countNodes(1 + attributes_.count());
+    if (depth_ == kMaxNesting)
+        throwXmlError({"elements are nested deeper than ", std::to_string(kMaxNesting)});
+    open_[++depth_] = element;
+}
+
+inline void XmlReader::takeAttribute() {
+    const std::string_view attribute = takeName();
+    attributes_.add(attribute, takeAttributeValue());
+}
+
+inline std::string_view XmlReader::takeName() {
+    const char* const begin = at_;
+    at_ = kEndsName.findFirst(at_, end_);
+    if (at_ == end_)
+        throw EndOfText();
+    if (at_ == begin || !startsXmlName(*begin))
+        throwXmlError({"a tag is malformed at: ", {begin, static_cast<std::size_t>(end_ - begin)}});
+    return {begin, static_cast<std::size_t>(at_ - begin)};
+}
+
+/// Takes '=' and a value in quotes; returns what the value stands for.
+inline std::string_view XmlReader::takeAttributeValue() {
+    skipSpace();
+    const bool assigned = peek() == '=';
+    at_ += assigned ? 1 : 0;
+    skipSpace();
+    const char quote = peek();
+    if (!assigned || (quote != '"' && quote != '\''))
+        throwXmlError({"an attribute has no value in quotes at: ", rest()});
+    const char* const begin = ++at_;
+    at_ = kEndsPlainValue.findFirst(at_, end_);
+    if (peek() != quote)
+        return resolveAttributeValue(begin, quote);
+    return {begin, static_cast<std::size_t>(at_++ - begin)};
+}
+
+/// Takes a value that holds more than plain characters (XML 1.0, 3.3.3).
+std::string_view XmlReader::resolveAttributeValue(const char* begin, char quote) {
+    std::string& value = resolvedValues_.emplace_front(begin, at_);
+    for (char c = peek(); c != quote; c = peek()) {
+        if (c == '<')
+            throwXmlError({"the value of an attribute holds '<'"});
+        if (c == '&')
+            resolveReference(value);
+        else if (isXmlSpace(c))
+            resolveLineEnd(' ', value);
+        else
+            value += *at_++; // the other quote
+        const char* const plain = at_;
+        at_ = kEndsPlainValue.findFirst(at_, end_);
+        value.append(plain, at_);
+    }
+    ++at_;
+    return value;
+}
+
+inline void XmlReader::takeEndTag() {
+    const std::string_view element = name();
+    const std::size_t length = element.size() + 3;
+    if (element.empty() || rest().size() < length || at_[length - 1] != '>' ||
+        std::memcmp(at_ + 2, element.data(), element.size()) != 0)
+        return takeOtherEndTag();
+    at_ += length;
+    --depth_;
+}
+
+/// An end tag that is malformed, incomplete, of another element, or holds white space.
+void XmlReader::takeOtherEndTag() {
+    at_ += 2;
+    const std::string_view ended = takeName();
+    skipSpace();
+    if (peek() != '>')
+        throwXmlError({"the end tag of ", ended, " is malformed at: ", rest()});
+    if (name().empty())
+        throwXmlError({"the end tag ", ended, " has no start tag"});
+    if (ended != name())
+        throwXmlError({"the element ", name(), " ends with another tag: ", ended});
+    ++at_;
+    --depth_;
+}
+
+/// Takes all up to the next tag, and returns the characters in it: references resolved, every line end a '\n' (XML 1.0,
+/// 2.11).
+std::string_view XmlReader::takeCharacters() {
+    const char* const begin = skipPlainText();
+    if (*at_ == '<' && isAtTag())
+        return {begin, static_cast<std::size_t>(at_ - begin)};
+    resolvedText_.assign(begin, at_);
+    do {
+        resolveSpecial();
+        const char* const plain = skipPlainText();
+        resolvedText_.append(plain, at_);
+    } while (*at_ != '<' || !isAtTag());
+    return resolvedText_;
+}
+
+/// Skips characters that stand for themselves; returns where they begin. There is something else behind them.
+inline const char* XmlReader::skipPlainText() {
+    const char* const begin = at_;
+    while (static_cast<std::size_t>(end_ - at_) >= kBlock && isPlainBlock(at_))
+        at_ += kBlock;
+    at_ = kEndsPlainText.findFirst(at_, end_);
+    if (at_ == end_)
+        throw EndOfText();
+    return begin;
+}
+
+/// Takes what is no plain text and no tag.
+void XmlReader::resolveSpecial() {
+    if (*at_ == '&')
+        resolveReference(resolvedText_);
+    else if (*at_ == '\r')
+        resolveLineEnd('\n', resolvedText_);
+    else if (isNext(kCDataOpening))
+        resolveCData();
+    else
+        skipMarkup();
+}
+
+/// Takes a line end, or other white space that is not a blank.
+void XmlReader::resolveLineEnd(char replacement, std::string& out) {
+    at_ += isNext("\r\n") ? 2 : 1;
+    out += replacement;
+}
+
+void XmlReader::resolveReference(std::string& out) {
+    const std::string_view begin = rest().substr(0, kLongestReference);
+    const std::size_t end = begin.find(';');
+    if (end == std::string_view::npos) {
+        if (begin.size() < kLongestReference)
+            throw EndOfText();
+        throwXmlError({"'&' begins no reference: ", begin});
+    }
+    appendCharacter(characterOf(begin.substr(0, end + 1)), out);
+    at_ += end + 1;
+}
+
+void XmlReader::resolveCData() {
+    std::string_view data = takeBetween(kCDataOpening, "]]>");
+    for (std::size_t end = data.find('\r'); end != std::string_view::npos; end = data.find('\r')) {
+        resolvedText_.append(data.substr(0, end)) += '\n';
+        data.remove_prefix(end + (data.substr(end, 2) == "\r\n" ? 2 : 1));
+    }
+    resolvedText_ += data;
+}
+
+} // namespace Pegasus::cimxml

@@ -1,0 +1,103 @@
+#pragma once
+
+#include "cimxml/Attributes.h"
+#include "cimxml/Limits.h"
+
+#include <array>
+#include <cstddef>
+#include <forward_list>
+#include <string>
+#include <string_view>
+
+namespace Pegasus::cimxml {
+
+/// Thrown by an XmlReader that needs more text than there is. Whoever gave it the text knows whether more may come, so
+/// this never leaves the module.
+struct EndOfText {};
+
+/// Reads elements out of a text, from left to right, and checks while it goes that they are well-formed and keep within
+/// the limits of one object. Every element that nextElement() enters is left again by one of: text(), skip(), or
+/// nextElement() returning false.
+///
+///     while (reader.nextElement())             // each child of the element that is being read
+///         if (reader.name() == "VALUE")
+///             use(reader.attributes(), reader.text());
+///         else
+///             reader.skip();
+///
+/// The text is made of whole characters that XML allows; it must outlive the reader. A document type declaration, and
+/// with it every entity declaration, is refused. All operations throw CIMClientXmlException, and EndOfText where the
+/// text ends before what they read does; only start() is of use then.
+class XmlReader {
+  public:
+    XmlReader() = default;
+    explicit XmlReader(std::string_view text) { start(text); }
+
+    /// Begins to read a text: a document, or what follows within the element `parent`, whose start tag was read before.
+    void start(std::string_view text, std::string_view parent = {}) noexcept;
+
+    enum class Ahead { Element, EndTag, Text, Nothing };
+    /// Skips white space, comments and processing instructions, and says what is behind them. CDATA is text.
+    Ahead ahead();
+
+    /// Enters the next child element of the one being read. False when there is no other, which leaves that one. There
+    /// may be only white space between them.
+    bool nextElement();
+
+    /// The element that was entered last. Names are valid as long as the text, attributes up to the next operation.
+    std::string_view name() const noexcept { return open_[depth_]; }
+    const Attributes& attributes() const noexcept { return attributes_; }
+    /// Whether that has no end tag of its own, as in <A/>.
+    bool isEmptyTag() const noexcept { return emptyTag_; }
+
+    /// The characters of the element, which holds no others; leaves it. They are valid up to the next operation.
+    std::string_view text();
+    /// Leaves the element, whatever it holds.
+    void skip();
+
+    /// How much of the text is read.
+    std::size_t position() const noexcept { return static_cast<std::size_t>(at_ - begin_); }
+
+    /// Reports the element that was entered last as one that may not stand there.
+    [[noreturn]] void throwUnexpected() const;
+
+  private:
+    std::string_view rest() const noexcept { return {at_, static_cast<std::size_t>(end_ - at_)}; }
+    char peek() const;
+    bool isNext(std::string_view expected) const;
+    bool isAtTag() const;
+    bool isAtEndTag() const { return at_[1] == '/'; }
+    bool skipSpace() noexcept;
+    void skipBetween();
+    void skipMarkup();
+    std::string_view takeBetween(std::string_view opening, std::string_view terminator);
+    bool leaveEmptyTag() noexcept;
+
+    void takeStartTag();
+    void takeAttribute();
+    void takeEndTag();
+    void takeOtherEndTag();
+    std::string_view takeName();
+    std::string_view takeAttributeValue();
+    std::string_view resolveAttributeValue(const char* begin, char quote);
+    std::string_view takeCharacters();
+    const char* skipPlainText();
+    void resolveSpecial();
+    void resolveLineEnd(char replacement, std::string& out);
+    void resolveReference(std::string& out);
+    void resolveCData();
+    void countNodes(std::size_t count);
+
+    const char* begin_ = nullptr;
+    const char* at_ = nullptr;
+    const char* end_ = nullptr;
+    std::array<std::string_view, kMaxNesting + 1> open_; // the parent and the elements that are entered
+    std::size_t depth_ = 0;
+    std::size_t nodes_ = 0;
+    bool emptyTag_ = false; // the element that was entered last ends with its start tag
+    Attributes attributes_;
+    std::forward_list<std::string> resolvedValues_; // values of attributes that do not stand for themselves
+    std::string resolvedText_;
+};
+
+} // namespace Pegasus::cimxml

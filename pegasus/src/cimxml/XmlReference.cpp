@@ -1,0 +1,44 @@
+#include "cimxml/XmlReference.h"
+
+#include "cimxml/XmlCharacters.h"
+#include "cimxml/XmlError.h"
+
+#include <array>
+#include <charconv>
+#include <optional>
+#include <system_error>
+#include <utility>
+
+namespace Pegasus::cimxml {
+
+namespace {
+
+std::optional<std::uint32_t> characterIn(std::string_view digits, int base) noexcept {
+    std::uint32_t codePoint = 0;
+    const char* const end = digits.data() + digits.size();
+    const auto [last, error] = std::from_chars(digits.data(), end, codePoint, base);
+    return error == std::errc() && last == end && isXmlCharacter(codePoint) ? std::optional(codePoint) : std::nullopt;
+}
+
+std::optional<std::uint32_t> characterNamed(std::string_view name) noexcept {
+    constexpr std::array<std::pair<std::string_view, char>, 5> kEntities = {
+        {{"amp", '&'}, {"lt", '<'}, {"gt", '>'}, {"quot", '"'}, {"apos", '\''}}};
+    for (const auto& [entity, character] : kEntities)
+        if (name == entity)
+            return static_cast<unsigned char>(character);
+    return std::nullopt;
+}
+
+} // namespace
+
+std::uint32_t characterOf(std::string_view reference) {
+    const std::string_view name = reference.substr(1, reference.size() - 2);
+    const auto character = name.substr(0, 2) == "#x"  ? characterIn(name.substr(2), 16)
+                           : name.substr(0, 1) == "#" ? characterIn(name.substr(1), 10)
+                                                      : characterNamed(name);
+    if (!character)
+        throwXmlError({"it has the unknown reference ", reference});
+    return *character;
+}
+
+} // namespace Pegasus::cimxml

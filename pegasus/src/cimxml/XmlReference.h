@@ -1,0 +1,16 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace Pegasus::cimxml {
+
+/// The length of "&#1114111;". Longer ones are not accepted.
+constexpr std::size_t kLongestReference = 10;
+
+/// The character that a reference stands for, given with its '&' and ';': one of XML's five entities, or a character in
+/// base 10 or 16. Throws CIMClientXmlException for every other text, and for characters that XML does not allow.
+std::uint32_t characterOf(std::string_view reference);
+
+} // namespace Pegasus::cimxml
