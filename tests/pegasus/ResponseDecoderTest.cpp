@@ -364,14 +364,25 @@ TEST(DecodePathTest, AMalformedPathIsAnError) {
         EXPECT_THROW(decodePath(path), CIMClientXmlException) << path;
 }
 
-TEST(DecodePathTest, ReferencesNestedInKeysCannotExhaustMemory) {
+/// A path with a reference as its key, which is a path with a reference as its key, and so on.
+std::string nestedReferences(int count) {
     std::string path = kInstanceName;
-    for (int i = 0; i < 60; ++i)
+    for (int i = 0; i < count; ++i)
         path = "<INSTANCENAME CLASSNAME=\"A\"><KEYBINDING NAME=\"K\"><VALUE.REFERENCE>" + path +
                "</VALUE.REFERENCE></KEYBINDING></INSTANCENAME>";
-    EXPECT_THAT(
-        xmlErrorOf(returning("<VALUE.NAMEDINSTANCE>" + path + "<INSTANCE CLASSNAME=\"A\"/></VALUE.NAMEDINSTANCE>")),
-        HasSubstr("the path of a reference is too long"));
+    return path;
+}
+
+TEST(DecodePathTest, ReferencesAreReadWithinReferences) {
+    EXPECT_EQ(pathText(nestedReferences(2)), R"(A.K="A.K=\"A.K=5\"")");
+    EXPECT_EQ(decodePath(nestedReferences(8)).getKeyBindings()[0].getType(), CIMKeyBinding::REFERENCE);
+}
+
+TEST(DecodePathTest, ReferencesWithinReferencesCannotExhaustMemory) {
+    for (const int count : {16, 24, 60})
+        EXPECT_THAT(xmlErrorOf(returning("<VALUE.NAMEDINSTANCE>" + nestedReferences(count) +
+                                         "<INSTANCE CLASSNAME=\"A\"/></VALUE.NAMEDINSTANCE>")),
+                    HasSubstr("the path of a reference is too long for its element"));
 }
 
 TEST(DecodePathTest, ArraysOfReferencesAreRead) {

@@ -5,8 +5,11 @@
 /// What an answer may ask of this process. Past one of these the decoder throws CIMClientXmlException and says which.
 namespace Pegasus::cimxml {
 
-/// The text of one object of the return value, and the text form of one object path.
+/// The text of one object of the return value.
 constexpr std::size_t kMaxObjectBytes = std::size_t{64} << 20U;
+/// How many times as long as its element the text form of a reference may be. It is shorter, as a rule, but each
+/// reference within a reference doubles the number of escapes.
+constexpr std::size_t kMaxReferenceGrowth = 8;
 /// Elements within elements, in one object.
 constexpr std::size_t kMaxNesting = 256;
 /// Elements, attributes, comments and the like of one object; bounds the memory of what they become.

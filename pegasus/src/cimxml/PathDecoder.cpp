@@ -140,10 +140,10 @@ CIMKeyBinding PathDecoder::decodeKey(const CIMName& name, XmlReader& reader) {
         return decodeKeyValue(name, reader);
     if (reader.name() != "VALUE.REFERENCE")
         reader.throwUnexpected();
-    // Each reference within a reference doubles the number of escapes, so the text is held against its limit here.
+    const std::size_t begin = reader.position();
     const String path = decodeReference(reader).toString();
-    if (path.view().size() > kMaxObjectBytes)
-        throwXmlError({"the path of a reference is too long"});
+    if (path.view().size() > kMaxReferenceGrowth * (reader.position() - begin))
+        throwXmlError({"the path of a reference is too long for its element: references are nested too deep"});
     return CIMKeyBinding(name, path, CIMKeyBinding::REFERENCE);
 }
 
