@@ -21,7 +21,10 @@ std::size_t PeakMemory() {
 
 void PrintInstances(std::size_t count, double seconds) {
     std::cout << "instances " << count << "\ninstances_per_second " << static_cast<double>(count) / seconds << '\n';
+    PrintTime(seconds);
 }
+
+void PrintTime(double seconds) { std::cout << "milliseconds " << seconds * 1e3 << '\n'; }
 
 void PrintPeakMemory() { std::cout << "peak_memory_kib " << PeakMemory() << '\n'; }
 

@@ -1,0 +1,94 @@
+# shellcheck shell=bash
+# What the scripts that measure have in common. A script sources this file and then calls, in this order:
+#   open_load [FOLDER]    build TARGET...    serve COUNT    measure or instructions    figure
+
+# The folder of the build, and how often a program is run whose time is measured.
+build_folder=build/release
+runs=${BENCH_RUNS:-9}
+load_port=5988
+
+fail() {
+    echo "${0##*/}: $*" >&2
+    exit 1
+}
+
+# open_load [FOLDER]: finds the folder of the load, which else is named by BENCH_LOAD or is ../shared/bench beside the
+# checkout: `volumes.py DIRECTORY COUNT` writes the answers of a server with so many instances,
+# `replay.py DIRECTORY ADDRESS PORT` serves them. Goes to the root of the checkout.
+open_load() {
+    local checkout
+    checkout=$(realpath "$(dirname "${BASH_SOURCE[0]}")/..")
+    load=$(realpath -m "${1-${BENCH_LOAD-$checkout/../shared/bench}}")
+    [ -f "$load/volumes.py" ] && [ -f "$load/replay.py" ] ||
+        fail "there is no volumes.py and replay.py in $load; name their folder as the argument or in BENCH_LOAD"
+    cd "$checkout" || exit
+    servers=()
+    scratch=$(mktemp -d)
+    trap close_load EXIT
+}
+
+close_load() {
+    local server
+    for server in "${servers[@]}"; do
+        kill "$server" 2>/dev/null || true
+        wait "$server" 2>/dev/null || true
+    done
+    rm -rf "$scratch"
+}
+
+# build TARGET...: in the release preset.
+build() {
+    { cmake --preset release && cmake --build --preset release --target "$@"; } >"$scratch/build-log" 2>&1 || {
+        cat "$scratch/build-log" >&2
+        fail "the build failed"
+    }
+}
+
+# serve COUNT: starts a server with so many instances, at `address`.
+serve() {
+    address=127.$((78 + ${#servers[@]})).$((1 + $$ / 254 % 254)).$((1 + $$ % 254))
+    python3 "$load/volumes.py" "$scratch/$1" "$1"
+    python3 "$load/replay.py" "$scratch/$1" "$address" "$load_port" 2>"$scratch/server-log" &
+    servers+=($!)
+    for _ in $(seq 100); do
+        (exec 3<>"/dev/tcp/$address/$load_port") 2>/dev/null && return
+        kill -0 $! 2>/dev/null || break
+        sleep 0.1
+    done
+    cat "$scratch/server-log" >&2
+    fail "the replaying server did not start on port $load_port of $address"
+}
+
+# measure PROGRAM ARGUMENT...: runs a program of bench/ several times and keeps the figures that it prints.
+measure() {
+    local program=$1
+    shift
+    for _ in $(seq "$runs"); do
+        "$build_folder/bench/$program" "$@" || fail "$program failed"
+    done >"$scratch/figures"
+}
+
+# median NAME: of the figures kept.
+median() { awk -v name="$1" '$1 == name { print $2 }' "$scratch/figures" | sort -n | sed -n "$(((runs + 1) / 2))p"; }
+
+# can_count: whether valgrind is there to count instructions; says so if not.
+can_count() {
+    command -v valgrind >/dev/null && return
+    echo "${0##*/}: valgrind is not installed, so instructions are not counted" >&2
+    return 1
+}
+
+# instructions PROGRAM ARGUMENT...: how many a program of bench/ executes, from its start to its end.
+instructions() {
+    local program=$1
+    shift
+    valgrind --tool=callgrind --callgrind-out-file="$scratch/callgrind" "$build_folder/bench/$program" "$@" \
+        >"$scratch/callgrind-log" 2>&1 || {
+        cat "$scratch/callgrind-log" >&2
+        fail "$program failed under callgrind"
+    }
+    awk '$1 == "totals:" { print $2 }' "$scratch/callgrind"
+}
+
+# figure TEXT NUMBER [DECIMALS]: prints one line of the result.
+figure() { printf "  %-44s %15.*f\n" "$1" "${3-0}" "$2"; }
