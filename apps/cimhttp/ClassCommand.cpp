@@ -7,8 +7,14 @@
 
 namespace cimhttp {
 
-void RunClassCommand(Session& session, const std::string& name, std::ostream& output) {
-    output << ClassMof(*session.Class(name));
+CommandDescription ClassCommand::Describe() {
+    return {"class", "Show a class as MOF", {{"NAME", "The class", true, &name_}}, {}, {}, {}};
+}
+
+int ClassCommand::Run(const CommandContext& context) {
+    Session session = context.Connect();
+    context.output << ClassMof(*session.Class(name_));
+    return 0;
 }
 
 } // namespace cimhttp

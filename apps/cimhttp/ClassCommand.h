@@ -1,13 +1,17 @@
 #pragma once
 
-#include <iosfwd>
-#include <string>
+#include "Command.h"
 
 namespace cimhttp {
 
-class Session;
+/// `class NAME`: a class as MOF.
+class ClassCommand : public Command {
+  public:
+    CommandDescription Describe() override;
+    int Run(const CommandContext& context) override;
 
-/// Shows a class as MOF.
-void RunClassCommand(Session& session, const std::string& name, std::ostream& output);
+  private:
+    std::string name_;
+};
 
 } // namespace cimhttp

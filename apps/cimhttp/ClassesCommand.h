@@ -1,14 +1,17 @@
 #pragma once
 
-#include <iosfwd>
-#include <string>
+#include "Command.h"
 
 namespace cimhttp {
 
-class Session;
+/// `classes [PATTERN]`: the names of the server's classes, in alphabetical order.
+class ClassesCommand : public Command {
+  public:
+    CommandDescription Describe() override;
+    int Run(const CommandContext& context) override;
 
-/// Lists the server's class names in alphabetical order, one a line; with a pattern only those that match it as a
-/// whole, without regard to case (`*`, `?` and `[…]` as in a shell).
-void RunClassesCommand(Session& session, const std::string& pattern, std::ostream& output);
+  private:
+    std::string pattern_;
+};
 
 } // namespace cimhttp

@@ -21,6 +21,26 @@ namespace cimhttp {
 
 namespace {
 
+constexpr const char* kHelp =
+    R"(The document names the server and the classes:
+
+    <vyx version="1">
+        <network address="server.example"/>
+        <network user="operator"/>
+        <network pass="secret"/>
+        <network ssl="true"/>
+        <class name="CIM_ComputerSystem"/>
+    </vyx>
+
+ssl is true, 1, yes or on for HTTPS. What --host, --tls, --user and
+--password-file say counts more than the document, and a --user takes no
+password from it. The password stands there in plain text: let only its owner
+read the file (chmod 600), or leave it out and use --password-file or the
+variable CIMHTTP_PASSWORD.
+
+The exit status is 7 when a class could not be read: the error stream names it,
+the others are written, and "complete" is false.)";
+
 RequestedClasses ReadDocument(const Plugin& plugin, const std::string& path) {
     if (::access(path.c_str(), R_OK) != 0) {
         throw Failure(Failure::kUsage, path + " cannot be read: " + std::generic_category().message(errno));
@@ -71,21 +91,31 @@ Collection Collect(Session& session, const std::vector<std::string>& names, bool
 
 } // namespace
 
-bool RunCollectCommand(const Plugin& plugin, const Options& options, FailureLog& log, std::ostream& output,
-                       std::ostream& errors) {
-    const auto requested = ReadDocument(plugin, options.name);
-    const Connection connection = ConnectionOf(options, requested.settings, options.name);
-    const auto file = options.out_file.empty() ? std::nullopt : std::optional<OutputFile>(options.out_file);
-    Session session(plugin, connection, log);
+CommandDescription CollectCommand::Describe() {
+    return {"collect",
+            "Write the classes that a document names, with all instances, as JSON",
+            {{"FILE", "The requested-class document", true, &document_}},
+            {{"--out", "FILE", "The file to write or replace; the standard output without it", &out_file_}},
+            {},
+            kHelp};
+}
+
+int CollectCommand::Run(const CommandContext& context) {
+    const Options& options = context.options;
+    const Plugin plugin(options.plugin);
+    const auto requested = ReadDocument(plugin, document_);
+    const Connection connection = ConnectionOf(options, requested.settings, document_);
+    const auto file = out_file_.empty() ? std::nullopt : std::optional<OutputFile>(out_file_);
+    Session session(plugin, connection, context.log);
     const bool shows_progress = options.is_error_stream_terminal && !options.log_level;
-    const Collection collection = Collect(session, WithoutRepetitions(requested.names), shows_progress, errors);
+    const Collection collection = Collect(session, WithoutRepetitions(requested.names), shows_progress, context.errors);
     const auto write = [&](std::ostream& stream) { WriteJson(collection, plugin.Access(), stream); };
     if (file) {
         file->Replace(write);
     } else {
-        write(output);
+        write(context.output);
     }
-    return collection.complete;
+    return collection.complete ? 0 : Failure::kIncomplete;
 }
 
 } // namespace cimhttp

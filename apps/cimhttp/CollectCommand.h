@@ -1,18 +1,21 @@
 #pragma once
 
-#include <iosfwd>
+#include "Command.h"
 
 namespace cimhttp {
 
-struct Options;
-class FailureLog;
-class Plugin;
+/// `collect FILE`: connects as a requested-class document and the options say, reads the classes that the document
+/// names with all their instances, and writes one JSON document to the output or to a file. The error stream gets one
+/// line for each class that cannot be read, and shows the progress on a terminal. The exit status tells when a class is
+/// missing.
+class CollectCommand : public Command {
+  public:
+    CommandDescription Describe() override;
+    int Run(const CommandContext& context) override;
 
-/// Connects as a requested-class document and the options say, reads the classes that the document names with all their
-/// instances, and writes one JSON document to `output` or to the file of the options. `errors` gets one line for each
-/// class that cannot be read, and shows the progress where the options allow it. False when a class is missing. Throws
-/// Failure when the document is not valid, before anything is read.
-bool RunCollectCommand(const Plugin& plugin, const Options& options, FailureLog& log, std::ostream& output,
-                       std::ostream& errors);
+  private:
+    std::string document_;
+    std::string out_file_; ///< empty for the output
+};
 
 } // namespace cimhttp

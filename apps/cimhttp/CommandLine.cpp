@@ -4,6 +4,7 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <fstream>
@@ -18,38 +19,25 @@ namespace {
 
 using NQORVYX20::ILogger;
 
-constexpr std::size_t kWidthWithoutTerminal = 120;
 constexpr const char* kPluginFile = "libcimhttp.nsp.so";
 
-constexpr const char* kCollectHelp =
-    R"(The document names the server and the classes:
+/// The value of a variable of the environment, empty when it is not set.
+std::string Variable(const char* name) {
+    const char* const value = std::getenv(name);
+    return value == nullptr ? "" : value;
+}
 
-    <vyx version="1">
-        <network address="server.example"/>
-        <network user="operator"/>
-        <network pass="secret"/>
-        <network ssl="true"/>
-        <class name="CIM_ComputerSystem"/>
-    </vyx>
-
-ssl is true, 1, yes or on for HTTPS. What --host, --tls, --user and
---password-file say counts more than the document, and a --user takes no
-password from it. The password stands there in plain text: let only its owner
-read the file (chmod 600), or leave it out and use --password-file or the
-variable CIMHTTP_PASSWORD.
-
-The exit status is 7 when a class could not be read: the error stream names it,
-the others are written, and "complete" is false.)";
-
+/// 0 where the output goes to no terminal and COLUMNS says nothing.
 std::size_t OutputWidth() {
     winsize size{};
     if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) {
         return size.ws_col;
     }
-    const char* const columns = std::getenv("COLUMNS");
-    const unsigned long given = columns == nullptr ? 0 : std::strtoul(columns, nullptr, 10);
-    return given > 0 ? given : kWidthWithoutTerminal;
+    return std::strtoul(Variable("COLUMNS").c_str(), nullptr, 10);
 }
+
+/// Colours are for terminals that have them and users who did not say otherwise (no-color.org).
+bool UsesColor() { return ::isatty(STDOUT_FILENO) == 1 && Variable("NO_COLOR").empty() && Variable("TERM") != "dumb"; }
 
 std::string ReadPasswordFile(const std::string& path) {
     std::ifstream file(path);
@@ -66,19 +54,52 @@ std::string ReadPasswordFile(const std::string& path) {
 /// CLI11's texts can have several lines; a failure has one.
 std::string FirstLine(const std::string& text) { return text.substr(0, text.find('\n')); }
 
+const std::map<std::string, OutputFormat> kFormats{{"table", OutputFormat::kTable},
+                                                   {"plain", OutputFormat::kPlain},
+                                                   {"json", OutputFormat::kJson},
+                                                   {"csv", OutputFormat::kCsv},
+                                                   {"mof", OutputFormat::kMof}};
+
+std::vector<std::string> FormatNames() {
+    std::vector<std::string> names;
+    names.reserve(kFormats.size());
+    for (const auto& [name, format] : kFormats) {
+        names.push_back(name);
+    }
+    return names;
+}
+
+std::string NameOf(OutputFormat searched) {
+    return std::find_if(kFormats.begin(), kFormats.end(), [&](const auto& entry) { return entry.second == searched; })
+        ->first;
+}
+
+std::string Listed(const std::vector<OutputFormat>& formats) {
+    std::string list;
+    for (const OutputFormat format : formats) {
+        list += (list.empty() ? "" : ", ") + NameOf(format);
+    }
+    return list;
+}
+
 struct Parser {
     Options options;
+    Command* chosen = nullptr;
     std::string password_file;
     CLI::App app{"Reads classes and instances of a remote CIM server through the cimhttp plug-in.", "cimhttp"};
 
-    Parser() {
+    explicit Parser(const Commands& commands) {
         options.plugin = LibraryBesideProgram(kPluginFile);
         options.width = OutputWidth();
+        options.uses_color = UsesColor();
         options.is_error_stream_terminal = ::isatty(STDERR_FILENO) == 1;
         app.require_subcommand(1);
         app.fallthrough();
         AddConnectionOptions();
-        AddCommands();
+        AddOutputOption();
+        for (const auto& command : commands) {
+            AddCommand(*command);
+        }
     }
 
     void AddConnectionOptions() {
@@ -102,6 +123,24 @@ struct Parser {
             ->type_name("LEVEL");
     }
 
+    void AddOutputOption() {
+        app.add_option_function<std::string>(
+               "--output,-o", [this](const std::string& name) { options.format = kFormats.at(name); },
+               "The form of the output: table, plain, json, csv or mof, as far as the command has it")
+            ->transform(CLI::IsMember(FormatNames(), CLI::ignore_case).description(""))
+            ->type_name("FORM");
+    }
+
+    void CheckFormat() const {
+        const CommandDescription description = chosen->Describe();
+        const auto& formats = description.formats;
+        if (options.format && std::find(formats.begin(), formats.end(), *options.format) == formats.end()) {
+            throw Failure(Failure::kUsage,
+                          description.name + " does not write " + NameOf(*options.format) + ": " +
+                              (formats.empty() ? "it has one form only" : "it has " + Listed(formats)));
+        }
+    }
+
     void ReadPasswords() {
         if (!password_file.empty()) {
             options.password = ReadPasswordFile(password_file);
@@ -111,51 +150,43 @@ struct Parser {
         }
     }
 
-    CLI::App* AddCommand(const char* name, const char* description, Options::Command command) {
-        return app.add_subcommand(name, description)->callback([this, command] { options.command = command; });
+    void AddCommand(Command& command) {
+        const CommandDescription description = command.Describe();
+        auto* const sub = app.add_subcommand(description.name, description.help);
+        sub->callback([this, &command] { chosen = &command; });
+        sub->footer(description.footer);
+        for (const CommandArgument& argument : description.arguments) {
+            sub->add_option(argument.name, *argument.target, argument.help)->required(argument.is_required);
+        }
+        for (const CommandOption& option : description.options) {
+            std::visit([&](auto* target) { AddOption(*sub, option, *target); }, option.target);
+        }
     }
 
-    void AddCollectCommand() {
-        auto* const collect =
-            AddCommand("collect", "Write the classes that a document names, with all instances, as JSON",
-                       Options::Command::kCollect);
-        collect->add_option("FILE", options.name, "The requested-class document")->required();
-        collect->add_option("--out", options.out_file, "The file to write or replace; the standard output without it")
-            ->type_name("FILE");
-        collect->footer(kCollectHelp);
+    static void AddOption(CLI::App& sub, const CommandOption& option, bool& target) {
+        sub.add_flag(option.name, target, option.help);
     }
 
-    void AddCommands() {
-        AddCommand("info", "Show the plug-in, its provider and the server", Options::Command::kInfo);
-        AddCommand("classes", "List the names of the server's classes", Options::Command::kClasses)
-            ->add_option("PATTERN", options.name, "Only names that match, such as 'CIM_*Port'; case does not matter");
-        AddCommand("class", "Show a class as MOF", Options::Command::kClass)
-            ->add_option("NAME", options.name, "The class")
-            ->required();
-        auto* const instances = AddCommand("instances", "Show the instances of a class", Options::Command::kInstances);
-        instances->add_option("NAME", options.name, "The class")->required();
-        instances->add_option("--property", options.properties, "Show only this property; may be given several times")
-            ->type_name("NAME")
-            ->allow_extra_args(false);
-        instances->add_flag("--deep", options.deep, "Include the instances of subclasses");
-        instances->add_flag("--raw", options.raw, "Show values as they are, not by their value maps and units");
-        AddCollectCommand();
+    template <typename T>
+    static void AddOption(CLI::App& sub, const CommandOption& option, T& target) {
+        sub.add_option(option.name, target, option.help)->type_name(option.value_name)->allow_extra_args(false);
     }
 };
 
 } // namespace
 
-ParsedCommandLine ParseCommandLine(int argc, const char* const* argv) {
-    Parser parser;
+ParsedCommandLine ParseCommandLine(int argc, const char* const* argv, const Commands& commands) {
+    Parser parser(commands);
     try {
         parser.app.parse(argc, argv);
     } catch (const CLI::CallForHelp&) {
-        return {parser.options, parser.app.help()};
+        return {parser.options, nullptr, parser.app.help()};
     } catch (const CLI::ParseError& error) {
         throw Failure(Failure::kUsage, FirstLine(error.what()) + " (see cimhttp --help)");
     }
+    parser.CheckFormat();
     parser.ReadPasswords();
-    return {parser.options, std::string()};
+    return {parser.options, parser.chosen, std::string()};
 }
 
 } // namespace cimhttp

@@ -1,18 +1,25 @@
 #pragma once
 
+#include <memory>
 #include <string>
+#include <vector>
 
+#include "Command.h"
 #include "Options.h"
 
 namespace cimhttp {
 
+using Commands = std::vector<std::unique_ptr<Command>>;
+
 struct ParsedCommandLine {
     Options options;
+    Command* command; ///< the one of the commands that was asked for, its arguments filled in
     std::string help; ///< not empty: print this text and do nothing else
 };
 
-/// Reads the command line, the password file and the variables CIMHTTP_PASSWORD and COLUMNS.
-/// Throws Failure(kUsage) with one line that names what is wrong.
-ParsedCommandLine ParseCommandLine(int argc, const char* const* argv);
+/// Reads the command line of a program with these commands, the password file, the size of the terminal
+/// and the variables CIMHTTP_PASSWORD, COLUMNS, NO_COLOR and TERM. Throws Failure(kUsage) with one line that names what
+/// is wrong.
+ParsedCommandLine ParseCommandLine(int argc, const char* const* argv, const Commands& commands);
 
 } // namespace cimhttp

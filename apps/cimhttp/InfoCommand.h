@@ -1,12 +1,14 @@
 #pragma once
 
-#include <iosfwd>
+#include "Command.h"
 
 namespace cimhttp {
 
-class Session;
-
-/// Shows the plug-in, the provider that it registered, the server and how many classes it has.
-void RunInfoCommand(Session& session, std::ostream& output);
+/// `info`: the plug-in, its provider and the server.
+class InfoCommand : public Command {
+  public:
+    CommandDescription Describe() override;
+    int Run(const CommandContext& context) override;
+};
 
 } // namespace cimhttp

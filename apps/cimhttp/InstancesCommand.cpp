@@ -106,14 +106,14 @@ bool IsEmpty(const Instances& instances, const std::string& name) {
     });
 }
 
-TextTable MakeTable(const Instances& instances, const std::vector<Column>& columns, const Options& options,
+TextTable MakeTable(const Instances& instances, const std::vector<Column>& columns, bool leaves_out_empty, bool is_raw,
                     const CellText& text) {
     TextTable table;
     for (const Column& column : columns) {
-        if (options.properties.empty() && IsEmpty(instances, column.name)) {
+        if (leaves_out_empty && IsEmpty(instances, column.name)) {
             continue;
         }
-        const bool is_right = column.is_number && (options.raw || !column.is_mapped);
+        const bool is_right = column.is_number && (is_raw || !column.is_mapped);
         table.AddColumn(column.name, is_right ? TextTable::Align::kRight : TextTable::Align::kLeft,
                         Cells(instances, column.name, text));
     }
@@ -129,20 +129,33 @@ void WriteLists(const TextTable& table, std::ostream& output) {
 
 } // namespace
 
-void RunInstancesCommand(Session& session, const Options& options, std::ostream& output) {
-    const auto cls = session.Class(options.name);
-    const auto columns = options.properties.empty() ? AllColumns(*cls) : ChosenColumns(*cls, options.properties);
-    const auto instances = session.Instances(*cls, options.deep);
+CommandDescription InstancesCommand::Describe() {
+    return {"instances",
+            "Show the instances of a class",
+            {{"NAME", "The class", true, &name_}},
+            {{"--property", "NAME", "Show only this property; may be given several times", &properties_},
+             {"--deep", "", "Include the instances of subclasses", &deep_},
+             {"--raw", "", "Show values as they are, not by their value maps and units", &raw_}},
+            {},
+            {}};
+}
+
+int InstancesCommand::Run(const CommandContext& context) {
+    Session session = context.Connect();
+    const auto cls = session.Class(name_);
+    const auto columns = properties_.empty() ? AllColumns(*cls) : ChosenColumns(*cls, properties_);
+    const auto instances = session.Instances(*cls, deep_);
     if (instances.empty()) {
-        output << "no instances\n";
-        return;
+        context.output << "no instances\n";
+        return 0;
     }
-    const TextTable table = MakeTable(instances, columns, options, MakeCellText(session, options.raw));
-    if (table.Width() <= options.width) {
-        table.Write(output);
+    const TextTable table = MakeTable(instances, columns, properties_.empty(), raw_, MakeCellText(session, raw_));
+    if (context.options.width == 0 || table.Width() <= context.options.width) {
+        table.Write(context.output);
     } else {
-        WriteLists(table, output);
+        WriteLists(table, context.output);
     }
+    return 0;
 }
 
 } // namespace cimhttp

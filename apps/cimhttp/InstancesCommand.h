@@ -1,15 +1,20 @@
 #pragma once
 
-#include <iosfwd>
+#include "Command.h"
 
 namespace cimhttp {
 
-struct Options;
-class Session;
+/// `instances NAME`: the instances of a class as a table.
+class InstancesCommand : public Command {
+  public:
+    CommandDescription Describe() override;
+    int Run(const CommandContext& context) override;
 
-/// Shows the instances of a class as one table. The columns are the properties asked for, or all that have a value
-/// somewhere, the keys first. Values are shown as people read them, or raw when that is asked for. A table wider than
-/// the output is shown as one list of properties for each instance.
-void RunInstancesCommand(Session& session, const Options& options, std::ostream& output);
+  private:
+    std::string name_;
+    std::vector<std::string> properties_; ///< the properties to show; empty for all
+    bool deep_ = false;
+    bool raw_ = false; ///< values as they are, not as people read them
+};
 
 } // namespace cimhttp
