@@ -1,4 +1,6 @@
-#include "ProgramRun.h"
+#include "support/ProgramRun.h"
+
+#include "support/TemporaryDirectory.h"
 
 #include <pty.h>
 #include <sys/wait.h>
@@ -10,14 +12,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "support/TemporaryDirectory.h"
-
-std::string ReadFile(const std::string& path) {
-    std::ifstream file(path);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
-}
+namespace support {
 
 namespace {
 
@@ -30,12 +25,13 @@ std::vector<char*> Pointers(std::vector<std::string>& texts) {
     return pointers;
 }
 
-[[noreturn]] void Become(const std::vector<std::string>& arguments, const std::vector<std::string>& environment) {
-    std::vector<std::string> words{CIMHTTP_PROGRAM};
+[[noreturn]] void Become(const std::string& program, const std::vector<std::string>& arguments,
+                         const std::vector<std::string>& environment) {
+    std::vector<std::string> words{program};
     words.insert(words.end(), arguments.begin(), arguments.end());
     std::vector<std::string> variables = environment;
     variables.push_back(std::string("PATH=") + std::getenv("PATH"));
-    ::execve(CIMHTTP_PROGRAM, Pointers(words).data(), Pointers(variables).data());
+    ::execve(program.c_str(), Pointers(words).data(), Pointers(variables).data());
     ::_exit(127);
 }
 
@@ -57,7 +53,8 @@ std::string ReadTerminal(int terminal) {
 
 } // namespace
 
-ProgramRun RunCimhttp(const std::vector<std::string>& arguments, const std::vector<std::string>& environment) {
+ProgramRun RunProgram(const std::string& program, const std::vector<std::string>& arguments,
+                      const std::vector<std::string>& environment) {
     const support::TemporaryDirectory directory;
     const std::string output = (directory.Path() / "output").string();
     const std::string errors = (directory.Path() / "errors").string();
@@ -65,7 +62,7 @@ ProgramRun RunCimhttp(const std::vector<std::string>& arguments, const std::vect
     if (child == 0) {
         if (std::freopen(output.c_str(), "w", stdout) != nullptr &&
             std::freopen(errors.c_str(), "w", stderr) != nullptr) {
-            Become(arguments, environment);
+            Become(program, arguments, environment);
         }
         ::_exit(127);
     }
@@ -73,14 +70,14 @@ ProgramRun RunCimhttp(const std::vector<std::string>& arguments, const std::vect
     return {status, ReadFile(output), ReadFile(errors)};
 }
 
-ProgramRun RunCimhttpOnTerminal(const std::vector<std::string>& arguments) {
+ProgramRun RunProgramOnTerminal(const std::string& program, const std::vector<std::string>& arguments) {
     const support::TemporaryDirectory directory;
     const std::string output = (directory.Path() / "output").string();
     int terminal = -1;
     const pid_t child = ::forkpty(&terminal, nullptr, nullptr, nullptr);
     if (child == 0) {
         if (std::freopen(output.c_str(), "w", stdout) != nullptr) {
-            Become(arguments, {});
+            Become(program, arguments, {});
         }
         ::_exit(127);
     }
@@ -89,3 +86,23 @@ ProgramRun RunCimhttpOnTerminal(const std::vector<std::string>& arguments) {
     const int status = StatusOf(child);
     return {status, ReadFile(output), std::move(errors)};
 }
+
+std::string FindProgram(const std::string& name) {
+    std::istringstream directories(std::getenv("PATH"));
+    for (std::string directory; std::getline(directories, directory, ':');) {
+        const std::string path = directory + '/' + name;
+        if (::access(path.c_str(), X_OK) == 0) {
+            return path;
+        }
+    }
+    return {};
+}
+
+std::string ReadFile(const std::string& path) {
+    std::ifstream file(path);
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+} // namespace support
