@@ -5,6 +5,7 @@
 #include <boost/beast/http/error.hpp>
 #include <cstdint>
 #include <cstring>
+#include <functional>
 #include <limits>
 #include <optional>
 #include <string>
