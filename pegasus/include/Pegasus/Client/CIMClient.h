@@ -42,10 +42,10 @@ class CIMClient {
     CIMClient(const CIMClient&) = delete;
     CIMClient& operator=(const CIMClient&) = delete;
 
-    /// The limit for one operation in milliseconds, from the request sent to the answer complete. It
-    /// counts once for all that an operation needs: opening the connection again, authentication, a request that is
-    /// sent again. connect() is held to it, too. With 0 there is no time, and each of them throws
-    /// ConnectionTimeoutException. 20000 at first.
+    /// The limit for one operation in milliseconds, from the request sent to the answer complete. It counts once for
+    /// all that an operation takes, be it a connection opened again or a request sent again with the credentials.
+    /// connect() is held to it, too. With 0 there is no time, and each ends in ConnectionTimeoutException.
+    /// 20000 at first.
     void setTimeout(Uint32 timeoutMilliseconds);
     Uint32 getTimeout() const;
 
