@@ -1,6 +1,7 @@
 // The client against servers that answer oddly, wrongly, late or not at all.
 
 #include "support/CimServer.h"
+#include "support/NameService.h"
 #include "support/ScriptedServer.h"
 
 #include <Pegasus/Client/CIMClient.h>
@@ -446,7 +447,9 @@ TEST_F(WireTest, FindsTheServerByNameAndByAddress) {
 }
 
 TEST_F(WireTest, ReportsANameThatCannotBeResolved) {
+    support::NameService names;
     for (const char* host : {"no-such-host.invalid", "not a name", "256.0.0.1.", "[", "a..b", "::g"}) {
+        names.Answer(host, {});
         EXPECT_THAT(MessageOf<InvalidLocatorException>([&] { client_.connect(host, 5988, "", ""); }),
                     StartsWith("cannot resolve " + std::string(host) + ":5988: "));
     }
