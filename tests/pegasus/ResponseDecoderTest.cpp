@@ -777,4 +777,50 @@ TEST(ResponseDecoderLimitsTest, ManyDifferentNamesAreAllRead) {
               CIMName(String(std::string_view("O" + std::to_string(count - 1)))));
 }
 
+// ---- Tags that come again ----
+
+TEST(ResponseDecoderRepetitionTest, TheSameTagsInAnotherOrderAreReadAsTheyAre) {
+    const std::string a = "<PROPERTY NAME=\"A\" TYPE=\"uint8\"><VALUE>1</VALUE></PROPERTY>";
+    const std::string b = "<PROPERTY NAME=\"B\" TYPE=\"string\"><VALUE>b</VALUE></PROPERTY>";
+    const auto instance = [](const std::string& properties) {
+        return "<INSTANCE CLASSNAME=\"A\">" + properties + "</INSTANCE>";
+    };
+    const auto instances = decodeObjects(instance(a + b) + instance(b + a) + instance(b) + instance(a + b)).instances;
+    ASSERT_THAT(instances, SizeIs(4));
+    EXPECT_TRUE(instances[0].identical(instances[3]));
+    EXPECT_EQ(instances[1].getProperty(0).getName(), CIMName("B"));
+    EXPECT_EQ(instances[1].getProperty(1).getValue(), CIMValue(Uint8(1)));
+    EXPECT_EQ(instances[2].getPropertyCount(), 1U);
+}
+
+TEST(ResponseDecoderRepetitionTest, TagsThatBeginAlikeAreToldApart) {
+    const std::string plain = "<PROPERTY NAME=\"P\" TYPE=\"string\"><VALUE>&lt;</VALUE></PROPERTY>";
+    const std::string embedded =
+        "<PROPERTY NAME=\"P\" TYPE=\"string\" EmbeddedObject=\"instance\"><VALUE></VALUE></PROPERTY>";
+    const std::string empty = "<PROPERTY NAME=\"P\" TYPE=\"string\"/>";
+    const CIMInstance instance = decodeInstance(plain + embedded + plain + empty + plain);
+    EXPECT_EQ(instance.getProperty(1).getType(), CIMTYPE_INSTANCE);
+    EXPECT_EQ(instance.getProperty(2).getValue(), CIMValue(String("<")));
+    EXPECT_TRUE(instance.getProperty(3).getValue().isNull());
+    EXPECT_EQ(instance.getProperty(4).getType(), CIMTYPE_STRING);
+}
+
+TEST(ResponseDecoderRepetitionTest, TagsWithReferencesAreReadEachTime) {
+    const std::string tag = "<PROPERTY NAME=\"&#80;\" TYPE=\"string\"";
+    const CIMInstance instance = decodeInstance(tag + "/>" + tag + "><VALUE>x</VALUE></PROPERTY>" + tag + "/>");
+    for (Uint32 i = 0; i < 3; ++i)
+        EXPECT_EQ(instance.getProperty(i).getName(), CIMName("P"));
+}
+
+TEST(ResponseDecoderRepetitionTest, MoreTagsThanAreRememberedAreAllRead) {
+    std::string objects;
+    const int count = static_cast<int>(cimxml::kMaxRememberedTags) + 10;
+    for (int i = 0; i < count; ++i)
+        objects += "<CLASSNAME NAME=\"C" + std::to_string(i) + "\"/>";
+    const auto names = decodeObjects(objects + objects).classNames;
+    ASSERT_THAT(names, SizeIs(2 * count));
+    for (int i = 0; i < 2 * count; ++i)
+        EXPECT_EQ(names[static_cast<std::size_t>(i)].getString().view(), "C" + std::to_string(i % count));
+}
+
 } // namespace

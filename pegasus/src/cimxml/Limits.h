@@ -20,5 +20,8 @@ constexpr std::size_t kMaxAttributes = 32;
 constexpr std::size_t kMaxEmbedding = 8;
 /// Names that a decoder remembers to share them between objects.
 constexpr std::size_t kMaxSharedNames = 1024;
+/// Start tags that a decoder remembers to know them again, and how long they may be.
+constexpr std::size_t kMaxRememberedTags = 1024;
+constexpr std::size_t kMaxRememberedTagBytes = 512;
 
 } // namespace Pegasus::cimxml

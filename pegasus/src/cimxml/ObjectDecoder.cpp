@@ -244,15 +244,14 @@ bool ObjectDecoder::addQualifier(Owner& owner, XmlReader& reader) {
 
 template <class Owner>
 bool ObjectDecoder::addProperty(Owner& owner, XmlReader& reader) {
-    const auto form = formOf(reader.name(), kPropertyForms);
-    if (!form)
+    const PropertyHead& head =
+        propertyHeads_.get(reader.tag(), [&](const StartTag& tag) { return decodePropertyHead(tag); });
+    if (!head.isProperty)
         return false;
-    const Attributes& attributes = reader.attributes();
-    const CIMType type = typeOf(*form, attributes);
-    const bool isArray = isArrayForm(*form);
-    CIMProperty property(names_.get(attributes.get("NAME")), CIMValue(type, isArray), arraySizeOf(attributes),
-                         optionalName(attributes, "REFERENCECLASS"), optionalName(attributes, "CLASSORIGIN"),
-                         attributes.getBoolean("PROPAGATED", false));
+    const CIMType type = head.type;
+    const bool isArray = head.isArray;
+    CIMProperty property(head.name, CIMValue(type, isArray), head.arraySize, head.referenceClass, head.classOrigin,
+                         head.propagated);
     bool hasValue = false;
     while (reader.nextElement()) {
         if (isValue(reader.name()) && !hasValue) {
@@ -264,6 +263,21 @@ bool ObjectDecoder::addProperty(Owner& owner, XmlReader& reader) {
     }
     owner.addProperty(property);
     return true;
+}
+
+ObjectDecoder::PropertyHead ObjectDecoder::decodePropertyHead(const StartTag& tag) {
+    PropertyHead head;
+    if (const auto form = formOf(tag.element, kPropertyForms)) {
+        head.isProperty = true;
+        head.type = typeOf(*form, tag.attributes);
+        head.name = names_.get(tag.attributes.get("NAME"));
+        head.isArray = isArrayForm(*form);
+        head.arraySize = arraySizeOf(tag.attributes);
+        head.referenceClass = optionalName(tag.attributes, "REFERENCECLASS");
+        head.classOrigin = optionalName(tag.attributes, "CLASSORIGIN");
+        head.propagated = tag.attributes.getBoolean("PROPAGATED", false);
+    }
+    return head;
 }
 
 bool ObjectDecoder::addParameter(CIMMethod& method, XmlReader& reader) {
@@ -348,7 +362,7 @@ CIMObject ObjectDecoder::decodeEmbedded(std::string_view text) {
         return CIMObject();
     if (++embedding_ > kMaxEmbedding)
         throwXmlError({"objects are embedded deeper than ", std::to_string(kMaxEmbedding)});
-    XmlReader reader(withoutByteOrderMark(text));
+    XmlReader reader(tags_, withoutByteOrderMark(text));
     CIMObject object;
     try {
         object = decodeOnlyObject(reader);

@@ -2,6 +2,7 @@
 
 #include "cimxml/NameCache.h"
 #include "cimxml/PathDecoder.h"
+#include "cimxml/TagFacts.h"
 #include "cimxml/XmlReader.h"
 
 #include <Pegasus/Common/CIMClass.h>
@@ -20,6 +21,9 @@ namespace Pegasus::cimxml {
 /// CIMClientXmlException, and EndOfText.
 class ObjectDecoder {
   public:
+    /// `tags` is that of the readers, and must outlive this.
+    explicit ObjectDecoder(TagMemory& tags) : tags_(tags) {}
+
     /// CLASS.
     CIMClass decodeClass(XmlReader& reader);
     /// INSTANCE; its path is the class name.
@@ -39,6 +43,18 @@ class ObjectDecoder {
     CIMQualifierDecl decodeQualifierDecl(XmlReader& reader);
 
   private:
+    /// What the start tag of a property says.
+    struct PropertyHead {
+        bool isProperty = false; ///< else nothing: it begins another element
+        CIMName name;
+        CIMType type = CIMTYPE_BOOLEAN;
+        bool isArray = false;
+        Uint32 arraySize = 0;
+        CIMName referenceClass;
+        CIMName classOrigin;
+        bool propagated = false;
+    };
+
     CIMQualifier decodeQualifier(XmlReader& reader);
     CIMMethod decodeMethod(XmlReader& reader);
 
@@ -61,8 +77,11 @@ class ObjectDecoder {
     CIMObject decodeOnlyObject(XmlReader& reader);
 
     CIMName optionalName(const Attributes& attributes, std::string_view attributeName);
+    PropertyHead decodePropertyHead(const StartTag& tag);
 
+    TagMemory& tags_;
     NameCache names_;
+    TagFacts<PropertyHead> propertyHeads_;
     PathDecoder paths_{names_};
     std::size_t embedding_ = 0; // how deep this is in embedded objects
 };

@@ -170,7 +170,7 @@ class ResponseDecoder::Impl {
                 throwForeign("method", name, method_);
         }
         nextLevel_ = level_ + 1;
-        level_ += reader_.isEmptyTag() ? 0 : 1;
+        level_ += reader_.tag().isEmpty ? 0 : 1;
     }
 
     void deliver(std::string_view name) {
@@ -209,8 +209,9 @@ class ResponseDecoder::Impl {
     bool atStart_ = true;
     std::size_t level_ = 0;     // the elements of the envelope that are open
     std::size_t nextLevel_ = 0; // the one that may open next
-    XmlReader reader_;
-    ObjectDecoder objects_;
+    TagMemory tags_;
+    XmlReader reader_{tags_};
+    ObjectDecoder objects_{tags_};
     std::optional<CIMException> error_;
 };
 

@@ -34,10 +34,15 @@ bool isPlainBlock(const char* block) noexcept {
 
 } // namespace
 
+XmlReader::XmlReader(TagMemory& tags, std::string_view text) : tags_(tags) {
+    open_[0].nextChild = &firstTag_;
+    start(text);
+}
+
 void XmlReader::start(std::string_view text, std::string_view parent) noexcept {
     begin_ = at_ = text.data();
     end_ = begin_ + text.size();
-    open_[0] = parent;
+    open_[0].element = parent;
     depth_ = 0;
     nodes_ = 0;
     emptyTag_ = false;
@@ -92,7 +97,7 @@ void XmlReader::skip() {
 }
 
 void XmlReader::throwUnexpected() const {
-    throwXmlError({"the element ", name(), " does not belong into ", open_[depth_ - 1]});
+    throwXmlError({"the element ", name(), " does not belong into ", open_[depth_ - 1].element});
 }
 
 inline void XmlReader::countNodes(std::size_t count) {
@@ -171,28 +176,56 @@ inline bool XmlReader::leaveEmptyTag() noexcept {
 }
 
 void XmlReader::takeStartTag() {
-    ++at_;
+    RememberedTag*& expected = *open_[depth_].nextChild;
+    if (RememberedTag* const tag = skipTag(expected) ? expected : scanStartTag()) {
+        expected = tag;
+        open_[depth_].nextChild = &tag->nextSibling;
+        enter(*tag, tag->firstChild);
+    } else {
+        enter(scannedTag_, tagOfOthers_);
+    }
+}
+
+/// Skips a tag if it is the next one. (It is as long as the text: a tag does not begin with another.)
+inline bool XmlReader::skipTag(const RememberedTag* tag) noexcept {
+    if (tag == nullptr || rest().size() < tag->text.size() || std::memcmp(at_, tag->text.data(), tag->text.size()) != 0)
+        return false;
+    at_ += tag->text.size();
+    return true;
+}
+
+inline void XmlReader::enter(const StartTag& tag, RememberedTag*& firstChild) {
+    countNodes(1 + tag.attributes.count());
+    if (depth_ == kMaxNesting)
+        throwXmlError({"elements are nested deeper than ", std::to_string(kMaxNesting)});
+    tag_ = &tag;
+    emptyTag_ = tag.isEmpty;
+    open_[++depth_] = {tag.element, &firstChild};
+}
+
+/// Takes a tag apart. Returns it as one that is remembered; null when it is not.
+RememberedTag* XmlReader::scanStartTag() {
+    const char* const begin = at_++;
     const std::string_view element = takeName();
-    attributes_.reset(element);
+    scannedTag_.element = element;
+    scannedTag_.attributes.reset(element);
     resolvedValues_.clear();
     for (bool spaced = skipSpace(); peek() != '>' && peek() != '/'; spaced = skipSpace()) {
         if (!spaced)
             throwXmlError({"the tag of ", element, " is malformed at: ", rest()});
         takeAttribute();
     }
-    emptyTag_ = *at_ == '/';
-    if (emptyTag_ && !isNext("/>"))
+    scannedTag_.isEmpty = *at_ == '/';
+    if (scannedTag_.isEmpty && !isNext("/>"))
         throwXmlError({"the tag of ", element, " is malformed at: ", rest()});
-    at_ += emptyTag_ ? 2 : 1;
-    countNodes(1 + attributes_.count());
-    if (depth_ == kMaxNesting)
-        throwXmlError({"elements are nested deeper than ", std::to_string(kMaxNesting)});
-    open_[++depth_] = element;
+    at_ += scannedTag_.isEmpty ? 2 : 1;
+    const bool isPlain = resolvedValues_.empty();
+    return isPlain ? tags_.remember(scannedTag_, {begin, static_cast<std::size_t>(at_ - begin)}) : nullptr;
 }
 
 inline void XmlReader::takeAttribute() {
     const std::string_view attribute = takeName();
-    attributes_.add(attribute, takeAttributeValue());
+    scannedTag_.attributes.add(attribute, takeAttributeValue());
 }
 
 inline std::string_view XmlReader::takeName() {

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "cimxml/Attributes.h"
 #include "cimxml/Limits.h"
+#include "cimxml/StartTag.h"
+#include "cimxml/TagMemory.h"
 
 #include <array>
 #include <cstddef>
@@ -30,8 +31,10 @@ struct EndOfText {};
 /// text ends before what they read does; only start() is of use then.
 class XmlReader {
   public:
-    XmlReader() = default;
-    explicit XmlReader(std::string_view text) { start(text); }
+    /// `tags` must outlive the reader. It may serve several readers, one after the other or one within the other.
+    explicit XmlReader(TagMemory& tags, std::string_view text = {});
+    XmlReader(const XmlReader&) = delete;
+    XmlReader& operator=(const XmlReader&) = delete;
 
     /// Begins to read a text: a document, or what follows within the element `parent`, whose start tag was read before.
     void start(std::string_view text, std::string_view parent = {}) noexcept;
@@ -44,11 +47,11 @@ class XmlReader {
     /// may be only white space between them.
     bool nextElement();
 
-    /// The element that was entered last. Names are valid as long as the text, attributes up to the next operation.
-    std::string_view name() const noexcept { return open_[depth_]; }
-    const Attributes& attributes() const noexcept { return attributes_; }
-    /// Whether that has no end tag of its own, as in <A/>.
-    bool isEmptyTag() const noexcept { return emptyTag_; }
+    /// The element that is being read. Its name is valid as long as the text.
+    std::string_view name() const noexcept { return open_[depth_].element; }
+    /// The start tag that was read last, valid up to the next operation.
+    const StartTag& tag() const noexcept { return *tag_; }
+    const Attributes& attributes() const noexcept { return tag_->attributes; }
 
     /// The characters of the element, which holds no others; leaves it. They are valid up to the next operation.
     std::string_view text();
@@ -74,6 +77,9 @@ class XmlReader {
     bool leaveEmptyTag() noexcept;
 
     void takeStartTag();
+    bool skipTag(const RememberedTag* tag) noexcept;
+    RememberedTag* scanStartTag();
+    void enter(const StartTag& tag, RememberedTag*& firstChild);
     void takeAttribute();
     void takeEndTag();
     void takeOtherEndTag();
@@ -88,14 +94,24 @@ class XmlReader {
     void resolveCData();
     void countNodes(std::size_t count);
 
+    /// An element that is entered, or the parent of the first of these.
+    struct Level {
+        std::string_view element;
+        RememberedTag** nextChild; // where it is kept which tag came next in this element when it was read before
+    };
+
+    TagMemory& tags_;
     const char* begin_ = nullptr;
     const char* at_ = nullptr;
     const char* end_ = nullptr;
-    std::array<std::string_view, kMaxNesting + 1> open_; // the parent and the elements that are entered
+    std::array<Level, kMaxNesting + 1> open_;
     std::size_t depth_ = 0;
     std::size_t nodes_ = 0;
     bool emptyTag_ = false; // the element that was entered last ends with its start tag
-    Attributes attributes_;
+    const StartTag* tag_ = &scannedTag_;
+    StartTag scannedTag_;                           // the last one that had to be taken apart
+    RememberedTag* firstTag_ = nullptr;             // what comes next at the beginning,
+    RememberedTag* tagOfOthers_ = nullptr;          // and within elements whose tags are not remembered
     std::forward_list<std::string> resolvedValues_; // values of attributes that do not stand for themselves
     std::string resolvedText_;
 };
