@@ -15,7 +15,6 @@
 
 #include <algorithm>
 #include <array>
-#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <limits>
@@ -249,18 +248,14 @@ class HttpListener::Implementation {
           server_(context_.get(), stop_, log) {
         Configure();
         Bind(address, port);
-        thread_ = std::thread([this] {
-            server_.listen_after_bind();
-            hasEnded_ = true;
-        });
-        // Before it runs, httplib could not be stopped.
-        while (!server_.is_running() && !hasEnded_)
-            std::this_thread::yield();
+        thread_ = std::thread([this] { server_.listen_after_bind(); });
     }
 
     ~Implementation() {
         stop_.Raise();
-        server_.stop();
+        // Ends httplib's loop as an error of the socket. Told to stop, it would leave out the bodies of the answers
+        // that have got no further than their headers.
+        ::shutdown(socket_, SHUT_RDWR);
         thread_.join();
     }
 
@@ -285,7 +280,7 @@ class HttpListener::Implementation {
     StopSignal stop_;
     TlsContext context_;
     Server server_;
-    std::atomic<bool> hasEnded_ = false;
+    int socket_ = -1;
     std::thread thread_;
 };
 
@@ -322,12 +317,11 @@ void HttpListener::Implementation::Configure() {
 }
 
 void HttpListener::Implementation::Bind(const std::string& address, int port) {
-    int socket = -1;
     // Not httplib's own options: they would let a second server share the port unnoticed.
-    server_.set_socket_options([&](int created) {
+    server_.set_socket_options([this](int created) {
         const int yes = 1;
         ::setsockopt(created, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof(yes));
-        socket = created;
+        socket_ = created;
     });
     errno = 0;
     if (!server_.bind_to_port(address, port)) {
@@ -336,7 +330,7 @@ void HttpListener::Implementation::Bind(const std::string& address, int port) {
                           (error == 0 ? "the address is not one of this machine's" : std::strerror(error)));
     }
     // httplib's queue of five is too short for clients that come all at once.
-    ::listen(socket, SOMAXCONN);
+    ::listen(socket_, SOMAXCONN);
     server_.set_socket_options(nullptr);
 }
 
