@@ -2,18 +2,35 @@
 
 #include <ostream>
 
+#include "DefinitionListing.h"
+#include "ListingWriter.h"
 #include "MofWriter.h"
 #include "Session.h"
 
 namespace cimhttp {
 
 CommandDescription ClassCommand::Describe() {
-    return {"class", "Show a class as MOF", {{"NAME", "The class", true, &name_}}, {}, {}, {}};
+    return {"class",
+            "Show a class as MOF",
+            {{"NAME", "The class", true, &name_}},
+            {{"--all", "", "Write out what the class inherits, as if it stood alone", &is_whole_}},
+            {OutputFormat::kMof, OutputFormat::kTable, OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv},
+            {}};
 }
 
 int ClassCommand::Run(const CommandContext& context) {
     Session session = context.Connect();
-    context.output << ClassMof(*session.Class(name_));
+    const RemoteClass cls = session.Definition(name_);
+    switch (const OutputFormat format = context.Format(*this)) {
+    case OutputFormat::kMof:
+        context.output << ClassMof(cls, session.KnownQualifiers(), is_whole_);
+        break;
+    case OutputFormat::kJson:
+        context.output << ClassJson(cls) << '\n';
+        break;
+    default:
+        WriteListing(PropertyListing(cls), format, context);
+    }
     return 0;
 }
 

@@ -4,7 +4,7 @@
 
 namespace cimhttp {
 
-/// `class NAME`: a class as MOF.
+/// `class NAME`: what the server says of a class, as MOF and in other forms.
 class ClassCommand : public Command {
   public:
     CommandDescription Describe() override;
@@ -12,6 +12,7 @@ class ClassCommand : public Command {
 
   private:
     std::string name_;
+    bool is_whole_ = false; ///< in MOF, what the class inherits is written out
 };
 
 } // namespace cimhttp

@@ -38,12 +38,8 @@ struct Collection {
 ///         "instances": [{"path": "CIM_Fan.Name=\"a\"",
 ///                        "properties": {"Speed": {"type": "uint64", "value": 3, "text": "3"}}}]}]}
 ///
-/// A `value` is null, a boolean, a number, a text or an array of these: integers have all their digits, also those of
-/// 64 bits; reals read back the same, and where JSON has no number for them they are the texts "nan", "inf" and "-inf";
-/// char16, date-times and references are texts. `text` is what the value says to people, an array of texts for an array
-/// that is not null. An array's `type` is that of its elements. The object model declares
-/// an array parameter of a method by its elements: its `array` is false. Bytes of a text that are not UTF-8 become
-/// U+FFFD.
+/// Values and their texts are those of InstanceJson(). The object model declares an array parameter of a method by its
+/// elements: its `array` is false.
 void WriteJson(const Collection& collection, const PluginAccess& access, std::ostream& output);
 
 } // namespace cimhttp

@@ -92,6 +92,7 @@ struct Parser {
         options.plugin = LibraryBesideProgram(kPluginFile);
         options.width = OutputWidth();
         options.uses_color = UsesColor();
+        options.is_output_terminal = ::isatty(STDOUT_FILENO) == 1;
         options.is_error_stream_terminal = ::isatty(STDERR_FILENO) == 1;
         app.require_subcommand(1);
         app.fallthrough();

@@ -4,7 +4,11 @@
 #include "ClassesCommand.h"
 #include "CollectCommand.h"
 #include "InfoCommand.h"
+#include "InstanceCommand.h"
 #include "InstancesCommand.h"
+#include "MethodsCommand.h"
+#include "QualifiersCommand.h"
+#include "TreeCommand.h"
 
 namespace cimhttp {
 
@@ -12,8 +16,12 @@ std::vector<std::unique_ptr<Command>> AllCommands() {
     std::vector<std::unique_ptr<Command>> commands;
     commands.push_back(std::make_unique<InfoCommand>());
     commands.push_back(std::make_unique<ClassesCommand>());
+    commands.push_back(std::make_unique<TreeCommand>());
     commands.push_back(std::make_unique<ClassCommand>());
+    commands.push_back(std::make_unique<MethodsCommand>());
+    commands.push_back(std::make_unique<QualifiersCommand>());
     commands.push_back(std::make_unique<InstancesCommand>());
+    commands.push_back(std::make_unique<InstanceCommand>());
     commands.push_back(std::make_unique<CollectCommand>());
     return commands;
 }

@@ -12,8 +12,8 @@ namespace cimhttp {
 class PluginAccess;
 
 /// What a property's value says to people by its declaration's qualifiers, such as `98.3 Gigabytes` for a number of
-/// bytes: one text, or for an array one for each element. A value for which the plug-in has no text, because a
-/// qualifier cannot be read, shows as it is.
+/// bytes, or `2026-11-21 08:39:00 +01:00` for a date-time: one text, or for an array one for each element. A value for
+/// which the plug-in has no text, because a qualifier cannot be read, shows as it is.
 class DisplayText {
   public:
     DisplayText(const PluginAccess& access, const NQORVYX20::ICIMProperty& property);
@@ -24,7 +24,7 @@ class DisplayText {
     /// As many as the array has elements; exactly one otherwise.
     const std::vector<std::string>& Texts() const { return texts_; }
 
-    /// The texts in one line, `rw, relatime`.
+    /// The texts in one line, `rw, relatime`; an empty one among several shows as `""`.
     std::string Joined() const;
 
   private:

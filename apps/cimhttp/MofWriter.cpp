@@ -1,201 +1,253 @@
 #include "MofWriter.h"
 
-#include <fmt/format.h>
+#include <strings.h>
 
-#include <sstream>
-#include <vector>
+#include <algorithm>
 
+#include "MofText.h"
+#include "TerminalText.h"
+#include "access/RemoteModel.h"
 #include "host/ICIMClass.h"
-#include "host/ICIMMethodDecl.h"
-#include "host/ICIMParameterDecl.h"
+#include "host/ICIMInstance.h"
+#include "host/ICIMProperty.h"
 #include "host/ICIMPropertyDecl.h"
-#include "host/ICIMQualifier.h"
 
 namespace cimhttp {
 
 namespace {
 
 using namespace NQORVYX20;
-using ECIMType = TCIMValue::TCIMType::ECIMType;
 
-constexpr std::size_t kLineWidth = 100;
 constexpr std::size_t kIndent = 4;
 
-std::string Spaces(std::size_t count) { return std::string(count, ' '); }
+std::string Blanks(std::size_t count) { return std::string(count, ' '); }
 
-std::string TypeName(TCIMValue::TCIMType type) {
-    const auto element = static_cast<ECIMType>(type & ~ECIMType::eCIMArrayUnknown);
-    if (element == ECIMType::eCIMReference) {
-        return "object REF";
+bool IsName(const std::string& name, const char* other) { return ::strcasecmp(name.c_str(), other) == 0; }
+
+std::vector<std::string> DifferingFlavors(const RemoteFlavor& flavor, const RemoteFlavor& usual) {
+    std::vector<std::string> words;
+    if (flavor.overridable != usual.overridable) {
+        words.emplace_back(flavor.overridable ? "EnableOverride" : "DisableOverride");
     }
-    if (element == ECIMType::eCIMUnknown) {
-        return "string"; // MOF declares embedded objects, which have no type of their own, as strings
+    if (flavor.to_subclass != usual.to_subclass) {
+        words.emplace_back(flavor.to_subclass ? "ToSubclass" : "Restricted");
     }
-    std::ostringstream name;
-    name << TCIMValue::TCIMType(element);
-    return name.str();
+    if (flavor.translatable && !usual.translatable) {
+        words.emplace_back("Translatable");
+    }
+    return words;
 }
 
-/// The text between quotes of this kind.
-std::string Escaped(const std::string& text, char quote = '"') {
-    std::string escaped;
-    for (const char character : text) {
-        if (character == quote || character == '\\') {
-            escaped += '\\';
+/// Writes the parts of one class.
+class ClassWriter {
+  public:
+    ClassWriter(const RemoteClass& cls, const std::vector<RemoteQualifierDeclaration>& declarations, bool is_whole)
+        : cls_(cls), declarations_(declarations), is_whole_(is_whole) {}
+
+    std::string Class() const {
+        std::string head = QualifierList(cls_.qualifiers, 0) + "class " + Printable(cls_.name);
+        if (!is_whole_ && !cls_.superclass.empty()) {
+            head += " : " + Printable(cls_.superclass);
         }
-        switch (character) {
-        case '\n':
-            escaped += "\\n";
-            break;
-        case '\r':
-            escaped += "\\r";
-            break;
-        case '\t':
-            escaped += "\\t";
-            break;
-        default:
-            if (static_cast<unsigned char>(character) < 0x20) {
-                escaped += fmt::format("\\x{:04x}", static_cast<unsigned>(character));
-            } else {
-                escaped += character;
+        std::vector<std::string> features;
+        for (const RemoteProperty& property : cls_.properties) {
+            if (is_whole_ || !property.is_inherited) {
+                features.push_back(Property(property));
             }
         }
-    }
-    return escaped;
-}
-
-/// A string literal; one that does not fit is folded between words into adjacent literals, which MOF joins.
-std::string StringLiteral(const std::string& text, std::size_t indent) {
-    const std::string escaped = Escaped(text);
-    const std::size_t room = kLineWidth - indent - 2;
-    std::string literal;
-    std::size_t begin = 0;
-    while (escaped.size() - begin > room) {
-        const auto blank = escaped.rfind(' ', begin + room - 1);
-        if (blank == std::string::npos || blank < begin) {
-            break; // one word wider than a line
+        for (const RemoteMethod& method : cls_.methods) {
+            if (is_whole_ || !method.is_inherited) {
+                features.push_back(Method(method));
+            }
         }
-        literal += '"' + escaped.substr(begin, blank + 1 - begin) + "\"\n" + Spaces(indent);
-        begin = blank + 1;
-    }
-    return literal + '"' + escaped.substr(begin) + '"';
-}
-
-std::string ScalarText(const TCIMValue& value, std::size_t indent) {
-    if (value.IsNull()) {
-        return "null";
-    }
-    switch (value.GetType()) {
-    case ECIMType::eCIMString:
-        return StringLiteral(value.ToString(10), indent);
-    case ECIMType::eCIMDateTime:
-    case ECIMType::eCIMReference:
-        return '"' + Escaped(value.ToString(10)) + '"';
-    case ECIMType::eCIMChar16:
-        return '\'' + Escaped(value.ToString(10), '\'') + '\'';
-    default:
-        return value.ToString(10);
-    }
-}
-
-/// Joins with commas, beginning a new line where the next item does not fit.
-std::string Listed(const std::vector<std::string>& items, std::size_t indent) {
-    std::string list;
-    std::size_t column = indent;
-    for (std::size_t i = 0; i < items.size(); ++i) {
-        if (i > 0) {
-            list += ',';
-            const bool fits = column + items[i].size() + 3 < kLineWidth;
-            list += fits ? " " : "\n" + Spaces(indent);
-            column = fits ? column + 2 : indent;
+        if (!is_whole_) {
+            AddInherited(features);
         }
-        list += items[i];
-        column += items[i].size();
+        return head + "\n{\n" + Joined(features) + "};\n";
     }
-    return list;
-}
 
-std::string ArrayText(const TCIMValue& value, std::size_t indent) {
-    std::vector<std::string> items;
-    for (const TCIMValue& element : static_cast<std::vector<TCIMValue>&>(value)) {
-        items.push_back(ScalarText(element, indent));
+    std::string Methods() const {
+        std::vector<std::string> features;
+        for (const RemoteMethod& method : cls_.methods) {
+            features.push_back(Method(method));
+        }
+        return Joined(features);
     }
-    return '{' + Listed(items, indent) + '}';
-}
 
-std::string QualifierText(const ICIMQualifier& qualifier, std::size_t indent) {
-    const std::string& name = qualifier.GetName(TCIMContext());
-    const TCIMValue& value = qualifier.GetValue(TCIMContext());
-    if (value == TCIMValue(true)) {
-        return name;
+  private:
+    static std::string Joined(const std::vector<std::string>& features) {
+        std::string text;
+        for (const std::string& feature : features) {
+            text += (text.empty() ? "" : "\n") + feature;
+        }
+        return text;
     }
-    if (value.IsArray() && !value.IsNull()) {
-        return name + ' ' + ArrayText(value, indent + name.size() + 2);
+
+    std::string Property(const RemoteProperty& property) const {
+        std::string text = QualifierList(property.qualifiers, kIndent) + Blanks(kIndent) + MofType(property.type) +
+                           ' ' + Printable(property.name) + MofArray(property.type);
+        if (!property.default_value.IsNull()) {
+            text += " = " + MofValue(property.default_value, kIndent + 2);
+        }
+        return text + ";\n";
     }
-    return name + '(' + ScalarText(value, indent + name.size() + 1) + ')';
-}
 
-/// `[Key, MaxLen(256)]` and a line end; nothing for an element without qualifiers.
-std::string QualifierList(const ICIMNamedElement& element, std::size_t indent) {
-    std::vector<std::string> texts;
-    element.EnumerateQualifiers(
-        [&](const boost::shared_ptr<ICIMQualifier>& qualifier) {
-            texts.push_back(QualifierText(*qualifier, indent + 1));
-            return true;
-        },
-        TCIMContext());
-    if (texts.empty()) {
-        return {};
+    std::string Method(const RemoteMethod& method) const {
+        std::string text = QualifierList(method.qualifiers, kIndent) + Blanks(kIndent) + MofType(method.type) + ' ' +
+                           Printable(method.name) + '(';
+        const char* separator = "\n";
+        for (const RemoteParameter& parameter : method.parameters) {
+            text += separator + QualifierList(parameter.qualifiers, 2 * kIndent) + Blanks(2 * kIndent) +
+                    MofType(parameter.type) + ' ' + Printable(parameter.name) + MofArray(parameter.type);
+            separator = ",\n";
+        }
+        return text + ");\n";
     }
-    std::string list = Spaces(indent) + '[';
-    for (std::size_t i = 0; i < texts.size(); ++i) {
-        list += (i == 0 ? "" : ",\n" + Spaces(indent + 1)) + texts[i];
+
+    /// A comment for each class that features are inherited from.
+    void AddInherited(std::vector<std::string>& features) const {
+        for (const std::string& origin : Origins()) {
+            std::string text =
+                Blanks(kIndent) + "// Inherited" + (origin.empty() ? "" : " from " + Printable(origin)) + ":\n";
+            for (const RemoteProperty& property : cls_.properties) {
+                if (property.is_inherited && property.origin == origin) {
+                    text += Comment((IsKey(property) ? "[Key] " : "") + MofType(property.type) + ' ' + property.name +
+                                    MofArray(property.type));
+                }
+            }
+            for (const RemoteMethod& method : cls_.methods) {
+                if (method.is_inherited && method.origin == origin) {
+                    text += Comment(MethodSignature(method));
+                }
+            }
+            features.push_back(text);
+        }
     }
-    return list + "]\n";
-}
 
-std::string ArraySuffix(bool is_array) { return is_array ? "[]" : ""; }
-
-std::string PropertyText(const ICIMPropertyDecl& property) {
-    return QualifierList(property, kIndent) + Spaces(kIndent) + TypeName(property.GetType(TCIMContext())) + ' ' +
-           property.GetName(TCIMContext()) + ArraySuffix(property.IsArray(TCIMContext())) + ";\n";
-}
-
-std::string MethodText(const ICIMMethodDecl& method) {
-    std::vector<std::string> parameters;
-    boost::function<bool(boost::shared_ptr<ICIMParameterDecl>)> add =
-        [&](const boost::shared_ptr<ICIMParameterDecl>& parameter) {
-            parameters.push_back(TypeName(parameter->GetType(TCIMContext())) + ' ' + parameter->GetName(TCIMContext()) +
-                                 ArraySuffix(parameter->IsArray(TCIMContext())));
-            return true;
+    /// The classes that features are inherited from, in the order in which the server names them.
+    std::vector<std::string> Origins() const {
+        std::vector<std::string> origins;
+        const auto add = [&](const auto& feature) {
+            if (feature.is_inherited && std::find(origins.begin(), origins.end(), feature.origin) == origins.end()) {
+                origins.push_back(feature.origin);
+            }
         };
-    method.EnumerateParameterDecls(add, TCIMContext());
-    const std::string head =
-        Spaces(kIndent) + TypeName(method.GetReturnType(TCIMContext())) + ' ' + method.GetName(TCIMContext()) + '(';
-    return QualifierList(method, kIndent) + head + Listed(parameters, head.size()) + ");\n";
-}
+        std::for_each(cls_.properties.begin(), cls_.properties.end(), add);
+        std::for_each(cls_.methods.begin(), cls_.methods.end(), add);
+        return origins;
+    }
+
+    static bool IsKey(const RemoteProperty& property) {
+        return std::any_of(property.qualifiers.begin(), property.qualifiers.end(), [](const auto& qualifier) {
+            return IsName(qualifier.name, "Key") && qualifier.value == TCIMValue(true);
+        });
+    }
+
+    static std::string Comment(const std::string& feature) {
+        return Blanks(kIndent) + "//   " + Printable(feature) + ";\n";
+    }
+
+    /// `[Key, MaxLen(256)]` and a line end; nothing for an element without qualifiers.
+    std::string QualifierList(const std::vector<RemoteQualifier>& qualifiers, std::size_t indent) const {
+        std::string list;
+        for (const RemoteQualifier& qualifier : qualifiers) {
+            if (is_whole_ && IsName(qualifier.name, "Override")) {
+                continue;
+            }
+            list += list.empty() ? Blanks(indent) + '[' : ",\n" + Blanks(indent + 1);
+            list += Qualifier(qualifier, indent + 1);
+        }
+        return list.empty() ? list : list + "]\n";
+    }
+
+    std::string Qualifier(const RemoteQualifier& qualifier, std::size_t indent) const {
+        std::string text = Printable(qualifier.name);
+        const TCIMValue& value = qualifier.value;
+        const std::size_t column = indent + DisplayWidth(text) + 1;
+        if (value.IsArray() && !value.IsNull()) {
+            text += ' ' + MofValue(value, column);
+        } else if (value != TCIMValue(true)) {
+            text += '(' + MofValue(value, column) + ')';
+        }
+        const char* separator = " : ";
+        for (const std::string& flavor : DifferingFlavors(qualifier.flavor, FlavorOf(qualifier.name))) {
+            text += separator + flavor;
+            separator = " ";
+        }
+        return text;
+    }
+
+    RemoteFlavor FlavorOf(const std::string& name) const {
+        const auto declaration = std::find_if(declarations_.begin(), declarations_.end(),
+                                              [&](const auto& one) { return IsName(one.name, name.c_str()); });
+        return declaration == declarations_.end() ? RemoteFlavor() : declaration->flavor;
+    }
+
+    const RemoteClass& cls_;
+    const std::vector<RemoteQualifierDeclaration>& declarations_;
+    bool is_whole_;
+};
 
 } // namespace
 
-std::string ClassMof(const ICIMClass& cls) {
-    std::vector<std::string> features;
-    cls.EnumeratePropertyDecls(
-        [&](const boost::shared_ptr<ICIMPropertyDecl>& property) {
-            features.push_back(PropertyText(*property));
-            return true;
-        },
-        TCIMContext());
-    cls.EnumerateMethodDecls(
-        [&](const boost::shared_ptr<ICIMMethodDecl>& method) {
-            features.push_back(MethodText(*method));
-            return true;
-        },
-        TCIMContext());
-    std::string mof = QualifierList(cls, 0) + "class " + cls.GetName(TCIMContext()) + "\n{\n";
-    for (std::size_t i = 0; i < features.size(); ++i) {
-        mof += (i == 0 ? "" : "\n") + features[i];
+std::string MofType(const RemoteType& type) {
+    if (!type.reference_class.empty()) {
+        return Printable(type.reference_class) + " REF";
     }
-    return mof + "};\n";
+    return type.name == "reference" ? "object REF" : type.name;
+}
+
+std::string MofArray(const RemoteType& type) {
+    if (!type.is_array) {
+        return {};
+    }
+    return type.array_size == 0 ? "[]" : '[' + std::to_string(type.array_size) + ']';
+}
+
+std::string MethodSignature(const RemoteMethod& method) {
+    std::string text = MofType(method.type) + ' ' + Printable(method.name) + '(';
+    const char* separator = "";
+    for (const RemoteParameter& parameter : method.parameters) {
+        text += separator + MofType(parameter.type) + ' ' + Printable(parameter.name) + MofArray(parameter.type);
+        separator = ", ";
+    }
+    return text + ')';
+}
+
+std::vector<std::string> UnusualFlavors(const RemoteQualifier& qualifier) {
+    return DifferingFlavors(qualifier.flavor, RemoteFlavor());
+}
+
+std::string ClassMof(const RemoteClass& cls, const std::vector<RemoteQualifierDeclaration>& declarations,
+                     bool is_whole) {
+    return ClassWriter(cls, declarations, is_whole).Class();
+}
+
+std::string MethodsMof(const RemoteClass& cls, const std::vector<RemoteQualifierDeclaration>& declarations) {
+    return ClassWriter(cls, declarations, false).Methods();
+}
+
+std::string QualifierMof(const RemoteQualifierDeclaration& declaration) {
+    std::string text = "Qualifier " + Printable(declaration.name) + " : " + MofType(declaration.type) +
+                       MofArray(declaration.type) + " = " + MofValue(declaration.default_value, kIndent) +
+                       ",\n    Scope(" + MofList(declaration.scopes, kIndent) + "),\n    Flavor(";
+    text += declaration.flavor.overridable ? "EnableOverride, " : "DisableOverride, ";
+    text += declaration.flavor.to_subclass ? "ToSubclass" : "Restricted";
+    return text + (declaration.flavor.translatable ? ", Translatable);\n" : ");\n");
+}
+
+std::string InstanceMof(const ICIMInstance& instance,
+                        const std::vector<boost::shared_ptr<ICIMPropertyDecl>>& properties) {
+    std::string text = "instance of " + Printable(instance.GetClass(TCIMContext())->GetName(TCIMContext())) + "\n{\n";
+    for (const auto& declaration : properties) {
+        const std::string& name = declaration->GetName(TCIMContext());
+        const auto property = instance.GetProperty(name, TCIMContext());
+        if (!property->GetValue(TCIMContext()).IsNull()) {
+            const std::string head = Blanks(kIndent) + Printable(name) + " = ";
+            text += head + MofValue(property->GetValue(TCIMContext()), DisplayWidth(head)) + ";\n";
+        }
+    }
+    return text + "};\n";
 }
 
 } // namespace cimhttp

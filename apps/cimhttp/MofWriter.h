@@ -1,16 +1,49 @@
 #pragma once
 
+#include <boost/shared_ptr.hpp>
+
 #include <string>
+#include <vector>
 
 namespace NQORVYX20 {
-class ICIMClass;
-}
+class ICIMInstance;
+class ICIMPropertyDecl;
+} // namespace NQORVYX20
 
 namespace cimhttp {
 
-/// A class in Managed Object Format (DSP0004 annex A): its qualifiers, properties and methods, long texts folded. The
-/// object model does not know the superclass of a remote class, nor what a reference refers to: a class is written with
-/// its inherited features and without a superclass, a reference with the class `object`.
-std::string ClassMof(const NQORVYX20::ICIMClass& cls);
+struct RemoteClass;
+struct RemoteMethod;
+struct RemoteQualifier;
+struct RemoteQualifierDeclaration;
+struct RemoteType;
+
+/// `uint32`, `CIM_System REF`.
+std::string MofType(const RemoteType& type);
+
+/// `[]`, `[4]`, or nothing for what is no array.
+std::string MofArray(const RemoteType& type);
+
+/// `uint32 Stop([IN] boolean Now)` without qualifiers, in one line.
+std::string MethodSignature(const RemoteMethod& method);
+
+/// Flavors with the words of MOF, those that differ from the usual ones (EnableOverride, ToSubclass).
+std::vector<std::string> UnusualFlavors(const RemoteQualifier& qualifier);
+
+/// A class as its declaration stands in MOF (DSP0004 annex A), below its superclass and with the features of its own;
+/// what it inherits is named in comments. With `is_whole`, the class as it is without any other: no superclass, all
+/// features, and none an override. A qualifier's flavors are written where they differ from those of its declaration,
+/// or from the usual ones when it is not among `declarations`.
+std::string ClassMof(const RemoteClass& cls, const std::vector<RemoteQualifierDeclaration>& declarations,
+                     bool is_whole = false);
+
+/// The methods alone, as they stand in the class.
+std::string MethodsMof(const RemoteClass& cls, const std::vector<RemoteQualifierDeclaration>& declarations);
+
+std::string QualifierMof(const RemoteQualifierDeclaration& declaration);
+
+/// An instance with those of these properties that are not null.
+std::string InstanceMof(const NQORVYX20::ICIMInstance& instance,
+                        const std::vector<boost::shared_ptr<NQORVYX20::ICIMPropertyDecl>>& properties);
 
 } // namespace cimhttp

@@ -17,6 +17,13 @@ using NQORVYX20::TVYXException;
 
 constexpr int kHttpPort = 5988;
 constexpr int kHttpsPort = 5989;
+constexpr const char* kNotValid = "its definition is not valid";
+
+Failure NotAName(const std::string& name) { return {Failure::kUsage, "'" + name + "' is not a class name"}; }
+
+std::string ReasonOr(const std::string& reason, const std::string& otherwise) {
+    return reason.empty() ? otherwise : reason;
+}
 
 } // namespace
 
@@ -30,8 +37,7 @@ Session::Session(const Plugin& plugin, const Connection& connection, FailureLog&
                                  connection.tls ? kHttpsPort : kHttpPort);
     } catch (const TVYXException& exception) {
         const std::string reason = log_.TakeReason();
-        throw Failure(Failure::kConnection,
-                      "no connection to " + server_ + ": " + (reason.empty() ? exception.what() : reason));
+        throw Failure(Failure::kConnection, "no connection to " + server_ + ": " + ReasonOr(reason, exception.what()));
     }
 }
 
@@ -45,6 +51,54 @@ std::vector<std::string> Session::ClassNames() {
     return names;
 }
 
+template <typename Operation>
+auto Session::Remotely(const std::string& thing, const Operation& operation) const {
+    try {
+        return operation();
+    } catch (const RemoteFailure& failure) {
+        throw Failure(Failure::kOther, thing + " cannot be read from " + server_ + ": " + failure.what());
+    }
+}
+
+std::vector<RemoteClassName> Session::Hierarchy() {
+    return Remotely("the hierarchy of classes", [&] { return plugin_.Access().ReadHierarchy(*namespace_); });
+}
+
+RemoteClass Session::Definition(const std::string& name) {
+    try {
+        return Remotely("the class " + name, [&] { return plugin_.Access().ReadClass(*namespace_, name); });
+    } catch (const std::invalid_argument&) {
+        throw NotAName(name);
+    }
+}
+
+std::vector<RemoteQualifierDeclaration> Session::QualifierDeclarations() {
+    return Remotely("the qualifiers", [&] { return plugin_.Access().ReadQualifierDeclarations(*namespace_); });
+}
+
+std::vector<RemoteQualifierDeclaration> Session::KnownQualifiers() {
+    try {
+        return plugin_.Access().ReadQualifierDeclarations(*namespace_);
+    } catch (const RemoteFailure&) {
+        return {};
+    }
+}
+
+boost::shared_ptr<ICIMInstance> Session::Instance(const std::string& path) {
+    log_.TakeReason();
+    try {
+        auto instance =
+            Remotely("the instance " + path, [&] { return plugin_.Access().ReadInstance(*namespace_, path); });
+        if (!instance) {
+            throw Failure(Failure::kOther, "the class of " + path + " cannot be read from " + server_ + ": " +
+                                               ReasonOr(log_.TakeReason(), kNotValid));
+        }
+        return instance;
+    } catch (const std::invalid_argument&) {
+        throw Failure(Failure::kUsage, "'" + path + R"(' is not an object path such as 'CIM_Disk.Name="a",Number=3')");
+    }
+}
+
 boost::shared_ptr<ICIMClass> Session::FindClass(const std::string& name) {
     try {
         if (!name.empty()) { // which would be the root of all classes
@@ -53,7 +107,7 @@ boost::shared_ptr<ICIMClass> Session::FindClass(const std::string& name) {
     } catch (const TVYXException&) {
         // not the form of a name
     }
-    throw Failure(Failure::kUsage, "'" + name + "' is not a class name");
+    throw NotAName(name);
 }
 
 boost::shared_ptr<ICIMClass> Session::Class(const std::string& name) {
@@ -61,8 +115,8 @@ boost::shared_ptr<ICIMClass> Session::Class(const std::string& name) {
     auto cls = FindClass(name);
     if (!cls) {
         const std::string reason = log_.TakeReason();
-        throw Failure(Failure::kOther, "the class " + name + " cannot be read from " + server_ + ": " +
-                                           (reason.empty() ? "its definition is not valid" : reason));
+        throw Failure(Failure::kOther,
+                      "the class " + name + " cannot be read from " + server_ + ": " + ReasonOr(reason, kNotValid));
     }
     return cls;
 }

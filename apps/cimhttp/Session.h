@@ -8,6 +8,7 @@
 #include "Connection.h"
 #include "FailureLog.h"
 #include "Plugin.h"
+#include "access/RemoteModel.h"
 
 namespace NQORVYX20 {
 class ICIMClass;
@@ -32,6 +33,21 @@ class Session {
     /// The names of all classes, in the server's order.
     std::vector<std::string> ClassNames();
 
+    /// All classes with their superclasses, in the server's order.
+    std::vector<RemoteClassName> Hierarchy();
+
+    /// What the server says of a class, with what it inherits.
+    RemoteClass Definition(const std::string& name);
+
+    /// The qualifiers that the server declares, in its order.
+    std::vector<RemoteQualifierDeclaration> QualifierDeclarations();
+
+    /// The same, or none from a server that does not list its qualifiers.
+    std::vector<RemoteQualifierDeclaration> KnownQualifiers();
+
+    /// One instance by its object path.
+    boost::shared_ptr<NQORVYX20::ICIMInstance> Instance(const std::string& path);
+
     /// A class by name.
     boost::shared_ptr<NQORVYX20::ICIMClass> Class(const std::string& name);
 
@@ -40,6 +56,10 @@ class Session {
 
   private:
     boost::shared_ptr<NQORVYX20::ICIMClass> FindClass(const std::string& name);
+
+    /// What goes wrong remotely becomes a Failure about `thing`.
+    template <typename Operation>
+    auto Remotely(const std::string& thing, const Operation& operation) const;
 
     FailureLog& log_;
     Plugin plugin_;

@@ -7,34 +7,22 @@
 
 namespace cimhttp {
 
-/// A table of texts for a terminal: a heading, a rule, aligned columns. Control characters in a cell are shown as
-/// blanks, so that a server's text cannot break the table or steer the terminal.
-class TextTable {
-  public:
-    enum class Align { kLeft, kRight };
+class Listing;
 
-    /// All columns must have the same number of cells. Texts are UTF-8.
-    void AddColumn(const std::string& heading, Align align, std::vector<std::string> cells);
-
-    std::size_t RowCount() const { return columns_.empty() ? 0 : columns_.front().cells.size(); }
-
-    /// The characters that a line of the table takes.
-    std::size_t Width() const;
-
-    void Write(std::ostream& output) const;
-
-    /// Writes one row as lines of heading and text, without the empty texts.
-    void WriteRowAsList(std::size_t row, std::ostream& output) const;
-
-  private:
-    struct Column {
-        std::string heading;
-        Align align;
-        std::vector<std::string> cells;
-        std::size_t width;
-    };
-
-    std::vector<Column> columns_;
+/// How texts may be laid out.
+struct TextStyle {
+    std::size_t width = 0; ///< the columns of a line; 0 for any number
+    bool uses_color = false;
 };
+
+/// Writes a table: headings, a rule, aligned columns. Where it is too wide for the style, long texts go on over several
+/// lines, and columns are left out: first those that say the same in every row or repeat another column, then the
+/// others from the right, keys last. No line is wider than the style allows, and none ends with blanks. A value that is
+/// null is a dash. Returns the headings of the columns that were left out.
+std::vector<std::string> WriteTable(const Listing& listing, const TextStyle& style, std::ostream& output);
+
+/// Writes each row as lines of heading and text, with an empty line between two rows. Long texts go on below
+/// themselves.
+void WriteLists(const Listing& listing, const TextStyle& style, std::ostream& output);
 
 } // namespace cimhttp

@@ -20,6 +20,12 @@ class TextlessAccess : public cimhttp::PluginAccess {
   public:
     void Connect(ICIMNamespace&, const std::string&, const std::string&, const std::string&, int) const override {}
     std::vector<std::string> ClassNames(ICIMNamespace&) const override { return {}; }
+    cimhttp::RemoteClass ReadClass(ICIMNamespace&, const std::string&) const override { return {}; }
+    std::vector<cimhttp::RemoteClassName> ReadHierarchy(ICIMNamespace&) const override { return {}; }
+    std::vector<cimhttp::RemoteQualifierDeclaration> ReadQualifierDeclarations(ICIMNamespace&) const override {
+        return {};
+    }
+    boost::shared_ptr<ICIMInstance> ReadInstance(ICIMNamespace&, const std::string&) const override { return {}; }
     boost::shared_ptr<ICIMProperty> MakeProperty(const boost::shared_ptr<ICIMPropertyDecl const>&,
                                                  const TCIMValue&) const override {
         throw TVYXException(1);

@@ -1,99 +1,140 @@
-#include "MofWriter.h"
-
 #include <gtest/gtest.h>
 
-#include <boost/make_shared.hpp>
+#include <algorithm>
+#include <limits>
+#include <sstream>
 
-#include "Plugin.h"
-#include "host/ICIMClass.h"
-#include "host/ICIMNamespace.h"
-#include "host/TVYXException.h"
-#include "support/CimServer.h"
+#include "MofText.h"
+#include "MofWriter.h"
+#include "access/RemoteModel.h"
 
-using namespace NQORVYX20;
+using namespace cimhttp;
+using NQORVYX20::TCIMChar16;
+using NQORVYX20::TCIMDateTime;
+using NQORVYX20::TCIMValue;
 
 namespace {
 
-/// A class that a server describes, read through the plug-in loaded at run time.
-class MofTest : public testing::Test {
-  protected:
-    MofTest() {
-        fServer.Listen(5988);
-        for (const char* name : {"Description", "Values", "Count", "When", "Letter", "Flag"}) {
-            fServer.Answer("GetQualifier", name,
-                           std::string("<QUALIFIER.DECLARATION NAME=\"") + name +
-                               "\" TYPE=\"string\"><SCOPE CLASS=\"true\"/></QUALIFIER.DECLARATION>");
-        }
-        fNamespace = fPlugin.AllocateNamespace();
-        fPlugin.Access().Connect(*fNamespace, fServer.Address(), "", "", 5988);
-    }
+TCIMValue Strings(const std::vector<TCIMValue>& texts) { return {TCIMValue::TCIMType::eCIMString, 0, texts}; }
 
-    std::string Mof(const std::string& content) {
-        fServer.Answer("GetClass", "T", "<CLASS NAME=\"T\">" + content + "</CLASS>");
-        return cimhttp::ClassMof(*fNamespace->GetClass("T", TCIMContext()));
-    }
-
-    support::CimServer fServer;
-    cimhttp::Plugin fPlugin{CIMHTTP_PLUGIN};
-    boost::shared_ptr<ICIMNamespace> fNamespace;
-};
-
-const std::string kStamp = "PLUGINNAME(\"cimhttp\"),\n PLUGINVERSION(\"1.0\")";
+RemoteClass Disk() {
+    RemoteClass cls;
+    cls.name = "T_Disk";
+    cls.superclass = "T_Device";
+    cls.qualifiers = {{"Description", "A \"disk\".", {}}, {"Version", "1.0", {true, false, true}}};
+    RemoteProperty size;
+    size.name = "Size";
+    size.type = {"uint64", false, 0, {}};
+    size.default_value = TCIMValue(7ULL);
+    size.qualifiers = {{"Key", true, {false, true, false}}, {"Override", "Size", {}}};
+    RemoteProperty tags;
+    tags.name = "Tags";
+    tags.type = {"string", true, 4, {}};
+    tags.origin = "T_Device";
+    tags.is_inherited = true;
+    cls.properties = {size, tags};
+    RemoteMethod format;
+    format.name = "Format";
+    format.type = {"uint32", false, 0, {}};
+    format.qualifiers = {{"Deprecated", Strings({"T_Disk.Erase"}), {}}};
+    RemoteParameter host{"Host", {"reference", false, 0, "T_System"}, {{"In", true, {}}}};
+    RemoteParameter labels{"Labels", {"string", true, 0, {}}, {}};
+    format.parameters = {host, labels};
+    cls.methods = {format};
+    return cls;
+}
 
 } // namespace
 
-TEST_F(MofTest, AnEmptyClass) { EXPECT_EQ(Mof(""), "[" + kStamp + "]\nclass T\n{\n};\n"); }
-
-TEST_F(MofTest, QualifierValuesOfEveryForm) {
-    const auto qualifier = [](const std::string& name, const std::string& type, const std::string& value) {
-        return "<QUALIFIER NAME=\"" + name + "\" TYPE=\"" + type + "\">" + value + "</QUALIFIER>";
-    };
-    EXPECT_EQ(Mof(qualifier("Flag", "boolean", "<VALUE>FALSE</VALUE>") +
-                  qualifier("Count", "uint8", "<VALUE>3</VALUE>") + qualifier("Letter", "char16", "<VALUE>'</VALUE>") +
-                  qualifier("When", "datetime", "<VALUE>00000001000000.000000:000</VALUE>") +
-                  qualifier("Values", "string", "<VALUE.ARRAY><VALUE>a</VALUE><VALUE>b</VALUE></VALUE.ARRAY>") +
-                  qualifier("Description", "string", "<VALUE>say \"hi\" \\ &#10; &#9; end</VALUE>")),
-              "[Count(3),\n"
-              " Description(\"say \\\"hi\\\" \\\\ \\n \\t end\"),\n"
-              " Flag(false),\n"
-              " Letter('\\''),\n "
-              "PLUGINNAME(\"cimhttp\"),\n PLUGINVERSION(\"1.0\"),\n"
-              " Values {\"a\", \"b\"},\n"
-              " When(\"00000001000000.000000:000\")]\n"
-              "class T\n{\n};\n");
+TEST(Mof, AClassHasItsOwnFeaturesAndNamesWhatItInherits) {
+    EXPECT_EQ(ClassMof(Disk(), {}), "[Description(\"A \\\"disk\\\".\"),\n"
+                                    " Version(\"1.0\") : Restricted Translatable]\n"
+                                    "class T_Disk : T_Device\n"
+                                    "{\n"
+                                    "    [Key : DisableOverride,\n"
+                                    "     Override(\"Size\")]\n"
+                                    "    uint64 Size = 7;\n"
+                                    "\n"
+                                    "    [Deprecated {\"T_Disk.Erase\"}]\n"
+                                    "    uint32 Format(\n"
+                                    "        [In]\n"
+                                    "        T_System REF Host,\n"
+                                    "        string Labels[]);\n"
+                                    "\n"
+                                    "    // Inherited from T_Device:\n"
+                                    "    //   string Tags[4];\n"
+                                    "};\n");
 }
 
-TEST_F(MofTest, LongTextsAreFoldedBetweenWordsAndLoseNothing) {
-    std::string text;
+TEST(Mof, AWholeClassHasNoSuperclassAndOverridesNothing) {
+    const std::string mof = ClassMof(Disk(), {}, true);
+    EXPECT_NE(mof.find("class T_Disk\n{"), std::string::npos);
+    EXPECT_NE(mof.find("    string Tags[4];\n"), std::string::npos);
+    EXPECT_EQ(mof.find("Override("), std::string::npos);
+    EXPECT_EQ(mof.find("//"), std::string::npos);
+}
+
+TEST(Mof, FlavorsThatADeclarationGivesAreNotRepeated) {
+    const RemoteQualifierDeclaration key{"KEY", {"boolean", false, 0, {}}, false, {"property"}, {false, true, false}};
+    EXPECT_NE(ClassMof(Disk(), {key}).find("[Key,\n"), std::string::npos);
+}
+
+TEST(Mof, AQualifierIsDeclared) {
+    EXPECT_EQ(QualifierMof({"Values",
+                            {"string", true, 0, {}},
+                            TCIMValue(TCIMValue::TCIMType::eCIMStringArray, 0),
+                            {"property", "method"},
+                            {true, true, true}}),
+              "Qualifier Values : string[] = NULL,\n"
+              "    Scope(property, method),\n"
+              "    Flavor(EnableOverride, ToSubclass, Translatable);\n");
+}
+
+TEST(Mof, ValuesOfEveryForm) {
+    EXPECT_EQ(MofValue(TCIMValue(), 0), "NULL");
+    EXPECT_EQ(MofValue(false, 0), "false");
+    EXPECT_EQ(MofValue(-3, 0), "-3");
+    EXPECT_EQ(MofValue(2.0, 0), "2.0");
+    EXPECT_EQ(MofValue(1e20, 0), "1.0e+20");
+    EXPECT_EQ(MofValue(0.1F, 0), "0.1");
+    EXPECT_EQ(MofValue(std::numeric_limits<double>::infinity(), 0), "NULL");
+    EXPECT_EQ(MofValue(TCIMChar16("39"), 0), "'\\''");
+    EXPECT_EQ(MofValue(TCIMDateTime("00000001000000.000000:000"), 0), "\"00000001000000.000000:000\"");
+    EXPECT_EQ(MofValue(Strings({"a", "b"}), 0), "{\"a\", \"b\"}");
+    EXPECT_EQ(MofValue(Strings({}), 0), "{}");
+}
+
+TEST(Mof, TextsAreEscaped) {
+    EXPECT_EQ(MofValue("say \"hi\" \\ \n \t end", 0), R"("say \"hi\" \\ \n \t end")");
+    EXPECT_EQ(MofValue("\x1b[2J\xc2\x9b\xe2\x80\xae", 0), R"("\x001B[2J\x009B\x202E")");
+    EXPECT_EQ(MofValue("\xc3\xb6 \xff", 0), "\"\xc3\xb6 \xef\xbf\xbd\"");
+}
+
+TEST(Mof, LongTextsAreFoldedAndLoseNothing) {
+    std::string text = std::string(300, 'x') + ' ';
     for (int i = 0; i < 60; ++i) {
-        text += "word" + std::to_string(i) + ' ';
+        text += "word" + std::to_string(i) + "\n ";
     }
-    const std::string mof =
-        Mof("<QUALIFIER NAME=\"Description\" TYPE=\"string\"><VALUE>" + text + "</VALUE></QUALIFIER>");
+    const std::string mof = MofValue(text, 10);
     std::string joined;
     std::istringstream lines(mof);
     for (std::string line; std::getline(lines, line);) {
-        EXPECT_LE(line.size(), 102U) << line;
+        EXPECT_LE(line.size(), 100U) << line;
         const auto first = line.find('"');
-        if (line.find("word") != std::string::npos) {
-            joined += line.substr(first + 1, line.rfind('"') - first - 1);
-        }
+        joined += line.substr(first + 1, line.rfind('"') - first - 1);
     }
-    EXPECT_EQ(joined, text);
+    std::string unescaped;
+    for (std::size_t i = 0; i < joined.size(); ++i) {
+        unescaped += joined[i] == '\\' ? (++i, '\n') : joined[i];
+    }
+    EXPECT_EQ(unescaped, text);
 }
 
-TEST_F(MofTest, PropertiesMethodsArraysAndReferences) {
-    EXPECT_EQ(Mof("<PROPERTY NAME=\"Size\" TYPE=\"uint64\"/><PROPERTY.ARRAY NAME=\"Tags\" TYPE=\"string\"/>"
-                  "<PROPERTY.REFERENCE NAME=\"System\" REFERENCECLASS=\"CIM_System\"/>"
-                  "<METHOD NAME=\"Go\" TYPE=\"uint32\"><PARAMETER NAME=\"Fast\" TYPE=\"boolean\"/>"
-                  "<PARAMETER.REFERENCE NAME=\"To\" REFERENCECLASS=\"CIM_System\"/></METHOD>"
-                  "<METHOD NAME=\"Stop\" TYPE=\"boolean\"/>"),
-              "[" + kStamp +
-                  "]\nclass T\n{\n"
-                  "    uint64 Size;\n\n"
-                  "    object REF System;\n\n"
-                  "    string Tags[];\n\n"
-                  "    uint32 Go(boolean Fast, object REF To);\n\n"
-                  "    boolean Stop();\n"
-                  "};\n");
+TEST(Mof, LongListsAreFolded) {
+    const std::string list = MofList(std::vector<std::string>(40, "\"item\""), 5);
+    std::istringstream lines(list);
+    for (std::string line; std::getline(lines, line);) {
+        EXPECT_LE(line.size(), 100U);
+    }
+    EXPECT_EQ(std::count(list.begin(), list.end(), ','), 39);
 }

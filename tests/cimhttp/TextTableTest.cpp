@@ -4,60 +4,181 @@
 
 #include <sstream>
 
-using cimhttp::TextTable;
+#include "Listing.h"
+#include "TerminalText.h"
+
+using cimhttp::Cell;
+using cimhttp::DisplayWidth;
+using cimhttp::Folded;
+using cimhttp::Listing;
+using cimhttp::Printable;
+using cimhttp::TextStyle;
 
 namespace {
 
-std::string Written(const TextTable& table) {
+constexpr auto kLeft = Listing::Align::kLeft;
+constexpr auto kRight = Listing::Align::kRight;
+
+std::string Table(const Listing& listing, TextStyle style = {}) {
     std::ostringstream output;
-    table.Write(output);
+    cimhttp::WriteTable(listing, style, output);
     return output.str();
 }
 
-std::string Listed(const TextTable& table, std::size_t row) {
+std::vector<std::string> LeftOut(const Listing& listing, std::size_t width) {
     std::ostringstream output;
-    table.WriteRowAsList(row, output);
+    return cimhttp::WriteTable(listing, {width, false}, output);
+}
+
+std::string Lists(const Listing& listing, TextStyle style = {}) {
+    std::ostringstream output;
+    cimhttp::WriteLists(listing, style, output);
     return output.str();
+}
+
+std::size_t WidestLine(const std::string& text) {
+    std::istringstream lines(text);
+    std::size_t width = 0;
+    for (std::string line; std::getline(lines, line);) {
+        width = std::max(width, DisplayWidth(line));
+    }
+    return width;
+}
+
+Listing Disks() {
+    Listing listing({{"Name", kLeft, true}, {"Size", kRight}});
+    listing.AddRow({"sda", "7"});
+    listing.AddRow({"nvme0", "12345"});
+    return listing;
+}
+
+Listing WideListing() {
+    Listing listing({{"Key", kLeft, true}, {"Same"}, {"Copy"}, {"Number", kRight}, {"Text"}});
+    for (const char* key : {"a", "b", "c"}) {
+        listing.AddRow({key, "always the same", key, std::string(10, *key),
+                        std::string("some words to fold, ending with ") + key});
+    }
+    return listing;
 }
 
 } // namespace
 
+// --- Tables ------------------------------------------------------------------------------------------------------
+
 TEST(TextTable, AlignsTextsLeftAndNumbersRight) {
-    TextTable table;
-    table.AddColumn("Name", TextTable::Align::kLeft, {"sda", "nvme0"});
-    table.AddColumn("Size", TextTable::Align::kRight, {"7", "12345"});
-    EXPECT_EQ(Written(table), "Name    Size\n"
+    EXPECT_EQ(Table(Disks()), "Name    Size\n"
                               "-----  -----\n"
                               "sda        7\n"
                               "nvme0  12345\n");
-    EXPECT_EQ(table.Width(), 12U);
-    EXPECT_EQ(table.RowCount(), 2U);
 }
 
-TEST(TextTable, CountsCharactersNotBytes) {
-    TextTable table;
-    table.AddColumn("Ort", TextTable::Align::kLeft, {"K\xc3\xb6ln", "Bonn"});
-    table.AddColumn("X", TextTable::Align::kLeft, {"1", "2"});
-    EXPECT_EQ(Written(table), "Ort   X\n----  -\nK\xc3\xb6ln  1\nBonn  2\n");
+TEST(TextTable, AlignsWideAndCombiningCharacters) {
+    Listing listing({{"Ort"}, {"X"}});
+    listing.AddRow({"K\xc3\xb6ln", "1"});
+    listing.AddRow({"Ko\xcc\x88ln", "2"});             // o and a combining diaeresis
+    listing.AddRow({"\xe6\x9d\xb1\xe4\xba\xac", "3"}); // two wide characters
+    listing.AddRow({"\xf0\x9f\x98\x80", "4"});         // an emoji
+    EXPECT_EQ(Table(listing), "Ort   X\n----  -\n"
+                              "K\xc3\xb6ln  1\n"
+                              "Ko\xcc\x88ln  2\n"
+                              "\xe6\x9d\xb1\xe4\xba\xac  3\n"
+                              "\xf0\x9f\x98\x80    4\n");
 }
 
 TEST(TextTable, LeavesNoBlanksAtTheEndOfALine) {
-    TextTable table;
-    table.AddColumn("Name", TextTable::Align::kLeft, {"a", ""});
-    EXPECT_EQ(Written(table), "Name\n----\na\n\n");
+    Listing listing({{"Name"}, {"Empty"}});
+    listing.AddRow({"a", ""});
+    EXPECT_EQ(Table(listing), "Name  Empty\n----  -----\na\n");
 }
 
-TEST(TextTable, ShowsControlCharactersAsBlanks) {
-    TextTable table;
-    table.AddColumn("Name", TextTable::Align::kLeft, {"a\nb\x1b[31m\x7f"});
-    EXPECT_EQ(Written(table), "Name\n---------\na b [31m\n");
+TEST(TextTable, MarksNullAndTellsItFromAnEmptyText) {
+    Listing listing({{"Name"}, {"X"}});
+    listing.AddRow({"a", Cell::Null()});
+    listing.AddRow({"b", ""});
+    EXPECT_EQ(Table(listing), "Name  X\n----  -\na     -\nb\n");
 }
 
-TEST(TextTable, ARowAsAListLeavesEmptyTextsOut) {
-    TextTable table;
-    table.AddColumn("Name", TextTable::Align::kLeft, {"sda", "sdb"});
-    table.AddColumn("Vendor", TextTable::Align::kLeft, {"", "ACME"});
-    table.AddColumn("Size", TextTable::Align::kRight, {"1", "2"});
-    EXPECT_EQ(Listed(table, 0), "Name    sda\nSize    1\n");
-    EXPECT_EQ(Listed(table, 1), "Name    sdb\nVendor  ACME\nSize    2\n");
+TEST(TextTable, SendsNoControlCharactersToTheTerminal) {
+    Listing listing({{"Na\x1bme"}});
+    listing.AddRow({"a\nb\x1b[31m\x7f\xc2\x9b"
+                    "2J\xe2\x80\xae\xff"}); // a C1 control, a change of direction, a stray byte
+    EXPECT_EQ(Table(listing), "Na\xe2\x90\x9bme\n"
+                              "--------------\n"
+                              "a b\xe2\x90\x9b[31m\xe2\x90\xa1\xef\xbf\xbd"
+                              "2J\xef\xbf\xbd\xef\xbf\xbd\n");
+}
+
+TEST(TextTable, FoldsLongTextsAtBlanks) {
+    Listing listing({{"Name", kLeft, true}, {"Text"}});
+    listing.AddRow({"a", "one two three four five six seven"});
+    EXPECT_EQ(Table(listing, {30, false}), "Name  Text\n"
+                                           "----  ------------------------\n"
+                                           "a     one two three four five\n"
+                                           "      six seven\n");
+}
+
+TEST(TextTable, LeavesOutFirstWhatSaysNothingThenFromTheRightAndKeysLast) {
+    EXPECT_EQ(LeftOut(WideListing(), 0), std::vector<std::string>());
+    EXPECT_EQ(LeftOut(WideListing(), 200), std::vector<std::string>());
+    EXPECT_EQ(LeftOut(WideListing(), 60), (std::vector<std::string>{"Copy"}));
+    EXPECT_EQ(LeftOut(WideListing(), 43), (std::vector<std::string>{"Same", "Copy"}));
+    EXPECT_EQ(LeftOut(WideListing(), 20), (std::vector<std::string>{"Same", "Copy", "Text"}));
+    EXPECT_EQ(LeftOut(WideListing(), 4), (std::vector<std::string>{"Same", "Copy", "Number", "Text"}));
+}
+
+TEST(TextTable, NoLineIsWiderThanAllowed) {
+    Listing listing({{"AVeryLongHeading", kLeft, true}, {"Number", kRight}, {"Text"}});
+    listing.AddRow({std::string(70, 'x'), "1", "\xe6\x9d\xb1\xe4\xba\xac \xe6\x9d\xb1\xe4\xba\xac"});
+    listing.AddRow({"short", "123456789", std::string(300, 'y')});
+    for (std::size_t width = 2; width < 250; ++width) {
+        EXPECT_LE(WidestLine(Table(listing, {width, false})), width);
+        EXPECT_LE(WidestLine(Table(WideListing(), {width, false})), width);
+        EXPECT_LE(WidestLine(Lists(listing, {width + 2, false})), width + 2);
+    }
+}
+
+TEST(TextTable, ColoursHeadingsAndNullsWhenAllowed) {
+    Listing listing({{"A"}, {"B"}});
+    listing.AddRow({Cell::Null(), "x"});
+    EXPECT_EQ(Table(listing, {0, true}), "\x1b[1mA\x1b[0m  \x1b[1mB\x1b[0m\n"
+                                         "\x1b[2m-\x1b[0m  \x1b[2m-\x1b[0m\n"
+                                         "\x1b[2m-\x1b[0m  x\n");
+}
+
+// --- Lists -------------------------------------------------------------------------------------------------------
+
+TEST(TextTable, ListsHaveALineForEachTextAndAnEmptyOneBetweenRows) {
+    EXPECT_EQ(Lists(Disks()), "Name  sda\nSize  7\n\nName  nvme0\nSize  12345\n");
+}
+
+TEST(TextTable, ListsFoldTextsBelowThemselves) {
+    Listing listing({{"Name"}, {"Text"}});
+    listing.AddRow({"a", "one two three four"});
+    EXPECT_EQ(Lists(listing, {16, false}), "Name  a\nText  one two\n      three four\n");
+}
+
+// --- Texts -------------------------------------------------------------------------------------------------------
+
+TEST(TerminalText, FoldsAWordThatIsTooLongAnywhere) {
+    EXPECT_EQ(Folded("abcdef", 4), (std::vector<std::string>{"abcd", "ef"}));
+    EXPECT_EQ(Folded("ab abcdef", 4), (std::vector<std::string>{"ab", "abcd", "ef"}));
+    EXPECT_EQ(Folded("", 4), (std::vector<std::string>{""}));
+    EXPECT_EQ(Folded("a   ", 2), (std::vector<std::string>{"a"}));
+}
+
+TEST(TerminalText, KeepsACombiningMarkWithItsLetter) {
+    EXPECT_EQ(Folded("ao\xcc\x88g", 2), (std::vector<std::string>{"ao\xcc\x88", "g"}));
+}
+
+TEST(TerminalText, GivesACharacterWiderThanTheLineALineOfItsOwn) {
+    EXPECT_EQ(Folded("\xe6\x9d\xb1\xe4\xba\xac", 1), (std::vector<std::string>{"\xe6\x9d\xb1", "\xe4\xba\xac"}));
+}
+
+TEST(TerminalText, ReplacesWhatIsNotUtf8) {
+    const std::string replacement = "\xef\xbf\xbd";
+    EXPECT_EQ(Printable("\xc0\xaf"), replacement + replacement);                   // an overlong form
+    EXPECT_EQ(Printable("\xed\xa0\x80"), replacement + replacement + replacement); // a surrogate
+    EXPECT_EQ(Printable("\xe2\x82"), replacement + replacement);                   // a character cut short
+    EXPECT_EQ(Printable("\xf4\x90\x80\x80").size(), 4 * replacement.size());       // beyond Unicode
+    EXPECT_EQ(Printable("\xf0\x9f\x98\x80 \xe2\x82\xac"), "\xf0\x9f\x98\x80 \xe2\x82\xac");
 }

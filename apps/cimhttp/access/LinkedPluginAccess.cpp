@@ -2,6 +2,7 @@
 
 #include <boost/make_shared.hpp>
 
+#include "access/RemoteReader.h"
 #include "convert/RemoteText.h"
 #include "host/ICIMPropertyDecl.h"
 #include "model/TCimHTTPProperty.h"
@@ -12,6 +13,7 @@ namespace cimhttp {
 
 namespace {
 
+using NQORVYX20::ICIMInstance;
 using NQORVYX20::ICIMNamespace;
 using NQORVYX20::ICIMProperty;
 using NQORVYX20::ICIMPropertyDecl;
@@ -53,6 +55,22 @@ class LinkedPluginAccess : public PluginAccess {
             texts.push_back(NQORVYX20::ToStdString(names[i]));
         }
         return texts;
+    }
+
+    RemoteClass ReadClass(ICIMNamespace& name_space, const std::string& name) const override {
+        return ReadRemoteClass(dynamic_cast<TCimHTTPNamespace&>(name_space), name);
+    }
+
+    std::vector<RemoteClassName> ReadHierarchy(ICIMNamespace& name_space) const override {
+        return ReadRemoteHierarchy(dynamic_cast<TCimHTTPNamespace&>(name_space));
+    }
+
+    std::vector<RemoteQualifierDeclaration> ReadQualifierDeclarations(ICIMNamespace& name_space) const override {
+        return ReadRemoteQualifiers(dynamic_cast<TCimHTTPNamespace&>(name_space));
+    }
+
+    boost::shared_ptr<ICIMInstance> ReadInstance(ICIMNamespace& name_space, const std::string& path) const override {
+        return ReadRemoteInstance(dynamic_cast<TCimHTTPNamespace&>(name_space), path);
     }
 
     boost::shared_ptr<ICIMProperty> MakeProperty(const boost::shared_ptr<ICIMPropertyDecl const>& declaration,

@@ -6,7 +6,10 @@
 #include <string>
 #include <vector>
 
+#include "access/RemoteModel.h"
+
 namespace NQORVYX20 {
+class ICIMInstance;
 class ICIMNamespace;
 class ICIMProperty;
 class ICIMPropertyDecl;
@@ -35,6 +38,25 @@ class PluginAccess {
 
     /// The names of all classes of the server; empty after a failure, which is in the log.
     virtual std::vector<std::string> ClassNames(NQORVYX20::ICIMNamespace& name_space) const = 0;
+
+    // Here and below, up to ReadInstance, a RemoteFailure is thrown for what goes wrong remotely; the namespace stays
+    // as it was.
+
+    /// The definition of a class, with what it inherits. Throws std::invalid_argument for a text that is not a name.
+    virtual RemoteClass ReadClass(NQORVYX20::ICIMNamespace& name_space, const std::string& name) const = 0;
+
+    /// All classes of the server, in its order.
+    virtual std::vector<RemoteClassName> ReadHierarchy(NQORVYX20::ICIMNamespace& name_space) const = 0;
+
+    /// All qualifiers that the server declares, in its order.
+    virtual std::vector<RemoteQualifierDeclaration>
+    ReadQualifierDeclarations(NQORVYX20::ICIMNamespace& name_space) const = 0;
+
+    /// One instance, named by an object path (DSP0004 8.2), as an instance of its own class, which may be a subclass of
+    /// the one in the path. Values that the class does not allow are left out, and the log says so. Empty when its
+    /// class cannot be had, which the log explains. Throws std::invalid_argument for a text that is not a path.
+    virtual boost::shared_ptr<NQORVYX20::ICIMInstance> ReadInstance(NQORVYX20::ICIMNamespace& name_space,
+                                                                    const std::string& path) const = 0;
 
     /// A property with the plug-in's texts for people, see TCimHTTPProperty. Refers to the declaration weakly. Throws
     /// TVYXException 14 for a value that the declaration does not allow.

@@ -44,17 +44,15 @@ std::string ErrorMessage(const CimRequest& request, const CimError& error) {
 
 } // namespace
 
-std::optional<WholeAnswer> Answer(const CimService& service, const CimRequest& request, std::size_t limit) {
+std::optional<std::string> Answer(const CimService& service, const CimRequest& request, std::size_t limit) {
     std::string text;
     try {
-        auto error = StreamAnswer(service, request, [&](std::string_view portion) {
+        const auto error = StreamAnswer(service, request, [&](std::string_view portion) {
             if (text.size() + portion.size() > limit)
                 throw OutputClosed();
             text += portion;
         });
-        if (error)
-            text = ErrorMessage(request, *error);
-        return WholeAnswer{std::move(text), std::move(error)};
+        return error ? ErrorMessage(request, *error) : text;
     } catch (const OutputClosed&) {
         return std::nullopt;
     }

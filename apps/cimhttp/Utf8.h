@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace cimhttp {
+
+/// U+FFFD, which stands for what cannot be shown.
+constexpr char32_t kReplacementCharacter = 0xFFFD;
+
+struct Utf8Character {
+    char32_t value;
+    std::size_t size; ///< in bytes, at least 1
+};
+
+/// The character that begins at an offset below the text's size; U+FFFD of one byte where there is no good one
+/// (RFC 3629: overlong forms and surrogates are not).
+Utf8Character CharacterAt(std::string_view text, std::size_t offset);
+
+void AppendUtf8(char32_t character, std::string& text);
+
+/// True for what must not reach a terminal as it is: control characters, separators of lines and paragraphs, and
+/// characters that turn the direction of writing.
+bool IsControl(char32_t character);
+
+} // namespace cimhttp

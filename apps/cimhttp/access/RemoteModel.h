@@ -1,0 +1,91 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "host/TCIMValue.h"
+
+namespace cimhttp {
+
+// What a server says of classes and qualifiers. The object model keeps less: its classes have no superclass, and its
+// declarations no defaults, array sizes, referenced classes, and no qualifiers below the properties.
+
+/// The flavors of a qualifier (DSP0004 5.6.1).
+struct RemoteFlavor {
+    bool overridable = true;
+    bool to_subclass = true;
+    bool translatable = false;
+
+    friend bool operator==(const RemoteFlavor& left, const RemoteFlavor& right) {
+        return left.overridable == right.overridable && left.to_subclass == right.to_subclass &&
+               left.translatable == right.translatable;
+    }
+};
+
+struct RemoteQualifier {
+    std::string name;
+    NQORVYX20::TCIMValue value;
+    RemoteFlavor flavor;
+};
+
+/// The type of a property, parameter or method.
+struct RemoteType {
+    std::string name; ///< as in MOF, `uint16`; `string` for embedded objects
+    bool is_array = false;
+    unsigned array_size = 0;     ///< 0 for an array of any size
+    std::string reference_class; ///< of a reference; empty otherwise
+};
+
+struct RemoteParameter {
+    std::string name;
+    RemoteType type;
+    std::vector<RemoteQualifier> qualifiers;
+};
+
+struct RemoteProperty {
+    std::string name;
+    RemoteType type;
+    NQORVYX20::TCIMValue default_value;
+    std::string origin; ///< the class that introduced it
+    bool is_inherited = false;
+    std::vector<RemoteQualifier> qualifiers;
+};
+
+struct RemoteMethod {
+    std::string name;
+    RemoteType type;
+    std::string origin;
+    bool is_inherited = false;
+    std::vector<RemoteParameter> parameters;
+    std::vector<RemoteQualifier> qualifiers;
+};
+
+struct RemoteClass {
+    std::string name;
+    std::string superclass; ///< empty for a top class
+    std::vector<RemoteQualifier> qualifiers;
+    std::vector<RemoteProperty> properties;
+    std::vector<RemoteMethod> methods;
+};
+
+struct RemoteClassName {
+    std::string name;
+    std::string superclass; ///< empty for a top class
+};
+
+struct RemoteQualifierDeclaration {
+    std::string name;
+    RemoteType type;
+    NQORVYX20::TCIMValue default_value;
+    std::vector<std::string> scopes; ///< as in MOF, in lower case
+    RemoteFlavor flavor;
+};
+
+/// The server, or the way to it, failed. What it says is the client library's text.
+class RemoteFailure : public std::runtime_error {
+  public:
+    explicit RemoteFailure(const std::string& text) : std::runtime_error(text) {}
+};
+
+} // namespace cimhttp

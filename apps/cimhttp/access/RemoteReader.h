@@ -1,0 +1,28 @@
+#pragma once
+
+#include <boost/shared_ptr.hpp>
+
+#include <string>
+#include <vector>
+
+#include "access/RemoteModel.h"
+
+namespace NQORVYX20 {
+class ICIMInstance;
+class TCimHTTPNamespace;
+} // namespace NQORVYX20
+
+namespace cimhttp {
+
+// The reading behind PluginAccess, which says more.
+
+RemoteClass ReadRemoteClass(NQORVYX20::TCimHTTPNamespace& name_space, const std::string& name);
+
+std::vector<RemoteClassName> ReadRemoteHierarchy(NQORVYX20::TCimHTTPNamespace& name_space);
+
+std::vector<RemoteQualifierDeclaration> ReadRemoteQualifiers(NQORVYX20::TCimHTTPNamespace& name_space);
+
+boost::shared_ptr<NQORVYX20::ICIMInstance> ReadRemoteInstance(NQORVYX20::TCimHTTPNamespace& name_space,
+                                                              const std::string& path);
+
+} // namespace cimhttp
