@@ -10,6 +10,7 @@
 #include <exception>
 #include <fstream>
 #include <iostream>
+#include <optional>
 #include <stdexcept>
 #include <string>
 
@@ -23,6 +24,8 @@ struct Arguments {
     demo::DemoServerOptions server;
     std::string user;
     std::string passwordFile;
+    std::string usersFile;
+    std::string logFile;
     std::string certificateFile;
 };
 
@@ -37,11 +40,17 @@ void Declare(CLI::App& app, Arguments& arguments) {
     app.add_option("--volumes", arguments.server.volumes, "Number of storage volumes to make up")
         ->check(CLI::Range(std::size_t{0}, kMaxVolumes))
         ->capture_default_str();
-    app.add_option("--user", arguments.user,
-                   "Serve only this user; the password comes from --password-file or the variable " +
-                       std::string(kPasswordVariable));
+    auto* const user = app.add_option("--user", arguments.user,
+                                      "Serve only this user; the password comes from --password-file or the variable " +
+                                          std::string(kPasswordVariable));
     app.add_option("--password-file", arguments.passwordFile, "File whose first line is the user's password")
         ->check(CLI::ExistingFile);
+    app.add_option("--users", arguments.usersFile,
+                   "Serve only the users in this file: lines name:password, or name:hash as openssl passwd -6 makes it")
+        ->check(CLI::ExistingFile)
+        ->excludes(user);
+    app.add_option("--log", arguments.logFile,
+                   "Write a line for each request to this file, or to standard output for -");
     app.add_option("--certificate-out", arguments.certificateFile,
                    "Write the certificate of the HTTPS port to this file, for clients to trust");
 }
@@ -65,6 +74,40 @@ void WriteFile(const std::string& file, const std::string& text) {
         throw std::runtime_error("cannot write " + file);
 }
 
+demo::Users ReadUsers(const Arguments& arguments) {
+    demo::Users users;
+    if (!arguments.user.empty())
+        users.Add(arguments.user, ReadPassword(arguments.passwordFile));
+    if (arguments.usersFile.empty())
+        return users;
+    std::ifstream stream(arguments.usersFile);
+    if (!stream)
+        throw std::runtime_error("cannot read " + arguments.usersFile);
+    return demo::Users::Read(stream, arguments.usersFile);
+}
+
+/// The access log with its file.
+class LogFile {
+  public:
+    /// Nothing is logged without a name. Appends to a file.
+    explicit LogFile(const std::string& name) {
+        if (name.empty())
+            return;
+        if (name != "-") {
+            file_.open(name, std::ios::app);
+            if (!file_)
+                throw std::runtime_error("cannot write " + name);
+        }
+        log_.emplace(name == "-" ? std::cout : file_);
+    }
+
+    demo::AccessLog* Get() { return log_ ? &*log_ : nullptr; }
+
+  private:
+    std::ofstream file_;
+    std::optional<demo::AccessLog> log_;
+};
+
 void Serve(Arguments arguments) {
     // Every thread inherits the mask, so that the signals wait for sigwait().
     sigset_t signals;
@@ -73,8 +116,9 @@ void Serve(Arguments arguments) {
     sigaddset(&signals, SIGINT);
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
 
-    if (!arguments.user.empty())
-        arguments.server.credentials.emplace(arguments.user, ReadPassword(arguments.passwordFile));
+    LogFile log(arguments.logFile);
+    arguments.server.accessLog = log.Get();
+    arguments.server.users = ReadUsers(arguments);
     const demo::DemoServer server(std::move(arguments.server));
     if (!arguments.certificateFile.empty())
         WriteFile(arguments.certificateFile, server.CertificatePem());

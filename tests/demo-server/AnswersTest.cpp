@@ -58,14 +58,15 @@ TEST(Answers, AFailureInTheMiddleLeavesAStreamedAnswerWellFormed) {
     EXPECT_TRUE(document.load_string(text.c_str()));
     EXPECT_NE(text.find("VALUE.NAMEDINSTANCE"), std::string::npos);
 
-    const std::string whole = *demo::Answer(service, request);
+    const std::string whole = demo::Answer(service, request)->text;
     EXPECT_EQ(whole.find("VALUE.NAMEDINSTANCE"), std::string::npos);
     EXPECT_NE(whole.find("ERROR CODE=\"1\""), std::string::npos);
 }
 
 TEST(Answers, AFailureInTheMiddleReachesTheClientInTheTrailersOrInsteadOfTheAnswer) {
     const demo::CimService service = BrokenService();
-    const demo::HttpListener listener(service, support::LoopbackAddress(), kPort, nullptr, nullptr);
+    const demo::Users users;
+    const demo::HttpListener listener(service, users, nullptr, support::LoopbackAddress(), kPort, nullptr);
     for (const char* const method : {"EnumerateInstances", "EnumerateInstanceNames"}) {
         const auto streamed = AskOverHttp(method, exchange::ClassName("DEMO_AllTypes"), true);
         EXPECT_THAT(streamed.body, testing::HasSubstr("<KEYVALUE VALUETYPE=\"string\">only</KEYVALUE>"));
@@ -112,7 +113,8 @@ TEST(Answers, KeysThatAreNoTextsAreComparedByValue) {
     demo::InstanceProviders providers;
     providers.push_back(std::make_unique<NumberedProvider>());
     const demo::CimService service(demo::ReadSchema(kNumberedClass), std::move(providers), "demo.example");
-    const demo::HttpListener listener(service, support::LoopbackAddress(), kPort, nullptr, nullptr);
+    const demo::Users users;
+    const demo::HttpListener listener(service, users, nullptr, support::LoopbackAddress(), kPort, nullptr);
     const auto get = [](const std::string& number, const std::string& even) {
         const auto key = [](const std::string& name, const std::string& value) {
             return "<KEYBINDING NAME=\"" + name + "\"><KEYVALUE>" + value + "</KEYVALUE></KEYBINDING>";

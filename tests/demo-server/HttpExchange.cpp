@@ -158,6 +158,8 @@ Response Session::Send(const std::string& request) {
     }
 }
 
+void Session::WaitForAnswer() { ReadSome(); }
+
 bool Session::IsClosed() {
     char byte = 0;
     return pending_.empty() && ::recv(handle_, &byte, 1, 0) == 0;

@@ -45,6 +45,9 @@ class Session {
     /// Sends a request and reads one answer. Throws std::runtime_error when there is no whole answer.
     Response Send(const std::string& request);
 
+    /// Waits for the first bytes of an answer, and leaves the others where they are.
+    void WaitForAnswer();
+
     /// Whether the server has closed the connection, or does so before it sends anything.
     bool IsClosed();
 

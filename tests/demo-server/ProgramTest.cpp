@@ -1,6 +1,8 @@
 #include "HttpExchange.h"
 
 #include "support/LoopbackAddress.h"
+#include "support/ProgramRun.h"
+#include "support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -131,6 +133,40 @@ TEST(Program, TakesThePasswordFromAFile) {
     headers["Authorization"] = "Basic YTpi";
     EXPECT_EQ(exchange::Send(exchange::Post(headers, exchange::OperationBody("EnumerateClassNames"))).status, 200);
     ::unlink(file.c_str());
+}
+
+TEST(Program, TakesUsersFromAFileAndLogsWhatTheyAskFor) {
+    const support::TemporaryDirectory directory;
+    const std::string users = directory.WriteFile("users", "# who may\na:b\n");
+    const std::string log = (directory.Path() / "log").string();
+    const std::string address = support::LoopbackAddress();
+    Program program({"--address", address, "--users", users, "--log", log});
+    program.ReadLine();
+    program.ReadLine();
+    EXPECT_EQ(exchange::Send(Request()).status, 401);
+    auto headers = exchange::OperationHeaders("EnumerateClassNames");
+    headers["Authorization"] = "Basic YTpi";
+    EXPECT_EQ(exchange::Send(exchange::Post(headers, exchange::OperationBody("EnumerateClassNames"))).status, 200);
+    program.Signal(SIGTERM);
+    EXPECT_EQ(program.Wait(), 0);
+    EXPECT_THAT(support::ReadFile(log),
+                testing::AllOf(HasSubstr(" - - - 401 - "), HasSubstr(" a EnumerateClassNames - 200 0 ")));
+}
+
+TEST(Program, LogsToItsOutput) {
+    Program program({"--address", support::LoopbackAddress(), "--log", "-"});
+    program.ReadLine();
+    program.ReadLine();
+    exchange::Send(Request());
+    EXPECT_THAT(program.ReadLine(), HasSubstr(" - EnumerateClassNames - 200 0 "));
+}
+
+TEST(Program, EndsWithTheLineOfAUserThatIsNone) {
+    const support::TemporaryDirectory directory;
+    const std::string users = directory.WriteFile("users", "a:b\nnobody\n");
+    Program program({"--address", support::LoopbackAddress(), "--users", users});
+    EXPECT_EQ(program.ReadAll(), "demo-server: " + users + ":2: no colon; a line must be name:password\n");
+    EXPECT_EQ(program.Wait(), 1);
 }
 
 TEST(Program, WantsAPasswordForAUser) {

@@ -1,6 +1,8 @@
 #include "HttpExchange.h"
 
+#include "server/AccessLog.h"
 #include "server/Connection.h"
+#include "server/ConnectionThreads.h"
 #include "server/DemoServer.h"
 #include "support/LoopbackAddress.h"
 
@@ -10,6 +12,7 @@
 #include <array>
 #include <cstdio>
 #include <memory>
+#include <sstream>
 #include <thread>
 #include <vector>
 
@@ -24,7 +27,8 @@ using exchange::Send;
 using exchange::SendAll;
 using testing::HasSubstr;
 
-constexpr std::size_t kVolumes = 2000;
+/// Enough for an answer that is longer than what the server keeps in memory.
+constexpr std::size_t kVolumes = 1200;
 
 demo::DemoServerOptions Options() {
     demo::DemoServerOptions options;
@@ -110,11 +114,17 @@ TEST_F(Server, StreamsALongAnswerAlsoToAClientThatDoesNotAskForTrailers) {
     EXPECT_EQ(Count(response.body, "<VALUE.NAMEDINSTANCE>"), kVolumes);
 }
 
-TEST_F(Server, RefusesHeadersBeyondTheLimit) {
-    std::string request = "POST /cimom HTTP/1.1\r\n";
-    while (request.size() <= demo::Connection::kMaxHeaderBytes)
-        request += "X-Filler: " + std::string(100, 'x') + "\r\n";
-    EXPECT_EQ(Send(request + "\r\n").status, 400);
+TEST_F(Server, RefusesHeadersBeyondTheLimits) {
+    std::string many = "POST /cimom HTTP/1.1\r\n";
+    while (many.size() <= demo::Connection::kMaxHeaderBytes)
+        many += "X-Filler: " + std::string(100, 'x') + "\r\n";
+    EXPECT_EQ(Send(many + "\r\n").status, 431);
+    const auto withHeader = [](std::size_t length) {
+        const std::string name = "X-Filler: ";
+        return Send(GetClass("CIM_System", {{"X-Filler", std::string(length - name.size(), 'x')}})).status;
+    };
+    EXPECT_EQ(withHeader(demo::Connection::kMaxHeaderLine / 2), 200);
+    EXPECT_EQ(withHeader(demo::Connection::kMaxHeaderLine + 1), 431);
     EXPECT_EQ(Send(GetClass("CIM_System")).status, 200);
 }
 
@@ -134,6 +144,18 @@ TEST_F(Server, ServesRequestsThatArriveTogether) {
         SendAll({GetClass("CIM_System", {{"Connection", "keep-alive"}}) + GetClass("CIM_Memory"), ""});
     EXPECT_THAT(responses[0].body, HasSubstr("\"CIM_System\""));
     EXPECT_THAT(responses[1].body, HasSubstr("\"CIM_Memory\""));
+}
+
+TEST_F(Server, ServesMoreConnectionsThanItHasThreads) {
+    std::vector<std::unique_ptr<exchange::Session>> clients;
+    for (std::size_t i = 0; i < demo::ConnectionThreads::kMaxConnections + 20; ++i) {
+        clients.push_back(std::make_unique<exchange::Session>());
+        clients.back()->Write(GetClass("CIM_System"));
+    }
+    for (auto& client : clients) {
+        EXPECT_EQ(client->Send("").status, 200);
+        client.reset();
+    }
 }
 
 TEST_F(Server, ServesManyConnectionsAtOnce) {
@@ -264,9 +286,59 @@ TEST_F(Server, SaysWhichPortIsInUse) {
     }
 }
 
+/// The status of the answer to a request that is wrong in every way that comes behind a first one.
+std::string StatusOfWrong(const std::string& path, Headers headers, const std::string& body) {
+    auto request = Post(headers, body);
+    request.replace(request.find("/cimom"), 6, path);
+    const auto response = Send(request);
+    const auto error = response.headers.find("cimerror");
+    return std::to_string(response.status) + (error == response.headers.end() ? "" : ' ' + error->second);
+}
+
+TEST(ServerWithCredentials, AnswersWithTheFirstOfSeveralErrors) {
+    auto options = Options();
+    options.users.Add("a", "b");
+    const demo::DemoServer server(std::move(options));
+    // From the outside to the inside: path, method of HTTP, length, type of the body, user, operation, version, XML.
+    Headers headers{{"Content-Type", "text/plain"}, {"CIMOperation", "x"}, {"CIMProtocolVersion", "9.0"}};
+    std::string body(demo::Connection::kMaxBodyBytes + 1, ' ');
+    EXPECT_EQ(StatusOfWrong("/other", headers, body), "404");
+    EXPECT_EQ(StatusOfWrong("/cimom", headers, body), "415");
+    headers["Content-Type"] = "text/xml";
+    EXPECT_EQ(StatusOfWrong("/cimom", headers, body), "413");
+    body = "<CIM CIMVERSION=\"3.0\"";
+    EXPECT_EQ(StatusOfWrong("/cimom", headers, body), "401");
+    headers["Authorization"] = "Basic YTpi";
+    EXPECT_EQ(StatusOfWrong("/cimom", headers, body), "400 unsupported-operation");
+    headers["CIMOperation"] = "MethodCall";
+    EXPECT_EQ(StatusOfWrong("/cimom", headers, body), "501 unsupported-protocol-version");
+    headers["CIMProtocolVersion"] = "1.0";
+    EXPECT_EQ(StatusOfWrong("/cimom", headers, body), "400 request-not-well-formed");
+    body = "<CIM CIMVERSION=\"3.0\" DTDVERSION=\"3.0\"><MESSAGE PROTOCOLVERSION=\"2.0\"><MULTIREQ/></MESSAGE></CIM>";
+    EXPECT_EQ(StatusOfWrong("/cimom", headers, body), "501 unsupported-cim-version");
+    body.replace(body.find("3.0"), 3, "2.0");
+    EXPECT_EQ(StatusOfWrong("/cimom", headers, body), "501 unsupported-dtd-version");
+    body.replace(body.find("3.0"), 3, "2.0");
+    EXPECT_EQ(StatusOfWrong("/cimom", headers, body), "501 unsupported-protocol-version");
+    body.replace(body.find("\"2.0\"><MULTIREQ"), 5, "\"1.0\"");
+    EXPECT_EQ(StatusOfWrong("/cimom", headers, body), "501 multiple-requests-unsupported");
+    EXPECT_EQ(StatusOfWrong("/cimom", headers, OperationBody("GetClass")), "400 header-mismatch");
+}
+
+TEST(ServerWithCredentials, ServesSeveralUsers) {
+    auto options = Options();
+    options.users.Add("a", "b");
+    options.users.Add("c", "d");
+    const demo::DemoServer server(std::move(options));
+    EXPECT_EQ(Send(GetClass("CIM_System", {{"Authorization", "Basic YTpi"}})).status, 200);
+    EXPECT_EQ(Send(GetClass("CIM_System", {{"Authorization", "Basic Yzpk"}})).status, 200);
+    // a:d
+    EXPECT_EQ(Send(GetClass("CIM_System", {{"Authorization", "Basic YTpk"}})).status, 401);
+}
+
 TEST(ServerWithCredentials, ServesOnlyTheOneWhoHasThem) {
     auto options = Options();
-    options.credentials.emplace("admin", "s3cret:with colon");
+    options.users.Add("admin", "s3cret:with colon");
     const demo::DemoServer server(std::move(options));
     const auto refused = Send(GetClass("CIM_System"));
     EXPECT_EQ(refused.status, 401);
@@ -281,7 +353,7 @@ TEST(ServerWithCredentials, ServesOnlyTheOneWhoHasThem) {
 
 TEST(ServerWithCredentials, KeepsTheConnectionForTheSecondAttempt) {
     auto options = Options();
-    options.credentials.emplace("a", "b");
+    options.users.Add("a", "b");
     const demo::DemoServer server(std::move(options));
     const auto responses = SendAll({GetClass("CIM_System", {{"Connection", "keep-alive"}}),
                                     GetClass("CIM_System", {{"Authorization", "Basic YTpi"}})});
@@ -294,6 +366,101 @@ TEST(ServerStop, FreesThePortsForTheNextServer) {
         const demo::DemoServer server(Options());
         EXPECT_EQ(Send(GetClass("CIM_System")).status, 200);
     }
+}
+
+std::string EnumerateVolumes() {
+    return Post(With(OperationHeaders("EnumerateInstances"), "TE", "trailers"),
+                OperationBody("EnumerateInstances", ClassName("CIM_StorageVolume")));
+}
+
+TEST(ServerStop, LetsAnAnswerThatIsOnItsWayArrive) {
+    auto server = std::make_unique<demo::DemoServer>(Options());
+    exchange::Session client;
+    client.Write(EnumerateVolumes());
+    client.WaitForAnswer();
+    std::thread stop([&server] { server.reset(); });
+    const auto response = client.Send("");
+    stop.join();
+    EXPECT_EQ(Count(response.body, "</VALUE.NAMEDINSTANCE>"), kVolumes);
+    EXPECT_THAT(response.body, HasSubstr("</CIM>"));
+}
+
+TEST(ServerStop, DoesNotWaitForAClientThatDoesNotRead) {
+    auto server = std::make_unique<demo::DemoServer>(Options());
+    exchange::Session client;
+    client.Write(EnumerateVolumes());
+    client.WaitForAnswer();
+    // Would not end otherwise.
+    server.reset();
+    EXPECT_THROW(client.Send(""), std::runtime_error);
+}
+
+/// Lines of a log without what changes from run to run: time, length and duration.
+std::vector<std::string> StableColumns(const std::string& log) {
+    std::vector<std::string> lines;
+    std::istringstream stream(log);
+    for (std::string line; std::getline(stream, line);) {
+        const auto begin = line.find(' ') + 1;
+        const auto end = line.rfind(' ', line.rfind(' ') - 1);
+        lines.push_back(line.substr(begin, end - begin));
+    }
+    return lines;
+}
+
+TEST(ServerLog, HasALineForEachRequest) {
+    std::ostringstream text;
+    demo::AccessLog log(text);
+    const std::string address = support::LoopbackAddress();
+    {
+        auto options = Options();
+        options.accessLog = &log;
+        options.users.Add("a", "b");
+        const demo::DemoServer server(std::move(options));
+        const Headers user{{"Authorization", "Basic YTpi"}};
+        auto trailers = user;
+        trailers["TE"] = "trailers";
+        Send(GetClass("CIM_System", user));
+        Send(GetClass("CIM_System"));
+        Send(GetClass("No Such", user));
+        Send(GetClass("NoSuch", trailers));
+        Send(Post(With(With(OperationHeaders("EnumerateInstances"), "TE", "trailers"), "Authorization", "Basic YTpi"),
+                  OperationBody("EnumerateInstances", ClassName("DEMO_StorageVolume"))));
+        Send(Post(With(OperationHeaders("x"), "Authorization", "Basic YTpi"), "no XML"));
+        Send("GET /other HTTP/1.1\r\n\r\n");
+        Send("nonsense\r\n\r\n");
+    }
+    auto lines = StableColumns(text.str());
+    ASSERT_EQ(lines.size(), 8U) << text.str();
+    for (auto& line : lines) {
+        EXPECT_THAT(line, testing::StartsWith("127."));
+        line.erase(0, line.find(' ') + 1);
+    }
+    // An answer can be with its client before its line is in the log, and the next one's line ahead of it.
+    EXPECT_THAT(lines, testing::UnorderedElementsAre("a GetClass CIM_System 200 0", "- - - 401 -",
+                                                     "a GetClass No%20Such 200 6", "a GetClass NoSuch 200 6",
+                                                     "a EnumerateInstances DEMO_StorageVolume 200 0", "a - - 400 -",
+                                                     "- - - 404 -", "- - - 400 -"));
+}
+
+TEST(ServerLog, SaysWhenHowLongAndHowMuch) {
+    std::ostringstream text;
+    demo::AccessRecord record;
+    record.begin = std::chrono::system_clock::from_time_t(1'767'225'600) + std::chrono::milliseconds(7);
+    record.client = "::1";
+    record.user = "a b";
+    record.operation = "GetInstance";
+    record.object = "CIM_System";
+    record.httpStatus = 200;
+    record.cimStatus = "6";
+    record.bytes = 12345;
+    record.duration = std::chrono::microseconds(1260);
+    demo::AccessLog(text).Write(record);
+    EXPECT_EQ(text.str(), "2026-01-01T00:00:00.007Z ::1 a%20b GetInstance CIM_System 200 6 12345 1.3\n");
+    text.str("");
+    demo::AccessRecord broken;
+    broken.begin = std::chrono::system_clock::from_time_t(1'767'225'600);
+    demo::AccessLog(text).Write(broken);
+    EXPECT_EQ(text.str(), "2026-01-01T00:00:00.000Z - - - - - - 0 0.0\n");
 }
 
 TEST(ServerStop, ClosesIdleConnections) {

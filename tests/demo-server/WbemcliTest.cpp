@@ -97,7 +97,7 @@ class Wbemcli : public testing::TestWithParam<Transport> {
         demo::DemoServerOptions options;
         options.address = support::LoopbackAddress();
         options.volumes = kVolumes;
-        options.credentials.emplace("a user", "pass word");
+        options.users.Add("a user", "pass word");
         return options;
     }
 

@@ -44,15 +44,17 @@ std::string ErrorMessage(const CimRequest& request, const CimError& error) {
 
 } // namespace
 
-std::optional<std::string> Answer(const CimService& service, const CimRequest& request, std::size_t limit) {
+std::optional<WholeAnswer> Answer(const CimService& service, const CimRequest& request, std::size_t limit) {
     std::string text;
     try {
-        const auto error = StreamAnswer(service, request, [&](std::string_view portion) {
+        auto error = StreamAnswer(service, request, [&](std::string_view portion) {
             if (text.size() + portion.size() > limit)
                 throw OutputClosed();
             text += portion;
         });
-        return error ? ErrorMessage(request, *error) : text;
+        if (error)
+            text = ErrorMessage(request, *error);
+        return WholeAnswer{std::move(text), std::move(error)};
     } catch (const OutputClosed&) {
         return std::nullopt;
     }

@@ -12,9 +12,15 @@
 
 namespace demo {
 
-/// Carries out an operation and returns the whole response message; nothing if it is longer than a limit. An error
-/// stands in it as an ERROR element.
-std::optional<std::string> Answer(const CimService& service, const CimRequest& request,
+/// A whole response message.
+struct WholeAnswer {
+    std::string text;
+    /// What stands in it as an ERROR element, nothing for success.
+    std::optional<CimError> error;
+};
+
+/// Carries out an operation and returns the whole response message; nothing if it is longer than a limit.
+std::optional<WholeAnswer> Answer(const CimService& service, const CimRequest& request,
                                   std::size_t limit = std::numeric_limits<std::size_t>::max());
 
 /// Carries out an operation and writes the response message while it comes about. The caller tells the peer about the

@@ -1,6 +1,7 @@
 #include "server/Connection.h"
 
 #include <fcntl.h>
+#include <netdb.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -57,6 +58,8 @@ bool Connection::WaitForRequest() {
         return false;
     allowance_ = kMaxHeaderBytes;
     headerEnd_ = 0;
+    headerLine_ = 0;
+    hasTooLongHeaders_ = false;
     const auto idleDeadline = Clock::now() + kIdleLimit;
     while (begin_ == end_) {
         if (stop_.IsRaised())
@@ -77,8 +80,10 @@ ssize_t Connection::Read(char* data, std::size_t size) {
     if (begin_ == end_ && !Fill(requestDeadline_))
         return wanted_ == kNothing ? 0 : -1;
     const std::size_t count = std::min({size, end_ - begin_, allowance_});
-    if (count == 0)
+    if (count == 0) {
+        hasTooLongHeaders_ = headerEnd_ < kEndOfHeader.size();
         return -1;
+    }
     std::memcpy(data, buffer_.data() + begin_, count);
     begin_ += count;
     allowance_ -= count;
@@ -92,11 +97,24 @@ ssize_t Connection::Write(const char* data, std::size_t size) {
         if (LimitedByStop(deadline) < Clock::now())
             return -1;
         const ssize_t count = TryWrite(data, size);
-        if (count > 0)
+        if (count > 0) {
+            writtenBytes_ += static_cast<std::uint64_t>(count);
             return count;
+        }
         if (wanted_ == kNothing || !Wait(wanted_, deadline, false))
             return -1;
     }
+}
+
+std::string Connection::PeerAddress() const {
+    sockaddr_storage address{};
+    socklen_t size = sizeof(address);
+    std::array<char, NI_MAXHOST> text{};
+    auto* const generic = reinterpret_cast<sockaddr*>(&address);
+    if (::getpeername(socket_, generic, &size) != 0 ||
+        ::getnameinfo(generic, size, text.data(), text.size(), nullptr, 0, NI_NUMERICHOST) != 0)
+        return "";
+    return text.data();
 }
 
 bool Connection::Handshake() {
@@ -132,6 +150,8 @@ bool Connection::Fill(Clock::time_point deadline) {
 /// Behind the empty line that ends the headers, the request may be as long as a body.
 void Connection::CountHeader(const char* data, std::size_t size) {
     for (std::size_t i = 0; i < size && headerEnd_ < kEndOfHeader.size(); ++i) {
+        headerLine_ = data[i] == '\n' ? 0 : headerLine_ + 1;
+        hasTooLongHeaders_ = hasTooLongHeaders_ || headerLine_ > kMaxHeaderLine;
         headerEnd_ = data[i] == kEndOfHeader[headerEnd_] ? headerEnd_ + 1 : data[i] == '\r' ? 1 : 0;
         if (headerEnd_ == kEndOfHeader.size())
             allowance_ += kMaxBodyBytes;

@@ -9,8 +9,10 @@
 #include <array>
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
 
 namespace demo {
 
@@ -18,8 +20,10 @@ namespace demo {
 /// request has a time limit and may be so long, and all waiting ends soon when the server stops.
 class Connection {
   public:
-    /// The longest headers of a request, and the longest rest of it, in bytes as they arrive.
+    /// The longest headers of a request, the longest one of them, and the longest rest of the request, in bytes as they
+    /// arrive.
     static constexpr std::size_t kMaxHeaderBytes = std::size_t{64} * 1024;
+    static constexpr std::size_t kMaxHeaderLine = std::size_t{8} * 1024;
     static constexpr std::size_t kMaxBodyBytes = std::size_t{4} * 1024 * 1024;
 
     /// Takes over the socket. With a TLS context, which must outlive the connection, WaitForRequest() begins with the
@@ -41,6 +45,15 @@ class Connection {
     ssize_t Write(const char* data, std::size_t size);
 
     int Socket() const { return socket_; }
+
+    /// Whether the headers of the request exceed a limit.
+    bool HasTooLongHeaders() const { return hasTooLongHeaders_; }
+
+    /// All bytes that Write() has written.
+    std::uint64_t WrittenBytes() const { return writtenBytes_; }
+
+    /// The client's IP address; empty if it has gone.
+    std::string PeerAddress() const;
 
   private:
     using Clock = std::chrono::steady_clock;
@@ -66,6 +79,9 @@ class Connection {
     std::size_t end_ = 0;
     std::size_t allowance_ = 0;
     std::size_t headerEnd_ = 0;
+    std::size_t headerLine_ = 0;
+    bool hasTooLongHeaders_ = false;
+    std::uint64_t writtenBytes_ = 0;
     Clock::time_point requestDeadline_;
     std::optional<Clock::time_point> stopDeadline_;
 };

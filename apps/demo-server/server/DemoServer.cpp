@@ -10,10 +10,6 @@ namespace demo {
 
 namespace {
 
-const Credentials* Pointer(const std::optional<Credentials>& credentials) {
-    return credentials ? &*credentials : nullptr;
-}
-
 CimService MakeService(std::size_t volumes) {
     const SystemFiles files("/");
     Schema schema = BuiltInSchema();
@@ -27,7 +23,7 @@ DemoServer::DemoServer(DemoServerOptions options)
     : options_(std::move(options)),
       service_(MakeService(options_.volumes)),
       certificate_(options_.address),
-      http_(service_, options_.address, options_.httpPort, Pointer(options_.credentials), nullptr),
-      https_(service_, options_.address, options_.httpsPort, Pointer(options_.credentials), &certificate_) {}
+      http_(service_, options_.users, options_.accessLog, options_.address, options_.httpPort, nullptr),
+      https_(service_, options_.users, options_.accessLog, options_.address, options_.httpsPort, &certificate_) {}
 
 } // namespace demo

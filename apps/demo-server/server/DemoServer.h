@@ -1,12 +1,12 @@
 #pragma once
 
+#include "server/AccessLog.h"
 #include "server/Certificate.h"
 #include "server/CimService.h"
-#include "server/Credentials.h"
 #include "server/HttpListener.h"
+#include "server/Users.h"
 
 #include <cstddef>
-#include <optional>
 #include <string>
 
 namespace demo {
@@ -15,8 +15,10 @@ struct DemoServerOptions {
     std::string address = "127.0.0.1";
     int httpPort = 5988;
     int httpsPort = 5989;
-    /// Who may come in; everybody without.
-    std::optional<Credentials> credentials;
+    /// Who may come in; everybody if there are none.
+    Users users;
+    /// Where each request is logged; null for nowhere. It must outlive the server.
+    AccessLog* accessLog = nullptr;
     /// The number of instances of DEMO_StorageVolume.
     std::size_t volumes = 0;
 };

@@ -3,6 +3,7 @@
 #include "server/Answer.h"
 #include "server/ChunkedBody.h"
 #include "server/Connection.h"
+#include "server/ConnectionThreads.h"
 #include "server/StopSignal.h"
 #include "wire/CimError.h"
 #include "wire/CimRequest.h"
@@ -14,16 +15,14 @@
 
 #include <algorithm>
 #include <array>
-#include <atomic>
 #include <cerrno>
-#include <condition_variable>
 #include <cstring>
-#include <deque>
+#include <limits>
+#include <map>
 #include <mutex>
 #include <optional>
 #include <thread>
 #include <utility>
-#include <vector>
 
 namespace demo {
 
@@ -32,7 +31,6 @@ namespace {
 constexpr const char* kPath = "/cimom";
 constexpr const char* kXmlType = "application/xml; charset=utf-8";
 
-constexpr std::size_t kMaxConnections = 256;
 /// An answer up to this size has a Content-Length; a longer one is not kept in memory.
 constexpr std::size_t kMaxBufferedAnswer = std::size_t{4} * 1024 * 1024;
 
@@ -43,52 +41,16 @@ constexpr int kNotFound = 404;
 constexpr int kMethodNotAllowed = 405;
 constexpr int kPayloadTooLarge = 413;
 constexpr int kUnsupportedMediaType = 415;
+constexpr int kHeadersTooLarge = 431;
 constexpr int kNotImplemented = 501;
 
-/// One thread for each connection, started when it is needed and used again, up to a limit; connections beyond it wait.
-class ConnectionThreads : public httplib::TaskQueue {
+class TaskQueue : public httplib::TaskQueue {
   public:
-    void enqueue(std::function<void()> connection) override {
-        const std::lock_guard<std::mutex> lock(mutex_);
-        waiting_.push_back(std::move(connection));
-        if (waiting_.size() > idle_ && threads_.size() < kMaxConnections)
-            threads_.emplace_back([this] { Run(); });
-        changed_.notify_one();
-    }
-
-    void shutdown() override {
-        {
-            const std::lock_guard<std::mutex> lock(mutex_);
-            isOver_ = true;
-        }
-        changed_.notify_all();
-        for (auto& thread : threads_)
-            thread.join();
-    }
+    void enqueue(std::function<void()> connection) override { threads_.Enqueue(std::move(connection)); }
+    void shutdown() override { threads_.Shutdown(); }
 
   private:
-    void Run() {
-        std::unique_lock<std::mutex> lock(mutex_);
-        for (;;) {
-            ++idle_;
-            changed_.wait(lock, [this] { return isOver_ || !waiting_.empty(); });
-            --idle_;
-            if (waiting_.empty())
-                return;
-            const auto connection = std::move(waiting_.front());
-            waiting_.pop_front();
-            lock.unlock();
-            connection();
-            lock.lock();
-        }
-    }
-
-    std::mutex mutex_;
-    std::condition_variable changed_;
-    std::deque<std::function<void()>> waiting_;
-    std::vector<std::thread> threads_;
-    std::size_t idle_ = 0;
-    bool isOver_ = false;
+    ConnectionThreads threads_;
 };
 
 /// What httplib reads from and writes to.
@@ -100,7 +62,7 @@ class ConnectionStream : public httplib::Stream {
     bool is_writable() const override { return true; }
     ssize_t read(char* data, std::size_t size) override { return connection_.Read(data, size); }
     ssize_t write(const char* data, std::size_t size) override { return connection_.Write(data, size); }
-    // Nobody asks who the client is.
+    // Nobody asks httplib who the client is.
     void get_remote_ip_and_port(std::string& /*ip*/, int& /*port*/) const override {}
     void get_local_ip_and_port(std::string& /*ip*/, int& /*port*/) const override {}
     socket_t socket() const override { return connection_.Socket(); }
@@ -109,25 +71,79 @@ class ConnectionStream : public httplib::Stream {
     Connection& connection_;
 };
 
+/// A request and its answer, from the first byte to the last.
+struct Exchange {
+    Connection& connection;
+    AccessRecord record;
+};
+
+/// The exchanges that are under way. A connection has a thread of its own, by which a handler finds its exchange:
+/// httplib hands it nothing of the connection.
+class Exchanges {
+  public:
+    void Begin(Exchange& exchange) {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        exchanges_[std::this_thread::get_id()] = &exchange;
+    }
+
+    void End() {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        exchanges_.erase(std::this_thread::get_id());
+    }
+
+    Exchange& OfThisThread() const {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        return *exchanges_.at(std::this_thread::get_id());
+    }
+
+  private:
+    mutable std::mutex mutex_;
+    std::map<std::thread::id, Exchange*> exchanges_;
+};
+
 /// httplib's server over connections of our own: it has no limit for headers and for the time that a request takes, and
 /// does not stop before its idle connections end by themselves.
 class Server : public httplib::Server {
   public:
-    Server(SSL_CTX* context, const StopSignal& stop) : context_(context), stop_(stop) {}
+    Server(SSL_CTX* context, const StopSignal& stop, AccessLog* log) : context_(context), stop_(stop), log_(log) {}
+
+    /// That of the calling handler.
+    Exchange& CurrentExchange() const { return exchanges_.OfThisThread(); }
 
   private:
     bool process_and_close_socket(socket_t socket) override {
         Connection connection(socket, context_, stop_);
-        ConnectionStream stream(connection);
+        const std::string client = connection.PeerAddress();
         bool isClosing = false;
-        while (!isClosing && connection.WaitForRequest())
-            if (!process_request(stream, stop_.IsRaised(), isClosing, nullptr))
+        while (!isClosing && connection.WaitForRequest()) {
+            Exchange exchange{connection, {}};
+            exchange.record.begin = std::chrono::system_clock::now();
+            exchange.record.client = client;
+            if (!Process(exchange, isClosing))
                 break;
+        }
         return true;
+    }
+
+    bool Process(Exchange& exchange, bool& isClosing) {
+        const auto begin = std::chrono::steady_clock::now();
+        const auto writtenBefore = exchange.connection.WrittenBytes();
+        ConnectionStream stream(exchange.connection);
+        exchanges_.Begin(exchange);
+        const bool isDone = process_request(stream, stop_.IsRaised(), isClosing, nullptr);
+        exchanges_.End();
+        exchange.record.bytes = exchange.connection.WrittenBytes() - writtenBefore;
+        exchange.record.duration =
+            std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - begin);
+        if (log_)
+            log_->Write(exchange.record);
+        return isDone;
     }
 
     SSL_CTX* context_;
     const StopSignal& stop_;
+    AccessLog* log_;
+    Exchanges exchanges_;
 };
 
 using TlsContext = std::unique_ptr<SSL_CTX, decltype(&SSL_CTX_free)>;
@@ -205,6 +221,9 @@ void CheckRepeated(const httplib::Request& request, const char* header, const st
                             '"');
 }
 
+/// For the log.
+std::string StatusOf(const std::optional<CimError>& error) { return error ? error->Code() : "0"; }
+
 CimRequest ReadOperation(const httplib::Request& request, const std::string& body) {
     CheckOperationHeader(request);
     CheckProtocolVersion(request);
@@ -220,27 +239,23 @@ CimRequest ReadOperation(const httplib::Request& request, const std::string& bod
 
 class HttpListener::Implementation {
   public:
-    Implementation(const CimService& service, const std::string& address, int port, const Credentials* credentials,
+    Implementation(const CimService& service, const Users& users, AccessLog* log, const std::string& address, int port,
                    const Certificate* certificate)
         : service_(service),
-          credentials_(credentials),
+          users_(users),
           url_((certificate ? "https://" : "http://") + address + ':' + std::to_string(port)),
           context_(MakeTlsContext(certificate)),
-          server_(context_.get(), stop_) {
+          server_(context_.get(), stop_, log) {
         Configure();
         Bind(address, port);
-        thread_ = std::thread([this] {
-            server_.listen_after_bind();
-            hasEnded_ = true;
-        });
-        // Before it runs, httplib could not be stopped.
-        while (!server_.is_running() && !hasEnded_)
-            std::this_thread::yield();
+        thread_ = std::thread([this] { server_.listen_after_bind(); });
     }
 
     ~Implementation() {
         stop_.Raise();
-        server_.stop();
+        // Ends httplib's loop as an error of the socket. Told to stop, it would leave out the bodies of the answers
+        // that have got no further than their headers.
+        ::shutdown(socket_, SHUT_RDWR);
         thread_.join();
     }
 
@@ -255,21 +270,22 @@ class HttpListener::Implementation {
 
     void Serve(const httplib::Request& request, httplib::Response& response,
                const httplib::ContentReader& readContent) const;
+    bool IsLetIn(const httplib::Request& request) const;
     void Respond(const httplib::Request& request, httplib::Response& response, CimRequest operation) const;
     void StreamTo(httplib::Response& response, CimRequest operation, bool withTrailers) const;
 
     const CimService& service_;
-    const Credentials* credentials_;
+    const Users& users_;
     std::string url_;
     StopSignal stop_;
     TlsContext context_;
     Server server_;
-    std::atomic<bool> hasEnded_ = false;
+    int socket_ = -1;
     std::thread thread_;
 };
 
 void HttpListener::Implementation::Configure() {
-    server_.new_task_queue = [] { return new ConnectionThreads(); };
+    server_.new_task_queue = [] { return new TaskQueue(); };
     server_.set_payload_max_length(Connection::kMaxBodyBytes);
     server_.set_tcp_nodelay(true);
 
@@ -284,24 +300,28 @@ void HttpListener::Implementation::Configure() {
     });
     server_.Post(kPath, [this](const httplib::Request& request, httplib::Response& response,
                                const httplib::ContentReader& readContent) { Serve(request, response, readContent); });
-    // What httplib refuses by itself comes here with 400 and without a CIMError: among others, methods that it does not
-    // know, such as the M-POST of DSP0200.
-    server_.set_error_handler([](const httplib::Request& request, httplib::Response& response) {
+    // What httplib refuses by itself comes here with 400 and without a CIMError: among others, headers that it could
+    // not read to the end, and methods that it does not know, such as the M-POST of DSP0200.
+    server_.set_error_handler([this](const httplib::Request& request, httplib::Response& response) {
         if (response.status != kBadRequest || response.has_header("CIMError"))
             return;
-        if (IsUnknownMethod(request))
+        if (server_.CurrentExchange().connection.HasTooLongHeaders())
+            response.status = kHeadersTooLarge;
+        else if (IsUnknownMethod(request))
             response.status = kNotImplemented;
         CloseAfter(response);
+    });
+    server_.set_post_routing_handler([this](const httplib::Request& /*request*/, httplib::Response& response) {
+        server_.CurrentExchange().record.httpStatus = response.status;
     });
 }
 
 void HttpListener::Implementation::Bind(const std::string& address, int port) {
-    int socket = -1;
     // Not httplib's own options: they would let a second server share the port unnoticed.
-    server_.set_socket_options([&](int created) {
+    server_.set_socket_options([this](int created) {
         const int yes = 1;
         ::setsockopt(created, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof(yes));
-        socket = created;
+        socket_ = created;
     });
     errno = 0;
     if (!server_.bind_to_port(address, port)) {
@@ -310,7 +330,7 @@ void HttpListener::Implementation::Bind(const std::string& address, int port) {
                           (error == 0 ? "the address is not one of this machine's" : std::strerror(error)));
     }
     // httplib's queue of five is too short for clients that come all at once.
-    ::listen(socket, SOMAXCONN);
+    ::listen(socket_, SOMAXCONN);
     server_.set_socket_options(nullptr);
 }
 
@@ -333,13 +353,16 @@ void HttpListener::Implementation::Serve(const httplib::Request& request, httpli
         CloseAfter(response);
         return;
     }
-    if (credentials_ && !credentials_->Accept(request.get_header_value("Authorization"))) {
+    if (!IsLetIn(request)) {
         response.status = kUnauthorized;
         response.set_header("WWW-Authenticate", "Basic realm=\"demo-server\"");
         return;
     }
     try {
         CimRequest operation = ReadOperation(request, body);
+        AccessRecord& record = server_.CurrentExchange().record;
+        record.operation = operation.method;
+        record.object = operation.ObjectName();
         response.status = kOk;
         response.set_header("CIMOperation", "MethodResponse");
         Respond(request, response, std::move(operation));
@@ -348,14 +371,25 @@ void HttpListener::Implementation::Serve(const httplib::Request& request, httpli
     }
 }
 
+bool HttpListener::Implementation::IsLetIn(const httplib::Request& request) const {
+    if (users_.IsEmpty())
+        return true;
+    const auto user = users_.Authenticate(request.get_header_value("Authorization"));
+    if (user)
+        server_.CurrentExchange().record.user = *user;
+    return user.has_value();
+}
+
 void HttpListener::Implementation::Respond(const httplib::Request& request, httplib::Response& response,
                                            CimRequest operation) const {
     if (TakesTrailers(request)) {
         StreamTo(response, std::move(operation), true);
-    } else if (!TakesChunks(request)) {
-        response.set_content(*Answer(service_, operation), kXmlType);
-    } else if (const auto text = Answer(service_, operation, kMaxBufferedAnswer)) {
-        response.set_content(*text, kXmlType);
+        return;
+    }
+    const auto limit = TakesChunks(request) ? kMaxBufferedAnswer : std::numeric_limits<std::size_t>::max();
+    if (const auto answer = Answer(service_, operation, limit)) {
+        server_.CurrentExchange().record.cimStatus = StatusOf(answer->error);
+        response.set_content(answer->text, kXmlType);
     } else {
         StreamTo(response, std::move(operation), false);
     }
@@ -372,6 +406,7 @@ void HttpListener::Implementation::StreamTo(httplib::Response& response, CimRequ
             ChunkedBody body([&](std::string_view bytes) { return sink.write(bytes.data(), bytes.size()); });
             try {
                 const auto error = StreamAnswer(service_, operation, [&](std::string_view text) { body.Write(text); });
+                server_.CurrentExchange().record.cimStatus = StatusOf(error);
                 // Without trailers, a body that breaks off is the only way to tell.
                 if (error && !withTrailers)
                     return false;
@@ -386,9 +421,9 @@ void HttpListener::Implementation::StreamTo(httplib::Response& response, CimRequ
         });
 }
 
-HttpListener::HttpListener(const CimService& service, const std::string& address, int port,
-                           const Credentials* credentials, const Certificate* certificate)
-    : implementation_(std::make_unique<Implementation>(service, address, port, credentials, certificate)) {}
+HttpListener::HttpListener(const CimService& service, const Users& users, AccessLog* log, const std::string& address,
+                           int port, const Certificate* certificate)
+    : implementation_(std::make_unique<Implementation>(service, users, log, address, port, certificate)) {}
 
 HttpListener::~HttpListener() = default;
 

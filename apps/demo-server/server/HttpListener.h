@@ -1,8 +1,9 @@
 #pragma once
 
+#include "server/AccessLog.h"
 #include "server/Certificate.h"
 #include "server/CimService.h"
-#include "server/Credentials.h"
+#include "server/Users.h"
 
 #include <memory>
 #include <stdexcept>
@@ -19,9 +20,9 @@ class ListenError : public std::runtime_error {
 /// CIM-XML over HTTP or HTTPS (DSP0200) at one address and port.
 class HttpListener {
   public:
-    /// Listens from now on. The service, the credentials and the certificate must outlive the listener. Without
-    /// credentials everybody is served; with a certificate the port speaks TLS only. Throws ListenError.
-    HttpListener(const CimService& service, const std::string& address, int port, const Credentials* credentials,
+    /// Listens from now on. All but the address must outlive the listener. Without users everybody is served; the log
+    /// may be null; with a certificate the port speaks TLS only. Throws ListenError.
+    HttpListener(const CimService& service, const Users& users, AccessLog* log, const std::string& address, int port,
                  const Certificate* certificate);
 
     /// Stops: takes no more connections, closes idle ones, gives the answers that are on their way a few seconds.

@@ -1,5 +1,6 @@
 #include "wire/CimRequest.h"
 
+#include "schema/Names.h"
 #include "wire/CimError.h"
 #include "wire/NodeAccess.h"
 #include "wire/ObjectPathReader.h"
@@ -72,6 +73,17 @@ pugi::xml_node Parse(std::string_view body, pugi::xml_document& document) {
 }
 
 } // namespace
+
+std::string CimRequest::ObjectName() const {
+    for (const auto& parameter : parameters)
+        for (const char* const name : {"ClassName", "InstanceName", "ObjectName", "QualifierName"})
+            if (SameName(parameter.name, name)) {
+                const auto* const path = parameter.value.AsReference();
+                const auto* const text = parameter.value.AsText();
+                return path ? path->className : text ? *text : "";
+            }
+    return "";
+}
 
 CimRequest ReadRequest(std::string_view body) {
     pugi::xml_document document;

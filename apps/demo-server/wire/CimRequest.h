@@ -28,6 +28,10 @@ struct CimRequest {
     std::string nameSpace;
     /// The parameters of an intrinsic method; those of an extrinsic method are not read.
     std::vector<RequestParameter> parameters;
+
+    /// The name of the class or qualifier that the request is about, of the class for an instance; empty if there is
+    /// none.
+    std::string ObjectName() const;
 };
 
 /// Reads a CIM-XML simple request (DSP0201). Throws HttpError with the CIMError of DSP0200 when the text is not
