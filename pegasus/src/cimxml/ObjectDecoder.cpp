@@ -304,12 +304,10 @@ CIMValue ObjectDecoder::decodeValue(CIMType type, bool isArray, XmlReader& reade
     }
     if (isArrayValue(reader.name()) != isArray)
         reader.throwUnexpected();
-    CIMValue value;
-    detail::visitType(type, [&](auto tag) {
+    return detail::visitType(type, [&](auto tag) {
         using T = typename decltype(tag)::Type;
-        value = isArray ? decodeArrayValue<T>(reader) : decodeScalarValue<T>(reader);
+        return isArray ? decodeArrayValue<T>(reader) : decodeScalarValue<T>(reader);
     });
-    return value;
 }
 
 template <class T>

@@ -64,6 +64,13 @@ void print(std::string& out, Char16 value) {
 }
 
 template <class T>
+T getScalar(const CIMValue& value) {
+    T scalar{};
+    value.get(scalar);
+    return scalar;
+}
+
+template <class T>
 const Array<T>& itemsOf(const detail::RefCounted& array) {
     return static_cast<const detail::ArrayOf<T>&>(array).items;
 }
@@ -114,29 +121,22 @@ Uint32 CIMValue::getArraySize() const {
 Boolean CIMValue::equal(const CIMValue& other) const {
     if (type_ != other.type_ || isArray_ != other.isArray_ || isNull() != other.isNull())
         return false;
-    return std::visit(
-        [&](const auto& content) {
-            using Alternative = std::decay_t<decltype(content)>;
-            const auto& others = std::get<Alternative>(other.content_);
-            if constexpr (std::is_same_v<Alternative, ArrayHandle>)
-                return sameItems(type_, *content, *others);
-            else
-                return same(content, others);
-        },
-        content_);
+    if (isNull())
+        return true;
+    if (isArray_)
+        return sameItems(type_, *std::get<ArrayHandle>(content_), *std::get<ArrayHandle>(other.content_));
+    return detail::visitType(type_, [&](auto tag) {
+        using T = typename decltype(tag)::Type;
+        return same(getScalar<T>(*this), getScalar<T>(other));
+    });
 }
 
 String CIMValue::toString() const {
     std::string text;
-    std::visit(
-        [&](const auto& content) {
-            using Alternative = std::decay_t<decltype(content)>;
-            if constexpr (std::is_same_v<Alternative, ArrayHandle>)
-                printItems(text, type_, *content);
-            else if constexpr (!std::is_same_v<Alternative, std::monostate>)
-                print(text, content);
-        },
-        content_);
+    if (const auto* array = std::get_if<ArrayHandle>(&content_))
+        printItems(text, type_, **array);
+    else if (!isNull())
+        detail::visitType(type_, [&](auto tag) { print(text, getScalar<typename decltype(tag)::Type>(*this)); });
     return String(std::string_view(text));
 }
 

@@ -10,6 +10,7 @@
 #include <Pegasus/Common/Handle.h>
 #include <Pegasus/Common/String.h>
 
+#include <cstring>
 #include <type_traits>
 #include <utility>
 #include <variant>
@@ -58,6 +59,28 @@ struct ValueType<Array<T>> : ScalarType<T> {
     static constexpr bool kIsArray = true;
 };
 
+/// A boolean, number or character; whoever keeps it knows its type.
+class PlainScalar {
+  public:
+    template <class T>
+    explicit PlainScalar(T scalar) noexcept {
+        std::memcpy(bytes_, &scalar, sizeof scalar);
+    }
+    template <class T>
+    T as() const noexcept {
+        T scalar{};
+        std::memcpy(&scalar, bytes_, sizeof scalar);
+        return scalar;
+    }
+
+  private:
+    alignas(Uint64) unsigned char bytes_[sizeof(Uint64)] = {};
+};
+
+/// What a scalar is kept as.
+template <class T>
+using KeptAs = std::conditional_t<std::is_trivially_copyable_v<T>, PlainScalar, T>;
+
 /// The elements of an array value.
 template <class T>
 struct ArrayOf final : RefCounted {
@@ -104,6 +127,8 @@ class CIMValue {
             return;
         if constexpr (Type::kIsArray)
             value = static_cast<const detail::ArrayOf<typename Type::Element>&>(*std::get<ArrayHandle>(content_)).items;
+        else if constexpr (std::is_same_v<detail::KeptAs<T>, detail::PlainScalar>)
+            value = std::get<detail::PlainScalar>(content_).as<T>();
         else
             value = std::get<T>(content_);
     }
@@ -131,10 +156,9 @@ class CIMValue {
 
   private:
     using ArrayHandle = detail::Handle<detail::RefCounted>;
-    // Each alternative fits into eight bytes; values are by far the most frequent objects.
-    using Content =
-        std::variant<std::monostate, Boolean, Uint8, Sint8, Uint16, Sint16, Uint32, Sint32, Uint64, Sint64, Real32,
-                     Real64, Char16, String, CIMDateTime, CIMObjectPath, CIMObject, CIMInstance, ArrayHandle>;
+    // Each alternative fits into eight bytes, and there are few; values are by far the most frequent objects.
+    using Content = std::variant<std::monostate, detail::PlainScalar, String, CIMDateTime, CIMObjectPath, CIMObject,
+                                 CIMInstance, ArrayHandle>;
 
     template <class T>
     static Content contentOf(T&& value) {
@@ -142,7 +166,7 @@ class CIMValue {
         if constexpr (Type::kIsArray)
             return Content(ArrayHandle::make<detail::ArrayOf<typename Type::Element>>(std::forward<T>(value)));
         else
-            return Content(std::in_place_type<std::decay_t<T>>, std::forward<T>(value));
+            return Content(std::in_place_type<detail::KeptAs<std::decay_t<T>>>, std::forward<T>(value));
     }
 
     Content content_;
