@@ -1,6 +1,7 @@
 #include "DecodedAnswer.h"
 
 #include "cimxml/Limits.h"
+#include "cimxml/ObjectDecoder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -821,6 +822,88 @@ TEST(ResponseDecoderRepetitionTest, MoreTagsThanAreRememberedAreAllRead) {
     ASSERT_THAT(names, SizeIs(2 * count));
     for (int i = 0; i < 2 * count; ++i)
         EXPECT_EQ(names[static_cast<std::size_t>(i)].getString().view(), "C" + std::to_string(i % count));
+}
+
+/// A class with one property for each QUALIFIER element.
+std::string classWith(const std::vector<std::string>& qualifiers) {
+    std::string text = "<CLASS NAME=\"A\">";
+    for (const std::string& qualifier : qualifiers)
+        text += "<PROPERTY NAME=\"P\" TYPE=\"string\">" + qualifier + "</PROPERTY>";
+    return text + "</CLASS>";
+}
+
+std::string qualifierElement(const std::string& content) {
+    return "<QUALIFIER NAME=\"Q\" TYPE=\"string\">" + content + "</QUALIFIER>";
+}
+
+/// The values of the first qualifiers of all properties of the class.
+std::vector<std::string> qualifierValues(const CIMClass& cimClass) {
+    std::vector<std::string> values;
+    for (Uint32 i = 0; i < cimClass.getPropertyCount(); ++i)
+        values.emplace_back(cimClass.getProperty(i).getQualifier(0).getValue().toString().view());
+    return values;
+}
+
+TEST(ResponseDecoderRepetitionTest, QualifiersThatComeAgainHaveTheirOwnValues) {
+    const auto scalar = [](const std::string& text) { return qualifierElement("<VALUE>" + text + "</VALUE>"); };
+    const std::string array = qualifierElement("<VALUE.ARRAY><VALUE>1</VALUE></VALUE.ARRAY>");
+    const std::string none = "<QUALIFIER NAME=\"Q\" TYPE=\"string\"/>";
+    const CIMClass cimClass =
+        decodeObjects(classWith({scalar("1"), scalar("2"), none, scalar("1"), array, scalar("2"), none, array}))
+            .classes.at(0);
+    EXPECT_THAT(qualifierValues(cimClass), ElementsAre("1", "2", "", "1", "{1}", "2", "", "{1}"));
+}
+
+TEST(ResponseDecoderRepetitionTest, TheEndTagOfAQualifierMayStandInItsText) {
+    const std::string text = qualifierElement("<VALUE><![CDATA[</QUALIFIER>]]></VALUE>");
+    const std::string comment = qualifierElement("<!--</QUALIFIER>--><VALUE>c</VALUE>");
+    const CIMClass cimClass = decodeObjects(classWith({text, comment, text, comment})).classes.at(0);
+    EXPECT_THAT(qualifierValues(cimClass), ElementsAre("</QUALIFIER>", "c", "</QUALIFIER>", "c"));
+}
+
+TEST(ResponseDecoderRepetitionTest, ObjectsInQualifiersAreNotShared) {
+    const std::string qualifier =
+        "<QUALIFIER NAME=\"Q\" TYPE=\"string\" EmbeddedObject=\"instance\"><VALUE>&lt;INSTANCE "
+        "CLASSNAME=\"E\"/&gt;</VALUE></QUALIFIER>";
+    const CIMClass cimClass = decodeObjects(classWith({qualifier, qualifier})).classes.at(0);
+    CIMInstance first;
+    CIMInstance second;
+    cimClass.getProperty(0).getQualifier(0).getValue().get(first);
+    cimClass.getProperty(1).getQualifier(0).getValue().get(second);
+    first.addProperty(CIMProperty("P", CIMValue(true)));
+    EXPECT_EQ(second.getPropertyCount(), 0U);
+}
+
+TEST(ResponseDecoderRepetitionTest, NodesOfQualifiersThatComeAgainCount) {
+    std::string comments;
+    for (std::size_t i = 0; i < cimxml::kMaxNodes / 4; ++i)
+        comments += "<?a?>";
+    const std::string qualifier = qualifierElement(comments + "<VALUE/>");
+    EXPECT_THAT(xmlErrorOf(returning(classWith({qualifier, qualifier, qualifier}))), IsEmpty());
+    EXPECT_THAT(xmlErrorOf(returning(classWith({qualifier, qualifier, qualifier, qualifier}))),
+                HasSubstr("more than 2097152 elements"));
+}
+
+TEST(ResponseDecoderRepetitionTest, AnswersDecodedOneAfterTheOtherAreEachRightWhateverTheOtherHeld) {
+    const auto objects = std::make_shared<cimxml::ObjectDecoder>();
+    const auto decodeNext = [&](const std::string& body) {
+        DecodedAnswer answer;
+        cimxml::ResponseDecoder decoder("1001", "GetClass", answer, objects);
+        decoder.feed(body);
+        decoder.finish();
+        return answer;
+    };
+    std::vector<std::string> many;
+    std::vector<std::string> values;
+    for (std::size_t i = 0; i <= cimxml::kMaxRememberedTags; ++i) {
+        values.push_back(std::to_string(i) + std::string(1000, 'x'));
+        many.push_back("<QUALIFIER NAME=\"Q" + std::to_string(i) + "\" TYPE=\"string\"><VALUE>" + values.back() +
+                       "</VALUE></QUALIFIER>");
+    }
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(qualifierValues(decodeNext(returning(classWith(many))).classes.at(0)), values);
+        EXPECT_THROW(decodeNext(returning("<CLASS NAME=\"A\"><QUALIFIER NAME=\"Q\"></CLASS>")), CIMClientXmlException);
+    }
 }
 
 } // namespace

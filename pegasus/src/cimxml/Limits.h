@@ -23,5 +23,7 @@ constexpr std::size_t kMaxSharedNames = 1024;
 /// Start tags that a decoder remembers to know them again, and how long they may be.
 constexpr std::size_t kMaxRememberedTags = 1024;
 constexpr std::size_t kMaxRememberedTagBytes = 512;
+/// The text of the qualifiers that a decoder remembers to share them between objects.
+constexpr std::size_t kMaxRememberedQualifierBytes = std::size_t{1} << 20U;
 
 } // namespace Pegasus::cimxml

@@ -111,6 +111,16 @@ void expect(XmlReader::Ahead expected, XmlReader& reader) {
 
 } // namespace
 
+void ObjectDecoder::startAnswer() noexcept {
+    embedding_ = 0;
+    if (tags_.isFull()) {
+        tags_.clear();
+        propertyHeads_.clear();
+    }
+    if (qualifiers_.isFull())
+        qualifiers_.clear();
+}
+
 CIMClass ObjectDecoder::decodeClass(XmlReader& reader) {
     const Attributes& attributes = reader.attributes();
     CIMClass cimClass(names_.get(attributes.get("NAME")), optionalName(attributes, "SUPERCLASS"));
@@ -208,6 +218,20 @@ CIMQualifierDecl ObjectDecoder::decodeQualifierDecl(XmlReader& reader) {
 }
 
 CIMQualifier ObjectDecoder::decodeQualifier(XmlReader& reader) {
+    const std::string_view text = reader.elementUpTo("</QUALIFIER>");
+    if (const auto* const known = qualifiers_.find(text)) {
+        reader.skipKnown(text, known->nodes);
+        return known->qualifier;
+    }
+    const std::size_t nodes = reader.nodes();
+    CIMQualifier qualifier = decodeNewQualifier(reader);
+    const bool isOfObjects = qualifier.getType() == CIMTYPE_OBJECT || qualifier.getType() == CIMTYPE_INSTANCE;
+    if (reader.isBehind(text) && !isOfObjects) // objects could be changed
+        qualifiers_.add({std::string(text), qualifier, reader.nodes() - nodes});
+    return qualifier;
+}
+
+CIMQualifier ObjectDecoder::decodeNewQualifier(XmlReader& reader) {
     const Attributes& attributes = reader.attributes();
     CIMName name = names_.get(attributes.get("NAME"));
     const CIMType type = typeOf(attributes);

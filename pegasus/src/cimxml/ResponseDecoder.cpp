@@ -67,8 +67,10 @@ void ReturnValueSink::onQualifierDecl(const CIMQualifierDecl&) { throwUnexpected
 
 class ResponseDecoder::Impl {
   public:
-    Impl(std::string messageId, std::string method, ReturnValueSink& sink)
-        : messageId_(std::move(messageId)), method_(std::move(method)), sink_(sink) {}
+    Impl(std::string messageId, std::string method, ReturnValueSink& sink, std::shared_ptr<ObjectDecoder> objects)
+        : messageId_(std::move(messageId)), method_(std::move(method)), sink_(sink), objects_(std::move(objects)) {
+        objects_->startAnswer();
+    }
 
     void feed(std::string_view chunk) {
         input_.append(chunk);
@@ -175,21 +177,21 @@ class ResponseDecoder::Impl {
 
     void deliver(std::string_view name) {
         if (name == "VALUE.NAMEDINSTANCE" || name == "VALUE.INSTANCEWITHPATH")
-            sink_.onInstance(objects_.decodeInstanceWithPath(reader_));
+            sink_.onInstance(objects_->decodeInstanceWithPath(reader_));
         else if (name == "INSTANCE")
-            sink_.onInstance(objects_.decodeInstance(reader_));
+            sink_.onInstance(objects_->decodeInstance(reader_));
         else if (name == "CLASS")
-            sink_.onClass(objects_.decodeClass(reader_));
+            sink_.onClass(objects_->decodeClass(reader_));
         else if (name == "VALUE.OBJECTWITHPATH" || name == "VALUE.OBJECTWITHLOCALPATH" || name == "VALUE.OBJECT")
-            sink_.onObject(objects_.decodeObject(reader_));
+            sink_.onObject(objects_->decodeObject(reader_));
         else if (name == "INSTANCENAME")
-            sink_.onInstanceName(objects_.decodeInstanceName(reader_));
+            sink_.onInstanceName(objects_->decodeInstanceName(reader_));
         else if (name == "OBJECTPATH")
-            sink_.onObjectPath(objects_.decodeObjectPath(reader_));
+            sink_.onObjectPath(objects_->decodeObjectPath(reader_));
         else if (name == "CLASSNAME")
-            sink_.onClassName(objects_.decodeClassName(reader_));
+            sink_.onClassName(objects_->decodeClassName(reader_));
         else if (name == "QUALIFIER.DECLARATION")
-            sink_.onQualifierDecl(objects_.decodeQualifierDecl(reader_));
+            sink_.onQualifierDecl(objects_->decodeQualifierDecl(reader_));
         else
             refuse(name);
     }
@@ -209,14 +211,15 @@ class ResponseDecoder::Impl {
     bool atStart_ = true;
     std::size_t level_ = 0;     // the elements of the envelope that are open
     std::size_t nextLevel_ = 0; // the one that may open next
-    TagMemory tags_;
-    XmlReader reader_{tags_};
-    ObjectDecoder objects_{tags_};
+    const std::shared_ptr<ObjectDecoder> objects_;
+    XmlReader reader_{objects_->tags()};
     std::optional<CIMException> error_;
 };
 
-ResponseDecoder::ResponseDecoder(std::string messageId, std::string method, ReturnValueSink& sink)
-    : impl_(std::make_unique<Impl>(std::move(messageId), std::move(method), sink)) {}
+ResponseDecoder::ResponseDecoder(std::string messageId, std::string method, ReturnValueSink& sink,
+                                 std::shared_ptr<ObjectDecoder> objects)
+    : impl_(std::make_unique<Impl>(std::move(messageId), std::move(method), sink,
+                                   objects ? std::move(objects) : std::make_shared<ObjectDecoder>())) {}
 
 ResponseDecoder::~ResponseDecoder() = default;
 

@@ -14,6 +14,8 @@
 
 namespace Pegasus::cimxml {
 
+class ObjectDecoder;
+
 /// Receives the objects of a return value, one by one, in the order of the document. An operation overrides what it
 /// expects; every other kind of object ends in CIMClientResponseException.
 class ReturnValueSink {
@@ -42,8 +44,10 @@ class ReturnValueSink {
 /// what the sink throws passes through. After an exception the decoder is of no further use.
 class ResponseDecoder {
   public:
-    /// `messageId` and `method` are those of the request. The sink must outlive the decoder.
-    ResponseDecoder(std::string messageId, std::string method, ReturnValueSink& sink);
+    /// `messageId` and `method` are those of the request. The sink must outlive the decoder. What decodes the objects
+    /// may have done so for other answers, and is faster then; it serves one answer at a time.
+    ResponseDecoder(std::string messageId, std::string method, ReturnValueSink& sink,
+                    std::shared_ptr<ObjectDecoder> objects = nullptr);
     ~ResponseDecoder();
 
     /// Takes the next bytes of the body, cut anywhere.

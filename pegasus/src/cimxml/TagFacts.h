@@ -22,6 +22,8 @@ class TagFacts {
         return *fact;
     }
 
+    void clear() noexcept { facts_.clear(); }
+
   private:
     std::vector<std::optional<Fact>> facts_; // by the tag's number
 };

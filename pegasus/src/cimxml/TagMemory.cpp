@@ -1,7 +1,5 @@
 #include "cimxml/TagMemory.h"
 
-#include "cimxml/Limits.h"
-
 #include <utility>
 
 namespace Pegasus::cimxml {
@@ -19,7 +17,7 @@ RememberedTag::RememberedTag(const StartTag& tag, std::string_view itsText) : St
 RememberedTag* TagMemory::remember(const StartTag& tag, std::string_view text) {
     if (const auto known = tags_.find(text); known != tags_.end())
         return known->second.get();
-    if (tags_.size() == kMaxRememberedTags || text.size() > kMaxRememberedTagBytes)
+    if (isFull() || text.size() > kMaxRememberedTagBytes)
         return nullptr;
     auto remembered = std::make_unique<RememberedTag>(tag, text);
     remembered->number = tags_.size() + 1;

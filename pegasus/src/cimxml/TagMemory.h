@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cimxml/Limits.h"
 #include "cimxml/StartTag.h"
 
 #include <cstddef>
@@ -20,12 +21,16 @@ struct RememberedTag : StartTag {
     RememberedTag* nextSibling = nullptr;
 };
 
-/// Remembers start tags, so that one that comes again is compared and not taken apart. What it gives out is valid as
-/// long as it lives itself.
+/// Remembers start tags, so that one that comes again is compared and not taken apart. What it gives out is valid up
+/// to clear().
 class TagMemory {
   public:
     /// The tag with that text, which was remembered before or is so now. Null when there is no room for it.
     RememberedTag* remember(const StartTag& tag, std::string_view text);
+
+    /// Whether new tags find no room.
+    bool isFull() const noexcept { return tags_.size() == kMaxRememberedTags; }
+    void clear() noexcept { tags_.clear(); }
 
   private:
     std::unordered_map<std::string_view, std::unique_ptr<RememberedTag>> tags_; // by their text

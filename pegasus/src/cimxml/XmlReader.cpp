@@ -40,7 +40,7 @@ XmlReader::XmlReader(TagMemory& tags, std::string_view text) : tags_(tags) {
 }
 
 void XmlReader::start(std::string_view text, std::string_view parent) noexcept {
-    begin_ = at_ = text.data();
+    begin_ = at_ = tagBegin_ = text.data();
     end_ = begin_ + text.size();
     open_[0].element = parent;
     depth_ = 0;
@@ -94,6 +94,18 @@ void XmlReader::skip() {
         else
             takeStartTag();
     }
+}
+
+std::string_view XmlReader::elementUpTo(std::string_view endTag) const noexcept {
+    const std::string_view text(tagBegin_, static_cast<std::size_t>(end_ - tagBegin_));
+    const std::size_t end = text.find(endTag, static_cast<std::size_t>(at_ - tagBegin_));
+    return emptyTag_ || end == std::string_view::npos ? std::string_view() : text.substr(0, end + endTag.size());
+}
+
+void XmlReader::skipKnown(std::string_view element, std::size_t nodes) {
+    at_ = element.data() + element.size();
+    --depth_;
+    countNodes(nodes);
 }
 
 void XmlReader::throwUnexpected() const {
@@ -176,6 +188,7 @@ inline bool XmlReader::leaveEmptyTag() noexcept {
 }
 
 void XmlReader::takeStartTag() {
+    tagBegin_ = at_;
     RememberedTag*& expected = *open_[depth_].nextChild;
     if (RememberedTag* const tag = skipTag(expected) ? expected : scanStartTag()) {
         expected = tag;
@@ -205,7 +218,7 @@ inline void XmlReader::enter(const StartTag& tag, RememberedTag*& firstChild) {
 
 /// Takes a tag apart. Returns it as one that is remembered; null when it is not.
 RememberedTag* XmlReader::scanStartTag() {
-    const char* const begin = at_++;
+    ++at_;
     const std::string_view element = takeName();
     scannedTag_.element = element;
     scannedTag_.attributes.reset(element);
@@ -220,7 +233,7 @@ RememberedTag* XmlReader::scanStartTag() {
         throwXmlError({"the tag of ", element, " is malformed at: ", rest()});
     at_ += scannedTag_.isEmpty ? 2 : 1;
     const bool isPlain = resolvedValues_.empty();
-    return isPlain ? tags_.remember(scannedTag_, {begin, static_cast<std::size_t>(at_ - begin)}) : nullptr;
+    return isPlain ? tags_.remember(scannedTag_, {tagBegin_, static_cast<std::size_t>(at_ - tagBegin_)}) : nullptr;
 }
 
 inline void XmlReader::takeAttribute() {

@@ -58,6 +58,16 @@ class XmlReader {
     /// Leaves the element, whatever it holds.
     void skip();
 
+    /// The text of the element that was entered last, from its start tag to the first `endTag`, which is behind it when
+    /// it holds no such text otherwise. Empty when it has no content, or not all of it is there.
+    std::string_view elementUpTo(std::string_view endTag) const noexcept;
+    /// Leaves the element that was entered last: it is known to be `element`, and to have so many nodes below it.
+    void skipKnown(std::string_view element, std::size_t nodes);
+    /// Whether the text is read just as far as the end of that part of it.
+    bool isBehind(std::string_view part) const noexcept { return at_ == part.data() + part.size(); }
+    /// The elements, attributes and the like that were read since start().
+    std::size_t nodes() const noexcept { return nodes_; }
+
     /// How much of the text is read.
     std::size_t position() const noexcept { return static_cast<std::size_t>(at_ - begin_); }
 
@@ -103,6 +113,7 @@ class XmlReader {
     TagMemory& tags_;
     const char* begin_ = nullptr;
     const char* at_ = nullptr;
+    const char* tagBegin_ = nullptr; // of the start tag that was read last
     const char* end_ = nullptr;
     std::array<Level, kMaxNesting + 1> open_;
     std::size_t depth_ = 0;

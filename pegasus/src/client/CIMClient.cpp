@@ -1,5 +1,6 @@
 #include <Pegasus/Client/CIMClient.h>
 
+#include "cimxml/ObjectDecoder.h"
 #include "cimxml/RequestEncoder.h"
 #include "cimxml/ResponseDecoder.h"
 #include "http/CimHeaders.h"
@@ -158,7 +159,7 @@ class CIMClient::Impl {
         RequestEncoder request(messageId, method, nameSpace);
         addParameters(request);
         Result result;
-        ResponseDecoder decoder(messageId, method, result);
+        ResponseDecoder decoder(messageId, method, result, objects_);
         try {
             exchange(http::makeCimRequest(method, nameSpace.getString().view(), request.finish()), decoder);
         } catch (const CIMException&) {
@@ -183,6 +184,7 @@ class CIMClient::Impl {
     }
 
     std::optional<http::HttpConnection> connection_;
+    const std::shared_ptr<cimxml::ObjectDecoder> objects_ = std::make_shared<cimxml::ObjectDecoder>();
     Uint64 lastMessageId_ = 0;
 };
 
