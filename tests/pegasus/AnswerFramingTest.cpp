@@ -99,6 +99,7 @@ std::vector<BadAnswer> badAnswers() {
     const std::string chunked = ok + "Transfer-Encoding: chunked\r\n\r\n";
     constexpr auto kInvalid = "not valid HTTP";
     constexpr auto kCutOff = "in the middle of the answer";
+    constexpr auto kTls = "speaks TLS on this port";
     return {
         {ok + "Content-Length: 5\r\nContent-Length: 6\r\n\r\nhello!", kInvalid},
         {ok + "Content-Length: 5, 6\r\n\r\nhello!", kInvalid},
@@ -144,6 +145,8 @@ std::vector<BadAnswer> badAnswers() {
         {"http/1.1 200 OK\r\n\r\n", kInvalid},
         {" HTTP/1.1 200 OK\r\n\r\n", kInvalid},
         {"220 mail server ready\r\n\r\n", kInvalid},
+        {std::string("\x15\x03\x01\x00\x02\x02\x46", 7), kTls},
+        {std::string("\x16\x03\x03\x00\x04\r\n\r\n", 9), kTls},
         {"HTTP/1.1 100 Continue\r\n\r\nmore\r\n\r\n", kInvalid},
         {"HTTP/1.1 100 Continue\r\n\r\n", kCutOff},
         {"HTTP/1.1 101 Switching Protocols\r\nUpgrade: x\r\n\r\n", "another protocol"},

@@ -121,8 +121,12 @@ class ResponseReader::Impl {
         if (starved_ && parser_->is_header_done() && end_ - begin_ < kShortestRest) {
             return 0;
         }
+        const std::string_view input(&buffer_[begin_], end_ - begin_);
+        if (!parser_->is_header_done() && looksLikeTls(input)) {
+            fail("the server speaks TLS on this port; connect to it with an SSLContext");
+        }
         error_code error;
-        const std::size_t parsed = parser_->put({&buffer_[begin_], end_ - begin_}, error);
+        const std::size_t parsed = parser_->put({input.data(), input.size()}, error);
         begin_ += parsed;
         starved_ = error == beast::http::error::need_more;
         if (error && !starved_) {
@@ -177,9 +181,6 @@ class ResponseReader::Impl {
     [[noreturn]] void failAt(const error_code& error) const {
         if (error == beast::http::error::header_limit) {
             failAtLimit();
-        }
-        if (!parser_->is_header_done() && looksLikeTls({&buffer_[begin_], end_ - begin_})) {
-            fail("the server speaks TLS on this port; connect to it with an SSLContext");
         }
         fail("the answer is not valid HTTP: " + error.message());
     }
