@@ -513,6 +513,62 @@ TEST(ElementFormsTest, AttributesStandInAnyOrderAndQuotesAndUnknownOnesAreIgnore
     EXPECT_TRUE(answer.classes[1].getSuperClassName().isNull());
 }
 
+TEST(ElementFormsTest, WhatTheModelHasNoPlaceForIsReadOver) {
+    const auto answer =
+        decodeBodyWith(inMethod("<PARAMETER NAME=\"P\" TYPE=\"uint8\"><VALUE>7</VALUE></PARAMETER>") +
+                       inClass("<METHOD NAME=\"M\"/>") +
+                       inInstance("<QUALIFIER NAME=\"Q\" TYPE=\"uint8\"><VALUE>nonsense</VALUE></QUALIFIER>"
+                                  "<PROPERTY NAME=\"P\" TYPE=\"uint8\"><VALUE.NULL/></PROPERTY>"));
+    ASSERT_THAT(answer.classes, SizeIs(2));
+    EXPECT_EQ(answer.classes[0].getMethod(0).getParameter(0).getName(), CIMName("P"));
+    EXPECT_EQ(answer.classes[1].getMethod(0).getType(), CIMTYPE_UINT32);
+    ASSERT_THAT(answer.instances, SizeIs(1));
+    ASSERT_EQ(answer.instances[0].getPropertyCount(), 1U);
+    EXPECT_TRUE(answer.instances[0].getProperty(0).getValue().isNull());
+}
+
+TEST(ElementFormsTest, OutputParametersBehindTheReturnValueAreReadOver) {
+    std::string body = bodyWith("<CLASS NAME=\"A\"/>");
+    const std::string end = "</IRETURNVALUE>";
+    body.insert(body.find(end) + end.size(), "<PARAMVALUE NAME=\"EndOfSequence\"><VALUE>TRUE</VALUE></PARAMVALUE>"
+                                             "<PARAMVALUE NAME=\"EnumerationContext\" PARAMTYPE=\"string\"/>");
+    EXPECT_THAT(decode("GetClass", body).classes, SizeIs(1));
+}
+
+TEST(ElementFormsTest, AnInstanceWithItsWholePathIsANamedInstance) {
+    const auto answer = decodeBodyWith(
+        "<VALUE.INSTANCEWITHPATH><INSTANCEPATH><NAMESPACEPATH><HOST>h</HOST><LOCALNAMESPACEPATH><NAMESPACE "
+        "NAME=\"n\"/></LOCALNAMESPACEPATH></NAMESPACEPATH>" +
+        kKeys + "</INSTANCEPATH>" + inInstance("") + "</VALUE.INSTANCEWITHPATH>");
+    ASSERT_THAT(answer.instances, SizeIs(1));
+    EXPECT_EQ(std::string(answer.instances[0].getPath().toString().view()), "//h/n:A.K=\"k\"");
+}
+
+TEST(ElementFormsTest, AQualifierIsAnArrayWhereItsDeclarationOrItsValueSaysSo) {
+    const auto isArray = [](const std::string& attribute, const std::string& value) {
+        const auto answer = decodeBodyWith("<QUALIFIER.DECLARATION NAME=\"Q\" TYPE=\"uint8\"" + attribute + ">" +
+                                           value + "</QUALIFIER.DECLARATION>");
+        return answer.qualifierDecls.at(0).isArray();
+    };
+    const std::string scalar = "<VALUE>7</VALUE>";
+    const std::string array = "<VALUE.ARRAY><VALUE>7</VALUE></VALUE.ARRAY>";
+    EXPECT_FALSE(isArray("", ""));
+    EXPECT_FALSE(isArray("", scalar));
+    EXPECT_FALSE(isArray(" ISARRAY=\"false\"", scalar));
+    EXPECT_TRUE(isArray("", array));
+    EXPECT_TRUE(isArray(" ISARRAY=\"true\"", array));
+    EXPECT_TRUE(isArray(" ISARRAY=\"true\"", ""));
+    EXPECT_TRUE(isArray(" ISARRAY=\"true\"", "<VALUE.NULL/>"));
+    for (const std::string& contradiction : {" ISARRAY=\"true\">" + scalar, " ISARRAY=\"false\">" + array,
+                                             ">" + scalar + scalar, ">" + array + "<VALUE.NULL/>"})
+        EXPECT_THAT(errorInBodyWith("<QUALIFIER.DECLARATION NAME=\"Q\" TYPE=\"uint8\"" + contradiction +
+                                    "</QUALIFIER.DECLARATION>"),
+                    HasSubstr("does not belong into QUALIFIER.DECLARATION"))
+            << contradiction;
+    EXPECT_THAT(errorInBodyWith(inClass("<QUALIFIER NAME=\"Q\" TYPE=\"uint8\">" + scalar + scalar + "</QUALIFIER>")),
+                HasSubstr("VALUE does not belong into QUALIFIER"));
+}
+
 TEST(ElementFormsTest, ANamespaceIsOneElementOrOnePerStep) {
     for (const char* path :
          {"<NAMESPACE NAME=\"root\"/><NAMESPACE NAME=\"cimv2\"/>", "<NAMESPACE NAME=\"root/cimv2\"/>",

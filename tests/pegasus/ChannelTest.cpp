@@ -8,8 +8,10 @@
 #include <arpa/inet.h>
 #include <cerrno>
 #include <chrono>
+#include <csignal>
 #include <fcntl.h>
 #include <filesystem>
+#include <fstream>
 #include <future>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -18,6 +20,7 @@
 #include <poll.h>
 #include <stdexcept>
 #include <string>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <system_error>
 #include <thread>
@@ -33,6 +36,8 @@ using support::Connection;
 using support::ScriptedServer;
 using support::TestCertificate;
 using support::TlsVersion;
+using ::testing::AllOf;
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
@@ -141,6 +146,42 @@ TEST(Channel, GivesUpAtTheDeadlineWhenTheNameServiceIsSilent) {
     names.WaitForLookups(2); // which go on, and do no harm when they end at last
 }
 
+/// The signals that a thread of this process blocks, as the system writes them.
+std::string BlockedSignals(const std::filesystem::path& thread) {
+    std::ifstream status(thread / "status");
+    for (std::string word; status >> word;) {
+        if (word == "SigBlk:") {
+            status >> word;
+            return word;
+        }
+    }
+    return {};
+}
+
+std::string AllSignals() {
+    sigset_t all;
+    sigset_t before;
+    sigfillset(&all);
+    ::pthread_sigmask(SIG_SETMASK, &all, &before);
+    std::string blocked = BlockedSignals("/proc/thread-self");
+    ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    return blocked;
+}
+
+TEST(Channel, LeavesSignalsToTheThreadsOfTheHost) {
+    const std::string before = BlockedSignals("/proc/thread-self");
+    support::NameService names;
+    names.BeSilentAbout("silent.test");
+    ErrorOf<ConnectionTimeoutException>({"silent.test", 5988}, nullptr, 0ms);
+    names.WaitForLookups(1);
+    EXPECT_EQ(BlockedSignals("/proc/thread-self"), before);
+    std::vector<std::string> blocked;
+    for (const auto& thread : std::filesystem::directory_iterator("/proc/self/task")) {
+        blocked.push_back(BlockedSignals(thread.path()));
+    }
+    EXPECT_THAT(blocked, Contains(AllSignals())) << "the thread that looks the name up";
+}
+
 /// A port that listens and accepts nobody: its queue of connections is full.
 class FullPort {
   public:
@@ -187,6 +228,52 @@ TEST(Channel, GivesUpAtTheDeadlineWhenTheConnectionIsNotAccepted) {
         FAIL() << "no exception";
     } catch (const ConnectionTimeoutException& error) {
         EXPECT_THAT(std::string(error.getMessage().view()), HasSubstr("was not accepted within 100 ms"));
+    }
+}
+
+TEST(Channel, LeavesEachAddressItsShareOfTheTime) {
+    const FullPort port;
+    if (!port.isFull()) {
+        GTEST_SKIP() << "this system accepts connections for a program that does not";
+    }
+    ScriptedServer server(&Echo, support::SecondLoopbackAddress());
+    const Endpoint endpoint("several.test", server.Listen(static_cast<std::uint16_t>(port.endpoint().port())));
+    support::NameService names;
+    names.Answer("several.test", {support::LoopbackAddress(), server.Address()});
+    EXPECT_EQ(EchoOf("hello", *Channel::open(endpoint, nullptr, Deadline(2s))), "hello");
+}
+
+/// Lets this process have no more than so many descriptors beyond those that it has.
+class FewDescriptors {
+  public:
+    explicit FewDescriptors(rlim_t spare) {
+        ::getrlimit(RLIMIT_NOFILE, &before_);
+        const int next = ::dup(STDERR_FILENO); // the lowest number that is free
+        ::close(next);
+        const rlimit fewer{static_cast<rlim_t>(next) + spare, before_.rlim_max};
+        ::setrlimit(RLIMIT_NOFILE, &fewer);
+    }
+    ~FewDescriptors() { ::setrlimit(RLIMIT_NOFILE, &before_); }
+    FewDescriptors(const FewDescriptors&) = delete;
+    FewDescriptors& operator=(const FewDescriptors&) = delete;
+
+  private:
+    rlimit before_{};
+};
+
+TEST(Channel, ReportsThatThereIsNoDescriptorForIt) {
+#if defined(__SANITIZE_ADDRESS__)
+    GTEST_SKIP() << "the sanitizers need descriptors themselves, to look at objects";
+#endif
+    const Endpoint endpoint(support::LoopbackAddress(), 5988);
+    const SSLContext tls(String(), nullptr);
+    for (const SSLContext* settings : {static_cast<const SSLContext*>(nullptr), &tls}) {
+        for (rlim_t spare = 0; spare < 4; ++spare) {
+            const FewDescriptors few(spare);
+            EXPECT_THAT(
+                ErrorOf<CannotConnectException>(endpoint, settings),
+                AllOf(StartsWith("cannot connect to " + endpoint.text() + ": "), HasSubstr("Too many open files")));
+        }
     }
 }
 
@@ -385,7 +472,19 @@ TEST_F(Tls, ShowsTheCallbackEachCertificate) {
 TEST_F(Tls, LetsTheCallbackAcceptWhatItsOwnCheckRefused) {
     seen.clear();
     EXPECT_EQ(echoThrough(serve(TestCertificate::For("192.0.2.1")), SSLContext(String(), &RememberAndAccept)), "hello");
-    EXPECT_THAT(seen, ::testing::Contains(HasSubstr("0 CN=cimhttp test server by CN=cimhttp test authority 20 0")));
+    const std::string certificate = "0 CN=cimhttp test server by CN=cimhttp test authority ";
+    EXPECT_THAT(seen, Contains(certificate + "20 0")) << "unable to get local issuer certificate";
+    EXPECT_THAT(seen, Contains(certificate + "64 0")) << "IP address mismatch";
+    EXPECT_EQ(seen.back(), certificate + "0 1") << "an error that was accepted is not shown again";
+}
+
+TEST_F(Tls, ShowsTheCallbackNamesInUtf8) {
+    seen.clear();
+    auto options = TestCertificate::For(support::LoopbackAddress());
+    options.common_name = "J\xC3\xBCrgens \xE2\x82\xAC";
+    const Endpoint endpoint = serve(options);
+    EXPECT_EQ(echoThrough(endpoint, trusting(&RememberAndAccept)), "hello");
+    EXPECT_THAT(seen, Contains(HasSubstr("CN=" + options.common_name + " by CN=cimhttp test authority")));
 }
 
 TEST_F(Tls, LetsTheCallbackRefuseWhatItsOwnCheckAccepted) {
@@ -411,6 +510,19 @@ TEST_F(Tls, OffersNothingOlderThanTls12) {
     server.Stop();
     // The extension supported_versions (RFC 8446, 4.2.1): four bytes of versions, 1.3 and 1.2.
     EXPECT_THAT(hello, HasSubstr(std::string("\x00\x2b\x00\x05\x04\x03\x04\x03\x03", 9)));
+}
+
+TEST_F(Tls, TellsTheServerByWhichNameItIsSought) {
+    support::NameService names;
+    names.Answer("wanted.test", {support::LoopbackAddress()});
+    for (const std::string& host : {std::string("wanted.test"), support::LoopbackAddress()}) {
+        std::string hello;
+        ScriptedServer server([&](Connection& peer) { hello = peer.ReadSome(); });
+        ErrorOf<SSLException>({host, server.Listen(5989)}, &unverified_);
+        server.Stop();
+        // A server's name is a DNS name (RFC 6066, 3), never an address.
+        EXPECT_EQ(hello.find(host) != std::string::npos, host == "wanted.test") << host;
+    }
 }
 
 TEST_F(Tls, SpeaksTheVersionsThatAreSafeAndNoOther) {

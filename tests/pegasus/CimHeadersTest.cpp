@@ -45,6 +45,10 @@ TEST(CimRequest, CarriesTheExtensionHeaders) {
 
 TEST(CimAnswer, IsGoodWithXmlInUtf8OrWithoutContentType) {
     EXPECT_NO_THROW(checkCimAnswer(GoodHead(), kEndpoint));
+    HttpHead oddCase = GoodHead();
+    oddCase.fields = HttpFields();
+    oddCase.fields.add("cimoperation", "METHODRESPONSE");
+    EXPECT_NO_THROW(checkCimAnswer(oddCase, kEndpoint));
     for (const char* type :
          {"application/xml", "text/xml", "application/xml; charset=utf-8", "text/xml; charset=\"utf-8\"",
           "Application/XML;CHARSET=UTF-8", "text/xml ; x=y ; Charset = \"UTF-8\"", "application/xml;"}) {
@@ -134,6 +138,7 @@ TEST(Endpoint, PutsAnIpv6LiteralInBrackets) {
     EXPECT_EQ(Endpoint("[fe80::1%eth0]", 1).text(), "[fe80::1%eth0]:1");
     EXPECT_EQ(Endpoint("10.0.0.1", 5988).text(), "10.0.0.1:5988");
     EXPECT_EQ(Endpoint("", 5988).text(), "localhost:5988");
+    EXPECT_EQ(Endpoint("[]", 5988).text(), "[]:5988") << "no literal in there";
 }
 
 } // namespace

@@ -323,8 +323,8 @@ TEST_F(Resending, NeverHappensWhenAnAnswerHasBegunWhereverItEnds) {
         std::atomic<int> requests{0};
         auto connection = connectionTo(serve([&requests, begin = answer.substr(0, size)](Connection& peer) {
             while (peer.ReadRequest()) {
-                peer.Write(++requests == 2 ? begin : Answer("whole"));
-                if (requests == 2) {
+                const bool breaksOff = ++requests == 2;
+                if (!peer.Write(breaksOff ? begin : Answer("whole")) || breaksOff) {
                     return;
                 }
             }
@@ -344,8 +344,9 @@ TEST_F(Resending, NeverHappensWhenAnAnswerHasBegunWhereverItEnds) {
 TEST_F(Resending, NeverHappensAfterAnInterimAnswer) {
     std::atomic<int> requests{0};
     auto connection = connectionTo(serve([&](Connection& peer) {
-        while (peer.ReadRequest() && peer.Write(++requests == 1 ? Answer("1") : "HTTP/1.1 100 Continue\r\n\r\n")) {
-            if (requests > 1) {
+        while (peer.ReadRequest()) {
+            const bool breaksOff = ++requests > 1;
+            if (!peer.Write(breaksOff ? "HTTP/1.1 100 Continue\r\n\r\n" : Answer("1")) || breaksOff) {
                 return;
             }
         }
@@ -380,6 +381,19 @@ TEST_F(TimeOuts, EndTheWaitForASilentServer) {
     EXPECT_EQ(message, support::LoopbackAddress() + ":5988: no complete answer came within 100 ms");
     EXPECT_EQ(exchange(connection), "awake");
     EXPECT_EQ(connectionCount(), 2U);
+}
+
+TEST_F(TimeOuts, CloseTheConnectionAtOnce) {
+    for (const char* begin : {"", "HTTP/1.1 200 OK\r\n", "HTTP/1.1 200 OK\r\n\r\nhel"}) {
+        std::promise<void> closed;
+        auto connection = connectionTo(serve([&](Connection& peer) {
+            peer.Write(begin);
+            peer.WaitForPeerClose();
+            closed.set_value();
+        }));
+        EXPECT_THROW(exchange(connection, kShort), ConnectionTimeoutException);
+        EXPECT_EQ(closed.get_future().wait_for(kAmple), std::future_status::ready) << begin;
+    }
 }
 
 /// Sends one text again and again, with pauses, until the peer has enough.

@@ -8,6 +8,7 @@
 #include <atomic>
 #include <chrono>
 #include <functional>
+#include <future>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <memory>
@@ -308,6 +309,27 @@ TEST_F(WireTest, RefusesAMessageWithoutOneSimpleResponse) {
     }
 }
 
+TEST_F(WireTest, ClosesTheConnectionAtOnceAfterAnAnswerThatIsNoGood) {
+    const std::vector<std::string> answers = {
+        "HTTP/1.1 500 Internal Server Error\r\nContent-Length: 1000\r\n\r\n", // its body never comes
+        "HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n",
+        WithLength("<CIM/>"),
+        WithLength("<CIM>"),
+        WithLength("<bad"),
+    };
+    for (const std::string& answer : answers) {
+        std::promise<void> closed;
+        serve([&](Connection& peer) {
+            peer.ReadRequest();
+            peer.Write(answer);
+            peer.WaitForPeerClose();
+            closed.set_value();
+        });
+        EXPECT_THROW(countNames(), Exception);
+        EXPECT_EQ(closed.get_future().wait_for(30s), std::future_status::ready) << answer;
+    }
+}
+
 // ---- Connections that end
 
 TEST_F(WireTest, GoesOnAfterAnAnswerThatBreaksOffAtAnyByte) {
@@ -384,6 +406,23 @@ TEST_F(WireTest, GivesUpAtTheTimeOutAndThenStartsAnew) {
         EXPECT_EQ(client.enumerateClassNames(kNamespace).size(), 2U);
         EXPECT_EQ(server.ConnectionCount(), 2U);
     }
+}
+
+TEST_F(WireTest, CountsTheTimeOfAWholeOperationOnce) {
+    // Each of the two parts comes in time, both together do not.
+    serve([](Connection& peer) {
+        if (const auto request = peer.ReadRequest()) {
+            const std::string answer = GoodAnswer(*request);
+            const std::size_t body = answer.find("<CIM");
+            for (const std::string& part : {answer.substr(0, body), answer.substr(body)}) {
+                std::this_thread::sleep_for(std::chrono::milliseconds(kShort * 3 / 4));
+                peer.Write(part);
+            }
+        }
+        peer.WaitForPeerClose();
+    });
+    client_.setTimeout(kShort);
+    EXPECT_THROW(countNames(), ConnectionTimeoutException);
 }
 
 TEST_F(WireTest, GivesUpWhenTheServerClosesAndThenAcceptsInSilence) {

@@ -4,11 +4,22 @@
 
 namespace support {
 
-std::string LoopbackAddress() {
-    // A process ID has 22 bits; bit 7 of the first part keeps clear of 127.0.0.x, where real services listen.
+namespace {
+
+/// A process ID has 22 bits, which leaves two: one keeps clear of 127.0.0.x, where real services listen.
+constexpr unsigned kFirst = 0x80;
+constexpr unsigned kSecond = 0xc0;
+
+std::string AddressOfProcess(unsigned highBits) {
     const auto id = static_cast<unsigned>(::getpid());
-    return "127." + std::to_string(128U | ((id >> 16U) & 0x7fU)) + '.' + std::to_string((id >> 8U) & 0xffU) + '.' +
+    return "127." + std::to_string(highBits | ((id >> 16U) & 0x3fU)) + '.' + std::to_string((id >> 8U) & 0xffU) + '.' +
            std::to_string(id & 0xffU);
 }
+
+} // namespace
+
+std::string LoopbackAddress() { return AddressOfProcess(kFirst); }
+
+std::string SecondLoopbackAddress() { return AddressOfProcess(kSecond); }
 
 } // namespace support

@@ -8,4 +8,7 @@ namespace support {
 /// side by side.
 std::string LoopbackAddress();
 
+/// One more such address.
+std::string SecondLoopbackAddress();
+
 } // namespace support
