@@ -28,7 +28,7 @@ constexpr char kPassword[] = "secret";
 demo::DemoServerOptions Options() {
     demo::DemoServerOptions options;
     options.address = support::LoopbackAddress();
-    options.credentials.emplace(kUser, kPassword);
+    options.users.Add(kUser, kPassword);
     options.volumes = 3;
     return options;
 }
@@ -240,7 +240,7 @@ std::string OutputOf(const std::string& command) {
 
 TEST(DocumentedExample, ListsTheFileSystemsOfAServer) {
     demo::DemoServerOptions options = Options();
-    options.credentials.reset();
+    options.users = {};
     const demo::DemoServer server(options);
     CIMClient client;
     client.connect(String(options.address), 5988, "", "");
