@@ -11,8 +11,10 @@
 #include <fstream>
 #include <iostream>
 #include <optional>
+#include <sstream>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -27,6 +29,7 @@ struct Arguments {
     std::string usersFile;
     std::string logFile;
     std::string certificateFile;
+    std::vector<std::string> schemaFiles;
 };
 
 void Declare(CLI::App& app, Arguments& arguments) {
@@ -51,6 +54,10 @@ void Declare(CLI::App& app, Arguments& arguments) {
         ->excludes(user);
     app.add_option("--log", arguments.logFile,
                    "Write a line for each request to this file, or to standard output for -");
+    app.add_option("--schema", arguments.schemaFiles,
+                   "Add the classes and instances that this CIM-XML declaration file declares")
+        ->check(CLI::ExistingFile)
+        ->allow_extra_args(false);
     app.add_option("--certificate-out", arguments.certificateFile,
                    "Write the certificate of the HTTPS port to this file, for clients to trust");
 }
@@ -74,15 +81,26 @@ void WriteFile(const std::string& file, const std::string& text) {
         throw std::runtime_error("cannot write " + file);
 }
 
+std::ifstream Open(const std::string& file) {
+    std::ifstream stream(file);
+    if (!stream)
+        throw std::runtime_error("cannot read " + file);
+    return stream;
+}
+
+demo::SchemaSource ReadSource(const std::string& file) {
+    std::ostringstream text;
+    text << Open(file).rdbuf();
+    return {file, text.str()};
+}
+
 demo::Users ReadUsers(const Arguments& arguments) {
     demo::Users users;
     if (!arguments.user.empty())
         users.Add(arguments.user, ReadPassword(arguments.passwordFile));
     if (arguments.usersFile.empty())
         return users;
-    std::ifstream stream(arguments.usersFile);
-    if (!stream)
-        throw std::runtime_error("cannot read " + arguments.usersFile);
+    std::ifstream stream = Open(arguments.usersFile);
     return demo::Users::Read(stream, arguments.usersFile);
 }
 
@@ -119,6 +137,8 @@ void Serve(Arguments arguments) {
     LogFile log(arguments.logFile);
     arguments.server.accessLog = log.Get();
     arguments.server.users = ReadUsers(arguments);
+    for (const auto& file : arguments.schemaFiles)
+        arguments.server.schemas.push_back(ReadSource(file));
     const demo::DemoServer server(std::move(arguments.server));
     if (!arguments.certificateFile.empty())
         WriteFile(arguments.certificateFile, server.CertificatePem());
@@ -137,6 +157,10 @@ int main(int argc, char** argv) {
     CLI11_PARSE(app, argc, argv);
     try {
         Serve(std::move(arguments));
+    } catch (const demo::SchemaError& error) {
+        for (const auto& problem : error.Problems())
+            std::cerr << "demo-server: " << problem << '\n';
+        return EXIT_FAILURE;
     } catch (const std::exception& error) {
         std::cerr << "demo-server: " << error.what() << '\n';
         return EXIT_FAILURE;

@@ -169,6 +169,17 @@ TEST(Program, EndsWithTheLineOfAUserThatIsNone) {
     EXPECT_EQ(program.Wait(), 1);
 }
 
+TEST(Program, EndsWithALineForEachProblemOfASchema) {
+    const support::TemporaryDirectory directory;
+    const std::string own = directory.WriteFile("own.xml", "<CIM><DECLARATION><DECLGROUP><VALUE.OBJECT>\n"
+                                                           "<CLASS NAME='A' SUPERCLASS='B'/>\n<CLASS NAME='A'/>\n"
+                                                           "</VALUE.OBJECT></DECLGROUP></DECLARATION></CIM>");
+    Program program({"--address", support::LoopbackAddress(), "--schema", EXAMPLE_SCHEMA, "--schema", own});
+    EXPECT_EQ(program.ReadAll(), "demo-server: " + own + ":3: schema: class A is declared twice, first at " + own +
+                                     ":2\ndemo-server: " + own + ":2: class A: superclass B is not declared\n");
+    EXPECT_EQ(program.Wait(), 1);
+}
+
 TEST(Program, WantsAPasswordForAUser) {
     ::unsetenv("DEMO_SERVER_PASSWORD");
     Program program({"--address", support::LoopbackAddress(), "--user", "a"});

@@ -1,23 +1,11 @@
 #include "operations/Repository.h"
 
+#include "schema/CheckedPath.h"
 #include "schema/PathText.h"
 
 #include <utility>
 
 namespace demo {
-
-namespace {
-
-[[noreturn]] void Fail(const std::string& what) { throw CimError(CimStatus::kInvalidParameter, what); }
-
-/// The binding of a key, null if there is none. That of the only key need not say its name (DSP0201, INSTANCENAME).
-const KeyBinding* FindBinding(const ObjectPath& path, const std::string& key) {
-    if (path.keys.size() == 1 && path.keys.front().name.empty())
-        return path.keys.data();
-    return path.FindKey(key);
-}
-
-} // namespace
 
 Repository::Repository(Schema schema, InstanceProviders providers, NamespacePath location)
     : schema_(std::move(schema)), location_(std::move(location)) {
@@ -50,21 +38,17 @@ void Repository::EnumerateExactly(const Class& declaration, const Visitor& visit
         provider->Enumerate([&](const Instance& instance) { visit(declaration, instance); });
 }
 
+void Repository::EnumerateReferring(const Class& declaration, const ObjectPath& object, const Visitor& visit) const {
+    for (const auto& provider : ProvidersOf(declaration.name))
+        provider->EnumerateReferring(object, [&](const Instance& instance) { visit(declaration, instance); });
+}
+
 ObjectPath Repository::Checked(const Class& declaration, const ObjectPath& path) const {
-    ObjectPath result{declaration.name, {}};
-    for (const auto& property : declaration.properties) {
-        if (!property.Is("Key"))
-            continue;
-        const KeyBinding* const binding = FindBinding(path, property.name);
-        if (!binding)
-            Fail("the path of an instance of " + declaration.name + " needs the key " + property.name);
-        result.keys.push_back({property.name, property.type, CheckedValue(property, binding->value)});
+    try {
+        return CheckedPath(schema_, location_.nameSpace, declaration, path);
+    } catch (const PathError& error) {
+        throw CimError(CimStatus::kInvalidParameter, error.what());
     }
-    if (result.keys.size() != path.keys.size())
-        Fail("the path of an instance of " + declaration.name + " has keys that the class does not have");
-    if (!SameName(path.nameSpace, location_.nameSpace))
-        result.nameSpace = path.nameSpace;
-    return result;
 }
 
 std::optional<Instance> Repository::Find(const ObjectPath& path) const {
@@ -85,21 +69,6 @@ const InstanceProviders& Repository::ProvidersOf(const std::string& className) c
     static const InstanceProviders kNone;
     const auto found = providers_.find(className);
     return found == providers_.end() ? kNone : found->second;
-}
-
-Value Repository::CheckedValue(const Property& key, const Value& value) const {
-    if (key.type == CimType::kReference) {
-        const ObjectPath* const reference = value.AsReference();
-        const Class* const declaration = reference ? schema_.FindClass(reference->className) : nullptr;
-        if (!declaration)
-            Fail("the key " + key.name + " must be the path of an instance");
-        return Value::Reference(Checked(*declaration, *reference));
-    }
-    const std::string* const text = value.AsText();
-    auto normal = text ? NormalForm(key.type, *text) : std::nullopt;
-    if (!normal)
-        Fail("the key " + key.name + " must be of type " + std::string(TypeName(key.type)));
-    return Value::Text(*std::move(normal));
 }
 
 } // namespace demo

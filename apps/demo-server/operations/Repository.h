@@ -39,6 +39,10 @@ class Repository {
     /// Hands every instance whose class this is, not a subclass, to the visitor.
     void EnumerateExactly(const Class& declaration, const Visitor& visit) const;
 
+    /// Hands at least the instances of exactly this class with a reference to an object, whose path is checked, to the
+    /// visitor; perhaps others as well.
+    void EnumerateReferring(const Class& declaration, const ObjectPath& object, const Visitor& visit) const;
+
     /// The path that a client has sent, as PathOf() gives it: with the keys' types, and their values in normal form.
     /// Throws CimError kInvalidParameter when it does not have the keys of the class, with values of their types.
     ObjectPath Checked(const Class& declaration, const ObjectPath& path) const;
@@ -48,7 +52,6 @@ class Repository {
 
   private:
     const InstanceProviders& ProvidersOf(const std::string& className) const;
-    Value CheckedValue(const Property& key, const Value& value) const;
 
     Schema schema_;
     std::map<std::string, InstanceProviders, NameLess> providers_;

@@ -68,28 +68,30 @@ std::vector<const Class*> Traversal::AssociatedClasses() const {
 void Traversal::VisitReferences(const ObjectPath& source, const ReferenceVisitor& visit) const {
     const std::string text = PathText(source);
     for (const auto& ends : ends_)
-        repository_.EnumerateExactly(*ends.association, [&](const Class& association, const Instance& instance) {
-            if (std::any_of(ends.near.begin(), ends.near.end(),
-                            [&](const Property* near) { return RefersTo(instance, *near, text); }))
-                visit(association, instance);
-        });
+        repository_.EnumerateReferring(
+            *ends.association, source, [&](const Class& association, const Instance& instance) {
+                if (std::any_of(ends.near.begin(), ends.near.end(),
+                                [&](const Property* near) { return RefersTo(instance, *near, text); }))
+                    visit(association, instance);
+            });
 }
 
 void Traversal::VisitAssociated(const ObjectPath& source, const PathVisitor& visit) const {
     const std::string text = PathText(source);
     std::unordered_set<std::string> visited;
     for (const auto& ends : ends_)
-        repository_.EnumerateExactly(*ends.association, [&](const Class& association, const Instance& instance) {
-            for (const Property* const near : ends.near) {
-                if (!RefersTo(instance, *near, text))
-                    continue;
-                for (const Property* const far : FarEnds(association, *near)) {
-                    const ObjectPath* const path = instance.ValueOf(*far).AsReference();
-                    if (path && IsResult(path->className) && visited.insert(PathText(*path)).second)
-                        visit(*path);
+        repository_.EnumerateReferring(
+            *ends.association, source, [&](const Class& association, const Instance& instance) {
+                for (const Property* const near : ends.near) {
+                    if (!RefersTo(instance, *near, text))
+                        continue;
+                    for (const Property* const far : FarEnds(association, *near)) {
+                        const ObjectPath* const path = instance.ValueOf(*far).AsReference();
+                        if (path && IsResult(path->className) && visited.insert(PathText(*path)).second)
+                            visit(*path);
+                    }
                 }
-            }
-        });
+            });
 }
 
 std::vector<const Property*> Traversal::FarEnds(const Class& association, const Property& near) const {

@@ -29,6 +29,11 @@ class InstanceProvider {
     /// Hands at least the instance with a path of the class to the visitor, if there is one; perhaps others as well.
     /// For a provider that need not make all its instances to find one. Safe to call from several threads.
     virtual void EnumerateCandidates(const ObjectPath& /*path*/, const Visitor& visit) const { Enumerate(visit); }
+
+    /// Hands at least the instances with a reference to an object to the visitor; perhaps others as well. For a
+    /// provider of an association that need not make all of them to find those of one object. Safe to call from several
+    /// threads.
+    virtual void EnumerateReferring(const ObjectPath& /*object*/, const Visitor& visit) const { Enumerate(visit); }
 };
 
 using InstanceProviders = std::vector<std::unique_ptr<InstanceProvider>>;

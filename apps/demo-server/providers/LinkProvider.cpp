@@ -18,13 +18,25 @@ void LinkProvider::Enumerate(const Visitor& visit) const {
 void LinkProvider::EnumerateCandidates(const ObjectPath& path, const Visitor& visit) const {
     const KeyBinding* const key = path.FindKey(second_.role);
     const ObjectPath* const wanted = key ? key->value.AsReference() : nullptr;
-    if (!wanted)
+    const Source* const source = wanted ? SourceOf(second_, *wanted) : nullptr;
+    if (!source)
         return;
     const auto firsts = FirstReferences();
-    for (const auto& source : second_.sources)
-        if (SameName(source.declaration->name, wanted->className))
-            source.provider->EnumerateCandidates(*wanted,
-                                                 [&](const Instance& second) { Link(firsts, source, second, visit); });
+    source->provider->EnumerateCandidates(*wanted,
+                                          [&](const Instance& second) { Link(firsts, *source, second, visit); });
+}
+
+void LinkProvider::EnumerateReferring(const ObjectPath& object, const Visitor& visit) const {
+    if (SourceOf(first_, object))
+        return Enumerate(visit);
+    EnumerateCandidates({className_, {{second_.role, CimType::kReference, Value::Reference(object)}}}, visit);
+}
+
+const LinkProvider::Source* LinkProvider::SourceOf(const End& end, const ObjectPath& object) {
+    for (const auto& source : end.sources)
+        if (SameName(source.declaration->name, object.className))
+            return &source;
+    return nullptr;
 }
 
 void LinkProvider::Link(const std::vector<Value>& firsts, const Source& source, const Instance& second,

@@ -25,6 +25,8 @@ class LinkProvider : public InstanceProvider {
     void Enumerate(const Visitor& visit) const override;
     /// Looks for the object of the second end by its own path.
     void EnumerateCandidates(const ObjectPath& path, const Visitor& visit) const override;
+    /// Looks for an object of the second end by its own path.
+    void EnumerateReferring(const ObjectPath& object, const Visitor& visit) const override;
 
   private:
     struct Source {
@@ -37,6 +39,8 @@ class LinkProvider : public InstanceProvider {
         std::vector<Source> sources;
     };
 
+    /// The source of an object by its class; null if the object is not of this end.
+    static const Source* SourceOf(const End& end, const ObjectPath& object);
     static End Resolve(const Schema& schema, LinkEnd end);
     std::vector<Value> FirstReferences() const;
     /// Hands the links of one object of the second end to the visitor.

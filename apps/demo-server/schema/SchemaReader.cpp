@@ -1,12 +1,11 @@
 #include "schema/SchemaReader.h"
 
-#include "schema/EmbeddedSchema.h"
+#include "schema/DeclaredValue.h"
 
 #include <pugixml.hpp>
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <set>
 #include <utility>
 
@@ -47,50 +46,63 @@ bool IsParameterElement(const pugi::xml_node& node) {
     return std::string_view(node.name()).substr(0, 9) == "PARAMETER";
 }
 
-/// Reads the document, class by class: a superclass ahead of its subclasses wherever it stands.
+/// Reads the documents, class by class: a superclass ahead of its subclasses wherever it stands. What is wrong is
+/// noted, and left out, so that all problems come to light at once.
 class Reader {
   public:
-    Schema Read(std::string_view document) {
-        const auto parsed = document_.load_buffer(document.data(), document.size());
-        if (!parsed)
-            throw SchemaError("not well-formed at offset " + std::to_string(parsed.offset) + ": " +
-                              parsed.description());
-        const auto declaration = document_.child("CIM").child("DECLARATION");
-        if (!declaration)
-            throw SchemaError("not a CIM-XML declaration: it has no element CIM/DECLARATION");
-        for (const auto& group : declaration.children("DECLGROUP"))
-            for (const auto& object : group.children("VALUE.OBJECT"))
-                Collect(object);
+    explicit Reader(const SchemaDocuments& documents) : documents_(documents) {}
+
+    Schema Read() {
+        for (const auto& object : documents_.Objects())
+            Try(object, [&] { Collect(object); });
         for (const auto& [name, node] : classNodes_)
             Resolve(name);
         CheckClassNames();
+        if (!problems_.empty())
+            throw SchemaError(std::move(problems_));
         return std::move(schema_);
     }
 
   private:
-    [[noreturn]] void Fail(const std::string& what) const { throw SchemaError(where_ + ": " + what); }
+    [[noreturn]] static void Fail(const std::string& what) { throw DeclarationError(what); }
 
-    void Collect(const pugi::xml_node& parent);
+    void Note(const pugi::xml_node& node, const std::string& what) {
+        problems_.push_back(documents_.Where(node) + ": " + where_ + ": " + what);
+    }
+
+    /// Whether the action succeeds. If not, that is noted as a problem of the element.
+    template <typename Action>
+    bool Try(const pugi::xml_node& node, Action action) {
+        try {
+            action();
+            return true;
+        } catch (const DeclarationError& error) {
+            Note(node, error.what());
+            return false;
+        }
+    }
+
+    void Collect(const pugi::xml_node& object);
     void AddQualifierDeclaration(const pugi::xml_node& node);
     const Class& Resolve(std::string_view name);
+    void Inherit(const pugi::xml_node& node, Class& result);
     void ReadClass(const pugi::xml_node& node, Class& result);
+    void ReadFeature(const pugi::xml_node& node, Class& result);
     void AddProperty(const pugi::xml_node& node, Class& result);
     void AddMethod(const pugi::xml_node& node, Class& result);
-    void ReadHolder(const pugi::xml_node& node, Holder& result) const;
-    std::vector<Qualifier> ReadQualifiers(const pugi::xml_node& node, Scope scope,
-                                          std::vector<Qualifier> inherited) const;
+    std::vector<Qualifier> ReadQualifiers(const pugi::xml_node& node, Scope scope, std::vector<Qualifier> inherited);
+    void AddQualifier(const pugi::xml_node& node, Scope scope, std::vector<Qualifier>& result) const;
     Qualifier ReadQualifier(const pugi::xml_node& node, Scope scope) const;
-    Value ReadValue(const pugi::xml_node& node, CimType type, bool isArray) const;
-    CimType ReadType(const pugi::xml_node& node) const;
-    std::string RequiredName(const pugi::xml_node& node) const;
-    void CheckValueMap(const Element& element) const;
-    void CheckOverride(const Element& element, bool overrides) const;
+    void CheckOverride(const Element& element, bool overrides, bool isComplete) const;
     void CheckClassNames();
-    void CheckClassName(const std::string& name) const;
+    void CheckClassName(const pugi::xml_node& node, const std::string& name);
 
-    pugi::xml_document document_;
+    const SchemaDocuments& documents_;
+    std::vector<std::string> problems_;
     std::map<std::string, pugi::xml_node, NameLess> classNodes_;
     std::set<std::string, NameLess> inProgress_;
+    /// Classes that lack features, their own or inherited ones, because something was wrong with these.
+    std::set<std::string, NameLess> incomplete_;
     std::string where_ = "schema";
     Schema schema_;
 };
@@ -118,25 +130,67 @@ auto FindNamed(std::vector<Named>& elements, std::string_view name) {
                         [&](const Named& element) { return SameName(element.name, name); });
 }
 
-void Reader::Collect(const pugi::xml_node& parent) {
-    for (const auto& node : parent.children()) {
-        const std::string_view kind = node.name();
-        if (kind == "QUALIFIER.DECLARATION")
-            AddQualifierDeclaration(node);
-        else if (kind != "CLASS")
-            Fail("unexpected element " + std::string(kind));
-        else if (!classNodes_.emplace(RequiredName(node), node).second)
-            Fail("class " + RequiredName(node) + " is declared twice");
+std::string RequiredName(const pugi::xml_node& node) {
+    std::string name = node.attribute("NAME").value();
+    if (name.empty())
+        throw DeclarationError(std::string("an element ") + node.name() + " without a name");
+    return name;
+}
+
+void ReadHolder(const pugi::xml_node& node, Holder& result) {
+    result.name = RequiredName(node);
+    result.isArray = IsArrayElement(node);
+    if (const auto size = node.attribute("ARRAYSIZE"))
+        result.arraySize = size.as_uint();
+    if (IsReferenceElement(node)) {
+        result.type = CimType::kReference;
+        result.referenceClass = node.attribute("REFERENCECLASS").value();
+    } else {
+        result.type = ReadDeclaredType(node);
     }
+}
+
+/// Values and ValueMap go side by side (DSP0004).
+void CheckValueMap(const Element& element) {
+    const Qualifier* const map = element.FindQualifier("ValueMap");
+    const Qualifier* const values = element.FindQualifier("Values");
+    if (!map || !values || !map->value.AsArray() || !values->value.AsArray())
+        return;
+    if (map->value.AsArray()->size() != values->value.AsArray()->size())
+        throw DeclarationError(element.name + ": ValueMap and Values are of different lengths");
+}
+
+bool IsSame(const Value& a, const Value& b) {
+    const auto isSame = [](const auto* left, const auto* right) {
+        return left && right ? *left == *right : left == right;
+    };
+    return isSame(a.AsText(), b.AsText()) && isSame(a.AsArray(), b.AsArray());
+}
+
+bool IsSame(const QualifierDeclaration& a, const QualifierDeclaration& b) {
+    return a.type == b.type && a.isArray == b.isArray && a.scopes == b.scopes && a.overridable == b.overridable &&
+           a.toSubclass == b.toSubclass && a.toInstance == b.toInstance && a.translatable == b.translatable &&
+           IsSame(a.defaultValue, b.defaultValue);
+}
+
+void Reader::Collect(const pugi::xml_node& object) {
+    const std::string_view kind = object.name();
+    // Instances are read when the classes are known, by others.
+    if (kind == "INSTANCE")
+        return;
+    if (kind == "QUALIFIER.DECLARATION")
+        return AddQualifierDeclaration(object);
+    if (kind != "CLASS")
+        Fail("unexpected element " + std::string(kind));
+    const auto [first, isNew] = classNodes_.emplace(RequiredName(object), object);
+    if (!isNew)
+        Fail("class " + RequiredName(object) + " is declared twice, first at " + documents_.Where(first->second));
 }
 
 void Reader::AddQualifierDeclaration(const pugi::xml_node& node) {
     QualifierDeclaration declaration;
     declaration.name = RequiredName(node);
     where_ = "qualifier declaration " + declaration.name;
-    if (schema_.FindQualifier(declaration.name))
-        Fail("declared twice");
-    declaration.type = ReadType(node);
     declaration.isArray = IsTrue(node.attribute("ISARRAY"), false);
     declaration.overridable = IsTrue(node.attribute("OVERRIDABLE"), true);
     declaration.toSubclass = IsTrue(node.attribute("TOSUBCLASS"), true);
@@ -145,36 +199,51 @@ void Reader::AddQualifierDeclaration(const pugi::xml_node& node) {
     for (const auto& [scope, attribute] : kScopes)
         if (IsTrue(node.child("SCOPE").attribute(attribute), false))
             declaration.scopes.insert(scope);
-    declaration.defaultValue = ReadValue(node, declaration.type, declaration.isArray);
-    schema_.Add(std::move(declaration));
+    Try(node, [&] {
+        declaration.type = ReadDeclaredType(node);
+        declaration.defaultValue = ReadDeclaredValue(node, declaration.type, declaration.isArray);
+        const QualifierDeclaration* const known = schema_.FindQualifier(declaration.name);
+        if (!known)
+            schema_.Add(std::move(declaration));
+        else if (!IsSame(*known, declaration))
+            Fail("declared twice, and not the same both times");
+    });
     where_ = "schema";
 }
 
+/// The class of a name that is one of classNodes_.
 const Class& Reader::Resolve(std::string_view name) {
     if (const Class* const known = schema_.FindClass(name))
         return *known;
-    const auto node = classNodes_.find(name);
-    if (node == classNodes_.end())
-        Fail("superclass " + std::string(name) + " is not declared");
-    if (!inProgress_.insert(node->first).second)
-        Fail("class " + node->first + " is its own superclass");
-
+    const auto& [declaredName, node] = *classNodes_.find(name);
+    inProgress_.insert(declaredName);
     Class result;
-    result.name = node->first;
-    result.superclass = node->second.attribute("SUPERCLASS").value();
+    result.name = declaredName;
     where_ = "class " + result.name;
-    if (!result.superclass.empty()) {
-        const Class& superclass = Resolve(result.superclass);
-        result.superclass = superclass.name;
-        result.properties = superclass.properties;
-        result.methods = superclass.methods;
-        result.qualifiers = Propagated(superclass.qualifiers);
-        MarkInherited(result.properties);
-        MarkInherited(result.methods);
-    }
+    if (!Try(node, [&] { Inherit(node, result); }))
+        incomplete_.insert(result.name);
     where_ = "class " + result.name;
-    ReadClass(node->second, result);
+    ReadClass(node, result);
     return schema_.Add(std::move(result));
+}
+
+void Reader::Inherit(const pugi::xml_node& node, Class& result) {
+    const std::string name = node.attribute("SUPERCLASS").value();
+    if (name.empty())
+        return;
+    if (classNodes_.count(name) == 0)
+        Fail("superclass " + name + " is not declared");
+    if (!schema_.FindClass(name) && inProgress_.count(name) != 0)
+        Fail("class " + name + " is its own superclass");
+    const Class& superclass = Resolve(name);
+    if (incomplete_.count(superclass.name) != 0)
+        incomplete_.insert(result.name);
+    result.superclass = superclass.name;
+    result.properties = superclass.properties;
+    result.methods = superclass.methods;
+    result.qualifiers = Propagated(superclass.qualifiers);
+    MarkInherited(result.properties);
+    MarkInherited(result.methods);
 }
 
 void Reader::ReadClass(const pugi::xml_node& node, Class& result) {
@@ -184,19 +253,27 @@ void Reader::ReadClass(const pugi::xml_node& node, Class& result) {
     result.qualifiers =
         ReadQualifiers(node, isAssociation ? Scope::kAssociation : Scope::kClass, std::move(result.qualifiers));
     std::set<std::string, NameLess> declared;
-    for (const auto& child : node.children()) {
+    for (const auto& child : Elements(node)) {
         if (std::string_view(child.name()) == "QUALIFIER")
             continue;
-        where_ = "class " + result.name + ", " + child.name() + ' ' + RequiredName(child);
-        if (!declared.insert(RequiredName(child)).second)
-            Fail("declared twice");
-        if (IsPropertyElement(child))
-            AddProperty(child, result);
-        else if (std::string_view(child.name()) == "METHOD")
-            AddMethod(child, result);
-        else
-            Fail("unexpected element");
+        where_ = "class " + result.name + ", " + child.name() + ' ' + child.attribute("NAME").value();
+        const bool isRead = Try(child, [&] {
+            if (!declared.insert(RequiredName(child)).second)
+                Fail("declared twice");
+            ReadFeature(child, result);
+        });
+        if (!isRead)
+            incomplete_.insert(result.name);
     }
+}
+
+void Reader::ReadFeature(const pugi::xml_node& node, Class& result) {
+    if (IsPropertyElement(node))
+        AddProperty(node, result);
+    else if (std::string_view(node.name()) == "METHOD")
+        AddMethod(node, result);
+    else
+        Fail("unexpected element");
 }
 
 void Reader::AddProperty(const pugi::xml_node& node, Class& result) {
@@ -208,9 +285,9 @@ void Reader::AddProperty(const pugi::xml_node& node, Class& result) {
     property.qualifiers =
         ReadQualifiers(node, property.type == CimType::kReference ? Scope::kReference : Scope::kProperty,
                        overrides ? inherited->qualifiers : std::vector<Qualifier>());
-    CheckOverride(property, overrides);
+    CheckOverride(property, overrides, incomplete_.count(result.name) == 0);
     CheckValueMap(property);
-    property.defaultValue = ReadValue(node, property.type, property.isArray);
+    property.defaultValue = ReadDeclaredValue(node, property.type, property.isArray);
     if (!overrides) {
         result.properties.push_back(std::move(property));
         return;
@@ -224,15 +301,15 @@ void Reader::AddProperty(const pugi::xml_node& node, Class& result) {
 void Reader::AddMethod(const pugi::xml_node& node, Class& result) {
     Method method;
     method.name = RequiredName(node);
-    method.type = ReadType(node);
+    method.type = ReadDeclaredType(node);
     method.classOrigin = result.name;
     const auto inherited = FindNamed(result.methods, method.name);
     const bool overrides = inherited != result.methods.end();
     method.qualifiers =
         ReadQualifiers(node, Scope::kMethod, overrides ? inherited->qualifiers : std::vector<Qualifier>());
-    CheckOverride(method, overrides);
+    CheckOverride(method, overrides, incomplete_.count(result.name) == 0);
     CheckValueMap(method);
-    for (const auto& child : node.children()) {
+    for (const auto& child : Elements(node)) {
         if (!IsParameterElement(child))
             continue;
         Parameter parameter;
@@ -251,39 +328,30 @@ void Reader::AddMethod(const pugi::xml_node& node, Class& result) {
     *inherited = std::move(method);
 }
 
-void Reader::ReadHolder(const pugi::xml_node& node, Holder& result) const {
-    result.name = RequiredName(node);
-    result.isArray = IsArrayElement(node);
-    if (const auto size = node.attribute("ARRAYSIZE"))
-        result.arraySize = size.as_uint();
-    if (IsReferenceElement(node)) {
-        result.type = CimType::kReference;
-        result.referenceClass = node.attribute("REFERENCECLASS").value();
-    } else {
-        result.type = ReadType(node);
-    }
-}
-
 std::vector<Qualifier> Reader::ReadQualifiers(const pugi::xml_node& node, Scope scope,
-                                              std::vector<Qualifier> inherited) const {
+                                              std::vector<Qualifier> inherited) {
     std::vector<Qualifier> result = std::move(inherited);
     std::set<std::string, NameLess> declared;
-    for (const auto& child : node.children("QUALIFIER")) {
-        Qualifier qualifier = ReadQualifier(child, scope);
-        const std::string& name = qualifier.declaration->name;
-        if (!declared.insert(name).second)
-            Fail("qualifier " + name + " is declared twice");
-        const auto overridden = std::find_if(result.begin(), result.end(), [&](const Qualifier& known) {
-            return known.declaration == qualifier.declaration;
+    for (const auto& child : node.children("QUALIFIER"))
+        Try(child, [&] {
+            if (!declared.insert(RequiredName(child)).second)
+                Fail("qualifier " + RequiredName(child) + " is declared twice");
+            AddQualifier(child, scope, result);
         });
-        if (overridden == result.end())
-            result.push_back(std::move(qualifier));
-        else if (qualifier.declaration->overridable)
-            *overridden = std::move(qualifier);
-        else
-            Fail("qualifier " + name + " is inherited and cannot be overridden");
-    }
     return result;
+}
+
+void Reader::AddQualifier(const pugi::xml_node& node, Scope scope, std::vector<Qualifier>& result) const {
+    Qualifier qualifier = ReadQualifier(node, scope);
+    const auto overridden = std::find_if(result.begin(), result.end(), [&](const Qualifier& known) {
+        return known.declaration == qualifier.declaration;
+    });
+    if (overridden == result.end())
+        result.push_back(std::move(qualifier));
+    else if (qualifier.declaration->overridable || IsSame(overridden->value, qualifier.value))
+        *overridden = std::move(qualifier);
+    else
+        Fail("qualifier " + qualifier.declaration->name + " is inherited and cannot be overridden");
 }
 
 Qualifier Reader::ReadQualifier(const pugi::xml_node& node, Scope scope) const {
@@ -296,60 +364,14 @@ Qualifier Reader::ReadQualifier(const pugi::xml_node& node, Scope scope) const {
                            (scope == Scope::kAssociation && declaration->scopes.count(Scope::kClass) != 0);
     if (!isInScope)
         Fail("qualifier " + name + " is not meant for this kind of element");
-    if (ReadType(node) != declaration->type)
+    if (ReadDeclaredType(node) != declaration->type)
         Fail("qualifier " + name + " has another type than its declaration");
-    return {declaration, ReadValue(node, declaration->type, declaration->isArray), false};
+    return {declaration, ReadDeclaredValue(node, declaration->type, declaration->isArray), false};
 }
 
-Value Reader::ReadValue(const pugi::xml_node& node, CimType type, bool isArray) const {
-    const auto read = [&](const pugi::xml_node& value) -> std::string {
-        std::string text = value.text().get();
-        if (!IsValueOf(type, text))
-            Fail('"' + text + "\" is no " + std::string(TypeName(type)));
-        return text;
-    };
-    const auto scalar = node.child("VALUE");
-    const auto array = node.child("VALUE.ARRAY");
-    if ((scalar && isArray) || (array && !isArray))
-        Fail(isArray ? "an array must have a VALUE.ARRAY" : "a scalar must have a VALUE");
-    if (scalar)
-        return Value::Text(read(scalar));
-    if (!array)
-        return {};
-    Value::Items items;
-    for (const auto& item : array.children())
-        items.push_back(std::string_view(item.name()) == "VALUE.NULL" ? std::nullopt : std::optional(read(item)));
-    return Value::Array(std::move(items));
-}
-
-CimType Reader::ReadType(const pugi::xml_node& node) const {
-    const std::string_view name = node.attribute("TYPE").value();
-    const auto type = TypeFromName(name);
-    if (!type || *type == CimType::kReference)
-        Fail('"' + std::string(name) + "\" is no type");
-    return *type;
-}
-
-std::string Reader::RequiredName(const pugi::xml_node& node) const {
-    std::string name = node.attribute("NAME").value();
-    if (name.empty())
-        Fail(std::string("an element ") + node.name() + " without a name");
-    return name;
-}
-
-/// Values and ValueMap go side by side (DSP0004).
-void Reader::CheckValueMap(const Element& element) const {
-    const Qualifier* const map = element.FindQualifier("ValueMap");
-    const Qualifier* const values = element.FindQualifier("Values");
-    if (!map || !values || !map->value.AsArray() || !values->value.AsArray())
-        return;
-    if (map->value.AsArray()->size() != values->value.AsArray()->size())
-        Fail(element.name + ": ValueMap and Values are of different lengths");
-}
-
-void Reader::CheckOverride(const Element& element, bool overrides) const {
+void Reader::CheckOverride(const Element& element, bool overrides, bool isComplete) const {
     const bool isMarked = element.FindQualifier("Override") != nullptr;
-    if (isMarked && !overrides)
+    if (isMarked && !overrides && isComplete)
         Fail("Override, but no superclass has this element");
     if (overrides && !isMarked)
         Fail("a superclass has this element, so that it needs the qualifier Override");
@@ -360,28 +382,37 @@ void Reader::CheckClassNames() {
     for (const auto& [name, node] : classNodes_) {
         const Class& declaration = *schema_.FindClass(name);
         for (const auto& property : declaration.properties) {
+            // The one that declares it has been told.
+            if (property.propagated)
+                continue;
             where_ = "class " + name + ", " + property.name;
-            CheckClassName(property.referenceClass);
+            CheckClassName(node, property.referenceClass);
             if (const Qualifier* const embedded = property.FindQualifier("EmbeddedInstance"))
-                CheckClassName(*embedded->value.AsText());
+                if (const std::string* const text = embedded->value.AsText())
+                    CheckClassName(node, *text);
         }
         for (const auto& method : declaration.methods)
             for (const auto& parameter : method.parameters) {
                 where_ = "class " + name + ", " + method.name + ", " + parameter.name;
-                CheckClassName(parameter.referenceClass);
+                if (!method.propagated)
+                    CheckClassName(node, parameter.referenceClass);
             }
     }
 }
 
-void Reader::CheckClassName(const std::string& name) const {
+void Reader::CheckClassName(const pugi::xml_node& node, const std::string& name) {
     if (!name.empty() && !schema_.FindClass(name))
-        Fail("refers to class " + name + ", which is not declared");
+        Note(node, "refers to class " + name + ", which is not declared");
 }
 
 } // namespace
 
-Schema ReadSchema(std::string_view document) { return Reader().Read(document); }
+Schema ReadSchema(const SchemaDocuments& documents) { return Reader(documents).Read(); }
 
-Schema BuiltInSchema() { return ReadSchema(EmbeddedSchema()); }
+Schema ReadSchema(std::string_view document) {
+    return ReadSchema(SchemaDocuments({{"schema", std::string(document)}}));
+}
+
+Schema BuiltInSchema() { return ReadSchema(SchemaDocuments({BuiltInSource()})); }
 
 } // namespace demo

@@ -10,12 +10,6 @@
 
 namespace demo {
 
-namespace {
-
-constexpr const char* kNamespace = "root/cimv2";
-
-} // namespace
-
 CimService::CimService(Schema schema, InstanceProviders providers, std::string host)
     : repository_(std::move(schema), std::move(providers), {std::move(host), kNamespace}) {
     for (const auto& family : {ClassOperations(), InstanceOperations(), AssociationOperations(), QualifierOperations()})

@@ -14,6 +14,8 @@ namespace demo {
 /// from several threads.
 class CimService {
   public:
+    static constexpr const char* kNamespace = "root/cimv2";
+
     /// The host is what paths in answers begin with.
     CimService(Schema schema, InstanceProviders providers, std::string host);
 

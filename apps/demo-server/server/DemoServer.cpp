@@ -2,6 +2,7 @@
 
 #include "providers/LiveProviders.h"
 #include "providers/Machine.h"
+#include "providers/StaticProvider.h"
 #include "schema/SchemaReader.h"
 
 #include <utility>
@@ -10,10 +11,15 @@ namespace demo {
 
 namespace {
 
-CimService MakeService(std::size_t volumes) {
+CimService MakeService(const DemoServerOptions& options) {
     const SystemFiles files("/");
-    Schema schema = BuiltInSchema();
-    InstanceProviders providers = LiveProviders(schema, files, volumes);
+    std::vector<SchemaSource> sources{BuiltInSource()};
+    sources.insert(sources.end(), options.schemas.begin(), options.schemas.end());
+    const SchemaDocuments documents(std::move(sources));
+    Schema schema = ReadSchema(documents);
+    InstanceProviders providers = LiveProviders(schema, files, options.volumes);
+    for (auto& provider : DeclaredInstances(documents, schema, CimService::kNamespace))
+        providers.push_back(std::move(provider));
     return {std::move(schema), std::move(providers), ComputerName(files)};
 }
 
@@ -21,7 +27,7 @@ CimService MakeService(std::size_t volumes) {
 
 DemoServer::DemoServer(DemoServerOptions options)
     : options_(std::move(options)),
-      service_(MakeService(options_.volumes)),
+      service_(MakeService(options_)),
       certificate_(options_.address),
       http_(service_, options_.users, options_.accessLog, options_.address, options_.httpPort, nullptr),
       https_(service_, options_.users, options_.accessLog, options_.address, options_.httpsPort, &certificate_) {}

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "schema/SchemaDocuments.h"
 #include "server/AccessLog.h"
 #include "server/Certificate.h"
 #include "server/CimService.h"
@@ -8,6 +9,7 @@
 
 #include <cstddef>
 #include <string>
+#include <vector>
 
 namespace demo {
 
@@ -21,12 +23,16 @@ struct DemoServerOptions {
     AccessLog* accessLog = nullptr;
     /// The number of instances of DEMO_StorageVolume.
     std::size_t volumes = 0;
+    /// Classes, and instances of classes, beside the built-in ones.
+    std::vector<SchemaSource> schemas;
 };
 
-/// The whole server: the built-in schema, this machine's instances, and a listener for HTTP and one for HTTPS.
+/// The whole server: the built-in schema and what is added to it, this machine's instances, and a listener for HTTP and
+/// one for HTTPS.
 class DemoServer {
   public:
-    /// Serves from now on, on threads of its own. Throws ListenError when it cannot listen.
+    /// Serves from now on, on threads of its own. Throws ListenError when it cannot listen, SchemaError when an added
+    /// schema is wrong.
     explicit DemoServer(DemoServerOptions options = {});
 
     /// As in "http://127.0.0.1:5988".
