@@ -60,6 +60,7 @@ ProgramRun RunProgram(const std::string& program, const std::vector<std::string>
     const std::string errors = (directory.Path() / "errors").string();
     const pid_t child = ::fork();
     if (child == 0) {
+        ::setsid(); // no terminal, where the tests themselves have one
         if (std::freopen(output.c_str(), "w", stdout) != nullptr &&
             std::freopen(errors.c_str(), "w", stderr) != nullptr) {
             Become(program, arguments, environment);
