@@ -106,7 +106,7 @@ int CollectCommand::Run(const CommandContext& context) {
     const auto requested = ReadDocument(plugin, document_);
     const Connection connection = ConnectionOf(options, requested.settings, document_);
     const auto file = out_file_.empty() ? std::nullopt : std::optional<OutputFile>(out_file_);
-    Session session(plugin, connection, context.log);
+    Session session = context.ConnectTo(plugin, connection);
     const bool shows_progress = options.is_error_stream_terminal && !options.log_level;
     const Collection collection = Collect(session, WithoutRepetitions(requested.names), shows_progress, context.errors);
     const auto write = [&](std::ostream& stream) { WriteJson(collection, plugin.Access(), stream); };

@@ -1,5 +1,7 @@
 #include "Command.h"
 
+#include <ostream>
+
 #include "Connection.h"
 #include "Options.h"
 #include "Plugin.h"
@@ -13,7 +15,15 @@ OutputFormat CommandContext::Format(Command& command) const {
 
 Session CommandContext::Connect() const {
     const Connection connection = ConnectionOf(options);
-    return {Plugin(options.plugin), connection, log};
+    return ConnectTo(Plugin(options.plugin), connection);
+}
+
+Session CommandContext::ConnectTo(const Plugin& plugin, const Connection& connection) const {
+    Session session(plugin, connection, log);
+    if (connection.tls) {
+        errors << "cimhttp: encrypted, but nobody has verified that this is " << connection.host << '\n';
+    }
+    return session;
 }
 
 } // namespace cimhttp

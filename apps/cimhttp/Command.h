@@ -11,9 +11,11 @@
 
 namespace cimhttp {
 
+struct Connection;
 struct Options;
 class Command;
 class FailureLog;
+class Plugin;
 class Session;
 
 /// One positional argument of a command.
@@ -55,8 +57,12 @@ struct CommandContext {
     /// The form to write, which is one of those that the command describes; the first of them unless asked for.
     OutputFormat Format(Command& command) const;
 
-    /// A session with the server that the options name. Throws Failure.
+    /// A session with the server that the options name. Says on the error stream when the server is not verified.
+    /// Throws Failure.
     Session Connect() const;
+
+    /// The same with another connection than the options'.
+    Session ConnectTo(const Plugin& plugin, const Connection& connection) const;
 };
 
 /// One thing that the program does. Its arguments are members, which the command line fills as Describe() says.

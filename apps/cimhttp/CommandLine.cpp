@@ -10,6 +10,7 @@
 #include <fstream>
 #include <map>
 
+#include "Connection.h"
 #include "Failure.h"
 #include "ProgramFolder.h"
 
@@ -108,15 +109,27 @@ struct Parser {
                                                                              {"warning", ILogger::eLogWarning},
                                                                              {"info", ILogger::eLogInfo},
                                                                              {"debug", ILogger::eLogDebug}};
-        app.add_option("--host", options.host, "The server's name or address; localhost unless given");
+        app.add_option("--host", options.host,
+                       "The server: a name, an address or a URL; localhost unless given, or the connection named "
+                       "'default'")
+            ->type_name("HOST");
+        app.add_option("--connection,-c", options.connection, "The named connection to use, see 'connection'")
+            ->type_name("NAME")
+            ->excludes("--host");
         app.add_flag_function(
             "--tls", [this](std::int64_t count) { options.tls = count > 0; },
             "Use HTTPS on port 5989 instead of HTTP on 5988 (--tls=false the other way round); the server is not "
             "verified");
-        app.add_option("--user", options.user, "The user to log in as");
+        app.add_option("--user", options.user, "The user to log in as")->type_name("NAME");
         app.add_option("--password-file", password_file,
-                       "A file whose first line is the password; without it the variable CIMHTTP_PASSWORD counts");
-        app.add_option("--plugin", options.plugin, "The plug-in to load")->capture_default_str();
+                       "A file whose first line is the password; without it the variable CIMHTTP_PASSWORD counts, and "
+                       "then you are asked")
+            ->type_name("FILE");
+        app.add_option("--timeout", options.timeout,
+                       "How long to wait for an answer, 120 unless given; connecting takes 20 of them at most")
+            ->type_name("SECONDS")
+            ->check(CLI::Range(kShortestTimeout, kLongestTimeout).description(""));
+        app.add_option("--plugin", options.plugin, "The plug-in to load")->type_name("FILE");
         app.add_option_function<ILogger::EVYXLogSeverity>(
                "--log", [this](const ILogger::EVYXLogSeverity& level) { options.log_level = level; },
                "Write the log to the error stream: error, warning, info or debug")

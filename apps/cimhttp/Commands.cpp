@@ -3,6 +3,7 @@
 #include "ClassCommand.h"
 #include "ClassesCommand.h"
 #include "CollectCommand.h"
+#include "ConnectionCommand.h"
 #include "InfoCommand.h"
 #include "InstanceCommand.h"
 #include "InstancesCommand.h"
@@ -23,6 +24,7 @@ std::vector<std::unique_ptr<Command>> AllCommands() {
     commands.push_back(std::make_unique<InstancesCommand>());
     commands.push_back(std::make_unique<InstanceCommand>());
     commands.push_back(std::make_unique<CollectCommand>());
+    commands.push_back(std::make_unique<ConnectionCommand>());
     return commands;
 }
 

@@ -8,7 +8,15 @@ namespace cimhttp {
 /// What ends the program: one line for the user and an exit status.
 class Failure : public std::runtime_error {
   public:
-    enum ExitStatus { kOther = 1, kUsage = 2, kConnection = 3, kIncomplete = 7 };
+    enum ExitStatus {
+        kOther = 1,
+        kUsage = 2,          ///< the command line, or a file that it names, is wrong
+        kConnection = 3,     ///< the server cannot be reached, or does not answer in time
+        kAuthentication = 4, ///< the server does not let the user in
+        kNotFound = 5,       ///< the server has no such class
+        kServer = 6,         ///< the server answers with an error, or with what is no answer
+        kIncomplete = 7      ///< a part of what was asked for is missing
+    };
 
     Failure(ExitStatus status, const std::string& text) : std::runtime_error(text), status_(status) {}
 

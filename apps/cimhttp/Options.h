@@ -11,11 +11,13 @@ namespace cimhttp {
 
 /// What the command line and the environment say that concerns every command.
 struct Options {
-    std::optional<std::string> host; ///< what the command line says about the server
+    std::optional<std::string> connection; ///< the named connection
+    std::optional<std::string> host;       ///< what the command line says about the server, see ServerName
     std::optional<std::string> user;
     std::optional<std::string> password;          ///< from the password file
     std::optional<std::string> password_variable; ///< from the environment
     std::optional<bool> tls;
+    std::optional<unsigned> timeout;                                   ///< in seconds
     std::string plugin;                                                ///< the path of the plug-in
     std::optional<NQORVYX20::ILogger::EVYXLogSeverity> log_level = {}; ///< empty: no log
     std::optional<OutputFormat> format = {};                           ///< empty: the command's first one

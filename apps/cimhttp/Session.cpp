@@ -1,6 +1,10 @@
 #include "Session.h"
 
+#include "ConnectWatchdog.h"
 #include "Failure.h"
+#include "NearestNames.h"
+#include "RemoteReason.h"
+#include "ServerProbe.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMNamespace.h"
@@ -15,30 +19,41 @@ using NQORVYX20::ICIMInstance;
 using NQORVYX20::TCIMContext;
 using NQORVYX20::TVYXException;
 
-constexpr int kHttpPort = 5988;
-constexpr int kHttpsPort = 5989;
 constexpr const char* kNotValid = "its definition is not valid";
 
 Failure NotAName(const std::string& name) { return {Failure::kUsage, "'" + name + "' is not a class name"}; }
 
-std::string ReasonOr(const std::string& reason, const std::string& otherwise) {
-    return reason.empty() ? otherwise : reason;
+std::string NoConnection(const Connection& connection, const std::string& reason) {
+    return "no connection to " + connection.Url() + ": " + ExplainFailedConnect(connection, reason);
+}
+
+/// Waits for the plug-in, which has no time-out for connecting, no longer than the user wants.
+ConnectWatchdog WatchOver(const Connection& connection) {
+    const auto last_words = [&connection] {
+        const auto seconds = connection.ConnectTimeout().count();
+        return "cimhttp: " + NoConnection(connection, "it took longer than " + std::to_string(seconds) +
+                                                          (seconds == 1 ? " second" : " seconds"));
+    };
+    return {connection.ConnectTimeout(), last_words, Failure::kConnection};
 }
 
 } // namespace
 
 Session::Session(const Plugin& plugin, const Connection& connection, FailureLog& log)
-    : log_(log),
-      plugin_(plugin),
-      server_((connection.tls ? "https://" : "http://") + connection.host),
-      namespace_(plugin_.AllocateNamespace()) {
+    : log_(log), plugin_(plugin), connection_(connection), namespace_(plugin_.AllocateNamespace()) {
     try {
-        plugin_.Access().Connect(*namespace_, connection.host, connection.user, connection.password,
-                                 connection.tls ? kHttpsPort : kHttpPort);
+        const ConnectWatchdog watchdog = WatchOver(connection);
+        plugin_.Access().Connect(*namespace_, connection.host, connection.user, connection.password, connection.Port());
     } catch (const TVYXException& exception) {
         const std::string reason = log_.TakeReason();
-        throw Failure(Failure::kConnection, "no connection to " + server_ + ": " + ReasonOr(reason, exception.what()));
+        throw Failure(Failure::kConnection, NoConnection(connection, reason.empty() ? exception.what() : reason));
     }
+    plugin_.Access().SetTimeout(*namespace_, connection.timeout);
+}
+
+void Session::Fail(const std::string& what, const std::string& reason) const {
+    const RemoteReason remote(reason, connection_);
+    throw Failure(remote.Status(), what + ": " + remote.Text());
 }
 
 std::vector<std::string> Session::ClassNames() {
@@ -46,7 +61,7 @@ std::vector<std::string> Session::ClassNames() {
     auto names = plugin_.Access().ClassNames(*namespace_);
     const std::string reason = log_.TakeReason();
     if (!reason.empty()) {
-        throw Failure(Failure::kOther, "the classes of " + server_ + " cannot be listed: " + reason);
+        Fail("the classes of " + Server() + " cannot be listed", reason);
     }
     return names;
 }
@@ -56,7 +71,7 @@ auto Session::Remotely(const std::string& thing, const Operation& operation) con
     try {
         return operation();
     } catch (const RemoteFailure& failure) {
-        throw Failure(Failure::kOther, thing + " cannot be read from " + server_ + ": " + failure.what());
+        Fail(thing + " cannot be read from " + Server(), failure.what());
     }
 }
 
@@ -66,7 +81,9 @@ std::vector<RemoteClassName> Session::Hierarchy() {
 
 RemoteClass Session::Definition(const std::string& name) {
     try {
-        return Remotely("the class " + name, [&] { return plugin_.Access().ReadClass(*namespace_, name); });
+        return plugin_.Access().ReadClass(*namespace_, name);
+    } catch (const RemoteFailure& failure) {
+        FailAboutClass(name, failure.what());
     } catch (const std::invalid_argument&) {
         throw NotAName(name);
     }
@@ -90,8 +107,8 @@ boost::shared_ptr<ICIMInstance> Session::Instance(const std::string& path) {
         auto instance =
             Remotely("the instance " + path, [&] { return plugin_.Access().ReadInstance(*namespace_, path); });
         if (!instance) {
-            throw Failure(Failure::kOther, "the class of " + path + " cannot be read from " + server_ + ": " +
-                                               ReasonOr(log_.TakeReason(), kNotValid));
+            const std::string reason = log_.TakeReason();
+            Fail("the class of " + path + " cannot be read from " + Server(), reason.empty() ? kNotValid : reason);
         }
         return instance;
     } catch (const std::invalid_argument&) {
@@ -114,11 +131,24 @@ boost::shared_ptr<ICIMClass> Session::Class(const std::string& name) {
     log_.TakeReason();
     auto cls = FindClass(name);
     if (!cls) {
-        const std::string reason = log_.TakeReason();
-        throw Failure(Failure::kOther,
-                      "the class " + name + " cannot be read from " + server_ + ": " + ReasonOr(reason, kNotValid));
+        FailAboutClass(name, log_.TakeReason());
     }
     return cls;
+}
+
+void Session::FailAboutClass(const std::string& name, const std::string& reason) {
+    if (!reason.empty() && RemoteReason(reason, connection_).Status() == Failure::kNotFound) {
+        throw Failure(Failure::kNotFound, "there is no class " + name + " on " + Server() + SuggestionFor(name));
+    }
+    Fail("the class " + name + " cannot be read from " + Server(), reason.empty() ? kNotValid : reason);
+}
+
+std::string Session::SuggestionFor(const std::string& name) {
+    try {
+        return DidYouMean(NearestNames(name, ClassNames()));
+    } catch (const Failure&) {
+        return {}; // a server that does not list its classes
+    }
 }
 
 std::vector<boost::shared_ptr<ICIMInstance>> Session::Instances(ICIMClass& cls, bool deep) {
@@ -132,8 +162,7 @@ std::vector<boost::shared_ptr<ICIMInstance>> Session::Instances(ICIMClass& cls, 
         deep, TCIMContext());
     const std::string reason = log_.TakeReason();
     if (!reason.empty()) {
-        throw Failure(Failure::kOther, "the instances of " + cls.GetName(TCIMContext()) + " cannot be read from " +
-                                           server_ + ": " + reason);
+        Fail("the instances of " + cls.GetName(TCIMContext()) + " cannot be read from " + Server(), reason);
     }
     return instances;
 }

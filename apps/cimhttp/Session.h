@@ -18,7 +18,8 @@ class ICIMInstance;
 namespace cimhttp {
 
 /// A connected namespace. What the plug-in reports by an empty result and a line in the log becomes a Failure here that
-/// names the server, the thing asked for and the reason.
+/// names the server, the thing asked for, the reason and what to try. Its status is kConnection, kAuthentication,
+/// kNotFound or kServer.
 class Session {
   public:
     /// Connects. Throws Failure(kConnection) when that fails. `log` is the logger in force and must live longer than
@@ -28,7 +29,7 @@ class Session {
     const Plugin& LoadedPlugin() const { return plugin_; }
 
     /// The server as a URL without a port.
-    const std::string& Server() const { return server_; }
+    std::string Server() const { return connection_.Url(); }
 
     /// The names of all classes, in the server's order.
     std::vector<std::string> ClassNames();
@@ -36,7 +37,7 @@ class Session {
     /// All classes with their superclasses, in the server's order.
     std::vector<RemoteClassName> Hierarchy();
 
-    /// What the server says of a class, with what it inherits.
+    /// What the server says of a class, with what it inherits. Fails like Class().
     RemoteClass Definition(const std::string& name);
 
     /// The qualifiers that the server declares, in its order.
@@ -48,7 +49,8 @@ class Session {
     /// One instance by its object path.
     boost::shared_ptr<NQORVYX20::ICIMInstance> Instance(const std::string& path);
 
-    /// A class by name.
+    /// A class by name. Throws Failure(kUsage) for what is no name; for a class that there is not, the Failure suggests
+    /// those with names like it.
     boost::shared_ptr<NQORVYX20::ICIMClass> Class(const std::string& name);
 
     /// The instances of a class, in the order of their paths.
@@ -56,6 +58,10 @@ class Session {
 
   private:
     boost::shared_ptr<NQORVYX20::ICIMClass> FindClass(const std::string& name);
+    std::string SuggestionFor(const std::string& name);
+    [[noreturn]] void Fail(const std::string& what, const std::string& reason) const;
+
+    [[noreturn]] void FailAboutClass(const std::string& name, const std::string& reason);
 
     /// What goes wrong remotely becomes a Failure about `thing`.
     template <typename Operation>
@@ -63,7 +69,7 @@ class Session {
 
     FailureLog& log_;
     Plugin plugin_;
-    std::string server_;
+    Connection connection_;
     boost::shared_ptr<NQORVYX20::ICIMNamespace> namespace_;
 };
 

@@ -30,6 +30,7 @@ class TextlessAccess : public cimhttp::PluginAccess {
                                                  const TCIMValue&) const override {
         throw TVYXException(1);
     }
+    void SetTimeout(NQORVYX20::ICIMNamespace&, std::chrono::milliseconds) const override {}
     cimhttp::RequestedClasses ReadRequestedClasses(const std::string&) const override { return {}; }
 };
 

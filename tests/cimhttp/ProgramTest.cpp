@@ -230,21 +230,6 @@ TEST_F(ProgramTest, ThePasswordComesFromAFileOrTheEnvironment) {
 
 // --- Failures ----------------------------------------------------------------------------------------------------
 
-TEST_F(ProgramTest, NothingListening) {
-    fServer.Stop();
-    ExpectOneLine(Run({"classes"}), 3, "no connection to http://" + fServer.Address());
-}
-
-TEST_F(ProgramTest, AnUnknownHost) {
-    ExpectOneLine(RunCimhttp({"--host", "no-such-host.invalid", "classes"}), 3, "no-such-host.invalid");
-}
-
-TEST_F(ProgramTest, AWrongPassword) {
-    fServer.RequireUser("reader", "s3cret");
-    ExpectOneLine(Run({"--user", "reader", "classes"}, {"CIMHTTP_PASSWORD=guess"}), 1, "401");
-    ExpectOneLine(Run({"--user", "reader", "class", "TEST_Disk"}, {"CIMHTTP_PASSWORD=guess"}), 1, "401");
-}
-
 TEST_F(ProgramTest, AUserWithoutAPassword) {
     ExpectOneLine(Run({"--user", "reader", "classes"}), 2, "CIMHTTP_PASSWORD");
 }
@@ -253,40 +238,27 @@ TEST_F(ProgramTest, APasswordFileThatIsNotThere) {
     ExpectOneLine(Run({"--user", "reader", "--password-file", "/no/such/file", "classes"}), 2, "/no/such/file");
 }
 
-TEST_F(ProgramTest, APortInTheHost) {
-    ExpectOneLine(RunCimhttp({"--host", "localhost:8080", "classes"}), 2, "localhost:8080");
-}
-
-TEST_F(ProgramTest, TlsToAPlainPort) {
-    support::ScriptedServer plain([](support::Connection& connection) {
-        connection.ReadSome();
-        connection.Write("HTTP/1.1 400 Bad Request\r\nContent-Length: 0\r\n\r\n");
-    });
-    plain.Listen(kHttpsPort);
-    ExpectOneLine(Run({"--tls", "classes"}), 3, "no connection to https://" + fServer.Address());
-}
-
 TEST_F(ProgramTest, AServerThatClosesInTheMiddleOfAnAnswer) {
     fServer.AnswerNextWith("HTTP/1.1 200 OK\r\nContent-Type: application/xml\r\nCIMOperation: MethodResponse\r\n"
                            "Content-Length: 5000\r\n\r\n<?xml version=\"1.0\"?><CIM CIMVERSION=\"2.0\"");
-    ExpectOneLine(Run({"classes"}), 1, "cannot be listed");
+    ExpectOneLine(Run({"classes"}), 6, "cannot be listed");
 }
 
 TEST_F(ProgramTest, AnAnswerThatIsNotXml) {
     fServer.AnswerNextWith("HTTP/1.1 200 OK\r\nContent-Type: application/xml\r\nCIMOperation: MethodResponse\r\n"
                            "Content-Length: 5\r\n\r\nhello");
-    ExpectOneLine(Run({"class", "TEST_Disk"}), 1, "the class TEST_Disk cannot be read");
+    ExpectOneLine(Run({"class", "TEST_Disk"}), 6, "the class TEST_Disk cannot be read");
 }
 
 TEST_F(ProgramTest, AnUnknownClass) {
-    ExpectOneLine(Run({"class", "TEST_None"}), 1, "the class TEST_None cannot be read");
-    ExpectOneLine(Run({"instances", "TEST_None"}), 1, "CIM_ERR_NOT_FOUND");
+    ExpectOneLine(Run({"class", "TEST_None"}), 5, "there is no class TEST_None");
+    ExpectOneLine(Run({"instances", "TEST_None"}), 5, "there is no class TEST_None");
 }
 
 TEST_F(ProgramTest, AClassThatIsNotValid) {
     fServer.Answer("GetClass", "TEST_Odd",
                    "<CLASS NAME=\"TEST_Odd\"><PROPERTY NAME=\"\xc3\xb6\" TYPE=\"string\"/></CLASS>");
-    ExpectOneLine(Run({"instances", "TEST_Odd"}), 1, "its definition is not valid");
+    ExpectOneLine(Run({"instances", "TEST_Odd"}), 6, "its definition is not valid");
 }
 
 TEST_F(ProgramTest, AnInvalidClassName) {
@@ -296,7 +268,7 @@ TEST_F(ProgramTest, AnInvalidClassName) {
 
 TEST_F(ProgramTest, InstancesThatTheServerRefuses) {
     fServer.Fail("EnumerateInstances", "TEST_Disk", 2, "not for you");
-    ExpectOneLine(Run({"instances", "TEST_Disk"}), 1, "CIM_ERR_ACCESS_DENIED: not for you");
+    ExpectOneLine(Run({"instances", "TEST_Disk"}), 4, "CIM_ERR_ACCESS_DENIED: not for you");
 }
 
 TEST_F(ProgramTest, AnUnknownProperty) {

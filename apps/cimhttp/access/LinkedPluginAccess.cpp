@@ -1,5 +1,7 @@
 #include "access/PluginAccess.h"
 
+#include <Pegasus/Client/CIMClient.h>
+
 #include <boost/make_shared.hpp>
 
 #include "access/RemoteReader.h"
@@ -44,6 +46,11 @@ class LinkedPluginAccess : public PluginAccess {
     void Connect(ICIMNamespace& name_space, const std::string& host, const std::string& user,
                  const std::string& password, int port) const override {
         dynamic_cast<TCimHTTPNamespace&>(name_space).connect(host, user, password, port);
+    }
+
+    void SetTimeout(ICIMNamespace& name_space, std::chrono::milliseconds timeout) const override {
+        auto* const client = dynamic_cast<TCimHTTPNamespace&>(name_space).getPegClient();
+        client->setTimeout(static_cast<Pegasus::Uint32>(timeout.count()));
     }
 
     std::vector<std::string> ClassNames(ICIMNamespace& name_space) const override {

@@ -2,6 +2,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <chrono>
 #include <map>
 #include <string>
 #include <vector>
@@ -35,6 +36,9 @@ class PluginAccess {
     /// See TCimHTTPNamespace::connect. The namespace must be the plug-in's, here and below.
     virtual void Connect(NQORVYX20::ICIMNamespace& name_space, const std::string& host, const std::string& user,
                          const std::string& password, int port) const = 0;
+
+    /// How long a connected namespace waits for an answer.
+    virtual void SetTimeout(NQORVYX20::ICIMNamespace& name_space, std::chrono::milliseconds timeout) const = 0;
 
     /// The names of all classes of the server; empty after a failure, which is in the log.
     virtual std::vector<std::string> ClassNames(NQORVYX20::ICIMNamespace& name_space) const = 0;

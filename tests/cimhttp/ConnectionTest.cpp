@@ -1,0 +1,398 @@
+// How cimhttp finds its server, and what it says when it does not.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <filesystem>
+
+#include "ConnectionStore.h"
+#include "Failure.h"
+#include "NearestNames.h"
+#include "ProgramRun.h"
+#include "ServerName.h"
+#include "support/CimServer.h"
+#include "support/TemporaryDirectory.h"
+
+using cimhttp::ConnectionStore;
+using cimhttp::EditDistance;
+using cimhttp::Failure;
+using cimhttp::NearestNames;
+using cimhttp::ParseServerName;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
+
+namespace {
+
+constexpr std::uint16_t kHttpPort = 5988;
+constexpr std::uint16_t kHttpsPort = 5989;
+
+std::string ComplaintAbout(const std::string& server_name) {
+    try {
+        ParseServerName(server_name);
+        return "none";
+    } catch (const Failure& failure) {
+        EXPECT_EQ(failure.Status(), Failure::kUsage);
+        return failure.what();
+    }
+}
+
+} // namespace
+
+// --- Names of servers --------------------------------------------------------------------------------------------
+
+TEST(ServerName, IsANameOrAnAddress) {
+    for (const char* name : {"server", "server.example", "192.0.2.7", "2001:db8::7", "fe80::1%eth0", "h\xc3\xb6st"}) {
+        EXPECT_EQ(ParseServerName(name).host, name);
+        EXPECT_FALSE(ParseServerName(name).tls) << name;
+    }
+    EXPECT_EQ(ParseServerName("[2001:db8::7]").host, "2001:db8::7");
+}
+
+TEST(ServerName, SaysByPortOrSchemeWhetherTlsIsMeant) {
+    EXPECT_EQ(ParseServerName("server:5988").tls, false);
+    EXPECT_EQ(ParseServerName("server:5989").tls, true);
+    EXPECT_EQ(ParseServerName("server:5989").host, "server");
+    EXPECT_EQ(ParseServerName("[2001:db8::7]:5989").host, "2001:db8::7");
+    EXPECT_EQ(ParseServerName("[2001:db8::7]:5989").tls, true);
+    EXPECT_EQ(ParseServerName("https://server/").host, "server");
+    EXPECT_EQ(ParseServerName("https://server").tls, true);
+    EXPECT_EQ(ParseServerName("http://server:5988").tls, false);
+}
+
+TEST(ServerName, IsRefusedWhereThePluginCannotGo) {
+    EXPECT_THAT(ComplaintAbout("server:8080"), HasSubstr("port 8080"));
+    EXPECT_THAT(ComplaintAbout("https://server:5988"), HasSubstr("https goes with port 5989"));
+    for (const char* name : {"", "https://", "user@server", "server/path", "two words", "[", "[]:5989", ":5989"}) {
+        EXPECT_THAT(ComplaintAbout(name), HasSubstr("not the name or address")) << name;
+    }
+}
+
+// --- Names that are near -----------------------------------------------------------------------------------------
+
+TEST(NearestNames, AreThoseWithTheFewestChanges) {
+    EXPECT_EQ(EditDistance("", ""), 0U);
+    EXPECT_EQ(EditDistance("abc", ""), 3U);
+    EXPECT_EQ(EditDistance("CIM_Disk", "cim_disc"), 1U);
+    EXPECT_EQ(EditDistance("form", "from"), 1U);
+    EXPECT_EQ(EditDistance("kitten", "sitting"), 3U);
+    EXPECT_THAT(NearestNames("CIM_Dsik", {"CIM_Fan", "CIM_Disk", "CIM_Risk", "CIM_System"}),
+                ElementsAre("CIM_Disk", "CIM_Risk"));
+}
+
+TEST(NearestNames, NeedNotBeWrittenWithTheirSchema) {
+    EXPECT_THAT(NearestNames("filesystem", {"CIM_FileSystem", "CIM_LogicalElement"}), ElementsAre("CIM_FileSystem"));
+}
+
+TEST(NearestNames, AreFewAndSimilar) {
+    EXPECT_EQ(NearestNames("CIM_A", {"CIM_B", "CIM_C", "CIM_D", "CIM_E"}).size(), 3U);
+    EXPECT_THAT(NearestNames("Xyzzy", {"CIM_FileSystem", "CIM_Fan"}), IsEmpty());
+    EXPECT_THAT(NearestNames("a", {std::string(100000, 'a')}), IsEmpty());
+}
+
+TEST(NearestNames, AreOfferedInASentence) {
+    EXPECT_EQ(cimhttp::DidYouMean({}), "");
+    EXPECT_EQ(cimhttp::DidYouMean({"A"}), " (did you mean A?)");
+    EXPECT_EQ(cimhttp::DidYouMean({"A", "B"}), " (did you mean A or B?)");
+    EXPECT_EQ(cimhttp::DidYouMean({"A", "B", "C"}), " (did you mean A, B or C?)");
+}
+
+// --- The file of named connections -------------------------------------------------------------------------------
+
+namespace {
+
+class ConnectionStoreTest : public testing::Test {
+  protected:
+    std::string ComplaintAbout(const std::string& content, mode_t mode = 0600) const {
+        const std::string path = fFolder.WriteFile("connections.json", content);
+        ::chmod(path.c_str(), mode);
+        try {
+            ConnectionStore(path).Read();
+            return "none";
+        } catch (const Failure& failure) {
+            EXPECT_EQ(failure.Status(), Failure::kUsage);
+            EXPECT_THAT(failure.what(), StartsWith(path));
+            return failure.what();
+        }
+    }
+
+    static mode_t ModeOf(const std::string& path) {
+        struct stat status {};
+        ::stat(path.c_str(), &status);
+        return status.st_mode & 07777U;
+    }
+
+    support::TemporaryDirectory fFolder;
+};
+
+} // namespace
+
+TEST_F(ConnectionStoreTest, KeepsWhatItIsGivenInAFileForTheOwnerAlone) {
+    const std::string folder = (fFolder.Path() / "a" / "cimhttp").string();
+    const ConnectionStore store(folder + "/connections.json");
+    EXPECT_THAT(store.Read(), IsEmpty());
+    store.Write({{"lab", {"server", true, "reader", " p\"\\\xc3\xa4 ", 7}}, {"plain", {"::1", false, {}, {}, {}}}});
+    EXPECT_EQ(ModeOf(folder), 0700U);
+    EXPECT_EQ(ModeOf(store.Path()), 0600U);
+    const auto connections = store.Read();
+    ASSERT_EQ(connections.size(), 2U);
+    const auto& lab = connections.at("lab");
+    EXPECT_EQ(lab.host, "server");
+    EXPECT_TRUE(lab.tls);
+    EXPECT_EQ(lab.user, "reader");
+    EXPECT_EQ(lab.password, " p\"\\\xc3\xa4 ");
+    EXPECT_EQ(lab.timeout, 7U);
+    EXPECT_EQ(connections.at("plain").host, "::1");
+    EXPECT_FALSE(connections.at("plain").user);
+}
+
+TEST_F(ConnectionStoreTest, ClosesAnOpenFileWhenItIsWritten) {
+    const ConnectionStore store(fFolder.WriteFile("connections.json", "{}"));
+    ::chmod(store.Path().c_str(), 0644);
+    store.Write({{"lab", {"server", false, "reader", "secret", {}}}});
+    EXPECT_EQ(ModeOf(store.Path()), 0600U);
+}
+
+TEST_F(ConnectionStoreTest, RefusesAFileThatIsNotWhatItShouldBe) {
+    EXPECT_THAT(ComplaintAbout("{\n  \"lab\": oops}"), HasSubstr("line 2"));
+    EXPECT_THAT(ComplaintAbout(""), HasSubstr("line 1"));
+    EXPECT_THAT(ComplaintAbout("[]"), HasSubstr("not a list of connections"));
+    EXPECT_THAT(ComplaintAbout(R"({"lab": "server"})"), HasSubstr("connection 'lab' is not an object"));
+    EXPECT_THAT(ComplaintAbout(R"({"lab": {}})"), HasSubstr("names no host"));
+    EXPECT_THAT(ComplaintAbout(R"({"lab": {"host": 7}})"), HasSubstr("host is not a text"));
+    EXPECT_THAT(ComplaintAbout(R"({"lab": {"host": "a", "tls": "yes"}})"), HasSubstr("neither true nor false"));
+    EXPECT_THAT(ComplaintAbout(R"({"lab": {"host": "a", "port": 1}})"), HasSubstr("unknown setting 'port'"));
+    for (const char* timeout : {"0", "-1", "86401", "1.5", "\"7\"", "1e99"}) {
+        EXPECT_THAT(ComplaintAbout(std::string(R"({"lab": {"host": "a", "timeout": )") + timeout + "}}"),
+                    HasSubstr("from 1 to 86400"));
+    }
+}
+
+TEST_F(ConnectionStoreTest, RefusesAPasswordThatOthersCanRead) {
+    const char* const content = R"({"lab": {"host": "a", "user": "b", "password": "c"}})";
+    EXPECT_EQ(ComplaintAbout(content, 0600), "none");
+    EXPECT_THAT(ComplaintAbout(content, 0640), HasSubstr("chmod 600"));
+    EXPECT_THAT(ComplaintAbout(content, 0604), HasSubstr("chmod 600"));
+    EXPECT_EQ(ComplaintAbout(R"({"lab": {"host": "a"}})", 0644), "none");
+}
+
+TEST_F(ConnectionStoreTest, SuggestsANearName) {
+    const ConnectionStore store(fFolder.WriteFile("connections.json", R"({"lab": {"host": "a"}})"));
+    EXPECT_EQ(store.Find("lab").host, "a");
+    try {
+        store.Find("lbb");
+        FAIL();
+    } catch (const Failure& failure) {
+        EXPECT_THAT(failure.what(), HasSubstr("did you mean lab?"));
+    }
+}
+
+// --- The program -------------------------------------------------------------------------------------------------
+
+namespace {
+
+class ConnectionTest : public testing::Test {
+  protected:
+    ConnectionTest() {
+        fServer.Listen(kHttpPort);
+        fServer.Answer("EnumerateClassNames", "",
+                       "<CLASSNAME NAME=\"TEST_Disk\"/><CLASSNAME NAME=\"TEST_Tape\"/>"
+                       "<CLASSNAME NAME=\"CIM_System\"/>");
+    }
+
+    /// Runs with a folder for configuration.
+    ProgramRun Run(const std::vector<std::string>& arguments, std::vector<std::string> environment = {}) const {
+        environment.push_back("XDG_CONFIG_HOME=" + fFolder.Path().string());
+        return RunCimhttp(arguments, environment);
+    }
+
+    std::string File() const { return (fFolder.Path() / "cimhttp" / "connections.json").string(); }
+
+    static void ExpectOneLine(const ProgramRun& run, int status, const std::string& part) {
+        EXPECT_EQ(run.status, status);
+        EXPECT_EQ(run.output, "");
+        EXPECT_THAT(run.errors, StartsWith("cimhttp: "));
+        EXPECT_THAT(run.errors, HasSubstr(part));
+        EXPECT_EQ(std::count(run.errors.begin(), run.errors.end(), '\n'), 1) << run.errors;
+    }
+
+    const std::string fAllClasses = "CIM_System\nTEST_Disk\nTEST_Tape\n";
+    support::CimServer fServer;
+    support::TemporaryDirectory fFolder;
+};
+
+} // namespace
+
+TEST_F(ConnectionTest, ANamedConnectionIsAddedListedTestedUsedAndRemoved) {
+    EXPECT_EQ(Run({"connection", "list"}).output, "no connections\n");
+    const auto added = Run({"connection", "add", "lab", "--host", fServer.Address(), "--timeout", "60"});
+    EXPECT_EQ(added.status, 0) << added.errors;
+    EXPECT_THAT(Run({"connection", "list"}).output, HasSubstr("http://" + fServer.Address()));
+    EXPECT_EQ(Run({"connection", "list", "--output", "csv"}).output,
+              "Name,Server,User,Password\r\nlab,http://" + fServer.Address() + ",\"\",\"\"\r\n");
+    EXPECT_EQ(Run({"connection", "test", "lab"}).output, "http://" + fServer.Address() + " answers: 3 classes\n");
+    EXPECT_EQ(Run({"-c", "lab", "classes"}).output, fAllClasses);
+    EXPECT_EQ(Run({"classes", "--connection", "lab"}).output, fAllClasses);
+    EXPECT_EQ(Run({"connection", "remove", "lab"}).status, 0);
+    EXPECT_EQ(Run({"connection", "list"}).output, "no connections\n");
+    ExpectOneLine(Run({"connection", "remove", "lab"}), 2, "no connection 'lab'");
+    ExpectOneLine(Run({"-c", "lab", "classes"}), 2, "no connection 'lab'");
+}
+
+TEST_F(ConnectionTest, TheConnectionNamedDefaultIsUsedWhereNoneIsAskedFor) {
+    Run({"connection", "add", "default", "--host", fServer.Address()});
+    EXPECT_EQ(Run({"classes"}).output, fAllClasses);
+    ExpectOneLine(Run({"--host", "no-such-host.invalid", "classes"}), 3, "no-such-host.invalid");
+}
+
+TEST_F(ConnectionTest, TheFolderIsInHomeUnlessXdgSaysOtherwise) {
+    const std::string home = "HOME=" + fFolder.Path().string();
+    EXPECT_EQ(RunCimhttp({"connection", "add", "lab", "--host", "server"}, {home}).status, 0);
+    EXPECT_TRUE(std::filesystem::exists(fFolder.Path() / ".config" / "cimhttp" / "connections.json"));
+    EXPECT_THAT(RunCimhttp({"connection", "list"}, {home, "XDG_CONFIG_HOME=relative"}).output, HasSubstr("lab "));
+    ExpectOneLine(RunCimhttp({"connection", "list"}), 2, "XDG_CONFIG_HOME");
+    ExpectOneLine(RunCimhttp({"-c", "lab", "classes"}), 2, "XDG_CONFIG_HOME");
+}
+
+TEST_F(ConnectionTest, APasswordIsStoredOnlyWhenAskedFor) {
+    fServer.RequireUser("reader", "s3cret");
+    const std::vector<std::string> add{"connection", "add", "lab", "--host", fServer.Address(), "--user", "reader"};
+    EXPECT_EQ(Run(add, {"CIMHTTP_PASSWORD=s3cret"}).status, 0);
+    EXPECT_THAT(ReadFile(File()), Not(HasSubstr("s3cret")));
+    EXPECT_EQ(Run({"-c", "lab", "classes"}).status, 2);
+    auto add_with_password = add;
+    add_with_password.emplace_back("--store-password");
+    EXPECT_EQ(Run(add_with_password, {"CIMHTTP_PASSWORD=s3cret"}).status, 0);
+    EXPECT_EQ(Run({"-c", "lab", "classes"}).output, fAllClasses);
+    EXPECT_THAT(Run({"connection", "list"}).output, Not(HasSubstr("s3cret")));
+}
+
+TEST_F(ConnectionTest, AnotherUserGetsNoStoredPassword) {
+    fServer.RequireUser("reader", "s3cret");
+    Run({"connection", "add", "lab", "--host", fServer.Address(), "--user", "reader", "--store-password"},
+        {"CIMHTTP_PASSWORD=s3cret"});
+    ExpectOneLine(Run({"-c", "lab", "--user", "other", "classes"}), 2, "other needs a password");
+    EXPECT_EQ(Run({"-c", "lab", "--user", "reader", "classes"}).status, 0);
+}
+
+TEST_F(ConnectionTest, WrongUseOfNamedConnections) {
+    ExpectOneLine(Run({"connection"}), 2, "ACTION");
+    ExpectOneLine(Run({"connection", "dance"}), 2, "'dance'");
+    ExpectOneLine(Run({"connection", "add"}), 2, "needs a NAME");
+    ExpectOneLine(Run({"connection", "list", "lab"}), 2, "takes no name");
+    ExpectOneLine(Run({"connection", "add", "lab"}), 2, "--host");
+    ExpectOneLine(Run({"connection", "add", "two words", "--host", "server"}), 2, "'two words'");
+    ExpectOneLine(Run({"connection", "add", "lab", "--host", "server", "--store-password"}), 2, "--user");
+    ExpectOneLine(Run({"-c", "lab", "--host", "server", "classes"}), 2, "--host");
+    ExpectOneLine(Run({"connection", "test", "lab", "--host", "server"}), 2, "--host");
+}
+
+TEST_F(ConnectionTest, AMalformedFileIsRefusedOnlyWhereItIsNeeded) {
+    std::filesystem::create_directories(fFolder.Path() / "cimhttp");
+    fFolder.WriteFile("cimhttp/connections.json", "{");
+    ExpectOneLine(Run({"classes"}), 2, File());
+    ExpectOneLine(Run({"connection", "add", "lab", "--host", "server"}), 2, File());
+    EXPECT_EQ(ReadFile(File()), "{");
+    EXPECT_EQ(Run({"--host", fServer.Address(), "classes"}).status, 0);
+}
+
+TEST_F(ConnectionTest, AUrlOrAPortChoosesTls) {
+    const support::TestCertificate certificate(support::TestCertificate::For(fServer.Address()));
+    fServer.ListenTls(kHttpsPort, certificate);
+    for (const std::string& name : {"https://" + fServer.Address(), fServer.Address() + ":5989"}) {
+        const auto run = Run({"--host", name, "classes"});
+        EXPECT_EQ(run.output, fAllClasses);
+        EXPECT_EQ(run.errors, "cimhttp: encrypted, but nobody has verified that this is " + fServer.Address() + "\n");
+        ExpectOneLine(Run({"--host", name, "--tls=false", "classes"}), 2, "contradict");
+    }
+}
+
+// --- Failures that tell what to try ------------------------------------------------------------------------------
+
+TEST_F(ConnectionTest, NothingListens) {
+    fServer.Stop();
+    ExpectOneLine(Run({"--host", fServer.Address(), "classes"}), 3,
+                  "no connection to http://" + fServer.Address() + ": nothing listens on port 5988; is the CIM server");
+}
+
+TEST_F(ConnectionTest, OnlyTheOtherPortListens) {
+    support::CimServer secure(fServer.Address());
+    fServer.Stop();
+    const support::TestCertificate certificate(support::TestCertificate::For(fServer.Address()));
+    secure.ListenTls(kHttpsPort, certificate);
+    ExpectOneLine(Run({"--host", fServer.Address(), "classes"}), 3, "port 5989 answers: add --tls");
+    secure.Stop();
+    support::CimServer plain(fServer.Address());
+    plain.Listen(kHttpPort);
+    ExpectOneLine(Run({"--host", fServer.Address(), "--tls", "classes"}), 3, "port 5988 answers: leave out --tls");
+}
+
+TEST_F(ConnectionTest, TlsToAPlainPort) {
+    support::CimServer plain(fServer.Address());
+    plain.Listen(kHttpsPort);
+    // Whether such a server waits for more or complains, nobody gets further there.
+    ExpectOneLine(Run({"--host", fServer.Address(), "--tls", "--timeout", "1", "classes"}), 3, "leave out --tls");
+    plain.Stop();
+    support::ScriptedServer complaining([](support::Connection& connection) {
+        connection.ReadSome();
+        connection.Write("HTTP/1.1 400 Bad Request\r\nContent-Length: 0\r\n\r\n");
+    });
+    complaining.Listen(kHttpsPort);
+    ExpectOneLine(Run({"--host", fServer.Address(), "--tls", "classes"}), 3, "leave out --tls");
+}
+
+TEST_F(ConnectionTest, PlainToATlsPort) {
+    fServer.Stop();
+    support::CimServer secure(fServer.Address());
+    const support::TestCertificate certificate(support::TestCertificate::For(fServer.Address()));
+    secure.ListenTls(kHttpPort, certificate);
+    ExpectOneLine(Run({"--host", fServer.Address(), "classes"}), 3, "--tls");
+}
+
+TEST_F(ConnectionTest, AnUnknownHost) {
+    ExpectOneLine(Run({"--host", "no-such-host.invalid", "classes"}), 3,
+                  "no connection to http://no-such-host.invalid: ");
+}
+
+TEST_F(ConnectionTest, AServerThatDoesNotAnswerInTime) {
+    fServer.Stop();
+    support::ScriptedServer silent([](support::Connection& connection) { connection.WaitForPeerClose(); });
+    silent.Listen(kHttpPort);
+    silent.Listen(kHttpsPort);
+    ExpectOneLine(Run({"--host", silent.Address(), "--timeout", "1", "classes"}), 3, "--timeout SECONDS");
+    // A handshake is a part of connecting.
+    ExpectOneLine(Run({"--host", silent.Address(), "--timeout", "1", "--tls", "classes"}), 3,
+                  "no connection to https://" + silent.Address() + ": it took longer than 1 second");
+}
+
+TEST_F(ConnectionTest, ATimeoutOutOfRange) {
+    for (const char* timeout : {"0", "-1", "86401", "1.5", "soon"}) {
+        ExpectOneLine(Run({"--timeout", timeout, "classes"}), 2, "--timeout");
+    }
+}
+
+TEST_F(ConnectionTest, AUserIsMissingOrWrong) {
+    fServer.RequireUser("reader", "s3cret");
+    ExpectOneLine(Run({"--host", fServer.Address(), "classes"}), 4, "give --user");
+    ExpectOneLine(
+        Run({"--host", fServer.Address(), "--user", "reader", "class", "TEST_Disk"}, {"CIMHTTP_PASSWORD=guess"}), 4,
+        "does not accept the user reader with this password");
+}
+
+TEST_F(ConnectionTest, AnUnknownClassHasNearNames) {
+    ExpectOneLine(Run({"--host", fServer.Address(), "class", "TEST_Dsik"}), 5,
+                  "there is no class TEST_Dsik on http://" + fServer.Address() + " (did you mean TEST_Disk?)");
+    ExpectOneLine(Run({"--host", fServer.Address(), "instances", "tape"}), 5, "(did you mean TEST_Tape?)");
+}
+
+TEST_F(ConnectionTest, AServersErrorIsTold) {
+    fServer.Fail("EnumerateClassNames", "", 1, "out of order");
+    ExpectOneLine(Run({"--host", fServer.Address(), "classes"}), 6, "CIM_ERR_FAILED: out of order");
+    fServer.Fail("EnumerateClassNames", "", 2, "not for you");
+    ExpectOneLine(Run({"--host", fServer.Address(), "classes"}), 4, "CIM_ERR_ACCESS_DENIED: not for you");
+}
