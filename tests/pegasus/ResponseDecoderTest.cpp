@@ -875,12 +875,14 @@ TEST(ResponseDecoderRepetitionTest, ObjectsInQualifiersAreNotShared) {
 }
 
 TEST(ResponseDecoderRepetitionTest, NodesOfQualifiersThatComeAgainCount) {
-    std::string comments;
-    for (std::size_t i = 0; i < cimxml::kMaxNodes / 4; ++i)
-        comments += "<?a?>";
-    const std::string qualifier = qualifierElement(comments + "<VALUE/>");
-    EXPECT_THAT(xmlErrorOf(returning(classWith({qualifier, qualifier, qualifier}))), IsEmpty());
-    EXPECT_THAT(xmlErrorOf(returning(classWith({qualifier, qualifier, qualifier, qualifier}))),
+    constexpr std::size_t kCount = 11; // so that the text of one is short enough to be remembered
+    std::string instructions;
+    for (std::size_t i = 0; i < cimxml::kMaxNodes / kCount; ++i)
+        instructions += "<?a?>";
+    ASSERT_LT(instructions.size(), cimxml::kMaxRememberedQualifierBytes - 1024);
+    const std::string qualifier = qualifierElement(instructions + "<VALUE/>");
+    EXPECT_THAT(xmlErrorOf(returning(classWith(std::vector<std::string>(kCount - 1, qualifier)))), IsEmpty());
+    EXPECT_THAT(xmlErrorOf(returning(classWith(std::vector<std::string>(kCount, qualifier)))),
                 HasSubstr("more than 2097152 elements"));
 }
 

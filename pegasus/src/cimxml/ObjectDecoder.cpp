@@ -330,7 +330,8 @@ CIMValue ObjectDecoder::decodeValue(CIMType type, bool isArray, XmlReader& reade
         reader.throwUnexpected();
     return detail::visitType(type, [&](auto tag) {
         using T = typename decltype(tag)::Type;
-        return isArray ? decodeArrayValue<T>(reader) : decodeScalarValue<T>(reader);
+        CIMValue value = isArray ? decodeArrayValue<T>(reader) : decodeScalarValue<T>(reader);
+        return value;
     });
 }
 
