@@ -19,6 +19,9 @@ using boost::system::error_code;
 
 constexpr unsigned kSwitchingProtocols = 101;
 
+/// How much of a body is read at once; the more it is, the less often an object is cut.
+constexpr std::size_t kBufferBytes = std::size_t{256} << 10U;
+
 /// The least that follows where the parser asks for more of a body: the end of its chunks, "0\r\n\r\n". Beast asserts
 /// that it is not given less once it has seen the zero.
 constexpr std::size_t kShortestRest = 5;
@@ -139,7 +142,7 @@ class ResponseReader::Impl {
     bool receive(const Deadline& deadline) {
         makeRoom();
         try {
-            const std::size_t received = channel_.readSome(&buffer_[end_], kMaxHeaderBytes - end_, deadline);
+            const std::size_t received = channel_.readSome(&buffer_[end_], capacity() - end_, deadline);
             hasBegun_ = hasBegun_ || received > 0;
             end_ += received;
             return received > 0;
@@ -151,10 +154,15 @@ class ResponseReader::Impl {
         }
     }
 
+    /// What the parser takes only as a whole, all but a plain body, is limited by what the buffer may hold of it.
+    std::size_t capacity() const {
+        return parser_->is_header_done() && !parser_->chunked() ? kBufferBytes : kMaxHeaderBytes;
+    }
+
     void makeRoom() {
         if (begin_ == end_) {
             begin_ = end_ = 0;
-        } else if (end_ == kMaxHeaderBytes) {
+        } else if (end_ == capacity()) {
             if (begin_ == 0) {
                 failAtLimit();
             }
@@ -196,7 +204,7 @@ class ResponseReader::Impl {
     Channel& channel_;
     const Endpoint& endpoint_;
     std::optional<Parser> parser_;
-    const std::unique_ptr<char[]> buffer_{new char[kMaxHeaderBytes]}; // its content: [begin_, end_)
+    const std::unique_ptr<char[]> buffer_{new char[kBufferBytes]}; // its content: [begin_, end_)
     std::size_t begin_ = 0;
     std::size_t end_ = 0;
     bool hasBegun_ = false;
