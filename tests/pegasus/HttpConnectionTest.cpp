@@ -221,6 +221,20 @@ TEST_F(KeepAlive, EndsWhenTheSinkThrows) {
     EXPECT_EQ(connectionCount(), 2U);
 }
 
+TEST_F(KeepAlive, EndsAtOnceWithAnAnswerThatIsMalformed) {
+    for (const std::string& answer : {std::string("garbage\r\n\r\n"), ChunkedAnswer("garbage\r\n")}) {
+        std::promise<void> closed;
+        auto connection = connectionTo(serve([&](Connection& peer) {
+            peer.ReadRequest();
+            peer.Write(answer);
+            peer.WaitForPeerClose();
+            closed.set_value();
+        }));
+        EXPECT_THROW(exchange(connection), CIMClientMalformedHTTPException);
+        EXPECT_EQ(closed.get_future().wait_for(kAmple), std::future_status::ready) << answer;
+    }
+}
+
 // ---- A server that closes between two requests
 
 /// Answers one request on each connection, then ends the connection in the given way when the next one has come.
