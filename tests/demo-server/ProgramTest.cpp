@@ -25,8 +25,8 @@ using testing::HasSubstr;
 /// The program with its output in a pipe. It is stopped at the end of the test at the latest.
 class Program {
   public:
-    explicit Program(std::vector<std::string> arguments) {
-        arguments.insert(arguments.begin(), DEMO_SERVER_PROGRAM);
+    explicit Program(std::vector<std::string> arguments, const std::string& path = DEMO_SERVER_PROGRAM) {
+        arguments.insert(arguments.begin(), path);
         std::vector<char*> pointers;
         for (auto& argument : arguments)
             pointers.push_back(argument.data());
@@ -178,6 +178,16 @@ TEST(Program, EndsWithALineForEachProblemOfASchema) {
     EXPECT_EQ(program.ReadAll(), "demo-server: " + own + ":3: schema: class A is declared twice, first at " + own +
                                      ":2\ndemo-server: " + own + ":2: class A: superclass B is not declared\n");
     EXPECT_EQ(program.Wait(), 1);
+}
+
+TEST(Program, OfTheDocumentServesItsPumps) {
+    const std::string address = support::LoopbackAddress();
+    const Program program({address}, DOCUMENTED_SERVER);
+    EXPECT_EQ(program.ReadLine(), "http://" + address + ":5988 ready");
+    const auto pumps =
+        exchange::Send(exchange::Post(exchange::OperationHeaders("EnumerateInstances"),
+                                      exchange::OperationBody("EnumerateInstances", exchange::ClassName("MY_Pump"))));
+    EXPECT_THAT(pumps.body, HasSubstr("<VALUE>1500</VALUE>"));
 }
 
 TEST(Program, WantsAPasswordForAUser) {
