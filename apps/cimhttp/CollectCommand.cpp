@@ -5,21 +5,29 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
+#include <cstdlib>
 #include <optional>
 #include <ostream>
 #include <system_error>
 
 #include "Collection.h"
+#include "Collector.h"
 #include "Connection.h"
 #include "Failure.h"
+#include "Interrupt.h"
 #include "Options.h"
 #include "OutputFile.h"
 #include "ProgressBar.h"
 #include "Session.h"
+#include "TerminalText.h"
 
 namespace cimhttp {
 
 namespace {
+
+constexpr std::chrono::milliseconds kLookInterval{100}; // between two looks at the user
+constexpr std::chrono::milliseconds kGrace{300};        // for the class at hand, after the user has seen enough
 
 constexpr const char* kHelp =
     R"(The document names the server and the classes:
@@ -39,7 +47,8 @@ read the file (chmod 600), or leave it out and use --password-file or the
 variable CIMHTTP_PASSWORD.
 
 The exit status is 7 when a class could not be read: the error stream names it,
-the others are written, and "complete" is false.)";
+the others are written, and "complete" is false. So it is after an interrupt
+(Ctrl-C): the classes read until then are written.)";
 
 RequestedClasses ReadDocument(const Plugin& plugin, const std::string& path) {
     if (::access(path.c_str(), R_OK) != 0) {
@@ -69,24 +78,33 @@ std::vector<std::string> WithoutRepetitions(const std::vector<std::string>& name
     return distinct;
 }
 
-/// Reads one class after the other. The result is complete or lacks the classes that `errors` names.
-Collection Collect(Session& session, const std::vector<std::string>& names, bool shows_progress, std::ostream& errors) {
-    Collection collection{session.Server(), true, {}};
-    ProgressBar bar(shows_progress ? &errors : nullptr, names.size());
-    std::size_t instance_count = 0;
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        bar.Show(i, instance_count);
-        try {
-            const auto cls = session.Class(names[i]);
-            collection.classes.push_back({cls, session.Instances(*cls, false)});
-            instance_count += collection.classes.back().instances.size();
-        } catch (const Failure& failure) {
-            bar.Clear();
-            errors << "cimhttp: " << failure.what() << std::endl;
-            collection.complete = false;
-        }
+void ReportFailures(Collector& collector, ProgressBar& bar, std::ostream& errors) {
+    const auto failures = collector.TakeFailures();
+    if (!failures.empty()) {
+        bar.Clear();
     }
-    return collection;
+    for (const std::string& failure : failures) {
+        errors << "cimhttp: " << Printable(failure) << std::endl;
+    }
+}
+
+/// Waits until everything is read, or the user does not want to wait any more: that is when Interrupted() is true.
+/// Returns whether the collector has ended.
+bool Watch(Collector& collector, ProgressBar& bar, std::ostream& errors) {
+    const auto begin = std::chrono::steady_clock::now();
+    Collector::Progress progress;
+    while (!progress.has_ended && !Interrupted()) {
+        bar.Show(progress.classes_done, progress.instances,
+                 std::chrono::duration_cast<std::chrono::seconds>(std::chrono::steady_clock::now() - begin));
+        progress = collector.Wait(kLookInterval);
+        ReportFailures(collector, bar, errors);
+    }
+    if (!progress.has_ended) {
+        collector.Stop();
+        progress = collector.Wait(kGrace);
+        ReportFailures(collector, bar, errors);
+    }
+    return progress.has_ended;
 }
 
 } // namespace
@@ -106,14 +124,28 @@ int CollectCommand::Run(const CommandContext& context) {
     const auto requested = ReadDocument(plugin, document_);
     const Connection connection = ConnectionOf(options, requested.settings, document_);
     const auto file = out_file_.empty() ? std::nullopt : std::optional<OutputFile>(out_file_);
-    Session session = context.ConnectTo(plugin, connection);
-    const bool shows_progress = options.is_error_stream_terminal && !options.log_level;
-    const Collection collection = Collect(session, WithoutRepetitions(requested.names), shows_progress, context.errors);
+    const auto names = WithoutRepetitions(requested.names);
+    const InterruptScope interrupts;
+    Collector collector(context.ConnectTo(plugin, connection), names);
+    bool has_ended = false;
+    {
+        const bool shows_progress = options.is_error_stream_terminal && !options.log_level;
+        ProgressBar bar(shows_progress ? &context.errors : nullptr, options.error_stream_width, names.size());
+        has_ended = Watch(collector, bar, context.errors);
+    }
+    const Collection collection = collector.Collected();
+    if (Interrupted() && !collection.complete) {
+        context.errors << "cimhttp: interrupted; what was read of " << collection.server << " is written" << std::endl;
+    }
     const auto write = [&](std::ostream& stream) { WriteJson(collection, plugin.Access(), stream); };
     if (file) {
         file->Replace(write);
     } else {
         write(context.output);
+        context.output.flush();
+    }
+    if (!has_ended) {
+        std::_Exit(Failure::kIncomplete); // the thread that waits for the server cannot be ended otherwise
     }
     return collection.complete ? 0 : Failure::kIncomplete;
 }

@@ -28,11 +28,17 @@ std::string Variable(const char* name) {
     return value == nullptr ? "" : value;
 }
 
+/// The columns of a terminal; 0 for what is none or does not say.
+std::size_t TerminalWidth(int descriptor) {
+    winsize size{};
+    return ::ioctl(descriptor, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
+}
+
 /// 0 where the output goes to no terminal and COLUMNS says nothing.
 std::size_t OutputWidth() {
-    winsize size{};
-    if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) {
-        return size.ws_col;
+    const std::size_t width = TerminalWidth(STDOUT_FILENO);
+    if (width > 0) {
+        return width;
     }
     return std::strtoul(Variable("COLUMNS").c_str(), nullptr, 10);
 }
@@ -94,6 +100,7 @@ struct Parser {
         options.width = OutputWidth();
         options.uses_color = UsesColor();
         options.is_output_terminal = ::isatty(STDOUT_FILENO) == 1;
+        options.error_stream_width = TerminalWidth(STDERR_FILENO);
         options.is_error_stream_terminal = ::isatty(STDERR_FILENO) == 1;
         app.require_subcommand(1);
         app.fallthrough();

@@ -10,6 +10,7 @@
 #include "MethodsCommand.h"
 #include "QualifiersCommand.h"
 #include "TreeCommand.h"
+#include "WatchCommand.h"
 
 namespace cimhttp {
 
@@ -23,6 +24,7 @@ std::vector<std::unique_ptr<Command>> AllCommands() {
     commands.push_back(std::make_unique<QualifiersCommand>());
     commands.push_back(std::make_unique<InstancesCommand>());
     commands.push_back(std::make_unique<InstanceCommand>());
+    commands.push_back(std::make_unique<WatchCommand>());
     commands.push_back(std::make_unique<CollectCommand>());
     commands.push_back(std::make_unique<ConnectionCommand>());
     return commands;

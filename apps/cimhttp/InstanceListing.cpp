@@ -81,6 +81,7 @@ Cell InstanceListing::CellOf(ICIMInstance& instance, const std::string& name) co
 
 Listing InstanceListing::Table(const Instances& instances, const Properties& properties) const {
     std::vector<Listing::Column> columns;
+    columns.reserve(properties.size());
     for (const auto& property : properties) {
         columns.push_back({property->GetName(TCIMContext()),
                            ShowsNumbers(*property, is_raw_) ? Listing::Align::kRight : Listing::Align::kLeft,
@@ -89,6 +90,7 @@ Listing InstanceListing::Table(const Instances& instances, const Properties& pro
     Listing listing(columns);
     for (const auto& instance : instances) {
         std::vector<Cell> row;
+        row.reserve(columns.size());
         for (const Listing::Column& column : columns) {
             row.push_back(CellOf(*instance, column.heading));
         }

@@ -25,6 +25,7 @@ struct Options {
     bool uses_color = false;
     bool is_output_terminal = false;
     bool is_error_stream_terminal = false;
+    std::size_t error_stream_width = 0; ///< 0 when it is not known
 };
 
 } // namespace cimhttp

@@ -28,6 +28,8 @@ class Session {
 
     const Plugin& LoadedPlugin() const { return plugin_; }
 
+    const Connection& Target() const { return connection_; }
+
     /// The server as a URL without a port.
     std::string Server() const { return connection_.Url(); }
 

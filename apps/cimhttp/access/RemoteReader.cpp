@@ -226,7 +226,7 @@ boost::shared_ptr<ICIMInstance> ReadRemoteInstance(TCimHTTPNamespace& name_space
         if (!cls) {
             return {};
         }
-        const auto instance = cls->AllocateInstance(TCIMContext());
+        auto instance = cls->AllocateInstance(TCIMContext());
         for (Pegasus::Uint32 i = 0; i < remote.getPropertyCount(); ++i) {
             SetValue(*instance, remote.getProperty(i));
         }
