@@ -9,6 +9,7 @@
 #include "Commands.h"
 #include "Failure.h"
 #include "FailureLog.h"
+#include "OutputGuard.h"
 #include "host/TRootObject.h"
 
 namespace cimhttp {
@@ -32,9 +33,6 @@ int RunCommand(Command& command, const Options& options, std::ostream& output, s
     const LoggerScope scope(log);
     const int status = command.Run({options, *log, output, errors});
     output.flush();
-    if (!output) {
-        throw Failure(Failure::kOther, "the output could not be written");
-    }
     if (status == 0 && log->ErrorCount() > 0 && !options.log_level) {
         errors << "cimhttp: not everything could be read; --log error shows what was left out\n";
     }
@@ -45,15 +43,18 @@ int RunCommand(Command& command, const Options& options, std::ostream& output, s
 
 int RunProgram(int argc, const char* const* argv, std::ostream& output, std::ostream& errors) {
     try {
+        const OutputGuard guard(output);
         const auto commands = AllCommands();
         const ParsedCommandLine parsed = ParseCommandLine(argc, argv, commands);
         if (!parsed.help.empty()) {
-            output << parsed.help;
+            output << parsed.help << std::flush;
             return 0;
         }
         return RunCommand(*parsed.command, parsed.options, output, errors);
     } catch (const Failure& failure) {
-        errors << "cimhttp: " << failure.what() << '\n';
+        if (failure.Status() != Failure::kClosedPipe) { // nobody wants to hear of a reader that has gone away
+            errors << "cimhttp: " << failure.what() << '\n';
+        }
         return failure.Status();
     } catch (const std::exception& failure) {
         errors << "cimhttp: " << failure.what() << '\n';

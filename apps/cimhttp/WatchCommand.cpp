@@ -27,6 +27,7 @@ namespace {
 using namespace NQORVYX20;
 using Clock = std::chrono::steady_clock;
 
+constexpr unsigned char kDecimal = 10;
 constexpr double kLongestInterval = 24.0 * 60 * 60;
 constexpr std::chrono::milliseconds kLookInterval{50}; // between two looks at the user
 
@@ -38,9 +39,7 @@ struct Reading {
     Instances instances;
 };
 
-std::unique_ptr<const Reading> Read(const CommandContext& context, const Connection& connection,
-                                    const std::string& name) {
-    Session session(Plugin(context.options.plugin), connection, context.log);
+std::unique_ptr<const Reading> Read(Session session, const std::string& name) {
     auto cls = session.Class(name);
     Instances instances = session.Instances(*cls, false);
     return std::make_unique<const Reading>(Reading{std::move(session), std::move(cls), std::move(instances)});
@@ -92,8 +91,7 @@ class ChangeWriter {
                    << '\n';
             for (const auto& difference : change.differences) {
                 output << "            " << Printable(difference.name) << ": "
-                       << Printable(Shown(PreviousText(*difference.property, access_))) << " → "
-                       << Printable(Shown(DisplayText(access_, *difference.property).Joined())) << '\n';
+                       << Printable(DifferenceText(*difference.property)) << '\n';
             }
         }
         output.flush();
@@ -137,6 +135,17 @@ class ChangeWriter {
                                   : kind == InstanceChange::Kind::kGone ? "\x1b[31m"
                                                                         : "\x1b[33m";
         return std::string(color) + sign + "\x1b[0m";
+    }
+
+    /// `old → new`; the values as they are when people would read the same.
+    std::string DifferenceText(const ICIMProperty& property) const {
+        std::string before = PreviousText(property, access_);
+        std::string now = DisplayText(access_, property).Joined();
+        if (before == now) {
+            before = property.GetPrevValue().ToString(kDecimal);
+            now = property.GetValue(TCIMContext()).ToString(kDecimal);
+        }
+        return Shown(before) + " → " + Shown(now);
     }
 
     static std::string Shown(const std::string& text) { return text.empty() ? "-" : text; }
@@ -183,10 +192,11 @@ int WatchCommand::Run(const CommandContext& context) {
         throw Failure(Failure::kUsage, "the interval is between 0 and 86400 seconds");
     }
     const Connection connection = ConnectionOf(context.options);
-    auto earlier = Read(context, connection, name_);
+    const Plugin plugin(context.options.plugin);
+    auto earlier = Read(context.ConnectTo(plugin, connection), name_);
     const auto names =
         NamesOf(properties_.empty() ? PropertiesOf(*earlier->cls) : PropertiesOf(*earlier->cls, properties_));
-    const PluginAccess& access = earlier->session.LoadedPlugin().Access();
+    const PluginAccess& access = plugin.Access();
     const ChangeWriter writer(context, access);
     const bool is_json = context.Format(*this) == OutputFormat::kJson;
     if (!is_json) {
@@ -196,7 +206,7 @@ int WatchCommand::Run(const CommandContext& context) {
     auto next = Clock::now() + interval;
     for (std::size_t round = 1; (!count_ || round <= *count_) && SleepUntil(next); ++round) {
         next = std::max(next, Clock::now()) + interval;
-        auto later = Read(context, connection, name_);
+        auto later = Read(Session(plugin, connection, context.log), name_);
         const auto changes = ChangesBetween(earlier->instances, later->instances, names, access);
         if (is_json) {
             writer.WriteJson(changes, round);
