@@ -55,7 +55,7 @@ int InstanceCommand::Run(const CommandContext& context) {
     const InstanceSelection selection{PropertiesOf(*instances.front()->GetClass(TCIMContext())), true, raw_};
     const OutputFormat format = context.Format(*this);
     if (format == OutputFormat::kTable) {
-        WriteListing(InstanceListing(access, raw_).Values(instances, selection.properties), format, context);
+        WriteListing(InstanceListing(access, raw_).Values(*instances.front(), selection.properties), format, context);
         return 0;
     }
     WriteInstances(instances, selection, format, access, context);

@@ -99,16 +99,30 @@ Listing InstanceListing::Table(const Instances& instances, const Properties& pro
     return listing;
 }
 
+std::vector<Cell> InstanceListing::ValueRow(ICIMInstance& instance, const ICIMPropertyDecl& property) const {
+    const Cell cell = CellOf(instance, property.GetName(TCIMContext()));
+    return {property.GetName(TCIMContext()), TypeText(property),
+            cell.value.IsNull() ? Cell::Null() : Cell(cell.value, cell.value.ToString(kDecimal)), Cell(cell.text)};
+}
+
 Listing InstanceListing::Values(const Instances& instances, const Properties& properties) const {
-    Listing listing({{"Path"}, {"Property", Listing::Align::kLeft, true}, {"Type"}, {"Value"}, {"Text"}});
+    Listing listing({{"Path"}, {"Property"}, {"Type"}, {"Value"}, {"Text"}});
     for (const auto& instance : instances) {
         const std::string path = instance->BuildPath(TCIMContext()).GetPath();
         for (const auto& property : properties) {
-            const Cell cell = CellOf(*instance, property->GetName(TCIMContext()));
-            listing.AddRow({path, property->GetName(TCIMContext()), TypeText(*property),
-                            cell.value.IsNull() ? Cell::Null() : Cell(cell.value, cell.value.ToString(kDecimal)),
-                            Cell(cell.text)});
+            std::vector<Cell> row = ValueRow(*instance, *property);
+            row.insert(row.begin(), path);
+            listing.AddRow(std::move(row));
         }
+    }
+    return listing;
+}
+
+Listing InstanceListing::Values(ICIMInstance& instance, const Properties& properties) const {
+    Listing listing(
+        {{"Property", Listing::Align::kLeft, true}, {"Type"}, {"Value", Listing::Align::kLeft, true}, {"Text"}});
+    for (const auto& property : properties) {
+        listing.AddRow(ValueRow(instance, *property));
     }
     return listing;
 }

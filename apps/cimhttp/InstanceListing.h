@@ -42,11 +42,18 @@ class InstanceListing {
     Listing Values(const Instances& instances,
                    const std::vector<boost::shared_ptr<NQORVYX20::ICIMPropertyDecl>>& properties) const;
 
+    /// The same for one instance, without its path.
+    Listing Values(NQORVYX20::ICIMInstance& instance,
+                   const std::vector<boost::shared_ptr<NQORVYX20::ICIMPropertyDecl>>& properties) const;
+
     /// How one value is shown.
     std::string Text(const NQORVYX20::ICIMProperty& property) const;
 
   private:
     Cell CellOf(NQORVYX20::ICIMInstance& instance, const std::string& property) const;
+
+    /// The property, type, value and text.
+    std::vector<Cell> ValueRow(NQORVYX20::ICIMInstance& instance, const NQORVYX20::ICIMPropertyDecl& property) const;
 
     const PluginAccess& access_;
     bool is_raw_;

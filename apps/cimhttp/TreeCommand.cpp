@@ -7,6 +7,7 @@
 #include "Json.h"
 #include "Listing.h"
 #include "ListingWriter.h"
+#include "NearestNames.h"
 #include "Session.h"
 #include "TerminalText.h"
 
@@ -65,13 +66,24 @@ class TreeWriter {
     std::ostream& output_;
 };
 
-std::vector<std::string> RootsOf(const ClassTree& tree, const std::string& name, const std::string& server) {
+std::vector<std::string> NamesOf(const std::vector<RemoteClassName>& classes) {
+    std::vector<std::string> names;
+    names.reserve(classes.size());
+    for (const RemoteClassName& cls : classes) {
+        names.push_back(cls.name);
+    }
+    return names;
+}
+
+std::vector<std::string> RootsOf(const ClassTree& tree, const std::string& name, const std::string& server,
+                                 const std::vector<RemoteClassName>& classes) {
     if (name.empty()) {
         return tree.TopClasses();
     }
     const std::string found = tree.Find(name);
     if (found.empty()) {
-        throw Failure(Failure::kOther, server + " has no class " + name);
+        throw Failure(Failure::kNotFound,
+                      "there is no class " + name + " on " + server + DidYouMean(NearestNames(name, NamesOf(classes))));
     }
     return {found};
 }
@@ -89,8 +101,9 @@ CommandDescription TreeCommand::Describe() {
 
 int TreeCommand::Run(const CommandContext& context) {
     Session session = context.Connect();
-    const ClassTree tree(session.Hierarchy());
-    const auto roots = RootsOf(tree, root_, session.Server());
+    const auto classes = session.Hierarchy();
+    const ClassTree tree(classes);
+    const auto roots = RootsOf(tree, root_, session.Server(), classes);
     TreeWriter writer(tree, context.output);
     JsonArray json;
     Listing listing({{"Name"}, {"Superclass"}});

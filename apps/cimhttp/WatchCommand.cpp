@@ -200,7 +200,8 @@ int WatchCommand::Run(const CommandContext& context) {
     const ChangeWriter writer(context, access);
     const bool is_json = context.Format(*this) == OutputFormat::kJson;
     if (!is_json) {
-        context.output << TimeOfDay() << "  " << earlier->instances.size() << " instances\n" << std::flush;
+        context.output << TimeOfDay() << "  " << earlier->instances.size()
+                       << (earlier->instances.size() == 1 ? " instance\n" : " instances\n") << std::flush;
     }
     const auto interval = std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(interval_));
     auto next = Clock::now() + interval;

@@ -12,6 +12,7 @@
 #include "ProgramRun.h"
 #include "support/CimServer.h"
 #include "support/TemporaryDirectory.h"
+#include "support/TerminalProgram.h"
 
 using nlohmann::json;
 using testing::HasSubstr;
@@ -427,15 +428,63 @@ TEST_F(CollectTest, AFullDiskBehindTheOutputIsAFailure) {
     EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 1);
 }
 
+// --- Interrupts --------------------------------------------------------------------------------------------------
+
+namespace {
+
+/// The text behind a mark in a request, up to a quote.
+std::string Quoted(const std::string& body, const std::string& mark) {
+    const auto begin = body.find(mark) + mark.size();
+    return body.substr(begin, body.find('"', begin) - begin);
+}
+
+/// Serves the class A, without features and instances, and falls silent when asked for anything else.
+void ServeAOnly(support::Connection& connection) {
+    for (auto request = connection.ReadRequest(); request; request = connection.ReadRequest()) {
+        const std::string method = Quoted(request->body, "IMETHODCALL NAME=\"");
+        if (Quoted(request->body, "CLASSNAME NAME=\"") != "A") {
+            connection.WaitForPeerClose();
+            return;
+        }
+        const std::string body = "<?xml version=\"1.0\"?><CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><MESSAGE ID=\"" +
+                                 Quoted(request->body, "MESSAGE ID=\"") +
+                                 "\" PROTOCOLVERSION=\"1.0\"><SIMPLERSP><IMETHODRESPONSE NAME=\"" + method +
+                                 "\"><IRETURNVALUE>" + (method == "GetClass" ? "<CLASS NAME=\"A\"/>" : "") +
+                                 "</IRETURNVALUE></IMETHODRESPONSE></SIMPLERSP></MESSAGE></CIM>";
+        connection.Write("HTTP/1.1 200 OK\r\nContent-Type: application/xml\r\nCIMOperation: MethodResponse\r\n"
+                         "Content-Length: " +
+                         std::to_string(body.size()) + "\r\n\r\n" + body);
+    }
+}
+
+} // namespace
+
+TEST_F(CollectTest, AnInterruptWritesWhatIsThereAndMarksItIncomplete) {
+    fServer.Stop();
+    support::ScriptedServer server(ServeAOnly);
+    server.Listen(kHttpPort);
+    support::TerminalProgram program(CIMHTTP_PROGRAM,
+                                     {"collect", Document({"A", "B", "C"}), "--out", Path("result.json")});
+    ASSERT_TRUE(program.AwaitText("1 of 3 classes")) << program.Screen();
+    program.Type("\x03");
+    EXPECT_EQ(program.Wait(), 7);
+    EXPECT_THAT(program.Screen(), HasSubstr("cimhttp: interrupted; "));
+    const json document = json::parse(ReadFile(Path("result.json")));
+    EXPECT_EQ(document.at("complete"), false);
+    ASSERT_EQ(document.at("classes").size(), 1U);
+    EXPECT_EQ(document.at("classes").at(0).at("name"), "A");
+}
+
 // --- Progress ----------------------------------------------------------------------------------------------------
 
 TEST_F(CollectTest, ATerminalShowsTheProgress) {
     const auto run = RunCimhttpOnTerminal({"collect", Document({"TEST_Fan", "TEST_None"})});
     EXPECT_EQ(run.status, 7);
     EXPECT_TRUE(json::accept(run.output));
-    EXPECT_THAT(run.errors, HasSubstr("[........................] 0 of 2 classes, 0 instances"));
-    EXPECT_THAT(run.errors, HasSubstr("[############............] 1 of 2 classes, 1 instances\r\x1b[Kcimhttp: "));
-    EXPECT_THAT(run.errors, testing::EndsWith("\n\r\x1b[K"));
+    EXPECT_THAT(run.errors, HasSubstr("[........................] 0 of 2 classes, 0 instances, 0:00"));
+    EXPECT_THAT(run.errors, HasSubstr("[############............] 1 of 2 classes, 1 instances, 0:0"));
+    EXPECT_THAT(run.errors, HasSubstr("\r\x1b[Kcimhttp: there is no class TEST_None"));
+    EXPECT_THAT(run.errors, testing::EndsWith("\r\x1b[K"));
 }
 
 TEST_F(CollectTest, ALogOnTheTerminalTakesTheProgressAway) {

@@ -116,8 +116,8 @@ class ProgramTest : public testing::Test {
 TEST_F(ProgramTest, InfoNamesThePluginTheProviderAndTheServer) {
     const auto run = Run({"info"});
     EXPECT_EQ(run.status, 0) << run.errors;
-    EXPECT_THAT(run.output, HasSubstr("libcimhttp.nsp.so\nprovider  cimhttp, type 2\nserver    http://" +
-                                      fServer.Address() + "\nclasses   3\n"));
+    EXPECT_THAT(run.output, HasSubstr("libcimhttp.nsp.so\nprovider    cimhttp, type 2\nserver      http://" +
+                                      fServer.Address() + "\nclasses     3\n"));
 }
 
 TEST_F(ProgramTest, ClassesAreListedInOrder) {
