@@ -10,6 +10,7 @@
 #include "Failure.h"
 #include "FailureLog.h"
 #include "OutputGuard.h"
+#include "TerminalText.h"
 #include "host/TRootObject.h"
 
 namespace cimhttp {
@@ -53,11 +54,11 @@ int RunProgram(int argc, const char* const* argv, std::ostream& output, std::ost
         return RunCommand(*parsed.command, parsed.options, output, errors);
     } catch (const Failure& failure) {
         if (failure.Status() != Failure::kClosedPipe) { // nobody wants to hear of a reader that has gone away
-            errors << "cimhttp: " << failure.what() << '\n';
+            errors << "cimhttp: " << Printable(failure.what()) << '\n';
         }
         return failure.Status();
     } catch (const std::exception& failure) {
-        errors << "cimhttp: " << failure.what() << '\n';
+        errors << "cimhttp: " << Printable(failure.what()) << '\n';
         return Failure::kOther;
     }
 }

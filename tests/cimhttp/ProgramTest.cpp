@@ -7,6 +7,7 @@
 #include "ProgramRun.h"
 #include "support/CimServer.h"
 #include "support/TemporaryDirectory.h"
+#include "support/TerminalProgram.h"
 
 using testing::HasSubstr;
 using testing::StartsWith;
@@ -207,6 +208,28 @@ TEST_F(ProgramTest, ValuesThatCannotBeReadAreMentioned) {
     EXPECT_EQ(run.errors, "cimhttp: not everything could be read; --log error shows what was left out\n");
     EXPECT_THAT(Run({"--log", "error", "instances", "TEST_Disk"}).errors,
                 HasSubstr("Unable to retrieve property: Odd"));
+}
+
+TEST_F(ProgramTest, NoFormLetsAServerSteerTheTerminal) {
+    const std::string hostile = "\xc2\x9b"
+                                "2J\xe2\x80\xae"; // what XML lets through: a control of C1, a turn of direction
+    fServer.Answer("EnumerateInstances", "TEST_Disk", DiskXml("sda" + hostile, "1"));
+    for (const std::string form : {"table", "plain", "json", "mof"}) {
+        const auto run = Run({"instances", "TEST_Disk", "--output", form});
+        EXPECT_EQ(run.status, 0) << run.errors;
+        EXPECT_THAT(run.output, HasSubstr("sda"));
+        EXPECT_THAT(run.output, testing::Not(HasSubstr("\xc2\x9b"))) << form;
+        EXPECT_THAT(run.output, testing::Not(HasSubstr("\xe2\x80\xae"))) << form;
+    }
+    EXPECT_THAT(Run({"instances", "TEST_Disk", "--output", "csv"}).output,
+                HasSubstr("sda" + hostile)); // data, in a file
+    support::TerminalProgram program(CIMHTTP_PROGRAM,
+                                     {"--host", fServer.Address(), "instances", "TEST_Disk", "--output", "csv"});
+    EXPECT_EQ(program.Wait(), 0);
+    EXPECT_THAT(program.Screen(), testing::Not(HasSubstr("\xc2\x9b")));
+    fServer.Fail("EnumerateInstances", "TEST_Disk", 2, "go away" + hostile);
+    EXPECT_THAT(Run({"instances", "TEST_Disk"}).errors,
+                testing::AllOf(HasSubstr("go away"), testing::Not(HasSubstr("\xc2\x9b"))));
 }
 
 // --- Connection --------------------------------------------------------------------------------------------------
