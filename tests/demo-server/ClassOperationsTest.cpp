@@ -116,6 +116,8 @@ TEST_F(ClassOperations, GetClassWritesParametersOfEveryKind) {
     EXPECT_STREQ(Named(method, "Numbers").attribute("TYPE").value(), "sint64");
     EXPECT_STREQ(Named(method, "To").name(), "PARAMETER.REFERENCE");
     EXPECT_STREQ(Named(method, "To").attribute("REFERENCECLASS").value(), "DEMO_AllTypes");
+    EXPECT_STREQ(Named(method, "Others").name(), "PARAMETER.REFARRAY");
+    EXPECT_STREQ(Named(method, "Others").attribute("REFERENCECLASS").value(), "DEMO_AllTypes");
     EXPECT_STREQ(Named(Named(method, "To"), "Out").child("VALUE").text().get(), "TRUE");
     EXPECT_EQ(cim::ValueOf(found, "WithDefault"), "a default");
     EXPECT_STREQ(Named(found, "APoint").attribute("EmbeddedObject").value(), "instance");
@@ -185,6 +187,14 @@ TEST_F(QualifierOperations, GetQualifierReturnsTheDeclaration) {
     EXPECT_STREQ(found.child("VALUE").text().get(), "FALSE");
     const auto map = Call("GetQualifier", {cim::Text("QualifierName", "ValueMap")});
     EXPECT_STREQ(map.First().attribute("ISARRAY").value(), "true");
+    const auto flavor = [](const char* qualifier, const char* attribute) {
+        return std::string(
+            Call("GetQualifier", {cim::Text("QualifierName", qualifier)}).First().attribute(attribute).value());
+    };
+    EXPECT_EQ(flavor("NullDisplay", "TOINSTANCE"), "true");
+    EXPECT_EQ(flavor("NullDisplay", "TRANSLATABLE"), "true");
+    EXPECT_EQ(flavor("Version", "TOSUBCLASS"), "false");
+    EXPECT_EQ(flavor("Version", "TOINSTANCE"), "");
 }
 
 TEST_F(QualifierOperations, EnumerateQualifiersReturnsEveryDeclarationThatAClassUses) {

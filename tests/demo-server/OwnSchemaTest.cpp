@@ -155,6 +155,42 @@ TEST(OwnInstances, MustBeSomeOfTheirClass) {
     EXPECT_THAT(reference("<VALUE/>"), ElementsAre(HasSubstr("own.xml:6: instance of my_thing: ")));
 }
 
+TEST(OwnSchema, OnlyAssociationsAreTraversedAlsoThoseThatReferToAnything) {
+    const std::string key = "<QUALIFIER NAME='Key' TYPE='boolean'><VALUE>TRUE</VALUE></QUALIFIER>";
+    const auto reference = [](const std::string& role, const std::string& id) {
+        return "<PROPERTY.REFERENCE NAME='" + role + "'><VALUE.REFERENCE><INSTANCENAME CLASSNAME='MY_Node'><KEYVALUE>" +
+               id + "</KEYVALUE></INSTANCENAME></VALUE.REFERENCE></PROPERTY.REFERENCE>";
+    };
+    const auto node = [](const std::string& id, const std::string& more) {
+        return Object("<INSTANCE CLASSNAME='MY_Node'><PROPERTY NAME='Id' TYPE='uint8'><VALUE>" + id +
+                      "</VALUE></PROPERTY>" + more + "</INSTANCE>");
+    };
+    demo::DemoServerOptions options;
+    options.address = support::LoopbackAddress();
+    options.schemas.push_back(
+        {"nodes.xml",
+         Document(Object("<CLASS NAME='MY_Node'><PROPERTY NAME='Id' TYPE='uint8'>" + key +
+                         "</PROPERTY><PROPERTY.REFERENCE NAME='Next' REFERENCECLASS='MY_Node'/></CLASS>") +
+                  Object("<CLASS NAME='MY_Link'><QUALIFIER NAME='Association' TYPE='boolean'><VALUE>TRUE</VALUE>"
+                         "</QUALIFIER><PROPERTY.REFERENCE NAME='From'>" +
+                         key + "</PROPERTY.REFERENCE><PROPERTY.REFERENCE NAME='To'>" + key +
+                         "</PROPERTY.REFERENCE></CLASS>") +
+                  node("1", reference("Next", "3")) + node("2", "") + node("3", "") +
+                  Object("<INSTANCE CLASSNAME='MY_Link'>" + reference("From", "1") + reference("To", "2") +
+                         "</INSTANCE>"))});
+    const demo::DemoServer server(std::move(options));
+    const auto found = [](const std::string& method, const std::string& id) {
+        const auto answer = Call(method, {Parameter("ObjectName", cim::InstanceName("MY_Node", {{"Id", id}}))});
+        return cim::AttributesAt(answer.Returned(), "OBJECTPATH/INSTANCEPATH/INSTANCENAME", "CLASSNAME");
+    };
+    EXPECT_THAT(found("AssociatorNames", "1"), ElementsAre("MY_Node"));
+    EXPECT_THAT(found("AssociatorNames", "2"), ElementsAre("MY_Node"));
+    EXPECT_THAT(found("AssociatorNames", "3"), IsEmpty());
+    EXPECT_THAT(found("ReferenceNames", "1"), ElementsAre("MY_Link"));
+    EXPECT_THAT(found("ReferenceNames", "2"), ElementsAre("MY_Link"));
+    EXPECT_THAT(found("ReferenceNames", "3"), IsEmpty());
+}
+
 TEST(OwnSchema, IsServedWithItsInstancesBesideTheBuiltInOne) {
     demo::DemoServerOptions options;
     options.address = support::LoopbackAddress();
