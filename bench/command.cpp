@@ -1,0 +1,80 @@
+// command RUNS PROGRAM ARGUMENT...: runs a program so often and prints what one run takes: the median of its processor
+// time and of its duration, and the most memory that it had. Its output goes nowhere.
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <vector>
+
+namespace {
+
+struct Run {
+    double processor_ms;
+    double duration_ms;
+    long peak_memory_kib;
+};
+
+double Milliseconds(const timeval& time) {
+    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_usec) / 1e3;
+}
+
+/// Ends this program when the other one cannot be started or fails.
+Run RunOnce(char** command) {
+    posix_spawn_file_actions_t actions;
+    ::posix_spawn_file_actions_init(&actions);
+    for (const int stream : {STDOUT_FILENO, STDERR_FILENO}) {
+        ::posix_spawn_file_actions_addopen(&actions, stream, "/dev/null", O_WRONLY, 0);
+    }
+    const auto begin = std::chrono::steady_clock::now();
+    pid_t child = -1;
+    if (::posix_spawnp(&child, command[0], &actions, nullptr, command, environ) != 0) {
+        std::perror(command[0]);
+        std::exit(1);
+    }
+    int status = 0;
+    rusage usage{};
+    ::wait4(child, &status, 0, &usage);
+    const std::chrono::duration<double, std::milli> duration = std::chrono::steady_clock::now() - begin;
+    ::posix_spawn_file_actions_destroy(&actions);
+    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
+        std::fprintf(stderr, "%s failed\n", command[0]);
+        std::exit(1);
+    }
+    return {Milliseconds(usage.ru_utime) + Milliseconds(usage.ru_stime), duration.count(), usage.ru_maxrss};
+}
+
+double Median(const std::vector<Run>& runs, double Run::*figure) {
+    std::vector<double> values;
+    values.reserve(runs.size());
+    for (const Run& run : runs) {
+        values.push_back(run.*figure);
+    }
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const int count = argc > 2 ? std::atoi(argv[1]) : 0;
+    if (count < 1) {
+        std::fprintf(stderr, "usage: %s RUNS PROGRAM ARGUMENT...\n", argv[0]);
+        return 2;
+    }
+    std::vector<Run> runs;
+    long peak = 0;
+    for (int i = 0; i < count; ++i) {
+        runs.push_back(RunOnce(argv + 2));
+        peak = std::max(peak, runs.back().peak_memory_kib);
+    }
+    std::printf("processor_milliseconds %.2f\n", Median(runs, &Run::processor_ms));
+    std::printf("milliseconds %.2f\n", Median(runs, &Run::duration_ms));
+    std::printf("peak_memory_kib %ld\n", peak);
+}

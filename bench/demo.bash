@@ -1,0 +1,46 @@
+# shellcheck shell=bash
+# A demo server for scripts that measure or show the command-line program. A script sources this file and then calls
+#   start_demo [OPTION...]
+# It stops the server, and removes the folder `scratch`, at the end of the script.
+
+fail() {
+    echo "${0##*/}: $*" >&2
+    exit 1
+}
+
+end_demo() {
+    if [ -n "${demo_server-}" ]; then
+        kill "$demo_server" 2>/dev/null || true
+        wait "$demo_server" 2>/dev/null || true
+    fi
+    rm -rf "${scratch-}"
+}
+
+# build_demo TARGET...: the programs, in the release preset, found in $bin.
+build_demo() {
+    cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit
+    bin=$PWD/build/release/bin
+    scratch=$(mktemp -d)
+    trap end_demo EXIT
+    { cmake --preset release && cmake --build --preset release --target cimhttp demo-server "$@"; } \
+        >"$scratch/build-log" 2>&1 || {
+        tail -n 30 "$scratch/build-log" >&2
+        fail "the build failed"
+    }
+}
+
+# start_demo OPTION...: starts the server, at `address`, and waits until both ports answer. Nobody's named connections
+# are in the way.
+start_demo() {
+    address=127.76.$((1 + $$ / 254 % 254)).$((1 + $$ % 254))
+    "$bin/demo-server" --address "$address" "$@" >"$scratch/server-log" 2>&1 &
+    demo_server=$!
+    export XDG_CONFIG_HOME=$scratch/config
+    for _ in $(seq 100); do
+        [ "$(grep -c ready "$scratch/server-log")" -eq 2 ] && return
+        kill -0 "$demo_server" 2>/dev/null || break
+        sleep 0.1
+    done
+    cat "$scratch/server-log" >&2
+    fail "the demo server did not start on $address"
+}
