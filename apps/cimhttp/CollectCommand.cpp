@@ -48,7 +48,10 @@ variable CIMHTTP_PASSWORD.
 
 The exit status is 7 when a class could not be read: the error stream names it,
 the others are written, and "complete" is false. So it is after an interrupt
-(Ctrl-C): the classes read until then are written.)";
+(Ctrl-C): the classes read until then are written.
+
+Example:
+    cimhttp --host server.example collect requested.xml --out collected.json)";
 
 RequestedClasses ReadDocument(const Plugin& plugin, const std::string& path) {
     if (::access(path.c_str(), R_OK) != 0) {

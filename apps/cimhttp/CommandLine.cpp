@@ -175,7 +175,7 @@ struct Parser {
         const CommandDescription description = command.Describe();
         auto* const sub = app.add_subcommand(description.name, description.help);
         sub->callback([this, &command] { chosen = &command; });
-        sub->footer(description.footer);
+        sub->footer(description.footer + "\n\nHow to choose the server and the form of the output: cimhttp --help");
         for (const CommandArgument& argument : description.arguments) {
             sub->add_option(argument.name, *argument.target, argument.help)->required(argument.is_required);
         }

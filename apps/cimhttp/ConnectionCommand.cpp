@@ -27,7 +27,7 @@ The connection with the name 'default' is used when no --host and no
 --connection is given. All are in $XDG_CONFIG_HOME/cimhttp/connections.json,
 or ~/.config/cimhttp/connections.json.
 
-Examples:
+Example:
     cimhttp connection add lab --host server.example --tls --user reader
     cimhttp connection test lab
     cimhttp -c lab classes '*port')";

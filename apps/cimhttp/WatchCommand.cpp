@@ -184,7 +184,8 @@ CommandDescription WatchCommand::Describe() {
              {"--property", "NAME", "Watch only this property; may be given several times", &properties_}},
             {OutputFormat::kPlain, OutputFormat::kJson},
             "An instance that is new has a +, one that has gone a -; below one that has\n"
-            "changed (~) stand the old and the new values. Ctrl-C ends it."};
+            "changed (~) stand the old and the new values. Ctrl-C ends it.\n\n"
+            "Example:\n    cimhttp --host server.example watch CIM_Process --property Name"};
 }
 
 int WatchCommand::Run(const CommandContext& context) {

@@ -1,0 +1,101 @@
+# Completion of cimhttp's command line for bash: commands, options and their values, the names of connections and, when
+# the server is quick, of its classes.
+
+# Reads the line up to the cursor. Sets, in the variables of _cimhttp: the word at the cursor and the one before it, the
+# command, how many arguments of it stand before the cursor, and the options that choose the server.
+_cimhttp_read_line() {
+    local line words i
+    line=${COMP_LINE:0:COMP_POINT}
+    read -ra words <<<"$line" # bash would also split server:5989 and --tls=false
+    [[ $line == *[[:space:]] ]] && words+=('')
+    current=${words[-1]} previous=${words[-2]}
+    command='' arguments=0 server=()
+    for ((i = 1; i < ${#words[@]} - 1; i++)); do
+        case ${words[i]} in
+            -c | --connection | --host | --user | --password-file)
+                server+=("${words[i]}" "${words[i + 1]}")
+                i=$((i + 1))
+                ;;
+            -o | --timeout | --plugin | --log | --output | --property | --where | --class | --out | --interval | --count)
+                i=$((i + 1))
+                ;;
+            --tls*) server+=("${words[i]}") ;;
+            -*) ;;
+            *) if [[ -z $command ]]; then command=${words[i]}; else arguments=$((arguments + 1)); fi ;;
+        esac
+    done
+}
+
+# Takes those lines of the text $1 that begin like the word at the cursor. With $2, case does not count.
+_cimhttp_offer() {
+    local candidate
+    while IFS= read -r candidate; do
+        if [[ -n $candidate && ($candidate == "$current"* || (-n $2 && ${candidate,,} == "${current,,}"*)) ]]; then
+            COMPREPLY+=("$candidate")
+        fi
+    done <<<"$1"
+}
+
+# The names of classes are asked for again when the line chooses another server than before, or after a minute. A server
+# that does not answer within CIMHTTP_COMPLETION_SECONDS, usually 1, completes nothing; nobody is asked for a password where errors go nowhere.
+_cimhttp_offer_classes() {
+    if [[ "${server[*]}" != "${_cimhttp_classes_server-none}" ]] || ((SECONDS - _cimhttp_classes_time > 60)); then
+        _cimhttp_classes=$(timeout "${CIMHTTP_COMPLETION_SECONDS-1}" "${COMP_WORDS[0]}" "${server[@]}" classes 2>/dev/null)
+        _cimhttp_classes_server="${server[*]}"
+        _cimhttp_classes_time=$SECONDS
+    fi
+    _cimhttp_offer "$_cimhttp_classes" without-case
+}
+
+_cimhttp_offer_connections() {
+    _cimhttp_offer "$("${COMP_WORDS[0]}" connection list --output csv 2>/dev/null | sed -e 1d -e 's/,.*//')"
+}
+
+_cimhttp_offer_files() {
+    mapfile -t COMPREPLY < <(compgen -f -- "$current")
+}
+
+_cimhttp_offer_words() {
+    _cimhttp_offer "$(printf '%s\n' "$@")"
+}
+
+_cimhttp_offer_options() {
+    _cimhttp_offer_words --help --host --connection --tls --user --password-file --timeout --plugin --log --output
+    case $command in
+        class) _cimhttp_offer_words --all ;;
+        instances) _cimhttp_offer_words --property --where --deep --raw ;;
+        instance) _cimhttp_offer_words --raw ;;
+        qualifiers) _cimhttp_offer_words --class ;;
+        watch) _cimhttp_offer_words --interval --count --property ;;
+        collect) _cimhttp_offer_words --out ;;
+        connection) _cimhttp_offer_words --store-password ;;
+    esac
+}
+
+_cimhttp_offer_arguments() {
+    case $command,$arguments in
+        ,*) _cimhttp_offer_words info classes tree class methods qualifiers instances instance watch collect connection ;;
+        classes,0 | tree,0 | class,0 | methods,0 | instances,0 | instance,0 | watch,0) _cimhttp_offer_classes ;;
+        collect,0) _cimhttp_offer_files ;;
+        connection,0) _cimhttp_offer_words add list remove test ;;
+        connection,1) _cimhttp_offer_connections ;;
+    esac
+}
+
+_cimhttp() {
+    local current previous command arguments server
+    _cimhttp_read_line
+    COMPREPLY=()
+    case $previous in
+        -c | --connection) _cimhttp_offer_connections ;;
+        -o | --output) _cimhttp_offer_words table plain json csv mof ;;
+        --log) _cimhttp_offer_words error warning info debug ;;
+        --class) _cimhttp_offer_classes ;;
+        --password-file | --plugin | --out) _cimhttp_offer_files ;;
+        --host) mapfile -t COMPREPLY < <(compgen -A hostname -- "$current") ;;
+        --user | --timeout | --property | --where | --interval | --count) ;;
+        *) if [[ $current == -* ]]; then _cimhttp_offer_options; else _cimhttp_offer_arguments; fi ;;
+    esac
+}
+
+complete -F _cimhttp cimhttp

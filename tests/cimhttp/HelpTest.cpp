@@ -1,0 +1,160 @@
+// What cimhttp says of itself: its help, its man page and the completion of its command line tell of the same commands
+// and options.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <set>
+#include <sstream>
+
+#include "Commands.h"
+#include "ProgramRun.h"
+#include "support/CimServer.h"
+#include "support/TemporaryDirectory.h"
+
+using testing::ContainerEq;
+using testing::ContainsRegex;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::UnorderedElementsAreArray;
+
+namespace {
+
+constexpr std::uint16_t kHttpPort = 5988;
+
+/// The long options in a text.
+std::set<std::string> OptionsIn(const std::string& text) {
+    std::set<std::string> options;
+    for (auto begin = text.find("--"); begin != std::string::npos; begin = text.find("--", begin)) {
+        const auto end = text.find_first_not_of("abcdefghijklmnopqrstuvwxyz-", begin);
+        options.insert(text.substr(begin, end - begin));
+        begin = end;
+    }
+    return options;
+}
+
+std::string Replaced(std::string text, const std::string& part, const std::string& replacement) {
+    for (auto found = text.find(part); found != std::string::npos; found = text.find(part, found)) {
+        text.replace(found, part.size(), replacement);
+    }
+    return text;
+}
+
+/// The man page's text with its hyphens as they are shown.
+std::string ManPage() { return Replaced(ReadFile(CIMHTTP_MAN_PAGE), "\\-", "-"); }
+
+std::vector<std::string> Lines(const std::string& text) {
+    std::vector<std::string> lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);) {
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+class CompletionTest : public testing::Test {
+  protected:
+    CompletionTest() {
+        fServer.Listen(kHttpPort);
+        fServer.Answer("EnumerateClassNames", "",
+                       "<CLASSNAME NAME=\"TEST_Disk\"/><CLASSNAME NAME=\"TEST_Tape\"/>"
+                       "<CLASSNAME NAME=\"CIM_System\"/>");
+    }
+
+    /// What bash offers when Tab is pressed behind `line`.
+    std::vector<std::string> Offers(const std::string& line) const {
+        const std::string script = std::string("source ") + CIMHTTP_COMPLETION + "; COMP_LINE='" + line +
+                                   "' COMP_POINT=${#COMP_LINE} COMP_WORDS=(" + CIMHTTP_PROGRAM +
+                                   "); _cimhttp; [[ ${#COMPREPLY[@]} == 0 ]] || printf '%s\\n' \"${COMPREPLY[@]}\"";
+        const auto run =
+            support::RunProgram("/bin/bash", {"-c", script},
+                                {"CIMHTTP_COMPLETION_SECONDS=60", "XDG_CONFIG_HOME=" + fFolder.Path().string()});
+        EXPECT_EQ(run.errors, "");
+        return Lines(run.output);
+    }
+
+    std::string Host() const { return "cimhttp --host " + fServer.Address() + ' '; }
+
+    support::CimServer fServer;
+    support::TemporaryDirectory fFolder;
+};
+
+} // namespace
+
+TEST(Help, OfEachCommandHasAnExample) {
+    for (const auto& command : cimhttp::AllCommands()) {
+        const std::string name = command->Describe().name;
+        const auto run = RunCimhttp({name, "--help"});
+        EXPECT_EQ(run.status, 0);
+        EXPECT_THAT(run.output, ContainsRegex("Example:\n    cimhttp .*" + name + " ?"));
+    }
+}
+
+TEST(Help, TellsOfTheSameCommandsAndOptionsAsTheManPage) {
+    const std::string page = ManPage();
+    const auto options_of_page = OptionsIn(page);
+    std::set<std::string> known = OptionsIn(RunCimhttp({"--help"}).output);
+    for (const auto& command : cimhttp::AllCommands()) {
+        const auto description = command->Describe();
+        EXPECT_THAT(page, ContainsRegex("\n[.](B|BI|BR) \"?" + description.name + "[ \n]"));
+        for (const auto& option : description.options) {
+            known.insert(option.name);
+        }
+    }
+    EXPECT_THAT(options_of_page, ContainerEq(known));
+}
+
+TEST(Help, OfTheManPageNamesEachExitStatus) {
+    const std::string page = ManPage();
+    const std::string statuses = page.substr(page.find(".SH EXIT STATUS"));
+    for (const char* status : {"0", "1", "2", "3", "4", "5", "6", "7"}) {
+        EXPECT_THAT(statuses, HasSubstr(std::string("\n.TP\n") + status + "\n"));
+    }
+}
+
+TEST_F(CompletionTest, OffersTheCommandsAndTheirOptions) {
+    const auto commands = Offers("cimhttp ");
+    std::vector<std::string> names;
+    for (const auto& command : cimhttp::AllCommands()) {
+        const auto description = command->Describe();
+        names.push_back(description.name);
+        auto options = OptionsIn(RunCimhttp({"--help"}).output);
+        for (const auto& option : description.options) {
+            options.insert(option.name);
+        }
+        EXPECT_THAT(Offers("cimhttp " + description.name + " --"), UnorderedElementsAreArray(options))
+            << description.name;
+    }
+    EXPECT_THAT(commands, UnorderedElementsAreArray(names));
+    EXPECT_THAT(Offers("cimhttp inst"), ElementsAre("instances", "instance"));
+}
+
+TEST_F(CompletionTest, OffersTheServersClasses) {
+    EXPECT_THAT(Offers(Host() + "class test_"), ElementsAre("TEST_Disk", "TEST_Tape"));
+    EXPECT_THAT(Offers(Host() + "instances --deep CIM"), ElementsAre("CIM_System"));
+    EXPECT_THAT(Offers("cimhttp --host " + fServer.Address() + ":5988 --tls=false qualifiers --class TEST_T"),
+                ElementsAre("TEST_Tape"));
+    EXPECT_THAT(Offers(Host() + "class TEST_Disk "), IsEmpty());
+}
+
+TEST_F(CompletionTest, OffersNothingWhereTheServerDoesNotHelp) {
+    fServer.RequireUser("reader", "s3cret");
+    EXPECT_THAT(Offers(Host() + "class TEST_"), IsEmpty());
+    EXPECT_THAT(Offers(Host() + "--user reader class TEST_"), IsEmpty());
+    fServer.Stop();
+    EXPECT_THAT(Offers(Host() + "class TEST_"), IsEmpty());
+}
+
+TEST_F(CompletionTest, OffersNamedConnectionsAndValues) {
+    for (const char* name : {"lab", "office"}) {
+        RunCimhttp({"connection", "add", name, "--host", fServer.Address()},
+                   {"XDG_CONFIG_HOME=" + fFolder.Path().string()});
+    }
+    EXPECT_THAT(Offers("cimhttp -c "), ElementsAre("lab", "office"));
+    EXPECT_THAT(Offers("cimhttp connection remove o"), ElementsAre("office"));
+    EXPECT_THAT(Offers("cimhttp -c lab class TEST_D"), ElementsAre("TEST_Disk"));
+    EXPECT_THAT(Offers("cimhttp connection "), ElementsAre("add", "list", "remove", "test"));
+    EXPECT_THAT(Offers("cimhttp --output c"), ElementsAre("csv"));
+    EXPECT_THAT(Offers("cimhttp --log de"), ElementsAre("debug"));
+}
