@@ -71,6 +71,7 @@ std::vector<InstanceChange> ChangesBetween(const Instances& earlier, const Insta
         }
     }
     std::vector<InstanceChange> sorted;
+    sorted.reserve(changes.size());
     for (auto& [path, change] : changes) {
         sorted.push_back(std::move(change));
     }
