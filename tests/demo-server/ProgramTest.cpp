@@ -28,6 +28,7 @@ class Program {
     explicit Program(std::vector<std::string> arguments, const std::string& path = DEMO_SERVER_PROGRAM) {
         arguments.insert(arguments.begin(), path);
         std::vector<char*> pointers;
+        pointers.reserve(arguments.size() + 1);
         for (auto& argument : arguments)
             pointers.push_back(argument.data());
         pointers.push_back(nullptr);

@@ -37,7 +37,7 @@ class FaultsTest : public ::testing::Test {
     /// What an operation behind a fault ends in: the kind of the exception, "" for success.
     std::string outcome(support::Fault fault, Uint32 timeout = kAmple) {
         const auto client = clientBehind(std::move(fault), timeout);
-        const std::string result = outcomeOf(*client);
+        std::string result = outcomeOf(*client);
         // A client that has failed is still good for the next operation, which fails alike or not at all.
         EXPECT_EQ(outcomeOf(*client), result);
         return result;

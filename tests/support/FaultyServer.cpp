@@ -178,7 +178,7 @@ std::string FaultyServer::Ask(const std::string& serverAddress, std::uint16_t se
     std::string text = request.method + ' ' + request.target + " HTTP/1.1\r\n";
     for (const auto& [name, value] : request.headers) {
         if (name != "TE" && name != "Connection") {
-            text += name + ": " + value + "\r\n";
+            text.append(name).append(": ").append(value).append("\r\n");
         }
     }
     const Upstream upstream(serverAddress, serverPort);

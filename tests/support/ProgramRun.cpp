@@ -18,6 +18,7 @@ namespace {
 
 std::vector<char*> Pointers(std::vector<std::string>& texts) {
     std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
     for (std::string& text : texts) {
         pointers.push_back(text.data());
     }
@@ -89,9 +90,11 @@ ProgramRun RunProgramOnTerminal(const std::string& program, const std::vector<st
 }
 
 std::string FindProgram(const std::string& name) {
-    std::istringstream directories(std::getenv("PATH"));
+    const char* const search_path = std::getenv("PATH");
+    std::istringstream directories(search_path == nullptr ? "" : search_path);
     for (std::string directory; std::getline(directories, directory, ':');) {
-        const std::string path = directory + '/' + name;
+        std::string path = directory;
+        path.append(1, '/').append(name);
         if (::access(path.c_str(), X_OK) == 0) {
             return path;
         }

@@ -215,10 +215,11 @@ void Reader::AddQualifierDeclaration(const pugi::xml_node& node) {
 const Class& Reader::Resolve(std::string_view name) {
     if (const Class* const known = schema_.FindClass(name))
         return *known;
-    const auto& [declaredName, node] = *classNodes_.find(name);
-    inProgress_.insert(declaredName);
+    const auto declared = classNodes_.find(name);
+    const pugi::xml_node& node = declared->second;
+    inProgress_.insert(declared->first);
     Class result;
-    result.name = declaredName;
+    result.name = declared->first;
     where_ = "class " + result.name;
     if (!Try(node, [&] { Inherit(node, result); }))
         incomplete_.insert(result.name);
