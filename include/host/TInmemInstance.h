@@ -5,7 +5,6 @@
 
 #include <cstddef>
 #include <memory>
-#include <unordered_map>
 #include <vector>
 
 #include "host/ICIMInstance.h"
@@ -72,25 +71,33 @@ class TInmemInstance : public ICIMInstance, public boost::enable_shared_from_thi
     friend class TInmemProperty;
 
     struct TSlot {
+        TSlot(const boost::shared_ptr<ICIMPropertyDecl const>& slotDeclaration, const TCIMValue& slotValue);
+
         boost::shared_ptr<ICIMPropertyDecl const> declaration;
         TCIMValue value;
     };
+    using TSlots = std::vector<TSlot>;
+    class TIndex;
 
     boost::shared_ptr<ICIMPropertyDecl const> FindDeclaration(const std::string& name, TCIMContext context) const;
-    TCIMValue Checked(const ICIMPropertyDecl& declaration, const TCIMValue& value) const;
-    /// The place of the declaration's value in the slots, or their number when it has none.
-    std::size_t FindSlot(const ICIMPropertyDecl& declaration) const;
+
+    /// The declared type. Throws when the value does not fit it.
+    TCIMValue::TCIMType Check(const ICIMPropertyDecl& declaration, const TCIMValue& value) const;
+    /// The slot of the declaration's value, or null when it has none.
+    TSlot* FindSlot(const ICIMPropertyDecl& declaration) const;
     void ExtendIndex();
+    std::size_t CountDeclarations() const;
     const TCIMValue* FindValue(const ICIMPropertyDecl& declaration) const;
     const TCIMValue& ReadValue(const ICIMPropertyDecl& declaration) const;
     void StoreValue(const boost::shared_ptr<ICIMPropertyDecl const>& declaration, const TCIMValue& value);
     void TakeValues(const ICIMInstance& other);
 
     boost::weak_ptr<ICIMClass> fClass;
-    using TIndex = std::unordered_map<const ICIMPropertyDecl*, std::size_t>;
 
-    std::vector<TSlot> fSlots;      // the properties that have a value of their own, in the order in which they got it
-    std::unique_ptr<TIndex> fIndex; // the places of the slots, when they are too many to be searched
+    // The properties that have a value of their own, in the order in which they got it. Views share them to keep values
+    // that they have handed out: slots that are shared are not changed, but copied first.
+    boost::shared_ptr<TSlots> fSlots;
+    std::unique_ptr<TIndex> fIndex; // where there are more slots than a few
 };
 
 } // namespace NQORVYX20

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "Associations.h"
+#include "TInmemIndex.h"
 #include "TInmemProperty.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMNamespace.h"
@@ -22,8 +23,7 @@ namespace NQORVYX20 {
 namespace {
 
 constexpr int kOnlyLayout = 1;
-constexpr std::size_t kMaxSearched = 64;
-constexpr std::size_t kSlotsAtOnce = 8; // doubling would leave much of the memory of many instances unused
+constexpr std::size_t kFewSlots = 8; // which are searched one after the other
 
 [[noreturn]] void Fail(std::uint32_t code, const std::string& message) {
     TRootObject::GetCoreLogger()->Log(ILogger::eLogError, "TInmemInstance: " + message);
@@ -58,7 +58,12 @@ void CallForEach(const TInstances& instances, const boost::function<bool(boost::
 
 } // namespace
 
-TInmemInstance::TInmemInstance(boost::shared_ptr<ICIMClass> cls, int layout) : fClass(cls) {
+TInmemInstance::TSlot::TSlot(const boost::shared_ptr<ICIMPropertyDecl const>& slotDeclaration,
+                             const TCIMValue& slotValue)
+    : declaration(slotDeclaration), value(slotValue) {}
+
+TInmemInstance::TInmemInstance(boost::shared_ptr<ICIMClass> cls, int layout)
+    : fClass(cls), fSlots(boost::make_shared<TSlots>()) {
     if (layout != kOnlyLayout)
         Fail(14, "there is no layout " + std::to_string(layout));
 }
@@ -66,13 +71,13 @@ TInmemInstance::TInmemInstance(boost::shared_ptr<ICIMClass> cls, int layout) : f
 TInmemInstance::~TInmemInstance() = default;
 
 void TInmemInstance::Validate(TCIMContext context) const {
-    for (const TSlot& slot : fSlots) {
+    for (const TSlot& slot : *fSlots) {
         const std::string& name = slot.declaration->GetName(context);
         const auto declaration = FindDeclaration(name, context);
         if (declaration != slot.declaration)
             Fail(15, "the declaration of property " + name + " of class " + GetClass(context)->GetName(context) +
                          " was replaced after the value was set");
-        Checked(*declaration, slot.value);
+        Check(*declaration, slot.value);
     }
 }
 
@@ -129,9 +134,14 @@ void TInmemInstance::SetPropertyValue(const std::string& name, const TCIMValue& 
 void TInmemInstance::EnumerateProperties(const boost::function<bool(boost::shared_ptr<ICIMProperty>)>& callback,
                                          TCIMContext context) {
     const auto self = shared_from_this();
+    boost::shared_ptr<TInmemProperty> view;
     GetClass(context)->EnumeratePropertyDecls(
         [&](boost::shared_ptr<ICIMPropertyDecl> declaration) {
-            return callback(boost::make_shared<TInmemProperty>(self, declaration));
+            if (view.use_count() == 1) // the callback did not keep it: it can show the next property
+                view->Show(std::move(declaration));
+            else
+                view = boost::make_shared<TInmemProperty>(self, std::move(declaration));
+            return callback(view);
         },
         context);
 }
@@ -163,13 +173,10 @@ boost::shared_ptr<ICIMPropertyDecl const> TInmemInstance::FindDeclaration(const 
     Fail(15, "class " + cls->GetName(context) + " declares no property " + name);
 }
 
-// The value as it is stored. Throws when it does not fit.
-TCIMValue TInmemInstance::Checked(const ICIMPropertyDecl& declaration, const TCIMValue& value) const {
+TCIMValue::TCIMType TInmemInstance::Check(const ICIMPropertyDecl& declaration, const TCIMValue& value) const {
     const TCIMValue::TCIMType type = declaration.GetType({});
-    if (value.IsNull())
-        return {type, 0};
-    if (value.GetType() == type)
-        return value;
+    if (value.GetType() == type || value.IsNull())
+        return type;
     std::ostringstream message;
     message << "property " << declaration.GetName({}) << " of class " << GetClass({})->GetName({}) << " is of type "
             << type << ", but the value is of type " << value.GetType();
@@ -177,29 +184,25 @@ TCIMValue TInmemInstance::Checked(const ICIMPropertyDecl& declaration, const TCI
 }
 
 const TCIMValue* TInmemInstance::FindValue(const ICIMPropertyDecl& declaration) const {
-    const std::size_t place = FindSlot(declaration);
-    return place < fSlots.size() ? &fSlots[place].value : nullptr;
+    const TSlot* const slot = FindSlot(declaration);
+    return slot != nullptr ? &slot->value : nullptr;
 }
 
-std::size_t TInmemInstance::FindSlot(const ICIMPropertyDecl& declaration) const {
-    if (fIndex) {
-        const auto found = fIndex->find(&declaration);
-        return found == fIndex->end() ? fSlots.size() : found->second;
-    }
-    const auto slot = std::find_if(fSlots.begin(), fSlots.end(), [&declaration](const TSlot& candidate) {
+TInmemInstance::TSlot* TInmemInstance::FindSlot(const ICIMPropertyDecl& declaration) const {
+    if (fIndex)
+        return fIndex->Find(*fSlots, declaration);
+    const auto slot = std::find_if(fSlots->begin(), fSlots->end(), [&declaration](const TSlot& candidate) {
         return candidate.declaration.get() == &declaration;
     });
-    return static_cast<std::size_t>(slot - fSlots.begin());
+    return slot == fSlots->end() ? nullptr : &*slot;
 }
 
-// A server decides how many properties an instance has: the time to set all of them must not grow with their square.
 void TInmemInstance::ExtendIndex() {
-    if (fSlots.size() <= kMaxSearched)
+    if (fSlots->size() <= kFewSlots)
         return;
     if (!fIndex)
         fIndex = std::make_unique<TIndex>();
-    for (std::size_t place = fIndex->size(); place < fSlots.size(); ++place)
-        fIndex->emplace(fSlots[place].declaration.get(), place);
+    fIndex->Extend(*fSlots);
 }
 
 const TCIMValue& TInmemInstance::ReadValue(const ICIMPropertyDecl& declaration) const {
@@ -208,27 +211,41 @@ const TCIMValue& TInmemInstance::ReadValue(const ICIMPropertyDecl& declaration) 
 }
 
 void TInmemInstance::StoreValue(const boost::shared_ptr<ICIMPropertyDecl const>& declaration, const TCIMValue& value) {
-    TCIMValue checked = Checked(*declaration, value);
-    const std::size_t place = FindSlot(*declaration);
-    if (place < fSlots.size()) {
-        fSlots[place].value = std::move(checked);
+    const TCIMValue::TCIMType type = Check(*declaration, value);
+    if (value.GetType() != type)
+        return StoreValue(declaration, TCIMValue(type, 0));
+    if (fSlots.use_count() > 1)
+        fSlots = boost::make_shared<TSlots>(*fSlots);
+    if (TSlot* const slot = FindSlot(*declaration)) {
+        slot->value = value;
         return;
     }
-    if (fSlots.size() == fSlots.capacity())
-        fSlots.reserve(fSlots.size() + std::max(kSlotsAtOnce, fSlots.size() / 8));
-    fSlots.push_back({declaration, std::move(checked)});
+    const std::size_t count = fSlots->size();
+    if (count == fSlots->capacity())
+        fSlots->reserve(count == 0 ? kFewSlots : std::max(count + kFewSlots, CountDeclarations()));
+    fSlots->emplace_back(declaration, value);
     ExtendIndex();
 }
 
+// An instance has few values, or most of those that its class declares: room for neither more nor less saves moving the
+// values, and the memory of many instances.
+std::size_t TInmemInstance::CountDeclarations() const {
+    std::size_t count = 0;
+    GetClass({})->EnumeratePropertyDecls([&count](const auto&) { return ++count != 0; }, {});
+    return count;
+}
+
 void TInmemInstance::TakeValues(const ICIMInstance& other) {
-    std::vector<TSlot> slots;
+    auto slots = boost::make_shared<TSlots>();
     other.GetClass({})->EnumeratePropertyDecls(
         [&](boost::shared_ptr<ICIMPropertyDecl> otherDeclaration) {
             const std::string& name = otherDeclaration->GetName({});
             const auto property = other.GetProperty(name, {});
             if (!property->IsDefaultValue({})) {
                 const auto declaration = FindDeclaration(name, {});
-                slots.push_back({declaration, Checked(*declaration, property->GetValue({}))});
+                const TCIMValue& value = property->GetValue({});
+                const TCIMValue::TCIMType type = Check(*declaration, value);
+                slots->emplace_back(declaration, value.IsNull() ? TCIMValue(type, 0) : value);
             }
             return true;
         },

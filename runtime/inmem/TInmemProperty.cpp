@@ -12,6 +12,11 @@ TInmemProperty::TInmemProperty(boost::shared_ptr<TInmemInstance> instance,
                                boost::shared_ptr<ICIMPropertyDecl const> declaration)
     : fInstance(std::move(instance)), fDeclaration(std::move(declaration)) {}
 
+void TInmemProperty::Show(boost::shared_ptr<ICIMPropertyDecl const> declaration) {
+    fDeclaration.swap(declaration);
+    fPrevValue.reset();
+}
+
 TCIMValue::TCIMType TInmemProperty::GetType(TCIMContext context) const { return fDeclaration->GetType(context); }
 
 bool TInmemProperty::IsArray(TCIMContext context) const { return fDeclaration->IsArray(context); }
@@ -19,8 +24,9 @@ bool TInmemProperty::IsArray(TCIMContext context) const { return fDeclaration->I
 bool TInmemProperty::IsDefaultValue(TCIMContext) const { return fInstance->FindValue(*fDeclaration) == nullptr; }
 
 const TCIMValue& TInmemProperty::Read() const {
-    fLastRead = fInstance->ReadValue(*fDeclaration);
-    return fLastRead;
+    if (fLastRead != fInstance->fSlots)
+        fLastRead = fInstance->fSlots;
+    return fInstance->ReadValue(*fDeclaration);
 }
 
 const TCIMValue& TInmemProperty::GetValue(TCIMContext) const { return Read(); }
@@ -49,7 +55,10 @@ ICIMProperty& TInmemProperty::operator=(const ICIMProperty& other) {
 
 const TCIMValue& TInmemProperty::GetPrevValue() const { return fPrevValue ? *fPrevValue : Read(); }
 
-void TInmemProperty::SetPrevValue(const TCIMValue& value) { fPrevValue = fInstance->Checked(*fDeclaration, value); }
+void TInmemProperty::SetPrevValue(const TCIMValue& value) {
+    const TCIMValue::TCIMType type = fInstance->Check(*fDeclaration, value);
+    fPrevValue = value.IsNull() ? TCIMValue(type, 0) : value;
+}
 
 void TInmemProperty::SetPrevValue() { fPrevValue = TCIMValue(fDeclaration->GetType({}), 0); }
 

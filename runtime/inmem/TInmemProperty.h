@@ -14,12 +14,16 @@ class TInmemProperty : public ICIMProperty {
   public:
     TInmemProperty(boost::shared_ptr<TInmemInstance> instance, boost::shared_ptr<ICIMPropertyDecl const> declaration);
 
+    /// Becomes a new view, of another property of the instance.
+    void Show(boost::shared_ptr<ICIMPropertyDecl const> declaration);
+
     TCIMValue::TCIMType GetType(TCIMContext context) const override;
     bool IsArray(TCIMContext context) const override;
     bool IsDefaultValue(TCIMContext context) const override;
 
     /// What the instance holds now. The reference stays good, with this value, until the next reading operation of this
-    /// view, whatever happens to the instance.
+    /// view, whatever happens to the instance. The declaration's default, where the instance holds nothing, shows a
+    /// later change of the default.
     const TCIMValue& GetValue(TCIMContext context) const override;
     void SetValue(const TCIMValue& value, TCIMContext context) override;
 
@@ -49,7 +53,7 @@ class TInmemProperty : public ICIMProperty {
     boost::shared_ptr<TInmemInstance> fInstance;
     boost::shared_ptr<ICIMPropertyDecl const> fDeclaration;
     std::optional<TCIMValue> fPrevValue;
-    mutable TCIMValue fLastRead; // what the references that were handed out refer to
+    mutable boost::shared_ptr<const void> fLastRead; // keeps what the last reference that was handed out refers to
 };
 
 } // namespace NQORVYX20

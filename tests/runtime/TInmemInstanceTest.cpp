@@ -299,6 +299,52 @@ TEST_F(TInmemPropertyTest, KeepsAReadValueGoodWhileOtherPropertiesChange) {
     EXPECT_EQ(value, TCIMValue("sda, a text too long to be kept in place"));
 }
 
+TEST_F(TInmemPropertyTest, KeepsAReadValueGoodWhileItsPropertyChanges) {
+    const auto disk = fDisk->Add({{"DeviceID", "sda, a text too long to be kept in place"}});
+    const auto id = disk->GetProperty("DeviceID", {});
+    const TCIMValue& value = id->GetValue({});
+    disk->SetPropertyValue("DeviceID", "sdb", {});
+    EXPECT_EQ(value, TCIMValue("sda, a text too long to be kept in place"));
+    id->SetValue(value, {});
+    EXPECT_EQ(id->GetValue({}), TCIMValue("sda, a text too long to be kept in place"));
+    EXPECT_EQ(TextOf(*disk, "DeviceID"), "sda, a text too long to be kept in place");
+}
+
+TEST_F(TInmemPropertyTest, StaysWhatItIsWhenKeptDuringAnEnumeration) {
+    const auto disk = fDisk->Add({{"DeviceID", "sda"}, {"Bus", static_cast<unsigned short>(3)}});
+    std::vector<boost::shared_ptr<ICIMProperty>> kept;
+    disk->EnumerateProperties(
+        [&](const boost::shared_ptr<ICIMProperty>& property) {
+            EXPECT_FALSE(property->IsPrevValueDifferent());
+            property->GetValue({});
+            property->SetPrevValue();
+            if (kept.size() < 2)
+                kept.push_back(property);
+            return true;
+        },
+        {});
+    ASSERT_EQ(kept.size(), 2U);
+    EXPECT_EQ(kept[0]->GetDeclaration({})->GetName({}), "Bus");
+    EXPECT_EQ(kept[0]->GetValue({}), TCIMValue(static_cast<unsigned short>(3)));
+    EXPECT_TRUE(kept[0]->IsPrevValueDifferent());
+    EXPECT_EQ(kept[1]->GetDeclaration({})->GetName({}), "DeviceID");
+    EXPECT_EQ(kept[1]->ToString(), "sda");
+}
+
+TEST_F(TInmemPropertyTest, MayBeChangedDuringAnEnumeration) {
+    const auto point = fPoint->Add({{"X", 1}, {"Y", 2}});
+    point->EnumerateProperties(
+        [&](const boost::shared_ptr<ICIMProperty>& property) {
+            const TCIMValue& value = property->GetValue({});
+            property->SetValue(static_cast<int>(value) + 10, {});
+            point->SetPropertyValue("Y", 7, {});
+            return true;
+        },
+        {});
+    EXPECT_EQ(TextOf(*point, "X"), "11");
+    EXPECT_EQ(TextOf(*point, "Y"), "7");
+}
+
 TEST_F(TInmemPropertyTest, KeepsItsInstanceAlive) {
     auto disk = fDisk->Add({{"Size", 1ULL}});
     const auto size = disk->GetProperty("Size", {});

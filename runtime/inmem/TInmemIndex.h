@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "host/TInmemInstance.h"
+
+namespace NQORVYX20 {
+
+/// Finds the slots of an instance by their declarations, whatever their number. It is small, since every instance with
+/// more than a few values has one: a table of places, which are looked at one after the other from where the
+/// declaration's address points to.
+class TInmemInstance::TIndex {
+  public:
+    /// Enters the slots that have come since the last call.
+    void Extend(const TSlots& slots);
+
+    /// The declaration's slot, or null when it has none. All slots must have been entered.
+    TSlot* Find(TSlots& slots, const ICIMPropertyDecl& declaration) const;
+
+  private:
+    std::size_t FirstPosition(const ICIMPropertyDecl& declaration) const;
+    std::size_t NextPosition(std::size_t position) const { return (position + 1) & (fPlaces.size() - 1); }
+    void Grow(std::size_t slotCount);
+    void Enter(const TSlots& slots, std::size_t place);
+
+    std::vector<std::uint32_t> fPlaces; // a power of two of them, a quarter at least empty
+    unsigned int fBits = 0;             // the logarithm of their number
+    std::size_t fEntered = 0;
+};
+
+} // namespace NQORVYX20
