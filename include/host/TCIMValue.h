@@ -78,6 +78,7 @@ class TCIMValue {
     /*implicit*/ TCIMValue(double value);
     /*implicit*/ TCIMValue(const char* value);
     /*implicit*/ TCIMValue(const std::string& value);
+    /*implicit*/ TCIMValue(std::string&& value);
     /*implicit*/ TCIMValue(const TCIMChar16& value);
     /*implicit*/ TCIMValue(const TCIMDateTime& value);
     /*implicit*/ TCIMValue(TCIMReference& value);
@@ -88,6 +89,7 @@ class TCIMValue {
     /// An array of the elements in their order, also of none. `elementType` is the type of one element. The second
     /// argument has no meaning; pass 0.
     TCIMValue(TCIMType elementType, unsigned int unused, const std::vector<TCIMValue>& elements);
+    TCIMValue(TCIMType elementType, unsigned int unused, std::vector<TCIMValue>&& elements);
 
     TCIMValue(const TCIMValue& other);
     TCIMValue(TCIMValue&& other) noexcept;

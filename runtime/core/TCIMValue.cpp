@@ -155,12 +155,15 @@ TCIMValue::TCIMValue(const char* value) : fContent(TNull{TCIMType::eCIMString}) 
         fContent.emplace<std::string>(value);
 }
 TCIMValue::TCIMValue(const std::string& value) : fContent(value) {}
+TCIMValue::TCIMValue(std::string&& value) : fContent(std::move(value)) {}
 TCIMValue::TCIMValue(const TCIMChar16& value) : fContent(value) {}
 TCIMValue::TCIMValue(const TCIMDateTime& value) : fContent(value) {}
 TCIMValue::TCIMValue(TCIMReference& value) : fContent(TCIMIndirect<TCIMReference>(value)) {}
 TCIMValue::TCIMValue(TCIMType type, unsigned int /*unused*/) : fContent(TNull{type}) {}
 TCIMValue::TCIMValue(TCIMType elementType, unsigned int /*unused*/, const std::vector<TCIMValue>& elements)
     : fContent(TCIMIndirect<TArray>(TArray{ElementOf(elementType), elements})) {}
+TCIMValue::TCIMValue(TCIMType elementType, unsigned int /*unused*/, std::vector<TCIMValue>&& elements)
+    : fContent(TCIMIndirect<TArray>(TArray{ElementOf(elementType), std::move(elements)})) {}
 
 TCIMValue::TCIMValue(const TCIMValue& other) = default;
 TCIMValue::TCIMValue(TCIMValue&& other) noexcept = default;

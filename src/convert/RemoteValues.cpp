@@ -3,6 +3,7 @@
 #include <boost/shared_ptr.hpp>
 
 #include <sstream>
+#include <utility>
 #include <vector>
 
 #include "convert/RemoteText.h"
@@ -14,16 +15,21 @@ namespace {
 
 TCIMChar16 ToHostCharacter(const Pegasus::Char16& character) {
     // The host takes a character as the decimal digits of its code.
-    std::ostringstream digits;
-    digits << static_cast<unsigned long>(static_cast<Pegasus::Uint16>(character));
-    return TCIMChar16(digits.str());
+    return TCIMChar16(std::to_string(static_cast<Pegasus::Uint16>(character)));
 }
 
-std::string StreamedText(const Pegasus::String& text) {
-    std::ostringstream stream;
-    stream << text;
-    return stream.str();
-}
+/// The texts that the remote library's stream output gives strings.
+class TStreamedText {
+  public:
+    std::string operator()(const Pegasus::String& text) {
+        fStream.str(std::string());
+        fStream << text;
+        return fStream.str();
+    }
+
+  private:
+    std::ostringstream fStream; // one for all: making a stream costs more than writing a text
+};
 
 TCIMReference ToHostReference(const Pegasus::CIMObjectPath& path) {
     TCIMReference reference{boost::shared_ptr<ICIMNamespace>(), TCIMContext()};
@@ -41,28 +47,21 @@ T Read(const Pegasus::CIMValue& value) {
     return content;
 }
 
-template <typename T>
-TCIMValue ToHostElement(const T& element) {
-    return TCIMValue(element);
-}
-
-TCIMValue ToHostElement(const Pegasus::Char16& element) { return TCIMValue(ToHostCharacter(element)); }
-
-TCIMValue ToHostElement(const Pegasus::String& element) { return TCIMValue(StreamedText(element)); }
-
-TCIMValue ToHostElement(const Pegasus::CIMDateTime& element) {
-    return TCIMValue(TCIMDateTime(StreamedText(element.toString())));
-}
-
-template <typename T>
-TCIMValue ReadArray(const Pegasus::CIMValue& value, Pegasus::CIMType elementType) {
+/// Makes a host array of the remote elements, each turned into a host value by `convert`.
+template <typename T, typename Convert>
+TCIMValue ReadArray(const Pegasus::CIMValue& value, Pegasus::CIMType elementType, Convert convert) {
     auto array = Read<Pegasus::Array<T>>(value);
     std::vector<TCIMValue> elements;
     elements.reserve(array.size());
     for (Pegasus::Uint32 i = 0; i < array.size(); ++i) {
-        elements.push_back(ToHostElement(static_cast<const T&>(array[i])));
+        elements.emplace_back(convert(static_cast<const T&>(array[i])));
     }
-    return {pegTypeToVYXType(elementType, false), 0, elements};
+    return {pegTypeToVYXType(elementType, false), 0, std::move(elements)};
+}
+
+template <typename T>
+TCIMValue ReadArray(const Pegasus::CIMValue& value, Pegasus::CIMType elementType) {
+    return ReadArray<T>(value, elementType, [](const T& element) { return TCIMValue(element); });
 }
 
 void ConvertArray(const Pegasus::CIMValue& value, Pegasus::CIMType type, TCIMValue& out) {
@@ -101,13 +100,15 @@ void ConvertArray(const Pegasus::CIMValue& value, Pegasus::CIMType type, TCIMVal
         out = ReadArray<Pegasus::Real64>(value, type);
         break;
     case Pegasus::CIMTYPE_CHAR16:
-        out = ReadArray<Pegasus::Char16>(value, type);
+        out = ReadArray<Pegasus::Char16>(value, type, ToHostCharacter);
         break;
     case Pegasus::CIMTYPE_STRING:
-        out = ReadArray<Pegasus::String>(value, type);
+        out = ReadArray<Pegasus::String>(value, type, TStreamedText());
         break;
     case Pegasus::CIMTYPE_DATETIME:
-        out = ReadArray<Pegasus::CIMDateTime>(value, type);
+        out = ReadArray<Pegasus::CIMDateTime>(value, type, [text = TStreamedText()](const auto& element) mutable {
+            return TCIMDateTime(text(element.toString()));
+        });
         break;
     default:
         break;
