@@ -1,11 +1,12 @@
 #include "model/DisplayQualifiers.h"
 
+#include <typeinfo>
 #include <utility>
 
-#include "host/ICIMPropertyDecl.h"
 #include "host/ICIMQualifier.h"
 #include "host/TVYXException.h"
 #include "model/StatusCodes.h"
+#include "model/TCimHTTPPropertyDecl.h"
 
 namespace NQORVYX20 {
 
@@ -13,31 +14,41 @@ namespace {
 
 using ECIMType = TCIMValue::TCIMType::ECIMType;
 
-bool Holds(const TCIMValue& value, ECIMType type) { return !value.IsNull() && value.GetType() == type; }
+const TCimHTTPPropertyDecl* AsOwn(const ICIMPropertyDecl& declaration) {
+    return typeid(declaration) == typeid(TCimHTTPPropertyDecl) ? static_cast<const TCimHTTPPropertyDecl*>(&declaration)
+                                                               : nullptr;
+}
 
 } // namespace
 
+DisplayQualifiers::TName::TName(const char* name)
+    : fGiven(name), fNormalized(TCimHTTPNamespace::NormalizeName(fGiven)) {}
+
 DisplayQualifiers::DisplayQualifiers(boost::shared_ptr<ICIMPropertyDecl const> declaration)
-    : fDeclaration(std::move(declaration)) {}
+    : fDeclaration(std::move(declaration)), fOwnDeclaration(AsOwn(*fDeclaration)) {}
 
-bool DisplayQualifiers::Has(const std::string& name) const { return !Find(name).IsNull(); }
+bool DisplayQualifiers::Has(const TName& name) const { return Find(name) != nullptr; }
 
-std::optional<std::string> DisplayQualifiers::GetString(const std::string& name) const {
-    const TCIMValue value = Find(name);
-    return Holds(value, ECIMType::eCIMString) ? std::optional(value.ToString(10)) : std::nullopt;
+std::optional<std::string> DisplayQualifiers::GetString(const TName& name) const {
+    const auto qualifier = Find(name);
+    return qualifier && qualifier->GetType(TCIMContext()) == ECIMType::eCIMString
+               ? std::optional<std::string>(qualifier->GetValue(TCIMContext()))
+               : std::nullopt;
 }
 
-std::optional<unsigned char> DisplayQualifiers::GetUint8(const std::string& name) const {
-    const TCIMValue value = Find(name);
-    return Holds(value, ECIMType::eCIMUint8) ? std::optional(static_cast<unsigned char>(value)) : std::nullopt;
+std::optional<unsigned char> DisplayQualifiers::GetUint8(const TName& name) const {
+    const auto qualifier = Find(name);
+    return qualifier && qualifier->GetType(TCIMContext()) == ECIMType::eCIMUint8
+               ? std::optional<unsigned char>(qualifier->GetValue(TCIMContext()))
+               : std::nullopt;
 }
 
-std::optional<std::vector<std::string>> DisplayQualifiers::GetTexts(const std::string& name) const {
-    const TCIMValue value = Find(name);
-    if (value.IsNull() || !value.IsArray()) {
+std::optional<std::vector<std::string>> DisplayQualifiers::GetTexts(const TName& name) const {
+    const auto qualifier = Find(name);
+    if (!qualifier || !qualifier->GetValue(TCIMContext()).IsArray()) {
         return std::nullopt;
     }
-    const std::vector<TCIMValue>& elements = value;
+    const std::vector<TCIMValue>& elements = qualifier->GetValue(TCIMContext());
     std::vector<std::string> texts;
     texts.reserve(elements.size());
     for (const TCIMValue& element : elements) {
@@ -46,10 +57,18 @@ std::optional<std::vector<std::string>> DisplayQualifiers::GetTexts(const std::s
     return texts;
 }
 
-TCIMValue DisplayQualifiers::Find(const std::string& name) const {
+boost::shared_ptr<ICIMQualifier> DisplayQualifiers::Find(const TName& name) const {
+    auto qualifier = LookUp(name);
+    return qualifier && !qualifier->GetValue(TCIMContext()).IsNull() ? qualifier : nullptr;
+}
+
+boost::shared_ptr<ICIMQualifier> DisplayQualifiers::LookUp(const TName& name) const {
+    if (fOwnDeclaration != nullptr) {
+        return fOwnDeclaration->LookupNormalizedQualifier(
+            name.Normalized()); // needs no exception to say that there is none
+    }
     try {
-        const auto qualifier = fDeclaration->GetQualifier(name, TCIMContext());
-        return qualifier ? qualifier->GetValue(TCIMContext()) : TCIMValue();
+        return fDeclaration->GetQualifier(name.Given(), TCIMContext());
     } catch (const TVYXException& exception) {
         if (exception.GetStatusCode().GetCode() != kNotFound) {
             throw TVYXException(exception.GetStatusCode());

@@ -6,32 +6,51 @@
 #include <string>
 #include <vector>
 
-#include "host/TCIMValue.h"
-
 namespace NQORVYX20 {
 
 class ICIMPropertyDecl;
+class ICIMQualifier;
+class TCIMValue;
+class TCimHTTPPropertyDecl;
 
 /// A property declaration's qualifiers as the display of values reads them: a qualifier that is absent or null, or that
 /// has another type than the one asked for, has nothing to say. Every operation throws TVYXException with the code of a
 /// lookup that failed for another reason than absence.
 class DisplayQualifiers {
   public:
+    /// A qualifier's name, normalised once for all look-ups.
+    class TName {
+      public:
+        explicit TName(const char* name);
+        const std::string& Given() const { return fGiven; }
+        const std::string& Normalized() const { return fNormalized; }
+
+      private:
+        std::string fGiven;
+        std::string fNormalized;
+    };
+
     explicit DisplayQualifiers(boost::shared_ptr<ICIMPropertyDecl const> declaration);
 
     /// True for a qualifier that is there and not null, whatever its type and value.
-    bool Has(const std::string& name) const;
-    std::optional<std::string> GetString(const std::string& name) const;
-    std::optional<unsigned char> GetUint8(const std::string& name) const;
+    bool Has(const TName& name) const;
+    std::optional<std::string> GetString(const TName& name) const;
+    std::optional<unsigned char> GetUint8(const TName& name) const;
 
     /// The texts of an array's elements, numbers in base 10. Any element type will do.
-    std::optional<std::vector<std::string>> GetTexts(const std::string& name) const;
+    std::optional<std::vector<std::string>> GetTexts(const TName& name) const;
+
+    /// The declaration as the plug-in's own, whose look-ups do not fail; null for another, and for one that is derived
+    /// from it.
+    const TCimHTTPPropertyDecl* OwnDeclaration() const { return fOwnDeclaration; }
 
   private:
-    /// The qualifier's value, null when it is absent.
-    TCIMValue Find(const std::string& name) const;
+    /// The qualifier, or an empty pointer when it is absent or its value is null.
+    boost::shared_ptr<ICIMQualifier> Find(const TName& name) const;
+    boost::shared_ptr<ICIMQualifier> LookUp(const TName& name) const;
 
     boost::shared_ptr<ICIMPropertyDecl const> fDeclaration;
+    const TCimHTTPPropertyDecl* fOwnDeclaration;
 };
 
 } // namespace NQORVYX20

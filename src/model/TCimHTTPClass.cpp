@@ -14,6 +14,7 @@
 #include "model/AssociationFilter.h"
 #include "model/CoreLog.h"
 #include "model/EntryMap.h"
+#include "model/RemoteNames.h"
 #include "model/RemoteQualifiers.h"
 #include "model/StatusCodes.h"
 #include "model/TCimHTTPInstance.h"
@@ -87,7 +88,7 @@ void TCimHTTPClass::AddRemoteProperty(Pegasus::CIMProperty& remote) {
     const auto declaration = AllocatePropertyDecl(name, TCIMValue(), TCIMContext());
     declaration->SetDefaultValue(TCIMValue(pegTypeToVYXType(remote.getType(), remote.isArray()), 0), TCIMContext());
     CopyQualifiers(*LockNamespace(), remote, *declaration);
-    fPropertyDecls.emplace(key, boost::dynamic_pointer_cast<TCimHTTPPropertyDecl>(declaration));
+    fPropertyDecls.Add(key, boost::dynamic_pointer_cast<TCimHTTPPropertyDecl>(declaration));
 }
 
 void TCimHTTPClass::AddRemoteMethod(Pegasus::CIMMethod& remote) {
@@ -151,7 +152,7 @@ bool TCimHTTPClass::IsSubclassOf(boost::shared_ptr<ICIMClass const> other, TCIMC
 
 void TCimHTTPClass::EnumerateSubClasses(const boost::function<bool(boost::shared_ptr<ICIMClass>)>& callback, bool deep,
                                         TCIMContext /*context*/) {
-    const auto subClasses = fSubClasses; // a callback that looks classes up makes the list longer
+    const auto subClasses = fSubClasses.Classes(); // a callback that looks classes up makes the list longer
     for (const auto& subClass : subClasses) {
         if (!callback(subClass)) {
             return;
@@ -167,13 +168,7 @@ void TCimHTTPClass::AddChildClass(boost::shared_ptr<ICIMClass> child) {
     if (!added) {
         throw TVYXException(kTypeMismatch);
     }
-    const auto sameName = std::find_if(fSubClasses.begin(), fSubClasses.end(),
-                                       [&](const auto& subClass) { return subClass->fName == added->fName; });
-    if (sameName == fSubClasses.end()) {
-        fSubClasses.push_back(added);
-    } else {
-        *sameName = added;
-    }
+    fSubClasses.Add(added->fName, added);
 }
 
 void TCimHTTPClass::RemoveChildClass(boost::shared_ptr<ICIMClass> /*child*/) {}
@@ -196,12 +191,15 @@ bool TCimHTTPClass::IsAbstract(TCIMContext /*context*/) const { return HasTrueQu
 
 void TCimHTTPClass::EnumerateKeyNames(const boost::function<bool(const std::string*)>& callback,
                                       TCIMContext context) const {
-    const auto reportKey = [&](const boost::shared_ptr<ICIMPropertyDecl>& declaration) {
-        bool found = false;
-        return !IsTrue(declaration->GetQualifier("KEY", found, context)) || callback(&declaration->GetName(context));
-    };
+    static const std::string kKey = "KEY";
     try {
-        EnumeratePropertyDecls(reportKey, context);
+        const auto declarations = fPropertyDecls.Ordered();
+        for (const auto& declaration : *declarations) {
+            bool found = false;
+            if (IsTrue(declaration->GetQualifier(kKey, found, context)) && !callback(&declaration->GetName(context))) {
+                return;
+            }
+        }
     } catch (const TVYXException&) {
         throw;
     } catch (const std::exception& failure) {
@@ -216,12 +214,20 @@ TCimHTTPClass::AllocatePropertyDecl(const std::string& name, const TCIMValue& de
 
 boost::shared_ptr<ICIMPropertyDecl> TCimHTTPClass::GetPropertyDecl(const std::string& name,
                                                                    TCIMContext /*context*/) const {
-    return FindEntry(fPropertyDecls, TCimHTTPNamespace::NormalizeName(name));
+    if (auto declaration = fPropertyDecls.Find(name)) {
+        return declaration; // the name is in its normal form, as those of fetched values are
+    }
+    return fPropertyDecls.Find(TCimHTTPNamespace::NormalizeName(name));
 }
 
 void TCimHTTPClass::EnumeratePropertyDecls(const boost::function<bool(boost::shared_ptr<ICIMPropertyDecl>)>& callback,
                                            TCIMContext /*context*/) const {
-    VisitEntries(fPropertyDecls, callback);
+    const auto declarations = fPropertyDecls.Ordered();
+    for (const auto& declaration : *declarations) {
+        if (!callback(declaration)) {
+            return;
+        }
+    }
 }
 
 void TCimHTTPClass::AddPropertyDecl(boost::shared_ptr<ICIMPropertyDecl> declaration) {
@@ -238,14 +244,13 @@ void TCimHTTPClass::AddPropertyDecl(boost::shared_ptr<ICIMPropertyDecl> declarat
     if (added->LookupQualifier("OVERRIDE")) {
         CheckOverride(*added);
     }
-    const auto [entry, isNew] = fPropertyDecls.emplace(key, added);
-    if (isNew) {
+    if (fPropertyDecls.Add(key, added)) {
         return;
     }
     if (name.find("PortType") == std::string::npos) {
         Refuse(kAlreadyExists, "TCimHTTP: Attempt to add property " + name + " to class " + fName + ": already exists");
     }
-    entry->second = added;
+    fPropertyDecls.Replace(key, added);
 }
 
 void TCimHTTPClass::CheckOverride(const ICIMPropertyDecl& declaration) const {
@@ -409,7 +414,7 @@ void TCimHTTPClass::EnumerateInstances(const boost::function<bool(boost::shared_
     if (!VisitEntries(fInstances, callback) || !deep) {
         return;
     }
-    const auto subClasses = fSubClasses;
+    const auto subClasses = fSubClasses.Classes();
     for (const auto& subClass : subClasses) {
         subClass->EnumerateInstances(callback, deep, TCIMContext());
     }
@@ -424,8 +429,9 @@ void TCimHTTPClass::FetchInstances(bool deep) {
         auto remotes = nameSpace->getPegClient()->enumerateInstances(
             *nameSpace->getPegNSP(), Pegasus::CIMName(fName.c_str()), deep, kLocalOnly, kIncludeQualifiers,
             kIncludeClassOrigin, Pegasus::CIMPropertyList());
+        RemoteNames names;
         for (Pegasus::Uint32 i = 0; i < remotes.size(); ++i) {
-            AddRemoteInstance(remotes[i]);
+            AddRemoteInstance(std::exchange(remotes[i], {}), names); // gives its memory to what is made of it
         }
     } catch (const Pegasus::Exception& failure) {
         LogError("TCimHTTPClass::EnumerateInstances from Pegasus for: " + fName +
@@ -435,17 +441,17 @@ void TCimHTTPClass::FetchInstances(bool deep) {
     }
 }
 
-void TCimHTTPClass::AddRemoteInstance(Pegasus::CIMInstance& remote) {
+void TCimHTTPClass::AddRemoteInstance(const Pegasus::CIMInstance& remote, RemoteNames& names) {
     const auto instance = AllocateInstance(TCIMContext());
     for (Pegasus::Uint32 i = 0; i < remote.getPropertyCount(); ++i) {
         auto property = remote.getProperty(i);
-        const std::string name = ToStdString(property.getName());
         try {
             TCIMValue value;
             pegValToVYX(property.getValue(), property.getType(), property.isArray(), value);
-            instance->SetPropertyValue(TCimHTTPNamespace::NormalizeName(name), value, TCIMContext());
+            instance->SetPropertyValue(names.Normalized(i, property.getName()), value, TCIMContext());
         } catch (...) {
-            LogError("TCimHTTPClass::EnumerateInstances - Unable to retrieve property: " + name);
+            LogError("TCimHTTPClass::EnumerateInstances - Unable to retrieve property: " +
+                     ToStdString(property.getName()));
         }
     }
     AddInstance(instance);
@@ -458,7 +464,8 @@ void TCimHTTPClass::AddInstance(boost::shared_ptr<ICIMInstance> instance) {
     if (!added) {
         throw TVYXException(kTypeMismatch);
     }
-    fInstances.emplace(added->BuildPath(TCIMContext()).GetPath(), added);
+    // Servers mostly give instances in the order of their paths.
+    fInstances.emplace_hint(fInstances.end(), added->BuildPath(TCIMContext()).GetPath(), added);
 }
 
 void TCimHTTPClass::RemoveInstance(boost::shared_ptr<ICIMInstance> instance) {
@@ -478,11 +485,11 @@ void TCimHTTPClass::ClearInstances() {
         association->ClearInstances();
     }
     const auto subClasses = std::exchange(fSubClasses, {});
-    for (const auto& subClass : subClasses) {
+    for (const auto& subClass : subClasses.Classes()) {
         subClass->ClearInstances();
     }
     fQualifiers.Clear();
-    fPropertyDecls.clear();
+    fPropertyDecls.Clear();
     fStaticProperties.clear();
     fInstances.clear();
     fMethodDecls.clear();

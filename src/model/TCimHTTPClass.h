@@ -9,6 +9,8 @@
 #include <vector>
 
 #include "host/ICIMClass.h"
+#include "model/EntryIndex.h"
+#include "model/SubClassList.h"
 #include "model/TCimHTTPQualifierMap.h"
 
 namespace Pegasus {
@@ -21,6 +23,7 @@ class CIMProperty;
 namespace NQORVYX20 {
 
 class AssociationFilter;
+class RemoteNames;
 class TCimHTTPInstance;
 class TCimHTTPMethodDecl;
 class TCimHTTPNamespace;
@@ -159,7 +162,7 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     void AddRemoteMethod(Pegasus::CIMMethod& remote);
 
     void FetchInstances(bool deep);
-    void AddRemoteInstance(Pegasus::CIMInstance& remote);
+    void AddRemoteInstance(const Pegasus::CIMInstance& remote, RemoteNames& names);
 
     void CheckOverride(const ICIMPropertyDecl& declaration) const;
     boost::shared_ptr<ICIMPropertyDecl> FindInheritedPropertyDecl(const std::string& name) const;
@@ -169,9 +172,9 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     std::string fName;
     boost::weak_ptr<ICIMClass> fSuperClass;
     TCimHTTPQualifierMap fQualifiers;
-    std::map<std::string, boost::shared_ptr<TCimHTTPPropertyDecl>> fPropertyDecls;
+    EntryIndex<TCimHTTPPropertyDecl> fPropertyDecls;
     std::map<std::string, boost::shared_ptr<TCimHTTPProperty>> fStaticProperties;
-    std::vector<boost::shared_ptr<TCimHTTPClass>> fSubClasses;
+    SubClassList<TCimHTTPClass> fSubClasses;
 
   protected:
     std::set<boost::shared_ptr<TCimHTTPClass>> fAssociations; // the association classes that refer to this class

@@ -73,6 +73,9 @@ class TCimHTTPDeclaration : public Interface, public boost::enable_shared_from_t
 
     /// The qualifier of that name, or an empty pointer.
     boost::shared_ptr<TCimHTTPQualifier> FindQualifier(const std::string& name) const { return fQualifiers.Find(name); }
+    boost::shared_ptr<TCimHTTPQualifier> FindNormalizedQualifier(const std::string& name) const {
+        return fQualifiers.FindNormalized(name);
+    }
 
   private:
     static std::string NormalizedName(const Interface& declaration) {

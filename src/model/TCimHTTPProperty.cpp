@@ -4,13 +4,13 @@
 #include <optional>
 #include <sstream>
 
-#include "host/ICIMPropertyDecl.h"
 #include "host/TVYXException.h"
 #include "model/CoreLog.h"
 #include "model/DisplayQualifiers.h"
 #include "model/DisplayUnits.h"
 #include "model/StatusCodes.h"
-#include "model/ValueMapBuilder.h"
+#include "model/TCimHTTPPropertyDecl.h"
+#include "model/ValueMapTable.h"
 
 namespace NQORVYX20 {
 
@@ -43,6 +43,56 @@ std::uint64_t ToNumber(const TCIMValue& value) {
         return static_cast<bool>(value) ? 1 : 0;
     }
     return static_cast<unsigned long long>(value);
+}
+
+boost::shared_ptr<const ValueMapTable> FindValueMapTable(const DisplayQualifiers& qualifiers) {
+    const TCimHTTPPropertyDecl* const own = qualifiers.OwnDeclaration();
+    return own != nullptr ? own->GetValueMapTable() : MakeValueMapTable(qualifiers);
+}
+
+std::string TextWithBase(const TCIMValue& value, const DisplayQualifiers& qualifiers) {
+    static const DisplayQualifiers::TName kBase("BASE");
+    const unsigned char base = qualifiers.GetUint8(kBase).value_or(kDecimal);
+    const bool isBase = base >= kSmallestBase && base <= kLargestBase;
+    return value.ToString(isBase ? base : kDecimal);
+}
+
+std::string TextWithUnits(const TCIMValue& value, const std::string& units, const DisplayQualifiers& qualifiers) {
+    static const DisplayQualifiers::TName kDisplayCpuTime("DISPLAYCPUTIME");
+    static const DisplayQualifiers::TName kDisplayFixedUnits("DISPLAYFIXEDUNITS");
+    static const DisplayQualifiers::TName kAbbreviateUnits("ABBREVIATEUNITS");
+    const DisplayUnits display(units);
+    if (display.IsTime()) {
+        // CPU times read like all other times; the look-up is for the failures that it may report.
+        qualifiers.Has(kDisplayCpuTime);
+        const auto text = display.TimeText(ToNumber(value));
+        return text ? *text : TextWithBase(value, qualifiers);
+    }
+    if (!display.IsData()) {
+        return TextWithBase(value, qualifiers);
+    }
+    const std::string fixedPrefix = qualifiers.GetString(kDisplayFixedUnits).value_or("");
+    return display.DataText(ToNumber(value), fixedPrefix, qualifiers.Has(kAbbreviateUnits));
+}
+
+std::string TextWithQualifiers(const TCIMValue& value, const DisplayQualifiers& qualifiers) {
+    static const DisplayQualifiers::TName kNullDisplay("NULLDISPLAY");
+    static const DisplayQualifiers::TName kUnits("UNITS");
+    if (value.IsNull()) {
+        return qualifiers.GetString(kNullDisplay).value_or("");
+    }
+    const auto units = IsUnsigned(value.GetType()) ? qualifiers.GetString(kUnits) : std::nullopt;
+    return units ? TextWithUnits(value, *units, qualifiers) : TextWithBase(value, qualifiers);
+}
+
+/// Logs and throws for a value of another type than the declared one.
+template <typename Type>
+[[noreturn]] void RefuseType(const char* operation, const char* declaredText, const Type& declared,
+                             const char* givenText, const Type& given) {
+    std::ostringstream text;
+    text << operation << ": " << declaredText << declared << givenText << given;
+    LogError(text.str());
+    throw TVYXException(kTypeMismatch);
 }
 
 /// The texts of an array's elements, none for null.
@@ -103,24 +153,19 @@ void TCimHTTPProperty::SetValue(const TCIMValue& value, TCIMContext context) {
     fValue = std::make_unique<TCIMValue>(value);
 }
 
-void TCimHTTPProperty::Check(const TCIMValue& value, const std::string& operation, TCIMContext context) const {
+void TCimHTTPProperty::Check(const TCIMValue& value, const char* operation, TCIMContext context) const {
     const auto declaration = LockDeclaration();
     const TCIMValue::TCIMType declared = declaration->GetType(context);
-    std::ostringstream text;
     if (declared != value.GetType()) {
-        text << operation << ": decl is type " << declared << " but value is type " << value.GetType();
-        LogError(text.str());
-        throw TVYXException(kTypeMismatch);
+        RefuseType(operation, "decl is type ", declared, " but value is type ", value.GetType());
     }
     if (declared != ECIMType::eCIMReference) {
         return;
     }
     const std::string declaredClass = declaration->GetDefaultValue(context).GetReferencedClass();
     if (declaredClass != value.GetReferencedClass()) {
-        text << operation << ": decl references type " << declaredClass << " but value references "
-             << value.GetReferencedClass();
-        LogError(text.str());
-        throw TVYXException(kTypeMismatch);
+        RefuseType(operation, "decl references type ", declaredClass, " but value references ",
+                   value.GetReferencedClass());
     }
 }
 
@@ -165,21 +210,21 @@ std::string TCimHTTPProperty::ToString() const { return DisplayText(GetValue(TCI
 std::string TCimHTTPProperty::PrevValueToString() const { return DisplayText(GetPrevValue()); }
 
 std::string TCimHTTPProperty::DisplayText(const TCIMValue& value) const {
-    std::vector<TValueMapEntry> table;
-    std::string defaultText;
-    const bool isMapped = !value.IsNull() && IsMappable(value.GetType()) && BuildValueMapEntryArray(table, defaultText);
-    return isMapped ? LookupInTable(value, table, defaultText) : ToStringWithQualifiers(value);
+    const DisplayQualifiers qualifiers(LockDeclaration());
+    const auto map = !value.IsNull() && IsMappable(value.GetType()) ? FindValueMapTable(qualifiers) : nullptr;
+    return map ? LookupInTable(value, map->rows, map->defaultText) : TextWithQualifiers(value, qualifiers);
 }
 
 std::vector<std::string> TCimHTTPProperty::ToStringVector() const {
     const TCIMValue& value = GetValue(TCIMContext());
-    std::vector<TValueMapEntry> table;
-    std::string defaultText;
-    if (value.IsNull() || !IsMappableArray(value.GetType()) || !BuildValueMapEntryArray(table, defaultText)) {
+    const auto map = !value.IsNull() && IsMappableArray(value.GetType())
+                         ? FindValueMapTable(DisplayQualifiers(LockDeclaration()))
+                         : nullptr;
+    if (!map) {
         return ToStringVectorWithBase();
     }
     return ElementTexts(value, [&](const TCIMValue& element) {
-        return element.IsNull() ? ToStringWithQualifiers(element) : LookupInTable(element, table, defaultText);
+        return element.IsNull() ? ToStringWithQualifiers(element) : LookupInTable(element, map->rows, map->defaultText);
     });
 }
 
@@ -192,53 +237,18 @@ std::vector<std::string> TCimHTTPProperty::ToStringVectorWithBase() const {
 }
 
 std::string TCimHTTPProperty::ToStringWithQualifiers(const TCIMValue& value) const {
-    const DisplayQualifiers qualifiers(LockDeclaration());
-    if (value.IsNull()) {
-        return qualifiers.GetString("NULLDISPLAY").value_or("");
-    }
-    const auto units = IsUnsigned(value.GetType()) ? qualifiers.GetString("UNITS") : std::nullopt;
-    if (!units) {
-        return ToStringWithBase(value);
-    }
-    const DisplayUnits display(*units);
-    if (display.IsTime()) {
-        // CPU times read like all other times; the look-up is for the failures that it may report.
-        qualifiers.Has("DISPLAYCPUTIME");
-        const auto text = display.TimeText(ToNumber(value));
-        return text ? *text : ToStringWithBase(value);
-    }
-    if (!display.IsData()) {
-        return ToStringWithBase(value);
-    }
-    const std::string fixedPrefix = qualifiers.GetString("DISPLAYFIXEDUNITS").value_or("");
-    return display.DataText(ToNumber(value), fixedPrefix, qualifiers.Has("ABBREVIATEUNITS"));
+    return TextWithQualifiers(value, DisplayQualifiers(LockDeclaration()));
 }
 
 std::string TCimHTTPProperty::ToStringWithBase(const TCIMValue& value) const {
-    const unsigned char base = DisplayQualifiers(LockDeclaration()).GetUint8("BASE").value_or(kDecimal);
-    const bool isBase = base >= kSmallestBase && base <= kLargestBase;
-    return value.ToString(isBase ? base : kDecimal);
+    return TextWithBase(value, DisplayQualifiers(LockDeclaration()));
 }
 
 bool TCimHTTPProperty::BuildValueMapEntryArray(std::vector<TValueMapEntry>& table, std::string& defaultText) const {
-    table.clear();
-    defaultText.clear();
-    const DisplayQualifiers qualifiers(LockDeclaration());
-    const auto texts = qualifiers.GetTexts("Values");
-    const auto entries = texts ? qualifiers.GetTexts("ValueMap") : std::nullopt;
-    if (!entries) {
-        return false;
-    }
-    table.reserve(entries->size());
-    ValueMapBuilder builder(table, defaultText);
-    for (std::size_t i = 0; i < entries->size(); ++i) {
-        if (!builder.Add((*entries)[i], i < texts->size() ? (*texts)[i] : std::string())) {
-            table.clear();
-            defaultText.clear();
-            return false;
-        }
-    }
-    return true;
+    const auto map = FindValueMapTable(DisplayQualifiers(LockDeclaration()));
+    table = map ? map->rows : std::vector<TValueMapEntry>();
+    defaultText = map ? map->defaultText : std::string();
+    return map != nullptr;
 }
 
 std::string TCimHTTPProperty::LookupInTable(const TCIMValue& value, const std::vector<TValueMapEntry>& table,

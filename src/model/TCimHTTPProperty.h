@@ -100,7 +100,7 @@ class TCimHTTPProperty : public ICIMProperty {
     boost::shared_ptr<ICIMPropertyDecl const> LockDeclaration() const;
 
     /// Logs and throws for a value that the declaration does not allow; `operation` begins the message.
-    void Check(const TCIMValue& value, const std::string& operation, TCIMContext context) const;
+    void Check(const TCIMValue& value, const char* operation, TCIMContext context) const;
     std::string DisplayText(const TCIMValue& value) const;
 
     boost::weak_ptr<ICIMPropertyDecl const> fDeclaration;

@@ -1,6 +1,8 @@
 #include "model/TCimHTTPPropertyDecl.h"
 
+#include "model/DisplayQualifiers.h"
 #include "model/TCimHTTPClass.h"
+#include "model/ValueMapTable.h"
 
 namespace NQORVYX20 {
 
@@ -29,5 +31,19 @@ bool TCimHTTPPropertyDecl::IsArray(TCIMContext /*context*/) const { return fDefa
 const TCIMValue& TCimHTTPPropertyDecl::GetDefaultValue(TCIMContext /*context*/) const { return fDefaultValue; }
 
 void TCimHTTPPropertyDecl::SetDefaultValue(const TCIMValue& value, TCIMContext /*context*/) { fDefaultValue = value; }
+
+boost::shared_ptr<const ValueMapTable> TCimHTTPPropertyDecl::GetValueMapTable() const {
+    static const std::string kValues = "values";
+    static const std::string kValueMap = "valuemap";
+    const auto values = LookupNormalizedQualifier(kValues);
+    const auto entries = values ? LookupNormalizedQualifier(kValueMap) : nullptr;
+    if (!entries) {
+        return {};
+    }
+    if (!fValueMap.IsMadeFrom(values, entries)) {
+        fValueMap.Keep(values, entries, MakeValueMapTable(DisplayQualifiers(shared_from_this())));
+    }
+    return fValueMap.Map();
+}
 
 } // namespace NQORVYX20

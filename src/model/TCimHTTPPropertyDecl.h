@@ -4,6 +4,7 @@
 
 #include "host/ICIMPropertyDecl.h"
 #include "model/TCimHTTPDeclaration.h"
+#include "model/ValueMapCache.h"
 
 namespace NQORVYX20 {
 
@@ -34,9 +35,19 @@ class TCimHTTPPropertyDecl : public TCimHTTPDeclaration<TCimHTTPPropertyDecl, IC
     /// The qualifier of that name, or an empty pointer.
     boost::shared_ptr<TCimHTTPQualifier> LookupQualifier(const std::string& name) const { return FindQualifier(name); }
 
+    /// The same for a name in its normal form.
+    boost::shared_ptr<TCimHTTPQualifier> LookupNormalizedQualifier(const std::string& name) const {
+        return FindNormalizedQualifier(name);
+    }
+
+    /// The value map of the qualifiers Values and ValueMap, see MakeValueMapTable. It is made anew only after one of
+    /// them has changed.
+    boost::shared_ptr<const ValueMapTable> GetValueMapTable() const;
+
   private:
     boost::weak_ptr<TCimHTTPClass> fClass;
     TCIMValue fDefaultValue;
+    mutable ValueMapCache fValueMap;
 };
 
 } // namespace NQORVYX20

@@ -58,6 +58,7 @@ const TCIMValue& TCimHTTPQualifier::GetValue(TCIMContext /*context*/) const { re
 
 void TCimHTTPQualifier::SetValue(const TCIMValue& value, TCIMContext /*context*/) {
     fValue = value;
+    ++fRevision;
     fPropagated = false;
 }
 

@@ -3,6 +3,8 @@
 #include <boost/enable_shared_from_this.hpp>
 #include <boost/weak_ptr.hpp>
 
+#include <cstdint>
+
 #include "host/ICIMQualifier.h"
 
 namespace NQORVYX20 {
@@ -50,12 +52,16 @@ class TCimHTTPQualifier : public ICIMQualifier, public boost::enable_shared_from
 
     void SetPropagated(bool propagated) { fPropagated = propagated; }
 
+    /// Tells values apart: it changes whenever SetValue gives the qualifier a value.
+    std::uint64_t GetRevision() const { return fRevision; }
+
   private:
     boost::weak_ptr<ICIMNamedElement const> fElement;
     boost::shared_ptr<ICIMQualifierDecl const> fDeclaration;
     TCIMValue fValue;
     ICIMQualifierDecl::EFlavor fFlavor;
     bool fPropagated;
+    std::uint64_t fRevision = 0;
 };
 
 } // namespace NQORVYX20

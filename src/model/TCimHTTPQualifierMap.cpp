@@ -45,7 +45,11 @@ void TCimHTTPQualifierMap::Remove(const std::string& name) {
 }
 
 boost::shared_ptr<TCimHTTPQualifier> TCimHTTPQualifierMap::Find(const std::string& name) const {
-    return FindEntry(fQualifiers, TCimHTTPNamespace::NormalizeName(name));
+    return FindNormalized(TCimHTTPNamespace::NormalizeName(name));
+}
+
+boost::shared_ptr<TCimHTTPQualifier> TCimHTTPQualifierMap::FindNormalized(const std::string& name) const {
+    return FindEntry(fQualifiers, name);
 }
 
 boost::shared_ptr<TCimHTTPQualifier> TCimHTTPQualifierMap::Get(const std::string& name) const {

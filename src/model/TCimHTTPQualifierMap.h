@@ -26,6 +26,9 @@ class TCimHTTPQualifierMap {
     /// The qualifier of that name, or an empty pointer.
     boost::shared_ptr<TCimHTTPQualifier> Find(const std::string& name) const;
 
+    /// The same for a name in its normal form.
+    boost::shared_ptr<TCimHTTPQualifier> FindNormalized(const std::string& name) const;
+
     /// The qualifier of that name. Throws TVYXException 15 when there is none.
     boost::shared_ptr<TCimHTTPQualifier> Get(const std::string& name) const;
 

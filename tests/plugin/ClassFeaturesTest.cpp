@@ -175,6 +175,39 @@ TEST_F(ClassFeaturesTest, PropertyDeclsAreEnumeratedByNormalisedNameUntilTheCall
     EXPECT_EQ(calls, 1);
 }
 
+TEST_F(ClassFeaturesTest, PropertyDeclsAddedOrReplacedLaterAreFoundAndEnumerated) {
+    const auto names = [&] {
+        return VisitedNames([&](const auto& visit) { fDisk->EnumeratePropertyDecls(visit, TCIMContext()); });
+    };
+    EXPECT_THAT(names(), ElementsAre("Size"));
+    Property(*fDisk, "PortType")->AddToClass(TCIMContext());
+    EXPECT_THAT(names(), ElementsAre("PortType", "Size"));
+
+    const auto second = Property(*fDisk, "portPortType");
+    const auto third = Property(*fDisk, "PortPortType");
+    second->AddToClass(TCIMContext());
+    EXPECT_THAT(names(), ElementsAre("portPortType", "PortType", "Size"));
+    third->AddToClass(TCIMContext());
+    EXPECT_THAT(names(), ElementsAre("PortPortType", "PortType", "Size"));
+    EXPECT_EQ(fDisk->GetPropertyDecl("portporttype", TCIMContext()), third);
+
+    fDisk->EnumeratePropertyDecls(
+        [&](const auto& declaration) {
+            if (declaration->GetName(TCIMContext()) == "Size") {
+                Property(*fDisk, "Zone")->AddToClass(TCIMContext());
+            }
+            return true;
+        },
+        TCIMContext());
+    EXPECT_THAT(names(), ElementsAre("PortPortType", "PortType", "Size", "Zone"));
+    for (const char* name : {"zone", "Zone", "ZONE"}) {
+        EXPECT_TRUE(fDisk->GetPropertyDecl(name, TCIMContext())) << name;
+    }
+    fDisk->ClearInstances();
+    EXPECT_THAT(names(), IsEmpty());
+    EXPECT_FALSE(fDisk->GetPropertyDecl("Zone", TCIMContext()));
+}
+
 TEST_F(ClassFeaturesTest, MethodDeclsAreEnumeratedByNormalisedName) {
     const auto robot =
         Fetch("TEST_Robot", "<METHOD NAME=\"stop\" TYPE=\"uint32\"/><METHOD NAME=\"Go\" TYPE=\"uint32\"/>");

@@ -1,5 +1,6 @@
-#include "PluginTest.h"
+#include <tuple>
 
+#include "PluginTest.h"
 #include "model/TCimHTTPInstance.h"
 
 using namespace NQORVYX20;
@@ -74,6 +75,27 @@ TEST_F(InstanceTest, DeepIsPassedOnToTheServer) {
     ServeInstances("TEST_Disk", DiskXml("sda", "100"));
     Instances(*fDisk, true);
     EXPECT_THAT(fServer.Calls().at(0).parameters.at("DeepInheritance"), testing::StrCaseEq("true"));
+}
+
+TEST_F(InstanceTest, EachInstanceMayHaveItsPropertiesInAnotherOrder) {
+    const std::string name = PropertyXml("Name", "string", ValueXml("sda"));
+    const std::string size = PropertyXml("Size", "uint64", ValueXml("100"));
+    ServeInstances("TEST_Disk", InstanceXml("TEST_Disk", "Name", "sda", name + size) +
+                                    InstanceXml("TEST_Disk", "Name", "sdb",
+                                                PropertyXml("SIZE", "uint64", ValueXml("200")) +
+                                                    PropertyXml("Name", "string", ValueXml("sdb"))) +
+                                    InstanceXml("TEST_Disk", "Name", "sdc",
+                                                PropertyXml("Size", "uint64", ValueXml("300")) +
+                                                    PropertyXml("Colour", "string", ValueXml("red")) +
+                                                    PropertyXml("Name", "string", ValueXml("sdc"))));
+    const auto disks = Instances(*fDisk);
+    ASSERT_EQ(disks.size(), 3U);
+    for (const auto& [disk, expectedName, expectedSize] :
+         {std::tuple(disks[0], "sda", "100"), std::tuple(disks[1], "sdb", "200"), std::tuple(disks[2], "sdc", "300")}) {
+        EXPECT_EQ(Text(*disk, "Name"), expectedName);
+        EXPECT_EQ(Text(*disk, "Size"), expectedSize);
+    }
+    EXPECT_THAT(fLog->Errors(), Contains("TCimHTTPClass::EnumerateInstances - Unable to retrieve property: Colour"));
 }
 
 TEST_F(InstanceTest, ValuesArriveConverted) {

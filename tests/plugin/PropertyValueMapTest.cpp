@@ -249,6 +249,33 @@ TEST_F(PropertyValueMapTest, ThePreviousValueIsMappedLikeTheValue) {
     EXPECT_EQ(property.PrevValueToString(), "Off");
 }
 
+TEST_F(PropertyValueMapTest, TheTextFollowsEveryChangeOfTheQualifiers) {
+    const auto declaration = Declare(NullOf(ECIMType::eCIMUint32));
+    const TCimHTTPProperty property(declaration, Uint32(1));
+    EXPECT_EQ(property.ToString(), "1");
+
+    AddQualifiers(*declaration, ValueMap({"1"}, {"On"}));
+    EXPECT_EQ(property.ToString(), "On");
+    EXPECT_EQ(property.ToString(), "On");
+
+    const auto texts = declaration->LookupQualifier("Values");
+    texts->SetValue(ArrayOf(Strings{"Enabled"}), TCIMContext());
+    EXPECT_EQ(property.ToString(), "Enabled");
+
+    const auto entries = declaration->LookupQualifier("ValueMap");
+    entries->SetValue(ArrayOf(Strings{"5..", ".."}), TCIMContext()); // contradicts itself
+    EXPECT_EQ(property.ToString(), "1");
+    entries->SetValue(ArrayOf(Strings{"2"}), TCIMContext());
+    EXPECT_EQ(property.ToString(), "1");
+    entries->SetValue(ArrayOf(Strings{"1"}), TCIMContext());
+    EXPECT_EQ(property.ToString(), "Enabled");
+
+    declaration->RemoveQualifier(texts);
+    EXPECT_EQ(property.ToString(), "1");
+    AddQualifiers(*declaration, {{"Values", ArrayOf(Strings{"Up"})}});
+    EXPECT_EQ(property.ToString(), "Up");
+}
+
 TEST_F(PropertyValueMapTest, OnlyBooleansAndUnsignedIntegersCanBeLookedUp) {
     const TCimHTTPProperty property(Declare(Uint32(0)));
     const Rows rows{{0, kMax, "any"}};

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <boost/shared_ptr.hpp>
+
+#include <cstddef>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace NQORVYX20 {
+
+/// The direct subclasses of a class in the order in which they came, one of each name.
+template <typename Class>
+class SubClassList {
+  public:
+    using TClasses = std::vector<boost::shared_ptr<Class>>;
+
+    /// Adds a class at the end, or in the place of the one of that name. Letter case tells names apart.
+    void Add(const std::string& name, const boost::shared_ptr<Class>& cls) {
+        const auto [place, isNew] = fPlaces.emplace(name, fClasses.size());
+        if (isNew) {
+            fClasses.push_back(cls);
+        } else {
+            fClasses[place->second] = cls;
+        }
+    }
+
+    const TClasses& Classes() const { return fClasses; }
+
+  private:
+    TClasses fClasses;
+    std::unordered_map<std::string, std::size_t> fPlaces;
+};
+
+} // namespace NQORVYX20
