@@ -46,9 +46,14 @@ build() {
 
 # serve COUNT: starts a server with so many instances, at `address`.
 serve() {
-    address=127.$((78 + ${#servers[@]})).$((1 + $$ / 254 % 254)).$((1 + $$ % 254))
     python3 "$load/volumes.py" "$scratch/$1" "$1"
-    python3 "$load/replay.py" "$scratch/$1" "$address" "$load_port" 2>"$scratch/server-log" &
+    serve_folder "$scratch/$1"
+}
+
+# serve_folder FOLDER: starts a server that gives the answers in a folder, at `address`.
+serve_folder() {
+    address=127.$((78 + ${#servers[@]})).$((1 + $$ / 254 % 254)).$((1 + $$ % 254))
+    python3 "$load/replay.py" "$1" "$address" "$load_port" 2>"$scratch/server-log" &
     servers+=($!)
     for _ in $(seq 100); do
         (exec 3<>"/dev/tcp/$address/$load_port") 2>/dev/null && return
