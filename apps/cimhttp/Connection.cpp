@@ -33,15 +33,6 @@ class Settings {
 
     std::string Text(const std::string& name) const { return Has(name) ? texts_.at(name) : std::string(); }
 
-    std::string Host() const {
-        std::string address = Text("address");
-        if (address.empty()) {
-            throw Failure(Failure::kUsage,
-                          document_ + " names no server: give <network address=\"...\"/> there, or --host");
-        }
-        return address;
-    }
-
     std::optional<bool> Tls() const {
         constexpr std::array<const char*, 4> kYes{"true", "1", "yes", "on"};
         constexpr std::array<const char*, 4> kNo{"false", "0", "no", "off"};
@@ -147,17 +138,21 @@ Connection ConnectionOf(const Options& options, const std::map<std::string, std:
     const Settings given(settings, document);
     Options merged = options;
     AddChosenConnection(merged);
-    if (!merged.host) {
-        merged.host = given.Host();
+    if (!merged.host && given.Has("address")) {
+        merged.host = given.Text("address");
     }
     if (!merged.tls) {
         merged.tls = given.Tls();
     }
     if (!merged.user) {
-        merged.user = given.Text("user");
-        if (!merged.password && given.Has("pass")) {
+        merged.user = given.Has("user") ? std::optional(given.Text("user")) : std::nullopt;
+        if (!merged.password && merged.user && given.Has("pass")) {
             merged.password = given.Text("pass");
         }
+    }
+    AddDefaultConnection(merged);
+    if (merged.host.value_or("").empty()) {
+        throw Failure(Failure::kUsage, document + " names no server: give <network address=\"...\"/> there, or --host");
     }
     return ConnectionOfComplete(merged);
 }

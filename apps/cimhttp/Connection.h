@@ -39,9 +39,9 @@ struct Connection {
 /// when there is a terminal. Throws Failure(kUsage) when all this does not make a connection.
 Connection ConnectionOf(const Options& options);
 
-/// The same with the settings of a document, `address`, `user`, `pass` and `ssl`, where the options say nothing. A user
-/// given on the command line takes no password from the document, which holds that of somebody else. Failures
-/// name the document.
+/// The same with the settings of a document, `address`, `user`, `pass` and `ssl`, where the options say nothing; the
+/// connection named `default` is for documents that name no server either. A user given on the command line takes no
+/// password from the document, which holds that of somebody else. Failures name the document.
 Connection ConnectionOf(const Options& options, const std::map<std::string, std::string>& settings,
                         const std::string& document);
 

@@ -250,6 +250,17 @@ TEST_F(ConnectionTest, TheConnectionNamedDefaultIsUsedWhereNoneIsAskedFor) {
     ExpectOneLine(Run({"--host", "no-such-host.invalid", "classes"}), 3, "no-such-host.invalid");
 }
 
+TEST_F(ConnectionTest, TheConnectionNamedDefaultIsUsedForADocumentWithoutAServer) {
+    const std::string document =
+        fFolder.WriteFile("requested.xml", "<vyx version=\"1\"><class name=\"TEST_Disk\"/></vyx>");
+    fServer.RequireUser("reader", "s3cret");
+    fServer.Answer("GetClass", "TEST_Disk", "<CLASS NAME=\"TEST_Disk\"/>");
+    fServer.Answer("EnumerateInstances", "TEST_Disk", "");
+    ExpectOneLine(Run({"collect", document}), 2, "names no server");
+    Run({"connection", "add", "default", "--host", fServer.Address(), "--user", "reader"});
+    EXPECT_EQ(Run({"collect", document}, {"CIMHTTP_PASSWORD=s3cret"}).status, 0);
+}
+
 TEST_F(ConnectionTest, TheFolderIsInHomeUnlessXdgSaysOtherwise) {
     const std::string home = "HOME=" + fFolder.Path().string();
     EXPECT_EQ(RunCimhttp({"connection", "add", "lab", "--host", "server"}, {home}).status, 0);

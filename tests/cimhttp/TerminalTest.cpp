@@ -6,9 +6,13 @@
 #include <csignal>
 #include <utility>
 
+#include "Failure.h"
 #include "support/CimServer.h"
+#include "support/ProgramRun.h"
+#include "support/TemporaryDirectory.h"
 #include "support/TerminalProgram.h"
 
+using cimhttp::Failure;
 using support::TerminalProgram;
 using testing::HasSubstr;
 using testing::Not;
@@ -97,4 +101,17 @@ TEST_F(TerminalTest, NoPasswordIsAFailure) {
     program.Type("\x04");
     EXPECT_EQ(program.Wait(), 2);
     EXPECT_THAT(program.Screen(), HasSubstr("needs a password"));
+}
+
+TEST_F(TerminalTest, APipeThatNobodyReadsEndsTheProgramInSilence) {
+    const support::TemporaryDirectory folder;
+    // Opened for both ends first, so that neither waits for the other; then the end that reads goes.
+    const std::string script = "mkfifo pipe && exec 3<>pipe 4>pipe 3<&- && \"$@\" >&4";
+    std::vector<std::string> words{"-c", "cd \"$0\" && " + script, folder.Path().string(), CIMHTTP_PROGRAM};
+    for (const std::string& word : ClassesAsReader()) {
+        words.push_back(word);
+    }
+    const auto run = support::RunProgram("/bin/sh", words, {"CIMHTTP_PASSWORD=s3cret"});
+    EXPECT_EQ(run.errors, "");
+    EXPECT_EQ(run.status, Failure::kClosedPipe);
 }
