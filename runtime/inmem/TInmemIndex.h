@@ -2,8 +2,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <vector>
 
+#include "host/ICIMPropertyDecl.h"
 #include "host/TInmemInstance.h"
 
 namespace NQORVYX20 {
@@ -17,10 +19,26 @@ class TInmemInstance::TIndex {
     void Extend(const TSlots& slots);
 
     /// The declaration's slot, or null when it has none. All slots must have been entered.
-    TSlot* Find(TSlots& slots, const ICIMPropertyDecl& declaration) const;
+    TSlot* Find(TSlots& slots, const ICIMPropertyDecl& declaration) const {
+        for (std::size_t position = FirstPosition(declaration);; position = NextPosition(position)) {
+            const std::uint32_t place = fPlaces[position];
+            if (place == kEmpty)
+                return nullptr;
+            TSlot& slot = slots[place];
+            if (slot.declaration.get() == &declaration)
+                return &slot;
+        }
+    }
 
   private:
-    std::size_t FirstPosition(const ICIMPropertyDecl& declaration) const;
+    static constexpr std::uint32_t kEmpty = std::numeric_limits<std::uint32_t>::max();
+
+    // Fibonacci hashing: the product's highest bits depend on all bits of the address.
+    std::size_t FirstPosition(const ICIMPropertyDecl& declaration) const {
+        constexpr std::uint64_t kGoldenRatio = 0x9E3779B97F4A7C15;
+        const auto address = reinterpret_cast<std::uintptr_t>(&declaration);
+        return static_cast<std::size_t>((address * kGoldenRatio) >> (64U - fBits));
+    }
     std::size_t NextPosition(std::size_t position) const { return (position + 1) & (fPlaces.size() - 1); }
     void Grow(std::size_t slotCount);
     void Enter(const TSlots& slots, std::size_t place);

@@ -136,7 +136,7 @@ void TInmemInstance::EnumerateProperties(const boost::function<bool(boost::share
     const auto self = shared_from_this();
     boost::shared_ptr<TInmemProperty> view;
     GetClass(context)->EnumeratePropertyDecls(
-        [&](boost::shared_ptr<ICIMPropertyDecl> declaration) {
+        [&](boost::shared_ptr<ICIMPropertyDecl>&& declaration) {
             if (view.use_count() == 1) // the callback did not keep it: it can show the next property
                 view->Show(std::move(declaration));
             else

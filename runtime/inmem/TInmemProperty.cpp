@@ -12,11 +12,6 @@ TInmemProperty::TInmemProperty(boost::shared_ptr<TInmemInstance> instance,
                                boost::shared_ptr<ICIMPropertyDecl const> declaration)
     : fInstance(std::move(instance)), fDeclaration(std::move(declaration)) {}
 
-void TInmemProperty::Show(boost::shared_ptr<ICIMPropertyDecl const> declaration) {
-    fDeclaration.swap(declaration);
-    fPrevValue.reset();
-}
-
 TCIMValue::TCIMType TInmemProperty::GetType(TCIMContext context) const { return fDeclaration->GetType(context); }
 
 bool TInmemProperty::IsArray(TCIMContext context) const { return fDeclaration->IsArray(context); }

@@ -15,7 +15,10 @@ class TInmemProperty : public ICIMProperty {
     TInmemProperty(boost::shared_ptr<TInmemInstance> instance, boost::shared_ptr<ICIMPropertyDecl const> declaration);
 
     /// Becomes a new view, of another property of the instance.
-    void Show(boost::shared_ptr<ICIMPropertyDecl const> declaration);
+    void Show(boost::shared_ptr<ICIMPropertyDecl const>&& declaration) {
+        fDeclaration.swap(declaration);
+        fPrevValue.reset();
+    }
 
     TCIMValue::TCIMType GetType(TCIMContext context) const override;
     bool IsArray(TCIMContext context) const override;
