@@ -2,12 +2,12 @@
 
 #include <boost/shared_ptr.hpp>
 
-#include <sstream>
 #include <utility>
 #include <vector>
 
 #include "convert/RemoteText.h"
 #include "convert/RemoteTypes.h"
+#include "convert/StreamedText.h"
 
 namespace NQORVYX20 {
 
@@ -17,19 +17,6 @@ TCIMChar16 ToHostCharacter(const Pegasus::Char16& character) {
     // The host takes a character as the decimal digits of its code.
     return TCIMChar16(std::to_string(static_cast<Pegasus::Uint16>(character)));
 }
-
-/// The texts that the remote library's stream output gives strings.
-class TStreamedText {
-  public:
-    std::string operator()(const Pegasus::String& text) {
-        fStream.str(std::string());
-        fStream << text;
-        return fStream.str();
-    }
-
-  private:
-    std::ostringstream fStream; // one for all: making a stream costs more than writing a text
-};
 
 TCIMReference ToHostReference(const Pegasus::CIMObjectPath& path) {
     TCIMReference reference{boost::shared_ptr<ICIMNamespace>(), TCIMContext()};
@@ -64,7 +51,7 @@ TCIMValue ReadArray(const Pegasus::CIMValue& value, Pegasus::CIMType elementType
     return ReadArray<T>(value, elementType, [](const T& element) { return TCIMValue(element); });
 }
 
-void ConvertArray(const Pegasus::CIMValue& value, Pegasus::CIMType type, TCIMValue& out) {
+void ConvertArray(const Pegasus::CIMValue& value, Pegasus::CIMType type, StreamedText& texts, TCIMValue& out) {
     switch (type) {
     case Pegasus::CIMTYPE_BOOLEAN:
         out = ReadArray<Pegasus::Boolean>(value, type);
@@ -103,12 +90,11 @@ void ConvertArray(const Pegasus::CIMValue& value, Pegasus::CIMType type, TCIMVal
         out = ReadArray<Pegasus::Char16>(value, type, ToHostCharacter);
         break;
     case Pegasus::CIMTYPE_STRING:
-        out = ReadArray<Pegasus::String>(value, type, TStreamedText());
+        out = ReadArray<Pegasus::String>(value, type, [&](const auto& element) { return texts(element); });
         break;
     case Pegasus::CIMTYPE_DATETIME:
-        out = ReadArray<Pegasus::CIMDateTime>(value, type, [text = TStreamedText()](const auto& element) mutable {
-            return TCIMDateTime(text(element.toString()));
-        });
+        out = ReadArray<Pegasus::CIMDateTime>(
+            value, type, [&](const auto& element) { return TCIMDateTime(texts(element.toString())); });
         break;
     default:
         break;
@@ -172,8 +158,14 @@ void ConvertScalar(const Pegasus::CIMValue& value, Pegasus::CIMType type, TCIMVa
 } // namespace
 
 void pegValToVYX(Pegasus::CIMValue value, Pegasus::CIMType type, bool isArray, TCIMValue& out) {
+    StreamedText texts;
+    pegValToVYX(value, type, isArray, texts, out);
+}
+
+void pegValToVYX(const Pegasus::CIMValue& value, Pegasus::CIMType type, bool isArray, StreamedText& texts,
+                 TCIMValue& out) {
     if (isArray) {
-        ConvertArray(value, type, out);
+        ConvertArray(value, type, texts, out);
     } else {
         ConvertScalar(value, type, out);
     }

@@ -1,5 +1,6 @@
 #include "model/RemoteNames.h"
 
+#include "convert/RemoteText.h"
 #include "provider/TCimHTTPNamespace.h"
 
 namespace NQORVYX20 {
@@ -9,10 +10,9 @@ const std::string& RemoteNames::Normalized(Pegasus::Uint32 place, const Pegasus:
         fNames.resize(place + 1);
     }
     TName& known = fNames[place];
-    const auto given = name.getString().getCString();
-    if (known.given != static_cast<const char*>(given)) {
-        known.normalized = TCimHTTPNamespace::NormalizeName(static_cast<const char*>(given));
-        known.given = given;
+    if (known.given != name) { // without regard to case, which the normal form does not show either
+        known.normalized = TCimHTTPNamespace::NormalizeName(ToStdString(name));
+        known.given = name;
     }
     return known.normalized;
 }

@@ -8,7 +8,7 @@
 namespace NQORVYX20 {
 
 /// The normal forms of the property names of many instances, which mostly have the same properties in the same order:
-/// the name at a place is normalised only when it is another than before.
+/// the name at a place is normalised only when it differs in more than case from the one before.
 class RemoteNames {
   public:
     /// The name at this place of an instance in its normal form. The reference is good until the next call. Throws
@@ -17,7 +17,7 @@ class RemoteNames {
 
   private:
     struct TName {
-        std::string given;
+        Pegasus::CIMName given;
         std::string normalized;
     };
 
