@@ -34,12 +34,14 @@ bool IsWrittenBare(TCIMValue::TCIMType type) {
 
 void AppendQuoted(std::string& path, std::string_view text) {
     path += '"';
-    for (const char c : text) {
-        if (c == '"' || c == '\\')
-            path += '\\';
-        path += c;
+    const auto isEscaped = [](char c) { return c == '"' || c == '\\'; };
+    auto plain = text.begin(); // what is escaped goes with the plain characters that follow it
+    for (auto next = std::find_if(plain, text.end(), isEscaped); next != text.end();
+         next = std::find_if(next + 1, text.end(), isEscaped)) {
+        path.append(plain, next) += '\\';
+        plain = next;
     }
-    path += '"';
+    path.append(plain, text.end()) += '"';
 }
 
 void AppendScalar(std::string& path, const TCIMValue& value) {

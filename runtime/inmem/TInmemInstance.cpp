@@ -128,7 +128,7 @@ boost::shared_ptr<ICIMProperty> TInmemInstance::GetProperty(const std::string& n
 }
 
 void TInmemInstance::SetPropertyValue(const std::string& name, const TCIMValue& value, TCIMContext context) {
-    StoreValue(FindDeclaration(name, context), value);
+    StoreValue(FindDeclaration(name, std::move(context)), value);
 }
 
 void TInmemInstance::EnumerateProperties(const boost::function<bool(boost::shared_ptr<ICIMProperty>)>& callback,
@@ -167,8 +167,8 @@ TInmemInstance& TInmemInstance::operator=(const TInmemInstance& other) {
 
 boost::shared_ptr<ICIMPropertyDecl const> TInmemInstance::FindDeclaration(const std::string& name,
                                                                           TCIMContext context) const {
-    const boost::shared_ptr<ICIMClass> cls = GetClass(context);
-    if (const auto declaration = cls->GetPropertyDecl(name, context))
+    const boost::shared_ptr<ICIMClass> cls(fClass); // throws when the class has gone
+    if (auto declaration = cls->GetPropertyDecl(name, context))
         return declaration;
     Fail(15, "class " + cls->GetName(context) + " declares no property " + name);
 }

@@ -84,6 +84,8 @@ TEST(TCIMReference, WritesNumbersAndBooleansBareAndTextQuoted) {
     EXPECT_EQ(Make("C", {{"k", 0.5}}).GetPath(), "C.k=0.5");
     EXPECT_EQ(Make("C", {{"k", "-1"}}).GetPath(), "C.k=\"-1\"");
     EXPECT_EQ(Make("C", {{"k", "a\"b\\c"}}).GetPath(), R"(C.k="a\"b\\c")");
+    EXPECT_EQ(Make("C", {{"k", "\"\"ab\\\\"}}).GetPath(), R"(C.k="\"\"ab\\\\")");
+    EXPECT_EQ(Make("C", {{"k", ""}}).GetPath(), "C.k=\"\"");
     EXPECT_EQ(Make("C", {{"k", TCIMDateTime()}}).GetPath(), "C.k=\"00000000000000.000000:000\"");
     EXPECT_EQ(Make("C", {{"k", TCIMChar16("65")}}).GetPath(), "C.k=\"A\"");
 }
