@@ -9,6 +9,7 @@
 #include "convert/RemoteText.h"
 #include "convert/RemoteTypes.h"
 #include "convert/RemoteValues.h"
+#include "convert/StreamedText.h"
 #include "host/ICIMParameterDecl.h"
 #include "host/TVYXException.h"
 #include "model/AssociationFilter.h"
@@ -28,14 +29,6 @@ namespace NQORVYX20 {
 namespace {
 
 using ECIMType = TCIMValue::TCIMType::ECIMType;
-
-bool IsTrue(const boost::shared_ptr<ICIMQualifier>& qualifier) {
-    if (!qualifier) {
-        return false;
-    }
-    // A server may give a value of another type; that is not true either.
-    return qualifier->GetValue(TCIMContext()) == TCIMValue(true);
-}
 
 [[noreturn]] void Refuse(std::uint32_t code, const std::string& text) {
     LogError(text);
@@ -183,7 +176,10 @@ ICIMClass& TCimHTTPClass::operator=(const ICIMClass& /*other*/) { return *this; 
 
 void TCimHTTPClass::Validate(TCIMContext /*context*/) const {}
 
-bool TCimHTTPClass::HasTrueQualifier(const std::string& name) const { return IsTrue(fQualifiers.Find(name)); }
+bool TCimHTTPClass::HasTrueQualifier(const std::string& name) const {
+    const auto qualifier = fQualifiers.Find(name);
+    return qualifier && qualifier->IsTrue();
+}
 
 bool TCimHTTPClass::IsAssociation(TCIMContext /*context*/) const { return HasTrueQualifier("ASSOCIATION"); }
 
@@ -191,12 +187,10 @@ bool TCimHTTPClass::IsAbstract(TCIMContext /*context*/) const { return HasTrueQu
 
 void TCimHTTPClass::EnumerateKeyNames(const boost::function<bool(const std::string*)>& callback,
                                       TCIMContext context) const {
-    static const std::string kKey = "KEY";
     try {
         const auto declarations = fPropertyDecls.Ordered();
         for (const auto& declaration : *declarations) {
-            bool found = false;
-            if (IsTrue(declaration->GetQualifier(kKey, found, context)) && !callback(&declaration->GetName(context))) {
+            if (declaration->IsKey() && !callback(&declaration->GetName(context))) {
                 return;
             }
         }
@@ -430,8 +424,9 @@ void TCimHTTPClass::FetchInstances(bool deep) {
             *nameSpace->getPegNSP(), Pegasus::CIMName(fName.c_str()), deep, kLocalOnly, kIncludeQualifiers,
             kIncludeClassOrigin, Pegasus::CIMPropertyList());
         RemoteNames names;
+        StreamedText texts;
         for (Pegasus::Uint32 i = 0; i < remotes.size(); ++i) {
-            AddRemoteInstance(std::exchange(remotes[i], {}), names); // gives its memory to what is made of it
+            AddRemoteInstance(std::exchange(remotes[i], {}), names, texts); // gives its memory to what is made of it
         }
     } catch (const Pegasus::Exception& failure) {
         LogError("TCimHTTPClass::EnumerateInstances from Pegasus for: " + fName +
@@ -441,13 +436,13 @@ void TCimHTTPClass::FetchInstances(bool deep) {
     }
 }
 
-void TCimHTTPClass::AddRemoteInstance(const Pegasus::CIMInstance& remote, RemoteNames& names) {
+void TCimHTTPClass::AddRemoteInstance(const Pegasus::CIMInstance& remote, RemoteNames& names, StreamedText& texts) {
     const auto instance = AllocateInstance(TCIMContext());
     for (Pegasus::Uint32 i = 0; i < remote.getPropertyCount(); ++i) {
         auto property = remote.getProperty(i);
         try {
             TCIMValue value;
-            pegValToVYX(property.getValue(), property.getType(), property.isArray(), value);
+            pegValToVYX(property.getValue(), property.getType(), property.isArray(), texts, value);
             instance->SetPropertyValue(names.Normalized(i, property.getName()), value, TCIMContext());
         } catch (...) {
             LogError("TCimHTTPClass::EnumerateInstances - Unable to retrieve property: " +

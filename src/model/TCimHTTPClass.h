@@ -24,6 +24,7 @@ namespace NQORVYX20 {
 
 class AssociationFilter;
 class RemoteNames;
+class StreamedText;
 class TCimHTTPInstance;
 class TCimHTTPMethodDecl;
 class TCimHTTPNamespace;
@@ -162,7 +163,7 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     void AddRemoteMethod(Pegasus::CIMMethod& remote);
 
     void FetchInstances(bool deep);
-    void AddRemoteInstance(const Pegasus::CIMInstance& remote, RemoteNames& names);
+    void AddRemoteInstance(const Pegasus::CIMInstance& remote, RemoteNames& names, StreamedText& texts);
 
     void CheckOverride(const ICIMPropertyDecl& declaration) const;
     boost::shared_ptr<ICIMPropertyDecl> FindInheritedPropertyDecl(const std::string& name) const;

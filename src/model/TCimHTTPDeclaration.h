@@ -76,6 +76,7 @@ class TCimHTTPDeclaration : public Interface, public boost::enable_shared_from_t
     boost::shared_ptr<TCimHTTPQualifier> FindNormalizedQualifier(const std::string& name) const {
         return fQualifiers.FindNormalized(name);
     }
+    const boost::shared_ptr<TCimHTTPQualifier>& KeyQualifier() const { return fQualifiers.Key(); }
 
   private:
     static std::string NormalizedName(const Interface& declaration) {

@@ -40,6 +40,9 @@ class TCimHTTPPropertyDecl : public TCimHTTPDeclaration<TCimHTTPPropertyDecl, IC
         return FindNormalizedQualifier(name);
     }
 
+    /// True when the property is a key: it has the qualifier Key, whose value is true.
+    bool IsKey() const { return KeyQualifier() && KeyQualifier()->IsTrue(); }
+
     /// The value map of the qualifiers Values and ValueMap, see MakeValueMapTable. It is made anew only after one of
     /// them has changed.
     boost::shared_ptr<const ValueMapTable> GetValueMapTable() const;

@@ -50,6 +50,9 @@ class TCimHTTPQualifier : public ICIMQualifier, public boost::enable_shared_from
     /// Copies nothing.
     ICIMQualifier& operator=(const ICIMQualifier& other) override;
 
+    /// A server may give a value of another type than boolean; that is not true either.
+    bool IsTrue() const { return fValue == TCIMValue(true); }
+
     void SetPropagated(bool propagated) { fPropagated = propagated; }
 
     /// Tells values apart: it changes whenever SetValue gives the qualifier a value.

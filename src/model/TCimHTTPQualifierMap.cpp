@@ -10,6 +10,8 @@ namespace NQORVYX20 {
 
 namespace {
 
+constexpr const char* kKey = "key"; // in its normal form
+
 bool IsOverridable(const TCimHTTPQualifier& qualifier) {
     return (qualifier.GetFlavor(TCIMContext()) & ICIMQualifierDecl::eFlavorEnableOverride) != 0;
 }
@@ -28,20 +30,33 @@ void TCimHTTPQualifierMap::Add(const boost::shared_ptr<ICIMQualifier>& qualifier
     }
     const auto [entry, isNew] =
         fQualifiers.emplace(TCimHTTPNamespace::NormalizeName(added->GetName(TCIMContext())), added);
-    if (isNew) {
-        return;
-    }
-    if (IsOverridable(*entry->second)) {
+    if (!isNew) {
+        if (!IsOverridable(*entry->second)) {
+            if (!IsSame(*entry->second, *added)) {
+                throw TVYXException(kQualifierConflict);
+            }
+            return;
+        }
         entry->second = added;
-    } else if (!IsSame(*entry->second, *added)) {
-        throw TVYXException(kQualifierConflict);
+    }
+    if (entry->first == kKey) {
+        fKey = added;
     }
 }
 
 void TCimHTTPQualifierMap::Remove(const std::string& name) {
-    if (fQualifiers.erase(TCimHTTPNamespace::NormalizeName(name)) == 0) {
+    const std::string normalized = TCimHTTPNamespace::NormalizeName(name);
+    if (fQualifiers.erase(normalized) == 0) {
         throw TVYXException(kNotFound);
     }
+    if (normalized == kKey) {
+        fKey.reset();
+    }
+}
+
+void TCimHTTPQualifierMap::Clear() {
+    fQualifiers.clear();
+    fKey.reset();
 }
 
 boost::shared_ptr<TCimHTTPQualifier> TCimHTTPQualifierMap::Find(const std::string& name) const {

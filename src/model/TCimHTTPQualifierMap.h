@@ -29,16 +29,21 @@ class TCimHTTPQualifierMap {
     /// The same for a name in its normal form.
     boost::shared_ptr<TCimHTTPQualifier> FindNormalized(const std::string& name) const;
 
+    /// The qualifier Key, or an empty pointer. It is kept at hand, since every instance that is filed asks all
+    /// declarations of its class for it.
+    const boost::shared_ptr<TCimHTTPQualifier>& Key() const { return fKey; }
+
     /// The qualifier of that name. Throws TVYXException 15 when there is none.
     boost::shared_ptr<TCimHTTPQualifier> Get(const std::string& name) const;
 
     /// Calls back once per qualifier, in the order of the normalised names, until the callback returns false.
     void Visit(const boost::function<bool(boost::shared_ptr<ICIMQualifier>)>& callback) const;
 
-    void Clear() { fQualifiers.clear(); }
+    void Clear();
 
   private:
     std::map<std::string, boost::shared_ptr<TCimHTTPQualifier>> fQualifiers;
+    boost::shared_ptr<TCimHTTPQualifier> fKey;
 };
 
 } // namespace NQORVYX20

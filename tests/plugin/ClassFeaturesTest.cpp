@@ -272,6 +272,34 @@ TEST_F(ClassFeaturesTest, AFalseOrNullKeyQualifierMakesNoKey) {
     EXPECT_THAT(KeyNames(*cls), IsEmpty());
 }
 
+TEST_F(ClassFeaturesTest, KeyNamesFollowEveryChangeOfDeclarationsAndTheirQualifiers) {
+    const auto cls = Fetch("TEST_Keys", PropertyXml("Name", "string", KeyXml()));
+    const auto keyOf = [&](const boost::shared_ptr<ICIMPropertyDecl>& declaration, bool isKey) {
+        const auto key = fNamespace->GetQualifierDecl("Key", TCIMContext());
+        return declaration->AllocateQualifier(key, TCIMValue(isKey), ICIMQualifierDecl::eFlavorEnableOverride,
+                                              TCIMContext());
+    };
+    const auto added = Property(*cls, "Added");
+    added->AddToClass(TCIMContext());
+    EXPECT_THAT(KeyNames(*cls), ElementsAre("Name"));
+
+    const auto qualifier = keyOf(added, true);
+    added->AddQualifier(qualifier, TCIMContext());
+    EXPECT_THAT(KeyNames(*cls), ElementsAre("Added", "Name"));
+    qualifier->SetValue(TCIMValue(false), TCIMContext());
+    EXPECT_THAT(KeyNames(*cls), ElementsAre("Name"));
+    const auto successor = keyOf(added, true);
+    added->AddQualifier(successor, TCIMContext());
+    EXPECT_THAT(KeyNames(*cls), ElementsAre("Added", "Name"));
+    boost::dynamic_pointer_cast<TCimHTTPPropertyDecl>(added)->RemoveQualifier(successor);
+    EXPECT_THAT(KeyNames(*cls), ElementsAre("Name"));
+
+    const auto declared = Property(*cls, "Later");
+    declared->AddQualifier(keyOf(declared, true), TCIMContext());
+    declared->AddToClass(TCIMContext());
+    EXPECT_THAT(KeyNames(*cls), ElementsAre("Later", "Name"));
+}
+
 TEST_F(ClassFeaturesTest, WhatIsThrownDuringTheWalkOverTheKeysLeavesAsTheModelsException) {
     const auto cls = Fetch("TEST_Keys", PropertyXml("Name", "string", KeyXml()));
     const auto walk = [&](const boost::function<bool(const std::string*)>& callback) {
