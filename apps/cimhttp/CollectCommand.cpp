@@ -128,12 +128,12 @@ int CollectCommand::Run(const CommandContext& context) {
     const Connection connection = ConnectionOf(options, requested.settings, document_);
     const auto file = out_file_.empty() ? std::nullopt : std::optional<OutputFile>(out_file_);
     const auto names = WithoutRepetitions(requested.names);
+    const Session session = context.ConnectTo(plugin, connection);
     const InterruptScope interrupts;
-    Collector collector(context.ConnectTo(plugin, connection), names);
+    Collector collector(session, names);
     bool has_ended = false;
     {
-        const bool shows_progress = options.is_error_stream_terminal && !options.log_level;
-        ProgressBar bar(shows_progress ? &context.errors : nullptr, options.error_stream_width, names.size());
+        ProgressBar bar(context.ShowsProgress() ? &context.errors : nullptr, options.error_stream_width, names.size());
         has_ended = Watch(collector, bar, context.errors);
     }
     const Collection collection = collector.Collected();

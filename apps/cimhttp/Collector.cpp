@@ -1,6 +1,5 @@
 #include "Collector.h"
 
-#include <condition_variable>
 #include <mutex>
 #include <utility>
 
@@ -12,11 +11,29 @@ struct Collector::State {
     State(Session used, std::vector<std::string> wanted)
         : session(std::move(used)), names(std::move(wanted)), collected{session.Server(), true, {}} {}
 
+    void Add(Collection::Class cls) {
+        const std::lock_guard<std::mutex> lock(mutex);
+        progress.instances += cls.instances.size();
+        ++progress.classes_done;
+        collected.classes.push_back(std::move(cls));
+    }
+
+    void AddFailure(const std::string& failure) {
+        const std::lock_guard<std::mutex> lock(mutex);
+        ++progress.classes_done;
+        failures.push_back(failure);
+        collected.complete = false;
+    }
+
+    bool IsStopping() {
+        const std::lock_guard<std::mutex> lock(mutex);
+        return is_stopping;
+    }
+
     Session session; // used by the thread alone
     const std::vector<std::string> names;
 
     std::mutex mutex; // guards all below
-    std::condition_variable changed;
     Progress progress;
     Collection collected;
     std::vector<std::string> failures;
@@ -24,51 +41,29 @@ struct Collector::State {
 };
 
 Collector::Collector(Session session, std::vector<std::string> names)
-    : state_(std::make_shared<State>(std::move(session), std::move(names))), thread_(&Collector::Run, state_) {}
+    : state_(std::make_shared<State>(session.Unattended(), std::move(names))),
+      task_([state = state_](const BackgroundTask::Notify& notify) { Run(*state, notify); }) {}
 
-Collector::~Collector() {
-    if (Wait(std::chrono::milliseconds(0)).has_ended) {
-        thread_.join();
-    } else {
-        thread_.detach(); // nobody can wait for a thread that waits for a server
-    }
-}
-
-void Collector::Run(const std::shared_ptr<State>& state) {
-    for (const std::string& name : state->names) {
-        Collection::Class cls;
-        std::string failure;
+void Collector::Run(State& state, const BackgroundTask::Notify& notify) {
+    for (auto name = state.names.begin(); name != state.names.end() && !state.IsStopping(); ++name) {
         try {
-            cls.definition = state->session.Class(name);
-            cls.instances = state->session.Instances(*cls.definition, false);
+            Collection::Class cls;
+            cls.definition = state.session.Class(*name);
+            cls.instances = state.session.Instances(*cls.definition, false);
+            state.Add(std::move(cls));
         } catch (const std::exception& exception) {
-            failure = exception.what();
+            state.AddFailure(exception.what());
         }
-        const std::lock_guard<std::mutex> lock(state->mutex);
-        if (failure.empty()) {
-            state->progress.instances += cls.instances.size();
-            state->collected.classes.push_back(std::move(cls));
-        } else {
-            state->failures.push_back(std::move(failure));
-            state->collected.complete = false;
-        }
-        ++state->progress.classes_done;
-        state->changed.notify_all();
-        if (state->is_stopping) {
-            break;
-        }
+        notify();
     }
-    const std::lock_guard<std::mutex> lock(state->mutex);
-    state->progress.has_ended = true;
-    state->changed.notify_all();
 }
 
-Collector::Progress Collector::Wait(std::chrono::milliseconds time) const {
-    std::unique_lock<std::mutex> lock(state_->mutex);
-    const std::size_t known = state_->progress.classes_done;
-    state_->changed.wait_for(lock, time,
-                             [&] { return state_->progress.has_ended || state_->progress.classes_done != known; });
-    return state_->progress;
+Collector::Progress Collector::Wait(std::chrono::milliseconds time) {
+    const bool has_ended = task_.Wait(time);
+    const std::lock_guard<std::mutex> lock(state_->mutex);
+    Progress progress = state_->progress;
+    progress.has_ended = has_ended;
+    return progress;
 }
 
 std::vector<std::string> Collector::TakeFailures() {

@@ -4,9 +4,9 @@
 #include <cstddef>
 #include <memory>
 #include <string>
-#include <thread>
 #include <vector>
 
+#include "BackgroundTask.h"
 #include "Collection.h"
 #include "Session.h"
 
@@ -22,16 +22,11 @@ class Collector {
         bool has_ended = false;
     };
 
-    /// Begins to read.
+    /// Begins to read. While that has not ended, see BackgroundTask about the end of the program.
     Collector(Session session, std::vector<std::string> names);
 
-    /// While the thread has not ended, it goes on: the program must then leave by std::_Exit.
-    ~Collector();
-    Collector(const Collector&) = delete;
-    Collector& operator=(const Collector&) = delete;
-
     /// Waits until something new is done, but no longer than this, and tells how far it has come.
-    Progress Wait(std::chrono::milliseconds time) const;
+    Progress Wait(std::chrono::milliseconds time);
 
     /// A line for each class that could not be read since the last call.
     std::vector<std::string> TakeFailures();
@@ -45,10 +40,10 @@ class Collector {
   private:
     struct State;
 
-    static void Run(const std::shared_ptr<State>& state);
+    static void Run(State& state, const BackgroundTask::Notify& notify);
 
-    std::shared_ptr<State> state_; // the thread has it too
-    std::thread thread_;
+    std::shared_ptr<State> state_; // the task has it too
+    BackgroundTask task_;
 };
 
 } // namespace cimhttp

@@ -1,8 +1,11 @@
 #include "Command.h"
 
 #include <ostream>
+#include <utility>
 
+#include "Attendant.h"
 #include "Connection.h"
+#include "Interrupt.h"
 #include "Options.h"
 #include "Plugin.h"
 #include "Session.h"
@@ -19,11 +22,26 @@ Session CommandContext::Connect() const {
 }
 
 Session CommandContext::ConnectTo(const Plugin& plugin, const Connection& connection) const {
-    Session session(plugin, connection, log);
+    const auto end = [&stream = errors] {
+        stream << "cimhttp: interrupted" << std::endl;
+        EndByInterrupt();
+    };
+    return ConnectTo(plugin, connection, MakeAttendant(end));
+}
+
+Session CommandContext::ConnectTo(const Plugin& plugin, const Connection& connection,
+                                  const Attendant& attendant) const {
+    Session session(plugin, connection, log, attendant);
     if (connection.tls) {
         errors << "cimhttp: encrypted, but nobody has verified that this is " << connection.host << '\n';
     }
     return session;
 }
+
+Attendant CommandContext::MakeAttendant(std::function<void()> on_interrupt) const {
+    return {errors, ShowsProgress(), options.error_stream_width, std::move(on_interrupt)};
+}
+
+bool CommandContext::ShowsProgress() const { return options.is_error_stream_terminal && !options.log_level; }
 
 } // namespace cimhttp

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <iosfwd>
 #include <optional>
 #include <string>
@@ -13,6 +14,7 @@ namespace cimhttp {
 
 struct Connection;
 struct Options;
+class Attendant;
 class Command;
 class FailureLog;
 class Plugin;
@@ -63,6 +65,13 @@ struct CommandContext {
 
     /// The same with another connection than the options'.
     Session ConnectTo(const Plugin& plugin, const Connection& connection) const;
+    Session ConnectTo(const Plugin& plugin, const Connection& connection, const Attendant& attendant) const;
+
+    /// Looks after the user as the options say. `on_interrupt`: see Attendant.
+    Attendant MakeAttendant(std::function<void()> on_interrupt) const;
+
+    /// Whether the error stream has a line for what goes on.
+    bool ShowsProgress() const;
 };
 
 /// One thing that the program does. Its arguments are members, which the command line fills as Describe() says.

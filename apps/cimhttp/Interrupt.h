@@ -5,7 +5,8 @@
 namespace cimhttp {
 
 /// While one lives, the first SIGINT or SIGTERM does not end the program but is remembered, so that the work at hand
-/// can end in good order. A second one ends the program as ever. At most one lives at a time.
+/// can end in good order. A second one ends the program as ever. One may live within another, and changes nothing then.
+/// For the main thread.
 class InterruptScope {
   public:
     InterruptScope();
@@ -14,11 +15,15 @@ class InterruptScope {
     InterruptScope& operator=(const InterruptScope&) = delete;
 
   private:
+    bool is_outermost_ = false;
     struct sigaction on_interrupt_ {};
     struct sigaction on_terminate_ {};
 };
 
-/// Whether a signal has come in the youngest InterruptScope.
+/// Whether a signal has come in the InterruptScope that lives.
 bool Interrupted();
+
+/// Ends the program as the signal that has come would have ended it: shells say 130 of SIGINT, and end their loops.
+[[noreturn]] void EndByInterrupt();
 
 } // namespace cimhttp

@@ -1,6 +1,5 @@
 #include "Session.h"
 
-#include "ConnectWatchdog.h"
 #include "Failure.h"
 #include "NearestNames.h"
 #include "RemoteReason.h"
@@ -27,28 +26,46 @@ std::string NoConnection(const Connection& connection, const std::string& reason
     return "no connection to " + connection.Url() + ": " + ExplainFailedConnect(connection, reason);
 }
 
-/// Waits for the plug-in, which has no time-out for connecting, no longer than the user wants.
-ConnectWatchdog WatchOver(const Connection& connection) {
-    const auto last_words = [&connection] {
-        const auto seconds = connection.ConnectTimeout().count();
-        return "cimhttp: " + NoConnection(connection, "it took longer than " + std::to_string(seconds) +
-                                                          (seconds == 1 ? " second" : " seconds"));
-    };
-    return {connection.ConnectTimeout(), last_words, Failure::kConnection};
+/// The plug-in has no time-out for connecting; the user has one.
+Attendant::Limit LimitOf(const Connection& connection) {
+    return {connection.ConnectTimeout(), [&connection] {
+                const auto seconds = connection.ConnectTimeout().count();
+                return Failure(Failure::kConnection,
+                               NoConnection(connection, "it took longer than " + std::to_string(seconds) +
+                                                            (seconds == 1 ? " second" : " seconds")));
+            }};
 }
 
 } // namespace
 
-Session::Session(const Plugin& plugin, const Connection& connection, FailureLog& log)
-    : log_(log), plugin_(plugin), connection_(connection), namespace_(plugin_.AllocateNamespace()) {
+Session::Session(const Plugin& plugin, const Connection& connection, FailureLog& log, const Attendant& attendant)
+    : log_(log),
+      plugin_(plugin),
+      connection_(connection),
+      attendant_(attendant),
+      namespace_(plugin_.AllocateNamespace()) {
+    const auto connect = [this] {
+        plugin_.Access().Connect(*namespace_, connection_.host, connection_.user, connection_.password,
+                                 connection_.Port());
+    };
     try {
-        const ConnectWatchdog watchdog = WatchOver(connection);
-        plugin_.Access().Connect(*namespace_, connection.host, connection.user, connection.password, connection.Port());
+        attendant.Attend("connecting to " + Server(), connect, LimitOf(connection_));
     } catch (const TVYXException& exception) {
         const std::string reason = log_.TakeReason();
-        throw Failure(Failure::kConnection, NoConnection(connection, reason.empty() ? exception.what() : reason));
+        throw Failure(Failure::kConnection, NoConnection(connection_, reason.empty() ? exception.what() : reason));
     }
-    plugin_.Access().SetTimeout(*namespace_, connection.timeout);
+    plugin_.Access().SetTimeout(*namespace_, connection_.timeout);
+}
+
+Session Session::Unattended() const {
+    Session session = *this;
+    session.attendant_.reset();
+    return session;
+}
+
+template <typename Operation>
+auto Session::Attended(const std::string& thing, const Operation& operation) const {
+    return attendant_ ? attendant_->Read("reading " + thing, operation) : operation();
 }
 
 void Session::Fail(const std::string& what, const std::string& reason) const {
@@ -58,7 +75,7 @@ void Session::Fail(const std::string& what, const std::string& reason) const {
 
 std::vector<std::string> Session::ClassNames() {
     log_.TakeReason();
-    auto names = plugin_.Access().ClassNames(*namespace_);
+    auto names = Attended("the names of the classes", [&] { return plugin_.Access().ClassNames(*namespace_); });
     const std::string reason = log_.TakeReason();
     if (!reason.empty()) {
         Fail("the classes of " + Server() + " cannot be listed", reason);
@@ -69,7 +86,7 @@ std::vector<std::string> Session::ClassNames() {
 template <typename Operation>
 auto Session::Remotely(const std::string& thing, const Operation& operation) const {
     try {
-        return operation();
+        return Attended(thing, operation);
     } catch (const RemoteFailure& failure) {
         Fail(thing + " cannot be read from " + Server(), failure.what());
     }
@@ -81,7 +98,7 @@ std::vector<RemoteClassName> Session::Hierarchy() {
 
 RemoteClass Session::Definition(const std::string& name) {
     try {
-        return plugin_.Access().ReadClass(*namespace_, name);
+        return Attended("the class " + name, [&] { return plugin_.Access().ReadClass(*namespace_, name); });
     } catch (const RemoteFailure& failure) {
         FailAboutClass(name, failure.what());
     } catch (const std::invalid_argument&) {
@@ -95,7 +112,7 @@ std::vector<RemoteQualifierDeclaration> Session::QualifierDeclarations() {
 
 std::vector<RemoteQualifierDeclaration> Session::KnownQualifiers() {
     try {
-        return plugin_.Access().ReadQualifierDeclarations(*namespace_);
+        return Attended("the qualifiers", [&] { return plugin_.Access().ReadQualifierDeclarations(*namespace_); });
     } catch (const RemoteFailure&) {
         return {};
     }
@@ -119,7 +136,7 @@ boost::shared_ptr<ICIMInstance> Session::Instance(const std::string& path) {
 boost::shared_ptr<ICIMClass> Session::FindClass(const std::string& name) {
     try {
         if (!name.empty()) { // which would be the root of all classes
-            return namespace_->GetClass(name, TCIMContext());
+            return Attended("the class " + name, [&] { return namespace_->GetClass(name, TCIMContext()); });
         }
     } catch (const TVYXException&) {
         // not the form of a name
@@ -152,17 +169,22 @@ std::string Session::SuggestionFor(const std::string& name) {
 }
 
 std::vector<boost::shared_ptr<ICIMInstance>> Session::Instances(ICIMClass& cls, bool deep) {
+    const std::string name = cls.GetName(TCIMContext());
+    const auto read = [&] {
+        std::vector<boost::shared_ptr<ICIMInstance>> instances;
+        cls.EnumerateInstances(
+            [&](const boost::shared_ptr<ICIMInstance>& instance) {
+                instances.push_back(instance);
+                return true;
+            },
+            deep, TCIMContext());
+        return instances;
+    };
     log_.TakeReason();
-    std::vector<boost::shared_ptr<ICIMInstance>> instances;
-    cls.EnumerateInstances(
-        [&](const boost::shared_ptr<ICIMInstance>& instance) {
-            instances.push_back(instance);
-            return true;
-        },
-        deep, TCIMContext());
+    auto instances = Attended("the instances of " + name, read);
     const std::string reason = log_.TakeReason();
     if (!reason.empty()) {
-        Fail("the instances of " + cls.GetName(TCIMContext()) + " cannot be read from " + Server(), reason);
+        Fail("the instances of " + name + " cannot be read from " + Server(), reason);
     }
     return instances;
 }

@@ -2,9 +2,11 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "Attendant.h"
 #include "Connection.h"
 #include "FailureLog.h"
 #include "Plugin.h"
@@ -23,8 +25,11 @@ namespace cimhttp {
 class Session {
   public:
     /// Connects. Throws Failure(kConnection) when that fails. `log` is the logger in force and must live longer than
-    /// the session.
-    Session(const Plugin& plugin, const Connection& connection, FailureLog& log);
+    /// the session. The attendant looks after the user whenever the session waits for the server.
+    Session(const Plugin& plugin, const Connection& connection, FailureLog& log, const Attendant& attendant);
+
+    /// The same session for another thread than the main one, and without attendance.
+    Session Unattended() const;
 
     const Plugin& LoadedPlugin() const { return plugin_; }
 
@@ -65,13 +70,18 @@ class Session {
 
     [[noreturn]] void FailAboutClass(const std::string& name, const std::string& reason);
 
-    /// What goes wrong remotely becomes a Failure about `thing`.
+    /// Reads while the attendant says that `thing` is being read.
+    template <typename Operation>
+    auto Attended(const std::string& thing, const Operation& operation) const;
+
+    /// The same; what goes wrong remotely becomes a Failure about `thing`.
     template <typename Operation>
     auto Remotely(const std::string& thing, const Operation& operation) const;
 
     FailureLog& log_;
     Plugin plugin_;
     Connection connection_;
+    std::optional<Attendant> attendant_;
     boost::shared_ptr<NQORVYX20::ICIMNamespace> namespace_;
 };
 

@@ -12,6 +12,7 @@ namespace {
 constexpr char32_t kControlPictures = 0x2400;
 constexpr char32_t kDelete = 0x7F;
 constexpr char32_t kPictureOfDelete = 0x2421;
+constexpr const char* kSeparators = "_-/\\.,:;=|&@+"; // between the parts of a long word
 
 bool IsWhite(char32_t character) { return character == '\n' || character == '\r' || character == '\t'; }
 
@@ -40,6 +41,21 @@ std::string Shown(std::string_view text, bool keeps_line_ends) {
     return shown;
 }
 
+/// Where the part of a text ends that begins at `begin` and has `width` columns at most, but one character at least.
+std::size_t EndOfFit(std::string_view text, std::size_t begin, std::size_t width) {
+    std::size_t used = 0;
+    std::size_t end = begin;
+    while (end < text.size()) {
+        const Utf8Character character = CharacterAt(text, end);
+        used += CharacterWidth(character.value);
+        if (used > width && end > begin) {
+            break;
+        }
+        end += character.size;
+    }
+    return end;
+}
+
 /// Cuts a text into lines from its front.
 class Folder {
   public:
@@ -47,7 +63,7 @@ class Folder {
 
     std::string_view NextLine() {
         const std::size_t begin = offset_;
-        const std::size_t fit = EndOfFit();
+        const std::size_t fit = EndOfFit(text_, begin, width_);
         if (fit == text_.size()) {
             offset_ = fit;
             return text_.substr(begin);
@@ -55,8 +71,8 @@ class Folder {
         // The blank behind the last word that fits may stand just outside.
         const std::size_t blank = text_.rfind(' ', fit);
         const bool is_between_words = blank != std::string_view::npos && blank > begin;
-        const std::size_t end = is_between_words ? blank : fit;
-        offset_ = is_between_words ? std::min(text_.find_first_not_of(' ', blank), text_.size()) : fit;
+        const std::size_t end = is_between_words ? blank : EndOfPart(begin, fit);
+        offset_ = is_between_words ? std::min(text_.find_first_not_of(' ', blank), text_.size()) : end;
         const std::size_t last = text_.find_last_not_of(' ', end - 1);
         return text_.substr(begin, last == std::string_view::npos || last < begin ? 0 : last + 1 - begin);
     }
@@ -64,18 +80,12 @@ class Folder {
     bool IsAtEnd() const { return offset_ == text_.size(); }
 
   private:
-    std::size_t EndOfFit() const {
-        std::size_t width = 0;
-        std::size_t end = offset_;
-        while (end < text_.size()) {
-            const Utf8Character character = CharacterAt(text_, end);
-            width += CharacterWidth(character.value);
-            if (width > width_ && end > offset_) {
-                break;
-            }
-            end += character.size;
-        }
-        return end;
+    /// Behind the last separator in a word that is too long; where the line is full when that would leave the most of
+    /// it empty.
+    std::size_t EndOfPart(std::size_t begin, std::size_t fit) const {
+        const std::size_t separator = text_.find_last_of(kSeparators, fit - 1);
+        const bool is_useful = separator != std::string_view::npos && separator >= begin + (fit - begin) / 2;
+        return is_useful ? separator + 1 : fit;
     }
 
     std::string_view text_;
@@ -106,6 +116,10 @@ std::vector<std::string> Folded(std::string_view text, std::size_t width) {
         lines.emplace_back(folder.NextLine());
     } while (!folder.IsAtEnd());
     return lines;
+}
+
+std::string Cut(std::string_view text, std::size_t width) {
+    return std::string(text.substr(0, EndOfFit(text, 0, width)));
 }
 
 } // namespace cimhttp

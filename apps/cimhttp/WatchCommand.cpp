@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdlib>
 #include <ctime>
 #include <memory>
 #include <ostream>
 #include <thread>
 
+#include "Attendant.h"
 #include "Connection.h"
 #include "DisplayText.h"
 #include "Failure.h"
@@ -45,9 +47,8 @@ std::unique_ptr<const Reading> Read(Session session, const std::string& name) {
     return std::make_unique<const Reading>(Reading{std::move(session), std::move(cls), std::move(instances)});
 }
 
-/// False when the user interrupts it. At other times, when nothing is half written, an interrupt ends the program.
+/// False when the user interrupts it.
 bool SleepUntil(Clock::time_point time) {
-    const InterruptScope interrupts;
     while (!Interrupted() && Clock::now() < time) {
         std::this_thread::sleep_for(std::min<Clock::duration>(kLookInterval, time - Clock::now()));
     }
@@ -194,7 +195,12 @@ int WatchCommand::Run(const CommandContext& context) {
     }
     const Connection connection = ConnectionOf(context.options);
     const Plugin plugin(context.options.plugin);
-    auto earlier = Read(context.ConnectTo(plugin, connection), name_);
+    const InterruptScope interrupts;
+    const Attendant attendant = context.MakeAttendant([&] { // all that was written is whole
+        context.output.flush();
+        std::_Exit(0);
+    });
+    auto earlier = Read(context.ConnectTo(plugin, connection, attendant), name_);
     const auto names =
         NamesOf(properties_.empty() ? PropertiesOf(*earlier->cls) : PropertiesOf(*earlier->cls, properties_));
     const PluginAccess& access = plugin.Access();
@@ -208,7 +214,7 @@ int WatchCommand::Run(const CommandContext& context) {
     auto next = Clock::now() + interval;
     for (std::size_t round = 1; (!count_ || round <= *count_) && SleepUntil(next); ++round) {
         next = std::max(next, Clock::now()) + interval;
-        auto later = Read(Session(plugin, connection, context.log), name_);
+        auto later = Read(Session(plugin, connection, context.log, attendant), name_);
         const auto changes = ChangesBetween(earlier->instances, later->instances, names, access);
         if (is_json) {
             writer.WriteJson(changes, round);

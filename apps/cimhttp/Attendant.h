@@ -1,0 +1,51 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <functional>
+#include <iosfwd>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "Failure.h"
+
+namespace cimhttp {
+
+/// Looks after the user while the program waits for a server: a line of the terminal says what for and for how long,
+/// and an interrupt ends the program at once, whatever the server does. What waits runs in a thread of its own
+/// meanwhile.
+class Attendant {
+  public:
+    using Work = std::function<void()>;
+
+    /// How long work may take that has no time-out of its own, and the end of the program when it takes longer.
+    struct Limit {
+        std::chrono::milliseconds time;
+        std::function<Failure()> failure;
+    };
+
+    /// `errors` must live longer than the attendant; with `shows_line` it is a terminal, `width` wide (0 for any).
+    /// `on_interrupt` must end the program, without taking away what the work uses.
+    Attendant(std::ostream& errors, bool shows_line, std::size_t width, std::function<void()> on_interrupt)
+        : errors_(&errors), shows_line_(shows_line), width_(width), on_interrupt_(std::move(on_interrupt)) {}
+
+    /// Waits for the work, and throws what it throws. `what` is what the line says.
+    void Attend(const std::string& what, const Work& work, const std::optional<Limit>& limit = {}) const;
+
+    /// The same for work with a result.
+    template <typename Reading>
+    auto Read(const std::string& what, const Reading& reading) const {
+        std::optional<decltype(reading())> result;
+        Attend(what, [&] { result.emplace(reading()); });
+        return std::move(*result);
+    }
+
+  private:
+    std::ostream* errors_;
+    bool shows_line_;
+    std::size_t width_;
+    std::function<void()> on_interrupt_;
+};
+
+} // namespace cimhttp
