@@ -5,7 +5,7 @@
 
 #include "DisplayText.h"
 #include "Failure.h"
-#include "Pattern.h"
+#include "NearestNames.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMProperty.h"
@@ -45,6 +45,15 @@ boost::shared_ptr<ICIMPropertyDecl> FindProperty(const ICIMClass& cls, const std
     }
 }
 
+std::vector<std::string> NamesOf(const Properties& properties) {
+    std::vector<std::string> names;
+    names.reserve(properties.size());
+    for (const auto& property : properties) {
+        names.push_back(property->GetName(TCIMContext()));
+    }
+    return names;
+}
+
 } // namespace
 
 Properties PropertiesOf(const ICIMClass& cls) {
@@ -64,7 +73,8 @@ Properties PropertiesOf(const ICIMClass& cls, const std::vector<std::string>& na
     for (const std::string& name : names) {
         properties.push_back(FindProperty(cls, name));
         if (!properties.back()) {
-            throw Failure(Failure::kUsage, "the class " + cls.GetName(TCIMContext()) + " has no property " + name);
+            throw Failure(Failure::kUsage, "the class " + cls.GetName(TCIMContext()) + " has no property " + name +
+                                               DidYouMean(NearestNames(name, NamesOf(PropertiesOf(cls)))));
         }
     }
     return properties;

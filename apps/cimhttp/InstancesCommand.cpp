@@ -1,6 +1,8 @@
 #include "InstancesCommand.h"
 
 #include <algorithm>
+#include <ostream>
+#include <string>
 
 #include "InstanceFilter.h"
 #include "InstanceWriter.h"
@@ -44,8 +46,17 @@ int InstancesCommand::Run(const CommandContext& context) {
     const InstanceFilter filter(conditions_, *cls);
     const InstanceSelection selection{properties_.empty() ? PropertiesOf(*cls) : PropertiesOf(*cls, properties_),
                                       properties_.empty(), raw_};
-    const Instances instances = Selected(session.Instances(*cls, deep_), filter, access);
-    WriteInstances(instances, selection, context.Format(*this), access, context);
+    const OutputFormat format = context.Format(*this);
+    const Instances all = session.Instances(*cls, deep_);
+    const Instances instances = Selected(all, filter, access);
+    if (instances.empty() && !all.empty()) {
+        context.errors << "cimhttp: no instance matches; without --where there "
+                       << (all.size() == 1 ? "is 1" : "are " + std::to_string(all.size())) << '\n';
+        if (format == OutputFormat::kTable || format == OutputFormat::kPlain) {
+            return 0; // that was for people; programs get an empty list
+        }
+    }
+    WriteInstances(instances, selection, format, access, context);
     return 0;
 }
 

@@ -17,7 +17,6 @@ namespace cimhttp {
 
 namespace {
 
-constexpr std::size_t kNamedColumns = 8;
 constexpr const char* kRecordEnd = "\r\n"; // RFC 4180, 2.1
 
 std::string MemberName(std::string heading) {
@@ -70,17 +69,11 @@ void WriteCsv(const Listing& listing, bool is_shown, std::ostream& output) {
     }
 }
 
-void SayWhatIsLeftOut(const std::vector<std::string>& headings, std::ostream& errors) {
-    if (headings.empty()) {
+void SayWhatIsLeftOut(std::size_t count, std::ostream& errors) {
+    if (count == 0) {
         return;
     }
-    errors << "cimhttp: the terminal is too narrow for " << headings.size()
-           << (headings.size() == 1 ? " column (" : " columns (");
-    for (std::size_t i = 0; i < std::min(headings.size(), kNamedColumns); ++i) {
-        errors << (i == 0 ? "" : ", ") << Printable(headings[i]);
-    }
-    errors << (headings.size() > kNamedColumns ? ", ..." : "")
-           << "); --output plain shows all, a wider terminal more\n";
+    errors << "cimhttp: " << count << (count == 1 ? " column is" : " columns are") << " left out; -o plain shows all\n";
 }
 
 } // namespace
@@ -97,8 +90,11 @@ void WriteListing(const Listing& listing, OutputFormat format, const CommandCont
     case OutputFormat::kPlain:
         WriteLists(listing, style, context.output);
         break;
-    default:
-        SayWhatIsLeftOut(WriteTable(listing, style, context.output), context.errors);
+    default: {
+        const auto left_out = WriteTable(listing, style, context.output);
+        context.output.flush(); // on a terminal, the remark stands below the table
+        SayWhatIsLeftOut(left_out.size(), context.errors);
+    }
     }
 }
 

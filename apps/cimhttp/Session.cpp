@@ -2,6 +2,7 @@
 
 #include "Failure.h"
 #include "NearestNames.h"
+#include "PathFault.h"
 #include "RemoteReason.h"
 #include "ServerProbe.h"
 #include "host/ICIMClass.h"
@@ -129,7 +130,9 @@ boost::shared_ptr<ICIMInstance> Session::Instance(const std::string& path) {
         }
         return instance;
     } catch (const std::invalid_argument&) {
-        throw Failure(Failure::kUsage, "'" + path + R"(' is not an object path such as 'CIM_Disk.Name="a",Number=3')");
+        const std::string fault = PathFault(path);
+        throw Failure(Failure::kUsage, "'" + path + "' is not an object path" +
+                                           (fault.empty() ? R"( such as 'CIM_Disk.Name="a",Number=3')" : ": " + fault));
     }
 }
 

@@ -159,7 +159,7 @@ TEST_F(ProgramTest, InstancesAreATableWithTheKeysFirstAndNoEmptyColumns) {
 TEST_F(ProgramTest, ATableThatDoesNotFitLosesColumnsAndSaysSo) {
     const auto run = Run({"instances", "TEST_Disk"}, {"COLUMNS=8"});
     EXPECT_EQ(run.output, "Name\n----\nsda\nsdb\n");
-    EXPECT_THAT(run.errors, StartsWith("cimhttp: the terminal is too narrow for 1 column (Size);"));
+    EXPECT_EQ(run.errors, "cimhttp: 1 column is left out; -o plain shows all\n");
 }
 
 TEST_F(ProgramTest, ChosenPropertiesAreTheColumnsInTheOrderGiven) {
@@ -195,6 +195,34 @@ TEST_F(ProgramTest, NoInstancesAreSaidSo) {
     const auto run = Run({"instances", "TEST_Disk"});
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.output, "no instances\n");
+}
+
+TEST_F(ProgramTest, AConditionThatNoInstanceMeetsIsSaidSo) {
+    for (const auto& [form, output] :
+         {std::pair("table", ""), std::pair("plain", ""), std::pair("json", "[\n]\n"), std::pair("mof", "")}) {
+        const auto run = Run({"instances", "TEST_Disk", "--where", "Name=none", "-o", form});
+        EXPECT_EQ(run.status, 0);
+        EXPECT_EQ(run.output, output);
+        EXPECT_THAT(run.errors, StartsWith("cimhttp: no instance matches; without --where there "));
+    }
+}
+
+TEST_F(ProgramTest, APathThatIsNoneIsExplained) {
+    const std::pair<const char*, const char*> paths[] = {
+        {"", "'' is not an object path: at its begin there should be the name of a class"},
+        {"2Fan.Name=\"a\"", "at its begin there should be the name of a class"},
+        {"T Fan.Name=\"a\"", "behind 'T' there should be a point and the keys"},
+        {"T.", "behind 'T.' there should be the name of a key"},
+        {"T.Name", "behind 'T.Name' there should be an equals sign"},
+        {"T.Name=a", "behind 'T.Name=' there should be a text in double quotes"},
+        {"T.Name=\"a", "behind 'T.Name=\"a' there should be the quote that ends the text"},
+        {"T.Name=\"a\\\"", "behind 'T.Name=\"a\\\"' there should be the quote that ends the text"},
+        {"T.Name=\"a\"x", "behind 'T.Name=\"a\"' there should be a comma or the end"},
+        {"//server.example/root/cimv2:T.Number=1,", "behind '//server.example/root/cimv2:T.Number=1,' there should be"},
+    };
+    for (const auto& [path, explanation] : paths) {
+        ExpectOneLine(Run({"instance", path}), 2, explanation);
+    }
 }
 
 TEST_F(ProgramTest, ValuesThatCannotBeReadAreMentioned) {
@@ -297,6 +325,7 @@ TEST_F(ProgramTest, InstancesThatTheServerRefuses) {
 TEST_F(ProgramTest, AnUnknownProperty) {
     ExpectOneLine(Run({"instances", "TEST_Disk", "--property", "Colour"}), 2, "no property Colour");
     ExpectOneLine(Run({"instances", "TEST_Disk", "--property", "no name"}), 2, "no property no name");
+    ExpectOneLine(Run({"instances", "TEST_Disk", "--property", "Nmae"}), 2, "no property Nmae (did you mean Name?)");
 }
 
 TEST_F(ProgramTest, AMissingPluginFile) {

@@ -166,6 +166,12 @@ TEST(TerminalText, FoldsAWordThatIsTooLongAnywhere) {
     EXPECT_EQ(Folded("a   ", 2), (std::vector<std::string>{"a"}));
 }
 
+TEST(TerminalText, FoldsALongWordAtItsSeparatorsUnlessTheyLeaveMostOfALineEmpty) {
+    EXPECT_EQ(Folded("model_tools_env", 10), (std::vector<std::string>{"model_", "tools_env"}));
+    EXPECT_EQ(Folded("/usr/lib/cmake", 9), (std::vector<std::string>{"/usr/lib/", "cmake"}));
+    EXPECT_EQ(Folded("a_bcdefghijk", 8), (std::vector<std::string>{"a_bcdefg", "hijk"}));
+}
+
 TEST(TerminalText, KeepsACombiningMarkWithItsLetter) {
     EXPECT_EQ(Folded("ao\xcc\x88g", 2), (std::vector<std::string>{"ao\xcc\x88", "g"}));
 }
