@@ -118,11 +118,14 @@ void WriteClass(const Collection::Class& cls, const PluginAccess& access, std::o
            << "\"properties\":" << PropertiesJson(definition) << ",\n"
            << "\"methods\":" << MethodsJson(definition) << ",\n"
            << "\"instances\":[";
-    const auto properties = PropertiesOf(definition);
+    const InstanceJson instance_json(PropertiesOf(definition), access);
+    std::string json;
     Separator separator(output);
     for (const auto& instance : cls.instances) {
+        json.clear();
+        instance_json.Append(*instance, json);
         separator.BeginItem();
-        output << InstanceJson(*instance, properties, access);
+        output << json;
     }
     output << "]}";
 }

@@ -21,30 +21,45 @@ std::string ElementTypeName(TCIMValue::TCIMType type) {
     return name.str();
 }
 
-std::string PropertyJson(const ICIMProperty& property, TCIMValue::TCIMType type, const PluginAccess& access) {
-    const DisplayText text(access, property);
-    return JsonObject()
-        .Add("type", JsonText(ElementTypeName(type)))
-        .Add("value", JsonValue(property.GetValue(TCIMContext())))
-        .Add("text", text.IsList() ? JsonTexts(text.Texts()) : JsonText(text.Joined()))
-        .Text();
+/// A property up to its value.
+std::string Head(const ICIMPropertyDecl& declaration) {
+    return JsonText(declaration.GetName(TCIMContext())) +
+           ":{\"type\":" + JsonText(ElementTypeName(declaration.GetType(TCIMContext()))) + ",\"value\":";
+}
+
+void AppendText(const DisplayText& text, std::string& json) {
+    if (text.IsList()) {
+        AppendJsonTexts(text.Texts(), json);
+    } else {
+        AppendJsonText(text.Texts().front(), json);
+    }
 }
 
 } // namespace
 
-std::string InstanceJson(const ICIMInstance& instance,
-                         const std::vector<boost::shared_ptr<ICIMPropertyDecl>>& properties,
-                         const PluginAccess& access) {
-    JsonObject values;
+InstanceJson::InstanceJson(const std::vector<boost::shared_ptr<ICIMPropertyDecl>>& properties,
+                           const PluginAccess& access)
+    : access_(access) {
+    const char* separator = "";
     for (const auto& declaration : properties) {
-        const std::string& name = declaration->GetName(TCIMContext());
-        values.Add(name, PropertyJson(*instance.GetProperty(name, TCIMContext()), declaration->GetType(TCIMContext()),
-                                      access));
+        members_.push_back({declaration->GetName(TCIMContext()), separator + Head(*declaration)});
+        separator = ",";
     }
-    return JsonObject()
-        .Add("path", JsonText(instance.BuildPath(TCIMContext()).GetPath()))
-        .Add("properties", values.Text())
-        .Text();
+}
+
+void InstanceJson::Append(const ICIMInstance& instance, std::string& json) const {
+    json += "{\"path\":";
+    AppendJsonText(instance.BuildPath(TCIMContext()).GetPath(), json);
+    json += ",\"properties\":{";
+    for (const Member& member : members_) {
+        const auto property = instance.GetProperty(member.name, TCIMContext());
+        json += member.head;
+        AppendJsonValue(property->GetValue(TCIMContext()), json);
+        json += ",\"text\":";
+        AppendText(DisplayText(access_, *property), json);
+        json += '}';
+    }
+    json += "}}";
 }
 
 } // namespace cimhttp

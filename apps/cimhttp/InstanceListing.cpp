@@ -109,19 +109,35 @@ Listing InstanceListing::Table(const Instances& instances, const Properties& pro
     return listing;
 }
 
-std::vector<Cell> InstanceListing::ValueRow(ICIMInstance& instance, const ICIMPropertyDecl& property) const {
-    const Cell cell = CellOf(instance, property.GetName(TCIMContext()));
-    return {property.GetName(TCIMContext()), TypeText(property),
-            cell.value.IsNull() ? Cell::Null() : Cell(cell.value, cell.value.ToString(kDecimal)), Cell(cell.text)};
+void InstanceListing::AddValue(const ICIMPropertyDecl& property, const std::string& type, ICIMInstance& instance,
+                               std::vector<Cell>& row) const {
+    const std::string& name = property.GetName(TCIMContext());
+    Cell cell = CellOf(instance, name);
+    row.emplace_back(name);
+    row.emplace_back(type);
+    if (cell.value.IsNull()) {
+        row.push_back(Cell::Null());
+    } else {
+        std::string text = cell.value.ToString(kDecimal);
+        row.emplace_back(std::move(cell.value), std::move(text));
+    }
+    row.emplace_back(cell.text);
 }
 
 Listing InstanceListing::Values(const Instances& instances, const Properties& properties) const {
     Listing listing({{"Path"}, {"Property"}, {"Type"}, {"Value"}, {"Text"}});
+    std::vector<std::string> types;
+    types.reserve(properties.size());
+    for (const auto& property : properties) {
+        types.push_back(TypeText(*property));
+    }
     for (const auto& instance : instances) {
         const std::string path = instance->BuildPath(TCIMContext()).GetPath();
-        for (const auto& property : properties) {
-            std::vector<Cell> row = ValueRow(*instance, *property);
-            row.insert(row.begin(), path);
+        for (std::size_t i = 0; i < properties.size(); ++i) {
+            std::vector<Cell> row;
+            row.reserve(listing.Columns().size());
+            row.emplace_back(path);
+            AddValue(*properties[i], types[i], *instance, row);
             listing.AddRow(std::move(row));
         }
     }
@@ -132,7 +148,9 @@ Listing InstanceListing::Values(ICIMInstance& instance, const Properties& proper
     Listing listing(
         {{"Property", Listing::Align::kLeft, true}, {"Type"}, {"Value", Listing::Align::kLeft, true}, {"Text"}});
     for (const auto& property : properties) {
-        listing.AddRow(ValueRow(instance, *property));
+        std::vector<Cell> row;
+        AddValue(*property, TypeText(*property), instance, row);
+        listing.AddRow(std::move(row));
     }
     return listing;
 }

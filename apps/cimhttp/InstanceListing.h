@@ -52,8 +52,9 @@ class InstanceListing {
   private:
     Cell CellOf(NQORVYX20::ICIMInstance& instance, const std::string& property) const;
 
-    /// The property, type, value and text.
-    std::vector<Cell> ValueRow(NQORVYX20::ICIMInstance& instance, const NQORVYX20::ICIMPropertyDecl& property) const;
+    /// Adds the property, its type, the value and its text to a row.
+    void AddValue(const NQORVYX20::ICIMPropertyDecl& property, const std::string& type,
+                  NQORVYX20::ICIMInstance& instance, std::vector<Cell>& row) const;
 
     const PluginAccess& access_;
     bool is_raw_;

@@ -35,9 +35,13 @@ Properties WithoutEmpty(const Properties& properties, const Instances& instances
 void WriteJson(const Instances& instances, const Properties& properties, const PluginAccess& access,
                std::ostream& output) {
     output << '[';
+    const InstanceJson instance_json(properties, access);
+    std::string json;
     const char* separator = "\n";
     for (const auto& instance : instances) {
-        output << separator << InstanceJson(*instance, properties, access);
+        json.clear();
+        instance_json.Append(*instance, json);
+        output << separator << json;
         separator = ",\n";
     }
     output << "\n]\n";

@@ -4,6 +4,7 @@
 #include <cctype>
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Command.h"
@@ -39,33 +40,46 @@ void WriteJson(const Listing& listing, std::ostream& output) {
     output << "\n]\n";
 }
 
-std::string Field(const std::string& text) {
-    const bool is_bare = !text.empty() && text.find_first_of(",\"\r\n") == std::string::npos && text.front() != ' ' &&
-                         text.back() != ' ';
+bool IsSpecial(char character) {
+    return character == ',' || character == '"' || character == '\r' || character == '\n';
+}
+
+void AppendField(std::string_view text, std::string& record) {
+    const bool is_bare =
+        !text.empty() && std::none_of(text.begin(), text.end(), IsSpecial) && text.front() != ' ' && text.back() != ' ';
     if (is_bare) {
-        return text;
+        record += text;
+        return;
     }
-    std::string field = "\"";
-    for (const char character : text) {
-        field.append(character == '"' ? 2 : 1, character);
+    record += '"';
+    for (std::size_t end = text.find('"'); end != std::string_view::npos; end = text.find('"')) {
+        record.append(text, 0, end + 1) += '"';
+        text.remove_prefix(end + 1);
     }
-    return field + '"';
+    record.append(text) += '"';
 }
 
 /// `is_shown`: on a terminal, which the texts must not steer.
 void WriteCsv(const Listing& listing, bool is_shown, std::ostream& output) {
     std::string record;
     for (const Listing::Column& column : listing.Columns()) {
-        record += (record.empty() ? "" : ",") + Field(column.heading);
+        record += record.empty() ? "" : ",";
+        AppendField(column.heading, record);
     }
     output << record << kRecordEnd;
     for (const auto& row : listing.Rows()) {
+        record.clear();
         const char* separator = "";
         for (const Cell& cell : row) {
-            output << separator << (cell.value.IsNull() ? "" : Field(is_shown ? PrintableLines(cell.text) : cell.text));
+            record += separator;
+            if (is_shown && !cell.value.IsNull()) {
+                AppendField(PrintableLines(cell.text), record);
+            } else if (!cell.value.IsNull()) {
+                AppendField(cell.text, record);
+            }
             separator = ",";
         }
-        output << kRecordEnd;
+        output << record << kRecordEnd;
     }
 }
 

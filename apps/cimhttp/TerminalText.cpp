@@ -32,17 +32,25 @@ char32_t Shown(char32_t character) {
 std::string Shown(std::string_view text, bool keeps_line_ends) {
     std::string shown;
     shown.reserve(text.size());
-    for (std::size_t i = 0; i < text.size();) {
-        const Utf8Character character = CharacterAt(text, i);
+    while (true) {
+        const std::size_t plain = PlainAsciiSize(text);
+        shown.append(text, 0, plain);
+        text.remove_prefix(plain);
+        if (text.empty()) {
+            return shown;
+        }
+        const Utf8Character character = CharacterAt(text, 0);
         const bool is_kept = keeps_line_ends && character.value == '\n';
         AppendUtf8(is_kept ? character.value : Shown(character.value), shown);
-        i += character.size;
+        text.remove_prefix(character.size);
     }
-    return shown;
 }
 
 /// Where the part of a text ends that begins at `begin` and has `width` columns at most, but one character at least.
 std::size_t EndOfFit(std::string_view text, std::size_t begin, std::size_t width) {
+    if (text.size() - begin <= width) {
+        return text.size(); // no character takes more columns than bytes
+    }
     std::size_t used = 0;
     std::size_t end = begin;
     while (end < text.size()) {
@@ -101,12 +109,17 @@ std::string PrintableLines(std::string_view text) { return Shown(text, true); }
 
 std::size_t DisplayWidth(std::string_view text) {
     std::size_t width = 0;
-    for (std::size_t i = 0; i < text.size();) {
-        const Utf8Character character = CharacterAt(text, i);
+    while (true) {
+        const std::size_t plain = PlainAsciiSize(text);
+        width += plain;
+        text.remove_prefix(plain);
+        if (text.empty()) {
+            return width;
+        }
+        const Utf8Character character = CharacterAt(text, 0);
         width += CharacterWidth(character.value);
-        i += character.size;
+        text.remove_prefix(character.size);
     }
-    return width;
 }
 
 std::vector<std::string> Folded(std::string_view text, std::size_t width) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <numeric>
 #include <ostream>
+#include <string_view>
 
 #include "Listing.h"
 #include "TerminalText.h"
@@ -25,34 +26,35 @@ bool IsShownAsNull(const Cell& cell) { return cell.value.IsNull() && cell.text.e
 
 std::string ShownText(const Cell& cell) { return IsShownAsNull(cell) ? kNullText : Printable(cell.text); }
 
-/// Writes lines piece by piece; blanks wait until something follows them.
+/// Puts lines together piece by piece; blanks wait until something follows them.
 class LineWriter {
   public:
     LineWriter(std::ostream& output, bool uses_color) : output_(output), uses_color_(uses_color) {}
 
-    void Write(const std::string& text, const char* color) {
-        if (text.find_first_not_of(' ') == std::string::npos) {
-            blanks_ += text.size();
+    void Write(std::string_view text, const char* color) {
+        const std::size_t end = text.find_last_not_of(' ') + 1;
+        if (end == 0) {
+            Skip(text.size());
             return;
         }
-        output_ << Blanks(blanks_);
-        const std::size_t end = text.find_last_not_of(' ') + 1;
+        const bool is_colored = uses_color_ && color != nullptr;
+        line_.append(blanks_, ' ').append(is_colored ? color : "");
+        line_.append(text, 0, end).append(is_colored ? kPlain : "");
         blanks_ = text.size() - end;
-        if (uses_color_ && color != nullptr) {
-            output_ << color << text.substr(0, end) << kPlain;
-        } else {
-            output_ << text.substr(0, end);
-        }
     }
 
+    void Skip(std::size_t columns) { blanks_ += columns; }
+
     void End() {
-        output_ << '\n';
+        output_ << line_ << '\n';
+        line_.clear();
         blanks_ = 0;
     }
 
   private:
     std::ostream& output_;
     bool uses_color_;
+    std::string line_;
     std::size_t blanks_ = 0;
 };
 
@@ -227,6 +229,7 @@ template <typename ColorOf>
 void WriteRow(const Table& table, const Layout& layout, const std::vector<std::string>& texts, const ColorOf& color_of,
               LineWriter& line) {
     std::vector<std::vector<std::string>> folded;
+    folded.reserve(layout.Shown().size());
     std::size_t height = 1;
     for (const std::size_t i : layout.Shown()) {
         folded.push_back(Folded(texts[i], layout.Width(i)));
@@ -237,7 +240,7 @@ void WriteRow(const Table& table, const Layout& layout, const std::vector<std::s
             const std::size_t i = layout.Shown()[k];
             const std::string text = row < folded[k].size() ? folded[k][row] : "";
             line.Write(Padded(text, layout.Width(i), table.Columns()[i].align), color_of(i));
-            line.Write(Blanks(kGap), nullptr);
+            line.Skip(kGap);
         }
         line.End();
     }

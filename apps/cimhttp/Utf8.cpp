@@ -1,5 +1,7 @@
 #include "Utf8.h"
 
+#include <algorithm>
+
 namespace cimhttp {
 
 namespace {
@@ -49,6 +51,12 @@ Utf8Character CharacterAt(std::string_view text, std::size_t offset) {
         value = (value << kContinuationBits) | (byte & 0x3FU);
     }
     return value >= lead.smallest && IsCharacter(value) ? Utf8Character{value, lead.size} : kBad;
+}
+
+std::size_t PlainAsciiSize(std::string_view text) {
+    const auto* const end =
+        std::find_if_not(text.begin(), text.end(), [](char byte) { return byte >= ' ' && byte <= '~'; });
+    return static_cast<std::size_t>(end - text.begin());
 }
 
 void AppendUtf8(char32_t character, std::string& text) {

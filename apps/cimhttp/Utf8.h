@@ -12,11 +12,17 @@ constexpr char32_t kReplacementCharacter = 0xFFFD;
 struct Utf8Character {
     char32_t value;
     std::size_t size; ///< in bytes, at least 1
+
+    /// True for a byte that is no character's; a good U+FFFD has three.
+    bool IsBad() const { return value == kReplacementCharacter && size == 1; }
 };
 
 /// The character that begins at an offset below the text's size; U+FFFD of one byte where there is no good one
 /// (RFC 3629: overlong forms and surrogates are not).
 Utf8Character CharacterAt(std::string_view text, std::size_t offset);
+
+/// How many bytes at the front are ASCII without control characters.
+std::size_t PlainAsciiSize(std::string_view text);
 
 void AppendUtf8(char32_t character, std::string& text);
 

@@ -9,11 +9,13 @@
 #include <filesystem>
 #include <fstream>
 
+#include "Json.h"
 #include "ProgramRun.h"
 #include "support/CimServer.h"
 #include "support/TemporaryDirectory.h"
 #include "support/TerminalProgram.h"
 
+using cimhttp::JsonText;
 using nlohmann::json;
 using testing::HasSubstr;
 using testing::Not;
@@ -233,6 +235,13 @@ TEST_F(CollectTest, BytesThatAreNotUtf8DoNotBreakTheDocument) {
     const auto run = Collect(Document({"T"}));
     EXPECT_TRUE(json::accept(run.output)) << run.output;
     EXPECT_THAT(run.errors, Not(HasSubstr("json")));
+}
+
+TEST(Json, EscapesWhatNeedsItAndCopiesTheRest) {
+    EXPECT_EQ(JsonText(""), R"("")");
+    EXPECT_EQ(JsonText("\"a\\\\b\n\x1b"), R"("\"a\\\\b\n\u001b")");
+    EXPECT_EQ(JsonText("K\xc3\xb6ln\x7f\xe2\x80\xae!"), "\"K\xc3\xb6ln\\u007f\\u202e!\"");
+    EXPECT_EQ(JsonText("\xff|\xef\xbf\xbd|\xe2\x82"), "\"\xef\xbf\xbd|\xef\xbf\xbd|\xef\xbf\xbd\xef\xbf\xbd\"");
 }
 
 TEST_F(CollectTest, NoInstancesAreAnEmptyList) {
