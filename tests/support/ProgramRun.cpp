@@ -1,5 +1,6 @@
 #include "support/ProgramRun.h"
 
+#include "support/ProgramStart.h"
 #include "support/TemporaryDirectory.h"
 
 #include <pty.h>
@@ -7,7 +8,6 @@
 #include <unistd.h>
 
 #include <array>
-#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
@@ -15,26 +15,6 @@
 namespace support {
 
 namespace {
-
-std::vector<char*> Pointers(std::vector<std::string>& texts) {
-    std::vector<char*> pointers;
-    pointers.reserve(texts.size() + 1);
-    for (std::string& text : texts) {
-        pointers.push_back(text.data());
-    }
-    pointers.push_back(nullptr);
-    return pointers;
-}
-
-[[noreturn]] void Become(const std::string& program, const std::vector<std::string>& arguments,
-                         const std::vector<std::string>& environment) {
-    std::vector<std::string> words{program};
-    words.insert(words.end(), arguments.begin(), arguments.end());
-    std::vector<std::string> variables = environment;
-    variables.push_back(std::string("PATH=") + std::getenv("PATH"));
-    ::execve(program.c_str(), Pointers(words).data(), Pointers(variables).data());
-    ::_exit(127);
-}
 
 int StatusOf(pid_t child) {
     int status = 0;
@@ -59,14 +39,13 @@ ProgramRun RunProgram(const std::string& program, const std::vector<std::string>
     const support::TemporaryDirectory directory;
     const std::string output = (directory.Path() / "output").string();
     const std::string errors = (directory.Path() / "errors").string();
+    const ProgramStart start(program, arguments, environment);
     const pid_t child = ::fork();
     if (child == 0) {
         ::setsid(); // no terminal, where the tests themselves have one
-        if (std::freopen(output.c_str(), "w", stdout) != nullptr &&
-            std::freopen(errors.c_str(), "w", stderr) != nullptr) {
-            Become(program, arguments, environment);
-        }
-        ::_exit(127);
+        ProgramStart::Redirect(STDOUT_FILENO, output);
+        ProgramStart::Redirect(STDERR_FILENO, errors);
+        start.Become();
     }
     const int status = StatusOf(child);
     return {status, ReadFile(output), ReadFile(errors)};
@@ -75,13 +54,12 @@ ProgramRun RunProgram(const std::string& program, const std::vector<std::string>
 ProgramRun RunProgramOnTerminal(const std::string& program, const std::vector<std::string>& arguments) {
     const support::TemporaryDirectory directory;
     const std::string output = (directory.Path() / "output").string();
+    const ProgramStart start(program, arguments, {});
     int terminal = -1;
     const pid_t child = ::forkpty(&terminal, nullptr, nullptr, nullptr);
     if (child == 0) {
-        if (std::freopen(output.c_str(), "w", stdout) != nullptr) {
-            Become(program, arguments, {});
-        }
-        ::_exit(127);
+        ProgramStart::Redirect(STDOUT_FILENO, output);
+        start.Become();
     }
     std::string errors = ReadTerminal(terminal);
     ::close(terminal);

@@ -1,5 +1,7 @@
 #include "support/TerminalProgram.h"
 
+#include "support/ProgramStart.h"
+
 #include <poll.h>
 #include <pty.h>
 #include <sys/wait.h>
@@ -10,10 +12,10 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
-#include <cstdlib>
 #include <stdexcept>
 #include <system_error>
 #include <thread>
+#include <utility>
 
 namespace support {
 
@@ -22,16 +24,6 @@ namespace {
 /// Far longer than anything here takes; only a broken program is ever waited for as long.
 constexpr std::chrono::seconds kLimit{30};
 constexpr std::chrono::milliseconds kPause{2};
-
-std::vector<char*> Pointers(std::vector<std::string>& texts) {
-    std::vector<char*> pointers;
-    pointers.reserve(texts.size() + 1);
-    for (std::string& text : texts) {
-        pointers.push_back(text.data());
-    }
-    pointers.push_back(nullptr);
-    return pointers;
-}
 
 /// Asks again and again until `condition` holds. False when the limit passes first.
 template <typename Condition>
@@ -50,16 +42,13 @@ bool Await(Condition condition) {
 
 TerminalProgram::TerminalProgram(const std::string& program, const std::vector<std::string>& arguments,
                                  const std::vector<std::string>& environment, Terminal terminal) {
-    std::vector<std::string> words{program};
-    words.insert(words.end(), arguments.begin(), arguments.end());
     std::vector<std::string> variables = environment;
-    variables.push_back(std::string("PATH=") + std::getenv("PATH"));
     variables.emplace_back("TERM=xterm");
+    const ProgramStart start(program, arguments, std::move(variables));
     const winsize size{terminal.lines, terminal.columns, 0, 0};
     child_ = ::forkpty(&terminal_, nullptr, nullptr, &size);
     if (child_ == 0) {
-        ::execve(program.c_str(), Pointers(words).data(), Pointers(variables).data());
-        ::_exit(127);
+        start.Become();
     }
     if (child_ < 0) {
         throw std::system_error(errno, std::generic_category(), "no terminal for " + program);
