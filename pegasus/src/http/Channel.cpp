@@ -61,8 +61,8 @@ class TcpChannel : public Channel {
     const Endpoint& endpoint() const { return endpoint_; }
     tcp::socket& socket() { return socket_; }
 
-    /// Starts an asynchronous operation and runs it to its end. Nothing when the deadline comes first; the connection
-    /// is then closed.
+    /// Starts an asynchronous operation and runs it to its end. Nothing when the deadline comes first, also when both
+    /// are found to have come; the connection is then closed.
     template <typename Start>
     std::optional<error_code> await(const Deadline& deadline, Start start) {
         std::optional<error_code> result;
@@ -73,7 +73,7 @@ class TcpChannel : public Channel {
         io_.restart();
         while (!result && io_.run_one_until(deadline.end()) > 0) {
         }
-        if (result) {
+        if (result && deadline.remaining() > Deadline::Clock::duration::zero()) {
             return result;
         }
         // The handler refers to this frame: it must have run before the frame goes.
