@@ -10,9 +10,9 @@
 #include <fstream>
 #include <map>
 
-#include "Connection.h"
 #include "Failure.h"
-#include "ProgramFolder.h"
+#include "connection/Connection.h"
+#include "connection/ProgramFolder.h"
 
 namespace cimhttp {
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "Command.h"
 #include "Options.h"
+#include "commands/Command.h"
 
 namespace cimhttp {
 

@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
-#include "OutputFormat.h"
 #include "host/ILogger.h"
+#include "output/OutputFormat.h"
 
 namespace cimhttp {
 

@@ -6,12 +6,12 @@
 #include <ostream>
 
 #include "CommandLine.h"
-#include "Commands.h"
 #include "Failure.h"
 #include "FailureLog.h"
-#include "OutputGuard.h"
-#include "TerminalText.h"
+#include "commands/Commands.h"
 #include "host/TRootObject.h"
+#include "output/OutputGuard.h"
+#include "text/TerminalText.h"
 
 namespace cimhttp {
 

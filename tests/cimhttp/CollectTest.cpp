@@ -9,8 +9,8 @@
 #include <filesystem>
 #include <fstream>
 
-#include "Json.h"
 #include "ProgramRun.h"
+#include "output/Json.h"
 #include "support/CimServer.h"
 #include "support/TemporaryDirectory.h"
 #include "support/TerminalProgram.h"

@@ -8,13 +8,13 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "ConnectionStore.h"
 #include "Failure.h"
-#include "NearestNames.h"
 #include "ProgramRun.h"
-#include "ServerName.h"
+#include "connection/ConnectionStore.h"
+#include "connection/ServerName.h"
 #include "support/CimServer.h"
 #include "support/TemporaryDirectory.h"
+#include "text/NearestNames.h"
 
 using cimhttp::ConnectionStore;
 using cimhttp::EditDistance;

@@ -10,10 +10,10 @@
 
 #include "MofReader.h"
 #include "ProgramRun.h"
-#include "TerminalText.h"
 #include "server/DemoServer.h"
 #include "support/LoopbackAddress.h"
 #include "support/TerminalProgram.h"
+#include "text/TerminalText.h"
 
 using nlohmann::json;
 using support::TerminalProgram;

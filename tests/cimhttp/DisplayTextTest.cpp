@@ -1,8 +1,8 @@
-#include "DisplayText.h"
+#include "output/DisplayText.h"
 
 #include <gtest/gtest.h>
 
-#include "Plugin.h"
+#include "connection/Plugin.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMNamespace.h"

@@ -7,8 +7,8 @@
 #include <set>
 #include <sstream>
 
-#include "Commands.h"
 #include "ProgramRun.h"
+#include "commands/Commands.h"
 #include "support/CimServer.h"
 #include "support/TemporaryDirectory.h"
 

@@ -4,9 +4,9 @@
 #include <limits>
 #include <sstream>
 
-#include "MofText.h"
-#include "MofWriter.h"
 #include "access/RemoteModel.h"
+#include "output/MofText.h"
+#include "output/MofWriter.h"
 
 using namespace cimhttp;
 using NQORVYX20::TCIMChar16;

@@ -1,11 +1,11 @@
-#include "TextTable.h"
+#include "output/TextTable.h"
 
 #include <gtest/gtest.h>
 
 #include <sstream>
 
-#include "Listing.h"
-#include "TerminalText.h"
+#include "output/Listing.h"
+#include "text/TerminalText.h"
 
 using cimhttp::Cell;
 using cimhttp::DisplayWidth;

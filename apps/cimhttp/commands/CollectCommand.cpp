@@ -1,0 +1,156 @@
+#include "commands/CollectCommand.h"
+
+#include <strings.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <cstdlib>
+#include <optional>
+#include <ostream>
+#include <system_error>
+
+#include "Failure.h"
+#include "Options.h"
+#include "commands/Collection.h"
+#include "commands/Collector.h"
+#include "connection/Connection.h"
+#include "connection/Session.h"
+#include "output/OutputFile.h"
+#include "text/TerminalText.h"
+#include "waiting/Interrupt.h"
+#include "waiting/ProgressBar.h"
+
+namespace cimhttp {
+
+namespace {
+
+constexpr std::chrono::milliseconds kLookInterval{100}; // between two looks at the user
+constexpr std::chrono::milliseconds kGrace{300};        // for the class at hand, after the user has seen enough
+
+constexpr const char* kHelp =
+    R"(The document names the server and the classes:
+
+    <vyx version="1">
+        <network address="server.example"/>
+        <network user="operator"/>
+        <network pass="secret"/>
+        <network ssl="true"/>
+        <class name="CIM_ComputerSystem"/>
+    </vyx>
+
+ssl is true, 1, yes or on for HTTPS. What --host, --tls, --user and
+--password-file say counts more than the document, and a --user takes no
+password from it. The password stands there in plain text: let only its owner
+read the file (chmod 600), or leave it out and use --password-file or the
+variable CIMHTTP_PASSWORD.
+
+The exit status is 7 when a class could not be read: the error stream names it,
+the others are written, and "complete" is false. So it is after an interrupt
+(Ctrl-C): the classes read until then are written.
+
+Example:
+    cimhttp --host server.example collect requested.xml --out collected.json)";
+
+RequestedClasses ReadDocument(const Plugin& plugin, const std::string& path) {
+    if (::access(path.c_str(), R_OK) != 0) {
+        throw Failure(Failure::kUsage, path + " cannot be read: " + std::generic_category().message(errno));
+    }
+    auto requested = plugin.Access().ReadRequestedClasses(path);
+    if (!requested.error.empty()) {
+        throw Failure(Failure::kUsage, path + ", " + requested.error);
+    }
+    if (requested.names.empty()) {
+        throw Failure(Failure::kUsage, path + " names no class");
+    }
+    return requested;
+}
+
+/// Each name once, in the order of their first places; case does not tell class names apart (DSP0004 5.1.2.1).
+std::vector<std::string> WithoutRepetitions(const std::vector<std::string>& names) {
+    std::vector<std::string> distinct;
+    for (const std::string& name : names) {
+        const bool is_known = std::any_of(distinct.begin(), distinct.end(), [&](const std::string& other) {
+            return ::strcasecmp(name.c_str(), other.c_str()) == 0;
+        });
+        if (!is_known) {
+            distinct.push_back(name);
+        }
+    }
+    return distinct;
+}
+
+void ReportFailures(Collector& collector, ProgressBar& bar, std::ostream& errors) {
+    const auto failures = collector.TakeFailures();
+    if (!failures.empty()) {
+        bar.Clear();
+    }
+    for (const std::string& failure : failures) {
+        errors << "cimhttp: " << Printable(failure) << std::endl;
+    }
+}
+
+/// Waits until everything is read, or the user does not want to wait any more: that is when Interrupted() is true.
+/// Returns whether the collector has ended.
+bool Watch(Collector& collector, ProgressBar& bar, std::ostream& errors) {
+    const auto begin = std::chrono::steady_clock::now();
+    Collector::Progress progress;
+    while (!progress.has_ended && !Interrupted()) {
+        bar.Show(progress.classes_done, progress.instances,
+                 std::chrono::duration_cast<std::chrono::seconds>(std::chrono::steady_clock::now() - begin));
+        progress = collector.Wait(kLookInterval);
+        ReportFailures(collector, bar, errors);
+    }
+    if (!progress.has_ended) {
+        collector.Stop();
+        progress = collector.Wait(kGrace);
+        ReportFailures(collector, bar, errors);
+    }
+    return progress.has_ended;
+}
+
+} // namespace
+
+CommandDescription CollectCommand::Describe() {
+    return {"collect",
+            "Write the classes that a document names, with all instances, as JSON",
+            {{"FILE", "The requested-class document", true, &document_}},
+            {{"--out", "FILE", "The file to write or replace; the standard output without it", &out_file_}},
+            {},
+            kHelp};
+}
+
+int CollectCommand::Run(const CommandContext& context) {
+    const Options& options = context.options;
+    const Plugin plugin(options.plugin);
+    const auto requested = ReadDocument(plugin, document_);
+    const Connection connection = ConnectionOf(options, requested.settings, document_);
+    const auto file = out_file_.empty() ? std::nullopt : std::optional<OutputFile>(out_file_);
+    const auto names = WithoutRepetitions(requested.names);
+    const Session session = context.ConnectTo(plugin, connection);
+    const InterruptScope interrupts;
+    Collector collector(session, names);
+    bool has_ended = false;
+    {
+        ProgressBar bar(context.ShowsProgress() ? &context.errors : nullptr, options.error_stream_width, names.size());
+        has_ended = Watch(collector, bar, context.errors);
+    }
+    const Collection collection = collector.Collected();
+    if (Interrupted() && !collection.complete) {
+        context.errors << "cimhttp: interrupted; what was read of " << collection.server << " is written" << std::endl;
+    }
+    const auto write = [&](std::ostream& stream) { WriteJson(collection, plugin.Access(), stream); };
+    if (file) {
+        file->Replace(write);
+    } else {
+        write(context.output);
+        context.output.flush();
+    }
+    if (!has_ended) {
+        std::_Exit(Failure::kIncomplete); // the thread that waits for the server cannot be ended otherwise
+    }
+    return collection.complete ? 0 : Failure::kIncomplete;
+}
+
+} // namespace cimhttp

@@ -1,0 +1,146 @@
+#include "commands/Collection.h"
+
+#include <ostream>
+#include <sstream>
+
+#include "host/ICIMClass.h"
+#include "host/ICIMInstance.h"
+#include "host/ICIMMethodDecl.h"
+#include "host/ICIMParameterDecl.h"
+#include "host/ICIMPropertyDecl.h"
+#include "host/ICIMQualifier.h"
+#include "output/InstanceJson.h"
+#include "output/Json.h"
+
+namespace cimhttp {
+
+namespace {
+
+using namespace NQORVYX20;
+
+std::string TypeName(TCIMValue::TCIMType type) {
+    using ECIMType = TCIMValue::TCIMType::ECIMType;
+    std::ostringstream name;
+    name << TCIMValue::TCIMType(static_cast<ECIMType>(type & ~ECIMType::eCIMArrayUnknown));
+    return name.str();
+}
+
+std::string QualifiersJson(const ICIMNamedElement& element) {
+    JsonObject qualifiers;
+    element.EnumerateQualifiers(
+        [&](const boost::shared_ptr<ICIMQualifier>& qualifier) {
+            qualifiers.Add(qualifier->GetName(TCIMContext()), JsonValue(qualifier->GetValue(TCIMContext())));
+            return true;
+        },
+        TCIMContext());
+    return qualifiers.Text();
+}
+
+/// The members that a property or parameter declaration begins with.
+template <typename Declaration>
+JsonObject DeclarationJson(const Declaration& declaration) {
+    JsonObject object;
+    object.Add("name", JsonText(declaration.GetName(TCIMContext())))
+        .Add("type", JsonText(TypeName(declaration.GetType(TCIMContext()))))
+        .Add("array", declaration.IsArray(TCIMContext()) ? "true" : "false");
+    return object;
+}
+
+std::string PropertiesJson(const ICIMClass& cls) {
+    JsonArray properties;
+    cls.EnumeratePropertyDecls(
+        [&](const boost::shared_ptr<ICIMPropertyDecl>& property) {
+            properties.Add(DeclarationJson(*property).Add("qualifiers", QualifiersJson(*property)).Text());
+            return true;
+        },
+        TCIMContext());
+    return properties.Text();
+}
+
+std::string ParametersJson(const ICIMMethodDecl& method) {
+    JsonArray parameters;
+    boost::function<bool(boost::shared_ptr<ICIMParameterDecl>)> add =
+        [&](const boost::shared_ptr<ICIMParameterDecl>& parameter) {
+            parameters.Add(DeclarationJson(*parameter).Text());
+            return true;
+        };
+    method.EnumerateParameterDecls(add, TCIMContext());
+    return parameters.Text();
+}
+
+std::string MethodsJson(const ICIMClass& cls) {
+    JsonArray methods;
+    cls.EnumerateMethodDecls(
+        [&](const boost::shared_ptr<ICIMMethodDecl>& method) {
+            methods.Add(JsonObject()
+                            .Add("name", JsonText(method->GetName(TCIMContext())))
+                            .Add("type", JsonText(TypeName(method->GetReturnType(TCIMContext()))))
+                            .Add("parameters", ParametersJson(*method))
+                            .Add("qualifiers", QualifiersJson(*method))
+                            .Text());
+            return true;
+        },
+        TCIMContext());
+    return methods.Text();
+}
+
+std::vector<boost::shared_ptr<ICIMPropertyDecl>> PropertiesOf(const ICIMClass& cls) {
+    std::vector<boost::shared_ptr<ICIMPropertyDecl>> properties;
+    cls.EnumeratePropertyDecls(
+        [&](const boost::shared_ptr<ICIMPropertyDecl>& property) {
+            properties.push_back(property);
+            return true;
+        },
+        TCIMContext());
+    return properties;
+}
+
+/// Puts a comma before every item of a list but the first, and each on a line of its own.
+class Separator {
+  public:
+    explicit Separator(std::ostream& output) : output_(output) {}
+
+    void BeginItem() {
+        output_ << (is_first_ ? "\n" : ",\n");
+        is_first_ = false;
+    }
+
+  private:
+    std::ostream& output_;
+    bool is_first_ = true;
+};
+
+// Only one instance at a time is built in memory.
+void WriteClass(const Collection::Class& cls, const PluginAccess& access, std::ostream& output) {
+    const ICIMClass& definition = *cls.definition;
+    output << "{\"name\":" << JsonText(definition.GetName(TCIMContext())) << ",\n"
+           << "\"qualifiers\":" << QualifiersJson(definition) << ",\n"
+           << "\"properties\":" << PropertiesJson(definition) << ",\n"
+           << "\"methods\":" << MethodsJson(definition) << ",\n"
+           << "\"instances\":[";
+    const InstanceJson instance_json(PropertiesOf(definition), access);
+    std::string json;
+    Separator separator(output);
+    for (const auto& instance : cls.instances) {
+        json.clear();
+        instance_json.Append(*instance, json);
+        separator.BeginItem();
+        output << json;
+    }
+    output << "]}";
+}
+
+} // namespace
+
+void WriteJson(const Collection& collection, const PluginAccess& access, std::ostream& output) {
+    output << "{\"server\":" << JsonText(collection.server)
+           << ",\n\"complete\":" << (collection.complete ? "true" : "false") << ",\n\"classes\":[";
+    Separator separator(output);
+    for (const Collection::Class& cls : collection.classes) {
+        separator.BeginItem();
+        WriteClass(cls, access, output);
+    }
+    output << "]}\n";
+}
+
+} // namespace cimhttp

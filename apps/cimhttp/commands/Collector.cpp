@@ -1,0 +1,86 @@
+#include "commands/Collector.h"
+
+#include <mutex>
+#include <utility>
+
+#include "Failure.h"
+
+namespace cimhttp {
+
+struct Collector::State {
+    State(Session used, std::vector<std::string> wanted)
+        : session(std::move(used)), names(std::move(wanted)), collected{session.Server(), true, {}} {}
+
+    void Add(Collection::Class cls) {
+        const std::lock_guard<std::mutex> lock(mutex);
+        progress.instances += cls.instances.size();
+        ++progress.classes_done;
+        collected.classes.push_back(std::move(cls));
+    }
+
+    void AddFailure(const std::string& failure) {
+        const std::lock_guard<std::mutex> lock(mutex);
+        ++progress.classes_done;
+        failures.push_back(failure);
+        collected.complete = false;
+    }
+
+    bool IsStopping() {
+        const std::lock_guard<std::mutex> lock(mutex);
+        return is_stopping;
+    }
+
+    Session session; // used by the thread alone
+    const std::vector<std::string> names;
+
+    std::mutex mutex; // guards all below
+    Progress progress;
+    Collection collected;
+    std::vector<std::string> failures;
+    bool is_stopping = false;
+};
+
+Collector::Collector(Session session, std::vector<std::string> names)
+    : state_(std::make_shared<State>(session.Unattended(), std::move(names))),
+      task_([state = state_](const BackgroundTask::Notify& notify) { Run(*state, notify); }) {}
+
+void Collector::Run(State& state, const BackgroundTask::Notify& notify) {
+    for (auto name = state.names.begin(); name != state.names.end() && !state.IsStopping(); ++name) {
+        try {
+            Collection::Class cls;
+            cls.definition = state.session.Class(*name);
+            cls.instances = state.session.Instances(*cls.definition, false);
+            state.Add(std::move(cls));
+        } catch (const std::exception& exception) {
+            state.AddFailure(exception.what());
+        }
+        notify();
+    }
+}
+
+Collector::Progress Collector::Wait(std::chrono::milliseconds time) {
+    const bool has_ended = task_.Wait(time);
+    const std::lock_guard<std::mutex> lock(state_->mutex);
+    Progress progress = state_->progress;
+    progress.has_ended = has_ended;
+    return progress;
+}
+
+std::vector<std::string> Collector::TakeFailures() {
+    const std::lock_guard<std::mutex> lock(state_->mutex);
+    return std::exchange(state_->failures, {});
+}
+
+void Collector::Stop() {
+    const std::lock_guard<std::mutex> lock(state_->mutex);
+    state_->is_stopping = true;
+}
+
+Collection Collector::Collected() const {
+    const std::lock_guard<std::mutex> lock(state_->mutex);
+    Collection collected = state_->collected;
+    collected.complete = collected.complete && state_->progress.classes_done == state_->names.size();
+    return collected;
+}
+
+} // namespace cimhttp

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "commands/Collection.h"
+#include "connection/Session.h"
+#include "waiting/BackgroundTask.h"
+
+namespace cimhttp {
+
+/// Reads classes with all their instances, one after the other, in a thread of its own: so the program can show how far
+/// it has come, and end when the user wants it to, whatever the server does.
+class Collector {
+  public:
+    struct Progress {
+        std::size_t classes_done = 0; ///< read or failed
+        std::size_t instances = 0;
+        bool has_ended = false;
+    };
+
+    /// Begins to read. While that has not ended, see BackgroundTask about the end of the program.
+    Collector(Session session, std::vector<std::string> names);
+
+    /// Waits until something new is done, but no longer than this, and tells how far it has come.
+    Progress Wait(std::chrono::milliseconds time);
+
+    /// A line for each class that could not be read since the last call.
+    std::vector<std::string> TakeFailures();
+
+    /// Asks to read no further class. The one at hand is still waited for.
+    void Stop();
+
+    /// What is there so far. Its classes are not touched any more.
+    Collection Collected() const;
+
+  private:
+    struct State;
+
+    static void Run(State& state, const BackgroundTask::Notify& notify);
+
+    std::shared_ptr<State> state_; // the task has it too
+    BackgroundTask task_;
+};
+
+} // namespace cimhttp

@@ -1,0 +1,91 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <iosfwd>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "output/OutputFormat.h"
+
+namespace cimhttp {
+
+struct Connection;
+struct Options;
+class Attendant;
+class Command;
+class FailureLog;
+class Plugin;
+class Session;
+
+/// One positional argument of a command.
+struct CommandArgument {
+    std::string name; ///< as the help shows it, `NAME`
+    std::string help;
+    bool is_required;
+    std::string* target; ///< a member of the command
+};
+
+/// One option of a command. What it is given with goes to a member of the command: a flag to a bool, one value to a
+/// text or a number, an option that may be repeated to a list.
+struct CommandOption {
+    using Target = std::variant<bool*, std::string*, std::vector<std::string>*, double*, std::optional<std::size_t>*>;
+
+    std::string name;       ///< `--property`
+    std::string value_name; ///< as the help shows it, `NAME`; empty for a flag
+    std::string help;
+    Target target;
+};
+
+/// What the command line knows of a command.
+struct CommandDescription {
+    std::string name;
+    std::string help;
+    std::vector<CommandArgument> arguments;
+    std::vector<CommandOption> options;
+    std::vector<OutputFormat> formats; ///< those that --output may ask for, the usual one first; none for no choice
+    std::string footer;                ///< more help, below the options
+};
+
+/// What a command runs with.
+struct CommandContext {
+    const Options& options;
+    FailureLog& log; ///< the logger in force
+    std::ostream& output;
+    std::ostream& errors;
+
+    /// The form to write, which is one of those that the command describes; the first of them unless asked for.
+    OutputFormat Format(Command& command) const;
+
+    /// A session with the server that the options name. Says on the error stream when the server is not verified.
+    /// Throws Failure.
+    Session Connect() const;
+
+    /// The same with another connection than the options'.
+    Session ConnectTo(const Plugin& plugin, const Connection& connection) const;
+    Session ConnectTo(const Plugin& plugin, const Connection& connection, const Attendant& attendant) const;
+
+    /// Looks after the user as the options say. `on_interrupt`: see Attendant.
+    Attendant MakeAttendant(std::function<void()> on_interrupt) const;
+
+    /// Whether the error stream has a line for what goes on.
+    bool ShowsProgress() const;
+};
+
+/// One thing that the program does. Its arguments are members, which the command line fills as Describe() says.
+class Command {
+  public:
+    Command() = default;
+    virtual ~Command() = default;
+    Command(const Command&) = delete;
+    Command& operator=(const Command&) = delete;
+
+    virtual CommandDescription Describe() = 0;
+
+    /// Returns the exit status. Throws Failure.
+    virtual int Run(const CommandContext& context) = 0;
+};
+
+} // namespace cimhttp

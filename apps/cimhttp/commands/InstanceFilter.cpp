@@ -1,0 +1,58 @@
+#include "commands/InstanceFilter.h"
+
+#include <algorithm>
+
+#include "Failure.h"
+#include "host/ICIMInstance.h"
+#include "host/ICIMProperty.h"
+#include "host/ICIMPropertyDecl.h"
+#include "output/DisplayText.h"
+#include "output/InstanceListing.h"
+#include "text/Pattern.h"
+
+namespace cimhttp {
+
+namespace {
+
+using namespace NQORVYX20;
+
+constexpr unsigned char kDecimal = 10;
+
+bool IsMatch(const std::string& pattern, const ICIMProperty& property, const PluginAccess& access) {
+    const TCIMValue& value = property.GetValue(TCIMContext());
+    if (Matches(pattern, value.ToString(kDecimal))) {
+        return true;
+    }
+    const DisplayText display(access, property);
+    const auto matches = [&](const std::string& text) { return Matches(pattern, text); };
+    if (std::any_of(display.Texts().begin(), display.Texts().end(), matches)) {
+        return true;
+    }
+    if (!display.IsList()) {
+        return false;
+    }
+    const std::vector<TCIMValue>& elements = value;
+    return std::any_of(elements.begin(), elements.end(),
+                       [&](const TCIMValue& element) { return matches(element.ToString(kDecimal)); });
+}
+
+} // namespace
+
+InstanceFilter::InstanceFilter(const std::vector<std::string>& conditions, const ICIMClass& cls) {
+    for (const std::string& condition : conditions) {
+        const auto sign = condition.find('=');
+        if (sign == std::string::npos) {
+            throw Failure(Failure::kUsage, "'" + condition + "' is not a condition such as 'Name=eth*'");
+        }
+        const auto property = PropertiesOf(cls, {condition.substr(0, sign)}).front();
+        conditions_.push_back({property->GetName(TCIMContext()), condition.substr(sign + 1)});
+    }
+}
+
+bool InstanceFilter::Accepts(const ICIMInstance& instance, const PluginAccess& access) const {
+    return std::all_of(conditions_.begin(), conditions_.end(), [&](const Condition& condition) {
+        return IsMatch(condition.pattern, *instance.GetProperty(condition.property, TCIMContext()), access);
+    });
+}
+
+} // namespace cimhttp

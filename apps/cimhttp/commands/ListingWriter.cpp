@@ -1,0 +1,115 @@
+#include "commands/ListingWriter.h"
+
+#include <algorithm>
+#include <cctype>
+#include <ostream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Options.h"
+#include "commands/Command.h"
+#include "output/Json.h"
+#include "output/Listing.h"
+#include "output/TextTable.h"
+#include "text/TerminalText.h"
+
+namespace cimhttp {
+
+namespace {
+
+constexpr const char* kRecordEnd = "\r\n"; // RFC 4180, 2.1
+
+std::string MemberName(std::string heading) {
+    std::transform(heading.begin(), heading.end(), heading.begin(),
+                   [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
+    return heading;
+}
+
+void WriteJson(const Listing& listing, std::ostream& output) {
+    output << '[';
+    const char* separator = "\n";
+    for (const auto& row : listing.Rows()) {
+        JsonObject object;
+        for (std::size_t i = 0; i < row.size(); ++i) {
+            object.Add(MemberName(listing.Columns()[i].heading), JsonValue(row[i].value));
+        }
+        output << separator << object.Text();
+        separator = ",\n";
+    }
+    output << "\n]\n";
+}
+
+bool IsSpecial(char character) {
+    return character == ',' || character == '"' || character == '\r' || character == '\n';
+}
+
+void AppendField(std::string_view text, std::string& record) {
+    const bool is_bare =
+        !text.empty() && std::none_of(text.begin(), text.end(), IsSpecial) && text.front() != ' ' && text.back() != ' ';
+    if (is_bare) {
+        record += text;
+        return;
+    }
+    record += '"';
+    for (std::size_t end = text.find('"'); end != std::string_view::npos; end = text.find('"')) {
+        record.append(text, 0, end + 1) += '"';
+        text.remove_prefix(end + 1);
+    }
+    record.append(text) += '"';
+}
+
+/// `is_shown`: on a terminal, which the texts must not steer.
+void WriteCsv(const Listing& listing, bool is_shown, std::ostream& output) {
+    std::string record;
+    for (const Listing::Column& column : listing.Columns()) {
+        record += record.empty() ? "" : ",";
+        AppendField(column.heading, record);
+    }
+    output << record << kRecordEnd;
+    for (const auto& row : listing.Rows()) {
+        record.clear();
+        const char* separator = "";
+        for (const Cell& cell : row) {
+            record += separator;
+            if (is_shown && !cell.value.IsNull()) {
+                AppendField(PrintableLines(cell.text), record);
+            } else if (!cell.value.IsNull()) {
+                AppendField(cell.text, record);
+            }
+            separator = ",";
+        }
+        output << record << kRecordEnd;
+    }
+}
+
+void SayWhatIsLeftOut(std::size_t count, std::ostream& errors) {
+    if (count == 0) {
+        return;
+    }
+    errors << "cimhttp: " << count << (count == 1 ? " column is" : " columns are") << " left out; -o plain shows all\n";
+}
+
+} // namespace
+
+void WriteListing(const Listing& listing, OutputFormat format, const CommandContext& context) {
+    const TextStyle style{context.options.width, context.options.uses_color};
+    switch (format) {
+    case OutputFormat::kJson:
+        WriteJson(listing, context.output);
+        break;
+    case OutputFormat::kCsv:
+        WriteCsv(listing, context.options.is_output_terminal, context.output);
+        break;
+    case OutputFormat::kPlain:
+        WriteLists(listing, style, context.output);
+        break;
+    default: {
+        const auto left_out = WriteTable(listing, style, context.output);
+        context.output.flush(); // on a terminal, the remark stands below the table
+        SayWhatIsLeftOut(left_out.size(), context.errors);
+    }
+    }
+}
+
+} // namespace cimhttp

@@ -1,0 +1,46 @@
+#include "commands/MethodsCommand.h"
+
+#include <ostream>
+
+#include "commands/ListingWriter.h"
+#include "connection/Session.h"
+#include "output/DefinitionListing.h"
+#include "output/MofWriter.h"
+
+namespace cimhttp {
+
+CommandDescription MethodsCommand::Describe() {
+    return {"methods",
+            "Show the methods of a class",
+            {{"NAME", "The class", true, &name_}},
+            {},
+            {OutputFormat::kTable, OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv, OutputFormat::kMof},
+            "Example:\n    cimhttp --host server.example methods CIM_OperatingSystem"};
+}
+
+int MethodsCommand::Run(const CommandContext& context) {
+    Session session = context.Connect();
+    const RemoteClass cls = session.Definition(name_);
+    switch (const OutputFormat format = context.Format(*this)) {
+    case OutputFormat::kMof:
+        context.output << MethodsMof(cls, session.KnownQualifiers());
+        break;
+    case OutputFormat::kJson:
+        context.output << MethodsJson(cls) << '\n';
+        break;
+    case OutputFormat::kPlain:
+        for (const RemoteMethod& method : cls.methods) {
+            context.output << MethodSignature(method) << '\n';
+        }
+        break;
+    default:
+        if (format == OutputFormat::kTable && cls.methods.empty()) {
+            context.output << "no methods\n";
+        } else {
+            WriteListing(MethodListing(cls), format, context);
+        }
+    }
+    return 0;
+}
+
+} // namespace cimhttp

@@ -1,0 +1,60 @@
+#include "commands/QualifiersCommand.h"
+
+#include <strings.h>
+
+#include <algorithm>
+#include <ostream>
+
+#include "Failure.h"
+#include "commands/ListingWriter.h"
+#include "connection/Session.h"
+#include "output/DefinitionListing.h"
+#include "output/MofWriter.h"
+
+namespace cimhttp {
+
+namespace {
+
+std::vector<RemoteQualifierDeclaration> InOrder(std::vector<RemoteQualifierDeclaration> declarations) {
+    std::sort(declarations.begin(), declarations.end(), [](const auto& one, const auto& other) {
+        return ::strcasecmp(one.name.c_str(), other.name.c_str()) < 0;
+    });
+    return declarations;
+}
+
+void WriteMof(const std::vector<RemoteQualifierDeclaration>& declarations, std::ostream& output) {
+    const char* separator = "";
+    for (const RemoteQualifierDeclaration& declaration : declarations) {
+        output << separator << QualifierMof(declaration);
+        separator = "\n";
+    }
+}
+
+} // namespace
+
+CommandDescription QualifiersCommand::Describe() {
+    return {"qualifiers",
+            "Show the qualifiers that the server declares, or those of a class",
+            {},
+            {{"--class", "NAME", "Show the qualifiers of this class and of its elements", &class_}},
+            {OutputFormat::kTable, OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv, OutputFormat::kMof},
+            "Example:\n    cimhttp --host server.example qualifiers --class CIM_Process"};
+}
+
+int QualifiersCommand::Run(const CommandContext& context) {
+    const OutputFormat format = context.Format(*this);
+    if (!class_.empty() && format == OutputFormat::kMof) {
+        throw Failure(Failure::kUsage, "the MOF of a class's qualifiers is that of the class: cimhttp class " + class_);
+    }
+    Session session = context.Connect();
+    if (!class_.empty()) {
+        WriteListing(QualifierListing(session.Definition(class_)), format, context);
+    } else if (format == OutputFormat::kMof) {
+        WriteMof(InOrder(session.QualifierDeclarations()), context.output);
+    } else {
+        WriteListing(DeclarationListing(InOrder(session.QualifierDeclarations())), format, context);
+    }
+    return 0;
+}
+
+} // namespace cimhttp

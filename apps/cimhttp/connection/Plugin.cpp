@@ -1,0 +1,60 @@
+#include "connection/Plugin.h"
+
+#include <dlfcn.h>
+
+#include "Failure.h"
+#include "connection/ProgramFolder.h"
+#include "host/ICIMNamespace.h"
+#include "host/INamespaceProvider.h"
+#include "host/INamespaceProviderManager.h"
+#include "host/TRootObject.h"
+
+namespace cimhttp {
+
+namespace {
+
+using NQORVYX20::INamespaceProvider;
+using NQORVYX20::TCIMContext;
+using NQORVYX20::TCIMValue;
+using NQORVYX20::TRootObject;
+
+constexpr const char* kProviderName = "cimhttp";
+
+/// Loads a library for the rest of the process.
+void* LoadLibrary(const std::string& path, const std::string& what) {
+    void* const library = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (library == nullptr) {
+        throw Failure(Failure::kOther, what + " cannot be loaded: " + ::dlerror());
+    }
+    return library;
+}
+
+boost::shared_ptr<INamespaceProvider> LoadProvider(const std::string& path) {
+    LoadLibrary(path, "the plug-in");
+    auto provider = TRootObject::GetNamespaceProviderManager()->GetNamespaceProvider(kProviderName);
+    if (!provider) {
+        throw Failure(Failure::kOther, path + " is not the plug-in: it registers no provider '" + kProviderName + "'");
+    }
+    return provider;
+}
+
+/// The plug-in must be loaded already.
+const PluginAccess* LoadAccess() {
+    void* const library = LoadLibrary(LibraryBesideProgram(kPluginAccessLibrary), "the program's own library");
+    void* const function = ::dlsym(library, kPluginAccessFunction);
+    if (function == nullptr) {
+        throw Failure(Failure::kOther, std::string("the program's own library is damaged: ") + ::dlerror());
+    }
+    return reinterpret_cast<PluginAccessFunction*>(function)();
+}
+
+} // namespace
+
+Plugin::Plugin(const std::string& path) : path_(path), provider_(LoadProvider(path)), access_(LoadAccess()) {}
+
+boost::shared_ptr<NQORVYX20::ICIMNamespace> Plugin::AllocateNamespace() const {
+    const TCIMContext context{{"pluginNameQualDeclValue", TCIMValue(kProviderName)}};
+    return provider_->AllocateNamespace(context, false);
+}
+
+} // namespace cimhttp

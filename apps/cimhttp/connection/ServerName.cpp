@@ -1,0 +1,81 @@
+#include "connection/ServerName.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include "Failure.h"
+
+namespace cimhttp {
+
+namespace {
+
+/// Takes `prefix` off the front of `text`. False where it is not there.
+bool TakePrefix(std::string& text, const std::string& prefix) {
+    const bool is_there = text.compare(0, prefix.size(), prefix) == 0;
+    if (is_there) {
+        text.erase(0, prefix.size());
+    }
+    return is_there;
+}
+
+std::optional<bool> TakeScheme(std::string& text) {
+    const bool is_https = TakePrefix(text, "https://");
+    if (!is_https && !TakePrefix(text, "http://")) {
+        return std::nullopt;
+    }
+    if (!text.empty() && text.back() == '/') {
+        text.pop_back();
+    }
+    return is_https;
+}
+
+/// Splits `host:port` and `[host]:port`; an IPv6 address without brackets has no port.
+std::string TakePort(std::string& host) {
+    std::string port;
+    const auto colon = host.rfind(':');
+    const bool is_bracketed = host.front() == '[';
+    const bool has_port =
+        colon != std::string::npos && (is_bracketed ? host[colon - 1] == ']' : host.find(':') == colon);
+    if (has_port) {
+        port = host.substr(colon + 1);
+        host.erase(colon);
+    }
+    if (is_bracketed && host.back() == ']') {
+        host = host.substr(1, host.size() - 2);
+    }
+    return port;
+}
+
+bool IsPlausible(const std::string& host) {
+    const auto is_plausible = [](unsigned char letter) {
+        return std::isalnum(letter) != 0 || letter > 0x7f ||
+               std::string(".-_:%").find(static_cast<char>(letter)) != std::string::npos;
+    };
+    return !host.empty() && std::all_of(host.begin(), host.end(), is_plausible);
+}
+
+} // namespace
+
+ServerName ParseServerName(const std::string& text) {
+    ServerName server{text, std::nullopt};
+    server.tls = TakeScheme(server.host);
+    const std::string port = server.host.empty() ? std::string() : TakePort(server.host);
+    if (!IsPlausible(server.host)) {
+        throw Failure(Failure::kUsage, "'" + text + "' is not the name or address of a server");
+    }
+    if (port.empty()) {
+        return server;
+    }
+    const bool is_https = port == std::to_string(kHttpsPort);
+    if (!is_https && port != std::to_string(kHttpPort)) {
+        throw Failure(Failure::kUsage, "no CIM server is reached through port " + port + " ('" + text +
+                                           "'): they listen on 5988, and with TLS on 5989");
+    }
+    if (server.tls.value_or(is_https) != is_https) {
+        throw Failure(Failure::kUsage, "'" + text + "': https goes with port 5989, http with port 5988");
+    }
+    server.tls = is_https;
+    return server;
+}
+
+} // namespace cimhttp

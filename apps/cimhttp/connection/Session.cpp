@@ -1,0 +1,195 @@
+#include "connection/Session.h"
+
+#include "Failure.h"
+#include "connection/RemoteReason.h"
+#include "connection/ServerProbe.h"
+#include "host/ICIMClass.h"
+#include "host/ICIMInstance.h"
+#include "host/ICIMNamespace.h"
+#include "host/TVYXException.h"
+#include "text/NearestNames.h"
+#include "text/PathFault.h"
+
+namespace cimhttp {
+
+namespace {
+
+using NQORVYX20::ICIMClass;
+using NQORVYX20::ICIMInstance;
+using NQORVYX20::TCIMContext;
+using NQORVYX20::TVYXException;
+
+constexpr const char* kNotValid = "its definition is not valid";
+
+Failure NotAName(const std::string& name) { return {Failure::kUsage, "'" + name + "' is not a class name"}; }
+
+std::string NoConnection(const Connection& connection, const std::string& reason) {
+    return "no connection to " + connection.Url() + ": " + ExplainFailedConnect(connection, reason);
+}
+
+/// The plug-in has no time-out for connecting; the user has one.
+Attendant::Limit LimitOf(const Connection& connection) {
+    return {connection.ConnectTimeout(), [&connection] {
+                const auto seconds = connection.ConnectTimeout().count();
+                return Failure(Failure::kConnection,
+                               NoConnection(connection, "it took longer than " + std::to_string(seconds) +
+                                                            (seconds == 1 ? " second" : " seconds")));
+            }};
+}
+
+} // namespace
+
+Session::Session(const Plugin& plugin, const Connection& connection, FailureLog& log, const Attendant& attendant)
+    : log_(log),
+      plugin_(plugin),
+      connection_(connection),
+      attendant_(attendant),
+      namespace_(plugin_.AllocateNamespace()) {
+    const auto connect = [this] {
+        plugin_.Access().Connect(*namespace_, connection_.host, connection_.user, connection_.password,
+                                 connection_.Port());
+    };
+    try {
+        attendant.Attend("connecting to " + Server(), connect, LimitOf(connection_));
+    } catch (const TVYXException& exception) {
+        const std::string reason = log_.TakeReason();
+        throw Failure(Failure::kConnection, NoConnection(connection_, reason.empty() ? exception.what() : reason));
+    }
+    plugin_.Access().SetTimeout(*namespace_, connection_.timeout);
+}
+
+Session Session::Unattended() const {
+    Session session = *this;
+    session.attendant_.reset();
+    return session;
+}
+
+template <typename Operation>
+auto Session::Attended(const std::string& thing, const Operation& operation) const {
+    return attendant_ ? attendant_->Read("reading " + thing, operation) : operation();
+}
+
+void Session::Fail(const std::string& what, const std::string& reason) const {
+    const RemoteReason remote(reason, connection_);
+    throw Failure(remote.Status(), what + ": " + remote.Text());
+}
+
+std::vector<std::string> Session::ClassNames() {
+    log_.TakeReason();
+    auto names = Attended("the names of the classes", [&] { return plugin_.Access().ClassNames(*namespace_); });
+    const std::string reason = log_.TakeReason();
+    if (!reason.empty()) {
+        Fail("the classes of " + Server() + " cannot be listed", reason);
+    }
+    return names;
+}
+
+template <typename Operation>
+auto Session::Remotely(const std::string& thing, const Operation& operation) const {
+    try {
+        return Attended(thing, operation);
+    } catch (const RemoteFailure& failure) {
+        Fail(thing + " cannot be read from " + Server(), failure.what());
+    }
+}
+
+std::vector<RemoteClassName> Session::Hierarchy() {
+    return Remotely("the hierarchy of classes", [&] { return plugin_.Access().ReadHierarchy(*namespace_); });
+}
+
+RemoteClass Session::Definition(const std::string& name) {
+    try {
+        return Attended("the class " + name, [&] { return plugin_.Access().ReadClass(*namespace_, name); });
+    } catch (const RemoteFailure& failure) {
+        FailAboutClass(name, failure.what());
+    } catch (const std::invalid_argument&) {
+        throw NotAName(name);
+    }
+}
+
+std::vector<RemoteQualifierDeclaration> Session::QualifierDeclarations() {
+    return Remotely("the qualifiers", [&] { return plugin_.Access().ReadQualifierDeclarations(*namespace_); });
+}
+
+std::vector<RemoteQualifierDeclaration> Session::KnownQualifiers() {
+    try {
+        return Attended("the qualifiers", [&] { return plugin_.Access().ReadQualifierDeclarations(*namespace_); });
+    } catch (const RemoteFailure&) {
+        return {};
+    }
+}
+
+boost::shared_ptr<ICIMInstance> Session::Instance(const std::string& path) {
+    log_.TakeReason();
+    try {
+        auto instance =
+            Remotely("the instance " + path, [&] { return plugin_.Access().ReadInstance(*namespace_, path); });
+        if (!instance) {
+            const std::string reason = log_.TakeReason();
+            Fail("the class of " + path + " cannot be read from " + Server(), reason.empty() ? kNotValid : reason);
+        }
+        return instance;
+    } catch (const std::invalid_argument&) {
+        const std::string fault = PathFault(path);
+        throw Failure(Failure::kUsage, "'" + path + "' is not an object path" +
+                                           (fault.empty() ? R"( such as 'CIM_Disk.Name="a",Number=3')" : ": " + fault));
+    }
+}
+
+boost::shared_ptr<ICIMClass> Session::FindClass(const std::string& name) {
+    try {
+        if (!name.empty()) { // which would be the root of all classes
+            return Attended("the class " + name, [&] { return namespace_->GetClass(name, TCIMContext()); });
+        }
+    } catch (const TVYXException&) {
+        // not the form of a name
+    }
+    throw NotAName(name);
+}
+
+boost::shared_ptr<ICIMClass> Session::Class(const std::string& name) {
+    log_.TakeReason();
+    auto cls = FindClass(name);
+    if (!cls) {
+        FailAboutClass(name, log_.TakeReason());
+    }
+    return cls;
+}
+
+void Session::FailAboutClass(const std::string& name, const std::string& reason) {
+    if (!reason.empty() && RemoteReason(reason, connection_).Status() == Failure::kNotFound) {
+        throw Failure(Failure::kNotFound, "there is no class " + name + " on " + Server() + SuggestionFor(name));
+    }
+    Fail("the class " + name + " cannot be read from " + Server(), reason.empty() ? kNotValid : reason);
+}
+
+std::string Session::SuggestionFor(const std::string& name) {
+    try {
+        return DidYouMean(NearestNames(name, ClassNames()));
+    } catch (const Failure&) {
+        return {}; // a server that does not list its classes
+    }
+}
+
+std::vector<boost::shared_ptr<ICIMInstance>> Session::Instances(ICIMClass& cls, bool deep) {
+    const std::string name = cls.GetName(TCIMContext());
+    const auto read = [&] {
+        std::vector<boost::shared_ptr<ICIMInstance>> instances;
+        cls.EnumerateInstances(
+            [&](const boost::shared_ptr<ICIMInstance>& instance) {
+                instances.push_back(instance);
+                return true;
+            },
+            deep, TCIMContext());
+        return instances;
+    };
+    log_.TakeReason();
+    auto instances = Attended("the instances of " + name, read);
+    const std::string reason = log_.TakeReason();
+    if (!reason.empty()) {
+        Fail("the instances of " + name + " cannot be read from " + Server(), reason);
+    }
+    return instances;
+}
+
+} // namespace cimhttp

@@ -1,0 +1,169 @@
+#include "output/MofText.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+#include "host/TCIMValue.h"
+#include "text/Utf8.h"
+
+namespace cimhttp {
+
+namespace {
+
+using NQORVYX20::TCIMValue;
+using ECIMType = TCIMValue::TCIMType::ECIMType;
+
+constexpr unsigned char kDecimal = 10;
+constexpr std::size_t kLineWidth = 100;
+constexpr std::size_t kLeastRoom = 20; // for a literal, however deep it is indented
+
+std::string LineBreak(std::size_t indent) { return '\n' + std::string(indent, ' '); }
+
+/// One character between quotes.
+std::string Escaped(char32_t character, char quote) {
+    switch (character) {
+    case '\b':
+        return "\\b";
+    case '\t':
+        return "\\t";
+    case '\n':
+        return "\\n";
+    case '\f':
+        return "\\f";
+    case '\r':
+        return "\\r";
+    default:
+        break;
+    }
+    std::string text;
+    if (character == static_cast<unsigned char>(quote) || character == '\\') {
+        text += '\\';
+    }
+    if (IsControl(character)) {
+        char escape[sizeof "\\x0000"];
+        std::snprintf(escape, sizeof escape, "\\x%04X", static_cast<unsigned>(character));
+        return escape;
+    }
+    AppendUtf8(character, text);
+    return text;
+}
+
+/// The characters of a text, each escaped.
+std::vector<std::string> EscapedCharacters(const std::string& text, char quote) {
+    std::vector<std::string> characters;
+    for (std::size_t i = 0; i < text.size();) {
+        const Utf8Character character = CharacterAt(text, i);
+        characters.push_back(Escaped(character.value, quote));
+        i += character.size;
+    }
+    return characters;
+}
+
+std::string Quoted(const std::string& text, char quote) {
+    std::string literal(1, quote);
+    for (const std::string& character : EscapedCharacters(text, quote)) {
+        literal += character;
+    }
+    return literal + quote;
+}
+
+/// The end of the piece that begins at `begin`: behind the last blank that fits, or within a word wider than a line.
+std::size_t EndOfPiece(const std::vector<std::string>& characters, std::size_t begin, std::size_t room) {
+    std::size_t used = 0;
+    std::size_t end_of_word = begin;
+    for (std::size_t i = begin; i < characters.size(); ++i) {
+        used += characters[i].size();
+        if (used > room) {
+            return end_of_word > begin ? end_of_word : i;
+        }
+        if (characters[i] == " ") {
+            end_of_word = i + 1;
+        }
+    }
+    return characters.size();
+}
+
+std::string StringLiteral(const std::string& text, std::size_t indent) {
+    const auto characters = EscapedCharacters(text, '"');
+    const std::size_t room = indent + kLeastRoom > kLineWidth ? kLeastRoom : kLineWidth - indent - 2;
+    std::string literal;
+    std::size_t begin = 0;
+    do {
+        const std::size_t end = EndOfPiece(characters, begin, room);
+        literal += begin == 0 ? "\"" : LineBreak(indent) + '"';
+        for (; begin < end; ++begin) {
+            literal += characters[begin];
+        }
+        literal += '"';
+    } while (begin < characters.size());
+    return literal;
+}
+
+/// MOF demands a point and a digit behind it (realValue).
+std::string RealText(const TCIMValue& value) {
+    if (!std::isfinite(static_cast<double>(value))) {
+        return "NULL";
+    }
+    std::string text = value.ToString(kDecimal);
+    if (text.find('.') == std::string::npos) {
+        text.insert(std::min(text.find('e'), text.size()), ".0");
+    }
+    return text;
+}
+
+std::string ScalarText(const TCIMValue& value, std::size_t indent) {
+    switch (value.GetType()) {
+    case ECIMType::eCIMString:
+        return StringLiteral(value.ToString(kDecimal), indent);
+    case ECIMType::eCIMDateTime:
+    case ECIMType::eCIMReference:
+        return Quoted(value.ToString(kDecimal), '"');
+    case ECIMType::eCIMChar16:
+        return Quoted(value.ToString(kDecimal), '\'');
+    case ECIMType::eCIMReal32:
+    case ECIMType::eCIMReal64:
+        return RealText(value);
+    default:
+        return value.ToString(kDecimal);
+    }
+}
+
+/// The columns up to the last line's end.
+std::size_t ColumnBehind(const std::string& text, std::size_t column) {
+    const std::size_t line_end = text.rfind('\n');
+    return line_end == std::string::npos ? column + text.size() : text.size() - line_end - 1;
+}
+
+} // namespace
+
+std::string MofList(const std::vector<std::string>& items, std::size_t indent) {
+    std::string list;
+    std::size_t column = indent;
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        if (i > 0) {
+            const bool fits = column + items[i].size() + 3 < kLineWidth;
+            list += fits ? ", " : "," + LineBreak(indent);
+            column = fits ? column + 2 : indent;
+        }
+        list += items[i];
+        column = ColumnBehind(items[i], column);
+    }
+    return list;
+}
+
+std::string MofValue(const TCIMValue& value, std::size_t indent) {
+    if (value.IsNull()) {
+        return "NULL";
+    }
+    if (!value.IsArray()) {
+        return ScalarText(value, indent);
+    }
+    std::vector<std::string> items;
+    for (const TCIMValue& element : static_cast<const std::vector<TCIMValue>&>(value)) {
+        items.push_back(MofValue(element, indent + 1));
+    }
+    return '{' + MofList(items, indent + 1) + '}';
+}
+
+} // namespace cimhttp

@@ -1,0 +1,253 @@
+#include "output/MofWriter.h"
+
+#include <strings.h>
+
+#include <algorithm>
+
+#include "access/RemoteModel.h"
+#include "host/ICIMClass.h"
+#include "host/ICIMInstance.h"
+#include "host/ICIMProperty.h"
+#include "host/ICIMPropertyDecl.h"
+#include "output/MofText.h"
+#include "text/TerminalText.h"
+
+namespace cimhttp {
+
+namespace {
+
+using namespace NQORVYX20;
+
+constexpr std::size_t kIndent = 4;
+
+std::string Blanks(std::size_t count) { return std::string(count, ' '); }
+
+bool IsName(const std::string& name, const char* other) { return ::strcasecmp(name.c_str(), other) == 0; }
+
+std::vector<std::string> DifferingFlavors(const RemoteFlavor& flavor, const RemoteFlavor& usual) {
+    std::vector<std::string> words;
+    if (flavor.overridable != usual.overridable) {
+        words.emplace_back(flavor.overridable ? "EnableOverride" : "DisableOverride");
+    }
+    if (flavor.to_subclass != usual.to_subclass) {
+        words.emplace_back(flavor.to_subclass ? "ToSubclass" : "Restricted");
+    }
+    if (flavor.translatable && !usual.translatable) {
+        words.emplace_back("Translatable");
+    }
+    return words;
+}
+
+/// Writes the parts of one class.
+class ClassWriter {
+  public:
+    ClassWriter(const RemoteClass& cls, const std::vector<RemoteQualifierDeclaration>& declarations, bool is_whole)
+        : cls_(cls), declarations_(declarations), is_whole_(is_whole) {}
+
+    std::string Class() const {
+        std::string head = QualifierList(cls_.qualifiers, 0) + "class " + Printable(cls_.name);
+        if (!is_whole_ && !cls_.superclass.empty()) {
+            head += " : " + Printable(cls_.superclass);
+        }
+        std::vector<std::string> features;
+        for (const RemoteProperty& property : cls_.properties) {
+            if (is_whole_ || !property.is_inherited) {
+                features.push_back(Property(property));
+            }
+        }
+        for (const RemoteMethod& method : cls_.methods) {
+            if (is_whole_ || !method.is_inherited) {
+                features.push_back(Method(method));
+            }
+        }
+        if (!is_whole_) {
+            AddInherited(features);
+        }
+        return head + "\n{\n" + Joined(features) + "};\n";
+    }
+
+    std::string Methods() const {
+        std::vector<std::string> features;
+        for (const RemoteMethod& method : cls_.methods) {
+            features.push_back(Method(method));
+        }
+        return Joined(features);
+    }
+
+  private:
+    static std::string Joined(const std::vector<std::string>& features) {
+        std::string text;
+        for (const std::string& feature : features) {
+            text += (text.empty() ? "" : "\n") + feature;
+        }
+        return text;
+    }
+
+    std::string Property(const RemoteProperty& property) const {
+        std::string text = QualifierList(property.qualifiers, kIndent) + Blanks(kIndent) + MofType(property.type) +
+                           ' ' + Printable(property.name) + MofArray(property.type);
+        if (!property.default_value.IsNull()) {
+            text += " = " + MofValue(property.default_value, kIndent + 2);
+        }
+        return text + ";\n";
+    }
+
+    std::string Method(const RemoteMethod& method) const {
+        std::string text = QualifierList(method.qualifiers, kIndent) + Blanks(kIndent) + MofType(method.type) + ' ' +
+                           Printable(method.name) + '(';
+        const char* separator = "\n";
+        for (const RemoteParameter& parameter : method.parameters) {
+            text += separator + QualifierList(parameter.qualifiers, 2 * kIndent) + Blanks(2 * kIndent) +
+                    MofType(parameter.type) + ' ' + Printable(parameter.name) + MofArray(parameter.type);
+            separator = ",\n";
+        }
+        return text + ");\n";
+    }
+
+    /// A comment for each class that features are inherited from.
+    void AddInherited(std::vector<std::string>& features) const {
+        for (const std::string& origin : Origins()) {
+            std::string text =
+                Blanks(kIndent) + "// Inherited" + (origin.empty() ? "" : " from " + Printable(origin)) + ":\n";
+            for (const RemoteProperty& property : cls_.properties) {
+                if (property.is_inherited && property.origin == origin) {
+                    text += Comment((IsKey(property) ? "[Key] " : "") + MofType(property.type) + ' ' + property.name +
+                                    MofArray(property.type));
+                }
+            }
+            for (const RemoteMethod& method : cls_.methods) {
+                if (method.is_inherited && method.origin == origin) {
+                    text += Comment(MethodSignature(method));
+                }
+            }
+            features.push_back(text);
+        }
+    }
+
+    /// The classes that features are inherited from, in the order in which the server names them.
+    std::vector<std::string> Origins() const {
+        std::vector<std::string> origins;
+        const auto add = [&](const auto& feature) {
+            if (feature.is_inherited && std::find(origins.begin(), origins.end(), feature.origin) == origins.end()) {
+                origins.push_back(feature.origin);
+            }
+        };
+        std::for_each(cls_.properties.begin(), cls_.properties.end(), add);
+        std::for_each(cls_.methods.begin(), cls_.methods.end(), add);
+        return origins;
+    }
+
+    static bool IsKey(const RemoteProperty& property) {
+        return std::any_of(property.qualifiers.begin(), property.qualifiers.end(), [](const auto& qualifier) {
+            return IsName(qualifier.name, "Key") && qualifier.value == TCIMValue(true);
+        });
+    }
+
+    static std::string Comment(const std::string& feature) {
+        return Blanks(kIndent) + "//   " + Printable(feature) + ";\n";
+    }
+
+    /// `[Key, MaxLen(256)]` and a line end; nothing for an element without qualifiers.
+    std::string QualifierList(const std::vector<RemoteQualifier>& qualifiers, std::size_t indent) const {
+        std::string list;
+        for (const RemoteQualifier& qualifier : qualifiers) {
+            if (is_whole_ && IsName(qualifier.name, "Override")) {
+                continue;
+            }
+            list += list.empty() ? Blanks(indent) + '[' : ",\n" + Blanks(indent + 1);
+            list += Qualifier(qualifier, indent + 1);
+        }
+        return list.empty() ? list : list + "]\n";
+    }
+
+    std::string Qualifier(const RemoteQualifier& qualifier, std::size_t indent) const {
+        std::string text = Printable(qualifier.name);
+        const TCIMValue& value = qualifier.value;
+        const std::size_t column = indent + DisplayWidth(text) + 1;
+        if (value.IsArray() && !value.IsNull()) {
+            text += ' ' + MofValue(value, column);
+        } else if (value != TCIMValue(true)) {
+            text += '(' + MofValue(value, column) + ')';
+        }
+        const char* separator = " : ";
+        for (const std::string& flavor : DifferingFlavors(qualifier.flavor, FlavorOf(qualifier.name))) {
+            text += separator + flavor;
+            separator = " ";
+        }
+        return text;
+    }
+
+    RemoteFlavor FlavorOf(const std::string& name) const {
+        const auto declaration = std::find_if(declarations_.begin(), declarations_.end(),
+                                              [&](const auto& one) { return IsName(one.name, name.c_str()); });
+        return declaration == declarations_.end() ? RemoteFlavor() : declaration->flavor;
+    }
+
+    const RemoteClass& cls_;
+    const std::vector<RemoteQualifierDeclaration>& declarations_;
+    bool is_whole_;
+};
+
+} // namespace
+
+std::string MofType(const RemoteType& type) {
+    if (!type.reference_class.empty()) {
+        return Printable(type.reference_class) + " REF";
+    }
+    return type.name == "reference" ? "object REF" : type.name;
+}
+
+std::string MofArray(const RemoteType& type) {
+    if (!type.is_array) {
+        return {};
+    }
+    return type.array_size == 0 ? "[]" : '[' + std::to_string(type.array_size) + ']';
+}
+
+std::string MethodSignature(const RemoteMethod& method) {
+    std::string text = MofType(method.type) + ' ' + Printable(method.name) + '(';
+    const char* separator = "";
+    for (const RemoteParameter& parameter : method.parameters) {
+        text += separator + MofType(parameter.type) + ' ' + Printable(parameter.name) + MofArray(parameter.type);
+        separator = ", ";
+    }
+    return text + ')';
+}
+
+std::vector<std::string> UnusualFlavors(const RemoteQualifier& qualifier) {
+    return DifferingFlavors(qualifier.flavor, RemoteFlavor());
+}
+
+std::string ClassMof(const RemoteClass& cls, const std::vector<RemoteQualifierDeclaration>& declarations,
+                     bool is_whole) {
+    return ClassWriter(cls, declarations, is_whole).Class();
+}
+
+std::string MethodsMof(const RemoteClass& cls, const std::vector<RemoteQualifierDeclaration>& declarations) {
+    return ClassWriter(cls, declarations, false).Methods();
+}
+
+std::string QualifierMof(const RemoteQualifierDeclaration& declaration) {
+    std::string text = "Qualifier " + Printable(declaration.name) + " : " + MofType(declaration.type) +
+                       MofArray(declaration.type) + " = " + MofValue(declaration.default_value, kIndent) +
+                       ",\n    Scope(" + MofList(declaration.scopes, kIndent) + "),\n    Flavor(";
+    text += declaration.flavor.overridable ? "EnableOverride, " : "DisableOverride, ";
+    text += declaration.flavor.to_subclass ? "ToSubclass" : "Restricted";
+    return text + (declaration.flavor.translatable ? ", Translatable);\n" : ");\n");
+}
+
+std::string InstanceMof(const ICIMInstance& instance,
+                        const std::vector<boost::shared_ptr<ICIMPropertyDecl>>& properties) {
+    std::string text = "instance of " + Printable(instance.GetClass(TCIMContext())->GetName(TCIMContext())) + "\n{\n";
+    for (const auto& declaration : properties) {
+        const std::string& name = declaration->GetName(TCIMContext());
+        const auto property = instance.GetProperty(name, TCIMContext());
+        if (!property->GetValue(TCIMContext()).IsNull()) {
+            const std::string head = Blanks(kIndent) + Printable(name) + " = ";
+            text += head + MofValue(property->GetValue(TCIMContext()), DisplayWidth(head)) + ";\n";
+        }
+    }
+    return text + "};\n";
+}
+
+} // namespace cimhttp

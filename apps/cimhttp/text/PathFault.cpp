@@ -1,0 +1,113 @@
+#include "text/PathFault.h"
+
+#include <strings.h>
+
+#include <algorithm>
+#include <cctype>
+
+namespace cimhttp {
+
+namespace {
+
+constexpr unsigned char kFirstBeyondAscii = 0x80;
+
+bool BeginsName(unsigned char letter) {
+    return std::isalpha(letter) != 0 || letter == '_' || letter >= kFirstBeyondAscii;
+}
+
+bool ContinuesName(unsigned char letter) { return BeginsName(letter) || std::isdigit(letter) != 0; }
+
+bool IsBareValue(const std::string& text) {
+    const bool is_number = !text.empty() &&
+                           text.find_first_not_of("+-.0123456789abcdefABCDEFxX") == std::string::npos &&
+                           text.find_first_of("0123456789") != std::string::npos;
+    return is_number || ::strcasecmp(text.c_str(), "true") == 0 || ::strcasecmp(text.c_str(), "false") == 0;
+}
+
+/// Reads a path from the left up to what is wrong.
+class PathReader {
+  public:
+    explicit PathReader(const std::string& path) : path_(path), place_(BeginOfClass(path)) {}
+
+    std::string Fault() {
+        if (!SkipName()) {
+            return Expected("the name of a class");
+        }
+        if (place_ == path_.size()) {
+            return {};
+        }
+        if (!Skip('.')) {
+            return Expected("a point and the keys");
+        }
+        std::string fault;
+        do {
+            fault = KeyFault();
+        } while (fault.empty() && Skip(','));
+        return !fault.empty() || place_ == path_.size() ? fault : Expected("a comma or the end");
+    }
+
+  private:
+    /// Behind the server and the namespace, `//server/root/cimv2:`.
+    static std::size_t BeginOfClass(const std::string& path) {
+        const std::size_t colon = path.find(':');
+        const std::size_t keys = path.find_first_of("=\"");
+        return colon == std::string::npos || colon > keys ? 0 : colon + 1;
+    }
+
+    std::string KeyFault() {
+        if (!SkipName()) {
+            return Expected("the name of a key");
+        }
+        if (!Skip('=')) {
+            return Expected("an equals sign");
+        }
+        if (Skip('"')) {
+            return SkipQuoted() ? std::string() : Expected("the quote that ends the text");
+        }
+        const std::size_t end = std::min(path_.find(',', place_), path_.size());
+        if (!IsBareValue(path_.substr(place_, end - place_))) {
+            return Expected("a text in double quotes (which a shell takes away unless single ones are around them), a "
+                            "number, true or false");
+        }
+        place_ = end;
+        return {};
+    }
+
+    bool Skip(char letter) {
+        const bool is_there = place_ < path_.size() && path_[place_] == letter;
+        place_ += is_there ? 1 : 0;
+        return is_there;
+    }
+
+    bool SkipName() {
+        if (place_ == path_.size() || !BeginsName(static_cast<unsigned char>(path_[place_]))) {
+            return false;
+        }
+        while (place_ < path_.size() && ContinuesName(static_cast<unsigned char>(path_[place_]))) {
+            ++place_;
+        }
+        return true;
+    }
+
+    /// The rest of a text in quotes, where a backslash takes the meaning from the next character.
+    bool SkipQuoted() {
+        while (place_ < path_.size() && path_[place_] != '"') {
+            place_ = std::min(place_ + (path_[place_] == '\\' ? 2 : 1), path_.size());
+        }
+        return Skip('"');
+    }
+
+    std::string Expected(const std::string& thing) const {
+        return (place_ == 0 ? "at its begin" : "behind '" + path_.substr(0, place_) + "'") + " there should be " +
+               thing;
+    }
+
+    const std::string& path_;
+    std::size_t place_;
+};
+
+} // namespace
+
+std::string PathFault(const std::string& path) { return PathReader(path).Fault(); }
+
+} // namespace cimhttp

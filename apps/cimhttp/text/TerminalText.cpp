@@ -1,0 +1,138 @@
+#include "text/TerminalText.h"
+
+#include <algorithm>
+
+#include "text/CharacterWidth.h"
+#include "text/Utf8.h"
+
+namespace cimhttp {
+
+namespace {
+
+constexpr char32_t kControlPictures = 0x2400;
+constexpr char32_t kDelete = 0x7F;
+constexpr char32_t kPictureOfDelete = 0x2421;
+constexpr const char* kSeparators = "_-/\\.,:;=|&@+"; // between the parts of a long word
+
+bool IsWhite(char32_t character) { return character == '\n' || character == '\r' || character == '\t'; }
+
+char32_t Shown(char32_t character) {
+    if (IsWhite(character)) {
+        return ' ';
+    }
+    if (character < 0x20) {
+        return kControlPictures + character;
+    }
+    if (character == kDelete) {
+        return kPictureOfDelete;
+    }
+    return IsControl(character) ? kReplacementCharacter : character;
+}
+
+std::string Shown(std::string_view text, bool keeps_line_ends) {
+    std::string shown;
+    shown.reserve(text.size());
+    while (true) {
+        const std::size_t plain = PlainAsciiSize(text);
+        shown.append(text, 0, plain);
+        text.remove_prefix(plain);
+        if (text.empty()) {
+            return shown;
+        }
+        const Utf8Character character = CharacterAt(text, 0);
+        const bool is_kept = keeps_line_ends && character.value == '\n';
+        AppendUtf8(is_kept ? character.value : Shown(character.value), shown);
+        text.remove_prefix(character.size);
+    }
+}
+
+/// Where the part of a text ends that begins at `begin` and has `width` columns at most, but one character at least.
+std::size_t EndOfFit(std::string_view text, std::size_t begin, std::size_t width) {
+    if (text.size() - begin <= width) {
+        return text.size(); // no character takes more columns than bytes
+    }
+    std::size_t used = 0;
+    std::size_t end = begin;
+    while (end < text.size()) {
+        const Utf8Character character = CharacterAt(text, end);
+        used += CharacterWidth(character.value);
+        if (used > width && end > begin) {
+            break;
+        }
+        end += character.size;
+    }
+    return end;
+}
+
+/// Cuts a text into lines from its front.
+class Folder {
+  public:
+    Folder(std::string_view text, std::size_t width) : text_(text), width_(width) {}
+
+    std::string_view NextLine() {
+        const std::size_t begin = offset_;
+        const std::size_t fit = EndOfFit(text_, begin, width_);
+        if (fit == text_.size()) {
+            offset_ = fit;
+            return text_.substr(begin);
+        }
+        // The blank behind the last word that fits may stand just outside.
+        const std::size_t blank = text_.rfind(' ', fit);
+        const bool is_between_words = blank != std::string_view::npos && blank > begin;
+        const std::size_t end = is_between_words ? blank : EndOfPart(begin, fit);
+        offset_ = is_between_words ? std::min(text_.find_first_not_of(' ', blank), text_.size()) : end;
+        const std::size_t last = text_.find_last_not_of(' ', end - 1);
+        return text_.substr(begin, last == std::string_view::npos || last < begin ? 0 : last + 1 - begin);
+    }
+
+    bool IsAtEnd() const { return offset_ == text_.size(); }
+
+  private:
+    /// Behind the last separator in a word that is too long; where the line is full when that would leave the most of
+    /// it empty.
+    std::size_t EndOfPart(std::size_t begin, std::size_t fit) const {
+        const std::size_t separator = text_.find_last_of(kSeparators, fit - 1);
+        const bool is_useful = separator != std::string_view::npos && separator >= begin + (fit - begin) / 2;
+        return is_useful ? separator + 1 : fit;
+    }
+
+    std::string_view text_;
+    std::size_t width_;
+    std::size_t offset_ = 0;
+};
+
+} // namespace
+
+std::string Printable(std::string_view text) { return Shown(text, false); }
+
+std::string PrintableLines(std::string_view text) { return Shown(text, true); }
+
+std::size_t DisplayWidth(std::string_view text) {
+    std::size_t width = 0;
+    while (true) {
+        const std::size_t plain = PlainAsciiSize(text);
+        width += plain;
+        text.remove_prefix(plain);
+        if (text.empty()) {
+            return width;
+        }
+        const Utf8Character character = CharacterAt(text, 0);
+        width += CharacterWidth(character.value);
+        text.remove_prefix(character.size);
+    }
+}
+
+std::vector<std::string> Folded(std::string_view text, std::size_t width) {
+    Folder folder(text, width);
+    std::vector<std::string> lines;
+    do {
+        lines.emplace_back(folder.NextLine());
+    } while (!folder.IsAtEnd());
+    return lines;
+}
+
+std::string Cut(std::string_view text, std::size_t width) {
+    return std::string(text.substr(0, EndOfFit(text, 0, width)));
+}
+
+} // namespace cimhttp

@@ -1,0 +1,62 @@
+#include "waiting/BackgroundTask.h"
+
+#include <condition_variable>
+#include <exception>
+#include <mutex>
+#include <utility>
+
+namespace cimhttp {
+
+struct BackgroundTask::State {
+    std::mutex mutex; // guards all below
+    std::condition_variable changed;
+    bool has_news = false;
+    bool has_ended = false;
+    std::exception_ptr error;
+};
+
+BackgroundTask::BackgroundTask(std::function<void(const Notify&)> work)
+    : state_(std::make_shared<State>()),
+      thread_([state = state_, task = std::move(work)] { BackgroundTask::Run(state, task); }) {}
+
+BackgroundTask::~BackgroundTask() {
+    if (Wait(std::chrono::milliseconds(0))) {
+        thread_.join();
+    } else {
+        thread_.detach(); // nobody can wait for a thread that waits for a server
+    }
+}
+
+void BackgroundTask::Run(const std::shared_ptr<State>& state, const std::function<void(const Notify&)>& work) {
+    const auto notify = [&state] {
+        const std::lock_guard<std::mutex> lock(state->mutex);
+        state->has_news = true;
+        state->changed.notify_all();
+    };
+    std::exception_ptr error;
+    try {
+        work(notify);
+    } catch (...) {
+        error = std::current_exception(); // for Rethrow()
+    }
+    const std::lock_guard<std::mutex> lock(state->mutex);
+    state->error = error;
+    state->has_ended = true;
+    state->changed.notify_all();
+}
+
+bool BackgroundTask::Wait(std::chrono::milliseconds time) {
+    std::unique_lock<std::mutex> lock(state_->mutex);
+    state_->changed.wait_for(lock, time, [this] { return state_->has_ended || state_->has_news; });
+    state_->has_news = false;
+    return state_->has_ended;
+}
+
+void BackgroundTask::Rethrow() const {
+    const std::lock_guard<std::mutex> lock(state_->mutex);
+    if (state_->error) {
+        std::rethrow_exception(state_->error);
+    }
+}
+
+} // namespace cimhttp
