@@ -72,6 +72,16 @@ TEST(TextTable, AlignsTextsLeftAndNumbersRight) {
                               "nvme0  12345\n");
 }
 
+TEST(TextTable, ASingleRowIsAListWhereItWouldLoseColumns) {
+    Listing listing({{"Name", kLeft, true}, {"Size", kRight}, {"Used", kRight}});
+    listing.AddRow({"nvme0", "1234567890", "9876543210"});
+    EXPECT_EQ(Table(listing, {20, false}), Lists(listing, {20, false}));
+    EXPECT_TRUE(LeftOut(listing, 20).empty());
+    EXPECT_EQ(Table(listing, {40, false}), "Name         Size        Used\n"
+                                           "-----  ----------  ----------\n"
+                                           "nvme0  1234567890  9876543210\n");
+}
+
 TEST(TextTable, AlignsWideAndCombiningCharacters) {
     Listing listing({{"Ort"}, {"X"}});
     listing.AddRow({"K\xc3\xb6ln", "1"});

@@ -309,6 +309,10 @@ void WriteList(const Listing& listing, const std::vector<Cell>& row, const ListS
 std::vector<std::string> WriteTable(const Listing& listing, const TextStyle& style, std::ostream& output) {
     const Table table(listing);
     const Layout layout(table, style.width);
+    if (table.Rows().size() == 1 && !layout.LeftOut().empty()) {
+        WriteLists(listing, style, output);
+        return {};
+    }
     LineWriter line(output, style.uses_color);
     WriteHead(table, layout, line);
     for (std::size_t row = 0; row < table.Rows().size(); ++row) {
