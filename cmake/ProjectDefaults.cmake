@@ -9,7 +9,10 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
 set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
-set(CMAKE_INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR};$ORIGIN")
+set(CMAKE_INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR};$ORIGIN/../lib;$ORIGIN")
+set(CMAKE_INSTALL_RPATH_USE_LINK_PATH ON)
+# The build folder is laid out alike. CMake's own path for it ends with an empty entry, which stands for the working directory.
+set(CMAKE_BUILD_WITH_INSTALL_RPATH ON)
 
 # A library's calls to its own functions are bound when it is linked, not looked up by name each time it is loaded: that
 # is a quarter of what the command-line program does before its first request. In release builds they can be inlined, too.
