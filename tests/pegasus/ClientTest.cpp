@@ -1,3 +1,4 @@
+#include "Texts.h"
 #include "support/CimServer.h"
 #include "support/NameService.h"
 
@@ -40,20 +41,6 @@ std::string NamedInstance(const std::string& name) {
            "</KEYVALUE></KEYBINDING></INSTANCENAME><INSTANCE CLASSNAME=\"CIM_Thing\"><PROPERTY NAME=\"Name\" "
            "TYPE=\"string\"><VALUE>" +
            name + "</VALUE></PROPERTY></INSTANCE></VALUE.NAMEDINSTANCE>\n";
-}
-
-std::string Text(const String& text) { return std::string(text.view()); }
-
-/// The message of the exception of type E that an action throws.
-template <typename E, typename Action>
-std::string MessageOf(Action action) {
-    try {
-        action();
-    } catch (const E& error) {
-        return Text(error.getMessage());
-    }
-    ADD_FAILURE() << "the expected exception did not come";
-    return {};
 }
 
 class ClientTest : public ::testing::Test {

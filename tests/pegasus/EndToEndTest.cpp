@@ -1,6 +1,7 @@
 // The client and the demo server, which share no code, understand each other in every operation. What one operation
 // returns is held against what another does.
 
+#include "Texts.h"
 #include "server/DemoServer.h"
 #include "support/LoopbackAddress.h"
 #include "support/TemporaryDirectory.h"
@@ -32,8 +33,6 @@ demo::DemoServerOptions Options() {
     options.volumes = 3;
     return options;
 }
-
-std::string Text(const String& text) { return std::string(text.view()); }
 
 std::vector<std::string> Texts(const Array<CIMName>& names) {
     std::vector<std::string> texts;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Texts.h"
 #include "http/HttpConnection.h"
 #include "support/ScriptedServer.h"
 #include "support/TestCertificate.h"
@@ -29,18 +30,6 @@ inline std::string Answer(const std::string& body, const std::string& fields = "
 
 inline std::string ChunkedAnswer(const std::string& chunks) {
     return "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n" + chunks;
-}
-
-/// The message of the exception of type E that an action throws.
-template <typename E, typename Action>
-std::string MessageOf(Action action) {
-    try {
-        action();
-    } catch (const E& error) {
-        return std::string(error.getMessage().view());
-    }
-    ADD_FAILURE() << "the expected exception did not come";
-    return {};
 }
 
 /// A connection to a scripted server.

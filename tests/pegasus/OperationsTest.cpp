@@ -1,5 +1,6 @@
 // What each operation of the client sends, what it makes of the answer, and what it refuses.
 
+#include "Texts.h"
 #include "support/CimServer.h"
 
 #include <Pegasus/Client/CIMClient.h>
@@ -26,8 +27,6 @@ constexpr char kDesk[] = "<INSTANCE CLASSNAME=\"DEMO_Desk\"><PROPERTY NAME=\"Id\
                          "</PROPERTY></INSTANCE>";
 constexpr char kDeskClass[] = "<CLASS NAME=\"DEMO_Desk\"><PROPERTY NAME=\"Id\" TYPE=\"uint32\"></PROPERTY></CLASS>";
 constexpr char kDeskPath[] = "DEMO_Desk.Id=7";
-
-std::string Text(const String& text) { return std::string(text.view()); }
 
 std::vector<std::string> Texts(const Array<CIMObjectPath>& paths) {
     std::vector<std::string> texts;

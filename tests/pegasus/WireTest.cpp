@@ -1,5 +1,6 @@
 // The client against servers that answer oddly, wrongly, late or not at all.
 
+#include "Texts.h"
 #include "support/CimServer.h"
 #include "support/NameService.h"
 #include "support/ScriptedServer.h"
@@ -38,20 +39,6 @@ constexpr Uint32 kAmple = 30000; // for what must succeed
 const CIMNamespaceName kNamespace("root/cimv2");
 
 constexpr char kNames[] = "<IRETURNVALUE><CLASSNAME NAME=\"A\"/><CLASSNAME NAME=\"B\"/></IRETURNVALUE>";
-
-std::string Text(const String& text) { return std::string(text.view()); }
-
-/// The message of the exception of type E that an action throws.
-template <typename E, typename Action>
-std::string MessageOf(Action action) {
-    try {
-        action();
-    } catch (const E& error) {
-        return Text(error.getMessage());
-    }
-    ADD_FAILURE() << "the expected exception did not come";
-    return {};
-}
 
 std::string IdOf(const HttpRequest& request) {
     constexpr char kBegin[] = "<MESSAGE ID=\"";

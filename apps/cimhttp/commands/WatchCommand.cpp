@@ -165,15 +165,6 @@ class ChangeWriter {
     const PluginAccess& access_;
 };
 
-std::vector<std::string> NamesOf(const std::vector<boost::shared_ptr<ICIMPropertyDecl>>& properties) {
-    std::vector<std::string> names;
-    names.reserve(properties.size());
-    for (const auto& property : properties) {
-        names.push_back(property->GetName(TCIMContext()));
-    }
-    return names;
-}
-
 } // namespace
 
 CommandDescription WatchCommand::Describe() {

@@ -45,15 +45,6 @@ boost::shared_ptr<ICIMPropertyDecl> FindProperty(const ICIMClass& cls, const std
     }
 }
 
-std::vector<std::string> NamesOf(const Properties& properties) {
-    std::vector<std::string> names;
-    names.reserve(properties.size());
-    for (const auto& property : properties) {
-        names.push_back(property->GetName(TCIMContext()));
-    }
-    return names;
-}
-
 } // namespace
 
 Properties PropertiesOf(const ICIMClass& cls) {
@@ -66,6 +57,15 @@ Properties PropertiesOf(const ICIMClass& cls) {
         TCIMContext());
     std::stable_partition(properties.begin(), properties.end(), [](const auto& property) { return IsKey(*property); });
     return properties;
+}
+
+std::vector<std::string> NamesOf(const Properties& properties) {
+    std::vector<std::string> names;
+    names.reserve(properties.size());
+    for (const auto& property : properties) {
+        names.push_back(property->GetName(TCIMContext()));
+    }
+    return names;
 }
 
 Properties PropertiesOf(const ICIMClass& cls, const std::vector<std::string>& names) {

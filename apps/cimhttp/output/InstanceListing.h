@@ -28,6 +28,8 @@ std::vector<boost::shared_ptr<NQORVYX20::ICIMPropertyDecl>> PropertiesOf(const N
 std::vector<boost::shared_ptr<NQORVYX20::ICIMPropertyDecl>> PropertiesOf(const NQORVYX20::ICIMClass& cls,
                                                                          const std::vector<std::string>& names);
 
+std::vector<std::string> NamesOf(const std::vector<boost::shared_ptr<NQORVYX20::ICIMPropertyDecl>>& properties);
+
 /// Turns instances of one class into listings and texts.
 class InstanceListing {
   public:
