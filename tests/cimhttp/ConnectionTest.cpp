@@ -7,10 +7,12 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <future>
 
 #include "Failure.h"
 #include "ProgramRun.h"
 #include "connection/ConnectionStore.h"
+#include "connection/FileLock.h"
 #include "connection/ServerName.h"
 #include "support/CimServer.h"
 #include "support/TemporaryDirectory.h"
@@ -19,6 +21,7 @@
 using cimhttp::ConnectionStore;
 using cimhttp::EditDistance;
 using cimhttp::Failure;
+using cimhttp::FileLock;
 using cimhttp::NearestNames;
 using cimhttp::ParseServerName;
 using testing::ElementsAre;
@@ -136,9 +139,13 @@ TEST_F(ConnectionStoreTest, KeepsWhatItIsGivenInAFileForTheOwnerAlone) {
     const std::string folder = (fFolder.Path() / "a" / "cimhttp").string();
     const ConnectionStore store(folder + "/connections.json");
     EXPECT_THAT(store.Read(), IsEmpty());
-    store.Write({{"lab", {"server", true, "reader", " p\"\\\xc3\xa4 ", 7}}, {"plain", {"::1", false, {}, {}, {}}}});
+    store.Update([](auto& connections) {
+        connections = {{"lab", {"server", true, "reader", " p\"\\\xc3\xa4 ", 7}},
+                       {"plain", {"::1", false, {}, {}, {}}}};
+    });
     EXPECT_EQ(ModeOf(folder), 0700U);
     EXPECT_EQ(ModeOf(store.Path()), 0600U);
+    EXPECT_EQ(ModeOf(store.Path() + ".lock"), 0600U);
     const auto connections = store.Read();
     ASSERT_EQ(connections.size(), 2U);
     const auto& lab = connections.at("lab");
@@ -154,7 +161,7 @@ TEST_F(ConnectionStoreTest, KeepsWhatItIsGivenInAFileForTheOwnerAlone) {
 TEST_F(ConnectionStoreTest, ClosesAnOpenFileWhenItIsWritten) {
     const ConnectionStore store(fFolder.WriteFile("connections.json", "{}"));
     ::chmod(store.Path().c_str(), 0644);
-    store.Write({{"lab", {"server", false, "reader", "secret", {}}}});
+    store.Update([](auto& connections) { connections["lab"] = {"server", false, "reader", "secret", {}}; });
     EXPECT_EQ(ModeOf(store.Path()), 0600U);
 }
 
@@ -190,6 +197,30 @@ TEST_F(ConnectionStoreTest, SuggestsANearName) {
     } catch (const Failure& failure) {
         EXPECT_THAT(failure.what(), HasSubstr("did you mean lab?"));
     }
+}
+
+TEST_F(ConnectionStoreTest, StaysAsItWasWhenTheChangeFails) {
+    const ConnectionStore store(fFolder.WriteFile("connections.json", R"({"lab": {"host": "a"}})"));
+    const auto fail = [](auto& connections) {
+        connections.clear();
+        throw Failure(Failure::kUsage, "no");
+    };
+    EXPECT_THROW(store.Update(fail), Failure);
+    EXPECT_EQ(store.Find("lab").host, "a");
+}
+
+TEST_F(ConnectionStoreTest, ChangesOnlyUnderALockThatIsNotWaitedForWithoutEnd) {
+    const ConnectionStore store((fFolder.Path() / "connections.json").string());
+    store.Update([&](auto& /*connections*/) {
+        try {
+            const FileLock second(store.Path() + ".lock", std::chrono::milliseconds(1));
+            FAIL();
+        } catch (const Failure& failure) {
+            EXPECT_EQ(failure.Status(), Failure::kOther);
+            EXPECT_THAT(failure.what(), HasSubstr(store.Path() + ".lock cannot be locked: another process holds"));
+        }
+    });
+    EXPECT_NO_THROW(FileLock(store.Path() + ".lock", std::chrono::milliseconds(0)));
 }
 
 // --- The program -------------------------------------------------------------------------------------------------
@@ -242,6 +273,20 @@ TEST_F(ConnectionTest, ANamedConnectionIsAddedListedTestedUsedAndRemoved) {
     EXPECT_EQ(Run({"connection", "list"}).output, "no connections\n");
     ExpectOneLine(Run({"connection", "remove", "lab"}), 2, "no connection 'lab'");
     ExpectOneLine(Run({"-c", "lab", "classes"}), 2, "no connection 'lab'");
+}
+
+TEST_F(ConnectionTest, ConnectionsThatAreAddedAtTheSameTimeAreAllKept) {
+    constexpr std::size_t kCount = 16;
+    std::vector<std::future<ProgramRun>> runs;
+    for (std::size_t i = 0; i < kCount; ++i) {
+        runs.push_back(std::async(std::launch::async, [this, name = "lab" + std::to_string(i)] {
+            return Run({"connection", "add", name, "--host", "server"});
+        }));
+    }
+    for (auto& run : runs) {
+        EXPECT_EQ(run.get().errors, "");
+    }
+    EXPECT_EQ(ConnectionStore(File()).Read().size(), kCount);
 }
 
 TEST_F(ConnectionTest, TheConnectionNamedDefaultIsUsedWhereNoneIsAskedFor) {

@@ -106,9 +106,8 @@ int ConnectionCommand::Run(const CommandContext& context) {
 
 void ConnectionCommand::Add(const ConnectionStore& store, const CommandContext& context) const {
     CheckName(name_);
-    auto connections = store.Read();
-    connections[name_] = GivenConnection(context.options, stores_password_);
-    store.Write(connections);
+    const SavedConnection given = GivenConnection(context.options, stores_password_); // asks the user, if need be
+    store.Update([&](auto& connections) { connections[name_] = given; });
 }
 
 void ConnectionCommand::List(const ConnectionStore& store, const CommandContext& context) {
@@ -127,9 +126,7 @@ void ConnectionCommand::List(const ConnectionStore& store, const CommandContext&
 
 void ConnectionCommand::Remove(const ConnectionStore& store) const {
     store.Find(name_); // complains when there is none
-    auto connections = store.Read();
-    connections.erase(name_);
-    store.Write(connections);
+    store.Update([&](auto& connections) { connections.erase(name_); });
 }
 
 void ConnectionCommand::Test(const CommandContext& context) const {

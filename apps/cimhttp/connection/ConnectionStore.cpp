@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
@@ -15,6 +16,7 @@
 
 #include "Failure.h"
 #include "connection/Connection.h"
+#include "connection/FileLock.h"
 #include "output/OutputFile.h"
 #include "text/NearestNames.h"
 
@@ -28,6 +30,7 @@ using nlohmann::ordered_json;
 
 constexpr mode_t kOnlyOwner = 0600;
 constexpr mode_t kNotForOthers = 077;
+constexpr std::chrono::seconds kPatience{10}; // with other processes, which need milliseconds
 
 constexpr const char* kHost = "host";
 constexpr const char* kTls = "tls";
@@ -188,13 +191,25 @@ ConnectionStore::Connections ConnectionStore::Read() const {
     return connections;
 }
 
-void ConnectionStore::Write(const Connections& connections) const {
+void ConnectionStore::Update(const std::function<void(Connections&)>& change) const {
     const PrivateFiles scope;
+    MakeFolder();
+    const FileLock lock(path_ + ".lock", kPatience);
+    Connections connections = Read();
+    change(connections);
+    Write(connections);
+}
+
+void ConnectionStore::MakeFolder() const {
+    const fs::path folder = fs::path(path_).parent_path();
     std::error_code error;
-    fs::create_directories(fs::path(path_).parent_path(), error);
+    fs::create_directories(folder, error);
     if (error) {
-        throw Failure(Failure::kOther, fs::path(path_).parent_path().string() + " cannot be made: " + error.message());
+        throw Failure(Failure::kOther, folder.string() + " cannot be made: " + error.message());
     }
+}
+
+void ConnectionStore::Write(const Connections& connections) const {
     if (::chmod(path_.c_str(), kOnlyOwner) != 0 && errno != ENOENT) { // the new file gets the old one's permissions
         throw Failure(Failure::kOther,
                       path_ + " cannot be kept from others: " + std::generic_category().message(errno));

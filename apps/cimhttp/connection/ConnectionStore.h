@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -35,14 +36,19 @@ class ConnectionStore {
     /// what it should be, or holds a password and can be read by others.
     Connections Read() const;
 
-    /// Replaces the file as a whole, by one that only its owner reads. Makes its folder where there is none. Throws
-    /// Failure, naming the file, when that fails.
-    void Write(const Connections& connections) const;
+    /// Lets `change` change what Read() returns, and replaces the file as a whole, by one that only its owner reads.
+    /// No other Update() comes in between: each waits for the one before, some seconds long. Makes the folder where
+    /// there is none, and leaves a file beside the other that stands for the lock. Throws like Read() and `change`, and
+    /// Failure, naming the file, when it cannot be locked or written; the file is then as it was.
+    void Update(const std::function<void(Connections&)>& change) const;
 
     /// One connection by name. Throws like Read(), and Failure(kUsage) when there is none of that name.
     SavedConnection Find(const std::string& name) const;
 
   private:
+    void MakeFolder() const;
+    void Write(const Connections& connections) const;
+
     std::string path_;
 };
 

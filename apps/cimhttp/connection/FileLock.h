@@ -1,0 +1,24 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+
+namespace cimhttp {
+
+/// Keeps other processes, and other locks of this one, from a piece of work while it lives. What stands for the work is
+/// an empty file, which only its owner reads; it stays, since removing it would let two processes hold a lock each. The
+/// lock goes with its process, however that ends.
+class FileLock {
+  public:
+    /// Makes the file where there is none. Waits for one that holds the lock, but no longer than `patience`. Throws
+    /// Failure(kOther), naming the file, when the lock cannot be had.
+    FileLock(const std::string& path, std::chrono::milliseconds patience);
+    ~FileLock();
+    FileLock(const FileLock&) = delete;
+    FileLock& operator=(const FileLock&) = delete;
+
+  private:
+    int descriptor_;
+};
+
+} // namespace cimhttp
