@@ -9,8 +9,10 @@
 #include <cstdlib>
 #include <fstream>
 #include <map>
+#include <memory>
 
 #include "Failure.h"
+#include "HelpLayout.h"
 #include "connection/Connection.h"
 #include "connection/ProgramFolder.h"
 
@@ -89,6 +91,51 @@ std::string Listed(const std::vector<OutputFormat>& formats) {
     return list;
 }
 
+/// The forms in a sentence.
+std::string FormsText(const std::vector<OutputFormat>& formats) {
+    return "Forms of the output (-o): " + Listed(formats) + "; " + NameOf(formats.front()) + " unless given.";
+}
+
+/// Folds help to the terminal, and tells what the user writes rather than what the parser makes of it.
+class HelpFormatter : public CLI::Formatter {
+  public:
+    explicit HelpFormatter(HelpLayout layout) : layout_(layout) {
+        label("Positionals", "Arguments");
+        label("SUBCOMMAND", "COMMAND");
+    }
+
+    std::string make_description(const CLI::App* app) const override {
+        return layout_.Prose(app->get_description()) + '\n';
+    }
+
+    std::string make_footer(const CLI::App* app) const override { return app->get_footer(); }
+
+    std::string make_usage(const CLI::App* app, std::string name) const override {
+        return layout_.Prose(CLI::Formatter::make_usage(app, std::move(name)));
+    }
+
+    std::string make_subcommand(const CLI::App* command) const override {
+        return layout_.Entry(command->get_name(), command->get_description());
+    }
+
+    std::string make_option(const CLI::Option* option, bool is_positional) const override {
+        const std::string name = is_positional ? option->get_name(true) : WrittenForm(*option);
+        return layout_.Entry(name, option->get_description());
+    }
+
+  private:
+    /// `-c, --connection NAME`
+    static std::string WrittenForm(const CLI::Option& option) {
+        std::string form = CLI::detail::find_and_replace(option.get_name(false, true), ",", ", ");
+        if (!option.get_type_name().empty()) {
+            form += ' ' + option.get_type_name();
+        }
+        return option.get_expected_max() > 1 ? form + " ..." : form;
+    }
+
+    HelpLayout layout_;
+};
+
 struct Parser {
     Options options;
     Command* chosen = nullptr;
@@ -102,12 +149,17 @@ struct Parser {
         options.is_output_terminal = ::isatty(STDOUT_FILENO) == 1;
         options.error_stream_width = TerminalWidth(STDERR_FILENO);
         options.is_error_stream_terminal = ::isatty(STDERR_FILENO) == 1;
+        const HelpLayout layout(options.width);
+        app.formatter(std::make_shared<HelpFormatter>(layout));
+        app.set_help_flag("-h,--help", "Show this help");
+        app.footer(layout.Prose("cimhttp COMMAND --help tells more of a command, man cimhttp of all.\n\nExample:") +
+                   layout.CommandLines("cimhttp --host server.example classes '*port'"));
         app.require_subcommand(1);
         app.fallthrough();
         AddConnectionOptions();
         AddOutputOption();
         for (const auto& command : commands) {
-            AddCommand(*command);
+            AddCommand(*command, layout);
         }
     }
 
@@ -171,17 +223,24 @@ struct Parser {
         }
     }
 
-    void AddCommand(Command& command) {
+    void AddCommand(Command& command, const HelpLayout& layout) {
         const CommandDescription description = command.Describe();
-        auto* const sub = app.add_subcommand(description.name, description.help);
+        auto* const sub = app.add_subcommand(description.name, description.help)->group("Commands");
         sub->callback([this, &command] { chosen = &command; });
-        sub->footer(description.footer + "\n\nHow to choose the server and the form of the output: cimhttp --help");
+        sub->footer(Footer(description, layout));
         for (const CommandArgument& argument : description.arguments) {
             sub->add_option(argument.name, *argument.target, argument.help)->required(argument.is_required);
         }
         for (const CommandOption& option : description.options) {
             std::visit([&](auto* target) { AddOption(*sub, option, *target); }, option.target);
         }
+    }
+
+    static std::string Footer(const CommandDescription& description, const HelpLayout& layout) {
+        const std::string notes = description.notes.empty() ? "" : description.notes + "\n\n";
+        const std::string forms = description.formats.empty() ? "" : FormsText(description.formats) + '\n';
+        return layout.Prose(notes + forms + "cimhttp --help tells how to choose the server.\n\nExample:") +
+               layout.CommandLines(description.example);
     }
 
     static void AddOption(CLI::App& sub, const CommandOption& option, bool& target) {

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <set>
 #include <sstream>
 
@@ -11,6 +12,7 @@
 #include "commands/Commands.h"
 #include "support/CimServer.h"
 #include "support/TemporaryDirectory.h"
+#include "support/TerminalProgram.h"
 
 using testing::ContainerEq;
 using testing::ContainsRegex;
@@ -88,6 +90,29 @@ TEST(Help, OfEachCommandHasAnExample) {
         const auto run = RunCimhttp({name, "--help"});
         EXPECT_EQ(run.status, 0);
         EXPECT_THAT(run.output, ContainsRegex("Example:\n    cimhttp .*" + name + " ?"));
+    }
+}
+
+TEST(Help, FitsTheTerminalAndEndsWithTheExample) {
+    std::vector<std::vector<std::string>> all{{"--help"}};
+    for (const auto& command : cimhttp::AllCommands()) {
+        all.push_back({command->Describe().name, "--help"});
+    }
+    for (const std::uint16_t columns : std::array<std::uint16_t, 4>{40, 60, 80, 120}) {
+        for (const auto& arguments : all) {
+            support::TerminalProgram program(CIMHTTP_PROGRAM, arguments, {}, {columns, 24});
+            EXPECT_EQ(program.Wait(), 0);
+            for (const std::string& line : Lines(Replaced(program.Screen(), "\r\n", "\n"))) {
+                EXPECT_LE(line.size(), columns) << line;
+            }
+            EXPECT_THAT(program.Screen(), ContainsRegex("\r\nExample:\r\n(    [^\r]*\r\n)+$"));
+        }
+    }
+}
+
+TEST(Help, OfAWideTerminalHasNoLongLines) {
+    for (const auto& line : Lines(RunCimhttp({"--help"}, {"COLUMNS=500"}).output)) {
+        EXPECT_LE(line.size(), 100U);
     }
 }
 

@@ -15,7 +15,7 @@ CommandDescription ClassCommand::Describe() {
             {{"NAME", "The class", true, &name_}},
             {{"--all", "", "Write out what the class inherits, as if it stood alone", &is_whole_}},
             {OutputFormat::kMof, OutputFormat::kTable, OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv},
-            "Example:\n    cimhttp --host server.example class CIM_FileSystem"};
+            "cimhttp --host server.example class CIM_FileSystem"};
 }
 
 int ClassCommand::Run(const CommandContext& context) {

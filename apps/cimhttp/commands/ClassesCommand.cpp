@@ -38,7 +38,7 @@ CommandDescription ClassesCommand::Describe() {
             {{"PATTERN", "Only names that match, such as 'CIM_*Port'; case does not matter", false, &pattern_}},
             {},
             {OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv},
-            "Example:\n    cimhttp --host server.example classes '*port'"};
+            "cimhttp --host server.example classes '*port'"};
 }
 
 int ClassesCommand::Run(const CommandContext& context) {

@@ -29,7 +29,7 @@ namespace {
 constexpr std::chrono::milliseconds kLookInterval{100}; // between two looks at the user
 constexpr std::chrono::milliseconds kGrace{300};        // for the class at hand, after the user has seen enough
 
-constexpr const char* kHelp =
+constexpr const char* kNotes =
     R"(The document names the server and the classes:
 
     <vyx version="1">
@@ -48,10 +48,7 @@ variable CIMHTTP_PASSWORD.
 
 The exit status is 7 when a class could not be read: the error stream names it,
 the others are written, and "complete" is false. So it is after an interrupt
-(Ctrl-C): the classes read until then are written.
-
-Example:
-    cimhttp --host server.example collect requested.xml --out collected.json)";
+(Ctrl-C): the classes read until then are written.)";
 
 RequestedClasses ReadDocument(const Plugin& plugin, const std::string& path) {
     if (::access(path.c_str(), R_OK) != 0) {
@@ -118,7 +115,8 @@ CommandDescription CollectCommand::Describe() {
             {{"FILE", "The requested-class document", true, &document_}},
             {{"--out", "FILE", "The file to write or replace; the standard output without it", &out_file_}},
             {},
-            kHelp};
+            "cimhttp --host server.example collect requested.xml --out collected.json",
+            kNotes};
 }
 
 int CollectCommand::Run(const CommandContext& context) {

@@ -46,7 +46,8 @@ struct CommandDescription {
     std::vector<CommandArgument> arguments;
     std::vector<CommandOption> options;
     std::vector<OutputFormat> formats; ///< those that --output may ask for, the usual one first; none for no choice
-    std::string footer;                ///< more help, below the options
+    std::string example;               ///< command lines, each a line
+    std::string notes = {};            ///< more help, see HelpLayout::Prose
 };
 
 /// What a command runs with.

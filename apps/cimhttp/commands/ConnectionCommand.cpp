@@ -16,21 +16,20 @@ namespace cimhttp {
 
 namespace {
 
-constexpr const char* kHelp = R"(add      keeps --host, --tls, --user and --timeout under the name; adding a
-         known name again replaces it. A password is kept only with
-         --store-password, in plain text, in a file that nobody else may read.
-list     shows all
-remove   forgets one
-test     connects to one and asks for the number of its classes
+constexpr const char* kExample = R"(cimhttp connection add lab --host server.example --tls --user reader
+cimhttp connection test lab
+cimhttp -c lab classes '*port')";
+
+constexpr const char* kNotes = R"('add' keeps --host, --tls, --user and --timeout under the name; adding a known
+name again replaces it. A password is kept only with --store-password, in plain
+text, in a file that nobody else may read.
+
+'list' shows all, 'remove' forgets one, 'test' connects to one and asks for the
+number of its classes.
 
 The connection with the name 'default' is used when no --host and no
---connection is given. All are in $XDG_CONFIG_HOME/cimhttp/connections.json,
-or ~/.config/cimhttp/connections.json.
-
-Example:
-    cimhttp connection add lab --host server.example --tls --user reader
-    cimhttp connection test lab
-    cimhttp -c lab classes '*port')";
+--connection is given. All are in $XDG_CONFIG_HOME/cimhttp/connections.json, or
+~/.config/cimhttp/connections.json.)";
 
 [[noreturn]] void Refuse(const std::string& what) { throw Failure(Failure::kUsage, what); }
 
@@ -81,7 +80,8 @@ CommandDescription ConnectionCommand::Describe() {
              {"NAME", "The name of the connection", false, &name_}},
             {{"--store-password", "", "Keep the password, too, in plain text", &stores_password_}},
             {OutputFormat::kTable, OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv},
-            kHelp};
+            kExample,
+            kNotes};
 }
 
 int ConnectionCommand::Run(const CommandContext& context) {

@@ -82,7 +82,7 @@ CommandDescription InfoCommand::Describe() {
             {},
             {},
             {OutputFormat::kPlain, OutputFormat::kJson},
-            "Example:\n    cimhttp --host server.example --tls info"};
+            "cimhttp --host server.example --tls info"};
 }
 
 int InfoCommand::Run(const CommandContext& context) {

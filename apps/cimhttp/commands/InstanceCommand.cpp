@@ -45,7 +45,7 @@ CommandDescription InstanceCommand::Describe() {
             {{"PATH", R"(Its object path, such as 'CIM_Disk.Name="a",Number=3')", true, &path_}},
             {{"--raw", "", "Show values as they are, not by their value maps and units", &raw_}},
             {OutputFormat::kPlain, OutputFormat::kTable, OutputFormat::kJson, OutputFormat::kCsv, OutputFormat::kMof},
-            "Example:\n    cimhttp --host server.example instance 'CIM_Disk.Name=\"a\",Number=3'"};
+            "cimhttp --host server.example instance 'CIM_Disk.Name=\"a\",Number=3'"};
 }
 
 int InstanceCommand::Run(const CommandContext& context) {

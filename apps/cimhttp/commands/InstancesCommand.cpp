@@ -36,7 +36,7 @@ CommandDescription InstancesCommand::Describe() {
          {"--deep", "", "Include the instances of subclasses", &deep_},
          {"--raw", "", "Show values as they are, not by their value maps and units", &raw_}},
         {OutputFormat::kTable, OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv, OutputFormat::kMof},
-        "Example:\n    cimhttp --host server.example instances CIM_NetworkPort --deep --where 'Name=eth*'"};
+        "cimhttp --host server.example instances CIM_NetworkPort --where 'Name=eth*'"};
 }
 
 int InstancesCommand::Run(const CommandContext& context) {

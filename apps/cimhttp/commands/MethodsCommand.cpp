@@ -15,7 +15,7 @@ CommandDescription MethodsCommand::Describe() {
             {{"NAME", "The class", true, &name_}},
             {},
             {OutputFormat::kTable, OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv, OutputFormat::kMof},
-            "Example:\n    cimhttp --host server.example methods CIM_OperatingSystem"};
+            "cimhttp --host server.example methods CIM_OperatingSystem"};
 }
 
 int MethodsCommand::Run(const CommandContext& context) {

@@ -38,7 +38,7 @@ CommandDescription QualifiersCommand::Describe() {
             {},
             {{"--class", "NAME", "Show the qualifiers of this class and of its elements", &class_}},
             {OutputFormat::kTable, OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv, OutputFormat::kMof},
-            "Example:\n    cimhttp --host server.example qualifiers --class CIM_Process"};
+            "cimhttp --host server.example qualifiers --class CIM_Process"};
 }
 
 int QualifiersCommand::Run(const CommandContext& context) {

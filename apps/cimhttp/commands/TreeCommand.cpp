@@ -96,7 +96,7 @@ CommandDescription TreeCommand::Describe() {
             {{"CLASS", "Only this class and those below it", false, &root_}},
             {},
             {OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv},
-            "Example:\n    cimhttp --host server.example tree CIM_LogicalElement"};
+            "cimhttp --host server.example tree CIM_LogicalElement"};
 }
 
 int TreeCommand::Run(const CommandContext& context) {

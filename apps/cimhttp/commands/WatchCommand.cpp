@@ -175,9 +175,9 @@ CommandDescription WatchCommand::Describe() {
              {"--count", "N", "End after this many readings behind the first", &count_},
              {"--property", "NAME", "Watch only this property; may be given several times", &properties_}},
             {OutputFormat::kPlain, OutputFormat::kJson},
-            "An instance that is new has a +, one that has gone a -; below one that has\n"
-            "changed (~) stand the old and the new values. Ctrl-C ends it.\n\n"
-            "Example:\n    cimhttp --host server.example watch CIM_Process --property Name"};
+            "cimhttp --host server.example watch CIM_Process --property Name",
+            "An instance that is new has a +, one that has gone a -; below one that has changed (~) stand the old and "
+            "the new values. Ctrl-C ends it."};
 }
 
 int WatchCommand::Run(const CommandContext& context) {
