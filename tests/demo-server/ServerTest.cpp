@@ -114,6 +114,14 @@ TEST_F(Server, StreamsALongAnswerAlsoToAClientThatDoesNotAskForTrailers) {
     EXPECT_EQ(Count(response.body, "<VALUE.NAMEDINSTANCE>"), kVolumes);
 }
 
+TEST_F(Server, TellsAClientThatWaitsWithItsBodyToGoOn) {
+    const std::string request = GetClass("CIM_System", {{"Expect", "100-continue"}});
+    const std::size_t body = request.find("\r\n\r\n") + 4;
+    exchange::Session session;
+    EXPECT_EQ(session.Send(request.substr(0, body)).status, 100);
+    EXPECT_EQ(session.Send(request.substr(body)).status, 200);
+}
+
 TEST_F(Server, RefusesHeadersBeyondTheLimits) {
     std::string many = "POST /cimom HTTP/1.1\r\n";
     while (many.size() <= demo::Connection::kMaxHeaderBytes)

@@ -6,9 +6,18 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <arpa/inet.h>
 #include <httplib.h>
+#include <openssl/ssl.h>
 
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
 #include <fstream>
+#include <memory>
 
 namespace {
 
@@ -33,7 +42,7 @@ TEST(Tls, AClientThatTrustsTheCertificateVerifiesTheServer) {
     const std::string file = testing::TempDir() + "demo-server-" + support::LoopbackAddress() + ".pem";
     ASSERT_TRUE(std::ofstream(file) << server.CertificatePem());
     httplib::SSLClient client(support::LoopbackAddress(), kHttpsPort);
-    client.set_ca_cert_path(file.c_str());
+    client.set_ca_cert_path(file);
     client.enable_server_certificate_verification(true);
     const auto result = Ask(client);
     ASSERT_TRUE(result) << to_string(result.error());
@@ -47,6 +56,41 @@ TEST(Tls, AClientThatDoesNotTrustTheCertificateIsNotConnected) {
     httplib::SSLClient client(support::LoopbackAddress(), kHttpsPort);
     client.enable_server_certificate_verification(true);
     EXPECT_EQ(Ask(client).error(), httplib::Error::SSLServerVerification);
+}
+
+/// What one TLS record of an answer carries.
+std::string FirstRecordOfTheAnswer(const std::string& request) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(kHttpsPort);
+    ::inet_pton(AF_INET, support::LoopbackAddress().c_str(), &address.sin_addr);
+    const int handle = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    EXPECT_EQ(::connect(handle, reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
+    std::array<char, 65536> buffer{};
+    int count = 0;
+    {
+        const std::unique_ptr<SSL_CTX, decltype(&SSL_CTX_free)> context(SSL_CTX_new(TLS_client_method()),
+                                                                        &SSL_CTX_free);
+        const std::unique_ptr<SSL, decltype(&SSL_free)> tls(SSL_new(context.get()), &SSL_free);
+        SSL_set_fd(tls.get(), handle);
+        EXPECT_EQ(SSL_connect(tls.get()), 1);
+        EXPECT_GT(SSL_write(tls.get(), request.data(), static_cast<int>(request.size())), 0);
+        count = SSL_read(tls.get(), buffer.data(), static_cast<int>(buffer.size())); // of one record, as ever
+    }
+    ::close(handle);
+    return {buffer.data(), static_cast<std::size_t>(std::max(count, 0))};
+}
+
+TEST(Tls, AShortAnswerIsOneRecordHeadersAndAll) {
+    const demo::DemoServer server(Options());
+    exchange::Headers headers = exchange::OperationHeaders("GetQualifier");
+    headers["TE"] = "trailers"; // and so in chunks
+    const std::string record = FirstRecordOfTheAnswer(exchange::Post(
+        headers, exchange::OperationBody("GetQualifier",
+                                         "<IPARAMVALUE NAME=\"QualifierName\"><VALUE>Key</VALUE></IPARAMVALUE>")));
+    EXPECT_THAT(record, testing::StartsWith("HTTP/1.1 200 OK\r\n"));
+    EXPECT_THAT(record, testing::HasSubstr("Transfer-Encoding: chunked"));
+    EXPECT_THAT(record, testing::EndsWith("\r\n0\r\n\r\n"));
 }
 
 TEST(Tls, EachServerHasACertificateOfItsOwn) {

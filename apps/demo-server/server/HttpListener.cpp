@@ -21,6 +21,8 @@
 #include <map>
 #include <mutex>
 #include <optional>
+#include <string>
+#include <string_view>
 #include <thread>
 #include <utility>
 
@@ -53,22 +55,42 @@ class TaskQueue : public httplib::TaskQueue {
     ConnectionThreads threads_;
 };
 
-/// What httplib reads from and writes to.
+/// What httplib reads from and writes to. Small pieces wait for each other, so that a short answer leaves in one
+/// packet.
 class ConnectionStream : public httplib::Stream {
   public:
     explicit ConnectionStream(Connection& connection) : connection_(connection) {}
 
+    /// Sends what is waiting. False when the client does not take it.
+    bool Flush() {
+        std::string_view rest = waiting_;
+        while (!rest.empty()) {
+            const ssize_t count = connection_.Write(rest.data(), rest.size());
+            if (count <= 0)
+                return false;
+            rest.remove_prefix(static_cast<std::size_t>(count));
+        }
+        waiting_.clear();
+        return true;
+    }
+
     bool is_readable() const override { return true; }
     bool is_writable() const override { return true; }
-    ssize_t read(char* data, std::size_t size) override { return connection_.Read(data, size); }
-    ssize_t write(const char* data, std::size_t size) override { return connection_.Write(data, size); }
+    ssize_t read(char* data, std::size_t size) override { return Flush() ? connection_.Read(data, size) : -1; }
+    ssize_t write(const char* data, std::size_t size) override {
+        waiting_.append(data, size);
+        return waiting_.size() < kWaitingBytes || Flush() ? static_cast<ssize_t>(size) : -1;
+    }
     // Nobody asks httplib who the client is.
     void get_remote_ip_and_port(std::string& /*ip*/, int& /*port*/) const override {}
     void get_local_ip_and_port(std::string& /*ip*/, int& /*port*/) const override {}
     socket_t socket() const override { return connection_.Socket(); }
 
   private:
+    static constexpr std::size_t kWaitingBytes = std::size_t{32} * 1024;
+
     Connection& connection_;
+    std::string waiting_;
 };
 
 /// A request and its answer, from the first byte to the last.
@@ -130,14 +152,15 @@ class Server : public httplib::Server {
         const auto writtenBefore = exchange.connection.WrittenBytes();
         ConnectionStream stream(exchange.connection);
         exchanges_.Begin(exchange);
-        const bool isDone = process_request(stream, stop_.IsRaised(), isClosing, nullptr);
+        const bool isProcessed = process_request(stream, stop_.IsRaised(), isClosing, nullptr);
         exchanges_.End();
+        const bool isSent = stream.Flush(); // also where the connection ends behind the answer
         exchange.record.bytes = exchange.connection.WrittenBytes() - writtenBefore;
         exchange.record.duration =
             std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - begin);
         if (log_)
             log_->Write(exchange.record);
-        return isDone;
+        return isProcessed && isSent;
     }
 
     SSL_CTX* context_;
