@@ -19,6 +19,7 @@ HttpConnection::HttpConnection(Endpoint endpoint, std::optional<SSLContext> tls,
 void HttpConnection::open(const Deadline& deadline) {
     close();
     channel_ = Channel::open(endpoint_, tls_ ? &*tls_ : nullptr, deadline);
+    reader_ = std::make_unique<ResponseReader>(*channel_, endpoint_);
     state_ = State::kFresh;
 }
 
@@ -76,7 +77,6 @@ const HttpHead& HttpConnection::exchangeHeads(const HttpRequest& request, const 
 
 const HttpHead& HttpConnection::attempt(const std::string& bytes, const Deadline& deadline) {
     state_ = State::kAnswering;
-    reader_ = std::make_unique<ResponseReader>(*channel_, endpoint_);
     try {
         channel_->write(bytes, deadline);
     } catch (const ConnectionLost&) {

@@ -83,6 +83,7 @@ class ResponseReader::Impl {
     Impl(Channel& channel, const Endpoint& endpoint) : channel_(channel), endpoint_(endpoint) {}
 
     const HttpHead& readHead(const Deadline& deadline) {
+        hasBegun_ = false;
         do {
             parser_.emplace();
             std::size_t size = 0;

@@ -18,7 +18,8 @@ constexpr std::size_t kMaxHeaderBytes = 65536;
 /// Takes the body of an answer, cut anywhere.
 using BodySink = std::function<void(std::string_view)>;
 
-/// Reads one HTTP/1.x answer from a channel: first its head, then its body, whatever way it is delimited.
+/// Reads HTTP/1.x answers from a channel, one after the other: of each first its head, then its body, whatever way it
+/// is delimited.
 ///
 /// Both steps throw CIMClientMalformedHTTPException for an answer that is not HTTP, passes a limit or breaks off, and
 /// ConnectionTimeoutException. The reader is then of no further use, nor is the channel.
@@ -28,7 +29,8 @@ class ResponseReader {
     ResponseReader(Channel& channel, const Endpoint& endpoint);
     ~ResponseReader();
 
-    /// Skips interim answers (1xx). Throws ConnectionLost when the connection ends before the first byte of an answer.
+    /// Begins the next answer. Skips interim ones (1xx). Throws ConnectionLost when the connection ends before the
+    /// first byte of an answer.
     const HttpHead& readHead(const Deadline& deadline);
 
     /// Hands the body to the sink as it arrives, then reads the trailers. What the sink throws passes through.
