@@ -9,7 +9,11 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
 set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
-set(CMAKE_INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR};$ORIGIN/../lib;$ORIGIN")
+# Where programs find the libraries; a library finds the others beside itself. Each folder here costs a program some
+# twenty looks for every library that is not there.
+set(CMAKE_INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}" "$ORIGIN/../lib")
+list(REMOVE_DUPLICATES CMAKE_INSTALL_RPATH)
+set(CIMHTTP_LIBRARY_RPATH "$ORIGIN")
 set(CMAKE_INSTALL_RPATH_USE_LINK_PATH ON)
 # The build folder is laid out alike. CMake's own path for it ends with an empty entry, which stands for the working directory.
 set(CMAKE_BUILD_WITH_INSTALL_RPATH ON)
