@@ -66,7 +66,7 @@ class Findings {
     JsonObject json_;
 };
 
-void AddTls(const ProbeResult::Tls& tls, Findings& findings) {
+void AddTls(const TlsDetails& tls, Findings& findings) {
     findings.Add("TLS", "tls", tls.version + ", " + tls.cipher);
     findings.Add("certificate", "certificate", tls.subject);
     findings.Add("issued by", "issuer", tls.is_self_signed ? "itself" : tls.issuer);

@@ -1,9 +1,7 @@
 #include "connection/Plugin.h"
 
-#include <dlfcn.h>
-
 #include "Failure.h"
-#include "connection/ProgramFolder.h"
+#include "connection/OwnLibrary.h"
 #include "host/ICIMNamespace.h"
 #include "host/INamespaceProvider.h"
 #include "host/INamespaceProviderManager.h"
@@ -20,15 +18,6 @@ using NQORVYX20::TRootObject;
 
 constexpr const char* kProviderName = "cimhttp";
 
-/// Loads a library for the rest of the process.
-void* LoadLibrary(const std::string& path, const std::string& what) {
-    void* const library = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-    if (library == nullptr) {
-        throw Failure(Failure::kOther, what + " cannot be loaded: " + ::dlerror());
-    }
-    return library;
-}
-
 boost::shared_ptr<INamespaceProvider> LoadProvider(const std::string& path) {
     LoadLibrary(path, "the plug-in");
     auto provider = TRootObject::GetNamespaceProviderManager()->GetNamespaceProvider(kProviderName);
@@ -40,12 +29,7 @@ boost::shared_ptr<INamespaceProvider> LoadProvider(const std::string& path) {
 
 /// The plug-in must be loaded already.
 const PluginAccess* LoadAccess() {
-    void* const library = LoadLibrary(LibraryBesideProgram(kPluginAccessLibrary), "the program's own library");
-    void* const function = ::dlsym(library, kPluginAccessFunction);
-    if (function == nullptr) {
-        throw Failure(Failure::kOther, std::string("the program's own library is damaged: ") + ::dlerror());
-    }
-    return reinterpret_cast<PluginAccessFunction*>(function)();
+    return OwnFunction<PluginAccessFunction>(kPluginAccessLibrary, kPluginAccessFunction)();
 }
 
 } // namespace

@@ -1,12 +1,17 @@
 #include "http/BasicAuthentication.h"
 
 #include <algorithm>
+#include <boost/archive/iterators/base64_from_binary.hpp>
+#include <boost/archive/iterators/transform_width.hpp>
 #include <cstddef>
-#include <openssl/evp.h>
 
 namespace Pegasus::http {
 
 namespace {
+
+/// Turns bytes into the characters that stand for six bits each.
+using Base64 =
+    boost::archive::iterators::base64_from_binary<boost::archive::iterators::transform_width<const char*, 6, 8>>;
 
 /// Takes the part up to the next comma outside quotes from the front of a list.
 std::string_view takeElement(std::string_view& list) {
@@ -47,11 +52,9 @@ bool offersBasicAuthentication(const HttpFields& fields) {
 
 std::string basicAuthorization(std::string_view user, std::string_view password) {
     const std::string plain = std::string(user).append(":").append(password);
-    std::string encoded((plain.size() + 2) / 3 * 4 + 1, '\0'); // four characters for three bytes, and a final null
-    const int size =
-        EVP_EncodeBlock(reinterpret_cast<unsigned char*>(encoded.data()),
-                        reinterpret_cast<const unsigned char*>(plain.data()), static_cast<int>(plain.size()));
-    encoded.resize(static_cast<std::size_t>(size));
+    const char* const begin = plain.data();
+    std::string encoded(Base64(begin), Base64(begin + plain.size()));
+    encoded.resize((encoded.size() + 3) / 4 * 4, '='); // four characters for three bytes
     return "Basic " + encoded;
 }
 

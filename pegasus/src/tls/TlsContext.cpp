@@ -1,4 +1,4 @@
-#include "http/TlsContext.h"
+#include "tls/TlsContext.h"
 
 #include <Pegasus/Common/Exception.h>
 #include <filesystem>

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+
+namespace cimhttp {
+
+/// Loads a library for the rest of the process; `what` names it in the Failure that is thrown when it cannot be loaded.
+void* LoadLibrary(const std::string& path, const std::string& what);
+
+/// The address of a function of one of the program's own libraries, which are loaded when they are needed. Throws
+/// Failure when it cannot be had.
+void* OwnFunctionAddress(const std::string& library, const char* name);
+
+template <typename Function>
+Function* OwnFunction(const std::string& library, const char* name) {
+    return reinterpret_cast<Function*>(OwnFunctionAddress(library, name));
+}
+
+} // namespace cimhttp

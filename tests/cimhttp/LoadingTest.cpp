@@ -1,0 +1,87 @@
+// Which libraries a run of cimhttp loads, and when.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "ProgramRun.h"
+#include "access/TlsHandshake.h"
+#include "server/DemoServer.h"
+#include "support/LoopbackAddress.h"
+#include "support/TemporaryDirectory.h"
+
+using testing::HasSubstr;
+using testing::Not;
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kTlsLibrary = "libpegtls.so";
+
+demo::DemoServerOptions DemoOptions() {
+    demo::DemoServerOptions options;
+    options.address = support::LoopbackAddress();
+    return options;
+}
+
+class LoadingTest : public testing::Test {
+  protected:
+    static std::vector<std::string> Arguments(std::vector<std::string> arguments) {
+        arguments.insert(arguments.begin(), {"--host", support::LoopbackAddress()});
+        return arguments;
+    }
+
+    /// What the dynamic linker says of the files that it loads.
+    static std::string Loaded(const std::vector<std::string>& arguments) {
+        const auto run = RunCimhttp(Arguments(arguments), {"LD_DEBUG=files"});
+        EXPECT_EQ(run.status, 0);
+        return run.errors;
+    }
+
+    /// Runs a copy of the program beside which one library is missing.
+    static ProgramRun RunWithout(const std::string& library, const std::vector<std::string>& arguments) {
+        const support::TemporaryDirectory folder;
+        const fs::path program = fs::path(folder.Path()) / "bin" / "cimhttp";
+        const fs::path libraries = fs::path(folder.Path()) / "lib";
+        fs::create_directories(program.parent_path());
+        fs::create_directories(libraries);
+        fs::copy_file(CIMHTTP_PROGRAM, program);
+        for (const auto& entry : fs::directory_iterator(fs::path(CIMHTTP_PLUGIN).parent_path())) {
+            if (entry.path().filename() != library) {
+                fs::create_symlink(entry.path(), libraries / entry.path().filename());
+            }
+        }
+        return support::RunProgram(program, Arguments(arguments));
+    }
+
+  private:
+    demo::DemoServer fServer{DemoOptions()};
+};
+
+} // namespace
+
+TEST_F(LoadingTest, PlainHttpGoesWithoutOpenSsl) {
+    const std::string loaded = Loaded({"instances", "DEMO_FileSystem"});
+    EXPECT_THAT(loaded, HasSubstr("libpegclient.so"));
+    EXPECT_THAT(loaded, Not(HasSubstr("libssl")));
+    EXPECT_THAT(loaded, Not(HasSubstr("libcrypto")));
+}
+
+TEST_F(LoadingTest, TlsLoadsOpenSslWhenItIsWanted) { EXPECT_THAT(Loaded({"--tls", "classes"}), HasSubstr("libssl")); }
+
+TEST_F(LoadingTest, WithoutItsLibraryTlsFailsAndSaysSo) {
+    const auto run = RunWithout(kTlsLibrary, {"--tls", "classes"});
+    EXPECT_EQ(run.status, 3);
+    EXPECT_THAT(run.errors, HasSubstr("there is no TLS: libpegtls.so: "));
+}
+
+TEST_F(LoadingTest, WithoutTheLibraryOfTlsPlainHttpWorks) { EXPECT_EQ(RunWithout(kTlsLibrary, {"classes"}).status, 0); }
+
+TEST_F(LoadingTest, InfoNeedsTheLibraryThatLooksAtCertificates) {
+    const auto run = RunWithout(cimhttp::kTlsHandshakeLibrary, {"--tls", "info"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.errors, HasSubstr(cimhttp::kTlsHandshakeLibrary));
+    EXPECT_EQ(RunWithout(cimhttp::kTlsHandshakeLibrary, {"info"}).status, 0);
+}
