@@ -1,5 +1,25 @@
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <iostream>
 
 #include "Program.h"
 
-int main(int argc, char** argv) { return cimhttp::RunProgram(argc, argv, std::cout, std::cerr); }
+namespace {
+
+/// Takes the places of standard streams that the program was started without. Otherwise a connection to a server would
+/// get such a place, and with it what is written to the stream. Writing fails as it did.
+void OccupyStandardStreams() {
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (::fcntl(stream, F_GETFD) < 0) {
+            ::open("/dev/null", O_RDONLY);
+        }
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    OccupyStandardStreams();
+    return cimhttp::RunProgram(argc, argv, std::cout, std::cerr);
+}

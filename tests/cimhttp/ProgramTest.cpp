@@ -360,3 +360,10 @@ TEST_F(ProgramTest, AFullDiskIsAFailure) {
     const int status = std::system(command.c_str());
     EXPECT_EQ(WEXITSTATUS(status), 1);
 }
+
+TEST_F(ProgramTest, AClosedOutputIsAFailureAndNoPlaceForTheConnection) {
+    fServer.Answer("EnumerateInstances", "TEST_Disk", DiskXml("sda", "1"));
+    const auto run = support::RunProgram("/bin/sh", {"-c", "exec \"$@\" >&-", "sh", CIMHTTP_PROGRAM, "--host",
+                                                     fServer.Address(), "instances", "TEST_Disk"});
+    ExpectOneLine(run, 1, "the output could not be written: Bad file descriptor");
+}
