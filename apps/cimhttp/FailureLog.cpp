@@ -23,6 +23,13 @@ std::string ReasonIn(const std::string& message) {
     return {};
 }
 
+/// The property of an instance that a message tells of; empty for other messages.
+std::string LostPropertyIn(const std::string& message) {
+    const std::string introduction = "Unable to retrieve property: ";
+    const auto found = message.find(introduction);
+    return found == std::string::npos ? std::string() : message.substr(found + introduction.size());
+}
+
 } // namespace
 
 FailureLog::FailureLog(std::ostream& stream, std::optional<EVYXLogSeverity> level) {
@@ -39,6 +46,10 @@ void FailureLog::Log(EVYXLogSeverity severity, std::string message) {
     }
     if (severity == eLogError) {
         ++error_count_;
+        std::string property = LostPropertyIn(message);
+        if (!property.empty()) {
+            lost_properties_.insert(std::move(property));
+        }
     }
     if (written_) {
         written_->Log(severity, std::move(message));
@@ -50,9 +61,19 @@ std::string FailureLog::TakeReason() {
     return std::exchange(reason_, {});
 }
 
+std::set<std::string> FailureLog::TakeLostProperties() {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return std::exchange(lost_properties_, {});
+}
+
 std::size_t FailureLog::ErrorCount() const {
     const std::lock_guard<std::mutex> lock(mutex_);
     return error_count_;
+}
+
+void FailureLog::ResetErrorCount(std::size_t count) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    error_count_ = count;
 }
 
 } // namespace cimhttp

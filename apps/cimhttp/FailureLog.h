@@ -3,6 +3,7 @@
 #include <iosfwd>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <string>
 
 #include "host/ILogger.h"
@@ -23,12 +24,19 @@ class FailureLog : public NQORVYX20::ILogger {
     /// Forgets them.
     std::string TakeReason();
 
+    /// The names of the properties whose values could not be kept. Forgets them.
+    std::set<std::string> TakeLostProperties();
+
     /// How many messages of severity error there were.
     std::size_t ErrorCount() const;
+
+    /// Forgets the messages behind the first `count`, which turned out to be no errors.
+    void ResetErrorCount(std::size_t count);
 
   private:
     mutable std::mutex mutex_;
     std::string reason_;
+    std::set<std::string> lost_properties_;
     std::size_t error_count_ = 0;
     std::optional<NQORVYX20::TLogger> written_;
 };

@@ -190,6 +190,28 @@ TEST_F(ProgramTest, DeepAsksForTheInstancesOfSubclasses) {
     EXPECT_THAT(fServer.Calls().back().parameters.at("DeepInheritance"), testing::StrCaseEq("true"));
 }
 
+TEST_F(ProgramTest, WhatSubclassesAddIsNoErrorButSaidToBeLeftOut) {
+    fServer.Answer(
+        "EnumerateInstances", "TEST_Disk",
+        "<VALUE.NAMEDINSTANCE><INSTANCENAME CLASSNAME=\"TEST_FastDisk\"/><INSTANCE CLASSNAME=\"TEST_FastDisk\">"
+        "<PROPERTY NAME=\"Name\" TYPE=\"string\"><VALUE>sda</VALUE></PROPERTY><PROPERTY NAME=\"Speed\" "
+        "TYPE=\"string\"><VALUE>x</VALUE></PROPERTY></INSTANCE></VALUE.NAMEDINSTANCE>");
+    EXPECT_EQ(Run({"instances", "TEST_Disk", "--deep"}).errors,
+              "cimhttp: what subclasses add to TEST_Disk is left out; 'instances' with the name of the subclass shows "
+              "it\n");
+    EXPECT_EQ(Run({"instances", "TEST_Disk", "--deep", "--property", "Name"}).errors, "");
+}
+
+TEST_F(ProgramTest, ValuesThatCannotBeKeptAreMentionedAlsoBesideWhatSubclassesAdd) {
+    fServer.Answer(
+        "EnumerateInstances", "TEST_Disk",
+        "<VALUE.NAMEDINSTANCE><INSTANCENAME CLASSNAME=\"TEST_FastDisk\"/><INSTANCE CLASSNAME=\"TEST_FastDisk\">"
+        "<PROPERTY NAME=\"Name\" TYPE=\"string\"><VALUE>sda</VALUE></PROPERTY><PROPERTY NAME=\"Speed\" "
+        "TYPE=\"string\"><VALUE>x</VALUE></PROPERTY><PROPERTY NAME=\"Size\" TYPE=\"string\"><VALUE>big"
+        "</VALUE></PROPERTY></INSTANCE></VALUE.NAMEDINSTANCE>");
+    EXPECT_THAT(Run({"instances", "TEST_Disk", "--deep"}).errors, HasSubstr("not everything could be read"));
+}
+
 TEST_F(ProgramTest, NoInstancesAreSaidSo) {
     fServer.Answer("EnumerateInstances", "TEST_Disk", "");
     const auto run = Run({"instances", "TEST_Disk"});

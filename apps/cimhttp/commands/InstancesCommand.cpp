@@ -4,6 +4,7 @@
 #include <ostream>
 #include <string>
 
+#include "FailureLog.h"
 #include "commands/InstanceFilter.h"
 #include "commands/InstanceWriter.h"
 #include "connection/Session.h"
@@ -19,6 +20,19 @@ Instances Selected(Instances instances, const InstanceFilter& filter, const Plug
                                    [&](const auto& instance) { return !filter.Accepts(*instance, access); }),
                     instances.end());
     return instances;
+}
+
+/// Whether instances of subclasses lack properties because the class that was asked for does not have them. That is no
+/// error; `errors_before` is how many others there were.
+bool LacksWhatSubclassesAdd(const NQORVYX20::ICIMClass& cls, std::size_t errors_before, FailureLog& log) {
+    const auto lost = log.TakeLostProperties();
+    const auto added = std::count_if(lost.begin(), lost.end(), [&](const std::string& name) {
+        return !cls.GetPropertyDecl(name, NQORVYX20::TCIMContext());
+    });
+    if (added > 0 && static_cast<std::size_t>(added) == lost.size()) {
+        log.ResetErrorCount(errors_before);
+    }
+    return added > 0;
 }
 
 } // namespace
@@ -47,7 +61,9 @@ int InstancesCommand::Run(const CommandContext& context) {
     const InstanceSelection selection{properties_.empty() ? PropertiesOf(*cls) : PropertiesOf(*cls, properties_),
                                       properties_.empty(), raw_};
     const OutputFormat format = context.Format(*this);
+    const std::size_t errors_before = context.log.ErrorCount();
     const Instances all = session.Instances(*cls, deep_);
+    const bool lacks_some = deep_ && LacksWhatSubclassesAdd(*cls, errors_before, context.log);
     const Instances instances = Selected(all, filter, access);
     if (instances.empty() && !all.empty()) {
         context.errors << "cimhttp: no instance matches; without --where there "
@@ -57,6 +73,11 @@ int InstancesCommand::Run(const CommandContext& context) {
         }
     }
     WriteInstances(instances, selection, format, access, context);
+    if (lacks_some && properties_.empty()) {
+        context.output.flush(); // on a terminal, the remark stands below
+        context.errors << "cimhttp: what subclasses add to " << cls->GetName(NQORVYX20::TCIMContext())
+                       << " is left out; 'instances' with the name of the subclass shows it\n";
+    }
     return 0;
 }
 
