@@ -133,6 +133,15 @@ TEST_F(ProgramTest, APatternSelectsClassesWithoutRegardToCase) {
     EXPECT_EQ(Run({"classes", "disk"}).output, "");
 }
 
+TEST_F(ProgramTest, APatternThatNoClassMatchesIsSaidSo) {
+    const std::string remark = "cimhttp: no class matches; without the pattern there are 3";
+    const auto run = Run({"classes", "*tapes", "-o", "json"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.output, "[]\n");
+    EXPECT_EQ(run.errors, remark + "\n");
+    EXPECT_EQ(Run({"classes", "tape"}).errors, remark + " (a part of a name is '*tape*')\n");
+}
+
 TEST_F(ProgramTest, AClassIsShownAsMof) {
     const auto run = Run({"class", "test_disk"});
     EXPECT_EQ(run.status, 0) << run.errors;
@@ -326,6 +335,23 @@ TEST_F(ProgramTest, AnAnswerThatIsNotXml) {
 TEST_F(ProgramTest, AnUnknownClass) {
     ExpectOneLine(Run({"class", "TEST_None"}), 5, "there is no class TEST_None");
     ExpectOneLine(Run({"instances", "TEST_None"}), 5, "there is no class TEST_None");
+    ExpectOneLine(Run({"class", "Xyzzy"}), 5, "; 'cimhttp classes' lists all\n");
+}
+
+TEST_F(ProgramTest, AnInstanceOfAnUnknownClass) {
+    fServer.Fail("GetInstance", "", 5, "no such class");
+    for (const std::string path : {"TEST_Dsik", "TEST_Dsik.Name=\"a.b:c\"", "root/cimv2:TEST_Dsik.Name=\"a\"",
+                                   "//server.example/root/cimv2:TEST_Dsik.Name=\"a\""}) {
+        ExpectOneLine(Run({"instance", path}), 5,
+                      "there is no class TEST_Dsik on http://" + fServer.Address() + " (did you mean TEST_Disk?)");
+    }
+}
+
+TEST_F(ProgramTest, AnUnfinishedCondition) {
+    for (const std::string condition : {"Name", "=sda", ""}) {
+        ExpectOneLine(Run({"instances", "TEST_Disk", "--where", condition}), 2,
+                      "'" + condition + "' is not a condition such as 'Name=eth*'");
+    }
 }
 
 TEST_F(ProgramTest, AClassThatIsNotValid) {

@@ -14,12 +14,12 @@ namespace cimhttp {
 
 namespace {
 
-std::vector<std::string> Selected(std::vector<std::string> names, const std::string& pattern) {
-    names.erase(std::remove_if(names.begin(), names.end(),
-                               [&](const std::string& name) { return !pattern.empty() && !Matches(pattern, name); }),
-                names.end());
-    std::sort(names.begin(), names.end());
-    return names;
+std::vector<std::string> Selected(const std::vector<std::string>& names, const std::string& pattern) {
+    std::vector<std::string> selected;
+    std::copy_if(names.begin(), names.end(), std::back_inserter(selected),
+                 [&](const std::string& name) { return pattern.empty() || Matches(pattern, name); });
+    std::sort(selected.begin(), selected.end());
+    return selected;
 }
 
 void WriteCsv(const std::vector<std::string>& names, const CommandContext& context) {
@@ -42,7 +42,14 @@ CommandDescription ClassesCommand::Describe() {
 }
 
 int ClassesCommand::Run(const CommandContext& context) {
-    const auto names = Selected(context.Connect().ClassNames(), pattern_);
+    const auto all = context.Connect().ClassNames();
+    const auto names = Selected(all, pattern_);
+    if (names.empty() && !all.empty()) {
+        const bool is_pattern = pattern_.find_first_of("*?") != std::string::npos;
+        context.errors << "cimhttp: no class matches; without the pattern there "
+                       << (all.size() == 1 ? "is 1" : "are " + std::to_string(all.size()))
+                       << (is_pattern ? "" : " (a part of a name is '*" + Printable(pattern_) + "*')") << '\n';
+    }
     switch (context.Format(*this)) {
     case OutputFormat::kJson:
         context.output << JsonTexts(names) << '\n';

@@ -41,7 +41,7 @@ bool IsMatch(const std::string& pattern, const ICIMProperty& property, const Plu
 InstanceFilter::InstanceFilter(const std::vector<std::string>& conditions, const ICIMClass& cls) {
     for (const std::string& condition : conditions) {
         const auto sign = condition.find('=');
-        if (sign == std::string::npos) {
+        if (sign == std::string::npos || sign == 0) {
             throw Failure(Failure::kUsage, "'" + condition + "' is not a condition such as 'Name=eth*'");
         }
         const auto property = PropertiesOf(cls, {condition.substr(0, sign)}).front();

@@ -8,7 +8,6 @@
 #include "output/ClassTree.h"
 #include "output/Json.h"
 #include "output/Listing.h"
-#include "text/NearestNames.h"
 #include "text/TerminalText.h"
 
 namespace cimhttp {
@@ -82,8 +81,7 @@ std::vector<std::string> RootsOf(const ClassTree& tree, const std::string& name,
     }
     const std::string found = tree.Find(name);
     if (found.empty()) {
-        throw Failure(Failure::kNotFound,
-                      "there is no class " + name + " on " + server + DidYouMean(NearestNames(name, NamesOf(classes))));
+        throw NoSuchClass(name, server, NamesOf(classes));
     }
     return {found};
 }

@@ -20,6 +20,7 @@ using NQORVYX20::TCIMContext;
 using NQORVYX20::TVYXException;
 
 constexpr const char* kNotValid = "its definition is not valid";
+constexpr const char* kInvalidClass = "CIM_ERR_INVALID_CLASS"; // the server has no such class (DSP0200 5.2.5)
 
 Failure NotAName(const std::string& name) { return {Failure::kUsage, "'" + name + "' is not a class name"}; }
 
@@ -37,7 +38,21 @@ Attendant::Limit LimitOf(const Connection& connection) {
             }};
 }
 
+/// The name of the class in an object path.
+std::string ClassIn(const std::string& path) {
+    const std::string head = path.substr(0, path.find('=')); // `//host/namespace:class.key`, or a part of it
+    const std::string name = head.substr(head.rfind(':') + 1);
+    return name.substr(0, name.find('.'));
+}
+
 } // namespace
+
+Failure NoSuchClass(const std::string& name, const std::string& server, const std::vector<std::string>& classes) {
+    const std::string suggestion = DidYouMean(NearestNames(name, classes));
+    return {Failure::kNotFound,
+            "there is no class " + name + " on " + server +
+                (suggestion.empty() ? "; 'cimhttp classes' lists all" : suggestion)};
+}
 
 Session::Session(const Plugin& plugin, const Connection& connection, FailureLog& log, const Attendant& attendant)
     : log_(log),
@@ -123,12 +138,18 @@ boost::shared_ptr<ICIMInstance> Session::Instance(const std::string& path) {
     log_.TakeReason();
     try {
         auto instance =
-            Remotely("the instance " + path, [&] { return plugin_.Access().ReadInstance(*namespace_, path); });
+            Attended("the instance " + path, [&] { return plugin_.Access().ReadInstance(*namespace_, path); });
         if (!instance) {
             const std::string reason = log_.TakeReason();
             Fail("the class of " + path + " cannot be read from " + Server(), reason.empty() ? kNotValid : reason);
         }
         return instance;
+    } catch (const RemoteFailure& failure) {
+        const std::string reason = failure.what();
+        if (reason.find(kInvalidClass) != std::string::npos) {
+            FailAboutUnknownClass(ClassIn(path));
+        }
+        Fail("the instance " + path + " cannot be read from " + Server(), reason);
     } catch (const std::invalid_argument&) {
         const std::string fault = PathFault(path);
         throw Failure(Failure::kUsage, "'" + path + "' is not an object path" +
@@ -158,17 +179,19 @@ boost::shared_ptr<ICIMClass> Session::Class(const std::string& name) {
 
 void Session::FailAboutClass(const std::string& name, const std::string& reason) {
     if (!reason.empty() && RemoteReason(reason, connection_).Status() == Failure::kNotFound) {
-        throw Failure(Failure::kNotFound, "there is no class " + name + " on " + Server() + SuggestionFor(name));
+        FailAboutUnknownClass(name);
     }
     Fail("the class " + name + " cannot be read from " + Server(), reason.empty() ? kNotValid : reason);
 }
 
-std::string Session::SuggestionFor(const std::string& name) {
+void Session::FailAboutUnknownClass(const std::string& name) {
+    std::vector<std::string> classes;
     try {
-        return DidYouMean(NearestNames(name, ClassNames()));
+        classes = ClassNames();
     } catch (const Failure&) {
-        return {}; // a server that does not list its classes
+        // a server that does not list its classes
     }
+    throw NoSuchClass(name, Server(), classes);
 }
 
 std::vector<boost::shared_ptr<ICIMInstance>> Session::Instances(ICIMClass& cls, bool deep) {

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "Failure.h"
 #include "FailureLog.h"
 #include "access/RemoteModel.h"
 #include "connection/Connection.h"
@@ -18,6 +19,10 @@ class ICIMInstance;
 } // namespace NQORVYX20
 
 namespace cimhttp {
+
+/// What there is to say about a class that a server does not have: which of its classes have names like it, or how to
+/// see them all.
+Failure NoSuchClass(const std::string& name, const std::string& server, const std::vector<std::string>& classes);
 
 /// A connected namespace. What the plug-in reports by an empty result and a line in the log becomes a Failure here that
 /// names the server, the thing asked for, the reason and what to try. Its status is kConnection, kAuthentication,
@@ -53,7 +58,8 @@ class Session {
     /// The same, or none from a server that does not list its qualifiers.
     std::vector<RemoteQualifierDeclaration> KnownQualifiers();
 
-    /// One instance by its object path.
+    /// One instance by its object path. Throws Failure(kUsage) for what is no path; about its class it fails like
+    /// Class().
     boost::shared_ptr<NQORVYX20::ICIMInstance> Instance(const std::string& path);
 
     /// A class by name. Throws Failure(kUsage) for what is no name; for a class that there is not, the Failure suggests
@@ -65,10 +71,10 @@ class Session {
 
   private:
     boost::shared_ptr<NQORVYX20::ICIMClass> FindClass(const std::string& name);
-    std::string SuggestionFor(const std::string& name);
     [[noreturn]] void Fail(const std::string& what, const std::string& reason) const;
 
     [[noreturn]] void FailAboutClass(const std::string& name, const std::string& reason);
+    [[noreturn]] void FailAboutUnknownClass(const std::string& name);
 
     /// Reads while the attendant says that `thing` is being read.
     template <typename Operation>
