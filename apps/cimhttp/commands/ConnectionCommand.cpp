@@ -91,6 +91,9 @@ int ConnectionCommand::Run(const CommandContext& context) {
     if (name_.empty() != (action_ == "list")) {
         Refuse(name_.empty() ? "connection " + action_ + " needs a NAME" : "connection list takes no name");
     }
+    if (context.options.format && action_ != "list") {
+        Refuse("connection " + action_ + " has one form only; leave out --output");
+    }
     const ConnectionStore store = UsersStore();
     if (action_ == "add") {
         Add(store, context);

@@ -116,6 +116,9 @@ Connection ConnectionOfComplete(const Options& options) {
     connection.tls = options.tls.value_or(server.tls.value_or(false));
     connection.user = options.user.value_or("");
     connection.timeout = std::chrono::seconds(options.timeout.value_or(kUsualTimeout));
+    if (connection.user.empty() && !options.password.value_or("").empty()) {
+        throw Failure(Failure::kUsage, "whose password? give --user");
+    }
     if (!connection.user.empty()) {
         connection.password = PasswordOf(options, connection.user, connection.Url());
     }

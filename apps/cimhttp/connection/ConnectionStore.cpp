@@ -176,10 +176,11 @@ std::optional<ConnectionStore> ConnectionStore::OfUser() {
 
 ConnectionStore::Connections ConnectionStore::Read() const {
     std::ifstream stream(path_);
-    if (!stream) {
-        if (errno == ENOENT) {
-            return {};
-        }
+    if (!stream.is_open() && errno == ENOENT) {
+        return {};
+    }
+    stream.peek(); // a folder can be opened, too
+    if (!stream.is_open() || stream.bad()) {
         Refuse(path_ + " cannot be read: " + std::generic_category().message(errno));
     }
     Connections connections;

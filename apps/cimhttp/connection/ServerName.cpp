@@ -59,6 +59,11 @@ bool IsPlausible(const std::string& host) {
 ServerName ParseServerName(const std::string& text) {
     ServerName server{text, std::nullopt};
     server.tls = TakeScheme(server.host);
+    const auto sign = server.host.rfind('@');
+    if (sign != std::string::npos) { // what stands before it may be a password, which is not to be shown
+        throw Failure(Failure::kUsage, "the user is not a part of the server's name: give --host " +
+                                           server.host.substr(sign + 1) + " and --user NAME");
+    }
     const std::string port = server.host.empty() ? std::string() : TakePort(server.host);
     if (!IsPlausible(server.host)) {
         throw Failure(Failure::kUsage, "'" + text + "' is not the name or address of a server");
