@@ -1,20 +1,21 @@
 #include "CommandLine.h"
 
-#include <CLI/CLI.hpp>
-#include <sys/ioctl.h>
-#include <unistd.h>
-
 #include <algorithm>
+#include <cerrno>
 #include <cstdint>
-#include <cstdlib>
 #include <fstream>
-#include <map>
+#include <iterator>
 #include <memory>
+#include <stdexcept>
+#include <system_error>
 
+#include "Choices.h"
 #include "Failure.h"
-#include "HelpLayout.h"
+#include "HelpFormatter.h"
+#include "Surroundings.h"
 #include "connection/Connection.h"
 #include "connection/ProgramFolder.h"
+#include "text/NearestNames.h"
 
 namespace cimhttp {
 
@@ -22,37 +23,18 @@ namespace {
 
 using NQORVYX20::ILogger;
 
+constexpr std::size_t kGreatestNumber = 1000000000; // of what a user counts
 constexpr const char* kPluginFile = "libcimhttp.nsp.so";
 
-/// The value of a variable of the environment, empty when it is not set.
-std::string Variable(const char* name) {
-    const char* const value = std::getenv(name);
-    return value == nullptr ? "" : value;
-}
-
-/// The columns of a terminal; 0 for what is none or does not say.
-std::size_t TerminalWidth(int descriptor) {
-    winsize size{};
-    return ::ioctl(descriptor, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
-}
-
-/// 0 where the output goes to no terminal and COLUMNS says nothing.
-std::size_t OutputWidth() {
-    const std::size_t width = TerminalWidth(STDOUT_FILENO);
-    if (width > 0) {
-        return width;
-    }
-    return std::strtoul(Variable("COLUMNS").c_str(), nullptr, 10);
-}
-
-/// Colours are for terminals that have them and users who did not say otherwise (no-color.org).
-bool UsesColor() { return ::isatty(STDOUT_FILENO) == 1 && Variable("NO_COLOR").empty() && Variable("TERM") != "dumb"; }
-
 std::string ReadPasswordFile(const std::string& path) {
+    errno = 0;
     std::ifstream file(path);
     std::string password;
     if (!std::getline(file, password)) {
-        throw Failure(Failure::kUsage, "the password file " + path + " cannot be read or is empty");
+        const int error = errno;
+        throw Failure(Failure::kUsage,
+                      "the password file " + path +
+                          (error == 0 ? " is empty" : " cannot be read: " + std::generic_category().message(error)));
     }
     if (!password.empty() && password.back() == '\r') {
         password.pop_back();
@@ -63,78 +45,29 @@ std::string ReadPasswordFile(const std::string& path) {
 /// CLI11's texts can have several lines; a failure has one.
 std::string FirstLine(const std::string& text) { return text.substr(0, text.find('\n')); }
 
-const std::map<std::string, OutputFormat> kFormats{{"table", OutputFormat::kTable},
-                                                   {"plain", OutputFormat::kPlain},
-                                                   {"json", OutputFormat::kJson},
-                                                   {"csv", OutputFormat::kCsv},
-                                                   {"mof", OutputFormat::kMof}};
+const Choices<OutputFormat> kFormats{{"table", OutputFormat::kTable},
+                                     {"plain", OutputFormat::kPlain},
+                                     {"json", OutputFormat::kJson},
+                                     {"csv", OutputFormat::kCsv},
+                                     {"mof", OutputFormat::kMof}};
 
-std::vector<std::string> FormatNames() {
-    std::vector<std::string> names;
-    names.reserve(kFormats.size());
-    for (const auto& [name, format] : kFormats) {
-        names.push_back(name);
-    }
-    return names;
-}
+const Choices<ILogger::EVYXLogSeverity> kLevels{{"error", ILogger::eLogError},
+                                                {"warning", ILogger::eLogWarning},
+                                                {"info", ILogger::eLogInfo},
+                                                {"debug", ILogger::eLogDebug}};
 
-std::string NameOf(OutputFormat searched) {
-    return std::find_if(kFormats.begin(), kFormats.end(), [&](const auto& entry) { return entry.second == searched; })
-        ->first;
-}
-
-std::string Listed(const std::vector<OutputFormat>& formats) {
-    std::string list;
-    for (const OutputFormat format : formats) {
-        list += (list.empty() ? "" : ", ") + NameOf(format);
-    }
-    return list;
+std::string ListedForms(const std::vector<OutputFormat>& formats) {
+    std::vector<std::string> words;
+    std::transform(formats.begin(), formats.end(), std::back_inserter(words),
+                   [](OutputFormat format) { return WordFor(format, kFormats); });
+    return Listed(words);
 }
 
 /// The forms in a sentence.
 std::string FormsText(const std::vector<OutputFormat>& formats) {
-    return "Forms of the output (-o): " + Listed(formats) + "; " + NameOf(formats.front()) + " unless given.";
+    return "Forms of the output (-o): " + ListedForms(formats) + "; " + WordFor(formats.front(), kFormats) +
+           " unless given.";
 }
-
-/// Folds help to the terminal, and tells what the user writes rather than what the parser makes of it.
-class HelpFormatter : public CLI::Formatter {
-  public:
-    explicit HelpFormatter(HelpLayout layout) : layout_(layout) {
-        label("Positionals", "Arguments");
-        label("SUBCOMMAND", "COMMAND");
-    }
-
-    std::string make_description(const CLI::App* app) const override {
-        return layout_.Prose(app->get_description()) + '\n';
-    }
-
-    std::string make_footer(const CLI::App* app) const override { return app->get_footer(); }
-
-    std::string make_usage(const CLI::App* app, std::string name) const override {
-        return layout_.Prose(CLI::Formatter::make_usage(app, std::move(name)));
-    }
-
-    std::string make_subcommand(const CLI::App* command) const override {
-        return layout_.Entry(command->get_name(), command->get_description());
-    }
-
-    std::string make_option(const CLI::Option* option, bool is_positional) const override {
-        const std::string name = is_positional ? option->get_name(true) : WrittenForm(*option);
-        return layout_.Entry(name, option->get_description());
-    }
-
-  private:
-    /// `-c, --connection NAME`
-    static std::string WrittenForm(const CLI::Option& option) {
-        std::string form = CLI::detail::find_and_replace(option.get_name(false, true), ",", ", ");
-        if (!option.get_type_name().empty()) {
-            form += ' ' + option.get_type_name();
-        }
-        return option.get_expected_max() > 1 ? form + " ..." : form;
-    }
-
-    HelpLayout layout_;
-};
 
 struct Parser {
     Options options;
@@ -144,14 +77,11 @@ struct Parser {
 
     explicit Parser(const Commands& commands) {
         options.plugin = LibraryBesideProgram(kPluginFile);
-        options.width = OutputWidth();
-        options.uses_color = UsesColor();
-        options.is_output_terminal = ::isatty(STDOUT_FILENO) == 1;
-        options.error_stream_width = TerminalWidth(STDERR_FILENO);
-        options.is_error_stream_terminal = ::isatty(STDERR_FILENO) == 1;
+        ReadSurroundings(options);
         const HelpLayout layout(options.width);
         app.formatter(std::make_shared<HelpFormatter>(layout));
         app.set_help_flag("-h,--help", "Show this help");
+        app.set_version_flag("--version", "cimhttp " CIMHTTP_VERSION, "Show the program's version");
         app.footer(layout.Prose("cimhttp COMMAND --help tells more of a command, man cimhttp of all.\n\nExample:") +
                    layout.CommandLines("cimhttp --host server.example classes '*port'"));
         app.require_subcommand(1);
@@ -164,10 +94,6 @@ struct Parser {
     }
 
     void AddConnectionOptions() {
-        static const std::map<std::string, ILogger::EVYXLogSeverity> kLevels{{"error", ILogger::eLogError},
-                                                                             {"warning", ILogger::eLogWarning},
-                                                                             {"info", ILogger::eLogInfo},
-                                                                             {"debug", ILogger::eLogDebug}};
         app.add_option("--host", options.host,
                        "The server: a name, an address or a URL; localhost unless given, or the connection named "
                        "'default'")
@@ -189,37 +115,85 @@ struct Parser {
             ->type_name("SECONDS")
             ->check(CLI::Range(kShortestTimeout, kLongestTimeout).description(""));
         app.add_option("--plugin", options.plugin, "The plug-in to load")->type_name("FILE");
-        app.add_option_function<ILogger::EVYXLogSeverity>(
-               "--log", [this](const ILogger::EVYXLogSeverity& level) { options.log_level = level; },
-               "Write the log to the error stream: error, warning, info or debug")
-            ->transform(CLI::CheckedTransformer(kLevels, CLI::ignore_case).description(""))
-            ->type_name("LEVEL");
+        AddChoice("--log", "LEVEL", "Write the log to the error stream: " + Listed(kLevels), kLevels,
+                  options.log_level);
     }
 
     void AddOutputOption() {
-        app.add_option_function<std::string>(
-               "--output,-o", [this](const std::string& name) { options.format = kFormats.at(name); },
-               "The form of the output: table, plain, json, csv or mof, as far as the command has it")
-            ->transform(CLI::IsMember(FormatNames(), CLI::ignore_case).description(""))
-            ->type_name("FORM");
+        AddChoice("--output,-o", "FORM",
+                  "The form of the output: " + Listed(kFormats) + ", as far as the command has it", kFormats,
+                  options.format);
+    }
+
+    template <typename T>
+    void AddChoice(const std::string& name, const std::string& value_name, const std::string& help,
+                   const Choices<T>& choices, std::optional<T>& target) {
+        app.add_option(
+               name,
+               [name, &choices, &target](const CLI::results_t& words) {
+                   target = Chosen(words.front(), choices);
+                   if (!target) {
+                       throw CLI::ValidationError(name.substr(0, name.find(',')),
+                                                  "there is no '" + words.front() + "'; give " + Listed(choices));
+                   }
+                   return true;
+               },
+               help)
+            ->type_name(value_name);
+    }
+
+    /// What is wrong with the command line and where to read of it, in one line.
+    std::string Complaint(const CLI::ParseError& error) const {
+        const auto commands = app.get_subcommands();
+        const CLI::App* const command = commands.empty() ? nullptr : commands.front();
+        const auto unknown = app.remaining(true);
+        std::string text = FirstLine(error.what());
+        if (!unknown.empty()) {
+            text = ComplaintAbout(unknown.front(), command);
+        } else if (command == nullptr && error.get_name() == "RequiredError") {
+            text = "a command is missing";
+        }
+        const bool is_general = app.get_option_no_throw(text.substr(0, text.find(':'))) != nullptr;
+        return text + "; see cimhttp " + (command == nullptr || is_general ? "" : command->get_name() + ' ') + "--help";
+    }
+
+    std::string ComplaintAbout(const std::string& word, const CLI::App* command) const {
+        if (!word.empty() && word.front() == '-') {
+            const std::string option = word.substr(0, word.find('='));
+            return "there is no option " + option + DidYouMean(NearestNames(option, OptionNames(command)));
+        }
+        if (command != nullptr) {
+            return command->get_name() + " has no use for '" + word + "'";
+        }
+        std::vector<std::string> names;
+        for (const CLI::App* known : app.get_subcommands({})) {
+            names.push_back(known->get_name());
+        }
+        return "there is no command '" + word + "'" + DidYouMean(NearestNames(word, names));
+    }
+
+    /// `--host`, for example, those of a command with it.
+    std::vector<std::string> OptionNames(const CLI::App* command) const {
+        std::vector<std::string> names;
+        for (const CLI::App* owner : {&app, command}) {
+            if (owner == nullptr) {
+                continue;
+            }
+            for (const CLI::Option* option : owner->get_options()) {
+                for (const std::string& name : option->get_lnames()) {
+                    names.push_back("--" + name);
+                }
+            }
+        }
+        return names;
     }
 
     void CheckFormat() const {
         const CommandDescription description = chosen->Describe();
         const auto& formats = description.formats;
         if (options.format && std::find(formats.begin(), formats.end(), *options.format) == formats.end()) {
-            throw Failure(Failure::kUsage,
-                          description.name + " does not write " + NameOf(*options.format) + ": " +
-                              (formats.empty() ? "it has one form only" : "it has " + Listed(formats)));
-        }
-    }
-
-    void ReadPasswords() {
-        if (!password_file.empty()) {
-            options.password = ReadPasswordFile(password_file);
-        }
-        if (const char* const variable = std::getenv("CIMHTTP_PASSWORD")) {
-            options.password_variable = variable;
+            throw Failure(Failure::kUsage, description.name + " does not write " + WordFor(*options.format, kFormats) +
+                                               ": it has " + ListedForms(formats));
         }
     }
 
@@ -238,13 +212,19 @@ struct Parser {
 
     static std::string Footer(const CommandDescription& description, const HelpLayout& layout) {
         const std::string notes = description.notes.empty() ? "" : description.notes + "\n\n";
-        const std::string forms = description.formats.empty() ? "" : FormsText(description.formats) + '\n';
+        const std::string forms = description.formats.size() < 2 ? "" : FormsText(description.formats) + '\n';
         return layout.Prose(notes + forms + "cimhttp --help tells how to choose the server.\n\nExample:") +
                layout.CommandLines(description.example);
     }
 
     static void AddOption(CLI::App& sub, const CommandOption& option, bool& target) {
         sub.add_flag(option.name, target, option.help);
+    }
+
+    static void AddOption(CLI::App& sub, const CommandOption& option, std::optional<std::size_t>& target) {
+        sub.add_option(option.name, target, option.help)
+            ->type_name(option.value_name)
+            ->check(CLI::Range(std::size_t{0}, kGreatestNumber).description(""));
     }
 
     template <typename T>
@@ -261,11 +241,17 @@ ParsedCommandLine ParseCommandLine(int argc, const char* const* argv, const Comm
         parser.app.parse(argc, argv);
     } catch (const CLI::CallForHelp&) {
         return {parser.options, nullptr, parser.app.help()};
+    } catch (const CLI::CallForVersion& version) {
+        return {parser.options, nullptr, std::string(version.what()) + '\n'};
     } catch (const CLI::ParseError& error) {
-        throw Failure(Failure::kUsage, FirstLine(error.what()) + " (see cimhttp --help)");
+        throw Failure(Failure::kUsage, parser.Complaint(error));
+    } catch (const std::invalid_argument&) { // the library's, about what is behind a flag's equals sign
+        throw Failure(Failure::kUsage, "behind an option without a value, as in --tls=false, is true or false");
     }
     parser.CheckFormat();
-    parser.ReadPasswords();
+    if (!parser.password_file.empty()) {
+        parser.options.password = ReadPasswordFile(parser.password_file);
+    }
     return {parser.options, parser.chosen, std::string()};
 }
 

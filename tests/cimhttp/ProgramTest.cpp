@@ -316,8 +316,18 @@ TEST_F(ProgramTest, AUserWithoutAPassword) {
     ExpectOneLine(Run({"--user", "reader", "classes"}), 2, "CIMHTTP_PASSWORD");
 }
 
-TEST_F(ProgramTest, APasswordFileThatIsNotThere) {
-    ExpectOneLine(Run({"--user", "reader", "--password-file", "/no/such/file", "classes"}), 2, "/no/such/file");
+TEST_F(ProgramTest, APasswordFileWithoutAPassword) {
+    for (const auto& [file, reason] :
+         {std::pair("/no/such/file", " cannot be read: No such file or directory"),
+          std::pair("/", " cannot be read: Is a directory"), std::pair("/dev/null", " is empty")}) {
+        ExpectOneLine(Run({"--user", "reader", "--password-file", file, "classes"}), 2,
+                      std::string("the password file ") + file + reason);
+    }
+}
+
+TEST_F(ProgramTest, APasswordWithoutAUser) {
+    const support::TemporaryDirectory directory;
+    ExpectOneLine(Run({"--password-file", directory.WriteFile("password", "s3cret"), "classes"}), 2, "give --user");
 }
 
 TEST_F(ProgramTest, AServerThatClosesInTheMiddleOfAnAnswer) {
@@ -387,10 +397,26 @@ TEST_F(ProgramTest, ALibraryThatIsNotThePlugin) {
 TEST_F(ProgramTest, ThePluginCanBeNamed) { EXPECT_EQ(Run({"--plugin", CIMHTTP_PLUGIN, "classes"}).status, 0); }
 
 TEST_F(ProgramTest, WrongUsage) {
-    ExpectOneLine(RunCimhttp({}), 2, "--help");
-    ExpectOneLine(RunCimhttp({"dance"}), 2, "--help");
-    ExpectOneLine(RunCimhttp({"class"}), 2, "NAME");
-    ExpectOneLine(RunCimhttp({"--log", "loud", "classes"}), 2, "loud");
+    const std::pair<std::vector<std::string>, const char*> wrong[] = {
+        {{}, "a command is missing; see cimhttp --help\n"},
+        {{"dance"}, "there is no command 'dance'; see cimhttp --help\n"},
+        {{"clases"}, "there is no command 'clases' (did you mean class or classes?); see cimhttp --help\n"},
+        {{"class"}, "NAME is required; see cimhttp class --help\n"},
+        {{"class", "TEST_Disk", "more"}, "class has no use for 'more'; see cimhttp class --help\n"},
+        {{"instances", "TEST_Disk", "--were", "a=b"},
+         "there is no option --were (did you mean --where?); see cimhttp instances --help\n"},
+        {{"--hots=a", "classes"}, "there is no option --hots (did you mean --host?); see cimhttp classes --help\n"},
+        {{"--log", "loud", "classes"},
+         "--log: there is no 'loud'; give error, warning, info or debug; see cimhttp --help\n"},
+        {{"-o", "xml", "classes"},
+         "--output: there is no 'xml'; give table, plain, json, csv or mof; see cimhttp --help\n"},
+        {{"-o", "mof", "classes"}, "classes does not write mof: it has plain, json or csv\n"},
+        {{"--tls=maybe", "classes"}, "as in --tls=false, is true or false\n"},
+        {{"watch", "TEST_Disk", "--count", "-1"}, "--count: Value -1 not in range 0 to 1000000000; see cimhttp watch"},
+    };
+    for (const auto& [arguments, complaint] : wrong) {
+        ExpectOneLine(RunCimhttp(arguments), 2, complaint);
+    }
 }
 
 TEST_F(ProgramTest, HelpIsNoFailure) {

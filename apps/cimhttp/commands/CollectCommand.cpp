@@ -114,7 +114,7 @@ CommandDescription CollectCommand::Describe() {
             "Write the classes that a document names, with all instances, as JSON",
             {{"FILE", "The requested-class document", true, &document_}},
             {{"--out", "FILE", "The file to write or replace; the standard output without it", &out_file_}},
-            {},
+            {OutputFormat::kJson},
             "cimhttp --host server.example collect requested.xml --out collected.json",
             kNotes};
 }

@@ -45,7 +45,7 @@ struct CommandDescription {
     std::string help;
     std::vector<CommandArgument> arguments;
     std::vector<CommandOption> options;
-    std::vector<OutputFormat> formats; ///< those that --output may ask for, the usual one first; none for no choice
+    std::vector<OutputFormat> formats; ///< those that --output may ask for, the usual one first; never none
     std::string example;               ///< command lines, each a line
     std::string notes = {};            ///< more help, see HelpLayout::Prose
 };

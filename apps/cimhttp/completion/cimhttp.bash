@@ -60,7 +60,7 @@ _cimhttp_offer_words() {
 }
 
 _cimhttp_offer_options() {
-    _cimhttp_offer_words --help --host --connection --tls --user --password-file --timeout --plugin --log --output
+    _cimhttp_offer_words --help --version --host --connection --tls --user --password-file --timeout --plugin --log --output
     case $command in
         class) _cimhttp_offer_words --all ;;
         instances) _cimhttp_offer_words --property --where --deep --raw ;;

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <strings.h>
+
+#include <algorithm>
+#include <iterator>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace cimhttp {
+
+/// Words that stand for values, in the order in which help and complaints list them.
+template <typename T>
+using Choices = std::vector<std::pair<std::string, T>>;
+
+/// `a, b or c`
+inline std::string Listed(const std::vector<std::string>& words) {
+    std::string list;
+    for (const std::string& word : words) {
+        list += (list.empty() ? "" : &word == &words.back() ? " or " : ", ") + word;
+    }
+    return list;
+}
+
+template <typename T>
+std::string Listed(const Choices<T>& choices) {
+    std::vector<std::string> words;
+    std::transform(choices.begin(), choices.end(), std::back_inserter(words),
+                   [](const auto& choice) { return choice.first; });
+    return Listed(words);
+}
+
+/// What a word stands for, whatever its case.
+template <typename T>
+std::optional<T> Chosen(const std::string& word, const Choices<T>& choices) {
+    for (const auto& [name, value] : choices) {
+        if (::strcasecmp(name.c_str(), word.c_str()) == 0) {
+            return value;
+        }
+    }
+    return std::nullopt;
+}
+
+/// The word for a value that is one of the choices.
+template <typename T>
+std::string WordFor(const T& value, const Choices<T>& choices) {
+    return std::find_if(choices.begin(), choices.end(), [&](const auto& choice) { return choice.second == value; })
+        ->first;
+}
+
+} // namespace cimhttp

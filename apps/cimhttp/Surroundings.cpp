@@ -1,0 +1,52 @@
+#include "Surroundings.h"
+
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <string>
+
+#include "Options.h"
+
+namespace cimhttp {
+
+namespace {
+
+/// The value of a variable of the environment, empty when it is not set.
+std::string Variable(const char* name) {
+    const char* const value = std::getenv(name);
+    return value == nullptr ? "" : value;
+}
+
+/// The columns of a terminal; 0 for what is none or does not say.
+std::size_t TerminalWidth(int descriptor) {
+    winsize size{};
+    return ::ioctl(descriptor, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
+}
+
+/// 0 where the output goes to no terminal and COLUMNS says nothing.
+std::size_t OutputWidth() {
+    const std::size_t width = TerminalWidth(STDOUT_FILENO);
+    if (width > 0) {
+        return width;
+    }
+    return std::strtoul(Variable("COLUMNS").c_str(), nullptr, 10);
+}
+
+/// Colours are for terminals that have them and users who did not say otherwise (no-color.org).
+bool UsesColor() { return ::isatty(STDOUT_FILENO) == 1 && Variable("NO_COLOR").empty() && Variable("TERM") != "dumb"; }
+
+} // namespace
+
+void ReadSurroundings(Options& options) {
+    options.width = OutputWidth();
+    options.uses_color = UsesColor();
+    options.is_output_terminal = ::isatty(STDOUT_FILENO) == 1;
+    options.error_stream_width = TerminalWidth(STDERR_FILENO);
+    options.is_error_stream_terminal = ::isatty(STDERR_FILENO) == 1;
+    if (const char* const password = std::getenv("CIMHTTP_PASSWORD")) {
+        options.password_variable = password;
+    }
+}
+
+} // namespace cimhttp
