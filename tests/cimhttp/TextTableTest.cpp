@@ -182,6 +182,11 @@ TEST(TerminalText, FoldsALongWordAtItsSeparatorsUnlessTheyLeaveMostOfALineEmpty)
     EXPECT_EQ(Folded("a_bcdefghijk", 8), (std::vector<std::string>{"a_bcdefg", "hijk"}));
 }
 
+TEST(TerminalText, FoldsALongWordAtItsStrongestSeparators) {
+    EXPECT_EQ(Folded("Name=\"a_b\",Handle=\"c_d\"", 20), (std::vector<std::string>{"Name=\"a_b\",", "Handle=\"c_d\""}));
+    EXPECT_EQ(Folded("/srv/model_tools_env", 14), (std::vector<std::string>{"/srv/", "model_tools_", "env"}));
+}
+
 TEST(TerminalText, KeepsACombiningMarkWithItsLetter) {
     EXPECT_EQ(Folded("ao\xcc\x88g", 2), (std::vector<std::string>{"ao\xcc\x88", "g"}));
 }

@@ -1,6 +1,7 @@
 #include "text/TerminalText.h"
 
 #include <algorithm>
+#include <array>
 
 #include "text/CharacterWidth.h"
 #include "text/Utf8.h"
@@ -12,7 +13,7 @@ namespace {
 constexpr char32_t kControlPictures = 0x2400;
 constexpr char32_t kDelete = 0x7F;
 constexpr char32_t kPictureOfDelete = 0x2421;
-constexpr const char* kSeparators = "_-/\\.,:;=|&@+"; // between the parts of a long word
+constexpr std::array<const char*, 3> kSeparators{",;/\\|&", ".:=", "_-@+"}; // in long words, the strongest first
 
 bool IsWhite(char32_t character) { return character == '\n' || character == '\r' || character == '\t'; }
 
@@ -88,12 +89,16 @@ class Folder {
     bool IsAtEnd() const { return offset_ == text_.size(); }
 
   private:
-    /// Behind the last separator in a word that is too long; where the line is full when that would leave the most of
-    /// it empty.
+    /// Behind the last of the strongest separators in a word that is too long; where the line is full when that would
+    /// leave the most of it empty.
     std::size_t EndOfPart(std::size_t begin, std::size_t fit) const {
-        const std::size_t separator = text_.find_last_of(kSeparators, fit - 1);
-        const bool is_useful = separator != std::string_view::npos && separator >= begin + (fit - begin) / 2;
-        return is_useful ? separator + 1 : fit;
+        for (const char* const separators : kSeparators) {
+            const std::size_t separator = text_.find_last_of(separators, fit - 1);
+            if (separator != std::string_view::npos && separator >= begin + (fit - begin) / 3) {
+                return separator + 1;
+            }
+        }
+        return fit;
     }
 
     std::string_view text_;

@@ -18,9 +18,9 @@ std::string PrintableLines(std::string_view text);
 /// The columns that a printable text takes on a terminal.
 std::size_t DisplayWidth(std::string_view text);
 
-/// A printable text as lines of at most `width` columns, broken at blanks where there are any, a
-/// word that is too long at its `_`, `/` and the like. A character that is
-/// wider than `width` has a line of its own. At least one line.
+/// A printable text as lines of at most `width` columns, broken at blanks where there are any, a word that is too long
+/// behind its commas and slashes, else at `.`, `=` or `_` and the like. A character that is wider than `width` has a
+/// line of its own. At least one line.
 std::vector<std::string> Folded(std::string_view text, std::size_t width);
 
 /// As much of a printable text's front as `width` columns hold, but one character at least.
