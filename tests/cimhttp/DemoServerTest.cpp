@@ -314,6 +314,12 @@ TEST_F(DemoServerTest, ANarrowTerminalSaysWhatIsMissing) {
     EXPECT_THAT(OnTerminal({"instances", "DEMO_StorageVolume"}, 40), HasSubstr(" left out; -o plain shows all"));
     EXPECT_THAT(OnTerminal({"instances", "DEMO_StorageVolume", "--property", "DeviceID"}, 40),
                 Not(HasSubstr("left out")));
+    EXPECT_THAT(
+        OnTerminal({"instances", "DEMO_StorageVolume"}, 80),
+        testing::ContainsRegex("\ncimhttp: left out: [A-Za-z]+[A-Za-z, ]+ and [0-9]+ more; -o plain shows all"));
+    EXPECT_THAT(OnTerminal({"instances", "DEMO_ParentProcess"}, 80),
+                HasSubstr("cimhttp: references lack keys that all rows share; -o plain shows all"));
+    EXPECT_THAT(OnTerminal({"methods", "DEMO_Processor"}, 80), HasSubstr(" left out: From, Returns; -o csv"));
 }
 
 TEST_F(DemoServerTest, ColoursAreForTerminalsWithoutNoColor) {

@@ -171,6 +171,39 @@ TEST_F(ProgramTest, ATableThatDoesNotFitLosesColumnsAndSaysSo) {
     EXPECT_EQ(run.errors, "cimhttp: 1 column is left out; -o plain shows all\n");
 }
 
+TEST_F(ProgramTest, ATableNamesTheColumnsThatItLacksWhereThereIsRoom) {
+    AnswerWithPump();
+    EXPECT_EQ(Run({"instances", "TEST_Pump"}, {"COLUMNS=48"}).errors, "");
+    EXPECT_EQ(Run({"instances", "TEST_Pump"}, {"COLUMNS=47"}).errors, "cimhttp: left out: State; -o plain shows all\n");
+    EXPECT_EQ(Run({"instances", "TEST_Pump"}, {"COLUMNS=43"}).errors,
+              "cimhttp: 1 column is left out; -o plain shows all\n");
+}
+
+TEST_F(ProgramTest, ANarrowTableKeepsTheHealthOfWhatItLists) {
+    std::string cls = "<CLASS NAME=\"TEST_Fan\">";
+    for (const char* name : {"HealthState", "Name", "Serial"}) {
+        cls += std::string("<PROPERTY NAME=\"") + name + "\" TYPE=\"string\">";
+        cls += *name == 'N' ? "<QUALIFIER NAME=\"Key\" TYPE=\"boolean\"><VALUE>TRUE</VALUE></QUALIFIER>" : "";
+        cls += "</PROPERTY>";
+    }
+    fServer.Answer("GetClass", "TEST_Fan", cls + "</CLASS>");
+    std::string fans;
+    for (const std::string name : {"f1", "f2", "f3"}) {
+        fans += "<VALUE.NAMEDINSTANCE><INSTANCENAME CLASSNAME=\"TEST_Fan\"/><INSTANCE CLASSNAME=\"TEST_Fan\">"
+                "<PROPERTY NAME=\"Name\" TYPE=\"string\"><VALUE>" +
+                name + "</VALUE></PROPERTY><PROPERTY NAME=\"HealthState\" TYPE=\"string\"><VALUE>" +
+                (name == "f2" ? "Degraded" : "OK") +
+                "</VALUE></PROPERTY><PROPERTY NAME=\"Serial\" TYPE=\"string\"><VALUE>number " + name +
+                "</VALUE></PROPERTY></INSTANCE></VALUE.NAMEDINSTANCE>";
+    }
+    fServer.Answer("EnumerateInstances", "TEST_Fan", fans);
+    EXPECT_EQ(Run({"instances", "TEST_Fan"}, {"COLUMNS=20"}).output, "Name  HealthState\n"
+                                                                     "----  -----------\n"
+                                                                     "f1    OK\n"
+                                                                     "f2    Degraded\n"
+                                                                     "f3    OK\n");
+}
+
 TEST_F(ProgramTest, ChosenPropertiesAreTheColumnsInTheOrderGiven) {
     EXPECT_EQ(Run({"instances", "TEST_Disk", "--property", "size", "--property", "Vendor"}).output,
               " Size  Vendor\n-----  ------\n12345  -\n    7  -\n");

@@ -4,12 +4,17 @@
 
 #include <sstream>
 
+#include "host/TCIMReference.h"
+#include "host/TCIMValue.h"
 #include "output/Listing.h"
+#include "output/TextList.h"
+#include "text/FoldedName.h"
 #include "text/TerminalText.h"
 
 using cimhttp::Cell;
 using cimhttp::DisplayWidth;
 using cimhttp::Folded;
+using cimhttp::FoldedName;
 using cimhttp::Listing;
 using cimhttp::Printable;
 using cimhttp::TextStyle;
@@ -27,7 +32,7 @@ std::string Table(const Listing& listing, TextStyle style = {}) {
 
 std::vector<std::string> LeftOut(const Listing& listing, std::size_t width) {
     std::ostringstream output;
-    return cimhttp::WriteTable(listing, {width, false}, output);
+    return cimhttp::WriteTable(listing, {width, false}, output).columns;
 }
 
 std::string Lists(const Listing& listing, TextStyle style = {}) {
@@ -46,18 +51,33 @@ std::size_t WidestLine(const std::string& text) {
 }
 
 Listing Disks() {
-    Listing listing({{"Name", kLeft, true}, {"Size", kRight}});
+    Listing listing({Listing::Key("Name"), {"Size", kRight}});
     listing.AddRow({"sda", "7"});
     listing.AddRow({"nvme0", "12345"});
     return listing;
 }
 
 Listing WideListing() {
-    Listing listing({{"Key", kLeft, true}, {"Same"}, {"Copy"}, {"Number", kRight}, {"Text"}});
+    Listing listing({Listing::Key("Key"), {"Same"}, {"Copy"}, {"Number", kRight}, {"Text"}});
     for (const char* key : {"a", "b", "c"}) {
         listing.AddRow({key, "always the same", key, std::string(10, *key),
                         std::string("some words to fold, ending with ") + key});
     }
+    return listing;
+}
+
+/// A reference to a process of one of two systems.
+Cell Process(const std::string& system, const std::string& handle) {
+    NQORVYX20::TCIMReference reference({}, NQORVYX20::TCIMContext());
+    reference.AddKeyValue("CSName", system);
+    reference.AddKeyValue("Handle", handle);
+    return {NQORVYX20::TCIMValue(reference), reference.GetPath()};
+}
+
+Listing Parents(const std::string& last_system) {
+    Listing listing({Listing::Key("Parent"), Listing::Key("Child")});
+    listing.AddRow({Process("one.example", "1"), Process("one.example", "27")});
+    listing.AddRow({Process("one.example", "1"), Process(last_system, "31")});
     return listing;
 }
 
@@ -73,7 +93,7 @@ TEST(TextTable, AlignsTextsLeftAndNumbersRight) {
 }
 
 TEST(TextTable, ASingleRowIsAListWhereItWouldLoseColumns) {
-    Listing listing({{"Name", kLeft, true}, {"Size", kRight}, {"Used", kRight}});
+    Listing listing({Listing::Key("Name"), {"Size", kRight}, {"Used", kRight}});
     listing.AddRow({"nvme0", "1234567890", "9876543210"});
     EXPECT_EQ(Table(listing, {20, false}), Lists(listing, {20, false}));
     EXPECT_TRUE(LeftOut(listing, 20).empty());
@@ -119,7 +139,7 @@ TEST(TextTable, SendsNoControlCharactersToTheTerminal) {
 }
 
 TEST(TextTable, FoldsLongTextsAtBlanks) {
-    Listing listing({{"Name", kLeft, true}, {"Text"}});
+    Listing listing({Listing::Key("Name"), {"Text"}});
     listing.AddRow({"a", "one two three four five six seven"});
     EXPECT_EQ(Table(listing, {30, false}), "Name  Text\n"
                                            "----  ------------------------\n"
@@ -127,17 +147,128 @@ TEST(TextTable, FoldsLongTextsAtBlanks) {
                                            "      six seven\n");
 }
 
-TEST(TextTable, LeavesOutFirstWhatSaysNothingThenFromTheRightAndKeysLast) {
+TEST(TextTable, GivesAFoldedTextTheRoomThatOthersLeave) {
+    Listing listing({Listing::Key("Name"), {"Text"}, {"Size", kRight}});
+    listing.AddRow({"a", "one two three four five six seven", "12345"});
+    EXPECT_EQ(Table(listing, {43, false}), "Name  Text                             Size\n"
+                                           "----  ------------------------------  -----\n"
+                                           "a     one two three four five six     12345\n"
+                                           "      seven\n");
+}
+
+TEST(TextTable, FoldsHeadingsBetweenTheirWordsWhereThereIsNoRoom) {
+    Listing listing({Listing::Key("Name"), {"FileSystemSize", kRight}, {"EnabledState"}});
+    listing.AddRow({"a", "12345", "Enabled"});
+    listing.AddRow({"b", "7", "Disabled"});
+    EXPECT_EQ(Table(listing, {34, false}), "Name  FileSystemSize  EnabledState\n"
+                                           "----  --------------  ------------\n"
+                                           "a              12345  Enabled\n"
+                                           "b                  7  Disabled\n");
+    EXPECT_EQ(Table(listing, {33, false}), "                      Enabled\n"
+                                           "Name  FileSystemSize  State\n"
+                                           "----  --------------  --------\n"
+                                           "a              12345  Enabled\n"
+                                           "b                  7  Disabled\n");
+    EXPECT_EQ(Table(listing, {26, false}), "      FileSystem  Enabled\n"
+                                           "Name        Size  State\n"
+                                           "----  ----------  --------\n"
+                                           "a          12345  Enabled\n"
+                                           "b              7  Disabled\n");
+    EXPECT_EQ(LeftOut(listing, 26), std::vector<std::string>());
+}
+
+TEST(TextTable, LeavesOutFirstWhatTellsNothingAndKeysLast) {
     EXPECT_EQ(LeftOut(WideListing(), 0), std::vector<std::string>());
-    EXPECT_EQ(LeftOut(WideListing(), 200), std::vector<std::string>());
-    EXPECT_EQ(LeftOut(WideListing(), 60), (std::vector<std::string>{"Copy"}));
-    EXPECT_EQ(LeftOut(WideListing(), 43), (std::vector<std::string>{"Same", "Copy"}));
-    EXPECT_EQ(LeftOut(WideListing(), 20), (std::vector<std::string>{"Same", "Copy", "Text"}));
-    EXPECT_EQ(LeftOut(WideListing(), 4), (std::vector<std::string>{"Same", "Copy", "Number", "Text"}));
+    EXPECT_EQ(LeftOut(WideListing(), 68), std::vector<std::string>());
+    EXPECT_EQ(LeftOut(WideListing(), 60), (std::vector<std::string>{"Copy", "Same"}));
+    EXPECT_EQ(LeftOut(WideListing(), 20), (std::vector<std::string>{"Text", "Copy", "Same"}));
+    EXPECT_EQ(LeftOut(WideListing(), 4), (std::vector<std::string>{"Number", "Text", "Copy", "Same"}));
+}
+
+TEST(TextTable, KeepsColumnsWithManyDifferentTextsForTheirWidth) {
+    Listing listing({Listing::Key("Key"), {"Two"}, {"Wide"}, {"Many"}});
+    for (const char letter : {'a', 'b', 'c', 'd'}) {
+        const std::string name(1, letter);
+        listing.AddRow(
+            {name, letter < 'c' ? "one of two" : "another", std::string(22, letter), name + " is different"});
+    }
+    EXPECT_EQ(LeftOut(listing, 45), (std::vector<std::string>{"Two"}));
+    EXPECT_EQ(LeftOut(listing, 35), (std::vector<std::string>{"Wide"})); // room for Two, but not for Wide
+    EXPECT_EQ(LeftOut(listing, 20), (std::vector<std::string>{"Wide", "Two"}));
+}
+
+TEST(TextTable, LeavesOutATextThatWouldBeFoldedOverManyLinesUnlessItIsImportant) {
+    const auto listing_with = [](Listing::Column column) {
+        Listing listing({{"Name"}, std::move(column)});
+        for (const char* name : {"a", "b"}) {
+            listing.AddRow({name, name + std::string(" and many more words").append(200, '.')});
+        }
+        return listing;
+    };
+    EXPECT_EQ(LeftOut(listing_with({"Text"}), 60), (std::vector<std::string>{"Text"}));
+    EXPECT_EQ(LeftOut(listing_with({"Text"}), 90), std::vector<std::string>());
+    EXPECT_EQ(LeftOut(listing_with({"Text", kLeft, Listing::Importance::kHigh}), 60), std::vector<std::string>());
+}
+
+TEST(TextTable, ImportantColumnsStayLongerThanOthersAndComeBackWhenTheySayTheSame) {
+    constexpr auto kHigh = Listing::Importance::kHigh;
+    Listing listing({Listing::Key("Key"), {"Health", kLeft, kHigh}, {"Enabled", kLeft, kHigh}, {"Same"}, {"Number"}});
+    for (const char* key : {"a", "b", "c"}) {
+        listing.AddRow({key, *key == 'a' ? "Degraded" : "OK", "Yes", "always the same", "number " + std::string(key)});
+    }
+    EXPECT_EQ(LeftOut(listing, 13), (std::vector<std::string>{"Number", "Enabled", "Same"}));
+    EXPECT_EQ(LeftOut(listing, 23), (std::vector<std::string>{"Enabled", "Same"}));
+    EXPECT_EQ(LeftOut(listing, 32), (std::vector<std::string>{"Same"}));
+}
+
+TEST(TextTable, ImportantColumnsThatAreTheSameAsOneAnotherComeBackAllTheSame) {
+    constexpr auto kHigh = Listing::Importance::kHigh;
+    Listing listing({Listing::Key("Key"), {"Health", kLeft, kHigh}, {"Status", kLeft, kHigh}, {"Same"}});
+    for (const char* key : {"a", "b"}) {
+        listing.AddRow({key, "OK", "OK", "always the same text"});
+    }
+    EXPECT_EQ(LeftOut(listing, 30), (std::vector<std::string>{"Same"}));
+}
+
+TEST(TextTable, KeepsOneColumnAlsoWhenAllAreTheSameOrTooWide) {
+    Listing twins({{"A"}, {"B"}});
+    Listing texts({{"Text"}});
+    for (const char* word : {"one", "two"}) {
+        twins.AddRow({"always the same", "all the way"});
+        texts.AddRow({word + std::string(20, '.')});
+    }
+    EXPECT_EQ(Table(twins, {20, false}), "A\n---------------\nalways the same\nalways the same\n");
+    EXPECT_EQ(Table(texts, {12, false}), "Text\n------------\none.........\n...........\ntwo.........\n...........\n");
+}
+
+TEST(TextTable, ReferencesLoseTheKeysThatAllRowsShareWhereThereIsNoRoom) {
+    const Listing parents = Parents("one.example");
+    const auto write = [&](std::size_t width) {
+        std::ostringstream output;
+        EXPECT_EQ(cimhttp::WriteTable(parents, {width, false}, output).keys, width < 70);
+        return output.str();
+    };
+    const std::string same = "CSName=\"one.example\",Handle=\"1\"";
+    EXPECT_EQ(write(70), "Parent                           Child\n"
+                         "-------------------------------  --------------------------------\n" +
+                             same + "  CSName=\"one.example\",Handle=\"27\"\n" + same +
+                             "  CSName=\"one.example\",Handle=\"31\"\n");
+    EXPECT_EQ(write(50), "Parent                           Child\n"
+                         "-------------------------------  -----------\n" +
+                             same + "  Handle=\"27\"\n" + same + "  Handle=\"31\"\n");
+}
+
+TEST(TextTable, ReferencesKeepTheKeysThatTellRowsApart) {
+    EXPECT_EQ(Table(Parents("two.example"), {50, false}), "Parent                    Child\n"
+                                                          "------------------------  ------------------------\n"
+                                                          "CSName=\"one.example\",     CSName=\"one.example\",\n"
+                                                          "Handle=\"1\"                Handle=\"27\"\n"
+                                                          "CSName=\"one.example\",     CSName=\"two.example\",\n"
+                                                          "Handle=\"1\"                Handle=\"31\"\n");
 }
 
 TEST(TextTable, NoLineIsWiderThanAllowed) {
-    Listing listing({{"AVeryLongHeading", kLeft, true}, {"Number", kRight}, {"Text"}});
+    Listing listing({Listing::Key("AVeryLongHeading"), {"Number", kRight}, {"Text"}});
     listing.AddRow({std::string(70, 'x'), "1", "\xe6\x9d\xb1\xe4\xba\xac \xe6\x9d\xb1\xe4\xba\xac"});
     listing.AddRow({"short", "123456789", std::string(300, 'y')});
     for (std::size_t width = 2; width < 250; ++width) {
@@ -185,6 +316,20 @@ TEST(TerminalText, FoldsALongWordAtItsSeparatorsUnlessTheyLeaveMostOfALineEmpty)
 TEST(TerminalText, FoldsALongWordAtItsStrongestSeparators) {
     EXPECT_EQ(Folded("Name=\"a_b\",Handle=\"c_d\"", 20), (std::vector<std::string>{"Name=\"a_b\",", "Handle=\"c_d\""}));
     EXPECT_EQ(Folded("/srv/model_tools_env", 14), (std::vector<std::string>{"/srv/", "model_tools_", "env"}));
+}
+
+TEST(FoldedName, IsBrokenBetweenItsWords) {
+    EXPECT_EQ(FoldedName("OSCreationClassName", 10), (std::vector<std::string>{"OSCreation", "ClassName"}));
+    EXPECT_EQ(FoldedName("OSCreationClassName", 9), (std::vector<std::string>{"OS", "Creation", "ClassName"}));
+    EXPECT_EQ(FoldedName("CPU_load", 6), (std::vector<std::string>{"CPU_", "load"}));
+    EXPECT_EQ(FoldedName("Availability", 8), (std::vector<std::string>{"Availabi", "lity"}));
+    EXPECT_EQ(FoldedName("", 8), (std::vector<std::string>{""}));
+}
+
+TEST(FoldedName, NeedsOnlyTheWidthOfItsTwoLines) {
+    EXPECT_EQ(cimhttp::WidthOfTwoLines("FileSystemSize"), 10U);                // FileSystem, Size
+    EXPECT_EQ(cimhttp::WidthOfTwoLines("ActiveMaximumTransmissionUnit"), 16U); // ActiveMaximum, TransmissionUnit
+    EXPECT_EQ(cimhttp::WidthOfTwoLines("Name"), 4U);
 }
 
 TEST(TerminalText, KeepsACombiningMarkWithItsLetter) {

@@ -114,7 +114,7 @@ void ConnectionCommand::Add(const ConnectionStore& store, const CommandContext& 
 }
 
 void ConnectionCommand::List(const ConnectionStore& store, const CommandContext& context) {
-    Listing listing({{"Name", Listing::Align::kLeft, true}, {"Server"}, {"User"}, {"Password"}});
+    Listing listing({Listing::Key("Name"), {"Server"}, {"User"}, {"Password"}});
     for (const auto& [name, connection] : store.Read()) {
         listing.AddRow({name, Connection{connection.host, "", "", connection.tls}.Url(), connection.user.value_or(""),
                         connection.password ? "stored" : ""});

@@ -11,7 +11,7 @@
 #include "host/TCIMValue.h"
 #include "output/Json.h"
 #include "output/Listing.h"
-#include "output/TextTable.h"
+#include "output/TextList.h"
 
 namespace cimhttp {
 

@@ -11,6 +11,7 @@
 #include "commands/Command.h"
 #include "output/Json.h"
 #include "output/Listing.h"
+#include "output/TextList.h"
 #include "output/TextTable.h"
 #include "text/TerminalText.h"
 
@@ -83,16 +84,40 @@ void WriteCsv(const Listing& listing, bool is_shown, std::ostream& output) {
     }
 }
 
-void SayWhatIsLeftOut(std::size_t count, std::ostream& errors) {
-    if (count == 0) {
-        return;
+/// The first `count` of several names, and how many more there are.
+std::string FirstNames(const std::vector<std::string>& names, std::size_t count) {
+    std::string text;
+    for (std::size_t i = 0; i < count; ++i) {
+        text += (i == 0 ? "" : ", ") + names[i];
     }
-    errors << "cimhttp: " << count << (count == 1 ? " column is" : " columns are") << " left out; -o plain shows all\n";
+    return count == names.size() ? text : text + " and " + std::to_string(names.size() - count) + " more";
+}
+
+/// One line that names as many columns as it has room for.
+std::string LeftOutColumns(const std::vector<std::string>& columns, const std::string& hint, std::size_t width) {
+    for (std::size_t count = columns.size(); count > 0; --count) {
+        std::string line = "cimhttp: left out: " + FirstNames(columns, count) + hint;
+        if (DisplayWidth(line) <= width) {
+            return line;
+        }
+    }
+    return "cimhttp: " + std::to_string(columns.size()) + (columns.size() == 1 ? " column is" : " columns are") +
+           " left out" + hint;
+}
+
+void SayWhatIsLeftOut(const TableOmissions& left_out, const char* whole_form, const CommandContext& context) {
+    const std::string hint = std::string("; -o ") + whole_form + " shows all";
+    if (!left_out.columns.empty()) {
+        context.errors << LeftOutColumns(left_out.columns, hint, context.options.width) << '\n';
+    }
+    if (left_out.keys) {
+        context.errors << "cimhttp: references lack keys that all rows share" << hint << '\n';
+    }
 }
 
 } // namespace
 
-void WriteListing(const Listing& listing, OutputFormat format, const CommandContext& context) {
+void WriteListing(const Listing& listing, OutputFormat format, const CommandContext& context, const char* whole_form) {
     const TextStyle style{context.options.width, context.options.uses_color};
     switch (format) {
     case OutputFormat::kJson:
@@ -107,7 +132,7 @@ void WriteListing(const Listing& listing, OutputFormat format, const CommandCont
     default: {
         const auto left_out = WriteTable(listing, style, context.output);
         context.output.flush(); // on a terminal, the remark stands below the table
-        SayWhatIsLeftOut(left_out.size(), context.errors);
+        SayWhatIsLeftOut(left_out, whole_form, context);
     }
     }
 }

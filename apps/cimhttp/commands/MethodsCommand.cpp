@@ -37,7 +37,7 @@ int MethodsCommand::Run(const CommandContext& context) {
         if (format == OutputFormat::kTable && cls.methods.empty()) {
             context.output << "no methods\n";
         } else {
-            WriteListing(MethodListing(cls), format, context);
+            WriteListing(MethodListing(cls), format, context, "csv"); // plain has signatures only
         }
     }
     return 0;

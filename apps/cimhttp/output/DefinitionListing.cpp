@@ -133,7 +133,11 @@ std::string MethodJson(const RemoteMethod& method) {
 } // namespace
 
 Listing PropertyListing(const RemoteClass& cls) {
-    Listing listing({{"Property", Listing::Align::kLeft, true}, {"Type"}, {"Key"}, {"From"}, {"Description"}});
+    Listing listing({Listing::Key("Property"),
+                     {"Type"},
+                     {"Key"},
+                     {"From"},
+                     {"Description", Listing::Align::kLeft, Listing::Importance::kHigh}});
     for (const RemoteProperty& property : cls.properties) {
         listing.AddRow({property.name, TypeText(property.type), IsTrue(property.qualifiers, "Key") ? "key" : "",
                         property.origin, Summary(property.qualifiers)});
@@ -142,7 +146,11 @@ Listing PropertyListing(const RemoteClass& cls) {
 }
 
 Listing MethodListing(const RemoteClass& cls) {
-    Listing listing({{"Method", Listing::Align::kLeft, true}, {"Returns"}, {"Parameters"}, {"From"}, {"Description"}});
+    Listing listing({Listing::Key("Method"),
+                     {"Returns"},
+                     Listing::Key("Parameters"),
+                     {"From"},
+                     {"Description", Listing::Align::kLeft, Listing::Importance::kHigh}});
     for (const RemoteMethod& method : cls.methods) {
         listing.AddRow(
             {method.name, MofType(method.type), ParametersText(method), method.origin, Summary(method.qualifiers)});
@@ -151,10 +159,7 @@ Listing MethodListing(const RemoteClass& cls) {
 }
 
 Listing QualifierListing(const RemoteClass& cls) {
-    Listing listing({{"Element", Listing::Align::kLeft, true},
-                     {"Qualifier", Listing::Align::kLeft, true},
-                     {"Value", Listing::Align::kLeft, true},
-                     {"Flavor"}});
+    Listing listing({Listing::Key("Element"), Listing::Key("Qualifier"), Listing::Key("Value"), {"Flavor"}});
     AddQualifiers(cls.name, cls.qualifiers, listing);
     for (const RemoteProperty& property : cls.properties) {
         AddQualifiers(property.name, property.qualifiers, listing);
@@ -169,7 +174,7 @@ Listing QualifierListing(const RemoteClass& cls) {
 }
 
 Listing DeclarationListing(const std::vector<RemoteQualifierDeclaration>& declarations) {
-    Listing listing({{"Qualifier", Listing::Align::kLeft, true}, {"Type"}, {"Default"}, {"Scope"}, {"Flavor"}});
+    Listing listing({Listing::Key("Qualifier"), {"Type"}, {"Default"}, {"Scope"}, {"Flavor"}});
     for (const RemoteQualifierDeclaration& declaration : declarations) {
         listing.AddRow({declaration.name, TypeText(declaration.type),
                         Cell(declaration.default_value, ValueText(declaration.default_value)),

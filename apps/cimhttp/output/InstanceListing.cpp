@@ -1,6 +1,7 @@
 #include "output/InstanceListing.h"
 
 #include <algorithm>
+#include <array>
 #include <sstream>
 
 #include "Failure.h"
@@ -12,6 +13,7 @@
 #include "host/TVYXException.h"
 #include "output/DisplayText.h"
 #include "text/NearestNames.h"
+#include "text/Pattern.h"
 
 namespace cimhttp {
 
@@ -35,6 +37,21 @@ bool IsKey(const ICIMPropertyDecl& property) {
     bool is_found = false;
     const auto key = property.GetQualifier("Key", is_found, TCIMContext());
     return is_found && key->GetValue(TCIMContext()) == TCIMValue(true);
+}
+
+/// The properties with which CIM names an element for people and says how it is, in any class.
+bool IsNameOrState(const ICIMPropertyDecl& property) {
+    static constexpr std::array<const char*, 4> kNames{"ElementName", "EnabledState", "HealthState",
+                                                       "OperationalStatus"};
+    return std::any_of(kNames.begin(), kNames.end(),
+                       [&](const char* name) { return IsSameName(name, property.GetName(TCIMContext())); });
+}
+
+Listing::Importance ImportanceOf(const ICIMPropertyDecl& property) {
+    if (IsKey(property)) {
+        return Listing::Importance::kKey;
+    }
+    return IsNameOrState(property) ? Listing::Importance::kHigh : Listing::Importance::kUsual;
 }
 
 boost::shared_ptr<ICIMPropertyDecl> FindProperty(const ICIMClass& cls, const std::string& name) {
@@ -95,7 +112,7 @@ Listing InstanceListing::Table(const Instances& instances, const Properties& pro
     for (const auto& property : properties) {
         columns.push_back({property->GetName(TCIMContext()),
                            ShowsNumbers(*property, is_raw_) ? Listing::Align::kRight : Listing::Align::kLeft,
-                           IsKey(*property)});
+                           ImportanceOf(*property)});
     }
     Listing listing(columns);
     for (const auto& instance : instances) {
@@ -145,8 +162,7 @@ Listing InstanceListing::Values(const Instances& instances, const Properties& pr
 }
 
 Listing InstanceListing::Values(ICIMInstance& instance, const Properties& properties) const {
-    Listing listing(
-        {{"Property", Listing::Align::kLeft, true}, {"Type"}, {"Value", Listing::Align::kLeft, true}, {"Text"}});
+    Listing listing({Listing::Key("Property"), {"Type"}, Listing::Key("Value"), {"Text"}});
     for (const auto& property : properties) {
         std::vector<Cell> row;
         AddValue(*property, TypeText(*property), instance, row);

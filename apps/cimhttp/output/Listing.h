@@ -27,11 +27,16 @@ class Listing {
   public:
     enum class Align { kLeft, kRight };
 
+    /// The more important a column, the later it is left out where there is no room for all.
+    enum class Importance { kUsual, kHigh, kKey };
+
     struct Column {
         std::string heading;
         Align align = Align::kLeft;
-        bool is_key = false; ///< of the columns that a narrow terminal loses last
+        Importance importance = Importance::kUsual;
     };
+
+    static Column Key(const char* heading) { return {heading, Align::kLeft, Importance::kKey}; }
 
     explicit Listing(std::vector<Column> columns) : columns_(std::move(columns)) {}
 

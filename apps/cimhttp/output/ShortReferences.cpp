@@ -1,0 +1,99 @@
+#include "output/ShortReferences.h"
+
+#include <algorithm>
+#include <functional>
+
+#include "host/TCIMReference.h"
+
+namespace cimhttp {
+
+namespace {
+
+using NQORVYX20::TCIMContext;
+using NQORVYX20::TCIMReference;
+using NQORVYX20::TCIMValue;
+
+using KeyPredicate = std::function<bool(const std::string& name, const TCIMValue& value)>;
+
+TCIMReference WithKeys(const TCIMReference& reference, const KeyPredicate& is_wanted) {
+    TCIMReference result({}, TCIMContext());
+    result.SetClassName(reference.GetClassName());
+    reference.EnumerateKeyValues([&](const std::string& name, const TCIMValue& value) {
+        if (is_wanted(name, value)) {
+            result.AddKeyValue(name, value);
+        }
+        return true;
+    });
+    return result;
+}
+
+bool HasKeys(const TCIMReference& reference) {
+    bool has_keys = false;
+    reference.EnumerateKeyValues([&](const std::string&, const TCIMValue&) {
+        has_keys = true;
+        return false;
+    });
+    return has_keys;
+}
+
+/// The keys that two references have with the same values.
+TCIMReference InCommon(const TCIMReference& one, const TCIMReference& other) {
+    return WithKeys(one, [&](const std::string& name, const TCIMValue& value) {
+        return !value.IsNull() && other.GetKeyValue(name) == value;
+    });
+}
+
+/// The keys that `other` does not have.
+TCIMReference Without(const TCIMReference& one, const TCIMReference& other) {
+    return WithKeys(one, [&](const std::string& name, const TCIMValue&) { return other.GetKeyValue(name).IsNull(); });
+}
+
+/// The cells of a column that hold references.
+std::vector<Cell*> ReferenceCells(std::vector<std::vector<Cell>>& rows, std::size_t column) {
+    std::vector<Cell*> cells;
+    for (auto& row : rows) {
+        if (row[column].value.IsReference() && !row[column].value.IsNull()) {
+            cells.push_back(&row[column]);
+        }
+    }
+    return cells;
+}
+
+/// True when there was something to leave out.
+bool Shorten(const std::vector<Cell*>& cells) {
+    if (cells.size() < 2) {
+        return false;
+    }
+    TCIMReference common = cells.front()->value.GetReference();
+    for (const Cell* const cell : cells) {
+        common = InCommon(common, cell->value.GetReference());
+    }
+    const auto stays = [&](const Cell* cell) { return HasKeys(Without(cell->value.GetReference(), common)); };
+    if (!HasKeys(common) || !std::all_of(cells.begin(), cells.end(), stays)) {
+        return false;
+    }
+    for (Cell* const cell : cells) {
+        cell->text = Without(cell->value.GetReference(), common).GetPath();
+    }
+    return true;
+}
+
+} // namespace
+
+std::optional<Listing> WithShortReferences(const Listing& listing) {
+    auto rows = listing.Rows();
+    bool is_shorter = false;
+    for (std::size_t i = 0; i < listing.Columns().size(); ++i) {
+        is_shorter = Shorten(ReferenceCells(rows, i)) || is_shorter;
+    }
+    if (!is_shorter) {
+        return std::nullopt;
+    }
+    Listing shorter(listing.Columns());
+    for (auto& row : rows) {
+        shorter.AddRow(std::move(row));
+    }
+    return shorter;
+}
+
+} // namespace cimhttp

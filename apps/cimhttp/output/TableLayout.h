@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+namespace cimhttp {
+
+class ColumnRanking;
+class TableTexts;
+
+/// Which columns of a table are shown, and how wide.
+class TableLayout {
+  public:
+    /// The blanks between two columns.
+    static constexpr std::size_t kGap = 2;
+
+    /// A table for lines of `width`, or of any width for 0. The texts must live as long.
+    TableLayout(const TableTexts& texts, std::size_t width);
+
+    /// True for a table that is too wide to be shown as it is.
+    bool IsTight() const { return is_tight_; }
+
+    /// The columns that are shown, from the left. At least one of a table that has any.
+    std::vector<std::size_t> Shown() const;
+
+    /// The columns that are not shown, those that are missed the most first.
+    const std::vector<std::size_t>& LeftOut() const { return left_out_; }
+
+    /// The width of a column that is shown.
+    std::size_t Width(std::size_t column) const { return widths_[column]; }
+
+  private:
+    std::size_t UsedWidth() const;
+    bool Fits() const { return UsedWidth() <= width_; }
+
+    /// Chooses the columns, with the least widths that they need.
+    void Choose(const ColumnRanking& ranking);
+
+    /// Leaves out columns until the rest fits, first those that are missed the least. One column always stays.
+    template <typename Predicate>
+    void LeaveOut(const ColumnRanking& ranking, const Predicate& may_go);
+
+    /// Shows columns again for which there is room, first those that are missed the most.
+    template <typename Predicate>
+    void TakeBack(const ColumnRanking& ranking, const Predicate& is_wanted);
+
+    /// Give what is left of a line to folded texts, evenly, and to folded headings that fit then as a whole.
+    void WidenTexts();
+    void WidenHeadings();
+
+    const TableTexts& texts_;
+    std::size_t width_;
+    std::vector<bool> is_shown_;
+    std::vector<std::size_t> widths_;
+    bool is_tight_;
+    std::vector<std::size_t> left_out_;
+};
+
+} // namespace cimhttp

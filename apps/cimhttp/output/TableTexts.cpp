@@ -1,0 +1,29 @@
+#include "output/TableTexts.h"
+
+#include <algorithm>
+
+#include "output/CellText.h"
+#include "text/TerminalText.h"
+
+namespace cimhttp {
+
+TableTexts::TableTexts(const Listing& listing) : columns_(listing.Columns()), widths_(columns_.size()) {
+    headings_.reserve(columns_.size());
+    for (const Listing::Column& column : columns_) {
+        headings_.push_back(Printable(column.heading));
+    }
+    rows_.reserve(listing.Rows().size());
+    for (const auto& row : listing.Rows()) {
+        std::vector<std::string> texts;
+        texts.reserve(row.size());
+        for (std::size_t i = 0; i < row.size(); ++i) {
+            texts.push_back(CellText(row[i]));
+            widths_[i] = std::max(widths_[i], DisplayWidth(texts.back()));
+        }
+        rows_.push_back(std::move(texts));
+    }
+}
+
+std::size_t TableTexts::HeadingWidth(std::size_t column) const { return DisplayWidth(headings_[column]); }
+
+} // namespace cimhttp
