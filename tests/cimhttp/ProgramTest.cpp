@@ -187,16 +187,14 @@ TEST_F(ProgramTest, ANarrowTableKeepsTheHealthOfWhatItLists) {
         cls += "</PROPERTY>";
     }
     fServer.Answer("GetClass", "TEST_Fan", cls + "</CLASS>");
-    std::string fans;
-    for (const std::string name : {"f1", "f2", "f3"}) {
-        fans += "<VALUE.NAMEDINSTANCE><INSTANCENAME CLASSNAME=\"TEST_Fan\"/><INSTANCE CLASSNAME=\"TEST_Fan\">"
-                "<PROPERTY NAME=\"Name\" TYPE=\"string\"><VALUE>" +
-                name + "</VALUE></PROPERTY><PROPERTY NAME=\"HealthState\" TYPE=\"string\"><VALUE>" +
-                (name == "f2" ? "Degraded" : "OK") +
-                "</VALUE></PROPERTY><PROPERTY NAME=\"Serial\" TYPE=\"string\"><VALUE>number " + name +
-                "</VALUE></PROPERTY></INSTANCE></VALUE.NAMEDINSTANCE>";
-    }
-    fServer.Answer("EnumerateInstances", "TEST_Fan", fans);
+    const auto fan = [](const std::string& name, const std::string& health) {
+        return "<VALUE.NAMEDINSTANCE><INSTANCENAME CLASSNAME=\"TEST_Fan\"/><INSTANCE CLASSNAME=\"TEST_Fan\">"
+               "<PROPERTY NAME=\"Name\" TYPE=\"string\"><VALUE>" +
+               name + "</VALUE></PROPERTY><PROPERTY NAME=\"HealthState\" TYPE=\"string\"><VALUE>" + health +
+               "</VALUE></PROPERTY><PROPERTY NAME=\"Serial\" TYPE=\"string\"><VALUE>number " + name +
+               "</VALUE></PROPERTY></INSTANCE></VALUE.NAMEDINSTANCE>";
+    };
+    fServer.Answer("EnumerateInstances", "TEST_Fan", fan("f1", "OK") + fan("f2", "Degraded") + fan("f3", "OK"));
     EXPECT_EQ(Run({"instances", "TEST_Fan"}, {"COLUMNS=20"}).output, "Name  HealthState\n"
                                                                      "----  -----------\n"
                                                                      "f1    OK\n"
