@@ -27,4 +27,10 @@ class Failure : public std::runtime_error {
     ExitStatus status_;
 };
 
+/// The server does not let the user in, whatever is asked for.
+class LoginFailure : public Failure {
+  public:
+    explicit LoginFailure(const std::string& text) : Failure(kAuthentication, text) {}
+};
+
 } // namespace cimhttp

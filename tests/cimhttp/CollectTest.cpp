@@ -256,7 +256,17 @@ TEST_F(CollectTest, NoInstancesAreAnEmptyList) {
 TEST_F(CollectTest, TheDocumentNamesTheUser) {
     fServer.RequireUser("reader", "s3cret");
     EXPECT_EQ(Collect(Document({Address(), "user=\"reader\"", "pass=\"s3cret\""}, {"TEST_Fan"})).status, 0);
-    EXPECT_EQ(Collect(Document({Address(), "user=\"reader\"", "pass=\"guess\""}, {"TEST_Fan"})).status, 7);
+}
+
+TEST_F(CollectTest, AWrongPasswordIsOneFailureAndLeavesTheOldFileWhole) {
+    fServer.RequireUser("reader", "s3cret");
+    const std::string file = fDirectory.WriteFile("result.json", "old");
+    const auto run =
+        Collect(Document({Address(), "user=\"reader\"", "pass=\"guess\""}, {"TEST_Fan", "TEST_Shy"}), {"--out", file});
+    EXPECT_EQ(run.status, 4);
+    EXPECT_EQ(run.errors, "cimhttp: the class TEST_Fan cannot be read from http://" + fServer.Address() +
+                              ": the server does not accept the user reader with this password\n");
+    EXPECT_EQ(ReadFile(file), "old");
 }
 
 TEST_F(CollectTest, APasswordThatTheDocumentLeavesOutComesFromElsewhere) {

@@ -134,6 +134,9 @@ int CollectCommand::Run(const CommandContext& context) {
         ProgressBar bar(context.ShowsProgress() ? &context.errors : nullptr, options.error_stream_width, names.size());
         has_ended = Watch(collector, bar, context.errors);
     }
+    if (const auto refusal = collector.Refusal()) {
+        throw LoginFailure(*refusal);
+    }
     const Collection collection = collector.Collected();
     if (Interrupted() && !collection.complete) {
         context.errors << "cimhttp: interrupted; what was read of " << collection.server << " is written" << std::endl;

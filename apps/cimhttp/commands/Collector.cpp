@@ -25,6 +25,16 @@ struct Collector::State {
         collected.complete = false;
     }
 
+    /// False when something has been read before: then it is a failure like others.
+    bool TakeRefusal(const LoginFailure& failure) {
+        const std::lock_guard<std::mutex> lock(mutex);
+        if (collected.classes.empty()) {
+            refusal = failure;
+            collected.complete = false;
+        }
+        return refusal.has_value();
+    }
+
     bool IsStopping() {
         const std::lock_guard<std::mutex> lock(mutex);
         return is_stopping;
@@ -37,6 +47,7 @@ struct Collector::State {
     Progress progress;
     Collection collected;
     std::vector<std::string> failures;
+    std::optional<LoginFailure> refusal;
     bool is_stopping = false;
 };
 
@@ -51,6 +62,11 @@ void Collector::Run(State& state, const BackgroundTask::Notify& notify) {
             cls.definition = state.session.Class(*name);
             cls.instances = state.session.Instances(*cls.definition, false);
             state.Add(std::move(cls));
+        } catch (const LoginFailure& failure) {
+            if (state.TakeRefusal(failure)) {
+                return;
+            }
+            state.AddFailure(failure.what());
         } catch (const std::exception& exception) {
             state.AddFailure(exception.what());
         }
@@ -69,6 +85,11 @@ Collector::Progress Collector::Wait(std::chrono::milliseconds time) {
 std::vector<std::string> Collector::TakeFailures() {
     const std::lock_guard<std::mutex> lock(state_->mutex);
     return std::exchange(state_->failures, {});
+}
+
+std::optional<LoginFailure> Collector::Refusal() const {
+    const std::lock_guard<std::mutex> lock(state_->mutex);
+    return state_->refusal;
 }
 
 void Collector::Stop() {

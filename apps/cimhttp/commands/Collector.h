@@ -3,9 +3,11 @@
 #include <chrono>
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "Failure.h"
 #include "commands/Collection.h"
 #include "connection/Session.h"
 #include "waiting/BackgroundTask.h"
@@ -30,6 +32,10 @@ class Collector {
 
     /// A line for each class that could not be read since the last call.
     std::vector<std::string> TakeFailures();
+
+    /// Why nothing at all could be read, where the server does not let the user in. That ends the reading, and no class
+    /// is blamed for it.
+    std::optional<LoginFailure> Refusal() const;
 
     /// Asks to read no further class. The one at hand is still waited for.
     void Stop();

@@ -20,6 +20,11 @@ bool IsHttpStatus(const std::string& reason, const std::string& status) {
     return reason.find("HTTP") != std::string::npos && reason.find(' ' + status) != std::string::npos;
 }
 
+/// Whether the reason is HTTP's; CIM has a status of its own for what a user may not read.
+bool HasLoginRefused(const std::string& reason) {
+    return !HasOneOf(reason, {"CIM_ERR_"}) && (IsHttpStatus(reason, "401") || IsHttpStatus(reason, "403"));
+}
+
 /// The names of CIM's status codes (DSP0200 5.2.5) and the numbers of HTTP's are the same whatever client library the
 /// plug-in is built with; the other words are the library's.
 Failure::ExitStatus StatusOf(const std::string& reason) {
@@ -32,7 +37,7 @@ Failure::ExitStatus StatusOf(const std::string& reason) {
     if (HasOneOf(reason, {"CIM_ERR_"})) {
         return Failure::kServer;
     }
-    if (IsHttpStatus(reason, "401") || IsHttpStatus(reason, "403")) {
+    if (HasLoginRefused(reason)) {
         return Failure::kAuthentication;
     }
     if (HasOneOf(reason, {" within ", "timed out", "annot connect", "annot resolve", "SSLContext", "TLS"})) {
@@ -61,6 +66,6 @@ std::string Explained(const std::string& reason, const Connection& connection) {
 } // namespace
 
 RemoteReason::RemoteReason(std::string text, const Connection& connection)
-    : status_(StatusOf(text)), text_(Explained(text, connection)) {}
+    : status_(StatusOf(text)), is_login_refused_(HasLoginRefused(text)), text_(Explained(text, connection)) {}
 
 } // namespace cimhttp

@@ -16,11 +16,15 @@ class RemoteReason {
     /// kNotFound, kAuthentication, kConnection (a time-out, for example) or kServer.
     Failure::ExitStatus Status() const { return status_; }
 
+    /// Whether nothing can be read with this user and password; otherwise kAuthentication is about one thing.
+    bool IsLoginRefused() const { return is_login_refused_; }
+
     /// The reason, with what to try.
     const std::string& Text() const { return text_; }
 
   private:
     Failure::ExitStatus status_;
+    bool is_login_refused_;
     std::string text_;
 };
 

@@ -49,9 +49,8 @@ std::string ClassIn(const std::string& path) {
 
 Failure NoSuchClass(const std::string& name, const std::string& server, const std::vector<std::string>& classes) {
     const std::string suggestion = DidYouMean(NearestNames(name, classes));
-    return {Failure::kNotFound,
-            "there is no class " + name + " on " + server +
-                (suggestion.empty() ? "; 'cimhttp classes' lists all" : suggestion)};
+    return {Failure::kNotFound, "there is no class " + name + " on " + server +
+                                    (suggestion.empty() ? "; 'cimhttp classes' lists all" : suggestion)};
 }
 
 Session::Session(const Plugin& plugin, const Connection& connection, FailureLog& log, const Attendant& attendant)
@@ -86,7 +85,11 @@ auto Session::Attended(const std::string& thing, const Operation& operation) con
 
 void Session::Fail(const std::string& what, const std::string& reason) const {
     const RemoteReason remote(reason, connection_);
-    throw Failure(remote.Status(), what + ": " + remote.Text());
+    const std::string text = what + ": " + remote.Text();
+    if (remote.IsLoginRefused()) {
+        throw LoginFailure(text);
+    }
+    throw Failure(remote.Status(), text);
 }
 
 std::vector<std::string> Session::ClassNames() {

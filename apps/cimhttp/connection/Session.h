@@ -26,7 +26,7 @@ Failure NoSuchClass(const std::string& name, const std::string& server, const st
 
 /// A connected namespace. What the plug-in reports by an empty result and a line in the log becomes a Failure here that
 /// names the server, the thing asked for, the reason and what to try. Its status is kConnection, kAuthentication,
-/// kNotFound or kServer.
+/// kNotFound or kServer; a LoginFailure says that asking for anything else is in vain.
 class Session {
   public:
     /// Connects. Throws Failure(kConnection) when that fails. `log` is the logger in force and must live longer than
