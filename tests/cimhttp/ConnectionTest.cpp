@@ -282,7 +282,7 @@ TEST_F(ConnectionTest, ANamedConnectionIsAddedListedTestedUsedAndRemoved) {
     EXPECT_EQ(added.status, 0) << added.errors;
     EXPECT_THAT(Run({"connection", "list"}).output, HasSubstr("http://" + fServer.Address()));
     EXPECT_EQ(Run({"connection", "list", "--output", "csv"}).output,
-              "Name,Server,User,Password\r\nlab,http://" + fServer.Address() + ",\"\",\"\"\r\n");
+              "Name,Server,User,Password,Timeout\r\nlab,http://" + fServer.Address() + ",\"\",\"\",60\r\n");
     EXPECT_EQ(Run({"connection", "test", "lab"}).output, "http://" + fServer.Address() + " answers: 3 classes\n");
     EXPECT_EQ(Run({"-c", "lab", "classes"}).output, fAllClasses);
     EXPECT_EQ(Run({"classes", "--connection", "lab"}).output, fAllClasses);

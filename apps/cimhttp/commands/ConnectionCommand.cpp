@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdint>
 #include <ostream>
 
 #include "Failure.h"
@@ -71,6 +72,13 @@ SavedConnection GivenConnection(const Options& options, bool stores_password) {
     return saved;
 }
 
+Cell TimeoutCell(const SavedConnection& connection) {
+    if (!connection.timeout) {
+        return Cell::Null();
+    }
+    return {NQORVYX20::TCIMValue(static_cast<std::uint32_t>(*connection.timeout)), std::to_string(*connection.timeout)};
+}
+
 } // namespace
 
 CommandDescription ConnectionCommand::Describe() {
@@ -114,10 +122,10 @@ void ConnectionCommand::Add(const ConnectionStore& store, const CommandContext& 
 }
 
 void ConnectionCommand::List(const ConnectionStore& store, const CommandContext& context) {
-    Listing listing({Listing::Key("Name"), {"Server"}, {"User"}, {"Password"}});
+    Listing listing({Listing::Key("Name"), {"Server"}, {"User"}, {"Password"}, {"Timeout", Listing::Align::kRight}});
     for (const auto& [name, connection] : store.Read()) {
         listing.AddRow({name, Connection{connection.host, "", "", connection.tls}.Url(), connection.user.value_or(""),
-                        connection.password ? "stored" : ""});
+                        connection.password ? "stored" : "", TimeoutCell(connection)});
     }
     const OutputFormat format = context.Format(*this);
     if (listing.Rows().empty() && format == OutputFormat::kTable) {
