@@ -366,6 +366,16 @@ TEST_F(DemoServerTest, WatchAsJsonIsALineForEachChange) {
     EXPECT_EQ(round, 2);
 }
 
+TEST_F(DemoServerTest, WatchLooksOnlyAtInstancesThatMeetItsConditions) {
+    const std::vector<std::string> watch{"watch", "DEMO_StorageVolume", "--count", "0", "--where"};
+    auto one = watch;
+    one.emplace_back("deviceid=*-0000001");
+    EXPECT_THAT(Output(one), EndsWith("  1 instance\n"));
+    auto unknown = watch;
+    unknown.emplace_back("Colour=red");
+    EXPECT_EQ(Run(unknown).status, 2);
+}
+
 TEST_F(DemoServerTest, WatchEndsInGoodOrderWhenInterrupted) {
     TerminalProgram program(CIMHTTP_PROGRAM, Arguments({"watch", "DEMO_StorageVolume", "--interval", "3600"}));
     ASSERT_TRUE(program.AwaitText("3 instances")) << program.Screen();

@@ -165,6 +165,16 @@ TEST_F(CompletionTest, OffersTheServersClasses) {
     EXPECT_THAT(Offers(Host() + "class TEST_Disk "), IsEmpty());
 }
 
+TEST_F(CompletionTest, OffersThePropertiesOfTheClassThatStandsBefore) {
+    fServer.Answer("GetClass", "TEST_Disk",
+                   "<CLASS NAME=\"TEST_Disk\"><PROPERTY NAME=\"Size\" TYPE=\"uint64\"/><PROPERTY NAME=\"Name\" "
+                   "TYPE=\"string\"/><PROPERTY NAME=\"Number\" TYPE=\"string\"/></CLASS>");
+    EXPECT_THAT(Offers(Host() + "instances TEST_Disk --property n"), ElementsAre("Name", "Number"));
+    EXPECT_THAT(Offers(Host() + "watch TEST_Disk --property Size --where S"), ElementsAre("Size="));
+    EXPECT_THAT(Offers(Host() + "instances --property N"), IsEmpty());
+    EXPECT_THAT(Offers(Host() + "instances TEST_Nobody --property N"), IsEmpty());
+}
+
 TEST_F(CompletionTest, OffersNothingWhereTheServerDoesNotHelp) {
     fServer.RequireUser("reader", "s3cret");
     EXPECT_THAT(Offers(Host() + "class TEST_"), IsEmpty());

@@ -7,7 +7,6 @@
 #include "host/ICIMProperty.h"
 #include "host/ICIMPropertyDecl.h"
 #include "output/DisplayText.h"
-#include "output/InstanceListing.h"
 #include "text/Pattern.h"
 
 namespace cimhttp {
@@ -47,6 +46,13 @@ InstanceFilter::InstanceFilter(const std::vector<std::string>& conditions, const
         const auto property = PropertiesOf(cls, {condition.substr(0, sign)}).front();
         conditions_.push_back({property->GetName(TCIMContext()), condition.substr(sign + 1)});
     }
+}
+
+Instances InstanceFilter::Selected(Instances instances, const PluginAccess& access) const {
+    instances.erase(std::remove_if(instances.begin(), instances.end(),
+                                   [&](const auto& instance) { return !Accepts(*instance, access); }),
+                    instances.end());
+    return instances;
 }
 
 bool InstanceFilter::Accepts(const ICIMInstance& instance, const PluginAccess& access) const {

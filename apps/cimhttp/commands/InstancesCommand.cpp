@@ -15,13 +15,6 @@ namespace cimhttp {
 
 namespace {
 
-Instances Selected(Instances instances, const InstanceFilter& filter, const PluginAccess& access) {
-    instances.erase(std::remove_if(instances.begin(), instances.end(),
-                                   [&](const auto& instance) { return !filter.Accepts(*instance, access); }),
-                    instances.end());
-    return instances;
-}
-
 /// Whether instances of subclasses lack properties because the class that was asked for does not have them. That is no
 /// error; `errors_before` is how many others there were.
 bool LacksWhatSubclassesAdd(const NQORVYX20::ICIMClass& cls, std::size_t errors_before, FailureLog& log) {
@@ -64,7 +57,7 @@ int InstancesCommand::Run(const CommandContext& context) {
     const std::size_t errors_before = context.log.ErrorCount();
     const Instances all = session.Instances(*cls, deep_);
     const bool lacks_some = deep_ && LacksWhatSubclassesAdd(*cls, errors_before, context.log);
-    const Instances instances = Selected(all, filter, access);
+    const Instances instances = filter.Selected(all, access);
     if (instances.empty() && !all.empty()) {
         context.errors << "cimhttp: no instance matches; without --where there "
                        << (all.size() == 1 ? "is 1" : "are " + std::to_string(all.size())) << '\n';

@@ -11,6 +11,7 @@
 #include "Failure.h"
 #include "Options.h"
 #include "commands/InstanceChanges.h"
+#include "commands/InstanceFilter.h"
 #include "connection/Connection.h"
 #include "connection/Session.h"
 #include "host/ICIMClass.h"
@@ -41,9 +42,11 @@ struct Reading {
     Instances instances;
 };
 
-std::unique_ptr<const Reading> Read(Session session, const std::string& name) {
+std::unique_ptr<const Reading> Read(Session session, const std::string& name,
+                                    const std::vector<std::string>& conditions) {
     auto cls = session.Class(name);
-    Instances instances = session.Instances(*cls, false);
+    const InstanceFilter filter(conditions, *cls);
+    Instances instances = filter.Selected(session.Instances(*cls, false), session.LoadedPlugin().Access());
     return std::make_unique<const Reading>(Reading{std::move(session), std::move(cls), std::move(instances)});
 }
 
@@ -173,7 +176,11 @@ CommandDescription WatchCommand::Describe() {
             {{"NAME", "The class", true, &name_}},
             {{"--interval", "SECONDS", "The time between two readings; 5 unless given", &interval_},
              {"--count", "N", "End after this many readings behind the first", &count_},
-             {"--property", "NAME", "Watch only this property; may be given several times", &properties_}},
+             {"--property", "NAME", "Watch only this property; may be given several times", &properties_},
+             {"--where", "PROPERTY=VALUE",
+              "Watch only instances with this value; one that gets it is new, and gone when it has another. More on "
+              "values: cimhttp instances --help",
+              &conditions_}},
             {OutputFormat::kPlain, OutputFormat::kJson},
             "cimhttp --host server.example watch CIM_Process --property Name",
             "An instance that is new has a +, one that has gone a -; below one that has changed (~) stand the old and "
@@ -191,7 +198,7 @@ int WatchCommand::Run(const CommandContext& context) {
         context.output.flush();
         std::_Exit(0);
     });
-    auto earlier = Read(context.ConnectTo(plugin, connection, attendant), name_);
+    auto earlier = Read(context.ConnectTo(plugin, connection, attendant), name_, conditions_);
     const auto names =
         NamesOf(properties_.empty() ? PropertiesOf(*earlier->cls) : PropertiesOf(*earlier->cls, properties_));
     const PluginAccess& access = plugin.Access();
@@ -205,7 +212,7 @@ int WatchCommand::Run(const CommandContext& context) {
     auto next = Clock::now() + interval;
     for (std::size_t round = 1; (!count_ || round <= *count_) && SleepUntil(next); ++round) {
         next = std::max(next, Clock::now()) + interval;
-        auto later = Read(Session(plugin, connection, context.log, attendant), name_);
+        auto later = Read(Session(plugin, connection, context.log, attendant), name_, conditions_);
         const auto changes = ChangesBetween(earlier->instances, later->instances, names, access);
         if (is_json) {
             writer.WriteJson(changes, round);

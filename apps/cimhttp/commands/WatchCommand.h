@@ -14,6 +14,7 @@ class WatchCommand : public Command {
   private:
     std::string name_;
     std::vector<std::string> properties_; ///< the properties to watch; empty for all
+    std::vector<std::string> conditions_; ///< see InstanceFilter
     double interval_ = 5;                 ///< seconds between two rounds
     std::optional<std::size_t> count_;    ///< how many rounds there are behind the first; without end if empty
 };

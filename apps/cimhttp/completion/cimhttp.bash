@@ -2,14 +2,14 @@
 # the server is quick, of its classes.
 
 # Reads the line up to the cursor. Sets, in the variables of _cimhttp: the word at the cursor and the one before it, the
-# command, how many arguments of it stand before the cursor, and the options that choose the server.
+# command, the first argument of it, how many arguments stand before the cursor, and the options that choose the server.
 _cimhttp_read_line() {
     local line words i
     line=${COMP_LINE:0:COMP_POINT}
     read -ra words <<<"$line" # bash would also split server:5989 and --tls=false
     [[ $line == *[[:space:]] ]] && words+=('')
     current=${words[-1]} previous=${words[-2]}
-    command='' arguments=0 server=()
+    command='' argument='' arguments=0 server=()
     for ((i = 1; i < ${#words[@]} - 1; i++)); do
         case ${words[i]} in
             -c | --connection | --host | --user | --password-file)
@@ -21,7 +21,14 @@ _cimhttp_read_line() {
                 ;;
             --tls*) server+=("${words[i]}") ;;
             -*) ;;
-            *) if [[ -z $command ]]; then command=${words[i]}; else arguments=$((arguments + 1)); fi ;;
+            *)
+                if [[ -z $command ]]; then
+                    command=${words[i]}
+                else
+                    [[ -n $argument ]] || argument=${words[i]}
+                    arguments=$((arguments + 1))
+                fi
+                ;;
         esac
     done
 }
@@ -36,15 +43,26 @@ _cimhttp_offer() {
     done <<<"$1"
 }
 
-# The names of classes are asked for again when the line chooses another server than before, or after a minute. A server
-# that does not answer within CIMHTTP_COMPLETION_SECONDS, usually 1, completes nothing; nobody is asked for a password where errors go nowhere.
+# Runs a command for what it lists. A server that does not answer within CIMHTTP_COMPLETION_SECONDS, usually 1, completes
+# nothing; nobody is asked for a password where errors go nowhere.
+_cimhttp_ask() {
+    timeout "${CIMHTTP_COMPLETION_SECONDS-1}" "${COMP_WORDS[0]}" "${server[@]}" "$@" 2>/dev/null
+}
+
+# The names of classes are asked for again when the line chooses another server than before, or after a minute.
 _cimhttp_offer_classes() {
     if [[ "${server[*]}" != "${_cimhttp_classes_server-none}" ]] || ((SECONDS - _cimhttp_classes_time > 60)); then
-        _cimhttp_classes=$(timeout "${CIMHTTP_COMPLETION_SECONDS-1}" "${COMP_WORDS[0]}" "${server[@]}" classes 2>/dev/null)
+        _cimhttp_classes=$(_cimhttp_ask classes)
         _cimhttp_classes_server="${server[*]}"
         _cimhttp_classes_time=$SECONDS
     fi
     _cimhttp_offer "$_cimhttp_classes" without-case
+}
+
+# The properties of the class that stands before, each with the text $1 behind its name.
+_cimhttp_offer_properties() {
+    [[ -n $argument ]] || return 0
+    _cimhttp_offer "$(_cimhttp_ask class "$argument" --output csv | sed -e 1d -e "s/,.*/$1/")" without-case
 }
 
 _cimhttp_offer_connections() {
@@ -66,7 +84,7 @@ _cimhttp_offer_options() {
         instances) _cimhttp_offer_words --property --where --deep --raw ;;
         instance) _cimhttp_offer_words --raw ;;
         qualifiers) _cimhttp_offer_words --class ;;
-        watch) _cimhttp_offer_words --interval --count --property ;;
+        watch) _cimhttp_offer_words --interval --count --property --where ;;
         collect) _cimhttp_offer_words --out ;;
         connection) _cimhttp_offer_words --store-password ;;
     esac
@@ -83,7 +101,7 @@ _cimhttp_offer_arguments() {
 }
 
 _cimhttp() {
-    local current previous command arguments server
+    local current previous command argument arguments server
     _cimhttp_read_line
     COMPREPLY=()
     case $previous in
@@ -93,7 +111,12 @@ _cimhttp() {
         --class) _cimhttp_offer_classes ;;
         --password-file | --plugin | --out) _cimhttp_offer_files ;;
         --host) mapfile -t COMPREPLY < <(compgen -A hostname -- "$current") ;;
-        --user | --timeout | --property | --where | --interval | --count) ;;
+        --property) _cimhttp_offer_properties '' ;;
+        --where)
+            compopt -o nospace 2>/dev/null # the value follows at once
+            _cimhttp_offer_properties '='
+            ;;
+        --user | --timeout | --interval | --count) ;;
         *) if [[ $current == -* ]]; then _cimhttp_offer_options; else _cimhttp_offer_arguments; fi ;;
     esac
 }
