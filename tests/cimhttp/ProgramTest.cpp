@@ -367,6 +367,14 @@ TEST_F(ProgramTest, AServerThatClosesInTheMiddleOfAnAnswer) {
     ExpectOneLine(Run({"classes"}), 6, "cannot be listed");
 }
 
+TEST_F(ProgramTest, AServerOfAnotherKind) {
+    fServer.AnswerNextWith("HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\n\r\n");
+    ExpectOneLine(Run({"classes"}), 6, "HTTP error 404 Not Found; is it a CIM server that answers there?");
+    fServer.AnswerNextWith(
+        "HTTP/1.1 501 Not Implemented\r\nCIMError: unsupported-operation\r\nContent-Length: 0\r\n\r\n");
+    ExpectOneLine(Run({"classes"}), 6, "CIMError: unsupported-operation\n");
+}
+
 TEST_F(ProgramTest, AnAnswerThatIsNotXml) {
     fServer.AnswerNextWith("HTTP/1.1 200 OK\r\nContent-Type: application/xml\r\nCIMOperation: MethodResponse\r\n"
                            "Content-Length: 5\r\n\r\nhello");

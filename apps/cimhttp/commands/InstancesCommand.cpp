@@ -40,7 +40,8 @@ CommandDescription InstancesCommand::Describe() {
           "Show only instances with this value, as it is or as it is shown; it may be a pattern such as 'eth*', and "
           "case does not matter; may be given several times",
           &conditions_},
-         {"--deep", "", "Include the instances of subclasses", &deep_},
+         {"--deep", "", "Include the instances of subclasses, also from a server that leaves them out otherwise",
+          &deep_},
          {"--raw", "", "Show values as they are, not by their value maps and units", &raw_}},
         {OutputFormat::kTable, OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv, OutputFormat::kMof},
         "cimhttp --host server.example instances CIM_NetworkPort --where 'Name=eth*'"};

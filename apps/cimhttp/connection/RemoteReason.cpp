@@ -60,6 +60,9 @@ std::string Explained(const std::string& reason, const Connection& connection) {
                    ? "the server speaks TLS on port 5988; try --tls, which goes to port 5989"
                    : "the server closed the connection without an answer; if it expects TLS, add --tls";
     }
+    if (HasOneOf(reason, {"HTTP error"}) && !HasOneOf(reason, {"CIMError"}) && !HasLoginRefused(reason)) {
+        return reason + "; is it a CIM server that answers there?";
+    }
     return reason;
 }
 
