@@ -1,5 +1,7 @@
-// command RUNS PROGRAM ARGUMENT...: runs a program so often and prints what one run takes: the median of its processor
-// time and of its duration, and the most memory that it had. Its output goes nowhere.
+// command RUNS PROGRAM ARGUMENT... [-- PROGRAM ARGUMENT...]...: runs a program so often and prints what one run takes:
+// the median of its processor time and of its duration, and the most memory that it had. Its output goes nowhere.
+// Several programs take turns, so that what else the machine does slows down all of them alike; what is printed of them
+// comes in their order.
 
 #include <fcntl.h>
 #include <spawn.h>
@@ -11,6 +13,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <string_view>
 #include <vector>
 
 namespace {
@@ -60,21 +63,51 @@ double Median(const std::vector<Run>& runs, double Run::*figure) {
     return values[values.size() / 2];
 }
 
+long Peak(const std::vector<Run>& runs) {
+    return std::max_element(
+               runs.begin(), runs.end(),
+               [](const Run& one, const Run& other) { return one.peak_memory_kib < other.peak_memory_kib; })
+        ->peak_memory_kib;
+}
+
+/// A command, whose words end with a null pointer, and its runs.
+struct Measured {
+    std::vector<char*> words;
+    std::vector<Run> runs;
+};
+
+/// Empty where a command has no word.
+std::vector<Measured> CommandsIn(char** begin, char** end) {
+    std::vector<Measured> commands;
+    while (begin != end) {
+        char** const next = std::find_if(begin, end, [](const char* word) { return std::string_view(word) == "--"; });
+        if (next == begin) {
+            return {};
+        }
+        commands.push_back({{begin, next}, {}});
+        commands.back().words.push_back(nullptr);
+        begin = next == end ? end : next + 1;
+    }
+    return commands;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
     const int count = argc > 2 ? std::atoi(argv[1]) : 0;
-    if (count < 1) {
-        std::fprintf(stderr, "usage: %s RUNS PROGRAM ARGUMENT...\n", argv[0]);
+    auto commands = count < 1 ? std::vector<Measured>() : CommandsIn(argv + 2, argv + argc);
+    if (commands.empty()) {
+        std::fprintf(stderr, "usage: %s RUNS PROGRAM ARGUMENT... [-- PROGRAM ARGUMENT...]...\n", argv[0]);
         return 2;
     }
-    std::vector<Run> runs;
-    long peak = 0;
     for (int i = 0; i < count; ++i) {
-        runs.push_back(RunOnce(argv + 2));
-        peak = std::max(peak, runs.back().peak_memory_kib);
+        for (Measured& command : commands) {
+            command.runs.push_back(RunOnce(command.words.data()));
+        }
     }
-    std::printf("processor_milliseconds %.2f\n", Median(runs, &Run::processor_ms));
-    std::printf("milliseconds %.2f\n", Median(runs, &Run::duration_ms));
-    std::printf("peak_memory_kib %ld\n", peak);
+    for (const Measured& command : commands) {
+        std::printf("processor_milliseconds %.2f\n", Median(command.runs, &Run::processor_ms));
+        std::printf("milliseconds %.2f\n", Median(command.runs, &Run::duration_ms));
+        std::printf("peak_memory_kib %ld\n", Peak(command.runs));
+    }
 }
