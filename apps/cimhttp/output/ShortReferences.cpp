@@ -48,11 +48,18 @@ TCIMReference Without(const TCIMReference& one, const TCIMReference& other) {
     return WithKeys(one, [&](const std::string& name, const TCIMValue&) { return other.GetKeyValue(name).IsNull(); });
 }
 
+bool HoldsReference(const Cell& cell) { return cell.value.IsReference() && !cell.value.IsNull(); }
+
+bool HasReferences(const Listing& listing) {
+    return std::any_of(listing.Rows().begin(), listing.Rows().end(),
+                       [](const auto& row) { return std::any_of(row.begin(), row.end(), HoldsReference); });
+}
+
 /// The cells of a column that hold references.
 std::vector<Cell*> ReferenceCells(std::vector<std::vector<Cell>>& rows, std::size_t column) {
     std::vector<Cell*> cells;
     for (auto& row : rows) {
-        if (row[column].value.IsReference() && !row[column].value.IsNull()) {
+        if (HoldsReference(row[column])) {
             cells.push_back(&row[column]);
         }
     }
@@ -81,6 +88,9 @@ bool Shorten(const std::vector<Cell*>& cells) {
 } // namespace
 
 std::optional<Listing> WithShortReferences(const Listing& listing) {
+    if (!HasReferences(listing)) {
+        return std::nullopt;
+    }
     auto rows = listing.Rows();
     bool is_shorter = false;
     for (std::size_t i = 0; i < listing.Columns().size(); ++i) {

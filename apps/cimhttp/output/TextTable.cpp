@@ -100,24 +100,29 @@ class Table {
     const std::vector<std::size_t> shown_ = layout_.Shown();
 };
 
-} // namespace
-
-TableOmissions WriteTable(const Listing& listing, const TextStyle& style, std::ostream& output) {
-    LineWriter line(output, style.uses_color);
-    const Table table(listing, style.width);
-    if (!table.IsTight()) {
-        table.Write(line);
-        return {};
-    }
-    const auto shorter = WithShortReferences(listing);
-    const Table tight(shorter ? *shorter : listing, style.width);
-    auto left_out = tight.LeftOut();
+/// Writes a table, or a list where a single row would lose columns. Returns the headings of those left out.
+std::vector<std::string> Write(const Table& table, const Listing& listing, const TextStyle& style,
+                               std::ostream& output) {
+    auto left_out = table.LeftOut();
     if (listing.Rows().size() == 1 && !left_out.empty()) {
         WriteLists(listing, style, output);
         return {};
     }
-    tight.Write(line);
-    return {std::move(left_out), shorter.has_value()};
+    LineWriter line(output, style.uses_color);
+    table.Write(line);
+    return left_out;
+}
+
+} // namespace
+
+TableOmissions WriteTable(const Listing& listing, const TextStyle& style, std::ostream& output) {
+    const Table table(listing, style.width);
+    if (table.IsTight()) {
+        if (const auto shorter = WithShortReferences(listing)) {
+            return {Write(Table(*shorter, style.width), *shorter, style, output), true};
+        }
+    }
+    return {Write(table, listing, style, output), false};
 }
 
 } // namespace cimhttp
