@@ -394,6 +394,17 @@ TEST_F(ConnectionTest, NothingListens) {
                   "no connection to http://" + fServer.Address() + ": nothing listens on port 5988; is the CIM server");
 }
 
+TEST_F(ConnectionTest, NothingListensWhereNoServerIsNamed) {
+    const auto run = Run({"classes"});
+    if (run.status != 3) {
+        GTEST_SKIP() << "a server listens on localhost";
+    }
+    ExpectOneLine(
+        run, 3,
+        "no connection to http://localhost: nothing listens on port 5988; is the CIM server running? --host names "
+        "another");
+}
+
 TEST_F(ConnectionTest, OnlyTheOtherPortListens) {
     support::CimServer secure(fServer.Address());
     fServer.Stop();

@@ -14,7 +14,6 @@ namespace cimhttp {
 
 namespace {
 
-constexpr const char* kDefaultHost = "localhost";
 constexpr const char* kDefaultConnection = "default";
 
 template <std::size_t Count>

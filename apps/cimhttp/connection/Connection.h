@@ -17,6 +17,9 @@ constexpr unsigned kLongestTimeout = 86400;
 constexpr unsigned kUsualTimeout = 120;
 constexpr unsigned kLongestConnect = 20;
 
+/// The server of those who name none.
+constexpr const char* kDefaultHost = "localhost";
+
 /// How to reach a server.
 struct Connection {
     std::string host; ///< a name or an address

@@ -106,8 +106,10 @@ std::string ExplainFailedConnect(const Connection& connection, const std::string
     if (other_answers) {
         return what + ", but port " + std::to_string(other_port) + " answers: " + other_way;
     }
-    return what + (state == PortState::kRefused ? "; is the CIM server running?"
-                                                : "; is the host up, and does a firewall let the port through?");
+    if (state != PortState::kRefused) {
+        return what + "; is the host up, and does a firewall let the port through?";
+    }
+    return what + "; is the CIM server running?" + (connection.host == kDefaultHost ? " --host names another" : "");
 }
 
 } // namespace cimhttp
