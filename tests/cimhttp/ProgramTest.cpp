@@ -287,6 +287,12 @@ TEST_F(ProgramTest, APathThatIsNoneIsExplained) {
     }
 }
 
+TEST_F(ProgramTest, AnInstanceOfAnotherNamespaceIsNotReadFromThisOne) {
+    const auto run = Run({"instance", "root/other:TEST_Disk.Name=\"sda\""});
+    ExpectOneLine(run, 2, "cannot be read: it is in the namespace root/other, and only root/cimv2 is read");
+    ExpectOneLine(Run({"instance", "//elsewhere/ROOT/CIMV2:TEST_Disk.Name=\"none\""}), 5, "none");
+}
+
 TEST_F(ProgramTest, ValuesThatCannotBeReadAreMentioned) {
     fServer.Answer("EnumerateInstances", "TEST_Disk",
                    "<VALUE.NAMEDINSTANCE><INSTANCENAME CLASSNAME=\"TEST_Disk\"/><INSTANCE CLASSNAME=\"TEST_Disk\">"

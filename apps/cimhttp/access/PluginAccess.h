@@ -58,7 +58,8 @@ class PluginAccess {
 
     /// One instance, named by an object path (DSP0004 8.2), as an instance of its own class, which may be a subclass of
     /// the one in the path. Values that the class does not allow are left out, and the log says so. Empty when its
-    /// class cannot be had, which the log explains. Throws std::invalid_argument for a text that is not a path.
+    /// class cannot be had, which the log explains. Throws std::invalid_argument, saying what is wrong, for a text that
+    /// is not a path or one in another namespace. Its host counts for nothing.
     virtual boost::shared_ptr<NQORVYX20::ICIMInstance> ReadInstance(NQORVYX20::ICIMNamespace& name_space,
                                                                     const std::string& path) const = 0;
 

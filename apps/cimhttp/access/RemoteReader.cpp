@@ -165,12 +165,23 @@ Pegasus::CIMName NameOf(const std::string& text) {
     return {text.c_str()};
 }
 
-Pegasus::CIMObjectPath PathOf(const std::string& text) {
+Pegasus::CIMObjectPath ParsedPath(const std::string& text) {
     try {
         return {text.c_str()};
     } catch (const Pegasus::Exception& failure) {
         throw std::invalid_argument(ToStdString(failure.getMessage()));
     }
+}
+
+/// The path of an instance in the namespace that is read, which it need not name.
+Pegasus::CIMObjectPath PathIn(TCimHTTPNamespace& name_space, const std::string& text) {
+    auto path = ParsedPath(text);
+    const Pegasus::CIMNamespaceName& read = *name_space.getPegNSP();
+    if (!path.getNameSpace().isNull() && !path.getNameSpace().equal(read)) {
+        throw std::invalid_argument("it is in the namespace " + ToStdString(path.getNameSpace().getString()) +
+                                    ", and only " + ToStdString(read.getString()) + " is read");
+    }
+    return path;
 }
 
 void SetValue(ICIMInstance& instance, const Pegasus::CIMProperty& property) {
@@ -221,7 +232,7 @@ std::vector<RemoteQualifierDeclaration> ReadRemoteQualifiers(TCimHTTPNamespace& 
 
 boost::shared_ptr<ICIMInstance> ReadRemoteInstance(TCimHTTPNamespace& name_space, const std::string& path) {
     return Remotely([&]() -> boost::shared_ptr<ICIMInstance> {
-        auto remote = FindRemoteInstance(name_space, PathOf(path));
+        auto remote = FindRemoteInstance(name_space, PathIn(name_space, path));
         const auto cls = name_space.GetClass(NameText(remote.getClassName()), TCIMContext());
         if (!cls) {
             return {};

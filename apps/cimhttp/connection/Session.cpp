@@ -153,10 +153,11 @@ boost::shared_ptr<ICIMInstance> Session::Instance(const std::string& path) {
             FailAboutUnknownClass(ClassIn(path));
         }
         Fail("the instance " + path + " cannot be read from " + Server(), reason);
-    } catch (const std::invalid_argument&) {
+    } catch (const std::invalid_argument& error) {
         const std::string fault = PathFault(path);
-        throw Failure(Failure::kUsage, "'" + path + "' is not an object path" +
-                                           (fault.empty() ? R"( such as 'CIM_Disk.Name="a",Number=3')" : ": " + fault));
+        throw Failure(Failure::kUsage, "'" + path + "' " +
+                                           (fault.empty() ? std::string("cannot be read: ") + error.what()
+                                                          : "is not an object path: " + fault));
     }
 }
 
