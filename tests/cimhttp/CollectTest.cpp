@@ -17,6 +17,7 @@
 
 using cimhttp::JsonText;
 using nlohmann::json;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
@@ -457,27 +458,23 @@ std::string Quoted(const std::string& body, const std::string& mark) {
     return body.substr(begin, body.find('"', begin) - begin);
 }
 
-/// What ServeAOnly answers to an operation.
-std::string AnswerOfA(const std::string& operation) {
-    if (operation == "GetClass") {
-        return "<CLASS NAME=\"A\"/>";
-    }
-    return operation == "EnumerateInstances" ? InstanceXml("A", "") : "";
-}
-
-/// Serves the class A, without features and with one instance, and falls silent when asked for anything else.
-void ServeAOnly(support::Connection& connection) {
+/// Serves the class A, with one instance, and Heavy, whose instances do not come. Falls silent when asked for another.
+void ServeFewClasses(support::Connection& connection) {
     for (auto request = connection.ReadRequest(); request; request = connection.ReadRequest()) {
         const std::string method = Quoted(request->body, "IMETHODCALL NAME=\"");
-        if (Quoted(request->body, "CLASSNAME NAME=\"") != "A") {
+        const std::string name = Quoted(request->body, "CLASSNAME NAME=\"");
+        const bool asks_for_instances = method == "EnumerateInstances";
+        if (name != "A" && (name != "Heavy" || asks_for_instances)) {
             connection.WaitForPeerClose();
             return;
         }
-        const std::string body = "<?xml version=\"1.0\"?><CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><MESSAGE ID=\"" +
-                                 Quoted(request->body, "MESSAGE ID=\"") +
-                                 "\" PROTOCOLVERSION=\"1.0\"><SIMPLERSP><IMETHODRESPONSE NAME=\"" + method +
-                                 "\"><IRETURNVALUE>" + AnswerOfA(method) +
-                                 "</IRETURNVALUE></IMETHODRESPONSE></SIMPLERSP></MESSAGE></CIM>";
+        const std::string result = method == "GetClass" ? "<CLASS NAME=\"" + name + "\"/>"
+                                   : asks_for_instances ? InstanceXml(name, "")
+                                                        : "";
+        const std::string body =
+            "<?xml version=\"1.0\"?><CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><MESSAGE ID=\"" +
+            Quoted(request->body, "MESSAGE ID=\"") + "\" PROTOCOLVERSION=\"1.0\"><SIMPLERSP><IMETHODRESPONSE NAME=\"" +
+            method + "\"><IRETURNVALUE>" + result + "</IRETURNVALUE></IMETHODRESPONSE></SIMPLERSP></MESSAGE></CIM>";
         connection.Write("HTTP/1.1 200 OK\r\nContent-Type: application/xml\r\nCIMOperation: MethodResponse\r\n"
                          "Content-Length: " +
                          std::to_string(body.size()) + "\r\n\r\n" + body);
@@ -488,7 +485,7 @@ void ServeAOnly(support::Connection& connection) {
 
 TEST_F(CollectTest, AnInterruptWritesWhatIsThereAndMarksItIncomplete) {
     fServer.Stop();
-    support::ScriptedServer server(ServeAOnly);
+    support::ScriptedServer server(ServeFewClasses);
     server.Listen(kHttpPort);
     support::TerminalProgram program(CIMHTTP_PROGRAM,
                                      {"collect", Document({"A", "B", "C"}), "--out", Path("result.json")});
@@ -502,11 +499,48 @@ TEST_F(CollectTest, AnInterruptWritesWhatIsThereAndMarksItIncomplete) {
     EXPECT_EQ(document.at("classes").at(0).at("name"), "A");
 }
 
+// --- Servers that stop answering ---------------------------------------------------------------------------------
+
+TEST_F(CollectTest, AServerThatStopsAnsweringIsAskedNothingMore) {
+    fServer.Stop();
+    support::ScriptedServer server(ServeFewClasses);
+    server.Listen(kHttpPort);
+    const auto run = Collect(Document({"A", "B", "C"}), {"--timeout", "1", "--out", Path("result.json")});
+    EXPECT_EQ(run.status, 7);
+    EXPECT_THAT(run.errors, StartsWith("cimhttp: the class B cannot be read from http://" + server.Address() + ": "));
+    EXPECT_THAT(run.errors, EndsWith("\ncimhttp: the classes behind it are not asked for\n"));
+    EXPECT_THAT(run.errors, Not(HasSubstr("class C")));
+    const json document = json::parse(ReadFile(Path("result.json")));
+    EXPECT_EQ(document.at("complete"), false);
+    EXPECT_EQ(document.at("classes").size(), 1U);
+}
+
+TEST_F(CollectTest, AServerThatNeverAnswersLeavesTheOldFileWhole) {
+    fServer.Stop();
+    support::ScriptedServer server(ServeFewClasses);
+    server.Listen(kHttpPort);
+    const std::string file = fDirectory.WriteFile("result.json", "old");
+    const auto run = Collect(Document({"B", "C"}), {"--timeout", "1", "--out", file});
+    EXPECT_EQ(run.status, 3);
+    EXPECT_THAT(run.errors, EndsWith("; --timeout SECONDS waits longer\n"));
+    EXPECT_EQ(ReadFile(file), "old");
+}
+
+TEST_F(CollectTest, InstancesThatTakeTooLongDoNotKeepTheOtherClassesAway) {
+    fServer.Stop();
+    support::ScriptedServer server(ServeFewClasses);
+    server.Listen(kHttpPort);
+    const auto run = Collect(Document({"Heavy", "A"}), {"--timeout", "1"});
+    EXPECT_EQ(run.status, 7);
+    EXPECT_THAT(run.errors, HasSubstr("the instances of Heavy cannot be read"));
+    EXPECT_EQ(json::parse(run.output).at("classes").at(0).at("name"), "A");
+}
+
 // --- Progress ----------------------------------------------------------------------------------------------------
 
 TEST_F(CollectTest, ATerminalShowsTheProgress) {
     fServer.Stop();
-    support::ScriptedServer server(ServeAOnly);
+    support::ScriptedServer server(ServeFewClasses);
     server.Listen(kHttpPort);
     support::TerminalProgram program(CIMHTTP_PROGRAM, {"collect", Document({"A", "B"}), "--out", Path("result.json")});
     EXPECT_TRUE(program.AwaitText("[........................] 0 of 2 classes, 0 instances, 0:00")) << program.Screen();

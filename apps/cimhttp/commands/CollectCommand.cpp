@@ -48,7 +48,8 @@ variable CIMHTTP_PASSWORD.
 
 The exit status is 7 when a class could not be read: the error stream names it,
 the others are written, and "complete" is false. So it is after an interrupt
-(Ctrl-C): the classes read until then are written.)";
+(Ctrl-C): the classes read until then are written. A server that stops answering
+is asked for no further class.)";
 
 RequestedClasses ReadDocument(const Plugin& plugin, const std::string& path) {
     if (::access(path.c_str(), R_OK) != 0) {
@@ -134,10 +135,14 @@ int CollectCommand::Run(const CommandContext& context) {
         ProgressBar bar(context.ShowsProgress() ? &context.errors : nullptr, options.error_stream_width, names.size());
         has_ended = Watch(collector, bar, context.errors);
     }
-    if (const auto refusal = collector.Refusal()) {
-        throw LoginFailure(*refusal);
-    }
     const Collection collection = collector.Collected();
+    if (const auto end = collector.EarlyEnd()) {
+        if (collection.classes.empty()) {
+            throw Failure(*end);
+        }
+        context.errors << "cimhttp: " << Printable(end->what()) << "\ncimhttp: the classes behind it are not asked for"
+                       << std::endl;
+    }
     if (Interrupted() && !collection.complete) {
         context.errors << "cimhttp: interrupted; what was read of " << collection.server << " is written" << std::endl;
     }

@@ -7,6 +7,17 @@
 
 namespace cimhttp {
 
+namespace {
+
+/// A server that lets nobody in, or does not answer a short question, is asked nothing more. Many instances may take
+/// longer than the user wants to wait.
+bool EndsReading(const Failure& failure, const Collection::Class& cls) {
+    return dynamic_cast<const LoginFailure*>(&failure) != nullptr ||
+           (failure.Status() == Failure::kConnection && !cls.definition);
+}
+
+} // namespace
+
 struct Collector::State {
     State(Session used, std::vector<std::string> wanted)
         : session(std::move(used)), names(std::move(wanted)), collected{session.Server(), true, {}} {}
@@ -25,14 +36,9 @@ struct Collector::State {
         collected.complete = false;
     }
 
-    /// False when something has been read before: then it is a failure like others.
-    bool TakeRefusal(const LoginFailure& failure) {
+    void End(const Failure& failure) {
         const std::lock_guard<std::mutex> lock(mutex);
-        if (collected.classes.empty()) {
-            refusal = failure;
-            collected.complete = false;
-        }
-        return refusal.has_value();
+        early_end = failure;
     }
 
     bool IsStopping() {
@@ -47,7 +53,7 @@ struct Collector::State {
     Progress progress;
     Collection collected;
     std::vector<std::string> failures;
-    std::optional<LoginFailure> refusal;
+    std::optional<Failure> early_end;
     bool is_stopping = false;
 };
 
@@ -57,13 +63,14 @@ Collector::Collector(Session session, std::vector<std::string> names)
 
 void Collector::Run(State& state, const BackgroundTask::Notify& notify) {
     for (auto name = state.names.begin(); name != state.names.end() && !state.IsStopping(); ++name) {
+        Collection::Class cls;
         try {
-            Collection::Class cls;
             cls.definition = state.session.Class(*name);
             cls.instances = state.session.Instances(*cls.definition, false);
             state.Add(std::move(cls));
-        } catch (const LoginFailure& failure) {
-            if (state.TakeRefusal(failure)) {
+        } catch (const Failure& failure) {
+            if (EndsReading(failure, cls)) {
+                state.End(failure);
                 return;
             }
             state.AddFailure(failure.what());
@@ -87,9 +94,9 @@ std::vector<std::string> Collector::TakeFailures() {
     return std::exchange(state_->failures, {});
 }
 
-std::optional<LoginFailure> Collector::Refusal() const {
+std::optional<Failure> Collector::EarlyEnd() const {
     const std::lock_guard<std::mutex> lock(state_->mutex);
-    return state_->refusal;
+    return state_->early_end;
 }
 
 void Collector::Stop() {

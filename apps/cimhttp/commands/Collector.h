@@ -33,9 +33,9 @@ class Collector {
     /// A line for each class that could not be read since the last call.
     std::vector<std::string> TakeFailures();
 
-    /// Why nothing at all could be read, where the server does not let the user in. That ends the reading, and no class
-    /// is blamed for it.
-    std::optional<LoginFailure> Refusal() const;
+    /// Why the reading has ended before the last class, where the server is gone or does not let the user in. It is no
+    /// failure of a class.
+    std::optional<Failure> EarlyEnd() const;
 
     /// Asks to read no further class. The one at hand is still waited for.
     void Stop();
