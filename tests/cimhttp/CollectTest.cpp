@@ -458,6 +458,15 @@ std::string Quoted(const std::string& body, const std::string& mark) {
     return body.substr(begin, body.find('"', begin) - begin);
 }
 
+std::string Answer(const std::string& request, const std::string& method, const std::string& result) {
+    const std::string body =
+        "<?xml version=\"1.0\"?><CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><MESSAGE ID=\"" +
+        Quoted(request, "MESSAGE ID=\"") + "\" PROTOCOLVERSION=\"1.0\"><SIMPLERSP><IMETHODRESPONSE NAME=\"" + method +
+        "\"><IRETURNVALUE>" + result + "</IRETURNVALUE></IMETHODRESPONSE></SIMPLERSP></MESSAGE></CIM>";
+    return "HTTP/1.1 200 OK\r\nContent-Type: application/xml\r\nCIMOperation: MethodResponse\r\nContent-Length: " +
+           std::to_string(body.size()) + "\r\n\r\n" + body;
+}
+
 /// Serves the class A, with one instance, and Heavy, whose instances do not come. Falls silent when asked for another.
 void ServeFewClasses(support::Connection& connection) {
     for (auto request = connection.ReadRequest(); request; request = connection.ReadRequest()) {
@@ -468,16 +477,11 @@ void ServeFewClasses(support::Connection& connection) {
             connection.WaitForPeerClose();
             return;
         }
-        const std::string result = method == "GetClass" ? "<CLASS NAME=\"" + name + "\"/>"
-                                   : asks_for_instances ? InstanceXml(name, "")
-                                                        : "";
-        const std::string body =
-            "<?xml version=\"1.0\"?><CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><MESSAGE ID=\"" +
-            Quoted(request->body, "MESSAGE ID=\"") + "\" PROTOCOLVERSION=\"1.0\"><SIMPLERSP><IMETHODRESPONSE NAME=\"" +
-            method + "\"><IRETURNVALUE>" + result + "</IRETURNVALUE></IMETHODRESPONSE></SIMPLERSP></MESSAGE></CIM>";
-        connection.Write("HTTP/1.1 200 OK\r\nContent-Type: application/xml\r\nCIMOperation: MethodResponse\r\n"
-                         "Content-Length: " +
-                         std::to_string(body.size()) + "\r\n\r\n" + body);
+        std::string result = asks_for_instances ? InstanceXml(name, "") : "";
+        if (method == "GetClass") {
+            result.append("<CLASS NAME=\"").append(name).append("\"/>");
+        }
+        connection.Write(Answer(request->body, method, result));
     }
 }
 
