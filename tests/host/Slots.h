@@ -17,6 +17,20 @@ std::size_t SlotOf(Operation operation) {
     return (parts[0] - 1) / sizeof(void*);
 }
 
+/// The operation, whose type must be exactly this one: with another, the test does not compile. Where an operation is
+/// overloaded, the type chooses.
+template <typename Signature, typename Interface>
+constexpr Signature Interface::*As(Signature Interface::*operation) {
+    return operation;
+}
+
+/// The interface with one more operation, which stands behind all others.
+template <typename Interface>
+class WithOneMore : public Interface {
+  public:
+    virtual void OneMore() = 0;
+};
+
 /// Expects the operations to stand one after the other from a slot on, and returns the slot behind them.
 template <typename... Operations>
 std::size_t ExpectSlots(std::size_t first, Operations... operations) {
@@ -28,4 +42,10 @@ std::size_t ExpectSlots(std::size_t first, Operations... operations) {
         }(),
         ...);
     return next;
+}
+
+/// Expects the operations to stand one after the other from a slot on, and no other behind them.
+template <typename Interface, typename... Operations>
+void ExpectLastSlots(std::size_t first, Operations... operations) {
+    EXPECT_EQ(SlotOf(&WithOneMore<Interface>::OneMore), ExpectSlots(first, operations...)) << "there are others behind";
 }
