@@ -40,10 +40,10 @@ class ICIMProperty {
     /// The previous value, or the current one when none was ever set.
     virtual const TCIMValue& GetPrevValue() const = 0;
 
-    /// Throws TVYXException 14 when the type is not the declared one; null is always accepted.
+    /// Throws TVYXException 14 when the type is not the declared one; null of any type is accepted, and kept as it is.
     virtual void SetPrevValue(const TCIMValue& value) = 0;
 
-    /// Makes the previous value a null value.
+    /// Makes the previous value a null value without a type.
     virtual void SetPrevValue() = 0;
 
     /// True once a previous value was set.

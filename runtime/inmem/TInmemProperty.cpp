@@ -51,11 +51,11 @@ ICIMProperty& TInmemProperty::operator=(const ICIMProperty& other) {
 const TCIMValue& TInmemProperty::GetPrevValue() const { return fPrevValue ? *fPrevValue : Read(); }
 
 void TInmemProperty::SetPrevValue(const TCIMValue& value) {
-    const TCIMValue::TCIMType type = fInstance->Check(*fDeclaration, value);
-    fPrevValue = value.IsNull() ? TCIMValue(type, 0) : value;
+    fInstance->Check(*fDeclaration, value);
+    fPrevValue = value;
 }
 
-void TInmemProperty::SetPrevValue() { fPrevValue = TCIMValue(fDeclaration->GetType({}), 0); }
+void TInmemProperty::SetPrevValue() { fPrevValue = TCIMValue(); }
 
 bool TInmemProperty::IsPrevValueDifferent() const { return fPrevValue.has_value(); }
 

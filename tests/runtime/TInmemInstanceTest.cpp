@@ -367,9 +367,11 @@ TEST_F(TInmemPropertyTest, HasAPreviousValueOfItsOwn) {
     EXPECT_EQ(size->PrevValueToString(), "1");
     EXPECT_FALSE(disk->GetProperty("Size", {})->IsPrevValueDifferent());
 
+    size->SetPrevValue(TCIMValue(TType::eCIMString, 0));
+    EXPECT_EQ(size->GetPrevValue(), TCIMValue(TType::eCIMString, 0));
     size->SetPrevValue();
     EXPECT_TRUE(size->IsPrevValueDifferent());
-    EXPECT_TRUE(size->GetPrevValue().IsNull());
+    EXPECT_EQ(size->GetPrevValue(), TCIMValue());
 }
 
 TEST_F(TInmemPropertyTest, GivesOneTextPerElement) {
