@@ -208,11 +208,14 @@ TEST_F(ClassFeaturesTest, PropertyDeclsAddedOrReplacedLaterAreFoundAndEnumerated
     EXPECT_FALSE(fDisk->GetPropertyDecl("Zone", TCIMContext()));
 }
 
-TEST_F(ClassFeaturesTest, MethodDeclsAreEnumeratedByNormalisedName) {
+TEST_F(ClassFeaturesTest, MethodDeclsAreEnumeratedByNormalisedNameUntilTheCallbackStops) {
     const auto robot =
         Fetch("TEST_Robot", "<METHOD NAME=\"stop\" TYPE=\"uint32\"/><METHOD NAME=\"Go\" TYPE=\"uint32\"/>");
     EXPECT_THAT(VisitedNames([&](const auto& v) { robot->EnumerateMethodDecls(v, TCIMContext()); }),
                 ElementsAre("Go", "stop"));
+    int calls = 0;
+    robot->EnumerateMethodDecls([&](const auto&) { return ++calls < 1; }, TCIMContext());
+    EXPECT_EQ(calls, 1);
 }
 
 TEST_F(ClassFeaturesTest, AllocatedDeclarationsAreNotAdded) {

@@ -234,6 +234,21 @@ TEST_F(DeclarationTest, AParameterKnowsItsMethodAndType) {
                     ->IsArray(TCIMContext()));
 }
 
+TEST_F(DeclarationTest, AMethodDoesNotKeepItsClassAliveNorAParameterItsMethod) {
+    auto nameSpace = ConnectedNamespace();
+    auto disk = FetchClass(*nameSpace, "TEST_Disk");
+    const TCIMValue::TCIMType type(ECIMType::eCIMUint32);
+    auto wipe = disk->AllocateMethodDecl("Wipe", type, TCIMContext());
+    const auto passes = wipe->AllocateParameterDecl("Passes", type, TCIMContext());
+    disk.reset();
+    nameSpace.reset();
+    EXPECT_THROW(wipe->GetClass(TCIMContext()), boost::bad_weak_ptr);
+    EXPECT_THROW(wipe->AddToClass(TCIMContext()), boost::bad_weak_ptr);
+    wipe.reset();
+    EXPECT_THROW(passes->GetMethodDecl(TCIMContext()), boost::bad_weak_ptr);
+    EXPECT_THROW(passes->AddToMethod(TCIMContext()), boost::bad_weak_ptr);
+}
+
 TEST_F(DeclarationTest, AnAllocatedParameterIsNotAdded) {
     EXPECT_EQ(StatusOf([&] { fFormat->GetParameterDecl("Quick", TCIMContext()); }), 15U);
     fQuick->AddToMethod(TCIMContext());

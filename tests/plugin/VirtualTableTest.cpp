@@ -3,6 +3,7 @@
 #include "../host/Slots.h"
 #include "PluginTest.h"
 #include "model/TCimHTTPInstance.h"
+#include "model/TCimHTTPProperty.h"
 
 using namespace NQORVYX20;
 
@@ -18,6 +19,10 @@ TEST(VirtualTable, OwnersOfOtherElementsCanHandOutThemselves) {
     EXPECT_TRUE(canHandOutItself(static_cast<TCimHTTPParameterDecl*>(nullptr)));
     EXPECT_TRUE(canHandOutItself(static_cast<TCimHTTPQualifier*>(nullptr)));
     EXPECT_TRUE(canHandOutItself(static_cast<TCimHTTPQualifierDecl*>(nullptr)));
+    EXPECT_FALSE(canHandOutItself(static_cast<TCimHTTPProperty*>(nullptr)));
+    EXPECT_FALSE(canHandOutItself(static_cast<TCimHTTPNamespaceProvider*>(nullptr)));
+    EXPECT_FALSE(canHandOutItself(static_cast<TCimHTTPInstance*>(nullptr))) << "its base does";
+    EXPECT_TRUE(canHandOutItself(static_cast<TInmemInstance*>(nullptr)));
 }
 
 TEST(VirtualTable, TheNamespaceAppendsItsAssignment) {
