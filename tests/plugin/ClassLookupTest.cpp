@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "PluginTest.h"
 
 using namespace NQORVYX20;
@@ -9,6 +11,37 @@ using testing::StartsWith;
 namespace {
 
 using ClassLookupTest = PluginTest;
+
+/// A namespace that notes the operations that are called on it, `with context` where the context is not empty.
+class TNotingNamespace : public TCimHTTPNamespace {
+  public:
+    using TCimHTTPNamespace::TCimHTTPNamespace;
+
+    boost::shared_ptr<ICIMClass> GetClass(const std::string& name, TCIMContext context) override {
+        Note("GetClass '" + name + "'", context);
+        return TCimHTTPNamespace::GetClass(name, context);
+    }
+
+    boost::shared_ptr<ICIMClass> AllocateClass(const std::string& name, boost::shared_ptr<ICIMClass> superClass,
+                                               TCIMContext context) override {
+        Note("AllocateClass " + name + (superClass ? " below " + superClass->GetName(TCIMContext()) : ""), context);
+        return TCimHTTPNamespace::AllocateClass(name, superClass, context);
+    }
+
+    boost::shared_ptr<ICIMQualifierDecl> GetQualifierDecl(const std::string& name, TCIMContext context) const override {
+        Note("GetQualifierDecl " + name, context);
+        return TCimHTTPNamespace::GetQualifierDecl(name, context);
+    }
+
+    std::vector<std::string> TakeNotes() { return std::exchange(fNotes, {}); }
+
+  private:
+    void Note(const std::string& call, const TCIMContext& context) const {
+        fNotes.push_back(context.empty() ? call : call + " with context");
+    }
+
+    mutable std::vector<std::string> fNotes;
+};
 
 TCIMValue QualifierValue(const ICIMClass& cls, const std::string& name) {
     const auto qualifier = cls.GetQualifier(name, TCIMContext());
@@ -128,11 +161,47 @@ TEST_F(ClassLookupTest, SuperclassesAreFetchedFirstAndOnce) {
     EXPECT_THAT(asked, ElementsAre("TEST_Disk", "TEST_Base", "TEST_Base", "TEST_Disk", "TEST_Tape", "TEST_Tape"));
 }
 
+TEST_F(ClassLookupTest, ALookupGoesThroughTheNamespacesOwnOperations) {
+    ServeClass("TEST_Base", "", "");
+    ServeClass("TEST_Disk", "TEST_Base", "");
+    const auto nameSpace = boost::make_shared<TNotingNamespace>(false);
+    nameSpace->Initialize(PluginContext());
+    EXPECT_THAT(nameSpace->TakeNotes(), ElementsAre("AllocateClass <root>"));
+    nameSpace->connect(fServer.Address(), "", "", 5988);
+    EXPECT_TRUE(nameSpace->GetClass("TEST_Disk", PluginContext()));
+    EXPECT_THAT(nameSpace->TakeNotes(),
+                ElementsAre("GetClass 'TEST_Disk' with context", "GetClass 'TEST_Base'", "GetClass ''",
+                            "AllocateClass TEST_Base below <root>", "GetQualifierDecl PLUGINNAME",
+                            "GetQualifierDecl PLUGINVERSION", "AllocateClass TEST_Disk below TEST_Base",
+                            "GetQualifierDecl PLUGINNAME", "GetQualifierDecl PLUGINVERSION"));
+    TCIMReference reference{nameSpace, TCIMContext()};
+    reference.SetClassName("TEST_Disk");
+    nameSpace->GetInstance(reference, PluginContext());
+    EXPECT_THAT(nameSpace->TakeNotes(), ElementsAre("GetClass 'TEST_Disk'"));
+}
+
 TEST_F(ClassLookupTest, AFetchedClassCarriesThePluginsQualifiers) {
     ServeClass("TEST_Disk", "", "");
-    const auto disk = FetchClass(*ConnectedNamespace(), "TEST_Disk");
+    const auto nameSpace = ConnectedNamespace();
+    const auto disk = FetchClass(*nameSpace, "TEST_Disk");
     EXPECT_EQ(QualifierValue(*disk, "PLUGINNAME"), TCIMValue("test plug-in"));
     EXPECT_EQ(QualifierValue(*disk, "PLUGINVERSION"), TCIMValue("1.0"));
+    for (const char* name : {"PLUGINNAME", "PLUGINVERSION"}) {
+        EXPECT_EQ(disk->GetQualifier(name, TCIMContext())->GetDeclaration(TCIMContext()),
+                  nameSpace->GetQualifierDecl(name, TCIMContext()));
+    }
+}
+
+TEST_F(ClassLookupTest, ThePluginsQualifiersAreOfTheirPresentDeclaration) {
+    ServeClass("TEST_Disk", "", "");
+    const auto nameSpace = ConnectedNamespace(true);
+    const auto replacement =
+        nameSpace->AllocateQualifierDecl("PluginName", TCIMValue(""), ICIMQualifierDecl::eScopeClass,
+                                         ICIMQualifierDecl::eFlavorToSubclass, TCIMContext());
+    replacement->AddToNamespace(TCIMContext());
+    const auto stamp = FetchClass(*nameSpace, "TEST_Disk")->GetQualifier("PLUGINNAME", TCIMContext());
+    EXPECT_EQ(stamp->GetDeclaration(TCIMContext()), replacement);
+    EXPECT_EQ(stamp->GetFlavor(TCIMContext()), ICIMQualifierDecl::eFlavorToSubclass);
 }
 
 TEST_F(ClassLookupTest, AnUnknownClassIsEmptyAndLogsTheServersWord) {
@@ -196,6 +265,17 @@ TEST_F(ClassLookupTest, AClassThatComesUnderAnotherNameIsReportedAsWrong) {
     const auto nameSpace = ConnectedNamespace();
     EXPECT_FALSE(nameSpace->GetClass("TEST_Alias", TCIMContext()));
     EXPECT_THAT(fLog->Errors(), ElementsAre("TCimHTTPNamespace::GetClass test_alias Not Found - Something Wrong"));
+}
+
+TEST_F(ClassLookupTest, AnotherNameOfAClassThatIsAlreadyThereFindsNothing) {
+    ServeClass("TEST_Disk", "", "");
+    fServer.Answer("GetClass", "TEST_Alias", ClassXml("TEST_Disk", "", ""));
+    const auto nameSpace = ConnectedNamespace();
+    const auto disk = nameSpace->GetClass("TEST_Disk", TCIMContext());
+    EXPECT_FALSE(nameSpace->GetClass("TEST_Alias", TCIMContext()));
+    EXPECT_THAT(fLog->Debug(), Contains("TCimHTTPNamespace: class TEST_Disk already defined"));
+    EXPECT_THAT(fLog->Errors(), IsEmpty());
+    EXPECT_EQ(nameSpace->GetClass("TEST_Disk", TCIMContext()), disk);
 }
 
 TEST_F(ClassLookupTest, ADefinitionThatCannotBeBuiltIsNotCached) {
@@ -270,6 +350,14 @@ TEST_F(ClassLookupTest, AllocateClassDoesNotEnterTheCache) {
     EXPECT_NE(nameSpace->GetClass("TEST_Disk", TCIMContext()), allocated);
 }
 
+TEST_F(ClassLookupTest, ANamespaceThatNoSharedPointerOwnsAllocatesNothing) {
+    TCimHTTPNamespace nameSpace(false);
+    EXPECT_THROW(nameSpace.AllocateClass("TEST_Disk", nullptr, TCIMContext()), boost::bad_weak_ptr);
+    EXPECT_THROW(nameSpace.AllocateQualifierDecl("Colour", TCIMValue(), ICIMQualifierDecl::eScopeNone,
+                                                 ICIMQualifierDecl::eFlavorNone, TCIMContext()),
+                 boost::bad_weak_ptr);
+}
+
 TEST_F(ClassLookupTest, ASecondClassOfANameIsRefused) {
     ServeClass("TEST_Disk", "", "");
     const auto nameSpace = ConnectedNamespace();
@@ -290,14 +378,19 @@ TEST_F(ClassLookupTest, ASecondClassOfANameIsRefused) {
 TEST_F(ClassLookupTest, ARedefiningNamespaceReplacesTheClassAndKeepsItsSubclasses) {
     ServeClass("TEST_Disk", "", "");
     ServeClass("TEST_Part", "", "");
+    ServeClass("TEST_Tape", "", "");
     const auto nameSpace = ConnectedNamespace(true);
     const auto disk = FetchClass(*nameSpace, "TEST_Disk");
     disk->AddChildClass(FetchClass(*nameSpace, "TEST_Part"));
     const auto second = nameSpace->AllocateClass("TEST_Disk", nullptr, TCIMContext());
+    second->AddChildClass(FetchClass(*nameSpace, "TEST_Tape"));
     second->AddToNamespace(TCIMContext());
     EXPECT_EQ(nameSpace->GetClass("TEST_Disk", TCIMContext()), second);
-    EXPECT_THAT(VisitedNames([&](const auto& visit) { second->EnumerateSubClasses(visit, false, TCIMContext()); }),
-                ElementsAre("TEST_Part"));
+    const auto subClasses = [](ICIMClass& cls) {
+        return VisitedNames([&](const auto& visit) { cls.EnumerateSubClasses(visit, false, TCIMContext()); });
+    };
+    EXPECT_THAT(subClasses(*second), ElementsAre("TEST_Part")) << "in the place of its own";
+    EXPECT_THAT(subClasses(*disk), ElementsAre("TEST_Part")) << "the replaced class keeps them too";
 }
 
 TEST_F(ClassLookupTest, EnumerateRootClassesVisitsWhatWasFetchedWhileConnected) {

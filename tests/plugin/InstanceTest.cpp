@@ -295,6 +295,12 @@ TEST_F(InstanceTest, GetInstanceFetchesTheClassThatItNeeds) {
     EXPECT_EQ(CountCalls("GetClass", "TEST_Tape"), 2U);
 }
 
+TEST_F(InstanceTest, GetInstanceWithoutAClassNameLooksIntoTheRootClass) {
+    EXPECT_FALSE(fNamespace->GetInstance(TCIMReference{fNamespace, {{"Name", TCIMValue("sda")}}}, TCIMContext()));
+    EXPECT_THAT(fLog->Debug(), ElementsAre("TCimHTTPNamespace::GetClass  : return <root>"));
+    EXPECT_THAT(fServer.Calls(), IsEmpty());
+}
+
 using InstanceDeathTest = InstanceTest;
 
 TEST_F(InstanceDeathTest, GetInstanceInsistsOnAKnownClass) {

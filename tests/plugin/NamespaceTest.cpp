@@ -213,6 +213,26 @@ TEST_F(NamespaceTest, GetQualifierDeclOfAnUnknownNameIsEmptyAndAsksNobody) {
     EXPECT_THAT(fLog->Errors(), IsEmpty());
 }
 
+TEST_F(NamespaceTest, GetQualifierDeclRefusesWhatIsNoNameAndKnowsNoEmptyOne) {
+    const auto nameSpace = MakeNamespace();
+    EXPECT_FALSE(nameSpace->GetQualifierDecl("", TCIMContext()));
+    EXPECT_THAT(fLog->Errors(), IsEmpty());
+    EXPECT_EQ(StatusOf([&] { nameSpace->GetQualifierDecl("2nd", TCIMContext()); }), 25U);
+    EXPECT_THAT(fLog->Errors(), ElementsAre("CimHTTP: CIM name '2nd' is invalid"));
+}
+
+TEST_F(NamespaceTest, QualifierDeclsAreVisitedInTheOrderOfTheirLowerCaseNames) {
+    const auto nameSpace = MakeNamespace();
+    for (const char* name : {"units", "Version", "Abstract", "_own", "key"}) {
+        nameSpace
+            ->AllocateQualifierDecl(name, TCIMValue(""), ICIMQualifierDecl::eScopeNone, ICIMQualifierDecl::eFlavorNone,
+                                    TCIMContext())
+            ->AddToNamespace(TCIMContext());
+    }
+    EXPECT_THAT(QualifierDeclNames(*nameSpace),
+                ElementsAre("_own", "Abstract", "key", "PLUGINNAME", "PLUGINVERSION", "units", "Version"));
+}
+
 TEST_F(NamespaceTest, AnAllocatedQualifierDeclIsNotRegisteredUntilItIsAdded) {
     const auto nameSpace = MakeNamespace();
     const auto declaration = nameSpace->AllocateQualifierDecl(
@@ -318,12 +338,19 @@ TEST_F(NamespaceTest, EnumerateClassNamesAsksForTheWholeSubtree) {
                    "<CLASSNAME NAME=\"TEST_Disk\"/><CLASSNAME NAME=\"TEST_Tape\"/>");
     const auto nameSpace = ConnectedNamespace();
     Pegasus::Array<Pegasus::CIMName> names;
-    nameSpace->EnumerateClassNames("root/cimv2", "TEST_Base", names);
+    names.append(Pegasus::CIMName("Before"));
+    nameSpace->EnumerateClassNames("root/interop", "TEST_Base", names);
     ASSERT_EQ(names.size(), 2U);
+    EXPECT_EQ(names[0], Pegasus::CIMName("TEST_Disk"));
     EXPECT_EQ(names[1], Pegasus::CIMName("TEST_Tape"));
+    ASSERT_EQ(fServer.Calls().size(), 1U);
     const auto call = fServer.Calls().at(0);
+    EXPECT_EQ(call.name_space, "root/interop");
     EXPECT_EQ(call.parameters.at("ClassName"), "TEST_Base");
     EXPECT_THAT(call.parameters.at("DeepInheritance"), testing::StrCaseEq("true"));
+    EXPECT_THAT(VisitedNames([&](const auto& visit) { nameSpace->EnumerateRootClasses(visit, TCIMContext()); }),
+                IsEmpty());
+    EXPECT_THAT(fLog->Debug(), IsEmpty());
 }
 
 TEST_F(NamespaceTest, EnumerateClassNamesFromTheTopNamesNoClass) {
@@ -347,6 +374,14 @@ TEST_F(NamespaceTest, AFailedEnumerateClassNamesLeavesTheNamesAndLogsOneLine) {
                                            "CIM_ERR_INVALID_CLASS: no such class\n"));
 }
 
+TEST_F(NamespaceTest, EnumerateClassNamesWithoutAConnectionLogsThat) {
+    Pegasus::Array<Pegasus::CIMName> names;
+    MakeNamespace()->EnumerateClassNames("root/cimv2", "TEST_Base", names);
+    EXPECT_EQ(names.size(), 0U);
+    EXPECT_THAT(fLog->Debug(),
+                ElementsAre(StartsWith("TCimHTTPNamespace::EnumerateClassNames: root/cimv2:TEST_Base: ")));
+}
+
 TEST_F(NamespaceTest, EnumerateClassNamesLogsNamesThatNoServerCouldHave) {
     const auto nameSpace = ConnectedNamespace();
     Pegasus::Array<Pegasus::CIMName> names;
@@ -361,18 +396,24 @@ TEST_F(NamespaceTest, TheDiagnosticWalkAsksOnceAndChangesNothing) {
     fServer.Answer("EnumerateInstances", "TEST_Disk",
                    InstanceXml("TEST_Disk", "Name", "a", PropertyXml("Name", "string", ValueXml("a"))));
     const auto nameSpace = ConnectedNamespace();
-    nameSpace->EnumerateInstances(Pegasus::CIMNamespaceName("root/cimv2"), Pegasus::CIMName("TEST_Disk"));
+    nameSpace->EnumerateInstances(Pegasus::CIMNamespaceName("root/interop"), Pegasus::CIMName("TEST_Disk"));
+    ASSERT_EQ(fServer.Calls().size(), 1U);
     ASSERT_EQ(CountCalls("EnumerateInstances", "TEST_Disk"), 1U);
+    EXPECT_EQ(fServer.Calls().at(0).name_space, "root/interop");
     const auto parameters = fServer.Calls().at(0).parameters;
     for (const char* flag : {"DeepInheritance", "LocalOnly", "IncludeQualifiers", "IncludeClassOrigin"}) {
         EXPECT_THAT(parameters.at(flag), testing::StrCaseEq("false")) << flag;
     }
     EXPECT_EQ(parameters.count("PropertyList"), 0U);
     EXPECT_THAT(fLog->Debug(), IsEmpty());
+    EXPECT_THAT(fLog->Errors(), IsEmpty());
 }
 
 TEST_F(NamespaceTest, TheDiagnosticWalkSwallowsFailures) {
     const auto nameSpace = ConnectedNamespace();
     nameSpace->EnumerateInstances(Pegasus::CIMNamespaceName("root/cimv2"), Pegasus::CIMName("TEST_None"));
+    EXPECT_EQ(CountCalls("EnumerateInstances", "TEST_None"), 1U);
+    MakeNamespace()->EnumerateInstances(Pegasus::CIMNamespaceName("root/cimv2"), Pegasus::CIMName("TEST_None"));
+    EXPECT_THAT(fLog->Debug(), IsEmpty());
     EXPECT_THAT(fLog->Errors(), IsEmpty());
 }

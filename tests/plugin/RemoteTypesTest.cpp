@@ -16,7 +16,8 @@ TEST(RemoteTypes, EveryRemoteTypeMapsToItsNeighbourInTheHostsTable) {
 }
 
 TEST(RemoteTypes, AnUnknownScalarHasNoTypeAndAnUnknownArrayKeepsItsArrayBit) {
-    for (const auto type : {Pegasus::CIMTYPE_OBJECT, Pegasus::CIMTYPE_INSTANCE}) {
+    constexpr auto kBeyondTheTable = static_cast<Pegasus::CIMType>(31);
+    for (const auto type : {Pegasus::CIMTYPE_OBJECT, Pegasus::CIMTYPE_INSTANCE, kBeyondTheTable}) {
         EXPECT_EQ(pegTypeToVYXType(type, false), TCIMValue::TCIMType::eCIMUnknown);
         EXPECT_EQ(pegTypeToVYXType(type, true), TCIMValue::TCIMType::eCIMArrayUnknown);
     }
@@ -43,6 +44,7 @@ TEST(RemoteScopes, ARemoteScopeIsDecidedByItsText) {
     EXPECT_EQ(pegScopeToVYXScope(Pegasus::CIMScope::METHOD), ICIMQualifierDecl::eScopeMethod);
     EXPECT_EQ(pegScopeToVYXScope(Pegasus::CIMScope::CLASS + Pegasus::CIMScope::PROPERTY),
               ICIMQualifierDecl::eScopeNone);
+    EXPECT_EQ(pegScopeToVYXScope(Pegasus::CIMScope::ANY), ICIMQualifierDecl::eScopeNone) << "its text is seven words";
     EXPECT_EQ(pegScopeToVYXScope(Pegasus::CIMScope::NONE), ICIMQualifierDecl::eScopeNone);
 }
 
@@ -62,6 +64,8 @@ TEST(RemoteFlavors, OverridableRestrictedAndAnyOtherTextGiveNone) {
 TEST(RemoteFlavors, ARemoteFlavorIsDecidedByItsText) {
     EXPECT_EQ(pegFlavorToVYXFlavor(Pegasus::CIMFlavor::TOSUBCLASS), ICIMQualifierDecl::eFlavorToSubclass);
     EXPECT_EQ(pegFlavorToVYXFlavor(Pegasus::CIMFlavor::TRANSLATABLE), ICIMQualifierDecl::eFlavorTranslatable);
-    EXPECT_EQ(pegFlavorToVYXFlavor(Pegasus::CIMFlavor::DEFAULTS), ICIMQualifierDecl::eFlavorNone);
+    EXPECT_EQ(pegFlavorToVYXFlavor(Pegasus::CIMFlavor::DEFAULTS), ICIMQualifierDecl::eFlavorNone) << "two words";
+    EXPECT_EQ(pegFlavorToVYXFlavor(Pegasus::CIMFlavor::OVERRIDABLE), ICIMQualifierDecl::eFlavorNone);
+    EXPECT_EQ(pegFlavorToVYXFlavor(Pegasus::CIMFlavor::RESTRICTED), ICIMQualifierDecl::eFlavorNone);
     EXPECT_EQ(pegFlavorToVYXFlavor(Pegasus::CIMFlavor::NONE), ICIMQualifierDecl::eFlavorNone);
 }

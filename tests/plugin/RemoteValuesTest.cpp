@@ -5,6 +5,8 @@
 
 #include <limits>
 
+#include "convert/StreamedText.h"
+
 using namespace NQORVYX20;
 using testing::ElementsAre;
 
@@ -79,15 +81,29 @@ TEST(RemoteValues, ANullBooleanBecomesFalse) {
     EXPECT_EQ(Converted(Pegasus::CIMValue(Pegasus::CIMTYPE_BOOLEAN, false)), TCIMValue(false));
 }
 
+TEST(RemoteValues, ABooleanIsComparedWithTrueAndNotRead) {
+    EXPECT_EQ(ConvertedOver7(Pegasus::CIMValue(Pegasus::String("TRUE")), Pegasus::CIMTYPE_BOOLEAN, false),
+              TCIMValue(false));
+    EXPECT_EQ(ConvertedOver7(RemoteArray<Pegasus::Boolean>({true}), Pegasus::CIMTYPE_BOOLEAN, false), TCIMValue(false));
+}
+
 TEST(RemoteValues, OtherNullsBecomeTheEmptyValueOfTheirType) {
     EXPECT_EQ(Converted(Pegasus::CIMValue(Pegasus::CIMTYPE_UINT16, false)), TCIMValue(static_cast<unsigned short>(0)));
     EXPECT_EQ(Converted(Pegasus::CIMValue(Pegasus::CIMTYPE_REAL64, false)), TCIMValue(0.0));
     EXPECT_EQ(Converted(Pegasus::CIMValue(Pegasus::CIMTYPE_STRING, false)), TCIMValue(""));
     EXPECT_EQ(Converted(Pegasus::CIMValue(Pegasus::CIMTYPE_DATETIME, false)), TCIMValue(TCIMDateTime()));
-    const TCIMValue array = Converted(Pegasus::CIMValue(Pegasus::CIMTYPE_STRING, true));
-    EXPECT_EQ(array.GetType(), Type::eCIMStringArray);
-    EXPECT_FALSE(array.IsNull());
-    EXPECT_TRUE(Elements(array).empty());
+    EXPECT_EQ(Converted(Pegasus::CIMValue(Pegasus::CIMTYPE_CHAR16, false)), TCIMValue(TCIMChar16("0")));
+    TCIMReference withoutKeys{boost::shared_ptr<ICIMNamespace>(), TCIMContext()};
+    EXPECT_EQ(Converted(Pegasus::CIMValue(Pegasus::CIMTYPE_REFERENCE, false)), TCIMValue(withoutKeys));
+}
+
+TEST(RemoteValues, NullArraysBecomeEmptyOnes) {
+    for (int code = Pegasus::CIMTYPE_BOOLEAN; code <= Pegasus::CIMTYPE_DATETIME; ++code) {
+        const TCIMValue array = Converted(Pegasus::CIMValue(static_cast<Pegasus::CIMType>(code), true));
+        EXPECT_EQ(array.GetType(), code + 17);
+        EXPECT_FALSE(array.IsNull());
+        EXPECT_TRUE(Elements(array).empty());
+    }
 }
 
 TEST(RemoteValues, ACharacterIsHandedOverAsTheDigitsOfItsCode) {
@@ -153,15 +169,39 @@ TEST(RemoteValues, EmptyArraysAreArraysNotNulls) {
 TEST(RemoteValues, ReferenceArraysAndEmbeddedObjectsLeaveTheOutputAlone) {
     EXPECT_EQ(ConvertedOver7(Pegasus::CIMValue(Pegasus::CIMTYPE_REFERENCE, true), Pegasus::CIMTYPE_REFERENCE, true),
               TCIMValue(7));
-    for (const auto type : {Pegasus::CIMTYPE_OBJECT, Pegasus::CIMTYPE_INSTANCE}) {
-        EXPECT_EQ(ConvertedOver7(Pegasus::CIMValue(type, false), type, false), TCIMValue(7));
-        EXPECT_EQ(ConvertedOver7(Pegasus::CIMValue(type, true), type, true), TCIMValue(7));
+    EXPECT_EQ(ConvertedOver7(RemoteArray<Pegasus::CIMObjectPath>({Pegasus::CIMObjectPath("TEST_Disk.Name=\"sda\"")}),
+                             Pegasus::CIMTYPE_REFERENCE, true),
+              TCIMValue(7));
+    constexpr auto kBeyondTheTable = static_cast<Pegasus::CIMType>(31);
+    const Pegasus::CIMValue text(Pegasus::String("x")); // its own type is not asked for
+    for (const auto type : {Pegasus::CIMTYPE_OBJECT, Pegasus::CIMTYPE_INSTANCE, kBeyondTheTable}) {
+        EXPECT_EQ(ConvertedOver7(text, type, false), TCIMValue(7));
+        EXPECT_EQ(ConvertedOver7(text, type, true), TCIMValue(7));
     }
 }
 
+TEST(RemoteValues, OneWriterOfTextsServesManyValues) {
+    StreamedText texts;
+    const auto convert = [&](const Pegasus::CIMValue& value) {
+        TCIMValue out;
+        pegValToVYX(value, value.getType(), value.isArray(), texts, out);
+        return out;
+    };
+    const Pegasus::CIMDateTime interval{Pegasus::String("00000001010101.000000:000")};
+    EXPECT_THAT(Elements(convert(RemoteArray<Pegasus::String>({"a longer text", "", "b"}))),
+                ElementsAre(TCIMValue("a longer text"), TCIMValue(""), TCIMValue("b")));
+    EXPECT_THAT(Elements(convert(RemoteArray<Pegasus::CIMDateTime>({interval}))),
+                ElementsAre(TCIMValue(TCIMDateTime("00000001010101.000000:000"))));
+    EXPECT_THAT(Elements(convert(RemoteArray<Pegasus::String>({"c"}))), ElementsAre(TCIMValue("c")));
+    EXPECT_EQ(convert(Pegasus::CIMValue(Pegasus::String("d"))), TCIMValue("d"));
+}
+
 TEST(RemoteValues, AValueOfAnotherTypeThanSaidThrowsAndLeavesTheOutputAlone) {
+    const Pegasus::CIMValue text(Pegasus::String("x"));
     TCIMValue out(7);
-    EXPECT_THROW(pegValToVYX(Pegasus::CIMValue(Pegasus::String("x")), Pegasus::CIMTYPE_UINT16, false, out),
+    EXPECT_THROW(pegValToVYX(text, Pegasus::CIMTYPE_UINT16, false, out), Pegasus::TypeMismatchException);
+    EXPECT_THROW(pegValToVYX(text, Pegasus::CIMTYPE_STRING, true, out), Pegasus::TypeMismatchException);
+    EXPECT_THROW(pegValToVYX(RemoteArray<Pegasus::String>({"x"}), Pegasus::CIMTYPE_STRING, false, out),
                  Pegasus::TypeMismatchException);
     EXPECT_EQ(out, TCIMValue(7));
 }
