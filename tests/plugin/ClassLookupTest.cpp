@@ -88,6 +88,13 @@ TEST_F(ClassLookupTest, TheEmptyNameAndRootMeanTheRootClass) {
     EXPECT_THAT(fServer.Calls(), IsEmpty());
 }
 
+TEST_F(ClassLookupTest, TheRootClassNeverEntersTheCache) {
+    const auto nameSpace = ConnectedNamespace(true);
+    EXPECT_EQ(StatusOf([&] { nameSpace->GetRootClass()->AddToNamespace(TCIMContext()); }), 25U);
+    EXPECT_THAT(fLog->Errors(), ElementsAre("CimHTTP: CIM name '<root>' is invalid"));
+    EXPECT_THAT(VisitedNames([&](const auto& v) { nameSpace->EnumerateRootClasses(v, TCIMContext()); }), IsEmpty());
+}
+
 TEST_F(ClassLookupTest, WithoutAConnectionNothingIsFoundNotEvenTheRootClass) {
     const auto nameSpace = MakeNamespace();
     EXPECT_FALSE(nameSpace->GetClass("", TCIMContext()));

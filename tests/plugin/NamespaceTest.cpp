@@ -3,6 +3,7 @@
 #include <functional>
 #include <thread>
 
+#include "host/TRootObject.h"
 #include "support/ScriptedServer.h"
 
 using namespace NQORVYX20;
@@ -284,6 +285,18 @@ TEST_F(NamespaceTest, AnEmptyCallbackIsABadCall) {
     EXPECT_THROW(nameSpace->EnumerateQualifierDecls(boost::function<bool(boost::shared_ptr<ICIMQualifierDecl>)>(),
                                                     TCIMContext()),
                  boost::bad_function_call);
+}
+
+// --- The log -----------------------------------------------------------------------------------------------------
+
+TEST_F(NamespaceTest, EachMessageGoesToTheLoggerOfThatMoment) {
+    const auto nameSpace = ConnectedNamespace();
+    nameSpace->GetClass("", TCIMContext());
+    const auto later = boost::make_shared<CapturingLogger>();
+    TRootObject::SetCoreLogger(later);
+    nameSpace->GetClass("<root>", TCIMContext());
+    EXPECT_THAT(fLog->Debug(), ElementsAre("TCimHTTPNamespace::GetClass  : return <root>"));
+    EXPECT_THAT(later->Debug(), ElementsAre("TCimHTTPNamespace::GetClass <root> : return <root>"));
 }
 
 // --- Refused and empty operations --------------------------------------------------------------------------------
