@@ -60,9 +60,7 @@ TEST_F(ClassLookupTest, NormalizeNameLowersTheCase) {
 TEST_F(ClassLookupTest, NormalizeNameAcceptsTheEmptyName) { EXPECT_EQ(TCimHTTPNamespace::NormalizeName(""), ""); }
 
 TEST_F(ClassLookupTest, NormalizeNameRefusesWhatIsNoName) {
-    for (const std::string name : {"2abc", "a b", "a.b", "<root>", "-",
-                                   "Stra\xc3\x9f"
-                                   "e"}) {
+    for (const std::string name : {"2abc", "a b", "a.b", "<root>", "-", "Gr\xc3\xb6sse"}) {
         fLog->Forget();
         EXPECT_EQ(StatusOf([&] { TCimHTTPNamespace::NormalizeName(name); }), 25U) << name;
         EXPECT_THAT(fLog->Errors(), ElementsAre("CimHTTP: CIM name '" + name + "' is invalid"));
@@ -236,10 +234,7 @@ TEST_F(ClassLookupTest, AClassWithAnUnknownSuperclassIsBuiltWithoutIt) {
 }
 
 TEST_F(ClassLookupTest, AClassWhoseSuperclassHasAnInvalidNameIsNotBuilt) {
-    ServeClass("TEST_Odd",
-               "Stra\xc3\x9f"
-               "e",
-               "");
+    ServeClass("TEST_Odd", "Gr\xc3\xb6sse", "");
     EXPECT_FALSE(ConnectedNamespace()->GetClass("TEST_Odd", TCIMContext()));
 }
 
