@@ -157,6 +157,12 @@ void TCimHTTPNamespace::disconnect() {
     fConnected = false;
 }
 
+bool TCimHTTPNamespace::isConnected() { return fConnected; }
+
+Pegasus::CIMNamespaceName* TCimHTTPNamespace::getPegNSP() { return fRemoteNamespace.get(); }
+
+Pegasus::CIMClient* TCimHTTPNamespace::getPegClient() { return fClient.get(); }
+
 // --- Classes -----------------------------------------------------------------------------------------------------
 
 std::string TCimHTTPNamespace::NormalizeName(const std::string& name) {
@@ -353,6 +359,8 @@ boost::shared_ptr<INamespaceProvider> TCimHTTPNamespace::GetNamespaceProvider(TC
 }
 
 void TCimHTTPNamespace::SetUpcallNamespace(boost::shared_ptr<ICIMNamespace> /*nameSpace*/, TCIMContext /*context*/) {}
+
+boost::shared_ptr<ICIMNamespace> TCimHTTPNamespace::GetUpcallNamespace() { return fUpcallNamespace.lock(); }
 
 void TCimHTTPNamespace::AddUnderlyingNamespace(boost::shared_ptr<ICIMNamespace> /*nameSpace*/,
                                                TCIMContext /*context*/) {

@@ -47,11 +47,14 @@ class TCimHTTPNamespace : public ICIMNamespace, public boost::enable_shared_from
 
     /// Ends the connection; classes already fetched are kept for the next one.
     void disconnect();
-    bool isConnected() const { return fConnected; }
+
+    // A host that was built on its own links these three, and GetUpcallNamespace, by their signatures, which are not
+    // const; so they are not inline either.
+    bool isConnected();
 
     /// The remote namespace and the client, owned by this namespace.
-    Pegasus::CIMNamespaceName* getPegNSP() { return fRemoteNamespace.get(); }
-    Pegasus::CIMClient* getPegClient() { return fClient.get(); }
+    Pegasus::CIMNamespaceName* getPegNSP();
+    Pegasus::CIMClient* getPegClient();
 
     /// The name in lower case, under which every collection of the plug-in keeps its elements. The empty name is
     /// accepted. Throws TVYXException 25, after a line in the log, for a name that is not made of letters, digits and
@@ -70,7 +73,7 @@ class TCimHTTPNamespace : public ICIMNamespace, public boost::enable_shared_from
     void AddQualifierDecl(boost::shared_ptr<TCimHTTPQualifierDecl> declaration);
 
     /// Always empty: upcalls are not supported.
-    boost::shared_ptr<ICIMNamespace> GetUpcallNamespace() const { return fUpcallNamespace.lock(); }
+    boost::shared_ptr<ICIMNamespace> GetUpcallNamespace();
 
     /// The class above all others, which has no features. Empty before Initialize.
     boost::shared_ptr<TCimHTTPClass> GetRootClass() const { return fRootClass; }

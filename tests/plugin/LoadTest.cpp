@@ -52,3 +52,28 @@ TEST(Load, RegistersOneProviderThatWorksOnAfterTheLibraryIsClosed) {
     EXPECT_THAT(ProviderNames(), ElementsAre("cimhttp"));
     EXPECT_EQ(TRootObject::GetNamespaceProviderManager()->GetNamespaceProvider("cimhttp"), provider);
 }
+
+// These are not virtual, so that a host which was built on its own finds them by their mangled names, in which "K"
+// would stand for const.
+TEST(Load, OffersTheOperationsThatAHostLinksByTheirSignatures) {
+    void* const library = Load();
+    ASSERT_NE(library, nullptr) << ::dlerror();
+    const char* const kDebugOutput =
+        "_ZN28TCimHTTPRequestedClassParser11DebugOutputEN9NQORVYX207ILogger15EVYXLogSeverityE"
+        "NSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEE";
+    for (const char* symbol : {
+             "_ZN9NQORVYX2017TCimHTTPNamespace7connectENSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEES6_S6_i",
+             "_ZN9NQORVYX2017TCimHTTPNamespace10disconnectEv",
+             "_ZN9NQORVYX2017TCimHTTPNamespace11isConnectedEv",
+             "_ZN9NQORVYX2017TCimHTTPNamespace9getPegNSPEv",
+             "_ZN9NQORVYX2017TCimHTTPNamespace12getPegClientEv",
+             "_ZN9NQORVYX2017TCimHTTPNamespace18GetUpcallNamespaceEv",
+             "_ZN28TCimHTTPRequestedClassParserC1Ev",
+             "_ZN28TCimHTTPRequestedClassParserD1Ev",
+             "_ZN28TCimHTTPRequestedClassParser23GetRequestedNetworkDataB5cxx11Ev",
+             "_ZN28TCimHTTPRequestedClassParser21GetRequestedClassDataB5cxx11Ev",
+             kDebugOutput,
+         }) {
+        EXPECT_NE(::dlsym(library, symbol), nullptr) << symbol;
+    }
+}
