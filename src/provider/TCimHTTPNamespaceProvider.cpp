@@ -16,7 +16,8 @@ boost::shared_ptr<TCimHTTPNamespaceProvider> TCimHTTPNamespaceProvider::GetInsta
 }
 
 TVYXStatusCode TCimHTTPNamespaceProvider::Initialize() {
-    TRootObject::GetNamespaceProviderManager()->RegisterNamespaceProvider(GetInstance());
+    const auto provider = GetInstance(); // before the manager, so that it ends after one that is made on demand
+    TRootObject::GetNamespaceProviderManager()->RegisterNamespaceProvider(provider);
     return TVYXStatusCode(0);
 }
 
