@@ -1,6 +1,9 @@
 #include "PluginTest.h"
 
+#include <array>
+#include <chrono>
 #include <functional>
+#include <future>
 #include <thread>
 
 #include "host/TRootObject.h"
@@ -60,15 +63,42 @@ TEST_F(NamespaceTest, OnAnotherPortLookupsFindNothing) {
     EXPECT_FALSE(nameSpace->GetClass("TEST_Disk", TCIMContext()));
 }
 
+TEST_F(NamespaceTest, OnlyTheTwoPortsConnect) {
+    constexpr int kPortsInAll = 0x10000;
+    ServeClass("TEST_Disk", "", "");
+    for (const int port : {-1, 0, 443, kHttpPort - 1, kHttpsPort + 1, kHttpPort + kPortsInAll}) {
+        const auto nameSpace = MakeNamespace();
+        nameSpace->connect(fServer.Address(), "", "", port);
+        EXPECT_TRUE(nameSpace->isConnected()) << port;
+        EXPECT_THAT(fLog->Debug(), IsEmpty()) << port;
+        EXPECT_FALSE(nameSpace->GetClass("TEST_Disk", TCIMContext())) << port;
+        fLog->Forget();
+    }
+}
+
 TEST_F(NamespaceTest, ConnectWhereNothingListensThrowsAndLogsWhy) {
     const std::string address = fServer.Address();
     fServer.Stop();
+    for (const int port : {kHttpPort, kHttpsPort}) {
+        fLog->Forget();
+        const auto nameSpace = MakeNamespace();
+        EXPECT_EQ(StatusOf([&] { nameSpace->connect(address, "", "", port); }), 42U);
+        EXPECT_FALSE(nameSpace->isConnected());
+        EXPECT_EQ(nameSpace->getPegClient()->getTimeout(), 65535000U) << "the time-out is raised first";
+        EXPECT_THAT(fLog->Errors(), IsEmpty());
+        ASSERT_EQ(fLog->Debug().size(), 1U);
+        EXPECT_THAT(fLog->Debug()[0], StartsWith("TCimHTTPNamespace::connect failed: "));
+        EXPECT_THAT(fLog->Debug()[0], HasSubstr(address + ":" + std::to_string(port)));
+    }
+}
+
+TEST_F(NamespaceTest, ConnectOnPort5989WithoutTlsThereThrowsAndLogsWhy) {
+    support::ScriptedServer plain([](support::Connection& connection) { connection.Close(); });
+    plain.Listen(kHttpsPort);
     const auto nameSpace = MakeNamespace();
-    EXPECT_EQ(StatusOf([&] { nameSpace->connect(address, "", "", kHttpPort); }), 42U);
+    EXPECT_EQ(StatusOf([&] { nameSpace->connect(plain.Address(), "", "", kHttpsPort); }), 42U);
     EXPECT_FALSE(nameSpace->isConnected());
-    ASSERT_EQ(fLog->Debug().size(), 1U);
-    EXPECT_THAT(fLog->Debug()[0], StartsWith("TCimHTTPNamespace::connect failed: "));
-    EXPECT_THAT(fLog->Debug()[0], HasSubstr(address));
+    EXPECT_THAT(fLog->Debug(), ElementsAre(StartsWith("TCimHTTPNamespace::connect failed: ")));
 }
 
 TEST_F(NamespaceTest, ConnectToAnUnknownHostThrowsAndLogsWhy) {
@@ -94,15 +124,20 @@ TEST_F(NamespaceTest, Port5989SpeaksTlsAndDoesNotVerifyTheServer) {
     ServeClass("TEST_Disk", "", "");
     const auto nameSpace = MakeNamespace();
     nameSpace->connect(fServer.Address(), "", "", kHttpsPort);
+    EXPECT_TRUE(nameSpace->isConnected());
     EXPECT_TRUE(nameSpace->GetClass("TEST_Disk", TCIMContext()));
 }
 
-TEST_F(NamespaceTest, UserAndPasswordReachTheServer) {
+TEST_F(NamespaceTest, UserAndPasswordReachTheServerOnBothPorts) {
+    const support::TestCertificate certificate(support::TestCertificate::Options{});
+    fServer.ListenTls(kHttpsPort, certificate);
     fServer.RequireUser("reader", "s3cret");
     ServeClass("TEST_Disk", "", "");
-    const auto nameSpace = MakeNamespace();
-    nameSpace->connect(fServer.Address(), "reader", "s3cret", kHttpPort);
-    EXPECT_TRUE(nameSpace->GetClass("TEST_Disk", TCIMContext()));
+    for (const int port : {kHttpPort, kHttpsPort}) {
+        const auto nameSpace = MakeNamespace();
+        nameSpace->connect(fServer.Address(), "reader", "s3cret", port);
+        EXPECT_TRUE(nameSpace->GetClass("TEST_Disk", TCIMContext())) << port;
+    }
 }
 
 TEST_F(NamespaceTest, AWrongPasswordEndsInAnEmptyResultAndALine) {
@@ -122,6 +157,26 @@ TEST_F(NamespaceTest, DisconnectAllowsAnotherConnect) {
     nameSpace->connect(fServer.Address(), "", "", kHttpPort);
     EXPECT_TRUE(nameSpace->isConnected());
     EXPECT_TRUE(nameSpace->GetClass("TEST_Disk", TCIMContext()));
+}
+
+TEST_F(NamespaceTest, DisconnectAndTheNamespacesEndCloseTheConnection) {
+    constexpr std::chrono::seconds kLimit{60}; // of a wait that fails the test
+    fServer.Stop();
+    std::array<std::promise<void>, 2> closed;
+    support::ScriptedServer server([&](support::Connection& connection) {
+        connection.WaitForPeerClose();
+        closed.at(connection.Index()).set_value();
+    });
+    server.Listen(kHttpPort);
+    auto nameSpace = MakeNamespace();
+    nameSpace->connect(server.Address(), "", "", kHttpPort);
+    nameSpace->disconnect();
+    EXPECT_EQ(closed[0].get_future().wait_for(kLimit), std::future_status::ready);
+    nameSpace->disconnect();
+    EXPECT_FALSE(nameSpace->isConnected()) << "again, and nothing changes";
+    nameSpace->connect(server.Address(), "", "", kHttpPort);
+    nameSpace.reset();
+    EXPECT_EQ(closed[1].get_future().wait_for(kLimit), std::future_status::ready);
 }
 
 TEST_F(NamespaceTest, TheRemoteNamespaceIsAlwaysTheSame) {
@@ -186,11 +241,13 @@ TEST_F(NamespaceTest, InitializeDeclaresExactlyThePluginsQualifiers) {
     const auto nameSpace = MakeNamespace();
     EXPECT_THAT(QualifierDeclNames(*nameSpace), ElementsAre("PLUGINNAME", "PLUGINVERSION"));
     const auto name = nameSpace->GetQualifierDecl("PLUGINNAME", TCIMContext());
+    const auto version = nameSpace->GetQualifierDecl("PLUGINVERSION", TCIMContext());
     EXPECT_EQ(name->GetDefaultValue(TCIMContext()), TCIMValue("CIMXML"));
-    EXPECT_EQ(name->GetScope(TCIMContext()), ICIMQualifierDecl::eScopeNone);
-    EXPECT_EQ(name->GetFlavor(TCIMContext()), ICIMQualifierDecl::eFlavorNone);
-    EXPECT_EQ(nameSpace->GetQualifierDecl("PLUGINVERSION", TCIMContext())->GetDefaultValue(TCIMContext()),
-              TCIMValue(""));
+    EXPECT_EQ(version->GetDefaultValue(TCIMContext()), TCIMValue(""));
+    for (const auto& declaration : {name, version}) {
+        EXPECT_EQ(declaration->GetScope(TCIMContext()), ICIMQualifierDecl::eScopeNone);
+        EXPECT_EQ(declaration->GetFlavor(TCIMContext()), ICIMQualifierDecl::eFlavorNone);
+    }
 }
 
 TEST_F(NamespaceTest, ThePluginsNameMayBeAnyValueThatHasAText) {

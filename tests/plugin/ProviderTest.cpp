@@ -7,6 +7,20 @@ using namespace NQORVYX20;
 
 namespace {
 
+/// Another provider of the plug-in's name.
+class TNamesake : public INamespaceProvider {
+  public:
+    const std::string& GetName(TCIMContext /*context*/) const override { return fName; }
+    boost::shared_ptr<ICIMNamespace> AllocateNamespace(TCIMContext /*context*/, bool /*redefine*/) const override {
+        return {};
+    }
+    int GetType(TCIMContext /*context*/) const override { return 0; }
+    bool IsIndicationsSupported(TCIMContext /*context*/) const override { return false; }
+
+  private:
+    const std::string fName = "cimhttp";
+};
+
 class ProviderTest : public PluginTest {
   protected:
     static std::vector<boost::shared_ptr<INamespaceProvider>> RegisteredProviders() {
@@ -30,6 +44,24 @@ TEST_F(ProviderTest, InitializeAgainRegistersTheSameProvider) {
     EXPECT_EQ(TCimHTTPNamespaceProvider::Initialize().GetCode(), 0U);
     ASSERT_EQ(RegisteredProviders().size(), 1U);
     EXPECT_EQ(RegisteredProviders()[0], TCimHTTPNamespaceProvider::GetInstance());
+}
+
+TEST_F(ProviderTest, InitializeRegistersHoweverOftenItWasCalledBefore) {
+    TRootObject::GetNamespaceProviderManager()->UnregisterNamespaceProvider("cimhttp");
+    ASSERT_THAT(RegisteredProviders(), testing::IsEmpty());
+    EXPECT_EQ(TCimHTTPNamespaceProvider::Initialize().GetCode(), 0U);
+    EXPECT_THAT(RegisteredProviders(), testing::ElementsAre(TCimHTTPNamespaceProvider::GetInstance()));
+}
+
+TEST_F(ProviderTest, InitializeIsASuccessEvenWhereTheManagerRefuses) {
+    const auto manager = TRootObject::GetNamespaceProviderManager();
+    manager->UnregisterNamespaceProvider("cimhttp");
+    const auto namesake = boost::make_shared<TNamesake>();
+    ASSERT_EQ(manager->RegisterNamespaceProvider(namesake).GetCode(), 0U);
+    EXPECT_EQ(TCimHTTPNamespaceProvider::Initialize().GetCode(), 0U);
+    EXPECT_THAT(RegisteredProviders(), testing::ElementsAre(namesake));
+    manager->UnregisterNamespaceProvider("cimhttp");
+    TCimHTTPNamespaceProvider::Initialize();
 }
 
 TEST_F(ProviderTest, GetInstanceAlwaysReturnsTheSameProvider) {

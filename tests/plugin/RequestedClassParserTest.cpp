@@ -139,6 +139,21 @@ TEST_F(RequestedClassParserTest, ANetworkElementGivesItsAlphabeticallyFirstSetti
     EXPECT_THAT(fLog->Errors(), IsEmpty());
 }
 
+TEST_F(RequestedClassParserTest, AttributesBehindTheNameOfAClassArePassedOver) {
+    EXPECT_TRUE(ParseInRoot("<class zone='z' name='CIM_A'/>"));
+    EXPECT_THAT(fParser.GetRequestedClassData(), ElementsAre("CIM_A"));
+    EXPECT_THAT(fLog->Errors(), IsEmpty());
+}
+
+TEST_F(RequestedClassParserTest, InstructionsTextAndNotationsMeanNothing) {
+    EXPECT_TRUE(Parse("<!DOCTYPE vyx [<!NOTATION class SYSTEM 'name'>]><vyx version='1'>network<?class name='CIM_A'?>"
+                      "<class name='CIM_B'>user</class></vyx>"));
+    EXPECT_THAT(fParser.GetRequestedNetworkData(), IsEmpty());
+    EXPECT_THAT(fParser.GetRequestedClassData(), ElementsAre("CIM_B"));
+    EXPECT_THAT(fLog->Errors(), IsEmpty());
+    EXPECT_THAT(fLog->Debug(), IsEmpty());
+}
+
 TEST_F(RequestedClassParserTest, OtherAttributesOfTheRootArePassedOver) {
     EXPECT_TRUE(Parse("<vyx author='me' version='1' zone='z'/>"));
     EXPECT_THAT(fLog->Errors(), IsEmpty());
@@ -170,6 +185,12 @@ TEST_F(RequestedClassParserTest, TheRootForgetsWhatTheDocumentBeforeLeftOpen) {
     EXPECT_THAT(fParser.GetRequestedNetworkData(), ElementsAre(Pair("ssl", "1")));
     EXPECT_THAT(fParser.GetRequestedClassData(), ElementsAre("CIM_A", "CIM_B"));
     EXPECT_THAT(fLog->Errors(), IsEmpty());
+}
+
+TEST_F(RequestedClassParserTest, ARootInsideANetworkElementForgetsItsSetting) {
+    EXPECT_TRUE(ParseInRoot("<network user='u'><vyx version='1'/></network>"));
+    EXPECT_THAT(fParser.GetRequestedNetworkData(), IsEmpty());
+    EXPECT_THAT(fLog->Errors(), ElementsAre(Error(2, "Object Identifier Ended Unexpectedly.")));
 }
 
 TEST_F(RequestedClassParserTest, ARootWithoutVersionForgetsNothing) {
@@ -229,9 +250,10 @@ TEST_F(RequestedClassParserTest, AClassElementWithoutANameIsReported) {
 }
 
 TEST_F(RequestedClassParserTest, AClassElementInsideAnotherIsReported) {
-    EXPECT_TRUE(ParseInRoot("<class name='CIM_A'>\n<class name='CIM_B'/>\n<class name='CIM_C'/></class>"));
-    EXPECT_THAT(fLog->Errors(), ElementsAre(Error(3, "Expecting End of Counter Before Beginning New Counter."),
-                                            Error(3, "No Name Specified for Counter identifier")));
+    EXPECT_TRUE(ParseInRoot("<class name='CIM_A'>\n<class name='CIM_B' zone='z'/>\n<class name='CIM_C'/></class>"));
+    EXPECT_THAT(fLog->Errors(),
+                ElementsAre(Error(3, "Expecting End of Counter Before Beginning New Counter."),
+                            Error(3, "Unrecognized Attribute."), Error(3, "No Name Specified for Counter identifier")));
     EXPECT_THAT(fParser.GetRequestedClassData(), ElementsAre("CIM_A", "CIM_C"));
 }
 

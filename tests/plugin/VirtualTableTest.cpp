@@ -25,6 +25,8 @@ TEST(VirtualTable, OwnersOfOtherElementsCanHandOutThemselves) {
     EXPECT_TRUE(canHandOutItself(static_cast<TInmemInstance*>(nullptr)));
 }
 
+TEST(VirtualTable, TheProviderHasNothingBesides) { EXPECT_EQ(sizeof(TCimHTTPNamespaceProvider), sizeof(void*)); }
+
 TEST(VirtualTable, TheNamespaceAppendsItsAssignment) {
     constexpr std::size_t kOperations = 16;
     ExpectSlots(kFirstSlot + kOperations,
