@@ -24,22 +24,23 @@ bool IsSame(const ICIMQualifier& left, const ICIMQualifier& right) {
 } // namespace
 
 void TCimHTTPQualifierMap::Add(const boost::shared_ptr<ICIMQualifier>& qualifier) {
+    if (!qualifier) {
+        throw TVYXException(kTypeMismatch);
+    }
+    const std::string name = TCimHTTPNamespace::NormalizeName(qualifier->GetName(TCIMContext()));
+    const auto existing = FindNormalized(name);
+    if (existing && !IsOverridable(*existing)) {
+        if (!IsSame(*existing, *qualifier)) {
+            throw TVYXException(kQualifierConflict);
+        }
+        return;
+    }
     const auto added = boost::dynamic_pointer_cast<TCimHTTPQualifier>(qualifier);
     if (!added) {
         throw TVYXException(kTypeMismatch);
     }
-    const auto [entry, isNew] =
-        fQualifiers.emplace(TCimHTTPNamespace::NormalizeName(added->GetName(TCIMContext())), added);
-    if (!isNew) {
-        if (!IsOverridable(*entry->second)) {
-            if (!IsSame(*entry->second, *added)) {
-                throw TVYXException(kQualifierConflict);
-            }
-            return;
-        }
-        entry->second = added;
-    }
-    if (entry->first == kKey) {
+    fQualifiers[name] = added;
+    if (name == kKey) {
         fKey = added;
     }
 }

@@ -16,8 +16,8 @@ class TCimHTTPQualifier;
 class TCimHTTPQualifierMap {
   public:
     /// Adds a qualifier. An existing one of that name gives way when its flavor enables override; otherwise the new one
-    /// must have its value and flavor, and changes nothing. Throws TVYXException 28 when it differs, and 14 for a
-    /// qualifier that is not a TCimHTTPQualifier.
+    /// must have its value and flavor, and changes nothing. Throws TVYXException 28 when it differs, and 14 when the
+    /// one to keep is not a TCimHTTPQualifier.
     void Add(const boost::shared_ptr<ICIMQualifier>& qualifier);
 
     /// Removes the qualifier of that name. Throws TVYXException 15 when there is none.

@@ -56,6 +56,36 @@ class DeclarationTest : public PluginTest {
     boost::shared_ptr<TCimHTTPParameterDecl> fQuick;
 };
 
+/// A qualifier of another implementation that says what one of the plug-in's says.
+class ForeignQualifier : public ICIMQualifier {
+  public:
+    explicit ForeignQualifier(boost::shared_ptr<ICIMQualifier> own) : fOwn(own) {}
+    void Validate(TCIMContext /*context*/) const override {}
+    void AddToClassOrProperty(TCIMContext /*context*/) const override {}
+    void RemoveFromClassOrProperty(TCIMContext /*context*/) override {}
+    const std::string& GetName(TCIMContext context) const override { return fOwn->GetName(context); }
+    boost::shared_ptr<ICIMNamedElement const> GetClassOrProperty(TCIMContext context) const override {
+        return fOwn->GetClassOrProperty(context);
+    }
+    TCIMValue::TCIMType GetType(TCIMContext context) const override { return fOwn->GetType(context); }
+    bool IsArray(TCIMContext context) const override { return fOwn->IsArray(context); }
+    boost::shared_ptr<ICIMQualifierDecl const> GetDeclaration(TCIMContext context) const override {
+        return fOwn->GetDeclaration(context);
+    }
+    const TCIMValue& GetValue(TCIMContext context) const override { return fOwn->GetValue(context); }
+    void SetValue(const TCIMValue& /*value*/, TCIMContext /*context*/) override {}
+    void SetFlavor(ICIMQualifierDecl::EFlavor /*flavor*/, TCIMContext /*context*/) override {}
+    void UnsetFlavor(ICIMQualifierDecl::EFlavor /*flavor*/, TCIMContext /*context*/) override {}
+    ICIMQualifierDecl::EFlavor GetFlavor(TCIMContext context) const override { return fOwn->GetFlavor(context); }
+    bool operator==(ICIMQualifier& other) const override { return *fOwn == other; }
+    bool operator<(ICIMQualifier& other) const override { return *fOwn < other; }
+    bool GetPropagated(TCIMContext context) const override { return fOwn->GetPropagated(context); }
+    ICIMQualifier& operator=(const ICIMQualifier& /*other*/) override { return *this; }
+
+  private:
+    boost::shared_ptr<ICIMQualifier> fOwn;
+};
+
 constexpr auto kFixed = ICIMQualifierDecl::eFlavorToSubclass;
 constexpr auto kOverridable = ICIMQualifierDecl::eFlavorDefaults;
 
@@ -107,6 +137,32 @@ TEST_F(DeclarationTest, AnOverridableQualifierGivesWay) {
         Add(*element, Declare("Units", kOverridable), "Bytes");
         const auto second = Add(*element, Declare("UNITS", kFixed), "Bits");
         EXPECT_EQ(Find(*element, "Units"), second);
+    }
+}
+
+TEST_F(DeclarationTest, AForeignQualifierIsComparedAndNeverKept) {
+    const auto foreign = [](const ICIMNamedElement& element, boost::shared_ptr<ICIMQualifierDecl> declaration,
+                            const std::string& value) {
+        return boost::make_shared<ForeignQualifier>(
+            element.AllocateQualifier(declaration, TCIMValue(value), TCIMContext()));
+    };
+    for (const auto& element : Elements()) {
+        const auto fixed = Add(*element, Declare("Marker", kFixed), "true");
+        const auto same = foreign(*element, Declare("marker", kFixed), "true");
+        EXPECT_EQ(StatusOf([&] { element->AddQualifier(same, TCIMContext()); }), 0U);
+        const auto other = foreign(*element, Declare("Marker", kFixed), "false");
+        EXPECT_EQ(StatusOf([&] { element->AddQualifier(other, TCIMContext()); }), 28U);
+        EXPECT_EQ(Find(*element, "Marker"), fixed);
+
+        const auto overridable = Add(*element, Declare("Units", kOverridable), "Bytes");
+        const auto successor = foreign(*element, Declare("Units", kOverridable), "Bits");
+        EXPECT_EQ(StatusOf([&] { element->AddQualifier(successor, TCIMContext()); }), 14U);
+        EXPECT_EQ(Find(*element, "Units"), overridable);
+
+        const auto added = foreign(*element, Declare("MaxLen", kFixed), "8");
+        EXPECT_EQ(StatusOf([&] { element->AddQualifier(added, TCIMContext()); }), 14U);
+        EXPECT_FALSE(Find(*element, "MaxLen"));
+        EXPECT_EQ(StatusOf([&] { element->AddQualifier({}, TCIMContext()); }), 14U);
     }
 }
 
