@@ -100,6 +100,23 @@ TEST_F(DeclarationTest, AnAllocatedQualifierIsNotAdded) {
     }
 }
 
+TEST_F(DeclarationTest, AnAllocatedQualifierIsItsElementsWithTheFlavorAskedFor) {
+    for (const auto& element : Elements()) {
+        const auto units = element->AllocateQualifier(Declare("Units", kFixed), TCIMValue("Bytes"), TCIMContext());
+        EXPECT_EQ(units->GetValue(TCIMContext()), TCIMValue("Bytes"));
+        EXPECT_EQ(units->GetFlavor(TCIMContext()), kFixed) << "that of the declaration";
+        EXPECT_EQ(units->GetClassOrProperty(TCIMContext()), element);
+        units->AddToClassOrProperty(TCIMContext());
+        EXPECT_EQ(Find(*element, "Units"), units);
+
+        const auto bits =
+            element->AllocateQualifier(Declare("Units", kFixed), TCIMValue("Bits"), kOverridable, TCIMContext());
+        EXPECT_EQ(bits->GetValue(TCIMContext()), TCIMValue("Bits"));
+        EXPECT_EQ(bits->GetFlavor(TCIMContext()), kOverridable);
+        EXPECT_EQ(bits->GetClassOrProperty(TCIMContext()), element);
+    }
+}
+
 TEST_F(DeclarationTest, AQualifierIsFoundInAnyCase) {
     for (const auto& element : Elements()) {
         const auto units = Add(*element, Declare("units", kFixed), "Bytes");
@@ -245,6 +262,7 @@ TEST_F(DeclarationTest, PropertiesAreComparedByNormalisedName) {
     EXPECT_TRUE(*fSize == *Property("size"));
     EXPECT_FALSE(*fSize == *Property("Name"));
     EXPECT_TRUE(*Property("NAME") < *fSize);
+    EXPECT_TRUE(*Property("name") < *fSize);
     EXPECT_FALSE(*fSize < *Property("size"));
 }
 
@@ -271,6 +289,20 @@ TEST_F(DeclarationTest, AssignmentCopiesNothing) {
     ICIMPropertyDecl& size = *fSize;
     EXPECT_EQ(&(size = *Property("Name")), &size);
     EXPECT_EQ(size.GetName(TCIMContext()), "Size");
+    ICIMMethodDecl& format = *fFormat;
+    const auto wipe = fDisk->AllocateMethodDecl("Wipe", TCIMValue::TCIMType(ECIMType::eCIMString), TCIMContext());
+    EXPECT_EQ(&(format = *wipe), &format);
+    EXPECT_EQ(format.GetName(TCIMContext()), "Format");
+    EXPECT_EQ(format.GetReturnType(TCIMContext()), ECIMType::eCIMUint32);
+    ICIMParameterDecl& quick = *fQuick;
+    EXPECT_EQ(&(quick = *Parameter("Slow")), &quick);
+    EXPECT_EQ(quick.GetName(TCIMContext()), "Quick");
+}
+
+TEST_F(DeclarationTest, EveryDeclarationIsValid) {
+    EXPECT_NO_THROW(fSize->Validate(TCIMContext()));
+    EXPECT_NO_THROW(fFormat->Validate(TCIMContext()));
+    EXPECT_NO_THROW(fQuick->Validate(TCIMContext()));
 }
 
 // --- Methods and parameters --------------------------------------------------------------------------------------
@@ -286,8 +318,11 @@ TEST_F(DeclarationTest, AParameterKnowsItsMethodAndType) {
     EXPECT_EQ(fQuick->GetMethodDecl(TCIMContext()), fFormat);
     EXPECT_EQ(fQuick->GetType(TCIMContext()), ECIMType::eCIMBoolean);
     EXPECT_FALSE(fQuick->IsArray(TCIMContext()));
-    EXPECT_TRUE(fFormat->AllocateParameterDecl("Many", TCIMValue::TCIMType(ECIMType::eCIMBooleanArray), TCIMContext())
-                    ->IsArray(TCIMContext()));
+    for (const auto type : {ECIMType::eCIMBooleanArray, ECIMType::eCIMReferenceArray, ECIMType::eCIMArrayUnknown}) {
+        const auto many = fFormat->AllocateParameterDecl("Many", TCIMValue::TCIMType(type), TCIMContext());
+        EXPECT_EQ(many->GetType(TCIMContext()), type);
+        EXPECT_TRUE(many->IsArray(TCIMContext()));
+    }
 }
 
 TEST_F(DeclarationTest, AMethodDoesNotKeepItsClassAliveNorAParameterItsMethod) {
@@ -335,6 +370,8 @@ TEST_F(DeclarationTest, ParametersAreEnumeratedByNormalisedName) {
 
 TEST_F(DeclarationTest, RemoveParameterDeclTakesOneAway) {
     fQuick->AddToMethod(TCIMContext());
+    fFormat->RemoveParameterDecl(Parameter("Slow"));
+    EXPECT_EQ(fFormat->GetParameterDecl("Quick", TCIMContext()), fQuick);
     fFormat->RemoveParameterDecl(Parameter("QUICK"));
     EXPECT_EQ(StatusOf([&] { fFormat->GetParameterDecl("Quick", TCIMContext()); }), 15U);
 }
@@ -346,10 +383,28 @@ TEST_F(DeclarationTest, MethodsAndParametersAreComparedByNormalisedName) {
     EXPECT_FALSE(*fFormat == *wipe);
     EXPECT_TRUE(*fFormat < *wipe);
     EXPECT_TRUE(*fQuick == *Parameter("QUICK"));
-    EXPECT_TRUE(*Parameter("ALPHA") < *fQuick);
+    EXPECT_FALSE(*fQuick == *Parameter("Slow"));
+    EXPECT_TRUE(*Parameter("alpha") < *fQuick);
+    EXPECT_FALSE(*fQuick < *Parameter("ALPHA"));
 }
 
 TEST_F(DeclarationTest, AMethodIsHandedToItsClassWhichKeepsItsOwn) {
     fFormat->AddToClass(TCIMContext());
     EXPECT_FALSE(fDisk->GetMethodDecl("Format", TCIMContext()));
+}
+
+TEST_F(DeclarationTest, AMethodDoesNotKeepItsClassAlive) {
+    auto nameSpace = ConnectedNamespace();
+    auto disk = FetchClass(*nameSpace, "TEST_Disk");
+    const auto format = disk->AllocateMethodDecl("Format", TCIMValue::TCIMType(ECIMType::eCIMUint32), TCIMContext());
+    disk.reset();
+    nameSpace.reset();
+    EXPECT_THROW(format->GetClass(TCIMContext()), boost::bad_weak_ptr);
+    EXPECT_THROW(format->AddToClass(TCIMContext()), boost::bad_weak_ptr);
+}
+
+TEST_F(DeclarationTest, AParameterDoesNotKeepItsMethodAlive) {
+    fFormat.reset();
+    EXPECT_THROW(fQuick->GetMethodDecl(TCIMContext()), boost::bad_weak_ptr);
+    EXPECT_THROW(fQuick->AddToMethod(TCIMContext()), boost::bad_weak_ptr);
 }

@@ -189,6 +189,21 @@ TEST_F(PropertyDisplayTest, NumbersOfOtherUnitsStayPlain) {
     }
 }
 
+TEST_F(PropertyDisplayTest, AnyValueCanBeShownWithTheQualifiersOrWithTheBaseAlone) {
+    Qualifiers qualifiers = Units("Bytes");
+    qualifiers.emplace_back("BASE", Uint8(16));
+    qualifiers.emplace_back("NULLDISPLAY", TCIMValue("n/a"));
+    qualifiers.emplace_back("ValueMap", ArrayOf<std::string>({"2048"}));
+    qualifiers.emplace_back("Values", ArrayOf<std::string>({"Page"}));
+    const TCimHTTPProperty property(Declare(Uint32(0), qualifiers));
+    EXPECT_EQ(property.ToStringWithQualifiers(Uint32(2048)), "2 Kilobytes") << "the value map is left out";
+    EXPECT_EQ(property.ToStringWithQualifiers(TCIMValue(-2048)), "-800") << "whatever type is declared";
+    EXPECT_EQ(property.ToStringWithQualifiers(TCIMValue()), "n/a");
+    EXPECT_EQ(property.ToStringWithBase(Uint32(2048)), "800");
+    EXPECT_EQ(property.ToStringWithBase(TCIMValue(-2048)), "-800");
+    EXPECT_EQ(property.ToStringWithBase(TCIMValue()), "");
+}
+
 TEST_F(PropertyDisplayTest, ThePreviousValueShowsWithItsUnitToo) {
     TCimHTTPProperty property(Declare(Uint32(2048), Units("Bytes")));
     property.SetPrevValue(Uint32(1536));
@@ -234,6 +249,21 @@ TEST_F(PropertyDisplayTest, BitRatesScaleByThousandsInSinglePrecision) {
     ExpectScaled(kNumber, scaled, {"Bits per Second", "bits per second", "Bits per second", "bps"});
 }
 
+TEST_F(PropertyDisplayTest, SmallNumbersKeepTheirPrefix) {
+    const std::vector<TUnitText> units{{"Bytes", "bytes", "Bytes", "B"},
+                                       {"Bits", "bits", "Bits", "Bits"},
+                                       {"Bytes per Second", "bytes per second", "Bytes per second", "B/s"},
+                                       {"Bits per Second", "bits per second", "Bits per second", "bps"}};
+    for (const auto& unit : units) {
+        for (const auto& [prefix, shortPrefix] : kShortPrefixes) {
+            SCOPED_TRACE(prefix + unit.unit);
+            EXPECT_EQ(TextOf(Uint8(5), Units(prefix + unit.unit)),
+                      "5 " + prefix + (prefix.empty() ? unit.alone : unit.afterPrefix));
+            EXPECT_EQ(TextOf(Uint8(5), Units(prefix + unit.unit, "", true)), "5 " + shortPrefix + unit.abbreviated);
+        }
+    }
+}
+
 TEST_F(PropertyDisplayTest, DataScalesAtEveryStep) {
     struct TCase {
         TCIMValue value;
@@ -249,7 +279,9 @@ TEST_F(PropertyDisplayTest, DataScalesAtEveryStep) {
         {Uint16(1024), "1 Kilobytes"},
         {Uint16(1075), "1 Kilobytes"},
         {Uint16(1076), "1.1 Kilobytes"},
+        {Uint16(1280), "1.2 Kilobytes"}, // half way between two decimals: to the even one
         {Uint16(1536), "1.5 Kilobytes"},
+        {Uint16(1792), "1.8 Kilobytes"},
         {Uint16(2048), "2 Kilobytes"},
         {Uint16(65535), "64 Kilobytes"},
         {Uint32(0), "0 Bytes"},

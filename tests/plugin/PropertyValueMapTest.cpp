@@ -272,8 +272,11 @@ TEST_F(PropertyValueMapTest, TheTextFollowsEveryChangeOfTheQualifiers) {
 
     declaration->RemoveQualifier(texts);
     EXPECT_EQ(property.ToString(), "1");
-    AddQualifiers(*declaration, {{"Values", ArrayOf(Strings{"Up"})}});
-    EXPECT_EQ(property.ToString(), "Up");
+    for (const char* text : {"Up", "Running"}) { // the second differs from the first in nothing but its text
+        AddQualifiers(*declaration, {{"Values", ArrayOf(Strings{text})}});
+        EXPECT_EQ(property.ToString(), text);
+        declaration->RemoveQualifier(declaration->LookupQualifier("Values"));
+    }
 }
 
 TEST_F(PropertyValueMapTest, OnlyBooleansAndUnsignedIntegersCanBeLookedUp) {
@@ -327,6 +330,14 @@ TEST_F(PropertyValueMapTest, AScalarGivesOneTextWithoutTheMap) {
     EXPECT_THAT(TextsOf(NullOf(ECIMType::eCIMUint32), {{"NULLDISPLAY", TCIMValue("n/a")}}), ElementsAre("n/a"));
 }
 
+TEST_F(PropertyValueMapTest, TheDeclarationSaysWhetherThereIsOneTextOrMany) {
+    const auto declaration = Declare(ArrayOf<int>({1, 2}));
+    const TCimHTTPProperty property(declaration, ArrayOf<int>({3, 4}));
+    EXPECT_THAT(property.ToStringVector(), ElementsAre("3", "4"));
+    declaration->SetDefaultValue(TCIMValue(1), {});
+    EXPECT_THAT(property.ToStringVector(), ElementsAre("{3, 4}"));
+}
+
 TEST_F(PropertyValueMapTest, ANullArrayHasNoTexts) {
     const Qualifiers map = ValueMap({"1"}, {"One"});
     EXPECT_THAT(TextsOf(NullOf(ECIMType::eCIMUint8Array), map), IsEmpty());
@@ -374,5 +385,31 @@ TEST_F(PropertyValueMapTest, AFailedLookUpLeavesAsAnExceptionOfItsCode) {
         const auto absent = boost::make_shared<FailingDecl>(value, qualifier, 15);
         AddQualifiers(*absent, others);
         EXPECT_NO_THROW(TCimHTTPProperty{boost::shared_ptr<ICIMPropertyDecl const>(absent)}.ToString());
+    }
+}
+
+TEST_F(PropertyValueMapTest, OnlyTheQualifiersThatMatterAreLookedUp) {
+    struct TCase {
+        TCIMValue value;
+        Qualifiers qualifiers;
+        Strings others;
+    };
+    const std::vector<TCase> cases{
+        {NullOf(ECIMType::eCIMUint32), {}, {"Values", "ValueMap", "BASE", "UNITS"}},
+        {TCIMValue(1), {}, {"NULLDISPLAY", "Values", "ValueMap", "UNITS"}},
+        {TCIMValue(true), {}, {"NULLDISPLAY", "ValueMap", "UNITS"}},
+        {Uint32(1), {}, {"NULLDISPLAY", "ValueMap", "DISPLAYCPUTIME", "DISPLAYFIXEDUNITS", "ABBREVIATEUNITS"}},
+        {Uint32(1), ValueMap({"1"}, {"One"}), {"NULLDISPLAY", "BASE", "UNITS"}},
+        {Uint32(1), {{"UNITS", TCIMValue("Seconds")}}, {"BASE", "DISPLAYFIXEDUNITS", "ABBREVIATEUNITS"}},
+        {Uint32(1), {{"UNITS", TCIMValue("Bytes")}}, {"BASE", "DISPLAYCPUTIME"}},
+        {Uint32(1), {{"UNITS", TCIMValue("Volts")}}, {"DISPLAYCPUTIME", "DISPLAYFIXEDUNITS", "ABBREVIATEUNITS"}},
+    };
+    for (const auto& [value, qualifiers, others] : cases) {
+        for (const auto& other : others) {
+            SCOPED_TRACE(testing::PrintToString(qualifiers.size()) + " qualifiers, without " + other);
+            const auto failing = boost::make_shared<FailingDecl>(value, other, 31);
+            AddQualifiers(*failing, qualifiers);
+            EXPECT_NO_THROW(TCimHTTPProperty{boost::shared_ptr<ICIMPropertyDecl const>(failing)}.ToString());
+        }
     }
 }

@@ -169,6 +169,22 @@ TEST_F(PropertyValueTest, AReferenceToTheDeclaredClassIsAccepted) {
     EXPECT_THAT(fLog->Errors(), IsEmpty());
 }
 
+TEST_F(PropertyValueTest, ANullReferenceNamesAnotherClassThanTheDeclaredOne) {
+    TCimHTTPProperty property(Declare(ReferenceTo("TEST_Disk")));
+    EXPECT_EQ(StatusOf([&] { property.SetValue(NullOf(ECIMType::eCIMReference), {}); }), 14U);
+    EXPECT_TRUE(property.IsDefaultValue({}));
+    EXPECT_THAT(fLog->Errors(), ElementsAre("Inmem: SetValue: decl references type TEST_Disk but value references "));
+    property.SetPrevValue(NullOf(ECIMType::eCIMReference));
+    EXPECT_TRUE(property.GetPrevValue().IsNull());
+}
+
+TEST_F(PropertyValueTest, ADeclarationThatNamesNoClassTakesReferencesWithoutOne) {
+    TCimHTTPProperty property(Declare(NullOf(ECIMType::eCIMReference)));
+    EXPECT_EQ(StatusOf([&] { property.SetValue(ReferenceTo("TEST_Disk"), {}); }), 14U);
+    EXPECT_EQ(StatusOf([&] { property.SetValue(ReferenceTo(""), {}); }), 0U);
+    EXPECT_FALSE(property.IsDefaultValue({}));
+}
+
 TEST_F(PropertyValueTest, OnlyScalarReferencesAreHeldToTheirClass) {
     const auto references = [](const std::string& className) {
         return TCIMValue(ECIMType::eCIMReference, 0, {ReferenceTo(className)});
@@ -274,4 +290,18 @@ TEST_F(PropertyValueTest, DoesNotKeepItsDeclarationAlive) {
     EXPECT_TRUE(property.IsDefaultValue({}));
     property.SetPrevValue();
     EXPECT_EQ(property.GetPrevValue(), TCIMValue()) << "null is not checked against the declaration";
+}
+
+TEST_F(PropertyValueTest, ItsOwnValueOutlivesTheDeclarationAndItsTextDoesNot) {
+    auto declaration = boost::make_shared<TCimHTTPPropertyDecl>(boost::shared_ptr<TCimHTTPClass>(), "Size", Uint32(7));
+    const TCimHTTPProperty property(declaration, Uint32(9));
+    declaration.reset();
+    EXPECT_EQ(property.GetValue({}), Uint32(9));
+    EXPECT_EQ(property.GetPrevValue(), Uint32(9));
+    EXPECT_THROW(property.ToString(), boost::bad_weak_ptr);
+    EXPECT_THROW(property.PrevValueToString(), boost::bad_weak_ptr);
+    EXPECT_THROW(property.ToStringVector(), boost::bad_weak_ptr);
+    EXPECT_THROW(property.ToStringVectorWithBase(), boost::bad_weak_ptr);
+    EXPECT_THROW(property.ToStringWithQualifiers(Uint32(9)), boost::bad_weak_ptr);
+    EXPECT_THROW(property.ToStringWithBase(Uint32(9)), boost::bad_weak_ptr);
 }

@@ -71,13 +71,15 @@ TEST_F(QualifierTest, SetFlavorAddsBitsAndUnsetFlavorTakesThemAway) {
 
 TEST_F(QualifierTest, APropagatedCopyTakesEverythingOver) {
     const auto original = Allocate(Declare("Colour", TCIMValue("red"), kToSubclass), TCIMValue("blue"));
-    original->SetPropagated(true);
+    original->SetFlavor(kTranslatable, TCIMContext());
     const auto root = fNamespace->GetRootClass();
+    EXPECT_FALSE(TCimHTTPQualifier(root, original).GetPropagated(TCIMContext()));
+    original->SetPropagated(true);
     const TCimHTTPQualifier copy(root, original);
     EXPECT_EQ(copy.GetClassOrProperty(TCIMContext()), root);
     EXPECT_EQ(copy.GetDeclaration(TCIMContext()), original->GetDeclaration(TCIMContext()));
     EXPECT_EQ(copy.GetValue(TCIMContext()), TCIMValue("blue"));
-    EXPECT_EQ(copy.GetFlavor(TCIMContext()), kToSubclass);
+    EXPECT_EQ(copy.GetFlavor(TCIMContext()), kToSubclass | kTranslatable) << "the original's, not the declaration's";
     EXPECT_TRUE(copy.GetPropagated(TCIMContext()));
 }
 
@@ -105,6 +107,7 @@ TEST_F(QualifierTest, IsComparedByNameAlone) {
     EXPECT_TRUE(*blue == *lowerColour);
     EXPECT_FALSE(*blue == *size);
     EXPECT_TRUE(*blue < *size);
+    EXPECT_TRUE(*lowerColour < *size);
     EXPECT_FALSE(*size < *blue);
     EXPECT_FALSE(*blue < *green);
 }
@@ -148,6 +151,31 @@ TEST_F(QualifierTest, DeclarationsAreComparedByNormalisedName) {
     EXPECT_TRUE(*colour == *Declare("COLOUR", TCIMValue(1)));
     EXPECT_FALSE(*colour == *Declare("Size", TCIMValue("red")));
     EXPECT_TRUE(*colour < *Declare("SIZE", TCIMValue("red")));
+    EXPECT_TRUE(*Declare("colour", TCIMValue("red")) < *Declare("SIZE", TCIMValue("red")));
+    EXPECT_FALSE(*colour < *Declare("COLOUR", TCIMValue("red")));
+}
+
+TEST_F(QualifierTest, AssignmentCopiesNothing) {
+    const auto red = Declare("Colour", TCIMValue("red"), kToSubclass);
+    const auto size = Declare("Size", TCIMValue(1), kTranslatable);
+    const boost::shared_ptr<ICIMQualifier> colour = Allocate(red, TCIMValue("blue"));
+    const boost::shared_ptr<ICIMQualifier> other = Allocate(size, TCIMValue(2));
+    EXPECT_EQ(&(*colour = *other), colour.get());
+    EXPECT_EQ(colour->GetName(TCIMContext()), "Colour");
+    EXPECT_EQ(colour->GetValue(TCIMContext()), TCIMValue("blue"));
+    EXPECT_EQ(&(*red = *size), red.get());
+    EXPECT_EQ(red->GetName(TCIMContext()), "Colour");
+    EXPECT_EQ(red->GetDefaultValue(TCIMContext()), TCIMValue("red"));
+    EXPECT_EQ(red->GetFlavor(TCIMContext()), kToSubclass);
+}
+
+TEST_F(QualifierTest, ADeclarationStaysInItsNamespace) {
+    const auto colour = Declare("Colour", TCIMValue("red"));
+    EXPECT_NO_THROW(colour->Validate(TCIMContext()));
+    EXPECT_NO_THROW(Allocate(colour, TCIMValue("blue"))->Validate(TCIMContext()));
+    colour->AddToNamespace(TCIMContext());
+    colour->RemoveQualifierDecl(TCIMContext());
+    EXPECT_EQ(fNamespace->GetQualifierDecl("colour", TCIMContext()), colour);
 }
 
 TEST_F(QualifierTest, ADeclarationDoesNotKeepItsNamespaceAlive) {

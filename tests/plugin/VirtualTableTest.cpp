@@ -7,6 +7,17 @@
 
 using namespace NQORVYX20;
 
+namespace {
+
+/// Its operation takes the slot behind the last one of its base.
+template <typename Base>
+class TFollowerOf : public Base {
+  public:
+    virtual void Follow() {}
+};
+
+} // namespace
+
 TEST(VirtualTable, OwnersOfOtherElementsCanHandOutThemselves) {
     const auto canHandOutItself = [](const auto* element) {
         using Element = std::decay_t<decltype(*element)>;
@@ -51,4 +62,14 @@ TEST(VirtualTable, TheClassAppendsTheOperationsOfItsSecondBase) {
 
 TEST(VirtualTable, TheInstanceKeepsTheSlotsOfItsInterface) {
     ExpectSlots(kFirstSlot + 1, &TCimHTTPInstance::AddToNamespace);
+}
+
+TEST(VirtualTable, TheOtherElementsAppendNothing) {
+    constexpr std::size_t kQualifierOperations = 6; // of every named element
+    ExpectSlots(kFirstSlot + 17, &TFollowerOf<TCimHTTPProperty>::Follow);
+    ExpectSlots(kFirstSlot + kQualifierOperations + 12, &TFollowerOf<TCimHTTPPropertyDecl>::Follow);
+    ExpectSlots(kFirstSlot + 17, &TFollowerOf<TCimHTTPQualifier>::Follow);
+    ExpectSlots(kFirstSlot + 16, &TFollowerOf<TCimHTTPQualifierDecl>::Follow);
+    ExpectSlots(kFirstSlot + kQualifierOperations + 11, &TFollowerOf<TCimHTTPMethodDecl>::Follow);
+    ExpectSlots(kFirstSlot + kQualifierOperations + 9, &TFollowerOf<TCimHTTPParameterDecl>::Follow);
 }
