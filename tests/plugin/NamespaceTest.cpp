@@ -28,6 +28,27 @@ std::vector<std::string> QualifierDeclNames(const TCimHTTPNamespace& nameSpace) 
 
 } // namespace
 
+// --- Messages ----------------------------------------------------------------------------------------------------
+
+TEST_F(NamespaceTest, MessagesGoToTheLoggerThatTheHostHasAtThatMoment) {
+    const auto nameSpace = ConnectedNamespace();
+    const auto say = [&] {
+        nameSpace->GetClass("", TCIMContext());
+        StatusOf([&] { nameSpace->GetClass("no name", TCIMContext()); });
+    };
+    const auto next = boost::make_shared<CapturingLogger>();
+    fLog->Forget();
+    say();
+    TRootObject::SetCoreLogger(next);
+    say();
+    for (const auto& log : {fLog, next}) {
+        EXPECT_THAT(log->Errors(), ElementsAre("CimHTTP: CIM name 'no name' is invalid"));
+        EXPECT_THAT(log->Debug(), ElementsAre("TCimHTTPNamespace::GetClass  : return <root>"));
+    }
+    TRootObject::SetCoreLogger(fLog);
+    EXPECT_EQ(next.use_count(), 1) << "it is not kept";
+}
+
 // --- Connection --------------------------------------------------------------------------------------------------
 
 TEST_F(NamespaceTest, ConnectOpensTheConnectionAtOnce) {

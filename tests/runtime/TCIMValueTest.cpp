@@ -106,6 +106,7 @@ TEST(TCIMValue, IsNotNullAsAnEmptyArray) {
 
 TEST(TCIMValue, GivesTheElementsOfAnArrayInPlace) {
     const TCIMValue array(TType::eCIMSint32, 0, {1, 2});
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): its elements are modified
     TCIMValue copy = array;
     As<std::vector<TCIMValue>&>(copy).emplace_back(3);
     EXPECT_EQ(copy.ToString(10), "{1, 2, 3}");
@@ -358,12 +359,13 @@ TEST(TCIMValue, IsOrderedByTypeThenNullThenContent) {
 TEST(TCIMValue, StaysSmall) { EXPECT_LE(sizeof(TCIMValue), sizeof(std::string) + sizeof(void*)); }
 
 TEST(TCIMType, HasAReadableName) {
-    EXPECT_EQ(NameOf(TType::eCIMUnknown), "unknown");
-    EXPECT_EQ(NameOf(TType::eCIMUint16), "uint16");
-    EXPECT_EQ(NameOf(TType::eCIMReference), "reference");
-    EXPECT_EQ(NameOf(TType::eCIMStringArray), "string[]");
-    EXPECT_EQ(NameOf(TType::eCIMArrayUnknown), "unknown[]");
-    EXPECT_EQ(NameOf(TType::eCIMReferenceArray), "reference[]");
+    const std::vector<std::string> names{"unknown", "boolean", "uint8",    "sint8",    "uint16", "sint16",
+                                         "uint32",  "sint32",  "uint64",   "sint64",   "real32", "real64",
+                                         "char16",  "string",  "datetime", "reference"};
+    for (std::size_t code = 0; code < names.size(); ++code) {
+        EXPECT_EQ(NameOf(static_cast<TType::ECIMType>(code)), names[code]);
+        EXPECT_EQ(NameOf(static_cast<TType::ECIMType>(code + TType::eCIMArrayUnknown)), names[code] + "[]");
+    }
 }
 
 } // namespace
