@@ -325,7 +325,7 @@ void TCimHTTPClass::EnumerateStaticProperties(const boost::function<bool(boost::
 }
 
 void TCimHTTPClass::AddQualifier(boost::shared_ptr<ICIMQualifier> qualifier, TCIMContext /*context*/) {
-    fQualifiers.Add(qualifier);
+    fQualifiers.AddOrReplace(qualifier);
 }
 
 boost::shared_ptr<ICIMQualifier>

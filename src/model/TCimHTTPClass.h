@@ -138,6 +138,9 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     void RemoveMethodDecl(boost::shared_ptr<ICIMMethodDecl> declaration) override;
 
     // ICIMNamedElement
+
+    /// A qualifier of the same name gives way when it may be overridden or has the same value and flavor; otherwise
+    /// throws TVYXException 28.
     void AddQualifier(boost::shared_ptr<ICIMQualifier> qualifier, TCIMContext context) override;
     boost::shared_ptr<ICIMQualifier> AllocateQualifier(boost::shared_ptr<ICIMQualifierDecl const> declaration,
                                                        const TCIMValue& value, TCIMContext context) const override;

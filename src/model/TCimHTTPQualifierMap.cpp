@@ -23,7 +23,7 @@ bool IsSame(const ICIMQualifier& left, const ICIMQualifier& right) {
 
 } // namespace
 
-void TCimHTTPQualifierMap::Add(const boost::shared_ptr<ICIMQualifier>& qualifier) {
+bool TCimHTTPQualifierMap::Add(const boost::shared_ptr<ICIMQualifier>& qualifier) {
     if (!qualifier) {
         throw TVYXException(kTypeMismatch);
     }
@@ -33,15 +33,28 @@ void TCimHTTPQualifierMap::Add(const boost::shared_ptr<ICIMQualifier>& qualifier
         if (!IsSame(*existing, *qualifier)) {
             throw TVYXException(kQualifierConflict);
         }
+        return false;
+    }
+    Keep(name, boost::dynamic_pointer_cast<TCimHTTPQualifier>(qualifier));
+    return true;
+}
+
+void TCimHTTPQualifierMap::AddOrReplace(const boost::shared_ptr<ICIMQualifier>& qualifier) {
+    if (Add(qualifier)) {
         return;
     }
-    const auto added = boost::dynamic_pointer_cast<TCimHTTPQualifier>(qualifier);
-    if (!added) {
+    if (const auto same = boost::dynamic_pointer_cast<TCimHTTPQualifier>(qualifier)) {
+        Keep(TCimHTTPNamespace::NormalizeName(same->GetName(TCIMContext())), same);
+    }
+}
+
+void TCimHTTPQualifierMap::Keep(const std::string& name, const boost::shared_ptr<TCimHTTPQualifier>& qualifier) {
+    if (!qualifier) {
         throw TVYXException(kTypeMismatch);
     }
-    fQualifiers[name] = added;
+    fQualifiers[name] = qualifier;
     if (name == kKey) {
-        fKey = added;
+        fKey = qualifier;
     }
 }
 

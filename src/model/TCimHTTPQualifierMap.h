@@ -16,9 +16,12 @@ class TCimHTTPQualifier;
 class TCimHTTPQualifierMap {
   public:
     /// Adds a qualifier. An existing one of that name gives way when its flavor enables override; otherwise the new one
-    /// must have its value and flavor, and changes nothing. Throws TVYXException 28 when it differs, and 14 when the
-    /// one to keep is not a TCimHTTPQualifier.
-    void Add(const boost::shared_ptr<ICIMQualifier>& qualifier);
+    /// must have its value and flavor, changes nothing, and the result is false. Throws TVYXException 28 when it
+    /// differs, and 14 when the one to keep is not a TCimHTTPQualifier.
+    bool Add(const boost::shared_ptr<ICIMQualifier>& qualifier);
+
+    /// The same, but an existing qualifier gives way also to a TCimHTTPQualifier of its value and flavor.
+    void AddOrReplace(const boost::shared_ptr<ICIMQualifier>& qualifier);
 
     /// Removes the qualifier of that name. Throws TVYXException 15 when there is none.
     void Remove(const std::string& name);
@@ -42,6 +45,8 @@ class TCimHTTPQualifierMap {
     void Clear();
 
   private:
+    void Keep(const std::string& name, const boost::shared_ptr<TCimHTTPQualifier>& qualifier);
+
     std::map<std::string, boost::shared_ptr<TCimHTTPQualifier>> fQualifiers;
     boost::shared_ptr<TCimHTTPQualifier> fKey;
 };
