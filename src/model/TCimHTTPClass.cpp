@@ -198,6 +198,8 @@ void TCimHTTPClass::EnumerateKeyNames(const boost::function<bool(const std::stri
         throw;
     } catch (const std::exception& failure) {
         Refuse(kTypeMismatch, "TCimHTTP: Enumeration of the keys of class " + fName + " failed: " + failure.what());
+    } catch (...) {
+        Refuse(kTypeMismatch, "TCimHTTP: Enumeration of the keys of class " + fName + " failed");
     }
 }
 

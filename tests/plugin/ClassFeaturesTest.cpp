@@ -312,6 +312,9 @@ TEST_F(ClassFeaturesTest, WhatIsThrownDuringTheWalkOverTheKeysLeavesAsTheModelsE
     EXPECT_THAT(fLog->Errors(), ElementsAre("TCimHTTP: Enumeration of the keys of class TEST_Keys failed: oops"));
     EXPECT_EQ(walk([](const std::string*) -> bool { throw TVYXException(31); }), 31U);
     EXPECT_EQ(walk(boost::function<bool(const std::string*)>()), 14U);
+    fLog->Forget();
+    EXPECT_EQ(walk([](const std::string*) -> bool { throw Pegasus::Exception("oops"); }), 14U);
+    EXPECT_THAT(fLog->Errors(), ElementsAre("TCimHTTP: Enumeration of the keys of class TEST_Keys failed"));
 }
 
 TEST_F(ClassFeaturesTest, AnEmptyCallbackIsABadCall) {
