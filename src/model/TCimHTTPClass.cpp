@@ -17,6 +17,7 @@
 #include "model/EntryMap.h"
 #include "model/RemoteNames.h"
 #include "model/RemoteQualifiers.h"
+#include "model/Required.h"
 #include "model/StatusCodes.h"
 #include "model/TCimHTTPInstance.h"
 #include "model/TCimHTTPMethodDecl.h"
@@ -158,10 +159,7 @@ void TCimHTTPClass::EnumerateSubClasses(const boost::function<bool(boost::shared
 
 void TCimHTTPClass::AddChildClass(boost::shared_ptr<ICIMClass> child) {
     const auto added = boost::dynamic_pointer_cast<TCimHTTPClass>(child);
-    if (!added) {
-        throw TVYXException(kTypeMismatch);
-    }
-    fSubClasses.Add(added->fName, added);
+    fSubClasses.Add(Required(added, kTypeMismatch).fName, added);
 }
 
 void TCimHTTPClass::RemoveChildClass(boost::shared_ptr<ICIMClass> /*child*/) {}
@@ -443,9 +441,10 @@ void TCimHTTPClass::AddRemoteInstance(const Pegasus::CIMInstance& remote, Remote
     for (Pegasus::Uint32 i = 0; i < remote.getPropertyCount(); ++i) {
         auto property = remote.getProperty(i);
         try {
+            const std::string& name = names.Normalized(i, property.getName());
             TCIMValue value;
             pegValToVYX(property.getValue(), property.getType(), property.isArray(), texts, value);
-            instance->SetPropertyValue(names.Normalized(i, property.getName()), value, TCIMContext());
+            instance->SetPropertyValue(name, value, TCIMContext());
         } catch (...) {
             LogError("TCimHTTPClass::EnumerateInstances - Unable to retrieve property: " +
                      ToStdString(property.getName()));
@@ -458,11 +457,8 @@ void TCimHTTPClass::AddRemoteInstance(const Pegasus::CIMInstance& remote, Remote
 
 void TCimHTTPClass::AddInstance(boost::shared_ptr<ICIMInstance> instance) {
     const auto added = boost::dynamic_pointer_cast<TCimHTTPInstance>(instance);
-    if (!added) {
-        throw TVYXException(kTypeMismatch);
-    }
     // Servers mostly give instances in the order of their paths.
-    fInstances.emplace_hint(fInstances.end(), added->BuildPath(TCIMContext()).GetPath(), added);
+    fInstances.emplace_hint(fInstances.end(), Required(added, kTypeMismatch).BuildPath(TCIMContext()).GetPath(), added);
 }
 
 void TCimHTTPClass::RemoveInstance(boost::shared_ptr<ICIMInstance> instance) {

@@ -119,11 +119,13 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     bool operator<(ICIMClass& other) const override;
     ICIMClass& operator=(const ICIMClass& other) override;
 
-    /// A class of the same name that is already there gives its place to the new one.
+    /// A class of the same name that is already there gives its place to the new one. The class must be a
+    /// TCimHTTPClass: where assertions are on, another or none ends in an assertion, otherwise in TVYXException 14.
     void AddChildClass(boost::shared_ptr<ICIMClass> child) override;
     void RemoveChildClass(boost::shared_ptr<ICIMClass> child) override;
 
-    /// An instance that is already filed under the same path stays.
+    /// An instance that is already filed under the same path stays. What is no TCimHTTPInstance ends as in
+    /// AddChildClass.
     void AddInstance(boost::shared_ptr<ICIMInstance> instance) override;
     void RemoveInstance(boost::shared_ptr<ICIMInstance> instance) override;
     void AddAssociationClass(boost::shared_ptr<ICIMClass> association) override;

@@ -1,5 +1,7 @@
 #include "model/TCimHTTPInstance.h"
 
+#include "model/Required.h"
+#include "model/StatusCodes.h"
 #include "model/TCimHTTPClass.h"
 
 namespace NQORVYX20 {
@@ -15,7 +17,7 @@ TCimHTTPInstance::TCimHTTPInstance(boost::shared_ptr<ICIMClass> cls, TCIMContext
 
 void TCimHTTPInstance::AddToNamespace(TCIMContext context) {
     const auto cls = boost::dynamic_pointer_cast<TCimHTTPClass>(GetClass(context));
-    cls->AddInstance(boost::dynamic_pointer_cast<TCimHTTPInstance>(shared_from_this()));
+    Required(cls, kTypeMismatch).AddInstance(boost::dynamic_pointer_cast<TCimHTTPInstance>(shared_from_this()));
 }
 
 } // namespace NQORVYX20

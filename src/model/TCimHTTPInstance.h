@@ -11,7 +11,8 @@ class TCimHTTPInstance : public TInmemInstance {
 
     using TInmemInstance::operator=;
 
-    /// Files the instance in the cache of its class, which must be a TCimHTTPClass.
+    /// Files the instance in the cache of its class. The class must be a TCimHTTPClass: where assertions are on,
+    /// another one ends in an assertion, otherwise in TVYXException 14.
     void AddToNamespace(TCIMContext context) override;
 };
 

@@ -13,6 +13,7 @@
 #include "host/TVYXException.h"
 #include "model/CoreLog.h"
 #include "model/EntryMap.h"
+#include "model/Required.h"
 #include "model/StatusCodes.h"
 #include "model/TCimHTTPClass.h"
 #include "model/TCimHTTPQualifierDecl.h"
@@ -327,11 +328,7 @@ boost::shared_ptr<ICIMInstance> TCimHTTPNamespace::GetInstance(const TCIMReferen
     const auto self = boost::const_pointer_cast<TCimHTTPNamespace>(shared_from_this());
     const auto cls =
         boost::dynamic_pointer_cast<TCimHTTPClass>(self->GetClass(reference.GetClassName(), TCIMContext()));
-    const TCimHTTPClass* const found = cls.operator->(); // asserts where assertions are on
-    if (found == nullptr) {
-        throw TVYXException(kNotFound);
-    }
-    return found->GetInstance(reference, context);
+    return Required(cls, kNotFound).GetInstance(reference, context);
 }
 
 void TCimHTTPNamespace::EnumerateInstances(const Pegasus::CIMNamespaceName& nameSpace,

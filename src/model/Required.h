@@ -1,0 +1,22 @@
+#pragma once
+
+#include <boost/shared_ptr.hpp>
+
+#include <cstdint>
+
+#include "host/TVYXException.h"
+
+namespace NQORVYX20 {
+
+/// What a pointer refers to that a caller must not leave empty. Where assertions are on, an empty one ends in the
+/// pointer's own assertion, otherwise in TVYXException with this code.
+template <typename T>
+T& Required(const boost::shared_ptr<T>& pointer, std::uint32_t code) {
+    T* const object = pointer.operator->(); // asserts
+    if (object == nullptr) {
+        throw TVYXException(code);
+    }
+    return *object;
+}
+
+} // namespace NQORVYX20
