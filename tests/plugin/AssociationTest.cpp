@@ -268,6 +268,20 @@ TEST_F(AssociationTest, ACallbackMayClearTheClass) {
     EXPECT_THAT(Associations(*fDisk, "", ""), IsEmpty());
 }
 
+TEST_F(AssociationTest, ClearInstancesClearsTheLinkedAssociationsToo) {
+    DerivedClass::Link(*fLink, fDisk); // a way back to where the clearing begins
+    fDisk->AddChildClass(fDisk);
+    fDisk->ClearInstances();
+    for (const auto& cls : {fDisk, fLink}) {
+        EXPECT_THAT(Associations(*cls, "", ""), IsEmpty());
+        EXPECT_THAT(VisitedNames([&](const auto& v) { cls->EnumerateQualifiers(v, TCIMContext()); }), IsEmpty());
+        EXPECT_THAT(VisitedNames([&](const auto& v) { cls->EnumeratePropertyDecls(v, TCIMContext()); }), IsEmpty());
+        EXPECT_THAT(VisitedNames([&](const auto& v) { cls->EnumerateSubClasses(v, false, TCIMContext()); }), IsEmpty());
+    }
+    EXPECT_THAT(VisitedNames([&](const auto& v) { fSystem->EnumerateQualifiers(v, TCIMContext()); }),
+                ElementsAre("PLUGINNAME", "PLUGINVERSION"));
+}
+
 TEST_F(AssociationTest, WhatACallbackThrowsReachesTheCaller) {
     const auto fail = [](const auto&) -> bool { throw TVYXException(1); };
     EXPECT_EQ(StatusOf([&] { fDisk->EnumerateAssociationClasses(fail, "", "Disk", TCIMContext()); }), 1U);

@@ -106,6 +106,10 @@ TEST_F(ClassFeaturesTest, AnOverrideWithoutABasePropertyIsRefused) {
     EXPECT_THAT(fLog->Errors(), ElementsAre("TCimHTTP: Attempt to override property Label in class TEST_Disk: property "
                                             "doesn't exist in base class"));
     EXPECT_FALSE(fDisk->GetPropertyDecl("Label", TCIMContext()));
+    const auto ownSize = fDisk->GetPropertyDecl("Size", TCIMContext());
+    EXPECT_EQ(StatusOf([&] { fDisk->AddPropertyDecl(OverridingProperty(*fDisk, "Size", ECIMType::eCIMUint32)); }), 15U)
+        << "a property of the class itself is no base";
+    EXPECT_EQ(fDisk->GetPropertyDecl("Size", TCIMContext()), ownSize);
 }
 
 TEST_F(ClassFeaturesTest, AnOverrideOfAnotherTypeIsRefused) {
@@ -218,6 +222,36 @@ TEST_F(ClassFeaturesTest, MethodDeclsAreEnumeratedByNormalisedNameUntilTheCallba
     EXPECT_EQ(calls, 1);
 }
 
+TEST_F(ClassFeaturesTest, MethodDeclsAndQualifiersAreEnumeratedUntilTheCallbackStops) {
+    const auto robot = Fetch("TEST_Robot", QualifierXml("Description", "string", "x") +
+                                               "<METHOD NAME=\"stop\" TYPE=\"uint32\"/><METHOD NAME=\"Go\" "
+                                               "TYPE=\"uint32\"/><METHOD NAME=\"Turn\" TYPE=\"uint32\"/>");
+    int methods = 0;
+    robot->EnumerateMethodDecls([&](const auto&) { return ++methods < 2; }, TCIMContext());
+    EXPECT_EQ(methods, 2);
+    int qualifiers = 0;
+    robot->EnumerateQualifiers([&](const auto&) { return ++qualifiers < 2; }, TCIMContext());
+    EXPECT_EQ(qualifiers, 2);
+}
+
+TEST_F(ClassFeaturesTest, ANameThatIsNoneIsRefused) {
+    EXPECT_EQ(StatusOf([&] { fDisk->GetPropertyDecl("2nd", TCIMContext()); }), 25U);
+    EXPECT_EQ(StatusOf([&] { fDisk->GetMethodDecl("2nd", TCIMContext()); }), 25U);
+    EXPECT_EQ(StatusOf([&] { fDisk->GetProperty("2nd", TCIMContext()); }), 25U);
+    EXPECT_EQ(StatusOf([&] { fDisk->GetQualifier("2nd", TCIMContext()); }), 25U);
+    EXPECT_EQ(StatusOf([&] { fDisk->AddPropertyDecl(Property(*fDisk, "2nd")); }), 25U);
+    EXPECT_EQ(StatusOf([&] { fDisk->AddPropertyDecl(Property(*fDisk, "2nd", ECIMType::eCIMReference)); }), 14U);
+}
+
+TEST_F(ClassFeaturesTest, FeaturesAreNotRemovedNorMethodsAdded) {
+    const auto robot = Fetch("TEST_Robot", PropertyXml("Name", "string") + "<METHOD NAME=\"Go\" TYPE=\"uint32\"/>");
+    robot->RemovePropertyDecl(robot->GetPropertyDecl("Name", TCIMContext()));
+    robot->RemoveMethodDecl(robot->GetMethodDecl("Go", TCIMContext()));
+    robot->AddMethodDecl(robot->AllocateMethodDecl("Stop", TCIMValue::TCIMType(ECIMType::eCIMUint32), TCIMContext()));
+    EXPECT_TRUE(robot->GetPropertyDecl("Name", TCIMContext()));
+    EXPECT_THAT(VisitedNames([&](const auto& v) { robot->EnumerateMethodDecls(v, TCIMContext()); }), ElementsAre("Go"));
+}
+
 TEST_F(ClassFeaturesTest, AllocatedDeclarationsAreNotAdded) {
     Property(*fDisk, "Label");
     fDisk->AllocateMethodDecl("Format", TCIMValue::TCIMType(ECIMType::eCIMUint32), TCIMContext());
@@ -255,9 +289,11 @@ TEST_F(ClassFeaturesTest, KeyNamesComeByNormalisedNameUntilTheCallbackStops) {
     const auto cls = Fetch("TEST_Keys", PropertyXml("System", "string", KeyXml()) +
                                             PropertyXml("Name", "string", KeyXml()) + PropertyXml("Free", "string"));
     EXPECT_THAT(KeyNames(*cls), ElementsAre("Name", "System"));
+    const auto declaration = cls->GetPropertyDecl("Name", TCIMContext());
     int calls = 0;
     cls->EnumerateKeyNames(
-        [&](const std::string*) {
+        [&](const std::string* name) {
+            EXPECT_EQ(name, &declaration->GetName(TCIMContext())) << "it is the declaration's own";
             ++calls;
             return false;
         },

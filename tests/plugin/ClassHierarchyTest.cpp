@@ -97,8 +97,31 @@ TEST_F(ClassHierarchyTest, AddChildClassKeepsOneEntryPerExactName) {
     fA->AddChildClass(again);
     fA->AddChildClass(fNamespace->AllocateClass("test_b", nullptr, TCIMContext()));
     EXPECT_THAT(SubClassNames(*fA, false), ElementsAre("TEST_B", "test_b"));
+    fA->EnumerateSubClasses(
+        [&](const auto& first) {
+            EXPECT_EQ(first, again) << "the later one has the place of the earlier";
+            return false;
+        },
+        false, TCIMContext());
     fA->RemoveChildClass(again);
     EXPECT_THAT(SubClassNames(*fA, false), ElementsAre("TEST_B", "test_b"));
+}
+
+TEST_F(ClassHierarchyTest, AClassWithoutASuperclassEntersTheNamespaceAndJoinsNoClass) {
+    const auto loose = boost::make_shared<TCimHTTPClass>(fNamespace, "TEST_Loose", fA);
+    EXPECT_THROW(loose->AddToNamespace(TCIMContext()), boost::bad_weak_ptr);
+    EXPECT_EQ(fNamespace->GetClass("TEST_Loose", TCIMContext()), loose);
+    EXPECT_THAT(SubClassNames(*fNamespace->GetRootClass(), true), ElementsAre("TEST_A"));
+}
+
+using ClassHierarchyDeathTest = ClassHierarchyTest;
+
+TEST_F(ClassHierarchyDeathTest, AddChildClassInsistsOnAClass) {
+#ifdef NDEBUG
+    EXPECT_EQ(StatusOf([&] { fA->AddChildClass(nullptr); }), 14U);
+#else
+    EXPECT_DEATH(fA->AddChildClass(nullptr), "px != 0");
+#endif
 }
 
 TEST_F(ClassHierarchyTest, ClassesAreComparedByExactName) {

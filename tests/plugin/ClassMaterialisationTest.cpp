@@ -25,6 +25,68 @@ TEST_F(ClassMaterialisationTest, TheRootClassIsEmptyAndAsksNobody) {
     EXPECT_THAT(VisitedNames([&](const auto& v) { root->EnumerateMethodDecls(v, TCIMContext()); }), IsEmpty());
 }
 
+TEST_F(ClassMaterialisationTest, AClassThatIsNotInitialisedIsEmptyUnderNoClassAndAsksNobody) {
+    const auto nameSpace = ConnectedNamespace();
+    const auto disk = boost::make_shared<TCimHTTPClass>(nameSpace, "TEST_Disk", nameSpace->GetRootClass());
+    EXPECT_THAT(fServer.Calls(), IsEmpty());
+    EXPECT_EQ(disk->GetName(TCIMContext()), "TEST_Disk");
+    EXPECT_EQ(disk->GetNamespace(TCIMContext()), nameSpace);
+    EXPECT_THROW(disk->GetSuperClass(TCIMContext()), boost::bad_weak_ptr);
+    EXPECT_FALSE(disk->IsRootClass(TCIMContext()));
+    EXPECT_THAT(VisitedNames([&](const auto& v) { disk->EnumerateQualifiers(v, TCIMContext()); }), IsEmpty());
+    EXPECT_THAT(VisitedNames([&](const auto& v) { disk->EnumeratePropertyDecls(v, TCIMContext()); }), IsEmpty());
+    EXPECT_THAT(VisitedNames([&](const auto& v) { disk->EnumerateMethodDecls(v, TCIMContext()); }), IsEmpty());
+    EXPECT_THAT(VisitedNames([&](const auto& v) { disk->EnumerateSubClasses(v, true, TCIMContext()); }), IsEmpty());
+}
+
+TEST_F(ClassMaterialisationTest, RequestsComeInTheOrderOfTheDefinition) {
+    for (const char* name : {"Zone", "Alpha", "Units", "OfMethod"}) {
+        ServeQualifier(name);
+    }
+    ServeClass("TEST_Disk", "TEST_NotAskedFor",
+               QualifierXml("Zone", "string", "x") + QualifierXml("Alpha", "string", "x") +
+                   PropertyXml("Size", "uint64", QualifierXml("Units", "string", "Bytes")) +
+                   PropertyXml("Name", "string", KeyXml() + QualifierXml("Zone", "string", "x")) +
+                   "<METHOD NAME=\"Format\" TYPE=\"uint32\">" + QualifierXml("OfMethod", "string", "x") +
+                   Parameter("Quick", "boolean") + "</METHOD>");
+    ConnectedNamespace()->AllocateClass("TEST_Disk", nullptr, TCIMContext());
+    std::vector<std::string> asked;
+    for (const auto& call : fServer.Calls()) {
+        EXPECT_EQ(call.name_space, "root/cimv2");
+        asked.push_back(call.parameters.at(call.method == "GetClass" ? "ClassName" : "QualifierName"));
+    }
+    EXPECT_THAT(asked, ElementsAre("TEST_Disk", "Zone", "Alpha", "Units", "Key"));
+}
+
+TEST_F(ClassMaterialisationTest, ADeclarationThatTheNamespaceHasGivesAQualifierItsFlavor) {
+    const std::string caption = "<QUALIFIER NAME=\"Caption\" TYPE=\"string\"/>";
+    ServeClass("TEST_Disk", "", caption + PropertyXml("Size", "uint64", caption));
+    const auto nameSpace = ConnectedNamespace();
+    const auto declaration = nameSpace->AllocateQualifierDecl("CAPTION", TCIMValue(""), ICIMQualifierDecl::eScopeAny,
+                                                              ICIMQualifierDecl::eFlavorTranslatable, TCIMContext());
+    declaration->AddToNamespace(TCIMContext());
+    const auto disk = FetchClass(*nameSpace, "TEST_Disk");
+    const auto size = disk->GetPropertyDecl("Size", TCIMContext());
+    for (const auto& qualifier :
+         {disk->GetQualifier("Caption", TCIMContext()), size->GetQualifier("Caption", TCIMContext())}) {
+        EXPECT_EQ(qualifier->GetDeclaration(TCIMContext()), declaration);
+        EXPECT_EQ(qualifier->GetFlavor(TCIMContext()), ICIMQualifierDecl::eFlavorTranslatable);
+    }
+    EXPECT_EQ(CountCalls("GetQualifier"), 0U);
+}
+
+TEST_F(ClassMaterialisationTest, AFeatureWhoseNameTheHostDoesNotKnowMakesTheClassUnusable) {
+    const std::string name = "Gr\xc3\xb6\xc3\x9f"
+                             "e";
+    for (const std::string& content : {PropertyXml(name, "uint64"), "<METHOD NAME=\"" + name + "\" TYPE=\"uint32\"/>",
+                                       QualifierXml(name, "string", "x")}) {
+        fLog->Forget();
+        ServeClass("TEST_Disk", "", content);
+        EXPECT_FALSE(ConnectedNamespace()->GetClass("TEST_Disk", TCIMContext()));
+        EXPECT_THAT(fLog->Errors(), ElementsAre("CimHTTP: CIM name '" + name + "' is invalid"));
+    }
+}
+
 TEST_F(ClassMaterialisationTest, ClassQualifiersAreCopiedWithTheirValues) {
     ServeQualifier("Version", "string", "TOSUBCLASS=\"false\" TRANSLATABLE=\"true\"", "CLASS=\"true\"");
     ServeQualifier("Aliases", "string", "ISARRAY=\"true\"");

@@ -11,6 +11,44 @@ using testing::StartsWith;
 
 namespace {
 
+/// A class that fails to allocate its second instance.
+class OneInstanceClass : public TCimHTTPClass {
+  public:
+    using TCimHTTPClass::TCimHTTPClass;
+
+    boost::shared_ptr<ICIMInstance> AllocateInstance(TCIMContext context) override {
+        if (fCount++ > 0) {
+            fFail();
+        }
+        return TCimHTTPClass::AllocateInstance(context);
+    }
+
+    boost::function<void()> fFail;
+
+  private:
+    int fCount = 0;
+};
+
+/// An instance whose class is none of the plug-in's.
+class ForeignInstance : public TCimHTTPInstance {
+  public:
+    using TCimHTTPInstance::TCimHTTPInstance;
+    boost::shared_ptr<ICIMClass> GetClass(TCIMContext /*context*/) const override { return {}; }
+};
+
+/// An instance that keeps the context with which it was asked for its reference.
+class WatchedInstance : public TCimHTTPInstance {
+  public:
+    using TCimHTTPInstance::TCimHTTPInstance;
+
+    TCIMReference GetReference(TCIMContext context) const override {
+        fContext = context;
+        return TCimHTTPInstance::GetReference(context);
+    }
+
+    mutable TCIMContext fContext;
+};
+
 class InstanceTest : public PluginTest {
   protected:
     InstanceTest() {
@@ -63,6 +101,7 @@ TEST_F(InstanceTest, TheFirstEnumerationAsksTheServerAndLaterOnesTheCache) {
     const auto calls = fServer.Calls();
     ASSERT_EQ(calls.size(), 1U);
     EXPECT_EQ(calls[0].method, "EnumerateInstances");
+    EXPECT_EQ(calls[0].name_space, "root/cimv2");
     EXPECT_EQ(calls[0].parameters.at("ClassName"), "TEST_Disk");
     EXPECT_THAT(calls[0].parameters.at("LocalOnly"), testing::StrCaseEq("true"));
     EXPECT_THAT(calls[0].parameters.at("DeepInheritance"), testing::StrCaseEq("false"));
@@ -168,6 +207,18 @@ TEST_F(InstanceTest, AnUndeclaredPropertyIsLoggedAndTheRestIsKept) {
     EXPECT_THAT(fLog->Errors(), Contains("TCimHTTPClass::EnumerateInstances - Unable to retrieve property: Size"));
 }
 
+TEST_F(InstanceTest, APropertyWhoseNameTheHostDoesNotKnowIsLoggedAndTheRestIsKept) {
+    const std::string name = "Gr\xc3\xb6\xc3\x9f"
+                             "e";
+    ServeInstances("TEST_Disk", InstanceXml("TEST_Disk", "Name", "sda",
+                                            PropertyXml(name, "datetime", ValueXml("20261121083900.000000+060")) +
+                                                PropertyXml("Name", "string", ValueXml("sda"))));
+    EXPECT_EQ(Text(*Instances(*fDisk).at(0), "Name"), "sda");
+    EXPECT_THAT(fLog->Errors(),
+                ElementsAre("CimHTTP: CIM name '" + name + "' is invalid",
+                            "TCimHTTPClass::EnumerateInstances - Unable to retrieve property: " + name));
+}
+
 TEST_F(InstanceTest, ARemoteFailureIsLoggedAndRetriedOnTheNextCall) {
     fServer.Fail("EnumerateInstances", "TEST_Disk", 1, "provider crashed");
     EXPECT_THAT(Instances(*fDisk), IsEmpty());
@@ -217,6 +268,71 @@ TEST_F(InstanceTest, DeepDeliversASubclassesInstancesAsThisClassAndAgainAsTheSub
         seen.push_back(instance->GetClass(TCIMContext())->GetName(TCIMContext()) + " " + Text(*instance, "Name"));
     }
     EXPECT_THAT(seen, ElementsAre("TEST_Disk sda", "TEST_Disk sda1", "TEST_Part sda1"));
+}
+
+TEST_F(InstanceTest, WhatIsThrownWhileInstancesAreFiledEndsTheFillingAndTheRestIsServed) {
+    ServeInstances("TEST_Disk", DiskXml("sda", "1") + DiskXml("sdb", "2") + DiskXml("sdc", "3"));
+    const auto fill = [&](const boost::function<void()>& fail) {
+        const auto disk = boost::make_shared<OneInstanceClass>(fNamespace, "TEST_Disk", nullptr);
+        disk->Initialize();
+        disk->fFail = fail;
+        fLog->Forget();
+        fServer.ForgetCalls();
+        EXPECT_EQ(Instances(*disk).size(), 1U);
+        EXPECT_EQ(Instances(*disk).size(), 1U);
+        EXPECT_EQ(CountCalls("EnumerateInstances", "TEST_Disk"), 1U) << "what there is, is not fetched again";
+    };
+    fill([] { throw Pegasus::Exception("enough"); });
+    EXPECT_THAT(fLog->Errors(), ElementsAre("TCimHTTPClass::EnumerateInstances from Pegasus for: TEST_Diskreturned "
+                                            "exception: enough"));
+    fill([] { throw std::runtime_error("enough"); });
+    EXPECT_THAT(fLog->Errors(), IsEmpty());
+}
+
+TEST_F(InstanceTest, WithoutItsNamespaceAClassServesWhatItHas) {
+    ServeClass("TEST_Tape", "", "");
+    ServeInstances("TEST_Disk", DiskXml("sda", "1"));
+    const auto tape = FetchClass(*fNamespace, "TEST_Tape");
+    Instances(*fDisk);
+    fLog->Forget();
+    fNamespace.reset();
+    EXPECT_EQ(Instances(*fDisk).size(), 1U);
+    EXPECT_THAT(Instances(*tape), IsEmpty());
+    EXPECT_THAT(fLog->Errors(), IsEmpty());
+}
+
+TEST_F(InstanceTest, ADeepEnumerationServesWhatAFlatOneHasFetched) {
+    ServeInstances("TEST_Disk", DiskXml("sda", "1"));
+    Instances(*fDisk);
+    EXPECT_EQ(Instances(*fDisk, true).size(), 1U);
+    EXPECT_EQ(CountCalls("EnumerateInstances"), 1U);
+}
+
+TEST_F(InstanceTest, ACallbackThatReturnsFalseInASubclassEndsThatSubclassOnly) {
+    ServeInstances("TEST_Disk", DiskXml("sda", "1"));
+    for (const char* name : {"TEST_Tape", "TEST_Drum"}) {
+        ServeClass(name, "", PropertyXml("Name", "string", KeyXml()));
+        std::string instances;
+        for (const char* key : {"0", "1"}) {
+            instances += InstanceXml(name, "Name", key, PropertyXml("Name", "string", ValueXml(key)));
+        }
+        ServeInstances(name, instances);
+        fDisk->AddChildClass(FetchClass(*fNamespace, name));
+    }
+    std::vector<std::string> seen;
+    fDisk->EnumerateInstances(
+        [&](const auto& instance) {
+            seen.push_back(instance->BuildPath(TCIMContext()).GetPath());
+            return seen.back() != "TEST_Tape.Name=\"0\"";
+        },
+        true, TCIMContext());
+    EXPECT_THAT(seen, ElementsAre("TEST_Disk.Name=\"sda\"", "TEST_Tape.Name=\"0\"", "TEST_Drum.Name=\"0\"",
+                                  "TEST_Drum.Name=\"1\""));
+    for (const auto& call : fServer.Calls()) {
+        if (call.method == "EnumerateInstances") {
+            EXPECT_THAT(call.parameters.at("DeepInheritance"), testing::StrCaseEq("true"));
+        }
+    }
 }
 
 TEST_F(InstanceTest, ACallbackMayRemoveTheInstancesThatItSees) {
@@ -322,6 +438,39 @@ TEST_F(InstanceTest, AnAllocatedInstanceJoinsTheCacheThroughAddToNamespace) {
     EXPECT_EQ(fDisk->GetInstance(disk->BuildPath(TCIMContext()), TCIMContext()), disk);
     EXPECT_THAT(Instances(*fDisk), ElementsAre(disk));
     EXPECT_THAT(fServer.Calls(), IsEmpty());
+}
+
+TEST_F(InstanceTest, AnInstanceIsFiledOnceForItsPathAndRemovedByItsPath) {
+    const auto make = [&] {
+        auto disk = fDisk->AllocateInstance(TCIMContext());
+        disk->SetPropertyValue("Name", TCIMValue("made here"), TCIMContext());
+        return disk;
+    };
+    const auto first = make();
+    const auto second = make();
+    fDisk->AddInstance(first);
+    fDisk->AddInstance(second);
+    EXPECT_THAT(Instances(*fDisk), ElementsAre(first));
+    fDisk->RemoveInstance(second);
+    EXPECT_FALSE(fDisk->GetInstance(first->BuildPath(TCIMContext()), TCIMContext()));
+    fDisk->RemoveInstance(second);
+}
+
+TEST_F(InstanceDeathTest, OnlyAClassOfThisPluginFilesItsInstances) {
+    const auto foreign = boost::make_shared<ForeignInstance>(fDisk, TCIMContext());
+#ifdef NDEBUG
+    EXPECT_EQ(StatusOf([&] { foreign->AddToNamespace(TCIMContext()); }), 14U);
+    EXPECT_EQ(StatusOf([&] { fDisk->AddInstance(nullptr); }), 14U);
+#else
+    EXPECT_DEATH(foreign->AddToNamespace(TCIMContext()), "px != 0");
+    EXPECT_DEATH(fDisk->AddInstance(nullptr), "px != 0");
+#endif
+}
+
+TEST_F(InstanceTest, BuildPathHandsItsContextToGetReference) {
+    const auto disk = boost::make_shared<WatchedInstance>(fDisk, TCIMContext());
+    disk->BuildPath({{"Colour", TCIMValue("red")}});
+    EXPECT_EQ(disk->fContext, (TCIMContext{{"Colour", TCIMValue("red")}}));
 }
 
 TEST_F(InstanceTest, BuildPathIsTheReference) {

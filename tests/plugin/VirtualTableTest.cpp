@@ -61,6 +61,7 @@ TEST(VirtualTable, TheClassAppendsTheOperationsOfItsSecondBase) {
 }
 
 TEST(VirtualTable, TheInstanceKeepsTheSlotsOfItsInterface) {
+    static_assert(sizeof(TCimHTTPInstance) == sizeof(TInmemInstance), "the base keeps all that an instance has");
     ExpectSlots(kFirstSlot + 1, &TCimHTTPInstance::AddToNamespace);
 }
 
