@@ -9,6 +9,7 @@ class ICIMElement {
   public:
     virtual ~ICIMElement() = default;
 
+    /// Throws TVYXException with the code of what is wrong when the element breaks the rules of its declaration.
     virtual void Validate(TCIMContext context) const = 0;
 };
 

@@ -32,6 +32,7 @@ class ICIMInstance : public ICIMElement {
 
     /// The path under which the instance is filed.
     virtual TCIMReference BuildPath(TCIMContext context) const { return GetReference(context); }
+    /// The class, which the instance does not keep alive. Throws boost::bad_weak_ptr when it has gone.
     virtual boost::shared_ptr<ICIMClass> GetClass(TCIMContext context) const = 0;
 
     /// Calls back once per instance at the other end of an association with this one, until the callback returns false.
@@ -55,7 +56,11 @@ class ICIMInstance : public ICIMElement {
     /// Calls back once per declared property, in the order of the declarations, until the callback returns false.
     virtual void EnumerateProperties(const boost::function<bool(boost::shared_ptr<ICIMProperty>)>& callback,
                                      TCIMContext context) = 0;
+
+    /// See ICIMClass::InvokeMethod.
     virtual TCIMValue InvokeMethod(const std::string& name, TCIMContext& parameters, TCIMContext context) = 0;
+
+    /// Instances are compared by class name, then by the values of their properties.
     virtual bool operator==(ICIMInstance& other) const = 0;
     virtual bool operator<(ICIMInstance& other) const = 0;
     virtual ICIMInstance& operator=(const ICIMInstance& other) = 0;

@@ -24,18 +24,28 @@ class ICIMNamespace {
   public:
     virtual ~ICIMNamespace() = default;
 
+    /// The provider that made the namespace.
     virtual boost::shared_ptr<INamespaceProvider> GetNamespaceProvider(TCIMContext context) const = 0;
+
+    /// Names the namespace to which this one may turn with questions of its own. It may ignore it.
     virtual void SetUpcallNamespace(boost::shared_ptr<ICIMNamespace> nameSpace, TCIMContext context) = 0;
+
+    /// Puts a namespace below this one. Throws TVYXException 31 where there can be none.
     virtual void AddUnderlyingNamespace(boost::shared_ptr<ICIMNamespace> nameSpace, TCIMContext context) = 0;
 
     /// A class of this namespace. It is not added: ICIMClass::AddToNamespace does that.
     virtual boost::shared_ptr<ICIMClass> AllocateClass(const std::string& name, boost::shared_ptr<ICIMClass> superClass,
                                                        TCIMContext context) = 0;
 
-    /// The class of that name, or an empty pointer.
+    /// The class of that name, or an empty pointer. Throws TVYXException 25 for a text that is no name.
     virtual boost::shared_ptr<ICIMClass> GetClass(const std::string& name, TCIMContext context) = 0;
+
+    /// Calls back once per class below the root class, as far as the namespace holds them, until the callback returns
+    /// false.
     virtual void EnumerateRootClasses(const boost::function<bool(boost::shared_ptr<ICIMClass>)>& callback,
                                       TCIMContext context) = 0;
+
+    /// Calls back once per provider of the namespace, which may have none, until the callback returns false.
     virtual void EnumerateProviders(const boost::function<bool(boost::shared_ptr<IProvider>)>& callback,
                                     TCIMContext context) = 0;
 
@@ -51,14 +61,22 @@ class ICIMNamespace {
     /// Calls back once per declaration, in the order of their normalised names, until the callback returns false.
     virtual void EnumerateQualifierDecls(const boost::function<bool(boost::shared_ptr<ICIMQualifierDecl>)>& callback,
                                          TCIMContext context) const = 0;
+
+    /// Calls back with each indication that passes the filter. Throws TVYXException 1 where there are none.
     virtual void Subscribe(boost::shared_ptr<ICIMIndicationFilter> filter,
                            const boost::function<bool(boost::shared_ptr<ICIMInstance>)>& callback,
                            TCIMContext context) = 0;
+
+    /// The instance with the reference's path, or an empty pointer. The reference must name a class of the namespace.
     virtual boost::shared_ptr<ICIMInstance> GetInstance(const TCIMReference& reference, TCIMContext context) const = 0;
+
+    /// These throw TVYXException 1 where they are not supported. `values` has property values by name.
     virtual void DeleteInstance(const TCIMReference& reference, TCIMContext context) = 0;
     virtual void ModifyInstance(const TCIMReference& reference, TCIMContext values, TCIMContext context) = 0;
     virtual void ExecuteQuery(const boost::function<bool(boost::shared_ptr<ICIMInstance>)>& callback,
                               std::string& query, std::string& language, TCIMContext context) = 0;
+
+    /// Forgets the instances that the namespace itself keeps, if any.
     virtual void ClearInstances() = 0;
 
   protected:

@@ -29,6 +29,8 @@ class ICIMProperty {
 
     /// Throws TVYXException 14, leaving the value as it was, when the type is not the declared one.
     virtual void SetValue(const TCIMValue& value, TCIMContext context) = 0;
+
+    /// True when the value was not set on this property but comes from elsewhere, such as the declaration.
     virtual bool GetPropagated(TCIMContext context) const = 0;
     virtual boost::shared_ptr<ICIMPropertyDecl const> GetDeclaration(TCIMContext context) const = 0;
 

@@ -17,6 +17,8 @@ class ICIMPropertyDecl : public ICIMNamedElement {
 
     /// Adds the declaration to the class that it was allocated for, by the rules of ICIMClass::AddPropertyDecl.
     virtual void AddToClass(TCIMContext context) = 0;
+
+    /// Takes the declaration out of its class. A class that keeps its declarations ignores it.
     virtual void RemoveFromClass(TCIMContext context) = 0;
     virtual const std::string& GetName(TCIMContext context) const = 0;
     virtual boost::shared_ptr<ICIMClass> GetClass(TCIMContext context) const = 0;
