@@ -25,7 +25,7 @@ bool HasLoginRefused(const std::string& reason) {
     return !HasOneOf(reason, {"CIM_ERR_"}) && (IsHttpStatus(reason, "401") || IsHttpStatus(reason, "403"));
 }
 
-/// The names of CIM's status codes (DSP0200 5.2.5) and the numbers of HTTP's are the same whatever client library the
+/// The names of CIM's status codes (DSP0200) and the numbers of HTTP's are the same whatever client library the
 /// plug-in is built with; the other words are the library's.
 Failure::ExitStatus StatusOf(const std::string& reason) {
     if (HasOneOf(reason, {"CIM_ERR_NOT_FOUND", "CIM_ERR_INVALID_CLASS"})) {

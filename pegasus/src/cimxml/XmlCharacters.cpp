@@ -37,6 +37,19 @@ std::size_t lengthFrom(std::uint8_t first) noexcept {
     return first < 0xF5 ? 4 : 0;
 }
 
+/// How long the first character is; 0 when the text does not begin with a whole one that XML allows.
+std::size_t lengthOfFirst(std::string_view text) noexcept {
+    const std::size_t length = lengthFrom(byteAt(text, 0));
+    if (length == 0 || length > text.size())
+        return 0;
+    for (std::size_t i = 1; i < length; ++i)
+        if ((byteAt(text, i) & 0xC0U) != 0x80U)
+            return 0;
+    const std::uint32_t codePoint = takeCharacter(text);
+    const bool overlong = (length == 3 && codePoint < 0x800) || (length == 4 && codePoint < 0x10000);
+    return overlong || !isXmlCharacter(codePoint) ? 0 : length;
+}
+
 } // namespace
 
 bool isXmlCharacter(std::uint32_t codePoint) noexcept {
@@ -55,43 +68,6 @@ std::uint32_t takeCharacter(std::string_view& text) noexcept {
     text.remove_prefix(length);
     return codePoint;
 }
-
-void appendCharacter(std::uint32_t codePoint, std::string& out) {
-    const auto put = [&](std::uint32_t byte) { out += static_cast<char>(byte); };
-    const auto putContinuation = [&](unsigned shift) { put(0x80U | (codePoint >> shift & 0x3FU)); };
-    if (codePoint < 0x80) {
-        put(codePoint);
-    } else if (codePoint < 0x800) {
-        put(0xC0U | codePoint >> 6U);
-        putContinuation(0);
-    } else if (codePoint < 0x10000) {
-        put(0xE0U | codePoint >> 12U);
-        putContinuation(6);
-        putContinuation(0);
-    } else {
-        put(0xF0U | codePoint >> 18U);
-        putContinuation(12);
-        putContinuation(6);
-        putContinuation(0);
-    }
-}
-
-namespace {
-
-/// How long the first character is; 0 when the text does not begin with a whole one that XML allows.
-std::size_t lengthOfFirst(std::string_view text) noexcept {
-    const std::size_t length = lengthFrom(byteAt(text, 0));
-    if (length == 0 || length > text.size())
-        return 0;
-    for (std::size_t i = 1; i < length; ++i)
-        if ((byteAt(text, i) & 0xC0U) != 0x80U)
-            return 0;
-    const std::uint32_t codePoint = takeCharacter(text);
-    const bool overlong = (length == 3 && codePoint < 0x800) || (length == 4 && codePoint < 0x10000);
-    return overlong || !isXmlCharacter(codePoint) ? 0 : length;
-}
-
-} // namespace
 
 std::size_t lengthOfXmlCharacters(std::string_view text) noexcept {
     std::string_view rest = text;

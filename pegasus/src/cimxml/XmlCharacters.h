@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
 #include <string_view>
 
 namespace Pegasus::cimxml {
@@ -19,9 +18,6 @@ std::size_t lengthOfXmlCharacters(std::string_view text) noexcept;
 
 /// Takes the first character off `text`, which consists of whole ones, and returns its code point.
 std::uint32_t takeCharacter(std::string_view& text) noexcept;
-
-/// Appends a code point as UTF-8.
-void appendCharacter(std::uint32_t codePoint, std::string& out);
 
 /// Bytes that a name of XML begins with and holds; every byte beyond ASCII counts as one.
 constexpr bool startsXmlName(char c) noexcept {

@@ -4,6 +4,7 @@
 #include "cimxml/XmlCharacters.h"
 #include "cimxml/XmlError.h"
 #include "cimxml/XmlReference.h"
+#include "model/Utf8.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -364,7 +365,7 @@ void XmlReader::resolveReference(std::string& out) {
             throw EndOfText();
         throwXmlError({"'&' begins no reference: ", begin});
     }
-    appendCharacter(characterOf(begin.substr(0, end + 1)), out);
+    detail::appendUtf8(characterOf(begin.substr(0, end + 1)), out);
     at_ += end + 1;
 }
 

@@ -207,7 +207,7 @@ void CIMClient::connect(const String& host, Uint32 port, const SSLContext& sslCo
 
 void CIMClient::disconnect() { impl_->disconnect(); }
 
-// The operations. The names of their parameters are those of DSP0200, 5.3.2.
+// The operations. The names of their parameters are those of DSP0200, intrinsic methods.
 
 CIMClass CIMClient::getClass(const CIMNamespaceName& nameSpace, const CIMName& className, Boolean localOnly,
                              Boolean includeQualifiers, Boolean includeClassOrigin,

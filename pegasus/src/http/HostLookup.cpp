@@ -69,8 +69,8 @@ Resolution ask(const Endpoint& endpoint, int flags) {
     return {result, addressesOf(list)};
 }
 
-/// Asks in a thread of its own. A silent name server can keep that thread longer than the caller
-/// waits; it then ends by itself, and nobody takes its result.
+/// Asks in a thread of its own. A silent name server can keep that thread longer than the caller waits; it then ends by
+/// itself, and nobody takes its result.
 std::future<Resolution> askAside(const Endpoint& endpoint) {
     std::packaged_task<Resolution()> task([endpoint] { return ask(endpoint, 0); });
     std::future<Resolution> resolution = task.get_future();

@@ -2,6 +2,7 @@
 
 #include <Pegasus/Common/CIMClass.h>
 
+#include "model/Utf8.h"
 #include "model/VisitType.h"
 
 #include <algorithm>
@@ -48,19 +49,8 @@ void print(std::string& out, const CIMObject& object) {
 
 /// A UTF-16 unit as UTF-8; half of a surrogate pair is no character and becomes U+FFFD.
 void print(std::string& out, Char16 value) {
-    const Uint32 given = value;
-    const Uint32 unit = (given & 0xF800U) == 0xD800U ? 0xFFFDU : given;
-    const auto put = [&](Uint32 byte) { out += static_cast<char>(byte); };
-    if (unit < 0x80) {
-        put(unit);
-    } else if (unit < 0x800) {
-        put(0xC0U | unit >> 6U);
-        put(0x80U | (unit & 0x3FU));
-    } else {
-        put(0xE0U | unit >> 12U);
-        put(0x80U | (unit >> 6U & 0x3FU));
-        put(0x80U | (unit & 0x3FU));
-    }
+    const Uint32 unit = value;
+    detail::appendUtf8((unit & 0xF800U) == 0xD800U ? 0xFFFDU : unit, out);
 }
 
 template <class T>

@@ -34,7 +34,7 @@ class CIMClientXmlException : public Exception {
     using Exception::Exception;
 };
 
-/// The answer belongs to another request.
+/// The answer belongs to another request, or does not hold what the operation returns: other objects, too many, none.
 class CIMClientResponseException : public Exception {
   public:
     using Exception::Exception;

@@ -4,8 +4,8 @@
 
 namespace Pegasus {
 
-/// The status codes of CIM operations (DSP0200 1.4, 5.2.2). A server's number that is none of
-/// them is reported as CIM_ERR_FAILED.
+/// The status codes of CIM operations (DSP0200 1.4, status codes). A server's number that is none of them is reported
+/// as CIM_ERR_FAILED.
 enum CIMStatusCode : Uint32 {
     CIM_ERR_SUCCESS = 0,
     CIM_ERR_FAILED = 1,
