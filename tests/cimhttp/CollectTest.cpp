@@ -313,7 +313,7 @@ TEST_F(CollectTest, SslCanSayNo) {
     }
 }
 
-TEST_F(CollectTest, NothingListening) {
+TEST_F(CollectTest, WhereNothingListensThereIsNoConnectionAndNoFile) {
     fServer.Stop();
     const auto run = Collect(Document({"TEST_Fan"}), {"--out", Path("result.json")});
     EXPECT_EQ(run.status, 3);
@@ -323,16 +323,16 @@ TEST_F(CollectTest, NothingListening) {
 
 // --- Documents that are not valid --------------------------------------------------------------------------------
 
-TEST_F(CollectTest, SslWithAnotherValue) {
+TEST_F(CollectTest, SslWithAnotherValueIsRefused) {
     const std::string document = Document({Address(), "ssl=\"maybe\""}, {"TEST_Fan"});
     ExpectUsageFailure(Collect(document), document + ": ssl is 'maybe'");
 }
 
-TEST_F(CollectTest, AMissingDocument) {
+TEST_F(CollectTest, AMissingDocumentIsNamed) {
     ExpectUsageFailure(Collect(Path("none.xml")), Path("none.xml") + " cannot be read: No such file");
 }
 
-TEST_F(CollectTest, ADocumentThatIsNotXml) {
+TEST_F(CollectTest, ADocumentThatIsNotXmlIsRefusedWithItsLine) {
     const std::string document = fDirectory.WriteFile("requested.xml", "<vyx version=\"1\">\n<class");
     ExpectUsageFailure(Collect(document), document + ", line 2: ");
 }
@@ -344,14 +344,14 @@ TEST_F(CollectTest, TheFirstErrorInTheStructureIsShown) {
     ExpectUsageFailure(Collect(document), document + ", line 3: Unrecognized identifier");
 }
 
-TEST_F(CollectTest, ADocumentWithoutAServer) {
+TEST_F(CollectTest, ADocumentWithoutAServerNeedsAHost) {
     ExpectUsageFailure(Collect(Document({}, {"TEST_Fan"})), "names no server");
     EXPECT_EQ(Collect(Document({}, {"TEST_Fan"}), {"--host", fServer.Address()}).status, 0);
 }
 
-TEST_F(CollectTest, ADocumentWithoutClasses) { ExpectUsageFailure(Collect(Document({})), "names no class"); }
+TEST_F(CollectTest, ADocumentWithoutClassesIsRefused) { ExpectUsageFailure(Collect(Document({})), "names no class"); }
 
-TEST_F(CollectTest, APortInTheAddress) {
+TEST_F(CollectTest, APortOfNoCimServerInTheAddressIsRefused) {
     ExpectUsageFailure(Collect(Document({"address=\"localhost:80\""}, {"TEST_Fan"})), "localhost:80");
 }
 

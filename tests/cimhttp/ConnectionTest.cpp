@@ -355,7 +355,7 @@ TEST_F(ConnectionTest, AnotherUserGetsNoStoredPassword) {
     EXPECT_EQ(Run({"-c", "lab", "--user", "reader", "classes"}).status, 0);
 }
 
-TEST_F(ConnectionTest, WrongUseOfNamedConnections) {
+TEST_F(ConnectionTest, WrongUseOfNamedConnectionsIsExplained) {
     ExpectOneLine(Run({"connection"}), 2, "ACTION");
     ExpectOneLine(Run({"connection", "dance"}), 2, "'dance'");
     ExpectOneLine(Run({"connection", "add"}), 2, "needs a NAME");
@@ -390,13 +390,13 @@ TEST_F(ConnectionTest, AUrlOrAPortChoosesTls) {
 
 // --- Failures that tell what to try ------------------------------------------------------------------------------
 
-TEST_F(ConnectionTest, NothingListens) {
+TEST_F(ConnectionTest, WhereNothingListensTheServerMayNotRun) {
     fServer.Stop();
     ExpectOneLine(Run({"--host", fServer.Address(), "classes"}), 3,
                   "no connection to http://" + fServer.Address() + ": nothing listens on port 5988; is the CIM server");
 }
 
-TEST_F(ConnectionTest, NothingListensWhereNoServerIsNamed) {
+TEST_F(ConnectionTest, WhereNothingListensAndNoServerIsNamedHostNamesAnother) {
     const auto run = Run({"classes"});
     if (run.status != 3) {
         GTEST_SKIP() << "a server listens on localhost";
@@ -407,7 +407,7 @@ TEST_F(ConnectionTest, NothingListensWhereNoServerIsNamed) {
         "another");
 }
 
-TEST_F(ConnectionTest, OnlyTheOtherPortListens) {
+TEST_F(ConnectionTest, WhereOnlyTheOtherPortListensThatIsSuggested) {
     support::CimServer secure(fServer.Address());
     fServer.Stop();
     const support::TestCertificate certificate(support::TestCertificate::For(fServer.Address()));
@@ -419,7 +419,7 @@ TEST_F(ConnectionTest, OnlyTheOtherPortListens) {
     ExpectOneLine(Run({"--host", fServer.Address(), "--tls", "classes"}), 3, "port 5988 answers: leave out --tls");
 }
 
-TEST_F(ConnectionTest, TlsToAPlainPort) {
+TEST_F(ConnectionTest, TlsToAPlainPortIsAdvisedAgainst) {
     support::CimServer plain(fServer.Address());
     plain.Listen(kHttpsPort);
     // Whether such a server waits for more or complains, nobody gets further there.
@@ -433,7 +433,7 @@ TEST_F(ConnectionTest, TlsToAPlainPort) {
     ExpectOneLine(Run({"--host", fServer.Address(), "--tls", "classes"}), 3, "leave out --tls");
 }
 
-TEST_F(ConnectionTest, PlainToATlsPort) {
+TEST_F(ConnectionTest, PlainHttpToATlsPortIsSentToTls) {
     fServer.Stop();
     support::CimServer secure(fServer.Address());
     const support::TestCertificate certificate(support::TestCertificate::For(fServer.Address()));
@@ -441,12 +441,12 @@ TEST_F(ConnectionTest, PlainToATlsPort) {
     ExpectOneLine(Run({"--host", fServer.Address(), "classes"}), 3, "--tls");
 }
 
-TEST_F(ConnectionTest, AnUnknownHost) {
+TEST_F(ConnectionTest, AnUnknownHostIsNamed) {
     ExpectOneLine(Run({"--host", kUnknownHost, "classes"}), 3,
                   std::string("no connection to http://") + kUnknownHost + ": no host of this name is known; ");
 }
 
-TEST_F(ConnectionTest, AServerThatDoesNotAnswerInTime) {
+TEST_F(ConnectionTest, AServerThatDoesNotAnswerInTimeEndsTheProgram) {
     fServer.Stop();
     support::ScriptedServer silent([](support::Connection& connection) { connection.WaitForPeerClose(); });
     silent.Listen(kHttpPort);
@@ -457,13 +457,13 @@ TEST_F(ConnectionTest, AServerThatDoesNotAnswerInTime) {
                   "no connection to https://" + silent.Address() + ": it took longer than 1 second");
 }
 
-TEST_F(ConnectionTest, ATimeoutOutOfRange) {
+TEST_F(ConnectionTest, ATimeoutOutOfRangeIsRefused) {
     for (const char* timeout : {"0", "-1", "86401", "1.5", "soon"}) {
         ExpectOneLine(Run({"--timeout", timeout, "classes"}), 2, "--timeout");
     }
 }
 
-TEST_F(ConnectionTest, AUserIsMissingOrWrong) {
+TEST_F(ConnectionTest, AUserThatIsMissingOrWrongIsToldApart) {
     fServer.RequireUser("reader", "s3cret");
     ExpectOneLine(Run({"--host", fServer.Address(), "classes"}), 4, "give --user");
     ExpectOneLine(

@@ -115,7 +115,7 @@ void ExpectFits(const std::string& screen, std::size_t columns) {
 
 // --- Classes -----------------------------------------------------------------------------------------------------
 
-TEST_F(DemoServerTest, ClassesAsJsonAndCsv) {
+TEST_F(DemoServerTest, ClassesAreAnArrayInJsonAndARecordEachInCsv) {
     EXPECT_EQ(Json({"classes", "demo_p*"}),
               json({"DEMO_ParentProcess", "DEMO_Point", "DEMO_Process", "DEMO_Processor"}));
     const auto records = ReadCsv(Output({"classes", "demo_po*", "-o", "csv"}));
@@ -279,7 +279,7 @@ TEST_F(DemoServerTest, AnInstanceIsAListAndNamesWhatHasNoValue) {
                                HasSubstr("    AReal32 = -3.4028235e+38;\n"), HasSubstr("    Booleans = {};\n")));
 }
 
-TEST_F(DemoServerTest, AnInstanceThatThereIsNotAndAPathThatIsNone) {
+TEST_F(DemoServerTest, AnInstanceThatThereIsNotIsToldFromAPathThatIsNone) {
     EXPECT_EQ(Run({"instance", "DEMO_AllTypes.InstanceID=\"none\""}).status, 5);
     const auto run = Run({"instance", "DEMO_AllTypes.InstanceID="});
     EXPECT_EQ(run.status, 2);

@@ -90,7 +90,7 @@ TEST(Mof, AQualifierIsDeclared) {
               "    Flavor(EnableOverride, ToSubclass, Translatable);\n");
 }
 
-TEST(Mof, ValuesOfEveryForm) {
+TEST(Mof, ValuesOfEveryFormAreWritten) {
     EXPECT_EQ(MofValue(TCIMValue(), 0), "NULL");
     EXPECT_EQ(MofValue(false, 0), "false");
     EXPECT_EQ(MofValue(-3, 0), "-3");

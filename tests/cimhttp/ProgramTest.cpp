@@ -349,11 +349,11 @@ TEST_F(ProgramTest, ThePasswordComesFromAFileOrTheEnvironment) {
 
 // --- Failures ----------------------------------------------------------------------------------------------------
 
-TEST_F(ProgramTest, AUserWithoutAPassword) {
+TEST_F(ProgramTest, AUserWithoutAPasswordIsToldHowToGiveIt) {
     ExpectOneLine(Run({"--user", "reader", "classes"}), 2, "CIMHTTP_PASSWORD");
 }
 
-TEST_F(ProgramTest, APasswordFileWithoutAPassword) {
+TEST_F(ProgramTest, APasswordFileWithoutAPasswordIsNamed) {
     for (const auto& [file, reason] :
          {std::pair("/no/such/file", " cannot be read: No such file or directory"),
           std::pair("/", " cannot be read: Is a directory"), std::pair("/dev/null", " is empty")}) {
@@ -362,18 +362,18 @@ TEST_F(ProgramTest, APasswordFileWithoutAPassword) {
     }
 }
 
-TEST_F(ProgramTest, APasswordWithoutAUser) {
+TEST_F(ProgramTest, APasswordWithoutAUserIsRefused) {
     const support::TemporaryDirectory directory;
     ExpectOneLine(Run({"--password-file", directory.WriteFile("password", "s3cret"), "classes"}), 2, "give --user");
 }
 
-TEST_F(ProgramTest, AServerThatClosesInTheMiddleOfAnAnswer) {
+TEST_F(ProgramTest, AServerThatClosesInTheMiddleOfAnAnswerFails) {
     fServer.AnswerNextWith("HTTP/1.1 200 OK\r\nContent-Type: application/xml\r\nCIMOperation: MethodResponse\r\n"
                            "Content-Length: 5000\r\n\r\n<?xml version=\"1.0\"?><CIM CIMVERSION=\"2.0\"");
     ExpectOneLine(Run({"classes"}), 6, "cannot be listed");
 }
 
-TEST_F(ProgramTest, AServerOfAnotherKind) {
+TEST_F(ProgramTest, AServerOfAnotherKindIsDoubted) {
     fServer.AnswerNextWith("HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\n\r\n");
     ExpectOneLine(Run({"classes"}), 6, "HTTP error 404 Not Found; is it a CIM server that answers there?");
     fServer.AnswerNextWith(
@@ -381,19 +381,19 @@ TEST_F(ProgramTest, AServerOfAnotherKind) {
     ExpectOneLine(Run({"classes"}), 6, "CIMError: unsupported-operation\n");
 }
 
-TEST_F(ProgramTest, AnAnswerThatIsNotXml) {
+TEST_F(ProgramTest, AnAnswerThatIsNotXmlIsAFailureOfTheServer) {
     fServer.AnswerNextWith("HTTP/1.1 200 OK\r\nContent-Type: application/xml\r\nCIMOperation: MethodResponse\r\n"
                            "Content-Length: 5\r\n\r\nhello");
     ExpectOneLine(Run({"class", "TEST_Disk"}), 6, "the class TEST_Disk cannot be read");
 }
 
-TEST_F(ProgramTest, AnUnknownClass) {
+TEST_F(ProgramTest, AnUnknownClassIsNotFound) {
     ExpectOneLine(Run({"class", "TEST_None"}), 5, "there is no class TEST_None");
     ExpectOneLine(Run({"instances", "TEST_None"}), 5, "there is no class TEST_None");
     ExpectOneLine(Run({"class", "Xyzzy"}), 5, "; 'cimhttp classes' lists all\n");
 }
 
-TEST_F(ProgramTest, AnInstanceOfAnUnknownClass) {
+TEST_F(ProgramTest, AnInstanceOfAnUnknownClassIsNotFound) {
     fServer.Fail("GetInstance", "", 5, "no such class");
     for (const std::string path : {"TEST_Dsik", "TEST_Dsik.Name=\"a.b:c\"", "root/cimv2:TEST_Dsik.Name=\"a\"",
                                    "//server.example/root/cimv2:TEST_Dsik.Name=\"a\""}) {
@@ -402,46 +402,46 @@ TEST_F(ProgramTest, AnInstanceOfAnUnknownClass) {
     }
 }
 
-TEST_F(ProgramTest, AnUnfinishedCondition) {
+TEST_F(ProgramTest, AnUnfinishedConditionIsRefused) {
     for (const std::string condition : {"Name", "=sda", ""}) {
         ExpectOneLine(Run({"instances", "TEST_Disk", "--where", condition}), 2,
                       "'" + condition + "' is not a condition such as 'Name=eth*'");
     }
 }
 
-TEST_F(ProgramTest, AClassThatIsNotValid) {
+TEST_F(ProgramTest, AClassThatIsNotValidIsSaidSo) {
     fServer.Answer("GetClass", "TEST_Odd",
                    "<CLASS NAME=\"TEST_Odd\"><PROPERTY NAME=\"\xc3\xb6\" TYPE=\"string\"/></CLASS>");
     ExpectOneLine(Run({"instances", "TEST_Odd"}), 6, "its definition is not valid");
 }
 
-TEST_F(ProgramTest, AnInvalidClassName) {
+TEST_F(ProgramTest, AnInvalidClassNameIsRefused) {
     ExpectOneLine(Run({"class", "2abc"}), 2, "'2abc' is not a class name");
     ExpectOneLine(Run({"instances", "2abc"}), 2, "'2abc' is not a class name");
 }
 
-TEST_F(ProgramTest, InstancesThatTheServerRefuses) {
+TEST_F(ProgramTest, InstancesThatTheServerRefusesAreAFailedLogin) {
     fServer.Fail("EnumerateInstances", "TEST_Disk", 2, "not for you");
     ExpectOneLine(Run({"instances", "TEST_Disk"}), 4, "CIM_ERR_ACCESS_DENIED: not for you");
 }
 
-TEST_F(ProgramTest, AnUnknownProperty) {
+TEST_F(ProgramTest, AnUnknownPropertyIsRefused) {
     ExpectOneLine(Run({"instances", "TEST_Disk", "--property", "Colour"}), 2, "no property Colour");
     ExpectOneLine(Run({"instances", "TEST_Disk", "--property", "no name"}), 2, "no property no name");
     ExpectOneLine(Run({"instances", "TEST_Disk", "--property", "Nmae"}), 2, "no property Nmae (did you mean Name?)");
 }
 
-TEST_F(ProgramTest, AMissingPluginFile) {
+TEST_F(ProgramTest, AMissingPluginFileIsNamed) {
     ExpectOneLine(Run({"--plugin", "/no/such/plugin.so", "classes"}), 1, "/no/such/plugin.so");
 }
 
-TEST_F(ProgramTest, ALibraryThatIsNotThePlugin) {
+TEST_F(ProgramTest, ALibraryThatIsNotThePluginIsRefused) {
     ExpectOneLine(Run({"--plugin", CIMHTTP_OTHER_LIBRARY, "classes"}), 1, "is not the plug-in");
 }
 
 TEST_F(ProgramTest, ThePluginCanBeNamed) { EXPECT_EQ(Run({"--plugin", CIMHTTP_PLUGIN, "classes"}).status, 0); }
 
-TEST_F(ProgramTest, WrongUsage) {
+TEST_F(ProgramTest, WrongUsageIsOneLineThatSaysWhatIsWrong) {
     const std::pair<std::vector<std::string>, const char*> wrong[] = {
         {{}, "a command is missing; see cimhttp --help\n"},
         {{"dance"}, "there is no command 'dance'; see cimhttp --help\n"},

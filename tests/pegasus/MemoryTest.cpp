@@ -17,9 +17,7 @@
 
 #if defined(__SANITIZE_ADDRESS__)
 /// Freed memory is held back for a while where addresses are checked. That is not the library's, so little of it.
-extern "C" const char* __asan_default_options() {
-    return "quarantine_size_mb=1";
-} // NOLINT(bugprone-reserved-identifier)
+extern "C" const char* __asan_default_options() { return "quarantine_size_mb=1"; }
 #endif
 
 namespace {
