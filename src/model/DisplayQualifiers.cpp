@@ -64,14 +64,14 @@ boost::shared_ptr<ICIMQualifier> DisplayQualifiers::Find(const TName& name) cons
 
 boost::shared_ptr<ICIMQualifier> DisplayQualifiers::LookUp(const TName& name) const {
     if (fOwnDeclaration != nullptr) {
-        return fOwnDeclaration->LookupNormalizedQualifier(
-            name.Normalized()); // needs no exception to say that there is none
+        // Needs no exception to say that there is none.
+        return fOwnDeclaration->LookupNormalizedQualifier(name.Normalized());
     }
     try {
         return fDeclaration->GetQualifier(name.Given(), TCIMContext());
     } catch (const TVYXException& exception) {
         if (exception.GetStatusCode().GetCode() != kNotFound) {
-            throw TVYXException(exception.GetStatusCode());
+            throw TVYXException(exception.GetStatusCode()); // the code alone, whatever the declaration throws
         }
         return {};
     }

@@ -183,7 +183,8 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     SubClassList<TCimHTTPClass> fSubClasses;
 
   protected:
-    std::set<boost::shared_ptr<TCimHTTPClass>> fAssociations; // the association classes that refer to this class
+    // The association classes that refer to this class. Those who link some derive from it.
+    std::set<boost::shared_ptr<TCimHTTPClass>> fAssociations;
 
   private:
     std::map<std::string, boost::shared_ptr<TCimHTTPInstance>> fInstances; // by path

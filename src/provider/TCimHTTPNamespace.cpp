@@ -334,8 +334,13 @@ boost::shared_ptr<ICIMInstance> TCimHTTPNamespace::GetInstance(const TCIMReferen
 void TCimHTTPNamespace::EnumerateInstances(const Pegasus::CIMNamespaceName& nameSpace,
                                            const Pegasus::CIMName& className) {
     try {
+        constexpr bool kDeepInheritance = false;
+        constexpr bool kLocalOnly = false;
+        constexpr bool kIncludeQualifiers = false;
+        constexpr bool kIncludeClassOrigin = false;
         auto instances =
-            fClient->enumerateInstances(nameSpace, className, false, false, false, false, Pegasus::CIMPropertyList());
+            fClient->enumerateInstances(nameSpace, className, kDeepInheritance, kLocalOnly, kIncludeQualifiers,
+                                        kIncludeClassOrigin, Pegasus::CIMPropertyList());
         for (Pegasus::Uint32 i = 0; i < instances.size(); ++i) {
             (void)instances[i].getPath().toString();
             for (Pegasus::Uint32 j = 0; j < instances[i].getPropertyCount(); ++j) {
