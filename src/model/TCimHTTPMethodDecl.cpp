@@ -47,6 +47,7 @@ void TCimHTTPMethodDecl::EnumerateParameterDecls(boost::function<bool(boost::sha
 void TCimHTTPMethodDecl::AddParameterDecl(boost::shared_ptr<TCimHTTPParameterDecl> parameter) {
     const std::string& name = parameter->GetName(TCIMContext());
     if (!fParameters.emplace(TCimHTTPNamespace::NormalizeName(name), parameter).second) {
+        // Those who search the log know this text, which is the one for properties.
         LogError("Inmem: Attempt to add property " + name + " to method " + GetName(TCIMContext()) +
                  ": already exists");
         throw TVYXException(kAlreadyExists);

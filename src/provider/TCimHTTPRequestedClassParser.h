@@ -38,7 +38,8 @@ class TCimHTTPRequestedClassParser : public NQORVYX20::TXmlParser {
     /// Logs an error with the line that is being read. Does not throw, and does not stop the parse.
     void FatalError(const char* message) override;
 
-    // A host that was built on its own links these operations by their signatures, which are not const.
+    // A host that was built on its own links these operations by their signatures: they are not const, and the class is
+    // in no namespace.
 
     /// The settings: the text of "address", "pass", "ssl" and "user", as far as the documents give them. The first one
     /// of a name counts.
