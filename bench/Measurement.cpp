@@ -26,6 +26,8 @@ void PrintInstances(std::size_t count, double seconds) {
 
 void PrintTime(double seconds) { std::cout << "milliseconds " << seconds * 1e3 << '\n'; }
 
+void PrintCount(std::size_t count) { std::cout << "count " << count << '\n'; }
+
 void PrintPeakMemory() { std::cout << "peak_memory_kib " << PeakMemory() << '\n'; }
 
 } // namespace bench

@@ -23,6 +23,7 @@ std::size_t PeakMemory();
 /// Prints one figure per line, its name before it, for scripts to read.
 void PrintInstances(std::size_t count, double seconds);
 void PrintTime(double seconds);
+void PrintCount(std::size_t count);
 void PrintPeakMemory();
 
 } // namespace bench

@@ -138,7 +138,8 @@ int main(int argc, char** argv) {
         const bench::Stopwatch stopwatch;
         const std::size_t count = Work(argv[2]).Run(threadCount);
         const double seconds = stopwatch.Seconds();
-        std::cout << "milliseconds " << seconds * 1e3 << "\ncount " << count << '\n';
+        bench::PrintTime(seconds);
+        bench::PrintCount(count);
         bench::PrintPeakMemory();
     } catch (const std::exception& exception) {
         std::cerr << "namespaces: " << exception.what() << '\n';

@@ -159,7 +159,8 @@ void Run(const Job& job, const char* address, const char* className) {
     if (count == 0) {
         throw std::runtime_error("the server has nothing of the class");
     }
-    std::cout << "milliseconds " << seconds * 1e3 << "\ncount " << count << '\n';
+    bench::PrintTime(seconds);
+    bench::PrintCount(count);
     bench::PrintPeakMemory();
 }
 

@@ -46,7 +46,8 @@ int main(int argc, char** argv) {
     try {
         const double start = ProcessorSeconds();
         const auto nameSpace = Measured(argv[1]);
-        std::cout << "milliseconds " << (ProcessorSeconds() - start) * 1e3 << "\ncount 1\n";
+        bench::PrintTime(ProcessorSeconds() - start);
+        bench::PrintCount(1);
         bench::PrintPeakMemory();
     } catch (const std::exception& exception) {
         std::cerr << "startup: " << exception.what() << '\n';
