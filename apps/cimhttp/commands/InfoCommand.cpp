@@ -5,8 +5,8 @@
 #include <ostream>
 
 #include "Options.h"
+#include "connection/ServerProbe.h"
 #include "connection/Session.h"
-#include "connection/TlsProbe.h"
 #include "host/INamespaceProvider.h"
 #include "host/TCIMValue.h"
 #include "output/Json.h"

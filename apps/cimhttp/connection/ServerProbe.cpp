@@ -1,115 +1,67 @@
 #include "connection/ServerProbe.h"
 
-#include <fcntl.h>
 #include <netdb.h>
-#include <netinet/in.h>
-#include <poll.h>
 #include <sys/socket.h>
+#include <sys/time.h>
 #include <unistd.h>
 
-#include <cerrno>
-#include <memory>
+#include <utility>
 
-#include "connection/Connection.h"
+#include "connection/HostAddresses.h"
+#include "connection/OwnLibrary.h"
 
 namespace cimhttp {
 
 namespace {
 
-constexpr int kPatienceMs = 1000;
+constexpr timeval kPatience{5, 0}; // for each step
 
-enum class PortState {
-    kOpen,
-    kRefused,
-    kSilent, ///< or out of reach
+class Socket {
+  public:
+    explicit Socket(const addrinfo& address)
+        : descriptor_(::socket(address.ai_family, address.ai_socktype | SOCK_CLOEXEC, address.ai_protocol)) {
+        ::setsockopt(descriptor_, SOL_SOCKET, SO_SNDTIMEO, &kPatience, sizeof kPatience); // for connecting too
+        ::setsockopt(descriptor_, SOL_SOCKET, SO_RCVTIMEO, &kPatience, sizeof kPatience);
+    }
+    ~Socket() {
+        if (descriptor_ >= 0) {
+            ::close(descriptor_);
+        }
+    }
+    Socket(const Socket&) = delete;
+    Socket& operator=(const Socket&) = delete;
+
+    bool Connect(const addrinfo& address) const {
+        return descriptor_ >= 0 && ::connect(descriptor_, address.ai_addr, address.ai_addrlen) == 0;
+    }
+
+    int Descriptor() const { return descriptor_; }
+
+  private:
+    int descriptor_;
 };
 
-using Addresses = std::unique_ptr<addrinfo, void (*)(addrinfo*)>;
-
-/// Empty where the name cannot be looked up.
-Addresses LookUp(const std::string& host, int port, int& error) {
-    addrinfo hints{};
-    hints.ai_socktype = SOCK_STREAM;
-    addrinfo* found = nullptr;
-    error = ::getaddrinfo(host.c_str(), std::to_string(port).c_str(), &hints, &found);
-    return Addresses(error == 0 ? found : nullptr, [](addrinfo* list) {
-        if (list != nullptr) {
-            ::freeaddrinfo(list);
-        }
-    });
-}
-
-/// What became of a connection that was begun, as an error number; ETIMEDOUT when it takes too long.
-int ResultOf(int socket) {
-    pollfd awaited{socket, POLLOUT, 0};
-    if (::poll(&awaited, 1, kPatienceMs) != 1) {
-        return ETIMEDOUT;
-    }
-    int error = 0;
-    socklen_t size = sizeof error;
-    return ::getsockopt(socket, SOL_SOCKET, SO_ERROR, &error, &size) == 0 ? error : errno;
-}
-
-PortState Try(const addrinfo& address) {
-    const int socket = ::socket(address.ai_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-    if (socket < 0) {
-        return PortState::kSilent;
-    }
-    const bool is_begun = ::connect(socket, address.ai_addr, address.ai_addrlen) == 0 || errno == EINPROGRESS;
-    const int error = is_begun ? ResultOf(socket) : errno;
-    ::close(socket);
-    return error == 0 ? PortState::kOpen : error == ECONNREFUSED ? PortState::kRefused : PortState::kSilent;
-}
-
-/// The best of what a host's addresses say; only the first two are asked, which are one of each kind where it has both.
-PortState StateOf(const addrinfo* addresses) {
-    PortState state = PortState::kSilent;
-    int asked = 0;
-    for (const addrinfo* address = addresses; address != nullptr && asked < 2; address = address->ai_next, ++asked) {
-        const PortState one = Try(*address);
-        if (one == PortState::kOpen) {
-            return one;
-        }
-        state = one == PortState::kRefused ? one : state;
-    }
-    return state;
-}
-
-PortState StateOf(const std::string& host, int port) {
-    int ignored = 0;
-    return StateOf(LookUp(host, port, ignored).get());
-}
-
-std::string ExplainUnknownHost(int error) {
-    return error == EAI_NONAME ? "no host of this name is known; check the spelling or give an address"
-                               : std::string("the host's name cannot be looked up: ") + ::gai_strerror(error);
+std::optional<TlsDetails> Handshake(int socket, const std::string& host) {
+    auto* const shake_hands = OwnFunction<TlsHandshakeFunction>(kTlsHandshakeLibrary, kTlsHandshakeFunction);
+    TlsDetails details;
+    return shake_hands(socket, host, details) ? std::optional<TlsDetails>(std::move(details)) : std::nullopt;
 }
 
 } // namespace
 
-std::string ExplainFailedConnect(const Connection& connection, const std::string& reason) {
-    const int port = connection.Port();
-    const int other_port = port == kHttpPort ? kHttpsPort : kHttpPort;
-    const std::string other_way = connection.tls ? "leave out --tls" : "add --tls";
-    int error = 0;
-    const Addresses addresses = LookUp(connection.host, port, error);
-    if (!addresses) {
-        return ExplainUnknownHost(error);
+std::optional<ProbeResult> ProbeServer(const std::string& host, int port, bool with_tls) {
+    const HostAddresses addresses(host, port);
+    for (const addrinfo* address = addresses.First(); address != nullptr; address = address->ai_next) {
+        const Socket socket(*address);
+        const auto begin = std::chrono::steady_clock::now();
+        if (!socket.Connect(*address)) {
+            continue;
+        }
+        const auto round_trip =
+            std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - begin);
+        return ProbeResult{round_trip, with_tls ? Handshake(socket.Descriptor(), host) : std::nullopt};
     }
-    const PortState state = StateOf(addresses.get());
-    const bool other_answers = StateOf(connection.host, other_port) == PortState::kOpen;
-    if (state == PortState::kOpen) {
-        return reason + (other_answers ? "; port " + std::to_string(other_port) + " answers, too: " + other_way : "");
-    }
-    const std::string what =
-        (state == PortState::kRefused ? "nothing listens on port " : "no answer from port ") + std::to_string(port);
-    if (other_answers) {
-        return what + ", but port " + std::to_string(other_port) + " answers: " + other_way;
-    }
-    if (state != PortState::kRefused) {
-        return what + "; is the host up, and does a firewall let the port through?";
-    }
-    return what + "; is the CIM server running?" + (connection.host == kDefaultHost ? " --host names another" : "");
+    return std::nullopt;
 }
 
 } // namespace cimhttp

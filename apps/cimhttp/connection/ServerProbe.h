@@ -1,14 +1,21 @@
 #pragma once
 
+#include <chrono>
+#include <optional>
 #include <string>
+
+#include "access/TlsHandshake.h"
 
 namespace cimhttp {
 
-struct Connection;
+/// What a connection of our own finds out about a server, below CIM.
+struct ProbeResult {
+    std::chrono::microseconds round_trip; ///< the time that connecting took
+    std::optional<TlsDetails> tls;
+};
 
-/// Why there is no connection to a server, in words for the user: what failed and what to try. `reason` says what the
-/// plug-in found; where looking at the server's name and ports tells more, that takes its place.
-/// Takes a second for each of the two ports at most, beside the time for looking up the name.
-std::string ExplainFailedConnect(const Connection& connection, const std::string& reason);
+/// Connects once more, with a TLS handshake when `with_tls`, and looks. Whom the certificate belongs to is not
+/// verified. Empty when that fails or takes longer than some seconds.
+std::optional<ProbeResult> ProbeServer(const std::string& host, int port, bool with_tls);
 
 } // namespace cimhttp

@@ -1,8 +1,8 @@
 #include "connection/Session.h"
 
 #include "Failure.h"
+#include "connection/FailedConnect.h"
 #include "connection/RemoteReason.h"
-#include "connection/ServerProbe.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMNamespace.h"
@@ -20,7 +20,7 @@ using NQORVYX20::TCIMContext;
 using NQORVYX20::TVYXException;
 
 constexpr const char* kNotValid = "its definition is not valid";
-constexpr const char* kInvalidClass = "CIM_ERR_INVALID_CLASS"; // the server has no such class (DSP0200 5.2.5)
+constexpr const char* kInvalidClass = "CIM_ERR_INVALID_CLASS"; // the server has no such class (DSP0200)
 
 Failure NotAName(const std::string& name) { return {Failure::kUsage, "'" + name + "' is not a class name"}; }
 

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+
+namespace cimhttp {
+
+struct Connection;
+
+/// Why there is no connection to a server, in words for the user: what failed and what to try. `reason` says what the
+/// plug-in found; where looking at the server's name and ports tells more, that takes its place.
+/// Takes a second for each of the two ports at most, beside the time for looking up the name.
+std::string ExplainFailedConnect(const Connection& connection, const std::string& reason);
+
+} // namespace cimhttp
