@@ -9,21 +9,15 @@
 #include <utility>
 #include <vector>
 
+#include "text/WordList.h"
+
 namespace cimhttp {
 
 /// Words that stand for values, in the order in which help and complaints list them.
 template <typename T>
 using Choices = std::vector<std::pair<std::string, T>>;
 
-/// `a, b or c`
-inline std::string Listed(const std::vector<std::string>& words) {
-    std::string list;
-    for (const std::string& word : words) {
-        list += (list.empty() ? "" : &word == &words.back() ? " or " : ", ") + word;
-    }
-    return list;
-}
-
+/// The words as a list, `a, b or c`.
 template <typename T>
 std::string Listed(const Choices<T>& choices) {
     std::vector<std::string> words;

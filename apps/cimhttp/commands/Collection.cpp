@@ -1,7 +1,6 @@
 #include "commands/Collection.h"
 
 #include <ostream>
-#include <sstream>
 
 #include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
@@ -11,19 +10,13 @@
 #include "host/ICIMQualifier.h"
 #include "output/InstanceJson.h"
 #include "output/Json.h"
+#include "output/TypeText.h"
 
 namespace cimhttp {
 
 namespace {
 
 using namespace NQORVYX20;
-
-std::string TypeName(TCIMValue::TCIMType type) {
-    using ECIMType = TCIMValue::TCIMType::ECIMType;
-    std::ostringstream name;
-    name << TCIMValue::TCIMType(static_cast<ECIMType>(type & ~ECIMType::eCIMArrayUnknown));
-    return name.str();
-}
 
 std::string QualifiersJson(const ICIMNamedElement& element) {
     JsonObject qualifiers;
@@ -41,7 +34,7 @@ template <typename Declaration>
 JsonObject DeclarationJson(const Declaration& declaration) {
     JsonObject object;
     object.Add("name", JsonText(declaration.GetName(TCIMContext())))
-        .Add("type", JsonText(TypeName(declaration.GetType(TCIMContext()))))
+        .Add("type", JsonText(ElementTypeText(declaration.GetType(TCIMContext()))))
         .Add("array", declaration.IsArray(TCIMContext()) ? "true" : "false");
     return object;
 }
@@ -74,7 +67,7 @@ std::string MethodsJson(const ICIMClass& cls) {
         [&](const boost::shared_ptr<ICIMMethodDecl>& method) {
             methods.Add(JsonObject()
                             .Add("name", JsonText(method->GetName(TCIMContext())))
-                            .Add("type", JsonText(TypeName(method->GetReturnType(TCIMContext()))))
+                            .Add("type", JsonText(ElementTypeText(method->GetReturnType(TCIMContext()))))
                             .Add("parameters", ParametersJson(*method))
                             .Add("qualifiers", QualifiersJson(*method))
                             .Text());

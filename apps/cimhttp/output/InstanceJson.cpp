@@ -1,30 +1,22 @@
 #include "output/InstanceJson.h"
 
-#include <sstream>
-
 #include "host/ICIMInstance.h"
 #include "host/ICIMProperty.h"
 #include "host/ICIMPropertyDecl.h"
 #include "output/DisplayText.h"
 #include "output/Json.h"
+#include "output/TypeText.h"
 
 namespace cimhttp {
 
 namespace {
 
 using namespace NQORVYX20;
-using ECIMType = TCIMValue::TCIMType::ECIMType;
-
-std::string ElementTypeName(TCIMValue::TCIMType type) {
-    std::ostringstream name;
-    name << TCIMValue::TCIMType(static_cast<ECIMType>(type & ~ECIMType::eCIMArrayUnknown));
-    return name.str();
-}
 
 /// A property up to its value.
 std::string Head(const ICIMPropertyDecl& declaration) {
     return JsonText(declaration.GetName(TCIMContext())) +
-           ":{\"type\":" + JsonText(ElementTypeName(declaration.GetType(TCIMContext()))) + ",\"value\":";
+           ":{\"type\":" + JsonText(ElementTypeText(declaration.GetType(TCIMContext()))) + ",\"value\":";
 }
 
 void AppendText(const DisplayText& text, std::string& json) {

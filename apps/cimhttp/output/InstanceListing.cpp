@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <sstream>
 
 #include "Failure.h"
 #include "host/ICIMClass.h"
@@ -12,6 +11,7 @@
 #include "host/ICIMQualifier.h"
 #include "host/TVYXException.h"
 #include "output/DisplayText.h"
+#include "output/TypeText.h"
 #include "text/NearestNames.h"
 #include "text/Pattern.h"
 
@@ -146,7 +146,7 @@ Listing InstanceListing::Values(const Instances& instances, const Properties& pr
     std::vector<std::string> types;
     types.reserve(properties.size());
     for (const auto& property : properties) {
-        types.push_back(TypeText(*property));
+        types.push_back(TypeText(property->GetType(TCIMContext())));
     }
     for (const auto& instance : instances) {
         const std::string path = instance->BuildPath(TCIMContext()).GetPath();
@@ -165,7 +165,7 @@ Listing InstanceListing::Values(ICIMInstance& instance, const Properties& proper
     Listing listing({Listing::Key("Property"), {"Type"}, Listing::Key("Value"), {"Text"}});
     for (const auto& property : properties) {
         std::vector<Cell> row;
-        AddValue(*property, TypeText(*property), instance, row);
+        AddValue(*property, TypeText(property->GetType(TCIMContext())), instance, row);
         listing.AddRow(std::move(row));
     }
     return listing;
@@ -176,12 +176,6 @@ bool IsEmpty(const Instances& instances, const ICIMPropertyDecl& property) {
         const auto held = instance->GetProperty(property.GetName(TCIMContext()), TCIMContext());
         return held->GetValue(TCIMContext()).ToString(kDecimal).empty();
     });
-}
-
-std::string TypeText(const ICIMPropertyDecl& property) {
-    std::ostringstream name;
-    name << property.GetType(TCIMContext());
-    return name.str();
 }
 
 } // namespace cimhttp

@@ -65,7 +65,4 @@ class InstanceListing {
 /// Null, or a text without characters, in every instance.
 bool IsEmpty(const Instances& instances, const NQORVYX20::ICIMPropertyDecl& property);
 
-/// `uint16`, for an array `uint16[]`.
-std::string TypeText(const NQORVYX20::ICIMPropertyDecl& property);
-
 } // namespace cimhttp

@@ -1,7 +1,5 @@
 #include "output/MofWriter.h"
 
-#include <strings.h>
-
 #include <algorithm>
 
 #include "access/RemoteModel.h"
@@ -10,6 +8,7 @@
 #include "host/ICIMProperty.h"
 #include "host/ICIMPropertyDecl.h"
 #include "output/MofText.h"
+#include "text/Pattern.h"
 #include "text/TerminalText.h"
 
 namespace cimhttp {
@@ -21,8 +20,6 @@ using namespace NQORVYX20;
 constexpr std::size_t kIndent = 4;
 
 std::string Blanks(std::size_t count) { return std::string(count, ' '); }
-
-bool IsName(const std::string& name, const char* other) { return ::strcasecmp(name.c_str(), other) == 0; }
 
 std::vector<std::string> DifferingFlavors(const RemoteFlavor& flavor, const RemoteFlavor& usual) {
     std::vector<std::string> words;
@@ -139,7 +136,7 @@ class ClassWriter {
 
     static bool IsKey(const RemoteProperty& property) {
         return std::any_of(property.qualifiers.begin(), property.qualifiers.end(), [](const auto& qualifier) {
-            return IsName(qualifier.name, "Key") && qualifier.value == TCIMValue(true);
+            return IsSameName(qualifier.name, "Key") && qualifier.value == TCIMValue(true);
         });
     }
 
@@ -151,7 +148,7 @@ class ClassWriter {
     std::string QualifierList(const std::vector<RemoteQualifier>& qualifiers, std::size_t indent) const {
         std::string list;
         for (const RemoteQualifier& qualifier : qualifiers) {
-            if (is_whole_ && IsName(qualifier.name, "Override")) {
+            if (is_whole_ && IsSameName(qualifier.name, "Override")) {
                 continue;
             }
             list += list.empty() ? Blanks(indent) + '[' : ",\n" + Blanks(indent + 1);
@@ -179,7 +176,7 @@ class ClassWriter {
 
     RemoteFlavor FlavorOf(const std::string& name) const {
         const auto declaration = std::find_if(declarations_.begin(), declarations_.end(),
-                                              [&](const auto& one) { return IsName(one.name, name.c_str()); });
+                                              [&](const auto& one) { return IsSameName(one.name, name); });
         return declaration == declarations_.end() ? RemoteFlavor() : declaration->flavor;
     }
 

@@ -24,7 +24,7 @@ std::string MofType(const RemoteType& type);
 /// `[]`, `[4]`, or nothing for what is no array.
 std::string MofArray(const RemoteType& type);
 
-/// `uint32 Stop([IN] boolean Now)` without qualifiers, in one line.
+/// `uint32 Stop(boolean Now)`: without qualifiers, in one line.
 std::string MethodSignature(const RemoteMethod& method);
 
 /// Flavors with the words of MOF, those that differ from the usual ones (EnableOverride, ToSubclass).

@@ -4,6 +4,8 @@
 #include <cctype>
 #include <tuple>
 
+#include "text/WordList.h"
+
 namespace cimhttp {
 
 namespace {
@@ -81,11 +83,7 @@ std::vector<std::string> NearestNames(const std::string& name, const std::vector
 }
 
 std::string DidYouMean(const std::vector<std::string>& names) {
-    std::string list;
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        list += (i == 0 ? "" : i + 1 == names.size() ? " or " : ", ") + names[i];
-    }
-    return list.empty() ? list : " (did you mean " + list + "?)";
+    return names.empty() ? std::string() : " (did you mean " + Listed(names) + "?)";
 }
 
 } // namespace cimhttp

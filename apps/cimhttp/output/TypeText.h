@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+
+#include "host/TCIMValue.h"
+
+namespace cimhttp {
+
+/// `uint16`, for an array `uint16[]`.
+std::string TypeText(NQORVYX20::TCIMValue::TCIMType type);
+
+/// `uint16`, for an array of it too.
+std::string ElementTypeText(NQORVYX20::TCIMValue::TCIMType type);
+
+} // namespace cimhttp

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace cimhttp {
+
+/// `a, b or c`
+std::string Listed(const std::vector<std::string>& words);
+
+} // namespace cimhttp
