@@ -1,6 +1,5 @@
 #include "commands/CollectCommand.h"
 
-#include <strings.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -18,6 +17,7 @@
 #include "connection/Connection.h"
 #include "connection/Session.h"
 #include "output/OutputFile.h"
+#include "text/Pattern.h"
 #include "text/TerminalText.h"
 #include "waiting/Interrupt.h"
 #include "waiting/ProgressBar.h"
@@ -69,9 +69,8 @@ RequestedClasses ReadDocument(const Plugin& plugin, const std::string& path) {
 std::vector<std::string> WithoutRepetitions(const std::vector<std::string>& names) {
     std::vector<std::string> distinct;
     for (const std::string& name : names) {
-        const bool is_known = std::any_of(distinct.begin(), distinct.end(), [&](const std::string& other) {
-            return ::strcasecmp(name.c_str(), other.c_str()) == 0;
-        });
+        const bool is_known = std::any_of(distinct.begin(), distinct.end(),
+                                          [&](const std::string& other) { return IsSameName(name, other); });
         if (!is_known) {
             distinct.push_back(name);
         }
@@ -91,7 +90,9 @@ void ReportFailures(Collector& collector, ProgressBar& bar, std::ostream& errors
 
 /// Waits until everything is read, or the user does not want to wait any more: that is when Interrupted() is true.
 /// Returns whether the collector has ended.
-bool Watch(Collector& collector, ProgressBar& bar, std::ostream& errors) {
+bool Watch(Collector& collector, std::size_t class_count, const CommandContext& context) {
+    std::ostream& errors = context.errors;
+    ProgressBar bar(context.ShowsProgress() ? &errors : nullptr, context.options.error_stream_width, class_count);
     const auto begin = std::chrono::steady_clock::now();
     Collector::Progress progress;
     while (!progress.has_ended && !Interrupted()) {
@@ -108,6 +109,31 @@ bool Watch(Collector& collector, ProgressBar& bar, std::ostream& errors) {
     return progress.has_ended;
 }
 
+/// Says why the reading has ended before the last class. Throws that when nothing was read.
+void ReportEarlyEnd(const Collector& collector, const Collection& collection, std::ostream& errors) {
+    if (const auto end = collector.EarlyEnd()) {
+        if (collection.classes.empty()) {
+            throw Failure(*end);
+        }
+        errors << "cimhttp: " << Printable(end->what()) << "\ncimhttp: the classes behind it are not asked for"
+               << std::endl;
+    }
+    if (Interrupted() && !collection.complete) {
+        errors << "cimhttp: interrupted; what was read of " << collection.server << " is written" << std::endl;
+    }
+}
+
+void Write(const Collection& collection, const PluginAccess& access, const std::optional<OutputFile>& file,
+           std::ostream& output) {
+    const auto write = [&](std::ostream& stream) { WriteJson(collection, access, stream); };
+    if (file) {
+        file->Replace(write);
+    } else {
+        write(output);
+        output.flush();
+    }
+}
+
 } // namespace
 
 CommandDescription CollectCommand::Describe() {
@@ -121,38 +147,18 @@ CommandDescription CollectCommand::Describe() {
 }
 
 int CollectCommand::Run(const CommandContext& context) {
-    const Options& options = context.options;
-    const Plugin plugin(options.plugin);
+    const Plugin plugin(context.options.plugin);
     const auto requested = ReadDocument(plugin, document_);
-    const Connection connection = ConnectionOf(options, requested.settings, document_);
+    const Connection connection = ConnectionOf(context.options, requested.settings, document_);
     const auto file = out_file_.empty() ? std::nullopt : std::optional<OutputFile>(out_file_);
     const auto names = WithoutRepetitions(requested.names);
     const Session session = context.ConnectTo(plugin, connection);
     const InterruptScope interrupts;
     Collector collector(session, names);
-    bool has_ended = false;
-    {
-        ProgressBar bar(context.ShowsProgress() ? &context.errors : nullptr, options.error_stream_width, names.size());
-        has_ended = Watch(collector, bar, context.errors);
-    }
+    const bool has_ended = Watch(collector, names.size(), context);
     const Collection collection = collector.Collected();
-    if (const auto end = collector.EarlyEnd()) {
-        if (collection.classes.empty()) {
-            throw Failure(*end);
-        }
-        context.errors << "cimhttp: " << Printable(end->what()) << "\ncimhttp: the classes behind it are not asked for"
-                       << std::endl;
-    }
-    if (Interrupted() && !collection.complete) {
-        context.errors << "cimhttp: interrupted; what was read of " << collection.server << " is written" << std::endl;
-    }
-    const auto write = [&](std::ostream& stream) { WriteJson(collection, plugin.Access(), stream); };
-    if (file) {
-        file->Replace(write);
-    } else {
-        write(context.output);
-        context.output.flush();
-    }
+    ReportEarlyEnd(collector, collection, context.errors);
+    Write(collection, plugin.Access(), file, context.output);
     if (!has_ended) {
         std::_Exit(Failure::kIncomplete); // the thread that waits for the server cannot be ended otherwise
     }

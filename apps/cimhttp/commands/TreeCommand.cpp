@@ -16,54 +16,65 @@ namespace {
 
 constexpr std::size_t kDeepest = 100; // far more than any schema has
 
-/// Visits classes from a top class downwards.
-class TreeWriter {
-  public:
-    TreeWriter(const ClassTree& tree, std::ostream& output) : tree_(tree), output_(output) {}
-
-    void Draw(const std::string& name) {
-        output_ << Printable(name) << '\n';
-        DrawBelow(name, "", 1);
+void CheckDepth(const std::string& name, std::size_t depth) {
+    if (depth > kDeepest) {
+        throw Failure(Failure::kOther,
+                      "the server has more than " + std::to_string(kDeepest) + " classes above " + Printable(name));
     }
+}
 
-    std::string Json(const std::string& name, std::size_t depth = 1) const {
-        CheckDepth(name, depth);
-        JsonArray subclasses;
-        for (const std::string& subclass : tree_.SubclassesOf(name)) {
-            subclasses.Add(Json(subclass, depth + 1));
-        }
-        return JsonObject().Add("name", JsonText(name)).Add("subclasses", subclasses.Text()).Text();
+/// Draws the classes below one, each behind the lines that lead down to it.
+void DrawBelow(const ClassTree& tree, const std::string& name, const std::string& lines, std::size_t depth,
+               std::ostream& output) {
+    CheckDepth(name, depth);
+    const auto subclasses = tree.SubclassesOf(name);
+    for (const std::string& subclass : subclasses) {
+        const bool is_last = &subclass == &subclasses.back();
+        output << lines << (is_last ? "└── " : "├── ") << Printable(subclass) << '\n';
+        DrawBelow(tree, subclass, lines + (is_last ? "    " : "│   "), depth + 1, output);
     }
+}
 
-    void AddRows(const std::string& name, const Cell& superclass, Listing& listing, std::size_t depth = 1) const {
-        CheckDepth(name, depth);
-        listing.AddRow({name, superclass});
-        for (const std::string& subclass : tree_.SubclassesOf(name)) {
-            AddRows(subclass, name, listing, depth + 1);
-        }
+void Draw(const ClassTree& tree, const std::vector<std::string>& roots, std::ostream& output) {
+    for (const std::string& root : roots) {
+        output << Printable(root) << '\n';
+        DrawBelow(tree, root, "", 1, output);
     }
+}
 
-  private:
-    static void CheckDepth(const std::string& name, std::size_t depth) {
-        if (depth > kDeepest) {
-            throw Failure(Failure::kOther,
-                          "the server has more than " + std::to_string(kDeepest) + " classes above " + Printable(name));
-        }
+std::string ClassJson(const ClassTree& tree, const std::string& name, std::size_t depth) {
+    CheckDepth(name, depth);
+    JsonArray subclasses;
+    for (const std::string& subclass : tree.SubclassesOf(name)) {
+        subclasses.Add(ClassJson(tree, subclass, depth + 1));
     }
+    return JsonObject().Add("name", JsonText(name)).Add("subclasses", subclasses.Text()).Text();
+}
 
-    void DrawBelow(const std::string& name, const std::string& lines, std::size_t depth) {
-        CheckDepth(name, depth);
-        const auto subclasses = tree_.SubclassesOf(name);
-        for (const std::string& subclass : subclasses) {
-            const bool is_last = &subclass == &subclasses.back();
-            output_ << lines << (is_last ? "└── " : "├── ") << Printable(subclass) << '\n';
-            DrawBelow(subclass, lines + (is_last ? "    " : "│   "), depth + 1);
-        }
+void WriteJson(const ClassTree& tree, const std::vector<std::string>& roots, std::ostream& output) {
+    JsonArray json;
+    for (const std::string& root : roots) {
+        json.Add(ClassJson(tree, root, 1));
     }
+    output << json.Text() << '\n';
+}
 
-    const ClassTree& tree_;
-    std::ostream& output_;
-};
+void AddRows(const ClassTree& tree, const std::string& name, const Cell& superclass, std::size_t depth,
+             Listing& listing) {
+    CheckDepth(name, depth);
+    listing.AddRow({name, superclass});
+    for (const std::string& subclass : tree.SubclassesOf(name)) {
+        AddRows(tree, subclass, name, depth + 1, listing);
+    }
+}
+
+void WriteCsv(const ClassTree& tree, const std::vector<std::string>& roots, const CommandContext& context) {
+    Listing listing({{"Name"}, {"Superclass"}});
+    for (const std::string& root : roots) {
+        AddRows(tree, root, Cell::Null(), 1, listing);
+    }
+    WriteListing(listing, OutputFormat::kCsv, context);
+}
 
 std::vector<std::string> NamesOf(const std::vector<RemoteClassName>& classes) {
     std::vector<std::string> names;
@@ -102,25 +113,15 @@ int TreeCommand::Run(const CommandContext& context) {
     const auto classes = session.Hierarchy();
     const ClassTree tree(classes);
     const auto roots = RootsOf(tree, root_, session.Server(), classes);
-    TreeWriter writer(tree, context.output);
-    JsonArray json;
-    Listing listing({{"Name"}, {"Superclass"}});
-    for (const std::string& root : roots) {
-        switch (context.Format(*this)) {
-        case OutputFormat::kJson:
-            json.Add(writer.Json(root));
-            break;
-        case OutputFormat::kCsv:
-            writer.AddRows(root, Cell::Null(), listing);
-            break;
-        default:
-            writer.Draw(root);
-        }
-    }
-    if (context.Format(*this) == OutputFormat::kJson) {
-        context.output << json.Text() << '\n';
-    } else if (context.Format(*this) == OutputFormat::kCsv) {
-        WriteListing(listing, OutputFormat::kCsv, context);
+    switch (context.Format(*this)) {
+    case OutputFormat::kJson:
+        WriteJson(tree, roots, context.output);
+        break;
+    case OutputFormat::kCsv:
+        WriteCsv(tree, roots, context);
+        break;
+    default:
+        Draw(tree, roots, context.output);
     }
     return 0;
 }

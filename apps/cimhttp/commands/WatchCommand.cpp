@@ -85,8 +85,27 @@ std::string PreviousText(const ICIMProperty& property, const PluginAccess& acces
 
 class ChangeWriter {
   public:
-    ChangeWriter(const CommandContext& context, const PluginAccess& access) : context_(context), access_(access) {}
+    ChangeWriter(const CommandContext& context, const PluginAccess& access, bool is_json)
+        : context_(context), access_(access), is_json_(is_json) {}
 
+    /// Says how many instances there are to begin with.
+    void Begin(std::size_t instances) const {
+        if (!is_json_) {
+            context_.output << TimeOfDay() << "  " << instances << (instances == 1 ? " instance\n" : " instances\n")
+                            << std::flush;
+        }
+    }
+
+    void Write(const std::vector<InstanceChange>& changes, std::size_t round) const {
+        if (is_json_) {
+            WriteJson(changes, round);
+        } else {
+            WriteLines(changes);
+        }
+        context_.output.flush();
+    }
+
+  private:
     /// Blocks of lines, the changed values below the instance's path.
     void WriteLines(const std::vector<InstanceChange>& changes) const {
         std::ostream& output = context_.output;
@@ -98,7 +117,6 @@ class ChangeWriter {
                        << Printable(DifferenceText(*difference.property)) << '\n';
             }
         }
-        output.flush();
     }
 
     /// An object for each change, one a line.
@@ -116,10 +134,8 @@ class ChangeWriter {
                                    .Text()
                             << '\n';
         }
-        context_.output.flush();
     }
 
-  private:
     static const char* Sign(InstanceChange::Kind kind) {
         switch (kind) {
         case InstanceChange::Kind::kNew:
@@ -166,6 +182,7 @@ class ChangeWriter {
 
     const CommandContext& context_;
     const PluginAccess& access_;
+    const bool is_json_;
 };
 
 } // namespace
@@ -202,23 +219,14 @@ int WatchCommand::Run(const CommandContext& context) {
     const auto names =
         NamesOf(properties_.empty() ? PropertiesOf(*earlier->cls) : PropertiesOf(*earlier->cls, properties_));
     const PluginAccess& access = plugin.Access();
-    const ChangeWriter writer(context, access);
-    const bool is_json = context.Format(*this) == OutputFormat::kJson;
-    if (!is_json) {
-        context.output << TimeOfDay() << "  " << earlier->instances.size()
-                       << (earlier->instances.size() == 1 ? " instance\n" : " instances\n") << std::flush;
-    }
+    const ChangeWriter writer(context, access, context.Format(*this) == OutputFormat::kJson);
+    writer.Begin(earlier->instances.size());
     const auto interval = std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(interval_));
     auto next = Clock::now() + interval;
     for (std::size_t round = 1; (!count_ || round <= *count_) && SleepUntil(next); ++round) {
         next = std::max(next, Clock::now()) + interval;
         auto later = Read(Session(plugin, connection, context.log, attendant), name_, conditions_);
-        const auto changes = ChangesBetween(earlier->instances, later->instances, names, access);
-        if (is_json) {
-            writer.WriteJson(changes, round);
-        } else {
-            writer.WriteLines(changes);
-        }
+        writer.Write(ChangesBetween(earlier->instances, later->instances, names, access), round);
         earlier = std::move(later);
     }
     return 0;
