@@ -17,9 +17,9 @@ struct ParsedCommandLine {
     std::string help; ///< or another answer about the program; not empty: print it and do nothing else
 };
 
-/// Reads the command line of a program with these commands, the password file, the size of the terminal
-/// and the variables CIMHTTP_PASSWORD, COLUMNS, NO_COLOR and TERM. Throws Failure(kUsage) with one line that names what
-/// is wrong.
+/// Reads the command line of a program with these commands, the password file, the size of the terminal and the
+/// variables CIMHTTP_PASSWORD, COLUMNS, NO_COLOR and TERM. Throws Failure(kUsage) with one line that names what is
+/// wrong.
 ParsedCommandLine ParseCommandLine(int argc, const char* const* argv, const Commands& commands);
 
 } // namespace cimhttp

@@ -13,7 +13,7 @@ class Failure : public std::runtime_error {
         kUsage = 2,          ///< the command line, or a file that it names, is wrong
         kConnection = 3,     ///< the server cannot be reached, or does not answer in time
         kAuthentication = 4, ///< the server does not let the user in
-        kNotFound = 5,       ///< the server has no such class
+        kNotFound = 5,       ///< the server does not have what was asked for
         kServer = 6,         ///< the server answers with an error, or with what is no answer
         kIncomplete = 7,     ///< a part of what was asked for is missing
         kClosedPipe = 141    ///< nobody reads the output any more: what shells say of a program ended by SIGPIPE

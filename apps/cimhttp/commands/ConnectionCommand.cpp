@@ -44,14 +44,6 @@ void CheckName(const std::string& name) {
     }
 }
 
-ConnectionStore UsersStore() {
-    const auto store = ConnectionStore::OfUser();
-    if (!store) {
-        Refuse("there is no folder for named connections: neither HOME nor XDG_CONFIG_HOME is set");
-    }
-    return *store;
-}
-
 /// What the command line says; nothing is taken from the connections that there are.
 SavedConnection GivenConnection(const Options& options, bool stores_password) {
     if (!options.host) {
@@ -102,7 +94,7 @@ int ConnectionCommand::Run(const CommandContext& context) {
     if (context.options.format && action_ != "list") {
         Refuse("connection " + action_ + " has one form only; leave out --output");
     }
-    const ConnectionStore store = UsersStore();
+    const ConnectionStore store = ConnectionStore::NeededOfUser();
     if (action_ == "add") {
         Add(store, context);
     } else if (action_ == "list") {

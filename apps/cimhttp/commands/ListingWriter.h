@@ -9,8 +9,8 @@ namespace cimhttp {
 struct CommandContext;
 class Listing;
 
-/// Writes a listing to the output as a table, as lists, as JSON or as CSV. When a table lacks columns or
-/// keys because the terminal is narrow, a line on the error stream says so.
+/// Writes a listing to the output as a table, as lists, as JSON or as CSV. When a table lacks columns or keys because
+/// the terminal is narrow, a line on the error stream says so.
 ///
 /// JSON is an array with an object for each row, one a line; the members have the headings in lower case as names and
 /// the cells' values. CSV (RFC 4180) has the headings as its first record and the cells' texts, where a null value is

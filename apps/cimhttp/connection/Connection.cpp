@@ -63,15 +63,9 @@ void Add(const SavedConnection& saved, Options& options) {
 }
 
 void AddChosenConnection(Options& options) {
-    if (!options.connection) {
-        return;
+    if (options.connection) {
+        Add(ConnectionStore::NeededOfUser().Find(*options.connection), options);
     }
-    const auto store = ConnectionStore::OfUser();
-    if (!store) {
-        throw Failure(Failure::kUsage, "there is no folder for named connections: neither HOME nor XDG_CONFIG_HOME is "
-                                       "set");
-    }
-    Add(store->Find(*options.connection), options);
 }
 
 void AddDefaultConnection(Options& options) {

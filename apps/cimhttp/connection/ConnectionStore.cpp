@@ -131,8 +131,8 @@ json Parse(const std::string& path, std::istream& stream) {
         }
         return document;
     } catch (const json::parse_error& error) {
-        const std::string what =
-            error.what(); // "[json.exception.parse_error.101] parse error at line 1, column 2: ..."
+        // "[json.exception.parse_error.101] parse error at line 1, column 2: ..."
+        const std::string what = error.what();
         const auto text = what.find("] ");
         Refuse(path + ": " + (text == std::string::npos ? what : what.substr(text + 2)));
     }
@@ -172,6 +172,14 @@ std::optional<ConnectionStore> ConnectionStore::OfUser() {
     }
     return folder.empty() ? std::nullopt
                           : std::optional<ConnectionStore>(ConnectionStore(folder + "/cimhttp/connections.json"));
+}
+
+ConnectionStore ConnectionStore::NeededOfUser() {
+    const auto store = OfUser();
+    if (!store) {
+        Refuse("there is no folder for named connections: neither HOME nor XDG_CONFIG_HOME is set");
+    }
+    return *store;
 }
 
 ConnectionStore::Connections ConnectionStore::Read() const {

@@ -28,6 +28,9 @@ class ConnectionStore {
     /// Nothing where neither is set.
     static std::optional<ConnectionStore> OfUser();
 
+    /// The same for those who cannot do without. Throws Failure(kUsage) where neither is set.
+    static ConnectionStore NeededOfUser();
+
     explicit ConnectionStore(std::string path) : path_(std::move(path)) {}
 
     const std::string& Path() const { return path_; }

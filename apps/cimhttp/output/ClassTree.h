@@ -32,8 +32,8 @@ class ClassTree {
     void Link(const Names& superclasses);
 
     Names names_;
-    std::map<std::string, std::vector<std::string>, CaseLess>
-        subclasses_; // the empty name stands above the top classes
+    /// The empty name stands above the top classes.
+    std::map<std::string, std::vector<std::string>, CaseLess> subclasses_;
 };
 
 } // namespace cimhttp
