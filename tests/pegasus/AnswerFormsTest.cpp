@@ -559,8 +559,9 @@ TEST(ElementFormsTest, AQualifierIsAnArrayWhereItsDeclarationOrItsValueSaysSo) {
     EXPECT_TRUE(isArray(" ISARRAY=\"true\"", array));
     EXPECT_TRUE(isArray(" ISARRAY=\"true\"", ""));
     EXPECT_TRUE(isArray(" ISARRAY=\"true\"", "<VALUE.NULL/>"));
-    for (const std::string& contradiction : {" ISARRAY=\"true\">" + scalar, " ISARRAY=\"false\">" + array,
-                                             ">" + scalar + scalar, ">" + array + "<VALUE.NULL/>"})
+    const std::vector<std::string> contradictions{" ISARRAY=\"true\">" + scalar, " ISARRAY=\"false\">" + array,
+                                                  ">" + scalar + scalar, ">" + array + "<VALUE.NULL/>"};
+    for (const std::string& contradiction : contradictions)
         EXPECT_THAT(errorInBodyWith("<QUALIFIER.DECLARATION NAME=\"Q\" TYPE=\"uint8\"" + contradiction +
                                     "</QUALIFIER.DECLARATION>"),
                     HasSubstr("does not belong into QUALIFIER.DECLARATION"))
