@@ -308,14 +308,14 @@ TEST(TerminalText, FoldsAWordThatIsTooLongAnywhere) {
 }
 
 TEST(TerminalText, FoldsALongWordAtItsSeparatorsUnlessTheyLeaveMostOfALineEmpty) {
-    EXPECT_EQ(Folded("model_tools_env", 10), (std::vector<std::string>{"model_", "tools_env"}));
+    EXPECT_EQ(Folded("media_store_raw", 10), (std::vector<std::string>{"media_", "store_raw"}));
     EXPECT_EQ(Folded("/usr/lib/cmake", 9), (std::vector<std::string>{"/usr/lib/", "cmake"}));
     EXPECT_EQ(Folded("a_bcdefghijk", 8), (std::vector<std::string>{"a_bcdefg", "hijk"}));
 }
 
 TEST(TerminalText, FoldsALongWordAtItsStrongestSeparators) {
     EXPECT_EQ(Folded("Name=\"a_b\",Handle=\"c_d\"", 20), (std::vector<std::string>{"Name=\"a_b\",", "Handle=\"c_d\""}));
-    EXPECT_EQ(Folded("/srv/model_tools_env", 14), (std::vector<std::string>{"/srv/", "model_tools_", "env"}));
+    EXPECT_EQ(Folded("/srv/media_store_raw", 14), (std::vector<std::string>{"/srv/", "media_store_", "raw"}));
 }
 
 TEST(FoldedName, IsBrokenBetweenItsWords) {
