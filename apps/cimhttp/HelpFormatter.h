@@ -39,7 +39,13 @@ class HelpFormatter : public CLI::Formatter {
   private:
     /// `-c, --connection NAME`
     static std::string WrittenForm(const CLI::Option& option) {
-        std::string form = CLI::detail::find_and_replace(option.get_name(false, true), ",", ", ");
+        std::string form;
+        for (const std::string& letter : option.get_snames()) {
+            form += (form.empty() ? "-" : ", -") + letter;
+        }
+        for (const std::string& word : option.get_lnames()) {
+            form += (form.empty() ? "--" : ", --") + word;
+        }
         if (!option.get_type_name().empty()) {
             form += ' ' + option.get_type_name();
         }
