@@ -6,19 +6,20 @@
 #include <exception>
 #include <utility>
 
+#include "convert/CoreLog.h"
+#include "convert/NormalName.h"
 #include "convert/RemoteText.h"
 #include "convert/RemoteTypes.h"
 #include "convert/RemoteValues.h"
+#include "convert/StatusCodes.h"
 #include "convert/StreamedText.h"
 #include "host/ICIMParameterDecl.h"
 #include "host/TVYXException.h"
 #include "model/AssociationFilter.h"
-#include "model/CoreLog.h"
 #include "model/EntryMap.h"
 #include "model/RemoteNames.h"
 #include "model/RemoteQualifiers.h"
 #include "model/Required.h"
-#include "model/StatusCodes.h"
 #include "model/TCimHTTPInstance.h"
 #include "model/TCimHTTPMethodDecl.h"
 #include "model/TCimHTTPProperty.h"
@@ -78,7 +79,7 @@ Pegasus::CIMClass TCimHTTPClass::FetchDefinition() const {
 
 void TCimHTTPClass::AddRemoteProperty(Pegasus::CIMProperty& remote) {
     const std::string name = ToStdString(remote.getName());
-    const std::string key = TCimHTTPNamespace::NormalizeName(name);
+    const std::string key = NormalizeName(name);
     const auto declaration = AllocatePropertyDecl(name, TCIMValue(), TCIMContext());
     declaration->SetDefaultValue(TCIMValue(pegTypeToVYXType(remote.getType(), remote.isArray()), 0), TCIMContext());
     CopyQualifiers(*LockNamespace(), remote, *declaration);
@@ -87,7 +88,7 @@ void TCimHTTPClass::AddRemoteProperty(Pegasus::CIMProperty& remote) {
 
 void TCimHTTPClass::AddRemoteMethod(Pegasus::CIMMethod& remote) {
     const std::string name = ToStdString(remote.getName());
-    const std::string key = TCimHTTPNamespace::NormalizeName(name);
+    const std::string key = NormalizeName(name);
     const auto declaration = AllocateMethodDecl(name, pegTypeToVYXType(remote.getType(), false), TCIMContext());
     for (Pegasus::Uint32 i = 0; i < remote.getParameterCount(); ++i) {
         auto parameter = remote.getParameter(i);
@@ -211,7 +212,7 @@ boost::shared_ptr<ICIMPropertyDecl> TCimHTTPClass::GetPropertyDecl(const std::st
     if (auto declaration = fPropertyDecls.Find(name)) {
         return declaration; // the name is in its normal form, as those of fetched values are
     }
-    return fPropertyDecls.Find(TCimHTTPNamespace::NormalizeName(name));
+    return fPropertyDecls.Find(NormalizeName(name));
 }
 
 void TCimHTTPClass::EnumeratePropertyDecls(const boost::function<bool(boost::shared_ptr<ICIMPropertyDecl>)>& callback,
@@ -234,7 +235,7 @@ void TCimHTTPClass::AddPropertyDecl(boost::shared_ptr<ICIMPropertyDecl> declarat
         Refuse(kTypeMismatch,
                "TCimHTTP: Attempt to add reference property " + name + " to non-association class " + fName);
     }
-    const std::string key = TCimHTTPNamespace::NormalizeName(name);
+    const std::string key = NormalizeName(name);
     if (added->LookupQualifier("OVERRIDE")) {
         CheckOverride(*added);
     }
@@ -290,7 +291,7 @@ TCimHTTPClass::AllocateMethodDecl(const std::string& name, TCIMValue::TCIMType r
 }
 
 boost::shared_ptr<ICIMMethodDecl> TCimHTTPClass::GetMethodDecl(const std::string& name, TCIMContext /*context*/) const {
-    return FindEntry(fMethodDecls, TCimHTTPNamespace::NormalizeName(name));
+    return FindEntry(fMethodDecls, NormalizeName(name));
 }
 
 void TCimHTTPClass::EnumerateMethodDecls(const boost::function<bool(boost::shared_ptr<ICIMMethodDecl>)>& callback,
@@ -308,7 +309,7 @@ TCIMValue TCimHTTPClass::InvokeMethod(const std::string& /*name*/, TCIMContext& 
 }
 
 boost::shared_ptr<ICIMProperty> TCimHTTPClass::GetProperty(const std::string& name, TCIMContext /*context*/) {
-    auto property = FindEntry(fStaticProperties, TCimHTTPNamespace::NormalizeName(name));
+    auto property = FindEntry(fStaticProperties, NormalizeName(name));
     if (!property) {
         throw TVYXException(kNotFound);
     }

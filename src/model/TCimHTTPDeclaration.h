@@ -6,10 +6,10 @@
 
 #include <string>
 
+#include "convert/NormalName.h"
 #include "host/TCIMContext.h"
 #include "model/TCimHTTPQualifier.h"
 #include "model/TCimHTTPQualifierMap.h"
-#include "provider/TCimHTTPNamespace.h"
 
 namespace NQORVYX20 {
 
@@ -80,7 +80,7 @@ class TCimHTTPDeclaration : public Interface, public boost::enable_shared_from_t
 
   private:
     static std::string NormalizedName(const Interface& declaration) {
-        return TCimHTTPNamespace::NormalizeName(declaration.GetName(TCIMContext()));
+        return NormalizeName(declaration.GetName(TCIMContext()));
     }
 
     std::string fName;

@@ -1,10 +1,10 @@
 #include "model/TCimHTTPQualifierMap.h"
 
+#include "convert/NormalName.h"
+#include "convert/StatusCodes.h"
 #include "host/TVYXException.h"
 #include "model/EntryMap.h"
-#include "model/StatusCodes.h"
 #include "model/TCimHTTPQualifier.h"
-#include "provider/TCimHTTPNamespace.h"
 
 namespace NQORVYX20 {
 
@@ -27,7 +27,7 @@ bool TCimHTTPQualifierMap::Add(const boost::shared_ptr<ICIMQualifier>& qualifier
     if (!qualifier) {
         throw TVYXException(kTypeMismatch);
     }
-    const std::string name = TCimHTTPNamespace::NormalizeName(qualifier->GetName(TCIMContext()));
+    const std::string name = NormalizeName(qualifier->GetName(TCIMContext()));
     const auto existing = FindNormalized(name);
     if (existing && !IsOverridable(*existing)) {
         if (!IsSame(*existing, *qualifier)) {
@@ -44,7 +44,7 @@ void TCimHTTPQualifierMap::AddOrReplace(const boost::shared_ptr<ICIMQualifier>& 
         return;
     }
     if (const auto same = boost::dynamic_pointer_cast<TCimHTTPQualifier>(qualifier)) {
-        Keep(TCimHTTPNamespace::NormalizeName(same->GetName(TCIMContext())), same);
+        Keep(NormalizeName(same->GetName(TCIMContext())), same);
     }
 }
 
@@ -59,7 +59,7 @@ void TCimHTTPQualifierMap::Keep(const std::string& name, const boost::shared_ptr
 }
 
 void TCimHTTPQualifierMap::Remove(const std::string& name) {
-    const std::string normalized = TCimHTTPNamespace::NormalizeName(name);
+    const std::string normalized = NormalizeName(name);
     if (fQualifiers.erase(normalized) == 0) {
         throw TVYXException(kNotFound);
     }
@@ -74,7 +74,7 @@ void TCimHTTPQualifierMap::Clear() {
 }
 
 boost::shared_ptr<TCimHTTPQualifier> TCimHTTPQualifierMap::Find(const std::string& name) const {
-    return FindNormalized(TCimHTTPNamespace::NormalizeName(name));
+    return FindNormalized(NormalizeName(name));
 }
 
 boost::shared_ptr<TCimHTTPQualifier> TCimHTTPQualifierMap::FindNormalized(const std::string& name) const {
