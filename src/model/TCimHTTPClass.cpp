@@ -226,26 +226,39 @@ void TCimHTTPClass::EnumeratePropertyDecls(const boost::function<bool(boost::sha
 }
 
 void TCimHTTPClass::AddPropertyDecl(boost::shared_ptr<ICIMPropertyDecl> declaration) {
-    const auto added = boost::dynamic_pointer_cast<TCimHTTPPropertyDecl>(declaration);
-    if (!added) {
-        throw TVYXException(kTypeMismatch);
+    if (!declaration) {
+        Refuse(kTypeMismatch, "TCimHTTP: Attempt to add a property without a declaration to class " + fName);
     }
-    const std::string& name = added->GetName(TCIMContext());
-    if (added->GetType(TCIMContext()) == ECIMType::eCIMReference && !IsAssociation(TCIMContext())) {
+    const std::string& name = declaration->GetName(TCIMContext());
+    if (declaration->GetType(TCIMContext()) == ECIMType::eCIMReference && !IsAssociation(TCIMContext())) {
         Refuse(kTypeMismatch,
                "TCimHTTP: Attempt to add reference property " + name + " to non-association class " + fName);
     }
     const std::string key = NormalizeName(name);
-    if (added->LookupQualifier("OVERRIDE")) {
-        CheckOverride(*added);
+    bool isOverride = false;
+    declaration->GetQualifier("OVERRIDE", isOverride, TCIMContext());
+    if (isOverride) {
+        CheckOverride(*declaration);
     }
-    if (fPropertyDecls.Add(key, added)) {
-        return;
+    FilePropertyDecl(key, declaration);
+}
+
+void TCimHTTPClass::FilePropertyDecl(const std::string& key, const boost::shared_ptr<ICIMPropertyDecl>& declaration) {
+    const std::string& name = declaration->GetName(TCIMContext());
+    const std::string attempt = "TCimHTTP: Attempt to add property " + name + " to class " + fName;
+    const bool isTaken = fPropertyDecls.Find(key) != nullptr;
+    if (isTaken && name.find("PortType") == std::string::npos) {
+        Refuse(kAlreadyExists, attempt + ": already exists");
     }
-    if (name.find("PortType") == std::string::npos) {
-        Refuse(kAlreadyExists, "TCimHTTP: Attempt to add property " + name + " to class " + fName + ": already exists");
+    const auto added = boost::dynamic_pointer_cast<TCimHTTPPropertyDecl>(declaration);
+    if (!added) {
+        Refuse(kTypeMismatch, attempt + ": the declaration is another implementation's");
     }
-    fPropertyDecls.Replace(key, added);
+    if (isTaken) {
+        fPropertyDecls.Replace(key, added);
+    } else {
+        fPropertyDecls.Add(key, added);
+    }
 }
 
 void TCimHTTPClass::CheckOverride(const ICIMPropertyDecl& declaration) const {
@@ -326,7 +339,7 @@ void TCimHTTPClass::EnumerateStaticProperties(const boost::function<bool(boost::
 }
 
 void TCimHTTPClass::AddQualifier(boost::shared_ptr<ICIMQualifier> qualifier, TCIMContext /*context*/) {
-    fQualifiers.AddOrReplace(qualifier);
+    fQualifiers.AddOrReplace(qualifier, {"class", fName});
 }
 
 boost::shared_ptr<ICIMQualifier>

@@ -14,7 +14,8 @@
 namespace NQORVYX20 {
 
 /// What property, method and parameter declarations have in common: a name, qualifiers, comparison by normalised name.
-/// `Interface` is the contract's interface that `Derived` implements.
+/// `Interface` is the contract's interface that `Derived` implements; `Derived::kKind` is what the log calls such an
+/// element.
 template <typename Derived, typename Interface>
 class TCimHTTPDeclaration : public Interface, public boost::enable_shared_from_this<Derived> {
   public:
@@ -22,7 +23,7 @@ class TCimHTTPDeclaration : public Interface, public boost::enable_shared_from_t
     TCimHTTPDeclaration& operator=(const TCimHTTPDeclaration&) = delete;
 
     void AddQualifier(boost::shared_ptr<ICIMQualifier> qualifier, TCIMContext /*context*/) override {
-        fQualifiers.Add(qualifier);
+        fQualifiers.Add(qualifier, {Derived::kKind, fName});
     }
 
     boost::shared_ptr<ICIMQualifier> AllocateQualifier(boost::shared_ptr<ICIMQualifierDecl const> declaration,

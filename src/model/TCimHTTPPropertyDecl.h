@@ -15,6 +15,8 @@ class TCimHTTPClass;
 /// operations that need the class throw boost::bad_weak_ptr when it has gone.
 class TCimHTTPPropertyDecl : public TCimHTTPDeclaration<TCimHTTPPropertyDecl, ICIMPropertyDecl> {
   public:
+    static constexpr const char* kKind = "property";
+
     TCimHTTPPropertyDecl(boost::shared_ptr<TCimHTTPClass> cls, const std::string& name, const TCIMValue& defaultValue);
 
     /// An empty declaration: it takes nothing over from either argument.

@@ -1,5 +1,6 @@
 #include "model/TCimHTTPQualifierMap.h"
 
+#include "convert/CoreLog.h"
 #include "convert/NormalName.h"
 #include "convert/StatusCodes.h"
 #include "host/TVYXException.h"
@@ -21,9 +22,15 @@ bool IsSame(const ICIMQualifier& left, const ICIMQualifier& right) {
            left.GetFlavor(TCIMContext()) == right.GetFlavor(TCIMContext());
 }
 
+[[noreturn]] void RefuseConflict(const std::string& qualifier, const TCimHTTPQualifierMap::TElement& element) {
+    LogError("TCimHTTP: Attempt to add qualifier " + qualifier + " to " + element.kind + " " + element.name +
+             ": already exists with another value or flavor and may not be overridden");
+    throw TVYXException(kQualifierConflict);
+}
+
 } // namespace
 
-bool TCimHTTPQualifierMap::Add(const boost::shared_ptr<ICIMQualifier>& qualifier) {
+bool TCimHTTPQualifierMap::Add(const boost::shared_ptr<ICIMQualifier>& qualifier, const TElement& element) {
     if (!qualifier) {
         throw TVYXException(kTypeMismatch);
     }
@@ -31,7 +38,7 @@ bool TCimHTTPQualifierMap::Add(const boost::shared_ptr<ICIMQualifier>& qualifier
     const auto existing = FindNormalized(name);
     if (existing && !IsOverridable(*existing)) {
         if (!IsSame(*existing, *qualifier)) {
-            throw TVYXException(kQualifierConflict);
+            RefuseConflict(qualifier->GetName(TCIMContext()), element);
         }
         return false;
     }
@@ -39,8 +46,8 @@ bool TCimHTTPQualifierMap::Add(const boost::shared_ptr<ICIMQualifier>& qualifier
     return true;
 }
 
-void TCimHTTPQualifierMap::AddOrReplace(const boost::shared_ptr<ICIMQualifier>& qualifier) {
-    if (Add(qualifier)) {
+void TCimHTTPQualifierMap::AddOrReplace(const boost::shared_ptr<ICIMQualifier>& qualifier, const TElement& element) {
+    if (Add(qualifier, element)) {
         return;
     }
     if (const auto same = boost::dynamic_pointer_cast<TCimHTTPQualifier>(qualifier)) {
