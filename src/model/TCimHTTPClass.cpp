@@ -4,13 +4,14 @@
 #include <exception>
 #include <utility>
 
+#include "convert/CoreLog.h"
+#include "convert/NormalName.h"
+#include "convert/StatusCodes.h"
 #include "host/TVYXException.h"
 #include "model/AssociationFilter.h"
-#include "model/CoreLog.h"
 #include "model/EntryMap.h"
 #include "model/Reading.h"
 #include "model/Required.h"
-#include "model/StatusCodes.h"
 #include "model/TCimHTTPInstance.h"
 #include "model/TCimHTTPMethodDecl.h"
 #include "model/TCimHTTPProperty.h"
@@ -185,7 +186,7 @@ boost::shared_ptr<ICIMPropertyDecl> TCimHTTPClass::GetPropertyDecl(const std::st
     if (auto declaration = fPropertyDecls.Find(name)) {
         return declaration; // the name is in its normal form, as those of fetched values are
     }
-    return fPropertyDecls.Find(TCimHTTPNamespace::NormalizeName(name));
+    return fPropertyDecls.Find(NormalizeName(name));
 }
 
 void TCimHTTPClass::EnumeratePropertyDecls(const boost::function<bool(boost::shared_ptr<ICIMPropertyDecl>)>& callback,
@@ -199,26 +200,39 @@ void TCimHTTPClass::EnumeratePropertyDecls(const boost::function<bool(boost::sha
 }
 
 void TCimHTTPClass::AddPropertyDecl(boost::shared_ptr<ICIMPropertyDecl> declaration) {
-    const auto added = boost::dynamic_pointer_cast<TCimHTTPPropertyDecl>(declaration);
-    if (!added) {
-        throw TVYXException(kTypeMismatch);
+    if (!declaration) {
+        Refuse(kTypeMismatch, "TCimHTTP: Attempt to add a property without a declaration to class " + fName);
     }
-    const std::string& name = added->GetName(TCIMContext());
-    if (added->GetType(TCIMContext()) == ECIMType::eCIMReference && !IsAssociation(TCIMContext())) {
+    const std::string& name = declaration->GetName(TCIMContext());
+    if (declaration->GetType(TCIMContext()) == ECIMType::eCIMReference && !IsAssociation(TCIMContext())) {
         Refuse(kTypeMismatch,
                "TCimHTTP: Attempt to add reference property " + name + " to non-association class " + fName);
     }
-    const std::string key = TCimHTTPNamespace::NormalizeName(name);
-    if (added->LookupQualifier("OVERRIDE")) {
-        CheckOverride(*added);
+    const std::string key = NormalizeName(name);
+    bool isOverride = false;
+    declaration->GetQualifier("OVERRIDE", isOverride, TCIMContext());
+    if (isOverride) {
+        CheckOverride(*declaration);
     }
-    if (fPropertyDecls.Add(key, added)) {
-        return;
+    FilePropertyDecl(key, declaration);
+}
+
+void TCimHTTPClass::FilePropertyDecl(const std::string& key, const boost::shared_ptr<ICIMPropertyDecl>& declaration) {
+    const std::string& name = declaration->GetName(TCIMContext());
+    const std::string attempt = "TCimHTTP: Attempt to add property " + name + " to class " + fName;
+    const bool isTaken = fPropertyDecls.Find(key) != nullptr;
+    if (isTaken && name.find("PortType") == std::string::npos) {
+        Refuse(kAlreadyExists, attempt + ": already exists");
     }
-    if (name.find("PortType") == std::string::npos) {
-        Refuse(kAlreadyExists, "TCimHTTP: Attempt to add property " + name + " to class " + fName + ": already exists");
+    const auto added = boost::dynamic_pointer_cast<TCimHTTPPropertyDecl>(declaration);
+    if (!added) {
+        Refuse(kTypeMismatch, attempt + ": the declaration is another implementation's");
     }
-    fPropertyDecls.Replace(key, added);
+    if (isTaken) {
+        fPropertyDecls.Replace(key, added);
+    } else {
+        fPropertyDecls.Add(key, added);
+    }
 }
 
 void TCimHTTPClass::CheckOverride(const ICIMPropertyDecl& declaration) const {
@@ -264,7 +278,7 @@ TCimHTTPClass::AllocateMethodDecl(const std::string& name, TCIMValue::TCIMType r
 }
 
 boost::shared_ptr<ICIMMethodDecl> TCimHTTPClass::GetMethodDecl(const std::string& name, TCIMContext /*context*/) const {
-    return FindEntry(fMethodDecls, TCimHTTPNamespace::NormalizeName(name));
+    return FindEntry(fMethodDecls, NormalizeName(name));
 }
 
 void TCimHTTPClass::EnumerateMethodDecls(const boost::function<bool(boost::shared_ptr<ICIMMethodDecl>)>& callback,
@@ -282,7 +296,7 @@ TCIMValue TCimHTTPClass::InvokeMethod(const std::string& /*name*/, TCIMContext& 
 }
 
 boost::shared_ptr<ICIMProperty> TCimHTTPClass::GetProperty(const std::string& name, TCIMContext /*context*/) {
-    auto property = FindEntry(fStaticProperties, TCimHTTPNamespace::NormalizeName(name));
+    auto property = FindEntry(fStaticProperties, NormalizeName(name));
     if (!property) {
         throw TVYXException(kNotFound);
     }
@@ -299,7 +313,7 @@ void TCimHTTPClass::EnumerateStaticProperties(const boost::function<bool(boost::
 }
 
 void TCimHTTPClass::AddQualifier(boost::shared_ptr<ICIMQualifier> qualifier, TCIMContext /*context*/) {
-    fQualifiers.AddOrReplace(qualifier);
+    fQualifiers.AddOrReplace(qualifier, {"class", fName});
 }
 
 boost::shared_ptr<ICIMQualifier>

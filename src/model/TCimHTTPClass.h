@@ -159,7 +159,8 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
 
     /// Throws TVYXException, after a line in the log, and changes nothing: 14 for a reference in a class that is no
     /// association, for an override of another type or of a property of this class, and when the check itself fails;
-    /// 15 for an override without a base property; 16 for a name already taken, unless it contains "PortType".
+    /// 15 for an override without a base property; 16 for a name already taken, unless it contains "PortType"; after
+    /// these, 14 for what is not a TCimHTTPPropertyDecl.
     void AddPropertyDecl(boost::shared_ptr<ICIMPropertyDecl> declaration) override;
     void RemovePropertyDecl(boost::shared_ptr<ICIMPropertyDecl> declaration) override;
     void AddMethodDecl(boost::shared_ptr<ICIMMethodDecl> declaration) override;
@@ -168,7 +169,7 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     // ICIMNamedElement
 
     /// A qualifier of the same name gives way when it may be overridden or has the same value and flavor; otherwise
-    /// throws TVYXException 28.
+    /// throws TVYXException 28, after a line in the log.
     void AddQualifier(boost::shared_ptr<ICIMQualifier> qualifier, TCIMContext context) override;
     boost::shared_ptr<ICIMQualifier> AllocateQualifier(boost::shared_ptr<ICIMQualifierDecl const> declaration,
                                                        const TCIMValue& value, TCIMContext context) const override;
@@ -190,6 +191,7 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     bool HasTrueQualifier(const std::string& name) const;
 
     void CheckOverride(const ICIMPropertyDecl& declaration) const;
+    void FilePropertyDecl(const std::string& key, const boost::shared_ptr<ICIMPropertyDecl>& declaration);
     boost::shared_ptr<ICIMPropertyDecl> FindInheritedPropertyDecl(const std::string& name) const;
     void VisitAssociations(const AssociationFilter& filter, const TAssociationVisitor& visitor);
 

@@ -1,10 +1,10 @@
 #include "provider/NamespaceOptions.h"
 
 #include "cimhttp/ContextKeys.h"
+#include "convert/CoreLog.h"
+#include "convert/StatusCodes.h"
 #include "host/TCIMValue.h"
 #include "host/TVYXException.h"
-#include "model/CoreLog.h"
-#include "model/StatusCodes.h"
 
 namespace NQORVYX20 {
 

@@ -2,19 +2,18 @@
 
 #include <boost/make_shared.hpp>
 
-#include <array>
-#include <cctype>
 #include <utility>
 
+#include "convert/CoreLog.h"
+#include "convert/NormalName.h"
 #include "convert/RemoteText.h"
+#include "convert/StatusCodes.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMQualifier.h"
 #include "host/PegStrToStdStr.h"
 #include "host/TVYXException.h"
-#include "model/CoreLog.h"
 #include "model/EntryMap.h"
-#include "model/StatusCodes.h"
 #include "model/TCimHTTPClass.h"
 #include "model/TCimHTTPQualifierDecl.h"
 #include "provider/NamespaceOptions.h"
@@ -40,39 +39,6 @@ constexpr Pegasus::Uint32 kConnectedTimeoutMs = 65535000;
 
 // No callback is set: the client then encrypts without verifying the server's certificate.
 constexpr Pegasus::SSLCertificateVerifyFunction* pegCallbackSSL = nullptr;
-
-constexpr char kIllegal = '\0';
-
-constexpr bool IsDigit(char letter) { return letter >= '0' && letter <= '9'; }
-
-constexpr char NormalizeAscii(char letter) {
-    if (letter >= 'A' && letter <= 'Z') {
-        return static_cast<char>(letter - 'A' + 'a');
-    }
-    const bool isLegal = (letter >= 'a' && letter <= 'z') || IsDigit(letter) || letter == '_';
-    return isLegal ? letter : kIllegal;
-}
-
-constexpr std::size_t kAsciiEnd = 0x80;
-
-constexpr std::array<char, kAsciiEnd> MakeAsciiTable() {
-    std::array<char, kAsciiEnd> table{};
-    for (std::size_t code = 0; code < kAsciiEnd; ++code) {
-        table[code] = NormalizeAscii(static_cast<char>(code));
-    }
-    return table;
-}
-
-/// A letter or underscore in lower case, a digit, or kIllegal. Names are normalised so often that the locale is asked
-/// about other characters than ASCII only.
-char NormalizeLetter(char letter) {
-    static constexpr auto kAscii = MakeAsciiTable();
-    const auto code = static_cast<unsigned char>(letter);
-    if (code < kAsciiEnd) {
-        return kAscii[code];
-    }
-    return std::isalpha(code) != 0 ? static_cast<char>(std::tolower(code)) : kIllegal;
-}
 
 [[noreturn]] void FailRemotely(const std::string& what, const Pegasus::Exception& failure) {
     LogDebug(what + ToStdString(failure.getMessage()));
@@ -176,19 +142,7 @@ boost::shared_ptr<Reading> TCimHTTPNamespace::GetReading() {
 
 // --- Classes -----------------------------------------------------------------------------------------------------
 
-std::string TCimHTTPNamespace::NormalizeName(const std::string& name) {
-    std::string normalized(name);
-    bool isLegal = name.empty() || !IsDigit(name.front());
-    for (char& letter : normalized) {
-        letter = NormalizeLetter(letter);
-        isLegal = isLegal && letter != kIllegal;
-    }
-    if (!isLegal) {
-        LogError("CimHTTP: CIM name '" + name + "' is invalid");
-        throw TVYXException(kInvalidName);
-    }
-    return normalized;
-}
+std::string TCimHTTPNamespace::NormalizeName(const std::string& name) { return NQORVYX20::NormalizeName(name); }
 
 boost::shared_ptr<ICIMClass> TCimHTTPNamespace::AllocateClass(const std::string& name,
                                                               boost::shared_ptr<ICIMClass> superClass,

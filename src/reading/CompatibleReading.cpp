@@ -4,24 +4,25 @@
 
 #include <utility>
 
+#include "convert/CoreLog.h"
+#include "convert/NormalName.h"
 #include "convert/RemoteText.h"
 #include "convert/RemoteTypes.h"
 #include "convert/RemoteValues.h"
+#include "convert/StatusCodes.h"
 #include "convert/StreamedText.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMMethodDecl.h"
 #include "host/ICIMParameterDecl.h"
 #include "host/ICIMPropertyDecl.h"
 #include "host/TVYXException.h"
-#include "model/CoreLog.h"
-#include "model/RemoteNames.h"
-#include "model/RemoteQualifiers.h"
 #include "model/Required.h"
-#include "model/StatusCodes.h"
 #include "model/TCimHTTPClass.h"
 #include "provider/TCimHTTPNamespace.h"
 #include "reading/ReadingReport.h"
 #include "reading/RemoteFailures.h"
+#include "reading/RemoteNames.h"
+#include "reading/RemoteQualifiers.h"
 #include "reading/RemoteServer.h"
 
 namespace NQORVYX20 {
@@ -125,7 +126,7 @@ void CompatibleReading::Define(TCimHTTPClass& cls) {
 
 void CompatibleReading::AddProperty(TCimHTTPClass& cls, Pegasus::CIMProperty& remote) const {
     const std::string name = ToStdString(remote.getName());
-    const std::string key = TCimHTTPNamespace::NormalizeName(name);
+    const std::string key = NormalizeName(name);
     const auto declaration = cls.AllocatePropertyDecl(name, TCIMValue(), TCIMContext());
     declaration->SetDefaultValue(TCIMValue(pegTypeToVYXType(remote.getType(), remote.isArray()), 0), TCIMContext());
     CopyQualifiers(*LockNamespace(), remote, *declaration);
@@ -134,7 +135,7 @@ void CompatibleReading::AddProperty(TCimHTTPClass& cls, Pegasus::CIMProperty& re
 
 void CompatibleReading::AddMethod(TCimHTTPClass& cls, Pegasus::CIMMethod& remote) const {
     const std::string name = ToStdString(remote.getName());
-    const std::string key = TCimHTTPNamespace::NormalizeName(name);
+    const std::string key = NormalizeName(name);
     const auto declaration = cls.AllocateMethodDecl(name, pegTypeToVYXType(remote.getType(), false), TCIMContext());
     for (Pegasus::Uint32 i = 0; i < remote.getParameterCount(); ++i) {
         auto parameter = remote.getParameter(i);

@@ -7,12 +7,13 @@
 #include <vector>
 
 #include "cimhttp/ContextKeys.h"
+#include "convert/CoreLog.h"
+#include "convert/NormalName.h"
 #include "convert/RemoteText.h"
+#include "convert/StatusCodes.h"
 #include "host/ICIMInstance.h"
 #include "host/TVYXException.h"
-#include "model/CoreLog.h"
 #include "model/EntryMap.h"
-#include "model/StatusCodes.h"
 #include "model/TCimHTTPClass.h"
 #include "model/TFaithfulInstance.h"
 #include "provider/TCimHTTPNamespace.h"
@@ -57,7 +58,7 @@ Pegasus::CIMPropertyList PropertiesIn(const TCIMContext& context) {
     Pegasus::Array<Pegasus::CIMName> names;
     for (const TCIMValue& element : static_cast<const std::vector<TCIMValue>&>(wanted->second)) {
         const auto name = static_cast<std::string>(element);
-        TCimHTTPNamespace::NormalizeName(name); // throws
+        NormalizeName(name); // throws
         names.append(Pegasus::CIMName(name.c_str()));
     }
     return {names};
@@ -217,7 +218,7 @@ std::vector<FaithfulReading::TClassPointer> FaithfulReading::BuildAll(Pegasus::A
     for (Pegasus::Uint32 i = 0; i < definitions.size(); ++i) {
         const std::string name = NameText(definitions[i].getClassName());
         try {
-            const auto known = nameSpace->FindClass(TCimHTTPNamespace::NormalizeName(name));
+            const auto known = nameSpace->FindClass(NormalizeName(name));
             classes.push_back(known ? known : Build(definitions[i], TCIMContext()));
         } catch (const TVYXException&) {
             nameSpace->Report().AddAndLog(
@@ -230,8 +231,7 @@ std::vector<FaithfulReading::TClassPointer> FaithfulReading::BuildAll(Pegasus::A
 void FaithfulReading::LinkToKnown(const TClassPointer& cls) {
     const auto nameSpace = LockNamespace();
     const std::string& name = cls->GetSuperClassName();
-    const auto superClass =
-        name.empty() ? nameSpace->GetRootClass() : nameSpace->FindClass(TCimHTTPNamespace::NormalizeName(name));
+    const auto superClass = name.empty() ? nameSpace->GetRootClass() : nameSpace->FindClass(NormalizeName(name));
     if (superClass) {
         Link(cls, superClass);
     }
@@ -242,7 +242,7 @@ void FaithfulReading::LinkToKnown(const TClassPointer& cls) {
 void FaithfulReading::EnumerateInstances(TCimHTTPClass& cls, const TInstanceCallback& callback, bool deep,
                                          TCIMContext context) {
     const auto nameSpace = LockNamespace();
-    const std::string key = TCimHTTPNamespace::NormalizeName(NameOf(cls));
+    const std::string key = NormalizeName(NameOf(cls));
     const Pegasus::CIMPropertyList properties = PropertiesIn(context);
     nameSpace->Report().BeginOperation();
     TInstances instances = ReadInstances(cls, deep, properties);
@@ -311,7 +311,7 @@ FaithfulReading::TClassPointer FaithfulReading::TryClassOf(const std::string& na
     const auto nameSpace = LockNamespace();
     reason = "the host cannot keep a class of this name";
     try {
-        const auto known = nameSpace->FindClass(TCimHTTPNamespace::NormalizeName(name));
+        const auto known = nameSpace->FindClass(NormalizeName(name));
         if (known || !fGivesClasses) {
             return known;
         }
@@ -352,7 +352,7 @@ boost::shared_ptr<ICIMInstance> FaithfulReading::GetInstance(const TCIMReference
     const Pegasus::CIMNamespaceName& read = *nameSpace->Server().Namespace();
     const Pegasus::CIMObjectPath path = RemotePathOf(reference, *cls, read);
     const std::string key = PathOf(path, *cls, read).key;
-    if (auto known = fReadings.Find(TCimHTTPNamespace::NormalizeName(NameOf(*cls)), key)) {
+    if (auto known = fReadings.Find(NormalizeName(NameOf(*cls)), key)) {
         return known;
     }
     return Ask("TCimHTTPNamespace::GetInstance " + reference.GetPath(), [&] {
@@ -371,7 +371,7 @@ FaithfulReading::TClassPointer FaithfulReading::ClassOfPath(const TCIMReference&
     const auto nameSpace = LockNamespace();
     nameSpace->Report().BeginOperation();
     const std::string& name = reference.GetClassName();
-    TCimHTTPNamespace::NormalizeName(name); // throws for what is no name
+    NormalizeName(name); // throws for what is no name
     if (name.empty()) {
         LogError("TCimHTTPNamespace::GetInstance: the path names no class");
         throw TVYXException(kTypeMismatch);

@@ -2,13 +2,13 @@
 
 #include <algorithm>
 
+#include "convert/CoreLog.h"
 #include "convert/HostValues.h"
 #include "convert/RemoteText.h"
+#include "convert/StatusCodes.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMPropertyDecl.h"
 #include "host/TVYXException.h"
-#include "model/CoreLog.h"
-#include "model/StatusCodes.h"
 
 namespace NQORVYX20 {
 

@@ -2,9 +2,9 @@
 
 #include <set>
 
+#include "convert/NormalName.h"
 #include "convert/RemoteText.h"
 #include "host/TVYXException.h"
-#include "provider/TCimHTTPNamespace.h"
 
 namespace NQORVYX20 {
 
@@ -12,7 +12,7 @@ namespace {
 
 std::string NormalizedOrEmpty(const Pegasus::CIMName& name) {
     try {
-        return TCimHTTPNamespace::NormalizeName(ToStdString(name));
+        return NormalizeName(ToStdString(name));
     } catch (const TVYXException&) {
         return {};
     }

@@ -1,9 +1,9 @@
 #include "reading/QualifierDeclarations.h"
 
+#include "convert/CoreLog.h"
 #include "convert/HostValues.h"
 #include "convert/RemoteText.h"
 #include "host/TVYXException.h"
-#include "model/CoreLog.h"
 #include "model/TCimHTTPQualifierDecl.h"
 #include "provider/TCimHTTPNamespace.h"
 #include "reading/RemoteFailures.h"

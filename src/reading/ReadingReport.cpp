@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "model/CoreLog.h"
+#include "convert/CoreLog.h"
 
 namespace NQORVYX20 {
 

@@ -6,7 +6,7 @@
 #endif
 
 #include "convert/RemoteText.h"
-#include "model/StatusCodes.h"
+#include "convert/StatusCodes.h"
 
 namespace NQORVYX20 {
 

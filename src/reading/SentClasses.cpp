@@ -7,6 +7,7 @@
 #include <locale>
 
 #include "convert/HostValues.h"
+#include "convert/NormalName.h"
 #include "convert/RemoteText.h"
 #include "host/ICIMPropertyDecl.h"
 #include "host/ICIMQualifier.h"
@@ -61,7 +62,7 @@ void SentClasses::Declare(TCimHTTPNamespace& nameSpace, TCimHTTPClass& cls, Pega
         const auto property = instance.getProperty(i);
         const std::string name = ToStdString(property.getName());
         try {
-            const std::string key = TCimHTTPNamespace::NormalizeName(name);
+            const std::string key = NormalizeName(name);
             if (cls.GetPropertyDecl(key, TCIMContext())) {
                 continue;
             }

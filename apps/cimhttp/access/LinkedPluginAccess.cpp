@@ -5,6 +5,7 @@
 #include <boost/make_shared.hpp>
 
 #include "access/RemoteReader.h"
+#include "convert/NormalName.h"
 #include "host/ICIMPropertyDecl.h"
 #include "model/TCimHTTPProperty.h"
 #include "model/TFaithfulInstance.h"
@@ -63,7 +64,7 @@ class LinkedPluginAccess : public PluginAccess {
                                                            const std::string& property) const override {
         const auto* const faithful = dynamic_cast<const NQORVYX20::TFaithfulInstance*>(&instance);
         return faithful == nullptr ? std::vector<NQORVYX20::EmbeddedObject>()
-                                   : faithful->Embedded(TCimHTTPNamespace::NormalizeName(property));
+                                   : faithful->Embedded(NQORVYX20::NormalizeName(property));
     }
 
     std::vector<std::string> ClassNames(ICIMNamespace& name_space) const override {

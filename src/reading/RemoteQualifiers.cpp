@@ -1,4 +1,4 @@
-#include "model/RemoteQualifiers.h"
+#include "reading/RemoteQualifiers.h"
 
 #include "convert/RemoteTypes.h"
 #include "model/TCimHTTPQualifierDecl.h"
