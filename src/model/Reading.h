@@ -31,6 +31,10 @@ class Reading {
     virtual boost::shared_ptr<ICIMClass> FetchClass(const std::string& name, const std::string& key,
                                                     TCIMContext context) = 0;
 
+    /// A class that is initialised and not added.
+    virtual boost::shared_ptr<ICIMClass> AllocateClass(const std::string& name,
+                                                       boost::shared_ptr<TCimHTTPClass> superClass) = 0;
+
     /// Fills a class that is new and not the root class.
     virtual void Define(TCimHTTPClass& cls) = 0;
 

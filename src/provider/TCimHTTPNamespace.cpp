@@ -147,15 +147,7 @@ std::string TCimHTTPNamespace::NormalizeName(const std::string& name) { return N
 boost::shared_ptr<ICIMClass> TCimHTTPNamespace::AllocateClass(const std::string& name,
                                                               boost::shared_ptr<ICIMClass> superClass,
                                                               TCIMContext /*context*/) {
-    try {
-        return MakeClass(name, boost::dynamic_pointer_cast<TCimHTTPClass>(superClass));
-    } catch (const Pegasus::Exception& exception) {
-        RemoteFailure failure = RemoteFailureOf(exception);
-        LogError("TCimHTTPNamespace::AllocateClass " + name + ": " + failure.text);
-        const std::uint32_t code = StatusCodeOf(failure);
-        fReport.Fail(std::move(failure));
-        throw TVYXException(code);
-    }
+    return GetReading()->AllocateClass(name, boost::dynamic_pointer_cast<TCimHTTPClass>(superClass));
 }
 
 boost::shared_ptr<TCimHTTPClass> TCimHTTPNamespace::MakeClass(const std::string& name,

@@ -104,9 +104,25 @@ void CompatibleReading::BuildClass(const Pegasus::CIMClass& names, TCIMContext c
     const auto& superClassName = names.getSuperClassName();
     const auto superClass =
         nameSpace->GetClass(superClassName.isNull() ? "" : ToStdString(superClassName), TCIMContext());
-    const auto cls = nameSpace->MakeClass(name, boost::dynamic_pointer_cast<TCimHTTPClass>(superClass));
+    const auto cls = nameSpace->AllocateClass(name, superClass, TCIMContext());
     nameSpace->StampClass(*cls, context);
     cls->AddToNamespace(context);
+}
+
+boost::shared_ptr<ICIMClass> CompatibleReading::AllocateClass(const std::string& name,
+                                                              boost::shared_ptr<TCimHTTPClass> superClass) {
+    const auto nameSpace = LockNamespace();
+    try {
+        return nameSpace->MakeClass(name, superClass);
+    } catch (const Pegasus::Exception& exception) {
+        if (!fLookups.empty()) {
+            throw;
+        }
+        const RemoteFailure failure = RemoteFailureOf(exception);
+        LogError("TCimHTTPNamespace::AllocateClass " + name + ": " + failure.text);
+        nameSpace->Report().Fail(failure);
+        throw TVYXException(StatusCodeOf(failure));
+    }
 }
 
 void CompatibleReading::Define(TCimHTTPClass& cls) {

@@ -159,6 +159,10 @@ void FaithfulReading::Fill(TCimHTTPClass& cls, Pegasus::CIMClass& definition) {
     }
 }
 
+boost::shared_ptr<ICIMClass> FaithfulReading::AllocateClass(const std::string& name, TClassPointer superClass) {
+    return LockNamespace()->MakeClass(name, superClass);
+}
+
 void FaithfulReading::Define(TCimHTTPClass& cls) {
     const auto nameSpace = LockNamespace();
     nameSpace->Report().BeginOperation();

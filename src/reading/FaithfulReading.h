@@ -37,6 +37,8 @@ class FaithfulReading : public Reading {
     /// One request, and one for all qualifier declarations at the first class.
     boost::shared_ptr<ICIMClass> FetchClass(const std::string& name, const std::string& key,
                                             TCIMContext context) override;
+    boost::shared_ptr<ICIMClass> AllocateClass(const std::string& name,
+                                               boost::shared_ptr<TCimHTTPClass> superClass) override;
     void Define(TCimHTTPClass& cls) override;
     boost::shared_ptr<ICIMClass> FetchSuperClass(TCimHTTPClass& cls) override;
 
