@@ -210,6 +210,11 @@ void CompatibleReading::AddInstance(TCimHTTPClass& cls, const Pegasus::CIMInstan
             TCIMValue value;
             pegValToVYX(property.getValue(), property.getType(), property.isArray(), texts, value);
             instance->SetPropertyValue(name, value, TCIMContext());
+            if (value.IsNull() && !property.getValue().isNull()) {
+                report.Add(IncidentOf(cls, ReadingIncident::Cause::kBadValue, ToStdString(remote.getPath().toString()),
+                                      ToStdString(property.getName()),
+                                      "a compatible namespace has no embedded objects and no arrays of references"));
+            }
         } catch (...) {
             const std::string name = ToStdString(property.getName());
             LogError("TCimHTTPClass::EnumerateInstances - Unable to retrieve property: " + name);

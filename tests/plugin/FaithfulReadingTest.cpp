@@ -760,7 +760,12 @@ TEST_F(FaithfulReadingTest, ACompatibleNamespaceTellsItsFailuresAndIncidents) {
                        DeviceXml("TEST_Disk", "d1"));
     Instances(*nameSpace, "TEST_Disk", false);
     EXPECT_FALSE(nameSpace->LastFailure());
-    EXPECT_THAT(Causes(nameSpace->Incidents()), ElementsAre(Cause::kBadValue, Cause::kDoubledPath));
+    EXPECT_THAT(Causes(nameSpace->TakeIncidents()), ElementsAre(Cause::kBadValue, Cause::kDoubledPath));
+    const std::string embedded = "<PROPERTY NAME=\"Part\" TYPE=\"string\" EmbeddedObject=\"instance\">";
+    Thing(*nameSpace, embedded + "</PROPERTY>",
+          embedded + "<VALUE>&lt;INSTANCE CLASSNAME=\"TEST_Part\"/&gt;</VALUE></PROPERTY>");
+    ASSERT_THAT(Causes(nameSpace->Incidents()), ElementsAre(Cause::kBadValue));
+    EXPECT_EQ(nameSpace->Incidents().First()[0].property, "Part");
     fServer.Fail("EnumerateInstances", "TEST_Tape", 1, "it broke");
     EXPECT_THAT(Instances(*nameSpace, "TEST_Tape", false), IsEmpty());
     EXPECT_EQ(nameSpace->LastFailure()->cimStatus, 1U);
