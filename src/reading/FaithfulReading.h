@@ -1,19 +1,12 @@
 #pragma once
 
-#include <Pegasus/Client/CIMClient.h>
-
 #include <boost/weak_ptr.hpp>
 
-#include <map>
-#include <set>
 #include <string>
-#include <vector>
 
-#include "cimhttp/RemoteFailure.h"
 #include "model/Reading.h"
-#include "reading/DefinitionReader.h"
+#include "reading/FaithfulClasses.h"
 #include "reading/LastReadings.h"
-#include "reading/SentClasses.h"
 
 namespace NQORVYX20 {
 
@@ -54,37 +47,20 @@ class FaithfulReading : public Reading {
     void End() override;
 
   private:
-    using TClassPointer = boost::shared_ptr<TCimHTTPClass>;
+    using TClassPointer = FaithfulClasses::TClassPointer;
     using TInstances = LastReadings::TInstances;
 
     boost::shared_ptr<TCimHTTPNamespace> LockNamespace() const;
 
-    /// Makes a request; its failure is the operation's. `what` begins the line in the log.
-    template <typename Request>
-    auto Ask(const std::string& what, const Request& request);
-    [[noreturn]] void Fail(const std::string& what, const RemoteFailure& failure);
-
-    TClassPointer Build(Pegasus::CIMClass& definition, TCIMContext context);
-    void Fill(TCimHTTPClass& cls, Pegasus::CIMClass& definition);
-    void Link(const TClassPointer& cls, const TClassPointer& superClass);
-    std::vector<TClassPointer> BuildAll(Pegasus::Array<Pegasus::CIMClass>& definitions);
-    void LinkToKnown(const TClassPointer& cls);
-
-    TClassPointer ClassOf(const std::string& name, std::map<std::string, TClassPointer>& met);
-    TClassPointer FetchClassOf(const std::string& name);
-    TClassPointer TryClassOf(const std::string& name, std::string& reason);
+    TInstances ReadInstances(TCimHTTPClass& cls, bool deep, const Pegasus::CIMPropertyList& properties);
+    void Keep(Pegasus::CIMInstance& remote, const TClassPointer& cls, InstanceReader& reader, TInstances& instances);
     boost::shared_ptr<TFaithfulInstance> MakeInstance(Pegasus::CIMInstance& remote, const Pegasus::CIMObjectPath& path,
                                                       const TClassPointer& cls, InstanceReader& reader,
                                                       std::string& key);
-    TInstances ReadInstances(TCimHTTPClass& cls, bool deep, const Pegasus::CIMPropertyList& properties);
     TClassPointer ClassOfPath(const TCIMReference& reference);
 
     boost::weak_ptr<TCimHTTPNamespace> fNamespace;
-    DefinitionReader fDefinitions;
-    SentClasses fSentClasses;
-    bool fGivesClasses = true;                   // false when the server does not know the operation
-    std::set<std::string> fWithAllSubClasses;    // the classes whose direct subclasses are linked
-    std::map<std::string, std::size_t> fHeights; // how many classes are linked below, one under the other
+    FaithfulClasses fClasses;
     LastReadings fReadings;
 };
 
