@@ -174,7 +174,7 @@ TCIMReference ToHostReference(const Pegasus::CIMObjectPath& path) {
     if (!path.getClassName().isNull()) {
         reference.SetClassName(ToStdString(path.getClassName()));
     }
-    const auto keys = path.getKeyBindings();
+    const auto& keys = path.getKeyBindings();
     for (Pegasus::Uint32 i = 0; i < keys.size(); ++i) {
         reference.AddKeyValue(ToStdString(keys[i].getName()), HostKeyValue(keys[i], ECIMType::eCIMUnknown));
     }

@@ -152,7 +152,7 @@ boost::shared_ptr<ICIMClass> TCimHTTPNamespace::AllocateClass(const std::string&
 
 boost::shared_ptr<TCimHTTPClass> TCimHTTPNamespace::MakeClass(const std::string& name,
                                                               boost::shared_ptr<TCimHTTPClass> superClass) {
-    const auto cls = boost::make_shared<TCimHTTPClass>(shared_from_this(), name, superClass);
+    auto cls = boost::make_shared<TCimHTTPClass>(shared_from_this(), name, superClass);
     cls->Initialize();
     return cls;
 }

@@ -82,7 +82,7 @@ FaithfulClasses::TClassPointer FaithfulClasses::Fetch(const std::string& name, T
 
 FaithfulClasses::TClassPointer FaithfulClasses::Build(Pegasus::CIMClass& definition, TCIMContext context) {
     const auto nameSpace = LockNamespace();
-    const auto cls = boost::make_shared<TCimHTTPClass>(nameSpace, NameText(definition.getClassName()), TClassPointer());
+    auto cls = boost::make_shared<TCimHTTPClass>(nameSpace, NameText(definition.getClassName()), TClassPointer());
     Fill(*cls, definition);
     nameSpace->StampClass(*cls, context);
     nameSpace->AddClass(cls);
@@ -129,7 +129,7 @@ FaithfulClasses::TClassPointer FaithfulClasses::TryClassOf(const std::string& na
     const auto nameSpace = LockNamespace();
     reason = "the host cannot keep a class of this name";
     try {
-        const auto known = nameSpace->FindClass(NormalizeName(name));
+        auto known = nameSpace->FindClass(NormalizeName(name));
         if (known || !fGivesClasses) {
             return known;
         }
@@ -160,7 +160,7 @@ void FaithfulClasses::DeclareWhatIsSent(TCimHTTPClass& cls, Pegasus::CIMInstance
 // --- The hierarchy -----------------------------------------------------------------------------------------------
 
 FaithfulClasses::TClassPointer FaithfulClasses::FetchSuperClass(TCimHTTPClass& cls) {
-    const auto superClass =
+    auto superClass =
         boost::dynamic_pointer_cast<TCimHTTPClass>(LockNamespace()->GetClass(cls.GetSuperClassName(), TCIMContext()));
     Link(cls.shared_from_this(), superClass);
     return superClass;

@@ -84,7 +84,7 @@ InstancePath PathOf(const Pegasus::CIMObjectPath& path, const ICIMClass& cls, co
     const std::string className = ToStdString(path.getClassName());
     result.reference.SetClassName(className);
     result.key += LowerCase(className);
-    const auto keys = path.getKeyBindings();
+    const auto& keys = path.getKeyBindings();
     for (Pegasus::Uint32 i = 0; i < keys.size(); ++i) {
         const std::string name = ToStdString(keys[i].getName());
         const TCIMValue value = HostKeyValue(keys[i], DeclaredType(cls, name));
@@ -103,7 +103,7 @@ Pegasus::CIMObjectPath RemotePathOf(const TCIMReference& reference, const ICIMCl
         throw TVYXException(kNotFound);
     }
     Pegasus::Array<Pegasus::CIMKeyBinding> keys;
-    const auto given = path.getKeyBindings();
+    const auto& given = path.getKeyBindings();
     for (Pegasus::Uint32 i = 0; i < given.size(); ++i) {
         const auto type = DeclaredType(cls, ToStdString(given[i].getName()));
         keys.append(Pegasus::CIMKeyBinding(given[i].getName(), given[i].getValue(), KindOf(type, given[i].getType())));

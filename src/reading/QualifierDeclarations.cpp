@@ -35,7 +35,7 @@ void RegisterAsShown(TCimHTTPNamespace& nameSpace, Pegasus::CIMQualifier& qualif
 
 /// Passes an exception on when the server cannot be asked at all; otherwise says in the log that it was of no use.
 RemoteFailure Unused(const Pegasus::Exception& exception, const std::string& what) {
-    const RemoteFailure failure = RemoteFailureOf(exception);
+    RemoteFailure failure = RemoteFailureOf(exception);
     if (IsConnectionAtFault(failure)) {
         throw; // it is called while an exception is handled
     }

@@ -33,7 +33,7 @@ boost::shared_ptr<ICIMQualifierDecl> KeyDeclaration(TCimHTTPNamespace& nameSpace
 }
 
 bool IsKeyOf(const Pegasus::CIMName& name, const Pegasus::CIMObjectPath& path) {
-    const auto keys = path.getKeyBindings();
+    const auto& keys = path.getKeyBindings();
     for (Pegasus::Uint32 i = 0; i < keys.size(); ++i) {
         if (keys[i].getName().equal(name)) {
             return true;
