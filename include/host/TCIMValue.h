@@ -108,10 +108,9 @@ class TCIMValue {
     /// reference.
     std::string GetReferencedClass() const;
 
-    /// The value as text: booleans `true` and `false`, integers in `base` (2 to 36), reals in the shortest form that
-    /// reads back the same (or `nan`, `inf`, `-inf`), char16 as UTF-8, date-times as their 25 characters, references as
-    /// their path, arrays as `{a, b}`, null as the empty text. Throws TVYXException 14 for an integer in another base.
-    /// Does not depend on the locale.
+    /// The value as text: booleans `true` and `false`, integers in `base` (2 to 36, any other counts as 10), reals in
+    /// the shortest form that reads back the same (or `nan`, `inf`, `-inf`), char16 as UTF-8, date-times as their 25
+    /// characters, references as their path, arrays as `{a, b}`, null as the empty text. Does not depend on the locale.
     std::string ToString(unsigned char base) const;
 
     // Numbers convert to every number type that can hold the value exactly (not a number and the infinities to both
