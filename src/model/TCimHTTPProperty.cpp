@@ -20,8 +20,6 @@ namespace {
 using ECIMType = TCIMValue::TCIMType::ECIMType;
 
 constexpr unsigned char kDecimal = 10;
-constexpr unsigned char kSmallestBase = 2;
-constexpr unsigned char kLargestBase = 36;
 
 bool IsUnsigned(ECIMType type) {
     return type == ECIMType::eCIMUint8 || type == ECIMType::eCIMUint16 || type == ECIMType::eCIMUint32 ||
@@ -66,9 +64,7 @@ std::string TextInTable(const TCIMValue& value, const std::vector<Row>& rows, co
 
 std::string TextWithBase(const TCIMValue& value, const DisplayQualifiers& qualifiers) {
     static const DisplayQualifiers::TName kBase("BASE");
-    const unsigned char base = qualifiers.GetUint8(kBase).value_or(kDecimal);
-    const bool isBase = base >= kSmallestBase && base <= kLargestBase;
-    return value.ToString(isBase ? base : kDecimal);
+    return value.ToString(qualifiers.GetUint8(kBase).value_or(kDecimal));
 }
 
 std::string TextWithUnits(const TCIMValue& value, const std::string& units, const DisplayQualifiers& qualifiers) {
@@ -273,8 +269,9 @@ bool TCimHTTPProperty::BuildValueMapEntryArray(std::vector<TValueMapEntry>& tabl
     return true;
 }
 
-std::string TCimHTTPProperty::LookupInTable(const TCIMValue& value, const std::vector<TValueMapEntry>& table,
-                                            const std::string& defaultText) const {
+// A host that was built on its own links this operation by its signature, hence no const for what it only reads.
+std::string TCimHTTPProperty::LookupInTable(const TCIMValue& value, std::vector<TValueMapEntry>& table,
+                                            std::string& defaultText) const {
     return TextInTable(value, table, defaultText);
 }
 

@@ -194,6 +194,23 @@ TEST_F(InstanceTest, InstancesOfAClassWithoutKeysStayDistinct) {
     EXPECT_EQ(Instances(*FetchClass(*fNamespace, "TEST_Sample")).size(), 2U);
 }
 
+TEST_F(InstanceTest, InstancesOfAClassWithoutKeysStayDistinctAlsoWhereTheirValuesAreEqual) {
+    ServeClass("TEST_Sample", "", PropertyXml("Value", "uint32"));
+    const std::string sample = "<VALUE.NAMEDINSTANCE><INSTANCENAME CLASSNAME=\"TEST_Sample\"/><INSTANCE "
+                               "CLASSNAME=\"TEST_Sample\">" +
+                               PropertyXml("Value", "uint32", ValueXml("1")) + "</INSTANCE></VALUE.NAMEDINSTANCE>";
+    ServeInstances("TEST_Sample", sample + sample + sample);
+    const auto cls = FetchClass(*fNamespace, "TEST_Sample");
+    const auto samples = Instances(*cls);
+    ASSERT_EQ(samples.size(), 3U);
+    for (const auto& instance : samples) {
+        EXPECT_EQ(cls->GetInstance(instance->BuildPath(TCIMContext()), TCIMContext()), instance);
+        EXPECT_TRUE(*instance == *samples[0]);
+    }
+    cls->RemoveInstance(samples[1]);
+    EXPECT_THAT(Instances(*cls), ElementsAre(samples[0], samples[2]));
+}
+
 TEST_F(InstanceTest, AnUndeclaredPropertyIsLoggedAndTheRestIsKept) {
     ServeInstances("TEST_Disk", InstanceXml("TEST_Disk", "Name", "sda",
                                             PropertyXml("Vendor", "string", ValueXml("ACME")) +
