@@ -204,7 +204,7 @@ TEST_F(ProgramTest, ANarrowTableKeepsTheHealthOfWhatItLists) {
 
 TEST_F(ProgramTest, ChosenPropertiesAreTheColumnsInTheOrderGiven) {
     EXPECT_EQ(Run({"instances", "TEST_Disk", "--property", "size", "--property", "Vendor"}).output,
-              " Size  Vendor\n-----  ------\n12345  -\n    7  -\n");
+              " Size  Vendor\n-----  ------\n12345  –\n    7  –\n");
 }
 
 TEST_F(ProgramTest, ValuesReadByTheirMapsUnitsAndNullTexts) {
@@ -221,7 +221,7 @@ TEST_F(ProgramTest, RawValuesAreThePlainOnes) {
     EXPECT_EQ(Run({"instances", "TEST_Pump", "--raw"}).output, //
               "Name  Level  Modes   Size  State\n"
               "----  -----  ------  ----  -----\n"
-              "p1        -  {1, 2}  1536      2\n"
+              "p1        –  {1, 2}  1536      2\n"
               "p2        7  {}         7      3\n");
 }
 
