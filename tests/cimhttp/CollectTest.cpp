@@ -174,6 +174,7 @@ TEST_F(CollectTest, WritesTheClassesWithTheirInstances) {
               {"qualifiers", json::object()}}}},
            {"instances",
             {{{"path", "TEST_Fan.Name=\"f1\""},
+              {"class", "TEST_Fan"},
               {"properties",
                {{"Name", {{"type", "string"}, {"value", "f1"}, {"text", "f1"}}},
                 {"Speed", {{"type", "uint32"}, {"value", nullptr}, {"text", ""}}},

@@ -345,16 +345,19 @@ TEST_F(DemoServerTest, AReaderThatGoesAwayIsNoFailureToTalkAbout) {
 
 TEST_F(DemoServerTest, WatchShowsOldAndNewValues) {
     const auto run =
-        Run({"watch", "DEMO_OperatingSystem", "--interval", "0", "--count", "1", "--property", "LocalDateTime"});
+        Run({"watch", "DEMO_OperatingSystem", "--interval", "0.001", "--count", "1", "--property", "LocalDateTime"});
     EXPECT_EQ(run.status, 0) << run.errors;
     EXPECT_THAT(run.output, testing::MatchesRegex("[0-9:]+  1 instance\n[0-9:]+  ~ DEMO_OperatingSystem.[^\n]*\n"
                                                   " +LocalDateTime: 20[^\n]* → 20[^\n]*\n"));
 }
 
 TEST_F(DemoServerTest, WatchAsJsonIsALineForEachChange) {
-    const std::string output = Output({"watch", "DEMO_OperatingSystem", "--interval", "0", "--count", "2", "--property",
-                                       "LocalDateTime", "-o", "json"});
+    const std::string output = Output({"watch", "DEMO_OperatingSystem", "--interval", "0.001", "--count", "2",
+                                       "--property", "LocalDateTime", "-o", "json"});
     std::istringstream lines(output);
+    std::string present;
+    std::getline(lines, present);
+    EXPECT_EQ(json::parse(present).at("change"), "present");
     int round = 0;
     for (std::string line; std::getline(lines, line);) {
         const json change = json::parse(line);
@@ -384,8 +387,9 @@ TEST_F(DemoServerTest, WatchEndsInGoodOrderWhenInterrupted) {
 }
 
 TEST_F(DemoServerTest, WatchRefusesAnImpossibleInterval) {
-    EXPECT_EQ(Run({"watch", "DEMO_StorageVolume", "--interval", "-1"}).status, 2);
-    EXPECT_EQ(Run({"watch", "DEMO_StorageVolume", "--interval", "nan"}).status, 2);
+    for (const char* interval : {"0", "-1", "nan", "86401"}) {
+        EXPECT_EQ(Run({"watch", "DEMO_StorageVolume", "--interval", interval}).status, 2) << interval;
+    }
 }
 
 TEST_F(DemoServerTest, InfoShowsTheCertificate) {

@@ -207,6 +207,39 @@ TEST_F(ProgramTest, ChosenPropertiesAreTheColumnsInTheOrderGiven) {
               " Size  Vendor\n-----  ------\n12345  –\n    7  –\n");
 }
 
+TEST_F(ProgramTest, PropertiesMayBeListedWithCommasAndAreShownOnce) {
+    const std::string table = " Size  Name\n-----  ----\n12345  sda\n    7  sdb\n";
+    EXPECT_EQ(Run({"instances", "TEST_Disk", "--property", "Size,Name"}).output, table);
+    EXPECT_EQ(Run({"instances", "TEST_Disk", "--property", "size,NAME,Size", "--property", "name"}).output, table);
+    EXPECT_THAT(Run({"watch", "TEST_Disk", "--count", "0", "--property", "Size,Colour"}).errors,
+                HasSubstr("no property Colour"));
+}
+
+TEST_F(ProgramTest, ATableHasEveryPropertyThatWasAskedForHoweverNarrowItIs) {
+    const auto run = Run({"instances", "TEST_Disk", "--property", "Name,Size"}, {"COLUMNS=10"});
+    EXPECT_EQ(run.output, "Name  Size\n----  ----\nsda   123…\nsdb      7\n");
+    EXPECT_EQ(run.errors, "cimhttp: numbers that end in … are cut off; -o plain shows all\n");
+    EXPECT_EQ(Run({"instances", "TEST_Disk", "--property", "Name,Size"}, {"COLUMNS=9"}).output,
+              "Name\n  sda\nSize\n  12345\n\nName\n  sdb\nSize\n  7\n");
+}
+
+TEST_F(ProgramTest, AnArrayInCsvIsAJsonArray) {
+    AnswerWithPump();
+    const auto run = Run({"instances", "TEST_Pump", "--property", "Modes", "-o", "csv"});
+    EXPECT_EQ(run.output, "Path,Property,Type,Value,Text\r\n"
+                          "\"TEST_Pump.Name=\"\"p1\"\"\",Modes,uint8[],\"[1,2]\",\"Slow, Fast\"\r\n"
+                          "\"TEST_Pump.Name=\"\"p2\"\"\",Modes,uint8[],[],\"\"\r\n");
+}
+
+TEST_F(ProgramTest, MofWritesNull) {
+    EXPECT_THAT(Run({"instances", "TEST_Disk", "-o", "mof"}).output, StartsWith("instance of TEST_Disk\n"
+                                                                                "{\n"
+                                                                                "    Name = \"sda\";\n"
+                                                                                "    Size = 12345;\n"
+                                                                                "    Vendor = NULL;\n"
+                                                                                "};\n"));
+}
+
 TEST_F(ProgramTest, ValuesReadByTheirMapsUnitsAndNullTexts) {
     AnswerWithPump();
     EXPECT_EQ(Run({"instances", "TEST_Pump"}).output, //
@@ -280,7 +313,11 @@ TEST_F(ProgramTest, APathThatIsNoneIsExplained) {
         {"T.Name=\"a", "behind 'T.Name=\"a' there should be the quote that ends the text"},
         {"T.Name=\"a\\\"", "behind 'T.Name=\"a\\\"' there should be the quote that ends the text"},
         {"T.Name=\"a\"x", "behind 'T.Name=\"a\"' there should be a comma or the end"},
+        {"T=a", "behind 'T=' there should be a text in double quotes"},
+        {"/root/cimv2:2T.Name=\"a:b\"", "behind '/root/cimv2:' there should be the name of a class"},
         {"//server.example/root/cimv2:T.Number=1,", "behind '//server.example/root/cimv2:T.Number=1,' there should be"},
+        {"server.example:5988/root/cimv2:T.Name=a", "behind 'server.example:5988/root/cimv2:T.Name=' there should be"},
+        {"http://[::1]:5988/root/cimv2:T.Name=a", "behind 'http://[::1]:5988/root/cimv2:T.Name=' there should be"},
     };
     for (const auto& [path, explanation] : paths) {
         ExpectOneLine(Run({"instance", path}), 2, explanation);

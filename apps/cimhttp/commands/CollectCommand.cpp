@@ -2,7 +2,6 @@
 
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstdlib>
@@ -17,7 +16,7 @@
 #include "connection/Connection.h"
 #include "connection/Session.h"
 #include "output/OutputFile.h"
-#include "text/Pattern.h"
+#include "text/NameList.h"
 #include "text/TerminalText.h"
 #include "waiting/Interrupt.h"
 #include "waiting/ProgressBar.h"
@@ -63,19 +62,6 @@ RequestedClasses ReadDocument(const Plugin& plugin, const std::string& path) {
         throw Failure(Failure::kUsage, path + " names no class");
     }
     return requested;
-}
-
-/// Each name once, in the order of their first places; case does not tell class names apart (DSP0004 5.1.2.1).
-std::vector<std::string> WithoutRepetitions(const std::vector<std::string>& names) {
-    std::vector<std::string> distinct;
-    for (const std::string& name : names) {
-        const bool is_known = std::any_of(distinct.begin(), distinct.end(),
-                                          [&](const std::string& other) { return IsSameName(name, other); });
-        if (!is_known) {
-            distinct.push_back(name);
-        }
-    }
-    return distinct;
 }
 
 void ReportFailures(Collector& collector, ProgressBar& bar, std::ostream& errors) {
@@ -151,7 +137,7 @@ int CollectCommand::Run(const CommandContext& context) {
     const auto requested = ReadDocument(plugin, document_);
     const Connection connection = ConnectionOf(context.options, requested.settings, document_);
     const auto file = out_file_.empty() ? std::nullopt : std::optional<OutputFile>(out_file_);
-    const auto names = WithoutRepetitions(requested.names);
+    const auto names = DistinctNames(requested.names);
     const Session session = context.ConnectTo(plugin, connection);
     const InterruptScope interrupts;
     Collector collector(session, names);

@@ -66,7 +66,7 @@ void Collector::Run(State& state, const BackgroundTask::Notify& notify) {
         Collection::Class cls;
         try {
             cls.definition = state.session.Class(*name);
-            cls.instances = state.session.Instances(*cls.definition, false);
+            cls.instances = state.session.Instances(*cls.definition, false, {});
             state.Add(std::move(cls));
         } catch (const Failure& failure) {
             if (EndsReading(failure, cls)) {

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "FailureLog.h"
-#include "commands/InstanceFilter.h"
+#include "commands/InstanceReader.h"
 #include "commands/InstanceWriter.h"
 #include "connection/Session.h"
 #include "host/ICIMClass.h"
@@ -50,26 +50,24 @@ CommandDescription InstancesCommand::Describe() {
 int InstancesCommand::Run(const CommandContext& context) {
     Session session = context.Connect();
     const PluginAccess& access = session.LoadedPlugin().Access();
-    const auto cls = session.Class(name_);
-    const InstanceFilter filter(conditions_, *cls);
-    const InstanceSelection selection{properties_.empty() ? PropertiesOf(*cls) : PropertiesOf(*cls, properties_),
-                                      properties_.empty(), raw_};
+    const InstanceQuery query(properties_, conditions_);
+    InstanceReader reader(session, name_, query, deep_);
     const OutputFormat format = context.Format(*this);
     const std::size_t errors_before = context.log.ErrorCount();
-    const Instances all = session.Instances(*cls, deep_);
-    const bool lacks_some = deep_ && LacksWhatSubclassesAdd(*cls, errors_before, context.log);
-    const Instances instances = filter.Selected(all, access);
-    if (instances.empty() && !all.empty()) {
+    const auto [properties, instances, count] = reader.Read();
+    const bool lacks_some = deep_ && LacksWhatSubclassesAdd(reader.Class(), errors_before, context.log);
+    if (instances.empty() && count > 0) {
         context.errors << "cimhttp: no instance matches; without --where there "
-                       << (all.size() == 1 ? "is 1" : "are " + std::to_string(all.size())) << '\n';
+                       << (count == 1 ? "is 1" : "are " + std::to_string(count)) << '\n';
         if (format == OutputFormat::kTable || format == OutputFormat::kPlain) {
             return 0; // that was for people; programs get an empty list
         }
     }
-    WriteInstances(instances, selection, format, access, context);
-    if (lacks_some && properties_.empty()) {
+    WriteInstances(instances, {properties, query.NamesProperties(), !query.NamesProperties(), false, raw_}, format,
+                   access, context);
+    if (lacks_some && !query.NamesProperties()) {
         context.output.flush(); // on a terminal, the remark stands below
-        context.errors << "cimhttp: what subclasses add to " << cls->GetName(NQORVYX20::TCIMContext())
+        context.errors << "cimhttp: what subclasses add to " << reader.ClassName()
                        << " is left out; 'instances' with the name of the subclass shows it\n";
     }
     return 0;

@@ -17,6 +17,7 @@ namespace {
 using NQORVYX20::ICIMClass;
 using NQORVYX20::ICIMInstance;
 using NQORVYX20::TCIMContext;
+using NQORVYX20::TCIMValue;
 using NQORVYX20::TVYXException;
 
 constexpr const char* kNotValid = "its definition is not valid";
@@ -36,6 +37,16 @@ Attendant::Limit LimitOf(const Connection& connection) {
                                NoConnection(connection, "it took longer than " + std::to_string(seconds) +
                                                             (seconds == 1 ? " second" : " seconds")));
             }};
+}
+
+/// What a reading of instances is asked with.
+TCIMContext ReadingContext(const std::vector<std::string>& properties) {
+    TCIMContext context;
+    if (!properties.empty()) {
+        const std::vector<TCIMValue> names(properties.begin(), properties.end());
+        context.emplace("cimhttp.properties", TCIMValue(TCIMValue::TCIMType::eCIMString, 0, names));
+    }
+    return context;
 }
 
 /// The name of the class in an object path.
@@ -198,7 +209,8 @@ void Session::FailAboutUnknownClass(const std::string& name) {
     throw NoSuchClass(name, Server(), classes);
 }
 
-std::vector<boost::shared_ptr<ICIMInstance>> Session::Instances(ICIMClass& cls, bool deep) {
+std::vector<boost::shared_ptr<ICIMInstance>> Session::Instances(ICIMClass& cls, bool deep,
+                                                                const std::vector<std::string>& properties) {
     const std::string name = cls.GetName(TCIMContext());
     const auto read = [&] {
         std::vector<boost::shared_ptr<ICIMInstance>> instances;
@@ -207,7 +219,7 @@ std::vector<boost::shared_ptr<ICIMInstance>> Session::Instances(ICIMClass& cls, 
                 instances.push_back(instance);
                 return true;
             },
-            deep, TCIMContext());
+            deep, ReadingContext(properties));
         return instances;
     };
     log_.TakeReason();

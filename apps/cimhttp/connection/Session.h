@@ -66,8 +66,10 @@ class Session {
     /// those with names like it.
     boost::shared_ptr<NQORVYX20::ICIMClass> Class(const std::string& name);
 
-    /// The instances of a class, in the order of their paths.
-    std::vector<boost::shared_ptr<NQORVYX20::ICIMInstance>> Instances(NQORVYX20::ICIMClass& cls, bool deep);
+    /// The instances of a class, with `deep` those of its subclasses, too, in the order of their paths. The properties
+    /// with these names are wanted, or all without names; the others may be null.
+    std::vector<boost::shared_ptr<NQORVYX20::ICIMInstance>> Instances(NQORVYX20::ICIMClass& cls, bool deep,
+                                                                      const std::vector<std::string>& properties);
 
   private:
     boost::shared_ptr<NQORVYX20::ICIMClass> FindClass(const std::string& name);

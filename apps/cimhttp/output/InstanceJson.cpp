@@ -1,5 +1,6 @@
 #include "output/InstanceJson.h"
 
+#include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMProperty.h"
 #include "host/ICIMPropertyDecl.h"
@@ -19,39 +20,42 @@ std::string Head(const ICIMPropertyDecl& declaration) {
            ":{\"type\":" + JsonText(ElementTypeText(declaration.GetType(TCIMContext()))) + ",\"value\":";
 }
 
-void AppendText(const DisplayText& text, std::string& json) {
-    if (text.IsList()) {
-        AppendJsonTexts(text.Texts(), json);
-    } else {
-        AppendJsonText(text.Texts().front(), json);
-    }
-}
-
 } // namespace
 
-InstanceJson::InstanceJson(const std::vector<boost::shared_ptr<ICIMPropertyDecl>>& properties,
-                           const PluginAccess& access)
-    : access_(access) {
-    const char* separator = "";
-    for (const auto& declaration : properties) {
-        members_.push_back({declaration->GetName(TCIMContext()), separator + Head(*declaration)});
-        separator = ",";
-    }
+void InstanceJson::Append(const ICIMInstance& instance, std::string& json) {
+    json += '{';
+    AppendMembers(instance, json);
+    json += '}';
 }
 
-void InstanceJson::Append(const ICIMInstance& instance, std::string& json) const {
-    json += "{\"path\":";
-    AppendJsonText(instance.BuildPath(TCIMContext()).GetPath(), json);
-    json += ",\"properties\":{";
-    for (const Member& member : members_) {
+void InstanceJson::AppendMembers(const ICIMInstance& instance, std::string& json) {
+    const std::vector<Member>& members = MembersOf(instance);
+    json += "\"path\":";
+    AppendJsonText(PathOf(instance), json);
+    json += class_json_;
+    for (const Member& member : members) {
         const auto property = instance.GetProperty(member.name, TCIMContext());
         json += member.head;
         AppendJsonValue(property->GetValue(TCIMContext()), json);
         json += ",\"text\":";
-        AppendText(DisplayText(access_, *property), json);
+        DisplayText(access_, *property).AppendJson(json);
         json += '}';
     }
-    json += "}}";
+    json += '}';
+}
+
+const std::vector<InstanceJson::Member>& InstanceJson::MembersOf(const ICIMInstance& instance) {
+    auto cls = instance.GetClass(TCIMContext());
+    if (cls != last_class_) {
+        class_json_ = ",\"class\":" + JsonText(cls->GetName(TCIMContext())) + ",\"properties\":{";
+        members_.clear();
+        for (const auto& declaration : selector_.PropertiesFor(instance)) {
+            members_.push_back(
+                {declaration->GetName(TCIMContext()), (members_.empty() ? "" : ",") + Head(*declaration)});
+        }
+        last_class_ = std::move(cls);
+    }
+    return members_;
 }
 
 } // namespace cimhttp
