@@ -169,6 +169,12 @@ class TCIMValue {
     TContent fContent;
 };
 
+// A reference has values as keys, so that it can be copied only where they are known.
+inline TCIMReference::TCIMReference(const TCIMReference& other) = default;
+inline TCIMReference::TCIMReference(TCIMReference&& other) noexcept = default;
+inline TCIMReference& TCIMReference::operator=(const TCIMReference& other) = default;
+inline TCIMReference& TCIMReference::operator=(TCIMReference&& other) noexcept = default;
+
 /// Writes a readable name, `uint16` or `string[]`.
 std::ostream& operator<<(std::ostream& stream, const TCIMValue::TCIMType& type);
 

@@ -194,6 +194,97 @@ TEST(OwnSchema, OnlyAssociationsAreTraversedAlsoThoseThatReferToAnything) {
     EXPECT_THAT(found("ReferenceNames", "3"), IsEmpty());
 }
 
+/// Two nodes, and a link from the first one to another server, to another namespace and to the second one.
+std::string LinksThatLeadElsewhere() {
+    const std::string key = "<QUALIFIER NAME='Key' TYPE='boolean'><VALUE>TRUE</VALUE></QUALIFIER>";
+    const auto node = [](const std::string& id) {
+        return Object("<INSTANCE CLASSNAME='MY_Node'><PROPERTY NAME='Id' TYPE='uint8'><VALUE>" + id +
+                      "</VALUE></PROPERTY></INSTANCE>");
+    };
+    const auto name = [](const std::string& id) {
+        return "<INSTANCENAME CLASSNAME='MY_Node'><KEYBINDING NAME='Id'><KEYVALUE VALUETYPE='numeric'>" + id +
+               "</KEYVALUE></KEYBINDING></INSTANCENAME>";
+    };
+    const auto reference = [](const std::string& role, const std::string& path) {
+        return "<PROPERTY.REFERENCE NAME='" + role + "'><VALUE.REFERENCE>" + path +
+               "</VALUE.REFERENCE></PROPERTY.REFERENCE>";
+    };
+    const std::string space =
+        "<LOCALNAMESPACEPATH><NAMESPACE NAME='root'/><NAMESPACE NAME='far'/></LOCALNAMESPACEPATH>";
+    return Document(
+        Object("<CLASS NAME='MY_Node'><PROPERTY NAME='Id' TYPE='uint8'>" + key + "</PROPERTY></CLASS>") +
+        Object("<CLASS NAME='MY_Link'><QUALIFIER NAME='Association' TYPE='boolean'><VALUE>TRUE</VALUE></QUALIFIER>"
+               "<PROPERTY.REFERENCE NAME='From'>" +
+               key +
+               "</PROPERTY.REFERENCE><PROPERTY.REFERENCE NAME='Abroad'/><PROPERTY.REFERENCE NAME='NextDoor'/>"
+               "<PROPERTY.REFERENCE NAME='To'/></CLASS>") +
+        node("1") + node("2") +
+        Object("<INSTANCE CLASSNAME='MY_Link'>" + reference("From", name("1")) +
+               reference("Abroad", "<INSTANCEPATH><NAMESPACEPATH><HOST>other.example:5988</HOST>" + space +
+                                       "</NAMESPACEPATH>" + name("7") + "</INSTANCEPATH>") +
+               reference("NextDoor", "<LOCALINSTANCEPATH>" + space +
+                                         "<INSTANCENAME CLASSNAME='THEIR_Node'><KEYBINDING NAME='On'>"
+                                         "<KEYVALUE VALUETYPE='boolean'>TRUE</KEYVALUE></KEYBINDING></INSTANCENAME>"
+                                         "</LOCALINSTANCEPATH>") +
+               reference("To", name("2")) + "</INSTANCE>"));
+}
+
+TEST(OwnSchema, ReferencesThatLeadElsewhereAreServedAsTheyAreWritten) {
+    demo::DemoServerOptions options;
+    options.address = support::LoopbackAddress();
+    options.schemas.push_back({"links.xml", LinksThatLeadElsewhere()});
+    const demo::DemoServer server(std::move(options));
+    const auto links = Call("EnumerateInstances", {Class("MY_Link")});
+    const auto instance = links.First().child("INSTANCE");
+    const std::string space =
+        "<LOCALNAMESPACEPATH><NAMESPACE NAME=\"root\"/><NAMESPACE NAME=\"far\"/></LOCALNAMESPACEPATH>";
+    EXPECT_THAT(cim::RawChildren(cim::Named(instance, "Abroad")),
+                ElementsAre("<VALUE.REFERENCE><INSTANCEPATH><NAMESPACEPATH><HOST>other.example:5988</HOST>" + space +
+                            "</NAMESPACEPATH><INSTANCENAME CLASSNAME=\"MY_Node\"><KEYBINDING NAME=\"Id\">"
+                            "<KEYVALUE VALUETYPE=\"numeric\">7</KEYVALUE></KEYBINDING></INSTANCENAME></INSTANCEPATH>"
+                            "</VALUE.REFERENCE>"));
+    EXPECT_THAT(cim::RawChildren(cim::Named(instance, "NextDoor")),
+                ElementsAre("<VALUE.REFERENCE><LOCALINSTANCEPATH>" + space +
+                            "<INSTANCENAME CLASSNAME=\"THEIR_Node\"><KEYBINDING NAME=\"On\"><KEYVALUE "
+                            "VALUETYPE=\"boolean\">TRUE</KEYVALUE></KEYBINDING></INSTANCENAME></LOCALINSTANCEPATH>"
+                            "</VALUE.REFERENCE>"));
+}
+
+TEST(OwnSchema, AssociationsDoNotLeadElsewhere) {
+    demo::DemoServerOptions options;
+    options.address = support::LoopbackAddress();
+    options.schemas.push_back({"links.xml", LinksThatLeadElsewhere()});
+    const demo::DemoServer server(std::move(options));
+    const auto found = Call("AssociatorNames", {Parameter("ObjectName", cim::InstanceName("MY_Node", {{"Id", "1"}}))});
+    EXPECT_THAT(cim::AttributesAt(found.Returned(), ".//INSTANCENAME", "CLASSNAME"), ElementsAre("MY_Node"));
+    EXPECT_STREQ(found.Returned().select_node(".//KEYVALUE").node().text().get(), "2");
+}
+
+TEST(OwnSchema, PropertiesCanHoldClassesAndInstances) {
+    demo::DemoServerOptions options;
+    options.address = support::LoopbackAddress();
+    options.schemas.push_back(
+        {"holder.xml",
+         Document("<QUALIFIER.DECLARATION NAME='EmbeddedObject' TYPE='boolean'><SCOPE PROPERTY='true'/>"
+                  "</QUALIFIER.DECLARATION>" +
+                  Object("<CLASS NAME='MY_Holder'><PROPERTY NAME='Id' TYPE='uint8'>"
+                         "<QUALIFIER NAME='Key' TYPE='boolean'><VALUE>TRUE</VALUE></QUALIFIER></PROPERTY>"
+                         "<PROPERTY NAME='Held' TYPE='string'><QUALIFIER NAME='EmbeddedObject' TYPE='boolean'>"
+                         "<VALUE>TRUE</VALUE></QUALIFIER></PROPERTY><PROPERTY NAME='Text' TYPE='string'/></CLASS>") +
+                  Object("<INSTANCE CLASSNAME='MY_Holder'><PROPERTY NAME='Id' TYPE='uint8'><VALUE>1</VALUE></PROPERTY>"
+                         "<PROPERTY NAME='Held' TYPE='string'><VALUE><![CDATA[<CLASS NAME=\"A\"/>]]></VALUE></PROPERTY>"
+                         "</INSTANCE>"))});
+    const demo::DemoServer server(std::move(options));
+    for (const char* const method : {"EnumerateInstances", "GetClass"}) {
+        const auto answer = Call(method, {Class("MY_Holder")});
+        const auto object = answer.First().child("INSTANCE") ? answer.First().child("INSTANCE") : answer.First();
+        EXPECT_STREQ(cim::Named(object, "Held").attribute("EmbeddedObject").value(), "object") << method;
+        EXPECT_FALSE(cim::Named(object, "Text").attribute("EmbeddedObject")) << method;
+    }
+    EXPECT_EQ(cim::ValueOf(Call("EnumerateInstances", {Class("MY_Holder")}).First().child("INSTANCE"), "Held"),
+              "<CLASS NAME=\"A\"/>");
+}
+
 TEST(OwnSchema, IsServedWithItsInstancesBesideTheBuiltInOne) {
     demo::DemoServerOptions options;
     options.address = support::LoopbackAddress();

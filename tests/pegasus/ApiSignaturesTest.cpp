@@ -111,6 +111,8 @@ static_assert(!made<CIMValue, const char*> && !made<CIMValue, const char (&)[2]>
 static_assert(isValue<CIMValue> && made<CIMValue, CIMType, Boolean> && made<CIMValue, CIMType, Boolean, Uint32>);
 static_assert(reads<CIMValue, CIMType>(&CIMValue::getType) && reads<CIMValue, Boolean>(&CIMValue::isArray));
 static_assert(reads<CIMValue, Boolean>(&CIMValue::isNull) && reads<CIMValue, Uint32>(&CIMValue::getArraySize));
+static_assert(reads<CIMValue, Boolean, Uint32>(&CIMValue::isNullElement));
+static_assert(made<CIMValue, const Array<String>&, const Array<Boolean>&>);
 static_assert(changes<CIMValue, void, CIMType, Boolean, Uint32>(&CIMValue::setNullValue));
 static_assert(reads<CIMValue, Boolean, const CIMValue&>(&CIMValue::equal) && isCompared<CIMValue>);
 static_assert(reads<CIMValue, String>(&CIMValue::toString));

@@ -112,6 +112,79 @@ TEST(CIMValueTest, SettingReplacesTypeAndContent) {
     EXPECT_EQ(copy, CIMValue(Uint8(1)));
 }
 
+template <class T>
+void expectNullElement(const T& scalar) {
+    const CIMValue full(arrayOf<T>({scalar, T(), scalar}));
+    SCOPED_TRACE(cimTypeToString(full.getType()));
+    const CIMValue value(arrayOf<T>({scalar, scalar, scalar}), arrayOf<Boolean>({false, true}));
+    EXPECT_EQ(value.getType(), full.getType());
+    EXPECT_TRUE(value.isArray());
+    EXPECT_FALSE(value.isNull());
+    ASSERT_EQ(value.getArraySize(), 3U);
+    EXPECT_FALSE(value.isNullElement(0));
+    EXPECT_TRUE(value.isNullElement(1));
+    EXPECT_FALSE(value.isNullElement(2));
+    EXPECT_EQ(value, CIMValue(arrayOf<T>({scalar, T(), scalar}), arrayOf<Boolean>({false, true, false})));
+    Array<T> items;
+    value.get(items);
+    EXPECT_EQ(CIMValue(items), full) << "a null element is read as T()";
+}
+
+TEST(CIMValueTest, AnElementOfAnArrayCanBeNull) {
+    expectNullElement<Boolean>(true);
+    expectNullElement<Uint8>(255);
+    expectNullElement<Sint8>(-128);
+    expectNullElement<Uint16>(65535);
+    expectNullElement<Sint16>(-32768);
+    expectNullElement<Uint32>(4294967295U);
+    expectNullElement<Sint32>(-1);
+    expectNullElement<Uint64>(1);
+    expectNullElement<Sint64>(-1);
+    expectNullElement<Real32>(1.5F);
+    expectNullElement<Real64>(-1e300);
+    expectNullElement<Char16>(Char16('x'));
+    expectNullElement<String>("text");
+    expectNullElement<CIMDateTime>(CIMDateTime(String("20261121083900.123456+060")));
+    expectNullElement<CIMObjectPath>("A.K=1");
+    expectNullElement<CIMInstance>(CIMInstance(CIMName("A")));
+    expectNullElement<CIMObject>(CIMClass(CIMName("A")));
+}
+
+TEST(CIMValueTest, ANullElementEqualsANullElementAlone) {
+    const Array<Uint8> items = arrayOf<Uint8>({1, 0});
+    const CIMValue value(items, arrayOf<Boolean>({false, true}));
+    EXPECT_NE(value, CIMValue(items)) << "the default is not null";
+    EXPECT_NE(CIMValue(items), value);
+    EXPECT_EQ(CIMValue(items), CIMValue(items, Array<Boolean>()));
+    EXPECT_NE(value, CIMValue(arrayOf<Uint8>({1, 0, 0}), arrayOf<Boolean>({false, true})));
+    EXPECT_NE(value, CIMValue(items, arrayOf<Boolean>({true, true})));
+    CIMValue copy;
+    copy = value;
+    EXPECT_EQ(copy, value);
+    EXPECT_TRUE(copy.isNullElement(1));
+}
+
+TEST(CIMValueTest, AnUninitialisedObjectInAnArrayIsANullElement) {
+    const CIMValue instances(arrayOf<CIMInstance>({CIMInstance(CIMName("A")), CIMInstance()}));
+    EXPECT_FALSE(instances.isNullElement(0));
+    EXPECT_TRUE(instances.isNullElement(1));
+    EXPECT_EQ(text(instances.toString()), "{A, NULL}");
+    const CIMValue objects(arrayOf<CIMObject>({CIMObject(), CIMClass(CIMName("A"))}));
+    EXPECT_TRUE(objects.isNullElement(0));
+    EXPECT_FALSE(objects.isNullElement(1));
+}
+
+TEST(CIMValueTest, OnlyElementsOfTheArrayCanBeNullOnes) {
+    const CIMValue value(arrayOf<String>({"a"}));
+    EXPECT_FALSE(value.isNullElement(0));
+    EXPECT_THROW(value.isNullElement(1), IndexOutOfBoundsException);
+    EXPECT_THROW(CIMValue(arrayOf<String>({"a"}), arrayOf<Boolean>({true})).isNullElement(1),
+                 IndexOutOfBoundsException);
+    EXPECT_THROW(CIMValue(String("a")).isNullElement(0), IndexOutOfBoundsException);
+    EXPECT_THROW(CIMValue(CIMTYPE_STRING, true).isNullElement(0), IndexOutOfBoundsException);
+    EXPECT_THROW(CIMValue(arrayOf<String>({"a"}), arrayOf<Boolean>({false, true})), IndexOutOfBoundsException);
+}
+
 TEST(CIMValueTest, ValuesHaveTexts) {
     const auto valueText = [](const CIMValue& value) { return text(value.toString()); };
     EXPECT_EQ(valueText(CIMValue()), "");
@@ -126,9 +199,10 @@ TEST(CIMValueTest, ValuesHaveTexts) {
     EXPECT_EQ(valueText(CIMValue(Char16(0xD800))), "\xEF\xBF\xBD");
     EXPECT_EQ(valueText(CIMValue(arrayOf<Uint8>({1, 2}))), "{1, 2}");
     EXPECT_EQ(valueText(CIMValue(Array<String>())), "{}");
+    EXPECT_EQ(valueText(CIMValue(arrayOf<Uint8>({1, 0, 2}), arrayOf<Boolean>({false, true}))), "{1, NULL, 2}");
     EXPECT_EQ(valueText(CIMValue(CIMObjectPath("A.K=1"))), "A.K=1");
     EXPECT_EQ(valueText(CIMValue(CIMInstance(CIMName("A")))), "A");
-    EXPECT_EQ(valueText(CIMValue(Array<CIMInstance>(1))), "{}");
+    EXPECT_EQ(valueText(CIMValue(Array<CIMInstance>(1))), "{NULL}");
 }
 
 // ---- CIMObjectPath ----

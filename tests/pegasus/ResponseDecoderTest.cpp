@@ -188,6 +188,18 @@ TEST(DecodeValueTest, ArraysKeepTheirOrderAndNullItemsAreDefaults) {
     EXPECT_EQ(std::vector<String>(texts.begin(), texts.end()), (std::vector<String>{"a", String(), String()}));
 }
 
+TEST(DecodeValueTest, NullItemsAreKnownAsSuch) {
+    const CIMValue numbers = decodeArray("uint16", "<VALUE>0</VALUE><VALUE.NULL/><VALUE.NULL/><VALUE>1</VALUE>");
+    EXPECT_FALSE(numbers.isNullElement(0));
+    EXPECT_TRUE(numbers.isNullElement(1));
+    EXPECT_TRUE(numbers.isNullElement(2));
+    EXPECT_FALSE(numbers.isNullElement(3));
+    EXPECT_NE(numbers, decodeArray("uint16", "<VALUE>0</VALUE><VALUE>0</VALUE><VALUE>0</VALUE><VALUE>1</VALUE>"));
+    const CIMValue texts = decodeArray("string", "<VALUE.NULL/><VALUE/>");
+    EXPECT_TRUE(texts.isNullElement(0));
+    EXPECT_FALSE(texts.isNullElement(1)) << "a text that is empty";
+}
+
 TEST(DecodeValueTest, AnEmptyArrayIsNotNull) {
     const CIMValue value = decodeArray("boolean", "");
     EXPECT_FALSE(value.isNull());
@@ -257,6 +269,8 @@ TEST(DecodeEmbeddedTest, ArraysHoldEmbeddedInstances) {
     ASSERT_EQ(instances.size(), 2U);
     EXPECT_EQ(instances[0].getClassName(), CIMName("B"));
     EXPECT_TRUE(instances[1].isUninitialized());
+    EXPECT_FALSE(property.getValue().isNullElement(0));
+    EXPECT_TRUE(property.getValue().isNullElement(1));
     EXPECT_TRUE(property.identical(property));
 }
 

@@ -104,20 +104,18 @@ void Session::Fail(const std::string& what, const std::string& reason) const {
 }
 
 std::vector<std::string> Session::ClassNames() {
-    log_.TakeReason();
-    auto names = Attended("the names of the classes", [&] { return plugin_.Access().ClassNames(*namespace_); });
-    const std::string reason = log_.TakeReason();
-    if (!reason.empty()) {
-        Fail("the classes of " + Server() + " cannot be listed", reason);
+    try {
+        return Attended("the names of the classes", [&] { return plugin_.Access().ClassNames(*namespace_); });
+    } catch (const RemoteError& failure) {
+        Fail("the classes of " + Server() + " cannot be listed", failure.what());
     }
-    return names;
 }
 
 template <typename Operation>
 auto Session::Remotely(const std::string& thing, const Operation& operation) const {
     try {
         return Attended(thing, operation);
-    } catch (const RemoteFailure& failure) {
+    } catch (const RemoteError& failure) {
         Fail(thing + " cannot be read from " + Server(), failure.what());
     }
 }
@@ -129,7 +127,7 @@ std::vector<RemoteClassName> Session::Hierarchy() {
 RemoteClass Session::Definition(const std::string& name) {
     try {
         return Attended("the class " + name, [&] { return plugin_.Access().ReadClass(*namespace_, name); });
-    } catch (const RemoteFailure& failure) {
+    } catch (const RemoteError& failure) {
         FailAboutClass(name, failure.what());
     } catch (const std::invalid_argument&) {
         throw NotAName(name);
@@ -143,7 +141,7 @@ std::vector<RemoteQualifierDeclaration> Session::QualifierDeclarations() {
 std::vector<RemoteQualifierDeclaration> Session::KnownQualifiers() {
     try {
         return Attended("the qualifiers", [&] { return plugin_.Access().ReadQualifierDeclarations(*namespace_); });
-    } catch (const RemoteFailure&) {
+    } catch (const RemoteError&) {
         return {};
     }
 }
@@ -158,7 +156,7 @@ boost::shared_ptr<ICIMInstance> Session::Instance(const std::string& path) {
             Fail("the class of " + path + " cannot be read from " + Server(), reason.empty() ? kNotValid : reason);
         }
         return instance;
-    } catch (const RemoteFailure& failure) {
+    } catch (const RemoteError& failure) {
         const std::string reason = failure.what();
         if (reason.find(kInvalidClass) != std::string::npos) {
             FailAboutUnknownClass(ClassIn(path));

@@ -80,18 +80,19 @@ void Traversal::VisitAssociated(const ObjectPath& source, const PathVisitor& vis
     const std::string text = PathText(source);
     std::unordered_set<std::string> visited;
     for (const auto& ends : ends_)
-        repository_.EnumerateReferring(
-            *ends.association, source, [&](const Class& association, const Instance& instance) {
-                for (const Property* const near : ends.near) {
-                    if (!RefersTo(instance, *near, text))
-                        continue;
-                    for (const Property* const far : FarEnds(association, *near)) {
-                        const ObjectPath* const path = instance.ValueOf(*far).AsReference();
-                        if (path && IsResult(path->className) && visited.insert(PathText(*path)).second)
-                            visit(*path);
-                    }
-                }
-            });
+        repository_.EnumerateReferring(*ends.association, source,
+                                       [&](const Class& association, const Instance& instance) {
+                                           for (const Property* const near : ends.near) {
+                                               if (!RefersTo(instance, *near, text))
+                                                   continue;
+                                               for (const Property* const far : FarEnds(association, *near)) {
+                                                   const ObjectPath* const path = instance.ValueOf(*far).AsReference();
+                                                   if (path && path->IsLocal() && IsResult(path->className) &&
+                                                       visited.insert(PathText(*path)).second)
+                                                       visit(*path);
+                                               }
+                                           }
+                                       });
 }
 
 std::vector<const Property*> Traversal::FarEnds(const Class& association, const Property& near) const {

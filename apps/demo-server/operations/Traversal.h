@@ -40,7 +40,8 @@ class Traversal {
     /// Hands the associations that refer to an instance, which is of the source class, to the visitor.
     void VisitReferences(const ObjectPath& source, const ReferenceVisitor& visit) const;
 
-    /// Hands the paths to which these associations refer by their other references to the visitor, each once.
+    /// Hands the paths to which these associations refer by their other references to the visitor, each once. Paths
+    /// that lead to another namespace or host are left out.
     void VisitAssociated(const ObjectPath& source, const PathVisitor& visit) const;
 
   private:

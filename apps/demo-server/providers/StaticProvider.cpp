@@ -82,6 +82,8 @@ class Reader {
         if (!value)
             return {};
         const ObjectPath path = ReadObjectPath(value.first_child());
+        if (!path.host.empty() || !(path.nameSpace.empty() || SameName(path.nameSpace, nameSpace_)))
+            return Value::Reference(path);
         const Class* const declaration = schema_.FindClass(path.className);
         if (!declaration)
             throw DeclarationError("refers to class " + path.className + ", which is not declared");

@@ -24,9 +24,9 @@ class StaticProvider : public InstanceProvider {
     std::vector<Instance> instances_;
 };
 
-/// Providers of the instances that documents declare (DSP0201: INSTANCE), of classes of the schema. References in them
-/// are to instances of the namespace. Throws SchemaError when an instance is not one of its class, or when there are
-/// two with the same keys.
+/// Providers of the instances that documents declare (DSP0201: INSTANCE), of classes of the schema. References that
+/// name a host or another namespace are kept as they are written. Throws SchemaError when an instance is not one of its
+/// class, when there are two with the same keys, or when another reference in one is no path of the schema.
 InstanceProviders DeclaredInstances(const SchemaDocuments& documents, const Schema& schema,
                                     const std::string& nameSpace);
 

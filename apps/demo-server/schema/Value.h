@@ -71,6 +71,11 @@ struct ObjectPath {
     std::vector<KeyBinding> keys;
     /// As in "root/cimv2"; empty for the namespace of whatever holds the path.
     std::string nameSpace = {};
+    /// The server of the namespace; empty for the one of whatever holds the path.
+    std::string host = {};
+
+    /// Whether it leads into the namespace of whatever holds it.
+    bool IsLocal() const { return nameSpace.empty() && host.empty(); }
 
     /// The key of that name, null if there is none.
     const KeyBinding* FindKey(std::string_view keyName) const;

@@ -12,16 +12,32 @@ void WriteFlag(XmlWriter& writer, std::string_view attribute, bool flag, bool us
         writer.Attribute(attribute, flag ? "true" : "false");
 }
 
-void WriteNamespacePath(XmlWriter& writer, const NamespacePath& location) {
-    writer.Start("NAMESPACEPATH");
-    writer.Start("HOST").Text(location.host).End();
+void WriteLocalNamespacePath(XmlWriter& writer, std::string_view nameSpace) {
     writer.Start("LOCALNAMESPACEPATH");
-    for (std::string_view rest = location.nameSpace; !rest.empty();) {
+    for (std::string_view rest = nameSpace; !rest.empty();) {
         const auto end = std::min(rest.find('/'), rest.size());
         writer.Start("NAMESPACE").Attribute("NAME", rest.substr(0, end)).End();
         rest.remove_prefix(std::min(end + 1, rest.size()));
     }
     writer.End();
+}
+
+void WriteNamespacePath(XmlWriter& writer, const NamespacePath& location) {
+    writer.Start("NAMESPACEPATH");
+    writer.Start("HOST").Text(location.host).End();
+    WriteLocalNamespacePath(writer, location.nameSpace);
+    writer.End();
+}
+
+/// The element that says where an instance is as far as its path does.
+void WriteAnyInstancePath(XmlWriter& writer, const ObjectPath& path) {
+    if (path.IsLocal())
+        return WriteInstanceName(writer, path);
+    if (!path.host.empty())
+        return WriteInstancePath(writer, {path.host, path.nameSpace}, path);
+    writer.Start("LOCALINSTANCEPATH");
+    WriteLocalNamespacePath(writer, path.nameSpace);
+    WriteInstanceName(writer, path);
     writer.End();
 }
 
@@ -74,6 +90,8 @@ void WriteProperty(XmlWriter& writer, const Property& property, const Value& val
     WriteOrigin(writer, property, selection);
     if (property.FindQualifier("EmbeddedInstance"))
         writer.Attribute("EmbeddedObject", "instance");
+    else if (property.Is("EmbeddedObject"))
+        writer.Attribute("EmbeddedObject", "object");
     WriteQualifiers(writer, property, selection);
     WriteValue(writer, value);
     writer.End();
@@ -181,7 +199,7 @@ void WriteValue(XmlWriter& writer, const Value& value) {
         writer.End();
     } else if (const auto* const reference = value.AsReference()) {
         writer.Start("VALUE.REFERENCE");
-        WriteInstanceName(writer, *reference);
+        WriteAnyInstancePath(writer, *reference);
         writer.End();
     }
 }

@@ -14,10 +14,16 @@ constexpr int kMaxNesting = 8;
 
 ObjectPath ReadPath(const pugi::xml_node& node, int nesting);
 
+/// A type of those that a VALUETYPE stands for.
+CimType KeyType(const pugi::xml_node& keyValue) {
+    const std::string_view kind = keyValue.attribute("VALUETYPE").value();
+    return kind == "boolean" ? CimType::kBoolean : kind == "numeric" ? CimType::kReal64 : CimType::kString;
+}
+
 KeyBinding ReadKey(const pugi::xml_node& node, std::string name, int nesting) {
     const std::string_view kind = node.name();
     if (kind == "KEYVALUE")
-        return {std::move(name), CimType::kString, Value::Text(node.text().get())};
+        return {std::move(name), KeyType(node), Value::Text(node.text().get())};
     if (kind == "VALUE.REFERENCE")
         return {std::move(name), CimType::kReference, Value::Reference(ReadPath(node.first_child(), nesting + 1))};
     RequestNotValid(std::string("element ") + node.name() + " is no value of a key");
@@ -49,6 +55,7 @@ ObjectPath ReadPath(const pugi::xml_node& node, int nesting) {
     path.nameSpace = ReadNamespace(std::string_view(namespacePath.name()) == "NAMESPACEPATH"
                                        ? namespacePath.child("LOCALNAMESPACEPATH")
                                        : namespacePath);
+    path.host = namespacePath.child("HOST").text().get();
     return path;
 }
 

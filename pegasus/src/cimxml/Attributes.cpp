@@ -17,7 +17,7 @@ bool Attributes::getBoolean(std::string_view name, bool absent) const {
     return value ? decodeScalar<Boolean>(*value) : absent;
 }
 
-void Attributes::throwTooMany() const { throwXmlError({"the element ", element_, " has too many attributes"}); }
+void Attributes::throwTooMany() const { throwPastLimit({"the element ", element_, " has too many attributes"}); }
 
 void Attributes::throwTwice(std::string_view name) const {
     throwXmlError({"the element ", element_, " has the attribute ", name, " twice"});

@@ -2,7 +2,8 @@
 
 #include <cstddef>
 
-/// What an answer may ask of this process. Past one of these the decoder throws CIMClientXmlException and says which.
+/// What an answer may ask of this process. Past one of these the decoder throws CIMClientXmlException that is an
+/// ExceedsLimit, too, and says which.
 namespace Pegasus::cimxml {
 
 /// The text of one object of the return value.

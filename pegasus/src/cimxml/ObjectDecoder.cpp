@@ -347,15 +347,19 @@ CIMValue ObjectDecoder::decodeScalarValue(XmlReader& reader) {
 template <class T>
 CIMValue ObjectDecoder::decodeArrayValue(XmlReader& reader) {
     Array<T> items;
+    Array<Boolean> nulls; // no longer than up to the last one
     while (reader.nextElement()) {
         if (reader.name() != "VALUE.NULL") {
             items.append(decodeItem<T>(reader));
         } else {
             reader.skip();
+            while (nulls.size() < items.size())
+                nulls.append(false);
+            nulls.append(true);
             items.append(T());
         }
     }
-    return CIMValue(std::move(items));
+    return nulls.size() == 0 ? CIMValue(std::move(items)) : CIMValue(std::move(items), nulls);
 }
 
 template <class T>
@@ -384,7 +388,7 @@ CIMObject ObjectDecoder::decodeEmbedded(std::string_view text) {
     if (trimmed(text).empty())
         return CIMObject();
     if (++embedding_ > kMaxEmbedding)
-        throwXmlError({"objects are embedded deeper than ", std::to_string(kMaxEmbedding)});
+        throwPastLimit({"objects are embedded deeper than ", std::to_string(kMaxEmbedding)});
     XmlReader reader(tags_, withoutByteOrderMark(text));
     CIMObject object;
     try {

@@ -143,7 +143,7 @@ CIMKeyBinding PathDecoder::decodeKey(const CIMName& name, XmlReader& reader) {
     const std::size_t begin = reader.position();
     const String path = decodeReference(reader).toString();
     if (path.view().size() > kMaxReferenceGrowth * (reader.position() - begin))
-        throwXmlError({"the path of a reference is too long for its element: references are nested too deep"});
+        throwPastLimit({"the path of a reference is too long for its element: references are nested too deep"});
     return CIMKeyBinding(name, path, CIMKeyBinding::REFERENCE);
 }
 

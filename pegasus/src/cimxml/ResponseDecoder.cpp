@@ -99,7 +99,7 @@ class ResponseDecoder::Impl {
         } catch (const EndOfText&) {
             const std::size_t waiting = input_.unread().size();
             if (waiting >= kMaxObjectBytes)
-                throwXmlError({"one object is larger than ", std::to_string(kMaxObjectBytes >> 20U), " MiB"});
+                throwPastLimit({"one object is larger than ", std::to_string(kMaxObjectBytes >> 20U), " MiB"});
             enough_ = std::min(2 * waiting, kMaxObjectBytes);
         }
         if (input_.endsBadly())

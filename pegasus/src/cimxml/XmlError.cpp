@@ -1,8 +1,12 @@
 #include "cimxml/XmlError.h"
 
+#include "model/Marked.h"
+
 namespace Pegasus::cimxml {
 
-void throwXmlError(std::initializer_list<std::string_view> parts) {
+namespace {
+
+String messageOf(std::initializer_list<std::string_view> parts) {
     constexpr std::size_t kLongestPart = 200;
     std::string message = "the server's answer is not good CIM-XML: ";
     for (const std::string_view part : parts) {
@@ -10,7 +14,15 @@ void throwXmlError(std::initializer_list<std::string_view> parts) {
         if (part.size() > kLongestPart)
             message += "...";
     }
-    throw CIMClientXmlException(String(std::string_view(message)));
+    return String(std::string_view(message));
+}
+
+} // namespace
+
+void throwXmlError(std::initializer_list<std::string_view> parts) { throw CIMClientXmlException(messageOf(parts)); }
+
+void throwPastLimit(std::initializer_list<std::string_view> parts) {
+    throw detail::Marked<CIMClientXmlException, ExceedsLimit>(messageOf(parts));
 }
 
 } // namespace Pegasus::cimxml

@@ -116,8 +116,8 @@ void XmlReader::throwUnexpected() const {
 inline void XmlReader::countNodes(std::size_t count) {
     nodes_ += count;
     if (nodes_ > kMaxNodes)
-        throwXmlError({"one object has more than ", std::to_string(kMaxNodes),
-                       " elements, attributes, comments and CDATA sections"});
+        throwPastLimit({"one object has more than ", std::to_string(kMaxNodes),
+                        " elements, attributes, comments and CDATA sections"});
 }
 
 inline char XmlReader::peek() const {
@@ -211,7 +211,7 @@ inline bool XmlReader::skipTag(const RememberedTag* tag) noexcept {
 inline void XmlReader::enter(const StartTag& tag, RememberedTag*& firstChild) {
     countNodes(1 + tag.attributes.count());
     if (depth_ == kMaxNesting)
-        throwXmlError({"elements are nested deeper than ", std::to_string(kMaxNesting)});
+        throwPastLimit({"elements are nested deeper than ", std::to_string(kMaxNesting)});
     tag_ = &tag;
     emptyTag_ = tag.isEmpty;
     open_[++depth_] = {tag.element, &firstChild};

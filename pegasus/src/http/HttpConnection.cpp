@@ -1,6 +1,7 @@
 #include "http/HttpConnection.h"
 
 #include "http/BasicAuthentication.h"
+#include "model/Marked.h"
 
 #include <Pegasus/Client/CIMClientException.h>
 #include <utility>
@@ -40,7 +41,7 @@ const HttpHead& HttpConnection::post(const HttpRequest& request, const Deadline&
         return exchangeHeads(request, deadline);
     } catch (const ConnectionLost& lost) {
         close();
-        throw CannotConnectException(
+        throw detail::Marked<CannotConnectException, ClosedWithoutAnswer>(
             String(endpoint_.text() + ": " + lost.reason + (tls_ ? "" : " (a port for TLS needs an SSLContext)")));
     } catch (...) {
         close();

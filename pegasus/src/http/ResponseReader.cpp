@@ -1,5 +1,7 @@
 #include "http/ResponseReader.h"
 
+#include "model/Marked.h"
+
 #include <Pegasus/Client/CIMClientException.h>
 #include <boost/beast/http/basic_parser.hpp>
 #include <boost/beast/http/error.hpp>
@@ -127,7 +129,8 @@ class ResponseReader::Impl {
         }
         const std::string_view input(&buffer_[begin_], end_ - begin_);
         if (!parser_->is_header_done() && looksLikeTls(input)) {
-            fail("the server speaks TLS on this port; connect to it with an SSLContext");
+            fail<detail::Marked<CIMClientMalformedHTTPException, PeerSpeaksTls>>(
+                "the server speaks TLS on this port; connect to it with an SSLContext");
         }
         error_code error;
         const std::size_t parsed = parser_->put({input.data(), input.size()}, error);
@@ -195,11 +198,13 @@ class ResponseReader::Impl {
     }
 
     [[noreturn]] void failAtLimit() const {
-        fail("a header block of the answer is longer than " + std::to_string(kMaxHeaderBytes) + " bytes");
+        fail<detail::Marked<CIMClientMalformedHTTPException, ExceedsLimit>>(
+            "a header block of the answer is longer than " + std::to_string(kMaxHeaderBytes) + " bytes");
     }
 
+    template <typename Failure = CIMClientMalformedHTTPException>
     [[noreturn]] void fail(const std::string& what) const {
-        throw CIMClientMalformedHTTPException(String(endpoint_.text() + ": " + what));
+        throw Failure(String(endpoint_.text() + ": " + what));
     }
 
     Channel& channel_;

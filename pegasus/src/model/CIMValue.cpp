@@ -18,7 +18,7 @@ template <class T>
 bool same(const T& a, const T& b) {
     return a == b;
 }
-/// Embedded objects; the null elements of an array are uninitialised ones.
+/// Embedded objects; an uninitialised one is a null.
 template <class Object>
 bool sameObject(const Object& a, const Object& b) {
     if (a.isUninitialized() || b.isUninitialized())
@@ -61,28 +61,36 @@ T getScalar(const CIMValue& value) {
 }
 
 template <class T>
-const Array<T>& itemsOf(const detail::RefCounted& array) {
+const Array<T>& itemsOf(const detail::ArrayContent& array) {
     return static_cast<const detail::ArrayOf<T>&>(array).items;
 }
 
-bool sameItems(CIMType type, const detail::RefCounted& a, const detail::RefCounted& b) {
-    return detail::visitType(type, [&](auto tag) {
-        using T = typename decltype(tag)::Type;
-        const auto& left = itemsOf<T>(a);
-        const auto& right = itemsOf<T>(b);
-        return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                          [](const T& x, const T& y) { return same(x, y); });
-    });
+bool sameNulls(const detail::ArrayContent& a, const detail::ArrayContent& b) {
+    bool same = a.size() == b.size();
+    for (Uint32 i = 0; same && i < a.size(); ++i)
+        same = a.isNull(i) == b.isNull(i);
+    return same;
 }
 
-void printItems(std::string& out, CIMType type, const detail::RefCounted& array) {
+bool sameItems(CIMType type, const detail::ArrayContent& a, const detail::ArrayContent& b) {
+    return sameNulls(a, b) && detail::visitType(type, [&](auto tag) {
+               using T = typename decltype(tag)::Type;
+               const auto& left = itemsOf<T>(a);
+               return std::equal(left.begin(), left.end(), itemsOf<T>(b).begin(),
+                                 [](const T& x, const T& y) { return same(x, y); });
+           });
+}
+
+void printItems(std::string& out, CIMType type, const detail::ArrayContent& array) {
     out += '{';
     detail::visitType(type, [&](auto tag) {
-        const char* separator = "";
-        for (const auto& item : itemsOf<typename decltype(tag)::Type>(array)) {
-            out += separator;
-            print(out, item);
-            separator = ", ";
+        const auto& items = itemsOf<typename decltype(tag)::Type>(array);
+        for (Uint32 i = 0; i < items.size(); ++i) {
+            out += i == 0 ? "" : ", ";
+            if (array.isNull(i))
+                out += "NULL";
+            else
+                print(out, items[i]);
         }
     });
     out += '}';
@@ -103,9 +111,13 @@ CIMValue::CIMValue(CIMType type, Boolean isArray, Uint32 /*size*/) noexcept : ty
 
 Uint32 CIMValue::getArraySize() const {
     const auto* array = std::get_if<ArrayHandle>(&content_);
-    return array ? detail::visitType(type_,
-                                     [&](auto tag) { return itemsOf<typename decltype(tag)::Type>(**array).size(); })
-                 : 0;
+    return array ? (*array)->size() : 0;
+}
+
+Boolean CIMValue::isNullElement(Uint32 index) const {
+    if (index >= getArraySize())
+        throw IndexOutOfBoundsException();
+    return std::get<ArrayHandle>(content_)->isNull(index);
 }
 
 Boolean CIMValue::equal(const CIMValue& other) const {

@@ -14,6 +14,7 @@
 #include <type_traits>
 #include <utility>
 #include <variant>
+#include <vector>
 
 namespace Pegasus {
 
@@ -81,12 +82,48 @@ class PlainScalar {
 template <class T>
 using KeptAs = std::conditional_t<std::is_trivially_copyable_v<T>, PlainScalar, T>;
 
+/// The content of an array value, of whatever type.
+class ArrayContent : public RefCounted {
+  public:
+    virtual Uint32 size() const noexcept = 0;
+    /// Whether there is nothing at a place, which is within the array.
+    virtual Boolean isNull(Uint32 index) const = 0;
+};
+
 /// The elements of an array value.
 template <class T>
-struct ArrayOf final : RefCounted {
+struct ArrayOf : ArrayContent {
     explicit ArrayOf(Array<T> itsItems) : items(std::move(itsItems)) {}
 
+    Uint32 size() const noexcept override { return items.size(); }
+    Boolean isNull([[maybe_unused]] Uint32 index) const override {
+        if constexpr (std::is_same_v<T, CIMObject> || std::is_same_v<T, CIMInstance>)
+            return items[index].isUninitialized();
+        else
+            return false;
+    }
+
     const Array<T> items;
+};
+
+/// The elements of an array value some of which are null.
+template <class T>
+struct ArrayWithNulls final : ArrayOf<T> {
+    ArrayWithNulls(Array<T> itsItems, const Array<Boolean>& itsNulls)
+        : ArrayOf<T>(cleared(std::move(itsItems), itsNulls)), nulls(itsNulls.begin(), itsNulls.end()) {}
+
+    Boolean isNull(Uint32 index) const override {
+        return (index < nulls.size() && nulls[index]) || ArrayOf<T>::isNull(index);
+    }
+
+    static Array<T> cleared(Array<T> itsItems, const Array<Boolean>& itsNulls) {
+        for (Uint32 i = 0; i < itsNulls.size(); ++i)
+            if (itsNulls[i])
+                itsItems[i] = T();
+        return itsItems;
+    }
+
+    const std::vector<bool> nulls; // those behind its end are not
 };
 
 [[noreturn]] void throwTypeMismatch(CIMType type, Boolean isArray, CIMType askedType, Boolean askedArray);
@@ -108,15 +145,25 @@ class CIMValue {
         : content_(contentOf(std::forward<T>(value))),
           type_(detail::ValueType<std::decay_t<T>>::kType),
           isArray_(detail::ValueType<std::decay_t<T>>::kIsArray) {}
+    /// An array in which the elements are null that `nulls` says are; it may be shorter than the array. Throws
+    /// IndexOutOfBoundsException for a null behind the end.
+    template <class T>
+    CIMValue(Array<T> items, const Array<Boolean>& nulls)
+        : content_(ArrayHandle::make<detail::ArrayWithNulls<T>>(std::move(items), nulls)),
+          type_(detail::ValueType<T>::kType),
+          isArray_(true) {}
 
     CIMType getType() const noexcept { return type_; }
     Boolean isArray() const noexcept { return isArray_; }
     Boolean isNull() const noexcept { return std::holds_alternative<std::monostate>(content_); }
     /// The number of elements; 0 for a null and for a scalar.
     Uint32 getArraySize() const;
+    /// Whether an element of an array is null: nothing, an uninitialised object. Throws IndexOutOfBoundsException for
+    /// an index that is not below getArraySize().
+    Boolean isNullElement(Uint32 index) const;
 
-    /// Copies the content to `value`. A null leaves `value` as it is, so initialise it. Throws TypeMismatchException
-    /// when T is not this value's type and array-ness.
+    /// Copies the content to `value`. A null leaves `value` as it is, so initialise it; a null element of an array is
+    /// T(). Throws TypeMismatchException when T is not this value's type and array-ness.
     template <class T>
     void get(T& value) const {
         using Type = detail::ValueType<T>;
@@ -144,18 +191,19 @@ class CIMValue {
         *this = CIMValue(type, isArray, size);
     }
 
-    /// False when type or array-ness differ; two nulls of one type are equal; a null never equals a content.
+    /// False when type or array-ness differ; two nulls of one type are equal; a null never equals a content. So it is
+    /// with the elements of arrays.
     Boolean equal(const CIMValue& other) const;
 
     /// The content as text: TRUE and FALSE, numbers in base 10, reals in the shortest form that reads back the same,
-    /// arrays as "{a, b}", embedded objects as their path. Empty for a null.
+    /// arrays as "{a, b}" with NULL for a null element, embedded objects as their path. Empty for a null.
     String toString() const;
 
     friend bool operator==(const CIMValue& a, const CIMValue& b) { return a.equal(b); }
     friend bool operator!=(const CIMValue& a, const CIMValue& b) { return !a.equal(b); }
 
   private:
-    using ArrayHandle = detail::Handle<detail::RefCounted>;
+    using ArrayHandle = detail::Handle<detail::ArrayContent>;
     // Each alternative fits into eight bytes, and there are few; values are by far the most frequent objects.
     using Content = std::variant<std::monostate, detail::PlainScalar, String, CIMDateTime, CIMObjectPath, CIMObject,
                                  CIMInstance, ArrayHandle>;

@@ -1,9 +1,9 @@
-#include "model/ValueMapTable.h"
+#include "display/ValueMapTable.h"
 
 #include <boost/make_shared.hpp>
 
-#include "model/DisplayQualifiers.h"
-#include "model/ValueMapBuilder.h"
+#include "display/DisplayQualifiers.h"
+#include "display/ValueMapBuilder.h"
 
 namespace NQORVYX20 {
 

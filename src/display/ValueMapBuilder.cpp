@@ -1,4 +1,4 @@
-#include "model/ValueMapBuilder.h"
+#include "display/ValueMapBuilder.h"
 
 #include <algorithm>
 #include <charconv>
@@ -32,7 +32,7 @@ std::optional<std::uint64_t> TakeNumber(std::string_view& text) {
 
 } // namespace
 
-ValueMapBuilder::ValueMapBuilder(std::vector<TCimHTTPProperty::TValueMapEntry>& table, std::string& defaultText)
+ValueMapBuilder::ValueMapBuilder(std::vector<ValueMapRow>& table, std::string& defaultText)
     : fTable(table), fDefaultText(defaultText) {}
 
 bool ValueMapBuilder::Add(std::string_view entry, const std::string& text) {

@@ -1,8 +1,9 @@
-#include "model/RemoteQualifiers.h"
+#include "reading/RemoteQualifiers.h"
 
 #include "convert/RemoteTypes.h"
 #include "model/TCimHTTPQualifierDecl.h"
 #include "provider/TCimHTTPNamespace.h"
+#include "reading/RemoteServer.h"
 
 namespace NQORVYX20 {
 
@@ -12,7 +13,7 @@ boost::shared_ptr<ICIMQualifierDecl> FetchQualifierDecl(TCimHTTPNamespace& nameS
     if (auto known = nameSpace.GetQualifierDecl(name, TCIMContext())) {
         return known;
     }
-    auto remote = nameSpace.getPegClient()->getQualifier(*nameSpace.getPegNSP(), qualifierName);
+    auto remote = nameSpace.Server().GetQualifier(qualifierName);
     auto declaration = nameSpace.AllocateQualifierDecl(name, TCIMValue(pegTypeToVYXType(remote.getType(), false), 0),
                                                        pegScopeToVYXScope(remote.getScope()),
                                                        pegFlavorToVYXFlavor(remote.getFlavor()), TCIMContext());

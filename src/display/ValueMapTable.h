@@ -2,18 +2,25 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <cstdint>
 #include <string>
 #include <vector>
-
-#include "model/TCimHTTPProperty.h"
 
 namespace NQORVYX20 {
 
 class DisplayQualifiers;
 
+/// A row of a value map: the text of the values from `low` to `high`, both included. A row that is open at its end has
+/// all bits of `high` set.
+struct ValueMapRow {
+    std::uint64_t low;
+    std::uint64_t high;
+    std::string text;
+};
+
 /// A value map: the rows in the order of the qualifier ValueMap, and the text for all other values, empty for none.
 struct ValueMapTable {
-    std::vector<TCimHTTPProperty::TValueMapEntry> rows;
+    std::vector<ValueMapRow> rows;
     std::string defaultText;
 };
 

@@ -1,12 +1,12 @@
-#include "model/DisplayQualifiers.h"
+#include "display/DisplayQualifiers.h"
 
-#include <typeinfo>
 #include <utility>
 
+#include "convert/NormalName.h"
+#include "convert/StatusCodes.h"
+#include "host/ICIMPropertyDecl.h"
 #include "host/ICIMQualifier.h"
 #include "host/TVYXException.h"
-#include "model/StatusCodes.h"
-#include "model/TCimHTTPPropertyDecl.h"
 
 namespace NQORVYX20 {
 
@@ -14,18 +14,12 @@ namespace {
 
 using ECIMType = TCIMValue::TCIMType::ECIMType;
 
-const TCimHTTPPropertyDecl* AsOwn(const ICIMPropertyDecl& declaration) {
-    return typeid(declaration) == typeid(TCimHTTPPropertyDecl) ? static_cast<const TCimHTTPPropertyDecl*>(&declaration)
-                                                               : nullptr;
-}
-
 } // namespace
 
-DisplayQualifiers::TName::TName(const char* name)
-    : fGiven(name), fNormalized(TCimHTTPNamespace::NormalizeName(fGiven)) {}
+DisplayQualifiers::TName::TName(const char* name) : fGiven(name), fNormalized(NormalizeName(fGiven)) {}
 
-DisplayQualifiers::DisplayQualifiers(boost::shared_ptr<ICIMPropertyDecl const> declaration)
-    : fDeclaration(std::move(declaration)), fOwnDeclaration(AsOwn(*fDeclaration)) {}
+DisplayQualifiers::DisplayQualifiers(boost::shared_ptr<ICIMPropertyDecl const> declaration, TLookup lookup)
+    : fDeclaration(std::move(declaration)), fLookup(lookup) {}
 
 bool DisplayQualifiers::Has(const TName& name) const { return Find(name) != nullptr; }
 
@@ -63,9 +57,8 @@ boost::shared_ptr<ICIMQualifier> DisplayQualifiers::Find(const TName& name) cons
 }
 
 boost::shared_ptr<ICIMQualifier> DisplayQualifiers::LookUp(const TName& name) const {
-    if (fOwnDeclaration != nullptr) {
-        // Needs no exception to say that there is none.
-        return fOwnDeclaration->LookupNormalizedQualifier(name.Normalized());
+    if (fLookup != nullptr) {
+        return fLookup(*fDeclaration, name.Normalized());
     }
     try {
         return fDeclaration->GetQualifier(name.Given(), TCIMContext());

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "model/TCimHTTPProperty.h"
+#include "display/ValueMapTable.h"
 
 namespace NQORVYX20 {
 
@@ -13,7 +13,7 @@ namespace NQORVYX20 {
 class ValueMapBuilder {
   public:
     /// Adds to both, which live longer than the builder.
-    ValueMapBuilder(std::vector<TCimHTTPProperty::TValueMapEntry>& table, std::string& defaultText);
+    ValueMapBuilder(std::vector<ValueMapRow>& table, std::string& defaultText);
 
     /// Adds one entry and its display text. False for a `..` after a range that is still open, which makes the whole
     /// value map unusable.
@@ -28,7 +28,7 @@ class ValueMapBuilder {
     void AddRangeFromZero(std::string_view end, const std::string& text);
     void AddNumber(std::string_view entry, const std::string& text);
 
-    std::vector<TCimHTTPProperty::TValueMapEntry>& fTable;
+    std::vector<ValueMapRow>& fTable;
     std::string& fDefaultText;
 };
 

@@ -1,7 +1,7 @@
-#include "model/RemoteNames.h"
+#include "reading/RemoteNames.h"
 
+#include "convert/NormalName.h"
 #include "convert/RemoteText.h"
-#include "provider/TCimHTTPNamespace.h"
 
 namespace NQORVYX20 {
 
@@ -11,7 +11,7 @@ const std::string& RemoteNames::Normalized(Pegasus::Uint32 place, const Pegasus:
     }
     TName& known = fNames[place];
     if (known.given != name) { // without regard to case, which the normal form does not show either
-        known.normalized = TCimHTTPNamespace::NormalizeName(ToStdString(name));
+        known.normalized = NormalizeName(ToStdString(name));
         known.given = name;
     }
     return known.normalized;

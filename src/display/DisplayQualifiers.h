@@ -11,7 +11,6 @@ namespace NQORVYX20 {
 class ICIMPropertyDecl;
 class ICIMQualifier;
 class TCIMValue;
-class TCimHTTPPropertyDecl;
 
 /// A property declaration's qualifiers as the display of values reads them: a qualifier that is absent or null, or that
 /// has another type than the one asked for, has nothing to say. Every operation throws TVYXException with the code of a
@@ -30,7 +29,13 @@ class DisplayQualifiers {
         std::string fNormalized;
     };
 
-    explicit DisplayQualifiers(boost::shared_ptr<ICIMPropertyDecl const> declaration);
+    /// Finds a declaration's qualifier by its normalised name; an empty pointer when there is none.
+    using TLookup = boost::shared_ptr<ICIMQualifier> (*)(const ICIMPropertyDecl& declaration,
+                                                         const std::string& normalizedName);
+
+    /// Looks qualifiers up in the declaration with `lookup`, which needs no exception to say that there is none, or
+    /// through the declaration's interface when it is null.
+    DisplayQualifiers(boost::shared_ptr<ICIMPropertyDecl const> declaration, TLookup lookup);
 
     /// True for a qualifier that is there and not null, whatever its type and value.
     bool Has(const TName& name) const;
@@ -40,17 +45,13 @@ class DisplayQualifiers {
     /// The texts of an array's elements, numbers in base 10. Any element type will do.
     std::optional<std::vector<std::string>> GetTexts(const TName& name) const;
 
-    /// The declaration as the plug-in's own, whose look-ups do not fail; null for another, and for one that is derived
-    /// from it.
-    const TCimHTTPPropertyDecl* OwnDeclaration() const { return fOwnDeclaration; }
-
   private:
     /// The qualifier, or an empty pointer when it is absent or its value is null.
     boost::shared_ptr<ICIMQualifier> Find(const TName& name) const;
     boost::shared_ptr<ICIMQualifier> LookUp(const TName& name) const;
 
     boost::shared_ptr<ICIMPropertyDecl const> fDeclaration;
-    const TCimHTTPPropertyDecl* fOwnDeclaration;
+    TLookup fLookup;
 };
 
 } // namespace NQORVYX20

@@ -1,4 +1,4 @@
-#include "model/DisplayUnits.h"
+#include "display/DisplayUnits.h"
 
 #include <algorithm>
 #include <array>
