@@ -261,10 +261,10 @@ TEST_F(DemoServerTest, WhereSelectsByRawValueByTextAndByPattern) {
 TEST_F(DemoServerTest, APathOfTheListNamesTheInstanceAlsoOfASubclass) {
     const json systems = Json({"instances", "CIM_ComputerSystem"});
     const std::string path = systems.at(0).at("path");
-    EXPECT_THAT(path, StartsWith("CIM_ComputerSystem."));
+    EXPECT_THAT(path, StartsWith("DEMO_ComputerSystem."));
     const json found = Json({"instance", path});
     ASSERT_EQ(found.size(), 1U);
-    EXPECT_THAT(found.at(0).at("path").get<std::string>(), StartsWith("DEMO_ComputerSystem."));
+    EXPECT_EQ(found.at(0).at("path"), path);
     EXPECT_EQ(found.at(0).at("properties").at("Name"), systems.at(0).at("properties").at("Name"));
 }
 
@@ -288,7 +288,7 @@ TEST_F(DemoServerTest, AnInstanceThatThereIsNotIsToldFromAPathThatIsNone) {
 
 TEST_F(DemoServerTest, DateTimesAreShownAsPeopleWriteThem) {
     EXPECT_THAT(Output({"instance", "DEMO_AllTypes.InstanceID=\"least\"", "-o", "table"}),
-                HasSubstr("00010101000000.000000+000  0001-01-01 00:00:00 +00:00\n"));
+                testing::ContainsRegex("00010101000000.000000.000 +0001-01-01 00:00:00 .00:00\n"));
 }
 
 // --- Forms -------------------------------------------------------------------------------------------------------

@@ -7,6 +7,7 @@
 
 #include <sstream>
 
+#include "CimXml.h"
 #include "ProgramRun.h"
 #include "support/CimServer.h"
 #include "support/TerminalProgram.h"
@@ -20,30 +21,14 @@ namespace {
 
 constexpr std::uint16_t kHttpPort = 5988;
 
-std::string ScalarXml(const std::string& name, const std::string& type, const std::string& value) {
-    return "<PROPERTY NAME=\"" + name + "\" TYPE=\"" + type + "\"><VALUE>" + value + "</VALUE></PROPERTY>";
-}
-
-std::string FanXml(const std::string& name, const std::string& properties) {
-    return "<VALUE.NAMEDINSTANCE><INSTANCENAME CLASSNAME=\"TEST_Fan\"><KEYBINDING NAME=\"Name\"><KEYVALUE "
-           "VALUETYPE=\"string\">" +
-           name + "</KEYVALUE></KEYBINDING></INSTANCENAME><INSTANCE CLASSNAME=\"TEST_Fan\">" +
-           ScalarXml("Name", "string", name) + properties + "</INSTANCE></VALUE.NAMEDINSTANCE>";
-}
-
 std::string FanXml(const std::string& name, int speed) {
-    return FanXml(name, ScalarXml("Speed", "uint32", std::to_string(speed)));
+    return InstanceXml("TEST_Fan", name, PropertyXml("Speed", "uint32", std::to_string(speed)));
 }
 
 /// A server with the class TEST_Fan. Each test says which instances there are.
 void AnswerWithFans(support::CimServer& server, const std::string& instances) {
-    server.Answer("GetQualifier", "Key",
-                  "<QUALIFIER.DECLARATION NAME=\"Key\" TYPE=\"boolean\"><SCOPE PROPERTY=\"true\"/>"
-                  "</QUALIFIER.DECLARATION>");
-    server.Answer("GetClass", "TEST_Fan",
-                  "<CLASS NAME=\"TEST_Fan\"><PROPERTY NAME=\"Name\" TYPE=\"string\"><QUALIFIER NAME=\"Key\" "
-                  "TYPE=\"boolean\"><VALUE>TRUE</VALUE></QUALIFIER></PROPERTY><PROPERTY NAME=\"Speed\" "
-                  "TYPE=\"uint32\"/></CLASS>");
+    server.Answer("GetQualifier", "Key", QualifierDeclarationXml("Key", "boolean"));
+    server.Answer("GetClass", "TEST_Fan", ClassXml("TEST_Fan", "", DeclarationXml("Speed", "uint32")));
     server.Answer("EnumerateInstances", "TEST_Fan", instances);
 }
 
@@ -100,7 +85,7 @@ TEST_F(WatchTest, JsonTellsWhatIsNewWhatHasChangedAndWhatHasGone) {
     AnswerWithFans(fServer, FanXml("a", 1) + FanXml("b", 1));
     TerminalProgram program(CIMHTTP_PROGRAM, Watch({"--count", "1000000", "-o", "json"}));
     ASSERT_TRUE(program.AwaitText("Name=\\\"b\\\"")) << program.Screen();
-    fServer.Answer("EnumerateInstances", "TEST_Fan", FanXml("a", "") + FanXml("c", 3));
+    fServer.Answer("EnumerateInstances", "TEST_Fan", InstanceXml("TEST_Fan", "a") + FanXml("c", 3));
     ASSERT_TRUE(program.AwaitText("Name=\\\"c\\\"")) << program.Screen();
     program.Type("\x03");
     EXPECT_EQ(program.Wait(), 0);
@@ -117,7 +102,7 @@ TEST_F(WatchTest, NullAndAnEmptyTextAreToldApart) {
     AnswerWithFans(fServer, FanXml("a", 7));
     TerminalProgram program(CIMHTTP_PROGRAM, Watch());
     ASSERT_TRUE(program.AwaitText("1 instance")) << program.Screen();
-    fServer.Answer("EnumerateInstances", "TEST_Fan", FanXml("a", ""));
+    fServer.Answer("EnumerateInstances", "TEST_Fan", InstanceXml("TEST_Fan", "a"));
     EXPECT_TRUE(program.AwaitText("Speed: 7 → –\r\n")) << program.Screen();
 }
 

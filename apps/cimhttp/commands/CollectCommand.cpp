@@ -13,6 +13,7 @@
 #include "Options.h"
 #include "commands/Collection.h"
 #include "commands/Collector.h"
+#include "commands/IncidentReport.h"
 #include "connection/Connection.h"
 #include "connection/Session.h"
 #include "output/OutputFile.h"
@@ -45,10 +46,13 @@ password from it. The password stands there in plain text: let only its owner
 read the file (chmod 600), or leave it out and use --password-file or the
 variable CIMHTTP_PASSWORD.
 
+A class has its instances and those of its subclasses, each with all properties
+of its own class.
+
 The exit status is 7 when a class could not be read: the error stream names it,
-the others are written, and "complete" is false. So it is after an interrupt
-(Ctrl-C): the classes read until then are written. A server that stops answering
-is asked for no further class.)";
+the others are written, and "complete" is false. So it is when a value could not
+be taken over, and after an interrupt (Ctrl-C): the classes read until then are
+written. A server that stops answering is asked for no further class.)";
 
 RequestedClasses ReadDocument(const Plugin& plugin, const std::string& path) {
     if (::access(path.c_str(), R_OK) != 0) {
@@ -145,6 +149,7 @@ int CollectCommand::Run(const CommandContext& context) {
     const Collection collection = collector.Collected();
     ReportEarlyEnd(collector, collection, context.errors);
     Write(collection, plugin.Access(), file, context.output);
+    ReportIncidents(collector.Incidents(), context);
     if (!has_ended) {
         std::_Exit(Failure::kIncomplete); // the thread that waits for the server cannot be ended otherwise
     }

@@ -23,7 +23,7 @@ struct Collection {
     };
 
     std::string server; ///< a URL
-    bool complete;      ///< no class is missing
+    bool complete;      ///< nothing is missing: no class, no value
     std::vector<Class> classes;
 };
 
@@ -38,8 +38,7 @@ struct Collection {
 ///         "instances": [{"path": "CIM_Fan.Name=\"a\"", "class": "CIM_Fan",
 ///                        "properties": {"Speed": {"type": "uint64", "value": 3, "text": "3"}}}]}]}
 ///
-/// Instances are those of InstanceJson(), each with all properties of its own class, which may be a subclass. The
-/// object model declares an array parameter of a method by its elements: its `array` is false.
+/// Instances are those of InstanceJson(), each with all properties of its own class, which may be a subclass.
 void WriteJson(const Collection& collection, const PluginAccess& access, std::ostream& output);
 
 } // namespace cimhttp

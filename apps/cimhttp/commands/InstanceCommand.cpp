@@ -4,6 +4,7 @@
 #include <ostream>
 
 #include "Options.h"
+#include "commands/IncidentReport.h"
 #include "commands/InstanceWriter.h"
 #include "commands/ListingWriter.h"
 #include "connection/Session.h"
@@ -51,21 +52,25 @@ void WriteList(const boost::shared_ptr<ICIMInstance>& instance, InstanceSelectio
 } // namespace
 
 CommandDescription InstanceCommand::Describe() {
-    return {"instance",
-            "Show one instance",
-            {{"PATH", R"(Its object path, such as 'CIM_Disk.Name="a",Number=3')", true, &path_}},
-            {{"--raw", "", "Show values as they are, not by their value maps and units", &raw_}},
-            {OutputFormat::kPlain, OutputFormat::kTable, OutputFormat::kJson, OutputFormat::kCsv, OutputFormat::kMof},
-            "cimhttp --host server.example instance 'CIM_Disk.Name=\"a\",Number=3'"};
+    return {
+        "instance",
+        "Show one instance",
+        {{"PATH",
+          R"(Its object path, such as 'CIM_Disk.Name="a",Number=3'; a namespace may stand before it, 'root/interop:')",
+          true, &path_}},
+        {{"--raw", "", "Show values as they are, not by their value maps and units", &raw_}},
+        {OutputFormat::kPlain, OutputFormat::kTable, OutputFormat::kJson, OutputFormat::kCsv, OutputFormat::kMof},
+        "cimhttp --host server.example instance 'CIM_Disk.Name=\"a\",Number=3'"};
 }
 
 int InstanceCommand::Run(const CommandContext& context) {
     Session session = context.Connect();
     const PluginAccess& access = session.LoadedPlugin().Access();
-    const auto instance = session.Instance(path_);
+    const auto [instance, name_space] = session.Instance(path_);
     InstanceSelection selection;
     selection.properties = PropertiesOf(*instance);
     selection.is_raw = raw_;
+    selection.name_space = name_space;
     switch (const OutputFormat format = context.Format(*this)) {
     case OutputFormat::kTable:
         WriteListing(InstanceListing(access, raw_).Values(*instance, selection.properties), format, context);
@@ -76,7 +81,7 @@ int InstanceCommand::Run(const CommandContext& context) {
     default:
         WriteInstances({instance}, selection, format, access, context);
     }
-    return 0;
+    return ReportIncidents(session.TakeIncidents(), context);
 }
 
 } // namespace cimhttp

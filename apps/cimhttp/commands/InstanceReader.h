@@ -24,11 +24,13 @@ class InstanceReader {
     /// subclasses are wanted, too. Throws as Session::Class and InstanceQuery do.
     InstanceReader(const Session& session, const std::string& class_name, InstanceQuery query, bool deep);
 
-    const NQORVYX20::ICIMClass& Class() const { return *class_; }
-
     std::string ClassName() const;
 
+    /// What could not be taken from the answers since the last call.
+    IncidentTally TakeIncidents() { return session_.TakeIncidents(); }
+
     /// Asks the server. Names of properties that could not be checked before are checked now.
+    /// These are then all that any instance has.
     Reading Read();
 
   private:
@@ -36,6 +38,7 @@ class InstanceReader {
 
     Session session_;
     boost::shared_ptr<NQORVYX20::ICIMClass> class_;
+    Properties declared_; // none by a server without operations on classes, which declares what it sends
     InstanceQuery query_;
     bool deep_;
 };

@@ -37,7 +37,7 @@ class Writer {
           listing_(access, selection.is_raw) {}
 
     void Json() const {
-        InstanceJson instance_json(Selector(Order::kByName), access_);
+        InstanceJson instance_json(Selector(Order::kByName), access_, selection_.name_space);
         std::string json;
         const char* separator = "\n";
         context_.output << '[';
@@ -51,7 +51,8 @@ class Writer {
     }
 
     void Csv() const {
-        WriteListing(InstanceRecords(instances_, Selector(Order::kByName), access_), OutputFormat::kCsv, context_);
+        WriteListing(InstanceRecords(instances_, Selector(Order::kByName), access_, selection_.name_space),
+                     OutputFormat::kCsv, context_);
     }
 
     void Mof() const {

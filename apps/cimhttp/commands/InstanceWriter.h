@@ -15,6 +15,7 @@ struct InstanceSelection {
     bool leaves_out_empty = false; ///< tables and lists lack the properties of which no instance has anything to show
     bool is_whole = false; ///< each instance with all properties of its own class instead, where the form can hold them
     bool is_raw = false;   ///< tables and lists show values as they are
+    std::string name_space = {}; ///< where the paths are, unless in the namespace that everything is read from
 };
 
 /// Writes instances: a table or lists with a property a column; JSON as an array with what InstanceJson() says, one a

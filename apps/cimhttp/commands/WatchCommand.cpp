@@ -3,15 +3,17 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
-#include <functional>
-#include <memory>
 #include <optional>
 #include <ostream>
+#include <string>
 #include <thread>
+#include <utility>
+#include <vector>
 
 #include "Failure.h"
 #include "Options.h"
 #include "commands/ChangeWriter.h"
+#include "commands/IncidentReport.h"
 #include "commands/InstanceChanges.h"
 #include "commands/InstanceReader.h"
 #include "connection/Connection.h"
@@ -41,45 +43,53 @@ bool Sleep(Clock::duration time) {
 /// The instances of a class, compared with those of the reading before.
 class WatchedInstances : public RepeatedReading {
   public:
-    using Connector = std::function<Session()>;
-
-    WatchedInstances(Connector connect, std::string class_name, InstanceQuery query)
-        : connect_(std::move(connect)), class_name_(std::move(class_name)), query_(std::move(query)) {}
-
-    void Read() override {
-        auto later = std::make_unique<Round>(Round{InstanceReader(connect_(), class_name_, query_, false), {}});
-        later->reading = later->reader.Read();
-        earlier_ = std::move(now_);
-        now_ = std::move(later);
+    /// Reads for the first time.
+    WatchedInstances(const CommandContext& context, InstanceReader reader, const PluginAccess& access, bool is_json)
+        : context_(context),
+          reader_(std::move(reader)),
+          now_(reader_.Read()),
+          names_(NamesOf(now_.properties)),
+          writer_(context, access, names_, is_json) {
+        writer_.Begin(now_.instances);
+        TakeIncidents();
     }
 
-    void Begin(const CommandContext& context, const PluginAccess& access, bool is_json) {
-        writer_.emplace(context, access, NamesOf(now_->reading.properties), is_json);
-        writer_->Begin(now_->reading.instances);
+    void Read() override {
+        InstanceReader::Reading later = reader_.Read();
+        earlier_ = std::exchange(now_, std::move(later));
     }
 
     void Show(std::size_t round) override {
-        writer_->Write(
-            ChangesBetween(earlier_->reading.instances, now_->reading.instances, NamesOf(now_->reading.properties)),
-            round);
+        writer_.Write(ChangesBetween(earlier_.instances, now_.instances, names_), round);
+        TakeIncidents();
     }
 
-    void Lose(const Failure& failure) override { writer_->Lose(failure); }
-    void Regain() override { writer_->Regain(); }
+    void Lose(const Failure& failure) override { writer_.Lose(failure); }
+    void Regain() override { writer_.Regain(); }
+
+    /// What could not be taken over in all readings.
+    const IncidentTally& Incidents() const { return all_incidents_; }
 
   private:
-    /// With a session of its own, since one that has read a class's instances does not read them again.
-    struct Round {
-        InstanceReader reader;
-        InstanceReader::Reading reading;
-    };
+    /// Says what could not be taken over, unless it is the same as before.
+    void TakeIncidents() {
+        const IncidentTally incidents = reader_.TakeIncidents();
+        const std::string text = incidents.IsEmpty() ? "" : incidents.Text();
+        if (text != last_incidents_) {
+            ReportIncidents(incidents, context_);
+        }
+        last_incidents_ = text;
+        all_incidents_.Add(incidents);
+    }
 
-    Connector connect_;
-    std::string class_name_;
-    InstanceQuery query_;
-    std::optional<ChangeWriter> writer_;
-    std::unique_ptr<Round> earlier_;
-    std::unique_ptr<Round> now_;
+    const CommandContext& context_;
+    InstanceReader reader_;
+    InstanceReader::Reading now_;
+    InstanceReader::Reading earlier_{};
+    std::vector<std::string> names_; // of the properties that are watched
+    ChangeWriter writer_;
+    IncidentTally all_incidents_;
+    std::string last_incidents_;
 };
 
 } // namespace
@@ -109,22 +119,19 @@ int WatchCommand::Run(const CommandContext& context) {
     const Connection connection = ConnectionOf(context.options);
     const Plugin plugin(context.options.plugin);
     const InterruptScope interrupts;
+    std::optional<WatchedInstances> watched;
+    const auto end = [&] { return watched ? ReportIncidents(watched->Incidents(), context) : 0; };
     const Attendant attendant = context.MakeAttendant([&] { // all that was written is whole
         context.output.flush();
-        std::_Exit(0);
+        std::_Exit(end());
     });
-    std::optional<Session> first = context.ConnectTo(plugin, connection, attendant);
-    const auto connect = [&] {
-        Session session = first ? *first : Session(plugin, connection, context.log, attendant);
-        first.reset();
-        return session;
-    };
-    WatchedInstances watched(connect, name_, InstanceQuery(properties_, conditions_));
-    watched.Read();
-    watched.Begin(context, plugin.Access(), context.Format(*this) == OutputFormat::kJson);
+    const InstanceQuery query(properties_, conditions_);
+    const Session session = context.ConnectTo(plugin, connection, attendant);
+    watched.emplace(context, InstanceReader(session, name_, query, true), plugin.Access(),
+                    context.Format(*this) == OutputFormat::kJson);
     const auto interval = std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(interval_));
-    Repetition(interval, Sleep).Run(watched, count_);
-    return 0;
+    Repetition(interval, Sleep).Run(*watched, count_);
+    return end();
 }
 
 } // namespace cimhttp

@@ -1,11 +1,13 @@
 #include "output/InstanceJson.h"
 
+#include "access/PluginAccess.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMProperty.h"
 #include "host/ICIMPropertyDecl.h"
 #include "output/DisplayText.h"
 #include "output/Json.h"
+#include "output/ObjectJson.h"
 #include "output/TypeText.h"
 
 namespace cimhttp {
@@ -31,7 +33,7 @@ void InstanceJson::Append(const ICIMInstance& instance, std::string& json) {
 void InstanceJson::AppendMembers(const ICIMInstance& instance, std::string& json) {
     const std::vector<Member>& members = MembersOf(instance);
     json += "\"path\":";
-    AppendJsonText(PathOf(instance), json);
+    AppendJsonText(PathOf(instance, name_space_), json);
     json += class_json_;
     for (const Member& member : members) {
         const auto property = instance.GetProperty(member.name, TCIMContext());
@@ -39,9 +41,24 @@ void InstanceJson::AppendMembers(const ICIMInstance& instance, std::string& json
         AppendJsonValue(property->GetValue(TCIMContext()), json);
         json += ",\"text\":";
         DisplayText(access_, *property).AppendJson(json);
+        AppendObjects(instance, member.name, property->GetValue(TCIMContext()), json);
         json += '}';
     }
     json += '}';
+}
+
+void InstanceJson::AppendObjects(const ICIMInstance& instance, const std::string& property, const TCIMValue& value,
+                                 std::string& json) const {
+    const TCIMValue::TCIMType type = value.GetType();
+    const bool may_be_objects = type == TCIMValue::TCIMType::eCIMString || type == TCIMValue::TCIMType::eCIMStringArray;
+    if (!may_be_objects || value.IsNull()) {
+        return;
+    }
+    const auto objects = access_.EmbeddedObjects(instance, property);
+    if (!objects.empty()) {
+        json += ",\"object\":";
+        json += ObjectsJson(objects, value.IsArray());
+    }
 }
 
 const std::vector<InstanceJson::Member>& InstanceJson::MembersOf(const ICIMInstance& instance) {

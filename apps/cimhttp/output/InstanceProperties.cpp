@@ -40,19 +40,16 @@ Properties PropertiesOf(const ICIMClass& cls) {
 
 Properties PropertiesOf(const ICIMInstance& instance) { return PropertiesOf(*instance.GetClass(TCIMContext())); }
 
-Properties PropertiesOf(const ICIMClass& cls, const Instances& instances) {
-    Properties properties = PropertiesOf(cls);
-    if (!properties.empty()) {
-        return properties;
-    }
-    const ICIMClass* last = nullptr;
+Properties PropertiesOf(const Instances& instances) {
+    Properties properties;
+    boost::shared_ptr<ICIMClass> last;
     for (const auto& instance : instances) {
-        const auto own = instance->GetClass(TCIMContext());
-        if (own.get() == last) {
+        auto cls = instance->GetClass(TCIMContext());
+        if (cls == last) {
             continue;
         }
-        last = own.get();
-        for (const auto& property : PropertiesOf(*own)) {
+        last = std::move(cls);
+        for (const auto& property : PropertiesOf(*last)) {
             if (!Find(properties, property->GetName(TCIMContext()))) {
                 properties.push_back(property);
             }
@@ -104,6 +101,9 @@ bool HaveSeveralClasses(const Instances& instances) {
     });
 }
 
-std::string PathOf(const ICIMInstance& instance) { return instance.BuildPath(TCIMContext()).GetPath(); }
+std::string PathOf(const ICIMInstance& instance, const std::string& name_space) {
+    const std::string path = instance.BuildPath(TCIMContext()).GetPath();
+    return name_space.empty() ? path : name_space + ':' + path;
+}
 
 } // namespace cimhttp

@@ -23,9 +23,8 @@ Properties PropertiesOf(const NQORVYX20::ICIMClass& cls);
 /// The same of an instance's own class.
 Properties PropertiesOf(const NQORVYX20::ICIMInstance& instance);
 
-/// The properties of a class that instances were read of. A class of which the server says nothing has those of the
-/// instances' own classes, each once.
-Properties PropertiesOf(const NQORVYX20::ICIMClass& cls, const Instances& instances);
+/// Those of all classes that there are instances of, each once.
+Properties PropertiesOf(const Instances& instances);
 
 std::vector<std::string> NamesOf(const Properties& properties);
 
@@ -44,7 +43,7 @@ std::string ClassNameOf(const NQORVYX20::ICIMInstance& instance);
 
 bool HaveSeveralClasses(const Instances& instances);
 
-/// The path of an instance.
-std::string PathOf(const NQORVYX20::ICIMInstance& instance);
+/// The path of an instance, below its namespace unless that is empty.
+std::string PathOf(const NQORVYX20::ICIMInstance& instance, const std::string& name_space = {});
 
 } // namespace cimhttp

@@ -19,10 +19,11 @@ Cell ValueCell(const TCIMValue& value) {
 
 } // namespace
 
-Listing InstanceRecords(const Instances& instances, PropertySelector selector, const PluginAccess& access) {
+Listing InstanceRecords(const Instances& instances, PropertySelector selector, const PluginAccess& access,
+                        const std::string& name_space) {
     Listing listing({{"Path"}, {"Property"}, {"Type"}, {"Value"}, {"Text"}});
     for (const auto& instance : instances) {
-        const std::string path = PathOf(*instance);
+        const std::string path = PathOf(*instance, name_space);
         for (const auto& declaration : selector.PropertiesFor(*instance)) {
             const std::string& name = declaration->GetName(TCIMContext());
             const auto property = instance->GetProperty(name, TCIMContext());

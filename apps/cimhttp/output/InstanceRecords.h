@@ -9,7 +9,9 @@ namespace cimhttp {
 class PluginAccess;
 
 /// Instances for programs, a property a row: the instance's path, the property, its type, its value as it is, and the
-/// text that it is shown by. An array's value is a JSON array, so that it can be taken apart again.
-Listing InstanceRecords(const Instances& instances, PropertySelector selector, const PluginAccess& access);
+/// text that it is shown by. An array's value is a JSON array, so that it can be taken apart again. About `name_space`
+/// see PathOf().
+Listing InstanceRecords(const Instances& instances, PropertySelector selector, const PluginAccess& access,
+                        const std::string& name_space);
 
 } // namespace cimhttp
