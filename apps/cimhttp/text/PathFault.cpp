@@ -36,22 +36,23 @@ class PathReader {
         if (place_ == path_.size()) {
             return {};
         }
-        if (!Skip('.')) {
+        const bool is_unnamed = Skip('=');
+        if (!is_unnamed && !Skip('.')) {
             return Expected("a point and the keys");
         }
-        std::string fault;
-        do {
+        std::string fault = is_unnamed ? ValueFault() : KeyFault();
+        while (fault.empty() && Skip(',')) {
             fault = KeyFault();
-        } while (fault.empty() && Skip(','));
+        }
         return !fault.empty() || place_ == path_.size() ? fault : Expected("a comma or the end");
     }
 
   private:
-    /// Behind the server and the namespace, `//server/root/cimv2:`.
+    /// Behind the server and the namespace, `//server/root/cimv2:`, whose address may have a port.
     static std::size_t BeginOfClass(const std::string& path) {
-        const std::size_t colon = path.find(':');
         const std::size_t keys = path.find_first_of("=\"");
-        return colon == std::string::npos || colon > keys ? 0 : colon + 1;
+        const std::size_t colon = path.rfind(':', keys);
+        return colon == std::string::npos ? 0 : colon + 1;
     }
 
     std::string KeyFault() {
@@ -61,6 +62,10 @@ class PathReader {
         if (!Skip('=')) {
             return Expected("an equals sign");
         }
+        return ValueFault();
+    }
+
+    std::string ValueFault() {
         if (Skip('"')) {
             return SkipQuoted() ? std::string() : Expected("the quote that ends the text");
         }
