@@ -1,7 +1,8 @@
 # shellcheck shell=bash
 # A demo server for scripts that measure or show the command-line program. A script sources this file and then calls
 #   start_demo [OPTION...]
-# It stops the server, and removes the folder `scratch`, at the end of the script.
+#   start_link MILLISECONDS       if it needs a server that is far away
+# It stops all, and removes the folder `scratch`, at the end of the script.
 
 fail() {
     echo "${0##*/}: $*" >&2
@@ -9,10 +10,11 @@ fail() {
 }
 
 end_demo() {
-    if [ -n "${demo_server-}" ]; then
-        kill "$demo_server" 2>/dev/null || true
-        wait "$demo_server" 2>/dev/null || true
-    fi
+    local process
+    for process in ${demo_link-} ${demo_server-}; do
+        kill "$process" 2>/dev/null || true
+        wait "$process" 2>/dev/null || true
+    done
     rm -rf "${scratch-}"
 }
 
@@ -43,4 +45,18 @@ start_demo() {
     done
     cat "$scratch/server-log" >&2
     fail "the demo server did not start on $address"
+}
+
+# start_link MILLISECONDS: the same server at `far_address`, over a link that takes so long one way. Needs bench_delay.
+start_link() {
+    far_address=127.77.${address#127.76.}
+    build/release/bench/delay "$far_address" "$address" 5988 "$1" >"$scratch/link-log" 2>&1 &
+    demo_link=$!
+    for _ in $(seq 100); do
+        grep -q ready "$scratch/link-log" && return
+        kill -0 "$demo_link" 2>/dev/null || break
+        sleep 0.1
+    done
+    cat "$scratch/link-log" >&2
+    fail "the link did not start on $far_address"
 }

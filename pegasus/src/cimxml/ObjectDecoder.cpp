@@ -359,7 +359,8 @@ CIMValue ObjectDecoder::decodeArrayValue(XmlReader& reader) {
             items.append(T());
         }
     }
-    return nulls.size() == 0 ? CIMValue(std::move(items)) : CIMValue(std::move(items), nulls);
+    CIMValue value = nulls.size() == 0 ? CIMValue(std::move(items)) : CIMValue(std::move(items), nulls);
+    return value;
 }
 
 template <class T>
