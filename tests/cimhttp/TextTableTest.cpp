@@ -314,8 +314,8 @@ TEST(TextTable, ReferencesLoseTheKeysThatAllRowsShareWhereThereIsNoRoom) {
                              same + "  CSName=\"one.example\",Handle=\"27\"\n" + same +
                              "  CSName=\"one.example\",Handle=\"31\"\n");
     EXPECT_EQ(write(50), "Parent                           Child\n"
-                         "-------------------------------  -----------\n" +
-                             same + "  Handle=\"27\"\n" + same + "  Handle=\"31\"\n");
+                         "-------------------------------  -------------\n" +
+                             same + "  …,Handle=\"27\"\n" + same + "  …,Handle=\"31\"\n");
 }
 
 TEST(TextTable, ReferencesKeepTheKeysThatTellRowsApart) {

@@ -77,9 +77,10 @@ std::string HeadText(const TCIMReference& reference) {
 
 /// `Class.…,key="text"`: the dots show that this is no path to look an instance up with.
 std::string ShortText(const TCIMReference& reference, const TCIMReference& left_out) {
-    TCIMReference keys = Without(reference, left_out);
+    TCIMReference keys = Without(reference, left_out); // with the class, which the head has
     keys.SetClassName(std::string());
-    return HeadText(reference) + ".…," + keys.GetPath();
+    const std::string head = HeadText(reference);
+    return (head.empty() ? "…," : head + ".…,") + keys.GetPath();
 }
 
 /// True when there was something to leave out.
