@@ -64,6 +64,24 @@ TEST_F(ClassHierarchyTest, DeepVisitsTheSubtreeAndFlatTheDirectSubclasses) {
     EXPECT_THAT(SubClassNames(*fA, false), ElementsAre("TEST_B", "TEST_D"));
 }
 
+TEST_F(ClassHierarchyTest, DeepGoesDownAsFarAsThereAreSubclasses) {
+    fA->AddChildClass(Fetch("TEST_B"));
+    Fetch("TEST_B")->AddChildClass(Fetch("TEST_C"));
+    Fetch("TEST_C")->AddChildClass(Fetch("TEST_D"));
+    EXPECT_THAT(SubClassNames(*fA, true), ElementsAre("TEST_B", "TEST_C", "TEST_D"));
+    EXPECT_THAT(SubClassNames(*fNamespace->GetRootClass(), true),
+                ElementsAre("TEST_A", "TEST_B", "TEST_C", "TEST_D", "TEST_B", "TEST_C", "TEST_D", "TEST_C", "TEST_D",
+                            "TEST_D"));
+    std::vector<std::string> visited;
+    fA->EnumerateSubClasses(
+        [&](const auto& cls) {
+            visited.push_back(cls->GetName(TCIMContext()));
+            return visited.back() != "TEST_D";
+        },
+        true, TCIMContext());
+    EXPECT_THAT(visited, ElementsAre("TEST_B", "TEST_C", "TEST_D"));
+}
+
 TEST_F(ClassHierarchyTest, AGrandchildThatIsRefusedEndsOnlyItsLevel) {
     fA->AddChildClass(Fetch("TEST_B"));
     Fetch("TEST_B")->AddChildClass(Fetch("TEST_C"));

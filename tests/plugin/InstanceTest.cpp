@@ -144,6 +144,26 @@ TEST_F(InstanceTest, ValuesArriveConverted) {
     EXPECT_EQ(disk->GetClass(TCIMContext()), fDisk);
 }
 
+TEST_F(InstanceTest, ANullPropertyArrivesAsTheEmptyValueOfItsTypeAndANullBooleanAsFalse) {
+    const std::string properties = PropertyXml("On", "boolean") + PropertyXml("Count", "uint64") +
+                                   PropertyXml("Label", "string") + PropertyXml("Since", "datetime") +
+                                   "<PROPERTY.ARRAY NAME=\"Tags\" TYPE=\"string\"/>";
+    ServeClass("TEST_Blank", "", PropertyXml("Name", "string", KeyXml()) + properties);
+    ServeInstances("TEST_Blank", InstanceXml("TEST_Blank", "Name", "a", properties));
+    const auto blank = Instances(*FetchClass(*fNamespace, "TEST_Blank")).at(0);
+    const auto valueOf = [&](const char* name) {
+        const auto property = blank->GetProperty(name, TCIMContext());
+        EXPECT_FALSE(property->IsDefaultValue(TCIMContext())) << name << " has a value of its own";
+        return property->GetValue(TCIMContext());
+    };
+    EXPECT_EQ(valueOf("On"), TCIMValue(false));
+    EXPECT_EQ(valueOf("Count"), TCIMValue(0ULL));
+    EXPECT_EQ(valueOf("Label"), TCIMValue(""));
+    EXPECT_EQ(valueOf("Since"), TCIMValue(TCIMDateTime()));
+    EXPECT_EQ(valueOf("Tags"), TCIMValue(ECIMType::eCIMString, 0, {}));
+    EXPECT_THAT(fLog->Errors(), IsEmpty());
+}
+
 TEST_F(InstanceTest, InstancesComeInTheOrderOfTheirPaths) {
     ServeInstances("TEST_Disk", DiskXml("sdc", "1") + DiskXml("sda", "2") + DiskXml("sdb", "3"));
     std::vector<std::string> names;
@@ -237,6 +257,15 @@ TEST_F(InstanceTest, ARemoteFailureIsLoggedAndRetriedOnTheNextCall) {
                             "CIM_ERR_FAILED: provider crashed"));
     ServeInstances("TEST_Disk", DiskXml("sda", "1"));
     EXPECT_EQ(Instances(*fDisk).size(), 1U);
+}
+
+TEST_F(InstanceTest, AFailedFetchIsNotRepeatedInTheSameEnumeration) {
+    fServer.Fail("EnumerateInstances", "TEST_Disk", 1, "provider crashed");
+    for (const bool deep : {false, true}) {
+        fServer.ForgetCalls();
+        Instances(*fDisk, deep);
+        EXPECT_EQ(fServer.Calls().size(), 1U);
+    }
 }
 
 TEST_F(InstanceTest, AServerThatClosesInTheMiddleOfTheInstancesLeavesAnEmptyResult) {
