@@ -277,6 +277,21 @@ TEST_F(TInmemInstanceTest, IsComparedByClassThenByValues) {
     EXPECT_FALSE(*sdb == *point);
 }
 
+TEST_F(TInmemInstanceTest, IsComparedByTheNameOfItsClassAndNotByTheClassItself) {
+    const auto elsewhere = boost::make_shared<TTestNamespace>();
+    const auto namesake = elsewhere->AddClass("Test_Point");
+    const auto other = elsewhere->AddClass("Test_Other");
+    for (const auto& cls : {namesake, other}) {
+        cls->Declare("X", 0);
+        cls->Declare("Y", TCIMValue(TType::eCIMSint32, 0));
+    }
+    const auto point = fPoint->Add({{"X", 1}});
+    EXPECT_TRUE(*point == *namesake->Add({{"X", 1}}));
+    EXPECT_TRUE(*point < *namesake->Add({{"X", 2}}));
+    EXPECT_FALSE(*point == *other->Add({{"X", 1}}));
+    EXPECT_TRUE(*other->Add({{"X", 2}}) < *point) << "the name of the class goes before the values";
+}
+
 TEST_F(TInmemInstanceTest, ValidatesItsValuesAgainstTheClassAsItIsNow) {
     const auto disk = fDisk->Add({{"Size", 1ULL}});
     disk->Validate({});
