@@ -1,8 +1,6 @@
 #pragma once
 
-#include <cstddef>
 #include <iosfwd>
-#include <mutex>
 #include <optional>
 #include <string>
 
@@ -11,7 +9,7 @@
 
 namespace cimhttp {
 
-/// The program's logger: writes the plug-in's log when asked to, and counts the errors in it.
+/// The program's logger, which writes when asked to what the plug-in says of failures and of its work.
 class FailureLog : public NQORVYX20::ILogger {
   public:
     /// Writes messages up to `level` to `stream`, which must live longer than the logger; nothing without a level.
@@ -19,12 +17,7 @@ class FailureLog : public NQORVYX20::ILogger {
 
     void Log(EVYXLogSeverity severity, std::string message) override;
 
-    /// How many messages of severity error there were.
-    std::size_t ErrorCount() const;
-
   private:
-    mutable std::mutex mutex_;
-    std::size_t error_count_ = 0;
     std::optional<NQORVYX20::TLogger> written_;
 };
 

@@ -7,15 +7,6 @@
 using cimhttp::FailureLog;
 using NQORVYX20::ILogger;
 
-TEST(FailureLog, CountsErrorsWhateverItWrites) {
-    std::ostringstream stream;
-    FailureLog log(stream, std::nullopt);
-    log.Log(ILogger::eLogError, "CimHTTP: CIM name '2a' is invalid");
-    log.Log(ILogger::eLogWarning, "a warning");
-    log.Log(ILogger::eLogDebug, "connect failed: refused");
-    EXPECT_EQ(log.ErrorCount(), 1U);
-}
-
 TEST(FailureLog, WritesOnlyWhatItsLevelAsksFor) {
     std::ostringstream silent;
     FailureLog(silent, std::nullopt).Log(ILogger::eLogError, "e");

@@ -37,9 +37,8 @@ TEST(IncidentTally, SpeaksOfThingsWhereNotOnlyValuesAreLost) {
     EXPECT_EQ(
         TallyOf({Incident(Cause::kDoubledPath, "")}).Text(),
         "1 thing could not be taken over (1 with the path of another); the first: TEST_Disk.Name=\"a\": it is odd");
-    EXPECT_EQ(
-        TallyOf({{Cause::kBadName, "TEST_Disk", "", "", "odd"}, Incident(Cause::kBadValue, "A")}).Text(),
-        "2 things could not be taken over (1 not valid, 1 with a name that is not valid); the first: TEST_Disk: odd");
+    EXPECT_EQ(TallyOf({{Cause::kBadName, "TEST_Disk", "", "", "odd"}, Incident(Cause::kBadValue, "A")}).Text(),
+              "2 things could not be taken over (1 not valid, 1 that the host cannot keep); the first: TEST_Disk: odd");
 }
 
 TEST(IncidentTally, AddsUpAndKeepsTheVeryFirst) {

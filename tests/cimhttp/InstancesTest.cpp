@@ -417,7 +417,7 @@ TEST_F(InstancesTest, APropertyWithANameThatCannotBeKeptIsTold) {
     const auto run = Run({"instances", "TEST_Disk", "--exact"});
     EXPECT_EQ(run.status, 7);
     EXPECT_EQ(run.output, "Name   Size\n----  -----\nsda   12345\n");
-    EXPECT_THAT(run.errors, HasSubstr("with a name that is not valid"));
+    EXPECT_THAT(run.errors, HasSubstr("(1 that the host cannot keep)"));
 }
 
 TEST_F(InstancesTest, AnInstanceWhoseClassIsNotDefinedIsShownAndTold) {

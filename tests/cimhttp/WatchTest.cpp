@@ -16,6 +16,7 @@ using nlohmann::json;
 using support::TerminalProgram;
 using testing::HasSubstr;
 using testing::MatchesRegex;
+using testing::Not;
 
 namespace {
 
@@ -89,7 +90,7 @@ TEST_F(WatchTest, JsonTellsWhatIsNewWhatHasChangedAndWhatHasGone) {
     ASSERT_TRUE(program.AwaitText("Name=\\\"c\\\"")) << program.Screen();
     program.Type("\x03");
     EXPECT_EQ(program.Wait(), 0);
-    EXPECT_THAT(program.Screen(), HasSubstr(R"("change":"changed","round":)"));
+    EXPECT_THAT(program.Screen(), HasSubstr(R"(,"change":"changed","path":"TEST_Fan.Name=\"a\"",)"));
     EXPECT_THAT(program.Screen(),
                 HasSubstr(R"("path":"TEST_Fan.Name=\"a\"","class":"TEST_Fan","properties":{"Speed":{"old":{"value":1,)"
                           R"("text":"1"},"new":{"value":null,"text":""}}}})"));
@@ -106,6 +107,20 @@ TEST_F(WatchTest, NullAndAnEmptyTextAreToldApart) {
     EXPECT_TRUE(program.AwaitText("Speed: 7 → –\r\n")) << program.Screen();
 }
 
+TEST_F(WatchTest, AReferenceThatPointsElsewhereHasChanged) {
+    const auto reference = [](const std::string& name) {
+        return "<PROPERTY.REFERENCE NAME=\"Next\" REFERENCECLASS=\"TEST_Fan\"><VALUE.REFERENCE>" +
+               PathXml("TEST_Fan", name) + "</VALUE.REFERENCE></PROPERTY.REFERENCE>";
+    };
+    AnswerWithFans(fServer, InstanceXml("TEST_Fan", "a", reference("b")));
+    fServer.Answer("GetClass", "TEST_Fan",
+                   ClassXml("TEST_Fan", "", "<PROPERTY.REFERENCE NAME=\"Next\" REFERENCECLASS=\"TEST_Fan\"/>"));
+    TerminalProgram program(CIMHTTP_PROGRAM, Watch());
+    ASSERT_TRUE(program.AwaitText("1 instance")) << program.Screen();
+    fServer.Answer("EnumerateInstances", "TEST_Fan", InstanceXml("TEST_Fan", "a", reference("c")));
+    EXPECT_TRUE(program.AwaitText("Next: TEST_Fan.Name=\"b\" → TEST_Fan.Name=\"c\"\r\n")) << program.Screen();
+}
+
 TEST_F(WatchTest, AServerThatGoesAndComesBackIsWaitedFor) {
     AnswerWithFans(fServer, FanXml("a", 1));
     TerminalProgram program(CIMHTTP_PROGRAM, Watch(), {"NO_COLOR=1"});
@@ -119,6 +134,7 @@ TEST_F(WatchTest, AServerThatGoesAndComesBackIsWaitedFor) {
     ASSERT_TRUE(program.AwaitText("Speed: 1 → 2")) << program.Screen();
     program.Type("\x03");
     EXPECT_EQ(program.Wait(), 0);
+    EXPECT_THAT(program.Screen(), Not(HasSubstr("cimhttp:"))) << "nothing is missing in the end";
 }
 
 TEST_F(WatchTest, JsonMarksTheGap) {

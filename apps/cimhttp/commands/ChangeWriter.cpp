@@ -54,7 +54,7 @@ void ChangeWriter::Begin(const Instances& instances) const {
                         << (instances.size() == 1 ? " instance\n" : " instances\n");
     }
     for (const auto& instance : is_json_ ? instances : Instances()) {
-        WriteJson("present", ",\"round\":0," + InstanceMembers(*instance, properties_));
+        WriteJson(0, "present", ',' + InstanceMembers(*instance, properties_));
     }
     context_.output.flush();
 }
@@ -72,7 +72,7 @@ void ChangeWriter::Write(const std::vector<InstanceChange>& changes, std::size_t
 
 void ChangeWriter::Lose(const Failure& failure) const {
     if (is_json_) {
-        WriteJson("lost", Member("reason", JsonText(failure.what())));
+        WriteJson(std::nullopt, "lost", Member("reason", JsonText(failure.what())));
     } else {
         context_.output << TimeOfDay() << "  " << Colored("!", kRed) << ' ' << Printable(failure.what()) << '\n';
     }
@@ -81,7 +81,7 @@ void ChangeWriter::Lose(const Failure& failure) const {
 
 void ChangeWriter::Regain() const {
     if (is_json_) {
-        WriteJson("back", "");
+        WriteJson(std::nullopt, "back", "");
     } else {
         context_.output << TimeOfDay() << "  " << Colored("!", kGreen) << " the server answers again\n";
     }
@@ -102,12 +102,13 @@ void ChangeWriter::WriteJson(const InstanceChange& change, std::size_t round) co
     const std::string members = change.kind == Kind::kNew    ? InstanceMembers(*change.instance, properties_)
                                 : change.kind == Kind::kGone ? InstanceMembers(*change.instance, {})
                                                              : DifferenceMembers(change);
-    WriteJson(TextsOf(change.kind).name, Member("round", std::to_string(round)) + ',' + members);
+    WriteJson(round, TextsOf(change.kind).name, ',' + members);
 }
 
-void ChangeWriter::WriteJson(const char* change, const std::string& members) const {
-    context_.output << "{\"time\":" << JsonText(TimeWithZone()) << Member("change", JsonText(change)) << members
-                    << "}\n";
+void ChangeWriter::WriteJson(std::optional<std::size_t> round, const char* change, const std::string& members) const {
+    context_.output << "{\"time\":" << JsonText(TimeWithZone())
+                    << (round ? Member("round", std::to_string(*round)) : "") << Member("change", JsonText(change))
+                    << members << "}\n";
 }
 
 std::string ChangeWriter::InstanceMembers(const ICIMInstance& instance,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -42,8 +43,8 @@ class ChangeWriter {
     void WriteLines(const InstanceChange& change) const;
     void WriteJson(const InstanceChange& change, std::size_t round) const;
 
-    /// A line with these members behind the time and the change.
-    void WriteJson(const char* change, const std::string& members) const;
+    /// A line with the time, the round if there is one, the change and further members.
+    void WriteJson(std::optional<std::size_t> round, const char* change, const std::string& members) const;
     std::string InstanceMembers(const NQORVYX20::ICIMInstance& instance,
                                 const std::vector<std::string>& properties) const;
     std::string DifferenceMembers(const InstanceChange& change) const;

@@ -20,7 +20,7 @@ const char* TextOf(Cause cause) {
     case Cause::kBadValue:
         return "not valid";
     case Cause::kBadName:
-        return "with a name that is not valid";
+        return "that the host cannot keep";
     case Cause::kDoubledPath:
         return "with the path of another";
     case Cause::kNoDefinition:

@@ -30,6 +30,9 @@ class PathReader {
     explicit PathReader(const std::string& path) : path_(path), place_(BeginOfClass(path)) {}
 
     std::string Fault() {
+        if (place_ > 0 && !IsNamespace(NamespaceIn(path_.substr(0, place_ - 1)))) {
+            return "before '" + path_.substr(place_ - 1) + "' there should be a namespace such as root/cimv2";
+        }
         if (!SkipName()) {
             return Expected("the name of a class");
         }
@@ -53,6 +56,35 @@ class PathReader {
         const std::size_t keys = path.find_first_of("=\"");
         const std::size_t colon = path.rfind(':', keys);
         return colon == std::string::npos ? 0 : colon + 1;
+    }
+
+    /// The namespace behind the server, if there is one: in `//server/root/cimv2`, `http://server/root/cimv2`,
+    /// `server:5988/root/cimv2`, `/root/cimv2` and `root/cimv2`.
+    static std::string NamespaceIn(const std::string& head) {
+        const std::size_t slashes = head.find("//");
+        if (slashes == 0 || (slashes != std::string::npos && head[slashes - 1] == ':')) {
+            return BehindSlash(head, slashes + 2);
+        }
+        const bool has_port = head.find(':') != std::string::npos;
+        return has_port || head.rfind('/', 0) == 0 ? BehindSlash(head, 0) : head;
+    }
+
+    static std::string BehindSlash(const std::string& text, std::size_t begin) {
+        const std::size_t slash = text.find('/', begin);
+        return slash == std::string::npos ? std::string() : text.substr(slash + 1);
+    }
+
+    /// Names with slashes between them.
+    static bool IsNamespace(const std::string& text) {
+        bool is_begin = true;
+        for (const char letter : text) {
+            const auto byte = static_cast<unsigned char>(letter);
+            if (letter == '/' ? is_begin : !(is_begin ? BeginsName(byte) : ContinuesName(byte))) {
+                return false;
+            }
+            is_begin = letter == '/';
+        }
+        return !is_begin;
     }
 
     std::string KeyFault() {
