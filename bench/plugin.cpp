@@ -15,6 +15,7 @@
 #include <string>
 
 #include "Measurement.h"
+#include "cimhttp/ContextKeys.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMNamespace.h"
@@ -52,8 +53,8 @@ void ForEachProperty(ICIMClass& cls, const PropertyCallback& callback) {
 /// A connected namespace and the jobs on it.
 class Load {
   public:
-    Load(const char* address, std::string className) : fClassName(std::move(className)) {
-        const TCIMContext context{{"pluginNameQualDeclValue", TCIMValue("cimhttp")}};
+    Load(const char* address, std::string className, const char* reading) : fClassName(std::move(className)) {
+        const TCIMContext context{{"pluginNameQualDeclValue", TCIMValue("cimhttp")}, {kReadingKey, TCIMValue(reading)}};
         fNamespace = boost::dynamic_pointer_cast<TCimHTTPNamespace>(
             TCimHTTPNamespaceProvider::GetInstance()->AllocateNamespace(context, false));
         fNamespace->connect(address, "", "", kPort);
@@ -136,22 +137,26 @@ class Load {
 struct Job {
     std::function<void(Load&)> prepare;
     std::function<std::size_t(Load&)> work;
+    const char* reading = kCompatibleReading;
 };
 
 const std::map<std::string, Job>& Jobs() {
     const auto nothing = [](Load& /*load*/) {};
     const auto getClass = [](Load& load) { load.GetClass(); };
     const auto enumerate = [](Load& load) { load.Enumerate(); };
-    static const std::map<std::string, Job> jobs{
-        {"miss", {nothing, &Load::Miss}},           {"misses", {nothing, &Load::Misses}},
-        {"hit", {getClass, &Load::Hits}},           {"first", {getClass, &Load::Enumerate}},
-        {"cached", {enumerate, &Load::ReadValues}}, {"display", {enumerate, &Load::Display}}};
+    static const std::map<std::string, Job> jobs{{"miss", {nothing, &Load::Miss}},
+                                                 {"misses", {nothing, &Load::Misses}},
+                                                 {"hit", {getClass, &Load::Hits}},
+                                                 {"first", {getClass, &Load::Enumerate}},
+                                                 {"cached", {enumerate, &Load::ReadValues}},
+                                                 {"display", {enumerate, &Load::Display}},
+                                                 {"faithful", {getClass, &Load::Enumerate, kFaithfulReading}}};
     return jobs;
 }
 
 void Run(const Job& job, const char* address, const char* className) {
     TRootObject::SetCoreLogger(boost::make_shared<TLogger>(std::cerr, ILogger::eLogError));
-    Load load(address, className);
+    Load load(address, className, job.reading);
     job.prepare(load);
     const bench::Stopwatch stopwatch;
     const std::size_t count = Measured([&] { return job.work(load); });
@@ -169,8 +174,8 @@ void Run(const Job& job, const char* address, const char* className) {
 int main(int argc, char** argv) {
     const auto job = argc == 4 ? Jobs().find(argv[1]) : Jobs().end();
     if (job == Jobs().end()) {
-        std::cerr << "use: plugin miss|misses|hit|first|cached|display ADDRESS CLASS, of a server on port " << kPort
-                  << '\n';
+        std::cerr << "use: plugin miss|misses|hit|first|cached|display|faithful ADDRESS CLASS, of a server on port "
+                  << kPort << '\n';
         return 2;
     }
     try {

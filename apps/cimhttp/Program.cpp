@@ -30,13 +30,9 @@ class LoggerScope {
 
 /// Returns the exit status.
 int RunCommand(Command& command, const Options& options, std::ostream& output, std::ostream& errors) {
-    const auto log = boost::make_shared<FailureLog>(errors, options.log_level);
-    const LoggerScope scope(log);
-    const int status = command.Run({options, *log, output, errors});
+    const LoggerScope scope(boost::make_shared<FailureLog>(errors, options.log_level));
+    const int status = command.Run({options, output, errors});
     output.flush();
-    if (status == 0 && log->ErrorCount() > 0 && !options.log_level) {
-        errors << "cimhttp: not everything could be read; --log error shows what was left out\n";
-    }
     return status;
 }
 

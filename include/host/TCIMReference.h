@@ -16,7 +16,8 @@ namespace NQORVYX20 {
 
 class ICIMNamespace;
 
-/// An object path: a namespace, a class name, and key values. Key values keep the order in which they were added.
+/// An object path: a host, a namespace, a class name, and key values. Key values keep the order in which they were
+/// added. Copying and moving are defined in TCIMValue.h.
 class TCIMReference {
   public:
     /// A path without a class name. The entries of `keys` become its first key values; the namespace, which may be
@@ -37,17 +38,26 @@ class TCIMReference {
     /// Calls back once per key value, in the order in which they were added, until the callback returns false.
     void EnumerateKeyValues(const boost::function<bool(const std::string&, const TCIMValue&)>& callback) const;
 
-    void SetClassName(const std::string& name);
+    void SetClassName(const std::string& name) { fClassName = name; }
 
     /// The class that the path names, empty for none.
     const std::string& GetClassName() const { return fClassName; }
+
+    /// Where the object is, as a server writes it: its host, perhaps with a port, and its namespace, such as
+    /// `root/cimv2`. Both are empty for a path that does not say.
+    void SetHost(const std::string& host) { fHost = host; }
+    const std::string& GetHost() const { return fHost; }
+    void SetNamespaceName(const std::string& name) { fNamespaceName = name; }
+    const std::string& GetNamespaceName() const { return fNamespaceName; }
 
     /// The namespace, or an empty pointer when there is none or it has gone.
     boost::shared_ptr<ICIMNamespace> GetNamespace() const { return fNamespace.lock(); }
 
     /// The path as text, `Class.key1="text",key2=3`: keys in the order of their normalised names; numbers and booleans
     /// bare; arrays as `{"a","b"}`; a null value as `NULL`; all other values quoted, with `\` before `"` and `\`.
-    /// Without a class name, the keys alone. Equal references have equal texts.
+    /// Before it stands the namespace, `root/cimv2:Class…`, or host and namespace, `//host/root/cimv2:Class…`, of a
+    /// path that has them. A key without a name is written `Class="text"`. Without a class name, the keys alone. Equal
+    /// references have equal texts.
     std::string GetPath() const;
 
     /// References are compared by their text.
@@ -63,6 +73,8 @@ class TCIMReference {
     void ExtendIndex();
 
     boost::weak_ptr<ICIMNamespace> fNamespace;
+    std::string fHost;
+    std::string fNamespaceName;
     std::string fClassName;
     std::vector<TKeyValue> fKeyValues;
     std::map<std::string, std::size_t> fIndex; // the places of the keys by normalised name; empty while they are few

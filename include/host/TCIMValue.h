@@ -2,6 +2,7 @@
 
 #include <iosfwd>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -15,7 +16,8 @@ namespace NQORVYX20 {
 
 /// A CIM value: null, one scalar, or one array of one element type. It always has a type, also when it is null.
 /// Values are plain data: copies are independent, and one value must not be changed while another thread reads it. A
-/// value that was moved from may be assigned to and destroyed, nothing else.
+/// value that was moved from may be assigned to and destroyed, nothing else. Moving takes no operation of the host's
+/// library, only this header.
 class TCIMValue {
   public:
     /// The type of a value: one code, in which bit 0x10 marks an array of the type in the lower bits.
@@ -78,7 +80,7 @@ class TCIMValue {
     /*implicit*/ TCIMValue(double value);
     /*implicit*/ TCIMValue(const char* value);
     /*implicit*/ TCIMValue(const std::string& value);
-    /*implicit*/ TCIMValue(std::string&& value);
+    /*implicit*/ TCIMValue(std::string&& value) : fContent(std::move(value)) {}
     /*implicit*/ TCIMValue(const TCIMChar16& value);
     /*implicit*/ TCIMValue(const TCIMDateTime& value);
     /*implicit*/ TCIMValue(TCIMReference& value);
@@ -89,12 +91,13 @@ class TCIMValue {
     /// An array of the elements in their order, also of none. `elementType` is the type of one element. The second
     /// argument has no meaning; pass 0.
     TCIMValue(TCIMType elementType, unsigned int unused, const std::vector<TCIMValue>& elements);
-    TCIMValue(TCIMType elementType, unsigned int unused, std::vector<TCIMValue>&& elements);
+    TCIMValue(TCIMType elementType, unsigned int /*unused*/, std::vector<TCIMValue>&& elements)
+        : fContent(TCIMIndirect<TArray>(TArray{ElementOf(elementType), std::move(elements)})) {}
 
     TCIMValue(const TCIMValue& other);
-    TCIMValue(TCIMValue&& other) noexcept;
+    TCIMValue(TCIMValue&& other) noexcept = default;
     TCIMValue& operator=(const TCIMValue& other);
-    TCIMValue& operator=(TCIMValue&& other) noexcept;
+    TCIMValue& operator=(TCIMValue&& other) noexcept = default;
     ~TCIMValue();
 
     bool IsNull() const;
@@ -108,10 +111,9 @@ class TCIMValue {
     /// reference.
     std::string GetReferencedClass() const;
 
-    /// The value as text: booleans `true` and `false`, integers in `base` (2 to 36), reals in the shortest form that
-    /// reads back the same (or `nan`, `inf`, `-inf`), char16 as UTF-8, date-times as their 25 characters, references as
-    /// their path, arrays as `{a, b}`, null as the empty text. Throws TVYXException 14 for an integer in another base.
-    /// Does not depend on the locale.
+    /// The value as text: booleans `true` and `false`, integers in `base` (2 to 36, any other counts as 10), reals in
+    /// the shortest form that reads back the same (or `nan`, `inf`, `-inf`), char16 as UTF-8, date-times as their 25
+    /// characters, references as their path, arrays as `{a, b}`, null as the empty text. Does not depend on the locale.
     std::string ToString(unsigned char base) const;
 
     // Numbers convert to every number type that can hold the value exactly (not a number and the infinities to both
@@ -146,6 +148,11 @@ class TCIMValue {
     bool operator<(const TCIMValue& other) const;
 
   private:
+    static TCIMType ElementOf(TCIMType array) {
+        constexpr unsigned int kArrayBit = TCIMType::eCIMArrayUnknown;
+        return static_cast<TCIMType::ECIMType>(static_cast<unsigned int>(array) & ~kArrayBit);
+    }
+
     struct TNull {
         TCIMType type;
     };
@@ -168,6 +175,12 @@ class TCIMValue {
 
     TContent fContent;
 };
+
+// A reference has values as keys, so that it can be copied only where they are known.
+inline TCIMReference::TCIMReference(const TCIMReference& other) = default;
+inline TCIMReference::TCIMReference(TCIMReference&& other) noexcept = default;
+inline TCIMReference& TCIMReference::operator=(const TCIMReference& other) = default;
+inline TCIMReference& TCIMReference::operator=(TCIMReference&& other) noexcept = default;
 
 /// Writes a readable name, `uint16` or `string[]`.
 std::ostream& operator<<(std::ostream& stream, const TCIMValue::TCIMType& type);

@@ -32,8 +32,9 @@ class TInmemInstance : public ICIMInstance, public boost::enable_shared_from_thi
     void ModifyInstance(boost::shared_ptr<ICIMInstance> values, TCIMContext context) override;
     void Delete(TCIMContext context) override;
 
-    /// The class name and the key properties' values. An instance of a class without keys is identified by the values
-    /// of all its properties.
+    /// The class name and the key properties' values. An instance of a class without keys has a number as its key `#`,
+    /// `Class.#=17`: it gets it when it is made, keeps it whatever values it takes, and shares it with no other
+    /// instance of the process.
     TCIMReference GetReference(TCIMContext context) const override;
     boost::shared_ptr<ICIMClass> GetClass(TCIMContext context) const override;
 
@@ -59,7 +60,7 @@ class TInmemInstance : public ICIMInstance, public boost::enable_shared_from_thi
     /// Invokes the method of the class.
     TCIMValue InvokeMethod(const std::string& name, TCIMContext& parameters, TCIMContext context) override;
 
-    /// Instances are compared by class name, then by the values of their properties.
+    /// Instances are compared by class name, then by the values of their properties, with or without keys.
     bool operator==(ICIMInstance& other) const override;
     bool operator<(ICIMInstance& other) const override;
 
@@ -93,6 +94,7 @@ class TInmemInstance : public ICIMInstance, public boost::enable_shared_from_thi
     void TakeValues(const ICIMInstance& other);
 
     boost::weak_ptr<ICIMClass> fClass;
+    const unsigned long long fNumber; // tells instances of a class without keys apart
 
     // The properties that have a value of their own, in the order in which they got it. Views share them to keep values
     // that they have handed out: slots that are shared are not changed, but copied first.

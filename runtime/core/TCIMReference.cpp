@@ -73,10 +73,6 @@ TCIMReference::TCIMReference(boost::shared_ptr<ICIMNamespace> nameSpace, TCIMCon
     ExtendIndex();
 }
 
-TCIMReference::TCIMReference(const TCIMReference& other) = default;
-TCIMReference::TCIMReference(TCIMReference&& other) noexcept = default;
-TCIMReference& TCIMReference::operator=(const TCIMReference& other) = default;
-TCIMReference& TCIMReference::operator=(TCIMReference&& other) noexcept = default;
 TCIMReference::~TCIMReference() = default;
 
 void TCIMReference::AddKeyValue(const std::string& name, const TCIMValue& value) {
@@ -120,8 +116,6 @@ void TCIMReference::EnumerateKeyValues(
     }
 }
 
-void TCIMReference::SetClassName(const std::string& name) { fClassName = name; }
-
 std::string TCIMReference::GetPath() const {
     std::vector<const TKeyValue*> sorted;
     sorted.reserve(fKeyValues.size());
@@ -130,10 +124,17 @@ std::string TCIMReference::GetPath() const {
     std::sort(sorted.begin(), sorted.end(),
               [](const TKeyValue* left, const TKeyValue* right) { return IsNameBefore(left->first, right->first); });
 
-    std::string path = fClassName;
+    std::string path;
+    if (!fHost.empty())
+        path.append("//").append(fHost).append("/");
+    if (!fNamespaceName.empty())
+        path.append(fNamespaceName).append(":");
+    path.append(fClassName);
     const char* separator = fClassName.empty() ? "" : ".";
     for (const TKeyValue* keyValue : sorted) {
-        path.append(separator).append(keyValue->first).append("=");
+        if (!keyValue->first.empty())
+            path.append(separator).append(keyValue->first);
+        path.append("=");
         AppendValue(path, keyValue->second);
         separator = ",";
     }

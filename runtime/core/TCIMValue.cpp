@@ -13,14 +13,10 @@ namespace NQORVYX20 {
 
 namespace {
 
-constexpr unsigned int kArrayBit = 0x10;
+constexpr unsigned int kArrayBit = TCIMValue::TCIMType::eCIMArrayUnknown;
 
 TCIMValue::TCIMType ArrayOf(TCIMValue::TCIMType element) {
     return static_cast<TCIMValue::TCIMType::ECIMType>(static_cast<unsigned int>(element) | kArrayBit);
-}
-
-TCIMValue::TCIMType ElementOf(TCIMValue::TCIMType array) {
-    return static_cast<TCIMValue::TCIMType::ECIMType>(static_cast<unsigned int>(array) & ~kArrayBit);
 }
 
 template <typename T>
@@ -97,7 +93,7 @@ bool IsLess(const T& left, const T& right) {
 template <typename T>
 std::string IntegerText(T value, int base) {
     if (base < 2 || base > 36)
-        throw TVYXException(14);
+        base = 10; // a text in digits that everybody knows is better than none
     std::array<char, std::numeric_limits<T>::digits + 2> text; // the lowest number in base 2, with its sign
     return {text.data(), std::to_chars(text.data(), text.data() + text.size(), value, base).ptr};
 }
@@ -155,20 +151,15 @@ TCIMValue::TCIMValue(const char* value) : fContent(TNull{TCIMType::eCIMString}) 
         fContent.emplace<std::string>(value);
 }
 TCIMValue::TCIMValue(const std::string& value) : fContent(value) {}
-TCIMValue::TCIMValue(std::string&& value) : fContent(std::move(value)) {}
 TCIMValue::TCIMValue(const TCIMChar16& value) : fContent(value) {}
 TCIMValue::TCIMValue(const TCIMDateTime& value) : fContent(value) {}
 TCIMValue::TCIMValue(TCIMReference& value) : fContent(TCIMIndirect<TCIMReference>(value)) {}
 TCIMValue::TCIMValue(TCIMType type, unsigned int /*unused*/) : fContent(TNull{type}) {}
 TCIMValue::TCIMValue(TCIMType elementType, unsigned int /*unused*/, const std::vector<TCIMValue>& elements)
     : fContent(TCIMIndirect<TArray>(TArray{ElementOf(elementType), elements})) {}
-TCIMValue::TCIMValue(TCIMType elementType, unsigned int /*unused*/, std::vector<TCIMValue>&& elements)
-    : fContent(TCIMIndirect<TArray>(TArray{ElementOf(elementType), std::move(elements)})) {}
 
 TCIMValue::TCIMValue(const TCIMValue& other) = default;
-TCIMValue::TCIMValue(TCIMValue&& other) noexcept = default;
 TCIMValue& TCIMValue::operator=(const TCIMValue& other) = default;
-TCIMValue& TCIMValue::operator=(TCIMValue&& other) noexcept = default;
 TCIMValue::~TCIMValue() = default;
 
 bool TCIMValue::IsNull() const { return std::holds_alternative<TNull>(fContent); }

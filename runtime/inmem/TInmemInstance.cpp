@@ -4,6 +4,7 @@
 #include <boost/pointer_cast.hpp>
 
 #include <algorithm>
+#include <atomic>
 #include <cstdint>
 #include <sstream>
 #include <utility>
@@ -23,11 +24,18 @@ namespace NQORVYX20 {
 namespace {
 
 constexpr int kOnlyLayout = 1;
-constexpr std::size_t kFewSlots = 8; // which are searched one after the other
+constexpr const char* kNumberKey = "#"; // which no property can be called
+constexpr std::size_t kFewSlots = 8;    // which are searched one after the other
 
 [[noreturn]] void Fail(std::uint32_t code, const std::string& message) {
     TRootObject::GetCoreLogger()->Log(ILogger::eLogError, "TInmemInstance: " + message);
     throw TVYXException(code);
+}
+
+// Instances are made by several threads, each with a namespace of its own.
+unsigned long long NextNumber() {
+    static std::atomic<unsigned long long> next{1};
+    return next.fetch_add(1, std::memory_order_relaxed);
 }
 
 using TNamedValues = std::vector<std::pair<std::string, TCIMValue>>;
@@ -63,7 +71,7 @@ TInmemInstance::TSlot::TSlot(const boost::shared_ptr<ICIMPropertyDecl const>& sl
     : declaration(slotDeclaration), value(slotValue) {}
 
 TInmemInstance::TInmemInstance(boost::shared_ptr<ICIMClass> cls, int layout)
-    : fClass(cls), fSlots(boost::make_shared<TSlots>()) {
+    : fClass(cls), fNumber(NextNumber()), fSlots(boost::make_shared<TSlots>()) {
     if (layout != kOnlyLayout)
         Fail(14, "there is no layout " + std::to_string(layout));
 }
@@ -97,10 +105,8 @@ TCIMReference TInmemInstance::GetReference(TCIMContext context) const {
             return true;
         },
         context);
-    if (!hasKeys) {
-        for (const auto& [name, value] : ValuesOf(*this, context))
-            reference.AddKeyValue(name, value);
-    }
+    if (!hasKeys)
+        reference.AddKeyValue(kNumberKey, fNumber);
     return reference;
 }
 

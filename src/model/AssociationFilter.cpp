@@ -1,11 +1,11 @@
 #include "model/AssociationFilter.h"
 
+#include "convert/NormalName.h"
+#include "convert/StatusCodes.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMNamespace.h"
 #include "host/ICIMPropertyDecl.h"
 #include "host/TVYXException.h"
-#include "model/StatusCodes.h"
-#include "provider/TCimHTTPNamespace.h"
 
 namespace NQORVYX20 {
 
@@ -41,7 +41,7 @@ std::vector<boost::shared_ptr<ICIMClass>> AssociationFilter::FarEnds(const ICIMC
     try {
         const auto references = ReferencesOf(association);
         const std::string nearEnd = NearEnd(references, source);
-        const std::string resultRole = TCimHTTPNamespace::NormalizeName(fResultRole);
+        const std::string resultRole = NormalizeName(fResultRole);
         for (const auto& [name, declaration] : references) {
             if (name == nearEnd || (!resultRole.empty() && name != resultRole)) {
                 continue;
@@ -77,7 +77,7 @@ AssociationFilter::TReferences AssociationFilter::ReferencesOf(const ICIMClass& 
     TReferences references;
     const auto collect = [&](const boost::shared_ptr<ICIMPropertyDecl>& declaration) {
         if (declaration->GetDefaultValue(fContext).IsReference()) {
-            references.emplace(TCimHTTPNamespace::NormalizeName(declaration->GetName(fContext)), declaration);
+            references.emplace(NormalizeName(declaration->GetName(fContext)), declaration);
         }
         return true;
     };
@@ -88,7 +88,7 @@ AssociationFilter::TReferences AssociationFilter::ReferencesOf(const ICIMClass& 
 std::string AssociationFilter::NearEnd(const TReferences& references,
                                        const boost::shared_ptr<ICIMClass>& source) const {
     if (!fRole.empty()) {
-        return TCimHTTPNamespace::NormalizeName(fRole);
+        return NormalizeName(fRole);
     }
     std::string nearEnd;
     for (const auto& [name, declaration] : references) {

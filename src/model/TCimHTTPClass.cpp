@@ -1,24 +1,17 @@
 #include "model/TCimHTTPClass.h"
 
-#include <Pegasus/Client/CIMClient.h>
-
 #include <algorithm>
 #include <exception>
 #include <utility>
 
-#include "convert/RemoteText.h"
-#include "convert/RemoteTypes.h"
-#include "convert/RemoteValues.h"
-#include "convert/StreamedText.h"
-#include "host/ICIMParameterDecl.h"
+#include "convert/CoreLog.h"
+#include "convert/NormalName.h"
+#include "convert/StatusCodes.h"
 #include "host/TVYXException.h"
 #include "model/AssociationFilter.h"
-#include "model/CoreLog.h"
 #include "model/EntryMap.h"
-#include "model/RemoteNames.h"
-#include "model/RemoteQualifiers.h"
+#include "model/Reading.h"
 #include "model/Required.h"
-#include "model/StatusCodes.h"
 #include "model/TCimHTTPInstance.h"
 #include "model/TCimHTTPMethodDecl.h"
 #include "model/TCimHTTPProperty.h"
@@ -40,63 +33,38 @@ using ECIMType = TCIMValue::TCIMType::ECIMType;
 
 TCimHTTPClass::TCimHTTPClass(boost::shared_ptr<TCimHTTPNamespace> nameSpace, const std::string& name,
                              boost::shared_ptr<TCimHTTPClass> /*superClass*/)
-    : fNamespace(nameSpace), fName(name) {}
+    : fNamespace(nameSpace),
+      fReading(nameSpace ? nameSpace->GetReading() : boost::shared_ptr<Reading>()),
+      fName(name) {}
 
 TCimHTTPClass::~TCimHTTPClass() = default;
 
 // --- Materialisation ---------------------------------------------------------------------------------------------
 
 void TCimHTTPClass::Initialize() {
-    if (fSuperClass.lock()) {
+    if (fSuperClass.lock() || !fSuperClassName.empty()) {
         return;
     }
     const auto nameSpace = LockNamespace();
-    fSuperClass = nameSpace->GetRootClass();
     if (fName == TCimHTTPNamespace::kRootClassName) {
+        fSuperClass = nameSpace->GetRootClass();
         return;
     }
-    Pegasus::CIMClass remote = FetchDefinition();
-    CopyQualifiers(*nameSpace, remote, *this);
-    for (Pegasus::Uint32 i = 0; i < remote.getPropertyCount(); ++i) {
-        Pegasus::CIMProperty property = remote.getProperty(i);
-        AddRemoteProperty(property);
-    }
-    for (Pegasus::Uint32 i = 0; i < remote.getMethodCount(); ++i) {
-        Pegasus::CIMMethod method = remote.getMethod(i);
-        AddRemoteMethod(method);
-    }
+    fReading->Define(*this);
 }
 
-Pegasus::CIMClass TCimHTTPClass::FetchDefinition() const {
-    constexpr bool kLocalOnly = false;
-    constexpr bool kIncludeQualifiers = true;
-    constexpr bool kIncludeClassOrigin = false;
-    const auto nameSpace = LockNamespace();
-    return nameSpace->getPegClient()->getClass(*nameSpace->getPegNSP(), Pegasus::CIMName(fName.c_str()), kLocalOnly,
-                                               kIncludeQualifiers, kIncludeClassOrigin, Pegasus::CIMPropertyList());
+void TCimHTTPClass::SetSuperClass(const boost::shared_ptr<ICIMClass>& superClass) { fSuperClass = superClass; }
+
+boost::shared_ptr<TCimHTTPClass> TCimHTTPClass::KnownSuperClass() const {
+    return boost::dynamic_pointer_cast<TCimHTTPClass>(fSuperClass.lock());
 }
 
-void TCimHTTPClass::AddRemoteProperty(Pegasus::CIMProperty& remote) {
-    const std::string name = ToStdString(remote.getName());
-    const std::string key = TCimHTTPNamespace::NormalizeName(name);
-    const auto declaration = AllocatePropertyDecl(name, TCIMValue(), TCIMContext());
-    declaration->SetDefaultValue(TCIMValue(pegTypeToVYXType(remote.getType(), remote.isArray()), 0), TCIMContext());
-    CopyQualifiers(*LockNamespace(), remote, *declaration);
-    fPropertyDecls.Add(key, boost::dynamic_pointer_cast<TCimHTTPPropertyDecl>(declaration));
+bool TCimHTTPClass::KeepPropertyDecl(const std::string& key, const boost::shared_ptr<ICIMPropertyDecl>& declaration) {
+    return fPropertyDecls.Add(key, boost::dynamic_pointer_cast<TCimHTTPPropertyDecl>(declaration));
 }
 
-void TCimHTTPClass::AddRemoteMethod(Pegasus::CIMMethod& remote) {
-    const std::string name = ToStdString(remote.getName());
-    const std::string key = TCimHTTPNamespace::NormalizeName(name);
-    const auto declaration = AllocateMethodDecl(name, pegTypeToVYXType(remote.getType(), false), TCIMContext());
-    for (Pegasus::Uint32 i = 0; i < remote.getParameterCount(); ++i) {
-        auto parameter = remote.getParameter(i);
-        // An array parameter is declared with the type of its elements.
-        const auto type = pegTypeToVYXType(parameter.getType(), false);
-        declaration->AllocateParameterDecl(ToStdString(parameter.getName()), type, TCIMContext())
-            ->AddToMethod(TCIMContext());
-    }
-    fMethodDecls.emplace(key, boost::dynamic_pointer_cast<TCimHTTPMethodDecl>(declaration));
+bool TCimHTTPClass::KeepMethodDecl(const std::string& key, const boost::shared_ptr<ICIMMethodDecl>& declaration) {
+    return fMethodDecls.emplace(key, boost::dynamic_pointer_cast<TCimHTTPMethodDecl>(declaration)).second;
 }
 
 // --- Hierarchy ---------------------------------------------------------------------------------------------------
@@ -121,11 +89,15 @@ boost::shared_ptr<TCimHTTPNamespace> TCimHTTPClass::LockNamespace() const {
 }
 
 boost::shared_ptr<ICIMClass> TCimHTTPClass::GetSuperClass(TCIMContext /*context*/) const {
+    if (!fSuperClassName.empty() && fSuperClass.expired()) {
+        // The interface calls this operation const, but the two classes are linked now.
+        return fReading->FetchSuperClass(*boost::const_pointer_cast<TCimHTTPClass>(shared_from_this()));
+    }
     return boost::shared_ptr<ICIMClass>(fSuperClass);
 }
 
 bool TCimHTTPClass::IsRootClass(TCIMContext /*context*/) const {
-    return fSuperClass.lock() == LockNamespace()->GetRootClass();
+    return fSuperClassName.empty() && fSuperClass.lock() == LockNamespace()->GetRootClass();
 }
 
 bool TCimHTTPClass::IsSubclassOf(boost::shared_ptr<ICIMClass const> other, TCIMContext context) const {
@@ -146,6 +118,9 @@ bool TCimHTTPClass::IsSubclassOf(boost::shared_ptr<ICIMClass const> other, TCIMC
 
 void TCimHTTPClass::EnumerateSubClasses(const boost::function<bool(boost::shared_ptr<ICIMClass>)>& callback, bool deep,
                                         TCIMContext /*context*/) {
+    if (fReading) {
+        fReading->CompleteSubClasses(*this, deep);
+    }
     const auto subClasses = fSubClasses.Classes(); // a callback that looks classes up makes the list longer
     for (const auto& subClass : subClasses) {
         if (!callback(subClass)) {
@@ -211,7 +186,7 @@ boost::shared_ptr<ICIMPropertyDecl> TCimHTTPClass::GetPropertyDecl(const std::st
     if (auto declaration = fPropertyDecls.Find(name)) {
         return declaration; // the name is in its normal form, as those of fetched values are
     }
-    return fPropertyDecls.Find(TCimHTTPNamespace::NormalizeName(name));
+    return fPropertyDecls.Find(NormalizeName(name));
 }
 
 void TCimHTTPClass::EnumeratePropertyDecls(const boost::function<bool(boost::shared_ptr<ICIMPropertyDecl>)>& callback,
@@ -225,26 +200,39 @@ void TCimHTTPClass::EnumeratePropertyDecls(const boost::function<bool(boost::sha
 }
 
 void TCimHTTPClass::AddPropertyDecl(boost::shared_ptr<ICIMPropertyDecl> declaration) {
-    const auto added = boost::dynamic_pointer_cast<TCimHTTPPropertyDecl>(declaration);
-    if (!added) {
-        throw TVYXException(kTypeMismatch);
+    if (!declaration) {
+        Refuse(kTypeMismatch, "TCimHTTP: Attempt to add a property without a declaration to class " + fName);
     }
-    const std::string& name = added->GetName(TCIMContext());
-    if (added->GetType(TCIMContext()) == ECIMType::eCIMReference && !IsAssociation(TCIMContext())) {
+    const std::string& name = declaration->GetName(TCIMContext());
+    if (declaration->GetType(TCIMContext()) == ECIMType::eCIMReference && !IsAssociation(TCIMContext())) {
         Refuse(kTypeMismatch,
                "TCimHTTP: Attempt to add reference property " + name + " to non-association class " + fName);
     }
-    const std::string key = TCimHTTPNamespace::NormalizeName(name);
-    if (added->LookupQualifier("OVERRIDE")) {
-        CheckOverride(*added);
+    const std::string key = NormalizeName(name);
+    bool isOverride = false;
+    declaration->GetQualifier("OVERRIDE", isOverride, TCIMContext());
+    if (isOverride) {
+        CheckOverride(*declaration);
     }
-    if (fPropertyDecls.Add(key, added)) {
-        return;
+    FilePropertyDecl(key, declaration);
+}
+
+void TCimHTTPClass::FilePropertyDecl(const std::string& key, const boost::shared_ptr<ICIMPropertyDecl>& declaration) {
+    const std::string& name = declaration->GetName(TCIMContext());
+    const std::string attempt = "TCimHTTP: Attempt to add property " + name + " to class " + fName;
+    const bool isTaken = fPropertyDecls.Find(key) != nullptr;
+    if (isTaken && name.find("PortType") == std::string::npos) {
+        Refuse(kAlreadyExists, attempt + ": already exists");
     }
-    if (name.find("PortType") == std::string::npos) {
-        Refuse(kAlreadyExists, "TCimHTTP: Attempt to add property " + name + " to class " + fName + ": already exists");
+    const auto added = boost::dynamic_pointer_cast<TCimHTTPPropertyDecl>(declaration);
+    if (!added) {
+        Refuse(kTypeMismatch, attempt + ": the declaration is another implementation's");
     }
-    fPropertyDecls.Replace(key, added);
+    if (isTaken) {
+        fPropertyDecls.Replace(key, added);
+    } else {
+        fPropertyDecls.Add(key, added);
+    }
 }
 
 void TCimHTTPClass::CheckOverride(const ICIMPropertyDecl& declaration) const {
@@ -290,7 +278,7 @@ TCimHTTPClass::AllocateMethodDecl(const std::string& name, TCIMValue::TCIMType r
 }
 
 boost::shared_ptr<ICIMMethodDecl> TCimHTTPClass::GetMethodDecl(const std::string& name, TCIMContext /*context*/) const {
-    return FindEntry(fMethodDecls, TCimHTTPNamespace::NormalizeName(name));
+    return FindEntry(fMethodDecls, NormalizeName(name));
 }
 
 void TCimHTTPClass::EnumerateMethodDecls(const boost::function<bool(boost::shared_ptr<ICIMMethodDecl>)>& callback,
@@ -308,7 +296,7 @@ TCIMValue TCimHTTPClass::InvokeMethod(const std::string& /*name*/, TCIMContext& 
 }
 
 boost::shared_ptr<ICIMProperty> TCimHTTPClass::GetProperty(const std::string& name, TCIMContext /*context*/) {
-    auto property = FindEntry(fStaticProperties, TCimHTTPNamespace::NormalizeName(name));
+    auto property = FindEntry(fStaticProperties, NormalizeName(name));
     if (!property) {
         throw TVYXException(kNotFound);
     }
@@ -325,7 +313,7 @@ void TCimHTTPClass::EnumerateStaticProperties(const boost::function<bool(boost::
 }
 
 void TCimHTTPClass::AddQualifier(boost::shared_ptr<ICIMQualifier> qualifier, TCIMContext /*context*/) {
-    fQualifiers.AddOrReplace(qualifier);
+    fQualifiers.AddOrReplace(qualifier, {"class", fName});
 }
 
 boost::shared_ptr<ICIMQualifier>
@@ -401,10 +389,15 @@ boost::shared_ptr<ICIMInstance> TCimHTTPClass::AllocateInstance(TCIMContext cont
 }
 
 void TCimHTTPClass::EnumerateInstances(const boost::function<bool(boost::shared_ptr<ICIMInstance>)>& callback,
-                                       bool deep, TCIMContext /*context*/) {
-    if (fInstances.empty()) {
-        FetchInstances(deep);
+                                       bool deep, TCIMContext context) {
+    if (fReading) {
+        fReading->EnumerateInstances(*this, callback, deep, context);
+    } else {
+        VisitInstances(callback, deep);
     }
+}
+
+void TCimHTTPClass::VisitInstances(const boost::function<bool(boost::shared_ptr<ICIMInstance>)>& callback, bool deep) {
     if (!VisitEntries(fInstances, callback) || !deep) {
         return;
     }
@@ -412,47 +405,6 @@ void TCimHTTPClass::EnumerateInstances(const boost::function<bool(boost::shared_
     for (const auto& subClass : subClasses) {
         subClass->EnumerateInstances(callback, deep, TCIMContext());
     }
-}
-
-void TCimHTTPClass::FetchInstances(bool deep) {
-    constexpr bool kLocalOnly = true;
-    constexpr bool kIncludeQualifiers = false;
-    constexpr bool kIncludeClassOrigin = false;
-    try {
-        const auto nameSpace = LockNamespace();
-        auto remotes = nameSpace->getPegClient()->enumerateInstances(
-            *nameSpace->getPegNSP(), Pegasus::CIMName(fName.c_str()), deep, kLocalOnly, kIncludeQualifiers,
-            kIncludeClassOrigin, Pegasus::CIMPropertyList());
-        RemoteNames names;
-        StreamedText texts;
-        for (Pegasus::Uint32 i = 0; i < remotes.size(); ++i) {
-            AddRemoteInstance(std::exchange(remotes[i], {}), names, texts); // gives its memory to what is made of it
-        }
-    } catch (const Pegasus::Exception& failure) {
-        LogError("TCimHTTPClass::EnumerateInstances from Pegasus for: " + fName +
-                 "returned exception: " + ToStdString(failure.getMessage()));
-    } catch (...) {
-        // What was filed until then is served.
-    }
-}
-
-void TCimHTTPClass::AddRemoteInstance(const Pegasus::CIMInstance& remote, RemoteNames& names, StreamedText& texts) {
-    const auto instance = AllocateInstance(TCIMContext());
-    for (Pegasus::Uint32 i = 0; i < remote.getPropertyCount(); ++i) {
-        auto property = remote.getProperty(i);
-        try {
-            const std::string& name = names.Normalized(i, property.getName());
-            TCIMValue value;
-            pegValToVYX(property.getValue(), property.getType(), property.isArray(), texts, value);
-            instance->SetPropertyValue(name, value, TCIMContext());
-        } catch (...) {
-            LogError("TCimHTTPClass::EnumerateInstances - Unable to retrieve property: " +
-                     ToStdString(property.getName()));
-        }
-    }
-    AddInstance(instance);
-    LogDebug("TCimHTTPClass::EnumerateInstances created instance: " +
-             instance->GetClass(TCIMContext())->GetName(TCIMContext()));
 }
 
 void TCimHTTPClass::AddInstance(boost::shared_ptr<ICIMInstance> instance) {

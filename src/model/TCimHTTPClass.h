@@ -13,18 +13,10 @@
 #include "model/SubClassList.h"
 #include "model/TCimHTTPQualifierMap.h"
 
-namespace Pegasus {
-class CIMClass;
-class CIMInstance;
-class CIMMethod;
-class CIMProperty;
-} // namespace Pegasus
-
 namespace NQORVYX20 {
 
 class AssociationFilter;
-class RemoteNames;
-class StreamedText;
+class Reading;
 class TCimHTTPInstance;
 class TCimHTTPMethodDecl;
 class TCimHTTPNamespace;
@@ -32,20 +24,26 @@ class TCimHTTPProperty;
 class TCimHTTPPropertyDecl;
 
 /// A class of the remote server. After Initialize it answers from memory; only EnumerateInstances goes back to the
-/// server. Owned by a boost::shared_ptr. It refers to its namespace and superclass weakly: operations that need them
-/// throw boost::bad_weak_ptr when they have gone.
+/// server, and in a faithful namespace GetSuperClass and EnumerateSubClasses at their first call. Owned by a
+/// boost::shared_ptr. It refers to its namespace and superclass weakly: operations that need them throw
+/// boost::bad_weak_ptr when they have gone.
+///
+/// What is said below of compatible and faithful namespaces: see Reading. In a faithful one, operations that ask the
+/// server throw TVYXException 15 for what it does not have, 42 when it cannot be read, after a line in the log;
+/// TCimHTTPNamespace::LastFailure says why.
 class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TCimHTTPClass> {
   public:
-    /// An empty class. The superclass is not kept: every class hangs under the namespace's root class, see Initialize.
+    /// An empty class. The superclass is not kept, see Initialize.
     TCimHTTPClass(boost::shared_ptr<TCimHTTPNamespace> nameSpace, const std::string& name,
                   boost::shared_ptr<TCimHTTPClass> superClass);
     ~TCimHTTPClass() override;
     TCimHTTPClass(const TCimHTTPClass&) = delete;
     TCimHTTPClass& operator=(const TCimHTTPClass&) = delete;
 
-    /// Puts the class under the namespace's root class and fills it from the remote definition: qualifiers, property
-    /// declarations, method declarations, inherited ones included. Once the class has a superclass it does nothing, and
-    /// for the root class it contacts nobody. Throws what the remote library throws; what was read until then stays.
+    /// Fills the class from the remote definition: qualifiers, property declarations, method declarations, inherited
+    /// ones included. A compatible namespace puts every class under its root class, a faithful one under its
+    /// superclass. Once the class has a superclass it does nothing, and for the root class it contacts nobody. Throws
+    /// what the remote library throws; what was read until then stays.
     void Initialize();
 
     /// The instance filed under the path of the reference, or an empty pointer. Does not contact the server.
@@ -56,6 +54,30 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
 
     /// Takes over the subclasses of a class that this one replaces.
     void AdoptSubClasses(const TCimHTTPClass& replaced) { fSubClasses = replaced.fSubClasses; }
+
+    // What a Reading makes the class of.
+
+    /// Sets the superclass; the class is initialised then.
+    void SetSuperClass(const boost::shared_ptr<ICIMClass>& superClass);
+
+    /// Sets the name of a superclass that is looked up when somebody asks for it.
+    void SetSuperClassName(const std::string& name) { fSuperClassName = name; }
+    const std::string& GetSuperClassName() const { return fSuperClassName; }
+
+    /// The superclass as far as it is known; empty for the root class, too.
+    boost::shared_ptr<TCimHTTPClass> KnownSuperClass() const;
+
+    /// Keep a declaration under the normal form of its name, without the rules of AddPropertyDecl. False, changing
+    /// nothing, when the name is taken.
+    bool KeepPropertyDecl(const std::string& key, const boost::shared_ptr<ICIMPropertyDecl>& declaration);
+    bool KeepMethodDecl(const std::string& key, const boost::shared_ptr<ICIMMethodDecl>& declaration);
+
+    /// How many instances were added under paths of their own.
+    std::size_t CountInstances() const { return fInstances.size(); }
+
+    /// Visits the instances that were added, in the order of their paths; with `deep` then enumerates those of each
+    /// linked subclass. False from the callback ends it.
+    void VisitInstances(const boost::function<bool(boost::shared_ptr<ICIMInstance>)>& callback, bool deep);
 
     // ICIMElement and ICIMClass. Operations that are not supported: RemoveFromNamespace, ModifyClass and
     // SetPropertyValue throw TVYXException 31; InvokeMethod returns a null value; Validate, RemoveChildClass,
@@ -72,8 +94,8 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     bool IsRootClass(TCIMContext context) const override;
     boost::shared_ptr<ICIMClass> GetSuperClass(TCIMContext context) const override;
 
-    /// A callback that returns false ends the level it is on; with `deep`, the levels above go on with their next
-    /// class.
+    /// Visits the subclasses that were looked up so far; in a faithful namespace, all. A callback that returns false
+    /// ends the level it is on; with `deep`, the levels above go on with their next class.
     void EnumerateSubClasses(const boost::function<bool(boost::shared_ptr<ICIMClass>)>& callback, bool deep,
                              TCIMContext context) override;
     bool IsSubclassOf(boost::shared_ptr<ICIMClass const> other, TCIMContext context) const override;
@@ -103,10 +125,14 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
                                    TCIMContext context) override;
     boost::shared_ptr<ICIMInstance> AllocateInstance(TCIMContext context) override;
 
-    /// The first call fetches the instances, with those of subclasses when `deep`, and keeps them as instances of this
-    /// class, in the order of their paths; later calls are served from memory unless nothing was kept. With `deep` the
-    /// instances of the subclasses known here follow, so that an instance may be delivered twice. Remote failures are
-    /// logged, and the callback sees what is there.
+    /// In a compatible namespace the first call fetches the instances, with those of subclasses when `deep`, and keeps
+    /// them as instances of this class, in the order of their paths; later calls are served from memory unless nothing
+    /// was kept. With `deep` the instances of the subclasses known here follow, so that an instance may be delivered
+    /// twice. Remote failures are logged, and the callback sees what is there.
+    ///
+    /// In a faithful namespace each call asks the server. The callback sees each instance of this class once, with
+    /// `deep` those of its subclasses too, as what they are, in the order of their paths. See kPropertiesKey about the
+    /// context.
     void EnumerateInstances(const boost::function<bool(boost::shared_ptr<ICIMInstance>)>& callback, bool deep,
                             TCIMContext context) override;
     boost::shared_ptr<ICIMMethodDecl> AllocateMethodDecl(const std::string& name, TCIMValue::TCIMType returnType,
@@ -133,7 +159,8 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
 
     /// Throws TVYXException, after a line in the log, and changes nothing: 14 for a reference in a class that is no
     /// association, for an override of another type or of a property of this class, and when the check itself fails;
-    /// 15 for an override without a base property; 16 for a name already taken, unless it contains "PortType".
+    /// 15 for an override without a base property; 16 for a name already taken, unless it contains "PortType"; after
+    /// these, 14 for what is not a TCimHTTPPropertyDecl.
     void AddPropertyDecl(boost::shared_ptr<ICIMPropertyDecl> declaration) override;
     void RemovePropertyDecl(boost::shared_ptr<ICIMPropertyDecl> declaration) override;
     void AddMethodDecl(boost::shared_ptr<ICIMMethodDecl> declaration) override;
@@ -142,7 +169,7 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     // ICIMNamedElement
 
     /// A qualifier of the same name gives way when it may be overridden or has the same value and flavor; otherwise
-    /// throws TVYXException 28.
+    /// throws TVYXException 28, after a line in the log.
     void AddQualifier(boost::shared_ptr<ICIMQualifier> qualifier, TCIMContext context) override;
     boost::shared_ptr<ICIMQualifier> AllocateQualifier(boost::shared_ptr<ICIMQualifierDecl const> declaration,
                                                        const TCIMValue& value, TCIMContext context) const override;
@@ -163,20 +190,16 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     boost::shared_ptr<TCimHTTPNamespace> LockNamespace() const;
     bool HasTrueQualifier(const std::string& name) const;
 
-    Pegasus::CIMClass FetchDefinition() const;
-    void AddRemoteProperty(Pegasus::CIMProperty& remote);
-    void AddRemoteMethod(Pegasus::CIMMethod& remote);
-
-    void FetchInstances(bool deep);
-    void AddRemoteInstance(const Pegasus::CIMInstance& remote, RemoteNames& names, StreamedText& texts);
-
     void CheckOverride(const ICIMPropertyDecl& declaration) const;
+    void FilePropertyDecl(const std::string& key, const boost::shared_ptr<ICIMPropertyDecl>& declaration);
     boost::shared_ptr<ICIMPropertyDecl> FindInheritedPropertyDecl(const std::string& name) const;
     void VisitAssociations(const AssociationFilter& filter, const TAssociationVisitor& visitor);
 
     boost::weak_ptr<TCimHTTPNamespace> fNamespace;
+    boost::shared_ptr<Reading> fReading; // empty without a namespace
     std::string fName;
     boost::weak_ptr<ICIMClass> fSuperClass;
+    std::string fSuperClassName; // empty unless it is looked up when needed
     TCimHTTPQualifierMap fQualifiers;
     EntryIndex<TCimHTTPPropertyDecl> fPropertyDecls;
     std::map<std::string, boost::shared_ptr<TCimHTTPProperty>> fStaticProperties;

@@ -6,15 +6,16 @@
 
 #include <string>
 
+#include "convert/NormalName.h"
 #include "host/TCIMContext.h"
 #include "model/TCimHTTPQualifier.h"
 #include "model/TCimHTTPQualifierMap.h"
-#include "provider/TCimHTTPNamespace.h"
 
 namespace NQORVYX20 {
 
 /// What property, method and parameter declarations have in common: a name, qualifiers, comparison by normalised name.
-/// `Interface` is the contract's interface that `Derived` implements.
+/// `Interface` is the contract's interface that `Derived` implements; `Derived::kKind` is what the log calls such an
+/// element.
 template <typename Derived, typename Interface>
 class TCimHTTPDeclaration : public Interface, public boost::enable_shared_from_this<Derived> {
   public:
@@ -22,7 +23,7 @@ class TCimHTTPDeclaration : public Interface, public boost::enable_shared_from_t
     TCimHTTPDeclaration& operator=(const TCimHTTPDeclaration&) = delete;
 
     void AddQualifier(boost::shared_ptr<ICIMQualifier> qualifier, TCIMContext /*context*/) override {
-        fQualifiers.Add(qualifier);
+        fQualifiers.Add(qualifier, {Derived::kKind, fName});
     }
 
     boost::shared_ptr<ICIMQualifier> AllocateQualifier(boost::shared_ptr<ICIMQualifierDecl const> declaration,
@@ -80,7 +81,7 @@ class TCimHTTPDeclaration : public Interface, public boost::enable_shared_from_t
 
   private:
     static std::string NormalizedName(const Interface& declaration) {
-        return TCimHTTPNamespace::NormalizeName(declaration.GetName(TCIMContext()));
+        return NormalizeName(declaration.GetName(TCIMContext()));
     }
 
     std::string fName;

@@ -1,7 +1,7 @@
 #include "model/TCimHTTPInstance.h"
 
+#include "convert/StatusCodes.h"
 #include "model/Required.h"
-#include "model/StatusCodes.h"
 #include "model/TCimHTTPClass.h"
 
 namespace NQORVYX20 {

@@ -1,9 +1,10 @@
 #include "model/TCimHTTPMethodDecl.h"
 
+#include "convert/CoreLog.h"
+#include "convert/NormalName.h"
+#include "convert/StatusCodes.h"
 #include "host/TVYXException.h"
-#include "model/CoreLog.h"
 #include "model/EntryMap.h"
-#include "model/StatusCodes.h"
 #include "model/TCimHTTPClass.h"
 #include "model/TCimHTTPParameterDecl.h"
 
@@ -32,7 +33,7 @@ TCimHTTPMethodDecl::AllocateParameterDecl(const std::string& name, TCIMValue::TC
 
 boost::shared_ptr<ICIMParameterDecl> TCimHTTPMethodDecl::GetParameterDecl(const std::string& name,
                                                                           TCIMContext /*context*/) const {
-    auto parameter = FindEntry(fParameters, TCimHTTPNamespace::NormalizeName(name));
+    auto parameter = FindEntry(fParameters, NormalizeName(name));
     if (!parameter) {
         throw TVYXException(kNotFound);
     }
@@ -46,7 +47,7 @@ void TCimHTTPMethodDecl::EnumerateParameterDecls(boost::function<bool(boost::sha
 
 void TCimHTTPMethodDecl::AddParameterDecl(boost::shared_ptr<TCimHTTPParameterDecl> parameter) {
     const std::string& name = parameter->GetName(TCIMContext());
-    if (!fParameters.emplace(TCimHTTPNamespace::NormalizeName(name), parameter).second) {
+    if (!fParameters.emplace(NormalizeName(name), parameter).second) {
         // Those who search the log know this text, which is the one for properties.
         LogError("Inmem: Attempt to add property " + name + " to method " + GetName(TCIMContext()) +
                  ": already exists");
@@ -55,7 +56,7 @@ void TCimHTTPMethodDecl::AddParameterDecl(boost::shared_ptr<TCimHTTPParameterDec
 }
 
 void TCimHTTPMethodDecl::RemoveParameterDecl(boost::shared_ptr<TCimHTTPParameterDecl> parameter) {
-    fParameters.erase(TCimHTTPNamespace::NormalizeName(parameter->GetName(TCIMContext())));
+    fParameters.erase(NormalizeName(parameter->GetName(TCIMContext())));
 }
 
 } // namespace NQORVYX20

@@ -17,6 +17,8 @@ class TCimHTTPParameterDecl;
 /// gone.
 class TCimHTTPMethodDecl : public TCimHTTPDeclaration<TCimHTTPMethodDecl, ICIMMethodDecl> {
   public:
+    static constexpr const char* kKind = "method";
+
     TCimHTTPMethodDecl(boost::shared_ptr<TCimHTTPClass> cls, const std::string& name, TCIMValue::TCIMType returnType);
     ~TCimHTTPMethodDecl() override;
 

@@ -13,6 +13,8 @@ class TCimHTTPMethodDecl;
 /// boost::bad_weak_ptr when it has gone.
 class TCimHTTPParameterDecl : public TCimHTTPDeclaration<TCimHTTPParameterDecl, ICIMParameterDecl> {
   public:
+    static constexpr const char* kKind = "parameter";
+
     TCimHTTPParameterDecl(boost::shared_ptr<TCimHTTPMethodDecl> method, const std::string& name,
                           TCIMValue::TCIMType type);
 

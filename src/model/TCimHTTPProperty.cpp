@@ -3,14 +3,15 @@
 #include <functional>
 #include <optional>
 #include <sstream>
+#include <utility>
 
+#include "convert/CoreLog.h"
+#include "convert/StatusCodes.h"
+#include "display/DisplayQualifiers.h"
+#include "display/DisplayUnits.h"
+#include "display/ValueMapTable.h"
 #include "host/TVYXException.h"
-#include "model/CoreLog.h"
-#include "model/DisplayQualifiers.h"
-#include "model/DisplayUnits.h"
-#include "model/StatusCodes.h"
 #include "model/TCimHTTPPropertyDecl.h"
-#include "model/ValueMapTable.h"
 
 namespace NQORVYX20 {
 
@@ -19,8 +20,6 @@ namespace {
 using ECIMType = TCIMValue::TCIMType::ECIMType;
 
 constexpr unsigned char kDecimal = 10;
-constexpr unsigned char kSmallestBase = 2;
-constexpr unsigned char kLargestBase = 36;
 
 bool IsUnsigned(ECIMType type) {
     return type == ECIMType::eCIMUint8 || type == ECIMType::eCIMUint16 || type == ECIMType::eCIMUint32 ||
@@ -45,16 +44,27 @@ std::uint64_t ToNumber(const TCIMValue& value) {
     return static_cast<unsigned long long>(value);
 }
 
-boost::shared_ptr<const ValueMapTable> FindValueMapTable(const DisplayQualifiers& qualifiers) {
-    const TCimHTTPPropertyDecl* const own = qualifiers.OwnDeclaration();
-    return own != nullptr ? own->GetValueMapTable() : MakeValueMapTable(qualifiers);
+boost::shared_ptr<const ValueMapTable> FindValueMapTable(const boost::shared_ptr<ICIMPropertyDecl const>& declaration) {
+    const TCimHTTPPropertyDecl* const own = TCimHTTPPropertyDecl::AsOwn(*declaration);
+    return own != nullptr ? own->GetValueMapTable()
+                          : MakeValueMapTable(TCimHTTPPropertyDecl::DisplayQualifiersOf(declaration));
+}
+
+/// The text of the first row that covers the value; else the default text; else the value in base 10.
+template <typename Row>
+std::string TextInTable(const TCIMValue& value, const std::vector<Row>& rows, const std::string& defaultText) {
+    const std::uint64_t number = ToNumber(value);
+    for (const Row& row : rows) {
+        if (row.low <= number && number <= row.high) {
+            return row.text;
+        }
+    }
+    return defaultText.empty() ? value.ToString(kDecimal) : defaultText;
 }
 
 std::string TextWithBase(const TCIMValue& value, const DisplayQualifiers& qualifiers) {
     static const DisplayQualifiers::TName kBase("BASE");
-    const unsigned char base = qualifiers.GetUint8(kBase).value_or(kDecimal);
-    const bool isBase = base >= kSmallestBase && base <= kLargestBase;
-    return value.ToString(isBase ? base : kDecimal);
+    return value.ToString(qualifiers.GetUint8(kBase).value_or(kDecimal));
 }
 
 std::string TextWithUnits(const TCIMValue& value, const std::string& units, const DisplayQualifiers& qualifiers) {
@@ -210,21 +220,21 @@ std::string TCimHTTPProperty::ToString() const { return DisplayText(GetValue(TCI
 std::string TCimHTTPProperty::PrevValueToString() const { return DisplayText(GetPrevValue()); }
 
 std::string TCimHTTPProperty::DisplayText(const TCIMValue& value) const {
-    const DisplayQualifiers qualifiers(LockDeclaration());
-    const auto map = !value.IsNull() && IsMappable(value.GetType()) ? FindValueMapTable(qualifiers) : nullptr;
-    return map ? LookupInTable(value, map->rows, map->defaultText) : TextWithQualifiers(value, qualifiers);
+    auto declaration = LockDeclaration();
+    const auto map = !value.IsNull() && IsMappable(value.GetType()) ? FindValueMapTable(declaration) : nullptr;
+    return map ? TextInTable(value, map->rows, map->defaultText)
+               : TextWithQualifiers(value, TCimHTTPPropertyDecl::DisplayQualifiersOf(std::move(declaration)));
 }
 
 std::vector<std::string> TCimHTTPProperty::ToStringVector() const {
     const TCIMValue& value = GetValue(TCIMContext());
-    const auto map = !value.IsNull() && IsMappableArray(value.GetType())
-                         ? FindValueMapTable(DisplayQualifiers(LockDeclaration()))
-                         : nullptr;
+    const auto map =
+        !value.IsNull() && IsMappableArray(value.GetType()) ? FindValueMapTable(LockDeclaration()) : nullptr;
     if (!map) {
         return ToStringVectorWithBase();
     }
     return ElementTexts(value, [&](const TCIMValue& element) {
-        return element.IsNull() ? ToStringWithQualifiers(element) : LookupInTable(element, map->rows, map->defaultText);
+        return element.IsNull() ? ToStringWithQualifiers(element) : TextInTable(element, map->rows, map->defaultText);
     });
 }
 
@@ -237,29 +247,32 @@ std::vector<std::string> TCimHTTPProperty::ToStringVectorWithBase() const {
 }
 
 std::string TCimHTTPProperty::ToStringWithQualifiers(const TCIMValue& value) const {
-    return TextWithQualifiers(value, DisplayQualifiers(LockDeclaration()));
+    return TextWithQualifiers(value, TCimHTTPPropertyDecl::DisplayQualifiersOf(LockDeclaration()));
 }
 
 std::string TCimHTTPProperty::ToStringWithBase(const TCIMValue& value) const {
-    return TextWithBase(value, DisplayQualifiers(LockDeclaration()));
+    return TextWithBase(value, TCimHTTPPropertyDecl::DisplayQualifiersOf(LockDeclaration()));
 }
 
 bool TCimHTTPProperty::BuildValueMapEntryArray(std::vector<TValueMapEntry>& table, std::string& defaultText) const {
-    const auto map = FindValueMapTable(DisplayQualifiers(LockDeclaration()));
-    table = map ? map->rows : std::vector<TValueMapEntry>();
-    defaultText = map ? map->defaultText : std::string();
-    return map != nullptr;
+    const auto map = FindValueMapTable(LockDeclaration());
+    table.clear();
+    defaultText.clear();
+    if (!map) {
+        return false;
+    }
+    table.reserve(map->rows.size());
+    for (const ValueMapRow& row : map->rows) {
+        table.push_back({row.low, row.high, row.text});
+    }
+    defaultText = map->defaultText;
+    return true;
 }
 
-std::string TCimHTTPProperty::LookupInTable(const TCIMValue& value, const std::vector<TValueMapEntry>& table,
-                                            const std::string& defaultText) const {
-    const std::uint64_t number = ToNumber(value);
-    for (const TValueMapEntry& row : table) {
-        if (row.low <= number && number <= row.high) {
-            return row.text;
-        }
-    }
-    return defaultText.empty() ? value.ToString(kDecimal) : defaultText;
+// A host that was built on its own links this operation by its signature, hence no const for what it only reads.
+std::string TCimHTTPProperty::LookupInTable(const TCIMValue& value, std::vector<TValueMapEntry>& table,
+                                            std::string& defaultText) const {
+    return TextInTable(value, table, defaultText);
 }
 
 } // namespace NQORVYX20

@@ -83,7 +83,8 @@ class TCimHTTPProperty : public ICIMProperty {
     /// The text of one value, without the value map.
     std::string ToStringWithQualifiers(const TCIMValue& value) const;
 
-    /// The value in the number base of the qualifier BASE, or in base 10 when that is no base from 2 to 36.
+    /// The value in the number base of the qualifier BASE, or in base 10 without one. What is written in a base that
+    /// is none from 2 to 36 is up to the host's TCIMValue.
     std::string ToStringWithBase(const TCIMValue& value) const;
 
     /// Makes the table of the value map, in the order of the qualifier ValueMap, and the text for all other values,
@@ -91,10 +92,11 @@ class TCimHTTPProperty : public ICIMProperty {
     /// declaration has no value map or a contradictory one.
     bool BuildValueMapEntryArray(std::vector<TValueMapEntry>& table, std::string& defaultText) const;
 
-    /// The text of the first row that covers the value; else the default text; else the value in base 10. Throws
-    /// TVYXException 1 for a value that is not a boolean or an unsigned integer, and for null.
-    std::string LookupInTable(const TCIMValue& value, const std::vector<TValueMapEntry>& table,
-                              const std::string& defaultText) const;
+    /// The text of the first row that covers the value; else the default text; else the value in base 10. Changes
+    /// neither table nor text. Throws TVYXException 1 for a value that is not a boolean or an unsigned integer, and for
+    /// null.
+    std::string LookupInTable(const TCIMValue& value, std::vector<TValueMapEntry>& table,
+                              std::string& defaultText) const;
 
   private:
     boost::shared_ptr<ICIMPropertyDecl const> LockDeclaration() const;

@@ -1,10 +1,26 @@
 #include "model/TCimHTTPPropertyDecl.h"
 
-#include "model/DisplayQualifiers.h"
+#include <typeinfo>
+#include <utility>
+
+#include "display/DisplayQualifiers.h"
+#include "display/ValueMapTable.h"
 #include "model/TCimHTTPClass.h"
-#include "model/ValueMapTable.h"
 
 namespace NQORVYX20 {
+
+namespace {
+
+boost::shared_ptr<ICIMQualifier> LookUpInOwn(const ICIMPropertyDecl& declaration, const std::string& normalizedName) {
+    return static_cast<const TCimHTTPPropertyDecl&>(declaration).LookupNormalizedQualifier(normalizedName);
+}
+
+ValueMapCache::TSource SourceOf(boost::shared_ptr<TCimHTTPQualifier> qualifier) {
+    const std::uint64_t revision = qualifier->GetRevision();
+    return {std::move(qualifier), revision};
+}
+
+} // namespace
 
 TCimHTTPPropertyDecl::TCimHTTPPropertyDecl(boost::shared_ptr<TCimHTTPClass> cls, const std::string& name,
                                            const TCIMValue& defaultValue)
@@ -32,16 +48,28 @@ const TCIMValue& TCimHTTPPropertyDecl::GetDefaultValue(TCIMContext /*context*/) 
 
 void TCimHTTPPropertyDecl::SetDefaultValue(const TCIMValue& value, TCIMContext /*context*/) { fDefaultValue = value; }
 
+const TCimHTTPPropertyDecl* TCimHTTPPropertyDecl::AsOwn(const ICIMPropertyDecl& declaration) {
+    return typeid(declaration) == typeid(TCimHTTPPropertyDecl) ? static_cast<const TCimHTTPPropertyDecl*>(&declaration)
+                                                               : nullptr;
+}
+
+DisplayQualifiers TCimHTTPPropertyDecl::DisplayQualifiersOf(boost::shared_ptr<ICIMPropertyDecl const> declaration) {
+    const DisplayQualifiers::TLookup lookup = AsOwn(*declaration) != nullptr ? LookUpInOwn : nullptr;
+    return {std::move(declaration), lookup};
+}
+
 boost::shared_ptr<const ValueMapTable> TCimHTTPPropertyDecl::GetValueMapTable() const {
     static const std::string kValues = "values";
     static const std::string kValueMap = "valuemap";
-    const auto values = LookupNormalizedQualifier(kValues);
-    const auto entries = values ? LookupNormalizedQualifier(kValueMap) : nullptr;
+    auto texts = LookupNormalizedQualifier(kValues);
+    auto entries = texts ? LookupNormalizedQualifier(kValueMap) : nullptr;
     if (!entries) {
         return {};
     }
-    if (!fValueMap.IsMadeFrom(values, entries)) {
-        fValueMap.Keep(values, entries, MakeValueMapTable(DisplayQualifiers(shared_from_this())));
+    const auto textSource = SourceOf(std::move(texts));
+    const auto entrySource = SourceOf(std::move(entries));
+    if (!fValueMap.IsMadeFrom(textSource, entrySource)) {
+        fValueMap.Keep(textSource, entrySource, MakeValueMapTable(DisplayQualifiersOf(shared_from_this())));
     }
     return fValueMap.Map();
 }

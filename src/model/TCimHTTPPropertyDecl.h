@@ -2,18 +2,21 @@
 
 #include <boost/weak_ptr.hpp>
 
+#include "display/ValueMapCache.h"
 #include "host/ICIMPropertyDecl.h"
 #include "model/TCimHTTPDeclaration.h"
-#include "model/ValueMapCache.h"
 
 namespace NQORVYX20 {
 
+class DisplayQualifiers;
 class TCimHTTPClass;
 
 /// The declaration of a property in a class. The default value carries the type. It refers to its class weakly:
 /// operations that need the class throw boost::bad_weak_ptr when it has gone.
 class TCimHTTPPropertyDecl : public TCimHTTPDeclaration<TCimHTTPPropertyDecl, ICIMPropertyDecl> {
   public:
+    static constexpr const char* kKind = "property";
+
     TCimHTTPPropertyDecl(boost::shared_ptr<TCimHTTPClass> cls, const std::string& name, const TCIMValue& defaultValue);
 
     /// An empty declaration: it takes nothing over from either argument.
@@ -31,6 +34,13 @@ class TCimHTTPPropertyDecl : public TCimHTTPDeclaration<TCimHTTPPropertyDecl, IC
     bool IsArray(TCIMContext context) const override;
     const TCIMValue& GetDefaultValue(TCIMContext context) const override;
     void SetDefaultValue(const TCIMValue& value, TCIMContext context) override;
+
+    /// The declaration as the plug-in's own, whose look-ups do not fail; null for another, and for one that is derived
+    /// from it.
+    static const TCimHTTPPropertyDecl* AsOwn(const ICIMPropertyDecl& declaration);
+
+    /// The qualifiers of a declaration, own or not, as the display of values reads them.
+    static DisplayQualifiers DisplayQualifiersOf(boost::shared_ptr<ICIMPropertyDecl const> declaration);
 
     /// The qualifier of that name, or an empty pointer.
     boost::shared_ptr<TCimHTTPQualifier> LookupQualifier(const std::string& name) const { return FindQualifier(name); }

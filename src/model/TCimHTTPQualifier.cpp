@@ -1,14 +1,14 @@
 #include "model/TCimHTTPQualifier.h"
 
+#include "convert/NormalName.h"
 #include "host/ICIMNamedElement.h"
-#include "provider/TCimHTTPNamespace.h"
 
 namespace NQORVYX20 {
 
 namespace {
 
 std::string NormalizedName(const ICIMQualifier& qualifier) {
-    return TCimHTTPNamespace::NormalizeName(qualifier.GetDeclaration(TCIMContext())->GetName(TCIMContext()));
+    return NormalizeName(qualifier.GetDeclaration(TCIMContext())->GetName(TCIMContext()));
 }
 
 } // namespace

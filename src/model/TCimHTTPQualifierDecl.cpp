@@ -1,5 +1,6 @@
 #include "model/TCimHTTPQualifierDecl.h"
 
+#include "convert/NormalName.h"
 #include "provider/TCimHTTPNamespace.h"
 
 namespace NQORVYX20 {
@@ -43,11 +44,11 @@ void TCimHTTPQualifierDecl::UnsetFlavor(EFlavor flavor, TCIMContext /*context*/)
 ICIMQualifierDecl::EFlavor TCimHTTPQualifierDecl::GetFlavor(TCIMContext /*context*/) const { return fFlavor; }
 
 bool TCimHTTPQualifierDecl::operator==(ICIMQualifierDecl& other) const {
-    return TCimHTTPNamespace::NormalizeName(fName) == TCimHTTPNamespace::NormalizeName(other.GetName(TCIMContext()));
+    return NormalizeName(fName) == NormalizeName(other.GetName(TCIMContext()));
 }
 
 bool TCimHTTPQualifierDecl::operator<(ICIMQualifierDecl& other) const {
-    return TCimHTTPNamespace::NormalizeName(fName) < TCimHTTPNamespace::NormalizeName(other.GetName(TCIMContext()));
+    return NormalizeName(fName) < NormalizeName(other.GetName(TCIMContext()));
 }
 
 ICIMQualifierDecl& TCimHTTPQualifierDecl::operator=(const ICIMQualifierDecl& /*other*/) { return *this; }

@@ -1,10 +1,11 @@
 #include "model/TCimHTTPQualifierMap.h"
 
+#include "convert/CoreLog.h"
+#include "convert/NormalName.h"
+#include "convert/StatusCodes.h"
 #include "host/TVYXException.h"
 #include "model/EntryMap.h"
-#include "model/StatusCodes.h"
 #include "model/TCimHTTPQualifier.h"
-#include "provider/TCimHTTPNamespace.h"
 
 namespace NQORVYX20 {
 
@@ -21,17 +22,23 @@ bool IsSame(const ICIMQualifier& left, const ICIMQualifier& right) {
            left.GetFlavor(TCIMContext()) == right.GetFlavor(TCIMContext());
 }
 
+[[noreturn]] void RefuseConflict(const std::string& qualifier, const TCimHTTPQualifierMap::TElement& element) {
+    LogError("TCimHTTP: Attempt to add qualifier " + qualifier + " to " + element.kind + " " + element.name +
+             ": already exists with another value or flavor and may not be overridden");
+    throw TVYXException(kQualifierConflict);
+}
+
 } // namespace
 
-bool TCimHTTPQualifierMap::Add(const boost::shared_ptr<ICIMQualifier>& qualifier) {
+bool TCimHTTPQualifierMap::Add(const boost::shared_ptr<ICIMQualifier>& qualifier, const TElement& element) {
     if (!qualifier) {
         throw TVYXException(kTypeMismatch);
     }
-    const std::string name = TCimHTTPNamespace::NormalizeName(qualifier->GetName(TCIMContext()));
+    const std::string name = NormalizeName(qualifier->GetName(TCIMContext()));
     const auto existing = FindNormalized(name);
     if (existing && !IsOverridable(*existing)) {
         if (!IsSame(*existing, *qualifier)) {
-            throw TVYXException(kQualifierConflict);
+            RefuseConflict(qualifier->GetName(TCIMContext()), element);
         }
         return false;
     }
@@ -39,12 +46,12 @@ bool TCimHTTPQualifierMap::Add(const boost::shared_ptr<ICIMQualifier>& qualifier
     return true;
 }
 
-void TCimHTTPQualifierMap::AddOrReplace(const boost::shared_ptr<ICIMQualifier>& qualifier) {
-    if (Add(qualifier)) {
+void TCimHTTPQualifierMap::AddOrReplace(const boost::shared_ptr<ICIMQualifier>& qualifier, const TElement& element) {
+    if (Add(qualifier, element)) {
         return;
     }
     if (const auto same = boost::dynamic_pointer_cast<TCimHTTPQualifier>(qualifier)) {
-        Keep(TCimHTTPNamespace::NormalizeName(same->GetName(TCIMContext())), same);
+        Keep(NormalizeName(same->GetName(TCIMContext())), same);
     }
 }
 
@@ -59,7 +66,7 @@ void TCimHTTPQualifierMap::Keep(const std::string& name, const boost::shared_ptr
 }
 
 void TCimHTTPQualifierMap::Remove(const std::string& name) {
-    const std::string normalized = TCimHTTPNamespace::NormalizeName(name);
+    const std::string normalized = NormalizeName(name);
     if (fQualifiers.erase(normalized) == 0) {
         throw TVYXException(kNotFound);
     }
@@ -74,7 +81,7 @@ void TCimHTTPQualifierMap::Clear() {
 }
 
 boost::shared_ptr<TCimHTTPQualifier> TCimHTTPQualifierMap::Find(const std::string& name) const {
-    return FindNormalized(TCimHTTPNamespace::NormalizeName(name));
+    return FindNormalized(NormalizeName(name));
 }
 
 boost::shared_ptr<TCimHTTPQualifier> TCimHTTPQualifierMap::FindNormalized(const std::string& name) const {

@@ -15,13 +15,19 @@ class TCimHTTPQualifier;
 /// throw TVYXException 25.
 class TCimHTTPQualifierMap {
   public:
+    /// The element that has the qualifiers, for what the log says of it: `class` `CIM_System`.
+    struct TElement {
+        const char* kind;
+        const std::string& name;
+    };
+
     /// Adds a qualifier. An existing one of that name gives way when its flavor enables override; otherwise the new one
-    /// must have its value and flavor, changes nothing, and the result is false. Throws TVYXException 28 when it
-    /// differs, and 14 when the one to keep is not a TCimHTTPQualifier.
-    bool Add(const boost::shared_ptr<ICIMQualifier>& qualifier);
+    /// must have its value and flavor, changes nothing, and the result is false. Throws TVYXException 28, after a line
+    /// in the log, when it differs, and 14 when the one to keep is not a TCimHTTPQualifier.
+    bool Add(const boost::shared_ptr<ICIMQualifier>& qualifier, const TElement& element);
 
     /// The same, but an existing qualifier gives way also to a TCimHTTPQualifier of its value and flavor.
-    void AddOrReplace(const boost::shared_ptr<ICIMQualifier>& qualifier);
+    void AddOrReplace(const boost::shared_ptr<ICIMQualifier>& qualifier, const TElement& element);
 
     /// Removes the qualifier of that name. Throws TVYXException 15 when there is none.
     void Remove(const std::string& name);

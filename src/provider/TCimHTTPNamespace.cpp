@@ -2,29 +2,32 @@
 
 #include <boost/make_shared.hpp>
 
-#include <array>
-#include <cctype>
+#include <utility>
 
+#include "convert/CoreLog.h"
+#include "convert/NormalName.h"
 #include "convert/RemoteText.h"
+#include "convert/StatusCodes.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMQualifier.h"
 #include "host/PegStrToStdStr.h"
 #include "host/TVYXException.h"
-#include "model/CoreLog.h"
 #include "model/EntryMap.h"
-#include "model/Required.h"
-#include "model/StatusCodes.h"
 #include "model/TCimHTTPClass.h"
 #include "model/TCimHTTPQualifierDecl.h"
+#include "provider/NamespaceOptions.h"
 #include "provider/TCimHTTPNamespaceProvider.h"
+#include "reading/CompatibleReading.h"
+#include "reading/FaithfulReading.h"
+#include "reading/RemoteFailures.h"
+#include "reading/RemoteServer.h"
 
 namespace NQORVYX20 {
 
 namespace {
 
 constexpr const char* kRemoteNamespaceName = "root/cimv2";
-constexpr const char* kPluginNameKey = "pluginNameQualDeclValue";
 constexpr const char* kPluginNameQualifier = "PLUGINNAME";
 constexpr const char* kPluginVersionQualifier = "PLUGINVERSION";
 constexpr const char* kPluginVersion = "1.0";
@@ -34,62 +37,30 @@ constexpr int kHttpsPort = 5989;
 constexpr Pegasus::Uint32 kInitialTimeoutMs = 10000;
 constexpr Pegasus::Uint32 kConnectedTimeoutMs = 65535000;
 
-// A hierarchy deeper than this is a server's mistake or malice; fetching it must not exhaust the stack.
-constexpr std::size_t kMaxHierarchyDepth = 256;
-
 // No callback is set: the client then encrypts without verifying the server's certificate.
 constexpr Pegasus::SSLCertificateVerifyFunction* pegCallbackSSL = nullptr;
-
-constexpr char kIllegal = '\0';
-
-constexpr bool IsDigit(char letter) { return letter >= '0' && letter <= '9'; }
-
-constexpr char NormalizeAscii(char letter) {
-    if (letter >= 'A' && letter <= 'Z') {
-        return static_cast<char>(letter - 'A' + 'a');
-    }
-    const bool isLegal = (letter >= 'a' && letter <= 'z') || IsDigit(letter) || letter == '_';
-    return isLegal ? letter : kIllegal;
-}
-
-constexpr std::size_t kAsciiEnd = 0x80;
-
-constexpr std::array<char, kAsciiEnd> MakeAsciiTable() {
-    std::array<char, kAsciiEnd> table{};
-    for (std::size_t code = 0; code < kAsciiEnd; ++code) {
-        table[code] = NormalizeAscii(static_cast<char>(code));
-    }
-    return table;
-}
-
-/// A letter or underscore in lower case, a digit, or kIllegal. Names are normalised so often that the locale is asked
-/// about other characters than ASCII only.
-char NormalizeLetter(char letter) {
-    static constexpr auto kAscii = MakeAsciiTable();
-    const auto code = static_cast<unsigned char>(letter);
-    if (code < kAsciiEnd) {
-        return kAscii[code];
-    }
-    return std::isalpha(code) != 0 ? static_cast<char>(std::tolower(code)) : kIllegal;
-}
-
-/// Notes a class as being fetched for the time of its life.
-class TLookup {
-  public:
-    TLookup(std::set<std::string>& lookups, const std::string& key)
-        : fLookups(lookups), fEntry(lookups.insert(key).first) {}
-    ~TLookup() { fLookups.erase(fEntry); }
-    TLookup(const TLookup&) = delete;
-    TLookup& operator=(const TLookup&) = delete;
-
-  private:
-    std::set<std::string>& fLookups;
-    std::set<std::string>::iterator fEntry;
-};
 
 [[noreturn]] void FailRemotely(const std::string& what, const Pegasus::Exception& failure) {
     LogDebug(what + ToStdString(failure.getMessage()));
     throw TVYXException(kRemoteConnectionFailed);
+}
+
+std::unique_ptr<Pegasus::CIMNamespaceName> MakeRemoteNamespace() {
+    try {
+        return std::make_unique<Pegasus::CIMNamespaceName>(kRemoteNamespaceName);
+    } catch (const Pegasus::Exception& failure) {
+        FailRemotely("TCimHTTPNamespace:Pegasus NSP Creation Fail: ", failure);
+    }
+}
+
+std::unique_ptr<Pegasus::CIMClient> MakeClient() {
+    try {
+        auto client = std::make_unique<Pegasus::CIMClient>();
+        client->setTimeout(kInitialTimeoutMs);
+        return client;
+    } catch (const Pegasus::Exception& failure) {
+        FailRemotely("TCimHTTPNamespace:Pegasus Client Creation Fail: ", failure);
+    }
 }
 
 } // namespace
@@ -97,17 +68,8 @@ class TLookup {
 // --- Construction and connection ---------------------------------------------------------------------------------
 
 TCimHTTPNamespace::TCimHTTPNamespace(bool redefine) : fRedefine(redefine) {
-    try {
-        fRemoteNamespace = std::make_unique<Pegasus::CIMNamespaceName>(kRemoteNamespaceName);
-    } catch (const Pegasus::Exception& failure) {
-        FailRemotely("TCimHTTPNamespace:Pegasus NSP Creation Fail: ", failure);
-    }
-    try {
-        fClient = std::make_unique<Pegasus::CIMClient>();
-        fClient->setTimeout(kInitialTimeoutMs);
-    } catch (const Pegasus::Exception& failure) {
-        FailRemotely("TCimHTTPNamespace:Pegasus Client Creation Fail: ", failure);
-    }
+    auto nameSpace = MakeRemoteNamespace(); // before the client
+    fServer = std::make_unique<RemoteServer>(std::move(nameSpace), MakeClient());
 }
 
 TCimHTTPNamespace::~TCimHTTPNamespace() {
@@ -116,17 +78,21 @@ TCimHTTPNamespace::~TCimHTTPNamespace() {
     } catch (...) {
         // The connection ends with its client.
     }
-    fRemoteNamespace.reset();
-    fClient.reset();
+    if (fReading) {
+        fReading->End();
+    }
+    fServer.reset();
 }
 
 void TCimHTTPNamespace::Initialize(TCIMContext context) {
-    const auto pluginName = context.find(kPluginNameKey);
-    if (pluginName == context.end()) {
-        LogError("TCIMHTTPNamespace: 'pluginNameQualDeclValue' not passed via context");
-        throw TVYXException(kContextValueMissing);
+    const NamespaceOptions options(context);
+    fPluginName = options.PluginName();
+    if (const auto& remoteNamespace = options.RemoteNamespace()) {
+        fServer->SetNamespace(*remoteNamespace);
     }
-    fPluginName = static_cast<std::string>(pluginName->second);
+    if (options.IsFaithful()) {
+        fReading = boost::make_shared<FaithfulReading>(shared_from_this());
+    }
     fRootClass = boost::dynamic_pointer_cast<TCimHTTPClass>(
         AllocateClass(kRootClassName, boost::shared_ptr<ICIMClass>(), TCIMContext()));
     DeclareQualifier(kPluginNameQualifier, "CIMXML");
@@ -139,59 +105,62 @@ void TCimHTTPNamespace::DeclareQualifier(const std::string& name, const std::str
 }
 
 void TCimHTTPNamespace::connect(std::string host, std::string user, std::string password, int port) {
+    fReport.BeginOperation();
     try {
-        fClient->setTimeout(kConnectedTimeoutMs);
+        Pegasus::CIMClient& client = *getPegClient();
+        client.setTimeout(kConnectedTimeoutMs);
         if (port == kHttpPort) {
-            fClient->connect(host.c_str(), kHttpPort, user.c_str(), password.c_str());
+            client.connect(host.c_str(), kHttpPort, user.c_str(), password.c_str());
         } else if (port == kHttpsPort) {
             const Pegasus::SSLContext sslContext(Pegasus::String::EMPTY, pegCallbackSSL, Pegasus::String::EMPTY);
-            fClient->connect(host.c_str(), kHttpsPort, sslContext, user.c_str(), password.c_str());
+            client.connect(host.c_str(), kHttpsPort, sslContext, user.c_str(), password.c_str());
         }
     } catch (const Pegasus::Exception& failure) {
+        fReport.Fail(RemoteFailureOf(failure));
         FailRemotely("TCimHTTPNamespace::connect failed: ", failure);
     }
     fConnected = true;
 }
 
 void TCimHTTPNamespace::disconnect() {
-    fClient->disconnect();
+    getPegClient()->disconnect();
     fConnected = false;
 }
 
 bool TCimHTTPNamespace::isConnected() { return fConnected; }
 
-Pegasus::CIMNamespaceName* TCimHTTPNamespace::getPegNSP() { return fRemoteNamespace.get(); }
+Pegasus::CIMNamespaceName* TCimHTTPNamespace::getPegNSP() { return fServer->Namespace(); }
 
-Pegasus::CIMClient* TCimHTTPNamespace::getPegClient() { return fClient.get(); }
+Pegasus::CIMClient* TCimHTTPNamespace::getPegClient() { return fServer->Client(); }
+
+boost::shared_ptr<Reading> TCimHTTPNamespace::GetReading() {
+    if (!fReading) {
+        fReading = boost::make_shared<CompatibleReading>(shared_from_this());
+    }
+    return fReading;
+}
 
 // --- Classes -----------------------------------------------------------------------------------------------------
 
-std::string TCimHTTPNamespace::NormalizeName(const std::string& name) {
-    std::string normalized(name);
-    bool isLegal = name.empty() || !IsDigit(name.front());
-    for (char& letter : normalized) {
-        letter = NormalizeLetter(letter);
-        isLegal = isLegal && letter != kIllegal;
-    }
-    if (!isLegal) {
-        LogError("CimHTTP: CIM name '" + name + "' is invalid");
-        throw TVYXException(kInvalidName);
-    }
-    return normalized;
-}
+std::string TCimHTTPNamespace::NormalizeName(const std::string& name) { return NQORVYX20::NormalizeName(name); }
 
 boost::shared_ptr<ICIMClass> TCimHTTPNamespace::AllocateClass(const std::string& name,
                                                               boost::shared_ptr<ICIMClass> superClass,
                                                               TCIMContext /*context*/) {
-    const auto cls = boost::make_shared<TCimHTTPClass>(shared_from_this(), name,
-                                                       boost::dynamic_pointer_cast<TCimHTTPClass>(superClass));
+    return GetReading()->AllocateClass(name, boost::dynamic_pointer_cast<TCimHTTPClass>(superClass));
+}
+
+boost::shared_ptr<TCimHTTPClass> TCimHTTPNamespace::MakeClass(const std::string& name,
+                                                              boost::shared_ptr<TCimHTTPClass> superClass) {
+    auto cls = boost::make_shared<TCimHTTPClass>(shared_from_this(), name, superClass);
     cls->Initialize();
     return cls;
 }
 
 boost::shared_ptr<ICIMClass> TCimHTTPNamespace::GetClass(const std::string& name, TCIMContext context) {
+    fReport.BeginOperation();
     if (!fConnected) {
-        return {};
+        return GetReading()->WithoutConnection();
     }
     if (name.empty() || name == kRootClassName) {
         LogDebug("TCimHTTPNamespace::GetClass " + name + " : return <root>");
@@ -199,55 +168,24 @@ boost::shared_ptr<ICIMClass> TCimHTTPNamespace::GetClass(const std::string& name
     }
     const std::string key = NormalizeName(name);
     LogDebug("TCimHTTPNamespace::GetClass from Pegasus for: " + key);
-    if (auto cached = FindEntry(fClasses, key)) {
+    if (auto cached = FindClass(key)) {
         LogDebug("TCimHTTPNamespace::GetClass " + key + " Found in TCimHTTPNamespace");
         return cached;
     }
-    if (fLookups.size() >= kMaxHierarchyDepth || fLookups.count(key) != 0) {
-        LogError("TCimHTTPNamespace::GetClass " + key + ": the server's class hierarchy has a cycle or is too deep");
-        return {};
-    }
-    const TLookup lookup(fLookups, key);
-    return FetchClass(name, key, context);
+    return GetReading()->FetchClass(name, key, context);
 }
 
-boost::shared_ptr<ICIMClass> TCimHTTPNamespace::FetchClass(const std::string& name, const std::string& key,
-                                                           TCIMContext context) {
-    constexpr bool kLocalOnly = false;
-    constexpr bool kIncludeQualifiers = true;
-    constexpr bool kIncludeClassOrigin = true;
-    try {
-        auto definition = fClient->getClass(*fRemoteNamespace, Pegasus::CIMName(name.c_str()), kLocalOnly,
-                                            kIncludeQualifiers, kIncludeClassOrigin, Pegasus::CIMPropertyList());
-        BuildClass(definition, context);
-    } catch (const Pegasus::Exception& failure) {
-        LogDebug("TCimHTTPNamespace::GetClass from Pegasus for: " + name +
-                 "returned exception: " + ToStdString(failure.getMessage()));
-        return {};
-    } catch (...) {
-        return {}; // a definition that cannot be built is as good as none
-    }
-    auto built = FindEntry(fClasses, key);
-    if (built) {
-        LogDebug("TCimHTTPNamespace::GetClass " + key + " Now it is Found in TCimHTTPNamespace");
-    } else {
-        LogError("TCimHTTPNamespace::GetClass " + key + " Not Found - Something Wrong");
-    }
-    return built;
+boost::shared_ptr<TCimHTTPClass> TCimHTTPNamespace::FindClass(const std::string& key) const {
+    return FindEntry(fClasses, key);
 }
 
-void TCimHTTPNamespace::BuildClass(Pegasus::CIMClass& definition, TCIMContext context) {
-    const std::string name = ToStdString(definition.getClassName());
-    const auto& superClassName = definition.getSuperClassName();
-    const auto superClass = GetClass(superClassName.isNull() ? "" : ToStdString(superClassName), TCIMContext());
-    const auto cls = AllocateClass(name, superClass, TCIMContext());
-    StampClass(*cls, kPluginNameQualifier, fPluginName, context);
-    StampClass(*cls, kPluginVersionQualifier, kPluginVersion, context);
-    cls->AddToNamespace(context);
+void TCimHTTPNamespace::StampClass(ICIMClass& cls, TCIMContext context) const {
+    StampClass(cls, kPluginNameQualifier, fPluginName, context);
+    StampClass(cls, kPluginVersionQualifier, kPluginVersion, context);
 }
 
 void TCimHTTPNamespace::StampClass(ICIMClass& cls, const std::string& qualifierName, const std::string& value,
-                                   TCIMContext context) {
+                                   TCIMContext context) const {
     const auto declaration = GetQualifierDecl(qualifierName, TCIMContext());
     cls.AddQualifier(cls.AllocateQualifier(declaration, TCIMValue(value), context), context);
 }
@@ -277,11 +215,12 @@ void TCimHTTPNamespace::EnumerateRootClasses(const boost::function<bool(boost::s
 
 void TCimHTTPNamespace::EnumerateClassNames(std::string nameSpace, std::string className,
                                             Pegasus::Array<Pegasus::CIMName>& names) {
-    constexpr bool kDeepInheritance = true;
+    fReport.BeginOperation();
     try {
         const auto top = className.empty() ? Pegasus::CIMName() : Pegasus::CIMName(className.c_str());
-        names = fClient->enumerateClassNames(Pegasus::CIMNamespaceName(nameSpace.c_str()), top, kDeepInheritance);
+        names = fServer->EnumerateClassNames(Pegasus::CIMNamespaceName(nameSpace.c_str()), top);
     } catch (const Pegasus::Exception& failure) {
+        fReport.Fail(RemoteFailureOf(failure));
         LogDebug("TCimHTTPNamespace::EnumerateClassNames: " + nameSpace + ":" + className + ": " +
                  PegStrToStdStr(failure.getMessage()) + "\n");
     }
@@ -324,23 +263,15 @@ void TCimHTTPNamespace::EnumerateQualifierDecls(
 
 boost::shared_ptr<ICIMInstance> TCimHTTPNamespace::GetInstance(const TCIMReference& reference,
                                                                TCIMContext context) const {
-    // The interface calls this operation const, but a class that is not cached yet is fetched.
+    // The interface calls this operation const, but what is not there yet is fetched.
     const auto self = boost::const_pointer_cast<TCimHTTPNamespace>(shared_from_this());
-    const auto cls =
-        boost::dynamic_pointer_cast<TCimHTTPClass>(self->GetClass(reference.GetClassName(), TCIMContext()));
-    return Required(cls, kNotFound).GetInstance(reference, context);
+    return self->GetReading()->GetInstance(reference, context);
 }
 
 void TCimHTTPNamespace::EnumerateInstances(const Pegasus::CIMNamespaceName& nameSpace,
                                            const Pegasus::CIMName& className) {
     try {
-        constexpr bool kDeepInheritance = false;
-        constexpr bool kLocalOnly = false;
-        constexpr bool kIncludeQualifiers = false;
-        constexpr bool kIncludeClassOrigin = false;
-        auto instances =
-            fClient->enumerateInstances(nameSpace, className, kDeepInheritance, kLocalOnly, kIncludeQualifiers,
-                                        kIncludeClassOrigin, Pegasus::CIMPropertyList());
+        auto instances = fServer->EnumerateInstancesToLookAt(nameSpace, className);
         for (Pegasus::Uint32 i = 0; i < instances.size(); ++i) {
             (void)instances[i].getPath().toString();
             for (Pegasus::Uint32 j = 0; j < instances[i].getPropertyCount(); ++j) {

@@ -7,18 +7,27 @@
 
 #include <map>
 #include <memory>
-#include <set>
+#include <optional>
 #include <string>
 
+#include "cimhttp/ReadingIncidents.h"
+#include "cimhttp/RemoteFailure.h"
 #include "host/ICIMNamespace.h"
+#include "reading/ReadingReport.h"
 
 namespace NQORVYX20 {
 
+class Reading;
+class RemoteServer;
 class TCimHTTPClass;
 class TCimHTTPQualifierDecl;
 
 /// One remote CIM server as a namespace. It owns its client, the classes that it has fetched and the qualifier
 /// declarations that they use; all of them live as long as the namespace. Owned by a boost::shared_ptr.
+///
+/// A host chooses with kReadingKey (ContextKeys.h) how the server is read. What is said below of compatible namespaces
+/// holds without that choice. In a faithful one, operations that ask the server throw TVYXException 15 for what it does
+/// not have, 42 when it cannot be read, after a line in the log; LastFailure says why.
 ///
 /// A namespace and all objects reached through it are used from one thread at a time; two namespaces are independent.
 /// Waiting is bounded by the client's time-out: 10 seconds until `connect` raises it to 65535.
@@ -37,8 +46,16 @@ class TCimHTTPNamespace : public ICIMNamespace, public boost::enable_shared_from
     TCimHTTPNamespace& operator=(const TCimHTTPNamespace&) = delete;
 
     /// Takes the plug-in's name from the context key "pluginNameQualDeclValue", makes the root class and declares the
-    /// qualifiers PLUGINNAME and PLUGINVERSION. Throws TVYXException 32, after a line in the log, without that key.
+    /// qualifiers PLUGINNAME and PLUGINVERSION. Throws TVYXException, after a line in the log: 32 without that key, 14
+    /// for a value of another key (ContextKeys.h) that the plug-in does not know.
     void Initialize(TCIMContext context);
+
+    /// Why the newest operation that asked the server could not read it, or not all of it; empty when it could.
+    const std::optional<RemoteFailure>& LastFailure() const { return fReport.Failure(); }
+
+    /// What could not be taken from the server's answers, since the namespace was made or TakeIncidents was called.
+    const ReadingIncidents& Incidents() const { return fReport.Incidents(); }
+    ReadingIncidents TakeIncidents() { return fReport.TakeIncidents(); }
 
     /// Connects to a server: plain on port 5988, with TLS but without verification of the server on port 5989. On any
     /// other port nothing is attempted, and the namespace counts as connected all the same. Throws TVYXException 42,
@@ -78,6 +95,21 @@ class TCimHTTPNamespace : public ICIMNamespace, public boost::enable_shared_from
     /// The class above all others, which has no features. Empty before Initialize.
     boost::shared_ptr<TCimHTTPClass> GetRootClass() const { return fRootClass; }
 
+    // What a Reading works with.
+
+    boost::shared_ptr<Reading> GetReading();
+    RemoteServer& Server() { return *fServer; }
+    ReadingReport& Report() { return fReport; }
+
+    /// A class that the namespace holds, by the normal form of its name, or an empty pointer.
+    boost::shared_ptr<TCimHTTPClass> FindClass(const std::string& key) const;
+
+    /// A class that is initialised and not added. Throws what its initialisation throws.
+    boost::shared_ptr<TCimHTTPClass> MakeClass(const std::string& name, boost::shared_ptr<TCimHTTPClass> superClass);
+
+    /// Puts the qualifiers PLUGINNAME and PLUGINVERSION on a class.
+    void StampClass(ICIMClass& cls, TCIMContext context) const;
+
     /// Asks the server for the names of all classes below a class, or of all classes when `className` is empty. When
     /// that fails, one line goes to the log and `names` stays as it was.
     void EnumerateClassNames(std::string nameSpace, std::string className, Pegasus::Array<Pegasus::CIMName>& names);
@@ -91,15 +123,21 @@ class TCimHTTPNamespace : public ICIMNamespace, public boost::enable_shared_from
     boost::shared_ptr<INamespaceProvider> GetNamespaceProvider(TCIMContext context) const override;
     void SetUpcallNamespace(boost::shared_ptr<ICIMNamespace> nameSpace, TCIMContext context) override;
     void AddUnderlyingNamespace(boost::shared_ptr<ICIMNamespace> nameSpace, TCIMContext context) override;
+
+    /// A class that is read from the server and not added. Throws TVYXException 15 when the server does not have it, 42
+    /// when it cannot be read, after a line in the log.
     boost::shared_ptr<ICIMClass> AllocateClass(const std::string& name, boost::shared_ptr<ICIMClass> superClass,
                                                TCIMContext context) override;
 
-    /// The root class for an empty name or "<root>"; otherwise a class from the cache, or fetched from the server
-    /// together with its superclasses. Empty when the namespace is not connected or the class could not be had; the log
-    /// says why. Throws TVYXException 25 for an invalid name.
+    /// The root class for an empty name or "<root>"; otherwise a class from the cache, or fetched from the server. A
+    /// compatible namespace fetches its superclasses, too, and gives an empty pointer when it is not connected or the
+    /// class could not be had; the log says why. A faithful one throws then. Of a server without the operation it gives
+    /// a class that gets its declarations from the instances that are read. Throws TVYXException 25 for an invalid
+    /// name.
     boost::shared_ptr<ICIMClass> GetClass(const std::string& name, TCIMContext context) override;
 
-    /// The classes fetched so far, or nothing when the namespace is not connected.
+    /// The classes fetched so far, in a faithful namespace all classes of the server; nothing when the namespace is not
+    /// connected.
     void EnumerateRootClasses(const boost::function<bool(boost::shared_ptr<ICIMClass>)>& callback,
                               TCIMContext context) override;
     void EnumerateProviders(const boost::function<bool(boost::shared_ptr<IProvider>)>& callback,
@@ -117,8 +155,9 @@ class TCimHTTPNamespace : public ICIMNamespace, public boost::enable_shared_from
                    const boost::function<bool(boost::shared_ptr<ICIMInstance>)>& callback,
                    TCIMContext context) override;
 
-    /// The instance that the class has filed under the reference's path, or an empty pointer. The class must exist:
-    /// where assertions are on, a missing one ends in an assertion, otherwise in TVYXException 15.
+    /// In a compatible namespace the instance that the class has filed under the reference's path, or an empty pointer;
+    /// the class must exist: where assertions are on, a missing one ends in an assertion, otherwise in
+    /// TVYXException 15. In a faithful one the instance as it was read last, or else as the server gives it now.
     boost::shared_ptr<ICIMInstance> GetInstance(const TCIMReference& reference, TCIMContext context) const override;
     void DeleteInstance(const TCIMReference& reference, TCIMContext context) override;
     void ModifyInstance(const TCIMReference& reference, TCIMContext values, TCIMContext context) override;
@@ -128,13 +167,13 @@ class TCimHTTPNamespace : public ICIMNamespace, public boost::enable_shared_from
     virtual ICIMNamespace& operator=(ICIMNamespace& other);
 
   private:
-    boost::shared_ptr<ICIMClass> FetchClass(const std::string& name, const std::string& key, TCIMContext context);
-    void BuildClass(Pegasus::CIMClass& definition, TCIMContext context);
     void DeclareQualifier(const std::string& name, const std::string& value);
-    void StampClass(ICIMClass& cls, const std::string& qualifierName, const std::string& value, TCIMContext context);
+    void StampClass(ICIMClass& cls, const std::string& qualifierName, const std::string& value,
+                    TCIMContext context) const;
 
-    std::unique_ptr<Pegasus::CIMNamespaceName> fRemoteNamespace;
-    std::unique_ptr<Pegasus::CIMClient> fClient;
+    std::unique_ptr<RemoteServer> fServer;
+    ReadingReport fReport;
+    boost::shared_ptr<Reading> fReading; // the compatible one is made when it is needed
     std::map<std::string, boost::shared_ptr<TCimHTTPQualifierDecl>> fQualifierDecls;
     std::map<std::string, boost::shared_ptr<TCimHTTPClass>> fClasses;
     boost::shared_ptr<TCimHTTPClass> fRootClass;
@@ -142,7 +181,6 @@ class TCimHTTPNamespace : public ICIMNamespace, public boost::enable_shared_from
     boost::weak_ptr<ICIMNamespace> fUpcallNamespace;
     bool fConnected = false;
     std::string fPluginName;
-    std::set<std::string> fLookups; // the classes being fetched, each with its superclasses
 };
 
 } // namespace NQORVYX20

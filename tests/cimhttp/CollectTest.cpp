@@ -31,9 +31,15 @@ std::string ScalarXml(const std::string& name, const std::string& type, const st
     return "<PROPERTY NAME=\"" + name + "\" TYPE=\"" + type + "\"><VALUE>" + value + "</VALUE></PROPERTY>";
 }
 
-std::string InstanceXml(const std::string& cls, const std::string& properties) {
-    return "<VALUE.NAMEDINSTANCE><INSTANCENAME CLASSNAME=\"" + cls + "\"/><INSTANCE CLASSNAME=\"" + cls + "\">" +
-           properties + "</INSTANCE></VALUE.NAMEDINSTANCE>";
+/// `keys` are those of the path.
+std::string InstanceXml(const std::string& cls, const std::string& keys, const std::string& properties) {
+    return "<VALUE.NAMEDINSTANCE><INSTANCENAME CLASSNAME=\"" + cls + "\">" + keys +
+           "</INSTANCENAME><INSTANCE CLASSNAME=\"" + cls + "\">" + properties + "</INSTANCE></VALUE.NAMEDINSTANCE>";
+}
+
+std::string KeyXml(const std::string& name, const std::string& type, const std::string& value) {
+    return "<KEYBINDING NAME=\"" + name + "\"><KEYVALUE VALUETYPE=\"" + type + "\">" + value +
+           "</KEYVALUE></KEYBINDING>";
 }
 
 std::string TextsXml(const std::string& qualifier, const std::string& first, const std::string& second) {
@@ -57,11 +63,11 @@ class CollectTest : public testing::Test {
                            "</PROPERTY.ARRAY><PROPERTY NAME=\"Speed\" TYPE=\"uint32\"/>"
                            "<METHOD NAME=\"SetSpeed\" TYPE=\"uint32\"><PARAMETER NAME=\"Speed\" TYPE=\"uint32\"/>"
                            "<PARAMETER.ARRAY NAME=\"Names\" TYPE=\"string\"/></METHOD></CLASS>");
-        fServer.Answer(
-            "EnumerateInstances", "TEST_Fan",
-            InstanceXml("TEST_Fan", ScalarXml("Name", "string", "f1") +
-                                        "<PROPERTY.ARRAY NAME=\"States\" TYPE=\"uint16\"><VALUE.ARRAY><VALUE>2</VALUE>"
-                                        "<VALUE>3</VALUE></VALUE.ARRAY></PROPERTY.ARRAY>"));
+        fServer.Answer("EnumerateInstances", "TEST_Fan",
+                       InstanceXml("TEST_Fan", KeyXml("Name", "string", "f1"),
+                                   ScalarXml("Name", "string", "f1") +
+                                       "<PROPERTY.ARRAY NAME=\"States\" TYPE=\"uint16\"><VALUE.ARRAY><VALUE>2</VALUE>"
+                                       "<VALUE>3</VALUE></VALUE.ARRAY></PROPERTY.ARRAY>"));
     }
 
     void Declare(const std::string& qualifier, const std::string& type, bool is_array) {
@@ -79,7 +85,8 @@ class CollectTest : public testing::Test {
         std::string instances;
         for (std::size_t i = 0; i < values.size(); ++i) {
             const std::string value = values[i].empty() ? "" : ScalarXml("V", type, values[i]);
-            instances += InstanceXml("T", ScalarXml("I", "uint8", std::to_string(i)) + value);
+            instances += InstanceXml("T", KeyXml("I", "numeric", std::to_string(i)),
+                                     ScalarXml("I", "uint8", std::to_string(i)) + value);
         }
         fServer.Answer("EnumerateInstances", "T", instances);
     }
@@ -168,12 +175,13 @@ TEST_F(CollectTest, WritesTheClassesWithTheirInstances) {
             {{{"name", "SetSpeed"},
               {"type", "uint32"},
               {"parameters",
-               {{{"name", "Names"}, {"type", "string"}, {"array", false}}, // declared by its elements
+               {{{"name", "Names"}, {"type", "string"}, {"array", true}},
 
                 {{"name", "Speed"}, {"type", "uint32"}, {"array", false}}}},
               {"qualifiers", json::object()}}}},
            {"instances",
             {{{"path", "TEST_Fan.Name=\"f1\""},
+              {"class", "TEST_Fan"},
               {"properties",
                {{"Name", {{"type", "string"}, {"value", "f1"}, {"text", "f1"}}},
                 {"Speed", {{"type", "uint32"}, {"value", nullptr}, {"text", ""}}},
@@ -477,7 +485,7 @@ void ServeFewClasses(support::Connection& connection) {
             connection.WaitForPeerClose();
             return;
         }
-        std::string result = asks_for_instances ? InstanceXml(name, "") : "";
+        std::string result = asks_for_instances ? InstanceXml(name, "", "") : "";
         if (method == "GetClass") {
             result.append("<CLASS NAME=\"").append(name).append("\"/>");
         }

@@ -261,10 +261,10 @@ TEST_F(DemoServerTest, WhereSelectsByRawValueByTextAndByPattern) {
 TEST_F(DemoServerTest, APathOfTheListNamesTheInstanceAlsoOfASubclass) {
     const json systems = Json({"instances", "CIM_ComputerSystem"});
     const std::string path = systems.at(0).at("path");
-    EXPECT_THAT(path, StartsWith("CIM_ComputerSystem."));
+    EXPECT_THAT(path, StartsWith("DEMO_ComputerSystem."));
     const json found = Json({"instance", path});
     ASSERT_EQ(found.size(), 1U);
-    EXPECT_THAT(found.at(0).at("path").get<std::string>(), StartsWith("DEMO_ComputerSystem."));
+    EXPECT_EQ(found.at(0).at("path"), path);
     EXPECT_EQ(found.at(0).at("properties").at("Name"), systems.at(0).at("properties").at("Name"));
 }
 
@@ -288,7 +288,7 @@ TEST_F(DemoServerTest, AnInstanceThatThereIsNotIsToldFromAPathThatIsNone) {
 
 TEST_F(DemoServerTest, DateTimesAreShownAsPeopleWriteThem) {
     EXPECT_THAT(Output({"instance", "DEMO_AllTypes.InstanceID=\"least\"", "-o", "table"}),
-                HasSubstr("00010101000000.000000+000  0001-01-01 00:00:00 +00:00\n"));
+                testing::ContainsRegex("00010101000000.000000.000 +0001-01-01 00:00:00 .00:00\n"));
 }
 
 // --- Forms -------------------------------------------------------------------------------------------------------
@@ -345,16 +345,19 @@ TEST_F(DemoServerTest, AReaderThatGoesAwayIsNoFailureToTalkAbout) {
 
 TEST_F(DemoServerTest, WatchShowsOldAndNewValues) {
     const auto run =
-        Run({"watch", "DEMO_OperatingSystem", "--interval", "0", "--count", "1", "--property", "LocalDateTime"});
+        Run({"watch", "DEMO_OperatingSystem", "--interval", "0.001", "--count", "1", "--property", "LocalDateTime"});
     EXPECT_EQ(run.status, 0) << run.errors;
     EXPECT_THAT(run.output, testing::MatchesRegex("[0-9:]+  1 instance\n[0-9:]+  ~ DEMO_OperatingSystem.[^\n]*\n"
                                                   " +LocalDateTime: 20[^\n]* → 20[^\n]*\n"));
 }
 
 TEST_F(DemoServerTest, WatchAsJsonIsALineForEachChange) {
-    const std::string output = Output({"watch", "DEMO_OperatingSystem", "--interval", "0", "--count", "2", "--property",
-                                       "LocalDateTime", "-o", "json"});
+    const std::string output = Output({"watch", "DEMO_OperatingSystem", "--interval", "0.001", "--count", "2",
+                                       "--property", "LocalDateTime", "-o", "json"});
     std::istringstream lines(output);
+    std::string present;
+    std::getline(lines, present);
+    EXPECT_EQ(json::parse(present).at("change"), "present");
     int round = 0;
     for (std::string line; std::getline(lines, line);) {
         const json change = json::parse(line);
@@ -384,8 +387,9 @@ TEST_F(DemoServerTest, WatchEndsInGoodOrderWhenInterrupted) {
 }
 
 TEST_F(DemoServerTest, WatchRefusesAnImpossibleInterval) {
-    EXPECT_EQ(Run({"watch", "DEMO_StorageVolume", "--interval", "-1"}).status, 2);
-    EXPECT_EQ(Run({"watch", "DEMO_StorageVolume", "--interval", "nan"}).status, 2);
+    for (const char* interval : {"0", "-1", "nan", "86401"}) {
+        EXPECT_EQ(Run({"watch", "DEMO_StorageVolume", "--interval", interval}).status, 2) << interval;
+    }
 }
 
 TEST_F(DemoServerTest, InfoShowsTheCertificate) {

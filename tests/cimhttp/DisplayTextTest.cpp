@@ -19,7 +19,12 @@ namespace {
 class TextlessAccess : public cimhttp::PluginAccess {
   public:
     void Connect(ICIMNamespace&, const std::string&, const std::string&, const std::string&, int) const override {}
+    std::optional<RemoteFailure> LastFailure(ICIMNamespace&) const override { return std::nullopt; }
+    ReadingIncidents TakeIncidents(ICIMNamespace&) const override { return {}; }
+    std::vector<EmbeddedObject> EmbeddedObjects(const ICIMInstance&, const std::string&) const override { return {}; }
     std::vector<std::string> ClassNames(ICIMNamespace&) const override { return {}; }
+    std::vector<std::string> InstancePaths(ICIMNamespace&, const std::string&) const override { return {}; }
+    std::string NamespaceOf(const std::string&) const override { return {}; }
     cimhttp::RemoteClass ReadClass(ICIMNamespace&, const std::string&) const override { return {}; }
     std::vector<cimhttp::RemoteClassName> ReadHierarchy(ICIMNamespace&) const override { return {}; }
     std::vector<cimhttp::RemoteQualifierDeclaration> ReadQualifierDeclarations(ICIMNamespace&) const override {

@@ -7,26 +7,6 @@
 using cimhttp::FailureLog;
 using NQORVYX20::ILogger;
 
-TEST(FailureLog, RemembersTheReasonBehindEachKindOfRemoteFailure) {
-    std::ostringstream stream;
-    FailureLog log(stream, std::nullopt);
-    log.Log(ILogger::eLogDebug, "TCimHTTPNamespace::connect failed: refused");
-    EXPECT_EQ(log.TakeReason(), "refused");
-    log.Log(ILogger::eLogDebug, "TCimHTTPNamespace::GetClass from Pegasus for: Areturned exception: gone: away");
-    EXPECT_EQ(log.TakeReason(), "gone: away");
-    log.Log(ILogger::eLogDebug, "TCimHTTPNamespace::EnumerateClassNames: root/cimv2:: broken: pipe\n");
-    EXPECT_EQ(log.TakeReason(), "broken: pipe");
-    EXPECT_EQ(log.TakeReason(), "");
-}
-
-TEST(FailureLog, IgnoresMessagesThatTellOfNoRemoteFailure) {
-    std::ostringstream stream;
-    FailureLog log(stream, std::nullopt);
-    log.Log(ILogger::eLogError, "CimHTTP: CIM name '2a' is invalid");
-    EXPECT_EQ(log.TakeReason(), "");
-    EXPECT_EQ(log.ErrorCount(), 1U);
-}
-
 TEST(FailureLog, WritesOnlyWhatItsLevelAsksFor) {
     std::ostringstream silent;
     FailureLog(silent, std::nullopt).Log(ILogger::eLogError, "e");

@@ -170,6 +170,7 @@ TEST_F(CompletionTest, OffersThePropertiesOfTheClassThatStandsBefore) {
                    "<CLASS NAME=\"TEST_Disk\"><PROPERTY NAME=\"Size\" TYPE=\"uint64\"/><PROPERTY NAME=\"Name\" "
                    "TYPE=\"string\"/><PROPERTY NAME=\"Number\" TYPE=\"string\"/></CLASS>");
     EXPECT_THAT(Offers(Host() + "instances TEST_Disk --property n"), ElementsAre("Name", "Number"));
+    EXPECT_THAT(Offers(Host() + "instances TEST_Disk --property Size,n"), ElementsAre("Size,Name", "Size,Number"));
     EXPECT_THAT(Offers(Host() + "watch TEST_Disk --property Size --where S"), ElementsAre("Size="));
     EXPECT_THAT(Offers(Host() + "instances --property N"), IsEmpty());
     EXPECT_THAT(Offers(Host() + "instances TEST_Nobody --property N"), IsEmpty());

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <sstream>
+#include <string>
+#include <vector>
 
 #include "host/TCIMReference.h"
 #include "host/TCIMValue.h"
@@ -23,6 +25,7 @@ namespace {
 
 constexpr auto kLeft = Listing::Align::kLeft;
 constexpr auto kRight = Listing::Align::kRight;
+constexpr auto kAsked = Listing::Importance::kAsked;
 
 std::string Table(const Listing& listing, TextStyle style = {}) {
     std::ostringstream output;
@@ -125,7 +128,7 @@ TEST(TextTable, MarksNullAndTellsItFromAnEmptyText) {
     Listing listing({{"Name"}, {"X"}});
     listing.AddRow({"a", Cell::Null()});
     listing.AddRow({"b", ""});
-    EXPECT_EQ(Table(listing), "Name  X\n----  -\na     -\nb\n");
+    EXPECT_EQ(Table(listing), "Name  X\n----  -\na     –\nb\n");
 }
 
 TEST(TextTable, SendsNoControlCharactersToTheTerminal) {
@@ -241,6 +244,63 @@ TEST(TextTable, KeepsOneColumnAlsoWhenAllAreTheSameOrTooWide) {
     EXPECT_EQ(Table(texts, {12, false}), "Text\n------------\none.........\n...........\ntwo.........\n...........\n");
 }
 
+TEST(TextTable, ColumnsThatWereAskedForAreFoldedAsFarAsItTakes) {
+    Listing listing({{"Name", kLeft, kAsked}, {"Text", kLeft, kAsked}, {"Same", kLeft, kAsked}});
+    listing.AddRow({"a", "several words to fold", "always"});
+    listing.AddRow({"b", "others", "always"});
+    EXPECT_EQ(Table(listing, {17, false}), "Name  Text  Same\n"
+                                           "----  ----  -----\n"
+                                           "a     seve  alway\n"
+                                           "      ral   s\n"
+                                           "      word\n"
+                                           "      s to\n"
+                                           "      fold\n"
+                                           "b     othe  alway\n"
+                                           "      rs    s\n");
+    EXPECT_EQ(LeftOut(listing, 17), std::vector<std::string>());
+}
+
+TEST(TextTable, NumbersThatWereAskedForAreCutOffWhereThereIsNoRoom) {
+    Listing listing({{"Name", kLeft, kAsked}, {"Size", kRight, kAsked}});
+    listing.AddRow({"a", "1234567890"});
+    listing.AddRow({"b", "123456 Bytes"});
+    listing.AddRow({"c", "12 Bytes"});
+    std::ostringstream output;
+    EXPECT_TRUE(cimhttp::WriteTable(listing, {12, false}, output).digits);
+    EXPECT_EQ(output.str(), "Name    Size\n"
+                            "----  ------\n"
+                            "a     12345…\n"
+                            "b     123456\n"
+                            "       Bytes\n"
+                            "c         12\n"
+                            "       Bytes\n");
+    std::ostringstream wide;
+    EXPECT_FALSE(cimhttp::WriteTable(listing, {18, false}, wide).digits);
+}
+
+TEST(TextTable, WhatWasAskedForIsAListWhereEvenThatDoesNotHelp) {
+    Listing listing({{"One", kLeft, kAsked}, {"Two", kRight, kAsked}, {"Three", kRight, kAsked}});
+    for (const char* row : {"first", "second"}) {
+        listing.AddRow({row, "1234567890", "1234567890"});
+    }
+    EXPECT_NE(Table(listing, {16, false}).find("----  ----  ----\n"), std::string::npos);
+    EXPECT_EQ(Table(listing, {15, false}), Lists(listing, {15, false}));
+}
+
+TEST(TextTable, ASingleRowIsAListWhereItWouldLoseDigits) {
+    Listing listing({{"One", kRight, kAsked}, {"Two", kRight, kAsked}});
+    listing.AddRow({"1234567890", "1234567890"});
+    EXPECT_EQ(Table(listing, {20, false}), Lists(listing, {20, false}));
+}
+
+TEST(TextTable, WhatWasAskedForOutlivesKeys) {
+    Listing listing({Listing::Key("Key"), {"Asked", kLeft, kAsked}});
+    for (const char* key : {"a", "b"}) {
+        listing.AddRow({key + std::string(30, 'k'), "always the same"});
+    }
+    EXPECT_EQ(LeftOut(listing, 12), std::vector<std::string>{"Key"});
+}
+
 TEST(TextTable, ReferencesLoseTheKeysThatAllRowsShareWhereThereIsNoRoom) {
     const Listing parents = Parents("one.example");
     const auto write = [&](std::size_t width) {
@@ -254,8 +314,8 @@ TEST(TextTable, ReferencesLoseTheKeysThatAllRowsShareWhereThereIsNoRoom) {
                              same + "  CSName=\"one.example\",Handle=\"27\"\n" + same +
                              "  CSName=\"one.example\",Handle=\"31\"\n");
     EXPECT_EQ(write(50), "Parent                           Child\n"
-                         "-------------------------------  -----------\n" +
-                             same + "  Handle=\"27\"\n" + same + "  Handle=\"31\"\n");
+                         "-------------------------------  -------------\n" +
+                             same + "  …,Handle=\"27\"\n" + same + "  …,Handle=\"31\"\n");
 }
 
 TEST(TextTable, ReferencesKeepTheKeysThatTellRowsApart) {
@@ -271,9 +331,18 @@ TEST(TextTable, NoLineIsWiderThanAllowed) {
     Listing listing({Listing::Key("AVeryLongHeading"), {"Number", kRight}, {"Text"}});
     listing.AddRow({std::string(70, 'x'), "1", "\xe6\x9d\xb1\xe4\xba\xac \xe6\x9d\xb1\xe4\xba\xac"});
     listing.AddRow({"short", "123456789", std::string(300, 'y')});
+    std::vector<Listing::Column> columns = listing.Columns();
+    for (Listing::Column& column : columns) {
+        column.importance = kAsked;
+    }
+    Listing asked(columns);
+    for (const auto& row : listing.Rows()) {
+        asked.AddRow(row);
+    }
     for (std::size_t width = 2; width < 250; ++width) {
         EXPECT_LE(WidestLine(Table(listing, {width, false})), width);
         EXPECT_LE(WidestLine(Table(WideListing(), {width, false})), width);
+        EXPECT_LE(WidestLine(Table(asked, {width + 2, false})), width + 2);
         EXPECT_LE(WidestLine(Lists(listing, {width + 2, false})), width + 2);
     }
 }
@@ -283,7 +352,7 @@ TEST(TextTable, ColoursHeadingsAndNullsWhenAllowed) {
     listing.AddRow({Cell::Null(), "x"});
     EXPECT_EQ(Table(listing, {0, true}), "\x1b[1mA\x1b[0m  \x1b[1mB\x1b[0m\n"
                                          "\x1b[2m-\x1b[0m  \x1b[2m-\x1b[0m\n"
-                                         "\x1b[2m-\x1b[0m  x\n");
+                                         "\x1b[2m–\x1b[0m  x\n");
 }
 
 // --- Lists -------------------------------------------------------------------------------------------------------

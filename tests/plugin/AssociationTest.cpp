@@ -158,6 +158,13 @@ TEST_F(AssociationTest, AnAssociationIsPassedOverWhenItsRoleCannotBeFollowed) {
     }
 }
 
+TEST_F(AssociationTest, TheFilterClassIsComparedByItsNameAllTheWayUp) {
+    const auto special = Derive("TEST_SpecialLink", fLink);
+    const auto namesake = fNamespace->AllocateClass("TEST_Link", nullptr, TCIMContext());
+    EXPECT_TRUE(special->IsSubclassOf(namesake, TCIMContext()));
+    EXPECT_FALSE(special->IsSubclassOf(fDisk, TCIMContext()));
+}
+
 // --- Which far ends are reported ---------------------------------------------------------------------------------
 
 TEST_F(AssociationTest, TheNearEndIsNotReportedAsItsOwnFarEnd) {

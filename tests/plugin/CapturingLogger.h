@@ -8,19 +8,27 @@
 
 #include "host/ILogger.h"
 
-/// A logger that keeps its messages for a test to look at. The plug-in knows two severities; at another one a message
-/// fails the test.
+/// A logger that keeps its messages for a test to look at. The plug-in knows two severities, its faithful reading
+/// warnings, too; at another one a message fails the test.
 class CapturingLogger : public NQORVYX20::ILogger {
   public:
     void Log(EVYXLogSeverity severity, std::string message) override {
         const std::lock_guard<std::mutex> lock(fMutex);
-        EXPECT_TRUE(severity == eLogError || severity == eLogDebug) << severity << ": " << message;
-        (severity == eLogError ? fErrors : fDebug).push_back(std::move(message));
+        EXPECT_TRUE(severity == eLogError || severity == eLogDebug || (severity == eLogWarning && fIsFaithful))
+            << severity << ": " << message;
+        (severity == eLogError ? fErrors : severity == eLogWarning ? fWarnings : fDebug).push_back(std::move(message));
     }
+
+    void ExpectWarnings() { fIsFaithful = true; }
 
     std::vector<std::string> Errors() const {
         const std::lock_guard<std::mutex> lock(fMutex);
         return fErrors;
+    }
+
+    std::vector<std::string> Warnings() const {
+        const std::lock_guard<std::mutex> lock(fMutex);
+        return fWarnings;
     }
 
     std::vector<std::string> Debug() const {
@@ -31,11 +39,14 @@ class CapturingLogger : public NQORVYX20::ILogger {
     void Forget() {
         const std::lock_guard<std::mutex> lock(fMutex);
         fErrors.clear();
+        fWarnings.clear();
         fDebug.clear();
     }
 
   private:
+    bool fIsFaithful = false;
     mutable std::mutex fMutex;
     std::vector<std::string> fErrors;
+    std::vector<std::string> fWarnings;
     std::vector<std::string> fDebug;
 };

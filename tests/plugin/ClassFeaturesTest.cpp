@@ -13,6 +13,52 @@ class OrphanClass : public TCimHTTPClass {
     boost::shared_ptr<ICIMClass> GetSuperClass(TCIMContext /*context*/) const override { throw TVYXException(25); }
 };
 
+/// A property declaration of another implementation that says what one of the plug-in's says. Its look-up of a
+/// qualifier without the found flag fails.
+class ForeignPropertyDecl : public ICIMPropertyDecl {
+  public:
+    explicit ForeignPropertyDecl(boost::shared_ptr<ICIMPropertyDecl> own) : fOwn(own) {}
+    void AddQualifier(boost::shared_ptr<ICIMQualifier> qualifier, TCIMContext context) override {
+        fOwn->AddQualifier(qualifier, context);
+    }
+    boost::shared_ptr<ICIMQualifier> AllocateQualifier(boost::shared_ptr<ICIMQualifierDecl const> declaration,
+                                                       const TCIMValue& value, TCIMContext context) const override {
+        return fOwn->AllocateQualifier(declaration, value, context);
+    }
+    boost::shared_ptr<ICIMQualifier> AllocateQualifier(boost::shared_ptr<ICIMQualifierDecl const> declaration,
+                                                       const TCIMValue& value, ICIMQualifierDecl::EFlavor flavor,
+                                                       TCIMContext context) const override {
+        return fOwn->AllocateQualifier(declaration, value, flavor, context);
+    }
+    boost::shared_ptr<ICIMQualifier> GetQualifier(const std::string& name, TCIMContext /*context*/) const override {
+        ADD_FAILURE() << name << " was looked up without the flag";
+        throw TVYXException(15);
+    }
+    boost::shared_ptr<ICIMQualifier> GetQualifier(const std::string& name, bool& found,
+                                                  TCIMContext context) const override {
+        return fOwn->GetQualifier(name, found, context);
+    }
+    void EnumerateQualifiers(const boost::function<bool(boost::shared_ptr<ICIMQualifier>)>& callback,
+                             TCIMContext context) const override {
+        fOwn->EnumerateQualifiers(callback, context);
+    }
+    void Validate(TCIMContext /*context*/) const override {}
+    void AddToClass(TCIMContext /*context*/) override {}
+    void RemoveFromClass(TCIMContext /*context*/) override {}
+    const std::string& GetName(TCIMContext context) const override { return fOwn->GetName(context); }
+    boost::shared_ptr<ICIMClass> GetClass(TCIMContext context) const override { return fOwn->GetClass(context); }
+    TCIMValue::TCIMType GetType(TCIMContext context) const override { return fOwn->GetType(context); }
+    bool IsArray(TCIMContext context) const override { return fOwn->IsArray(context); }
+    const TCIMValue& GetDefaultValue(TCIMContext context) const override { return fOwn->GetDefaultValue(context); }
+    void SetDefaultValue(const TCIMValue& /*value*/, TCIMContext /*context*/) override {}
+    bool operator==(ICIMPropertyDecl& other) const override { return *fOwn == other; }
+    bool operator<(ICIMPropertyDecl& other) const override { return *fOwn < other; }
+    ICIMPropertyDecl& operator=(const ICIMPropertyDecl& /*other*/) override { return *this; }
+
+  private:
+    boost::shared_ptr<ICIMPropertyDecl> fOwn;
+};
+
 class ClassFeaturesTest : public PluginTest {
   protected:
     ClassFeaturesTest() {
@@ -161,6 +207,47 @@ TEST_F(ClassFeaturesTest, APortTypePropertyReplacesTheOneBefore) {
     EXPECT_THAT(fLog->Errors(), IsEmpty());
     EXPECT_EQ(StatusOf([&] { fDisk->AddPropertyDecl(Property(*fDisk, "otherporttypeinfo")); }), 16U);
     EXPECT_EQ(fDisk->GetPropertyDecl("OtherPortTypeInfo", TCIMContext()), second);
+}
+
+TEST_F(ClassFeaturesTest, OnlyADeclarationOfThePluginsOwnIsAdded) {
+    const auto foreign = boost::make_shared<ForeignPropertyDecl>(Property(*fDisk, "Label"));
+    EXPECT_EQ(StatusOf([&] { fDisk->AddPropertyDecl(foreign); }), 14U);
+    EXPECT_THAT(fLog->Errors(), ElementsAre("TCimHTTP: Attempt to add property Label to class TEST_Disk: the "
+                                            "declaration is another implementation's"));
+    EXPECT_FALSE(fDisk->GetPropertyDecl("Label", TCIMContext()));
+    fLog->Forget();
+    EXPECT_EQ(StatusOf([&] { fDisk->AddPropertyDecl(nullptr); }), 14U);
+    EXPECT_THAT(fLog->Errors(),
+                ElementsAre("TCimHTTP: Attempt to add a property without a declaration to class TEST_Disk"));
+}
+
+TEST_F(ClassFeaturesTest, TheRulesAreCheckedBeforeWhoseDeclarationItIs) {
+    AddToRoot("Zone", ECIMType::eCIMUint16);
+    fDisk->AddPropertyDecl(Property(*fDisk, "PortType"));
+    const auto ownPortType = fDisk->GetPropertyDecl("PortType", TCIMContext());
+    const auto refusal = [&](const boost::shared_ptr<ICIMPropertyDecl>& own) {
+        fLog->Forget();
+        EXPECT_NE(StatusOf([&] { fDisk->AddPropertyDecl(boost::make_shared<ForeignPropertyDecl>(own)); }), 0U);
+        EXPECT_EQ(fLog->Errors().size(), 1U);
+        return fLog->Errors().at(0);
+    };
+    EXPECT_EQ(refusal(Property(*fDisk, "System", ECIMType::eCIMReference)),
+              "TCimHTTP: Attempt to add reference property System to non-association class TEST_Disk");
+    EXPECT_EQ(refusal(OverridingProperty(*fDisk, "Label")), "TCimHTTP: Attempt to override property Label in class "
+                                                            "TEST_Disk: property doesn't exist in base class");
+    EXPECT_EQ(refusal(OverridingProperty(*fDisk, "Zone")),
+              "TCimHTTP: Attempt to override property Zone in class TEST_Disk: different types");
+    EXPECT_EQ(refusal(Property(*fDisk, "Size")),
+              "TCimHTTP: Attempt to add property Size to class TEST_Disk: already exists");
+    EXPECT_THAT(refusal(Property(*fDisk, "PortType")), testing::HasSubstr("another implementation's"));
+    EXPECT_EQ(fDisk->GetPropertyDecl("PortType", TCIMContext()), ownPortType) << "it is not replaced by nothing";
+}
+
+TEST_F(ClassFeaturesTest, AnOverrideOfAnotherTypeIsCalledThatEvenWhereTheOriginalIsOfTheSameClass) {
+    fNamespace->GetRootClass()->AddPropertyDecl(Property(*fDisk, "Label", ECIMType::eCIMUint16));
+    EXPECT_EQ(StatusOf([&] { fDisk->AddPropertyDecl(OverridingProperty(*fDisk, "Label")); }), 14U);
+    EXPECT_THAT(fLog->Errors(),
+                ElementsAre("TCimHTTP: Attempt to override property Label in class TEST_Disk: different types"));
 }
 
 TEST_F(ClassFeaturesTest, PropertyDeclsAreEnumeratedByNormalisedNameUntilTheCallbackStops) {

@@ -225,6 +225,21 @@ TEST_F(ClassLookupTest, AnUnknownClassIsAskedForAgain) {
     EXPECT_EQ(CountCalls("GetClass", "TEST_None"), 2U);
 }
 
+TEST_F(ClassLookupTest, AFailedFetchIsNotRepeatedInTheSameLookup) {
+    ServeClass("TEST_Orphan", "TEST_None", "");
+    ServeClass("TEST_Broken", "", QualifierXml("NoSuchQualifier", "string", "x"));
+    const auto nameSpace = ConnectedNamespace();
+    nameSpace->GetClass("TEST_None", TCIMContext());
+    EXPECT_EQ(fServer.Calls().size(), 1U);
+    fServer.ForgetCalls();
+    nameSpace->GetClass("TEST_Orphan", TCIMContext());
+    EXPECT_EQ(CountCalls("GetClass", "TEST_None"), 1U);
+    fServer.ForgetCalls();
+    nameSpace->GetClass("TEST_Broken", TCIMContext());
+    EXPECT_EQ(CountCalls("GetClass", "TEST_Broken"), 2U) << "the two of every lookup";
+    EXPECT_EQ(CountCalls("GetQualifier", "NoSuchQualifier"), 1U);
+}
+
 TEST_F(ClassLookupTest, AClassWithAnUnknownSuperclassIsBuiltWithoutIt) {
     ServeClass("TEST_Orphan", "TEST_None", PropertyXml("Size", "uint32"));
     const auto nameSpace = ConnectedNamespace();

@@ -142,6 +142,19 @@ TEST_F(DeclarationTest, AFixedQualifierRefusesAnotherValue) {
     }
 }
 
+TEST_F(DeclarationTest, ARefusedQualifierIsLoggedWithItsElement) {
+    const std::vector<std::string> texts = {"class TEST_Disk", "property Size", "method Format", "parameter Quick"};
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        const auto element = Elements()[i];
+        Add(*element, Declare("Marker", kFixed), "true");
+        fLog->Forget();
+        StatusOf([&] { Add(*element, Declare("MARKER", kFixed), "false"); });
+        EXPECT_THAT(fLog->Errors(),
+                    ElementsAre("TCimHTTP: Attempt to add qualifier MARKER to " + texts[i] +
+                                ": already exists with another value or flavor and may not be overridden"));
+    }
+}
+
 TEST_F(DeclarationTest, AFixedQualifierRefusesAnotherFlavor) {
     for (const auto& element : Elements()) {
         const auto first = Add(*element, Declare("Marker", kFixed), "true");

@@ -61,6 +61,9 @@ TEST(Load, OffersTheOperationsThatAHostLinksByTheirSignatures) {
     const char* const kDebugOutput =
         "_ZN28TCimHTTPRequestedClassParser11DebugOutputEN9NQORVYX207ILogger15EVYXLogSeverityE"
         "NSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEE";
+    const char* const kLookupInTable =
+        "_ZNK9NQORVYX2016TCimHTTPProperty13LookupInTableERKNS_9TCIMValueERSt6vectorINS0_14TValueMapEntryESaIS5_EE"
+        "RNSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEE";
     for (const char* symbol : {
              "_ZN9NQORVYX2017TCimHTTPNamespace7connectENSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEES6_S6_i",
              "_ZN9NQORVYX2017TCimHTTPNamespace10disconnectEv",
@@ -68,6 +71,8 @@ TEST(Load, OffersTheOperationsThatAHostLinksByTheirSignatures) {
              "_ZN9NQORVYX2017TCimHTTPNamespace9getPegNSPEv",
              "_ZN9NQORVYX2017TCimHTTPNamespace12getPegClientEv",
              "_ZN9NQORVYX2017TCimHTTPNamespace18GetUpcallNamespaceEv",
+             "_ZN9NQORVYX2017TCimHTTPNamespace13NormalizeNameERKNSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEE",
+             kLookupInTable,
              "_ZN28TCimHTTPRequestedClassParserC1Ev",
              "_ZN28TCimHTTPRequestedClassParserD1Ev",
              "_ZN28TCimHTTPRequestedClassParser23GetRequestedNetworkDataB5cxx11Ev",

@@ -55,6 +55,7 @@ TEST_F(NamespaceTest, ConnectOpensTheConnectionAtOnce) {
     const auto nameSpace = ConnectedNamespace();
     EXPECT_TRUE(nameSpace->isConnected());
     EXPECT_EQ(CountCalls("GetClass"), 0U);
+    EXPECT_EQ(CountConnections({kHttpPort}), 1U);
 }
 
 TEST_F(NamespaceTest, ConnectRaisesTheTimeout) {
@@ -68,12 +69,11 @@ TEST_F(NamespaceTest, ConnectRaisesTheTimeout) {
 }
 
 TEST_F(NamespaceTest, ConnectToAnotherPortCountsAsConnectedWithoutAnyTraffic) {
-    support::ScriptedServer elsewhere([](support::Connection& connection) { connection.WaitForPeerClose(); });
-    elsewhere.Listen(8080);
+    fServer.Listen(8080);
     const auto nameSpace = MakeNamespace();
-    nameSpace->connect(elsewhere.Address(), "user", "password", 8080);
+    nameSpace->connect(fServer.Address(), "user", "password", 8080);
     EXPECT_TRUE(nameSpace->isConnected());
-    EXPECT_EQ(elsewhere.ConnectionCount(), 0U);
+    EXPECT_EQ(CountConnections({kHttpPort, 8080}), 0U);
     EXPECT_THAT(fLog->Errors(), IsEmpty());
     EXPECT_THAT(fLog->Debug(), IsEmpty());
 }

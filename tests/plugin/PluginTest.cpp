@@ -89,3 +89,13 @@ std::size_t PluginTest::CountCalls(const std::string& method, const std::string&
         return object.empty() || (parameter != call.parameters.end() && parameter->second == object);
     }));
 }
+
+std::size_t PluginTest::CountConnections(const std::vector<std::uint16_t>& ports) const {
+    for (const std::uint16_t port : ports) {
+        Pegasus::CIMClient client;
+        client.connect(fServer.Address().c_str(), port, "", "");
+        EXPECT_THROW(client.getClass(Pegasus::CIMNamespaceName("root/cimv2"), Pegasus::CIMName("TEST_Unknown")),
+                     Pegasus::CIMException); // which is an answer
+    }
+    return fServer.ConnectionCount() - ports.size();
+}

@@ -5,6 +5,7 @@
 
 #include <boost/make_shared.hpp>
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -72,6 +73,10 @@ class PluginTest : public testing::Test {
 
     /// How many requests of a method for an object the server has seen.
     std::size_t CountCalls(const std::string& method, const std::string& object = "") const;
+
+    /// How many connections were made to the server on these ports, besides its own: to each port it makes one and
+    /// waits for an answer, and a server accepts connections in their order.
+    std::size_t CountConnections(const std::vector<std::uint16_t>& ports) const;
 
     support::CimServer fServer;
     boost::shared_ptr<CapturingLogger> fLog = boost::make_shared<CapturingLogger>();

@@ -281,12 +281,28 @@ TEST_F(PropertyValueMapTest, TheTextFollowsEveryChangeOfTheQualifiers) {
 
 TEST_F(PropertyValueMapTest, OnlyBooleansAndUnsignedIntegersCanBeLookedUp) {
     const TCimHTTPProperty property(Declare(Uint32(0)));
-    const Rows rows{{0, kMax, "any"}};
-    EXPECT_EQ(property.LookupInTable(Uint32(1), rows, ""), "any");
+    Rows rows{{0, kMax, "any"}};
+    std::string noText;
+    EXPECT_EQ(property.LookupInTable(Uint32(1), rows, noText), "any");
     for (const auto& value : {TCIMValue(1), TCIMValue("1"), TCIMValue(1.0), ArrayOf<unsigned char>({1}),
                               NullOf(ECIMType::eCIMUint32), TCIMValue()}) {
-        EXPECT_EQ(StatusOf([&] { property.LookupInTable(value, rows, ""); }), 1U);
+        EXPECT_EQ(StatusOf([&] { property.LookupInTable(value, rows, noText); }), 1U);
     }
+}
+
+TEST_F(PropertyValueMapTest, ALookupTakesTheTableThatWasBuiltAndLeavesItAsItIs) {
+    // The operation's type is the one that a host links.
+    std::string (TCimHTTPProperty::*const lookUp)(TCIMValue const&, Rows&, std::string&) const =
+        &TCimHTTPProperty::LookupInTable;
+    const TCimHTTPProperty property(Declare(Uint32(0), ValueMap({"1", "2", ".."}, {"On", "Off", "Other"})));
+    ASSERT_TRUE(property.BuildValueMapEntryArray(fRows, fDefaultText));
+    for (const auto& [value, text] : {std::pair(1U, "On"), std::pair(2U, "Off"), std::pair(9U, "Other")}) {
+        EXPECT_EQ((property.*lookUp)(Uint32(value), fRows, fDefaultText), text);
+    }
+    EXPECT_EQ(fRows.size(), 2U);
+    EXPECT_EQ(fDefaultText, "Other");
+    fDefaultText.clear();
+    EXPECT_EQ((property.*lookUp)(Uint32(9), fRows, fDefaultText), "9");
 }
 
 // --- Arrays ------------------------------------------------------------------------------------------------------

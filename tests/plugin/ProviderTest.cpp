@@ -97,8 +97,9 @@ TEST_F(ProviderTest, TwoNamespacesAreDistinctAndHaveTheirOwnClients) {
 }
 
 TEST_F(ProviderTest, ANewNamespaceIsNotConnected) {
-    EXPECT_FALSE(MakeNamespace()->isConnected());
-    EXPECT_EQ(fServer.ConnectionCount(), 0U);
+    const auto nameSpace = MakeNamespace();
+    EXPECT_FALSE(nameSpace->isConnected());
+    EXPECT_EQ(CountConnections({5988}), 0U);
 }
 
 TEST_F(ProviderTest, ANamespaceNamesItsProvider) {

@@ -38,13 +38,14 @@ TEST(VirtualTable, OwnersOfOtherElementsCanHandOutThemselves) {
 
 TEST(VirtualTable, TheProviderHasNothingBesides) { EXPECT_EQ(sizeof(TCimHTTPNamespaceProvider), sizeof(void*)); }
 
-TEST(VirtualTable, TheNamespaceAppendsItsAssignment) {
+TEST(VirtualTable, TheNamespaceAppendsItsAssignmentAndNothingElse) {
     constexpr std::size_t kOperations = 16;
     ExpectSlots(kFirstSlot + kOperations,
-                static_cast<ICIMNamespace& (TCimHTTPNamespace::*)(ICIMNamespace&)>(&TCimHTTPNamespace::operator=));
+                static_cast<ICIMNamespace& (TCimHTTPNamespace::*)(ICIMNamespace&)>(&TCimHTTPNamespace::operator=),
+                &TFollowerOf<TCimHTTPNamespace>::Follow);
 }
 
-TEST(VirtualTable, TheClassAppendsTheOperationsOfItsSecondBase) {
+TEST(VirtualTable, TheClassAppendsTheOperationsOfItsSecondBaseAndNothingElse) {
     constexpr std::size_t kOperations = 40;
     using Declaration = boost::shared_ptr<ICIMQualifierDecl const>;
     using Qualifier = boost::shared_ptr<ICIMQualifier>;
@@ -57,12 +58,13 @@ TEST(VirtualTable, TheClassAppendsTheOperationsOfItsSecondBase) {
                 static_cast<Allocate>(&TCimHTTPClass::AllocateQualifier),
                 static_cast<AllocateWithFlavor>(&TCimHTTPClass::AllocateQualifier),
                 static_cast<Get>(&TCimHTTPClass::GetQualifier), static_cast<GetIfThere>(&TCimHTTPClass::GetQualifier),
-                &TCimHTTPClass::EnumerateQualifiers);
+                &TCimHTTPClass::EnumerateQualifiers, &TFollowerOf<TCimHTTPClass>::Follow);
 }
 
-TEST(VirtualTable, TheInstanceKeepsTheSlotsOfItsInterface) {
+TEST(VirtualTable, TheInstanceKeepsTheSlotsOfItsInterfaceAndAppendsNothing) {
     static_assert(sizeof(TCimHTTPInstance) == sizeof(TInmemInstance), "the base keeps all that an instance has");
     ExpectSlots(kFirstSlot + 1, &TCimHTTPInstance::AddToNamespace);
+    ExpectSlots(kFirstSlot + 16, &TFollowerOf<TCimHTTPInstance>::Follow);
 }
 
 TEST(VirtualTable, TheOtherElementsAppendNothing) {

@@ -155,5 +155,21 @@ TEST(TVYXStatusCode, HasASentenceOfItsOwnForEveryCode) {
     }
 }
 
+TEST(TCIMReference, HasHostAndNamespaceBeforeItsClass) {
+    TCIMReference reference = Make("Fan", {{"Name", "a"}});
+    reference.SetNamespaceName("root/interop");
+    EXPECT_EQ(reference.GetPath(), "root/interop:Fan.Name=\"a\"");
+    reference.SetHost("server:5988");
+    EXPECT_EQ(reference.GetPath(), "//server:5988/root/interop:Fan.Name=\"a\"");
+    EXPECT_EQ(reference.GetHost(), "server:5988");
+    EXPECT_EQ(reference.GetNamespaceName(), "root/interop");
+    EXPECT_NE(reference, Make("Fan", {{"Name", "a"}}));
+    EXPECT_EQ(TCIMReference(reference), reference);
+}
+
+TEST(TCIMReference, WritesAKeyWithoutANameAfterTheClass) {
+    EXPECT_EQ(Make("Fan", {{"", "a"}}).GetPath(), "Fan=\"a\"");
+}
+
 } // namespace
 } // namespace NQORVYX20

@@ -3,6 +3,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
+#include <functional>
+#include <set>
+#include <thread>
+
 #include "host/ICIMProperty.h"
 #include "host/TRootObject.h"
 #include "runtime/ExpectStatus.h"
@@ -166,10 +171,37 @@ TEST_F(TInmemInstanceTest, IsReferredToByClassAndKeys) {
     EXPECT_EQ(disk->BuildPath({}), disk->GetReference({}));
 }
 
-TEST_F(TInmemInstanceTest, IsReferredToByAllValuesWhenTheClassHasNoKeys) {
+TEST_F(TInmemInstanceTest, IsReferredToByANumberOfItsOwnWhenTheClassHasNoKeys) {
     const auto point = fPoint->Add({{"Y", 2}});
-    EXPECT_EQ(point->GetReference({}).GetPath(), "Test_Point.X=0,Y=2");
-    EXPECT_EQ(fPoint->Add({})->GetReference({}).GetPath(), "Test_Point.X=0,Y=NULL");
+    const auto next = fPoint->Add({{"Y", 2}});
+    const auto numberOf = [](const ICIMInstance& instance) {
+        return static_cast<unsigned long long>(instance.GetReference({}).GetKeyValue("#"));
+    };
+    const std::string path = "Test_Point.#=" + std::to_string(numberOf(*point));
+    EXPECT_EQ(point->GetReference({}).GetPath(), path);
+    EXPECT_GT(numberOf(*next), numberOf(*point));
+    EXPECT_TRUE(*point == *next) << "they are compared by their values all the same";
+    EXPECT_FALSE(*point < *next);
+
+    next->SetPropertyValue("Y", 1, {});
+    EXPECT_TRUE(*next < *point);
+    *point = *next;
+    EXPECT_EQ(point->GetReference({}).GetPath(), path) << "the number stays, whatever values it has";
+}
+
+TEST_F(TInmemInstanceTest, HasANumberOfItsOwnWhicheverThreadMadeIt) {
+    constexpr std::size_t kCount = 1000;
+    std::array<std::vector<std::string>, 2> paths;
+    const auto make = [this](std::vector<std::string>& made) {
+        for (std::size_t i = 0; i < kCount; ++i)
+            made.push_back(TTestInstance(fPoint, 1).GetReference({}).GetPath());
+    };
+    std::thread other(make, std::ref(paths[1]));
+    make(paths[0]);
+    other.join();
+    std::set<std::string> distinct(paths[0].begin(), paths[0].end());
+    distinct.insert(paths[1].begin(), paths[1].end());
+    EXPECT_EQ(distinct.size(), 2 * kCount);
 }
 
 TEST_F(TInmemInstanceTest, LeavesItsClassWhenDeleted) {
@@ -243,6 +275,21 @@ TEST_F(TInmemInstanceTest, IsComparedByClassThenByValues) {
     EXPECT_FALSE(*sdb < *sda);
     EXPECT_TRUE(*sdb < *point);
     EXPECT_FALSE(*sdb == *point);
+}
+
+TEST_F(TInmemInstanceTest, IsComparedByTheNameOfItsClassAndNotByTheClassItself) {
+    const auto elsewhere = boost::make_shared<TTestNamespace>();
+    const auto namesake = elsewhere->AddClass("Test_Point");
+    const auto other = elsewhere->AddClass("Test_Other");
+    for (const auto& cls : {namesake, other}) {
+        cls->Declare("X", 0);
+        cls->Declare("Y", TCIMValue(TType::eCIMSint32, 0));
+    }
+    const auto point = fPoint->Add({{"X", 1}});
+    EXPECT_TRUE(*point == *namesake->Add({{"X", 1}}));
+    EXPECT_TRUE(*point < *namesake->Add({{"X", 2}}));
+    EXPECT_FALSE(*point == *other->Add({{"X", 1}}));
+    EXPECT_TRUE(*other->Add({{"X", 2}}) < *point) << "the name of the class goes before the values";
 }
 
 TEST_F(TInmemInstanceTest, ValidatesItsValuesAgainstTheClassAsItIsNow) {

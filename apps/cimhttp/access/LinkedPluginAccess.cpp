@@ -5,9 +5,10 @@
 #include <boost/make_shared.hpp>
 
 #include "access/RemoteReader.h"
-#include "convert/RemoteText.h"
+#include "convert/NormalName.h"
 #include "host/ICIMPropertyDecl.h"
 #include "model/TCimHTTPProperty.h"
+#include "model/TFaithfulInstance.h"
 #include "provider/TCimHTTPNamespace.h"
 #include "provider/TCimHTTPRequestedClassParser.h"
 
@@ -22,8 +23,6 @@ using NQORVYX20::ICIMPropertyDecl;
 using NQORVYX20::TCimHTTPNamespace;
 using NQORVYX20::TCimHTTPProperty;
 using NQORVYX20::TCIMValue;
-
-constexpr const char* kRemoteNamespace = "root/cimv2";
 
 /// Remembers the first error, behind which the others are often only its consequences.
 class DocumentReader : public TCimHTTPRequestedClassParser {
@@ -53,15 +52,27 @@ class LinkedPluginAccess : public PluginAccess {
         client->setTimeout(static_cast<Pegasus::Uint32>(timeout.count()));
     }
 
+    std::optional<NQORVYX20::RemoteFailure> LastFailure(ICIMNamespace& name_space) const override {
+        return dynamic_cast<TCimHTTPNamespace&>(name_space).LastFailure();
+    }
+
+    NQORVYX20::ReadingIncidents TakeIncidents(ICIMNamespace& name_space) const override {
+        return dynamic_cast<TCimHTTPNamespace&>(name_space).TakeIncidents();
+    }
+
+    std::vector<NQORVYX20::EmbeddedObject> EmbeddedObjects(const ICIMInstance& instance,
+                                                           const std::string& property) const override {
+        const auto* const faithful = dynamic_cast<const NQORVYX20::TFaithfulInstance*>(&instance);
+        return faithful == nullptr ? std::vector<NQORVYX20::EmbeddedObject>()
+                                   : faithful->Embedded(NQORVYX20::NormalizeName(property));
+    }
+
     std::vector<std::string> ClassNames(ICIMNamespace& name_space) const override {
-        Pegasus::Array<Pegasus::CIMName> names;
-        dynamic_cast<TCimHTTPNamespace&>(name_space).EnumerateClassNames(kRemoteNamespace, "", names);
-        std::vector<std::string> texts;
-        texts.reserve(names.size());
-        for (Pegasus::Uint32 i = 0; i < names.size(); ++i) {
-            texts.push_back(NQORVYX20::ToStdString(names[i]));
-        }
-        return texts;
+        return ReadRemoteClassNames(dynamic_cast<TCimHTTPNamespace&>(name_space));
+    }
+
+    std::vector<std::string> InstancePaths(ICIMNamespace& name_space, const std::string& class_name) const override {
+        return ReadRemotePaths(dynamic_cast<TCimHTTPNamespace&>(name_space), class_name);
     }
 
     RemoteClass ReadClass(ICIMNamespace& name_space, const std::string& name) const override {
@@ -79,6 +90,8 @@ class LinkedPluginAccess : public PluginAccess {
     boost::shared_ptr<ICIMInstance> ReadInstance(ICIMNamespace& name_space, const std::string& path) const override {
         return ReadRemoteInstance(dynamic_cast<TCimHTTPNamespace&>(name_space), path);
     }
+
+    std::string NamespaceOf(const std::string& path) const override { return NamespaceOfPath(path); }
 
     boost::shared_ptr<ICIMProperty> MakeProperty(const boost::shared_ptr<ICIMPropertyDecl const>& declaration,
                                                  const TCIMValue& value) const override {

@@ -4,10 +4,14 @@
 
 #include <chrono>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "access/RemoteModel.h"
+#include "cimhttp/EmbeddedObject.h"
+#include "cimhttp/ReadingIncidents.h"
+#include "cimhttp/RemoteFailure.h"
 
 namespace NQORVYX20 {
 class ICIMInstance;
@@ -40,11 +44,27 @@ class PluginAccess {
     /// How long a connected namespace waits for an answer.
     virtual void SetTimeout(NQORVYX20::ICIMNamespace& name_space, std::chrono::milliseconds timeout) const = 0;
 
-    /// The names of all classes of the server; empty after a failure, which is in the log.
+    /// Why the newest operation of the namespace could not read the server; empty when it could.
+    virtual std::optional<NQORVYX20::RemoteFailure> LastFailure(NQORVYX20::ICIMNamespace& name_space) const = 0;
+
+    /// What could not be taken from the server's answers since the last call.
+    virtual NQORVYX20::ReadingIncidents TakeIncidents(NQORVYX20::ICIMNamespace& name_space) const = 0;
+
+    /// The objects that are the value of an instance's property, whose value then is their MOF: one, or one for each
+    /// element of an array. None for a value of another kind.
+    virtual std::vector<NQORVYX20::EmbeddedObject> EmbeddedObjects(const NQORVYX20::ICIMInstance& instance,
+                                                                   const std::string& property) const = 0;
+
+    // Here and below, up to ReadInstance, a RemoteError is thrown for what goes wrong remotely; the namespace stays as
+    // it was.
+
+    /// The names of all classes of the server.
     virtual std::vector<std::string> ClassNames(NQORVYX20::ICIMNamespace& name_space) const = 0;
 
-    // Here and below, up to ReadInstance, a RemoteFailure is thrown for what goes wrong remotely; the namespace stays
-    // as it was.
+    /// The paths of the instances of a class and its subclasses, as the server gives them, in its order. One request.
+    /// Throws std::invalid_argument for a text that is not a name.
+    virtual std::vector<std::string> InstancePaths(NQORVYX20::ICIMNamespace& name_space,
+                                                   const std::string& class_name) const = 0;
 
     /// The definition of a class, with what it inherits. Throws std::invalid_argument for a text that is not a name.
     virtual RemoteClass ReadClass(NQORVYX20::ICIMNamespace& name_space, const std::string& name) const = 0;
@@ -56,12 +76,15 @@ class PluginAccess {
     virtual std::vector<RemoteQualifierDeclaration>
     ReadQualifierDeclarations(NQORVYX20::ICIMNamespace& name_space) const = 0;
 
-    /// One instance, named by an object path (DSP0004 8.2), as an instance of its own class, which may be a subclass of
-    /// the one in the path. Values that the class does not allow are left out, and the log says so. Empty when its
-    /// class cannot be had, which the log explains. Throws std::invalid_argument, saying what is wrong, for a text that
-    /// is not a path or one in another namespace. Its host counts for nothing.
+    /// One instance, named by an object path in one of the forms that clients of CIM print: `Class.k="v"`,
+    /// `ns:Class.k="v"`, `/ns:…`, `//host/ns:…`, `host:port/ns:…`, `http://host:port/ns:…`. Its host and namespace
+    /// count for nothing here. Throws std::invalid_argument, saying what is wrong, for a text that is not a path.
     virtual boost::shared_ptr<NQORVYX20::ICIMInstance> ReadInstance(NQORVYX20::ICIMNamespace& name_space,
                                                                     const std::string& path) const = 0;
+
+    /// The namespace that an object path names; empty for one that names none. Throws std::invalid_argument as
+    /// ReadInstance does.
+    virtual std::string NamespaceOf(const std::string& path) const = 0;
 
     /// A property with the plug-in's texts for people, see TCimHTTPProperty. Refers to the declaration weakly. Throws
     /// TVYXException 14 for a value that the declaration does not allow.

@@ -2,8 +2,10 @@
 
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "cimhttp/RemoteFailure.h"
 #include "host/TCIMValue.h"
 
 namespace cimhttp {
@@ -83,9 +85,15 @@ struct RemoteQualifierDeclaration {
 };
 
 /// The server, or the way to it, failed. What it says is the client library's text.
-class RemoteFailure : public std::runtime_error {
+class RemoteError : public std::runtime_error {
   public:
-    explicit RemoteFailure(const std::string& text) : std::runtime_error(text) {}
+    explicit RemoteError(NQORVYX20::RemoteFailure failure)
+        : std::runtime_error(failure.text), failure_(std::move(failure)) {}
+
+    const NQORVYX20::RemoteFailure& Failure() const { return failure_; }
+
+  private:
+    NQORVYX20::RemoteFailure failure_;
 };
 
 } // namespace cimhttp

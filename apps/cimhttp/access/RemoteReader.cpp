@@ -1,14 +1,12 @@
 #include "access/RemoteReader.h"
 
+#include "convert/HostValues.h"
 #include "convert/RemoteText.h"
-#include "convert/RemoteTypes.h"
-#include "convert/RemoteValues.h"
-#include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
-#include "host/ILogger.h"
-#include "host/TRootObject.h"
 #include "host/TVYXException.h"
 #include "provider/TCimHTTPNamespace.h"
+#include "reading/RemoteFailures.h"
+#include "reading/RemoteServer.h"
 
 namespace cimhttp {
 
@@ -16,31 +14,18 @@ namespace {
 
 using namespace NQORVYX20;
 
-constexpr bool kDeep = true;
-constexpr bool kWithQualifiers = true;
-constexpr bool kWithOrigin = true;
-constexpr bool kLocalOnly = true;
-
 /// Runs one operation of the client. Its exceptions must not leave this library, whose users do not know their types.
 template <typename Operation>
 auto Remotely(const Operation& operation) {
     try {
         return operation();
     } catch (const Pegasus::Exception& failure) {
-        throw RemoteFailure(ToStdString(failure.getMessage()));
+        throw RemoteError(RemoteFailureOf(failure));
     }
 }
 
 /// Names that are null have an empty text.
 std::string NameText(const Pegasus::CIMName& name) { return name.isNull() ? std::string() : ToStdString(name); }
-
-TCIMValue ValueOf(const Pegasus::CIMValue& value) {
-    TCIMValue converted(pegTypeToVYXType(value.getType(), value.isArray()), 0);
-    if (!value.isNull()) {
-        pegValToVYX(value, value.getType(), value.isArray(), converted);
-    }
-    return converted;
-}
 
 RemoteFlavor FlavorOf(const Pegasus::CIMFlavor& flavor) {
     return {!flavor.hasFlavor(Pegasus::CIMFlavor::DISABLEOVERRIDE), !flavor.hasFlavor(Pegasus::CIMFlavor::RESTRICTED),
@@ -53,7 +38,7 @@ std::vector<RemoteQualifier> QualifiersOf(Element& element) {
     for (Pegasus::Uint32 i = 0; i < element.getQualifierCount(); ++i) {
         const auto qualifier = element.getQualifier(i);
         qualifiers.push_back(
-            {NameText(qualifier.getName()), ValueOf(qualifier.getValue()), FlavorOf(qualifier.getFlavor())});
+            {NameText(qualifier.getName()), HostValue(qualifier.getValue()), FlavorOf(qualifier.getFlavor())});
     }
     return qualifiers;
 }
@@ -71,7 +56,7 @@ RemoteType TypeOf(Element& element) {
 }
 
 RemoteProperty PropertyOf(Pegasus::CIMProperty property) {
-    return {NameText(property.getName()),        TypeOf(property),         ValueOf(property.getValue()),
+    return {NameText(property.getName()),        TypeOf(property),         HostValue(property.getValue()),
             NameText(property.getClassOrigin()), property.getPropagated(), QualifiersOf(property)};
 }
 
@@ -121,96 +106,84 @@ std::vector<std::string> ScopesOf(const Pegasus::CIMScope& scope) {
 RemoteQualifierDeclaration DeclarationOf(Pegasus::CIMQualifierDecl declaration) {
     return {NameText(declaration.getName()),
             {TypeName(declaration.getType()), declaration.isArray(), declaration.getArraySize(), {}},
-            ValueOf(declaration.getValue()),
+            HostValue(declaration.getValue()),
             ScopesOf(declaration.getScope()),
             FlavorOf(declaration.getFlavor())};
 }
 
-/// The path of the same keys among the instances of its class and the subclasses; the path itself when there is none.
-Pegasus::CIMObjectPath PathInSubclasses(TCimHTTPNamespace& name_space, const Pegasus::CIMObjectPath& path) {
-    const auto names = name_space.getPegClient()->enumerateInstanceNames(*name_space.getPegNSP(), path.getClassName());
-    const Pegasus::CIMObjectPath keys({}, {}, {}, path.getKeyBindings());
-    for (Pegasus::Uint32 i = 0; i < names.size(); ++i) {
-        if (Pegasus::CIMObjectPath({}, {}, {}, names[i].getKeyBindings()) == keys) {
-            return names[i];
-        }
-    }
-    return path;
-}
-
-Pegasus::CIMInstance GetRemoteInstance(TCimHTTPNamespace& name_space, const Pegasus::CIMObjectPath& path) {
-    return name_space.getPegClient()->getInstance(*name_space.getPegNSP(), path, !kLocalOnly);
-}
-
-Pegasus::CIMInstance FindRemoteInstance(TCimHTTPNamespace& name_space, const Pegasus::CIMObjectPath& path) {
-    try {
-        return GetRemoteInstance(name_space, path);
-    } catch (const Pegasus::CIMException& failure) {
-        if (failure.getCode() != Pegasus::CIM_ERR_NOT_FOUND) {
-            throw;
-        }
-        // The plug-in names instances of subclasses by the class that was asked for them.
-        const Pegasus::CIMObjectPath other = PathInSubclasses(name_space, path);
-        if (other.getClassName() == path.getClassName()) {
-            throw;
-        }
-        return GetRemoteInstance(name_space, other);
-    }
-}
-
-Pegasus::CIMName NameOf(const std::string& text) {
+void CheckName(const std::string& text) {
     if (!Pegasus::CIMName::legal(Pegasus::String(text.c_str()))) {
         throw std::invalid_argument(text);
     }
-    return {text.c_str()};
+}
+
+bool BeginsWith(const std::string& text, const std::string& begin) { return text.compare(0, begin.size(), begin) == 0; }
+
+/// The forms of a path that other clients print, in the one that the client library reads:
+/// `//host/namespace:Class.key`.
+std::string UsualForm(const std::string& path) {
+    for (const std::string scheme : {"http:", "https:"}) {
+        if (BeginsWith(path, scheme + "//")) {
+            return path.substr(scheme.size());
+        }
+    }
+    if (BeginsWith(path, "/") && !BeginsWith(path, "//")) {
+        return path.substr(1);
+    }
+    // `host:port/namespace:Class`: a port, and a namespace after it, before the first key
+    const std::string head = path.substr(0, path.find('='));
+    const auto port = head.find(':');
+    const auto slash = head.find('/');
+    const bool has_port = port != std::string::npos && slash != std::string::npos && port < slash &&
+                          head.find(':', slash) != std::string::npos && !BeginsWith(path, "//");
+    return has_port ? "//" + path : path;
 }
 
 Pegasus::CIMObjectPath ParsedPath(const std::string& text) {
     try {
-        return {text.c_str()};
+        return {UsualForm(text).c_str()};
     } catch (const Pegasus::Exception& failure) {
         throw std::invalid_argument(ToStdString(failure.getMessage()));
     }
 }
 
-/// The path of an instance in the namespace that is read, which it need not name.
-Pegasus::CIMObjectPath PathIn(TCimHTTPNamespace& name_space, const std::string& text) {
-    auto path = ParsedPath(text);
-    const Pegasus::CIMNamespaceName& read = *name_space.getPegNSP();
-    if (!path.getNameSpace().isNull() && !path.getNameSpace().equal(read)) {
-        throw std::invalid_argument("it is in the namespace " + ToStdString(path.getNameSpace().getString()) +
-                                    ", and only " + ToStdString(read.getString()) + " is read");
-    }
-    return path;
-}
-
-void SetValue(ICIMInstance& instance, const Pegasus::CIMProperty& property) {
-    if (property.getValue().isNull()) {
-        return; // what a new instance's property is already
-    }
-    const std::string name = NameText(property.getName());
-    try {
-        TCIMValue value;
-        pegValToVYX(property.getValue(), property.getType(), property.isArray(), value);
-        instance.SetPropertyValue(name, value, TCIMContext());
-    } catch (const TVYXException&) {
-        TRootObject::GetCoreLogger()->Log(ILogger::eLogError, "the value of property " + name + " cannot be kept");
-    }
-}
-
 } // namespace
+
+std::vector<std::string> ReadRemoteClassNames(TCimHTTPNamespace& name_space) {
+    return Remotely([&] {
+        const auto names = name_space.Server().EnumerateClassNames(*name_space.getPegNSP(), Pegasus::CIMName());
+        std::vector<std::string> texts;
+        texts.reserve(names.size());
+        for (Pegasus::Uint32 i = 0; i < names.size(); ++i) {
+            texts.push_back(NameText(names[i]));
+        }
+        return texts;
+    });
+}
+
+std::vector<std::string> ReadRemotePaths(TCimHTTPNamespace& name_space, const std::string& class_name) {
+    return Remotely([&] {
+        CheckName(class_name);
+        const auto paths = name_space.Server().EnumerateInstanceNames(class_name);
+        std::vector<std::string> texts;
+        texts.reserve(paths.size());
+        for (Pegasus::Uint32 i = 0; i < paths.size(); ++i) {
+            texts.push_back(ToHostReference(paths[i]).GetPath());
+        }
+        return texts;
+    });
+}
 
 RemoteClass ReadRemoteClass(TCimHTTPNamespace& name_space, const std::string& name) {
     return Remotely([&] {
-        return ClassOf(name_space.getPegClient()->getClass(*name_space.getPegNSP(), NameOf(name), !kLocalOnly,
-                                                           kWithQualifiers, kWithOrigin));
+        CheckName(name);
+        return ClassOf(name_space.Server().GetWholeClass(name));
     });
 }
 
 std::vector<RemoteClassName> ReadRemoteHierarchy(TCimHTTPNamespace& name_space) {
     return Remotely([&] {
-        auto classes = name_space.getPegClient()->enumerateClasses(*name_space.getPegNSP(), Pegasus::CIMName(), kDeep,
-                                                                   kLocalOnly, !kWithQualifiers);
+        auto classes = name_space.Server().EnumerateClassHeads();
         std::vector<RemoteClassName> names;
         for (Pegasus::Uint32 i = 0; i < classes.size(); ++i) {
             names.push_back({NameText(classes[i].getClassName()), NameText(classes[i].getSuperClassName())});
@@ -221,7 +194,7 @@ std::vector<RemoteClassName> ReadRemoteHierarchy(TCimHTTPNamespace& name_space) 
 
 std::vector<RemoteQualifierDeclaration> ReadRemoteQualifiers(TCimHTTPNamespace& name_space) {
     return Remotely([&] {
-        auto remotes = name_space.getPegClient()->enumerateQualifiers(*name_space.getPegNSP());
+        auto remotes = name_space.Server().EnumerateQualifiers();
         std::vector<RemoteQualifierDeclaration> declarations;
         for (Pegasus::Uint32 i = 0; i < remotes.size(); ++i) {
             declarations.push_back(DeclarationOf(remotes[i]));
@@ -231,18 +204,22 @@ std::vector<RemoteQualifierDeclaration> ReadRemoteQualifiers(TCimHTTPNamespace& 
 }
 
 boost::shared_ptr<ICIMInstance> ReadRemoteInstance(TCimHTTPNamespace& name_space, const std::string& path) {
-    return Remotely([&]() -> boost::shared_ptr<ICIMInstance> {
-        auto remote = FindRemoteInstance(name_space, PathIn(name_space, path));
-        const auto cls = name_space.GetClass(NameText(remote.getClassName()), TCIMContext());
-        if (!cls) {
-            return {};
+    TCIMReference reference = ToHostReference(ParsedPath(path));
+    reference.SetHost(std::string());
+    reference.SetNamespaceName(std::string());
+    try {
+        return name_space.GetInstance(reference, TCIMContext());
+    } catch (const TVYXException&) {
+        if (const auto& failure = name_space.LastFailure()) {
+            throw RemoteError(*failure);
         }
-        auto instance = cls->AllocateInstance(TCIMContext());
-        for (Pegasus::Uint32 i = 0; i < remote.getPropertyCount(); ++i) {
-            SetValue(*instance, remote.getProperty(i));
-        }
-        return instance;
-    });
+        throw;
+    }
+}
+
+std::string NamespaceOfPath(const std::string& path) {
+    const auto name = ParsedPath(path).getNameSpace();
+    return name.isNull() ? std::string() : ToStdString(name.getString());
 }
 
 } // namespace cimhttp

@@ -16,6 +16,10 @@ namespace cimhttp {
 
 // The reading behind PluginAccess, which says more.
 
+std::vector<std::string> ReadRemoteClassNames(NQORVYX20::TCimHTTPNamespace& name_space);
+
+std::vector<std::string> ReadRemotePaths(NQORVYX20::TCimHTTPNamespace& name_space, const std::string& class_name);
+
 RemoteClass ReadRemoteClass(NQORVYX20::TCimHTTPNamespace& name_space, const std::string& name);
 
 std::vector<RemoteClassName> ReadRemoteHierarchy(NQORVYX20::TCimHTTPNamespace& name_space);
@@ -24,5 +28,7 @@ std::vector<RemoteQualifierDeclaration> ReadRemoteQualifiers(NQORVYX20::TCimHTTP
 
 boost::shared_ptr<NQORVYX20::ICIMInstance> ReadRemoteInstance(NQORVYX20::TCimHTTPNamespace& name_space,
                                                               const std::string& path);
+
+std::string NamespaceOfPath(const std::string& path);
 
 } // namespace cimhttp

@@ -2,7 +2,6 @@
 
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstdlib>
@@ -14,10 +13,11 @@
 #include "Options.h"
 #include "commands/Collection.h"
 #include "commands/Collector.h"
+#include "commands/IncidentReport.h"
 #include "connection/Connection.h"
 #include "connection/Session.h"
 #include "output/OutputFile.h"
-#include "text/Pattern.h"
+#include "text/NameList.h"
 #include "text/TerminalText.h"
 #include "waiting/Interrupt.h"
 #include "waiting/ProgressBar.h"
@@ -46,10 +46,13 @@ password from it. The password stands there in plain text: let only its owner
 read the file (chmod 600), or leave it out and use --password-file or the
 variable CIMHTTP_PASSWORD.
 
+A class has its instances and those of its subclasses, each with all properties
+of its own class.
+
 The exit status is 7 when a class could not be read: the error stream names it,
-the others are written, and "complete" is false. So it is after an interrupt
-(Ctrl-C): the classes read until then are written. A server that stops answering
-is asked for no further class.)";
+the others are written, and "complete" is false. So it is when a value could not
+be taken over, and after an interrupt (Ctrl-C): the classes read until then are
+written. A server that stops answering is asked for no further class.)";
 
 RequestedClasses ReadDocument(const Plugin& plugin, const std::string& path) {
     if (::access(path.c_str(), R_OK) != 0) {
@@ -63,19 +66,6 @@ RequestedClasses ReadDocument(const Plugin& plugin, const std::string& path) {
         throw Failure(Failure::kUsage, path + " names no class");
     }
     return requested;
-}
-
-/// Each name once, in the order of their first places; case does not tell class names apart (DSP0004 5.1.2.1).
-std::vector<std::string> WithoutRepetitions(const std::vector<std::string>& names) {
-    std::vector<std::string> distinct;
-    for (const std::string& name : names) {
-        const bool is_known = std::any_of(distinct.begin(), distinct.end(),
-                                          [&](const std::string& other) { return IsSameName(name, other); });
-        if (!is_known) {
-            distinct.push_back(name);
-        }
-    }
-    return distinct;
 }
 
 void ReportFailures(Collector& collector, ProgressBar& bar, std::ostream& errors) {
@@ -151,7 +141,7 @@ int CollectCommand::Run(const CommandContext& context) {
     const auto requested = ReadDocument(plugin, document_);
     const Connection connection = ConnectionOf(context.options, requested.settings, document_);
     const auto file = out_file_.empty() ? std::nullopt : std::optional<OutputFile>(out_file_);
-    const auto names = WithoutRepetitions(requested.names);
+    const auto names = DistinctNames(requested.names);
     const Session session = context.ConnectTo(plugin, connection);
     const InterruptScope interrupts;
     Collector collector(session, names);
@@ -159,6 +149,7 @@ int CollectCommand::Run(const CommandContext& context) {
     const Collection collection = collector.Collected();
     ReportEarlyEnd(collector, collection, context.errors);
     Write(collection, plugin.Access(), file, context.output);
+    ReportIncidents(collector.Incidents(), context);
     if (!has_ended) {
         std::_Exit(Failure::kIncomplete); // the thread that waits for the server cannot be ended otherwise
     }

@@ -1,5 +1,6 @@
 #include "commands/Collection.h"
 
+#include <optional>
 #include <ostream>
 
 #include "host/ICIMClass.h"
@@ -77,17 +78,6 @@ std::string MethodsJson(const ICIMClass& cls) {
     return methods.Text();
 }
 
-std::vector<boost::shared_ptr<ICIMPropertyDecl>> PropertiesOf(const ICIMClass& cls) {
-    std::vector<boost::shared_ptr<ICIMPropertyDecl>> properties;
-    cls.EnumeratePropertyDecls(
-        [&](const boost::shared_ptr<ICIMPropertyDecl>& property) {
-            properties.push_back(property);
-            return true;
-        },
-        TCIMContext());
-    return properties;
-}
-
 /// Puts a comma before every item of a list but the first, and each on a line of its own.
 class Separator {
   public:
@@ -111,7 +101,7 @@ void WriteClass(const Collection::Class& cls, const PluginAccess& access, std::o
            << "\"properties\":" << PropertiesJson(definition) << ",\n"
            << "\"methods\":" << MethodsJson(definition) << ",\n"
            << "\"instances\":[";
-    const InstanceJson instance_json(PropertiesOf(definition), access);
+    InstanceJson instance_json(PropertySelector(std::nullopt, PropertySelector::Order::kByName), access);
     std::string json;
     Separator separator(output);
     for (const auto& instance : cls.instances) {

@@ -23,7 +23,7 @@ struct Collection {
     };
 
     std::string server; ///< a URL
-    bool complete;      ///< no class is missing
+    bool complete;      ///< nothing is missing: no class, no value
     std::vector<Class> classes;
 };
 
@@ -35,11 +35,10 @@ struct Collection {
 ///         "properties": [{"name": "Speed", "type": "uint64", "array": false, "qualifiers": {}}],
 ///         "methods": [{"name": "Stop", "type": "uint32",
 ///                      "parameters": [{"name": "Now", "type": "boolean", "array": false}], "qualifiers": {}}],
-///         "instances": [{"path": "CIM_Fan.Name=\"a\"",
+///         "instances": [{"path": "CIM_Fan.Name=\"a\"", "class": "CIM_Fan",
 ///                        "properties": {"Speed": {"type": "uint64", "value": 3, "text": "3"}}}]}]}
 ///
-/// Values and their texts are those of InstanceJson(). The object model declares an array parameter of a method by its
-/// elements: its `array` is false.
+/// Instances are those of InstanceJson(), each with all properties of its own class, which may be a subclass.
 void WriteJson(const Collection& collection, const PluginAccess& access, std::ostream& output);
 
 } // namespace cimhttp

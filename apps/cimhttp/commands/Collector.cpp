@@ -29,6 +29,12 @@ struct Collector::State {
         collected.classes.push_back(std::move(cls));
     }
 
+    void Add(const IncidentTally& lost) {
+        const std::lock_guard<std::mutex> lock(mutex);
+        collected.complete = collected.complete && lost.IsEmpty();
+        incidents.Add(lost);
+    }
+
     void AddFailure(const std::string& failure) {
         const std::lock_guard<std::mutex> lock(mutex);
         ++progress.classes_done;
@@ -52,6 +58,7 @@ struct Collector::State {
     std::mutex mutex; // guards all below
     Progress progress;
     Collection collected;
+    IncidentTally incidents;
     std::vector<std::string> failures;
     std::optional<Failure> early_end;
     bool is_stopping = false;
@@ -66,7 +73,7 @@ void Collector::Run(State& state, const BackgroundTask::Notify& notify) {
         Collection::Class cls;
         try {
             cls.definition = state.session.Class(*name);
-            cls.instances = state.session.Instances(*cls.definition, false);
+            cls.instances = state.session.Instances(*cls.definition, true, {});
             state.Add(std::move(cls));
         } catch (const Failure& failure) {
             if (EndsReading(failure, cls)) {
@@ -77,6 +84,7 @@ void Collector::Run(State& state, const BackgroundTask::Notify& notify) {
         } catch (const std::exception& exception) {
             state.AddFailure(exception.what());
         }
+        state.Add(state.session.TakeIncidents());
         notify();
     }
 }
@@ -102,6 +110,11 @@ std::optional<Failure> Collector::EarlyEnd() const {
 void Collector::Stop() {
     const std::lock_guard<std::mutex> lock(state_->mutex);
     state_->is_stopping = true;
+}
+
+IncidentTally Collector::Incidents() const {
+    const std::lock_guard<std::mutex> lock(state_->mutex);
+    return state_->incidents;
 }
 
 Collection Collector::Collected() const {

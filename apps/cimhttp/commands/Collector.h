@@ -43,6 +43,9 @@ class Collector {
     /// What is there so far. Its classes are not touched any more.
     Collection Collected() const;
 
+    /// What could not be taken from the server's answers, so far.
+    IncidentTally Incidents() const;
+
   private:
     struct State;
 

@@ -31,7 +31,7 @@ Session CommandContext::ConnectTo(const Plugin& plugin, const Connection& connec
 
 Session CommandContext::ConnectTo(const Plugin& plugin, const Connection& connection,
                                   const Attendant& attendant) const {
-    Session session(plugin, connection, log, attendant);
+    Session session(plugin, connection, attendant);
     if (connection.tls) {
         errors << "cimhttp: encrypted, but nobody has verified that this is " << connection.host << '\n';
     }

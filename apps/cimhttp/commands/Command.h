@@ -16,7 +16,6 @@ struct Connection;
 struct Options;
 class Attendant;
 class Command;
-class FailureLog;
 class Plugin;
 class Session;
 
@@ -53,7 +52,6 @@ struct CommandDescription {
 /// What a command runs with.
 struct CommandContext {
     const Options& options;
-    FailureLog& log; ///< the logger in force
     std::ostream& output;
     std::ostream& errors;
 

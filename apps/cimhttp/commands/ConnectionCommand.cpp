@@ -138,7 +138,7 @@ void ConnectionCommand::Test(const CommandContext& context) const {
         Refuse("connection test takes the server from the connection, not from --host");
     }
     options.connection = name_;
-    const CommandContext named{options, context.log, context.output, context.errors};
+    const CommandContext named{options, context.output, context.errors};
     Session session = named.Connect();
     context.output << session.Server() << " answers: " << session.ClassNames().size() << " classes\n";
 }

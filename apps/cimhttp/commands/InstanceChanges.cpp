@@ -1,9 +1,8 @@
 #include "commands/InstanceChanges.h"
 
 #include <map>
+#include <optional>
 
-#include "access/PluginAccess.h"
-#include "host/ICIMInstance.h"
 #include "host/ICIMProperty.h"
 
 namespace cimhttp {
@@ -13,35 +12,38 @@ namespace {
 using namespace NQORVYX20;
 
 using ByPath = std::map<std::string, boost::shared_ptr<ICIMInstance>>;
+using Difference = InstanceChange::Difference;
 
 ByPath Filed(const Instances& instances) {
     ByPath filed;
     for (const auto& instance : instances) {
-        filed.emplace(instance->BuildPath(TCIMContext()).GetPath(), instance);
+        filed.emplace(PathOf(*instance), instance);
     }
     return filed;
 }
 
-/// The later value with the earlier one as its previous value, where they are different.
-boost::shared_ptr<ICIMProperty> Compared(const ICIMInstance& earlier, const ICIMInstance& later,
-                                         const std::string& name, const PluginAccess& access) {
-    const auto now = later.GetProperty(name, TCIMContext());
-    const auto before = earlier.GetProperty(name, TCIMContext());
-    auto property = access.MakeProperty(now->GetDeclaration(TCIMContext()), now->GetValue(TCIMContext()));
-    if (before->GetValue(TCIMContext()) != now->GetValue(TCIMContext())) {
-        property->SetPrevValue(before->GetValue(TCIMContext()));
-    }
-    return property;
+TCIMValue ValueOf(const boost::shared_ptr<ICIMProperty>& property) {
+    return property ? property->GetValue(TCIMContext()) : TCIMValue();
 }
 
-std::vector<InstanceChange::Difference> Differences(const ICIMInstance& earlier, const ICIMInstance& later,
-                                                    const std::vector<std::string>& properties,
-                                                    const PluginAccess& access) {
-    std::vector<InstanceChange::Difference> differences;
+/// Nothing where the values are the same.
+std::optional<Difference> Compared(const ICIMInstance& earlier, const ICIMInstance& later, const std::string& name) {
+    const auto before = FindProperty(earlier, name);
+    const auto now = FindProperty(later, name);
+    if (!before && !now) {
+        return std::nullopt;
+    }
+    Difference difference{name, (now ? now : before)->GetDeclaration(TCIMContext()), ValueOf(before), ValueOf(now)};
+    const bool are_both_null = difference.before.IsNull() && difference.now.IsNull();
+    return are_both_null || difference.before == difference.now ? std::nullopt : std::optional<Difference>(difference);
+}
+
+std::vector<Difference> Differences(const ICIMInstance& earlier, const ICIMInstance& later,
+                                    const std::vector<std::string>& properties) {
+    std::vector<Difference> differences;
     for (const std::string& name : properties) {
-        auto property = Compared(earlier, later, name, access);
-        if (property->IsPrevValueDifferent()) {
-            differences.push_back({name, std::move(property)});
+        if (auto difference = Compared(earlier, later, name)) {
+            differences.push_back(std::move(*difference));
         }
     }
     return differences;
@@ -50,24 +52,24 @@ std::vector<InstanceChange::Difference> Differences(const ICIMInstance& earlier,
 } // namespace
 
 std::vector<InstanceChange> ChangesBetween(const Instances& earlier, const Instances& later,
-                                           const std::vector<std::string>& properties, const PluginAccess& access) {
+                                           const std::vector<std::string>& properties) {
     std::map<std::string, InstanceChange> changes; // by path
     const ByPath before = Filed(earlier);
-    for (const auto& [path, instance] : Filed(later)) {
+    const ByPath after = Filed(later);
+    for (const auto& [path, instance] : after) {
         const auto known = before.find(path);
         if (known == before.end()) {
-            changes.insert({path, {InstanceChange::Kind::kNew, path, {}}});
+            changes.insert({path, {InstanceChange::Kind::kNew, path, instance, {}}});
             continue;
         }
-        auto differences = Differences(*known->second, *instance, properties, access);
+        auto differences = Differences(*known->second, *instance, properties);
         if (!differences.empty()) {
-            changes.insert({path, {InstanceChange::Kind::kChanged, path, std::move(differences)}});
+            changes.insert({path, {InstanceChange::Kind::kChanged, path, instance, std::move(differences)}});
         }
     }
-    const ByPath after = Filed(later);
     for (const auto& [path, instance] : before) {
         if (after.count(path) == 0) {
-            changes.insert({path, {InstanceChange::Kind::kGone, path, {}}});
+            changes.insert({path, {InstanceChange::Kind::kGone, path, instance, {}}});
         }
     }
     std::vector<InstanceChange> sorted;

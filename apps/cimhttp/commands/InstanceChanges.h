@@ -3,7 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "output/InstanceListing.h"
+#include "host/TCIMValue.h"
+#include "output/InstanceProperties.h"
 
 namespace cimhttp {
 
@@ -11,20 +12,22 @@ namespace cimhttp {
 struct InstanceChange {
     enum class Kind { kNew, kGone, kChanged };
 
-    /// A property, which holds the later value and the earlier one as its previous value.
+    /// A property with its values; null where the instance's class did not declare it.
     struct Difference {
         std::string name;
-        boost::shared_ptr<NQORVYX20::ICIMProperty> property;
+        boost::shared_ptr<NQORVYX20::ICIMPropertyDecl const> declaration;
+        NQORVYX20::TCIMValue before;
+        NQORVYX20::TCIMValue now;
     };
 
     Kind kind;
     std::string path;
-    std::vector<Difference> differences; ///< of an instance that has changed
+    boost::shared_ptr<NQORVYX20::ICIMInstance> instance; ///< as it is now, or was before it went
+    std::vector<Difference> differences;                 ///< of an instance that has changed
 };
 
-/// The changes in these properties from one reading to a later one, in the order of the paths. The instances of both
-/// must live as long as the result.
+/// The changes in these properties from one reading to a later one, in the order of the paths.
 std::vector<InstanceChange> ChangesBetween(const Instances& earlier, const Instances& later,
-                                           const std::vector<std::string>& properties, const PluginAccess& access);
+                                           const std::vector<std::string>& properties);
 
 } // namespace cimhttp

@@ -4,13 +4,12 @@
 #include <ostream>
 
 #include "Options.h"
+#include "commands/IncidentReport.h"
 #include "commands/InstanceWriter.h"
 #include "commands/ListingWriter.h"
 #include "connection/Session.h"
-#include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
-#include "host/ICIMPropertyDecl.h"
-#include "output/InstanceJson.h"
+#include "output/InstanceListing.h"
 #include "output/Listing.h"
 #include "text/TerminalText.h"
 
@@ -18,51 +17,71 @@ namespace cimhttp {
 
 namespace {
 
-using NQORVYX20::TCIMContext;
+using NQORVYX20::ICIMInstance;
 
-/// The names of the properties without a value, below the list of those with one.
-void WriteEmpty(const Instances& instances, const InstanceSelection& selection, const CommandContext& context) {
-    std::string names;
-    for (const auto& property : selection.properties) {
-        if (IsEmpty(instances, *property)) {
-            names += (names.empty() ? "" : ", ") + property->GetName(TCIMContext());
-        }
+/// Names below the list of the properties with a value.
+void WriteNamesWithoutValue(const std::vector<std::string>& names, const CommandContext& context) {
+    std::string text = "Without a value: ";
+    const char* separator = "";
+    for (const std::string& name : names) {
+        text += separator + Printable(name);
+        separator = ", ";
     }
-    if (!names.empty()) {
-        context.output << '\n';
-        const std::size_t width = context.options.width == 0 ? names.size() + 80 : context.options.width;
-        for (const std::string& line : Folded("Without a value: " + Printable(names), width)) {
-            context.output << line << '\n';
-        }
+    context.output << '\n';
+    const std::size_t width = context.options.width == 0 ? text.size() : context.options.width;
+    for (const std::string& line : Folded(text, width)) {
+        context.output << line << '\n';
+    }
+}
+
+/// A list of the properties that have a value, or a text for null, and the names of the others.
+void WriteList(const boost::shared_ptr<ICIMInstance>& instance, InstanceSelection selection, const PluginAccess& access,
+               const CommandContext& context) {
+    const InstanceListing listing(access, selection.is_raw);
+    const auto first_without =
+        std::stable_partition(selection.properties.begin(), selection.properties.end(),
+                              [&](const auto& property) { return !listing.LacksValue(*instance, *property); });
+    const std::vector<std::string> without = NamesOf(Properties(first_without, selection.properties.end()));
+    selection.properties.erase(first_without, selection.properties.end());
+    WriteInstances({instance}, selection, OutputFormat::kPlain, access, context);
+    if (!without.empty()) {
+        WriteNamesWithoutValue(without, context);
     }
 }
 
 } // namespace
 
 CommandDescription InstanceCommand::Describe() {
-    return {"instance",
-            "Show one instance",
-            {{"PATH", R"(Its object path, such as 'CIM_Disk.Name="a",Number=3')", true, &path_}},
-            {{"--raw", "", "Show values as they are, not by their value maps and units", &raw_}},
-            {OutputFormat::kPlain, OutputFormat::kTable, OutputFormat::kJson, OutputFormat::kCsv, OutputFormat::kMof},
-            "cimhttp --host server.example instance 'CIM_Disk.Name=\"a\",Number=3'"};
+    return {
+        "instance",
+        "Show one instance",
+        {{"PATH",
+          R"(Its object path, such as 'CIM_Disk.Name="a",Number=3'; a namespace may stand before it, 'root/interop:')",
+          true, &path_}},
+        {{"--raw", "", "Show values as they are, not by their value maps and units", &raw_}},
+        {OutputFormat::kPlain, OutputFormat::kTable, OutputFormat::kJson, OutputFormat::kCsv, OutputFormat::kMof},
+        "cimhttp --host server.example instance 'CIM_Disk.Name=\"a\",Number=3'"};
 }
 
 int InstanceCommand::Run(const CommandContext& context) {
     Session session = context.Connect();
     const PluginAccess& access = session.LoadedPlugin().Access();
-    const Instances instances{session.Instance(path_)};
-    const InstanceSelection selection{PropertiesOf(*instances.front()->GetClass(TCIMContext())), true, raw_};
-    const OutputFormat format = context.Format(*this);
-    if (format == OutputFormat::kTable) {
-        WriteListing(InstanceListing(access, raw_).Values(*instances.front(), selection.properties), format, context);
-        return 0;
+    const auto [instance, name_space] = session.Instance(path_);
+    InstanceSelection selection;
+    selection.properties = PropertiesOf(*instance);
+    selection.is_raw = raw_;
+    selection.name_space = name_space;
+    switch (const OutputFormat format = context.Format(*this)) {
+    case OutputFormat::kTable:
+        WriteListing(InstanceListing(access, raw_).Values(*instance, selection.properties), format, context);
+        break;
+    case OutputFormat::kPlain:
+        WriteList(instance, selection, access, context);
+        break;
+    default:
+        WriteInstances({instance}, selection, format, access, context);
     }
-    WriteInstances(instances, selection, format, access, context);
-    if (format == OutputFormat::kPlain) {
-        WriteEmpty(instances, selection, context);
-    }
-    return 0;
+    return ReportIncidents(session.TakeIncidents(), context);
 }
 
 } // namespace cimhttp

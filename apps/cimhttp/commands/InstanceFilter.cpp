@@ -1,6 +1,7 @@
 #include "commands/InstanceFilter.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "Failure.h"
 #include "host/ICIMInstance.h"
@@ -37,15 +38,21 @@ bool IsMatch(const std::string& pattern, const ICIMProperty& property, const Plu
 
 } // namespace
 
-InstanceFilter::InstanceFilter(const std::vector<std::string>& conditions, const ICIMClass& cls) {
+InstanceFilter::InstanceFilter(const std::vector<std::string>& conditions) {
     for (const std::string& condition : conditions) {
         const auto sign = condition.find('=');
         if (sign == std::string::npos || sign == 0) {
             throw Failure(Failure::kUsage, "'" + condition + "' is not a condition such as 'Name=eth*'");
         }
-        const auto property = PropertiesOf(cls, {condition.substr(0, sign)}).front();
-        conditions_.push_back({property->GetName(TCIMContext()), condition.substr(sign + 1)});
+        conditions_.push_back({condition.substr(0, sign), condition.substr(sign + 1)});
     }
+}
+
+std::vector<std::string> InstanceFilter::PropertyNames() const {
+    std::vector<std::string> names;
+    std::transform(conditions_.begin(), conditions_.end(), std::back_inserter(names),
+                   [](const Condition& condition) { return condition.property; });
+    return names;
 }
 
 Instances InstanceFilter::Selected(Instances instances, const PluginAccess& access) const {
@@ -57,7 +64,8 @@ Instances InstanceFilter::Selected(Instances instances, const PluginAccess& acce
 
 bool InstanceFilter::Accepts(const ICIMInstance& instance, const PluginAccess& access) const {
     return std::all_of(conditions_.begin(), conditions_.end(), [&](const Condition& condition) {
-        return IsMatch(condition.pattern, *instance.GetProperty(condition.property, TCIMContext()), access);
+        const auto property = FindProperty(instance, condition.property);
+        return property ? IsMatch(condition.pattern, *property, access) : Matches(condition.pattern, "");
     });
 }
 

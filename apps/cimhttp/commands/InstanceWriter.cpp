@@ -1,85 +1,168 @@
 #include "commands/InstanceWriter.h"
 
-#include <strings.h>
-
 #include <algorithm>
+#include <iterator>
+#include <optional>
 #include <ostream>
 
 #include "commands/Command.h"
 #include "commands/ListingWriter.h"
+#include "host/ICIMClass.h"
+#include "host/ICIMInstance.h"
 #include "host/ICIMPropertyDecl.h"
 #include "output/InstanceJson.h"
+#include "output/InstanceListing.h"
+#include "output/InstanceRecords.h"
 #include "output/MofWriter.h"
+#include "output/PropertySelector.h"
+#include "text/Pattern.h"
 
 namespace cimhttp {
 
 namespace {
 
+using NQORVYX20::ICIMPropertyDecl;
 using NQORVYX20::TCIMContext;
-using Properties = std::vector<boost::shared_ptr<NQORVYX20::ICIMPropertyDecl>>;
+using Order = PropertySelector::Order;
 
-Properties InOrder(Properties properties) {
-    std::sort(properties.begin(), properties.end(), [](const auto& one, const auto& other) {
-        return ::strcasecmp(one->GetName(TCIMContext()).c_str(), other->GetName(TCIMContext()).c_str()) < 0;
-    });
-    return properties;
-}
+/// Writes the instances of one call, a function for each form.
+class Writer {
+  public:
+    Writer(const Instances& instances, const InstanceSelection& selection, const PluginAccess& access,
+           const CommandContext& context)
+        : instances_(instances),
+          selection_(selection),
+          access_(access),
+          context_(context),
+          listing_(access, selection.is_raw) {}
 
-Properties WithoutEmpty(const Properties& properties, const Instances& instances) {
-    Properties left;
-    std::copy_if(properties.begin(), properties.end(), std::back_inserter(left),
-                 [&](const auto& property) { return !IsEmpty(instances, *property); });
-    return left;
-}
-
-void WriteJson(const Instances& instances, const Properties& properties, const PluginAccess& access,
-               std::ostream& output) {
-    output << '[';
-    const InstanceJson instance_json(properties, access);
-    std::string json;
-    const char* separator = "\n";
-    for (const auto& instance : instances) {
-        json.clear();
-        instance_json.Append(*instance, json);
-        output << separator << json;
-        separator = ",\n";
+    void Json() const {
+        InstanceJson instance_json(Selector(Order::kByName), access_, selection_.name_space);
+        std::string json;
+        const char* separator = "\n";
+        context_.output << '[';
+        for (const auto& instance : instances_) {
+            json.clear();
+            instance_json.Append(*instance, json);
+            context_.output << separator << json;
+            separator = ",\n";
+        }
+        context_.output << "\n]\n";
     }
-    output << "\n]\n";
-}
 
-void WriteMof(const Instances& instances, const Properties& properties, std::ostream& output) {
-    const char* separator = "";
-    for (const auto& instance : instances) {
-        output << separator << InstanceMof(*instance, properties);
-        separator = "\n";
+    void Csv() const {
+        WriteListing(InstanceRecords(instances_, Selector(Order::kByName), access_, selection_.name_space),
+                     OutputFormat::kCsv, context_);
     }
-}
+
+    void Mof() const {
+        PropertySelector selector = Selector(Order::kGiven);
+        const char* separator = "";
+        for (const auto& instance : instances_) {
+            context_.output << separator << InstanceMof(*instance, selector.PropertiesFor(*instance));
+            separator = "\n";
+        }
+    }
+
+    void Table() const {
+        WriteListing(Columns(), OutputFormat::kTable, context_);
+        if (selection_.is_whole && SubclassesAddSome()) {
+            context_.errors << "cimhttp: properties that only subclasses have are left out; -o plain shows them\n";
+        }
+    }
+
+    void Lists() const {
+        if (selection_.is_whole) {
+            WholeLists();
+        } else {
+            WriteListing(Columns(), OutputFormat::kPlain, context_);
+        }
+    }
+
+  private:
+    PropertySelector Selector(Order order) const {
+        return selection_.is_whole ? PropertySelector(std::nullopt, order)
+                                   : PropertySelector(NamesOf(selection_.properties), order);
+    }
+
+    /// Those that were asked for, or those of which there is something to show.
+    Properties Shown(const Instances& instances, const Properties& properties) const {
+        Properties shown;
+        std::copy_if(properties.begin(), properties.end(), std::back_inserter(shown), [&](const auto& property) {
+            return !selection_.leaves_out_empty || !listing_.IsEmpty(instances, *property);
+        });
+        return shown;
+    }
+
+    Listing Columns() const {
+        return listing_.Table(instances_, Shown(instances_, selection_.properties), HaveSeveralClasses(instances_),
+                              selection_.is_asked);
+    }
+
+    /// Lists with what each instance's own class has; those of one class have the same headings.
+    void WholeLists() const {
+        const bool has_class = HaveSeveralClasses(instances_);
+        const char* separator = "";
+        for (auto begin = instances_.begin(); begin != instances_.end();) {
+            const auto cls = (*begin)->GetClass(TCIMContext());
+            const auto end = std::find_if(begin, instances_.end(), [&](const auto& instance) {
+                return instance->GetClass(TCIMContext()) != cls;
+            });
+            const Instances of_class(begin, end);
+            context_.output << separator;
+            WriteListing(listing_.Table(of_class, Shown(of_class, PropertiesOf(*cls)), has_class, false),
+                         OutputFormat::kPlain, context_);
+            separator = "\n";
+            begin = end;
+        }
+    }
+
+    bool SubclassesAddSome() const {
+        PropertySelector selector = Selector(Order::kGiven);
+        return std::any_of(instances_.begin(), instances_.end(), [&](const auto& instance) {
+            const Properties& own = selector.PropertiesFor(*instance);
+            return std::any_of(own.begin(), own.end(), [&](const auto& property) { return !IsSelected(*property); });
+        });
+    }
+
+    bool IsSelected(const ICIMPropertyDecl& property) const {
+        return std::any_of(selection_.properties.begin(), selection_.properties.end(), [&](const auto& one) {
+            return IsSameName(one->GetName(TCIMContext()), property.GetName(TCIMContext()));
+        });
+    }
+
+    const Instances& instances_;
+    const InstanceSelection& selection_;
+    const PluginAccess& access_;
+    const CommandContext& context_;
+    const InstanceListing listing_;
+};
 
 } // namespace
 
 void WriteInstances(const Instances& instances, const InstanceSelection& selection, OutputFormat format,
                     const PluginAccess& access, const CommandContext& context) {
-    const InstanceListing listing(access, selection.is_raw);
+    const Writer writer(instances, selection, access, context);
     switch (format) {
     case OutputFormat::kJson:
-        WriteJson(instances, InOrder(selection.properties), access, context.output);
+        writer.Json();
         return;
     case OutputFormat::kCsv:
-        WriteListing(InstanceListing(access, false).Values(instances, InOrder(selection.properties)), format, context);
+        writer.Csv();
         return;
     case OutputFormat::kMof:
-        WriteMof(instances, selection.properties, context.output);
+        writer.Mof();
         return;
     default:
         break;
     }
     if (instances.empty()) {
         context.output << "no instances\n";
-        return;
+    } else if (format == OutputFormat::kTable) {
+        writer.Table();
+    } else {
+        writer.Lists();
     }
-    const Properties shown =
-        selection.leaves_out_empty ? WithoutEmpty(selection.properties, instances) : selection.properties;
-    WriteListing(listing.Table(instances, shown), format, context);
 }
 
 } // namespace cimhttp

@@ -1,10 +1,6 @@
 #pragma once
 
-#include <boost/shared_ptr.hpp>
-
-#include <vector>
-
-#include "output/InstanceListing.h"
+#include "output/InstanceProperties.h"
 #include "output/OutputFormat.h"
 
 namespace cimhttp {
@@ -14,14 +10,16 @@ class PluginAccess;
 
 /// What to write of instances, and how.
 struct InstanceSelection {
-    std::vector<boost::shared_ptr<NQORVYX20::ICIMPropertyDecl>> properties;
-    bool leaves_out_empty; ///< tables and lists lack the properties that have no value in any instance
-    bool is_raw;           ///< tables and lists show values as they are
+    Properties properties;         ///< of the class that was asked for
+    bool is_asked = false;         ///< they were asked for by name: a table has all of them, however narrow it gets
+    bool leaves_out_empty = false; ///< tables and lists lack the properties of which no instance has anything to show
+    bool is_whole = false; ///< each instance with all properties of its own class instead, where the form can hold them
+    bool is_raw = false;   ///< tables and lists show values as they are
+    std::string name_space = {}; ///< where the paths are, unless in the namespace that everything is read from
 };
 
-/// Writes instances of one class: a table or lists with a property a column; JSON as an array with what InstanceJson()
-/// says, one a line; CSV with a record for each property; MOF. JSON and CSV have the value and its text beside each
-/// other and the properties in the order of their names.
+/// Writes instances: a table or lists with a property a column; JSON as an array with what InstanceJson() says, one a
+/// line; CSV as InstanceRecords(); MOF. JSON and CSV have the properties in the order of their names.
 void WriteInstances(const Instances& instances, const InstanceSelection& selection, OutputFormat format,
                     const PluginAccess& access, const CommandContext& context);
 

@@ -113,6 +113,9 @@ void SayWhatIsLeftOut(const TableOmissions& left_out, const char* whole_form, co
     if (left_out.keys) {
         context.errors << "cimhttp: references lack keys that all rows share" << hint << '\n';
     }
+    if (left_out.digits) {
+        context.errors << "cimhttp: numbers that end in … are cut off" << hint << '\n';
+    }
 }
 
 } // namespace

@@ -59,10 +59,17 @@ _cimhttp_offer_classes() {
     _cimhttp_offer "$_cimhttp_classes" without-case
 }
 
-# The properties of the class that stands before, each with the text $1 behind its name.
+# The properties of the class that stands before, each with the text $1 before and $2 behind its name.
 _cimhttp_offer_properties() {
     [[ -n $argument ]] || return 0
-    _cimhttp_offer "$(_cimhttp_ask class "$argument" --output csv | sed -e 1d -e "s/,.*/$1/")" without-case
+    _cimhttp_offer "$(_cimhttp_ask class "$argument" --output csv | sed -e 1d -e "s/\\([^,]*\\),.*/$1\\1$2/")" without-case
+}
+
+# The same behind those that a list such as Name,Size has already.
+_cimhttp_offer_property_list() {
+    local before=''
+    [[ $current == *,* ]] && before=${current%,*},
+    _cimhttp_offer_properties "$before" ''
 }
 
 _cimhttp_offer_connections() {
@@ -81,7 +88,7 @@ _cimhttp_offer_options() {
     _cimhttp_offer_words --help --version --host --connection --tls --user --password-file --timeout --plugin --log --output
     case $command in
         class) _cimhttp_offer_words --all ;;
-        instances) _cimhttp_offer_words --property --where --deep --raw ;;
+        instances) _cimhttp_offer_words --property --where --exact --deep --paths --raw ;;
         instance) _cimhttp_offer_words --raw ;;
         qualifiers) _cimhttp_offer_words --class ;;
         watch) _cimhttp_offer_words --interval --count --property --where ;;
@@ -111,10 +118,10 @@ _cimhttp() {
         --class) _cimhttp_offer_classes ;;
         --password-file | --plugin | --out) _cimhttp_offer_files ;;
         --host) mapfile -t COMPREPLY < <(compgen -A hostname -- "$current") ;;
-        --property) _cimhttp_offer_properties '' ;;
+        --property) _cimhttp_offer_property_list ;;
         --where)
             compopt -o nospace 2>/dev/null # the value follows at once
-            _cimhttp_offer_properties '='
+            _cimhttp_offer_properties '' '='
             ;;
         --user | --timeout | --interval | --count) ;;
         *) if [[ $current == -* ]]; then _cimhttp_offer_options; else _cimhttp_offer_arguments; fi ;;

@@ -1,6 +1,7 @@
 #include "connection/Plugin.h"
 
 #include "Failure.h"
+#include "cimhttp/ContextKeys.h"
 #include "connection/OwnLibrary.h"
 #include "host/ICIMNamespace.h"
 #include "host/INamespaceProvider.h"
@@ -36,8 +37,12 @@ const PluginAccess* LoadAccess() {
 
 Plugin::Plugin(const std::string& path) : path_(path), provider_(LoadProvider(path)), access_(LoadAccess()) {}
 
-boost::shared_ptr<NQORVYX20::ICIMNamespace> Plugin::AllocateNamespace() const {
-    const TCIMContext context{{"pluginNameQualDeclValue", TCIMValue(kProviderName)}};
+boost::shared_ptr<NQORVYX20::ICIMNamespace> Plugin::AllocateNamespace(const std::string& name) const {
+    TCIMContext context{{"pluginNameQualDeclValue", TCIMValue(kProviderName)},
+                        {NQORVYX20::kReadingKey, TCIMValue(NQORVYX20::kFaithfulReading)}};
+    if (!name.empty()) {
+        context.emplace(NQORVYX20::kNamespaceKey, TCIMValue(name));
+    }
     return provider_->AllocateNamespace(context, false);
 }
 

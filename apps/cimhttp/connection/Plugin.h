@@ -26,8 +26,9 @@ class Plugin {
 
     const PluginAccess& Access() const { return *access_; }
 
-    /// A new namespace of the provider, not connected.
-    boost::shared_ptr<NQORVYX20::ICIMNamespace> AllocateNamespace() const;
+    /// A new namespace of the provider, not connected, that reads faithfully: the server's namespace of this name, or
+    /// the usual one. Throws TVYXException 14 for a text that is no name.
+    boost::shared_ptr<NQORVYX20::ICIMNamespace> AllocateNamespace(const std::string& name = {}) const;
 
   private:
     std::string path_;

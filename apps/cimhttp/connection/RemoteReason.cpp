@@ -1,74 +1,90 @@
 #include "connection/RemoteReason.h"
 
-#include <algorithm>
-#include <initializer_list>
-#include <utility>
-
 #include "connection/Connection.h"
 
 namespace cimhttp {
 
 namespace {
 
-bool HasOneOf(const std::string& text, std::initializer_list<const char*> parts) {
-    return std::any_of(parts.begin(), parts.end(),
-                       [&](const char* part) { return text.find(part) != std::string::npos; });
-}
+using NQORVYX20::RemoteFailure;
+using Kind = RemoteFailure::Kind;
 
-/// Whether the reason is an answer with this status of HTTP.
-bool IsHttpStatus(const std::string& reason, const std::string& status) {
-    return reason.find("HTTP") != std::string::npos && reason.find(' ' + status) != std::string::npos;
-}
+// Status codes of CIM (DSP0200).
+constexpr unsigned kAccessDenied = 2;
+constexpr unsigned kInvalidClass = 5;
+constexpr unsigned kCimNotFound = 6;
 
-/// Whether the reason is HTTP's; CIM has a status of its own for what a user may not read.
-bool HasLoginRefused(const std::string& reason) {
-    return !HasOneOf(reason, {"CIM_ERR_"}) && (IsHttpStatus(reason, "401") || IsHttpStatus(reason, "403"));
-}
+// Of HTTP. With the last two, a CIM server says that it cannot make anything of a request (DSP0200).
+constexpr unsigned kUnauthorized = 401;
+constexpr unsigned kBadRequest = 400;
+constexpr unsigned kNotImplemented = 501;
 
-/// The names of CIM's status codes (DSP0200) and the numbers of HTTP's are the same whatever client library the
-/// plug-in is built with; the other words are the library's.
-Failure::ExitStatus StatusOf(const std::string& reason) {
-    if (HasOneOf(reason, {"CIM_ERR_NOT_FOUND", "CIM_ERR_INVALID_CLASS"})) {
-        return Failure::kNotFound;
-    }
-    if (HasOneOf(reason, {"CIM_ERR_ACCESS_DENIED"})) {
+Failure::ExitStatus StatusOfCim(unsigned status) {
+    switch (status) {
+    case kAccessDenied:
         return Failure::kAuthentication;
-    }
-    if (HasOneOf(reason, {"CIM_ERR_"})) {
+    case kInvalidClass:
+    case kCimNotFound:
+        return Failure::kNotFound;
+    default:
         return Failure::kServer;
     }
-    if (HasLoginRefused(reason)) {
-        return Failure::kAuthentication;
-    }
-    if (HasOneOf(reason, {" within ", "timed out", "annot connect", "annot resolve", "SSLContext", "TLS"})) {
-        return Failure::kConnection;
-    }
-    return Failure::kServer;
 }
 
-std::string Explained(const std::string& reason, const Connection& connection) {
-    if (IsHttpStatus(reason, "401")) {
-        return connection.user.empty()
-                   ? "the server asks who you are: give --user NAME"
-                   : "the server does not accept the user " + connection.user + " with this password";
+Failure::ExitStatus StatusOf(const RemoteFailure& failure) {
+    switch (failure.kind) {
+    case Kind::kNameUnknown:
+    case Kind::kRefused:
+    case Kind::kNotConnected:
+    case Kind::kTls:
+    case Kind::kClosed:
+    case Kind::kTimeOut:
+        return Failure::kConnection;
+    case Kind::kLogin:
+        return Failure::kAuthentication;
+    case Kind::kCimStatus:
+        return StatusOfCim(failure.cimStatus);
+    default:
+        return Failure::kServer;
     }
-    if (HasOneOf(reason, {" within ", "timed out"})) {
-        return reason + "; --timeout SECONDS waits longer";
+}
+
+std::string ExplainedLogin(const RemoteFailure& failure, const Connection& connection) {
+    if (failure.httpStatus != kUnauthorized) {
+        return failure.text;
     }
-    if (!connection.tls && HasOneOf(reason, {"SSLContext"})) { // the library's advice to programmers
-        return HasOneOf(reason, {"speaks TLS"})
-                   ? "the server speaks TLS on port 5988; try --tls, which goes to port 5989"
-                   : "the server closed the connection without an answer; if it expects TLS, add --tls";
+    return connection.user.empty() ? "the server asks who you are: give --user NAME"
+                                   : "the server does not accept the user " + connection.user + " with this password";
+}
+
+std::string ExplainedHttp(const RemoteFailure& failure) {
+    const bool is_of_cim = failure.httpStatus == kBadRequest || failure.httpStatus == kNotImplemented;
+    return failure.text + (is_of_cim ? "" : "; is it a CIM server that answers there?");
+}
+
+std::string Explained(const RemoteFailure& failure, const Connection& connection) {
+    switch (failure.kind) {
+    case Kind::kLogin:
+        return ExplainedLogin(failure, connection);
+    case Kind::kTimeOut:
+        return failure.text + "; --timeout SECONDS waits longer";
+    case Kind::kTls:
+        return connection.tls ? failure.text : "the server speaks TLS on port 5988; try --tls, which goes to port 5989";
+    case Kind::kClosed:
+        return connection.tls ? failure.text
+                              : "the server closed the connection without an answer; if it expects TLS, add --tls";
+    case Kind::kHttp:
+        return ExplainedHttp(failure);
+    default:
+        return failure.text;
     }
-    if (HasOneOf(reason, {"HTTP error"}) && !HasOneOf(reason, {"CIMError"}) && !HasLoginRefused(reason)) {
-        return reason + "; is it a CIM server that answers there?";
-    }
-    return reason;
 }
 
 } // namespace
 
-RemoteReason::RemoteReason(std::string text, const Connection& connection)
-    : status_(StatusOf(text)), is_login_refused_(HasLoginRefused(text)), text_(Explained(text, connection)) {}
+RemoteReason::RemoteReason(const RemoteFailure& failure, const Connection& connection)
+    : status_(StatusOf(failure)),
+      is_login_refused_(failure.kind == Kind::kLogin),
+      text_(Explained(failure, connection)) {}
 
 } // namespace cimhttp

@@ -3,15 +3,16 @@
 #include <string>
 
 #include "Failure.h"
+#include "cimhttp/RemoteFailure.h"
 
 namespace cimhttp {
 
 struct Connection;
 
-/// What the reason for a remote failure, as the plug-in's log gives it, means to the user.
+/// What a remote failure means to the user, by its kind.
 class RemoteReason {
   public:
-    RemoteReason(std::string text, const Connection& connection);
+    RemoteReason(const NQORVYX20::RemoteFailure& failure, const Connection& connection);
 
     /// kNotFound, kAuthentication, kConnection (a time-out, for example) or kServer.
     Failure::ExitStatus Status() const { return status_; }

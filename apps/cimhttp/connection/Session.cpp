@@ -1,14 +1,17 @@
 #include "connection/Session.h"
 
 #include "Failure.h"
+#include "cimhttp/ContextKeys.h"
 #include "connection/FailedConnect.h"
 #include "connection/RemoteReason.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMNamespace.h"
 #include "host/TVYXException.h"
+#include "text/ClassInPath.h"
 #include "text/NearestNames.h"
 #include "text/PathFault.h"
+#include "text/Pattern.h"
 
 namespace cimhttp {
 
@@ -16,11 +19,19 @@ namespace {
 
 using NQORVYX20::ICIMClass;
 using NQORVYX20::ICIMInstance;
+using NQORVYX20::ICIMNamespace;
+using NQORVYX20::RemoteFailure;
 using NQORVYX20::TCIMContext;
+using NQORVYX20::TCIMValue;
 using NQORVYX20::TVYXException;
 
-constexpr const char* kNotValid = "its definition is not valid";
-constexpr const char* kInvalidClass = "CIM_ERR_INVALID_CLASS"; // the server has no such class (DSP0200)
+constexpr const char* kUsualNamespace = "root/cimv2"; // the plug-in's
+
+// Status codes of the object model.
+constexpr unsigned kTypeMismatch = 14;
+constexpr unsigned kInvalidName = 25;
+
+constexpr unsigned kCimInvalidClass = 5; // a status code of CIM (DSP0200)
 
 Failure NotAName(const std::string& name) { return {Failure::kUsage, "'" + name + "' is not a class name"}; }
 
@@ -38,11 +49,24 @@ Attendant::Limit LimitOf(const Connection& connection) {
             }};
 }
 
-/// The name of the class in an object path.
-std::string ClassIn(const std::string& path) {
-    const std::string head = path.substr(0, path.find('=')); // `//host/namespace:class.key`, or a part of it
-    const std::string name = head.substr(head.rfind(':') + 1);
-    return name.substr(0, name.find('.'));
+/// What a reading of instances is asked with.
+TCIMContext ReadingContext(const std::vector<std::string>& properties) {
+    TCIMContext context;
+    if (!properties.empty()) {
+        const std::vector<TCIMValue> names(properties.begin(), properties.end());
+        context.emplace(NQORVYX20::kPropertiesKey, TCIMValue(TCIMValue::TCIMType::eCIMString, 0, names));
+    }
+    return context;
+}
+
+std::string WithoutLeadingSlash(const std::string& name) {
+    return !name.empty() && name.front() == '/' ? name.substr(1) : name;
+}
+
+Failure NotAPath(const std::string& path, const std::string& reason) {
+    const std::string fault = PathFault(path);
+    return {Failure::kUsage,
+            "'" + path + "' " + (fault.empty() ? "cannot be read: " + reason : "is not an object path: " + fault)};
 }
 
 } // namespace
@@ -53,23 +77,26 @@ Failure NoSuchClass(const std::string& name, const std::string& server, const st
                                     (suggestion.empty() ? "; 'cimhttp classes' lists all" : suggestion)};
 }
 
-Session::Session(const Plugin& plugin, const Connection& connection, FailureLog& log, const Attendant& attendant)
-    : log_(log),
-      plugin_(plugin),
-      connection_(connection),
-      attendant_(attendant),
-      namespace_(plugin_.AllocateNamespace()) {
-    const auto connect = [this] {
-        plugin_.Access().Connect(*namespace_, connection_.host, connection_.user, connection_.password,
-                                 connection_.Port());
+Session::Session(const Plugin& plugin, const Connection& connection, const Attendant& attendant)
+    : plugin_(plugin), connection_(connection), attendant_(attendant), namespace_(Open({})) {}
+
+Session::Namespace Session::Open(const std::string& name_space) const {
+    const PluginAccess& access = plugin_.Access();
+    auto opened = plugin_.AllocateNamespace(name_space);
+    const auto connect = [&] {
+        access.Connect(*opened, connection_.host, connection_.user, connection_.password, connection_.Port());
     };
     try {
-        attendant.Attend("connecting to " + Server(), connect, LimitOf(connection_));
+        if (attendant_) {
+            attendant_->Attend("connecting to " + Server(), connect, LimitOf(connection_));
+        } else {
+            connect();
+        }
     } catch (const TVYXException& exception) {
-        const std::string reason = log_.TakeReason();
-        throw Failure(Failure::kConnection, NoConnection(connection_, reason.empty() ? exception.what() : reason));
+        throw Failure(Failure::kConnection, NoConnection(connection_, ReasonOf(exception, *opened).text));
     }
-    plugin_.Access().SetTimeout(*namespace_, connection_.timeout);
+    access.SetTimeout(*opened, connection_.timeout);
+    return opened;
 }
 
 Session Session::Unattended() const {
@@ -83,46 +110,44 @@ auto Session::Attended(const std::string& thing, const Operation& operation) con
     return attendant_ ? attendant_->Read("reading " + thing, operation) : operation();
 }
 
-void Session::Fail(const std::string& what, const std::string& reason) const {
-    const RemoteReason remote(reason, connection_);
-    const std::string text = what + ": " + remote.Text();
-    if (remote.IsLoginRefused()) {
-        throw LoginFailure(text);
-    }
-    throw Failure(remote.Status(), text);
+RemoteFailure Session::ReasonOf(const TVYXException& exception, ICIMNamespace& name_space) const {
+    RemoteFailure unknown;
+    unknown.text = exception.what();
+    return plugin_.Access().LastFailure(name_space).value_or(unknown);
 }
 
-std::vector<std::string> Session::ClassNames() {
-    log_.TakeReason();
-    auto names = Attended("the names of the classes", [&] { return plugin_.Access().ClassNames(*namespace_); });
-    const std::string reason = log_.TakeReason();
-    if (!reason.empty()) {
-        Fail("the classes of " + Server() + " cannot be listed", reason);
+void Session::Fail(const std::string& what, const RemoteFailure& failure) const {
+    const RemoteReason reason(failure, connection_);
+    const std::string text = what + ": " + reason.Text();
+    if (reason.IsLoginRefused()) {
+        throw LoginFailure(text);
     }
-    return names;
+    throw Failure(reason.Status(), text);
 }
 
 template <typename Operation>
 auto Session::Remotely(const std::string& thing, const Operation& operation) const {
     try {
         return Attended(thing, operation);
-    } catch (const RemoteFailure& failure) {
-        Fail(thing + " cannot be read from " + Server(), failure.what());
+    } catch (const RemoteError& error) {
+        Fail(thing + " cannot be read from " + Server(), error.Failure());
     }
+}
+
+std::vector<std::string> Session::ClassNames() {
+    try {
+        return ClassNamesIn(*namespace_);
+    } catch (const RemoteError& error) {
+        Fail("the classes of " + Server() + " cannot be listed", error.Failure());
+    }
+}
+
+std::vector<std::string> Session::ClassNamesIn(ICIMNamespace& name_space) {
+    return Attended("the names of the classes", [&] { return plugin_.Access().ClassNames(name_space); });
 }
 
 std::vector<RemoteClassName> Session::Hierarchy() {
     return Remotely("the hierarchy of classes", [&] { return plugin_.Access().ReadHierarchy(*namespace_); });
-}
-
-RemoteClass Session::Definition(const std::string& name) {
-    try {
-        return Attended("the class " + name, [&] { return plugin_.Access().ReadClass(*namespace_, name); });
-    } catch (const RemoteFailure& failure) {
-        FailAboutClass(name, failure.what());
-    } catch (const std::invalid_argument&) {
-        throw NotAName(name);
-    }
 }
 
 std::vector<RemoteQualifierDeclaration> Session::QualifierDeclarations() {
@@ -132,73 +157,60 @@ std::vector<RemoteQualifierDeclaration> Session::QualifierDeclarations() {
 std::vector<RemoteQualifierDeclaration> Session::KnownQualifiers() {
     try {
         return Attended("the qualifiers", [&] { return plugin_.Access().ReadQualifierDeclarations(*namespace_); });
-    } catch (const RemoteFailure&) {
+    } catch (const RemoteError&) {
         return {};
     }
 }
 
-boost::shared_ptr<ICIMInstance> Session::Instance(const std::string& path) {
-    log_.TakeReason();
+template <typename Operation>
+auto Session::ReadingClass(const std::string& thing, const std::string& class_name, const Operation& operation) {
     try {
-        auto instance =
-            Attended("the instance " + path, [&] { return plugin_.Access().ReadInstance(*namespace_, path); });
-        if (!instance) {
-            const std::string reason = log_.TakeReason();
-            Fail("the class of " + path + " cannot be read from " + Server(), reason.empty() ? kNotValid : reason);
-        }
-        return instance;
-    } catch (const RemoteFailure& failure) {
-        const std::string reason = failure.what();
-        if (reason.find(kInvalidClass) != std::string::npos) {
-            FailAboutUnknownClass(ClassIn(path));
-        }
-        Fail("the instance " + path + " cannot be read from " + Server(), reason);
-    } catch (const std::invalid_argument& error) {
-        const std::string fault = PathFault(path);
-        throw Failure(Failure::kUsage, "'" + path + "' " +
-                                           (fault.empty() ? std::string("cannot be read: ") + error.what()
-                                                          : "is not an object path: " + fault));
+        return Attended(thing, operation);
+    } catch (const RemoteError& error) {
+        FailAboutClass(class_name, *namespace_, error.Failure());
+    } catch (const std::invalid_argument&) {
+        throw NotAName(class_name);
     }
 }
 
-boost::shared_ptr<ICIMClass> Session::FindClass(const std::string& name) {
-    try {
-        if (!name.empty()) { // which would be the root of all classes
-            return Attended("the class " + name, [&] { return namespace_->GetClass(name, TCIMContext()); });
-        }
-    } catch (const TVYXException&) {
-        // not the form of a name
-    }
-    throw NotAName(name);
+RemoteClass Session::Definition(const std::string& name) {
+    return ReadingClass("the class " + name, name, [&] { return plugin_.Access().ReadClass(*namespace_, name); });
+}
+
+std::vector<std::string> Session::InstancePaths(const std::string& class_name) {
+    return ReadingClass("the paths of the instances of " + class_name, class_name,
+                        [&] { return plugin_.Access().InstancePaths(*namespace_, class_name); });
 }
 
 boost::shared_ptr<ICIMClass> Session::Class(const std::string& name) {
-    log_.TakeReason();
-    auto cls = FindClass(name);
-    if (!cls) {
-        FailAboutClass(name, log_.TakeReason());
+    if (name.empty()) { // which would be the root of all classes
+        throw NotAName(name);
     }
-    return cls;
+    try {
+        return Attended("the class " + name, [&] { return namespace_->GetClass(name, TCIMContext()); });
+    } catch (const TVYXException& exception) {
+        if (exception.GetStatusCode().GetCode() == kInvalidName) {
+            throw NotAName(name);
+        }
+        FailAboutClass(name, *namespace_, ReasonOf(exception, *namespace_));
+    }
 }
 
-void Session::FailAboutClass(const std::string& name, const std::string& reason) {
-    if (!reason.empty() && RemoteReason(reason, connection_).Status() == Failure::kNotFound) {
-        FailAboutUnknownClass(name);
+void Session::FailAboutClass(const std::string& name, ICIMNamespace& name_space, const RemoteFailure& failure) {
+    if (RemoteReason(failure, connection_).Status() != Failure::kNotFound) {
+        Fail("the class " + name + " cannot be read from " + Server(), failure);
     }
-    Fail("the class " + name + " cannot be read from " + Server(), reason.empty() ? kNotValid : reason);
-}
-
-void Session::FailAboutUnknownClass(const std::string& name) {
     std::vector<std::string> classes;
     try {
-        classes = ClassNames();
-    } catch (const Failure&) {
+        classes = ClassNamesIn(name_space);
+    } catch (const RemoteError&) {
         // a server that does not list its classes
     }
     throw NoSuchClass(name, Server(), classes);
 }
 
-std::vector<boost::shared_ptr<ICIMInstance>> Session::Instances(ICIMClass& cls, bool deep) {
+std::vector<boost::shared_ptr<ICIMInstance>> Session::Instances(ICIMClass& cls, bool deep,
+                                                                const std::vector<std::string>& properties) {
     const std::string name = cls.GetName(TCIMContext());
     const auto read = [&] {
         std::vector<boost::shared_ptr<ICIMInstance>> instances;
@@ -207,16 +219,63 @@ std::vector<boost::shared_ptr<ICIMInstance>> Session::Instances(ICIMClass& cls, 
                 instances.push_back(instance);
                 return true;
             },
-            deep, TCIMContext());
+            deep, ReadingContext(properties));
         return instances;
     };
-    log_.TakeReason();
-    auto instances = Attended("the instances of " + name, read);
-    const std::string reason = log_.TakeReason();
-    if (!reason.empty()) {
-        Fail("the instances of " + name + " cannot be read from " + Server(), reason);
+    try {
+        return Attended("the instances of " + name, read);
+    } catch (const TVYXException& exception) {
+        Fail("the instances of " + name + " cannot be read from " + Server(), ReasonOf(exception, *namespace_));
     }
-    return instances;
+}
+
+ICIMNamespace& Session::NamespaceNamed(const std::string& name) {
+    const auto known = others_.find(name);
+    if (known != others_.end()) {
+        return *known->second;
+    }
+    try {
+        return *others_.emplace(name, Open(name)).first->second;
+    } catch (const TVYXException& exception) {
+        if (exception.GetStatusCode().GetCode() != kTypeMismatch) {
+            throw;
+        }
+        throw Failure(Failure::kUsage, "'" + name + "' is not the name of a namespace");
+    }
+}
+
+std::string Session::NamespaceIn(const std::string& path) const {
+    try {
+        const std::string name = WithoutLeadingSlash(plugin_.Access().NamespaceOf(path));
+        return IsSameName(name, kUsualNamespace) ? std::string() : name;
+    } catch (const std::invalid_argument& error) {
+        throw NotAPath(path, error.what());
+    }
+}
+
+Session::FoundInstance Session::Instance(const std::string& path) {
+    const std::string name = NamespaceIn(path);
+    ICIMNamespace& name_space = name.empty() ? *namespace_ : NamespaceNamed(name);
+    try {
+        return {Attended("the instance " + path, [&] { return plugin_.Access().ReadInstance(name_space, path); }),
+                name};
+    } catch (const std::invalid_argument& error) {
+        throw NotAPath(path, error.what());
+    } catch (const RemoteError& error) {
+        if (error.Failure().kind == RemoteFailure::Kind::kCimStatus && error.Failure().cimStatus == kCimInvalidClass) {
+            FailAboutClass(ClassInPath(path), name_space, error.Failure());
+        }
+        Fail("the instance " + path + " cannot be read from " + Server(), error.Failure());
+    }
+}
+
+IncidentTally Session::TakeIncidents() {
+    IncidentTally incidents;
+    incidents.Add(plugin_.Access().TakeIncidents(*namespace_));
+    for (const auto& [name, other] : others_) {
+        incidents.Add(plugin_.Access().TakeIncidents(*other));
+    }
+    return incidents;
 }
 
 } // namespace cimhttp

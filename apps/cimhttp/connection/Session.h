@@ -2,20 +2,22 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "Failure.h"
-#include "FailureLog.h"
 #include "access/RemoteModel.h"
 #include "connection/Connection.h"
+#include "connection/IncidentTally.h"
 #include "connection/Plugin.h"
 #include "waiting/Attendant.h"
 
 namespace NQORVYX20 {
 class ICIMClass;
 class ICIMInstance;
+class TVYXException;
 } // namespace NQORVYX20
 
 namespace cimhttp {
@@ -24,14 +26,20 @@ namespace cimhttp {
 /// see them all.
 Failure NoSuchClass(const std::string& name, const std::string& server, const std::vector<std::string>& classes);
 
-/// A connected namespace. What the plug-in reports by an empty result and a line in the log becomes a Failure here that
-/// names the server, the thing asked for, the reason and what to try. Its status is kConnection, kAuthentication,
-/// kNotFound or kServer; a LoginFailure says that asking for anything else is in vain.
+/// A connected namespace. What the plug-in reports by a status becomes a Failure here that names the server, the thing
+/// asked for, the reason and what to try. Its status is kConnection, kAuthentication, kNotFound or kServer; a
+/// LoginFailure says that asking for anything else is in vain.
 class Session {
   public:
-    /// Connects. Throws Failure(kConnection) when that fails. `log` is the logger in force and must live longer than
-    /// the session. The attendant looks after the user whenever the session waits for the server.
-    Session(const Plugin& plugin, const Connection& connection, FailureLog& log, const Attendant& attendant);
+    /// An instance, and the namespace that it is in; empty for the one that everything else is read from.
+    struct FoundInstance {
+        boost::shared_ptr<NQORVYX20::ICIMInstance> instance;
+        std::string name_space;
+    };
+
+    /// Connects. Throws Failure(kConnection) when that fails. The attendant looks after the user whenever the session
+    /// waits for the server.
+    Session(const Plugin& plugin, const Connection& connection, const Attendant& attendant);
 
     /// The same session for another thread than the main one, and without attendance.
     Session Unattended() const;
@@ -58,37 +66,62 @@ class Session {
     /// The same, or none from a server that does not list its qualifiers.
     std::vector<RemoteQualifierDeclaration> KnownQualifiers();
 
-    /// One instance by its object path. Throws Failure(kUsage) for what is no path; about its class it fails like
-    /// Class().
-    boost::shared_ptr<NQORVYX20::ICIMInstance> Instance(const std::string& path);
+    /// One instance by its object path, from the namespace that the path names. Throws Failure(kUsage) for what is no
+    /// path; about its class it fails like Class(). Valid as long as the session.
+    FoundInstance Instance(const std::string& path);
 
     /// A class by name. Throws Failure(kUsage) for what is no name; for a class that there is not, the Failure suggests
     /// those with names like it.
     boost::shared_ptr<NQORVYX20::ICIMClass> Class(const std::string& name);
 
-    /// The instances of a class, in the order of their paths.
-    std::vector<boost::shared_ptr<NQORVYX20::ICIMInstance>> Instances(NQORVYX20::ICIMClass& cls, bool deep);
+    /// The instances of a class, with `deep` those of its subclasses, too, in the order of their paths. The properties
+    /// with these names are wanted, or all without names; the others are null. Asks the server each time.
+    std::vector<boost::shared_ptr<NQORVYX20::ICIMInstance>> Instances(NQORVYX20::ICIMClass& cls, bool deep,
+                                                                      const std::vector<std::string>& properties);
+
+    /// The paths of the instances of a class and its subclasses, in the server's order. Fails like Class().
+    std::vector<std::string> InstancePaths(const std::string& class_name);
+
+    /// What could not be taken from the server's answers since the last call.
+    IncidentTally TakeIncidents();
 
   private:
-    boost::shared_ptr<NQORVYX20::ICIMClass> FindClass(const std::string& name);
-    [[noreturn]] void Fail(const std::string& what, const std::string& reason) const;
+    using Namespace = boost::shared_ptr<NQORVYX20::ICIMNamespace>;
 
-    [[noreturn]] void FailAboutClass(const std::string& name, const std::string& reason);
-    [[noreturn]] void FailAboutUnknownClass(const std::string& name);
+    /// Throws Failure as the constructor does, and Failure(kUsage) for what is no name of a namespace.
+    Namespace Open(const std::string& name_space) const;
+
+    /// The one that everything is read from, or another of the same server, opened when it is first needed.
+    NQORVYX20::ICIMNamespace& NamespaceNamed(const std::string& name);
+
+    /// The namespace that a path names, empty for the one that everything is read from.
+    std::string NamespaceIn(const std::string& path) const;
+
+    std::vector<std::string> ClassNamesIn(NQORVYX20::ICIMNamespace& name_space);
+
+    [[noreturn]] void Fail(const std::string& what, const NQORVYX20::RemoteFailure& failure) const;
+    [[noreturn]] void FailAboutClass(const std::string& name, NQORVYX20::ICIMNamespace& name_space,
+                                     const NQORVYX20::RemoteFailure& failure);
+
+    /// Why the operation failed that threw the exception.
+    NQORVYX20::RemoteFailure ReasonOf(const NQORVYX20::TVYXException& exception,
+                                      NQORVYX20::ICIMNamespace& name_space) const;
 
     /// Reads while the attendant says that `thing` is being read.
     template <typename Operation>
     auto Attended(const std::string& thing, const Operation& operation) const;
 
-    /// The same; what goes wrong remotely becomes a Failure about `thing`.
+    /// The same; what goes wrong remotely becomes a Failure about `thing`, or about a class.
     template <typename Operation>
     auto Remotely(const std::string& thing, const Operation& operation) const;
+    template <typename Operation>
+    auto ReadingClass(const std::string& thing, const std::string& class_name, const Operation& operation);
 
-    FailureLog& log_;
     Plugin plugin_;
     Connection connection_;
     std::optional<Attendant> attendant_;
-    boost::shared_ptr<NQORVYX20::ICIMNamespace> namespace_;
+    Namespace namespace_;
+    std::map<std::string, Namespace> others_; // by name
 };
 
 } // namespace cimhttp

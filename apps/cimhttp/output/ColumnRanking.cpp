@@ -32,10 +32,13 @@ bool RepeatsAnother(const TableTexts& texts, std::size_t column) {
 }
 
 /// What keeps a column in a table, the more the longer.
-enum class Merit { kNone, kConstant, kUsual, kHigh, kKey };
+enum class Merit { kNone, kConstant, kUsual, kHigh, kKey, kAsked };
 
 Merit MeritOf(const TableTexts& texts, std::size_t column, std::size_t different) {
     const auto importance = texts.Columns()[column].importance;
+    if (importance == Listing::Importance::kAsked) {
+        return Merit::kAsked;
+    }
     const bool has_several_rows = texts.Rows().size() > 1;
     if (has_several_rows && different == 1) {
         return importance == Listing::Importance::kHigh ? Merit::kConstant : Merit::kNone;

@@ -13,7 +13,8 @@ class ColumnRanking {
     explicit ColumnRanking(const TableTexts& texts);
 
     /// The columns, those that are missed the least first: what tells nothing; what is important but the same in every
-    /// row; what has the fewest different texts for its width; what is important; keys. Of equal ones the rightmost.
+    /// row; what has the fewest different texts for its width; what is important; keys; what was asked for. Of equal
+    /// ones the rightmost.
     const std::vector<std::size_t>& Columns() const { return columns_; }
 
     /// False for what is the same in every one of several rows, or repeats a column before it.

@@ -3,6 +3,8 @@
 #include "access/PluginAccess.h"
 #include "host/ICIMProperty.h"
 #include "host/TVYXException.h"
+#include "output/Json.h"
+#include "output/NullText.h"
 
 namespace cimhttp {
 
@@ -17,26 +19,37 @@ std::string PlainText(const TCIMValue& value) {
     return is_date_time ? value.GetDateTime().ToUIString() : value.ToString(kDecimal);
 }
 
+bool IsListOfValues(const TCIMValue& value) { return value.IsArray() && !value.IsNull(); }
+
+const std::vector<TCIMValue>& ElementsOf(const TCIMValue& array) { return array; }
+
 std::vector<std::string> PlainTexts(const TCIMValue& value, bool is_list) {
     if (!is_list) {
         return {PlainText(value)};
     }
     std::vector<std::string> texts;
-    for (const TCIMValue& element : static_cast<const std::vector<TCIMValue>&>(value)) {
+    for (const TCIMValue& element : ElementsOf(value)) {
         texts.push_back(PlainText(element));
     }
     return texts;
 }
 
-bool IsDateTime(TCIMValue::TCIMType type) {
-    return type == TCIMValue::TCIMType::eCIMDateTime || type == TCIMValue::TCIMType::eCIMDateTimeArray;
+/// The plug-in has only the characters of the wire for a date-time, and allows no reference that its declaration does
+/// not name the class of, which a server's declarations need not do.
+bool HasPlainText(const TCIMValue& value) {
+    const TCIMValue::TCIMType type = value.GetType();
+    const bool is_date_time =
+        type == TCIMValue::TCIMType::eCIMDateTime || type == TCIMValue::TCIMType::eCIMDateTimeArray;
+    const bool is_reference =
+        type == TCIMValue::TCIMType::eCIMReference || type == TCIMValue::TCIMType::eCIMReferenceArray;
+    return is_reference || (is_date_time && !value.IsNull());
 }
 
-std::vector<std::string> TextsOf(const PluginAccess& access, const ICIMProperty& property, bool is_list) {
-    const TCIMValue& value = property.GetValue(TCIMContext());
-    const auto declaration = property.GetDeclaration(TCIMContext());
-    if (IsDateTime(value.GetType()) && !value.IsNull()) {
-        return PlainTexts(value, is_list); // for which the plug-in has only the characters of the wire
+std::vector<std::string> TextsOf(const PluginAccess& access,
+                                 const boost::shared_ptr<ICIMPropertyDecl const>& declaration, const TCIMValue& value,
+                                 bool is_list) {
+    if (HasPlainText(value)) {
+        return PlainTexts(value, is_list);
     }
     try {
         const auto shown = access.MakeProperty(declaration, value);
@@ -46,12 +59,27 @@ std::vector<std::string> TextsOf(const PluginAccess& access, const ICIMProperty&
     }
 }
 
-bool IsListOfValues(const TCIMValue& value) { return value.IsArray() && !value.IsNull(); }
+std::vector<bool> NullsAmong(const TCIMValue& value, bool is_list) {
+    std::vector<bool> nulls;
+    if (!is_list) {
+        return nulls;
+    }
+    for (const TCIMValue& element : ElementsOf(value)) {
+        nulls.push_back(element.IsNull());
+    }
+    return nulls;
+}
 
 } // namespace
 
 DisplayText::DisplayText(const PluginAccess& access, const ICIMProperty& property)
-    : is_list_(IsListOfValues(property.GetValue(TCIMContext()))), texts_(TextsOf(access, property, is_list_)) {}
+    : DisplayText(access, property.GetDeclaration(TCIMContext()), property.GetValue(TCIMContext())) {}
+
+DisplayText::DisplayText(const PluginAccess& access, const boost::shared_ptr<ICIMPropertyDecl const>& declaration,
+                         const TCIMValue& value)
+    : is_list_(IsListOfValues(value)),
+      is_null_(NullsAmong(value, is_list_)),
+      texts_(TextsOf(access, declaration, value, is_list_)) {}
 
 std::string DisplayText::Joined() const {
     if (!is_list_) {
@@ -59,11 +87,33 @@ std::string DisplayText::Joined() const {
     }
     std::string joined;
     const char* separator = "";
-    for (const std::string& text : texts_) {
-        joined.append(separator).append(text.empty() ? "\"\"" : text);
+    for (std::size_t i = 0; i < texts_.size(); ++i) {
+        const char* const for_empty = is_null_[i] ? kNullText : "\"\"";
+        joined.append(separator).append(texts_[i].empty() ? for_empty : texts_[i]);
         separator = ", ";
     }
     return joined;
+}
+
+void DisplayText::AppendJson(std::string& json) const {
+    if (is_list_) {
+        AppendJsonTexts(texts_, json);
+    } else {
+        AppendJsonText(texts_.front(), json);
+    }
+}
+
+std::string RawText(const TCIMValue& value) {
+    if (!IsListOfValues(value)) {
+        return value.ToString(kDecimal);
+    }
+    std::string text = "{";
+    const char* separator = "";
+    for (const TCIMValue& element : ElementsOf(value)) {
+        text.append(separator).append(element.IsNull() ? kNullText : element.ToString(kDecimal));
+        separator = ", ";
+    }
+    return text + '}';
 }
 
 } // namespace cimhttp

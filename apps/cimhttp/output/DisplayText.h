@@ -1,10 +1,14 @@
 #pragma once
 
+#include <boost/shared_ptr.hpp>
+
 #include <string>
 #include <vector>
 
 namespace NQORVYX20 {
 class ICIMProperty;
+class ICIMPropertyDecl;
+class TCIMValue;
 } // namespace NQORVYX20
 
 namespace cimhttp {
@@ -12,11 +16,14 @@ namespace cimhttp {
 class PluginAccess;
 
 /// What a property's value says to people by its declaration's qualifiers, such as `98.3 Gigabytes` for a number of
-/// bytes, or `2026-11-21 08:39:00 +01:00` for a date-time: one text, or for an array one for each element. A value for
-/// which the plug-in has no text, because a qualifier cannot be read, shows as it is.
+/// bytes, or `2026-11-21 08:39:00 +01:00` for a date-time: one text, or for an array one for each element. Null has an
+/// empty text where the declaration has none for it. A value for which the plug-in has no text, because a qualifier
+/// cannot be read, shows as it is; so does a reference.
 class DisplayText {
   public:
     DisplayText(const PluginAccess& access, const NQORVYX20::ICIMProperty& property);
+    DisplayText(const PluginAccess& access, const boost::shared_ptr<NQORVYX20::ICIMPropertyDecl const>& declaration,
+                const NQORVYX20::TCIMValue& value);
 
     /// True for an array that is not null.
     bool IsList() const { return is_list_; }
@@ -24,12 +31,20 @@ class DisplayText {
     /// As many as the array has elements; exactly one otherwise.
     const std::vector<std::string>& Texts() const { return texts_; }
 
-    /// The texts in one line, `rw, relatime`; an empty one among several shows as `""`.
+    /// The texts in one line, `rw, relatime`; an empty one among several shows as `""`, one of null as an en dash.
     std::string Joined() const;
+
+    /// Appends a JSON string, or for a list an array of them.
+    void AppendJson(std::string& json) const;
 
   private:
     bool is_list_;
+    std::vector<bool> is_null_; // for each element of a list
     std::vector<std::string> texts_;
 };
+
+/// A value as it is: integers in decimal, the elements of an array in braces, a null one as an en dash; null itself has
+/// an empty text.
+std::string RawText(const NQORVYX20::TCIMValue& value);
 
 } // namespace cimhttp

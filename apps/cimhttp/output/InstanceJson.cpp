@@ -1,10 +1,13 @@
 #include "output/InstanceJson.h"
 
+#include "access/PluginAccess.h"
+#include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMProperty.h"
 #include "host/ICIMPropertyDecl.h"
 #include "output/DisplayText.h"
 #include "output/Json.h"
+#include "output/ObjectJson.h"
 #include "output/TypeText.h"
 
 namespace cimhttp {
@@ -19,39 +22,57 @@ std::string Head(const ICIMPropertyDecl& declaration) {
            ":{\"type\":" + JsonText(ElementTypeText(declaration.GetType(TCIMContext()))) + ",\"value\":";
 }
 
-void AppendText(const DisplayText& text, std::string& json) {
-    if (text.IsList()) {
-        AppendJsonTexts(text.Texts(), json);
-    } else {
-        AppendJsonText(text.Texts().front(), json);
-    }
-}
-
 } // namespace
 
-InstanceJson::InstanceJson(const std::vector<boost::shared_ptr<ICIMPropertyDecl>>& properties,
-                           const PluginAccess& access)
-    : access_(access) {
-    const char* separator = "";
-    for (const auto& declaration : properties) {
-        members_.push_back({declaration->GetName(TCIMContext()), separator + Head(*declaration)});
-        separator = ",";
-    }
+void InstanceJson::Append(const ICIMInstance& instance, std::string& json) {
+    json += '{';
+    AppendMembers(instance, json);
+    json += '}';
 }
 
-void InstanceJson::Append(const ICIMInstance& instance, std::string& json) const {
-    json += "{\"path\":";
-    AppendJsonText(instance.BuildPath(TCIMContext()).GetPath(), json);
-    json += ",\"properties\":{";
-    for (const Member& member : members_) {
+void InstanceJson::AppendMembers(const ICIMInstance& instance, std::string& json) {
+    const std::vector<Member>& members = MembersOf(instance);
+    json += "\"path\":";
+    AppendJsonText(PathOf(instance, name_space_), json);
+    json += class_json_;
+    for (const Member& member : members) {
         const auto property = instance.GetProperty(member.name, TCIMContext());
         json += member.head;
         AppendJsonValue(property->GetValue(TCIMContext()), json);
         json += ",\"text\":";
-        AppendText(DisplayText(access_, *property), json);
+        DisplayText(access_, *property).AppendJson(json);
+        AppendObjects(instance, member.name, property->GetValue(TCIMContext()), json);
         json += '}';
     }
-    json += "}}";
+    json += '}';
+}
+
+void InstanceJson::AppendObjects(const ICIMInstance& instance, const std::string& property, const TCIMValue& value,
+                                 std::string& json) const {
+    const TCIMValue::TCIMType type = value.GetType();
+    const bool may_be_objects = type == TCIMValue::TCIMType::eCIMString || type == TCIMValue::TCIMType::eCIMStringArray;
+    if (!may_be_objects || value.IsNull()) {
+        return;
+    }
+    const auto objects = access_.EmbeddedObjects(instance, property);
+    if (!objects.empty()) {
+        json += ",\"object\":";
+        json += ObjectsJson(objects, value.IsArray());
+    }
+}
+
+const std::vector<InstanceJson::Member>& InstanceJson::MembersOf(const ICIMInstance& instance) {
+    auto cls = instance.GetClass(TCIMContext());
+    if (cls != last_class_) {
+        class_json_ = ",\"class\":" + JsonText(cls->GetName(TCIMContext())) + ",\"properties\":{";
+        members_.clear();
+        for (const auto& declaration : selector_.PropertiesFor(instance)) {
+            members_.push_back(
+                {declaration->GetName(TCIMContext()), (members_.empty() ? "" : ",") + Head(*declaration)});
+        }
+        last_class_ = std::move(cls);
+    }
+    return members_;
 }
 
 } // namespace cimhttp

@@ -5,37 +5,49 @@
 #include <string>
 #include <vector>
 
-namespace NQORVYX20 {
-class ICIMInstance;
-class ICIMPropertyDecl;
-} // namespace NQORVYX20
+#include "host/TCIMValue.h"
+#include "output/PropertySelector.h"
 
 namespace cimhttp {
 
 class PluginAccess;
 
-/// Writes the instances of a class, each in one line of JSON, with these properties in their order:
+/// Writes instances, each in one line of JSON, with the properties that are selected:
 ///
-///     {"path":"CIM_Fan.Name=\"a\"","properties":{"Speed":{"type":"uint64","value":3,"text":"3"}}}
+///     {"path":"CIM_Fan.Name=\"a\"","class":"CIM_Fan","properties":{"Speed":{"type":"uint64","value":3,"text":"3"}}}
 ///
-/// A `value` is that of JsonValue(). `text` is what the value says to people, an array of texts for an array that is
-/// not null. An array's `type` is that of its elements.
+/// The class is the instance's own. A `value` is that of JsonValue(). `text` is what the value says to people, an array
+/// of texts for an array that is not null. An array's `type` is that of its elements. Where the value is an embedded
+/// object, and so a text, or an array of them, there is a member `object`, too, with what ObjectsJson() says.
 class InstanceJson {
   public:
-    /// `access` must outlive the object.
-    InstanceJson(const std::vector<boost::shared_ptr<NQORVYX20::ICIMPropertyDecl>>& properties,
-                 const PluginAccess& access);
+    /// `access` must outlive the object. About `name_space` see PathOf().
+    InstanceJson(PropertySelector selector, const PluginAccess& access, std::string name_space = {})
+        : selector_(std::move(selector)), access_(access), name_space_(std::move(name_space)) {}
 
-    void Append(const NQORVYX20::ICIMInstance& instance, std::string& json) const;
+    void Append(const NQORVYX20::ICIMInstance& instance, std::string& json);
+
+    /// The same without the braces around it.
+    void AppendMembers(const NQORVYX20::ICIMInstance& instance, std::string& json);
 
   private:
     struct Member {
         std::string name;
-        std::string head; ///< what all instances have in common: all up to the value
+        std::string head; ///< what all instances of a class have in common: all up to the value
     };
 
-    std::vector<Member> members_;
+    /// The member `object`, where the value is one.
+    void AppendObjects(const NQORVYX20::ICIMInstance& instance, const std::string& property,
+                       const NQORVYX20::TCIMValue& value, std::string& json) const;
+
+    const std::vector<Member>& MembersOf(const NQORVYX20::ICIMInstance& instance);
+
+    PropertySelector selector_;
     const PluginAccess& access_;
+    std::string name_space_;
+    boost::shared_ptr<NQORVYX20::ICIMClass> last_class_; // whose members are held
+    std::string class_json_;
+    std::vector<Member> members_;
 };
 
 } // namespace cimhttp

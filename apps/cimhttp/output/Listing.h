@@ -27,8 +27,9 @@ class Listing {
   public:
     enum class Align { kLeft, kRight };
 
-    /// The more important a column, the later it is left out where there is no room for all.
-    enum class Importance { kUsual, kHigh, kKey };
+    /// The more important a column, the later it is left out where there is no room for all; one that was asked for by
+    /// name, never.
+    enum class Importance { kUsual, kHigh, kKey, kAsked };
 
     struct Column {
         std::string heading;

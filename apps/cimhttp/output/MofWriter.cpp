@@ -233,16 +233,13 @@ std::string QualifierMof(const RemoteQualifierDeclaration& declaration) {
     return text + (declaration.flavor.translatable ? ", Translatable);\n" : ");\n");
 }
 
-std::string InstanceMof(const ICIMInstance& instance,
-                        const std::vector<boost::shared_ptr<ICIMPropertyDecl>>& properties) {
-    std::string text = "instance of " + Printable(instance.GetClass(TCIMContext())->GetName(TCIMContext())) + "\n{\n";
+std::string InstanceMof(const ICIMInstance& instance, const Properties& properties) {
+    std::string text = "instance of " + Printable(ClassNameOf(instance)) + "\n{\n";
     for (const auto& declaration : properties) {
         const std::string& name = declaration->GetName(TCIMContext());
         const auto property = instance.GetProperty(name, TCIMContext());
-        if (!property->GetValue(TCIMContext()).IsNull()) {
-            const std::string head = Blanks(kIndent) + Printable(name) + " = ";
-            text += head + MofValue(property->GetValue(TCIMContext()), DisplayWidth(head)) + ";\n";
-        }
+        const std::string head = Blanks(kIndent) + Printable(name) + " = ";
+        text += head + MofValue(property->GetValue(TCIMContext()), DisplayWidth(head)) + ";\n";
     }
     return text + "};\n";
 }

@@ -1,14 +1,9 @@
 #pragma once
 
-#include <boost/shared_ptr.hpp>
-
 #include <string>
 #include <vector>
 
-namespace NQORVYX20 {
-class ICIMInstance;
-class ICIMPropertyDecl;
-} // namespace NQORVYX20
+#include "output/InstanceProperties.h"
 
 namespace cimhttp {
 
@@ -42,8 +37,7 @@ std::string MethodsMof(const RemoteClass& cls, const std::vector<RemoteQualifier
 
 std::string QualifierMof(const RemoteQualifierDeclaration& declaration);
 
-/// An instance with those of these properties that are not null.
-std::string InstanceMof(const NQORVYX20::ICIMInstance& instance,
-                        const std::vector<boost::shared_ptr<NQORVYX20::ICIMPropertyDecl>>& properties);
+/// An instance with these properties, which its class must declare.
+std::string InstanceMof(const NQORVYX20::ICIMInstance& instance, const Properties& properties);
 
 } // namespace cimhttp

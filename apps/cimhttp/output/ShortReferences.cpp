@@ -66,6 +66,23 @@ std::vector<Cell*> ReferenceCells(std::vector<std::vector<Cell>>& rows, std::siz
     return cells;
 }
 
+/// Where the object is, without its keys.
+std::string HeadText(const TCIMReference& reference) {
+    TCIMReference head({}, TCIMContext());
+    head.SetHost(reference.GetHost());
+    head.SetNamespaceName(reference.GetNamespaceName());
+    head.SetClassName(reference.GetClassName());
+    return head.GetPath();
+}
+
+/// `Class.…,key="text"`: the dots show that this is no path to look an instance up with.
+std::string ShortText(const TCIMReference& reference, const TCIMReference& left_out) {
+    TCIMReference keys = Without(reference, left_out); // with the class, which the head has
+    keys.SetClassName(std::string());
+    const std::string head = HeadText(reference);
+    return (head.empty() ? "…," : head + ".…,") + keys.GetPath();
+}
+
 /// True when there was something to leave out.
 bool Shorten(const std::vector<Cell*>& cells) {
     if (cells.size() < 2) {
@@ -80,7 +97,7 @@ bool Shorten(const std::vector<Cell*>& cells) {
         return false;
     }
     for (Cell* const cell : cells) {
-        cell->text = Without(cell->value.GetReference(), common).GetPath();
+        cell->text = ShortText(cell->value.GetReference(), common);
     }
     return true;
 }

@@ -12,10 +12,15 @@ namespace {
 
 constexpr std::size_t kFoldedWidth = 24; // texts are folded to less only where there is no room for the keys
 constexpr std::size_t kNarrowestWidth = 8;
-constexpr std::size_t kMostLines = 3; // over which texts of usual importance are folded, or few more
+constexpr std::size_t kSqueezedWidth = 4; // of columns that must stay whatever the room
+constexpr std::size_t kMostLines = 3;     // over which texts of usual importance are folded, or few more
 
 bool IsKey(const TableTexts& texts, std::size_t column) {
     return texts.Columns()[column].importance == Listing::Importance::kKey;
+}
+
+bool IsAsked(const TableTexts& texts, std::size_t column) {
+    return texts.Columns()[column].importance == Listing::Importance::kAsked;
 }
 
 std::size_t LeastHeadingWidth(const TableTexts& texts, std::size_t column) {
@@ -65,6 +70,7 @@ TableLayout::TableLayout(const TableTexts& texts, std::size_t width)
     if (is_tight_) {
         const ColumnRanking ranking(texts);
         Choose(ranking);
+        Squeeze();
         WidenTexts();
         TakeBack(ranking, [&](std::size_t i) { return ranking.IsImportantConstant(i); });
         WidenHeadings();
@@ -110,7 +116,7 @@ void TableLayout::Choose(const ColumnRanking& ranking) {
 template <typename Predicate>
 void TableLayout::LeaveOut(const ColumnRanking& ranking, const Predicate& may_go) {
     for (auto i = ranking.Columns().begin(); i != ranking.Columns().end() && !Fits(); ++i) {
-        if (Shown().size() > 1 && may_go(*i)) {
+        if (Shown().size() > 1 && may_go(*i) && !IsAsked(texts_, *i)) {
             is_shown_[*i] = false;
         }
     }
@@ -126,6 +132,20 @@ void TableLayout::TakeBack(const ColumnRanking& ranking, const Predicate& is_wan
     }
 }
 
+void TableLayout::Squeeze() {
+    const std::vector<std::size_t> shown = Shown();
+    const std::size_t least = shown.size() == 1 ? 1 : kSqueezedWidth;
+    while (!Fits()) {
+        const std::size_t widest =
+            *std::max_element(shown.begin(), shown.end(),
+                              [&](std::size_t one, std::size_t other) { return widths_[one] < widths_[other]; });
+        if (widths_[widest] <= least) {
+            return;
+        }
+        --widths_[widest];
+    }
+}
+
 void TableLayout::WidenTexts() {
     const std::vector<std::size_t> shown = Shown();
     std::size_t used = UsedWidth();
@@ -138,9 +158,6 @@ void TableLayout::WidenTexts() {
                 is_growing = true;
             }
         }
-    }
-    if (shown.size() == 1) { // which may have been too wide alone
-        widths_[shown.front()] = std::min(widths_[shown.front()], width_);
     }
 }
 

@@ -20,6 +20,9 @@ class TableLayout {
     /// True for a table that is too wide to be shown as it is.
     bool IsTight() const { return is_tight_; }
 
+    /// True when not even the columns that must stay have room beside each other.
+    bool IsHopeless() const { return is_tight_ && !Fits(); }
+
     /// The columns that are shown, from the left. At least one of a table that has any.
     std::vector<std::size_t> Shown() const;
 
@@ -36,13 +39,17 @@ class TableLayout {
     /// Chooses the columns, with the least widths that they need.
     void Choose(const ColumnRanking& ranking);
 
-    /// Leaves out columns until the rest fits, first those that are missed the least. One column always stays.
+    /// Leaves out columns until the rest fits, first those that are missed the least. One column always stays, and so
+    /// do those that were asked for.
     template <typename Predicate>
     void LeaveOut(const ColumnRanking& ranking, const Predicate& may_go);
 
     /// Shows columns again for which there is room, first those that are missed the most.
     template <typename Predicate>
     void TakeBack(const ColumnRanking& ranking, const Predicate& is_wanted);
+
+    /// Takes from the widest column, one by one, until all fit or are as narrow as may be.
+    void Squeeze();
 
     /// Give what is left of a line to folded texts, evenly, and to folded headings that fit then as a whole.
     void WidenTexts();

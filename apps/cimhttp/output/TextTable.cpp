@@ -1,6 +1,7 @@
 #include "output/TextTable.h"
 
 #include <algorithm>
+#include <string_view>
 
 #include "output/CellText.h"
 #include "output/LineWriter.h"
@@ -26,12 +27,36 @@ std::size_t Height(const std::vector<Lines>& columns) {
     return height;
 }
 
+bool HasWordWiderThan(std::size_t width, std::string_view text) {
+    for (std::size_t begin = 0; begin < text.size();) {
+        const std::size_t end = std::min(text.find(' ', begin), text.size());
+        if (DisplayWidth(text.substr(begin, end - begin)) > width) {
+            return true;
+        }
+        begin = end + 1;
+    }
+    return false;
+}
+
+/// The front of a number that is too wide. Its digits do not go on below, where they would look like another number.
+std::string CutNumber(std::string_view text, std::size_t width) {
+    return (width > 1 ? Cut(text, width - 1) : std::string()) + "…";
+}
+
 /// A listing as a table for lines of one width.
 class Table {
   public:
     Table(const Listing& listing, std::size_t width) : listing_(listing), texts_(listing), layout_(texts_, width) {}
 
     bool IsTight() const { return layout_.IsTight(); }
+    bool IsHopeless() const { return layout_.IsHopeless(); }
+
+    bool CutsNumbers() const {
+        return IsTight() && std::any_of(shown_.begin(), shown_.end(), [&](std::size_t i) {
+                   return std::any_of(texts_.Rows().begin(), texts_.Rows().end(),
+                                      [&](const auto& row) { return IsCut(row[i], i); });
+               });
+    }
 
     void Write(LineWriter& line) const {
         WriteHead(line);
@@ -68,11 +93,22 @@ class Table {
             rules, [](std::size_t) { return Emphasis::kFaint; }, line);
     }
 
+    bool IsCut(const std::string& text, std::size_t column) const {
+        const std::size_t width = layout_.Width(column);
+        return listing_.Columns()[column].align == Listing::Align::kRight && width < texts_.TextWidth(column) &&
+               HasWordWiderThan(width, text);
+    }
+
+    Lines TextLines(const std::string& text, std::size_t column) const {
+        const std::size_t width = layout_.Width(column);
+        return IsCut(text, column) ? Lines{CutNumber(text, width)} : Folded(text, width);
+    }
+
     /// Writes a row over as many lines as its longest text needs.
     void WriteRow(std::size_t row, LineWriter& line) const {
         std::vector<Lines> texts;
         for (const std::size_t i : shown_) {
-            texts.push_back(Folded(texts_.Rows()[row][i], layout_.Width(i)));
+            texts.push_back(TextLines(texts_.Rows()[row][i], i));
         }
         const auto& cells = listing_.Rows()[row];
         WriteLines(
@@ -100,17 +136,17 @@ class Table {
     const std::vector<std::size_t> shown_ = layout_.Shown();
 };
 
-/// Writes a table, or a list where a single row would lose columns. Returns the headings of those left out.
-std::vector<std::string> Write(const Table& table, const Listing& listing, const TextStyle& style,
-                               std::ostream& output) {
-    auto left_out = table.LeftOut();
-    if (listing.Rows().size() == 1 && !left_out.empty()) {
+/// Writes a table, or lists where a single row would lose something or nothing else fits.
+TableOmissions Write(const Table& table, const Listing& listing, const TextStyle& style, std::ostream& output) {
+    TableOmissions omissions{table.LeftOut(), false, table.CutsNumbers()};
+    const bool loses_some = !omissions.columns.empty() || omissions.digits;
+    if (table.IsHopeless() || (listing.Rows().size() == 1 && loses_some)) {
         WriteLists(listing, style, output);
         return {};
     }
     LineWriter line(output, style.uses_color);
     table.Write(line);
-    return left_out;
+    return omissions;
 }
 
 } // namespace
@@ -119,10 +155,12 @@ TableOmissions WriteTable(const Listing& listing, const TextStyle& style, std::o
     const Table table(listing, style.width);
     if (table.IsTight()) {
         if (const auto shorter = WithShortReferences(listing)) {
-            return {Write(Table(*shorter, style.width), *shorter, style, output), true};
+            TableOmissions omissions = Write(Table(*shorter, style.width), *shorter, style, output);
+            omissions.keys = true;
+            return omissions;
         }
     }
-    return {Write(table, listing, style, output), false};
+    return Write(table, listing, style, output);
 }
 
 } // namespace cimhttp

@@ -30,28 +30,61 @@ class PathReader {
     explicit PathReader(const std::string& path) : path_(path), place_(BeginOfClass(path)) {}
 
     std::string Fault() {
+        if (place_ > 0 && !IsNamespace(NamespaceIn(path_.substr(0, place_ - 1)))) {
+            return "before '" + path_.substr(place_ - 1) + "' there should be a namespace such as root/cimv2";
+        }
         if (!SkipName()) {
             return Expected("the name of a class");
         }
         if (place_ == path_.size()) {
             return {};
         }
-        if (!Skip('.')) {
+        const bool is_unnamed = Skip('=');
+        if (!is_unnamed && !Skip('.')) {
             return Expected("a point and the keys");
         }
-        std::string fault;
-        do {
+        std::string fault = is_unnamed ? ValueFault() : KeyFault();
+        while (fault.empty() && Skip(',')) {
             fault = KeyFault();
-        } while (fault.empty() && Skip(','));
+        }
         return !fault.empty() || place_ == path_.size() ? fault : Expected("a comma or the end");
     }
 
   private:
-    /// Behind the server and the namespace, `//server/root/cimv2:`.
+    /// Behind the server and the namespace, `//server/root/cimv2:`, whose address may have a port.
     static std::size_t BeginOfClass(const std::string& path) {
-        const std::size_t colon = path.find(':');
         const std::size_t keys = path.find_first_of("=\"");
-        return colon == std::string::npos || colon > keys ? 0 : colon + 1;
+        const std::size_t colon = path.rfind(':', keys);
+        return colon == std::string::npos ? 0 : colon + 1;
+    }
+
+    /// The namespace behind the server, if there is one: in `//server/root/cimv2`, `http://server/root/cimv2`,
+    /// `server:5988/root/cimv2`, `/root/cimv2` and `root/cimv2`.
+    static std::string NamespaceIn(const std::string& head) {
+        const std::size_t slashes = head.find("//");
+        if (slashes == 0 || (slashes != std::string::npos && head[slashes - 1] == ':')) {
+            return BehindSlash(head, slashes + 2);
+        }
+        const bool has_port = head.find(':') != std::string::npos;
+        return has_port || head.rfind('/', 0) == 0 ? BehindSlash(head, 0) : head;
+    }
+
+    static std::string BehindSlash(const std::string& text, std::size_t begin) {
+        const std::size_t slash = text.find('/', begin);
+        return slash == std::string::npos ? std::string() : text.substr(slash + 1);
+    }
+
+    /// Names with slashes between them.
+    static bool IsNamespace(const std::string& text) {
+        bool is_begin = true;
+        for (const char letter : text) {
+            const auto byte = static_cast<unsigned char>(letter);
+            if (letter == '/' ? is_begin : !(is_begin ? BeginsName(byte) : ContinuesName(byte))) {
+                return false;
+            }
+            is_begin = letter == '/';
+        }
+        return !is_begin;
     }
 
     std::string KeyFault() {
@@ -61,6 +94,10 @@ class PathReader {
         if (!Skip('=')) {
             return Expected("an equals sign");
         }
+        return ValueFault();
+    }
+
+    std::string ValueFault() {
         if (Skip('"')) {
             return SkipQuoted() ? std::string() : Expected("the quote that ends the text");
         }

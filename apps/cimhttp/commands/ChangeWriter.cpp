@@ -1,0 +1,154 @@
+#include "commands/ChangeWriter.h"
+
+#include <ostream>
+
+#include "Failure.h"
+#include "Options.h"
+#include "commands/Command.h"
+#include "output/DisplayText.h"
+#include "output/InstanceJson.h"
+#include "output/Json.h"
+#include "output/NullText.h"
+#include "output/TimeText.h"
+#include "text/TerminalText.h"
+
+namespace cimhttp {
+
+namespace {
+
+using namespace NQORVYX20;
+using Kind = InstanceChange::Kind;
+
+constexpr const char* kGreen = "\x1b[32m";
+constexpr const char* kRed = "\x1b[31m";
+constexpr const char* kYellow = "\x1b[33m";
+
+struct KindTexts {
+    const char* name;
+    const char* sign;
+    const char* color;
+};
+
+KindTexts TextsOf(Kind kind) {
+    switch (kind) {
+    case Kind::kNew:
+        return {"new", "+", kGreen};
+    case Kind::kGone:
+        return {"gone", "-", kRed};
+    default:
+        return {"changed", "~", kYellow};
+    }
+}
+
+std::string Shown(const std::string& text, const TCIMValue& value) {
+    return !text.empty() ? text : value.IsNull() ? kNullText : "\"\"";
+}
+
+std::string Member(const char* name, const std::string& json) { return ",\"" + std::string(name) + "\":" + json; }
+
+} // namespace
+
+void ChangeWriter::Begin(const Instances& instances) const {
+    if (!is_json_) {
+        context_.output << TimeOfDay() << "  " << instances.size()
+                        << (instances.size() == 1 ? " instance\n" : " instances\n");
+    }
+    for (const auto& instance : is_json_ ? instances : Instances()) {
+        WriteJson(0, "present", ',' + InstanceMembers(*instance, properties_));
+    }
+    context_.output.flush();
+}
+
+void ChangeWriter::Write(const std::vector<InstanceChange>& changes, std::size_t round) const {
+    for (const InstanceChange& change : changes) {
+        if (is_json_) {
+            WriteJson(change, round);
+        } else {
+            WriteLines(change);
+        }
+    }
+    context_.output.flush();
+}
+
+void ChangeWriter::Lose(const Failure& failure) const {
+    if (is_json_) {
+        WriteJson(std::nullopt, "lost", Member("reason", JsonText(failure.what())));
+    } else {
+        context_.output << TimeOfDay() << "  " << Colored("!", kRed) << ' ' << Printable(failure.what()) << '\n';
+    }
+    context_.output.flush();
+}
+
+void ChangeWriter::Regain() const {
+    if (is_json_) {
+        WriteJson(std::nullopt, "back", "");
+    } else {
+        context_.output << TimeOfDay() << "  " << Colored("!", kGreen) << " the server answers again\n";
+    }
+    context_.output.flush();
+}
+
+/// The changed values stand below the instance's path.
+void ChangeWriter::WriteLines(const InstanceChange& change) const {
+    const KindTexts texts = TextsOf(change.kind);
+    context_.output << TimeOfDay() << "  " << Colored(texts.sign, texts.color) << ' ' << Printable(change.path) << '\n';
+    for (const auto& difference : change.differences) {
+        context_.output << "            " << Printable(difference.name) << ": " << Printable(DifferenceText(difference))
+                        << '\n';
+    }
+}
+
+void ChangeWriter::WriteJson(const InstanceChange& change, std::size_t round) const {
+    const std::string members = change.kind == Kind::kNew    ? InstanceMembers(*change.instance, properties_)
+                                : change.kind == Kind::kGone ? InstanceMembers(*change.instance, {})
+                                                             : DifferenceMembers(change);
+    WriteJson(round, TextsOf(change.kind).name, ',' + members);
+}
+
+void ChangeWriter::WriteJson(std::optional<std::size_t> round, const char* change, const std::string& members) const {
+    context_.output << "{\"time\":" << JsonText(TimeWithZone())
+                    << (round ? Member("round", std::to_string(*round)) : "") << Member("change", JsonText(change))
+                    << members << "}\n";
+}
+
+std::string ChangeWriter::InstanceMembers(const ICIMInstance& instance,
+                                          const std::vector<std::string>& properties) const {
+    std::string json;
+    InstanceJson(PropertySelector(properties, PropertySelector::Order::kByName), access_).AppendMembers(instance, json);
+    return json;
+}
+
+std::string ChangeWriter::DifferenceMembers(const InstanceChange& change) const {
+    JsonObject properties;
+    for (const auto& difference : change.differences) {
+        properties.Add(difference.name, JsonObject()
+                                            .Add("old", ValueJson(difference, difference.before))
+                                            .Add("new", ValueJson(difference, difference.now))
+                                            .Text());
+    }
+    return "\"path\":" + JsonText(change.path) + Member("class", JsonText(ClassNameOf(*change.instance))) +
+           Member("properties", properties.Text());
+}
+
+/// `old → new`; the values as they are when people would read the same.
+std::string ChangeWriter::DifferenceText(const InstanceChange::Difference& difference) const {
+    std::string before = DisplayText(access_, difference.declaration, difference.before).Joined();
+    std::string now = DisplayText(access_, difference.declaration, difference.now).Joined();
+    if (before == now) {
+        before = RawText(difference.before);
+        now = RawText(difference.now);
+    }
+    return Shown(before, difference.before) + " → " + Shown(now, difference.now);
+}
+
+std::string ChangeWriter::ValueJson(const InstanceChange::Difference& difference, const TCIMValue& value) const {
+    std::string text;
+    DisplayText(access_, difference.declaration, value).AppendJson(text);
+    return JsonObject().Add("value", JsonValue(value)).Add("text", text).Text();
+}
+
+std::string ChangeWriter::Colored(const std::string& text, const char* color) const {
+    return context_.options.uses_color ? color + text + "\x1b[0m" : text;
+}
+
+} // namespace cimhttp

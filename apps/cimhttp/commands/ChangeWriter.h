@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "commands/InstanceChanges.h"
+
+namespace cimhttp {
+
+class Failure;
+class PluginAccess;
+struct CommandContext;
+
+/// Writes what a watch sees, each piece with the time, for people or, with `is_json`, as JSON, a line for each thing:
+///
+///     {"time":"2026-11-21T08:39:00+01:00","round":0,"change":"present","path":"CIM_Fan.Name=\"a\"","class":"CIM_Fan",
+///      "properties":{"Speed":{"type":"uint64","value":3,"text":"3"}}}
+///     {"time":…,"round":1,"change":"changed","path":…,"class":…,
+///      "properties":{"Speed":{"old":{"value":3,"text":"3"},"new":{"value":4,"text":"4"}}}}
+///     {"time":…,"change":"lost","reason":"…"}
+///     {"time":…,"change":"back"}
+///
+/// `new` is like `present`; `gone` has no properties.
+class ChangeWriter {
+  public:
+    /// `properties` are the names of those that are watched.
+    ChangeWriter(const CommandContext& context, const PluginAccess& access, std::vector<std::string> properties,
+                 bool is_json)
+        : context_(context), access_(access), properties_(std::move(properties)), is_json_(is_json) {}
+
+    /// What there is to begin with.
+    void Begin(const Instances& instances) const;
+
+    void Write(const std::vector<InstanceChange>& changes, std::size_t round) const;
+
+    /// The server does not answer any more, or answers again.
+    void Lose(const Failure& failure) const;
+    void Regain() const;
+
+  private:
+    void WriteLines(const InstanceChange& change) const;
+    void WriteJson(const InstanceChange& change, std::size_t round) const;
+
+    /// A line with the time, the round if there is one, the change and further members.
+    void WriteJson(std::optional<std::size_t> round, const char* change, const std::string& members) const;
+    std::string InstanceMembers(const NQORVYX20::ICIMInstance& instance,
+                                const std::vector<std::string>& properties) const;
+    std::string DifferenceMembers(const InstanceChange& change) const;
+    std::string DifferenceText(const InstanceChange::Difference& difference) const;
+    std::string ValueJson(const InstanceChange::Difference& difference, const NQORVYX20::TCIMValue& value) const;
+    std::string Colored(const std::string& text, const char* color) const;
+
+    const CommandContext& context_;
+    const PluginAccess& access_;
+    std::vector<std::string> properties_;
+    bool is_json_;
+};
+
+} // namespace cimhttp

@@ -1,0 +1,36 @@
+#include "commands/InstanceReader.h"
+
+#include <utility>
+
+#include "host/ICIMClass.h"
+
+namespace cimhttp {
+
+InstanceReader::InstanceReader(const Session& session, const std::string& class_name, InstanceQuery query, bool deep)
+    : session_(session),
+      class_(session_.Class(class_name)),
+      declared_(PropertiesOf(*class_)),
+      query_(std::move(query)),
+      deep_(deep) {
+    if (!declared_.empty()) {
+        query_.CheckNames(declared_, ClassName());
+    }
+}
+
+std::string InstanceReader::ClassName() const { return class_->GetName(NQORVYX20::TCIMContext()); }
+
+/// As the class spells them, where it declares any.
+std::vector<std::string> InstanceReader::NeededNames() const {
+    const std::vector<std::string> names = query_.NeededNames();
+    return declared_.empty() ? names : NamesOf(Chosen(declared_, names, ClassName()));
+}
+
+InstanceReader::Reading InstanceReader::Read() {
+    Instances all = session_.Instances(*class_, deep_, NeededNames());
+    const std::size_t count = all.size();
+    const Properties known = declared_.empty() ? PropertiesOf(all) : declared_;
+    Properties shown = all.empty() && known.empty() ? Properties() : query_.Shown(known, ClassName());
+    return {std::move(shown), query_.Filter().Selected(std::move(all), session_.LoadedPlugin().Access()), count};
+}
+
+} // namespace cimhttp

@@ -1,0 +1,74 @@
+#include "connection/IncidentTally.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace cimhttp {
+
+namespace {
+
+using NQORVYX20::ReadingIncident;
+using NQORVYX20::ReadingIncidents;
+using Cause = ReadingIncident::Cause;
+
+const char* TextOf(Cause cause) {
+    switch (cause) {
+    case Cause::kUndeclaredProperty:
+        return "undeclared";
+    case Cause::kOtherType:
+        return "of another type";
+    case Cause::kBadValue:
+        return "not valid";
+    case Cause::kBadName:
+        return "that the host cannot keep";
+    case Cause::kDoubledPath:
+        return "with the path of another";
+    case Cause::kNoDefinition:
+        return "without the definition of its class";
+    }
+    return "";
+}
+
+bool IsAboutValue(Cause cause) {
+    return cause == Cause::kUndeclaredProperty || cause == Cause::kOtherType || cause == Cause::kBadValue;
+}
+
+std::string Place(const ReadingIncident& incident) {
+    const std::string object = incident.path.empty() ? incident.className : incident.path;
+    return incident.property.empty() ? object : incident.property + " of " + object;
+}
+
+} // namespace
+
+void IncidentTally::Add(const ReadingIncidents& incidents) {
+    for (const auto& [cause, count] : incidents.Counts()) {
+        counts_[cause] += count;
+    }
+    if (!first_ && !incidents.First().empty()) {
+        first_ = incidents.First().front();
+    }
+}
+
+void IncidentTally::Add(const IncidentTally& other) {
+    for (const auto& [cause, count] : other.counts_) {
+        counts_[cause] += count;
+    }
+    if (!first_) {
+        first_ = other.first_;
+    }
+}
+
+std::string IncidentTally::Text() const {
+    std::string causes;
+    for (const auto& [cause, count] : counts_) {
+        causes += (causes.empty() ? "" : ", ") + std::to_string(count) + ' ' + TextOf(cause);
+    }
+    const auto total = std::accumulate(counts_.begin(), counts_.end(), std::size_t{0},
+                                       [](std::size_t sum, const auto& count) { return sum + count.second; });
+    const bool are_values =
+        std::all_of(counts_.begin(), counts_.end(), [](const auto& count) { return IsAboutValue(count.first); });
+    return std::to_string(total) + (are_values ? " value" : " thing") + (total == 1 ? "" : "s") +
+           " could not be taken over (" + causes + "); the first: " + Place(*first_) + ": " + first_->reason;
+}
+
+} // namespace cimhttp

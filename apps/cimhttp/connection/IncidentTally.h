@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <optional>
+#include <string>
+
+#include "cimhttp/ReadingIncidents.h"
+
+namespace cimhttp {
+
+/// How much of what a server sent could not be taken over, added up over several readings.
+class IncidentTally {
+  public:
+    void Add(const NQORVYX20::ReadingIncidents& incidents);
+    void Add(const IncidentTally& other);
+
+    bool IsEmpty() const { return !first_; }
+
+    /// One line: the number of each cause, and the first incident in full.
+    std::string Text() const;
+
+  private:
+    std::map<NQORVYX20::ReadingIncident::Cause, std::size_t> counts_;
+    std::optional<NQORVYX20::ReadingIncident> first_;
+};
+
+} // namespace cimhttp

@@ -1,0 +1,109 @@
+#include "output/InstanceProperties.h"
+
+#include <algorithm>
+
+#include "Failure.h"
+#include "host/ICIMClass.h"
+#include "host/ICIMInstance.h"
+#include "host/ICIMProperty.h"
+#include "host/ICIMPropertyDecl.h"
+#include "host/ICIMQualifier.h"
+#include "text/NearestNames.h"
+#include "text/Pattern.h"
+
+namespace cimhttp {
+
+namespace {
+
+using namespace NQORVYX20;
+
+boost::shared_ptr<ICIMPropertyDecl> Find(const Properties& properties, const std::string& name) {
+    const auto found = std::find_if(properties.begin(), properties.end(), [&](const auto& property) {
+        return IsSameName(property->GetName(TCIMContext()), name);
+    });
+    return found == properties.end() ? boost::shared_ptr<ICIMPropertyDecl>() : *found;
+}
+
+} // namespace
+
+Properties PropertiesOf(const ICIMClass& cls) {
+    Properties properties;
+    cls.EnumeratePropertyDecls(
+        [&](const boost::shared_ptr<ICIMPropertyDecl>& property) {
+            properties.push_back(property);
+            return true;
+        },
+        TCIMContext());
+    std::stable_partition(properties.begin(), properties.end(), [](const auto& property) { return IsKey(*property); });
+    return properties;
+}
+
+Properties PropertiesOf(const ICIMInstance& instance) { return PropertiesOf(*instance.GetClass(TCIMContext())); }
+
+Properties PropertiesOf(const Instances& instances) {
+    Properties properties;
+    boost::shared_ptr<ICIMClass> last;
+    for (const auto& instance : instances) {
+        auto cls = instance->GetClass(TCIMContext());
+        if (cls == last) {
+            continue;
+        }
+        last = std::move(cls);
+        for (const auto& property : PropertiesOf(*last)) {
+            if (!Find(properties, property->GetName(TCIMContext()))) {
+                properties.push_back(property);
+            }
+        }
+    }
+    return properties;
+}
+
+std::vector<std::string> NamesOf(const Properties& properties) {
+    std::vector<std::string> names;
+    names.reserve(properties.size());
+    for (const auto& property : properties) {
+        names.push_back(property->GetName(TCIMContext()));
+    }
+    return names;
+}
+
+Properties Chosen(const Properties& properties, const std::vector<std::string>& names, const std::string& class_name) {
+    Properties chosen;
+    for (const std::string& name : names) {
+        chosen.push_back(Find(properties, name));
+        if (!chosen.back()) {
+            throw Failure(Failure::kUsage, "the class " + class_name + " has no property " + name +
+                                               DidYouMean(NearestNames(name, NamesOf(properties))));
+        }
+    }
+    return chosen;
+}
+
+bool IsKey(const ICIMPropertyDecl& property) {
+    bool is_found = false;
+    const auto key = property.GetQualifier("Key", is_found, TCIMContext());
+    return is_found && key->GetValue(TCIMContext()) == TCIMValue(true);
+}
+
+boost::shared_ptr<ICIMProperty> FindProperty(const ICIMInstance& instance, const std::string& name) {
+    // Asking the instance for what its class does not declare is an error in the log.
+    const bool is_declared = instance.GetClass(TCIMContext())->GetPropertyDecl(name, TCIMContext()) != nullptr;
+    return is_declared ? instance.GetProperty(name, TCIMContext()) : boost::shared_ptr<ICIMProperty>();
+}
+
+std::string ClassNameOf(const ICIMInstance& instance) {
+    return instance.GetClass(TCIMContext())->GetName(TCIMContext());
+}
+
+bool HaveSeveralClasses(const Instances& instances) {
+    return std::any_of(instances.begin(), instances.end(), [&](const auto& instance) {
+        return instance->GetClass(TCIMContext()) != instances.front()->GetClass(TCIMContext());
+    });
+}
+
+std::string PathOf(const ICIMInstance& instance, const std::string& name_space) {
+    const std::string path = instance.BuildPath(TCIMContext()).GetPath();
+    return name_space.empty() ? path : name_space + ':' + path;
+}
+
+} // namespace cimhttp

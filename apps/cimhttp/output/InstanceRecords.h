@@ -1,0 +1,17 @@
+#pragma once
+
+#include "output/InstanceProperties.h"
+#include "output/Listing.h"
+#include "output/PropertySelector.h"
+
+namespace cimhttp {
+
+class PluginAccess;
+
+/// Instances for programs, a property a row: the instance's path, the property, its type, its value as it is, and the
+/// text that it is shown by. An array's value is a JSON array, so that it can be taken apart again. About `name_space`
+/// see PathOf().
+Listing InstanceRecords(const Instances& instances, PropertySelector selector, const PluginAccess& access,
+                        const std::string& name_space);
+
+} // namespace cimhttp

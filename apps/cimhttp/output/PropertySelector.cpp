@@ -1,0 +1,49 @@
+#include "output/PropertySelector.h"
+
+#include <strings.h>
+
+#include <algorithm>
+
+#include "host/ICIMClass.h"
+#include "host/ICIMInstance.h"
+#include "host/ICIMPropertyDecl.h"
+
+namespace cimhttp {
+
+namespace {
+
+using namespace NQORVYX20;
+
+bool IsNameBefore(const boost::shared_ptr<ICIMPropertyDecl>& one, const boost::shared_ptr<ICIMPropertyDecl>& other) {
+    return ::strcasecmp(one->GetName(TCIMContext()).c_str(), other->GetName(TCIMContext()).c_str()) < 0;
+}
+
+} // namespace
+
+const Properties& PropertySelector::PropertiesFor(const ICIMInstance& instance) {
+    auto cls = instance.GetClass(TCIMContext());
+    if (cls != last_class_) {
+        properties_ = Selected(*cls);
+        last_class_ = std::move(cls);
+    }
+    return properties_;
+}
+
+Properties PropertySelector::Selected(const ICIMClass& cls) const {
+    Properties selected;
+    if (!names_) {
+        selected = PropertiesOf(cls);
+    } else {
+        for (const std::string& name : *names_) {
+            if (auto property = cls.GetPropertyDecl(name, TCIMContext())) {
+                selected.push_back(std::move(property));
+            }
+        }
+    }
+    if (order_ == Order::kByName) {
+        std::sort(selected.begin(), selected.end(), IsNameBefore);
+    }
+    return selected;
+}
+
+} // namespace cimhttp

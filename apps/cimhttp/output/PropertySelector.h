@@ -1,0 +1,33 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "output/InstanceProperties.h"
+
+namespace cimhttp {
+
+/// Which properties are shown of instances that may be of several classes.
+class PropertySelector {
+  public:
+    enum class Order { kGiven, kByName }; ///< given: by the names, or keys first
+
+    /// Those with these names, or all of each instance's own class.
+    PropertySelector(std::optional<std::vector<std::string>> names, Order order)
+        : names_(std::move(names)), order_(order) {}
+
+    /// The declarations of the instance's own class, as far as it has them. Valid until the next call.
+    const Properties& PropertiesFor(const NQORVYX20::ICIMInstance& instance);
+
+  private:
+    Properties Selected(const NQORVYX20::ICIMClass& cls) const;
+
+    std::optional<std::vector<std::string>> names_;
+    Order order_;
+    boost::shared_ptr<NQORVYX20::ICIMClass>
+        last_class_; // whose properties are held, since most instances have one class
+    Properties properties_;
+};
+
+} // namespace cimhttp

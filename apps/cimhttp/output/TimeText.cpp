@@ -1,0 +1,28 @@
+#include "output/TimeText.h"
+
+#include <ctime>
+
+namespace cimhttp {
+
+namespace {
+
+constexpr std::size_t kMinutesFromEnd = 2; // of the zone, `+0100`
+
+std::string Formatted(const char* format) {
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    ::localtime_r(&now, &local);
+    char text[64];
+    return {text, std::strftime(text, sizeof text, format, &local)};
+}
+
+} // namespace
+
+std::string TimeOfDay() { return Formatted("%H:%M:%S"); }
+
+std::string TimeWithZone() {
+    std::string text = Formatted("%Y-%m-%dT%H:%M:%S%z");
+    return text.insert(text.size() - kMinutesFromEnd, 1, ':');
+}
+
+} // namespace cimhttp

@@ -1,0 +1,34 @@
+#include "text/NameList.h"
+
+#include <algorithm>
+
+#include "text/Pattern.h"
+
+namespace cimhttp {
+
+std::vector<std::string> DistinctNames(const std::vector<std::string>& names) {
+    std::vector<std::string> distinct;
+    for (const std::string& name : names) {
+        const bool is_known = std::any_of(distinct.begin(), distinct.end(),
+                                          [&](const std::string& other) { return IsSameName(name, other); });
+        if (!is_known) {
+            distinct.push_back(name);
+        }
+    }
+    return distinct;
+}
+
+std::vector<std::string> NamesIn(const std::vector<std::string>& texts) {
+    std::vector<std::string> names;
+    for (const std::string& text : texts) {
+        std::size_t begin = 0;
+        for (std::size_t comma = text.find(','); comma != std::string::npos; comma = text.find(',', begin)) {
+            names.push_back(text.substr(begin, comma - begin));
+            begin = comma + 1;
+        }
+        names.push_back(text.substr(begin));
+    }
+    return DistinctNames(names);
+}
+
+} // namespace cimhttp

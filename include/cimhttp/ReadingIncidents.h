@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace NQORVYX20 {
+
+/// One thing that a server sent and that could not be taken over.
+struct ReadingIncident {
+    enum class Cause {
+        kUndeclaredProperty, ///< the class does not declare the property
+        kOtherType,          ///< the value has another type than the class declares
+        kBadValue,           ///< the host has no such value, such as a date-time that there is not
+        kBadName,            ///< the host cannot keep an element of this name
+        kDoubledPath,        ///< an instance before has the same path
+        kNoDefinition        ///< the server did not give the class's definition; the instance is kept as it was sent
+    };
+
+    Cause cause;
+    std::string className;
+    std::string path;     ///< of the instance; empty where a class is at fault
+    std::string property; ///< empty where the whole object is at fault
+    std::string reason;   ///< a sentence for people
+};
+
+/// The incidents of a namespace's readings: the number of each cause, and the first ones in full, so that a server that
+/// causes millions does not cost the memory.
+class ReadingIncidents {
+  public:
+    static constexpr std::size_t kMaxKept = 1000;
+
+    void Add(ReadingIncident incident) {
+        ++fCounts[incident.cause];
+        ++fTotal;
+        if (fFirst.size() < kMaxKept) {
+            fFirst.push_back(std::move(incident));
+        }
+    }
+
+    bool IsEmpty() const { return fTotal == 0; }
+    std::size_t Total() const { return fTotal; }
+
+    /// How many there were of each cause that there was.
+    const std::map<ReadingIncident::Cause, std::size_t>& Counts() const { return fCounts; }
+
+    /// In the order in which they came, not more than kMaxKept.
+    const std::vector<ReadingIncident>& First() const { return fFirst; }
+
+  private:
+    std::map<ReadingIncident::Cause, std::size_t> fCounts;
+    std::size_t fTotal = 0;
+    std::vector<ReadingIncident> fFirst;
+};
+
+} // namespace NQORVYX20

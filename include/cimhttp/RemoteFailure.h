@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+
+namespace NQORVYX20 {
+
+/// Why a server could not be read. Plain data, which outlives the namespace.
+struct RemoteFailure {
+    enum class Kind {
+        kNameUnknown,  ///< no address is known for the host's name
+        kRefused,      ///< nothing listens there, or the way to it is closed
+        kNotConnected, ///< the namespace was never connected
+        kTls,          ///< the TLS handshake failed, or the server speaks TLS where it is not expected
+        kClosed,       ///< the server closed the connection without an answer
+        kTimeOut,      ///< the server did not answer in time
+        kLogin,        ///< HTTP 401 or 403: the server does not let the user in
+        kHttp,         ///< another HTTP status than 200
+        kNotCim,       ///< the answer is not HTTP, breaks off, or is not the HTTP of a CIM operation
+        kMalformed,    ///< the answer is not good CIM-XML, or answers something else
+        kLimit,        ///< the answer is larger than what is taken
+        kCimStatus,    ///< the server reports an error of CIM
+        kOther
+    };
+
+    Kind kind = Kind::kOther;
+    unsigned cimStatus = 0;  ///< with kCimStatus, the number of DSP0200
+    unsigned httpStatus = 0; ///< with kLogin and kHttp
+    std::string text;        ///< what the client library says, for people
+};
+
+} // namespace NQORVYX20

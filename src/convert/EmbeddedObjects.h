@@ -1,0 +1,14 @@
+#pragma once
+
+#include <Pegasus/Client/CIMClient.h>
+
+#include "cimhttp/EmbeddedObject.h"
+
+namespace NQORVYX20 {
+
+/// An embedded instance or class with its values and its MOF. The object must be initialised. Throws as HostValue()
+/// does.
+EmbeddedObject ToEmbeddedObject(const Pegasus::CIMInstance& instance);
+EmbeddedObject ToEmbeddedObject(const Pegasus::CIMObject& object);
+
+} // namespace NQORVYX20

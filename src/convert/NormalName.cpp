@@ -1,0 +1,64 @@
+#include "convert/NormalName.h"
+
+#include <array>
+#include <cctype>
+#include <cstddef>
+
+#include "convert/CoreLog.h"
+#include "convert/StatusCodes.h"
+#include "host/TVYXException.h"
+
+namespace NQORVYX20 {
+
+namespace {
+
+constexpr char kIllegal = '\0';
+
+constexpr bool IsDigit(char letter) { return letter >= '0' && letter <= '9'; }
+
+constexpr char NormalizeAscii(char letter) {
+    if (letter >= 'A' && letter <= 'Z') {
+        return static_cast<char>(letter - 'A' + 'a');
+    }
+    const bool isLegal = (letter >= 'a' && letter <= 'z') || IsDigit(letter) || letter == '_';
+    return isLegal ? letter : kIllegal;
+}
+
+constexpr std::size_t kAsciiEnd = 0x80;
+
+constexpr std::array<char, kAsciiEnd> MakeAsciiTable() {
+    std::array<char, kAsciiEnd> table{};
+    for (std::size_t code = 0; code < kAsciiEnd; ++code) {
+        table[code] = NormalizeAscii(static_cast<char>(code));
+    }
+    return table;
+}
+
+/// A letter or underscore in lower case, a digit, or kIllegal. Names are normalised so often that the locale is asked
+/// about other characters than ASCII only.
+char NormalizeLetter(char letter) {
+    static constexpr auto kAscii = MakeAsciiTable();
+    const auto code = static_cast<unsigned char>(letter);
+    if (code < kAsciiEnd) {
+        return kAscii[code];
+    }
+    return std::isalpha(code) != 0 ? static_cast<char>(std::tolower(code)) : kIllegal;
+}
+
+} // namespace
+
+std::string NormalizeName(const std::string& name) {
+    std::string normalized(name);
+    bool isLegal = name.empty() || !IsDigit(name.front());
+    for (char& letter : normalized) {
+        letter = NormalizeLetter(letter);
+        isLegal = isLegal && letter != kIllegal;
+    }
+    if (!isLegal) {
+        LogError("CimHTTP: CIM name '" + name + "' is invalid");
+        throw TVYXException(kInvalidName);
+    }
+    return normalized;
+}
+
+} // namespace NQORVYX20

@@ -1,0 +1,145 @@
+#include "display/DisplayUnits.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <string_view>
+
+#include "host/TCIMDateTime.h"
+
+namespace NQORVYX20 {
+
+namespace {
+
+struct TPrefix {
+    std::string_view longText;
+    std::string_view shortText;
+};
+constexpr std::array<TPrefix, 9> kPrefixes{{{"Peta", "P"},
+                                            {"Tera", "T"},
+                                            {"Giga", "G"},
+                                            {"Mega", "M"},
+                                            {"Kilo", "K"},
+                                            {"", ""},
+                                            {"Milli", "m"},
+                                            {"Micro", "u"},
+                                            {"Nano", "n"}}};
+constexpr std::size_t kTera = 1;
+constexpr std::size_t kKilo = 4;
+constexpr std::size_t kNone = 5;
+
+constexpr std::string_view kSeconds = "Seconds";
+constexpr std::string_view kBytes = "Bytes";
+constexpr std::string_view kBits = "Bits";
+constexpr std::string_view kBytesPerSecond = "Bytes per Second";
+constexpr std::string_view kBitsPerSecond = "Bits per Second";
+
+constexpr std::uint64_t kMaxIntervalDays = 99999999; // the days of an interval have eight digits (DSP0004 5.2.4)
+
+bool StartsWith(std::string_view text, std::string_view start) { return text.substr(0, start.size()) == start; }
+
+std::size_t FindPrefix(const std::string& units) {
+    for (std::size_t i = 0; i < kPrefixes.size(); ++i) {
+        if (i != kNone && StartsWith(units, kPrefixes.at(i).longText)) {
+            return i;
+        }
+    }
+    return kNone;
+}
+
+/// The prefix to stop at; index 0 ends every scaling.
+std::size_t FindTarget(const std::string& fixedPrefix) {
+    for (std::size_t i = kTera; i <= kKilo; ++i) {
+        if (fixedPrefix == kPrefixes.at(i).longText) {
+            return i;
+        }
+    }
+    return 0;
+}
+
+std::uint64_t TicksPerSecond(std::size_t prefix) {
+    std::uint64_t ticks = 1;
+    for (; prefix > kNone; --prefix) {
+        ticks *= 1000;
+    }
+    return ticks;
+}
+
+/// One decimal, and that only when it is not zero.
+std::string NumberText(float number) {
+    constexpr std::string_view kNoDecimal = ".0";
+    std::array<char, 32> buffer; // 2^64 has 20 digits
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), static_cast<double>(number),
+                                   std::chars_format::fixed, 1)
+                         .ptr;
+    std::string text(buffer.data(), end);
+    if (text.compare(text.size() - kNoDecimal.size(), kNoDecimal.size(), kNoDecimal) == 0) {
+        text.resize(text.size() - kNoDecimal.size());
+    }
+    return text;
+}
+
+char ToLower(char letter) { return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter; }
+
+} // namespace
+
+DisplayUnits::DisplayUnits(const std::string& units)
+    : fPrefix(FindPrefix(units)), fBase(units.substr(kPrefixes.at(fPrefix).longText.size())) {}
+
+bool DisplayUnits::IsTime() const { return fBase == kSeconds; }
+
+bool DisplayUnits::IsData() const {
+    return fBase == kBytes || fBase == kBits || fBase == kBytesPerSecond || fBase == kBitsPerSecond;
+}
+
+std::optional<std::string> DisplayUnits::TimeText(std::uint64_t number) const {
+    TCIMDateTime interval;
+    if (fPrefix >= kNone) {
+        const std::uint64_t ticks = TicksPerSecond(fPrefix);
+        const std::uint64_t seconds = number / ticks;
+        const std::uint64_t days = seconds / 86400;
+        if (days > kMaxIntervalDays) {
+            return std::nullopt;
+        }
+        interval.Set(static_cast<unsigned int>(days), static_cast<unsigned short>(seconds / 3600 % 24),
+                     static_cast<unsigned short>(seconds / 60 % 60), static_cast<unsigned short>(seconds % 60),
+                     static_cast<unsigned int>(number % ticks * 1000000 / ticks));
+    }
+    return interval.ToUIString();
+}
+
+std::string DisplayUnits::DataText(std::uint64_t number, const std::string& fixedPrefix, bool isAbbreviated) const {
+    const std::size_t target = FindTarget(fixedPrefix);
+    const float divisor = Divisor();
+    auto scaled = static_cast<float>(number);
+    std::size_t prefix = fPrefix;
+    while (prefix > target && (target != 0 || scaled >= divisor)) {
+        scaled /= divisor;
+        --prefix;
+    }
+    return NumberText(scaled) + ' ' + (isAbbreviated ? ShortUnit(prefix) : LongUnit(prefix));
+}
+
+float DisplayUnits::Divisor() const { return fBase == kBitsPerSecond ? 1000.0F : 1024.0F; }
+
+std::string DisplayUnits::LongUnit(std::size_t prefix) const {
+    std::string unit = std::string(kPrefixes.at(prefix).longText) + fBase;
+    std::transform(unit.begin() + 1, unit.end(), unit.begin() + 1, ToLower);
+    return unit;
+}
+
+std::string DisplayUnits::ShortUnit(std::size_t prefix) const {
+    std::string unit(kPrefixes.at(prefix).shortText);
+    if (fBase == kBytes) {
+        unit += 'B';
+    } else if (fBase == kBytesPerSecond) {
+        unit += "B/s";
+    } else if (fBase == kBitsPerSecond) {
+        unit += "bps";
+    } else {
+        unit += fBase; // bits have no short form: one letter, B or b, is all that would tell them from bytes
+    }
+    return unit;
+}
+
+} // namespace NQORVYX20

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "cimhttp/EmbeddedObject.h"
+#include "host/TCIMReference.h"
+#include "model/TCimHTTPInstance.h"
+
+namespace NQORVYX20 {
+
+/// An instance under the path that the server gives it.
+class TFaithfulInstance : public TCimHTTPInstance {
+  public:
+    TFaithfulInstance(boost::shared_ptr<ICIMClass> cls, TCIMReference path);
+
+    using TCimHTTPInstance::operator=;
+
+    /// The server's path: class, keys, and host and namespace as far as it names them.
+    TCIMReference GetReference(TCIMContext context) const override;
+
+    /// The embedded objects that are a property's value, by the name's normal form.
+    void KeepEmbedded(const std::string& key, std::vector<EmbeddedObject> objects);
+
+    /// None for a property with another value.
+    const std::vector<EmbeddedObject>& Embedded(const std::string& key) const;
+
+  private:
+    TCIMReference fPath;
+    std::map<std::string, std::vector<EmbeddedObject>> fEmbedded;
+};
+
+} // namespace NQORVYX20

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <boost/weak_ptr.hpp>
+
+#include <set>
+#include <string>
+
+#include "model/Reading.h"
+
+namespace Pegasus {
+class CIMClass;
+class CIMInstance;
+class CIMMethod;
+class CIMProperty;
+} // namespace Pegasus
+
+namespace NQORVYX20 {
+
+class RemoteNames;
+class StreamedText;
+class TCimHTTPNamespace;
+
+/// The reading that hosts know from the beginning: every class hangs under the root class, every instance is one of the
+/// class that was asked for, null becomes the empty value of its type, instances are fetched once, and what cannot be
+/// read is a line in the log. Its requests and texts do not change.
+class CompatibleReading : public Reading {
+  public:
+    explicit CompatibleReading(boost::shared_ptr<TCimHTTPNamespace> nameSpace);
+
+    /// Nothing.
+    boost::shared_ptr<ICIMClass> WithoutConnection() override { return {}; }
+
+    /// Empty when the class could not be had; the log says why.
+    boost::shared_ptr<ICIMClass> FetchClass(const std::string& name, const std::string& key,
+                                            TCIMContext context) override;
+
+    /// A failure is a line in the log and a TVYXException, 15 for what the server does not have, otherwise 42; within
+    /// FetchClass, which reports it itself, what the client library throws.
+    boost::shared_ptr<ICIMClass> AllocateClass(const std::string& name,
+                                               boost::shared_ptr<TCimHTTPClass> superClass) override;
+
+    /// Throws what the client library throws.
+    void Define(TCimHTTPClass& cls) override;
+
+    /// Is never asked: every class knows its superclass.
+    boost::shared_ptr<ICIMClass> FetchSuperClass(TCimHTTPClass& cls) override;
+
+    /// Leaves the list as it is.
+    void CompleteSubClasses(TCimHTTPClass& cls, bool deep) override;
+    void EnumerateInstances(TCimHTTPClass& cls, const TInstanceCallback& callback, bool deep,
+                            TCIMContext context) override;
+
+    /// The instance that the class has filed, or an empty pointer.
+    boost::shared_ptr<ICIMInstance> GetInstance(const TCIMReference& reference, TCIMContext context) override;
+
+  private:
+    boost::shared_ptr<TCimHTTPNamespace> LockNamespace() const;
+
+    void BuildClass(const Pegasus::CIMClass& names, TCIMContext context);
+    void AddProperty(TCimHTTPClass& cls, Pegasus::CIMProperty& remote) const;
+    void AddMethod(TCimHTTPClass& cls, Pegasus::CIMMethod& remote) const;
+
+    void FetchInstances(TCimHTTPClass& cls, bool deep);
+    void AddInstance(TCimHTTPClass& cls, const Pegasus::CIMInstance& remote, RemoteNames& names, StreamedText& texts);
+
+    boost::weak_ptr<TCimHTTPNamespace> fNamespace;
+    std::set<std::string> fLookups; // the classes being fetched, each with its superclasses
+};
+
+} // namespace NQORVYX20

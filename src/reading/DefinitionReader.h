@@ -1,0 +1,29 @@
+#pragma once
+
+#include <Pegasus/Client/CIMClient.h>
+
+#include <boost/shared_ptr.hpp>
+
+#include <string>
+
+#include "host/ICIMNamedElement.h"
+#include "reading/QualifierDeclarations.h"
+
+namespace NQORVYX20 {
+
+class ReadingReport;
+class TCimHTTPClass;
+class TCimHTTPNamespace;
+
+/// Fills the classes of a faithful namespace from the server's definitions: with all qualifiers, also those of methods
+/// and parameters. What the host cannot keep is an incident, and the rest of the class is there.
+class DefinitionReader {
+  public:
+    /// Throws what the client library throws when the server cannot be asked for a qualifier declaration.
+    void Fill(TCimHTTPNamespace& nameSpace, TCimHTTPClass& cls, Pegasus::CIMClass& definition);
+
+  private:
+    QualifierDeclarations fDeclarations;
+};
+
+} // namespace NQORVYX20

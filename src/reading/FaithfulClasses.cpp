@@ -1,0 +1,229 @@
+#include "reading/FaithfulClasses.h"
+
+#include <boost/make_shared.hpp>
+
+#include <algorithm>
+
+#include "convert/CoreLog.h"
+#include "convert/NormalName.h"
+#include "convert/RemoteText.h"
+#include "host/TVYXException.h"
+#include "model/TCimHTTPClass.h"
+#include "provider/TCimHTTPNamespace.h"
+#include "reading/ReadingReport.h"
+#include "reading/RemoteRequest.h"
+#include "reading/RemoteServer.h"
+
+namespace NQORVYX20 {
+
+namespace {
+
+using Cause = ReadingIncident::Cause;
+
+// A hierarchy with more levels is a server's mistake or malice; walking through it must come to an end.
+constexpr std::size_t kMaxHierarchyDepth = 256;
+
+std::string NameOf(const TCimHTTPClass& cls) { return cls.GetName(TCIMContext()); }
+
+std::string NameText(const Pegasus::CIMName& name) { return name.isNull() ? std::string() : ToStdString(name); }
+
+bool IsNamed(const Pegasus::CIMClass& definition, const std::string& name) {
+    return definition.getClassName().equal(Pegasus::CIMName(name.c_str()));
+}
+
+std::string OtherClassText(const Pegasus::CIMClass& definition) {
+    return "the server answers with the class " + NameText(definition.getClassName());
+}
+
+std::size_t CountAncestors(const TCimHTTPClass& cls) {
+    std::size_t count = 0;
+    for (auto ancestor = cls.KnownSuperClass(); ancestor; ancestor = ancestor->KnownSuperClass()) {
+        ++count;
+    }
+    return count;
+}
+
+bool IsAmongAncestors(const TCimHTTPClass& cls, boost::shared_ptr<TCimHTTPClass> descendant) {
+    while (descendant && descendant.get() != &cls) {
+        descendant = descendant->KnownSuperClass();
+    }
+    return descendant != nullptr;
+}
+
+} // namespace
+
+FaithfulClasses::FaithfulClasses(boost::shared_ptr<TCimHTTPNamespace> nameSpace) : fNamespace(nameSpace) {}
+
+boost::shared_ptr<TCimHTTPNamespace> FaithfulClasses::LockNamespace() const {
+    return boost::shared_ptr<TCimHTTPNamespace>(fNamespace);
+}
+
+// --- Definitions -------------------------------------------------------------------------------------------------
+
+FaithfulClasses::TClassPointer FaithfulClasses::Fetch(const std::string& name, TCIMContext context) {
+    const auto nameSpace = LockNamespace();
+    const std::string what = "TCimHTTPNamespace::GetClass " + name;
+    try {
+        Pegasus::CIMClass definition = nameSpace->Server().GetWholeClass(name);
+        if (!IsNamed(definition, name)) {
+            FailRemotely(nameSpace->Report(), what, MalformedAnswer(OtherClassText(definition)));
+        }
+        return Build(definition, context);
+    } catch (const Pegasus::Exception& exception) {
+        const RemoteFailure failure = RemoteFailureOf(exception);
+        if (!IsOperationUnsupported(failure)) {
+            FailRemotely(nameSpace->Report(), what, failure);
+        }
+        LogDebug(what + ": " + failure.text);
+        fGivesClasses = false;
+        return fSentClasses.Get(*nameSpace, name);
+    }
+}
+
+FaithfulClasses::TClassPointer FaithfulClasses::Build(Pegasus::CIMClass& definition, TCIMContext context) {
+    const auto nameSpace = LockNamespace();
+    auto cls = boost::make_shared<TCimHTTPClass>(nameSpace, NameText(definition.getClassName()), TClassPointer());
+    Fill(*cls, definition);
+    nameSpace->StampClass(*cls, context);
+    nameSpace->AddClass(cls);
+    return cls;
+}
+
+void FaithfulClasses::Fill(TCimHTTPClass& cls, Pegasus::CIMClass& definition) {
+    const auto nameSpace = LockNamespace();
+    fDefinitions.Fill(*nameSpace, cls, definition);
+    const std::string superClass = NameText(definition.getSuperClassName());
+    if (superClass.empty()) {
+        cls.SetSuperClass(nameSpace->GetRootClass());
+    } else {
+        cls.SetSuperClassName(superClass);
+    }
+}
+
+void FaithfulClasses::Define(TCimHTTPClass& cls) {
+    const auto nameSpace = LockNamespace();
+    nameSpace->Report().BeginOperation();
+    AskRemotely(nameSpace->Report(), "TCimHTTPNamespace::AllocateClass " + NameOf(cls), [&] {
+        Pegasus::CIMClass definition = nameSpace->Server().GetWholeClass(NameOf(cls));
+        Fill(cls, definition);
+    });
+}
+
+// --- The classes of instances ------------------------------------------------------------------------------------
+
+FaithfulClasses::TClassPointer FaithfulClasses::ClassOf(const std::string& name, bool isReported) {
+    const auto nameSpace = LockNamespace();
+    std::string reason;
+    if (auto cls = TryClassOf(name, reason)) {
+        return cls;
+    }
+    if (isReported && fGivesClasses) {
+        nameSpace->Report().AddAndLog(
+            {Cause::kNoDefinition, name, std::string(), std::string(), "its definition cannot be read: " + reason});
+    }
+    return fSentClasses.Get(*nameSpace, name);
+}
+
+/// A class whose definition is there, or empty, with a reason.
+FaithfulClasses::TClassPointer FaithfulClasses::TryClassOf(const std::string& name, std::string& reason) {
+    const auto nameSpace = LockNamespace();
+    reason = "the host cannot keep a class of this name";
+    try {
+        auto known = nameSpace->FindClass(NormalizeName(name));
+        if (known || !fGivesClasses) {
+            return known;
+        }
+        Pegasus::CIMClass definition = nameSpace->Server().GetWholeClass(name);
+        if (IsNamed(definition, name)) {
+            return Build(definition, TCIMContext());
+        }
+        reason = OtherClassText(definition);
+    } catch (const TVYXException&) {
+        // which the name gives rise to
+    } catch (const Pegasus::Exception& exception) {
+        const RemoteFailure failure = RemoteFailureOf(exception);
+        if (IsConnectionAtFault(failure)) {
+            throw;
+        }
+        fGivesClasses = !IsOperationUnsupported(failure);
+        reason = failure.text;
+    }
+    return {};
+}
+
+void FaithfulClasses::DeclareWhatIsSent(TCimHTTPClass& cls, Pegasus::CIMInstance& instance) {
+    if (fSentClasses.Has(cls)) {
+        fSentClasses.Declare(*LockNamespace(), cls, instance);
+    }
+}
+
+// --- The hierarchy -----------------------------------------------------------------------------------------------
+
+FaithfulClasses::TClassPointer FaithfulClasses::FetchSuperClass(TCimHTTPClass& cls) {
+    auto superClass =
+        boost::dynamic_pointer_cast<TCimHTTPClass>(LockNamespace()->GetClass(cls.GetSuperClassName(), TCIMContext()));
+    Link(cls.shared_from_this(), superClass);
+    return superClass;
+}
+
+void FaithfulClasses::Link(const TClassPointer& cls, const TClassPointer& superClass) {
+    const std::size_t height = fHeights[NameOf(*cls)] + 1;
+    if (IsAmongAncestors(*cls, superClass) || height + CountAncestors(*superClass) > kMaxHierarchyDepth) {
+        FailRemotely(LockNamespace()->Report(), "TCimHTTPClass::GetSuperClass " + NameOf(*cls),
+                     MalformedAnswer("the server's class hierarchy has a cycle or is too deep"));
+    }
+    std::size_t& reached = fHeights[NameOf(*superClass)];
+    reached = std::max(reached, height);
+    cls->SetSuperClass(superClass);
+    superClass->AddChildClass(cls);
+}
+
+void FaithfulClasses::CompleteSubClasses(TCimHTTPClass& cls, bool deep) {
+    if (fWithAllSubClasses.count(NameOf(cls)) != 0) {
+        return;
+    }
+    const auto nameSpace = LockNamespace();
+    nameSpace->Report().BeginOperation();
+    const bool isRoot = &cls == nameSpace->GetRootClass().get();
+    const auto classes = AskRemotely(nameSpace->Report(), "TCimHTTPClass::EnumerateSubClasses " + NameOf(cls), [&] {
+        auto definitions = nameSpace->Server().EnumerateWholeClasses(isRoot ? std::string() : NameOf(cls), deep);
+        return BuildAll(definitions);
+    });
+    for (const auto& subClass : classes) {
+        LinkToKnown(subClass);
+    }
+    fWithAllSubClasses.insert(NameOf(cls));
+    if (deep) {
+        for (const auto& subClass : classes) {
+            fWithAllSubClasses.insert(NameOf(*subClass));
+        }
+    }
+}
+
+/// The classes of these definitions; those that are there already as they are.
+std::vector<FaithfulClasses::TClassPointer> FaithfulClasses::BuildAll(Pegasus::Array<Pegasus::CIMClass>& definitions) {
+    const auto nameSpace = LockNamespace();
+    std::vector<TClassPointer> classes;
+    for (Pegasus::Uint32 i = 0; i < definitions.size(); ++i) {
+        const std::string name = NameText(definitions[i].getClassName());
+        try {
+            const auto known = nameSpace->FindClass(NormalizeName(name));
+            classes.push_back(known ? known : Build(definitions[i], TCIMContext()));
+        } catch (const TVYXException&) {
+            nameSpace->Report().AddAndLog(
+                {Cause::kBadName, name, std::string(), std::string(), "the host cannot keep a class of this name"});
+        }
+    }
+    return classes;
+}
+
+void FaithfulClasses::LinkToKnown(const TClassPointer& cls) {
+    const auto nameSpace = LockNamespace();
+    const std::string& name = cls->GetSuperClassName();
+    const auto superClass = name.empty() ? nameSpace->GetRootClass() : nameSpace->FindClass(NormalizeName(name));
+    if (superClass) {
+        Link(cls, superClass);
+    }
+}
+
+} // namespace NQORVYX20

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <Pegasus/Client/CIMClient.h>
+
+#include <boost/weak_ptr.hpp>
+
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "host/TCIMContext.h"
+#include "reading/DefinitionReader.h"
+#include "reading/SentClasses.h"
+
+namespace NQORVYX20 {
+
+class TCimHTTPClass;
+class TCimHTTPNamespace;
+
+/// The classes of a faithful namespace: fetched once, each under its superclass. Operations throw as FaithfulReading
+/// says, unless something else is said.
+class FaithfulClasses {
+  public:
+    using TClassPointer = boost::shared_ptr<TCimHTTPClass>;
+
+    explicit FaithfulClasses(boost::shared_ptr<TCimHTTPNamespace> nameSpace);
+
+    /// A class that the namespace does not hold yet. Of a server that does not know the operation, a class that
+    /// declares what its instances turn out to have.
+    TClassPointer Fetch(const std::string& name, TCIMContext context);
+
+    /// Fills a class that was allocated.
+    void Define(TCimHTTPClass& cls);
+
+    /// The class of an instance that the server has sent, or the one in a path. One whose definition cannot be had
+    /// declares what its instances turn out to have; with `isReported` that is an incident. Throws what the client
+    /// library throws when the server cannot be asked at all.
+    TClassPointer ClassOf(const std::string& name, bool isReported);
+
+    /// Lets a class without a definition declare what an instance of it has.
+    void DeclareWhatIsSent(TCimHTTPClass& cls, Pegasus::CIMInstance& instance);
+
+    /// The superclass of a class that knows it by name only. Links the two.
+    TClassPointer FetchSuperClass(TCimHTTPClass& cls);
+
+    /// Fetches and links the subclasses of a class, with `deep` all classes below, at the first call.
+    void CompleteSubClasses(TCimHTTPClass& cls, bool deep);
+
+    void Clear() { fSentClasses.Clear(); }
+
+  private:
+    boost::shared_ptr<TCimHTTPNamespace> LockNamespace() const;
+
+    TClassPointer Build(Pegasus::CIMClass& definition, TCIMContext context);
+    std::vector<TClassPointer> BuildAll(Pegasus::Array<Pegasus::CIMClass>& definitions);
+    void Fill(TCimHTTPClass& cls, Pegasus::CIMClass& definition);
+    TClassPointer TryClassOf(const std::string& name, std::string& reason);
+    void Link(const TClassPointer& cls, const TClassPointer& superClass);
+    void LinkToKnown(const TClassPointer& cls);
+
+    boost::weak_ptr<TCimHTTPNamespace> fNamespace;
+    DefinitionReader fDefinitions;
+    SentClasses fSentClasses;
+    bool fGivesClasses = true;                   // false when the server does not know the operation
+    std::set<std::string> fWithAllSubClasses;    // the classes whose direct subclasses are linked
+    std::map<std::string, std::size_t> fHeights; // how many classes are linked below, one under the other
+};
+
+} // namespace NQORVYX20

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <boost/weak_ptr.hpp>
+
+#include <string>
+
+#include "model/Reading.h"
+#include "reading/FaithfulClasses.h"
+#include "reading/LastReadings.h"
+
+namespace NQORVYX20 {
+
+class InstanceReader;
+class TFaithfulInstance;
+class TCimHTTPNamespace;
+
+/// The reading that loses nothing: null is null, an instance is one of its own class under the server's path, classes
+/// hang under their superclasses, each enumeration asks the server, a failure is an exception, and what could not be
+/// taken from an answer is an incident. Definitions are fetched once.
+///
+/// Every operation that asks the server throws TVYXException, after a line in the log and with the namespace's
+/// LastFailure set: 15 for what the server does not have, 42 for every other failure.
+class FaithfulReading : public Reading {
+  public:
+    explicit FaithfulReading(boost::shared_ptr<TCimHTTPNamespace> nameSpace);
+
+    /// Throws.
+    boost::shared_ptr<ICIMClass> WithoutConnection() override;
+
+    /// One request, and one for all qualifier declarations at the first class.
+    boost::shared_ptr<ICIMClass> FetchClass(const std::string& name, const std::string& key,
+                                            TCIMContext context) override;
+    boost::shared_ptr<ICIMClass> AllocateClass(const std::string& name,
+                                               boost::shared_ptr<TCimHTTPClass> superClass) override;
+    void Define(TCimHTTPClass& cls) override;
+    boost::shared_ptr<ICIMClass> FetchSuperClass(TCimHTTPClass& cls) override;
+
+    /// Fetches the definitions of all subclasses, with `deep` of all classes below, with one request at the first call.
+    void CompleteSubClasses(TCimHTTPClass& cls, bool deep) override;
+
+    /// One request, and one for each class that is met for the first time. The callback is called when all is read.
+    void EnumerateInstances(TCimHTTPClass& cls, const TInstanceCallback& callback, bool deep,
+                            TCIMContext context) override;
+
+    /// Answers from the last enumeration that had the instance; asks the server otherwise.
+    boost::shared_ptr<ICIMInstance> GetInstance(const TCIMReference& reference, TCIMContext context) override;
+    void End() override;
+
+  private:
+    using TClassPointer = FaithfulClasses::TClassPointer;
+    using TInstances = LastReadings::TInstances;
+
+    boost::shared_ptr<TCimHTTPNamespace> LockNamespace() const;
+
+    TInstances ReadInstances(TCimHTTPClass& cls, bool deep, const Pegasus::CIMPropertyList& properties);
+    void Keep(Pegasus::CIMInstance& remote, const TClassPointer& cls, InstanceReader& reader, TInstances& instances);
+    boost::shared_ptr<TFaithfulInstance> MakeInstance(Pegasus::CIMInstance& remote, const Pegasus::CIMObjectPath& path,
+                                                      const TClassPointer& cls, InstanceReader& reader,
+                                                      std::string& key);
+    TClassPointer ClassOfPath(const TCIMReference& reference);
+
+    boost::weak_ptr<TCimHTTPNamespace> fNamespace;
+    FaithfulClasses fClasses;
+    LastReadings fReadings;
+};
+
+} // namespace NQORVYX20

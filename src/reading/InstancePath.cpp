@@ -1,0 +1,114 @@
+#include "reading/InstancePath.h"
+
+#include <algorithm>
+
+#include "convert/CoreLog.h"
+#include "convert/HostValues.h"
+#include "convert/RemoteText.h"
+#include "convert/StatusCodes.h"
+#include "host/ICIMClass.h"
+#include "host/ICIMPropertyDecl.h"
+#include "host/TVYXException.h"
+
+namespace NQORVYX20 {
+
+namespace {
+
+using ECIMType = TCIMValue::TCIMType::ECIMType;
+
+constexpr unsigned char kDecimal = 10;
+
+/// What separates the parts of a key; no part has one.
+constexpr char kSeparator = '\0';
+
+/// Names and host names are the same in any letter case; beyond ASCII they are compared as they are.
+std::string LowerCase(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(), [](char letter) {
+        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+    });
+    return text;
+}
+
+/// The type that a class declares for a key; unknown for one that it does not have.
+TCIMValue::TCIMType DeclaredType(const ICIMClass& cls, const std::string& name) {
+    try {
+        const auto declaration = name.empty() ? nullptr : cls.GetPropertyDecl(name, TCIMContext());
+        return declaration ? declaration->GetType(TCIMContext()) : TCIMValue::TCIMType(ECIMType::eCIMUnknown);
+    } catch (const TVYXException&) {
+        return ECIMType::eCIMUnknown; // a name that the host cannot keep
+    }
+}
+
+bool IsIn(const Pegasus::CIMObjectPath& path, const Pegasus::CIMNamespaceName& read) {
+    return path.getNameSpace().isNull() || path.getNameSpace().equal(read);
+}
+
+/// The kind that a key of a declared type has in a path.
+Pegasus::CIMKeyBinding::Type KindOf(TCIMValue::TCIMType type, Pegasus::CIMKeyBinding::Type otherwise) {
+    switch (type) {
+    case ECIMType::eCIMUnknown:
+        return otherwise;
+    case ECIMType::eCIMBoolean:
+        return Pegasus::CIMKeyBinding::BOOLEAN;
+    case ECIMType::eCIMReference:
+        return Pegasus::CIMKeyBinding::REFERENCE;
+    case ECIMType::eCIMString:
+    case ECIMType::eCIMDateTime:
+    case ECIMType::eCIMChar16:
+        return Pegasus::CIMKeyBinding::STRING;
+    default:
+        return type >= ECIMType::eCIMArrayUnknown ? otherwise : Pegasus::CIMKeyBinding::NUMERIC;
+    }
+}
+
+Pegasus::CIMObjectPath ParsedPath(const TCIMReference& reference) {
+    const std::string text = reference.GetPath();
+    try {
+        return {text.c_str()};
+    } catch (const Pegasus::Exception& failure) {
+        LogError("TCimHTTPNamespace::GetInstance " + text + ": " + ToStdString(failure.getMessage()));
+        throw TVYXException(kTypeMismatch);
+    }
+}
+
+} // namespace
+
+InstancePath PathOf(const Pegasus::CIMObjectPath& path, const ICIMClass& cls, const Pegasus::CIMNamespaceName& read) {
+    InstancePath result{TCIMReference(cls.GetNamespace(TCIMContext()), TCIMContext()), std::string()};
+    if (!IsIn(path, read)) {
+        const std::string name = ToStdString(path.getNameSpace().getString());
+        result.reference.SetHost(ToStdString(path.getHost()));
+        result.reference.SetNamespaceName(name);
+        result.key = LowerCase(name) + ':';
+    }
+    const std::string className = ToStdString(path.getClassName());
+    result.reference.SetClassName(className);
+    result.key += LowerCase(className);
+    const auto& keys = path.getKeyBindings();
+    for (Pegasus::Uint32 i = 0; i < keys.size(); ++i) {
+        const std::string name = ToStdString(keys[i].getName());
+        const TCIMValue value = HostKeyValue(keys[i], DeclaredType(cls, name));
+        result.reference.AddKeyValue(name, value);
+        result.key += kSeparator + LowerCase(name) + kSeparator + value.ToString(kDecimal);
+    }
+    return result;
+}
+
+Pegasus::CIMObjectPath RemotePathOf(const TCIMReference& reference, const ICIMClass& cls,
+                                    const Pegasus::CIMNamespaceName& read) {
+    const Pegasus::CIMObjectPath path = ParsedPath(reference);
+    if (!IsIn(path, read)) {
+        LogError("TCimHTTPNamespace::GetInstance " + reference.GetPath() + ": the path is in another namespace than " +
+                 ToStdString(read.getString()));
+        throw TVYXException(kNotFound);
+    }
+    Pegasus::Array<Pegasus::CIMKeyBinding> keys;
+    const auto& given = path.getKeyBindings();
+    for (Pegasus::Uint32 i = 0; i < given.size(); ++i) {
+        const auto type = DeclaredType(cls, ToStdString(given[i].getName()));
+        keys.append(Pegasus::CIMKeyBinding(given[i].getName(), given[i].getValue(), KindOf(type, given[i].getType())));
+    }
+    return {Pegasus::String(), Pegasus::CIMNamespaceName(), path.getClassName(), keys};
+}
+
+} // namespace NQORVYX20

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <Pegasus/Client/CIMClient.h>
+
+#include <string>
+
+#include "host/TCIMReference.h"
+#include "host/TCIMValue.h"
+
+namespace NQORVYX20 {
+
+class ICIMClass;
+
+/// A server's path of an instance.
+struct InstancePath {
+    /// The path for the host. Its keys have the types that the class declares.
+    TCIMReference reference;
+
+    /// The same for equal paths only, whatever the letter case of the names in them and the way their numbers are
+    /// written.
+    std::string key;
+};
+
+/// The path of an instance of a class. A path in the namespace that is read does not name it.
+InstancePath PathOf(const Pegasus::CIMObjectPath& path, const ICIMClass& cls, const Pegasus::CIMNamespaceName& read);
+
+/// The path to ask a server for: that of the reference, its keys of the kinds that the class declares, without host and
+/// namespace. Throws TVYXException 14 for a reference that is not a path, 15 for one in another namespace than `read`.
+Pegasus::CIMObjectPath RemotePathOf(const TCIMReference& reference, const ICIMClass& cls,
+                                    const Pegasus::CIMNamespaceName& read);
+
+} // namespace NQORVYX20

@@ -1,0 +1,98 @@
+#include "reading/InstanceReader.h"
+
+#include <boost/make_shared.hpp>
+
+#include <sstream>
+#include <utility>
+
+#include "convert/HostValues.h"
+#include "convert/RemoteText.h"
+#include "host/ICIMPropertyDecl.h"
+#include "host/TVYXException.h"
+#include "model/TCimHTTPClass.h"
+#include "model/TFaithfulInstance.h"
+#include "reading/InstancePath.h"
+#include "reading/ReadingReport.h"
+
+namespace NQORVYX20 {
+
+namespace {
+
+using Cause = ReadingIncident::Cause;
+
+/// Why a value cannot be taken over.
+struct TRefusal {
+    Cause cause;
+    std::string reason;
+};
+
+std::string TypesText(const TCIMValue::TCIMType& declared, const TCIMValue::TCIMType& sent) {
+    std::ostringstream text;
+    text << "the class declares " << declared << ", and the value is a " << sent;
+    return text.str();
+}
+
+void CheckType(const ICIMPropertyDecl& declaration, const TCIMValue& value) {
+    const TCIMValue::TCIMType declared = declaration.GetType(TCIMContext());
+    if (declared != value.GetType()) {
+        throw TRefusal{Cause::kOtherType, TypesText(declared, value.GetType())};
+    }
+}
+
+TCIMValue ValueOf(const Pegasus::CIMProperty& property) {
+    try {
+        return HostValue(property.getValue());
+    } catch (const TVYXException&) {
+        throw TRefusal{Cause::kBadValue, "the host has no such value: " + ToStdString(property.getValue().toString())};
+    } catch (const Pegasus::Exception& failure) {
+        throw TRefusal{Cause::kBadValue, ToStdString(failure.getMessage())};
+    }
+}
+
+void CheckName(const InstanceShape::TName& name) {
+    if (name.normalized.empty()) {
+        throw TRefusal{Cause::kBadName, "the host cannot keep a property of this name"};
+    }
+    if (name.isDoubled) {
+        throw TRefusal{Cause::kBadValue, "the instance has the property twice; the first value counts"};
+    }
+}
+
+void SetValue(TFaithfulInstance& instance, const InstanceShape::TName& name, const Pegasus::CIMProperty& property) {
+    CheckName(name);
+    const auto declaration = instance.GetClass(TCIMContext())->GetPropertyDecl(name.normalized, TCIMContext());
+    if (!declaration) {
+        throw TRefusal{Cause::kUndeclaredProperty, "the class does not declare the property"};
+    }
+    if (property.getValue().isNull()) {
+        return; // which a new instance's property is
+    }
+    const TCIMValue value = ValueOf(property);
+    CheckType(*declaration, value);
+    instance.SetPropertyValue(name.normalized, value, TCIMContext());
+    auto embedded = EmbeddedObjectsIn(property.getValue());
+    if (!embedded.empty()) {
+        instance.KeepEmbedded(name.normalized, std::move(embedded));
+    }
+}
+
+} // namespace
+
+boost::shared_ptr<TFaithfulInstance>
+InstanceReader::Read(Pegasus::CIMInstance& remote, const boost::shared_ptr<TCimHTTPClass>& cls, InstancePath path) {
+    auto instance = boost::make_shared<TFaithfulInstance>(cls, std::move(path.reference));
+    fShape.Fit(remote);
+    for (Pegasus::Uint32 i = 0; i < remote.getPropertyCount(); ++i) {
+        const Pegasus::CIMProperty property = remote.getProperty(i);
+        try {
+            SetValue(*instance, fShape.NameAt(i), property);
+        } catch (const TRefusal& refusal) {
+            fReport.AddAndLog({refusal.cause, cls->GetName(TCIMContext()),
+                               instance->GetReference(TCIMContext()).GetPath(), ToStdString(property.getName()),
+                               refusal.reason});
+        }
+    }
+    return instance;
+}
+
+} // namespace NQORVYX20

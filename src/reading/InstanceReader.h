@@ -1,0 +1,33 @@
+#pragma once
+
+#include <Pegasus/Client/CIMClient.h>
+
+#include <boost/shared_ptr.hpp>
+
+#include <string>
+
+#include "reading/InstanceShape.h"
+
+namespace NQORVYX20 {
+
+class ReadingReport;
+class TCimHTTPClass;
+class TFaithfulInstance;
+struct InstancePath;
+
+/// Turns the instances of one answer into those of a faithful namespace. A value that the class does not allow is an
+/// incident, and the other values are there.
+class InstanceReader {
+  public:
+    explicit InstanceReader(ReadingReport& report) : fReport(report) {}
+
+    /// An instance of its class under its path.
+    boost::shared_ptr<TFaithfulInstance> Read(Pegasus::CIMInstance& remote, const boost::shared_ptr<TCimHTTPClass>& cls,
+                                              InstancePath path);
+
+  private:
+    ReadingReport& fReport;
+    InstanceShape fShape;
+};
+
+} // namespace NQORVYX20

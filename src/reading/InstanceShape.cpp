@@ -1,0 +1,46 @@
+#include "reading/InstanceShape.h"
+
+#include <set>
+
+#include "convert/NormalName.h"
+#include "convert/RemoteText.h"
+#include "host/TVYXException.h"
+
+namespace NQORVYX20 {
+
+namespace {
+
+std::string NormalizedOrEmpty(const Pegasus::CIMName& name) {
+    try {
+        return NormalizeName(ToStdString(name));
+    } catch (const TVYXException&) {
+        return {};
+    }
+}
+
+} // namespace
+
+void InstanceShape::Fit(Pegasus::CIMInstance& instance) {
+    const Pegasus::Uint32 count = instance.getPropertyCount();
+    bool isNew = fNames.size() != count;
+    fNames.resize(count);
+    for (Pegasus::Uint32 i = 0; i < count; ++i) {
+        const auto property = instance.getProperty(i);
+        if (!fNames[i].given.equal(property.getName())) {
+            fNames[i] = {property.getName(), NormalizedOrEmpty(property.getName()), false};
+            isNew = true;
+        }
+    }
+    if (isNew) {
+        MarkDoubled();
+    }
+}
+
+void InstanceShape::MarkDoubled() {
+    std::set<std::string> known;
+    for (TName& name : fNames) {
+        name.isDoubled = !name.normalized.empty() && !known.insert(name.normalized).second;
+    }
+}
+
+} // namespace NQORVYX20

@@ -1,0 +1,120 @@
+#include "reading/RemoteFailures.h"
+
+#if __has_include(<Pegasus/Client/FailureMarks.h>)
+#include <Pegasus/Client/FailureMarks.h>
+#define CIMHTTP_HAS_FAILURE_MARKS 1
+#endif
+
+#include "convert/RemoteText.h"
+#include "convert/StatusCodes.h"
+
+namespace NQORVYX20 {
+
+namespace {
+
+using Kind = RemoteFailure::Kind;
+
+constexpr unsigned kUnauthorized = 401;
+constexpr unsigned kForbidden = 403;
+constexpr unsigned kNotImplemented = 501;
+
+template <typename Type>
+bool Is(const Pegasus::Exception& exception) {
+    return dynamic_cast<const Type*>(&exception) != nullptr;
+}
+
+/// What the project's own client library says of an exception beyond its type. Another library says nothing.
+bool MarkedKind(const Pegasus::Exception& exception, Kind& kind) {
+#ifdef CIMHTTP_HAS_FAILURE_MARKS
+    if (Is<Pegasus::ExceedsLimit>(exception)) {
+        kind = Kind::kLimit;
+    } else if (Is<Pegasus::PeerSpeaksTls>(exception)) {
+        kind = Kind::kTls;
+    } else if (Is<Pegasus::ClosedWithoutAnswer>(exception)) {
+        kind = Kind::kClosed;
+    } else {
+        return false;
+    }
+    return true;
+#else
+    (void)exception;
+    (void)kind;
+    return false;
+#endif
+}
+
+Kind KindOf(const Pegasus::Exception& exception) {
+    Kind kind = Kind::kOther;
+    if (MarkedKind(exception, kind)) {
+        return kind;
+    }
+    if (Is<Pegasus::InvalidLocatorException>(exception)) {
+        return Kind::kNameUnknown;
+    }
+    if (Is<Pegasus::CannotConnectException>(exception)) {
+        return Kind::kRefused;
+    }
+    if (Is<Pegasus::NotConnectedException>(exception)) {
+        return Kind::kNotConnected;
+    }
+    if (Is<Pegasus::SSLException>(exception)) {
+        return Kind::kTls;
+    }
+    if (Is<Pegasus::ConnectionTimeoutException>(exception)) {
+        return Kind::kTimeOut;
+    }
+    if (Is<Pegasus::CIMClientMalformedHTTPException>(exception)) {
+        return Kind::kNotCim;
+    }
+    if (Is<Pegasus::CIMClientXmlException>(exception) || Is<Pegasus::CIMClientResponseException>(exception)) {
+        return Kind::kMalformed;
+    }
+    return Kind::kOther;
+}
+
+} // namespace
+
+RemoteFailure RemoteFailureOf(const Pegasus::Exception& exception) {
+    RemoteFailure failure;
+    failure.text = ToStdString(exception.getMessage());
+    if (const auto* const cim = dynamic_cast<const Pegasus::CIMException*>(&exception)) {
+        failure.kind = Kind::kCimStatus;
+        failure.cimStatus = static_cast<unsigned>(cim->getCode());
+    } else if (const auto* const http = dynamic_cast<const Pegasus::CIMClientHTTPErrorException*>(&exception)) {
+        failure.httpStatus = http->getCode();
+        const bool isLogin = failure.httpStatus == kUnauthorized || failure.httpStatus == kForbidden;
+        failure.kind = isLogin ? Kind::kLogin : Kind::kHttp;
+    } else {
+        failure.kind = KindOf(exception);
+    }
+    return failure;
+}
+
+std::uint32_t StatusCodeOf(const RemoteFailure& failure) {
+    const bool isAbsent = failure.kind == Kind::kCimStatus &&
+                          (failure.cimStatus == static_cast<unsigned>(Pegasus::CIM_ERR_NOT_FOUND) ||
+                           failure.cimStatus == static_cast<unsigned>(Pegasus::CIM_ERR_INVALID_CLASS));
+    return isAbsent ? kNotFound : kRemoteConnectionFailed;
+}
+
+bool IsConnectionAtFault(const RemoteFailure& failure) {
+    switch (failure.kind) {
+    case Kind::kHttp:
+    case Kind::kNotCim:
+    case Kind::kMalformed:
+    case Kind::kLimit:
+    case Kind::kCimStatus:
+    case Kind::kOther:
+        return false;
+    default:
+        return true;
+    }
+}
+
+bool IsOperationUnsupported(const RemoteFailure& failure) {
+    return (failure.kind == Kind::kCimStatus &&
+            failure.cimStatus == static_cast<unsigned>(Pegasus::CIM_ERR_NOT_SUPPORTED)) ||
+           (failure.kind == Kind::kHttp && failure.httpStatus == kNotImplemented);
+}
+
+} // namespace NQORVYX20

@@ -1,0 +1,89 @@
+#include "reading/RemoteServer.h"
+
+#include <utility>
+
+namespace NQORVYX20 {
+
+namespace {
+
+constexpr bool kLocalOnly = true;
+constexpr bool kDeep = true;
+constexpr bool kQualifiers = true;
+constexpr bool kClassOrigin = true;
+
+/// The null name for an empty text.
+Pegasus::CIMName NameOrNull(const std::string& name) {
+    return name.empty() ? Pegasus::CIMName() : Pegasus::CIMName(name.c_str());
+}
+
+} // namespace
+
+RemoteServer::RemoteServer(std::unique_ptr<Pegasus::CIMNamespaceName> nameSpace,
+                           std::unique_ptr<Pegasus::CIMClient> client)
+    : fNamespace(std::move(nameSpace)), fClient(std::move(client)) {}
+
+RemoteServer::~RemoteServer() {
+    fNamespace.reset();
+    fClient.reset();
+}
+
+Pegasus::CIMQualifierDecl RemoteServer::GetQualifier(const Pegasus::CIMName& name) {
+    return fClient->getQualifier(*fNamespace, name);
+}
+
+Pegasus::Array<Pegasus::CIMName> RemoteServer::EnumerateClassNames(const Pegasus::CIMNamespaceName& nameSpace,
+                                                                   const Pegasus::CIMName& top) {
+    return fClient->enumerateClassNames(nameSpace, top, kDeep);
+}
+
+Pegasus::CIMClass RemoteServer::GetClassForItsNames(const std::string& name) { return GetClass(name, kClassOrigin); }
+
+Pegasus::CIMClass RemoteServer::GetClassToBuild(const std::string& name) { return GetClass(name, !kClassOrigin); }
+
+Pegasus::CIMClass RemoteServer::GetWholeClass(const std::string& name) { return GetClass(name, kClassOrigin); }
+
+Pegasus::CIMClass RemoteServer::GetClass(const std::string& name, bool includeClassOrigin) {
+    return fClient->getClass(*fNamespace, Pegasus::CIMName(name.c_str()), !kLocalOnly, kQualifiers, includeClassOrigin,
+                             Pegasus::CIMPropertyList());
+}
+
+Pegasus::Array<Pegasus::CIMInstance> RemoteServer::EnumerateLocalInstances(const std::string& className, bool deep) {
+    return fClient->enumerateInstances(*fNamespace, Pegasus::CIMName(className.c_str()), deep, kLocalOnly, !kQualifiers,
+                                       !kClassOrigin, Pegasus::CIMPropertyList());
+}
+
+Pegasus::Array<Pegasus::CIMInstance>
+RemoteServer::EnumerateInstancesToLookAt(const Pegasus::CIMNamespaceName& nameSpace,
+                                         const Pegasus::CIMName& className) {
+    return fClient->enumerateInstances(nameSpace, className, !kDeep, !kLocalOnly, !kQualifiers, !kClassOrigin,
+                                       Pegasus::CIMPropertyList());
+}
+
+Pegasus::Array<Pegasus::CIMClass> RemoteServer::EnumerateWholeClasses(const std::string& name, bool deep) {
+    return fClient->enumerateClasses(*fNamespace, NameOrNull(name), deep, !kLocalOnly, kQualifiers, kClassOrigin);
+}
+
+Pegasus::Array<Pegasus::CIMQualifierDecl> RemoteServer::EnumerateQualifiers() {
+    return fClient->enumerateQualifiers(*fNamespace);
+}
+
+Pegasus::Array<Pegasus::CIMInstance> RemoteServer::EnumerateWholeInstances(const std::string& className,
+                                                                           const Pegasus::CIMPropertyList& properties) {
+    return fClient->enumerateInstances(*fNamespace, Pegasus::CIMName(className.c_str()), kDeep, !kLocalOnly,
+                                       !kQualifiers, !kClassOrigin, properties);
+}
+
+Pegasus::CIMInstance RemoteServer::GetWholeInstance(const Pegasus::CIMObjectPath& path) {
+    return fClient->getInstance(*fNamespace, path, !kLocalOnly, !kQualifiers, !kClassOrigin,
+                                Pegasus::CIMPropertyList());
+}
+
+Pegasus::Array<Pegasus::CIMClass> RemoteServer::EnumerateClassHeads() {
+    return fClient->enumerateClasses(*fNamespace, Pegasus::CIMName(), kDeep, kLocalOnly, !kQualifiers, !kClassOrigin);
+}
+
+Pegasus::Array<Pegasus::CIMObjectPath> RemoteServer::EnumerateInstanceNames(const std::string& className) {
+    return fClient->enumerateInstanceNames(*fNamespace, Pegasus::CIMName(className.c_str()));
+}
+
+} // namespace NQORVYX20

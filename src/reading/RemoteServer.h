@@ -1,0 +1,75 @@
+#pragma once
+
+#include <Pegasus/Client/CIMClient.h>
+
+#include <memory>
+#include <string>
+
+namespace NQORVYX20 {
+
+/// Every request that the plug-in sends, with its flags. Each operation is one request; what it throws is the client
+/// library's. It owns the client and the name of the remote namespace, in which all requests are made that do not name
+/// another.
+class RemoteServer {
+  public:
+    /// Throws what the client library throws while it makes a name or a client.
+    RemoteServer(std::unique_ptr<Pegasus::CIMNamespaceName> nameSpace, std::unique_ptr<Pegasus::CIMClient> client);
+    ~RemoteServer();
+    RemoteServer(const RemoteServer&) = delete;
+    RemoteServer& operator=(const RemoteServer&) = delete;
+
+    Pegasus::CIMNamespaceName* Namespace() { return fNamespace.get(); }
+    Pegasus::CIMClient* Client() { return fClient.get(); }
+    void SetNamespace(const Pegasus::CIMNamespaceName& nameSpace) { *fNamespace = nameSpace; }
+
+    // --- Sent by both readings ---
+
+    Pegasus::CIMQualifierDecl GetQualifier(const Pegasus::CIMName& name);
+    Pegasus::Array<Pegasus::CIMName> EnumerateClassNames(const Pegasus::CIMNamespaceName& nameSpace,
+                                                         const Pegasus::CIMName& top);
+
+    // --- Sent by the compatible reading, which asks for a class twice ---
+
+    /// The definition of which only the names of the class and its superclass are used.
+    Pegasus::CIMClass GetClassForItsNames(const std::string& name);
+
+    /// The definition that the class is made of.
+    Pegasus::CIMClass GetClassToBuild(const std::string& name);
+
+    /// What the class itself declares, of its instances; with `deep`, what subclasses add, too.
+    Pegasus::Array<Pegasus::CIMInstance> EnumerateLocalInstances(const std::string& className, bool deep);
+
+    /// For the diagnostic walk.
+    Pegasus::Array<Pegasus::CIMInstance> EnumerateInstancesToLookAt(const Pegasus::CIMNamespaceName& nameSpace,
+                                                                    const Pegasus::CIMName& className);
+
+    // --- Sent by the faithful reading ---
+
+    /// A definition with all that is inherited and where it comes from.
+    Pegasus::CIMClass GetWholeClass(const std::string& name);
+
+    /// The same for the subclasses of a class, of the top classes for an empty name; with `deep`, for all below.
+    Pegasus::Array<Pegasus::CIMClass> EnumerateWholeClasses(const std::string& name, bool deep);
+
+    Pegasus::Array<Pegasus::CIMQualifierDecl> EnumerateQualifiers();
+
+    /// The instances of a class and its subclasses with all their properties, or with those of the list. The request is
+    /// deep and not local-only, since servers differ in what they leave out otherwise.
+    Pegasus::Array<Pegasus::CIMInstance> EnumerateWholeInstances(const std::string& className,
+                                                                 const Pegasus::CIMPropertyList& properties);
+    Pegasus::CIMInstance GetWholeInstance(const Pegasus::CIMObjectPath& path);
+
+    // --- Sent for the program, which shows more than the object model holds ---
+
+    /// All classes with no more than their names and superclasses.
+    Pegasus::Array<Pegasus::CIMClass> EnumerateClassHeads();
+    Pegasus::Array<Pegasus::CIMObjectPath> EnumerateInstanceNames(const std::string& className);
+
+  private:
+    Pegasus::CIMClass GetClass(const std::string& name, bool includeClassOrigin);
+
+    std::unique_ptr<Pegasus::CIMNamespaceName> fNamespace;
+    std::unique_ptr<Pegasus::CIMClient> fClient;
+};
+
+} // namespace NQORVYX20

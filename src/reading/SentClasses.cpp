@@ -1,0 +1,83 @@
+#include "reading/SentClasses.h"
+
+#include <boost/algorithm/string/case_conv.hpp>
+#include <boost/make_shared.hpp>
+
+#include <algorithm>
+#include <locale>
+
+#include "convert/HostValues.h"
+#include "convert/NormalName.h"
+#include "convert/RemoteText.h"
+#include "host/ICIMPropertyDecl.h"
+#include "host/ICIMQualifier.h"
+#include "host/TVYXException.h"
+#include "model/TCimHTTPClass.h"
+#include "model/TCimHTTPQualifierDecl.h"
+#include "provider/TCimHTTPNamespace.h"
+
+namespace NQORVYX20 {
+
+namespace {
+
+constexpr const char* kKey = "Key";
+
+boost::shared_ptr<ICIMQualifierDecl> KeyDeclaration(TCimHTTPNamespace& nameSpace) {
+    if (auto known = nameSpace.GetQualifierDecl(kKey, TCIMContext())) {
+        return known;
+    }
+    auto declaration = nameSpace.AllocateQualifierDecl(kKey, TCIMValue(false), ICIMQualifierDecl::eScopeProperty,
+                                                       ICIMQualifierDecl::eFlavorToSubclass, TCIMContext());
+    nameSpace.AddQualifierDecl(boost::dynamic_pointer_cast<TCimHTTPQualifierDecl>(declaration));
+    return declaration;
+}
+
+bool IsKeyOf(const Pegasus::CIMName& name, const Pegasus::CIMObjectPath& path) {
+    const auto& keys = path.getKeyBindings();
+    for (Pegasus::Uint32 i = 0; i < keys.size(); ++i) {
+        if (keys[i].getName().equal(name)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+boost::shared_ptr<TCimHTTPClass> SentClasses::Get(TCimHTTPNamespace& nameSpace, const std::string& name) {
+    auto& cls = fClasses[boost::algorithm::to_lower_copy(name, std::locale::classic())];
+    if (!cls) {
+        cls = boost::make_shared<TCimHTTPClass>(nameSpace.shared_from_this(), name, boost::shared_ptr<TCimHTTPClass>());
+        cls->SetSuperClass(nameSpace.GetRootClass());
+    }
+    return cls;
+}
+
+bool SentClasses::Has(const TCimHTTPClass& cls) const {
+    return std::any_of(fClasses.begin(), fClasses.end(), [&](const auto& entry) { return entry.second.get() == &cls; });
+}
+
+void SentClasses::Declare(TCimHTTPNamespace& nameSpace, TCimHTTPClass& cls, Pegasus::CIMInstance& instance) const {
+    for (Pegasus::Uint32 i = 0; i < instance.getPropertyCount(); ++i) {
+        const auto property = instance.getProperty(i);
+        const std::string name = ToStdString(property.getName());
+        try {
+            const std::string key = NormalizeName(name);
+            if (cls.GetPropertyDecl(key, TCIMContext())) {
+                continue;
+            }
+            const TCIMValue none(HostType(property.getType(), property.isArray()), 0);
+            const auto declaration = cls.AllocatePropertyDecl(name, none, TCIMContext());
+            if (IsKeyOf(property.getName(), instance.getPath())) {
+                declaration->AddQualifier(
+                    declaration->AllocateQualifier(KeyDeclaration(nameSpace), TCIMValue(true), TCIMContext()),
+                    TCIMContext());
+            }
+            cls.KeepPropertyDecl(key, declaration);
+        } catch (const TVYXException&) {
+            // not declared, so that its value is an incident
+        }
+    }
+}
+
+} // namespace NQORVYX20

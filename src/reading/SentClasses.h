@@ -1,0 +1,34 @@
+#pragma once
+
+#include <Pegasus/Client/CIMClient.h>
+
+#include <boost/shared_ptr.hpp>
+
+#include <map>
+#include <string>
+
+namespace NQORVYX20 {
+
+class TCimHTTPClass;
+class TCimHTTPNamespace;
+
+/// The classes of which the server does not give the definition. They declare what their instances have: the properties
+/// with the types that were sent, and as keys those that stand in the paths.
+class SentClasses {
+  public:
+    /// The class of that name, new without declarations.
+    boost::shared_ptr<TCimHTTPClass> Get(TCimHTTPNamespace& nameSpace, const std::string& name);
+
+    /// Whether a class is one of these.
+    bool Has(const TCimHTTPClass& cls) const;
+
+    /// Lets a class declare what an instance of it has. Properties whose names the host cannot keep are left out.
+    void Declare(TCimHTTPNamespace& nameSpace, TCimHTTPClass& cls, Pegasus::CIMInstance& instance) const;
+
+    void Clear() { fClasses.clear(); }
+
+  private:
+    std::map<std::string, boost::shared_ptr<TCimHTTPClass>> fClasses; // by name in lower case
+};
+
+} // namespace NQORVYX20
