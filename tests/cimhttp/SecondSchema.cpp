@@ -1,0 +1,19 @@
+#include "SecondSchema.h"
+
+#include "schema/SchemaReader.h"
+#include "support/ProgramRun.h"
+
+demo::SchemaSource SecondSchema() { return {"second-schema.xml", support::ReadFile(CIMHTTP_SECOND_SCHEMA)}; }
+
+const demo::Schema& WholeSchema() {
+    static const demo::Schema schema = demo::ReadSchema(demo::SchemaDocuments({demo::BuiltInSource(), SecondSchema()}));
+    return schema;
+}
+
+std::set<std::string> PropertyNames(const std::string& class_name) {
+    std::set<std::string> names;
+    for (const auto& property : WholeSchema().FindClass(class_name)->properties) {
+        names.insert(property.name);
+    }
+    return names;
+}

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "schema/Schema.h"
+#include "schema/SchemaDocuments.h"
+
+#include <set>
+#include <string>
+
+/// The schema beside this file, which the demo server serves together with its own.
+demo::SchemaSource SecondSchema();
+
+/// Both together.
+const demo::Schema& WholeSchema();
+
+/// The names of the properties of a class, with those that it inherits.
+std::set<std::string> PropertyNames(const std::string& class_name);
