@@ -167,9 +167,7 @@ TEST(TCIMReference, HasHostAndNamespaceBeforeItsClass) {
     EXPECT_EQ(TCIMReference(reference), reference);
 }
 
-TEST(TCIMReference, WritesAKeyWithoutANameAfterTheClass) {
-    EXPECT_EQ(Make("Fan", {{"", "a"}}).GetPath(), "Fan=\"a\"");
-}
+TEST(TCIMReference, WritesAKeyWithoutANameAfterTheClass) { EXPECT_EQ(Make("Fan", {{"", "a"}}).GetPath(), "Fan=\"a\""); }
 
 } // namespace
 } // namespace NQORVYX20
