@@ -14,6 +14,12 @@ std::string Attributes(const std::string& name, const std::string& type) {
     return " NAME=\"" + name + "\" TYPE=\"" + type + "\"";
 }
 
+/// The text behind a mark in a request, up to a quote.
+std::string Quoted(const std::string& request, const std::string& mark) {
+    const auto begin = request.find(mark) + mark.size();
+    return request.substr(begin, request.find('"', begin) - begin);
+}
+
 } // namespace
 
 std::string PropertyXml(const std::string& name, const std::string& type, const std::string& value) {
@@ -64,4 +70,18 @@ std::string QualifierXml(const std::string& name, const std::vector<std::string>
 std::string QualifierDeclarationXml(const std::string& name, const std::string& type, bool is_array) {
     return "<QUALIFIER.DECLARATION" + Attributes(name, type) + (is_array ? " ISARRAY=\"true\"" : "") +
            "><SCOPE PROPERTY=\"true\"/></QUALIFIER.DECLARATION>";
+}
+
+std::string MethodIn(const std::string& request) { return Quoted(request, "IMETHODCALL NAME=\""); }
+
+std::string ClassIn(const std::string& request) { return Quoted(request, "CLASSNAME NAME=\""); }
+
+std::string HttpAnswer(const std::string& request, const std::string& return_value) {
+    const std::string body = "<?xml version=\"1.0\"?><CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><MESSAGE ID=\"" +
+                             Quoted(request, "MESSAGE ID=\"") +
+                             "\" PROTOCOLVERSION=\"1.0\"><SIMPLERSP><IMETHODRESPONSE NAME=\"" + MethodIn(request) +
+                             "\"><IRETURNVALUE>" + return_value +
+                             "</IRETURNVALUE></IMETHODRESPONSE></SIMPLERSP></MESSAGE></CIM>";
+    return "HTTP/1.1 200 OK\r\nContent-Type: application/xml\r\nCIMOperation: MethodResponse\r\nContent-Length: " +
+           std::to_string(body.size()) + "\r\n\r\n" + body;
 }

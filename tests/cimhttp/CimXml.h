@@ -31,3 +31,12 @@ std::string QualifierXml(const std::string& name, const std::string& type, const
 std::string QualifierXml(const std::string& name, const std::vector<std::string>& values);
 
 std::string QualifierDeclarationXml(const std::string& name, const std::string& type, bool is_array = false);
+
+// What a script needs that answers requests itself.
+
+/// The method that a request's body calls, and the class that is its object.
+std::string MethodIn(const std::string& request);
+std::string ClassIn(const std::string& request);
+
+/// The whole answer to a request, with the XML that stands inside IRETURNVALUE.
+std::string HttpAnswer(const std::string& request, const std::string& return_value);

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "CimXml.h"
 #include "ProgramRun.h"
 #include "output/Json.h"
 #include "support/CimServer.h"
@@ -32,7 +33,7 @@ std::string ScalarXml(const std::string& name, const std::string& type, const st
 }
 
 /// `keys` are those of the path.
-std::string InstanceXml(const std::string& cls, const std::string& keys, const std::string& properties) {
+std::string InstanceWithKeysXml(const std::string& cls, const std::string& keys, const std::string& properties) {
     return "<VALUE.NAMEDINSTANCE><INSTANCENAME CLASSNAME=\"" + cls + "\">" + keys +
            "</INSTANCENAME><INSTANCE CLASSNAME=\"" + cls + "\">" + properties + "</INSTANCE></VALUE.NAMEDINSTANCE>";
 }
@@ -63,11 +64,12 @@ class CollectTest : public testing::Test {
                            "</PROPERTY.ARRAY><PROPERTY NAME=\"Speed\" TYPE=\"uint32\"/>"
                            "<METHOD NAME=\"SetSpeed\" TYPE=\"uint32\"><PARAMETER NAME=\"Speed\" TYPE=\"uint32\"/>"
                            "<PARAMETER.ARRAY NAME=\"Names\" TYPE=\"string\"/></METHOD></CLASS>");
-        fServer.Answer("EnumerateInstances", "TEST_Fan",
-                       InstanceXml("TEST_Fan", KeyXml("Name", "string", "f1"),
-                                   ScalarXml("Name", "string", "f1") +
-                                       "<PROPERTY.ARRAY NAME=\"States\" TYPE=\"uint16\"><VALUE.ARRAY><VALUE>2</VALUE>"
-                                       "<VALUE>3</VALUE></VALUE.ARRAY></PROPERTY.ARRAY>"));
+        fServer.Answer(
+            "EnumerateInstances", "TEST_Fan",
+            InstanceWithKeysXml("TEST_Fan", KeyXml("Name", "string", "f1"),
+                                ScalarXml("Name", "string", "f1") +
+                                    "<PROPERTY.ARRAY NAME=\"States\" TYPE=\"uint16\"><VALUE.ARRAY><VALUE>2</VALUE>"
+                                    "<VALUE>3</VALUE></VALUE.ARRAY></PROPERTY.ARRAY>"));
     }
 
     void Declare(const std::string& qualifier, const std::string& type, bool is_array) {
@@ -85,8 +87,8 @@ class CollectTest : public testing::Test {
         std::string instances;
         for (std::size_t i = 0; i < values.size(); ++i) {
             const std::string value = values[i].empty() ? "" : ScalarXml("V", type, values[i]);
-            instances += InstanceXml("T", KeyXml("I", "numeric", std::to_string(i)),
-                                     ScalarXml("I", "uint8", std::to_string(i)) + value);
+            instances += InstanceWithKeysXml("T", KeyXml("I", "numeric", std::to_string(i)),
+                                             ScalarXml("I", "uint8", std::to_string(i)) + value);
         }
         fServer.Answer("EnumerateInstances", "T", instances);
     }
@@ -460,36 +462,21 @@ TEST_F(CollectTest, AFullDiskBehindTheOutputIsAFailure) {
 
 namespace {
 
-/// The text behind a mark in a request, up to a quote.
-std::string Quoted(const std::string& body, const std::string& mark) {
-    const auto begin = body.find(mark) + mark.size();
-    return body.substr(begin, body.find('"', begin) - begin);
-}
-
-std::string Answer(const std::string& request, const std::string& method, const std::string& result) {
-    const std::string body =
-        "<?xml version=\"1.0\"?><CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><MESSAGE ID=\"" +
-        Quoted(request, "MESSAGE ID=\"") + "\" PROTOCOLVERSION=\"1.0\"><SIMPLERSP><IMETHODRESPONSE NAME=\"" + method +
-        "\"><IRETURNVALUE>" + result + "</IRETURNVALUE></IMETHODRESPONSE></SIMPLERSP></MESSAGE></CIM>";
-    return "HTTP/1.1 200 OK\r\nContent-Type: application/xml\r\nCIMOperation: MethodResponse\r\nContent-Length: " +
-           std::to_string(body.size()) + "\r\n\r\n" + body;
-}
-
 /// Serves the class A, with one instance, and Heavy, whose instances do not come. Falls silent when asked for another.
 void ServeFewClasses(support::Connection& connection) {
     for (auto request = connection.ReadRequest(); request; request = connection.ReadRequest()) {
-        const std::string method = Quoted(request->body, "IMETHODCALL NAME=\"");
-        const std::string name = Quoted(request->body, "CLASSNAME NAME=\"");
+        const std::string method = MethodIn(request->body);
+        const std::string name = ClassIn(request->body);
         const bool asks_for_instances = method == "EnumerateInstances";
         if (name != "A" && (name != "Heavy" || asks_for_instances)) {
             connection.WaitForPeerClose();
             return;
         }
-        std::string result = asks_for_instances ? InstanceXml(name, "", "") : "";
+        std::string result = asks_for_instances ? InstanceWithKeysXml(name, "", "") : "";
         if (method == "GetClass") {
             result.append("<CLASS NAME=\"").append(name).append("\"/>");
         }
-        connection.Write(Answer(request->body, method, result));
+        connection.Write(HttpAnswer(request->body, result));
     }
 }
 

@@ -390,6 +390,11 @@ TEST_F(InstancesTest, AnInstanceWithAValueThatCannotBeTakenOverMakesAStatus) {
     EXPECT_THAT(run.errors, StartsWith("cimhttp: 1 value could not be taken over (1 undeclared); the first: Odd of "));
 }
 
+TEST_F(InstancesTest, SoDoesOneOfAnotherNamespace) {
+    fServer.Answer("GetInstance", "", BareInstanceXml("TEST_Disk", "sda", PropertyXml("Odd", "string", "x")));
+    EXPECT_EQ(Run({"instance", "root/interop:TEST_Disk.Name=\"sda\""}).status, 7);
+}
+
 TEST_F(InstancesTest, ACollectionWithAValueThatCannotBeTakenOverIsNotComplete) {
     fServer.Answer("EnumerateInstances", "TEST_Disk",
                    InstanceXml("TEST_Disk", "sda", PropertyXml("Odd", "string", "x")));

@@ -10,10 +10,12 @@
 #include "CimXml.h"
 #include "ProgramRun.h"
 #include "support/CimServer.h"
+#include "support/ScriptedServer.h"
 #include "support/TerminalProgram.h"
 
 using nlohmann::json;
 using support::TerminalProgram;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::MatchesRegex;
 using testing::Not;
@@ -155,6 +157,31 @@ TEST_F(WatchTest, AWaitForTheServerCanBeInterrupted) {
     ASSERT_TRUE(program.AwaitText("1 instance")) << program.Screen();
     program.Type("\x03");
     EXPECT_EQ(program.Wait(), 0);
+}
+
+TEST_F(WatchTest, AnInterruptWhileItReadsStillTellsWhatIsMissing) {
+    fServer.Stop();
+    support::ScriptedServer server([](support::Connection& connection) {
+        int readings = 0;
+        for (auto request = connection.ReadRequest(); request; request = connection.ReadRequest()) {
+            const std::string method = MethodIn(request->body);
+            if (method == "EnumerateInstances" && readings++ > 0) {
+                connection.WaitForPeerClose();
+                return;
+            }
+            const std::string result = method == "GetClass" ? ClassXml("TEST_Fan", "")
+                                       : method == "EnumerateInstances"
+                                           ? InstanceXml("TEST_Fan", "a", PropertyXml("Odd", "string", "x"))
+                                           : "";
+            connection.Write(HttpAnswer(request->body, result));
+        }
+    });
+    server.Listen(kHttpPort);
+    TerminalProgram program(CIMHTTP_PROGRAM, Watch());
+    ASSERT_TRUE(program.AwaitText("reading the instances of TEST_Fan, 0:0")) << program.Screen();
+    program.Type("\x03");
+    EXPECT_EQ(program.Wait(), 7);
+    EXPECT_THAT(program.Screen(), EndsWith("; --log warning lists all\r\n"));
 }
 
 TEST_F(WatchTest, ALoginThatIsRefusedLaterEndsIt) {

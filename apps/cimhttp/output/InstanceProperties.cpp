@@ -24,6 +24,11 @@ boost::shared_ptr<ICIMPropertyDecl> Find(const Properties& properties, const std
     return found == properties.end() ? boost::shared_ptr<ICIMPropertyDecl>() : *found;
 }
 
+Failure NoSuchProperty(const std::string& name, const Properties& properties, const std::string& class_name) {
+    return {Failure::kUsage, "the class " + class_name + " has no property " + name +
+                                 DidYouMean(NearestNames(name, NamesOf(properties)))};
+}
+
 } // namespace
 
 Properties PropertiesOf(const ICIMClass& cls) {
@@ -72,8 +77,7 @@ Properties Chosen(const Properties& properties, const std::vector<std::string>& 
     for (const std::string& name : names) {
         chosen.push_back(Find(properties, name));
         if (!chosen.back()) {
-            throw Failure(Failure::kUsage, "the class " + class_name + " has no property " + name +
-                                               DidYouMean(NearestNames(name, NamesOf(properties))));
+            throw NoSuchProperty(name, properties, class_name);
         }
     }
     return chosen;
