@@ -75,6 +75,14 @@ class InstancesTest : public testing::Test {
         return json::parse(Output(arguments));
     }
 
+    /// The collection of TEST_Disk.
+    ProgramRun Collect() const {
+        const support::TemporaryDirectory folder;
+        return RunCimhttp(
+            {"collect", folder.WriteFile("requested.xml", "<vyx version=\"1\"><network address=\"" + fServer.Address() +
+                                                              "\"/><class name=\"TEST_Disk\"/></vyx>")});
+    }
+
     std::size_t CallsOf(const std::string& method) const {
         const auto calls = fServer.Calls();
         return static_cast<std::size_t>(
@@ -139,6 +147,13 @@ TEST_F(InstancesTest, ADeepTableSaysWhatItHasNoPlaceFor) {
     EXPECT_EQ(run.errors, "cimhttp: properties that only subclasses have are left out; -o plain shows them\n");
     EXPECT_EQ(Run({"instances", "TEST_Disk", "--deep", "--exact"}).errors, "");
     EXPECT_EQ(Run({"instances", "TEST_Disk", "--deep", "--property", "Size"}).errors, "");
+}
+
+TEST_F(InstancesTest, ACollectionHasInstancesOfSubclassesWithAllTheirProperties) {
+    const json instances = json::parse(Collect().output).at("classes").at(0).at("instances");
+    ASSERT_EQ(instances.size(), 2U);
+    EXPECT_EQ(instances.at(1).at("class"), "TEST_FastDisk");
+    EXPECT_EQ(instances.at(1).at("properties").at("Speed").at("value"), 9);
 }
 
 // --- Paths -------------------------------------------------------------------------------------------------------
@@ -398,11 +413,7 @@ TEST_F(InstancesTest, SoDoesOneOfAnotherNamespace) {
 TEST_F(InstancesTest, ACollectionWithAValueThatCannotBeTakenOverIsNotComplete) {
     fServer.Answer("EnumerateInstances", "TEST_Disk",
                    InstanceXml("TEST_Disk", "sda", PropertyXml("Odd", "string", "x")));
-    const support::TemporaryDirectory folder;
-    const std::string document =
-        folder.WriteFile("requested.xml", "<vyx version=\"1\"><network address=\"" + fServer.Address() +
-                                              "\"/><class name=\"TEST_Disk\"/></vyx>");
-    const auto run = RunCimhttp({"collect", document});
+    const auto run = Collect();
     EXPECT_EQ(run.status, 7);
     EXPECT_EQ(json::parse(run.output).at("complete"), false);
     EXPECT_EQ(json::parse(run.output).at("classes").at(0).at("instances").size(), 1U);
