@@ -23,6 +23,7 @@
 #include "reading/RemoteFailures.h"
 #include "reading/RemoteNames.h"
 #include "reading/RemoteQualifiers.h"
+#include "reading/RemoteRequest.h"
 #include "reading/RemoteServer.h"
 
 namespace NQORVYX20 {
@@ -46,13 +47,6 @@ class TLookup {
     std::set<std::string>::iterator fEntry;
 };
 
-RemoteFailure HierarchyFailure(const std::string& text) {
-    RemoteFailure failure;
-    failure.kind = RemoteFailure::Kind::kMalformed;
-    failure.text = text;
-    return failure;
-}
-
 ReadingIncident IncidentOf(const TCimHTTPClass& cls, ReadingIncident::Cause cause, const std::string& path,
                            const std::string& property, const std::string& reason) {
     return {cause, cls.GetName(TCIMContext()), path, property, reason};
@@ -75,7 +69,7 @@ boost::shared_ptr<ICIMClass> CompatibleReading::FetchClass(const std::string& na
         const std::string text =
             "TCimHTTPNamespace::GetClass " + key + ": the server's class hierarchy has a cycle or is too deep";
         LogError(text);
-        nameSpace->Report().Fail(HierarchyFailure(text));
+        nameSpace->Report().Fail(MalformedAnswer(text));
         return {};
     }
     const TLookup lookup(fLookups, key);

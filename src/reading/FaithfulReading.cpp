@@ -1,5 +1,7 @@
 #include "reading/FaithfulReading.h"
 
+#include <boost/make_shared.hpp>
+
 #include <map>
 #include <utility>
 #include <vector>
@@ -96,13 +98,13 @@ void FaithfulReading::EnumerateInstances(TCimHTTPClass& cls, const TInstanceCall
                                          TCIMContext context) {
     const std::string key = NormalizeName(NameOf(cls));
     const Pegasus::CIMPropertyList properties = PropertiesIn(context);
-    const TInstances instances = ReadInstances(cls, deep, properties);
+    const auto instances = boost::make_shared<const TInstances>(ReadInstances(cls, deep, properties));
     if (properties.isNull()) {
         fReadings.Keep(key, instances);
     } else {
         fReadings.Drop(key); // nobody is to take for null what was not asked for
     }
-    VisitEntries(instances, callback);
+    VisitEntries(*instances, callback);
 }
 
 FaithfulReading::TInstances FaithfulReading::ReadInstances(TCimHTTPClass& cls, bool deep,

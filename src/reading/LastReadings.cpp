@@ -7,7 +7,7 @@
 
 namespace NQORVYX20 {
 
-void LastReadings::Keep(const std::string& className, TInstances instances) {
+void LastReadings::Keep(const std::string& className, boost::shared_ptr<const TInstances> instances) {
     Drop(className);
     fReadings.push_back({className, std::move(instances)});
 }
@@ -20,8 +20,8 @@ void LastReadings::Drop(const std::string& className) {
 
 boost::shared_ptr<ICIMInstance> LastReadings::Find(const std::string& className, const std::string& pathKey) const {
     for (auto reading = fReadings.rbegin(); reading != fReadings.rend(); ++reading) {
-        const auto found = reading->instances.find(pathKey);
-        if (found != reading->instances.end()) {
+        const auto found = reading->instances->find(pathKey);
+        if (found != reading->instances->end()) {
             return found->second;
         }
         if (reading->className == className) {

@@ -16,7 +16,7 @@ class LastReadings {
     using TInstances = std::map<std::string, boost::shared_ptr<ICIMInstance>>; // by InstancePath::key
 
     /// Keeps a reading of a class, which takes the place of the one before. Class names are in their normal form.
-    void Keep(const std::string& className, TInstances instances);
+    void Keep(const std::string& className, boost::shared_ptr<const TInstances> instances);
 
     /// Forgets the reading of a class.
     void Drop(const std::string& className);
@@ -30,7 +30,7 @@ class LastReadings {
   private:
     struct TReading {
         std::string className;
-        TInstances instances;
+        boost::shared_ptr<const TInstances> instances;
     };
 
     std::vector<TReading> fReadings; // the newest last
