@@ -131,6 +131,7 @@ void addReferences(RequestEncoder& request, const CIMObjectPath& objectName, con
 class CIMClient::Impl {
   public:
     Uint32 timeout = kDefaultTimeout;
+    ClientLimits limits;
 
     void connect(const String& host, Uint32 port, std::optional<SSLContext> tls, const String& user,
                  const String& password) {
@@ -195,6 +196,10 @@ CIMClient::~CIMClient() = default;
 void CIMClient::setTimeout(Uint32 timeoutMilliseconds) { impl_->timeout = timeoutMilliseconds; }
 
 Uint32 CIMClient::getTimeout() const { return impl_->timeout; }
+
+void CIMClient::setLimits(const ClientLimits& limits) { impl_->limits = limits; }
+
+const ClientLimits& CIMClient::getLimits() const { return impl_->limits; }
 
 void CIMClient::connect(const String& host, Uint32 port, const String& user, const String& password) {
     impl_->connect(host, port, std::nullopt, user, password);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Pegasus/Client/CIMClientException.h>
+#include <Pegasus/Client/ClientLimits.h>
 #include <Pegasus/Common/Array.h>
 #include <Pegasus/Common/CIMClass.h>
 #include <Pegasus/Common/CIMInstance.h>
@@ -48,6 +49,10 @@ class CIMClient {
     /// 20000 at first.
     void setTimeout(Uint32 timeoutMilliseconds);
     Uint32 getTimeout() const;
+
+    /// The limits of the next connections and operations.
+    void setLimits(const ClientLimits& limits);
+    const ClientLimits& getLimits() const;
 
     /// Opens the connection now. An empty host means "localhost". The credentials are sent when the server asks for
     /// them. Throws AlreadyConnectedException, InvalidLocatorException when the host cannot be resolved,
