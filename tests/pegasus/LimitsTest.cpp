@@ -2,9 +2,12 @@
 // so.
 
 #include "cimxml/Limits.h"
+#include "cimxml/Checkpoint.h"
 
 #include "AnswerBody.h"
 
+#include <Pegasus/Client/FailureMarks.h>
+#include <algorithm>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string>
@@ -63,24 +66,156 @@ TEST_P(EndlessObjectTest, IsRefusedAtTheLimit) {
 
 INSTANTIATE_TEST_SUITE_P(WhereverItGrows, EndlessObjectTest,
                          testing::Values("<CLASS NAME=\"", "<CLASS NAME=\"A\"></CLASS", "<CLASS NAME=\"A\"><![CDATA[",
-                                         "<!--"));
+                                         "<CLASS NAME=\"A\"><!--"));
+
+/// Decodes a body that holds these objects, within the limits. Returns the error's message.
+std::string errorWithin(const ClientLimits& limits, std::string_view objects) {
+    DecodedAnswer answer;
+    cimxml::ResponseDecoder decoder("1001", "GetClass", answer, nullptr, limits);
+    try {
+        const std::string body = bodyWith(objects);
+        for (std::string_view rest = body; !rest.empty(); rest.remove_prefix(std::min<std::size_t>(rest.size(), 1000)))
+            decoder.feed(rest.substr(0, 1000));
+        decoder.finish();
+        return "";
+    } catch (const CIMClientXmlException& error) {
+        EXPECT_NE(dynamic_cast<const ExceedsLimit*>(&error), nullptr);
+        return std::string(error.getMessage().view());
+    }
+}
+
+TEST(LimitsTest, AnAnswerHasAsManyBytesAsTheCallerAllows) {
+    const std::string names = repeated("<CLASSNAME NAME=\"A\"/>", 1000);
+    ClientLimits limits;
+    limits.answerBytes = bodyWith(names).size();
+    EXPECT_EQ(errorWithin(limits, names), "");
+    --limits.answerBytes;
+    EXPECT_THAT(errorWithin(limits, names), HasSubstr("it has more than " + std::to_string(limits.answerBytes)));
+}
+
+TEST(LimitsTest, AnAnswerHasAsManyObjectsAsTheCallerAllows) {
+    ClientLimits limits;
+    limits.answerObjects = 100;
+    EXPECT_EQ(errorWithin(limits, repeated("<CLASSNAME NAME=\"A\"/> ", 100)), "");
+    EXPECT_THAT(errorWithin(limits, repeated("<CLASSNAME NAME=\"A\"/> ", 101)), HasSubstr("more than 100 objects"));
+}
+
+TEST(LimitsTest, WhatBelongsToNoObjectEndsAtALimitFromOneObjectToTheNext) {
+    const std::string name = "<CLASSNAME NAME=\"A\"/>";
+    const std::string comment = "<!-- " + std::string(900, 'x') + " -->";
+    ClientLimits limits;
+    limits.frameBytes = 2000;
+    EXPECT_EQ(errorWithin(limits, repeated(comment + name, 10)), "");
+    const auto isRefused = HasSubstr("more than 2000 bytes in a row belong to no object");
+    EXPECT_THAT(errorWithin(limits, name + repeated(comment, 3) + name), isRefused);
+    EXPECT_THAT(errorWithin(limits, name + repeated(" \n", 1001) + name), isRefused);
+    EXPECT_THAT(errorWithin(limits, "<!--" + std::string(2001, 'x') + "-->"), isRefused);
+    EXPECT_THAT(errorWithin(limits, name + "</IRETURNVALUE>" + repeated("<PARAMVALUE NAME=\"EndOfSequence\"/>", 60)),
+                isRefused);
+}
+
+TEST(LimitsTest, ACommentWithoutEndIsNotKeptBeyondTheLimitOfWhatBelongsToNoObject) {
+    DecodedAnswer answer;
+    cimxml::ResponseDecoder decoder("1001", "GetClass", answer);
+    decoder.feed(std::string(kBodyBegin) + "<!--");
+    std::size_t fed = 0;
+    try {
+        for (const std::string piece(65536, 'x'); fed < cimxml::kMaxObjectBytes; fed += piece.size())
+            decoder.feed(piece);
+    } catch (const CIMClientXmlException&) {
+    }
+    EXPECT_LE(fed, 2 * ClientLimits::kFrameBytes);
+}
+
+/// Passed so often, and no more.
+class CountingCheckpoint : public cimxml::Checkpoint {
+  public:
+    struct TimeIsOver {};
+
+    explicit CountingCheckpoint(std::size_t last) : last_(last) {}
+    void pass() const override {
+        if (++passed_ == last_)
+            throw TimeIsOver();
+    }
+    std::size_t passed() const { return passed_; }
+
+  private:
+    const std::size_t last_;
+    mutable std::size_t passed_ = 0;
+};
+
+TEST(LimitsTest, DecodingPassesACheckpointAtLeastEvery64KiBOfElements) {
+    const std::string body =
+        bodyWith("<CLASS NAME=\"A\">" + repeated("<PROPERTY NAME=\"P\" TYPE=\"uint8\"/>", 20000) + "</CLASS>");
+    for (const std::size_t last : {std::size_t{0}, std::size_t{3}}) {
+        const CountingCheckpoint checkpoint(last);
+        DecodedAnswer answer;
+        cimxml::ResponseDecoder decoder("1001", "GetClass", answer, nullptr, {}, &checkpoint);
+        if (last == 0) {
+            decoder.feed(body);
+            decoder.finish();
+            EXPECT_GE(checkpoint.passed(), body.size() / cimxml::kBytesBetweenCheckpoints - 1);
+        } else {
+            EXPECT_THROW(decoder.feed(body), CountingCheckpoint::TimeIsOver);
+        }
+    }
+}
+
+TEST(LimitsTest, DecodingAnEmbeddedObjectPassesTheCheckpoint) {
+    const CountingCheckpoint checkpoint(0);
+    DecodedAnswer answer;
+    cimxml::ResponseDecoder decoder("1001", "GetClass", answer, nullptr, {}, &checkpoint);
+    decoder.feed(bodyWith("<INSTANCE CLASSNAME=\"A\"><PROPERTY NAME=\"E\" TYPE=\"string\" EmbeddedObject=\"instance\">"
+                          "<VALUE><![CDATA[<INSTANCE CLASSNAME=\"B\">" +
+                          repeated("<PROPERTY NAME=\"P\" TYPE=\"uint8\"/>", 20000) +
+                          "</INSTANCE>]]></VALUE></PROPERTY></INSTANCE>"));
+    decoder.finish();
+    EXPECT_GE(checkpoint.passed(), 10U);
+}
+
+// With a search of the rest of the object at each tag, these would take hours.
+TEST(LimitsTest, ALongObjectOfQualifiersIsReadInOneGo) {
+    const std::size_t count = cimxml::kMaxNodes / 8;
+    EXPECT_EQ(errorInLargeObject("<CLASS NAME=\"A\">", "<QUALIFIER NAME=\"Q\" TYPE=\"string\"/>", count, "</CLASS>"),
+              "");
+    EXPECT_EQ(errorInLargeObject("<CLASS NAME=\"A\">", "<QUALIFIER NAME=\"Q\" TYPE=\"string\"></QUALIFIER >", count,
+                                 "</CLASS>"),
+              "");
+}
 
 TEST(LimitsTest, ElementsAreNested256Deep) {
-    // References in references, as far down as they go. So deep they are too long for other reasons, but not too deep.
+    // What a qualifier of an instance holds is not looked at.
     const auto nested = [](std::size_t depth) {
-        const std::size_t levels = (depth - 4) / 2;
-        const std::string extra = depth % 2 == 0 ? "" : "<KEYBINDING NAME=\"K\">";
-        return "<INSTANCE CLASSNAME=\"A\"><PROPERTY.REFERENCE NAME=\"R\"><VALUE.REFERENCE><INSTANCENAME "
-               "CLASSNAME=\"A\">" +
-               extra + "<VALUE.REFERENCE>" + repeated("<INSTANCENAME CLASSNAME=\"A\"><VALUE.REFERENCE>", levels - 1) +
-               "<CLASSNAME NAME=\"A\"></CLASSNAME>" + repeated("</VALUE.REFERENCE></INSTANCENAME>", levels - 1) +
-               "</VALUE.REFERENCE>" + (extra.empty() ? "" : "</KEYBINDING>") +
-               "</INSTANCENAME></VALUE.REFERENCE></PROPERTY.REFERENCE></INSTANCE>";
+        const std::size_t levels = depth - 2;
+        return "<INSTANCE CLASSNAME=\"A\"><QUALIFIER>" + repeated("<X>", levels) + repeated("</X>", levels) +
+               "</QUALIFIER></INSTANCE>";
     };
-    EXPECT_EQ(errorInBodyWith(nested(16)), "");
-    EXPECT_EQ(errorInBodyWith(nested(17)), "");
-    EXPECT_THAT(errorInBodyWith(nested(cimxml::kMaxNesting)), HasSubstr("the path of a reference is too long"));
+    EXPECT_EQ(errorInBodyWith(nested(cimxml::kMaxNesting)), "");
     EXPECT_THAT(errorInBodyWith(nested(cimxml::kMaxNesting + 1)), HasSubstr("elements are nested deeper than 256"));
+}
+
+/// An instance with a reference property whose path has a reference as its key, and so on.
+std::string nestedReferences(std::size_t levels, const std::string& innermost) {
+    return "<INSTANCE CLASSNAME=\"A\"><PROPERTY.REFERENCE NAME=\"R\"><VALUE.REFERENCE><INSTANCENAME CLASSNAME=\"A\">" +
+           repeated("<VALUE.REFERENCE><INSTANCENAME CLASSNAME=\"A\">", levels) + innermost +
+           repeated("</INSTANCENAME></VALUE.REFERENCE>", levels) +
+           "</INSTANCENAME></VALUE.REFERENCE></PROPERTY.REFERENCE></INSTANCE>";
+}
+
+TEST(LimitsTest, ReferencesWithinKeysAreNested16DeepUnlessTheirTextIsTooLong) {
+    EXPECT_EQ(errorInBodyWith(nestedReferences(10, "")), "");
+    EXPECT_THAT(errorInBodyWith(nestedReferences(cimxml::kMaxReferenceNesting, "")),
+                HasSubstr("the path of a reference is too long for its element"));
+    EXPECT_THAT(errorInBodyWith(nestedReferences(cimxml::kMaxReferenceNesting + 1, "")),
+                HasSubstr("references are nested deeper than 16"));
+}
+
+TEST(LimitsTest, AReferenceHas16MiBOfText) {
+    const auto withKey = [](std::size_t size) {
+        return nestedReferences(1, "<KEYVALUE>" + std::string(size, '\\') + "</KEYVALUE>");
+    };
+    EXPECT_EQ(errorInBodyWith(withKey(cimxml::kMaxReferenceBytes / 2 - 100)), "");
+    EXPECT_THAT(errorInBodyWith(withKey(cimxml::kMaxReferenceBytes / 2)), HasSubstr("longer than 16 MiB"));
 }
 
 TEST(LimitsTest, AnObjectHasTwoMillionNodes) {

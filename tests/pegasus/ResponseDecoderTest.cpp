@@ -12,6 +12,7 @@
 namespace {
 
 using namespace Pegasus;
+using testing::AnyOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -397,7 +398,8 @@ TEST(DecodePathTest, ReferencesWithinReferencesCannotExhaustMemory) {
     for (const int count : {16, 24, 60})
         EXPECT_THAT(xmlErrorOf(returning("<VALUE.NAMEDINSTANCE>" + nestedReferences(count) +
                                          "<INSTANCE CLASSNAME=\"A\"/></VALUE.NAMEDINSTANCE>")),
-                    HasSubstr("the path of a reference is too long for its element"));
+                    AnyOf(HasSubstr("the path of a reference is too long for its element"),
+                          HasSubstr("references are nested deeper than 16")));
 }
 
 TEST(DecodePathTest, ArraysOfReferencesAreRead) {

@@ -7,6 +7,7 @@
 #include "model/VisitType.h"
 
 #include <array>
+#include <memory>
 #include <optional>
 #include <string>
 #include <type_traits>
@@ -111,8 +112,10 @@ void expect(XmlReader::Ahead expected, XmlReader& reader) {
 
 } // namespace
 
-void ObjectDecoder::startAnswer() noexcept {
+void ObjectDecoder::startAnswer(const Checkpoint* checkpoint) noexcept {
+    checkpoint_ = checkpoint;
     embedding_ = 0;
+    paths_.startAnswer();
     if (tags_.isFull()) {
         tags_.clear();
         propertyHeads_.clear();
@@ -218,7 +221,7 @@ CIMQualifierDecl ObjectDecoder::decodeQualifierDecl(XmlReader& reader) {
 }
 
 CIMQualifier ObjectDecoder::decodeQualifier(XmlReader& reader) {
-    const std::string_view text = reader.elementUpTo("</QUALIFIER>");
+    const std::string_view text = reader.elementUpTo("</QUALIFIER>", kLongestRememberedQualifier);
     if (const auto* const known = qualifiers_.find(text)) {
         reader.skipKnown(text, known->nodes);
         return known->qualifier;
@@ -390,10 +393,11 @@ CIMObject ObjectDecoder::decodeEmbedded(std::string_view text) {
         return CIMObject();
     if (++embedding_ > kMaxEmbedding)
         throwPastLimit({"objects are embedded deeper than ", std::to_string(kMaxEmbedding)});
-    XmlReader reader(tags_, withoutByteOrderMark(text));
+    // On the heap: embedded in one another, readers would take a good part of a small stack.
+    const auto reader = std::make_unique<XmlReader>(tags_, checkpoint_, withoutByteOrderMark(text));
     CIMObject object;
     try {
-        object = decodeOnlyObject(reader);
+        object = decodeOnlyObject(*reader);
     } catch (const EndOfText&) {
         throwXmlError({"an embedded object is not complete"});
     }

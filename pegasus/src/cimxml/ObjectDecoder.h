@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cimxml/Checkpoint.h"
 #include "cimxml/NameCache.h"
 #include "cimxml/PathDecoder.h"
 #include "cimxml/QualifierMemory.h"
@@ -27,8 +28,9 @@ class ObjectDecoder {
   public:
     /// Where the readers remember start tags.
     TagMemory& tags() noexcept { return tags_; }
-    /// Forgets what has become too much. Before each answer, and before the reader is made for it.
-    void startAnswer() noexcept;
+    /// Forgets what has become too much. Before each answer, and before the reader is made for it. The checkpoint, if
+    /// there is one, is passed while embedded objects are read; it must live as long as the answer is decoded.
+    void startAnswer(const Checkpoint* checkpoint) noexcept;
 
     /// CLASS.
     CIMClass decodeClass(XmlReader& reader);
@@ -87,6 +89,7 @@ class ObjectDecoder {
     PropertyHead decodePropertyHead(const StartTag& tag);
 
     TagMemory tags_;
+    const Checkpoint* checkpoint_ = nullptr;
     NameCache names_;
     TagFacts<PropertyHead> propertyHeads_;
     QualifierMemory qualifiers_;

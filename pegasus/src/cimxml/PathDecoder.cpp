@@ -5,6 +5,7 @@
 #include "cimxml/XmlCharacters.h"
 #include "cimxml/XmlError.h"
 
+#include <algorithm>
 #include <string>
 
 namespace Pegasus::cimxml {
@@ -29,6 +30,25 @@ CIMKeyBinding::Type keyTypeOf(const Attributes& attributes) {
     if (cimType == CIMTYPE_BOOLEAN)
         return CIMKeyBinding::BOOLEAN;
     return cimType <= CIMTYPE_REAL64 ? CIMKeyBinding::NUMERIC : CIMKeyBinding::STRING;
+}
+
+std::size_t sizeOf(const String& text) { return text.view().size(); }
+
+/// What a key takes in the text form of its path: name, '=', the value, in quotes and with escapes or not, and what
+/// separates it from the others.
+std::size_t textSizeOf(const CIMKeyBinding& key) {
+    const std::string_view value = key.getValue().view();
+    const auto escapes = std::count_if(value.begin(), value.end(), [](char c) { return c == '"' || c == '\\'; });
+    return sizeOf(key.getName().getString()) + value.size() + static_cast<std::size_t>(escapes) + 4;
+}
+
+/// At least the size of the path's text form, and at most little more.
+std::size_t textSizeOf(const CIMObjectPath& path) {
+    std::size_t size =
+        sizeOf(path.getHost()) + sizeOf(path.getNameSpace().getString()) + sizeOf(path.getClassName().getString()) + 4;
+    for (const CIMKeyBinding& key : path.getKeyBindings())
+        size += textSizeOf(key);
+    return size;
 }
 
 } // namespace
@@ -140,11 +160,22 @@ CIMKeyBinding PathDecoder::decodeKey(const CIMName& name, XmlReader& reader) {
         return decodeKeyValue(name, reader);
     if (reader.name() != "VALUE.REFERENCE")
         reader.throwUnexpected();
+    return decodeKeyReference(name, reader);
+}
+
+/// The path is kept as a text, which is measured before it is made.
+CIMKeyBinding PathDecoder::decodeKeyReference(const CIMName& name, XmlReader& reader) {
+    if (++nesting_ > kMaxReferenceNesting)
+        throwPastLimit({"references are nested deeper than ", std::to_string(kMaxReferenceNesting)});
     const std::size_t begin = reader.position();
-    const String path = decodeReference(reader).toString();
-    if (path.view().size() > kMaxReferenceGrowth * (reader.position() - begin))
+    const CIMObjectPath path = decodeReference(reader);
+    const std::size_t size = textSizeOf(path);
+    if (size > kMaxReferenceGrowth * (reader.position() - begin))
         throwPastLimit({"the path of a reference is too long for its element: references are nested too deep"});
-    return CIMKeyBinding(name, path, CIMKeyBinding::REFERENCE);
+    if (size > kMaxReferenceBytes)
+        throwPastLimit({"the path of a reference is longer than ", std::to_string(kMaxReferenceBytes >> 20U), " MiB"});
+    --nesting_;
+    return CIMKeyBinding(name, path.toString(), CIMKeyBinding::REFERENCE);
 }
 
 CIMKeyBinding PathDecoder::decodeKeyValue(const CIMName& name, XmlReader& reader) {

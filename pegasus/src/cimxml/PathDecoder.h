@@ -5,6 +5,8 @@
 
 #include <Pegasus/Common/CIMObjectPath.h>
 
+#include <cstddef>
+
 namespace Pegasus::cimxml {
 
 /// Decodes the elements that say where an object is (DSP0201, 5.2.2 and 5.2.3). Each operation decodes the element that
@@ -12,6 +14,9 @@ namespace Pegasus::cimxml {
 class PathDecoder {
   public:
     explicit PathDecoder(NameCache& names) : names_(names) {}
+
+    /// Before each answer: the one before may have ended anywhere.
+    void startAnswer() noexcept { nesting_ = 0; }
 
     /// INSTANCENAME, INSTANCEPATH, LOCALINSTANCEPATH, CLASSNAME, CLASSPATH or LOCALCLASSPATH.
     CIMObjectPath decodePath(XmlReader& reader);
@@ -31,9 +36,11 @@ class PathDecoder {
     Array<CIMKeyBinding> decodeKeys(XmlReader& reader);
     CIMKeyBinding decodeNamedKey(XmlReader& reader);
     CIMKeyBinding decodeKey(const CIMName& name, XmlReader& reader);
+    CIMKeyBinding decodeKeyReference(const CIMName& name, XmlReader& reader);
     CIMKeyBinding decodeKeyValue(const CIMName& name, XmlReader& reader);
 
     NameCache& names_;
+    std::size_t nesting_ = 0; // how deep this is in keys that are references
 };
 
 } // namespace Pegasus::cimxml

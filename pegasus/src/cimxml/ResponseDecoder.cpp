@@ -67,12 +67,21 @@ void ReturnValueSink::onQualifierDecl(const CIMQualifierDecl&) { throwUnexpected
 
 class ResponseDecoder::Impl {
   public:
-    Impl(std::string messageId, std::string method, ReturnValueSink& sink, std::shared_ptr<ObjectDecoder> objects)
-        : messageId_(std::move(messageId)), method_(std::move(method)), sink_(sink), objects_(std::move(objects)) {
-        objects_->startAnswer();
+    Impl(std::string messageId, std::string method, ReturnValueSink& sink, std::shared_ptr<ObjectDecoder> objects,
+         const ClientLimits& limits, const Checkpoint* checkpoint)
+        : messageId_(std::move(messageId)),
+          method_(std::move(method)),
+          sink_(sink),
+          objects_(std::move(objects)),
+          limits_(limits),
+          reader_(objects_->tags(), checkpoint) {
+        objects_->startAnswer(checkpoint);
     }
 
     void feed(std::string_view chunk) {
+        bytes_ += chunk.size();
+        if (bytes_ > limits_.answerBytes)
+            throwPastLimit({"it has more than ", std::to_string(limits_.answerBytes), " bytes"});
         input_.append(chunk);
         if (input_.unread().size() >= enough_ || input_.endsBadly())
             readOn();
@@ -98,6 +107,8 @@ class ResponseDecoder::Impl {
             }
         } catch (const EndOfText&) {
             const std::size_t waiting = input_.unread().size();
+            if (!inObject_)
+                checkFrame(waiting);
             if (waiting >= kMaxObjectBytes)
                 throwPastLimit({"one object is larger than ", std::to_string(kMaxObjectBytes >> 20U), " MiB"});
             enough_ = std::min(2 * waiting, kMaxObjectBytes);
@@ -109,17 +120,43 @@ class ResponseDecoder::Impl {
     /// Reads a tag of the envelope, or one element within it. False when there is nothing but white space.
     bool readNext() {
         skipByteOrderMark();
+        inObject_ = false;
         reader_.start(input_.unread().substr(0, kMaxObjectBytes),
                       level_ == 0 ? std::string_view() : kEnvelope[level_ - 1]);
         const XmlReader::Ahead ahead = reader_.ahead();
+        const std::size_t between = reader_.position();
+        inObject_ = ahead == XmlReader::Ahead::Element && level_ == kInReturnValue;
         if (ahead == XmlReader::Ahead::Text)
             throwXmlError({"there is text between the elements"});
         if (ahead == XmlReader::Ahead::EndTag)
             leaveEnvelope();
         else if (ahead == XmlReader::Ahead::Element)
             readElement();
+        if (inObject_)
+            countObject(between);
+        else
+            countFrame(reader_.position());
         input_.take(reader_.position());
         return ahead != XmlReader::Ahead::Nothing;
+    }
+
+    void countFrame(std::size_t length) {
+        checkFrame(length);
+        frameBytes_ += length;
+    }
+
+    /// Sees to it that what belongs to no object stays short, from one object to the next.
+    void checkFrame(std::size_t length) const {
+        if (frameBytes_ + length > limits_.frameBytes)
+            throwPastLimit({"more than ", std::to_string(limits_.frameBytes), " bytes in a row belong to no object"});
+    }
+
+    /// Counts an object, and what stood before it.
+    void countObject(std::size_t between) {
+        countFrame(between);
+        if (++objectCount_ > limits_.answerObjects)
+            throwPastLimit({"it has more than ", std::to_string(limits_.answerObjects), " objects"});
+        frameBytes_ = 0;
     }
 
     void skipByteOrderMark() {
@@ -212,14 +249,21 @@ class ResponseDecoder::Impl {
     std::size_t level_ = 0;     // the elements of the envelope that are open
     std::size_t nextLevel_ = 0; // the one that may open next
     const std::shared_ptr<ObjectDecoder> objects_;
-    XmlReader reader_{objects_->tags()};
+    const ClientLimits limits_;
+    Uint64 bytes_ = 0;
+    Uint64 objectCount_ = 0;
+    Uint64 frameBytes_ = 0; // since the last object
+    bool inObject_ = false; // what is read now belongs to one
+    XmlReader reader_;
     std::optional<CIMException> error_;
 };
 
 ResponseDecoder::ResponseDecoder(std::string messageId, std::string method, ReturnValueSink& sink,
-                                 std::shared_ptr<ObjectDecoder> objects)
+                                 std::shared_ptr<ObjectDecoder> objects, const ClientLimits& limits,
+                                 const Checkpoint* checkpoint)
     : impl_(std::make_unique<Impl>(std::move(messageId), std::move(method), sink,
-                                   objects ? std::move(objects) : std::make_shared<ObjectDecoder>())) {}
+                                   objects ? std::move(objects) : std::make_shared<ObjectDecoder>(), limits,
+                                   checkpoint)) {}
 
 ResponseDecoder::~ResponseDecoder() = default;
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Pegasus/Client/CIMClientException.h>
+#include <Pegasus/Client/ClientLimits.h>
 #include <Pegasus/Common/CIMClass.h>
 #include <Pegasus/Common/CIMInstance.h>
 #include <Pegasus/Common/CIMName.h>
@@ -14,6 +15,7 @@
 
 namespace Pegasus::cimxml {
 
+class Checkpoint;
 class ObjectDecoder;
 
 /// Receives the objects of a return value, one by one, in the order of the document. An operation overrides what it
@@ -41,13 +43,15 @@ class ReturnValueSink {
 /// feed() and finish() throw
 ///   CIMClientXmlException       for a body that is not well-formed, not CIM-XML, holds a bad value or passes a limit,
 ///   CIMClientResponseException  for the answer to another request, or an object of an unexpected kind;
-/// what the sink throws passes through. After an exception the decoder is of no further use.
+/// what the sink and the checkpoint throw passes through. After an exception the decoder is of no further use.
 class ResponseDecoder {
   public:
     /// `messageId` and `method` are those of the request. The sink must outlive the decoder. What decodes the objects
-    /// may have done so for other answers, and is faster then; it serves one answer at a time.
+    /// may have done so for other answers, and is faster then; it serves one answer at a time. The checkpoint, if there
+    /// is one, must outlive the decoder, too.
     ResponseDecoder(std::string messageId, std::string method, ReturnValueSink& sink,
-                    std::shared_ptr<ObjectDecoder> objects = nullptr);
+                    std::shared_ptr<ObjectDecoder> objects = nullptr, const ClientLimits& limits = {},
+                    const Checkpoint* checkpoint = nullptr);
     ~ResponseDecoder();
 
     /// Takes the next bytes of the body, cut anywhere.

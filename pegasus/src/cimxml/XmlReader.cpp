@@ -35,7 +35,8 @@ bool isPlainBlock(const char* block) noexcept {
 
 } // namespace
 
-XmlReader::XmlReader(TagMemory& tags, std::string_view text) : tags_(tags) {
+XmlReader::XmlReader(TagMemory& tags, const Checkpoint* checkpoint, std::string_view text)
+    : tags_(tags), checkpoint_(checkpoint) {
     open_[0].nextChild = &firstTag_;
     start(text);
 }
@@ -46,6 +47,7 @@ void XmlReader::start(std::string_view text, std::string_view parent) noexcept {
     open_[0].element = parent;
     depth_ = 0;
     nodes_ = 0;
+    checkedUpTo_ = 0;
     emptyTag_ = false;
 }
 
@@ -97,10 +99,13 @@ void XmlReader::skip() {
     }
 }
 
-std::string_view XmlReader::elementUpTo(std::string_view endTag) const noexcept {
-    const std::string_view text(tagBegin_, static_cast<std::size_t>(end_ - tagBegin_));
-    const std::size_t end = text.find(endTag, static_cast<std::size_t>(at_ - tagBegin_));
-    return emptyTag_ || end == std::string_view::npos ? std::string_view() : text.substr(0, end + endTag.size());
+std::string_view XmlReader::elementUpTo(std::string_view endTag, std::size_t longest) const noexcept {
+    const auto tagLength = static_cast<std::size_t>(at_ - tagBegin_);
+    if (emptyTag_ || tagLength > longest)
+        return {};
+    const std::string_view text(tagBegin_, std::min(static_cast<std::size_t>(end_ - tagBegin_), longest));
+    const std::size_t end = text.find(endTag, tagLength);
+    return end == std::string_view::npos ? std::string_view() : text.substr(0, end + endTag.size());
 }
 
 void XmlReader::skipKnown(std::string_view element, std::size_t nodes) {
@@ -118,6 +123,14 @@ inline void XmlReader::countNodes(std::size_t count) {
     if (nodes_ > kMaxNodes)
         throwPastLimit({"one object has more than ", std::to_string(kMaxNodes),
                         " elements, attributes, comments and CDATA sections"});
+    if (position() - checkedUpTo_ >= kBytesBetweenCheckpoints)
+        passCheckpoint();
+}
+
+void XmlReader::passCheckpoint() {
+    checkedUpTo_ = position();
+    if (checkpoint_ != nullptr)
+        checkpoint_->pass();
 }
 
 inline char XmlReader::peek() const {
@@ -214,7 +227,9 @@ inline void XmlReader::enter(const StartTag& tag, RememberedTag*& firstChild) {
         throwPastLimit({"elements are nested deeper than ", std::to_string(kMaxNesting)});
     tag_ = &tag;
     emptyTag_ = tag.isEmpty;
-    open_[++depth_] = {tag.element, &firstChild};
+    if (++depth_ == open_.size())
+        open_.emplace_back();
+    open_[depth_] = {tag.element, &firstChild};
 }
 
 /// Takes a tag apart. Returns it as one that is remembered; null when it is not.

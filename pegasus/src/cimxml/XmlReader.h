@@ -1,14 +1,15 @@
 #pragma once
 
+#include "cimxml/Checkpoint.h"
 #include "cimxml/Limits.h"
 #include "cimxml/StartTag.h"
 #include "cimxml/TagMemory.h"
 
-#include <array>
 #include <cstddef>
 #include <forward_list>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace Pegasus::cimxml {
 
@@ -28,11 +29,12 @@ struct EndOfText {};
 ///
 /// The text is made of whole characters that XML allows; it must outlive the reader. A document type declaration, and
 /// with it every entity declaration, is refused. All operations throw CIMClientXmlException, and EndOfText where the
-/// text ends before what they read does; only start() is of use then.
+/// text ends before what they read does; only start() is of use then. What the checkpoint throws passes through.
 class XmlReader {
   public:
-    /// `tags` must outlive the reader. It may serve several readers, one after the other or one within the other.
-    explicit XmlReader(TagMemory& tags, std::string_view text = {});
+    /// `tags` and the checkpoint, if there is one, must outlive the reader. They may serve several readers, one after
+    /// the other or one within the other.
+    explicit XmlReader(TagMemory& tags, const Checkpoint* checkpoint = nullptr, std::string_view text = {});
     XmlReader(const XmlReader&) = delete;
     XmlReader& operator=(const XmlReader&) = delete;
 
@@ -59,8 +61,9 @@ class XmlReader {
     void skip();
 
     /// The text of the element that was entered last, from its start tag to the first `endTag`, which is behind it when
-    /// it holds no such text otherwise. Empty when it has no content, or not all of it is there.
-    std::string_view elementUpTo(std::string_view endTag) const noexcept;
+    /// it holds no such text otherwise. Empty when it has no content, not all of it is there, or it is longer than
+    /// `longest`.
+    std::string_view elementUpTo(std::string_view endTag, std::size_t longest) const noexcept;
     /// Leaves the element that was entered last: it is known to be `element`, and to have so many nodes below it.
     void skipKnown(std::string_view element, std::size_t nodes);
     /// Whether the text is read just as far as the end of that part of it.
@@ -103,6 +106,7 @@ class XmlReader {
     void resolveReference(std::string& out);
     void resolveCData();
     void countNodes(std::size_t count);
+    void passCheckpoint();
 
     /// An element that is entered, or the parent of the first of these.
     struct Level {
@@ -111,14 +115,16 @@ class XmlReader {
     };
 
     TagMemory& tags_;
+    const Checkpoint* const checkpoint_;
     const char* begin_ = nullptr;
     const char* at_ = nullptr;
     const char* tagBegin_ = nullptr; // of the start tag that was read last
     const char* end_ = nullptr;
-    std::array<Level, kMaxNesting + 1> open_;
+    std::vector<Level> open_{1}; // on the heap: readers within readers must not take a thread's stack
     std::size_t depth_ = 0;
     std::size_t nodes_ = 0;
-    bool emptyTag_ = false; // the element that was entered last ends with its start tag
+    std::size_t checkedUpTo_ = 0; // where the checkpoint was passed last
+    bool emptyTag_ = false;       // the element that was entered last ends with its start tag
     const StartTag* tag_ = &scannedTag_;
     StartTag scannedTag_;                           // the last one that had to be taken apart
     RememberedTag* firstTag_ = nullptr;             // what comes next at the beginning,

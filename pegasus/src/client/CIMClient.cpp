@@ -1,13 +1,18 @@
 #include <Pegasus/Client/CIMClient.h>
 
+#include "cimxml/Checkpoint.h"
 #include "cimxml/ObjectDecoder.h"
 #include "cimxml/RequestEncoder.h"
 #include "cimxml/ResponseDecoder.h"
 #include "http/CimHeaders.h"
 #include "http/HttpConnection.h"
+#include "http/TimeOut.h"
+#include "model/Marked.h"
 
 #include <chrono>
+#include <new>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -126,6 +131,41 @@ void addReferences(RequestEncoder& request, const CIMObjectPath& objectName, con
     addAssociators(request, objectName, CIMName(), resultClass, role, String::EMPTY);
 }
 
+/// The end of an operation, looked at while its answer is decoded.
+class EndOfTime : public cimxml::Checkpoint {
+  public:
+    EndOfTime(const http::Endpoint& endpoint, const http::Deadline& deadline)
+        : endpoint_(endpoint), deadline_(deadline) {}
+
+    void pass() const override {
+        if (deadline_.remaining() == http::Deadline::Clock::duration::zero()) {
+            http::throwTimeOut(endpoint_, deadline_, "the answer was not read");
+        }
+    }
+
+  private:
+    const http::Endpoint& endpoint_;
+    const http::Deadline& deadline_;
+};
+
+/// Made beforehand: there may be no memory for it when it is needed.
+const String& outOfMemoryMessage() {
+    static const String message("there is not enough memory for the server's answer");
+    return message;
+}
+
+/// Does what a client is asked for. Where memory does not suffice, what was made of it is gone when this throws.
+template <typename Work>
+auto withinMemory(Work work) {
+    try {
+        return work();
+    } catch (const std::bad_alloc&) {
+    } catch (const std::length_error&) {
+        // asked for more than there can be
+    }
+    throw detail::Marked<OutOfMemoryException, ExceedsLimit>(outOfMemoryMessage());
+}
+
 } // namespace
 
 class CIMClient::Impl {
@@ -138,14 +178,16 @@ class CIMClient::Impl {
         if (connection_) {
             throw AlreadyConnectedException();
         }
-        connection_.emplace(http::Endpoint(toText(host), port), std::move(tls),
-                            http::Credentials{toText(user), toText(password)});
-        try {
-            connection_->open(deadline());
-        } catch (...) {
-            connection_.reset();
-            throw;
-        }
+        withinMemory([&] {
+            try {
+                connection_.emplace(http::Endpoint(toText(host), port), std::move(tls),
+                                    http::Credentials{toText(user), toText(password)});
+                connection_->open(deadline());
+            } catch (...) {
+                connection_.reset();
+                throw;
+            }
+        });
     }
 
     void disconnect() { connection_.reset(); }
@@ -156,13 +198,22 @@ class CIMClient::Impl {
         if (!connection_) {
             throw NotConnectedException();
         }
+        return withinMemory([&] { return answerTo<Result>(method, nameSpace, addParameters); });
+    }
+
+  private:
+    template <typename Result, typename AddParameters>
+    auto answerTo(const char* method, const CIMNamespaceName& nameSpace, AddParameters addParameters) {
         const std::string messageId = std::to_string(++lastMessageId_);
         RequestEncoder request(messageId, method, nameSpace);
         addParameters(request);
+        const http::Deadline end = deadline();
+        const EndOfTime endOfTime(connection_->endpoint(), end);
         Result result;
-        ResponseDecoder decoder(messageId, method, result, objects_);
+        ResponseDecoder decoder(messageId, method, result, objects_, limits, &endOfTime);
         try {
-            exchange(http::makeCimRequest(method, nameSpace.getString().view(), request.finish()), decoder);
+            exchange(http::makeCimRequest(method, nameSpace.getString().view(), request.finish()), decoder, end,
+                     endOfTime);
         } catch (const CIMException&) {
             throw; // a good answer, though not the one hoped for
         } catch (...) {
@@ -172,14 +223,17 @@ class CIMClient::Impl {
         return std::move(result).take(method);
     }
 
-  private:
     http::Deadline deadline() const { return http::Deadline(std::chrono::milliseconds(timeout)); }
 
-    void exchange(const http::HttpRequest& request, ResponseDecoder& decoder) {
-        const http::Deadline end = deadline();
+    void exchange(const http::HttpRequest& request, ResponseDecoder& decoder, const http::Deadline& end,
+                  const EndOfTime& endOfTime) {
         http::checkCimAnswer(connection_->post(request, end), connection_->endpoint());
-        const http::HttpFields& trailers =
-            connection_->readBody([&](std::string_view part) { decoder.feed(part); }, end);
+        const http::HttpFields& trailers = connection_->readBody(
+            [&](std::string_view part) {
+                endOfTime.pass();
+                decoder.feed(part);
+            },
+            end);
         http::checkCimTrailers(trailers, connection_->endpoint());
         decoder.finish();
     }
@@ -246,13 +300,15 @@ Array<CIMName> CIMClient::enumerateClassNames(const CIMNamespaceName& nameSpace,
 CIMInstance CIMClient::getInstance(const CIMNamespaceName& nameSpace, const CIMObjectPath& instanceName,
                                    Boolean localOnly, Boolean includeQualifiers, Boolean includeClassOrigin,
                                    const CIMPropertyList& propertyList) {
-    CIMInstance instance = impl_->call<Instances<Single>>("GetInstance", nameSpace, [&](RequestEncoder& request) {
-        request.addInstanceName("InstanceName", instanceName);
-        request.addBoolean("LocalOnly", localOnly);
-        addExtent(request, includeQualifiers, includeClassOrigin, propertyList);
+    return withinMemory([&] {
+        CIMInstance instance = impl_->call<Instances<Single>>("GetInstance", nameSpace, [&](RequestEncoder& request) {
+            request.addInstanceName("InstanceName", instanceName);
+            request.addBoolean("LocalOnly", localOnly);
+            addExtent(request, includeQualifiers, includeClassOrigin, propertyList);
+        });
+        instance.setPath(instanceName);
+        return instance;
     });
-    instance.setPath(instanceName);
-    return instance;
 }
 
 Array<CIMInstance> CIMClient::enumerateInstances(const CIMNamespaceName& nameSpace, const CIMName& className,

@@ -34,6 +34,13 @@ class CIMClientXmlException : public Exception {
     using Exception::Exception;
 };
 
+/// There is not enough memory for the operation. What it had taken is given back, and the connection is closed; the
+/// client may go on. An ExceedsLimit, too (FailureMarks.h).
+class OutOfMemoryException : public Exception {
+  public:
+    using Exception::Exception;
+};
+
 /// The answer belongs to another request, or does not hold what the operation returns: other objects, too many, none.
 class CIMClientResponseException : public Exception {
   public:

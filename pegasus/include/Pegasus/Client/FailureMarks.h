@@ -8,7 +8,8 @@
 
 namespace Pegasus {
 
-/// The answer passes a limit of this library. On CIMClientXmlException and CIMClientMalformedHTTPException.
+/// The answer passes a limit: one of this library's or of the ClientLimits, or the memory that there is. On
+/// CIMClientXmlException, CIMClientMalformedHTTPException and OutOfMemoryException.
 class ExceedsLimit {
   public:
     virtual ~ExceedsLimit();
