@@ -22,6 +22,25 @@ constexpr const char* kFaithfulReading = "faithful";
 /// namespace is refused with TVYXException 14.
 constexpr const char* kNamespaceKey = "cimhttp.namespace";
 
+// Whole numbers of any unsigned type, greater than 0. A value of another type, and 0, is refused with TVYXException 14,
+// and so is each of these keys but the timeout where the client library is not the project's own.
+
+/// For each step towards a connection (resolving the name, one address, the TLS handshake), in milliseconds; 10,000
+/// without the key.
+constexpr const char* kConnectTimeoutKey = "cimhttp.connect.timeout";
+
+/// For one request with its answer, in milliseconds; 65,535,000 without the key, which is about 18 hours.
+constexpr const char* kTimeoutKey = "cimhttp.timeout";
+
+/// The most that one answer may hold: bytes of its body (1 GiB without the key), and objects (10,000,000). Past it the
+/// operation fails, with the kind kLimit (RemoteFailure.h).
+constexpr const char* kLimitBytesKey = "cimhttp.limit.bytes";
+constexpr const char* kLimitObjectsKey = "cimhttp.limit.objects";
+
+/// The most that the classes of the namespace may hold in all: properties, methods, parameters and qualifiers;
+/// 4,000,000 without the key. Past it no further class can be had, with the kind kLimit.
+constexpr const char* kLimitElementsKey = "cimhttp.limit.elements";
+
 // --- ICIMClass::EnumerateInstances of a faithful namespace ---
 
 /// The properties that are wanted, an array of names; the others are null in the instances. All without the key.

@@ -17,7 +17,7 @@ struct RemoteFailure {
         kHttp,         ///< another HTTP status than 200
         kNotCim,       ///< the answer is not HTTP, breaks off, or is not the HTTP of a CIM operation
         kMalformed,    ///< the answer is not good CIM-XML, or answers something else
-        kLimit,        ///< the answer is larger than what is taken
+        kLimit,        ///< the answer is larger than what is taken, or than the memory that there is
         kCimStatus,    ///< the server reports an error of CIM
         kOther
     };

@@ -7,7 +7,7 @@
 namespace NQORVYX20 {
 
 class ICIMQualifier;
-struct ValueMapTable;
+class ValueMapTable;
 
 /// The value map of a declaration, kept as long as the two qualifiers that it was made from are the same and have the
 /// same values.

@@ -2,10 +2,20 @@
 
 #include <boost/make_shared.hpp>
 
+#include <utility>
+
 #include "display/DisplayQualifiers.h"
 #include "display/ValueMapBuilder.h"
 
 namespace NQORVYX20 {
+
+ValueMapTable::ValueMapTable(std::vector<ValueMapRow> rows, std::string defaultText)
+    : fRows(std::move(rows)), fDefaultText(std::move(defaultText)), fIndex(fRows) {}
+
+const std::string* ValueMapTable::Find(std::uint64_t number) const {
+    const auto row = fIndex.RowOf(number);
+    return row ? &fRows[*row].text : nullptr;
+}
 
 boost::shared_ptr<const ValueMapTable> MakeValueMapTable(const DisplayQualifiers& qualifiers) {
     static const DisplayQualifiers::TName kValues("Values");
@@ -15,15 +25,16 @@ boost::shared_ptr<const ValueMapTable> MakeValueMapTable(const DisplayQualifiers
     if (!entries) {
         return {};
     }
-    auto map = boost::make_shared<ValueMapTable>();
-    map->rows.reserve(entries->size());
-    ValueMapBuilder builder(map->rows, map->defaultText);
+    std::vector<ValueMapRow> rows;
+    std::string defaultText;
+    rows.reserve(entries->size());
+    ValueMapBuilder builder(rows, defaultText);
     for (std::size_t i = 0; i < entries->size(); ++i) {
         if (!builder.Add((*entries)[i], i < texts->size() ? (*texts)[i] : std::string())) {
             return {};
         }
     }
-    return map;
+    return boost::make_shared<const ValueMapTable>(std::move(rows), std::move(defaultText));
 }
 
 } // namespace NQORVYX20

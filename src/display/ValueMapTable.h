@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "display/ValueMapIndex.h"
+
 namespace NQORVYX20 {
 
 class DisplayQualifiers;
@@ -19,9 +21,20 @@ struct ValueMapRow {
 };
 
 /// A value map: the rows in the order of the qualifier ValueMap, and the text for all other values, empty for none.
-struct ValueMapTable {
-    std::vector<ValueMapRow> rows;
-    std::string defaultText;
+class ValueMapTable {
+  public:
+    ValueMapTable(std::vector<ValueMapRow> rows, std::string defaultText);
+
+    const std::vector<ValueMapRow>& Rows() const { return fRows; }
+    const std::string& DefaultText() const { return fDefaultText; }
+
+    /// The text of the first row that covers the number; null when none does.
+    const std::string* Find(std::uint64_t number) const;
+
+  private:
+    std::vector<ValueMapRow> fRows;
+    std::string fDefaultText;
+    ValueMapIndex fIndex;
 };
 
 /// The value map that the qualifiers Values and ValueMap make. Entries without a text of their own get an empty one. An

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace NQORVYX20 {
@@ -26,6 +27,9 @@ class SubClassList {
     }
 
     const TClasses& Classes() const { return fClasses; }
+
+    /// Of a list that is not used any more.
+    TClasses TakeClasses() && { return std::move(fClasses); }
 
   private:
     TClasses fClasses;

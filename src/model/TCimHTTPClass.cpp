@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <iterator>
 #include <utility>
 
 #include "convert/CoreLog.h"
@@ -37,7 +38,26 @@ TCimHTTPClass::TCimHTTPClass(boost::shared_ptr<TCimHTTPNamespace> nameSpace, con
       fReading(nameSpace ? nameSpace->GetReading() : boost::shared_ptr<Reading>()),
       fName(name) {}
 
-TCimHTTPClass::~TCimHTTPClass() = default;
+TCimHTTPClass::~TCimHTTPClass() {
+    try {
+        ReleaseSubClasses();
+    } catch (...) {
+        // There is no memory for the list; they are released one within the other.
+    }
+}
+
+/// Releases the classes below that nobody else holds in a loop: how many levels there are, the server says.
+void TCimHTTPClass::ReleaseSubClasses() {
+    auto released = std::exchange(fSubClasses, {}).TakeClasses();
+    while (!released.empty()) {
+        const auto cls = std::move(released.back());
+        released.pop_back();
+        if (cls.use_count() == 1) {
+            auto below = std::exchange(cls->fSubClasses, {}).TakeClasses();
+            std::move(below.begin(), below.end(), std::back_inserter(released));
+        }
+    }
+}
 
 // --- Materialisation ---------------------------------------------------------------------------------------------
 
@@ -116,17 +136,41 @@ bool TCimHTTPClass::IsSubclassOf(boost::shared_ptr<ICIMClass const> other, TCIMC
     return false;
 }
 
+/// Tells a class which walk it is on, for the time of its life.
+class TCimHTTPClass::TOnWalk {
+  public:
+    TOnWalk(TCimHTTPClass& cls, TWalk& walk) : fClass(cls) { fClass.fWalk = &walk; }
+    ~TOnWalk() { fClass.fWalk = nullptr; }
+    TOnWalk(const TOnWalk&) = delete;
+    TOnWalk& operator=(const TOnWalk&) = delete;
+
+  private:
+    TCimHTTPClass& fClass;
+};
+
 void TCimHTTPClass::EnumerateSubClasses(const boost::function<bool(boost::shared_ptr<ICIMClass>)>& callback, bool deep,
                                         TCIMContext /*context*/) {
     if (fReading) {
         fReading->CompleteSubClasses(*this, deep);
     }
-    const auto subClasses = fSubClasses.Classes(); // a callback that looks classes up makes the list longer
-    for (const auto& subClass : subClasses) {
-        if (!callback(subClass)) {
-            return;
+    // A callback that looks classes up makes the list longer.
+    TLevel level{fSubClasses.Classes(), 0};
+    if (fWalk != nullptr) {
+        fWalk->push_back(std::move(level));
+        return;
+    }
+    // How deep the hierarchy is, the server says. So the class at the top walks through all of it, and those below,
+    // which are asked one by one, add no more than their level.
+    TWalk walk{std::move(level)};
+    while (!walk.empty()) {
+        TLevel& current = walk.back();
+        if (current.next == current.classes.size() || !callback(current.classes[current.next])) {
+            walk.pop_back();
+            continue;
         }
+        const auto subClass = current.classes[current.next++];
         if (deep) {
+            const TOnWalk onWalk(*subClass, walk);
             subClass->EnumerateSubClasses(callback, deep, TCIMContext());
         }
     }
@@ -424,15 +468,22 @@ boost::shared_ptr<ICIMInstance> TCimHTTPClass::GetInstance(const TCIMReference& 
 
 void TCimHTTPClass::ClearInstances() {
     // The links are taken out before the classes behind them are cleared, so that a class which is reachable from
-    // itself ends the recursion.
+    // itself is no obstacle.
+    std::vector<boost::shared_ptr<TCimHTTPClass>> linked;
+    ClearOwn(linked);
+    while (!linked.empty()) {
+        const auto cls = std::move(linked.back());
+        linked.pop_back();
+        cls->ClearOwn(linked);
+    }
+}
+
+/// Clears this class alone, and adds those that it was linked to.
+void TCimHTTPClass::ClearOwn(std::vector<boost::shared_ptr<TCimHTTPClass>>& linked) {
     const auto associations = std::exchange(fAssociations, {});
-    for (const auto& association : associations) {
-        association->ClearInstances();
-    }
+    linked.insert(linked.end(), associations.begin(), associations.end());
     const auto subClasses = std::exchange(fSubClasses, {});
-    for (const auto& subClass : subClasses.Classes()) {
-        subClass->ClearInstances();
-    }
+    linked.insert(linked.end(), subClasses.Classes().begin(), subClasses.Classes().end());
     fQualifiers.Clear();
     fPropertyDecls.Clear();
     fStaticProperties.clear();

@@ -187,7 +187,17 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     using TAssociationVisitor =
         boost::function<bool(const boost::shared_ptr<TCimHTTPClass>&, const boost::shared_ptr<TCimHTTPClass>&)>;
 
+    /// The subclasses of one class, in a walk through the hierarchy, and which is next.
+    struct TLevel {
+        SubClassList<TCimHTTPClass>::TClasses classes;
+        std::size_t next;
+    };
+    using TWalk = std::vector<TLevel>;
+    class TOnWalk;
+
     boost::shared_ptr<TCimHTTPNamespace> LockNamespace() const;
+    void ReleaseSubClasses();
+    void ClearOwn(std::vector<boost::shared_ptr<TCimHTTPClass>>& linked);
     bool HasTrueQualifier(const std::string& name) const;
 
     void CheckOverride(const ICIMPropertyDecl& declaration) const;
@@ -204,6 +214,7 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     EntryIndex<TCimHTTPPropertyDecl> fPropertyDecls;
     std::map<std::string, boost::shared_ptr<TCimHTTPProperty>> fStaticProperties;
     SubClassList<TCimHTTPClass> fSubClasses;
+    TWalk* fWalk = nullptr; // while a class above enumerates this one's subclasses
 
   protected:
     // The association classes that refer to this class. Those who link some derive from it.

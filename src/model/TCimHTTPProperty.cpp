@@ -1,5 +1,6 @@
 #include "model/TCimHTTPProperty.h"
 
+#include <algorithm>
 #include <functional>
 #include <optional>
 #include <sstream>
@@ -50,16 +51,14 @@ boost::shared_ptr<const ValueMapTable> FindValueMapTable(const boost::shared_ptr
                           : MakeValueMapTable(TCimHTTPPropertyDecl::DisplayQualifiersOf(declaration));
 }
 
-/// The text of the first row that covers the value; else the default text; else the value in base 10.
-template <typename Row>
-std::string TextInTable(const TCIMValue& value, const std::vector<Row>& rows, const std::string& defaultText) {
-    const std::uint64_t number = ToNumber(value);
-    for (const Row& row : rows) {
-        if (row.low <= number && number <= row.high) {
-            return row.text;
-        }
-    }
+/// The text of a value that no row of a value map covers: the default text, else the value in base 10.
+std::string TextOfOther(const TCIMValue& value, const std::string& defaultText) {
     return defaultText.empty() ? value.ToString(kDecimal) : defaultText;
+}
+
+std::string TextInMap(const TCIMValue& value, const ValueMapTable& map) {
+    const std::string* const text = map.Find(ToNumber(value));
+    return text != nullptr ? *text : TextOfOther(value, map.DefaultText());
 }
 
 std::string TextWithBase(const TCIMValue& value, const DisplayQualifiers& qualifiers) {
@@ -222,7 +221,7 @@ std::string TCimHTTPProperty::PrevValueToString() const { return DisplayText(Get
 std::string TCimHTTPProperty::DisplayText(const TCIMValue& value) const {
     auto declaration = LockDeclaration();
     const auto map = !value.IsNull() && IsMappable(value.GetType()) ? FindValueMapTable(declaration) : nullptr;
-    return map ? TextInTable(value, map->rows, map->defaultText)
+    return map ? TextInMap(value, *map)
                : TextWithQualifiers(value, TCimHTTPPropertyDecl::DisplayQualifiersOf(std::move(declaration)));
 }
 
@@ -234,7 +233,7 @@ std::vector<std::string> TCimHTTPProperty::ToStringVector() const {
         return ToStringVectorWithBase();
     }
     return ElementTexts(value, [&](const TCIMValue& element) {
-        return element.IsNull() ? ToStringWithQualifiers(element) : TextInTable(element, map->rows, map->defaultText);
+        return element.IsNull() ? ToStringWithQualifiers(element) : TextInMap(element, *map);
     });
 }
 
@@ -261,18 +260,22 @@ bool TCimHTTPProperty::BuildValueMapEntryArray(std::vector<TValueMapEntry>& tabl
     if (!map) {
         return false;
     }
-    table.reserve(map->rows.size());
-    for (const ValueMapRow& row : map->rows) {
+    table.reserve(map->Rows().size());
+    for (const ValueMapRow& row : map->Rows()) {
         table.push_back({row.low, row.high, row.text});
     }
-    defaultText = map->defaultText;
+    defaultText = map->DefaultText();
     return true;
 }
 
 // A host that was built on its own links this operation by its signature, hence no const for what it only reads.
 std::string TCimHTTPProperty::LookupInTable(const TCIMValue& value, std::vector<TValueMapEntry>& table,
                                             std::string& defaultText) const {
-    return TextInTable(value, table, defaultText);
+    const std::uint64_t number = ToNumber(value);
+    const auto row = std::find_if(table.begin(), table.end(), [number](const TValueMapEntry& entry) {
+        return entry.low <= number && number <= entry.high;
+    });
+    return row != table.end() ? row->text : TextOfOther(value, defaultText);
 }
 
 } // namespace NQORVYX20

@@ -2,12 +2,22 @@
 
 #include <Pegasus/Client/CIMClient.h>
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
 #include "host/TCIMContext.h"
 
 namespace NQORVYX20 {
+
+/// Numbers that a host may give; those that it does not give are empty.
+struct RemoteLimits {
+    std::optional<std::uint32_t> connectMilliseconds;
+    std::optional<std::uint32_t> requestMilliseconds;
+    std::optional<std::uint64_t> answerBytes;
+    std::optional<std::uint64_t> answerObjects;
+    std::optional<std::uint64_t> elements;
+};
 
 /// What a host says in the context of AllocateNamespace (ContextKeys.h).
 class NamespaceOptions {
@@ -22,10 +32,13 @@ class NamespaceOptions {
     /// Empty when the host does not say.
     const std::optional<Pegasus::CIMNamespaceName>& RemoteNamespace() const { return fRemoteNamespace; }
 
+    const RemoteLimits& Limits() const { return fLimits; }
+
   private:
     std::string fPluginName;
     bool fIsFaithful = false;
     std::optional<Pegasus::CIMNamespaceName> fRemoteNamespace;
+    RemoteLimits fLimits;
 };
 
 } // namespace NQORVYX20

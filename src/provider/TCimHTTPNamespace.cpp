@@ -20,6 +20,7 @@
 #include "provider/TCimHTTPNamespaceProvider.h"
 #include "reading/CompatibleReading.h"
 #include "reading/FaithfulReading.h"
+#include "reading/LimitExceeded.h"
 #include "reading/RemoteFailures.h"
 #include "reading/RemoteServer.h"
 
@@ -35,7 +36,6 @@ constexpr const char* kPluginVersion = "1.0";
 constexpr int kHttpPort = 5988;
 constexpr int kHttpsPort = 5989;
 constexpr Pegasus::Uint32 kInitialTimeoutMs = 10000;
-constexpr Pegasus::Uint32 kConnectedTimeoutMs = 65535000;
 
 // No callback is set: the client then encrypts without verifying the server's certificate.
 constexpr Pegasus::SSLCertificateVerifyFunction* pegCallbackSSL = nullptr;
@@ -90,6 +90,7 @@ void TCimHTTPNamespace::Initialize(TCIMContext context) {
     if (const auto& remoteNamespace = options.RemoteNamespace()) {
         fServer->SetNamespace(*remoteNamespace);
     }
+    SetLimits(options.Limits());
     if (options.IsFaithful()) {
         fReading = boost::make_shared<FaithfulReading>(shared_from_this());
     }
@@ -97,6 +98,15 @@ void TCimHTTPNamespace::Initialize(TCIMContext context) {
         AllocateClass(kRootClassName, boost::shared_ptr<ICIMClass>(), TCIMContext()));
     DeclareQualifier(kPluginNameQualifier, "CIMXML");
     DeclareQualifier(kPluginVersionQualifier, "");
+}
+
+void TCimHTTPNamespace::SetLimits(const RemoteLimits& limits) {
+    fTimeoutMs = limits.requestMilliseconds.value_or(fTimeoutMs);
+    fBudget.SetElements(limits.elements.value_or(DefinitionBudget::kElements));
+    if (!fServer->SetLimits(limits.connectMilliseconds, limits.answerBytes, limits.answerObjects)) {
+        LogError("TCimHTTPNamespace: the client library that this plug-in was built with knows no limits");
+        throw TVYXException(kTypeMismatch);
+    }
 }
 
 void TCimHTTPNamespace::DeclareQualifier(const std::string& name, const std::string& value) {
@@ -108,7 +118,7 @@ void TCimHTTPNamespace::connect(std::string host, std::string user, std::string 
     fReport.BeginOperation();
     try {
         Pegasus::CIMClient& client = *getPegClient();
-        client.setTimeout(kConnectedTimeoutMs);
+        client.setTimeout(fTimeoutMs);
         if (port == kHttpPort) {
             client.connect(host.c_str(), kHttpPort, user.c_str(), password.c_str());
         } else if (port == kHttpsPort) {
@@ -217,8 +227,10 @@ void TCimHTTPNamespace::EnumerateClassNames(std::string nameSpace, std::string c
                                             Pegasus::Array<Pegasus::CIMName>& names) {
     fReport.BeginOperation();
     try {
-        const auto top = className.empty() ? Pegasus::CIMName() : Pegasus::CIMName(className.c_str());
-        names = fServer->EnumerateClassNames(Pegasus::CIMNamespaceName(nameSpace.c_str()), top);
+        names = WithinMemory([&] {
+            const auto top = className.empty() ? Pegasus::CIMName() : Pegasus::CIMName(className.c_str());
+            return fServer->EnumerateClassNames(Pegasus::CIMNamespaceName(nameSpace.c_str()), top);
+        });
     } catch (const Pegasus::Exception& failure) {
         fReport.Fail(RemoteFailureOf(failure));
         LogDebug("TCimHTTPNamespace::EnumerateClassNames: " + nameSpace + ":" + className + ": " +

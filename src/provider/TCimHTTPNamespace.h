@@ -13,6 +13,7 @@
 #include "cimhttp/ReadingIncidents.h"
 #include "cimhttp/RemoteFailure.h"
 #include "host/ICIMNamespace.h"
+#include "reading/DefinitionBudget.h"
 #include "reading/ReadingReport.h"
 
 namespace NQORVYX20 {
@@ -21,6 +22,7 @@ class Reading;
 class RemoteServer;
 class TCimHTTPClass;
 class TCimHTTPQualifierDecl;
+struct RemoteLimits;
 
 /// One remote CIM server as a namespace. It owns its client, the classes that it has fetched and the qualifier
 /// declarations that they use; all of them live as long as the namespace. Owned by a boost::shared_ptr.
@@ -30,7 +32,7 @@ class TCimHTTPQualifierDecl;
 /// not have, 42 when it cannot be read, after a line in the log; LastFailure says why.
 ///
 /// A namespace and all objects reached through it are used from one thread at a time; two namespaces are independent.
-/// Waiting is bounded by the client's time-out: 10 seconds until `connect` raises it to 65535.
+/// Waiting is bounded: for each step towards a connection by kConnectTimeoutKey, for a request by kTimeoutKey.
 class TCimHTTPNamespace : public ICIMNamespace, public boost::enable_shared_from_this<TCimHTTPNamespace> {
   public:
     /// The name of the class above all classes of the server.
@@ -100,6 +102,7 @@ class TCimHTTPNamespace : public ICIMNamespace, public boost::enable_shared_from
     boost::shared_ptr<Reading> GetReading();
     RemoteServer& Server() { return *fServer; }
     ReadingReport& Report() { return fReport; }
+    DefinitionBudget& Budget() { return fBudget; }
 
     /// A class that the namespace holds, by the normal form of its name, or an empty pointer.
     boost::shared_ptr<TCimHTTPClass> FindClass(const std::string& key) const;
@@ -167,12 +170,16 @@ class TCimHTTPNamespace : public ICIMNamespace, public boost::enable_shared_from
     virtual ICIMNamespace& operator=(ICIMNamespace& other);
 
   private:
+    static constexpr std::uint32_t kTimeoutMs = 65535000; // of a request, once connected
+
+    void SetLimits(const RemoteLimits& limits);
     void DeclareQualifier(const std::string& name, const std::string& value);
     void StampClass(ICIMClass& cls, const std::string& qualifierName, const std::string& value,
                     TCIMContext context) const;
 
     std::unique_ptr<RemoteServer> fServer;
     ReadingReport fReport;
+    DefinitionBudget fBudget;
     boost::shared_ptr<Reading> fReading; // the compatible one is made when it is needed
     std::map<std::string, boost::shared_ptr<TCimHTTPQualifierDecl>> fQualifierDecls;
     std::map<std::string, boost::shared_ptr<TCimHTTPClass>> fClasses;
@@ -180,6 +187,7 @@ class TCimHTTPNamespace : public ICIMNamespace, public boost::enable_shared_from
     bool fRedefine;
     boost::weak_ptr<ICIMNamespace> fUpcallNamespace;
     bool fConnected = false;
+    std::uint32_t fTimeoutMs = kTimeoutMs;
     std::string fPluginName;
 };
 

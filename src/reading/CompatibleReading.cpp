@@ -2,7 +2,9 @@
 
 #include <Pegasus/Client/CIMClient.h>
 
+#include <optional>
 #include <utility>
+#include <vector>
 
 #include "convert/CoreLog.h"
 #include "convert/NormalName.h"
@@ -19,6 +21,7 @@
 #include "model/Required.h"
 #include "model/TCimHTTPClass.h"
 #include "provider/TCimHTTPNamespace.h"
+#include "reading/LimitExceeded.h"
 #include "reading/ReadingReport.h"
 #include "reading/RemoteFailures.h"
 #include "reading/RemoteNames.h"
@@ -33,18 +36,16 @@ namespace {
 // A hierarchy deeper than this is a server's mistake or malice; fetching it must not exhaust the stack.
 constexpr std::size_t kMaxHierarchyDepth = 256;
 
-/// Notes a class as being fetched for the time of its life.
-class TLookup {
+/// Says that a superclass is being looked up, for the time of its life.
+class TClimbing {
   public:
-    TLookup(std::set<std::string>& lookups, const std::string& key)
-        : fLookups(lookups), fEntry(lookups.insert(key).first) {}
-    ~TLookup() { fLookups.erase(fEntry); }
-    TLookup(const TLookup&) = delete;
-    TLookup& operator=(const TLookup&) = delete;
+    explicit TClimbing(bool& isClimbing) : fIsClimbing(isClimbing) { fIsClimbing = true; }
+    ~TClimbing() { fIsClimbing = false; }
+    TClimbing(const TClimbing&) = delete;
+    TClimbing& operator=(const TClimbing&) = delete;
 
   private:
-    std::set<std::string>& fLookups;
-    std::set<std::string>::iterator fEntry;
+    bool& fIsClimbing;
 };
 
 ReadingIncident IncidentOf(const TCimHTTPClass& cls, ReadingIncident::Cause cause, const std::string& path,
@@ -62,52 +63,149 @@ boost::shared_ptr<TCimHTTPNamespace> CompatibleReading::LockNamespace() const {
 
 // --- Classes -----------------------------------------------------------------------------------------------------
 
+/// The way from a class that is looked up to the first superclass that is there, class by class. Of each it has no more
+/// than the names, and the class counts as being fetched as long as it is on the way.
+class CompatibleReading::Climb {
+  public:
+    struct TStep {
+        TNames names;
+        std::string name; ///< as the server gives it
+        std::string superName;
+    };
+
+    explicit Climb(std::set<std::string>& lookups) : fLookups(lookups) {}
+    ~Climb() {
+        while (!fSteps.empty()) {
+            GoDown();
+        }
+    }
+    Climb(const Climb&) = delete;
+    Climb& operator=(const Climb&) = delete;
+
+    void GoUp(const TNames& names) {
+        fSteps.push_back({names, std::string(), std::string()});
+        fLookups.insert(names.key);
+    }
+    void GoDown() {
+        fLookups.erase(fSteps.back().names.key);
+        fSteps.pop_back();
+    }
+
+    bool IsAtEnd() const { return fSteps.empty(); }
+    bool IsAtBegin() const { return fSteps.size() == 1; }
+    const TStep& Top() const { return fSteps.back(); }
+    void SetNames(const std::string& name, const std::string& superName) {
+        fSteps.back().name = name;
+        fSteps.back().superName = superName;
+    }
+
+  private:
+    std::set<std::string>& fLookups;
+    std::vector<TStep> fSteps;
+};
+
+// In a loop, and with no definition at hand while the next is fetched: neither the stack nor the memory that it takes
+// depends on how long a hierarchy the server makes up. The namespace is asked for each superclass; where it would fetch
+// it, the question comes back here and is the next step of the loop.
 boost::shared_ptr<ICIMClass> CompatibleReading::FetchClass(const std::string& name, const std::string& key,
                                                            TCIMContext context) {
-    const auto nameSpace = LockNamespace();
-    if (fLookups.size() >= kMaxHierarchyDepth || fLookups.count(key) != 0) {
-        const std::string text =
-            "TCimHTTPNamespace::GetClass " + key + ": the server's class hierarchy has a cycle or is too deep";
-        LogError(text);
-        nameSpace->Report().Fail(MalformedAnswer(text));
+    if (fIsClimbing) {
+        fNextStep = TNames{name, key};
         return {};
     }
-    const TLookup lookup(fLookups, key);
+    Climb climb(fLookups);
+    boost::shared_ptr<ICIMClass> cls;
+    for (auto step = std::make_optional(TNames{name, key}); step;) {
+        step = FetchNames(climb, *step) ? FindSuperClass(climb, cls) : std::nullopt;
+    }
+    while (!climb.IsAtEnd()) {
+        cls = BuildClass(climb, cls, climb.IsAtBegin() ? context : TCIMContext());
+        climb.GoDown();
+    }
+    return cls;
+}
+
+/// The superclass of the class at the top of the climb, where the namespace holds it, or no superclass can be had;
+/// else what is to be fetched.
+std::optional<CompatibleReading::TNames> CompatibleReading::FindSuperClass(Climb& climb,
+                                                                           boost::shared_ptr<ICIMClass>& found) {
+    fNextStep.reset();
+    const bool isFound = Attempt(climb.Top().names.asked, [&] {
+        const TClimbing climbing(fIsClimbing);
+        found = LockNamespace()->GetClass(climb.Top().superName, TCIMContext());
+    });
+    if (!isFound) {
+        climb.GoDown();
+    }
+    return std::exchange(fNextStep, std::nullopt);
+}
+
+/// Does a step of a look-up. When that fails, the report and mostly the log say why.
+template <typename Step>
+bool CompatibleReading::Attempt(const std::string& name, const Step& step) {
     try {
-        BuildClass(nameSpace->Server().GetClassForItsNames(name), context);
+        WithinMemory(step);
+        return true;
     } catch (const Pegasus::Exception& failure) {
         LogDebug("TCimHTTPNamespace::GetClass from Pegasus for: " + name +
                  "returned exception: " + ToStdString(failure.getMessage()));
-        nameSpace->Report().Fail(RemoteFailureOf(failure));
-        return {};
+        LockNamespace()->Report().Fail(RemoteFailureOf(failure));
     } catch (...) {
-        return {}; // a definition that cannot be built is as good as none
+        // a definition that cannot be built is as good as none
     }
-    auto built = nameSpace->FindClass(key);
-    if (built) {
-        LogDebug("TCimHTTPNamespace::GetClass " + key + " Now it is Found in TCimHTTPNamespace");
-    } else {
-        LogError("TCimHTTPNamespace::GetClass " + key + " Not Found - Something Wrong");
-    }
-    return built;
+    return false;
 }
 
-void CompatibleReading::BuildClass(const Pegasus::CIMClass& names, TCIMContext context) {
+/// Asks for the names of a class and its superclass, the next step of the climb.
+bool CompatibleReading::FetchNames(Climb& climb, const TNames& wanted) {
     const auto nameSpace = LockNamespace();
-    const std::string name = ToStdString(names.getClassName());
-    const auto& superClassName = names.getSuperClassName();
-    const auto superClass =
-        nameSpace->GetClass(superClassName.isNull() ? "" : ToStdString(superClassName), TCIMContext());
-    const auto cls = nameSpace->AllocateClass(name, superClass, TCIMContext());
-    nameSpace->StampClass(*cls, context);
-    cls->AddToNamespace(context);
+    if (fLookups.size() >= kMaxHierarchyDepth || fLookups.count(wanted.key) != 0) {
+        const std::string text =
+            "TCimHTTPNamespace::GetClass " + wanted.key + ": the server's class hierarchy has a cycle or is too deep";
+        LogError(text);
+        nameSpace->Report().Fail(MalformedAnswer(text));
+        return false;
+    }
+    climb.GoUp(wanted);
+    const bool isFetched = Attempt(wanted.asked, [&] {
+        nameSpace->Budget().Check();
+        const Pegasus::CIMClass names = nameSpace->Server().GetClassForItsNames(wanted.asked);
+        const auto& superName = names.getSuperClassName();
+        climb.SetNames(ToStdString(names.getClassName()), superName.isNull() ? "" : ToStdString(superName));
+    });
+    if (!isFetched) {
+        climb.GoDown();
+    }
+    return isFetched;
+}
+
+/// Builds the class at the top of the climb.
+boost::shared_ptr<ICIMClass>
+CompatibleReading::BuildClass(const Climb& climb, const boost::shared_ptr<ICIMClass>& superClass, TCIMContext context) {
+    const auto nameSpace = LockNamespace();
+    const Climb::TStep& step = climb.Top();
+    const bool isBuilt = Attempt(step.names.asked, [&] {
+        const auto cls = nameSpace->AllocateClass(step.name, superClass, TCIMContext());
+        nameSpace->StampClass(*cls, context);
+        cls->AddToNamespace(context);
+    });
+    if (!isBuilt) {
+        return {};
+    }
+    auto built = nameSpace->FindClass(step.names.key);
+    if (built) {
+        LogDebug("TCimHTTPNamespace::GetClass " + step.names.key + " Now it is Found in TCimHTTPNamespace");
+    } else {
+        LogError("TCimHTTPNamespace::GetClass " + step.names.key + " Not Found - Something Wrong");
+    }
+    return built;
 }
 
 boost::shared_ptr<ICIMClass> CompatibleReading::AllocateClass(const std::string& name,
                                                               boost::shared_ptr<TCimHTTPClass> superClass) {
     const auto nameSpace = LockNamespace();
     try {
-        return nameSpace->MakeClass(name, superClass);
+        return WithinMemory([&] { return nameSpace->MakeClass(name, superClass); });
     } catch (const Pegasus::Exception& exception) {
         if (!fLookups.empty()) {
             throw;
@@ -122,7 +220,9 @@ boost::shared_ptr<ICIMClass> CompatibleReading::AllocateClass(const std::string&
 void CompatibleReading::Define(TCimHTTPClass& cls) {
     const auto nameSpace = LockNamespace();
     cls.SetSuperClass(nameSpace->GetRootClass());
+    nameSpace->Budget().Check();
     Pegasus::CIMClass remote = nameSpace->Server().GetClassToBuild(cls.GetName(TCIMContext()));
+    nameSpace->Budget().Charge(remote);
     CopyQualifiers(*nameSpace, remote, cls);
     for (Pegasus::Uint32 i = 0; i < remote.getPropertyCount(); ++i) {
         Pegasus::CIMProperty property = remote.getProperty(i);
@@ -176,20 +276,23 @@ void CompatibleReading::EnumerateInstances(TCimHTTPClass& cls, const TInstanceCa
 void CompatibleReading::FetchInstances(TCimHTTPClass& cls, bool deep) {
     const std::string& className = cls.GetName(TCIMContext());
     try {
-        const auto nameSpace = LockNamespace();
-        nameSpace->Report().BeginOperation();
-        auto remotes = nameSpace->Server().EnumerateLocalInstances(className, deep);
-        RemoteNames names;
-        StreamedText texts;
-        for (Pegasus::Uint32 i = 0; i < remotes.size(); ++i) {
-            AddInstance(cls, std::exchange(remotes[i], {}), names, texts); // gives its memory to what is made of it
-        }
+        LockNamespace()->Report().BeginOperation();
+        WithinMemory([&] { FileInstances(cls, deep); });
     } catch (const Pegasus::Exception& failure) {
         LogError("TCimHTTPClass::EnumerateInstances from Pegasus for: " + className +
                  "returned exception: " + ToStdString(failure.getMessage()));
         LockNamespace()->Report().Fail(RemoteFailureOf(failure));
     } catch (...) {
         // What was filed until then is served.
+    }
+}
+
+void CompatibleReading::FileInstances(TCimHTTPClass& cls, bool deep) {
+    auto remotes = LockNamespace()->Server().EnumerateLocalInstances(cls.GetName(TCIMContext()), deep);
+    RemoteNames names;
+    StreamedText texts;
+    for (Pegasus::Uint32 i = 0; i < remotes.size(); ++i) {
+        AddInstance(cls, std::exchange(remotes[i], {}), names, texts); // gives its memory to what is made of it
     }
 }
 

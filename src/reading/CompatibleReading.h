@@ -2,6 +2,7 @@
 
 #include <boost/weak_ptr.hpp>
 
+#include <optional>
 #include <set>
 #include <string>
 
@@ -56,15 +57,31 @@ class CompatibleReading : public Reading {
   private:
     boost::shared_ptr<TCimHTTPNamespace> LockNamespace() const;
 
-    void BuildClass(const Pegasus::CIMClass& names, TCIMContext context);
+    class Climb;
+
+    /// A class that is looked up: the name that is asked for, and its normal form.
+    struct TNames {
+        std::string asked;
+        std::string key;
+    };
+
+    template <typename Step>
+    bool Attempt(const std::string& name, const Step& step);
+    bool FetchNames(Climb& climb, const TNames& wanted);
+    std::optional<TNames> FindSuperClass(Climb& climb, boost::shared_ptr<ICIMClass>& found);
+    boost::shared_ptr<ICIMClass> BuildClass(const Climb& climb, const boost::shared_ptr<ICIMClass>& superClass,
+                                            TCIMContext context);
     void AddProperty(TCimHTTPClass& cls, Pegasus::CIMProperty& remote) const;
     void AddMethod(TCimHTTPClass& cls, Pegasus::CIMMethod& remote) const;
 
     void FetchInstances(TCimHTTPClass& cls, bool deep);
+    void FileInstances(TCimHTTPClass& cls, bool deep);
     void AddInstance(TCimHTTPClass& cls, const Pegasus::CIMInstance& remote, RemoteNames& names, StreamedText& texts);
 
     boost::weak_ptr<TCimHTTPNamespace> fNamespace;
-    std::set<std::string> fLookups; // the classes being fetched, each with its superclasses
+    std::set<std::string> fLookups;  // the normal names of the classes being fetched
+    bool fIsClimbing = false;        // while the superclass of one of them is looked up;
+    std::optional<TNames> fNextStep; // it is to be fetched, too
 };
 
 } // namespace NQORVYX20

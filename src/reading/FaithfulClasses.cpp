@@ -3,6 +3,7 @@
 #include <boost/make_shared.hpp>
 
 #include <algorithm>
+#include <utility>
 
 #include "convert/CoreLog.h"
 #include "convert/NormalName.h"
@@ -10,6 +11,7 @@
 #include "host/TVYXException.h"
 #include "model/TCimHTTPClass.h"
 #include "provider/TCimHTTPNamespace.h"
+#include "reading/LimitExceeded.h"
 #include "reading/ReadingReport.h"
 #include "reading/RemoteRequest.h"
 #include "reading/RemoteServer.h"
@@ -64,11 +66,13 @@ FaithfulClasses::TClassPointer FaithfulClasses::Fetch(const std::string& name, T
     const auto nameSpace = LockNamespace();
     const std::string what = "TCimHTTPNamespace::GetClass " + name;
     try {
-        Pegasus::CIMClass definition = nameSpace->Server().GetWholeClass(name);
-        if (!IsNamed(definition, name)) {
-            FailRemotely(nameSpace->Report(), what, MalformedAnswer(OtherClassText(definition)));
-        }
-        return Build(definition, context);
+        return WithinMemory([&] {
+            Pegasus::CIMClass definition = FetchDefinition(name);
+            if (!IsNamed(definition, name)) {
+                FailRemotely(nameSpace->Report(), what, MalformedAnswer(OtherClassText(definition)));
+            }
+            return Build(definition, context);
+        });
     } catch (const Pegasus::Exception& exception) {
         const RemoteFailure failure = RemoteFailureOf(exception);
         if (!IsOperationUnsupported(failure)) {
@@ -78,6 +82,12 @@ FaithfulClasses::TClassPointer FaithfulClasses::Fetch(const std::string& name, T
         fGivesClasses = false;
         return fSentClasses.Get(*nameSpace, name);
     }
+}
+
+Pegasus::CIMClass FaithfulClasses::FetchDefinition(const std::string& name) {
+    const auto nameSpace = LockNamespace();
+    nameSpace->Budget().Check();
+    return nameSpace->Server().GetWholeClass(name);
 }
 
 FaithfulClasses::TClassPointer FaithfulClasses::Build(Pegasus::CIMClass& definition, TCIMContext context) {
@@ -91,6 +101,7 @@ FaithfulClasses::TClassPointer FaithfulClasses::Build(Pegasus::CIMClass& definit
 
 void FaithfulClasses::Fill(TCimHTTPClass& cls, Pegasus::CIMClass& definition) {
     const auto nameSpace = LockNamespace();
+    nameSpace->Budget().Charge(definition);
     fDefinitions.Fill(*nameSpace, cls, definition);
     const std::string superClass = NameText(definition.getSuperClassName());
     if (superClass.empty()) {
@@ -104,7 +115,7 @@ void FaithfulClasses::Define(TCimHTTPClass& cls) {
     const auto nameSpace = LockNamespace();
     nameSpace->Report().BeginOperation();
     AskRemotely(nameSpace->Report(), "TCimHTTPNamespace::AllocateClass " + NameOf(cls), [&] {
-        Pegasus::CIMClass definition = nameSpace->Server().GetWholeClass(NameOf(cls));
+        Pegasus::CIMClass definition = FetchDefinition(NameOf(cls));
         Fill(cls, definition);
     });
 }
@@ -133,11 +144,14 @@ FaithfulClasses::TClassPointer FaithfulClasses::TryClassOf(const std::string& na
         if (known || !fGivesClasses) {
             return known;
         }
-        Pegasus::CIMClass definition = nameSpace->Server().GetWholeClass(name);
-        if (IsNamed(definition, name)) {
-            return Build(definition, TCIMContext());
-        }
-        reason = OtherClassText(definition);
+        return WithinMemory([&]() -> TClassPointer {
+            Pegasus::CIMClass definition = FetchDefinition(name);
+            if (IsNamed(definition, name)) {
+                return Build(definition, TCIMContext());
+            }
+            reason = OtherClassText(definition);
+            return {};
+        });
     } catch (const TVYXException&) {
         // which the name gives rise to
     } catch (const Pegasus::Exception& exception) {
@@ -205,10 +219,11 @@ std::vector<FaithfulClasses::TClassPointer> FaithfulClasses::BuildAll(Pegasus::A
     const auto nameSpace = LockNamespace();
     std::vector<TClassPointer> classes;
     for (Pegasus::Uint32 i = 0; i < definitions.size(); ++i) {
-        const std::string name = NameText(definitions[i].getClassName());
+        Pegasus::CIMClass definition = std::exchange(definitions[i], {}); // its memory goes to what is made of it
+        const std::string name = NameText(definition.getClassName());
         try {
             const auto known = nameSpace->FindClass(NormalizeName(name));
-            classes.push_back(known ? known : Build(definitions[i], TCIMContext()));
+            classes.push_back(known ? known : Build(definition, TCIMContext()));
         } catch (const TVYXException&) {
             nameSpace->Report().AddAndLog(
                 {Cause::kBadName, name, std::string(), std::string(), "the host cannot keep a class of this name"});

@@ -52,6 +52,7 @@ class FaithfulClasses {
   private:
     boost::shared_ptr<TCimHTTPNamespace> LockNamespace() const;
 
+    Pegasus::CIMClass FetchDefinition(const std::string& name);
     TClassPointer Build(Pegasus::CIMClass& definition, TCIMContext context);
     std::vector<TClassPointer> BuildAll(Pegasus::Array<Pegasus::CIMClass>& definitions);
     void Fill(TCimHTTPClass& cls, Pegasus::CIMClass& definition);

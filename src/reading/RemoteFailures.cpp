@@ -7,6 +7,7 @@
 
 #include "convert/RemoteText.h"
 #include "convert/StatusCodes.h"
+#include "reading/LimitExceeded.h"
 
 namespace NQORVYX20 {
 
@@ -47,6 +48,9 @@ Kind KindOf(const Pegasus::Exception& exception) {
     Kind kind = Kind::kOther;
     if (MarkedKind(exception, kind)) {
         return kind;
+    }
+    if (Is<LimitExceeded>(exception)) {
+        return Kind::kLimit;
     }
     if (Is<Pegasus::InvalidLocatorException>(exception)) {
         return Kind::kNameUnknown;

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "cimhttp/RemoteFailure.h"
+#include "reading/LimitExceeded.h"
 #include "reading/RemoteFailures.h"
 
 namespace NQORVYX20 {
@@ -18,11 +19,12 @@ class ReadingReport;
 /// The failure of a server that answers what no server should.
 RemoteFailure MalformedAnswer(const std::string& text);
 
-/// Makes requests; what the client library throws ends the operation as FailRemotely() does.
+/// Makes requests, and what comes of them; what the client library throws, and memory that does not suffice, ends the
+/// operation as FailRemotely() does.
 template <typename Request>
 auto AskRemotely(ReadingReport& report, const std::string& what, const Request& request) {
     try {
-        return request();
+        return WithinMemory(request);
     } catch (const Pegasus::Exception& exception) {
         FailRemotely(report, what, RemoteFailureOf(exception));
     }

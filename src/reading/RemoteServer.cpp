@@ -2,6 +2,11 @@
 
 #include <utility>
 
+#if __has_include(<Pegasus/Client/ClientLimits.h>)
+#include <Pegasus/Client/ClientLimits.h>
+#define CIMHTTP_HAS_CLIENT_LIMITS 1
+#endif
+
 namespace NQORVYX20 {
 
 namespace {
@@ -25,6 +30,20 @@ RemoteServer::RemoteServer(std::unique_ptr<Pegasus::CIMNamespaceName> nameSpace,
 RemoteServer::~RemoteServer() {
     fNamespace.reset();
     fClient.reset();
+}
+
+bool RemoteServer::SetLimits(std::optional<std::uint32_t> connectMilliseconds, std::optional<std::uint64_t> answerBytes,
+                             std::optional<std::uint64_t> answerObjects) {
+#ifdef CIMHTTP_HAS_CLIENT_LIMITS
+    Pegasus::ClientLimits limits = fClient->getLimits();
+    limits.connectMilliseconds = connectMilliseconds.value_or(limits.connectMilliseconds);
+    limits.answerBytes = answerBytes.value_or(limits.answerBytes);
+    limits.answerObjects = answerObjects.value_or(limits.answerObjects);
+    fClient->setLimits(limits);
+    return true;
+#else
+    return !connectMilliseconds && !answerBytes && !answerObjects;
+#endif
 }
 
 Pegasus::CIMQualifierDecl RemoteServer::GetQualifier(const Pegasus::CIMName& name) {

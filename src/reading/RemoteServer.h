@@ -2,7 +2,9 @@
 
 #include <Pegasus/Client/CIMClient.h>
 
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace NQORVYX20 {
@@ -20,6 +22,10 @@ class RemoteServer {
 
     Pegasus::CIMNamespaceName* Namespace() { return fNamespace.get(); }
     Pegasus::CIMClient* Client() { return fClient.get(); }
+
+    /// For the next connection. False, changing nothing, when the client library has no such limits.
+    bool SetLimits(std::optional<std::uint32_t> connectMilliseconds, std::optional<std::uint64_t> answerBytes,
+                   std::optional<std::uint64_t> answerObjects);
     void SetNamespace(const Pegasus::CIMNamespaceName& nameSpace) { *fNamespace = nameSpace; }
 
     // --- Sent by both readings ---

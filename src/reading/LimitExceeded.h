@@ -1,0 +1,29 @@
+#pragma once
+
+#include <Pegasus/Client/CIMClient.h>
+
+#include <new>
+#include <stdexcept>
+
+namespace NQORVYX20 {
+
+/// What a server sends passes a limit of the plug-in, or the memory that there is. It takes the way of the client
+/// library's exceptions, and is a failure of the kind "limit".
+class LimitExceeded : public Pegasus::Exception {
+  public:
+    using Pegasus::Exception::Exception;
+};
+
+/// Does what takes memory. Throws LimitExceeded where there is not enough; what was made of it is gone by then.
+template <typename Work>
+auto WithinMemory(const Work& work) {
+    try {
+        return work();
+    } catch (const std::bad_alloc&) {
+    } catch (const std::length_error&) {
+        // more was asked for than there can be
+    }
+    throw LimitExceeded("there is not enough memory for what the server sends");
+}
+
+} // namespace NQORVYX20
