@@ -151,7 +151,8 @@ bool CompatibleReading::Attempt(const std::string& name, const Step& step) {
                  "returned exception: " + ToStdString(failure.getMessage()));
         LockNamespace()->Report().Fail(RemoteFailureOf(failure));
     } catch (...) {
-        // a definition that cannot be built is as good as none
+        // A definition that cannot be built is as good as none; whoever asks for the failure is told.
+        LockNamespace()->Report().Fail(LocalFailure("the class " + name + " could not be kept"));
     }
     return false;
 }
@@ -283,7 +284,10 @@ void CompatibleReading::FetchInstances(TCimHTTPClass& cls, bool deep) {
                  "returned exception: " + ToStdString(failure.getMessage()));
         LockNamespace()->Report().Fail(RemoteFailureOf(failure));
     } catch (...) {
-        // What was filed until then is served.
+        // What was filed until then is served; the log says nothing, whoever asks for the failure is told.
+        if (const auto nameSpace = fNamespace.lock()) {
+            nameSpace->Report().Fail(LocalFailure("an instance of " + className + " could not be kept"));
+        }
     }
 }
 

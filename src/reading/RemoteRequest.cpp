@@ -19,4 +19,10 @@ RemoteFailure MalformedAnswer(const std::string& text) {
     return failure;
 }
 
+RemoteFailure LocalFailure(const std::string& text) {
+    RemoteFailure failure;
+    failure.text = text;
+    return failure;
+}
+
 } // namespace NQORVYX20

@@ -19,6 +19,9 @@ class ReadingReport;
 /// The failure of a server that answers what no server should.
 RemoteFailure MalformedAnswer(const std::string& text);
 
+/// The failure of a host that does not keep what a server gives.
+RemoteFailure LocalFailure(const std::string& text);
+
 /// Makes requests, and what comes of them; what the client library throws, and memory that does not suffice, ends the
 /// operation as FailRemotely() does.
 template <typename Request>

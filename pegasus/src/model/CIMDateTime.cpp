@@ -132,6 +132,9 @@ std::optional<Sint64> momentOf(std::string_view text) {
     return (minutes * 60 + number(second)) * 1000000 + number(microsecond);
 }
 
+/// Made when the library is loaded: those who ask for it later must not be short of memory for it.
+const String kZeroInterval("00000000000000.000000:000");
+
 } // namespace
 
 CIMDateTime::CIMDateTime(const String& text) : text_(text) {
@@ -146,10 +149,7 @@ CIMDateTime::CIMDateTime(const String& text) : text_(text) {
     }
 }
 
-const String& CIMDateTime::toString() const noexcept {
-    static const String kZeroInterval("00000000000000.000000:000");
-    return text_.empty() ? kZeroInterval : text_;
-}
+const String& CIMDateTime::toString() const noexcept { return text_.empty() ? kZeroInterval : text_; }
 
 Boolean CIMDateTime::isInterval() const noexcept { return toString().view()[kSign] == ':'; }
 

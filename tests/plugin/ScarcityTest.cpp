@@ -1,0 +1,177 @@
+// A host that runs out of memory while it reads a server: every allocation fails once, wherever it stands. What was
+// read is then either complete or known to be not; nothing breaks, and the namespace goes on.
+
+#include "PluginTest.h"
+#include "cimhttp/ContextKeys.h"
+#include "model/TCimHTTPProperty.h"
+#include "support/FailingAllocations.h"
+
+using namespace NQORVYX20;
+using support::FailingAllocations;
+
+namespace {
+
+constexpr int kHttpPort = 5988;
+constexpr std::size_t kEnough = 100000; // more than any of these operations allocates
+
+/// What an operation came to whose allocations failed.
+struct TOutcome {
+    bool struck = false; ///< one did
+    bool thrown = false; ///< the operation ended in an exception
+};
+
+class ScarcityTest : public PluginTest, public testing::WithParamInterface<const char*> {
+  protected:
+    ScarcityTest() {
+        fLog->ExpectWarnings();
+        ServeQualifier("Description");
+        ServeQualifier("Key", "boolean", "", "PROPERTY=\"true\"");
+        ServeQualifier("ValueMap", "string", "ISARRAY=\"true\"", "PROPERTY=\"true\"");
+        ServeQualifier("Values", "string", "ISARRAY=\"true\"", "PROPERTY=\"true\"");
+        const std::string maps = "<QUALIFIER NAME=\"ValueMap\" TYPE=\"string\"><VALUE.ARRAY><VALUE>1</VALUE><VALUE>2..5"
+                                 "</VALUE></VALUE.ARRAY></QUALIFIER><QUALIFIER NAME=\"Values\" TYPE=\"string\">"
+                                 "<VALUE.ARRAY><VALUE>one text</VALUE><VALUE>another one</VALUE></VALUE.ARRAY>"
+                                 "</QUALIFIER>";
+        ServeClass("TEST_Base", "", PropertyXml("Name", "string", KeyXml()));
+        ServeClass("TEST_Disk", "TEST_Base",
+                   PropertyXml("Name", "string", KeyXml()) + PropertyXml("State", "uint16", maps) +
+                       PropertyXml("Since", "datetime"));
+        std::string instances;
+        for (const char* name : {"the first instance", "the second instance"}) {
+            instances += InstanceXml("TEST_Disk", "Name", name,
+                                     PropertyXml("Name", "string", ValueXml(name)) +
+                                         PropertyXml("State", "uint16", ValueXml("1")) +
+                                         PropertyXml("Since", "datetime", ValueXml("20240229120000.000000+060")));
+        }
+        fServer.Answer("EnumerateInstances", "TEST_Disk", instances);
+        fContext = PluginContext();
+        fContext[kReadingKey] = TCIMValue(GetParam());
+    }
+
+    boost::shared_ptr<TCimHTTPNamespace> Connected() const {
+        auto nameSpace = boost::dynamic_pointer_cast<TCimHTTPNamespace>(
+            TCimHTTPNamespaceProvider::GetInstance()->AllocateNamespace(fContext, false));
+        nameSpace->connect(fServer.Address(), "", "", kHttpPort);
+        return nameSpace;
+    }
+
+    /// Runs `work` once for each of its allocations, which fails then; `prepare` comes before, `check` after.
+    template <typename Prepare, typename Work, typename Check>
+    void RunShortOfMemory(const Prepare& prepare, const Work& work, const Check& check) {
+        for (std::size_t n = 0; n < kEnough; ++n) {
+            auto prepared = prepare();
+            TOutcome outcome;
+            {
+                const FailingAllocations scarcity(n);
+                try {
+                    work(prepared);
+                } catch (const TVYXException&) {
+                    outcome.thrown = true;
+                } catch (const std::bad_alloc&) {
+                    outcome.thrown = true;
+                }
+                outcome.struck = scarcity.HasStruck();
+            }
+            const testing::ScopedTrace trace(__FILE__, __LINE__, "allocation " + std::to_string(n));
+            check(prepared, outcome);
+            fLog->Forget();
+            if (!outcome.struck || HasFailure()) {
+                EXPECT_GT(n, 20U) << "the operation allocates next to nothing";
+                return;
+            }
+        }
+        ADD_FAILURE() << "an operation without end";
+    }
+
+    TCIMContext fContext;
+    const std::string fDisk = "TEST_Disk";
+};
+
+INSTANTIATE_TEST_SUITE_P(InEachReading, ScarcityTest, testing::Values(kCompatibleReading, kFaithfulReading),
+                         [](const auto& reading) { return std::string(reading.param); });
+
+TEST_P(ScarcityTest, ALookupGivesAClassOrSaysWhyNotAndTheNextOneGivesIt) {
+    struct TPrepared {
+        boost::shared_ptr<TCimHTTPNamespace> nameSpace;
+        boost::shared_ptr<ICIMClass> cls;
+    };
+    RunShortOfMemory(
+        [&] {
+            return TPrepared{Connected(), {}};
+        },
+        [&](TPrepared& prepared) { prepared.cls = prepared.nameSpace->GetClass(fDisk, TCIMContext()); },
+        [&](TPrepared& prepared, const TOutcome& outcome) {
+            if (!prepared.cls) {
+                EXPECT_TRUE(outcome.thrown || prepared.nameSpace->LastFailure());
+            } else {
+                EXPECT_EQ(VisitedNames([&](const auto& callback) {
+                              prepared.cls->EnumeratePropertyDecls(callback, TCIMContext());
+                          }).size(),
+                          3U);
+            }
+        });
+}
+
+TEST_P(ScarcityTest, AnEnumerationGivesAllInstancesOrSaysThatItDoesNot) {
+    struct TPrepared {
+        boost::shared_ptr<TCimHTTPNamespace> nameSpace;
+        boost::shared_ptr<ICIMClass> cls;
+        std::size_t instances = 0;
+    };
+    RunShortOfMemory(
+        [&] {
+            TPrepared prepared;
+            prepared.nameSpace = Connected();
+            prepared.cls = prepared.nameSpace->GetClass(fDisk, TCIMContext());
+            return prepared;
+        },
+        [](TPrepared& prepared) {
+            prepared.cls->EnumerateInstances([&](const auto&) { return ++prepared.instances > 0; }, false,
+                                             TCIMContext());
+        },
+        [](TPrepared& prepared, const TOutcome& outcome) {
+            const auto& failure = prepared.nameSpace->LastFailure();
+            const bool isTold = outcome.thrown || !prepared.nameSpace->Incidents().IsEmpty() || failure;
+            EXPECT_TRUE(prepared.instances == 2 || isTold);
+            EXPECT_TRUE(outcome.struck || !isTold);
+        });
+}
+
+TEST_P(ScarcityTest, ADisplayTextIsWholeOrNotThere) {
+    struct TPrepared {
+        boost::shared_ptr<TCimHTTPNamespace> nameSpace;
+        std::vector<boost::shared_ptr<ICIMInstance>> instances;
+        std::vector<std::string> texts;
+    };
+    static const std::vector<std::string> kNames = {"Name", "State", "Since"};
+    RunShortOfMemory(
+        [&] {
+            TPrepared prepared;
+            prepared.nameSpace = Connected();
+            FetchClass(*prepared.nameSpace, fDisk)
+                ->EnumerateInstances(
+                    [&](const auto& instance) {
+                        prepared.instances.push_back(instance);
+                        return true;
+                    },
+                    false, TCIMContext());
+            return prepared;
+        },
+        [](TPrepared& prepared) {
+            for (const std::string& name : kNames) {
+                const auto& instance = *prepared.instances.at(0);
+                const TCimHTTPProperty shown(instance.GetClass(TCIMContext())->GetPropertyDecl(name, TCIMContext()),
+                                             instance.GetProperty(name, TCIMContext())->GetValue(TCIMContext()));
+                prepared.texts.push_back(shown.ToString());
+            }
+        },
+        [](TPrepared& prepared, const TOutcome& outcome) {
+            const std::vector<std::string> all = {"the first instance", "one text", "20240229120000.000000+060"};
+            ASSERT_TRUE(outcome.thrown || prepared.texts.size() == all.size());
+            for (std::size_t i = 0; i < prepared.texts.size(); ++i) {
+                EXPECT_EQ(prepared.texts[i], all[i]);
+            }
+        });
+}
+
+} // namespace
