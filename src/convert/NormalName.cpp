@@ -36,22 +36,25 @@ constexpr std::array<char, kAsciiEnd> MakeAsciiTable() {
 
 /// A letter or underscore in lower case, a digit, or kIllegal. Names are normalised so often that the locale is asked
 /// about other characters than ASCII only.
-char NormalizeLetter(char letter) {
+char NormalizeLetter(char letter, NameRule rule) {
     static constexpr auto kAscii = MakeAsciiTable();
     const auto code = static_cast<unsigned char>(letter);
     if (code < kAsciiEnd) {
         return kAscii[code];
+    }
+    if (rule == NameRule::kCim) {
+        return letter;
     }
     return std::isalpha(code) != 0 ? static_cast<char>(std::tolower(code)) : kIllegal;
 }
 
 } // namespace
 
-std::string NormalizeName(const std::string& name) {
+std::string NormalizeName(const std::string& name, NameRule rule) {
     std::string normalized(name);
     bool isLegal = name.empty() || !IsDigit(name.front());
     for (char& letter : normalized) {
-        letter = NormalizeLetter(letter);
+        letter = NormalizeLetter(letter, rule);
         isLegal = isLegal && letter != kIllegal;
     }
     if (!isLegal) {

@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "convert/NormalName.h"
 #include "host/TCIMContext.h"
 
 namespace NQORVYX20 {
@@ -23,6 +24,9 @@ class Reading {
     using TInstanceCallback = boost::function<bool(boost::shared_ptr<ICIMInstance>)>;
 
     virtual ~Reading() = default;
+
+    /// The names that classes and their elements may have.
+    virtual NameRule Names() const { return NameRule::kHost; }
 
     /// What a look-up of a class gives while the namespace is not connected.
     virtual boost::shared_ptr<ICIMClass> WithoutConnection() = 0;

@@ -36,7 +36,9 @@ TCimHTTPClass::TCimHTTPClass(boost::shared_ptr<TCimHTTPNamespace> nameSpace, con
                              boost::shared_ptr<TCimHTTPClass> /*superClass*/)
     : fNamespace(nameSpace),
       fReading(nameSpace ? nameSpace->GetReading() : boost::shared_ptr<Reading>()),
-      fName(name) {}
+      fName(name),
+      fNames(fReading ? fReading->Names() : NameRule::kHost),
+      fQualifiers(fNames) {}
 
 TCimHTTPClass::~TCimHTTPClass() {
     try {
@@ -230,7 +232,7 @@ boost::shared_ptr<ICIMPropertyDecl> TCimHTTPClass::GetPropertyDecl(const std::st
     if (auto declaration = fPropertyDecls.Find(name)) {
         return declaration; // the name is in its normal form, as those of fetched values are
     }
-    return fPropertyDecls.Find(NormalizeName(name));
+    return fPropertyDecls.Find(NormalizeName(name, fNames));
 }
 
 void TCimHTTPClass::EnumeratePropertyDecls(const boost::function<bool(boost::shared_ptr<ICIMPropertyDecl>)>& callback,
@@ -252,7 +254,7 @@ void TCimHTTPClass::AddPropertyDecl(boost::shared_ptr<ICIMPropertyDecl> declarat
         Refuse(kTypeMismatch,
                "TCimHTTP: Attempt to add reference property " + name + " to non-association class " + fName);
     }
-    const std::string key = NormalizeName(name);
+    const std::string key = NormalizeName(name, fNames);
     bool isOverride = false;
     declaration->GetQualifier("OVERRIDE", isOverride, TCIMContext());
     if (isOverride) {
@@ -322,7 +324,7 @@ TCimHTTPClass::AllocateMethodDecl(const std::string& name, TCIMValue::TCIMType r
 }
 
 boost::shared_ptr<ICIMMethodDecl> TCimHTTPClass::GetMethodDecl(const std::string& name, TCIMContext /*context*/) const {
-    return FindEntry(fMethodDecls, NormalizeName(name));
+    return FindEntry(fMethodDecls, NormalizeName(name, fNames));
 }
 
 void TCimHTTPClass::EnumerateMethodDecls(const boost::function<bool(boost::shared_ptr<ICIMMethodDecl>)>& callback,
@@ -340,7 +342,7 @@ TCIMValue TCimHTTPClass::InvokeMethod(const std::string& /*name*/, TCIMContext& 
 }
 
 boost::shared_ptr<ICIMProperty> TCimHTTPClass::GetProperty(const std::string& name, TCIMContext /*context*/) {
-    auto property = FindEntry(fStaticProperties, NormalizeName(name));
+    auto property = FindEntry(fStaticProperties, NormalizeName(name, fNames));
     if (!property) {
         throw TVYXException(kNotFound);
     }

@@ -57,6 +57,9 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
 
     // What a Reading makes the class of.
 
+    /// What a name is to a class, which may be none, and its elements.
+    static NameRule NamesOf(const TCimHTTPClass* cls) { return cls != nullptr ? cls->fNames : NameRule::kHost; }
+
     /// Sets the superclass; the class is initialised then.
     void SetSuperClass(const boost::shared_ptr<ICIMClass>& superClass);
 
@@ -210,6 +213,7 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     std::string fName;
     boost::weak_ptr<ICIMClass> fSuperClass;
     std::string fSuperClassName; // empty unless it is looked up when needed
+    NameRule fNames;
     TCimHTTPQualifierMap fQualifiers;
     EntryIndex<TCimHTTPPropertyDecl> fPropertyDecls;
     std::map<std::string, boost::shared_ptr<TCimHTTPProperty>> fStaticProperties;

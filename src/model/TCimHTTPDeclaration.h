@@ -69,8 +69,11 @@ class TCimHTTPDeclaration : public Interface, public boost::enable_shared_from_t
     }
 
   protected:
-    explicit TCimHTTPDeclaration(const std::string& name) : fName(name) {}
+    TCimHTTPDeclaration(const std::string& name, NameRule names) : fName(name), fNames(names), fQualifiers(names) {}
     ~TCimHTTPDeclaration() override = default;
+
+    /// What a name is to this element and its parts.
+    NameRule Names() const { return fNames; }
 
     /// The qualifier of that name, or an empty pointer.
     boost::shared_ptr<TCimHTTPQualifier> FindQualifier(const std::string& name) const { return fQualifiers.Find(name); }
@@ -80,11 +83,12 @@ class TCimHTTPDeclaration : public Interface, public boost::enable_shared_from_t
     const boost::shared_ptr<TCimHTTPQualifier>& KeyQualifier() const { return fQualifiers.Key(); }
 
   private:
-    static std::string NormalizedName(const Interface& declaration) {
-        return NormalizeName(declaration.GetName(TCIMContext()));
+    std::string NormalizedName(const Interface& declaration) const {
+        return NormalizeName(declaration.GetName(TCIMContext()), fNames);
     }
 
     std::string fName;
+    NameRule fNames;
     TCimHTTPQualifierMap fQualifiers;
 };
 

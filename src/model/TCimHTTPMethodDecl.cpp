@@ -12,7 +12,7 @@ namespace NQORVYX20 {
 
 TCimHTTPMethodDecl::TCimHTTPMethodDecl(boost::shared_ptr<TCimHTTPClass> cls, const std::string& name,
                                        TCIMValue::TCIMType returnType)
-    : TCimHTTPDeclaration(name), fClass(cls), fReturnType(returnType) {}
+    : TCimHTTPDeclaration(name, TCimHTTPClass::NamesOf(cls.get())), fClass(cls), fReturnType(returnType) {}
 
 TCimHTTPMethodDecl::~TCimHTTPMethodDecl() = default;
 
@@ -33,7 +33,7 @@ TCimHTTPMethodDecl::AllocateParameterDecl(const std::string& name, TCIMValue::TC
 
 boost::shared_ptr<ICIMParameterDecl> TCimHTTPMethodDecl::GetParameterDecl(const std::string& name,
                                                                           TCIMContext /*context*/) const {
-    auto parameter = FindEntry(fParameters, NormalizeName(name));
+    auto parameter = FindEntry(fParameters, NormalizeName(name, Names()));
     if (!parameter) {
         throw TVYXException(kNotFound);
     }
@@ -47,7 +47,7 @@ void TCimHTTPMethodDecl::EnumerateParameterDecls(boost::function<bool(boost::sha
 
 void TCimHTTPMethodDecl::AddParameterDecl(boost::shared_ptr<TCimHTTPParameterDecl> parameter) {
     const std::string& name = parameter->GetName(TCIMContext());
-    if (!fParameters.emplace(NormalizeName(name), parameter).second) {
+    if (!fParameters.emplace(NormalizeName(name, Names()), parameter).second) {
         // Those who search the log know this text, which is the one for properties.
         LogError("Inmem: Attempt to add property " + name + " to method " + GetName(TCIMContext()) +
                  ": already exists");
@@ -56,7 +56,7 @@ void TCimHTTPMethodDecl::AddParameterDecl(boost::shared_ptr<TCimHTTPParameterDec
 }
 
 void TCimHTTPMethodDecl::RemoveParameterDecl(boost::shared_ptr<TCimHTTPParameterDecl> parameter) {
-    fParameters.erase(NormalizeName(parameter->GetName(TCIMContext())));
+    fParameters.erase(NormalizeName(parameter->GetName(TCIMContext()), Names()));
 }
 
 } // namespace NQORVYX20

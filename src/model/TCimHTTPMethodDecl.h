@@ -39,6 +39,8 @@ class TCimHTTPMethodDecl : public TCimHTTPDeclaration<TCimHTTPMethodDecl, ICIMMe
     /// Removes the parameter of the same name, if there is one.
     void RemoveParameterDecl(boost::shared_ptr<TCimHTTPParameterDecl> parameter);
 
+    using TCimHTTPDeclaration::Names;
+
   private:
     boost::weak_ptr<TCimHTTPClass> fClass;
     TCIMValue::TCIMType fReturnType;

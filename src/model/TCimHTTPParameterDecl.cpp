@@ -6,7 +6,7 @@ namespace NQORVYX20 {
 
 TCimHTTPParameterDecl::TCimHTTPParameterDecl(boost::shared_ptr<TCimHTTPMethodDecl> method, const std::string& name,
                                              TCIMValue::TCIMType type)
-    : TCimHTTPDeclaration(name), fMethod(method), fType(type) {}
+    : TCimHTTPDeclaration(name, method ? method->Names() : NameRule::kHost), fMethod(method), fType(type) {}
 
 void TCimHTTPParameterDecl::AddToMethod(TCIMContext /*context*/) {
     boost::shared_ptr<TCimHTTPMethodDecl>(fMethod)->AddParameterDecl(shared_from_this());

@@ -24,11 +24,11 @@ ValueMapCache::TSource SourceOf(boost::shared_ptr<TCimHTTPQualifier> qualifier) 
 
 TCimHTTPPropertyDecl::TCimHTTPPropertyDecl(boost::shared_ptr<TCimHTTPClass> cls, const std::string& name,
                                            const TCIMValue& defaultValue)
-    : TCimHTTPDeclaration(name), fClass(cls), fDefaultValue(defaultValue) {}
+    : TCimHTTPDeclaration(name, TCimHTTPClass::NamesOf(cls.get())), fClass(cls), fDefaultValue(defaultValue) {}
 
 TCimHTTPPropertyDecl::TCimHTTPPropertyDecl(boost::shared_ptr<TCimHTTPClass const> /*cls*/,
                                            boost::shared_ptr<ICIMPropertyDecl const> /*other*/)
-    : TCimHTTPDeclaration(std::string()) {}
+    : TCimHTTPDeclaration(std::string(), NameRule::kHost) {}
 
 void TCimHTTPPropertyDecl::AddToClass(TCIMContext /*context*/) {
     boost::shared_ptr<TCimHTTPClass>(fClass)->AddPropertyDecl(shared_from_this());

@@ -2,13 +2,16 @@
 
 #include "convert/NormalName.h"
 #include "host/ICIMNamedElement.h"
+#include "model/TCimHTTPQualifierDecl.h"
 
 namespace NQORVYX20 {
 
 namespace {
 
 std::string NormalizedName(const ICIMQualifier& qualifier) {
-    return NormalizeName(qualifier.GetDeclaration(TCIMContext())->GetName(TCIMContext()));
+    const auto declaration = qualifier.GetDeclaration(TCIMContext());
+    const auto* const own = dynamic_cast<const TCimHTTPQualifierDecl*>(declaration.get());
+    return NormalizeName(declaration->GetName(TCIMContext()), own != nullptr ? own->Names() : NameRule::kHost);
 }
 
 } // namespace

@@ -1,13 +1,18 @@
 #include "model/TCimHTTPQualifierDecl.h"
 
-#include "convert/NormalName.h"
+#include "model/Reading.h"
 #include "provider/TCimHTTPNamespace.h"
 
 namespace NQORVYX20 {
 
 TCimHTTPQualifierDecl::TCimHTTPQualifierDecl(boost::shared_ptr<TCimHTTPNamespace> nameSpace, const std::string& name,
                                              const TCIMValue& defaultValue, EScope scope, EFlavor flavor)
-    : fNamespace(nameSpace), fName(name), fDefaultValue(defaultValue), fScope(scope), fFlavor(flavor) {}
+    : fNamespace(nameSpace),
+      fName(name),
+      fNames(nameSpace ? nameSpace->GetReading()->Names() : NameRule::kHost),
+      fDefaultValue(defaultValue),
+      fScope(scope),
+      fFlavor(flavor) {}
 
 void TCimHTTPQualifierDecl::Validate(TCIMContext /*context*/) const {}
 
@@ -44,11 +49,11 @@ void TCimHTTPQualifierDecl::UnsetFlavor(EFlavor flavor, TCIMContext /*context*/)
 ICIMQualifierDecl::EFlavor TCimHTTPQualifierDecl::GetFlavor(TCIMContext /*context*/) const { return fFlavor; }
 
 bool TCimHTTPQualifierDecl::operator==(ICIMQualifierDecl& other) const {
-    return NormalizeName(fName) == NormalizeName(other.GetName(TCIMContext()));
+    return NormalizeName(fName, fNames) == NormalizeName(other.GetName(TCIMContext()), fNames);
 }
 
 bool TCimHTTPQualifierDecl::operator<(ICIMQualifierDecl& other) const {
-    return NormalizeName(fName) < NormalizeName(other.GetName(TCIMContext()));
+    return NormalizeName(fName, fNames) < NormalizeName(other.GetName(TCIMContext()), fNames);
 }
 
 ICIMQualifierDecl& TCimHTTPQualifierDecl::operator=(const ICIMQualifierDecl& /*other*/) { return *this; }

@@ -3,6 +3,7 @@
 #include <boost/enable_shared_from_this.hpp>
 #include <boost/weak_ptr.hpp>
 
+#include "convert/NormalName.h"
 #include "host/ICIMQualifierDecl.h"
 
 namespace NQORVYX20 {
@@ -41,9 +42,12 @@ class TCimHTTPQualifierDecl : public ICIMQualifierDecl, public boost::enable_sha
     /// Copies nothing.
     ICIMQualifierDecl& operator=(const ICIMQualifierDecl& other) override;
 
+    NameRule Names() const { return fNames; }
+
   private:
     boost::weak_ptr<TCimHTTPNamespace> fNamespace;
     std::string fName;
+    NameRule fNames;
     TCIMValue fDefaultValue;
     EScope fScope;
     EFlavor fFlavor;

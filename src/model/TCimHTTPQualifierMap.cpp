@@ -1,7 +1,6 @@
 #include "model/TCimHTTPQualifierMap.h"
 
 #include "convert/CoreLog.h"
-#include "convert/NormalName.h"
 #include "convert/StatusCodes.h"
 #include "host/TVYXException.h"
 #include "model/EntryMap.h"
@@ -34,7 +33,7 @@ bool TCimHTTPQualifierMap::Add(const boost::shared_ptr<ICIMQualifier>& qualifier
     if (!qualifier) {
         throw TVYXException(kTypeMismatch);
     }
-    const std::string name = NormalizeName(qualifier->GetName(TCIMContext()));
+    const std::string name = NormalizeName(qualifier->GetName(TCIMContext()), fNames);
     const auto existing = FindNormalized(name);
     if (existing && !IsOverridable(*existing)) {
         if (!IsSame(*existing, *qualifier)) {
@@ -51,7 +50,7 @@ void TCimHTTPQualifierMap::AddOrReplace(const boost::shared_ptr<ICIMQualifier>& 
         return;
     }
     if (const auto same = boost::dynamic_pointer_cast<TCimHTTPQualifier>(qualifier)) {
-        Keep(NormalizeName(same->GetName(TCIMContext())), same);
+        Keep(NormalizeName(same->GetName(TCIMContext()), fNames), same);
     }
 }
 
@@ -66,7 +65,7 @@ void TCimHTTPQualifierMap::Keep(const std::string& name, const boost::shared_ptr
 }
 
 void TCimHTTPQualifierMap::Remove(const std::string& name) {
-    const std::string normalized = NormalizeName(name);
+    const std::string normalized = NormalizeName(name, fNames);
     if (fQualifiers.erase(normalized) == 0) {
         throw TVYXException(kNotFound);
     }
@@ -81,7 +80,7 @@ void TCimHTTPQualifierMap::Clear() {
 }
 
 boost::shared_ptr<TCimHTTPQualifier> TCimHTTPQualifierMap::Find(const std::string& name) const {
-    return FindNormalized(NormalizeName(name));
+    return FindNormalized(NormalizeName(name, fNames));
 }
 
 boost::shared_ptr<TCimHTTPQualifier> TCimHTTPQualifierMap::FindNormalized(const std::string& name) const {

@@ -6,6 +6,8 @@
 #include <map>
 #include <string>
 
+#include "convert/NormalName.h"
+
 namespace NQORVYX20 {
 
 class ICIMQualifier;
@@ -15,6 +17,8 @@ class TCimHTTPQualifier;
 /// throw TVYXException 25.
 class TCimHTTPQualifierMap {
   public:
+    explicit TCimHTTPQualifierMap(NameRule names = NameRule::kHost) : fNames(names) {}
+
     /// The element that has the qualifiers, for what the log says of it: `class` `CIM_System`.
     struct TElement {
         const char* kind;
@@ -53,6 +57,7 @@ class TCimHTTPQualifierMap {
   private:
     void Keep(const std::string& name, const boost::shared_ptr<TCimHTTPQualifier>& qualifier);
 
+    NameRule fNames;
     std::map<std::string, boost::shared_ptr<TCimHTTPQualifier>> fQualifiers;
     boost::shared_ptr<TCimHTTPQualifier> fKey;
 };

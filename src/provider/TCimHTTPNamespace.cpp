@@ -93,6 +93,7 @@ void TCimHTTPNamespace::Initialize(TCIMContext context) {
     SetLimits(options.Limits());
     if (options.IsFaithful()) {
         fReading = boost::make_shared<FaithfulReading>(shared_from_this());
+        fNames = fReading->Names();
     }
     fRootClass = boost::dynamic_pointer_cast<TCimHTTPClass>(
         AllocateClass(kRootClassName, boost::shared_ptr<ICIMClass>(), TCIMContext()));
@@ -176,7 +177,7 @@ boost::shared_ptr<ICIMClass> TCimHTTPNamespace::GetClass(const std::string& name
         LogDebug("TCimHTTPNamespace::GetClass " + name + " : return <root>");
         return fRootClass;
     }
-    const std::string key = NormalizeName(name);
+    const std::string key = NQORVYX20::NormalizeName(name, fNames);
     LogDebug("TCimHTTPNamespace::GetClass from Pegasus for: " + key);
     if (auto cached = FindClass(key)) {
         LogDebug("TCimHTTPNamespace::GetClass " + key + " Found in TCimHTTPNamespace");
@@ -202,7 +203,7 @@ void TCimHTTPNamespace::StampClass(ICIMClass& cls, const std::string& qualifierN
 
 void TCimHTTPNamespace::AddClass(boost::shared_ptr<TCimHTTPClass> cls) {
     const std::string& name = cls->GetName(TCIMContext());
-    const auto [entry, isNew] = fClasses.emplace(NormalizeName(name), cls);
+    const auto [entry, isNew] = fClasses.emplace(NQORVYX20::NormalizeName(name, fNames), cls);
     if (isNew) {
         return;
     }
@@ -250,7 +251,7 @@ boost::shared_ptr<ICIMQualifierDecl> TCimHTTPNamespace::AllocateQualifierDecl(co
 
 void TCimHTTPNamespace::AddQualifierDecl(boost::shared_ptr<TCimHTTPQualifierDecl> declaration) {
     const std::string& name = declaration->GetName(TCIMContext());
-    const auto [entry, isNew] = fQualifierDecls.emplace(NormalizeName(name), declaration);
+    const auto [entry, isNew] = fQualifierDecls.emplace(NQORVYX20::NormalizeName(name, fNames), declaration);
     if (isNew) {
         return;
     }
@@ -263,7 +264,7 @@ void TCimHTTPNamespace::AddQualifierDecl(boost::shared_ptr<TCimHTTPQualifierDecl
 
 boost::shared_ptr<ICIMQualifierDecl> TCimHTTPNamespace::GetQualifierDecl(const std::string& name,
                                                                          TCIMContext /*context*/) const {
-    return FindEntry(fQualifierDecls, NormalizeName(name));
+    return FindEntry(fQualifierDecls, NQORVYX20::NormalizeName(name, fNames));
 }
 
 void TCimHTTPNamespace::EnumerateQualifierDecls(

@@ -12,6 +12,7 @@
 
 #include "cimhttp/ReadingIncidents.h"
 #include "cimhttp/RemoteFailure.h"
+#include "convert/NormalName.h"
 #include "host/ICIMNamespace.h"
 #include "reading/DefinitionBudget.h"
 #include "reading/ReadingReport.h"
@@ -186,6 +187,7 @@ class TCimHTTPNamespace : public ICIMNamespace, public boost::enable_shared_from
     boost::shared_ptr<TCimHTTPClass> fRootClass;
     bool fRedefine;
     boost::weak_ptr<ICIMNamespace> fUpcallNamespace;
+    NameRule fNames = NameRule::kHost;
     bool fConnected = false;
     std::uint32_t fTimeoutMs = kTimeoutMs;
     std::string fPluginName;

@@ -55,7 +55,7 @@ class ClassFiller {
     void AddProperty(Pegasus::CIMProperty& remote) {
         const std::string name = ToStdString(remote.getName());
         const TCIMValue none(HostType(remote.getType(), remote.isArray()), 0);
-        const std::string key = NormalizeName(name);
+        const std::string key = NormalizeName(name, NameRule::kCim);
         const auto declaration = fClass.AllocatePropertyDecl(name, none, TCIMContext());
         AddQualifiers(remote, *declaration, name);
         if (!fClass.KeepPropertyDecl(key, declaration)) {
@@ -65,7 +65,7 @@ class ClassFiller {
 
     void AddMethod(Pegasus::CIMMethod& remote) {
         const std::string name = ToStdString(remote.getName());
-        const std::string key = NormalizeName(name);
+        const std::string key = NormalizeName(name, NameRule::kCim);
         const auto declaration = fClass.AllocateMethodDecl(name, HostType(remote.getType(), false), TCIMContext());
         AddQualifiers(remote, *declaration, name);
         for (Pegasus::Uint32 i = 0; i < remote.getParameterCount(); ++i) {

@@ -140,7 +140,7 @@ FaithfulClasses::TClassPointer FaithfulClasses::TryClassOf(const std::string& na
     const auto nameSpace = LockNamespace();
     reason = "the host cannot keep a class of this name";
     try {
-        auto known = nameSpace->FindClass(NormalizeName(name));
+        auto known = nameSpace->FindClass(NormalizeName(name, NameRule::kCim));
         if (known || !fGivesClasses) {
             return known;
         }
@@ -222,7 +222,7 @@ std::vector<FaithfulClasses::TClassPointer> FaithfulClasses::BuildAll(Pegasus::A
         Pegasus::CIMClass definition = std::exchange(definitions[i], {}); // its memory goes to what is made of it
         const std::string name = NameText(definition.getClassName());
         try {
-            const auto known = nameSpace->FindClass(NormalizeName(name));
+            const auto known = nameSpace->FindClass(NormalizeName(name, NameRule::kCim));
             classes.push_back(known ? known : Build(definition, TCIMContext()));
         } catch (const TVYXException&) {
             nameSpace->Report().AddAndLog(
@@ -235,7 +235,8 @@ std::vector<FaithfulClasses::TClassPointer> FaithfulClasses::BuildAll(Pegasus::A
 void FaithfulClasses::LinkToKnown(const TClassPointer& cls) {
     const auto nameSpace = LockNamespace();
     const std::string& name = cls->GetSuperClassName();
-    const auto superClass = name.empty() ? nameSpace->GetRootClass() : nameSpace->FindClass(NormalizeName(name));
+    const auto superClass =
+        name.empty() ? nameSpace->GetRootClass() : nameSpace->FindClass(NormalizeName(name, NameRule::kCim));
     if (superClass) {
         Link(cls, superClass);
     }

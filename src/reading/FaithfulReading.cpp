@@ -46,7 +46,7 @@ Pegasus::CIMPropertyList PropertiesIn(const TCIMContext& context) {
     Pegasus::Array<Pegasus::CIMName> names;
     for (const TCIMValue& element : static_cast<const std::vector<TCIMValue>&>(wanted->second)) {
         const auto name = static_cast<std::string>(element);
-        NormalizeName(name); // throws
+        NormalizeName(name, NameRule::kCim); // throws
         names.append(Pegasus::CIMName(name.c_str()));
     }
     return {names};
@@ -96,7 +96,7 @@ void FaithfulReading::CompleteSubClasses(TCimHTTPClass& cls, bool deep) { fClass
 
 void FaithfulReading::EnumerateInstances(TCimHTTPClass& cls, const TInstanceCallback& callback, bool deep,
                                          TCIMContext context) {
-    const std::string key = NormalizeName(NameOf(cls));
+    const std::string key = NormalizeName(NameOf(cls), NameRule::kCim);
     const Pegasus::CIMPropertyList properties = PropertiesIn(context);
     const auto instances = boost::make_shared<const TInstances>(ReadInstances(cls, deep, properties));
     if (properties.isNull()) {
@@ -158,7 +158,7 @@ boost::shared_ptr<ICIMInstance> FaithfulReading::GetInstance(const TCIMReference
     const auto cls = ClassOfPath(reference);
     const Pegasus::CIMNamespaceName& read = *nameSpace->Server().Namespace();
     const Pegasus::CIMObjectPath path = RemotePathOf(reference, *cls, read);
-    if (auto known = fReadings.Find(NormalizeName(NameOf(*cls)), PathOf(path, *cls, read).key)) {
+    if (auto known = fReadings.Find(NormalizeName(NameOf(*cls), NameRule::kCim), PathOf(path, *cls, read).key)) {
         return known;
     }
     return AskRemotely(nameSpace->Report(), "TCimHTTPNamespace::GetInstance " + reference.GetPath(), [&] {
@@ -177,7 +177,7 @@ FaithfulReading::TClassPointer FaithfulReading::ClassOfPath(const TCIMReference&
     const auto nameSpace = LockNamespace();
     nameSpace->Report().BeginOperation();
     const std::string& name = reference.GetClassName();
-    NormalizeName(name); // throws for what is no name
+    NormalizeName(name, NameRule::kCim); // throws for what is no name
     if (name.empty()) {
         LogError("TCimHTTPNamespace::GetInstance: the path names no class");
         throw TVYXException(kTypeMismatch);

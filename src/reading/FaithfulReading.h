@@ -24,6 +24,8 @@ class FaithfulReading : public Reading {
   public:
     explicit FaithfulReading(boost::shared_ptr<TCimHTTPNamespace> nameSpace);
 
+    NameRule Names() const override { return NameRule::kCim; }
+
     /// Throws.
     boost::shared_ptr<ICIMClass> WithoutConnection() override;
 

@@ -12,7 +12,7 @@ namespace {
 
 std::string NormalizedOrEmpty(const Pegasus::CIMName& name) {
     try {
-        return NormalizeName(ToStdString(name));
+        return NormalizeName(ToStdString(name), NameRule::kCim);
     } catch (const TVYXException&) {
         return {};
     }

@@ -62,7 +62,7 @@ void SentClasses::Declare(TCimHTTPNamespace& nameSpace, TCimHTTPClass& cls, Pega
         const auto property = instance.getProperty(i);
         const std::string name = ToStdString(property.getName());
         try {
-            const std::string key = NormalizeName(name);
+            const std::string key = NormalizeName(name, NameRule::kCim);
             if (cls.GetPropertyDecl(key, TCIMContext())) {
                 continue;
             }

@@ -547,8 +547,8 @@ TEST_F(FaithfulReadingTest, WhatCannotBeTakenOverIsReportedAndTheRestIsThere) {
     EXPECT_EQ(ValueOf(*thing, "State"), TCIMValue(static_cast<unsigned short>(5)));
     EXPECT_TRUE(ValueOf(*thing, "Size").IsNull());
     const auto incidents = nameSpace->TakeIncidents();
-    ASSERT_THAT(Causes(incidents),
-                ElementsAre(Cause::kOtherType, Cause::kUndeclaredProperty, Cause::kBadName, Cause::kBadValue));
+    ASSERT_THAT(Causes(incidents), ElementsAre(Cause::kOtherType, Cause::kUndeclaredProperty,
+                                               Cause::kUndeclaredProperty, Cause::kBadValue));
     EXPECT_EQ(incidents.First()[0].className, "TEST_Thing");
     EXPECT_EQ(incidents.First()[0].path, "TEST_Thing.Name=\"a\"");
     EXPECT_EQ(incidents.First()[0].property, "Size");
@@ -582,8 +582,58 @@ TEST_F(FaithfulReadingTest, AnElementThatTheHostCannotKeepDoesNotTakeTheClassAlo
     const auto nameSpace = Faithful();
     const auto cls = FetchClass(*nameSpace, "TEST_Odd");
     EXPECT_EQ(cls->GetPropertyDecl("Good", TCIMContext())->GetType(TCIMContext()), ECIMType::eCIMString);
-    ASSERT_THAT(Causes(nameSpace->Incidents()), ElementsAre(Cause::kBadName, Cause::kBadName));
-    EXPECT_EQ(nameSpace->Incidents().First()[0].property, "\xc3\xb6");
+    ASSERT_THAT(Causes(nameSpace->Incidents()), ElementsAre(Cause::kBadName));
+    EXPECT_EQ(nameSpace->Incidents().First()[0].property, "Good");
+}
+
+TEST_F(FaithfulReadingTest, NamesBeyondAsciiAreNamesLikeAllOthers) {
+    ServeQualifier("Gr\xc3\xb6\xc3\x9f"
+                   "e");
+    ServeClass("TEST_Ger\xc3\xa4t", "TEST_Device",
+               KeyPropertyXml("Name") +
+                   PropertyXml("H\xc3\xb6he", "uint16",
+                               QualifierXml("Gr\xc3\xb6\xc3\x9f"
+                                            "e",
+                                            "string", "viel")) +
+                   "<METHOD NAME=\"R\xc3\xbc"
+                   "ck\" TYPE=\"uint32\"><PARAMETER NAME=\"\xc3\xa4\" TYPE=\"string\"/></METHOD>");
+    fServer.Answer("EnumerateInstances", "TEST_Ger\xc3\xa4t",
+                   DeviceXml("TEST_Ger\xc3\xa4t", "a", PropertyXml("h\xc3\xb6HE", "uint16", ValueXml("7"))));
+    const auto nameSpace = Faithful();
+    const auto instances = Instances(*nameSpace, "test_ger\xc3\xa4t");
+    ASSERT_EQ(instances.size(), 1U);
+    EXPECT_EQ(ValueOf(*instances[0], "H\xc3\xb6he"), TCIMValue(static_cast<unsigned short>(7)));
+    EXPECT_TRUE(nameSpace->Incidents().IsEmpty());
+    EXPECT_EQ(nameSpace->GetInstance(instances[0]->GetReference(TCIMContext()), TCIMContext()), instances[0]);
+    const auto cls = FetchClass(*nameSpace, "TEST_Ger\xc3\xa4t");
+    const auto declaration = cls->GetPropertyDecl("h\xc3\xb6he", TCIMContext());
+    EXPECT_EQ(declaration
+                  ->GetQualifier("gR\xc3\xb6\xc3\x9f"
+                                 "E",
+                                 TCIMContext())
+                  ->GetValue(TCIMContext()),
+              TCIMValue("viel"));
+    EXPECT_TRUE(cls->GetMethodDecl("r\xc3\xbc"
+                                   "ck",
+                                   TCIMContext())
+                    ->GetParameterDecl("\xc3\xa4", TCIMContext()));
+    EXPECT_EQ(cls->GetSuperClass(TCIMContext())->GetName(TCIMContext()), "TEST_Device");
+}
+
+TEST_F(FaithfulReadingTest, AnUndeclaredPropertyWithANameBeyondAsciiIsAnIncidentOfItsInstance) {
+    ServeDevices();
+    fServer.Answer("EnumerateInstances", "TEST_Device",
+                   DeviceXml("TEST_Disk", "d1",
+                             PropertyXml("Fl\xc3\xa4"
+                                         "che",
+                                         "uint16", ValueXml("7"))) +
+                       DeviceXml("TEST_Tape", "t1"));
+    const auto nameSpace = Faithful();
+    EXPECT_THAT(Paths(Instances(*nameSpace, "TEST_Device")),
+                ElementsAre("TEST_Disk.Name=\"d1\"", "TEST_Tape.Name=\"t1\""));
+    ASSERT_THAT(Causes(nameSpace->Incidents()), ElementsAre(Cause::kUndeclaredProperty));
+    EXPECT_EQ(nameSpace->Incidents().First()[0].property, "Fl\xc3\xa4"
+                                                          "che");
 }
 
 TEST_F(FaithfulReadingTest, AFailedReadingLeavesTheOneBefore) {

@@ -64,7 +64,7 @@ class LinkedPluginAccess : public PluginAccess {
                                                            const std::string& property) const override {
         const auto* const faithful = dynamic_cast<const NQORVYX20::TFaithfulInstance*>(&instance);
         return faithful == nullptr ? std::vector<NQORVYX20::EmbeddedObject>()
-                                   : faithful->Embedded(NQORVYX20::NormalizeName(property));
+                                   : faithful->Embedded(NQORVYX20::NormalizeName(property, NQORVYX20::NameRule::kCim));
     }
 
     std::vector<std::string> ClassNames(ICIMNamespace& name_space) const override {
