@@ -67,6 +67,8 @@ TlsContextPtr makeTlsContext(const SSLContext& settings) {
         throw SSLException(String("cannot set up TLS: " + lastError()));
     }
     SSL_CTX_set_options(context.get(), SSL_OP_NO_RENEGOTIATION); // the peer is checked once, in the handshake
+    SSL_CTX_set_mode(context.get(), SSL_MODE_ENABLE_PARTIAL_WRITE | SSL_MODE_RELEASE_BUFFERS);
+    SSL_CTX_set_read_ahead(context.get(), 1); // a record with its header, or several, by one call of the system
     if (const std::string trustStore(settings.getTrustStore().view()); !trustStore.empty()) {
         loadTrustStore(*context, trustStore);
     }
