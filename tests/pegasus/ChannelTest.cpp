@@ -334,6 +334,26 @@ TEST_F(Tls, TakesAFolderOfHashedCertificatesAsTrustStore) {
     EXPECT_EQ(echoThrough(endpoint, SSLContext(String(certificate_->CaDirectory()), nullptr)), "hello");
 }
 
+TEST_F(Tls, ChecksAnAddressWithAZoneAsWell) {
+    const TestCertificate::Options other = TestCertificate::For("192.0.2.1");
+    for (const auto& options : {TestCertificate::For("::1"), other}) {
+        certificate_ = std::make_unique<TestCertificate>(options);
+        server_ = std::make_unique<ScriptedServer>(&Echo, "::1");
+        std::uint16_t port = 0;
+        try {
+            port = server_->ListenTls(0, *certificate_);
+        } catch (const std::system_error& error) {
+            GTEST_SKIP() << "no IPv6 here: " << error.what();
+        }
+        const Endpoint endpoint("::1%1", port);
+        if (options.ip_addresses == other.ip_addresses) {
+            EXPECT_THAT(refusal(endpoint, trusting()), HasSubstr("IP address mismatch"));
+        } else {
+            EXPECT_EQ(echoThrough(endpoint, trusting()), "hello");
+        }
+    }
+}
+
 TEST_F(Tls, AcceptsACertificateForTheHostName) {
     const Endpoint endpoint = serve(TestCertificate::For("localhost"), "localhost");
     EXPECT_EQ(echoThrough(endpoint, trusting()), "hello");

@@ -267,6 +267,16 @@ TEST(ConnectingSteps, HoldTheNameServiceToTheirLimit) {
               std::string("silent.test:5988: its name was not resolved within 100 ms") + kLimit);
 }
 
+TEST(ConnectingSteps, ResolveANameWithAStackThatSufficesAndNoMore) {
+    constexpr std::size_t kKiB = 1024;
+    support::NameService names;
+    names.BeSilentAbout("silent.test");
+    timeOutOf({"silent.test", 5988});
+    names.WaitForLookups(1);
+    EXPECT_GE(names.StackOfLookup(), 256 * kKiB);
+    EXPECT_LE(names.StackOfLookup(), 1024 * kKiB);
+}
+
 TEST(ConnectingSteps, HoldTheHandshakeToTheirLimit) {
     const OpenPort port;
     const SSLContext tls(String(), nullptr);

@@ -106,8 +106,8 @@ class TlsChannel : public TcpChannel {
     }
 
     [[noreturn]] void failHandshake(const std::string& what) const {
-        if (check_.callbackFailure()) {
-            std::rethrow_exception(check_.callbackFailure());
+        if (check_.failure()) {
+            std::rethrow_exception(check_.failure());
         }
         if (!check_.refusal().empty()) {
             fail("the server's certificate was refused: " + check_.refusal());
