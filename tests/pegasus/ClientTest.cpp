@@ -1,3 +1,4 @@
+#include "FewDescriptors.h"
 #include "Texts.h"
 #include "support/CimServer.h"
 #include "support/NameService.h"
@@ -188,6 +189,45 @@ TEST_F(ClientTest, LimitsTheNextOperationsToo) {
     constexpr char kInterim[] = "HTTP/1.1 100 Continue\r\n\r\n";
     EXPECT_THAT(errorOf<CIMClientMalformedHTTPException>(std::string(kInterim) + kInterim),
                 HasSubstr("interim answer"));
+}
+
+TEST_F(ClientTest, WorksAgainWhenThereAreDescriptorsAgain) {
+#if defined(__SANITIZE_ADDRESS__)
+    GTEST_SKIP() << "the sanitizers need descriptors themselves, to look at objects";
+#endif
+    const TestCertificate certificate(TestCertificate::For(server_.Address()));
+    const SSLContext tls(String(certificate.CaFile()), nullptr);
+    const std::uint16_t tlsPort = server_.ListenTls(5989, certificate);
+    const auto connectEither = [&](bool encrypted) {
+        if (encrypted) {
+            client_.connect(String(server_.Address()), tlsPort, tls, "", "");
+        } else {
+            client_.connect("localhost", port_, "", "");
+        }
+    };
+    support::NameService names;
+    names.Answer("localhost", {server_.Address()});
+    for (const bool encrypted : {false, true}) {
+        const std::size_t before = http::openDescriptors();
+        {
+            const http::FewDescriptors none(0);
+            for (int i = 0; i < 3; ++i) {
+                EXPECT_THAT(MessageOf<CannotConnectException>([&] { connectEither(encrypted); }),
+                            HasSubstr("Too many open files"));
+            }
+        }
+        EXPECT_EQ(http::openDescriptors(), before);
+        connectEither(encrypted);
+        EXPECT_EQ(getThing().getClassName(), CIMName("CIM_Thing"));
+        server_.AnswerNextWith("HTTP/1.1 500 No\r\n\r\n");
+        EXPECT_THROW(getThing(), CIMClientHTTPErrorException);
+        {
+            const http::FewDescriptors none(0);
+            EXPECT_THAT(MessageOf<CannotConnectException>([&] { getThing(); }), HasSubstr("Too many open files"));
+        }
+        EXPECT_EQ(getThing().getClassName(), CIMName("CIM_Thing"));
+        client_.disconnect();
+    }
 }
 
 TEST_F(ClientTest, SendsCredentialsWhenAsked) {
