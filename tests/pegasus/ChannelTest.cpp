@@ -558,6 +558,27 @@ TEST_F(Tls, GivesUpARequestThatTheServerDoesNotReadAtTheDeadline) {
     done.set_value();
 }
 
+TEST_F(Tls, SurvivesABrokenPipe) {
+    std::promise<void> closed;
+    const TestCertificate certificate(TestCertificate::For(support::LoopbackAddress()));
+    ScriptedServer server([&](Connection& peer) {
+        peer.Close();
+        peer.WaitForDelivery();
+        closed.set_value();
+    });
+    const Endpoint endpoint(server.Address(), server.ListenTls(5989, certificate));
+    const auto channel = Channel::open(endpoint, &unverified_, Deadline(kAmple));
+    closed.get_future().wait();
+    std::string large;
+    large.resize(kMoreThanBuffersHold);
+    try {
+        channel->write(large, Deadline(kAmple));
+        FAIL() << "no exception";
+    } catch (const ConnectionLost& lost) {
+        EXPECT_EQ(lost.reason, "Broken pipe");
+    }
+}
+
 TEST_F(Tls, SurvivesAServerThatResetsTheConnection) {
     const TestCertificate certificate(TestCertificate::For(support::LoopbackAddress()));
     ScriptedServer server([](Connection& peer) {

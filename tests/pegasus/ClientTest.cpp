@@ -202,11 +202,14 @@ TEST_F(ClientTest, WorksAgainWhenThereAreDescriptorsAgain) {
         if (encrypted) {
             client_.connect(String(server_.Address()), tlsPort, tls, "", "");
         } else {
-            client_.connect("localhost", port_, "", "");
+            client_.connect(String(server_.Address()), port_, "", "");
         }
     };
-    support::NameService names;
-    names.Answer("localhost", {server_.Address()});
+    {
+        const http::FewDescriptors none(0); // not even to find a name
+        EXPECT_THAT(MessageOf<CannotConnectException>([&] { client_.connect("a-name.invalid", port_, "", ""); }),
+                    HasSubstr("Too many open files"));
+    }
     for (const bool encrypted : {false, true}) {
         const std::size_t before = http::openDescriptors();
         {
