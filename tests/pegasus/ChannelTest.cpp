@@ -1,5 +1,7 @@
 #include "http/Channel.h"
 
+#include "FewDescriptors.h"
+#include "FullPort.h"
 #include "support/NameService.h"
 #include "support/ScriptedServer.h"
 
@@ -182,42 +184,6 @@ TEST(Channel, LeavesSignalsToTheThreadsOfTheHost) {
     EXPECT_THAT(blocked, Contains(AllSignals())) << "the thread that looks the name up";
 }
 
-/// A port that listens and accepts nobody: its queue of connections is full.
-class FullPort {
-  public:
-    FullPort() {
-        ::inet_pton(AF_INET, support::LoopbackAddress().c_str(), &address_.sin_addr);
-        const int listener = newSocket();
-        socklen_t size = sizeof address_;
-        if (::bind(listener, reinterpret_cast<sockaddr*>(&address_), size) != 0 || ::listen(listener, 0) != 0 ||
-            ::getsockname(listener, reinterpret_cast<sockaddr*>(&address_), &size) != 0) {
-            throw std::system_error(errno, std::generic_category(), "listen");
-        }
-        for (int i = 0; i < 16 && !isFull_; ++i) {
-            const int client = newSocket();
-            static_cast<void>(::connect(client, reinterpret_cast<sockaddr*>(&address_), size)); // in progress
-            pollfd connected{client, POLLOUT, 0};
-            isFull_ = ::poll(&connected, 1, static_cast<int>(std::chrono::milliseconds(kShort).count())) == 0;
-        }
-    }
-    ~FullPort() { std::for_each(sockets_.begin(), sockets_.end(), &::close); }
-    FullPort(const FullPort&) = delete;
-    FullPort& operator=(const FullPort&) = delete;
-
-    bool isFull() const { return isFull_; }
-    Endpoint endpoint() const { return {support::LoopbackAddress(), ntohs(address_.sin_port)}; }
-
-  private:
-    int newSocket() {
-        sockets_.push_back(::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
-        return sockets_.back();
-    }
-
-    std::vector<int> sockets_;
-    sockaddr_in address_{AF_INET, 0, {}, {}};
-    bool isFull_ = false;
-};
-
 TEST(Channel, GivesUpAtTheDeadlineWhenTheConnectionIsNotAccepted) {
     const FullPort port;
     if (!port.isFull()) {
@@ -243,24 +209,6 @@ TEST(Channel, LeavesEachAddressItsShareOfTheTime) {
     EXPECT_EQ(EchoOf("hello", *Channel::open(endpoint, nullptr, Deadline(2s))), "hello");
 }
 
-/// Lets this process have no more than so many descriptors beyond those that it has.
-class FewDescriptors {
-  public:
-    explicit FewDescriptors(rlim_t spare) {
-        ::getrlimit(RLIMIT_NOFILE, &before_);
-        const int next = ::dup(STDERR_FILENO); // the lowest number that is free
-        ::close(next);
-        const rlimit fewer{static_cast<rlim_t>(next) + spare, before_.rlim_max};
-        ::setrlimit(RLIMIT_NOFILE, &fewer);
-    }
-    ~FewDescriptors() { ::setrlimit(RLIMIT_NOFILE, &before_); }
-    FewDescriptors(const FewDescriptors&) = delete;
-    FewDescriptors& operator=(const FewDescriptors&) = delete;
-
-  private:
-    rlimit before_{};
-};
-
 TEST(Channel, ReportsThatThereIsNoDescriptorForIt) {
 #if defined(__SANITIZE_ADDRESS__)
     GTEST_SKIP() << "the sanitizers need descriptors themselves, to look at objects";
@@ -268,12 +216,15 @@ TEST(Channel, ReportsThatThereIsNoDescriptorForIt) {
     const Endpoint endpoint(support::LoopbackAddress(), 5988);
     const SSLContext tls(String(), nullptr);
     for (const SSLContext* settings : {static_cast<const SSLContext*>(nullptr), &tls}) {
-        for (rlim_t spare = 0; spare < 4; ++spare) {
-            const FewDescriptors few(spare);
+        {
+            const FewDescriptors none(0);
             EXPECT_THAT(
                 ErrorOf<CannotConnectException>(endpoint, settings),
                 AllOf(StartsWith("cannot connect to " + endpoint.text() + ": "), HasSubstr("Too many open files")));
         }
+        const FewDescriptors one(1);
+        EXPECT_THAT(ErrorOf<CannotConnectException>(endpoint, settings), HasSubstr("Connection refused"))
+            << "it takes no more than one";
     }
 }
 
@@ -381,6 +332,26 @@ TEST_F(Tls, AcceptsACertificateOfTheTrustStore) {
 TEST_F(Tls, TakesAFolderOfHashedCertificatesAsTrustStore) {
     const Endpoint endpoint = serve();
     EXPECT_EQ(echoThrough(endpoint, SSLContext(String(certificate_->CaDirectory()), nullptr)), "hello");
+}
+
+TEST_F(Tls, ChecksAnAddressWithAZoneAsWell) {
+    const TestCertificate::Options other = TestCertificate::For("192.0.2.1");
+    for (const auto& options : {TestCertificate::For("::1"), other}) {
+        certificate_ = std::make_unique<TestCertificate>(options);
+        server_ = std::make_unique<ScriptedServer>(&Echo, "::1");
+        std::uint16_t port = 0;
+        try {
+            port = server_->ListenTls(0, *certificate_);
+        } catch (const std::system_error& error) {
+            GTEST_SKIP() << "no IPv6 here: " << error.what();
+        }
+        const Endpoint endpoint("::1%1", port);
+        if (options.ip_addresses == other.ip_addresses) {
+            EXPECT_THAT(refusal(endpoint, trusting()), HasSubstr("IP address mismatch"));
+        } else {
+            EXPECT_EQ(echoThrough(endpoint, trusting()), "hello");
+        }
+    }
 }
 
 TEST_F(Tls, AcceptsACertificateForTheHostName) {
@@ -585,6 +556,27 @@ TEST_F(Tls, GivesUpARequestThatTheServerDoesNotReadAtTheDeadline) {
     large.resize(kMoreThanBuffersHold);
     EXPECT_THROW(channel->write(large, Deadline(kShort)), ConnectionTimeoutException);
     done.set_value();
+}
+
+TEST_F(Tls, SurvivesABrokenPipe) {
+    std::promise<void> closed;
+    const TestCertificate certificate(TestCertificate::For(support::LoopbackAddress()));
+    ScriptedServer server([&](Connection& peer) {
+        peer.Close();
+        peer.WaitForDelivery();
+        closed.set_value();
+    });
+    const Endpoint endpoint(server.Address(), server.ListenTls(5989, certificate));
+    const auto channel = Channel::open(endpoint, &unverified_, Deadline(kAmple));
+    closed.get_future().wait();
+    std::string large;
+    large.resize(kMoreThanBuffersHold);
+    try {
+        channel->write(large, Deadline(kAmple));
+        FAIL() << "no exception";
+    } catch (const ConnectionLost& lost) {
+        EXPECT_EQ(lost.reason, "Broken pipe");
+    }
 }
 
 TEST_F(Tls, SurvivesAServerThatResetsTheConnection) {

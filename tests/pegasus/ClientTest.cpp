@@ -1,3 +1,4 @@
+#include "FewDescriptors.h"
 #include "Texts.h"
 #include "support/CimServer.h"
 #include "support/NameService.h"
@@ -138,6 +139,98 @@ TEST_F(ClientTest, OpensTheConnectionAgainWhenTheServerHasClosedIt) {
     server_.AnswerNextWith("");
     EXPECT_EQ(getThing().getClassName(), CIMName("CIM_Thing"));
     EXPECT_EQ(server_.ConnectionCount(), 2U);
+}
+
+TEST_F(ClientTest, StaysEncryptedWhenItOpensTheConnectionAgain) {
+    const TestCertificate certificate(TestCertificate::For(server_.Address()));
+    const std::uint16_t port = server_.ListenTls(5989, certificate);
+    client_.connect(String(server_.Address()), port, SSLContext(String(certificate.CaFile()), nullptr), "", "");
+    getThing();
+    errorOf<CIMClientHTTPErrorException>("HTTP/1.1 500 No\r\n\r\n"); // and the server closes
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(getThing().getClassName(), CIMName("CIM_Thing")); // which a port for TLS says to nobody else
+    }
+    EXPECT_EQ(server_.ConnectionCount(), 2U);
+}
+
+TEST_F(ClientTest, ChecksTheServerAgainWhenItOpensTheConnectionAgain) {
+    const auto options = TestCertificate::For(server_.Address());
+    const TestCertificate certificate(options);
+    const std::uint16_t port = server_.ListenTls(5989, certificate);
+    client_.connect(String(server_.Address()), port, SSLContext(String(certificate.CaFile()), nullptr), "", "");
+    getThing();
+    server_.Stop();
+    CimServer impostor;
+    const TestCertificate another(options);
+    impostor.ListenTls(5989, another);
+    EXPECT_THROW(getThing(), SSLException);
+    EXPECT_EQ(impostor.Calls().size(), 0U);
+}
+
+TEST_F(ClientTest, LimitsEachStepOfConnectingWhateverTheTimeOutOfTheOperation) {
+    ClientLimits limits;
+    EXPECT_EQ(client_.getLimits().connectMilliseconds, 10'000U);
+    limits.connectMilliseconds = kShort;
+    client_.setLimits(limits);
+    EXPECT_EQ(client_.getLimits().connectMilliseconds, kShort);
+    client_.setTimeout(65'535'000);
+    support::NameService names;
+    names.BeSilentAbout("silent.test");
+    EXPECT_THAT(MessageOf<ConnectionTimeoutException>([&] { client_.connect("silent.test", 5988, "", ""); }),
+                HasSubstr("within 200 ms, the limit of each step of connecting"));
+}
+
+TEST_F(ClientTest, LimitsTheNextOperationsToo) {
+    connect();
+    getThing();
+    ClientLimits limits;
+    limits.interimAnswers = 1;
+    client_.setLimits(limits);
+    constexpr char kInterim[] = "HTTP/1.1 100 Continue\r\n\r\n";
+    EXPECT_THAT(errorOf<CIMClientMalformedHTTPException>(std::string(kInterim) + kInterim),
+                HasSubstr("interim answer"));
+}
+
+TEST_F(ClientTest, WorksAgainWhenThereAreDescriptorsAgain) {
+#if defined(__SANITIZE_ADDRESS__)
+    GTEST_SKIP() << "the sanitizers need descriptors themselves, to look at objects";
+#endif
+    const TestCertificate certificate(TestCertificate::For(server_.Address()));
+    const SSLContext tls(String(certificate.CaFile()), nullptr);
+    const std::uint16_t tlsPort = server_.ListenTls(5989, certificate);
+    const auto connectEither = [&](bool encrypted) {
+        if (encrypted) {
+            client_.connect(String(server_.Address()), tlsPort, tls, "", "");
+        } else {
+            client_.connect(String(server_.Address()), port_, "", "");
+        }
+    };
+    {
+        const http::FewDescriptors none(0); // not even to find a name
+        EXPECT_THAT(MessageOf<CannotConnectException>([&] { client_.connect("a-name.invalid", port_, "", ""); }),
+                    HasSubstr("Too many open files"));
+    }
+    for (const bool encrypted : {false, true}) {
+        const std::size_t before = http::openDescriptors();
+        {
+            const http::FewDescriptors none(0);
+            for (int i = 0; i < 3; ++i) {
+                EXPECT_THAT(MessageOf<CannotConnectException>([&] { connectEither(encrypted); }),
+                            HasSubstr("Too many open files"));
+            }
+        }
+        EXPECT_EQ(http::openDescriptors(), before);
+        connectEither(encrypted);
+        EXPECT_EQ(getThing().getClassName(), CIMName("CIM_Thing"));
+        server_.AnswerNextWith("HTTP/1.1 500 No\r\n\r\n");
+        EXPECT_THROW(getThing(), CIMClientHTTPErrorException);
+        {
+            const http::FewDescriptors none(0);
+            EXPECT_THAT(MessageOf<CannotConnectException>([&] { getThing(); }), HasSubstr("Too many open files"));
+        }
+        EXPECT_EQ(getThing().getClassName(), CIMName("CIM_Thing"));
+        client_.disconnect();
+    }
 }
 
 TEST_F(ClientTest, SendsCredentialsWhenAsked) {

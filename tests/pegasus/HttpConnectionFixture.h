@@ -5,6 +5,8 @@
 #include "support/ScriptedServer.h"
 #include "support/TestCertificate.h"
 
+#include <Pegasus/Client/CIMClientException.h>
+#include <Pegasus/Client/FailureMarks.h>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
@@ -117,6 +119,30 @@ class HttpConnectionTest : public ::testing::Test {
         return MessageOf<E>([&] { bodyOf(answer); });
     }
 
+    /// Sends a text, and then another one again and again until the peer has enough.
+    static support::ScriptedServer::Script endless(const std::string& begin, const std::string& part) {
+        return [begin, part](support::Connection& peer) {
+            std::string many;
+            while (many.size() < 4096) {
+                many += part;
+            }
+            peer.ReadRequest();
+            peer.Write(begin + many); // at once, so that they arrive together
+            while (peer.Write(many)) {
+            }
+        };
+    }
+
+    /// The message of the exception that says that such an answer passes a limit.
+    std::string limitPassedByEndless(const std::string& begin, const std::string& part) {
+        auto connection = connectionTo(serve(endless(begin, part)));
+        return limitPassedIn([&] { exchange(connection); });
+    }
+
+    std::string limitPassedBy(const std::string& answer) {
+        return limitPassedIn([&] { bodyOf(answer); });
+    }
+
     std::size_t connectionCount() const { return server_->ConnectionCount(); }
 
     std::vector<std::string> authorizations() {
@@ -128,6 +154,18 @@ class HttpConnectionTest : public ::testing::Test {
     static inline HttpFields trailers_;
 
   private:
+    template <typename Action>
+    static std::string limitPassedIn(Action action) {
+        try {
+            action();
+        } catch (const CIMClientMalformedHTTPException& error) {
+            EXPECT_NE(dynamic_cast<const ExceedsLimit*>(&error), nullptr);
+            return Text(error.getMessage());
+        }
+        ADD_FAILURE() << "the expected exception did not come";
+        return {};
+    }
+
     std::mutex mutex_;
     std::vector<std::string> authorizations_;
     std::unique_ptr<support::ScriptedServer> server_;

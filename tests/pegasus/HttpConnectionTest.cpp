@@ -12,6 +12,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <iterator>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -109,12 +110,22 @@ TEST_F(Framing, ReadsTheAnswersOfAProductionServer) {
     }
 }
 
-TEST_F(Framing, SkipsInterimAnswersInAnyNumber) {
+constexpr char kInterimAnswer[] = "HTTP/1.1 102 Processing\r\n\r\n";
+
+ClientLimits withInterimAnswers(Uint32 count) {
+    ClientLimits limits;
+    limits.interimAnswers = count;
+    return limits;
+}
+
+TEST_F(Framing, SkipsInterimAnswersInAnyNumberThatTheLimitAllows) {
     std::string interim;
     while (interim.size() < 3 * kMaxHeaderBytes) {
-        interim += "HTTP/1.1 102 Processing\r\n\r\n";
+        interim += kInterimAnswer;
     }
-    EXPECT_EQ(bodyOf(interim + Answer("hello")), "hello");
+    auto connection = connectionTo(serveInTurn({interim + Answer("hello")}));
+    connection.setLimits(withInterimAnswers(10'000));
+    EXPECT_EQ(exchange(connection), "hello");
 }
 
 // ---- Answers that break off
@@ -164,6 +175,78 @@ TEST_F(Limits, EndHeadersOfManyShortFields) {
         answer += "A: b\r\n";
     }
     EXPECT_THAT(errorOf<CIMClientMalformedHTTPException>(answer), HasSubstr("longer than 65536"));
+}
+
+std::string interimAnswers(int count) {
+    std::string answers;
+    for (int i = 0; i < count; ++i) {
+        answers += kInterimAnswer;
+    }
+    return answers;
+}
+
+TEST_F(Limits, AllowAHundredInterimAnswersAndNotOneMore) {
+    EXPECT_EQ(bodyOf(interimAnswers(100) + Answer("hello")), "hello");
+    EXPECT_THAT(limitPassedBy(interimAnswers(101) + Answer("hello")), HasSubstr("one interim answer after the other"));
+}
+
+TEST_F(Limits, OfInterimAnswersIsForEachAnswer) {
+    auto connection = connectionTo(serveInTurn({interimAnswers(60) + Answer("1"), interimAnswers(60) + Answer("2")}));
+    EXPECT_THAT(exchanges(connection, 2), ElementsAre("1", "2"));
+}
+
+TEST_F(Limits, OfInterimAnswersIsTheClients) {
+    auto connection = connectionTo(serve([](Connection& peer) {
+        while (peer.ReadRequest() && peer.Write(interimAnswers(1) + Answer("hello"))) {
+        }
+    }));
+    connection.setLimits(withInterimAnswers(0));
+    EXPECT_THROW(exchange(connection), CIMClientMalformedHTTPException);
+    connection.setLimits(withInterimAnswers(1));
+    EXPECT_EQ(exchange(connection), "hello");
+}
+
+TEST_F(Limits, EndAStreamOfInterimAnswersThatNeverEnds) {
+    EXPECT_THAT(limitPassedByEndless("", kInterimAnswer), HasSubstr("one interim answer after the other"));
+}
+
+TEST_F(Limits, EndWhatNeverEndsWithoutBeingABody) {
+    const std::string chunked = ChunkedAnswer("");
+    const std::vector<std::pair<std::string, std::string>> endless = {
+        {"HTTP/1.1 200 ", "x"},
+        {"HTTP/1.1 200 OK\r\n", "A: b\r\n"},
+        {"HTTP/1.1 200 OK\r\nA:", " b\r\n"},
+        {chunked, "0"},
+        {chunked + "5;", "x"},
+        {chunked + "5;a=\"", "b"},
+        {chunked + "5\r\nhello\r\n", "0"},
+        {chunked + "5\r\nhello\r\n0;", "x"},
+        {chunked + "5\r\nhello\r\n0\r\n", "A: b\r\n"},
+        {chunked + "5\r\nhello\r\n0\r\nA:", " b\r\n"},
+        {chunked + "5\r\nhello\r\n0\r\nA: ", "b"},
+    };
+    for (const auto& [begin, part] : endless) {
+        SCOPED_TRACE(begin + part);
+        EXPECT_THAT(limitPassedByEndless(begin, part), HasSubstr("longer than 65536 bytes"));
+    }
+}
+
+TEST_F(Limits, AreNotNeededForBlanksAroundAnswersWhichAreNone) {
+    for (const char* blanks : {"\r\n", "\n", " ", "\r\n\r\n"}) {
+        EXPECT_THAT(errorOf<CIMClientMalformedHTTPException>(blanks + Answer("hello")), HasSubstr("not valid HTTP"));
+        EXPECT_THAT(errorOf<CIMClientMalformedHTTPException>(kInterimAnswer + (blanks + Answer("hello"))),
+                    HasSubstr("not valid HTTP"));
+    }
+}
+
+TEST_F(Limits, ReadNothingThatComesAfterTheEndOfABody) {
+    for (const char* surplus : {"x", "\r\n", "HTTP/1.1 200 OK\r\n\r\n"}) {
+        for (const std::string& answer : {Answer("hello"), ChunkedAnswer("5\r\nhello\r\n0\r\n\r\n")}) {
+            auto connection = connectionTo(serve(endless(answer, surplus)));
+            EXPECT_THAT(exchanges(connection, 2), ElementsAre("hello", "hello"));
+            EXPECT_EQ(connectionCount(), 2U);
+        }
+    }
 }
 
 // ---- One connection, many exchanges
@@ -442,11 +525,8 @@ TEST_F(TimeOuts, EndAnAnswerThatDripsForever) {
 }
 
 TEST_F(TimeOuts, EndAStreamOfInterimAnswersThatNeverPauses) {
-    auto connection = connectionTo(serve([](Connection& peer) {
-        peer.ReadRequest();
-        while (peer.Write("HTTP/1.1 102 Processing\r\n\r\n")) {
-        }
-    }));
+    auto connection = connectionTo(serve(endless("", kInterimAnswer)));
+    connection.setLimits(withInterimAnswers(std::numeric_limits<Uint32>::max()));
     EXPECT_THROW(exchange(connection, kShort), ConnectionTimeoutException);
 }
 

@@ -6,6 +6,7 @@
 #include <mutex>
 #include <netdb.h>
 #include <optional>
+#include <pthread.h>
 #include <utility>
 
 namespace support {
@@ -18,6 +19,16 @@ using Lookup = int (*)(const char*, const char*, const addrinfo*, addrinfo**);
 Lookup SystemLookup() {
     static const auto lookup = reinterpret_cast<Lookup>(::dlsym(RTLD_NEXT, "getaddrinfo"));
     return lookup;
+}
+
+std::size_t StackOfThisThread() {
+    pthread_attr_t attributes;
+    std::size_t size = 0;
+    if (::pthread_getattr_np(::pthread_self(), &attributes) == 0) {
+        ::pthread_attr_getstacksize(&attributes, &size);
+        ::pthread_attr_destroy(&attributes);
+    }
+    return size;
 }
 
 /// What is known about names. It outlives every lookup, also those that nobody waits for.
@@ -41,6 +52,11 @@ class Names {
     void WaitForLookups(std::size_t count) {
         std::unique_lock<std::mutex> lock(mutex_);
         changed_.wait(lock, [&] { return waiting_ >= count; });
+    }
+
+    std::size_t StackOfLookup() {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        return stack_of_lookup_;
     }
 
     void Forget() {
@@ -67,6 +83,7 @@ class Names {
   private:
     void WaitUntilForgotten(const std::string& name, std::unique_lock<std::mutex>& lock) {
         ++waiting_;
+        stack_of_lookup_ = StackOfThisThread();
         changed_.notify_all();
         changed_.wait(lock, [&] { return answers_.count(name) == 0; });
         --waiting_;
@@ -92,6 +109,7 @@ class Names {
     std::condition_variable changed_;
     std::map<std::string, std::optional<std::vector<std::string>>> answers_; // nothing: silence
     std::size_t waiting_ = 0;
+    std::size_t stack_of_lookup_ = 0;
 };
 
 } // namespace
@@ -107,6 +125,8 @@ void NameService::Answer(const std::string& name, std::vector<std::string> addre
 void NameService::BeSilentAbout(const std::string& name) { Names::Instance().BeSilentAbout(name); }
 
 void NameService::WaitForLookups(std::size_t count) { Names::Instance().WaitForLookups(count); }
+
+std::size_t NameService::StackOfLookup() const { return Names::Instance().StackOfLookup(); }
 
 } // namespace support
 

@@ -25,6 +25,9 @@ class NameService {
 
     /// Waits until so many lookups of silent names are under way.
     void WaitForLookups(std::size_t count);
+
+    /// The size of the stack of the thread in which a silent name was looked up last, in bytes.
+    std::size_t StackOfLookup() const;
 };
 
 } // namespace support

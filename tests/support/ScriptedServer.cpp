@@ -315,10 +315,11 @@ class ScriptedServer::Impl {
         BlockBrokenPipeSignal();
         while (!stopping_) {
             const int descriptor = ::accept4(listener.Descriptor(), nullptr, nullptr, SOCK_CLOEXEC);
-            if (descriptor < 0 && errno != ECONNABORTED && errno != EINTR) {
+            if (descriptor < 0 && errno != ECONNABORTED && errno != EINTR && errno != EMFILE) {
                 return;
             }
             if (descriptor < 0) {
+                std::this_thread::yield(); // a test may have taken all descriptors for a while
                 continue;
             }
             auto peer = std::make_shared<Peer>(descriptor, count_++);

@@ -171,7 +171,14 @@ auto withinMemory(Work work) {
 class CIMClient::Impl {
   public:
     Uint32 timeout = kDefaultTimeout;
-    ClientLimits limits;
+
+    const ClientLimits& limits() const { return limits_; }
+    void setLimits(const ClientLimits& limits) {
+        limits_ = limits;
+        if (connection_) {
+            connection_->setLimits(limits);
+        }
+    }
 
     void connect(const String& host, Uint32 port, std::optional<SSLContext> tls, const String& user,
                  const String& password) {
@@ -182,6 +189,7 @@ class CIMClient::Impl {
             try {
                 connection_.emplace(http::Endpoint(toText(host), port), std::move(tls),
                                     http::Credentials{toText(user), toText(password)});
+                connection_->setLimits(limits_);
                 connection_->open(deadline());
             } catch (...) {
                 connection_.reset();
@@ -210,7 +218,7 @@ class CIMClient::Impl {
         const http::Deadline end = deadline();
         const EndOfTime endOfTime(connection_->endpoint(), end);
         Result result;
-        ResponseDecoder decoder(messageId, method, result, objects_, limits, &endOfTime);
+        ResponseDecoder decoder(messageId, method, result, objects_, limits_, &endOfTime);
         try {
             exchange(http::makeCimRequest(method, nameSpace.getString().view(), request.finish()), decoder, end,
                      endOfTime);
@@ -238,6 +246,7 @@ class CIMClient::Impl {
         decoder.finish();
     }
 
+    ClientLimits limits_;
     std::optional<http::HttpConnection> connection_;
     const std::shared_ptr<cimxml::ObjectDecoder> objects_ = std::make_shared<cimxml::ObjectDecoder>();
     Uint64 lastMessageId_ = 0;
@@ -251,9 +260,9 @@ void CIMClient::setTimeout(Uint32 timeoutMilliseconds) { impl_->timeout = timeou
 
 Uint32 CIMClient::getTimeout() const { return impl_->timeout; }
 
-void CIMClient::setLimits(const ClientLimits& limits) { impl_->limits = limits; }
+void CIMClient::setLimits(const ClientLimits& limits) { impl_->setLimits(limits); }
 
-const ClientLimits& CIMClient::getLimits() const { return impl_->limits; }
+const ClientLimits& CIMClient::getLimits() const { return impl_->limits(); }
 
 void CIMClient::connect(const String& host, Uint32 port, const String& user, const String& password) {
     impl_->connect(host, port, std::nullopt, user, password);

@@ -1,24 +1,41 @@
 #include "http/Channel.h"
 
+#include "http/Descriptor.h"
 #include "http/TcpChannel.h"
 #include "http/TlsTransport.h"
 
 #include <Pegasus/Common/Exception.h>
-#include <boost/system/system_error.hpp>
 
 namespace Pegasus::http {
 
-std::unique_ptr<Channel> Channel::open(const Endpoint& endpoint, const SSLContext* tls, const Deadline& deadline) {
+namespace {
+
+std::unique_ptr<Channel> openEither(const Endpoint& endpoint, const SSLContext* tls, const ConnectTime& time) {
+    if (tls != nullptr) {
+        return TlsTransport::loaded().open(endpoint, *tls, time);
+    }
+    return std::make_unique<TcpChannel>(endpoint, time);
+}
+
+/// Whatever fails first where a process has no descriptor left, be it the name service, a library or a trust store,
+/// knows another reason for it.
+void blameShortage(const Endpoint& endpoint) {
+    if (const std::string shortage = Descriptor::shortage(); !shortage.empty()) {
+        throw CannotConnectException(String("cannot connect to " + endpoint.text() + ": " + shortage));
+    }
+}
+
+} // namespace
+
+std::unique_ptr<Channel> Channel::open(const Endpoint& endpoint, const SSLContext* tls, const ConnectTime& time) {
     try {
-        if (tls != nullptr) {
-            return TlsTransport::loaded().open(endpoint, *tls, deadline);
-        }
-        auto channel = std::make_unique<TcpChannel>(endpoint);
-        channel->connect(deadline);
-        return channel;
-    } catch (const boost::system::system_error& error) {
-        // The io_context or the TLS stream could not be made: the process is short of file descriptors, for example.
-        throw CannotConnectException(String("cannot connect to " + endpoint.text() + ": " + error.what()));
+        return openEither(endpoint, tls, time);
+    } catch (const InvalidLocatorException&) {
+        blameShortage(endpoint);
+        throw;
+    } catch (const SSLException&) {
+        blameShortage(endpoint);
+        throw;
     }
 }
 

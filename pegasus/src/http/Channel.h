@@ -1,5 +1,6 @@
 #pragma once
 
+#include "http/ConnectTime.h"
 #include "http/Deadline.h"
 #include "http/Endpoint.h"
 
@@ -16,13 +17,17 @@ struct ConnectionLost {
     std::string reason;
 };
 
-/// An open connection that carries bytes both ways, plain or encrypted. Its destruction closes it. Each operation runs
-/// on the calling thread and waits until it is done or the deadline passes; after an exception the channel is useless.
+/// An open connection that carries bytes both ways, plain or encrypted. Each operation runs on the calling thread and
+/// waits until it is done or the deadline passes; after an exception the channel is useless.
+///
+/// Its destruction closes this process's end of it and says nothing to the peer: in a child process it leaves the
+/// connection of the parent as it was.
 class Channel {
   public:
-    /// Resolves the endpoint, connects to the first of its addresses that accepts and, given `tls`, shakes hands.
-    /// Throws InvalidLocatorException, CannotConnectException, SSLException or ConnectionTimeoutException.
-    static std::unique_ptr<Channel> open(const Endpoint& endpoint, const SSLContext* tls, const Deadline& deadline);
+    /// Resolves the endpoint, connects to the first of its addresses that accepts and, given `tls`, shakes hands. Each
+    /// of these is a step; every address is one of its own. Throws InvalidLocatorException, CannotConnectException,
+    /// SSLException or ConnectionTimeoutException.
+    static std::unique_ptr<Channel> open(const Endpoint& endpoint, const SSLContext* tls, const ConnectTime& time);
 
     virtual ~Channel() = default;
 

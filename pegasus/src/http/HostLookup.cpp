@@ -4,13 +4,14 @@
 
 #include <Pegasus/Common/Exception.h>
 #include <csignal>
+#include <cstddef>
 #include <cstring>
 #include <future>
 #include <memory>
 #include <netdb.h>
+#include <pthread.h>
 #include <string>
 #include <system_error>
-#include <thread>
 #include <utility>
 
 namespace Pegasus::http {
@@ -18,6 +19,9 @@ namespace Pegasus::http {
 namespace {
 
 constexpr Uint32 kHighestPort = 65535;
+
+/// What the system's modules for names may need, which are free to keep answers of 64 KiB on the stack, several times.
+constexpr std::size_t kLookupStackBytes = std::size_t{512} << 10U;
 
 struct AddressInfoFree {
     void operator()(addrinfo* info) const { ::freeaddrinfo(info); }
@@ -69,13 +73,46 @@ Resolution ask(const Endpoint& endpoint, int flags) {
     return {result, addressesOf(list)};
 }
 
+using Task = std::packaged_task<Resolution()>;
+
+void* runTask(void* task) {
+    (*std::unique_ptr<Task>(static_cast<Task*>(task)))();
+    return nullptr;
+}
+
+/// The attributes of a thread that nobody waits for, and that takes no more memory than it needs: a host that keeps its
+/// memory from being paged out pays for the whole of each stack.
+class LookupThread {
+  public:
+    LookupThread() {
+        ::pthread_attr_init(&attributes_);
+        ::pthread_attr_setdetachstate(&attributes_, PTHREAD_CREATE_DETACHED);
+        ::pthread_attr_setstacksize(&attributes_, kLookupStackBytes);
+    }
+    ~LookupThread() { ::pthread_attr_destroy(&attributes_); }
+    LookupThread(const LookupThread&) = delete;
+    LookupThread& operator=(const LookupThread&) = delete;
+
+    /// Throws std::system_error when no thread is to be had.
+    void run(std::unique_ptr<Task> task) const {
+        const SignalBlock block; // signals are for the host's threads
+        pthread_t ignored{};
+        if (const int error = ::pthread_create(&ignored, &attributes_, &runTask, task.get()); error != 0) {
+            throw std::system_error(error, std::system_category());
+        }
+        static_cast<void>(task.release());
+    }
+
+  private:
+    pthread_attr_t attributes_{};
+};
+
 /// Asks in a thread of its own. A silent name server can keep that thread longer than the caller waits; it then ends by
 /// itself, and nobody takes its result.
 std::future<Resolution> askAside(const Endpoint& endpoint) {
-    std::packaged_task<Resolution()> task([endpoint] { return ask(endpoint, 0); });
-    std::future<Resolution> resolution = task.get_future();
-    const SignalBlock block; // signals are for the host's threads
-    std::thread(std::move(task)).detach();
+    auto task = std::make_unique<Task>([endpoint] { return ask(endpoint, 0); });
+    std::future<Resolution> resolution = task->get_future();
+    LookupThread().run(std::move(task));
     return resolution;
 }
 
@@ -96,6 +133,13 @@ Resolution resolve(const Endpoint& endpoint, const Deadline& deadline) {
 }
 
 } // namespace
+
+std::string text(const SocketAddress& address) {
+    char host[NI_MAXHOST] = "?";
+    ::getnameinfo(reinterpret_cast<const sockaddr*>(&address.bytes), address.size, host, sizeof host, nullptr, 0,
+                  NI_NUMERICHOST);
+    return host;
+}
 
 std::vector<SocketAddress> lookUp(const Endpoint& endpoint, const Deadline& deadline) {
     if (endpoint.port() > kHighestPort) {

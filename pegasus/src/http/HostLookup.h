@@ -3,6 +3,7 @@
 #include "http/Deadline.h"
 #include "http/Endpoint.h"
 
+#include <string>
 #include <sys/socket.h>
 #include <vector>
 
@@ -12,6 +13,9 @@ struct SocketAddress {
     sockaddr_storage bytes;
     socklen_t size;
 };
+
+/// An address without its port, as a literal.
+std::string text(const SocketAddress& address);
 
 /// The addresses of an endpoint, the system's favourite first, at least one. Throws InvalidLocatorException when there
 /// is none, ConnectionTimeoutException when the name service does not answer in time.

@@ -4,6 +4,7 @@
 #include "model/Marked.h"
 
 #include <Pegasus/Client/CIMClientException.h>
+#include <chrono>
 #include <utility>
 
 namespace Pegasus::http {
@@ -19,8 +20,10 @@ HttpConnection::HttpConnection(Endpoint endpoint, std::optional<SSLContext> tls,
 
 void HttpConnection::open(const Deadline& deadline) {
     close();
-    channel_ = Channel::open(endpoint_, tls_ ? &*tls_ : nullptr, deadline);
-    reader_ = std::make_unique<ResponseReader>(*channel_, endpoint_);
+    const ConnectTime time(deadline, std::chrono::milliseconds(limits_.connectMilliseconds));
+    auto channel = Channel::open(endpoint_, tls_ ? &*tls_ : nullptr, time);
+    reader_ = std::make_unique<ResponseReader>(*channel, endpoint_);
+    channel_ = std::move(channel);
     state_ = State::kFresh;
 }
 
@@ -83,7 +86,7 @@ const HttpHead& HttpConnection::attempt(const std::string& bytes, const Deadline
     } catch (const ConnectionLost&) {
         // A server may refuse a request and close before it has read all of it: its answer is there to be read.
     }
-    return reader_->readHead(deadline);
+    return reader_->readHead(deadline, limits_.interimAnswers);
 }
 
 bool HttpConnection::mayAuthenticate(const HttpHead& head) const {

@@ -6,6 +6,7 @@
 #include "http/HttpHead.h"
 #include "http/ResponseReader.h"
 
+#include <Pegasus/Client/ClientLimits.h>
 #include <Pegasus/Common/SSLContext.h>
 #include <memory>
 #include <optional>
@@ -36,6 +37,9 @@ class HttpConnection {
     HttpConnection(Endpoint endpoint, std::optional<SSLContext> tls, Credentials credentials);
 
     const Endpoint& endpoint() const { return endpoint_; }
+
+    /// What the next exchanges are held to: how long each step of connecting takes, how many interim answers come.
+    void setLimits(const ClientLimits& limits) { limits_ = limits; }
 
     /// Opens the TCP connection. Throws like Channel::open().
     void open(const Deadline& deadline);
@@ -75,6 +79,7 @@ class HttpConnection {
     const Endpoint endpoint_;
     const std::optional<SSLContext> tls_;
     const Credentials credentials_;
+    ClientLimits limits_;
     bool authenticates_ = false;
     State state_ = State::kClosed;
     std::unique_ptr<Channel> channel_;

@@ -84,18 +84,13 @@ class ResponseReader::Impl {
   public:
     Impl(Channel& channel, const Endpoint& endpoint) : channel_(channel), endpoint_(endpoint) {}
 
-    const HttpHead& readHead(const Deadline& deadline) {
+    const HttpHead& readHead(const Deadline& deadline, Uint32 interimAnswers) {
         hasBegun_ = false;
-        do {
-            parser_.emplace();
-            std::size_t size = 0;
-            while (!parser_->is_header_done()) {
-                size += advance(deadline);
-                if (size > kMaxHeaderBytes) {
-                    failAtLimit();
-                }
+        for (readOneHead(deadline); isInterim(parser_->head().status); readOneHead(deadline)) {
+            if (interimAnswers-- == 0) {
+                fail<TooMuch>("the server sends one interim answer after the other instead of the one that counts");
             }
-        } while (isInterim(parser_->head().status));
+        }
         return parser_->head();
     }
 
@@ -111,6 +106,19 @@ class ResponseReader::Impl {
     bool hasSurplus() const { return begin_ != end_; }
 
   private:
+    using TooMuch = detail::Marked<CIMClientMalformedHTTPException, ExceedsLimit>;
+
+    void readOneHead(const Deadline& deadline) {
+        parser_.emplace();
+        std::size_t size = 0;
+        while (!parser_->is_header_done()) {
+            size += advance(deadline);
+            if (size > kMaxHeaderBytes) {
+                failAtLimit();
+            }
+        }
+    }
+
     bool isInterim(unsigned status) const {
         if (status == kSwitchingProtocols) {
             fail("the server switches to another protocol, unasked");
@@ -198,8 +206,7 @@ class ResponseReader::Impl {
     }
 
     [[noreturn]] void failAtLimit() const {
-        fail<detail::Marked<CIMClientMalformedHTTPException, ExceedsLimit>>(
-            "a header block of the answer is longer than " + std::to_string(kMaxHeaderBytes) + " bytes");
+        fail<TooMuch>("a header block of the answer is longer than " + std::to_string(kMaxHeaderBytes) + " bytes");
     }
 
     template <typename Failure = CIMClientMalformedHTTPException>
@@ -222,7 +229,9 @@ ResponseReader::ResponseReader(Channel& channel, const Endpoint& endpoint)
 
 ResponseReader::~ResponseReader() = default;
 
-const HttpHead& ResponseReader::readHead(const Deadline& deadline) { return impl_->readHead(deadline); }
+const HttpHead& ResponseReader::readHead(const Deadline& deadline, Uint32 interimAnswers) {
+    return impl_->readHead(deadline, interimAnswers);
+}
 
 void ResponseReader::readBody(const BodySink& sink, const Deadline& deadline) { impl_->readBody(sink, deadline); }
 

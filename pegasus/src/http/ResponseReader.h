@@ -5,6 +5,7 @@
 #include "http/Endpoint.h"
 #include "http/HttpHead.h"
 
+#include <Pegasus/Client/ClientLimits.h>
 #include <cstddef>
 #include <functional>
 #include <memory>
@@ -29,9 +30,9 @@ class ResponseReader {
     ResponseReader(Channel& channel, const Endpoint& endpoint);
     ~ResponseReader();
 
-    /// Begins the next answer. Skips interim ones (1xx). Throws ConnectionLost when the connection ends before the
-    /// first byte of an answer.
-    const HttpHead& readHead(const Deadline& deadline);
+    /// Begins the next answer. Skips interim ones (1xx), up to so many. Throws ConnectionLost when the connection ends
+    /// before the first byte of an answer.
+    const HttpHead& readHead(const Deadline& deadline, Uint32 interimAnswers = ClientLimits::kInterimAnswers);
 
     /// Hands the body to the sink as it arrives, then reads the trailers. What the sink throws passes through.
     /// After the head, once.

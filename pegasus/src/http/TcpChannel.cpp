@@ -1,69 +1,69 @@
 #include "http/TcpChannel.h"
 
+#include "http/AddressRace.h"
 #include "http/HostLookup.h"
+#include "http/SystemError.h"
+#include "http/Waiting.h"
 
-#include <Pegasus/Common/Exception.h>
 #include <cerrno>
-#include <cstring>
-#include <netinet/in.h>
 #include <poll.h>
-#include <string>
 #include <sys/socket.h>
-#include <vector>
 
 namespace Pegasus::http {
 
-using boost::asio::ip::tcp;
+TcpChannel::TcpChannel(const Endpoint& endpoint, const ConnectTime& time)
+    : endpoint_(endpoint), socket_(AddressRace(endpoint_, lookUp(endpoint_, time.ofStep()), time).run()) {}
 
-void TcpChannel::connect(const Deadline& deadline) {
-    const std::vector<SocketAddress> addresses = lookUp(endpoint_, deadline);
-    std::optional<Error> result;
-    for (std::size_t next = 0; next < addresses.size(); ++next) {
-        result = connectTo(addresses[next], deadline.share(addresses.size() - next));
-        if (result && !*result) {
-            return;
-        }
+void TcpChannel::write(std::string_view bytes, const Deadline& deadline) {
+    while (!bytes.empty()) {
+        bytes.remove_prefix(await(deadline, "the request was not accepted", [&] { return sendSome(bytes); }));
     }
-    if (!result) {
-        throwTimeOut(endpoint_, deadline, "the connection was not accepted");
-    }
-    throw CannotConnectException(String("cannot connect to " + endpoint_.text() + ": " + result->message()));
 }
 
-bool TcpChannel::isClosedByPeer() { return events(POLLRDHUP) != 0; }
+std::size_t TcpChannel::readSome(char* buffer, std::size_t size, const Deadline& deadline) {
+    return await(deadline, "no complete answer came", [&] { return receiveSome(buffer, size); });
+}
 
-bool TcpChannel::hasInput() { return events(POLLIN) != 0; }
+bool TcpChannel::isClosedByPeer() { return eventsNow(POLLRDHUP) != 0; }
+
+bool TcpChannel::hasInput() { return eventsNow(POLLIN) != 0; }
+
+TcpChannel::Progress TcpChannel::sendSome(std::string_view bytes) {
+    return progress(::send(socket_.number(), bytes.data(), bytes.size(), MSG_NOSIGNAL), POLLOUT);
+}
+
+TcpChannel::Progress TcpChannel::receiveSome(char* buffer, std::size_t size) {
+    return progress(::recv(socket_.number(), buffer, size, 0), POLLIN);
+}
+
+/// Of a system call's result, and the event without which it cannot go on.
+TcpChannel::Progress TcpChannel::progress(ssize_t result, short event) {
+    if (result >= 0) {
+        return {static_cast<std::size_t>(result), 0};
+    }
+    if (errno != EAGAIN && errno != EINTR) {
+        throw ConnectionLost{systemError(errno)};
+    }
+    return {0, event};
+}
 
 /// Those of the wanted events, and of the error events, that are there now.
-int TcpChannel::events(short wanted) {
-    pollfd state{socket_.native_handle(), wanted, 0};
+short TcpChannel::eventsNow(short wanted) const {
+    pollfd state{socket_.number(), wanted, 0};
     ::poll(&state, 1, 0);
     return state.revents;
 }
 
-/// A socket that the host's child processes do not inherit.
-TcpChannel::Error TcpChannel::openSocket(const tcp& protocol) {
-    Error error;
-    socket_.close(error);
-    const int descriptor = ::socket(protocol.family(), SOCK_STREAM | SOCK_CLOEXEC, IPPROTO_TCP);
-    if (descriptor < 0) {
-        return {errno, boost::system::system_category()};
+/// A peer that has ended its side, and takes nothing more, has said all that it will: there is no use in waiting until
+/// it does.
+void TcpChannel::waitForEvent(short event, const Deadline& deadline) const {
+    pollfd state{socket_.number(), static_cast<short>(event | POLLRDHUP), 0};
+    if (const int error = waitFor(&state, 1, deadline.end()); error != 0) {
+        throw ConnectionLost{systemError(error)};
     }
-    socket_.assign(protocol, descriptor, error);
-    return error;
-}
-
-std::optional<TcpChannel::Error> TcpChannel::connectTo(const SocketAddress& address, const Deadline& deadline) {
-    tcp::endpoint target;
-    target.resize(address.size);
-    std::memcpy(target.data(), &address.bytes, address.size);
-
-    Error error = openSocket(target.protocol());
-    if (error) {
-        return error;
+    if (state.revents == POLLRDHUP) {
+        throw ConnectionLost{"the server closed the connection"};
     }
-    socket_.set_option(tcp::no_delay(true), error);
-    return await(deadline, [&](auto handler) { socket_.async_connect(target, handler); });
 }
 
 } // namespace Pegasus::http

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "http/Channel.h"
-#include "http/Deadline.h"
+#include "http/ConnectTime.h"
 #include "http/Endpoint.h"
 
 #include <Pegasus/Common/SSLContext.h>
@@ -17,7 +17,7 @@ class TlsTransport {
 
     /// Connects and shakes hands. Throws like Channel::open().
     virtual std::unique_ptr<Channel> open(const Endpoint& endpoint, const SSLContext& settings,
-                                          const Deadline& deadline) const = 0;
+                                          const ConnectTime& time) const = 0;
 
     /// The library's, which the first call loads, for the rest of the process. Throws SSLException when it cannot be
     /// loaded. From any thread.

@@ -2,6 +2,7 @@
 
 #include <Pegasus/Common/Exception.h>
 #include <filesystem>
+#include <new>
 #include <openssl/bio.h>
 #include <openssl/err.h>
 #include <openssl/rand.h>
@@ -44,10 +45,24 @@ void loadRandomFile(const std::string& path) {
 
 String nameText(const X509_NAME* name) {
     const std::unique_ptr<BIO, BioFree> out(BIO_new(BIO_s_mem()));
+    if (!out) {
+        throw std::bad_alloc();
+    }
     X509_NAME_print_ex(out.get(), name, 0, XN_FLAG_RFC2253 & ~ASN1_STRFLGS_ESC_MSB);
     char* text = nullptr;
     const long size = BIO_get_mem_data(out.get(), &text);
     return String(std::string_view(text, static_cast<std::size_t>(size)));
+}
+
+/// Tells a session which server it is for. An address is no name (RFC 6066, 3), and has no zone in a certificate.
+bool setName(SSL& session, const Endpoint& endpoint) {
+    X509_VERIFY_PARAM* const parameters = SSL_get0_param(&session);
+    const std::string& host = endpoint.host();
+    if (endpoint.isAddressLiteral()) {
+        return X509_VERIFY_PARAM_set1_ip_asc(parameters, host.substr(0, host.find('%')).c_str()) == 1;
+    }
+    return X509_VERIFY_PARAM_set1_host(parameters, host.c_str(), 0) == 1 &&
+           SSL_set_tlsext_host_name(&session, host.c_str()) == 1;
 }
 
 /// Where a session keeps the address of its check.
@@ -67,6 +82,8 @@ TlsContextPtr makeTlsContext(const SSLContext& settings) {
         throw SSLException(String("cannot set up TLS: " + lastError()));
     }
     SSL_CTX_set_options(context.get(), SSL_OP_NO_RENEGOTIATION); // the peer is checked once, in the handshake
+    SSL_CTX_set_mode(context.get(), SSL_MODE_ENABLE_PARTIAL_WRITE | SSL_MODE_RELEASE_BUFFERS);
+    SSL_CTX_set_read_ahead(context.get(), 1); // a record with its header, or several, by one call of the system
     if (const std::string trustStore(settings.getTrustStore().view()); !trustStore.empty()) {
         loadTrustStore(*context, trustStore);
     }
@@ -82,15 +99,9 @@ PeerCheck::PeerCheck(const SSLContext& settings, const Endpoint& endpoint)
       callback_(settings.getSSLCertificateVerifyFunction()) {}
 
 void PeerCheck::attachTo(SSL& session) {
-    const char* const host = endpoint_.host().c_str();
-    X509_VERIFY_PARAM* const parameters = SSL_get0_param(&session);
-    if (endpoint_.isAddressLiteral()) {
-        X509_VERIFY_PARAM_set1_ip_asc(parameters, host);
-    } else {
-        X509_VERIFY_PARAM_set1_host(parameters, host, 0);
-        SSL_set_tlsext_host_name(&session, host);
+    if (!setName(session, endpoint_) || SSL_set_ex_data(&session, sessionIndex(), this) != 1) {
+        throw SSLException(String("cannot set up the check of the server's certificate: " + lastError()));
     }
-    SSL_set_ex_data(&session, sessionIndex(), this);
     SSL_set_verify(&session, verify_ ? SSL_VERIFY_PEER : SSL_VERIFY_NONE,
                    verify_ ? &PeerCheck::onCertificate : nullptr);
 }
@@ -99,7 +110,12 @@ int PeerCheck::onCertificate(int preverified, X509_STORE_CTX* store) {
     const auto* session =
         static_cast<const SSL*>(X509_STORE_CTX_get_ex_data(store, SSL_get_ex_data_X509_STORE_CTX_idx()));
     auto* check = static_cast<PeerCheck*>(SSL_get_ex_data(session, sessionIndex()));
-    return check->accept(preverified == 1, *store) ? 1 : 0;
+    try {
+        return check->accept(preverified == 1, *store) ? 1 : 0;
+    } catch (...) {
+        check->failure_ = std::current_exception();
+        return 0;
+    }
 }
 
 bool PeerCheck::accept(bool preverified, X509_STORE_CTX& store) {
@@ -116,19 +132,14 @@ bool PeerCheck::accept(bool preverified, X509_STORE_CTX& store) {
     return false;
 }
 
-bool PeerCheck::askCallback(bool preverified, X509_STORE_CTX& store) {
+bool PeerCheck::askCallback(bool preverified, X509_STORE_CTX& store) const {
     const X509* certificate = X509_STORE_CTX_get_current_cert(&store);
     const int error = X509_STORE_CTX_get_error(&store);
     SSLCertificateInfo info(certificate != nullptr ? nameText(X509_get_subject_name(certificate)) : String(),
                             certificate != nullptr ? nameText(X509_get_issuer_name(certificate)) : String(),
                             static_cast<Uint32>(X509_STORE_CTX_get_error_depth(&store)), error,
                             X509_verify_cert_error_string(error), preverified);
-    try {
-        return callback_(info);
-    } catch (...) {
-        callbackFailure_ = std::current_exception();
-        return false;
-    }
+    return callback_(info);
 }
 
 } // namespace Pegasus::http

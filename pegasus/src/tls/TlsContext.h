@@ -26,24 +26,25 @@ class PeerCheck {
     PeerCheck(const PeerCheck&) = delete;
     PeerCheck& operator=(const PeerCheck&) = delete;
 
-    /// Tells the session which name the server must have, and to ask this object about each of its certificates.
+    /// Tells the session which name the server must have, and to ask this object about each of its certificates. Throws
+    /// SSLException when OpenSSL cannot remember that.
     void attachTo(SSL& session);
 
     /// Why a certificate was refused; empty when none was.
     const std::string& refusal() const { return refusal_; }
-    /// What the caller's verification callback threw; it must not fly through OpenSSL.
-    const std::exception_ptr& callbackFailure() const { return callbackFailure_; }
+    /// What the check ended in, be it thrown by the caller's verification callback; it must not fly through OpenSSL.
+    const std::exception_ptr& failure() const { return failure_; }
 
   private:
     static int onCertificate(int preverified, X509_STORE_CTX* store);
     bool accept(bool preverified, X509_STORE_CTX& store);
-    bool askCallback(bool preverified, X509_STORE_CTX& store);
+    bool askCallback(bool preverified, X509_STORE_CTX& store) const;
 
     const Endpoint& endpoint_;
     const bool verify_;
     SSLCertificateVerifyFunction* const callback_;
     std::string refusal_;
-    std::exception_ptr callbackFailure_;
+    std::exception_ptr failure_;
 };
 
 } // namespace Pegasus::http

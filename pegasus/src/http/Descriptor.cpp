@@ -1,0 +1,15 @@
+#include "http/Descriptor.h"
+
+#include "http/SystemError.h"
+
+#include <cerrno>
+#include <sys/socket.h>
+
+namespace Pegasus::http {
+
+std::string Descriptor::shortage() {
+    const Descriptor one(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    return !one && (errno == EMFILE || errno == ENFILE) ? systemError(errno) : std::string();
+}
+
+} // namespace Pegasus::http
