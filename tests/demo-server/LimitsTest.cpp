@@ -259,17 +259,17 @@ TEST(Limits, ASenderThatNeverComesToAnEndIsLeft) {
 
 TEST(Limits, AReaderThatIsTooSlowIsLeft) {
     demo::ListenerLimits limits;
-    limits.answerWait = 10 * kMoment;
+    limits.answerWait = 50 * kMoment;
     limits.slowestReader = std::size_t{1} << 40U;
     auto options = Options(limits);
     options.volumes = 1'000'000;
     const demo::DemoServer server(std::move(options));
-    Session session(4096);
+    Session session(32768);
     session.Write(Request("EnumerateInstances", ClassName("DEMO_StorageVolume"), {{"TE", "trailers"}}));
     // It takes something well within the time that it has, again and again.
     bool isLeft = false;
     for (int i = 0; i < kAttempts && !isLeft; ++i) {
-        std::this_thread::sleep_for(kMoment / 4);
+        std::this_thread::sleep_for(2 * kMoment);
         isLeft = !session.WaitForAnswer();
     }
     EXPECT_TRUE(isLeft);
