@@ -172,6 +172,8 @@ Response Session::Send(const std::string& request) {
         } catch (const Incomplete&) {
             if (!ReadSome())
                 throw;
+            while (WaitForAnswer(std::chrono::milliseconds(0)) && ReadSome()) { // before it looks at all of it again
+            }
         }
     }
 }
