@@ -4,11 +4,15 @@
 
 #include <CLI/CLI.hpp>
 
+#include <sys/resource.h>
+#include <sys/stat.h>
+
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <fstream>
+#include <iomanip>
 #include <iostream>
 #include <optional>
 #include <sstream>
@@ -62,6 +66,28 @@ void Declare(CLI::App& app, Arguments& arguments) {
                    "Write the certificate of the HTTPS port to this file, for clients to trust");
 }
 
+/// A file with passwords that everybody may use is taken, but not in silence.
+void WarnIfOpen(const std::string& file) {
+    struct stat status {};
+    if (::stat(file.c_str(), &status) != 0 || (status.st_mode & (S_IROTH | S_IWOTH)) == 0) {
+        return;
+    }
+    std::ostringstream mode;
+    mode << std::oct << std::setw(4) << std::setfill('0') << (status.st_mode & 07777U);
+    std::cerr << "demo-server: warning: " << file << " holds passwords, and everybody may "
+              << ((status.st_mode & S_IROTH) != 0 ? "read" : "write") << " it (mode " << mode.str() << "); chmod 600 "
+              << file << " helps\n";
+}
+
+/// Connections that wait take descriptors, too. What is allowed at most will do.
+void RaiseDescriptorLimit() {
+    rlimit limit{};
+    if (::getrlimit(RLIMIT_NOFILE, &limit) == 0) {
+        limit.rlim_cur = limit.rlim_max;
+        ::setrlimit(RLIMIT_NOFILE, &limit);
+    }
+}
+
 std::string ReadPassword(const std::string& file) {
     if (file.empty()) {
         const char* const password = std::getenv(kPasswordVariable);
@@ -73,6 +99,7 @@ std::string ReadPassword(const std::string& file) {
     std::string password;
     if (!std::getline(stream, password))
         throw std::runtime_error("no password could be read from " + file);
+    WarnIfOpen(file);
     return password;
 }
 
@@ -101,7 +128,9 @@ demo::Users ReadUsers(const Arguments& arguments) {
     if (arguments.usersFile.empty())
         return users;
     std::ifstream stream = Open(arguments.usersFile);
-    return demo::Users::Read(stream, arguments.usersFile);
+    users = demo::Users::Read(stream, arguments.usersFile);
+    WarnIfOpen(arguments.usersFile);
+    return users;
 }
 
 /// The access log with its file.
@@ -134,6 +163,7 @@ void Serve(Arguments arguments) {
     sigaddset(&signals, SIGINT);
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
 
+    RaiseDescriptorLimit();
     LogFile log(arguments.logFile);
     arguments.server.accessLog = log.Get();
     arguments.server.users = ReadUsers(arguments);

@@ -4,12 +4,14 @@
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <cstdint>
 #include <sstream>
 #include <stdexcept>
 #include <string_view>
@@ -120,12 +122,28 @@ std::string Post(const Headers& headers, const std::string& body) {
     return text + "\r\n" + body;
 }
 
-Session::Session() : handle_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+namespace {
+
+sockaddr_in AddressOf(const std::string& text, int port) {
     sockaddr_in address{};
     address.sin_family = AF_INET;
-    address.sin_port = htons(kPort);
-    ::inet_pton(AF_INET, support::LoopbackAddress().c_str(), &address.sin_addr);
-    if (::connect(handle_, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0)
+    address.sin_port = htons(static_cast<std::uint16_t>(port));
+    ::inet_pton(AF_INET, text.c_str(), &address.sin_addr);
+    return address;
+}
+
+} // namespace
+
+Session::Session(int receiveBuffer, const std::string& clientAddress)
+    : handle_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+    if (receiveBuffer != 0)
+        ::setsockopt(handle_, SOL_SOCKET, SO_RCVBUF, &receiveBuffer, sizeof(receiveBuffer));
+    if (!clientAddress.empty()) {
+        const auto client = AddressOf(clientAddress, 0);
+        ::bind(handle_, reinterpret_cast<const sockaddr*>(&client), sizeof(client));
+    }
+    const auto server = AddressOf(support::LoopbackAddress(), kPort);
+    if (::connect(handle_, reinterpret_cast<const sockaddr*>(&server), sizeof(server)) != 0)
         throw std::runtime_error("cannot connect");
     // A server that hangs fails the test instead of hanging it.
     const timeval limit{30, 0};
@@ -154,11 +172,18 @@ Response Session::Send(const std::string& request) {
         } catch (const Incomplete&) {
             if (!ReadSome())
                 throw;
+            while (WaitForAnswer(std::chrono::milliseconds(0)) && ReadSome()) { // before it looks at all of it again
+            }
         }
     }
 }
 
-void Session::WaitForAnswer() { ReadSome(); }
+bool Session::WaitForAnswer() { return ReadSome(); }
+
+bool Session::WaitForAnswer(std::chrono::milliseconds time) const {
+    pollfd handle{handle_, POLLIN, 0};
+    return ::poll(&handle, 1, static_cast<int>(time.count())) > 0;
+}
 
 bool Session::IsClosed() {
     char byte = 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <map>
 #include <string>
 #include <vector>
@@ -35,7 +36,9 @@ std::string Post(const Headers& headers, const std::string& body);
 /// A connection to the HTTP port of this process's address.
 class Session {
   public:
-    Session();
+    /// The client's system takes about so many bytes before they are read, as many as it likes for 0. The client has an
+    /// address that is named, or the server's.
+    explicit Session(int receiveBuffer = 0, const std::string& clientAddress = "");
     ~Session();
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
@@ -45,8 +48,11 @@ class Session {
     /// Sends a request and reads one answer. Throws std::runtime_error when there is no whole answer.
     Response Send(const std::string& request);
 
-    /// Waits for the first bytes of an answer, and leaves the others where they are.
-    void WaitForAnswer();
+    /// Waits for some bytes of an answer, and leaves the others where they are. False when the server has closed.
+    bool WaitForAnswer();
+
+    /// Whether there is something to read, the end of the connection included, or comes to be in that time.
+    bool WaitForAnswer(std::chrono::milliseconds time) const;
 
     /// Whether the server has closed the connection, or does so before it sends anything.
     bool IsClosed();

@@ -9,12 +9,14 @@
 
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
 #include <cstdlib>
 #include <fstream>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -126,6 +128,7 @@ TEST(Program, TakesThePasswordFromAFile) {
     const std::string address = support::LoopbackAddress();
     const std::string file = testing::TempDir() + "demo-server-password-" + address;
     ASSERT_TRUE(std::ofstream(file) << "b\n");
+    ::chmod(file.c_str(), S_IRUSR | S_IWUSR);
     Program program({"--address", address, "--user", "a", "--password-file", file});
     program.ReadLine();
     program.ReadLine();
@@ -139,6 +142,7 @@ TEST(Program, TakesThePasswordFromAFile) {
 TEST(Program, TakesUsersFromAFileAndLogsWhatTheyAskFor) {
     const support::TemporaryDirectory directory;
     const std::string users = directory.WriteFile("users", "# who may\na:b\n");
+    ::chmod(users.c_str(), S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP);
     const std::string log = (directory.Path() / "log").string();
     const std::string address = support::LoopbackAddress();
     Program program({"--address", address, "--users", users, "--log", log});
@@ -152,6 +156,36 @@ TEST(Program, TakesUsersFromAFileAndLogsWhatTheyAskFor) {
     EXPECT_EQ(program.Wait(), 0);
     EXPECT_THAT(support::ReadFile(log),
                 testing::AllOf(HasSubstr(" - - - 401 - "), HasSubstr(" a EnumerateClassNames - 200 0 ")));
+}
+
+TEST(Program, WarnsOfAFileWithPasswordsThatEverybodyMayUse) {
+    const support::TemporaryDirectory directory;
+    const std::string users = directory.WriteFile("users", "a:b\n");
+    const auto firstLineWith = [&](mode_t mode, const std::vector<std::string>& arguments) {
+        ::chmod(users.c_str(), mode);
+        std::vector<std::string> all{"--address", support::LoopbackAddress()};
+        all.insert(all.end(), arguments.begin(), arguments.end());
+        return Program(all).ReadLine();
+    };
+    const std::string warning = "demo-server: warning: " + users + " holds passwords, and everybody may ";
+    const std::string help = "; chmod 600 " + users + " helps";
+    EXPECT_EQ(firstLineWith(0644, {"--users", users}), warning + "read it (mode 0644)" + help);
+    EXPECT_EQ(firstLineWith(0602, {"--users", users}), warning + "write it (mode 0602)" + help);
+    EXPECT_EQ(firstLineWith(0666, {"--user", "a", "--password-file", users}), warning + "read it (mode 0666)" + help);
+    EXPECT_THAT(firstLineWith(0660, {"--users", users}), HasSubstr(" ready"));
+}
+
+TEST(Program, MayHaveAsManyDescriptorsAsItIsAllowed) {
+    const std::string address = support::LoopbackAddress();
+    const Program program({"-c", std::string("ulimit -Sn 64; exec ") + DEMO_SERVER_PROGRAM + " --address " + address},
+                          "/bin/sh");
+    program.ReadLine();
+    program.ReadLine();
+    std::vector<std::unique_ptr<exchange::Session>> idle;
+    for (int i = 0; i < 100; ++i) {
+        idle.push_back(std::make_unique<exchange::Session>());
+    }
+    EXPECT_EQ(exchange::Send(Request()).status, 200);
 }
 
 TEST(Program, LogsToItsOutput) {

@@ -2,7 +2,6 @@
 
 #include "server/AccessLog.h"
 #include "server/Connection.h"
-#include "server/ConnectionThreads.h"
 #include "server/DemoServer.h"
 #include "support/LoopbackAddress.h"
 
@@ -156,7 +155,7 @@ TEST_F(Server, ServesRequestsThatArriveTogether) {
 
 TEST_F(Server, ServesMoreConnectionsThanItHasThreads) {
     std::vector<std::unique_ptr<exchange::Session>> clients;
-    for (std::size_t i = 0; i < demo::ConnectionThreads::kMaxConnections + 20; ++i) {
+    for (std::size_t i = 0; i < demo::ListenerLimits().connections + 20; ++i) {
         clients.push_back(std::make_unique<exchange::Session>());
         clients.back()->Write(GetClass("CIM_System"));
     }

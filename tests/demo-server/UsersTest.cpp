@@ -74,6 +74,28 @@ TEST(Users, WhoAreAddedHaveNoHashes) {
     EXPECT_EQ(Authenticated(users, Basic("ada:new")), "ada");
 }
 
+TEST(Users, CauseAsMuchWorkWhetherThereIsOneOfThatNameOrNot) {
+    int hashes = 0;
+    std::istringstream lines(std::string("ada:") + kHash + "\nbob:secret\n");
+    const Users users = Users::Read(lines, "users.txt", [&](const std::string& hash, const std::string& password) {
+        ++hashes;
+        return demo::HashLike(hash, password);
+    });
+    for (const char* const attempt : {"ada:secret", "ada:wrong", "bob:secret", "bob:wrong", "eve:secret", ":"}) {
+        hashes = 0;
+        users.Authenticate(Basic(attempt));
+        EXPECT_EQ(hashes, 1) << attempt;
+    }
+}
+
+TEST(Users, OfNoNameHaveNoPassword) {
+    for (const Users& users : {Read("bob:secret\n"), Read(std::string("ada:") + kHash + '\n')}) {
+        for (const char* const attempt : {"eve:", "eve:secret", ":", ":secret"}) {
+            EXPECT_EQ(Authenticated(users, Basic(attempt)), "") << attempt;
+        }
+    }
+}
+
 TEST(Users, AreNotLetInWithWhatIsNoBasicAuthentication) {
     const Users users = Read("ada:pw\n");
     EXPECT_EQ(Authenticated(users, Basic("ada:pw", "bAsIc ")), "ada");

@@ -44,11 +44,11 @@ std::string ErrorMessage(const CimRequest& request, const CimError& error) {
 
 } // namespace
 
-std::optional<WholeAnswer> Answer(const CimService& service, const CimRequest& request, std::size_t limit) {
+std::optional<WholeAnswer> Answer(const CimService& service, const CimRequest& request, const MayHold& mayHold) {
     std::string text;
     try {
         auto error = StreamAnswer(service, request, [&](std::string_view portion) {
-            if (text.size() + portion.size() > limit)
+            if (mayHold && !mayHold(text.size() + portion.size()))
                 throw OutputClosed();
             text += portion;
         });

@@ -6,7 +6,7 @@
 #include "wire/XmlWriter.h"
 
 #include <cstddef>
-#include <limits>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -19,9 +19,12 @@ struct WholeAnswer {
     std::optional<CimError> error;
 };
 
-/// Carries out an operation and returns the whole response message; nothing if it is longer than a limit.
-std::optional<WholeAnswer> Answer(const CimService& service, const CimRequest& request,
-                                  std::size_t limit = std::numeric_limits<std::size_t>::max());
+/// Says whether a response message may be so long.
+using MayHold = std::function<bool(std::size_t)>;
+
+/// Carries out an operation and returns the whole response message; nothing as soon as it may not be longer. Without a
+/// limit it may have any length.
+std::optional<WholeAnswer> Answer(const CimService& service, const CimRequest& request, const MayHold& mayHold = {});
 
 /// Carries out an operation and writes the response message while it comes about. The caller tells the peer about the
 /// error that this returns: in the message itself the response only ends there.

@@ -16,16 +16,13 @@ namespace demo {
 
 namespace {
 
-/// How long an idle connection is kept.
-constexpr std::chrono::seconds kIdleLimit(30);
-/// How long a client may take for a whole request, or for the TLS handshake.
-constexpr std::chrono::seconds kRequestLimit(15);
-/// How long a client may take for some bytes of an answer.
-constexpr std::chrono::seconds kWriteLimit(30);
 /// How long answers may still take when the server stops.
 constexpr std::chrono::seconds kStopLimit(3);
 /// How long a client may take to notice that the connection ends.
 constexpr std::chrono::seconds kCloseLimit(2);
+constexpr std::chrono::milliseconds kCrowdedCloseLimit(200);
+/// What the system may hold of an answer that the client does not take.
+constexpr int kSendBufferBytes = 256 * 1024;
 
 // The events of poll() in the type that it takes.
 constexpr short kNothing = 0;
@@ -36,12 +33,17 @@ constexpr std::string_view kEndOfHeader = "\r\n\r\n";
 
 } // namespace
 
-Connection::Connection(int socket, SSL_CTX* context, const StopSignal& stop)
+Connection::Connection(int socket, Clock::time_point made, SSL_CTX* context, const ListenerLimits& limits,
+                       const StopSignal& stop, const CrowdSignal& crowd)
     : socket_(socket),
+      limits_(limits),
       tls_(context ? SSL_new(context) : nullptr, &SSL_free),
       stop_(stop),
-      isReady_(context == nullptr) {
+      crowd_(crowd),
+      isReady_(context == nullptr),
+      crowdedDeadline_(std::max(made + limits.crowdedHead, Clock::now() + limits.crowdedMoment)) {
     ::fcntl(socket_, F_SETFL, ::fcntl(socket_, F_GETFL) | O_NONBLOCK);
+    ::setsockopt(socket_, SOL_SOCKET, SO_SNDBUF, &kSendBufferBytes, sizeof(kSendBufferBytes));
     if (tls_) {
         SSL_set_fd(tls_.get(), socket_);
         SSL_set_mode(tls_.get(), SSL_MODE_ENABLE_PARTIAL_WRITE | SSL_MODE_ACCEPT_MOVING_WRITE_BUFFER);
@@ -59,29 +61,27 @@ bool Connection::WaitForRequest() {
     allowance_ = kMaxHeaderBytes;
     headerEnd_ = 0;
     headerLine_ = 0;
+    headerLines_ = 0;
     hasTooLongHeaders_ = false;
-    const auto idleDeadline = Clock::now() + kIdleLimit;
-    while (begin_ == end_) {
-        if (stop_.IsRaised())
-            return false;
-        const ssize_t count = TryRead(buffer_.data(), buffer_.size());
-        if (count > 0) {
-            begin_ = 0;
-            end_ = static_cast<std::size_t>(count);
-        } else if (wanted_ == kNothing || !Wait(wanted_, idleDeadline, true)) {
-            return false;
-        }
-    }
-    requestDeadline_ = Clock::now() + kRequestLimit;
+    writtenBefore_ = writtenBytes_;
+    writeWait_ = {};
+    // One that has had an answer makes room at once.
+    const bool isFirst = writtenBytes_ == 0;
+    const Patience idle{Clock::now() + limits_.idle, isFirst ? crowdedDeadline_ : Clock::time_point(), true};
+    if (begin_ == end_ && (stop_.IsRaised() || !Fill(idle)))
+        return false;
+    const auto now = Clock::now();
+    requestDeadline_ = now + limits_.request;
+    crowdedDeadline_ = isFirst ? std::max(crowdedDeadline_, now + limits_.crowdedMoment) : now + limits_.crowdedHead;
     return true;
 }
 
 ssize_t Connection::Read(char* data, std::size_t size) {
-    if (begin_ == end_ && !Fill(requestDeadline_))
+    if (begin_ == end_ && !Fill(ForRequest()))
         return wanted_ == kNothing ? 0 : -1;
     const std::size_t count = std::min({size, end_ - begin_, allowance_});
     if (count == 0) {
-        hasTooLongHeaders_ = headerEnd_ < kEndOfHeader.size();
+        hasTooLongHeaders_ = !HasWholeHeaders();
         return -1;
     }
     std::memcpy(data, buffer_.data() + begin_, count);
@@ -92,16 +92,15 @@ ssize_t Connection::Read(char* data, std::size_t size) {
 }
 
 ssize_t Connection::Write(const char* data, std::size_t size) {
-    const auto deadline = Clock::now() + kWriteLimit;
     for (;;) {
-        if (LimitedByStop(deadline) < Clock::now())
+        if (LimitedByStop(AnswerDeadline()) < Clock::now())
             return -1;
         const ssize_t count = TryWrite(data, size);
         if (count > 0) {
             writtenBytes_ += static_cast<std::uint64_t>(count);
             return count;
         }
-        if (wanted_ == kNothing || !Wait(wanted_, deadline, false))
+        if (wanted_ == kNothing || !WaitToWrite())
             return -1;
     }
 }
@@ -118,7 +117,7 @@ std::string Connection::PeerAddress() const {
 }
 
 bool Connection::Handshake() {
-    const auto deadline = Clock::now() + kRequestLimit;
+    const Patience patience{Clock::now() + limits_.request, crowdedDeadline_, true};
     while (tls_) {
         const int result = SSL_accept(tls_.get());
         if (result == 1) {
@@ -126,7 +125,7 @@ bool Connection::Handshake() {
             return true;
         }
         const short events = EventsAfter(result);
-        if (events == kNothing || !Wait(events, deadline, true))
+        if (events == kNothing || !Wait(events, patience))
             break;
     }
     // Whatever comes from the client is not for this server.
@@ -134,7 +133,7 @@ bool Connection::Handshake() {
     return false;
 }
 
-bool Connection::Fill(Clock::time_point deadline) {
+bool Connection::Fill(const Patience& patience) {
     for (;;) {
         const ssize_t count = TryRead(buffer_.data(), buffer_.size());
         if (count > 0) {
@@ -142,19 +141,42 @@ bool Connection::Fill(Clock::time_point deadline) {
             end_ = static_cast<std::size_t>(count);
             return true;
         }
-        if (wanted_ == kNothing || !Wait(wanted_, deadline, false))
+        if (wanted_ == kNothing || !Wait(wanted_, patience))
             return false;
     }
 }
 
+bool Connection::HasWholeHeaders() const { return headerEnd_ == kEndOfHeader.size(); }
+
+Connection::Patience Connection::ForRequest() const {
+    return {requestDeadline_, HasWholeHeaders() ? Clock::time_point::max() : crowdedDeadline_};
+}
+
+/// Only the time counts that was spent waiting for the client, not that in which the answer came about.
+Connection::Clock::time_point Connection::AnswerDeadline() const {
+    const auto taken = static_cast<double>(writtenBytes_ - writtenBefore_);
+    const std::chrono::duration<double> earned(taken / static_cast<double>(limits_.slowestReader));
+    return Clock::now() + limits_.answerWait + std::chrono::duration_cast<Clock::duration>(earned) - writeWait_;
+}
+
+bool Connection::WaitToWrite() {
+    const auto begin = Clock::now();
+    const bool isWritable = Wait(wanted_, {AnswerDeadline()});
+    writeWait_ += Clock::now() - begin;
+    return isWritable;
+}
+
 /// Behind the empty line that ends the headers, the request may be as long as a body.
 void Connection::CountHeader(const char* data, std::size_t size) {
-    for (std::size_t i = 0; i < size && headerEnd_ < kEndOfHeader.size(); ++i) {
+    for (std::size_t i = 0; i < size && !HasWholeHeaders(); ++i) {
         headerLine_ = data[i] == '\n' ? 0 : headerLine_ + 1;
+        headerLines_ += data[i] == '\n' ? 1 : 0;
         hasTooLongHeaders_ = hasTooLongHeaders_ || headerLine_ > kMaxHeaderLine;
         headerEnd_ = data[i] == kEndOfHeader[headerEnd_] ? headerEnd_ + 1 : data[i] == '\r' ? 1 : 0;
-        if (headerEnd_ == kEndOfHeader.size())
+        if (HasWholeHeaders())
             allowance_ += kMaxBodyBytes;
+        else if (headerLines_ > kMaxHeaderLines)
+            allowance_ = 0;
     }
 }
 
@@ -164,8 +186,10 @@ void Connection::Close() {
         SSL_shutdown(tls_.get());
     tls_.reset();
     ::shutdown(socket_, SHUT_WR);
-    const auto deadline = Clock::now() + kCloseLimit;
-    while (Clock::now() < deadline && !stop_.IsRaised() && Fill(deadline)) {
+    const auto now = Clock::now();
+    const auto crowdedLimit = writtenBytes_ == 0 ? Clock::duration() : kCrowdedCloseLimit;
+    const Patience patience{now + kCloseLimit, now + crowdedLimit, true};
+    while (Clock::now() < DeadlineNow(patience) && !stop_.IsRaised() && Fill(patience)) {
     }
 }
 
@@ -202,20 +226,29 @@ short Connection::EventsAfter(int result) const {
     }
 }
 
-bool Connection::Wait(short events, Clock::time_point deadline, bool untilStop) {
+bool Connection::Wait(short events, const Patience& patience) {
     for (;;) {
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(LimitedByStop(deadline) - Clock::now()).count();
-        // Once the signal is raised, waiting for it would not be waiting.
-        const bool watchesStop = untilStop || !stop_.IsRaised();
-        std::array<pollfd, 2> handles{pollfd{socket_, events, 0}, pollfd{stop_.Handle(), kReadable, 0}};
-        const int count = left <= 0 ? 0 : ::poll(handles.data(), watchesStop ? 2 : 1, static_cast<int>(left));
-        if (count == 0 || (count < 0 && errno != EINTR))
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(DeadlineNow(patience) - Clock::now()).count();
+        if (left <= 0)
+            return false;
+        // Once a signal is raised, waiting for it would not be waiting. poll() skips negative handles.
+        const bool watchesStop = patience.untilStop || !stop_.IsRaised();
+        const bool watchesCrowd = patience.crowdedDeadline < patience.deadline && !crowd_.IsRaised();
+        std::array<pollfd, 3> handles{pollfd{socket_, events, 0},
+                                      pollfd{watchesStop ? stop_.Handle() : -1, kReadable, 0},
+                                      pollfd{watchesCrowd ? crowd_.Handle() : -1, kReadable, 0}};
+        const int count = ::poll(handles.data(), handles.size(), static_cast<int>(std::min<long>(left, INT_MAX)));
+        if (count < 0 && errno != EINTR)
             return false;
         if (count > 0 && handles[0].revents != 0)
             return true;
-        if (untilStop && stop_.IsRaised())
+        if (patience.untilStop && stop_.IsRaised())
             return false;
     }
+}
+
+Connection::Clock::time_point Connection::DeadlineNow(const Patience& patience) {
+    return LimitedByStop(crowd_.IsRaised() ? std::min(patience.deadline, patience.crowdedDeadline) : patience.deadline);
 }
 
 Connection::Clock::time_point Connection::LimitedByStop(Clock::time_point deadline) {

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "server/CrowdSignal.h"
+
+#include <chrono>
 #include <condition_variable>
 #include <cstddef>
 #include <deque>
@@ -13,25 +16,44 @@ namespace demo {
 /// One thread for each connection, started when it is needed and used again, up to a limit; connections beyond it wait.
 class ConnectionThreads {
   public:
-    static constexpr std::size_t kMaxConnections = 256;
+    using Clock = std::chrono::steady_clock;
 
+    ConnectionThreads(std::size_t maxThreads, std::size_t maxWaiting)
+        : maxThreads_(maxThreads), maxWaiting_(maxWaiting) {}
     ~ConnectionThreads() { Shutdown(); }
 
-    /// Has a connection served. Not to be called after Shutdown().
+    /// Has a connection served, after it has waited for room among those that wait. Not to be called after Shutdown().
     void Enqueue(std::function<void()> connection);
 
     /// Waits until all connections, those that still wait included, are served.
     void Shutdown();
 
-  private:
-    void Run();
+    /// Raised while connections wait for a thread.
+    const CrowdSignal& Crowd() const { return crowd_; }
 
+    /// When the connection that the calling thread serves was enqueued.
+    static Clock::time_point EnqueueTime();
+
+  private:
+    struct Waiting {
+        std::function<void()> connection;
+        Clock::time_point since;
+    };
+
+    void Run();
+    void LookAtCrowd();
+
+    const std::size_t maxThreads_;
+    const std::size_t maxWaiting_;
     std::mutex mutex_;
     std::condition_variable changed_;
-    std::deque<std::function<void()>> waiting_;
+    std::condition_variable room_;
+    std::deque<Waiting> waiting_;
     std::vector<std::thread> threads_;
+    /// Threads that have nothing to do, or that have just been told what.
     std::size_t idle_ = 0;
     bool isOver_ = false;
+    CrowdSignal crowd_;
 };
 
 } // namespace demo

@@ -29,7 +29,9 @@ DemoServer::DemoServer(DemoServerOptions options)
     : options_(std::move(options)),
       service_(MakeService(options_)),
       certificate_(options_.address),
-      http_(service_, options_.users, options_.accessLog, options_.address, options_.httpPort, nullptr),
-      https_(service_, options_.users, options_.accessLog, options_.address, options_.httpsPort, &certificate_) {}
+      http_(service_, options_.users, options_.accessLog, options_.address, options_.httpPort, nullptr,
+            options_.limits),
+      https_(service_, options_.users, options_.accessLog, options_.address, options_.httpsPort, &certificate_,
+             options_.limits) {}
 
 } // namespace demo

@@ -25,6 +25,8 @@ struct DemoServerOptions {
     std::size_t volumes = 0;
     /// Classes, and instances of classes, beside the built-in ones.
     std::vector<SchemaSource> schemas;
+    /// For each of the two ports.
+    ListenerLimits limits;
 };
 
 /// The whole server: the built-in schema and what is added to it, this machine's instances, and a listener for HTTP and

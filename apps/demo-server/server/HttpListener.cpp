@@ -4,6 +4,8 @@
 #include "server/ChunkedBody.h"
 #include "server/Connection.h"
 #include "server/ConnectionThreads.h"
+#include "server/LoginDelays.h"
+#include "server/Places.h"
 #include "server/StopSignal.h"
 #include "wire/CimError.h"
 #include "wire/CimRequest.h"
@@ -33,9 +35,6 @@ namespace {
 constexpr const char* kPath = "/cimom";
 constexpr const char* kXmlType = "application/xml; charset=utf-8";
 
-/// An answer up to this size has a Content-Length; a longer one is not kept in memory.
-constexpr std::size_t kMaxBufferedAnswer = std::size_t{4} * 1024 * 1024;
-
 constexpr int kOk = 200;
 constexpr int kBadRequest = 400;
 constexpr int kUnauthorized = 401;
@@ -43,16 +42,21 @@ constexpr int kNotFound = 404;
 constexpr int kMethodNotAllowed = 405;
 constexpr int kPayloadTooLarge = 413;
 constexpr int kUnsupportedMediaType = 415;
+constexpr int kTooManyRequests = 429;
 constexpr int kHeadersTooLarge = 431;
 constexpr int kNotImplemented = 501;
+constexpr int kUnavailable = 503;
+constexpr int kVersionNotSupported = 505;
 
 class TaskQueue : public httplib::TaskQueue {
   public:
+    explicit TaskQueue(ConnectionThreads& threads) : threads_(threads) {}
+
     void enqueue(std::function<void()> connection) override { threads_.Enqueue(std::move(connection)); }
     void shutdown() override { threads_.Shutdown(); }
 
   private:
-    ConnectionThreads threads_;
+    ConnectionThreads& threads_;
 };
 
 /// What httplib reads from and writes to. Small pieces wait for each other, so that a short answer leaves in one
@@ -63,23 +67,19 @@ class ConnectionStream : public httplib::Stream {
 
     /// Sends what is waiting. False when the client does not take it.
     bool Flush() {
-        std::string_view rest = waiting_;
-        while (!rest.empty()) {
-            const ssize_t count = connection_.Write(rest.data(), rest.size());
-            if (count <= 0)
-                return false;
-            rest.remove_prefix(static_cast<std::size_t>(count));
-        }
+        const bool isSent = Send(waiting_);
         waiting_.clear();
-        return true;
+        return isSent;
     }
 
     bool is_readable() const override { return true; }
     bool is_writable() const override { return true; }
     ssize_t read(char* data, std::size_t size) override { return Flush() ? connection_.Read(data, size) : -1; }
     ssize_t write(const char* data, std::size_t size) override {
-        waiting_.append(data, size);
-        return waiting_.size() < kWaitingBytes || Flush() ? static_cast<ssize_t>(size) : -1;
+        const std::size_t fitting = std::min(size, kWaitingBytes - waiting_.size());
+        waiting_.append(data, fitting);
+        const bool isTaken = waiting_.size() < kWaitingBytes || (Flush() && Send({data + fitting, size - fitting}));
+        return isTaken ? static_cast<ssize_t>(size) : -1;
     }
     // Nobody asks httplib who the client is.
     void get_remote_ip_and_port(std::string& /*ip*/, int& /*port*/) const override {}
@@ -89,6 +89,16 @@ class ConnectionStream : public httplib::Stream {
   private:
     static constexpr std::size_t kWaitingBytes = std::size_t{32} * 1024;
 
+    bool Send(std::string_view bytes) {
+        while (!bytes.empty()) {
+            const ssize_t count = connection_.Write(bytes.data(), bytes.size());
+            if (count <= 0)
+                return false;
+            bytes.remove_prefix(static_cast<std::size_t>(count));
+        }
+        return true;
+    }
+
     Connection& connection_;
     std::string waiting_;
 };
@@ -97,6 +107,9 @@ class ConnectionStream : public httplib::Stream {
 struct Exchange {
     Connection& connection;
     AccessRecord record;
+    /// What the request and the answer hold while they are long.
+    Places::Place requestPlace = nullptr;
+    Places::Place answerPlace = nullptr;
 };
 
 /// The exchanges that are under way. A connection has a thread of its own, by which a handler finds its exchange:
@@ -127,14 +140,21 @@ class Exchanges {
 /// does not stop before its idle connections end by themselves.
 class Server : public httplib::Server {
   public:
-    Server(SSL_CTX* context, const StopSignal& stop, AccessLog* log) : context_(context), stop_(stop), log_(log) {}
+    Server(SSL_CTX* context, const ListenerLimits& limits, const StopSignal& stop, AccessLog* log)
+        : context_(context),
+          limits_(limits),
+          stop_(stop),
+          log_(log),
+          threads_(limits.connections, limits.waitingConnections) {
+        new_task_queue = [this] { return new TaskQueue(threads_); };
+    }
 
     /// That of the calling handler.
     Exchange& CurrentExchange() const { return exchanges_.OfThisThread(); }
 
   private:
     bool process_and_close_socket(socket_t socket) override {
-        Connection connection(socket, context_, stop_);
+        Connection connection(socket, ConnectionThreads::EnqueueTime(), context_, limits_, stop_, threads_.Crowd());
         const std::string client = connection.PeerAddress();
         bool isClosing = false;
         while (!isClosing && connection.WaitForRequest()) {
@@ -152,7 +172,9 @@ class Server : public httplib::Server {
         const auto writtenBefore = exchange.connection.WrittenBytes();
         ConnectionStream stream(exchange.connection);
         exchanges_.Begin(exchange);
-        const bool isProcessed = process_request(stream, stop_.IsRaised(), isClosing, nullptr);
+        // httplib would put together an answer of as many parts as the field Range names.
+        const bool isProcessed = process_request(stream, stop_.IsRaised(), isClosing,
+                                                 [](httplib::Request& request) { request.ranges.clear(); });
         exchanges_.End();
         const bool isSent = stream.Flush(); // also where the connection ends behind the answer
         exchange.record.bytes = exchange.connection.WrittenBytes() - writtenBefore;
@@ -164,9 +186,11 @@ class Server : public httplib::Server {
     }
 
     SSL_CTX* context_;
+    const ListenerLimits& limits_;
     const StopSignal& stop_;
     AccessLog* log_;
     Exchanges exchanges_;
+    ConnectionThreads threads_;
 };
 
 using TlsContext = std::unique_ptr<SSL_CTX, decltype(&SSL_CTX_free)>;
@@ -187,6 +211,12 @@ void CloseAfter(httplib::Response& response) {
     response.body.clear();
     response.set_header("Connection", "close");
     response.set_content_provider("text/plain", [](std::size_t, httplib::DataSink&) { return false; });
+}
+
+/// For what can be had a little later.
+void PutOff(httplib::Response& response, int status, std::chrono::milliseconds wait) {
+    response.status = status;
+    response.set_header("Retry-After", std::to_string(std::chrono::ceil<std::chrono::seconds>(wait).count()));
 }
 
 void Refuse(httplib::Response& response, const HttpError& error) {
@@ -263,12 +293,16 @@ CimRequest ReadOperation(const httplib::Request& request, const std::string& bod
 class HttpListener::Implementation {
   public:
     Implementation(const CimService& service, const Users& users, AccessLog* log, const std::string& address, int port,
-                   const Certificate* certificate)
+                   const Certificate* certificate, const ListenerLimits& limits)
         : service_(service),
           users_(users),
+          limits_(limits),
+          largeRequests_(limits.largeRequests, limits.patientRequests),
+          longAnswers_(limits.longAnswers, limits.patientRequests),
+          delayedLogins_(limits.delayedLogins, 0),
           url_((certificate ? "https://" : "http://") + address + ':' + std::to_string(port)),
           context_(MakeTlsContext(certificate)),
-          server_(context_.get(), stop_, log) {
+          server_(context_.get(), limits_, stop_, log) {
         Configure();
         Bind(address, port);
         thread_ = std::thread([this] { server_.listen_after_bind(); });
@@ -276,6 +310,8 @@ class HttpListener::Implementation {
 
     ~Implementation() {
         stop_.Raise();
+        largeRequests_.Close();
+        longAnswers_.Close();
         // Ends httplib's loop as an error of the socket. Told to stop, it would leave out the bodies of the answers
         // that have got no further than their headers.
         ::shutdown(socket_, SHUT_RDWR);
@@ -291,14 +327,23 @@ class HttpListener::Implementation {
     void Configure();
     void Bind(const std::string& address, int port);
 
-    void Serve(const httplib::Request& request, httplib::Response& response,
-               const httplib::ContentReader& readContent) const;
-    bool IsLetIn(const httplib::Request& request) const;
-    void Respond(const httplib::Request& request, httplib::Response& response, CimRequest operation) const;
+    void Serve(const httplib::Request& request, httplib::Response& response, const httplib::ContentReader& readContent);
+    std::optional<std::string> ReadBody(httplib::Response& response, const httplib::ContentReader& readContent);
+    bool LetIn(const httplib::Request& request, httplib::Response& response);
+    bool AwaitTurn(const std::string& client);
+    std::optional<std::string> Authenticate(const std::string& client, const std::string& authorization);
+    void Respond(const httplib::Request& request, httplib::Response& response, CimRequest operation);
+    bool MayHold(Exchange& exchange, std::size_t answerBytes, std::chrono::milliseconds patience);
+    void Send(httplib::Response& response, WholeAnswer answer) const;
     void StreamTo(httplib::Response& response, CimRequest operation, bool withTrailers) const;
 
     const CimService& service_;
     const Users& users_;
+    const ListenerLimits limits_;
+    Places largeRequests_;
+    Places longAnswers_;
+    Places delayedLogins_;
+    LoginDelays loginDelays_;
     std::string url_;
     StopSignal stop_;
     TlsContext context_;
@@ -308,7 +353,6 @@ class HttpListener::Implementation {
 };
 
 void HttpListener::Implementation::Configure() {
-    server_.new_task_queue = [] { return new TaskQueue(); };
     server_.set_payload_max_length(Connection::kMaxBodyBytes);
     server_.set_tcp_nodelay(true);
 
@@ -358,31 +402,18 @@ void HttpListener::Implementation::Bind(const std::string& address, int port) {
 }
 
 void HttpListener::Implementation::Serve(const httplib::Request& request, httplib::Response& response,
-                                         const httplib::ContentReader& readContent) const {
+                                         const httplib::ContentReader& readContent) {
     if (!IsXml(request.get_header_value("Content-Type"))) {
         response.status = kUnsupportedMediaType;
         CloseAfter(response);
         return;
     }
-    std::string body;
-    const bool isComplete = readContent([&](const char* data, std::size_t length) {
-        if (body.size() + length > Connection::kMaxBodyBytes)
-            return false;
-        body.append(data, length);
-        return true;
-    });
-    if (!isComplete) {
-        response.status = kPayloadTooLarge;
-        CloseAfter(response);
+    auto body = ReadBody(response, readContent);
+    if (!body || !LetIn(request, response))
         return;
-    }
-    if (!IsLetIn(request)) {
-        response.status = kUnauthorized;
-        response.set_header("WWW-Authenticate", "Basic realm=\"demo-server\"");
-        return;
-    }
     try {
-        CimRequest operation = ReadOperation(request, body);
+        CimRequest operation = ReadOperation(request, *body);
+        body.reset();
         AccessRecord& record = server_.CurrentExchange().record;
         record.operation = operation.method;
         record.object = operation.ObjectName();
@@ -394,28 +425,105 @@ void HttpListener::Implementation::Serve(const httplib::Request& request, httpli
     }
 }
 
-bool HttpListener::Implementation::IsLetIn(const httplib::Request& request) const {
+/// Nothing when the request is too long, now or ever; the response then says so.
+std::optional<std::string> HttpListener::Implementation::ReadBody(httplib::Response& response,
+                                                                  const httplib::ContentReader& readContent) {
+    Places::Place& place = server_.CurrentExchange().requestPlace;
+    std::string body;
+    bool hasRoom = true;
+    const bool isComplete = readContent([&](const char* data, std::size_t length) {
+        const std::size_t size = body.size() + length;
+        if (size > ListenerLimits::kSmallRequest && !place) {
+            place = largeRequests_.Take(limits_.patience);
+            hasRoom = place != nullptr;
+        }
+        if (size > Connection::kMaxBodyBytes || !hasRoom)
+            return false;
+        body.append(data, length);
+        return true;
+    });
+    if (isComplete)
+        return body;
+    if (hasRoom)
+        response.status = kPayloadTooLarge;
+    else
+        PutOff(response, kUnavailable, limits_.patience);
+    CloseAfter(response);
+    return std::nullopt;
+}
+
+/// Whether the request may be carried out; otherwise the response says why not.
+bool HttpListener::Implementation::LetIn(const httplib::Request& request, httplib::Response& response) {
     if (users_.IsEmpty())
         return true;
-    const auto user = users_.Authenticate(request.get_header_value("Authorization"));
-    if (user)
-        server_.CurrentExchange().record.user = *user;
+    AccessRecord& record = server_.CurrentExchange().record;
+    const std::string authorization = request.get_header_value("Authorization");
+    if (!authorization.empty() && !AwaitTurn(record.client)) {
+        PutOff(response, kTooManyRequests, LoginDelays::kLongestDelay);
+        return false;
+    }
+    const auto user = Authenticate(record.client, authorization);
+    record.user = user.value_or("");
+    if (!user) {
+        response.status = kUnauthorized;
+        response.set_header("WWW-Authenticate", "Basic realm=\"demo-server\"");
+    }
     return user.has_value();
 }
 
+/// False when that would take too long, or too many wait already.
+bool HttpListener::Implementation::AwaitTurn(const std::string& client) {
+    const auto now = LoginDelays::Clock::now();
+    const auto turn = loginDelays_.TakeTurn(client, now);
+    if (!turn || *turn == now)
+        return turn.has_value();
+    const auto place = delayedLogins_.TryTake();
+    return place && !stop_.WaitUntil(*turn);
+}
+
+/// The name of the user. A request without a name and password, as clients send it to be asked for them, is no guess.
+std::optional<std::string> HttpListener::Implementation::Authenticate(const std::string& client,
+                                                                      const std::string& authorization) {
+    auto user = users_.Authenticate(authorization);
+    if (user)
+        loginDelays_.Succeeded(client);
+    else if (!authorization.empty())
+        loginDelays_.Failed(client, LoginDelays::Clock::now());
+    return user;
+}
+
 void HttpListener::Implementation::Respond(const httplib::Request& request, httplib::Response& response,
-                                           CimRequest operation) const {
+                                           CimRequest operation) {
     if (TakesTrailers(request)) {
         StreamTo(response, std::move(operation), true);
         return;
     }
-    const auto limit = TakesChunks(request) ? kMaxBufferedAnswer : std::numeric_limits<std::size_t>::max();
-    if (const auto answer = Answer(service_, operation, limit)) {
-        server_.CurrentExchange().record.cimStatus = StatusOf(answer->error);
-        response.set_content(answer->text, kXmlType);
-    } else {
+    Exchange& exchange = server_.CurrentExchange();
+    const auto patience = TakesChunks(request) ? std::chrono::milliseconds(0) : limits_.patience;
+    auto answer = Answer(service_, operation, [&](std::size_t size) { return MayHold(exchange, size, patience); });
+    if (answer)
+        Send(response, std::move(*answer));
+    else if (TakesChunks(request))
         StreamTo(response, std::move(operation), false);
-    }
+    else if (exchange.answerPlace)
+        response.status = kVersionNotSupported; // HTTP/1.0 cannot tell a whole answer of unknown length from a part
+    else
+        PutOff(response, kUnavailable, limits_.patience);
+}
+
+/// Whether there is memory for an answer of that length.
+bool HttpListener::Implementation::MayHold(Exchange& exchange, std::size_t answerBytes,
+                                           std::chrono::milliseconds patience) {
+    if (answerBytes > ListenerLimits::kShortAnswer && !exchange.answerPlace)
+        exchange.answerPlace = longAnswers_.Take(patience);
+    return answerBytes <= ListenerLimits::kShortAnswer ||
+           (exchange.answerPlace && answerBytes <= ListenerLimits::kLongAnswer);
+}
+
+void HttpListener::Implementation::Send(httplib::Response& response, WholeAnswer answer) const {
+    server_.CurrentExchange().record.cimStatus = StatusOf(answer.error);
+    response.body = std::move(answer.text);
+    response.set_header("Content-Type", kXmlType);
 }
 
 void HttpListener::Implementation::StreamTo(httplib::Response& response, CimRequest operation,
@@ -445,8 +553,8 @@ void HttpListener::Implementation::StreamTo(httplib::Response& response, CimRequ
 }
 
 HttpListener::HttpListener(const CimService& service, const Users& users, AccessLog* log, const std::string& address,
-                           int port, const Certificate* certificate)
-    : implementation_(std::make_unique<Implementation>(service, users, log, address, port, certificate)) {}
+                           int port, const Certificate* certificate, const ListenerLimits& limits)
+    : implementation_(std::make_unique<Implementation>(service, users, log, address, port, certificate, limits)) {}
 
 HttpListener::~HttpListener() = default;
 

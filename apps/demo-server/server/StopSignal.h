@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 
 namespace demo {
 
@@ -15,6 +16,9 @@ class StopSignal {
 
     void Raise();
     bool IsRaised() const { return isRaised_; }
+
+    /// Lets a time pass, or less when the signal is raised. Whether it is.
+    bool WaitUntil(std::chrono::steady_clock::time_point time) const;
 
     /// A file descriptor that is readable from Raise() on.
     int Handle() const { return handle_; }

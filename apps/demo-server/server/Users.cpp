@@ -2,12 +2,9 @@
 
 #include "schema/Names.h"
 
-#include <crypt.h>
-#include <openssl/crypto.h>
 #include <openssl/evp.h>
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 namespace demo {
@@ -16,31 +13,6 @@ namespace {
 
 constexpr std::string_view kScheme = "Basic ";
 constexpr char kHashMark = '$';
-
-using Digest = std::array<unsigned char, EVP_MAX_MD_SIZE>;
-
-Digest Sha256(const std::string& text) {
-    Digest digest{};
-    EVP_Digest(text.data(), text.size(), digest.data(), nullptr, EVP_sha256(), nullptr);
-    return digest;
-}
-
-/// Digests are of one length, so that not even the length of a text shows in the time.
-bool AreEqual(const std::string& a, const std::string& b) {
-    const Digest left = Sha256(a);
-    const Digest right = Sha256(b);
-    return CRYPTO_memcmp(left.data(), right.data(), left.size()) == 0;
-}
-
-/// The password in the form of a hash that is there; empty if it is no hash that the system knows.
-std::string Hashed(const std::string& password, const std::string& hash) {
-    // For crypt_r, a text ends at its first null character.
-    if (password.find('\0') != std::string::npos)
-        return "";
-    crypt_data data{};
-    const char* const result = ::crypt_r(password.c_str(), hash.c_str(), &data);
-    return result && *result != '*' ? result : "";
-}
 
 /// Nothing if the text is not Base64 (RFC 4648).
 std::optional<std::string> FromBase64(std::string_view text) {
@@ -64,8 +36,10 @@ bool IsControl(char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7
 
 } // namespace
 
-Users Users::Read(std::istream& lines, const std::string& source) {
-    Users users;
+const Users::Secret Users::kNobody;
+
+Users Users::Read(std::istream& lines, const std::string& source, PasswordHash hash) {
+    Users users(std::move(hash));
     std::size_t number = 0;
     for (std::string line; std::getline(lines, line);) {
         ++number;
@@ -94,8 +68,10 @@ void Users::AddLine(const std::string& line) {
         throw UsersError("no name in front of the colon");
     if (secret.text.empty())
         throw UsersError("no password behind the colon");
-    if (secret.isHash && Hashed("", secret.text).size() != secret.text.size())
+    if (secret.isHash && hash_(secret.text, "").size() != secret.text.size())
         throw UsersError("the password begins with $ but is no hash of crypt(5); make one with: openssl passwd -6");
+    if (secret.isHash)
+        anyHash_ = secret.text;
     if (!users_.emplace(name, std::move(secret)).second)
         throw UsersError("user " + name + " is there already");
 }
@@ -111,16 +87,17 @@ std::optional<std::string> Users::Authenticate(std::string_view authorization) c
         return std::nullopt;
     std::string name = given->substr(0, colon);
     const auto found = users_.find(name);
-    if (found == users_.end() || !Matches(found->second, given->substr(colon + 1)))
+    const bool isRight = Matches(found == users_.end() ? kNobody : found->second, given->substr(colon + 1));
+    if (found == users_.end() || !isRight)
         return std::nullopt;
     return name;
 }
 
-bool Users::Matches(const Secret& secret, const std::string& password) {
-    if (!secret.isHash)
-        return AreEqual(secret.text, password);
-    const std::string hashed = Hashed(password, secret.text);
-    return !hashed.empty() && AreEqual(secret.text, hashed);
+/// Hashes as much for each name, so that the time does not tell which names there are.
+bool Users::Matches(const Secret& secret, const std::string& password) const {
+    const std::string& hash = secret.isHash ? secret.text : anyHash_;
+    const std::string hashed = hash.empty() ? "" : hash_(hash, password);
+    return AreEqualInConstantTime(secret.text, secret.isHash ? hashed : password);
 }
 
 } // namespace demo

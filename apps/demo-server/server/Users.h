@@ -1,11 +1,15 @@
 #pragma once
 
+#include "server/PasswordHash.h"
+
+#include <functional>
 #include <istream>
 #include <map>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace demo {
 
@@ -18,10 +22,16 @@ class UsersError : public std::runtime_error {
 /// Who may come in, by Basic authentication (RFC 7617). Safe to read from any thread.
 class Users {
   public:
+    /// See HashLike(), which it is but for tests.
+    using PasswordHash = std::function<std::string(const std::string& hash, const std::string& password)>;
+
+    Users() : Users(HashLike) {}
+    explicit Users(PasswordHash hash) : hash_(std::move(hash)) {}
+
     /// Reads lines "name:password". Empty lines and lines that begin with # are skipped; blanks count. A password that
     /// begins with $ is a hash of crypt(5), as "openssl passwd -6" makes it. Throws UsersError with the name of the
     /// source and the line when a line is not of this form or a user has two.
-    static Users Read(std::istream& lines, const std::string& source);
+    static Users Read(std::istream& lines, const std::string& source, PasswordHash hash = HashLike);
 
     /// Adds a user with a password that is no hash, whatever it looks like. A user who is there gets the password.
     void Add(const std::string& name, const std::string& password);
@@ -38,10 +48,16 @@ class Users {
         bool isHash = false;
     };
 
-    static bool Matches(const Secret& secret, const std::string& password);
+    /// What passwords of unknown users are compared with; they do not come in even with it.
+    static const Secret kNobody;
+
+    bool Matches(const Secret& secret, const std::string& password) const;
     void AddLine(const std::string& line);
 
+    PasswordHash hash_;
     std::map<std::string, Secret> users_;
+    /// That of some user; empty if nobody has one.
+    std::string anyHash_;
 };
 
 } // namespace demo

@@ -7,6 +7,8 @@
 
 #include <pugixml.hpp>
 
+#include <algorithm>
+
 namespace demo {
 
 namespace {
@@ -56,6 +58,14 @@ void ReadIntrinsicCall(const pugi::xml_node& call, CimRequest& result) {
         result.parameters.push_back(ReadParameter(parameter));
 }
 
+/// Each element and each attribute of a document costs some forty times its shortest text. Nothing is made of a
+/// document before it is known how many there can be.
+void CheckCost(std::string_view body) {
+    const auto marks = std::count_if(body.begin(), body.end(), [](char c) { return c == '<' || c == '='; });
+    if (static_cast<std::size_t>(marks) > kMaxMarks)
+        RequestNotValid("there are more than " + std::to_string(kMaxMarks) + " tags and attributes");
+}
+
 /// The element CIM with everything in it.
 pugi::xml_node Parse(std::string_view body, pugi::xml_document& document) {
     // A value of white space alone is a value, too.
@@ -86,6 +96,7 @@ std::string CimRequest::ObjectName() const {
 }
 
 CimRequest ReadRequest(std::string_view body) {
+    CheckCost(body);
     pugi::xml_document document;
     const auto cim = Parse(body, document);
     CheckVersion(cim, "CIMVERSION", "2.", "unsupported-cim-version");

@@ -2,6 +2,7 @@
 
 #include "schema/Value.h"
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -34,8 +35,11 @@ struct CimRequest {
     std::string ObjectName() const;
 };
 
+/// The tags and attributes of a request, counted by their characters < and =.
+constexpr std::size_t kMaxMarks = std::size_t{16} * 1024;
+
 /// Reads a CIM-XML simple request (DSP0201). Throws HttpError with the CIMError of DSP0200 when the text is not
-/// well-formed, no simple request or of a version that is not supported.
+/// well-formed, no simple request, of a version that is not supported, or made of too many parts.
 CimRequest ReadRequest(std::string_view body);
 
 } // namespace demo
