@@ -45,7 +45,7 @@ Utf8Character CharacterAt(std::string_view text, std::size_t offset) {
     char32_t value = lead.bits;
     for (std::size_t i = 1; i < lead.size; ++i) {
         const auto byte = static_cast<unsigned char>(text[offset + i]);
-        if ((byte & 0xC0U) != 0x80U) {
+        if (!IsContinuation(text[offset + i])) {
             return kBad;
         }
         value = (value << kContinuationBits) | (byte & 0x3FU);

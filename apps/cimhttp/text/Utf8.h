@@ -9,6 +9,12 @@ namespace cimhttp {
 /// U+FFFD, which stands for what cannot be shown.
 constexpr char32_t kReplacementCharacter = 0xFFFD;
 
+/// The bytes of the longest character.
+constexpr std::size_t kLongestUtf8 = 4;
+
+/// True for a byte that goes on with a character.
+constexpr bool IsContinuation(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; }
+
 struct Utf8Character {
     char32_t value;
     std::size_t size; ///< in bytes, at least 1
