@@ -109,7 +109,8 @@ void ReportEarlyEnd(const Collector& collector, const Collection& collection, st
                << std::endl;
     }
     if (Interrupted() && !collection.complete) {
-        errors << "cimhttp: interrupted; what was read of " << collection.server << " is written" << std::endl;
+        errors << "cimhttp: interrupted; what was read of " << Printable(collection.server) << " is written"
+               << std::endl;
     }
 }
 

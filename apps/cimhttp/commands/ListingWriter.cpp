@@ -65,7 +65,7 @@ void WriteCsv(const Listing& listing, bool is_shown, std::ostream& output) {
     std::string record;
     for (const Listing::Column& column : listing.Columns()) {
         record += record.empty() ? "" : ",";
-        AppendField(column.heading, record);
+        AppendField(is_shown ? PrintableLines(column.heading) : column.heading, record);
     }
     output << record << kRecordEnd;
     for (const auto& row : listing.Rows()) {

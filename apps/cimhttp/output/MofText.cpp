@@ -17,6 +17,7 @@ using NQORVYX20::TCIMValue;
 using ECIMType = TCIMValue::TCIMType::ECIMType;
 
 constexpr unsigned char kDecimal = 10;
+constexpr unsigned kSixteenBits = 0xFFFF;
 constexpr std::size_t kLineWidth = 100;
 constexpr std::size_t kLeastRoom = 20; // for a literal, however deep it is indented
 
@@ -43,9 +44,12 @@ std::string Escaped(char32_t character, char quote) {
         text += '\\';
     }
     if (IsControl(character)) {
-        char escape[sizeof "\\x0000"];
-        std::snprintf(escape, sizeof escape, "\\x%04X", static_cast<unsigned>(character));
-        return escape;
+        for (const unsigned unit : Utf16Units(character)) {
+            char escape[sizeof "\\x0000"];
+            std::snprintf(escape, sizeof escape, "\\x%04X", unit & kSixteenBits);
+            text += escape;
+        }
+        return text;
     }
     AppendUtf8(character, text);
     return text;

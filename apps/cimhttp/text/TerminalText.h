@@ -8,8 +8,8 @@
 namespace cimhttp {
 
 /// A text of a server, made safe to show: one line of good UTF-8 that cannot steer a terminal. Line ends and tabs
-/// become blanks, other control characters a picture of theirs (U+241B for ESC), further ones and bytes that are not
-/// UTF-8 U+FFFD (see IsControl).
+/// become blanks, other control characters a picture of theirs (U+241B for ESC); the rest of what must not reach a
+/// terminal (see IsControl) and bytes that are not UTF-8 become U+FFFD.
 std::string Printable(std::string_view text);
 
 /// The same for a text of several lines, which keeps its line ends.
