@@ -47,6 +47,9 @@ int RunProgram(int argc, const char* const* argv, std::ostream& output, std::ost
             output << parsed.help << std::flush;
             return 0;
         }
+        if (!parsed.warning.empty()) {
+            errors << "cimhttp: " << Printable(parsed.warning) << std::endl;
+        }
         return RunCommand(*parsed.command, parsed.options, output, errors);
     } catch (const Failure& failure) {
         if (failure.Status() != Failure::kClosedPipe) { // nobody wants to hear of a reader that has gone away
