@@ -23,9 +23,7 @@ std::string ModeText(mode_t mode) {
 }
 
 /// A device is open to many, and keeps nothing.
-bool IsOpenToOthers(mode_t mode) {
-    return (S_ISREG(mode) || S_ISFIFO(mode)) && (mode & kOthersReadOrWrite) != 0;
-}
+bool IsOpenToOthers(mode_t mode) { return (S_ISREG(mode) || S_ISFIFO(mode)) && (mode & kOthersReadOrWrite) != 0; }
 
 } // namespace
 

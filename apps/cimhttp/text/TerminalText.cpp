@@ -52,8 +52,8 @@ std::size_t EndOfFit(std::string_view text, std::size_t begin, std::size_t width
     if (text.size() - begin <= width) {
         return text.size(); // no character takes more columns than bytes
     }
-    std::size_t used = 0;
-    std::size_t end = begin;
+    std::size_t used = PlainAsciiSize(text.substr(begin, width));
+    std::size_t end = begin + used;
     while (end < text.size()) {
         const Utf8Character character = CharacterAt(text, end);
         used += CharacterWidth(character.value);
