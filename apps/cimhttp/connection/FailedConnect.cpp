@@ -88,8 +88,11 @@ std::string ExplainFailedConnect(const Connection& connection, const std::string
         return ExplainUnknownHost(addresses);
     }
     const PortState state = StateOf(addresses);
+    if (state == PortState::kUntried || (state == PortState::kOpen && !connection.tls)) {
+        return reason; // to which the other port is no answer
+    }
     const std::string other_way = OtherWay(connection);
-    if (state == PortState::kOpen || state == PortState::kUntried) {
+    if (state == PortState::kOpen) {
         return reason + (other_way.empty() ? "" : "; " + other_way);
     }
     const std::string what =
