@@ -101,7 +101,7 @@ class ServedFilesTest : public FilesTest {
 // --- Files that are replaced -------------------------------------------------------------------------------------
 
 TEST_F(FilesTest, ASignalThatEndsTheProgramLeavesTheOldFileAlone) {
-    testing::FLAGS_gtest_death_test_style = "threadsafe";
+    testing::FLAGS_gtest_death_test_style = "fast"; // the same folder, and no other thread
     for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGXCPU}) {
         fFolder.WriteFile("file", "old");
         const auto replace = [&] {
@@ -119,7 +119,7 @@ TEST_F(FilesTest, ASignalThatEndsTheProgramLeavesTheOldFileAlone) {
 }
 
 TEST_F(FilesTest, AnInterruptThatIsRememberedLetsTheFileBeFinishedAndTheSecondDoesNot) {
-    testing::FLAGS_gtest_death_test_style = "threadsafe";
+    testing::FLAGS_gtest_death_test_style = "fast"; // the same folder, and no other thread
     {
         const cimhttp::InterruptScope interrupts;
         OutputFile(Path("file")).Replace([&](std::ostream& stream) {
