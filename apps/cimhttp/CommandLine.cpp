@@ -1,19 +1,17 @@
 #include "CommandLine.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdint>
-#include <fstream>
 #include <iterator>
 #include <memory>
 #include <stdexcept>
-#include <system_error>
 
 #include "Choices.h"
 #include "Failure.h"
 #include "HelpFormatter.h"
 #include "Surroundings.h"
 #include "connection/Connection.h"
+#include "connection/PasswordFile.h"
 #include "connection/ProgramFolder.h"
 #include "text/NearestNames.h"
 
@@ -25,22 +23,6 @@ using NQORVYX20::ILogger;
 
 constexpr std::size_t kGreatestNumber = 1000000000; // of what a user counts
 constexpr const char* kPluginFile = "libcimhttp.nsp.so";
-
-std::string ReadPasswordFile(const std::string& path) {
-    errno = 0;
-    std::ifstream file(path);
-    std::string password;
-    if (!std::getline(file, password)) {
-        const int error = errno;
-        throw Failure(Failure::kUsage,
-                      "the password file " + path +
-                          (error == 0 ? " is empty" : " cannot be read: " + std::generic_category().message(error)));
-    }
-    if (!password.empty() && password.back() == '\r') {
-        password.pop_back();
-    }
-    return password;
-}
 
 /// CLI11's texts can have several lines; a failure has one.
 std::string FirstLine(const std::string& text) { return text.substr(0, text.find('\n')); }
@@ -240,19 +222,22 @@ ParsedCommandLine ParseCommandLine(int argc, const char* const* argv, const Comm
     try {
         parser.app.parse(argc, argv);
     } catch (const CLI::CallForHelp&) {
-        return {parser.options, nullptr, parser.app.help()};
+        return {parser.options, nullptr, parser.app.help(), {}};
     } catch (const CLI::CallForVersion& version) {
-        return {parser.options, nullptr, std::string(version.what()) + '\n'};
+        return {parser.options, nullptr, std::string(version.what()) + '\n', {}};
     } catch (const CLI::ParseError& error) {
         throw Failure(Failure::kUsage, parser.Complaint(error));
     } catch (const std::invalid_argument&) { // the library's, about what is behind a flag's equals sign
         throw Failure(Failure::kUsage, "behind an option without a value, as in --tls=false, is true or false");
     }
     parser.CheckFormat();
+    std::string warning;
     if (!parser.password_file.empty()) {
-        parser.options.password = ReadPasswordFile(parser.password_file);
+        const PasswordFile file = ReadPasswordFile(parser.password_file);
+        parser.options.password = file.password;
+        warning = file.warning;
     }
-    return {parser.options, parser.chosen, std::string()};
+    return {parser.options, parser.chosen, std::string(), warning};
 }
 
 } // namespace cimhttp

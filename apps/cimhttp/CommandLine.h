@@ -13,8 +13,9 @@ using Commands = std::vector<std::unique_ptr<Command>>;
 
 struct ParsedCommandLine {
     Options options;
-    Command* command; ///< the one of the commands that was asked for, its arguments filled in
-    std::string help; ///< or another answer about the program; not empty: print it and do nothing else
+    Command* command;    ///< the one of the commands that was asked for, its arguments filled in
+    std::string help;    ///< or another answer about the program; not empty: print it and do nothing else
+    std::string warning; ///< a line for the user before anything else is done; empty for none
 };
 
 /// Reads the command line of a program with these commands, the password file, the size of the terminal and the

@@ -27,6 +27,9 @@ class Failure : public std::runtime_error {
     ExitStatus status_;
 };
 
+/// What there is to say when memory does not suffice for what the program itself makes of a server's answer.
+constexpr const char* kTooLittleMemory = "there is not enough memory for this; ask for less, as with --property";
+
 /// The server does not let the user in, whatever is asked for.
 class LoginFailure : public Failure {
   public:

@@ -3,7 +3,9 @@
 #include <boost/make_shared.hpp>
 
 #include <exception>
+#include <new>
 #include <ostream>
+#include <stdexcept>
 
 #include "CommandLine.h"
 #include "Failure.h"
@@ -36,9 +38,13 @@ int RunCommand(Command& command, const Options& options, std::ostream& output, s
     return status;
 }
 
-} // namespace
+int Report(const std::exception& failure, int status, std::ostream& errors) {
+    errors << "cimhttp: " << Printable(failure.what()) << std::endl;
+    return status;
+}
 
-int RunProgram(int argc, const char* const* argv, std::ostream& output, std::ostream& errors) {
+/// Throws what comes of too little memory, and only that.
+int RunReporting(int argc, const char* const* argv, std::ostream& output, std::ostream& errors) {
     try {
         const OutputGuard guard(output);
         const auto commands = AllCommands();
@@ -47,15 +53,37 @@ int RunProgram(int argc, const char* const* argv, std::ostream& output, std::ost
             output << parsed.help << std::flush;
             return 0;
         }
+        if (!parsed.warning.empty()) {
+            errors << "cimhttp: " << Printable(parsed.warning) << std::endl;
+        }
         return RunCommand(*parsed.command, parsed.options, output, errors);
     } catch (const Failure& failure) {
-        if (failure.Status() != Failure::kClosedPipe) { // nobody wants to hear of a reader that has gone away
-            errors << "cimhttp: " << Printable(failure.what()) << '\n';
-        }
-        return failure.Status();
+        // Nobody wants to hear of a reader that has gone away.
+        return failure.Status() == Failure::kClosedPipe ? failure.Status() : Report(failure, failure.Status(), errors);
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const std::length_error&) {
+        throw;
     } catch (const std::exception& failure) {
-        errors << "cimhttp: " << Printable(failure.what()) << '\n';
-        return Failure::kOther;
+        return Report(failure, Failure::kOther, errors);
+    }
+}
+
+/// Needs none itself.
+int ReportTooLittleMemory(std::ostream& errors) {
+    errors << "cimhttp: " << kTooLittleMemory << std::endl;
+    return Failure::kOther;
+}
+
+} // namespace
+
+int RunProgram(int argc, const char* const* argv, std::ostream& output, std::ostream& errors) {
+    try {
+        return RunReporting(argc, argv, output, errors);
+    } catch (const std::bad_alloc&) {
+        return ReportTooLittleMemory(errors);
+    } catch (const std::length_error&) { // a text or a list longer than any memory
+        return ReportTooLittleMemory(errors);
     }
 }
 

@@ -1,6 +1,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <iostream>
 
 #include "Program.h"
@@ -17,9 +18,13 @@ void OccupyStandardStreams() {
     }
 }
 
+/// A file that gets too large is then an error of writing, about which there is something to say, and not the end.
+void IgnoreFileSizeSignal() { std::signal(SIGXFSZ, SIG_IGN); }
+
 } // namespace
 
 int main(int argc, char** argv) {
     OccupyStandardStreams();
+    IgnoreFileSizeSignal();
     return cimhttp::RunProgram(argc, argv, std::cout, std::cerr);
 }

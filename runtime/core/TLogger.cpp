@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <ctime>
 #include <exception>
+#include <optional>
 #include <ostream>
 #include <string_view>
 #include <system_error>
@@ -46,23 +47,92 @@ std::string CurrentTime() {
     return text.data();
 }
 
-bool IsControl(char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }
+struct TRange {
+    char32_t first;
+    char32_t last;
+};
 
-void AppendEscaped(std::string& line, std::string_view message) {
+// What steers a terminal, or shows nothing and changes how the text around it looks: controls (C0, C1), soft hyphen,
+// fillers, blanks of no width, joiners, marks of direction, ends of lines, annotations, tags.
+constexpr std::array<TRange, 17> kControls{{{0x00, 0x1F},
+                                            {0x7F, 0x9F},
+                                            {0xAD, 0xAD},
+                                            {0x34F, 0x34F},
+                                            {0x61C, 0x61C},
+                                            {0x115F, 0x1160},
+                                            {0x17B4, 0x17B5},
+                                            {0x180E, 0x180E},
+                                            {0x200B, 0x200F},
+                                            {0x2028, 0x202E},
+                                            {0x2060, 0x206F},
+                                            {0x3164, 0x3164},
+                                            {0xFEFF, 0xFEFF},
+                                            {0xFFA0, 0xFFA0},
+                                            {0xFFF9, 0xFFFB},
+                                            {0x1D173, 0x1D17A},
+                                            {0xE0000, 0xE0FFF}}};
+
+bool IsControl(char32_t character) {
+    return std::any_of(kControls.begin(), kControls.end(),
+                       [&](const TRange& range) { return character >= range.first && character <= range.last; });
+}
+
+// The size of the UTF-8 sequence that begins with a byte; 0 when none does.
+std::size_t SequenceSize(unsigned char lead) {
+    if (lead < 0x80U)
+        return 1;
+    if (lead < 0xC2U || lead > 0xF4U) // continuations, overlong forms, beyond Unicode
+        return 0;
+    return lead < 0xE0U ? 2 : lead < 0xF0U ? 3 : 4;
+}
+
+// The character of a whole sequence; nothing when it is not good UTF-8.
+std::optional<char32_t> Decoded(std::string_view sequence) {
+    constexpr std::array<char32_t, 5> kSmallest{0, 0, 0x80, 0x800, 0x10000};
+    char32_t value = static_cast<unsigned char>(sequence.front());
+    if (sequence.size() > 1)
+        value &= 0x7FU >> sequence.size();
+    for (const char c : sequence.substr(1)) {
+        const auto byte = static_cast<unsigned char>(c);
+        if ((byte & 0xC0U) != 0x80U)
+            return std::nullopt;
+        value = (value << 6U) | (byte & 0x3FU);
+    }
+    const bool isSurrogate = value >= 0xD800 && value <= 0xDFFF;
+    return value < kSmallest[sequence.size()] || value > 0x10FFFF || isSurrogate ? std::nullopt : std::optional(value);
+}
+
+// How many bytes at the front are a character that may be written as it is; 0 when it has to be escaped.
+std::size_t PlainSize(std::string_view text) {
+    const std::size_t size = SequenceSize(static_cast<unsigned char>(text.front()));
+    if (size == 0 || size > text.size())
+        return 0;
+    const auto character = Decoded(text.substr(0, size));
+    return character && !IsControl(*character) ? size : 0;
+}
+
+void AppendEscaped(std::string& line, char c) {
     constexpr std::string_view kHexDigits = "0123456789abcdef";
-    for (const char c : message) {
-        if (!IsControl(c))
-            line += c;
-        else if (c == '\n')
-            line += "\\n";
-        else if (c == '\r')
-            line += "\\r";
-        else if (c == '\t')
-            line += "\\t";
+    const auto byte = static_cast<unsigned char>(c);
+    if (c == '\n')
+        line += "\\n";
+    else if (c == '\r')
+        line += "\\r";
+    else if (c == '\t')
+        line += "\\t";
+    else
+        line.append("\\x").append(1, kHexDigits[byte / 16U]).append(1, kHexDigits[byte % 16U]);
+}
+
+// The bytes behind one that is escaped have their turn by themselves: they are no characters either.
+void AppendEscaped(std::string& line, std::string_view message) {
+    while (!message.empty()) {
+        const std::size_t plain = PlainSize(message);
+        if (plain == 0)
+            AppendEscaped(line, message.front());
         else
-            line.append("\\x")
-                .append(1, kHexDigits[static_cast<unsigned char>(c) / 16U])
-                .append(1, kHexDigits[c % 16U]);
+            line.append(message, 0, plain);
+        message.remove_prefix(std::max<std::size_t>(plain, 1));
     }
 }
 

@@ -433,6 +433,70 @@ TEST_F(ConnectionTest, TlsToAPlainPortIsAdvisedAgainst) {
     ExpectOneLine(Run({"--host", fServer.Address(), "--tls", "classes"}), 3, "leave out --tls");
 }
 
+TEST_F(ConnectionTest, NobodyWithAPasswordIsAdvisedToLeaveOutTls) {
+    const std::string address = fServer.Address();
+    const std::string password = fFolder.WriteFile("password", "s3cret\n");
+    const std::string document = fFolder.WriteFile(
+        "requested.xml", "<vyx version=\"1\"><network address=\"" + address +
+                             "\"/><network user=\"reader\"/><network pass=\"s3cret\"/><network ssl=\"true\"/>"
+                             "<class name=\"TEST_Disk\"/></vyx>");
+    for (const std::string& path : {password, document}) {
+        std::filesystem::permissions(path, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
+    }
+    EXPECT_EQ(Run({"connection", "add", "kept", "--host", address, "--tls", "--user", "reader", "--store-password"},
+                  {"CIMHTTP_PASSWORD=s3cret"})
+                  .status,
+              0);
+    EXPECT_EQ(Run({"connection", "add", "named", "--host", address, "--tls", "--user", "reader"}).status, 0);
+    const std::vector<std::vector<std::string>> commands{
+        {"--host", address, "--tls", "--user", "reader", "classes"},
+        {"--host", "https://" + address, "--user", "reader", "instances", "TEST_Disk"},
+        {"--host", address, "--tls", "--user", "reader", "--password-file", password, "info"},
+        {"-c", "kept", "classes"},
+        {"-c", "named", "watch", "TEST_Disk"},
+        {"connection", "test", "kept"},
+        {"collect", document},
+        {"--host", address, "--user", "reader", "collect", document},
+    };
+    const std::vector<support::ScriptedServer::Script> disturbances{
+        [](auto& connection) { connection.Reset(); },
+        [](auto& connection) {
+            connection.ReadSome(); // the begin of the handshake
+            connection.Reset();
+        },
+        [](auto& connection) {
+            connection.ReadSome();
+            connection.Write("HTTP/1.1 400 Bad Request\r\nContent-Length: 0\r\n\r\n");
+        }};
+    const auto check = [&] {
+        for (const auto& command : commands) {
+            const auto run = Run(command, {"CIMHTTP_PASSWORD=s3cret"});
+            ExpectOneLine(run, 3, "no connection to https://" + address);
+            EXPECT_THAT(run.errors, Not(HasSubstr("leave out")));
+            EXPECT_THAT(run.errors, Not(HasSubstr("5988")));
+        }
+    };
+    for (const auto& disturbance : disturbances) {
+        support::ScriptedServer disturbed(disturbance, address);
+        disturbed.Listen(kHttpsPort);
+        check();
+    }
+    check(); // nothing listens there
+    EXPECT_EQ(fServer.ConnectionCount(), 0U) << "the plain port";
+}
+
+TEST_F(ConnectionTest, AHandshakeThatIsResetIsToldWithAWayOutForThoseWithoutAPassword) {
+    support::ScriptedServer resetting(
+        [](auto& connection) {
+            connection.ReadSome();
+            connection.Reset();
+        },
+        fServer.Address());
+    resetting.Listen(kHttpsPort);
+    ExpectOneLine(Run({"--host", fServer.Address(), "--tls", "classes"}), 3, "port 5988 answers: leave out --tls");
+    EXPECT_THAT(fServer.Calls(), IsEmpty()) << "it is the user who decides";
+}
+
 TEST_F(ConnectionTest, PlainHttpToATlsPortIsSentToTls) {
     fServer.Stop();
     support::CimServer secure(fServer.Address());

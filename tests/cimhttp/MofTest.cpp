@@ -138,3 +138,32 @@ TEST(Mof, LongListsAreFolded) {
     }
     EXPECT_EQ(std::count(list.begin(), list.end(), ','), 39);
 }
+
+// --- Sizes that only a server which means harm sends: what takes time in proportion to their square does not end.
+// ------
+
+TEST(Mof, AWordOfManyMegabytesIsFolded) {
+    constexpr std::size_t kSize = std::size_t{8} << 20U;
+    const std::string literal = MofValue(std::string(kSize, 'x'), 34); // a line has 64
+    EXPECT_EQ(static_cast<std::size_t>(std::count(literal.begin(), literal.end(), 'x')), kSize);
+    EXPECT_EQ(static_cast<std::size_t>(std::count(literal.begin(), literal.end(), '\n')), kSize / 64 - 1);
+}
+
+TEST(Mof, AClassMayInheritFromAsManyClassesAsItHasFeatures) {
+    constexpr std::size_t kCount = 100000;
+    RemoteClass cls = Disk();
+    std::vector<RemoteQualifierDeclaration> declarations;
+    for (std::size_t i = 0; i < kCount; ++i) {
+        const std::string number = std::to_string(i);
+        declarations.push_back({"Q" + number, {"boolean", false, 0, {}}, TCIMValue(false), {"property"}, {}});
+        cls.qualifiers.push_back({declarations.back().name, true, {}});
+        RemoteProperty property = cls.properties.back();
+        property.name = "P" + number;
+        property.origin = "T_" + number;
+        cls.properties.push_back(property);
+    }
+    const std::string mof = ClassMof(cls, declarations);
+    EXPECT_NE(mof.find("    // Inherited from T_99998:\n    //   string P99998[4];\n\n"
+                       "    // Inherited from T_99999:\n    //   string P99999[4];\n"),
+              std::string::npos);
+}

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 
 #include "CimXml.h"
@@ -361,7 +362,9 @@ TEST_F(ProgramTest, APasswordFileWithoutAPasswordIsNamed) {
 
 TEST_F(ProgramTest, APasswordWithoutAUserIsRefused) {
     const support::TemporaryDirectory directory;
-    ExpectOneLine(Run({"--password-file", directory.WriteFile("password", "s3cret"), "classes"}), 2, "give --user");
+    const std::string file = directory.WriteFile("password", "s3cret");
+    std::filesystem::permissions(file, std::filesystem::perms::owner_read);
+    ExpectOneLine(Run({"--password-file", file, "classes"}), 2, "give --user");
 }
 
 TEST_F(ProgramTest, AServerThatClosesInTheMiddleOfAnAnswerFails) {

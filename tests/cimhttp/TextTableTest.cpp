@@ -2,10 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "Options.h"
+#include "commands/Command.h"
+#include "commands/ListingWriter.h"
 #include "host/TCIMReference.h"
 #include "host/TCIMValue.h"
 #include "output/Listing.h"
@@ -416,4 +420,133 @@ TEST(TerminalText, ReplacesWhatIsNotUtf8) {
     EXPECT_EQ(Printable("\xe2\x82"), replacement + replacement);                   // a character cut short
     EXPECT_EQ(Printable("\xf4\x90\x80\x80").size(), 4 * replacement.size());       // beyond Unicode
     EXPECT_EQ(Printable("\xf0\x9f\x98\x80 \xe2\x82\xac"), "\xf0\x9f\x98\x80 \xe2\x82\xac");
+}
+
+// --- Sizes that only a server which means harm sends: what takes time in proportion to their square does not end.
+// ------
+
+namespace {
+
+constexpr std::size_t kMegabyte = std::size_t{1} << 20U;
+constexpr std::size_t kLongestCell = std::size_t{64} << 10U;
+
+/// Columns whose texts are all different, but for every tenth, which repeats the one before.
+Listing ManyColumns(std::size_t count, Listing::Importance importance = Listing::Importance::kUsual) {
+    std::vector<Listing::Column> columns;
+    std::vector<std::vector<Cell>> rows(2);
+    for (std::size_t i = 0; i < count; ++i) {
+        columns.push_back({"Property" + std::to_string(i), kLeft, importance});
+        for (std::size_t row = 0; row < rows.size(); ++row) {
+            rows[row].emplace_back(std::to_string((i % 10 == 9 ? i - 1 : i) * rows.size() + row));
+        }
+    }
+    Listing listing(columns);
+    for (auto& row : rows) {
+        listing.AddRow(std::move(row));
+    }
+    return listing;
+}
+
+} // namespace
+
+TEST(TerminalText, FoldsAWordOfManyMegabytes) {
+    const std::string word(16 * kMegabyte, 'x');
+    EXPECT_EQ(Folded(word, 16).size(), kMegabyte);
+}
+
+TEST(FoldedName, IsBrokenHoweverLongItIs) {
+    std::string name;
+    for (std::size_t i = 0; i < kMegabyte; ++i) {
+        name += "Ab";
+    }
+    EXPECT_EQ(FoldedName(name, kMegabyte), (std::vector<std::string>(2, name.substr(0, kMegabyte))));
+}
+
+TEST(TextList, ShowsAWordOfManyMegabytesAsAWhole) {
+    Listing listing({{"Name"}});
+    listing.AddRow({std::string(4 * kMegabyte, 'x')});
+    const std::string lists = Lists(listing, {38, false});
+    EXPECT_EQ(std::count(lists.begin(), lists.end(), 'x'), static_cast<std::ptrdiff_t>(4 * kMegabyte));
+    EXPECT_EQ(std::count(lists.begin(), lists.end(), '\n'), static_cast<std::ptrdiff_t>(4 * kMegabyte / 32));
+}
+
+TEST(TextTable, CutsOffATextBeyond64KiBAndSaysHowMuchIsMissing) {
+    Listing listing({Listing::Key("Name"), {"Text"}});
+    listing.AddRow({"a", std::string(kLongestCell, 'x')});
+    EXPECT_EQ(Table(listing).find("more bytes"), std::string::npos);
+    listing.AddRow({"b", std::string(kLongestCell - 1, 'y') + "\xc3\xa9zzz"}); // not within the character
+    std::ostringstream output;
+    EXPECT_TRUE(cimhttp::WriteTable(listing, {}, output).texts);
+    EXPECT_NE(output.str().find("a     " + std::string(kLongestCell, 'x') + '\n'), std::string::npos);
+    EXPECT_NE(output.str().find("b     " + std::string(kLongestCell - 1, 'y') + "… (5 more bytes)\n"),
+              std::string::npos);
+}
+
+TEST(TextTable, CutsOffAHeadingBeyond64KiB) {
+    Listing listing({{std::string(kLongestCell, 'N') + "ame"}});
+    listing.AddRow({"a"});
+    EXPECT_EQ(Table(listing).substr(0, kLongestCell + 20), std::string(kLongestCell, 'N') + "… (3 more bytes)\n-");
+}
+
+TEST(TextTable, SaysNothingOfLongTextsThatAListShowsAsAWhole) {
+    Listing listing({Listing::Key("Name"), {"Size", kRight}});
+    listing.AddRow({std::string(2 * kLongestCell, 'x'), "12345678901234567890"});
+    std::ostringstream output;
+    EXPECT_FALSE(cimhttp::WriteTable(listing, {20, false}, output).texts);
+    const std::string list = output.str();
+    EXPECT_EQ(std::count(list.begin(), list.end(), 'x'), static_cast<std::ptrdiff_t>(2 * kLongestCell));
+}
+
+TEST(TextTable, ChoosesAmongAHundredThousandColumns) {
+    constexpr std::size_t kColumns = 100000;
+    const Listing listing = ManyColumns(kColumns);
+    std::ostringstream output;
+    const auto left_out = cimhttp::WriteTable(listing, {200, false}, output).columns;
+    EXPECT_LE(WidestLine(output.str()), 200U);
+    EXPECT_GT(left_out.size(), kColumns - 200 / 3);
+    EXPECT_LT(left_out.size(), kColumns);
+}
+
+TEST(TextTable, SqueezesAHundredThousandColumnsThatWereAskedFor) {
+    constexpr std::size_t kColumns = 100000;
+    constexpr std::size_t kWidth = kColumns * 8; // six for each column, and two between them
+    std::ostringstream output;
+    EXPECT_TRUE(cimhttp::WriteTable(ManyColumns(kColumns, kAsked), {kWidth, false}, output).columns.empty());
+    EXPECT_EQ(WidestLine(output.str()), kWidth);
+}
+
+TEST(TextTable, SqueezesTheWidestColumnsAndOfEqualOnesTheLeftmost) {
+    Listing listing({{"A", kLeft, kAsked}, {"B", kLeft, kAsked}, {"C", kLeft, kAsked}, {"D", kLeft, kAsked}});
+    listing.AddRow({std::string(9, 'a'), std::string(9, 'b'), "cc", std::string(9, 'd')});
+    listing.AddRow({"1", "2", "3", "4"});
+    EXPECT_EQ(Table(listing, {24, false}), "A      B      C   D\n"
+                                           "-----  -----  --  ------\n"
+                                           "aaaaa  bbbbb  cc  dddddd\n"
+                                           "aaaa   bbbb       ddd\n"
+                                           "1      2      3   4\n");
+}
+
+TEST(TextTable, NamesAsManyOfAHundredThousandColumnsThatAreLeftOutAsALineHolds) {
+    cimhttp::Options options;
+    options.width = 80;
+    std::ostringstream output;
+    std::ostringstream errors;
+    cimhttp::WriteListing(ManyColumns(100000), cimhttp::OutputFormat::kTable, {options, output, errors});
+    EXPECT_EQ(errors.str(), "cimhttp: left out: Property7, Property8 and 99991 more; -o plain shows all\n");
+}
+
+TEST(TextTable, SaysWhatShowsATextThatIsCutOff) {
+    Listing listing({{"Text"}});
+    listing.AddRow({std::string(kLongestCell + 1, 'x')});
+    const cimhttp::Options options;
+    std::ostringstream output;
+    std::ostringstream errors;
+    cimhttp::WriteListing(listing, cimhttp::OutputFormat::kTable, {options, output, errors});
+    EXPECT_EQ(errors.str(), "cimhttp: texts of more than 64 KiB are cut off; -o plain shows all\n");
+    for (const auto whole :
+         {cimhttp::OutputFormat::kPlain, cimhttp::OutputFormat::kCsv, cimhttp::OutputFormat::kJson}) {
+        output.str("");
+        cimhttp::WriteListing(listing, whole, {options, output, errors});
+        EXPECT_NE(output.str().find(std::string(kLongestCell + 1, 'x')), std::string::npos);
+    }
 }

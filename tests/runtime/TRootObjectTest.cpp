@@ -12,6 +12,7 @@
 #include <sstream>
 #include <system_error>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "host/ICIMNamespace.h"
@@ -100,6 +101,58 @@ TEST(TLogger, KeepsAMessageOnOneLine) {
     logger.Log(ILogger::eLogError, std::string("a\nb\r\tc\x1b[2J\x7f\0d \xC3\xA4", 16));
     EXPECT_THAT(LinesOf(stream.str()),
                 ElementsAre(testing::HasSubstr("error a\\nb\\r\\tc\\x1b[2J\\x7f\\x00d \xC3\xA4")));
+}
+
+TEST(TLogger, EscapesWhatSteersATerminalOrDoesNotShow) {
+    const std::vector<std::pair<std::string, std::string>> escaped{
+        {"\xC2\x80", "\\xc2\\x80"},                                                       // the C1 controls
+        {"\xC2\x9B", "\\xc2\\x9b"},                                                       // from the first
+        {"\xC2\x9F", "\\xc2\\x9f"},                                                       // to the last
+        {"\xC2\xAD", "\\xc2\\xad"},                                                       // a soft hyphen
+        {"\xD8\x9C", "\\xd8\\x9c"},                                                       // marks of direction
+        {"\xE2\x80\x8E\xE2\x80\x8F", "\\xe2\\x80\\x8e\\xe2\\x80\\x8f"},                   //
+        {"\xE2\x80\xAA\xE2\x80\xAE", "\\xe2\\x80\\xaa\\xe2\\x80\\xae"},                   //
+        {"\xE2\x81\xA6\xE2\x81\xA9", "\\xe2\\x81\\xa6\\xe2\\x81\\xa9"},                   //
+        {"\xE2\x80\x8B\xE2\x80\x8D", "\\xe2\\x80\\x8b\\xe2\\x80\\x8d"},                   // no width
+        {"\xE2\x81\xA0\xEF\xBB\xBF", "\\xe2\\x81\\xa0\\xef\\xbb\\xbf"},                   //
+        {"\xF3\xA0\x80\x81\xF3\xA0\x81\xBF", "\\xf3\\xa0\\x80\\x81\\xf3\\xa0\\x81\\xbf"}, // tags
+    };
+    for (const auto& [text, expected] : escaped) {
+        std::ostringstream stream;
+        TLogger(stream, ILogger::eLogError).Log(ILogger::eLogError, "a" + text + "b");
+        EXPECT_THAT(LinesOf(stream.str()), ElementsAre(testing::EndsWith(" a" + expected + "b")));
+    }
+}
+
+TEST(TLogger, EscapesBytesThatAreNotUtf8) {
+    const std::vector<std::pair<std::string, std::string>> escaped{
+        {"\x9B", "\\x9b"},                            // a C1 control of one byte
+        {"\xC0\x9B", "\\xc0\\x9b"},                   // overlong
+        {"\xE0\x80\x9B", "\\xe0\\x80\\x9b"},          //
+        {"\xED\xA0\x80", "\\xed\\xa0\\x80"},          // a surrogate
+        {"\xF4\x90\x80\x80", "\\xf4\\x90\\x80\\x80"}, // beyond Unicode
+        {"\xFF", "\\xff"},                            //
+        {"\xE2\x82"
+         "c",
+         "\\xe2\\x82"
+         "c"}, // cut short
+        {"\xE2\x82\xC2\x9B", "\\xe2\\x82\\xc2\\x9b"},
+    };
+    for (const auto& [text, expected] : escaped) {
+        std::ostringstream stream;
+        TLogger(stream, ILogger::eLogError).Log(ILogger::eLogError, text);
+        EXPECT_THAT(LinesOf(stream.str()), ElementsAre(testing::EndsWith("error " + expected)));
+    }
+    std::ostringstream stream;
+    TLogger(stream, ILogger::eLogError).Log(ILogger::eLogError, "\xE2\x82");
+    EXPECT_THAT(stream.str(), testing::EndsWith("error \\xe2\\x82\n"));
+}
+
+TEST(TLogger, WritesTextsOfAllLanguagesAsTheyAre) {
+    const std::string text = "K\xC3\xB6ln \xD7\x90 \xE6\x9D\xB1\xE4\xBA\xAC \xE2\x82\xAC \xF0\x9F\x98\x80";
+    std::ostringstream stream;
+    TLogger(stream, ILogger::eLogError).Log(ILogger::eLogError, text);
+    EXPECT_THAT(stream.str(), testing::EndsWith("error " + text + "\n"));
 }
 
 TEST(TLogger, AppendsToAFile) {

@@ -98,10 +98,10 @@ class LinkedPluginAccess : public PluginAccess {
         return boost::make_shared<TCimHTTPProperty>(declaration, value);
     }
 
-    RequestedClasses ReadRequestedClasses(const std::string& path) const override {
+    RequestedClasses ReadRequestedClasses(const std::string& text) const override {
         DocumentReader reader;
-        reader.SetFileName(path);
-        reader.ParseJSSP(); // what it returns is said by the error too
+        reader.SetCharData(text);
+        reader.ParseCharData(); // what it returns is said by the error too
         return {reader.GetRequestedNetworkData(), reader.GetRequestedClassData(), reader.Error()};
     }
 };

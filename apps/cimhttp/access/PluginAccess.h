@@ -92,8 +92,8 @@ class PluginAccess {
     MakeProperty(const boost::shared_ptr<NQORVYX20::ICIMPropertyDecl const>& declaration,
                  const NQORVYX20::TCIMValue& value) const = 0;
 
-    /// Reads a requested-class document. All that is wrong with it is in the log.
-    virtual RequestedClasses ReadRequestedClasses(const std::string& path) const = 0;
+    /// Reads the text of a requested-class document. All that is wrong with it is in the log.
+    virtual RequestedClasses ReadRequestedClasses(const std::string& text) const = 0;
 };
 
 /// The one function that the library exports. The object lives as long as the process.

@@ -60,7 +60,11 @@ void Describe(const X509* certificate, cimhttp::TlsDetails& details) {
 
 extern "C" bool CimhttpTlsHandshake(int socket, const std::string& host, cimhttp::TlsDetails& details) {
     const Context context(::SSL_CTX_new(::TLS_client_method()));
-    const Connection connection(::SSL_new(context.get()));
+    const Connection connection(context ? ::SSL_new(context.get()) : nullptr);
+    if (!connection) { // for lack of memory
+        ::ERR_clear_error();
+        return false;
+    }
     ::SSL_set_tlsext_host_name(connection.get(), host.c_str());
     if (::SSL_set_fd(connection.get(), socket) != 1 || ::SSL_connect(connection.get()) != 1) {
         ::ERR_clear_error();

@@ -1,13 +1,9 @@
 #include "commands/CollectCommand.h"
 
-#include <unistd.h>
-
-#include <cerrno>
 #include <chrono>
 #include <cstdlib>
 #include <optional>
 #include <ostream>
-#include <system_error>
 
 #include "Failure.h"
 #include "Options.h"
@@ -15,6 +11,7 @@
 #include "commands/Collector.h"
 #include "commands/IncidentReport.h"
 #include "connection/Connection.h"
+#include "connection/InputFile.h"
 #include "connection/Session.h"
 #include "output/OutputFile.h"
 #include "text/NameList.h"
@@ -28,6 +25,8 @@ namespace {
 
 constexpr std::chrono::milliseconds kLookInterval{100}; // between two looks at the user
 constexpr std::chrono::milliseconds kGrace{300};        // for the class at hand, after the user has seen enough
+
+constexpr std::size_t kLargestDocument = std::size_t{16} << 20U; // what the parser takes
 
 constexpr const char* kNotes =
     R"(The document names the server and the classes:
@@ -55,10 +54,7 @@ be taken over, and after an interrupt (Ctrl-C): the classes read until then are
 written. A server that stops answering is asked for no further class.)";
 
 RequestedClasses ReadDocument(const Plugin& plugin, const std::string& path) {
-    if (::access(path.c_str(), R_OK) != 0) {
-        throw Failure(Failure::kUsage, path + " cannot be read: " + std::generic_category().message(errno));
-    }
-    auto requested = plugin.Access().ReadRequestedClasses(path);
+    auto requested = plugin.Access().ReadRequestedClasses(InputFile(path).ReadAll(kLargestDocument));
     if (!requested.error.empty()) {
         throw Failure(Failure::kUsage, path + ", " + requested.error);
     }
@@ -109,7 +105,8 @@ void ReportEarlyEnd(const Collector& collector, const Collection& collection, st
                << std::endl;
     }
     if (Interrupted() && !collection.complete) {
-        errors << "cimhttp: interrupted; what was read of " << collection.server << " is written" << std::endl;
+        errors << "cimhttp: interrupted; what was read of " << Printable(collection.server) << " is written"
+               << std::endl;
     }
 }
 

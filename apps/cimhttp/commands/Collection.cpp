@@ -116,14 +116,13 @@ void WriteClass(const Collection::Class& cls, const PluginAccess& access, std::o
 } // namespace
 
 void WriteJson(const Collection& collection, const PluginAccess& access, std::ostream& output) {
-    output << "{\"server\":" << JsonText(collection.server)
-           << ",\n\"complete\":" << (collection.complete ? "true" : "false") << ",\n\"classes\":[";
+    output << "{\"server\":" << JsonText(collection.server) << ",\n\"classes\":[";
     Separator separator(output);
     for (const Collection::Class& cls : collection.classes) {
         separator.BeginItem();
         WriteClass(cls, access, output);
     }
-    output << "]}\n";
+    output << "],\n\"complete\":" << (collection.complete ? "true" : "false") << "}\n";
 }
 
 } // namespace cimhttp

@@ -29,15 +29,17 @@ struct Collection {
 
 /// Writes a collection as one JSON document (RFC 8259), an instance a line:
 ///
-///     {"server": "http://server.example", "complete": true, "classes": [{
+///     {"server": "http://server.example", "classes": [{
 ///         "name": "CIM_Fan",
 ///         "qualifiers": {"Version": "2.1"},
 ///         "properties": [{"name": "Speed", "type": "uint64", "array": false, "qualifiers": {}}],
 ///         "methods": [{"name": "Stop", "type": "uint32",
 ///                      "parameters": [{"name": "Now", "type": "boolean", "array": false}], "qualifiers": {}}],
 ///         "instances": [{"path": "CIM_Fan.Name=\"a\"", "class": "CIM_Fan",
-///                        "properties": {"Speed": {"type": "uint64", "value": 3, "text": "3"}}}]}]}
+///                        "properties": {"Speed": {"type": "uint64", "value": 3, "text": "3"}}}]}],
+///      "complete": true}
 ///
+/// Whether it is complete stands at the end, where no document says so that broke off before.
 /// Instances are those of InstanceJson(), each with all properties of its own class, which may be a subclass.
 void WriteJson(const Collection& collection, const PluginAccess& access, std::ostream& output);
 

@@ -1,6 +1,8 @@
 #include "commands/Collector.h"
 
 #include <mutex>
+#include <new>
+#include <stdexcept>
 #include <utility>
 
 #include "Failure.h"
@@ -24,27 +26,35 @@ struct Collector::State {
 
     void Add(Collection::Class cls) {
         const std::lock_guard<std::mutex> lock(mutex);
-        progress.instances += cls.instances.size();
-        ++progress.classes_done;
+        const std::size_t instances = cls.instances.size();
         collected.classes.push_back(std::move(cls));
+        progress.instances += instances;
+        ++progress.classes_done;
     }
 
     void Add(const IncidentTally& lost) {
         const std::lock_guard<std::mutex> lock(mutex);
-        collected.complete = collected.complete && lost.IsEmpty();
+        collected.complete = collected.complete && lost.IsEmpty(); // whatever the next line throws
         incidents.Add(lost);
     }
 
     void AddFailure(const std::string& failure) {
         const std::lock_guard<std::mutex> lock(mutex);
+        collected.complete = false;
         ++progress.classes_done;
         failures.push_back(failure);
-        collected.complete = false;
     }
 
     void End(const Failure& failure) {
         const std::lock_guard<std::mutex> lock(mutex);
         early_end = failure;
+    }
+
+    /// Something that is not known has not been read.
+    void EndForLackOfMemory() {
+        const std::lock_guard<std::mutex> lock(mutex);
+        collected.complete = false;
+        lacks_memory = true;
     }
 
     bool IsStopping() {
@@ -61,6 +71,7 @@ struct Collector::State {
     IncidentTally incidents;
     std::vector<std::string> failures;
     std::optional<Failure> early_end;
+    bool lacks_memory = false;
     bool is_stopping = false;
 };
 
@@ -69,6 +80,16 @@ Collector::Collector(Session session, std::vector<std::string> names)
       task_([state = state_](const BackgroundTask::Notify& notify) { Run(*state, notify); }) {}
 
 void Collector::Run(State& state, const BackgroundTask::Notify& notify) {
+    try {
+        ReadAll(state, notify);
+    } catch (const std::bad_alloc&) {
+        state.EndForLackOfMemory();
+    } catch (const std::length_error&) {
+        state.EndForLackOfMemory();
+    }
+}
+
+void Collector::ReadAll(State& state, const BackgroundTask::Notify& notify) {
     for (auto name = state.names.begin(); name != state.names.end() && !state.IsStopping(); ++name) {
         Collection::Class cls;
         try {
@@ -81,6 +102,10 @@ void Collector::Run(State& state, const BackgroundTask::Notify& notify) {
                 return;
             }
             state.AddFailure(failure.what());
+        } catch (const std::bad_alloc&) {
+            throw;
+        } catch (const std::length_error&) {
+            throw;
         } catch (const std::exception& exception) {
             state.AddFailure(exception.what());
         }
@@ -104,7 +129,7 @@ std::vector<std::string> Collector::TakeFailures() {
 
 std::optional<Failure> Collector::EarlyEnd() const {
     const std::lock_guard<std::mutex> lock(state_->mutex);
-    return state_->early_end;
+    return state_->lacks_memory ? Failure(Failure::kOther, kTooLittleMemory) : state_->early_end;
 }
 
 void Collector::Stop() {

@@ -33,8 +33,8 @@ class Collector {
     /// A line for each class that could not be read since the last call.
     std::vector<std::string> TakeFailures();
 
-    /// Why the reading has ended before the last class, where the server is gone or does not let the user in. It is no
-    /// failure of a class.
+    /// Why the reading has ended before the last class, where the server is gone, does not let the user in, or sends
+    /// more than there is memory for. It is no failure of a class.
     std::optional<Failure> EarlyEnd() const;
 
     /// Asks to read no further class. The one at hand is still waited for.
@@ -50,6 +50,7 @@ class Collector {
     struct State;
 
     static void Run(State& state, const BackgroundTask::Notify& notify);
+    static void ReadAll(State& state, const BackgroundTask::Notify& notify);
 
     std::shared_ptr<State> state_; // the task has it too
     BackgroundTask task_;

@@ -7,6 +7,7 @@
 #include "connection/Connection.h"
 #include "connection/Plugin.h"
 #include "connection/Session.h"
+#include "text/TerminalText.h"
 #include "waiting/Attendant.h"
 #include "waiting/Interrupt.h"
 
@@ -33,7 +34,7 @@ Session CommandContext::ConnectTo(const Plugin& plugin, const Connection& connec
                                   const Attendant& attendant) const {
     Session session(plugin, connection, attendant);
     if (connection.tls) {
-        errors << "cimhttp: encrypted, but nobody has verified that this is " << connection.host << '\n';
+        errors << "cimhttp: encrypted, but nobody has verified that this is " << Printable(connection.host) << '\n';
     }
     return session;
 }

@@ -12,6 +12,7 @@
 #include "connection/ConnectionStore.h"
 #include "connection/Session.h"
 #include "output/Listing.h"
+#include "text/TerminalText.h"
 
 namespace cimhttp {
 
@@ -140,7 +141,7 @@ void ConnectionCommand::Test(const CommandContext& context) const {
     options.connection = name_;
     const CommandContext named{options, context.output, context.errors};
     Session session = named.Connect();
-    context.output << session.Server() << " answers: " << session.ClassNames().size() << " classes\n";
+    context.output << Printable(session.Server()) << " answers: " << session.ClassNames().size() << " classes\n";
 }
 
 } // namespace cimhttp

@@ -15,13 +15,12 @@
 #include "output/InstanceRecords.h"
 #include "output/MofWriter.h"
 #include "output/PropertySelector.h"
-#include "text/Pattern.h"
+#include "text/NameOrder.h"
 
 namespace cimhttp {
 
 namespace {
 
-using NQORVYX20::ICIMPropertyDecl;
 using NQORVYX20::TCIMContext;
 using Order = PropertySelector::Order;
 
@@ -118,17 +117,13 @@ class Writer {
     }
 
     bool SubclassesAddSome() const {
-        PropertySelector selector = Selector(Order::kGiven);
-        return std::any_of(instances_.begin(), instances_.end(), [&](const auto& instance) {
-            const Properties& own = selector.PropertiesFor(*instance);
-            return std::any_of(own.begin(), own.end(), [&](const auto& property) { return !IsSelected(*property); });
-        });
-    }
-
-    bool IsSelected(const ICIMPropertyDecl& property) const {
-        return std::any_of(selection_.properties.begin(), selection_.properties.end(), [&](const auto& one) {
-            return IsSameName(one->GetName(TCIMContext()), property.GetName(TCIMContext()));
-        });
+        NameSet selected;
+        for (const auto& property : selection_.properties) {
+            selected.insert(property->GetName(TCIMContext()));
+        }
+        const Properties all = PropertiesOf(instances_);
+        return std::any_of(all.begin(), all.end(),
+                           [&](const auto& property) { return selected.count(property->GetName(TCIMContext())) == 0; });
     }
 
     const Instances& instances_;

@@ -65,7 +65,7 @@ void WriteCsv(const Listing& listing, bool is_shown, std::ostream& output) {
     std::string record;
     for (const Listing::Column& column : listing.Columns()) {
         record += record.empty() ? "" : ",";
-        AppendField(column.heading, record);
+        AppendField(is_shown ? PrintableLines(column.heading) : column.heading, record);
     }
     output << record << kRecordEnd;
     for (const auto& row : listing.Rows()) {
@@ -84,25 +84,18 @@ void WriteCsv(const Listing& listing, bool is_shown, std::ostream& output) {
     }
 }
 
-/// The first `count` of several names, and how many more there are.
-std::string FirstNames(const std::vector<std::string>& names, std::size_t count) {
-    std::string text;
-    for (std::size_t i = 0; i < count; ++i) {
-        text += (i == 0 ? "" : ", ") + names[i];
-    }
-    return count == names.size() ? text : text + " and " + std::to_string(names.size() - count) + " more";
-}
-
 /// One line that names as many columns as it has room for.
 std::string LeftOutColumns(const std::vector<std::string>& columns, const std::string& hint, std::size_t width) {
-    for (std::size_t count = columns.size(); count > 0; --count) {
-        std::string line = "cimhttp: left out: " + FirstNames(columns, count) + hint;
-        if (DisplayWidth(line) <= width) {
-            return line;
-        }
+    std::string line = "cimhttp: " + std::to_string(columns.size()) +
+                       (columns.size() == 1 ? " column is" : " columns are") + " left out" + hint;
+    std::string names = "cimhttp: left out: ";
+    for (std::size_t count = 1; count <= columns.size() && DisplayWidth(names) <= width; ++count) {
+        names += (count == 1 ? "" : ", ") + columns[count - 1];
+        const std::size_t left = columns.size() - count;
+        const std::string whole = names + (left == 0 ? "" : " and " + std::to_string(left) + " more") + hint;
+        line = DisplayWidth(whole) <= width ? whole : line;
     }
-    return "cimhttp: " + std::to_string(columns.size()) + (columns.size() == 1 ? " column is" : " columns are") +
-           " left out" + hint;
+    return line;
 }
 
 void SayWhatIsLeftOut(const TableOmissions& left_out, const char* whole_form, const CommandContext& context) {
@@ -115,6 +108,9 @@ void SayWhatIsLeftOut(const TableOmissions& left_out, const char* whole_form, co
     }
     if (left_out.digits) {
         context.errors << "cimhttp: numbers that end in … are cut off" << hint << '\n';
+    }
+    if (left_out.texts) {
+        context.errors << "cimhttp: texts of more than 64 KiB are cut off" << hint << '\n';
     }
 }
 

@@ -9,6 +9,7 @@
 #include "Options.h"
 #include "connection/ConnectionStore.h"
 #include "connection/PasswordPrompt.h"
+#include "text/TerminalText.h"
 
 namespace cimhttp {
 
@@ -87,8 +88,9 @@ std::string PasswordOf(const Options& options, const std::string& user, const st
     if (options.password_variable) {
         return *options.password_variable;
     }
-    const auto typed = options.is_error_stream_terminal ? AskForPassword("Password of " + user + " on " + server + ": ")
-                                                        : std::nullopt;
+    const auto typed = options.is_error_stream_terminal
+                           ? AskForPassword(Printable("Password of " + user + " on " + server + ": "))
+                           : std::nullopt;
     if (!typed) {
         throw Failure(Failure::kUsage, "the user " + user +
                                            " needs a password: give --password-file FILE or set the variable "

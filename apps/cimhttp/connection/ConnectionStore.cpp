@@ -1,6 +1,7 @@
 #include "connection/ConnectionStore.h"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -8,7 +9,6 @@
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <nlohmann/json.hpp>
 #include <system_error>
 #include <utility>
@@ -17,6 +17,7 @@
 #include "Failure.h"
 #include "connection/Connection.h"
 #include "connection/FileLock.h"
+#include "connection/InputFile.h"
 #include "output/OutputFile.h"
 #include "text/NearestNames.h"
 
@@ -30,7 +31,8 @@ using nlohmann::ordered_json;
 
 constexpr mode_t kOnlyOwner = 0600;
 constexpr mode_t kNotForOthers = 077;
-constexpr std::chrono::seconds kPatience{10}; // with other processes, which need milliseconds
+constexpr std::size_t kLargestFile = std::size_t{1} << 20U; // some thousand connections
+constexpr std::chrono::seconds kPatience{10};               // with other processes, which need milliseconds
 
 constexpr const char* kHost = "host";
 constexpr const char* kTls = "tls";
@@ -123,9 +125,9 @@ class EntryReader {
     std::string place_;
 };
 
-json Parse(const std::string& path, std::istream& stream) {
+json Parse(const std::string& path, const std::string& content) {
     try {
-        json document = json::parse(stream);
+        json document = json::parse(content);
         if (!document.is_object()) {
             Refuse(path + " is not a list of connections");
         }
@@ -153,11 +155,10 @@ ordered_json ToJson(const SavedConnection& connection) {
 }
 
 /// A file that others can read is no place for passwords.
-void CheckPrivacy(const std::string& path, const ConnectionStore::Connections& connections) {
+void CheckPrivacy(const std::string& path, mode_t mode, const ConnectionStore::Connections& connections) {
     const bool holds_password = std::any_of(connections.begin(), connections.end(),
                                             [](const auto& entry) { return entry.second.password.has_value(); });
-    struct stat status {};
-    if (holds_password && ::stat(path.c_str(), &status) == 0 && (status.st_mode & kNotForOthers) != 0) {
+    if (holds_password && (mode & kNotForOthers) != 0) {
         Refuse(path + " holds a password and is open to others: chmod 600 it, and think of changing the password");
     }
 }
@@ -183,20 +184,17 @@ ConnectionStore ConnectionStore::NeededOfUser() {
 }
 
 ConnectionStore::Connections ConnectionStore::Read() const {
-    std::ifstream stream(path_);
-    if (!stream.is_open() && errno == ENOENT) {
+    if (::access(path_.c_str(), F_OK) != 0 && errno == ENOENT) {
         return {};
     }
-    stream.peek(); // a folder can be opened, too
-    if (!stream.is_open() || stream.bad()) {
-        Refuse(path_ + " cannot be read: " + std::generic_category().message(errno));
-    }
+    const InputFile file(path_);
+    file.NeedRegular();
     Connections connections;
-    const json document = Parse(path_, stream);
+    const json document = Parse(path_, file.ReadAll(kLargestFile));
     for (const auto& [name, entry] : document.items()) {
         connections.emplace(name, EntryReader(entry, path_ + ", connection '" + name + "'").Read());
     }
-    CheckPrivacy(path_, connections);
+    CheckPrivacy(path_, file.Mode(), connections);
     return connections;
 }
 
@@ -219,15 +217,11 @@ void ConnectionStore::MakeFolder() const {
 }
 
 void ConnectionStore::Write(const Connections& connections) const {
-    if (::chmod(path_.c_str(), kOnlyOwner) != 0 && errno != ENOENT) { // the new file gets the old one's permissions
-        throw Failure(Failure::kOther,
-                      path_ + " cannot be kept from others: " + std::generic_category().message(errno));
-    }
     ordered_json document = ordered_json::object();
     for (const auto& [name, connection] : connections) {
         document[name] = ToJson(connection);
     }
-    OutputFile(path_).Replace([&](std::ostream& stream) { stream << document.dump(4) << '\n'; });
+    OutputFile(path_, kOnlyOwner).Replace([&](std::ostream& stream) { stream << document.dump(4) << '\n'; });
 }
 
 SavedConnection ConnectionStore::Find(const std::string& name) const {

@@ -21,7 +21,8 @@ constexpr int kPatienceMs = 1000;
 enum class PortState {
     kOpen,
     kRefused,
-    kSilent, ///< or out of reach
+    kSilent,  ///< or out of reach
+    kUntried, ///< the program has no socket left to ask with
 };
 
 /// What became of a connection that was begun, as an error number; ETIMEDOUT when it takes too long.
@@ -37,8 +38,8 @@ int ResultOf(int socket) {
 
 PortState Try(const addrinfo& address) {
     const int socket = ::socket(address.ai_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-    if (socket < 0) {
-        return PortState::kSilent;
+    if (socket < 0) { // also where the machine does not know the kind of address
+        return errno == EAFNOSUPPORT ? PortState::kSilent : PortState::kUntried;
     }
     const bool is_begun = ::connect(socket, address.ai_addr, address.ai_addrlen) == 0 || errno == EINPROGRESS;
     const int error = is_begun ? ResultOf(socket) : errno;
@@ -53,7 +54,7 @@ PortState StateOf(const HostAddresses& addresses) {
     for (const addrinfo* address = addresses.First(); address != nullptr && asked < 2;
          address = address->ai_next, ++asked) {
         const PortState one = Try(*address);
-        if (one == PortState::kOpen) {
+        if (one == PortState::kOpen || one == PortState::kUntried) {
             return one;
         }
         state = one == PortState::kRefused ? one : state;
@@ -61,30 +62,43 @@ PortState StateOf(const HostAddresses& addresses) {
     return state;
 }
 
-std::string ExplainUnknownHost(int error) {
-    return error == EAI_NONAME ? "no host of this name is known; check the spelling or give an address"
-                               : std::string("the host's name cannot be looked up: ") + ::gai_strerror(error);
+std::string ExplainUnknownHost(const HostAddresses& addresses) {
+    return addresses.Error() == EAI_NONAME ? "no host of this name is known; check the spelling or give an address"
+                                           : "the host's name cannot be looked up: " + addresses.ErrorText();
+}
+
+/// What to try where the other port answers; empty where it does not. Nobody is told to leave out TLS who would then
+/// send a password in plain text: whoever stands between could get it by disturbing TLS.
+std::string OtherWay(const Connection& connection) {
+    if (connection.tls && !connection.user.empty()) {
+        return {};
+    }
+    const int port = connection.tls ? kHttpPort : kHttpsPort;
+    const bool answers = StateOf(HostAddresses(connection.host, port)) == PortState::kOpen;
+    return answers ? "port " + std::to_string(port) + " answers: " + (connection.tls ? "leave out --tls" : "add --tls")
+                   : std::string();
 }
 
 } // namespace
 
 std::string ExplainFailedConnect(const Connection& connection, const std::string& reason) {
     const int port = connection.Port();
-    const int other_port = port == kHttpPort ? kHttpsPort : kHttpPort;
-    const std::string other_way = connection.tls ? "leave out --tls" : "add --tls";
     const HostAddresses addresses(connection.host, port);
     if (addresses.Error() != 0) {
-        return ExplainUnknownHost(addresses.Error());
+        return ExplainUnknownHost(addresses);
     }
     const PortState state = StateOf(addresses);
-    const bool other_answers = StateOf(HostAddresses(connection.host, other_port)) == PortState::kOpen;
+    if (state == PortState::kUntried || (state == PortState::kOpen && !connection.tls)) {
+        return reason; // to which the other port is no answer
+    }
+    const std::string other_way = OtherWay(connection);
     if (state == PortState::kOpen) {
-        return reason + (other_answers ? "; port " + std::to_string(other_port) + " answers, too: " + other_way : "");
+        return reason + (other_way.empty() ? "" : "; " + other_way);
     }
     const std::string what =
         (state == PortState::kRefused ? "nothing listens on port " : "no answer from port ") + std::to_string(port);
-    if (other_answers) {
-        return what + ", but port " + std::to_string(other_port) + " answers: " + other_way;
+    if (!other_way.empty()) {
+        return what + ", but " + other_way;
     }
     if (state != PortState::kRefused) {
         return what + "; is the host up, and does a firewall let the port through?";

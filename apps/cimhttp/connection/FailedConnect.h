@@ -8,6 +8,7 @@ struct Connection;
 
 /// Why there is no connection to a server, in words for the user: what failed and what to try. `reason` says what the
 /// plug-in found; where looking at the server's name and ports tells more, that takes its place.
+/// To leave out TLS is never advised to those who log in.
 /// Takes a second for each of the two ports at most, beside the time for looking up the name.
 std::string ExplainFailedConnect(const Connection& connection, const std::string& reason);
 

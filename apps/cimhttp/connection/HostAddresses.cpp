@@ -2,6 +2,9 @@
 
 #include <sys/socket.h>
 
+#include <cerrno>
+#include <system_error>
+
 namespace cimhttp {
 
 HostAddresses::HostAddresses(const std::string& host, int port) {
@@ -11,6 +14,8 @@ HostAddresses::HostAddresses(const std::string& host, int port) {
     error_ = ::getaddrinfo(host.c_str(), std::to_string(port).c_str(), &hints, &found);
     if (error_ == 0) {
         list_.reset(found);
+    } else {
+        error_text_ = error_ == EAI_SYSTEM ? std::generic_category().message(errno) : ::gai_strerror(error_);
     }
 }
 

@@ -15,6 +15,9 @@ class HostAddresses {
     /// Why the host could not be looked up, a code for gai_strerror(); 0 when it was.
     int Error() const { return error_; }
 
+    /// The same in words.
+    const std::string& ErrorText() const { return error_text_; }
+
     /// The first of a list; null after an error. Valid as long as the object.
     const addrinfo* First() const { return list_.get(); }
 
@@ -25,6 +28,7 @@ class HostAddresses {
 
     std::unique_ptr<addrinfo, Free> list_;
     int error_;
+    std::string error_text_;
 };
 
 } // namespace cimhttp

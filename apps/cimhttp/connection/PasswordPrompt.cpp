@@ -11,6 +11,8 @@
 #include <csignal>
 #include <string_view>
 
+#include "Descriptor.h"
+
 namespace cimhttp {
 
 namespace {
@@ -19,24 +21,6 @@ constexpr const char* kControllingTerminal = "/dev/tty";
 
 /// The terminal takes lines of this length (N_TTY_BUF_SIZE of the kernel).
 constexpr std::size_t kLongestLine = 4096;
-
-/// A file descriptor.
-class Descriptor {
-  public:
-    explicit Descriptor(int number) : number_(number) {}
-    ~Descriptor() {
-        if (number_ >= 0) {
-            ::close(number_);
-        }
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    int Number() const { return number_; }
-
-  private:
-    int number_;
-};
 
 /// Keeps the signals that would end or stop the program waiting, so that the terminal can be put right first.
 class HeldSignals {

@@ -1,5 +1,7 @@
 #include "connection/Session.h"
 
+#include <exception>
+
 #include "Failure.h"
 #include "cimhttp/ContextKeys.h"
 #include "connection/FailedConnect.h"
@@ -157,7 +159,10 @@ std::vector<RemoteQualifierDeclaration> Session::QualifierDeclarations() {
 std::vector<RemoteQualifierDeclaration> Session::KnownQualifiers() {
     try {
         return Attended("the qualifiers", [&] { return plugin_.Access().ReadQualifierDeclarations(*namespace_); });
-    } catch (const RemoteError&) {
+    } catch (const RemoteError& error) {
+        if (error.Failure().kind == RemoteFailure::Kind::kLimit) { // there are some, too many to be read
+            Fail("the qualifiers cannot be read from " + Server(), error.Failure());
+        }
         return {};
     }
 }
@@ -214,12 +219,20 @@ std::vector<boost::shared_ptr<ICIMInstance>> Session::Instances(ICIMClass& cls, 
     const std::string name = cls.GetName(TCIMContext());
     const auto read = [&] {
         std::vector<boost::shared_ptr<ICIMInstance>> instances;
+        std::exception_ptr error; // which the plug-in might take for one of the server's
         cls.EnumerateInstances(
             [&](const boost::shared_ptr<ICIMInstance>& instance) {
-                instances.push_back(instance);
-                return true;
+                try {
+                    instances.push_back(instance);
+                } catch (...) {
+                    error = std::current_exception();
+                }
+                return error == nullptr;
             },
             deep, ReadingContext(properties));
+        if (error != nullptr) {
+            std::rethrow_exception(error);
+        }
         return instances;
     };
     try {

@@ -1,15 +1,8 @@
 #include "output/ClassTree.h"
 
-#include <strings.h>
-
 #include <algorithm>
-#include <set>
 
 namespace cimhttp {
-
-bool ClassTree::CaseLess::operator()(const std::string& one, const std::string& other) const {
-    return ::strcasecmp(one.c_str(), other.c_str()) < 0;
-}
 
 ClassTree::ClassTree(const std::vector<RemoteClassName>& classes) {
     Names superclasses;
@@ -22,10 +15,10 @@ ClassTree::ClassTree(const std::vector<RemoteClassName>& classes) {
 }
 
 void ClassTree::Link(const Names& superclasses) {
-    std::set<std::string, CaseLess> linked; // classes known to hang below a top class
+    NameSet linked; // classes known to hang below a top class
     for (const auto& [name, superclass] : superclasses) {
         // Upwards from a class until a linked one, a top class, or where the way began.
-        std::set<std::string, CaseLess> way;
+        NameSet way;
         std::string current = name;
         while (linked.count(current) == 0) {
             way.insert(current);
@@ -40,7 +33,7 @@ void ClassTree::Link(const Names& superclasses) {
         linked.insert(way.begin(), way.end());
     }
     for (auto& [name, subclasses] : subclasses_) {
-        std::sort(subclasses.begin(), subclasses.end(), CaseLess());
+        std::sort(subclasses.begin(), subclasses.end(), NameBefore());
     }
 }
 

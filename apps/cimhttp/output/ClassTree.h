@@ -1,10 +1,10 @@
 #pragma once
 
-#include <map>
 #include <string>
 #include <vector>
 
 #include "access/RemoteModel.h"
+#include "text/NameOrder.h"
 
 namespace cimhttp {
 
@@ -24,16 +24,13 @@ class ClassTree {
     std::string Find(const std::string& name) const;
 
   private:
-    struct CaseLess {
-        bool operator()(const std::string& one, const std::string& other) const;
-    };
-    using Names = std::map<std::string, std::string, CaseLess>; // from a name to another
+    using Names = ByName<std::string>; // from a name to another
 
     void Link(const Names& superclasses);
 
     Names names_;
     /// The empty name stands above the top classes.
-    std::map<std::string, std::vector<std::string>, CaseLess> subclasses_;
+    ByName<std::vector<std::string>> subclasses_;
 };
 
 } // namespace cimhttp

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <numeric>
+#include <set>
 #include <string_view>
-#include <unordered_set>
 
 #include "output/TableTexts.h"
 
@@ -13,28 +13,44 @@ namespace {
 
 constexpr std::size_t kNarrow = 16; // it does not matter how much narrower a column is
 
+// Nothing here is looked up by a hash: whoever sends the texts could make them all collide.
+
 std::size_t CountDifferent(const TableTexts& texts, std::size_t column) {
-    std::unordered_set<std::string_view> different;
+    std::vector<std::string_view> sorted;
+    sorted.reserve(texts.Rows().size());
     for (const auto& row : texts.Rows()) {
-        different.insert(row[column]);
+        sorted.emplace_back(row[column]);
     }
-    return different.size();
+    std::sort(sorted.begin(), sorted.end());
+    return static_cast<std::size_t>(std::unique(sorted.begin(), sorted.end()) - sorted.begin());
 }
 
-bool RepeatsAnother(const TableTexts& texts, std::size_t column) {
-    for (std::size_t before = 0; before < column; ++before) {
-        if (std::all_of(texts.Rows().begin(), texts.Rows().end(),
-                        [&](const auto& row) { return row[column] == row[before]; })) {
-            return true;
+/// Columns in the order of their texts, of equal ones the first.
+class DistinctColumns {
+  public:
+    explicit DistinctColumns(const TableTexts& texts) : known_(Before{texts}) {}
+
+    /// Takes the next column. False when it repeats one before.
+    bool Add(std::size_t column) { return known_.insert(column).second; }
+
+  private:
+    struct Before {
+        const TableTexts& texts;
+
+        bool operator()(std::size_t one, std::size_t other) const {
+            const auto row = std::find_if(texts.Rows().begin(), texts.Rows().end(),
+                                          [&](const auto& cells) { return cells[one] != cells[other]; });
+            return row != texts.Rows().end() && (*row)[one] < (*row)[other];
         }
-    }
-    return false;
-}
+    };
+
+    std::set<std::size_t, Before> known_;
+};
 
 /// What keeps a column in a table, the more the longer.
 enum class Merit { kNone, kConstant, kUsual, kHigh, kKey, kAsked };
 
-Merit MeritOf(const TableTexts& texts, std::size_t column, std::size_t different) {
+Merit MeritOf(const TableTexts& texts, std::size_t column, std::size_t different, bool is_repetition) {
     const auto importance = texts.Columns()[column].importance;
     if (importance == Listing::Importance::kAsked) {
         return Merit::kAsked;
@@ -43,7 +59,7 @@ Merit MeritOf(const TableTexts& texts, std::size_t column, std::size_t different
     if (has_several_rows && different == 1) {
         return importance == Listing::Importance::kHigh ? Merit::kConstant : Merit::kNone;
     }
-    if (has_several_rows && RepeatsAnother(texts, column)) {
+    if (has_several_rows && is_repetition) {
         return Merit::kNone;
     }
     switch (importance) {
@@ -69,17 +85,18 @@ struct Worth {
     }
 };
 
-Worth WorthOf(const TableTexts& texts, std::size_t column) {
+Worth WorthOf(const TableTexts& texts, std::size_t column, bool is_repetition) {
     const std::size_t different = CountDifferent(texts, column);
-    return {MeritOf(texts, column, different), different, std::max(texts.TextWidth(column), kNarrow)};
+    return {MeritOf(texts, column, different, is_repetition), different, std::max(texts.TextWidth(column), kNarrow)};
 }
 
 } // namespace
 
 ColumnRanking::ColumnRanking(const TableTexts& texts) : columns_(texts.Columns().size()) {
     std::vector<Worth> worths;
+    DistinctColumns distinct(texts);
     for (std::size_t i = 0; i < columns_.size(); ++i) {
-        worths.push_back(WorthOf(texts, i));
+        worths.push_back(WorthOf(texts, i, !distinct.Add(i)));
         is_telling_.push_back(worths.back().merit >= Merit::kUsual);
         is_constant_.push_back(worths.back().merit == Merit::kConstant);
     }

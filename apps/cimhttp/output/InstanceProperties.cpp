@@ -1,6 +1,7 @@
 #include "output/InstanceProperties.h"
 
 #include <algorithm>
+#include <set>
 
 #include "Failure.h"
 #include "host/ICIMClass.h"
@@ -8,21 +9,14 @@
 #include "host/ICIMProperty.h"
 #include "host/ICIMPropertyDecl.h"
 #include "host/ICIMQualifier.h"
+#include "text/NameOrder.h"
 #include "text/NearestNames.h"
-#include "text/Pattern.h"
 
 namespace cimhttp {
 
 namespace {
 
 using namespace NQORVYX20;
-
-boost::shared_ptr<ICIMPropertyDecl> Find(const Properties& properties, const std::string& name) {
-    const auto found = std::find_if(properties.begin(), properties.end(), [&](const auto& property) {
-        return IsSameName(property->GetName(TCIMContext()), name);
-    });
-    return found == properties.end() ? boost::shared_ptr<ICIMPropertyDecl>() : *found;
-}
 
 Failure NoSuchProperty(const std::string& name, const Properties& properties, const std::string& class_name) {
     return {Failure::kUsage, "the class " + class_name + " has no property " + name +
@@ -47,15 +41,15 @@ Properties PropertiesOf(const ICIMInstance& instance) { return PropertiesOf(*ins
 
 Properties PropertiesOf(const Instances& instances) {
     Properties properties;
-    boost::shared_ptr<ICIMClass> last;
+    std::set<boost::shared_ptr<ICIMClass>> classes;
+    NameSet names;
     for (const auto& instance : instances) {
-        auto cls = instance->GetClass(TCIMContext());
-        if (cls == last) {
+        const auto cls = instance->GetClass(TCIMContext());
+        if (!classes.insert(cls).second) {
             continue;
         }
-        last = std::move(cls);
-        for (const auto& property : PropertiesOf(*last)) {
-            if (!Find(properties, property->GetName(TCIMContext()))) {
+        for (const auto& property : PropertiesOf(*cls)) {
+            if (names.insert(property->GetName(TCIMContext())).second) {
                 properties.push_back(property);
             }
         }
@@ -73,12 +67,17 @@ std::vector<std::string> NamesOf(const Properties& properties) {
 }
 
 Properties Chosen(const Properties& properties, const std::vector<std::string>& names, const std::string& class_name) {
+    ByName<boost::shared_ptr<ICIMPropertyDecl>> by_name;
+    for (const auto& property : properties) {
+        by_name.emplace(property->GetName(TCIMContext()), property);
+    }
     Properties chosen;
     for (const std::string& name : names) {
-        chosen.push_back(Find(properties, name));
-        if (!chosen.back()) {
+        const auto found = by_name.find(name);
+        if (found == by_name.end()) {
             throw NoSuchProperty(name, properties, class_name);
         }
+        chosen.push_back(found->second);
     }
     return chosen;
 }

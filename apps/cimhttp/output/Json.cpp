@@ -16,6 +16,7 @@ using NQORVYX20::TCIMValue;
 using ECIMType = TCIMValue::TCIMType::ECIMType;
 
 constexpr unsigned char kDecimal = 10;
+constexpr unsigned kSixteenBits = 0xFFFF;
 
 void AppendEscaped(char32_t character, std::string& text) {
     switch (character) {
@@ -35,9 +36,11 @@ void AppendEscaped(char32_t character, std::string& text) {
         break;
     default:
         if (IsControl(character)) {
-            char escape[sizeof "\\u0000"];
-            std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(character));
-            text += escape;
+            for (const unsigned unit : Utf16Units(character)) {
+                char escape[sizeof "\\u0000"];
+                std::snprintf(escape, sizeof escape, "\\u%04x", unit & kSixteenBits);
+                text += escape;
+            }
         } else {
             AppendUtf8(character, text);
         }

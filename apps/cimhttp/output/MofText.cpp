@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <string_view>
+#include <utility>
 
 #include "host/TCIMValue.h"
 #include "text/Utf8.h"
@@ -15,6 +17,7 @@ using NQORVYX20::TCIMValue;
 using ECIMType = TCIMValue::TCIMType::ECIMType;
 
 constexpr unsigned char kDecimal = 10;
+constexpr unsigned kSixteenBits = 0xFFFF;
 constexpr std::size_t kLineWidth = 100;
 constexpr std::size_t kLeastRoom = 20; // for a literal, however deep it is indented
 
@@ -41,63 +44,69 @@ std::string Escaped(char32_t character, char quote) {
         text += '\\';
     }
     if (IsControl(character)) {
-        char escape[sizeof "\\x0000"];
-        std::snprintf(escape, sizeof escape, "\\x%04X", static_cast<unsigned>(character));
-        return escape;
+        for (const unsigned unit : Utf16Units(character)) {
+            char escape[sizeof "\\x0000"];
+            std::snprintf(escape, sizeof escape, "\\x%04X", unit & kSixteenBits);
+            text += escape;
+        }
+        return text;
     }
     AppendUtf8(character, text);
     return text;
 }
 
-/// The characters of a text, each escaped.
-std::vector<std::string> EscapedCharacters(const std::string& text, char quote) {
-    std::vector<std::string> characters;
+/// Calls `take` with each character of a text, escaped.
+template <typename Take>
+void ForEachEscaped(std::string_view text, char quote, const Take& take) {
     for (std::size_t i = 0; i < text.size();) {
         const Utf8Character character = CharacterAt(text, i);
-        characters.push_back(Escaped(character.value, quote));
+        take(Escaped(character.value, quote));
         i += character.size;
     }
-    return characters;
 }
 
 std::string Quoted(const std::string& text, char quote) {
     std::string literal(1, quote);
-    for (const std::string& character : EscapedCharacters(text, quote)) {
-        literal += character;
-    }
+    ForEachEscaped(text, quote, [&](const std::string& character) { literal += character; });
     return literal + quote;
 }
 
-/// The end of the piece that begins at `begin`: behind the last blank that fits, or within a word wider than a line.
-std::size_t EndOfPiece(const std::vector<std::string>& characters, std::size_t begin, std::size_t room) {
-    std::size_t used = 0;
-    std::size_t end_of_word = begin;
-    for (std::size_t i = begin; i < characters.size(); ++i) {
-        used += characters[i].size();
-        if (used > room) {
-            return end_of_word > begin ? end_of_word : i;
+/// Puts adjacent literals together, each on a line of its own.
+class LiteralWriter {
+  public:
+    LiteralWriter(std::size_t indent, std::size_t room) : indent_(indent), room_(room) {}
+
+    /// Adds an escaped character. Where it does not fit, the line ends behind the last blank, or within a word that is
+    /// wider than a line.
+    void Add(const std::string& character) {
+        while (literal_.size() - begin_ + character.size() > room_) {
+            BreakLine(word_ > begin_ ? word_ : literal_.size());
         }
-        if (characters[i] == " ") {
-            end_of_word = i + 1;
+        literal_ += character;
+        if (character == " ") {
+            word_ = literal_.size();
         }
     }
-    return characters.size();
-}
+
+    std::string Finish() { return std::move(literal_) + '"'; }
+
+  private:
+    void BreakLine(std::size_t end) {
+        literal_.insert(end, '"' + LineBreak(indent_) + '"');
+        begin_ = end + indent_ + 3; // the quotes and the line end
+    }
+
+    std::size_t indent_;
+    std::size_t room_;
+    std::string literal_ = "\"";
+    std::size_t begin_ = 1; // of the characters on the last line
+    std::size_t word_ = 1;  // behind its last blank
+};
 
 std::string StringLiteral(const std::string& text, std::size_t indent) {
-    const auto characters = EscapedCharacters(text, '"');
-    const std::size_t room = indent + kLeastRoom > kLineWidth ? kLeastRoom : kLineWidth - indent - 2;
-    std::string literal;
-    std::size_t begin = 0;
-    do {
-        const std::size_t end = EndOfPiece(characters, begin, room);
-        literal += begin == 0 ? "\"" : LineBreak(indent) + '"';
-        for (; begin < end; ++begin) {
-            literal += characters[begin];
-        }
-        literal += '"';
-    } while (begin < characters.size());
-    return literal;
+    LiteralWriter writer(indent, indent + kLeastRoom > kLineWidth ? kLeastRoom : kLineWidth - indent - 2);
+    ForEachEscaped(text, '"', [&](const std::string& character) { writer.Add(character); });
+    return writer.Finish();
 }
 
 /// MOF demands a point and a digit behind it (realValue).

@@ -1,6 +1,7 @@
 #include "output/MofWriter.h"
 
 #include <algorithm>
+#include <map>
 
 #include "access/RemoteModel.h"
 #include "host/ICIMClass.h"
@@ -8,6 +9,7 @@
 #include "host/ICIMProperty.h"
 #include "host/ICIMPropertyDecl.h"
 #include "output/MofText.h"
+#include "text/NameOrder.h"
 #include "text/Pattern.h"
 #include "text/TerminalText.h"
 
@@ -39,7 +41,11 @@ std::vector<std::string> DifferingFlavors(const RemoteFlavor& flavor, const Remo
 class ClassWriter {
   public:
     ClassWriter(const RemoteClass& cls, const std::vector<RemoteQualifierDeclaration>& declarations, bool is_whole)
-        : cls_(cls), declarations_(declarations), is_whole_(is_whole) {}
+        : cls_(cls), is_whole_(is_whole) {
+        for (const RemoteQualifierDeclaration& declaration : declarations) {
+            flavors_.emplace(declaration.name, declaration.flavor);
+        }
+    }
 
     std::string Class() const {
         std::string head = QualifierList(cls_.qualifiers, 0) + "class " + Printable(cls_.name);
@@ -103,35 +109,27 @@ class ClassWriter {
 
     /// A comment for each class that features are inherited from.
     void AddInherited(std::vector<std::string>& features) const {
-        for (const std::string& origin : Origins()) {
-            std::string text =
-                Blanks(kIndent) + "// Inherited" + (origin.empty() ? "" : " from " + Printable(origin)) + ":\n";
-            for (const RemoteProperty& property : cls_.properties) {
-                if (property.is_inherited && property.origin == origin) {
-                    text += Comment((IsKey(property) ? "[Key] " : "") + MofType(property.type) + ' ' + property.name +
-                                    MofArray(property.type));
-                }
+        const std::size_t begin = features.size();
+        std::map<std::string, std::size_t> places; // of the comments, which have the order of the server
+        const auto add = [&](const std::string& origin, const std::string& feature) {
+            const auto [place, is_new] = places.emplace(origin, features.size() - begin);
+            if (is_new) {
+                features.push_back(Blanks(kIndent) + "// Inherited" +
+                                   (origin.empty() ? "" : " from " + Printable(origin)) + ":\n");
             }
-            for (const RemoteMethod& method : cls_.methods) {
-                if (method.is_inherited && method.origin == origin) {
-                    text += Comment(MethodSignature(method));
-                }
-            }
-            features.push_back(text);
-        }
-    }
-
-    /// The classes that features are inherited from, in the order in which the server names them.
-    std::vector<std::string> Origins() const {
-        std::vector<std::string> origins;
-        const auto add = [&](const auto& feature) {
-            if (feature.is_inherited && std::find(origins.begin(), origins.end(), feature.origin) == origins.end()) {
-                origins.push_back(feature.origin);
-            }
+            features[begin + place->second] += Comment(feature);
         };
-        std::for_each(cls_.properties.begin(), cls_.properties.end(), add);
-        std::for_each(cls_.methods.begin(), cls_.methods.end(), add);
-        return origins;
+        for (const RemoteProperty& property : cls_.properties) {
+            if (property.is_inherited) {
+                add(property.origin, (IsKey(property) ? "[Key] " : "") + MofType(property.type) + ' ' + property.name +
+                                         MofArray(property.type));
+            }
+        }
+        for (const RemoteMethod& method : cls_.methods) {
+            if (method.is_inherited) {
+                add(method.origin, MethodSignature(method));
+            }
+        }
     }
 
     static bool IsKey(const RemoteProperty& property) {
@@ -175,14 +173,13 @@ class ClassWriter {
     }
 
     RemoteFlavor FlavorOf(const std::string& name) const {
-        const auto declaration = std::find_if(declarations_.begin(), declarations_.end(),
-                                              [&](const auto& one) { return IsSameName(one.name, name); });
-        return declaration == declarations_.end() ? RemoteFlavor() : declaration->flavor;
+        const auto declared = flavors_.find(name);
+        return declared == flavors_.end() ? RemoteFlavor() : declared->second;
     }
 
     const RemoteClass& cls_;
-    const std::vector<RemoteQualifierDeclaration>& declarations_;
     bool is_whole_;
+    ByName<RemoteFlavor> flavors_; // as the qualifiers are declared
 };
 
 } // namespace

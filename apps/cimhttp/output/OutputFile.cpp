@@ -5,13 +5,13 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
+#include <ostream>
 #include <system_error>
-#include <utility>
 
 #include "Failure.h"
+#include "output/DescriptorBuffer.h"
+#include "output/ReplacementFile.h"
 
 namespace cimhttp {
 
@@ -26,117 +26,90 @@ constexpr mode_t kNewFile = 0666; // less what the process's mask takes away
     throw Failure(Failure::kOther, path + " cannot be written: " + std::generic_category().message(error));
 }
 
-std::string Resolved(const std::string& path) {
+fs::path Resolved(const std::string& path) {
     std::error_code error;
     const fs::path target = fs::canonical(path, error);
-    return error ? path : target.string();
+    return error ? fs::path(path) : target;
 }
 
 std::string FolderOf(const std::string& path) {
-    const fs::path folder = fs::path(path).parent_path();
+    const fs::path folder = Resolved(path).parent_path();
     return folder.empty() ? "." : folder.string();
 }
 
-mode_t PermissionsFor(const std::string& target) {
-    struct stat status {};
-    if (::stat(target.c_str(), &status) == 0) {
-        return status.st_mode & kPermissions;
-    }
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
-    return kNewFile & ~mask;
-}
-
-/// A new file beside another, which takes that one's place or goes.
-class FileBeside {
-  public:
-    /// Check Descriptor() for -1; errno has the reason.
-    explicit FileBeside(const std::string& target)
-        : target_(target), path_(target + ".XXXXXX"), descriptor_(::mkostemp(path_.data(), O_CLOEXEC)) {}
-
-    ~FileBeside() {
-        if (descriptor_ >= 0) {
-            ::close(descriptor_);
-        }
-        if (descriptor_ >= 0 && !is_renamed_) {
-            ::unlink(path_.c_str());
-        }
-    }
-
-    FileBeside(const FileBeside&) = delete;
-    FileBeside& operator=(const FileBeside&) = delete;
-
-    int Descriptor() const { return descriptor_; }
-    const std::string& Path() const { return path_; }
-
-    bool TakePlace() {
-        is_renamed_ = ::fchmod(descriptor_, PermissionsFor(target_)) == 0 && ::fsync(descriptor_) == 0 &&
-                      ::rename(path_.c_str(), target_.c_str()) == 0;
-        return is_renamed_;
-    }
-
-  private:
-    std::string target_;
-    std::string path_;
-    int descriptor_;
-    bool is_renamed_ = false;
-};
-
-/// Makes a rename in the folder survive a crash of the machine. Not every file system can; the file is whole anyway.
-void SyncFolder(const std::string& folder) {
-    const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor >= 0) {
-        ::fsync(descriptor);
-        ::close(descriptor);
-    }
-}
-
-/// Lets `write` fill the file. False, with errno, when that fails.
-bool Fill(const std::string& path, const std::function<void(std::ostream&)>& write) {
-    errno = 0;
-    std::ofstream stream(path, std::ios::binary);
-    if (stream) {
-        write(stream);
-        stream.close();
-    }
-    return stream.good();
+/// Lets `write` fill an open file. Returns 0, or an errno when that fails.
+int Fill(int descriptor, const std::function<void(std::ostream&)>& write) {
+    DescriptorBuffer buffer(descriptor);
+    std::ostream stream(&buffer);
+    write(stream);
+    stream.flush();
+    return buffer.Error();
 }
 
 } // namespace
 
-OutputFile::OutputFile(const std::string& path) : path_(path), target_(Resolved(path)) {
-    if (fs::is_directory(target_)) {
-        Fail(path_, EISDIR);
-    }
-    if (fs::exists(target_) && ::access(target_.c_str(), W_OK) != 0) {
+OutputFile::OutputFile(const std::string& path, std::optional<mode_t> permissions)
+    : path_(path),
+      folder_(FolderOf(path)),
+      name_(Resolved(path).filename().string()),
+      open_folder_(::open(folder_.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC)),
+      permissions_(permissions) {
+    if (open_folder_.Number() < 0) {
         Fail(path_, errno);
     }
-    const bool is_replaced = !fs::exists(target_) || fs::is_regular_file(target_);
-    if (is_replaced && ::access(FolderOf(target_).c_str(), W_OK | X_OK) != 0) {
+    struct stat status {};
+    const bool exists = ::fstatat(open_folder_.Number(), name_.c_str(), &status, 0) == 0;
+    if (name_.empty() || (exists && S_ISDIR(status.st_mode))) {
+        Fail(path_, EISDIR);
+    }
+    if (!exists && errno != ENOENT) {
+        Fail(path_, errno);
+    }
+    is_replaced_ = !exists || S_ISREG(status.st_mode);
+    if ((exists && ::faccessat(open_folder_.Number(), name_.c_str(), W_OK, 0) != 0) ||
+        (is_replaced_ && ::access(folder_.c_str(), W_OK | X_OK) != 0)) {
         Fail(path_, errno);
     }
 }
 
 void OutputFile::Replace(const std::function<void(std::ostream&)>& write) const {
-    if (fs::exists(target_) && !fs::is_regular_file(target_)) {
-        WriteInPlace(write);
-    } else {
+    if (is_replaced_) {
         WriteBesideAndRename(write);
+    } else {
+        WriteInPlace(write);
     }
 }
 
 void OutputFile::WriteInPlace(const std::function<void(std::ostream&)>& write) const {
-    if (!Fill(target_, write)) {
-        Fail(path_, errno);
+    const Descriptor file(::openat(open_folder_.Number(), name_.c_str(), O_WRONLY | O_NOCTTY | O_CLOEXEC));
+    const int error = file.Number() < 0 ? errno : Fill(file.Number(), write);
+    if (error != 0) {
+        Fail(path_, error);
     }
 }
 
 void OutputFile::WriteBesideAndRename(const std::function<void(std::ostream&)>& write) const {
-    FileBeside file(target_);
-    if (file.Descriptor() < 0 || !Fill(file.Path(), write) || !file.TakePlace()) {
+    ReplacementFile file(open_folder_.Number(), name_);
+    const int error = file.Number() < 0 ? errno : Fill(file.Number(), write);
+    if (error != 0) {
+        Fail(path_, error);
+    }
+    if (!file.TakePlace(Permissions())) {
         Fail(path_, errno);
     }
-    SyncFolder(FolderOf(target_));
+}
+
+mode_t OutputFile::Permissions() const {
+    struct stat status {};
+    if (permissions_) {
+        return *permissions_;
+    }
+    if (::fstatat(open_folder_.Number(), name_.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISREG(status.st_mode)) {
+        return status.st_mode & kPermissions;
+    }
+    const mode_t mask = ::umask(0);
+    ::umask(mask);
+    return kNewFile & ~mask;
 }
 
 } // namespace cimhttp

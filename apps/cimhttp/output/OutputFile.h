@@ -1,28 +1,40 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <functional>
 #include <iosfwd>
+#include <optional>
 #include <string>
+
+#include "Descriptor.h"
 
 namespace cimhttp {
 
 /// A file that gets new content as a whole or stays as it was.
 class OutputFile {
   public:
-    /// Throws Failure, naming the file, when it cannot be written; so that this is known before the work is done.
-    explicit OutputFile(const std::string& path);
+    /// Throws Failure, naming the file, when it cannot be written; so that this is known before the work is done. The
+    /// file that a symbolic link leads to is found here, and its folder held: what changes later on the way to it does
+    /// not matter. `permissions` are the file's; those that it has, or those of any new file, without.
+    explicit OutputFile(const std::string& path, std::optional<mode_t> permissions = {});
 
-    /// Lets `write` make the content, and puts it in the place of the old one once it is on the disk. The file keeps
-    /// its permissions. A symbolic link stays one; a device or a pipe is written to directly. Throws Failure, naming
-    /// the file, when it cannot be written.
+    /// Lets `write` make the content, and puts it in the place of the old one once it is on the disk. A symbolic link
+    /// stays one; a device or a pipe is written to directly. Throws Failure, naming the file, when it cannot be
+    /// written. Whatever goes wrong, and when a signal ends the program, the old file stays, and no other beside it.
     void Replace(const std::function<void(std::ostream&)>& write) const;
 
   private:
     void WriteInPlace(const std::function<void(std::ostream&)>& write) const;
     void WriteBesideAndRename(const std::function<void(std::ostream&)>& write) const;
+    mode_t Permissions() const;
 
     std::string path_;   ///< as it was given
-    std::string target_; ///< what it leads to
+    std::string folder_; ///< of what it leads to
+    std::string name_;   ///< there
+    Descriptor open_folder_;
+    std::optional<mode_t> permissions_;
+    bool is_replaced_;
 };
 
 } // namespace cimhttp

@@ -1,6 +1,8 @@
 #include "output/TableLayout.h"
 
 #include <algorithm>
+#include <iterator>
+#include <numeric>
 
 #include "output/ColumnRanking.h"
 #include "output/TableTexts.h"
@@ -59,6 +61,27 @@ std::vector<std::size_t> Widths(const TableTexts& texts, const WidthOf& width_of
     return widths;
 }
 
+template <typename WidthOf>
+std::size_t Sum(const std::vector<std::size_t>& columns, const WidthOf& width_of) {
+    return std::accumulate(columns.begin(), columns.end(), std::size_t{0},
+                           [&](std::size_t sum, std::size_t column) { return sum + width_of(column); });
+}
+
+/// The last number from `first` to `last` for which something is true that is true for none behind one for which it is
+/// false; `first` in any case.
+template <typename Predicate>
+std::size_t LastThat(const Predicate& is_true, std::size_t first, std::size_t last) {
+    while (first < last) {
+        const std::size_t middle = last - (last - first) / 2;
+        if (is_true(middle)) {
+            first = middle;
+        } else {
+            last = middle - 1;
+        }
+    }
+    return first;
+}
+
 } // namespace
 
 TableLayout::TableLayout(const TableTexts& texts, std::size_t width)
@@ -66,6 +89,8 @@ TableLayout::TableLayout(const TableTexts& texts, std::size_t width)
       width_(width),
       is_shown_(texts.Columns().size(), true),
       widths_(Widths(texts, NaturalWidth)),
+      shown_(widths_.size()),
+      used_(std::accumulate(widths_.begin(), widths_.end(), std::size_t{0})),
       is_tight_(width > 0 && !Fits()) {
     if (is_tight_) {
         const ColumnRanking ranking(texts);
@@ -89,26 +114,39 @@ std::vector<std::size_t> TableLayout::Shown() const {
     return shown;
 }
 
-std::size_t TableLayout::UsedWidth() const {
-    std::size_t used = 0;
-    for (const std::size_t i : Shown()) {
-        used += widths_[i] + (used == 0 ? 0 : kGap);
+void TableLayout::Show(std::size_t column, bool is_shown) {
+    if (is_shown_[column] != is_shown) {
+        is_shown_[column] = is_shown;
+        used_ = is_shown ? used_ + widths_[column] : used_ - widths_[column];
+        shown_ = is_shown ? shown_ + 1 : shown_ - 1;
     }
-    return used;
+}
+
+void TableLayout::SetWidth(std::size_t column, std::size_t width) {
+    if (is_shown_[column]) {
+        used_ = used_ - widths_[column] + width;
+    }
+    widths_[column] = width;
+}
+
+void TableLayout::SetWidths(std::vector<std::size_t> widths) {
+    for (std::size_t i = 0; i < widths.size(); ++i) {
+        SetWidth(i, widths[i]);
+    }
 }
 
 void TableLayout::Choose(const ColumnRanking& ranking) {
-    widths_ = Widths(texts_, ReadableWidth);
+    SetWidths(Widths(texts_, ReadableWidth));
     if (!Fits()) {
         for (const std::size_t i : ranking.Columns()) {
-            is_shown_[i] = ranking.IsTelling(i) || i == ranking.Columns().back();
+            Show(i, ranking.IsTelling(i) || i == ranking.Columns().back());
         }
     }
     LeaveOut(ranking, [&](std::size_t i) { return !IsKey(texts_, i); });
     if (Fits()) {
         TakeBack(ranking, [&](std::size_t i) { return ranking.IsTelling(i); });
     } else {
-        widths_ = Widths(texts_, TightWidth);
+        SetWidths(Widths(texts_, TightWidth));
         LeaveOut(ranking, [](std::size_t) { return true; });
     }
 }
@@ -116,8 +154,8 @@ void TableLayout::Choose(const ColumnRanking& ranking) {
 template <typename Predicate>
 void TableLayout::LeaveOut(const ColumnRanking& ranking, const Predicate& may_go) {
     for (auto i = ranking.Columns().begin(); i != ranking.Columns().end() && !Fits(); ++i) {
-        if (Shown().size() > 1 && may_go(*i) && !IsAsked(texts_, *i)) {
-            is_shown_[*i] = false;
+        if (shown_ > 1 && may_go(*i) && !IsAsked(texts_, *i)) {
+            Show(*i, false);
         }
     }
 }
@@ -126,47 +164,62 @@ template <typename Predicate>
 void TableLayout::TakeBack(const ColumnRanking& ranking, const Predicate& is_wanted) {
     for (auto i = ranking.Columns().rbegin(); i != ranking.Columns().rend(); ++i) {
         if (!is_shown_[*i] && is_wanted(*i)) {
-            is_shown_[*i] = true;
-            is_shown_[*i] = Fits();
+            Show(*i, true);
+            Show(*i, Fits());
         }
     }
 }
 
 void TableLayout::Squeeze() {
     const std::vector<std::size_t> shown = Shown();
+    const std::size_t gaps = UsedWidth() - used_;
+    const auto fits = [&](std::size_t most) {
+        return gaps + Sum(shown, [&](std::size_t i) { return std::min(widths_[i], most); }) <= width_;
+    };
+    if (Fits()) {
+        return;
+    }
     const std::size_t least = shown.size() == 1 ? 1 : kSqueezedWidth;
-    while (!Fits()) {
-        const std::size_t widest =
-            *std::max_element(shown.begin(), shown.end(),
-                              [&](std::size_t one, std::size_t other) { return widths_[one] < widths_[other]; });
-        if (widths_[widest] <= least) {
-            return;
+    const std::size_t most = LastThat(fits, least, width_);
+    std::vector<std::size_t> squeezed; // those that may get one back
+    for (const std::size_t i : shown) {
+        if (widths_[i] > most) {
+            SetWidth(i, most);
+            squeezed.push_back(i);
         }
-        --widths_[widest];
+    }
+    for (auto i = squeezed.rbegin(); i != squeezed.rend() && UsedWidth() < width_; ++i) {
+        SetWidth(*i, most + 1);
     }
 }
 
 void TableLayout::WidenTexts() {
     const std::vector<std::size_t> shown = Shown();
-    std::size_t used = UsedWidth();
-    for (bool is_growing = true; is_growing && used < width_;) {
-        is_growing = false;
-        for (const std::size_t i : shown) {
-            if (used < width_ && widths_[i] < texts_.TextWidth(i)) {
-                ++widths_[i];
-                ++used;
-                is_growing = true;
-            }
-        }
+    const std::size_t gaps = UsedWidth() - used_;
+    const auto wider = [&](std::size_t i, std::size_t more) {
+        return std::max(widths_[i], std::min(widths_[i] + more, texts_.TextWidth(i)));
+    };
+    const auto fits = [&](std::size_t more) {
+        return gaps + Sum(shown, [&](std::size_t i) { return wider(i, more); }) <= width_;
+    };
+    if (UsedWidth() >= width_) {
+        return;
+    }
+    const std::size_t more = LastThat(fits, 0, width_);
+    for (const std::size_t i : shown) {
+        SetWidth(i, wider(i, more));
+    }
+    for (auto i = shown.begin(); i != shown.end() && UsedWidth() < width_; ++i) {
+        SetWidth(*i, wider(*i, 1));
     }
 }
 
 void TableLayout::WidenHeadings() {
     for (const std::size_t i : Shown()) {
         const std::size_t width = widths_[i];
-        widths_[i] = std::max(width, texts_.HeadingWidth(i));
+        SetWidth(i, std::max(width, texts_.HeadingWidth(i)));
         if (!Fits()) {
-            widths_[i] = width;
+            SetWidth(i, width);
         }
     }
 }

@@ -33,7 +33,11 @@ class TableLayout {
     std::size_t Width(std::size_t column) const { return widths_[column]; }
 
   private:
-    std::size_t UsedWidth() const;
+    void Show(std::size_t column, bool is_shown);
+    void SetWidth(std::size_t column, std::size_t width);
+    void SetWidths(std::vector<std::size_t> widths);
+
+    std::size_t UsedWidth() const { return used_ + (shown_ == 0 ? 0 : (shown_ - 1) * kGap); }
     bool Fits() const { return UsedWidth() <= width_; }
 
     /// Chooses the columns, with the least widths that they need.
@@ -48,10 +52,11 @@ class TableLayout {
     template <typename Predicate>
     void TakeBack(const ColumnRanking& ranking, const Predicate& is_wanted);
 
-    /// Takes from the widest column, one by one, until all fit or are as narrow as may be.
+    /// Takes from the widest columns until all fit or are as narrow as may be; of equal ones first from the leftmost.
     void Squeeze();
 
-    /// Give what is left of a line to folded texts, evenly, and to folded headings that fit then as a whole.
+    /// Give what is left of a line to folded texts, evenly, first to the leftmost, and to folded headings that fit then
+    /// as a whole.
     void WidenTexts();
     void WidenHeadings();
 
@@ -59,6 +64,8 @@ class TableLayout {
     std::size_t width_;
     std::vector<bool> is_shown_;
     std::vector<std::size_t> widths_;
+    std::size_t shown_; ///< how many columns are
+    std::size_t used_;  ///< the widths of these
     bool is_tight_;
     std::vector<std::size_t> left_out_;
 };

@@ -10,20 +10,20 @@ namespace cimhttp {
 TableTexts::TableTexts(const Listing& listing) : columns_(listing.Columns()), widths_(columns_.size()) {
     headings_.reserve(columns_.size());
     for (const Listing::Column& column : columns_) {
-        headings_.push_back(Printable(column.heading));
+        headings_.push_back(TableHeading(column.heading));
+        heading_widths_.push_back(DisplayWidth(headings_.back()));
     }
     rows_.reserve(listing.Rows().size());
     for (const auto& row : listing.Rows()) {
         std::vector<std::string> texts;
         texts.reserve(row.size());
         for (std::size_t i = 0; i < row.size(); ++i) {
-            texts.push_back(CellText(row[i]));
+            texts.push_back(TableCellText(row[i]));
+            has_cut_texts_ = has_cut_texts_ || IsCutInTable(row[i]);
             widths_[i] = std::max(widths_[i], DisplayWidth(texts.back()));
         }
         rows_.push_back(std::move(texts));
     }
 }
-
-std::size_t TableTexts::HeadingWidth(std::size_t column) const { return DisplayWidth(headings_[column]); }
 
 } // namespace cimhttp

@@ -55,12 +55,13 @@ void WriteItem(std::string heading, const Cell& cell, const ListShape& shape, Li
         heading.clear();
     }
     const std::string text = CellText(cell);
-    for (const std::string& part : shape.room == 0 ? std::vector<std::string>{text} : Folded(text, shape.room)) {
+    Folder folder(text, shape.room == 0 ? text.size() : shape.room); // no character takes more columns than bytes
+    do {
         line.WritePadded(heading, shape.indent, Listing::Align::kLeft, Emphasis::kStrong);
-        line.Write(part, IsShownAsNull(cell) ? Emphasis::kFaint : Emphasis::kNone);
+        line.Write(folder.NextLine(), IsShownAsNull(cell) ? Emphasis::kFaint : Emphasis::kNone);
         line.End();
         heading.clear();
-    }
+    } while (!folder.IsAtEnd());
 }
 
 } // namespace

@@ -50,6 +50,7 @@ class Table {
 
     bool IsTight() const { return layout_.IsTight(); }
     bool IsHopeless() const { return layout_.IsHopeless(); }
+    bool HasCutTexts() const { return texts_.HasCutTexts(); }
 
     bool CutsNumbers() const {
         return IsTight() && std::any_of(shown_.begin(), shown_.end(), [&](std::size_t i) {
@@ -138,7 +139,7 @@ class Table {
 
 /// Writes a table, or lists where a single row would lose something or nothing else fits.
 TableOmissions Write(const Table& table, const Listing& listing, const TextStyle& style, std::ostream& output) {
-    TableOmissions omissions{table.LeftOut(), false, table.CutsNumbers()};
+    TableOmissions omissions{table.LeftOut(), false, table.CutsNumbers(), table.HasCutTexts()};
     const bool loses_some = !omissions.columns.empty() || omissions.digits;
     if (table.IsHopeless() || (listing.Rows().size() == 1 && loses_some)) {
         WriteLists(listing, style, output);

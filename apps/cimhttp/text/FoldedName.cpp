@@ -39,13 +39,17 @@ std::vector<std::string_view> WordsOf(std::string_view name) {
 
 std::vector<std::string> FoldedName(std::string_view name, std::size_t width) {
     std::vector<std::string> lines;
+    std::size_t used = 0; // of the last line
     for (const std::string_view word : WordsOf(name)) {
-        if (!lines.empty() && DisplayWidth(lines.back()) + DisplayWidth(word) <= width) {
+        const std::size_t needed = DisplayWidth(word);
+        if (!lines.empty() && used + needed <= width) {
             lines.back().append(word);
+            used += needed;
             continue;
         }
         const auto parts = Folded(word, width);
         lines.insert(lines.end(), parts.begin(), parts.end());
+        used = DisplayWidth(lines.back());
     }
     return lines;
 }

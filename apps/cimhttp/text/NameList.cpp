@@ -1,17 +1,14 @@
 #include "text/NameList.h"
 
-#include <algorithm>
-
-#include "text/Pattern.h"
+#include "text/NameOrder.h"
 
 namespace cimhttp {
 
 std::vector<std::string> DistinctNames(const std::vector<std::string>& names) {
     std::vector<std::string> distinct;
+    NameSet known;
     for (const std::string& name : names) {
-        const bool is_known = std::any_of(distinct.begin(), distinct.end(),
-                                          [&](const std::string& other) { return IsSameName(name, other); });
-        if (!is_known) {
+        if (known.insert(name).second) {
             distinct.push_back(name);
         }
     }

@@ -52,8 +52,8 @@ std::size_t EndOfFit(std::string_view text, std::size_t begin, std::size_t width
     if (text.size() - begin <= width) {
         return text.size(); // no character takes more columns than bytes
     }
-    std::size_t used = 0;
-    std::size_t end = begin;
+    std::size_t used = PlainAsciiSize(text.substr(begin, width));
+    std::size_t end = begin + used;
     while (end < text.size()) {
         const Utf8Character character = CharacterAt(text, end);
         used += CharacterWidth(character.value);
@@ -65,46 +65,17 @@ std::size_t EndOfFit(std::string_view text, std::size_t begin, std::size_t width
     return end;
 }
 
-/// Cuts a text into lines from its front.
-class Folder {
-  public:
-    Folder(std::string_view text, std::size_t width) : text_(text), width_(width) {}
-
-    std::string_view NextLine() {
-        const std::size_t begin = offset_;
-        const std::size_t fit = EndOfFit(text_, begin, width_);
-        if (fit == text_.size()) {
-            offset_ = fit;
-            return text_.substr(begin);
+/// How much of a word that is too long for a line goes into it: up to behind the last of the strongest separators; all
+/// that fits when that would leave the most of the line empty.
+std::size_t LengthOfPart(std::string_view fit) {
+    for (const char* const separators : kSeparators) {
+        const std::size_t separator = fit.find_last_of(separators);
+        if (separator != std::string_view::npos && separator >= fit.size() / 3) {
+            return separator + 1;
         }
-        // The blank behind the last word that fits may stand just outside.
-        const std::size_t blank = text_.rfind(' ', fit);
-        const bool is_between_words = blank != std::string_view::npos && blank > begin;
-        const std::size_t end = is_between_words ? blank : EndOfPart(begin, fit);
-        offset_ = is_between_words ? std::min(text_.find_first_not_of(' ', blank), text_.size()) : end;
-        const std::size_t last = text_.find_last_not_of(' ', end - 1);
-        return text_.substr(begin, last == std::string_view::npos || last < begin ? 0 : last + 1 - begin);
     }
-
-    bool IsAtEnd() const { return offset_ == text_.size(); }
-
-  private:
-    /// Behind the last of the strongest separators in a word that is too long; where the line is full when that would
-    /// leave the most of it empty.
-    std::size_t EndOfPart(std::size_t begin, std::size_t fit) const {
-        for (const char* const separators : kSeparators) {
-            const std::size_t separator = text_.find_last_of(separators, fit - 1);
-            if (separator != std::string_view::npos && separator >= begin + (fit - begin) / 3) {
-                return separator + 1;
-            }
-        }
-        return fit;
-    }
-
-    std::string_view text_;
-    std::size_t width_;
-    std::size_t offset_ = 0;
-};
+    return fit.size();
+}
 
 } // namespace
 
@@ -125,6 +96,23 @@ std::size_t DisplayWidth(std::string_view text) {
         width += CharacterWidth(character.value);
         text.remove_prefix(character.size);
     }
+}
+
+std::string_view Folder::NextLine() {
+    const std::size_t begin = offset_;
+    const std::size_t fit = EndOfFit(text_, begin, width_);
+    if (fit == text_.size()) {
+        offset_ = fit;
+        return text_.substr(begin);
+    }
+    // The blank behind the last word that fits may stand just outside.
+    const std::string_view reach = text_.substr(begin, fit + 1 - begin);
+    const std::size_t blank = reach.rfind(' ');
+    const bool is_between_words = blank != std::string_view::npos && blank > 0;
+    const std::size_t length = is_between_words ? blank : LengthOfPart(reach.substr(0, fit - begin));
+    const std::size_t end = begin + length;
+    offset_ = is_between_words ? std::min(text_.find_first_not_of(' ', end), text_.size()) : end;
+    return reach.substr(0, reach.find_last_not_of(' ', length - 1) + 1);
 }
 
 std::vector<std::string> Folded(std::string_view text, std::size_t width) {

@@ -1,6 +1,7 @@
 #include "text/Utf8.h"
 
 #include <algorithm>
+#include <array>
 
 namespace cimhttp {
 
@@ -32,7 +33,30 @@ Lead LeadOf(unsigned char byte) {
 
 bool IsCharacter(char32_t value) { return value <= 0x10FFFF && (value < 0xD800 || value > 0xDFFF); }
 
-bool IsBetween(char32_t value, char32_t first, char32_t last) { return value >= first && value <= last; }
+struct Range {
+    char32_t first;
+    char32_t last;
+};
+
+constexpr std::array<Range, 17> kControls{{
+    {0x00, 0x1F},       // C0
+    {0x7F, 0x9F},       // delete, C1
+    {0xAD, 0xAD},       // soft hyphen
+    {0x34F, 0x34F},     // combining grapheme joiner
+    {0x61C, 0x61C},     // Arabic letter mark
+    {0x115F, 0x1160},   // Hangul fillers
+    {0x17B4, 0x17B5},   // Khmer vowels that do not show
+    {0x180E, 0x180E},   // Mongolian vowel separator
+    {0x200B, 0x200F},   // blanks of no width, joiners, direction marks
+    {0x2028, 0x202E},   // ends of lines and paragraphs, directions
+    {0x2060, 0x206F},   // word joiner, operators that do not show, directions
+    {0x3164, 0x3164},   // Hangul filler
+    {0xFEFF, 0xFEFF},   // byte order mark
+    {0xFFA0, 0xFFA0},   // Hangul filler
+    {0xFFF9, 0xFFFB},   // annotations
+    {0x1D173, 0x1D17A}, // musical controls
+    {0xE0000, 0xE0FFF}, // tags, variation selectors for rare ideographs
+}};
 
 } // namespace
 
@@ -45,7 +69,7 @@ Utf8Character CharacterAt(std::string_view text, std::size_t offset) {
     char32_t value = lead.bits;
     for (std::size_t i = 1; i < lead.size; ++i) {
         const auto byte = static_cast<unsigned char>(text[offset + i]);
-        if ((byte & 0xC0U) != 0x80U) {
+        if (!IsContinuation(text[offset + i])) {
             return kBad;
         }
         value = (value << kContinuationBits) | (byte & 0x3FU);
@@ -79,9 +103,19 @@ void AppendUtf8(char32_t character, std::string& text) {
     }
 }
 
+std::vector<unsigned> Utf16Units(char32_t character) {
+    constexpr char32_t kFirstOfPairs = 0x10000;
+    if (character < kFirstOfPairs) {
+        return {character};
+    }
+    const char32_t bits = character - kFirstOfPairs;
+    return {0xD800U | (bits >> 10U), 0xDC00U | (bits & 0x3FFU)};
+}
+
 bool IsControl(char32_t character) {
-    return character < 0x20 || IsBetween(character, 0x7F, 0x9F) || IsBetween(character, 0x200E, 0x200F) ||
-           IsBetween(character, 0x2028, 0x202E) || IsBetween(character, 0x2066, 0x2069) || character == 0x61C;
+    const auto* const range = std::lower_bound(kControls.begin(), kControls.end(), character,
+                                               [](const Range& one, char32_t value) { return one.last < value; });
+    return range != kControls.end() && range->first <= character;
 }
 
 } // namespace cimhttp

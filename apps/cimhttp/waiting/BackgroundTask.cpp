@@ -3,7 +3,10 @@
 #include <condition_variable>
 #include <exception>
 #include <mutex>
+#include <system_error>
 #include <utility>
+
+#include "Failure.h"
 
 namespace cimhttp {
 
@@ -17,7 +20,15 @@ struct BackgroundTask::State {
 
 BackgroundTask::BackgroundTask(std::function<void(const Notify&)> work)
     : state_(std::make_shared<State>()),
-      thread_([state = state_, task = std::move(work)] { BackgroundTask::Run(state, task); }) {}
+      thread_(Start([state = state_, task = std::move(work)] { BackgroundTask::Run(state, task); })) {}
+
+std::thread BackgroundTask::Start(std::function<void()> work) {
+    try {
+        return std::thread(std::move(work));
+    } catch (const std::system_error& error) {
+        throw Failure(Failure::kOther, "no further thread can be started: " + error.code().message());
+    }
+}
 
 BackgroundTask::~BackgroundTask() {
     if (Wait(std::chrono::milliseconds(0))) {

@@ -13,7 +13,8 @@ class BackgroundTask {
   public:
     using Notify = std::function<void()>;
 
-    /// Begins. The work may call what it is given, to wake the one who waits.
+    /// Begins; throws Failure when there can be no further thread. The work may call what it is given, to wake the one
+    /// who waits.
     explicit BackgroundTask(std::function<void(const Notify&)> work);
 
     /// While the work has not ended, its thread goes on: the program must then leave without taking away what the work
@@ -32,6 +33,7 @@ class BackgroundTask {
   private:
     struct State;
 
+    static std::thread Start(std::function<void()> work);
     static void Run(const std::shared_ptr<State>& state, const std::function<void(const Notify&)>& work);
 
     std::shared_ptr<State> state_; // the thread has it too
