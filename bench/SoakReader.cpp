@@ -36,31 +36,22 @@ constexpr const char* kVolumeClass = "DEMO_StorageVolume";
 constexpr std::chrono::milliseconds kPatience(60'000);
 constexpr std::chrono::milliseconds kImpatience(300);
 
-/// The plug-in's time-outs as values of the context: to be used as soon as it knows these keys. Until then its client
-/// is told after it has connected.
-constexpr bool kTakesTimeoutsFromContext = false;
-constexpr const char* kConnectTimeoutKey = "cimhttp.connect.timeout";
-constexpr const char* kTimeoutKey = "cimhttp.timeout";
-
 std::chrono::milliseconds PatienceWith(const SoakServer& server) {
     return server.manner == Manner::kLying ? kImpatience : kPatience;
 }
 
 NamespacePtr Allocate(const std::string& reading, std::chrono::milliseconds patience) {
-    TCIMContext context{{"pluginNameQualDeclValue", TCIMValue("cimhttp")}, {kReadingKey, TCIMValue(reading)}};
-    if (kTakesTimeoutsFromContext) {
-        context.emplace(kConnectTimeoutKey, TCIMValue(static_cast<unsigned>(patience.count())));
-        context.emplace(kTimeoutKey, TCIMValue(static_cast<unsigned>(patience.count())));
-    }
+    const TCIMValue milliseconds(static_cast<unsigned>(patience.count()));
+    TCIMContext context{{"pluginNameQualDeclValue", TCIMValue("cimhttp")},
+                        {kReadingKey, TCIMValue(reading)},
+                        {kConnectTimeoutKey, milliseconds},
+                        {kTimeoutKey, milliseconds}};
     return boost::dynamic_pointer_cast<TCimHTTPNamespace>(
         TCimHTTPNamespaceProvider::GetInstance()->AllocateNamespace(context, false));
 }
 
 void Connect(TCimHTTPNamespace& nameSpace, const SoakServer& server) {
     nameSpace.connect(server.address, server.user, server.password, server.port);
-    if (!kTakesTimeoutsFromContext) {
-        nameSpace.getPegClient()->setTimeout(static_cast<Pegasus::Uint32>(PatienceWith(server).count()));
-    }
 }
 
 Digest DigestOfQualifiers(const ICIMNamedElement& element) {
