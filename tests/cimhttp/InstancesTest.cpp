@@ -428,8 +428,27 @@ TEST_F(InstancesTest, WatchTellsOnceWhatItCannotTakeOverAndAtItsEndTheSum) {
     EXPECT_THAT(run.errors, testing::MatchesRegex("cimhttp: 1 value could [^\n]*\ncimhttp: 3 values could [^\n]*\n"));
 }
 
+TEST_F(InstancesTest, APropertyWithANameBeyondAsciiIsShownLikeAllOthers) {
+    Declare(DeclarationXml("H\xc3\xb6he", "uint16"));
+    fServer.Answer("EnumerateInstances", "TEST_Disk",
+                   InstanceXml("TEST_Disk", "sda", PropertyXml("H\xc3\xb6he", "uint16", "7")));
+    const auto run = Run({"instances", "TEST_Disk", "--exact", "--property", "h\xc3\xb6he"});
+    EXPECT_EQ(run.status, 0) << run.errors;
+    EXPECT_EQ(run.output, "H\xc3\xb6he\n----\n   7\n");
+}
+
+TEST_F(InstancesTest, AnUndeclaredPropertyWithANameBeyondAsciiTakesNoOtherInstanceAlong) {
+    fServer.Answer("EnumerateInstances", "TEST_Disk",
+                   InstanceXml("TEST_Disk", "sda", PropertyXml("H\xc3\xb6he", "uint16", "7")) +
+                       InstanceXml("TEST_Disk", "sdb"));
+    const auto run = Run({"instances", "TEST_Disk", "--deep", "-o", "csv"});
+    EXPECT_EQ(run.status, 7);
+    EXPECT_THAT(run.output, AllOf(HasSubstr("sda"), HasSubstr("sdb")));
+    EXPECT_THAT(run.errors, HasSubstr("(1 undeclared)"));
+}
+
 TEST_F(InstancesTest, APropertyWithANameThatCannotBeKeptIsTold) {
-    Declare(DeclarationXml("\xc3\xb6", "string"));
+    Declare(DeclarationXml("Size", "uint8"));
     const auto run = Run({"instances", "TEST_Disk", "--exact"});
     EXPECT_EQ(run.status, 7);
     EXPECT_EQ(run.output, "Name   Size\n----  -----\nsda   12345\n");

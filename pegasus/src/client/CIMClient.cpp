@@ -148,11 +148,8 @@ class EndOfTime : public cimxml::Checkpoint {
     const http::Deadline& deadline_;
 };
 
-/// Made beforehand: there may be no memory for it when it is needed.
-const String& outOfMemoryMessage() {
-    static const String message("there is not enough memory for the server's answer");
-    return message;
-}
+/// Made when the library is loaded: there may be no memory for it when it is needed.
+const String kOutOfMemory("there is not enough memory for the server's answer");
 
 /// Does what a client is asked for. Where memory does not suffice, what was made of it is gone when this throws.
 template <typename Work>
@@ -163,7 +160,7 @@ auto withinMemory(Work work) {
     } catch (const std::length_error&) {
         // asked for more than there can be
     }
-    throw detail::Marked<OutOfMemoryException, ExceedsLimit>(outOfMemoryMessage());
+    throw detail::Marked<OutOfMemoryException, ExceedsLimit>(kOutOfMemory);
 }
 
 } // namespace

@@ -27,7 +27,8 @@ namespace Pegasus {
 /// Errors: every operation throws NotConnectedException without a connection, ConnectionTimeoutException past the
 /// time-out, CIMException when the server reports an error, CIMClientMalformedHTTPException,
 /// CIMClientHTTPErrorException, CIMClientXmlException or CIMClientResponseException for an answer that is not a good
-/// one, OutOfMemoryException when memory does not suffice; connect() throws the last one, too. What an operation throws besides, and the codes that its CIMException most often has, stand beside it.
+/// one, OutOfMemoryException when memory does not suffice; connect() throws the last one, too. What an operation throws
+/// besides, and the codes that its CIMException most often has, stand beside it.
 ///
 /// Parameters that several operations have:
 ///   nameSpace           where the objects are. A path that is asked for counts within it, whatever namespace and host
