@@ -27,6 +27,8 @@ option(CIMHTTP_WERROR "Treat warnings as errors" ON)
 add_library(cimhttp_warnings INTERFACE)
 target_compile_options(cimhttp_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
                                                   $<$<BOOL:${CIMHTTP_WERROR}>:-Werror>)
+# To Clang, changes of the sign alone are conversions, too; GCC has another warning for them.
+target_compile_options(cimhttp_warnings INTERFACE $<$<CXX_COMPILER_ID:Clang>:-Wno-sign-conversion>)
 
 set(CIMHTTP_SANITIZE "" CACHE STRING "Sanitizers to build with, as for -fsanitize=")
 if(CIMHTTP_SANITIZE)

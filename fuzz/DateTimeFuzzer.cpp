@@ -1,6 +1,7 @@
 // Two lines as date-times: each is refused, or kept as it is; and two are equal exactly when they are the same moment
 // by the C library's calendar.
 
+#include "Cost.h"
 #include "Require.h"
 
 #include <Pegasus/Common/CIMDateTime.h>
@@ -83,6 +84,7 @@ void CheckEquality(const CIMDateTime& a, const CIMDateTime& b) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const CostGuard guard(kReaderBounds, size);
     const std::string_view text(size != 0 ? reinterpret_cast<const char*>(data) : "", size);
     const std::size_t line = std::min(text.find('\n'), text.size());
     const std::string_view first = text.substr(0, line);

@@ -1,6 +1,7 @@
 // A server's answer, as bytes from the connection: whatever they are, and however they arrive, reading them ends in the
 // same head, body and trailers or in the same documented exception.
 
+#include "Cost.h"
 #include "CutInput.h"
 #include "Require.h"
 
@@ -106,6 +107,7 @@ std::string ReadAnswer(Pieces pieces) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const CostGuard guard(kReaderBounds, size);
     const CutInput input(data, size);
     Require(ReadAnswer(input.Whole()) == ReadAnswer(input.Cut()), "how an answer is cut does not matter");
     return 0;

@@ -1,6 +1,7 @@
 // A text as that of an object path: a path that it makes is written and read back as the same path, and a key's value
 // survives whatever it is.
 
+#include "Cost.h"
 #include "Require.h"
 
 #include <Pegasus/Common/CIMObjectPath.h>
@@ -55,6 +56,7 @@ void CheckAsKey(const String& text, CIMKeyBinding::Type type) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const CostGuard guard(kReaderBounds, size);
     const String text(size != 0 ? std::string_view(reinterpret_cast<const char*>(data), size) : std::string_view());
     const auto path = PathIn(text);
     if (path) {

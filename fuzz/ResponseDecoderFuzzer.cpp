@@ -1,6 +1,7 @@
 // A server's answer, as bytes of the body: whatever they are, and however they arrive, decoding them ends in the same
 // objects or in the same documented exception.
 
+#include "Cost.h"
 #include "CutInput.h"
 #include "Description.h"
 #include "Require.h"
@@ -54,6 +55,7 @@ std::string Outcome(Pieces pieces) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const CostGuard guard(kReaderBounds, size);
     const CutInput input(data, size);
     Require(Outcome(input.Whole()) == Outcome(input.Cut()), "how an answer is cut does not matter");
     return 0;

@@ -132,7 +132,7 @@ json Parse(const std::string& path, const std::string& content) {
             Refuse(path + " is not a list of connections");
         }
         return document;
-    } catch (const json::parse_error& error) {
+    } catch (const json::exception& error) { // also of a number that is too large
         // "[json.exception.parse_error.101] parse error at line 1, column 2: ..."
         const std::string what = error.what();
         const auto text = what.find("] ");
