@@ -15,7 +15,7 @@ class Failure : public std::runtime_error {
         kAuthentication = 4, ///< the server does not let the user in
         kNotFound = 5,       ///< the server does not have what was asked for
         kServer = 6,         ///< the server answers with an error, or with what is no answer
-        kIncomplete = 7,     ///< a part of what was asked for is missing
+        kIncomplete = 7,     ///< what was asked for is missing, or a part of it, though the server has it
         kClosedPipe = 141    ///< nobody reads the output any more: what shells say of a program ended by SIGPIPE
     };
 

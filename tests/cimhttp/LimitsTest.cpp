@@ -88,7 +88,7 @@ TEST_F(LimitsTest, AnAnswerBeyondALimitFailsEveryCommand) {
         EXPECT_EQ(Run(command.arguments).status, 0);
         server.Answer(command.method, command.object, TooMuch(command.element));
         const auto run = Run(command.arguments);
-        EXPECT_EQ(run.status, Failure::kServer);
+        EXPECT_EQ(run.status, Failure::kIncomplete);
         EXPECT_EQ(run.output, "");
         EXPECT_THAT(run.errors, MatchesRegex("cimhttp: .* attributes.*\n"));
         server.Answer("EnumerateClassNames", "", "<CLASSNAME NAME=\"TEST_Disk\"/>");

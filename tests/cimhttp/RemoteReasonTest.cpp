@@ -38,10 +38,11 @@ TEST(RemoteReason, TheKindDecidesTheExitStatusWhateverTheWords) {
          {Kind::kNameUnknown, Kind::kRefused, Kind::kNotConnected, Kind::kTls, Kind::kClosed, Kind::kTimeOut}) {
         EXPECT_EQ(StatusOf(Of(kind)), Failure::kConnection) << static_cast<int>(kind);
     }
-    for (const Kind kind : {Kind::kHttp, Kind::kNotCim, Kind::kMalformed, Kind::kLimit, Kind::kOther}) {
+    for (const Kind kind : {Kind::kHttp, Kind::kNotCim, Kind::kMalformed, Kind::kOther}) {
         EXPECT_EQ(StatusOf(Of(kind)), Failure::kServer) << static_cast<int>(kind);
     }
     EXPECT_EQ(StatusOf(Of(Kind::kLogin, 0, 403)), Failure::kAuthentication);
+    EXPECT_EQ(StatusOf(Of(Kind::kLimit)), Failure::kIncomplete);
 }
 
 TEST(RemoteReason, ACimStatusDecidesByItsNumber) {

@@ -2,6 +2,8 @@
 // one is told.
 
 #include <pthread.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <functional>
 #include <memory>
@@ -10,6 +12,7 @@
 #include "cimhttp/ContextKeys.h"
 #include "host/TRootObject.h"
 #include "support/ScriptedServer.h"
+#include "support/TestCertificate.h"
 
 using namespace NQORVYX20;
 using testing::Each;
@@ -22,6 +25,7 @@ using Kind = RemoteFailure::Kind;
 namespace {
 
 constexpr int kHttpPort = 5988;
+constexpr int kHttpsPort = 5989;
 
 std::string Numbered(const std::string& text, std::size_t number) { return text + std::to_string(number); }
 
@@ -163,6 +167,29 @@ TEST_P(LimitsTest, NumbersOfEveryUnsignedTypeAreTakenAndAllElseIsRefused) {
     }
     EXPECT_EQ(StatusOf([&] { Allocated({{kTimeoutKey, TCIMValue(1ULL << 32U)}}); }), 14U);
     fLog->Forget();
+}
+
+// --- Processes ---------------------------------------------------------------------------------------------------
+
+TEST_P(LimitsTest, AChildThatDropsItsCopyOfANamespaceLeavesTheConnectionToItsParent) {
+    const support::TestCertificate certificate(support::TestCertificate::For(fServer.Address()));
+    fServer.ListenTls(kHttpsPort, certificate);
+    ServeClass("TEST_Disk", "", PropertyXml("Name", "string", KeyXml()));
+    for (const int port : {kHttpPort, kHttpsPort}) {
+        auto nameSpace = Allocated(Option(kTimeoutKey, 60000));
+        nameSpace->connect(fServer.Address(), "", "", port);
+        const std::size_t connections = fServer.ConnectionCount();
+        const pid_t child = fork();
+        if (child == 0) {
+            nameSpace.reset();
+            _exit(0);
+        }
+        int status = -1;
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        EXPECT_EQ(status, 0);
+        EXPECT_TRUE(nameSpace->GetClass("TEST_Disk", TCIMContext()));
+        EXPECT_EQ(fServer.ConnectionCount(), connections) << "the connection is the same";
+    }
 }
 
 // --- Stack -------------------------------------------------------------------------------------------------------

@@ -42,6 +42,8 @@ Failure::ExitStatus StatusOf(const RemoteFailure& failure) {
         return Failure::kConnection;
     case Kind::kLogin:
         return Failure::kAuthentication;
+    case Kind::kLimit:
+        return Failure::kIncomplete; // the server's answer is good as far as it goes
     case Kind::kCimStatus:
         return StatusOfCim(failure.cimStatus);
     default:
