@@ -12,13 +12,14 @@
 #include <ctime>
 #include <string>
 
-// Defined where a sanitizer has the allocations.
+// Defined where a sanitizer has the allocations; the names are its own. NOLINTBEGIN(bugprone-reserved-identifier)
 extern "C" {
 __attribute__((weak)) int __sanitizer_install_malloc_and_free_hooks(void (*allocated)(const volatile void*,
                                                                                       std::size_t),
                                                                     void (*freed)(const volatile void*));
 __attribute__((weak)) std::size_t __sanitizer_get_allocated_size(const volatile void* memory);
 }
+// NOLINTEND(bugprone-reserved-identifier)
 
 namespace {
 
