@@ -10,9 +10,9 @@
 namespace NQORVYX20 {
 
 /// A logger that writes one line per message, `2026-11-21T08:39:00.125+01:00 error text`: local time, severity
-/// (`error`, `warning`, `info` or `debug`), message. Control characters, direction marks, characters without a width and
-/// bytes that are not UTF-8 are written as escape sequences (`\n`, `\x1b`), so that a message can neither begin a line of
-/// its own nor steer or deceive whoever reads it. Lines of several threads do not mix, and each is flushed.
+/// (`error`, `warning`, `info` or `debug`), message. Control characters, direction marks, characters without a width
+/// and bytes that are not UTF-8 are written as escape sequences (`\n`, `\x1b`), so that a message can neither begin a
+/// line of its own nor steer or deceive whoever reads it. Lines of several threads do not mix, and each is flushed.
 class TLogger : public ILogger {
   public:
     /// Writes messages up to and including `level` to a stream, which must live longer than the logger.

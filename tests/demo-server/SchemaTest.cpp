@@ -124,6 +124,15 @@ TEST(SchemaErrors, AreSaidWithTheNameOfTheClass) {
     EXPECT_THAT(ErrorOf("<NONSENSE/>"), HasSubstr("unexpected element NONSENSE"));
 }
 
+TEST(SchemaErrors, AreNamesThatNoClientTakesForNames) {
+    for (const std::string name : {"1A", "A B", "A-B", "A.B"}) {
+        EXPECT_THAT(ErrorOf("<CLASS NAME='" + name + "'/>"), HasSubstr("no name: " + name));
+        EXPECT_THAT(ErrorOf("<CLASS NAME='A'><METHOD NAME='" + name + "' TYPE='uint32'/></CLASS>"),
+                    HasSubstr("no name: " + name));
+    }
+    EXPECT_EQ(ErrorOf("<CLASS NAME='Ger\xc3\xa4t_1'/>"), "");
+}
+
 TEST(SchemaErrors, ConcernQualifiersThatBreakTheirDeclaration) {
     const auto withQualifier = [](const std::string& qualifier) {
         return ErrorOf("<CLASS NAME='A'>" + qualifier + "</CLASS>");

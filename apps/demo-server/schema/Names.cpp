@@ -8,7 +8,18 @@ namespace {
 
 constexpr char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
+constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+constexpr bool StartsName(char c) {
+    return (Lower(c) >= 'a' && Lower(c) <= 'z') || c == '_' || static_cast<unsigned char>(c) >= 0x80;
+}
+
 } // namespace
+
+bool IsName(std::string_view text) {
+    return !text.empty() && StartsName(text.front()) &&
+           std::all_of(text.begin(), text.end(), [](char c) { return StartsName(c) || IsDigit(c); });
+}
 
 bool SameName(std::string_view a, std::string_view b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) { return Lower(x) == Lower(y); });

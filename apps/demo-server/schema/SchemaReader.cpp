@@ -1,6 +1,7 @@
 #include "schema/SchemaReader.h"
 
 #include "schema/DeclaredValue.h"
+#include "schema/Names.h"
 
 #include <pugixml.hpp>
 
@@ -134,6 +135,8 @@ std::string RequiredName(const pugi::xml_node& node) {
     std::string name = node.attribute("NAME").value();
     if (name.empty())
         throw DeclarationError(std::string("an element ") + node.name() + " without a name");
+    if (!IsName(name))
+        throw DeclarationError(std::string("an element ") + node.name() + " has a NAME that is no name: " + name);
     return name;
 }
 
