@@ -179,7 +179,16 @@ TEST(SchemaErrors, ConcernValuesThatTheirTypeDoesNotHave) {
     EXPECT_EQ(withDefault("char16", "\xE2\x82\xAC"), "");
     EXPECT_THAT(withDefault("char16", "ab"), HasSubstr("is no char16"));
     EXPECT_EQ(withDefault("datetime", "20261121083900.123456+060"), "");
-    EXPECT_THAT(withDefault("datetime", "2026-11-21"), HasSubstr("is no datetime"));
+    for (const char* good : {"20240229000000.000000-999", "20261121******.******+060", "20261121083900.12****+000",
+                             "00000001020304.000005:000", "00000001******.******:000", "**************.******+000"}) {
+        EXPECT_EQ(withDefault("datetime", good), "") << good;
+    }
+    for (const char* bad : {"2026-11-21", "20261121083960.000000+060", "20261121083900.000000*060",
+                            "20261121083900.000000+0*0", "20231121243900.000000+060", "20261321083900.000000+060",
+                            "20230229000000.000000+060", "2026**21083900.000000+060", "202611210839**.12****+060",
+                            "00000001020304.000005:001", "-0000001020304.000005:000", "2026112108*900.000000+060"}) {
+        EXPECT_THAT(withDefault("datetime", bad), HasSubstr("is no datetime")) << bad;
+    }
     EXPECT_THAT(withDefault("text", "a"), HasSubstr("\"text\" is no type"));
 }
 

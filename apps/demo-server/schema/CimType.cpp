@@ -1,5 +1,6 @@
 #include "schema/CimType.h"
 
+#include "schema/DateTime.h"
 #include "schema/Names.h"
 
 #include <algorithm>
@@ -61,21 +62,6 @@ bool IsChar16(const std::string& text) {
     const auto isContinuation = [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; };
     return !text.empty() && text.size() <= 3 && !isContinuation(text.front()) &&
            std::all_of(text.begin() + 1, text.end(), isContinuation);
-}
-
-/// 25 characters: a timestamp yyyymmddhhmmss.mmmmmmsutc or an interval ddddddddhhmmss.mmmmmm:000.
-bool IsDatetime(const std::string& text) {
-    constexpr std::size_t kLength = 25;
-    constexpr std::size_t kPoint = 14;
-    constexpr std::size_t kSign = 21;
-    if (text.size() != kLength || text[kPoint] != '.' || std::string_view("+-:").find(text[kSign]) == std::string::npos)
-        return false;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const bool isDigit = std::isdigit(static_cast<unsigned char>(text[i])) != 0;
-        if (i != kPoint && i != kSign && !isDigit && text[i] != '*')
-            return false;
-    }
-    return true;
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <string>
+#include <string_view>
 
 namespace demo {
 
@@ -13,5 +14,9 @@ std::string Interval(std::chrono::microseconds length);
 
 /// The minutes that local time is ahead of UTC at a point in time.
 int MinutesAheadOfUtc(std::chrono::system_clock::time_point time);
+
+/// Whether a text is a CIM datetime: a moment or a length of time that there can be, the last fields of which may be
+/// asterisks.
+bool IsDatetime(std::string_view text);
 
 } // namespace demo
