@@ -22,6 +22,26 @@ constexpr const char* kFaithfulReading = "faithful";
 /// namespace is refused with TVYXException 14.
 constexpr const char* kNamespaceKey = "cimhttp.namespace";
 
+// How connect() reaches the server. Texts, but for the first.
+
+/// A boolean: with it, connect() takes any port, and encrypts as it says. Without, port 5988 is plain, 5989 is
+/// encrypted, and no other is connected to.
+constexpr const char* kTlsKey = "cimhttp.tls";
+
+/// A PEM file with certificates of authorities, or a folder of such files: the server's certificate must come from one
+/// of them, be within its time and be for the host that connect() names. Without this and the next key, connections are
+/// encrypted and nobody is verified.
+constexpr const char* kTrustKey = "cimhttp.trust";
+
+/// SHA-256 of the certificate that is accepted, whatever its chain, time and names: 64 hexadecimal digits, with or
+/// without colons. No other is.
+constexpr const char* kFingerprintKey = "cimhttp.fingerprint";
+
+/// PEM files with the client's own certificate, for servers that ask for one, and with its key; without the latter, the
+/// key is in the first file.
+constexpr const char* kClientCertificateKey = "cimhttp.client.certificate";
+constexpr const char* kClientKeyKey = "cimhttp.client.key";
+
 // Whole numbers of any unsigned type, greater than 0. A value of another type, and 0, is refused with TVYXException 14,
 // and so is each of these keys but the timeout where the client library is not the project's own.
 

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <optional>
 #include <string>
+
+#include "cimhttp/ServerCertificate.h"
 
 namespace NQORVYX20 {
 
@@ -19,6 +22,7 @@ struct RemoteFailure {
         kMalformed,    ///< the answer is not good CIM-XML, or answers something else
         kLimit,        ///< the answer is larger than what is taken, or than the memory that there is
         kCimStatus,    ///< the server reports an error of CIM
+        kPolicy,       ///< this machine's policy for connections forbids it, or cannot be read
         kOther
     };
 
@@ -26,6 +30,8 @@ struct RemoteFailure {
     unsigned cimStatus = 0;  ///< with kCimStatus, the number of DSP0200
     unsigned httpStatus = 0; ///< with kLogin and kHttp
     std::string text;        ///< what the client library says, for people
+
+    std::optional<CertificateRefusal> refusal; ///< with kTls, where it was the server's certificate
 };
 
 } // namespace NQORVYX20

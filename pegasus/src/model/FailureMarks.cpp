@@ -6,5 +6,6 @@ namespace Pegasus {
 ExceedsLimit::~ExceedsLimit() = default;
 PeerSpeaksTls::~PeerSpeaksTls() = default;
 ClosedWithoutAnswer::~ClosedWithoutAnswer() = default;
+CertificateRefused::~CertificateRefused() = default;
 
 } // namespace Pegasus

@@ -14,4 +14,8 @@ SSLCertificateInfo::SSLCertificateInfo(const String& subjectName, const String& 
 SSLContext::SSLContext(const String& trustStore, SSLCertificateVerifyFunction* verify, const String& randomFile)
     : trustStore_(trustStore), verify_(verify), randomFile_(randomFile) {}
 
+SSLContext::SSLContext(const String& trustStore, const String& certPath, const String& keyPath,
+                       SSLCertificateVerifyFunction* verify, const String& randomFile)
+    : trustStore_(trustStore), certPath_(certPath), keyPath_(keyPath), verify_(verify), randomFile_(randomFile) {}
+
 } // namespace Pegasus

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <Pegasus/Client/PeerCertificate.h>
+#include <utility>
+
 // What an exception means beyond its type. One that bears such a mark is of the documented type and of the mark's, so
 // that nobody needs to look into its message:
 //
@@ -26,6 +29,33 @@ class PeerSpeaksTls {
 class ClosedWithoutAnswer {
   public:
     virtual ~ClosedWithoutAnswer();
+};
+
+/// A certificate of the server was refused. On the SSLException of connect(), or of an operation that connects again.
+class CertificateRefused {
+  public:
+    enum Reason {
+        EXPIRED,
+        NOT_YET_VALID,
+        UNKNOWN_ISSUER,    ///< no authority that is trusted has signed it, or one in between is missing
+        SELF_SIGNED,       ///< it, or the last of its chain, has signed itself and is not trusted
+        WRONG_NAME,        ///< it is for other hosts
+        OTHER_FINGERPRINT, ///< it is not the one that the SSLContext asks for
+        UNSUITABLE,        ///< its key or signature is weak, or it is not meant for servers
+        OTHER              ///< the exception's message says what
+    };
+
+    CertificateRefused(Reason reason, PeerCertificate certificate)
+        : reason_(reason), certificate_(std::move(certificate)) {}
+    virtual ~CertificateRefused();
+
+    Reason getReason() const noexcept { return reason_; }
+    /// The one at fault: the server's own, or one of its chain.
+    const PeerCertificate& getCertificate() const noexcept { return certificate_; }
+
+  private:
+    Reason reason_;
+    PeerCertificate certificate_;
 };
 
 } // namespace Pegasus

@@ -33,24 +33,40 @@ class SSLCertificateInfo {
 /// Decides about one certificate: true accepts it. Called during the handshake, on the thread that connects.
 typedef Boolean(SSLCertificateVerifyFunction)(SSLCertificateInfo&);
 
-/// How a secure connection checks its peer. With neither trust store nor callback the connection is encrypted and the
-/// peer is not verified.
+/// How a secure connection checks its peer. With neither trust store nor callback nor fingerprint the connection is
+/// encrypted and the peer is not verified.
 class SSLContext {
   public:
-    /// `trustStore` is a PEM file or a folder of hashed certificates, `verify` may be null, `randomFile` names a file
-    /// that seeds the random numbers; an empty text means "none".
+    /// `trustStore` is a PEM file or a folder of certificates, `verify` may be null, `randomFile` names a file that
+    /// seeds the random numbers; an empty text means "none".
     SSLContext(const String& trustStore, SSLCertificateVerifyFunction* verify,
                const String& randomFile = String::EMPTY);
+    /// The same with the client's own certificate, for servers that ask for one: PEM files. The key may stand in
+    /// `certPath`, too; `keyPath` is then empty.
+    SSLContext(const String& trustStore, const String& certPath, const String& keyPath,
+               SSLCertificateVerifyFunction* verify = nullptr, const String& randomFile = String::EMPTY);
+
+    /// Accepts the one certificate with this SHA-256 (64 hexadecimal digits, with or without colons), whatever trust
+    /// store, time and names say, and no other. The callback is not asked then.
+    void setPeerFingerprint(const String& fingerprint) { peerFingerprint_ = fingerprint; }
 
     const String& getTrustStore() const noexcept { return trustStore_; }
+    const String& getCertPath() const noexcept { return certPath_; }
+    const String& getKeyPath() const noexcept { return keyPath_; }
+    const String& getPeerFingerprint() const noexcept { return peerFingerprint_; }
     SSLCertificateVerifyFunction* getSSLCertificateVerifyFunction() const noexcept { return verify_; }
     const String& getRandomFile() const noexcept { return randomFile_; }
-    Boolean isPeerVerificationEnabled() const noexcept { return verify_ != nullptr || !trustStore_.empty(); }
+    Boolean isPeerVerificationEnabled() const noexcept {
+        return verify_ != nullptr || !trustStore_.empty() || !peerFingerprint_.empty();
+    }
 
   private:
     String trustStore_;
+    String certPath_;
+    String keyPath_;
     SSLCertificateVerifyFunction* verify_;
     String randomFile_;
+    String peerFingerprint_;
 };
 
 } // namespace Pegasus

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <Pegasus/Common/Array.h>
+#include <Pegasus/Common/String.h>
+
+namespace Pegasus {
+
+/// A certificate that a server showed in a TLS handshake. All of it is the server's own claim.
+struct PeerCertificate {
+    String subject;      ///< as in RFC 2253
+    String issuer;       ///< the same of whoever signed it
+    Array<String> names; ///< the host names and addresses that it is for
+    String validFrom;    ///< in UTC, `2026-11-22T08:00:00Z`
+    String validUntil;
+    String fingerprint; ///< SHA-256, pairs of hexadecimal digits in upper case with colons between them
+};
+
+} // namespace Pegasus
