@@ -80,6 +80,7 @@ class TCimHTTPDeclaration : public Interface, public boost::enable_shared_from_t
     boost::shared_ptr<TCimHTTPQualifier> FindNormalizedQualifier(const std::string& name) const {
         return fQualifiers.FindNormalized(name);
     }
+    std::uint64_t QualifierRevision() const { return fQualifiers.Revision(); }
     const boost::shared_ptr<TCimHTTPQualifier>& KeyQualifier() const { return fQualifiers.Key(); }
 
   private:

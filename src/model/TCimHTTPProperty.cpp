@@ -2,14 +2,13 @@
 
 #include <algorithm>
 #include <functional>
-#include <optional>
 #include <sstream>
 #include <utility>
 
 #include "convert/CoreLog.h"
 #include "convert/StatusCodes.h"
-#include "display/DisplayQualifiers.h"
-#include "display/DisplayUnits.h"
+#include "display/CompatibleTexts.h"
+#include "display/FaithfulTexts.h"
 #include "display/ValueMapTable.h"
 #include "host/TVYXException.h"
 #include "model/TCimHTTPPropertyDecl.h"
@@ -20,78 +19,25 @@ namespace {
 
 using ECIMType = TCIMValue::TCIMType::ECIMType;
 
-constexpr unsigned char kDecimal = 10;
-
-bool IsUnsigned(ECIMType type) {
-    return type == ECIMType::eCIMUint8 || type == ECIMType::eCIMUint16 || type == ECIMType::eCIMUint32 ||
-           type == ECIMType::eCIMUint64;
-}
-
-bool IsMappable(ECIMType type) { return type == ECIMType::eCIMBoolean || IsUnsigned(type); }
-
-bool IsMappableArray(ECIMType type) {
-    return type == ECIMType::eCIMBooleanArray || type == ECIMType::eCIMUint8Array ||
-           type == ECIMType::eCIMUint16Array || type == ECIMType::eCIMUint32Array || type == ECIMType::eCIMUint64Array;
-}
-
-/// The number by which a value is found in a value map.
-std::uint64_t ToNumber(const TCIMValue& value) {
-    if (value.IsNull() || !IsMappable(value.GetType())) {
-        throw TVYXException(kNotSupported);
-    }
-    if (value.GetType() == ECIMType::eCIMBoolean) {
-        return static_cast<bool>(value) ? 1 : 0;
-    }
-    return static_cast<unsigned long long>(value);
-}
-
 boost::shared_ptr<const ValueMapTable> FindValueMapTable(const boost::shared_ptr<ICIMPropertyDecl const>& declaration) {
     const TCimHTTPPropertyDecl* const own = TCimHTTPPropertyDecl::AsOwn(*declaration);
     return own != nullptr ? own->GetValueMapTable()
                           : MakeValueMapTable(TCimHTTPPropertyDecl::DisplayQualifiersOf(declaration));
 }
 
-/// The text of a value that no row of a value map covers: the default text, else the value in base 10.
-std::string TextOfOther(const TCIMValue& value, const std::string& defaultText) {
-    return defaultText.empty() ? value.ToString(kDecimal) : defaultText;
+CompatibleTexts CompatibleTextsOf(boost::shared_ptr<ICIMPropertyDecl const> declaration) {
+    auto qualifiers = TCimHTTPPropertyDecl::DisplayQualifiersOf(declaration);
+    return {std::move(declaration), std::move(qualifiers), FindValueMapTable};
 }
 
-std::string TextInMap(const TCIMValue& value, const ValueMapTable& map) {
-    const std::string* const text = map.Find(ToNumber(value));
-    return text != nullptr ? *text : TextOfOther(value, map.DefaultText());
-}
-
-std::string TextWithBase(const TCIMValue& value, const DisplayQualifiers& qualifiers) {
-    static const DisplayQualifiers::TName kBase("BASE");
-    return value.ToString(qualifiers.GetUint8(kBase).value_or(kDecimal));
-}
-
-std::string TextWithUnits(const TCIMValue& value, const std::string& units, const DisplayQualifiers& qualifiers) {
-    static const DisplayQualifiers::TName kDisplayCpuTime("DISPLAYCPUTIME");
-    static const DisplayQualifiers::TName kDisplayFixedUnits("DISPLAYFIXEDUNITS");
-    static const DisplayQualifiers::TName kAbbreviateUnits("ABBREVIATEUNITS");
-    const DisplayUnits display(units);
-    if (display.IsTime()) {
-        // CPU times read like all other times; the look-up is for the failures that it may report.
-        qualifiers.Has(kDisplayCpuTime);
-        const auto text = display.TimeText(ToNumber(value));
-        return text ? *text : TextWithBase(value, qualifiers);
+/// Calls with the texts of the reading that the declaration belongs to.
+template <typename Render>
+auto WithTexts(boost::shared_ptr<ICIMPropertyDecl const> declaration, Render render) {
+    const TCimHTTPPropertyDecl* const own = TCimHTTPPropertyDecl::AsOwn(*declaration);
+    if (own != nullptr && own->IsFaithful()) {
+        return render(own->GetFaithfulTexts());
     }
-    if (!display.IsData()) {
-        return TextWithBase(value, qualifiers);
-    }
-    const std::string fixedPrefix = qualifiers.GetString(kDisplayFixedUnits).value_or("");
-    return display.DataText(ToNumber(value), fixedPrefix, qualifiers.Has(kAbbreviateUnits));
-}
-
-std::string TextWithQualifiers(const TCIMValue& value, const DisplayQualifiers& qualifiers) {
-    static const DisplayQualifiers::TName kNullDisplay("NULLDISPLAY");
-    static const DisplayQualifiers::TName kUnits("UNITS");
-    if (value.IsNull()) {
-        return qualifiers.GetString(kNullDisplay).value_or("");
-    }
-    const auto units = IsUnsigned(value.GetType()) ? qualifiers.GetString(kUnits) : std::nullopt;
-    return units ? TextWithUnits(value, *units, qualifiers) : TextWithBase(value, qualifiers);
+    return render(CompatibleTextsOf(std::move(declaration)));
 }
 
 /// Logs and throws for a value of another type than the declared one.
@@ -102,20 +48,6 @@ template <typename Type>
     text << operation << ": " << declaredText << declared << givenText << given;
     LogError(text.str());
     throw TVYXException(kTypeMismatch);
-}
-
-/// The texts of an array's elements, none for null.
-template <typename Render>
-std::vector<std::string> ElementTexts(const TCIMValue& array, Render render) {
-    std::vector<std::string> texts;
-    if (!array.IsNull()) {
-        const std::vector<TCIMValue>& elements = array;
-        texts.reserve(elements.size());
-        for (const TCIMValue& element : elements) {
-            texts.push_back(render(element));
-        }
-    }
-    return texts;
 }
 
 } // namespace
@@ -214,43 +146,35 @@ bool TCimHTTPProperty::IsPrevValueDifferent() const { return fIsPrevValueDiffere
 
 // --- Texts for people ------------------------------------------------------------------------------------------------
 
-std::string TCimHTTPProperty::ToString() const { return DisplayText(GetValue(TCIMContext())); }
+std::string TCimHTTPProperty::ToString() const { return ToString(DisplayChoice()); }
 
-std::string TCimHTTPProperty::PrevValueToString() const { return DisplayText(GetPrevValue()); }
-
-std::string TCimHTTPProperty::DisplayText(const TCIMValue& value) const {
-    auto declaration = LockDeclaration();
-    const auto map = !value.IsNull() && IsMappable(value.GetType()) ? FindValueMapTable(declaration) : nullptr;
-    return map ? TextInMap(value, *map)
-               : TextWithQualifiers(value, TCimHTTPPropertyDecl::DisplayQualifiersOf(std::move(declaration)));
+std::string TCimHTTPProperty::ToString(const DisplayChoice& choice) const {
+    return WithTexts(LockDeclaration(),
+                     [&](const PropertyTexts& texts) { return texts.Of(GetValue(TCIMContext()), choice); });
 }
 
-std::vector<std::string> TCimHTTPProperty::ToStringVector() const {
-    const TCIMValue& value = GetValue(TCIMContext());
-    const auto map =
-        !value.IsNull() && IsMappableArray(value.GetType()) ? FindValueMapTable(LockDeclaration()) : nullptr;
-    if (!map) {
-        return ToStringVectorWithBase();
-    }
-    return ElementTexts(value, [&](const TCIMValue& element) {
-        return element.IsNull() ? ToStringWithQualifiers(element) : TextInMap(element, *map);
-    });
+std::string TCimHTTPProperty::PrevValueToString() const {
+    return WithTexts(LockDeclaration(),
+                     [&](const PropertyTexts& texts) { return texts.Of(GetPrevValue(), DisplayChoice()); });
+}
+
+std::vector<std::string> TCimHTTPProperty::ToStringVector() const { return ToStringVector(DisplayChoice()); }
+
+std::vector<std::string> TCimHTTPProperty::ToStringVector(const DisplayChoice& choice) const {
+    return WithTexts(LockDeclaration(),
+                     [&](const PropertyTexts& texts) { return texts.OfElements(GetValue(TCIMContext()), choice); });
 }
 
 std::vector<std::string> TCimHTTPProperty::ToStringVectorWithBase() const {
-    const TCIMValue& value = GetValue(TCIMContext());
-    if (!IsArray(TCIMContext())) {
-        return {ToStringWithQualifiers(value)};
-    }
-    return ElementTexts(value, [this](const TCIMValue& element) { return ToStringWithQualifiers(element); });
+    return CompatibleTextsOf(LockDeclaration()).OfElementsWithoutMap(GetValue(TCIMContext()));
 }
 
 std::string TCimHTTPProperty::ToStringWithQualifiers(const TCIMValue& value) const {
-    return TextWithQualifiers(value, TCimHTTPPropertyDecl::DisplayQualifiersOf(LockDeclaration()));
+    return CompatibleTextsOf(LockDeclaration()).WithoutMap(value);
 }
 
 std::string TCimHTTPProperty::ToStringWithBase(const TCIMValue& value) const {
-    return TextWithBase(value, TCimHTTPPropertyDecl::DisplayQualifiersOf(LockDeclaration()));
+    return CompatibleTextsOf(LockDeclaration()).WithBase(value);
 }
 
 bool TCimHTTPProperty::BuildValueMapEntryArray(std::vector<TValueMapEntry>& table, std::string& defaultText) const {
@@ -271,11 +195,11 @@ bool TCimHTTPProperty::BuildValueMapEntryArray(std::vector<TValueMapEntry>& tabl
 // A host that was built on its own links this operation by its signature, hence no const for what it only reads.
 std::string TCimHTTPProperty::LookupInTable(const TCIMValue& value, std::vector<TValueMapEntry>& table,
                                             std::string& defaultText) const {
-    const std::uint64_t number = ToNumber(value);
+    const std::uint64_t number = CompatibleTexts::NumberOf(value);
     const auto row = std::find_if(table.begin(), table.end(), [number](const TValueMapEntry& entry) {
         return entry.low <= number && number <= entry.high;
     });
-    return row != table.end() ? row->text : TextOfOther(value, defaultText);
+    return row != table.end() ? row->text : CompatibleTexts::TextOfOther(value, defaultText);
 }
 
 } // namespace NQORVYX20

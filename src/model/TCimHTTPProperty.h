@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "display/DisplayChoice.h"
 #include "host/ICIMProperty.h"
 
 namespace NQORVYX20 {
@@ -15,11 +16,10 @@ namespace NQORVYX20 {
 /// to its declaration weakly, since the class keeps declarations: operations that need the declaration throw
 /// boost::bad_weak_ptr when it has gone.
 ///
-/// The texts for people are made from the declaration's qualifiers: Values and ValueMap for booleans and unsigned
-/// integers; UNITS with DISPLAYFIXEDUNITS, ABBREVIATEUNITS and DISPLAYCPUTIME for other unsigned integers; BASE for
-/// what has no unit; NULLDISPLAY for null. A qualifier that is absent, null or of the wrong type has no effect. When a
-/// lookup of a qualifier fails with TVYXException, other than 15 for its absence, the text's caller gets a
-/// TVYXException of that code.
+/// The texts for people are made from the declaration's qualifiers, by the rules of the reading that the declaration
+/// belongs to: see CompatibleTexts and FaithfulTexts. A qualifier that is absent, null or of the wrong type has no
+/// effect. When a lookup of a qualifier fails with TVYXException, other than 15 for its absence, the text's caller gets
+/// a TVYXException of that code.
 class TCimHTTPProperty : public ICIMProperty {
   public:
     /// A row of a value-map table: the text of the values from `low` to `high`, both included. A row that is open at
@@ -72,10 +72,12 @@ class TCimHTTPProperty : public ICIMProperty {
     bool IsPrevValueDifferent() const override;
 
     std::string ToString() const override;
+    std::string ToString(const DisplayChoice& choice) const;
     std::string PrevValueToString() const override;
 
     /// Elements that are null show as null does, also with a value map. No text for an array that is null.
     std::vector<std::string> ToStringVector() const override;
+    std::vector<std::string> ToStringVector(const DisplayChoice& choice) const;
 
     /// As ToStringVector, without the value map.
     std::vector<std::string> ToStringVectorWithBase() const;
@@ -103,7 +105,6 @@ class TCimHTTPProperty : public ICIMProperty {
 
     /// Logs and throws for a value that the declaration does not allow; `operation` begins the message.
     void Check(const TCIMValue& value, const char* operation, TCIMContext context) const;
-    std::string DisplayText(const TCIMValue& value) const;
 
     boost::weak_ptr<ICIMPropertyDecl const> fDeclaration;
     std::unique_ptr<TCIMValue> fValue;

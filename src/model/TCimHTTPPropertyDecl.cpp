@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "display/DisplayQualifiers.h"
+#include "display/FaithfulTexts.h"
 #include "display/ValueMapTable.h"
 #include "model/TCimHTTPClass.h"
 
@@ -29,6 +30,8 @@ TCimHTTPPropertyDecl::TCimHTTPPropertyDecl(boost::shared_ptr<TCimHTTPClass> cls,
 TCimHTTPPropertyDecl::TCimHTTPPropertyDecl(boost::shared_ptr<TCimHTTPClass const> /*cls*/,
                                            boost::shared_ptr<ICIMPropertyDecl const> /*other*/)
     : TCimHTTPDeclaration(std::string(), NameRule::kHost) {}
+
+TCimHTTPPropertyDecl::~TCimHTTPPropertyDecl() = default;
 
 void TCimHTTPPropertyDecl::AddToClass(TCIMContext /*context*/) {
     boost::shared_ptr<TCimHTTPClass>(fClass)->AddPropertyDecl(shared_from_this());
@@ -72,6 +75,16 @@ boost::shared_ptr<const ValueMapTable> TCimHTTPPropertyDecl::GetValueMapTable() 
         fValueMap.Keep(textSource, entrySource, MakeValueMapTable(DisplayQualifiersOf(shared_from_this())));
     }
     return fValueMap.Map();
+}
+
+const FaithfulTexts& TCimHTTPPropertyDecl::GetFaithfulTexts() const {
+    const std::uint64_t revision = QualifierRevision();
+    if (!fTexts || fTextsRevision != revision) {
+        fTexts =
+            std::make_unique<const FaithfulTexts>(fDefaultValue.GetType(), DisplayQualifiersOf(shared_from_this()));
+        fTextsRevision = revision;
+    }
+    return *fTexts;
 }
 
 } // namespace NQORVYX20

@@ -2,6 +2,9 @@
 
 #include <boost/weak_ptr.hpp>
 
+#include <cstdint>
+#include <memory>
+
 #include "display/ValueMapCache.h"
 #include "host/ICIMPropertyDecl.h"
 #include "model/TCimHTTPDeclaration.h"
@@ -9,6 +12,7 @@
 namespace NQORVYX20 {
 
 class DisplayQualifiers;
+class FaithfulTexts;
 class TCimHTTPClass;
 
 /// The declaration of a property in a class. The default value carries the type. It refers to its class weakly:
@@ -21,6 +25,8 @@ class TCimHTTPPropertyDecl : public TCimHTTPDeclaration<TCimHTTPPropertyDecl, IC
 
     /// An empty declaration: it takes nothing over from either argument.
     TCimHTTPPropertyDecl(boost::shared_ptr<TCimHTTPClass const> cls, boost::shared_ptr<ICIMPropertyDecl const> other);
+
+    ~TCimHTTPPropertyDecl() override;
 
     using TCimHTTPDeclaration::operator=;
 
@@ -57,10 +63,18 @@ class TCimHTTPPropertyDecl : public TCimHTTPDeclaration<TCimHTTPPropertyDecl, IC
     /// them has changed.
     boost::shared_ptr<const ValueMapTable> GetValueMapTable() const;
 
+    /// Whether it belongs to a namespace that reads faithfully.
+    bool IsFaithful() const { return Names() == NameRule::kCim; }
+
+    /// The texts of a faithful declaration. They are made anew only after a qualifier has changed; valid until then.
+    const FaithfulTexts& GetFaithfulTexts() const;
+
   private:
     boost::weak_ptr<TCimHTTPClass> fClass;
     TCIMValue fDefaultValue;
     mutable ValueMapCache fValueMap;
+    mutable std::unique_ptr<const FaithfulTexts> fTexts;
+    mutable std::uint64_t fTextsRevision = 0;
 };
 
 } // namespace NQORVYX20

@@ -58,14 +58,30 @@ void TCimHTTPQualifierMap::Keep(const std::string& name, const boost::shared_ptr
     if (!qualifier) {
         throw TVYXException(kTypeMismatch);
     }
+    Forget(name);
     fQualifiers[name] = qualifier;
     if (name == kKey) {
         fKey = qualifier;
     }
 }
 
+/// The counts of those that go stay in the revision, which therefore never repeats.
+void TCimHTTPQualifierMap::Forget(const std::string& name) {
+    const auto known = FindNormalized(name);
+    fPast += 1 + (known ? known->GetRevision() : 0);
+}
+
+std::uint64_t TCimHTTPQualifierMap::Revision() const {
+    std::uint64_t revision = fPast;
+    for (const auto& [name, qualifier] : fQualifiers) {
+        revision += qualifier->GetRevision();
+    }
+    return revision;
+}
+
 void TCimHTTPQualifierMap::Remove(const std::string& name) {
     const std::string normalized = NormalizeName(name, fNames);
+    Forget(normalized);
     if (fQualifiers.erase(normalized) == 0) {
         throw TVYXException(kNotFound);
     }
@@ -75,6 +91,7 @@ void TCimHTTPQualifierMap::Remove(const std::string& name) {
 }
 
 void TCimHTTPQualifierMap::Clear() {
+    fPast = Revision() + 1;
     fQualifiers.clear();
     fKey.reset();
 }

@@ -3,6 +3,7 @@
 #include <boost/function.hpp>
 #include <boost/shared_ptr.hpp>
 
+#include <cstdint>
 #include <map>
 #include <string>
 
@@ -54,12 +55,17 @@ class TCimHTTPQualifierMap {
 
     void Clear();
 
+    /// Another number after each change, of the qualifiers' values, too.
+    std::uint64_t Revision() const;
+
   private:
+    void Forget(const std::string& name);
     void Keep(const std::string& name, const boost::shared_ptr<TCimHTTPQualifier>& qualifier);
 
     NameRule fNames;
     std::map<std::string, boost::shared_ptr<TCimHTTPQualifier>> fQualifiers;
     boost::shared_ptr<TCimHTTPQualifier> fKey;
+    std::uint64_t fPast = 0; // changes of the collection, and those of qualifiers that are no more in it
 };
 
 } // namespace NQORVYX20

@@ -1,0 +1,129 @@
+#include "display/DateTimeText.h"
+
+#include <array>
+#include <charconv>
+#include <cstdint>
+#include <string_view>
+
+#include "display/SpanText.h"
+#include "host/TCIMDateTime.h"
+
+namespace NQORVYX20 {
+
+namespace {
+
+struct TField {
+    std::size_t begin;
+    std::size_t length;
+};
+
+// Where the fields stand among the 25 characters (DSP0004 5.2.4).
+constexpr std::array<TField, 6> kStampFields{{{0, 4}, {4, 2}, {6, 2}, {8, 2}, {10, 2}, {12, 2}}};
+constexpr std::array<TField, 4> kSpanFields{{{0, 8}, {8, 2}, {10, 2}, {12, 2}}};
+constexpr TField kMicroseconds{15, 6};
+constexpr TField kOffset{22, 3};
+constexpr std::size_t kSign = 21;
+
+std::uint64_t NumberOf(std::string_view digits) {
+    std::uint64_t number = 0;
+    std::from_chars(digits.data(), digits.data() + digits.size(), number);
+    return number;
+}
+
+/// The parts of a date-time.
+class Parts {
+  public:
+    explicit Parts(std::string_view text) : fText(text) {}
+
+    std::string_view At(const TField& field) const { return fText.substr(field.begin, field.length); }
+    bool IsGiven(const TField& field) const { return At(field).find('*') == std::string_view::npos; }
+
+    /// How many fields are given before the first that is not; nothing when a later one is given, or a part of one.
+    template <std::size_t Count>
+    bool CountGiven(const std::array<TField, Count>& fields, std::size_t& count) const {
+        count = 0;
+        while (count < Count && IsGiven(fields.at(count))) {
+            ++count;
+        }
+        for (std::size_t i = count; i < Count; ++i) {
+            if (!IsBlank(fields.at(i))) {
+                return false;
+            }
+        }
+        return count == Count || IsBlank(kMicroseconds);
+    }
+
+    /// The digits of the second's fraction, without zeros at their end.
+    std::string Fraction() const {
+        const std::string_view digits = At(kMicroseconds);
+        const std::string_view given = digits.substr(0, digits.find('*'));
+        return std::string(given.substr(0, given.find_last_not_of('0') + 1));
+    }
+
+  private:
+    bool IsBlank(const TField& field) const { return At(field).find_first_not_of('*') == std::string_view::npos; }
+
+    std::string_view fText;
+};
+
+std::string OffsetText(const Parts& parts, char sign) {
+    if (!parts.IsGiven(kOffset)) {
+        return {};
+    }
+    const std::uint64_t minutes = NumberOf(parts.At(kOffset));
+    const auto two = [](std::uint64_t number) { return (number < 10 ? "0" : "") + std::to_string(number); };
+    return std::string(" ") + sign + two(minutes / 60) + ':' + two(minutes % 60);
+}
+
+std::string StampText(const Parts& parts, std::size_t given, char sign) {
+    constexpr std::array<const char*, 6> kBefore{"", "-", "-", " ", ":", ":"};
+    std::string text;
+    for (std::size_t i = 0; i < given; ++i) {
+        text.append(kBefore.at(i)).append(parts.At(kStampFields.at(i)));
+    }
+    const std::string fraction = given == kStampFields.size() ? parts.Fraction() : std::string();
+    text += (fraction.empty() ? "" : "." + fraction);
+    return given > 3 ? text + OffsetText(parts, sign) : text;
+}
+
+/// `2 d 03:04` and the like, where not all is given.
+std::string PartOfSpan(const Parts& parts, std::size_t given) {
+    const std::uint64_t days = NumberOf(parts.At(kSpanFields[0]));
+    std::string text = days == 0 && given > 1 ? "" : std::to_string(days) + " d";
+    if (given > 1) {
+        text.append(text.empty() ? "" : " ").append(parts.At(kSpanFields[1]));
+        text += given > 2 ? ':' + std::string(parts.At(kSpanFields[2])) : " h";
+    }
+    return text;
+}
+
+std::string WholeSpan(const Parts& parts) {
+    const std::uint64_t seconds = ((NumberOf(parts.At(kSpanFields[0])) * 24 + NumberOf(parts.At(kSpanFields[1]))) * 60 +
+                                   NumberOf(parts.At(kSpanFields[2]))) *
+                                      60 +
+                                  NumberOf(parts.At(kSpanFields[3]));
+    const std::string_view digits = parts.At(kMicroseconds);
+    const std::uint64_t microseconds =
+        NumberOf(std::string(digits.substr(0, digits.find('*'))) +
+                 std::string(digits.find('*') == std::string_view::npos ? 0 : digits.size() - digits.find('*'), '0'));
+    return SpanText(*Fraction::Make(ExactNumber::Of(seconds * 1'000'000 + microseconds), {1, 1, -6, 0, false}));
+}
+
+} // namespace
+
+std::string DateTimeText(const TCIMDateTime& time) {
+    const std::string text = time.ToString();
+    const Parts parts(text);
+    std::size_t given = 0;
+    const bool makesSense =
+        time.IsInterval() ? parts.CountGiven(kSpanFields, given) : parts.CountGiven(kStampFields, given);
+    if (!makesSense || given == 0) {
+        return text;
+    }
+    if (!time.IsInterval()) {
+        return StampText(parts, given, text[kSign]);
+    }
+    return given == kSpanFields.size() ? WholeSpan(parts) : PartOfSpan(parts, given);
+}
+
+} // namespace NQORVYX20

@@ -1,0 +1,171 @@
+#include "display/FaithfulTexts.h"
+
+#include <limits>
+
+#include "display/DateTimeText.h"
+#include "display/DisplayQualifiers.h"
+#include "display/ProgrammaticUnit.h"
+#include "display/QuantityText.h"
+#include "display/UnitText.h"
+
+namespace NQORVYX20 {
+
+namespace {
+
+using ECIMType = TCIMValue::TCIMType::ECIMType;
+
+constexpr unsigned char kDecimal = 10;
+constexpr unsigned kArrayBit = ECIMType::eCIMArrayUnknown;
+
+ECIMType ElementType(ECIMType type) { return static_cast<ECIMType>(static_cast<unsigned>(type) & ~kArrayBit); }
+
+bool IsUnsigned(ECIMType type) {
+    return type == ECIMType::eCIMUint8 || type == ECIMType::eCIMUint16 || type == ECIMType::eCIMUint32 ||
+           type == ECIMType::eCIMUint64;
+}
+
+bool IsSigned(ECIMType type) {
+    return type == ECIMType::eCIMSint8 || type == ECIMType::eCIMSint16 || type == ECIMType::eCIMSint32 ||
+           type == ECIMType::eCIMSint64;
+}
+
+bool IsReal(ECIMType type) { return type == ECIMType::eCIMReal32 || type == ECIMType::eCIMReal64; }
+
+std::optional<ExactNumber> ExactNumberOf(const TCIMValue& value) {
+    if (IsUnsigned(value.GetType())) {
+        return ExactNumber::Of(static_cast<std::uint64_t>(static_cast<unsigned long long>(value)));
+    }
+    if (IsSigned(value.GetType())) {
+        return ExactNumber::Of(static_cast<std::int64_t>(static_cast<long long>(value)));
+    }
+    return ExactNumber::Read(value.ToString(kDecimal));
+}
+
+template <typename Number>
+constexpr std::uint64_t Greatest() {
+    return static_cast<std::uint64_t>(std::numeric_limits<Number>::max());
+}
+
+/// The greatest number of an integer type; 0 for others.
+std::uint64_t GreatestOf(ECIMType type) {
+    switch (type) {
+    case ECIMType::eCIMUint8:
+        return Greatest<std::uint8_t>();
+    case ECIMType::eCIMSint8:
+        return Greatest<std::int8_t>();
+    case ECIMType::eCIMUint16:
+        return Greatest<std::uint16_t>();
+    case ECIMType::eCIMSint16:
+        return Greatest<std::int16_t>();
+    case ECIMType::eCIMUint32:
+        return Greatest<std::uint32_t>();
+    case ECIMType::eCIMSint32:
+        return Greatest<std::int32_t>();
+    case ECIMType::eCIMUint64:
+        return Greatest<std::uint64_t>();
+    case ECIMType::eCIMSint64:
+        return Greatest<std::int64_t>();
+    default:
+        return 0;
+    }
+}
+
+/// Whether the value is the greatest of its type, with which servers say that there is no limit, or no number.
+bool IsGreatest(ECIMType type, const ExactNumber& number) {
+    return number.mantissa != 0 && !number.isNegative && number.mantissa == GreatestOf(type);
+}
+
+bool IsMereCount(const Unit& unit) { return unit.symbol.empty() || unit.symbol == "cycles"; }
+
+} // namespace
+
+FaithfulTexts::FaithfulTexts(TCIMValue::TCIMType type, const DisplayQualifiers& qualifiers) {
+    static const DisplayQualifiers::TName kNullDisplay("NULLDISPLAY");
+    static const DisplayQualifiers::TName kBase("BASE");
+    static const DisplayQualifiers::TName kValues("Values");
+    static const DisplayQualifiers::TName kValueMap("ValueMap");
+    static const DisplayQualifiers::TName kBitValues("BitValues");
+    static const DisplayQualifiers::TName kBitMap("BitMap");
+    static const DisplayQualifiers::TName kPUnit("PUnit");
+    static const DisplayQualifiers::TName kUnits("Units");
+    fNullText = qualifiers.GetString(kNullDisplay).value_or("");
+    fBase = qualifiers.GetUint8(kBase).value_or(kDecimal);
+    if (const auto texts = qualifiers.GetTexts(kValues)) {
+        fMap.emplace(ElementType(type), qualifiers.GetTexts(kValueMap), *texts);
+    }
+    if (const auto names = qualifiers.GetTexts(kBitValues)) {
+        fBits.emplace(qualifiers.GetTexts(kBitMap), *names);
+    }
+    const std::string programmatic = qualifiers.GetString(kPUnit).value_or("");
+    const std::string words = qualifiers.GetString(kUnits).value_or("");
+    fUnit = ParseProgrammaticUnit(programmatic);
+    if (!fUnit || (IsMereCount(*fUnit) && !words.empty())) { // what is counted, the words say
+        fUnit = ParseUnitText(words);
+        fUnknownUnit = fUnit ? "" : words.empty() ? programmatic : words;
+    }
+}
+
+std::string FaithfulTexts::Of(const TCIMValue& value, const DisplayChoice& choice) const {
+    if (value.IsNull() || !value.IsArray()) {
+        return OfScalar(value, choice);
+    }
+    std::string joined = "{";
+    const char* separator = "";
+    for (const std::string& text : OfElements(value, choice)) {
+        joined.append(separator).append(text);
+        separator = ", ";
+    }
+    return joined + '}';
+}
+
+std::vector<std::string> FaithfulTexts::OfElements(const TCIMValue& value, const DisplayChoice& choice) const {
+    if (!value.IsArray()) {
+        return {OfScalar(value, choice)};
+    }
+    std::vector<std::string> texts;
+    if (!value.IsNull()) {
+        const std::vector<TCIMValue>& elements = value;
+        texts.reserve(elements.size());
+        for (const TCIMValue& element : elements) {
+            texts.push_back(OfScalar(element, choice));
+        }
+    }
+    return texts;
+}
+
+std::string FaithfulTexts::OfScalar(const TCIMValue& value, const DisplayChoice& choice) const {
+    if (value.IsNull()) {
+        return fNullText;
+    }
+    if (const std::string* const text = fMap ? fMap->Find(value) : nullptr) {
+        return *text;
+    }
+    const ECIMType type = value.GetType();
+    if (type == ECIMType::eCIMDateTime) {
+        return DateTimeText(value.GetDateTime());
+    }
+    const bool isNumber = IsUnsigned(type) || IsSigned(type) || IsReal(type);
+    const std::string text = isNumber ? OfNumber(value, choice) : value.ToString(kDecimal);
+    return fMap && choice.saysWhatIsNot ? text + " (not in the map)" : text;
+}
+
+std::string FaithfulTexts::OfNumber(const TCIMValue& value, const DisplayChoice& choice) const {
+    if (fBits && IsUnsigned(value.GetType())) {
+        const std::string names = fBits->TextOf(static_cast<unsigned long long>(value));
+        return names.empty() ? value.ToString(kDecimal) : names;
+    }
+    if (choice.unit != nullptr || fUnit) {
+        return WithUnitOf(value, choice);
+    }
+    const std::string text = value.ToString(IsReal(value.GetType()) ? kDecimal : fBase);
+    return fUnknownUnit.empty() ? text : text + ' ' + fUnknownUnit;
+}
+
+std::string FaithfulTexts::WithUnitOf(const TCIMValue& value, const DisplayChoice& choice) const {
+    const Unit& unit = choice.unit != nullptr ? *choice.unit : *fUnit;
+    const auto number = choice.isUnscaled ? std::nullopt : ExactNumberOf(value);
+    return number && !IsGreatest(value.GetType(), *number) ? QuantityText(*number, unit)
+                                                           : UnscaledText(value.ToString(kDecimal), unit);
+}
+
+} // namespace NQORVYX20

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "display/BitNames.h"
+#include "display/PropertyTexts.h"
+#include "display/StandardValueMap.h"
+#include "display/Unit.h"
+#include "host/TCIMValue.h"
+
+namespace NQORVYX20 {
+
+class DisplayQualifiers;
+
+/// The texts for people of one property's values, by the standard: Values and ValueMap, BitValues and BitMap, PUnit or
+/// else Units, and NULLDISPLAY and BASE. Made once for a declaration.
+class FaithfulTexts : public PropertyTexts {
+  public:
+    /// `type` is the declared one. Throws what the look-ups throw.
+    FaithfulTexts(TCIMValue::TCIMType type, const DisplayQualifiers& qualifiers);
+
+    /// The elements of an array stand in braces.
+    std::string Of(const TCIMValue& value, const DisplayChoice& choice) const override;
+    std::vector<std::string> OfElements(const TCIMValue& value, const DisplayChoice& choice) const override;
+
+  private:
+    std::string OfScalar(const TCIMValue& value, const DisplayChoice& choice) const;
+    std::string OfNumber(const TCIMValue& value, const DisplayChoice& choice) const;
+    std::string WithUnitOf(const TCIMValue& value, const DisplayChoice& choice) const;
+
+    std::string fNullText;
+    unsigned char fBase;
+    std::optional<StandardValueMap> fMap;
+    std::optional<BitNames> fBits;
+    std::optional<Unit> fUnit;
+    std::string fUnknownUnit; ///< one that nobody knows, as it is
+};
+
+} // namespace NQORVYX20

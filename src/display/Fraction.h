@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "display/Scale.h"
+
+namespace NQORVYX20 {
+
+/// A number of CIM without loss: `mantissa * 10^ten`, negative or not.
+struct ExactNumber {
+    std::uint64_t mantissa = 0;
+    int ten = 0;
+    bool isNegative = false;
+
+    static ExactNumber Of(std::uint64_t number) { return {number, 0, false}; }
+    static ExactNumber Of(std::int64_t number) {
+        const auto bits = static_cast<std::uint64_t>(number);
+        return {number < 0 ? 0 - bits : bits, 0, number < 0};
+    }
+
+    /// The number that a decimal text such as `-2.5e-07` says. Nothing for other texts, such as `inf`, and for more
+    /// digits than fit.
+    static std::optional<ExactNumber> Read(const std::string& text);
+};
+
+/// A fraction without sign, exact. Its numbers have room for every number of CIM in every unit that is in use.
+class Fraction {
+  public:
+    __extension__ using TNumber = unsigned __int128;
+
+    /// The number's size times the scale's; nothing where that does not fit.
+    static std::optional<Fraction> Make(const ExactNumber& number, const Scale& scale);
+
+    bool IsZero() const { return fAbove == 0; }
+
+    /// Whether it is at least that many.
+    bool IsAtLeast(TNumber number) const { return fAbove / fBelow >= number; }
+
+    /// Both give nothing where the result does not fit.
+    std::optional<Fraction> Times(TNumber number) const;
+    std::optional<Fraction> By(TNumber number) const;
+
+    /// The whole number that it is, if it is one.
+    std::optional<TNumber> Whole() const {
+        return fAbove % fBelow == 0 ? std::optional(fAbove / fBelow) : std::nullopt;
+    }
+
+    /// Rounded to the nearest whole number, halves up.
+    TNumber Rounded() const;
+
+  private:
+    Fraction(TNumber above, TNumber below) : fAbove(above), fBelow(below) {}
+
+    TNumber fAbove;
+    TNumber fBelow;
+};
+
+} // namespace NQORVYX20

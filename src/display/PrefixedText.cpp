@@ -1,0 +1,138 @@
+#include "display/PrefixedText.h"
+
+#include <array>
+
+#include "display/NumberText.h"
+
+namespace NQORVYX20 {
+
+namespace {
+
+using TNumber = Fraction::TNumber;
+
+constexpr TNumber kGreatestShort = 9999; // what has four digits
+constexpr int kMostDecimals = 3;
+
+/// The shortest decimal text of a number that has four digits at most; empty for others.
+std::string ShortText(const Fraction& number) {
+    Fraction shifted = number;
+    for (int decimals = 0; decimals <= kMostDecimals; ++decimals) {
+        if (const auto whole = shifted.Whole()) {
+            return *whole <= kGreatestShort ? NumberText(*whole, decimals) : std::string();
+        }
+        const auto next = shifted.Times(10);
+        if (!next) {
+            break;
+        }
+        shifted = *next;
+    }
+    return {};
+}
+
+/// Numbers that one decimal place would make nothing of have some more.
+std::string RoundedText(const Fraction& number) {
+    Fraction shifted = number;
+    for (int decimals = 0;; ++decimals) {
+        const auto next = shifted.Times(10);
+        const TNumber rounded = next ? next->Rounded() : shifted.Rounded();
+        if (!next || rounded != 0) {
+            return NumberText(rounded, next ? decimals + 1 : decimals);
+        }
+        shifted = *next;
+    }
+}
+
+/// A number with the largest prefix that leaves it at least 1.
+class Prefixed {
+  public:
+    Prefixed(const Fraction& number, unsigned step, const std::string& symbol)
+        : fNumber(number), fStep(step), fSymbol(symbol) {}
+
+    std::string Text() const {
+        if (!fNumber.IsAtLeast(1)) {
+            return fStep == 1000 ? SmallText() : WithUnit(PlainText(fNumber), {}, fSymbol);
+        }
+        std::size_t prefix = 0;
+        TNumber size = 1;
+        while (prefix + 1 < kLargePrefixes.size() && fNumber.IsAtLeast(size * fStep)) {
+            size *= fStep;
+            ++prefix;
+        }
+        return LargeText(prefix, size);
+    }
+
+  private:
+    const std::string_view& Prefix(std::size_t prefix) const {
+        return (fStep == 1024 ? kBinaryPrefixes : kLargePrefixes).at(prefix);
+    }
+
+    std::string LargeText(std::size_t prefix, TNumber size) const {
+        const std::size_t largest = prefix;
+        for (TNumber smaller = size;; smaller /= fStep, --prefix) {
+            const auto part = fNumber.By(smaller);
+            const std::string text = part ? ShortText(*part) : std::string();
+            if (!text.empty()) {
+                return WithUnit(text, Prefix(prefix), fSymbol);
+            }
+            if (prefix == 0 || fStep == 1000) { // whose parts have the same digits
+                break;
+            }
+        }
+        return RoundedWith(largest, size);
+    }
+
+    /// Where rounding reaches the next prefix, that is the one.
+    std::string RoundedWith(std::size_t prefix, TNumber size) const {
+        const auto tenths = fNumber.By(size)->Times(10);
+        if (!tenths) {
+            return WithUnit(NumberText(fNumber.By(size)->Rounded(), 0), Prefix(prefix), fSymbol);
+        }
+        const bool isNext = tenths->Rounded() >= fStep * 10 && prefix + 1 < kLargePrefixes.size();
+        return isNext ? WithUnit("1.0", Prefix(prefix + 1), fSymbol)
+                      : WithUnit(NumberText(tenths->Rounded(), 1), Prefix(prefix), fSymbol);
+    }
+
+    std::string SmallText() const {
+        Fraction larger = fNumber;
+        std::size_t prefix = 0;
+        while (prefix + 1 < kSmallPrefixes.size() && !larger.IsAtLeast(1)) {
+            const auto next = larger.Times(1000);
+            if (!next) {
+                break;
+            }
+            larger = *next;
+            ++prefix;
+        }
+        const std::string text = ShortText(larger);
+        return WithUnit(text.empty() ? RoundedText(larger) : text, kSmallPrefixes.at(prefix), fSymbol);
+    }
+
+    const Fraction& fNumber;
+    const TNumber fStep;
+    const std::string& fSymbol;
+};
+
+} // namespace
+
+std::string WithUnit(std::string number, std::string_view prefix, const std::string& symbol) {
+    if (!symbol.empty()) {
+        number += ' ';
+        number += prefix;
+        number += symbol;
+    }
+    return number;
+}
+
+std::string PlainText(const Fraction& number) {
+    if (const auto whole = number.Whole()) {
+        return NumberText(*whole, 0);
+    }
+    const std::string text = ShortText(number);
+    return text.empty() ? RoundedText(number) : text;
+}
+
+std::string PrefixedText(const Fraction& number, unsigned step, const std::string& symbol) {
+    return Prefixed(number, step, symbol).Text();
+}
+
+} // namespace NQORVYX20

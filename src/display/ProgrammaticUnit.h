@@ -1,0 +1,15 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "display/Unit.h"
+
+namespace NQORVYX20 {
+
+/// A unit in the language of the qualifier PUnit (DSP0004, annex C): base units with `*` and `/` between them, and then
+/// numbers and powers, as in `byte / second * 10^3`. Case and blanks do not count. Nothing for a text that is none, has
+/// a unit that nobody knows, or numbers beyond all use.
+std::optional<Unit> ParseProgrammaticUnit(std::string_view text);
+
+} // namespace NQORVYX20

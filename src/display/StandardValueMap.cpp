@@ -1,0 +1,159 @@
+#include "display/StandardValueMap.h"
+
+#include <algorithm>
+#include <charconv>
+#include <limits>
+#include <string_view>
+#include <utility>
+
+namespace NQORVYX20 {
+
+namespace {
+
+using ECIMType = TCIMValue::TCIMType::ECIMType;
+
+constexpr std::uint64_t kGreatest = std::numeric_limits<std::uint64_t>::max();
+constexpr std::uint64_t kSignBit = std::uint64_t{1} << 63;
+
+bool IsSignedType(ECIMType type) {
+    return type == ECIMType::eCIMSint8 || type == ECIMType::eCIMSint16 || type == ECIMType::eCIMSint32 ||
+           type == ECIMType::eCIMSint64;
+}
+
+bool IsUnsignedType(ECIMType type) {
+    return type == ECIMType::eCIMUint8 || type == ECIMType::eCIMUint16 || type == ECIMType::eCIMUint32 ||
+           type == ECIMType::eCIMUint64;
+}
+
+bool IsNumberType(ECIMType type) { return type == ECIMType::eCIMBoolean || IsUnsignedType(type) || IsSignedType(type); }
+
+std::string_view Trimmed(std::string_view text) {
+    constexpr const char* kBlanks = " \t\r\n";
+    text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
+    return text.substr(0, text.find_last_not_of(kBlanks) + 1);
+}
+
+std::optional<std::uint64_t> Magnitude(std::string_view digits, int base) {
+    std::uint64_t number = 0;
+    const char* const end = digits.data() + digits.size();
+    const auto parsed = std::from_chars(digits.data(), end, number, base);
+    return parsed.ec == std::errc() && parsed.ptr == end ? std::optional(number) : std::nullopt;
+}
+
+bool AreAll(std::string_view digits, const char* among) {
+    return !digits.empty() && digits.find_first_not_of(among) == std::string_view::npos;
+}
+
+/// The number without its sign.
+std::optional<std::uint64_t> ParseMagnitude(std::string_view digits) {
+    if (digits.size() > 2 && digits[0] == '0' && (digits[1] == 'x' || digits[1] == 'X')) {
+        return Magnitude(digits.substr(2), 16);
+    }
+    if (digits.size() > 1 && (digits.back() == 'b' || digits.back() == 'B')) {
+        return Magnitude(digits.substr(0, digits.size() - 1), 2);
+    }
+    const bool isOctal = digits.size() > 1 && digits.front() == '0' && AreAll(digits, "01234567");
+    return Magnitude(digits, isOctal ? 8 : 10);
+}
+
+bool IsTruth(std::string_view text, std::string_view word) {
+    return text.size() == word.size() && std::equal(text.begin(), text.end(), word.begin(), [](char left, char right) {
+               return (left >= 'A' && left <= 'Z' ? left - 'A' + 'a' : left) == right;
+           });
+}
+
+std::vector<std::string> CountedFromZero(std::size_t count) {
+    std::vector<std::string> entries;
+    for (std::size_t i = 0; i < count; ++i) {
+        entries.push_back(std::to_string(i));
+    }
+    return entries;
+}
+
+} // namespace
+
+StandardValueMap::StandardValueMap(TCIMValue::TCIMType type, const std::optional<std::vector<std::string>>& entries,
+                                   const std::vector<std::string>& texts)
+    : fIsSigned(IsSignedType(type)), fIsText(!IsNumberType(type)) {
+    if (!entries && fIsText) {
+        return;
+    }
+    const std::vector<std::string> counted = entries ? *entries : CountedFromZero(texts.size());
+    std::vector<ValueMapRow> rows;
+    for (std::size_t i = 0; i < counted.size(); ++i) {
+        const std::string text = i < texts.size() ? texts[i] : std::string();
+        if (Trimmed(counted[i]) == "..") {
+            fOthers = fOthers.empty() ? text : fOthers;
+        } else if (fIsText) {
+            fTexts.emplace(counted[i], text);
+        } else {
+            AddRange(counted[i], text, rows);
+        }
+    }
+    if (!fIsText) {
+        fNumbers.emplace(std::move(rows), std::string());
+    }
+}
+
+/// An entry that makes no sense claims nothing.
+bool StandardValueMap::AddRange(const std::string& entry, const std::string& text,
+                                std::vector<ValueMapRow>& rows) const {
+    const auto dots = entry.find("..");
+    const std::string low(Trimmed(entry.substr(0, dots)));
+    const std::string high(dots == std::string::npos ? low : Trimmed(entry.substr(dots + 2)));
+    const bool isOpen = dots != std::string::npos;
+    const auto lowest = isOpen && low.empty() ? std::optional<std::uint64_t>(0) : KeyOf(low);
+    const auto highest = isOpen && high.empty() ? std::optional(kGreatest) : KeyOf(high);
+    if (lowest && highest) {
+        rows.push_back({*lowest, *highest, text});
+    }
+    return lowest && highest;
+}
+
+/// Signed numbers in the order of unsigned ones.
+std::optional<std::uint64_t> StandardValueMap::KeyOf(const std::string& number) const {
+    if (IsTruth(number, "true") || IsTruth(number, "false")) {
+        return IsTruth(number, "true") ? 1 : 0;
+    }
+    const bool isNegative = !number.empty() && number.front() == '-';
+    const bool hasSign = isNegative || (!number.empty() && number.front() == '+');
+    const auto size = ParseMagnitude(std::string_view(number).substr(hasSign ? 1 : 0));
+    if (!size || (isNegative && *size != 0 && !fIsSigned)) {
+        return std::nullopt;
+    }
+    if (!fIsSigned) {
+        return size;
+    }
+    if (isNegative ? *size > kSignBit : *size >= kSignBit) {
+        return std::nullopt;
+    }
+    return isNegative ? kSignBit - *size : kSignBit + *size;
+}
+
+std::optional<std::uint64_t> StandardValueMap::KeyOf(const TCIMValue& value) const {
+    const ECIMType type = value.GetType();
+    if (type == ECIMType::eCIMBoolean) {
+        return static_cast<bool>(value) ? 1 : 0;
+    }
+    if (IsSignedType(type) && fIsSigned) {
+        return static_cast<std::uint64_t>(static_cast<long long>(value)) ^ kSignBit;
+    }
+    return IsUnsignedType(type) && !fIsSigned ? std::optional<std::uint64_t>(static_cast<unsigned long long>(value))
+                                              : std::nullopt;
+}
+
+const std::string* StandardValueMap::Find(const TCIMValue& value) const {
+    const std::string* text = nullptr;
+    if (fIsText) {
+        const auto found = fTexts.find(value.ToString(10));
+        text = found == fTexts.end() ? nullptr : &found->second;
+    } else if (const auto key = KeyOf(value)) {
+        text = fNumbers->Find(*key);
+    }
+    if (text == nullptr) {
+        text = &fOthers;
+    }
+    return text->empty() ? nullptr : text;
+}
+
+} // namespace NQORVYX20

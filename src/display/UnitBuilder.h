@@ -1,0 +1,33 @@
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "display/Unit.h"
+#include "display/UnitNames.h"
+
+namespace NQORVYX20 {
+
+/// Puts a unit together out of what it is made of, such as `byte / second * 10^3`.
+class UnitBuilder {
+  public:
+    void Multiply(const BaseUnit& unit) { fAbove.push_back(&unit); }
+    void Divide(const BaseUnit& unit) { fBelow.push_back(&unit); }
+    Scale& GetScale() { return fScale; }
+
+    /// Nothing without any base unit.
+    std::optional<Unit> Build() const;
+
+  private:
+    bool IsTime() const;
+    bool IsOne(const char* above, const char* below) const;
+    Unit::Steps StepsOf() const;
+    Unit TimeUnit() const;
+    std::string Symbol() const;
+
+    std::vector<const BaseUnit*> fAbove;
+    std::vector<const BaseUnit*> fBelow;
+    Scale fScale;
+};
+
+} // namespace NQORVYX20
