@@ -34,7 +34,30 @@ struct Arguments {
     std::string logFile;
     std::string certificateFile;
     std::vector<std::string> schemaFiles;
+    /// As in "root/example=example.xml".
+    std::vector<std::string> namespaces;
 };
+
+/// A namespace and a schema file, as in "root/example=example.xml".
+struct NamespaceFile {
+    std::string nameSpace;
+    std::string file;
+};
+
+NamespaceFile SplitNamespace(const std::string& text) {
+    const auto end = text.find('=');
+    return {text.substr(0, end), end == std::string::npos ? "" : text.substr(end + 1)};
+}
+
+/// What is wrong with the argument of --namespace; empty for nothing.
+std::string CheckNamespace(const std::string& text) {
+    const auto [nameSpace, file] = SplitNamespace(text);
+    if (nameSpace.empty() || file.empty()) {
+        return text + " is not NAMESPACE=SCHEMA";
+    }
+    std::string unused = file;
+    return CLI::ExistingFile(unused);
+}
 
 void Declare(CLI::App& app, Arguments& arguments) {
     app.add_option("--address", arguments.server.address, "Address to listen on")->capture_default_str();
@@ -62,6 +85,12 @@ void Declare(CLI::App& app, Arguments& arguments) {
                    "Add the classes and instances that this CIM-XML declaration file declares")
         ->check(CLI::ExistingFile)
         ->allow_extra_args(false);
+    app.add_option("--namespace", arguments.namespaces,
+                   "NAMESPACE=SCHEMA: add the classes and instances of this file to a namespace, which need not be "
+                   "there yet")
+        ->check(CheckNamespace)
+        ->allow_extra_args(false);
+    app.add_option("--interop", arguments.server.interop, "Name of the Interop namespace")->capture_default_str();
     app.add_option("--certificate-out", arguments.certificateFile,
                    "Write the certificate of the HTTPS port to this file, for clients to trust");
 }
@@ -169,6 +198,10 @@ void Serve(Arguments arguments) {
     arguments.server.users = ReadUsers(arguments);
     for (const auto& file : arguments.schemaFiles)
         arguments.server.schemas.push_back(ReadSource(file));
+    for (const auto& added : arguments.namespaces) {
+        const auto [nameSpace, file] = SplitNamespace(added);
+        arguments.server.namespaces[nameSpace].push_back(ReadSource(file));
+    }
     const demo::DemoServer server(std::move(arguments.server));
     if (!arguments.certificateFile.empty())
         WriteFile(arguments.certificateFile, server.CertificatePem());
@@ -181,7 +214,8 @@ void Serve(Arguments arguments) {
 } // namespace
 
 int main(int argc, char** argv) {
-    CLI::App app("A small CIM server that shows this machine, in the namespace root/cimv2.", "demo-server");
+    CLI::App app("A small CIM server that shows this machine, in the namespace root/cimv2, and schemas of your own.",
+                 "demo-server");
     Arguments arguments;
     Declare(app, arguments);
     CLI11_PARSE(app, argc, argv);

@@ -1,9 +1,6 @@
 #include "server/DemoServer.h"
 
-#include "providers/LiveProviders.h"
 #include "providers/Machine.h"
-#include "providers/StaticProvider.h"
-#include "schema/SchemaReader.h"
 
 #include <utility>
 
@@ -13,14 +10,10 @@ namespace {
 
 CimService MakeService(const DemoServerOptions& options) {
     const SystemFiles files("/");
-    std::vector<SchemaSource> sources{BuiltInSource()};
-    sources.insert(sources.end(), options.schemas.begin(), options.schemas.end());
-    const SchemaDocuments documents(std::move(sources));
-    Schema schema = ReadSchema(documents);
-    InstanceProviders providers = LiveProviders(schema, files, options.volumes);
-    for (auto& provider : DeclaredInstances(documents, schema, CimService::kNamespace))
-        providers.push_back(std::move(provider));
-    return {std::move(schema), std::move(providers), ComputerName(files)};
+    SchemasByNamespace added = options.namespaces;
+    auto& schemas = added[CimService::kNamespace];
+    schemas.insert(schemas.end(), options.schemas.begin(), options.schemas.end());
+    return {ServedNamespaces(std::move(added), options.interop, files, options.volumes), ComputerName(files)};
 }
 
 } // namespace
