@@ -215,6 +215,46 @@ TEST(Program, EndsWithALineForEachProblemOfASchema) {
     EXPECT_EQ(program.Wait(), 1);
 }
 
+TEST(Program, ServesNamespacesWithTheirSchemas) {
+    const support::TemporaryDirectory directory;
+    const std::string more = directory.WriteFile(
+        "more=1.xml", "<CIM><DECLARATION><DECLGROUP><VALUE.OBJECT><CLASS NAME='MORE_Rack' SUPERCLASS='EXAMPLE_Rack'/>"
+                      "</VALUE.OBJECT></DECLGROUP></DECLARATION></CIM>");
+    const std::string address = support::LoopbackAddress();
+    const Program program({"--address", address, "--namespace", std::string("root/site=") + EXAMPLE_NAMESPACE,
+                           "--namespace", "Root/Site=" + more, "--interop", "root/interop"});
+    program.ReadLine();
+    program.ReadLine();
+    const auto ask = [](const std::string& nameSpace, const std::string& method, const std::string& parameters) {
+        auto headers = exchange::OperationHeaders(method);
+        headers["CIMObject"] = nameSpace;
+        return exchange::Send(exchange::Post(headers, exchange::OperationBody(method, parameters, nameSpace))).body;
+    };
+    EXPECT_THAT(ask("root/site", "EnumerateInstances", exchange::ClassName("EXAMPLE_Rack")), HasSubstr(">cellar<"));
+    EXPECT_THAT(ask("root/site", "EnumerateClassNames", exchange::ClassName("EXAMPLE_Rack")), HasSubstr("MORE_Rack"));
+    EXPECT_THAT(ask("root/interop", "EnumerateInstances", exchange::ClassName("CIM_Namespace")),
+                HasSubstr("<VALUE>root/site</VALUE>"));
+}
+
+TEST(Program, EndsWithOneLineWhenANamespaceCannotBe) {
+    const auto problem = [](const std::vector<std::string>& arguments) {
+        std::vector<std::string> all{"--address", support::LoopbackAddress()};
+        all.insert(all.end(), arguments.begin(), arguments.end());
+        Program program(all);
+        const std::string text = program.ReadLine();
+        EXPECT_NE(program.Wait(), 0);
+        return text;
+    };
+    const std::string file = EXAMPLE_NAMESPACE;
+    EXPECT_EQ(problem({"--namespace", "/root/site=" + file}),
+              "demo-server: \"/root/site\" cannot be the name of a namespace; names look like root/example");
+    EXPECT_EQ(problem({"--namespace", "root/site"}), "--namespace: root/site is not NAMESPACE=SCHEMA");
+    EXPECT_EQ(problem({"--namespace", "=" + file}), "--namespace: =" + file + " is not NAMESPACE=SCHEMA");
+    EXPECT_EQ(problem({"--namespace", "root/site=no.xml"}), "--namespace: File does not exist: no.xml");
+    EXPECT_EQ(problem({"--interop", "root/cimv2"}),
+              "demo-server: the Interop namespace cannot be root/cimv2, which shows this machine");
+}
+
 TEST(Program, OfTheDocumentServesItsPumps) {
     const std::string address = support::LoopbackAddress();
     const Program program({address}, DOCUMENTED_SERVER);
