@@ -1,4 +1,5 @@
 #include "HttpExchange.h"
+#include "TestPki.h"
 
 #include "support/LoopbackAddress.h"
 #include "support/ProgramRun.h"
@@ -173,6 +174,51 @@ TEST(Program, WarnsOfAFileWithPasswordsThatEverybodyMayUse) {
     EXPECT_EQ(firstLineWith(0602, {"--users", users}), warning + "write it (mode 0602)" + help);
     EXPECT_EQ(firstLineWith(0666, {"--user", "a", "--password-file", users}), warning + "read it (mode 0666)" + help);
     EXPECT_THAT(firstLineWith(0660, {"--users", users}), HasSubstr(" ready"));
+}
+
+TEST(Program, TakesACertificateWithItsKeyAndDemandsThoseOfClients) {
+    if (support::FindProgram("openssl").empty()) {
+        GTEST_SKIP() << "openssl is not installed";
+    }
+    const std::string address = support::LoopbackAddress();
+    const TestPki pki(address);
+    ::chmod(pki.ServerKey().c_str(), S_IRUSR | S_IWUSR | S_IROTH);
+    const std::string written = pki.Path("written.pem");
+    Program program({"--address", address, "--certificate", pki.ServerChain(), "--key", pki.ServerKey(), "--client-ca",
+                     pki.Root(), "--certificate-out", written});
+    EXPECT_EQ(program.ReadLine(), "demo-server: warning: " + pki.ServerKey() +
+                                      " holds a private key, and everybody may read it (mode 0604); chmod 600 " +
+                                      pki.ServerKey() + " helps");
+    program.ReadLine();
+    program.ReadLine();
+    EXPECT_EQ(support::ReadFile(written), support::ReadFile(pki.ServerChain()));
+    const auto connect = [&](const std::string& arguments) {
+        const auto run =
+            support::RunProgram("/bin/sh", {"-c", "openssl s_client -tls1_2 -CAfile " + pki.Root() + " -connect " +
+                                                      address + ":5989 " + arguments + " </dev/null"});
+        return run.output + run.errors;
+    };
+    EXPECT_THAT(connect("-cert " + pki.Client() + " -cert_chain " + pki.Intermediate() + " -key " + pki.ClientKey()),
+                HasSubstr("Verify return code: 0 (ok)"));
+    EXPECT_THAT(connect(""), HasSubstr("alert handshake failure"));
+}
+
+TEST(Program, EndsWithOneLineWhenACertificateCannotBeUsed) {
+    const support::TemporaryDirectory directory;
+    const std::string garbage = directory.WriteFile("garbage.pem", "x\n");
+    ::chmod(garbage.c_str(), S_IRUSR | S_IWUSR);
+    const auto output = [](const std::vector<std::string>& arguments) {
+        std::vector<std::string> all{"--address", support::LoopbackAddress()};
+        all.insert(all.end(), arguments.begin(), arguments.end());
+        Program program(all);
+        const std::string text = program.ReadAll();
+        EXPECT_NE(program.Wait(), 0);
+        return text;
+    };
+    EXPECT_EQ(output({"--certificate", garbage}), "demo-server: " + garbage + " holds no certificate\n");
+    EXPECT_EQ(output({"--client-ca", garbage}), "demo-server: " + garbage + " holds no certificate\n");
+    EXPECT_THAT(output({"--certificate", "none.pem"}), HasSubstr("--certificate: File does not exist: none.pem"));
+    EXPECT_THAT(output({"--key", garbage}), HasSubstr("--key requires --certificate"));
 }
 
 TEST(Program, MayHaveAsManyDescriptorsAsItIsAllowed) {

@@ -2,6 +2,7 @@
 
 #include "providers/Machine.h"
 
+#include <stdexcept>
 #include <utility>
 
 namespace demo {
@@ -16,15 +17,24 @@ CimService MakeService(const DemoServerOptions& options) {
     return {ServedNamespaces(std::move(added), options.interop, files, options.volumes), ComputerName(files)};
 }
 
+Certificate MakeCertificate(const DemoServerOptions& options) {
+    if (options.certificateFile.empty() && !options.keyFile.empty()) {
+        throw std::invalid_argument("there is no certificate for the key in " + options.keyFile);
+    }
+    return options.certificateFile.empty() ? Certificate(options.address)
+                                           : Certificate::Read(options.certificateFile, options.keyFile);
+}
+
 } // namespace
 
 DemoServer::DemoServer(DemoServerOptions options)
     : options_(std::move(options)),
       service_(MakeService(options_)),
-      certificate_(options_.address),
+      certificate_(MakeCertificate(options_)),
+      tls_(certificate_, options_.clientAuthorityFile),
       http_(service_, options_.users, options_.accessLog, options_.address, options_.httpPort, nullptr,
             options_.limits),
-      https_(service_, options_.users, options_.accessLog, options_.address, options_.httpsPort, &certificate_,
+      https_(service_, options_.users, options_.accessLog, options_.address, options_.httpsPort, &tls_,
              options_.limits) {}
 
 } // namespace demo
