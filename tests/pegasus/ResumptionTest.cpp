@@ -144,6 +144,21 @@ TEST_P(ResumptionTest, LetsACertificateThatHasChangedBeVerified) {
     }
 }
 
+TEST_P(ResumptionTest, IsNotTriedAgainAfterAHandshakeThatFailed) {
+    serve(certificate());
+    HttpConnection connection = connectionWith(trusting());
+    exchange(connection);
+    server_.reset();
+    std::vector<std::size_t> sizes; // of what the client says first, which has the session in it
+    support::ScriptedServer deaf([&](Connection& peer) { sizes.push_back(peer.ReadSome().size()); });
+    deaf.Listen(port_);
+    EXPECT_THROW(exchange(connection), SSLException);
+    EXPECT_THROW(exchange(connection), SSLException);
+    deaf.Stop();
+    ASSERT_EQ(sizes.size(), 2U);
+    EXPECT_GT(sizes[0], sizes[1] + 100);
+}
+
 TEST_P(ResumptionTest, IsForClientsWithACertificateToo) {
     const IssuedCertificate own(IssuedCertificate::Options{}, authority_);
     const std::string path = directory_.WriteFile("client.pem", own.Pem() + own.KeyPem());
