@@ -92,7 +92,7 @@ const HttpHead& HttpConnection::attempt(const std::string& bytes, const Deadline
 
 bool HttpConnection::mayAuthenticate(const HttpHead& head) const {
     return head.status == kUnauthorized && !authenticates_ && !credentials_.user.empty() &&
-           offersBasicAuthentication(head.fields);
+           takesBasicAuthentication(head.fields);
 }
 
 /// Leaves the connection ready for the next request, or closed.

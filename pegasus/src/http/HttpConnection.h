@@ -49,8 +49,9 @@ class HttpConnection {
     ///
     /// A server may close a connection before it is used, or used again: the request then goes over a new one. It is
     /// sent twice only when the server closes a used connection just as the request is on its way.
-    /// When the server asks for Basic authentication, the request is sent again with the credentials, and so are all
-    /// later ones, also over a new TCP connection to the same server; without credentials the 401 is the answer.
+    /// When the server asks for Basic authentication, or for a login of no scheme, the request is sent again with the
+    /// credentials, and so are all later ones, also over a new TCP connection to the same server; without credentials
+    /// the 401 is the answer.
     /// Throws like open(), CannotConnectException when a new connection ends without an answer,
     /// ConnectionTimeoutException, CIMClientMalformedHTTPException.
     const HttpHead& post(const HttpRequest& request, const Deadline& deadline);

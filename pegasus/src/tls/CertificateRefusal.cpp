@@ -9,7 +9,6 @@
 #include <openssl/x509.h>
 #include <openssl/x509_vfy.h>
 #include <string_view>
-#include <utility>
 
 namespace Pegasus::http {
 
@@ -150,9 +149,9 @@ CertificateRefusal refusalByCallback(const X509& certificate) {
 }
 
 CertificateRefusal refusalByFingerprint(const X509& certificate, const Fingerprint& accepted) {
-    CertificateRefused mark(Reason::OTHER_FINGERPRINT, factsOf(certificate));
-    const std::string own(mark.getCertificate().fingerprint.view());
-    return {std::move(mark), "its fingerprint is " + own + " and not " + accepted.text()};
+    const PeerCertificate facts = factsOf(certificate);
+    return {{Reason::OTHER_FINGERPRINT, facts},
+            "its fingerprint is " + std::string(facts.fingerprint.view()) + " and not " + accepted.text()};
 }
 
 } // namespace Pegasus::http

@@ -18,7 +18,7 @@ PemFile::PemFile(std::string what, std::string path) : what_(std::move(what)), p
     if (!file) {
         failReading(systemError(errno));
     }
-    char part[16384];
+    char part[4096];
     for (std::size_t size = 0; (size = std::fread(part, 1, sizeof part, file.get())) > 0;) {
         content_.append(part, size);
     }
