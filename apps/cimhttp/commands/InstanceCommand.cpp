@@ -7,6 +7,7 @@
 #include "commands/IncidentReport.h"
 #include "commands/InstanceWriter.h"
 #include "commands/ListingWriter.h"
+#include "commands/WideForm.h"
 #include "connection/Session.h"
 #include "host/ICIMInstance.h"
 #include "output/InstanceListing.h"
@@ -58,12 +59,14 @@ CommandDescription InstanceCommand::Describe() {
         {{"PATH",
           R"(Its object path, such as 'CIM_Disk.Name="a",Number=3'; a namespace may stand before it, 'root/interop:')",
           true, &path_}},
-        {{"--raw", "", "Show values as they are, not by their value maps and units", &raw_}},
+        {{"--wide", "", "Write CSV with a property a column", &wide_},
+         {"--raw", "", "Show values as they are, not by their value maps and units", &raw_}},
         {OutputFormat::kPlain, OutputFormat::kTable, OutputFormat::kJson, OutputFormat::kCsv, OutputFormat::kMof},
         "cimhttp --host server.example instance 'CIM_Disk.Name=\"a\",Number=3'"};
 }
 
 int InstanceCommand::Run(const CommandContext& context) {
+    const OutputFormat format = FormOf(*this, wide_, context);
     Session session = context.Connect();
     const PluginAccess& access = session.LoadedPlugin().Access();
     const auto [instance, name_space] = session.Instance(path_);
@@ -71,7 +74,8 @@ int InstanceCommand::Run(const CommandContext& context) {
     selection.properties = PropertiesOf(*instance);
     selection.is_raw = raw_;
     selection.name_space = name_space;
-    switch (const OutputFormat format = context.Format(*this)) {
+    selection.is_wide = wide_;
+    switch (format) {
     case OutputFormat::kTable:
         WriteListing(InstanceListing(access, raw_).Values(*instance, selection.properties), format, context);
         break;

@@ -12,7 +12,8 @@ class InstanceCommand : public Command {
 
   private:
     std::string path_;
-    bool raw_ = false; ///< values as they are, not as people read them
+    bool wide_ = false; ///< see WideRecords()
+    bool raw_ = false;  ///< values as they are, not as people read them
 };
 
 } // namespace cimhttp

@@ -16,7 +16,7 @@ _cimhttp_read_line() {
                 server+=("${words[i]}" "${words[i + 1]}")
                 i=$((i + 1))
                 ;;
-            -o | --timeout | --plugin | --log | --output | --property | --where | --class | --out | --interval | --count)
+            -o | --timeout | --plugin | --log | --output | --property | --where | --sort | --limit | --class | --out | --interval | --count)
                 i=$((i + 1))
                 ;;
             --tls*) server+=("${words[i]}") ;;
@@ -88,8 +88,8 @@ _cimhttp_offer_options() {
     _cimhttp_offer_words --help --version --host --connection --tls --user --password-file --timeout --plugin --log --output
     case $command in
         class) _cimhttp_offer_words --all ;;
-        instances) _cimhttp_offer_words --property --where --exact --deep --paths --raw ;;
-        instance) _cimhttp_offer_words --raw ;;
+        instances) _cimhttp_offer_words --property --where --sort --limit --exact --deep --paths --keys --wide --raw ;;
+        instance) _cimhttp_offer_words --wide --raw ;;
         qualifiers) _cimhttp_offer_words --class ;;
         watch) _cimhttp_offer_words --interval --count --property --where ;;
         collect) _cimhttp_offer_words --out ;;
@@ -118,12 +118,12 @@ _cimhttp() {
         --class) _cimhttp_offer_classes ;;
         --password-file | --plugin | --out) _cimhttp_offer_files ;;
         --host) mapfile -t COMPREPLY < <(compgen -A hostname -- "$current") ;;
-        --property) _cimhttp_offer_property_list ;;
+        --property | --sort) _cimhttp_offer_property_list ;;
         --where)
             compopt -o nospace 2>/dev/null # the value follows at once
             _cimhttp_offer_properties '' '='
             ;;
-        --user | --timeout | --interval | --count) ;;
+        --user | --timeout | --interval | --count | --limit) ;;
         *) if [[ $current == -* ]]; then _cimhttp_offer_options; else _cimhttp_offer_arguments; fi ;;
     esac
 }
