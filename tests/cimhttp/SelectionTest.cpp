@@ -7,9 +7,11 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "CimXml.h"
+#include "InProcessRun.h"
 #include "ProgramRun.h"
 #include "selection/DateTimeRange.h"
 #include "selection/ValuePlace.h"
@@ -39,7 +41,7 @@ class AllTypesTest : public testing::Test {
   protected:
     static ProgramRun Run(Texts arguments) {
         arguments.insert(arguments.begin(), {"--host", support::LoopbackAddress()});
-        return RunCimhttp(arguments);
+        return RunInProcess(std::move(arguments));
     }
 
     /// The keys of the instances that are shown, in their order.
@@ -84,7 +86,7 @@ class SelectionTest : public testing::Test {
 
     ProgramRun Run(Texts arguments) const {
         arguments.insert(arguments.begin(), {"--host", fServer.Address()});
-        return RunCimhttp(arguments);
+        return RunInProcess(std::move(arguments));
     }
 
     /// The names of the instances that are shown, in their order.

@@ -22,8 +22,11 @@
 namespace cimhttp {
 
 using NQORVYX20::TCIMReference;
+using NQORVYX20::TCIMValue;
 
 namespace {
+
+constexpr unsigned char kDecimal = 10;
 
 bool IsForPeople(OutputFormat format) { return format == OutputFormat::kTable || format == OutputFormat::kPlain; }
 
@@ -64,13 +67,40 @@ void WritePaths(const std::vector<std::string>& paths, OutputFormat format, cons
     }
 }
 
-void WriteKeys(const std::vector<TCIMReference>& paths, OutputFormat format, const CommandContext& context) {
-    if (format == OutputFormat::kJson) {
-        context.output << KeysJson(paths) << '\n';
-    } else if (IsForPeople(format) && paths.empty()) {
+/// As `instance --key` takes them, a key a line.
+void WriteKeyLines(const std::vector<TCIMReference>& paths, std::ostream& output) {
+    const char* separator = "";
+    for (const TCIMReference& path : paths) {
+        output << separator;
+        path.EnumerateKeyValues([&](const std::string& name, const TCIMValue& value) {
+            output << Printable(name) << '=' << Printable(value.ToString(kDecimal)) << '\n';
+            return true;
+        });
+        separator = "\n";
+    }
+}
+
+void WriteKeyTable(const std::vector<TCIMReference>& paths, const CommandContext& context) {
+    if (paths.empty()) {
         context.output << "no instances\n";
     } else {
-        WriteListing(KeyListing(paths, !IsForPeople(format) || HaveSeveralClasses(paths)), format, context);
+        WriteListing(KeyListing(paths, HaveSeveralClasses(paths)), OutputFormat::kTable, context);
+    }
+}
+
+void WriteKeys(const std::vector<TCIMReference>& paths, OutputFormat format, const CommandContext& context) {
+    switch (format) {
+    case OutputFormat::kJson:
+        context.output << KeysJson(paths) << '\n';
+        break;
+    case OutputFormat::kCsv:
+        WriteListing(KeyListing(paths, true), format, context);
+        break;
+    case OutputFormat::kPlain:
+        WriteKeyLines(paths, context.output);
+        break;
+    default:
+        WriteKeyTable(paths, context);
     }
 }
 
