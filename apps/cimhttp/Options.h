@@ -23,6 +23,7 @@ struct Options {
     std::optional<OutputFormat> format = {};                           ///< empty: the command's first one
     std::size_t width = 0; ///< the columns that a table may take; 0 for any number
     bool uses_color = false;
+    bool is_input_terminal = false;
     bool is_output_terminal = false;
     bool is_error_stream_terminal = false;
     std::size_t error_stream_width = 0; ///< 0 when it is not known

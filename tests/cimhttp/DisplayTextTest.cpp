@@ -23,7 +23,7 @@ class TextlessAccess : public cimhttp::PluginAccess {
     ReadingIncidents TakeIncidents(ICIMNamespace&) const override { return {}; }
     std::vector<EmbeddedObject> EmbeddedObjects(const ICIMInstance&, const std::string&) const override { return {}; }
     std::vector<std::string> ClassNames(ICIMNamespace&) const override { return {}; }
-    std::vector<std::string> InstancePaths(ICIMNamespace&, const std::string&) const override { return {}; }
+    std::vector<TCIMReference> InstancePaths(ICIMNamespace&, const std::string&) const override { return {}; }
     std::string NamespaceOf(const std::string&) const override { return {}; }
     cimhttp::RemoteClass ReadClass(ICIMNamespace&, const std::string&) const override { return {}; }
     std::vector<cimhttp::RemoteClassName> ReadHierarchy(ICIMNamespace&) const override { return {}; }

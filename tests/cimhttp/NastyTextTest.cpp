@@ -128,6 +128,10 @@ const std::vector<Form> kForms{
     {{"instances", "TEST_Disk", "--raw"}, {"table", "plain", "json", "csv", "mof"}},
     {{"instances", "TEST_Disk", "--deep"}, {"table", "plain", "json", "csv", "mof"}},
     {{"instances", "TEST_Disk", "--paths"}, {"table", "plain", "json", "csv"}},
+    {{"instances", "TEST_Disk", "--keys"}, {"table", "plain", "json", "csv"}},
+    {{"instances", "TEST_Disk", "--wide"}, {"csv"}},
+    {{"instance", "TEST_Disk", "--key", "Name=none"}, {"plain"}},
+    {{"count"}, {"table", "plain", "json", "csv"}},
     {{"instance", "TEST_Disk.Name=\"a\""}, {"table", "plain", "json", "csv", "mof"}},
     {{"watch", "TEST_Disk", "--count", "0"}, {"plain", "json"}},
     {{"info"}, {"plain", "json"}},
@@ -222,6 +226,21 @@ TEST_F(NastyTextTest, ThePromptForAPasswordShowsItSafely) {
     TerminalProgram program(CIMHTTP_PROGRAM, Arguments({"--user", NastyText(), "classes"}));
     ASSERT_TRUE(program.AwaitText("end on http")) << program.Screen();
     EXPECT_EQ(Fault(program.Screen(), "\r\n"), "") << program.Screen();
+}
+
+TEST_F(NastyTextTest, WhatThereIsToChooseFromIsShownSafely) {
+    fServer.Answer("EnumerateInstanceNames", "TEST_Disk",
+                   PathXml("TEST_Disk", Escaped(NastyText())) + PathXml("TEST_Disk", "other"));
+    TerminalProgram program(CIMHTTP_PROGRAM, Arguments({"instance", "TEST_Disk"}), {"NO_COLOR=1"});
+    ASSERT_TRUE(program.AwaitText("Which one (1-2, or nothing)? ")) << program.Screen();
+    program.Type("\r");
+    program.Wait();
+    std::string screen = program.Screen();
+    for (const std::string erasure = "\r\x1b[K"; screen.find(erasure) != std::string::npos;) {
+        screen.erase(screen.find(erasure), erasure.size());
+    }
+    EXPECT_EQ(Fault(screen, "\r\n"), "") << screen;
+    EXPECT_EQ(Fault(RunCimhttp(Arguments({"instance", "TEST_Disk"})).errors, "\n"), "");
 }
 
 TEST(NastyText, TheLineThatSaysWhatIsReadShowsItSafely) {

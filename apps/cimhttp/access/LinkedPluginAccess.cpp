@@ -22,6 +22,7 @@ using NQORVYX20::ICIMProperty;
 using NQORVYX20::ICIMPropertyDecl;
 using NQORVYX20::TCimHTTPNamespace;
 using NQORVYX20::TCimHTTPProperty;
+using NQORVYX20::TCIMReference;
 using NQORVYX20::TCIMValue;
 
 /// Remembers the first error, behind which the others are often only its consequences.
@@ -71,7 +72,7 @@ class LinkedPluginAccess : public PluginAccess {
         return ReadRemoteClassNames(dynamic_cast<TCimHTTPNamespace&>(name_space));
     }
 
-    std::vector<std::string> InstancePaths(ICIMNamespace& name_space, const std::string& class_name) const override {
+    std::vector<TCIMReference> InstancePaths(ICIMNamespace& name_space, const std::string& class_name) const override {
         return ReadRemotePaths(dynamic_cast<TCimHTTPNamespace&>(name_space), class_name);
     }
 

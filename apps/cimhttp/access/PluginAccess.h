@@ -63,8 +63,8 @@ class PluginAccess {
 
     /// The paths of the instances of a class and its subclasses, as the server gives them, in its order. One request.
     /// Throws std::invalid_argument for a text that is not a name.
-    virtual std::vector<std::string> InstancePaths(NQORVYX20::ICIMNamespace& name_space,
-                                                   const std::string& class_name) const = 0;
+    virtual std::vector<NQORVYX20::TCIMReference> InstancePaths(NQORVYX20::ICIMNamespace& name_space,
+                                                                const std::string& class_name) const = 0;
 
     /// The definition of a class, with what it inherits. Throws std::invalid_argument for a text that is not a name.
     virtual RemoteClass ReadClass(NQORVYX20::ICIMNamespace& name_space, const std::string& name) const = 0;

@@ -161,16 +161,16 @@ std::vector<std::string> ReadRemoteClassNames(TCimHTTPNamespace& name_space) {
     });
 }
 
-std::vector<std::string> ReadRemotePaths(TCimHTTPNamespace& name_space, const std::string& class_name) {
+std::vector<TCIMReference> ReadRemotePaths(TCimHTTPNamespace& name_space, const std::string& class_name) {
     return Remotely([&] {
         CheckName(class_name);
         const auto paths = name_space.Server().EnumerateInstanceNames(class_name);
-        std::vector<std::string> texts;
-        texts.reserve(paths.size());
+        std::vector<TCIMReference> references;
+        references.reserve(paths.size());
         for (Pegasus::Uint32 i = 0; i < paths.size(); ++i) {
-            texts.push_back(ToHostReference(paths[i]).GetPath());
+            references.push_back(ToHostReference(paths[i]));
         }
-        return texts;
+        return references;
     });
 }
 

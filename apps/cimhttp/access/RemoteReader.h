@@ -18,7 +18,8 @@ namespace cimhttp {
 
 std::vector<std::string> ReadRemoteClassNames(NQORVYX20::TCimHTTPNamespace& name_space);
 
-std::vector<std::string> ReadRemotePaths(NQORVYX20::TCimHTTPNamespace& name_space, const std::string& class_name);
+std::vector<NQORVYX20::TCIMReference> ReadRemotePaths(NQORVYX20::TCimHTTPNamespace& name_space,
+                                                      const std::string& class_name);
 
 RemoteClass ReadRemoteClass(NQORVYX20::TCimHTTPNamespace& name_space, const std::string& name);
 

@@ -4,6 +4,7 @@
 #include "commands/ClassesCommand.h"
 #include "commands/CollectCommand.h"
 #include "commands/ConnectionCommand.h"
+#include "commands/CountCommand.h"
 #include "commands/InfoCommand.h"
 #include "commands/InstanceCommand.h"
 #include "commands/InstancesCommand.h"
@@ -22,6 +23,7 @@ std::vector<std::unique_ptr<Command>> AllCommands() {
     commands.push_back(std::make_unique<ClassCommand>());
     commands.push_back(std::make_unique<MethodsCommand>());
     commands.push_back(std::make_unique<QualifiersCommand>());
+    commands.push_back(std::make_unique<CountCommand>());
     commands.push_back(std::make_unique<InstancesCommand>());
     commands.push_back(std::make_unique<InstanceCommand>());
     commands.push_back(std::make_unique<WatchCommand>());

@@ -82,6 +82,9 @@ class Session {
     /// The paths of the instances of a class and its subclasses, in the server's order. Fails like Class().
     std::vector<std::string> InstancePaths(const std::string& class_name);
 
+    /// The same with their keys.
+    std::vector<NQORVYX20::TCIMReference> InstanceReferences(const std::string& class_name);
+
     /// What could not be taken from the server's answers since the last call.
     IncidentTally TakeIncidents();
 
