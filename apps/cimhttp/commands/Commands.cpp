@@ -5,6 +5,7 @@
 #include "commands/CollectCommand.h"
 #include "commands/ConnectionCommand.h"
 #include "commands/CountCommand.h"
+#include "commands/DoctorCommand.h"
 #include "commands/InfoCommand.h"
 #include "commands/InstanceCommand.h"
 #include "commands/InstancesCommand.h"
@@ -18,6 +19,7 @@ namespace cimhttp {
 std::vector<std::unique_ptr<Command>> AllCommands() {
     std::vector<std::unique_ptr<Command>> commands;
     commands.push_back(std::make_unique<InfoCommand>());
+    commands.push_back(std::make_unique<DoctorCommand>());
     commands.push_back(std::make_unique<ClassesCommand>());
     commands.push_back(std::make_unique<TreeCommand>());
     commands.push_back(std::make_unique<ClassCommand>());

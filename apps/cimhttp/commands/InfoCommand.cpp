@@ -95,6 +95,8 @@ int InfoCommand::Run(const CommandContext& context) {
     const auto probe = ProbeServer(target.host, target.Port(), target.tls);
     if (probe && probe->tls) {
         AddTls(*probe->tls, findings);
+    } else if (target.tls) {
+        findings.Add("TLS", "tls", "could not be looked at: " + (probe ? probe->tls_failure : "no connection"));
     }
     const auto begin = Clock::now();
     findings.Add("classes", "classes", session.ClassNames().size());
