@@ -16,6 +16,7 @@ struct InstanceSelection {
     bool is_whole = false; ///< each instance with all properties of its own class instead, where the form can hold them
     bool is_raw = false;   ///< tables and lists show values as they are
     std::string name_space = {}; ///< where the paths are, unless in the namespace that everything is read from
+    bool has_class = false;      ///< tables and lists name the class also where all instances have the same
 };
 
 /// Writes instances: a table or lists with a property a column; JSON as an array with what InstanceJson() says, one a

@@ -16,7 +16,8 @@ _cimhttp_read_line() {
                 server+=("${words[i]}" "${words[i + 1]}")
                 i=$((i + 1))
                 ;;
-            -o | --timeout | --plugin | --log | --output | --property | --where | --class | --out | --interval | --count)
+            -o | --timeout | --plugin | --log | --output | --property | --where | --class | --out | --interval | --count | \
+                --role | --result-class | --result-role | --depth)
                 i=$((i + 1))
                 ;;
             --tls*) server+=("${words[i]}") ;;
@@ -90,6 +91,9 @@ _cimhttp_offer_options() {
         class) _cimhttp_offer_words --all ;;
         instances) _cimhttp_offer_words --property --where --exact --deep --paths --raw ;;
         instance) _cimhttp_offer_words --raw ;;
+        associators) _cimhttp_offer_words --class --role --result-class --result-role --names --property --raw ;;
+        references) _cimhttp_offer_words --class --role --names --property --raw ;;
+        related) _cimhttp_offer_words --depth ;;
         qualifiers) _cimhttp_offer_words --class ;;
         watch) _cimhttp_offer_words --interval --count --property --where ;;
         collect) _cimhttp_offer_words --out ;;
@@ -99,8 +103,10 @@ _cimhttp_offer_options() {
 
 _cimhttp_offer_arguments() {
     case $command,$arguments in
-        ,*) _cimhttp_offer_words info classes tree class methods qualifiers instances instance watch collect connection ;;
-        classes,0 | tree,0 | class,0 | methods,0 | instances,0 | instance,0 | watch,0) _cimhttp_offer_classes ;;
+        ,*) _cimhttp_offer_words info classes tree class methods qualifiers instances instance associators references \
+            related watch collect connection ;;
+        classes,0 | tree,0 | class,0 | methods,0 | instances,0 | instance,0 | \
+            associators,0 | references,0 | related,0 | watch,0) _cimhttp_offer_classes ;;
         collect,0) _cimhttp_offer_files ;;
         connection,0) _cimhttp_offer_words add list remove test ;;
         connection,1) _cimhttp_offer_connections ;;
@@ -113,9 +119,9 @@ _cimhttp() {
     COMPREPLY=()
     case $previous in
         -c | --connection) _cimhttp_offer_connections ;;
-        -o | --output) _cimhttp_offer_words table plain json csv mof ;;
+        -o | --output) _cimhttp_offer_words table plain json csv mof dot ;;
         --log) _cimhttp_offer_words error warning info debug ;;
-        --class) _cimhttp_offer_classes ;;
+        --class | --result-class) _cimhttp_offer_classes ;;
         --password-file | --plugin | --out) _cimhttp_offer_files ;;
         --host) mapfile -t COMPREPLY < <(compgen -A hostname -- "$current") ;;
         --property) _cimhttp_offer_property_list ;;
@@ -123,7 +129,7 @@ _cimhttp() {
             compopt -o nospace 2>/dev/null # the value follows at once
             _cimhttp_offer_properties '' '='
             ;;
-        --user | --timeout | --interval | --count) ;;
+        --user | --timeout | --interval | --count | --role | --result-role | --depth) ;;
         *) if [[ $current == -* ]]; then _cimhttp_offer_options; else _cimhttp_offer_arguments; fi ;;
     esac
 }
