@@ -31,7 +31,8 @@ const Choices<OutputFormat> kFormats{{"table", OutputFormat::kTable},
                                      {"plain", OutputFormat::kPlain},
                                      {"json", OutputFormat::kJson},
                                      {"csv", OutputFormat::kCsv},
-                                     {"mof", OutputFormat::kMof}};
+                                     {"mof", OutputFormat::kMof},
+                                     {"dot", OutputFormat::kDot}};
 
 const Choices<ILogger::EVYXLogSeverity> kLevels{{"error", ILogger::eLogError},
                                                 {"warning", ILogger::eLogWarning},

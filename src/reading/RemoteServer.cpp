@@ -103,7 +103,40 @@ Pegasus::Array<Pegasus::CIMClass> RemoteServer::EnumerateClassHeads() {
 }
 
 Pegasus::Array<Pegasus::CIMObjectPath> RemoteServer::EnumerateInstanceNames(const std::string& className) {
-    return fClient->enumerateInstanceNames(*fNamespace, Pegasus::CIMName(className.c_str()));
+    return EnumerateInstanceNames(*fNamespace, className);
+}
+
+Pegasus::Array<Pegasus::CIMObjectPath> RemoteServer::EnumerateInstanceNames(const Pegasus::CIMNamespaceName& nameSpace,
+                                                                            const std::string& className) {
+    return fClient->enumerateInstanceNames(nameSpace, Pegasus::CIMName(className.c_str()));
+}
+
+void RemoteServer::CheckInstance(const Pegasus::CIMNamespaceName& nameSpace, const Pegasus::CIMObjectPath& path) {
+    const Pegasus::CIMPropertyList none{Pegasus::Array<Pegasus::CIMName>()};
+    fClient->getInstance(nameSpace, path, !kLocalOnly, !kQualifiers, !kClassOrigin, none);
+}
+
+Pegasus::Array<Pegasus::CIMObject> RemoteServer::Associators(const AssociationRequest& request,
+                                                             const Pegasus::CIMPropertyList& properties) {
+    return fClient->associators(request.nameSpace, request.object, NameOrNull(request.associationClass),
+                                NameOrNull(request.resultClass), request.role.c_str(), request.resultRole.c_str(),
+                                !kQualifiers, !kClassOrigin, properties);
+}
+
+Pegasus::Array<Pegasus::CIMObjectPath> RemoteServer::AssociatorNames(const AssociationRequest& request) {
+    return fClient->associatorNames(request.nameSpace, request.object, NameOrNull(request.associationClass),
+                                    NameOrNull(request.resultClass), request.role.c_str(), request.resultRole.c_str());
+}
+
+Pegasus::Array<Pegasus::CIMObject> RemoteServer::References(const AssociationRequest& request,
+                                                            const Pegasus::CIMPropertyList& properties) {
+    return fClient->references(request.nameSpace, request.object, NameOrNull(request.associationClass),
+                               request.role.c_str(), !kQualifiers, !kClassOrigin, properties);
+}
+
+Pegasus::Array<Pegasus::CIMObjectPath> RemoteServer::ReferenceNames(const AssociationRequest& request) {
+    return fClient->referenceNames(request.nameSpace, request.object, NameOrNull(request.associationClass),
+                                   request.role.c_str());
 }
 
 } // namespace NQORVYX20

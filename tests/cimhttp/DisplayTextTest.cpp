@@ -31,6 +31,19 @@ class TextlessAccess : public cimhttp::PluginAccess {
         return {};
     }
     boost::shared_ptr<ICIMInstance> ReadInstance(ICIMNamespace&, const std::string&) const override { return {}; }
+    std::vector<TCIMReference> InstancePathsIn(ICIMNamespace&, const std::string&, const std::string&) const override {
+        return {};
+    }
+    std::vector<TCIMReference> RelatedPaths(ICIMNamespace&, const cimhttp::AssociationQuery&) const override {
+        return {};
+    }
+    std::unique_ptr<cimhttp::RelatedObjects> ReadRelated(ICIMNamespace&,
+                                                         const cimhttp::AssociationQuery&) const override {
+        return {};
+    }
+    void CheckInstance(ICIMNamespace&, const std::string&) const override {}
+    std::vector<cimhttp::RemoteLink> ReadLinks(ICIMNamespace&, const std::string&) const override { return {}; }
+    TCIMReference ParsePath(const std::string&) const override { return {{}, TCIMContext()}; }
     boost::shared_ptr<ICIMProperty> MakeProperty(const boost::shared_ptr<ICIMPropertyDecl const>&,
                                                  const TCIMValue&) const override {
         throw TVYXException(1);

@@ -3,6 +3,7 @@
 #include <boost/make_shared.hpp>
 
 #include "access/DocumentReader.h"
+#include "access/RemoteAssociations.h"
 #include "access/RemoteReader.h"
 #include "convert/NormalName.h"
 #include "host/ICIMPropertyDecl.h"
@@ -53,6 +54,11 @@ class LinkedPluginAccess : public PluginAccess {
         return ReadRemotePaths(dynamic_cast<TCimHTTPNamespace&>(name_space), class_name);
     }
 
+    std::vector<TCIMReference> InstancePathsIn(ICIMNamespace& name_space, const std::string& name,
+                                               const std::string& class_name) const override {
+        return ReadRemotePathsIn(dynamic_cast<TCimHTTPNamespace&>(name_space), name, class_name);
+    }
+
     RemoteClass ReadClass(ICIMNamespace& name_space, const std::string& name) const override {
         return ReadRemoteClass(dynamic_cast<TCimHTTPNamespace&>(name_space), name);
     }
@@ -68,6 +74,25 @@ class LinkedPluginAccess : public PluginAccess {
     boost::shared_ptr<ICIMInstance> ReadInstance(ICIMNamespace& name_space, const std::string& path) const override {
         return ReadRemoteInstance(dynamic_cast<TCimHTTPNamespace&>(name_space), path);
     }
+
+    std::vector<TCIMReference> RelatedPaths(ICIMNamespace& name_space, const AssociationQuery& query) const override {
+        return ReadRemoteRelatedPaths(dynamic_cast<TCimHTTPNamespace&>(name_space), query);
+    }
+
+    std::unique_ptr<RelatedObjects> ReadRelated(ICIMNamespace& name_space,
+                                                const AssociationQuery& query) const override {
+        return ReadRemoteRelated(dynamic_cast<TCimHTTPNamespace&>(name_space), query);
+    }
+
+    void CheckInstance(ICIMNamespace& name_space, const std::string& path) const override {
+        CheckRemoteInstance(dynamic_cast<TCimHTTPNamespace&>(name_space), path);
+    }
+
+    std::vector<RemoteLink> ReadLinks(ICIMNamespace& name_space, const std::string& path) const override {
+        return ReadRemoteLinks(dynamic_cast<TCimHTTPNamespace&>(name_space), path);
+    }
+
+    TCIMReference ParsePath(const std::string& path) const override { return ParsedReference(path); }
 
     std::string NamespaceOf(const std::string& path) const override { return NamespaceOfPath(path); }
 

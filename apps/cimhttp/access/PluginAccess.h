@@ -3,10 +3,13 @@
 #include <boost/shared_ptr.hpp>
 
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "access/AssociationQuery.h"
+#include "access/RelatedObjects.h"
 #include "access/RemoteModel.h"
 #include "cimhttp/EmbeddedObject.h"
 #include "cimhttp/ReadingIncidents.h"
@@ -62,6 +65,11 @@ class PluginAccess {
     virtual std::vector<NQORVYX20::TCIMReference> InstancePaths(NQORVYX20::ICIMNamespace& name_space,
                                                                 const std::string& class_name) const = 0;
 
+    /// The same in the namespace of that name, whatever the namespace is that is asked.
+    virtual std::vector<NQORVYX20::TCIMReference> InstancePathsIn(NQORVYX20::ICIMNamespace& name_space,
+                                                                  const std::string& name,
+                                                                  const std::string& class_name) const = 0;
+
     /// The definition of a class, with what it inherits. Throws std::invalid_argument for a text that is not a name.
     virtual RemoteClass ReadClass(NQORVYX20::ICIMNamespace& name_space, const std::string& name) const = 0;
 
@@ -77,6 +85,26 @@ class PluginAccess {
     /// count for nothing here. Throws std::invalid_argument, saying what is wrong, for a text that is not a path.
     virtual boost::shared_ptr<NQORVYX20::ICIMInstance> ReadInstance(NQORVYX20::ICIMNamespace& name_space,
                                                                     const std::string& path) const = 0;
+
+    // The associations of an instance. Its path is as for ReadInstance, but the namespace in it counts. What throws
+    // std::invalid_argument there does so here, too, and so does a path without keys.
+
+    /// The paths of what a query asks for, with their namespaces, in the server's order. One request.
+    virtual std::vector<NQORVYX20::TCIMReference> RelatedPaths(NQORVYX20::ICIMNamespace& name_space,
+                                                               const AssociationQuery& query) const = 0;
+
+    /// The objects that a query asks for. One request.
+    virtual std::unique_ptr<RelatedObjects> ReadRelated(NQORVYX20::ICIMNamespace& name_space,
+                                                        const AssociationQuery& query) const = 0;
+
+    /// Asks for the instance itself, without its values: the RemoteError says that there is none.
+    virtual void CheckInstance(NQORVYX20::ICIMNamespace& name_space, const std::string& path) const = 0;
+
+    /// All associations of an instance. One request, or two where they do not name the objects by their keys.
+    virtual std::vector<RemoteLink> ReadLinks(NQORVYX20::ICIMNamespace& name_space, const std::string& path) const = 0;
+
+    /// An object path as a reference. Throws std::invalid_argument as ReadInstance does.
+    virtual NQORVYX20::TCIMReference ParsePath(const std::string& path) const = 0;
 
     /// The namespace that an object path names; empty for one that names none. Throws std::invalid_argument as
     /// ReadInstance does.

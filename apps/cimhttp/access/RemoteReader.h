@@ -21,6 +21,9 @@ std::vector<std::string> ReadRemoteClassNames(NQORVYX20::TCimHTTPNamespace& name
 std::vector<NQORVYX20::TCIMReference> ReadRemotePaths(NQORVYX20::TCimHTTPNamespace& name_space,
                                                       const std::string& class_name);
 
+std::vector<NQORVYX20::TCIMReference> ReadRemotePathsIn(NQORVYX20::TCimHTTPNamespace& name_space,
+                                                        const std::string& name, const std::string& class_name);
+
 RemoteClass ReadRemoteClass(NQORVYX20::TCimHTTPNamespace& name_space, const std::string& name);
 
 std::vector<RemoteClassName> ReadRemoteHierarchy(NQORVYX20::TCimHTTPNamespace& name_space);
@@ -29,6 +32,8 @@ std::vector<RemoteQualifierDeclaration> ReadRemoteQualifiers(NQORVYX20::TCimHTTP
 
 boost::shared_ptr<NQORVYX20::ICIMInstance> ReadRemoteInstance(NQORVYX20::TCimHTTPNamespace& name_space,
                                                               const std::string& path);
+
+NQORVYX20::TCIMReference ParsedReference(const std::string& path);
 
 std::string NamespaceOfPath(const std::string& path);
 

@@ -1,5 +1,6 @@
 #include "commands/Commands.h"
 
+#include "commands/AssociationCommand.h"
 #include "commands/ClassCommand.h"
 #include "commands/ClassesCommand.h"
 #include "commands/CollectCommand.h"
@@ -11,6 +12,7 @@
 #include "commands/InstancesCommand.h"
 #include "commands/MethodsCommand.h"
 #include "commands/QualifiersCommand.h"
+#include "commands/RelatedCommand.h"
 #include "commands/TreeCommand.h"
 #include "commands/WatchCommand.h"
 
@@ -28,6 +30,9 @@ std::vector<std::unique_ptr<Command>> AllCommands() {
     commands.push_back(std::make_unique<CountCommand>());
     commands.push_back(std::make_unique<InstancesCommand>());
     commands.push_back(std::make_unique<InstanceCommand>());
+    commands.push_back(std::make_unique<AssociatorsCommand>());
+    commands.push_back(std::make_unique<ReferencesCommand>());
+    commands.push_back(std::make_unique<RelatedCommand>());
     commands.push_back(std::make_unique<WatchCommand>());
     commands.push_back(std::make_unique<CollectCommand>());
     commands.push_back(std::make_unique<ConnectionCommand>());

@@ -99,14 +99,15 @@ class Writer {
         return shown;
     }
 
+    bool HasClass() const { return selection_.has_class || HaveSeveralClasses(instances_); }
+
     Listing Columns() const {
-        return listing_.Table(instances_, Shown(instances_, selection_.properties), HaveSeveralClasses(instances_),
-                              selection_.is_asked);
+        return listing_.Table(instances_, Shown(instances_, selection_.properties), HasClass(), selection_.is_asked);
     }
 
     /// Lists with what each instance's own class has; those of one class have the same headings.
     void WholeLists() const {
-        const bool has_class = HaveSeveralClasses(instances_);
+        const bool has_class = HasClass();
         const char* separator = "";
         for (auto begin = instances_.begin(); begin != instances_.end();) {
             const auto cls = (*begin)->GetClass(TCIMContext());

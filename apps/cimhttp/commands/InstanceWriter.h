@@ -17,6 +17,7 @@ struct InstanceSelection {
     bool is_raw = false;   ///< tables and lists show values as they are
     std::string name_space = {}; ///< where the paths are, unless in the namespace that everything is read from
     bool is_wide = false;        ///< CSV as WideRecords() says
+    bool has_class = false;      ///< tables and lists name the class also where all instances have the same
 };
 
 /// Writes instances: a table or lists with a property a column; JSON as an array with what InstanceJson() says, one a

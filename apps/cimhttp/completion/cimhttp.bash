@@ -44,10 +44,12 @@ _cimhttp_read_line() {
         case ${words[i]} in
             -c | --connection | --host | --port | -n | --namespace | -u | --user | --password-file | --ca | --fingerprint | \
                 --cert | --key)
-                server+=("${words[i]}" "${words[i + 1]}")
+                # behind the command instance, a key is one of the instance's
+                [[ ${words[i]} == --key && $command == instance ]] || server+=("${words[i]}" "${words[i + 1]}")
                 i=$((i + 1))
                 ;;
-            -o | --timeout | --plugin | --log | --output | --property | --where | --sort | --limit | --key | --class | --out | --interval | --count)
+            -o | --timeout | --plugin | --log | --output | --property | --where | --sort | --limit | --class | --out | \
+                --interval | --count | --role | --result-class | --result-role | --depth)
                 i=$((i + 1))
                 ;;
             --tls* | --verify*) server+=("${words[i]}") ;;
@@ -144,6 +146,9 @@ _cimhttp_offer_options() {
         instance) _cimhttp_offer_words --key --wide --raw ;;
         classes) _cimhttp_offer_words --limit ;;
         count) _cimhttp_offer_words --all --sort --limit ;;
+        associators) _cimhttp_offer_words --class --role --result-class --result-role --names --property --raw ;;
+        references) _cimhttp_offer_words --class --role --names --property --raw ;;
+        related) _cimhttp_offer_words --depth ;;
         qualifiers) _cimhttp_offer_words --class ;;
         watch) _cimhttp_offer_words --interval --count --property --where ;;
         collect) _cimhttp_offer_words --out ;;
@@ -153,8 +158,10 @@ _cimhttp_offer_options() {
 
 _cimhttp_offer_arguments() {
     case $command,$arguments in
-        ,*) _cimhttp_offer_words info doctor classes tree class methods qualifiers count instances instance watch collect connection ;;
-        classes,0 | count,0 | tree,0 | class,0 | methods,0 | instances,0 | instance,0 | watch,0) _cimhttp_offer_classes ;;
+        ,*) _cimhttp_offer_words info doctor classes tree class methods qualifiers count instances instance associators references \
+            related watch collect connection ;;
+        classes,0 | count,0 | tree,0 | class,0 | methods,0 | instances,0 | instance,0 | \
+            associators,0 | references,0 | related,0 | watch,0) _cimhttp_offer_classes ;;
         collect,0) _cimhttp_offer_files ;;
         connection,0) _cimhttp_offer_words add list remove test known forget ;;
         connection,1) if [[ $argument == forget ]]; then _cimhttp_offer_known_servers; else _cimhttp_offer_connections; fi ;;
@@ -167,12 +174,12 @@ _cimhttp() {
     COMPREPLY=()
     case $previous in
         -c | --connection) _cimhttp_offer_connections ;;
-        -o | --output) _cimhttp_offer_words table plain json csv mof ;;
+        -o | --output) _cimhttp_offer_words table plain json csv mof dot ;;
         --log) _cimhttp_offer_words error warning info debug ;;
-        --class) _cimhttp_offer_classes ;;
-        --password-file | --plugin | --out | --ca | --cert | --key) _cimhttp_offer_files ;;
+        --class | --result-class) _cimhttp_offer_classes ;;
+        --password-file | --plugin | --out | --ca | --cert) _cimhttp_offer_files ;;
         --host) mapfile -t COMPREPLY < <(compgen -A hostname -- "$current") ;;
-        --key) _cimhttp_offer_keys ;;
+        --key) if [[ $command == instance ]]; then _cimhttp_offer_keys; else _cimhttp_offer_files; fi ;;
         --property) _cimhttp_offer_property_list ;;
         --sort)
             if [[ $command == count ]]; then
@@ -185,7 +192,8 @@ _cimhttp() {
             compopt -o nospace 2>/dev/null # the value follows at once
             _cimhttp_offer_properties '' '='
             ;;
-        -u | --user | --port | -n | --namespace | --fingerprint | --timeout | --interval | --count | --limit) ;;
+        -u | --user | --port | -n | --namespace | --fingerprint | --timeout | --interval | --count | --limit | --role | \
+            --result-role | --depth) ;;
         *) if [[ $current == -* ]]; then _cimhttp_offer_options; else _cimhttp_offer_arguments; fi ;;
     esac
 }

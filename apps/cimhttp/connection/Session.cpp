@@ -1,5 +1,6 @@
 #include "connection/Session.h"
 
+#include <algorithm>
 #include <exception>
 
 #include "Failure.h"
@@ -12,6 +13,7 @@
 #include "host/ICIMInstance.h"
 #include "host/ICIMNamespace.h"
 #include "host/TVYXException.h"
+#include "output/ShortReferences.h"
 #include "text/ClassInPath.h"
 #include "text/NearestNames.h"
 #include "text/PathFault.h"
@@ -26,6 +28,7 @@ using NQORVYX20::ICIMInstance;
 using NQORVYX20::ICIMNamespace;
 using NQORVYX20::RemoteFailure;
 using NQORVYX20::TCIMContext;
+using NQORVYX20::TCIMReference;
 using NQORVYX20::TCIMValue;
 using NQORVYX20::TVYXException;
 
@@ -33,7 +36,11 @@ using NQORVYX20::TVYXException;
 constexpr unsigned kTypeMismatch = 14;
 constexpr unsigned kInvalidName = 25;
 
-constexpr unsigned kCimInvalidClass = 5; // a status code of CIM (DSP0200)
+constexpr bool kWithSubclasses = true;
+
+// Status codes of CIM (DSP0200).
+constexpr unsigned kCimInvalidParameter = 4;
+constexpr unsigned kCimInvalidClass = 5;
 
 Failure NotAName(const std::string& name) { return {Failure::kUsage, "'" + name + "' is not a class name"}; }
 
@@ -69,6 +76,37 @@ TCIMContext ReadingContext(const std::vector<std::string>& properties) {
 
 std::string WithoutLeadingSlash(const std::string& name) {
     return !name.empty() && name.front() == '/' ? name.substr(1) : name;
+}
+
+/// The instances of a class, with `deep` of its subclasses, too.
+std::vector<boost::shared_ptr<ICIMInstance>> InstancesOf(ICIMClass& cls, bool deep, const TCIMContext& context) {
+    std::vector<boost::shared_ptr<ICIMInstance>> instances;
+    std::exception_ptr error; // which the plug-in might take for one of the server's
+    cls.EnumerateInstances(
+        [&](const boost::shared_ptr<ICIMInstance>& instance) {
+            try {
+                instances.push_back(instance);
+            } catch (...) {
+                error = std::current_exception();
+            }
+            return error == nullptr;
+        },
+        deep, context);
+    if (error != nullptr) {
+        std::rethrow_exception(error);
+    }
+    return instances;
+}
+
+bool HasName(const std::vector<std::string>& names, const std::string& name) {
+    return std::any_of(names.begin(), names.end(), [&](const std::string& one) { return IsSameName(one, name); });
+}
+
+/// Those that the user gives.
+std::vector<std::string> NamesOf(const AssociationQuery& query) {
+    std::vector<std::string> names{query.association_class, query.role, query.result_class, query.result_role};
+    names.insert(names.end(), query.properties.begin(), query.properties.end());
+    return names;
 }
 
 Failure NotAPath(const std::string& path, const std::string& reason) {
@@ -248,29 +286,127 @@ void Session::FailAboutClass(const std::string& name, ICIMNamespace& name_space,
 std::vector<boost::shared_ptr<ICIMInstance>> Session::Instances(ICIMClass& cls, bool deep,
                                                                 const std::vector<std::string>& properties) {
     const std::string name = cls.GetName(TCIMContext());
-    const auto read = [&] {
-        std::vector<boost::shared_ptr<ICIMInstance>> instances;
-        std::exception_ptr error; // which the plug-in might take for one of the server's
-        cls.EnumerateInstances(
-            [&](const boost::shared_ptr<ICIMInstance>& instance) {
-                try {
-                    instances.push_back(instance);
-                } catch (...) {
-                    error = std::current_exception();
-                }
-                return error == nullptr;
-            },
-            deep, ReadingContext(properties));
-        if (error != nullptr) {
-            std::rethrow_exception(error);
-        }
-        return instances;
-    };
     try {
-        return Attended("the instances of " + name, read);
+        return Attended("the instances of " + name, [&] { return InstancesOf(cls, deep, ReadingContext(properties)); });
     } catch (const TVYXException& exception) {
         Fail("the instances of " + name + " cannot be read from " + Place(), ReasonOf(exception, *namespace_));
     }
+}
+
+std::vector<boost::shared_ptr<ICIMInstance>> Session::InstancesIn(const std::string& name_space,
+                                                                  const std::string& class_name) {
+    ICIMNamespace& where = NamespaceOrOwn(name_space);
+    try {
+        return Attended("the instances of " + class_name + " in " + name_space, [&] {
+            return InstancesOf(*where.GetClass(class_name, TCIMContext()), kWithSubclasses, TCIMContext());
+        });
+    } catch (const TVYXException& exception) {
+        throw RemoteError(ReasonOf(exception, where));
+    }
+}
+
+std::vector<TCIMReference> Session::InstancePathsIn(const std::string& name_space, const std::string& class_name) {
+    return Attended("the instances of " + class_name + " in " + name_space,
+                    [&] { return plugin_.Access().InstancePathsIn(*namespace_, name_space, class_name); });
+}
+
+// --- Associations ------------------------------------------------------------------------------------------------
+
+template <typename Operation>
+auto Session::ReadingAssociations(const AssociationQuery& query, const Operation& operation) {
+    try {
+        return Attended("the associations of " + query.path, operation);
+    } catch (const RemoteError& error) {
+        FailAboutAssociations(query, error.Failure());
+    } catch (const std::invalid_argument& error) {
+        if (HasName(NamesOf(query), error.what())) {
+            throw Failure(Failure::kUsage, std::string("'") + error.what() + "' is not a name");
+        }
+        throw NotAPath(query.path, error.what());
+    }
+}
+
+void Session::FailAboutAssociations(const AssociationQuery& query, const RemoteFailure& failure) {
+    const bool is_about_names = failure.kind == RemoteFailure::Kind::kCimStatus &&
+                                (failure.cimStatus == kCimInvalidParameter || failure.cimStatus == kCimInvalidClass);
+    std::vector<std::string> classes;
+    try {
+        classes = is_about_names ? ClassNamesIn(NamespaceOrOwn(NamespaceIn(query.path))) : classes;
+    } catch (const RemoteError&) {
+        // a server that does not list its classes
+    }
+    for (const std::string& name : {ClassInPath(query.path), query.association_class, query.result_class}) {
+        if (!name.empty() && !classes.empty() && !HasName(classes, name)) {
+            throw NoSuchClass(name, Server(), classes);
+        }
+    }
+    Fail("the associations of " + query.path + " cannot be read from " + Server(), failure);
+}
+
+std::vector<TCIMReference> Session::RelatedPaths(AssociationQuery query) {
+    query.host = connection_.host;
+    auto paths = ReadingAssociations(query, [&] { return plugin_.Access().RelatedPaths(*namespace_, query); });
+    if (paths.empty()) {
+        CheckExists(query.path);
+    }
+    return paths;
+}
+
+std::vector<boost::shared_ptr<ICIMInstance>> Session::Related(AssociationQuery query) {
+    query.host = connection_.host;
+    const auto objects = ReadingAssociations(query, [&] { return plugin_.Access().ReadRelated(*namespace_, query); });
+    std::vector<boost::shared_ptr<ICIMInstance>> all;
+    for (const std::string& name : objects->Namespaces()) {
+        ICIMNamespace& where = NamespaceOrOwn(name);
+        const auto instances = ReadingAssociations(query, [&] { return objects->TakeInstances(name, where); });
+        all.insert(all.end(), instances.begin(), instances.end());
+    }
+    if (objects->Namespaces().empty()) {
+        CheckExists(query.path);
+    }
+    return all;
+}
+
+std::vector<RemoteLink> Session::Links(const std::string& path) {
+    AssociationQuery query;
+    query.path = path;
+    return ReadingAssociations(query, [&] { return plugin_.Access().ReadLinks(*namespace_, path); });
+}
+
+TCIMReference Session::ReferenceTo(const std::string& path) {
+    try {
+        TCIMReference reference = plugin_.Access().ParsePath(path);
+        const std::string name = NamespaceIn(path);
+        if (!HasKeys(reference)) {
+            throw std::invalid_argument("it names a class, and not an instance");
+        }
+        reference.SetHost(std::string());
+        reference.SetNamespaceName(name.empty() ? kUsualNamespace : name);
+        return reference;
+    } catch (const std::invalid_argument& error) {
+        throw NotAPath(path, error.what());
+    }
+}
+
+void Session::CheckExists(const std::string& path) {
+    try {
+        Attended("the instance " + path, [&] {
+            plugin_.Access().CheckInstance(*namespace_, path);
+            return true;
+        });
+    } catch (const RemoteError& error) {
+        const auto status = RemoteReason(error.Failure(), connection_).Status();
+        if (status == Failure::kNotFound || status == Failure::kConnection) {
+            Fail("the instance " + path + " cannot be read from " + Server(), error.Failure());
+        }
+        // a server that does not tell
+    }
+}
+
+// --- Other namespaces --------------------------------------------------------------------------------------------
+
+ICIMNamespace& Session::NamespaceOrOwn(const std::string& name) {
+    return name.empty() || IsSameName(name, kUsualNamespace) ? *namespace_ : NamespaceNamed(name);
 }
 
 ICIMNamespace& Session::NamespaceNamed(const std::string& name) {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "Failure.h"
+#include "access/AssociationQuery.h"
 #include "access/RemoteModel.h"
 #include "connection/Connection.h"
 #include "connection/IncidentTally.h"
@@ -88,6 +89,26 @@ class Session {
 
     /// The same with their keys.
     std::vector<NQORVYX20::TCIMReference> InstanceReferences(const std::string& class_name);
+    /// The same with a namespace of the server, and all properties of their own classes. Throws RemoteError.
+    std::vector<boost::shared_ptr<NQORVYX20::ICIMInstance>> InstancesIn(const std::string& name_space,
+                                                                        const std::string& class_name);
+    std::vector<NQORVYX20::TCIMReference> InstancePathsIn(const std::string& name_space, const std::string& class_name);
+
+    /// What a query about an instance's associations asks for, see AssociationQuery, whose host is filled in: the
+    /// objects, or their paths, in the server's order. Throws Failure(kUsage) for what is no path or name; an instance
+    /// without any associations that does not exist is Failure(kNotFound).
+    std::vector<boost::shared_ptr<NQORVYX20::ICIMInstance>> Related(AssociationQuery query);
+    std::vector<NQORVYX20::TCIMReference> RelatedPaths(AssociationQuery query);
+
+    /// All associations of an instance. The same Failures, but it need not exist.
+    std::vector<RemoteLink> Links(const std::string& path);
+
+    /// What a path means that a user gives: with the namespace, and without the host, which counts for nothing. Throws
+    /// Failure(kUsage) for what is no path.
+    NQORVYX20::TCIMReference ReferenceTo(const std::string& path);
+
+    /// Throws Failure(kNotFound) where the server says that there is no such instance.
+    void CheckExists(const std::string& path);
 
     /// What could not be taken from the server's answers since the last call.
     IncidentTally TakeIncidents();
@@ -104,6 +125,9 @@ class Session {
     /// The one that everything is read from, or another of the same server, opened when it is first needed.
     NQORVYX20::ICIMNamespace& NamespaceNamed(const std::string& name);
 
+    /// The one that everything is read from, if that has this name; otherwise NamespaceNamed().
+    NQORVYX20::ICIMNamespace& NamespaceOrOwn(const std::string& name);
+
     /// The namespace that a path names, empty for the one that everything is read from.
     std::string NamespaceIn(const std::string& path) const;
 
@@ -117,6 +141,9 @@ class Session {
     NQORVYX20::RemoteFailure ReasonOf(const NQORVYX20::TVYXException& exception,
                                       NQORVYX20::ICIMNamespace& name_space) const;
 
+    /// What goes wrong when associations are asked for.
+    [[noreturn]] void FailAboutAssociations(const AssociationQuery& query, const NQORVYX20::RemoteFailure& failure);
+
     /// Reads while the attendant says that `thing` is being read.
     template <typename Operation>
     auto Attended(const std::string& thing, const Operation& operation) const;
@@ -124,6 +151,8 @@ class Session {
     /// The same; what goes wrong remotely becomes a Failure about `thing`, or about a class.
     template <typename Operation>
     auto Remotely(const std::string& thing, const Operation& operation) const;
+    template <typename Operation>
+    auto ReadingAssociations(const AssociationQuery& query, const Operation& operation);
     template <typename Operation>
     auto ReadingClass(const std::string& thing, const std::string& class_name, const Operation& operation);
 
