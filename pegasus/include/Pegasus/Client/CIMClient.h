@@ -59,7 +59,7 @@ class CIMClient {
     /// them. Throws AlreadyConnectedException, InvalidLocatorException when the host cannot be resolved,
     /// CannotConnectException when nothing listens there, ConnectionTimeoutException.
     void connect(const String& host, Uint32 port, const String& user, const String& password);
-    /// The same with a TLS handshake; a failed one throws SSLException or CannotConnectException.
+    /// The same with TLS. Throws SSLException, too; so does an operation whose server refuses the client's certificate.
     void connect(const String& host, Uint32 port, const SSLContext& sslContext, const String& user,
                  const String& password);
     /// Closes the connection; does nothing without one.
