@@ -80,10 +80,7 @@ class Session {
                                                                       const std::vector<std::string>& properties);
 
     /// The paths of the instances of a class and its subclasses, in the server's order. Fails like Class().
-    std::vector<std::string> InstancePaths(const std::string& class_name);
-
-    /// The same with their keys.
-    std::vector<NQORVYX20::TCIMReference> InstanceReferences(const std::string& class_name);
+    std::vector<NQORVYX20::TCIMReference> InstancePaths(const std::string& class_name);
 
     /// What could not be taken from the server's answers since the last call.
     IncidentTally TakeIncidents();
