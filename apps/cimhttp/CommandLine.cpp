@@ -175,7 +175,7 @@ struct Parser {
     std::string ComplaintAbout(const std::string& word, const CLI::App* command) const {
         if (!word.empty() && word.front() == '-') {
             const std::string option = word.substr(0, word.find('='));
-            return "there is no option " + option + DidYouMean(NearestNames(option, OptionNames(command)));
+            return "there is no option " + option + DidYouMean(NearestNames(option, OptionNames(command), 1));
         }
         if (command != nullptr) {
             return command->get_name() + " has no use for '" + word + "'";

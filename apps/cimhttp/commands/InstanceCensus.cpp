@@ -39,7 +39,7 @@ InstanceCensus::State InstanceCensus::Visited(const std::string& name, State abo
 
 InstanceCensus::State InstanceCensus::CountBelow(const std::string& name) {
     try {
-        for (const auto& path : session_.InstanceReferences(name)) {
+        for (const auto& path : session_.InstancePaths(name)) {
             const std::string& of = path.GetClassName();
             if (is_wanted_(of)) {
                 auto& instances = counts_.emplace(of, Count{of, 0}).first->second.instances;

@@ -149,7 +149,7 @@ std::optional<Session::FoundInstance> InstanceFinder::InstanceAt(const std::stri
 }
 
 InstanceFinder::Paths InstanceFinder::Candidates() {
-    Paths all = session_.InstanceReferences(class_name_);
+    Paths all = session_.InstancePaths(class_name_);
     const std::vector<std::string> names = KeyNames(all);
     if (declared_.empty() && !all.empty()) { // subclasses declare them
         keys_.Check(names, class_name_);

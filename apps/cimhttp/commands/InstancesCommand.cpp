@@ -174,7 +174,7 @@ void InstancesCommand::CheckNameOptions(const CommandContext& context) const {
 
 /// In the order of the paths.
 std::vector<TCIMReference> InstancesCommand::ReadNames(Session& session) const {
-    auto names = session.InstanceReferences(name_);
+    auto names = session.InstancePaths(name_);
     if (exact_) {
         names.erase(std::remove_if(names.begin(), names.end(),
                                    [&](const auto& path) { return !IsSameName(path.GetClassName(), name_); }),

@@ -243,15 +243,7 @@ RemoteClass Session::Definition(const std::string& name) {
     return ReadingClass("the class " + name, name, [&] { return plugin_.Access().ReadClass(*namespace_, name); });
 }
 
-std::vector<std::string> Session::InstancePaths(const std::string& class_name) {
-    std::vector<std::string> paths;
-    for (const auto& reference : InstanceReferences(class_name)) {
-        paths.push_back(reference.GetPath());
-    }
-    return paths;
-}
-
-std::vector<NQORVYX20::TCIMReference> Session::InstanceReferences(const std::string& class_name) {
+std::vector<NQORVYX20::TCIMReference> Session::InstancePaths(const std::string& class_name) {
     return ReadingClass("the paths of the instances of " + class_name, class_name,
                         [&] { return plugin_.Access().InstancePaths(*namespace_, class_name); });
 }

@@ -85,10 +85,8 @@ class Session {
                                                                       const std::vector<std::string>& properties);
 
     /// The paths of the instances of a class and its subclasses, in the server's order. Fails like Class().
-    std::vector<std::string> InstancePaths(const std::string& class_name);
+    std::vector<NQORVYX20::TCIMReference> InstancePaths(const std::string& class_name);
 
-    /// The same with their keys.
-    std::vector<NQORVYX20::TCIMReference> InstanceReferences(const std::string& class_name);
     /// The same with a namespace of the server, and all properties of their own classes. Throws RemoteError.
     std::vector<boost::shared_ptr<NQORVYX20::ICIMInstance>> InstancesIn(const std::string& name_space,
                                                                         const std::string& class_name);

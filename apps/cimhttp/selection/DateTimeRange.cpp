@@ -15,7 +15,8 @@ using NQORVYX20::TVYXException;
 
 constexpr long long kMicroseconds = 1000000; // of a second
 constexpr long long kMinute = 60 * kMicroseconds;
-constexpr long long kDay = 24 * 60 * kMinute;
+constexpr long long kHour = 60 * kMinute;
+constexpr long long kDay = 24 * kHour;
 constexpr std::size_t kOffset = 21; // where the sign of the zone stands
 constexpr std::size_t kDigitsOfFraction = 6;
 constexpr std::size_t kDigitsOfDays = 8;
@@ -127,7 +128,7 @@ class Scanner {
     }
 
     std::string Digits(std::size_t count) {
-        const std::string digits = SomeDigits(count);
+        std::string digits = SomeDigits(count);
         is_good_ = is_good_ && digits.size() == count;
         return digits;
     }

@@ -1,10 +1,7 @@
 #include "selection/GivenKeys.h"
 
-#include <algorithm>
-
 #include "Failure.h"
 #include "text/NearestNames.h"
-#include "text/Pattern.h"
 #include "text/WordList.h"
 
 namespace cimhttp {
@@ -22,12 +19,12 @@ GivenKeys::GivenKeys(const std::vector<std::string>& texts) {
 }
 
 void GivenKeys::Check(const std::vector<std::string>& names, const std::string& class_name) const {
-    for (const auto& [given, value] : values_) {
-        const std::string& name = given;
-        if (std::none_of(names.begin(), names.end(), [&](const std::string& one) { return IsSameName(one, name); })) {
-            throw Failure(Failure::kUsage, "the class " + class_name + " has no key " + name +
-                                               DidYouMean(NearestNames(name, names)) + "; its keys are " +
-                                               ListedTogether(names));
+    const NameSet known(names.begin(), names.end());
+    for (const auto& [name, value] : values_) {
+        if (known.count(name) == 0) {
+            std::string text = "the class " + class_name + " has no key " + name;
+            text += DidYouMean(NearestNames(name, names)) + "; its keys are " + ListedTogether(names);
+            throw Failure(Failure::kUsage, text);
         }
     }
 }
