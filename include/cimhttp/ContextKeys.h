@@ -9,8 +9,8 @@ namespace NQORVYX20 {
 // Another key with the prefix is refused, and so are a value of another type than its key's, an empty text, and values
 // that contradict each other: after a line in the log that names the key, TVYXException 14 is thrown.
 //
-// All but the first key are for connect(). The operator of the machine can set them, too, for the servers of his choice,
-// as defaults or in the place of the host's (docs/policy.md).
+// All but the first key are for connect(). The operator of the machine can set them, too, for the servers of his
+// choice, as defaults or in the place of the host's (docs/policy.md).
 
 /// How the namespace reads its server: one of the two texts below; compatibly without the key.
 constexpr const char* kReadingKey = "cimhttp.reading";
