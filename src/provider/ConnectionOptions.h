@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <variant>
 
 namespace NQORVYX20 {
@@ -13,18 +15,20 @@ namespace NQORVYX20 {
 class ConnectionOptions {
   public:
     using Value = std::variant<bool, std::uint64_t, std::string>;
-    using Values = std::map<std::string, Value>;
+    using Values = std::map<std::string, Value, std::less<>>;
 
     void Set(const std::string& key, Value value);
     void Remove(const std::string& key) { fValues.erase(key); }
 
-    bool Has(const std::string& key) const { return fValues.count(key) != 0; }
+    // Looking takes no memory.
+
+    bool Has(std::string_view key) const { return fValues.count(key) != 0; }
     const Values& All() const { return fValues; }
 
     /// The value under a key of that kind; empty when nothing is said.
-    std::optional<bool> Flag(const std::string& key) const { return Find<bool>(key); }
-    std::optional<std::uint64_t> Number(const std::string& key) const { return Find<std::uint64_t>(key); }
-    std::optional<std::string> Text(const std::string& key) const { return Find<std::string>(key); }
+    std::optional<bool> Flag(std::string_view key) const { return Find<bool>(key); }
+    std::optional<std::uint64_t> Number(std::string_view key) const { return Find<std::uint64_t>(key); }
+    std::optional<std::string> Text(std::string_view key) const { return Find<std::string>(key); }
 
     friend bool operator==(const ConnectionOptions& one, const ConnectionOptions& other) {
         return one.fValues == other.fValues;
@@ -32,7 +36,7 @@ class ConnectionOptions {
 
   private:
     template <typename Type>
-    std::optional<Type> Find(const std::string& key) const {
+    std::optional<Type> Find(std::string_view key) const {
         const auto found = fValues.find(key);
         return found == fValues.end() ? std::nullopt : std::optional<Type>(std::get<Type>(found->second));
     }

@@ -18,7 +18,7 @@ struct PolicyEntry {
 /// The text of a policy, a document in JSON:
 ///     {"servers": [{"match": "*.storage.example", "force": {"tls": true}, "default": {"timeout": 30000}}]}
 /// `match` is a pattern or a list of them; the options have the names of the context's keys without their prefix.
-class [[gnu::visibility("default")]] PolicyDocument {
+class PolicyDocument {
   public:
     /// Throws PolicyFault with the line or the entry that is at fault. Nothing is overlooked: neither a member that
     /// there is not, nor one that is there twice.

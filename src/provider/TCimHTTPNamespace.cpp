@@ -173,15 +173,16 @@ void TCimHTTPNamespace::Apply(const ConnectionOptions& options) {
     if (options == fApplied) {
         return;
     }
+    ConnectionOptions applied = options; // what takes memory comes first, so that all counts or nothing
+    const Pegasus::CIMNamespaceName nameSpace(options.Text(kNamespaceKey).value_or(kRemoteNamespaceName).c_str());
     if (!fServer->SetLimits(options.Number(kConnectTimeoutKey), options.Number(kLimitBytesKey),
                             options.Number(kLimitObjectsKey))) {
         throw ConnectionRefusal(RemoteFailure::Kind::kOther,
                                 "the client library that this plug-in was built with knows no limits");
     }
-    fServer->SetNamespace(
-        Pegasus::CIMNamespaceName(options.Text(kNamespaceKey).value_or(kRemoteNamespaceName).c_str()));
+    fServer->SetNamespace(nameSpace);
     fBudget.SetElements(options.Number(kLimitElementsKey).value_or(DefinitionBudget::kElements));
-    fApplied = options;
+    fApplied = std::move(applied);
 }
 
 std::uint32_t TCimHTTPNamespace::TimeoutMs() const {

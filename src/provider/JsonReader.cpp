@@ -1,0 +1,110 @@
+#include <cstddef>
+#include <cstdint>
+#include <nlohmann/json.hpp>
+#include <utility>
+
+#include "provider/JsonValue.h"
+#include "provider/PolicyFault.h"
+#include "provider/PrintableText.h"
+
+namespace NQORVYX20 {
+
+namespace {
+
+using nlohmann::json;
+using Kind = JsonValue::Kind;
+
+/// What the parser says, without the part that is for programmers: "[json.exception.parse_error.101] parse error at
+/// line 1, column 2: ..."
+std::string Complaint(const std::string& what) {
+    const auto end = what.find("] ");
+    return PrintableText(end == std::string::npos ? what : what.substr(end + 2));
+}
+
+/// Builds the value while the parser goes through the text. The parser's own tree is not for processes that must not
+/// stop: to take it down it needs memory.
+class JsonBuilder : public nlohmann::json_sax<json> {
+  public:
+    JsonValue TakeRoot() { return std::move(fRoot); }
+
+    bool null() override { return Add({}); }
+    bool boolean(bool value) override { return AddScalar(value); }
+    bool number_integer(number_integer_t /*value*/) override { return Add({}); }
+    bool number_unsigned(number_unsigned_t value) override { return AddScalar(std::uint64_t{value}); }
+    bool number_float(number_float_t /*value*/, const string_t& /*text*/) override { return Add({}); }
+    bool string(string_t& value) override { return AddScalar(std::move(value)); }
+    bool binary(binary_t& /*value*/) override { return Add({}); }
+
+    bool start_object(std::size_t /*size*/) override { return Open(Kind::kObject); }
+    bool end_object() override { return Close(); }
+    bool start_array(std::size_t /*size*/) override { return Open(Kind::kArray); }
+    bool end_array() override { return Close(); }
+
+    bool key(string_t& name) override {
+        if (fOpen.back()->members.count(name) != 0) {
+            throw PolicyFault("has the member '" + PrintableText(name) + "' twice in one object");
+        }
+        fName = std::move(name);
+        return true;
+    }
+
+    bool parse_error(std::size_t /*position*/, const std::string& /*token*/, const json::exception& error) override {
+        throw PolicyFault("is no JSON: " + Complaint(error.what()));
+    }
+
+  private:
+    static constexpr std::size_t kMaxDepth = 8; // a policy has 4
+
+    JsonValue& Put(JsonValue value) {
+        if (fOpen.empty()) {
+            fRoot = std::move(value);
+            return fRoot;
+        }
+        JsonValue& parent = *fOpen.back();
+        if (parent.kind == Kind::kObject) {
+            return parent.members.emplace(fName, std::move(value)).first->second;
+        }
+        return parent.elements.emplace_back(std::move(value));
+    }
+
+    bool Add(JsonValue value) {
+        Put(std::move(value));
+        return true;
+    }
+
+    template <typename Type>
+    bool AddScalar(Type value) {
+        JsonValue scalar;
+        scalar.scalar = std::move(value);
+        return Add(std::move(scalar));
+    }
+
+    bool Open(Kind kind) {
+        if (fOpen.size() == kMaxDepth) {
+            throw PolicyFault("is nested too deeply for a policy");
+        }
+        JsonValue value;
+        value.kind = kind;
+        fOpen.push_back(&Put(std::move(value)));
+        return true;
+    }
+
+    bool Close() {
+        fOpen.pop_back();
+        return true;
+    }
+
+    JsonValue fRoot;
+    std::vector<JsonValue*> fOpen; ///< the objects and arrays that have not ended, each in the one before
+    std::string fName;             ///< of the member that comes next
+};
+
+} // namespace
+
+JsonValue ReadJson(const std::string& text) {
+    JsonBuilder builder;
+    json::sax_parse(text, &builder);
+    return builder.TakeRoot();
+}
+
+} // namespace NQORVYX20
