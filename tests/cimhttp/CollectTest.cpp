@@ -371,6 +371,7 @@ TEST_F(CollectTest, TheDocumentNamesPortAndNamespace) {
     const auto run = Collect(document);
     EXPECT_EQ(run.status, 0) << run.errors;
     EXPECT_EQ(json::parse(run.output).at("server"), "http://" + fServer.Address() + ':' + port + "/root/interop");
+    ASSERT_THAT(server.Calls(), Not(testing::IsEmpty()));
     EXPECT_EQ(server.Calls().back().name_space, "root/interop");
     EXPECT_THAT(fServer.Calls(), testing::IsEmpty());
     EXPECT_EQ(Collect(document, {"-n", "root/cimv2"}).status, 0);

@@ -435,6 +435,8 @@ TEST_F(ConnectionTest, AnyPortCanBeGivenInTwoWays) {
     EXPECT_THAT(info.output, HasSubstr("http://" + name + '\n'));
     ExpectOneLine(Run({"--host", name, "class", "TEST_Elsewere"}), 5, "did you mean TEST_Elsewhere?");
     server.Stop();
+    support::CimServer other(fServer.Address());
+    other.Listen(kHttpsPort);
     const auto refused = Run({"--host", name, "classes"});
     ExpectOneLine(refused, 3, "no connection to http://" + name + ": nothing listens on port " + port + "; is the CIM");
     EXPECT_THAT(refused.errors, Not(HasSubstr("5989"))) << "who names a port means it";
@@ -528,6 +530,7 @@ TEST_F(ConnectionTest, HowAServerIsReachedIsKeptListedAndUsed) {
                 HasSubstr(R"("server":"http://)" + server.Address() + ':' + port +
                           R"(","user":"","password":"","timeout":null,"namespace":"root/interop")"));
     EXPECT_EQ(Run({"-c", "lab", "classes"}).output, "TEST_Elsewhere\n");
+    ASSERT_THAT(server.Calls(), Not(IsEmpty()));
     EXPECT_EQ(server.Calls().front().name_space, "root/interop");
     EXPECT_EQ(Run({"-c", "lab", "-n", "root/cimv2", "classes"}).output, "TEST_Elsewhere\n");
     EXPECT_EQ(server.Calls().back().name_space, "root/cimv2");

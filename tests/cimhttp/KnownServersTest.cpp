@@ -14,6 +14,7 @@
 #include "support/TemporaryDirectory.h"
 
 using cimhttp::Failure;
+using cimhttp::KnownServer;
 using cimhttp::KnownServers;
 using cimhttp::NormalFingerprint;
 using testing::HasSubstr;
@@ -87,7 +88,7 @@ TEST_F(KnownServersTest, AreKnownByHostAndPortInAnyCase) {
     EXPECT_FALSE(fServers.Find("server:5989"));
     fServers.Keep("server.example:5989", {Fingerprint('b'), "", ""});
     EXPECT_EQ(fServers.Read().size(), 1U);
-    EXPECT_EQ(fServers.Find("server.example:5989")->fingerprint, Fingerprint('b'));
+    EXPECT_EQ(fServers.Find("server.example:5989").value_or(KnownServer()).fingerprint, Fingerprint('b'));
 }
 
 TEST_F(KnownServersTest, AreForgottenOneByOne) {

@@ -10,6 +10,7 @@
 #include <memory>
 
 #include "CimXml.h"
+#include "FirstConnectionOnly.h"
 #include "ProgramRun.h"
 #include "connection/KnownServers.h"
 #include "support/IssuedCertificate.h"
@@ -17,6 +18,7 @@
 #include "support/TemporaryDirectory.h"
 #include "support/TerminalProgram.h"
 
+using cimhttp::KnownServer;
 using cimhttp::KnownServers;
 using support::IssuedCertificate;
 using support::ScriptedServer;
@@ -258,7 +260,7 @@ TEST_F(TrustTest, TheUserIsShownTheCertificateAndAskedOnce) {
     program.Type("yes\r");
     EXPECT_EQ(program.Wait(), 0);
     EXPECT_THAT(program.Screen(), testing::EndsWith("yes\r\nTEST_Disk\r\n"));
-    EXPECT_EQ(Known().Find(HostAndPort())->fingerprint, certificate.Fingerprint());
+    EXPECT_EQ(Known().Find(HostAndPort()).value_or(KnownServer()).fingerprint, certificate.Fingerprint());
 
     auto again = OnTerminal({"classes"});
     EXPECT_EQ(again.Wait(), 0);
@@ -366,6 +368,12 @@ TEST_F(TrustTest, AChangedCertificateIsRefusedWithBothFingerprintsAndAWayOut) {
     EXPECT_EQ(RunCimhttp({"connection", "forget", HostAndPort()}, Environment()).errors, "");
     Trust();
     EXPECT_EQ(Run({"--verify", "classes"}).output, kClasses);
+}
+
+TEST_F(TrustTest, AKnownServerWithoutATimeIsKnownAllTheSame) {
+    const auto server = Serve(Issued(Good()));
+    Known().Keep(HostAndPort(), {IssuedCertificate(Good()).Fingerprint(), "", ""});
+    ExpectRefused(Run({"classes"}), *server, " since an unknown time, and now it is ");
 }
 
 TEST_F(TrustTest, AnAuthorityCountsMoreThanWhatIsKnown) {
@@ -488,4 +496,13 @@ TEST_F(TrustTest, APolicyOfTheMachineThatForbidsAConnectionIsTold) {
     ExpectRefused(run, *server, "policy " + policy + ": ");
     environment.back() = "CIMHTTP_POLICY=/no/such/policy.json";
     ExpectRefused(RunCimhttp(Arguments({"--ca", fCa, "classes"}), environment), *server, "/no/such/policy.json");
+}
+
+TEST_F(TrustTest, InfoSaysWhyThereIsNothingToSeeOfTls) {
+    const auto server = Serve(Issued(Good()), 0);
+    const FirstConnectionOnly before(fAddress, kHttpsPort,
+                                     server->Port()); // the plug-in's; the one that looks comes next
+    const auto run = Run({"--ca", fCa, "info"});
+    EXPECT_EQ(run.status, 0) << run.errors;
+    EXPECT_THAT(run.output, ContainsRegex("\nTLS +could not be looked at: [^\n]+\nclasses +1\n"));
 }

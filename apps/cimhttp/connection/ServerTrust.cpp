@@ -60,7 +60,7 @@ bool UserTrusts(const Connection& connection, const TlsDetails& tls, const std::
 
 Connection WithFingerprint(Connection connection, const KnownServer& server) {
     connection.tls_settings.fingerprint = server.fingerprint;
-    connection.known_since = server.since;
+    connection.known_since = server.since.empty() ? "an unknown time" : server.since;
     return connection;
 }
 

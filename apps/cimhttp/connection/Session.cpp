@@ -1,6 +1,7 @@
 #include "connection/Session.h"
 
 #include <algorithm>
+#include <chrono>
 #include <exception>
 
 #include "Failure.h"
@@ -139,17 +140,21 @@ Session::Namespace Session::Allocate(const Connection& connection) const {
 
 Session::Namespace Session::Open(const Connection& connection) const {
     auto opened = Allocate(connection);
+    const auto limit = LimitOf(connection);
+    const auto begin = std::chrono::steady_clock::now();
     const auto connect = [&] {
         plugin_.Access().Connect(*opened, connection.host, connection.user, connection.password, connection.Port());
     };
     try {
         if (attendant_) {
-            attendant_->Attend("connecting to " + Server(), connect, LimitOf(connection));
+            attendant_->Attend("connecting to " + Server(), connect, limit);
         } else {
             connect();
         }
     } catch (const TVYXException& exception) {
-        throw NotConnected(ReasonOf(exception, *opened));
+        // the client library may be the first to notice that the time is over
+        const bool is_late = std::chrono::steady_clock::now() - begin >= limit.time;
+        throw is_late ? limit.failure() : NotConnected(ReasonOf(exception, *opened));
     }
     return opened;
 }
