@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "connection/TlsSettings.h"
 #include "host/ILogger.h"
 #include "output/OutputFormat.h"
 
@@ -17,6 +18,9 @@ struct Options {
     std::optional<std::string> password;          ///< from the password file
     std::optional<std::string> password_variable; ///< from the environment
     std::optional<bool> tls;
+    std::optional<int> port;
+    std::optional<std::string> name_space; ///< of the server
+    TlsSettings tls_settings;
     std::optional<unsigned> timeout;                                   ///< in seconds
     std::string plugin;                                                ///< the path of the plug-in
     std::optional<NQORVYX20::ILogger::EVYXLogSeverity> log_level = {}; ///< empty: no log

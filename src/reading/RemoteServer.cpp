@@ -32,13 +32,14 @@ RemoteServer::~RemoteServer() {
     fClient.reset();
 }
 
-bool RemoteServer::SetLimits(std::optional<std::uint32_t> connectMilliseconds, std::optional<std::uint64_t> answerBytes,
+bool RemoteServer::SetLimits(std::optional<std::uint64_t> connectMilliseconds, std::optional<std::uint64_t> answerBytes,
                              std::optional<std::uint64_t> answerObjects) {
 #ifdef CIMHTTP_HAS_CLIENT_LIMITS
     Pegasus::ClientLimits limits = fClient->getLimits();
-    limits.connectMilliseconds = connectMilliseconds.value_or(limits.connectMilliseconds);
-    limits.answerBytes = answerBytes.value_or(limits.answerBytes);
-    limits.answerObjects = answerObjects.value_or(limits.answerObjects);
+    limits.connectMilliseconds =
+        static_cast<Pegasus::Uint32>(connectMilliseconds.value_or(Pegasus::ClientLimits::kConnectMilliseconds));
+    limits.answerBytes = answerBytes.value_or(Pegasus::ClientLimits::kAnswerBytes);
+    limits.answerObjects = answerObjects.value_or(Pegasus::ClientLimits::kAnswerObjects);
     fClient->setLimits(limits);
     return true;
 #else

@@ -33,8 +33,9 @@ class RemoteServer {
     Pegasus::CIMNamespaceName* Namespace() { return fNamespace.get(); }
     Pegasus::CIMClient* Client() { return fClient.get(); }
 
-    /// For the next connection. False, changing nothing, when the client library has no such limits.
-    bool SetLimits(std::optional<std::uint32_t> connectMilliseconds, std::optional<std::uint64_t> answerBytes,
+    /// For the next connection; what is not given is what the client library has by itself. False, changing nothing,
+    /// when it has no such limits.
+    bool SetLimits(std::optional<std::uint64_t> connectMilliseconds, std::optional<std::uint64_t> answerBytes,
                    std::optional<std::uint64_t> answerObjects);
     void SetNamespace(const Pegasus::CIMNamespaceName& nameSpace) { *fNamespace = nameSpace; }
 

@@ -48,7 +48,6 @@ class TextlessAccess : public cimhttp::PluginAccess {
                                                  const TCIMValue&) const override {
         throw TVYXException(1);
     }
-    void SetTimeout(NQORVYX20::ICIMNamespace&, std::chrono::milliseconds) const override {}
     cimhttp::RequestedClasses ReadRequestedClasses(const std::string&) const override { return {}; }
 };
 
@@ -61,7 +60,7 @@ TEST(DisplayText, AValueWithoutATextShowsAsItIs) {
                   "<CLASS NAME=\"T\"><PROPERTY NAME=\"One\" TYPE=\"uint8\"/>"
                   "<PROPERTY.ARRAY NAME=\"Many\" TYPE=\"string\"/></CLASS>");
     const cimhttp::Plugin plugin(CIMHTTP_PLUGIN);
-    const auto name_space = plugin.AllocateNamespace();
+    const auto name_space = plugin.AllocateNamespace({});
     plugin.Access().Connect(*name_space, server.Address(), "", "", 5988);
     const auto cls = name_space->GetClass("T", TCIMContext());
     const auto instance = cls->AllocateInstance(TCIMContext());

@@ -192,7 +192,7 @@ TEST_F(CompletionTest, OffersNamedConnectionsAndValues) {
     EXPECT_THAT(Offers("cimhttp -c "), ElementsAre("lab", "office"));
     EXPECT_THAT(Offers("cimhttp connection remove o"), ElementsAre("office"));
     EXPECT_THAT(Offers("cimhttp -c lab class TEST_D"), ElementsAre("TEST_Disk"));
-    EXPECT_THAT(Offers("cimhttp connection "), ElementsAre("add", "list", "remove", "test"));
+    EXPECT_THAT(Offers("cimhttp connection "), ElementsAre("add", "list", "remove", "test", "known", "forget"));
     EXPECT_THAT(Offers("cimhttp --output c"), ElementsAre("csv"));
     EXPECT_THAT(Offers("cimhttp --log de"), ElementsAre("debug"));
 }

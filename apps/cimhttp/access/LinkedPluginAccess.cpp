@@ -1,9 +1,8 @@
 #include "access/PluginAccess.h"
 
-#include <Pegasus/Client/CIMClient.h>
-
 #include <boost/make_shared.hpp>
 
+#include "access/DocumentReader.h"
 #include "access/RemoteAssociations.h"
 #include "access/RemoteReader.h"
 #include "convert/NormalName.h"
@@ -11,7 +10,6 @@
 #include "model/TCimHTTPProperty.h"
 #include "model/TFaithfulInstance.h"
 #include "provider/TCimHTTPNamespace.h"
-#include "provider/TCimHTTPRequestedClassParser.h"
 
 namespace cimhttp {
 
@@ -26,32 +24,11 @@ using NQORVYX20::TCimHTTPProperty;
 using NQORVYX20::TCIMReference;
 using NQORVYX20::TCIMValue;
 
-/// Remembers the first error, behind which the others are often only its consequences.
-class DocumentReader : public TCimHTTPRequestedClassParser {
-  public:
-    void FatalError(const char* message) override {
-        if (error_.empty()) {
-            error_ = "line " + std::to_string(GetCurLine()) + ": " + message;
-        }
-        TCimHTTPRequestedClassParser::FatalError(message);
-    }
-
-    const std::string& Error() const { return error_; }
-
-  private:
-    std::string error_;
-};
-
 class LinkedPluginAccess : public PluginAccess {
   public:
     void Connect(ICIMNamespace& name_space, const std::string& host, const std::string& user,
                  const std::string& password, int port) const override {
         dynamic_cast<TCimHTTPNamespace&>(name_space).connect(host, user, password, port);
-    }
-
-    void SetTimeout(ICIMNamespace& name_space, std::chrono::milliseconds timeout) const override {
-        auto* const client = dynamic_cast<TCimHTTPNamespace&>(name_space).getPegClient();
-        client->setTimeout(static_cast<Pegasus::Uint32>(timeout.count()));
     }
 
     std::optional<NQORVYX20::RemoteFailure> LastFailure(ICIMNamespace& name_space) const override {
@@ -128,7 +105,7 @@ class LinkedPluginAccess : public PluginAccess {
         DocumentReader reader;
         reader.SetCharData(text);
         reader.ParseCharData(); // what it returns is said by the error too
-        return {reader.GetRequestedNetworkData(), reader.GetRequestedClassData(), reader.Error()};
+        return {reader.Settings(), reader.GetRequestedClassData(), reader.Error()};
     }
 };
 

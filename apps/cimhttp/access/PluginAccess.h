@@ -2,7 +2,6 @@
 
 #include <boost/shared_ptr.hpp>
 
-#include <chrono>
 #include <map>
 #include <memory>
 #include <optional>
@@ -43,9 +42,6 @@ class PluginAccess {
     /// See TCimHTTPNamespace::connect. The namespace must be the plug-in's, here and below.
     virtual void Connect(NQORVYX20::ICIMNamespace& name_space, const std::string& host, const std::string& user,
                          const std::string& password, int port) const = 0;
-
-    /// How long a connected namespace waits for an answer.
-    virtual void SetTimeout(NQORVYX20::ICIMNamespace& name_space, std::chrono::milliseconds timeout) const = 0;
 
     /// Why the newest operation of the namespace could not read the server; empty when it could.
     virtual std::optional<NQORVYX20::RemoteFailure> LastFailure(NQORVYX20::ICIMNamespace& name_space) const = 0;

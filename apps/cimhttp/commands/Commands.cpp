@@ -5,6 +5,7 @@
 #include "commands/ClassesCommand.h"
 #include "commands/CollectCommand.h"
 #include "commands/ConnectionCommand.h"
+#include "commands/DoctorCommand.h"
 #include "commands/InfoCommand.h"
 #include "commands/InstanceCommand.h"
 #include "commands/InstancesCommand.h"
@@ -21,6 +22,7 @@ namespace cimhttp {
 std::vector<std::unique_ptr<Command>> AllCommands() {
     std::vector<std::unique_ptr<Command>> commands;
     commands.push_back(std::make_unique<InfoCommand>());
+    commands.push_back(std::make_unique<DoctorCommand>());
     commands.push_back(std::make_unique<NamespacesCommand>());
     commands.push_back(std::make_unique<ProfilesCommand>());
     commands.push_back(std::make_unique<ClassesCommand>());

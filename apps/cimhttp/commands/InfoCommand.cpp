@@ -86,10 +86,21 @@ class Findings {
     JsonObject json_;
 };
 
+/// The hosts that a certificate is for.
+std::string ListedNames(const std::vector<std::string>& names) {
+    std::string text;
+    for (const std::string& name : names) {
+        text += (text.empty() ? "" : ", ") + name;
+    }
+    return text.empty() ? "none" : text;
+}
+
 void AddTls(const TlsDetails& tls, Findings& findings) {
     findings.Add("TLS", "tls", tls.version + ", " + tls.cipher);
     findings.Add("certificate", "certificate", tls.subject);
     findings.Add("issued by", "issuer", tls.is_self_signed ? "itself" : tls.issuer);
+    findings.AddJson("names", "names", ListedNames(tls.names), JsonTexts(tls.names));
+    findings.Add("valid from", "valid_from", tls.valid_from);
     findings.Add("valid until", "valid_until", tls.valid_until);
     findings.Add("SHA-256", "sha256", tls.fingerprint);
 }
@@ -226,6 +237,8 @@ int InfoCommand::Run(const CommandContext& context) {
     const auto probe = ProbeServer(target.host, target.Port(), target.tls);
     if (probe && probe->tls) {
         AddTls(*probe->tls, findings);
+    } else if (target.tls) {
+        findings.Add("TLS", "tls", "could not be looked at: " + (probe ? probe->tls_failure : "no connection"));
     }
     std::optional<std::size_t> class_count;
     const auto classes = CountClasses(session, class_count);

@@ -12,7 +12,8 @@ _cimhttp_read_line() {
     command='' argument='' arguments=0 server=()
     for ((i = 1; i < ${#words[@]} - 1; i++)); do
         case ${words[i]} in
-            -c | --connection | --host | --user | --password-file)
+            -c | --connection | --host | --port | -n | --namespace | -u | --user | --password-file | --ca | --fingerprint | \
+                --cert | --key)
                 server+=("${words[i]}" "${words[i + 1]}")
                 i=$((i + 1))
                 ;;
@@ -20,7 +21,7 @@ _cimhttp_read_line() {
                 --role | --result-class | --result-role | --depth)
                 i=$((i + 1))
                 ;;
-            --tls*) server+=("${words[i]}") ;;
+            --tls* | --verify*) server+=("${words[i]}") ;;
             -*) ;;
             *)
                 if [[ -z $command ]]; then
@@ -77,6 +78,10 @@ _cimhttp_offer_connections() {
     _cimhttp_offer "$("${COMP_WORDS[0]}" connection list --output csv 2>/dev/null | sed -e 1d -e 's/,.*//')"
 }
 
+_cimhttp_offer_known_servers() {
+    _cimhttp_offer "$("${COMP_WORDS[0]}" connection known --output csv 2>/dev/null | sed -e 1d -e 's/,.*//')"
+}
+
 _cimhttp_offer_files() {
     mapfile -t COMPREPLY < <(compgen -f -- "$current")
 }
@@ -86,7 +91,8 @@ _cimhttp_offer_words() {
 }
 
 _cimhttp_offer_options() {
-    _cimhttp_offer_words --help --version --host --connection --tls --user --password-file --timeout --plugin --log --output
+    _cimhttp_offer_words --help --version --host --connection --port --namespace --tls --ca --fingerprint --cert --key \
+        --verify --user --password-file --timeout --plugin --log --output
     case $command in
         class) _cimhttp_offer_words --all ;;
         instances) _cimhttp_offer_words --property --where --exact --deep --paths --raw ;;
@@ -103,13 +109,13 @@ _cimhttp_offer_options() {
 
 _cimhttp_offer_arguments() {
     case $command,$arguments in
-        ,*) _cimhttp_offer_words info namespaces profiles classes tree class methods qualifiers instances instance associators references \
+        ,*) _cimhttp_offer_words info doctor namespaces profiles classes tree class methods qualifiers instances instance associators references \
             related watch collect connection ;;
         classes,0 | tree,0 | class,0 | methods,0 | instances,0 | instance,0 | \
             associators,0 | references,0 | related,0 | watch,0) _cimhttp_offer_classes ;;
         collect,0) _cimhttp_offer_files ;;
-        connection,0) _cimhttp_offer_words add list remove test ;;
-        connection,1) _cimhttp_offer_connections ;;
+        connection,0) _cimhttp_offer_words add list remove test known forget ;;
+        connection,1) if [[ $argument == forget ]]; then _cimhttp_offer_known_servers; else _cimhttp_offer_connections; fi ;;
     esac
 }
 
@@ -122,14 +128,15 @@ _cimhttp() {
         -o | --output) _cimhttp_offer_words table plain json csv mof dot ;;
         --log) _cimhttp_offer_words error warning info debug ;;
         --class | --result-class) _cimhttp_offer_classes ;;
-        --password-file | --plugin | --out) _cimhttp_offer_files ;;
+        --password-file | --plugin | --out | --ca | --cert | --key) _cimhttp_offer_files ;;
         --host) mapfile -t COMPREPLY < <(compgen -A hostname -- "$current") ;;
         --property) _cimhttp_offer_property_list ;;
         --where)
             compopt -o nospace 2>/dev/null # the value follows at once
             _cimhttp_offer_properties '' '='
             ;;
-        --user | --timeout | --interval | --count | --role | --result-role | --depth) ;;
+        -u | --user | --port | -n | --namespace | --fingerprint | --timeout | --interval | --count | \
+            --role | --result-role | --depth) ;;
         *) if [[ $current == -* ]]; then _cimhttp_offer_options; else _cimhttp_offer_arguments; fi ;;
     esac
 }

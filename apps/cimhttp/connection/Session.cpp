@@ -5,8 +5,10 @@
 
 #include "Failure.h"
 #include "cimhttp/ContextKeys.h"
+#include "connection/ConnectionContext.h"
 #include "connection/FailedConnect.h"
 #include "connection/RemoteReason.h"
+#include "connection/ServerFailure.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMNamespace.h"
@@ -30,8 +32,6 @@ using NQORVYX20::TCIMReference;
 using NQORVYX20::TCIMValue;
 using NQORVYX20::TVYXException;
 
-constexpr const char* kUsualNamespace = "root/cimv2"; // the plug-in's
-
 // Status codes of the object model.
 constexpr unsigned kTypeMismatch = 14;
 constexpr unsigned kInvalidName = 25;
@@ -46,6 +46,12 @@ Failure NotAName(const std::string& name) { return {Failure::kUsage, "'" + name 
 
 std::string NoConnection(const Connection& connection, const std::string& reason) {
     return "no connection to " + connection.Url() + ": " + ExplainFailedConnect(connection, reason);
+}
+
+/// About a server that ends a connection for want of a certificate.
+std::string AdviceAbout(const RemoteFailure& failure, const Connection& connection) {
+    const bool is_ended = failure.kind == RemoteFailure::Kind::kTls || failure.kind == RemoteFailure::Kind::kClosed;
+    return is_ended && !failure.refusal ? CertificateAdvice(connection) : std::string();
 }
 
 /// The plug-in has no time-out for connecting; the user has one.
@@ -118,25 +124,42 @@ Failure NoSuchClass(const std::string& name, const std::string& server, const st
 }
 
 Session::Session(const Plugin& plugin, const Connection& connection, const Attendant& attendant)
-    : plugin_(plugin), connection_(connection), attendant_(attendant), namespace_(Open({})) {}
+    : plugin_(plugin), connection_(connection), attendant_(attendant), namespace_(Open(connection)) {}
 
-Session::Namespace Session::Open(const std::string& name_space) const {
-    const PluginAccess& access = plugin_.Access();
-    auto opened = plugin_.AllocateNamespace(name_space);
+Session::Namespace Session::Allocate(const Connection& connection) const {
+    try {
+        return plugin_.AllocateNamespace(ContextOf(connection));
+    } catch (const TVYXException& exception) {
+        if (exception.GetStatusCode().GetCode() != kTypeMismatch) {
+            throw;
+        }
+        throw Failure(Failure::kUsage, "'" + connection.name_space + "' is not the name of a namespace");
+    }
+}
+
+Session::Namespace Session::Open(const Connection& connection) const {
+    auto opened = Allocate(connection);
     const auto connect = [&] {
-        access.Connect(*opened, connection_.host, connection_.user, connection_.password, connection_.Port());
+        plugin_.Access().Connect(*opened, connection.host, connection.user, connection.password, connection.Port());
     };
     try {
         if (attendant_) {
-            attendant_->Attend("connecting to " + Server(), connect, LimitOf(connection_));
+            attendant_->Attend("connecting to " + Server(), connect, LimitOf(connection));
         } else {
             connect();
         }
     } catch (const TVYXException& exception) {
-        throw Failure(Failure::kConnection, NoConnection(connection_, ReasonOf(exception, *opened).text));
+        throw NotConnected(ReasonOf(exception, *opened));
     }
-    access.SetTimeout(*opened, connection_.timeout);
     return opened;
+}
+
+Failure Session::NotConnected(const RemoteFailure& failure) const {
+    if (failure.refusal || failure.kind == RemoteFailure::Kind::kPolicy) { // about which the ports have nothing to say
+        return {Failure::kConnection,
+                "no connection to " + Server() + ": " + RemoteReason(failure, connection_).Text()};
+    }
+    return {Failure::kConnection, NoConnection(connection_, failure.text + AdviceAbout(failure, connection_))};
 }
 
 Session Session::Unattended() const {
@@ -158,11 +181,11 @@ RemoteFailure Session::ReasonOf(const TVYXException& exception, ICIMNamespace& n
 
 void Session::Fail(const std::string& what, const RemoteFailure& failure) const {
     const RemoteReason reason(failure, connection_);
-    const std::string text = what + ": " + reason.Text();
+    const std::string text = what + ": " + reason.Text() + AdviceAbout(failure, connection_);
     if (reason.IsLoginRefused()) {
         throw LoginFailure(text);
     }
-    throw Failure(reason.Status(), text);
+    throw ServerFailure(reason.Status(), text, failure);
 }
 
 template <typename Operation>
@@ -170,7 +193,7 @@ auto Session::Remotely(const std::string& thing, const Operation& operation) con
     try {
         return Attended(thing, operation);
     } catch (const RemoteError& error) {
-        Fail(thing + " cannot be read from " + Server(), error.Failure());
+        Fail(thing + " cannot be read from " + Place(), error.Failure());
     }
 }
 
@@ -178,7 +201,7 @@ std::vector<std::string> Session::ClassNames() {
     try {
         return ClassNamesIn(*namespace_);
     } catch (const RemoteError& error) {
-        Fail("the classes of " + Server() + " cannot be listed", error.Failure());
+        Fail("the classes of " + Place() + " cannot be listed", error.Failure());
     }
 }
 
@@ -199,7 +222,7 @@ std::vector<RemoteQualifierDeclaration> Session::KnownQualifiers() {
         return Attended("the qualifiers", [&] { return plugin_.Access().ReadQualifierDeclarations(*namespace_); });
     } catch (const RemoteError& error) {
         if (error.Failure().kind == RemoteFailure::Kind::kLimit) { // there are some, too many to be read
-            Fail("the qualifiers cannot be read from " + Server(), error.Failure());
+            Fail("the qualifiers cannot be read from " + Place(), error.Failure());
         }
         return {};
     }
@@ -241,7 +264,7 @@ boost::shared_ptr<ICIMClass> Session::Class(const std::string& name) {
 
 void Session::FailAboutClass(const std::string& name, ICIMNamespace& name_space, const RemoteFailure& failure) {
     if (RemoteReason(failure, connection_).Status() != Failure::kNotFound) {
-        Fail("the class " + name + " cannot be read from " + Server(), failure);
+        Fail("the class " + name + " cannot be read from " + Place(), failure);
     }
     std::vector<std::string> classes;
     try {
@@ -249,7 +272,7 @@ void Session::FailAboutClass(const std::string& name, ICIMNamespace& name_space,
     } catch (const RemoteError&) {
         // a server that does not list its classes
     }
-    throw NoSuchClass(name, Server(), classes);
+    throw NoSuchClass(name, Place(), classes);
 }
 
 std::vector<boost::shared_ptr<ICIMInstance>> Session::Instances(ICIMClass& cls, bool deep,
@@ -258,7 +281,7 @@ std::vector<boost::shared_ptr<ICIMInstance>> Session::Instances(ICIMClass& cls, 
     try {
         return Attended("the instances of " + name, [&] { return InstancesOf(cls, deep, ReadingContext(properties)); });
     } catch (const TVYXException& exception) {
-        Fail("the instances of " + name + " cannot be read from " + Server(), ReasonOf(exception, *namespace_));
+        Fail("the instances of " + name + " cannot be read from " + Place(), ReasonOf(exception, *namespace_));
     }
 }
 
@@ -287,7 +310,7 @@ std::vector<TCIMReference> Session::InstancePathsIn(const std::string& name_spac
     }
 }
 
-std::string Session::NamespaceName() const { return kUsualNamespace; }
+std::string Session::NamespaceName() const { return connection_.name_space; }
 
 Session::Trial Session::Try(const std::string& thing,
                             const std::function<void(const PluginAccess&, ICIMNamespace&)>& ask) {
@@ -379,7 +402,7 @@ TCIMReference Session::ReferenceTo(const std::string& path) {
             throw std::invalid_argument("it names a class, and not an instance");
         }
         reference.SetHost(std::string());
-        reference.SetNamespaceName(name.empty() ? kUsualNamespace : name);
+        reference.SetNamespaceName(name.empty() ? NamespaceName() : name);
         return reference;
     } catch (const std::invalid_argument& error) {
         throw NotAPath(path, error.what());
@@ -404,7 +427,7 @@ void Session::CheckExists(const std::string& path) {
 // --- Other namespaces --------------------------------------------------------------------------------------------
 
 ICIMNamespace& Session::NamespaceOrOwn(const std::string& name) {
-    return name.empty() || IsSameName(name, kUsualNamespace) ? *namespace_ : NamespaceNamed(name);
+    return name.empty() || IsSameName(name, connection_.name_space) ? *namespace_ : NamespaceNamed(name);
 }
 
 ICIMNamespace& Session::NamespaceNamed(const std::string& name) {
@@ -412,20 +435,15 @@ ICIMNamespace& Session::NamespaceNamed(const std::string& name) {
     if (known != others_.end()) {
         return *known->second;
     }
-    try {
-        return *others_.emplace(name, Open(name)).first->second;
-    } catch (const TVYXException& exception) {
-        if (exception.GetStatusCode().GetCode() != kTypeMismatch) {
-            throw;
-        }
-        throw Failure(Failure::kUsage, "'" + name + "' is not the name of a namespace");
-    }
+    Connection other = connection_;
+    other.name_space = name;
+    return *others_.emplace(name, Open(other)).first->second;
 }
 
 std::string Session::NamespaceIn(const std::string& path) const {
     try {
         const std::string name = WithoutLeadingSlash(plugin_.Access().NamespaceOf(path));
-        return IsSameName(name, kUsualNamespace) ? std::string() : name;
+        return IsSameName(name, connection_.name_space) ? std::string() : name;
     } catch (const std::invalid_argument& error) {
         throw NotAPath(path, error.what());
     }
@@ -443,7 +461,7 @@ Session::FoundInstance Session::Instance(const std::string& path) {
         if (error.Failure().kind == RemoteFailure::Kind::kCimStatus && error.Failure().cimStatus == kCimInvalidClass) {
             FailAboutClass(ClassInPath(path), name_space, error.Failure());
         }
-        Fail("the instance " + path + " cannot be read from " + Server(), error.Failure());
+        Fail("the instance " + path + " cannot be read from " + Place(), error.Failure());
     }
 }
 

@@ -31,7 +31,7 @@ Failure NoSuchClass(const std::string& name, const std::string& server, const st
 
 /// A connected namespace. What the plug-in reports by a status becomes a Failure here that names the server, the thing
 /// asked for, the reason and what to try. Its status is kConnection, kAuthentication, kNotFound or kServer; a
-/// LoginFailure says that asking for anything else is in vain.
+/// ServerFailure has more to say, and a LoginFailure says that asking for anything else is in vain.
 class Session {
   public:
     /// An instance, and the namespace that it is in; empty for the one that everything else is read from.
@@ -46,7 +46,8 @@ class Session {
         std::optional<NQORVYX20::RemoteFailure> failure;
     };
 
-    /// Connects. Throws Failure(kConnection) when that fails. The attendant looks after the user whenever the session
+    /// Connects. Throws Failure(kConnection) when that fails, and Failure(kUsage) when the namespace is not the name of
+    /// one. The attendant looks after the user whenever the session
     /// waits for the server.
     Session(const Plugin& plugin, const Connection& connection, const Attendant& attendant);
 
@@ -57,8 +58,11 @@ class Session {
 
     const Connection& Target() const { return connection_; }
 
-    /// The server as a URL without a port.
+    /// The server as a URL.
     std::string Server() const { return connection_.Url(); }
+
+    /// The server and, unless it is the usual one, the namespace.
+    std::string Place() const { return connection_.Place(); }
 
     /// The names of all classes, in the server's order.
     std::vector<std::string> ClassNames();
@@ -128,8 +132,11 @@ class Session {
   private:
     using Namespace = boost::shared_ptr<NQORVYX20::ICIMNamespace>;
 
-    /// Throws Failure as the constructor does, and Failure(kUsage) for what is no name of a namespace.
-    Namespace Open(const std::string& name_space) const;
+    /// Throws as the constructor does.
+    Namespace Open(const Connection& connection) const;
+    Namespace Allocate(const Connection& connection) const;
+
+    Failure NotConnected(const NQORVYX20::RemoteFailure& failure) const;
 
     /// The one that everything is read from, or another of the same server, opened when it is first needed.
     NQORVYX20::ICIMNamespace& NamespaceNamed(const std::string& name);

@@ -2,6 +2,7 @@
 
 #include "http/Channel.h"
 #include "http/Deadline.h"
+#include "http/Dialer.h"
 #include "http/Endpoint.h"
 #include "http/HttpHead.h"
 #include "http/ResponseReader.h"
@@ -36,7 +37,7 @@ class HttpConnection {
   public:
     HttpConnection(Endpoint endpoint, std::optional<SSLContext> tls, Credentials credentials);
 
-    const Endpoint& endpoint() const { return endpoint_; }
+    const Endpoint& endpoint() const { return dialer_.endpoint(); }
 
     /// What the next exchanges are held to: how long each step of connecting takes, how many interim answers come.
     void setLimits(const ClientLimits& limits) { limits_ = limits; }
@@ -76,8 +77,7 @@ class HttpConnection {
     void finishAnswer();
     std::string serialise(const HttpRequest& request) const;
 
-    const Endpoint endpoint_;
-    const std::optional<SSLContext> tls_;
+    Dialer dialer_;
     const Credentials credentials_;
     ClientLimits limits_;
     bool authenticates_ = false;
