@@ -63,6 +63,18 @@ TEST(InfoOfTheDemoServer, HasItsNameItsInteropNamespaceAndItsOperations) {
         "EnumerateQualifiers": "supported", "AssociatorNames": "supported"})"));
 }
 
+TEST(InfoOfTheDemoServer, HasForWhomAndSinceWhenItsCertificateIs) {
+    demo::DemoServerOptions options;
+    options.address = support::LoopbackAddress();
+    const demo::DemoServer server(options);
+    const auto run = RunCimhttp({"--host", support::LoopbackAddress(), "--tls", "info", "-o", "json"});
+    EXPECT_EQ(run.status, 0) << run.errors;
+    const json info = json::parse(run.output);
+    EXPECT_TRUE(info.at("names").is_array());
+    EXPECT_FALSE(info.at("names").empty());
+    EXPECT_LT(info.at("valid_from").get<std::string>(), info.at("valid_until").get<std::string>());
+}
+
 TEST_F(InfoTest, SaysWhatTheServerDoesNotSupportAndWhatFails) {
     fServer.Fail("EnumerateClassNames", "", kNotSupported);
     fServer.Fail("EnumerateQualifiers", "", kFailed);
