@@ -14,10 +14,22 @@ constexpr unsigned kNotFound = 6; // of CIM
 std::string ObjectIn(const std::string& body) {
     const auto mark = body.find("<KEYVALUE");
     if (mark == std::string::npos) {
-        return ClassIn(body);
+        return body.find("<CLASSNAME NAME=") == std::string::npos ? std::string() : ClassIn(body);
     }
     const auto begin = body.find('>', mark) + 1;
     return body.substr(begin, body.find('<', begin) - begin);
+}
+
+/// The namespace that a request goes to.
+std::string NamespaceIn(const std::string& body) {
+    const std::string mark = "<NAMESPACE NAME=\"";
+    const auto end = body.find("</LOCALNAMESPACEPATH>");
+    std::string name;
+    for (auto begin = body.find(mark); begin < end; begin = body.find(mark, begin)) {
+        begin += mark.size();
+        name += (name.empty() ? "" : "/") + body.substr(begin, body.find('"', begin) - begin);
+    }
+    return name;
 }
 
 std::string ReferenceXml(const std::string& role, const std::string& path) {
@@ -52,14 +64,19 @@ LinkServer::LinkServer()
 
 std::string LinkServer::AnswerTo(const std::string& body) {
     const std::lock_guard<std::mutex> lock(mutex_);
-    const auto what = std::make_pair(MethodIn(body), ObjectIn(body));
-    calls_.push_back({what.first, what.second, body});
-    const auto error = errors_.find(what);
-    const auto answer = answers_.find(what);
-    if (error == errors_.end() && answer != answers_.end()) {
-        return HttpAnswer(body, answer->second);
+    calls_.push_back({MethodIn(body), NamespaceIn(body), ObjectIn(body), body});
+    const Call& call = calls_.back();
+    for (const std::string& object : {call.name_space + ':' + call.object, call.object}) {
+        const auto error = errors_.find({call.method, object});
+        if (error != errors_.end()) {
+            return HttpFailure(body, error->second);
+        }
+        const auto answer = answers_.find({call.method, object});
+        if (answer != answers_.end()) {
+            return HttpAnswer(body, answer->second);
+        }
     }
-    return HttpFailure(body, error == errors_.end() ? kNotFound : error->second);
+    return HttpFailure(body, kNotFound);
 }
 
 void LinkServer::Answer(const std::string& method, const std::string& object, const std::string& return_value) {

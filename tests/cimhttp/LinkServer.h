@@ -17,11 +17,13 @@ std::string WholePathXml(const std::string& path, const std::string& host = "ser
 std::string LinkXml(const std::string& cls, const std::string& from, const std::string& to);
 
 /// A server that answers by the method and the value of the object's first key, or the name of a class where there is
-/// no key. What it has no answer for is CIM_ERR_NOT_FOUND.
+/// no key; in one namespace only where that stands before it, as in `interop:CIM_Namespace`. What it has no answer for
+/// is CIM_ERR_NOT_FOUND.
 class LinkServer {
   public:
     struct Call {
         std::string method;
+        std::string name_space;
         std::string object;
         std::string body;
     };

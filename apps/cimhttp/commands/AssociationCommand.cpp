@@ -98,11 +98,15 @@ int AssociationCommand::Run(const CommandContext& context) {
     query_.properties = NamesIn(properties_);
     Session session = context.Connect();
     Instances instances = session.Related(query_);
+    const IncidentTally incidents = session.TakeIncidents();
+    if (instances.empty() && incidents.IsEmpty()) {
+        session.CheckExists(query_.path);
+    }
     SortByClass(instances);
     InstanceSelection selection = SelectionOf(instances, query_.properties);
     selection.is_raw = raw_;
     WriteInstances(instances, selection, context.Format(*this), session.LoadedPlugin().Access(), context);
-    return ReportIncidents(session.TakeIncidents(), context);
+    return ReportIncidents(incidents, context);
 }
 
 /// Complains about what paths have no use for.
@@ -119,6 +123,9 @@ int AssociationCommand::WriteNames(const CommandContext& context) {
     CheckNameOptions(context);
     Session session = context.Connect();
     const auto references = session.RelatedPaths(query_);
+    if (references.empty()) {
+        session.CheckExists(query_.path);
+    }
     std::vector<std::string> paths;
     paths.reserve(references.size());
     std::transform(references.begin(), references.end(), std::back_inserter(paths),

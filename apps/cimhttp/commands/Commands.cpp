@@ -11,6 +11,8 @@
 #include "commands/InstanceCommand.h"
 #include "commands/InstancesCommand.h"
 #include "commands/MethodsCommand.h"
+#include "commands/NamespacesCommand.h"
+#include "commands/ProfilesCommand.h"
 #include "commands/QualifiersCommand.h"
 #include "commands/RelatedCommand.h"
 #include "commands/TreeCommand.h"
@@ -22,6 +24,8 @@ std::vector<std::unique_ptr<Command>> AllCommands() {
     std::vector<std::unique_ptr<Command>> commands;
     commands.push_back(std::make_unique<InfoCommand>());
     commands.push_back(std::make_unique<DoctorCommand>());
+    commands.push_back(std::make_unique<NamespacesCommand>());
+    commands.push_back(std::make_unique<ProfilesCommand>());
     commands.push_back(std::make_unique<ClassesCommand>());
     commands.push_back(std::make_unique<TreeCommand>());
     commands.push_back(std::make_unique<ClassCommand>());

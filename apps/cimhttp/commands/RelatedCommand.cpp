@@ -7,9 +7,9 @@
 #include "Options.h"
 #include "commands/GraphWalk.h"
 #include "commands/IncidentReport.h"
+#include "commands/Remark.h"
 #include "connection/Session.h"
 #include "output/GraphWriter.h"
-#include "text/TerminalText.h"
 
 namespace cimhttp {
 
@@ -29,16 +29,6 @@ void Write(const ObjectGraph& graph, OutputFormat format, std::ostream& output) 
     default:
         WriteTree(graph, output);
     }
-}
-
-/// Returns the exit status.
-int Report(const std::string& remark, const CommandContext& context) {
-    if (remark.empty()) {
-        return 0;
-    }
-    context.output.flush();
-    context.errors << "cimhttp: " << Printable(remark) << std::endl;
-    return Failure::kIncomplete;
 }
 
 } // namespace
@@ -70,7 +60,7 @@ int RelatedCommand::Run(const CommandContext& context) {
         session.CheckExists(path_);
     }
     Write(walk.Graph(), context.Format(*this), context.output);
-    const int status = Report(walk.Remark(), context);
+    const int status = ReportRemark(walk.Remark(), context);
     return std::max(status, ReportIncidents(session.TakeIncidents(), context));
 }
 

@@ -158,7 +158,8 @@ _cimhttp_offer_options() {
 
 _cimhttp_offer_arguments() {
     case $command,$arguments in
-        ,*) _cimhttp_offer_words info doctor classes tree class methods qualifiers count instances instance associators references \
+        ,*) _cimhttp_offer_words info doctor namespaces profiles classes tree class methods qualifiers count \
+            instances instance associators references \
             related watch collect connection ;;
         classes,0 | count,0 | tree,0 | class,0 | methods,0 | instances,0 | instance,0 | \
             associators,0 | references,0 | related,0 | watch,0) _cimhttp_offer_classes ;;

@@ -292,19 +292,55 @@ std::vector<boost::shared_ptr<ICIMInstance>> Session::Instances(ICIMClass& cls, 
 
 std::vector<boost::shared_ptr<ICIMInstance>> Session::InstancesIn(const std::string& name_space,
                                                                   const std::string& class_name) {
+    const std::string thing = "the instances of " + class_name + " in " + name_space;
     ICIMNamespace& where = NamespaceOrOwn(name_space);
     try {
-        return Attended("the instances of " + class_name + " in " + name_space, [&] {
+        return Attended(thing, [&] {
             return InstancesOf(*where.GetClass(class_name, TCIMContext()), kWithSubclasses, TCIMContext());
         });
     } catch (const TVYXException& exception) {
-        throw RemoteError(ReasonOf(exception, where));
+        const RemoteFailure failure = ReasonOf(exception, where);
+        FailUnlessAnswered(thing + " cannot be read from " + Server(), failure);
+        throw RemoteError(failure);
     }
 }
 
 std::vector<TCIMReference> Session::InstancePathsIn(const std::string& name_space, const std::string& class_name) {
-    return Attended("the instances of " + class_name + " in " + name_space,
-                    [&] { return plugin_.Access().InstancePathsIn(*namespace_, name_space, class_name); });
+    const std::string thing = "the instances of " + class_name + " in " + name_space;
+    try {
+        return Attended(thing, [&] { return plugin_.Access().InstancePathsIn(*namespace_, name_space, class_name); });
+    } catch (const RemoteError& error) {
+        FailUnlessAnswered(thing + " cannot be read from " + Server(), error.Failure());
+        throw;
+    }
+}
+
+std::string Session::NamespaceName() const { return connection_.name_space; }
+
+Session::Trial Session::Try(const std::string& thing,
+                            const std::function<void(const PluginAccess&, ICIMNamespace&)>& ask) {
+    const auto begin = std::chrono::steady_clock::now();
+    const auto elapsed = [&] {
+        return std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - begin);
+    };
+    try {
+        Attended(thing, [&] {
+            ask(plugin_.Access(), *namespace_);
+            return true;
+        });
+        return {elapsed(), std::nullopt};
+    } catch (const RemoteError& error) {
+        if (RemoteReason(error.Failure(), connection_).Status() == Failure::kConnection) {
+            Fail(thing + " cannot be read from " + Server(), error.Failure());
+        }
+        return {elapsed(), error.Failure()};
+    }
+}
+
+void Session::FailUnlessAnswered(const std::string& what, const RemoteFailure& failure) const {
+    if (failure.kind != RemoteFailure::Kind::kCimStatus && failure.kind != RemoteFailure::Kind::kHttp) {
+        Fail(what, failure);
+    }
 }
 
 // --- Associations ------------------------------------------------------------------------------------------------
@@ -342,11 +378,7 @@ void Session::FailAboutAssociations(const AssociationQuery& query, const RemoteF
 
 std::vector<TCIMReference> Session::RelatedPaths(AssociationQuery query) {
     query.host = connection_.host;
-    auto paths = ReadingAssociations(query, [&] { return plugin_.Access().RelatedPaths(*namespace_, query); });
-    if (paths.empty()) {
-        CheckExists(query.path);
-    }
-    return paths;
+    return ReadingAssociations(query, [&] { return plugin_.Access().RelatedPaths(*namespace_, query); });
 }
 
 std::vector<boost::shared_ptr<ICIMInstance>> Session::Related(AssociationQuery query) {
@@ -357,9 +389,6 @@ std::vector<boost::shared_ptr<ICIMInstance>> Session::Related(AssociationQuery q
         ICIMNamespace& where = NamespaceOrOwn(name);
         const auto instances = ReadingAssociations(query, [&] { return objects->TakeInstances(name, where); });
         all.insert(all.end(), instances.begin(), instances.end());
-    }
-    if (objects->Namespaces().empty()) {
-        CheckExists(query.path);
     }
     return all;
 }
@@ -378,7 +407,7 @@ TCIMReference Session::ReferenceTo(const std::string& path) {
             throw std::invalid_argument("it names a class, and not an instance");
         }
         reference.SetHost(std::string());
-        reference.SetNamespaceName(name.empty() ? kUsualNamespace : name);
+        reference.SetNamespaceName(name.empty() ? NamespaceName() : name);
         return reference;
     } catch (const std::invalid_argument& error) {
         throw NotAPath(path, error.what());
@@ -403,7 +432,7 @@ void Session::CheckExists(const std::string& path) {
 // --- Other namespaces --------------------------------------------------------------------------------------------
 
 ICIMNamespace& Session::NamespaceOrOwn(const std::string& name) {
-    return name.empty() || IsSameName(name, kUsualNamespace) ? *namespace_ : NamespaceNamed(name);
+    return name.empty() || IsSameName(name, connection_.name_space) ? *namespace_ : NamespaceNamed(name);
 }
 
 ICIMNamespace& Session::NamespaceNamed(const std::string& name) {

@@ -2,6 +2,8 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <chrono>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -36,6 +38,12 @@ class Session {
     struct FoundInstance {
         boost::shared_ptr<NQORVYX20::ICIMInstance> instance;
         std::string name_space;
+    };
+
+    /// What asking for something came to.
+    struct Trial {
+        std::chrono::microseconds time;
+        std::optional<NQORVYX20::RemoteFailure> failure;
     };
 
     /// Connects. Throws Failure(kConnection) when that fails, and Failure(kUsage) when the namespace is not the name of
@@ -87,18 +95,28 @@ class Session {
     /// The paths of the instances of a class and its subclasses, in the server's order. Fails like Class().
     std::vector<NQORVYX20::TCIMReference> InstancePaths(const std::string& class_name);
 
-    /// The same with a namespace of the server, and all properties of their own classes. Throws RemoteError.
+    /// The same in a namespace of the server, with all properties of their own classes; or their paths. Throws
+    /// RemoteError for an error that the server answers with, since another namespace may have them.
     std::vector<boost::shared_ptr<NQORVYX20::ICIMInstance>> InstancesIn(const std::string& name_space,
                                                                         const std::string& class_name);
     std::vector<NQORVYX20::TCIMReference> InstancePathsIn(const std::string& name_space, const std::string& class_name);
 
+    /// The name of the namespace that everything is read from.
+    std::string NamespaceName() const;
+
+    /// Asks for `thing` for no more than how that goes. Throws Failure only when nothing can be asked at all.
+    Trial Try(const std::string& thing, const std::function<void(const PluginAccess&, NQORVYX20::ICIMNamespace&)>& ask);
+
+    /// Throws the Failure that a remote one is to the user, about `what`.
+    [[noreturn]] void Fail(const std::string& what, const NQORVYX20::RemoteFailure& failure) const;
+
     /// What a query about an instance's associations asks for, see AssociationQuery, whose host is filled in: the
-    /// objects, or their paths, in the server's order. Throws Failure(kUsage) for what is no path or name; an instance
-    /// without any associations that does not exist is Failure(kNotFound).
+    /// objects, or their paths, in the server's order. Throws Failure(kUsage) for what is no path or name; the
+    /// instance need not exist.
     std::vector<boost::shared_ptr<NQORVYX20::ICIMInstance>> Related(AssociationQuery query);
     std::vector<NQORVYX20::TCIMReference> RelatedPaths(AssociationQuery query);
 
-    /// All associations of an instance. The same Failures, but it need not exist.
+    /// All associations of an instance. The same Failures.
     std::vector<RemoteLink> Links(const std::string& path);
 
     /// What a path means that a user gives: with the namespace, and without the host, which counts for nothing. Throws
@@ -131,7 +149,9 @@ class Session {
 
     std::vector<std::string> ClassNamesIn(NQORVYX20::ICIMNamespace& name_space);
 
-    [[noreturn]] void Fail(const std::string& what, const NQORVYX20::RemoteFailure& failure) const;
+    /// Throws the Failure, unless a remote one is an error that the server answers with.
+    void FailUnlessAnswered(const std::string& what, const NQORVYX20::RemoteFailure& failure) const;
+
     [[noreturn]] void FailAboutClass(const std::string& name, NQORVYX20::ICIMNamespace& name_space,
                                      const NQORVYX20::RemoteFailure& failure);
 
