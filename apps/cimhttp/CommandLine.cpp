@@ -27,12 +27,9 @@ constexpr const char* kPluginFile = "libcimhttp.nsp.so";
 /// CLI11's texts can have several lines; a failure has one.
 std::string FirstLine(const std::string& text) { return text.substr(0, text.find('\n')); }
 
-const Choices<OutputFormat> kFormats{{"table", OutputFormat::kTable},
-                                     {"plain", OutputFormat::kPlain},
-                                     {"json", OutputFormat::kJson},
-                                     {"csv", OutputFormat::kCsv},
-                                     {"mof", OutputFormat::kMof},
-                                     {"dot", OutputFormat::kDot}};
+const Choices<OutputFormat> kFormats{{"table", OutputFormat::kTable}, {"plain", OutputFormat::kPlain},
+                                     {"json", OutputFormat::kJson},   {"csv", OutputFormat::kCsv},
+                                     {"mof", OutputFormat::kMof},     {"dot", OutputFormat::kDot}};
 
 const Choices<ILogger::EVYXLogSeverity> kLevels{{"error", ILogger::eLogError},
                                                 {"warning", ILogger::eLogWarning},

@@ -189,6 +189,15 @@ std::uint32_t TCimHTTPNamespace::TimeoutMs() const {
     return static_cast<std::uint32_t>(fApplied.Number(kTimeoutKey).value_or(kTimeoutMs));
 }
 
+bool TCimHTTPNamespace::WouldVerify(const std::string& host, int port) const {
+    try {
+        const ConnectionOptions options = MakePlan(fOptions, host, port).Options();
+        return options.Has(kTrustKey) || options.Has(kFingerprintKey);
+    } catch (const ConnectionRefusal&) {
+        return true;
+    }
+}
+
 void TCimHTTPNamespace::disconnect() {
     getPegClient()->disconnect();
     fConnected = false;

@@ -67,6 +67,10 @@ class TCimHTTPNamespace : public ICIMNamespace, public boost::enable_shared_from
     /// otherwise. Throws TVYXException 42, after a line in the log that says why; the namespace then stays as it was.
     void connect(std::string host, std::string user, std::string password, int port);
 
+    /// Whether connect() would verify that server, by what the host says or by the machine's policy. True, too, where
+    /// it would refuse the connection. Connects to nothing.
+    bool WouldVerify(const std::string& host, int port) const;
+
     /// Ends the connection; classes already fetched are kept for the next one.
     void disconnect();
 

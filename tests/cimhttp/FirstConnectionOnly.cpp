@@ -60,26 +60,32 @@ FirstConnectionOnly::~FirstConnectionOnly() {
 }
 
 void FirstConnectionOnly::Run() {
-    bool is_open = true;
-    while (!is_stopping_ && is_open) {
+    while (!is_stopping_) {
         std::array<pollfd, 3> awaited{{{listener_, POLLIN, 0}, {client_, POLLIN, 0}, {server_, POLLIN, 0}}};
         ::poll(awaited.data(), awaited.size(), static_cast<int>(kLookInterval.count()));
         if (awaited[0].revents != 0) {
             Accept();
         }
-        if (awaited[1].revents != 0) {
-            is_open = Forward(client_, server_);
+        const bool is_open = (awaited[1].revents == 0 || Forward(client_, server_)) &&
+                             (awaited[2].revents == 0 || client_ < 0 || Forward(server_, client_));
+        if (!is_open) {
+            EndFirst();
         }
-        if (awaited[2].revents != 0 && client_ >= 0) {
-            is_open = Forward(server_, client_) && is_open;
-        }
+    }
+}
+
+void FirstConnectionOnly::EndFirst() {
+    for (int* const socket : {&server_, &client_}) {
+        ::close(*socket);
+        *socket = -1; // which nobody waits for
     }
 }
 
 void FirstConnectionOnly::Accept() {
     const int socket = ::accept(listener_, nullptr, nullptr);
-    if (client_ < 0) {
+    if (!has_first_) {
         client_ = socket;
+        has_first_ = true;
     } else {
         ::close(socket);
     }

@@ -18,10 +18,12 @@ class FirstConnectionOnly {
   private:
     void Run();
     void Accept();
+    void EndFirst();
 
     int listener_;
     int server_;
     int client_ = -1;
+    bool has_first_ = false;
     std::atomic<bool> is_stopping_{false};
     std::thread thread_;
 };

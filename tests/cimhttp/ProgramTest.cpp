@@ -117,6 +117,7 @@ class ProgramTest : public testing::Test {
 // --- What the commands show --------------------------------------------------------------------------------------
 
 TEST_F(ProgramTest, InfoNamesThePluginTheProviderAndTheServer) {
+    fServer.Answer("EnumerateQualifiers", "", "");
     const auto run = Run({"info"});
     EXPECT_EQ(run.status, 0) << run.errors;
     EXPECT_THAT(run.output, HasSubstr("libcimhttp.nsp.so\nprovider    cimhttp, type 2\nserver      http://" +
@@ -443,7 +444,7 @@ TEST_F(ProgramTest, WrongUsageIsOneLineThatSaysWhatIsWrong) {
         {{"class"}, "NAME is required; see cimhttp class --help\n"},
         {{"class", "TEST_Disk", "more"}, "class has no use for 'more'; see cimhttp class --help\n"},
         {{"instances", "TEST_Disk", "--were", "a=b"},
-         "there is no option --were (did you mean --where or --cert?); see cimhttp instances --help\n"},
+         "there is no option --were (did you mean --where?); see cimhttp instances --help\n"},
         {{"--hots=a", "classes"}, "there is no option --hots (did you mean --host?); see cimhttp classes --help\n"},
         {{"--log", "loud", "classes"},
          "--log: there is no 'loud'; give error, warning, info or debug; see cimhttp --help\n"},

@@ -440,6 +440,10 @@ TEST_F(TrustTest, AServerThatAsksForACertificateGetsTheUsersOwn) {
         const auto with = Run({"--ca", fCa, "--cert", cert, "--key", key, "classes"});
         EXPECT_EQ(with.errors, "");
         EXPECT_EQ(with.output, kClasses);
+        // Behind the command, the option of the same name is about the instance.
+        const auto instance =
+            Run({"--ca", fCa, "--cert", cert, "--key", key, "instance", "TEST_Disk", "--key", "Name=a"});
+        EXPECT_EQ(instance.status, 6) << instance.errors; // the server's answer is none, but it has come
         EXPECT_EQ(
             Run({"--ca", fCa, "--cert", fFolder.WriteFile("both.pem", own.Pem() + own.KeyPem()), "classes"}).output,
             kClasses);
@@ -498,11 +502,38 @@ TEST_F(TrustTest, APolicyOfTheMachineThatForbidsAConnectionIsTold) {
     ExpectRefused(RunCimhttp(Arguments({"--ca", fCa, "classes"}), environment), *server, "/no/such/policy.json");
 }
 
+TEST_F(TrustTest, NobodyIsAskedOrWarnedWhereThePolicyVerifiesTheServer) {
+    const auto server = Serve(Issued(Good()));
+    const std::string policy =
+        fFolder.WriteFile("policy.json", R"({"servers": [{"match": "*", "default": {"trust": ")" + fCa + R"("}}]})");
+    auto environment = Environment();
+    environment.push_back("CIMHTTP_POLICY=" + policy);
+    const auto run = RunCimhttp(Arguments({"--verify", "classes"}), environment);
+    EXPECT_EQ(run.status, 0) << run.errors;
+    EXPECT_EQ(run.errors, "");
+    TerminalProgram program(CIMHTTP_PROGRAM, Arguments({"classes"}), environment, {200, 24});
+    EXPECT_EQ(program.Wait(), 0) << program.Screen();
+    EXPECT_THAT(RunCimhttp(Arguments({"doctor"}), environment).output,
+                HasSubstr("verified as this machine's policy says"));
+}
+
+TEST_F(TrustTest, APolicyThatDoesNotTrustTheServerRefusesItWithoutAQuestion) {
+    const IssuedCertificate other(IssuedCertificate::Authority("some other authority"));
+    const auto server = Serve(Issued(Good()));
+    const std::string policy =
+        fFolder.WriteFile("policy.json", R"({"servers": [{"match": "*", "force": {"trust": ")" +
+                                             fFolder.WriteFile("other.pem", other.Pem()) + R"("}}]})");
+    auto environment = Environment();
+    environment.push_back("CIMHTTP_POLICY=" + policy);
+    ExpectRefused(RunCimhttp(Arguments({"classes"}), environment), *server,
+                  "no authority that this machine's policy for connections names has signed");
+}
+
 TEST_F(TrustTest, InfoSaysWhyThereIsNothingToSeeOfTls) {
     const auto server = Serve(Issued(Good()), 0);
     const FirstConnectionOnly before(fAddress, kHttpsPort,
                                      server->Port()); // the plug-in's; the one that looks comes next
     const auto run = Run({"--ca", fCa, "info"});
-    EXPECT_EQ(run.status, 0) << run.errors;
+    EXPECT_EQ(run.status, 7) << run.errors;
     EXPECT_THAT(run.output, ContainsRegex("\nTLS +could not be looked at: [^\n]+\nclasses +1\n"));
 }

@@ -31,6 +31,10 @@ class LinkedPluginAccess : public PluginAccess {
         dynamic_cast<TCimHTTPNamespace&>(name_space).connect(host, user, password, port);
     }
 
+    bool WouldVerify(ICIMNamespace& name_space, const std::string& host, int port) const override {
+        return dynamic_cast<TCimHTTPNamespace&>(name_space).WouldVerify(host, port);
+    }
+
     std::optional<NQORVYX20::RemoteFailure> LastFailure(ICIMNamespace& name_space) const override {
         return dynamic_cast<TCimHTTPNamespace&>(name_space).LastFailure();
     }

@@ -43,6 +43,9 @@ class PluginAccess {
     virtual void Connect(NQORVYX20::ICIMNamespace& name_space, const std::string& host, const std::string& user,
                          const std::string& password, int port) const = 0;
 
+    /// See TCimHTTPNamespace::WouldVerify.
+    virtual bool WouldVerify(NQORVYX20::ICIMNamespace& name_space, const std::string& host, int port) const = 0;
+
     /// Why the newest operation of the namespace could not read the server; empty when it could.
     virtual std::optional<NQORVYX20::RemoteFailure> LastFailure(NQORVYX20::ICIMNamespace& name_space) const = 0;
 

@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <ctime>
 #include <memory>
@@ -83,6 +84,29 @@ std::vector<std::string> NamesOf(const X509* certificate) {
     return texts;
 }
 
+/// Keeps the signal SIGPIPE, which OpenSSL raises when it writes to a connection that the server has closed, from
+/// ending the program.
+class PipeSignalGuard {
+  public:
+    PipeSignalGuard() {
+        ::sigemptyset(&pipe_);
+        ::sigaddset(&pipe_, SIGPIPE);
+        ::pthread_sigmask(SIG_BLOCK, &pipe_, &before_);
+    }
+    ~PipeSignalGuard() {
+        const timespec at_once{};
+        while (::sigtimedwait(&pipe_, nullptr, &at_once) == SIGPIPE) {
+        }
+        ::pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+    }
+    PipeSignalGuard(const PipeSignalGuard&) = delete;
+    PipeSignalGuard& operator=(const PipeSignalGuard&) = delete;
+
+  private:
+    sigset_t pipe_{};
+    sigset_t before_{};
+};
+
 /// Empty for what is no time.
 std::string TimeText(const ASN1_TIME* time) {
     std::tm parts{};
@@ -124,6 +148,7 @@ std::string FailureText(const SSL* connection, int result, int error) {
 } // namespace
 
 extern "C" bool CimhttpTlsHandshake(int socket, const std::string& host, cimhttp::TlsDetails& details) {
+    const PipeSignalGuard guard;
     ::ERR_clear_error();
     const Context context(::SSL_CTX_new(::TLS_client_method()));
     const Connection connection(context ? ::SSL_new(context.get()) : nullptr);

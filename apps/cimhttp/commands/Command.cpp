@@ -29,7 +29,7 @@ Session CommandContext::ConnectTo(const Plugin& plugin, const Connection& connec
 
 Session CommandContext::ConnectTo(const Plugin& plugin, const Connection& connection,
                                   const Attendant& attendant) const {
-    const Connection trusted = Trusted(connection, options, attendant);
+    const Connection trusted = Trusted(plugin, connection, options, attendant);
     Session session(plugin, trusted, attendant);
     WarnAbout(trusted);
     return session;

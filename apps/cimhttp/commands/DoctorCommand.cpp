@@ -72,6 +72,9 @@ std::string VerificationText(const Connection& connection) {
     if (!IsVerified(connection)) {
         return "not verified: give --ca FILE or --fingerprint SHA256";
     }
+    if (connection.is_verified_by_policy) {
+        return "verified as this machine's policy says";
+    }
     if (settings.ca) {
         return "verified by the authorities in " + *settings.ca;
     }
@@ -138,8 +141,9 @@ class Examination {
         const Diagnosis::Check check = connection_.tls ? Diagnosis::kTls : Diagnosis::kTcp;
         const auto begin = Clock::now();
         try {
-            connection_ = Trusted(connection_, context_.options, attendant_);
-            session_.emplace(Plugin(context_.options.plugin), connection_, attendant_);
+            const Plugin plugin(context_.options.plugin);
+            connection_ = Trusted(plugin, connection_, context_.options, attendant_);
+            session_.emplace(plugin, connection_, attendant_);
         } catch (const Failure& failure) {
             if (failure.Status() != Failure::kConnection) {
                 throw;

@@ -5,6 +5,7 @@
 #include <optional>
 #include <ostream>
 
+#include "Failure.h"
 #include "Options.h"
 #include "commands/IncidentReport.h"
 #include "connection/InteropNamespace.h"
@@ -118,10 +119,19 @@ class SelfDescription {
                     return;
                 }
             } catch (const RemoteError& error) {
+                has_failed_ = has_failed_ || !SaysThatThereIsNone(error.Failure());
                 attempts_.Add("CIM_ObjectManager", name, error.what());
+            } catch (const LoginFailure&) {
+                throw;
+            } catch (const Failure& failure) { // there is no connection for this namespace
+                has_failed_ = true;
+                attempts_.Add("CIM_ObjectManager", name, failure.what());
             }
         }
     }
+
+    /// Whether a namespace was asked in vain that may exist.
+    bool HasFailed() const { return has_failed_; }
 
     /// The path of the object manager; empty for none.
     std::string Path() const { return manager_ ? PathOf(*manager_, name_space_) : std::string(); }
@@ -146,6 +156,7 @@ class SelfDescription {
 
     const PluginAccess& access_;
     std::string name_space_;
+    bool has_failed_ = false;
     boost::shared_ptr<NQORVYX20::ICIMInstance> manager_;
     VainAttempts attempts_;
 };
@@ -159,6 +170,7 @@ class OperationTrials {
         } else if (IsUnsupported(*trial.failure)) {
             Add(operation, "not supported", "not supported");
         } else {
+            has_failed_ = true;
             Add(operation, "fails: " + trial.failure->text, "fails: " + trial.failure->text);
         }
     }
@@ -171,7 +183,11 @@ class OperationTrials {
 
     void AddTo(Findings& findings) const { findings.AddJson("operations", "operations", text_, json_.Text()); }
 
+    /// Whether an operation failed that the server has.
+    bool HasFailed() const { return has_failed_; }
+
   private:
+    bool has_failed_ = false;
     std::string text_;
     JsonObject json_;
 };
@@ -196,6 +212,10 @@ std::string SomeInstance(Session& session, const SelfDescription& description) {
         const auto systems = session.InstancePathsIn(session.NamespaceName(), "CIM_ComputerSystem");
         return systems.empty() ? std::string() : systems.front().GetPath();
     } catch (const RemoteError&) {
+        return {};
+    } catch (const LoginFailure&) {
+        throw;
+    } catch (const Failure&) { // there is no connection any more, as the operations will tell
         return {};
     }
 }
@@ -258,7 +278,9 @@ int InfoCommand::Run(const CommandContext& context) {
     } else {
         findings.WriteList({context.options.width, context.options.uses_color}, context.output);
     }
-    return ReportIncidents(session.TakeIncidents(), context);
+    const int status = ReportIncidents(session.TakeIncidents(), context);
+    const bool is_whole = probe && (probe->tls || !target.tls) && !description.HasFailed() && !trials.HasFailed();
+    return status == 0 && !is_whole ? Failure::kIncomplete : status;
 }
 
 } // namespace cimhttp

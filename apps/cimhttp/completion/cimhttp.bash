@@ -143,7 +143,7 @@ _cimhttp_offer_options() {
     case $command in
         class) _cimhttp_offer_words --all ;;
         instances) _cimhttp_offer_words --property --where --sort --limit --exact --deep --paths --keys --wide --raw ;;
-        instance) _cimhttp_offer_words --key --wide --raw ;;
+        instance) _cimhttp_offer_words --wide --raw ;; # its --key has the name of a general option
         classes) _cimhttp_offer_words --limit ;;
         count) _cimhttp_offer_words --all --sort --limit ;;
         associators) _cimhttp_offer_words --class --role --result-class --result-role --names --property --raw ;;

@@ -35,7 +35,8 @@ struct Connection {
     std::optional<int> port = {};                ///< empty for the usual one
     std::string name_space = kUsualNamespace;    ///< on the server
     TlsSettings tls_settings = {};
-    std::string known_since = {}; ///< when the user trusted the fingerprint; empty where it is given otherwise
+    std::string known_since = {};       ///< when the user trusted the fingerprint; empty where it is given otherwise
+    bool is_verified_by_policy = false; ///< the machine's policy makes sure whom an encrypted connection goes to
 
     /// How long connecting may take.
     std::chrono::seconds ConnectTimeout() const { return std::min(timeout, std::chrono::seconds(kLongestConnect)); }

@@ -5,10 +5,14 @@
 #include "Failure.h"
 #include "Options.h"
 #include "connection/CertificateText.h"
+#include "connection/ConnectionContext.h"
 #include "connection/FailedConnect.h"
 #include "connection/KnownServers.h"
+#include "connection/Plugin.h"
 #include "connection/ServerProbe.h"
 #include "connection/TerminalPrompt.h"
+#include "host/ICIMNamespace.h"
+#include "host/TVYXException.h"
 #include "output/TimeText.h"
 #include "text/TerminalText.h"
 #include "waiting/Attendant.h"
@@ -32,6 +36,16 @@ TlsDetails Look(const Connection& connection, const Attendant& attendant) {
         throw NoConnection(connection, ExplainFailedConnect(connection, reason));
     }
     return *result->tls;
+}
+
+/// What the plug-in does not accept is told when the connection is made.
+bool PolicyVerifies(const Plugin& plugin, const Connection& connection) {
+    try {
+        const auto name_space = plugin.AllocateNamespace(ContextOf(connection));
+        return plugin.Access().WouldVerify(*name_space, connection.host, connection.Port());
+    } catch (const NQORVYX20::TVYXException&) {
+        return false;
+    }
 }
 
 bool IsYes(const std::string& answer) {
@@ -79,9 +93,15 @@ Connection AskedFor(const Connection& connection, const std::optional<KnownServe
 
 } // namespace
 
-Connection Trusted(const Connection& connection, const Options& options, const Attendant& attendant) {
+Connection Trusted(const Plugin& plugin, const Connection& connection, const Options& options,
+                   const Attendant& attendant) {
     if (!connection.tls || IsVerified(connection)) {
         return connection;
+    }
+    if (PolicyVerifies(plugin, connection)) {
+        Connection verified = connection;
+        verified.is_verified_by_policy = true;
+        return verified;
     }
     const auto known = KnownServers::OfUser();
     if (const auto server = known ? known->Find(connection.HostAndPort()) : std::nullopt) {

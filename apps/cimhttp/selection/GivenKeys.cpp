@@ -10,7 +10,9 @@ GivenKeys::GivenKeys(const std::vector<std::string>& texts) {
     for (const std::string& text : texts) {
         const std::size_t sign = text.find('=');
         if (sign == std::string::npos || sign == 0) {
-            throw Failure(Failure::kUsage, "'" + text + "' is not a key such as 'Name=eth0'");
+            throw Failure(Failure::kUsage, "'" + text +
+                                               "' is not a key such as 'Name=eth0' (the file of a client's key is "
+                                               "given before the command)");
         }
         if (!values_.emplace(text.substr(0, sign), text.substr(sign + 1)).second) {
             throw Failure(Failure::kUsage, "the key " + text.substr(0, sign) + " is given twice");
