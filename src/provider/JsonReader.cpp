@@ -27,13 +27,13 @@ class JsonBuilder : public nlohmann::json_sax<json> {
   public:
     JsonValue TakeRoot() { return std::move(fRoot); }
 
-    bool null() override { return Add({}); }
+    bool null() override { return AddNull(); }
     bool boolean(bool value) override { return AddScalar(value); }
-    bool number_integer(number_integer_t /*value*/) override { return Add({}); }
+    bool number_integer(number_integer_t /*value*/) override { return AddNull(); }
     bool number_unsigned(number_unsigned_t value) override { return AddScalar(std::uint64_t{value}); }
-    bool number_float(number_float_t /*value*/, const string_t& /*text*/) override { return Add({}); }
+    bool number_float(number_float_t /*value*/, const string_t& /*text*/) override { return AddNull(); }
     bool string(string_t& value) override { return AddScalar(std::move(value)); }
-    bool binary(binary_t& /*value*/) override { return Add({}); }
+    bool binary(binary_t& /*value*/) override { return AddNull(); }
 
     bool start_object(std::size_t /*size*/) override { return Open(Kind::kObject); }
     bool end_object() override { return Close(); }
@@ -55,37 +55,33 @@ class JsonBuilder : public nlohmann::json_sax<json> {
   private:
     static constexpr std::size_t kMaxDepth = 8; // a policy has 4
 
-    JsonValue& Put(JsonValue value) {
+    /// Where the next value goes: there it is null so far.
+    JsonValue& Place() {
         if (fOpen.empty()) {
-            fRoot = std::move(value);
             return fRoot;
         }
         JsonValue& parent = *fOpen.back();
-        if (parent.kind == Kind::kObject) {
-            return parent.members.emplace(fName, std::move(value)).first->second;
-        }
-        return parent.elements.emplace_back(std::move(value));
+        return parent.kind == Kind::kObject ? parent.members[fName] : parent.elements.emplace_back();
     }
 
-    bool Add(JsonValue value) {
-        Put(std::move(value));
+    bool AddNull() {
+        Place();
         return true;
     }
 
     template <typename Type>
     bool AddScalar(Type value) {
-        JsonValue scalar;
-        scalar.scalar = std::move(value);
-        return Add(std::move(scalar));
+        Place().scalar = std::move(value);
+        return true;
     }
 
     bool Open(Kind kind) {
         if (fOpen.size() == kMaxDepth) {
             throw PolicyFault("is nested too deeply for a policy");
         }
-        JsonValue value;
+        JsonValue& value = Place();
         value.kind = kind;
-        fOpen.push_back(&Put(std::move(value)));
+        fOpen.push_back(&value);
         return true;
     }
 
