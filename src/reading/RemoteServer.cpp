@@ -87,6 +87,14 @@ Pegasus::Array<Pegasus::CIMQualifierDecl> RemoteServer::EnumerateQualifiers() {
     return fClient->enumerateQualifiers(*fNamespace);
 }
 
+bool RemoteServer::HasPulledEnumerations() {
+#ifdef CIMHTTP_HAS_CLIENT_LIMITS
+    return fClient->hasPulledEnumerations(*fNamespace);
+#else
+    throw Pegasus::CIMException(Pegasus::CIM_ERR_NOT_SUPPORTED, "the client library does not ask for that");
+#endif
+}
+
 Pegasus::Array<Pegasus::CIMInstance> RemoteServer::EnumerateWholeInstances(const std::string& className,
                                                                            const Pegasus::CIMPropertyList& properties) {
     return fClient->enumerateInstances(*fNamespace, Pegasus::CIMName(className.c_str()), kDeep, !kLocalOnly,

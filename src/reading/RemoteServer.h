@@ -80,6 +80,10 @@ class RemoteServer {
 
     /// All classes with no more than their names and superclasses.
     Pegasus::Array<Pegasus::CIMClass> EnumerateClassHeads();
+
+    /// Whether the server has pulled enumerations. Throws CIMException with CIM_ERR_NOT_SUPPORTED, too, when the client
+    /// library cannot ask for that.
+    bool HasPulledEnumerations();
     Pegasus::Array<Pegasus::CIMObjectPath> EnumerateInstanceNames(const std::string& className);
     Pegasus::Array<Pegasus::CIMObjectPath> EnumerateInstanceNames(const Pegasus::CIMNamespaceName& nameSpace,
                                                                   const std::string& className);

@@ -19,6 +19,7 @@ namespace {
 class TextlessAccess : public cimhttp::PluginAccess {
   public:
     void Connect(ICIMNamespace&, const std::string&, const std::string&, const std::string&, int) const override {}
+    bool HasPulledEnumerations(ICIMNamespace&) const override { return false; }
     bool WouldVerify(ICIMNamespace&, const std::string&, int) const override { return false; }
     std::optional<RemoteFailure> LastFailure(ICIMNamespace&) const override { return std::nullopt; }
     ReadingIncidents TakeIncidents(ICIMNamespace&) const override { return {}; }

@@ -20,6 +20,7 @@ using testing::StartsWith;
 namespace {
 
 constexpr unsigned kFailed = 1; // of CIM
+constexpr unsigned kInvalidClass = 5;
 constexpr unsigned kNotSupported = 7;
 
 class InfoTest : public testing::Test {
@@ -55,12 +56,12 @@ TEST(InfoOfTheDemoServer, HasItsNameItsInteropNamespaceAndItsOperations) {
     EXPECT_THAT(text.output, ContainsRegex("\ninterop     interop\nproduct     demo-server\nversion     [^\n]+\n"));
     EXPECT_THAT(text.output,
                 ContainsRegex("\noperations  EnumerateClassNames [0-9.]+ ms; EnumerateQualifiers [0-9.]+ ms; "
-                              "AssociatorNames [0-9.]+ ms\n"));
+                              "pulled enumerations not supported; AssociatorNames [0-9.]+ ms\n"));
     const json info = json::parse(RunCimhttp({"--host", support::LoopbackAddress(), "info", "-o", "json"}).output);
     EXPECT_EQ(info.at("interop"), "interop");
     EXPECT_EQ(info.at("product"), "demo-server");
     EXPECT_EQ(info.at("operations"), json::parse(R"({"EnumerateClassNames": "supported",
-        "EnumerateQualifiers": "supported", "AssociatorNames": "supported"})"));
+        "EnumerateQualifiers": "supported", "pulled enumerations": "not supported", "AssociatorNames": "supported"})"));
 }
 
 TEST(InfoOfTheDemoServer, HasForWhomAndSinceWhenItsCertificateIs) {
@@ -78,17 +79,28 @@ TEST(InfoOfTheDemoServer, HasForWhomAndSinceWhenItsCertificateIs) {
 TEST_F(InfoTest, SaysWhatTheServerDoesNotSupportAndWhatFails) {
     fServer.Fail("EnumerateClassNames", "", kNotSupported);
     fServer.Fail("EnumerateQualifiers", "", kFailed);
+    fServer.Fail("OpenEnumerateInstancePaths", "CIMHTTP_NoSuchClass", kNotSupported);
     fServer.Answer("EnumerateInstanceNames", "CIM_ComputerSystem", PathXml("CIM_ComputerSystem", "s"));
     fServer.Fail("AssociatorNames", "s", kNotSupported);
-    EXPECT_THAT(Run().output,
-                AllOf(HasSubstr("\nclasses     not supported\n"),
-                      HasSubstr("\noperations  EnumerateClassNames not supported; EnumerateQualifiers fails: "
-                                "CIM_ERR_FAILED: no luck; AssociatorNames not supported\n")));
+    EXPECT_THAT(
+        Run().output,
+        AllOf(
+            HasSubstr("\nclasses     not supported\n"),
+            HasSubstr("\noperations  EnumerateClassNames not supported; EnumerateQualifiers fails: "
+                      "CIM_ERR_FAILED: no luck; pulled enumerations not supported; AssociatorNames not supported\n")));
     const json info = Json(7);
     EXPECT_TRUE(info.at("classes").is_null());
     EXPECT_EQ(info.at("operations").at("EnumerateClassNames"), "not supported");
     EXPECT_EQ(info.at("operations").at("EnumerateQualifiers"), "fails: CIM_ERR_FAILED: no luck");
     EXPECT_EQ(info.at("operations").at("AssociatorNames"), "not supported");
+}
+
+TEST_F(InfoTest, TellsPulledEnumerationsByTheErrorAboutAClassThatThereIsNot) {
+    fServer.Fail("OpenEnumerateInstancePaths", "CIMHTTP_NoSuchClass", kInvalidClass);
+    EXPECT_EQ(Json().at("operations").at("pulled enumerations"), "supported");
+    EXPECT_THAT(Run().output, ContainsRegex("; pulled enumerations [0-9.]+ ms; "));
+    fServer.Fail("OpenEnumerateInstancePaths", "CIMHTTP_NoSuchClass", kFailed);
+    EXPECT_EQ(Json(7).at("operations").at("pulled enumerations"), "fails: CIM_ERR_FAILED: no luck");
 }
 
 TEST_F(InfoTest, MakesNothingUpWhereThereIsNoInteropNamespace) {

@@ -75,6 +75,10 @@ class LinkedPluginAccess : public PluginAccess {
         return ReadRemoteQualifiers(dynamic_cast<TCimHTTPNamespace&>(name_space));
     }
 
+    bool HasPulledEnumerations(ICIMNamespace& name_space) const override {
+        return HasRemotePulls(dynamic_cast<TCimHTTPNamespace&>(name_space));
+    }
+
     boost::shared_ptr<ICIMInstance> ReadInstance(ICIMNamespace& name_space, const std::string& path) const override {
         return ReadRemoteInstance(dynamic_cast<TCimHTTPNamespace&>(name_space), path);
     }

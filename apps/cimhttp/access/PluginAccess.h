@@ -83,6 +83,9 @@ class PluginAccess {
     virtual std::vector<RemoteQualifierDeclaration>
     ReadQualifierDeclarations(NQORVYX20::ICIMNamespace& name_space) const = 0;
 
+    /// Whether the server has pulled enumerations.
+    virtual bool HasPulledEnumerations(NQORVYX20::ICIMNamespace& name_space) const = 0;
+
     /// One instance, named by an object path in one of the forms that clients of CIM print: `Class.k="v"`,
     /// `ns:Class.k="v"`, `/ns:…`, `//host/ns:…`, `host:port/ns:…`, `http://host:port/ns:…`. Its host and namespace
     /// count for nothing here. Throws std::invalid_argument, saying what is wrong, for a text that is not a path.

@@ -164,6 +164,10 @@ std::vector<RemoteQualifierDeclaration> ReadRemoteQualifiers(TCimHTTPNamespace& 
     });
 }
 
+bool HasRemotePulls(TCimHTTPNamespace& name_space) {
+    return Remotely([&] { return name_space.Server().HasPulledEnumerations(); });
+}
+
 boost::shared_ptr<ICIMInstance> ReadRemoteInstance(TCimHTTPNamespace& name_space, const std::string& path) {
     TCIMReference reference = ToHostReference(ParsedPath(path));
     reference.SetHost(std::string());

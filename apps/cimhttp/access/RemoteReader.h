@@ -30,6 +30,8 @@ std::vector<RemoteClassName> ReadRemoteHierarchy(NQORVYX20::TCimHTTPNamespace& n
 
 std::vector<RemoteQualifierDeclaration> ReadRemoteQualifiers(NQORVYX20::TCimHTTPNamespace& name_space);
 
+bool HasRemotePulls(NQORVYX20::TCimHTTPNamespace& name_space);
+
 boost::shared_ptr<NQORVYX20::ICIMInstance> ReadRemoteInstance(NQORVYX20::TCimHTTPNamespace& name_space,
                                                               const std::string& path);
 

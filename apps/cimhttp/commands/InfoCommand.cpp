@@ -175,6 +175,15 @@ class OperationTrials {
         }
     }
 
+    /// Of one that the server may say that it does not have without failing.
+    void Add(const std::string& operation, const Session::Trial& trial, bool is_supported) {
+        if (!trial.failure && !is_supported) {
+            Add(operation, "not supported", "not supported");
+        } else {
+            Add(operation, trial);
+        }
+    }
+
     /// With what there is to say to people, and to programs.
     void Add(const std::string& operation, const std::string& text, const std::string& state) {
         text_ += (text_.empty() ? "" : "; ") + operation + ' ' + text;
@@ -220,10 +229,31 @@ std::string SomeInstance(Session& session, const SelfDescription& description) {
     }
 }
 
+/// One that also tells where the connection has gone.
+template <typename Ask>
+Session::Trial TrialOf(Session& session, const std::string& thing, const Ask& ask) {
+    try {
+        return session.Try(thing, ask);
+    } catch (const LoginFailure&) {
+        throw;
+    } catch (const Failure& failure) {
+        NQORVYX20::RemoteFailure lost;
+        lost.text = failure.what();
+        return {{}, lost};
+    }
+}
+
 void TryOperations(Session& session, const SelfDescription& description, OperationTrials& trials) {
-    trials.Add("EnumerateQualifiers", session.Try("the qualifiers", [](const PluginAccess& access, auto& name_space) {
-        access.ReadQualifierDeclarations(name_space);
-    }));
+    trials.Add("EnumerateQualifiers",
+               TrialOf(session, "the qualifiers", [](const PluginAccess& access, auto& name_space) {
+                   access.ReadQualifierDeclarations(name_space);
+               }));
+    bool has_pulls = false;
+    const auto pulls =
+        TrialOf(session, "whether there are pulled enumerations", [&](const PluginAccess& access, auto& name_space) {
+            has_pulls = access.HasPulledEnumerations(name_space);
+        });
+    trials.Add("pulled enumerations", pulls, has_pulls);
     AssociationQuery query;
     query.path = SomeInstance(session, description);
     if (query.path.empty()) {
@@ -231,9 +261,8 @@ void TryOperations(Session& session, const SelfDescription& description, Operati
         return;
     }
     trials.Add("AssociatorNames",
-               session.Try("the associations of " + query.path, [&](const PluginAccess& access, auto& name_space) {
-                   access.RelatedPaths(name_space, query);
-               }));
+               TrialOf(session, "the associations of " + query.path,
+                       [&](const PluginAccess& access, auto& name_space) { access.RelatedPaths(name_space, query); }));
 }
 
 } // namespace

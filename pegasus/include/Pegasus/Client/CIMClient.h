@@ -131,6 +131,11 @@ class CIMClient {
     /// The declarations of all qualifiers of a namespace.
     Array<CIMQualifierDecl> enumerateQualifiers(const CIMNamespaceName& nameSpace);
 
+    /// Whether the server has pulled enumerations (DSP0200). It is asked to begin one with a class that there is not,
+    /// so that it begins none: one that has them answers CIM_ERR_INVALID_CLASS or CIM_ERR_NOT_FOUND, one that does not
+    /// CIM_ERR_NOT_SUPPORTED. An extension, which other libraries of this API do not have.
+    Boolean hasPulledEnumerations(const CIMNamespaceName& nameSpace);
+
   private:
     class Impl;
     std::unique_ptr<Impl> impl_;
