@@ -199,7 +199,7 @@ std::string KeyOf(const std::string& reading, const Job& job) {
 /// What the client library cannot be blamed for has a kind; for the others, see RemoteFailure.
 constexpr const char* kKindNames[] = {"name unknown", "refused",    "not connected", "TLS",     "closed",
                                       "time-out",     "login",      "HTTP",          "not CIM", "malformed",
-                                      "limit",        "CIM status", "other"};
+                                      "limit",        "CIM status", "policy",        "other"};
 static_assert(std::size(kKindNames) == SoakTally::kKinds);
 static_assert(static_cast<std::size_t>(RemoteFailure::Kind::kOther) == SoakTally::kKinds - 1);
 

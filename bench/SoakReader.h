@@ -35,7 +35,7 @@ struct Digest {
 /// Everything that the readers of a run have counted. Safe to use from several threads.
 class SoakTally {
   public:
-    static constexpr std::size_t kKinds = 13;
+    static constexpr std::size_t kKinds = 14;
 
     void CountNamespace() { ++fNamespaces; }
     void CountRead() { ++fReads; }

@@ -15,10 +15,12 @@
 #include <fstream>
 #include <optional>
 #include <string>
+#include <tuple>
 
 using cimhttp::ConnectionStore;
 using cimhttp::Failure;
 using cimhttp::SavedConnection;
+using cimhttp::TlsSettings;
 
 namespace {
 
@@ -46,9 +48,14 @@ std::optional<ConnectionStore::Connections> Read(const ConnectionStore& store) {
     }
 }
 
+auto Fields(const TlsSettings& settings) {
+    return std::tie(settings.ca, settings.fingerprint, settings.certificate, settings.key, settings.verify);
+}
+
 bool IsSame(const SavedConnection& one, const SavedConnection& other) {
     return one.host == other.host && one.tls == other.tls && one.user == other.user && one.password == other.password &&
-           one.timeout == other.timeout;
+           one.timeout == other.timeout && one.port == other.port && one.name_space == other.name_space &&
+           Fields(one.tls_settings) == Fields(other.tls_settings);
 }
 
 void CheckWrittenForm(const ConnectionStore& store, const ConnectionStore::Connections& connections) {

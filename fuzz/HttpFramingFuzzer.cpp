@@ -53,7 +53,7 @@ void CheckUriText(std::string_view text) {
 }
 
 std::string Describe(const HttpFields& fields) {
-    std::string text = offersBasicAuthentication(fields) ? "Basic\n" : "";
+    std::string text = takesBasicAuthentication(fields) ? "Basic\n" : "";
     for (const char* name : kFieldNames) {
         for (const std::string_view value : fields.findAll(name)) {
             CheckUriText(value);

@@ -27,11 +27,9 @@ constexpr const char* kPluginFile = "libcimhttp.nsp.so";
 /// CLI11's texts can have several lines; a failure has one.
 std::string FirstLine(const std::string& text) { return text.substr(0, text.find('\n')); }
 
-const Choices<OutputFormat> kFormats{{"table", OutputFormat::kTable},
-                                     {"plain", OutputFormat::kPlain},
-                                     {"json", OutputFormat::kJson},
-                                     {"csv", OutputFormat::kCsv},
-                                     {"mof", OutputFormat::kMof}};
+const Choices<OutputFormat> kFormats{{"table", OutputFormat::kTable}, {"plain", OutputFormat::kPlain},
+                                     {"json", OutputFormat::kJson},   {"csv", OutputFormat::kCsv},
+                                     {"mof", OutputFormat::kMof},     {"dot", OutputFormat::kDot}};
 
 const Choices<ILogger::EVYXLogSeverity> kLevels{{"error", ILogger::eLogError},
                                                 {"warning", ILogger::eLogWarning},
@@ -83,11 +81,17 @@ struct Parser {
         app.add_option("--connection,-c", options.connection, "The named connection to use, see 'connection'")
             ->type_name("NAME")
             ->excludes("--host");
-        app.add_flag_function(
-            "--tls", [this](std::int64_t count) { options.tls = count > 0; },
-            "Use HTTPS on port 5989 instead of HTTP on 5988 (--tls=false the other way round); the server is not "
-            "verified");
-        app.add_option("--user", options.user, "The user to log in as")->type_name("NAME");
+        app.add_option("--port", options.port, "Its port; 5988 unless given, with --tls 5989")
+            ->type_name("N")
+            ->check(CLI::Range(1, kHighestPort).description(""));
+        app.add_option("--namespace,-n", options.name_space,
+                       std::string("The namespace on the server; ") + kUsualNamespace + " unless given")
+            ->type_name("NAME");
+        AddTlsOptions();
+        app.add_option("--user,-u", options.user,
+                       "The user to log in as; without --tls, anybody on the way to another machine can read the "
+                       "password, and a line says so")
+            ->type_name("NAME");
         app.add_option("--password-file", password_file,
                        "A file whose first line is the password; without it the variable CIMHTTP_PASSWORD counts, and "
                        "then you are asked")
@@ -99,6 +103,32 @@ struct Parser {
         app.add_option("--plugin", options.plugin, "The plug-in to load")->type_name("FILE");
         AddChoice("--log", "LEVEL", "Write the log to the error stream: " + Listed(kLevels), kLevels,
                   options.log_level);
+    }
+
+    void AddTlsOptions() {
+        AddFlag("--tls", options.tls,
+                "Use HTTPS instead of HTTP (--tls=false the other way round); on a terminal, you are asked whether to "
+                "trust a server that is not known");
+        AddText("--ca", "FILE", options.tls_settings.ca,
+                "Verify the server by the authorities in this PEM file, or in the files of this folder");
+        AddText("--fingerprint", "SHA256", options.tls_settings.fingerprint,
+                "Accept no other certificate of the server than the one with this fingerprint")
+            ->excludes("--ca");
+        AddText("--cert", "FILE", options.tls_settings.certificate,
+                "A PEM file with your own certificate, for a server that asks for one");
+        AddText("--key", "FILE", options.tls_settings.key, "The PEM file with its key, unless that is in the same");
+        AddFlag("--verify", options.tls_settings.verify,
+                "Refuse a server that neither --ca, --fingerprint nor an earlier answer of yours verifies");
+    }
+
+    void AddFlag(const std::string& name, std::optional<bool>& target, const std::string& help) {
+        app.add_flag_function(
+            name, [&target](std::int64_t count) { target = count > 0; }, help);
+    }
+
+    CLI::Option* AddText(const std::string& name, const std::string& value_name, std::optional<std::string>& target,
+                         const std::string& help) {
+        return app.add_option(name, target, help)->type_name(value_name);
     }
 
     void AddOutputOption() {
@@ -142,7 +172,7 @@ struct Parser {
     std::string ComplaintAbout(const std::string& word, const CLI::App* command) const {
         if (!word.empty() && word.front() == '-') {
             const std::string option = word.substr(0, word.find('='));
-            return "there is no option " + option + DidYouMean(NearestNames(option, OptionNames(command)));
+            return "there is no option " + option + DidYouMean(NearestNames(option, OptionNames(command), 1));
         }
         if (command != nullptr) {
             return command->get_name() + " has no use for '" + word + "'";

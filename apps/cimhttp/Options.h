@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "connection/TlsSettings.h"
 #include "host/ILogger.h"
 #include "output/OutputFormat.h"
 
@@ -17,12 +18,16 @@ struct Options {
     std::optional<std::string> password;          ///< from the password file
     std::optional<std::string> password_variable; ///< from the environment
     std::optional<bool> tls;
+    std::optional<int> port;
+    std::optional<std::string> name_space; ///< of the server
+    TlsSettings tls_settings;
     std::optional<unsigned> timeout;                                   ///< in seconds
     std::string plugin;                                                ///< the path of the plug-in
     std::optional<NQORVYX20::ILogger::EVYXLogSeverity> log_level = {}; ///< empty: no log
     std::optional<OutputFormat> format = {};                           ///< empty: the command's first one
     std::size_t width = 0; ///< the columns that a table may take; 0 for any number
     bool uses_color = false;
+    bool is_input_terminal = false;
     bool is_output_terminal = false;
     bool is_error_stream_terminal = false;
     std::size_t error_stream_width = 0; ///< 0 when it is not known

@@ -41,6 +41,7 @@ bool UsesColor() { return ::isatty(STDOUT_FILENO) == 1 && Variable("NO_COLOR").e
 void ReadSurroundings(Options& options) {
     options.width = OutputWidth();
     options.uses_color = UsesColor();
+    options.is_input_terminal = ::isatty(STDIN_FILENO) == 1;
     options.is_output_terminal = ::isatty(STDOUT_FILENO) == 1;
     options.error_stream_width = TerminalWidth(STDERR_FILENO);
     options.is_error_stream_terminal = ::isatty(STDERR_FILENO) == 1;

@@ -34,7 +34,30 @@ struct Arguments {
     std::string logFile;
     std::string certificateFile;
     std::vector<std::string> schemaFiles;
+    /// As in "root/example=example.xml".
+    std::vector<std::string> namespaces;
 };
+
+/// A namespace and a schema file, as in "root/example=example.xml".
+struct NamespaceFile {
+    std::string nameSpace;
+    std::string file;
+};
+
+NamespaceFile SplitNamespace(const std::string& text) {
+    const auto end = text.find('=');
+    return {text.substr(0, end), end == std::string::npos ? "" : text.substr(end + 1)};
+}
+
+/// What is wrong with the argument of --namespace; empty for nothing.
+std::string CheckNamespace(const std::string& text) {
+    const auto [nameSpace, file] = SplitNamespace(text);
+    if (nameSpace.empty() || file.empty()) {
+        return text + " is not NAMESPACE=SCHEMA";
+    }
+    std::string unused = file;
+    return CLI::ExistingFile(unused);
+}
 
 void Declare(CLI::App& app, Arguments& arguments) {
     app.add_option("--address", arguments.server.address, "Address to listen on")->capture_default_str();
@@ -62,19 +85,36 @@ void Declare(CLI::App& app, Arguments& arguments) {
                    "Add the classes and instances that this CIM-XML declaration file declares")
         ->check(CLI::ExistingFile)
         ->allow_extra_args(false);
+    app.add_option("--namespace", arguments.namespaces,
+                   "NAMESPACE=SCHEMA: add the classes and instances of this file to a namespace, which need not be "
+                   "there yet")
+        ->check(CheckNamespace)
+        ->allow_extra_args(false);
+    app.add_option("--interop", arguments.server.interop, "Name of the Interop namespace")->capture_default_str();
+    auto* const certificate =
+        app.add_option("--certificate", arguments.server.certificateFile,
+                       "Serve HTTPS with the certificate in this PEM file, with its chain, instead of one made anew")
+            ->check(CLI::ExistingFile);
+    app.add_option("--key", arguments.server.keyFile,
+                   "PEM file with the key of the certificate, if it is not in the same file")
+        ->check(CLI::ExistingFile)
+        ->needs(certificate);
+    app.add_option("--client-ca", arguments.server.clientAuthorityFile,
+                   "Serve over HTTPS only clients with a certificate that an authority in this PEM file has signed")
+        ->check(CLI::ExistingFile);
     app.add_option("--certificate-out", arguments.certificateFile,
                    "Write the certificate of the HTTPS port to this file, for clients to trust");
 }
 
-/// A file with passwords that everybody may use is taken, but not in silence.
-void WarnIfOpen(const std::string& file) {
+/// A file with secrets that everybody may use is taken, but not in silence.
+void WarnIfOpen(const std::string& file, const std::string& secrets) {
     struct stat status {};
     if (::stat(file.c_str(), &status) != 0 || (status.st_mode & (S_IROTH | S_IWOTH)) == 0) {
         return;
     }
     std::ostringstream mode;
     mode << std::oct << std::setw(4) << std::setfill('0') << (status.st_mode & 07777U);
-    std::cerr << "demo-server: warning: " << file << " holds passwords, and everybody may "
+    std::cerr << "demo-server: warning: " << file << " holds " << secrets << ", and everybody may "
               << ((status.st_mode & S_IROTH) != 0 ? "read" : "write") << " it (mode " << mode.str() << "); chmod 600 "
               << file << " helps\n";
 }
@@ -99,7 +139,7 @@ std::string ReadPassword(const std::string& file) {
     std::string password;
     if (!std::getline(stream, password))
         throw std::runtime_error("no password could be read from " + file);
-    WarnIfOpen(file);
+    WarnIfOpen(file, "passwords");
     return password;
 }
 
@@ -129,7 +169,7 @@ demo::Users ReadUsers(const Arguments& arguments) {
         return users;
     std::ifstream stream = Open(arguments.usersFile);
     users = demo::Users::Read(stream, arguments.usersFile);
-    WarnIfOpen(arguments.usersFile);
+    WarnIfOpen(arguments.usersFile, "passwords");
     return users;
 }
 
@@ -169,6 +209,13 @@ void Serve(Arguments arguments) {
     arguments.server.users = ReadUsers(arguments);
     for (const auto& file : arguments.schemaFiles)
         arguments.server.schemas.push_back(ReadSource(file));
+    for (const auto& added : arguments.namespaces) {
+        const auto [nameSpace, file] = SplitNamespace(added);
+        arguments.server.namespaces[nameSpace].push_back(ReadSource(file));
+    }
+    const auto& keyFile =
+        arguments.server.keyFile.empty() ? arguments.server.certificateFile : arguments.server.keyFile;
+    WarnIfOpen(keyFile, "a private key");
     const demo::DemoServer server(std::move(arguments.server));
     if (!arguments.certificateFile.empty())
         WriteFile(arguments.certificateFile, server.CertificatePem());
@@ -181,7 +228,8 @@ void Serve(Arguments arguments) {
 } // namespace
 
 int main(int argc, char** argv) {
-    CLI::App app("A small CIM server that shows this machine, in the namespace root/cimv2.", "demo-server");
+    CLI::App app("A small CIM server that shows this machine, in the namespace root/cimv2, and schemas of your own.",
+                 "demo-server");
     Arguments arguments;
     Declare(app, arguments);
     CLI11_PARSE(app, argc, argv);

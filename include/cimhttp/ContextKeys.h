@@ -5,9 +5,14 @@ namespace NQORVYX20 {
 // What a host may say to the plug-in through contexts. Keys without the prefix "cimhttp." are the host's own.
 
 // --- AllocateNamespace ---
+//
+// Another key with the prefix is refused, and so are a value of another type than its key's, an empty text, and values
+// that contradict each other: after a line in the log that names the key, TVYXException 14 is thrown.
+//
+// All but the first key are for connect(). The operator of the machine can set them, too, for the servers of his
+// choice, as defaults or in the place of the host's (docs/policy.md).
 
-/// How the namespace reads its server: one of the two texts below; compatibly without the key. Another value is refused
-/// with TVYXException 14.
+/// How the namespace reads its server: one of the two texts below; compatibly without the key.
 constexpr const char* kReadingKey = "cimhttp.reading";
 
 /// The reading that hosts know from the beginning: null becomes the empty value of its type, every instance is one of
@@ -19,31 +24,36 @@ constexpr const char* kCompatibleReading = "compatible";
 constexpr const char* kFaithfulReading = "faithful";
 
 /// The remote namespace, a text such as "root/interop"; "root/cimv2" without the key. A text that is no name of a
-/// namespace is refused with TVYXException 14.
+/// namespace is refused.
 constexpr const char* kNamespaceKey = "cimhttp.namespace";
 
-// How connect() reaches the server. Texts, but for the first.
+// How connect() reaches the server. Texts, but for the first. The texts are for encrypted connections: where kTlsKey is
+// false they are refused; where the port decides that the connection is plain or not made, connect() throws
+// TVYXException 42. A server that they do not allow makes it throw 42, too; LastFailure() then is of the kind kTls and
+// describes the certificate (RemoteFailure.h).
 
-/// A boolean: with it, connect() takes any port, and encrypts as it says. Without, port 5988 is plain, 5989 is
-/// encrypted, and no other is connected to.
+/// A boolean: with it, connect() takes any port from 1 to 65535, and encrypts as it says. Without, port 5988 is plain,
+/// 5989 is encrypted, and no other is connected to.
 constexpr const char* kTlsKey = "cimhttp.tls";
 
 /// A PEM file with certificates of authorities, or a folder of such files: the server's certificate must come from one
 /// of them, be within its time and be for the host that connect() names. Without this and the next key, connections are
-/// encrypted and nobody is verified.
+/// encrypted and nobody is verified. Refused where the client library is not the project's own: OpenPegasus does not
+/// compare certificates with the names of hosts.
 constexpr const char* kTrustKey = "cimhttp.trust";
 
 /// SHA-256 of the certificate that is accepted, whatever its chain, time and names: 64 hexadecimal digits, with or
-/// without colons. No other is.
+/// without colons between the pairs. No other is, whatever kTrustKey says. Refused where the client library is not the
+/// project's own.
 constexpr const char* kFingerprintKey = "cimhttp.fingerprint";
 
 /// PEM files with the client's own certificate, for servers that ask for one, and with its key; without the latter, the
-/// key is in the first file.
+/// key is in the first file. The latter is refused without the former.
 constexpr const char* kClientCertificateKey = "cimhttp.client.certificate";
 constexpr const char* kClientKeyKey = "cimhttp.client.key";
 
-// Whole numbers of any unsigned type, greater than 0. A value of another type, and 0, is refused with TVYXException 14,
-// and so is each of these keys but the timeout where the client library is not the project's own.
+// Whole numbers of any unsigned type, greater than 0. Each of these keys but the timeout is refused where the client
+// library is not the project's own.
 
 /// For each step towards a connection (resolving the name, one address, the TLS handshake), in milliseconds; 10,000
 /// without the key.

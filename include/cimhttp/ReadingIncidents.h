@@ -16,7 +16,8 @@ struct ReadingIncident {
         kBadValue,           ///< the host has no such value, such as a date-time that there is not
         kBadName,            ///< the host cannot keep an element of this name
         kDoubledPath,        ///< an instance before has the same path
-        kNoDefinition        ///< the server did not give the class's definition; the instance is kept as it was sent
+        kNoDefinition,       ///< the server did not give the class's definition; the instance is kept as it was sent
+        kNotAnInstance       ///< the server sent a class where instances were asked for
     };
 
     Cause cause;

@@ -15,6 +15,8 @@ inline void LogWarning(std::string message) {
     TRootObject::GetCoreLogger()->Log(ILogger::eLogWarning, std::move(message));
 }
 
+inline void LogInfo(std::string message) { TRootObject::GetCoreLogger()->Log(ILogger::eLogInfo, std::move(message)); }
+
 inline void LogDebug(std::string message) { TRootObject::GetCoreLogger()->Log(ILogger::eLogDebug, std::move(message)); }
 
 } // namespace NQORVYX20

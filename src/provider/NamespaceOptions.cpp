@@ -1,12 +1,19 @@
 #include "provider/NamespaceOptions.h"
 
-#include <limits>
+#include <cstdint>
+#include <optional>
+#include <utility>
+#include <vector>
 
 #include "cimhttp/ContextKeys.h"
 #include "convert/CoreLog.h"
 #include "convert/StatusCodes.h"
 #include "host/TCIMValue.h"
 #include "host/TVYXException.h"
+#include "provider/NearestName.h"
+#include "provider/OptionRules.h"
+#include "provider/PrintableText.h"
+#include "provider/TlsOptions.h"
 
 namespace NQORVYX20 {
 
@@ -16,21 +23,13 @@ using ECIMType = TCIMValue::TCIMType::ECIMType;
 
 constexpr const char* kPluginNameKey = "pluginNameQualDeclValue";
 
-[[noreturn]] void Refuse(const std::string& key, const std::string& what) {
-    LogError("TCimHTTPNamespace: the context value '" + key + "' " + what);
+[[noreturn]] void RefuseContext(const std::string& why) {
+    LogError("TCimHTTPNamespace: " + why);
     throw TVYXException(kTypeMismatch);
 }
 
-/// The text under a key; empty when the key is absent.
-std::optional<std::string> TextOf(const TCIMContext& context, const std::string& key) {
-    const auto entry = context.find(key);
-    if (entry == context.end()) {
-        return std::nullopt;
-    }
-    if (entry->second.IsNull() || entry->second.GetType() != ECIMType::eCIMString) {
-        Refuse(key, "is not a text");
-    }
-    return static_cast<std::string>(entry->second);
+[[noreturn]] void Refuse(const std::string& key, const std::string& what) {
+    RefuseContext("the context value '" + key + "' " + what);
 }
 
 std::string PluginNameOf(const TCIMContext& context) {
@@ -43,75 +42,83 @@ std::string PluginNameOf(const TCIMContext& context) {
 }
 
 bool IsFaithfulIn(const TCIMContext& context) {
-    const std::string reading = TextOf(context, kReadingKey).value_or(kCompatibleReading);
+    const auto entry = context.find(kReadingKey);
+    if (entry == context.end()) {
+        return false;
+    }
+    if (entry->second.IsNull() || entry->second.GetType() != ECIMType::eCIMString) {
+        Refuse(kReadingKey, "is not a text");
+    }
+    const auto reading = static_cast<std::string>(entry->second);
     if (reading != kFaithfulReading && reading != kCompatibleReading) {
-        Refuse(kReadingKey,
-               "is '" + reading + "', which is neither '" + kCompatibleReading + "' nor '" + kFaithfulReading + "'");
+        Refuse(kReadingKey, "is '" + PrintableText(reading) + "', which is neither '" + kCompatibleReading + "' nor '" +
+                                kFaithfulReading + "'");
     }
     return reading == kFaithfulReading;
 }
 
-std::optional<Pegasus::CIMNamespaceName> RemoteNamespaceOf(const TCIMContext& context) {
-    const auto name = TextOf(context, kNamespaceKey);
-    if (!name) {
-        return std::nullopt;
-    }
-    try {
-        return Pegasus::CIMNamespaceName(name->c_str());
-    } catch (const Pegasus::Exception&) {
-        Refuse(kNamespaceKey, "is '" + *name + "', which is no name of a namespace");
-    }
-}
-
-/// The number in a value of an unsigned type; 0 for any other value.
-std::uint64_t UnsignedIn(const TCIMValue& value) {
+/// What a value of the host's is as one of an option; empty when it is of a type that options do not have.
+std::optional<ConnectionOptions::Value> OptionValueOf(const TCIMValue& value) {
     if (value.IsNull()) {
-        return 0;
+        return std::nullopt;
     }
     switch (value.GetType()) {
+    case ECIMType::eCIMBoolean:
+        return static_cast<bool>(value);
+    case ECIMType::eCIMString:
+        return static_cast<std::string>(value);
     case ECIMType::eCIMUint8:
-        return static_cast<unsigned char>(value);
+        return std::uint64_t{static_cast<unsigned char>(value)};
     case ECIMType::eCIMUint16:
-        return static_cast<unsigned short>(value);
+        return std::uint64_t{static_cast<unsigned short>(value)};
     case ECIMType::eCIMUint32:
-        return static_cast<unsigned int>(value);
+        return std::uint64_t{static_cast<unsigned int>(value)};
     case ECIMType::eCIMUint64:
-        return static_cast<unsigned long long>(value);
+        return std::uint64_t{static_cast<unsigned long long>(value)};
     default:
-        return 0;
-    }
-}
-
-/// The number under a key; empty when the key is absent.
-template <typename Number>
-std::optional<Number> NumberOf(const TCIMContext& context, const std::string& key) {
-    const auto entry = context.find(key);
-    if (entry == context.end()) {
         return std::nullopt;
     }
-    const std::uint64_t number = UnsignedIn(entry->second);
-    if (number == 0 || number > std::numeric_limits<Number>::max()) {
-        Refuse(key, "is not an unsigned number from 1 to " + std::to_string(std::numeric_limits<Number>::max()));
-    }
-    return static_cast<Number>(number);
 }
 
-RemoteLimits LimitsIn(const TCIMContext& context) {
-    RemoteLimits limits;
-    limits.connectMilliseconds = NumberOf<std::uint32_t>(context, kConnectTimeoutKey);
-    limits.requestMilliseconds = NumberOf<std::uint32_t>(context, kTimeoutKey);
-    limits.answerBytes = NumberOf<std::uint64_t>(context, kLimitBytesKey);
-    limits.answerObjects = NumberOf<std::uint64_t>(context, kLimitObjectsKey);
-    limits.elements = NumberOf<std::uint64_t>(context, kLimitElementsKey);
-    return limits;
+[[noreturn]] void RefuseUnknown(const std::string& key) {
+    std::vector<std::string> keys{kReadingKey};
+    for (const OptionRule& rule : OptionRules()) {
+        keys.push_back(rule.key);
+    }
+    RefuseContext("there is no context key '" + PrintableText(key) + "'" + NearestNameHint(key, keys));
+}
+
+void TakeOption(const std::string& key, const TCIMValue& value, ConnectionOptions& options) {
+    const OptionRule* const rule = FindOptionRule(key);
+    if (rule == nullptr) {
+        RefuseUnknown(key);
+    }
+    auto optionValue = OptionValueOf(value);
+    if (const std::string fault = rule->FaultOf(optionValue); !fault.empty()) {
+        Refuse(key, fault);
+    }
+    options.Set(key, *std::move(optionValue));
+}
+
+ConnectionOptions ConnectionIn(const TCIMContext& context) {
+    ConnectionOptions options;
+    for (const auto& [key, value] : context) {
+        if (key.rfind(kKeyPrefix, 0) == 0 && key != kReadingKey) {
+            TakeOption(key, value, options);
+        }
+    }
+    if (const std::string contradiction = ContradictionIn(options); !contradiction.empty()) {
+        RefuseContext(contradiction);
+    }
+    if (const std::string unsupported = UnsupportedIn(options); !unsupported.empty()) {
+        RefuseContext(unsupported);
+    }
+    return options;
 }
 
 } // namespace
 
 NamespaceOptions::NamespaceOptions(const TCIMContext& context)
-    : fPluginName(PluginNameOf(context)),
-      fIsFaithful(IsFaithfulIn(context)),
-      fRemoteNamespace(RemoteNamespaceOf(context)),
-      fLimits(LimitsIn(context)) {}
+    : fPluginName(PluginNameOf(context)), fIsFaithful(IsFaithfulIn(context)), fConnection(ConnectionIn(context)) {}
 
 } // namespace NQORVYX20

@@ -1,44 +1,28 @@
 #pragma once
 
-#include <Pegasus/Client/CIMClient.h>
-
-#include <cstdint>
-#include <optional>
 #include <string>
 
 #include "host/TCIMContext.h"
+#include "provider/ConnectionOptions.h"
 
 namespace NQORVYX20 {
-
-/// Numbers that a host may give; those that it does not give are empty.
-struct RemoteLimits {
-    std::optional<std::uint32_t> connectMilliseconds;
-    std::optional<std::uint32_t> requestMilliseconds;
-    std::optional<std::uint64_t> answerBytes;
-    std::optional<std::uint64_t> answerObjects;
-    std::optional<std::uint64_t> elements;
-};
 
 /// What a host says in the context of AllocateNamespace (ContextKeys.h).
 class NamespaceOptions {
   public:
-    /// Throws TVYXException, after a line in the log: 32 when the plug-in's name is missing, 14 for a value that is not
-    /// one of its key's.
+    /// Throws TVYXException, after a line in the log: 32 when the plug-in's name is missing, 14 for a key of the
+    /// plug-in's that there is not, for a value that is not one of its key's, and for values that contradict each
+    /// other.
     explicit NamespaceOptions(const TCIMContext& context);
 
     const std::string& PluginName() const { return fPluginName; }
     bool IsFaithful() const { return fIsFaithful; }
-
-    /// Empty when the host does not say.
-    const std::optional<Pegasus::CIMNamespaceName>& RemoteNamespace() const { return fRemoteNamespace; }
-
-    const RemoteLimits& Limits() const { return fLimits; }
+    const ConnectionOptions& Connection() const { return fConnection; }
 
   private:
     std::string fPluginName;
     bool fIsFaithful = false;
-    std::optional<Pegasus::CIMNamespaceName> fRemoteNamespace;
-    RemoteLimits fLimits;
+    ConnectionOptions fConnection;
 };
 
 } // namespace NQORVYX20

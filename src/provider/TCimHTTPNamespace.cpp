@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "cimhttp/ContextKeys.h"
 #include "convert/CoreLog.h"
 #include "convert/NormalName.h"
 #include "convert/RemoteText.h"
@@ -16,8 +17,14 @@
 #include "model/EntryMap.h"
 #include "model/TCimHTTPClass.h"
 #include "model/TCimHTTPQualifierDecl.h"
+#include "provider/ConnectionPlan.h"
+#include "provider/ConnectionPolicy.h"
+#include "provider/ConnectionRefusal.h"
 #include "provider/NamespaceOptions.h"
+#include "provider/PolicyFault.h"
+#include "provider/PolicyFile.h"
 #include "provider/TCimHTTPNamespaceProvider.h"
+#include "provider/TlsOptions.h"
 #include "reading/CompatibleReading.h"
 #include "reading/FaithfulReading.h"
 #include "reading/LimitExceeded.h"
@@ -33,12 +40,7 @@ constexpr const char* kPluginNameQualifier = "PLUGINNAME";
 constexpr const char* kPluginVersionQualifier = "PLUGINVERSION";
 constexpr const char* kPluginVersion = "1.0";
 
-constexpr int kHttpPort = 5988;
-constexpr int kHttpsPort = 5989;
 constexpr Pegasus::Uint32 kInitialTimeoutMs = 10000;
-
-// No callback is set: the client then encrypts without verifying the server's certificate.
-constexpr Pegasus::SSLCertificateVerifyFunction* pegCallbackSSL = nullptr;
 
 [[noreturn]] void FailRemotely(const std::string& what, const Pegasus::Exception& failure) {
     LogDebug(what + ToStdString(failure.getMessage()));
@@ -60,6 +62,15 @@ std::unique_ptr<Pegasus::CIMClient> MakeClient() {
         return client;
     } catch (const Pegasus::Exception& failure) {
         FailRemotely("TCimHTTPNamespace:Pegasus Client Creation Fail: ", failure);
+    }
+}
+
+/// Under the policy of this machine, as it is now. Throws ConnectionRefusal.
+ConnectionPlan MakePlan(const ConnectionOptions& ofHost, const std::string& host, int port) {
+    try {
+        return {ofHost, ConnectionPolicy(PolicyFile::OfMachine()), host, port};
+    } catch (const PolicyFault& fault) {
+        throw ConnectionRefusal(RemoteFailure::Kind::kPolicy, fault.what());
     }
 }
 
@@ -87,10 +98,13 @@ TCimHTTPNamespace::~TCimHTTPNamespace() {
 void TCimHTTPNamespace::Initialize(TCIMContext context) {
     const NamespaceOptions options(context);
     fPluginName = options.PluginName();
-    if (const auto& remoteNamespace = options.RemoteNamespace()) {
-        fServer->SetNamespace(*remoteNamespace);
+    fOptions = options.Connection();
+    try {
+        Apply(fOptions);
+    } catch (const ConnectionRefusal& refusal) {
+        LogError(std::string("TCimHTTPNamespace: ") + refusal.what());
+        throw TVYXException(kTypeMismatch);
     }
-    SetLimits(options.Limits());
     if (options.IsFaithful()) {
         fReading = boost::make_shared<FaithfulReading>(shared_from_this());
         fNames = fReading->Names();
@@ -101,15 +115,6 @@ void TCimHTTPNamespace::Initialize(TCIMContext context) {
     DeclareQualifier(kPluginVersionQualifier, "");
 }
 
-void TCimHTTPNamespace::SetLimits(const RemoteLimits& limits) {
-    fTimeoutMs = limits.requestMilliseconds.value_or(fTimeoutMs);
-    fBudget.SetElements(limits.elements.value_or(DefinitionBudget::kElements));
-    if (!fServer->SetLimits(limits.connectMilliseconds, limits.answerBytes, limits.answerObjects)) {
-        LogError("TCimHTTPNamespace: the client library that this plug-in was built with knows no limits");
-        throw TVYXException(kTypeMismatch);
-    }
-}
-
 void TCimHTTPNamespace::DeclareQualifier(const std::string& name, const std::string& value) {
     AddQualifierDecl(boost::dynamic_pointer_cast<TCimHTTPQualifierDecl>(AllocateQualifierDecl(
         name, TCIMValue(value), ICIMQualifierDecl::eScopeNone, ICIMQualifierDecl::eFlavorNone, TCIMContext())));
@@ -118,19 +123,79 @@ void TCimHTTPNamespace::DeclareQualifier(const std::string& name, const std::str
 void TCimHTTPNamespace::connect(std::string host, std::string user, std::string password, int port) {
     fReport.BeginOperation();
     try {
-        Pegasus::CIMClient& client = *getPegClient();
-        client.setTimeout(fTimeoutMs);
-        if (port == kHttpPort) {
-            client.connect(host.c_str(), kHttpPort, user.c_str(), password.c_str());
-        } else if (port == kHttpsPort) {
-            const Pegasus::SSLContext sslContext(Pegasus::String::EMPTY, pegCallbackSSL, Pegasus::String::EMPTY);
-            client.connect(host.c_str(), kHttpsPort, sslContext, user.c_str(), password.c_str());
+        const auto plan = WithinMemory([&] { return MakePlan(fOptions, host, port); }, "the policy");
+        if (!plan.Decision().empty()) {
+            LogInfo("TCimHTTPNamespace: " + plan.Decision());
         }
+        Connect(plan, host, user, password, port);
+    } catch (const ConnectionRefusal& refusal) {
+        RefuseConnection(refusal.Failure());
     } catch (const Pegasus::Exception& failure) {
         fReport.Fail(RemoteFailureOf(failure));
         FailRemotely("TCimHTTPNamespace::connect failed: ", failure);
     }
     fConnected = true;
+}
+
+void TCimHTTPNamespace::RefuseConnection(RemoteFailure failure) {
+    LogError("TCimHTTPNamespace::connect failed: " + failure.text);
+    fReport.Fail(std::move(failure));
+    throw TVYXException(kRemoteConnectionFailed);
+}
+
+/// With the options of the plan, which do not outlive a failure.
+void TCimHTTPNamespace::Connect(const ConnectionPlan& plan, const std::string& host, const std::string& user,
+                                const std::string& password, int port) {
+    const ConnectionOptions before = fApplied;
+    try {
+        Apply(plan.Options());
+        getPegClient()->setTimeout(TimeoutMs());
+        Open(plan, host, user, password, port);
+    } catch (...) {
+        Apply(before);
+        getPegClient()->setTimeout(TimeoutMs());
+        throw;
+    }
+}
+
+void TCimHTTPNamespace::Open(const ConnectionPlan& plan, const std::string& host, const std::string& user,
+                             const std::string& password, int port) {
+    Pegasus::CIMClient& client = *getPegClient();
+    const auto remotePort = static_cast<Pegasus::Uint32>(port);
+    if (plan.WayToServer() == ConnectionPlan::Way::kPlain) {
+        client.connect(host.c_str(), remotePort, user.c_str(), password.c_str());
+    } else if (plan.WayToServer() == ConnectionPlan::Way::kTls) {
+        client.connect(host.c_str(), remotePort, SslContextOf(plan.Options()), user.c_str(), password.c_str());
+    }
+}
+
+void TCimHTTPNamespace::Apply(const ConnectionOptions& options) {
+    if (options == fApplied) {
+        return;
+    }
+    ConnectionOptions applied = options; // what takes memory comes first, so that all counts or nothing
+    const Pegasus::CIMNamespaceName nameSpace(options.Text(kNamespaceKey).value_or(kRemoteNamespaceName).c_str());
+    if (!fServer->SetLimits(options.Number(kConnectTimeoutKey), options.Number(kLimitBytesKey),
+                            options.Number(kLimitObjectsKey))) {
+        throw ConnectionRefusal(RemoteFailure::Kind::kOther,
+                                "the client library that this plug-in was built with knows no limits");
+    }
+    fServer->SetNamespace(nameSpace);
+    fBudget.SetElements(options.Number(kLimitElementsKey).value_or(DefinitionBudget::kElements));
+    fApplied = std::move(applied);
+}
+
+std::uint32_t TCimHTTPNamespace::TimeoutMs() const {
+    return static_cast<std::uint32_t>(fApplied.Number(kTimeoutKey).value_or(kTimeoutMs));
+}
+
+bool TCimHTTPNamespace::WouldVerify(const std::string& host, int port) const {
+    try {
+        const ConnectionOptions options = MakePlan(fOptions, host, port).Options();
+        return options.Has(kTrustKey) || options.Has(kFingerprintKey);
+    } catch (const ConnectionRefusal&) {
+        return true;
+    }
 }
 
 void TCimHTTPNamespace::disconnect() {

@@ -14,16 +14,17 @@
 #include "cimhttp/RemoteFailure.h"
 #include "convert/NormalName.h"
 #include "host/ICIMNamespace.h"
+#include "provider/ConnectionOptions.h"
 #include "reading/DefinitionBudget.h"
 #include "reading/ReadingReport.h"
 
 namespace NQORVYX20 {
 
+class ConnectionPlan;
 class Reading;
 class RemoteServer;
 class TCimHTTPClass;
 class TCimHTTPQualifierDecl;
-struct RemoteLimits;
 
 /// One remote CIM server as a namespace. It owns its client, the classes that it has fetched and the qualifier
 /// declarations that they use; all of them live as long as the namespace. Owned by a boost::shared_ptr.
@@ -50,7 +51,7 @@ class TCimHTTPNamespace : public ICIMNamespace, public boost::enable_shared_from
 
     /// Takes the plug-in's name from the context key "pluginNameQualDeclValue", makes the root class and declares the
     /// qualifiers PLUGINNAME and PLUGINVERSION. Throws TVYXException, after a line in the log: 32 without that key, 14
-    /// for a value of another key (ContextKeys.h) that the plug-in does not know.
+    /// for what ContextKeys.h does not allow.
     void Initialize(TCIMContext context);
 
     /// Why the newest operation that asked the server could not read it, or not all of it; empty when it could.
@@ -61,9 +62,14 @@ class TCimHTTPNamespace : public ICIMNamespace, public boost::enable_shared_from
     ReadingIncidents TakeIncidents() { return fReport.TakeIncidents(); }
 
     /// Connects to a server: plain on port 5988, with TLS but without verification of the server on port 5989. On any
-    /// other port nothing is attempted, and the namespace counts as connected all the same. Throws TVYXException 42,
-    /// after a line in the log that says why; the namespace then stays as it was.
+    /// other port nothing is attempted, and the namespace counts as connected all the same. The context of
+    /// AllocateNamespace (ContextKeys.h) and the policy of the machine, which is read anew each time, can say
+    /// otherwise. Throws TVYXException 42, after a line in the log that says why; the namespace then stays as it was.
     void connect(std::string host, std::string user, std::string password, int port);
+
+    /// Whether connect() would verify that server, by what the host says or by the machine's policy. True, too, where
+    /// it would refuse the connection. Connects to nothing.
+    bool WouldVerify(const std::string& host, int port) const;
 
     /// Ends the connection; classes already fetched are kept for the next one.
     void disconnect();
@@ -173,7 +179,13 @@ class TCimHTTPNamespace : public ICIMNamespace, public boost::enable_shared_from
   private:
     static constexpr std::uint32_t kTimeoutMs = 65535000; // of a request, once connected
 
-    void SetLimits(const RemoteLimits& limits);
+    void Open(const ConnectionPlan& plan, const std::string& host, const std::string& user, const std::string& password,
+              int port);
+    void Connect(const ConnectionPlan& plan, const std::string& host, const std::string& user,
+                 const std::string& password, int port);
+    [[noreturn]] void RefuseConnection(RemoteFailure failure);
+    void Apply(const ConnectionOptions& options);
+    std::uint32_t TimeoutMs() const;
     void DeclareQualifier(const std::string& name, const std::string& value);
     void StampClass(ICIMClass& cls, const std::string& qualifierName, const std::string& value,
                     TCIMContext context) const;
@@ -189,7 +201,8 @@ class TCimHTTPNamespace : public ICIMNamespace, public boost::enable_shared_from
     boost::weak_ptr<ICIMNamespace> fUpcallNamespace;
     NameRule fNames = NameRule::kHost;
     bool fConnected = false;
-    std::uint32_t fTimeoutMs = kTimeoutMs;
+    ConnectionOptions fOptions; // those of the host
+    ConnectionOptions fApplied; // those that count now: the host's, under the policy of the newest connection
     std::string fPluginName;
 };
 

@@ -172,6 +172,29 @@ boost::shared_ptr<ICIMInstance> FaithfulReading::GetInstance(const TCIMReference
     });
 }
 
+std::vector<boost::shared_ptr<ICIMInstance>> FaithfulReading::TakeOver(Pegasus::Array<Pegasus::CIMInstance>& remotes) {
+    const auto nameSpace = LockNamespace();
+    nameSpace->Report().BeginOperation();
+    return AskRemotely(nameSpace->Report(), "TCimHTTPNamespace::GetClass", [&] {
+        const Pegasus::CIMNamespaceName& read = *nameSpace->Server().Namespace();
+        std::vector<boost::shared_ptr<ICIMInstance>> instances;
+        std::map<std::string, TClassPointer> classes; // of these instances
+        InstanceReader reader(nameSpace->Report());
+        for (Pegasus::Uint32 i = 0; i < remotes.size(); ++i) {
+            Pegasus::CIMInstance remote = std::exchange(remotes[i], {}); // its memory goes to what is made of it
+            const std::string name = ToStdString(remote.getClassName());
+            TClassPointer& itsClass = classes[name];
+            itsClass = itsClass ? itsClass : fClasses.ClassOf(name, kIsReported);
+            fClasses.DeclareWhatIsSent(*itsClass, remote);
+            InstancePath path = PathOf(remote.getPath(), *itsClass, read);
+            path.reference.SetHost(ToStdString(remote.getPath().getHost()));
+            path.reference.SetNamespaceName(ToStdString(read.getString()));
+            instances.push_back(reader.Read(remote, itsClass, std::move(path)));
+        }
+        return instances;
+    });
+}
+
 /// The class that a path names. One that the server does not give is no obstacle: the instance is asked for.
 FaithfulReading::TClassPointer FaithfulReading::ClassOfPath(const TCIMReference& reference) {
     const auto nameSpace = LockNamespace();

@@ -3,6 +3,7 @@
 #include <boost/weak_ptr.hpp>
 
 #include <string>
+#include <vector>
 
 #include "model/Reading.h"
 #include "reading/FaithfulClasses.h"
@@ -47,6 +48,11 @@ class FaithfulReading : public Reading {
     /// Answers from the last enumeration that had the instance; asks the server otherwise.
     boost::shared_ptr<ICIMInstance> GetInstance(const TCIMReference& reference, TCIMContext context) override;
     void End() override;
+
+    /// Instances that came as the answer to a request of another kind: each of its own class, under its path with the
+    /// namespace that this reading reads. One request for each class that is met for the first time. Takes them out of
+    /// the array.
+    std::vector<boost::shared_ptr<ICIMInstance>> TakeOver(Pegasus::Array<Pegasus::CIMInstance>& remotes);
 
   private:
     using TClassPointer = FaithfulClasses::TClassPointer;

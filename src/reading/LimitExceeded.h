@@ -4,6 +4,7 @@
 
 #include <new>
 #include <stdexcept>
+#include <string>
 
 namespace NQORVYX20 {
 
@@ -14,16 +15,17 @@ class LimitExceeded : public Pegasus::Exception {
     using Pegasus::Exception::Exception;
 };
 
-/// Does what takes memory. Throws LimitExceeded where there is not enough; what was made of it is gone by then.
+/// Does what takes memory, `purpose`. Throws LimitExceeded where there is not enough; what was made of it is gone by
+/// then.
 template <typename Work>
-auto WithinMemory(const Work& work) {
+auto WithinMemory(const Work& work, const char* purpose = "what the server sends") {
     try {
         return work();
     } catch (const std::bad_alloc&) {
     } catch (const std::length_error&) {
         // more was asked for than there can be
     }
-    throw LimitExceeded("there is not enough memory for what the server sends");
+    throw LimitExceeded((std::string("there is not enough memory for ") + purpose).c_str());
 }
 
 } // namespace NQORVYX20

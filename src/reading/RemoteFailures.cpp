@@ -44,6 +44,59 @@ bool MarkedKind(const Pegasus::Exception& exception, Kind& kind) {
 #endif
 }
 
+#ifdef CIMHTTP_HAS_FAILURE_MARKS
+
+using Mark = Pegasus::CertificateRefused;
+
+CertificateRefusal::Reason ReasonOf(Mark::Reason reason) {
+    using Reason = CertificateRefusal::Reason;
+    switch (reason) {
+    case Mark::EXPIRED:
+        return Reason::kExpired;
+    case Mark::NOT_YET_VALID:
+        return Reason::kNotYetValid;
+    case Mark::UNKNOWN_ISSUER:
+        return Reason::kUnknownIssuer;
+    case Mark::SELF_SIGNED:
+        return Reason::kSelfSigned;
+    case Mark::WRONG_NAME:
+        return Reason::kWrongName;
+    case Mark::OTHER_FINGERPRINT:
+        return Reason::kOtherFingerprint;
+    case Mark::UNSUITABLE:
+        return Reason::kUnsuitable;
+    default:
+        return Reason::kOther;
+    }
+}
+
+ServerCertificate CertificateOf(const Pegasus::PeerCertificate& peer) {
+    ServerCertificate certificate;
+    certificate.subject = ToStdString(peer.subject);
+    certificate.issuer = ToStdString(peer.issuer);
+    for (Pegasus::Uint32 i = 0; i < peer.names.size(); ++i) {
+        certificate.names.push_back(ToStdString(peer.names[i]));
+    }
+    certificate.validFrom = ToStdString(peer.validFrom);
+    certificate.validUntil = ToStdString(peer.validUntil);
+    certificate.fingerprint = ToStdString(peer.fingerprint);
+    return certificate;
+}
+
+#endif
+
+/// Why the server's certificate was refused, where it was; another library than the project's own does not say.
+std::optional<CertificateRefusal> RefusalIn(const Pegasus::Exception& exception) {
+#ifdef CIMHTTP_HAS_FAILURE_MARKS
+    if (const auto* const mark = dynamic_cast<const Mark*>(&exception)) {
+        return CertificateRefusal{ReasonOf(mark->getReason()), CertificateOf(mark->getCertificate())};
+    }
+#else
+    (void)exception;
+#endif
+    return std::nullopt;
+}
+
 Kind KindOf(const Pegasus::Exception& exception) {
     Kind kind = Kind::kOther;
     if (MarkedKind(exception, kind)) {
@@ -90,6 +143,7 @@ RemoteFailure RemoteFailureOf(const Pegasus::Exception& exception) {
         failure.kind = isLogin ? Kind::kLogin : Kind::kHttp;
     } else {
         failure.kind = KindOf(exception);
+        failure.refusal = RefusalIn(exception);
     }
     return failure;
 }

@@ -32,13 +32,14 @@ RemoteServer::~RemoteServer() {
     fClient.reset();
 }
 
-bool RemoteServer::SetLimits(std::optional<std::uint32_t> connectMilliseconds, std::optional<std::uint64_t> answerBytes,
+bool RemoteServer::SetLimits(std::optional<std::uint64_t> connectMilliseconds, std::optional<std::uint64_t> answerBytes,
                              std::optional<std::uint64_t> answerObjects) {
 #ifdef CIMHTTP_HAS_CLIENT_LIMITS
     Pegasus::ClientLimits limits = fClient->getLimits();
-    limits.connectMilliseconds = connectMilliseconds.value_or(limits.connectMilliseconds);
-    limits.answerBytes = answerBytes.value_or(limits.answerBytes);
-    limits.answerObjects = answerObjects.value_or(limits.answerObjects);
+    limits.connectMilliseconds =
+        static_cast<Pegasus::Uint32>(connectMilliseconds.value_or(Pegasus::ClientLimits::kConnectMilliseconds));
+    limits.answerBytes = answerBytes.value_or(Pegasus::ClientLimits::kAnswerBytes);
+    limits.answerObjects = answerObjects.value_or(Pegasus::ClientLimits::kAnswerObjects);
     fClient->setLimits(limits);
     return true;
 #else
@@ -86,6 +87,14 @@ Pegasus::Array<Pegasus::CIMQualifierDecl> RemoteServer::EnumerateQualifiers() {
     return fClient->enumerateQualifiers(*fNamespace);
 }
 
+bool RemoteServer::HasPulledEnumerations() {
+#ifdef CIMHTTP_HAS_CLIENT_LIMITS
+    return fClient->hasPulledEnumerations(*fNamespace);
+#else
+    throw Pegasus::CIMException(Pegasus::CIM_ERR_NOT_SUPPORTED, "the client library does not ask for that");
+#endif
+}
+
 Pegasus::Array<Pegasus::CIMInstance> RemoteServer::EnumerateWholeInstances(const std::string& className,
                                                                            const Pegasus::CIMPropertyList& properties) {
     return fClient->enumerateInstances(*fNamespace, Pegasus::CIMName(className.c_str()), kDeep, !kLocalOnly,
@@ -102,7 +111,40 @@ Pegasus::Array<Pegasus::CIMClass> RemoteServer::EnumerateClassHeads() {
 }
 
 Pegasus::Array<Pegasus::CIMObjectPath> RemoteServer::EnumerateInstanceNames(const std::string& className) {
-    return fClient->enumerateInstanceNames(*fNamespace, Pegasus::CIMName(className.c_str()));
+    return EnumerateInstanceNames(*fNamespace, className);
+}
+
+Pegasus::Array<Pegasus::CIMObjectPath> RemoteServer::EnumerateInstanceNames(const Pegasus::CIMNamespaceName& nameSpace,
+                                                                            const std::string& className) {
+    return fClient->enumerateInstanceNames(nameSpace, Pegasus::CIMName(className.c_str()));
+}
+
+void RemoteServer::CheckInstance(const Pegasus::CIMNamespaceName& nameSpace, const Pegasus::CIMObjectPath& path) {
+    const Pegasus::CIMPropertyList none{Pegasus::Array<Pegasus::CIMName>()};
+    fClient->getInstance(nameSpace, path, !kLocalOnly, !kQualifiers, !kClassOrigin, none);
+}
+
+Pegasus::Array<Pegasus::CIMObject> RemoteServer::Associators(const AssociationRequest& request,
+                                                             const Pegasus::CIMPropertyList& properties) {
+    return fClient->associators(request.nameSpace, request.object, NameOrNull(request.associationClass),
+                                NameOrNull(request.resultClass), request.role.c_str(), request.resultRole.c_str(),
+                                !kQualifiers, !kClassOrigin, properties);
+}
+
+Pegasus::Array<Pegasus::CIMObjectPath> RemoteServer::AssociatorNames(const AssociationRequest& request) {
+    return fClient->associatorNames(request.nameSpace, request.object, NameOrNull(request.associationClass),
+                                    NameOrNull(request.resultClass), request.role.c_str(), request.resultRole.c_str());
+}
+
+Pegasus::Array<Pegasus::CIMObject> RemoteServer::References(const AssociationRequest& request,
+                                                            const Pegasus::CIMPropertyList& properties) {
+    return fClient->references(request.nameSpace, request.object, NameOrNull(request.associationClass),
+                               request.role.c_str(), !kQualifiers, !kClassOrigin, properties);
+}
+
+Pegasus::Array<Pegasus::CIMObjectPath> RemoteServer::ReferenceNames(const AssociationRequest& request) {
+    return fClient->referenceNames(request.nameSpace, request.object, NameOrNull(request.associationClass),
+                                   request.role.c_str());
 }
 
 } // namespace NQORVYX20

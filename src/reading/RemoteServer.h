@@ -9,6 +9,16 @@
 
 namespace NQORVYX20 {
 
+/// Which of an object's associations count. Texts that are empty let all of them count.
+struct AssociationRequest {
+    Pegasus::CIMNamespaceName nameSpace;
+    Pegasus::CIMObjectPath object;
+    std::string associationClass;
+    std::string resultClass; ///< of the objects at the other ends, here and below
+    std::string role;        ///< of the object itself
+    std::string resultRole;
+};
+
 /// Every request that the plug-in sends, with its flags. Each operation is one request; what it throws is the client
 /// library's. It owns the client and the name of the remote namespace, in which all requests are made that do not name
 /// another.
@@ -23,8 +33,9 @@ class RemoteServer {
     Pegasus::CIMNamespaceName* Namespace() { return fNamespace.get(); }
     Pegasus::CIMClient* Client() { return fClient.get(); }
 
-    /// For the next connection. False, changing nothing, when the client library has no such limits.
-    bool SetLimits(std::optional<std::uint32_t> connectMilliseconds, std::optional<std::uint64_t> answerBytes,
+    /// For the next connection; what is not given is what the client library has by itself. False, changing nothing,
+    /// when it has no such limits.
+    bool SetLimits(std::optional<std::uint64_t> connectMilliseconds, std::optional<std::uint64_t> answerBytes,
                    std::optional<std::uint64_t> answerObjects);
     void SetNamespace(const Pegasus::CIMNamespaceName& nameSpace) { *fNamespace = nameSpace; }
 
@@ -69,7 +80,27 @@ class RemoteServer {
 
     /// All classes with no more than their names and superclasses.
     Pegasus::Array<Pegasus::CIMClass> EnumerateClassHeads();
+
+    /// Whether the server has pulled enumerations. Throws CIMException with CIM_ERR_NOT_SUPPORTED, too, when the client
+    /// library cannot ask for that.
+    bool HasPulledEnumerations();
     Pegasus::Array<Pegasus::CIMObjectPath> EnumerateInstanceNames(const std::string& className);
+    Pegasus::Array<Pegasus::CIMObjectPath> EnumerateInstanceNames(const Pegasus::CIMNamespaceName& nameSpace,
+                                                                  const std::string& className);
+
+    /// Whether there is an instance, without a value of it; what the client library throws says that there is none.
+    void CheckInstance(const Pegasus::CIMNamespaceName& nameSpace, const Pegasus::CIMObjectPath& path);
+
+    /// The objects at the other ends of an object's associations, with all their properties or those of the list; their
+    /// paths.
+    Pegasus::Array<Pegasus::CIMObject> Associators(const AssociationRequest& request,
+                                                   const Pegasus::CIMPropertyList& properties);
+    Pegasus::Array<Pegasus::CIMObjectPath> AssociatorNames(const AssociationRequest& request);
+
+    /// The same of the associations themselves, which have no other ends of their own.
+    Pegasus::Array<Pegasus::CIMObject> References(const AssociationRequest& request,
+                                                  const Pegasus::CIMPropertyList& properties);
+    Pegasus::Array<Pegasus::CIMObjectPath> ReferenceNames(const AssociationRequest& request);
 
   private:
     Pegasus::CIMClass GetClass(const std::string& name, bool includeClassOrigin);

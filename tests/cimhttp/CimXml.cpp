@@ -20,6 +20,16 @@ std::string Quoted(const std::string& request, const std::string& mark) {
     return request.substr(begin, request.find('"', begin) - begin);
 }
 
+/// A whole answer to a request.
+std::string HttpResponse(const std::string& request, const std::string& content) {
+    const std::string body = "<?xml version=\"1.0\"?><CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><MESSAGE ID=\"" +
+                             Quoted(request, "MESSAGE ID=\"") +
+                             "\" PROTOCOLVERSION=\"1.0\"><SIMPLERSP><IMETHODRESPONSE NAME=\"" + MethodIn(request) +
+                             "\">" + content + "</IMETHODRESPONSE></SIMPLERSP></MESSAGE></CIM>";
+    return "HTTP/1.1 200 OK\r\nContent-Type: application/xml\r\nCIMOperation: MethodResponse\r\nContent-Length: " +
+           std::to_string(body.size()) + "\r\n\r\n" + body;
+}
+
 } // namespace
 
 std::string PropertyXml(const std::string& name, const std::string& type, const std::string& value) {
@@ -77,11 +87,9 @@ std::string MethodIn(const std::string& request) { return Quoted(request, "IMETH
 std::string ClassIn(const std::string& request) { return Quoted(request, "CLASSNAME NAME=\""); }
 
 std::string HttpAnswer(const std::string& request, const std::string& return_value) {
-    const std::string body = "<?xml version=\"1.0\"?><CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><MESSAGE ID=\"" +
-                             Quoted(request, "MESSAGE ID=\"") +
-                             "\" PROTOCOLVERSION=\"1.0\"><SIMPLERSP><IMETHODRESPONSE NAME=\"" + MethodIn(request) +
-                             "\"><IRETURNVALUE>" + return_value +
-                             "</IRETURNVALUE></IMETHODRESPONSE></SIMPLERSP></MESSAGE></CIM>";
-    return "HTTP/1.1 200 OK\r\nContent-Type: application/xml\r\nCIMOperation: MethodResponse\r\nContent-Length: " +
-           std::to_string(body.size()) + "\r\n\r\n" + body;
+    return HttpResponse(request, "<IRETURNVALUE>" + return_value + "</IRETURNVALUE>");
+}
+
+std::string HttpFailure(const std::string& request, unsigned code) {
+    return HttpResponse(request, "<ERROR CODE=\"" + std::to_string(code) + "\" DESCRIPTION=\"no luck\"/>");
 }

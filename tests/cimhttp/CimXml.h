@@ -40,3 +40,6 @@ std::string ClassIn(const std::string& request);
 
 /// The whole answer to a request, with the XML that stands inside IRETURNVALUE.
 std::string HttpAnswer(const std::string& request, const std::string& return_value);
+
+/// The same with an error of CIM.
+std::string HttpFailure(const std::string& request, unsigned code);

@@ -361,8 +361,38 @@ TEST_F(CollectTest, ADocumentWithoutAServerNeedsAHost) {
 
 TEST_F(CollectTest, ADocumentWithoutClassesIsRefused) { ExpectUsageFailure(Collect(Document({})), "names no class"); }
 
-TEST_F(CollectTest, APortOfNoCimServerInTheAddressIsRefused) {
-    ExpectUsageFailure(Collect(Document({"address=\"localhost:80\""}, {"TEST_Fan"})), "localhost:80");
+TEST_F(CollectTest, TheDocumentNamesPortAndNamespace) {
+    support::CimServer server(fServer.Address());
+    const std::string port = std::to_string(server.Listen(0));
+    server.Answer("GetClass", "TEST_Fan", "<CLASS NAME=\"TEST_Fan\"/>");
+    server.Answer("EnumerateInstances", "TEST_Fan", "");
+    const std::string document =
+        Document({Address(), "port=\"" + port + "\"", "namespace=\"root/interop\""}, {"TEST_Fan"});
+    const auto run = Collect(document);
+    EXPECT_EQ(run.status, 0) << run.errors;
+    EXPECT_EQ(json::parse(run.output).at("server"), "http://" + fServer.Address() + ':' + port + "/root/interop");
+    ASSERT_THAT(server.Calls(), Not(testing::IsEmpty()));
+    EXPECT_EQ(server.Calls().back().name_space, "root/interop");
+    EXPECT_THAT(fServer.Calls(), testing::IsEmpty());
+    EXPECT_EQ(Collect(document, {"-n", "root/cimv2"}).status, 0);
+    EXPECT_EQ(server.Calls().back().name_space, "root/cimv2") << "the command line counts more";
+    EXPECT_EQ(Collect(document, {"--host", fServer.Address()}).status, 0);
+    EXPECT_THAT(fServer.Calls(), Not(testing::IsEmpty())) << "the port is that of the document's own server";
+}
+
+TEST_F(CollectTest, APortThatIsNoneIsRefused) {
+    ExpectUsageFailure(Collect(Document({"address=\"localhost:0\""}, {"TEST_Fan"})), "localhost:0");
+    ExpectUsageFailure(Collect(Document({Address(), "port=\"http\""}, {"TEST_Fan"})), "port is 'http'");
+    ExpectUsageFailure(Collect(Document({Address(), "port=\"\""}, {"TEST_Fan"})), "port is ''");
+}
+
+TEST_F(CollectTest, SeveralSettingsInOneElementAreRefusedWithTheLine) {
+    const std::vector<std::string> elements{Address() + " user=\"reader\"", "ssl=\"true\" ca=\"file\"",
+                                            Address() + " colour=\"red\"", "port=\"1\" namespace=\"a\""};
+    for (const std::string& element : elements) {
+        const std::string document = Document({Address(), element}, {"TEST_Fan"});
+        ExpectUsageFailure(Collect(document), document + ", line 3: Only one setting in each network element");
+    }
 }
 
 // --- Classes that cannot be read ---------------------------------------------------------------------------------

@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <filesystem>
 #include <future>
+#include <set>
+#include <utility>
 
 #include "Failure.h"
 #include "ProgramRun.h"
@@ -70,8 +72,19 @@ TEST(ServerName, SaysByPortOrSchemeWhetherTlsIsMeant) {
     EXPECT_EQ(ParseServerName("http://server:5988").tls, false);
 }
 
-TEST(ServerName, IsRefusedWhereThePluginCannotGo) {
-    EXPECT_THAT(ComplaintAbout("server:8080"), HasSubstr("port 8080"));
+TEST(ServerName, MayHaveAnyPort) {
+    EXPECT_EQ(ParseServerName("server:15989").host, "server");
+    EXPECT_EQ(ParseServerName("server:15989").port, 15989);
+    EXPECT_FALSE(ParseServerName("server:15989").tls);
+    EXPECT_EQ(ParseServerName("https://[2001:db8::7]:443/").port, 443);
+    EXPECT_EQ(ParseServerName("https://[2001:db8::7]:443/").tls, true);
+    EXPECT_FALSE(ParseServerName("2001:db8::7").port);
+}
+
+TEST(ServerName, IsRefusedWhereItContradictsItselfOrIsNone) {
+    for (const char* name : {"server:0", "server:65536", "server:-1", "server:80x", "https://server:1e3"}) {
+        EXPECT_THAT(ComplaintAbout(name), HasSubstr("a port is a number from 1 to 65535")) << name;
+    }
     EXPECT_THAT(ComplaintAbout("https://server:5988"), HasSubstr("https goes with port 5989"));
     for (const char* name : {"", "https://", "server/path", "two words", "[", "[]:5989", ":5989"}) {
         EXPECT_THAT(ComplaintAbout(name), HasSubstr("not the name or address")) << name;
@@ -168,6 +181,21 @@ TEST_F(ConnectionStoreTest, KeepsWhatItIsGivenInAFileForTheOwnerAlone) {
     EXPECT_FALSE(connections.at("plain").user);
 }
 
+TEST_F(ConnectionStoreTest, KeepsHowTheServerIsReachedAndVerified) {
+    const ConnectionStore store((fFolder.Path() / "connections.json").string());
+    store.Update([](auto& connections) {
+        connections["lab"] = {"server", true, {}, {}, {}, 443, "root/interop", {"/ca", "AB", "/cert", "/key", true}};
+    });
+    const auto lab = store.Find("lab");
+    EXPECT_EQ(lab.port, 443);
+    EXPECT_EQ(lab.name_space, "root/interop");
+    EXPECT_EQ(lab.tls_settings.ca, "/ca");
+    EXPECT_EQ(lab.tls_settings.fingerprint, "AB");
+    EXPECT_EQ(lab.tls_settings.certificate, "/cert");
+    EXPECT_EQ(lab.tls_settings.key, "/key");
+    EXPECT_EQ(lab.tls_settings.verify, true);
+}
+
 TEST_F(ConnectionStoreTest, ClosesAnOpenFileWhenItIsWritten) {
     const ConnectionStore store(fFolder.WriteFile("connections.json", "{}"));
     ::chmod(store.Path().c_str(), 0644);
@@ -183,7 +211,14 @@ TEST_F(ConnectionStoreTest, RefusesAFileThatIsNotWhatItShouldBe) {
     EXPECT_THAT(ComplaintAbout(R"({"lab": {}})"), HasSubstr("names no host"));
     EXPECT_THAT(ComplaintAbout(R"({"lab": {"host": 7}})"), HasSubstr("host is not a text"));
     EXPECT_THAT(ComplaintAbout(R"({"lab": {"host": "a", "tls": "yes"}})"), HasSubstr("neither true nor false"));
-    EXPECT_THAT(ComplaintAbout(R"({"lab": {"host": "a", "port": 1}})"), HasSubstr("unknown setting 'port'"));
+    EXPECT_THAT(ComplaintAbout(R"({"lab": {"host": "a", "gate": 1}})"), HasSubstr("unknown setting 'gate'"));
+    EXPECT_THAT(ComplaintAbout(R"({"lab": {"host": "a", "verify": 1}})"),
+                HasSubstr("verify is neither true nor false"));
+    EXPECT_THAT(ComplaintAbout(R"({"lab": {"host": "a", "ca": true}})"), HasSubstr("ca is not a text"));
+    for (const char* port : {"0", "65536", "\"1\""}) {
+        EXPECT_THAT(ComplaintAbout(std::string(R"({"lab": {"host": "a", "port": )") + port + "}}"),
+                    HasSubstr("port is no number from 1 to 65535"));
+    }
     for (const char* timeout : {"0", "-1", "86401", "1.5", "\"7\"", "1e99"}) {
         EXPECT_THAT(ComplaintAbout(std::string(R"({"lab": {"host": "a", "timeout": )") + timeout + "}}"),
                     HasSubstr("from 1 to 86400"));
@@ -284,7 +319,8 @@ TEST_F(ConnectionTest, ANamedConnectionIsAddedListedTestedUsedAndRemoved) {
     EXPECT_EQ(added.status, 0) << added.errors;
     EXPECT_THAT(Run({"connection", "list"}).output, HasSubstr("http://" + fServer.Address()));
     EXPECT_EQ(Run({"connection", "list", "--output", "csv"}).output,
-              "Name,Server,User,Password,Timeout\r\nlab,http://" + fServer.Address() + ",\"\",\"\",60\r\n");
+              "Name,Server,User,Password,Timeout,Namespace,Verification,Certificate\r\nlab,http://" +
+                  fServer.Address() + ",\"\",\"\",60,,,\r\n");
     EXPECT_EQ(Run({"connection", "test", "lab"}).output, "http://" + fServer.Address() + " answers: 3 classes\n");
     EXPECT_EQ(Run({"-c", "lab", "classes"}).output, fAllClasses);
     EXPECT_EQ(Run({"classes", "--connection", "lab"}).output, fAllClasses);
@@ -386,6 +422,154 @@ TEST_F(ConnectionTest, AUrlOrAPortChoosesTls) {
         EXPECT_EQ(run.errors, "cimhttp: encrypted, but nobody has verified that this is " + fServer.Address() + "\n");
         ExpectOneLine(Run({"--host", name, "--tls=false", "classes"}), 2, "contradict");
     }
+}
+
+TEST_F(ConnectionTest, AnyPortCanBeGivenInTwoWays) {
+    support::CimServer server(fServer.Address());
+    const std::string port = std::to_string(server.Listen(0));
+    server.Answer("EnumerateClassNames", "", "<CLASSNAME NAME=\"TEST_Elsewhere\"/>");
+    const std::string name = server.Address() + ':' + port;
+    EXPECT_EQ(Run({"--host", name, "classes"}).output, "TEST_Elsewhere\n");
+    EXPECT_EQ(Run({"--host", "http://" + name, "--port", port, "classes"}).output, "TEST_Elsewhere\n");
+    const auto info = Run({"--host", server.Address(), "--port", port, "info"});
+    EXPECT_THAT(info.output, HasSubstr("http://" + name + '\n'));
+    ExpectOneLine(Run({"--host", name, "class", "TEST_Elsewere"}), 5, "did you mean TEST_Elsewhere?");
+    server.Stop();
+    support::CimServer other(fServer.Address());
+    other.Listen(kHttpsPort);
+    const auto refused = Run({"--host", name, "classes"});
+    ExpectOneLine(refused, 3, "no connection to http://" + name + ": nothing listens on port " + port + "; is the CIM");
+    EXPECT_THAT(refused.errors, Not(HasSubstr("5989"))) << "who names a port means it";
+}
+
+TEST_F(ConnectionTest, TlsOnAnyPortNeedsItsOptionOrAUrl) {
+    support::CimServer server(fServer.Address());
+    const support::TestCertificate certificate(support::TestCertificate::For(fServer.Address()));
+    const std::string name = server.Address() + ':' + std::to_string(server.ListenTls(0, certificate));
+    server.Answer("EnumerateClassNames", "", "<CLASSNAME NAME=\"TEST_Elsewhere\"/>");
+    EXPECT_EQ(Run({"--host", name, "--tls", "classes"}).output, "TEST_Elsewhere\n");
+    EXPECT_EQ(Run({"--host", "https://" + name, "classes"}).output, "TEST_Elsewhere\n");
+    ExpectOneLine(Run({"--host", name, "classes"}), 3, "add --tls");
+}
+
+TEST_F(ConnectionTest, OptionsThatContradictEachOtherAreRefused) {
+    const std::vector<std::pair<std::vector<std::string>, std::string>> commands{
+        {{"--host", "a:5988", "--port", "5989"}, "'a:5988' and --port 5989 contradict"},
+        {{"--host", "a:15989", "--port", "5989"}, "'a:15989' and --port 5989 contradict"},
+        {{"--host", "https://a", "--port", "5988"}, "'https://a' and --port 5988 contradict"},
+        {{"--host", "a", "--tls=false", "--port", "5989"}, "--tls=false and --port 5989 contradict"},
+        {{"--host", "a", "--tls", "--port", "5988"}, "--tls and --port 5988 contradict"},
+        {{"--host", "https://a:443", "--tls=false"}, "'https://a:443' and --tls=false contradict"},
+        {{"--host", "a", "--ca", "f"}, "--ca is for encrypted connections: add --tls"},
+        {{"--host", "a", "--fingerprint", "f"}, "--fingerprint is for encrypted connections: add --tls"},
+        {{"--host", "a", "--cert", "f"}, "--cert is for encrypted connections: add --tls"},
+        {{"--host", "a", "--verify"}, "--verify is for encrypted connections: add --tls"},
+        {{"--host", "a", "--tls", "--key", "f"}, "--key goes with --cert"},
+        {{"--host", "a", "--tls", "--ca", ""}, "--ca is empty"},
+        {{"--host", "a", "--tls", "--fingerprint", "AB:CD"}, "'AB:CD' is no SHA-256 fingerprint"},
+        {{"--host", "a", "--tls", "--ca", "f", "--fingerprint", "f"}, "--ca excludes --fingerprint"},
+        {{"--host", "a", "--namespace", ""}, "which namespace?"},
+        {{"--host", "a", "--port", "0"}, "--port"},
+        {{"--host", "a", "--port", "65536"}, "--port"},
+    };
+    for (const auto& [options, complaint] : commands) {
+        auto arguments = options;
+        arguments.emplace_back("classes");
+        ExpectOneLine(Run(arguments), 2, complaint);
+    }
+}
+
+TEST_F(ConnectionTest, ANamespaceTakesThePlaceOfTheUsualOne) {
+    const std::string xml = "<CLASS NAME=\"TEST_Disk\"><PROPERTY NAME=\"Name\" TYPE=\"string\"><QUALIFIER NAME=\"Key\" "
+                            "TYPE=\"boolean\"><VALUE>TRUE</VALUE></QUALIFIER></PROPERTY></CLASS>";
+    fServer.Answer("GetClass", "TEST_Disk", xml);
+    fServer.Answer("GetInstance", "",
+                   "<INSTANCE CLASSNAME=\"TEST_Disk\"><PROPERTY NAME=\"Name\" TYPE=\"string\"><VALUE>a</VALUE>"
+                   "</PROPERTY></INSTANCE>");
+    const std::vector<std::string> interop{"--host", fServer.Address(), "-n", "root/interop"};
+    const auto run = [&](std::vector<std::string> arguments) {
+        fServer.ForgetCalls();
+        arguments.insert(arguments.begin(), interop.begin(), interop.end());
+        return Run(arguments);
+    };
+    const auto namespaces = [&] {
+        std::set<std::string> names;
+        for (const auto& call : fServer.Calls()) {
+            names.insert(call.name_space);
+        }
+        return names;
+    };
+    EXPECT_EQ(run({"classes"}).output, fAllClasses);
+    EXPECT_THAT(namespaces(), ElementsAre("root/interop"));
+    EXPECT_THAT(run({"instance", "TEST_Disk.Name=\"a\"", "-o", "json"}).output,
+                HasSubstr(R"("path":"TEST_Disk.Name=\"a\"")"));
+    EXPECT_THAT(namespaces(), ElementsAre("root/interop"));
+    EXPECT_THAT(run({"instance", "ROOT/Interop:TEST_Disk.Name=\"a\"", "-o", "json"}).output,
+                HasSubstr(R"("path":"TEST_Disk.Name=\"a\"")"));
+    EXPECT_THAT(run({"instance", "root/cimv2:TEST_Disk.Name=\"a\"", "-o", "json"}).output,
+                HasSubstr(R"("path":"root/cimv2:TEST_Disk.Name=\"a\"")"));
+    EXPECT_THAT(namespaces(), ElementsAre("root/cimv2"));
+    ExpectOneLine(run({"class", "TEST_Dsik"}), 5,
+                  "there is no class TEST_Dsik on http://" + fServer.Address() + "/root/interop (did you mean");
+    ExpectOneLine(Run({"--host", fServer.Address(), "-n", "no namespace", "classes"}), 2,
+                  "'no namespace' is not the name of a namespace");
+}
+
+TEST_F(ConnectionTest, AnUnknownNamespaceIsToldFromOtherErrors) {
+    fServer.Fail("EnumerateClassNames", "", 3, "root/nowhere");
+    ExpectOneLine(Run({"--host", fServer.Address(), "-n", "root/nowhere", "classes"}), 6, "--namespace names another");
+}
+
+TEST_F(ConnectionTest, HowAServerIsReachedIsKeptListedAndUsed) {
+    support::CimServer server(fServer.Address());
+    const std::string port = std::to_string(server.Listen(0));
+    server.Answer("EnumerateClassNames", "", "<CLASSNAME NAME=\"TEST_Elsewhere\"/>");
+    ASSERT_EQ(
+        Run({"connection", "add", "lab", "--host", server.Address(), "--port", port, "-n", "root/interop"}).errors, "");
+    EXPECT_THAT(Run({"connection", "list", "-o", "json"}).output,
+                HasSubstr(R"("server":"http://)" + server.Address() + ':' + port +
+                          R"(","user":"","password":"","timeout":null,"namespace":"root/interop")"));
+    EXPECT_EQ(Run({"-c", "lab", "classes"}).output, "TEST_Elsewhere\n");
+    ASSERT_THAT(server.Calls(), Not(IsEmpty()));
+    EXPECT_EQ(server.Calls().front().name_space, "root/interop");
+    EXPECT_EQ(Run({"-c", "lab", "-n", "root/cimv2", "classes"}).output, "TEST_Elsewhere\n");
+    EXPECT_EQ(server.Calls().back().name_space, "root/cimv2");
+}
+
+TEST_F(ConnectionTest, WhatVerifiesAServerIsKeptWithWholePathsAndNeverLeftOut) {
+    const std::string fingerprint(64, 'a');
+    ASSERT_EQ(
+        Run({"connection", "add", "one", "--host", "https://a", "--ca", "ca.pem", "--cert", "c", "--key", "k"}).errors,
+        "");
+    ASSERT_EQ(Run({"connection", "add", "two", "--host", "https://a", "--fingerprint", fingerprint}).errors, "");
+    ASSERT_EQ(Run({"connection", "add", "three", "--host", "https://a", "--verify"}).errors, "");
+    const auto connections = ConnectionStore(File()).Read();
+    const auto& one = connections.at("one").tls_settings;
+    for (const auto& path : {one.ca, one.certificate, one.key}) {
+        EXPECT_THAT(path.value_or(""), StartsWith("/"));
+    }
+    EXPECT_THAT(connections.at("two").tls_settings.fingerprint.value_or(""), StartsWith("AA:AA:"));
+    const std::string list = Run({"connection", "list", "-o", "csv"}).output;
+    EXPECT_THAT(list, HasSubstr(",," + *one.ca + ',' + *one.certificate + "\r\n"));
+    EXPECT_THAT(list, HasSubstr(",,AA:AA:"));
+    EXPECT_THAT(list, HasSubstr(",,required,\r\n"));
+    ExpectOneLine(Run({"-c", "one", "--tls=false", "classes"}), 2, "--ca is for encrypted connections");
+    ExpectOneLine(Run({"-c", "three", "--tls=false", "classes"}), 2, "--verify is for encrypted connections");
+}
+
+TEST_F(ConnectionTest, APasswordThatLeavesTheMachineInPlainTextIsWarnedOfOnce) {
+    fServer.RequireUser("reader", "s3cret");
+    const auto run = [&](const std::string& host) {
+        return Run({"--host", host, "-u", "reader", "classes"}, {"CIMHTTP_PASSWORD=s3cret"});
+    };
+    const auto local = run(fServer.Address());
+    EXPECT_EQ(local.status, 0);
+    EXPECT_EQ(local.errors, "");
+    const std::string other = "::ffff:" + fServer.Address(); // not one of the forms that are known to stay here
+    const auto remote = run(other);
+    EXPECT_EQ(remote.output, fAllClasses);
+    EXPECT_EQ(remote.errors, "cimhttp: the password of reader goes to " + other +
+                                 " in plain text, for everybody on the way to read; --tls encrypts it\n");
 }
 
 // --- Failures that tell what to try ------------------------------------------------------------------------------

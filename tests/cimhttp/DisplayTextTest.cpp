@@ -19,11 +19,13 @@ namespace {
 class TextlessAccess : public cimhttp::PluginAccess {
   public:
     void Connect(ICIMNamespace&, const std::string&, const std::string&, const std::string&, int) const override {}
+    bool HasPulledEnumerations(ICIMNamespace&) const override { return false; }
+    bool WouldVerify(ICIMNamespace&, const std::string&, int) const override { return false; }
     std::optional<RemoteFailure> LastFailure(ICIMNamespace&) const override { return std::nullopt; }
     ReadingIncidents TakeIncidents(ICIMNamespace&) const override { return {}; }
     std::vector<EmbeddedObject> EmbeddedObjects(const ICIMInstance&, const std::string&) const override { return {}; }
     std::vector<std::string> ClassNames(ICIMNamespace&) const override { return {}; }
-    std::vector<std::string> InstancePaths(ICIMNamespace&, const std::string&) const override { return {}; }
+    std::vector<TCIMReference> InstancePaths(ICIMNamespace&, const std::string&) const override { return {}; }
     std::string NamespaceOf(const std::string&) const override { return {}; }
     cimhttp::RemoteClass ReadClass(ICIMNamespace&, const std::string&) const override { return {}; }
     std::vector<cimhttp::RemoteClassName> ReadHierarchy(ICIMNamespace&) const override { return {}; }
@@ -31,11 +33,23 @@ class TextlessAccess : public cimhttp::PluginAccess {
         return {};
     }
     boost::shared_ptr<ICIMInstance> ReadInstance(ICIMNamespace&, const std::string&) const override { return {}; }
+    std::vector<TCIMReference> InstancePathsIn(ICIMNamespace&, const std::string&, const std::string&) const override {
+        return {};
+    }
+    std::vector<TCIMReference> RelatedPaths(ICIMNamespace&, const cimhttp::AssociationQuery&) const override {
+        return {};
+    }
+    std::unique_ptr<cimhttp::RelatedObjects> ReadRelated(ICIMNamespace&,
+                                                         const cimhttp::AssociationQuery&) const override {
+        return {};
+    }
+    void CheckInstance(ICIMNamespace&, const std::string&) const override {}
+    std::vector<cimhttp::RemoteLink> ReadLinks(ICIMNamespace&, const std::string&) const override { return {}; }
+    TCIMReference ParsePath(const std::string&) const override { return {{}, TCIMContext()}; }
     boost::shared_ptr<ICIMProperty> MakeProperty(const boost::shared_ptr<ICIMPropertyDecl const>&,
                                                  const TCIMValue&) const override {
         throw TVYXException(1);
     }
-    void SetTimeout(NQORVYX20::ICIMNamespace&, std::chrono::milliseconds) const override {}
     cimhttp::RequestedClasses ReadRequestedClasses(const std::string&) const override { return {}; }
 };
 
@@ -48,7 +62,7 @@ TEST(DisplayText, AValueWithoutATextShowsAsItIs) {
                   "<CLASS NAME=\"T\"><PROPERTY NAME=\"One\" TYPE=\"uint8\"/>"
                   "<PROPERTY.ARRAY NAME=\"Many\" TYPE=\"string\"/></CLASS>");
     const cimhttp::Plugin plugin(CIMHTTP_PLUGIN);
-    const auto name_space = plugin.AllocateNamespace();
+    const auto name_space = plugin.AllocateNamespace({});
     plugin.Access().Connect(*name_space, server.Address(), "", "", 5988);
     const auto cls = name_space->GetClass("T", TCIMContext());
     const auto instance = cls->AllocateInstance(TCIMContext());

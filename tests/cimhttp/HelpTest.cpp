@@ -5,9 +5,11 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <filesystem>
 #include <set>
 #include <sstream>
 
+#include "CimXml.h"
 #include "ProgramRun.h"
 #include "commands/Commands.h"
 #include "support/CimServer.h"
@@ -65,13 +67,21 @@ class CompletionTest : public testing::Test {
     }
 
     /// What bash offers when Tab is pressed behind `line`.
-    std::vector<std::string> Offers(const std::string& line) const {
+    std::vector<std::string> Offers(const std::string& line, const std::string& program = CIMHTTP_PROGRAM) const {
         const std::string script = std::string("source ") + CIMHTTP_COMPLETION + "; COMP_LINE='" + line +
-                                   "' COMP_POINT=${#COMP_LINE} COMP_WORDS=(" + CIMHTTP_PROGRAM +
+                                   "' COMP_POINT=${#COMP_LINE} COMP_WORDS=(" + program +
                                    "); _cimhttp; [[ ${#COMPREPLY[@]} == 0 ]] || printf '%s\\n' \"${COMPREPLY[@]}\"";
         const auto run =
             support::RunProgram("/bin/bash", {"-c", script},
                                 {"CIMHTTP_COMPLETION_SECONDS=60", "XDG_CONFIG_HOME=" + fFolder.Path().string()});
+        EXPECT_EQ(run.errors, "");
+        return Lines(run.output);
+    }
+
+    /// What a shell makes of the line's end when one of the offers, which goes behind this, has been taken over.
+    std::vector<std::string> WordsOf(const std::string& before, const std::string& offer) const {
+        const std::string script = "cd " + fFolder.Path().string() + "; printf '%s\\n' " + before + offer;
+        const auto run = support::RunProgram("/bin/bash", {"-c", script});
         EXPECT_EQ(run.errors, "");
         return Lines(run.output);
     }
@@ -176,6 +186,61 @@ TEST_F(CompletionTest, OffersThePropertiesOfTheClassThatStandsBefore) {
     EXPECT_THAT(Offers(Host() + "instances TEST_Nobody --property N"), IsEmpty());
 }
 
+TEST_F(CompletionTest, OffersTheKeysOfTheClassThatStandsBeforeAndTheirValues) {
+    const auto path = [](const std::string& name, const std::string& number) {
+        std::string xml = PathXml("TEST_Disk", name);
+        return xml.insert(xml.rfind("</INSTANCENAME>"), "<KEYBINDING NAME=\"Number\"><KEYVALUE VALUETYPE=\"numeric\">" +
+                                                            number + "</KEYVALUE></KEYBINDING>");
+    };
+    fServer.Answer("EnumerateInstanceNames", "TEST_Disk",
+                   path("sda", "1") + path("sdb", "1") + path("Two blanks", "12") + path("00:1b:2a", "3"));
+    const std::string line = Host() + "instance TEST_Disk --key ";
+    EXPECT_THAT(Offers(line), ElementsAre("Name=", "Number="));
+    EXPECT_THAT(Offers(line + "na"), ElementsAre("Name="));
+    EXPECT_THAT(Offers(line + "Name=s"), ElementsAre("sda", "sdb")) << "readline keeps what stands before the sign";
+    EXPECT_THAT(Offers(line + "number="), ElementsAre("1", "12", "3"));
+    EXPECT_THAT(Offers(line + "Name=sda --key Number=1"), ElementsAre("1", "12"));
+    EXPECT_THAT(Offers(line + "Name=Tw"), ElementsAre("Two\\ blanks"));
+    EXPECT_THAT(Offers(line + "Name=Two\\ bl"), ElementsAre("Two\\ blanks"));
+    EXPECT_THAT(Offers(line + "Name=Two\\ blanks --key Nu"), ElementsAre("Number="));
+    EXPECT_THAT(Offers(line + "Name=00:1"), ElementsAre("1b:2a"));
+    EXPECT_THAT(Offers(Host() + "instance --key "), IsEmpty());
+    for (const auto& call : fServer.Calls()) {
+        EXPECT_EQ(call.method, "EnumerateInstanceNames");
+    }
+}
+
+TEST_F(CompletionTest, WhatAServerSaysIsAWordAndNeverRun) {
+    const std::string nasty = "$(touch x)`touch y`;touch z&\"'\\ $HOME|~*";
+    fServer.Answer("EnumerateInstanceNames", "TEST_Disk",
+                   PathXml("TEST_Disk", "$(touch x)`touch y`;touch z&amp;\"'\\ $HOME|~*"));
+    const auto values = Offers(Host() + "instance TEST_Disk --key Name=");
+    ASSERT_EQ(values.size(), 1U);
+    EXPECT_THAT(WordsOf("Name=", values.front()), ElementsAre("Name=" + nasty));
+    // A program that passes on names as such a server may have them.
+    fFolder.WriteFile("lines", "Name,Type\n" + nasty + "\n");
+    fFolder.WriteFile("nasty", "cat " + (fFolder.Path() / "lines").string() + "\n");
+    const std::string program = (fFolder.Path() / "nasty").string();
+    std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+    for (const char* line : {"cimhttp class $", "cimhttp instances A --property $", "cimhttp instances A --sort $",
+                             "cimhttp -c $", "cimhttp qualifiers --class $"}) {
+        const auto offers = Offers(line, program);
+        ASSERT_EQ(offers.size(), 0U) << "as it is typed, a dollar begins something else";
+    }
+    for (const char* line :
+         {"cimhttp class ", "cimhttp instances A --property ", "cimhttp watch A --where ",
+          "cimhttp instances A --sort ", "cimhttp -c ", "cimhttp count ", "cimhttp qualifiers --class "}) {
+        const auto offers = Offers(line, program);
+        ASSERT_FALSE(offers.empty()) << line;
+        const std::string end = std::string(line).find("--where") != std::string::npos ? "=" : "";
+        EXPECT_THAT(WordsOf("", offers.back()), ElementsAre(nasty + end)) << line;
+    }
+    for (const char* file : {"x", "y", "z"}) {
+        EXPECT_FALSE(std::filesystem::exists(fFolder.Path() / file));
+        EXPECT_FALSE(std::filesystem::exists(file));
+    }
+}
+
 TEST_F(CompletionTest, OffersNothingWhereTheServerDoesNotHelp) {
     fServer.RequireUser("reader", "s3cret");
     EXPECT_THAT(Offers(Host() + "class TEST_"), IsEmpty());
@@ -192,7 +257,7 @@ TEST_F(CompletionTest, OffersNamedConnectionsAndValues) {
     EXPECT_THAT(Offers("cimhttp -c "), ElementsAre("lab", "office"));
     EXPECT_THAT(Offers("cimhttp connection remove o"), ElementsAre("office"));
     EXPECT_THAT(Offers("cimhttp -c lab class TEST_D"), ElementsAre("TEST_Disk"));
-    EXPECT_THAT(Offers("cimhttp connection "), ElementsAre("add", "list", "remove", "test"));
+    EXPECT_THAT(Offers("cimhttp connection "), ElementsAre("add", "list", "remove", "test", "known", "forget"));
     EXPECT_THAT(Offers("cimhttp --output c"), ElementsAre("csv"));
     EXPECT_THAT(Offers("cimhttp --log de"), ElementsAre("debug"));
 }

@@ -39,6 +39,12 @@ class LimitsTest : public testing::Test {
         fServer.Answer("EnumerateInstances", "TEST_Disk", InstanceXml("TEST_Disk", "a"));
         fServer.Answer("EnumerateInstanceNames", "TEST_Disk", PathXml("TEST_Disk", "a"));
         fServer.Answer("GetInstance", "", BareInstanceXml("TEST_Disk", "a"));
+        for (const char* method : {"Associators", "AssociatorNames", "References", "ReferenceNames"}) {
+            fServer.Answer(method, "", "");
+        }
+        fServer.Answer("EnumerateInstanceNames", "CIM_Namespace", PathXml("CIM_Namespace", "interop"));
+        fServer.Answer("GetClass", "CIM_RegisteredProfile", ClassXml("CIM_RegisteredProfile", ""));
+        fServer.Answer("EnumerateInstances", "CIM_RegisteredProfile", "");
     }
 
     ProgramRun Run(std::vector<std::string> arguments) const {
@@ -75,6 +81,12 @@ const std::vector<Command> kCommands{
     {{"instances", "TEST_Disk"}, "EnumerateInstances", "TEST_Disk", "VALUE.NAMEDINSTANCE"},
     {{"instances", "TEST_Disk", "-o", "json"}, "EnumerateInstances", "TEST_Disk", "VALUE.NAMEDINSTANCE"},
     {{"instances", "TEST_Disk", "--paths"}, "EnumerateInstanceNames", "TEST_Disk", "INSTANCENAME"},
+    {{"associators", "TEST_Disk.Name=\"a\""}, "Associators", "", "VALUE.OBJECTWITHPATH"},
+    {{"associators", "TEST_Disk.Name=\"a\"", "--names"}, "AssociatorNames", "", "OBJECTPATH"},
+    {{"references", "TEST_Disk.Name=\"a\""}, "References", "", "VALUE.OBJECTWITHPATH"},
+    {{"related", "TEST_Disk.Name=\"a\""}, "ReferenceNames", "", "OBJECTPATH"},
+    {{"namespaces"}, "EnumerateInstanceNames", "CIM_Namespace", "INSTANCENAME"},
+    {{"profiles"}, "EnumerateInstances", "CIM_RegisteredProfile", "VALUE.NAMEDINSTANCE"},
     {{"instance", "TEST_Disk.Name=\"a\""}, "GetInstance", "", "INSTANCE"},
     {{"watch", "TEST_Disk", "--count", "0"}, "EnumerateInstances", "TEST_Disk", "VALUE.NAMEDINSTANCE"},
 };

@@ -92,8 +92,35 @@ class NastyTextTest : public testing::Test {
         fServer.Answer("EnumerateInstanceNames", "TEST_Disk", PathXml("TEST_Disk", nasty));
         fServer.Answer("GetInstance", "TEST_Disk", BareInstanceXml("TEST_Disk", nasty, values));
         fServer.Answer("GetInstance", "", BareInstanceXml("TEST_Disk", nasty, values));
+        AnswerAboutAssociations(nasty, values);
         fServer.Fail("GetClass", "TEST_Bad", kFailed, NastyText());
         fServer.Fail("EnumerateInstances", "TEST_Bad", kFailed, NastyText());
+    }
+
+    void AnswerAboutAssociations(const std::string& nasty, const std::string& values) {
+        const auto whole_path = [](const std::string& path) {
+            return "<INSTANCEPATH><NAMESPACEPATH><HOST>h</HOST><LOCALNAMESPACEPATH><NAMESPACE NAME=\"root\"/>"
+                   "<NAMESPACE NAME=\"cimv2\"/></LOCALNAMESPACEPATH></NAMESPACEPATH>" +
+                   path + "</INSTANCEPATH>";
+        };
+        const auto key = [](const std::string& role, const std::string& name) {
+            return "<KEYBINDING NAME=\"" + role + "\"><VALUE.REFERENCE>" + PathXml("TEST_Disk", name) +
+                   "</VALUE.REFERENCE></KEYBINDING>";
+        };
+        const std::string link =
+            "<INSTANCENAME CLASSNAME=\"TEST_Link\">" + key("From", "a") + key("To", nasty) + "</INSTANCENAME>";
+        fServer.Answer("AssociatorNames", "",
+                       "<OBJECTPATH>" + whole_path(PathXml("TEST_Disk", nasty)) + "</OBJECTPATH>");
+        fServer.Answer("ReferenceNames", "", "<OBJECTPATH>" + whole_path(link) + "</OBJECTPATH>");
+        fServer.Answer("Associators", "",
+                       "<VALUE.OBJECTWITHPATH>" + whole_path(PathXml("TEST_Disk", nasty)) +
+                           BareInstanceXml("TEST_Disk", nasty, values) + "</VALUE.OBJECTWITHPATH>");
+        fServer.Answer("EnumerateInstanceNames", "CIM_Namespace", PathXml("CIM_Namespace", nasty));
+        for (const std::string cls : {"CIM_RegisteredProfile", "CIM_ObjectManager"}) {
+            const std::string property = cls == "CIM_ObjectManager" ? "Version" : "RegisteredName";
+            fServer.Answer("GetClass", cls, ClassXml(cls, "", DeclarationXml(property, "string")));
+            fServer.Answer("EnumerateInstances", cls, InstanceXml(cls, nasty, PropertyXml(property, "string", nasty)));
+        }
     }
 
     std::vector<std::string> Arguments(std::vector<std::string> arguments) const {
@@ -128,9 +155,19 @@ const std::vector<Form> kForms{
     {{"instances", "TEST_Disk", "--raw"}, {"table", "plain", "json", "csv", "mof"}},
     {{"instances", "TEST_Disk", "--deep"}, {"table", "plain", "json", "csv", "mof"}},
     {{"instances", "TEST_Disk", "--paths"}, {"table", "plain", "json", "csv"}},
+    {{"instances", "TEST_Disk", "--keys"}, {"table", "plain", "json", "csv"}},
+    {{"instances", "TEST_Disk", "--wide"}, {"csv"}},
+    {{"instance", "TEST_Disk", "--key", "Name=none"}, {"plain"}},
+    {{"count"}, {"table", "plain", "json", "csv"}},
     {{"instance", "TEST_Disk.Name=\"a\""}, {"table", "plain", "json", "csv", "mof"}},
     {{"watch", "TEST_Disk", "--count", "0"}, {"plain", "json"}},
     {{"info"}, {"plain", "json"}},
+    {{"namespaces"}, {"plain", "json", "csv"}},
+    {{"profiles"}, {"table", "plain", "json", "csv"}},
+    {{"associators", "TEST_Disk.Name=\"a\""}, {"table", "plain", "json", "csv", "mof"}},
+    {{"associators", "TEST_Disk.Name=\"a\"", "--names"}, {"table", "plain", "json", "csv"}},
+    {{"references", "TEST_Disk.Name=\"a\"", "--names"}, {"table", "plain", "json", "csv"}},
+    {{"related", "TEST_Disk.Name=\"a\"", "--depth", "1"}, {"plain", "json", "dot"}},
     {{"class", "TEST_Bad"}, {"mof", "json"}},
     {{"instances", "TEST_Bad"}, {"table", "json"}},
 };
@@ -222,6 +259,21 @@ TEST_F(NastyTextTest, ThePromptForAPasswordShowsItSafely) {
     TerminalProgram program(CIMHTTP_PROGRAM, Arguments({"--user", NastyText(), "classes"}));
     ASSERT_TRUE(program.AwaitText("end on http")) << program.Screen();
     EXPECT_EQ(Fault(program.Screen(), "\r\n"), "") << program.Screen();
+}
+
+TEST_F(NastyTextTest, WhatThereIsToChooseFromIsShownSafely) {
+    fServer.Answer("EnumerateInstanceNames", "TEST_Disk",
+                   PathXml("TEST_Disk", Escaped(NastyText())) + PathXml("TEST_Disk", "other"));
+    TerminalProgram program(CIMHTTP_PROGRAM, Arguments({"instance", "TEST_Disk"}), {"NO_COLOR=1"});
+    ASSERT_TRUE(program.AwaitText("Which one (1-2, or nothing)? ")) << program.Screen();
+    program.Type("\r");
+    program.Wait();
+    std::string screen = program.Screen();
+    for (const std::string erasure = "\r\x1b[K"; screen.find(erasure) != std::string::npos;) {
+        screen.erase(screen.find(erasure), erasure.size());
+    }
+    EXPECT_EQ(Fault(screen, "\r\n"), "") << screen;
+    EXPECT_EQ(Fault(RunCimhttp(Arguments({"instance", "TEST_Disk"})).errors, "\n"), "");
 }
 
 TEST(NastyText, TheLineThatSaysWhatIsReadShowsItSafely) {

@@ -117,6 +117,7 @@ class ProgramTest : public testing::Test {
 // --- What the commands show --------------------------------------------------------------------------------------
 
 TEST_F(ProgramTest, InfoNamesThePluginTheProviderAndTheServer) {
+    fServer.Answer("EnumerateQualifiers", "", "");
     const auto run = Run({"info"});
     EXPECT_EQ(run.status, 0) << run.errors;
     EXPECT_THAT(run.output, HasSubstr("libcimhttp.nsp.so\nprovider    cimhttp, type 2\nserver      http://" +
@@ -448,7 +449,7 @@ TEST_F(ProgramTest, WrongUsageIsOneLineThatSaysWhatIsWrong) {
         {{"--log", "loud", "classes"},
          "--log: there is no 'loud'; give error, warning, info or debug; see cimhttp --help\n"},
         {{"-o", "xml", "classes"},
-         "--output: there is no 'xml'; give table, plain, json, csv or mof; see cimhttp --help\n"},
+         "--output: there is no 'xml'; give table, plain, json, csv, mof or dot; see cimhttp --help\n"},
         {{"-o", "mof", "classes"}, "classes does not write mof: it has plain, json or csv\n"},
         {{"--tls=maybe", "classes"}, "as in --tls=false, is true or false\n"},
         {{"watch", "TEST_Disk", "--count", "-1"}, "--count: Value -1 not in range 0 to 1000000000; see cimhttp watch"},

@@ -16,7 +16,7 @@ namespace {
 constexpr const char* kMisleading = "CIM_ERR_NOT_FOUND HTTP error 401 within 5 s, TLS, SSLContext";
 
 RemoteFailure Of(Kind kind, unsigned cim_status = 0, unsigned http_status = 0) {
-    return {kind, cim_status, http_status, kMisleading};
+    return {kind, cim_status, http_status, kMisleading, {}};
 }
 
 Failure::ExitStatus StatusOf(const RemoteFailure& failure) { return RemoteReason(failure, Connection()).Status(); }

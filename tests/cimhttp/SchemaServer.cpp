@@ -14,7 +14,7 @@ namespace {
 constexpr std::uint16_t kHttpPort = 5988;
 
 demo::CimService SecondService() {
-    const demo::SchemaDocuments documents({demo::BuiltInSource(), SecondSchema()});
+    const demo::SchemaDocuments documents(demo::BuiltInSources({SecondSchema()}));
     demo::Schema schema = demo::ReadSchema(documents);
     demo::InstanceProviders instances = demo::DeclaredInstances(documents, schema, demo::CimService::kNamespace);
     return {std::move(schema), std::move(instances), "schema.example"};

@@ -6,7 +6,7 @@
 demo::SchemaSource SecondSchema() { return {"second-schema.xml", support::ReadFile(CIMHTTP_SECOND_SCHEMA)}; }
 
 const demo::Schema& WholeSchema() {
-    static const demo::Schema schema = demo::ReadSchema(demo::SchemaDocuments({demo::BuiltInSource(), SecondSchema()}));
+    static const demo::Schema schema = demo::ReadSchema(demo::SchemaDocuments(demo::BuiltInSources({SecondSchema()})));
     return schema;
 }
 

@@ -34,7 +34,7 @@ std::string Object(const std::string& object) { return "<VALUE.OBJECT>" + object
 /// What is wrong with a document beside the built-in schema.
 Problems ProblemsOf(const std::string& text) {
     try {
-        const demo::SchemaDocuments documents({demo::BuiltInSource(), {"own.xml", text}});
+        const demo::SchemaDocuments documents(demo::BuiltInSources({{"own.xml", text}}));
         const demo::Schema schema = demo::ReadSchema(documents);
         demo::DeclaredInstances(documents, schema, "root/cimv2");
         return {};
@@ -54,7 +54,7 @@ TEST(OwnSchema, ListsAllProblemsWithTheirLines) {
                                     "</PROPERTY></CLASS></VALUE.OBJECT>\n" +
                                     Object("<CLASS NAME='cim_system'/>") + Object("<CLASS NAME='MY_Disk'/>"))),
                 ElementsAre(testing::MatchesRegex("own.xml:11: schema: class cim_system is declared twice, first at "
-                                                  "demo-schema.xml:[0-9]+"),
+                                                  "cim-schema.xml:[0-9]+"),
                             "own.xml:12: schema: class MY_Disk is declared twice, first at own.xml:2",
                             "own.xml:2: class MY_Disk: superclass CIM_Nothing is not declared",
                             "own.xml:3: class MY_Disk: qualifier Nonsense has no declaration",

@@ -1,4 +1,5 @@
 #include "HttpExchange.h"
+#include "TestPki.h"
 
 #include "support/LoopbackAddress.h"
 #include "support/ProgramRun.h"
@@ -175,6 +176,51 @@ TEST(Program, WarnsOfAFileWithPasswordsThatEverybodyMayUse) {
     EXPECT_THAT(firstLineWith(0660, {"--users", users}), HasSubstr(" ready"));
 }
 
+TEST(Program, TakesACertificateWithItsKeyAndDemandsThoseOfClients) {
+    if (support::FindProgram("openssl").empty()) {
+        GTEST_SKIP() << "openssl is not installed";
+    }
+    const std::string address = support::LoopbackAddress();
+    const TestPki pki(address);
+    ::chmod(pki.ServerKey().c_str(), S_IRUSR | S_IWUSR | S_IROTH);
+    const std::string written = pki.Path("written.pem");
+    Program program({"--address", address, "--certificate", pki.ServerChain(), "--key", pki.ServerKey(), "--client-ca",
+                     pki.Root(), "--certificate-out", written});
+    EXPECT_EQ(program.ReadLine(), "demo-server: warning: " + pki.ServerKey() +
+                                      " holds a private key, and everybody may read it (mode 0604); chmod 600 " +
+                                      pki.ServerKey() + " helps");
+    program.ReadLine();
+    program.ReadLine();
+    EXPECT_EQ(support::ReadFile(written), support::ReadFile(pki.ServerChain()));
+    const auto connect = [&](const std::string& arguments) {
+        const auto run =
+            support::RunProgram("/bin/sh", {"-c", "openssl s_client -tls1_2 -CAfile " + pki.Root() + " -connect " +
+                                                      address + ":5989 " + arguments + " </dev/null"});
+        return run.output + run.errors;
+    };
+    EXPECT_THAT(connect("-cert " + pki.Client() + " -cert_chain " + pki.Intermediate() + " -key " + pki.ClientKey()),
+                HasSubstr("Verify return code: 0 (ok)"));
+    EXPECT_THAT(connect(""), HasSubstr("alert handshake failure"));
+}
+
+TEST(Program, EndsWithOneLineWhenACertificateCannotBeUsed) {
+    const support::TemporaryDirectory directory;
+    const std::string garbage = directory.WriteFile("garbage.pem", "x\n");
+    ::chmod(garbage.c_str(), S_IRUSR | S_IWUSR);
+    const auto output = [](const std::vector<std::string>& arguments) {
+        std::vector<std::string> all{"--address", support::LoopbackAddress()};
+        all.insert(all.end(), arguments.begin(), arguments.end());
+        Program program(all);
+        const std::string text = program.ReadAll();
+        EXPECT_NE(program.Wait(), 0);
+        return text;
+    };
+    EXPECT_EQ(output({"--certificate", garbage}), "demo-server: " + garbage + " holds no certificate\n");
+    EXPECT_EQ(output({"--client-ca", garbage}), "demo-server: " + garbage + " holds no certificate\n");
+    EXPECT_THAT(output({"--certificate", "none.pem"}), HasSubstr("--certificate: File does not exist: none.pem"));
+    EXPECT_THAT(output({"--key", garbage}), HasSubstr("--key requires --certificate"));
+}
+
 TEST(Program, MayHaveAsManyDescriptorsAsItIsAllowed) {
     const std::string address = support::LoopbackAddress();
     const Program program({"-c", std::string("ulimit -Sn 64; exec ") + DEMO_SERVER_PROGRAM + " --address " + address},
@@ -213,6 +259,46 @@ TEST(Program, EndsWithALineForEachProblemOfASchema) {
     EXPECT_EQ(program.ReadAll(), "demo-server: " + own + ":3: schema: class A is declared twice, first at " + own +
                                      ":2\ndemo-server: " + own + ":2: class A: superclass B is not declared\n");
     EXPECT_EQ(program.Wait(), 1);
+}
+
+TEST(Program, ServesNamespacesWithTheirSchemas) {
+    const support::TemporaryDirectory directory;
+    const std::string more = directory.WriteFile(
+        "more=1.xml", "<CIM><DECLARATION><DECLGROUP><VALUE.OBJECT><CLASS NAME='MORE_Rack' SUPERCLASS='EXAMPLE_Rack'/>"
+                      "</VALUE.OBJECT></DECLGROUP></DECLARATION></CIM>");
+    const std::string address = support::LoopbackAddress();
+    const Program program({"--address", address, "--namespace", std::string("root/site=") + EXAMPLE_NAMESPACE,
+                           "--namespace", "Root/Site=" + more, "--interop", "root/interop"});
+    program.ReadLine();
+    program.ReadLine();
+    const auto ask = [](const std::string& nameSpace, const std::string& method, const std::string& parameters) {
+        auto headers = exchange::OperationHeaders(method);
+        headers["CIMObject"] = nameSpace;
+        return exchange::Send(exchange::Post(headers, exchange::OperationBody(method, parameters, nameSpace))).body;
+    };
+    EXPECT_THAT(ask("root/site", "EnumerateInstances", exchange::ClassName("EXAMPLE_Rack")), HasSubstr(">cellar<"));
+    EXPECT_THAT(ask("root/site", "EnumerateClassNames", exchange::ClassName("EXAMPLE_Rack")), HasSubstr("MORE_Rack"));
+    EXPECT_THAT(ask("root/interop", "EnumerateInstances", exchange::ClassName("CIM_Namespace")),
+                HasSubstr("<VALUE>root/site</VALUE>"));
+}
+
+TEST(Program, EndsWithOneLineWhenANamespaceCannotBe) {
+    const auto problem = [](const std::vector<std::string>& arguments) {
+        std::vector<std::string> all{"--address", support::LoopbackAddress()};
+        all.insert(all.end(), arguments.begin(), arguments.end());
+        Program program(all);
+        const std::string text = program.ReadLine();
+        EXPECT_NE(program.Wait(), 0);
+        return text;
+    };
+    const std::string file = EXAMPLE_NAMESPACE;
+    EXPECT_EQ(problem({"--namespace", "/root/site=" + file}),
+              "demo-server: \"/root/site\" cannot be the name of a namespace; names look like root/example");
+    EXPECT_EQ(problem({"--namespace", "root/site"}), "--namespace: root/site is not NAMESPACE=SCHEMA");
+    EXPECT_EQ(problem({"--namespace", "=" + file}), "--namespace: =" + file + " is not NAMESPACE=SCHEMA");
+    EXPECT_EQ(problem({"--namespace", "root/site=no.xml"}), "--namespace: File does not exist: no.xml");
+    EXPECT_EQ(problem({"--interop", "root/cimv2"}),
+              "demo-server: the Interop namespace cannot be root/cimv2, which shows this machine");
 }
 
 TEST(Program, OfTheDocumentServesItsPumps) {

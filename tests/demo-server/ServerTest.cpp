@@ -202,6 +202,23 @@ TEST_F(Server, RefusesABodyThatIsNoRequest) {
     }
 }
 
+TEST_F(Server, RefusesNamesThatItsAnswerCouldNotRepeat) {
+    const auto answer = [](const std::string& from, const std::string& to) {
+        std::string body = OperationBody("Invent");
+        body.replace(body.find(from), from.size(), to);
+        return Send(Post(OperationHeaders("Invent"), body));
+    };
+    for (const std::string wrong : {"\x01", "In\x1Fvent", "&#1;", "In&#31;vent", "\xFF", "In\xC3", "\xEF\xBF\xBF"}) {
+        for (const std::string attribute : {"<IMETHODCALL NAME=\"", "<MESSAGE ID=\""}) {
+            const auto response = answer(attribute, attribute + wrong);
+            EXPECT_EQ(response.status, 400) << wrong;
+            EXPECT_EQ(response.headers.at("cimerror"), "request-not-valid") << wrong;
+        }
+    }
+    EXPECT_THAT(answer("<MESSAGE ID=\"7", "<MESSAGE ID=\"\xC3\xBC&#9;&#10;").body,
+                HasSubstr("<MESSAGE ID=\"\xC3\xBC&#9;&#10;\""));
+}
+
 TEST_F(Server, RefusesVersionsAndRequestsThatItDoesNotSupport) {
     const auto answer = [](const std::string& from, const std::string& to) {
         std::string body = OperationBody("GetClass");

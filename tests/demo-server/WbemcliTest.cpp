@@ -26,6 +26,7 @@ namespace {
 
 using testing::AllOf;
 using testing::Contains;
+using testing::Each;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::HasSubstr;
@@ -63,6 +64,11 @@ class Wbemcli : public testing::TestWithParam<Transport> {
                             const std::string& properties = "", const std::string& user = "a user:pass word") const {
         const std::string url =
             GetParam().scheme + "://" + user + '@' + Server() + (object.empty() ? "" : ":" + object);
+        return RunWithUrl(command, std::move(options), url, properties);
+    }
+
+    support::ProgramRun RunWithUrl(const std::string& command, Lines options, const std::string& url,
+                                   const std::string& properties = "") const {
         options.insert(options.begin(), {command, "-cacert", certificate_});
         options.push_back(url);
         if (!properties.empty())
@@ -72,7 +78,16 @@ class Wbemcli : public testing::TestWithParam<Transport> {
 
     Lines LinesOf(const std::string& command, const Lines& options, const std::string& object,
                   const std::string& properties = "") const {
-        const auto run = Run(command, options, object, properties);
+        return LinesOf(Run(command, options, object, properties));
+    }
+
+    /// The same in another namespace, which is part of the object.
+    Lines LinesIn(const std::string& command, const Lines& options, const std::string& object) const {
+        return LinesOf(
+            RunWithUrl(command, options, GetParam().scheme + "://a user:pass word@" + Port() + '/' + object));
+    }
+
+    static Lines LinesOf(const support::ProgramRun& run) {
         EXPECT_EQ(run.status, 0) << run.output << run.errors;
         Lines lines;
         std::istringstream text(run.output);
@@ -82,7 +97,8 @@ class Wbemcli : public testing::TestWithParam<Transport> {
     }
 
     /// What it puts in front of objects without a path: where it got them.
-    std::string Server() const { return support::LoopbackAddress() + ':' + GetParam().port + "/root/cimv2"; }
+    std::string Server() const { return Port() + "/root/cimv2"; }
+    std::string Port() const { return support::LoopbackAddress() + ':' + GetParam().port; }
     std::string Here(const std::string& object) const { return Server() + ':' + object; }
 
     /// What it puts in front of objects with a path.
@@ -98,6 +114,7 @@ class Wbemcli : public testing::TestWithParam<Transport> {
         options.address = support::LoopbackAddress();
         options.volumes = kVolumes;
         options.users.Add("a user", "pass word");
+        options.namespaces["root/site"].push_back({"site.xml", support::ReadFile(EXAMPLE_NAMESPACE)});
         return options;
     }
 
@@ -328,6 +345,41 @@ TEST_P(Wbemcli, RinAndRiShowTheAssociationsThemselves) {
                                    "-PartComponent&#={" + Volume("volume-0000001") + '}', ""));
     EXPECT_THAT(LinesOf("ri", {"-nl", "-arc", "CIM_RunningOS"}, Computer(), "Since"),
                 ElementsAre(StartsWith(There("DEMO_RunningOS.")), StartsWith("-Since="), ""));
+}
+
+TEST_P(Wbemcli, ReadsEachNamespace) {
+    const auto names = LinesIn("ein", {}, "interop:CIM_Namespace");
+    ASSERT_EQ(names.size(), 3U);
+    EXPECT_THAT(names, Each(AllOf(StartsWith(Port() + "/interop:CIM_Namespace."),
+                                  HasSubstr("ObjectManagerName=\"cimhttp:demo-server\""))));
+    for (const char* const name : {"root/cimv2", "interop", "root/site"}) {
+        EXPECT_THAT(names, Contains(HasSubstr(",Name=\"" + std::string(name) + '"')));
+        EXPECT_THAT(LinesIn("ecn", {}, std::string(name) + ":CIM_ManagedElement"),
+                    Contains(Port() + '/' + name + ":CIM_ManagedSystemElement"));
+    }
+    EXPECT_THAT(LinesIn("ecn", {}, "root/site:CIM_ManagedElement"), Contains(Port() + "/root/site:EXAMPLE_Rack"));
+    EXPECT_THAT(LinesIn("ei", {"-nl"}, "root/site:EXAMPLE_Rack"), Contains("-Room=\"cellar\""));
+    const auto none = RunWithUrl("ecn", {}, GetParam().scheme + "://a user:pass word@" + Port() + "/root/none");
+    EXPECT_THAT(none.output + none.errors, HasSubstr("(3) CIM_ERR_INVALID_NAMESPACE"));
+}
+
+TEST_P(Wbemcli, FollowsAProfileIntoTheOtherNamespace) {
+    EXPECT_THAT(LinesIn("ei", {"-nl"}, "interop:CIM_ObjectManager"),
+                Contains("-Version=\"cimhttp demo-server " CIMHTTP_VERSION "\""));
+    const std::string server = "interop:CIM_RegisteredProfile.InstanceID=\"cimhttp:BaseServer\"";
+    const std::string network = "interop:CIM_RegisteredProfile.InstanceID=\"cimhttp:HostLANNetworkPort\"";
+    EXPECT_THAT(LinesIn("ein", {}, "interop:CIM_RegisteredProfile"),
+                ElementsAre(Port() + '/' + server, Port() + '/' + network));
+    const auto computer = LinesIn("ain", {}, server);
+    ASSERT_THAT(computer, ElementsAre(StartsWith(There("DEMO_ComputerSystem."))));
+    // What it is led to can be asked for as it stands there.
+    const std::string path = computer[0].substr(computer[0].find('/') + 1);
+    EXPECT_THAT(LinesIn("gi", {"-nl"}, path), Contains("-Caption=\"This computer\""));
+    const auto ports = LinesIn("ain", {"-ac", "CIM_ElementConformsToProfile"}, network);
+    EXPECT_THAT(ports, AllOf(testing::Not(IsEmpty()), Each(StartsWith(There("DEMO_NetworkPort.")))));
+    EXPECT_EQ(ports.size(), LinesOf("ein", {}, "CIM_NetworkPort").size());
+    EXPECT_THAT(LinesIn("ai", {"-nl"}, server), Contains("-Caption=\"This computer\""));
+    EXPECT_THAT(LinesIn("rin", {}, server), ElementsAre(HasSubstr("ManagedElement=root/cimv2:DEMO_ComputerSystem.")));
 }
 
 TEST_P(Wbemcli, ShowsTheServersErrors) {

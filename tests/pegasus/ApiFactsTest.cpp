@@ -342,8 +342,8 @@ std::string messageOf(Action action) {
 
 TEST(ApiFacts, AnErrorQuotesTheTextThatIsWrong) {
     EXPECT_EQ(messageOf<InvalidNameException>([] { CIMName("a b"); }), "not a CIM name: \"a b\"");
-    EXPECT_EQ(messageOf<InvalidNamespaceNameException>([] { CIMNamespaceName("/a"); }),
-              "not a CIM namespace name: \"/a\"");
+    EXPECT_EQ(messageOf<InvalidNamespaceNameException>([] { CIMNamespaceName("a/"); }),
+              "not a CIM namespace name: \"a/\"");
     EXPECT_EQ(messageOf<InvalidDateTimeFormatException>([] { CIMDateTime(String("noon")); }),
               "not the text of a CIM datetime: \"noon\"");
     EXPECT_EQ(messageOf<MalformedObjectNameException>([] { CIMObjectPath("A.K"); }), "not an object path: \"A.K\"");

@@ -285,6 +285,8 @@ static_assert(same<SSLCertificateVerifyFunction, Boolean(SSLCertificateInfo&)>);
 static_assert(made<SSLContext, const String&, SSLCertificateVerifyFunction*> &&
               std::is_copy_constructible_v<SSLContext>);
 static_assert(made<SSLContext, const String&, SSLCertificateVerifyFunction*, const String&>);
+static_assert(
+    made<SSLContext, const String&, const String&, const String&, SSLCertificateVerifyFunction*, const String&>);
 static_assert(reads<SSLCertificateInfo, const String&>(&SSLCertificateInfo::getSubjectName));
 static_assert(reads<SSLCertificateInfo, const String&>(&SSLCertificateInfo::getIssuerName));
 static_assert(reads<SSLCertificateInfo, Uint32>(&SSLCertificateInfo::getErrorDepth));

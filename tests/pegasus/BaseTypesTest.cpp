@@ -125,10 +125,17 @@ TEST(CIMNameTest, NamesAreComparedWithoutCase) {
 TEST(CIMNamespaceNameTest, NamesAreSeparatedBySlashes) {
     for (const char* name : {"root", "root/cimv2", "a/b/c"})
         EXPECT_EQ(CIMNamespaceName(name).getString(), String(name));
-    for (const char* name : {"", "/root", "root/", "root//cimv2", "root/1", "root cimv2"})
+    for (const char* name : {"", "/", "//root", "root/", "root//cimv2", "root/1", "root cimv2"})
         EXPECT_THROW(CIMNamespaceName{name}, InvalidNamespaceNameException) << name;
     EXPECT_EQ(CIMNamespaceName("root/CIMV2"), CIMNamespaceName("ROOT/cimv2"));
     EXPECT_TRUE(CIMNamespaceName().isNull());
+}
+
+TEST(CIMNamespaceNameTest, ASlashBeforeTheNameIsDropped) {
+    EXPECT_TRUE(CIMNamespaceName::legal("/root/cimv2"));
+    EXPECT_FALSE(CIMNamespaceName::legal("//root/cimv2"));
+    EXPECT_EQ(CIMNamespaceName("/root/cimv2").getString(), String("root/cimv2"));
+    EXPECT_EQ(CIMNamespaceName("/root"), CIMNamespaceName("root"));
 }
 
 TEST(CIMTypeTest, EveryTypeHasItsName) {

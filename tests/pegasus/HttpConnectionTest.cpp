@@ -659,6 +659,36 @@ TEST_F(Authentication, IsForBasicChallengesOnly) {
     EXPECT_THAT(authorizations(), ElementsAre(""));
 }
 
+constexpr char kRefusal[] = "HTTP/1.1 401 Unauthorized\r\nContent-Length: 4\r\n\r\nnope";
+
+TEST_F(Authentication, AnswersARefusalThatNamesNoScheme) {
+    auto connection = connectionTo(serveInTurn({kRefusal, Answer("1"), Answer("2")}), kAda);
+    EXPECT_THAT(exchanges(connection, 2), ElementsAre("1", "2"));
+    EXPECT_THAT(authorizations(), ElementsAre("", kAdasAuthorization, kAdasAuthorization));
+}
+
+TEST_F(Authentication, AnswersARefusalThatNamesNoSchemeOnce) {
+    auto connection = connectionTo(serveInTurn({kRefusal, kRefusal, kRefusal}), kAda);
+    EXPECT_EQ(exchange(connection), "nope");
+    EXPECT_EQ(status_, 401U);
+    EXPECT_THAT(authorizations(), ElementsAre("", kAdasAuthorization));
+}
+
+TEST_F(Authentication, IsNotGivenToARefusalOfAnotherKind) {
+    for (const char* status : {"403 Forbidden", "407 Proxy Authentication Required", "500 No"}) {
+        auto connection = connectionTo(serve([status](Connection& peer) {
+                                           std::string seen;
+                                           while (const auto request = peer.ReadRequest()) {
+                                               seen += request->Header("Authorization");
+                                               peer.Write("HTTP/1.1 " + std::string(status) + "\r\nContent-Length: " +
+                                                          std::to_string(seen.size()) + "\r\n\r\n" + seen);
+                                           }
+                                       }),
+                                       kAda);
+        EXPECT_THAT(exchanges(connection, 2), ElementsAre("", "")) << status;
+    }
+}
+
 TEST_F(Authentication, FindsBasicAmongOtherSchemes) {
     auto connection = connectionTo(
         serveInTurn({"HTTP/1.1 401 No\r\nwww-authenticate: Digest realm=\"a\", nonce=\"\\\"x\", BASIC realm=\"b\"\r\n"

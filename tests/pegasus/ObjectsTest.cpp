@@ -261,10 +261,14 @@ TEST(CIMObjectPathTest, IdenticalPathsAgreeInMeaning) {
     EXPECT_NE(CIMObjectPath("A.K=-1"), CIMObjectPath("A.K=1"));
 }
 
+TEST(CIMObjectPathTest, ANamespaceMayHaveASlashBeforeIt) {
+    EXPECT_EQ(CIMObjectPath("/root/cimv2:A.K=1").toString(), String("root/cimv2:A.K=1"));
+}
+
 TEST(CIMObjectPathTest, MalformedTextsAreRefused) {
     for (const char* path :
-         {"",           "1A",     "A.",           "A.K",     "A.K=",   "A.K=x",     "A.K=\"x", "A.K=\"x\\",
-          "A.K=\"x\"y", "A.K=1,", "A.=1",         "A.K=1 2", "//host", "///root:A", "/root:A", "root/:A",
+         {"",           "1A",     "A.",           "A.K",     "A.K=",   "A.K=x",     "A.K=\"x",  "A.K=\"x\\",
+          "A.K=\"x\"y", "A.K=1,", "A.=1",         "A.K=1 2", "//host", "///root:A", "//root:A", "root/:A",
           ":A",         "root:",  "//host/root:", "A=",      "A=1,2",  "A B",       "A.K=--1"})
         EXPECT_THROW(CIMObjectPath{path}, MalformedObjectNameException) << path;
 }

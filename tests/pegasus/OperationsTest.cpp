@@ -292,6 +292,18 @@ struct Operation {
 
 class EveryOperationTest : public OperationsTest, public ::testing::WithParamInterface<Operation> {};
 
+TEST_F(OperationsTest, PulledEnumerationsAreToldByTheErrorAboutAClassThatThereIsNot) {
+    const auto hasPulls = [this](unsigned code) {
+        server_.Fail("OpenEnumerateInstancePaths", "CIMHTTP_NoSuchClass", code, "no");
+        return client_.hasPulledEnumerations(kNamespace);
+    };
+    EXPECT_TRUE(hasPulls(5));
+    EXPECT_TRUE(hasPulls(6));
+    EXPECT_FALSE(hasPulls(7));
+    EXPECT_THROW(hasPulls(1), CIMException);
+    EXPECT_EQ(server_.Calls().size(), 4U);
+}
+
 TEST_P(EveryOperationTest, ReportsTheServersError) {
     for (const auto place : {CimServer::ErrorPlace::kBody, CimServer::ErrorPlace::kTrailers}) {
         server_.Fail(GetParam().name, GetParam().object, 7, "not today", place);

@@ -9,6 +9,7 @@
 #include <memory>
 
 #include "PluginTest.h"
+#include "ScopedPolicy.h"
 #include "cimhttp/ContextKeys.h"
 #include "host/TRootObject.h"
 #include "model/TCimHTTPProperty.h"
@@ -242,6 +243,19 @@ std::string Embedded(std::size_t levels, const std::string& innermost) {
               Escaped(xml) + "</VALUE></PROPERTY></INSTANCE>";
     }
     return xml;
+}
+
+TEST_P(LimitsTest, APolicyNeedsNoMoreStackThanAServer) {
+    ScopedPolicy policy(R"({"servers": [{"match": ["x", "*"], "force": {"tls": true}}]})");
+    fLog->ExpectInfos();
+    const support::TestCertificate certificate(support::TestCertificate::For(fServer.Address()));
+    fServer.ListenTls(kHttpsPort, certificate);
+    RunOnStackOf(2 * kStackFactor << 16U, [&] { Allocated()->connect(fServer.Address(), "", "", kHttpsPort); });
+    policy.Write(std::string(std::size_t{1} << 20U, '['));
+    RunOnStackOf(kStackFactor << 16U, [&] {
+        const auto nameSpace = Allocated();
+        EXPECT_EQ(StatusOf([&] { nameSpace->connect(fServer.Address(), "", "", kHttpPort); }), 42U);
+    });
 }
 
 std::string NestedReference(std::size_t levels) {

@@ -2,6 +2,7 @@
 // read is then either complete or known to be not; nothing breaks, and the namespace goes on.
 
 #include "PluginTest.h"
+#include "ScopedPolicy.h"
 #include "cimhttp/ContextKeys.h"
 #include "model/TCimHTTPProperty.h"
 #include "support/FailingAllocations.h"
@@ -109,6 +110,23 @@ TEST_P(ScarcityTest, ALookupGivesAClassOrSaysWhyNotAndTheNextOneGivesIt) {
                           }).size(),
                           3U);
             }
+        });
+}
+
+TEST_P(ScarcityTest, APolicyIsFollowedOrNothingIsConnected) {
+    const ScopedPolicy policy(R"({"servers": [{"match": "*", "force": {"namespace": "forced", "timeout": 30000}}]})");
+    fLog->ExpectInfos();
+    RunShortOfMemory(
+        [&] {
+            return boost::dynamic_pointer_cast<TCimHTTPNamespace>(
+                TCimHTTPNamespaceProvider::GetInstance()->AllocateNamespace(fContext, false));
+        },
+        [&](const auto& nameSpace) { nameSpace->connect(fServer.Address(), "", "", kHttpPort); },
+        [&](const auto& nameSpace, const TOutcome& outcome) {
+            EXPECT_EQ(nameSpace->isConnected(), !outcome.thrown);
+            EXPECT_EQ(nameSpace->getPegNSP()->getString(),
+                      Pegasus::String(nameSpace->isConnected() ? "forced" : "root/cimv2"));
+            EXPECT_EQ(nameSpace->getPegClient()->getTimeout() == 30000U, nameSpace->isConnected());
         });
 }
 

@@ -13,7 +13,7 @@ struct ProgramRun {
 };
 
 /// Runs a program, found by its path, with these arguments and waits for its end. `environment` has entries like
-/// "NAME=value"; the program sees them and PATH, nothing else, and has no terminal.
+/// "NAME=value"; the program sees them and what each ProgramStart adds, nothing else, and has no terminal.
 ProgramRun RunProgram(const std::string& program, const std::vector<std::string>& arguments,
                       const std::vector<std::string>& environment = {});
 

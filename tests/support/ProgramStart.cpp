@@ -26,7 +26,11 @@ ProgramStart::ProgramStart(std::string program, const std::vector<std::string>& 
                            std::vector<std::string> environment)
     : program_(std::move(program)), words_{program_}, variables_(std::move(environment)) {
     words_.insert(words_.end(), arguments.begin(), arguments.end());
-    variables_.push_back(std::string("PATH=") + std::getenv("PATH"));
+    for (const char* const name : {"PATH", "CIMHTTP_POLICY"}) {
+        if (const char* const value = std::getenv(name)) {
+            variables_.push_back(std::string(name) + '=' + value);
+        }
+    }
     word_pointers_ = Pointers(words_);
     variable_pointers_ = Pointers(variables_);
 }

@@ -9,7 +9,8 @@ namespace support {
 /// allocated: another thread may have held the allocator's lock, and nobody gives it back in the child.
 class ProgramStart {
   public:
-    /// `environment` has entries like "NAME=value"; the program sees them and PATH.
+    /// `environment` has entries like "NAME=value"; the program sees them, PATH, and the CIMHTTP_POLICY of the tests
+    /// unless it has one.
     ProgramStart(std::string program, const std::vector<std::string>& arguments, std::vector<std::string> environment);
     ProgramStart(const ProgramStart&) = delete;
     ProgramStart& operator=(const ProgramStart&) = delete;

@@ -87,6 +87,8 @@ class Peer : public Connection {
 
     std::size_t Index() const override { return index_; }
 
+    bool IsResumed() const override { return SSL_session_reused(ssl_.get()) == 1; }
+
     std::optional<HttpRequest> ReadRequest() override {
         std::size_t end = 0;
         while ((end = unread_.find("\r\n\r\n")) == std::string::npos) {
@@ -217,17 +219,32 @@ void Restrict(SSL_CTX& context, TlsVersion version) {
                      : version == TlsVersion::kOnly11 ? TLS1_1_VERSION
                      : version == TlsVersion::kOnly12 ? TLS1_2_VERSION
                                                       : TLS1_3_VERSION;
-    SSL_CTX_set_security_level(&context, 0); // the old versions have no algorithms that OpenSSL still takes for safe
     SSL_CTX_set_min_proto_version(&context, only);
     SSL_CTX_set_max_proto_version(&context, only);
 }
 
-SslContextPtr MakeSslContext(const TestCertificate& certificate, TlsVersion version) {
+/// Without a context for its sessions a server that requires certificates resumes none.
+void RequireClientCertificate(SSL_CTX& context, const std::string& authority_file) {
+    SSL_CTX_set_verify(&context, SSL_VERIFY_PEER | SSL_VERIFY_FAIL_IF_NO_PEER_CERT, nullptr);
+    SSL_CTX_set_client_CA_list(&context, SSL_load_client_CA_file(authority_file.c_str()));
+    const unsigned char name[] = "test";
+    if (SSL_CTX_load_verify_file(&context, authority_file.c_str()) != 1 ||
+        SSL_CTX_set_session_id_context(&context, name, sizeof name) != 1) {
+        throw std::runtime_error("cannot load " + authority_file);
+    }
+}
+
+SslContextPtr MakeSslContext(const TlsOptions& options) {
     SslContextPtr context(SSL_CTX_new(TLS_server_method()), SslContextFree());
-    Restrict(*context, version);
-    if (SSL_CTX_use_certificate_chain_file(context.get(), certificate.CertificateFile().c_str()) != 1 ||
-        SSL_CTX_use_PrivateKey_file(context.get(), certificate.KeyFile().c_str(), SSL_FILETYPE_PEM) != 1) {
-        throw std::runtime_error("cannot load " + certificate.CertificateFile());
+    SSL_CTX_set_security_level(context.get(),
+                               0); // the old versions have no algorithms that OpenSSL still takes for safe
+    Restrict(*context, options.version);
+    if (SSL_CTX_use_certificate_chain_file(context.get(), options.certificate_file.c_str()) != 1 ||
+        SSL_CTX_use_PrivateKey_file(context.get(), options.key_file.c_str(), SSL_FILETYPE_PEM) != 1) {
+        throw std::runtime_error("cannot load " + options.certificate_file);
+    }
+    if (!options.client_authority_file.empty()) {
+        RequireClientCertificate(*context, options.client_authority_file);
     }
     return context;
 }
@@ -363,7 +380,11 @@ ScriptedServer::~ScriptedServer() { Stop(); }
 std::uint16_t ScriptedServer::Listen(std::uint16_t port) { return impl_->Listen(port, nullptr); }
 
 std::uint16_t ScriptedServer::ListenTls(std::uint16_t port, const TestCertificate& certificate, TlsVersion version) {
-    return impl_->Listen(port, MakeSslContext(certificate, version));
+    return ListenTls(port, {certificate.CertificateFile(), certificate.KeyFile(), version, ""});
+}
+
+std::uint16_t ScriptedServer::ListenTls(std::uint16_t port, const TlsOptions& options) {
+    return impl_->Listen(port, MakeSslContext(options));
 }
 
 void ScriptedServer::Stop() { impl_->Stop(); }

@@ -17,6 +17,14 @@ namespace support {
 /// The versions of TLS that a server speaks.
 enum class TlsVersion { kCurrent, kOnly10, kOnly11, kOnly12, kOnly13 };
 
+/// How a server speaks TLS. Weak algorithms are good enough for it: it is for the client to refuse them.
+struct TlsOptions {
+    std::string certificate_file; ///< PEM: its certificate, and those that it sends with it
+    std::string key_file;         ///< PEM
+    TlsVersion version = TlsVersion::kCurrent;
+    std::string client_authority_file; ///< PEM: requires certificates of this authority; empty: asks for none
+};
+
 /// What a TLS server may send of its own accord, between the bytes of the application.
 enum class TlsMessage {
     kSessionTicket, ///< TLS 1.3
@@ -31,6 +39,9 @@ class Connection {
 
     /// How many connections the server had accepted before this one.
     virtual std::size_t Index() const = 0;
+
+    /// Whether the TLS handshake resumed a session of an earlier connection.
+    virtual bool IsResumed() const = 0;
 
     /// Reads the next request, its body by Content-Length. Nothing when the peer closed or the server stops.
     virtual std::optional<HttpRequest> ReadRequest() = 0;
@@ -79,6 +90,7 @@ class ScriptedServer {
     std::uint16_t Listen(std::uint16_t port);
     std::uint16_t ListenTls(std::uint16_t port, const TestCertificate& certificate,
                             TlsVersion version = TlsVersion::kCurrent);
+    std::uint16_t ListenTls(std::uint16_t port, const TlsOptions& options);
 
     /// Closes the listeners and all connections, then waits for the scripts, which all their calls' results tell to
     /// come to an end. What a script threw is thrown away.

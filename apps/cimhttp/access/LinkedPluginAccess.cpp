@@ -1,16 +1,15 @@
 #include "access/PluginAccess.h"
 
-#include <Pegasus/Client/CIMClient.h>
-
 #include <boost/make_shared.hpp>
 
+#include "access/DocumentReader.h"
+#include "access/RemoteAssociations.h"
 #include "access/RemoteReader.h"
 #include "convert/NormalName.h"
 #include "host/ICIMPropertyDecl.h"
 #include "model/TCimHTTPProperty.h"
 #include "model/TFaithfulInstance.h"
 #include "provider/TCimHTTPNamespace.h"
-#include "provider/TCimHTTPRequestedClassParser.h"
 
 namespace cimhttp {
 
@@ -22,23 +21,8 @@ using NQORVYX20::ICIMProperty;
 using NQORVYX20::ICIMPropertyDecl;
 using NQORVYX20::TCimHTTPNamespace;
 using NQORVYX20::TCimHTTPProperty;
+using NQORVYX20::TCIMReference;
 using NQORVYX20::TCIMValue;
-
-/// Remembers the first error, behind which the others are often only its consequences.
-class DocumentReader : public TCimHTTPRequestedClassParser {
-  public:
-    void FatalError(const char* message) override {
-        if (error_.empty()) {
-            error_ = "line " + std::to_string(GetCurLine()) + ": " + message;
-        }
-        TCimHTTPRequestedClassParser::FatalError(message);
-    }
-
-    const std::string& Error() const { return error_; }
-
-  private:
-    std::string error_;
-};
 
 class LinkedPluginAccess : public PluginAccess {
   public:
@@ -47,9 +31,8 @@ class LinkedPluginAccess : public PluginAccess {
         dynamic_cast<TCimHTTPNamespace&>(name_space).connect(host, user, password, port);
     }
 
-    void SetTimeout(ICIMNamespace& name_space, std::chrono::milliseconds timeout) const override {
-        auto* const client = dynamic_cast<TCimHTTPNamespace&>(name_space).getPegClient();
-        client->setTimeout(static_cast<Pegasus::Uint32>(timeout.count()));
+    bool WouldVerify(ICIMNamespace& name_space, const std::string& host, int port) const override {
+        return dynamic_cast<TCimHTTPNamespace&>(name_space).WouldVerify(host, port);
     }
 
     std::optional<NQORVYX20::RemoteFailure> LastFailure(ICIMNamespace& name_space) const override {
@@ -71,8 +54,13 @@ class LinkedPluginAccess : public PluginAccess {
         return ReadRemoteClassNames(dynamic_cast<TCimHTTPNamespace&>(name_space));
     }
 
-    std::vector<std::string> InstancePaths(ICIMNamespace& name_space, const std::string& class_name) const override {
+    std::vector<TCIMReference> InstancePaths(ICIMNamespace& name_space, const std::string& class_name) const override {
         return ReadRemotePaths(dynamic_cast<TCimHTTPNamespace&>(name_space), class_name);
+    }
+
+    std::vector<TCIMReference> InstancePathsIn(ICIMNamespace& name_space, const std::string& name,
+                                               const std::string& class_name) const override {
+        return ReadRemotePathsIn(dynamic_cast<TCimHTTPNamespace&>(name_space), name, class_name);
     }
 
     RemoteClass ReadClass(ICIMNamespace& name_space, const std::string& name) const override {
@@ -87,9 +75,32 @@ class LinkedPluginAccess : public PluginAccess {
         return ReadRemoteQualifiers(dynamic_cast<TCimHTTPNamespace&>(name_space));
     }
 
+    bool HasPulledEnumerations(ICIMNamespace& name_space) const override {
+        return HasRemotePulls(dynamic_cast<TCimHTTPNamespace&>(name_space));
+    }
+
     boost::shared_ptr<ICIMInstance> ReadInstance(ICIMNamespace& name_space, const std::string& path) const override {
         return ReadRemoteInstance(dynamic_cast<TCimHTTPNamespace&>(name_space), path);
     }
+
+    std::vector<TCIMReference> RelatedPaths(ICIMNamespace& name_space, const AssociationQuery& query) const override {
+        return ReadRemoteRelatedPaths(dynamic_cast<TCimHTTPNamespace&>(name_space), query);
+    }
+
+    std::unique_ptr<RelatedObjects> ReadRelated(ICIMNamespace& name_space,
+                                                const AssociationQuery& query) const override {
+        return ReadRemoteRelated(dynamic_cast<TCimHTTPNamespace&>(name_space), query);
+    }
+
+    void CheckInstance(ICIMNamespace& name_space, const std::string& path) const override {
+        CheckRemoteInstance(dynamic_cast<TCimHTTPNamespace&>(name_space), path);
+    }
+
+    std::vector<RemoteLink> ReadLinks(ICIMNamespace& name_space, const std::string& path) const override {
+        return ReadRemoteLinks(dynamic_cast<TCimHTTPNamespace&>(name_space), path);
+    }
+
+    TCIMReference ParsePath(const std::string& path) const override { return ParsedReference(path); }
 
     std::string NamespaceOf(const std::string& path) const override { return NamespaceOfPath(path); }
 
@@ -102,7 +113,7 @@ class LinkedPluginAccess : public PluginAccess {
         DocumentReader reader;
         reader.SetCharData(text);
         reader.ParseCharData(); // what it returns is said by the error too
-        return {reader.GetRequestedNetworkData(), reader.GetRequestedClassData(), reader.Error()};
+        return {reader.Settings(), reader.GetRequestedClassData(), reader.Error()};
     }
 };
 

@@ -2,12 +2,14 @@
 
 #include <boost/shared_ptr.hpp>
 
-#include <chrono>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "access/AssociationQuery.h"
+#include "access/RelatedObjects.h"
 #include "access/RemoteModel.h"
 #include "cimhttp/EmbeddedObject.h"
 #include "cimhttp/ReadingIncidents.h"
@@ -41,8 +43,8 @@ class PluginAccess {
     virtual void Connect(NQORVYX20::ICIMNamespace& name_space, const std::string& host, const std::string& user,
                          const std::string& password, int port) const = 0;
 
-    /// How long a connected namespace waits for an answer.
-    virtual void SetTimeout(NQORVYX20::ICIMNamespace& name_space, std::chrono::milliseconds timeout) const = 0;
+    /// See TCimHTTPNamespace::WouldVerify.
+    virtual bool WouldVerify(NQORVYX20::ICIMNamespace& name_space, const std::string& host, int port) const = 0;
 
     /// Why the newest operation of the namespace could not read the server; empty when it could.
     virtual std::optional<NQORVYX20::RemoteFailure> LastFailure(NQORVYX20::ICIMNamespace& name_space) const = 0;
@@ -63,8 +65,13 @@ class PluginAccess {
 
     /// The paths of the instances of a class and its subclasses, as the server gives them, in its order. One request.
     /// Throws std::invalid_argument for a text that is not a name.
-    virtual std::vector<std::string> InstancePaths(NQORVYX20::ICIMNamespace& name_space,
-                                                   const std::string& class_name) const = 0;
+    virtual std::vector<NQORVYX20::TCIMReference> InstancePaths(NQORVYX20::ICIMNamespace& name_space,
+                                                                const std::string& class_name) const = 0;
+
+    /// The same in the namespace of that name, whatever the namespace is that is asked.
+    virtual std::vector<NQORVYX20::TCIMReference> InstancePathsIn(NQORVYX20::ICIMNamespace& name_space,
+                                                                  const std::string& name,
+                                                                  const std::string& class_name) const = 0;
 
     /// The definition of a class, with what it inherits. Throws std::invalid_argument for a text that is not a name.
     virtual RemoteClass ReadClass(NQORVYX20::ICIMNamespace& name_space, const std::string& name) const = 0;
@@ -76,11 +83,34 @@ class PluginAccess {
     virtual std::vector<RemoteQualifierDeclaration>
     ReadQualifierDeclarations(NQORVYX20::ICIMNamespace& name_space) const = 0;
 
+    /// Whether the server has pulled enumerations.
+    virtual bool HasPulledEnumerations(NQORVYX20::ICIMNamespace& name_space) const = 0;
+
     /// One instance, named by an object path in one of the forms that clients of CIM print: `Class.k="v"`,
     /// `ns:Class.k="v"`, `/ns:…`, `//host/ns:…`, `host:port/ns:…`, `http://host:port/ns:…`. Its host and namespace
     /// count for nothing here. Throws std::invalid_argument, saying what is wrong, for a text that is not a path.
     virtual boost::shared_ptr<NQORVYX20::ICIMInstance> ReadInstance(NQORVYX20::ICIMNamespace& name_space,
                                                                     const std::string& path) const = 0;
+
+    // The associations of an instance. Its path is as for ReadInstance, but the namespace in it counts. What throws
+    // std::invalid_argument there does so here, too, and so does a path without keys.
+
+    /// The paths of what a query asks for, with their namespaces, in the server's order. One request.
+    virtual std::vector<NQORVYX20::TCIMReference> RelatedPaths(NQORVYX20::ICIMNamespace& name_space,
+                                                               const AssociationQuery& query) const = 0;
+
+    /// The objects that a query asks for. One request.
+    virtual std::unique_ptr<RelatedObjects> ReadRelated(NQORVYX20::ICIMNamespace& name_space,
+                                                        const AssociationQuery& query) const = 0;
+
+    /// Asks for the instance itself, without its values: the RemoteError says that there is none.
+    virtual void CheckInstance(NQORVYX20::ICIMNamespace& name_space, const std::string& path) const = 0;
+
+    /// All associations of an instance. One request, or two where they do not name the objects by their keys.
+    virtual std::vector<RemoteLink> ReadLinks(NQORVYX20::ICIMNamespace& name_space, const std::string& path) const = 0;
+
+    /// An object path as a reference. Throws std::invalid_argument as ReadInstance does.
+    virtual NQORVYX20::TCIMReference ParsePath(const std::string& path) const = 0;
 
     /// The namespace that an object path names; empty for one that names none. Throws std::invalid_argument as
     /// ReadInstance does.

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "cimhttp/RemoteFailure.h"
+#include "host/TCIMReference.h"
 #include "host/TCIMValue.h"
 
 namespace cimhttp {
@@ -82,6 +83,18 @@ struct RemoteQualifierDeclaration {
     NQORVYX20::TCIMValue default_value;
     std::vector<std::string> scopes; ///< as in MOF, in lower case
     RemoteFlavor flavor;
+};
+
+/// An association with the objects that it refers to. All of them are under their paths with the namespace, and with
+/// the host where that is another server than the association's.
+struct RemoteLink {
+    struct End {
+        std::string role; ///< the property that refers to the object
+        NQORVYX20::TCIMReference object;
+    };
+
+    NQORVYX20::TCIMReference association;
+    std::vector<End> ends;
 };
 
 /// The server, or the way to it, failed. What it says is the client library's text.

@@ -1,11 +1,12 @@
 #include "access/RemoteReader.h"
 
+#include "access/RemotePaths.h"
+#include "access/Remotely.h"
 #include "convert/HostValues.h"
 #include "convert/RemoteText.h"
 #include "host/ICIMInstance.h"
 #include "host/TVYXException.h"
 #include "provider/TCimHTTPNamespace.h"
-#include "reading/RemoteFailures.h"
 #include "reading/RemoteServer.h"
 
 namespace cimhttp {
@@ -13,19 +14,6 @@ namespace cimhttp {
 namespace {
 
 using namespace NQORVYX20;
-
-/// Runs one operation of the client. Its exceptions must not leave this library, whose users do not know their types.
-template <typename Operation>
-auto Remotely(const Operation& operation) {
-    try {
-        return operation();
-    } catch (const Pegasus::Exception& failure) {
-        throw RemoteError(RemoteFailureOf(failure));
-    }
-}
-
-/// Names that are null have an empty text.
-std::string NameText(const Pegasus::CIMName& name) { return name.isNull() ? std::string() : ToStdString(name); }
 
 RemoteFlavor FlavorOf(const Pegasus::CIMFlavor& flavor) {
     return {!flavor.hasFlavor(Pegasus::CIMFlavor::DISABLEOVERRIDE), !flavor.hasFlavor(Pegasus::CIMFlavor::RESTRICTED),
@@ -111,42 +99,6 @@ RemoteQualifierDeclaration DeclarationOf(Pegasus::CIMQualifierDecl declaration) 
             FlavorOf(declaration.getFlavor())};
 }
 
-void CheckName(const std::string& text) {
-    if (!Pegasus::CIMName::legal(Pegasus::String(text.c_str()))) {
-        throw std::invalid_argument(text);
-    }
-}
-
-bool BeginsWith(const std::string& text, const std::string& begin) { return text.compare(0, begin.size(), begin) == 0; }
-
-/// The forms of a path that other clients print, in the one that the client library reads:
-/// `//host/namespace:Class.key`.
-std::string UsualForm(const std::string& path) {
-    for (const std::string scheme : {"http:", "https:"}) {
-        if (BeginsWith(path, scheme + "//")) {
-            return path.substr(scheme.size());
-        }
-    }
-    if (BeginsWith(path, "/") && !BeginsWith(path, "//")) {
-        return path.substr(1);
-    }
-    // `host:port/namespace:Class`: a port, and a namespace after it, before the first key
-    const std::string head = path.substr(0, path.find('='));
-    const auto port = head.find(':');
-    const auto slash = head.find('/');
-    const bool has_port = port != std::string::npos && slash != std::string::npos && port < slash &&
-                          head.find(':', slash) != std::string::npos && !BeginsWith(path, "//");
-    return has_port ? "//" + path : path;
-}
-
-Pegasus::CIMObjectPath ParsedPath(const std::string& text) {
-    try {
-        return {UsualForm(text).c_str()};
-    } catch (const Pegasus::Exception& failure) {
-        throw std::invalid_argument(ToStdString(failure.getMessage()));
-    }
-}
-
 } // namespace
 
 std::vector<std::string> ReadRemoteClassNames(TCimHTTPNamespace& name_space) {
@@ -161,16 +113,25 @@ std::vector<std::string> ReadRemoteClassNames(TCimHTTPNamespace& name_space) {
     });
 }
 
-std::vector<std::string> ReadRemotePaths(TCimHTTPNamespace& name_space, const std::string& class_name) {
+std::vector<TCIMReference> ReadRemotePaths(TCimHTTPNamespace& name_space, const std::string& class_name) {
     return Remotely([&] {
         CheckName(class_name);
         const auto paths = name_space.Server().EnumerateInstanceNames(class_name);
-        std::vector<std::string> texts;
-        texts.reserve(paths.size());
+        std::vector<TCIMReference> references;
+        references.reserve(paths.size());
         for (Pegasus::Uint32 i = 0; i < paths.size(); ++i) {
-            texts.push_back(ToHostReference(paths[i]).GetPath());
+            references.push_back(ToHostReference(paths[i]));
         }
-        return texts;
+        return references;
+    });
+}
+
+std::vector<TCIMReference> ReadRemotePathsIn(TCimHTTPNamespace& name_space, const std::string& name,
+                                             const std::string& class_name) {
+    return Remotely([&] {
+        CheckName(class_name);
+        return HostReferences(
+            name_space.Server().EnumerateInstanceNames(Pegasus::CIMNamespaceName(name.c_str()), class_name));
     });
 }
 
@@ -203,6 +164,10 @@ std::vector<RemoteQualifierDeclaration> ReadRemoteQualifiers(TCimHTTPNamespace& 
     });
 }
 
+bool HasRemotePulls(TCimHTTPNamespace& name_space) {
+    return Remotely([&] { return name_space.Server().HasPulledEnumerations(); });
+}
+
 boost::shared_ptr<ICIMInstance> ReadRemoteInstance(TCimHTTPNamespace& name_space, const std::string& path) {
     TCIMReference reference = ToHostReference(ParsedPath(path));
     reference.SetHost(std::string());
@@ -217,9 +182,8 @@ boost::shared_ptr<ICIMInstance> ReadRemoteInstance(TCimHTTPNamespace& name_space
     }
 }
 
-std::string NamespaceOfPath(const std::string& path) {
-    const auto name = ParsedPath(path).getNameSpace();
-    return name.isNull() ? std::string() : ToStdString(name.getString());
-}
+TCIMReference ParsedReference(const std::string& path) { return ToHostReference(ParsedPath(path)); }
+
+std::string NamespaceOfPath(const std::string& path) { return NameText(ParsedPath(path).getNameSpace()); }
 
 } // namespace cimhttp

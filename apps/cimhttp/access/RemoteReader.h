@@ -18,7 +18,11 @@ namespace cimhttp {
 
 std::vector<std::string> ReadRemoteClassNames(NQORVYX20::TCimHTTPNamespace& name_space);
 
-std::vector<std::string> ReadRemotePaths(NQORVYX20::TCimHTTPNamespace& name_space, const std::string& class_name);
+std::vector<NQORVYX20::TCIMReference> ReadRemotePaths(NQORVYX20::TCimHTTPNamespace& name_space,
+                                                      const std::string& class_name);
+
+std::vector<NQORVYX20::TCIMReference> ReadRemotePathsIn(NQORVYX20::TCimHTTPNamespace& name_space,
+                                                        const std::string& name, const std::string& class_name);
 
 RemoteClass ReadRemoteClass(NQORVYX20::TCimHTTPNamespace& name_space, const std::string& name);
 
@@ -26,8 +30,12 @@ std::vector<RemoteClassName> ReadRemoteHierarchy(NQORVYX20::TCimHTTPNamespace& n
 
 std::vector<RemoteQualifierDeclaration> ReadRemoteQualifiers(NQORVYX20::TCimHTTPNamespace& name_space);
 
+bool HasRemotePulls(NQORVYX20::TCimHTTPNamespace& name_space);
+
 boost::shared_ptr<NQORVYX20::ICIMInstance> ReadRemoteInstance(NQORVYX20::TCimHTTPNamespace& name_space,
                                                               const std::string& path);
+
+NQORVYX20::TCIMReference ParsedReference(const std::string& path);
 
 std::string NamespaceOfPath(const std::string& path);
 

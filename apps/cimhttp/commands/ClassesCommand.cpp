@@ -3,11 +3,12 @@
 #include <algorithm>
 #include <ostream>
 
+#include "commands/ClassPattern.h"
 #include "commands/ListingWriter.h"
 #include "connection/Session.h"
 #include "output/Json.h"
 #include "output/Listing.h"
-#include "text/Pattern.h"
+#include "selection/RowLimit.h"
 #include "text/TerminalText.h"
 
 namespace cimhttp {
@@ -17,7 +18,7 @@ namespace {
 std::vector<std::string> Selected(const std::vector<std::string>& names, const std::string& pattern) {
     std::vector<std::string> selected;
     std::copy_if(names.begin(), names.end(), std::back_inserter(selected),
-                 [&](const std::string& name) { return pattern.empty() || Matches(pattern, name); });
+                 [&](const std::string& name) { return IsSelected(pattern, name); });
     std::sort(selected.begin(), selected.end());
     return selected;
 }
@@ -36,20 +37,26 @@ CommandDescription ClassesCommand::Describe() {
     return {"classes",
             "List the names of the server's classes",
             {{"PATTERN", "Only names that match, such as 'CIM_*Port'; case does not matter", false, &pattern_}},
-            {},
+            {{"--limit", "N", "Show the first N classes only", &limit_}},
             {OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv},
             "cimhttp --host server.example classes '*port'"};
 }
 
 int ClassesCommand::Run(const CommandContext& context) {
+    RowLimit limit(limit_);
     const auto all = context.Connect().ClassNames();
-    const auto names = Selected(all, pattern_);
+    auto names = Selected(all, pattern_);
     if (names.empty() && !all.empty()) {
-        const bool is_pattern = pattern_.find_first_of("*?") != std::string::npos;
-        context.errors << "cimhttp: no class matches; without the pattern there "
-                       << (all.size() == 1 ? "is 1" : "are " + std::to_string(all.size()))
-                       << (is_pattern ? "" : " (a part of a name is '*" + Printable(pattern_) + "*')") << '\n';
+        SayThatNoClassMatches(pattern_, all.size(), context.errors);
     }
+    limit.Apply(names);
+    Write(names, context);
+    context.output.flush();
+    limit.Report("classes", context.errors);
+    return 0;
+}
+
+void ClassesCommand::Write(const std::vector<std::string>& names, const CommandContext& context) {
     switch (context.Format(*this)) {
     case OutputFormat::kJson:
         context.output << JsonTexts(names) << '\n';
@@ -62,7 +69,6 @@ int ClassesCommand::Run(const CommandContext& context) {
             context.output << Printable(name) << '\n';
         }
     }
-    return 0;
 }
 
 } // namespace cimhttp

@@ -11,7 +11,10 @@ class ClassesCommand : public Command {
     int Run(const CommandContext& context) override;
 
   private:
+    void Write(const std::vector<std::string>& names, const CommandContext& context);
+
     std::string pattern_;
+    std::optional<std::size_t> limit_; ///< see RowLimit
 };
 
 } // namespace cimhttp

@@ -39,11 +39,12 @@ constexpr const char* kNotes =
         <class name="CIM_ComputerSystem"/>
     </vyx>
 
-ssl is true, 1, yes or on for HTTPS. What --host, --tls, --user and
---password-file say counts more than the document, and a --user takes no
-password from it. The password stands there in plain text: let only its owner
-read the file (chmod 600), or leave it out and use --password-file or the
-variable CIMHTTP_PASSWORD.
+ssl is true, 1, yes or on for HTTPS. Further settings are port, namespace, and
+ca, the file or folder with the authorities that the server is verified by. Each
+network element has one setting. What the command line says counts more than the
+document; a --host takes no port from it, and a --user no password. The password
+stands there in plain text: let only its owner read the file (chmod 600), or
+leave it out and use --password-file or the variable CIMHTTP_PASSWORD.
 
 A class has its instances and those of its subclasses, each with all properties
 of its own class.

@@ -22,7 +22,7 @@ bool EndsReading(const Failure& failure, const Collection::Class& cls) {
 
 struct Collector::State {
     State(Session used, std::vector<std::string> wanted)
-        : session(std::move(used)), names(std::move(wanted)), collected{session.Server(), true, {}} {}
+        : session(std::move(used)), names(std::move(wanted)), collected{session.Place(), true, {}} {}
 
     void Add(Collection::Class cls) {
         const std::lock_guard<std::mutex> lock(mutex);

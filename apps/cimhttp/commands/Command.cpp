@@ -6,6 +6,7 @@
 #include "Options.h"
 #include "connection/Connection.h"
 #include "connection/Plugin.h"
+#include "connection/ServerTrust.h"
 #include "connection/Session.h"
 #include "text/TerminalText.h"
 #include "waiting/Attendant.h"
@@ -23,24 +24,38 @@ Session CommandContext::Connect() const {
 }
 
 Session CommandContext::ConnectTo(const Plugin& plugin, const Connection& connection) const {
-    const auto end = [&stream = errors] {
-        stream << "cimhttp: interrupted" << std::endl;
-        EndByInterrupt();
-    };
-    return ConnectTo(plugin, connection, MakeAttendant(end));
+    return ConnectTo(plugin, connection, MakeAttendant());
 }
 
 Session CommandContext::ConnectTo(const Plugin& plugin, const Connection& connection,
                                   const Attendant& attendant) const {
-    Session session(plugin, connection, attendant);
-    if (connection.tls) {
-        errors << "cimhttp: encrypted, but nobody has verified that this is " << Printable(connection.host) << '\n';
-    }
+    const Connection trusted = Trusted(plugin, connection, options, attendant);
+    Session session(plugin, trusted, attendant);
+    WarnAbout(trusted);
     return session;
+}
+
+void CommandContext::WarnAbout(const Connection& connection) const {
+    const std::string host = Printable(connection.host);
+    if (connection.tls && !IsVerified(connection)) {
+        errors << "cimhttp: encrypted, but nobody has verified that this is " << host << '\n';
+    }
+    if (!connection.tls && !connection.user.empty() && !connection.IsLoopback()) {
+        errors << "cimhttp: the password of " << Printable(connection.user) << " goes to " << host
+               << " in plain text, for everybody on the way to read; --tls encrypts it\n";
+    }
+    errors.flush();
 }
 
 Attendant CommandContext::MakeAttendant(std::function<void()> on_interrupt) const {
     return {errors, ShowsProgress(), options.error_stream_width, std::move(on_interrupt)};
+}
+
+Attendant CommandContext::MakeAttendant() const {
+    return MakeAttendant([&stream = errors] {
+        stream << "cimhttp: interrupted" << std::endl;
+        EndByInterrupt();
+    });
 }
 
 bool CommandContext::ShowsProgress() const { return options.is_error_stream_terminal && !options.log_level; }

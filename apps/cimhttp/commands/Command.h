@@ -58,7 +58,8 @@ struct CommandContext {
     /// The form to write, which is one of those that the command describes; the first of them unless asked for.
     OutputFormat Format(Command& command) const;
 
-    /// A session with the server that the options name. Says on the error stream when the server is not verified.
+    /// A session with the server that the options name. The user may be asked whether to trust it, see Trusted(). Says
+    /// on the error stream when the server is not verified, and when a password goes over the network in plain text.
     /// Throws Failure.
     Session Connect() const;
 
@@ -66,8 +67,13 @@ struct CommandContext {
     Session ConnectTo(const Plugin& plugin, const Connection& connection) const;
     Session ConnectTo(const Plugin& plugin, const Connection& connection, const Attendant& attendant) const;
 
-    /// Looks after the user as the options say. `on_interrupt`: see Attendant.
+    /// Says the same of a connection that is there.
+    void WarnAbout(const Connection& connection) const;
+
+    /// Looks after the user as the options say. `on_interrupt`: see Attendant; without it, an interrupt ends the
+    /// program as it ends others.
     Attendant MakeAttendant(std::function<void()> on_interrupt) const;
+    Attendant MakeAttendant() const;
 
     /// Whether the error stream has a line for what goes on.
     bool ShowsProgress() const;

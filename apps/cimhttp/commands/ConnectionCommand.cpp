@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdint>
+#include <filesystem>
 #include <ostream>
 
 #include "Failure.h"
@@ -10,6 +11,7 @@
 #include "commands/ListingWriter.h"
 #include "connection/Connection.h"
 #include "connection/ConnectionStore.h"
+#include "connection/KnownServers.h"
 #include "connection/Session.h"
 #include "output/Listing.h"
 #include "text/TerminalText.h"
@@ -22,16 +24,22 @@ constexpr const char* kExample = R"(cimhttp connection add lab --host server.exa
 cimhttp connection test lab
 cimhttp -c lab classes '*port')";
 
-constexpr const char* kNotes = R"('add' keeps --host, --tls, --user and --timeout under the name; adding a known
-name again replaces it. A password is kept only with --store-password, in plain
-text, in a file that nobody else may read.
+constexpr const char* kNotes = R"('add' keeps --host, --port, --namespace, --tls, --user, --timeout and what
+verifies the server (--ca, --fingerprint, --verify) or you (--cert, --key) under
+the name; adding a known name again replaces it. A password is kept only with
+--store-password, in plain text, in a file that nobody else may read.
 
 'list' shows all, 'remove' forgets one, 'test' connects to one and asks for the
 number of its classes.
 
+'known' shows the servers that you know by their certificates, because you were
+asked and said yes; 'forget' forgets one of them, as in 'forget
+server.example:5989', and you are asked again.
+
 The connection with the name 'default' is used when no --host and no
 --connection is given. All are in $XDG_CONFIG_HOME/cimhttp/connections.json, or
-~/.config/cimhttp/connections.json.)";
+~/.config/cimhttp/connections.json, the known servers beside it in
+known_servers.json.)";
 
 [[noreturn]] void Refuse(const std::string& what) { throw Failure(Failure::kUsage, what); }
 
@@ -42,6 +50,15 @@ void CheckName(const std::string& name) {
     };
     if (!std::all_of(name.begin(), name.end(), is_plain) || name.front() == '-') {
         Refuse("'" + name + "' is no name for a connection: it has letters, digits, '_', '.' and '-'");
+    }
+}
+
+/// The files are found from another folder, too.
+void MakeAbsolute(TlsSettings& settings) {
+    for (auto* file : {&settings.ca, &settings.certificate, &settings.key}) {
+        if (*file) {
+            *file = std::filesystem::absolute(**file).string();
+        }
     }
 }
 
@@ -58,7 +75,9 @@ SavedConnection GivenConnection(const Options& options, bool stores_password) {
         asked.password = ""; // nobody need be asked for it
     }
     const Connection connection = ConnectionOf(asked);
-    SavedConnection saved{connection.host, connection.tls, options.user, {}, options.timeout};
+    SavedConnection saved{connection.host, connection.tls,  options.user,       {},
+                          options.timeout, connection.port, options.name_space, connection.tls_settings};
+    MakeAbsolute(saved.tls_settings);
     if (stores_password) {
         saved.password = connection.password;
     }
@@ -72,13 +91,49 @@ Cell TimeoutCell(const SavedConnection& connection) {
     return {NQORVYX20::TCIMValue(static_cast<std::uint32_t>(*connection.timeout)), std::to_string(*connection.timeout)};
 }
 
+Cell TextCell(const std::optional<std::string>& text) { return text ? Cell(*text) : Cell::Null(); }
+
+/// What the server is verified by, beside what is known of it.
+Cell VerificationCell(const TlsSettings& settings) {
+    if (settings.Verifies()) {
+        return settings.ca ? *settings.ca : *settings.fingerprint;
+    }
+    return settings.verify.value_or(false) ? Cell("required") : Cell::Null();
+}
+
+std::string UrlOf(const SavedConnection& saved) {
+    Connection connection;
+    connection.host = saved.host;
+    connection.tls = saved.tls;
+    connection.port = saved.port;
+    return connection.Url();
+}
+
+/// A server as the user names it in `forget`.
+std::string HostAndPort(const std::string& text) {
+    const ServerName name = ParseServerName(text);
+    Connection connection;
+    connection.host = name.host;
+    connection.tls = true;
+    connection.port = name.port;
+    return connection.HostAndPort();
+}
+
+KnownServers NeededServers() {
+    const auto servers = KnownServers::OfUser();
+    if (!servers) {
+        Refuse("there is no folder for known servers: neither HOME nor XDG_CONFIG_HOME is set");
+    }
+    return *servers;
+}
+
 } // namespace
 
 CommandDescription ConnectionCommand::Describe() {
     return {"connection",
-            "Keep connections under names, for --connection NAME",
-            {{"ACTION", "add, list, remove or test", true, &action_},
-             {"NAME", "The name of the connection", false, &name_}},
+            "Keep connections under names, for --connection NAME, and show or forget known servers",
+            {{"ACTION", "add, list, remove, test, known or forget", true, &action_},
+             {"NAME", "The name of the connection, or the server to forget", false, &name_}},
             {{"--store-password", "", "Keep the password, too, in plain text", &stores_password_}},
             {OutputFormat::kTable, OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv},
             kExample,
@@ -86,16 +141,28 @@ CommandDescription ConnectionCommand::Describe() {
 }
 
 int ConnectionCommand::Run(const CommandContext& context) {
-    if (action_ != "add" && action_ != "list" && action_ != "remove" && action_ != "test") {
-        Refuse("connection does not know '" + action_ + "': it has add, list, remove and test");
+    const bool is_list = action_ == "list" || action_ == "known";
+    const bool has_name = action_ == "add" || action_ == "remove" || action_ == "test" || action_ == "forget";
+    if (!is_list && !has_name) {
+        Refuse("connection does not know '" + action_ + "': it has add, list, remove, test, known and forget");
     }
-    if (name_.empty() != (action_ == "list")) {
-        Refuse(name_.empty() ? "connection " + action_ + " needs a NAME" : "connection list takes no name");
+    if (name_.empty() != is_list) {
+        Refuse(name_.empty() ? "connection " + action_ + " needs a NAME" : "connection " + action_ + " takes no name");
     }
-    if (context.options.format && action_ != "list") {
+    if (context.options.format && !is_list) {
         Refuse("connection " + action_ + " has one form only; leave out --output");
     }
-    const ConnectionStore store = ConnectionStore::NeededOfUser();
+    if (action_ == "known") {
+        ListKnown(context);
+    } else if (action_ == "forget") {
+        Forget(context.options);
+    } else {
+        RunOnConnections(ConnectionStore::NeededOfUser(), context);
+    }
+    return 0;
+}
+
+void ConnectionCommand::RunOnConnections(const ConnectionStore& store, const CommandContext& context) {
     if (action_ == "add") {
         Add(store, context);
     } else if (action_ == "list") {
@@ -105,7 +172,6 @@ int ConnectionCommand::Run(const CommandContext& context) {
     } else {
         Test(context);
     }
-    return 0;
 }
 
 void ConnectionCommand::Add(const ConnectionStore& store, const CommandContext& context) const {
@@ -115,17 +181,49 @@ void ConnectionCommand::Add(const ConnectionStore& store, const CommandContext& 
 }
 
 void ConnectionCommand::List(const ConnectionStore& store, const CommandContext& context) {
-    Listing listing({Listing::Key("Name"), {"Server"}, {"User"}, {"Password"}, {"Timeout", Listing::Align::kRight}});
+    Listing listing({Listing::Key("Name"),
+                     {"Server"},
+                     {"User"},
+                     {"Password"},
+                     {"Timeout", Listing::Align::kRight},
+                     {"Namespace"},
+                     {"Verification"},
+                     {"Certificate"}});
     for (const auto& [name, connection] : store.Read()) {
-        listing.AddRow({name, Connection{connection.host, "", "", connection.tls}.Url(), connection.user.value_or(""),
-                        connection.password ? "stored" : "", TimeoutCell(connection)});
+        listing.AddRow({name, UrlOf(connection), connection.user.value_or(""), connection.password ? "stored" : "",
+                        TimeoutCell(connection), TextCell(connection.name_space),
+                        VerificationCell(connection.tls_settings), TextCell(connection.tls_settings.certificate)});
     }
+    Write(listing, "no connections\n", context);
+}
+
+void ConnectionCommand::ListKnown(const CommandContext& context) {
+    Listing listing({Listing::Key("Server"), {"SHA256"}, {"Since"}, {"Subject"}});
+    for (const auto& [name, server] : NeededServers().Read()) {
+        listing.AddRow({name, server.fingerprint, server.since, server.subject});
+    }
+    Write(listing, "no known servers\n", context);
+}
+
+void ConnectionCommand::Write(const Listing& listing, const char* nothing, const CommandContext& context) {
     const OutputFormat format = context.Format(*this);
     if (listing.Rows().empty() && format == OutputFormat::kTable) {
-        context.output << "no connections\n";
+        context.output << nothing;
     } else {
         WriteListing(listing, format, context);
     }
+}
+
+void ConnectionCommand::Forget(const Options& options) const {
+    if (options.host) {
+        Refuse("connection forget takes the server as its NAME, not from --host");
+    }
+    const std::string server = HostAndPort(name_);
+    const KnownServers servers = NeededServers();
+    if (!servers.Find(server)) {
+        Refuse("there is no known server " + server + "; 'cimhttp connection known' shows all");
+    }
+    servers.Forget(server);
 }
 
 void ConnectionCommand::Remove(const ConnectionStore& store) const {

@@ -2,13 +2,21 @@
 
 #include <chrono>
 #include <cstdio>
+#include <optional>
 #include <ostream>
 
+#include "Failure.h"
 #include "Options.h"
+#include "commands/IncidentReport.h"
+#include "connection/InteropNamespace.h"
 #include "connection/ServerProbe.h"
 #include "connection/Session.h"
+#include "host/ICIMInstance.h"
+#include "host/ICIMProperty.h"
 #include "host/INamespaceProvider.h"
 #include "host/TCIMValue.h"
+#include "output/DisplayText.h"
+#include "output/InstanceProperties.h"
 #include "output/Json.h"
 #include "output/Listing.h"
 #include "output/TextList.h"
@@ -18,7 +26,6 @@ namespace cimhttp {
 namespace {
 
 using NQORVYX20::TCIMContext;
-using Clock = std::chrono::steady_clock;
 
 std::string Milliseconds(std::chrono::microseconds time) {
     constexpr double kMicrosecondsPerMillisecond = 1000;
@@ -36,15 +43,29 @@ std::string ProviderText(const Plugin& plugin) {
 class Findings {
   public:
     void Add(const char* heading, const char* name, const std::string& text) {
-        columns_.push_back({heading});
-        cells_.emplace_back(text);
-        json_.Add(name, JsonText(text));
+        AddJson(heading, name, text, JsonText(text));
     }
 
-    void Add(const char* heading, const char* name, std::size_t number) {
+    /// A number that there may not be, with what there is to say then.
+    void Add(const char* heading, const char* name, std::optional<std::size_t> number, const std::string& otherwise) {
+        AddJson(heading, name, number ? std::to_string(*number) : otherwise, number ? std::to_string(*number) : "null");
+    }
+
+    /// A text that is empty where there is none, with what there is to say then.
+    void Add(const char* heading, const char* name, const std::string& text, const std::string& otherwise) {
+        AddJson(heading, name, text.empty() ? otherwise : text, text.empty() ? "null" : JsonText(text));
+    }
+
+    void AddUnlessEmpty(const char* heading, const char* name, const std::string& text) {
+        if (!text.empty()) {
+            Add(heading, name, text);
+        }
+    }
+
+    void AddJson(const char* heading, const char* name, const std::string& text, const std::string& json) {
         columns_.push_back({heading});
-        cells_.emplace_back(std::to_string(number));
-        json_.Add(name, std::to_string(number));
+        cells_.emplace_back(text);
+        json_.Add(name, json);
     }
 
     void AddTime(const char* heading, const std::string& text) {
@@ -66,19 +87,189 @@ class Findings {
     JsonObject json_;
 };
 
+/// The hosts that a certificate is for.
+std::string ListedNames(const std::vector<std::string>& names) {
+    std::string text;
+    for (const std::string& name : names) {
+        text += (text.empty() ? "" : ", ") + name;
+    }
+    return text.empty() ? "none" : text;
+}
+
 void AddTls(const TlsDetails& tls, Findings& findings) {
     findings.Add("TLS", "tls", tls.version + ", " + tls.cipher);
     findings.Add("certificate", "certificate", tls.subject);
     findings.Add("issued by", "issuer", tls.is_self_signed ? "itself" : tls.issuer);
+    findings.AddJson("names", "names", ListedNames(tls.names), JsonTexts(tls.names));
+    findings.Add("valid from", "valid_from", tls.valid_from);
     findings.Add("valid until", "valid_until", tls.valid_until);
     findings.Add("SHA-256", "sha256", tls.fingerprint);
+}
+
+/// What the server says of itself, in its Interop namespace.
+class SelfDescription {
+  public:
+    explicit SelfDescription(Session& session) : access_(session.LoadedPlugin().Access()) {
+        for (const std::string& name : InteropNames()) {
+            try {
+                const auto managers = session.InstancesIn(name, "CIM_ObjectManager");
+                name_space_ = name;
+                if (!managers.empty()) {
+                    manager_ = managers.front();
+                    return;
+                }
+            } catch (const RemoteError& error) {
+                has_failed_ = has_failed_ || !SaysThatThereIsNone(error.Failure());
+                attempts_.Add("CIM_ObjectManager", name, error.what());
+            } catch (const LoginFailure&) {
+                throw;
+            } catch (const Failure& failure) { // there is no connection for this namespace
+                has_failed_ = true;
+                attempts_.Add("CIM_ObjectManager", name, failure.what());
+            }
+        }
+    }
+
+    /// Whether a namespace was asked in vain that may exist.
+    bool HasFailed() const { return has_failed_; }
+
+    /// The path of the object manager; empty for none.
+    std::string Path() const { return manager_ ? PathOf(*manager_, name_space_) : std::string(); }
+
+    void AddTo(Findings& findings) const {
+        findings.Add("interop", "interop", name_space_, "not found: " + attempts_.Text());
+        if (!manager_) {
+            return;
+        }
+        const std::string name = TextOf("ElementName");
+        findings.AddUnlessEmpty("product", "product", name.empty() ? TextOf("Name") : name);
+        findings.AddUnlessEmpty("version", "version", TextOf("Version"));
+        findings.AddUnlessEmpty("about", "description", TextOf("Description"));
+    }
+
+  private:
+    /// Empty for what the object manager does not say.
+    std::string TextOf(const std::string& name) const {
+        const auto property = FindProperty(*manager_, name);
+        return property && !property->GetValue(TCIMContext()).IsNull() ? DisplayText(access_, *property).Joined() : "";
+    }
+
+    const PluginAccess& access_;
+    std::string name_space_;
+    bool has_failed_ = false;
+    boost::shared_ptr<NQORVYX20::ICIMInstance> manager_;
+    VainAttempts attempts_;
+};
+
+/// Which operations the server has, and how long they take.
+class OperationTrials {
+  public:
+    void Add(const std::string& operation, const Session::Trial& trial) {
+        if (!trial.failure) {
+            Add(operation, Milliseconds(trial.time), "supported");
+        } else if (IsUnsupported(*trial.failure)) {
+            Add(operation, "not supported", "not supported");
+        } else {
+            has_failed_ = true;
+            Add(operation, "fails: " + trial.failure->text, "fails: " + trial.failure->text);
+        }
+    }
+
+    /// Of one that the server may say that it does not have without failing.
+    void Add(const std::string& operation, const Session::Trial& trial, bool is_supported) {
+        if (!trial.failure && !is_supported) {
+            Add(operation, "not supported", "not supported");
+        } else {
+            Add(operation, trial);
+        }
+    }
+
+    /// With what there is to say to people, and to programs.
+    void Add(const std::string& operation, const std::string& text, const std::string& state) {
+        text_ += (text_.empty() ? "" : "; ") + operation + ' ' + text;
+        json_.Add(operation, JsonText(state));
+    }
+
+    void AddTo(Findings& findings) const { findings.AddJson("operations", "operations", text_, json_.Text()); }
+
+    /// Whether an operation failed that the server has.
+    bool HasFailed() const { return has_failed_; }
+
+  private:
+    bool has_failed_ = false;
+    std::string text_;
+    JsonObject json_;
+};
+
+/// Asks for all classes. Their number is empty where the server does not have the operation.
+Session::Trial CountClasses(Session& session, std::optional<std::size_t>& count) {
+    auto trial = session.Try("the names of the classes", [&](const PluginAccess& access, auto& name_space) {
+        count = access.ClassNames(name_space).size();
+    });
+    if (trial.failure && !IsUnsupported(*trial.failure)) {
+        session.Fail("the classes of " + session.Server() + " cannot be listed", *trial.failure);
+    }
+    return trial;
+}
+
+/// An instance to ask about: that which describes the server, or its system. Empty where there is none.
+std::string SomeInstance(Session& session, const SelfDescription& description) {
+    if (!description.Path().empty()) {
+        return description.Path();
+    }
+    try {
+        const auto systems = session.InstancePathsIn(session.NamespaceName(), "CIM_ComputerSystem");
+        return systems.empty() ? std::string() : systems.front().GetPath();
+    } catch (const RemoteError&) {
+        return {};
+    } catch (const LoginFailure&) {
+        throw;
+    } catch (const Failure&) { // there is no connection any more, as the operations will tell
+        return {};
+    }
+}
+
+/// One that also tells where the connection has gone.
+template <typename Ask>
+Session::Trial TrialOf(Session& session, const std::string& thing, const Ask& ask) {
+    try {
+        return session.Try(thing, ask);
+    } catch (const LoginFailure&) {
+        throw;
+    } catch (const Failure& failure) {
+        NQORVYX20::RemoteFailure lost;
+        lost.text = failure.what();
+        return {{}, lost};
+    }
+}
+
+void TryOperations(Session& session, const SelfDescription& description, OperationTrials& trials) {
+    trials.Add("EnumerateQualifiers",
+               TrialOf(session, "the qualifiers", [](const PluginAccess& access, auto& name_space) {
+                   access.ReadQualifierDeclarations(name_space);
+               }));
+    bool has_pulls = false;
+    const auto pulls =
+        TrialOf(session, "whether there are pulled enumerations", [&](const PluginAccess& access, auto& name_space) {
+            has_pulls = access.HasPulledEnumerations(name_space);
+        });
+    trials.Add("pulled enumerations", pulls, has_pulls);
+    AssociationQuery query;
+    query.path = SomeInstance(session, description);
+    if (query.path.empty()) {
+        trials.Add("AssociatorNames", "not tried, for want of an instance", "not tried");
+        return;
+    }
+    trials.Add("AssociatorNames",
+               TrialOf(session, "the associations of " + query.path,
+                       [&](const PluginAccess& access, auto& name_space) { access.RelatedPaths(name_space, query); }));
 }
 
 } // namespace
 
 CommandDescription InfoCommand::Describe() {
     return {"info",
-            "Show the plug-in, its provider, the server and how it is reached",
+            "Show the plug-in, its provider, the server, what it can do and how it is reached",
             {},
             {},
             {OutputFormat::kPlain, OutputFormat::kJson},
@@ -95,20 +286,30 @@ int InfoCommand::Run(const CommandContext& context) {
     const auto probe = ProbeServer(target.host, target.Port(), target.tls);
     if (probe && probe->tls) {
         AddTls(*probe->tls, findings);
+    } else if (target.tls) {
+        findings.Add("TLS", "tls", "could not be looked at: " + (probe ? probe->tls_failure : "no connection"));
     }
-    const auto begin = Clock::now();
-    findings.Add("classes", "classes", session.ClassNames().size());
-    const auto answer_time = std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - begin);
+    std::optional<std::size_t> class_count;
+    const auto classes = CountClasses(session, class_count);
+    findings.Add("classes", "classes", class_count, "not supported");
+    const SelfDescription description(session);
+    description.AddTo(findings);
+    OperationTrials trials;
+    trials.Add("EnumerateClassNames", classes);
+    TryOperations(session, description, trials);
+    trials.AddTo(findings);
     if (probe) {
         findings.AddTime("round trip",
-                         Milliseconds(probe->round_trip) + ", names of all classes " + Milliseconds(answer_time));
+                         Milliseconds(probe->round_trip) + ", names of all classes " + Milliseconds(classes.time));
     }
     if (context.Format(*this) == OutputFormat::kJson) {
         findings.WriteJson(context.output);
     } else {
         findings.WriteList({context.options.width, context.options.uses_color}, context.output);
     }
-    return 0;
+    const int status = ReportIncidents(session.TakeIncidents(), context);
+    const bool is_whole = probe && (probe->tls || !target.tls) && !description.HasFailed() && !trials.HasFailed();
+    return status == 0 && !is_whole ? Failure::kIncomplete : status;
 }
 
 } // namespace cimhttp

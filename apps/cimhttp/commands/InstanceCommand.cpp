@@ -3,14 +3,19 @@
 #include <algorithm>
 #include <ostream>
 
+#include "Failure.h"
 #include "Options.h"
 #include "commands/IncidentReport.h"
+#include "commands/InstanceFinder.h"
 #include "commands/InstanceWriter.h"
 #include "commands/ListingWriter.h"
+#include "commands/WideForm.h"
 #include "connection/Session.h"
 #include "host/ICIMInstance.h"
 #include "output/InstanceListing.h"
 #include "output/Listing.h"
+#include "selection/GivenKeys.h"
+#include "text/PathFault.h"
 #include "text/TerminalText.h"
 
 namespace cimhttp {
@@ -49,6 +54,11 @@ void WriteList(const boost::shared_ptr<ICIMInstance>& instance, InstanceSelectio
     }
 }
 
+/// A path without keys, which names a class and no namespace.
+bool IsClassName(const std::string& path) {
+    return PathFault(path).empty() && path.find_first_of("=:") == std::string::npos;
+}
+
 } // namespace
 
 CommandDescription InstanceCommand::Describe() {
@@ -56,22 +66,45 @@ CommandDescription InstanceCommand::Describe() {
         "instance",
         "Show one instance",
         {{"PATH",
-          R"(Its object path, such as 'CIM_Disk.Name="a",Number=3'; a namespace may stand before it, 'root/interop:')",
+          R"(Its object path, such as 'CIM_Disk.Name="a",Number=3'; a namespace may stand before it, 'root/interop:'. )"
+          "Or its class alone: then --key names it",
           true, &path_}},
-        {{"--raw", "", "Show values as they are, not by their value maps and units", &raw_}},
+        {{"--key", "NAME=VALUE",
+          "A key of the instance, its value as it is or as it is shown; may be given several times. Keys that do not "
+          "matter may be left out; where several instances fit, you are asked",
+          &keys_},
+         {"--wide", "", "Write CSV with a property a column", &wide_},
+         {"--raw", "", "Show values as they are, not by their value maps and units", &raw_}},
         {OutputFormat::kPlain, OutputFormat::kTable, OutputFormat::kJson, OutputFormat::kCsv, OutputFormat::kMof},
-        "cimhttp --host server.example instance 'CIM_Disk.Name=\"a\",Number=3'"};
+        "cimhttp --host server.example instance 'CIM_Disk.Name=\"a\",Number=3'\n"
+        "cimhttp --host server.example instance CIM_Disk --key Name=a"};
+}
+
+std::optional<Session::FoundInstance> InstanceCommand::Find(Session& session, const GivenKeys& keys,
+                                                            const CommandContext& context) const {
+    return IsClassName(path_) ? InstanceFinder(session, context, path_, keys).Find()
+                              : std::optional<Session::FoundInstance>(session.Instance(path_));
 }
 
 int InstanceCommand::Run(const CommandContext& context) {
+    const GivenKeys keys(keys_); // is checked before the server is asked
+    if (!keys_.empty() && !IsClassName(path_)) {
+        throw Failure(Failure::kUsage, "--key goes with the name of a class, which '" + path_ + "' is not");
+    }
+    const OutputFormat format = FormOf(*this, wide_, context);
     Session session = context.Connect();
     const PluginAccess& access = session.LoadedPlugin().Access();
-    const auto [instance, name_space] = session.Instance(path_);
+    const auto found = Find(session, keys, context);
+    if (!found) {
+        return 0;
+    }
+    const auto& [instance, name_space] = *found;
     InstanceSelection selection;
     selection.properties = PropertiesOf(*instance);
     selection.is_raw = raw_;
     selection.name_space = name_space;
-    switch (const OutputFormat format = context.Format(*this)) {
+    selection.is_wide = wide_;
+    switch (format) {
     case OutputFormat::kTable:
         WriteListing(InstanceListing(access, raw_).Values(*instance, selection.properties), format, context);
         break;

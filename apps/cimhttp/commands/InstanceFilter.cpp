@@ -2,71 +2,70 @@
 
 #include <algorithm>
 #include <iterator>
+#include <ostream>
 
-#include "Failure.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMProperty.h"
 #include "host/ICIMPropertyDecl.h"
 #include "output/DisplayText.h"
-#include "text/Pattern.h"
+#include "text/TerminalText.h"
 
 namespace cimhttp {
 
-namespace {
-
 using namespace NQORVYX20;
 
-constexpr unsigned char kDecimal = 10;
-
-bool IsMatch(const std::string& pattern, const ICIMProperty& property, const PluginAccess& access) {
-    const TCIMValue& value = property.GetValue(TCIMContext());
-    if (Matches(pattern, value.ToString(kDecimal))) {
-        return true;
-    }
-    const DisplayText display(access, property);
-    const auto matches = [&](const std::string& text) { return Matches(pattern, text); };
-    if (std::any_of(display.Texts().begin(), display.Texts().end(), matches)) {
-        return true;
-    }
-    if (!display.IsList()) {
-        return false;
-    }
-    const std::vector<TCIMValue>& elements = value;
-    return std::any_of(elements.begin(), elements.end(),
-                       [&](const TCIMValue& element) { return matches(element.ToString(kDecimal)); });
-}
-
-} // namespace
-
-InstanceFilter::InstanceFilter(const std::vector<std::string>& conditions) {
-    for (const std::string& condition : conditions) {
-        const auto sign = condition.find('=');
-        if (sign == std::string::npos || sign == 0) {
-            throw Failure(Failure::kUsage, "'" + condition + "' is not a condition such as 'Name=eth*'");
-        }
-        conditions_.push_back({condition.substr(0, sign), condition.substr(sign + 1)});
+void UncomparedValues::Report(std::ostream& errors) const {
+    if (count > 0) {
+        errors << "cimhttp: " << count << (count == 1 ? " value" : " values")
+               << " cannot be compared, so that --where does not select the instance; the first: " << Printable(first)
+               << '\n';
     }
 }
+
+InstanceFilter::InstanceFilter(const std::vector<std::string>& conditions)
+    : conditions_(conditions.begin(), conditions.end()) {}
 
 std::vector<std::string> InstanceFilter::PropertyNames() const {
     std::vector<std::string> names;
     std::transform(conditions_.begin(), conditions_.end(), std::back_inserter(names),
-                   [](const Condition& condition) { return condition.property; });
+                   [](const Condition& condition) { return condition.PropertyName(); });
     return names;
 }
 
-Instances InstanceFilter::Selected(Instances instances, const PluginAccess& access) const {
-    instances.erase(std::remove_if(instances.begin(), instances.end(),
-                                   [&](const auto& instance) { return !Accepts(*instance, access); }),
-                    instances.end());
-    return instances;
+void InstanceFilter::Check(const Properties& of_class, const std::string& class_name) const {
+    for (const Condition& condition : conditions_) {
+        condition.Check(*Chosen(of_class, {condition.PropertyName()}, class_name).front());
+    }
 }
 
-bool InstanceFilter::Accepts(const ICIMInstance& instance, const PluginAccess& access) const {
-    return std::all_of(conditions_.begin(), conditions_.end(), [&](const Condition& condition) {
-        const auto property = FindProperty(instance, condition.property);
-        return property ? IsMatch(condition.pattern, *property, access) : Matches(condition.pattern, "");
-    });
+InstanceFilter::Selection InstanceFilter::Selected(Instances instances, const PluginAccess& access) const {
+    Selection selection{std::move(instances), {}};
+    Instances& all = selection.instances;
+    all.erase(std::remove_if(all.begin(), all.end(),
+                             [&](const auto& instance) { return !Accepts(*instance, access, selection.uncompared); }),
+              all.end());
+    return selection;
+}
+
+bool InstanceFilter::Accepts(const ICIMInstance& instance, const PluginAccess& access,
+                             UncomparedValues& uncompared) const {
+    UncomparedValues values;
+    for (const Condition& condition : conditions_) {
+        const auto property = FindProperty(instance, condition.PropertyName());
+        const Condition::Answer answer = condition.Accepts(property.get(), access);
+        if (answer == Condition::Answer::kNo) {
+            return false;
+        }
+        if (answer == Condition::Answer::kUnknown) {
+            ++values.count;
+            values.first = condition.PropertyName() + '=' + RawText(property->GetValue(TCIMContext()));
+        }
+    }
+    if (values.count > 0 && uncompared.count == 0) {
+        uncompared.first = values.first;
+    }
+    uncompared.count += values.count;
+    return values.count == 0;
 }
 
 } // namespace cimhttp

@@ -1,35 +1,50 @@
 #pragma once
 
+#include <cstddef>
+#include <iosfwd>
 #include <string>
 #include <vector>
 
 #include "output/InstanceProperties.h"
+#include "selection/Condition.h"
 
 namespace cimhttp {
 
 class PluginAccess;
 
-/// Selects instances by conditions like `EnabledState=enabled`: the property's value, as it is or as people read it,
-/// must match the pattern behind the sign, without regard to case; of an array, one of its elements. Null, and a
-/// property that the instance's class does not declare, matches the empty pattern only.
+/// Values with which a condition could not be compared: a date-time whose asterisks leave open when it is, for example.
+struct UncomparedValues {
+    std::size_t count = 0;
+    std::string first; ///< property and value
+
+    /// Says so in a line, if there are any.
+    void Report(std::ostream& errors) const;
+};
+
+/// Selects instances by conditions, all of which must hold.
 class InstanceFilter {
   public:
-    /// Throws Failure(kUsage) for a condition without a sign.
+    /// Throws Failure(kUsage) for what is no Condition.
     explicit InstanceFilter(const std::vector<std::string>& conditions);
 
     /// The names of the properties that the conditions are about.
     std::vector<std::string> PropertyNames() const;
 
+    /// Throws Failure(kUsage) for a name that is none of the class's properties, and for a condition with which its
+    /// property cannot be compared.
+    void Check(const Properties& of_class, const std::string& class_name) const;
+
+    struct Selection {
+        Instances instances;
+        UncomparedValues uncompared; ///< of instances that are not selected
+    };
+
     /// The instances of which all conditions hold.
-    Instances Selected(Instances instances, const PluginAccess& access) const;
+    Selection Selected(Instances instances, const PluginAccess& access) const;
 
   private:
-    bool Accepts(const NQORVYX20::ICIMInstance& instance, const PluginAccess& access) const;
-
-    struct Condition {
-        std::string property;
-        std::string pattern;
-    };
+    bool Accepts(const NQORVYX20::ICIMInstance& instance, const PluginAccess& access,
+                 UncomparedValues& uncompared) const;
 
     std::vector<Condition> conditions_;
 };

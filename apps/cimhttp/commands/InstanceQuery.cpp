@@ -1,11 +1,16 @@
 #include "commands/InstanceQuery.h"
 
+#include "host/ICIMInstance.h"
+#include "host/ICIMProperty.h"
 #include "text/NameList.h"
 
 namespace cimhttp {
 
-InstanceQuery::InstanceQuery(const std::vector<std::string>& properties, const std::vector<std::string>& conditions)
-    : names_(NamesIn(properties)), filter_(conditions) {}
+using namespace NQORVYX20;
+
+InstanceQuery::InstanceQuery(const std::vector<std::string>& properties, const std::vector<std::string>& conditions,
+                             const std::vector<std::string>& order)
+    : names_(NamesIn(properties)), filter_(conditions), order_(order) {}
 
 std::vector<std::string> InstanceQuery::NeededNames() const {
     if (names_.empty()) {
@@ -14,17 +19,40 @@ std::vector<std::string> InstanceQuery::NeededNames() const {
     std::vector<std::string> needed = names_;
     const std::vector<std::string> filtered = filter_.PropertyNames();
     needed.insert(needed.end(), filtered.begin(), filtered.end());
+    needed.insert(needed.end(), order_.Names().begin(), order_.Names().end());
     return DistinctNames(needed);
 }
 
 void InstanceQuery::CheckNames(const Properties& of_class, const std::string& class_name) const {
     Chosen(of_class, names_, class_name);
-    Chosen(of_class, filter_.PropertyNames(), class_name);
+    filter_.Check(of_class, class_name);
+    Chosen(of_class, order_.Names(), class_name);
 }
 
 Properties InstanceQuery::Shown(const Properties& of_class, const std::string& class_name) const {
     CheckNames(of_class, class_name);
     return names_.empty() ? of_class : Chosen(of_class, names_, class_name);
+}
+
+InstanceFilter::Selection InstanceQuery::Selected(Instances instances, const PluginAccess& access) const {
+    InstanceFilter::Selection selection = filter_.Selected(std::move(instances), access);
+    if (!order_.IsEmpty()) {
+        selection.instances = Sorted(selection.instances);
+    }
+    return selection;
+}
+
+Instances InstanceQuery::Sorted(const Instances& instances) const {
+    std::vector<std::vector<TCIMValue>> rows;
+    rows.reserve(instances.size());
+    for (const auto& instance : instances) {
+        auto& row = rows.emplace_back();
+        for (const std::string& name : order_.Names()) {
+            const auto property = FindProperty(*instance, name);
+            row.push_back(property ? property->GetValue(TCIMContext()) : TCIMValue());
+        }
+    }
+    return Ordered(instances, order_.Sorted(rows));
 }
 
 } // namespace cimhttp

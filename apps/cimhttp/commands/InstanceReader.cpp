@@ -30,7 +30,8 @@ InstanceReader::Reading InstanceReader::Read() {
     const std::size_t count = all.size();
     const Properties known = declared_.empty() ? PropertiesOf(all) : declared_;
     Properties shown = all.empty() && known.empty() ? Properties() : query_.Shown(known, ClassName());
-    return {std::move(shown), query_.Filter().Selected(std::move(all), session_.LoadedPlugin().Access()), count};
+    auto selected = query_.Selected(std::move(all), session_.LoadedPlugin().Access());
+    return {std::move(shown), std::move(selected.instances), count, std::move(selected.uncompared)};
 }
 
 } // namespace cimhttp

@@ -16,8 +16,9 @@ class InstanceReader {
   public:
     struct Reading {
         Properties properties; ///< to show: those of the class, or those of them that were asked for
-        Instances instances;   ///< that meet the conditions, in the order of their paths
+        Instances instances;   ///< that meet the conditions, in the order that was asked for, or of their paths
         std::size_t count;     ///< how many there are with those that do not meet them
+        UncomparedValues uncompared;
     };
 
     /// Reads the class, and checks the names of properties where it declares any. With `deep`, the instances of

@@ -15,6 +15,7 @@
 #include "output/InstanceRecords.h"
 #include "output/MofWriter.h"
 #include "output/PropertySelector.h"
+#include "output/WideRecords.h"
 #include "text/NameOrder.h"
 
 namespace cimhttp {
@@ -50,6 +51,11 @@ class Writer {
     }
 
     void Csv() const {
+        if (selection_.is_wide) {
+            WriteListing(WideRecords(instances_, WideColumns(), access_, selection_.is_raw, selection_.name_space),
+                         OutputFormat::kCsv, context_);
+            return;
+        }
         WriteListing(InstanceRecords(instances_, Selector(Order::kByName), access_, selection_.name_space),
                      OutputFormat::kCsv, context_);
     }
@@ -65,7 +71,7 @@ class Writer {
 
     void Table() const {
         WriteListing(Columns(), OutputFormat::kTable, context_);
-        if (selection_.is_whole && SubclassesAddSome()) {
+        if (selection_.is_whole && !AddedBySubclasses().empty()) {
             context_.errors << "cimhttp: properties that only subclasses have are left out; -o plain shows them\n";
         }
     }
@@ -93,14 +99,15 @@ class Writer {
         return shown;
     }
 
+    bool HasClass() const { return selection_.has_class || HaveSeveralClasses(instances_); }
+
     Listing Columns() const {
-        return listing_.Table(instances_, Shown(instances_, selection_.properties), HaveSeveralClasses(instances_),
-                              selection_.is_asked);
+        return listing_.Table(instances_, Shown(instances_, selection_.properties), HasClass(), selection_.is_asked);
     }
 
     /// Lists with what each instance's own class has; those of one class have the same headings.
     void WholeLists() const {
-        const bool has_class = HaveSeveralClasses(instances_);
+        const bool has_class = HasClass();
         const char* separator = "";
         for (auto begin = instances_.begin(); begin != instances_.end();) {
             const auto cls = (*begin)->GetClass(TCIMContext());
@@ -116,14 +123,26 @@ class Writer {
         }
     }
 
-    bool SubclassesAddSome() const {
+    /// What only subclasses have stands behind what their common class has.
+    Properties WideColumns() const {
+        Properties columns = selection_.properties;
+        if (selection_.is_whole) {
+            const Properties added = AddedBySubclasses();
+            columns.insert(columns.end(), added.begin(), added.end());
+        }
+        return columns;
+    }
+
+    Properties AddedBySubclasses() const {
         NameSet selected;
         for (const auto& property : selection_.properties) {
             selected.insert(property->GetName(TCIMContext()));
         }
         const Properties all = PropertiesOf(instances_);
-        return std::any_of(all.begin(), all.end(),
-                           [&](const auto& property) { return selected.count(property->GetName(TCIMContext())) == 0; });
+        Properties added;
+        std::copy_if(all.begin(), all.end(), std::back_inserter(added),
+                     [&](const auto& property) { return selected.count(property->GetName(TCIMContext())) == 0; });
+        return added;
     }
 
     const Instances& instances_;

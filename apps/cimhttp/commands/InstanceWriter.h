@@ -16,10 +16,13 @@ struct InstanceSelection {
     bool is_whole = false; ///< each instance with all properties of its own class instead, where the form can hold them
     bool is_raw = false;   ///< tables and lists show values as they are
     std::string name_space = {}; ///< where the paths are, unless in the namespace that everything is read from
+    bool is_wide = false;        ///< CSV as WideRecords() says
+    bool has_class = false;      ///< tables and lists name the class also where all instances have the same
 };
 
 /// Writes instances: a table or lists with a property a column; JSON as an array with what InstanceJson() says, one a
-/// line; CSV as InstanceRecords(); MOF. JSON and CSV have the properties in the order of their names.
+/// line; CSV as InstanceRecords() or WideRecords(); MOF. JSON and CSV that is not wide have the properties in the order
+/// of their names.
 void WriteInstances(const Instances& instances, const InstanceSelection& selection, OutputFormat format,
                     const PluginAccess& access, const CommandContext& context);
 

@@ -112,7 +112,7 @@ int TreeCommand::Run(const CommandContext& context) {
     Session session = context.Connect();
     const auto classes = session.Hierarchy();
     const ClassTree tree(classes);
-    const auto roots = RootsOf(tree, root_, session.Server(), classes);
+    const auto roots = RootsOf(tree, root_, session.Place(), classes);
     switch (context.Format(*this)) {
     case OutputFormat::kJson:
         WriteJson(tree, roots, context.output);

@@ -51,6 +51,7 @@ class WatchedInstances : public RepeatedReading {
           names_(NamesOf(now_.properties)),
           writer_(context, access, names_, is_json) {
         writer_.Begin(now_.instances);
+        now_.uncompared.Report(context.errors); // once: it would be the same again and again
         TakeIncidents();
     }
 
@@ -103,7 +104,7 @@ CommandDescription WatchCommand::Describe() {
              {"--property", "NAME", "Watch only this property; may be given several times, or as A,B", &properties_},
              {"--where", "PROPERTY=VALUE",
               "Watch only instances with this value; one that gets it is new, and gone when it has another. More on "
-              "values: cimhttp instances --help",
+              "values, != and <: cimhttp instances --help",
               &conditions_}},
             {OutputFormat::kPlain, OutputFormat::kJson},
             "cimhttp --host server.example watch CIM_Process --property Name",

@@ -1,25 +1,58 @@
 # Completion of cimhttp's command line for bash: commands, options and their values, the names of connections and, when
 # the server is quick, of its classes.
 
+# What the server says goes into the command line with quotes, so that the shell takes it for nothing but a word.
+
+# Sets words to those of the line $1, as they are typed. Blanks end a word, but not behind a backslash or in quotes.
+_cimhttp_split() {
+    local line=$1 word='' quote='' letter i
+    words=()
+    for ((i = 0; i < ${#line}; i++)); do
+        letter=${line:i:1}
+        if [[ $letter == [[:space:]] && -z $quote ]]; then
+            [[ -z $word ]] || words+=("$word")
+            word=''
+            continue
+        fi
+        if [[ $letter == \\ && $quote != \' ]]; then
+            i=$((i + 1))
+            letter+=${line:i:1}
+        elif [[ $letter == "$quote" ]]; then
+            quote=''
+        elif [[ -z $quote && $letter == [\'\"] ]]; then
+            quote=$letter
+        fi
+        word+=$letter
+    done
+    words+=("$word")
+}
+
 # Reads the line up to the cursor. Sets, in the variables of _cimhttp: the word at the cursor and the one before it, the
 # command, the first argument of it, how many arguments stand before the cursor, and the options that choose the server.
+# Of the word at the cursor, readline replaces only what stands behind the last of its word breaks; kept is the rest.
 _cimhttp_read_line() {
-    local line words i
-    line=${COMP_LINE:0:COMP_POINT}
-    read -ra words <<<"$line" # bash would also split server:5989 and --tls=false
-    [[ $line == *[[:space:]] ]] && words+=('')
+    local words rest letter i
+    _cimhttp_split "${COMP_LINE:0:COMP_POINT}"
     current=${words[-1]} previous=${words[-2]}
+    rest=$current
+    for letter in = : @; do
+        [[ $COMP_WORDBREAKS != *$letter* ]] || rest=${rest##*"$letter"}
+    done
+    kept=${current:0:${#current}-${#rest}}
     command='' argument='' arguments=0 server=()
     for ((i = 1; i < ${#words[@]} - 1; i++)); do
         case ${words[i]} in
-            -c | --connection | --host | --user | --password-file)
-                server+=("${words[i]}" "${words[i + 1]}")
+            -c | --connection | --host | --port | -n | --namespace | -u | --user | --password-file | --ca | --fingerprint | \
+                --cert | --key)
+                # behind the command instance, a key is one of the instance's
+                [[ ${words[i]} == --key && $command == instance ]] || server+=("${words[i]}" "${words[i + 1]}")
                 i=$((i + 1))
                 ;;
-            -o | --timeout | --plugin | --log | --output | --property | --where | --class | --out | --interval | --count)
+            -o | --timeout | --plugin | --log | --output | --property | --where | --sort | --limit | --class | --out | \
+                --interval | --count | --role | --result-class | --result-role | --depth)
                 i=$((i + 1))
                 ;;
-            --tls*) server+=("${words[i]}") ;;
+            --tls* | --verify*) server+=("${words[i]}") ;;
             -*) ;;
             *)
                 if [[ -z $command ]]; then
@@ -33,12 +66,15 @@ _cimhttp_read_line() {
     done
 }
 
-# Takes those lines of the text $1 that begin like the word at the cursor. With $2, case does not count.
+# Offers those lines of the text $1 that begin like the word at the cursor, in quotes where they need them, each between
+# the words $3 and $4, which have theirs. With $2, case does not count.
 _cimhttp_offer() {
     local candidate
     while IFS= read -r candidate; do
-        if [[ -n $candidate && ($candidate == "$current"* || (-n $2 && ${candidate,,} == "${current,,}"*)) ]]; then
-            COMPREPLY+=("$candidate")
+        [[ -n $candidate ]] || continue
+        printf -v candidate '%s%q%s' "$3" "$candidate" "$4"
+        if [[ $candidate == "$current"* || (-n $2 && ${candidate,,} == "${current,,}"*) ]]; then
+            COMPREPLY+=("${candidate:${#kept}}")
         fi
     done <<<"$1"
 }
@@ -59,10 +95,10 @@ _cimhttp_offer_classes() {
     _cimhttp_offer "$_cimhttp_classes" without-case
 }
 
-# The properties of the class that stands before, each with the text $1 before and $2 behind its name.
+# The properties of the class that stands before, each between the words $1 and $2.
 _cimhttp_offer_properties() {
     [[ -n $argument ]] || return 0
-    _cimhttp_offer "$(_cimhttp_ask class "$argument" --output csv | sed -e 1d -e "s/\\([^,]*\\),.*/$1\\1$2/")" without-case
+    _cimhttp_offer "$(_cimhttp_ask class "$argument" --output csv | sed -e 1d -e 's/,.*//')" without-case "$1" "$2"
 }
 
 # The same behind those that a list such as Name,Size has already.
@@ -72,8 +108,25 @@ _cimhttp_offer_property_list() {
     _cimhttp_offer_properties "$before" ''
 }
 
+# The names of the keys that the instances of the class have, or the values of one.
+_cimhttp_offer_keys() {
+    [[ -n $argument ]] || return 0
+    local keys
+    keys=$(_cimhttp_ask instances "$argument" --keys --output plain | sort -u)
+    if [[ $current == *=* ]]; then
+        _cimhttp_offer "$keys" without-case
+    else
+        compopt -o nospace 2>/dev/null # the value follows at once
+        _cimhttp_offer "$(sed -n 's/=.*//p' <<<"$keys" | uniq)" without-case '' '='
+    fi
+}
+
 _cimhttp_offer_connections() {
     _cimhttp_offer "$("${COMP_WORDS[0]}" connection list --output csv 2>/dev/null | sed -e 1d -e 's/,.*//')"
+}
+
+_cimhttp_offer_known_servers() {
+    _cimhttp_offer "$("${COMP_WORDS[0]}" connection known --output csv 2>/dev/null | sed -e 1d -e 's/,.*//')"
 }
 
 _cimhttp_offer_files() {
@@ -85,11 +138,17 @@ _cimhttp_offer_words() {
 }
 
 _cimhttp_offer_options() {
-    _cimhttp_offer_words --help --version --host --connection --tls --user --password-file --timeout --plugin --log --output
+    _cimhttp_offer_words --help --version --host --connection --port --namespace --tls --ca --fingerprint --cert --key \
+        --verify --user --password-file --timeout --plugin --log --output
     case $command in
         class) _cimhttp_offer_words --all ;;
-        instances) _cimhttp_offer_words --property --where --exact --deep --paths --raw ;;
-        instance) _cimhttp_offer_words --raw ;;
+        instances) _cimhttp_offer_words --property --where --sort --limit --exact --deep --paths --keys --wide --raw ;;
+        instance) _cimhttp_offer_words --wide --raw ;; # its --key has the name of a general option
+        classes) _cimhttp_offer_words --limit ;;
+        count) _cimhttp_offer_words --all --sort --limit ;;
+        associators) _cimhttp_offer_words --class --role --result-class --result-role --names --property --raw ;;
+        references) _cimhttp_offer_words --class --role --names --property --raw ;;
+        related) _cimhttp_offer_words --depth ;;
         qualifiers) _cimhttp_offer_words --class ;;
         watch) _cimhttp_offer_words --interval --count --property --where ;;
         collect) _cimhttp_offer_words --out ;;
@@ -99,31 +158,43 @@ _cimhttp_offer_options() {
 
 _cimhttp_offer_arguments() {
     case $command,$arguments in
-        ,*) _cimhttp_offer_words info classes tree class methods qualifiers instances instance watch collect connection ;;
-        classes,0 | tree,0 | class,0 | methods,0 | instances,0 | instance,0 | watch,0) _cimhttp_offer_classes ;;
+        ,*) _cimhttp_offer_words info doctor namespaces profiles classes tree class methods qualifiers count \
+            instances instance associators references \
+            related watch collect connection ;;
+        classes,0 | count,0 | tree,0 | class,0 | methods,0 | instances,0 | instance,0 | \
+            associators,0 | references,0 | related,0 | watch,0) _cimhttp_offer_classes ;;
         collect,0) _cimhttp_offer_files ;;
-        connection,0) _cimhttp_offer_words add list remove test ;;
-        connection,1) _cimhttp_offer_connections ;;
+        connection,0) _cimhttp_offer_words add list remove test known forget ;;
+        connection,1) if [[ $argument == forget ]]; then _cimhttp_offer_known_servers; else _cimhttp_offer_connections; fi ;;
     esac
 }
 
 _cimhttp() {
-    local current previous command argument arguments server
+    local current previous kept command argument arguments server
     _cimhttp_read_line
     COMPREPLY=()
     case $previous in
         -c | --connection) _cimhttp_offer_connections ;;
-        -o | --output) _cimhttp_offer_words table plain json csv mof ;;
+        -o | --output) _cimhttp_offer_words table plain json csv mof dot ;;
         --log) _cimhttp_offer_words error warning info debug ;;
-        --class) _cimhttp_offer_classes ;;
-        --password-file | --plugin | --out) _cimhttp_offer_files ;;
+        --class | --result-class) _cimhttp_offer_classes ;;
+        --password-file | --plugin | --out | --ca | --cert) _cimhttp_offer_files ;;
         --host) mapfile -t COMPREPLY < <(compgen -A hostname -- "$current") ;;
+        --key) if [[ $command == instance ]]; then _cimhttp_offer_keys; else _cimhttp_offer_files; fi ;;
         --property) _cimhttp_offer_property_list ;;
+        --sort)
+            if [[ $command == count ]]; then
+                _cimhttp_offer_words class count
+            else
+                _cimhttp_offer_property_list
+            fi
+            ;;
         --where)
             compopt -o nospace 2>/dev/null # the value follows at once
             _cimhttp_offer_properties '' '='
             ;;
-        --user | --timeout | --interval | --count) ;;
+        -u | --user | --port | -n | --namespace | --fingerprint | --timeout | --interval | --count | --limit | --role | \
+            --result-role | --depth) ;;
         *) if [[ $current == -* ]]; then _cimhttp_offer_options; else _cimhttp_offer_arguments; fi ;;
     esac
 }

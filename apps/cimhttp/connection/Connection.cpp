@@ -1,14 +1,18 @@
 #include "connection/Connection.h"
 
+#include <arpa/inet.h>
+#include <netinet/in.h>
 #include <strings.h>
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "Failure.h"
 #include "Options.h"
 #include "connection/ConnectionStore.h"
-#include "connection/PasswordPrompt.h"
+#include "connection/Fingerprint.h"
+#include "connection/TerminalPrompt.h"
 #include "text/TerminalText.h"
 
 namespace cimhttp {
@@ -16,6 +20,8 @@ namespace cimhttp {
 namespace {
 
 constexpr const char* kDefaultConnection = "default";
+
+[[noreturn]] void Refuse(const std::string& what) { throw Failure(Failure::kUsage, what); }
 
 template <std::size_t Count>
 bool IsOneOf(const std::string& text, const std::array<const char*, Count>& words) {
@@ -41,10 +47,21 @@ class Settings {
             return std::nullopt;
         }
         if (!IsOneOf(text, kYes) && !IsOneOf(text, kNo)) {
-            throw Failure(Failure::kUsage, document_ + ": ssl is '" + text +
-                                               "'; true, 1, yes or on mean HTTPS, false, 0, no or off HTTP");
+            Refuse(document_ + ": ssl is '" + text + "'; true, 1, yes or on mean HTTPS, false, 0, no or off HTTP");
         }
         return IsOneOf(text, kYes);
+    }
+
+    std::optional<int> Port() const {
+        const auto port = ParsePort(Text("port"));
+        if (Has("port") && !port) {
+            Refuse(document_ + ": port is '" + Text("port") + "', which is no number from 1 to 65535");
+        }
+        return port;
+    }
+
+    std::optional<std::string> OptionalText(const std::string& name) const {
+        return Has(name) ? std::optional(Text(name)) : std::nullopt;
     }
 
   private:
@@ -54,7 +71,12 @@ class Settings {
 
 /// Adds a saved connection where the options say nothing. A user who is not the connection's gets no password from it.
 void Add(const SavedConnection& saved, Options& options) {
-    options.host = options.host ? options.host : saved.host;
+    if (!options.host) {
+        options.host = saved.host;
+        options.port = options.port ? options.port : saved.port;
+    }
+    options.name_space = options.name_space ? options.name_space : saved.name_space;
+    options.tls_settings.Complete(saved.tls_settings);
     options.tls = options.tls ? options.tls : saved.tls;
     options.user = options.user ? options.user : saved.user;
     options.timeout = options.timeout ? options.timeout : saved.timeout;
@@ -99,20 +121,84 @@ std::string PasswordOf(const Options& options, const std::string& user, const st
     return *typed;
 }
 
+void CheckContradiction(bool is_contradiction, const std::string& one, const std::string& other) {
+    if (is_contradiction) {
+        Refuse(one + " and " + other + " contradict each other");
+    }
+}
+
+/// Whether the connection is encrypted: as the options, the URL or the port say.
+bool TlsOf(const Options& options, const ServerName& server) {
+    const std::string quoted = "'" + options.host.value_or("") + "'";
+    const std::string option = options.tls.value_or(false) ? "--tls" : "--tls=false";
+    CheckContradiction(options.tls && server.tls && options.tls != server.tls, quoted, option);
+    const std::optional<bool> named = options.tls ? options.tls : server.tls;
+    if (!options.port) {
+        return named.value_or(false);
+    }
+    const std::string port = "--port " + std::to_string(*options.port);
+    CheckContradiction(server.port && server.port != options.port, quoted, port);
+    const std::optional<bool> of_port = TlsOfPort(*options.port);
+    CheckContradiction(named && of_port && named != of_port, options.tls ? option : quoted, port);
+    return named.value_or(of_port.value_or(false));
+}
+
+void CheckNeedsTls(const std::string& option, bool is_given, bool tls) {
+    if (is_given && !tls) {
+        Refuse(option + " is for encrypted connections: add --tls");
+    }
+}
+
+/// What makes sure who is at the ends, checked. Nothing of it is silently left out.
+TlsSettings CheckedSettings(TlsSettings settings, bool tls) {
+    const std::array<std::pair<const char*, std::optional<std::string>>, 4> texts{
+        {{"--ca", settings.ca},
+         {"--fingerprint", settings.fingerprint},
+         {"--cert", settings.certificate},
+         {"--key", settings.key}}};
+    for (const auto& [name, text] : texts) {
+        CheckNeedsTls(name, text.has_value(), tls);
+        if (text && text->empty()) {
+            Refuse(std::string(name) + " is empty");
+        }
+    }
+    CheckNeedsTls("--verify", settings.verify.value_or(false), tls);
+    if (settings.key && !settings.certificate) {
+        Refuse("--key goes with --cert, the certificate that the key is of");
+    }
+    if (settings.fingerprint) {
+        const auto normal = NormalFingerprint(*settings.fingerprint);
+        if (!normal) {
+            Refuse("'" + *settings.fingerprint + "' is no SHA-256 fingerprint: that has 64 hexadecimal digits");
+        }
+        settings.fingerprint = normal;
+    }
+    return settings;
+}
+
+std::string NamespaceOf(const Options& options) {
+    const std::string name = options.name_space.value_or(kUsualNamespace);
+    const std::string without_slash = !name.empty() && name.front() == '/' ? name.substr(1) : name;
+    if (without_slash.empty()) {
+        Refuse("which namespace? '" + name + "' names none");
+    }
+    return without_slash;
+}
+
 /// Options that hold all that there is to know.
 Connection ConnectionOfComplete(const Options& options) {
     const ServerName server = ParseServerName(options.host.value_or(kDefaultHost));
-    if (options.tls && server.tls && *options.tls != *server.tls) {
-        throw Failure(Failure::kUsage, "'" + *options.host + "' and " + (*options.tls ? "--tls" : "--tls=false") +
-                                           " contradict each other");
-    }
     Connection connection;
     connection.host = server.host;
-    connection.tls = options.tls.value_or(server.tls.value_or(false));
+    connection.tls = TlsOf(options, server);
+    const std::optional<int> port = options.port ? options.port : server.port;
+    connection.port = port == connection.UsualPort() ? std::nullopt : port;
+    connection.name_space = NamespaceOf(options);
+    connection.tls_settings = CheckedSettings(options.tls_settings, connection.tls);
     connection.user = options.user.value_or("");
     connection.timeout = std::chrono::seconds(options.timeout.value_or(kUsualTimeout));
     if (connection.user.empty() && !options.password.value_or("").empty()) {
-        throw Failure(Failure::kUsage, "whose password? give --user");
+        Refuse("whose password? give --user");
     }
     if (!connection.user.empty()) {
         connection.password = PasswordOf(options, connection.user, connection.Url());
@@ -120,9 +206,27 @@ Connection ConnectionOfComplete(const Options& options) {
     return connection;
 }
 
+std::string Bracketed(const std::string& host) { return host.find(':') == std::string::npos ? host : '[' + host + ']'; }
+
 } // namespace
 
-std::string Connection::Url() const { return (tls ? "https://" : "http://") + host; }
+std::string Connection::Url() const {
+    const std::string scheme = tls ? "https://" : "http://";
+    return scheme + (port ? Bracketed(host) + ':' + std::to_string(*port) : host);
+}
+
+std::string Connection::Place() const { return name_space == kUsualNamespace ? Url() : Url() + '/' + name_space; }
+
+std::string Connection::HostAndPort() const { return Bracketed(host) + ':' + std::to_string(Port()); }
+
+bool Connection::IsLoopback() const {
+    in_addr four{};
+    in6_addr six{};
+    constexpr unsigned kNetworkBits = 24;
+    return ::strcasecmp(host.c_str(), "localhost") == 0 ||
+           (::inet_pton(AF_INET, host.c_str(), &four) == 1 && ntohl(four.s_addr) >> kNetworkBits == IN_LOOPBACKNET) ||
+           (::inet_pton(AF_INET6, host.c_str(), &six) == 1 && IN6_IS_ADDR_LOOPBACK(&six));
+}
 
 Connection ConnectionOf(const Options& options) {
     Options merged = options;
@@ -138,12 +242,17 @@ Connection ConnectionOf(const Options& options, const std::map<std::string, std:
     AddChosenConnection(merged);
     if (!merged.host && given.Has("address")) {
         merged.host = given.Text("address");
+        merged.port = merged.port ? merged.port : given.Port();
     }
+    merged.name_space = merged.name_space ? merged.name_space : given.OptionalText("namespace");
+    TlsSettings of_document;
+    of_document.ca = given.OptionalText("ca");
+    merged.tls_settings.Complete(of_document);
     if (!merged.tls) {
         merged.tls = given.Tls();
     }
     if (!merged.user) {
-        merged.user = given.Has("user") ? std::optional(given.Text("user")) : std::nullopt;
+        merged.user = given.OptionalText("user");
         if (!merged.password && merged.user && given.Has("pass")) {
             merged.password = given.Text("pass");
         }

@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <chrono>
 #include <map>
+#include <optional>
 #include <string>
 
 #include "connection/ServerName.h"
+#include "connection/TlsSettings.h"
 
 namespace cimhttp {
 
@@ -20,6 +22,9 @@ constexpr unsigned kLongestConnect = 20;
 /// The server of those who name none.
 constexpr const char* kDefaultHost = "localhost";
 
+/// The namespace of those who name none.
+constexpr const char* kUsualNamespace = "root/cimv2";
+
 /// How to reach a server.
 struct Connection {
     std::string host; ///< a name or an address
@@ -27,14 +32,30 @@ struct Connection {
     std::string password;
     bool tls = false;
     std::chrono::seconds timeout{kUsualTimeout}; ///< for each answer
+    std::optional<int> port = {};                ///< empty for the usual one
+    std::string name_space = kUsualNamespace;    ///< on the server
+    TlsSettings tls_settings = {};
+    std::string known_since = {};       ///< when the user trusted the fingerprint; empty where it is given otherwise
+    bool is_verified_by_policy = false; ///< the machine's policy makes sure whom an encrypted connection goes to
 
     /// How long connecting may take.
     std::chrono::seconds ConnectTimeout() const { return std::min(timeout, std::chrono::seconds(kLongestConnect)); }
 
-    int Port() const { return tls ? kHttpsPort : kHttpPort; }
+    int UsualPort() const { return tls ? kHttpsPort : kHttpPort; }
 
-    /// The server as a URL without a port.
+    int Port() const { return port.value_or(UsualPort()); }
+
+    /// The server as a URL, with its port unless that is the usual one.
     std::string Url() const;
+
+    /// The server and, unless it is the usual one, the namespace, `http://server.example/root/interop`.
+    std::string Place() const;
+
+    /// Host and port, `server.example:5989`.
+    std::string HostAndPort() const;
+
+    /// Whether what is sent does not leave this machine.
+    bool IsLoopback() const;
 };
 
 /// The connection that the options ask for: what they say counts first, then the named connection that they choose, or
@@ -42,8 +63,9 @@ struct Connection {
 /// when there is a terminal. Throws Failure(kUsage) when all this does not make a connection.
 Connection ConnectionOf(const Options& options);
 
-/// The same with the settings of a document, `address`, `user`, `pass` and `ssl`, where the options say nothing; the
-/// connection named `default` is for documents that name no server either. A user given on the command line takes no
+/// The same with the settings of a document, `address`, `port`, `namespace`, `user`, `pass`, `ssl` and
+/// `ca`, where the options say nothing; the port goes with the address. The connection named
+/// `default` is for documents that name no server either. A user given on the command line takes no
 /// password from the document, which holds that of somebody else. Failures name the document.
 Connection ConnectionOf(const Options& options, const std::map<std::string, std::string>& settings,
                         const std::string& document);

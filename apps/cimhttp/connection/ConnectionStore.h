@@ -6,6 +6,8 @@
 #include <string>
 #include <utility>
 
+#include "connection/TlsSettings.h"
+
 namespace cimhttp {
 
 /// A connection that the user gave a name.
@@ -15,6 +17,9 @@ struct SavedConnection {
     std::optional<std::string> user;
     std::optional<std::string> password; ///< only where the user asked to store it
     std::optional<unsigned> timeout;     ///< in seconds
+    std::optional<int> port = {};
+    std::optional<std::string> name_space = {};
+    TlsSettings tls_settings = {};
 };
 
 /// The user's named connections. They are a JSON document in one file, which only its owner reads:
@@ -24,11 +29,10 @@ class ConnectionStore {
   public:
     using Connections = std::map<std::string, SavedConnection>;
 
-    /// `cimhttp/connections.json` in the user's folder for configuration: $XDG_CONFIG_HOME, or .config in $HOME.
-    /// Nothing where neither is set.
+    /// `connections.json` in the user's folder, see UserDocument. Nothing where there is no such folder.
     static std::optional<ConnectionStore> OfUser();
 
-    /// The same for those who cannot do without. Throws Failure(kUsage) where neither is set.
+    /// The same for those who cannot do without. Throws Failure(kUsage) where there is none.
     static ConnectionStore NeededOfUser();
 
     explicit ConnectionStore(std::string path) : path_(std::move(path)) {}
@@ -39,19 +43,13 @@ class ConnectionStore {
     /// what it should be, or holds a password and can be read by others.
     Connections Read() const;
 
-    /// Lets `change` change what Read() returns, and replaces the file as a whole, by one that only its owner reads.
-    /// No other Update() comes in between: each waits for the one before, some seconds long. Makes the folder where
-    /// there is none, and leaves a file beside the other that stands for the lock. Throws like Read() and `change`, and
-    /// Failure, naming the file, when it cannot be locked or written; the file is then as it was.
+    /// Lets `change` change what Read() returns, and replaces the file; see UserDocument::Update.
     void Update(const std::function<void(Connections&)>& change) const;
 
     /// One connection by name. Throws like Read(), and Failure(kUsage) when there is none of that name.
     SavedConnection Find(const std::string& name) const;
 
   private:
-    void MakeFolder() const;
-    void Write(const Connections& connections) const;
-
     std::string path_;
 };
 

@@ -11,12 +11,14 @@
 
 #include "connection/Connection.h"
 #include "connection/HostAddresses.h"
+#include "connection/ServerProbe.h"
 
 namespace cimhttp {
 
 namespace {
 
 constexpr int kPatienceMs = 1000;
+constexpr std::chrono::seconds kProbeForAdvice{1};
 
 enum class PortState {
     kOpen,
@@ -67,10 +69,12 @@ std::string ExplainUnknownHost(const HostAddresses& addresses) {
                                            : "the host's name cannot be looked up: " + addresses.ErrorText();
 }
 
-/// What to try where the other port answers; empty where it does not. Nobody is told to leave out TLS who would then
-/// send a password in plain text: whoever stands between could get it by disturbing TLS.
+/// What to try where the other port of CIM servers answers; empty where it does not, and for who named a port. Nobody
+/// is told to leave out TLS who would then send a password in plain text: whoever stands between could get it by
+/// disturbing TLS.
 std::string OtherWay(const Connection& connection) {
-    if (connection.tls && !connection.user.empty()) {
+    const bool wants_tls = connection.tls && (!connection.user.empty() || connection.tls_settings.Verifies());
+    if (connection.port || wants_tls) {
         return {};
     }
     const int port = connection.tls ? kHttpPort : kHttpsPort;
@@ -104,6 +108,15 @@ std::string ExplainFailedConnect(const Connection& connection, const std::string
         return what + "; is the host up, and does a firewall let the port through?";
     }
     return what + "; is the CIM server running?" + (connection.host == kDefaultHost ? " --host names another" : "");
+}
+
+std::string CertificateAdvice(const Connection& connection) {
+    if (!connection.tls || connection.tls_settings.certificate) {
+        return {};
+    }
+    const auto probe = ProbeServer(connection.host, connection.Port(), true, kProbeForAdvice);
+    const bool asks = probe && probe->tls && probe->tls->asks_for_certificate;
+    return asks ? "; the server asks for a certificate of yours: give --cert FILE and --key FILE" : "";
 }
 
 } // namespace cimhttp

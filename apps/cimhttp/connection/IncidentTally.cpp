@@ -25,6 +25,8 @@ const char* TextOf(Cause cause) {
         return "with the path of another";
     case Cause::kNoDefinition:
         return "without the definition of its class";
+    case Cause::kNotAnInstance:
+        return "that is no instance";
     }
     return "";
 }

@@ -1,5 +1,7 @@
 #include "connection/Plugin.h"
 
+#include <utility>
+
 #include "Failure.h"
 #include "cimhttp/ContextKeys.h"
 #include "connection/OwnLibrary.h"
@@ -37,13 +39,10 @@ const PluginAccess* LoadAccess() {
 
 Plugin::Plugin(const std::string& path) : path_(path), provider_(LoadProvider(path)), access_(LoadAccess()) {}
 
-boost::shared_ptr<NQORVYX20::ICIMNamespace> Plugin::AllocateNamespace(const std::string& name) const {
-    TCIMContext context{{"pluginNameQualDeclValue", TCIMValue(kProviderName)},
-                        {NQORVYX20::kReadingKey, TCIMValue(NQORVYX20::kFaithfulReading)}};
-    if (!name.empty()) {
-        context.emplace(NQORVYX20::kNamespaceKey, TCIMValue(name));
-    }
-    return provider_->AllocateNamespace(context, false);
+boost::shared_ptr<NQORVYX20::ICIMNamespace> Plugin::AllocateNamespace(TCIMContext settings) const {
+    settings.emplace("pluginNameQualDeclValue", TCIMValue(kProviderName));
+    settings.emplace(NQORVYX20::kReadingKey, TCIMValue(NQORVYX20::kFaithfulReading));
+    return provider_->AllocateNamespace(std::move(settings), false);
 }
 
 } // namespace cimhttp

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "access/PluginAccess.h"
+#include "host/TCIMContext.h"
 
 namespace NQORVYX20 {
 class INamespaceProvider;
@@ -26,9 +27,9 @@ class Plugin {
 
     const PluginAccess& Access() const { return *access_; }
 
-    /// A new namespace of the provider, not connected, that reads faithfully: the server's namespace of this name, or
-    /// the usual one. Throws TVYXException 14 for a text that is no name.
-    boost::shared_ptr<NQORVYX20::ICIMNamespace> AllocateNamespace(const std::string& name = {}) const;
+    /// A new namespace of the provider, not connected, that reads faithfully. `settings` is more to tell the plug-in,
+    /// see cimhttp/ContextKeys.h; it throws TVYXException 14 for what it does not take.
+    boost::shared_ptr<NQORVYX20::ICIMNamespace> AllocateNamespace(NQORVYX20::TCIMContext settings) const;
 
   private:
     std::string path_;

@@ -1,5 +1,6 @@
 #include "connection/RemoteReason.h"
 
+#include "connection/CertificateReason.h"
 #include "connection/Connection.h"
 
 namespace cimhttp {
@@ -11,6 +12,7 @@ using Kind = RemoteFailure::Kind;
 
 // Status codes of CIM (DSP0200).
 constexpr unsigned kAccessDenied = 2;
+constexpr unsigned kInvalidNamespace = 3;
 constexpr unsigned kInvalidClass = 5;
 constexpr unsigned kCimNotFound = 6;
 
@@ -39,6 +41,7 @@ Failure::ExitStatus StatusOf(const RemoteFailure& failure) {
     case Kind::kTls:
     case Kind::kClosed:
     case Kind::kTimeOut:
+    case Kind::kPolicy:
         return Failure::kConnection;
     case Kind::kLogin:
         return Failure::kAuthentication;
@@ -64,6 +67,17 @@ std::string ExplainedHttp(const RemoteFailure& failure) {
     return failure.text + (is_of_cim ? "" : "; is it a CIM server that answers there?");
 }
 
+std::string ExplainedTls(const RemoteFailure& failure, const Connection& connection) {
+    if (failure.refusal) {
+        return ExplainedRefusal(*failure.refusal, connection, failure.text);
+    }
+    if (connection.tls) {
+        return failure.text;
+    }
+    return "the server speaks TLS on port " + std::to_string(connection.Port()) +
+           (connection.port ? "; try --tls" : "; try --tls, which goes to port 5989");
+}
+
 std::string Explained(const RemoteFailure& failure, const Connection& connection) {
     switch (failure.kind) {
     case Kind::kLogin:
@@ -71,12 +85,14 @@ std::string Explained(const RemoteFailure& failure, const Connection& connection
     case Kind::kTimeOut:
         return failure.text + "; --timeout SECONDS waits longer";
     case Kind::kTls:
-        return connection.tls ? failure.text : "the server speaks TLS on port 5988; try --tls, which goes to port 5989";
+        return ExplainedTls(failure, connection);
     case Kind::kClosed:
         return connection.tls ? failure.text
                               : "the server closed the connection without an answer; if it expects TLS, add --tls";
     case Kind::kHttp:
         return ExplainedHttp(failure);
+    case Kind::kCimStatus:
+        return failure.text + (failure.cimStatus == kInvalidNamespace ? "; --namespace names another" : "");
     default:
         return failure.text;
     }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <charconv>
 
 #include "Failure.h"
 
@@ -56,8 +57,19 @@ bool IsPlausible(const std::string& host) {
 
 } // namespace
 
+std::optional<bool> TlsOfPort(int port) {
+    return port == kHttpPort || port == kHttpsPort ? std::optional(port == kHttpsPort) : std::nullopt;
+}
+
+std::optional<int> ParsePort(const std::string& text) {
+    int port = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), port);
+    const bool is_port = error == std::errc() && end == text.data() + text.size() && port > 0 && port <= kHighestPort;
+    return is_port ? std::optional(port) : std::nullopt;
+}
+
 ServerName ParseServerName(const std::string& text) {
-    ServerName server{text, std::nullopt};
+    ServerName server{text, std::nullopt, std::nullopt};
     server.tls = TakeScheme(server.host);
     const auto sign = server.host.rfind('@');
     if (sign != std::string::npos) { // what stands before it may be a password, which is not to be shown
@@ -71,15 +83,15 @@ ServerName ParseServerName(const std::string& text) {
     if (port.empty()) {
         return server;
     }
-    const bool is_https = port == std::to_string(kHttpsPort);
-    if (!is_https && port != std::to_string(kHttpPort)) {
-        throw Failure(Failure::kUsage, "no CIM server is reached through port " + port + " ('" + text +
-                                           "'): they listen on 5988, and with TLS on 5989");
+    server.port = ParsePort(port);
+    if (!server.port) {
+        throw Failure(Failure::kUsage, "'" + text + "': a port is a number from 1 to 65535");
     }
-    if (server.tls.value_or(is_https) != is_https) {
+    const std::optional<bool> tls = TlsOfPort(*server.port);
+    if (tls && server.tls.value_or(*tls) != *tls) {
         throw Failure(Failure::kUsage, "'" + text + "': https goes with port 5989, http with port 5988");
     }
-    server.tls = is_https;
+    server.tls = tls ? tls : server.tls;
     return server;
 }
 

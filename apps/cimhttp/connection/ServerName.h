@@ -5,17 +5,27 @@
 
 namespace cimhttp {
 
+// What is behind these two ports is plain or encrypted by agreement; any other may be either.
 constexpr int kHttpPort = 5988;
 constexpr int kHttpsPort = 5989;
 
-/// How a user names a server: `server.example`, `192.0.2.7`, `2001:db8::7`, `[2001:db8::7]`, each also with one of the
-/// two ports of CIM servers, `server.example:5989`, or as a URL, `https://server.example`.
+constexpr int kHighestPort = 65535;
+
+/// How a user names a server: `server.example`, `192.0.2.7`, `2001:db8::7`, `[2001:db8::7]`, each also with a port,
+/// `server.example:15989`, or as a URL, `https://server.example:443`.
 struct ServerName {
     std::string host;        ///< a name or an address, without brackets
-    std::optional<bool> tls; ///< what port and scheme say
+    std::optional<bool> tls; ///< what the scheme says, or a port that is one of the two above
+    std::optional<int> port;
 };
 
-/// Throws Failure(kUsage) for what names no server that the plug-in can reach.
+/// Throws Failure(kUsage) for what names no server.
 ServerName ParseServerName(const std::string& text);
+
+/// What a port says about TLS: nothing unless it is one of the two above.
+std::optional<bool> TlsOfPort(int port);
+
+/// A port from 1 to 65535, or nothing for another text.
+std::optional<int> ParsePort(const std::string& text);
 
 } // namespace cimhttp

@@ -14,14 +14,18 @@ namespace cimhttp {
 
 namespace {
 
-constexpr timeval kPatience{5, 0}; // for each step
+using std::chrono::microseconds;
+using Clock = std::chrono::steady_clock;
+
+microseconds Since(Clock::time_point begin) { return std::chrono::duration_cast<microseconds>(Clock::now() - begin); }
 
 class Socket {
   public:
-    explicit Socket(const addrinfo& address)
+    Socket(const addrinfo& address, std::chrono::seconds patience)
         : descriptor_(::socket(address.ai_family, address.ai_socktype | SOCK_CLOEXEC, address.ai_protocol)) {
-        ::setsockopt(descriptor_, SOL_SOCKET, SO_SNDTIMEO, &kPatience, sizeof kPatience); // for connecting too
-        ::setsockopt(descriptor_, SOL_SOCKET, SO_RCVTIMEO, &kPatience, sizeof kPatience);
+        const timeval limit{patience.count(), 0};
+        ::setsockopt(descriptor_, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit); // for connecting too
+        ::setsockopt(descriptor_, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
     }
     ~Socket() {
         if (descriptor_ >= 0) {
@@ -41,25 +45,36 @@ class Socket {
     int descriptor_;
 };
 
-std::optional<TlsDetails> Handshake(int socket, const std::string& host) {
+void ShakeHands(int socket, const std::string& host, ProbeResult& result) {
     auto* const shake_hands = OwnFunction<TlsHandshakeFunction>(kTlsHandshakeLibrary, kTlsHandshakeFunction);
     TlsDetails details;
-    return shake_hands(socket, host, details) ? std::optional<TlsDetails>(std::move(details)) : std::nullopt;
+    const auto begin = Clock::now();
+    const bool is_seen = shake_hands(socket, host, details);
+    result.handshake = Since(begin);
+    if (is_seen) {
+        result.tls = std::move(details);
+    } else {
+        result.tls_failure = details.failure;
+    }
 }
 
 } // namespace
 
-std::optional<ProbeResult> ProbeServer(const std::string& host, int port, bool with_tls) {
+std::optional<ProbeResult> ProbeServer(const std::string& host, int port, bool with_tls,
+                                       std::chrono::seconds patience) {
     const HostAddresses addresses(host, port);
     for (const addrinfo* address = addresses.First(); address != nullptr; address = address->ai_next) {
-        const Socket socket(*address);
-        const auto begin = std::chrono::steady_clock::now();
+        const Socket socket(*address, patience);
+        const auto begin = Clock::now();
         if (!socket.Connect(*address)) {
             continue;
         }
-        const auto round_trip =
-            std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - begin);
-        return ProbeResult{round_trip, with_tls ? Handshake(socket.Descriptor(), host) : std::nullopt};
+        ProbeResult result;
+        result.round_trip = Since(begin);
+        if (with_tls) {
+            ShakeHands(socket.Descriptor(), host, result);
+        }
+        return result;
     }
     return std::nullopt;
 }

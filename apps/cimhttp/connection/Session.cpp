@@ -1,15 +1,20 @@
 #include "connection/Session.h"
 
+#include <algorithm>
+#include <chrono>
 #include <exception>
 
 #include "Failure.h"
 #include "cimhttp/ContextKeys.h"
+#include "connection/ConnectionContext.h"
 #include "connection/FailedConnect.h"
 #include "connection/RemoteReason.h"
+#include "connection/ServerFailure.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMNamespace.h"
 #include "host/TVYXException.h"
+#include "output/ShortReferences.h"
 #include "text/ClassInPath.h"
 #include "text/NearestNames.h"
 #include "text/PathFault.h"
@@ -24,21 +29,30 @@ using NQORVYX20::ICIMInstance;
 using NQORVYX20::ICIMNamespace;
 using NQORVYX20::RemoteFailure;
 using NQORVYX20::TCIMContext;
+using NQORVYX20::TCIMReference;
 using NQORVYX20::TCIMValue;
 using NQORVYX20::TVYXException;
-
-constexpr const char* kUsualNamespace = "root/cimv2"; // the plug-in's
 
 // Status codes of the object model.
 constexpr unsigned kTypeMismatch = 14;
 constexpr unsigned kInvalidName = 25;
 
-constexpr unsigned kCimInvalidClass = 5; // a status code of CIM (DSP0200)
+constexpr bool kWithSubclasses = true;
+
+// Status codes of CIM (DSP0200).
+constexpr unsigned kCimInvalidParameter = 4;
+constexpr unsigned kCimInvalidClass = 5;
 
 Failure NotAName(const std::string& name) { return {Failure::kUsage, "'" + name + "' is not a class name"}; }
 
 std::string NoConnection(const Connection& connection, const std::string& reason) {
     return "no connection to " + connection.Url() + ": " + ExplainFailedConnect(connection, reason);
+}
+
+/// About a server that ends a connection for want of a certificate.
+std::string AdviceAbout(const RemoteFailure& failure, const Connection& connection) {
+    const bool is_ended = failure.kind == RemoteFailure::Kind::kTls || failure.kind == RemoteFailure::Kind::kClosed;
+    return is_ended && !failure.refusal ? CertificateAdvice(connection) : std::string();
 }
 
 /// The plug-in has no time-out for connecting; the user has one.
@@ -65,6 +79,37 @@ std::string WithoutLeadingSlash(const std::string& name) {
     return !name.empty() && name.front() == '/' ? name.substr(1) : name;
 }
 
+/// The instances of a class, with `deep` of its subclasses, too.
+std::vector<boost::shared_ptr<ICIMInstance>> InstancesOf(ICIMClass& cls, bool deep, const TCIMContext& context) {
+    std::vector<boost::shared_ptr<ICIMInstance>> instances;
+    std::exception_ptr error; // which the plug-in might take for one of the server's
+    cls.EnumerateInstances(
+        [&](const boost::shared_ptr<ICIMInstance>& instance) {
+            try {
+                instances.push_back(instance);
+            } catch (...) {
+                error = std::current_exception();
+            }
+            return error == nullptr;
+        },
+        deep, context);
+    if (error != nullptr) {
+        std::rethrow_exception(error);
+    }
+    return instances;
+}
+
+bool HasName(const std::vector<std::string>& names, const std::string& name) {
+    return std::any_of(names.begin(), names.end(), [&](const std::string& one) { return IsSameName(one, name); });
+}
+
+/// Those that the user gives.
+std::vector<std::string> NamesOf(const AssociationQuery& query) {
+    std::vector<std::string> names{query.association_class, query.role, query.result_class, query.result_role};
+    names.insert(names.end(), query.properties.begin(), query.properties.end());
+    return names;
+}
+
 Failure NotAPath(const std::string& path, const std::string& reason) {
     const std::string fault = PathFault(path);
     return {Failure::kUsage,
@@ -80,25 +125,46 @@ Failure NoSuchClass(const std::string& name, const std::string& server, const st
 }
 
 Session::Session(const Plugin& plugin, const Connection& connection, const Attendant& attendant)
-    : plugin_(plugin), connection_(connection), attendant_(attendant), namespace_(Open({})) {}
+    : plugin_(plugin), connection_(connection), attendant_(attendant), namespace_(Open(connection)) {}
 
-Session::Namespace Session::Open(const std::string& name_space) const {
-    const PluginAccess& access = plugin_.Access();
-    auto opened = plugin_.AllocateNamespace(name_space);
+Session::Namespace Session::Allocate(const Connection& connection) const {
+    try {
+        return plugin_.AllocateNamespace(ContextOf(connection));
+    } catch (const TVYXException& exception) {
+        if (exception.GetStatusCode().GetCode() != kTypeMismatch) {
+            throw;
+        }
+        throw Failure(Failure::kUsage, "'" + connection.name_space + "' is not the name of a namespace");
+    }
+}
+
+Session::Namespace Session::Open(const Connection& connection) const {
+    auto opened = Allocate(connection);
+    const auto limit = LimitOf(connection);
+    const auto begin = std::chrono::steady_clock::now();
     const auto connect = [&] {
-        access.Connect(*opened, connection_.host, connection_.user, connection_.password, connection_.Port());
+        plugin_.Access().Connect(*opened, connection.host, connection.user, connection.password, connection.Port());
     };
     try {
         if (attendant_) {
-            attendant_->Attend("connecting to " + Server(), connect, LimitOf(connection_));
+            attendant_->Attend("connecting to " + Server(), connect, limit);
         } else {
             connect();
         }
     } catch (const TVYXException& exception) {
-        throw Failure(Failure::kConnection, NoConnection(connection_, ReasonOf(exception, *opened).text));
+        // the client library may be the first to notice that the time is over
+        const bool is_late = std::chrono::steady_clock::now() - begin >= limit.time;
+        throw is_late ? limit.failure() : NotConnected(ReasonOf(exception, *opened));
     }
-    access.SetTimeout(*opened, connection_.timeout);
     return opened;
+}
+
+Failure Session::NotConnected(const RemoteFailure& failure) const {
+    if (failure.refusal || failure.kind == RemoteFailure::Kind::kPolicy) { // about which the ports have nothing to say
+        return {Failure::kConnection,
+                "no connection to " + Server() + ": " + RemoteReason(failure, connection_).Text()};
+    }
+    return {Failure::kConnection, NoConnection(connection_, failure.text + AdviceAbout(failure, connection_))};
 }
 
 Session Session::Unattended() const {
@@ -120,11 +186,11 @@ RemoteFailure Session::ReasonOf(const TVYXException& exception, ICIMNamespace& n
 
 void Session::Fail(const std::string& what, const RemoteFailure& failure) const {
     const RemoteReason reason(failure, connection_);
-    const std::string text = what + ": " + reason.Text();
+    const std::string text = what + ": " + reason.Text() + AdviceAbout(failure, connection_);
     if (reason.IsLoginRefused()) {
         throw LoginFailure(text);
     }
-    throw Failure(reason.Status(), text);
+    throw ServerFailure(reason.Status(), text, failure);
 }
 
 template <typename Operation>
@@ -132,7 +198,7 @@ auto Session::Remotely(const std::string& thing, const Operation& operation) con
     try {
         return Attended(thing, operation);
     } catch (const RemoteError& error) {
-        Fail(thing + " cannot be read from " + Server(), error.Failure());
+        Fail(thing + " cannot be read from " + Place(), error.Failure());
     }
 }
 
@@ -140,7 +206,7 @@ std::vector<std::string> Session::ClassNames() {
     try {
         return ClassNamesIn(*namespace_);
     } catch (const RemoteError& error) {
-        Fail("the classes of " + Server() + " cannot be listed", error.Failure());
+        Fail("the classes of " + Place() + " cannot be listed", error.Failure());
     }
 }
 
@@ -161,7 +227,7 @@ std::vector<RemoteQualifierDeclaration> Session::KnownQualifiers() {
         return Attended("the qualifiers", [&] { return plugin_.Access().ReadQualifierDeclarations(*namespace_); });
     } catch (const RemoteError& error) {
         if (error.Failure().kind == RemoteFailure::Kind::kLimit) { // there are some, too many to be read
-            Fail("the qualifiers cannot be read from " + Server(), error.Failure());
+            Fail("the qualifiers cannot be read from " + Place(), error.Failure());
         }
         return {};
     }
@@ -182,7 +248,7 @@ RemoteClass Session::Definition(const std::string& name) {
     return ReadingClass("the class " + name, name, [&] { return plugin_.Access().ReadClass(*namespace_, name); });
 }
 
-std::vector<std::string> Session::InstancePaths(const std::string& class_name) {
+std::vector<NQORVYX20::TCIMReference> Session::InstancePaths(const std::string& class_name) {
     return ReadingClass("the paths of the instances of " + class_name, class_name,
                         [&] { return plugin_.Access().InstancePaths(*namespace_, class_name); });
 }
@@ -203,7 +269,7 @@ boost::shared_ptr<ICIMClass> Session::Class(const std::string& name) {
 
 void Session::FailAboutClass(const std::string& name, ICIMNamespace& name_space, const RemoteFailure& failure) {
     if (RemoteReason(failure, connection_).Status() != Failure::kNotFound) {
-        Fail("the class " + name + " cannot be read from " + Server(), failure);
+        Fail("the class " + name + " cannot be read from " + Place(), failure);
     }
     std::vector<std::string> classes;
     try {
@@ -211,35 +277,162 @@ void Session::FailAboutClass(const std::string& name, ICIMNamespace& name_space,
     } catch (const RemoteError&) {
         // a server that does not list its classes
     }
-    throw NoSuchClass(name, Server(), classes);
+    throw NoSuchClass(name, Place(), classes);
 }
 
 std::vector<boost::shared_ptr<ICIMInstance>> Session::Instances(ICIMClass& cls, bool deep,
                                                                 const std::vector<std::string>& properties) {
     const std::string name = cls.GetName(TCIMContext());
-    const auto read = [&] {
-        std::vector<boost::shared_ptr<ICIMInstance>> instances;
-        std::exception_ptr error; // which the plug-in might take for one of the server's
-        cls.EnumerateInstances(
-            [&](const boost::shared_ptr<ICIMInstance>& instance) {
-                try {
-                    instances.push_back(instance);
-                } catch (...) {
-                    error = std::current_exception();
-                }
-                return error == nullptr;
-            },
-            deep, ReadingContext(properties));
-        if (error != nullptr) {
-            std::rethrow_exception(error);
-        }
-        return instances;
+    try {
+        return Attended("the instances of " + name, [&] { return InstancesOf(cls, deep, ReadingContext(properties)); });
+    } catch (const TVYXException& exception) {
+        Fail("the instances of " + name + " cannot be read from " + Place(), ReasonOf(exception, *namespace_));
+    }
+}
+
+std::vector<boost::shared_ptr<ICIMInstance>> Session::InstancesIn(const std::string& name_space,
+                                                                  const std::string& class_name) {
+    const std::string thing = "the instances of " + class_name + " in " + name_space;
+    ICIMNamespace& where = NamespaceOrOwn(name_space);
+    try {
+        return Attended(thing, [&] {
+            return InstancesOf(*where.GetClass(class_name, TCIMContext()), kWithSubclasses, TCIMContext());
+        });
+    } catch (const TVYXException& exception) {
+        const RemoteFailure failure = ReasonOf(exception, where);
+        FailUnlessAnswered(thing + " cannot be read from " + Server(), failure);
+        throw RemoteError(failure);
+    }
+}
+
+std::vector<TCIMReference> Session::InstancePathsIn(const std::string& name_space, const std::string& class_name) {
+    const std::string thing = "the instances of " + class_name + " in " + name_space;
+    try {
+        return Attended(thing, [&] { return plugin_.Access().InstancePathsIn(*namespace_, name_space, class_name); });
+    } catch (const RemoteError& error) {
+        FailUnlessAnswered(thing + " cannot be read from " + Server(), error.Failure());
+        throw;
+    }
+}
+
+std::string Session::NamespaceName() const { return connection_.name_space; }
+
+Session::Trial Session::Try(const std::string& thing,
+                            const std::function<void(const PluginAccess&, ICIMNamespace&)>& ask) {
+    const auto begin = std::chrono::steady_clock::now();
+    const auto elapsed = [&] {
+        return std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - begin);
     };
     try {
-        return Attended("the instances of " + name, read);
-    } catch (const TVYXException& exception) {
-        Fail("the instances of " + name + " cannot be read from " + Server(), ReasonOf(exception, *namespace_));
+        Attended(thing, [&] {
+            ask(plugin_.Access(), *namespace_);
+            return true;
+        });
+        return {elapsed(), std::nullopt};
+    } catch (const RemoteError& error) {
+        if (RemoteReason(error.Failure(), connection_).Status() == Failure::kConnection) {
+            Fail(thing + " cannot be read from " + Server(), error.Failure());
+        }
+        return {elapsed(), error.Failure()};
     }
+}
+
+void Session::FailUnlessAnswered(const std::string& what, const RemoteFailure& failure) const {
+    if (failure.kind != RemoteFailure::Kind::kCimStatus && failure.kind != RemoteFailure::Kind::kHttp) {
+        Fail(what, failure);
+    }
+}
+
+// --- Associations ------------------------------------------------------------------------------------------------
+
+template <typename Operation>
+auto Session::ReadingAssociations(const AssociationQuery& query, const Operation& operation) {
+    try {
+        return Attended("the associations of " + query.path, operation);
+    } catch (const RemoteError& error) {
+        FailAboutAssociations(query, error.Failure());
+    } catch (const std::invalid_argument& error) {
+        if (HasName(NamesOf(query), error.what())) {
+            throw Failure(Failure::kUsage, std::string("'") + error.what() + "' is not a name");
+        }
+        throw NotAPath(query.path, error.what());
+    }
+}
+
+void Session::FailAboutAssociations(const AssociationQuery& query, const RemoteFailure& failure) {
+    const bool is_about_names = failure.kind == RemoteFailure::Kind::kCimStatus &&
+                                (failure.cimStatus == kCimInvalidParameter || failure.cimStatus == kCimInvalidClass);
+    std::vector<std::string> classes;
+    try {
+        classes = is_about_names ? ClassNamesIn(NamespaceOrOwn(NamespaceIn(query.path))) : classes;
+    } catch (const RemoteError&) {
+        // a server that does not list its classes
+    }
+    for (const std::string& name : {ClassInPath(query.path), query.association_class, query.result_class}) {
+        if (!name.empty() && !classes.empty() && !HasName(classes, name)) {
+            throw NoSuchClass(name, Server(), classes);
+        }
+    }
+    Fail("the associations of " + query.path + " cannot be read from " + Server(), failure);
+}
+
+std::vector<TCIMReference> Session::RelatedPaths(AssociationQuery query) {
+    query.host = connection_.host;
+    return ReadingAssociations(query, [&] { return plugin_.Access().RelatedPaths(*namespace_, query); });
+}
+
+std::vector<boost::shared_ptr<ICIMInstance>> Session::Related(AssociationQuery query) {
+    query.host = connection_.host;
+    const auto objects = ReadingAssociations(query, [&] { return plugin_.Access().ReadRelated(*namespace_, query); });
+    std::vector<boost::shared_ptr<ICIMInstance>> all;
+    for (const std::string& name : objects->Namespaces()) {
+        ICIMNamespace& where = NamespaceOrOwn(name);
+        const auto instances = ReadingAssociations(query, [&] { return objects->TakeInstances(name, where); });
+        all.insert(all.end(), instances.begin(), instances.end());
+    }
+    return all;
+}
+
+std::vector<RemoteLink> Session::Links(const std::string& path) {
+    AssociationQuery query;
+    query.path = path;
+    return ReadingAssociations(query, [&] { return plugin_.Access().ReadLinks(*namespace_, path); });
+}
+
+TCIMReference Session::ReferenceTo(const std::string& path) {
+    try {
+        TCIMReference reference = plugin_.Access().ParsePath(path);
+        const std::string name = NamespaceIn(path);
+        if (!HasKeys(reference)) {
+            throw std::invalid_argument("it names a class, and not an instance");
+        }
+        reference.SetHost(std::string());
+        reference.SetNamespaceName(name.empty() ? NamespaceName() : name);
+        return reference;
+    } catch (const std::invalid_argument& error) {
+        throw NotAPath(path, error.what());
+    }
+}
+
+void Session::CheckExists(const std::string& path) {
+    try {
+        Attended("the instance " + path, [&] {
+            plugin_.Access().CheckInstance(*namespace_, path);
+            return true;
+        });
+    } catch (const RemoteError& error) {
+        const auto status = RemoteReason(error.Failure(), connection_).Status();
+        if (status == Failure::kNotFound || status == Failure::kConnection) {
+            Fail("the instance " + path + " cannot be read from " + Server(), error.Failure());
+        }
+        // a server that does not tell
+    }
+}
+
+// --- Other namespaces --------------------------------------------------------------------------------------------
+
+ICIMNamespace& Session::NamespaceOrOwn(const std::string& name) {
+    return name.empty() || IsSameName(name, connection_.name_space) ? *namespace_ : NamespaceNamed(name);
 }
 
 ICIMNamespace& Session::NamespaceNamed(const std::string& name) {
@@ -247,20 +440,15 @@ ICIMNamespace& Session::NamespaceNamed(const std::string& name) {
     if (known != others_.end()) {
         return *known->second;
     }
-    try {
-        return *others_.emplace(name, Open(name)).first->second;
-    } catch (const TVYXException& exception) {
-        if (exception.GetStatusCode().GetCode() != kTypeMismatch) {
-            throw;
-        }
-        throw Failure(Failure::kUsage, "'" + name + "' is not the name of a namespace");
-    }
+    Connection other = connection_;
+    other.name_space = name;
+    return *others_.emplace(name, Open(other)).first->second;
 }
 
 std::string Session::NamespaceIn(const std::string& path) const {
     try {
         const std::string name = WithoutLeadingSlash(plugin_.Access().NamespaceOf(path));
-        return IsSameName(name, kUsualNamespace) ? std::string() : name;
+        return IsSameName(name, connection_.name_space) ? std::string() : name;
     } catch (const std::invalid_argument& error) {
         throw NotAPath(path, error.what());
     }
@@ -278,7 +466,7 @@ Session::FoundInstance Session::Instance(const std::string& path) {
         if (error.Failure().kind == RemoteFailure::Kind::kCimStatus && error.Failure().cimStatus == kCimInvalidClass) {
             FailAboutClass(ClassInPath(path), name_space, error.Failure());
         }
-        Fail("the instance " + path + " cannot be read from " + Server(), error.Failure());
+        Fail("the instance " + path + " cannot be read from " + Place(), error.Failure());
     }
 }
 

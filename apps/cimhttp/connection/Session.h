@@ -2,12 +2,15 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <chrono>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "Failure.h"
+#include "access/AssociationQuery.h"
 #include "access/RemoteModel.h"
 #include "connection/Connection.h"
 #include "connection/IncidentTally.h"
@@ -28,7 +31,7 @@ Failure NoSuchClass(const std::string& name, const std::string& server, const st
 
 /// A connected namespace. What the plug-in reports by a status becomes a Failure here that names the server, the thing
 /// asked for, the reason and what to try. Its status is kConnection, kAuthentication, kNotFound or kServer; a
-/// LoginFailure says that asking for anything else is in vain.
+/// ServerFailure has more to say, and a LoginFailure says that asking for anything else is in vain.
 class Session {
   public:
     /// An instance, and the namespace that it is in; empty for the one that everything else is read from.
@@ -37,7 +40,14 @@ class Session {
         std::string name_space;
     };
 
-    /// Connects. Throws Failure(kConnection) when that fails. The attendant looks after the user whenever the session
+    /// What asking for something came to.
+    struct Trial {
+        std::chrono::microseconds time;
+        std::optional<NQORVYX20::RemoteFailure> failure;
+    };
+
+    /// Connects. Throws Failure(kConnection) when that fails, and Failure(kUsage) when the namespace is not the name of
+    /// one. The attendant looks after the user whenever the session
     /// waits for the server.
     Session(const Plugin& plugin, const Connection& connection, const Attendant& attendant);
 
@@ -48,8 +58,11 @@ class Session {
 
     const Connection& Target() const { return connection_; }
 
-    /// The server as a URL without a port.
+    /// The server as a URL.
     std::string Server() const { return connection_.Url(); }
+
+    /// The server and, unless it is the usual one, the namespace.
+    std::string Place() const { return connection_.Place(); }
 
     /// The names of all classes, in the server's order.
     std::vector<std::string> ClassNames();
@@ -80,7 +93,38 @@ class Session {
                                                                       const std::vector<std::string>& properties);
 
     /// The paths of the instances of a class and its subclasses, in the server's order. Fails like Class().
-    std::vector<std::string> InstancePaths(const std::string& class_name);
+    std::vector<NQORVYX20::TCIMReference> InstancePaths(const std::string& class_name);
+
+    /// The same in a namespace of the server, with all properties of their own classes; or their paths. Throws
+    /// RemoteError for an error that the server answers with, since another namespace may have them.
+    std::vector<boost::shared_ptr<NQORVYX20::ICIMInstance>> InstancesIn(const std::string& name_space,
+                                                                        const std::string& class_name);
+    std::vector<NQORVYX20::TCIMReference> InstancePathsIn(const std::string& name_space, const std::string& class_name);
+
+    /// The name of the namespace that everything is read from.
+    std::string NamespaceName() const;
+
+    /// Asks for `thing` for no more than how that goes. Throws Failure only when nothing can be asked at all.
+    Trial Try(const std::string& thing, const std::function<void(const PluginAccess&, NQORVYX20::ICIMNamespace&)>& ask);
+
+    /// Throws the Failure that a remote one is to the user, about `what`.
+    [[noreturn]] void Fail(const std::string& what, const NQORVYX20::RemoteFailure& failure) const;
+
+    /// What a query about an instance's associations asks for, see AssociationQuery, whose host is filled in: the
+    /// objects, or their paths, in the server's order. Throws Failure(kUsage) for what is no path or name; the
+    /// instance need not exist.
+    std::vector<boost::shared_ptr<NQORVYX20::ICIMInstance>> Related(AssociationQuery query);
+    std::vector<NQORVYX20::TCIMReference> RelatedPaths(AssociationQuery query);
+
+    /// All associations of an instance. The same Failures.
+    std::vector<RemoteLink> Links(const std::string& path);
+
+    /// What a path means that a user gives: with the namespace, and without the host, which counts for nothing. Throws
+    /// Failure(kUsage) for what is no path.
+    NQORVYX20::TCIMReference ReferenceTo(const std::string& path);
+
+    /// Throws Failure(kNotFound) where the server says that there is no such instance.
+    void CheckExists(const std::string& path);
 
     /// What could not be taken from the server's answers since the last call.
     IncidentTally TakeIncidents();
@@ -88,24 +132,35 @@ class Session {
   private:
     using Namespace = boost::shared_ptr<NQORVYX20::ICIMNamespace>;
 
-    /// Throws Failure as the constructor does, and Failure(kUsage) for what is no name of a namespace.
-    Namespace Open(const std::string& name_space) const;
+    /// Throws as the constructor does.
+    Namespace Open(const Connection& connection) const;
+    Namespace Allocate(const Connection& connection) const;
+
+    Failure NotConnected(const NQORVYX20::RemoteFailure& failure) const;
 
     /// The one that everything is read from, or another of the same server, opened when it is first needed.
     NQORVYX20::ICIMNamespace& NamespaceNamed(const std::string& name);
+
+    /// The one that everything is read from, if that has this name; otherwise NamespaceNamed().
+    NQORVYX20::ICIMNamespace& NamespaceOrOwn(const std::string& name);
 
     /// The namespace that a path names, empty for the one that everything is read from.
     std::string NamespaceIn(const std::string& path) const;
 
     std::vector<std::string> ClassNamesIn(NQORVYX20::ICIMNamespace& name_space);
 
-    [[noreturn]] void Fail(const std::string& what, const NQORVYX20::RemoteFailure& failure) const;
+    /// Throws the Failure, unless a remote one is an error that the server answers with.
+    void FailUnlessAnswered(const std::string& what, const NQORVYX20::RemoteFailure& failure) const;
+
     [[noreturn]] void FailAboutClass(const std::string& name, NQORVYX20::ICIMNamespace& name_space,
                                      const NQORVYX20::RemoteFailure& failure);
 
     /// Why the operation failed that threw the exception.
     NQORVYX20::RemoteFailure ReasonOf(const NQORVYX20::TVYXException& exception,
                                       NQORVYX20::ICIMNamespace& name_space) const;
+
+    /// What goes wrong when associations are asked for.
+    [[noreturn]] void FailAboutAssociations(const AssociationQuery& query, const NQORVYX20::RemoteFailure& failure);
 
     /// Reads while the attendant says that `thing` is being read.
     template <typename Operation>
@@ -114,6 +169,8 @@ class Session {
     /// The same; what goes wrong remotely becomes a Failure about `thing`, or about a class.
     template <typename Operation>
     auto Remotely(const std::string& thing, const Operation& operation) const;
+    template <typename Operation>
+    auto ReadingAssociations(const AssociationQuery& query, const Operation& operation);
     template <typename Operation>
     auto ReadingClass(const std::string& thing, const std::string& class_name, const Operation& operation);
 

@@ -18,9 +18,21 @@ namespace {
 
 using namespace NQORVYX20;
 
-Failure NoSuchProperty(const std::string& name, const Properties& properties, const std::string& class_name) {
-    return {Failure::kUsage, "the class " + class_name + " has no property " + name +
-                                 DidYouMean(NearestNames(name, NamesOf(properties)))};
+/// `complaint` is about a name that none has, but for the name.
+Properties ChosenOf(const std::string& complaint, const Properties& properties, const std::vector<std::string>& names) {
+    ByName<boost::shared_ptr<ICIMPropertyDecl>> by_name;
+    for (const auto& property : properties) {
+        by_name.emplace(property->GetName(TCIMContext()), property);
+    }
+    Properties chosen;
+    for (const std::string& name : names) {
+        const auto found = by_name.find(name);
+        if (found == by_name.end()) {
+            throw Failure(Failure::kUsage, complaint + name + DidYouMean(NearestNames(name, NamesOf(properties))));
+        }
+        chosen.push_back(found->second);
+    }
+    return chosen;
 }
 
 } // namespace
@@ -67,19 +79,11 @@ std::vector<std::string> NamesOf(const Properties& properties) {
 }
 
 Properties Chosen(const Properties& properties, const std::vector<std::string>& names, const std::string& class_name) {
-    ByName<boost::shared_ptr<ICIMPropertyDecl>> by_name;
-    for (const auto& property : properties) {
-        by_name.emplace(property->GetName(TCIMContext()), property);
-    }
-    Properties chosen;
-    for (const std::string& name : names) {
-        const auto found = by_name.find(name);
-        if (found == by_name.end()) {
-            throw NoSuchProperty(name, properties, class_name);
-        }
-        chosen.push_back(found->second);
-    }
-    return chosen;
+    return ChosenOf("the class " + class_name + " has no property ", properties, names);
+}
+
+Properties ChosenOfAny(const Properties& properties, const std::vector<std::string>& names) {
+    return ChosenOf("none of these instances has a property ", properties, names);
 }
 
 bool IsKey(const ICIMPropertyDecl& property) {

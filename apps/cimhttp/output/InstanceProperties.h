@@ -32,6 +32,9 @@ std::vector<std::string> NamesOf(const Properties& properties);
 /// that none has; `class_name` is for the complaint.
 Properties Chosen(const Properties& properties, const std::vector<std::string>& names, const std::string& class_name);
 
+/// The same for properties of several classes.
+Properties ChosenOfAny(const Properties& properties, const std::vector<std::string>& names);
+
 bool IsKey(const NQORVYX20::ICIMPropertyDecl& property);
 
 /// An instance's property; empty when the instance's own class does not declare it.

@@ -8,7 +8,8 @@ enum class OutputFormat {
     kPlain, ///< lines, for people and simple tools
     kJson,
     kCsv, ///< RFC 4180
-    kMof
+    kMof,
+    kDot ///< the language of Graphviz
 };
 
 } // namespace cimhttp

@@ -1,7 +1,6 @@
 #include "output/ShortReferences.h"
 
 #include <algorithm>
-#include <functional>
 
 #include "host/TCIMReference.h"
 
@@ -13,8 +12,6 @@ using NQORVYX20::TCIMContext;
 using NQORVYX20::TCIMReference;
 using NQORVYX20::TCIMValue;
 
-using KeyPredicate = std::function<bool(const std::string& name, const TCIMValue& value)>;
-
 TCIMReference WithKeys(const TCIMReference& reference, const KeyPredicate& is_wanted) {
     TCIMReference result({}, TCIMContext());
     result.SetClassName(reference.GetClassName());
@@ -25,15 +22,6 @@ TCIMReference WithKeys(const TCIMReference& reference, const KeyPredicate& is_wa
         return true;
     });
     return result;
-}
-
-bool HasKeys(const TCIMReference& reference) {
-    bool has_keys = false;
-    reference.EnumerateKeyValues([&](const std::string&, const TCIMValue&) {
-        has_keys = true;
-        return false;
-    });
-    return has_keys;
 }
 
 /// The keys that two references have with the same values.
@@ -75,14 +63,6 @@ std::string HeadText(const TCIMReference& reference) {
     return head.GetPath();
 }
 
-/// `Class.…,key="text"`: the dots show that this is no path to look an instance up with.
-std::string ShortText(const TCIMReference& reference, const TCIMReference& left_out) {
-    TCIMReference keys = Without(reference, left_out); // with the class, which the head has
-    keys.SetClassName(std::string());
-    const std::string head = HeadText(reference);
-    return (head.empty() ? "…," : head + ".…,") + keys.GetPath();
-}
-
 /// True when there was something to leave out.
 bool Shorten(const std::vector<Cell*>& cells) {
     if (cells.size() < 2) {
@@ -97,12 +77,30 @@ bool Shorten(const std::vector<Cell*>& cells) {
         return false;
     }
     for (Cell* const cell : cells) {
-        cell->text = ShortText(cell->value.GetReference(), common);
+        cell->text = TextWithKeys(cell->value.GetReference(), [&](const std::string& name, const TCIMValue&) {
+            return common.GetKeyValue(name).IsNull();
+        });
     }
     return true;
 }
 
 } // namespace
+
+bool HasKeys(const TCIMReference& reference) {
+    bool has_keys = false;
+    reference.EnumerateKeyValues([&](const std::string&, const TCIMValue&) {
+        has_keys = true;
+        return false;
+    });
+    return has_keys;
+}
+
+std::string TextWithKeys(const TCIMReference& reference, const KeyPredicate& is_wanted) {
+    TCIMReference keys = WithKeys(reference, is_wanted); // with the class, which the head has
+    keys.SetClassName(std::string());
+    const std::string head = HeadText(reference);
+    return (head.empty() ? "…," : head + ".…,") + keys.GetPath();
+}
 
 std::optional<Listing> WithShortReferences(const Listing& listing) {
     if (!HasReferences(listing)) {

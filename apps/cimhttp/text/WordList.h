@@ -8,4 +8,7 @@ namespace cimhttp {
 /// `a, b or c`
 std::string Listed(const std::vector<std::string>& words);
 
+/// `a, b and c`
+std::string ListedTogether(const std::vector<std::string>& words);
+
 } // namespace cimhttp

@@ -85,11 +85,11 @@ void Associators(const Repository& repository, const Parameters& parameters, Xml
     if (!source.path)
         WriteClasses(traversal.AssociatedClasses(), repository, selection, writer);
     else
-        traversal.VisitAssociated(*source.path, [&](const ObjectPath& path) {
+        traversal.VisitAssociated(*source.path, [&](const LocatedObject& object) {
+            const Repository& where = *object.repository;
             // What it names can have gone since, as processes do.
-            if (const auto instance = repository.Find(path))
-                WriteObject(*repository.GetSchema().FindClass(path.className), *instance, repository, selection,
-                            writer);
+            if (const auto instance = where.Find(object.path))
+                WriteObject(*where.GetSchema().FindClass(object.path.className), *instance, where, selection, writer);
         });
     writer.End();
 }
@@ -101,8 +101,9 @@ void AssociatorNames(const Repository& repository, const Parameters& parameters,
     if (!source.path)
         WriteClassNames(traversal.AssociatedClasses(), repository, writer);
     else
-        traversal.VisitAssociated(*source.path,
-                                  [&](const ObjectPath& path) { WriteObjectPath(path, repository, writer); });
+        traversal.VisitAssociated(*source.path, [&](const LocatedObject& object) {
+            WriteObjectPath(object.path, *object.repository, writer);
+        });
     writer.End();
 }
 

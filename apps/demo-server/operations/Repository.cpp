@@ -1,5 +1,6 @@
 #include "operations/Repository.h"
 
+#include "operations/Namespaces.h"
 #include "schema/CheckedPath.h"
 #include "schema/PathText.h"
 
@@ -7,8 +8,8 @@
 
 namespace demo {
 
-Repository::Repository(Schema schema, InstanceProviders providers, NamespacePath location)
-    : schema_(std::move(schema)), location_(std::move(location)) {
+Repository::Repository(Schema schema, InstanceProviders providers, NamespacePath location, const Namespaces& server)
+    : schema_(std::move(schema)), location_(std::move(location)), server_(server) {
     for (auto& provider : providers) {
         const std::string name(provider->ClassName());
         providers_[name].push_back(std::move(provider));
@@ -63,6 +64,23 @@ std::optional<Instance> Repository::Find(const ObjectPath& path) const {
                 found = instance;
         });
     return found;
+}
+
+std::optional<LocatedObject> Repository::Follow(const ObjectPath& reference) const {
+    if (reference.IsLocal()) {
+        return LocatedObject{this, reference};
+    }
+    const Repository* const target = reference.host.empty() ? server_.Find(reference.nameSpace) : nullptr;
+    const Class* const declaration = target ? target->schema_.FindClass(reference.className) : nullptr;
+    if (!declaration) {
+        return std::nullopt;
+    }
+    try {
+        return LocatedObject{target,
+                             CheckedPath(target->schema_, target->location_.nameSpace, *declaration, reference)};
+    } catch (const PathError&) {
+        return std::nullopt;
+    }
 }
 
 const InstanceProviders& Repository::ProvidersOf(const std::string& className) const {

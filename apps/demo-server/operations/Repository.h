@@ -14,14 +14,25 @@
 
 namespace demo {
 
-/// The namespace that the operations read: its schema and the instances of its providers. Safe to use from several
+class Namespaces;
+class Repository;
+
+/// An object of this server, in whichever namespace it is.
+struct LocatedObject {
+    const Repository* repository = nullptr;
+    /// Within the namespace.
+    ObjectPath path;
+};
+
+/// A namespace that the operations read: its schema and the instances of its providers. Safe to use from several
 /// threads.
 class Repository {
   public:
     /// Takes an instance with its class. What it throws ends the enumeration.
     using Visitor = std::function<void(const Class&, const Instance&)>;
 
-    Repository(Schema schema, InstanceProviders providers, NamespacePath location);
+    /// The server's namespaces, of which this is one, must outlive it.
+    Repository(Schema schema, InstanceProviders providers, NamespacePath location, const Namespaces& server);
 
     const Schema& GetSchema() const { return schema_; }
     /// Where the objects of the repository are.
@@ -50,12 +61,17 @@ class Repository {
     /// The instance with a checked path, nothing if there is none.
     std::optional<Instance> Find(const ObjectPath& path) const;
 
+    /// What a reference in one of the instances leads to, which need not be there. Nothing when it leads to another
+    /// server, to a namespace that this one does not have, or to no path of that namespace.
+    std::optional<LocatedObject> Follow(const ObjectPath& reference) const;
+
   private:
     const InstanceProviders& ProvidersOf(const std::string& className) const;
 
     Schema schema_;
     std::map<std::string, InstanceProviders, NameLess> providers_;
     NamespacePath location_;
+    const Namespaces& server_;
 };
 
 } // namespace demo

@@ -59,7 +59,8 @@ std::vector<const Class*> Traversal::AssociatedClasses() const {
         for (const Property* const near : ends.near)
             for (const Property* const far : FarEnds(*ends.association, *near)) {
                 const Class* const found = repository_.GetSchema().FindClass(far->referenceClass);
-                if (found && IsResult(found->name) && std::find(classes.begin(), classes.end(), found) == classes.end())
+                if (found && IsResult(repository_.GetSchema(), found->name) &&
+                    std::find(classes.begin(), classes.end(), found) == classes.end())
                     classes.push_back(found);
             }
     return classes;
@@ -76,21 +77,25 @@ void Traversal::VisitReferences(const ObjectPath& source, const ReferenceVisitor
             });
 }
 
-void Traversal::VisitAssociated(const ObjectPath& source, const PathVisitor& visit) const {
+void Traversal::VisitAssociated(const ObjectPath& source, const ObjectVisitor& visit) const {
     const std::string text = PathText(source);
     std::unordered_set<std::string> visited;
+    const auto visitFar = [&](const Value& reference) {
+        const ObjectPath* const path = reference.AsReference();
+        const auto object = path ? repository_.Follow(*path) : std::nullopt;
+        if (object && IsResult(object->repository->GetSchema(), object->path.className) &&
+            visited.insert(object->repository->Location().nameSpace + PathText(object->path)).second) {
+            visit(*object);
+        }
+    };
     for (const auto& ends : ends_)
         repository_.EnumerateReferring(*ends.association, source,
                                        [&](const Class& association, const Instance& instance) {
                                            for (const Property* const near : ends.near) {
                                                if (!RefersTo(instance, *near, text))
                                                    continue;
-                                               for (const Property* const far : FarEnds(association, *near)) {
-                                                   const ObjectPath* const path = instance.ValueOf(*far).AsReference();
-                                                   if (path && path->IsLocal() && IsResult(path->className) &&
-                                                       visited.insert(PathText(*path)).second)
-                                                       visit(*path);
-                                               }
+                                               for (const Property* const far : FarEnds(association, *near))
+                                                   visitFar(instance.ValueOf(*far));
                                            }
                                        });
 }
@@ -103,8 +108,8 @@ std::vector<const Property*> Traversal::FarEnds(const Class& association, const 
     return ends;
 }
 
-bool Traversal::IsResult(const std::string& className) const {
-    return filter_.resultClass.empty() || repository_.GetSchema().IsA(className, filter_.resultClass);
+bool Traversal::IsResult(const Schema& schema, const std::string& className) const {
+    return filter_.resultClass.empty() || schema.IsA(className, filter_.resultClass);
 }
 
 } // namespace demo

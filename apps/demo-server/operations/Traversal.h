@@ -26,7 +26,7 @@ struct TraversalFilter {
 class Traversal {
   public:
     using ReferenceVisitor = std::function<void(const Class&, const Instance&)>;
-    using PathVisitor = std::function<void(const ObjectPath&)>;
+    using ObjectVisitor = std::function<void(const LocatedObject&)>;
 
     /// The repository and the source class must outlive the object.
     Traversal(const Repository& repository, const Class& source, const TraversalFilter& filter);
@@ -40,9 +40,9 @@ class Traversal {
     /// Hands the associations that refer to an instance, which is of the source class, to the visitor.
     void VisitReferences(const ObjectPath& source, const ReferenceVisitor& visit) const;
 
-    /// Hands the paths to which these associations refer by their other references to the visitor, each once. Paths
-    /// that lead to another namespace or host are left out.
-    void VisitAssociated(const ObjectPath& source, const PathVisitor& visit) const;
+    /// Hands the objects to which these associations refer by their other references to the visitor, each once, also
+    /// those in another namespace of this server. References that lead nowhere in it are left out.
+    void VisitAssociated(const ObjectPath& source, const ObjectVisitor& visit) const;
 
   private:
     /// An association class, and its references that can refer to the source.
@@ -53,7 +53,8 @@ class Traversal {
 
     /// The references of an association beside the one by which it refers to the source.
     std::vector<const Property*> FarEnds(const Class& association, const Property& near) const;
-    bool IsResult(const std::string& className) const;
+    /// Whether the schema has the class as one that the filter lets through.
+    bool IsResult(const Schema& schema, const std::string& className) const;
 
     const Repository& repository_;
     TraversalFilter filter_;

@@ -41,23 +41,30 @@ const LinkProvider::Source* LinkProvider::SourceOf(const End& end, const ObjectP
 
 void LinkProvider::Link(const std::vector<Value>& firsts, const Source& source, const Instance& second,
                         const Visitor& visit) const {
-    const Value reference = Value::Reference(PathOf(*source.declaration, second));
+    const Value reference = ReferenceTo(second_, source, second);
     for (const Value& first : firsts)
         visit({className_, {{first_.role, first}, {second_.role, reference}}});
 }
 
 LinkProvider::End LinkProvider::Resolve(const Schema& schema, LinkEnd end) {
-    End result{std::move(end.role), {}};
+    End result{std::move(end.role), {}, std::move(end.nameSpace)};
+    const Schema& itsSchema = end.schema ? *end.schema : schema;
     for (const InstanceProvider* const provider : end.providers)
-        result.sources.push_back({provider, schema.FindClass(provider->ClassName())});
+        result.sources.push_back({provider, itsSchema.FindClass(provider->ClassName())});
     return result;
+}
+
+Value LinkProvider::ReferenceTo(const End& end, const Source& source, const Instance& object) {
+    ObjectPath path = PathOf(*source.declaration, object);
+    path.nameSpace = end.nameSpace;
+    return Value::Reference(std::move(path));
 }
 
 std::vector<Value> LinkProvider::FirstReferences() const {
     std::vector<Value> references;
     for (const auto& source : first_.sources)
         source.provider->Enumerate(
-            [&](const Instance& first) { references.push_back(Value::Reference(PathOf(*source.declaration, first))); });
+            [&](const Instance& first) { references.push_back(ReferenceTo(first_, source, first)); });
     return references;
 }
 

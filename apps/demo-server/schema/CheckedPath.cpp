@@ -16,6 +16,9 @@ const KeyBinding* FindBinding(const ObjectPath& path, const std::string& key) {
 Value CheckedValue(const Schema& schema, const std::string& nameSpace, const Property& key, const Value& value) {
     if (key.type == CimType::kReference) {
         const ObjectPath* const reference = value.AsReference();
+        if (reference && !reference->nameSpace.empty() && !SameName(reference->nameSpace, nameSpace)) {
+            return value;
+        }
         const Class* const declaration = reference ? schema.FindClass(reference->className) : nullptr;
         if (!declaration)
             throw PathError("the key " + key.name + " must be the path of an instance");

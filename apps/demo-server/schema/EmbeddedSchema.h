@@ -4,7 +4,10 @@
 
 namespace demo {
 
-/// The text of schema/demo-schema.xml, which the build puts into the program.
-std::string_view EmbeddedSchema();
+// The texts of the files schema/*-schema.xml, which the build puts into the program.
+
+std::string_view EmbeddedCimSchema();
+std::string_view EmbeddedDemoSchema();
+std::string_view EmbeddedInteropSchema();
 
 } // namespace demo

@@ -21,6 +21,11 @@ bool IsName(std::string_view text) {
            std::all_of(text.begin(), text.end(), [](char c) { return StartsName(c) || IsDigit(c); });
 }
 
+bool IsNamespaceName(std::string_view text) {
+    const auto end = text.find('/');
+    return IsName(text.substr(0, end)) && (end == std::string_view::npos || IsNamespaceName(text.substr(end + 1)));
+}
+
 bool SameName(std::string_view a, std::string_view b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) { return Lower(x) == Lower(y); });
 }

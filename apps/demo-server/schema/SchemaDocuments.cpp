@@ -86,6 +86,13 @@ std::vector<pugi::xml_node> Elements(const pugi::xml_node& parent) {
     return elements;
 }
 
-SchemaSource BuiltInSource() { return {"demo-schema.xml", std::string(EmbeddedSchema())}; }
+SchemaSource BaseSource() { return {"cim-schema.xml", std::string(EmbeddedCimSchema())}; }
+
+SchemaSource InteropSource() { return {"interop-schema.xml", std::string(EmbeddedInteropSchema())}; }
+
+std::vector<SchemaSource> BuiltInSources(std::vector<SchemaSource> added) {
+    added.insert(added.begin(), {BaseSource(), {"demo-schema.xml", std::string(EmbeddedDemoSchema())}});
+    return added;
+}
 
 } // namespace demo

@@ -57,7 +57,15 @@ class SchemaDocuments {
 /// The elements in an element, without the white space between them.
 std::vector<pugi::xml_node> Elements(const pugi::xml_node& parent);
 
-/// The schema that the program carries with it.
-SchemaSource BuiltInSource();
+// The schemas that the program carries with it.
+
+/// What every namespace has: the qualifiers, and classes to build on.
+SchemaSource BaseSource();
+
+/// What the Interop namespace has beside it.
+SchemaSource InteropSource();
+
+/// What root/cimv2 has, and what is added to that.
+std::vector<SchemaSource> BuiltInSources(std::vector<SchemaSource> added = {});
 
 } // namespace demo

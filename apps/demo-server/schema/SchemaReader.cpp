@@ -417,6 +417,6 @@ Schema ReadSchema(std::string_view document) {
     return ReadSchema(SchemaDocuments({{"schema", std::string(document)}}));
 }
 
-Schema BuiltInSchema() { return ReadSchema(SchemaDocuments({BuiltInSource()})); }
+Schema BuiltInSchema() { return ReadSchema(SchemaDocuments(BuiltInSources())); }
 
 } // namespace demo

@@ -18,7 +18,7 @@ Schema ReadSchema(const SchemaDocuments& documents);
 /// Reads a single document.
 Schema ReadSchema(std::string_view document);
 
-/// The schema that the program carries with it.
+/// The schema of root/cimv2 that the program carries with it.
 Schema BuiltInSchema();
 
 } // namespace demo

@@ -2,13 +2,16 @@
 
 #include <openssl/bn.h>
 #include <openssl/ec.h>
+#include <openssl/err.h>
 #include <openssl/pem.h>
 #include <openssl/x509v3.h>
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
 
+#include <memory>
 #include <stdexcept>
+#include <utility>
 
 namespace demo {
 
@@ -46,9 +49,11 @@ void SetSerialNumber(X509* certificate) {
 
 } // namespace
 
-Certificate::Certificate(const std::string& address) : key_(EVP_EC_gen("P-256")), certificate_(X509_new()) {
-    Check(key_ && certificate_);
-    X509* const certificate = certificate_.get();
+Certificate::Certificate(const std::string& address)
+    : key_(EVP_EC_gen("P-256")), origin_("the certificate made for HTTPS") {
+    certificates_.emplace_back(X509_new());
+    X509* const certificate = certificates_.front().get();
+    Check(key_ && certificate);
     Check(X509_set_version(certificate, kVersion3) == 1);
     SetSerialNumber(certificate);
     // A clock that is a little behind the server's does not make the certificate invalid.
@@ -66,9 +71,27 @@ Certificate::Certificate(const std::string& address) : key_(EVP_EC_gen("P-256"))
     Check(X509_sign(certificate, key_.get(), EVP_sha256()) != 0);
 }
 
+Certificate::Certificate(std::vector<X509Pointer> certificates, KeyPointer key, std::string origin)
+    : certificates_(std::move(certificates)), key_(std::move(key)), origin_(std::move(origin)) {}
+
+Certificate Certificate::Read(const std::string& file, const std::string& keyFile) {
+    auto certificates = PemFile(file).Certificates();
+    const std::string& whereTheKeyIs = keyFile.empty() ? file : keyFile;
+    KeyPointer key = PemFile(whereTheKeyIs).PrivateKey();
+    if (X509_check_private_key(certificates.front().get(), key.get()) != 1) {
+        ERR_clear_error();
+        throw std::runtime_error("the private key in " + whereTheKeyIs + " is not that of the first certificate in " +
+                                 file);
+    }
+    return {std::move(certificates), std::move(key), "the certificate in " + file};
+}
+
 std::string Certificate::Pem() const {
     const std::unique_ptr<BIO, decltype(&BIO_free)> memory(BIO_new(BIO_s_mem()), &BIO_free);
-    Check(memory && PEM_write_bio_X509(memory.get(), certificate_.get()) == 1);
+    Check(memory != nullptr);
+    for (const auto& certificate : certificates_) {
+        Check(PEM_write_bio_X509(memory.get(), certificate.get()) == 1);
+    }
     char* text = nullptr;
     const long length = BIO_get_mem_data(memory.get(), &text);
     return {text, static_cast<std::size_t>(length)};

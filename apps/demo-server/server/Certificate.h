@@ -1,33 +1,39 @@
 #pragma once
 
-#include <openssl/x509.h>
+#include "server/PemFile.h"
 
-#include <memory>
 #include <string>
+#include <vector>
 
 namespace demo {
 
-/// A key and a certificate that it signed itself, made when the object is made and kept in memory only.
+/// What the server shows for itself: a certificate with its key, and the certificates that lead to its authority.
 class Certificate {
   public:
-    /// For a server at an address (IP address or host name); the certificate is good for localhost, too. Throws
-    /// std::runtime_error when OpenSSL fails.
+    /// One that signed itself, made when the object is made and kept in memory only, for a server at an address (IP
+    /// address or host name); it is good for localhost, too. Throws std::runtime_error when OpenSSL fails.
     explicit Certificate(const std::string& address);
 
-    X509* Get() const { return certificate_.get(); }
-    EVP_PKEY* Key() const { return key_.get(); }
+    /// The one that is the first in a PEM file, with those behind it as its chain. The key is in a file of its own, or
+    /// in the same one if no name is given. Throws std::runtime_error, with the name of the file that is at fault.
+    static Certificate Read(const std::string& file, const std::string& keyFile);
 
-    /// The certificate, not the key, for a client to trust.
+    EVP_PKEY* Key() const { return key_.get(); }
+    /// The certificate, and behind it those that lead to its authority, as far as there are any.
+    const std::vector<X509Pointer>& WithChain() const { return certificates_; }
+    /// Where it comes from, for messages.
+    const std::string& Origin() const { return origin_; }
+
+    /// The certificate with its chain, not the key, for a client to trust.
     std::string Pem() const;
 
   private:
-    struct Free {
-        void operator()(X509* certificate) const { X509_free(certificate); }
-        void operator()(EVP_PKEY* key) const { EVP_PKEY_free(key); }
-    };
+    Certificate(std::vector<X509Pointer> certificates, KeyPointer key, std::string origin);
 
-    std::unique_ptr<EVP_PKEY, Free> key_;
-    std::unique_ptr<X509, Free> certificate_;
+    /// Each is signed by the next.
+    std::vector<X509Pointer> certificates_;
+    KeyPointer key_;
+    std::string origin_;
 };
 
 } // namespace demo

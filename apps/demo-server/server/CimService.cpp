@@ -10,12 +10,27 @@
 
 namespace demo {
 
-CimService::CimService(Schema schema, InstanceProviders providers, std::string host)
-    : repository_(std::move(schema), std::move(providers), {std::move(host), kNamespace}) {
+namespace {
+
+std::vector<NamespaceContent> OneNamespace(Schema schema, InstanceProviders providers) {
+    std::vector<NamespaceContent> namespaces;
+    namespaces.push_back({CimService::kNamespace, std::move(schema), std::move(providers)});
+    return namespaces;
+}
+
+} // namespace
+
+CimService::CimService(std::vector<NamespaceContent> namespaces, const std::string& host) {
+    for (auto& [name, schema, providers] : namespaces) {
+        namespaces_.Add(std::move(schema), std::move(providers), {host, std::move(name)});
+    }
     for (const auto& family : {ClassOperations(), InstanceOperations(), AssociationOperations(), QualifierOperations()})
         for (const auto& operation : family)
             operations_.emplace(operation.name, operation);
 }
+
+CimService::CimService(Schema schema, InstanceProviders providers, const std::string& host)
+    : CimService(OneNamespace(std::move(schema), std::move(providers)), host) {}
 
 /// Where several statuses apply to a request, the first one in the order of DSP0200 is the answer.
 void CimService::Execute(const CimRequest& request, XmlWriter& writer) const {
@@ -24,9 +39,10 @@ void CimService::Execute(const CimRequest& request, XmlWriter& writer) const {
     const auto operation = operations_.find(request.method);
     if (operation == operations_.end())
         throw CimError(CimStatus::kNotSupported, "this server has no operation " + request.method);
-    if (!SameName(request.nameSpace, repository_.Location().nameSpace))
+    const Repository* const repository = namespaces_.Find(request.nameSpace);
+    if (!repository)
         throw CimError(CimStatus::kInvalidNamespace, "there is no namespace " + request.nameSpace);
-    operation->second.execute(repository_, Parameters(request, operation->second.parameters), writer);
+    operation->second.execute(*repository, Parameters(request, operation->second.parameters), writer);
 }
 
 } // namespace demo

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "operations/Namespaces.h"
 #include "operations/Operation.h"
 #include "operations/Repository.h"
 #include "wire/CimRequest.h"
@@ -7,26 +8,35 @@
 
 #include <map>
 #include <string>
+#include <vector>
 
 namespace demo {
 
-/// A CIM server (DSP0200) with one namespace, root/cimv2, of which it serves the operations that read. Safe to call
-/// from several threads.
+/// What a namespace is made of.
+struct NamespaceContent {
+    /// Differs from the names of the server's other namespaces in more than case.
+    std::string name;
+    Schema schema;
+    InstanceProviders providers;
+};
+
+/// A CIM server (DSP0200) that serves the operations that read. Safe to call from several threads.
 class CimService {
   public:
     static constexpr const char* kNamespace = "root/cimv2";
 
     /// The host is what paths in answers begin with.
-    CimService(Schema schema, InstanceProviders providers, std::string host);
+    CimService(std::vector<NamespaceContent> namespaces, const std::string& host);
+
+    /// With one namespace, root/cimv2.
+    CimService(Schema schema, InstanceProviders providers, const std::string& host);
 
     /// Carries out an operation and writes its IRETURNVALUE. Throws CimError when it fails: before it has written
     /// anything if the request is at fault, perhaps in the middle otherwise.
     void Execute(const CimRequest& request, XmlWriter& writer) const;
 
-    const Schema& GetSchema() const { return repository_.GetSchema(); }
-
   private:
-    Repository repository_;
+    Namespaces namespaces_;
     std::map<std::string, Operation, NameLess> operations_;
 };
 

@@ -1,10 +1,8 @@
 #include "server/DemoServer.h"
 
-#include "providers/LiveProviders.h"
 #include "providers/Machine.h"
-#include "providers/StaticProvider.h"
-#include "schema/SchemaReader.h"
 
+#include <stdexcept>
 #include <utility>
 
 namespace demo {
@@ -13,14 +11,18 @@ namespace {
 
 CimService MakeService(const DemoServerOptions& options) {
     const SystemFiles files("/");
-    std::vector<SchemaSource> sources{BuiltInSource()};
-    sources.insert(sources.end(), options.schemas.begin(), options.schemas.end());
-    const SchemaDocuments documents(std::move(sources));
-    Schema schema = ReadSchema(documents);
-    InstanceProviders providers = LiveProviders(schema, files, options.volumes);
-    for (auto& provider : DeclaredInstances(documents, schema, CimService::kNamespace))
-        providers.push_back(std::move(provider));
-    return {std::move(schema), std::move(providers), ComputerName(files)};
+    SchemasByNamespace added = options.namespaces;
+    auto& schemas = added[CimService::kNamespace];
+    schemas.insert(schemas.end(), options.schemas.begin(), options.schemas.end());
+    return {ServedNamespaces(std::move(added), options.interop, files, options.volumes), ComputerName(files)};
+}
+
+Certificate MakeCertificate(const DemoServerOptions& options) {
+    if (options.certificateFile.empty() && !options.keyFile.empty()) {
+        throw std::invalid_argument("there is no certificate for the key in " + options.keyFile);
+    }
+    return options.certificateFile.empty() ? Certificate(options.address)
+                                           : Certificate::Read(options.certificateFile, options.keyFile);
 }
 
 } // namespace
@@ -28,10 +30,11 @@ CimService MakeService(const DemoServerOptions& options) {
 DemoServer::DemoServer(DemoServerOptions options)
     : options_(std::move(options)),
       service_(MakeService(options_)),
-      certificate_(options_.address),
+      certificate_(MakeCertificate(options_)),
+      tls_(certificate_, options_.clientAuthorityFile),
       http_(service_, options_.users, options_.accessLog, options_.address, options_.httpPort, nullptr,
             options_.limits),
-      https_(service_, options_.users, options_.accessLog, options_.address, options_.httpsPort, &certificate_,
+      https_(service_, options_.users, options_.accessLog, options_.address, options_.httpsPort, &tls_,
              options_.limits) {}
 
 } // namespace demo

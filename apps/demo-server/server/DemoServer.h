@@ -5,6 +5,7 @@
 #include "server/Certificate.h"
 #include "server/CimService.h"
 #include "server/HttpListener.h"
+#include "server/ServedNamespaces.h"
 #include "server/Users.h"
 
 #include <cstddef>
@@ -23,31 +24,44 @@ struct DemoServerOptions {
     AccessLog* accessLog = nullptr;
     /// The number of instances of DEMO_StorageVolume.
     std::size_t volumes = 0;
-    /// Classes, and instances of classes, beside the built-in ones.
+    /// Classes, and instances of classes, beside the built-in ones of root/cimv2.
     std::vector<SchemaSource> schemas;
+    /// The same for other namespaces. One that is not there by itself comes to be with the base classes.
+    SchemasByNamespace namespaces;
+    /// The name of the Interop namespace.
+    std::string interop = "interop";
+    /// PEM files with the certificate of the HTTPS port, with its chain, and with its key. Without the second, the key
+    /// is in the first; without both, a certificate is made.
+    std::string certificateFile;
+    std::string keyFile;
+    /// A PEM file with the authorities one of which must have signed the certificate that a client of the HTTPS port
+    /// shows; empty for clients that show none.
+    std::string clientAuthorityFile;
     /// For each of the two ports.
     ListenerLimits limits;
 };
 
-/// The whole server: the built-in schema and what is added to it, this machine's instances, and a listener for HTTP and
-/// one for HTTPS.
+/// The whole server: the namespaces with the built-in schemas and what is added to them, this machine's instances, and
+/// a listener for HTTP and one for HTTPS.
 class DemoServer {
   public:
     /// Serves from now on, on threads of its own. Throws ListenError when it cannot listen, SchemaError when an added
-    /// schema is wrong.
+    /// schema is wrong, std::invalid_argument when the name of a namespace is, std::runtime_error when a file is.
     explicit DemoServer(DemoServerOptions options = {});
 
     /// As in "http://127.0.0.1:5988".
     std::string HttpUrl() const { return http_.Url(); }
     std::string HttpsUrl() const { return https_.Url(); }
 
-    /// What a client has to trust to verify the server on the HTTPS port.
+    /// What a client has to trust to verify the server on the HTTPS port: the certificate that was made, or the whole
+    /// chain of the one that was given.
     std::string CertificatePem() const { return certificate_.Pem(); }
 
   private:
     DemoServerOptions options_;
     CimService service_;
     Certificate certificate_;
+    TlsContext tls_;
     HttpListener http_;
     HttpListener https_;
 };

@@ -193,18 +193,6 @@ class Server : public httplib::Server {
     ConnectionThreads threads_;
 };
 
-using TlsContext = std::unique_ptr<SSL_CTX, decltype(&SSL_CTX_free)>;
-
-/// Null without a certificate.
-TlsContext MakeTlsContext(const Certificate* certificate) {
-    TlsContext context(certificate ? SSL_CTX_new(TLS_server_method()) : nullptr, &SSL_CTX_free);
-    if (certificate && (!context || SSL_CTX_set_min_proto_version(context.get(), TLS1_2_VERSION) != 1 ||
-                        SSL_CTX_use_certificate(context.get(), certificate->Get()) != 1 ||
-                        SSL_CTX_use_PrivateKey(context.get(), certificate->Key()) != 1))
-        throw std::runtime_error("OpenSSL does not take the certificate made for HTTPS");
-    return context;
-}
-
 /// Makes the connection end behind this answer, for when the rest of the request is not worth reading: a body that
 /// fails is how httplib closes one.
 void CloseAfter(httplib::Response& response) {
@@ -293,16 +281,15 @@ CimRequest ReadOperation(const httplib::Request& request, const std::string& bod
 class HttpListener::Implementation {
   public:
     Implementation(const CimService& service, const Users& users, AccessLog* log, const std::string& address, int port,
-                   const Certificate* certificate, const ListenerLimits& limits)
+                   const TlsContext* tls, const ListenerLimits& limits)
         : service_(service),
           users_(users),
           limits_(limits),
           largeRequests_(limits.largeRequests, limits.patientRequests),
           longAnswers_(limits.longAnswers, limits.patientRequests),
           delayedLogins_(limits.delayedLogins, 0),
-          url_((certificate ? "https://" : "http://") + address + ':' + std::to_string(port)),
-          context_(MakeTlsContext(certificate)),
-          server_(context_.get(), limits_, stop_, log) {
+          url_((tls ? "https://" : "http://") + address + ':' + std::to_string(port)),
+          server_(tls ? tls->Get() : nullptr, limits_, stop_, log) {
         Configure();
         Bind(address, port);
         thread_ = std::thread([this] { server_.listen_after_bind(); });
@@ -346,7 +333,6 @@ class HttpListener::Implementation {
     LoginDelays loginDelays_;
     std::string url_;
     StopSignal stop_;
-    TlsContext context_;
     Server server_;
     int socket_ = -1;
     std::thread thread_;
@@ -553,8 +539,8 @@ void HttpListener::Implementation::StreamTo(httplib::Response& response, CimRequ
 }
 
 HttpListener::HttpListener(const CimService& service, const Users& users, AccessLog* log, const std::string& address,
-                           int port, const Certificate* certificate, const ListenerLimits& limits)
-    : implementation_(std::make_unique<Implementation>(service, users, log, address, port, certificate, limits)) {}
+                           int port, const TlsContext* tls, const ListenerLimits& limits)
+    : implementation_(std::make_unique<Implementation>(service, users, log, address, port, tls, limits)) {}
 
 HttpListener::~HttpListener() = default;
 

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "server/AccessLog.h"
-#include "server/Certificate.h"
 #include "server/CimService.h"
 #include "server/ListenerLimits.h"
+#include "server/TlsContext.h"
 #include "server/Users.h"
 
 #include <memory>
@@ -22,9 +22,9 @@ class ListenError : public std::runtime_error {
 class HttpListener {
   public:
     /// Listens from now on. All but the address must outlive the listener. Without users everybody is served; the log
-    /// may be null; with a certificate the port speaks TLS only. Throws ListenError.
+    /// may be null; with a context the port speaks TLS only. Throws ListenError.
     HttpListener(const CimService& service, const Users& users, AccessLog* log, const std::string& address, int port,
-                 const Certificate* certificate, const ListenerLimits& limits = {});
+                 const TlsContext* tls, const ListenerLimits& limits = {});
 
     /// Stops: takes no more connections, closes idle ones, gives the answers that are on their way a few seconds.
     ~HttpListener();

@@ -4,6 +4,7 @@
 #include "wire/CimError.h"
 #include "wire/NodeAccess.h"
 #include "wire/ObjectPathReader.h"
+#include "wire/XmlWriter.h"
 
 #include <pugixml.hpp>
 
@@ -21,6 +22,16 @@ void CheckVersion(const pugi::xml_node& node, const char* attribute, std::string
     const std::string version = RequiredAttribute(node, attribute);
     if (std::string_view(version).substr(0, major.size()) != major)
         throw HttpError(kNotImplemented, cimError, std::string(attribute) + ' ' + version + " is not supported");
+}
+
+/// An attribute that the answer repeats. What XML does not have would come back as something else.
+std::string RepeatedAttribute(const pugi::xml_node& node, const char* attribute) {
+    std::string text = RequiredAttribute(node, attribute);
+    if (!IsXmlText(text)) {
+        RequestNotValid(std::string("the attribute ") + attribute + " of element " + node.name() +
+                        " has characters that XML does not have");
+    }
+    return text;
 }
 
 Value ReadArray(const pugi::xml_node& node) {
@@ -52,7 +63,7 @@ RequestParameter ReadParameter(const pugi::xml_node& node) {
 
 void ReadIntrinsicCall(const pugi::xml_node& call, CimRequest& result) {
     result.kind = CimRequest::Kind::kIntrinsic;
-    result.method = RequiredAttribute(call, "NAME");
+    result.method = RepeatedAttribute(call, "NAME");
     result.nameSpace = ReadNamespace(RequiredChild(call, "LOCALNAMESPACEPATH"));
     for (const auto& parameter : call.children("IPARAMVALUE"))
         result.parameters.push_back(ReadParameter(parameter));
@@ -108,10 +119,10 @@ CimRequest ReadRequest(std::string_view body) {
     const auto request = RequiredChild(message, "SIMPLEREQ");
 
     CimRequest result;
-    result.messageId = RequiredAttribute(message, "ID");
+    result.messageId = RepeatedAttribute(message, "ID");
     if (const auto call = request.child("METHODCALL")) {
         result.kind = CimRequest::Kind::kExtrinsic;
-        result.method = RequiredAttribute(call, "NAME");
+        result.method = RepeatedAttribute(call, "NAME");
         return result;
     }
     const auto call = RequiredChild(request, "IMETHODCALL");

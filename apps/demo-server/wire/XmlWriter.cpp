@@ -59,6 +59,17 @@ std::string_view Escaped(char c) {
 
 } // namespace
 
+bool IsXmlText(std::string_view text) {
+    for (std::size_t i = 0; i < text.size();) {
+        const std::size_t length = SequenceLength(text, i);
+        if (length == 0 || Escaped(text[i]) == kReplacementCharacter) {
+            return false;
+        }
+        i += length;
+    }
+    return true;
+}
+
 XmlWriter::XmlWriter(Output output) : output_(std::move(output)) { buffer_.reserve(2 * kPortion); }
 
 XmlWriter& XmlWriter::Declaration() {

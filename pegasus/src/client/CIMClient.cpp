@@ -377,4 +377,23 @@ Array<CIMQualifierDecl> CIMClient::enumerateQualifiers(const CIMNamespaceName& n
     return impl_->call<QualifierDecls<Many>>("EnumerateQualifiers", nameSpace, [](RequestEncoder& /*request*/) {});
 }
 
+Boolean CIMClient::hasPulledEnumerations(const CIMNamespaceName& nameSpace) {
+    try {
+        impl_->call<InstanceNames>("OpenEnumerateInstancePaths", nameSpace, [](RequestEncoder& request) {
+            request.addClassName("ClassName", CIMName("CIMHTTP_NoSuchClass"));
+        });
+    } catch (const CIMException& error) {
+        switch (error.getCode()) {
+        case CIM_ERR_INVALID_CLASS:
+        case CIM_ERR_NOT_FOUND:
+            return true;
+        case CIM_ERR_NOT_SUPPORTED:
+            return false;
+        default:
+            throw;
+        }
+    }
+    return true;
+}
+
 } // namespace Pegasus

@@ -38,16 +38,17 @@ std::string_view firstWord(std::string_view text) {
 
 } // namespace
 
-bool offersBasicAuthentication(const HttpFields& fields) {
+bool takesBasicAuthentication(const HttpFields& fields) {
+    const auto answers = fields.findAll("WWW-Authenticate");
     // A challenge is a scheme followed by parameters, and both challenges and parameters are separated by commas.
-    for (std::string_view challenges : fields.findAll("WWW-Authenticate")) {
+    for (std::string_view challenges : answers) {
         while (!challenges.empty()) {
             if (equalsNoCase(firstWord(takeElement(challenges)), "Basic")) {
                 return true;
             }
         }
     }
-    return false;
+    return answers.empty();
 }
 
 std::string basicAuthorization(std::string_view user, std::string_view password) {

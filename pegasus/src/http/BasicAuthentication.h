@@ -7,8 +7,9 @@
 
 namespace Pegasus::http {
 
-/// Whether a 401 answer offers HTTP Basic authentication (RFC 7617) in any of its challenges.
-bool offersBasicAuthentication(const HttpFields& fields);
+/// Whether a 401 answer takes HTTP Basic authentication (RFC 7617): one of its challenges offers it, or there is none,
+/// as with servers that say no more than that they want a login.
+bool takesBasicAuthentication(const HttpFields& fields);
 
 /// The value of the Authorization header for Basic authentication.
 std::string basicAuthorization(std::string_view user, std::string_view password);

@@ -18,7 +18,8 @@ struct ConnectionLost {
 };
 
 /// An open connection that carries bytes both ways, plain or encrypted. Each operation runs on the calling thread and
-/// waits until it is done or the deadline passes; after an exception the channel is useless.
+/// waits until it is done or the deadline passes; after an exception the channel is useless. With TLS both may throw
+/// SSLException, too: a server may refuse the client's certificate after the handshake.
 ///
 /// Its destruction closes this process's end of it and says nothing to the peer: in a child process it leaves the
 /// connection of the parent as it was.

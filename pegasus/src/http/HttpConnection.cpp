@@ -16,13 +16,13 @@ constexpr unsigned kUnauthorized = 401;
 } // namespace
 
 HttpConnection::HttpConnection(Endpoint endpoint, std::optional<SSLContext> tls, Credentials credentials)
-    : endpoint_(std::move(endpoint)), tls_(std::move(tls)), credentials_(std::move(credentials)) {}
+    : dialer_(std::move(endpoint), std::move(tls)), credentials_(std::move(credentials)) {}
 
 void HttpConnection::open(const Deadline& deadline) {
     close();
     const ConnectTime time(deadline, std::chrono::milliseconds(limits_.connectMilliseconds));
-    auto channel = Channel::open(endpoint_, tls_ ? &*tls_ : nullptr, time);
-    reader_ = std::make_unique<ResponseReader>(*channel, endpoint_);
+    auto channel = dialer_.open(time);
+    reader_ = std::make_unique<ResponseReader>(*channel, endpoint());
     channel_ = std::move(channel);
     state_ = State::kFresh;
 }
@@ -45,7 +45,8 @@ const HttpHead& HttpConnection::post(const HttpRequest& request, const Deadline&
     } catch (const ConnectionLost& lost) {
         close();
         throw detail::Marked<CannotConnectException, ClosedWithoutAnswer>(
-            String(endpoint_.text() + ": " + lost.reason + (tls_ ? "" : " (a port for TLS needs an SSLContext)")));
+            String(endpoint().text() + ": " + lost.reason +
+                   (dialer_.encrypts() ? "" : " (a port for TLS needs an SSLContext)")));
     } catch (...) {
         close();
         throw;
@@ -91,7 +92,7 @@ const HttpHead& HttpConnection::attempt(const std::string& bytes, const Deadline
 
 bool HttpConnection::mayAuthenticate(const HttpHead& head) const {
     return head.status == kUnauthorized && !authenticates_ && !credentials_.user.empty() &&
-           offersBasicAuthentication(head.fields);
+           takesBasicAuthentication(head.fields);
 }
 
 /// Leaves the connection ready for the next request, or closed.
@@ -118,7 +119,7 @@ void HttpConnection::finishAnswer() {
 }
 
 std::string HttpConnection::serialise(const HttpRequest& request) const {
-    std::string bytes = "POST " + request.target + " HTTP/1.1\r\nHost: " + endpoint_.text() + "\r\n" + request.fields;
+    std::string bytes = "POST " + request.target + " HTTP/1.1\r\nHost: " + endpoint().text() + "\r\n" + request.fields;
     if (authenticates_) {
         bytes += "Authorization: " + basicAuthorization(credentials_.user, credentials_.password) + "\r\n";
     }

@@ -2,6 +2,7 @@
 
 #include "http/Channel.h"
 #include "http/Deadline.h"
+#include "http/Dialer.h"
 #include "http/Endpoint.h"
 #include "http/HttpHead.h"
 #include "http/ResponseReader.h"
@@ -36,7 +37,7 @@ class HttpConnection {
   public:
     HttpConnection(Endpoint endpoint, std::optional<SSLContext> tls, Credentials credentials);
 
-    const Endpoint& endpoint() const { return endpoint_; }
+    const Endpoint& endpoint() const { return dialer_.endpoint(); }
 
     /// What the next exchanges are held to: how long each step of connecting takes, how many interim answers come.
     void setLimits(const ClientLimits& limits) { limits_ = limits; }
@@ -48,8 +49,9 @@ class HttpConnection {
     ///
     /// A server may close a connection before it is used, or used again: the request then goes over a new one. It is
     /// sent twice only when the server closes a used connection just as the request is on its way.
-    /// When the server asks for Basic authentication, the request is sent again with the credentials, and so are all
-    /// later ones, also over a new TCP connection to the same server; without credentials the 401 is the answer.
+    /// When the server asks for Basic authentication, or for a login of no scheme, the request is sent again with the
+    /// credentials, and so are all later ones, also over a new TCP connection to the same server; without credentials
+    /// the 401 is the answer.
     /// Throws like open(), CannotConnectException when a new connection ends without an answer,
     /// ConnectionTimeoutException, CIMClientMalformedHTTPException.
     const HttpHead& post(const HttpRequest& request, const Deadline& deadline);
@@ -76,8 +78,7 @@ class HttpConnection {
     void finishAnswer();
     std::string serialise(const HttpRequest& request) const;
 
-    const Endpoint endpoint_;
-    const std::optional<SSLContext> tls_;
+    Dialer dialer_;
     const Credentials credentials_;
     ClientLimits limits_;
     bool authenticates_ = false;

@@ -9,15 +9,24 @@
 
 namespace Pegasus::http {
 
-/// Makes channels that are encrypted. It is a library of its own, so that whoever speaks plain HTTP does not load
+/// The way to one server with TLS: opens one channel after the other, with the same settings.
+class TlsClient {
+  public:
+    virtual ~TlsClient() = default;
+
+    /// Connects and shakes hands. A later handshake may resume the TLS session of the one before. Throws like
+    /// Channel::open().
+    virtual std::unique_ptr<Channel> open(const ConnectTime& time) = 0;
+};
+
+/// Makes connections that are encrypted. It is a library of its own, so that whoever speaks plain HTTP does not load
 /// OpenSSL, which takes longer than everything else in this client together.
 class TlsTransport {
   public:
     virtual ~TlsTransport() = default;
 
-    /// Connects and shakes hands. Throws like Channel::open().
-    virtual std::unique_ptr<Channel> open(const Endpoint& endpoint, const SSLContext& settings,
-                                          const ConnectTime& time) const = 0;
+    /// Reads the files that the settings name. Throws SSLException when the settings cannot be used.
+    virtual std::unique_ptr<TlsClient> makeClient(const Endpoint& endpoint, const SSLContext& settings) const = 0;
 
     /// The library's, which the first call loads, for the rest of the process. Throws SSLException when it cannot be
     /// loaded. From any thread.

@@ -19,6 +19,11 @@ bool isName(std::string_view text) noexcept {
            std::all_of(text.begin(), text.end(), [](char c) { return startsName(c) || isDigit(c); });
 }
 
+/// A namespace is often written with a slash before it.
+std::string_view withoutLeadingSlash(std::string_view name) noexcept {
+    return name.substr(!name.empty() && name.front() == '/' ? 1 : 0);
+}
+
 } // namespace
 
 CIMName::CIMName(const String& name) : name_(name) {
@@ -31,14 +36,16 @@ CIMName::CIMName(const char* name) : CIMName(String(name)) {}
 Boolean CIMName::legal(const String& name) noexcept { return isName(name.view()); }
 
 CIMNamespaceName::CIMNamespaceName(const String& name) : name_(name) {
-    if (!legal(name_))
-        throw InvalidNamespaceNameException(name_);
+    if (!legal(name))
+        throw InvalidNamespaceNameException(name);
+    if (name.view().front() == '/')
+        name_ = String(withoutLeadingSlash(name.view()));
 }
 
 CIMNamespaceName::CIMNamespaceName(const char* name) : CIMNamespaceName(String(name)) {}
 
 Boolean CIMNamespaceName::legal(const String& name) noexcept {
-    std::string_view rest = name.view();
+    std::string_view rest = withoutLeadingSlash(name.view());
     for (auto slash = rest.find('/'); slash != std::string_view::npos; slash = rest.find('/')) {
         if (!isName(rest.substr(0, slash)))
             return false;

@@ -1,50 +1,31 @@
 #pragma once
 
-#include "http/Endpoint.h"
+#include "tls/Fingerprint.h"
+#include "tls/OpenSslObjects.h"
+#include "tls/SessionMemory.h"
 
 #include <Pegasus/Common/SSLContext.h>
-#include <exception>
-#include <memory>
-#include <openssl/types.h>
-#include <string>
+#include <optional>
 
 namespace Pegasus::http {
 
-struct TlsContextFree {
-    void operator()(SSL_CTX* context) const;
-};
-using TlsContextPtr = std::unique_ptr<SSL_CTX, TlsContextFree>;
-
-/// OpenSSL's side of a client that speaks TLS 1.2 or newer and trusts what the trust store says. Throws SSLException
-/// when the trust store or the random file cannot be read.
-TlsContextPtr makeTlsContext(const SSLContext& settings);
-
-/// The check of one server's certificates. Must outlive the handshake of the session that it is attached to.
-class PeerCheck {
+/// What all connections of one client to one server share: what it was told, and OpenSSL's side of that.
+class TlsContext {
   public:
-    PeerCheck(const SSLContext& settings, const Endpoint& endpoint);
-    PeerCheck(const PeerCheck&) = delete;
-    PeerCheck& operator=(const PeerCheck&) = delete;
+    /// A client that speaks TLS 1.2 or newer, trusts what the trust store says, and has the client's certificate.
+    /// Throws SSLException when anything of that cannot be used.
+    explicit TlsContext(const SSLContext& settings);
 
-    /// Tells the session which name the server must have, and to ask this object about each of its certificates. Throws
-    /// SSLException when OpenSSL cannot remember that.
-    void attachTo(SSL& session);
-
-    /// Why a certificate was refused; empty when none was.
-    const std::string& refusal() const { return refusal_; }
-    /// What the check ended in, be it thrown by the caller's verification callback; it must not fly through OpenSSL.
-    const std::exception_ptr& failure() const { return failure_; }
+    const SSLContext& settings() const { return settings_; }
+    const std::optional<Fingerprint>& fingerprint() const { return fingerprint_; }
+    SSL_CTX& openSsl() const { return *openSsl_; }
+    SessionMemory& sessions() { return sessions_; }
 
   private:
-    static int onCertificate(int preverified, X509_STORE_CTX* store);
-    bool accept(bool preverified, X509_STORE_CTX& store);
-    bool askCallback(bool preverified, X509_STORE_CTX& store) const;
-
-    const Endpoint& endpoint_;
-    const bool verify_;
-    SSLCertificateVerifyFunction* const callback_;
-    std::string refusal_;
-    std::exception_ptr failure_;
+    const SSLContext settings_;
+    const std::optional<Fingerprint> fingerprint_;
+    const OpenSslContextPtr openSsl_;
+    SessionMemory sessions_;
 };
 
 } // namespace Pegasus::http

@@ -59,7 +59,7 @@ class CIMClient {
     /// them. Throws AlreadyConnectedException, InvalidLocatorException when the host cannot be resolved,
     /// CannotConnectException when nothing listens there, ConnectionTimeoutException.
     void connect(const String& host, Uint32 port, const String& user, const String& password);
-    /// The same with a TLS handshake; a failed one throws SSLException or CannotConnectException.
+    /// The same with TLS. Throws SSLException, too; so does an operation whose server refuses the client's certificate.
     void connect(const String& host, Uint32 port, const SSLContext& sslContext, const String& user,
                  const String& password);
     /// Closes the connection; does nothing without one.
@@ -130,6 +130,11 @@ class CIMClient {
 
     /// The declarations of all qualifiers of a namespace.
     Array<CIMQualifierDecl> enumerateQualifiers(const CIMNamespaceName& nameSpace);
+
+    /// Whether the server has pulled enumerations (DSP0200). It is asked to begin one with a class that there is not,
+    /// so that it begins none: one that has them answers CIM_ERR_INVALID_CLASS or CIM_ERR_NOT_FOUND, one that does not
+    /// CIM_ERR_NOT_SUPPORTED. An extension, which other libraries of this API do not have.
+    Boolean hasPulledEnumerations(const CIMNamespaceName& nameSpace);
 
   private:
     class Impl;

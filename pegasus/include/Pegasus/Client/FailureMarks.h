@@ -41,8 +41,9 @@ class CertificateRefused {
         SELF_SIGNED,       ///< it, or the last of its chain, has signed itself and is not trusted
         WRONG_NAME,        ///< it is for other hosts
         OTHER_FINGERPRINT, ///< it is not the one that the SSLContext asks for
-        UNSUITABLE,        ///< its key or signature is weak, or it is not meant for servers
-        OTHER              ///< the exception's message says what
+        UNSUITABLE,        ///< its key or signature is weak, it is not meant for servers, or an authority in its chain
+                           ///< is not meant to sign it
+        OTHER              ///< the callback refused it, or the exception's message says what else is wrong
     };
 
     CertificateRefused(Reason reason, PeerCertificate certificate)

@@ -7,10 +7,11 @@ namespace Pegasus {
 
 /// A certificate that a server showed in a TLS handshake. All of it is the server's own claim.
 struct PeerCertificate {
-    String subject;      ///< as in RFC 2253
-    String issuer;       ///< the same of whoever signed it
-    Array<String> names; ///< the host names and addresses that it is for
-    String validFrom;    ///< in UTC, `2026-11-22T08:00:00Z`
+    String subject; ///< as in RFC 2253, with escapes for what cannot be shown, as in all of these
+    String issuer;  ///< the same of whoever signed it
+    /// The host names and addresses that it is for; the common name only where there is no DNS name.
+    Array<String> names;
+    String validFrom; ///< in UTC, `2026-11-22T08:00:00Z`
     String validUntil;
     String fingerprint; ///< SHA-256, pairs of hexadecimal digits in upper case with colons between them
 };

@@ -29,8 +29,8 @@ class CIMName {
     String name_;
 };
 
-/// The name of a namespace: names separated by '/', for example "root/cimv2"; null by default. Compared without regard
-/// to the case of the letters A to Z.
+/// The name of a namespace: names separated by '/', for example "root/cimv2"; null by default. One '/' before it is
+/// taken and dropped. Compared without regard to the case of the letters A to Z.
 class CIMNamespaceName {
   public:
     CIMNamespaceName() noexcept = default;

@@ -111,7 +111,7 @@ class ConnectionTimeoutException : public Exception {
     explicit ConnectionTimeoutException(const String& message = "the server did not answer within the time-out");
 };
 
-/// TLS could not be set up: a trust store that cannot be read, a certificate that was refused, a failed handshake.
+/// TLS could not be set up: settings that cannot be used, a certificate that was refused, a failed handshake.
 class SSLException : public Exception {
   public:
     using Exception::Exception;

@@ -33,21 +33,28 @@ class SSLCertificateInfo {
 /// Decides about one certificate: true accepts it. Called during the handshake, on the thread that connects.
 typedef Boolean(SSLCertificateVerifyFunction)(SSLCertificateInfo&);
 
-/// How a secure connection checks its peer. With neither trust store nor callback nor fingerprint the connection is
-/// encrypted and the peer is not verified.
+/// How a secure connection checks its peer, and what it shows of itself. With neither trust store nor callback nor
+/// fingerprint the connection is encrypted and the peer is not verified. The files are read by connect(), which throws
+/// SSLException that names the one that it cannot use.
 class SSLContext {
   public:
-    /// `trustStore` is a PEM file or a folder of certificates, `verify` may be null, `randomFile` names a file that
-    /// seeds the random numbers; an empty text means "none".
+    /// `trustStore` is a PEM file of certificates, or a folder of such files: of all files *.pem, *.crt and *.cer, or,
+    /// where there are any, of those that have hashes as names (openssl rehash). The peer's certificate must lead to
+    /// one of them that has signed itself, be meant for servers, within its time, no weaker than OpenSSL's security
+    /// level on this system allows, and be for the host or address that was connected to; a common name counts as a
+    /// host's only where there is no DNS name. `verify` may be null. `randomFile` names a file that seeds the random
+    /// numbers. An empty text means "none".
     SSLContext(const String& trustStore, SSLCertificateVerifyFunction* verify,
                const String& randomFile = String::EMPTY);
-    /// The same with the client's own certificate, for servers that ask for one: PEM files. The key may stand in
-    /// `certPath`, too; `keyPath` is then empty.
+    /// The same with the client's own certificate, for servers that ask for one: PEM files. Behind the certificate may
+    /// stand those of its authorities, which are shown, too. The key may stand in `certPath` as well; `keyPath` is then
+    /// empty. It must not be encrypted: nobody is asked for a passphrase.
     SSLContext(const String& trustStore, const String& certPath, const String& keyPath,
                SSLCertificateVerifyFunction* verify = nullptr, const String& randomFile = String::EMPTY);
 
-    /// Accepts the one certificate with this SHA-256 (64 hexadecimal digits, with or without colons), whatever trust
-    /// store, time and names say, and no other. The callback is not asked then.
+    /// Accepts the one certificate with this SHA-256 (64 hexadecimal digits in any case, with or without colons between
+    /// the pairs), whatever trust store, time, names and strength say, and no other. The callback is not asked then. An
+    /// empty text means "none"; connect() throws SSLException for any other that is not such.
     void setPeerFingerprint(const String& fingerprint) { peerFingerprint_ = fingerprint; }
 
     const String& getTrustStore() const noexcept { return trustStore_; }

@@ -1,4 +1,4 @@
-#include "connection/PasswordPrompt.h"
+#include "connection/TerminalPrompt.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -113,17 +113,19 @@ std::optional<std::string> ReadLine(int terminal) {
     return line.substr(0, line.find_first_of("\r\n"));
 }
 
-} // namespace
-
-std::optional<std::string> AskForPassword(const std::string& question) {
+std::optional<std::string> Ask(const std::string& question, bool is_secret) {
     const Descriptor terminal(::open(kControllingTerminal, O_RDWR | O_NOCTTY | O_CLOEXEC));
     if (terminal.Number() < 0) {
         return std::nullopt;
     }
+    ::tcflush(terminal.Number(), TCIFLUSH);
     HeldSignals signals;
     for (;;) {
         {
-            const WithoutEcho silent(terminal.Number());
+            std::optional<WithoutEcho> silent;
+            if (is_secret) {
+                silent.emplace(terminal.Number());
+            }
             Write(terminal.Number(), question);
             if (Await(terminal.Number(), signals) == Event::kLine) {
                 return ReadLine(terminal.Number());
@@ -133,5 +135,11 @@ std::optional<std::string> AskForPassword(const std::string& question) {
         signals.Deliver();
     }
 }
+
+} // namespace
+
+std::optional<std::string> AskForPassword(const std::string& question) { return Ask(question, true); }
+
+std::optional<std::string> AskForAnswer(const std::string& question) { return Ask(question, false); }
 
 } // namespace cimhttp

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <boost/shared_ptr.hpp>
+
+#include <string>
+#include <vector>
+
+namespace NQORVYX20 {
+class ICIMInstance;
+class ICIMNamespace;
+} // namespace NQORVYX20
+
+namespace cimhttp {
+
+/// Objects that a server has sent, perhaps of several of its namespaces. The definitions of their classes, which make
+/// instances of them, are in these.
+class RelatedObjects {
+  public:
+    virtual ~RelatedObjects() = default;
+
+    /// The namespaces in which there are objects, as the server spells them.
+    virtual std::vector<std::string> Namespaces() const = 0;
+
+    /// The objects of one of these, each of its own class under its path, which names the namespace. `name_space` must
+    /// be connected to it. What cannot be taken over is among the incidents of `name_space`; a class, which is no
+    /// instance, is, too. Once for each namespace. Throws as PluginAccess::ReadInstance.
+    virtual std::vector<boost::shared_ptr<NQORVYX20::ICIMInstance>>
+    TakeInstances(const std::string& name, NQORVYX20::ICIMNamespace& name_space) = 0;
+};
+
+} // namespace cimhttp

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "access/AssociationQuery.h"
+#include "access/RelatedObjects.h"
+#include "access/RemoteModel.h"
+
+namespace NQORVYX20 {
+class TCimHTTPNamespace;
+} // namespace NQORVYX20
+
+namespace cimhttp {
+
+// The reading of associations behind PluginAccess, which says more.
+
+std::vector<NQORVYX20::TCIMReference> ReadRemoteRelatedPaths(NQORVYX20::TCimHTTPNamespace& name_space,
+                                                             const AssociationQuery& query);
+
+std::unique_ptr<RelatedObjects> ReadRemoteRelated(NQORVYX20::TCimHTTPNamespace& name_space,
+                                                  const AssociationQuery& query);
+
+void CheckRemoteInstance(NQORVYX20::TCimHTTPNamespace& name_space, const std::string& path);
+
+std::vector<RemoteLink> ReadRemoteLinks(NQORVYX20::TCimHTTPNamespace& name_space, const std::string& path);
+
+} // namespace cimhttp

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <Pegasus/Client/CIMClient.h>
+
+#include <string>
+#include <vector>
+
+#include "access/RemoteModel.h"
+
+namespace cimhttp {
+
+/// An object path in one of the forms that clients print, see PluginAccess::ReadInstance. Throws std::invalid_argument,
+/// saying what is wrong, for a text that is none.
+Pegasus::CIMObjectPath ParsedPath(const std::string& text);
+
+/// Throws std::invalid_argument for a text that is not the name of a class, property or the like.
+void CheckName(const std::string& text);
+
+/// The host's references for paths, in their order.
+std::vector<NQORVYX20::TCIMReference> HostReferences(const Pegasus::Array<Pegasus::CIMObjectPath>& paths);
+
+/// The text of a name, empty for one that is null.
+std::string NameText(const Pegasus::CIMName& name);
+std::string NameText(const Pegasus::CIMNamespaceName& name);
+
+} // namespace cimhttp

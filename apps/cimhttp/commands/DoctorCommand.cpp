@@ -1,0 +1,330 @@
+#include "commands/DoctorCommand.h"
+
+#include <netdb.h>
+
+#include <algorithm>
+#include <array>
+#include <set>
+#include <utility>
+
+#include "Options.h"
+#include "commands/Diagnosis.h"
+#include "commands/ListingWriter.h"
+#include "connection/FailedConnect.h"
+#include "connection/HostAddresses.h"
+#include "connection/ServerFailure.h"
+#include "connection/ServerProbe.h"
+#include "connection/ServerTrust.h"
+#include "connection/Session.h"
+#include "host/ICIMInstance.h"
+#include "output/Listing.h"
+#include "text/Pattern.h"
+#include "waiting/Attendant.h"
+
+namespace cimhttp {
+
+namespace {
+
+using NQORVYX20::RemoteFailure;
+using Clock = std::chrono::steady_clock;
+using Kind = RemoteFailure::Kind;
+
+// Status codes of CIM and HTTP with which a server says that it does not have an operation or a namespace (DSP0200).
+constexpr unsigned kInvalidNamespace = 3;
+constexpr unsigned kNotSupported = 7;
+constexpr unsigned kBadRequest = 400;
+constexpr unsigned kNotImplemented = 501;
+
+/// Classes that most servers have, with few instances.
+constexpr std::array<const char*, 2> kUsualClasses{"CIM_ComputerSystem", "CIM_OperatingSystem"};
+
+constexpr const char* kNotes =
+    R"(The checks need each other: what is not reached because an earlier one has
+failed is "not tried". The first request shows whether the login and the
+namespace are right, and how long the server takes.
+
+The enumeration reads the instances of CIM_ComputerSystem, CIM_OperatingSystem
+or, where the server has neither, of the first class without subclasses.
+
+The exit status is that of the first failure.)";
+
+std::chrono::microseconds Since(Clock::time_point begin) {
+    return std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - begin);
+}
+
+std::string AddressText(const addrinfo& address) {
+    std::array<char, NI_MAXHOST> text{};
+    const int error =
+        ::getnameinfo(address.ai_addr, address.ai_addrlen, text.data(), text.size(), nullptr, 0, NI_NUMERICHOST);
+    return error == 0 ? text.data() : std::string();
+}
+
+std::string AddressTexts(const HostAddresses& addresses) {
+    std::string texts;
+    for (const addrinfo* address = addresses.First(); address != nullptr; address = address->ai_next) {
+        texts += (texts.empty() ? "" : ", ") + AddressText(*address);
+    }
+    return texts;
+}
+
+std::string VerificationText(const Connection& connection) {
+    const TlsSettings& settings = connection.tls_settings;
+    if (!IsVerified(connection)) {
+        return "not verified: give --ca FILE or --fingerprint SHA256";
+    }
+    if (connection.is_verified_by_policy) {
+        return "verified as this machine's policy says";
+    }
+    if (settings.ca) {
+        return "verified by the authorities in " + *settings.ca;
+    }
+    return connection.known_since.empty() ? "verified by its fingerprint"
+                                          : "verified by its fingerprint, known since " + connection.known_since;
+}
+
+/// Whether the server has said that it knows the operation not at all.
+bool IsUnsupported(const RemoteFailure& failure) {
+    return (failure.kind == Kind::kCimStatus && failure.cimStatus == kNotSupported) ||
+           (failure.kind == Kind::kHttp &&
+            (failure.httpStatus == kBadRequest || failure.httpStatus == kNotImplemented));
+}
+
+std::string Counted(std::size_t count, const char* one, const char* many) {
+    return std::to_string(count) + ' ' + (count == 1 ? one : many);
+}
+
+/// One visit. Each check that fails ends it, unless what comes next does not need it.
+class Examination {
+  public:
+    Examination(const CommandContext& context, const Connection& connection, const Attendant& attendant)
+        : context_(context), connection_(connection), attendant_(attendant) {}
+
+    Diagnosis Run() {
+        if (LooksUp() && Connects() && OpensSession() && Answers()) {
+            ReadQualifiers();
+            Enumerate();
+        }
+        return diagnosis_;
+    }
+
+  private:
+    bool LooksUp() {
+        const auto begin = Clock::now();
+        const auto addresses = attendant_.Read("looking up " + connection_.host,
+                                               [&] { return HostAddresses(connection_.host, connection_.Port()); });
+        if (addresses.Error() != 0) {
+            return Fail(Diagnosis::kNameLookUp, begin, ExplainFailedConnect(connection_, addresses.ErrorText()));
+        }
+        diagnosis_.Pass(Diagnosis::kNameLookUp, Since(begin), AddressTexts(addresses));
+        return true;
+    }
+
+    /// Below CIM, up to a certificate.
+    bool Connects() {
+        const auto begin = Clock::now();
+        const auto probe = attendant_.Read("connecting to " + connection_.Url(), [&] {
+            return ProbeServer(connection_.host, connection_.Port(), connection_.tls, connection_.ConnectTimeout());
+        });
+        if (!probe) {
+            return Fail(Diagnosis::kTcp, begin, ExplainFailedConnect(connection_, "the server does not answer"));
+        }
+        diagnosis_.Pass(Diagnosis::kTcp, probe->round_trip, "port " + std::to_string(connection_.Port()));
+        if (connection_.tls && !probe->tls) {
+            return Fail(Diagnosis::kTls, begin, ExplainFailedConnect(connection_, probe->tls_failure));
+        }
+        handshake_ = probe->handshake;
+        version_ = probe->tls ? probe->tls->version : "";
+        return true;
+    }
+
+    bool OpensSession() {
+        const Diagnosis::Check check = connection_.tls ? Diagnosis::kTls : Diagnosis::kTcp;
+        const auto begin = Clock::now();
+        try {
+            const Plugin plugin(context_.options.plugin);
+            connection_ = Trusted(plugin, connection_, context_.options, attendant_);
+            session_.emplace(plugin, connection_, attendant_);
+        } catch (const Failure& failure) {
+            if (failure.Status() != Failure::kConnection) {
+                throw;
+            }
+            diagnosis_.Fail(check, Since(begin), failure);
+            return false;
+        }
+        context_.WarnAbout(connection_);
+        if (connection_.tls) {
+            diagnosis_.Pass(Diagnosis::kTls, handshake_, version_ + "; " + VerificationText(connection_));
+        } else {
+            diagnosis_.Omit(Diagnosis::kTls, "nothing is encrypted; --tls encrypts");
+        }
+        return true;
+    }
+
+    /// The first request tells about more than one check.
+    bool Answers() {
+        const auto begin = Clock::now();
+        try {
+            classes_ = session_->ClassNames();
+        } catch (const ServerFailure& failure) {
+            return Goes(failure, Since(begin));
+        } catch (const Failure& failure) {
+            diagnosis_.Fail(Diagnosis::kLogin, Since(begin), failure);
+            return false;
+        }
+        PassLogin(Since(begin));
+        PassNamespace();
+        diagnosis_.Pass(Diagnosis::kClasses, Since(begin), Counted(classes_.size(), "class", "classes"));
+        return true;
+    }
+
+    /// Whether it goes on after the names of the classes could not be had.
+    bool Goes(const ServerFailure& failure, std::chrono::microseconds time) {
+        const RemoteFailure& reason = failure.Reason();
+        if (reason.kind == Kind::kTls) { // as some servers do that want to see a certificate
+            diagnosis_.Fail(Diagnosis::kTls, time, failure);
+            return false;
+        }
+        if (reason.kind != Kind::kCimStatus && !IsUnsupported(reason)) {
+            diagnosis_.Fail(Diagnosis::kLogin, time, failure);
+            return false;
+        }
+        PassLogin(time);
+        if (reason.kind == Kind::kCimStatus && reason.cimStatus == kInvalidNamespace) {
+            diagnosis_.Fail(Diagnosis::kNamespace, time, failure);
+            return false;
+        }
+        FailOperation(Diagnosis::kClasses, time, failure);
+        return true;
+    }
+
+    void ReadQualifiers() {
+        const auto begin = Clock::now();
+        try {
+            const auto declarations = session_->QualifierDeclarations();
+            PassNamespace();
+            diagnosis_.Pass(Diagnosis::kQualifiers, Since(begin),
+                            Counted(declarations.size(), "declaration", "declarations"));
+        } catch (const ServerFailure& failure) {
+            FailOperation(Diagnosis::kQualifiers, Since(begin), failure);
+        }
+    }
+
+    void Enumerate() {
+        const auto candidates = Candidates();
+        if (candidates.empty()) {
+            diagnosis_.Omit(Diagnosis::kEnumeration, "there is no class");
+        }
+        // the finding of the last one stands
+        std::find_if(candidates.begin(), candidates.end(), [this](const auto& name) { return HasEnumerated(name); });
+    }
+
+    /// What to enumerate: one class that there is or, from a server that does not list its classes, some that there
+    /// may be.
+    std::vector<std::string> Candidates() {
+        if (diagnosis_.HasFailed(Diagnosis::kClasses)) {
+            return {kUsualClasses.begin(), kUsualClasses.end()};
+        }
+        for (const char* usual : kUsualClasses) {
+            const auto is_usual = [&](const std::string& name) { return IsSameName(name, usual); };
+            if (std::any_of(classes_.begin(), classes_.end(), is_usual)) {
+                return {usual};
+            }
+        }
+        return FirstLeaf();
+    }
+
+    std::vector<std::string> FirstLeaf() {
+        std::vector<RemoteClassName> hierarchy;
+        try {
+            hierarchy = session_->Hierarchy();
+        } catch (const ServerFailure&) { // then any will do
+            return classes_.empty() ? classes_ : std::vector<std::string>{classes_.front()};
+        }
+        std::set<std::string> superclasses;
+        for (const RemoteClassName& cls : hierarchy) {
+            superclasses.insert(cls.superclass);
+        }
+        const auto leaf = std::find_if(hierarchy.begin(), hierarchy.end(),
+                                       [&](const auto& cls) { return superclasses.count(cls.name) == 0; });
+        return leaf == hierarchy.end() ? std::vector<std::string>() : std::vector<std::string>{leaf->name};
+    }
+
+    /// False where the server does not have the class.
+    bool HasEnumerated(const std::string& name) {
+        const auto begin = Clock::now();
+        try {
+            const auto cls = session_->Class(name);
+            const auto instances = session_->Instances(*cls, true, {});
+            PassNamespace();
+            CheckIncidents(name + ": " + Counted(instances.size(), "instance", "instances"), Since(begin));
+            return true;
+        } catch (const Failure& failure) {
+            diagnosis_.Fail(Diagnosis::kEnumeration, Since(begin), failure);
+            return failure.Status() != Failure::kNotFound;
+        }
+    }
+
+    void CheckIncidents(const std::string& remark, std::chrono::microseconds time) {
+        const IncidentTally incidents = session_->TakeIncidents();
+        if (incidents.IsEmpty()) {
+            diagnosis_.Pass(Diagnosis::kEnumeration, time, remark);
+        } else {
+            diagnosis_.Fail(Diagnosis::kEnumeration, time,
+                            Failure(Failure::kIncomplete, remark + "; " + incidents.Text()));
+        }
+    }
+
+    bool Fail(Diagnosis::Check check, Clock::time_point begin, const std::string& text) {
+        diagnosis_.Fail(check, Since(begin), Failure(Failure::kConnection, text));
+        return false;
+    }
+
+    /// About an operation that the server may do without.
+    void FailOperation(Diagnosis::Check check, std::chrono::microseconds time, const ServerFailure& failure) {
+        const Failure unsupported(Failure::kServer,
+                                  "not supported (" + failure.Reason().text + "); instances can be read all the same");
+        diagnosis_.Fail(check, time, IsUnsupported(failure.Reason()) ? unsupported : failure);
+    }
+
+    void PassLogin(std::chrono::microseconds time) {
+        diagnosis_.Pass(Diagnosis::kLogin, time,
+                        connection_.user.empty() ? "the server asks nobody who they are" : "as " + connection_.user);
+    }
+
+    void PassNamespace() {
+        if (!diagnosis_.IsTried(Diagnosis::kNamespace)) {
+            diagnosis_.Pass(Diagnosis::kNamespace, {}, connection_.name_space);
+        }
+    }
+
+    const CommandContext& context_;
+    Connection connection_;
+    const Attendant& attendant_;
+    std::chrono::microseconds handshake_{};
+    std::string version_; // of TLS
+    std::optional<Session> session_;
+    std::vector<std::string> classes_;
+    Diagnosis diagnosis_;
+};
+
+} // namespace
+
+CommandDescription DoctorCommand::Describe() {
+    return {"doctor",
+            "Check step by step what works of a server, and what to try",
+            {},
+            {},
+            {OutputFormat::kTable, OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv},
+            "cimhttp --host server.example --tls --user reader doctor",
+            kNotes};
+}
+
+int DoctorCommand::Run(const CommandContext& context) {
+    const Connection connection = ConnectionOf(context.options);
+    const Attendant attendant = context.MakeAttendant();
+    const Diagnosis diagnosis = Examination(context, connection, attendant).Run();
+    WriteListing(diagnosis.AsListing(), context.Format(*this), context);
+    return diagnosis.ExitStatus();
+}
+
+} // namespace cimhttp

@@ -1,0 +1,110 @@
+#include "commands/GraphWalk.h"
+
+#include <utility>
+
+#include "output/ShortReferences.h"
+
+namespace cimhttp {
+
+namespace {
+
+using NQORVYX20::TCIMReference;
+using State = ObjectGraph::State;
+
+/// That of an association with its ends, since not every association names them by its keys.
+std::string IdentityOfLink(const RemoteLink& link) {
+    std::string identity = IdentityOf(link.association);
+    for (const RemoteLink::End& end : link.ends) {
+        identity += '\0' + end.role + '\0' + IdentityOf(end.object);
+    }
+    return identity;
+}
+
+/// Whether others can be asked in spite of a failure.
+bool ConcernsOneObject(const Failure& failure) {
+    return failure.Status() != Failure::kConnection && dynamic_cast<const LoginFailure*>(&failure) == nullptr;
+}
+
+} // namespace
+
+void GraphWalk::Run(const TCIMReference& start, std::size_t depth) {
+    AddObject(start, 0);
+    for (std::size_t i = 0; i < graph_.objects.size() && !is_cut_; ++i) {
+        if (MayAsk(graph_.objects[i], depth)) {
+            Ask(i);
+        }
+    }
+    graph_.is_complete = !is_cut_ && failure_count_ == 0;
+}
+
+/// A path without keys is that of a class.
+bool GraphWalk::MayAsk(const ObjectGraph::Object& object, std::size_t depth) const {
+    return object.depth < depth && object.state == State::kNotAsked && HasKeys(object.path);
+}
+
+void GraphWalk::Ask(std::size_t number) {
+    try {
+        const auto links = links_(graph_.objects[number].path.GetPath());
+        graph_.objects[number].state = State::kAsked;
+        for (const RemoteLink& link : links) {
+            if (links_seen_.insert(IdentityOfLink(link)).second) {
+                Follow(number, link);
+            }
+        }
+    } catch (const Failure& failure) {
+        if (number == 0 || !ConcernsOneObject(failure)) {
+            throw;
+        }
+        graph_.objects[number].state = State::kFailed;
+        first_failure_ = ++failure_count_ == 1 ? failure.what() : first_failure_;
+    }
+}
+
+/// Goes to all ends of an association but for the one that it was asked of.
+void GraphWalk::Follow(std::size_t number, const RemoteLink& link) {
+    const std::string own = IdentityOf(graph_.objects[number].path);
+    const RemoteLink::End* own_end = nullptr;
+    for (const RemoteLink::End& end : link.ends) {
+        own_end = own_end == nullptr && IdentityOf(end.object) == own ? &end : own_end;
+    }
+    for (const RemoteLink::End& end : link.ends) {
+        if (&end != own_end) {
+            Connect(number, link, own_end == nullptr ? std::string() : own_end->role, end);
+        }
+    }
+}
+
+void GraphWalk::Connect(std::size_t number, const RemoteLink& link, const std::string& role,
+                        const RemoteLink::End& end) {
+    if (graph_.edges.size() == kMostEdges) {
+        is_cut_ = true;
+        return;
+    }
+    const std::size_t count = graph_.objects.size();
+    const std::size_t to = AddObject(end.object, graph_.objects[number].depth + 1);
+    graph_.edges.push_back({number, to, to == count, link.association, role, end.role});
+}
+
+/// The number of the object, which may be there already.
+std::size_t GraphWalk::AddObject(const TCIMReference& path, std::size_t depth) {
+    const auto [known, is_new] = numbers_.emplace(IdentityOf(path), graph_.objects.size());
+    if (is_new) {
+        graph_.objects.push_back({path, depth, path.GetHost().empty() ? State::kNotAsked : State::kElsewhere});
+    }
+    return known->second;
+}
+
+std::string GraphWalk::Remark() const {
+    std::string remark;
+    if (is_cut_) {
+        remark = "there are more than " + std::to_string(kMostEdges) + " associations; the others are left out";
+    }
+    if (failure_count_ > 0) {
+        remark += (remark.empty() ? "" : "; ") + std::to_string(failure_count_) +
+                  (failure_count_ == 1 ? " object does" : " objects do") +
+                  " not tell what hangs together with it; the first: " + first_failure_;
+    }
+    return remark;
+}
+
+} // namespace cimhttp

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "output/OutputFormat.h"
+
+namespace cimhttp {
+
+struct CommandContext;
+
+/// Writes object paths, sorted: one a line, as a JSON array of texts, or as CSV with the heading `Path`.
+void WritePaths(std::vector<std::string> paths, OutputFormat format, const CommandContext& context);
+
+} // namespace cimhttp

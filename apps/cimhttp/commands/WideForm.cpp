@@ -1,0 +1,19 @@
+#include "commands/WideForm.h"
+
+#include "Failure.h"
+#include "Options.h"
+#include "commands/Command.h"
+
+namespace cimhttp {
+
+OutputFormat FormOf(Command& command, bool is_wide, const CommandContext& context) {
+    if (!is_wide) {
+        return context.Format(command);
+    }
+    if (context.options.format.value_or(OutputFormat::kCsv) != OutputFormat::kCsv) {
+        throw Failure(Failure::kUsage, "--wide is a form of csv, which need not be asked for");
+    }
+    return OutputFormat::kCsv;
+}
+
+} // namespace cimhttp

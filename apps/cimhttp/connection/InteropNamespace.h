@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "cimhttp/RemoteFailure.h"
+
+namespace cimhttp {
+
+/// The names under which servers have their Interop namespace, in which they tell of themselves: those of DSP1033, and
+/// one that is older.
+const std::vector<std::string>& InteropNames();
+
+/// Whether the server says that it does not have something: a namespace, a class, an instance or the operation.
+bool SaysThatThereIsNone(const NQORVYX20::RemoteFailure& failure);
+
+/// Whether it says that it does not have the operation.
+bool IsUnsupported(const NQORVYX20::RemoteFailure& failure);
+
+/// Where something was looked for in vain, and why.
+class VainAttempts {
+  public:
+    void Add(const std::string& class_name, const std::string& name_space, const std::string& reason);
+
+    /// One line, `CIM_Namespace in interop: …; …`.
+    const std::string& Text() const { return text_; }
+
+  private:
+    std::string text_;
+};
+
+} // namespace cimhttp

@@ -1,0 +1,112 @@
+#include "connection/NamespaceSearch.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "Failure.h"
+#include "connection/Session.h"
+
+namespace cimhttp {
+
+namespace {
+
+constexpr const char* kNamespaceClass = "CIM_Namespace";
+constexpr const char* kOldNamespaceClass = "__Namespace";
+constexpr unsigned char kDecimal = 10;
+
+/// Among namespaces that only `__Namespace` tells of, those below this one are looked for first.
+constexpr const char* kRoot = "root";
+
+std::string WithoutSlash(const std::string& name) {
+    return !name.empty() && name.front() == '/' ? name.substr(1) : name;
+}
+
+} // namespace
+
+void NamespaceSearch::Run() {
+    const auto& interop = InteropNames();
+    if (std::any_of(interop.begin(), interop.end(), [this](const auto& name) { return FindInInterop(name); })) {
+        return;
+    }
+    if (!FindBelow(kRoot) && !FindBelow(session_.NamespaceName())) {
+        throw Failure(Failure::kNotFound,
+                      "the server at " + session_.Server() + " does not tell its namespaces: " + attempts_.Text());
+    }
+}
+
+bool NamespaceSearch::FindInInterop(const std::string& interop) {
+    try {
+        names_ = NamesIn(interop, kNamespaceClass);
+        return Found(kNamespaceClass, interop);
+    } catch (const RemoteError& error) {
+        attempts_.Add(kNamespaceClass, interop, error.what());
+        return false;
+    }
+}
+
+/// A namespace that tells what is below it is one itself.
+bool NamespaceSearch::FindBelow(const std::string& top) {
+    try {
+        names_ = NamesBelow(top);
+        if (!Found(kOldNamespaceClass, top)) {
+            return false;
+        }
+    } catch (const RemoteError& error) {
+        attempts_.Add(kOldNamespaceClass, top, error.what());
+        return false;
+    }
+    std::vector<std::string> unasked(names_.begin(), names_.end());
+    names_.insert(top);
+    while (!unasked.empty()) {
+        const std::string name = unasked.back();
+        unasked.pop_back();
+        const NameSet before = names_;
+        AskBelow(name);
+        std::set_difference(names_.begin(), names_.end(), before.begin(), before.end(), std::back_inserter(unasked),
+                            NameBefore());
+    }
+    return true;
+}
+
+void NamespaceSearch::AskBelow(const std::string& name_space) {
+    try {
+        const NameSet below = NamesBelow(name_space);
+        names_.insert(below.begin(), below.end());
+    } catch (const RemoteError& error) {
+        if (!SaysThatThereIsNone(error.Failure()) && remark_.empty()) {
+            remark_ = "not every namespace tells what is below it; the first: " + name_space + ": " + error.what();
+        }
+    }
+}
+
+NameSet NamespaceSearch::NamesIn(const std::string& name_space, const std::string& class_name) {
+    NameSet names;
+    for (const auto& path : session_.InstancePathsIn(name_space, class_name)) {
+        const auto name = path.GetKeyValue("Name");
+        if (!name.IsNull()) {
+            names.insert(WithoutSlash(name.ToString(kDecimal)));
+        }
+    }
+    return names;
+}
+
+NameSet NamespaceSearch::NamesBelow(const std::string& name_space) {
+    NameSet whole_names;
+    for (const std::string& name : NamesIn(name_space, kOldNamespaceClass)) {
+        whole_names.insert(name_space + '/' + name);
+    }
+    return whole_names;
+}
+
+/// Whether there are any names; notes where they come from.
+bool NamespaceSearch::Found(const std::string& class_name, const std::string& name_space) {
+    if (names_.empty()) {
+        attempts_.Add(class_name, name_space, "it has none");
+        return false;
+    }
+    source_class_ = class_name;
+    source_namespace_ = name_space;
+    return true;
+}
+
+} // namespace cimhttp

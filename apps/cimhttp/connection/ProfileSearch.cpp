@@ -1,0 +1,110 @@
+#include "connection/ProfileSearch.h"
+
+#include <algorithm>
+#include <tuple>
+
+#include "Failure.h"
+#include "connection/InteropNamespace.h"
+#include "connection/Session.h"
+#include "host/ICIMInstance.h"
+#include "host/ICIMProperty.h"
+#include "output/DisplayText.h"
+#include "output/InstanceProperties.h"
+
+namespace cimhttp {
+
+namespace {
+
+using NQORVYX20::ICIMInstance;
+using NQORVYX20::TCIMContext;
+
+constexpr const char* kProfileClass = "CIM_RegisteredProfile";
+constexpr const char* kConformanceClass = "CIM_ElementConformsToProfile";
+
+constexpr const char* kOtherOrganization = "1"; // of RegisteredOrganization: another property names it
+constexpr unsigned char kDecimal = 10;
+
+/// What a property says to people; empty for null and for one that there is not.
+std::optional<std::string> TextOf(const ICIMInstance& instance, const std::string& name, const PluginAccess& access) {
+    const auto property = FindProperty(instance, name);
+    if (!property || property->GetValue(TCIMContext()).IsNull()) {
+        return std::nullopt;
+    }
+    return DisplayText(access, *property).Joined();
+}
+
+bool IsOtherOrganization(const ICIMInstance& instance) {
+    const auto property = FindProperty(instance, "RegisteredOrganization");
+    return property && property->GetValue(TCIMContext()).ToString(kDecimal) == kOtherOrganization;
+}
+
+std::optional<std::string> OrganizationOf(const ICIMInstance& instance, const PluginAccess& access) {
+    const auto other = TextOf(instance, "OtherRegisteredOrganization", access);
+    return other && IsOtherOrganization(instance) ? other : TextOf(instance, "RegisteredOrganization", access);
+}
+
+bool IsBefore(const RegisteredProfile& one, const RegisteredProfile& other) {
+    return std::tie(one.organization, one.name, one.version, one.path) <
+           std::tie(other.organization, other.name, other.version, other.path);
+}
+
+} // namespace
+
+void ProfileSearch::Run() {
+    VainAttempts attempts;
+    for (const std::string& name_space : InteropNames()) {
+        try {
+            for (const auto& instance : session_.InstancesIn(name_space, kProfileClass)) {
+                profiles_.push_back(ProfileOf(*instance, name_space));
+            }
+        } catch (const RemoteError& error) {
+            attempts.Add(kProfileClass, name_space, error.what());
+            continue;
+        }
+        std::sort(profiles_.begin(), profiles_.end(), IsBefore);
+        for (RegisteredProfile& profile : profiles_) {
+            FindCentralInstances(profile);
+        }
+        return;
+    }
+    throw Failure(Failure::kNotFound,
+                  "the server at " + session_.Server() + " does not tell its profiles: " + attempts.Text());
+}
+
+RegisteredProfile ProfileSearch::ProfileOf(const ICIMInstance& instance, const std::string& name_space) const {
+    const PluginAccess& access = session_.LoadedPlugin().Access();
+    return {OrganizationOf(instance, access), TextOf(instance, "RegisteredName", access),
+            TextOf(instance, "RegisteredVersion", access), PathOf(instance, name_space), std::nullopt};
+}
+
+void ProfileSearch::FindCentralInstances(RegisteredProfile& profile) {
+    AssociationQuery query;
+    query.path = profile.path;
+    query.association_class = kConformanceClass;
+    query.role = "ConformantStandard";
+    query.result_role = "ManagedElement";
+    try {
+        std::vector<std::string> paths;
+        for (const auto& path : session_.RelatedPaths(query)) {
+            paths.push_back(path.GetPath());
+        }
+        std::sort(paths.begin(), paths.end());
+        profile.central_instances = std::move(paths);
+    } catch (const LoginFailure&) {
+        throw;
+    } catch (const Failure& failure) {
+        if (failure.Status() == Failure::kConnection) {
+            throw;
+        }
+        first_failure_ = ++unknown_count_ == 1 ? failure.what() : first_failure_;
+    }
+}
+
+std::string ProfileSearch::Remark() const {
+    return unknown_count_ == 0
+               ? std::string()
+               : "the central instances of " + std::to_string(unknown_count_) +
+                     (unknown_count_ == 1 ? " profile" : " profiles") + " are not known; the first: " + first_failure_;
+}
+
+} // namespace cimhttp

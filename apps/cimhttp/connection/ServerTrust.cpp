@@ -1,0 +1,118 @@
+#include "connection/ServerTrust.h"
+
+#include <strings.h>
+
+#include "Failure.h"
+#include "Options.h"
+#include "connection/CertificateText.h"
+#include "connection/ConnectionContext.h"
+#include "connection/FailedConnect.h"
+#include "connection/KnownServers.h"
+#include "connection/Plugin.h"
+#include "connection/ServerProbe.h"
+#include "connection/TerminalPrompt.h"
+#include "host/ICIMNamespace.h"
+#include "host/TVYXException.h"
+#include "output/TimeText.h"
+#include "text/TerminalText.h"
+#include "waiting/Attendant.h"
+
+namespace cimhttp {
+
+namespace {
+
+Failure NoConnection(const Connection& connection, const std::string& reason) {
+    return {Failure::kConnection, "no connection to " + connection.Url() + ": " + reason};
+}
+
+/// What the server shows.
+TlsDetails Look(const Connection& connection, const Attendant& attendant) {
+    const auto probe = [&] {
+        return ProbeServer(connection.host, connection.Port(), true, connection.ConnectTimeout());
+    };
+    const auto result = attendant.Read("connecting to " + connection.Url(), probe);
+    if (!result || !result->tls) {
+        const std::string reason = result ? result->tls_failure : "the server does not answer";
+        throw NoConnection(connection, ExplainFailedConnect(connection, reason));
+    }
+    return *result->tls;
+}
+
+/// What the plug-in does not accept is told when the connection is made.
+bool PolicyVerifies(const Plugin& plugin, const Connection& connection) {
+    try {
+        const auto name_space = plugin.AllocateNamespace(ContextOf(connection));
+        return plugin.Access().WouldVerify(*name_space, connection.host, connection.Port());
+    } catch (const NQORVYX20::TVYXException&) {
+        return false;
+    }
+}
+
+bool IsYes(const std::string& answer) {
+    return ::strcasecmp(answer.c_str(), "yes") == 0 || ::strcasecmp(answer.c_str(), "y") == 0;
+}
+
+bool IsNo(const std::string& answer) {
+    return answer.empty() || ::strcasecmp(answer.c_str(), "no") == 0 || ::strcasecmp(answer.c_str(), "n") == 0;
+}
+
+/// Nobody's answer is no.
+bool AskUntilClear(const std::string& question) {
+    auto answer = AskForAnswer(question);
+    while (answer && !IsYes(*answer) && !IsNo(*answer)) {
+        answer = AskForAnswer("Answer yes or no: ");
+    }
+    return answer && IsYes(*answer);
+}
+
+bool UserTrusts(const Connection& connection, const TlsDetails& tls, const std::optional<KnownServers>& known) {
+    const std::string where = known ? ", from now on (kept in " + Printable(known->Path()) + ")" : "";
+    return AskUntilClear("Nothing verifies " + Printable(connection.Url()) + " yet. It shows this certificate:\n" +
+                         CertificateText(tls) + "Whoever runs the server can tell you whether the SHA-256 is right.\n" +
+                         "Trust it" + where + "? (yes or no) ");
+}
+
+Connection WithFingerprint(Connection connection, const KnownServer& server) {
+    connection.tls_settings.fingerprint = server.fingerprint;
+    connection.known_since = server.since.empty() ? "an unknown time" : server.since;
+    return connection;
+}
+
+Connection AskedFor(const Connection& connection, const std::optional<KnownServers>& known,
+                    const Attendant& attendant) {
+    const TlsDetails tls = Look(connection, attendant);
+    if (!UserTrusts(connection, tls, known)) {
+        throw NoConnection(connection, "its certificate is not trusted; nothing was sent");
+    }
+    const KnownServer server{tls.fingerprint, TimeWithZone(), Printable(tls.subject)};
+    if (known) {
+        known->Keep(connection.HostAndPort(), server);
+    }
+    return WithFingerprint(connection, server);
+}
+
+} // namespace
+
+Connection Trusted(const Plugin& plugin, const Connection& connection, const Options& options,
+                   const Attendant& attendant) {
+    if (!connection.tls || IsVerified(connection)) {
+        return connection;
+    }
+    if (PolicyVerifies(plugin, connection)) {
+        Connection verified = connection;
+        verified.is_verified_by_policy = true;
+        return verified;
+    }
+    const auto known = KnownServers::OfUser();
+    if (const auto server = known ? known->Find(connection.HostAndPort()) : std::nullopt) {
+        return WithFingerprint(connection, *server);
+    }
+    if (connection.tls_settings.verify.value_or(false)) {
+        throw NoConnection(connection, "nothing verifies the server, and --verify forbids to go on: give --ca FILE or "
+                                       "--fingerprint SHA256; without --verify, you are asked on a terminal whether to "
+                                       "trust its certificate");
+    }
+    return options.is_error_stream_terminal ? AskedFor(connection, known, attendant) : connection;
+}
+
+} // namespace cimhttp

@@ -1,0 +1,82 @@
+#include "output/KeyListing.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "output/Json.h"
+#include "text/NameList.h"
+#include "text/Pattern.h"
+
+namespace cimhttp {
+
+namespace {
+
+using namespace NQORVYX20;
+
+constexpr unsigned char kDecimal = 10;
+
+std::vector<Listing::Column> ColumnsOf(const std::vector<std::string>& keys, bool has_class) {
+    std::vector<Listing::Column> columns;
+    if (has_class) {
+        columns.push_back({"Class", Listing::Align::kLeft, Listing::Importance::kAsked});
+    }
+    for (const std::string& key : keys) {
+        columns.push_back({key, Listing::Align::kLeft, Listing::Importance::kAsked});
+    }
+    return columns;
+}
+
+std::string KeysJson(const TCIMReference& path) {
+    JsonObject keys;
+    path.EnumerateKeyValues([&](const std::string& name, const TCIMValue& value) {
+        keys.Add(name, JsonValue(value));
+        return true;
+    });
+    return JsonObject().Add("class", JsonText(path.GetClassName())).Add("keys", keys.Text()).Text();
+}
+
+} // namespace
+
+std::vector<std::string> KeyNames(const std::vector<TCIMReference>& paths) {
+    std::vector<std::string> names;
+    for (const TCIMReference& path : paths) {
+        path.EnumerateKeyValues([&](const std::string& name, const TCIMValue& /*value*/) {
+            names.push_back(name);
+            return true;
+        });
+    }
+    return DistinctNames(names);
+}
+
+Listing KeyListing(const std::vector<TCIMReference>& paths, bool has_class) {
+    const std::vector<std::string> names = KeyNames(paths);
+    Listing listing(ColumnsOf(names, has_class));
+    for (const TCIMReference& path : paths) {
+        std::vector<Cell> row;
+        if (has_class) {
+            row.emplace_back(path.GetClassName());
+        }
+        for (const std::string& name : names) {
+            const TCIMValue value = path.GetKeyValue(name);
+            row.emplace_back(value, value.ToString(kDecimal));
+        }
+        listing.AddRow(std::move(row));
+    }
+    return listing;
+}
+
+std::string KeysJson(const std::vector<TCIMReference>& paths) {
+    std::string json = "[";
+    for (const TCIMReference& path : paths) {
+        json += (json.size() == 1 ? "\n" : ",\n") + KeysJson(path);
+    }
+    return json + "\n]";
+}
+
+bool HaveSeveralClasses(const std::vector<TCIMReference>& paths) {
+    return std::any_of(paths.begin(), paths.end(), [&](const TCIMReference& path) {
+        return !IsSameName(path.GetClassName(), paths.front().GetClassName());
+    });
+}
+
+} // namespace cimhttp

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "host/TCIMReference.h"
+#include "output/Listing.h"
+
+namespace cimhttp {
+
+/// The names of all keys that paths have, each once, in the order in which they come.
+std::vector<std::string> KeyNames(const std::vector<NQORVYX20::TCIMReference>& paths);
+
+/// Instances by their keys, a path a row: with `has_class` the class, then a column for each key.
+Listing KeyListing(const std::vector<NQORVYX20::TCIMReference>& paths, bool has_class);
+
+/// The same as JSON, an array with an object for each path, one a line:
+///
+///     {"class":"CIM_Disk","keys":{"Name":"a","Number":3}}
+std::string KeysJson(const std::vector<NQORVYX20::TCIMReference>& paths);
+
+/// Whether the paths name several classes.
+bool HaveSeveralClasses(const std::vector<NQORVYX20::TCIMReference>& paths);
+
+} // namespace cimhttp

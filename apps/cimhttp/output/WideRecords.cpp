@@ -1,0 +1,65 @@
+#include "output/WideRecords.h"
+
+#include <iterator>
+#include <utility>
+#include <vector>
+
+#include "host/ICIMInstance.h"
+#include "host/ICIMProperty.h"
+#include "output/DisplayText.h"
+#include "output/Json.h"
+
+namespace cimhttp {
+
+namespace {
+
+using namespace NQORVYX20;
+
+/// A JSON array of the texts of an array's elements, in which null stays null.
+std::string TextsJson(const std::vector<TCIMValue>& elements, const std::vector<std::string>& texts) {
+    JsonArray json;
+    for (std::size_t i = 0; i < elements.size(); ++i) {
+        json.Add(elements[i].IsNull() ? "null" : JsonText(texts[i]));
+    }
+    return json.Text();
+}
+
+std::string Text(const ICIMProperty& property, const PluginAccess& access, bool is_raw) {
+    const TCIMValue& value = property.GetValue(TCIMContext());
+    if (is_raw) {
+        return value.IsArray() ? JsonValue(value) : RawText(value);
+    }
+    const DisplayText display(access, property);
+    return value.IsArray() ? TextsJson(value, display.Texts()) : display.Joined();
+}
+
+Cell CellOf(const ICIMInstance& instance, const std::string& name, const PluginAccess& access, bool is_raw) {
+    const auto property = FindProperty(instance, name);
+    if (!property || property->GetValue(TCIMContext()).IsNull()) {
+        return Cell::Null();
+    }
+    return {Text(*property, access, is_raw)};
+}
+
+} // namespace
+
+Listing WideRecords(const Instances& instances, const Properties& properties, const PluginAccess& access, bool is_raw,
+                    const std::string& name_space) {
+    const std::vector<std::string> names = NamesOf(properties);
+    std::vector<Listing::Column> columns{{"Class"}, {"Path"}};
+    for (const std::string& name : names) {
+        columns.push_back({name});
+    }
+    Listing listing(std::move(columns));
+    for (const auto& instance : instances) {
+        std::vector<Cell> row{ClassNameOf(*instance), PathOf(*instance, name_space)};
+        row.reserve(listing.Columns().size());
+        for (const std::string& name : names) {
+            row.push_back(CellOf(*instance, name, access, is_raw));
+        }
+        listing.AddRow(std::move(row));
+    }
+    return listing;
+}
+
+} // namespace cimhttp

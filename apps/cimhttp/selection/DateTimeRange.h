@@ -1,0 +1,26 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace NQORVYX20 {
+class TCIMDateTime;
+} // namespace NQORVYX20
+
+namespace cimhttp {
+
+/// The instants, or the lengths of time, that a date-time may stand for: one, unless it has asterisks.
+struct DateTimeRange {
+    explicit DateTimeRange(const NQORVYX20::TCIMDateTime& date_time);
+
+    bool is_interval;
+    long long lowest;  ///< in microseconds: since the year 0 in UTC, or the length
+    long long highest; ///< the same
+};
+
+/// The date-time that a user writes: its 25 characters; an instant such as `2026-11-21`, `2026-11-21 08:39` or
+/// `2026-11-21T08:39:00.5+01:00`, in UTC unless it names a zone; a length such as `3 days`, `08:39:00` or
+/// `1 day 08:39:00`. Nothing for another text.
+std::optional<NQORVYX20::TCIMDateTime> DateTimeIn(const std::string& text);
+
+} // namespace cimhttp

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "http/Endpoint.h"
+#include "tls/CertificateRefusal.h"
+#include "tls/Fingerprint.h"
+
+#include <Pegasus/Common/SSLContext.h>
+#include <exception>
+#include <openssl/types.h>
+#include <optional>
+
+namespace Pegasus::http {
+
+/// The check of one server's certificates. Must outlive the handshake of the session that it is attached to.
+class PeerCheck {
+  public:
+    /// With a fingerprint, that decides alone.
+    PeerCheck(const SSLContext& settings, const std::optional<Fingerprint>& fingerprint, const Endpoint& endpoint);
+    PeerCheck(const PeerCheck&) = delete;
+    PeerCheck& operator=(const PeerCheck&) = delete;
+
+    /// Lets the sessions of a context be checked by the objects that are attached to them.
+    static void useFor(SSL_CTX& context);
+
+    /// Tells the session which name the server must have, and to ask this object about each of its certificates. Throws
+    /// SSLException when OpenSSL cannot remember that.
+    void attachTo(SSL& session);
+
+    /// Why a certificate was refused; nothing when none was.
+    const std::optional<CertificateRefusal>& refusal() const { return refusal_; }
+    /// What the check ended in, be it thrown by the caller's verification callback; it must not fly through OpenSSL.
+    const std::exception_ptr& failure() const { return failure_; }
+
+  private:
+    static int onChain(X509_STORE_CTX* store, void* unused);
+    static int onCertificate(int preverified, X509_STORE_CTX* store);
+    static PeerCheck& ofStore(X509_STORE_CTX* store);
+    bool acceptFingerprint(X509_STORE_CTX& store);
+    bool accept(bool preverified, X509_STORE_CTX& store);
+    bool askCallback(bool preverified, X509_STORE_CTX& store) const;
+
+    const Endpoint& endpoint_;
+    const bool verify_;
+    SSLCertificateVerifyFunction* const callback_;
+    const std::optional<Fingerprint> fingerprint_;
+    std::optional<CertificateRefusal> refusal_;
+    std::exception_ptr failure_;
+};
+
+} // namespace Pegasus::http

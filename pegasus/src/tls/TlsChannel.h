@@ -1,0 +1,58 @@
+#pragma once
+
+#include "http/TcpChannel.h"
+#include "tls/OpenSslObjects.h"
+#include "tls/PeerCheck.h"
+#include "tls/SocketBio.h"
+#include "tls/TlsContext.h"
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace Pegasus::http {
+
+/// A TCP connection with TLS on top. It is never ended with TLS's closing alert: a child process that drops its copy
+/// would end the session of its parent, and for HTTP the alert adds nothing to what the answers say of their ends.
+class TlsChannel : public TcpChannel {
+  public:
+    /// Connects. Throws like TcpChannel, and SSLException.
+    TlsChannel(const Endpoint& endpoint, std::shared_ptr<TlsContext> context, const ConnectTime& time);
+
+    /// Before all else, once. Throws SSLException or ConnectionTimeoutException.
+    void shakeHands(const Deadline& deadline);
+
+    bool hasInput() override;
+
+  protected:
+    // In TLS 1.3 a server says only after the handshake that it does not take the client's certificate: these throw
+    // SSLException, too.
+    Progress sendSome(std::string_view bytes) override;
+    Progress receiveSome(char* buffer, std::size_t size) override;
+
+  private:
+    static void freeSession(SSL* session);
+    static int onCertificateRequest(SSL* session, void* isAsked);
+
+    template <typename Call>
+    std::optional<Progress> attempt(Call call);
+    void attachSessions();
+    bool refusesClientCertificate() const;
+    std::string reason() const;
+    [[noreturn]] void failHandshake(const std::string& what) const;
+    [[noreturn]] void failConversation() const;
+    [[noreturn]] void failForClientCertificate() const;
+    [[noreturn]] void fail(const std::string& what) const;
+
+    const std::shared_ptr<TlsContext> context_;
+    SocketBio wire_;
+    PeerCheck check_;
+    const std::unique_ptr<SSL, Freeing<&TlsChannel::freeSession>> session_;
+    bool isAskedForCertificate_ = false;
+    bool hasEnded_ = false;   // the server has closed it, with or without TLS's alert
+    unsigned long error_ = 0; // of OpenSSL, where it was OpenSSL that failed
+};
+
+} // namespace Pegasus::http

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+
+namespace NQORVYX20 {
+
+/// What is said of a connection: the values of some of the keys that OptionRules.h lists. Plain data; the values are
+/// good ones of their keys.
+class ConnectionOptions {
+  public:
+    using Value = std::variant<bool, std::uint64_t, std::string>;
+    using Values = std::map<std::string, Value, std::less<>>;
+
+    void Set(const std::string& key, Value value);
+    void Remove(const std::string& key) { fValues.erase(key); }
+
+    // Looking takes no memory.
+
+    bool Has(std::string_view key) const { return fValues.count(key) != 0; }
+    const Values& All() const { return fValues; }
+
+    /// The value under a key of that kind; empty when nothing is said.
+    std::optional<bool> Flag(std::string_view key) const { return Find<bool>(key); }
+    std::optional<std::uint64_t> Number(std::string_view key) const { return Find<std::uint64_t>(key); }
+    std::optional<std::string> Text(std::string_view key) const { return Find<std::string>(key); }
+
+    friend bool operator==(const ConnectionOptions& one, const ConnectionOptions& other) {
+        return one.fValues == other.fValues;
+    }
+
+  private:
+    template <typename Type>
+    std::optional<Type> Find(std::string_view key) const {
+        const auto found = fValues.find(key);
+        return found == fValues.end() ? std::nullopt : std::optional<Type>(std::get<Type>(found->second));
+    }
+
+    Values fValues;
+};
+
+/// A value as messages show it.
+std::string TextOf(const ConnectionOptions::Value& value);
+
+} // namespace NQORVYX20

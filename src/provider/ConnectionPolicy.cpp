@@ -1,0 +1,43 @@
+#include "provider/ConnectionPolicy.h"
+
+#include <algorithm>
+
+#include "provider/HostName.h"
+#include "provider/PolicyFault.h"
+#include "provider/PrintableText.h"
+
+namespace NQORVYX20 {
+
+ConnectionPolicy::ConnectionPolicy(const PolicyFile& file) : fPath(file.Path()) {
+    try {
+        Read(file);
+    } catch (const PolicyFault& fault) {
+        throw PolicyFault(Name() + ": " + fault.what());
+    }
+}
+
+void ConnectionPolicy::Read(const PolicyFile& file) {
+    if (const auto text = file.Read()) {
+        fEntries = PolicyDocument(*text).Entries();
+    }
+}
+
+std::vector<ConnectionPolicy::Match> ConnectionPolicy::MatchesFor(const std::string& host) const {
+    if (!fEntries.empty() && !IsPlainHost(host)) {
+        throw PolicyFault(Name() + ": it cannot be told which entries count for the host '" + PrintableText(host) +
+                          "'");
+    }
+    std::vector<Match> matches;
+    for (std::size_t i = 0; i < fEntries.size(); ++i) {
+        const auto& patterns = fEntries[i].patterns;
+        const auto found = std::find_if(patterns.begin(), patterns.end(),
+                                        [&](const HostPattern& pattern) { return pattern.Matches(host); });
+        if (found != patterns.end()) {
+            matches.push_back(
+                {&fEntries[i], "entry " + std::to_string(i + 1) + " ('" + PrintableText(found->Text()) + "')"});
+        }
+    }
+    return matches;
+}
+
+} // namespace NQORVYX20

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "provider/PolicyDocument.h"
+#include "provider/PolicyFile.h"
+
+namespace NQORVYX20 {
+
+/// How this machine's servers are connected to, whatever host asks: the content of its policy file, or nothing.
+class ConnectionPolicy {
+  public:
+    /// An entry that counts for a server, and why.
+    struct Match {
+        const PolicyEntry* entry;
+        std::string text; ///< "entry 1 ('*.example')"
+    };
+
+    /// Reads the file. Throws PolicyFault, which names it, when it cannot be followed.
+    explicit ConnectionPolicy(const PolicyFile& file);
+
+    /// "policy /etc/cimhttp/policy.json"
+    std::string Name() const { return "policy " + fPath; }
+
+    /// The entries of a server, in their order. Throws PolicyFault where the host's name is none with which that can be
+    /// told. They live as long as the policy.
+    std::vector<Match> MatchesFor(const std::string& host) const;
+
+  private:
+    void Read(const PolicyFile& file);
+
+    std::string fPath;
+    std::vector<PolicyEntry> fEntries;
+};
+
+} // namespace NQORVYX20

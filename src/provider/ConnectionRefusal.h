@@ -1,0 +1,26 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+#include "cimhttp/RemoteFailure.h"
+
+namespace NQORVYX20 {
+
+/// A connection that is not even tried, since what is asked for does not allow it.
+class ConnectionRefusal : public std::runtime_error {
+  public:
+    ConnectionRefusal(RemoteFailure::Kind kind, const std::string& why) : std::runtime_error(why), fKind(kind) {}
+
+    RemoteFailure Failure() const {
+        RemoteFailure failure;
+        failure.kind = fKind;
+        failure.text = what();
+        return failure;
+    }
+
+  private:
+    RemoteFailure::Kind fKind;
+};
+
+} // namespace NQORVYX20

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "provider/ConnectionOptions.h"
+#include "provider/HostPattern.h"
+
+namespace NQORVYX20 {
+
+/// What a policy says of the servers that one of the patterns matches.
+struct PolicyEntry {
+    std::vector<HostPattern> patterns;
+    ConnectionOptions forced;
+    ConnectionOptions defaults;
+};
+
+/// The text of a policy, a document in JSON:
+///     {"servers": [{"match": "*.storage.example", "force": {"tls": true}, "default": {"timeout": 30000}}]}
+/// `match` is a pattern or a list of them; the options have the names of the context's keys without their prefix.
+class PolicyDocument {
+  public:
+    /// Throws PolicyFault with the line or the entry that is at fault. Nothing is overlooked: neither a member that
+    /// there is not, nor one that is there twice.
+    explicit PolicyDocument(const std::string& text);
+
+    const std::vector<PolicyEntry>& Entries() const { return fEntries; }
+
+  private:
+    std::vector<PolicyEntry> fEntries;
+};
+
+} // namespace NQORVYX20

@@ -1,0 +1,103 @@
+#include "provider/PolicyFile.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdint>
+#include <cstdlib>
+#include <system_error>
+#include <utility>
+
+#include "provider/PolicyFault.h"
+
+namespace NQORVYX20 {
+
+namespace {
+
+[[noreturn]] void FailWith(int error) {
+    throw PolicyFault("cannot be read: " + std::generic_category().message(error));
+}
+
+/// A file that is open for reading as long as it lives.
+class OpenFile {
+  public:
+    /// Does not wait for the other end of a pipe.
+    explicit OpenFile(const std::string& path)
+        : fDescriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK)) {
+        if (fDescriptor < 0) {
+            FailWith(errno);
+        }
+    }
+    ~OpenFile() { ::close(fDescriptor); }
+    OpenFile(const OpenFile&) = delete;
+    OpenFile& operator=(const OpenFile&) = delete;
+
+    struct stat Status() const {
+        struct stat status {};
+        if (::fstat(fDescriptor, &status) != 0) {
+            FailWith(errno);
+        }
+        return status;
+    }
+
+    /// So many bytes, or those that there are.
+    std::string Content(std::size_t most) const {
+        std::string content(most, '\0');
+        std::size_t size = 0;
+        ssize_t count = 1;
+        while (size < most && count != 0) {
+            count = ::read(fDescriptor, &content[size], most - size);
+            if (count < 0 && errno != EINTR) {
+                FailWith(errno);
+            }
+            size += count < 0 ? 0 : static_cast<std::size_t>(count);
+        }
+        content.resize(size);
+        return content;
+    }
+
+  private:
+    int fDescriptor;
+};
+
+void Check(const struct stat& status) {
+    if (!S_ISREG(status.st_mode)) {
+        throw PolicyFault("is not a regular file");
+    }
+    if ((status.st_mode & S_IWOTH) != 0) {
+        throw PolicyFault("can be written by everybody");
+    }
+    if (static_cast<std::uint64_t>(status.st_size) > PolicyFile::kMaxBytes) {
+        throw PolicyFault("has more than " + std::to_string(PolicyFile::kMaxBytes) + " bytes");
+    }
+}
+
+} // namespace
+
+PolicyFile PolicyFile::OfMachine() {
+    const char* const named = ::secure_getenv(kVariable);
+    const bool isNamed = named != nullptr && *named != '\0';
+    return {isNamed ? named : kUsualPath, !isNamed};
+}
+
+bool PolicyFile::IsMissing() const {
+    struct stat status {};
+    return ::lstat(fPath.c_str(), &status) != 0 && (errno == ENOENT || errno == ENOTDIR); // a link may lead nowhere
+}
+
+std::optional<std::string> PolicyFile::Read() const {
+    if (fPath.front() != '/') {
+        throw PolicyFault("is not an absolute path");
+    }
+    if (fMayBeMissing && IsMissing()) {
+        return std::nullopt;
+    }
+    const OpenFile file(fPath);
+    const struct stat status = file.Status();
+    Check(status);
+    return file.Content(static_cast<std::size_t>(status.st_size));
+}
+
+} // namespace NQORVYX20
