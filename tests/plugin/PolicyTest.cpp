@@ -41,7 +41,7 @@ class PolicyTest : public TlsTest {
 
     /// Every connection is refused, whatever the port and the host's options, for a reason with this text.
     void ExpectAllRefused(const std::string& text) {
-        const std::size_t before = fServer.ConnectionCount();
+        const std::size_t before = CountConnections({kHttpPort}) + 1; // with the one that counts
         for (const int port : {kHttpPort, kHttpsPort, kOtherPort}) {
             for (const TCIMContext& options : {TCIMContext{}, TCIMContext{{kTlsKey, TCIMValue(false)}}}) {
                 ExpectRefused(port, options, text);

@@ -130,7 +130,8 @@ int AssociationCommand::WriteNames(const CommandContext& context) {
     paths.reserve(references.size());
     std::transform(references.begin(), references.end(), std::back_inserter(paths),
                    [](const auto& reference) { return reference.GetPath(); });
-    WritePaths(std::move(paths), context.Format(*this), context);
+    std::sort(paths.begin(), paths.end());
+    WritePaths(paths, context.Format(*this), context);
     return ReportIncidents(session.TakeIncidents(), context);
 }
 

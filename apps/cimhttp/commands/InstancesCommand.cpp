@@ -9,12 +9,11 @@
 #include "commands/InstanceReader.h"
 #include "commands/InstanceWriter.h"
 #include "commands/ListingWriter.h"
+#include "commands/PathWriter.h"
 #include "commands/WideForm.h"
 #include "connection/Session.h"
 #include "host/TCIMReference.h"
-#include "output/Json.h"
 #include "output/KeyListing.h"
-#include "output/Listing.h"
 #include "selection/RowLimit.h"
 #include "text/Pattern.h"
 #include "text/TerminalText.h"
@@ -42,29 +41,6 @@ std::vector<std::string> TextsOf(const std::vector<TCIMReference>& paths) {
         texts.push_back(path.GetPath());
     }
     return texts;
-}
-
-Listing PathListing(const std::vector<std::string>& paths) {
-    Listing listing({{"Path"}});
-    for (const std::string& path : paths) {
-        listing.AddRow({path});
-    }
-    return listing;
-}
-
-void WritePaths(const std::vector<std::string>& paths, OutputFormat format, const CommandContext& context) {
-    switch (format) {
-    case OutputFormat::kJson:
-        context.output << JsonTexts(paths) << '\n';
-        break;
-    case OutputFormat::kCsv:
-        WriteListing(PathListing(paths), format, context);
-        break;
-    default:
-        for (const std::string& path : paths) {
-            context.output << Printable(path) << '\n';
-        }
-    }
 }
 
 /// As `instance --key` takes them, a key a line.

@@ -1,6 +1,5 @@
 #include "commands/PathWriter.h"
 
-#include <algorithm>
 #include <ostream>
 
 #include "commands/Command.h"
@@ -29,8 +28,7 @@ void WriteLines(const std::vector<std::string>& paths, std::ostream& output) {
 
 } // namespace
 
-void WritePaths(std::vector<std::string> paths, OutputFormat format, const CommandContext& context) {
-    std::sort(paths.begin(), paths.end());
+void WritePaths(const std::vector<std::string>& paths, OutputFormat format, const CommandContext& context) {
     switch (format) {
     case OutputFormat::kJson:
         context.output << JsonTexts(paths) << '\n';

@@ -9,7 +9,7 @@ namespace cimhttp {
 
 struct CommandContext;
 
-/// Writes object paths, sorted: one a line, as a JSON array of texts, or as CSV with the heading `Path`.
-void WritePaths(std::vector<std::string> paths, OutputFormat format, const CommandContext& context);
+/// Writes object paths in their order: one a line, as a JSON array of texts, or as CSV with the heading `Path`.
+void WritePaths(const std::vector<std::string>& paths, OutputFormat format, const CommandContext& context);
 
 } // namespace cimhttp

@@ -47,8 +47,7 @@ class Session {
     };
 
     /// Connects. Throws Failure(kConnection) when that fails, and Failure(kUsage) when the namespace is not the name of
-    /// one. The attendant looks after the user whenever the session
-    /// waits for the server.
+    /// one. The attendant looks after the user whenever the session waits for the server.
     Session(const Plugin& plugin, const Connection& connection, const Attendant& attendant);
 
     /// The same session for another thread than the main one, and without attendance.
