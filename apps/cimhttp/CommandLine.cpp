@@ -31,6 +31,9 @@ const Choices<OutputFormat> kFormats{{"table", OutputFormat::kTable}, {"plain", 
                                      {"json", OutputFormat::kJson},   {"csv", OutputFormat::kCsv},
                                      {"mof", OutputFormat::kMof},     {"dot", OutputFormat::kDot}};
 
+enum class UnitForm { kScaled, kExact };
+const Choices<UnitForm> kUnitForms{{"scaled", UnitForm::kScaled}, {"exact", UnitForm::kExact}};
+
 const Choices<ILogger::EVYXLogSeverity> kLevels{{"error", ILogger::eLogError},
                                                 {"warning", ILogger::eLogWarning},
                                                 {"info", ILogger::eLogInfo},
@@ -53,6 +56,7 @@ struct Parser {
     Options options;
     Command* chosen = nullptr;
     std::string password_file;
+    std::optional<UnitForm> unit_form;
     CLI::App app{"Reads classes and instances of a remote CIM server through the cimhttp plug-in.", "cimhttp"};
 
     explicit Parser(const Commands& commands) {
@@ -67,7 +71,7 @@ struct Parser {
         app.require_subcommand(1);
         app.fallthrough();
         AddConnectionOptions();
-        AddOutputOption();
+        AddOutputOptions();
         for (const auto& command : commands) {
             AddCommand(*command, layout);
         }
@@ -131,10 +135,16 @@ struct Parser {
         return app.add_option(name, target, help)->type_name(value_name);
     }
 
-    void AddOutputOption() {
+    void AddOutputOptions() {
         AddChoice("--output,-o", "FORM",
                   "The form of the output: " + Listed(kFormats) + ", as far as the command has it", kFormats,
                   options.format);
+        AddChoice("--units", "FORM",
+                  "Numbers with units as people write them, scaled (2.3 GHz), or as they are, exact (2300 MHz); scaled "
+                  "unless given",
+                  kUnitForms, unit_form);
+        app.add_flag("--verbose", options.text_form.says_what_is_not,
+                     "Say of a number that its value map has no text for it, as in '17 (not in the map)'");
     }
 
     template <typename T>
@@ -261,6 +271,7 @@ ParsedCommandLine ParseCommandLine(int argc, const char* const* argv, const Comm
         throw Failure(Failure::kUsage, "behind an option without a value, as in --tls=false, is true or false");
     }
     parser.CheckFormat();
+    parser.options.text_form.is_unscaled = parser.unit_form == UnitForm::kExact;
     std::string warning;
     if (!parser.password_file.empty()) {
         const PasswordFile file = ReadPasswordFile(parser.password_file);

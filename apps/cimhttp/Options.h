@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "access/TextForm.h"
 #include "connection/TlsSettings.h"
 #include "host/ILogger.h"
 #include "output/OutputFormat.h"
@@ -24,8 +25,9 @@ struct Options {
     std::optional<unsigned> timeout;                                   ///< in seconds
     std::string plugin;                                                ///< the path of the plug-in
     std::optional<NQORVYX20::ILogger::EVYXLogSeverity> log_level = {}; ///< empty: no log
-    std::optional<OutputFormat> format = {};                           ///< empty: the command's first one
-    std::size_t width = 0; ///< the columns that a table may take; 0 for any number
+    TextForm text_form = {};
+    std::optional<OutputFormat> format = {}; ///< empty: the command's first one
+    std::size_t width = 0;                   ///< the columns that a table may take; 0 for any number
     bool uses_color = false;
     bool is_input_terminal = false;
     bool is_output_terminal = false;

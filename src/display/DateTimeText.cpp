@@ -97,16 +97,19 @@ std::string PartOfSpan(const Parts& parts, std::size_t given) {
     return text;
 }
 
+/// Every digit that is given counts here: an interval is not a measurement.
 std::string WholeSpan(const Parts& parts) {
-    const std::uint64_t seconds = ((NumberOf(parts.At(kSpanFields[0])) * 24 + NumberOf(parts.At(kSpanFields[1]))) * 60 +
-                                   NumberOf(parts.At(kSpanFields[2]))) *
-                                      60 +
-                                  NumberOf(parts.At(kSpanFields[3]));
-    const std::string_view digits = parts.At(kMicroseconds);
-    const std::uint64_t microseconds =
-        NumberOf(std::string(digits.substr(0, digits.find('*'))) +
-                 std::string(digits.find('*') == std::string_view::npos ? 0 : digits.size() - digits.find('*'), '0'));
-    return SpanText(*Fraction::Make(ExactNumber::Of(seconds * 1'000'000 + microseconds), {1, 1, -6, 0, false}));
+    const std::uint64_t days = NumberOf(parts.At(kSpanFields[0]));
+    const auto hours = static_cast<unsigned>(NumberOf(parts.At(kSpanFields[1])));
+    const auto minutes = static_cast<unsigned>(NumberOf(parts.At(kSpanFields[2])));
+    const auto seconds = static_cast<unsigned>(NumberOf(parts.At(kSpanFields[3])));
+    const std::string fraction = parts.Fraction();
+    if (fraction.empty()) {
+        const std::uint64_t all = ((days * 24 + hours) * 60 + minutes) * 60 + seconds;
+        return SpanText(*Fraction::Make(ExactNumber::Of(all), {1, 1, 0, 0, false}));
+    }
+    return days + hours + minutes == 0 ? std::to_string(seconds) + '.' + fraction + " s"
+                                       : ClockText(days, hours, minutes, seconds, fraction);
 }
 
 } // namespace

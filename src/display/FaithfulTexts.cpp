@@ -88,6 +88,7 @@ FaithfulTexts::FaithfulTexts(TCIMValue::TCIMType type, const DisplayQualifiers& 
     static const DisplayQualifiers::TName kBitMap("BitMap");
     static const DisplayQualifiers::TName kPUnit("PUnit");
     static const DisplayQualifiers::TName kUnits("Units");
+    static const DisplayQualifiers::TName kUnitHolder("ISPUnit");
     fNullText = qualifiers.GetString(kNullDisplay).value_or("");
     fBase = qualifiers.GetUint8(kBase).value_or(kDecimal);
     if (const auto texts = qualifiers.GetTexts(kValues)) {
@@ -96,6 +97,7 @@ FaithfulTexts::FaithfulTexts(TCIMValue::TCIMType type, const DisplayQualifiers& 
     if (const auto names = qualifiers.GetTexts(kBitValues)) {
         fBits.emplace(qualifiers.GetTexts(kBitMap), *names);
     }
+    fUnitHolder = qualifiers.GetString(kUnitHolder).value_or("");
     const std::string programmatic = qualifiers.GetString(kPUnit).value_or("");
     const std::string words = qualifiers.GetString(kUnits).value_or("");
     fUnit = ParseProgrammaticUnit(programmatic);

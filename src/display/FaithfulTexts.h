@@ -25,6 +25,9 @@ class FaithfulTexts : public PropertyTexts {
     std::string Of(const TCIMValue& value, const DisplayChoice& choice) const override;
     std::vector<std::string> OfElements(const TCIMValue& value, const DisplayChoice& choice) const override;
 
+    /// The property of the same class that holds the unit, by the qualifier ISPUnit; empty for none.
+    const std::string& UnitHolder() const { return fUnitHolder; }
+
   private:
     std::string OfScalar(const TCIMValue& value, const DisplayChoice& choice) const;
     std::string OfNumber(const TCIMValue& value, const DisplayChoice& choice) const;
@@ -36,6 +39,7 @@ class FaithfulTexts : public PropertyTexts {
     std::optional<BitNames> fBits;
     std::optional<Unit> fUnit;
     std::string fUnknownUnit; ///< one that nobody knows, as it is
+    std::string fUnitHolder;
 };
 
 } // namespace NQORVYX20

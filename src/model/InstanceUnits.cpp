@@ -1,15 +1,13 @@
 #include "model/InstanceUnits.h"
 
-#include <string>
-
 #include "convert/NormalName.h"
+#include "display/FaithfulTexts.h"
 #include "display/ProgrammaticUnit.h"
 #include "display/SensorUnits.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMProperty.h"
-#include "host/ICIMPropertyDecl.h"
-#include "host/ICIMQualifier.h"
+#include "model/TCimHTTPPropertyDecl.h"
 
 namespace NQORVYX20 {
 
@@ -17,20 +15,27 @@ namespace {
 
 using ECIMType = TCIMValue::TCIMType::ECIMType;
 
-bool Declares(const ICIMInstance& instance, const char* property) {
-    return instance.GetClass(TCIMContext())->GetPropertyDecl(property, TCIMContext()) != nullptr;
+bool Declares(const ICIMClass& cls, const std::string& property) {
+    return cls.GetPropertyDecl(property, TCIMContext()) != nullptr;
 }
 
-bool IsSensor(const ICIMInstance& instance) {
-    return Declares(instance, SensorUnits::kBaseUnits) && Declares(instance, SensorUnits::kUnitModifier) &&
-           Declares(instance, SensorUnits::kRateUnits);
+bool IsSensorReading(const ICIMClass& cls, const TCimHTTPPropertyDecl& declaration) {
+    return SensorUnits::IsReading(NormalizeName(declaration.GetName(TCIMContext()), NameRule::kCim)) &&
+           Declares(cls, SensorUnits::kBaseUnits) && Declares(cls, SensorUnits::kUnitModifier) &&
+           Declares(cls, SensorUnits::kRateUnits);
 }
 
-/// The number that an instance's property holds, 0 for null; nothing for another value.
+/// The property that holds the unit; empty where none does.
+std::string UnitHolder(const ICIMClass& cls, const TCimHTTPPropertyDecl& declaration) {
+    const std::string& holder = declaration.GetFaithfulTexts().UnitHolder();
+    return !holder.empty() && Declares(cls, holder) ? holder : std::string();
+}
+
+/// The number that an instance's property holds; nothing for null and for another value.
 std::optional<std::int64_t> NumberIn(const ICIMInstance& instance, const char* property) {
-    const TCIMValue value = instance.GetProperty(property, TCIMContext())->GetValue(TCIMContext());
+    const TCIMValue& value = instance.GetProperty(property, TCIMContext())->GetValue(TCIMContext());
     if (value.IsNull()) {
-        return 0;
+        return std::nullopt;
     }
     switch (value.GetType()) {
     case ECIMType::eCIMUint16:
@@ -42,43 +47,40 @@ std::optional<std::int64_t> NumberIn(const ICIMInstance& instance, const char* p
     }
 }
 
+/// A server that leaves the rate out means none.
 std::optional<Unit> SensorUnit(const ICIMInstance& instance) {
     const auto base = NumberIn(instance, SensorUnits::kBaseUnits);
     const auto modifier = NumberIn(instance, SensorUnits::kUnitModifier);
-    const auto rate = NumberIn(instance, SensorUnits::kRateUnits);
-    if (!base || !modifier || !rate || *base < 0 || *rate < 0) {
+    const std::int64_t rate = NumberIn(instance, SensorUnits::kRateUnits).value_or(0);
+    if (!base || !modifier || *base < 0 || rate < 0) {
         return std::nullopt;
     }
-    return SensorUnits::UnitOf(static_cast<std::uint64_t>(*base), *modifier, static_cast<std::uint64_t>(*rate));
+    return SensorUnits::UnitOf(static_cast<std::uint64_t>(*base), *modifier, static_cast<std::uint64_t>(rate));
 }
 
-/// The text of a qualifier; empty where there is none.
-std::string QualifierText(const ICIMPropertyDecl& declaration, const char* name) {
-    bool isFound = false;
-    const auto qualifier = declaration.GetQualifier(name, isFound, TCIMContext());
-    const bool isText = isFound && qualifier->GetType(TCIMContext()) == ECIMType::eCIMString &&
-                        !qualifier->GetValue(TCIMContext()).IsNull();
-    return isText ? static_cast<std::string>(qualifier->GetValue(TCIMContext())) : std::string();
-}
-
-std::optional<Unit> NamedUnit(const ICIMInstance& instance, const ICIMPropertyDecl& declaration) {
-    const std::string holder = QualifierText(declaration, "ISPUnit");
-    if (holder.empty() || !Declares(instance, holder.c_str())) {
-        return std::nullopt;
-    }
-    const TCIMValue unit = instance.GetProperty(holder, TCIMContext())->GetValue(TCIMContext());
+std::optional<Unit> UnitIn(const ICIMInstance& instance, const std::string& holder) {
+    const TCIMValue& unit = instance.GetProperty(holder, TCIMContext())->GetValue(TCIMContext());
     const bool isText = !unit.IsNull() && unit.GetType() == ECIMType::eCIMString;
     return isText ? ParseProgrammaticUnit(static_cast<std::string>(unit)) : std::nullopt;
 }
 
 } // namespace
 
-std::optional<Unit> UnitToldBy(const ICIMInstance& instance, const ICIMPropertyDecl& declaration) {
-    const std::string name = NormalizeName(declaration.GetName(TCIMContext()), NameRule::kCim);
-    if (SensorUnits::IsReading(name) && IsSensor(instance)) {
+std::vector<std::string> UnitTellers(const ICIMClass& cls, const TCimHTTPPropertyDecl& declaration) {
+    if (IsSensorReading(cls, declaration)) {
+        return {SensorUnits::kBaseUnits, SensorUnits::kUnitModifier, SensorUnits::kRateUnits};
+    }
+    const std::string holder = UnitHolder(cls, declaration);
+    return holder.empty() ? std::vector<std::string>() : std::vector<std::string>{holder};
+}
+
+std::optional<Unit> UnitToldBy(const ICIMInstance& instance, const TCimHTTPPropertyDecl& declaration) {
+    const auto cls = instance.GetClass(TCIMContext());
+    if (IsSensorReading(*cls, declaration)) {
         return SensorUnit(instance);
     }
-    return NamedUnit(instance, declaration);
+    const std::string holder = UnitHolder(*cls, declaration);
+    return holder.empty() ? std::nullopt : UnitIn(instance, holder);
 }
 
 } // namespace NQORVYX20

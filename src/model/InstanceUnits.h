@@ -1,16 +1,23 @@
 #pragma once
 
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "display/Unit.h"
 
 namespace NQORVYX20 {
 
+class ICIMClass;
 class ICIMInstance;
-class ICIMPropertyDecl;
+class TCimHTTPPropertyDecl;
 
-/// The unit of a property where its instance tells it, not its declaration: that of a numeric sensor's readings, and
-/// that of a property whose qualifier ISPUnit names the property which holds the unit. Asks no server.
-std::optional<Unit> UnitToldBy(const ICIMInstance& instance, const ICIMPropertyDecl& declaration);
+/// The names of the properties by which instances of a class tell the unit of one of its properties: a numeric sensor's
+/// of its readings, and the property that holds the unit by the qualifier ISPUnit. Nearly always none.
+std::vector<std::string> UnitTellers(const ICIMClass& cls, const TCimHTTPPropertyDecl& declaration);
+
+/// The unit of a property where its instance tells it, not its declaration. Asks no server. Nothing where one of the
+/// values that tell it is missing.
+std::optional<Unit> UnitToldBy(const ICIMInstance& instance, const TCimHTTPPropertyDecl& declaration);
 
 } // namespace NQORVYX20

@@ -217,9 +217,9 @@ TEST_F(AssociationsTest, ATableNamesTheClassAndHasThePropertiesThatWereAskedFor)
     EXPECT_EQ(Output({"associators", path, "--result-class", "DEMO_StorageVolume", "--property", "DeviceID,BlockSize"}),
               "Class               DeviceID        BlockSize\n"
               "------------------  --------------  ---------\n"
-              "DEMO_StorageVolume  volume-0000000  512 Bytes\n"
-              "DEMO_StorageVolume  volume-0000001  512 Bytes\n"
-              "DEMO_StorageVolume  volume-0000002  512 Bytes\n");
+              "DEMO_StorageVolume  volume-0000000      512 B\n"
+              "DEMO_StorageVolume  volume-0000001      512 B\n"
+              "DEMO_StorageVolume  volume-0000002      512 B\n");
     EXPECT_THAT(
         Output({"associators", path, "--result-class", "DEMO_StorageVolume", "--property", "BlockSize", "--raw"}),
         EndsWith("DEMO_StorageVolume        512\n"));

@@ -1,7 +1,8 @@
-#include "output/DisplayText.h"
+#include "output/ValueTexts.h"
 
 #include <gtest/gtest.h>
 
+#include "access/PluginAccess.h"
 #include "connection/Plugin.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
@@ -46,10 +47,11 @@ class TextlessAccess : public cimhttp::PluginAccess {
     void CheckInstance(ICIMNamespace&, const std::string&) const override {}
     std::vector<cimhttp::RemoteLink> ReadLinks(ICIMNamespace&, const std::string&) const override { return {}; }
     TCIMReference ParsePath(const std::string&) const override { return {{}, TCIMContext()}; }
-    boost::shared_ptr<ICIMProperty> MakeProperty(const boost::shared_ptr<ICIMPropertyDecl const>&,
-                                                 const TCIMValue&) const override {
+    std::vector<std::string> TextsOf(const ICIMInstance*, const boost::shared_ptr<ICIMPropertyDecl const>&,
+                                     const TCIMValue&, const cimhttp::TextForm&) const override {
         throw TVYXException(1);
     }
+    std::vector<std::string> UnitTellers(const ICIMClass&, const ICIMPropertyDecl&) const override { return {}; }
     cimhttp::RequestedClasses ReadRequestedClasses(const std::string&) const override { return {}; }
 };
 
@@ -71,10 +73,11 @@ TEST(DisplayText, AValueWithoutATextShowsAsItIs) {
         "Many", TCIMValue(TCIMValue::TCIMType::eCIMString, 0, {TCIMValue("a"), TCIMValue("b, c")}), TCIMContext());
 
     const TextlessAccess textless;
-    const DisplayText one(textless, *instance->GetProperty("One", TCIMContext()));
+    const cimhttp::ValueTexts texts(textless);
+    const DisplayText one = texts.Of(*instance, *instance->GetProperty("One", TCIMContext()));
     EXPECT_FALSE(one.IsList());
     EXPECT_EQ(one.Joined(), "7");
-    const DisplayText many(textless, *instance->GetProperty("Many", TCIMContext()));
+    const DisplayText many = texts.Of(*instance, *instance->GetProperty("Many", TCIMContext()));
     EXPECT_TRUE(many.IsList());
     EXPECT_EQ(many.Texts(), (std::vector<std::string>{"a", "b, c"}));
 }

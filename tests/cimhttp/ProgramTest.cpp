@@ -176,10 +176,16 @@ TEST_F(ProgramTest, ATableThatDoesNotFitLosesColumnsAndSaysSo) {
 
 TEST_F(ProgramTest, ATableNamesTheColumnsThatItLacksWhereThereIsRoom) {
     AnswerWithPump();
-    EXPECT_EQ(Run({"instances", "TEST_Pump"}, {"COLUMNS=48"}).errors, "");
-    EXPECT_EQ(Run({"instances", "TEST_Pump"}, {"COLUMNS=47"}).errors, "cimhttp: left out: State; -o plain shows all\n");
-    EXPECT_EQ(Run({"instances", "TEST_Pump"}, {"COLUMNS=43"}).errors,
-              "cimhttp: 1 column is left out; -o plain shows all\n");
+    fServer.Answer(
+        "EnumerateInstances", "TEST_Pump",
+        PumpXml("p1", "2", "<VALUE>1</VALUE><VALUE>2</VALUE>", "100000000", "") +
+            PumpXml("p2", "3", "", "7", "<PROPERTY NAME=\"Level\" TYPE=\"sint8\"><VALUE>7</VALUE></PROPERTY>"));
+    const auto errors = [&](const char* columns) {
+        return Run({"instances", "TEST_Pump", "--units", "exact"}, {columns}).errors;
+    };
+    EXPECT_EQ(errors("COLUMNS=46"), "");
+    EXPECT_EQ(errors("COLUMNS=45"), "cimhttp: left out: State; -o plain shows all\n");
+    EXPECT_EQ(errors("COLUMNS=43"), "cimhttp: 1 column is left out; -o plain shows all\n");
 }
 
 TEST_F(ProgramTest, ANarrowTableKeepsTheHealthOfWhatItLists) {
@@ -246,10 +252,10 @@ TEST_F(ProgramTest, MofWritesNull) {
 TEST_F(ProgramTest, ValuesReadByTheirMapsUnitsAndNullTexts) {
     AnswerWithPump();
     EXPECT_EQ(Run({"instances", "TEST_Pump"}).output, //
-              "Name  Level  Modes                Size  State\n"
-              "----  -----  ----------  -------------  --------\n"
-              "p1     none  Slow, Fast  1.5 Kilobytes  OK\n"
-              "p2        7                    7 Bytes  Degraded\n");
+              "Name  Level  Modes          Size  State\n"
+              "----  -----  ----------  -------  --------\n"
+              "p1     none  Slow, Fast  1.5 KiB  OK\n"
+              "p2        7                  7 B  Degraded\n");
 }
 
 TEST_F(ProgramTest, RawValuesAreThePlainOnes) {

@@ -278,6 +278,24 @@ TEST_F(SelectionTest, LengthsOfTimeAreComparedByTheirLength) {
     EXPECT_THAT(Where("Value>=00000003000000.000000:000"), ElementsAre(days));
 }
 
+TEST(DateTimeIn, TakesLengthsAsTheyAreShown) {
+    const auto sent = [](const char* text) {
+        const auto length = DateTimeIn(text);
+        return length ? length->ToString() : std::string("none");
+    };
+    EXPECT_EQ(sent("2 d 03:04:05"), "00000002030405.000000:000");
+    EXPECT_EQ(sent("99999999 d 23:59:59.999999"), "99999999235959.999999:000");
+    EXPECT_EQ(sent("2 d 03:04"), "00000002030400.000000:000");
+    EXPECT_EQ(sent("2 d"), "00000002000000.000000:000");
+    EXPECT_EQ(sent("5 h"), "00000000050000.000000:000");
+    EXPECT_EQ(sent("3 min"), "00000000000300.000000:000");
+    EXPECT_EQ(sent("30 s"), "00000000000030.000000:000");
+    EXPECT_EQ(sent("0.25 s"), "00000000000000.250000:000");
+    for (const char* const text : {"d", "2 d ", "2 da", "5", "5 m", "h", "30.5 min", "300 s", "61 s", "5 h 3 min"}) {
+        EXPECT_EQ(sent(text), "none") << text;
+    }
+}
+
 TEST_F(SelectionTest, AsterisksLeaveOpenOnlyWhatTheyHide) {
     const std::string some_day = "202611********.******+000";
     const std::string some_second = "20261121083900.******+000";

@@ -7,6 +7,7 @@
 #include "providers/ParentProcessProvider.h"
 #include "providers/ProcessProvider.h"
 #include "providers/ProcessorProvider.h"
+#include "providers/SensorProvider.h"
 #include "providers/StorageVolumeProvider.h"
 #include "schema/DateTime.h"
 #include "schema/SchemaReader.h"
@@ -121,6 +122,28 @@ TEST_F(Machine, ThereIsARootFileSystemEvenWithoutAListOfMounts) {
     EXPECT_NE(Text(found[0], "FileSystemSize"), "null");
 }
 
+TEST_F(Machine, SensorsHaveTheUnitsOfTheirFiles) {
+    const std::string chip = "sys/class/hwmon/hwmon0/";
+    Write(chip + "name", "coretemp\n");
+    Write(chip + "temp1_input", "-45125\n");
+    Write(chip + "temp1_label", "Package\n");
+    Write(chip + "temp1_crit", "100000\n");
+    Write(chip + "temp1_alarm", "0\n");
+    Write(chip + "fan2_input", "1200\n");
+    Write(chip + "in0_input", "broken\n");
+    Write("proc/pressure/cpu", "some avg10=1.00 avg60=12.05 avg300=0.00 total=1\nfull avg10=0.00\n");
+    Write("proc/pressure/io", "some avg10=1.00 avg60=1.5 avg300=0.00 total=1\n");
+    const auto found = Provided<demo::SensorProvider>();
+    EXPECT_THAT(TextOfEach(found, "DeviceID"),
+                ElementsAre("hwmon0/fan2", "hwmon0/in0", "hwmon0/temp1", "pressure/cpu"));
+    EXPECT_THAT(TextOfEach(found, "Name"),
+                ElementsAre("coretemp fan2", "coretemp in0", "coretemp Package", "waiting for cpu"));
+    EXPECT_THAT(TextOfEach(found, "CurrentReading"), ElementsAre("1200", "null", "-45125", "1205"));
+    EXPECT_THAT(TextOfEach(found, "BaseUnits"), ElementsAre("19", "5", "2", "65"));
+    EXPECT_THAT(TextOfEach(found, "UnitModifier"), ElementsAre("0", "-3", "-3", "-2"));
+    EXPECT_EQ(Text(found[2], "UpperThresholdCritical"), "100000");
+}
+
 TEST_F(Machine, NetworkPortsSayNullForWhatTheKernelDoesNotKnow) {
     const std::string eth0 = "sys/class/net/eth0/";
     Write(eth0 + "flags", "0x1003\n");
@@ -144,6 +167,7 @@ TEST_F(Machine, NetworkPortsSayNullForWhatTheKernelDoesNotKnow) {
     EXPECT_THAT(TextOfEach(found, "EnabledState"), ElementsAre("2", "6", "3", "2"));
     EXPECT_THAT(TextOfEach(found, "Speed"), ElementsAre("10000000000", "null", "null", "null"));
     EXPECT_THAT(TextOfEach(found, "LinkTechnology"), ElementsAre("2", "0", "0", "1"));
+    EXPECT_THAT(TextOfEach(found, "HardwareType"), ElementsAre("1", "null", "null", "772"));
     EXPECT_EQ(Text(found[0], "PermanentAddress"), "02:00:00:00:00:01");
     EXPECT_EQ(Text(found[0], "FullDuplex"), "TRUE");
     EXPECT_EQ(Text(found[0], "ActiveMaximumTransmissionUnit"), "1500");
@@ -300,11 +324,12 @@ TEST_F(Machine, LinksAreOfEveryObjectAtOneEndWithEveryObjectAtTheOther) {
 }
 
 TEST_F(Machine, MemoryIsInBytesAndInPages) {
-    Write("proc/meminfo", "MemTotal: 8192 kB\nMemFree: 4 kB\nMemAvailable: 4096 kB\nCached: 1 kB\n");
+    Write("proc/meminfo", "MemTotal: 8192 kB\nMemFree: 4 kB\nMemAvailable: 4096 kB\nCached: 1 kB\nPageTables: 7 kB\n");
     const auto found = Provided<demo::MemoryProvider>();
     ASSERT_EQ(found.size(), 1U);
     EXPECT_EQ(Text(found[0], "Capacity"), "8388608");
     EXPECT_EQ(Text(found[0], "Free"), "4096");
+    EXPECT_EQ(Text(found[0], "PageTables"), "7");
     EXPECT_EQ(std::stoull(Text(found[0], "BlockSize")) * std::stoull(Text(found[0], "NumberOfBlocks")), 8388608U);
 }
 

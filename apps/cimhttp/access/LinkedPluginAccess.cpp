@@ -1,13 +1,12 @@
 #include "access/PluginAccess.h"
 
-#include <boost/make_shared.hpp>
-
 #include "access/DocumentReader.h"
 #include "access/RemoteAssociations.h"
 #include "access/RemoteReader.h"
 #include "convert/NormalName.h"
-#include "host/ICIMPropertyDecl.h"
-#include "model/TCimHTTPProperty.h"
+#include "model/InstanceTexts.h"
+#include "model/InstanceUnits.h"
+#include "model/TCimHTTPPropertyDecl.h"
 #include "model/TFaithfulInstance.h"
 #include "provider/TCimHTTPNamespace.h"
 
@@ -15,12 +14,12 @@ namespace cimhttp {
 
 namespace {
 
+using NQORVYX20::ICIMClass;
 using NQORVYX20::ICIMInstance;
 using NQORVYX20::ICIMNamespace;
-using NQORVYX20::ICIMProperty;
 using NQORVYX20::ICIMPropertyDecl;
 using NQORVYX20::TCimHTTPNamespace;
-using NQORVYX20::TCimHTTPProperty;
+using NQORVYX20::TCimHTTPPropertyDecl;
 using NQORVYX20::TCIMReference;
 using NQORVYX20::TCIMValue;
 
@@ -104,9 +103,15 @@ class LinkedPluginAccess : public PluginAccess {
 
     std::string NamespaceOf(const std::string& path) const override { return NamespaceOfPath(path); }
 
-    boost::shared_ptr<ICIMProperty> MakeProperty(const boost::shared_ptr<ICIMPropertyDecl const>& declaration,
-                                                 const TCIMValue& value) const override {
-        return boost::make_shared<TCimHTTPProperty>(declaration, value);
+    std::vector<std::string> TextsOf(const ICIMInstance* instance,
+                                     const boost::shared_ptr<ICIMPropertyDecl const>& declaration,
+                                     const TCIMValue& value, const TextForm& form) const override {
+        return TextsIn(instance, declaration, value, {form.is_unscaled, form.says_what_is_not, nullptr});
+    }
+
+    std::vector<std::string> UnitTellers(const ICIMClass& cls, const ICIMPropertyDecl& declaration) const override {
+        const TCimHTTPPropertyDecl* const own = TCimHTTPPropertyDecl::AsOwn(declaration);
+        return own != nullptr && own->IsFaithful() ? NQORVYX20::UnitTellers(cls, *own) : std::vector<std::string>();
     }
 
     RequestedClasses ReadRequestedClasses(const std::string& text) const override {

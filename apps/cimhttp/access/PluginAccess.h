@@ -11,14 +11,15 @@
 #include "access/AssociationQuery.h"
 #include "access/RelatedObjects.h"
 #include "access/RemoteModel.h"
+#include "access/TextForm.h"
 #include "cimhttp/EmbeddedObject.h"
 #include "cimhttp/ReadingIncidents.h"
 #include "cimhttp/RemoteFailure.h"
 
 namespace NQORVYX20 {
+class ICIMClass;
 class ICIMInstance;
 class ICIMNamespace;
-class ICIMProperty;
 class ICIMPropertyDecl;
 class TCIMValue;
 } // namespace NQORVYX20
@@ -116,11 +117,16 @@ class PluginAccess {
     /// ReadInstance does.
     virtual std::string NamespaceOf(const std::string& path) const = 0;
 
-    /// A property with the plug-in's texts for people, see TCimHTTPProperty. Refers to the declaration weakly. Throws
-    /// TVYXException 14 for a value that the declaration does not allow.
-    virtual boost::shared_ptr<NQORVYX20::ICIMProperty>
-    MakeProperty(const boost::shared_ptr<NQORVYX20::ICIMPropertyDecl const>& declaration,
-                 const NQORVYX20::TCIMValue& value) const = 0;
+    /// The texts for people of a value: one for each element of an array that is not null, otherwise one. `instance`,
+    /// which has the value and may tell its unit, may be null. Throws TVYXException where a qualifier of the
+    /// declaration cannot be read.
+    virtual std::vector<std::string> TextsOf(const NQORVYX20::ICIMInstance* instance,
+                                             const boost::shared_ptr<NQORVYX20::ICIMPropertyDecl const>& declaration,
+                                             const NQORVYX20::TCIMValue& value, const TextForm& form) const = 0;
+
+    /// The names of the properties by which instances of a class tell the unit of one of its properties.
+    virtual std::vector<std::string> UnitTellers(const NQORVYX20::ICIMClass& cls,
+                                                 const NQORVYX20::ICIMPropertyDecl& declaration) const = 0;
 
     /// Reads the text of a requested-class document. All that is wrong with it is in the log.
     virtual RequestedClasses ReadRequestedClasses(const std::string& text) const = 0;

@@ -5,7 +5,6 @@
 #include "Failure.h"
 #include "Options.h"
 #include "commands/Command.h"
-#include "output/DisplayText.h"
 #include "output/InstanceJson.h"
 #include "output/Json.h"
 #include "output/NullText.h"
@@ -42,6 +41,22 @@ KindTexts TextsOf(Kind kind) {
 
 std::string Shown(const std::string& text, const TCIMValue& value) {
     return !text.empty() ? text : value.IsNull() ? kNullText : "\"\"";
+}
+
+DisplayText TextBefore(const InstanceChange& change, const InstanceChange::Difference& difference,
+                       const ValueTexts& texts) {
+    return texts.Of(change.earlier.get(), difference.declaration, difference.before);
+}
+
+DisplayText TextNow(const InstanceChange& change, const InstanceChange::Difference& difference,
+                    const ValueTexts& texts) {
+    return texts.Of(change.instance.get(), difference.declaration, difference.now);
+}
+
+std::string ValueJson(const TCIMValue& value, const DisplayText& display) {
+    std::string text;
+    display.AppendJson(text);
+    return JsonObject().Add("value", JsonValue(value)).Add("text", text).Text();
 }
 
 std::string Member(const char* name, const std::string& json) { return ",\"" + std::string(name) + "\":" + json; }
@@ -93,8 +108,8 @@ void ChangeWriter::WriteLines(const InstanceChange& change) const {
     const KindTexts texts = TextsOf(change.kind);
     context_.output << TimeOfDay() << "  " << Colored(texts.sign, texts.color) << ' ' << Printable(change.path) << '\n';
     for (const auto& difference : change.differences) {
-        context_.output << "            " << Printable(difference.name) << ": " << Printable(DifferenceText(difference))
-                        << '\n';
+        context_.output << "            " << Printable(difference.name) << ": "
+                        << Printable(DifferenceText(change, difference)) << '\n';
     }
 }
 
@@ -114,37 +129,33 @@ void ChangeWriter::WriteJson(std::optional<std::size_t> round, const char* chang
 std::string ChangeWriter::InstanceMembers(const ICIMInstance& instance,
                                           const std::vector<std::string>& properties) const {
     std::string json;
-    InstanceJson(PropertySelector(properties, PropertySelector::Order::kByName), access_).AppendMembers(instance, json);
+    InstanceJson(PropertySelector(properties, PropertySelector::Order::kByName), texts_).AppendMembers(instance, json);
     return json;
 }
 
 std::string ChangeWriter::DifferenceMembers(const InstanceChange& change) const {
     JsonObject properties;
     for (const auto& difference : change.differences) {
-        properties.Add(difference.name, JsonObject()
-                                            .Add("old", ValueJson(difference, difference.before))
-                                            .Add("new", ValueJson(difference, difference.now))
-                                            .Text());
+        properties.Add(difference.name,
+                       JsonObject()
+                           .Add("old", ValueJson(difference.before, TextBefore(change, difference, texts_)))
+                           .Add("new", ValueJson(difference.now, TextNow(change, difference, texts_)))
+                           .Text());
     }
     return "\"path\":" + JsonText(change.path) + Member("class", JsonText(ClassNameOf(*change.instance))) +
            Member("properties", properties.Text());
 }
 
 /// `old → new`; the values as they are when people would read the same.
-std::string ChangeWriter::DifferenceText(const InstanceChange::Difference& difference) const {
-    std::string before = DisplayText(access_, difference.declaration, difference.before).Joined();
-    std::string now = DisplayText(access_, difference.declaration, difference.now).Joined();
+std::string ChangeWriter::DifferenceText(const InstanceChange& change,
+                                         const InstanceChange::Difference& difference) const {
+    std::string before = TextBefore(change, difference, texts_).Joined();
+    std::string now = TextNow(change, difference, texts_).Joined();
     if (before == now) {
         before = RawText(difference.before);
         now = RawText(difference.now);
     }
     return Shown(before, difference.before) + " → " + Shown(now, difference.now);
-}
-
-std::string ChangeWriter::ValueJson(const InstanceChange::Difference& difference, const TCIMValue& value) const {
-    std::string text;
-    DisplayText(access_, difference.declaration, value).AppendJson(text);
-    return JsonObject().Add("value", JsonValue(value)).Add("text", text).Text();
 }
 
 std::string ChangeWriter::Colored(const std::string& text, const char* color) const {

@@ -6,11 +6,11 @@
 #include <vector>
 
 #include "commands/InstanceChanges.h"
+#include "output/ValueTexts.h"
 
 namespace cimhttp {
 
 class Failure;
-class PluginAccess;
 struct CommandContext;
 
 /// Writes what a watch sees, each piece with the time, for people or, with `is_json`, as JSON, a line for each thing:
@@ -26,9 +26,9 @@ struct CommandContext;
 class ChangeWriter {
   public:
     /// `properties` are the names of those that are watched.
-    ChangeWriter(const CommandContext& context, const PluginAccess& access, std::vector<std::string> properties,
+    ChangeWriter(const CommandContext& context, const ValueTexts& texts, std::vector<std::string> properties,
                  bool is_json)
-        : context_(context), access_(access), properties_(std::move(properties)), is_json_(is_json) {}
+        : context_(context), texts_(texts), properties_(std::move(properties)), is_json_(is_json) {}
 
     /// What there is to begin with.
     void Begin(const Instances& instances) const;
@@ -48,12 +48,11 @@ class ChangeWriter {
     std::string InstanceMembers(const NQORVYX20::ICIMInstance& instance,
                                 const std::vector<std::string>& properties) const;
     std::string DifferenceMembers(const InstanceChange& change) const;
-    std::string DifferenceText(const InstanceChange::Difference& difference) const;
-    std::string ValueJson(const InstanceChange::Difference& difference, const NQORVYX20::TCIMValue& value) const;
+    std::string DifferenceText(const InstanceChange& change, const InstanceChange::Difference& difference) const;
     std::string Colored(const std::string& text, const char* color) const;
 
     const CommandContext& context_;
-    const PluginAccess& access_;
+    ValueTexts texts_;
     std::vector<std::string> properties_;
     bool is_json_;
 };

@@ -14,6 +14,7 @@
 #include "connection/InputFile.h"
 #include "connection/Session.h"
 #include "output/OutputFile.h"
+#include "output/ValueTexts.h"
 #include "text/NameList.h"
 #include "text/TerminalText.h"
 #include "waiting/Interrupt.h"
@@ -111,9 +112,9 @@ void ReportEarlyEnd(const Collector& collector, const Collection& collection, st
     }
 }
 
-void Write(const Collection& collection, const PluginAccess& access, const std::optional<OutputFile>& file,
+void Write(const Collection& collection, const ValueTexts& texts, const std::optional<OutputFile>& file,
            std::ostream& output) {
-    const auto write = [&](std::ostream& stream) { WriteJson(collection, access, stream); };
+    const auto write = [&](std::ostream& stream) { WriteJson(collection, texts, stream); };
     if (file) {
         file->Replace(write);
     } else {
@@ -146,7 +147,7 @@ int CollectCommand::Run(const CommandContext& context) {
     const bool has_ended = Watch(collector, names.size(), context);
     const Collection collection = collector.Collected();
     ReportEarlyEnd(collector, collection, context.errors);
-    Write(collection, plugin.Access(), file, context.output);
+    Write(collection, ValueTexts(plugin.Access(), context.options.text_form), file, context.output);
     ReportIncidents(collector.Incidents(), context);
     if (!has_ended) {
         std::_Exit(Failure::kIncomplete); // the thread that waits for the server cannot be ended otherwise

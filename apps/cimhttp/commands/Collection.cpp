@@ -94,14 +94,14 @@ class Separator {
 };
 
 // Only one instance at a time is built in memory.
-void WriteClass(const Collection::Class& cls, const PluginAccess& access, std::ostream& output) {
+void WriteClass(const Collection::Class& cls, const ValueTexts& texts, std::ostream& output) {
     const ICIMClass& definition = *cls.definition;
     output << "{\"name\":" << JsonText(definition.GetName(TCIMContext())) << ",\n"
            << "\"qualifiers\":" << QualifiersJson(definition) << ",\n"
            << "\"properties\":" << PropertiesJson(definition) << ",\n"
            << "\"methods\":" << MethodsJson(definition) << ",\n"
            << "\"instances\":[";
-    InstanceJson instance_json(PropertySelector(std::nullopt, PropertySelector::Order::kByName), access);
+    InstanceJson instance_json(PropertySelector(std::nullopt, PropertySelector::Order::kByName), texts);
     std::string json;
     Separator separator(output);
     for (const auto& instance : cls.instances) {
@@ -115,12 +115,12 @@ void WriteClass(const Collection::Class& cls, const PluginAccess& access, std::o
 
 } // namespace
 
-void WriteJson(const Collection& collection, const PluginAccess& access, std::ostream& output) {
+void WriteJson(const Collection& collection, const ValueTexts& texts, std::ostream& output) {
     output << "{\"server\":" << JsonText(collection.server) << ",\n\"classes\":[";
     Separator separator(output);
     for (const Collection::Class& cls : collection.classes) {
         separator.BeginItem();
-        WriteClass(cls, access, output);
+        WriteClass(cls, texts, output);
     }
     output << "],\n\"complete\":" << (collection.complete ? "true" : "false") << "}\n";
 }

@@ -13,7 +13,7 @@ class ICIMInstance;
 
 namespace cimhttp {
 
-class PluginAccess;
+class ValueTexts;
 
 /// Classes with their instances as they were read from a server.
 struct Collection {
@@ -41,6 +41,6 @@ struct Collection {
 ///
 /// Whether it is complete stands at the end, where no document says so that broke off before.
 /// Instances are those of InstanceJson(), each with all properties of its own class, which may be a subclass.
-void WriteJson(const Collection& collection, const PluginAccess& access, std::ostream& output);
+void WriteJson(const Collection& collection, const ValueTexts& texts, std::ostream& output);
 
 } // namespace cimhttp

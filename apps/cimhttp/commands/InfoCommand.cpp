@@ -15,11 +15,11 @@
 #include "host/ICIMProperty.h"
 #include "host/INamespaceProvider.h"
 #include "host/TCIMValue.h"
-#include "output/DisplayText.h"
 #include "output/InstanceProperties.h"
 #include "output/Json.h"
 #include "output/Listing.h"
 #include "output/TextList.h"
+#include "output/ValueTexts.h"
 
 namespace cimhttp {
 
@@ -151,7 +151,9 @@ class SelfDescription {
     /// Empty for what the object manager does not say.
     std::string TextOf(const std::string& name) const {
         const auto property = FindProperty(*manager_, name);
-        return property && !property->GetValue(TCIMContext()).IsNull() ? DisplayText(access_, *property).Joined() : "";
+        return property && !property->GetValue(TCIMContext()).IsNull()
+                   ? ValueTexts(access_).Of(*manager_, *property).Joined()
+                   : "";
     }
 
     const PluginAccess& access_;

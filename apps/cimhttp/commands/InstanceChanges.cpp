@@ -59,17 +59,18 @@ std::vector<InstanceChange> ChangesBetween(const Instances& earlier, const Insta
     for (const auto& [path, instance] : after) {
         const auto known = before.find(path);
         if (known == before.end()) {
-            changes.insert({path, {InstanceChange::Kind::kNew, path, instance, {}}});
+            changes.insert({path, {InstanceChange::Kind::kNew, path, instance, {}, {}}});
             continue;
         }
         auto differences = Differences(*known->second, *instance, properties);
         if (!differences.empty()) {
-            changes.insert({path, {InstanceChange::Kind::kChanged, path, instance, std::move(differences)}});
+            changes.insert(
+                {path, {InstanceChange::Kind::kChanged, path, instance, known->second, std::move(differences)}});
         }
     }
     for (const auto& [path, instance] : before) {
         if (after.count(path) == 0) {
-            changes.insert({path, {InstanceChange::Kind::kGone, path, instance, {}}});
+            changes.insert({path, {InstanceChange::Kind::kGone, path, instance, {}, {}}});
         }
     }
     std::vector<InstanceChange> sorted;

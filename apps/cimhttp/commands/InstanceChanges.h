@@ -23,6 +23,7 @@ struct InstanceChange {
     Kind kind;
     std::string path;
     boost::shared_ptr<NQORVYX20::ICIMInstance> instance; ///< as it is now, or was before it went
+    boost::shared_ptr<NQORVYX20::ICIMInstance> earlier;  ///< as it was before it changed; otherwise null
     std::vector<Difference> differences;                 ///< of an instance that has changed
 };
 

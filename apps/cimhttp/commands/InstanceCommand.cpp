@@ -42,7 +42,7 @@ void WriteNamesWithoutValue(const std::vector<std::string>& names, const Command
 /// A list of the properties that have a value, or a text for null, and the names of the others.
 void WriteList(const boost::shared_ptr<ICIMInstance>& instance, InstanceSelection selection, const PluginAccess& access,
                const CommandContext& context) {
-    const InstanceListing listing(access, selection.is_raw);
+    const InstanceListing listing(ValueTexts(access, context.options.text_form), selection.is_raw);
     const auto first_without =
         std::stable_partition(selection.properties.begin(), selection.properties.end(),
                               [&](const auto& property) { return !listing.LacksValue(*instance, *property); });
@@ -106,7 +106,9 @@ int InstanceCommand::Run(const CommandContext& context) {
     selection.is_wide = wide_;
     switch (format) {
     case OutputFormat::kTable:
-        WriteListing(InstanceListing(access, raw_).Values(*instance, selection.properties), format, context);
+        WriteListing(InstanceListing(ValueTexts(access, context.options.text_form), raw_)
+                         .Values(*instance, selection.properties),
+                     format, context);
         break;
     case OutputFormat::kPlain:
         WriteList(instance, selection, access, context);

@@ -7,7 +7,7 @@
 #include "host/ICIMInstance.h"
 #include "host/ICIMProperty.h"
 #include "host/ICIMPropertyDecl.h"
-#include "output/DisplayText.h"
+#include "output/ValueTexts.h"
 #include "text/TerminalText.h"
 
 namespace cimhttp {
@@ -38,21 +38,21 @@ void InstanceFilter::Check(const Properties& of_class, const std::string& class_
     }
 }
 
-InstanceFilter::Selection InstanceFilter::Selected(Instances instances, const PluginAccess& access) const {
+InstanceFilter::Selection InstanceFilter::Selected(Instances instances, const ValueTexts& texts) const {
     Selection selection{std::move(instances), {}};
     Instances& all = selection.instances;
     all.erase(std::remove_if(all.begin(), all.end(),
-                             [&](const auto& instance) { return !Accepts(*instance, access, selection.uncompared); }),
+                             [&](const auto& instance) { return !Accepts(*instance, texts, selection.uncompared); }),
               all.end());
     return selection;
 }
 
-bool InstanceFilter::Accepts(const ICIMInstance& instance, const PluginAccess& access,
+bool InstanceFilter::Accepts(const ICIMInstance& instance, const ValueTexts& texts,
                              UncomparedValues& uncompared) const {
     UncomparedValues values;
     for (const Condition& condition : conditions_) {
         const auto property = FindProperty(instance, condition.PropertyName());
-        const Condition::Answer answer = condition.Accepts(property.get(), access);
+        const Condition::Answer answer = condition.Accepts(instance, property.get(), texts);
         if (answer == Condition::Answer::kNo) {
             return false;
         }

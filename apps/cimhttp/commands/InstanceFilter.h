@@ -10,7 +10,7 @@
 
 namespace cimhttp {
 
-class PluginAccess;
+class ValueTexts;
 
 /// Values with which a condition could not be compared: a date-time whose asterisks leave open when it is, for example.
 struct UncomparedValues {
@@ -40,11 +40,10 @@ class InstanceFilter {
     };
 
     /// The instances of which all conditions hold.
-    Selection Selected(Instances instances, const PluginAccess& access) const;
+    Selection Selected(Instances instances, const ValueTexts& texts) const;
 
   private:
-    bool Accepts(const NQORVYX20::ICIMInstance& instance, const PluginAccess& access,
-                 UncomparedValues& uncompared) const;
+    bool Accepts(const NQORVYX20::ICIMInstance& instance, const ValueTexts& texts, UncomparedValues& uncompared) const;
 
     std::vector<Condition> conditions_;
 };

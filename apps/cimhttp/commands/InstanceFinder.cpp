@@ -12,9 +12,9 @@
 #include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMPropertyDecl.h"
-#include "output/DisplayText.h"
 #include "output/KeyListing.h"
 #include "output/TextTable.h"
+#include "output/ValueTexts.h"
 #include "selection/KeyValue.h"
 #include "selection/ValuePlace.h"
 #include "text/NearestNames.h"
@@ -184,7 +184,8 @@ bool InstanceFinder::IsMeant(const std::string& name, const std::string& text, c
         return IsSame(text, value);
     }
     const TCIMValue typed = TypedKey(value, (*declared)->GetType(TCIMContext()));
-    return IsSame(text, typed) || DisplayText(session_.LoadedPlugin().Access(), *declared, typed).Joined() == text;
+    const ValueTexts texts(session_.LoadedPlugin().Access(), context_.options.text_form);
+    return IsSame(text, typed) || texts.Of(nullptr, *declared, typed).Joined() == text;
 }
 
 const TCIMReference* InstanceFinder::Chosen(const Paths& candidates) const {

@@ -34,8 +34,8 @@ Properties InstanceQuery::Shown(const Properties& of_class, const std::string& c
     return names_.empty() ? of_class : Chosen(of_class, names_, class_name);
 }
 
-InstanceFilter::Selection InstanceQuery::Selected(Instances instances, const PluginAccess& access) const {
-    InstanceFilter::Selection selection = filter_.Selected(std::move(instances), access);
+InstanceFilter::Selection InstanceQuery::Selected(Instances instances, const ValueTexts& texts) const {
+    InstanceFilter::Selection selection = filter_.Selected(std::move(instances), texts);
     if (!order_.IsEmpty()) {
         selection.instances = Sorted(selection.instances);
     }

@@ -30,7 +30,7 @@ class InstanceQuery {
     Properties Shown(const Properties& of_class, const std::string& class_name) const;
 
     /// The instances that meet the conditions, in the order that was asked for.
-    InstanceFilter::Selection Selected(Instances instances, const PluginAccess& access) const;
+    InstanceFilter::Selection Selected(Instances instances, const ValueTexts& texts) const;
 
   private:
     Instances Sorted(const Instances& instances) const;

@@ -3,15 +3,19 @@
 #include <utility>
 
 #include "host/ICIMClass.h"
+#include "output/ValueTexts.h"
+#include "text/NameList.h"
 
 namespace cimhttp {
 
-InstanceReader::InstanceReader(const Session& session, const std::string& class_name, InstanceQuery query, bool deep)
+InstanceReader::InstanceReader(const Session& session, const std::string& class_name, InstanceQuery query, bool deep,
+                               TextForm form)
     : session_(session),
       class_(session_.Class(class_name)),
       declared_(PropertiesOf(*class_)),
       query_(std::move(query)),
-      deep_(deep) {
+      deep_(deep),
+      form_(form) {
     if (!declared_.empty()) {
         query_.CheckNames(declared_, ClassName());
     }
@@ -19,10 +23,19 @@ InstanceReader::InstanceReader(const Session& session, const std::string& class_
 
 std::string InstanceReader::ClassName() const { return class_->GetName(NQORVYX20::TCIMContext()); }
 
-/// As the class spells them, where it declares any.
+/// As the class spells them, where it declares any, with those that tell units.
 std::vector<std::string> InstanceReader::NeededNames() const {
     const std::vector<std::string> names = query_.NeededNames();
-    return declared_.empty() ? names : NamesOf(Chosen(declared_, names, ClassName()));
+    if (declared_.empty()) {
+        return names;
+    }
+    const Properties chosen = Chosen(declared_, names, ClassName());
+    std::vector<std::string> needed = NamesOf(chosen);
+    for (const auto& property : chosen) {
+        const auto tellers = session_.LoadedPlugin().Access().UnitTellers(*class_, *property);
+        needed.insert(needed.end(), tellers.begin(), tellers.end());
+    }
+    return DistinctNames(needed);
 }
 
 InstanceReader::Reading InstanceReader::Read() {
@@ -30,7 +43,7 @@ InstanceReader::Reading InstanceReader::Read() {
     const std::size_t count = all.size();
     const Properties known = declared_.empty() ? PropertiesOf(all) : declared_;
     Properties shown = all.empty() && known.empty() ? Properties() : query_.Shown(known, ClassName());
-    auto selected = query_.Selected(std::move(all), session_.LoadedPlugin().Access());
+    auto selected = query_.Selected(std::move(all), ValueTexts(session_.LoadedPlugin().Access(), form_));
     return {std::move(shown), std::move(selected.instances), count, std::move(selected.uncompared)};
 }
 

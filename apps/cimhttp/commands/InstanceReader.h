@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "access/TextForm.h"
 #include "commands/InstanceQuery.h"
 #include "connection/Session.h"
 
@@ -22,8 +23,10 @@ class InstanceReader {
     };
 
     /// Reads the class, and checks the names of properties where it declares any. With `deep`, the instances of
-    /// subclasses are wanted, too. Throws as Session::Class and InstanceQuery do.
-    InstanceReader(const Session& session, const std::string& class_name, InstanceQuery query, bool deep);
+    /// subclasses are wanted, too. Conditions compare texts in the `form` that they are shown in. Throws as
+    /// Session::Class and InstanceQuery do.
+    InstanceReader(const Session& session, const std::string& class_name, InstanceQuery query, bool deep,
+                   TextForm form);
 
     std::string ClassName() const;
 
@@ -42,6 +45,7 @@ class InstanceReader {
     Properties declared_; // none by a server without operations on classes, which declares what it sends
     InstanceQuery query_;
     bool deep_;
+    TextForm form_;
 };
 
 } // namespace cimhttp

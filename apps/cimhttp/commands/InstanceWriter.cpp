@@ -5,6 +5,7 @@
 #include <optional>
 #include <ostream>
 
+#include "Options.h"
 #include "commands/Command.h"
 #include "commands/ListingWriter.h"
 #include "host/ICIMClass.h"
@@ -28,16 +29,16 @@ using Order = PropertySelector::Order;
 /// Writes the instances of one call, a function for each form.
 class Writer {
   public:
-    Writer(const Instances& instances, const InstanceSelection& selection, const PluginAccess& access,
+    Writer(const Instances& instances, const InstanceSelection& selection, const ValueTexts& texts,
            const CommandContext& context)
         : instances_(instances),
           selection_(selection),
-          access_(access),
+          texts_(texts),
           context_(context),
-          listing_(access, selection.is_raw) {}
+          listing_(texts, selection.is_raw) {}
 
     void Json() const {
-        InstanceJson instance_json(Selector(Order::kByName), access_, selection_.name_space);
+        InstanceJson instance_json(Selector(Order::kByName), texts_, selection_.name_space);
         std::string json;
         const char* separator = "\n";
         context_.output << '[';
@@ -52,11 +53,11 @@ class Writer {
 
     void Csv() const {
         if (selection_.is_wide) {
-            WriteListing(WideRecords(instances_, WideColumns(), access_, selection_.is_raw, selection_.name_space),
+            WriteListing(WideRecords(instances_, WideColumns(), texts_, selection_.is_raw, selection_.name_space),
                          OutputFormat::kCsv, context_);
             return;
         }
-        WriteListing(InstanceRecords(instances_, Selector(Order::kByName), access_, selection_.name_space),
+        WriteListing(InstanceRecords(instances_, Selector(Order::kByName), texts_, selection_.name_space),
                      OutputFormat::kCsv, context_);
     }
 
@@ -147,7 +148,7 @@ class Writer {
 
     const Instances& instances_;
     const InstanceSelection& selection_;
-    const PluginAccess& access_;
+    const ValueTexts& texts_;
     const CommandContext& context_;
     const InstanceListing listing_;
 };
@@ -156,7 +157,8 @@ class Writer {
 
 void WriteInstances(const Instances& instances, const InstanceSelection& selection, OutputFormat format,
                     const PluginAccess& access, const CommandContext& context) {
-    const Writer writer(instances, selection, access, context);
+    const ValueTexts texts(access, context.options.text_form);
+    const Writer writer(instances, selection, texts, context);
     switch (format) {
     case OutputFormat::kJson:
         writer.Json();

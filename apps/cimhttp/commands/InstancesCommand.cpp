@@ -116,7 +116,7 @@ int InstancesCommand::Run(const CommandContext& context) {
     RowLimit limit(limit_);
     const OutputFormat format = FormOf(*this, wide_, context);
     const Session session = context.Connect();
-    InstanceReader reader(session, name_, query, !exact_);
+    InstanceReader reader(session, name_, query, !exact_, context.options.text_form);
     auto [properties, instances, count, uncompared] = reader.Read();
     const bool is_asked = query.NamesProperties();
     if (instances.empty() && count > 0) {

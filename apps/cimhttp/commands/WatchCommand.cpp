@@ -49,7 +49,7 @@ class WatchedInstances : public RepeatedReading {
           reader_(std::move(reader)),
           now_(reader_.Read()),
           names_(NamesOf(now_.properties)),
-          writer_(context, access, names_, is_json) {
+          writer_(context, ValueTexts(access, context.options.text_form), names_, is_json) {
         writer_.Begin(now_.instances);
         now_.uncompared.Report(context.errors); // once: it would be the same again and again
         TakeIncidents();
@@ -128,7 +128,7 @@ int WatchCommand::Run(const CommandContext& context) {
     });
     const InstanceQuery query(properties_, conditions_);
     const Session session = context.ConnectTo(plugin, connection, attendant);
-    watched.emplace(context, InstanceReader(session, name_, query, true), plugin.Access(),
+    watched.emplace(context, InstanceReader(session, name_, query, true, context.options.text_form), plugin.Access(),
                     context.Format(*this) == OutputFormat::kJson);
     const auto interval = std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(interval_));
     Repetition(interval, Sleep).Run(*watched, count_);

@@ -8,8 +8,8 @@
 #include "connection/Session.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMProperty.h"
-#include "output/DisplayText.h"
 #include "output/InstanceProperties.h"
+#include "output/ValueTexts.h"
 
 namespace cimhttp {
 
@@ -30,7 +30,7 @@ std::optional<std::string> TextOf(const ICIMInstance& instance, const std::strin
     if (!property || property->GetValue(TCIMContext()).IsNull()) {
         return std::nullopt;
     }
-    return DisplayText(access, *property).Joined();
+    return ValueTexts(access).Of(instance, *property).Joined();
 }
 
 bool IsOtherOrganization(const ICIMInstance& instance) {

@@ -1,29 +1,22 @@
 #pragma once
 
-#include <boost/shared_ptr.hpp>
-
 #include <string>
 #include <vector>
 
 namespace NQORVYX20 {
-class ICIMProperty;
-class ICIMPropertyDecl;
 class TCIMValue;
 } // namespace NQORVYX20
 
 namespace cimhttp {
 
-class PluginAccess;
-
-/// What a property's value says to people by its declaration's qualifiers, such as `98.3 Gigabytes` for a number of
-/// bytes, or `2026-11-21 08:39:00 +01:00` for a date-time: one text, or for an array one for each element. Null has an
-/// empty text where the declaration has none for it. A value for which the plug-in has no text, because a qualifier
-/// cannot be read, shows as it is; so does a reference.
+/// What a property's value says to people by its declaration's qualifiers, such as `98.3 GiB` for a number of bytes, or
+/// `2026-11-21 08:39:00 +01:00` for a date-time: one text, or for an array one for each element. Null has an empty text
+/// where the declaration has none for it. A value for which the plug-in has no text, because a qualifier cannot be
+/// read, shows as it is; so does a reference. See ValueTexts.
 class DisplayText {
   public:
-    DisplayText(const PluginAccess& access, const NQORVYX20::ICIMProperty& property);
-    DisplayText(const PluginAccess& access, const boost::shared_ptr<NQORVYX20::ICIMPropertyDecl const>& declaration,
-                const NQORVYX20::TCIMValue& value);
+    /// `texts` are one for each element of an array that is not null, otherwise one.
+    DisplayText(const NQORVYX20::TCIMValue& value, std::vector<std::string> texts);
 
     /// True for an array that is not null.
     bool IsList() const { return is_list_; }

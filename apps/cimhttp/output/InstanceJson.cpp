@@ -5,7 +5,6 @@
 #include "host/ICIMInstance.h"
 #include "host/ICIMProperty.h"
 #include "host/ICIMPropertyDecl.h"
-#include "output/DisplayText.h"
 #include "output/Json.h"
 #include "output/ObjectJson.h"
 #include "output/TypeText.h"
@@ -40,7 +39,7 @@ void InstanceJson::AppendMembers(const ICIMInstance& instance, std::string& json
         json += member.head;
         AppendJsonValue(property->GetValue(TCIMContext()), json);
         json += ",\"text\":";
-        DisplayText(access_, *property).AppendJson(json);
+        texts_.Of(instance, *property).AppendJson(json);
         AppendObjects(instance, member.name, property->GetValue(TCIMContext()), json);
         json += '}';
     }
@@ -54,7 +53,7 @@ void InstanceJson::AppendObjects(const ICIMInstance& instance, const std::string
     if (!may_be_objects || value.IsNull()) {
         return;
     }
-    const auto objects = access_.EmbeddedObjects(instance, property);
+    const auto objects = texts_.Access().EmbeddedObjects(instance, property);
     if (!objects.empty()) {
         json += ",\"object\":";
         json += ObjectsJson(objects, value.IsArray());

@@ -7,10 +7,9 @@
 
 #include "host/TCIMValue.h"
 #include "output/PropertySelector.h"
+#include "output/ValueTexts.h"
 
 namespace cimhttp {
-
-class PluginAccess;
 
 /// Writes instances, each in one line of JSON, with the properties that are selected:
 ///
@@ -21,9 +20,9 @@ class PluginAccess;
 /// object, and so a text, or an array of them, there is a member `object`, too, with what ObjectsJson() says.
 class InstanceJson {
   public:
-    /// `access` must outlive the object. About `name_space` see PathOf().
-    InstanceJson(PropertySelector selector, const PluginAccess& access, std::string name_space = {})
-        : selector_(std::move(selector)), access_(access), name_space_(std::move(name_space)) {}
+    /// About `name_space` see PathOf().
+    InstanceJson(PropertySelector selector, const ValueTexts& texts, std::string name_space = {})
+        : selector_(std::move(selector)), texts_(texts), name_space_(std::move(name_space)) {}
 
     void Append(const NQORVYX20::ICIMInstance& instance, std::string& json);
 
@@ -43,7 +42,7 @@ class InstanceJson {
     const std::vector<Member>& MembersOf(const NQORVYX20::ICIMInstance& instance);
 
     PropertySelector selector_;
-    const PluginAccess& access_;
+    ValueTexts texts_;
     std::string name_space_;
     boost::shared_ptr<NQORVYX20::ICIMClass> last_class_; // whose members are held
     std::string class_json_;

@@ -8,7 +8,6 @@
 #include "host/ICIMPropertyDecl.h"
 #include "host/ICIMQualifier.h"
 #include "output/CellText.h"
-#include "output/DisplayText.h"
 #include "output/TypeText.h"
 #include "text/Pattern.h"
 
@@ -19,12 +18,17 @@ namespace {
 using namespace NQORVYX20;
 using ECIMType = TCIMValue::TCIMType::ECIMType;
 
-/// A number, perhaps with a unit, and not a word of a value map.
+bool HasQualifier(const ICIMPropertyDecl& property, const char* name) {
+    bool is_found = false;
+    property.GetQualifier(name, is_found, TCIMContext());
+    return is_found;
+}
+
+/// A number, perhaps with a unit, and not a word of a value map or the names of bits.
 bool ShowsNumbers(const ICIMPropertyDecl& property, bool is_raw) {
     const auto type = property.GetType(TCIMContext());
-    bool is_mapped = false;
-    property.GetQualifier("ValueMap", is_mapped, TCIMContext());
-    return type >= ECIMType::eCIMUint8 && type <= ECIMType::eCIMReal64 && (is_raw || !is_mapped);
+    return type >= ECIMType::eCIMUint8 && type <= ECIMType::eCIMReal64 &&
+           (is_raw || !(HasQualifier(property, "Values") || HasQualifier(property, "BitValues")));
 }
 
 /// The properties with which CIM names an element for people and says how it is, in any class.
@@ -57,13 +61,13 @@ std::vector<Listing::Column> ColumnsOf(const Properties& properties, bool has_cl
 
 } // namespace
 
-std::string InstanceListing::Text(const ICIMProperty& property) const {
-    return is_raw_ ? RawText(property.GetValue(TCIMContext())) : DisplayText(access_, property).Joined();
+std::string InstanceListing::Text(const ICIMInstance& instance, const ICIMProperty& property) const {
+    return is_raw_ ? RawText(property.GetValue(TCIMContext())) : texts_.Of(instance, property).Joined();
 }
 
 Cell InstanceListing::CellOf(const ICIMInstance& instance, const std::string& name) const {
     const auto property = FindProperty(instance, name);
-    return property ? Cell(property->GetValue(TCIMContext()), Text(*property)) : Cell("");
+    return property ? Cell(property->GetValue(TCIMContext()), Text(instance, *property)) : Cell("");
 }
 
 Listing InstanceListing::Table(const Instances& instances, const Properties& properties, bool has_class,

@@ -4,16 +4,15 @@
 
 #include "output/InstanceProperties.h"
 #include "output/Listing.h"
+#include "output/ValueTexts.h"
 
 namespace cimhttp {
-
-class PluginAccess;
 
 /// Turns instances into listings for people.
 class InstanceListing {
   public:
     /// Values are shown as people read them, or with `is_raw` as they are.
-    InstanceListing(const PluginAccess& access, bool is_raw) : access_(access), is_raw_(is_raw) {}
+    InstanceListing(const ValueTexts& texts, bool is_raw) : texts_(texts), is_raw_(is_raw) {}
 
     /// An instance a row, a property a column, and before them, with `has_class`, the name of the class. A property
     /// that an instance's own class does not declare is an empty text. Columns of properties that were asked for by
@@ -30,10 +29,10 @@ class InstanceListing {
     bool LacksValue(const NQORVYX20::ICIMInstance& instance, const NQORVYX20::ICIMPropertyDecl& property) const;
 
   private:
-    std::string Text(const NQORVYX20::ICIMProperty& property) const;
+    std::string Text(const NQORVYX20::ICIMInstance& instance, const NQORVYX20::ICIMProperty& property) const;
     Cell CellOf(const NQORVYX20::ICIMInstance& instance, const std::string& property) const;
 
-    const PluginAccess& access_;
+    ValueTexts texts_;
     bool is_raw_;
 };
 

@@ -3,9 +3,9 @@
 #include "host/ICIMInstance.h"
 #include "host/ICIMProperty.h"
 #include "host/ICIMPropertyDecl.h"
-#include "output/DisplayText.h"
 #include "output/Json.h"
 #include "output/TypeText.h"
+#include "output/ValueTexts.h"
 
 namespace cimhttp {
 
@@ -19,7 +19,7 @@ Cell ValueCell(const TCIMValue& value) {
 
 } // namespace
 
-Listing InstanceRecords(const Instances& instances, PropertySelector selector, const PluginAccess& access,
+Listing InstanceRecords(const Instances& instances, PropertySelector selector, const ValueTexts& texts,
                         const std::string& name_space) {
     Listing listing({{"Path"}, {"Property"}, {"Type"}, {"Value"}, {"Text"}});
     for (const auto& instance : instances) {
@@ -33,7 +33,7 @@ Listing InstanceRecords(const Instances& instances, PropertySelector selector, c
             row.emplace_back(name);
             row.emplace_back(TypeText(declaration->GetType(TCIMContext())));
             row.push_back(ValueCell(property->GetValue(TCIMContext())));
-            row.emplace_back(DisplayText(access, *property).Joined());
+            row.emplace_back(texts.Of(*instance, *property).Joined());
             listing.AddRow(std::move(row));
         }
     }

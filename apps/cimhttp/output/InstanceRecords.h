@@ -6,12 +6,12 @@
 
 namespace cimhttp {
 
-class PluginAccess;
+class ValueTexts;
 
 /// Instances for programs, a property a row: the instance's path, the property, its type, its value as it is, and the
 /// text that it is shown by. An array's value is a JSON array, so that it can be taken apart again. About `name_space`
 /// see PathOf().
-Listing InstanceRecords(const Instances& instances, PropertySelector selector, const PluginAccess& access,
+Listing InstanceRecords(const Instances& instances, PropertySelector selector, const ValueTexts& texts,
                         const std::string& name_space);
 
 } // namespace cimhttp

@@ -6,8 +6,8 @@
 
 #include "host/ICIMInstance.h"
 #include "host/ICIMProperty.h"
-#include "output/DisplayText.h"
 #include "output/Json.h"
+#include "output/ValueTexts.h"
 
 namespace cimhttp {
 
@@ -24,26 +24,26 @@ std::string TextsJson(const std::vector<TCIMValue>& elements, const std::vector<
     return json.Text();
 }
 
-std::string Text(const ICIMProperty& property, const PluginAccess& access, bool is_raw) {
+std::string Text(const ICIMInstance& instance, const ICIMProperty& property, const ValueTexts& texts, bool is_raw) {
     const TCIMValue& value = property.GetValue(TCIMContext());
     if (is_raw) {
         return value.IsArray() ? JsonValue(value) : RawText(value);
     }
-    const DisplayText display(access, property);
+    const DisplayText display = texts.Of(instance, property);
     return value.IsArray() ? TextsJson(value, display.Texts()) : display.Joined();
 }
 
-Cell CellOf(const ICIMInstance& instance, const std::string& name, const PluginAccess& access, bool is_raw) {
+Cell CellOf(const ICIMInstance& instance, const std::string& name, const ValueTexts& texts, bool is_raw) {
     const auto property = FindProperty(instance, name);
     if (!property || property->GetValue(TCIMContext()).IsNull()) {
         return Cell::Null();
     }
-    return {Text(*property, access, is_raw)};
+    return {Text(instance, *property, texts, is_raw)};
 }
 
 } // namespace
 
-Listing WideRecords(const Instances& instances, const Properties& properties, const PluginAccess& access, bool is_raw,
+Listing WideRecords(const Instances& instances, const Properties& properties, const ValueTexts& texts, bool is_raw,
                     const std::string& name_space) {
     const std::vector<std::string> names = NamesOf(properties);
     std::vector<Listing::Column> columns{{"Class"}, {"Path"}};
@@ -55,7 +55,7 @@ Listing WideRecords(const Instances& instances, const Properties& properties, co
         std::vector<Cell> row{ClassNameOf(*instance), PathOf(*instance, name_space)};
         row.reserve(listing.Columns().size());
         for (const std::string& name : names) {
-            row.push_back(CellOf(*instance, name, access, is_raw));
+            row.push_back(CellOf(*instance, name, texts, is_raw));
         }
         listing.AddRow(std::move(row));
     }

@@ -8,8 +8,8 @@
 #include "Failure.h"
 #include "host/ICIMProperty.h"
 #include "host/ICIMPropertyDecl.h"
-#include "output/DisplayText.h"
 #include "output/TypeText.h"
+#include "output/ValueTexts.h"
 #include "text/Pattern.h"
 
 namespace cimhttp {
@@ -20,12 +20,13 @@ using namespace NQORVYX20;
 
 constexpr unsigned char kDecimal = 10;
 
-bool IsMatch(const std::string& pattern, const ICIMProperty& property, const PluginAccess& access) {
+bool IsMatch(const std::string& pattern, const ICIMInstance& instance, const ICIMProperty& property,
+             const ValueTexts& texts) {
     const TCIMValue& value = property.GetValue(TCIMContext());
     if (Matches(pattern, value.ToString(kDecimal))) {
         return true;
     }
-    const DisplayText display(access, property);
+    const DisplayText display = texts.Of(instance, property);
     const auto matches = [&](const std::string& text) { return Matches(pattern, text); };
     if (std::any_of(display.Texts().begin(), display.Texts().end(), matches)) {
         return true;
@@ -71,7 +72,8 @@ void Condition::Check(const ICIMPropertyDecl& property) const {
     }
 }
 
-Condition::Answer Condition::Accepts(const ICIMProperty* property, const PluginAccess& access) const {
+Condition::Answer Condition::Accepts(const ICIMInstance& instance, const ICIMProperty* property,
+                                     const ValueTexts& texts) const {
     const auto answer = [](bool is_yes) { return is_yes ? Answer::kYes : Answer::kNo; };
     if (property == nullptr) {
         return answer(sign_ == Sign::kMatches && Matches(operand_, ""));
@@ -80,7 +82,7 @@ Condition::Answer Condition::Accepts(const ICIMProperty* property, const PluginA
     if (IsOfOrder()) {
         return AnswerFor(value);
     }
-    const bool is_match = IsMatch(operand_, *property, access);
+    const bool is_match = IsMatch(operand_, instance, *property, texts);
     return answer(sign_ == Sign::kMatches ? is_match : !is_match && !value.IsNull());
 }
 

@@ -8,13 +8,14 @@
 #include "selection/ValuePlace.h"
 
 namespace NQORVYX20 {
+class ICIMInstance;
 class ICIMProperty;
 class ICIMPropertyDecl;
 } // namespace NQORVYX20
 
 namespace cimhttp {
 
-class PluginAccess;
+class ValueTexts;
 
 /// What a user demands of a property, such as `Name=eth*` or `Size>=1000`.
 ///
@@ -35,8 +36,9 @@ class Condition {
     /// Throws Failure(kUsage) when no value of the property can be compared with what the condition says.
     void Check(const NQORVYX20::ICIMPropertyDecl& property) const;
 
-    /// `property` is null where there is none. Unknown where it cannot be compared.
-    Answer Accepts(const NQORVYX20::ICIMProperty* property, const PluginAccess& access) const;
+    /// `property` is the instance's, or null where there is none. Unknown where it cannot be compared.
+    Answer Accepts(const NQORVYX20::ICIMInstance& instance, const NQORVYX20::ICIMProperty* property,
+                   const ValueTexts& texts) const;
 
   private:
     enum class Sign { kMatches, kDiffers, kLess, kAtMost, kGreater, kAtLeast };

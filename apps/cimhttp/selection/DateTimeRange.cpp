@@ -95,17 +95,19 @@ class Scanner {
         return Whole(characters + Zone());
     }
 
-    /// `1 day 08:39:00.5`, or less of it.
+    /// `1 day 08:39:00.5`, `1 d 08:39`, or less of it; `5 h`, `3 min`, `30 s` or `0.25 s`.
     std::optional<TCIMDateTime> Interval() {
-        const bool has_days = text_.find("day") != std::string::npos;
+        const bool has_days = text_.find('d') != std::string::npos;
         const std::string days = has_days ? Days() : "";
         const bool has_time = !has_days || Skip(' ');
-        const std::string time = has_time ? Time() : kMidnight;
+        const bool has_clock = text_.find(':') != std::string::npos;
+        const std::string time = !has_time ? kMidnight : has_clock ? Time() : PartOfTime();
         return Whole(std::string(kDigitsOfDays - days.size(), '0') + days + time + kIntervalEnd);
     }
 
   private:
     static constexpr const char* kMidnight = "000000.000000";
+    static constexpr const char* kNoFraction = ".000000";
 
     bool IsDigit() const { return place_ < text_.size() && text_[place_] >= '0' && text_[place_] <= '9'; }
 
@@ -135,10 +137,12 @@ class Scanner {
 
     std::string Days() {
         std::string days = SomeDigits(kDigitsOfDays);
-        for (const char letter : {' ', 'd', 'a', 'y'}) {
-            Demand(letter);
+        Demand(' ');
+        Demand('d');
+        if (Skip('a')) {
+            Demand('y');
+            Skip('s');
         }
-        Skip('s');
         return days;
     }
 
@@ -149,8 +153,31 @@ class Scanner {
         time += Digits(2);
         const bool has_seconds = Skip(':');
         time += has_seconds ? Digits(2) : "00";
-        const std::string fraction = has_seconds && Skip('.') ? SomeDigits(kDigitsOfFraction) : "";
-        return time + '.' + fraction + std::string(kDigitsOfFraction - fraction.size(), '0');
+        return time + (has_seconds ? Fraction() : kNoFraction);
+    }
+
+    /// `5 h`, `3 min`, `30 s` or `0.25 s`
+    std::string PartOfTime() {
+        std::string number = SomeDigits(2);
+        number.insert(0, 2 - number.size(), '0');
+        const std::string fraction = Fraction();
+        Demand(' ');
+        if (fraction == kNoFraction && Skip('h')) {
+            return number + "0000" + fraction;
+        }
+        if (fraction == kNoFraction && Skip('m')) {
+            Demand('i');
+            Demand('n');
+            return "00" + number + "00" + fraction;
+        }
+        Demand('s');
+        return "0000" + number + fraction;
+    }
+
+    /// `.5` as `.500000`; there need not be one.
+    std::string Fraction() {
+        const std::string digits = Skip('.') ? SomeDigits(kDigitsOfFraction) : "";
+        return '.' + digits + std::string(kDigitsOfFraction - digits.size(), '0');
     }
 
     /// `+060` for `+01:00`. One that is too large has too many digits for a date-time.

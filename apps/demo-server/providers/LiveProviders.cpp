@@ -11,6 +11,7 @@
 #include "providers/ProcessProvider.h"
 #include "providers/ProcessorProvider.h"
 #include "providers/RunningOsProvider.h"
+#include "providers/SensorProvider.h"
 #include "providers/StorageVolumeProvider.h"
 
 #include <utility>
@@ -37,6 +38,7 @@ InstanceProviders LiveProviders(const Schema& schema, const SystemFiles& files, 
     const auto& processors = Add<ProcessorProvider>(all, files);
     const auto& memory = Add<MemoryProvider>(all, files);
     const auto& fileSystems = Add<FileSystemProvider>(all, files);
+    const auto& sensors = Add<SensorProvider>(all, files);
     const auto& ports = Add<NetworkPortProvider>(all, files);
     const auto& processes = Add<ProcessProvider>(all, files);
     const auto& storageVolumes = Add<StorageVolumeProvider>(all, files, volumes);
@@ -45,7 +47,7 @@ InstanceProviders LiveProviders(const Schema& schema, const SystemFiles& files, 
     Add<RunningOsProvider>(all, schema, files, computer, operatingSystem);
     Add<ParentProcessProvider>(all, schema, processes);
     Add<LinkProvider>(all, schema, "DEMO_SystemDevice", LinkEnd{"GroupComponent", {&computer}},
-                      LinkEnd{"PartComponent", {&processors, &memory, &ports, &storageVolumes}});
+                      LinkEnd{"PartComponent", {&processors, &memory, &sensors, &ports, &storageVolumes}});
     Add<LinkProvider>(all, schema, "DEMO_HostedFileSystem", LinkEnd{"GroupComponent", {&computer}},
                       LinkEnd{"PartComponent", {&fileSystems}});
     Add<LinkProvider>(all, schema, "DEMO_OSProcess", LinkEnd{"GroupComponent", {&operatingSystem}},

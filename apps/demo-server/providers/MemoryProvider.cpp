@@ -33,6 +33,7 @@ void MemoryProvider::Enumerate(const Visitor& visit) const {
     values["Free"] = KiloBytesAsBytes(kiloBytes("MemFree"));
     values["Available"] = KiloBytesAsBytes(kiloBytes("MemAvailable"));
     values["Cached"] = KiloBytesAsBytes(kiloBytes("Cached"));
+    values["PageTables"] = Value::Number(kiloBytes("PageTables"));
     visit(instance);
 }
 

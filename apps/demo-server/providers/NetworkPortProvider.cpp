@@ -71,6 +71,7 @@ void NetworkPortProvider::Enumerate(const Visitor& visit) const {
         values["EnabledState"] = Value::Number(EnabledStateOf(state, (*flags & kUpFlag) != 0));
         values["OperatingState"] = TextOrNull(state);
         values["InterfaceFlags"] = Value::Number(flags);
+        values["HardwareType"] = Value::Number(files_.Number(folder + "/type"));
         // A port that does not know its speed says -1, or nothing.
         if (const auto megabits = files_.Number(folder + "/speed"))
             values["Speed"] = Value::Number(*megabits * kBitsPerMegabit);

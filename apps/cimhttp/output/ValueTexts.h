@@ -1,0 +1,39 @@
+#pragma once
+
+#include <boost/shared_ptr.hpp>
+
+#include "access/TextForm.h"
+#include "output/DisplayText.h"
+
+namespace NQORVYX20 {
+class ICIMInstance;
+class ICIMProperty;
+class ICIMPropertyDecl;
+} // namespace NQORVYX20
+
+namespace cimhttp {
+
+class PluginAccess;
+
+/// Makes what values say to people, in the form that the user wants.
+class ValueTexts {
+  public:
+    /// `access` must outlive the object.
+    explicit ValueTexts(const PluginAccess& access, TextForm form = {}) : access_(&access), form_(form) {}
+
+    const PluginAccess& Access() const { return *access_; }
+
+    /// Of a property of an instance, which may tell the unit.
+    DisplayText Of(const NQORVYX20::ICIMInstance& instance, const NQORVYX20::ICIMProperty& property) const;
+
+    /// Of a value that a property of the instance has, or had. There need not be an instance.
+    DisplayText Of(const NQORVYX20::ICIMInstance* instance,
+                   const boost::shared_ptr<NQORVYX20::ICIMPropertyDecl const>& declaration,
+                   const NQORVYX20::TCIMValue& value) const;
+
+  private:
+    const PluginAccess* access_;
+    TextForm form_;
+};
+
+} // namespace cimhttp

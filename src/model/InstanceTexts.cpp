@@ -1,0 +1,36 @@
+#include "model/InstanceTexts.h"
+
+#include <optional>
+
+#include "display/DisplayQualifiers.h"
+#include "display/FaithfulTexts.h"
+#include "host/ICIMPropertyDecl.h"
+#include "model/InstanceUnits.h"
+#include "model/TCimHTTPPropertyDecl.h"
+
+namespace NQORVYX20 {
+
+namespace {
+
+std::vector<std::string> TextsOf(const FaithfulTexts& texts, const TCIMValue& value, const DisplayChoice& choice) {
+    return value.IsNull() ? std::vector<std::string>{texts.Of(value, choice)} : texts.OfElements(value, choice);
+}
+
+} // namespace
+
+std::vector<std::string> TextsIn(const ICIMInstance* instance,
+                                 const boost::shared_ptr<ICIMPropertyDecl const>& declaration, const TCIMValue& value,
+                                 DisplayChoice choice) {
+    const TCimHTTPPropertyDecl* const own = TCimHTTPPropertyDecl::AsOwn(*declaration);
+    if (own == nullptr || !own->IsFaithful()) { // nobody keeps its texts
+        return TextsOf({declaration->GetType(TCIMContext()), TCimHTTPPropertyDecl::DisplayQualifiersOf(declaration)},
+                       value, choice);
+    }
+    std::optional<Unit> told;
+    if (instance != nullptr && (told = UnitToldBy(*instance, *own))) {
+        choice.unit = &*told;
+    }
+    return TextsOf(own->GetFaithfulTexts(), value, choice);
+}
+
+} // namespace NQORVYX20
