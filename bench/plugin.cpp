@@ -13,6 +13,7 @@
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "Measurement.h"
 #include "cimhttp/ContextKeys.h"
@@ -22,6 +23,7 @@
 #include "host/ICIMPropertyDecl.h"
 #include "host/TLogger.h"
 #include "host/TRootObject.h"
+#include "model/InstanceTexts.h"
 #include "model/TCimHTTPProperty.h"
 #include "provider/TCimHTTPNamespace.h"
 #include "provider/TCimHTTPNamespaceProvider.h"
@@ -122,6 +124,31 @@ class Load {
         return count;
     }
 
+    /// Keeps every instance, and the class with it.
+    void Hold() {
+        fClass = GetClass();
+        ForEachInstance(*fClass, [&](const boost::shared_ptr<ICIMInstance>& instance) {
+            fInstances.push_back(instance);
+            return true;
+        });
+    }
+
+    /// Makes the texts of every value of the kept instances by the standard's rules.
+    std::size_t DisplayFaithfully() {
+        std::size_t count = 0;
+        std::size_t length = 0;
+        for (const auto& instance : fInstances) {
+            const auto show = [&](const boost::shared_ptr<ICIMProperty>& property) {
+                length += TextsIn(instance.get(), property->GetDeclaration(TCIMContext()),
+                                  property->GetValue(TCIMContext()), {})
+                              .size();
+                return ++count != 0;
+            };
+            instance->EnumerateProperties(show, TCIMContext());
+        }
+        return count;
+    }
+
   private:
     /// As bench/write-load names classes.
     std::string NumberedName(std::size_t number) const {
@@ -132,6 +159,8 @@ class Load {
 
     boost::shared_ptr<TCimHTTPNamespace> fNamespace;
     std::string fClassName;
+    boost::shared_ptr<ICIMClass> fClass;
+    std::vector<boost::shared_ptr<ICIMInstance>> fInstances;
 };
 
 struct Job {
@@ -144,13 +173,15 @@ const std::map<std::string, Job>& Jobs() {
     const auto nothing = [](Load& /*load*/) {};
     const auto getClass = [](Load& load) { load.GetClass(); };
     const auto enumerate = [](Load& load) { load.Enumerate(); };
-    static const std::map<std::string, Job> jobs{{"miss", {nothing, &Load::Miss}},
-                                                 {"misses", {nothing, &Load::Misses}},
-                                                 {"hit", {getClass, &Load::Hits}},
-                                                 {"first", {getClass, &Load::Enumerate}},
-                                                 {"cached", {enumerate, &Load::ReadValues}},
-                                                 {"display", {enumerate, &Load::Display}},
-                                                 {"faithful", {getClass, &Load::Enumerate, kFaithfulReading}}};
+    static const std::map<std::string, Job> jobs{
+        {"miss", {nothing, &Load::Miss}},
+        {"misses", {nothing, &Load::Misses}},
+        {"hit", {getClass, &Load::Hits}},
+        {"first", {getClass, &Load::Enumerate}},
+        {"cached", {enumerate, &Load::ReadValues}},
+        {"display", {enumerate, &Load::Display}},
+        {"faithful", {getClass, &Load::Enumerate, kFaithfulReading}},
+        {"faithful-display", {&Load::Hold, &Load::DisplayFaithfully, kFaithfulReading}}};
     return jobs;
 }
 
@@ -174,7 +205,8 @@ void Run(const Job& job, const char* address, const char* className) {
 int main(int argc, char** argv) {
     const auto job = argc == 4 ? Jobs().find(argv[1]) : Jobs().end();
     if (job == Jobs().end()) {
-        std::cerr << "use: plugin miss|misses|hit|first|cached|display|faithful ADDRESS CLASS, of a server on port "
+        std::cerr << "use: plugin miss|misses|hit|first|cached|display|faithful|faithful-display ADDRESS CLASS, of a "
+                     "server on port "
                   << kPort << '\n';
         return 2;
     }

@@ -50,9 +50,9 @@ std::vector<std::string> ElementTexts(const TCIMValue& array, Render render) {
 
 } // namespace
 
-CompatibleTexts::CompatibleTexts(boost::shared_ptr<ICIMPropertyDecl const> declaration, DisplayQualifiers qualifiers,
-                                 TMapSource findMap)
-    : fDeclaration(std::move(declaration)), fQualifiers(std::move(qualifiers)), fFindMap(findMap) {}
+CompatibleTexts::CompatibleTexts(const boost::shared_ptr<ICIMPropertyDecl const>& declaration,
+                                 DisplayQualifiers qualifiers, TMapSource findMap)
+    : fDeclaration(declaration), fQualifiers(std::move(qualifiers)), fFindMap(findMap) {}
 
 std::uint64_t CompatibleTexts::NumberOf(const TCIMValue& value) {
     if (value.IsNull() || !IsMappable(value.GetType())) {

@@ -20,8 +20,8 @@ class CompatibleTexts : public PropertyTexts {
     /// Finds the value map of a declaration; an empty pointer when it has none.
     using TMapSource = boost::shared_ptr<const ValueMapTable> (*)(const boost::shared_ptr<ICIMPropertyDecl const>&);
 
-    /// `qualifiers` are those of the declaration.
-    CompatibleTexts(boost::shared_ptr<ICIMPropertyDecl const> declaration, DisplayQualifiers qualifiers,
+    /// `qualifiers` are those of the declaration; the pointer to it must outlive the object.
+    CompatibleTexts(const boost::shared_ptr<ICIMPropertyDecl const>& declaration, DisplayQualifiers qualifiers,
                     TMapSource findMap);
 
     std::string Of(const TCIMValue& value, const DisplayChoice& choice) const override;
@@ -46,7 +46,7 @@ class CompatibleTexts : public PropertyTexts {
   private:
     std::string WithUnits(const TCIMValue& value, const std::string& units) const;
 
-    boost::shared_ptr<ICIMPropertyDecl const> fDeclaration;
+    const boost::shared_ptr<ICIMPropertyDecl const>& fDeclaration;
     DisplayQualifiers fQualifiers;
     TMapSource fFindMap;
 };

@@ -6,6 +6,7 @@
 #include "display/DisplayQualifiers.h"
 #include "display/ProgrammaticUnit.h"
 #include "display/QuantityText.h"
+#include "display/SensorUnits.h"
 #include "display/UnitText.h"
 
 namespace NQORVYX20 {
@@ -79,7 +80,8 @@ bool IsMereCount(const Unit& unit) { return unit.symbol.empty() || unit.symbol =
 
 } // namespace
 
-FaithfulTexts::FaithfulTexts(TCIMValue::TCIMType type, const DisplayQualifiers& qualifiers) {
+FaithfulTexts::FaithfulTexts(const std::string& name, TCIMValue::TCIMType type, const DisplayQualifiers& qualifiers)
+    : fIsNamedAsReading(SensorUnits::IsReading(name)) {
     static const DisplayQualifiers::TName kNullDisplay("NULLDISPLAY");
     static const DisplayQualifiers::TName kBase("BASE");
     static const DisplayQualifiers::TName kValues("Values");
@@ -91,7 +93,7 @@ FaithfulTexts::FaithfulTexts(TCIMValue::TCIMType type, const DisplayQualifiers& 
     static const DisplayQualifiers::TName kUnitHolder("ISPUnit");
     fNullText = qualifiers.GetString(kNullDisplay).value_or("");
     fBase = qualifiers.GetUint8(kBase).value_or(kDecimal);
-    if (const auto texts = qualifiers.GetTexts(kValues)) {
+    if (const auto texts = qualifiers.GetTexts(kValues); texts && !texts->empty()) {
         fMap.emplace(ElementType(type), qualifiers.GetTexts(kValueMap), *texts);
     }
     if (const auto names = qualifiers.GetTexts(kBitValues)) {

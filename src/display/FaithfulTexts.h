@@ -18,12 +18,15 @@ class DisplayQualifiers;
 /// else Units, and NULLDISPLAY and BASE. Made once for a declaration.
 class FaithfulTexts : public PropertyTexts {
   public:
-    /// `type` is the declared one. Throws what the look-ups throw.
-    FaithfulTexts(TCIMValue::TCIMType type, const DisplayQualifiers& qualifiers);
+    /// `name` and `type` are those of the declaration, the name in its normal form. Throws what the look-ups throw.
+    FaithfulTexts(const std::string& name, TCIMValue::TCIMType type, const DisplayQualifiers& qualifiers);
 
     /// The elements of an array stand in braces.
     std::string Of(const TCIMValue& value, const DisplayChoice& choice) const override;
     std::vector<std::string> OfElements(const TCIMValue& value, const DisplayChoice& choice) const override;
+
+    /// Whether the property has the name of a numeric sensor's reading.
+    bool IsNamedAsReading() const { return fIsNamedAsReading; }
 
     /// The property of the same class that holds the unit, by the qualifier ISPUnit; empty for none.
     const std::string& UnitHolder() const { return fUnitHolder; }
@@ -40,6 +43,7 @@ class FaithfulTexts : public PropertyTexts {
     std::optional<Unit> fUnit;
     std::string fUnknownUnit; ///< one that nobody knows, as it is
     std::string fUnitHolder;
+    bool fIsNamedAsReading;
 };
 
 } // namespace NQORVYX20

@@ -23,14 +23,14 @@ std::vector<std::string> TextsIn(const ICIMInstance* instance,
                                  DisplayChoice choice) {
     const TCimHTTPPropertyDecl* const own = TCimHTTPPropertyDecl::AsOwn(*declaration);
     if (own == nullptr || !own->IsFaithful()) { // nobody keeps its texts
-        return TextsOf({declaration->GetType(TCIMContext()), TCimHTTPPropertyDecl::DisplayQualifiersOf(declaration)},
-                       value, choice);
+        return TextsOf(
+            {{}, declaration->GetType(TCIMContext()), TCimHTTPPropertyDecl::DisplayQualifiersOf(declaration)}, value,
+            choice);
     }
-    std::optional<Unit> told;
-    if (instance != nullptr && (told = UnitToldBy(*instance, *own))) {
-        choice.unit = &*told;
-    }
-    return TextsOf(own->GetFaithfulTexts(), value, choice);
+    const FaithfulTexts& texts = own->GetFaithfulTexts();
+    const auto told = instance != nullptr ? UnitToldBy(*instance, texts) : std::nullopt;
+    choice.unit = told ? &*told : nullptr;
+    return TextsOf(texts, value, choice);
 }
 
 } // namespace NQORVYX20

@@ -1,13 +1,11 @@
 #include "model/InstanceUnits.h"
 
-#include "convert/NormalName.h"
 #include "display/FaithfulTexts.h"
 #include "display/ProgrammaticUnit.h"
 #include "display/SensorUnits.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMProperty.h"
-#include "model/TCimHTTPPropertyDecl.h"
 
 namespace NQORVYX20 {
 
@@ -19,15 +17,14 @@ bool Declares(const ICIMClass& cls, const std::string& property) {
     return cls.GetPropertyDecl(property, TCIMContext()) != nullptr;
 }
 
-bool IsSensorReading(const ICIMClass& cls, const TCimHTTPPropertyDecl& declaration) {
-    return SensorUnits::IsReading(NormalizeName(declaration.GetName(TCIMContext()), NameRule::kCim)) &&
-           Declares(cls, SensorUnits::kBaseUnits) && Declares(cls, SensorUnits::kUnitModifier) &&
-           Declares(cls, SensorUnits::kRateUnits);
+bool IsSensorReading(const ICIMClass& cls, const FaithfulTexts& property) {
+    return property.IsNamedAsReading() && Declares(cls, SensorUnits::kBaseUnits) &&
+           Declares(cls, SensorUnits::kUnitModifier) && Declares(cls, SensorUnits::kRateUnits);
 }
 
 /// The property that holds the unit; empty where none does.
-std::string UnitHolder(const ICIMClass& cls, const TCimHTTPPropertyDecl& declaration) {
-    const std::string& holder = declaration.GetFaithfulTexts().UnitHolder();
+std::string UnitHolder(const ICIMClass& cls, const FaithfulTexts& property) {
+    const std::string& holder = property.UnitHolder();
     return !holder.empty() && Declares(cls, holder) ? holder : std::string();
 }
 
@@ -66,20 +63,23 @@ std::optional<Unit> UnitIn(const ICIMInstance& instance, const std::string& hold
 
 } // namespace
 
-std::vector<std::string> UnitTellers(const ICIMClass& cls, const TCimHTTPPropertyDecl& declaration) {
-    if (IsSensorReading(cls, declaration)) {
+std::vector<std::string> UnitTellers(const ICIMClass& cls, const FaithfulTexts& property) {
+    if (IsSensorReading(cls, property)) {
         return {SensorUnits::kBaseUnits, SensorUnits::kUnitModifier, SensorUnits::kRateUnits};
     }
-    const std::string holder = UnitHolder(cls, declaration);
+    const std::string holder = UnitHolder(cls, property);
     return holder.empty() ? std::vector<std::string>() : std::vector<std::string>{holder};
 }
 
-std::optional<Unit> UnitToldBy(const ICIMInstance& instance, const TCimHTTPPropertyDecl& declaration) {
+std::optional<Unit> UnitToldBy(const ICIMInstance& instance, const FaithfulTexts& property) {
+    if (!property.IsNamedAsReading() && property.UnitHolder().empty()) {
+        return std::nullopt;
+    }
     const auto cls = instance.GetClass(TCIMContext());
-    if (IsSensorReading(*cls, declaration)) {
+    if (IsSensorReading(*cls, property)) {
         return SensorUnit(instance);
     }
-    const std::string holder = UnitHolder(*cls, declaration);
+    const std::string holder = UnitHolder(*cls, property);
     return holder.empty() ? std::nullopt : UnitIn(instance, holder);
 }
 

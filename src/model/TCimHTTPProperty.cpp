@@ -25,19 +25,18 @@ boost::shared_ptr<const ValueMapTable> FindValueMapTable(const boost::shared_ptr
                           : MakeValueMapTable(TCimHTTPPropertyDecl::DisplayQualifiersOf(declaration));
 }
 
-CompatibleTexts CompatibleTextsOf(boost::shared_ptr<ICIMPropertyDecl const> declaration) {
-    auto qualifiers = TCimHTTPPropertyDecl::DisplayQualifiersOf(declaration);
-    return {std::move(declaration), std::move(qualifiers), FindValueMapTable};
+CompatibleTexts CompatibleTextsOf(const boost::shared_ptr<ICIMPropertyDecl const>& declaration) {
+    return {declaration, TCimHTTPPropertyDecl::DisplayQualifiersOf(declaration), FindValueMapTable};
 }
 
 /// Calls with the texts of the reading that the declaration belongs to.
 template <typename Render>
-auto WithTexts(boost::shared_ptr<ICIMPropertyDecl const> declaration, Render render) {
+auto WithTexts(const boost::shared_ptr<ICIMPropertyDecl const>& declaration, Render render) {
     const TCimHTTPPropertyDecl* const own = TCimHTTPPropertyDecl::AsOwn(*declaration);
     if (own != nullptr && own->IsFaithful()) {
         return render(own->GetFaithfulTexts());
     }
-    return render(CompatibleTextsOf(std::move(declaration)));
+    return render(CompatibleTextsOf(declaration));
 }
 
 /// Logs and throws for a value of another type than the declared one.

@@ -81,7 +81,8 @@ const FaithfulTexts& TCimHTTPPropertyDecl::GetFaithfulTexts() const {
     const std::uint64_t revision = QualifierRevision();
     if (!fTexts || fTextsRevision != revision) {
         fTexts =
-            std::make_unique<const FaithfulTexts>(fDefaultValue.GetType(), DisplayQualifiersOf(shared_from_this()));
+            std::make_unique<const FaithfulTexts>(NormalizeName(GetName(TCIMContext()), Names()),
+                                                  fDefaultValue.GetType(), DisplayQualifiersOf(shared_from_this()));
         fTextsRevision = revision;
     }
     return *fTexts;

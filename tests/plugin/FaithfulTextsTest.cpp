@@ -41,7 +41,7 @@ Qualifiers UnitsOf(const TQuantity& quantity) {
 class FaithfulTextsTest : public PropertyTest {
   protected:
     FaithfulTexts Texts(TCIMValue::TCIMType type, const Qualifiers& qualifiers) {
-        return {type, TCimHTTPPropertyDecl::DisplayQualifiersOf(Declare(NullOf(type), qualifiers))};
+        return {{}, type, TCimHTTPPropertyDecl::DisplayQualifiersOf(Declare(NullOf(type), qualifiers))};
     }
 
     std::string Shown(const TCIMValue& value, const Qualifiers& qualifiers, const DisplayChoice& choice = {}) {
@@ -529,6 +529,7 @@ TEST_F(FaithfulTextsTest, ArraysAreMappedElementByElement) {
 TEST_F(FaithfulTextsTest, WhatTheMapLacksIsSaidWhenAskedFor) {
     const DisplayChoice verbose{false, true, nullptr};
     EXPECT_EQ(Shown(Uint8(17), Map({"2"}, {"OK"}), verbose), "17 (not in the map)");
+    EXPECT_EQ(Shown(Uint8(17), Map({}, {}), verbose), "17");
     EXPECT_EQ(Shown(Uint8(2), Map({"2"}, {"OK"}), verbose), "OK");
     EXPECT_EQ(Shown(TCIMValue("x"), Map({"y"}, {"Why"}), verbose), "x (not in the map)");
     EXPECT_EQ(Shown(Uint8(17), {}, verbose), "17");

@@ -28,7 +28,7 @@ struct TEntry {
 class RandomTextsTest : public PropertyTest {
   protected:
     FaithfulTexts Texts(TCIMValue::TCIMType type, const Qualifiers& qualifiers) {
-        return {type, TCimHTTPPropertyDecl::DisplayQualifiersOf(Declare(NullOf(type), qualifiers))};
+        return {{}, type, TCimHTTPPropertyDecl::DisplayQualifiersOf(Declare(NullOf(type), qualifiers))};
     }
 
     int Random(int low, int high) { return std::uniform_int_distribution<int>(low, high)(fRandom); }

@@ -4,6 +4,7 @@
 #include "access/RemoteAssociations.h"
 #include "access/RemoteReader.h"
 #include "convert/NormalName.h"
+#include "display/FaithfulTexts.h"
 #include "model/InstanceTexts.h"
 #include "model/InstanceUnits.h"
 #include "model/TCimHTTPPropertyDecl.h"
@@ -111,7 +112,7 @@ class LinkedPluginAccess : public PluginAccess {
 
     std::vector<std::string> UnitTellers(const ICIMClass& cls, const ICIMPropertyDecl& declaration) const override {
         const TCimHTTPPropertyDecl* const own = TCimHTTPPropertyDecl::AsOwn(declaration);
-        return own != nullptr && own->IsFaithful() ? NQORVYX20::UnitTellers(cls, *own) : std::vector<std::string>();
+        return own != nullptr && own->IsFaithful() ? NQORVYX20::UnitTellers(cls, own->GetFaithfulTexts()) : std::vector<std::string>();
     }
 
     RequestedClasses ReadRequestedClasses(const std::string& text) const override {
