@@ -5,7 +5,11 @@
 
 #include <nlohmann/json.hpp>
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <csignal>
 #include <map>
 #include <set>
 #include <sstream>
@@ -133,6 +137,38 @@ class AssociationsOfTest : public testing::Test {
 
 } // namespace
 
+namespace {
+
+/// A process that lives as long as the object, and starts none.
+class IdleProcess {
+  public:
+    IdleProcess() : id_(::fork()) {
+        while (id_ == 0) {
+            ::pause();
+        }
+    }
+    ~IdleProcess() {
+        ::kill(id_, SIGKILL);
+        ::waitpid(id_, nullptr, 0);
+    }
+    IdleProcess(const IdleProcess&) = delete;
+    IdleProcess& operator=(const IdleProcess&) = delete;
+
+    pid_t Id() const { return id_; }
+
+  private:
+    pid_t id_;
+};
+
+/// The path of another process.
+std::string WithHandle(std::string path, pid_t process) {
+    const std::string key = "Handle=\"";
+    const std::size_t begin = path.find(key) + key.size();
+    return path.replace(begin, path.find('"', begin) - begin, std::to_string(process));
+}
+
+} // namespace
+
 // --- Against a whole server --------------------------------------------------------------------------------------
 
 TEST_F(AssociationsTest, OfEveryClassAreThoseThatAnotherClientFinds) {
@@ -141,8 +177,10 @@ TEST_F(AssociationsTest, OfEveryClassAreThoseThatAnotherClientFinds) {
     }
     const Words associations{"DEMO_SystemDevice", "DEMO_HostedFileSystem", "DEMO_RunningOS", "DEMO_OSProcess",
                              "DEMO_ParentProcess"};
-    const Words objects{PathOf("DEMO_ComputerSystem"), PathOf("DEMO_OperatingSystem"), PathOf("DEMO_Process"),
-                        PathOf("DEMO_FileSystem"), PathOf("DEMO_StorageVolume", 1)};
+    const IdleProcess process;
+    const Words objects{PathOf("DEMO_ComputerSystem"), PathOf("DEMO_OperatingSystem"),
+                        WithHandle(PathOf("DEMO_Process"), process.Id()), PathOf("DEMO_FileSystem"),
+                        PathOf("DEMO_StorageVolume", 1)};
     std::map<std::string, std::size_t> found;
     for (const std::string& cls : associations) {
         for (const std::string& path : objects) {

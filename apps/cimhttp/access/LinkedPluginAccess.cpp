@@ -112,7 +112,8 @@ class LinkedPluginAccess : public PluginAccess {
 
     std::vector<std::string> UnitTellers(const ICIMClass& cls, const ICIMPropertyDecl& declaration) const override {
         const TCimHTTPPropertyDecl* const own = TCimHTTPPropertyDecl::AsOwn(declaration);
-        return own != nullptr && own->IsFaithful() ? NQORVYX20::UnitTellers(cls, own->GetFaithfulTexts()) : std::vector<std::string>();
+        return own != nullptr && own->IsFaithful() ? NQORVYX20::UnitTellers(cls, own->GetFaithfulTexts())
+                                                   : std::vector<std::string>();
     }
 
     RequestedClasses ReadRequestedClasses(const std::string& text) const override {
