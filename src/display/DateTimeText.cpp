@@ -6,7 +6,6 @@
 #include <string_view>
 
 #include "display/SpanText.h"
-#include "host/TCIMDateTime.h"
 
 namespace NQORVYX20 {
 
@@ -23,6 +22,7 @@ constexpr std::array<TField, 4> kSpanFields{{{0, 8}, {8, 2}, {10, 2}, {12, 2}}};
 constexpr TField kMicroseconds{15, 6};
 constexpr TField kOffset{22, 3};
 constexpr std::size_t kSign = 21;
+constexpr std::size_t kLength = 25;
 
 std::uint64_t NumberOf(std::string_view digits) {
     std::uint64_t number = 0;
@@ -114,17 +114,19 @@ std::string WholeSpan(const Parts& parts) {
 
 } // namespace
 
-std::string DateTimeText(const TCIMDateTime& time) {
-    const std::string text = time.ToString();
-    const Parts parts(text);
-    std::size_t given = 0;
-    const bool makesSense =
-        time.IsInterval() ? parts.CountGiven(kSpanFields, given) : parts.CountGiven(kStampFields, given);
-    if (!makesSense || given == 0) {
-        return text;
+std::string DateTimeText(const std::string& characters) {
+    if (characters.size() != kLength) {
+        return characters;
     }
-    if (!time.IsInterval()) {
-        return StampText(parts, given, text[kSign]);
+    const Parts parts(characters);
+    const bool isInterval = characters[kSign] == ':';
+    std::size_t given = 0;
+    const bool makesSense = isInterval ? parts.CountGiven(kSpanFields, given) : parts.CountGiven(kStampFields, given);
+    if (!makesSense || given == 0) {
+        return characters;
+    }
+    if (!isInterval) {
+        return StampText(parts, given, characters[kSign]);
     }
     return given == kSpanFields.size() ? WholeSpan(parts) : PartOfSpan(parts, given);
 }

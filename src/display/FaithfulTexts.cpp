@@ -7,6 +7,7 @@
 #include "display/ProgrammaticUnit.h"
 #include "display/QuantityText.h"
 #include "display/SensorUnits.h"
+#include "display/SignedNumber.h"
 #include "display/UnitText.h"
 
 namespace NQORVYX20 {
@@ -37,7 +38,8 @@ std::optional<ExactNumber> ExactNumberOf(const TCIMValue& value) {
         return ExactNumber::Of(static_cast<std::uint64_t>(static_cast<unsigned long long>(value)));
     }
     if (IsSigned(value.GetType())) {
-        return ExactNumber::Of(static_cast<std::int64_t>(static_cast<long long>(value)));
+        const auto number = SignedNumber(value);
+        return number ? std::optional(ExactNumber::Of(*number)) : std::nullopt;
     }
     return ExactNumber::Read(value.ToString(kDecimal));
 }
@@ -146,7 +148,7 @@ std::string FaithfulTexts::OfScalar(const TCIMValue& value, const DisplayChoice&
     }
     const ECIMType type = value.GetType();
     if (type == ECIMType::eCIMDateTime) {
-        return DateTimeText(value.GetDateTime());
+        return DateTimeText(value.ToString(kDecimal));
     }
     const bool isNumber = IsUnsigned(type) || IsSigned(type) || IsReal(type);
     const std::string text = isNumber ? OfNumber(value, choice) : value.ToString(kDecimal);

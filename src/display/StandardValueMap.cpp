@@ -6,6 +6,8 @@
 #include <string_view>
 #include <utility>
 
+#include "display/SignedNumber.h"
+
 namespace NQORVYX20 {
 
 namespace {
@@ -136,7 +138,8 @@ std::optional<std::uint64_t> StandardValueMap::KeyOf(const TCIMValue& value) con
         return static_cast<bool>(value) ? 1 : 0;
     }
     if (IsSignedType(type) && fIsSigned) {
-        return static_cast<std::uint64_t>(static_cast<long long>(value)) ^ kSignBit;
+        const auto number = SignedNumber(value);
+        return number ? std::optional(static_cast<std::uint64_t>(*number) ^ kSignBit) : std::nullopt;
     }
     return IsUnsignedType(type) && !fIsSigned ? std::optional<std::uint64_t>(static_cast<unsigned long long>(value))
                                               : std::nullopt;

@@ -3,6 +3,7 @@
 #include "display/FaithfulTexts.h"
 #include "display/ProgrammaticUnit.h"
 #include "display/SensorUnits.h"
+#include "display/SignedNumber.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMProperty.h"
@@ -38,7 +39,7 @@ std::optional<std::int64_t> NumberIn(const ICIMInstance& instance, const char* p
     case ECIMType::eCIMUint16:
         return static_cast<unsigned short>(value);
     case ECIMType::eCIMSint32:
-        return static_cast<int>(value);
+        return SignedNumber(value);
     default:
         return std::nullopt;
     }
