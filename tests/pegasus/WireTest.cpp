@@ -91,7 +91,9 @@ class WireTest : public ::testing::Test {
         client_.disconnect();
         client_.setTimeout(kAmple);
         server_ = std::make_unique<ScriptedServer>(std::move(script));
-        client_.connect(String(server_->Address()), server_->Listen(5988), "", "");
+        const std::uint16_t port = server_->Listen(5988);
+        endpoint_ = server_->Address() + (":" + std::to_string(port));
+        client_.connect(String(server_->Address()), port, "", "");
     }
 
     /// The same, with a server that gives this answer to the first request and good ones to all others. It closes the
@@ -113,6 +115,7 @@ class WireTest : public ::testing::Test {
 
     CIMClient client_;
     std::unique_ptr<ScriptedServer> server_;
+    std::string endpoint_; ///< the server's address and port
 
   private:
     std::shared_ptr<std::atomic<bool>> answered_;
@@ -210,7 +213,9 @@ TEST_F(WireTest, ReportsEveryHttpErrorAndGoesOnAfterIt) {
                 ADD_FAILURE() << "no exception: " << answer;
             } catch (const CIMClientHTTPErrorException& error) {
                 EXPECT_EQ(error.getCode(), status);
-                EXPECT_EQ(Text(error.getMessage()), "HTTP error " + std::to_string(status) + " Reason");
+                EXPECT_EQ(Text(error.getMessage()), "HTTP error " + std::to_string(status) + " Reason from " +
+                                                        endpoint_ +
+                                                        (status == 401 ? ", which names no scheme of logging in" : ""));
             }
             EXPECT_EQ(countNames(), 2U) << answer;
         }
@@ -229,8 +234,8 @@ TEST_F(WireTest, GivesTheDetailsOfAnHttpErrorInPlainText) {
         EXPECT_EQ(error.getCode(), 400U);
         EXPECT_EQ(Text(error.getCIMError()), "unsupported-operation");
         EXPECT_EQ(Text(error.getCIMErrorDetail()), "No method \"\xC3\xA4\"\nhere");
-        EXPECT_EQ(Text(error.getMessage()),
-                  "HTTP error 400 Bad Request, CIMError: unsupported-operation, No method \"\xC3\xA4\"\nhere");
+        EXPECT_EQ(Text(error.getMessage()), "HTTP error 400 Bad Request from " + endpoint_ +
+                                                ", CIMError: unsupported-operation, No method \"\xC3\xA4\"\nhere");
     }
     EXPECT_EQ(countNames(), 2U);
 }

@@ -14,6 +14,8 @@ class Findings {
             all_.first.append(finding);
         }
     }
+    /// Counts some that nobody has in full.
+    void addMore(Uint64 count) { all_.total += count; }
     LenientFindings take() { return std::exchange(all_, {}); }
 
   private:

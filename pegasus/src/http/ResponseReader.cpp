@@ -1,8 +1,10 @@
 #include "http/ResponseReader.h"
 
+#include "http/HeadRepair.h"
 #include "model/Marked.h"
 
 #include <Pegasus/Client/CIMClientException.h>
+#include <algorithm>
 #include <boost/beast/http/basic_parser.hpp>
 #include <boost/beast/http/error.hpp>
 #include <cstdint>
@@ -103,6 +105,8 @@ class ResponseReader::Impl {
     }
 
     const Parser& parser() const { return *parser_; }
+    /// One whose length was said in two ways may have been understood in another way by somebody on the way.
+    bool keepsConnection() const { return parser_->keep_alive() && !ignoresItsLength_; }
     bool hasSurplus() const { return begin_ != end_; }
 
   private:
@@ -110,6 +114,9 @@ class ResponseReader::Impl {
 
     void readOneHead(const Deadline& deadline) {
         parser_.emplace();
+        headIsWhole_ = false;
+        headSearched_ = 0;
+        ignoresItsLength_ = false;
         std::size_t size = 0;
         while (!parser_->is_header_done()) {
             size += advance(deadline);
@@ -135,19 +142,38 @@ class ResponseReader::Impl {
         if (starved_ && parser_->is_header_done() && end_ - begin_ < kShortestRest) {
             return 0;
         }
-        const std::string_view input(&buffer_[begin_], end_ - begin_);
-        if (!parser_->is_header_done() && looksLikeTls(input)) {
+        if (!parser_->is_header_done() && looksLikeTls(input())) {
             fail<detail::Marked<CIMClientMalformedHTTPException, PeerSpeaksTls>>(
                 "the server speaks TLS on this port; connect to it with an SSLContext");
         }
+        completeHead();
         error_code error;
-        const std::size_t parsed = parser_->put({input.data(), input.size()}, error);
+        const std::size_t parsed = parser_->put({&buffer_[begin_], end_ - begin_}, error);
         begin_ += parsed;
         starved_ = error == beast::http::error::need_more;
         if (error && !starved_) {
             failAt(error);
         }
         return parsed;
+    }
+
+    std::string_view input() const { return {&buffer_[begin_], end_ - begin_}; }
+
+    /// Once all of a head is there, makes it one that the parser takes.
+    void completeHead() {
+        if (headIsWhole_ || end_ == kBufferBytes) {
+            return;
+        }
+        constexpr std::string_view kEnd = "\r\n\r\n";
+        const std::size_t end = input().find(kEnd, headSearched_);
+        headIsWhole_ = end != std::string_view::npos;
+        if (!headIsWhole_) {
+            headSearched_ = input().size() - std::min(input().size(), kEnd.size() - 1);
+            return;
+        }
+        const HeadRepair repair = repairHead(&buffer_[begin_], end + kEnd.size(), end_ - begin_);
+        end_ = begin_ + repair.size;
+        ignoresItsLength_ = repair.ignoresItsLength;
     }
 
     /// False at the end of the stream.
@@ -222,6 +248,9 @@ class ResponseReader::Impl {
     std::size_t end_ = 0;
     bool hasBegun_ = false;
     bool starved_ = false; // what the buffer holds is not enough to go on
+    bool headIsWhole_ = false;
+    std::size_t headSearched_ = 0; // how much of what the buffer holds has no end of a head
+    bool ignoresItsLength_ = false;
 };
 
 ResponseReader::ResponseReader(Channel& channel, const Endpoint& endpoint)
@@ -237,7 +266,7 @@ void ResponseReader::readBody(const BodySink& sink, const Deadline& deadline) { 
 
 const HttpFields& ResponseReader::trailers() const { return impl_->parser().trailers(); }
 
-bool ResponseReader::keepsConnection() const { return impl_->parser().keep_alive(); }
+bool ResponseReader::keepsConnection() const { return impl_->keepsConnection(); }
 
 bool ResponseReader::hasSurplus() const { return impl_->hasSurplus(); }
 
