@@ -13,12 +13,6 @@ constexpr std::string_view kLineEnd = "\r\n";
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
-/// "HTTP/1.1 200", and no more.
-bool isStatusAlone(std::string_view line) {
-    return line.size() == 12 && line.substr(0, 7) == "HTTP/1." && line[8] == ' ' && isDigit(line[9]) &&
-           isDigit(line[10]) && isDigit(line[11]);
-}
-
 std::string_view trimmed(std::string_view text) {
     const std::size_t begin = text.find_first_not_of(" \t");
     return begin == std::string_view::npos ? std::string_view()
@@ -31,18 +25,17 @@ struct LengthFields {
     bool hasLength = false;
 };
 
-/// Calls for each line that begins a field, with its beginning, its name and its value.
+/// Calls for each line that can be a field, with its beginning, its name and its value.
 template <typename Visit>
-void forEachField(char* bytes, std::size_t headSize, Visit visit) {
-    const std::string_view head(bytes, headSize);
-    for (std::size_t end = head.find(kLineEnd); end != std::string_view::npos;) {
-        const std::size_t begin = end + kLineEnd.size();
-        end = head.find(kLineEnd, begin);
-        const std::string_view line = head.substr(begin, end == std::string_view::npos ? end : end - begin);
-        const std::size_t colon = line.find(':');
-        if (colon != std::string_view::npos) {
+void forEachField(char* bytes, std::size_t size, Visit visit) {
+    const std::string_view head(bytes, size);
+    std::size_t begin = 0;
+    for (std::size_t end = head.find(kLineEnd); end != std::string_view::npos; end = head.find(kLineEnd, begin)) {
+        const std::string_view line = head.substr(begin, end - begin);
+        if (const std::size_t colon = line.find(':'); colon != std::string_view::npos) {
             visit(bytes + begin, line.substr(0, colon), trimmed(line.substr(colon + 1)));
         }
+        begin = end + kLineEnd.size();
     }
 }
 
@@ -68,20 +61,18 @@ void hideLength(char* bytes, std::size_t headSize) {
 
 } // namespace
 
-HeadRepair repairHead(char* bytes, std::size_t headSize, std::size_t size) {
-    const LengthFields fields = lengthFieldsOf(bytes, headSize);
+bool lacksBlankBehindStatus(std::string_view text) {
+    return text.size() > kStatusLength && text.substr(0, 7) == "HTTP/1." && text[8] == ' ' && isDigit(text[9]) &&
+           isDigit(text[10]) && isDigit(text[11]) && text[kStatusLength] == '\r';
+}
+
+bool hideOverriddenLength(char* head, std::size_t size) {
+    const LengthFields fields = lengthFieldsOf(head, size);
     const bool hasBoth = fields.isChunked && fields.hasLength;
     if (hasBoth) {
-        hideLength(bytes, headSize);
+        hideLength(head, size);
     }
-    const std::string_view head(bytes, headSize);
-    const std::size_t statusEnd = head.find(kLineEnd);
-    if (isStatusAlone(head.substr(0, statusEnd))) {
-        std::memmove(bytes + statusEnd + 1, bytes + statusEnd, size - statusEnd);
-        bytes[statusEnd] = ' ';
-        ++size;
-    }
-    return {size, hasBoth};
+    return hasBoth;
 }
 
 } // namespace Pegasus::http

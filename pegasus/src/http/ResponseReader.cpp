@@ -114,7 +114,7 @@ class ResponseReader::Impl {
 
     void readOneHead(const Deadline& deadline) {
         parser_.emplace();
-        headIsWhole_ = false;
+        hasStatus_ = false;
         headSearched_ = 0;
         ignoresItsLength_ = false;
         std::size_t size = 0;
@@ -142,38 +142,53 @@ class ResponseReader::Impl {
         if (starved_ && parser_->is_header_done() && end_ - begin_ < kShortestRest) {
             return 0;
         }
-        if (!parser_->is_header_done() && looksLikeTls(input())) {
-            fail<detail::Marked<CIMClientMalformedHTTPException, PeerSpeaksTls>>(
-                "the server speaks TLS on this port; connect to it with an SSLContext");
+        const bool inHead = !parser_->is_header_done();
+        if (inHead) {
+            checkForTls();
         }
-        completeHead();
+        const std::size_t ready = inHead ? readyHead() : input().size();
         error_code error;
-        const std::size_t parsed = parser_->put({&buffer_[begin_], end_ - begin_}, error);
+        const std::size_t parsed = parser_->put({&buffer_[begin_], ready}, error);
         begin_ += parsed;
         starved_ = error == beast::http::error::need_more;
+        if (inHead && parsed != 0) {
+            hasStatus_ = true;
+            headSearched_ = 0;
+        }
         if (error && !starved_) {
             failAt(error);
         }
         return parsed;
     }
 
+    void checkForTls() const {
+        if (looksLikeTls(input())) {
+            fail<detail::Marked<CIMClientMalformedHTTPException, PeerSpeaksTls>>(
+                "the server speaks TLS on this port; connect to it with an SSLContext");
+        }
+    }
+
     std::string_view input() const { return {&buffer_[begin_], end_ - begin_}; }
 
-    /// Once all of a head is there, makes it one that the parser takes.
-    void completeHead() {
-        if (headIsWhole_ || end_ == kBufferBytes) {
-            return;
+    /// How much of a head the parser gets now: its first line as it comes, so that what is no HTTP is noticed at once,
+    /// and all of the fields together, once they are such as it takes.
+    std::size_t readyHead() {
+        if (lacksBlankBehindStatus(input()) && end_ != kBufferBytes) {
+            char* const blank = &buffer_[begin_ + kStatusLength];
+            std::memmove(blank + 1, blank, end_ - begin_ - kStatusLength);
+            *blank = ' ';
+            ++end_;
         }
         constexpr std::string_view kEnd = "\r\n\r\n";
-        const std::size_t end = input().find(kEnd, headSearched_);
-        headIsWhole_ = end != std::string_view::npos;
-        if (!headIsWhole_) {
-            headSearched_ = input().size() - std::min(input().size(), kEnd.size() - 1);
-            return;
+        const bool hasNoFields = hasStatus_ && input().substr(0, 2) == kEnd.substr(0, 2);
+        const std::size_t end = hasNoFields ? 0 : input().find(kEnd, headSearched_);
+        if (end != std::string_view::npos) {
+            ignoresItsLength_ = hideOverriddenLength(&buffer_[begin_], std::min(end + kEnd.size(), input().size()));
+            return input().size();
         }
-        const HeadRepair repair = repairHead(&buffer_[begin_], end + kEnd.size(), end_ - begin_);
-        end_ = begin_ + repair.size;
-        ignoresItsLength_ = repair.ignoresItsLength;
+        headSearched_ = input().size() - std::min(input().size(), kEnd.size() - 1);
+        const std::size_t lineEnd = input().find('\n');
+        return hasStatus_ ? 0 : lineEnd == std::string_view::npos ? input().size() : lineEnd + 1;
     }
 
     /// False at the end of the stream.
@@ -247,8 +262,8 @@ class ResponseReader::Impl {
     std::size_t begin_ = 0;
     std::size_t end_ = 0;
     bool hasBegun_ = false;
-    bool starved_ = false; // what the buffer holds is not enough to go on
-    bool headIsWhole_ = false;
+    bool starved_ = false;         // what the buffer holds is not enough to go on
+    bool hasStatus_ = false;       // the parser, of the head that it is given
     std::size_t headSearched_ = 0; // how much of what the buffer holds has no end of a head
     bool ignoresItsLength_ = false;
 };
