@@ -30,7 +30,9 @@ using support::Connection;
 using support::HttpRequest;
 using support::ScriptedServer;
 using support::TestCertificate;
+using ::testing::AllOf;
 using ::testing::HasSubstr;
+using ::testing::Not;
 using ::testing::StartsWith;
 
 constexpr Uint32 kShort = 100;   // milliseconds, for what must time out
@@ -238,6 +240,55 @@ TEST_F(WireTest, GivesTheDetailsOfAnHttpErrorInPlainText) {
                                                 ", CIMError: unsupported-operation, No method \"\xC3\xA4\"\nhere");
     }
     EXPECT_EQ(countNames(), 2U);
+}
+
+// ---- Messages
+
+TEST_F(WireTest, AnErrorInAnAnswerNamesServerAndOperation) {
+    const auto answer = [](const std::string& response) {
+        return [response](const HttpRequest& request) { return WithLength(Message(IdOf(request), response)); };
+    };
+    const std::string begin = "EnumerateClassNames: ";
+    serveFirst(answer(Response("<IRETURNVALUE><CLASSNAME NAME=\"no name\"/></IRETURNVALUE>")));
+    EXPECT_THAT(
+        MessageOf<CIMClientXmlException>([&] { countNames(); }),
+        StartsWith(endpoint_ + ": " + begin + "the server's answer is not good CIM-XML: not a name: \"no name\""));
+    serveFirst(answer(Response("<IRETURNVALUE><CLASS NAME=\"A\"/></IRETURNVALUE>")));
+    EXPECT_THAT(MessageOf<CIMClientResponseException>([&] { countNames(); }),
+                StartsWith(endpoint_ + ": " + begin + "the server's answer holds a class"));
+}
+
+TEST_F(WireTest, TheNeedOfTlsIsGuessedOnlyWhereNothingHasEverCome) {
+    const std::string hint = "a port for TLS needs an SSLContext";
+    serve([](Connection& peer) { peer.ReadRequest(); });
+    EXPECT_THAT(MessageOf<CannotConnectException>([&] { countNames(); }), HasSubstr(hint));
+    const auto first = std::make_shared<std::atomic<bool>>(true);
+    serve([first](Connection& peer) {
+        const auto request = peer.ReadRequest();
+        if (request && first->exchange(false)) {
+            peer.Write(WithLength(Message(IdOf(*request), Response(kNames))));
+        }
+    });
+    EXPECT_EQ(countNames(), 2U);
+    EXPECT_THAT(MessageOf<CannotConnectException>([&] { countNames(); }),
+                AllOf(HasSubstr(endpoint_), Not(HasSubstr(hint))));
+}
+
+TEST_F(WireTest, LeniencyIsTheClientsChoiceAndItsFindingsAreTakenOnce) {
+    const std::string bad = Response("<IRETURNVALUE><CLASSNAME NAME=\"A\"/></IRETURNVALUE><!-- \xE4 -->");
+    const auto answer = [bad](const HttpRequest& request) { return WithLength(Message(IdOf(request), bad)); };
+    serveFirst(answer);
+    EXPECT_FALSE(client_.isLenient());
+    EXPECT_THROW(countNames(), CIMClientXmlException);
+    client_.setLenient(true);
+    EXPECT_TRUE(client_.isLenient());
+    serveFirst(answer);
+    EXPECT_EQ(countNames(), 1U);
+    EXPECT_EQ(client_.takeFindings().total, 1U);
+    EXPECT_EQ(client_.takeFindings().total, 0U);
+    client_.setLenient(false);
+    serveFirst(answer);
+    EXPECT_THROW(countNames(), CIMClientXmlException);
 }
 
 // ---- Credentials

@@ -10,12 +10,16 @@ namespace Pegasus::cimxml {
 class Findings {
   public:
     void add(const LenientFinding& finding) {
-        if (all_.total++ < LenientFindings::kMaxKept) {
+        addMore(finding.kind, 1);
+        if (all_.total <= LenientFindings::kMaxKept) {
             all_.first.append(finding);
         }
     }
     /// Counts some that nobody has in full.
-    void addMore(Uint64 count) { all_.total += count; }
+    void addMore(LenientFinding::Kind kind, Uint64 count) {
+        all_.total += count;
+        all_.counts[kind] += count;
+    }
     LenientFindings take() { return std::exchange(all_, {}); }
 
   private:

@@ -86,10 +86,14 @@ void InputText::take(std::size_t length) noexcept {
     }
 }
 
+bool InputText::isReplaced(std::string_view text) noexcept {
+    return text.substr(0, kReplacementText.size()) == kReplacementText;
+}
+
 bool InputText::takeNulls() noexcept {
     bool found = false;
     if (repairs_) {
-        for (; unread().substr(0, kReplacementText.size()) == kReplacementText; found = true)
+        for (; isReplaced(unread()); found = true)
             take(kReplacementText.size());
         return found;
     }

@@ -24,6 +24,8 @@ class InputText {
     std::string_view unread() const noexcept { return {bytes_.data() + begin_, checked_ - begin_}; }
     /// Says that so many bytes of the unread text are read.
     void take(std::size_t length) noexcept;
+    /// Whether a text begins with the character that is put in the place of those that are not accepted.
+    static bool isReplaced(std::string_view text) noexcept;
     /// Takes null characters, and the characters that are put in their place, off the front. False when there are none.
     bool takeNulls() noexcept;
 

@@ -7,6 +7,8 @@ namespace Pegasus::cimxml {
 void ObjectFindings::add(Finding finding) {
     if (count_++ < LenientFindings::kMaxKept)
         first_.push_back(std::move(finding));
+    else
+        ++others_[finding.kind];
 }
 
 void ObjectFindings::within(std::size_t since, std::string_view element) {

@@ -2,6 +2,7 @@
 
 #include <Pegasus/Client/LenientFinding.h>
 
+#include <array>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -23,6 +24,8 @@ class ObjectFindings {
 
     std::size_t count() const noexcept { return count_; }
     const std::vector<Finding>& first() const noexcept { return first_; }
+    /// How many of a kind are not among these.
+    std::size_t countOfOthers(LenientFinding::Kind kind) const noexcept { return others_[kind]; }
 
     void add(Finding finding);
     /// Says that the findings from number `since` on are about a part of `element`.
@@ -30,13 +33,16 @@ class ObjectFindings {
     /// Says where they are: they were found in another text.
     void moveTo(std::size_t since, std::size_t position);
     void clear() noexcept {
-        if (count_ != 0)
+        if (count_ != 0) {
             first_.clear();
+            others_ = {};
+        }
         count_ = 0;
     }
 
   private:
     std::size_t count_ = 0;
+    std::array<std::size_t, LenientFinding::kKinds> others_{};
     std::vector<Finding> first_;
 };
 

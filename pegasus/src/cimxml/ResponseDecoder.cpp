@@ -186,8 +186,11 @@ class ResponseDecoder::Impl {
         const XmlReader::Ahead ahead = reader_.ahead();
         const std::size_t between = reader_.position();
         inObject_ = ahead == XmlReader::Ahead::Element && level_ == kInReturnValue;
-        if (ahead == XmlReader::Ahead::Text)
+        if (ahead == XmlReader::Ahead::Text) {
+            if (takesNullsAt(reader_.position()))
+                return true;
             throwText();
+        }
         if (ahead == XmlReader::Ahead::EndTag)
             leaveEnvelope();
         else if (ahead == XmlReader::Ahead::Element)
@@ -205,6 +208,16 @@ class ResponseDecoder::Impl {
     }
 
     bool isBehindDocument() const { return level_ == 0 && nextLevel_ != 0; }
+
+    /// Takes what stands for null characters in a text that is repaired, behind the document and at a position.
+    bool takesNullsAt(std::size_t position) {
+        if (!isBehindDocument() || !InputText::isReplaced(input_.unread().substr(position)))
+            return false;
+        countFrame(position);
+        input_.take(position);
+        reading_ = false;
+        return input_.takeNulls();
+    }
 
     [[noreturn]] void throwText() const {
         if (isBehindDocument())
@@ -340,7 +353,8 @@ class ResponseDecoder::Impl {
         for (const auto& finding : found.first())
             findings_->add({finding.kind, className.getString(), pathText, String(finding.element),
                             String(finding.text), String(finding.reason), input_.offsetOf(finding.position)});
-        findings_->addMore(found.count() - found.first().size());
+        for (const auto kind : {LenientFinding::UNREADABLE_VALUE, LenientFinding::DOUBLED_PROPERTY})
+            findings_->addMore(kind, found.countOfOthers(kind));
     }
 
     static String cut(std::string_view text) {

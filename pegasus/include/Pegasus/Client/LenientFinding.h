@@ -13,6 +13,7 @@ struct LenientFinding {
         FOREIGN_BYTES,    ///< bytes that are not UTF-8, or a character that XML does not have: see `reason`
         DOUBLED_PROPERTY  ///< the object has the property twice: the last one counts
     };
+    static constexpr Uint32 kKinds = 3;
 
     Kind kind = UNREADABLE_VALUE;
     String className;  ///< of the object; empty where it is not known
@@ -30,6 +31,7 @@ struct LenientFindings {
 
     Array<LenientFinding> first; ///< in the order of the answers, not more than kMaxKept
     Uint64 total = 0;
+    Uint64 counts[LenientFinding::kKinds] = {}; ///< by kind
 };
 
 } // namespace Pegasus
