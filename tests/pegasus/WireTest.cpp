@@ -137,7 +137,7 @@ TEST_F(WireTest, ReportsTheErrorInTheTrailersWhateverTheBodySays) {
     const std::string status = "CIMStatusCode: 6\r\n";
     const std::string described = status + "CIMStatusCodeDescription: ";
     const std::vector<ServerError> errors = {
-        {"", status, CIM_ERR_NOT_FOUND, "CIM_ERR_NOT_FOUND: "},
+        {"", status, CIM_ERR_NOT_FOUND, "CIM_ERR_NOT_FOUND: the server says no more than this"},
         {"", described + "no%20%C3%A4%2f%E2%82%AC\r\n", CIM_ERR_NOT_FOUND,
          "CIM_ERR_NOT_FOUND: no \xC3\xA4/\xE2\x82\xAC"},
         {"", described + "CIM_ERR_NOT_FOUND%3A%20A\r\n", CIM_ERR_NOT_FOUND, "CIM_ERR_NOT_FOUND: A"},
@@ -145,7 +145,8 @@ TEST_F(WireTest, ReportsTheErrorInTheTrailersWhateverTheBodySays) {
         {"", "cimstatuscode:6\r\nCIMSTATUSCODEDESCRIPTION:\ta\r\n", CIM_ERR_NOT_FOUND, "CIM_ERR_NOT_FOUND: a"},
         {"", "X: y\r\nCIMStatusCodeDescription: a\r\nCIMStatusCode:  006 \r\n", CIM_ERR_NOT_FOUND,
          "CIM_ERR_NOT_FOUND: a"},
-        {"", "CIMStatusCode: 28\r\n", CIM_ERR_SERVER_IS_SHUTTING_DOWN, "CIM_ERR_SERVER_IS_SHUTTING_DOWN: "},
+        {"", "CIMStatusCode: 28\r\n", CIM_ERR_SERVER_IS_SHUTTING_DOWN,
+         "CIM_ERR_SERVER_IS_SHUTTING_DOWN: the server says no more than this"},
         {"", "CIMStatusCode: 29\r\nCIMStatusCodeDescription: new\r\n", CIM_ERR_FAILED,
          "CIM_ERR_FAILED: unknown status code 29: new"},
         {"<IRETURNVALUE/>", described + "a\r\n", CIM_ERR_NOT_FOUND, "CIM_ERR_NOT_FOUND: a"},
