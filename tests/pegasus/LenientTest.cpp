@@ -147,17 +147,12 @@ TEST(LenientTest, OfADoubledPropertyTheLastCounts) {
     const std::string content = property("P", "uint8", "1") + property("Q", "uint8", "2") +
                                 property("p", "string", "3") + property("P", "uint8", "4") +
                                 property("R", "uint8", "5");
-    const LenientAnswer answer = decodeLeniently(bodyWith(named(content) + "<CLASS NAME=\"C\" SUPERCLASS=\"B\">" +
-                                                          content + "<METHOD NAME=\"M\" TYPE=\"uint8\"/></CLASS>"));
+    const LenientAnswer answer = decodeLeniently(bodyWith(named(content)));
     const CIMInstance& instance = answer.instances.at(0);
     ASSERT_EQ(instance.getPropertyCount(), 3U);
     EXPECT_EQ(instance.getProperty(instance.findProperty("P")).getValue(), CIMValue(Uint8(4)));
     EXPECT_EQ(instance.getPath(), CIMObjectPath("A.K=\"k\""));
-    const CIMClass& cimClass = answer.classes.at(0);
-    EXPECT_EQ(cimClass.getPropertyCount(), 3U);
-    EXPECT_EQ(cimClass.getMethodCount(), 1U);
-    EXPECT_EQ(cimClass.getSuperClassName(), CIMName("B"));
-    ASSERT_EQ(answer.findings.total, 4U);
+    ASSERT_EQ(answer.findings.total, 2U);
     EXPECT_EQ(answer.findings.first[0].kind, LenientFinding::DOUBLED_PROPERTY);
     EXPECT_EQ(text(answer.findings.first[0].element), "p");
 }

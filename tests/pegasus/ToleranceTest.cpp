@@ -151,14 +151,19 @@ TEST(RefusalTest, ADoubledPropertyIsAnErrorHoweverManyOthersThereAre) {
         for (int i = 0; i < others; ++i)
             properties += "<PROPERTY NAME=\"P" + std::to_string(i) + "\" TYPE=\"uint8\"/>";
         const std::string again = "<PROPERTY.ARRAY NAME=\"tWICE\" TYPE=\"string\"/>";
-        for (const std::string& element : {std::string("INSTANCE CLASSNAME"), std::string("CLASS NAME")}) {
-            const std::string end = "</" + element.substr(0, element.find(' ')) + ">";
-            EXPECT_EQ(errorInBodyWith("<" + element + "=\"A\">" + properties + end), "") << others;
-            EXPECT_THAT(errorInBodyWith("<" + element + "=\"A\">" + properties + again + end),
-                        HasSubstr("the property tWICE comes twice"))
-                << others;
-        }
+        const auto instance = [](const std::string& content) {
+            return "<INSTANCE CLASSNAME=\"A\">" + content + "</INSTANCE>";
+        };
+        EXPECT_EQ(errorInBodyWith(instance(properties)), "") << others;
+        EXPECT_THAT(errorInBodyWith(instance(properties + again)), HasSubstr("the property tWICE comes twice"))
+            << others;
     }
+}
+
+TEST(ToleranceTest, AClassIsDeliveredWithAllThatItDeclaresAlsoTwice) {
+    const std::string property = "<PROPERTY NAME=\"P\" TYPE=\"uint8\"/>";
+    EXPECT_EQ(decodeBodyWith("<CLASS NAME=\"A\">" + property + property + "</CLASS>").classes.at(0).getPropertyCount(),
+              2U);
 }
 
 TEST(RefusalTest, OfTwoErrorsTheFirstCounts) {

@@ -132,16 +132,6 @@ CIMInstance without(const std::vector<Uint32>& indices, const CIMInstance& insta
     return rest;
 }
 
-CIMClass without(const std::vector<Uint32>& indices, const CIMClass& cimClass) {
-    CIMClass rest(cimClass.getClassName(), cimClass.getSuperClassName());
-    for (Uint32 i = 0; i < cimClass.getQualifierCount(); ++i)
-        rest.addQualifier(cimClass.getQualifier(i));
-    addAllBut(indices, cimClass, rest);
-    for (Uint32 i = 0; i < cimClass.getMethodCount(); ++i)
-        rest.addMethod(cimClass.getMethod(i));
-    return rest;
-}
-
 /// Sees to it that an embedded object, or the end behind it, comes next.
 void expect(XmlReader::Ahead expected, XmlReader& reader) {
     const XmlReader::Ahead ahead = reader.ahead();
@@ -180,15 +170,12 @@ void ObjectDecoder::startAnswer(const Checkpoint* checkpoint, bool lenient) noex
 CIMClass ObjectDecoder::decodeClass(XmlReader& reader) {
     const Attributes& attributes = reader.attributes();
     CIMClass cimClass(names_.get(attributes.get("NAME")), optionalName(attributes, "SUPERCLASS"));
-    PropertyNames names;
     while (reader.nextElement()) {
         if (reader.name() == "METHOD")
             cimClass.addMethod(decodeMethod(reader));
-        else if (!addProperty(cimClass, names, reader) && !addQualifier(cimClass, reader))
+        else if (!addProperty(cimClass, nullptr, reader) && !addQualifier(cimClass, reader))
             reader.throwUnexpected();
     }
-    if (!names.replaced().empty())
-        cimClass = without(names.replaced(), cimClass);
     return cimClass;
 }
 
@@ -196,7 +183,7 @@ CIMInstance ObjectDecoder::decodeInstance(XmlReader& reader) {
     CIMInstance instance(names_.get(reader.attributes().get("CLASSNAME")));
     PropertyNames names;
     while (reader.nextElement()) {
-        if (addProperty(instance, names, reader))
+        if (addProperty(instance, &names, reader))
             continue;
         // The qualifiers of an instance are deprecated (DSP0200); its class has them.
         if (reader.name() != "QUALIFIER")
@@ -350,7 +337,7 @@ bool ObjectDecoder::addQualifier(Owner& owner, XmlReader& reader) {
 }
 
 template <class Owner>
-bool ObjectDecoder::addProperty(Owner& owner, PropertyNames& names, XmlReader& reader) {
+bool ObjectDecoder::addProperty(Owner& owner, PropertyNames* names, XmlReader& reader) {
     const PropertyHead& head =
         propertyHeads_.get(reader.tag(), [&](const StartTag& tag) { return decodePropertyHead(tag); });
     if (!head.isProperty)
@@ -370,8 +357,9 @@ bool ObjectDecoder::addProperty(Owner& owner, PropertyNames& names, XmlReader& r
             reader.throwUnexpected();
         }
     }
-    if (const Uint32 earlier = names.add(owner, property.getName(), nameHash); earlier != PEG_NOT_FOUND)
-        takeDoubled(property.getName(), earlier, names, reader);
+    const Uint32 earlier = names ? names->add(owner, property.getName(), nameHash) : PEG_NOT_FOUND;
+    if (earlier != PEG_NOT_FOUND)
+        takeDoubled(property.getName(), earlier, *names, reader);
     if (findings_.count() != found)
         findings_.within(found, property.getName().getString().view());
     owner.addProperty(property);

@@ -80,8 +80,9 @@ class ObjectDecoder {
     /// Add the element to the object that it describes; false when it is of another kind.
     template <class Owner>
     bool addQualifier(Owner& owner, XmlReader& reader);
+    /// No name comes twice among `names`, where they are given.
     template <class Owner>
-    bool addProperty(Owner& owner, PropertyNames& names, XmlReader& reader);
+    bool addProperty(Owner& owner, PropertyNames* names, XmlReader& reader);
     bool addParameter(CIMMethod& method, XmlReader& reader);
 
     /// The value in a VALUE element of some form.
