@@ -104,6 +104,8 @@ struct Parser {
                        "How long to wait for an answer, 120 unless given; connecting takes 20 of them at most")
             ->type_name("SECONDS")
             ->check(CLI::Range(kShortestTimeout, kLongestTimeout).description(""));
+        app.add_flag("--strict", options.strict,
+                     "Refuse an answer of which a part cannot be read, instead of showing the rest with status 7");
         app.add_option("--plugin", options.plugin, "The plug-in to load")->type_name("FILE");
         AddChoice("--log", "LEVEL", "Write the log to the error stream: " + Listed(kLevels), kLevels,
                   options.log_level);

@@ -9,8 +9,8 @@ namespace NQORVYX20 {
 // Another key with the prefix is refused, and so are a value of another type than its key's, an empty text, and values
 // that contradict each other: after a line in the log that names the key, TVYXException 14 is thrown.
 //
-// All but the first key are for connect(). The operator of the machine can set them, too, for the servers of his
-// choice, as defaults or in the place of the host's (docs/policy.md).
+// All but kReadingKey and kLenientKey are for connect(). The operator of the machine can set them, too, for the servers
+// of his choice, as defaults or in the place of the host's (docs/policy.md).
 
 /// How the namespace reads its server: one of the two texts below; compatibly without the key.
 constexpr const char* kReadingKey = "cimhttp.reading";
@@ -22,6 +22,13 @@ constexpr const char* kCompatibleReading = "compatible";
 /// The reading that loses nothing: null is null, every instance is of its own class under the server's path, what
 /// cannot be read is reported.
 constexpr const char* kFaithfulReading = "faithful";
+
+/// A boolean, for faithful namespaces: where it is true, what an answer holds that cannot be read costs that alone. A
+/// value that is none of its type is null, bytes that are not UTF-8 are taken as Latin-1 or as U+FFFD, of a property
+/// that comes twice the last is kept; each is an incident (ReadingIncidents.h). Without the key, or with false, such an
+/// answer fails as a whole. Refused where it is true and the reading is compatible. Without effect where the client
+/// library is not the project's own.
+constexpr const char* kLenientKey = "cimhttp.lenient";
 
 /// The remote namespace, a text such as "root/interop"; "root/cimv2" without the key. A text that is no name of a
 /// namespace is refused.

@@ -17,7 +17,10 @@ struct ReadingIncident {
         kBadName,            ///< the host cannot keep an element of this name
         kDoubledPath,        ///< an instance before has the same path
         kNoDefinition,       ///< the server did not give the class's definition; the instance is kept as it was sent
-        kNotAnInstance       ///< the server sent a class where instances were asked for
+        kNotAnInstance,      ///< the server sent a class where instances were asked for
+        kUnreadableValue,    ///< a text that is no value of the type that the server gives with it; it is null
+        kForeignBytes,       ///< a text that is not in UTF-8, taken as Latin-1 or with U+FFFD where that has nothing
+        kDoubledProperty     ///< the object has the property twice; the last one is kept
     };
 
     Cause cause;
@@ -39,6 +42,12 @@ class ReadingIncidents {
         if (fFirst.size() < kMaxKept) {
             fFirst.push_back(std::move(incident));
         }
+    }
+
+    /// Counts some of which nothing else is known.
+    void AddMore(ReadingIncident::Cause cause, std::size_t count) {
+        fCounts[cause] += count;
+        fTotal += count;
     }
 
     bool IsEmpty() const { return fTotal == 0; }

@@ -57,6 +57,21 @@ bool IsFaithfulIn(const TCIMContext& context) {
     return reading == kFaithfulReading;
 }
 
+bool IsLenientIn(const TCIMContext& context, bool isFaithful) {
+    const auto entry = context.find(kLenientKey);
+    if (entry == context.end()) {
+        return false;
+    }
+    if (entry->second.IsNull() || entry->second.GetType() != ECIMType::eCIMBoolean) {
+        Refuse(kLenientKey, "is neither true nor false");
+    }
+    const bool isLenient = static_cast<bool>(entry->second);
+    if (isLenient && !isFaithful) {
+        Refuse(kLenientKey, std::string("is true, which the reading '") + kCompatibleReading + "' does not have");
+    }
+    return isLenient;
+}
+
 /// What a value of the host's is as one of an option; empty when it is of a type that options do not have.
 std::optional<ConnectionOptions::Value> OptionValueOf(const TCIMValue& value) {
     if (value.IsNull()) {
@@ -81,7 +96,7 @@ std::optional<ConnectionOptions::Value> OptionValueOf(const TCIMValue& value) {
 }
 
 [[noreturn]] void RefuseUnknown(const std::string& key) {
-    std::vector<std::string> keys{kReadingKey};
+    std::vector<std::string> keys{kReadingKey, kLenientKey};
     for (const OptionRule& rule : OptionRules()) {
         keys.push_back(rule.key);
     }
@@ -103,7 +118,7 @@ void TakeOption(const std::string& key, const TCIMValue& value, ConnectionOption
 ConnectionOptions ConnectionIn(const TCIMContext& context) {
     ConnectionOptions options;
     for (const auto& [key, value] : context) {
-        if (key.rfind(kKeyPrefix, 0) == 0 && key != kReadingKey) {
+        if (key.rfind(kKeyPrefix, 0) == 0 && key != kReadingKey && key != kLenientKey) {
             TakeOption(key, value, options);
         }
     }
@@ -119,6 +134,9 @@ ConnectionOptions ConnectionIn(const TCIMContext& context) {
 } // namespace
 
 NamespaceOptions::NamespaceOptions(const TCIMContext& context)
-    : fPluginName(PluginNameOf(context)), fIsFaithful(IsFaithfulIn(context)), fConnection(ConnectionIn(context)) {}
+    : fPluginName(PluginNameOf(context)),
+      fIsFaithful(IsFaithfulIn(context)),
+      fIsLenient(IsLenientIn(context, fIsFaithful)),
+      fConnection(ConnectionIn(context)) {}
 
 } // namespace NQORVYX20

@@ -17,11 +17,13 @@ class NamespaceOptions {
 
     const std::string& PluginName() const { return fPluginName; }
     bool IsFaithful() const { return fIsFaithful; }
+    bool IsLenient() const { return fIsLenient; }
     const ConnectionOptions& Connection() const { return fConnection; }
 
   private:
     std::string fPluginName;
     bool fIsFaithful = false;
+    bool fIsLenient = false;
     ConnectionOptions fConnection;
 };
 

@@ -108,6 +108,7 @@ void TCimHTTPNamespace::Initialize(TCIMContext context) {
     if (options.IsFaithful()) {
         fReading = boost::make_shared<FaithfulReading>(shared_from_this());
         fNames = fReading->Names();
+        fServer->SetLenient(options.IsLenient());
     }
     fRootClass = boost::dynamic_pointer_cast<TCimHTTPClass>(
         AllocateClass(kRootClassName, boost::shared_ptr<ICIMClass>(), TCIMContext()));
@@ -201,6 +202,16 @@ bool TCimHTTPNamespace::WouldVerify(const std::string& host, int port) const {
 void TCimHTTPNamespace::disconnect() {
     getPegClient()->disconnect();
     fConnected = false;
+}
+
+const ReadingIncidents& TCimHTTPNamespace::Incidents() {
+    fServer->MoveFindingsTo(fReport);
+    return fReport.Incidents();
+}
+
+ReadingIncidents TCimHTTPNamespace::TakeIncidents() {
+    fServer->MoveFindingsTo(fReport);
+    return fReport.TakeIncidents();
 }
 
 bool TCimHTTPNamespace::isConnected() { return fConnected; }

@@ -58,8 +58,8 @@ class TCimHTTPNamespace : public ICIMNamespace, public boost::enable_shared_from
     const std::optional<RemoteFailure>& LastFailure() const { return fReport.Failure(); }
 
     /// What could not be taken from the server's answers, since the namespace was made or TakeIncidents was called.
-    const ReadingIncidents& Incidents() const { return fReport.Incidents(); }
-    ReadingIncidents TakeIncidents() { return fReport.TakeIncidents(); }
+    const ReadingIncidents& Incidents();
+    ReadingIncidents TakeIncidents();
 
     /// Connects to a server: plain on port 5988, with TLS but without verification of the server on port 5989. On any
     /// other port nothing is attempted, and the namespace counts as connected all the same. The context of

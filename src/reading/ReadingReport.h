@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <utility>
 
@@ -17,7 +18,10 @@ class ReadingReport {
     void Fail(RemoteFailure failure) { fFailure = std::move(failure); }
     void Add(ReadingIncident incident) { fIncidents.Add(std::move(incident)); }
 
-    /// The same, with a warning in the log.
+    /// Counts some of which nothing else is known.
+    void AddMore(ReadingIncident::Cause cause, std::size_t count) { fIncidents.AddMore(cause, count); }
+
+    /// The same as Add(), with a warning in the log.
     void AddAndLog(ReadingIncident incident);
 
     const std::optional<RemoteFailure>& Failure() const { return fFailure; }

@@ -7,6 +7,14 @@
 #define CIMHTTP_HAS_CLIENT_LIMITS 1
 #endif
 
+#if __has_include(<Pegasus/Client/LenientFinding.h>)
+#include <Pegasus/Client/LenientFinding.h>
+#define CIMHTTP_HAS_LENIENT_FINDINGS 1
+#endif
+
+#include "convert/RemoteText.h"
+#include "reading/ReadingReport.h"
+
 namespace NQORVYX20 {
 
 namespace {
@@ -20,6 +28,27 @@ constexpr bool kClassOrigin = true;
 Pegasus::CIMName NameOrNull(const std::string& name) {
     return name.empty() ? Pegasus::CIMName() : Pegasus::CIMName(name.c_str());
 }
+
+#ifdef CIMHTTP_HAS_LENIENT_FINDINGS
+
+ReadingIncident::Cause CauseOf(Pegasus::LenientFinding::Kind kind) {
+    switch (kind) {
+    case Pegasus::LenientFinding::FOREIGN_BYTES:
+        return ReadingIncident::Cause::kForeignBytes;
+    case Pegasus::LenientFinding::DOUBLED_PROPERTY:
+        return ReadingIncident::Cause::kDoubledProperty;
+    default:
+        return ReadingIncident::Cause::kUnreadableValue;
+    }
+}
+
+ReadingIncident IncidentOf(const Pegasus::LenientFinding& finding) {
+    return {CauseOf(finding.kind), ToStdString(finding.className), ToStdString(finding.path),
+            ToStdString(finding.element),
+            ToStdString(finding.reason) + ", at byte " + std::to_string(finding.offset) + " of the answer"};
+}
+
+#endif
 
 } // namespace
 
@@ -46,6 +75,32 @@ bool RemoteServer::SetLimits(std::optional<std::uint64_t> connectMilliseconds, s
     return !connectMilliseconds && !answerBytes && !answerObjects;
 #endif
 }
+
+#ifdef CIMHTTP_HAS_LENIENT_FINDINGS
+
+void RemoteServer::SetLenient(bool lenient) { fClient->setLenient(lenient); }
+
+void RemoteServer::MoveFindingsTo(ReadingReport& report) {
+    Pegasus::LenientFindings findings = fClient->takeFindings();
+    for (Pegasus::Uint32 i = 0; i < findings.first.size(); ++i) {
+        const Pegasus::LenientFinding& finding = findings.first[i];
+        --findings.counts[finding.kind];
+        report.AddAndLog(IncidentOf(finding));
+    }
+    for (Pegasus::Uint32 kind = 0; kind < Pegasus::LenientFinding::kKinds; ++kind) {
+        if (findings.counts[kind] != 0) {
+            report.AddMore(CauseOf(static_cast<Pegasus::LenientFinding::Kind>(kind)), findings.counts[kind]);
+        }
+    }
+}
+
+#else
+
+void RemoteServer::SetLenient(bool /*lenient*/) {}
+
+void RemoteServer::MoveFindingsTo(ReadingReport& /*report*/) {}
+
+#endif
 
 Pegasus::CIMQualifierDecl RemoteServer::GetQualifier(const Pegasus::CIMName& name) {
     return fClient->getQualifier(*fNamespace, name);

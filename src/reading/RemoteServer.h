@@ -9,6 +9,8 @@
 
 namespace NQORVYX20 {
 
+class ReadingReport;
+
 /// Which of an object's associations count. Texts that are empty let all of them count.
 struct AssociationRequest {
     Pegasus::CIMNamespaceName nameSpace;
@@ -37,6 +39,10 @@ class RemoteServer {
     /// when it has no such limits.
     bool SetLimits(std::optional<std::uint64_t> connectMilliseconds, std::optional<std::uint64_t> answerBytes,
                    std::optional<std::uint64_t> answerObjects);
+    /// Whether the next answers are read as far as they can be; without effect when the client library cannot do that.
+    void SetLenient(bool lenient);
+    /// Adds what could not be read of the answers since the last call, and writes it to the log.
+    void MoveFindingsTo(ReadingReport& report);
     void SetNamespace(const Pegasus::CIMNamespaceName& nameSpace) { *fNamespace = nameSpace; }
 
     // --- Sent by both readings ---

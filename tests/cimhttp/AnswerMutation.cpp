@@ -39,7 +39,7 @@ const std::map<std::string, Texts> kValues{
 
 /// Texts that are no value of a type.
 const std::map<std::string, Texts> kGarbage{
-    {"boolean", {"maybe", "", "1", "TRUE FALSE"}},
+    {"boolean", {"maybe", "0", "1", "TRUE FALSE"}},
     {"char16", {"", "ab", "\xF0\x9F\x98\x80"}},
     {"datetime", {"yesterday", "20261340000000.000000+000", "2026", "20260228120000.000000 000"}},
 };

@@ -397,6 +397,43 @@ TEST_F(InstancesTest, TheLogListsWhatCannotBeTakenOver) {
     EXPECT_THAT(run.errors, AllOf(HasSubstr("Odd"), HasSubstr("Strange"), Not(HasSubstr("--log warning lists"))));
 }
 
+TEST_F(InstancesTest, ValuesThatCannotBeReadAreCountedByCauseAndTheRestIsShown) {
+    fServer.Answer(
+        "EnumerateInstances", "TEST_Disk",
+        InstanceXml("TEST_Disk", "sda", PropertyXml("Size", "uint64", "many")) +
+            InstanceXml("TEST_Disk", "sdb", PropertyXml("Size", "uint64", "-1")) +
+            InstanceXml("TEST_Disk", "sdc", PropertyXml("Size", "uint64", "3") + PropertyXml("Size", "uint64", "4")));
+    const auto run = Run({"instances", "TEST_Disk", "--property", "Name,Size", "--raw", "-o", "csv", "--wide"});
+    EXPECT_EQ(run.status, 7);
+    EXPECT_THAT(run.output, AllOf(HasSubstr("sda,\r\n"), HasSubstr("sdb,\r\n"), HasSubstr("sdc,4\r\n")));
+    EXPECT_THAT(run.errors,
+                StartsWith("cimhttp: 3 values could not be taken over (2 that cannot be read, 1 twice in one "
+                           "object); the first: Size of TEST_Disk.Name=\"sda\": not an integer: many, at byte "));
+}
+
+TEST_F(InstancesTest, StrictlyAnAnswerWithAValueThatCannotBeReadFails) {
+    fServer.Answer("EnumerateInstances", "TEST_Disk",
+                   InstanceXml("TEST_Disk", "sda", PropertyXml("Size", "uint64", "many")) +
+                       InstanceXml("TEST_Disk", "sdb", PropertyXml("Size", "uint64", "2")));
+    const auto run = Run({"--strict", "instances", "TEST_Disk"});
+    EXPECT_EQ(run.status, 6);
+    EXPECT_EQ(run.output, "");
+    EXPECT_THAT(run.errors, HasSubstr("not an integer: many, in property Size of TEST_Disk.Name=\"sda\", at byte "));
+}
+
+TEST_F(InstancesTest, ControlCharactersOfAServerAreShownEscaped) {
+    AnswerWith(DeclarationXml("Label", "string"), PropertyXml("Label", "string", "a&#1;b\x1b[2Jc"));
+    for (const char* form : {"table", "plain", "json", "csv", "mof"}) {
+        const auto run = Run({"instances", "TEST_Disk", "-o", form});
+        EXPECT_EQ(run.output.find('\x01'), std::string::npos) << form;
+        EXPECT_EQ(run.output.find('\x1b'), std::string::npos) << form;
+        EXPECT_THAT(run.output, HasSubstr("a")) << form;
+    }
+    EXPECT_EQ(json::parse(Run({"instances", "TEST_Disk", "-o", "json"}).output).dump().find("a\\u0001b\\u001b[2Jc") !=
+                  std::string::npos,
+              true);
+}
+
 TEST_F(InstancesTest, AnInstanceWithAValueThatCannotBeTakenOverMakesAStatus) {
     fServer.Answer("GetInstance", "", BareInstanceXml("TEST_Disk", "sda", PropertyXml("Odd", "string", "x")));
     const auto run = Run({"instance", "TEST_Disk.Name=\"sda\""});

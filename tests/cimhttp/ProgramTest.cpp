@@ -382,7 +382,9 @@ TEST_F(ProgramTest, AServerThatClosesInTheMiddleOfAnAnswerFails) {
 
 TEST_F(ProgramTest, AServerOfAnotherKindIsDoubted) {
     fServer.AnswerNextWith("HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\n\r\n");
-    ExpectOneLine(Run({"classes"}), 6, "HTTP error 404 Not Found; is it a CIM server that answers there?");
+    ExpectOneLine(Run({"classes"}), 6,
+                  "HTTP error 404 Not Found from " + fServer.Address() +
+                      ":5988; is it a CIM server that answers there?");
     fServer.AnswerNextWith(
         "HTTP/1.1 501 Not Implemented\r\nCIMError: unsupported-operation\r\nContent-Length: 0\r\n\r\n");
     ExpectOneLine(Run({"classes"}), 6, "CIMError: unsupported-operation\n");

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -69,6 +70,70 @@ TEST(CimAnswer, IsMalformedWithoutTheRightOperation) {
     EXPECT_THROW(checkCimAnswer(head, kEndpoint), CIMClientMalformedHTTPException);
     head.fields.add("CIMOPERATION", "MethodCall");
     EXPECT_THROW(checkCimAnswer(head, kEndpoint), CIMClientMalformedHTTPException);
+}
+
+TEST(CimAnswer, MayHaveItsHeadersWithThePrefixOfMPost) {
+    HttpHead head;
+    head.status = 200;
+    head.fields.add("Ext", "");
+    head.fields.add("Man", "http://www.dmtf.org/cim/mapping/http/v1.0 ; ns=73");
+    head.fields.add("73-CIMOperation", "MethodResponse");
+    EXPECT_NO_THROW(checkCimAnswer(head, kEndpoint));
+    for (const char* name : {"7-CIMOperation", "730-CIMOperation", "AB-CIMOperation", "73CIMOperation"}) {
+        HttpHead other;
+        other.status = 200;
+        other.fields.add(name, "MethodResponse");
+        EXPECT_THROW(checkCimAnswer(other, kEndpoint), CIMClientMalformedHTTPException) << name;
+    }
+    head.status = 400;
+    head.fields.add("73-CIMError", "request-not-valid");
+    try {
+        checkCimAnswer(head, kEndpoint);
+        FAIL() << "no exception";
+    } catch (const CIMClientHTTPErrorException& error) {
+        EXPECT_EQ(error.getCIMError(), String("request-not-valid"));
+    }
+    HttpFields trailers;
+    trailers.add("73-CIMStatusCode", "6");
+    EXPECT_THROW(checkCimTrailers(trailers, kEndpoint), CIMException);
+}
+
+std::string MessageFor(unsigned status, const std::vector<const char*>& challenges) {
+    HttpHead head;
+    head.status = status;
+    head.reason = "No";
+    for (const char* challenge : challenges) {
+        head.fields.add("WWW-Authenticate", challenge);
+    }
+    try {
+        checkCimAnswer(head, kEndpoint);
+        return "";
+    } catch (const CIMClientHTTPErrorException& error) {
+        return std::string(error.getMessage().view());
+    }
+}
+
+TEST(CimAnswer, ThatIsAnHttpErrorNamesTheServer) {
+    EXPECT_EQ(MessageFor(503, {"Basic"}), "HTTP error 503 No from server:5988");
+}
+
+TEST(CimAnswer, ThatWantsALoginNamesTheSchemes) {
+    const std::string begin = "HTTP error 401 No from server:5988, which ";
+    EXPECT_EQ(MessageFor(401, {}), begin + "names no scheme of logging in");
+    EXPECT_EQ(MessageFor(401, {""}), begin + "names no scheme of logging in");
+    EXPECT_EQ(MessageFor(401, {"Negotiate", "Digest realm=\"a, Basic\", nonce = \"b\", qop=auth"}),
+              begin + "offers Negotiate, Digest");
+    EXPECT_EQ(MessageFor(401, {"Basic realm=\"x\", Local \"root:1:2\""}), begin + "offers Basic, Local");
+    EXPECT_EQ(MessageFor(401, {"Negotiate YWJj==, NTLM"}), begin + "offers Negotiate, NTLM");
+}
+
+TEST(CimTrailers, WithoutADescriptionSaySo) {
+    try {
+        checkCimTrailers(Status("6", ""), kEndpoint);
+        FAIL() << "no exception";
+    } catch (const CIMException& error) {
+        EXPECT_EQ(error.getMessage(), String("CIM_ERR_NOT_FOUND: the server says no more than this"));
+    }
 }
 
 TEST(CimAnswer, WithAnotherStatusIsAnHttpError) {

@@ -358,7 +358,7 @@ const Operation kOperations[] = {
     {"EnumerateInstances",
      "A",
      [](CIMClient& client) { client.enumerateInstances(kNamespace, "A"); },
-     {"INSTANCE", "VALUE.NAMEDINSTANCE"}},
+     {"VALUE.NAMEDINSTANCE"}},
     {"EnumerateInstanceNames",
      "A",
      [](CIMClient& client) { client.enumerateInstanceNames(kNamespace, "A"); },

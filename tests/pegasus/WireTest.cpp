@@ -30,7 +30,9 @@ using support::Connection;
 using support::HttpRequest;
 using support::ScriptedServer;
 using support::TestCertificate;
+using ::testing::AllOf;
 using ::testing::HasSubstr;
+using ::testing::Not;
 using ::testing::StartsWith;
 
 constexpr Uint32 kShort = 100;   // milliseconds, for what must time out
@@ -91,7 +93,9 @@ class WireTest : public ::testing::Test {
         client_.disconnect();
         client_.setTimeout(kAmple);
         server_ = std::make_unique<ScriptedServer>(std::move(script));
-        client_.connect(String(server_->Address()), server_->Listen(5988), "", "");
+        const std::uint16_t port = server_->Listen(5988);
+        endpoint_ = server_->Address() + (":" + std::to_string(port));
+        client_.connect(String(server_->Address()), port, "", "");
     }
 
     /// The same, with a server that gives this answer to the first request and good ones to all others. It closes the
@@ -113,6 +117,7 @@ class WireTest : public ::testing::Test {
 
     CIMClient client_;
     std::unique_ptr<ScriptedServer> server_;
+    std::string endpoint_; ///< the server's address and port
 
   private:
     std::shared_ptr<std::atomic<bool>> answered_;
@@ -132,7 +137,7 @@ TEST_F(WireTest, ReportsTheErrorInTheTrailersWhateverTheBodySays) {
     const std::string status = "CIMStatusCode: 6\r\n";
     const std::string described = status + "CIMStatusCodeDescription: ";
     const std::vector<ServerError> errors = {
-        {"", status, CIM_ERR_NOT_FOUND, "CIM_ERR_NOT_FOUND: "},
+        {"", status, CIM_ERR_NOT_FOUND, "CIM_ERR_NOT_FOUND: the server says no more than this"},
         {"", described + "no%20%C3%A4%2f%E2%82%AC\r\n", CIM_ERR_NOT_FOUND,
          "CIM_ERR_NOT_FOUND: no \xC3\xA4/\xE2\x82\xAC"},
         {"", described + "CIM_ERR_NOT_FOUND%3A%20A\r\n", CIM_ERR_NOT_FOUND, "CIM_ERR_NOT_FOUND: A"},
@@ -140,7 +145,8 @@ TEST_F(WireTest, ReportsTheErrorInTheTrailersWhateverTheBodySays) {
         {"", "cimstatuscode:6\r\nCIMSTATUSCODEDESCRIPTION:\ta\r\n", CIM_ERR_NOT_FOUND, "CIM_ERR_NOT_FOUND: a"},
         {"", "X: y\r\nCIMStatusCodeDescription: a\r\nCIMStatusCode:  006 \r\n", CIM_ERR_NOT_FOUND,
          "CIM_ERR_NOT_FOUND: a"},
-        {"", "CIMStatusCode: 28\r\n", CIM_ERR_SERVER_IS_SHUTTING_DOWN, "CIM_ERR_SERVER_IS_SHUTTING_DOWN: "},
+        {"", "CIMStatusCode: 28\r\n", CIM_ERR_SERVER_IS_SHUTTING_DOWN,
+         "CIM_ERR_SERVER_IS_SHUTTING_DOWN: the server says no more than this"},
         {"", "CIMStatusCode: 29\r\nCIMStatusCodeDescription: new\r\n", CIM_ERR_FAILED,
          "CIM_ERR_FAILED: unknown status code 29: new"},
         {"<IRETURNVALUE/>", described + "a\r\n", CIM_ERR_NOT_FOUND, "CIM_ERR_NOT_FOUND: a"},
@@ -210,7 +216,9 @@ TEST_F(WireTest, ReportsEveryHttpErrorAndGoesOnAfterIt) {
                 ADD_FAILURE() << "no exception: " << answer;
             } catch (const CIMClientHTTPErrorException& error) {
                 EXPECT_EQ(error.getCode(), status);
-                EXPECT_EQ(Text(error.getMessage()), "HTTP error " + std::to_string(status) + " Reason");
+                EXPECT_EQ(Text(error.getMessage()), "HTTP error " + std::to_string(status) + " Reason from " +
+                                                        endpoint_ +
+                                                        (status == 401 ? ", which names no scheme of logging in" : ""));
             }
             EXPECT_EQ(countNames(), 2U) << answer;
         }
@@ -229,10 +237,59 @@ TEST_F(WireTest, GivesTheDetailsOfAnHttpErrorInPlainText) {
         EXPECT_EQ(error.getCode(), 400U);
         EXPECT_EQ(Text(error.getCIMError()), "unsupported-operation");
         EXPECT_EQ(Text(error.getCIMErrorDetail()), "No method \"\xC3\xA4\"\nhere");
-        EXPECT_EQ(Text(error.getMessage()),
-                  "HTTP error 400 Bad Request, CIMError: unsupported-operation, No method \"\xC3\xA4\"\nhere");
+        EXPECT_EQ(Text(error.getMessage()), "HTTP error 400 Bad Request from " + endpoint_ +
+                                                ", CIMError: unsupported-operation, No method \"\xC3\xA4\"\nhere");
     }
     EXPECT_EQ(countNames(), 2U);
+}
+
+// ---- Messages
+
+TEST_F(WireTest, AnErrorInAnAnswerNamesServerAndOperation) {
+    const auto answer = [](const std::string& response) {
+        return [response](const HttpRequest& request) { return WithLength(Message(IdOf(request), response)); };
+    };
+    const std::string begin = "EnumerateClassNames: ";
+    serveFirst(answer(Response("<IRETURNVALUE><CLASSNAME NAME=\"no name\"/></IRETURNVALUE>")));
+    EXPECT_THAT(
+        MessageOf<CIMClientXmlException>([&] { countNames(); }),
+        StartsWith(endpoint_ + ": " + begin + "the server's answer is not good CIM-XML: not a name: \"no name\""));
+    serveFirst(answer(Response("<IRETURNVALUE><CLASS NAME=\"A\"/></IRETURNVALUE>")));
+    EXPECT_THAT(MessageOf<CIMClientResponseException>([&] { countNames(); }),
+                StartsWith(endpoint_ + ": " + begin + "the server's answer holds a class"));
+}
+
+TEST_F(WireTest, TheNeedOfTlsIsGuessedOnlyWhereNothingHasEverCome) {
+    const std::string hint = "a port for TLS needs an SSLContext";
+    serve([](Connection& peer) { peer.ReadRequest(); });
+    EXPECT_THAT(MessageOf<CannotConnectException>([&] { countNames(); }), HasSubstr(hint));
+    const auto first = std::make_shared<std::atomic<bool>>(true);
+    serve([first](Connection& peer) {
+        const auto request = peer.ReadRequest();
+        if (request && first->exchange(false)) {
+            peer.Write(WithLength(Message(IdOf(*request), Response(kNames))));
+        }
+    });
+    EXPECT_EQ(countNames(), 2U);
+    EXPECT_THAT(MessageOf<CannotConnectException>([&] { countNames(); }),
+                AllOf(HasSubstr(endpoint_), Not(HasSubstr(hint))));
+}
+
+TEST_F(WireTest, LeniencyIsTheClientsChoiceAndItsFindingsAreTakenOnce) {
+    const std::string bad = Response("<IRETURNVALUE><CLASSNAME NAME=\"A\"/></IRETURNVALUE><!-- \xE4 -->");
+    const auto answer = [bad](const HttpRequest& request) { return WithLength(Message(IdOf(request), bad)); };
+    serveFirst(answer);
+    EXPECT_FALSE(client_.isLenient());
+    EXPECT_THROW(countNames(), CIMClientXmlException);
+    client_.setLenient(true);
+    EXPECT_TRUE(client_.isLenient());
+    serveFirst(answer);
+    EXPECT_EQ(countNames(), 1U);
+    EXPECT_EQ(client_.takeFindings().total, 1U);
+    EXPECT_EQ(client_.takeFindings().total, 0U);
+    client_.setLenient(false);
+    serveFirst(answer);
+    EXPECT_THROW(countNames(), CIMClientXmlException);
 }
 
 // ---- Credentials

@@ -543,18 +543,90 @@ TEST_F(FaithfulReadingTest, WhatCannotBeTakenOverIsReportedAndTheRestIsThere) {
         *nameSpace, PropertyXml("Size", "uint64") + PropertyXml("State", "uint16") + PropertyXml("Since", "datetime"),
         PropertyXml("Size", "string", ValueXml("big")) + PropertyXml("Colour", "string", ValueXml("red")) +
             ArrayXml("Since", "datetime", "") + PropertyXml("State", "uint16", ValueXml("5")) +
-            PropertyXml("\xc3\xb6", "string", ValueXml("x")) + PropertyXml("State", "uint16", ValueXml("6")));
+            PropertyXml("\xc3\xb6", "string", ValueXml("x")));
     EXPECT_EQ(ValueOf(*thing, "State"), TCIMValue(static_cast<unsigned short>(5)));
     EXPECT_TRUE(ValueOf(*thing, "Size").IsNull());
     const auto incidents = nameSpace->TakeIncidents();
-    ASSERT_THAT(Causes(incidents), ElementsAre(Cause::kOtherType, Cause::kUndeclaredProperty,
-                                               Cause::kUndeclaredProperty, Cause::kBadValue));
+    ASSERT_THAT(Causes(incidents),
+                ElementsAre(Cause::kOtherType, Cause::kUndeclaredProperty, Cause::kUndeclaredProperty));
     EXPECT_EQ(incidents.First()[0].className, "TEST_Thing");
     EXPECT_EQ(incidents.First()[0].path, "TEST_Thing.Name=\"a\"");
     EXPECT_EQ(incidents.First()[0].property, "Size");
     EXPECT_EQ(incidents.First()[0].reason, "the class declares uint64, and the value is a string");
     EXPECT_EQ(incidents.First()[1].property, "Colour");
     EXPECT_TRUE(nameSpace->Incidents().IsEmpty()) << "they were taken";
+}
+
+TEST_F(FaithfulReadingTest, ALenientNamespaceReportsWhatItCannotReadAndHasTheRest) {
+    ServeClass("TEST_Thing", "",
+               KeyPropertyXml("Name") + PropertyXml("Size", "uint8") + PropertyXml("State", "uint16") +
+                   PropertyXml("Label", "string"));
+    fServer.Answer("EnumerateInstances", "TEST_Thing",
+                   DeviceXml("TEST_Thing", "a",
+                             PropertyXml("Size", "uint8", ValueXml("300")) +
+                                 PropertyXml("State", "uint16", ValueXml("5")) +
+                                 PropertyXml("Label", "string", ValueXml("gr\xfcn")) +
+                                 PropertyXml("state", "uint16", ValueXml("6"))) +
+                       DeviceXml("TEST_Thing", "b", PropertyXml("Size", "uint8", ValueXml("7"))));
+    TCIMContext context = PluginContext();
+    context[kReadingKey] = TCIMValue(kFaithfulReading);
+    context[kLenientKey] = TCIMValue(true);
+    const auto nameSpace = boost::dynamic_pointer_cast<TCimHTTPNamespace>(
+        TCimHTTPNamespaceProvider::GetInstance()->AllocateNamespace(context, false));
+    nameSpace->connect(fServer.Address(), "", "", kHttpPort);
+    const auto things = Instances(*nameSpace, "TEST_Thing");
+    ASSERT_EQ(things.size(), 2U);
+    EXPECT_TRUE(ValueOf(*things[0], "Size").IsNull());
+    EXPECT_EQ(ValueOf(*things[0], "State"), TCIMValue(static_cast<unsigned short>(6)));
+    EXPECT_EQ(ValueOf(*things[0], "Label"), TCIMValue("gr\xc3\xbcn"));
+    EXPECT_EQ(ValueOf(*things[1], "Size"), TCIMValue(static_cast<unsigned char>(7)));
+    EXPECT_EQ(nameSpace->Incidents().Total(), 3U);
+    const auto incidents = nameSpace->TakeIncidents();
+    ASSERT_THAT(Causes(incidents),
+                UnorderedElementsAre(Cause::kUnreadableValue, Cause::kForeignBytes, Cause::kDoubledProperty));
+    EXPECT_EQ(incidents.First()[0].className, "TEST_Thing");
+    EXPECT_EQ(incidents.First()[0].path, "TEST_Thing.Name=\"a\"");
+    EXPECT_EQ(incidents.First()[0].property, "Size");
+    EXPECT_THAT(incidents.First()[0].reason, HasSubstr("integer out of range: 300, at byte "));
+    EXPECT_TRUE(nameSpace->Incidents().IsEmpty()) << "they were taken";
+    EXPECT_EQ(fLog->Warnings().size(), 3U);
+}
+
+TEST_F(FaithfulReadingTest, ANamespaceIsNotLenientUnlessTheHostSaysSo) {
+    const auto nameSpace = Faithful();
+    fServer.Answer("EnumerateInstances", "TEST_Device",
+                   DeviceXml("TEST_Disk", "d1", PropertyXml("Size", "uint64", ValueXml("many"))));
+    EXPECT_EQ(StatusOf([&] { Instances(*nameSpace, "TEST_Device"); }), 42U);
+    EXPECT_EQ(nameSpace->LastFailure()->kind, Kind::kMalformed);
+    EXPECT_THAT(nameSpace->LastFailure()->text, HasSubstr("not an integer: many, in property Size of TEST_Disk.Name"));
+}
+
+TEST_F(FaithfulReadingTest, OnlyABooleanMakesANamespaceLenientAndOnlyAFaithfulOne) {
+    const auto statusWith = [](const TCIMValue& lenient, const char* reading) {
+        return StatusOf([&] {
+            TCIMContext context = PluginContext();
+            context[kReadingKey] = TCIMValue(reading);
+            context[kLenientKey] = lenient;
+            TCimHTTPNamespaceProvider::GetInstance()->AllocateNamespace(context, false);
+        });
+    };
+    EXPECT_EQ(statusWith(TCIMValue("true"), kFaithfulReading), 14U);
+    EXPECT_EQ(statusWith(TCIMValue(true), kCompatibleReading), 14U);
+    EXPECT_EQ(statusWith(TCIMValue(false), kCompatibleReading), 0U);
+    EXPECT_EQ(statusWith(TCIMValue(true), kFaithfulReading), 0U);
+    EXPECT_EQ(fLog->Errors().size(), 2U);
+}
+
+TEST_F(FaithfulReadingTest, ANullAmongNumbersStaysANull) {
+    const auto nameSpace = Faithful();
+    const auto thing = Thing(*nameSpace, ArrayXml("Sizes", "uint8", ""),
+                             ArrayXml("Sizes", "uint8", "<VALUE>0</VALUE><VALUE.NULL/><VALUE>2</VALUE>"));
+    TCIMValue sizes = ValueOf(*thing, "Sizes");
+    const auto& elements = static_cast<std::vector<TCIMValue>&>(sizes);
+    ASSERT_EQ(elements.size(), 3U);
+    EXPECT_FALSE(elements[0].IsNull());
+    EXPECT_TRUE(elements[1].IsNull());
+    EXPECT_FALSE(elements[2].IsNull());
 }
 
 TEST_F(FaithfulReadingTest, EveryIncidentIsAWarningInTheLog) {

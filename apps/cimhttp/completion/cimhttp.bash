@@ -139,7 +139,7 @@ _cimhttp_offer_words() {
 
 _cimhttp_offer_options() {
     _cimhttp_offer_words --help --version --host --connection --port --namespace --tls --ca --fingerprint --cert --key \
-        --verify --user --password-file --timeout --plugin --log --output --units --verbose
+        --verify --user --password-file --timeout --strict --plugin --log --output --units --verbose
     case $command in
         class) _cimhttp_offer_words --all ;;
         instances) _cimhttp_offer_words --property --where --sort --limit --exact --deep --paths --keys --wide --raw ;;

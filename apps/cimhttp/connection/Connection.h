@@ -32,6 +32,7 @@ struct Connection {
     std::string password;
     bool tls = false;
     std::chrono::seconds timeout{kUsualTimeout}; ///< for each answer
+    bool strict = false;                         ///< an answer of which a part cannot be read fails as a whole
     std::optional<int> port = {};                ///< empty for the usual one
     std::string name_space = kUsualNamespace;    ///< on the server
     TlsSettings tls_settings = {};

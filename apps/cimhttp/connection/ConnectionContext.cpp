@@ -25,6 +25,7 @@ TCIMContext ContextOf(const Connection& connection) {
     const auto milliseconds = std::chrono::milliseconds(connection.timeout).count();
     TCIMContext context{{NQORVYX20::kNamespaceKey, TCIMValue(connection.name_space)},
                         {NQORVYX20::kTlsKey, TCIMValue(connection.tls)},
+                        {NQORVYX20::kLenientKey, TCIMValue(!connection.strict)},
                         {NQORVYX20::kTimeoutKey, TCIMValue(static_cast<std::uint32_t>(milliseconds))}};
     Add(NQORVYX20::kTrustKey, connection.tls_settings.ca, context);
     Add(NQORVYX20::kFingerprintKey, connection.tls_settings.fingerprint, context);

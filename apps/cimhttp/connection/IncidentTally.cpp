@@ -27,12 +27,19 @@ const char* TextOf(Cause cause) {
         return "without the definition of its class";
     case Cause::kNotAnInstance:
         return "that is no instance";
+    case Cause::kUnreadableValue:
+        return "that cannot be read";
+    case Cause::kForeignBytes:
+        return "not in UTF-8";
+    case Cause::kDoubledProperty:
+        return "twice in one object";
     }
     return "";
 }
 
 bool IsAboutValue(Cause cause) {
-    return cause == Cause::kUndeclaredProperty || cause == Cause::kOtherType || cause == Cause::kBadValue;
+    return cause == Cause::kUndeclaredProperty || cause == Cause::kOtherType || cause == Cause::kBadValue ||
+           cause == Cause::kUnreadableValue || cause == Cause::kForeignBytes || cause == Cause::kDoubledProperty;
 }
 
 std::string Place(const ReadingIncident& incident) {

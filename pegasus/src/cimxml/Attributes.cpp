@@ -20,7 +20,7 @@ bool Attributes::getBoolean(std::string_view name, bool absent) const {
 void Attributes::throwTooMany() const { throwPastLimit({"the element ", element_, " has too many attributes"}); }
 
 void Attributes::throwTwice(std::string_view name) const {
-    throwXmlError({"the element ", element_, " has the attribute ", name, " twice"});
+    throwMalformed({"the element ", element_, " has the attribute ", name, " twice"});
 }
 
 } // namespace Pegasus::cimxml

@@ -24,9 +24,9 @@ class Attributes {
                 return attribute.value;
         return std::nullopt;
     }
-    /// The same, and throws CIMClientXmlException when it is absent.
+    /// The same, and throws DecodingError when it is absent.
     std::string_view get(std::string_view name) const;
-    /// A boolean attribute; `absent` when it is absent. Throws CIMClientXmlException for another text.
+    /// A boolean attribute; `absent` when it is absent. Throws DecodingError for another text.
     bool getBoolean(std::string_view name, bool absent) const;
     std::size_t count() const noexcept { return all_.size(); }
     auto begin() const noexcept { return all_.begin(); }
@@ -37,7 +37,7 @@ class Attributes {
         element_ = element;
         all_.clear();
     }
-    /// Throws CIMClientXmlException for an attribute that there is already, and for one too many.
+    /// Throws DecodingError for an attribute that there is already, and for one too many.
     void add(std::string_view name, std::string_view value) {
         if (count() == kMaxAttributes)
             throwTooMany();

@@ -1,16 +1,128 @@
 #include "cimxml/InputText.h"
 
 #include "cimxml/XmlCharacters.h"
+#include "model/Utf8.h"
+
+#include <algorithm>
 
 namespace Pegasus::cimxml {
 
+namespace {
+
+constexpr std::uint32_t kReplacement = 0xFFFD;
+constexpr std::string_view kReplacementText = "\xEF\xBF\xBD";
+
+/// Latin-1 has control characters below, which nobody means by such a byte.
+constexpr std::uint32_t kFirstOfLatin1 = 0xA0;
+
+std::string byteText(std::uint32_t byte) {
+    constexpr std::string_view kDigits = "0123456789ABCDEF";
+    return {'0', 'x', kDigits[byte >> 4U & 0xFU], kDigits[byte & 0xFU]};
+}
+
+} // namespace
+
 void InputText::append(std::string_view bytes) {
-    bytes_.erase(0, begin_).append(bytes);
+    bytes_.erase(0, begin_);
     checked_ -= begin_;
     begin_ = 0;
-    checked_ += lengthOfXmlCharacters(std::string_view(bytes_).substr(checked_));
+    if (repairs_) {
+        appendRepaired(bytes, false);
+    } else {
+        bytes_ += bytes;
+        checked_ += lengthOfCharacters(std::string_view(bytes_).substr(checked_));
+    }
+}
+
+void InputText::end() {
+    if (repairs_)
+        appendRepaired({}, true);
+}
+
+void InputText::appendRepaired(std::string_view bytes, bool isLast) {
+    std::string joined;
+    if (!rest_.empty()) {
+        joined = rest_.append(bytes);
+        bytes = joined;
+        rest_.clear();
+    }
+    while (true) {
+        const std::size_t good = lengthOfCharacters(bytes);
+        bytes_ += bytes.substr(0, good);
+        bytes.remove_prefix(good);
+        if (bytes.empty() || (bytes.size() < kLongestCharacter && !isLast))
+            break;
+        bytes.remove_prefix(repairFirst(bytes));
+    }
+    rest_ = bytes;
+    checked_ = bytes_.size();
+}
+
+/// Appends what takes the place of the first byte or character; returns how many bytes that is.
+std::size_t InputText::repairFirst(std::string_view bad) {
+    const std::size_t length = lengthOfFirstForm(bad);
+    Repair repair{taken_ + bytes_.size() - begin_, 0, static_cast<unsigned char>(bad.front()), length == 0};
+    std::string_view form = bad;
+    if (!repair.isByte)
+        repair.code = takeCharacter(form);
+    const std::size_t before = bytes_.size();
+    detail::appendUtf8(repair.isByte && repair.code >= kFirstOfLatin1 ? repair.code : kReplacement, bytes_);
+    const std::size_t replaced = std::max<std::size_t>(length, 1);
+    grown_ += bytes_.size() - before - replaced;
+    repair.grown = grown_;
+    if (kept_.size() < kMaxKeptRepairs)
+        kept_.push_back(repair);
+    return replaced;
+}
+
+void InputText::take(std::size_t length) noexcept {
+    begin_ += length;
+    taken_ += length;
+    const auto firstLeft =
+        std::find_if(kept_.begin(), kept_.end(), [&](const Repair& repair) { return repair.at >= taken_; });
+    if (firstLeft != kept_.begin()) {
+        grownTaken_ = (firstLeft - 1)->grown;
+        kept_.erase(kept_.begin(), firstLeft);
+    }
+}
+
+bool InputText::isReplaced(std::string_view text) noexcept {
+    return text.substr(0, kReplacementText.size()) == kReplacementText;
+}
+
+bool InputText::takeNulls() noexcept {
+    bool found = false;
+    if (repairs_) {
+        for (; isReplaced(unread()); found = true)
+            take(kReplacementText.size());
+        return found;
+    }
+    for (; begin_ == checked_ && begin_ != bytes_.size() && bytes_[begin_] == '\0'; found = true) {
+        checked_ = begin_ + 1;
+        take(1);
+    }
+    checked_ += lengthOfCharacters(std::string_view(bytes_).substr(checked_));
+    return found;
 }
 
 bool InputText::endsBadly() const noexcept { return bytes_.size() - checked_ >= kLongestCharacter; }
+
+std::string InputText::badEnd() const {
+    std::string_view bad = std::string_view(bytes_).substr(checked_);
+    if (lengthOfFirstForm(bad) == 0)
+        return textOf({0, 0, static_cast<unsigned char>(bad.front()), true});
+    return textOf({0, 0, takeCharacter(bad), false});
+}
+
+std::string InputText::textOf(const Repair& repair) {
+    return repair.isByte ? "the byte " + byteText(repair.code) + " is not UTF-8"
+                         : "the character " + codePointText(repair.code) + " is not one of XML";
+}
+
+std::size_t InputText::offsetOf(std::size_t position) const noexcept {
+    const std::size_t at = taken_ + position;
+    const auto behind = std::find_if(kept_.begin(), kept_.end(), [&](const Repair& repair) { return repair.at >= at; });
+    return at - (behind == kept_.begin() ? grownTaken_ : (behind - 1)->grown);
+}
 
 } // namespace Pegasus::cimxml

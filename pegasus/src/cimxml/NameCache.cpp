@@ -1,5 +1,6 @@
 #include "cimxml/NameCache.h"
 
+#include "cimxml/XmlCharacters.h"
 #include "cimxml/XmlError.h"
 
 #include <cstddef>
@@ -21,7 +22,7 @@ std::size_t hashOf(std::string_view text) noexcept {
 CIMName NameCache::get(std::string_view text) {
     CIMName& name = names_[hashOf(text) % names_.size()];
     if (text.empty() || name.getString().view() != text) {
-        const String unchecked(text);
+        const String unchecked(trimmed(text));
         if (!CIMName::legal(unchecked))
             throwXmlError({"not a name: \"", text, "\""});
         name = CIMName(unchecked);

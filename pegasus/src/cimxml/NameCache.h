@@ -14,7 +14,7 @@ namespace Pegasus::cimxml {
 /// same, only not shared.
 class NameCache {
   public:
-    /// Throws CIMClientXmlException for an illegal name.
+    /// White space around the name does not count. Throws DecodingError for an illegal one.
     CIMName get(std::string_view text);
 
   private:

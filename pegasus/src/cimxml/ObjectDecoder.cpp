@@ -2,16 +2,19 @@
 
 #include "cimxml/Limits.h"
 #include "cimxml/ScalarDecoder.h"
+#include "cimxml/Whereabouts.h"
 #include "cimxml/XmlCharacters.h"
 #include "cimxml/XmlError.h"
 #include "model/VisitType.h"
 
+#include <algorithm>
 #include <array>
 #include <memory>
 #include <optional>
 #include <string>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 namespace Pegasus::cimxml {
 
@@ -55,16 +58,17 @@ CIMType typeOf(const Attributes& attributes, std::string_view typeName) {
     const CIMType type = decodeType(typeName);
     if (type != CIMTYPE_STRING)
         return type;
-    auto embedded = attributes.find("EmbeddedObject");
-    if (!embedded)
-        embedded = attributes.find("EMBEDDEDOBJECT");
-    if (!embedded)
+    auto attribute = attributes.find("EmbeddedObject");
+    if (!attribute)
+        attribute = attributes.find("EMBEDDEDOBJECT");
+    const std::string_view embedded = trimmed(attribute.value_or(std::string_view()));
+    if (embedded.empty())
         return type;
-    if (*embedded == "object")
+    if (embedded == "object")
         return CIMTYPE_OBJECT;
-    if (*embedded == "instance")
+    if (embedded == "instance")
         return CIMTYPE_INSTANCE;
-    throwXmlError({"unknown kind of EmbeddedObject: ", *embedded});
+    throwXmlError({"unknown kind of EmbeddedObject: ", embedded});
 }
 
 CIMType typeOf(const Attributes& attributes) { return typeOf(attributes, attributes.get("TYPE")); }
@@ -76,6 +80,10 @@ bool isValue(std::string_view elementName) noexcept {
 
 bool isArrayValue(std::string_view elementName) noexcept {
     return elementName == "VALUE.ARRAY" || elementName == "VALUE.REFARRAY";
+}
+
+bool isClassPath(std::string_view elementName) noexcept {
+    return elementName == "CLASSNAME" || elementName == "CLASSPATH" || elementName == "LOCALCLASSPATH";
 }
 
 /// The forms that a property or a parameter has.
@@ -100,6 +108,30 @@ CIMType typeOf(Form form, const Attributes& attributes) {
     return form == Form::Scalar || form == Form::Array ? typeOf(attributes) : CIMTYPE_REFERENCE;
 }
 
+/// Whether a VALUE without text is null: it says nothing that values of the type could say.
+template <class T>
+constexpr bool isNullWhereEmpty = std::is_same_v<T, Boolean> || std::is_same_v<T, CIMDateTime>;
+
+/// Gives an object the properties that another has, but for those at some indices.
+template <class Owner>
+void addAllBut(std::vector<Uint32> indices, const Owner& from, Owner& to) {
+    std::sort(indices.begin(), indices.end());
+    auto next = indices.begin();
+    for (Uint32 i = 0; i < from.getPropertyCount(); ++i) {
+        if (next != indices.end() && *next == i)
+            ++next;
+        else
+            to.addProperty(from.getProperty(i));
+    }
+}
+
+/// The object without the properties at some indices.
+CIMInstance without(const std::vector<Uint32>& indices, const CIMInstance& instance) {
+    CIMInstance rest(instance.getClassName());
+    addAllBut(indices, instance, rest);
+    return rest;
+}
+
 /// Sees to it that an embedded object, or the end behind it, comes next.
 void expect(XmlReader::Ahead expected, XmlReader& reader) {
     const XmlReader::Ahead ahead = reader.ahead();
@@ -107,15 +139,26 @@ void expect(XmlReader::Ahead expected, XmlReader& reader) {
         return;
     if (ahead == XmlReader::Ahead::Nothing)
         throw EndOfText();
-    throwXmlError({"an embedded object is not one element"});
+    throwIncomplete({"an embedded object is not one element"});
+}
+
+/// Says where in an embedded object an error is. For the object around it, it is one of a value.
+void describeEmbedded(DecodingError& error, std::string_view text, const XmlReader& reader) {
+    const bool isAtTag = error.kind == DecodingError::Kind::Content;
+    const auto place = std::make_unique<Whereabouts>(text.substr(0, reader.position()));
+    place->goTo(isAtTag ? reader.tagPosition() : reader.position());
+    error.what.append(place->text()).append(", which is embedded");
+    if (error.kind != DecodingError::Kind::Limit)
+        error.kind = DecodingError::Kind::Content;
 }
 
 } // namespace
 
-void ObjectDecoder::startAnswer(const Checkpoint* checkpoint) noexcept {
+void ObjectDecoder::startAnswer(const Checkpoint* checkpoint, bool lenient) noexcept {
     checkpoint_ = checkpoint;
+    lenient_ = lenient;
+    findings_.clear();
     embedding_ = 0;
-    paths_.startAnswer();
     if (tags_.isFull()) {
         tags_.clear();
         propertyHeads_.clear();
@@ -130,7 +173,7 @@ CIMClass ObjectDecoder::decodeClass(XmlReader& reader) {
     while (reader.nextElement()) {
         if (reader.name() == "METHOD")
             cimClass.addMethod(decodeMethod(reader));
-        else if (!addProperty(cimClass, reader) && !addQualifier(cimClass, reader))
+        else if (!addProperty(cimClass, nullptr, reader) && !addQualifier(cimClass, reader))
             reader.throwUnexpected();
     }
     return cimClass;
@@ -138,14 +181,17 @@ CIMClass ObjectDecoder::decodeClass(XmlReader& reader) {
 
 CIMInstance ObjectDecoder::decodeInstance(XmlReader& reader) {
     CIMInstance instance(names_.get(reader.attributes().get("CLASSNAME")));
+    PropertyNames names;
     while (reader.nextElement()) {
-        if (addProperty(instance, reader))
+        if (addProperty(instance, &names, reader))
             continue;
         // The qualifiers of an instance are deprecated (DSP0200); its class has them.
         if (reader.name() != "QUALIFIER")
             reader.throwUnexpected();
         reader.skip();
     }
+    if (!names.replaced().empty())
+        instance = without(names.replaced(), instance);
     return instance;
 }
 
@@ -154,15 +200,16 @@ CIMInstance ObjectDecoder::decodeInstanceWithPath(XmlReader& reader) {
     CIMObjectPath path;
     CIMInstance instance;
     while (reader.nextElement()) {
-        if (reader.name() == "INSTANCENAME" || reader.name() == "INSTANCEPATH")
+        const bool isPath = reader.name() == "INSTANCENAME" || reader.name() == "INSTANCEPATH";
+        if (isPath && path.getClassName().isNull())
             path = paths_.decodePath(reader);
-        else if (reader.name() == "INSTANCE")
+        else if (reader.name() == "INSTANCE" && instance.isUninitialized())
             instance = decodeInstance(reader);
         else
             reader.throwUnexpected();
     }
     if (path.getClassName().isNull() || instance.isUninitialized())
-        throwXmlError({"the element ", name, " lacks the instance or its path"});
+        throwIncomplete({"the element ", name, " lacks the instance or its path"});
     instance.setPath(path);
     return instance;
 }
@@ -171,17 +218,27 @@ CIMObject ObjectDecoder::decodeObject(XmlReader& reader) {
     const std::string_view name = reader.name();
     CIMObjectPath path;
     CIMObject object;
+    bool hasPath = false;
+    bool isPathOfClass = false;
     while (reader.nextElement()) {
-        if (reader.name() == "INSTANCE")
+        if (reader.name() == "INSTANCE" && object.isUninitialized()) {
             object = decodeInstance(reader);
-        else if (reader.name() == "CLASS")
+        } else if (reader.name() == "CLASS" && object.isUninitialized()) {
             object = decodeClass(reader);
-        else
+        } else if (hasPath) {
+            reader.throwUnexpected();
+        } else {
+            isPathOfClass = isClassPath(reader.name());
             path = paths_.decodePath(reader);
+            hasPath = true;
+        }
     }
-    const bool hasPath = !path.getClassName().isNull();
     if (object.isUninitialized() || (!hasPath && name != "VALUE.OBJECT"))
-        throwXmlError({"the element ", name, " lacks the object or its path"});
+        throwIncomplete({"the element ", name, " lacks the object or its path"});
+    if (hasPath && isPathOfClass != object.isClass())
+        throwIncomplete(
+            {"the element ", name,
+             isPathOfClass ? " has the path of a class and an instance" : " has a class and the path of an instance"});
     if (hasPath)
         object.setPath(path);
     return object;
@@ -207,6 +264,7 @@ CIMQualifierDecl ObjectDecoder::decodeQualifierDecl(XmlReader& reader) {
     const bool isArray = attributes.getBoolean("ISARRAY", false);
     CIMScope scope;
     std::optional<CIMValue> value;
+    const std::size_t found = findings_.count();
     while (reader.nextElement()) {
         if (reader.name() == "SCOPE") {
             scope.addScope(scopeOf(reader.attributes()));
@@ -217,6 +275,8 @@ CIMQualifierDecl ObjectDecoder::decodeQualifierDecl(XmlReader& reader) {
             reader.throwUnexpected();
         }
     }
+    if (findings_.count() != found)
+        findings_.within(found, "qualifier declaration " + std::string(name.getString().view()));
     return CIMQualifierDecl(name, value ? *std::move(value) : CIMValue(type, isArray), scope, flavor, arraySize);
 }
 
@@ -227,9 +287,13 @@ CIMQualifier ObjectDecoder::decodeQualifier(XmlReader& reader) {
         return known->qualifier;
     }
     const std::size_t nodes = reader.nodes();
+    const std::size_t found = findings_.count();
     CIMQualifier qualifier = decodeNewQualifier(reader);
+    const bool isGood = findings_.count() == found;
+    if (!isGood)
+        findings_.within(found, "qualifier " + std::string(qualifier.getName().getString().view()));
     const bool isOfObjects = qualifier.getType() == CIMTYPE_OBJECT || qualifier.getType() == CIMTYPE_INSTANCE;
-    if (reader.isBehind(text) && !isOfObjects) // objects could be changed
+    if (isGood && reader.isBehind(text) && !isOfObjects) // objects could be changed
         qualifiers_.add({std::string(text), qualifier, reader.nodes() - nodes});
     return qualifier;
 }
@@ -255,9 +319,12 @@ CIMMethod ObjectDecoder::decodeMethod(XmlReader& reader) {
     const auto type = attributes.find("TYPE");
     CIMMethod method(names_.get(attributes.get("NAME")), type ? typeOf(attributes, *type) : CIMTYPE_UINT32,
                      optionalName(attributes, "CLASSORIGIN"), attributes.getBoolean("PROPAGATED", false));
+    const std::size_t found = findings_.count();
     while (reader.nextElement())
         if (!addParameter(method, reader) && !addQualifier(method, reader))
             reader.throwUnexpected();
+    if (findings_.count() != found)
+        findings_.within(found, "method " + std::string(method.getName().getString().view()));
     return method;
 }
 
@@ -270,13 +337,15 @@ bool ObjectDecoder::addQualifier(Owner& owner, XmlReader& reader) {
 }
 
 template <class Owner>
-bool ObjectDecoder::addProperty(Owner& owner, XmlReader& reader) {
+bool ObjectDecoder::addProperty(Owner& owner, PropertyNames* names, XmlReader& reader) {
     const PropertyHead& head =
         propertyHeads_.get(reader.tag(), [&](const StartTag& tag) { return decodePropertyHead(tag); });
     if (!head.isProperty)
         return false;
     const CIMType type = head.type;
     const bool isArray = head.isArray;
+    const std::size_t nameHash = head.nameHash;
+    const std::size_t found = findings_.count();
     CIMProperty property(head.name, CIMValue(type, isArray), head.arraySize, head.referenceClass, head.classOrigin,
                          head.propagated);
     bool hasValue = false;
@@ -288,8 +357,22 @@ bool ObjectDecoder::addProperty(Owner& owner, XmlReader& reader) {
             reader.throwUnexpected();
         }
     }
+    const Uint32 earlier = names ? names->add(owner, property.getName(), nameHash) : PEG_NOT_FOUND;
+    if (earlier != PEG_NOT_FOUND)
+        takeDoubled(property.getName(), earlier, *names, reader);
+    if (findings_.count() != found)
+        findings_.within(found, property.getName().getString().view());
     owner.addProperty(property);
     return true;
+}
+
+/// Takes note of a property that the object has already.
+void ObjectDecoder::takeDoubled(const CIMName& name, Uint32 earlier, PropertyNames& names, const XmlReader& reader) {
+    const std::string reason = "the property " + std::string(name.getString().view()) + " comes twice";
+    if (!lenient_)
+        throwIncomplete({reason});
+    names.replace(earlier);
+    findings_.add({LenientFinding::DOUBLED_PROPERTY, std::string(), reason, reader.tagPosition(), std::string()});
 }
 
 ObjectDecoder::PropertyHead ObjectDecoder::decodePropertyHead(const StartTag& tag) {
@@ -298,6 +381,7 @@ ObjectDecoder::PropertyHead ObjectDecoder::decodePropertyHead(const StartTag& ta
         head.isProperty = true;
         head.type = typeOf(*form, tag.attributes);
         head.name = names_.get(tag.attributes.get("NAME"));
+        head.nameHash = PropertyNames::hashOf(head.name);
         head.isArray = isArrayForm(*form);
         head.arraySize = arraySizeOf(tag.attributes);
         head.referenceClass = optionalName(tag.attributes, "REFERENCECLASS");
@@ -314,17 +398,43 @@ bool ObjectDecoder::addParameter(CIMMethod& method, XmlReader& reader) {
     const Attributes& attributes = reader.attributes();
     CIMParameter parameter(names_.get(attributes.get("NAME")), typeOf(*form, attributes), isArrayForm(*form),
                            arraySizeOf(attributes), optionalName(attributes, "REFERENCECLASS"));
+    const std::size_t found = findings_.count();
     while (reader.nextElement()) {
         if (isValue(reader.name()))
             reader.skip(); // a default, which CIM does not have
         else if (!addQualifier(parameter, reader))
             reader.throwUnexpected();
     }
+    if (findings_.count() != found)
+        findings_.within(found, "parameter " + std::string(parameter.getName().getString().view()));
     method.addParameter(parameter);
     return true;
 }
 
 CIMValue ObjectDecoder::decodeValue(CIMType type, bool isArray, XmlReader& reader) {
+    const Depth outside = depthOutside(reader);
+    try {
+        return decodeGoodValue(type, isArray, reader);
+    } catch (const DecodingError& error) {
+        goOnBehind(error, outside, reader);
+        return CIMValue(type, isArray);
+    }
+}
+
+/// In a lenient reading, leaves the element that is no value, and takes note of it. Else, and where its XML is not in
+/// order, the error that is being handled is thrown on.
+void ObjectDecoder::goOnBehind(const DecodingError& error, const Depth& outside, XmlReader& reader) {
+    const bool isValue = error.kind == DecodingError::Kind::Content || error.kind == DecodingError::Kind::Incomplete;
+    if (!lenient_ || !isValue)
+        throw; // NOLINT(misc-throw-by-value-catch-by-reference): called where it is caught
+    const std::string_view text = error.value.empty() ? reader.textFrom(reader.tagPosition()) : error.value;
+    findings_.add({LenientFinding::UNREADABLE_VALUE, std::string(beginningOf(text, kLongestExcerpt)), error.what,
+                   reader.tagPosition(), std::string()});
+    reader.skipTo(outside.elements);
+    embedding_ = outside.embedding;
+}
+
+CIMValue ObjectDecoder::decodeGoodValue(CIMType type, bool isArray, XmlReader& reader) {
     if (reader.name() == "VALUE.NULL") {
         reader.skip();
         return CIMValue(type, isArray);
@@ -340,11 +450,8 @@ CIMValue ObjectDecoder::decodeValue(CIMType type, bool isArray, XmlReader& reade
 
 template <class T>
 CIMValue ObjectDecoder::decodeScalarValue(XmlReader& reader) {
-    T item = decodeItem<T>(reader);
-    if constexpr (isEmbedded<T>)
-        if (item.isUninitialized())
-            return CIMValue(detail::ValueType<T>::kType, false);
-    return CIMValue(std::move(item));
+    std::optional<T> item = decodeItem<T>(reader);
+    return item ? CIMValue(*std::move(item)) : CIMValue(detail::ValueType<T>::kType, false);
 }
 
 template <class T>
@@ -352,10 +459,7 @@ CIMValue ObjectDecoder::decodeArrayValue(XmlReader& reader) {
     Array<T> items;
     Array<Boolean> nulls; // no longer than up to the last one
     while (reader.nextElement()) {
-        if (reader.name() != "VALUE.NULL") {
-            items.append(decodeItem<T>(reader));
-        } else {
-            reader.skip();
+        if (!appendItem(items, reader)) {
             while (nulls.size() < items.size())
                 nulls.append(false);
             nulls.append(true);
@@ -366,29 +470,59 @@ CIMValue ObjectDecoder::decodeArrayValue(XmlReader& reader) {
     return value;
 }
 
+/// False for an item that is null.
 template <class T>
-T ObjectDecoder::decodeItem(XmlReader& reader) {
+bool ObjectDecoder::appendItem(Array<T>& items, XmlReader& reader) {
+    if (reader.name() == "VALUE.NULL") {
+        reader.skip();
+        return false;
+    }
+    const Depth outside = depthOutside(reader);
+    try {
+        std::optional<T> item = decodeItem<T>(reader);
+        if (item)
+            items.append(*item);
+        return item.has_value();
+    } catch (const DecodingError& error) {
+        goOnBehind(error, outside, reader);
+        return false;
+    }
+}
+
+/// Nothing for an item that is null.
+template <class T>
+std::optional<T> ObjectDecoder::decodeItem(XmlReader& reader) {
     constexpr bool kReference = std::is_same_v<T, CIMObjectPath>;
     if (reader.name() != (kReference ? "VALUE.REFERENCE" : "VALUE"))
         reader.throwUnexpected();
     if constexpr (kReference) {
         return paths_.decodeReference(reader);
-    } else if constexpr (std::is_same_v<T, CIMObject>) {
-        return decodeEmbedded(reader.text());
-    } else if constexpr (std::is_same_v<T, CIMInstance>) {
-        const CIMObject object = decodeEmbedded(reader.text());
+    } else if constexpr (isEmbedded<T>) {
+        CIMObject object = decodeEmbedded(reader);
         if (object.isUninitialized())
-            return CIMInstance();
-        if (object.isClass())
-            throwXmlError({"a class is embedded where an instance is declared"});
-        return CIMInstance(object);
+            return std::nullopt;
+        if constexpr (std::is_same_v<T, CIMInstance>) {
+            if (object.isClass())
+                throwXmlError({"a class is embedded where an instance is declared"});
+        }
+        return T(std::move(object));
     } else {
-        return decodeScalar<T>(reader.text());
+        const std::string_view text = reader.text();
+        if (isNullWhereEmpty<T> && trimmed(text).empty())
+            return std::nullopt;
+        return decodeScalar<T>(text);
     }
 }
 
-/// The class or instance that a text holds; an uninitialised object for an empty text.
-CIMObject ObjectDecoder::decodeEmbedded(std::string_view text) {
+/// The class or instance that a VALUE holds; an uninitialised object where it holds none.
+CIMObject ObjectDecoder::decodeEmbedded(XmlReader& outer) {
+    const std::size_t found = findings_.count();
+    CIMObject object = decodeEmbeddedText(outer.text());
+    findings_.moveTo(found, outer.tagPosition());
+    return object;
+}
+
+CIMObject ObjectDecoder::decodeEmbeddedText(std::string_view text) {
     if (trimmed(text).empty())
         return CIMObject();
     if (++embedding_ > kMaxEmbedding)
@@ -400,6 +534,9 @@ CIMObject ObjectDecoder::decodeEmbedded(std::string_view text) {
         object = decodeOnlyObject(*reader);
     } catch (const EndOfText&) {
         throwXmlError({"an embedded object is not complete"});
+    } catch (DecodingError& error) {
+        describeEmbedded(error, withoutByteOrderMark(text), *reader);
+        throw;
     }
     --embedding_;
     return object;

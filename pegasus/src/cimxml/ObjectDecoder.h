@@ -2,9 +2,12 @@
 
 #include "cimxml/Checkpoint.h"
 #include "cimxml/NameCache.h"
+#include "cimxml/ObjectFindings.h"
 #include "cimxml/PathDecoder.h"
+#include "cimxml/PropertyNames.h"
 #include "cimxml/QualifierMemory.h"
 #include "cimxml/TagFacts.h"
+#include "cimxml/XmlError.h"
 #include "cimxml/XmlReader.h"
 
 #include <Pegasus/Common/CIMClass.h>
@@ -14,13 +17,14 @@
 #include <Pegasus/Common/CIMValue.h>
 
 #include <cstddef>
+#include <optional>
 #include <string_view>
 
 namespace Pegasus::cimxml {
 
 /// Turns elements into objects (DSP0201, 5.2.1 and 5.2.3). Each operation decodes the element that the reader has
 /// entered, and leaves it. Attributes that it does not know are ignored, elements are not. All throw
-/// CIMClientXmlException, and EndOfText.
+/// DecodingError, and EndOfText.
 ///
 /// It remembers what objects have in common, so the more alike they are, the faster it is. It may serve one answer
 /// after the other, also when one of them ended in an exception.
@@ -29,8 +33,13 @@ class ObjectDecoder {
     /// Where the readers remember start tags.
     TagMemory& tags() noexcept { return tags_; }
     /// Forgets what has become too much. Before each answer, and before the reader is made for it. The checkpoint, if
-    /// there is one, is passed while embedded objects are read; it must live as long as the answer is decoded.
-    void startAnswer(const Checkpoint* checkpoint) noexcept;
+    /// there is one, is passed while embedded objects are read; it must live as long as the answer is decoded. In a
+    /// lenient reading, a value that is not a good one is null, and the last of two properties of one name counts.
+    void startAnswer(const Checkpoint* checkpoint, bool lenient) noexcept;
+    /// Before each object, also before one that is read again from its beginning.
+    void startObject() noexcept { findings_.clear(); }
+    /// What was lenient about the object.
+    const ObjectFindings& findings() const noexcept { return findings_; }
 
     /// CLASS.
     CIMClass decodeClass(XmlReader& reader);
@@ -55,6 +64,7 @@ class ObjectDecoder {
     struct PropertyHead {
         bool isProperty = false; ///< else nothing: it begins another element
         CIMName name;
+        std::size_t nameHash = 0;
         CIMType type = CIMTYPE_BOOLEAN;
         bool isArray = false;
         Uint32 arraySize = 0;
@@ -70,20 +80,34 @@ class ObjectDecoder {
     /// Add the element to the object that it describes; false when it is of another kind.
     template <class Owner>
     bool addQualifier(Owner& owner, XmlReader& reader);
+    /// No name comes twice among `names`, where they are given.
     template <class Owner>
-    bool addProperty(Owner& owner, XmlReader& reader);
+    bool addProperty(Owner& owner, PropertyNames* names, XmlReader& reader);
     bool addParameter(CIMMethod& method, XmlReader& reader);
 
     /// The value in a VALUE element of some form.
     CIMValue decodeValue(CIMType type, bool isArray, XmlReader& reader);
+    CIMValue decodeGoodValue(CIMType type, bool isArray, XmlReader& reader);
     template <class T>
     CIMValue decodeScalarValue(XmlReader& reader);
     template <class T>
     CIMValue decodeArrayValue(XmlReader& reader);
     template <class T>
-    T decodeItem(XmlReader& reader);
-    CIMObject decodeEmbedded(std::string_view text);
+    bool appendItem(Array<T>& items, XmlReader& reader);
+    template <class T>
+    std::optional<T> decodeItem(XmlReader& reader);
+    CIMObject decodeEmbedded(XmlReader& outer);
+    CIMObject decodeEmbeddedText(std::string_view text);
     CIMObject decodeOnlyObject(XmlReader& reader);
+
+    struct Depth {
+        std::size_t elements;
+        std::size_t embedding;
+    };
+
+    Depth depthOutside(const XmlReader& reader) const noexcept { return {reader.depth() - 1, embedding_}; }
+    void goOnBehind(const DecodingError& error, const Depth& outside, XmlReader& reader);
+    void takeDoubled(const CIMName& name, Uint32 earlier, PropertyNames& names, const XmlReader& reader);
 
     CIMName optionalName(const Attributes& attributes, std::string_view attributeName);
     PropertyHead decodePropertyHead(const StartTag& tag);
@@ -95,6 +119,8 @@ class ObjectDecoder {
     QualifierMemory qualifiers_;
     PathDecoder paths_{names_};
     std::size_t embedding_ = 0; // how deep this is in embedded objects
+    bool lenient_ = false;
+    ObjectFindings findings_;
 };
 
 } // namespace Pegasus::cimxml

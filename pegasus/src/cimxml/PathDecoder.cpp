@@ -7,26 +7,28 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 namespace Pegasus::cimxml {
 
 namespace {
 
-/// The kind of key that KEYVALUE holds: what VALUETYPE says, else what the CIM type in TYPE says, else a text.
+/// The kind of key that KEYVALUE holds: what VALUETYPE says, else what the CIM type in TYPE says, else a text. Empty
+/// ones say nothing.
 CIMKeyBinding::Type keyTypeOf(const Attributes& attributes) {
-    if (const auto valueType = attributes.find("VALUETYPE")) {
-        if (*valueType == "string")
+    if (const auto valueType = trimmed(attributes.find("VALUETYPE").value_or("")); !valueType.empty()) {
+        if (valueType == "string")
             return CIMKeyBinding::STRING;
-        if (*valueType == "boolean")
+        if (valueType == "boolean")
             return CIMKeyBinding::BOOLEAN;
-        if (*valueType == "numeric")
+        if (valueType == "numeric")
             return CIMKeyBinding::NUMERIC;
-        throwXmlError({"unknown VALUETYPE: ", *valueType});
+        throwXmlError({"unknown VALUETYPE: ", valueType});
     }
-    const auto type = attributes.find("TYPE");
-    if (!type)
+    const auto type = trimmed(attributes.find("TYPE").value_or(""));
+    if (type.empty())
         return CIMKeyBinding::STRING;
-    const CIMType cimType = decodeType(*type);
+    const CIMType cimType = decodeType(type);
     if (cimType == CIMTYPE_BOOLEAN)
         return CIMKeyBinding::BOOLEAN;
     return cimType <= CIMTYPE_REAL64 ? CIMKeyBinding::NUMERIC : CIMKeyBinding::STRING;
@@ -51,6 +53,22 @@ std::size_t textSizeOf(const CIMObjectPath& path) {
     return size;
 }
 
+/// Is deeper in references as long as it lives, also where the text of an answer ends meanwhile.
+class Nesting {
+  public:
+    explicit Nesting(std::size_t& depth) : depth_(depth) {
+        if (depth_ == kMaxReferenceNesting)
+            throwPastLimit({"references are nested deeper than ", std::to_string(kMaxReferenceNesting)});
+        ++depth_;
+    }
+    ~Nesting() { --depth_; }
+    Nesting(const Nesting&) = delete;
+    Nesting& operator=(const Nesting&) = delete;
+
+  private:
+    std::size_t& depth_;
+};
+
 } // namespace
 
 CIMObjectPath PathDecoder::decodePath(XmlReader& reader) {
@@ -65,7 +83,7 @@ CIMObjectPath PathDecoder::decodePath(XmlReader& reader) {
 CIMObjectPath PathDecoder::decodeReference(XmlReader& reader) {
     const std::string_view name = reader.name();
     if (!reader.nextElement())
-        throwXmlError({"the element ", name, " is empty"});
+        throwIncomplete({"the element ", name, " is empty"});
     CIMObjectPath path = decodePath(reader);
     if (reader.nextElement())
         reader.throwUnexpected();
@@ -77,11 +95,14 @@ CIMObjectPath PathDecoder::decodeQualified(XmlReader& reader) {
     const std::string_view name = reader.name();
     const auto enterNext = [&] {
         if (!reader.nextElement())
-            throwXmlError({"the element ", name, " has no namespace and name"});
+            throwIncomplete({"the element ", name, " has no namespace and name"});
     };
     enterNext();
     const Place place = decodePlace(reader);
     enterNext();
+    const bool isOfClass = name == "CLASSPATH" || name == "LOCALCLASSPATH";
+    if (isOfClass != (reader.name() == "CLASSNAME"))
+        reader.throwUnexpected();
     CIMObjectPath path = decodeLocal(reader, place);
     if (reader.nextElement())
         reader.throwUnexpected();
@@ -106,27 +127,35 @@ PathDecoder::Place PathDecoder::decodePlace(XmlReader& reader) {
     if (reader.name() != "NAMESPACEPATH")
         reader.throwUnexpected();
     Place place;
+    bool hasHost = false;
+    bool hasNamespace = false;
     while (reader.nextElement()) {
-        if (reader.name() == "HOST")
+        if (reader.name() == "HOST" && !std::exchange(hasHost, true))
             place.host = String(trimmed(reader.text()));
-        else if (reader.name() == "LOCALNAMESPACEPATH")
+        else if (reader.name() == "LOCALNAMESPACEPATH" && !std::exchange(hasNamespace, true))
             place.nameSpace = decodeNamespace(reader);
         else
             reader.throwUnexpected();
     }
+    if (!hasNamespace)
+        throwIncomplete({"the element NAMESPACEPATH has no namespace"});
     return place;
 }
 
+/// LOCALNAMESPACEPATH; the null name where it is empty.
 CIMNamespaceName PathDecoder::decodeNamespace(XmlReader& reader) {
     std::string path;
-    while (reader.nextElement()) {
+    bool isEmpty = true;
+    for (; reader.nextElement(); isEmpty = false) {
         if (reader.name() != "NAMESPACE")
             reader.throwUnexpected();
-        if (!path.empty())
+        if (!isEmpty)
             path += '/';
-        path += reader.attributes().get("NAME");
+        path += trimmed(reader.attributes().get("NAME"));
         reader.skip();
     }
+    if (isEmpty)
+        return CIMNamespaceName();
     const String name{std::string_view(path)};
     if (!CIMNamespaceName::legal(name))
         throwXmlError({"not the name of a namespace: \"", path, "\""});
@@ -148,7 +177,7 @@ Array<CIMKeyBinding> PathDecoder::decodeKeys(XmlReader& reader) {
 CIMKeyBinding PathDecoder::decodeNamedKey(XmlReader& reader) {
     const CIMName name = names_.get(reader.attributes().get("NAME"));
     if (!reader.nextElement())
-        throwXmlError({"the element KEYBINDING is empty"});
+        throwIncomplete({"the element KEYBINDING is empty"});
     CIMKeyBinding key = decodeKey(name, reader);
     if (reader.nextElement())
         reader.throwUnexpected();
@@ -165,8 +194,7 @@ CIMKeyBinding PathDecoder::decodeKey(const CIMName& name, XmlReader& reader) {
 
 /// The path is kept as a text, which is measured before it is made.
 CIMKeyBinding PathDecoder::decodeKeyReference(const CIMName& name, XmlReader& reader) {
-    if (++nesting_ > kMaxReferenceNesting)
-        throwPastLimit({"references are nested deeper than ", std::to_string(kMaxReferenceNesting)});
+    const Nesting nesting(nesting_);
     const std::size_t begin = reader.position();
     const CIMObjectPath path = decodeReference(reader);
     const std::size_t size = textSizeOf(path);
@@ -174,24 +202,18 @@ CIMKeyBinding PathDecoder::decodeKeyReference(const CIMName& name, XmlReader& re
         throwPastLimit({"the path of a reference is too long for its element: references are nested too deep"});
     if (size > kMaxReferenceBytes)
         throwPastLimit({"the path of a reference is longer than ", std::to_string(kMaxReferenceBytes >> 20U), " MiB"});
-    --nesting_;
     return CIMKeyBinding(name, path.toString(), CIMKeyBinding::REFERENCE);
 }
 
+/// What is said to be a number or a boolean, and is none, is kept as a text: nothing of the path is lost.
 CIMKeyBinding PathDecoder::decodeKeyValue(const CIMName& name, XmlReader& reader) {
     const CIMKeyBinding::Type type = keyTypeOf(reader.attributes());
     const std::string_view text = reader.text();
-    switch (type) {
-    case CIMKeyBinding::BOOLEAN:
-        return CIMKeyBinding(name, decodeScalar<Boolean>(text) ? "TRUE" : "FALSE", type);
-    case CIMKeyBinding::NUMERIC:
-        decodeScalar<Real64>(text); // refuses what is no number
+    if (type == CIMKeyBinding::NUMERIC && isNumber(text))
         return CIMKeyBinding(name, String(trimmed(text)), type);
-    case CIMKeyBinding::STRING:
-    case CIMKeyBinding::REFERENCE:
-        break;
-    }
-    return CIMKeyBinding(name, String(text), type);
+    if (const auto boolean = type == CIMKeyBinding::BOOLEAN ? readBoolean(text) : std::nullopt)
+        return CIMKeyBinding(name, *boolean ? "TRUE" : "FALSE", type);
+    return CIMKeyBinding(name, String(text), CIMKeyBinding::STRING);
 }
 
 } // namespace Pegasus::cimxml

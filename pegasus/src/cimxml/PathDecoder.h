@@ -10,13 +10,10 @@
 namespace Pegasus::cimxml {
 
 /// Decodes the elements that say where an object is (DSP0201, 5.2.2 and 5.2.3). Each operation decodes the element that
-/// the reader has entered, and leaves it. They throw CIMClientXmlException, and EndOfText.
+/// the reader has entered, and leaves it. They throw DecodingError, and EndOfText.
 class PathDecoder {
   public:
     explicit PathDecoder(NameCache& names) : names_(names) {}
-
-    /// Before each answer: the one before may have ended anywhere.
-    void startAnswer() noexcept { nesting_ = 0; }
 
     /// INSTANCENAME, INSTANCEPATH, LOCALINSTANCEPATH, CLASSNAME, CLASSPATH or LOCALCLASSPATH.
     CIMObjectPath decodePath(XmlReader& reader);

@@ -1,12 +1,15 @@
 #include "cimxml/ResponseDecoder.h"
 
+#include "cimxml/Findings.h"
 #include "cimxml/InputText.h"
 #include "cimxml/Limits.h"
 #include "cimxml/ObjectDecoder.h"
 #include "cimxml/ScalarDecoder.h"
+#include "cimxml/Whereabouts.h"
 #include "cimxml/XmlCharacters.h"
 #include "cimxml/XmlError.h"
 #include "cimxml/XmlReader.h"
+#include "model/Marked.h"
 #include "model/ServerError.h"
 
 #include <Pegasus/Common/Exception.h>
@@ -49,6 +52,12 @@ CIMException decodeError(XmlReader& reader) {
     return detail::serverError(code, description);
 }
 
+/// What a body is that does not begin with an element.
+std::string_view kindOf(std::string_view body) {
+    return body.front() == '{' || body.front() == '[' ? "it is JSON, or another text, and not XML"
+                                                      : "it is a text and not XML";
+}
+
 /// The elements around the objects of an answer, from the outermost to the innermost. Each comes once.
 constexpr std::array<std::string_view, 5> kEnvelope = {"CIM", "MESSAGE", "SIMPLERSP", "IMETHODRESPONSE",
                                                        "IRETURNVALUE"};
@@ -59,6 +68,7 @@ constexpr std::size_t kInReturnValue = 5;
 
 void ReturnValueSink::onClass(const CIMClass&) { throwUnexpectedObject("a class"); }
 void ReturnValueSink::onInstance(const CIMInstance&) { throwUnexpectedObject("an instance"); }
+void ReturnValueSink::onInstanceAlone(const CIMInstance& instance) { onInstance(instance); }
 void ReturnValueSink::onObject(const CIMObject&) { throwUnexpectedObject("a class or an instance of an association"); }
 void ReturnValueSink::onClassName(const CIMName&) { throwUnexpectedObject("a class name"); }
 void ReturnValueSink::onInstanceName(const CIMObjectPath&) { throwUnexpectedObject("an instance name"); }
@@ -68,17 +78,30 @@ void ReturnValueSink::onQualifierDecl(const CIMQualifierDecl&) { throwUnexpected
 class ResponseDecoder::Impl {
   public:
     Impl(std::string messageId, std::string method, ReturnValueSink& sink, std::shared_ptr<ObjectDecoder> objects,
-         const ClientLimits& limits, const Checkpoint* checkpoint)
+         const ClientLimits& limits, const Checkpoint* checkpoint, Findings* findings)
         : messageId_(std::move(messageId)),
           method_(std::move(method)),
           sink_(sink),
+          findings_(findings),
+          input_(findings != nullptr),
           objects_(std::move(objects)),
           limits_(limits),
           reader_(objects_->tags(), checkpoint) {
-        objects_->startAnswer(checkpoint);
+        objects_->startAnswer(checkpoint, findings != nullptr);
     }
 
     void feed(std::string_view chunk) {
+        explaining([&] { take(chunk); });
+    }
+
+    void finish() {
+        explaining([&] { takeEnd(); });
+        if (error_)
+            throw CIMException(*error_);
+    }
+
+  private:
+    void take(std::string_view chunk) {
         bytes_ += chunk.size();
         if (bytes_ > limits_.answerBytes)
             throwPastLimit({"it has more than ", std::to_string(limits_.answerBytes), " bytes"});
@@ -87,17 +110,52 @@ class ResponseDecoder::Impl {
             readOn();
     }
 
-    void finish() {
+    void takeEnd() {
+        input_.end();
         readOn();
+        reading_ = false;
+        if (bytes_ == 0)
+            throwXmlError({"its body is empty"});
         if (atStart_ || level_ != 0 || !input_.isEmpty())
-            throwXmlError({"it ends in the middle of the document"});
+            throwMalformed({"it ends in the middle of the document"});
         if (nextLevel_ < kInMethodResponse)
             throwXmlError({"it has no ", kEnvelope[nextLevel_]});
-        if (error_)
-            throw CIMException(*error_);
     }
 
-  private:
+    /// Turns what decoding throws into what the API throws.
+    template <class Work>
+    void explaining(Work work) {
+        try {
+            work();
+        } catch (const DecodingError& error) {
+            const String message(explain(error));
+            if (error.kind == DecodingError::Kind::Limit)
+                throw detail::Marked<CIMClientXmlException, ExceedsLimit>(message);
+            throw CIMClientXmlException(message);
+        }
+    }
+
+    /// What is wrong, in which object and element of it, and where in the body.
+    std::string explain(const DecodingError& error) const {
+        const std::string_view text = input_.unread();
+        std::size_t at = text.size();
+        if (reading_)
+            at = error.kind == DecodingError::Kind::Content ? reader_.tagPosition() : reader_.position();
+        const std::string_view upTo = text.substr(0, reading_ ? reader_.position() : text.size());
+        const auto place = std::make_unique<Whereabouts>(upTo, parent());
+        place->goTo(at);
+        std::string message = "the server's answer is not good CIM-XML: " + error.what + place->text();
+        if (bytes_ != 0)
+            message += ", at byte " + std::to_string(input_.offsetOf(at));
+        if (const std::string_view there = beginningOf(text.substr(at), kLongestExcerpt);
+            error.value.empty() && !there.empty())
+            message.append(": ").append(there);
+        return message;
+    }
+
+    /// The element of the envelope in which the unread text begins.
+    std::string_view parent() const { return level_ == 0 ? std::string_view() : kEnvelope[level_ - 1]; }
+
     /// Reads all that is complete. What is not has to be read again from its beginning, so that is put off until there
     /// is twice as much of it: however small the pieces are in which an object arrives, it is read but a few times.
     void readOn() {
@@ -113,21 +171,26 @@ class ResponseDecoder::Impl {
                 throwPastLimit({"one object is larger than ", std::to_string(kMaxObjectBytes >> 20U), " MiB"});
             enough_ = std::min(2 * waiting, kMaxObjectBytes);
         }
-        if (input_.endsBadly())
-            throwXmlError({"it is not UTF-8, or holds characters that XML does not allow"});
+        if (input_.endsBadly()) {
+            reading_ = false;
+            throwMalformed({input_.badEnd()});
+        }
     }
 
     /// Reads a tag of the envelope, or one element within it. False when there is nothing but white space.
     bool readNext() {
         skipByteOrderMark();
         inObject_ = false;
-        reader_.start(input_.unread().substr(0, kMaxObjectBytes),
-                      level_ == 0 ? std::string_view() : kEnvelope[level_ - 1]);
+        reading_ = true;
+        reader_.start(input_.unread().substr(0, kMaxObjectBytes), parent());
         const XmlReader::Ahead ahead = reader_.ahead();
         const std::size_t between = reader_.position();
         inObject_ = ahead == XmlReader::Ahead::Element && level_ == kInReturnValue;
-        if (ahead == XmlReader::Ahead::Text)
-            throwXmlError({"there is text between the elements"});
+        if (ahead == XmlReader::Ahead::Text) {
+            if (takesNullsAt(reader_.position()))
+                return true;
+            throwText();
+        }
         if (ahead == XmlReader::Ahead::EndTag)
             leaveEnvelope();
         else if (ahead == XmlReader::Ahead::Element)
@@ -136,8 +199,32 @@ class ResponseDecoder::Impl {
             countObject(between);
         else
             countFrame(reader_.position());
+        if (const auto& repairs = input_.repairs();
+            !repairs.empty() && input_.positionOf(repairs.front()) < reader_.position())
+            reportRepairs(reader_.position());
         input_.take(reader_.position());
-        return ahead != XmlReader::Ahead::Nothing;
+        reading_ = false;
+        return ahead != XmlReader::Ahead::Nothing || (isBehindDocument() && input_.takeNulls());
+    }
+
+    bool isBehindDocument() const { return level_ == 0 && nextLevel_ != 0; }
+
+    /// Takes what stands for null characters in a text that is repaired, behind the document and at a position.
+    bool takesNullsAt(std::size_t position) {
+        if (!isBehindDocument() || !InputText::isReplaced(input_.unread().substr(position)))
+            return false;
+        countFrame(position);
+        input_.take(position);
+        reading_ = false;
+        return input_.takeNulls();
+    }
+
+    [[noreturn]] void throwText() const {
+        if (isBehindDocument())
+            throwMalformed({"there is text between the elements, behind the end of the document"});
+        if (level_ == 0)
+            throwMalformed({kindOf(input_.unread().substr(reader_.position()))});
+        throwMalformed({"there is text between the elements"});
     }
 
     void countFrame(std::size_t length) {
@@ -176,14 +263,23 @@ class ResponseDecoder::Impl {
         reader_.nextElement();
         if (isEnvelope(reader_.name()))
             enterEnvelope();
+        else if (reader_.name() == "CORRELATOR")
+            reader_.skip(); // for whoever relates messages to each other
         else if (level_ == kInReturnValue)
             deliver(reader_.name());
         else if (reader_.name() == "ERROR")
-            error_.emplace(decodeError(reader_));
+            readError();
         else if (reader_.name() == "PARAMVALUE")
             reader_.skip();
         else
             throwXmlError({"the element ", reader_.name(), " does not belong into ", kEnvelope[kInMethodResponse - 1]});
+    }
+
+    /// The first one counts.
+    void readError() {
+        const CIMException error = decodeError(reader_);
+        if (!error_)
+            error_.emplace(error);
     }
 
     /// Whether an element that begins here is the next one of the envelope, and not an element that it holds.
@@ -193,7 +289,7 @@ class ResponseDecoder::Impl {
         if (level_ == kInMethodResponse - 1 && name == "METHODRESPONSE")
             throw CIMClientResponseException(
                 "the server answers another request: a METHODRESPONSE is for extrinsic methods");
-        if (level_ < kInMethodResponse)
+        if (level_ < kInMethodResponse && name != "CORRELATOR")
             throwXmlError({"the element ", name, " stands where ",
                            level_ == nextLevel_ ? kEnvelope[level_] : std::string_view("nothing more"),
                            " is expected"});
@@ -202,10 +298,10 @@ class ResponseDecoder::Impl {
 
     void enterEnvelope() {
         if (reader_.name() == "MESSAGE") {
-            if (const auto id = reader_.attributes().get("ID"); id != messageId_)
+            if (const auto id = trimmed(reader_.attributes().get("ID")); id != messageId_)
                 throwForeign("message ID", id, messageId_);
         } else if (reader_.name() == "IMETHODRESPONSE") {
-            if (const auto name = reader_.attributes().get("NAME"); name != method_)
+            if (const auto name = trimmed(reader_.attributes().get("NAME")); name != method_)
                 throwForeign("method", name, method_);
         }
         nextLevel_ = level_ + 1;
@@ -213,24 +309,85 @@ class ResponseDecoder::Impl {
     }
 
     void deliver(std::string_view name) {
-        if (name == "VALUE.NAMEDINSTANCE" || name == "VALUE.INSTANCEWITHPATH")
-            sink_.onInstance(objects_->decodeInstanceWithPath(reader_));
-        else if (name == "INSTANCE")
-            sink_.onInstance(objects_->decodeInstance(reader_));
-        else if (name == "CLASS")
-            sink_.onClass(objects_->decodeClass(reader_));
-        else if (name == "VALUE.OBJECTWITHPATH" || name == "VALUE.OBJECTWITHLOCALPATH" || name == "VALUE.OBJECT")
-            sink_.onObject(objects_->decodeObject(reader_));
-        else if (name == "INSTANCENAME")
+        objects_->startObject();
+        if (name == "VALUE.NAMEDINSTANCE" || name == "VALUE.INSTANCEWITHPATH") {
+            const CIMInstance instance = objects_->decodeInstanceWithPath(reader_);
+            reportFindings(instance.getClassName(), instance.getPath());
+            sink_.onInstance(instance);
+        } else if (name == "INSTANCE") {
+            const CIMInstance instance = objects_->decodeInstance(reader_);
+            reportFindings(instance.getClassName());
+            sink_.onInstanceAlone(instance);
+        } else if (name == "CLASS") {
+            const CIMClass cimClass = objects_->decodeClass(reader_);
+            reportFindings(cimClass.getClassName());
+            sink_.onClass(cimClass);
+        } else if (name == "VALUE.OBJECTWITHPATH" || name == "VALUE.OBJECTWITHLOCALPATH" || name == "VALUE.OBJECT") {
+            const CIMObject object = objects_->decodeObject(reader_);
+            reportFindings(object.getClassName(), object.getPath());
+            sink_.onObject(object);
+        } else if (name == "INSTANCENAME") {
             sink_.onInstanceName(objects_->decodeInstanceName(reader_));
-        else if (name == "OBJECTPATH")
+        } else if (name == "OBJECTPATH") {
             sink_.onObjectPath(objects_->decodeObjectPath(reader_));
-        else if (name == "CLASSNAME")
+        } else if (name == "CLASSNAME") {
             sink_.onClassName(objects_->decodeClassName(reader_));
-        else if (name == "QUALIFIER.DECLARATION")
-            sink_.onQualifierDecl(objects_->decodeQualifierDecl(reader_));
-        else
+        } else if (name == "QUALIFIER.DECLARATION") {
+            const CIMQualifierDecl declaration = objects_->decodeQualifierDecl(reader_);
+            reportFindings(CIMName());
+            sink_.onQualifierDecl(declaration);
+        } else {
             refuse(name);
+        }
+    }
+
+    /// Hands out what was lenient about the object that was decoded last.
+    void reportFindings(const CIMName& className, const CIMObjectPath& path = CIMObjectPath()) {
+        if (objects_->findings().count() != 0)
+            addFindings(className, path);
+    }
+
+    void addFindings(const CIMName& className, const CIMObjectPath& path) {
+        const ObjectFindings& found = objects_->findings();
+        const String pathText = path.getClassName().isNull() ? String() : cut(path.toString().view());
+        for (const auto& finding : found.first())
+            findings_->add({finding.kind, className.getString(), pathText, String(finding.element),
+                            String(finding.text), String(finding.reason), input_.offsetOf(finding.position)});
+        for (const auto kind : {LenientFinding::UNREADABLE_VALUE, LenientFinding::DOUBLED_PROPERTY})
+            findings_->addMore(kind, found.countOfOthers(kind));
+    }
+
+    static String cut(std::string_view text) {
+        constexpr std::size_t kLongest = 4096;
+        return String(beginningOf(text, kLongest));
+    }
+
+    /// Hands out which elements held bytes that had to be repaired, in so much of the unread text; not what stands
+    /// behind the document.
+    void reportRepairs(std::size_t length) {
+        if (isBehindDocument())
+            return;
+        const auto place = std::make_unique<Whereabouts>(input_.unread().substr(0, length), parent());
+        std::string last;
+        for (const auto& repair : input_.repairs()) {
+            const std::size_t at = input_.positionOf(repair);
+            if (at >= length)
+                break;
+            place->goTo(at);
+            std::string element = place->element();
+            if (&repair == &input_.repairs().front() || element != last)
+                findings_->add({LenientFinding::FOREIGN_BYTES, cut(place->className()), cut(place->path()),
+                                String(element), String(excerptAround(at)), String(InputText::textOf(repair)),
+                                input_.offsetOf(at)});
+            last = std::move(element);
+        }
+    }
+
+    /// A little of the unread text before a place, and behind it.
+    std::string_view excerptAround(std::size_t at) const {
+        const std::string_view text = input_.unread();
+        const std::string_view before = beginningOf(text, at - std::min(at, kLongestExcerpt / 2));
+        return beginningOf(text.substr(before.size()), kLongestExcerpt);
     }
 
     [[noreturn]] void refuse(std::string_view name) {
@@ -243,6 +400,7 @@ class ResponseDecoder::Impl {
     const std::string messageId_;
     const std::string method_;
     ReturnValueSink& sink_;
+    Findings* const findings_; // null: the reading is strict
     InputText input_;
     std::size_t enough_ = 0; // how much must be unread for another attempt
     bool atStart_ = true;
@@ -254,16 +412,17 @@ class ResponseDecoder::Impl {
     Uint64 objectCount_ = 0;
     Uint64 frameBytes_ = 0; // since the last object
     bool inObject_ = false; // what is read now belongs to one
+    bool reading_ = false;  // what is wrong is where the reader is, not at the end of the unread text
     XmlReader reader_;
     std::optional<CIMException> error_;
 };
 
 ResponseDecoder::ResponseDecoder(std::string messageId, std::string method, ReturnValueSink& sink,
                                  std::shared_ptr<ObjectDecoder> objects, const ClientLimits& limits,
-                                 const Checkpoint* checkpoint)
+                                 const Checkpoint* checkpoint, Findings* findings)
     : impl_(std::make_unique<Impl>(std::move(messageId), std::move(method), sink,
-                                   objects ? std::move(objects) : std::make_shared<ObjectDecoder>(), limits,
-                                   checkpoint)) {}
+                                   objects ? std::move(objects) : std::make_shared<ObjectDecoder>(), limits, checkpoint,
+                                   findings)) {}
 
 ResponseDecoder::~ResponseDecoder() = default;
 

@@ -16,6 +16,7 @@
 namespace Pegasus::cimxml {
 
 class Checkpoint;
+class Findings;
 class ObjectDecoder;
 
 /// Receives the objects of a return value, one by one, in the order of the document. An operation overrides what it
@@ -27,6 +28,8 @@ class ReturnValueSink {
     virtual void onClass(const CIMClass& cimClass);
     /// The instance carries its path where the answer has it, else only the class name.
     virtual void onInstance(const CIMInstance& instance);
+    /// An instance to which the answer gives no path; taken by onInstance() unless this is overridden, too.
+    virtual void onInstanceAlone(const CIMInstance& instance);
     /// A class or an instance, with its path where the answer has it.
     virtual void onObject(const CIMObject& object);
     virtual void onClassName(const CIMName& name);
@@ -41,17 +44,19 @@ class ReturnValueSink {
 /// text.
 ///
 /// feed() and finish() throw
-///   CIMClientXmlException       for a body that is not well-formed, not CIM-XML, holds a bad value or passes a limit,
+///   CIMClientXmlException       for a body that is not well-formed, not CIM-XML, holds a bad value or passes a limit;
+///                               the message says where that is,
 ///   CIMClientResponseException  for the answer to another request, or an object of an unexpected kind;
 /// what the sink and the checkpoint throw passes through. After an exception the decoder is of no further use.
 class ResponseDecoder {
   public:
     /// `messageId` and `method` are those of the request. The sink must outlive the decoder. What decodes the objects
     /// may have done so for other answers, and is faster then; it serves one answer at a time. The checkpoint, if there
-    /// is one, must outlive the decoder, too.
+    /// is one, must outlive the decoder, too, and so must the findings: with them the answer is read leniently (see
+    /// CIMClient::setLenient), and they get what it takes.
     ResponseDecoder(std::string messageId, std::string method, ReturnValueSink& sink,
                     std::shared_ptr<ObjectDecoder> objects = nullptr, const ClientLimits& limits = {},
-                    const Checkpoint* checkpoint = nullptr);
+                    const Checkpoint* checkpoint = nullptr, Findings* findings = nullptr);
     ~ResponseDecoder();
 
     /// Takes the next bytes of the body, cut anywhere.

@@ -11,6 +11,7 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <type_traits>
 
 namespace Pegasus::cimxml {
@@ -41,28 +42,27 @@ Integer decodeInteger(std::string_view text) {
     const char* const end = digits.data() + digits.size();
     const auto [last, error] = std::from_chars(digits.data(), end, magnitude, base);
     if (error == std::errc::invalid_argument || last != end)
-        throwXmlError({"not an integer: ", text});
+        throwBadValue("not an integer", text);
 
     constexpr auto kMaximum = static_cast<Uint64>(std::numeric_limits<Integer>::max());
     constexpr Uint64 kLowest = std::is_signed_v<Integer> ? kMaximum + 1 : 0;
     if (error != std::errc() || magnitude > (negative ? kLowest : kMaximum))
-        throwXmlError({"integer out of range: ", text});
+        throwBadValue("integer out of range", text);
     return static_cast<Integer>(negative ? Uint64{0} - magnitude : magnitude);
 }
 
-/// A number whose digits are right and whose exponent is too large or too small for the type.
+/// A number whose digits are right and whose exponent is too large or too small for the type: infinite, or zero.
 template <class Real>
-Real decodeExtreme(std::string_view digits, std::string_view text) {
+Real decodeExtreme(std::string_view digits) {
     const std::size_t exponent = digits.find_first_of("eEpP");
     const bool tiny = exponent == std::string_view::npos ? digits.substr(0, 1) == "0" || digits.substr(0, 1) == "."
                                                          : digits.substr(exponent + 1, 1) == "-";
-    if (!tiny)
-        throwXmlError({"real out of range: ", text});
-    return Real{0};
+    return tiny ? Real{0} : std::numeric_limits<Real>::infinity();
 }
 
+/// Nothing where the text is no real.
 template <class Real>
-Real decodeReal(std::string_view text) {
+std::optional<Real> readReal(std::string_view text) {
     std::string_view digits = trimmed(text);
     const bool negative = takeSign(digits);
     const auto format = takeHexadecimalPrefix(digits) ? std::chars_format::hex : std::chars_format::general;
@@ -70,10 +70,18 @@ Real decodeReal(std::string_view text) {
     const char* const end = digits.data() + digits.size();
     const auto [last, error] = std::from_chars(digits.data(), end, real, format);
     if (error == std::errc::invalid_argument || last != end || digits.front() == '-')
-        throwXmlError({"not a real: ", text});
+        return std::nullopt;
     if (error != std::errc())
-        real = decodeExtreme<Real>(digits, text);
+        real = decodeExtreme<Real>(digits);
     return std::copysign(real, negative ? Real{-1} : Real{1});
+}
+
+template <class Real>
+Real decodeReal(std::string_view text) {
+    const auto real = readReal<Real>(text);
+    if (!real)
+        throwBadValue("not a real", text);
+    return *real;
 }
 
 /// The bytes of a short text as one number, to compare many at once; 0 for one that does not fit.
@@ -92,14 +100,21 @@ bool isWord(std::string_view text, std::string_view upperCase) {
 
 } // namespace
 
-template <>
-Boolean decodeScalar(std::string_view text) {
+bool isNumber(std::string_view text) { return readReal<Real64>(text).has_value(); }
+
+std::optional<Boolean> readBoolean(std::string_view text) {
     const std::string_view word = trimmed(text);
     if (isWord(word, "TRUE"))
         return true;
-    if (!isWord(word, "FALSE"))
-        throwXmlError({"not a boolean: ", text});
-    return false;
+    return isWord(word, "FALSE") ? std::optional(false) : std::nullopt;
+}
+
+template <>
+Boolean decodeScalar(std::string_view text) {
+    const auto boolean = readBoolean(text);
+    if (!boolean)
+        throwBadValue("not a boolean", text);
+    return *boolean;
 }
 
 // clang-format off
@@ -121,7 +136,7 @@ Char16 decodeScalar(std::string_view text) {
     std::string_view rest = text;
     const std::uint32_t codePoint = rest.empty() ? 0 : takeCharacter(rest);
     if (text.empty() || !rest.empty() || codePoint > 0xFFFF)
-        throwXmlError({"not one UTF-16 character: ", text});
+        throwBadValue("not one UTF-16 character", text);
     return Char16(static_cast<Uint16>(codePoint));
 }
 
@@ -130,11 +145,14 @@ CIMDateTime decodeScalar(std::string_view text) {
     try {
         return CIMDateTime(String(trimmed(text)));
     } catch (const Exception& exception) {
-        throwXmlError({exception.getMessage().view()});
+        throw DecodingError{DecodingError::Kind::Content, std::string(exception.getMessage().view()),
+                            std::string(beginningOf(text, kLongestExcerpt))};
     }
 }
 
 CIMType decodeType(std::string_view name) {
+    if (const std::string_view word = trimmed(name); word.size() != name.size())
+        return decodeType(word);
     switch (packed(name)) {
     case packed("boolean"):
         return CIMTYPE_BOOLEAN;

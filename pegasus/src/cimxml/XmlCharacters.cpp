@@ -18,8 +18,7 @@ bool isPlainBlock(const char* block) noexcept {
     std::uint8_t other = 0;
     for (std::size_t i = 0; i < kBlock; ++i) {
         const auto byte = static_cast<std::uint8_t>(block[i]);
-        const bool isControl = (byte < 0x20) & (byte != '\n') & (byte != '\r') & (byte != '\t');
-        other = static_cast<std::uint8_t>(other | (byte & 0x80U) | isControl);
+        other = static_cast<std::uint8_t>(other | (byte & 0x80U) | (byte == 0));
     }
     return other == 0;
 }
@@ -37,25 +36,31 @@ std::size_t lengthFrom(std::uint8_t first) noexcept {
     return first < 0xF5 ? 4 : 0;
 }
 
-/// How long the first character is; 0 when the text does not begin with a whole one that XML allows.
-std::size_t lengthOfFirst(std::string_view text) noexcept {
+struct Form {
+    std::size_t length; // 0: there is none
+    std::uint32_t codePoint;
+};
+
+/// What the text begins with, whole and in UTF-8; surrogates count, too.
+Form firstForm(std::string_view text) noexcept {
+    constexpr Form kNone = {0, 0};
     const std::size_t length = lengthFrom(byteAt(text, 0));
     if (length == 0 || length > text.size())
-        return 0;
+        return kNone;
     for (std::size_t i = 1; i < length; ++i)
         if ((byteAt(text, i) & 0xC0U) != 0x80U)
-            return 0;
+            return kNone;
     const std::uint32_t codePoint = takeCharacter(text);
     const bool overlong = (length == 3 && codePoint < 0x800) || (length == 4 && codePoint < 0x10000);
-    return overlong || !isXmlCharacter(codePoint) ? 0 : length;
+    return overlong || codePoint > 0x10FFFF ? kNone : Form{length, codePoint};
 }
 
 } // namespace
 
-bool isXmlCharacter(std::uint32_t codePoint) noexcept {
-    if (codePoint < 0x20)
-        return codePoint == '\t' || codePoint == '\n' || codePoint == '\r';
-    return codePoint < 0xD800 || (codePoint > 0xDFFF && codePoint < 0xFFFE) ||
+std::size_t lengthOfFirstForm(std::string_view text) noexcept { return firstForm(text).length; }
+
+bool isAcceptedCharacter(std::uint32_t codePoint) noexcept {
+    return (codePoint != 0 && codePoint < 0xD800) || (codePoint > 0xDFFF && codePoint < 0xFFFE) ||
            (codePoint > 0xFFFF && codePoint < 0x110000);
 }
 
@@ -69,19 +74,29 @@ std::uint32_t takeCharacter(std::string_view& text) noexcept {
     return codePoint;
 }
 
-std::size_t lengthOfXmlCharacters(std::string_view text) noexcept {
+std::size_t lengthOfCharacters(std::string_view text) noexcept {
     std::string_view rest = text;
     while (!rest.empty()) {
         if (rest.size() >= kBlock && isPlainBlock(rest.data())) {
             rest.remove_prefix(kBlock);
             continue;
         }
-        const std::size_t length = lengthOfFirst(rest);
-        if (length == 0)
+        const Form form = firstForm(rest);
+        if (form.length == 0 || !isAcceptedCharacter(form.codePoint))
             break;
-        rest.remove_prefix(length);
+        rest.remove_prefix(form.length);
     }
     return text.size() - rest.size();
+}
+
+std::string codePointText(std::uint32_t codePoint) {
+    constexpr std::string_view kDigits = "0123456789ABCDEF";
+    std::string text = "U+";
+    for (unsigned shift = codePoint > 0xFFFFF ? 20 : codePoint > 0xFFFF ? 16 : 12;; shift -= 4) {
+        text += kDigits[codePoint >> shift & 0xFU];
+        if (shift == 0)
+            return text;
+    }
 }
 
 } // namespace Pegasus::cimxml

@@ -2,19 +2,28 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace Pegasus::cimxml {
 
-/// Whether XML 1.0 allows the code point (production Char).
-bool isXmlCharacter(std::uint32_t codePoint) noexcept;
+/// Whether an answer may hold the code point: one that XML 1.0 allows (production Char), or one of the other control
+/// characters but U+0000, which servers send in texts.
+bool isAcceptedCharacter(std::uint32_t codePoint) noexcept;
 
 /// The most bytes that a character has in UTF-8.
 constexpr std::size_t kLongestCharacter = 4;
 
-/// How many bytes of the text are whole characters in UTF-8 that XML allows: up to the first byte where none begins, or
-/// where one is cut off by the end.
-std::size_t lengthOfXmlCharacters(std::string_view text) noexcept;
+/// How many bytes of the text are whole characters in UTF-8 that are accepted: up to the first byte where none begins,
+/// or where one is cut off by the end.
+std::size_t lengthOfCharacters(std::string_view text) noexcept;
+
+/// How long the first character in UTF-8 is, accepted or not; 0 where the text, which is not empty, begins with none
+/// that is whole.
+std::size_t lengthOfFirstForm(std::string_view text) noexcept;
+
+/// "U+FFFE".
+std::string codePointText(std::uint32_t codePoint);
 
 /// Takes the first character off `text`, which consists of whole ones, and returns its code point.
 std::uint32_t takeCharacter(std::string_view& text) noexcept;

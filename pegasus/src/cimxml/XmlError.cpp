@@ -1,28 +1,53 @@
 #include "cimxml/XmlError.h"
 
-#include "model/Marked.h"
+#include <algorithm>
+#include <utility>
 
 namespace Pegasus::cimxml {
 
 namespace {
 
-String messageOf(std::initializer_list<std::string_view> parts) {
-    constexpr std::size_t kLongestPart = 200;
-    std::string message = "the server's answer is not good CIM-XML: ";
+constexpr std::size_t kLongestPart = 200;
+
+std::string textOf(std::initializer_list<std::string_view> parts) {
+    std::string text;
     for (const std::string_view part : parts) {
-        message += part.substr(0, kLongestPart);
-        if (part.size() > kLongestPart)
-            message += "...";
+        const std::string_view shown = beginningOf(part, kLongestPart);
+        text += shown;
+        if (shown.size() != part.size())
+            text += "...";
     }
-    return String(std::string_view(message));
+    return text;
+}
+
+[[noreturn]] void throwError(DecodingError::Kind kind, std::initializer_list<std::string_view> parts) {
+    throw DecodingError{kind, textOf(parts), std::string()};
 }
 
 } // namespace
 
-void throwXmlError(std::initializer_list<std::string_view> parts) { throw CIMClientXmlException(messageOf(parts)); }
+std::string_view beginningOf(std::string_view text, std::size_t length) noexcept {
+    const auto isContinuation = [&](std::size_t at) { return (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80U; };
+    std::size_t end = std::min(length, text.size());
+    while (end != 0 && end != text.size() && isContinuation(end))
+        --end;
+    return text.substr(0, end);
+}
 
-void throwPastLimit(std::initializer_list<std::string_view> parts) {
-    throw detail::Marked<CIMClientXmlException, ExceedsLimit>(messageOf(parts));
+void throwXmlError(std::initializer_list<std::string_view> parts) { throwError(DecodingError::Kind::Content, parts); }
+
+void throwIncomplete(std::initializer_list<std::string_view> parts) {
+    throwError(DecodingError::Kind::Incomplete, parts);
+}
+
+void throwMalformed(std::initializer_list<std::string_view> parts) {
+    throwError(DecodingError::Kind::Malformed, parts);
+}
+
+void throwPastLimit(std::initializer_list<std::string_view> parts) { throwError(DecodingError::Kind::Limit, parts); }
+
+void throwBadValue(std::string_view what, std::string_view value) {
+    throw DecodingError{DecodingError::Kind::Content, textOf({what, ": ", value}), textOf({value})};
 }
 
 } // namespace Pegasus::cimxml

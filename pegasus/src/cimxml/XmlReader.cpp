@@ -18,7 +18,10 @@ constexpr ByteSet kEndsName([](char c) { return !isInXmlName(c); });
 constexpr ByteSet kEndsPlainText("<&\r");
 constexpr ByteSet kEndsPlainValue("\"'<&\r\n\t");
 
+constexpr ByteSet kEndsInDocumentType(">[<\"'");
+
 constexpr std::string_view kCDataOpening = "<![CDATA[";
+constexpr std::string_view kDocumentType = "<!DOCTYPE";
 
 constexpr std::size_t kBlock = 16;
 
@@ -65,7 +68,7 @@ bool XmlReader::nextElement() {
         return false;
     skipSpace();
     if ((peek() != '<' || !isAtTag()) && !trimmed(takeCharacters()).empty())
-        throwXmlError({"there is text between the elements of ", name()});
+        throwIncomplete({"there is text between the elements of ", name()});
     if (isAtEndTag()) {
         takeEndTag();
         return false;
@@ -86,9 +89,8 @@ std::string_view XmlReader::text() {
     return characters;
 }
 
-void XmlReader::skip() {
-    const std::size_t outside = depth_ - 1;
-    while (depth_ != outside) {
+void XmlReader::skipTo(std::size_t depth) {
+    while (depth_ > depth) {
         if (leaveEmptyTag())
             continue;
         takeCharacters();
@@ -179,8 +181,26 @@ void XmlReader::skipMarkup() {
         takeBetween("<?", "?>");
     else if (isNext("<!--"))
         takeBetween("<!--", "-->");
+    else if (isInDocument() && isNext(kDocumentType))
+        skipDocumentType();
     else
-        throwXmlError({"it has a document type or another declaration, which is not accepted"});
+        throwMalformed({"it has a document type or another declaration where none is accepted"});
+}
+
+/// Skips a document type that refers to its declarations; those that it holds itself could be entities.
+void XmlReader::skipDocumentType() {
+    at_ += kDocumentType.size();
+    countNodes(1);
+    for (at_ = kEndsInDocumentType.findFirst(at_, end_); peek() != '>';
+         at_ = kEndsInDocumentType.findFirst(at_, end_)) {
+        if (*at_ == '[' || *at_ == '<')
+            throwMalformed({"its document type has declarations, which are not accepted"});
+        const char quote = *at_++;
+        at_ = std::find(at_, end_, quote);
+        peek();
+        ++at_;
+    }
+    ++at_;
 }
 
 /// Takes the opening, and all up to and with the terminator; returns what is between the two.
@@ -241,12 +261,12 @@ RememberedTag* XmlReader::scanStartTag() {
     resolvedValues_.clear();
     for (bool spaced = skipSpace(); peek() != '>' && peek() != '/'; spaced = skipSpace()) {
         if (!spaced)
-            throwXmlError({"the tag of ", element, " is malformed at: ", rest()});
+            throwMalformed({"the tag of ", element, " is malformed"});
         takeAttribute();
     }
     scannedTag_.isEmpty = *at_ == '/';
     if (scannedTag_.isEmpty && !isNext("/>"))
-        throwXmlError({"the tag of ", element, " is malformed at: ", rest()});
+        throwMalformed({"the tag of ", element, " is malformed"});
     at_ += scannedTag_.isEmpty ? 2 : 1;
     const bool isPlain = resolvedValues_.empty();
     return isPlain ? tags_.remember(scannedTag_, {tagBegin_, static_cast<std::size_t>(at_ - tagBegin_)}) : nullptr;
@@ -263,7 +283,7 @@ inline std::string_view XmlReader::takeName() {
     if (at_ == end_)
         throw EndOfText();
     if (at_ == begin || !startsXmlName(*begin))
-        throwXmlError({"a tag is malformed at: ", {begin, static_cast<std::size_t>(end_ - begin)}});
+        throwMalformed({"a tag is malformed"});
     return {begin, static_cast<std::size_t>(at_ - begin)};
 }
 
@@ -275,7 +295,7 @@ inline std::string_view XmlReader::takeAttributeValue() {
     skipSpace();
     const char quote = peek();
     if (!assigned || (quote != '"' && quote != '\''))
-        throwXmlError({"an attribute has no value in quotes at: ", rest()});
+        throwMalformed({"an attribute has no value in quotes"});
     const char* const begin = ++at_;
     at_ = kEndsPlainValue.findFirst(at_, end_);
     if (peek() != quote)
@@ -288,7 +308,7 @@ std::string_view XmlReader::resolveAttributeValue(const char* begin, char quote)
     std::string& value = resolvedValues_.emplace_front(begin, at_);
     for (char c = peek(); c != quote; c = peek()) {
         if (c == '<')
-            throwXmlError({"the value of an attribute holds '<'"});
+            throwMalformed({"the value of an attribute holds '<'"});
         if (c == '&')
             resolveReference(value);
         else if (isXmlSpace(c))
@@ -319,11 +339,11 @@ void XmlReader::takeOtherEndTag() {
     const std::string_view ended = takeName();
     skipSpace();
     if (peek() != '>')
-        throwXmlError({"the end tag of ", ended, " is malformed at: ", rest()});
+        throwMalformed({"the end tag of ", ended, " is malformed"});
     if (name().empty())
-        throwXmlError({"the end tag ", ended, " has no start tag"});
+        throwMalformed({"the end tag ", ended, " has no start tag"});
     if (ended != name())
-        throwXmlError({"the element ", name(), " ends with another tag: ", ended});
+        throwMalformed({"the element ", name(), " ends with another tag: ", ended});
     ++at_;
     --depth_;
 }
@@ -378,7 +398,7 @@ void XmlReader::resolveReference(std::string& out) {
     if (end == std::string_view::npos) {
         if (begin.size() < kLongestReference)
             throw EndOfText();
-        throwXmlError({"'&' begins no reference: ", begin});
+        throwMalformed({"'&' begins no reference: ", begin});
     }
     detail::appendUtf8(characterOf(begin.substr(0, end + 1)), out);
     at_ += end + 1;

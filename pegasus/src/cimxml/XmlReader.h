@@ -27,8 +27,9 @@ struct EndOfText {};
 ///         else
 ///             reader.skip();
 ///
-/// The text is made of whole characters that XML allows; it must outlive the reader. A document type declaration, and
-/// with it every entity declaration, is refused. All operations throw CIMClientXmlException, and EndOfText where the
+/// The text is made of whole characters that XML allows, or control characters; it must outlive the reader. Before a
+/// document's element may stand a document type declaration that holds none of its own; every other declaration is
+/// refused. All operations throw DecodingError, and EndOfText where the
 /// text ends before what they read does; only start() is of use then. What the checkpoint throws passes through.
 class XmlReader {
   public:
@@ -58,7 +59,12 @@ class XmlReader {
     /// The characters of the element, which holds no others; leaves it. They are valid up to the next operation.
     std::string_view text();
     /// Leaves the element, whatever it holds.
-    void skip();
+    void skip() { skipTo(depth_ - 1); }
+
+    /// How many elements are entered and not left.
+    std::size_t depth() const noexcept { return depth_; }
+    /// Leaves elements until so many are entered.
+    void skipTo(std::size_t depth);
 
     /// The text of the element that was entered last, from its start tag to the first `endTag`, which is behind it when
     /// it holds no such text otherwise. Empty when it has no content, not all of it is there, or it is longer than
@@ -73,6 +79,12 @@ class XmlReader {
 
     /// How much of the text is read.
     std::size_t position() const noexcept { return static_cast<std::size_t>(at_ - begin_); }
+    /// The text from a position on.
+    std::string_view textFrom(std::size_t position) const noexcept {
+        return {begin_ + position, static_cast<std::size_t>(end_ - begin_) - position};
+    }
+    /// Where in the text the start tag begins that was read last.
+    std::size_t tagPosition() const noexcept { return static_cast<std::size_t>(tagBegin_ - begin_); }
 
     /// Reports the element that was entered last as one that may not stand there.
     [[noreturn]] void throwUnexpected() const;
@@ -86,6 +98,8 @@ class XmlReader {
     bool skipSpace() noexcept;
     void skipBetween();
     void skipMarkup();
+    void skipDocumentType();
+    bool isInDocument() const noexcept { return depth_ == 0 && open_[0].element.empty(); }
     std::string_view takeBetween(std::string_view opening, std::string_view terminator);
     bool leaveEmptyTag() noexcept;
 

@@ -13,11 +13,15 @@ namespace Pegasus::cimxml {
 
 namespace {
 
-std::optional<std::uint32_t> characterIn(std::string_view digits, int base) noexcept {
+std::optional<std::uint32_t> characterIn(std::string_view digits, int base) {
     std::uint32_t codePoint = 0;
     const char* const end = digits.data() + digits.size();
     const auto [last, error] = std::from_chars(digits.data(), end, codePoint, base);
-    return error == std::errc() && last == end && isXmlCharacter(codePoint) ? std::optional(codePoint) : std::nullopt;
+    if (error != std::errc() || last != end)
+        return std::nullopt;
+    if (!isAcceptedCharacter(codePoint))
+        throwMalformed({"a reference stands for ", codePointText(codePoint), ", which XML does not allow"});
+    return codePoint;
 }
 
 std::optional<std::uint32_t> characterNamed(std::string_view name) noexcept {
@@ -37,7 +41,7 @@ std::uint32_t characterOf(std::string_view reference) {
                            : name.substr(0, 1) == "#" ? characterIn(name.substr(1), 10)
                                                       : characterNamed(name);
     if (!character)
-        throwXmlError({"it has the unknown reference ", reference});
+        throwMalformed({"it has the unknown reference ", reference});
     return *character;
 }
 

@@ -10,7 +10,7 @@ namespace Pegasus::cimxml {
 constexpr std::size_t kLongestReference = 10;
 
 /// The character that a reference stands for, given with its '&' and ';': one of XML's five entities, or a character in
-/// base 10 or 16. Throws CIMClientXmlException for every other text, and for characters that XML does not allow.
+/// base 10 or 16. Throws DecodingError for every other text, and for characters that are not accepted.
 std::uint32_t characterOf(std::string_view reference);
 
 } // namespace Pegasus::cimxml

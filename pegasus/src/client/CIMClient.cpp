@@ -1,6 +1,7 @@
 #include <Pegasus/Client/CIMClient.h>
 
 #include "cimxml/Checkpoint.h"
+#include "cimxml/Findings.h"
 #include "cimxml/ObjectDecoder.h"
 #include "cimxml/RequestEncoder.h"
 #include "cimxml/ResponseDecoder.h"
@@ -33,7 +34,7 @@ std::string toText(const String& text) { return std::string(text.view()); }
 template <typename Object>
 class Many : public ReturnValueSink {
   public:
-    Array<Object> take(const char* /*method*/) && { return std::move(objects_); }
+    Array<Object> take() && { return std::move(objects_); }
 
   protected:
     void keep(const Object& object) { objects_.append(object); }
@@ -46,9 +47,9 @@ class Many : public ReturnValueSink {
 template <typename Object>
 class Single : public ReturnValueSink {
   public:
-    Object take(const char* method) && {
+    Object take() && {
         if (!found_) {
-            throw CIMClientResponseException(String(method) + String(": the answer holds no object"));
+            throw CIMClientResponseException("the answer holds no object");
         }
         return std::move(object_);
     }
@@ -78,9 +79,18 @@ class ClassNames : public Many<CIMName> {
     void onClassName(const CIMName& name) override { keep(name); }
 };
 
+/// Those of which nobody needs a path.
 template <template <typename> class Kept>
 class Instances : public Kept<CIMInstance> {
     void onInstance(const CIMInstance& instance) override { this->keep(instance); }
+};
+
+class NamedInstances : public Many<CIMInstance> {
+    void onInstance(const CIMInstance& instance) override { keep(instance); }
+    void onInstanceAlone(const CIMInstance& instance) override {
+        throw CIMClientResponseException(String("the answer holds an instance of ") +
+                                         instance.getClassName().getString() + String(" without its path"));
+    }
 };
 
 class InstanceNames : public Many<CIMObjectPath> {
@@ -148,19 +158,41 @@ class EndOfTime : public cimxml::Checkpoint {
     const http::Deadline& deadline_;
 };
 
-/// Made when the library is loaded: there may be no memory for it when it is needed.
-const String kOutOfMemory("there is not enough memory for the server's answer");
+const char* const kOutOfMemory = "there is not enough memory for the server's answer";
 
-/// Does what a client is asked for. Where memory does not suffice, what was made of it is gone when this throws.
+/// Does what a client is asked for. Where memory does not suffice, what was made of it is gone when this throws, with a
+/// message that was made before: there may be no memory for it when it is needed.
 template <typename Work>
-auto withinMemory(Work work) {
+auto withinMemory(const String& outOfMemory, Work work) {
     try {
         return work();
     } catch (const std::bad_alloc&) {
     } catch (const std::length_error&) {
         // asked for more than there can be
     }
-    throw detail::Marked<OutOfMemoryException, ExceedsLimit>(kOutOfMemory);
+    throw detail::Marked<OutOfMemoryException, ExceedsLimit>(outOfMemory);
+}
+
+/// Throws an exception of that type, with the same mark, whose message says which server and operation it is about.
+template <typename Failure>
+[[noreturn]] void throwAbout(const http::Endpoint& endpoint, const char* method, const Failure& failure) {
+    const String message(endpoint.text() + ": " + method + ": " + toText(failure.getMessage()));
+    if (dynamic_cast<const ExceedsLimit*>(&failure) != nullptr) {
+        throw detail::Marked<Failure, ExceedsLimit>(message);
+    }
+    throw Failure(message);
+}
+
+/// Does a part of an operation. What it throws about the answer names server and operation.
+template <typename Work>
+auto aboutOperation(const http::Endpoint& endpoint, const char* method, Work work) {
+    try {
+        return work();
+    } catch (const CIMClientXmlException& failure) {
+        throwAbout(endpoint, method, failure);
+    } catch (const CIMClientResponseException& failure) {
+        throwAbout(endpoint, method, failure);
+    }
 }
 
 } // namespace
@@ -168,6 +200,13 @@ auto withinMemory(Work work) {
 class CIMClient::Impl {
   public:
     Uint32 timeout = kDefaultTimeout;
+    Boolean lenient = false;
+    cimxml::Findings findings;
+
+    template <typename Work>
+    auto withinMemory(Work work) const {
+        return Pegasus::withinMemory(outOfMemory_, work);
+    }
 
     const ClientLimits& limits() const { return limits_; }
     void setLimits(const ClientLimits& limits) {
@@ -188,6 +227,7 @@ class CIMClient::Impl {
                                     http::Credentials{toText(user), toText(password)});
                 connection_->setLimits(limits_);
                 connection_->open(deadline());
+                outOfMemory_ = String(connection_->endpoint().text() + ": " + kOutOfMemory);
             } catch (...) {
                 connection_.reset();
                 throw;
@@ -203,7 +243,10 @@ class CIMClient::Impl {
         if (!connection_) {
             throw NotConnectedException();
         }
-        return withinMemory([&] { return answerTo<Result>(method, nameSpace, addParameters); });
+        return withinMemory([&] {
+            return aboutOperation(connection_->endpoint(), method,
+                                  [&] { return answerTo<Result>(method, nameSpace, addParameters); });
+        });
     }
 
   private:
@@ -215,7 +258,8 @@ class CIMClient::Impl {
         const http::Deadline end = deadline();
         const EndOfTime endOfTime(connection_->endpoint(), end);
         Result result;
-        ResponseDecoder decoder(messageId, method, result, objects_, limits_, &endOfTime);
+        ResponseDecoder decoder(messageId, method, result, objects_, limits_, &endOfTime,
+                                lenient ? &findings : nullptr);
         try {
             exchange(http::makeCimRequest(method, nameSpace.getString().view(), request.finish()), decoder, end,
                      endOfTime);
@@ -225,7 +269,7 @@ class CIMClient::Impl {
             connection_->close();
             throw;
         }
-        return std::move(result).take(method);
+        return std::move(result).take();
     }
 
     http::Deadline deadline() const { return http::Deadline(std::chrono::milliseconds(timeout)); }
@@ -245,6 +289,7 @@ class CIMClient::Impl {
 
     ClientLimits limits_;
     std::optional<http::HttpConnection> connection_;
+    String outOfMemory_{kOutOfMemory};
     const std::shared_ptr<cimxml::ObjectDecoder> objects_ = std::make_shared<cimxml::ObjectDecoder>();
     Uint64 lastMessageId_ = 0;
 };
@@ -260,6 +305,12 @@ Uint32 CIMClient::getTimeout() const { return impl_->timeout; }
 void CIMClient::setLimits(const ClientLimits& limits) { impl_->setLimits(limits); }
 
 const ClientLimits& CIMClient::getLimits() const { return impl_->limits(); }
+
+void CIMClient::setLenient(Boolean lenient) { impl_->lenient = lenient; }
+
+Boolean CIMClient::isLenient() const { return impl_->lenient; }
+
+LenientFindings CIMClient::takeFindings() { return impl_->findings.take(); }
 
 void CIMClient::connect(const String& host, Uint32 port, const String& user, const String& password) {
     impl_->connect(host, port, std::nullopt, user, password);
@@ -306,7 +357,7 @@ Array<CIMName> CIMClient::enumerateClassNames(const CIMNamespaceName& nameSpace,
 CIMInstance CIMClient::getInstance(const CIMNamespaceName& nameSpace, const CIMObjectPath& instanceName,
                                    Boolean localOnly, Boolean includeQualifiers, Boolean includeClassOrigin,
                                    const CIMPropertyList& propertyList) {
-    return withinMemory([&] {
+    return impl_->withinMemory([&] {
         CIMInstance instance = impl_->call<Instances<Single>>("GetInstance", nameSpace, [&](RequestEncoder& request) {
             request.addInstanceName("InstanceName", instanceName);
             request.addBoolean("LocalOnly", localOnly);
@@ -320,7 +371,7 @@ CIMInstance CIMClient::getInstance(const CIMNamespaceName& nameSpace, const CIMO
 Array<CIMInstance> CIMClient::enumerateInstances(const CIMNamespaceName& nameSpace, const CIMName& className,
                                                  Boolean deepInheritance, Boolean localOnly, Boolean includeQualifiers,
                                                  Boolean includeClassOrigin, const CIMPropertyList& propertyList) {
-    return impl_->call<Instances<Many>>("EnumerateInstances", nameSpace, [&](RequestEncoder& request) {
+    return impl_->call<NamedInstances>("EnumerateInstances", nameSpace, [&](RequestEncoder& request) {
         request.addClassName("ClassName", className);
         request.addBoolean("LocalOnly", localOnly);
         request.addBoolean("DeepInheritance", deepInheritance);

@@ -4,6 +4,7 @@
 #include <boost/archive/iterators/base64_from_binary.hpp>
 #include <boost/archive/iterators/transform_width.hpp>
 #include <cstddef>
+#include <vector>
 
 namespace Pegasus::http {
 
@@ -36,19 +37,49 @@ std::string_view firstWord(std::string_view text) {
     return text.substr(begin, end - begin);
 }
 
-} // namespace
-
-bool takesBasicAuthentication(const HttpFields& fields) {
-    const auto answers = fields.findAll("WWW-Authenticate");
-    // A challenge is a scheme followed by parameters, and both challenges and parameters are separated by commas.
+/// Calls for each element of the challenges until one returns true. A challenge is a scheme followed by parameters, and
+/// both challenges and parameters are separated by commas.
+template <typename Visit>
+bool anyElement(const std::vector<std::string_view>& answers, Visit visit) {
     for (std::string_view challenges : answers) {
         while (!challenges.empty()) {
-            if (equalsNoCase(firstWord(takeElement(challenges)), "Basic")) {
+            if (visit(takeElement(challenges))) {
                 return true;
             }
         }
     }
-    return answers.empty();
+    return false;
+}
+
+/// The scheme with which an element begins; empty for one that is a parameter of the scheme before it.
+std::string_view schemeOf(std::string_view element) {
+    const std::string_view word = firstWord(element);
+    const std::string_view rest = element.substr(static_cast<std::size_t>(word.data() - element.data()) + word.size());
+    const bool isWord = std::all_of(word.begin(), word.end(), [](char c) {
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-' || c == '_';
+    });
+    const std::string_view next = firstWord(rest);
+    return isWord && next.substr(0, 1) != "=" ? word : std::string_view();
+}
+
+} // namespace
+
+bool takesBasicAuthentication(const HttpFields& fields) {
+    const auto answers = fields.findAll("WWW-Authenticate");
+    return answers.empty() ||
+           anyElement(answers, [](std::string_view element) { return equalsNoCase(firstWord(element), "Basic"); });
+}
+
+std::string offeredSchemes(const HttpFields& fields) {
+    constexpr std::size_t kLongest = 100;
+    std::string schemes;
+    anyElement(fields.findAll("WWW-Authenticate"), [&](std::string_view element) {
+        if (const std::string_view scheme = schemeOf(element); !scheme.empty()) {
+            schemes.append(schemes.empty() ? "" : ", ").append(scheme);
+        }
+        return schemes.size() > kLongest;
+    });
+    return schemes.substr(0, kLongest);
 }
 
 std::string basicAuthorization(std::string_view user, std::string_view password) {

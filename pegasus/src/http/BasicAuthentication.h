@@ -11,6 +11,9 @@ namespace Pegasus::http {
 /// as with servers that say no more than that they want a login.
 bool takesBasicAuthentication(const HttpFields& fields);
 
+/// The schemes that a server's challenges offer, "Negotiate, Digest"; empty when it names none.
+std::string offeredSchemes(const HttpFields& fields);
+
 /// The value of the Authorization header for Basic authentication.
 std::string basicAuthorization(std::string_view user, std::string_view password);
 

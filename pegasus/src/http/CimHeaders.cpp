@@ -1,5 +1,6 @@
 #include "http/CimHeaders.h"
 
+#include "http/BasicAuthentication.h"
 #include "http/UriText.h"
 #include "model/ServerError.h"
 
@@ -12,13 +13,14 @@ namespace Pegasus::http {
 namespace {
 
 constexpr unsigned kOk = 200;
+constexpr unsigned kUnauthorized = 401;
 
 [[noreturn]] void fail(const Endpoint& endpoint, const std::string& what) {
     throw CIMClientMalformedHTTPException(String(endpoint.text() + ": " + what));
 }
 
 String decodedField(const HttpFields& fields, std::string_view name) {
-    const std::string* value = fields.find(name);
+    const std::string* value = fields.findCim(name);
     return value != nullptr ? String(decodeUri(*value)) : String();
 }
 
@@ -58,6 +60,16 @@ bool isXmlInUtf8(std::string_view contentType) {
     return true;
 }
 
+/// The reason of an error's status, and who gave it.
+std::string reasonOf(const HttpHead& head, const Endpoint& endpoint) {
+    std::string reason = head.reason + (head.reason.empty() ? "from " : " from ") + endpoint.text();
+    if (head.status == kUnauthorized) {
+        const std::string schemes = offeredSchemes(head.fields);
+        reason += schemes.empty() ? ", which names no scheme of logging in" : ", which offers " + schemes;
+    }
+    return reason;
+}
+
 } // namespace
 
 HttpRequest makeCimRequest(std::string_view method, std::string_view nameSpace, std::string body) {
@@ -78,10 +90,11 @@ HttpRequest makeCimRequest(std::string_view method, std::string_view nameSpace, 
 
 void checkCimAnswer(const HttpHead& head, const Endpoint& endpoint) {
     if (head.status != kOk) {
-        throw CIMClientHTTPErrorException(head.status, String(head.reason), decodedField(head.fields, "CIMError"),
+        throw CIMClientHTTPErrorException(head.status, String(reasonOf(head, endpoint)),
+                                          decodedField(head.fields, "CIMError"),
                                           decodedField(head.fields, "PGErrorDetail"));
     }
-    const std::string* operation = head.fields.find("CIMOperation");
+    const std::string* operation = head.fields.findCim("CIMOperation");
     if (operation == nullptr) {
         fail(endpoint, "the answer has no CIMOperation header; is this a CIM server?");
     }
@@ -95,7 +108,7 @@ void checkCimAnswer(const HttpHead& head, const Endpoint& endpoint) {
 }
 
 void checkCimTrailers(const HttpFields& trailers, const Endpoint& endpoint) {
-    const std::string* status = trailers.find("CIMStatusCode");
+    const std::string* status = trailers.findCim("CIMStatusCode");
     if (status == nullptr) {
         return;
     }

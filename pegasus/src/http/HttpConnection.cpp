@@ -46,7 +46,7 @@ const HttpHead& HttpConnection::post(const HttpRequest& request, const Deadline&
         close();
         throw detail::Marked<CannotConnectException, ClosedWithoutAnswer>(
             String(endpoint().text() + ": " + lost.reason +
-                   (dialer_.encrypts() ? "" : " (a port for TLS needs an SSLContext)")));
+                   (dialer_.encrypts() || hasAnswered_ ? "" : " (a port for TLS needs an SSLContext)")));
     } catch (...) {
         close();
         throw;
@@ -87,7 +87,9 @@ const HttpHead& HttpConnection::attempt(const std::string& bytes, const Deadline
     } catch (const ConnectionLost&) {
         // A server may refuse a request and close before it has read all of it: its answer is there to be read.
     }
-    return reader_->readHead(deadline, limits_.interimAnswers);
+    const HttpHead& head = reader_->readHead(deadline, limits_.interimAnswers);
+    hasAnswered_ = true;
+    return head;
 }
 
 bool HttpConnection::mayAuthenticate(const HttpHead& head) const {

@@ -82,6 +82,7 @@ class HttpConnection {
     const Credentials credentials_;
     ClientLimits limits_;
     bool authenticates_ = false;
+    bool hasAnswered_ = false; // the server, over this connection or one before
     State state_ = State::kClosed;
     std::unique_ptr<Channel> channel_;
     std::unique_ptr<ResponseReader> reader_;

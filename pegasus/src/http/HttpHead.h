@@ -14,6 +14,9 @@ class HttpFields {
 
     /// The first value of a name, found without regard to case; null when there is none.
     const std::string* find(std::string_view name) const;
+    /// The same for a header of CIM operations, which may have a prefix of two digits and a hyphen: servers that were
+    /// made for M-POST requests write "73-CIMOperation", with the "73" told in another field.
+    const std::string* findCim(std::string_view name) const;
     /// All values of a name.
     std::vector<std::string_view> findAll(std::string_view name) const;
 

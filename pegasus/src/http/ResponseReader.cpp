@@ -1,8 +1,10 @@
 #include "http/ResponseReader.h"
 
+#include "http/HeadRepair.h"
 #include "model/Marked.h"
 
 #include <Pegasus/Client/CIMClientException.h>
+#include <algorithm>
 #include <boost/beast/http/basic_parser.hpp>
 #include <boost/beast/http/error.hpp>
 #include <cstdint>
@@ -103,6 +105,8 @@ class ResponseReader::Impl {
     }
 
     const Parser& parser() const { return *parser_; }
+    /// One whose length was said in two ways may have been understood in another way by somebody on the way.
+    bool keepsConnection() const { return parser_->keep_alive() && !ignoresItsLength_; }
     bool hasSurplus() const { return begin_ != end_; }
 
   private:
@@ -110,6 +114,9 @@ class ResponseReader::Impl {
 
     void readOneHead(const Deadline& deadline) {
         parser_.emplace();
+        hasStatus_ = false;
+        headSearched_ = 0;
+        ignoresItsLength_ = false;
         std::size_t size = 0;
         while (!parser_->is_header_done()) {
             size += advance(deadline);
@@ -135,19 +142,53 @@ class ResponseReader::Impl {
         if (starved_ && parser_->is_header_done() && end_ - begin_ < kShortestRest) {
             return 0;
         }
-        const std::string_view input(&buffer_[begin_], end_ - begin_);
-        if (!parser_->is_header_done() && looksLikeTls(input)) {
-            fail<detail::Marked<CIMClientMalformedHTTPException, PeerSpeaksTls>>(
-                "the server speaks TLS on this port; connect to it with an SSLContext");
+        const bool inHead = !parser_->is_header_done();
+        if (inHead) {
+            checkForTls();
         }
+        const std::size_t ready = inHead ? readyHead() : input().size();
         error_code error;
-        const std::size_t parsed = parser_->put({input.data(), input.size()}, error);
+        const std::size_t parsed = parser_->put({&buffer_[begin_], ready}, error);
         begin_ += parsed;
         starved_ = error == beast::http::error::need_more;
+        if (inHead && parsed != 0) {
+            hasStatus_ = true;
+            headSearched_ = 0;
+        }
         if (error && !starved_) {
             failAt(error);
         }
         return parsed;
+    }
+
+    void checkForTls() const {
+        if (looksLikeTls(input())) {
+            fail<detail::Marked<CIMClientMalformedHTTPException, PeerSpeaksTls>>(
+                "the server speaks TLS on this port; connect to it with an SSLContext");
+        }
+    }
+
+    std::string_view input() const { return {&buffer_[begin_], end_ - begin_}; }
+
+    /// How much of a head the parser gets now: its first line as it comes, so that what is no HTTP is noticed at once,
+    /// and all of the fields together, once they are such as it takes.
+    std::size_t readyHead() {
+        if (lacksBlankBehindStatus(input()) && end_ != kBufferBytes) {
+            char* const blank = &buffer_[begin_ + kStatusLength];
+            std::memmove(blank + 1, blank, end_ - begin_ - kStatusLength);
+            *blank = ' ';
+            ++end_;
+        }
+        constexpr std::string_view kEnd = "\r\n\r\n";
+        const bool hasNoFields = hasStatus_ && input().substr(0, 2) == kEnd.substr(0, 2);
+        const std::size_t end = hasNoFields ? 0 : input().find(kEnd, headSearched_);
+        if (end != std::string_view::npos) {
+            ignoresItsLength_ = hideOverriddenLength(&buffer_[begin_], std::min(end + kEnd.size(), input().size()));
+            return input().size();
+        }
+        headSearched_ = input().size() - std::min(input().size(), kEnd.size() - 1);
+        const std::size_t lineEnd = input().find('\n');
+        return hasStatus_ ? 0 : lineEnd == std::string_view::npos ? input().size() : lineEnd + 1;
     }
 
     /// False at the end of the stream.
@@ -221,7 +262,10 @@ class ResponseReader::Impl {
     std::size_t begin_ = 0;
     std::size_t end_ = 0;
     bool hasBegun_ = false;
-    bool starved_ = false; // what the buffer holds is not enough to go on
+    bool starved_ = false;         // what the buffer holds is not enough to go on
+    bool hasStatus_ = false;       // the parser, of the head that it is given
+    std::size_t headSearched_ = 0; // how much of what the buffer holds has no end of a head
+    bool ignoresItsLength_ = false;
 };
 
 ResponseReader::ResponseReader(Channel& channel, const Endpoint& endpoint)
@@ -237,7 +281,7 @@ void ResponseReader::readBody(const BodySink& sink, const Deadline& deadline) { 
 
 const HttpFields& ResponseReader::trailers() const { return impl_->parser().trailers(); }
 
-bool ResponseReader::keepsConnection() const { return impl_->parser().keep_alive(); }
+bool ResponseReader::keepsConnection() const { return impl_->keepsConnection(); }
 
 bool ResponseReader::hasSurplus() const { return impl_->hasSurplus(); }
 
