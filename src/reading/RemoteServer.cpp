@@ -8,6 +8,7 @@
 #endif
 
 #if __has_include(<Pegasus/Client/ExchangeObserver.h>)
+#include "convert/RemoteText.h"
 #include "reading/TraceFile.h"
 #define CIMHTTP_HAS_EXCHANGE_OBSERVER 1
 #endif
@@ -23,7 +24,7 @@ constexpr bool kClassOrigin = true;
 
 /// The null name for an empty text.
 Pegasus::CIMName NameOrNull(const std::string& name) {
-    return name.empty() ? Pegasus::CIMName() : Pegasus::CIMName(name.c_str());
+    return name.empty() ? Pegasus::CIMName() : Pegasus::CIMName(ToRemoteText(name));
 }
 
 } // namespace
@@ -77,13 +78,13 @@ Pegasus::CIMClass RemoteServer::GetClassToBuild(const std::string& name) { retur
 Pegasus::CIMClass RemoteServer::GetWholeClass(const std::string& name) { return GetClass(name, kClassOrigin); }
 
 Pegasus::CIMClass RemoteServer::GetClass(const std::string& name, bool includeClassOrigin) {
-    return fClient->getClass(*fNamespace, Pegasus::CIMName(name.c_str()), !kLocalOnly, kQualifiers, includeClassOrigin,
-                             Pegasus::CIMPropertyList());
+    return fClient->getClass(*fNamespace, Pegasus::CIMName(ToRemoteText(name)), !kLocalOnly, kQualifiers,
+                             includeClassOrigin, Pegasus::CIMPropertyList());
 }
 
 Pegasus::Array<Pegasus::CIMInstance> RemoteServer::EnumerateLocalInstances(const std::string& className, bool deep) {
-    return fClient->enumerateInstances(*fNamespace, Pegasus::CIMName(className.c_str()), deep, kLocalOnly, !kQualifiers,
-                                       !kClassOrigin, Pegasus::CIMPropertyList());
+    return fClient->enumerateInstances(*fNamespace, Pegasus::CIMName(ToRemoteText(className)), deep, kLocalOnly,
+                                       !kQualifiers, !kClassOrigin, Pegasus::CIMPropertyList());
 }
 
 Pegasus::Array<Pegasus::CIMInstance>
@@ -111,7 +112,7 @@ bool RemoteServer::HasPulledEnumerations() {
 
 Pegasus::Array<Pegasus::CIMInstance> RemoteServer::EnumerateWholeInstances(const std::string& className,
                                                                            const Pegasus::CIMPropertyList& properties) {
-    return fClient->enumerateInstances(*fNamespace, Pegasus::CIMName(className.c_str()), kDeep, !kLocalOnly,
+    return fClient->enumerateInstances(*fNamespace, Pegasus::CIMName(ToRemoteText(className)), kDeep, !kLocalOnly,
                                        !kQualifiers, !kClassOrigin, properties);
 }
 
@@ -130,7 +131,7 @@ Pegasus::Array<Pegasus::CIMObjectPath> RemoteServer::EnumerateInstanceNames(cons
 
 Pegasus::Array<Pegasus::CIMObjectPath> RemoteServer::EnumerateInstanceNames(const Pegasus::CIMNamespaceName& nameSpace,
                                                                             const std::string& className) {
-    return fClient->enumerateInstanceNames(nameSpace, Pegasus::CIMName(className.c_str()));
+    return fClient->enumerateInstanceNames(nameSpace, Pegasus::CIMName(ToRemoteText(className)));
 }
 
 void RemoteServer::CheckInstance(const Pegasus::CIMNamespaceName& nameSpace, const Pegasus::CIMObjectPath& path) {
@@ -141,24 +142,25 @@ void RemoteServer::CheckInstance(const Pegasus::CIMNamespaceName& nameSpace, con
 Pegasus::Array<Pegasus::CIMObject> RemoteServer::Associators(const AssociationRequest& request,
                                                              const Pegasus::CIMPropertyList& properties) {
     return fClient->associators(request.nameSpace, request.object, NameOrNull(request.associationClass),
-                                NameOrNull(request.resultClass), request.role.c_str(), request.resultRole.c_str(),
-                                !kQualifiers, !kClassOrigin, properties);
+                                NameOrNull(request.resultClass), ToRemoteText(request.role),
+                                ToRemoteText(request.resultRole), !kQualifiers, !kClassOrigin, properties);
 }
 
 Pegasus::Array<Pegasus::CIMObjectPath> RemoteServer::AssociatorNames(const AssociationRequest& request) {
     return fClient->associatorNames(request.nameSpace, request.object, NameOrNull(request.associationClass),
-                                    NameOrNull(request.resultClass), request.role.c_str(), request.resultRole.c_str());
+                                    NameOrNull(request.resultClass), ToRemoteText(request.role),
+                                    ToRemoteText(request.resultRole));
 }
 
 Pegasus::Array<Pegasus::CIMObject> RemoteServer::References(const AssociationRequest& request,
                                                             const Pegasus::CIMPropertyList& properties) {
     return fClient->references(request.nameSpace, request.object, NameOrNull(request.associationClass),
-                               request.role.c_str(), !kQualifiers, !kClassOrigin, properties);
+                               ToRemoteText(request.role), !kQualifiers, !kClassOrigin, properties);
 }
 
 Pegasus::Array<Pegasus::CIMObjectPath> RemoteServer::ReferenceNames(const AssociationRequest& request) {
     return fClient->referenceNames(request.nameSpace, request.object, NameOrNull(request.associationClass),
-                                   request.role.c_str());
+                                   ToRemoteText(request.role));
 }
 
 } // namespace NQORVYX20

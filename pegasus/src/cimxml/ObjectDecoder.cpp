@@ -4,6 +4,7 @@
 #include "cimxml/ScalarDecoder.h"
 #include "cimxml/XmlCharacters.h"
 #include "cimxml/XmlError.h"
+#include "model/Unchecked.h"
 #include "model/VisitType.h"
 
 #include <array>
@@ -100,6 +101,20 @@ CIMType typeOf(Form form, const Attributes& attributes) {
     return form == Form::Scalar || form == Form::Array ? typeOf(attributes) : CIMTYPE_REFERENCE;
 }
 
+/// The type that qualifiers give to a property of texts: servers send the definitions of classes so.
+std::optional<CIMType> embeddedType(const CIMProperty& property) {
+    const Uint32 object = property.findQualifier("EmbeddedObject");
+    if (object != PEG_NOT_FOUND && property.getQualifier(object).getValue() == CIMValue(true))
+        return CIMTYPE_OBJECT;
+    const Uint32 instance = property.findQualifier("EmbeddedInstance");
+    if (instance == PEG_NOT_FOUND)
+        return std::nullopt;
+    const CIMValue& className = property.getQualifier(instance).getValue();
+    const bool namesClass = className.getType() == CIMTYPE_STRING && !className.isArray() && !className.isNull() &&
+                            className != CIMValue(String());
+    return namesClass ? std::optional<CIMType>(CIMTYPE_INSTANCE) : std::nullopt;
+}
+
 /// Sees to it that an embedded object, or the end behind it, comes next.
 void expect(XmlReader::Ahead expected, XmlReader& reader) {
     const XmlReader::Ahead ahead = reader.ahead();
@@ -129,7 +144,7 @@ CIMClass ObjectDecoder::decodeClass(XmlReader& reader) {
     CIMClass cimClass(names_.get(attributes.get("NAME")), optionalName(attributes, "SUPERCLASS"));
     while (reader.nextElement()) {
         if (reader.name() == "METHOD")
-            cimClass.addMethod(decodeMethod(reader));
+            detail::Unchecked::add(cimClass, decodeMethod(reader));
         else if (!addProperty(cimClass, reader) && !addQualifier(cimClass, reader))
             reader.throwUnexpected();
     }
@@ -163,7 +178,7 @@ CIMInstance ObjectDecoder::decodeInstanceWithPath(XmlReader& reader) {
     }
     if (path.getClassName().isNull() || instance.isUninitialized())
         throwXmlError({"the element ", name, " lacks the instance or its path"});
-    instance.setPath(path);
+    detail::Unchecked::setPath(instance, path);
     return instance;
 }
 
@@ -183,7 +198,7 @@ CIMObject ObjectDecoder::decodeObject(XmlReader& reader) {
     if (object.isUninitialized() || (!hasPath && name != "VALUE.OBJECT"))
         throwXmlError({"the element ", name, " lacks the object or its path"});
     if (hasPath)
-        object.setPath(path);
+        detail::Unchecked::setPath(object, path);
     return object;
 }
 
@@ -265,7 +280,7 @@ template <class Owner>
 bool ObjectDecoder::addQualifier(Owner& owner, XmlReader& reader) {
     if (reader.name() != "QUALIFIER")
         return false;
-    owner.addQualifier(decodeQualifier(reader));
+    detail::Unchecked::add(owner, decodeQualifier(reader));
     return true;
 }
 
@@ -288,8 +303,43 @@ bool ObjectDecoder::addProperty(Owner& owner, XmlReader& reader) {
             reader.throwUnexpected();
         }
     }
-    owner.addProperty(property);
+    if (type == CIMTYPE_STRING && property.getQualifierCount() != 0)
+        property = withEmbedding(property);
+    detail::Unchecked::add(owner, property);
     return true;
+}
+
+/// A property of texts whose qualifiers say that the texts are objects, as one of objects.
+CIMProperty ObjectDecoder::withEmbedding(const CIMProperty& property) {
+    const auto type = embeddedType(property);
+    if (!type)
+        return property;
+    const CIMValue value = *type == CIMTYPE_OBJECT ? embeddedValue<CIMObject>(property.getValue())
+                                                   : embeddedValue<CIMInstance>(property.getValue());
+    CIMProperty embedding(property.getName(), value, property.getArraySize(), CIMName(), property.getClassOrigin(),
+                          property.getPropagated());
+    for (Uint32 i = 0; i < property.getQualifierCount(); ++i)
+        detail::Unchecked::add(embedding, property.getQualifier(i));
+    return embedding;
+}
+
+template <class T>
+CIMValue ObjectDecoder::embeddedValue(const CIMValue& texts) {
+    constexpr CIMType kType = detail::ValueType<T>::kType;
+    if (texts.isNull())
+        return CIMValue(kType, texts.isArray());
+    if (!texts.isArray()) {
+        String text;
+        texts.get(text);
+        const T object = decodeEmbeddedAs<T>(text.view());
+        return object.isUninitialized() ? CIMValue(kType, false) : CIMValue(object);
+    }
+    Array<String> items;
+    texts.get(items);
+    Array<T> objects;
+    for (const String& item : items)
+        objects.append(decodeEmbeddedAs<T>(item.view()));
+    return CIMValue(objects);
 }
 
 ObjectDecoder::PropertyHead ObjectDecoder::decodePropertyHead(const StartTag& tag) {
@@ -299,8 +349,10 @@ ObjectDecoder::PropertyHead ObjectDecoder::decodePropertyHead(const StartTag& ta
         head.type = typeOf(*form, tag.attributes);
         head.name = names_.get(tag.attributes.get("NAME"));
         head.isArray = isArrayForm(*form);
-        head.arraySize = arraySizeOf(tag.attributes);
-        head.referenceClass = optionalName(tag.attributes, "REFERENCECLASS");
+        const Uint32 arraySize = arraySizeOf(tag.attributes);
+        head.arraySize = head.isArray ? arraySize : 0;
+        head.referenceClass =
+            head.type == CIMTYPE_REFERENCE ? optionalName(tag.attributes, "REFERENCECLASS") : CIMName();
         head.classOrigin = optionalName(tag.attributes, "CLASSORIGIN");
         head.propagated = tag.attributes.getBoolean("PROPAGATED", false);
     }
@@ -312,15 +364,18 @@ bool ObjectDecoder::addParameter(CIMMethod& method, XmlReader& reader) {
     if (!form)
         return false;
     const Attributes& attributes = reader.attributes();
-    CIMParameter parameter(names_.get(attributes.get("NAME")), typeOf(*form, attributes), isArrayForm(*form),
-                           arraySizeOf(attributes), optionalName(attributes, "REFERENCECLASS"));
+    const CIMType type = typeOf(*form, attributes);
+    const Uint32 arraySize = arraySizeOf(attributes);
+    CIMParameter parameter(names_.get(attributes.get("NAME")), type, isArrayForm(*form),
+                           isArrayForm(*form) ? arraySize : 0,
+                           type == CIMTYPE_REFERENCE ? optionalName(attributes, "REFERENCECLASS") : CIMName());
     while (reader.nextElement()) {
         if (isValue(reader.name()))
             reader.skip(); // a default, which CIM does not have
         else if (!addQualifier(parameter, reader))
             reader.throwUnexpected();
     }
-    method.addParameter(parameter);
+    detail::Unchecked::add(method, parameter);
     return true;
 }
 
@@ -379,17 +434,24 @@ T ObjectDecoder::decodeItem(XmlReader& reader) {
         reader.throwUnexpected();
     if constexpr (kReference) {
         return paths_.decodeReference(reader);
-    } else if constexpr (std::is_same_v<T, CIMObject>) {
-        return decodeEmbedded(reader.text());
-    } else if constexpr (std::is_same_v<T, CIMInstance>) {
-        const CIMObject object = decodeEmbedded(reader.text());
+    } else if constexpr (isEmbedded<T>) {
+        return decodeEmbeddedAs<T>(reader.text());
+    } else {
+        return decodeScalar<T>(reader.text());
+    }
+}
+
+template <class T>
+T ObjectDecoder::decodeEmbeddedAs(std::string_view text) {
+    const CIMObject object = decodeEmbedded(text);
+    if constexpr (std::is_same_v<T, CIMObject>) {
+        return object;
+    } else {
         if (object.isUninitialized())
             return CIMInstance();
         if (object.isClass())
             throwXmlError({"a class is embedded where an instance is declared"});
         return CIMInstance(object);
-    } else {
-        return decodeScalar<T>(reader.text());
     }
 }
 

@@ -84,6 +84,11 @@ class ObjectDecoder {
     CIMValue decodeArrayValue(XmlReader& reader);
     template <class T>
     T decodeItem(XmlReader& reader);
+    CIMProperty withEmbedding(const CIMProperty& property);
+    template <class T>
+    CIMValue embeddedValue(const CIMValue& texts);
+    template <class T>
+    T decodeEmbeddedAs(std::string_view text);
     CIMObject decodeEmbedded(std::string_view text);
     CIMObject decodeOnlyObject(XmlReader& reader);
 

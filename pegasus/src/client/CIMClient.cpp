@@ -9,6 +9,7 @@
 #include "http/TimeOut.h"
 #include "model/Marked.h"
 #include "model/OperationTypes.h"
+#include "model/Unchecked.h"
 
 #include <Pegasus/Client/ExchangeObserver.h>
 
@@ -391,7 +392,7 @@ CIMInstance CIMClient::getInstance(const CIMNamespaceName& nameSpace, const CIMO
             request.addBoolean("LocalOnly", localOnly);
             addExtent(request, includeQualifiers, includeClassOrigin, propertyList);
         });
-        instance.setPath(instanceName);
+        detail::Unchecked::setPath(instance, instanceName); // which may name a superclass
         return instance;
     });
 }

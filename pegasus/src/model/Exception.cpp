@@ -81,6 +81,8 @@ TypeMismatchException::TypeMismatchException(const String& message) : Exception(
 
 DynamicCastFailedException::DynamicCastFailedException(const String& message) : Exception(message) {}
 
+NoSuchPropertyException::NoSuchPropertyException(const String& message) : Exception(message) {}
+
 InvalidNameException::InvalidNameException(const String& name) : Exception(quoted("not a CIM name:", name)) {}
 
 InvalidNamespaceNameException::InvalidNamespaceNameException(const String& name)

@@ -86,6 +86,12 @@ class DynamicCastFailedException : public Exception {
     explicit DynamicCastFailedException(const String& message = "the object is of another kind");
 };
 
+/// An instance lacks a property, or the property its value.
+class NoSuchPropertyException : public Exception {
+  public:
+    explicit NoSuchPropertyException(const String& message);
+};
+
 class InvalidNameException : public Exception {
   public:
     explicit InvalidNameException(const String& name);
