@@ -9,6 +9,7 @@
 #include <limits>
 
 #include "cimhttp/ContextKeys.h"
+#include "convert/RemoteText.h"
 #include "provider/PrintableText.h"
 
 namespace NQORVYX20 {
@@ -29,7 +30,7 @@ std::string NumberFault(std::optional<std::uint64_t> number, std::uint64_t great
 
 bool IsNamespaceName(const std::string& text) {
     try {
-        const Pegasus::CIMNamespaceName name(text.c_str());
+        const Pegasus::CIMNamespaceName name(ToRemoteText(text));
         return true;
     } catch (const Pegasus::Exception&) {
         return false;
@@ -105,6 +106,7 @@ const std::vector<OptionRule>& OptionRules() {
         {kLimitBytesKey, Kind::kCount, kLimitBytesKey},
         {kLimitObjectsKey, Kind::kCount, kLimitObjectsKey},
         {kLimitElementsKey, Kind::kCount, kLimitElementsKey},
+        {kTraceKey, Kind::kPath, kTraceKey},
     };
     return kRules;
 }

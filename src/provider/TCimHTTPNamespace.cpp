@@ -164,9 +164,10 @@ void TCimHTTPNamespace::Open(const ConnectionPlan& plan, const std::string& host
     Pegasus::CIMClient& client = *getPegClient();
     const auto remotePort = static_cast<Pegasus::Uint32>(port);
     if (plan.WayToServer() == ConnectionPlan::Way::kPlain) {
-        client.connect(host.c_str(), remotePort, user.c_str(), password.c_str());
+        client.connect(ToRemoteText(host), remotePort, ToRemoteText(user), ToRemoteText(password));
     } else if (plan.WayToServer() == ConnectionPlan::Way::kTls) {
-        client.connect(host.c_str(), remotePort, SslContextOf(plan.Options()), user.c_str(), password.c_str());
+        client.connect(ToRemoteText(host), remotePort, SslContextOf(plan.Options()), ToRemoteText(user),
+                       ToRemoteText(password));
     }
 }
 
@@ -175,11 +176,15 @@ void TCimHTTPNamespace::Apply(const ConnectionOptions& options) {
         return;
     }
     ConnectionOptions applied = options; // what takes memory comes first, so that all counts or nothing
-    const Pegasus::CIMNamespaceName nameSpace(options.Text(kNamespaceKey).value_or(kRemoteNamespaceName).c_str());
+    const Pegasus::CIMNamespaceName nameSpace(ToRemoteText(options.Text(kNamespaceKey).value_or(kRemoteNamespaceName)));
     if (!fServer->SetLimits(options.Number(kConnectTimeoutKey), options.Number(kLimitBytesKey),
                             options.Number(kLimitObjectsKey))) {
         throw ConnectionRefusal(RemoteFailure::Kind::kOther,
                                 "the client library that this plug-in was built with knows no limits");
+    }
+    if (!fServer->SetTrace(options.Text(kTraceKey))) {
+        throw ConnectionRefusal(RemoteFailure::Kind::kOther,
+                                "the client library that this plug-in was built with does not show what it sends");
     }
     fServer->SetNamespace(nameSpace);
     fBudget.SetElements(options.Number(kLimitElementsKey).value_or(DefinitionBudget::kElements));
@@ -305,8 +310,8 @@ void TCimHTTPNamespace::EnumerateClassNames(std::string nameSpace, std::string c
     fReport.BeginOperation();
     try {
         names = WithinMemory([&] {
-            const auto top = className.empty() ? Pegasus::CIMName() : Pegasus::CIMName(className.c_str());
-            return fServer->EnumerateClassNames(Pegasus::CIMNamespaceName(nameSpace.c_str()), top);
+            const auto top = className.empty() ? Pegasus::CIMName() : Pegasus::CIMName(ToRemoteText(className));
+            return fServer->EnumerateClassNames(Pegasus::CIMNamespaceName(ToRemoteText(nameSpace)), top);
         });
     } catch (const Pegasus::Exception& failure) {
         fReport.Fail(RemoteFailureOf(failure));

@@ -5,6 +5,7 @@
 #endif
 
 #include "cimhttp/ContextKeys.h"
+#include "convert/RemoteText.h"
 
 namespace NQORVYX20 {
 
@@ -15,7 +16,7 @@ namespace {
 constexpr Pegasus::SSLCertificateVerifyFunction* pegCallbackSSL = nullptr;
 
 Pegasus::String TextUnder(const ConnectionOptions& options, const char* key) {
-    return Pegasus::String(options.Text(key).value_or("").c_str());
+    return ToRemoteText(options.Text(key).value_or(""));
 }
 
 } // namespace

@@ -30,7 +30,7 @@ std::string NameOf(const TCimHTTPClass& cls) { return cls.GetName(TCIMContext())
 std::string NameText(const Pegasus::CIMName& name) { return name.isNull() ? std::string() : ToStdString(name); }
 
 bool IsNamed(const Pegasus::CIMClass& definition, const std::string& name) {
-    return definition.getClassName().equal(Pegasus::CIMName(name.c_str()));
+    return definition.getClassName().equal(Pegasus::CIMName(ToRemoteText(name)));
 }
 
 std::string OtherClassText(const Pegasus::CIMClass& definition) {

@@ -47,7 +47,7 @@ Pegasus::CIMPropertyList PropertiesIn(const TCIMContext& context) {
     for (const TCIMValue& element : static_cast<const std::vector<TCIMValue>&>(wanted->second)) {
         const auto name = static_cast<std::string>(element);
         NormalizeName(name, NameRule::kCim); // throws
-        names.append(Pegasus::CIMName(name.c_str()));
+        names.append(Pegasus::CIMName(ToRemoteText(name)));
     }
     return {names};
 }
@@ -112,7 +112,7 @@ FaithfulReading::TInstances FaithfulReading::ReadInstances(TCimHTTPClass& cls, b
     const auto nameSpace = LockNamespace();
     nameSpace->Report().BeginOperation();
     return AskRemotely(nameSpace->Report(), "TCimHTTPClass::EnumerateInstances " + NameOf(cls), [&] {
-        const Pegasus::CIMName className(NameOf(cls).c_str());
+        const Pegasus::CIMName className(ToRemoteText(NameOf(cls)));
         auto remotes = nameSpace->Server().EnumerateWholeInstances(NameOf(cls), properties);
         TInstances instances;
         std::map<std::string, TClassPointer> classes; // of this answer

@@ -15,6 +15,12 @@
 #include "convert/RemoteText.h"
 #include "reading/ReadingReport.h"
 
+#if __has_include(<Pegasus/Client/ExchangeObserver.h>)
+#include "convert/RemoteText.h"
+#include "reading/TraceFile.h"
+#define CIMHTTP_HAS_EXCHANGE_OBSERVER 1
+#endif
+
 namespace NQORVYX20 {
 
 namespace {
@@ -26,7 +32,7 @@ constexpr bool kClassOrigin = true;
 
 /// The null name for an empty text.
 Pegasus::CIMName NameOrNull(const std::string& name) {
-    return name.empty() ? Pegasus::CIMName() : Pegasus::CIMName(name.c_str());
+    return name.empty() ? Pegasus::CIMName() : Pegasus::CIMName(ToRemoteText(name));
 }
 
 #ifdef CIMHTTP_HAS_LENIENT_FINDINGS
@@ -102,6 +108,15 @@ void RemoteServer::MoveFindingsTo(ReadingReport& /*report*/) {}
 
 #endif
 
+bool RemoteServer::SetTrace(const std::optional<std::string>& path) {
+#ifdef CIMHTTP_HAS_EXCHANGE_OBSERVER
+    fClient->setExchangeObserver(path ? std::make_shared<TraceFile>(*path) : nullptr);
+    return true;
+#else
+    return !path;
+#endif
+}
+
 Pegasus::CIMQualifierDecl RemoteServer::GetQualifier(const Pegasus::CIMName& name) {
     return fClient->getQualifier(*fNamespace, name);
 }
@@ -118,13 +133,13 @@ Pegasus::CIMClass RemoteServer::GetClassToBuild(const std::string& name) { retur
 Pegasus::CIMClass RemoteServer::GetWholeClass(const std::string& name) { return GetClass(name, kClassOrigin); }
 
 Pegasus::CIMClass RemoteServer::GetClass(const std::string& name, bool includeClassOrigin) {
-    return fClient->getClass(*fNamespace, Pegasus::CIMName(name.c_str()), !kLocalOnly, kQualifiers, includeClassOrigin,
-                             Pegasus::CIMPropertyList());
+    return fClient->getClass(*fNamespace, Pegasus::CIMName(ToRemoteText(name)), !kLocalOnly, kQualifiers,
+                             includeClassOrigin, Pegasus::CIMPropertyList());
 }
 
 Pegasus::Array<Pegasus::CIMInstance> RemoteServer::EnumerateLocalInstances(const std::string& className, bool deep) {
-    return fClient->enumerateInstances(*fNamespace, Pegasus::CIMName(className.c_str()), deep, kLocalOnly, !kQualifiers,
-                                       !kClassOrigin, Pegasus::CIMPropertyList());
+    return fClient->enumerateInstances(*fNamespace, Pegasus::CIMName(ToRemoteText(className)), deep, kLocalOnly,
+                                       !kQualifiers, !kClassOrigin, Pegasus::CIMPropertyList());
 }
 
 Pegasus::Array<Pegasus::CIMInstance>
@@ -152,7 +167,7 @@ bool RemoteServer::HasPulledEnumerations() {
 
 Pegasus::Array<Pegasus::CIMInstance> RemoteServer::EnumerateWholeInstances(const std::string& className,
                                                                            const Pegasus::CIMPropertyList& properties) {
-    return fClient->enumerateInstances(*fNamespace, Pegasus::CIMName(className.c_str()), kDeep, !kLocalOnly,
+    return fClient->enumerateInstances(*fNamespace, Pegasus::CIMName(ToRemoteText(className)), kDeep, !kLocalOnly,
                                        !kQualifiers, !kClassOrigin, properties);
 }
 
@@ -171,7 +186,7 @@ Pegasus::Array<Pegasus::CIMObjectPath> RemoteServer::EnumerateInstanceNames(cons
 
 Pegasus::Array<Pegasus::CIMObjectPath> RemoteServer::EnumerateInstanceNames(const Pegasus::CIMNamespaceName& nameSpace,
                                                                             const std::string& className) {
-    return fClient->enumerateInstanceNames(nameSpace, Pegasus::CIMName(className.c_str()));
+    return fClient->enumerateInstanceNames(nameSpace, Pegasus::CIMName(ToRemoteText(className)));
 }
 
 void RemoteServer::CheckInstance(const Pegasus::CIMNamespaceName& nameSpace, const Pegasus::CIMObjectPath& path) {
@@ -182,24 +197,25 @@ void RemoteServer::CheckInstance(const Pegasus::CIMNamespaceName& nameSpace, con
 Pegasus::Array<Pegasus::CIMObject> RemoteServer::Associators(const AssociationRequest& request,
                                                              const Pegasus::CIMPropertyList& properties) {
     return fClient->associators(request.nameSpace, request.object, NameOrNull(request.associationClass),
-                                NameOrNull(request.resultClass), request.role.c_str(), request.resultRole.c_str(),
-                                !kQualifiers, !kClassOrigin, properties);
+                                NameOrNull(request.resultClass), ToRemoteText(request.role),
+                                ToRemoteText(request.resultRole), !kQualifiers, !kClassOrigin, properties);
 }
 
 Pegasus::Array<Pegasus::CIMObjectPath> RemoteServer::AssociatorNames(const AssociationRequest& request) {
     return fClient->associatorNames(request.nameSpace, request.object, NameOrNull(request.associationClass),
-                                    NameOrNull(request.resultClass), request.role.c_str(), request.resultRole.c_str());
+                                    NameOrNull(request.resultClass), ToRemoteText(request.role),
+                                    ToRemoteText(request.resultRole));
 }
 
 Pegasus::Array<Pegasus::CIMObject> RemoteServer::References(const AssociationRequest& request,
                                                             const Pegasus::CIMPropertyList& properties) {
     return fClient->references(request.nameSpace, request.object, NameOrNull(request.associationClass),
-                               request.role.c_str(), !kQualifiers, !kClassOrigin, properties);
+                               ToRemoteText(request.role), !kQualifiers, !kClassOrigin, properties);
 }
 
 Pegasus::Array<Pegasus::CIMObjectPath> RemoteServer::ReferenceNames(const AssociationRequest& request) {
     return fClient->referenceNames(request.nameSpace, request.object, NameOrNull(request.associationClass),
-                                   request.role.c_str());
+                                   ToRemoteText(request.role));
 }
 
 } // namespace NQORVYX20

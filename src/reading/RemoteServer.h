@@ -43,6 +43,10 @@ class RemoteServer {
     void SetLenient(bool lenient);
     /// Adds what could not be read of the answers since the last call, and writes it to the log.
     void MoveFindingsTo(ReadingReport& report);
+
+    /// A file to which all that is sent and received from now on is written; none without a path. False, changing
+    /// nothing, when the client library does not let anybody see that.
+    bool SetTrace(const std::optional<std::string>& path);
     void SetNamespace(const Pegasus::CIMNamespaceName& nameSpace) { *fNamespace = nameSpace; }
 
     // --- Sent by both readings ---

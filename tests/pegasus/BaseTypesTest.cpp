@@ -28,6 +28,34 @@ TEST(StringTest, ItIsMadeFromUtf8AndGivesItBack) {
     EXPECT_EQ(out.str(), "caf\xC3\xA9");
 }
 
+TEST(StringTest, OnlyUtf8IsMadeAText) {
+    EXPECT_THROW(String(static_cast<const char*>(nullptr)), NullPointer);
+    for (const char* bytes : {"\xE9", "a\xC3", "\xC0\xAF", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\x80"})
+        EXPECT_THROW(String{bytes}, Exception) << bytes;
+    EXPECT_NO_THROW(String("\xF4\x8F\xBF\xBF"));
+}
+
+TEST(StringTest, PartsAreCountedInUtf16Units) {
+    const String text("a\xC3\xA9\xF0\x9F\x98\x80z");
+    EXPECT_EQ(text.size(), 5U);
+    EXPECT_EQ(text.find(Char16('z')), 4U);
+    EXPECT_EQ(text.find(1, Char16('a')), PEG_NOT_FOUND);
+    EXPECT_EQ(text.find(String("z")), 4U);
+    EXPECT_EQ(text.reverseFind(Char16('a')), 0U);
+    EXPECT_EQ(text.subString(1, 1), String("\xC3\xA9"));
+    EXPECT_EQ(text.subString(4), String("z"));
+    EXPECT_THROW(text.subString(6), IndexOutOfBoundsException);
+    String rest = text;
+    rest.remove(1, 3);
+    EXPECT_EQ(rest, String("az"));
+    rest.toUpper();
+    EXPECT_EQ(rest, String("AZ"));
+    rest.toLower();
+    EXPECT_EQ(String::compare(rest, String("b")), -1);
+    EXPECT_EQ(String::compare(String("ax"), String("ay"), 1), 0);
+    EXPECT_EQ(String::compareNoCase(rest, String("AZ")), 0);
+}
+
 TEST(StringTest, SizeCountsUtf16Units) {
     EXPECT_EQ(String().size(), 0U);
     EXPECT_EQ(String("abc").size(), 3U);
@@ -224,8 +252,58 @@ TEST(CIMDateTimeTest, EqualityIsThatOfTheMoment) {
     EXPECT_EQ(CIMDateTime(String("00000101000000.000000+000")), CIMDateTime(String("00000101000100.000000+001")));
     EXPECT_NE(paris, CIMDateTime(String("20261121083900.123456+000")));
     EXPECT_NE(paris, CIMDateTime());
-    EXPECT_NE(CIMDateTime(String("20261121083900.12345*+060")), CIMDateTime(String("20261121073900.12345*+000")));
+    EXPECT_EQ(CIMDateTime(String("20261121083900.12345*+060")), CIMDateTime(String("20261121073900.12345*+000")));
     EXPECT_EQ(CIMDateTime(), CIMDateTime(String("00000000000000.000000:000")));
+}
+
+TEST(CIMDateTimeTest, WithAsterisksOnlyWhatBothSayIsCompared) {
+    const CIMDateTime day(String("20261121******.******+000"));
+    EXPECT_EQ(day, CIMDateTime(String("20261121083900.123456+000")));
+    EXPECT_EQ(CIMDateTime(String("20261121083900.123456+000")), day);
+    EXPECT_EQ(day, CIMDateTime(String("2026**********.******+000")));
+    EXPECT_NE(day, CIMDateTime(String("20261122083900.123456+000")));
+    EXPECT_EQ(CIMDateTime(String("00000001******.******:000")), CIMDateTime(String("00000001020304.000005:000")));
+    EXPECT_NE(CIMDateTime(String("00000002******.******:000")), CIMDateTime(String("00000001020304.000005:000")));
+    EXPECT_EQ(CIMDateTime(String("202703010030**.******+060")), CIMDateTime(String("20270228233059.000000+000")));
+}
+
+TEST(CIMDateTimeTest, DifferencesAreInMicroseconds) {
+    const CIMDateTime start(String("20240229235900.000000+000"));
+    const CIMDateTime finish(String("20240301000100.000002+001"));
+    EXPECT_EQ(CIMDateTime::getDifference(start, finish), 60'000'002);
+    EXPECT_EQ(CIMDateTime::getDifference(finish, start), -60'000'002);
+    EXPECT_EQ(CIMDateTime(String("00000001000000.000003:000")).toMicroSeconds(), 86'400'000'003U);
+    EXPECT_EQ(CIMDateTime(String("00000101000001.000000+000")).toMicroSeconds(), 1'000'000U);
+    EXPECT_THROW(CIMDateTime::getDifference(start, CIMDateTime()), InvalidDateTimeFormatException);
+}
+
+TEST(CIMDateTimeTest, ItIsMadeOfNumbers) {
+    CIMDateTime time;
+    time.setTimeStamp(2026, 11, 22, 8, 9, 10, 123456, 3, -60);
+    EXPECT_EQ(time.toString(), String("20261122080910.123***-060"));
+    EXPECT_TRUE(time.isTimeStamp());
+    time.setInterval(1, 2, 3, 4, 5, 6);
+    EXPECT_EQ(time.toString(), String("00000001020304.000005:000"));
+    EXPECT_THROW(time.setInterval(1, 24, 0, 0, 0, 6), DateTimeOutOfRangeException);
+    EXPECT_THROW(time.setInterval(1, 200, 0, 0, 0, 6), DateTimeOutOfRangeException);
+    time.clear();
+    EXPECT_EQ(time, CIMDateTime());
+    EXPECT_TRUE(CIMDateTime::getCurrentDateTime().isTimeStamp());
+}
+
+TEST(CIMPropertyListTest, TheListIsChangedAndAsked) {
+    CIMPropertyList list;
+    EXPECT_TRUE(list.contains("Any"));
+    EXPECT_EQ(list.toString(), String("NULL"));
+    list.append("A");
+    list.append("B");
+    EXPECT_EQ(list.toString(), String("A,B"));
+    EXPECT_TRUE(list.contains("b"));
+    EXPECT_FALSE(list.contains("C"));
+    list.set(Array<CIMName>());
+    EXPECT_FALSE(list.isNull());
+    list.clear();
+    EXPECT_TRUE(list.isNull());
 }
 
 TEST(CIMPropertyListTest, TheNullListIsNotTheEmptyOne) {

@@ -440,14 +440,14 @@ TEST_F(Tls, ShowsTheCallbackEachCertificate) {
     seen.clear();
     const Endpoint endpoint = serve();
     EXPECT_EQ(echoThrough(endpoint, trusting(&RememberAndAccept)), "hello");
-    EXPECT_THAT(seen, ElementsAre("1 CN=cimhttp test authority by CN=cimhttp test authority 0 1",
-                                  "0 CN=cimhttp test server by CN=cimhttp test authority 0 1"));
+    EXPECT_THAT(seen, ElementsAre("1 /CN=cimhttp test authority by /CN=cimhttp test authority 0 1",
+                                  "0 /CN=cimhttp test server by /CN=cimhttp test authority 0 1"));
 }
 
 TEST_F(Tls, LetsTheCallbackAcceptWhatItsOwnCheckRefused) {
     seen.clear();
     EXPECT_EQ(echoThrough(serve(TestCertificate::For("192.0.2.1")), SSLContext(String(), &RememberAndAccept)), "hello");
-    const std::string certificate = "0 CN=cimhttp test server by CN=cimhttp test authority ";
+    const std::string certificate = "0 /CN=cimhttp test server by /CN=cimhttp test authority ";
     EXPECT_THAT(seen, Contains(certificate + "20 0")) << "unable to get local issuer certificate";
     EXPECT_THAT(seen, Contains(certificate + "64 0")) << "IP address mismatch";
     EXPECT_EQ(seen.back(), certificate + "0 1") << "an error that was accepted is not shown again";
@@ -459,7 +459,7 @@ TEST_F(Tls, ShowsTheCallbackNamesInUtf8) {
     options.common_name = "J\xC3\xBCrgens \xE2\x82\xAC";
     const Endpoint endpoint = serve(options);
     EXPECT_EQ(echoThrough(endpoint, trusting(&RememberAndAccept)), "hello");
-    EXPECT_THAT(seen, Contains(HasSubstr("CN=" + options.common_name + " by CN=cimhttp test authority")));
+    EXPECT_THAT(seen, Contains(HasSubstr("/CN=" + options.common_name + " by /CN=cimhttp test authority")));
 }
 
 TEST_F(Tls, LetsTheCallbackRefuseWhatItsOwnCheckAccepted) {

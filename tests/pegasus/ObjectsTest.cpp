@@ -168,7 +168,7 @@ TEST(CIMValueTest, AnUninitialisedObjectInAnArrayIsANullElement) {
     const CIMValue instances(arrayOf<CIMInstance>({CIMInstance(CIMName("A")), CIMInstance()}));
     EXPECT_FALSE(instances.isNullElement(0));
     EXPECT_TRUE(instances.isNullElement(1));
-    EXPECT_EQ(text(instances.toString()), "{A, NULL}");
+    EXPECT_EQ(text(instances.toString()), "<INSTANCE CLASSNAME=\"A\"></INSTANCE> NULL ");
     const CIMValue objects(arrayOf<CIMObject>({CIMObject(), CIMClass(CIMName("A"))}));
     EXPECT_TRUE(objects.isNullElement(0));
     EXPECT_FALSE(objects.isNullElement(1));
@@ -191,18 +191,18 @@ TEST(CIMValueTest, ValuesHaveTexts) {
     EXPECT_EQ(valueText(CIMValue(true)), "TRUE");
     EXPECT_EQ(valueText(CIMValue(Sint8(-128))), "-128");
     EXPECT_EQ(valueText(CIMValue(std::numeric_limits<Uint64>::max())), "18446744073709551615");
-    EXPECT_EQ(valueText(CIMValue(0.1)), "0.1");
-    EXPECT_EQ(valueText(CIMValue(0.1F)), "0.1");
+    EXPECT_EQ(valueText(CIMValue(0.1)), "1.0000000000000001e-01");
+    EXPECT_EQ(valueText(CIMValue(0.1F)), "1.0000000e-01");
     EXPECT_EQ(valueText(CIMValue(Char16('A'))), "A");
     EXPECT_EQ(valueText(CIMValue(Char16(0xE9))), "\xC3\xA9");
     EXPECT_EQ(valueText(CIMValue(Char16(0x20AC))), "\xE2\x82\xAC");
     EXPECT_EQ(valueText(CIMValue(Char16(0xD800))), "\xEF\xBF\xBD");
-    EXPECT_EQ(valueText(CIMValue(arrayOf<Uint8>({1, 2}))), "{1, 2}");
-    EXPECT_EQ(valueText(CIMValue(Array<String>())), "{}");
-    EXPECT_EQ(valueText(CIMValue(arrayOf<Uint8>({1, 0, 2}), arrayOf<Boolean>({false, true}))), "{1, NULL, 2}");
+    EXPECT_EQ(valueText(CIMValue(arrayOf<Uint8>({1, 2}))), "1 2 ");
+    EXPECT_EQ(valueText(CIMValue(Array<String>())), "");
+    EXPECT_EQ(valueText(CIMValue(arrayOf<Uint8>({1, 0, 2}), arrayOf<Boolean>({false, true}))), "1 NULL 2 ");
     EXPECT_EQ(valueText(CIMValue(CIMObjectPath("A.K=1"))), "A.K=1");
-    EXPECT_EQ(valueText(CIMValue(CIMInstance(CIMName("A")))), "A");
-    EXPECT_EQ(valueText(CIMValue(Array<CIMInstance>(1))), "{NULL}");
+    EXPECT_EQ(valueText(CIMValue(CIMInstance(CIMName("A")))), "<INSTANCE CLASSNAME=\"A\"></INSTANCE>");
+    EXPECT_EQ(valueText(CIMValue(Array<CIMInstance>(1))), "NULL ");
 }
 
 // ---- CIMObjectPath ----
@@ -297,13 +297,101 @@ TEST(CIMQualifierDeclTest, ItHasWhatItWasMadeFrom) {
 }
 
 TEST(CIMPropertyTest, ItHasWhatItWasMadeFrom) {
-    const CIMProperty property("P", CIMValue(CIMTYPE_REFERENCE, false), 3, "A", "B", true);
+    const CIMProperty property("P", CIMValue(CIMTYPE_REFERENCE, true), 3, "A", "B", true);
     EXPECT_EQ(property.getType(), CIMTYPE_REFERENCE);
-    EXPECT_FALSE(property.isArray());
+    EXPECT_TRUE(property.isArray());
     EXPECT_EQ(property.getArraySize(), 3U);
     EXPECT_EQ(property.getReferenceClassName(), CIMName("A"));
     EXPECT_EQ(property.getClassOrigin(), CIMName("B"));
     EXPECT_TRUE(property.getPropagated());
+}
+
+TEST(CIMPropertyTest, WhatContradictsItselfIsATypeMismatch) {
+    EXPECT_THROW(CIMProperty("P", CIMValue(Uint8(1)), 3), TypeMismatchException);
+    EXPECT_THROW(CIMProperty("P", CIMValue(Uint8(1)), 0, "A"), TypeMismatchException);
+    EXPECT_THROW(CIMParameter("P", CIMTYPE_UINT8, false, 3), TypeMismatchException);
+    EXPECT_THROW(CIMParameter("P", CIMTYPE_UINT8, false, 0, "A"), TypeMismatchException);
+    CIMProperty property("P", CIMValue(Uint8(1)));
+    EXPECT_THROW(property.setValue(CIMValue(Uint16(1))), TypeMismatchException);
+    EXPECT_THROW(property.setValue(CIMValue(CIMTYPE_UINT8, true)), TypeMismatchException);
+    property.setValue(CIMValue(CIMTYPE_UINT8, false));
+    EXPECT_TRUE(property.getValue().isNull());
+}
+
+TEST(CIMClassTest, NoTwoPartsHaveOneName) {
+    CIMClass cimClass("A");
+    cimClass.addProperty(CIMProperty("P", CIMValue())).addMethod(CIMMethod("M", CIMTYPE_UINT8));
+    cimClass.addQualifier(CIMQualifier("Q", CIMValue()));
+    EXPECT_THROW(cimClass.addProperty(CIMProperty("p", CIMValue())), AlreadyExistsException);
+    EXPECT_THROW(cimClass.addMethod(CIMMethod("m", CIMTYPE_UINT8)), AlreadyExistsException);
+    EXPECT_THROW(cimClass.addQualifier(CIMQualifier("q", CIMValue())), AlreadyExistsException);
+    EXPECT_EQ(cimClass.getPropertyCount(), 1U);
+    EXPECT_THROW(cimClass.setPath(CIMObjectPath("B")), TypeMismatchException);
+    EXPECT_THROW(CIMInstance("A").setPath(CIMObjectPath("B.K=1")), TypeMismatchException);
+}
+
+TEST(CIMClassTest, ItsKeysMakeThePathOfAnInstance) {
+    CIMClass cimClass("A");
+    EXPECT_FALSE(cimClass.hasKeys());
+    for (const char* name : {"B", "C"})
+        cimClass.addProperty(
+            CIMProperty(name, CIMValue(CIMTYPE_STRING, false)).addQualifier(CIMQualifier("Key", CIMValue(true))));
+    cimClass.addProperty(CIMProperty("D", CIMValue()));
+    Array<CIMName> names;
+    cimClass.getKeyNames(names);
+    EXPECT_EQ(names.size(), 2U);
+    CIMInstance instance("A");
+    instance.addProperty(CIMProperty("C", CIMValue(Uint8(7))));
+    EXPECT_THROW(instance.buildPath(cimClass), NoSuchPropertyException);
+    instance.addProperty(CIMProperty("B", CIMValue(String("b"))));
+    EXPECT_EQ(text(instance.buildPath(cimClass).toString()), "A.B=\"b\",C=7");
+    EXPECT_THROW(CIMInstance("Z").buildPath(cimClass), TypeMismatchException);
+}
+
+TEST(CIMObjectTest, ACloneIsAnObjectOfItsOwn) {
+    CIMInstance instance("A");
+    instance.addProperty(CIMProperty("P", CIMValue(Uint8(1)))).addQualifier(CIMQualifier("Q", CIMValue(true)));
+    CIMInstance copy = instance.clone();
+    EXPECT_TRUE(copy.identical(instance));
+    CIMProperty property = copy.getProperty(0);
+    property.setValue(CIMValue(Uint8(2)));
+    EXPECT_EQ(instance.getProperty(0).getValue(), CIMValue(Uint8(1)));
+    CIMClass cimClass("A");
+    cimClass.addProperty(CIMProperty("P", CIMValue()));
+    CIMClass other = cimClass.clone();
+    other.addProperty(CIMProperty("R", CIMValue()));
+    EXPECT_EQ(cimClass.getPropertyCount(), 1U);
+    EXPECT_TRUE(CIMObject(instance).clone().identical(CIMObject(instance)));
+    EXPECT_THROW(CIMInstance().clone(), UninitializedObjectException);
+}
+
+TEST(CIMObjectTest, ItIsTheCimXmlOfItsKind) {
+    CIMClass cimClass("A", "B");
+    cimClass.addProperty(CIMProperty("R", CIMValue(CIMTYPE_REFERENCE, false), 0, "C")
+                             .addQualifier(CIMQualifier("Key", CIMValue(true), CIMFlavor::DISABLEOVERRIDE)));
+    cimClass.addMethod(CIMMethod("M", CIMTYPE_UINT8).addParameter(CIMParameter("X", CIMTYPE_STRING, true, 2)));
+    EXPECT_EQ(text(CIMObject(cimClass).toString()),
+              "<CLASS NAME=\"A\" SUPERCLASS=\"B\"><PROPERTY.REFERENCE NAME=\"R\" REFERENCECLASS=\"C\"><QUALIFIER "
+              "NAME=\"Key\" TYPE=\"boolean\" OVERRIDABLE=\"false\"><VALUE>TRUE</VALUE></QUALIFIER>"
+              "</PROPERTY.REFERENCE><METHOD NAME=\"M\" TYPE=\"uint8\"><PARAMETER.ARRAY NAME=\"X\" TYPE=\"string\" "
+              "ARRAYSIZE=\"2\"></PARAMETER.ARRAY></METHOD></CLASS>");
+    CIMInstance instance("A");
+    instance.addProperty(CIMProperty("E", CIMValue(CIMInstance("I"))));
+    EXPECT_EQ(text(CIMObject(instance).toString()),
+              "<INSTANCE CLASSNAME=\"A\"><PROPERTY NAME=\"E\" TYPE=\"string\" EmbeddedObject=\"instance\"><VALUE>"
+              "&lt;INSTANCE CLASSNAME=&quot;I&quot;&gt;&lt;/INSTANCE&gt;</VALUE></PROPERTY></INSTANCE>");
+    EXPECT_EQ(CIMObject(instance).findProperty("e"), 0U);
+    EXPECT_EQ(CIMObject(instance).getQualifierCount(), 0U);
+}
+
+TEST(CIMConstTest, WhatIsOnlyLookedAtIsMadeFromTheObject) {
+    CIMInstance instance("A");
+    instance.addProperty(CIMProperty("P", CIMValue(Uint8(1))).addQualifier(CIMQualifier("Q", CIMValue(true))));
+    const CIMConstInstance seen(instance);
+    const CIMConstProperty property = seen.getProperty(seen.findProperty("P"));
+    const CIMConstQualifier qualifier = property.getQualifier(0);
+    EXPECT_EQ(qualifier.getValue(), CIMValue(true));
+    EXPECT_TRUE(CIMConstProperty().isUninitialized());
 }
 
 TEST(CIMMethodTest, ParametersAndQualifiersAreFound) {

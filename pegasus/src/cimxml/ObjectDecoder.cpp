@@ -5,6 +5,7 @@
 #include "cimxml/Whereabouts.h"
 #include "cimxml/XmlCharacters.h"
 #include "cimxml/XmlError.h"
+#include "model/Unchecked.h"
 #include "model/VisitType.h"
 
 #include <algorithm>
@@ -132,6 +133,20 @@ CIMInstance without(const std::vector<Uint32>& indices, const CIMInstance& insta
     return rest;
 }
 
+/// The type that qualifiers give to a property of texts: servers send the definitions of classes so.
+std::optional<CIMType> embeddedType(const CIMProperty& property) {
+    const Uint32 object = property.findQualifier("EmbeddedObject");
+    if (object != PEG_NOT_FOUND && property.getQualifier(object).getValue() == CIMValue(true))
+        return CIMTYPE_OBJECT;
+    const Uint32 instance = property.findQualifier("EmbeddedInstance");
+    if (instance == PEG_NOT_FOUND)
+        return std::nullopt;
+    const CIMValue& className = property.getQualifier(instance).getValue();
+    const bool namesClass = className.getType() == CIMTYPE_STRING && !className.isArray() && !className.isNull() &&
+                            className != CIMValue(String());
+    return namesClass ? std::optional<CIMType>(CIMTYPE_INSTANCE) : std::nullopt;
+}
+
 /// Sees to it that an embedded object, or the end behind it, comes next.
 void expect(XmlReader::Ahead expected, XmlReader& reader) {
     const XmlReader::Ahead ahead = reader.ahead();
@@ -172,7 +187,7 @@ CIMClass ObjectDecoder::decodeClass(XmlReader& reader) {
     CIMClass cimClass(names_.get(attributes.get("NAME")), optionalName(attributes, "SUPERCLASS"));
     while (reader.nextElement()) {
         if (reader.name() == "METHOD")
-            cimClass.addMethod(decodeMethod(reader));
+            detail::Unchecked::add(cimClass, decodeMethod(reader));
         else if (!addProperty(cimClass, nullptr, reader) && !addQualifier(cimClass, reader))
             reader.throwUnexpected();
     }
@@ -210,7 +225,7 @@ CIMInstance ObjectDecoder::decodeInstanceWithPath(XmlReader& reader) {
     }
     if (path.getClassName().isNull() || instance.isUninitialized())
         throwIncomplete({"the element ", name, " lacks the instance or its path"});
-    instance.setPath(path);
+    detail::Unchecked::setPath(instance, path);
     return instance;
 }
 
@@ -240,7 +255,7 @@ CIMObject ObjectDecoder::decodeObject(XmlReader& reader) {
             {"the element ", name,
              isPathOfClass ? " has the path of a class and an instance" : " has a class and the path of an instance"});
     if (hasPath)
-        object.setPath(path);
+        detail::Unchecked::setPath(object, path);
     return object;
 }
 
@@ -332,7 +347,7 @@ template <class Owner>
 bool ObjectDecoder::addQualifier(Owner& owner, XmlReader& reader) {
     if (reader.name() != "QUALIFIER")
         return false;
-    owner.addQualifier(decodeQualifier(reader));
+    detail::Unchecked::add(owner, decodeQualifier(reader));
     return true;
 }
 
@@ -357,12 +372,14 @@ bool ObjectDecoder::addProperty(Owner& owner, PropertyNames* names, XmlReader& r
             reader.throwUnexpected();
         }
     }
+    if (type == CIMTYPE_STRING && property.getQualifierCount() != 0)
+        property = withEmbedding(property);
     const Uint32 earlier = names ? names->add(owner, property.getName(), nameHash) : PEG_NOT_FOUND;
     if (earlier != PEG_NOT_FOUND)
         takeDoubled(property.getName(), earlier, *names, reader);
     if (findings_.count() != found)
         findings_.within(found, property.getName().getString().view());
-    owner.addProperty(property);
+    detail::Unchecked::add(owner, property);
     return true;
 }
 
@@ -375,6 +392,43 @@ void ObjectDecoder::takeDoubled(const CIMName& name, Uint32 earlier, PropertyNam
     findings_.add({LenientFinding::DOUBLED_PROPERTY, std::string(), reason, reader.tagPosition(), std::string()});
 }
 
+/// A property of texts whose qualifiers say that the texts are objects, as one of objects.
+CIMProperty ObjectDecoder::withEmbedding(const CIMProperty& property) {
+    const auto type = embeddedType(property);
+    if (!type)
+        return property;
+    const CIMValue value = *type == CIMTYPE_OBJECT ? embeddedValue<CIMObject>(property.getValue())
+                                                   : embeddedValue<CIMInstance>(property.getValue());
+    CIMProperty embedding(property.getName(), value, property.getArraySize(), CIMName(), property.getClassOrigin(),
+                          property.getPropagated());
+    for (Uint32 i = 0; i < property.getQualifierCount(); ++i)
+        detail::Unchecked::add(embedding, property.getQualifier(i));
+    return embedding;
+}
+
+template <class T>
+CIMValue ObjectDecoder::embeddedValue(const CIMValue& texts) {
+    constexpr CIMType kType = detail::ValueType<T>::kType;
+    if (texts.isNull())
+        return CIMValue(kType, texts.isArray());
+    if (!texts.isArray()) {
+        String text;
+        texts.get(text);
+        const std::optional<T> object = decodeEmbedded<T>(text.view());
+        return object ? CIMValue(*object) : CIMValue(kType, false);
+    }
+    Array<String> items;
+    texts.get(items);
+    Array<T> objects;
+    Array<Boolean> nulls;
+    for (Uint32 i = 0; i < items.size(); ++i) {
+        const std::optional<T> object = texts.isNullElement(i) ? std::nullopt : decodeEmbedded<T>(items[i].view());
+        nulls.append(!object);
+        objects.append(object ? *object : T());
+    }
+    return CIMValue(std::move(objects), nulls);
+}
+
 ObjectDecoder::PropertyHead ObjectDecoder::decodePropertyHead(const StartTag& tag) {
     PropertyHead head;
     if (const auto form = formOf(tag.element, kPropertyForms)) {
@@ -383,8 +437,10 @@ ObjectDecoder::PropertyHead ObjectDecoder::decodePropertyHead(const StartTag& ta
         head.name = names_.get(tag.attributes.get("NAME"));
         head.nameHash = PropertyNames::hashOf(head.name);
         head.isArray = isArrayForm(*form);
-        head.arraySize = arraySizeOf(tag.attributes);
-        head.referenceClass = optionalName(tag.attributes, "REFERENCECLASS");
+        const Uint32 arraySize = arraySizeOf(tag.attributes);
+        head.arraySize = head.isArray ? arraySize : 0;
+        head.referenceClass =
+            head.type == CIMTYPE_REFERENCE ? optionalName(tag.attributes, "REFERENCECLASS") : CIMName();
         head.classOrigin = optionalName(tag.attributes, "CLASSORIGIN");
         head.propagated = tag.attributes.getBoolean("PROPAGATED", false);
     }
@@ -396,8 +452,11 @@ bool ObjectDecoder::addParameter(CIMMethod& method, XmlReader& reader) {
     if (!form)
         return false;
     const Attributes& attributes = reader.attributes();
-    CIMParameter parameter(names_.get(attributes.get("NAME")), typeOf(*form, attributes), isArrayForm(*form),
-                           arraySizeOf(attributes), optionalName(attributes, "REFERENCECLASS"));
+    const CIMType type = typeOf(*form, attributes);
+    const Uint32 arraySize = arraySizeOf(attributes);
+    CIMParameter parameter(names_.get(attributes.get("NAME")), type, isArrayForm(*form),
+                           isArrayForm(*form) ? arraySize : 0,
+                           type == CIMTYPE_REFERENCE ? optionalName(attributes, "REFERENCECLASS") : CIMName());
     const std::size_t found = findings_.count();
     while (reader.nextElement()) {
         if (isValue(reader.name()))
@@ -407,7 +466,7 @@ bool ObjectDecoder::addParameter(CIMMethod& method, XmlReader& reader) {
     }
     if (findings_.count() != found)
         findings_.within(found, "parameter " + std::string(parameter.getName().getString().view()));
-    method.addParameter(parameter);
+    detail::Unchecked::add(method, parameter);
     return true;
 }
 
@@ -446,6 +505,12 @@ CIMValue ObjectDecoder::decodeGoodValue(CIMType type, bool isArray, XmlReader& r
         CIMValue value = isArray ? decodeArrayValue<T>(reader) : decodeScalarValue<T>(reader);
         return value;
     });
+}
+
+CIMValue ObjectDecoder::decodeUntypedValue(XmlReader& reader) {
+    const std::string_view name = reader.name();
+    const bool isReference = name == "VALUE.REFERENCE" || name == "VALUE.REFARRAY";
+    return decodeValue(isReference ? CIMTYPE_REFERENCE : CIMTYPE_STRING, isArrayValue(name), reader);
 }
 
 template <class T>
@@ -498,14 +563,10 @@ std::optional<T> ObjectDecoder::decodeItem(XmlReader& reader) {
     if constexpr (kReference) {
         return paths_.decodeReference(reader);
     } else if constexpr (isEmbedded<T>) {
-        CIMObject object = decodeEmbedded(reader);
-        if (object.isUninitialized())
-            return std::nullopt;
-        if constexpr (std::is_same_v<T, CIMInstance>) {
-            if (object.isClass())
-                throwXmlError({"a class is embedded where an instance is declared"});
-        }
-        return T(std::move(object));
+        const std::size_t found = findings_.count();
+        std::optional<T> object = decodeEmbedded<T>(reader.text());
+        findings_.moveTo(found, reader.tagPosition());
+        return object;
     } else {
         const std::string_view text = reader.text();
         if (isNullWhereEmpty<T> && trimmed(text).empty())
@@ -514,12 +575,17 @@ std::optional<T> ObjectDecoder::decodeItem(XmlReader& reader) {
     }
 }
 
-/// The class or instance that a VALUE holds; an uninitialised object where it holds none.
-CIMObject ObjectDecoder::decodeEmbedded(XmlReader& outer) {
-    const std::size_t found = findings_.count();
-    CIMObject object = decodeEmbeddedText(outer.text());
-    findings_.moveTo(found, outer.tagPosition());
-    return object;
+/// The class or instance that a text holds, if it holds one.
+template <class T>
+std::optional<T> ObjectDecoder::decodeEmbedded(std::string_view text) {
+    CIMObject object = decodeEmbeddedText(text);
+    if (object.isUninitialized())
+        return std::nullopt;
+    if constexpr (std::is_same_v<T, CIMInstance>) {
+        if (object.isClass())
+            throwXmlError({"a class is embedded where an instance is declared"});
+    }
+    return T(std::move(object));
 }
 
 CIMObject ObjectDecoder::decodeEmbeddedText(std::string_view text) {

@@ -58,6 +58,8 @@ class ObjectDecoder {
     CIMName decodeClassName(XmlReader& reader);
     /// QUALIFIER.DECLARATION.
     CIMQualifierDecl decodeQualifierDecl(XmlReader& reader);
+    /// VALUE or VALUE.ARRAY, whose type nothing says, as texts; VALUE.REFERENCE or VALUE.REFARRAY.
+    CIMValue decodeUntypedValue(XmlReader& reader);
 
   private:
     /// What the start tag of a property says.
@@ -96,7 +98,11 @@ class ObjectDecoder {
     bool appendItem(Array<T>& items, XmlReader& reader);
     template <class T>
     std::optional<T> decodeItem(XmlReader& reader);
-    CIMObject decodeEmbedded(XmlReader& outer);
+    CIMProperty withEmbedding(const CIMProperty& property);
+    template <class T>
+    CIMValue embeddedValue(const CIMValue& texts);
+    template <class T>
+    std::optional<T> decodeEmbedded(std::string_view text);
     CIMObject decodeEmbeddedText(std::string_view text);
     CIMObject decodeOnlyObject(XmlReader& reader);
 

@@ -42,14 +42,25 @@ bool isOtherReturnValue(std::string_view elementName) {
     return std::find(kOthers.begin(), kOthers.end(), elementName) != kOthers.end();
 }
 
+bool isValue(std::string_view elementName) {
+    constexpr std::array<std::string_view, 4> kValues = {"VALUE", "VALUE.ARRAY", "VALUE.REFERENCE", "VALUE.REFARRAY"};
+    return std::find(kValues.begin(), kValues.end(), elementName) != kValues.end();
+}
+
 /// The server's error in an ERROR element.
-CIMException decodeError(XmlReader& reader) {
+CIMException decodeError(ObjectDecoder& objects, XmlReader& reader) {
     const auto code = decodeScalar<Uint32>(reader.attributes().get("CODE"));
     if (code == CIM_ERR_SUCCESS)
         throwXmlError({"it reports an error with the code 0"});
     const String description(reader.attributes().find("DESCRIPTION").value_or(std::string_view()));
-    reader.skip();
-    return detail::serverError(code, description);
+    CIMException error = detail::serverError(code, description);
+    while (reader.nextElement()) {
+        if (reader.name() == "INSTANCE")
+            error.addError(objects.decodeInstance(reader));
+        else
+            reader.skip();
+    }
+    return error;
 }
 
 /// What a body is that does not begin with an element.
@@ -74,6 +85,8 @@ void ReturnValueSink::onClassName(const CIMName&) { throwUnexpectedObject("a cla
 void ReturnValueSink::onInstanceName(const CIMObjectPath&) { throwUnexpectedObject("an instance name"); }
 void ReturnValueSink::onObjectPath(const CIMObjectPath&) { throwUnexpectedObject("an object path"); }
 void ReturnValueSink::onQualifierDecl(const CIMQualifierDecl&) { throwUnexpectedObject("a qualifier declaration"); }
+
+void ReturnValueSink::onValue(const CIMValue&) { throwUnexpectedObject("a value"); }
 
 class ResponseDecoder::Impl {
   public:
@@ -336,6 +349,10 @@ class ResponseDecoder::Impl {
             const CIMQualifierDecl declaration = objects_->decodeQualifierDecl(reader_);
             reportFindings(CIMName());
             sink_.onQualifierDecl(declaration);
+        } else if (sink_.takesValues() && isValue(name)) {
+            const CIMValue value = objects_->decodeUntypedValue(reader_);
+            reportFindings(CIMName());
+            sink_.onValue(value);
         } else {
             refuse(name);
         }

@@ -88,6 +88,7 @@ class ResponseReader::Impl {
 
     const HttpHead& readHead(const Deadline& deadline, Uint32 interimAnswers) {
         hasBegun_ = false;
+        arrived_ = keepsHeads_ ? input() : std::string_view();
         for (readOneHead(deadline); isInterim(parser_->head().status); readOneHead(deadline)) {
             if (interimAnswers-- == 0) {
                 fail<TooMuch>("the server sends one interim answer after the other instead of the one that counts");
@@ -102,6 +103,12 @@ class ResponseReader::Impl {
         while (!parser_->is_done()) {
             advance(deadline);
         }
+    }
+
+    void keepHeads() { keepsHeads_ = true; }
+    /// As they arrived, before anything in them was repaired.
+    std::string headBytes() const {
+        return arrived_.substr(0, arrived_.size() - (parser_->is_header_done() ? input().size() : 0));
     }
 
     const Parser& parser() const { return *parser_; }
@@ -197,6 +204,9 @@ class ResponseReader::Impl {
         try {
             const std::size_t received = channel_.readSome(&buffer_[end_], capacity() - end_, deadline);
             hasBegun_ = hasBegun_ || received > 0;
+            if (keepsHeads_ && !parser_->is_header_done()) {
+                arrived_.append(&buffer_[end_], received);
+            }
             end_ += received;
             return received > 0;
         } catch (const ConnectionLost& lost) {
@@ -261,6 +271,8 @@ class ResponseReader::Impl {
     const std::unique_ptr<char[]> buffer_{new char[kBufferBytes]}; // its content: [begin_, end_)
     std::size_t begin_ = 0;
     std::size_t end_ = 0;
+    std::string arrived_; // of the heads, where they are kept
+    bool keepsHeads_ = false;
     bool hasBegun_ = false;
     bool starved_ = false;         // what the buffer holds is not enough to go on
     bool hasStatus_ = false;       // the parser, of the head that it is given
@@ -276,6 +288,10 @@ ResponseReader::~ResponseReader() = default;
 const HttpHead& ResponseReader::readHead(const Deadline& deadline, Uint32 interimAnswers) {
     return impl_->readHead(deadline, interimAnswers);
 }
+
+void ResponseReader::keepHeads() { impl_->keepHeads(); }
+
+std::string ResponseReader::headBytes() const { return impl_->headBytes(); }
 
 void ResponseReader::readBody(const BodySink& sink, const Deadline& deadline) { impl_->readBody(sink, deadline); }
 

@@ -1,8 +1,19 @@
 #include <Pegasus/Common/CIMClass.h>
 
 #include "model/NamedList.h"
+#include "model/PathCheck.h"
+#include "model/Unchecked.h"
 
 namespace Pegasus {
+
+namespace {
+
+bool isKey(const CIMProperty& property) {
+    const Uint32 index = property.findQualifier("Key");
+    return index != PEG_NOT_FOUND && property.getQualifier(index).getValue() == CIMValue(true);
+}
+
+} // namespace
 
 struct CIMClass::Rep : detail::RefCounted {
     Rep(const CIMName& itsClassName, const CIMName& itsSuperClass)
@@ -27,7 +38,10 @@ CIMClass::CIMClass(const CIMName& className, const CIMName& superClass)
 const CIMName& CIMClass::getClassName() const { return rep_->className; }
 const CIMName& CIMClass::getSuperClassName() const { return rep_->superClass; }
 const CIMObjectPath& CIMClass::getPath() const { return rep_->path; }
-void CIMClass::setPath(const CIMObjectPath& path) { rep_->path = path; }
+void CIMClass::setPath(const CIMObjectPath& path) {
+    detail::checkClass(path, rep_->className);
+    rep_->path = path;
+}
 Boolean CIMClass::isAssociation() const { return rep_->isMarked("Association"); }
 Boolean CIMClass::isAbstract() const { return rep_->isMarked("Abstract"); }
 
@@ -61,6 +75,38 @@ Boolean CIMClass::identical(const CIMClass& other) const {
     return a.className == b.className && a.path == b.path && a.superClass == b.superClass &&
            a.qualifiers.identical(b.qualifiers) && a.properties.identical(b.properties) &&
            a.methods.identical(b.methods);
+}
+
+void CIMClass::getKeyNames(Array<CIMName>& names) const {
+    for (Uint32 i = 0; i < rep_->properties.size(); ++i)
+        if (isKey(rep_->properties[i]))
+            names.append(rep_->properties[i].getName());
+}
+
+Boolean CIMClass::hasKeys() const {
+    Array<CIMName> names;
+    getKeyNames(names);
+    return names.size() != 0;
+}
+
+CIMClass CIMClass::clone() const {
+    CIMClass copy;
+    copy.rep_ = rep_.copy();
+    copy.rep_->qualifiers = rep_->qualifiers.clone();
+    copy.rep_->properties = rep_->properties.clone();
+    copy.rep_->methods = rep_->methods.clone();
+    return copy;
+}
+
+void detail::Unchecked::setPath(CIMClass& cimClass, const CIMObjectPath& path) { cimClass.rep_->path = path; }
+void detail::Unchecked::add(CIMClass& cimClass, const CIMQualifier& qualifier) {
+    cimClass.rep_->qualifiers.addUnchecked(qualifier);
+}
+void detail::Unchecked::add(CIMClass& cimClass, const CIMProperty& property) {
+    cimClass.rep_->properties.addUnchecked(property);
+}
+void detail::Unchecked::add(CIMClass& cimClass, const CIMMethod& method) {
+    cimClass.rep_->methods.addUnchecked(method);
 }
 
 } // namespace Pegasus

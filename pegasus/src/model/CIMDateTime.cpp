@@ -4,7 +4,7 @@
 
 #include <algorithm>
 #include <array>
-#include <optional>
+#include <ctime>
 #include <string>
 
 namespace Pegasus {
@@ -120,10 +120,26 @@ Sint64 dayNumber(Sint64 year, Sint64 month, Sint64 day) noexcept {
     return 365 * y + leapDays + (153 * monthsSinceMarch + 2) / 5 + day;
 }
 
-/// The moment in microseconds; nothing for intervals and where asterisks stand.
-std::optional<Sint64> momentOf(std::string_view text) {
-    if (text[kSign] == ':' || text.find('*') != std::string_view::npos)
-        return std::nullopt;
+/// The text with the least numbers in the place of asterisks.
+std::string leastOf(std::string_view text) {
+    constexpr std::string_view kLeast = "00000101000000.000000";
+    std::string least(text);
+    for (std::size_t i = 0; i < kSign; ++i)
+        if (least[i] == '*')
+            least[i] = text[kSign] == ':' ? '0' : kLeast[i];
+    return least;
+}
+
+/// The length of an interval in microseconds.
+Sint64 lengthOf(std::string_view text) {
+    const auto number = [&](const Field& field) { return static_cast<Sint64>(numberIn(textOf(field, text))); };
+    const auto& [day, hour, minute, second, microsecond] = kIntervalFields;
+    return (((number(day) * 24 + number(hour)) * 60 + number(minute)) * 60 + number(second)) * 1000000 +
+           number(microsecond);
+}
+
+/// The moment in microseconds, of a point in time without asterisks.
+Sint64 momentOf(std::string_view text) {
     const auto number = [&](const Field& field) { return static_cast<Sint64>(numberIn(textOf(field, text))); };
     const auto& [year, month, day, hour, minute, second, microsecond] = kTimestampFields;
     const Sint64 offset = text[kSign] == '+' ? number(kOffset) : -number(kOffset);
@@ -132,8 +148,68 @@ std::optional<Sint64> momentOf(std::string_view text) {
     return (minutes * 60 + number(second)) * 1000000 + number(microsecond);
 }
 
+constexpr Sint64 kMicrosecondsOfDay = Sint64{24} * 60 * 60 * 1000000;
+
+/// The date of a day, the reverse of dayNumber().
+std::array<Sint64, 3> dateOf(Sint64 dayNumberOfIt) noexcept {
+    const Sint64 days = dayNumberOfIt - 1;
+    Sint64 year = days / 366; // not after the right one
+    while (dayNumber(year + 1, 3, 1) <= dayNumberOfIt)
+        ++year;
+    const Sint64 ofYear = dayNumberOfIt - dayNumber(year, 3, 1);
+    const Sint64 monthsSinceMarch = (5 * ofYear + 2) / 153;
+    const Sint64 month = (monthsSinceMarch + 2) % 12 + 1;
+    return {month > 2 ? year : year + 1, month, ofYear - (153 * monthsSinceMarch + 2) / 5 + 1};
+}
+
+std::string digits(Sint64 number, std::size_t width) {
+    const std::string text = std::to_string(number);
+    return std::string(width - std::min(width, text.size()), '0') + text;
+}
+
+/// The characters before the offset, of a moment in UTC.
+std::string utcText(Sint64 moment) {
+    const auto [year, month, day] = dateOf(moment / kMicrosecondsOfDay);
+    const Sint64 time = moment % kMicrosecondsOfDay;
+    const Sint64 seconds = time / 1000000;
+    return digits(year, 4) + digits(month, 2) + digits(day, 2) + digits(seconds / 3600, 2) +
+           digits(seconds / 60 % 60, 2) + digits(seconds % 60, 2) + '.' + digits(time % 1000000, 6);
+}
+
+/// What is compared of a date-time: in UTC where it is known to the minute. What it does not say about the year, month,
+/// day or hour, its offset cannot change.
+std::string comparableText(std::string_view text) {
+    constexpr std::size_t kEndOfMinutes = 12;
+    const std::string_view known = text.substr(0, std::min(text.find('*'), kSign));
+    if (text[kSign] == ':' || known.size() < kEndOfMinutes)
+        return std::string(known);
+    const Sint64 moment = momentOf(leastOf(text));
+    const bool hasText =
+        moment >= dayNumber(0, 3, 1) * kMicrosecondsOfDay && moment < dayNumber(10000, 1, 1) * kMicrosecondsOfDay;
+    return hasText ? utcText(moment).substr(0, known.size()) : std::string(known);
+}
+
 /// Made when the library is loaded: those who ask for it later must not be short of memory for it.
 const String kZeroInterval("00000000000000.000000:000");
+
+/// Throws DateTimeOutOfRangeException for one that is too wide.
+std::string number(Uint32 value, std::size_t width) {
+    std::string text = digits(value, width);
+    if (text.size() > width)
+        throw DateTimeOutOfRangeException(String("a field of a datetime is out of range: " + text));
+    return text;
+}
+
+std::string time(Uint32 hours, Uint32 minutes, Uint32 seconds) {
+    return number(hours, 2) + number(minutes, 2) + number(seconds, 2);
+}
+
+std::string fraction(Uint32 microseconds, Uint32 significantDigits) {
+    std::string text = number(microseconds, 6);
+    for (std::size_t i = significantDigits; i < text.size(); ++i)
+        text[i] = '*';
+    return text;
+}
 
 } // namespace
 
@@ -153,13 +229,62 @@ const String& CIMDateTime::toString() const noexcept { return text_.empty() ? kZ
 
 Boolean CIMDateTime::isInterval() const noexcept { return toString().view()[kSign] == ':'; }
 
-Boolean CIMDateTime::equal(const CIMDateTime& other) const noexcept {
+Boolean CIMDateTime::equal(const CIMDateTime& other) const {
     const String& text = toString();
     const String& otherText = other.toString();
     if (String::equal(text, otherText))
         return true;
-    const auto moment = momentOf(text.view());
-    return moment && moment == momentOf(otherText.view());
+    if (isInterval() != other.isInterval())
+        return false;
+    const auto hasAsterisk = [](const String& one) { return one.view().find('*') != std::string_view::npos; };
+    const bool saysAll = !hasAsterisk(text) && !hasAsterisk(otherText);
+    if (saysAll && !isInterval())
+        return momentOf(text.view()) == momentOf(otherText.view());
+    const std::string one = comparableText(text.view());
+    const std::string two = comparableText(otherText.view());
+    const std::size_t known = std::min(one.size(), two.size());
+    return one.compare(0, known, two, 0, known) == 0;
+}
+
+void CIMDateTime::setInterval(Uint32 days, Uint32 hours, Uint32 minutes, Uint32 seconds, Uint32 microseconds,
+                              Uint32 numberSignificantMicrosecondDigits) {
+    *this = CIMDateTime(String(number(days, 8) + time(hours, minutes, seconds) + '.' +
+                               fraction(microseconds, numberSignificantMicrosecondDigits) + ":000"));
+}
+
+void CIMDateTime::setTimeStamp(Uint32 year, Uint32 month, Uint32 day, Uint32 hours, Uint32 minutes, Uint32 seconds,
+                               Uint32 microseconds, Uint32 numberSignificantMicrosecondDigits, Sint32 utcOffset) {
+    const std::string offset =
+        (utcOffset < 0 ? '-' : '+') + number(static_cast<Uint32>(utcOffset < 0 ? -utcOffset : utcOffset), 3);
+    *this = CIMDateTime(String(number(year, 4) + number(month, 2) + number(day, 2) + time(hours, minutes, seconds) +
+                               '.' + fraction(microseconds, numberSignificantMicrosecondDigits) + offset));
+}
+
+Uint64 CIMDateTime::toMicroSeconds() const {
+    const std::string text = leastOf(toString().view());
+    if (isInterval())
+        return static_cast<Uint64>(lengthOf(text));
+    const Sint64 beginning = dayNumber(0, 1, 1) * kMicrosecondsOfDay;
+    return static_cast<Uint64>(std::max(momentOf(text) - beginning, Sint64{0}));
+}
+
+Sint64 CIMDateTime::getDifference(CIMDateTime start, CIMDateTime finish) {
+    if (start.isInterval() != finish.isInterval())
+        throw InvalidDateTimeFormatException(start.toString() + String(" and ") + finish.toString());
+    return static_cast<Sint64>(finish.toMicroSeconds()) - static_cast<Sint64>(start.toMicroSeconds());
+}
+
+CIMDateTime CIMDateTime::getCurrentDateTime() {
+    ::timespec now{};
+    ::clock_gettime(CLOCK_REALTIME, &now);
+    std::tm parts{};
+    ::localtime_r(&now.tv_sec, &parts);
+    const auto part = [](int value) { return static_cast<Uint32>(value); };
+    CIMDateTime current;
+    current.setTimeStamp(part(parts.tm_year + 1900), part(parts.tm_mon + 1), part(parts.tm_mday), part(parts.tm_hour),
+                         part(parts.tm_min), std::min(part(parts.tm_sec), Uint32{59}),
+                         static_cast<Uint32>(now.tv_nsec / 1000), 6, static_cast<Sint32>(parts.tm_gmtoff / 60));
+    return current;
 }
 
 } // namespace Pegasus

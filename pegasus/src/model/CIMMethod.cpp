@@ -1,6 +1,7 @@
 #include <Pegasus/Common/CIMMethod.h>
 
 #include "model/NamedList.h"
+#include "model/Unchecked.h"
 
 namespace Pegasus {
 
@@ -45,6 +46,21 @@ Boolean CIMMethod::identical(const CIMMethod& other) const {
     const Rep& b = *other.rep_;
     return a.name == b.name && a.type == b.type && a.classOrigin == b.classOrigin && a.propagated == b.propagated &&
            a.parameters.identical(b.parameters) && a.qualifiers.identical(b.qualifiers);
+}
+
+CIMMethod CIMMethod::clone() const {
+    CIMMethod copy;
+    copy.rep_ = rep_.copy();
+    copy.rep_->parameters = rep_->parameters.clone();
+    copy.rep_->qualifiers = rep_->qualifiers.clone();
+    return copy;
+}
+
+void detail::Unchecked::add(CIMMethod& method, const CIMQualifier& qualifier) {
+    method.rep_->qualifiers.addUnchecked(qualifier);
+}
+void detail::Unchecked::add(CIMMethod& method, const CIMParameter& parameter) {
+    method.rep_->parameters.addUnchecked(parameter);
 }
 
 } // namespace Pegasus

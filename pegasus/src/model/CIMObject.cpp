@@ -3,6 +3,10 @@
 #include <Pegasus/Common/CIMClass.h>
 #include <Pegasus/Common/CIMInstance.h>
 
+#include "model/ObjectXml.h"
+#include "model/Unchecked.h"
+
+#include <string>
 #include <variant>
 
 namespace Pegasus {
@@ -30,6 +34,39 @@ const CIMObjectPath& CIMObject::getPath() const {
 
 void CIMObject::setPath(const CIMObjectPath& path) {
     std::visit([&](auto& object) { object.setPath(path); }, rep_->content);
+}
+
+Uint32 CIMObject::getPropertyCount() const {
+    return std::visit([](const auto& object) { return object.getPropertyCount(); }, rep_->content);
+}
+CIMProperty CIMObject::getProperty(Uint32 index) const {
+    return std::visit([&](const auto& object) { return object.getProperty(index); }, rep_->content);
+}
+Uint32 CIMObject::findProperty(const CIMName& name) const {
+    return std::visit([&](const auto& object) { return object.findProperty(name); }, rep_->content);
+}
+Uint32 CIMObject::getQualifierCount() const {
+    return std::visit([](const auto& object) { return object.getQualifierCount(); }, rep_->content);
+}
+CIMQualifier CIMObject::getQualifier(Uint32 index) const {
+    return std::visit([&](const auto& object) { return object.getQualifier(index); }, rep_->content);
+}
+Uint32 CIMObject::findQualifier(const CIMName& name) const {
+    return std::visit([&](const auto& object) { return object.findQualifier(name); }, rep_->content);
+}
+
+String CIMObject::toString() const {
+    std::string text;
+    std::visit([&](const auto& object) { detail::appendXml(text, object); }, rep_->content);
+    return String(std::string_view(text));
+}
+
+CIMObject CIMObject::clone() const {
+    return std::visit([](const auto& object) { return CIMObject(object.clone()); }, rep_->content);
+}
+
+void detail::Unchecked::setPath(CIMObject& object, const CIMObjectPath& path) {
+    std::visit([&](auto& content) { setPath(content, path); }, object.rep_->content);
 }
 
 Boolean CIMObject::identical(const CIMObject& other) const {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -283,6 +284,32 @@ Boolean CIMObjectPath::identical(const CIMObjectPath& other) const {
     return rep_ == other.rep_ ||
            (String::equalNoCase(getHost(), other.getHost()) && getNameSpace() == other.getNameSpace() &&
             getClassName() == other.getClassName() && getKeyBindings() == other.getKeyBindings());
+}
+
+void CIMObjectPath::setHost(const String& host) {
+    *this = CIMObjectPath(host, getNameSpace(), getClassName(), getKeyBindings());
+}
+void CIMObjectPath::setNameSpace(const CIMNamespaceName& nameSpace) {
+    *this = CIMObjectPath(getHost(), nameSpace, getClassName(), getKeyBindings());
+}
+void CIMObjectPath::setClassName(const CIMName& className) {
+    *this = CIMObjectPath(getHost(), getNameSpace(), className, getKeyBindings());
+}
+void CIMObjectPath::setKeyBindings(const Array<CIMKeyBinding>& keyBindings) {
+    *this = CIMObjectPath(getHost(), getNameSpace(), getClassName(), keyBindings);
+}
+
+/// Without the values of keys that are no texts: equal ones may be written differently.
+Uint32 CIMObjectPath::makeHashCode() const {
+    std::string text(getHost().view());
+    text.append("/").append(getNameSpace().getString().view()).append(":").append(getClassName().getString().view());
+    for (const CIMKeyBinding& key : getKeyBindings()) {
+        text.append(".").append(key.getName().getString().view());
+        if (key.getType() == CIMKeyBinding::STRING)
+            text.append("=").append(key.getValue().view());
+    }
+    std::transform(text.begin(), text.end(), text.begin(), toLower);
+    return static_cast<Uint32>(std::hash<std::string>()(text));
 }
 
 } // namespace Pegasus

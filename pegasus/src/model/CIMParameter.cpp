@@ -1,6 +1,8 @@
 #include <Pegasus/Common/CIMParameter.h>
 
+#include "model/DeclarationCheck.h"
 #include "model/NamedList.h"
+#include "model/Unchecked.h"
 
 namespace Pegasus {
 
@@ -23,7 +25,9 @@ struct CIMParameter::Rep : detail::RefCounted {
 
 CIMParameter::CIMParameter(const CIMName& name, CIMType type, Boolean isArray, Uint32 arraySize,
                            const CIMName& referenceClass)
-    : rep_(detail::Handle<Rep>::make(name, type, isArray, arraySize, referenceClass)) {}
+    : rep_(detail::Handle<Rep>::make(name, type, isArray, arraySize, referenceClass)) {
+    detail::checkDeclaration(name, type, isArray, arraySize, referenceClass);
+}
 
 const CIMName& CIMParameter::getName() const { return rep_->name; }
 CIMType CIMParameter::getType() const { return rep_->type; }
@@ -44,6 +48,17 @@ Boolean CIMParameter::identical(const CIMParameter& other) const {
     const Rep& b = *other.rep_;
     return a.name == b.name && a.type == b.type && a.isArray == b.isArray && a.arraySize == b.arraySize &&
            a.referenceClass == b.referenceClass && a.qualifiers.identical(b.qualifiers);
+}
+
+CIMParameter CIMParameter::clone() const {
+    CIMParameter copy;
+    copy.rep_ = rep_.copy();
+    copy.rep_->qualifiers = rep_->qualifiers.clone();
+    return copy;
+}
+
+void detail::Unchecked::add(CIMParameter& parameter, const CIMQualifier& qualifier) {
+    parameter.rep_->qualifiers.addUnchecked(qualifier);
 }
 
 } // namespace Pegasus

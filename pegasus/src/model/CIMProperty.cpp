@@ -1,6 +1,8 @@
 #include <Pegasus/Common/CIMProperty.h>
 
+#include "model/DeclarationCheck.h"
 #include "model/NamedList.h"
+#include "model/Unchecked.h"
 
 #include <memory>
 #include <utility>
@@ -27,6 +29,15 @@ bool identicalDeclarations(const Declaration& a, const Declaration& b) {
 struct CIMProperty::Rep : detail::RefCounted {
     Rep(CIMName itsName, CIMValue itsValue, Boolean isPropagated)
         : propagated(isPropagated), name(std::move(itsName)), value(std::move(itsValue)) {}
+    Rep(const Rep& other)
+        : RefCounted(other),
+          propagated(other.propagated),
+          name(other.name),
+          value(other.value),
+          ownDeclaration(other.ownDeclaration ? std::make_unique<Declaration>(*other.ownDeclaration) : nullptr) {
+        if (ownDeclaration)
+            ownDeclaration->qualifiers = other.ownDeclaration->qualifiers.clone();
+    }
 
     const Declaration& declaration() const noexcept {
         static const Declaration kNone;
@@ -49,6 +60,7 @@ CIMProperty::CIMProperty(CIMName name, CIMValue value, Uint32 arraySize, CIMName
     : rep_(detail::Handle<Rep>::make(std::move(name), std::move(value), propagated)) {
     if (arraySize == 0 && referenceClass.isNull() && classOrigin.isNull())
         return;
+    detail::checkDeclaration(rep_->name, getType(), isArray(), arraySize, referenceClass);
     Declaration& declaration = rep_->changeDeclaration();
     declaration.arraySize = arraySize;
     declaration.referenceClass = std::move(referenceClass);
@@ -57,7 +69,11 @@ CIMProperty::CIMProperty(CIMName name, CIMValue value, Uint32 arraySize, CIMName
 
 const CIMName& CIMProperty::getName() const { return rep_->name; }
 const CIMValue& CIMProperty::getValue() const { return rep_->value; }
-void CIMProperty::setValue(CIMValue value) { rep_->value = std::move(value); }
+void CIMProperty::setValue(CIMValue value) {
+    if (!value.typeCompatible(rep_->value))
+        detail::throwTypeMismatch(rep_->value.getType(), rep_->value.isArray(), value.getType(), value.isArray());
+    rep_->value = std::move(value);
+}
 CIMType CIMProperty::getType() const { return rep_->value.getType(); }
 Boolean CIMProperty::isArray() const { return rep_->value.isArray(); }
 Uint32 CIMProperty::getArraySize() const { return rep_->declaration().arraySize; }
@@ -78,6 +94,18 @@ Boolean CIMProperty::identical(const CIMProperty& other) const {
     const Rep& b = *other.rep_;
     return a.name == b.name && a.value == b.value && a.propagated == b.propagated &&
            identicalDeclarations(a.declaration(), b.declaration());
+}
+
+CIMProperty CIMProperty::clone() const {
+    CIMProperty copy;
+    copy.rep_ = rep_.copy();
+    return copy;
+}
+
+CIMConstQualifier CIMConstProperty::getQualifier(Uint32 index) const { return CIMProperty::getQualifier(index); }
+
+void detail::Unchecked::add(CIMProperty& property, const CIMQualifier& qualifier) {
+    property.rep_->changeDeclaration().qualifiers.addUnchecked(qualifier);
 }
 
 } // namespace Pegasus

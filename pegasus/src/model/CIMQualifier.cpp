@@ -30,4 +30,10 @@ Boolean CIMQualifier::identical(const CIMQualifier& other) const {
     return a.name == b.name && a.value == b.value && a.flavor == b.flavor && a.propagated == b.propagated;
 }
 
+CIMQualifier CIMQualifier::clone() const {
+    CIMQualifier copy;
+    copy.rep_ = rep_.copy();
+    return copy;
+}
+
 } // namespace Pegasus

@@ -26,4 +26,10 @@ const CIMScope& CIMQualifierDecl::getScope() const { return rep_->scope; }
 const CIMFlavor& CIMQualifierDecl::getFlavor() const { return rep_->flavor; }
 Uint32 CIMQualifierDecl::getArraySize() const { return rep_->arraySize; }
 
+CIMQualifierDecl CIMQualifierDecl::clone() const {
+    CIMQualifierDecl copy;
+    copy.rep_ = rep_.copy();
+    return copy;
+}
+
 } // namespace Pegasus

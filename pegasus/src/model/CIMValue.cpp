@@ -2,6 +2,7 @@
 
 #include <Pegasus/Common/CIMClass.h>
 
+#include "model/ObjectXml.h"
 #include "model/Utf8.h"
 #include "model/VisitType.h"
 
@@ -28,23 +29,32 @@ bool sameObject(const Object& a, const Object& b) {
 bool same(const CIMInstance& a, const CIMInstance& b) { return sameObject(a, b); }
 bool same(const CIMObject& a, const CIMObject& b) { return sameObject(a, b); }
 
-template <class Number, class = std::enable_if_t<std::is_arithmetic_v<Number>>>
+template <class Number, class = std::enable_if_t<std::is_integral_v<Number>>>
 void print(std::string& out, Number number) {
     std::array<char, 32> text{};
     const auto result = std::to_chars(text.data(), text.data() + text.size(), number);
     out.append(text.data(), result.ptr);
 }
+/// As printf does in the locale "C", which is not the one of this process for sure.
+void printReal(std::string& out, Real64 value, int digits) {
+    std::array<char, 64> text{};
+    const auto result =
+        std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::scientific, digits);
+    out.append(text.data(), result.ptr);
+}
+void print(std::string& out, Real32 value) { printReal(out, value, 7); }
+void print(std::string& out, Real64 value) { printReal(out, value, 16); }
 void print(std::string& out, Boolean value) { out += value ? "TRUE" : "FALSE"; }
 void print(std::string& out, const String& text) { out += text.view(); }
 void print(std::string& out, const CIMDateTime& value) { out += value.toString().view(); }
 void print(std::string& out, const CIMObjectPath& path) { out += path.toString().view(); }
 void print(std::string& out, const CIMInstance& instance) {
     if (!instance.isUninitialized())
-        print(out, instance.getPath());
+        detail::appendXml(out, instance);
 }
 void print(std::string& out, const CIMObject& object) {
     if (!object.isUninitialized())
-        print(out, object.getPath());
+        print(out, object.toString());
 }
 
 /// A UTF-16 unit as UTF-8; half of a surrogate pair is no character and becomes U+FFFD.
@@ -82,18 +92,16 @@ bool sameItems(CIMType type, const detail::ArrayContent& a, const detail::ArrayC
 }
 
 void printItems(std::string& out, CIMType type, const detail::ArrayContent& array) {
-    out += '{';
     detail::visitType(type, [&](auto tag) {
         const auto& items = itemsOf<typename decltype(tag)::Type>(array);
         for (Uint32 i = 0; i < items.size(); ++i) {
-            out += i == 0 ? "" : ", ";
             if (array.isNull(i))
                 out += "NULL";
             else
                 print(out, items[i]);
+            out += ' ';
         }
     });
-    out += '}';
 }
 
 std::string typeText(CIMType type, Boolean isArray) {

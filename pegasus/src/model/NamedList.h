@@ -12,9 +12,12 @@ template <class Element>
 class NamedList {
   public:
     void add(const Element& element) {
-        element.getName(); // an uninitialised element is refused here, where the mistake is
+        if (find(element.getName()) != PEG_NOT_FOUND) // an uninitialised element is refused here, where the mistake is
+            throw AlreadyExistsException(String("there are two of the name ") + element.getName().getString());
         elements_.append(element);
     }
+    /// For one whose name is known to be no other's, or may be.
+    void addUnchecked(const Element& element) { elements_.append(element); }
     Uint32 size() const noexcept { return elements_.size(); }
     const Element& operator[](Uint32 index) const { return elements_[index]; }
 
@@ -22,6 +25,15 @@ class NamedList {
         const auto found = std::find_if(elements_.begin(), elements_.end(),
                                         [&](const Element& element) { return element.getName() == name; });
         return found == elements_.end() ? PEG_NOT_FOUND : static_cast<Uint32>(found - elements_.begin());
+    }
+
+    /// With elements of its own.
+    NamedList clone() const {
+        NamedList copy;
+        copy.elements_.reserveCapacity(size());
+        for (const Element& element : elements_)
+            copy.elements_.append(element.clone());
+        return copy;
     }
 
     Boolean identical(const NamedList& other) const {

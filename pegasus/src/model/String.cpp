@@ -1,23 +1,55 @@
 #include <Pegasus/Common/String.h>
 
+#include <Pegasus/Common/Exception.h>
+
+#include "model/Utf16.h"
+
 #include <algorithm>
+#include <cstring>
 #include <new>
 #include <ostream>
 #include <stdexcept>
+#include <string>
 
 namespace Pegasus {
 
 namespace {
 
-constexpr char toLower(char c) noexcept { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+constexpr char lowered(char c) noexcept { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
+constexpr char raised(char c) noexcept { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
+
+std::string_view checked(const char* utf8, std::size_t bytes) {
+    if (!utf8)
+        throw NullPointer();
+    const std::string_view text(utf8, bytes);
+    if (!detail::isUtf8(text))
+        throw Exception(String(std::string_view("a text is not UTF-8")));
+    return text;
+}
+
+template <class Change>
+String changed(const String& text, Change change) {
+    std::string bytes(text.view());
+    std::transform(bytes.begin(), bytes.end(), bytes.begin(), change);
+    return String(std::string_view(bytes));
+}
+
+String fromUnits(std::u16string_view units) { return String(std::string_view(detail::utf8Of(units))); }
+
+Uint32 placeOf(std::size_t found) noexcept {
+    return found == std::u16string::npos ? PEG_NOT_FOUND : static_cast<Uint32>(found);
+}
+
+int signOf(int comparison) noexcept { return comparison < 0 ? -1 : comparison > 0 ? 1 : 0; }
 
 } // namespace
 
 const String String::EMPTY;
 
-String::String(const char* utf8) : String(std::string_view(utf8)) {}
+String::String(const char* utf8) : String(checked(utf8, utf8 ? std::strlen(utf8) : 0)) {}
 
-String::String(const char* utf8, Uint32 bytes) : String(std::string_view(utf8, bytes)) {}
+String::String(const char* utf8, Uint32 bytes) : String(checked(utf8, bytes)) {}
 
 String::String(std::string_view utf8) : block_(create(utf8, {})) {}
 
@@ -65,6 +97,47 @@ String& String::append(const String& text) {
     return *this = std::move(joined);
 }
 
+Uint32 String::find(Uint32 from, Char16 character) const {
+    return placeOf(detail::utf16Of(view()).find(static_cast<char16_t>(Uint16(character)), from));
+}
+
+Uint32 String::find(const String& text) const {
+    return placeOf(detail::utf16Of(view()).find(detail::utf16Of(text.view())));
+}
+
+Uint32 String::reverseFind(Char16 character) const {
+    return placeOf(detail::utf16Of(view()).rfind(static_cast<char16_t>(Uint16(character))));
+}
+
+String String::subString(Uint32 index, Uint32 length) const {
+    const std::u16string units = detail::utf16Of(view());
+    if (index > units.size())
+        throw IndexOutOfBoundsException();
+    return fromUnits(std::u16string_view(units).substr(index, length));
+}
+
+void String::remove(Uint32 index, Uint32 length) {
+    std::u16string units = detail::utf16Of(view());
+    if (index > units.size())
+        throw IndexOutOfBoundsException();
+    *this = fromUnits(units.erase(index, length));
+}
+
+void String::toLower() { *this = changed(*this, lowered); }
+void String::toUpper() { *this = changed(*this, raised); }
+
+int String::compare(const String& a, const String& b) {
+    return signOf(detail::utf16Of(a.view()).compare(detail::utf16Of(b.view())));
+}
+
+int String::compare(const String& a, const String& b, Uint32 length) {
+    return signOf(detail::utf16Of(a.view()).substr(0, length).compare(detail::utf16Of(b.view()).substr(0, length)));
+}
+
+int String::compareNoCase(const String& a, const String& b) {
+    return compare(changed(a, lowered), changed(b, lowered));
+}
+
 Boolean String::equal(const String& a, const String& b) noexcept {
     return a.block_ == b.block_ || a.view() == b.view();
 }
@@ -75,7 +148,7 @@ Boolean String::equalNoCase(const String& a, const String& b) noexcept {
     const std::string_view left = a.view();
     const std::string_view right = b.view();
     return left.size() == right.size() && std::equal(left.begin(), left.end(), right.begin(),
-                                                     [](char x, char y) { return x == y || toLower(x) == toLower(y); });
+                                                     [](char x, char y) { return x == y || lowered(x) == lowered(y); });
 }
 
 bool operator==(const String& a, const String& b) noexcept { return String::equal(a, b); }

@@ -10,6 +10,7 @@
 #include <ctime>
 #include <new>
 #include <openssl/asn1.h>
+#include <openssl/objects.h>
 #include <openssl/x509.h>
 #include <openssl/x509v3.h>
 
@@ -49,6 +50,20 @@ void appendCommonNames(const X509& certificate, Array<String>& names) {
     }
 }
 
+/// With escapes for control characters.
+std::string utf8Of(const ASN1_STRING& value) {
+    unsigned char* bytes = nullptr;
+    const int size = ASN1_STRING_to_UTF8(&bytes, &value);
+    std::string text;
+    for (int i = 0; i < size; ++i) {
+        const bool isControl = bytes[i] < ' ' || bytes[i] == 0x7F;
+        const char byte = static_cast<char>(bytes[i]);
+        text += isControl ? printable({&byte, 1}) : std::string(1, byte);
+    }
+    OPENSSL_free(bytes);
+    return text;
+}
+
 void appendUnlessEmpty(const std::string& name, Array<String>& names) {
     if (!name.empty()) {
         names.append(String(name));
@@ -86,6 +101,24 @@ std::string nameText(const X509_NAME& name) {
     char* text = nullptr;
     const long size = BIO_get_mem_data(out.get(), &text);
     return {text, static_cast<std::size_t>(size)};
+}
+
+std::string slashedName(const X509_NAME& name) {
+    std::string text;
+    for (int i = 0; i < X509_NAME_entry_count(&name); ++i) {
+        const X509_NAME_ENTRY* const entry = X509_NAME_get_entry(&name, i);
+        char kind[80];
+        const ASN1_OBJECT* const object = X509_NAME_ENTRY_get_object(entry);
+        const int number = OBJ_obj2nid(object);
+        if (number != NID_undef) {
+            text.append("/").append(OBJ_nid2sn(number));
+        } else {
+            OBJ_obj2txt(kind, sizeof kind, object, 1);
+            text.append("/").append(kind);
+        }
+        text.append("=").append(utf8Of(*X509_NAME_ENTRY_get_data(entry)));
+    }
+    return text;
 }
 
 std::string timeText(const ASN1_TIME& time) {

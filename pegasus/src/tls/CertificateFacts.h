@@ -10,6 +10,9 @@ namespace Pegasus::http {
 /// A name such as `CN=server.example,O=Example`, as in RFC 2253, in UTF-8.
 std::string nameText(const X509_NAME& name);
 
+/// A name in its own order, as "/C=AT/O=Example/CN=server", with escapes for what cannot be shown.
+std::string slashedName(const X509_NAME& name);
+
 /// A time in UTC, such as `2026-11-22T08:00:00Z`.
 std::string timeText(const ASN1_TIME& time);
 

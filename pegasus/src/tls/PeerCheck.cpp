@@ -4,6 +4,9 @@
 #include "tls/OpenSslErrors.h"
 
 #include <Pegasus/Common/Exception.h>
+#include <cstdint>
+#include <ctime>
+#include <openssl/asn1.h>
 #include <openssl/ssl.h>
 #include <openssl/x509_vfy.h>
 #include <openssl/x509v3.h>
@@ -28,6 +31,29 @@ bool setName(SSL& session, const Endpoint& endpoint) {
 int sessionIndex() {
     static const int index = SSL_get_ex_new_index(0, nullptr, nullptr, nullptr, nullptr);
     return index;
+}
+
+/// A time that CIM does not have counts as none, the zero interval.
+CIMDateTime dateTimeOf(const ASN1_TIME& time) {
+    std::tm parts{};
+    CIMDateTime result;
+    if (ASN1_TIME_to_tm(&time, &parts) == 1) {
+        const auto part = [](int value) { return static_cast<Uint32>(value); };
+        try {
+            result.setTimeStamp(part(parts.tm_year + 1900), part(parts.tm_mon + 1), part(parts.tm_mday),
+                                part(parts.tm_hour), part(parts.tm_min), part(parts.tm_sec), 0, 6, 0);
+        } catch (const DateTimeOutOfRangeException&) {
+            // a leap second
+        }
+    }
+    return result;
+}
+
+SSLCertificateInfo::Facts callbackFacts(const X509& certificate) {
+    std::int64_t serial = 0;
+    const bool isHeld = ASN1_INTEGER_get_int64(&serial, X509_get0_serialNumber(&certificate)) == 1;
+    return {dateTimeOf(*X509_get0_notBefore(&certificate)), dateTimeOf(*X509_get0_notAfter(&certificate)),
+            isHeld ? static_cast<long>(serial) : -1L, static_cast<Uint32>(X509_get_version(&certificate) + 1)};
 }
 
 } // namespace
@@ -109,10 +135,14 @@ bool PeerCheck::accept(bool preverified, X509_STORE_CTX& store) {
 bool PeerCheck::askCallback(bool preverified, X509_STORE_CTX& store) const {
     const X509* certificate = X509_STORE_CTX_get_current_cert(&store);
     const int error = X509_STORE_CTX_get_error(&store);
-    SSLCertificateInfo info(certificate != nullptr ? String(nameText(*X509_get_subject_name(certificate))) : String(),
-                            certificate != nullptr ? String(nameText(*X509_get_issuer_name(certificate))) : String(),
+    SSLCertificateInfo info(certificate != nullptr ? String(slashedName(*X509_get_subject_name(certificate)))
+                                                   : String(),
+                            certificate != nullptr ? String(slashedName(*X509_get_issuer_name(certificate))) : String(),
                             static_cast<Uint32>(X509_STORE_CTX_get_error_depth(&store)), error,
                             X509_verify_cert_error_string(error), preverified);
+    if (certificate != nullptr) {
+        info.setFacts(callbackFacts(*certificate));
+    }
     return callback_(info);
 }
 

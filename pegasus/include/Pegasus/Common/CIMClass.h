@@ -24,12 +24,18 @@ class CIMClass {
     const CIMName& getSuperClassName() const;
     /// The class name alone until setPath() gives more.
     const CIMObjectPath& getPath() const;
+    /// Throws TypeMismatchException for the path of another class.
     void setPath(const CIMObjectPath& path);
     /// Whether the class has the qualifier Association with the value true.
     Boolean isAssociation() const;
     /// Whether the class has the qualifier Abstract with the value true.
     Boolean isAbstract() const;
+    /// Whether a property has the qualifier Key with the value true.
+    Boolean hasKeys() const;
+    /// Appends the names of those properties.
+    void getKeyNames(Array<CIMName>& names) const;
 
+    /// Throws AlreadyExistsException when there is one of the name.
     CIMClass& addQualifier(const CIMQualifier& qualifier);
     Uint32 getQualifierCount() const;
     /// Throws IndexOutOfBoundsException.
@@ -37,6 +43,7 @@ class CIMClass {
     /// The index of the qualifier, PEG_NOT_FOUND when there is none of the name.
     Uint32 findQualifier(const CIMName& name) const;
 
+    /// Throws AlreadyExistsException when there is one of the name.
     CIMClass& addProperty(const CIMProperty& property);
     Uint32 getPropertyCount() const;
     /// Throws IndexOutOfBoundsException.
@@ -44,6 +51,7 @@ class CIMClass {
     /// The index of the property, PEG_NOT_FOUND when there is none of the name.
     Uint32 findProperty(const CIMName& name) const;
 
+    /// Throws AlreadyExistsException when there is one of the name.
     CIMClass& addMethod(const CIMMethod& method);
     Uint32 getMethodCount() const;
     /// Throws IndexOutOfBoundsException.
@@ -52,12 +60,43 @@ class CIMClass {
     Uint32 findMethod(const CIMName& name) const;
 
     Boolean identical(const CIMClass& other) const;
+    /// One of its own with the same content, all its parts included.
+    CIMClass clone() const;
     /// Whether this is a default-constructed handle.
     Boolean isUninitialized() const noexcept { return !rep_; }
 
   private:
+    friend struct detail::Unchecked;
+
     struct Rep;
     detail::Handle<Rep> rep_;
+};
+
+/// A class that is only looked at.
+class CIMConstClass : private CIMClass {
+  public:
+    CIMConstClass() noexcept = default;
+    CIMConstClass(const CIMClass& cimClass) : CIMClass(cimClass) {}
+
+    using CIMClass::clone;
+    using CIMClass::findMethod;
+    using CIMClass::findProperty;
+    using CIMClass::findQualifier;
+    using CIMClass::getClassName;
+    using CIMClass::getKeyNames;
+    using CIMClass::getMethodCount;
+    using CIMClass::getPath;
+    using CIMClass::getPropertyCount;
+    using CIMClass::getQualifierCount;
+    using CIMClass::getSuperClassName;
+    using CIMClass::hasKeys;
+    using CIMClass::isAbstract;
+    using CIMClass::isAssociation;
+    using CIMClass::isUninitialized;
+    CIMConstMethod getMethod(Uint32 index) const { return CIMClass::getMethod(index); }
+    CIMConstProperty getProperty(Uint32 index) const { return CIMClass::getProperty(index); }
+    CIMConstQualifier getQualifier(Uint32 index) const { return CIMClass::getQualifier(index); }
+    Boolean identical(const CIMConstClass& other) const { return CIMClass::identical(other); }
 };
 
 } // namespace Pegasus

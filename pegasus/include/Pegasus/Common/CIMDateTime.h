@@ -17,13 +17,35 @@ class CIMDateTime {
     /// The 25 characters as they were given.
     const String& toString() const noexcept;
     Boolean isInterval() const noexcept;
+    Boolean isTimeStamp() const noexcept { return !isInterval(); }
 
-    /// Points in time are equal when they are the same moment, whatever their offsets from UTC. Everything with
-    /// asterisks, and intervals, when the texts are.
-    Boolean equal(const CIMDateTime& other) const noexcept;
+    /// Points in time are equal when they are the same moment, whatever their offsets from UTC; intervals when they are
+    /// as long. Where one of them has asterisks, only what both say is compared.
+    Boolean equal(const CIMDateTime& other) const;
 
-    friend bool operator==(const CIMDateTime& a, const CIMDateTime& b) noexcept { return a.equal(b); }
-    friend bool operator!=(const CIMDateTime& a, const CIMDateTime& b) noexcept { return !a.equal(b); }
+    /// As the constructor.
+    void set(const String& text) { *this = CIMDateTime(text); }
+    /// Makes it an interval. Of the microseconds the first `numberSignificantMicrosecondDigits` are known, the others
+    /// asterisks. Throws DateTimeOutOfRangeException.
+    void setInterval(Uint32 days, Uint32 hours, Uint32 minutes, Uint32 seconds, Uint32 microseconds,
+                     Uint32 numberSignificantMicrosecondDigits);
+    /// Makes it a point in time, `utcOffset` minutes before UTC. Throws DateTimeOutOfRangeException.
+    void setTimeStamp(Uint32 year, Uint32 month, Uint32 day, Uint32 hours, Uint32 minutes, Uint32 seconds,
+                      Uint32 microseconds, Uint32 numberSignificantMicrosecondDigits, Sint32 utcOffset);
+    /// Makes it the zero interval.
+    void clear() noexcept { *this = CIMDateTime(); }
+
+    /// Of an interval its length, of a point in time the microseconds from the beginning of the year 0, in UTC. What
+    /// asterisks stand for counts as the least that it can be.
+    Uint64 toMicroSeconds() const;
+    /// The microseconds from `start` to `finish`. Throws InvalidDateTimeFormatException for a point in time and an
+    /// interval.
+    static Sint64 getDifference(CIMDateTime start, CIMDateTime finish);
+    /// Now, with the offset of this machine's time zone.
+    static CIMDateTime getCurrentDateTime();
+
+    friend bool operator==(const CIMDateTime& a, const CIMDateTime& b) { return a.equal(b); }
+    friend bool operator!=(const CIMDateTime& a, const CIMDateTime& b) { return !a.equal(b); }
 
   private:
     String text_; // empty for the zero interval

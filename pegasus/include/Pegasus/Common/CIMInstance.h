@@ -7,7 +7,11 @@
 
 namespace Pegasus {
 
+class CIMClass;
+class CIMConstProperty;
+class CIMConstQualifier;
 class CIMProperty;
+class CIMQualifier;
 
 /// An instance of a class: a handle; copies refer to the same instance. A default-constructed one is uninitialised:
 /// every operation on it throws UninitializedObjectException.
@@ -21,8 +25,22 @@ class CIMInstance {
     const CIMName& getClassName() const;
     /// The class name alone until setPath() gives more.
     const CIMObjectPath& getPath() const;
+    /// Throws TypeMismatchException for the path of an instance of another class.
     void setPath(const CIMObjectPath& path);
+    /// The path that the instance's own keys make: its class and the values of those properties which the definition of
+    /// its class calls keys. Throws NoSuchPropertyException when the instance lacks one of them or it is null,
+    /// TypeMismatchException when the definition is that of another class, or a value is none that keys have.
+    CIMObjectPath buildPath(const CIMClass& cimClass) const;
 
+    /// Throws AlreadyExistsException when there is one of the name.
+    CIMInstance& addQualifier(const CIMQualifier& qualifier);
+    Uint32 getQualifierCount() const;
+    /// Throws IndexOutOfBoundsException.
+    CIMQualifier getQualifier(Uint32 index) const;
+    /// The index of the qualifier, PEG_NOT_FOUND when there is none of the name.
+    Uint32 findQualifier(const CIMName& name) const;
+
+    /// Throws AlreadyExistsException when there is one of the name.
     CIMInstance& addProperty(const CIMProperty& property);
     Uint32 getPropertyCount() const;
     /// Throws IndexOutOfBoundsException.
@@ -30,12 +48,16 @@ class CIMInstance {
     /// The index of the property, PEG_NOT_FOUND when there is none of the name.
     Uint32 findProperty(const CIMName& name) const;
 
-    /// Whether both have the same class name, path, and properties in the same order.
+    /// Whether both have the same class name, path, and qualifiers and properties in the same order.
     Boolean identical(const CIMInstance& other) const;
+    /// One of its own with the same content, all its parts included.
+    CIMInstance clone() const;
     /// Whether this is a default-constructed handle.
     Boolean isUninitialized() const noexcept { return !rep_; }
 
   private:
+    friend struct detail::Unchecked;
+
     struct Rep;
     detail::Handle<Rep> rep_;
 };
@@ -44,3 +66,27 @@ class CIMInstance {
 
 // Behind the class, because properties have values, which can be instances.
 #include <Pegasus/Common/CIMProperty.h>
+
+namespace Pegasus {
+
+/// An instance that is only looked at.
+class CIMConstInstance : private CIMInstance {
+  public:
+    CIMConstInstance() noexcept = default;
+    CIMConstInstance(const CIMInstance& instance) : CIMInstance(instance) {}
+
+    using CIMInstance::buildPath;
+    using CIMInstance::clone;
+    using CIMInstance::findProperty;
+    using CIMInstance::findQualifier;
+    using CIMInstance::getClassName;
+    using CIMInstance::getPath;
+    using CIMInstance::getPropertyCount;
+    using CIMInstance::getQualifierCount;
+    using CIMInstance::isUninitialized;
+    CIMConstProperty getProperty(Uint32 index) const;
+    CIMConstQualifier getQualifier(Uint32 index) const;
+    Boolean identical(const CIMConstInstance& other) const { return CIMInstance::identical(other); }
+};
+
+} // namespace Pegasus

@@ -20,6 +20,7 @@ class CIMMethod {
     const CIMName& getClassOrigin() const;
     Boolean getPropagated() const;
 
+    /// Throws AlreadyExistsException when there is one of the name.
     CIMMethod& addParameter(const CIMParameter& parameter);
     Uint32 getParameterCount() const;
     /// Throws IndexOutOfBoundsException.
@@ -27,6 +28,7 @@ class CIMMethod {
     /// The index of the parameter, PEG_NOT_FOUND when there is none of the name.
     Uint32 findParameter(const CIMName& name) const;
 
+    /// Throws AlreadyExistsException when there is one of the name.
     CIMMethod& addQualifier(const CIMQualifier& qualifier);
     Uint32 getQualifierCount() const;
     /// Throws IndexOutOfBoundsException.
@@ -35,10 +37,37 @@ class CIMMethod {
     Uint32 findQualifier(const CIMName& name) const;
 
     Boolean identical(const CIMMethod& other) const;
+    /// One of its own with the same content, all its parts included.
+    CIMMethod clone() const;
+    /// Whether this is a default-constructed handle.
+    Boolean isUninitialized() const noexcept { return !rep_; }
 
   private:
+    friend struct detail::Unchecked;
+
     struct Rep;
     detail::Handle<Rep> rep_;
+};
+
+/// A method that is only looked at.
+class CIMConstMethod : private CIMMethod {
+  public:
+    CIMConstMethod() noexcept = default;
+    CIMConstMethod(const CIMMethod& method) : CIMMethod(method) {}
+
+    using CIMMethod::clone;
+    using CIMMethod::findParameter;
+    using CIMMethod::findQualifier;
+    using CIMMethod::getClassOrigin;
+    using CIMMethod::getName;
+    using CIMMethod::getParameterCount;
+    using CIMMethod::getPropagated;
+    using CIMMethod::getQualifierCount;
+    using CIMMethod::getType;
+    using CIMMethod::isUninitialized;
+    CIMConstParameter getParameter(Uint32 index) const { return CIMMethod::getParameter(index); }
+    CIMConstQualifier getQualifier(Uint32 index) const { return CIMMethod::getQualifier(index); }
+    Boolean identical(const CIMConstMethod& other) const { return CIMMethod::identical(other); }
 };
 
 } // namespace Pegasus

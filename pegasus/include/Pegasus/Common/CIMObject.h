@@ -8,6 +8,8 @@ namespace Pegasus {
 
 class CIMClass;
 class CIMInstance;
+class CIMProperty;
+class CIMQualifier;
 
 /// A class or an instance: what an association leads to, and the value of a CIM object. A handle; a default-constructed
 /// one is uninitialised: every operation on it throws UninitializedObjectException.
@@ -25,18 +27,58 @@ class CIMObject {
     /// The class's name, or that of the instance's class.
     const CIMName& getClassName() const;
     const CIMObjectPath& getPath() const;
+    /// Throws TypeMismatchException for the path of another class.
     void setPath(const CIMObjectPath& path);
 
+    // The properties and qualifiers of either. The headers of these have the types.
+
+    Uint32 getPropertyCount() const;
+    /// Throws IndexOutOfBoundsException.
+    CIMProperty getProperty(Uint32 index) const;
+    /// The index of the property, PEG_NOT_FOUND when there is none of the name.
+    Uint32 findProperty(const CIMName& name) const;
+    Uint32 getQualifierCount() const;
+    /// Throws IndexOutOfBoundsException.
+    CIMQualifier getQualifier(Uint32 index) const;
+    /// The index of the qualifier, PEG_NOT_FOUND when there is none of the name.
+    Uint32 findQualifier(const CIMName& name) const;
+
+    /// The CLASS or INSTANCE element of CIM-XML (DSP0201), without white space between elements.
+    String toString() const;
+
     Boolean identical(const CIMObject& other) const;
+    /// One of its own with the same content, all its parts included.
+    CIMObject clone() const;
     /// Whether this is a default-constructed handle.
     Boolean isUninitialized() const noexcept { return !rep_; }
 
   private:
+    friend struct detail::Unchecked;
     friend class CIMClass;
     friend class CIMInstance;
 
     struct Rep;
     detail::Handle<Rep> rep_;
+};
+
+/// A class or an instance that is only looked at.
+class CIMConstObject : private CIMObject {
+  public:
+    CIMConstObject() noexcept = default;
+    CIMConstObject(const CIMObject& object) : CIMObject(object) {}
+
+    using CIMObject::clone;
+    using CIMObject::findProperty;
+    using CIMObject::findQualifier;
+    using CIMObject::getClassName;
+    using CIMObject::getPath;
+    using CIMObject::getPropertyCount;
+    using CIMObject::getQualifierCount;
+    using CIMObject::isClass;
+    using CIMObject::isInstance;
+    using CIMObject::isUninitialized;
+    using CIMObject::toString;
+    Boolean identical(const CIMConstObject& other) const { return CIMObject::identical(other); }
 };
 
 } // namespace Pegasus

@@ -23,6 +23,7 @@ class CIMKeyBinding {
     const String& getValue() const noexcept { return value_; }
     Type getType() const noexcept { return type_; }
 
+    Boolean equal(const CIMKeyBinding& other) const { return *this == other; }
     /// Whether name, type and value agree: numbers by value where they are integers, booleans without regard to case,
     /// references as paths.
     friend bool operator==(const CIMKeyBinding& a, const CIMKeyBinding& b);
@@ -50,6 +51,22 @@ class CIMObjectPath {
     const CIMNamespaceName& getNameSpace() const noexcept;
     const CIMName& getClassName() const noexcept;
     const Array<CIMKeyBinding>& getKeyBindings() const noexcept;
+
+    /// Makes it the empty path.
+    void clear() noexcept { *this = CIMObjectPath(); }
+    /// As the constructors.
+    void set(const String& text) { *this = CIMObjectPath(text); }
+    void set(const String& host, const CIMNamespaceName& nameSpace, const CIMName& className,
+             const Array<CIMKeyBinding>& keyBindings = Array<CIMKeyBinding>()) {
+        *this = CIMObjectPath(host, nameSpace, className, keyBindings);
+    }
+    void setHost(const String& host);
+    void setNameSpace(const CIMNamespaceName& nameSpace);
+    void setClassName(const CIMName& className);
+    void setKeyBindings(const Array<CIMKeyBinding>& keyBindings);
+
+    /// A number that is the same for paths that are identical.
+    Uint32 makeHashCode() const;
 
     /// "//host/namespace:Class.Key1=\"text\",Key2=3", with host and namespace only where present; texts and references
     /// in quotes, with '\' before '"' and '\' in them; numbers and booleans bare.

@@ -11,7 +11,8 @@ namespace Pegasus {
 class CIMParameter {
   public:
     CIMParameter() noexcept = default;
-    /// An `arraySize` of 0 means "any"; `referenceClass` is null except for references.
+    /// An `arraySize` of 0 means "any"; `referenceClass` is null except for references. Throws TypeMismatchException
+    /// for a size of what is no array, or a class of what is no reference.
     CIMParameter(const CIMName& name, CIMType type, Boolean isArray = false, Uint32 arraySize = 0,
                  const CIMName& referenceClass = CIMName());
 
@@ -21,6 +22,7 @@ class CIMParameter {
     Uint32 getArraySize() const;
     const CIMName& getReferenceClassName() const;
 
+    /// Throws AlreadyExistsException when there is one of the name.
     CIMParameter& addQualifier(const CIMQualifier& qualifier);
     Uint32 getQualifierCount() const;
     /// Throws IndexOutOfBoundsException.
@@ -29,10 +31,35 @@ class CIMParameter {
     Uint32 findQualifier(const CIMName& name) const;
 
     Boolean identical(const CIMParameter& other) const;
+    /// One of its own with the same content, all its parts included.
+    CIMParameter clone() const;
+    /// Whether this is a default-constructed handle.
+    Boolean isUninitialized() const noexcept { return !rep_; }
 
   private:
+    friend struct detail::Unchecked;
+
     struct Rep;
     detail::Handle<Rep> rep_;
+};
+
+/// A parameter that is only looked at.
+class CIMConstParameter : private CIMParameter {
+  public:
+    CIMConstParameter() noexcept = default;
+    CIMConstParameter(const CIMParameter& parameter) : CIMParameter(parameter) {}
+
+    using CIMParameter::clone;
+    using CIMParameter::findQualifier;
+    using CIMParameter::getArraySize;
+    using CIMParameter::getName;
+    using CIMParameter::getQualifierCount;
+    using CIMParameter::getReferenceClassName;
+    using CIMParameter::getType;
+    using CIMParameter::isArray;
+    using CIMParameter::isUninitialized;
+    CIMConstQualifier getQualifier(Uint32 index) const { return CIMParameter::getQualifier(index); }
+    Boolean identical(const CIMConstParameter& other) const { return CIMParameter::identical(other); }
 };
 
 } // namespace Pegasus

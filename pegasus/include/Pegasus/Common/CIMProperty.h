@@ -6,6 +6,7 @@
 
 namespace Pegasus {
 
+class CIMConstQualifier;
 class CIMQualifier;
 class CIMValue;
 
@@ -14,12 +15,14 @@ class CIMValue;
 class CIMProperty {
   public:
     CIMProperty() noexcept = default;
-    /// An `arraySize` of 0 means "any"; `referenceClass` is null except for references.
+    /// An `arraySize` of 0 means "any"; `referenceClass` is null except for references. Throws TypeMismatchException
+    /// for a size of what is no array, or a class of what is no reference.
     CIMProperty(CIMName name, CIMValue value, Uint32 arraySize = 0, CIMName referenceClass = CIMName(),
                 CIMName classOrigin = CIMName(), Boolean propagated = false);
 
     const CIMName& getName() const;
     const CIMValue& getValue() const;
+    /// Throws TypeMismatchException for a value of another type or array-ness.
     void setValue(CIMValue value);
     CIMType getType() const;
     Boolean isArray() const;
@@ -30,6 +33,7 @@ class CIMProperty {
     /// Whether the property comes from a superclass, or from the class in the case of an instance.
     Boolean getPropagated() const;
 
+    /// Throws AlreadyExistsException when there is one of the name.
     CIMProperty& addQualifier(const CIMQualifier& qualifier);
     Uint32 getQualifierCount() const;
     /// Throws IndexOutOfBoundsException.
@@ -38,8 +42,14 @@ class CIMProperty {
     Uint32 findQualifier(const CIMName& name) const;
 
     Boolean identical(const CIMProperty& other) const;
+    /// One of its own with the same content, all its parts included.
+    CIMProperty clone() const;
+    /// Whether this is a default-constructed handle.
+    Boolean isUninitialized() const noexcept { return !rep_; }
 
   private:
+    friend struct detail::Unchecked;
+
     struct Rep;
     detail::Handle<Rep> rep_;
 };
@@ -49,3 +59,29 @@ class CIMProperty {
 // Behind the class, because values can be instances, which have properties.
 #include <Pegasus/Common/CIMQualifier.h>
 #include <Pegasus/Common/CIMValue.h>
+
+namespace Pegasus {
+
+/// A property that is only looked at.
+class CIMConstProperty : private CIMProperty {
+  public:
+    CIMConstProperty() noexcept = default;
+    CIMConstProperty(const CIMProperty& property) : CIMProperty(property) {}
+
+    using CIMProperty::clone;
+    using CIMProperty::findQualifier;
+    using CIMProperty::getArraySize;
+    using CIMProperty::getClassOrigin;
+    using CIMProperty::getName;
+    using CIMProperty::getPropagated;
+    using CIMProperty::getQualifierCount;
+    using CIMProperty::getReferenceClassName;
+    using CIMProperty::getType;
+    using CIMProperty::getValue;
+    using CIMProperty::isArray;
+    using CIMProperty::isUninitialized;
+    CIMConstQualifier getQualifier(Uint32 index) const;
+    Boolean identical(const CIMConstProperty& other) const { return CIMProperty::identical(other); }
+};
+
+} // namespace Pegasus

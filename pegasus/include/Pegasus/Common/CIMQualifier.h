@@ -22,10 +22,31 @@ class CIMQualifier {
     Boolean getPropagated() const;
 
     Boolean identical(const CIMQualifier& other) const;
+    /// One of its own with the same content, all its parts included.
+    CIMQualifier clone() const;
+    /// Whether this is a default-constructed handle.
+    Boolean isUninitialized() const noexcept { return !rep_; }
 
   private:
     struct Rep;
     detail::Handle<Rep> rep_;
+};
+
+/// A qualifier that is only looked at.
+class CIMConstQualifier : private CIMQualifier {
+  public:
+    CIMConstQualifier() noexcept = default;
+    CIMConstQualifier(const CIMQualifier& qualifier) : CIMQualifier(qualifier) {}
+
+    using CIMQualifier::clone;
+    using CIMQualifier::getFlavor;
+    using CIMQualifier::getName;
+    using CIMQualifier::getPropagated;
+    using CIMQualifier::getType;
+    using CIMQualifier::getValue;
+    using CIMQualifier::isArray;
+    using CIMQualifier::isUninitialized;
+    Boolean identical(const CIMConstQualifier& other) const { return CIMQualifier::identical(other); }
 };
 
 } // namespace Pegasus

@@ -23,6 +23,10 @@ class CIMQualifierDecl {
     const CIMScope& getScope() const;
     const CIMFlavor& getFlavor() const;
     Uint32 getArraySize() const;
+    /// One of its own with the same content, all its parts included.
+    CIMQualifierDecl clone() const;
+    /// Whether this is a default-constructed handle.
+    Boolean isUninitialized() const noexcept { return !rep_; }
 
   private:
     struct Rep;

@@ -187,6 +187,14 @@ class CIMValue {
         *this = CIMValue(value);
     }
 
+    void assign(const CIMValue& value) { *this = value; }
+    /// Makes it the null boolean.
+    void clear() noexcept { *this = CIMValue(); }
+    /// Whether both are of the same type and array-ness.
+    Boolean typeCompatible(const CIMValue& other) const noexcept {
+        return type_ == other.type_ && isArray_ == other.isArray_;
+    }
+
     void setNullValue(CIMType type, Boolean isArray, Uint32 size = 0) noexcept {
         *this = CIMValue(type, isArray, size);
     }
@@ -195,8 +203,8 @@ class CIMValue {
     /// with the elements of arrays.
     Boolean equal(const CIMValue& other) const;
 
-    /// The content as text: TRUE and FALSE, numbers in base 10, reals in the shortest form that reads back the same,
-    /// arrays as "{a, b}" with NULL for a null element, embedded objects as their path. Empty for a null.
+    /// The content as text: TRUE and FALSE, integers in base 10, reals as "%.7e" and "%.16e" write them, embedded
+    /// objects as CIM-XML. Each element of an array is followed by a blank, a null one is NULL. Empty for a null.
     String toString() const;
 
     friend bool operator==(const CIMValue& a, const CIMValue& b) { return a.equal(b); }

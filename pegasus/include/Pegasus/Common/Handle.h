@@ -11,7 +11,8 @@ namespace Pegasus::detail {
 class RefCounted {
   public:
     RefCounted() = default;
-    RefCounted(const RefCounted&) = delete;
+    /// A copy of a representation begins with a count of its own.
+    RefCounted(const RefCounted& /*other*/) noexcept {}
     RefCounted& operator=(const RefCounted&) = delete;
     virtual ~RefCounted() = default;
 
@@ -25,6 +26,9 @@ class RefCounted {
   private:
     mutable std::atomic<Uint32> references_{1};
 };
+
+/// Changes objects without the checks that callers are held to.
+struct Unchecked;
 
 /// Reports the use of an object that has no representation.
 [[noreturn]] void throwUninitializedObject();
@@ -57,6 +61,9 @@ class Handle {
         handle.shared_ = new Actual(std::forward<Arguments>(arguments)...);
         return handle;
     }
+
+    /// A representation of its own with the same content.
+    Handle copy() const { return make(static_cast<const Rep&>(**this)); }
 
     explicit operator bool() const noexcept { return shared_ != nullptr; }
     /// Throws UninitializedObjectException when there is no representation.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Pegasus/Common/CIMDateTime.h>
 #include <Pegasus/Common/String.h>
 
 namespace Pegasus {
@@ -11,6 +12,16 @@ class SSLCertificateInfo {
     SSLCertificateInfo(const String& subjectName, const String& issuerName, Uint32 errorDepth, Sint32 errorCode,
                        const String& errorString, Boolean preverified);
 
+    /// What the certificate says of itself. Serial numbers that a long does not hold are -1.
+    struct Facts {
+        CIMDateTime notBefore;
+        CIMDateTime notAfter;
+        long serialNumber = 0;
+        Uint32 versionNumber = 0;
+    };
+    void setFacts(const Facts& facts) { facts_ = facts; }
+
+    /// As "/C=AT/O=Example/CN=server", and so is the issuer's.
     const String& getSubjectName() const noexcept { return subjectName_; }
     const String& getIssuerName() const noexcept { return issuerName_; }
     /// The certificate's place in the chain: 0 is the peer's own, higher numbers are its issuers.
@@ -18,6 +29,13 @@ class SSLCertificateInfo {
     /// OpenSSL's verification result (X509_V_...); 0 when the certificate passed.
     Sint32 getErrorCode() const noexcept { return errorCode_; }
     const String& getErrorString() const noexcept { return errorString_; }
+    CIMDateTime getNotBefore() const { return facts_.notBefore; }
+    CIMDateTime getNotAfter() const { return facts_.notAfter; }
+    long getSerialNumber() const noexcept { return facts_.serialNumber; }
+    /// 3 for all of today's.
+    Uint32 getVersionNumber() const noexcept { return facts_.versionNumber; }
+    /// All of it, a line for each.
+    String toString() const;
     /// 1 when the certificate passed the library's own check, else 0.
     Uint32 getResponseCode() const noexcept { return preverified_ ? 1 : 0; }
 
@@ -28,6 +46,7 @@ class SSLCertificateInfo {
     Uint32 errorDepth_;
     Sint32 errorCode_;
     Boolean preverified_;
+    Facts facts_;
 };
 
 /// Decides about one certificate: true accepts it. Called during the handshake, on the thread that connects.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Pegasus/Common/Char16.h>
 #include <Pegasus/Common/Config.h>
 
 #include <atomic>
@@ -18,8 +19,10 @@ class String {
     static const String EMPTY;
 
     String() noexcept = default;
+    /// Throw NullPointer for a null pointer, and Exception for bytes that are not UTF-8.
     String(const char* utf8);
     String(const char* utf8, Uint32 bytes);
+    /// An extension: the bytes as they are.
     explicit String(std::string_view utf8);
     String(const String& other) noexcept : block_(other.block_) {
         if (block_)
@@ -44,7 +47,33 @@ class String {
     std::string_view view() const noexcept;
 
     String& append(const String& text);
+    String& assign(const String& text) noexcept { return *this = text; }
     void clear() noexcept { *this = String(); }
+    /// Has no effect: each text takes what it needs.
+    void reserveCapacity(Uint32 /*capacity*/) noexcept {}
+
+    // Places and lengths are counted in UTF-16 units, as size() counts.
+
+    /// Where the character, or the text, comes first; PEG_NOT_FOUND when it does not.
+    Uint32 find(Char16 character) const { return find(0, character); }
+    Uint32 find(Uint32 from, Char16 character) const;
+    Uint32 find(const String& text) const;
+    /// Where the character comes last; PEG_NOT_FOUND when it does not.
+    Uint32 reverseFind(Char16 character) const;
+    /// The part that begins at a place, up to so many units. Throws IndexOutOfBoundsException for a place behind the
+    /// end.
+    String subString(Uint32 index, Uint32 length = PEG_NOT_FOUND) const;
+    /// Takes this part out. Throws like subString().
+    void remove(Uint32 index, Uint32 length = PEG_NOT_FOUND);
+    /// Change the letters A to Z, or a to z.
+    void toLower();
+    void toUpper();
+
+    /// Less than 0, 0, or greater than 0: which text comes first by its UTF-16 units, without regard to case by those
+    /// of the texts in lower case. The second form compares the first `length` units.
+    static int compare(const String& a, const String& b);
+    static int compare(const String& a, const String& b, Uint32 length);
+    static int compareNoCase(const String& a, const String& b);
 
     static Boolean equal(const String& a, const String& b) noexcept;
     /// Without regard to the case of the letters A to Z.
