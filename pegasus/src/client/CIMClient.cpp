@@ -1,6 +1,7 @@
 #include <Pegasus/Client/CIMClient.h>
 
 #include "cimxml/Checkpoint.h"
+#include "cimxml/Findings.h"
 #include "cimxml/ObjectDecoder.h"
 #include "cimxml/RequestEncoder.h"
 #include "cimxml/ResponseDecoder.h"
@@ -168,6 +169,8 @@ auto withinMemory(Work work) {
 class CIMClient::Impl {
   public:
     Uint32 timeout = kDefaultTimeout;
+    Boolean lenient = false;
+    cimxml::Findings findings;
 
     const ClientLimits& limits() const { return limits_; }
     void setLimits(const ClientLimits& limits) {
@@ -260,6 +263,12 @@ Uint32 CIMClient::getTimeout() const { return impl_->timeout; }
 void CIMClient::setLimits(const ClientLimits& limits) { impl_->setLimits(limits); }
 
 const ClientLimits& CIMClient::getLimits() const { return impl_->limits(); }
+
+void CIMClient::setLenient(Boolean lenient) { impl_->lenient = lenient; }
+
+Boolean CIMClient::isLenient() const { return impl_->lenient; }
+
+LenientFindings CIMClient::takeFindings() { return impl_->findings.take(); }
 
 void CIMClient::connect(const String& host, Uint32 port, const String& user, const String& password) {
     impl_->connect(host, port, std::nullopt, user, password);
