@@ -71,6 +71,13 @@ constexpr const char* kLimitObjectsKey = "cimhttp.limit.objects";
 /// 4,000,000 without the key. Past it no further class can be had, with the kind kLimit.
 constexpr const char* kLimitElementsKey = "cimhttp.limit.elements";
 
+/// A file to which all requests and answers are written as on the wire, with times and without credentials, for people
+/// to read; not there yet, it is made for its owner alone, otherwise written on at its end. It holds what the server
+/// tells, whatever that is. An operation ends with the kind kOther where the file cannot be written. Answers of more
+/// than 1 MiB may be torn apart where two namespaces write to one file. A text; refused where the client library is not
+/// the project's own.
+constexpr const char* kTraceKey = "cimhttp.trace";
+
 // --- ICIMClass::EnumerateInstances of a faithful namespace ---
 
 /// The properties that are wanted, an array of names; the others are null in the instances. All without the key.

@@ -105,6 +105,7 @@ const std::vector<OptionRule>& OptionRules() {
         {kLimitBytesKey, Kind::kCount, kLimitBytesKey},
         {kLimitObjectsKey, Kind::kCount, kLimitObjectsKey},
         {kLimitElementsKey, Kind::kCount, kLimitElementsKey},
+        {kTraceKey, Kind::kPath, kTraceKey},
     };
     return kRules;
 }

@@ -180,6 +180,10 @@ void TCimHTTPNamespace::Apply(const ConnectionOptions& options) {
         throw ConnectionRefusal(RemoteFailure::Kind::kOther,
                                 "the client library that this plug-in was built with knows no limits");
     }
+    if (!fServer->SetTrace(options.Text(kTraceKey))) {
+        throw ConnectionRefusal(RemoteFailure::Kind::kOther,
+                                "the client library that this plug-in was built with does not show what it sends");
+    }
     fServer->SetNamespace(nameSpace);
     fBudget.SetElements(options.Number(kLimitElementsKey).value_or(DefinitionBudget::kElements));
     fApplied = std::move(applied);

@@ -7,6 +7,11 @@
 #define CIMHTTP_HAS_CLIENT_LIMITS 1
 #endif
 
+#if __has_include(<Pegasus/Client/ExchangeObserver.h>)
+#include "reading/TraceFile.h"
+#define CIMHTTP_HAS_EXCHANGE_OBSERVER 1
+#endif
+
 namespace NQORVYX20 {
 
 namespace {
@@ -44,6 +49,15 @@ bool RemoteServer::SetLimits(std::optional<std::uint64_t> connectMilliseconds, s
     return true;
 #else
     return !connectMilliseconds && !answerBytes && !answerObjects;
+#endif
+}
+
+bool RemoteServer::SetTrace(const std::optional<std::string>& path) {
+#ifdef CIMHTTP_HAS_EXCHANGE_OBSERVER
+    fClient->setExchangeObserver(path ? std::make_shared<TraceFile>(*path) : nullptr);
+    return true;
+#else
+    return !path;
 #endif
 }
 

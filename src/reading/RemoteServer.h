@@ -37,6 +37,10 @@ class RemoteServer {
     /// when it has no such limits.
     bool SetLimits(std::optional<std::uint64_t> connectMilliseconds, std::optional<std::uint64_t> answerBytes,
                    std::optional<std::uint64_t> answerObjects);
+
+    /// A file to which all that is sent and received from now on is written; none without a path. False, changing
+    /// nothing, when the client library does not let anybody see that.
+    bool SetTrace(const std::optional<std::string>& path);
     void SetNamespace(const Pegasus::CIMNamespaceName& nameSpace) { *fNamespace = nameSpace; }
 
     // --- Sent by both readings ---

@@ -175,6 +175,32 @@ TEST_F(OperationsTest, EnumerateQualifiersGivesDeclarations) {
     EXPECT_EQ(declarations[1].getName(), CIMName("MaxLen"));
 }
 
+// ---- Values and queries
+
+TEST_F(OperationsTest, GetPropertyGivesAValueAsTextsOrReferences) {
+    server_.Answer("GetProperty", "", "<VALUE>7</VALUE>");
+    EXPECT_EQ(client_.getProperty(kNamespace, kDeskPath, CIMName("Id")), CIMValue(String("7")));
+    EXPECT_EQ(lastParameters(), Parameter("InstanceName", kDeskName) + ValueParameter("PropertyName", "Id"));
+
+    server_.Answer("GetProperty", "", "<VALUE.ARRAY><VALUE>a</VALUE><VALUE>b</VALUE></VALUE.ARRAY>");
+    EXPECT_EQ(client_.getProperty(kNamespace, kDeskPath, CIMName("Id")).getArraySize(), 2U);
+
+    server_.Answer("GetProperty", "", In("VALUE.REFERENCE", kDeskName));
+    EXPECT_EQ(client_.getProperty(kNamespace, kDeskPath, CIMName("Id")), CIMValue(CIMObjectPath(kDeskPath)));
+
+    server_.Answer("GetProperty", "", "");
+    EXPECT_EQ(client_.getProperty(kNamespace, kDeskPath, CIMName("Id")), CIMValue(CIMTYPE_STRING, false));
+}
+
+TEST_F(OperationsTest, ExecQueryGivesObjects) {
+    server_.Answer("ExecQuery", "", In("VALUE.OBJECT", kDesk) + In("VALUE.OBJECT", kDesk));
+    const auto desks = client_.execQuery(kNamespace, "DMTF:CQL", "SELECT * FROM DEMO_Desk WHERE Id < 8");
+    ASSERT_EQ(desks.size(), 2U);
+    EXPECT_EQ(CIMInstance(desks[0]).getProperty(0).getValue(), CIMValue(Uint32(7)));
+    EXPECT_EQ(lastParameters(), ValueParameter("QueryLanguage", "DMTF:CQL") +
+                                    ValueParameter("Query", "SELECT * FROM DEMO_Desk WHERE Id &lt; 8"));
+}
+
 // ---- Associations
 
 TEST_F(OperationsTest, AssociatorsOfAnInstanceAreInstancesWithTheirWholePaths) {
@@ -373,6 +399,11 @@ const Operation kOperations[] = {
      [](CIMClient& client) { client.references(kNamespace, "A.K=1"); },
      {"VALUE.OBJECT", "VALUE.OBJECTWITHPATH"}},
     {"ReferenceNames", "", [](CIMClient& client) { client.referenceNames(kNamespace, "A.K=1"); }, {"OBJECTPATH"}},
+    {"GetProperty", "", [](CIMClient& client) { client.getProperty(kNamespace, "A.K=1", "P"); }, {"VALUE"}},
+    {"ExecQuery",
+     "",
+     [](CIMClient& client) { client.execQuery(kNamespace, "WQL", "Q"); },
+     {"VALUE.OBJECT", "VALUE.OBJECTWITHPATH"}},
     {"GetQualifier", "Q", [](CIMClient& client) { client.getQualifier(kNamespace, "Q"); }, {"QUALIFIER.DECLARATION"}},
     {"EnumerateQualifiers",
      "",

@@ -338,6 +338,12 @@ CIMValue ObjectDecoder::decodeValue(CIMType type, bool isArray, XmlReader& reade
     });
 }
 
+CIMValue ObjectDecoder::decodeUntypedValue(XmlReader& reader) {
+    const std::string_view name = reader.name();
+    const bool isReference = name == "VALUE.REFERENCE" || name == "VALUE.REFARRAY";
+    return decodeValue(isReference ? CIMTYPE_REFERENCE : CIMTYPE_STRING, isArrayValue(name), reader);
+}
+
 template <class T>
 CIMValue ObjectDecoder::decodeScalarValue(XmlReader& reader) {
     T item = decodeItem<T>(reader);

@@ -49,6 +49,8 @@ class ObjectDecoder {
     CIMName decodeClassName(XmlReader& reader);
     /// QUALIFIER.DECLARATION.
     CIMQualifierDecl decodeQualifierDecl(XmlReader& reader);
+    /// VALUE or VALUE.ARRAY, whose type nothing says, as texts; VALUE.REFERENCE or VALUE.REFARRAY.
+    CIMValue decodeUntypedValue(XmlReader& reader);
 
   private:
     /// What the start tag of a property says.

@@ -39,14 +39,25 @@ bool isOtherReturnValue(std::string_view elementName) {
     return std::find(kOthers.begin(), kOthers.end(), elementName) != kOthers.end();
 }
 
+bool isValue(std::string_view elementName) {
+    constexpr std::array<std::string_view, 4> kValues = {"VALUE", "VALUE.ARRAY", "VALUE.REFERENCE", "VALUE.REFARRAY"};
+    return std::find(kValues.begin(), kValues.end(), elementName) != kValues.end();
+}
+
 /// The server's error in an ERROR element.
-CIMException decodeError(XmlReader& reader) {
+CIMException decodeError(ObjectDecoder& objects, XmlReader& reader) {
     const auto code = decodeScalar<Uint32>(reader.attributes().get("CODE"));
     if (code == CIM_ERR_SUCCESS)
         throwXmlError({"it reports an error with the code 0"});
     const String description(reader.attributes().find("DESCRIPTION").value_or(std::string_view()));
-    reader.skip();
-    return detail::serverError(code, description);
+    CIMException error = detail::serverError(code, description);
+    while (reader.nextElement()) {
+        if (reader.name() == "INSTANCE")
+            error.addError(objects.decodeInstance(reader));
+        else
+            reader.skip();
+    }
+    return error;
 }
 
 /// The elements around the objects of an answer, from the outermost to the innermost. Each comes once.
@@ -64,6 +75,8 @@ void ReturnValueSink::onClassName(const CIMName&) { throwUnexpectedObject("a cla
 void ReturnValueSink::onInstanceName(const CIMObjectPath&) { throwUnexpectedObject("an instance name"); }
 void ReturnValueSink::onObjectPath(const CIMObjectPath&) { throwUnexpectedObject("an object path"); }
 void ReturnValueSink::onQualifierDecl(const CIMQualifierDecl&) { throwUnexpectedObject("a qualifier declaration"); }
+
+void ReturnValueSink::onValue(const CIMValue&) { throwUnexpectedObject("a value"); }
 
 class ResponseDecoder::Impl {
   public:
@@ -179,7 +192,7 @@ class ResponseDecoder::Impl {
         else if (level_ == kInReturnValue)
             deliver(reader_.name());
         else if (reader_.name() == "ERROR")
-            error_.emplace(decodeError(reader_));
+            error_.emplace(decodeError(*objects_, reader_));
         else if (reader_.name() == "PARAMVALUE")
             reader_.skip();
         else
@@ -229,6 +242,8 @@ class ResponseDecoder::Impl {
             sink_.onClassName(objects_->decodeClassName(reader_));
         else if (name == "QUALIFIER.DECLARATION")
             sink_.onQualifierDecl(objects_->decodeQualifierDecl(reader_));
+        else if (sink_.takesValues() && isValue(name))
+            sink_.onValue(objects_->decodeUntypedValue(reader_));
         else
             refuse(name);
     }

@@ -8,6 +8,7 @@
 #include <Pegasus/Common/CIMObject.h>
 #include <Pegasus/Common/CIMObjectPath.h>
 #include <Pegasus/Common/CIMQualifierDecl.h>
+#include <Pegasus/Common/CIMValue.h>
 
 #include <memory>
 #include <string>
@@ -34,6 +35,9 @@ class ReturnValueSink {
     /// Where a class or an instance is.
     virtual void onObjectPath(const CIMObjectPath& path);
     virtual void onQualifierDecl(const CIMQualifierDecl& declaration);
+    /// A value without a type: a text, an array of texts, or references. Only where takesValues() says so.
+    virtual void onValue(const CIMValue& value);
+    virtual bool takesValues() const { return false; }
 };
 
 /// Decodes the body of an answer while it arrives. Each object of the return value is handed to the sink once it is

@@ -9,6 +9,9 @@
 #include "http/HttpConnection.h"
 #include "http/TimeOut.h"
 #include "model/Marked.h"
+#include "model/OperationTypes.h"
+
+#include <Pegasus/Client/ExchangeObserver.h>
 
 #include <chrono>
 #include <new>
@@ -101,6 +104,42 @@ class QualifierDecls : public Kept<CIMQualifierDecl> {
     void onQualifierDecl(const CIMQualifierDecl& declaration) override { this->keep(declaration); }
 };
 
+/// A return value that is no object. An answer without one says that there is none.
+class Value : public ReturnValueSink {
+  public:
+    CIMValue take(const char* /*method*/) && { return std::move(value_); }
+
+  private:
+    bool takesValues() const override { return true; }
+    void onValue(const CIMValue& value) override { value_ = value; }
+
+    CIMValue value_{CIMTYPE_STRING, false};
+};
+
+/// What one operation has taken so far.
+class Measurement {
+  public:
+    explicit Measurement(const char* method) : method_(method) {}
+
+    http::AnswerRemarks remarks;
+    Uint64 requestSize = 0;
+    Uint64 responseSize = 0;
+
+    ClientOpPerformanceData data() const {
+        const auto elapsed = std::chrono::steady_clock::now() - begin_;
+        return {detail::operationTypeOf(method_),
+                remarks.serverMicroseconds.has_value(),
+                remarks.serverMicroseconds.value_or(0),
+                static_cast<Uint64>(std::chrono::duration_cast<std::chrono::microseconds>(elapsed).count()),
+                requestSize,
+                responseSize};
+    }
+
+  private:
+    const char* method_;
+    std::chrono::steady_clock::time_point begin_ = std::chrono::steady_clock::now();
+};
+
 /// Adds a text that is left out when it is empty.
 void addOptional(RequestEncoder& request, std::string_view parameter, const String& text) {
     if (!text.empty()) {
@@ -171,6 +210,15 @@ class CIMClient::Impl {
     Uint32 timeout = kDefaultTimeout;
     Boolean lenient = false;
     cimxml::Findings findings;
+    AcceptLanguageList languages;
+    ClientOpPerformanceDataHandler* performanceHandler = nullptr;
+
+    void setObserver(std::shared_ptr<ExchangeObserver> observer) {
+        observer_ = std::move(observer);
+        if (connection_) {
+            connection_->setObserver(observer_);
+        }
+    }
 
     const ClientLimits& limits() const { return limits_; }
     void setLimits(const ClientLimits& limits) {
@@ -190,6 +238,7 @@ class CIMClient::Impl {
                 connection_.emplace(http::Endpoint(toText(host), port), std::move(tls),
                                     http::Credentials{toText(user), toText(password)});
                 connection_->setLimits(limits_);
+                connection_->setObserver(observer_);
                 connection_->open(deadline());
             } catch (...) {
                 connection_.reset();
@@ -219,34 +268,50 @@ class CIMClient::Impl {
         const EndOfTime endOfTime(connection_->endpoint(), end);
         Result result;
         ResponseDecoder decoder(messageId, method, result, objects_, limits_, &endOfTime);
+        Measurement measurement(method);
         try {
-            exchange(http::makeCimRequest(method, nameSpace.getString().view(), request.finish()), decoder, end,
-                     endOfTime);
-        } catch (const CIMException&) {
-            throw; // a good answer, though not the one hoped for
+            exchange(http::makeCimRequest(method, nameSpace.getString().view(), request.finish(), languages), decoder,
+                     end, endOfTime, measurement);
+        } catch (CIMException& error) { // a good answer, though not the one hoped for
+            error.setContentLanguages(measurement.remarks.languages);
+            report(measurement);
+            throw;
         } catch (...) {
             connection_->close();
             throw;
         }
+        report(measurement);
         return std::move(result).take(method);
+    }
+
+    void report(const Measurement& measurement) const {
+        if (performanceHandler != nullptr) {
+            performanceHandler->handleClientOpPerformanceData(measurement.data());
+        }
     }
 
     http::Deadline deadline() const { return http::Deadline(std::chrono::milliseconds(timeout)); }
 
     void exchange(const http::HttpRequest& request, ResponseDecoder& decoder, const http::Deadline& end,
-                  const EndOfTime& endOfTime) {
-        http::checkCimAnswer(connection_->post(request, end), connection_->endpoint());
+                  const EndOfTime& endOfTime, Measurement& measurement) {
+        measurement.requestSize = request.body.size();
+        const http::HttpHead& head = connection_->post(request, end);
+        http::checkCimAnswer(head, connection_->endpoint());
+        http::addRemarks(head.fields, measurement.remarks);
         const http::HttpFields& trailers = connection_->readBody(
             [&](std::string_view part) {
                 endOfTime.pass();
+                measurement.responseSize += part.size();
                 decoder.feed(part);
             },
             end);
+        http::addRemarks(trailers, measurement.remarks);
         http::checkCimTrailers(trailers, connection_->endpoint());
         decoder.finish();
     }
 
     ClientLimits limits_;
+    std::shared_ptr<ExchangeObserver> observer_;
     std::optional<http::HttpConnection> connection_;
     const std::shared_ptr<cimxml::ObjectDecoder> objects_ = std::make_shared<cimxml::ObjectDecoder>();
     Uint64 lastMessageId_ = 0;
@@ -269,6 +334,20 @@ void CIMClient::setLenient(Boolean lenient) { impl_->lenient = lenient; }
 Boolean CIMClient::isLenient() const { return impl_->lenient; }
 
 LenientFindings CIMClient::takeFindings() { return impl_->findings.take(); }
+
+void CIMClient::setRequestAcceptLanguages(const AcceptLanguageList& languages) { impl_->languages = languages; }
+
+const AcceptLanguageList& CIMClient::getRequestAcceptLanguages() const { return impl_->languages; }
+
+void CIMClient::registerClientOpPerformanceDataHandler(ClientOpPerformanceDataHandler& handler) {
+    impl_->performanceHandler = &handler;
+}
+
+void CIMClient::deregisterClientOpPerformanceDataHandler() { impl_->performanceHandler = nullptr; }
+
+void CIMClient::setExchangeObserver(std::shared_ptr<ExchangeObserver> observer) {
+    impl_->setObserver(std::move(observer));
+}
 
 void CIMClient::connect(const String& host, Uint32 port, const String& user, const String& password) {
     impl_->connect(host, port, std::nullopt, user, password);
@@ -373,6 +452,22 @@ Array<CIMObjectPath> CIMClient::referenceNames(const CIMNamespaceName& nameSpace
                                                const CIMName& resultClass, const String& role) {
     return impl_->call<ObjectPaths>("ReferenceNames", nameSpace, [&](RequestEncoder& request) {
         addReferences(request, objectName, resultClass, role);
+    });
+}
+
+CIMValue CIMClient::getProperty(const CIMNamespaceName& nameSpace, const CIMObjectPath& instanceName,
+                                const CIMName& propertyName) {
+    return impl_->call<Value>("GetProperty", nameSpace, [&](RequestEncoder& request) {
+        request.addInstanceName("InstanceName", instanceName);
+        request.addString("PropertyName", propertyName.getString().view());
+    });
+}
+
+Array<CIMObject> CIMClient::execQuery(const CIMNamespaceName& nameSpace, const String& queryLanguage,
+                                      const String& query) {
+    return impl_->call<Objects>("ExecQuery", nameSpace, [&](RequestEncoder& request) {
+        request.addString("QueryLanguage", queryLanguage.view());
+        request.addString("Query", query.view());
     });
 }
 

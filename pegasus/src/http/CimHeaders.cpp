@@ -4,7 +4,9 @@
 #include "model/ServerError.h"
 
 #include <Pegasus/Client/CIMClientException.h>
+#include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <utility>
 
 namespace Pegasus::http {
@@ -58,9 +60,41 @@ bool isXmlInUtf8(std::string_view contentType) {
     return true;
 }
 
+/// A field line; nothing without languages.
+std::string acceptLanguage(const AcceptLanguageList& languages) {
+    std::string line;
+    for (Uint32 i = 0; i < languages.size(); ++i) {
+        line += line.empty() ? "Accept-Language: " : ", ";
+        line += languages.getLanguageTag(i).toString().view();
+        const int thousandths = static_cast<int>(std::lround(1000 * languages.getQualityValue(i)));
+        if (thousandths < 1000) {
+            line += ";q=0." + std::to_string(1000 + std::max(thousandths, 0)).substr(1);
+        }
+    }
+    return line.empty() ? line : line + "\r\n";
+}
+
+void addLanguages(std::string_view list, ContentLanguageList& languages) {
+    while (!list.empty()) {
+        try {
+            languages.append(LanguageTag(String(takeUpTo(',', list))));
+        } catch (const InvalidNameException&) {
+            // a server's own name for a language
+        }
+    }
+}
+
+std::optional<Uint64> numberIn(std::string_view text) {
+    Uint64 number = 0;
+    const char* const end = text.data() + text.size();
+    const auto parsed = std::from_chars(text.data(), end, number);
+    return parsed.ec == std::errc() && parsed.ptr == end ? std::optional<Uint64>(number) : std::nullopt;
+}
+
 } // namespace
 
-HttpRequest makeCimRequest(std::string_view method, std::string_view nameSpace, std::string body) {
+HttpRequest makeCimRequest(std::string_view method, std::string_view nameSpace, std::string body,
+                           const AcceptLanguageList& languages) {
     HttpRequest request;
     request.target = "/cimom";
     request.fields = "Content-Type: application/xml; charset=utf-8\r\n"
@@ -71,7 +105,8 @@ HttpRequest makeCimRequest(std::string_view method, std::string_view nameSpace, 
                      "CIMObject: " +
                      encodeUri(nameSpace) +
                      "\r\n"
-                     "TE: chunked, trailers\r\n";
+                     "TE: chunked, trailers\r\n" +
+                     acceptLanguage(languages);
     request.body = std::move(body);
     return request;
 }
@@ -108,6 +143,16 @@ void checkCimTrailers(const HttpFields& trailers, const Endpoint& endpoint) {
         return;
     }
     throw detail::serverError(code, decodedField(trailers, "CIMStatusCodeDescription"));
+}
+
+void addRemarks(const HttpFields& fields, AnswerRemarks& remarks) {
+    if (const std::string* const time = fields.find("WBEMServerResponseTime")) {
+        const auto known = numberIn(trimmed(*time));
+        remarks.serverMicroseconds = known ? known : remarks.serverMicroseconds;
+    }
+    for (const std::string_view list : fields.findAll("Content-Language")) {
+        addLanguages(list, remarks.languages);
+    }
 }
 
 } // namespace Pegasus::http

@@ -18,11 +18,24 @@ constexpr unsigned kUnauthorized = 401;
 HttpConnection::HttpConnection(Endpoint endpoint, std::optional<SSLContext> tls, Credentials credentials)
     : dialer_(std::move(endpoint), std::move(tls)), credentials_(std::move(credentials)) {}
 
+void HttpConnection::setObserver(std::shared_ptr<ExchangeObserver> observer) {
+    report_.setObserver(std::move(observer));
+    if (reader_) {
+        report_.prepare(*reader_);
+    }
+}
+
 void HttpConnection::open(const Deadline& deadline) {
     close();
+    report_.connecting(endpoint(), dialer_.encrypts());
+    report_.during([&] { connect(deadline); });
+}
+
+void HttpConnection::connect(const Deadline& deadline) {
     const ConnectTime time(deadline, std::chrono::milliseconds(limits_.connectMilliseconds));
     auto channel = dialer_.open(time);
     reader_ = std::make_unique<ResponseReader>(*channel, endpoint());
+    report_.prepare(*reader_);
     channel_ = std::move(channel);
     state_ = State::kFresh;
 }
@@ -55,7 +68,7 @@ const HttpHead& HttpConnection::post(const HttpRequest& request, const Deadline&
 
 const HttpFields& HttpConnection::readBody(const BodySink& sink, const Deadline& deadline) {
     try {
-        reader_->readBody(sink, deadline);
+        report_.readBody(*reader_, sink, deadline);
     } catch (...) {
         close();
         throw;
@@ -69,7 +82,7 @@ const HttpHead& HttpConnection::exchangeHeads(const HttpRequest& request, const 
     const std::string bytes = serialise(request);
     if (state_ == State::kIdle && !channel_->hasInput()) {
         try {
-            return attempt(bytes, deadline);
+            return attempt(request, bytes, deadline);
         } catch (const ConnectionLost&) {
             // Closed by the server while the request was on its way: no answer has begun, so it can be sent again.
         }
@@ -77,17 +90,30 @@ const HttpHead& HttpConnection::exchangeHeads(const HttpRequest& request, const 
     if (state_ != State::kFresh || channel_->isClosedByPeer()) {
         open(deadline);
     }
-    return attempt(bytes, deadline);
+    return attempt(request, bytes, deadline);
 }
 
-const HttpHead& HttpConnection::attempt(const std::string& bytes, const Deadline& deadline) {
+const HttpHead& HttpConnection::attempt(const HttpRequest& request, const std::string& bytes,
+                                        const Deadline& deadline) {
     state_ = State::kAnswering;
+    report_.request(bytes, request.body.size());
+    const HttpHead& head = report_.during([&]() -> const HttpHead& { return receiveHead(bytes, deadline); });
+    report_.answerHead(*reader_);
+    return head;
+}
+
+const HttpHead& HttpConnection::receiveHead(const std::string& bytes, const Deadline& deadline) {
     try {
         channel_->write(bytes, deadline);
     } catch (const ConnectionLost&) {
         // A server may refuse a request and close before it has read all of it: its answer is there to be read.
     }
-    return reader_->readHead(deadline, limits_.interimAnswers);
+    try {
+        return reader_->readHead(deadline, limits_.interimAnswers);
+    } catch (...) {
+        report_.answerHead(*reader_); // what has come of it
+        throw;
+    }
 }
 
 bool HttpConnection::mayAuthenticate(const HttpHead& head) const {
@@ -102,7 +128,8 @@ void HttpConnection::skipBody(const Deadline& deadline) {
         return;
     }
     try {
-        reader_->readBody([](std::string_view) {}, deadline);
+        report_.readBody(
+            *reader_, [](std::string_view) {}, deadline);
         finishAnswer();
     } catch (const CIMClientMalformedHTTPException&) {
         close(); // what the body says is not wanted, nor is its end

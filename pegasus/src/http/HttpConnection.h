@@ -4,6 +4,7 @@
 #include "http/Deadline.h"
 #include "http/Dialer.h"
 #include "http/Endpoint.h"
+#include "http/ExchangeReport.h"
 #include "http/HttpHead.h"
 #include "http/ResponseReader.h"
 
@@ -42,6 +43,9 @@ class HttpConnection {
     /// What the next exchanges are held to: how long each step of connecting takes, how many interim answers come.
     void setLimits(const ClientLimits& limits) { limits_ = limits; }
 
+    /// Who sees all exchanges from the next one on; null for nobody.
+    void setObserver(std::shared_ptr<ExchangeObserver> observer);
+
     /// Opens the TCP connection. Throws like Channel::open().
     void open(const Deadline& deadline);
 
@@ -72,7 +76,9 @@ class HttpConnection {
     };
 
     const HttpHead& exchangeHeads(const HttpRequest& request, const Deadline& deadline);
-    const HttpHead& attempt(const std::string& bytes, const Deadline& deadline);
+    void connect(const Deadline& deadline);
+    const HttpHead& attempt(const HttpRequest& request, const std::string& bytes, const Deadline& deadline);
+    const HttpHead& receiveHead(const std::string& bytes, const Deadline& deadline);
     bool mayAuthenticate(const HttpHead& head) const;
     void skipBody(const Deadline& deadline);
     void finishAnswer();
@@ -81,6 +87,7 @@ class HttpConnection {
     Dialer dialer_;
     const Credentials credentials_;
     ClientLimits limits_;
+    ExchangeReport report_;
     bool authenticates_ = false;
     State state_ = State::kClosed;
     std::unique_ptr<Channel> channel_;

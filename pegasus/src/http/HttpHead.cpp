@@ -30,4 +30,12 @@ std::vector<std::string_view> HttpFields::findAll(std::string_view name) const {
     return values;
 }
 
+std::string HttpFields::lines() const {
+    std::string text;
+    for (const auto& [name, value] : fields_) {
+        text.append(name).append(": ").append(value).append("\r\n");
+    }
+    return text;
+}
+
 } // namespace Pegasus::http

@@ -16,6 +16,8 @@ class HttpFields {
     const std::string* find(std::string_view name) const;
     /// All values of a name.
     std::vector<std::string_view> findAll(std::string_view name) const;
+    /// All of them as lines `Name: value`, each with its line end.
+    std::string lines() const;
 
   private:
     std::vector<std::pair<std::string, std::string>> fields_;

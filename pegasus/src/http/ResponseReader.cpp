@@ -86,6 +86,7 @@ class ResponseReader::Impl {
 
     const HttpHead& readHead(const Deadline& deadline, Uint32 interimAnswers) {
         hasBegun_ = false;
+        headBytes_.clear();
         for (readOneHead(deadline); isInterim(parser_->head().status); readOneHead(deadline)) {
             if (interimAnswers-- == 0) {
                 fail<TooMuch>("the server sends one interim answer after the other instead of the one that counts");
@@ -101,6 +102,9 @@ class ResponseReader::Impl {
             advance(deadline);
         }
     }
+
+    void keepHeads() { keepsHeads_ = true; }
+    const std::string& headBytes() const { return headBytes_; }
 
     const Parser& parser() const { return *parser_; }
     bool hasSurplus() const { return begin_ != end_; }
@@ -137,13 +141,18 @@ class ResponseReader::Impl {
         }
         const std::string_view input(&buffer_[begin_], end_ - begin_);
         if (!parser_->is_header_done() && looksLikeTls(input)) {
+            headBytes_ = keepsHeads_ ? input : std::string_view();
             fail<detail::Marked<CIMClientMalformedHTTPException, PeerSpeaksTls>>(
                 "the server speaks TLS on this port; connect to it with an SSLContext");
         }
         error_code error;
+        const bool isOfHead = !parser_->is_header_done();
         const std::size_t parsed = parser_->put({input.data(), input.size()}, error);
         begin_ += parsed;
         starved_ = error == beast::http::error::need_more;
+        if (isOfHead && keepsHeads_) {
+            headBytes_ += error && !starved_ ? input : input.substr(0, parsed);
+        }
         if (error && !starved_) {
             failAt(error);
         }
@@ -220,6 +229,8 @@ class ResponseReader::Impl {
     const std::unique_ptr<char[]> buffer_{new char[kBufferBytes]}; // its content: [begin_, end_)
     std::size_t begin_ = 0;
     std::size_t end_ = 0;
+    std::string headBytes_;
+    bool keepsHeads_ = false;
     bool hasBegun_ = false;
     bool starved_ = false; // what the buffer holds is not enough to go on
 };
@@ -232,6 +243,10 @@ ResponseReader::~ResponseReader() = default;
 const HttpHead& ResponseReader::readHead(const Deadline& deadline, Uint32 interimAnswers) {
     return impl_->readHead(deadline, interimAnswers);
 }
+
+void ResponseReader::keepHeads() { impl_->keepHeads(); }
+
+const std::string& ResponseReader::headBytes() const { return impl_->headBytes(); }
 
 void ResponseReader::readBody(const BodySink& sink, const Deadline& deadline) { impl_->readBody(sink, deadline); }
 

@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <string>
 #include <string_view>
 
 namespace Pegasus::http {
@@ -33,6 +34,11 @@ class ResponseReader {
     /// Begins the next answer. Skips interim ones (1xx), up to so many. Throws ConnectionLost when the connection ends
     /// before the first byte of an answer.
     const HttpHead& readHead(const Deadline& deadline, Uint32 interimAnswers = ClientLimits::kInterimAnswers);
+
+    /// From the next answer on, the bytes of heads are kept.
+    void keepHeads();
+    /// The bytes of the head that was read last, interim answers before it; after a failure, of what had come of it.
+    const std::string& headBytes() const;
 
     /// Hands the body to the sink as it arrives, then reads the trailers. What the sink throws passes through.
     /// After the head, once.

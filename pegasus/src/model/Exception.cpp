@@ -1,8 +1,12 @@
 #include <Pegasus/Common/Exception.h>
 
+#include <Pegasus/Common/CIMInstance.h>
+#include <Pegasus/Common/ContentLanguageList.h>
+
 #include <algorithm>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace Pegasus {
 
@@ -34,8 +38,40 @@ String quoted(const char* before, const String& text) { return String(before) + 
 
 Exception::~Exception() = default;
 
+const ContentLanguageList& Exception::getContentLanguages() const noexcept {
+    static const ContentLanguageList kNone;
+    return languages_ ? *languages_ : kNone;
+}
+
+void Exception::setContentLanguages(const ContentLanguageList& languages) {
+    languages_ = std::make_shared<const ContentLanguageList>(languages);
+}
+
+struct CIMException::Errors {
+    Array<CIMInstance> instances;
+};
+
 CIMException::CIMException(CIMStatusCode code, const String& description)
     : Exception(withCodeName(code, description)), code_(code) {}
+
+Uint32 CIMException::getErrorCount() const noexcept { return errors_ ? errors_->instances.size() : 0; }
+
+CIMInstance CIMException::getError(Uint32 index) const {
+    if (!errors_) {
+        throw IndexOutOfBoundsException();
+    }
+    return errors_->instances[index];
+}
+
+void CIMException::addError(const CIMInstance& instance) {
+    Errors errors = errors_ ? *errors_ : Errors();
+    errors.instances.append(instance);
+    errors_ = std::make_shared<const Errors>(std::move(errors)); // an exception that was copied keeps its own
+}
+
+NullPointer::NullPointer() : Exception("a null pointer was given for a text") {}
+
+AlreadyExistsException::AlreadyExistsException(const String& message) : Exception(message) {}
 
 UninitializedObjectException::UninitializedObjectException() : Exception("the object is not initialised") {}
 

@@ -2,7 +2,9 @@
 
 #include <Pegasus/Client/CIMClientException.h>
 #include <Pegasus/Client/ClientLimits.h>
+#include <Pegasus/Client/ClientOpPerformanceDataHandler.h>
 #include <Pegasus/Client/LenientFinding.h>
+#include <Pegasus/Common/AcceptLanguageList.h>
 #include <Pegasus/Common/Array.h>
 #include <Pegasus/Common/CIMClass.h>
 #include <Pegasus/Common/CIMInstance.h>
@@ -11,12 +13,16 @@
 #include <Pegasus/Common/CIMObjectPath.h>
 #include <Pegasus/Common/CIMPropertyList.h>
 #include <Pegasus/Common/CIMQualifierDecl.h>
+#include <Pegasus/Common/CIMValue.h>
+#include <Pegasus/Common/ContentLanguageList.h>
 #include <Pegasus/Common/SSLContext.h>
 #include <Pegasus/Common/String.h>
 
 #include <memory>
 
 namespace Pegasus {
+
+class ExchangeObserver;
 
 /// A connection to one CIM server and the operations on it that read (CIM-XML over HTTP or HTTPS).
 ///
@@ -65,6 +71,19 @@ class CIMClient {
     Boolean isLenient() const;
     /// What was found since the last call, or since the client was made. Operations that threw have findings, too.
     LenientFindings takeFindings();
+
+    /// The languages in which the server should say what it says to people, such as the descriptions of errors, if it
+    /// can. None at first.
+    void setRequestAcceptLanguages(const AcceptLanguageList& languages);
+    const AcceptLanguageList& getRequestAcceptLanguages() const;
+
+    /// Lets a handler hear what each operation took. It must live until another takes its place or none does.
+    void registerClientOpPerformanceDataHandler(ClientOpPerformanceDataHandler& handler);
+    void deregisterClientOpPerformanceDataHandler();
+
+    /// Lets an observer see all that is sent and received from now on, one at a time; null for none. An extension,
+    /// which other libraries of this API do not have (ExchangeObserver.h).
+    void setExchangeObserver(std::shared_ptr<ExchangeObserver> observer);
 
     /// Opens the connection now. An empty host means "localhost". The credentials are sent when the server asks for
     /// them. Throws AlreadyConnectedException, InvalidLocatorException when the host cannot be resolved,
@@ -135,6 +154,16 @@ class CIMClient {
     /// The same, with no more than the paths.
     Array<CIMObjectPath> referenceNames(const CIMNamespaceName& nameSpace, const CIMObjectPath& objectName,
                                         const CIMName& resultClass = CIMName(), const String& role = String::EMPTY);
+
+    /// The value of one property of an instance: a text, or an array of texts, whatever the type of the property is,
+    /// since servers do not say it; or a reference. CIM_ERR_NO_SUCH_PROPERTY when there is none of the name. DSP0200
+    /// discourages servers from having this operation: getInstance() with a property list is more certain to be there.
+    CIMValue getProperty(const CIMNamespaceName& nameSpace, const CIMObjectPath& instanceName,
+                         const CIMName& propertyName);
+
+    /// What a query selects; its objects need not have paths. CIM_ERR_QUERY_LANGUAGE_NOT_SUPPORTED,
+    /// CIM_ERR_INVALID_QUERY.
+    Array<CIMObject> execQuery(const CIMNamespaceName& nameSpace, const String& queryLanguage, const String& query);
 
     /// The declaration of one qualifier. CIM_ERR_NOT_FOUND when there is none.
     CIMQualifierDecl getQualifier(const CIMNamespaceName& nameSpace, const CIMName& qualifierName);

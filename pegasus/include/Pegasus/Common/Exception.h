@@ -3,7 +3,12 @@
 #include <Pegasus/Common/CIMStatusCode.h>
 #include <Pegasus/Common/String.h>
 
+#include <memory>
+
 namespace Pegasus {
+
+class CIMInstance;
+class ContentLanguageList;
 
 /// The base of all errors of the client API. Not derived from std::exception.
 class Exception {
@@ -15,8 +20,13 @@ class Exception {
 
     virtual const String& getMessage() const noexcept { return message_; }
 
+    /// The languages that the message is in, as far as the server says. (ContentLanguageList.h)
+    const ContentLanguageList& getContentLanguages() const noexcept;
+    void setContentLanguages(const ContentLanguageList& languages);
+
   private:
     String message_;
+    std::shared_ptr<const ContentLanguageList> languages_; // null: none
 };
 
 /// An error that the server reports for an operation. The message is the code's name, a colon, a blank and the server's
@@ -27,8 +37,29 @@ class CIMException : public Exception {
 
     CIMStatusCode getCode() const noexcept { return code_; }
 
+    /// The instances of CIM_Error, or of subclasses of it, that the server sends with its error. (CIMInstance.h)
+    Uint32 getErrorCount() const noexcept;
+    /// Throws IndexOutOfBoundsException.
+    CIMInstance getError(Uint32 index) const;
+    void addError(const CIMInstance& instance);
+
   private:
+    struct Errors;
+
     CIMStatusCode code_;
+    std::shared_ptr<const Errors> errors_; // null: none
+};
+
+/// A null pointer was given where a text is asked for.
+class NullPointer : public Exception {
+  public:
+    NullPointer();
+};
+
+/// An object has a property, method, parameter or qualifier of that name already.
+class AlreadyExistsException : public Exception {
+  public:
+    explicit AlreadyExistsException(const String& message);
 };
 
 /// A default-constructed handle was used.

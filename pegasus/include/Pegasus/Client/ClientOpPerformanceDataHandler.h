@@ -1,0 +1,28 @@
+#pragma once
+
+#include <Pegasus/Common/CIMOperationType.h>
+#include <Pegasus/Common/Config.h>
+
+namespace Pegasus {
+
+/// What one operation took. Times are in microseconds, sizes are bytes of the CIM-XML in request and answer.
+struct ClientOpPerformanceData {
+    CIMOperationType operationType;
+    /// Whether the server says how long it took, in the field WBEMServerResponseTime.
+    Boolean serverTimeKnown;
+    Uint64 serverTime;
+    /// From before the request is sent until the answer is complete, a login and another connection included.
+    Uint64 roundTripTime;
+    Uint64 requestSize;
+    Uint64 responseSize;
+};
+
+/// Hears of each operation whose answer was complete, be it an error that the server reports.
+class ClientOpPerformanceDataHandler {
+  public:
+    virtual ~ClientOpPerformanceDataHandler() = default;
+    /// On the thread of the operation, before it returns.
+    virtual void handleClientOpPerformanceData(const ClientOpPerformanceData& data) = 0;
+};
+
+} // namespace Pegasus

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <Pegasus/Common/String.h>
+
+#include <chrono>
+#include <string_view>
+
+namespace Pegasus {
+
+/// Sees what a client and its server say to each other, while they say it. An extension, which other libraries of this
+/// API do not have; see CIMClient::setExchangeObserver().
+///
+/// Heads and bodies are bytes as on the wire, before encryption. Credentials are left out: the values of the fields
+/// Authorization, Proxy-Authorization, Cookie and Set-Cookie. They are valid during the call.
+///
+/// The calls come in this order, on the thread of the operation: onConnecting() where a connection is opened; then for
+/// each request onRequest(), onAnswerHead(), onAnswerBody() any number of times, onAnswerEnd(). Wherever this breaks
+/// off there is onFailure() instead of what would follow. One operation may take several requests, such as a second one
+/// with credentials. What a call throws ends the operation.
+class ExchangeObserver {
+  public:
+    using Time = std::chrono::system_clock::time_point;
+
+    virtual ~ExchangeObserver();
+
+    /// `server` is host and port.
+    virtual void onConnecting(const String& server, Boolean encrypted, Time time);
+    /// Before the request is sent. The head ends with its empty line.
+    virtual void onRequest(std::string_view head, std::string_view body, Time time) = 0;
+    /// The head with its empty line, interim answers before it; where it is no good HTTP, what has come.
+    virtual void onAnswerHead(std::string_view head, Time time) = 0;
+    /// The next bytes of the body, without the frames of chunks. After a failure to read the answer's content, the rest
+    /// of the body comes, too, up to kRestBytes and for kRestMilliseconds.
+    virtual void onAnswerBody(std::string_view part) = 0;
+    /// The answer is complete. `trailers` are whole lines, mostly none.
+    virtual void onAnswerEnd(std::string_view trailers, Time time) = 0;
+    /// A connection that cannot be opened, an answer that does not come or does not end.
+    virtual void onFailure(const String& message, Time time) = 0;
+
+    static constexpr Uint32 kRestBytes = Uint32{16} << 20U;
+    static constexpr Uint32 kRestMilliseconds = 5000;
+};
+
+} // namespace Pegasus

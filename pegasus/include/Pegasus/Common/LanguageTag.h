@@ -1,0 +1,27 @@
+#pragma once
+
+#include <Pegasus/Common/String.h>
+
+namespace Pegasus {
+
+/// The name of a language, such as "en" or "de-AT", or "*" for any. Compared without regard to case.
+class LanguageTag {
+  public:
+    /// None; toString() is empty.
+    LanguageTag() noexcept = default;
+    /// Throws InvalidNameException for what is none: words of 1 to 8 letters, behind the first of digits, too, with '-'
+    /// between them.
+    explicit LanguageTag(const String& tag);
+
+    const String& toString() const noexcept { return tag_; }
+
+    friend bool operator==(const LanguageTag& a, const LanguageTag& b) noexcept {
+        return String::equalNoCase(a.tag_, b.tag_);
+    }
+    friend bool operator!=(const LanguageTag& a, const LanguageTag& b) noexcept { return !(a == b); }
+
+  private:
+    String tag_;
+};
+
+} // namespace Pegasus

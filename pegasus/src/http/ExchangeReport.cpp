@@ -1,0 +1,110 @@
+#include "http/ExchangeReport.h"
+
+#include "http/PublicHead.h"
+
+#include <chrono>
+#include <exception>
+
+namespace Pegasus::http {
+
+namespace {
+
+ExchangeObserver::Time now() { return std::chrono::system_clock::now(); }
+
+/// Takes the rest of a body that nobody but the observer wants to have.
+class Rest {
+  public:
+    explicit Rest(const Deadline& deadline) : deadline_(deadline) {}
+
+    /// When it must be here, which changes as soon as it begins.
+    const Deadline& deadline() const { return deadline_; }
+    const std::exception_ptr& failure() const { return failure_; }
+
+    /// Within the handler of what the sink has thrown.
+    void begin() {
+        failure_ = std::current_exception();
+        deadline_ = deadline_.ofStep(std::chrono::milliseconds(ExchangeObserver::kRestMilliseconds));
+    }
+
+    void count(std::size_t bytes) {
+        bytes_ += bytes;
+        if (bytes_ > ExchangeObserver::kRestBytes) {
+            std::rethrow_exception(failure_);
+        }
+    }
+
+  private:
+    Deadline deadline_;
+    std::exception_ptr failure_;
+    std::size_t bytes_ = 0;
+};
+
+} // namespace
+
+void ExchangeReport::prepare(ResponseReader& reader) const {
+    if (observer_) {
+        reader.keepHeads();
+    }
+}
+
+void ExchangeReport::connecting(const Endpoint& endpoint, bool encrypted) const {
+    if (observer_) {
+        observer_->onConnecting(String(endpoint.text()), encrypted, now());
+    }
+}
+
+void ExchangeReport::request(std::string_view bytes, std::size_t bodySize) const {
+    if (observer_) {
+        const std::size_t headSize = bytes.size() - bodySize;
+        observer_->onRequest(withoutCredentials(bytes.substr(0, headSize)), bytes.substr(headSize), now());
+    }
+}
+
+void ExchangeReport::answerHead(const ResponseReader& reader) const {
+    if (observer_ && !reader.headBytes().empty()) {
+        observer_->onAnswerHead(withoutCredentials(reader.headBytes()), now());
+    }
+}
+
+void ExchangeReport::readBody(ResponseReader& reader, const BodySink& sink, const Deadline& deadline) const {
+    if (!observer_) {
+        reader.readBody(sink, deadline);
+        return;
+    }
+    during([&] { readWholeBody(reader, sink, deadline); });
+    observer_->onAnswerEnd(withoutCredentials(reader.trailers().lines()), now());
+}
+
+void ExchangeReport::readWholeBody(ResponseReader& reader, const BodySink& sink, const Deadline& deadline) const {
+    Rest rest(deadline);
+    try {
+        const BodySink toBoth = [&](std::string_view part) {
+            observer_->onAnswerBody(part);
+            if (rest.failure()) {
+                rest.count(part.size());
+                return;
+            }
+            try {
+                sink(part);
+            } catch (...) {
+                rest.begin();
+            }
+        };
+        reader.readBody(toBoth, rest.deadline());
+    } catch (...) {
+        if (!rest.failure()) {
+            throw;
+        }
+    }
+    if (rest.failure()) {
+        std::rethrow_exception(rest.failure()); // the first one counts, whatever came of the rest
+    }
+}
+
+void ExchangeReport::failure(const String& message) const {
+    if (observer_) {
+        observer_->onFailure(message, now());
+    }
+}
+
+} // namespace Pegasus::http

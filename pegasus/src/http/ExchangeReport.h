@@ -1,0 +1,56 @@
+#pragma once
+
+#include "http/Channel.h"
+#include "http/Deadline.h"
+#include "http/Endpoint.h"
+#include "http/ResponseReader.h"
+
+#include <Pegasus/Client/ExchangeObserver.h>
+#include <Pegasus/Common/Exception.h>
+#include <memory>
+#include <string_view>
+#include <utility>
+
+namespace Pegasus::http {
+
+/// Tells an observer, if there is one, what a connection does.
+class ExchangeReport {
+  public:
+    void setObserver(std::shared_ptr<ExchangeObserver> observer) { observer_ = std::move(observer); }
+
+    /// Sees to it that a reader keeps what is to be told of its answers.
+    void prepare(ResponseReader& reader) const;
+
+    void connecting(const Endpoint& endpoint, bool encrypted) const;
+    /// `bytes` are head and body, the latter `bodySize` of them.
+    void request(std::string_view bytes, std::size_t bodySize) const;
+    void answerHead(const ResponseReader& reader) const;
+
+    /// Has the body read and told, also that part of it which the sink refuses to see.
+    void readBody(ResponseReader& reader, const BodySink& sink, const Deadline& deadline) const;
+
+    /// Does a step; when it fails, that is told.
+    template <typename Step>
+    decltype(auto) during(Step step) const {
+        try {
+            return step();
+        } catch (const ConnectionLost& lost) {
+            failure(String(lost.reason));
+            throw;
+        } catch (const Exception& exception) {
+            failure(exception.getMessage());
+            throw;
+        } catch (...) {
+            failure("the operation was ended");
+            throw;
+        }
+    }
+
+  private:
+    void failure(const String& message) const;
+    void readWholeBody(ResponseReader& reader, const BodySink& sink, const Deadline& deadline) const;
+
+    std::shared_ptr<ExchangeObserver> observer_;
+};
+
+} // namespace Pegasus::http

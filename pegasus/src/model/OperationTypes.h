@@ -1,0 +1,12 @@
+#pragma once
+
+#include <Pegasus/Common/CIMOperationType.h>
+
+#include <string_view>
+
+namespace Pegasus::detail {
+
+/// The operation of that name, which is one of the client's.
+CIMOperationType operationTypeOf(std::string_view name) noexcept;
+
+} // namespace Pegasus::detail
