@@ -22,6 +22,7 @@ struct Options {
     std::optional<std::string> name_space; ///< of the server
     TlsSettings tls_settings;
     std::optional<unsigned> timeout;                                   ///< in seconds
+    std::optional<std::string> recording = {};                         ///< the file that all is recorded in
     std::string plugin;                                                ///< the path of the plug-in
     std::optional<NQORVYX20::ILogger::EVYXLogSeverity> log_level = {}; ///< empty: no log
     std::optional<OutputFormat> format = {};                           ///< empty: the command's first one
