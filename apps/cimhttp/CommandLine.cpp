@@ -73,7 +73,23 @@ struct Parser {
         AddConnectionOptions();
         AddOutputOptions();
         for (const auto& command : commands) {
-            AddCommand(*command, layout);
+            AddCommand(app, *command, layout);
+        }
+        AddRecord(commands, layout);
+    }
+
+    /// `record FILE` before any of the commands.
+    void AddRecord(const Commands& commands, const HelpLayout& layout) {
+        auto* const record = app.add_subcommand("record", "Run another command, and record what the server answers");
+        record->group("Commands");
+        record->add_option("FILE", options.recording, "The file; what is in it already stays before it")->required();
+        record->require_subcommand(1);
+        record->footer(layout.Prose("FILE gets the requests and answers of the command as they are, without passwords; "
+                                    "nobody else may read it. demo-server --replay FILE answers as the server did.\n\n"
+                                    "cimhttp --help tells how to choose the server.\n\nExample:") +
+                       layout.CommandLines("cimhttp --host server.example record server.rec info"));
+        for (const auto& command : commands) {
+            AddCommand(*record, *command, layout);
         }
     }
 
@@ -174,7 +190,7 @@ struct Parser {
         std::string text = FirstLine(error.what());
         if (!unknown.empty()) {
             text = ComplaintAbout(unknown.front(), command);
-        } else if (command == nullptr && error.get_name() == "RequiredError") {
+        } else if (error.get_name() == "RequiredError" && text == "A subcommand is required") {
             text = "a command is missing";
         }
         const bool is_general = app.get_option_no_throw(text.substr(0, text.find(':'))) != nullptr;
@@ -221,9 +237,9 @@ struct Parser {
         }
     }
 
-    void AddCommand(Command& command, const HelpLayout& layout) {
+    void AddCommand(CLI::App& parent, Command& command, const HelpLayout& layout) {
         const CommandDescription description = command.Describe();
-        auto* const sub = app.add_subcommand(description.name, description.help)->group("Commands");
+        auto* const sub = parent.add_subcommand(description.name, description.help)->group("Commands");
         sub->callback([this, &command] { chosen = &command; });
         sub->footer(Footer(description, layout));
         for (const CommandArgument& argument : description.arguments) {

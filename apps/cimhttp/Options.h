@@ -22,9 +22,10 @@ struct Options {
     std::optional<int> port;
     std::optional<std::string> name_space; ///< of the server
     TlsSettings tls_settings;
-    bool strict = false;             ///< whether an answer of which a part cannot be read fails as a whole
-    std::optional<unsigned> timeout; ///< in seconds
-    std::string plugin;              ///< the path of the plug-in
+    bool strict = false;                       ///< whether an answer of which a part cannot be read fails as a whole
+    std::optional<unsigned> timeout;           ///< in seconds
+    std::optional<std::string> recording = {}; ///< the file that all is recorded in
+    std::string plugin;                        ///< the path of the plug-in
     std::optional<NQORVYX20::ILogger::EVYXLogSeverity> log_level = {}; ///< empty: no log
     TextForm text_form = {};
     std::optional<OutputFormat> format = {}; ///< empty: the command's first one

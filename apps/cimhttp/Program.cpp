@@ -11,6 +11,7 @@
 #include "Failure.h"
 #include "FailureLog.h"
 #include "commands/Commands.h"
+#include "connection/RecordingFile.h"
 #include "host/TRootObject.h"
 #include "output/OutputGuard.h"
 #include "text/TerminalText.h"
@@ -38,6 +39,12 @@ int RunCommand(Command& command, const Options& options, std::ostream& output, s
     return status;
 }
 
+void StartRecording(const std::string& file, std::ostream& errors) {
+    PrepareRecording(file);
+    errors << "cimhttp: " << Printable(file)
+           << " gets all that the server tells, without passwords; look at it before you pass it on" << std::endl;
+}
+
 int Report(const std::exception& failure, int status, std::ostream& errors) {
     errors << "cimhttp: " << Printable(failure.what()) << std::endl;
     return status;
@@ -55,6 +62,9 @@ int RunReporting(int argc, const char* const* argv, std::ostream& output, std::o
         }
         if (!parsed.warning.empty()) {
             errors << "cimhttp: " << Printable(parsed.warning) << std::endl;
+        }
+        if (parsed.options.recording) {
+            StartRecording(*parsed.options.recording, errors);
         }
         return RunCommand(*parsed.command, parsed.options, output, errors);
     } catch (const Failure& failure) {

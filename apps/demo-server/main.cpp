@@ -1,5 +1,6 @@
 // The demo CIM server: serves this machine's system, file systems, processes ... over CIM-XML until SIGTERM or SIGINT.
 
+#include "replay/ReplayListener.h"
 #include "server/DemoServer.h"
 
 #include <CLI/CLI.hpp>
@@ -36,6 +37,8 @@ struct Arguments {
     std::vector<std::string> schemaFiles;
     /// As in "root/example=example.xml".
     std::vector<std::string> namespaces;
+    /// A recording to answer from, instead of all else.
+    std::string replayFile;
 };
 
 /// A namespace and a schema file, as in "root/example=example.xml".
@@ -104,6 +107,13 @@ void Declare(CLI::App& app, Arguments& arguments) {
         ->check(CLI::ExistingFile);
     app.add_option("--certificate-out", arguments.certificateFile,
                    "Write the certificate of the HTTPS port to this file, for clients to trust");
+    auto* const replay =
+        app.add_option("--replay", arguments.replayFile,
+                       "Answer as the server did that cimhttp record has recorded in this file, and nothing else")
+            ->check(CLI::ExistingFile);
+    for (const char* const other : {"--volumes", "--user", "--users", "--log", "--schema", "--namespace"}) {
+        replay->excludes(other);
+    }
 }
 
 /// A file with secrets that everybody may use is taken, but not in silence.
@@ -195,15 +205,63 @@ class LogFile {
     std::optional<demo::AccessLog> log_;
 };
 
-void Serve(Arguments arguments) {
-    // Every thread inherits the mask, so that the signals wait for sigwait().
-    sigset_t signals;
-    sigemptyset(&signals);
-    sigaddset(&signals, SIGTERM);
-    sigaddset(&signals, SIGINT);
-    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+/// What ends the program. Made before any thread, each of which inherits the mask, so that the signals wait.
+class EndSignals {
+  public:
+    EndSignals() {
+        sigemptyset(&signals_);
+        sigaddset(&signals_, SIGTERM);
+        sigaddset(&signals_, SIGINT);
+        pthread_sigmask(SIG_BLOCK, &signals_, nullptr);
+    }
 
-    RaiseDescriptorLimit();
+    void Wait() const {
+        int signal = 0;
+        sigwait(&signals_, &signal);
+    }
+
+  private:
+    sigset_t signals_{};
+};
+
+void SayReady(const std::string& httpUrl, const std::string& httpsUrl) {
+    std::cout << "demo-server: " << httpUrl << " ready\n"
+              << "demo-server: " << httpsUrl << " ready" << std::endl;
+}
+
+demo::Recording ReadRecording(const std::string& file) {
+    std::ostringstream text;
+    text << Open(file).rdbuf();
+    try {
+        return demo::Recording(text.str());
+    } catch (const std::runtime_error& error) {
+        throw std::runtime_error(file + ": " + error.what());
+    }
+}
+
+void ReportUnrecorded(const std::string& request) {
+    std::cerr << "demo-server: not recorded: " + request + '\n' << std::flush;
+}
+
+demo::Certificate CertificateFor(const demo::DemoServerOptions& options) {
+    return options.certificateFile.empty() ? demo::Certificate(options.address)
+                                           : demo::Certificate::Read(options.certificateFile, options.keyFile);
+}
+
+void Replay(const Arguments& arguments, const EndSignals& signals) {
+    const demo::DemoServerOptions& options = arguments.server;
+    demo::Recording recording = ReadRecording(arguments.replayFile);
+    const demo::Certificate certificate = CertificateFor(options);
+    const demo::TlsContext tls(certificate, options.clientAuthorityFile);
+    const demo::ReplayListener http(recording, ReportUnrecorded, options.address, options.httpPort, nullptr);
+    const demo::ReplayListener https(recording, ReportUnrecorded, options.address, options.httpsPort, &tls);
+    if (!arguments.certificateFile.empty())
+        WriteFile(arguments.certificateFile, certificate.Pem());
+    SayReady(http.Url(), https.Url());
+    signals.Wait();
+}
+
+void Serve(Arguments arguments, const EndSignals& signals) {
     LogFile log(arguments.logFile);
     arguments.server.accessLog = log.Get();
     arguments.server.users = ReadUsers(arguments);
@@ -219,10 +277,18 @@ void Serve(Arguments arguments) {
     const demo::DemoServer server(std::move(arguments.server));
     if (!arguments.certificateFile.empty())
         WriteFile(arguments.certificateFile, server.CertificatePem());
-    std::cout << "demo-server: " << server.HttpUrl() << " ready\n"
-              << "demo-server: " << server.HttpsUrl() << " ready" << std::endl;
-    int signal = 0;
-    sigwait(&signals, &signal);
+    SayReady(server.HttpUrl(), server.HttpsUrl());
+    signals.Wait();
+}
+
+void Run(Arguments arguments) {
+    const EndSignals signals;
+    RaiseDescriptorLimit();
+    if (arguments.replayFile.empty()) {
+        Serve(std::move(arguments), signals);
+    } else {
+        Replay(arguments, signals);
+    }
 }
 
 } // namespace
@@ -234,7 +300,7 @@ int main(int argc, char** argv) {
     Declare(app, arguments);
     CLI11_PARSE(app, argc, argv);
     try {
-        Serve(std::move(arguments));
+        Run(std::move(arguments));
     } catch (const demo::SchemaError& error) {
         for (const auto& problem : error.Problems())
             std::cerr << "demo-server: " << problem << '\n';

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <filesystem>
 #include <set>
@@ -103,8 +104,18 @@ TEST(Help, OfEachCommandHasAnExample) {
     }
 }
 
+TEST(Help, OfRecordTellsOfItsFileAndOfTheOtherCommands) {
+    const auto run = RunCimhttp({"record", "--help"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_THAT(run.output, ContainsRegex("Example:\n    cimhttp .*record server.rec info"));
+    for (const auto& command : cimhttp::AllCommands()) {
+        EXPECT_THAT(run.output, HasSubstr("\n  " + command->Describe().name + ' '));
+    }
+    EXPECT_THAT(ManPage(), HasSubstr("\n.BI \"record \" \"file command\""));
+}
+
 TEST(Help, FitsTheTerminalAndEndsWithTheExample) {
-    std::vector<std::vector<std::string>> all{{"--help"}};
+    std::vector<std::vector<std::string>> all{{"--help"}, {"record", "--help"}};
     for (const auto& command : cimhttp::AllCommands()) {
         all.push_back({command->Describe().name, "--help"});
     }
@@ -152,7 +163,7 @@ TEST(Help, OfTheManPageNamesEachExitStatus) {
 
 TEST_F(CompletionTest, OffersTheCommandsAndTheirOptions) {
     const auto commands = Offers("cimhttp ");
-    std::vector<std::string> names;
+    std::vector<std::string> names{"record"};
     for (const auto& command : cimhttp::AllCommands()) {
         const auto description = command->Describe();
         names.push_back(description.name);
@@ -165,6 +176,16 @@ TEST_F(CompletionTest, OffersTheCommandsAndTheirOptions) {
     }
     EXPECT_THAT(commands, UnorderedElementsAreArray(names));
     EXPECT_THAT(Offers("cimhttp inst"), ElementsAre("instances", "instance"));
+}
+
+TEST_F(CompletionTest, OffersAnotherCommandBehindRecordAndItsFile) {
+    auto commands = Offers("cimhttp ");
+    commands.erase(std::remove(commands.begin(), commands.end(), "record"), commands.end());
+    EXPECT_THAT(Offers("cimhttp record server.rec "), UnorderedElementsAreArray(commands));
+    EXPECT_THAT(Offers(Host() + "record server.rec class test_"), ElementsAre("TEST_Disk", "TEST_Tape"));
+    EXPECT_THAT(
+        Offers("cimhttp record " + fFolder.WriteFile("server.rec", "").substr(0, fFolder.Path().string().size() + 4)),
+        ElementsAre((fFolder.Path() / "server.rec").string()));
 }
 
 TEST_F(CompletionTest, OffersTheServersClasses) {

@@ -140,7 +140,7 @@ TEST_F(ClassOperations, EnumerateClassNamesListsTheLevelOrAllLevelsBelow) {
     const auto names = [](std::vector<std::string> parameters) {
         return NamesOf(Call("EnumerateClassNames", parameters).Returned(), "CLASSNAME");
     };
-    const Names roots{"CIM_Component", "CIM_Dependency", "CIM_ManagedElement", "DEMO_Point"};
+    const Names roots{"CIM_Component", "CIM_Dependency", "CIM_ManagedElement", "DEMO_AllTypes", "DEMO_Point"};
     EXPECT_THAT(names({}), testing::UnorderedElementsAreArray(roots));
     EXPECT_THAT(names({cim::Parameter("ClassName", "")}), testing::UnorderedElementsAreArray(roots));
     EXPECT_THAT(names({Class("")}), testing::UnorderedElementsAreArray(roots));

@@ -24,7 +24,9 @@ using exchange::OperationHeaders;
 using exchange::Post;
 using exchange::Send;
 using exchange::SendAll;
+using testing::AllOf;
 using testing::HasSubstr;
+using testing::Not;
 
 /// Enough for an answer that is longer than what the server keeps in memory.
 constexpr std::size_t kVolumes = 1200;
@@ -200,6 +202,37 @@ TEST_F(Server, RefusesABodyThatIsNoRequest) {
         EXPECT_EQ(response.status, 400) << body;
         EXPECT_EQ(response.headers.at("cimerror"), "request-not-valid") << body;
     }
+}
+
+TEST_F(Server, TakesWhiteSpaceAloneInAnElementForNothing) {
+    const auto answer = [](const std::string& method, const std::string& parameters) {
+        const auto response = Send(Post(OperationHeaders(method), OperationBody(method, parameters)));
+        EXPECT_EQ(response.status, 200) << parameters;
+        return response.body;
+    };
+    EXPECT_THAT(answer("EnumerateInstances",
+                       ClassName("CIM_OperatingSystem") +
+                           "<IPARAMVALUE NAME=\"PropertyList\">\n<VALUE.ARRAY>\n</VALUE.ARRAY>\n</IPARAMVALUE>"),
+                AllOf(HasSubstr("<INSTANCE CLASSNAME=\"DEMO_OperatingSystem\">"), Not(HasSubstr("<PROPERTY"))));
+    EXPECT_THAT(answer("EnumerateInstances",
+                       ClassName("CIM_OperatingSystem") + "<IPARAMVALUE NAME=\"PropertyList\">\n</IPARAMVALUE>"),
+                HasSubstr("<PROPERTY NAME=\"Caption\""));
+    const auto instance = [&](const std::string& name) {
+        return answer("GetInstance", "<IPARAMVALUE NAME=\"InstanceName\">" + name + "</IPARAMVALUE>");
+    };
+    EXPECT_THAT(instance("\n<INSTANCENAME CLASSNAME=\"DEMO_AllTypes\">\r\n\t</INSTANCENAME>\n"),
+                HasSubstr("<ERROR CODE=\"4\""))
+        << "a path without keys";
+    EXPECT_THAT(instance("<INSTANCENAME CLASSNAME=\"DEMO_AllTypes\">\n<KEYBINDING NAME=\"InstanceID\">\n"
+                         "<KEYVALUE>least</KEYVALUE>\n</KEYBINDING>\n</INSTANCENAME>"),
+                HasSubstr("<INSTANCE CLASSNAME=\"DEMO_AllTypes\">"));
+}
+
+TEST_F(Server, SaysWhichVersionOfTheRepresentationItSends) {
+    const auto response =
+        Send(Post(OperationHeaders("GetClass"), OperationBody("GetClass", ClassName("DEMO_AllTypes"))));
+    // The version that has the attribute EmbeddedObject and the element VALUE.NULL.
+    EXPECT_THAT(response.body, HasSubstr("<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.3.0\">"));
 }
 
 TEST_F(Server, RefusesNamesThatItsAnswerCouldNotRepeat) {

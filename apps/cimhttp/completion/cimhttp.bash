@@ -55,8 +55,9 @@ _cimhttp_read_line() {
             --tls* | --verify*) server+=("${words[i]}") ;;
             -*) ;;
             *)
-                if [[ -z $command ]]; then
-                    command=${words[i]}
+                # behind record and its file stands another command
+                if [[ -z $command || ($command == record && $arguments == 1) ]]; then
+                    command=${words[i]} argument='' arguments=0
                 else
                     [[ -n $argument ]] || argument=${words[i]}
                     arguments=$((arguments + 1))
@@ -156,14 +157,19 @@ _cimhttp_offer_options() {
     esac
 }
 
+# All commands but record, and the words given.
+_cimhttp_offer_commands() {
+    _cimhttp_offer_words info doctor namespaces profiles classes tree class methods qualifiers count \
+        instances instance associators references related watch collect connection "$@"
+}
+
 _cimhttp_offer_arguments() {
     case $command,$arguments in
-        ,*) _cimhttp_offer_words info doctor namespaces profiles classes tree class methods qualifiers count \
-            instances instance associators references \
-            related watch collect connection ;;
+        ,*) _cimhttp_offer_commands record ;;
+        record,1) _cimhttp_offer_commands ;;
         classes,0 | count,0 | tree,0 | class,0 | methods,0 | instances,0 | instance,0 | \
             associators,0 | references,0 | related,0 | watch,0) _cimhttp_offer_classes ;;
-        collect,0) _cimhttp_offer_files ;;
+        collect,0 | record,0) _cimhttp_offer_files ;;
         connection,0) _cimhttp_offer_words add list remove test known forget ;;
         connection,1) if [[ $argument == forget ]]; then _cimhttp_offer_known_servers; else _cimhttp_offer_connections; fi ;;
     esac

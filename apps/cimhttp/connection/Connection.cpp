@@ -198,6 +198,7 @@ Connection ConnectionOfComplete(const Options& options) {
     connection.user = options.user.value_or("");
     connection.strict = options.strict;
     connection.timeout = std::chrono::seconds(options.timeout.value_or(kUsualTimeout));
+    connection.recording = options.recording;
     if (connection.user.empty() && !options.password.value_or("").empty()) {
         Refuse("whose password? give --user");
     }

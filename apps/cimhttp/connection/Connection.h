@@ -36,6 +36,7 @@ struct Connection {
     std::optional<int> port = {};                ///< empty for the usual one
     std::string name_space = kUsualNamespace;    ///< on the server
     TlsSettings tls_settings = {};
+    std::optional<std::string> recording = {}; ///< the file to which all that is said is written
     std::string known_since = {};       ///< when the user trusted the fingerprint; empty where it is given otherwise
     bool is_verified_by_policy = false; ///< the machine's policy makes sure whom an encrypted connection goes to
 

@@ -6,10 +6,13 @@ namespace demo {
 
 namespace {
 
+/// The version of DSP0201 that has all that is sent: null elements of arrays, and the attribute EmbeddedObject.
+constexpr const char* kDtdVersion = "2.3.0";
+
 void StartResponse(XmlWriter& writer, const CimRequest& request) {
     const bool isExtrinsic = request.kind == CimRequest::Kind::kExtrinsic;
     writer.Declaration();
-    writer.Start("CIM").Attribute("CIMVERSION", "2.0").Attribute("DTDVERSION", "2.0");
+    writer.Start("CIM").Attribute("CIMVERSION", "2.0").Attribute("DTDVERSION", kDtdVersion);
     writer.Start("MESSAGE").Attribute("ID", request.messageId).Attribute("PROTOCOLVERSION", "1.0");
     writer.Start("SIMPLERSP");
     writer.Start(isExtrinsic ? "METHODRESPONSE" : "IMETHODRESPONSE").Attribute("NAME", request.method);

@@ -36,7 +36,7 @@ std::string RepeatedAttribute(const pugi::xml_node& node, const char* attribute)
 
 Value ReadArray(const pugi::xml_node& node) {
     Value::Items items;
-    for (const auto& item : node.children()) {
+    for (const auto& item : Content(node)) {
         if (std::string_view(item.name()) == "VALUE.NULL")
             items.emplace_back(std::nullopt);
         else if (std::string_view(item.name()) == "VALUE")

@@ -4,7 +4,18 @@
 
 #include <pugixml.hpp>
 
+#include <string_view>
+
 namespace demo {
+
+namespace {
+
+bool IsWhiteSpace(const pugi::xml_node& node) {
+    return node.type() == pugi::node_pcdata &&
+           std::string_view(node.value()).find_first_not_of(" \t\r\n") == std::string_view::npos;
+}
+
+} // namespace
 
 void RequestNotValid(const std::string& what) {
     constexpr int kBadRequest = 400;
@@ -23,6 +34,16 @@ pugi::xml_node RequiredChild(const pugi::xml_node& node, const char* name) {
     if (!child)
         RequestNotValid(std::string("element ") + node.name() + " has no element " + name);
     return child;
+}
+
+std::vector<pugi::xml_node> Content(const pugi::xml_node& node) {
+    std::vector<pugi::xml_node> content;
+    for (const auto& child : node.children()) {
+        if (!IsWhiteSpace(child)) {
+            content.push_back(child);
+        }
+    }
+    return content;
 }
 
 std::string ReadNamespace(const pugi::xml_node& path) {

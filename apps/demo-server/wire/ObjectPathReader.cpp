@@ -31,7 +31,7 @@ KeyBinding ReadKey(const pugi::xml_node& node, std::string name, int nesting) {
 
 ObjectPath ReadInstanceName(const pugi::xml_node& node, int nesting) {
     ObjectPath path{RequiredAttribute(node, "CLASSNAME"), {}};
-    for (const auto& child : node.children()) {
+    for (const auto& child : Content(node)) {
         if (std::string_view(child.name()) == "KEYBINDING")
             path.keys.push_back(ReadKey(child.first_child(), RequiredAttribute(child, "NAME"), nesting));
         else

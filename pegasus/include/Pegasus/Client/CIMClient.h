@@ -71,6 +71,7 @@ class CIMClient {
     Boolean isLenient() const;
     /// What was found since the last call, or since the client was made. Operations that threw have findings, too.
     LenientFindings takeFindings();
+
     /// The languages in which the server should say what it says to people, such as the descriptions of errors, if it
     /// can. None at first.
     void setRequestAcceptLanguages(const AcceptLanguageList& languages);

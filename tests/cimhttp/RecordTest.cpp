@@ -1,0 +1,136 @@
+// `cimhttp record`, and the demo server that plays what was recorded.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+#include <memory>
+
+#include "ProgramRun.h"
+#include "replay/ReplayListener.h"
+#include "server/DemoServer.h"
+#include "support/LoopbackAddress.h"
+#include "support/TemporaryDirectory.h"
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+
+namespace {
+
+constexpr int kHttpPort = 5988;
+constexpr const char* kPassword = "open sesame";
+constexpr const char* kEncodedLogin = "cmVhZGVyOm9wZW4gc2VzYW1l"; // reader and the password, as Basic sends them
+
+using Words = std::vector<std::string>;
+
+class RecordTest : public testing::Test {
+  protected:
+    static demo::DemoServerOptions Options() {
+        demo::DemoServerOptions options;
+        options.address = support::LoopbackAddress();
+        options.volumes = 3;
+        options.users.Add("reader", kPassword);
+        return options;
+    }
+
+    ProgramRun Run(const Words& command) const {
+        Words arguments{"--host", support::LoopbackAddress(), "--user", "reader"};
+        arguments.insert(arguments.end(), command.begin(), command.end());
+        return RunCimhttp(arguments,
+                          {std::string("CIMHTTP_PASSWORD=") + kPassword, "XDG_CONFIG_HOME=" + fFolder.Path().string()});
+    }
+
+    ProgramRun Record(Words command) const {
+        command.insert(command.begin(), {"record", fFile});
+        return Run(command);
+    }
+
+    /// The recording takes the server's place.
+    void Replay() {
+        fServer.reset();
+        fRecording = std::make_unique<demo::Recording>(ReadFile(fFile));
+        fListener = std::make_unique<demo::ReplayListener>(
+            *fRecording, [this](const std::string& request) { fUnknown.push_back(request); },
+            support::LoopbackAddress(), kHttpPort, nullptr);
+    }
+
+    support::TemporaryDirectory fFolder;
+    const std::string fFile = (fFolder.Path() / "server.rec").string();
+    std::unique_ptr<demo::DemoServer> fServer = std::make_unique<demo::DemoServer>(Options());
+    Words fUnknown;
+    std::unique_ptr<demo::Recording> fRecording;
+    std::unique_ptr<demo::ReplayListener> fListener;
+};
+
+} // namespace
+
+TEST_F(RecordTest, WhatWasRecordedIsPlayedToTheSameCommandsWithTheSameResults) {
+    const std::vector<Words> commands{{"instances", "DEMO_AllTypes", "-o", "json"},
+                                      {"classes"},
+                                      {"class", "DEMO_AllTypes"},
+                                      {"instances", "CIM_StorageVolume"},
+                                      {"instance", "DEMO_AllTypes.InstanceID=\"greatest\""},
+                                      {"class", "DEMO_Nothing"}};
+    std::vector<ProgramRun> recorded;
+    for (const Words& command : commands) {
+        recorded.push_back(Record(command));
+    }
+    Replay();
+    for (std::size_t i = 0; i < commands.size(); ++i) {
+        const auto played = Run(commands[i]);
+        EXPECT_EQ(played.output, recorded[i].output) << commands[i].front();
+        EXPECT_EQ(played.status, recorded[i].status) << played.errors;
+    }
+    EXPECT_THAT(recorded[0].output, HasSubstr("greatest"));
+    EXPECT_EQ(recorded.back().status, 5);
+    EXPECT_THAT(fUnknown, testing::IsEmpty());
+}
+
+TEST_F(RecordTest, ARecordingHoldsNoCredentialsAndIsForItsOwnerAlone) {
+    EXPECT_EQ(Record({"instances", "CIM_StorageVolume"}).status, 0);
+    EXPECT_THAT(ReadFile(fFile),
+                AllOf(HasSubstr("<IMETHODCALL NAME=\"EnumerateInstances\">"), HasSubstr("HTTP/1.1 401"),
+                      HasSubstr("CIMMethod: EnumerateInstances"), HasSubstr("volume-0000002"),
+                      Not(HasSubstr(kPassword)), Not(HasSubstr(kEncodedLogin))));
+    struct stat status {};
+    ASSERT_EQ(::stat(fFile.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0600U);
+}
+
+TEST_F(RecordTest, SaysOnceThatTheFileGetsWhatTheServerTells) {
+    const auto run = Record({"classes"});
+    EXPECT_EQ(run.output, Run({"classes"}).output);
+    EXPECT_EQ(run.errors, "cimhttp: " + fFile +
+                              " gets all that the server tells, without passwords; look at it before you pass it on\n");
+}
+
+TEST_F(RecordTest, WhatWasNotRecordedIsAnErrorThatNamesIt) {
+    EXPECT_EQ(Record({"classes"}).status, 0);
+    Replay();
+    const auto run = Run({"class", "CIM_System"});
+    EXPECT_EQ(run.status, 6);
+    EXPECT_THAT(run.errors, HasSubstr("not recorded"));
+    EXPECT_THAT(fUnknown, testing::Contains("GetClass of CIM_System in root/cimv2"));
+}
+
+TEST_F(RecordTest, AFileThatOthersMayReadIsRefusedAndSoIsWhatIsNoFile) {
+    fFolder.WriteFile("server.rec", "");
+    ASSERT_EQ(::chmod(fFile.c_str(), 0644), 0);
+    const auto run = Record({"classes"});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_THAT(run.errors, HasSubstr("chmod 600"));
+    EXPECT_EQ(ReadFile(fFile), "");
+    EXPECT_EQ(Run({"record", fFolder.Path().string(), "classes"}).status, 2);
+    EXPECT_EQ(Run({"record", "/dev/null", "classes"}).status, 2);
+}
+
+TEST_F(RecordTest, NeedsAFileAndACommand) {
+    for (const Words& words : {Words{"record"}, Words{"record", "file.rec"}, Words{"record", fFile, "nothing"},
+                               Words{"record", fFile, "record", fFile, "classes"}}) {
+        const auto run = Run(words);
+        EXPECT_EQ(run.status, 2) << run.output;
+        EXPECT_THAT(run.errors, HasSubstr("see cimhttp record --help"));
+    }
+}
