@@ -3,6 +3,7 @@
 #include <boost/make_shared.hpp>
 
 #include <exception>
+#include <memory>
 #include <new>
 #include <ostream>
 #include <stdexcept>
@@ -11,6 +12,8 @@
 #include "Failure.h"
 #include "FailureLog.h"
 #include "commands/Commands.h"
+#include "connection/OperationStatistics.h"
+#include "connection/TraceOutput.h"
 #include "host/TRootObject.h"
 #include "output/OutputGuard.h"
 #include "text/TerminalText.h"
@@ -30,10 +33,36 @@ class LoggerScope {
     LoggerScope& operator=(const LoggerScope&) = delete;
 };
 
+/// Writes what operations took, if that is wanted, however a command ends.
+class StatisticsAtEnd {
+  public:
+    StatisticsAtEnd(const Options& options, std::ostream& errors) : statistics_(options.statistics), errors_(errors) {}
+    ~StatisticsAtEnd() {
+        try {
+            if (statistics_) {
+                statistics_->Write(errors_);
+            }
+        } catch (...) {
+            // for want of memory, of which the command has to tell
+        }
+    }
+    StatisticsAtEnd(const StatisticsAtEnd&) = delete;
+    StatisticsAtEnd& operator=(const StatisticsAtEnd&) = delete;
+
+  private:
+    const std::shared_ptr<OperationStatistics> statistics_;
+    std::ostream& errors_;
+};
+
 /// Returns the exit status.
 int RunCommand(Command& command, const Options& options, std::ostream& output, std::ostream& errors) {
     const LoggerScope scope(boost::make_shared<FailureLog>(errors, options.log_level));
-    const int status = command.Run({options, output, errors});
+    const StatisticsAtEnd statistics(options, errors);
+    Options prepared = options;
+    if (options.trace) {
+        prepared.trace = StartTrace(*options.trace);
+    }
+    const int status = command.Run({prepared, output, errors});
     output.flush();
     return status;
 }

@@ -48,7 +48,7 @@ _cimhttp_read_line() {
                 [[ ${words[i]} == --key && $command == instance ]] || server+=("${words[i]}" "${words[i + 1]}")
                 i=$((i + 1))
                 ;;
-            -o | --timeout | --plugin | --log | --output | --property | --where | --sort | --limit | --class | --out | \
+            -o | --timeout | --plugin | --log | --trace | --output | --property | --where | --sort | --limit | --class | --out | \
                 --interval | --count | --role | --result-class | --result-role | --depth)
                 i=$((i + 1))
                 ;;
@@ -139,7 +139,7 @@ _cimhttp_offer_words() {
 
 _cimhttp_offer_options() {
     _cimhttp_offer_words --help --version --host --connection --port --namespace --tls --ca --fingerprint --cert --key \
-        --verify --user --password-file --timeout --plugin --log --output
+        --verify --user --password-file --timeout --plugin --log --trace --stats --output
     case $command in
         class) _cimhttp_offer_words --all ;;
         instances) _cimhttp_offer_words --property --where --sort --limit --exact --deep --paths --keys --wide --raw ;;
@@ -178,7 +178,7 @@ _cimhttp() {
         -o | --output) _cimhttp_offer_words table plain json csv mof dot ;;
         --log) _cimhttp_offer_words error warning info debug ;;
         --class | --result-class) _cimhttp_offer_classes ;;
-        --password-file | --plugin | --out | --ca | --cert) _cimhttp_offer_files ;;
+        --password-file | --plugin | --trace | --out | --ca | --cert) _cimhttp_offer_files ;;
         --host) mapfile -t COMPREPLY < <(compgen -A hostname -- "$current") ;;
         --key) if [[ $command == instance ]]; then _cimhttp_offer_keys; else _cimhttp_offer_files; fi ;;
         --property) _cimhttp_offer_property_list ;;

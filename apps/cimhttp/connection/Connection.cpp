@@ -196,6 +196,8 @@ Connection ConnectionOfComplete(const Options& options) {
     connection.name_space = NamespaceOf(options);
     connection.tls_settings = CheckedSettings(options.tls_settings, connection.tls);
     connection.user = options.user.value_or("");
+    connection.trace = options.trace;
+    connection.statistics = options.statistics;
     connection.timeout = std::chrono::seconds(options.timeout.value_or(kUsualTimeout));
     if (connection.user.empty() && !options.password.value_or("").empty()) {
         Refuse("whose password? give --user");
