@@ -11,6 +11,7 @@
 #include "HelpFormatter.h"
 #include "Surroundings.h"
 #include "connection/Connection.h"
+#include "connection/OperationStatistics.h"
 #include "connection/PasswordFile.h"
 #include "connection/ProgramFolder.h"
 #include "text/NearestNames.h"
@@ -123,6 +124,14 @@ struct Parser {
         app.add_flag("--strict", options.strict,
                      "Refuse an answer of which a part cannot be read, instead of showing the rest with status 7");
         app.add_option("--plugin", options.plugin, "The plug-in to load")->type_name("FILE");
+        AddText("--trace", "FILE", options.trace,
+                "Write all that is sent and received to this file, with times and without passwords");
+        app.add_flag_function(
+            "--stats",
+            [this](std::int64_t count) {
+                options.statistics = count > 0 ? std::make_shared<OperationStatistics>() : nullptr;
+            },
+            "At the end, write to the error stream what each kind of operation took");
         AddChoice("--log", "LEVEL", "Write the log to the error stream: " + Listed(kLevels), kLevels,
                   options.log_level);
     }

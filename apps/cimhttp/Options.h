@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -10,6 +11,8 @@
 #include "output/OutputFormat.h"
 
 namespace cimhttp {
+
+class OperationStatistics;
 
 /// What the command line and the environment say that concerns every command.
 struct Options {
@@ -28,8 +31,10 @@ struct Options {
     std::string plugin;                        ///< the path of the plug-in
     std::optional<NQORVYX20::ILogger::EVYXLogSeverity> log_level = {}; ///< empty: no log
     TextForm text_form = {};
-    std::optional<OutputFormat> format = {}; ///< empty: the command's first one
-    std::size_t width = 0;                   ///< the columns that a table may take; 0 for any number
+    std::optional<std::string> trace = {};                ///< the file for what is sent and received
+    std::shared_ptr<OperationStatistics> statistics = {}; ///< where what operations take is counted; null: nowhere
+    std::optional<OutputFormat> format = {};              ///< empty: the command's first one
+    std::size_t width = 0;                                ///< the columns that a table may take; 0 for any number
     bool uses_color = false;
     bool is_input_terminal = false;
     bool is_output_terminal = false;

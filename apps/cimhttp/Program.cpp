@@ -3,6 +3,8 @@
 #include <boost/make_shared.hpp>
 
 #include <exception>
+#include <filesystem>
+#include <memory>
 #include <new>
 #include <ostream>
 #include <stdexcept>
@@ -11,7 +13,9 @@
 #include "Failure.h"
 #include "FailureLog.h"
 #include "commands/Commands.h"
+#include "connection/OperationStatistics.h"
 #include "connection/RecordingFile.h"
+#include "connection/TraceOutput.h"
 #include "host/TRootObject.h"
 #include "output/OutputGuard.h"
 #include "text/TerminalText.h"
@@ -31,18 +35,50 @@ class LoggerScope {
     LoggerScope& operator=(const LoggerScope&) = delete;
 };
 
-/// Returns the exit status.
-int RunCommand(Command& command, const Options& options, std::ostream& output, std::ostream& errors) {
-    const LoggerScope scope(boost::make_shared<FailureLog>(errors, options.log_level));
-    const int status = command.Run({options, output, errors});
-    output.flush();
-    return status;
-}
+/// Writes what operations took, if that is wanted, however a command ends.
+class StatisticsAtEnd {
+  public:
+    StatisticsAtEnd(const Options& options, std::ostream& errors) : statistics_(options.statistics), errors_(errors) {}
+    ~StatisticsAtEnd() {
+        try {
+            if (statistics_) {
+                statistics_->Write(errors_);
+            }
+        } catch (...) {
+            // for want of memory, of which the command has to tell
+        }
+    }
+    StatisticsAtEnd(const StatisticsAtEnd&) = delete;
+    StatisticsAtEnd& operator=(const StatisticsAtEnd&) = delete;
+
+  private:
+    const std::shared_ptr<OperationStatistics> statistics_;
+    std::ostream& errors_;
+};
 
 void StartRecording(const std::string& file, std::ostream& errors) {
     PrepareRecording(file);
     errors << "cimhttp: " << Printable(file)
            << " gets all that the server tells, without passwords; look at it before you pass it on" << std::endl;
+}
+
+/// Returns the exit status.
+int RunCommand(Command& command, const Options& options, std::ostream& output, std::ostream& errors) {
+    const LoggerScope scope(boost::make_shared<FailureLog>(errors, options.log_level));
+    const StatisticsAtEnd statistics(options, errors);
+    Options prepared = options;
+    if (options.recording && options.trace) {
+        throw Failure(Failure::kUsage, "a recording is a trace, too: leave out --trace");
+    }
+    if (options.recording) {
+        StartRecording(*options.recording, errors);
+        prepared.trace = std::filesystem::absolute(*options.recording).string();
+    } else if (options.trace) {
+        prepared.trace = StartTrace(*options.trace);
+    }
+    const int status = command.Run({prepared, output, errors});
+    output.flush();
+    return status;
 }
 
 int Report(const std::exception& failure, int status, std::ostream& errors) {
@@ -62,9 +98,6 @@ int RunReporting(int argc, const char* const* argv, std::ostream& output, std::o
         }
         if (!parsed.warning.empty()) {
             errors << "cimhttp: " << Printable(parsed.warning) << std::endl;
-        }
-        if (parsed.options.recording) {
-            StartRecording(*parsed.options.recording, errors);
         }
         return RunCommand(*parsed.command, parsed.options, output, errors);
     } catch (const Failure& failure) {

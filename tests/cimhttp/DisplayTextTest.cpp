@@ -22,6 +22,10 @@ class TextlessAccess : public cimhttp::PluginAccess {
     void Connect(ICIMNamespace&, const std::string&, const std::string&, const std::string&, int) const override {}
     bool HasPulledEnumerations(ICIMNamespace&) const override { return false; }
     bool WouldVerify(ICIMNamespace&, const std::string&, int) const override { return false; }
+    boost::shared_ptr<ICIMNamespace> Measured(const boost::shared_ptr<ICIMNamespace>& name_space,
+                                              const std::shared_ptr<cimhttp::MeasurementSink>&) const override {
+        return name_space;
+    }
     std::optional<RemoteFailure> LastFailure(ICIMNamespace&) const override { return std::nullopt; }
     ReadingIncidents TakeIncidents(ICIMNamespace&) const override { return {}; }
     std::vector<EmbeddedObject> EmbeddedObjects(const ICIMInstance&, const std::string&) const override { return {}; }

@@ -158,6 +158,15 @@ TEST_F(ExchangeObserverTest, SeesAllOfAnAnswerThatCannotBeRead) {
     EXPECT_EQ(notes_->failure, error);
 }
 
+TEST_F(ExchangeObserverTest, SeesTheBodyOfAnAnswerThatIsRefusedForItsHead) {
+    server_.AnswerNextWith("HTTP/1.1 500 No\r\nContent-Length: 6\r\n\r\n<html>");
+    connect();
+    const std::string error = MessageOf<CIMClientHTTPErrorException>([&] { getThing(); });
+    EXPECT_THAT(notes_->calls, ElementsAre(connecting(), "request", "head", "body", "failure"));
+    EXPECT_EQ(notes_->answerBody, "<html>");
+    EXPECT_EQ(notes_->failure, error);
+}
+
 TEST_F(ExchangeObserverTest, IsAskedNoLongerWhenAnotherTakesItsPlace) {
     connect();
     client_.setExchangeObserver(nullptr);

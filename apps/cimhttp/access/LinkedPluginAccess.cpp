@@ -1,6 +1,7 @@
 #include "access/PluginAccess.h"
 
 #include "access/DocumentReader.h"
+#include "access/MeasuredNamespace.h"
 #include "access/RemoteAssociations.h"
 #include "access/RemoteReader.h"
 #include "convert/NormalName.h"
@@ -33,6 +34,11 @@ class LinkedPluginAccess : public PluginAccess {
 
     bool WouldVerify(ICIMNamespace& name_space, const std::string& host, int port) const override {
         return dynamic_cast<TCimHTTPNamespace&>(name_space).WouldVerify(host, port);
+    }
+
+    boost::shared_ptr<ICIMNamespace> Measured(const boost::shared_ptr<ICIMNamespace>& name_space,
+                                              const std::shared_ptr<MeasurementSink>& sink) const override {
+        return MeasuredNamespace(name_space, sink);
     }
 
     std::optional<NQORVYX20::RemoteFailure> LastFailure(ICIMNamespace& name_space) const override {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "access/AssociationQuery.h"
+#include "access/MeasurementSink.h"
 #include "access/RelatedObjects.h"
 #include "access/RemoteModel.h"
 #include "access/TextForm.h"
@@ -46,6 +47,11 @@ class PluginAccess {
 
     /// See TCimHTTPNamespace::WouldVerify.
     virtual bool WouldVerify(NQORVYX20::ICIMNamespace& name_space, const std::string& host, int port) const = 0;
+
+    /// The same namespace, whose operations are measured as long as somebody holds what this returns.
+    virtual boost::shared_ptr<NQORVYX20::ICIMNamespace>
+    Measured(const boost::shared_ptr<NQORVYX20::ICIMNamespace>& name_space,
+             const std::shared_ptr<MeasurementSink>& sink) const = 0;
 
     /// Why the newest operation of the namespace could not read the server; empty when it could.
     virtual std::optional<NQORVYX20::RemoteFailure> LastFailure(NQORVYX20::ICIMNamespace& name_space) const = 0;

@@ -48,7 +48,7 @@ _cimhttp_read_line() {
                 [[ ${words[i]} == --key && $command == instance ]] || server+=("${words[i]}" "${words[i + 1]}")
                 i=$((i + 1))
                 ;;
-            -o | --units | --timeout | --plugin | --log | --output | --property | --where | --sort | --limit | --class | --out | \
+            -o | --units | --timeout | --plugin | --log | --trace | --output | --property | --where | --sort | --limit | --class | --out | \
                 --interval | --count | --role | --result-class | --result-role | --depth)
                 i=$((i + 1))
                 ;;
@@ -140,7 +140,7 @@ _cimhttp_offer_words() {
 
 _cimhttp_offer_options() {
     _cimhttp_offer_words --help --version --host --connection --port --namespace --tls --ca --fingerprint --cert --key \
-        --verify --user --password-file --timeout --strict --plugin --log --output --units --verbose
+        --verify --user --password-file --timeout --strict --plugin --log --trace --stats --output --units --verbose
     case $command in
         class) _cimhttp_offer_words --all ;;
         instances) _cimhttp_offer_words --property --where --sort --limit --exact --deep --paths --keys --wide --raw ;;
@@ -185,7 +185,7 @@ _cimhttp() {
         --units) _cimhttp_offer_words scaled exact ;;
         --log) _cimhttp_offer_words error warning info debug ;;
         --class | --result-class) _cimhttp_offer_classes ;;
-        --password-file | --plugin | --out | --ca | --cert) _cimhttp_offer_files ;;
+        --password-file | --plugin | --trace | --out | --ca | --cert) _cimhttp_offer_files ;;
         --host) mapfile -t COMPREPLY < <(compgen -A hostname -- "$current") ;;
         --key) if [[ $command == instance ]]; then _cimhttp_offer_keys; else _cimhttp_offer_files; fi ;;
         --property) _cimhttp_offer_property_list ;;

@@ -197,8 +197,9 @@ Connection ConnectionOfComplete(const Options& options) {
     connection.tls_settings = CheckedSettings(options.tls_settings, connection.tls);
     connection.user = options.user.value_or("");
     connection.strict = options.strict;
+    connection.trace = options.trace;
+    connection.statistics = options.statistics;
     connection.timeout = std::chrono::seconds(options.timeout.value_or(kUsualTimeout));
-    connection.recording = options.recording;
     if (connection.user.empty() && !options.password.value_or("").empty()) {
         Refuse("whose password? give --user");
     }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -11,6 +12,7 @@
 
 namespace cimhttp {
 
+class OperationStatistics;
 struct Options;
 
 /// Time-outs, in seconds.
@@ -36,8 +38,9 @@ struct Connection {
     std::optional<int> port = {};                ///< empty for the usual one
     std::string name_space = kUsualNamespace;    ///< on the server
     TlsSettings tls_settings = {};
-    std::optional<std::string> recording = {}; ///< the file to which all that is said is written
-    std::string known_since = {};       ///< when the user trusted the fingerprint; empty where it is given otherwise
+    std::string known_since = {};          ///< when the user trusted the fingerprint; empty where it is given otherwise
+    std::optional<std::string> trace = {}; ///< the file for what is sent and received, an absolute path
+    std::shared_ptr<OperationStatistics> statistics = {}; ///< where what operations take is counted; null: nowhere
     bool is_verified_by_policy = false; ///< the machine's policy makes sure whom an encrypted connection goes to
 
     /// How long connecting may take.

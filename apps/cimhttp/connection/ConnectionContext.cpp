@@ -31,7 +31,7 @@ TCIMContext ContextOf(const Connection& connection) {
     Add(NQORVYX20::kFingerprintKey, connection.tls_settings.fingerprint, context);
     Add(NQORVYX20::kClientCertificateKey, connection.tls_settings.certificate, context);
     Add(NQORVYX20::kClientKeyKey, connection.tls_settings.key, context);
-    Add(NQORVYX20::kTraceKey, connection.recording, context);
+    Add(NQORVYX20::kTraceKey, connection.trace, context);
     return context;
 }
 

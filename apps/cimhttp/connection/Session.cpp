@@ -8,6 +8,7 @@
 #include "cimhttp/ContextKeys.h"
 #include "connection/ConnectionContext.h"
 #include "connection/FailedConnect.h"
+#include "connection/OperationStatistics.h"
 #include "connection/RemoteReason.h"
 #include "connection/ServerFailure.h"
 #include "host/ICIMClass.h"
@@ -129,7 +130,8 @@ Session::Session(const Plugin& plugin, const Connection& connection, const Atten
 
 Session::Namespace Session::Allocate(const Connection& connection) const {
     try {
-        return plugin_.AllocateNamespace(ContextOf(connection));
+        const auto allocated = plugin_.AllocateNamespace(ContextOf(connection));
+        return connection.statistics ? plugin_.Access().Measured(allocated, connection.statistics) : allocated;
     } catch (const TVYXException& exception) {
         if (exception.GetStatusCode().GetCode() != kTypeMismatch) {
             throw;

@@ -122,7 +122,7 @@ void addAllBut(std::vector<Uint32> indices, const Owner& from, Owner& to) {
         if (next != indices.end() && *next == i)
             ++next;
         else
-            to.addProperty(from.getProperty(i));
+            detail::Unchecked::add(to, from.getProperty(i));
     }
 }
 

@@ -15,6 +15,7 @@
 #include <Pegasus/Client/ExchangeObserver.h>
 
 #include <chrono>
+#include <exception>
 #include <new>
 #include <optional>
 #include <stdexcept>
@@ -338,7 +339,7 @@ class CIMClient::Impl {
                   const EndOfTime& endOfTime, Measurement& measurement) {
         measurement.requestSize = request.body.size();
         const http::HttpHead& head = connection_->post(request, end);
-        http::checkCimAnswer(head, connection_->endpoint());
+        checkAnswer(head, end);
         http::addRemarks(head.fields, measurement.remarks);
         const http::HttpFields& trailers = connection_->readBody(
             [&](std::string_view part) {
@@ -350,6 +351,28 @@ class CIMClient::Impl {
         http::addRemarks(trailers, measurement.remarks);
         http::checkCimTrailers(trailers, connection_->endpoint());
         decoder.finish();
+    }
+
+    void checkAnswer(const http::HttpHead& head, const http::Deadline& end) {
+        try {
+            http::checkCimAnswer(head, connection_->endpoint());
+        } catch (...) {
+            showRefused(std::current_exception(), end);
+            throw;
+        }
+    }
+
+    /// The body of an answer that is refused for its head, which only an observer wants to see.
+    void showRefused(const std::exception_ptr& failure, const http::Deadline& end) {
+        if (!connection_->isObserved()) {
+            return;
+        }
+        try {
+            connection_->readBody([&](std::string_view) { std::rethrow_exception(failure); },
+                                  end.ofStep(std::chrono::milliseconds(ExchangeObserver::kRestMilliseconds)));
+        } catch (...) {
+            // why it is refused counts
+        }
     }
 
     ClientLimits limits_;

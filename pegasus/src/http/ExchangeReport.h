@@ -18,6 +18,8 @@ class ExchangeReport {
   public:
     void setObserver(std::shared_ptr<ExchangeObserver> observer) { observer_ = std::move(observer); }
 
+    bool isObserved() const { return observer_ != nullptr; }
+
     /// Sees to it that a reader keeps what is to be told of its answers.
     void prepare(ResponseReader& reader) const;
 

@@ -45,6 +45,7 @@ class HttpConnection {
 
     /// Who sees all exchanges from the next one on; null for nobody.
     void setObserver(std::shared_ptr<ExchangeObserver> observer);
+    bool isObserved() const { return report_.isObserved(); }
 
     /// Opens the TCP connection. Throws like Channel::open().
     void open(const Deadline& deadline);

@@ -29,7 +29,7 @@ class ExchangeObserver {
     virtual void onRequest(std::string_view head, std::string_view body, Time time) = 0;
     /// The head with its empty line, interim answers before it; where it is no good HTTP, what has come.
     virtual void onAnswerHead(std::string_view head, Time time) = 0;
-    /// The next bytes of the body, without the frames of chunks. After a failure to read the answer's content, the rest
+    /// The next bytes of the body, without the frames of chunks. Of an answer that is refused, the rest
     /// of the body comes, too, up to kRestBytes and for kRestMilliseconds.
     virtual void onAnswerBody(std::string_view part) = 0;
     /// The answer is complete. `trailers` are whole lines, mostly none.

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <boost/shared_ptr.hpp>
+
+#include <memory>
+
+#include "access/MeasurementSink.h"
+
+namespace NQORVYX20 {
+class ICIMNamespace;
+} // namespace NQORVYX20
+
+namespace cimhttp {
+
+/// The same namespace, whose operations on its server are measured as long as somebody holds what this returns.
+boost::shared_ptr<NQORVYX20::ICIMNamespace>
+MeasuredNamespace(const boost::shared_ptr<NQORVYX20::ICIMNamespace>& name_space,
+                  const std::shared_ptr<MeasurementSink>& sink);
+
+} // namespace cimhttp

@@ -1,0 +1,66 @@
+#include "connection/OperationStatistics.h"
+
+#include <array>
+#include <cstdio>
+#include <ostream>
+
+namespace cimhttp {
+
+namespace {
+
+constexpr const char* kNoTime = "-";
+
+std::string Milliseconds(std::uint64_t microseconds) {
+    constexpr double kMicroseconds = 1000;
+    std::array<char, 48> text{};
+    std::snprintf(text.data(), text.size(), "%.3f ms", static_cast<double>(microseconds) / kMicroseconds);
+    return text.data();
+}
+
+void WriteColumns(std::ostream& stream, const std::string& name, const std::string& requests, const std::string& sent,
+                  const std::string& received, const std::string& round_trip, const std::string& server_time) {
+    std::array<char, 192> line{};
+    std::snprintf(line.data(), line.size(), "%-28s %8s %12s %14s %16s %16s\n", name.c_str(), requests.c_str(),
+                  sent.c_str(), received.c_str(), round_trip.c_str(), server_time.c_str());
+    stream << line.data();
+}
+
+} // namespace
+
+void OperationStatistics::Sums::Add(const Sums& other) {
+    requests += other.requests;
+    sent += other.sent;
+    received += other.received;
+    round_trip += other.round_trip;
+    server_time += other.server_time;
+    server_times += other.server_times;
+}
+
+void OperationStatistics::Add(const Measurement& measurement) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    operations_[measurement.operation].Add({1, measurement.sent, measurement.received, measurement.round_trip,
+                                            measurement.server_time.value_or(0),
+                                            measurement.server_time ? std::size_t{1} : 0});
+}
+
+void OperationStatistics::Write(std::ostream& stream) const {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    WriteColumns(stream, "operation", "answers", "bytes sent", "bytes received", "round trip", "server time");
+    Sums all;
+    for (const auto& [name, sums] : operations_) {
+        WriteLine(stream, name, sums);
+        all.Add(sums);
+    }
+    WriteLine(stream, "all", all);
+    stream.flush();
+}
+
+void OperationStatistics::WriteLine(std::ostream& stream, const std::string& name, const Sums& sums) {
+    const std::string known = sums.server_times == 0              ? kNoTime
+                              : sums.server_times < sums.requests ? '>' + Milliseconds(sums.server_time)
+                                                                  : Milliseconds(sums.server_time);
+    WriteColumns(stream, name, std::to_string(sums.requests), std::to_string(sums.sent), std::to_string(sums.received),
+                 Milliseconds(sums.round_trip), known);
+}
+
+} // namespace cimhttp
