@@ -290,7 +290,7 @@ class ResponseDecoder::Impl {
 
     /// The first one counts.
     void readError() {
-        const CIMException error = decodeError(reader_);
+        const CIMException error = decodeError(*objects_, reader_);
         if (!error_)
             error_.emplace(error);
     }

@@ -70,36 +70,38 @@ std::string reasonOf(const HttpHead& head, const Endpoint& endpoint) {
         reason += schemes.empty() ? ", which names no scheme of logging in" : ", which offers " + schemes;
     }
     return reason;
-    /// A field line; nothing without languages.
-    std::string acceptLanguage(const AcceptLanguageList& languages) {
-        std::string line;
-        for (Uint32 i = 0; i < languages.size(); ++i) {
-            line += line.empty() ? "Accept-Language: " : ", ";
-            line += languages.getLanguageTag(i).toString().view();
-            const int thousandths = static_cast<int>(std::lround(1000 * languages.getQualityValue(i)));
-            if (thousandths < 1000) {
-                line += ";q=0." + std::to_string(1000 + std::max(thousandths, 0)).substr(1);
-            }
-        }
-        return line.empty() ? line : line + "\r\n";
-    }
+}
 
-    void addLanguages(std::string_view list, ContentLanguageList & languages) {
-        while (!list.empty()) {
-            try {
-                languages.append(LanguageTag(String(takeUpTo(',', list))));
-            } catch (const InvalidNameException&) {
-                // a server's own name for a language
-            }
+/// A field line; nothing without languages.
+std::string acceptLanguage(const AcceptLanguageList& languages) {
+    std::string line;
+    for (Uint32 i = 0; i < languages.size(); ++i) {
+        line += line.empty() ? "Accept-Language: " : ", ";
+        line += languages.getLanguageTag(i).toString().view();
+        const int thousandths = static_cast<int>(std::lround(1000 * languages.getQualityValue(i)));
+        if (thousandths < 1000) {
+            line += ";q=0." + std::to_string(1000 + std::max(thousandths, 0)).substr(1);
         }
     }
+    return line.empty() ? line : line + "\r\n";
+}
 
-    std::optional<Uint64> numberIn(std::string_view text) {
-        Uint64 number = 0;
-        const char* const end = text.data() + text.size();
-        const auto parsed = std::from_chars(text.data(), end, number);
-        return parsed.ec == std::errc() && parsed.ptr == end ? std::optional<Uint64>(number) : std::nullopt;
+void addLanguages(std::string_view list, ContentLanguageList& languages) {
+    while (!list.empty()) {
+        try {
+            languages.append(LanguageTag(String(takeUpTo(',', list))));
+        } catch (const InvalidNameException&) {
+            // a server's own name for a language
+        }
     }
+}
+
+std::optional<Uint64> numberIn(std::string_view text) {
+    Uint64 number = 0;
+    const char* const end = text.data() + text.size();
+    const auto parsed = std::from_chars(text.data(), end, number);
+    return parsed.ec == std::errc() && parsed.ptr == end ? std::optional<Uint64>(number) : std::nullopt;
+}
 
 } // namespace
 
