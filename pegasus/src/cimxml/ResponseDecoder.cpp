@@ -34,8 +34,8 @@ namespace {
 
 /// What other operations return. An element that is not even among these is no CIM-XML.
 bool isOtherReturnValue(std::string_view elementName) {
-    constexpr std::array<std::string_view, 6> kOthers = {"INSTANCEPATH",    "VALUE",          "VALUE.ARRAY",
-                                                         "VALUE.REFERENCE", "VALUE.REFARRAY", "VALUE.NAMEDOBJECT"};
+    constexpr std::array<std::string_view, 4> kOthers = {"VALUE.ARRAY", "VALUE.REFERENCE", "VALUE.REFARRAY",
+                                                         "VALUE.NAMEDOBJECT"};
     return std::find(kOthers.begin(), kOthers.end(), elementName) != kOthers.end();
 }
 
@@ -64,6 +64,8 @@ void ReturnValueSink::onClassName(const CIMName&) { throwUnexpectedObject("a cla
 void ReturnValueSink::onInstanceName(const CIMObjectPath&) { throwUnexpectedObject("an instance name"); }
 void ReturnValueSink::onObjectPath(const CIMObjectPath&) { throwUnexpectedObject("an object path"); }
 void ReturnValueSink::onQualifierDecl(const CIMQualifierDecl&) { throwUnexpectedObject("a qualifier declaration"); }
+void ReturnValueSink::onInstancePath(const CIMObjectPath&) { throwUnexpectedObject("INSTANCEPATH"); }
+void ReturnValueSink::onValueText(const String&) { throwUnexpectedObject("VALUE"); }
 
 class ResponseDecoder::Impl {
   public:
@@ -96,6 +98,8 @@ class ResponseDecoder::Impl {
         if (error_)
             throw CIMException(*error_);
     }
+
+    Uint64 bytes() const noexcept { return bytes_; }
 
   private:
     /// Reads all that is complete. What is not has to be read again from its beginning, so that is put off until there
@@ -181,7 +185,7 @@ class ResponseDecoder::Impl {
         else if (reader_.name() == "ERROR")
             error_.emplace(decodeError(reader_));
         else if (reader_.name() == "PARAMVALUE")
-            reader_.skip();
+            takeOutputParameter();
         else
             throwXmlError({"the element ", reader_.name(), " does not belong into ", kEnvelope[kInMethodResponse - 1]});
     }
@@ -229,8 +233,31 @@ class ResponseDecoder::Impl {
             sink_.onClassName(objects_->decodeClassName(reader_));
         else if (name == "QUALIFIER.DECLARATION")
             sink_.onQualifierDecl(objects_->decodeQualifierDecl(reader_));
+        else if (name == "INSTANCEPATH")
+            sink_.onInstancePath(objects_->decodeInstanceName(reader_));
+        else if (name == "VALUE")
+            sink_.onValueText(String(reader_.text()));
         else
             refuse(name);
+    }
+
+    /// Its type is known to whoever asked for it; servers leave PARAMTYPE out, or call it TYPE.
+    void takeOutputParameter() {
+        const String name(reader_.attributes().find("NAME").value_or(std::string_view()));
+        std::optional<String> text;
+        std::optional<CIMClass> cimClass;
+        while (reader_.nextElement()) {
+            if (reader_.name() == "VALUE")
+                text.emplace(reader_.text());
+            else if (reader_.name() == "CLASS")
+                cimClass.emplace(objects_->decodeClass(reader_));
+            else
+                reader_.skip();
+        }
+        if (text)
+            sink_.onOutputText(name, *text);
+        if (cimClass)
+            sink_.onOutputClass(name, *cimClass);
     }
 
     [[noreturn]] void refuse(std::string_view name) {
@@ -270,5 +297,7 @@ ResponseDecoder::~ResponseDecoder() = default;
 void ResponseDecoder::feed(std::string_view chunk) { impl_->feed(chunk); }
 
 void ResponseDecoder::finish() { impl_->finish(); }
+
+Uint64 ResponseDecoder::bytes() const noexcept { return impl_->bytes(); }
 
 } // namespace Pegasus::cimxml

@@ -18,8 +18,9 @@ namespace Pegasus::cimxml {
 class Checkpoint;
 class ObjectDecoder;
 
-/// Receives the objects of a return value, one by one, in the order of the document. An operation overrides what it
-/// expects; every other kind of object ends in CIMClientResponseException.
+/// Receives the objects of a return value, one by one, in the order of the document, and output parameters. An
+/// operation overrides what it expects; every other kind of object ends in CIMClientResponseException, and every other
+/// output parameter is ignored.
 class ReturnValueSink {
   public:
     virtual ~ReturnValueSink() = default;
@@ -34,6 +35,15 @@ class ReturnValueSink {
     /// Where a class or an instance is.
     virtual void onObjectPath(const CIMObjectPath& path);
     virtual void onQualifierDecl(const CIMQualifierDecl& declaration);
+    /// Where an instance is, of operations that promise nothing else.
+    virtual void onInstancePath(const CIMObjectPath& path);
+    /// A value that is no array, as it stands there.
+    virtual void onValueText(const String& text);
+
+    /// An output parameter with a value that is no array, as it stands there; one that is null is not handed over.
+    virtual void onOutputText(const String& /*name*/, const String& /*text*/) {}
+    /// One that is a class.
+    virtual void onOutputClass(const String& /*name*/, const CIMClass& /*cimClass*/) {}
 };
 
 /// Decodes the body of an answer while it arrives. Each object of the return value is handed to the sink once it is
@@ -61,6 +71,9 @@ class ResponseDecoder {
     /// holds the server's error instead of a return value. An answer with neither is accepted: the server's status may
     /// stand elsewhere.
     void finish();
+
+    /// How many bytes have been fed.
+    Uint64 bytes() const noexcept;
 
   private:
     class Impl;
