@@ -325,6 +325,16 @@ TEST_F(PulledOperations, AreClosedWhenNobodyGoesOnInTime) {
     }
 }
 
+TEST_F(PulledOperations, AreNotThereWhereNoneMayBeOpen) {
+    demo::EnumerationLimits limits;
+    limits.open = 0;
+    const demo::CimService service(demo::BuiltInSchema(), {}, "demo.example", limits);
+    demo::CimRequest request;
+    request.method = "OpenEnumerateInstances";
+    request.nameSpace = "root/cimv2";
+    EXPECT_EQ(demo::Answer(service, request)->error->Code(), "7");
+}
+
 TEST_F(PulledOperations, RefuseATimeThatIsTooLongOrForEver) {
     EXPECT_EQ(OpenVolumes(0, {Text("OperationTimeout", "600")}).error, 0);
     EXPECT_EQ(OpenVolumes(0, {Text("OperationTimeout", "601")}).error, kInvalidTimeout);

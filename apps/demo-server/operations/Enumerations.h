@@ -19,7 +19,7 @@ class Repository;
 
 /// What clients may take of a server with the enumerations that they pull.
 struct EnumerationLimits {
-    /// That are open at the same time.
+    /// That are open at the same time. With 0 there are none at all, as with servers of an older standard.
     std::size_t open = 100;
     /// Objects of one portion, whatever the client asks for.
     std::size_t objects = 10'000;

@@ -28,7 +28,7 @@ CimService::CimService(std::vector<NamespaceContent> namespaces, const std::stri
         namespaces_.Add(std::move(schema), std::move(providers), {host, std::move(name)});
     }
     for (const auto& family : {ClassOperations(), InstanceOperations(), AssociationOperations(), QualifierOperations(),
-                               PulledOperations(*enumerations_)})
+                               enumerations.open == 0 ? Operations() : PulledOperations(*enumerations_)})
         for (const auto& operation : family)
             operations_.emplace(operation.name, operation);
 }
