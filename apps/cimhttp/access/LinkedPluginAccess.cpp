@@ -7,6 +7,7 @@
 #include "access/RemoteReader.h"
 #include "convert/NormalName.h"
 #include "host/ICIMPropertyDecl.h"
+#include "model/TCimHTTPClass.h"
 #include "model/TCimHTTPProperty.h"
 #include "model/TFaithfulInstance.h"
 #include "provider/TCimHTTPNamespace.h"
@@ -73,6 +74,12 @@ class LinkedPluginAccess : public PluginAccess {
 
     std::vector<RemoteQualifierDeclaration> ReadQualifierDeclarations(ICIMNamespace& name_space) const override {
         return ReadRemoteQualifiers(dynamic_cast<TCimHTTPNamespace&>(name_space));
+    }
+
+    std::unique_ptr<InstanceSequence> OpenInstances(ICIMNamespace& name_space, NQORVYX20::ICIMClass& cls, bool deep,
+                                                    const NQORVYX20::TCIMContext& context) const override {
+        return OpenRemoteInstances(dynamic_cast<TCimHTTPNamespace&>(name_space),
+                                   dynamic_cast<NQORVYX20::TCimHTTPClass&>(cls), deep, context);
     }
 
     bool HasPulledEnumerations(ICIMNamespace& name_space) const override {
