@@ -5,6 +5,7 @@
 namespace {
 
 constexpr std::string_view kNotFound = "!6";
+constexpr std::string_view kNotSupported = "!7";
 
 /// What stands in a text between a beginning and a quote or tag; empty where there is none.
 std::string Between(std::string_view text, std::string_view begin) {
@@ -22,9 +23,27 @@ std::string ObjectOf(std::string_view request) {
     return qualifier.empty() ? Between(request, "<CLASSNAME NAME=\"") : qualifier;
 }
 
-std::string ResponseContent(std::string_view content) {
+bool BeginsWith(std::string_view text, std::string_view begin) { return text.substr(0, begin.size()) == begin; }
+
+bool IsOfPulledEnumerations(std::string_view method) {
+    return BeginsWith(method, "Open") || BeginsWith(method, "Pull") || method == "CloseEnumeration";
+}
+
+/// How a pulled enumeration goes on: an opening content that begins with '+' is not all.
+std::string OutputParameters(std::string_view method, bool isAll) {
+    if (!IsOfPulledEnumerations(method)) {
+        return {};
+    }
+    return isAll ? "<PARAMVALUE NAME=\"EndOfSequence\"><VALUE>TRUE</VALUE></PARAMVALUE>"
+                 : "<PARAMVALUE NAME=\"EnumerationContext\"><VALUE>next</VALUE></PARAMVALUE>"
+                   "<PARAMVALUE NAME=\"EndOfSequence\"><VALUE>FALSE</VALUE></PARAMVALUE>";
+}
+
+std::string ResponseContent(std::string_view method, std::string_view content) {
     if (content.empty() || content.front() != '!') {
-        return "<IRETURNVALUE>" + std::string(content) + "</IRETURNVALUE>";
+        const bool isAll = content.empty() || content.front() != '+' || !BeginsWith(method, "Open");
+        content.remove_prefix(isAll ? 0 : 1);
+        return "<IRETURNVALUE>" + std::string(content) + "</IRETURNVALUE>" + OutputParameters(method, isAll);
     }
     const std::string_view digits = content.substr(1, content.find_first_not_of("0123456789", 1) - 1);
     return "<ERROR CODE=\"" + std::string(digits) + "\" DESCRIPTION=\"as the input says\"/>";
@@ -33,7 +52,7 @@ std::string ResponseContent(std::string_view content) {
 std::string Body(const std::string& id, const std::string& method, std::string_view content) {
     return "<?xml version=\"1.0\" encoding=\"utf-8\"?><CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><MESSAGE ID=\"" + id +
            "\" PROTOCOLVERSION=\"1.0\"><SIMPLERSP><IMETHODRESPONSE NAME=\"" + method + "\">" +
-           ResponseContent(content) + "</IMETHODRESPONSE></SIMPLERSP></MESSAGE></CIM>";
+           ResponseContent(method, content) + "</IMETHODRESPONSE></SIMPLERSP></MESSAGE></CIM>";
 }
 
 } // namespace
@@ -65,5 +84,5 @@ std::string_view CimAnswers::ContentFor(const std::string& method, const std::st
     auto& places = places_[method];
     const std::size_t place = places.emplace(object, places.size()).first->second;
     const auto& contents = contents_[method];
-    return place < contents.size() ? contents[place] : kNotFound;
+    return place < contents.size() ? contents[place] : IsOfPulledEnumerations(method) ? kNotSupported : kNotFound;
 }

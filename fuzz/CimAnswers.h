@@ -14,6 +14,9 @@
 /// holds as its return value. Beginning with '!' they are the code of an error instead, and with '~' the connection
 /// breaks off. The answers to a method count in their order, each for one object: who asks for the object again gets
 /// the same. When none is left, there is nothing of that name.
+///
+/// The server has the pulled enumerations that the input has answers for. One that is opened has a second portion when
+/// the answer begins with '+', and no third.
 class CimAnswers {
   public:
     explicit CimAnswers(std::string_view input);

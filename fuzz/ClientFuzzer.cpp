@@ -77,6 +77,23 @@ bool Try(const std::function<void()>& operation) {
     return false;
 }
 
+/// Pulls an enumeration of a few portions, and closes it before its end if that has not come by then.
+void Pull(CIMClient& client, const CIMNamespaceName& space, const CIMName& name) {
+    constexpr int kPortions = 3;
+    constexpr Uint32 kCount = 10;
+    CIMEnumerationContext context;
+    Boolean end = false;
+    client.openEnumerateInstances(context, end, space, name, true, false, CIMPropertyList(), String(), String(),
+                                  Uint32Arg(), false, kCount);
+    for (int i = 0; i < kPortions && !end; ++i) {
+        client.pullInstancesWithPath(context, end, kCount);
+    }
+    if (!end) {
+        client.enumerationCount(context);
+        client.closeEnumeration(context);
+    }
+}
+
 void UseClient() {
     const CIMNamespaceName space("root/cimv2");
     const CIMName name("A");
@@ -89,6 +106,12 @@ void UseClient() {
     Try([&] { client.enumerateInstances(space, name); });
     Try([&] { client.enumerateInstanceNames(space, name); });
     Try([&] { client.enumerateQualifiers(space); });
+    Try([&] { Pull(client, space, name); });
+    Try([&] {
+        CIMEnumerationContext context;
+        Boolean end = false;
+        client.openEnumerateInstancePaths(context, end, space, name);
+    });
 }
 
 } // namespace

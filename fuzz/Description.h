@@ -21,6 +21,7 @@ class Description {
     void Add(const Pegasus::CIMObject& object);
     void Add(const Pegasus::CIMObjectPath& path);
     void Add(const Pegasus::CIMQualifierDecl& declaration);
+    void Add(const Pegasus::CIMValue& value);
 
     const std::string& Text() const { return text_; }
 
@@ -33,7 +34,6 @@ class Description {
     void Add(const Pegasus::CIMParameter& parameter);
     void Add(const Pegasus::CIMProperty& property);
     void Add(const Pegasus::CIMQualifier& qualifier);
-    void Add(const Pegasus::CIMValue& value);
 
     template <class T>
     void AddContent(const Pegasus::CIMValue& value);

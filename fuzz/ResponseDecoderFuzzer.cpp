@@ -24,6 +24,10 @@ struct DescribingSink : cimxml::ReturnValueSink {
     void onInstanceName(const CIMObjectPath& name) override { description.Add(name); }
     void onObjectPath(const CIMObjectPath& path) override { description.Add(path); }
     void onQualifierDecl(const CIMQualifierDecl& declaration) override { description.Add(declaration); }
+    void onInstancePath(const CIMObjectPath& path) override { description.Add(path); }
+    void onValueText(const String& text) override { description.Add(CIMValue(text)); }
+    void onOutputText(const String& /*name*/, const String& text) override { description.Add(CIMValue(text)); }
+    void onOutputClass(const String& /*name*/, const CIMClass& cimClass) override { description.Add(cimClass); }
 
     Description description;
 };

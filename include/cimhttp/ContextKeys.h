@@ -90,4 +90,11 @@ constexpr const char* kTraceKey = "cimhttp.trace";
 /// The properties that are wanted, an array of names; the others are null in the instances. All without the key.
 constexpr const char* kPropertiesKey = "cimhttp.properties";
 
+/// The most instances that are held at once, a whole number of any unsigned type, greater than 0; without the key, all
+/// are, and the callback is called when the last one has come. With it, a class that has no more instances is read in
+/// the same way. Of a class that has more, the callback gets the first ones before the others are asked for, all of
+/// them in the order of the server, two with one path as often as they come, and none is kept for GetInstance; memory
+/// then holds so many, and those of one request. A server without pulled enumerations sends all with one request.
+constexpr const char* kHeldKey = "cimhttp.held";
+
 } // namespace NQORVYX20

@@ -151,6 +151,7 @@ void TCimHTTPNamespace::Connect(const ConnectionPlan& plan, const std::string& h
     try {
         Apply(plan.Options());
         getPegClient()->setTimeout(TimeoutMs());
+        fServer->ForgetWhatItCan();
         Open(plan, host, user, password, port);
     } catch (...) {
         Apply(before);

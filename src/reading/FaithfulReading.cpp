@@ -3,6 +3,7 @@
 #include <boost/make_shared.hpp>
 
 #include <map>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -13,10 +14,10 @@
 #include "convert/StatusCodes.h"
 #include "host/ICIMInstance.h"
 #include "host/TVYXException.h"
-#include "model/EntryMap.h"
 #include "model/TCimHTTPClass.h"
 #include "model/TFaithfulInstance.h"
 #include "provider/TCimHTTPNamespace.h"
+#include "reading/InstanceEnumeration.h"
 #include "reading/InstancePath.h"
 #include "reading/InstanceReader.h"
 #include "reading/ReadingReport.h"
@@ -50,6 +51,39 @@ Pegasus::CIMPropertyList PropertiesIn(const TCIMContext& context) {
         names.append(Pegasus::CIMName(ToRemoteText(name)));
     }
     return {names};
+}
+
+/// A number of any unsigned type.
+std::optional<std::size_t> WholeNumberOf(const TCIMValue& value) {
+    using ECIMType = TCIMValue::TCIMType::ECIMType;
+    switch (value.GetType()) {
+    case ECIMType::eCIMUint8:
+        return std::size_t{static_cast<unsigned char>(value)};
+    case ECIMType::eCIMUint16:
+        return std::size_t{static_cast<unsigned short>(value)};
+    case ECIMType::eCIMUint32:
+        return std::size_t{static_cast<unsigned int>(value)};
+    case ECIMType::eCIMUint64:
+        return std::size_t{static_cast<unsigned long long>(value)};
+    default:
+        return std::nullopt;
+    }
+}
+
+/// How many instances may be held at once. Throws TVYXException 14, after a line in the log, for what is no such
+/// number.
+std::size_t HeldIn(const TCIMContext& context) {
+    const auto held = context.find(kHeldKey);
+    if (held == context.end()) {
+        return InstanceEnumeration::kAll;
+    }
+    const auto number = held->second.IsNull() ? std::nullopt : WholeNumberOf(held->second);
+    if (!number || *number == 0) {
+        LogError(std::string("TCimHTTPClass::EnumerateInstances: the context value '") + kHeldKey +
+                 "' is not a whole number above 0");
+        throw TVYXException(kTypeMismatch);
+    }
+    return *number;
 }
 
 } // namespace
@@ -96,51 +130,20 @@ void FaithfulReading::CompleteSubClasses(TCimHTTPClass& cls, bool deep) { fClass
 
 void FaithfulReading::EnumerateInstances(TCimHTTPClass& cls, const TInstanceCallback& callback, bool deep,
                                          TCIMContext context) {
-    const std::string key = NormalizeName(NameOf(cls), NameRule::kCim);
-    const Pegasus::CIMPropertyList properties = PropertiesIn(context);
-    const auto instances = boost::make_shared<const TInstances>(ReadInstances(cls, deep, properties));
-    if (properties.isNull()) {
-        fReadings.Keep(key, instances);
-    } else {
-        fReadings.Drop(key); // nobody is to take for null what was not asked for
-    }
-    VisitEntries(*instances, callback);
-}
-
-FaithfulReading::TInstances FaithfulReading::ReadInstances(TCimHTTPClass& cls, bool deep,
-                                                           const Pegasus::CIMPropertyList& properties) {
-    const auto nameSpace = LockNamespace();
-    nameSpace->Report().BeginOperation();
-    return AskRemotely(nameSpace->Report(), "TCimHTTPClass::EnumerateInstances " + NameOf(cls), [&] {
-        const Pegasus::CIMName className(ToRemoteText(NameOf(cls)));
-        auto remotes = nameSpace->Server().EnumerateWholeInstances(NameOf(cls), properties);
-        TInstances instances;
-        std::map<std::string, TClassPointer> classes; // of this answer
-        InstanceReader reader(nameSpace->Report());
-        for (Pegasus::Uint32 i = 0; i < remotes.size(); ++i) {
-            Pegasus::CIMInstance remote = std::exchange(remotes[i], {}); // its memory goes to what is made of it
-            if (deep || remote.getClassName().equal(className)) {
-                const std::string name = ToStdString(remote.getClassName());
-                TClassPointer& itsClass = classes[name];
-                itsClass = itsClass ? itsClass : fClasses.ClassOf(name, kIsReported);
-                Keep(remote, itsClass, reader, instances);
+    const auto enumeration = OpenInstances(cls, deep, context);
+    do {
+        for (const auto& instance : enumeration->Next()) {
+            if (!callback(instance)) {
+                return;
             }
         }
-        return instances;
-    });
+    } while (!enumeration->IsAtEnd());
 }
 
-/// Files one instance of an answer.
-void FaithfulReading::Keep(Pegasus::CIMInstance& remote, const TClassPointer& cls, InstanceReader& reader,
-                           TInstances& instances) {
-    std::string key;
-    const auto instance = MakeInstance(remote, remote.getPath(), cls, reader, key);
-    // Servers mostly give instances in the order of their paths.
-    if (instances.emplace_hint(instances.end(), key, instance)->second != instance) {
-        LockNamespace()->Report().AddAndLog({ReadingIncident::Cause::kDoubledPath, NameOf(*cls),
-                                             instance->GetReference(TCIMContext()).GetPath(), std::string(),
-                                             "an instance before has the same path"});
-    }
+std::unique_ptr<InstanceEnumeration> FaithfulReading::OpenInstances(TCimHTTPClass& cls, bool deep,
+                                                                    const TCIMContext& context) {
+    return std::make_unique<InstanceEnumeration>(LockNamespace(), *this, cls, deep, PropertiesIn(context),
+                                                 HeldIn(context));
 }
 
 boost::shared_ptr<TFaithfulInstance> FaithfulReading::MakeInstance(Pegasus::CIMInstance& remote,

@@ -2,6 +2,7 @@
 
 #include <boost/weak_ptr.hpp>
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -11,6 +12,7 @@
 
 namespace NQORVYX20 {
 
+class InstanceEnumeration;
 class InstanceReader;
 class TFaithfulInstance;
 class TCimHTTPNamespace;
@@ -41,7 +43,8 @@ class FaithfulReading : public Reading {
     /// Fetches the definitions of all subclasses, with `deep` of all classes below, with one request at the first call.
     void CompleteSubClasses(TCimHTTPClass& cls, bool deep) override;
 
-    /// One request, and one for each class that is met for the first time. The callback is called when all is read.
+    /// One request, or one for each portion, and one for each class that is met for the first time. The callback is
+    /// called when all is read that the context lets be held.
     void EnumerateInstances(TCimHTTPClass& cls, const TInstanceCallback& callback, bool deep,
                             TCIMContext context) override;
 
@@ -49,19 +52,20 @@ class FaithfulReading : public Reading {
     boost::shared_ptr<ICIMInstance> GetInstance(const TCIMReference& reference, TCIMContext context) override;
     void End() override;
 
+    /// An enumeration that is read as it is wanted. Of the context counts what counts for EnumerateInstances().
+    std::unique_ptr<InstanceEnumeration> OpenInstances(TCimHTTPClass& cls, bool deep, const TCIMContext& context);
+
     /// Instances that came as the answer to a request of another kind: each of its own class, under its path with the
     /// namespace that this reading reads. One request for each class that is met for the first time. Takes them out of
     /// the array.
     std::vector<boost::shared_ptr<ICIMInstance>> TakeOver(Pegasus::Array<Pegasus::CIMInstance>& remotes);
 
   private:
+    friend class InstanceEnumeration;
     using TClassPointer = FaithfulClasses::TClassPointer;
-    using TInstances = LastReadings::TInstances;
 
     boost::shared_ptr<TCimHTTPNamespace> LockNamespace() const;
 
-    TInstances ReadInstances(TCimHTTPClass& cls, bool deep, const Pegasus::CIMPropertyList& properties);
-    void Keep(Pegasus::CIMInstance& remote, const TClassPointer& cls, InstanceReader& reader, TInstances& instances);
     boost::shared_ptr<TFaithfulInstance> MakeInstance(Pegasus::CIMInstance& remote, const Pegasus::CIMObjectPath& path,
                                                       const TClassPointer& cls, InstanceReader& reader,
                                                       std::string& key);

@@ -1,5 +1,7 @@
 #include "reading/RemoteServer.h"
 
+#include <algorithm>
+#include <limits>
 #include <utility>
 
 #if __has_include(<Pegasus/Client/ClientLimits.h>)
@@ -29,6 +31,7 @@ constexpr bool kLocalOnly = true;
 constexpr bool kDeep = true;
 constexpr bool kQualifiers = true;
 constexpr bool kClassOrigin = true;
+[[maybe_unused]] constexpr Pegasus::Uint32 kCloseMilliseconds = 2000;
 
 /// The null name for an empty text.
 Pegasus::CIMName NameOrNull(const std::string& name) {
@@ -170,6 +173,80 @@ Pegasus::Array<Pegasus::CIMInstance> RemoteServer::EnumerateWholeInstances(const
     return fClient->enumerateInstances(*fNamespace, Pegasus::CIMName(ToRemoteText(className)), kDeep, !kLocalOnly,
                                        !kQualifiers, !kClassOrigin, properties);
 }
+
+#ifdef CIMHTTP_HAS_PULLED_ENUMERATIONS
+
+Pegasus::Array<Pegasus::CIMInstance> RemoteServer::OpenWholeInstances(RemoteEnumeration& enumeration,
+                                                                      const std::string& className,
+                                                                      const Pegasus::CIMPropertyList& properties,
+                                                                      Pegasus::Uint32 count) {
+    return fClient->openEnumerateInstances(enumeration.context, enumeration.isAtEnd, *fNamespace,
+                                           Pegasus::CIMName(className.c_str()), kDeep, !kClassOrigin, properties,
+                                           Pegasus::String(), Pegasus::String(), Pegasus::Uint32Arg(), false, count);
+}
+
+Pegasus::Array<Pegasus::CIMInstance> RemoteServer::PullInstances(RemoteEnumeration& enumeration,
+                                                                 Pegasus::Uint32 count) {
+    return fClient->pullInstancesWithPath(enumeration.context, enumeration.isAtEnd, count);
+}
+
+void RemoteServer::CloseEnumeration(RemoteEnumeration& enumeration) {
+    const Pegasus::Uint32 timeout = fClient->getTimeout();
+    fClient->setTimeout(std::min(timeout, kCloseMilliseconds));
+    try {
+        fClient->closeEnumeration(enumeration.context);
+    } catch (...) {
+        fClient->setTimeout(timeout);
+        throw;
+    }
+    fClient->setTimeout(timeout);
+}
+
+#else
+
+namespace {
+
+[[noreturn]] void ThrowWithoutPulls() {
+    throw Pegasus::CIMException(Pegasus::CIM_ERR_NOT_SUPPORTED, "the client library has no pulled enumerations");
+}
+
+} // namespace
+
+Pegasus::Array<Pegasus::CIMInstance> RemoteServer::OpenWholeInstances(RemoteEnumeration& /*enumeration*/,
+                                                                      const std::string& /*className*/,
+                                                                      const Pegasus::CIMPropertyList& /*properties*/,
+                                                                      Pegasus::Uint32 /*count*/) {
+    ThrowWithoutPulls();
+}
+
+Pegasus::Array<Pegasus::CIMInstance> RemoteServer::PullInstances(RemoteEnumeration& /*enumeration*/,
+                                                                 Pegasus::Uint32 /*count*/) {
+    ThrowWithoutPulls();
+}
+
+void RemoteServer::CloseEnumeration(RemoteEnumeration& /*enumeration*/) { ThrowWithoutPulls(); }
+
+#endif
+
+#ifdef CIMHTTP_HAS_CLIENT_LIMITS
+
+std::uint64_t RemoteServer::MaxBytes() const { return fClient->getLimits().answerBytes; }
+
+std::uint64_t RemoteServer::MaxInstances() const { return fClient->getLimits().answerObjects; }
+
+std::uint64_t RemoteServer::BytesOf(const RemoteEnumeration& enumeration) {
+    return enumeration.context.getAnswerBytes();
+}
+
+#else
+
+std::uint64_t RemoteServer::MaxBytes() const { return std::numeric_limits<std::uint64_t>::max(); }
+
+std::uint64_t RemoteServer::MaxInstances() const { return std::numeric_limits<std::uint64_t>::max(); }
+
+std::uint64_t RemoteServer::BytesOf(const RemoteEnumeration& /*enumeration*/) { return 0; }
+
+#endif
 
 Pegasus::CIMInstance RemoteServer::GetWholeInstance(const Pegasus::CIMObjectPath& path) {
     return fClient->getInstance(*fNamespace, path, !kLocalOnly, !kQualifiers, !kClassOrigin,

@@ -7,9 +7,21 @@
 #include <optional>
 #include <string>
 
+#if __has_include(<Pegasus/Client/CIMEnumerationContext.h>)
+#include <Pegasus/Client/CIMEnumerationContext.h>
+#define CIMHTTP_HAS_PULLED_ENUMERATIONS 1
+#endif
+
 namespace NQORVYX20 {
 
 class ReadingReport;
+/// An enumeration that the server keeps open.
+struct RemoteEnumeration {
+#ifdef CIMHTTP_HAS_PULLED_ENUMERATIONS
+    Pegasus::CIMEnumerationContext context;
+#endif
+    Pegasus::Boolean isAtEnd = false;
+};
 
 /// Which of an object's associations count. Texts that are empty let all of them count.
 struct AssociationRequest {
@@ -84,6 +96,32 @@ class RemoteServer {
     /// deep and not local-only, since servers differ in what they leave out otherwise.
     Pegasus::Array<Pegasus::CIMInstance> EnumerateWholeInstances(const std::string& className,
                                                                  const Pegasus::CIMPropertyList& properties);
+
+    /// The same instances in portions of no more than so many: opens an enumeration and gives the first; gives the next
+    /// one. Throws CIMException with CIM_ERR_NOT_SUPPORTED, too, when the client library has no such operations.
+    Pegasus::Array<Pegasus::CIMInstance> OpenWholeInstances(RemoteEnumeration& enumeration,
+                                                            const std::string& className,
+                                                            const Pegasus::CIMPropertyList& properties,
+                                                            Pegasus::Uint32 count);
+    Pegasus::Array<Pegasus::CIMInstance> PullInstances(RemoteEnumeration& enumeration, Pegasus::Uint32 count);
+
+    /// Ends an enumeration before its end, and waits no longer than two seconds for it.
+    void CloseEnumeration(RemoteEnumeration& enumeration);
+
+    /// Whether the server is asked for portions: until it has turned out that it has none.
+    bool MayPull() const { return fMayPull; }
+    void DoNotPull() { fMayPull = false; }
+
+    /// Another server may answer from now on.
+    void ForgetWhatItCan() { fMayPull = true; }
+
+    /// What one enumeration may bring in all: bytes of answers, and instances.
+    std::uint64_t MaxBytes() const;
+    std::uint64_t MaxInstances() const;
+
+    /// The bytes of the answers so far; 0 when the client library does not count them.
+    static std::uint64_t BytesOf(const RemoteEnumeration& enumeration);
+
     Pegasus::CIMInstance GetWholeInstance(const Pegasus::CIMObjectPath& path);
 
     // --- Sent for the program, which shows more than the object model holds ---
@@ -117,6 +155,7 @@ class RemoteServer {
 
     std::unique_ptr<Pegasus::CIMNamespaceName> fNamespace;
     std::unique_ptr<Pegasus::CIMClient> fClient;
+    bool fMayPull = true;
 };
 
 } // namespace NQORVYX20

@@ -75,7 +75,7 @@ const std::vector<Wait> kWaits{
     {{"class", "DEMO_StorageVolume"}, "GetClass", "reading the class DEMO_StorageVolume, 0:0"},
     {{"methods", "DEMO_StorageVolume"}, "GetClass", "reading the class DEMO_StorageVolume, 0:0"},
     {{"instances", "DEMO_StorageVolume"}, "GetClass", "reading the class DEMO_StorageVolume, 0:0"},
-    {{"instances", "DEMO_StorageVolume"}, "EnumerateInstances", "reading the instances of DEMO_StorageVolume, 0:0"},
+    {{"instances", "DEMO_StorageVolume"}, "OpenEnumerateInstances", "reading the instances of DEMO_StorageVolume, 0:0"},
     {{"instance", "DEMO_StorageVolume.DeviceID=\"a\""},
      "GetInstance",
      "reading the instance DEMO_StorageVolume.DeviceID=\"a\", 0:0"},
@@ -120,7 +120,7 @@ TEST_F(AttendanceTest, TheLineGoesBeforeTheOutputComes) {
 
 TEST_F(AttendanceTest, InstancesOfSeveralClassesAreShownWholeOrNotAtAll) {
     const auto server = Before([](auto& client, const std::string& answer) {
-        const bool has_instances = answer.find("VALUE.NAMEDINSTANCE") != std::string::npos;
+        const bool has_instances = answer.find("VALUE.INSTANCEWITHPATH") != std::string::npos;
         support::faults::StalledAt(has_instances ? answer.size() / 2 : answer.size())(client, answer);
     });
     TerminalProgram program(CIMHTTP_PROGRAM,
@@ -143,7 +143,7 @@ TEST_F(AttendanceTest, AServerThatIsSlowToConnectToCanBeLeft) {
 
 TEST_F(AttendanceTest, WatchEndsInGoodOrderWhileItReads) {
     for (const int rounds : {0, 1, 2}) {
-        const auto server = Before(SilentAt("EnumerateInstances", rounds));
+        const auto server = Before(SilentAt("OpenEnumerateInstances", rounds));
         TerminalProgram program(CIMHTTP_PROGRAM, Arguments({"watch", "DEMO_StorageVolume", "--interval", "0.001"}));
         ASSERT_TRUE(program.AwaitText("reading the instances of DEMO_StorageVolume, 0:0")) << program.Screen();
         program.Type(kInterrupt);

@@ -20,6 +20,10 @@ namespace {
 class TextlessAccess : public cimhttp::PluginAccess {
   public:
     void Connect(ICIMNamespace&, const std::string&, const std::string&, const std::string&, int) const override {}
+    std::unique_ptr<cimhttp::InstanceSequence> OpenInstances(ICIMNamespace&, ICIMClass&, bool,
+                                                             const TCIMContext&) const override {
+        return {};
+    }
     bool HasPulledEnumerations(ICIMNamespace&) const override { return false; }
     bool WouldVerify(ICIMNamespace&, const std::string&, int) const override { return false; }
     boost::shared_ptr<ICIMNamespace> Measured(const boost::shared_ptr<ICIMNamespace>& name_space,

@@ -9,6 +9,7 @@ namespace {
 
 constexpr std::uint16_t kHttpPort = 5988;
 constexpr unsigned kNotFound = 6; // of CIM
+constexpr unsigned kNotSupported = 7;
 
 /// What is asked about: the value of the first key, or a class.
 std::string ObjectIn(const std::string& body) {
@@ -76,7 +77,7 @@ std::string LinkServer::AnswerTo(const std::string& body) {
             return HttpAnswer(body, answer->second);
         }
     }
-    return HttpFailure(body, kNotFound);
+    return HttpFailure(body, MethodIn(body) == "OpenEnumerateInstances" ? kNotSupported : kNotFound);
 }
 
 void LinkServer::Answer(const std::string& method, const std::string& object, const std::string& return_value) {

@@ -17,7 +17,9 @@ demo::CimService SecondService() {
     const demo::SchemaDocuments documents(demo::BuiltInSources({SecondSchema()}));
     demo::Schema schema = demo::ReadSchema(documents);
     demo::InstanceProviders instances = demo::DeclaredInstances(documents, schema, demo::CimService::kNamespace);
-    return {std::move(schema), std::move(instances), "schema.example"};
+    demo::EnumerationLimits no_pulled_enumerations;
+    no_pulled_enumerations.open = 0;
+    return {std::move(schema), std::move(instances), "schema.example", no_pulled_enumerations};
 }
 
 std::string Flag(const std::string& name, bool value) {

@@ -198,6 +198,7 @@ class ShownAsSentTest : public testing::Test {
   private:
     static demo::DemoServerOptions Options() {
         demo::DemoServerOptions options;
+        options.enumerations.open = 0; // each answer has all instances
         options.address = support::SecondLoopbackAddress();
         options.volumes = kVolumes;
         options.schemas.push_back(SecondSchema());
@@ -289,9 +290,9 @@ TEST_F(ShownAsSentTest, ShowsThePathsAloneForOneRequest) {
     }
 }
 
-TEST_F(ShownAsSentTest, NeedsThreeRequestsForTheInstancesOfOneClass) {
+TEST_F(ShownAsSentTest, NeedsFourRequestsForTheInstancesOfOneClass) {
     Instances("WH_Pallet");
-    EXPECT_EQ(RequestCount(), 3U) << "the qualifiers, the class and the instances";
+    EXPECT_EQ(RequestCount(), 4U) << "the qualifiers, the class, whether there are portions, and the instances";
 }
 
 TEST_F(ShownAsSentTest, CollectsEveryClassAsItIsSent) {

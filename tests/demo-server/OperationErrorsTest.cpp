@@ -100,7 +100,7 @@ TEST_F(OperationErrors, NamesOfParametersAndMethodsAndFlagsMayHaveAnyCase) {
 TEST_F(OperationErrors, WhatTheServerCannotDoIsNotSupported) {
     for (const char* const method :
          {"CreateClass", "ModifyClass", "DeleteClass", "CreateInstance", "ModifyInstance", "DeleteInstance",
-          "SetProperty", "SetQualifier", "DeleteQualifier", "ExecQuery", "OpenEnumerateInstances", "NoSuchMethod"})
+          "SetProperty", "SetQualifier", "DeleteQualifier", "ExecQuery", "OpenQueryInstances", "NoSuchMethod"})
         Check({{method, {kSystem}, 7}});
 }
 

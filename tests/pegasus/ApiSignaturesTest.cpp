@@ -373,6 +373,58 @@ static_assert(asks<Array<CIMQualifierDecl>>(&CIMClient::enumerateQualifiers));
     paths = client.referenceNames(nameSpace, "A", "B");
 }
 
+// ---- Pulled enumerations
+
+static_assert(isValue<Uint32Arg> && converts<Uint32Arg, Uint32> && isCompared<Uint32Arg>);
+static_assert(isValue<Uint64Arg> && converts<Uint64Arg, Uint64> && isCompared<Uint64Arg>);
+static_assert(isValue<CIMEnumerationContext> && changes<CIMEnumerationContext, void>(&CIMEnumerationContext::clear));
+
+[[maybe_unused]] void callPulledEnumerations(CIMClient& client) {
+    CIMEnumerationContext context;
+    Boolean end = false;
+    const CIMNamespaceName nameSpace("root/cimv2");
+    const CIMPropertyList list;
+    const Uint32Arg seconds(30);
+    CIMClass cimClass;
+    Array<CIMInstance> instances = client.openEnumerateInstances(context, end, nameSpace, "A");
+    instances = client.openEnumerateInstances(context, end, nameSpace, "A", true, false, list, "DMTF:FQL", "K=1",
+                                              seconds, false, 10);
+    instances = client.openReferenceInstances(context, end, nameSpace, "A.K=1", "B", "role", false, list, "", "",
+                                              seconds, false, 10);
+    instances = client.openAssociatorInstances(context, end, nameSpace, "A.K=1", "B", "C", "role", "result", false,
+                                               list, "", "", seconds, false, 10);
+    instances = client.openQueryInstances(context, end, nameSpace, "WQL", "SELECT * FROM A", cimClass, true, seconds,
+                                          false, 10);
+    Array<CIMObjectPath> paths = client.openEnumerateInstancePaths(context, end, nameSpace, "A");
+    paths = client.openEnumerateInstancePaths(context, end, nameSpace, "A", "", "", seconds, false, 10);
+    paths =
+        client.openReferenceInstancePaths(context, end, nameSpace, "A.K=1", "B", "role", "", "", seconds, false, 10);
+    paths = client.openAssociatorInstancePaths(context, end, nameSpace, "A.K=1", "B", "C", "role", "result", "", "",
+                                               seconds, false, 10);
+    instances = client.pullInstancesWithPath(context, end, 10);
+    instances = client.pullInstances(context, end, 10);
+    paths = client.pullInstancePaths(context, end, 10);
+    const Uint64Arg count = client.enumerationCount(context);
+    if (!count.isNull()) {
+        client.closeEnumeration(context);
+    }
+}
+
+TEST(ApiSignatures, ANumberForAParameterMayBeNull) {
+    Uint32Arg number;
+    EXPECT_TRUE(number.isNull());
+    EXPECT_EQ(number.getValue(), 0U);
+    EXPECT_EQ(number.toString(), String("NULL"));
+    number.setValue(0);
+    EXPECT_FALSE(number.isNull());
+    EXPECT_EQ(number.toString(), String("0"));
+    EXPECT_FALSE(number.equal(Uint32Arg()));
+    EXPECT_TRUE(number == Uint32Arg(0));
+    number.setNullValue();
+    EXPECT_TRUE(number.equal(Uint32Arg()));
+    EXPECT_EQ(Uint64Arg(18446744073709551615ULL).toString(), String("18446744073709551615"));
+}
+
 TEST(ApiSignatures, LetExceptionsBeCaughtByTheirBaseAndOnlyByIt) {
     try {
         throw CIMException(CIM_ERR_FAILED, "x");

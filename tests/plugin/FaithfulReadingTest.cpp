@@ -773,10 +773,21 @@ TEST_F(FaithfulReadingTest, AKeyThatReadsLikeAPathIsATextWhereTheClassSaysSo) {
 // --- Few requests ------------------------------------------------------------------------------------------------
 
 TEST_F(FaithfulReadingTest, AColdReadingTakesThreeRequestsAndTheNextOne) {
+    fServer.AnswerPortion("OpenEnumerateInstances", "TEST_Disk", "", "");
+    const auto nameSpace = Faithful();
+    Instances(*nameSpace, "TEST_Disk");
+    EXPECT_THAT(Methods(), UnorderedElementsAre("GetClass", "EnumerateQualifiers", "OpenEnumerateInstances"));
+    fServer.ForgetCalls();
+    Instances(*nameSpace, "TEST_Disk");
+    EXPECT_THAT(Methods(), ElementsAre("OpenEnumerateInstances"));
+}
+
+TEST_F(FaithfulReadingTest, OfAServerWithoutPulledEnumerationsItTakesAFourthThatAsksForThem) {
     fServer.Answer("EnumerateInstances", "TEST_Disk", DeviceXml("TEST_Disk", "d1") + DeviceXml("TEST_Disk", "d2"));
     const auto nameSpace = Faithful();
     Instances(*nameSpace, "TEST_Disk");
-    EXPECT_THAT(Methods(), UnorderedElementsAre("GetClass", "EnumerateQualifiers", "EnumerateInstances"));
+    EXPECT_THAT(Methods(), UnorderedElementsAre("GetClass", "EnumerateQualifiers", "OpenEnumerateInstances",
+                                                "EnumerateInstances"));
     fServer.ForgetCalls();
     Instances(*nameSpace, "TEST_Disk");
     EXPECT_THAT(Methods(), ElementsAre("EnumerateInstances"));
@@ -786,8 +797,8 @@ TEST_F(FaithfulReadingTest, EachFurtherClassTakesOneRequestMore) {
     ServeDevices();
     const auto nameSpace = Faithful();
     Instances(*nameSpace, "TEST_Device");
-    EXPECT_THAT(Methods(),
-                UnorderedElementsAre("GetClass", "EnumerateQualifiers", "EnumerateInstances", "GetClass", "GetClass"));
+    EXPECT_THAT(Methods(), UnorderedElementsAre("GetClass", "EnumerateQualifiers", "OpenEnumerateInstances",
+                                                "EnumerateInstances", "GetClass", "GetClass"));
 }
 
 TEST_F(FaithfulReadingTest, ThePropertyListGoesToTheServer) {

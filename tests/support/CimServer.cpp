@@ -108,12 +108,22 @@ Call Understand(HttpRequest request) {
 }
 
 std::string MainParameter(const Call& call) {
-    for (const char* name : {"ClassName", "QualifierName"}) {
+    for (const char* name : {"ClassName", "QualifierName", "EnumerationContext"}) {
         if (const auto found = call.parameters.find(name); found != call.parameters.end()) {
             return found->second;
         }
     }
     return {};
+}
+
+bool IsOfPulledEnumerations(const std::string& method) {
+    return method.rfind("Open", 0) == 0 || method.rfind("Pull", 0) == 0 || method == "CloseEnumeration" ||
+           method == "EnumerationCount";
+}
+
+std::string OutputParameter(const std::string& name, const std::string& type, const std::string& text) {
+    return "<PARAMVALUE NAME=\"" + name + "\" PARAMTYPE=\"" + type + "\"><VALUE>" + EscapeXml(text) +
+           "</VALUE></PARAMVALUE>\n";
 }
 
 std::string ErrorElement(unsigned code, const std::string& description) {
@@ -221,7 +231,8 @@ class CimServer::Impl {
             return kUnauthorized;
         }
         const auto found = table_.find({call.method, ToLower(MainParameter(call))});
-        const TableEntry& entry = found != table_.end() ? found->second : unknown_;
+        const TableEntry& unknown = IsOfPulledEnumerations(call.method) ? unsupported_ : unknown_;
+        const TableEntry& entry = found != table_.end() ? found->second : unknown;
         return Answered(Envelope(call.message_id, call.method, entry.content),
                         framing_ == Framing::kChunked || !entry.trailers.empty(), entry.trailers);
     }
@@ -229,6 +240,7 @@ class CimServer::Impl {
     mutable std::mutex mutex_;
     std::map<std::pair<std::string, std::string>, TableEntry> table_;
     const TableEntry unknown_{ErrorElement(6, "CIM_ERR_NOT_FOUND: the test's table has no answer"), ""};
+    const TableEntry unsupported_{ErrorElement(7, "CIM_ERR_NOT_SUPPORTED: there are no pulled enumerations"), ""};
     Framing framing_ = Framing::kContentLength;
     std::string credentials_;
     std::optional<std::string> next_answer_;
@@ -252,8 +264,16 @@ const std::string& CimServer::Address() const { return impl_->Server().Address()
 
 std::size_t CimServer::ConnectionCount() const { return impl_->Server().ConnectionCount(); }
 
-void CimServer::Answer(const std::string& method, const std::string& object, const std::string& return_value) {
-    impl_->Put(method, object, {"<IRETURNVALUE>\n" + return_value + "</IRETURNVALUE>\n", ""});
+void CimServer::Answer(const std::string& method, const std::string& object, const std::string& return_value,
+                       const std::string& output_parameters) {
+    impl_->Put(method, object, {"<IRETURNVALUE>\n" + return_value + "</IRETURNVALUE>\n" + output_parameters, ""});
+}
+
+void CimServer::AnswerPortion(const std::string& method, const std::string& object, const std::string& objects,
+                              const std::string& next) {
+    Answer(method, object, objects,
+           (next.empty() ? "" : OutputParameter("EnumerationContext", "string", next)) +
+               OutputParameter("EndOfSequence", "boolean", next.empty() ? "TRUE" : "FALSE"));
 }
 
 void CimServer::Fail(const std::string& method, const std::string& object, unsigned code,

@@ -40,10 +40,18 @@ class CimServer {
     const std::string& Address() const;
     std::size_t ConnectionCount() const;
 
-    /// Answers a method's calls for one object (the text of its ClassName or QualifierName parameter, case aside; empty
-    /// where the call has none) with the XML that stands inside IRETURNVALUE.
-    /// A call that the table does not know gets CIM_ERR_NOT_FOUND.
-    void Answer(const std::string& method, const std::string& object, const std::string& return_value);
+    /// Answers a method's calls for one object (the text of its ClassName, QualifierName or EnumerationContext
+    /// parameter, case aside; empty where the call has none) with the XML that stands inside IRETURNVALUE, and perhaps
+    /// the output parameters behind it.
+    /// A call that the table does not know gets CIM_ERR_NOT_FOUND or, when it is one of a pulled enumeration,
+    /// CIM_ERR_NOT_SUPPORTED: the server has none unless the table says otherwise.
+    void Answer(const std::string& method, const std::string& object, const std::string& return_value,
+                const std::string& output_parameters = {});
+
+    /// Answers with one portion of a pulled enumeration. `next` is the context by which the next one is pulled; the
+    /// enumeration has ended when it is empty.
+    void AnswerPortion(const std::string& method, const std::string& object, const std::string& objects,
+                       const std::string& next);
 
     /// Answers with a CIM error instead. In the trailers it follows an empty response (needs Framing::kChunked, which
     /// is then used whatever SetFraming said).

@@ -8,6 +8,7 @@
 #include "display/FaithfulTexts.h"
 #include "model/InstanceTexts.h"
 #include "model/InstanceUnits.h"
+#include "model/TCimHTTPClass.h"
 #include "model/TCimHTTPPropertyDecl.h"
 #include "model/TFaithfulInstance.h"
 #include "provider/TCimHTTPNamespace.h"
@@ -79,6 +80,12 @@ class LinkedPluginAccess : public PluginAccess {
 
     std::vector<RemoteQualifierDeclaration> ReadQualifierDeclarations(ICIMNamespace& name_space) const override {
         return ReadRemoteQualifiers(dynamic_cast<TCimHTTPNamespace&>(name_space));
+    }
+
+    std::unique_ptr<InstanceSequence> OpenInstances(ICIMNamespace& name_space, NQORVYX20::ICIMClass& cls, bool deep,
+                                                    const NQORVYX20::TCIMContext& context) const override {
+        return OpenRemoteInstances(dynamic_cast<TCimHTTPNamespace&>(name_space),
+                                   dynamic_cast<NQORVYX20::TCimHTTPClass&>(cls), deep, context);
     }
 
     bool HasPulledEnumerations(ICIMNamespace& name_space) const override {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "access/AssociationQuery.h"
+#include "access/InstanceSequence.h"
 #include "access/MeasurementSink.h"
 #include "access/RelatedObjects.h"
 #include "access/RemoteModel.h"
@@ -16,6 +17,7 @@
 #include "cimhttp/EmbeddedObject.h"
 #include "cimhttp/ReadingIncidents.h"
 #include "cimhttp/RemoteFailure.h"
+#include "host/TCIMContext.h"
 
 namespace NQORVYX20 {
 class ICIMClass;
@@ -89,6 +91,12 @@ class PluginAccess {
     /// All qualifiers that the server declares, in its order.
     virtual std::vector<RemoteQualifierDeclaration>
     ReadQualifierDeclarations(NQORVYX20::ICIMNamespace& name_space) const = 0;
+
+    /// The instances of a class of the namespace, which is a faithful one and must outlive them; with `deep` those of
+    /// its subclasses, too. Of the context counts what counts for ICIMClass::EnumerateInstances.
+    virtual std::unique_ptr<InstanceSequence> OpenInstances(NQORVYX20::ICIMNamespace& name_space,
+                                                            NQORVYX20::ICIMClass& cls, bool deep,
+                                                            const NQORVYX20::TCIMContext& context) const = 0;
 
     /// Whether the server has pulled enumerations.
     virtual bool HasPulledEnumerations(NQORVYX20::ICIMNamespace& name_space) const = 0;

@@ -7,6 +7,8 @@
 #include "host/ICIMInstance.h"
 #include "host/TVYXException.h"
 #include "provider/TCimHTTPNamespace.h"
+#include "reading/FaithfulReading.h"
+#include "reading/InstanceEnumeration.h"
 #include "reading/RemoteServer.h"
 
 namespace cimhttp {
@@ -99,6 +101,19 @@ RemoteQualifierDeclaration DeclarationOf(Pegasus::CIMQualifierDecl declaration) 
             FlavorOf(declaration.getFlavor())};
 }
 
+class EnumeratedInstances : public InstanceSequence {
+  public:
+    explicit EnumeratedInstances(std::unique_ptr<InstanceEnumeration> enumeration)
+        : enumeration_(std::move(enumeration)) {}
+
+    std::vector<boost::shared_ptr<ICIMInstance>> Next() override { return enumeration_->Next(); }
+    bool IsAtEnd() const override { return enumeration_->IsAtEnd(); }
+    void Stop() noexcept override { enumeration_->Stop(); }
+
+  private:
+    std::unique_ptr<InstanceEnumeration> enumeration_;
+};
+
 } // namespace
 
 std::vector<std::string> ReadRemoteClassNames(TCimHTTPNamespace& name_space) {
@@ -162,6 +177,12 @@ std::vector<RemoteQualifierDeclaration> ReadRemoteQualifiers(TCimHTTPNamespace& 
         }
         return declarations;
     });
+}
+
+std::unique_ptr<InstanceSequence> OpenRemoteInstances(TCimHTTPNamespace& name_space, TCimHTTPClass& cls, bool deep,
+                                                      const TCIMContext& context) {
+    auto& reading = dynamic_cast<FaithfulReading&>(*name_space.GetReading());
+    return std::make_unique<EnumeratedInstances>(reading.OpenInstances(cls, deep, context));
 }
 
 bool HasRemotePulls(TCimHTTPNamespace& name_space) {

@@ -2,13 +2,17 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "access/InstanceSequence.h"
 #include "access/RemoteModel.h"
+#include "host/TCIMContext.h"
 
 namespace NQORVYX20 {
 class ICIMInstance;
+class TCimHTTPClass;
 class TCimHTTPNamespace;
 } // namespace NQORVYX20
 
@@ -29,6 +33,10 @@ RemoteClass ReadRemoteClass(NQORVYX20::TCimHTTPNamespace& name_space, const std:
 std::vector<RemoteClassName> ReadRemoteHierarchy(NQORVYX20::TCimHTTPNamespace& name_space);
 
 std::vector<RemoteQualifierDeclaration> ReadRemoteQualifiers(NQORVYX20::TCimHTTPNamespace& name_space);
+
+std::unique_ptr<InstanceSequence> OpenRemoteInstances(NQORVYX20::TCimHTTPNamespace& name_space,
+                                                      NQORVYX20::TCimHTTPClass& cls, bool deep,
+                                                      const NQORVYX20::TCIMContext& context);
 
 bool HasRemotePulls(NQORVYX20::TCimHTTPNamespace& name_space);
 

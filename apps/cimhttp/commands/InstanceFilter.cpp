@@ -14,6 +14,11 @@ namespace cimhttp {
 
 using namespace NQORVYX20;
 
+void UncomparedValues::Add(const UncomparedValues& more) {
+    first = count == 0 ? more.first : first;
+    count += more.count;
+}
+
 void UncomparedValues::Report(std::ostream& errors) const {
     if (count > 0) {
         errors << "cimhttp: " << count << (count == 1 ? " value" : " values")
@@ -61,10 +66,7 @@ bool InstanceFilter::Accepts(const ICIMInstance& instance, const ValueTexts& tex
             values.first = condition.PropertyName() + '=' + RawText(property->GetValue(TCIMContext()));
         }
     }
-    if (values.count > 0 && uncompared.count == 0) {
-        uncompared.first = values.first;
-    }
-    uncompared.count += values.count;
+    uncompared.Add(values);
     return values.count == 0;
 }
 

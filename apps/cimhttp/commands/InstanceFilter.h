@@ -17,6 +17,8 @@ struct UncomparedValues {
     std::size_t count = 0;
     std::string first; ///< property and value
 
+    void Add(const UncomparedValues& more);
+
     /// Says so in a line, if there are any.
     void Report(std::ostream& errors) const;
 };

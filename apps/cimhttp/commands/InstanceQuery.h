@@ -19,6 +19,9 @@ class InstanceQuery {
     /// Whether properties were asked for by name.
     bool NamesProperties() const { return !names_.empty(); }
 
+    /// Whether an order was asked for.
+    bool IsOrdered() const { return !order_.IsEmpty(); }
+
     /// The names of all properties that the answer needs: those to show and those that conditions and the order are
     /// about. None for all that there are.
     std::vector<std::string> NeededNames() const;

@@ -5,8 +5,16 @@
 #include "host/ICIMClass.h"
 #include "output/ValueTexts.h"
 #include "text/NameList.h"
+#include "waiting/Interrupt.h"
 
 namespace cimhttp {
+
+namespace {
+
+/// As many are brought into the order of their paths.
+constexpr std::size_t kHeldInstances = 10000;
+
+} // namespace
 
 InstanceReader::InstanceReader(const Session& session, const std::string& class_name, InstanceQuery query, bool deep,
                                TextForm form)
@@ -45,6 +53,22 @@ InstanceReader::Reading InstanceReader::Read() {
     Properties shown = all.empty() && known.empty() ? Properties() : query_.Shown(known, ClassName());
     auto selected = query_.Selected(std::move(all), ValueTexts(session_.LoadedPlugin().Access(), form_));
     return {std::move(shown), std::move(selected.instances), count, std::move(selected.uncompared)};
+}
+
+InstanceReader::Reading InstanceReader::Stream(const std::function<void(const Instances&)>& take) {
+    Reading reading{Shown(), {}, 0, {}};
+    const ValueTexts texts(session_.LoadedPlugin().Access(), form_);
+    const InterruptScope interrupts;
+    auto sequence = session_.OpenInstances(*class_, deep_, NeededNames(), kHeldInstances);
+    do {
+        Instances instances = session_.Next(*sequence, ClassName());
+        reading.count += instances.size();
+        const auto selected = query_.Selected(std::move(instances), texts);
+        reading.uncompared.Add(selected.uncompared);
+        take(selected.instances);
+        session_.EndIfInterrupted(sequence);
+    } while (!sequence->IsAtEnd());
+    return reading;
 }
 
 } // namespace cimhttp

@@ -2,20 +2,16 @@
 
 #include <algorithm>
 #include <iterator>
-#include <optional>
 #include <ostream>
 
 #include "Options.h"
 #include "commands/Command.h"
+#include "commands/InstanceSink.h"
 #include "commands/ListingWriter.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMPropertyDecl.h"
-#include "output/InstanceJson.h"
 #include "output/InstanceListing.h"
-#include "output/InstanceRecords.h"
-#include "output/MofWriter.h"
-#include "output/PropertySelector.h"
 #include "output/WideRecords.h"
 #include "text/NameOrder.h"
 
@@ -24,9 +20,8 @@ namespace cimhttp {
 namespace {
 
 using NQORVYX20::TCIMContext;
-using Order = PropertySelector::Order;
 
-/// Writes the instances of one call, a function for each form.
+/// Writes the instances of one call in a form for which all must be known, a function for each.
 class Writer {
   public:
     Writer(const Instances& instances, const InstanceSelection& selection, const ValueTexts& texts,
@@ -37,37 +32,10 @@ class Writer {
           context_(context),
           listing_(texts, selection.is_raw) {}
 
-    void Json() const {
-        InstanceJson instance_json(Selector(Order::kByName), texts_, selection_.name_space);
-        std::string json;
-        const char* separator = "\n";
-        context_.output << '[';
-        for (const auto& instance : instances_) {
-            json.clear();
-            instance_json.Append(*instance, json);
-            context_.output << separator << json;
-            separator = ",\n";
-        }
-        context_.output << "\n]\n";
-    }
-
-    void Csv() const {
-        if (selection_.is_wide) {
-            WriteListing(WideRecords(instances_, WideColumns(), texts_, selection_.is_raw, selection_.name_space),
-                         OutputFormat::kCsv, context_);
-            return;
-        }
-        WriteListing(InstanceRecords(instances_, Selector(Order::kByName), texts_, selection_.name_space),
+    /// With what only subclasses have, too.
+    void Wide() const {
+        WriteListing(WideRecords(instances_, WideColumns(), texts_, selection_.is_raw, selection_.name_space),
                      OutputFormat::kCsv, context_);
-    }
-
-    void Mof() const {
-        PropertySelector selector = Selector(Order::kGiven);
-        const char* separator = "";
-        for (const auto& instance : instances_) {
-            context_.output << separator << InstanceMof(*instance, selector.PropertiesFor(*instance));
-            separator = "\n";
-        }
     }
 
     void Table() const {
@@ -86,11 +54,6 @@ class Writer {
     }
 
   private:
-    PropertySelector Selector(Order order) const {
-        return selection_.is_whole ? PropertySelector(std::nullopt, order)
-                                   : PropertySelector(NamesOf(selection_.properties), order);
-    }
-
     /// Those that were asked for, or those of which there is something to show.
     Properties Shown(const Instances& instances, const Properties& properties) const {
         Properties shown;
@@ -127,10 +90,8 @@ class Writer {
     /// What only subclasses have stands behind what their common class has.
     Properties WideColumns() const {
         Properties columns = selection_.properties;
-        if (selection_.is_whole) {
-            const Properties added = AddedBySubclasses();
-            columns.insert(columns.end(), added.begin(), added.end());
-        }
+        const Properties added = AddedBySubclasses();
+        columns.insert(columns.end(), added.begin(), added.end());
         return columns;
     }
 
@@ -158,19 +119,15 @@ class Writer {
 void WriteInstances(const Instances& instances, const InstanceSelection& selection, OutputFormat format,
                     const PluginAccess& access, const CommandContext& context) {
     const ValueTexts texts(access, context.options.text_form);
+    if (const auto sink = MakeInstanceSink(selection, format, texts, context)) {
+        sink->Add(instances);
+        sink->End();
+        return;
+    }
     const Writer writer(instances, selection, texts, context);
-    switch (format) {
-    case OutputFormat::kJson:
-        writer.Json();
+    if (format == OutputFormat::kCsv) {
+        writer.Wide();
         return;
-    case OutputFormat::kCsv:
-        writer.Csv();
-        return;
-    case OutputFormat::kMof:
-        writer.Mof();
-        return;
-    default:
-        break;
     }
     if (instances.empty()) {
         context.output << "no instances\n";

@@ -7,6 +7,7 @@
 #include "Options.h"
 #include "commands/IncidentReport.h"
 #include "commands/InstanceReader.h"
+#include "commands/InstanceSink.h"
 #include "commands/InstanceWriter.h"
 #include "commands/ListingWriter.h"
 #include "commands/PathWriter.h"
@@ -117,20 +118,54 @@ int InstancesCommand::Run(const CommandContext& context) {
     const OutputFormat format = FormOf(*this, wide_, context);
     const Session session = context.Connect();
     InstanceReader reader(session, name_, query, !exact_, context.options.text_form);
+    const auto uncompared = limit_ || !reader.CanStream() ? WriteAll(reader, query, limit, format, session, context)
+                                                          : WriteEach(reader, query, format, session, context);
+    context.output.flush(); // on a terminal, the remarks stand below
+    limit.Report("instances", context.errors);
+    uncompared.Report(context.errors);
+    return ReportIncidents(reader.TakeIncidents(), context);
+}
+
+/// When all are there.
+UncomparedValues InstancesCommand::WriteAll(InstanceReader& reader, const InstanceQuery& query, RowLimit& limit,
+                                            OutputFormat format, const Session& session,
+                                            const CommandContext& context) const {
     auto [properties, instances, count, uncompared] = reader.Read();
-    const bool is_asked = query.NamesProperties();
     if (instances.empty() && count > 0) {
         SayThatNoneMatches(count, context.errors);
     }
     limit.Apply(instances);
     if (!instances.empty() || count == 0 || !IsForPeople(format)) { // programs get an empty list
-        WriteInstances(instances, {properties, is_asked, !is_asked, deep_ && !is_asked, raw_, {}, wide_}, format,
-                       session.LoadedPlugin().Access(), context);
+        WriteInstances(instances, SelectionOf(properties, query), format, session.LoadedPlugin().Access(), context);
     }
-    context.output.flush(); // on a terminal, the remarks stand below
-    limit.Report("instances", context.errors);
-    uncompared.Report(context.errors);
-    return ReportIncidents(reader.TakeIncidents(), context);
+    return uncompared;
+}
+
+/// As they come, where the form allows that.
+UncomparedValues InstancesCommand::WriteEach(InstanceReader& reader, const InstanceQuery& query, OutputFormat format,
+                                             const Session& session, const CommandContext& context) const {
+    const InstanceSelection selection = SelectionOf(reader.Shown(), query);
+    const auto sink = MakeInstanceSink(selection, format,
+                                       ValueTexts(session.LoadedPlugin().Access(), context.options.text_form), context);
+    if (!sink) {
+        RowLimit all{std::nullopt};
+        return WriteAll(reader, query, all, format, session, context);
+    }
+    std::size_t written = 0;
+    const auto reading = reader.Stream([&](const Instances& instances) {
+        sink->Add(instances);
+        written += instances.size();
+    });
+    if (written == 0 && reading.count > 0) {
+        SayThatNoneMatches(reading.count, context.errors);
+    }
+    sink->End();
+    return reading.uncompared;
+}
+
+InstanceSelection InstancesCommand::SelectionOf(const Properties& properties, const InstanceQuery& query) const {
+    const bool is_asked = query.NamesProperties();
+    return {properties, is_asked, !is_asked, deep_ && !is_asked, raw_, {}, wide_};
 }
 
 /// Complains about what a list of paths or keys has no use for.

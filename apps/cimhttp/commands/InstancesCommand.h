@@ -1,6 +1,8 @@
 #pragma once
 
 #include "commands/Command.h"
+#include "commands/InstanceQuery.h"
+#include "commands/InstanceWriter.h"
 
 namespace NQORVYX20 {
 class TCIMReference;
@@ -8,6 +10,8 @@ class TCIMReference;
 
 namespace cimhttp {
 
+class InstanceReader;
+class RowLimit;
 class Session;
 
 /// `instances NAME`: the instances of a class and its subclasses. A table has the properties asked for as columns, or
@@ -18,6 +22,11 @@ class InstancesCommand : public Command {
     int Run(const CommandContext& context) override;
 
   private:
+    UncomparedValues WriteAll(InstanceReader& reader, const InstanceQuery& query, RowLimit& limit, OutputFormat format,
+                              const Session& session, const CommandContext& context) const;
+    UncomparedValues WriteEach(InstanceReader& reader, const InstanceQuery& query, OutputFormat format,
+                               const Session& session, const CommandContext& context) const;
+    InstanceSelection SelectionOf(const Properties& properties, const InstanceQuery& query) const;
     int WriteNames(const CommandContext& context);
     void CheckNameOptions(const CommandContext& context) const;
     std::vector<NQORVYX20::TCIMReference> ReadNames(Session& session) const;

@@ -60,14 +60,18 @@ void AppendField(std::string_view text, std::string& record) {
     record.append(text) += '"';
 }
 
-/// `is_shown`: on a terminal, which the texts must not steer.
-void WriteCsv(const Listing& listing, bool is_shown, std::ostream& output) {
+/// `is_shown`, here and below: on a terminal, which the texts must not steer.
+void WriteHeadings(const Listing& listing, bool is_shown, std::ostream& output) {
     std::string record;
     for (const Listing::Column& column : listing.Columns()) {
         record += record.empty() ? "" : ",";
         AppendField(is_shown ? PrintableLines(column.heading) : column.heading, record);
     }
     output << record << kRecordEnd;
+}
+
+void WriteRecords(const Listing& listing, bool is_shown, std::ostream& output) {
+    std::string record;
     for (const auto& row : listing.Rows()) {
         record.clear();
         const char* separator = "";
@@ -116,6 +120,14 @@ void SayWhatIsLeftOut(const TableOmissions& left_out, const char* whole_form, co
 
 } // namespace
 
+void WriteCsv(const Listing& listing, bool has_headings, const CommandContext& context) {
+    const bool is_shown = context.options.is_output_terminal;
+    if (has_headings) {
+        WriteHeadings(listing, is_shown, context.output);
+    }
+    WriteRecords(listing, is_shown, context.output);
+}
+
 void WriteListing(const Listing& listing, OutputFormat format, const CommandContext& context, const char* whole_form) {
     const TextStyle style{context.options.width, context.options.uses_color};
     switch (format) {
@@ -123,7 +135,7 @@ void WriteListing(const Listing& listing, OutputFormat format, const CommandCont
         WriteJson(listing, context.output);
         break;
     case OutputFormat::kCsv:
-        WriteCsv(listing, context.options.is_output_terminal, context.output);
+        WriteCsv(listing, true, context);
         break;
     case OutputFormat::kPlain:
         WriteLists(listing, style, context.output);

@@ -20,4 +20,7 @@ class Listing;
 void WriteListing(const Listing& listing, OutputFormat format, const CommandContext& context,
                   const char* whole_form = "plain");
 
+/// The CSV of a listing, with the record of its headings or without.
+void WriteCsv(const Listing& listing, bool has_headings, const CommandContext& context);
+
 } // namespace cimhttp

@@ -20,6 +20,7 @@
 #include "text/NearestNames.h"
 #include "text/PathFault.h"
 #include "text/Pattern.h"
+#include "waiting/Interrupt.h"
 
 namespace cimhttp {
 
@@ -289,6 +290,31 @@ std::vector<boost::shared_ptr<ICIMInstance>> Session::Instances(ICIMClass& cls, 
         return Attended("the instances of " + name, [&] { return InstancesOf(cls, deep, ReadingContext(properties)); });
     } catch (const TVYXException& exception) {
         Fail("the instances of " + name + " cannot be read from " + Place(), ReasonOf(exception, *namespace_));
+    }
+}
+
+std::unique_ptr<InstanceSequence>
+Session::OpenInstances(ICIMClass& cls, bool deep, const std::vector<std::string>& properties, std::size_t held) const {
+    TCIMContext context = ReadingContext(properties);
+    context.emplace(NQORVYX20::kHeldKey, TCIMValue(static_cast<unsigned long long>(held)));
+    return plugin_.Access().OpenInstances(*namespace_, cls, deep, context);
+}
+
+std::vector<boost::shared_ptr<ICIMInstance>> Session::Next(InstanceSequence& instances,
+                                                           const std::string& class_name) const {
+    const auto read = [&] { return instances.Next(); };
+    try {
+        return attendant_ ? attendant_->Read("reading the instances of " + class_name, read, [&] { instances.Stop(); })
+                          : read();
+    } catch (const TVYXException& exception) {
+        Fail("the instances of " + class_name + " cannot be read from " + Place(), ReasonOf(exception, *namespace_));
+    }
+}
+
+void Session::EndIfInterrupted(std::unique_ptr<InstanceSequence>& instances) const {
+    if (attendant_ && Interrupted()) {
+        instances.reset();
+        attendant_->End();
     }
 }
 

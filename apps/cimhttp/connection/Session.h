@@ -5,12 +5,14 @@
 #include <chrono>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "Failure.h"
 #include "access/AssociationQuery.h"
+#include "access/InstanceSequence.h"
 #include "access/RemoteModel.h"
 #include "connection/Connection.h"
 #include "connection/IncidentTally.h"
@@ -90,6 +92,18 @@ class Session {
     /// with these names are wanted, or all without names; the others are null. Asks the server each time.
     std::vector<boost::shared_ptr<NQORVYX20::ICIMInstance>> Instances(NQORVYX20::ICIMClass& cls, bool deep,
                                                                       const std::vector<std::string>& properties);
+
+    /// The same, to be read as they are wanted: no more than `held` are held. Those of a class that has more come in
+    /// the server's order. The session must outlive it. Asks for nothing yet.
+    std::unique_ptr<InstanceSequence> OpenInstances(NQORVYX20::ICIMClass& cls, bool deep,
+                                                    const std::vector<std::string>& properties, std::size_t held) const;
+
+    /// The next of them; none at the end. An interrupt is passed on to the server before the program ends.
+    std::vector<boost::shared_ptr<NQORVYX20::ICIMInstance>> Next(InstanceSequence& instances,
+                                                                 const std::string& class_name) const;
+
+    /// Ends the program if an interrupt has come since, and tells the server that no more is wanted.
+    void EndIfInterrupted(std::unique_ptr<InstanceSequence>& instances) const;
 
     /// The paths of the instances of a class and its subclasses, in the server's order. Fails like Class().
     std::vector<NQORVYX20::TCIMReference> InstancePaths(const std::string& class_name);

@@ -16,6 +16,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds kLookInterval{100}; // between two looks at the user
 constexpr std::chrono::milliseconds kUnnoticed{400};    // nobody need read of what takes no longer
+constexpr std::chrono::milliseconds kGrace{3000};       // for work that is to stop
 
 [[noreturn]] void EndWith(const Failure& failure, std::ostream& errors) {
     errors << "cimhttp: " << Printable(failure.what()) << std::endl;
@@ -24,7 +25,8 @@ constexpr std::chrono::milliseconds kUnnoticed{400};    // nobody need read of w
 
 } // namespace
 
-void Attendant::Attend(const std::string& what, const Work& work, const std::optional<Limit>& limit) const {
+void Attendant::Attend(const std::string& what, const Work& work, const std::optional<Limit>& limit,
+                       const std::function<void()>& stop) const {
     const InterruptScope interrupts;
     BackgroundTask task([&work](const BackgroundTask::Notify& /*notify*/) { work(); });
     StatusLine line(shows_line_ ? errors_ : nullptr, width_);
@@ -33,6 +35,10 @@ void Attendant::Attend(const std::string& what, const Work& work, const std::opt
         const auto elapsed = Clock::now() - begin;
         if (Interrupted()) {
             line.Clear();
+            if (stop) {
+                stop();
+                task.Wait(kGrace);
+            }
             on_interrupt_();
         }
         if (limit && elapsed >= limit->time) {

@@ -30,16 +30,22 @@ class Attendant {
     Attendant(std::ostream& errors, bool shows_line, std::size_t width, std::function<void()> on_interrupt)
         : errors_(&errors), shows_line_(shows_line), width_(width), on_interrupt_(std::move(on_interrupt)) {}
 
-    /// Waits for the work, and throws what it throws. `what` is what the line says.
-    void Attend(const std::string& what, const Work& work, const std::optional<Limit>& limit = {}) const;
+    /// Waits for the work, and throws what it throws. `what` is what the line says. At an interrupt `stop` is called,
+    /// if there is one, and the work has a few seconds to end in good order.
+    void Attend(const std::string& what, const Work& work, const std::optional<Limit>& limit = {},
+                const std::function<void()>& stop = {}) const;
 
     /// The same for work with a result.
     template <typename Reading>
-    auto Read(const std::string& what, const Reading& reading) const {
+    auto Read(const std::string& what, const Reading& reading, const std::function<void()>& stop = {}) const {
         std::optional<decltype(reading())> result;
-        Attend(what, [&] { result.emplace(reading()); });
+        Attend(
+            what, [&] { result.emplace(reading()); }, {}, stop);
         return std::move(*result);
     }
+
+    /// Ends the program as at an interrupt.
+    void End() const { on_interrupt_(); }
 
   private:
     std::ostream* errors_;

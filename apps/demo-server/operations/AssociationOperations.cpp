@@ -1,49 +1,10 @@
 #include "operations/AssociationOperations.h"
 
-#include "operations/Traversal.h"
+#include "operations/SourceObject.h"
 
 namespace demo {
 
 namespace {
-
-// DSP0200 has no status of its own for classes that these operations do not find: they are invalid parameters.
-constexpr CimStatus kNoSuchClass = CimStatus::kInvalidParameter;
-
-/// The parameter ObjectName: a class, or an instance when there is a path.
-struct Source {
-    const Class& declaration;
-    std::optional<ObjectPath> path;
-};
-
-Source FindSource(const Repository& repository, const Parameters& parameters) {
-    const ObjectPath& name = parameters.Object("ObjectName");
-    const Class& declaration = repository.FindClass(name.className, kNoSuchClass);
-    if (parameters.IsClassName("ObjectName"))
-        return {declaration, std::nullopt};
-    ObjectPath path = repository.Checked(declaration, name);
-    // An empty answer would be a lie about an instance that is not there.
-    if (!repository.Find(path))
-        throw CimError(CimStatus::kNotFound, "there is no such instance of " + declaration.name);
-    return {declaration, std::move(path)};
-}
-
-/// The name of a class that a parameter restricts the answer to, empty if it does not.
-std::string ClassFilter(const Repository& repository, const Parameters& parameters, std::string_view name) {
-    std::string filter = parameters.Name(name);
-    if (!filter.empty())
-        repository.FindClass(filter, kNoSuchClass);
-    return filter;
-}
-
-TraversalFilter AssociatorFilter(const Repository& repository, const Parameters& parameters) {
-    return {ClassFilter(repository, parameters, "AssocClass"), parameters.Name("Role"),
-            ClassFilter(repository, parameters, "ResultClass"), parameters.Name("ResultRole")};
-}
-
-/// Here the associations themselves are the result.
-TraversalFilter ReferenceFilter(const Repository& repository, const Parameters& parameters) {
-    return {ClassFilter(repository, parameters, "ResultClass"), parameters.Name("Role"), "", ""};
-}
 
 void WriteClassNames(const std::vector<const Class*>& classes, const Repository& repository, XmlWriter& writer) {
     for (const Class* const found : classes) {
@@ -78,7 +39,7 @@ void WriteObject(const Class& declaration, const Instance& instance, const Repos
 }
 
 void Associators(const Repository& repository, const Parameters& parameters, XmlWriter& writer) {
-    const Source source = FindSource(repository, parameters);
+    const SourceObject source = FindSource(repository, parameters, "ObjectName");
     const Traversal traversal(repository, source.declaration, AssociatorFilter(repository, parameters));
     const Selection selection = parameters.GetSelection();
     writer.Start("IRETURNVALUE");
@@ -95,7 +56,7 @@ void Associators(const Repository& repository, const Parameters& parameters, Xml
 }
 
 void AssociatorNames(const Repository& repository, const Parameters& parameters, XmlWriter& writer) {
-    const Source source = FindSource(repository, parameters);
+    const SourceObject source = FindSource(repository, parameters, "ObjectName");
     const Traversal traversal(repository, source.declaration, AssociatorFilter(repository, parameters));
     writer.Start("IRETURNVALUE");
     if (!source.path)
@@ -108,7 +69,7 @@ void AssociatorNames(const Repository& repository, const Parameters& parameters,
 }
 
 void References(const Repository& repository, const Parameters& parameters, XmlWriter& writer) {
-    const Source source = FindSource(repository, parameters);
+    const SourceObject source = FindSource(repository, parameters, "ObjectName");
     const Traversal traversal(repository, source.declaration, ReferenceFilter(repository, parameters));
     const Selection selection = parameters.GetSelection();
     writer.Start("IRETURNVALUE");
@@ -122,7 +83,7 @@ void References(const Repository& repository, const Parameters& parameters, XmlW
 }
 
 void ReferenceNames(const Repository& repository, const Parameters& parameters, XmlWriter& writer) {
-    const Source source = FindSource(repository, parameters);
+    const SourceObject source = FindSource(repository, parameters, "ObjectName");
     const Traversal traversal(repository, source.declaration, ReferenceFilter(repository, parameters));
     writer.Start("IRETURNVALUE");
     if (!source.path)
@@ -136,17 +97,10 @@ void ReferenceNames(const Repository& repository, const Parameters& parameters, 
 
 // What the four have in common, in groups.
 
-ParameterDeclarations ReferenceFilterParameters() {
-    return {RequiredParameter("ObjectName", ParameterKind::kObjectName),
-            OptionalParameter("ResultClass", ParameterKind::kClassName),
-            OptionalParameter("Role", ParameterKind::kText)};
-}
-
-ParameterDeclarations AssociatorFilterParameters() {
-    auto parameters = ReferenceFilterParameters();
-    parameters.push_back(OptionalParameter("AssocClass", ParameterKind::kClassName));
-    parameters.push_back(OptionalParameter("ResultRole", ParameterKind::kText));
-    return parameters;
+/// The object comes first.
+ParameterDeclarations WithObject(ParameterDeclarations filter) {
+    filter.insert(filter.begin(), RequiredParameter("ObjectName", ParameterKind::kObjectName));
+    return filter;
 }
 
 ParameterDeclarations WithSelection(ParameterDeclarations parameters) {
@@ -159,10 +113,10 @@ ParameterDeclarations WithSelection(ParameterDeclarations parameters) {
 } // namespace
 
 Operations AssociationOperations() {
-    return {{"Associators", WithSelection(AssociatorFilterParameters()), &Associators},
-            {"AssociatorNames", AssociatorFilterParameters(), &AssociatorNames},
-            {"References", WithSelection(ReferenceFilterParameters()), &References},
-            {"ReferenceNames", ReferenceFilterParameters(), &ReferenceNames}};
+    return {{"Associators", WithSelection(WithObject(AssociatorFilterParameters())), &Associators},
+            {"AssociatorNames", WithObject(AssociatorFilterParameters()), &AssociatorNames},
+            {"References", WithSelection(WithObject(ReferenceFilterParameters())), &References},
+            {"ReferenceNames", WithObject(ReferenceFilterParameters()), &ReferenceNames}};
 }
 
 } // namespace demo

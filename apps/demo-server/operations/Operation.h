@@ -4,6 +4,7 @@
 #include "operations/Repository.h"
 #include "wire/XmlWriter.h"
 
+#include <functional>
 #include <string_view>
 #include <vector>
 
@@ -11,13 +12,15 @@ namespace demo {
 
 /// An intrinsic method of DSP0200.
 struct Operation {
-    /// Writes the IRETURNVALUE. Throws CimError: before it has written anything if the request is at fault, perhaps in
-    /// the middle if a provider is.
-    using Execute = void (*)(const Repository& repository, const Parameters& parameters, XmlWriter& writer);
+    /// Writes the IRETURNVALUE and what comes behind it. Throws CimError: before it has written anything if the request
+    /// is at fault, perhaps in the middle if a provider is.
+    using Execute = std::function<void(const Repository& repository, const Parameters& parameters, XmlWriter& writer)>;
 
     std::string_view name;
     ParameterDeclarations parameters;
-    Execute execute = nullptr;
+    Execute execute;
+    /// The answer does not come a second time: the client is to get it whole.
+    bool isOnce = false;
 };
 
 using Operations = std::vector<Operation>;

@@ -25,6 +25,11 @@ void CheckFlag(const RequestParameter& parameter) {
         Fail(parameter.name, "must be a VALUE that is TRUE or FALSE");
 }
 
+void CheckNumber(const RequestParameter& parameter) {
+    if (parameter.kind != "VALUE" || !IsValueOf(CimType::kUint32, *parameter.value.AsText()))
+        Fail(parameter.name, "must be a VALUE that is a whole number of 32 bits");
+}
+
 void CheckPropertyList(const RequestParameter& parameter) {
     if (parameter.kind != "VALUE.ARRAY")
         Fail(parameter.name, "must be a VALUE.ARRAY");
@@ -42,6 +47,8 @@ void Check(const RequestParameter& parameter, ParameterKind kind) {
     switch (kind) {
     case ParameterKind::kFlag:
         return CheckFlag(parameter);
+    case ParameterKind::kNumber:
+        return CheckNumber(parameter);
     case ParameterKind::kText:
         return CheckKind(parameter, "VALUE");
     case ParameterKind::kClassName:
@@ -84,6 +91,11 @@ bool Parameters::Flag(std::string_view name) const {
     const auto* const parameter = Find(name);
     return parameter ? SameName(*parameter->value.AsText(), "true")
                      : entries_.find(name)->second.declaration->flagDefault;
+}
+
+std::optional<std::uint32_t> Parameters::Number(std::string_view name) const {
+    const auto* const parameter = Find(name);
+    return parameter ? std::optional(static_cast<std::uint32_t>(std::stoul(*parameter->value.AsText()))) : std::nullopt;
 }
 
 std::string Parameters::Name(std::string_view name) const {

@@ -4,6 +4,7 @@
 #include "wire/CimRequest.h"
 #include "wire/CimXmlWriter.h"
 
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <set>
@@ -14,7 +15,7 @@
 namespace demo {
 
 /// What a parameter of an intrinsic method holds, and so which element it is in.
-enum class ParameterKind { kFlag, kText, kClassName, kInstanceName, kObjectName, kPropertyList };
+enum class ParameterKind { kFlag, kText, kNumber, kClassName, kInstanceName, kObjectName, kPropertyList };
 
 /// A parameter as DSP0200 declares it for a method.
 struct ParameterDeclaration {
@@ -46,6 +47,9 @@ class Parameters {
     Parameters(const CimRequest& request, const ParameterDeclarations& declarations);
 
     bool Flag(std::string_view name) const;
+
+    /// A whole number of 32 bits; nothing for null.
+    std::optional<std::uint32_t> Number(std::string_view name) const;
 
     /// A text or the name of a class; empty for null.
     std::string Name(std::string_view name) const;

@@ -39,6 +39,14 @@ void Repository::EnumerateExactly(const Class& declaration, const Visitor& visit
         provider->Enumerate([&](const Instance& instance) { visit(declaration, instance); });
 }
 
+std::vector<std::unique_ptr<InstanceCursor>> Repository::Open(const Class& declaration) const {
+    std::vector<std::unique_ptr<InstanceCursor>> cursors;
+    for (const auto& provider : ProvidersOf(declaration.name)) {
+        cursors.push_back(provider->Open());
+    }
+    return cursors;
+}
+
 void Repository::EnumerateReferring(const Class& declaration, const ObjectPath& object, const Visitor& visit) const {
     for (const auto& provider : ProvidersOf(declaration.name))
         provider->EnumerateReferring(object, [&](const Instance& instance) { visit(declaration, instance); });

@@ -9,6 +9,18 @@
 
 namespace demo {
 
+/// The instances of one provider, one after the other, at whatever times they are asked for.
+class InstanceCursor {
+  public:
+    InstanceCursor() = default;
+    InstanceCursor(const InstanceCursor&) = delete;
+    InstanceCursor& operator=(const InstanceCursor&) = delete;
+    virtual ~InstanceCursor() = default;
+
+    /// The next instance, valid until the next call; null when there is none.
+    virtual const Instance* Next() = 0;
+};
+
 /// Supplies the instances of one class as they are at the time of the call.
 class InstanceProvider {
   public:
@@ -25,6 +37,10 @@ class InstanceProvider {
 
     /// Hands every instance to the visitor, one at a time. Safe to call from several threads.
     virtual void Enumerate(const Visitor& visit) const = 0;
+
+    /// The same instances for somebody who does not take them all at once. As they are now, and so all of them kept,
+    /// unless the provider can do better. The provider must outlive the cursor. Safe to call from several threads.
+    virtual std::unique_ptr<InstanceCursor> Open() const;
 
     /// Hands at least the instance with a path of the class to the visitor, if there is one; perhaps others as well.
     /// For a provider that need not make all its instances to find one. Safe to call from several threads.

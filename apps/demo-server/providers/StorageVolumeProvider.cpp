@@ -57,7 +57,29 @@ void SetNumber(Instance& instance, std::uint64_t number) {
     values["Tags"] = Value::Array({"demo", fmt::format("shelf {}", number / kSizes)});
 }
 
+class VolumeCursor : public InstanceCursor {
+  public:
+    VolumeCursor(Instance common, std::size_t count) : instance_(std::move(common)), count_(count) {}
+
+    const Instance* Next() override {
+        if (next_ == count_) {
+            return nullptr;
+        }
+        SetNumber(instance_, next_++);
+        return &instance_;
+    }
+
+  private:
+    Instance instance_;
+    std::size_t next_ = 0;
+    std::size_t count_;
+};
+
 } // namespace
+
+std::unique_ptr<InstanceCursor> StorageVolumeProvider::Open() const {
+    return std::make_unique<VolumeCursor>(MakeCommon(files_, ClassName()), count_);
+}
 
 void StorageVolumeProvider::Enumerate(const Visitor& visit) const {
     Instance instance = MakeCommon(files_, ClassName());

@@ -16,6 +16,8 @@ class StorageVolumeProvider : public InstanceProvider {
 
     std::string_view ClassName() const override { return "DEMO_StorageVolume"; }
     void Enumerate(const Visitor& visit) const override;
+    /// Makes one volume after the other.
+    std::unique_ptr<InstanceCursor> Open() const override;
     void EnumerateCandidates(const ObjectPath& path, const Visitor& visit) const override;
 
   private:

@@ -3,6 +3,7 @@
 #include "operations/AssociationOperations.h"
 #include "operations/ClassOperations.h"
 #include "operations/InstanceOperations.h"
+#include "operations/PulledOperations.h"
 #include "operations/QualifierOperations.h"
 #include "wire/CimError.h"
 
@@ -20,17 +21,26 @@ std::vector<NamespaceContent> OneNamespace(Schema schema, InstanceProviders prov
 
 } // namespace
 
-CimService::CimService(std::vector<NamespaceContent> namespaces, const std::string& host) {
+CimService::CimService(std::vector<NamespaceContent> namespaces, const std::string& host,
+                       const EnumerationLimits& enumerations, Enumerations::Clock clock)
+    : enumerations_(std::make_unique<Enumerations>(enumerations, std::move(clock))) {
     for (auto& [name, schema, providers] : namespaces) {
         namespaces_.Add(std::move(schema), std::move(providers), {host, std::move(name)});
     }
-    for (const auto& family : {ClassOperations(), InstanceOperations(), AssociationOperations(), QualifierOperations()})
+    for (const auto& family : {ClassOperations(), InstanceOperations(), AssociationOperations(), QualifierOperations(),
+                               enumerations.open == 0 ? Operations() : PulledOperations(*enumerations_)})
         for (const auto& operation : family)
             operations_.emplace(operation.name, operation);
 }
 
-CimService::CimService(Schema schema, InstanceProviders providers, const std::string& host)
-    : CimService(OneNamespace(std::move(schema), std::move(providers)), host) {}
+CimService::CimService(Schema schema, InstanceProviders providers, const std::string& host,
+                       const EnumerationLimits& enumerations, Enumerations::Clock clock)
+    : CimService(OneNamespace(std::move(schema), std::move(providers)), host, enumerations, std::move(clock)) {}
+
+bool CimService::IsOnce(const CimRequest& request) const {
+    const auto operation = operations_.find(request.method);
+    return request.kind == CimRequest::Kind::kIntrinsic && operation != operations_.end() && operation->second.isOnce;
+}
 
 /// Where several statuses apply to a request, the first one in the order of DSP0200 is the answer.
 void CimService::Execute(const CimRequest& request, XmlWriter& writer) const {

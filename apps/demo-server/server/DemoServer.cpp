@@ -14,7 +14,8 @@ CimService MakeService(const DemoServerOptions& options) {
     SchemasByNamespace added = options.namespaces;
     auto& schemas = added[CimService::kNamespace];
     schemas.insert(schemas.end(), options.schemas.begin(), options.schemas.end());
-    return {ServedNamespaces(std::move(added), options.interop, files, options.volumes), ComputerName(files)};
+    return {ServedNamespaces(std::move(added), options.interop, files, options.volumes), ComputerName(files),
+            options.enumerations};
 }
 
 Certificate MakeCertificate(const DemoServerOptions& options) {

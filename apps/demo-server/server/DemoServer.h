@@ -39,6 +39,7 @@ struct DemoServerOptions {
     std::string clientAuthorityFile;
     /// For each of the two ports.
     ListenerLimits limits;
+    EnumerationLimits enumerations;
 };
 
 /// The whole server: the namespaces with the built-in schemas and what is added to them, this machine's instances, and

@@ -320,6 +320,7 @@ class HttpListener::Implementation {
     bool AwaitTurn(const std::string& client);
     std::optional<std::string> Authenticate(const std::string& client, const std::string& authorization);
     void Respond(const httplib::Request& request, httplib::Response& response, CimRequest operation);
+    void RespondOnce(Exchange& exchange, httplib::Response& response, const CimRequest& operation);
     bool MayHold(Exchange& exchange, std::size_t answerBytes, std::chrono::milliseconds patience);
     void Send(httplib::Response& response, WholeAnswer answer) const;
     void StreamTo(httplib::Response& response, CimRequest operation, bool withTrailers) const;
@@ -485,6 +486,10 @@ void HttpListener::Implementation::Respond(const httplib::Request& request, http
         return;
     }
     Exchange& exchange = server_.CurrentExchange();
+    if (service_.IsOnce(operation)) {
+        RespondOnce(exchange, response, operation);
+        return;
+    }
     const auto patience = TakesChunks(request) ? std::chrono::milliseconds(0) : limits_.patience;
     auto answer = Answer(service_, operation, [&](std::size_t size) { return MayHold(exchange, size, patience); });
     if (answer)
@@ -493,6 +498,17 @@ void HttpListener::Implementation::Respond(const httplib::Request& request, http
         StreamTo(response, std::move(operation), false);
     else if (exchange.answerPlace)
         response.status = kVersionNotSupported; // HTTP/1.0 cannot tell a whole answer of unknown length from a part
+    else
+        PutOff(response, kUnavailable, limits_.patience);
+}
+
+/// Answers with the whole of what cannot be begun again: it has its place before it begins, and limits its length
+/// itself.
+void HttpListener::Implementation::RespondOnce(Exchange& exchange, httplib::Response& response,
+                                               const CimRequest& operation) {
+    exchange.answerPlace = exchange.answerPlace ? std::move(exchange.answerPlace) : longAnswers_.Take(limits_.patience);
+    if (exchange.answerPlace)
+        Send(response, *Answer(service_, operation));
     else
         PutOff(response, kUnavailable, limits_.patience);
 }

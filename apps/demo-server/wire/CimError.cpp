@@ -20,6 +20,18 @@ std::string_view SymbolicName(CimStatus status) {
         return "CIM_ERR_NOT_SUPPORTED";
     case CimStatus::kNoSuchProperty:
         return "CIM_ERR_NO_SUCH_PROPERTY";
+    case CimStatus::kInvalidEnumerationContext:
+        return "CIM_ERR_INVALID_ENUMERATION_CONTEXT";
+    case CimStatus::kInvalidOperationTimeout:
+        return "CIM_ERR_INVALID_OPERATION_TIMEOUT";
+    case CimStatus::kPullCannotBeAbandoned:
+        return "CIM_ERR_PULL_CANNOT_BE_ABANDONED";
+    case CimStatus::kFilteredEnumerationNotSupported:
+        return "CIM_ERR_FILTERED_ENUMERATION_NOT_SUPPORTED";
+    case CimStatus::kContinuationOnErrorNotSupported:
+        return "CIM_ERR_CONTINUATION_ON_ERROR_NOT_SUPPORTED";
+    case CimStatus::kServerLimitsExceeded:
+        return "CIM_ERR_SERVER_LIMITS_EXCEEDED";
     }
     return "CIM_ERR_FAILED";
 }

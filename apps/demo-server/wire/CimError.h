@@ -16,6 +16,12 @@ enum class CimStatus {
     kNotFound = 6,
     kNotSupported = 7,
     kNoSuchProperty = 12,
+    kInvalidEnumerationContext = 21,
+    kInvalidOperationTimeout = 22,
+    kPullCannotBeAbandoned = 24,
+    kFilteredEnumerationNotSupported = 25,
+    kContinuationOnErrorNotSupported = 26,
+    kServerLimitsExceeded = 27,
 };
 
 /// An operation that fails with a CIM status.

@@ -185,6 +185,12 @@ void WriteInstancePath(XmlWriter& writer, const NamespacePath& location, const O
     writer.End();
 }
 
+void WriteOutputParameter(XmlWriter& writer, std::string_view name, std::string_view type, std::string_view text) {
+    writer.Start("PARAMVALUE").Attribute("NAME", name).Attribute("PARAMTYPE", type);
+    writer.Start("VALUE").Text(text).End();
+    writer.End();
+}
+
 void WriteValue(XmlWriter& writer, const Value& value) {
     if (const auto* const text = value.AsText()) {
         writer.Start("VALUE").Text(*text).End();

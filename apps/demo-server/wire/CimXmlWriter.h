@@ -7,6 +7,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <string_view>
 
 namespace demo {
 
@@ -46,6 +47,9 @@ void WriteClassPath(XmlWriter& writer, const NamespacePath& location, const std:
 
 /// INSTANCEPATH
 void WriteInstancePath(XmlWriter& writer, const NamespacePath& location, const ObjectPath& path);
+
+/// PARAMVALUE of an output parameter of that CIM type.
+void WriteOutputParameter(XmlWriter& writer, std::string_view name, std::string_view type, std::string_view text);
 
 /// VALUE, VALUE.ARRAY, VALUE.REFERENCE, or nothing for null.
 void WriteValue(XmlWriter& writer, const Value& value);

@@ -116,6 +116,7 @@ void XmlWriter::EndTo(std::size_t depth) {
 void XmlWriter::Flush() {
     if (!buffer_.empty())
         output_(buffer_);
+    passedOn_ += buffer_.size();
     buffer_.clear();
 }
 

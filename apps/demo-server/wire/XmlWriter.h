@@ -37,6 +37,8 @@ class XmlWriter {
 
     /// The number of open elements.
     std::size_t Depth() const { return open_.size(); }
+    /// How long the text is so far, with what is held back.
+    std::size_t Length() const { return passedOn_ + buffer_.size(); }
     /// Closes elements until so many are open.
     void EndTo(std::size_t depth);
 
@@ -50,6 +52,7 @@ class XmlWriter {
 
     Output output_;
     std::string buffer_;
+    std::size_t passedOn_ = 0;
     std::vector<std::string> open_;
     bool inStartTag_ = false;
 };

@@ -33,6 +33,10 @@ void RequestEncoder::addString(std::string_view parameter, std::string_view valu
     close();
 }
 
+void RequestEncoder::addNumber(std::string_view parameter, Uint64 value) {
+    addString(parameter, std::to_string(value));
+}
+
 void RequestEncoder::addClassName(std::string_view parameter, const CIMName& name) {
     if (name.isNull())
         return;

@@ -22,6 +22,7 @@ class RequestEncoder {
 
     void addBoolean(std::string_view parameter, bool value);
     void addString(std::string_view parameter, std::string_view value);
+    void addNumber(std::string_view parameter, Uint64 value);
     /// A class name as a CLASSNAME element. The null name is left out.
     void addClassName(std::string_view parameter, const CIMName& name);
     /// The name of an instance within the request's namespace as an INSTANCENAME element; the path's own host and

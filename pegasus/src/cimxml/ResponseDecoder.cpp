@@ -37,8 +37,8 @@ namespace {
 
 /// What other operations return. An element that is not even among these is no CIM-XML.
 bool isOtherReturnValue(std::string_view elementName) {
-    constexpr std::array<std::string_view, 6> kOthers = {"INSTANCEPATH",    "VALUE",          "VALUE.ARRAY",
-                                                         "VALUE.REFERENCE", "VALUE.REFARRAY", "VALUE.NAMEDOBJECT"};
+    constexpr std::array<std::string_view, 4> kOthers = {"VALUE.ARRAY", "VALUE.REFERENCE", "VALUE.REFARRAY",
+                                                         "VALUE.NAMEDOBJECT"};
     return std::find(kOthers.begin(), kOthers.end(), elementName) != kOthers.end();
 }
 
@@ -85,6 +85,8 @@ void ReturnValueSink::onClassName(const CIMName&) { throwUnexpectedObject("a cla
 void ReturnValueSink::onInstanceName(const CIMObjectPath&) { throwUnexpectedObject("an instance name"); }
 void ReturnValueSink::onObjectPath(const CIMObjectPath&) { throwUnexpectedObject("an object path"); }
 void ReturnValueSink::onQualifierDecl(const CIMQualifierDecl&) { throwUnexpectedObject("a qualifier declaration"); }
+void ReturnValueSink::onInstancePath(const CIMObjectPath&) { throwUnexpectedObject("INSTANCEPATH"); }
+void ReturnValueSink::onValueText(const String&) { throwUnexpectedObject("VALUE"); }
 
 void ReturnValueSink::onValue(const CIMValue&) { throwUnexpectedObject("a value"); }
 
@@ -283,7 +285,7 @@ class ResponseDecoder::Impl {
         else if (reader_.name() == "ERROR")
             readError();
         else if (reader_.name() == "PARAMVALUE")
-            reader_.skip();
+            takeOutputParameter();
         else
             throwXmlError({"the element ", reader_.name(), " does not belong into ", kEnvelope[kInMethodResponse - 1]});
     }
@@ -349,10 +351,14 @@ class ResponseDecoder::Impl {
             const CIMQualifierDecl declaration = objects_->decodeQualifierDecl(reader_);
             reportFindings(CIMName());
             sink_.onQualifierDecl(declaration);
+        } else if (name == "INSTANCEPATH") {
+            sink_.onInstancePath(objects_->decodeInstanceName(reader_));
         } else if (sink_.takesValues() && isValue(name)) {
             const CIMValue value = objects_->decodeUntypedValue(reader_);
             reportFindings(CIMName());
             sink_.onValue(value);
+        } else if (name == "VALUE") {
+            sink_.onValueText(String(reader_.text()));
         } else {
             refuse(name);
         }
@@ -407,6 +413,28 @@ class ResponseDecoder::Impl {
         return beginningOf(text.substr(before.size()), kLongestExcerpt);
     }
 
+    /// Its type is known to whoever asked for it; servers leave PARAMTYPE out, or call it TYPE.
+    void takeOutputParameter() {
+        const String name(reader_.attributes().find("NAME").value_or(std::string_view()));
+        std::optional<String> text;
+        std::optional<CIMClass> cimClass;
+        objects_->startObject();
+        while (reader_.nextElement()) {
+            if (reader_.name() == "VALUE")
+                text.emplace(reader_.text());
+            else if (reader_.name() == "CLASS")
+                cimClass.emplace(objects_->decodeClass(reader_));
+            else
+                reader_.skip();
+        }
+        if (cimClass)
+            reportFindings(cimClass->getClassName());
+        if (text)
+            sink_.onOutputText(name, *text);
+        if (cimClass)
+            sink_.onOutputClass(name, *cimClass);
+    }
+
     [[noreturn]] void refuse(std::string_view name) {
         reader_.skip();
         if (isOtherReturnValue(name))
@@ -446,5 +474,7 @@ ResponseDecoder::~ResponseDecoder() = default;
 void ResponseDecoder::feed(std::string_view chunk) { impl_->feed(chunk); }
 
 void ResponseDecoder::finish() { impl_->finish(); }
+
+Uint64 ResponseDecoder::bytes() const noexcept { return impl_->bytes(); }
 
 } // namespace Pegasus::cimxml

@@ -20,8 +20,9 @@ class Checkpoint;
 class Findings;
 class ObjectDecoder;
 
-/// Receives the objects of a return value, one by one, in the order of the document. An operation overrides what it
-/// expects; every other kind of object ends in CIMClientResponseException.
+/// Receives the objects of a return value, one by one, in the order of the document, and output parameters. An
+/// operation overrides what it expects; every other kind of object ends in CIMClientResponseException, and every other
+/// output parameter is ignored.
 class ReturnValueSink {
   public:
     virtual ~ReturnValueSink() = default;
@@ -41,6 +42,15 @@ class ReturnValueSink {
     /// A value without a type: a text, an array of texts, or references. Only where takesValues() says so.
     virtual void onValue(const CIMValue& value);
     virtual bool takesValues() const { return false; }
+    /// Where an instance is, of operations that promise nothing else.
+    virtual void onInstancePath(const CIMObjectPath& path);
+    /// A value that is no array, as it stands there.
+    virtual void onValueText(const String& text);
+
+    /// An output parameter with a value that is no array, as it stands there; one that is null is not handed over.
+    virtual void onOutputText(const String& /*name*/, const String& /*text*/) {}
+    /// One that is a class.
+    virtual void onOutputClass(const String& /*name*/, const CIMClass& /*cimClass*/) {}
 };
 
 /// Decodes the body of an answer while it arrives. Each object of the return value is handed to the sink once it is
@@ -70,6 +80,9 @@ class ResponseDecoder {
     /// holds the server's error instead of a return value. An answer with neither is accepted: the server's status may
     /// stand elsewhere.
     void finish();
+
+    /// How many bytes have been fed.
+    Uint64 bytes() const noexcept;
 
   private:
     class Impl;

@@ -1,10 +1,12 @@
 #include <Pegasus/Client/CIMClient.h>
+#include <Pegasus/Client/InstanceStream.h>
 
 #include "cimxml/Checkpoint.h"
 #include "cimxml/Findings.h"
 #include "cimxml/ObjectDecoder.h"
 #include "cimxml/RequestEncoder.h"
 #include "cimxml/ResponseDecoder.h"
+#include "cimxml/ScalarDecoder.h"
 #include "http/CimHeaders.h"
 #include "http/HttpConnection.h"
 #include "http/TimeOut.h"
@@ -90,12 +92,14 @@ class Instances : public Kept<CIMInstance> {
     void onInstance(const CIMInstance& instance) override { this->keep(instance); }
 };
 
+[[noreturn]] void throwWithoutPath(const CIMInstance& instance) {
+    throw CIMClientResponseException(String("the answer holds an instance of ") + instance.getClassName().getString() +
+                                     String(" without its path"));
+}
+
 class NamedInstances : public Many<CIMInstance> {
     void onInstance(const CIMInstance& instance) override { keep(instance); }
-    void onInstanceAlone(const CIMInstance& instance) override {
-        throw CIMClientResponseException(String("the answer holds an instance of ") +
-                                         instance.getClassName().getString() + String(" without its path"));
-    }
+    void onInstanceAlone(const CIMInstance& instance) override { throwWithoutPath(instance); }
 };
 
 class InstanceNames : public Many<CIMObjectPath> {
@@ -108,6 +112,101 @@ class Objects : public Many<CIMObject> {
 
 class ObjectPaths : public Many<CIMObjectPath> {
     void onObjectPath(const CIMObjectPath& path) override { keep(path); }
+};
+
+class InstancePaths : public Many<CIMObjectPath> {
+    void onInstancePath(const CIMObjectPath& path) override { keep(path); }
+};
+
+/// No objects at all.
+class Nothing : public ReturnValueSink {
+  public:
+    bool take() && { return true; }
+};
+
+/// A number, or null.
+class Number : public ReturnValueSink {
+  public:
+    Uint64Arg take() && { return number_; }
+
+  private:
+    void onValueText(const String& text) override { number_.setValue(cimxml::decodeScalar<Uint64>(text.view())); }
+
+    Uint64Arg number_;
+};
+
+/// Hands instances over instead of keeping them.
+class HandedOver : public ReturnValueSink {
+  public:
+    /// Thrown when whoever takes the instances wants no more.
+    struct Enough {};
+
+    explicit HandedOver(const InstanceStream::Taker& take) : take_(take) {}
+
+    /// Throws what the taker threw, if it did.
+    void rethrow() const {
+        if (error_) {
+            std::rethrow_exception(error_);
+        }
+    }
+
+  private:
+    void onInstance(const CIMInstance& instance) override {
+        try {
+            if (take_(instance)) {
+                return;
+            }
+        } catch (...) { // which is not to be taken for the server's or the connection's
+            error_ = std::current_exception();
+        }
+        throw Enough();
+    }
+    void onInstanceAlone(const CIMInstance& instance) override { throwWithoutPath(instance); }
+
+    const InstanceStream::Taker& take_;
+    std::exception_ptr error_;
+};
+
+/// What comes with one portion of a pulled enumeration.
+template <typename Objects>
+struct Portion {
+    Objects objects;
+    bool isLast;
+    String id; // under which the server keeps the enumeration open, unless it is the last one
+    std::optional<CIMClass> queryResultClass;
+};
+
+/// One portion with objects as they are Kept.
+template <typename Kept>
+class Pulled : public Kept {
+  public:
+    auto take() && {
+        if (!isLast_ || (!*isLast_ && !id_)) {
+            throw CIMClientResponseException(String("the answer lacks the output parameter ") +
+                                             String(isLast_ ? "EnumerationContext" : "EndOfSequence"));
+        }
+        return Portion<decltype(static_cast<Kept&&>(*this).take())>{
+            static_cast<Kept&&>(*this).take(), *isLast_, id_.value_or(String()), std::move(queryResultClass_)};
+    }
+
+  private:
+    void onOutputText(const String& name, const String& text) override {
+        if (String::equalNoCase(name, "EndOfSequence")) {
+            isLast_ = cimxml::decodeScalar<Boolean>(text.view());
+        } else if (String::equalNoCase(name, "EnumerationContext")) {
+            id_ = text;
+        }
+    }
+
+    void onOutputClass(const String& name, const CIMClass& cimClass) override {
+        if (String::equalNoCase(name, "QueryResultClass")) {
+            queryResultClass_ = cimClass;
+        }
+    }
+
+    std::optional<bool> isLast_;
+    std::optional<String> id_;
+    std::optional<CIMClass> queryResultClass_;
 };
 
 template <template <typename> class Kept>
@@ -166,20 +265,60 @@ void addExtent(RequestEncoder& request, Boolean includeQualifiers, Boolean inclu
     request.addPropertyList("PropertyList", propertyList);
 }
 
-/// Adds the parameters that lead from an object over associations to others.
-void addAssociators(RequestEncoder& request, const CIMObjectPath& objectName, const CIMName& assocClass,
-                    const CIMName& resultClass, const String& role, const String& resultRole) {
-    request.addObjectName("ObjectName", objectName);
+/// Adds the parameters that say which instances of a class are asked for.
+void addInstancesOf(RequestEncoder& request, const CIMName& className, Boolean deepInheritance, Boolean localOnly,
+                    Boolean includeQualifiers, Boolean includeClassOrigin, const CIMPropertyList& propertyList) {
+    request.addClassName("ClassName", className);
+    request.addBoolean("LocalOnly", localOnly);
+    request.addBoolean("DeepInheritance", deepInheritance);
+    addExtent(request, includeQualifiers, includeClassOrigin, propertyList);
+}
+
+/// Adds which associations are followed.
+void addAssociationFilter(RequestEncoder& request, const CIMName& assocClass, const CIMName& resultClass,
+                          const String& role, const String& resultRole) {
     request.addClassName("AssocClass", assocClass);
     request.addClassName("ResultClass", resultClass);
     addOptional(request, "Role", role);
     addOptional(request, "ResultRole", resultRole);
 }
 
+/// Adds the parameters that lead from an object over associations to others.
+void addAssociators(RequestEncoder& request, const CIMObjectPath& objectName, const CIMName& assocClass,
+                    const CIMName& resultClass, const String& role, const String& resultRole) {
+    request.addObjectName("ObjectName", objectName);
+    addAssociationFilter(request, assocClass, resultClass, role, resultRole);
+}
+
+/// The same from an instance, as the pulled enumerations call it.
+void addSource(RequestEncoder& request, const CIMObjectPath& instanceName, const CIMName& assocClass,
+               const CIMName& resultClass, const String& role, const String& resultRole) {
+    request.addInstanceName("InstanceName", instanceName);
+    addAssociationFilter(request, assocClass, resultClass, role, resultRole);
+}
+
 /// Adds the parameters that lead from an object to its associations.
 void addReferences(RequestEncoder& request, const CIMObjectPath& objectName, const CIMName& resultClass,
                    const String& role) {
     addAssociators(request, objectName, CIMName(), resultClass, role, String::EMPTY);
+}
+
+/// Adds what every operation has that opens an enumeration.
+void addOpening(RequestEncoder& request, const Uint32Arg& operationTimeout, Boolean continueOnError,
+                Uint32 maxObjectCount) {
+    if (!operationTimeout.isNull()) {
+        request.addNumber("OperationTimeout", operationTimeout.getValue());
+    }
+    if (continueOnError) {
+        request.addBoolean("ContinueOnError", true);
+    }
+    request.addNumber("MaxObjectCount", maxObjectCount);
+}
+
+/// Adds which of the objects are wanted.
+void addFilter(RequestEncoder& request, const String& filterQueryLanguage, const String& filterQuery) {
+    addOptional(request, "FilterQueryLanguage", filterQueryLanguage);
+    addOptional(request, "FilterQuery", filterQuery);
 }
 
 /// The end of an operation, looked at while its answer is decoded.
@@ -286,45 +425,125 @@ class CIMClient::Impl {
         });
     }
 
-    void disconnect() { connection_.reset(); }
+    void disconnect() {
+        checkIdle();
+        connection_.reset();
+    }
 
     /// One operation: `addParameters` completes the request, a Result takes the objects of the return value.
     template <typename Result, typename AddParameters>
     auto call(const char* method, const CIMNamespaceName& nameSpace, AddParameters addParameters) {
-        if (!connection_) {
-            throw NotConnectedException();
-        }
+        checkReady();
         return withinMemory([&] {
-            return aboutOperation(connection_->endpoint(), method,
-                                  [&] { return answerTo<Result>(method, nameSpace, addParameters); });
+            return aboutOperation(connection_->endpoint(), method, [&] {
+                Result result;
+                receive(method, nameSpace, addParameters, result);
+                return std::move(result).take();
+            });
+        });
+    }
+
+    /// The same for objects that are handed over: false when they were not wanted any more.
+    template <typename AddParameters>
+    bool handOver(const char* method, const CIMNamespaceName& nameSpace, AddParameters addParameters,
+                  const InstanceStream::Taker& take) {
+        checkReady();
+        return withinMemory([&] {
+            HandedOver sink(take);
+            try {
+                aboutOperation(connection_->endpoint(), method,
+                               [&] { receive(method, nameSpace, addParameters, sink); });
+                return true;
+            } catch (const HandedOver::Enough&) {
+                sink.rethrow();
+                return false;
+            }
+        });
+    }
+
+    /// Opens an enumeration and returns its first portion.
+    template <typename Kept, typename AddParameters>
+    auto open(const char* method, CIMEnumerationContext& context, Boolean& endOfSequence,
+              const CIMNamespaceName& nameSpace, AddParameters addParameters) {
+        auto portion = call<Pulled<Kept>>(method, nameSpace, addParameters);
+        CIMEnumerationContext opened;
+        opened.nameSpace_ = nameSpace;
+        keep(portion, opened, endOfSequence);
+        context = opened;
+        return portion;
+    }
+
+    /// Its next portion.
+    template <typename Kept>
+    auto pull(const char* method, CIMEnumerationContext& context, Boolean& endOfSequence, Uint32 maxObjectCount) {
+        auto portion = ask<Pulled<Kept>>(
+            method, context, [&](RequestEncoder& request) { request.addNumber("MaxObjectCount", maxObjectCount); });
+        keep(portion, context, endOfSequence);
+        return portion.objects;
+    }
+
+    /// An operation on an enumeration.
+    template <typename Result, typename AddParameters>
+    auto ask(const char* method, const CIMEnumerationContext& context, AddParameters addParameters) {
+        if (!context.open_) {
+            throw CIMException(CIM_ERR_INVALID_ENUMERATION_CONTEXT, "the enumeration is not open");
+        }
+        return call<Result>(method, context.nameSpace_, [&](RequestEncoder& request) {
+            request.addString("EnumerationContext", context.id_.view());
+            addParameters(request);
         });
     }
 
   private:
-    template <typename Result, typename AddParameters>
-    auto answerTo(const char* method, const CIMNamespaceName& nameSpace, AddParameters addParameters) {
+    template <typename Answer>
+    void keep(const Answer& portion, CIMEnumerationContext& context, Boolean& endOfSequence) const {
+        context.id_ = portion.id;
+        context.open_ = !portion.isLast;
+        context.answerBytes_ += lastAnswerBytes_;
+        endOfSequence = portion.isLast;
+    }
+
+    void checkReady() const {
+        if (!connection_) {
+            throw NotConnectedException();
+        }
+        checkIdle();
+    }
+
+    /// Whoever takes instances is called in the middle of an operation.
+    void checkIdle() const {
+        if (isReceiving_) {
+            throw Exception("the client is in use: it is handing over the instances of an answer");
+        }
+    }
+
+    template <typename AddParameters>
+    void receive(const char* method, const CIMNamespaceName& nameSpace, AddParameters addParameters,
+                 ReturnValueSink& sink) {
         const std::string messageId = std::to_string(++lastMessageId_);
         RequestEncoder request(messageId, method, nameSpace);
         addParameters(request);
         const http::Deadline end = deadline();
         const EndOfTime endOfTime(connection_->endpoint(), end);
-        Result result;
-        ResponseDecoder decoder(messageId, method, result, objects_, limits_, &endOfTime,
-                                lenient ? &findings : nullptr);
+        ResponseDecoder decoder(messageId, method, sink, objects_, limits_, &endOfTime, lenient ? &findings : nullptr);
         Measurement measurement(method);
+        isReceiving_ = true;
         try {
             exchange(http::makeCimRequest(method, nameSpace.getString().view(), request.finish(), languages), decoder,
                      end, endOfTime, measurement);
         } catch (CIMException& error) { // a good answer, though not the one hoped for
+            isReceiving_ = false;
             error.setContentLanguages(measurement.remarks.languages);
             report(measurement);
             throw;
         } catch (...) {
+            isReceiving_ = false;
             connection_->close();
             throw;
         }
+        isReceiving_ = false;
+        lastAnswerBytes_ = decoder.bytes();
         report(measurement);
-        return std::move(result).take();
     }
 
     void report(const Measurement& measurement) const {
@@ -381,6 +600,8 @@ class CIMClient::Impl {
     String outOfMemory_{kOutOfMemory};
     const std::shared_ptr<cimxml::ObjectDecoder> objects_ = std::make_shared<cimxml::ObjectDecoder>();
     Uint64 lastMessageId_ = 0;
+    Uint64 lastAnswerBytes_ = 0;
+    bool isReceiving_ = false;
 };
 
 CIMClient::CIMClient() : impl_(std::make_unique<Impl>()) {}
@@ -475,10 +696,8 @@ Array<CIMInstance> CIMClient::enumerateInstances(const CIMNamespaceName& nameSpa
                                                  Boolean deepInheritance, Boolean localOnly, Boolean includeQualifiers,
                                                  Boolean includeClassOrigin, const CIMPropertyList& propertyList) {
     return impl_->call<NamedInstances>("EnumerateInstances", nameSpace, [&](RequestEncoder& request) {
-        request.addClassName("ClassName", className);
-        request.addBoolean("LocalOnly", localOnly);
-        request.addBoolean("DeepInheritance", deepInheritance);
-        addExtent(request, includeQualifiers, includeClassOrigin, propertyList);
+        addInstancesOf(request, className, deepInheritance, localOnly, includeQualifiers, includeClassOrigin,
+                       propertyList);
     });
 }
 
@@ -547,6 +766,146 @@ Array<CIMQualifierDecl> CIMClient::enumerateQualifiers(const CIMNamespaceName& n
     return impl_->call<QualifierDecls<Many>>("EnumerateQualifiers", nameSpace, [](RequestEncoder& /*request*/) {});
 }
 
+// Pulled enumerations.
+
+Array<CIMInstance> CIMClient::openEnumerateInstances(CIMEnumerationContext& context, Boolean& endOfSequence,
+                                                     const CIMNamespaceName& nameSpace, const CIMName& className,
+                                                     Boolean deepInheritance, Boolean includeClassOrigin,
+                                                     const CIMPropertyList& propertyList,
+                                                     const String& filterQueryLanguage, const String& filterQuery,
+                                                     const Uint32Arg& operationTimeout, Boolean continueOnError,
+                                                     Uint32 maxObjectCount) {
+    const auto addParameters = [&](RequestEncoder& request) {
+        request.addClassName("ClassName", className);
+        request.addBoolean("DeepInheritance", deepInheritance);
+        request.addBoolean("IncludeClassOrigin", includeClassOrigin);
+        request.addPropertyList("PropertyList", propertyList);
+        addFilter(request, filterQueryLanguage, filterQuery);
+        addOpening(request, operationTimeout, continueOnError, maxObjectCount);
+    };
+    return impl_->open<NamedInstances>("OpenEnumerateInstances", context, endOfSequence, nameSpace, addParameters)
+        .objects;
+}
+
+Array<CIMObjectPath> CIMClient::openEnumerateInstancePaths(CIMEnumerationContext& context, Boolean& endOfSequence,
+                                                           const CIMNamespaceName& nameSpace, const CIMName& className,
+                                                           const String& filterQueryLanguage, const String& filterQuery,
+                                                           const Uint32Arg& operationTimeout, Boolean continueOnError,
+                                                           Uint32 maxObjectCount) {
+    const auto addParameters = [&](RequestEncoder& request) {
+        request.addClassName("ClassName", className);
+        addFilter(request, filterQueryLanguage, filterQuery);
+        addOpening(request, operationTimeout, continueOnError, maxObjectCount);
+    };
+    return impl_->open<InstancePaths>("OpenEnumerateInstancePaths", context, endOfSequence, nameSpace, addParameters)
+        .objects;
+}
+
+Array<CIMInstance> CIMClient::openReferenceInstances(CIMEnumerationContext& context, Boolean& endOfSequence,
+                                                     const CIMNamespaceName& nameSpace, const CIMObjectPath& objectName,
+                                                     const CIMName& resultClass, const String& role,
+                                                     Boolean includeClassOrigin, const CIMPropertyList& propertyList,
+                                                     const String& filterQueryLanguage, const String& filterQuery,
+                                                     const Uint32Arg& operationTimeout, Boolean continueOnError,
+                                                     Uint32 maxObjectCount) {
+    const auto addParameters = [&](RequestEncoder& request) {
+        addSource(request, objectName, CIMName(), resultClass, role, String::EMPTY);
+        request.addBoolean("IncludeClassOrigin", includeClassOrigin);
+        request.addPropertyList("PropertyList", propertyList);
+        addFilter(request, filterQueryLanguage, filterQuery);
+        addOpening(request, operationTimeout, continueOnError, maxObjectCount);
+    };
+    return impl_->open<NamedInstances>("OpenReferenceInstances", context, endOfSequence, nameSpace, addParameters)
+        .objects;
+}
+
+Array<CIMObjectPath> CIMClient::openReferenceInstancePaths(CIMEnumerationContext& context, Boolean& endOfSequence,
+                                                           const CIMNamespaceName& nameSpace,
+                                                           const CIMObjectPath& objectName, const CIMName& resultClass,
+                                                           const String& role, const String& filterQueryLanguage,
+                                                           const String& filterQuery, const Uint32Arg& operationTimeout,
+                                                           Boolean continueOnError, Uint32 maxObjectCount) {
+    const auto addParameters = [&](RequestEncoder& request) {
+        addSource(request, objectName, CIMName(), resultClass, role, String::EMPTY);
+        addFilter(request, filterQueryLanguage, filterQuery);
+        addOpening(request, operationTimeout, continueOnError, maxObjectCount);
+    };
+    return impl_->open<InstancePaths>("OpenReferenceInstancePaths", context, endOfSequence, nameSpace, addParameters)
+        .objects;
+}
+
+Array<CIMInstance> CIMClient::openAssociatorInstances(
+    CIMEnumerationContext& context, Boolean& endOfSequence, const CIMNamespaceName& nameSpace,
+    const CIMObjectPath& objectName, const CIMName& assocClass, const CIMName& resultClass, const String& role,
+    const String& resultRole, Boolean includeClassOrigin, const CIMPropertyList& propertyList,
+    const String& filterQueryLanguage, const String& filterQuery, const Uint32Arg& operationTimeout,
+    Boolean continueOnError, Uint32 maxObjectCount) {
+    const auto addParameters = [&](RequestEncoder& request) {
+        addSource(request, objectName, assocClass, resultClass, role, resultRole);
+        request.addBoolean("IncludeClassOrigin", includeClassOrigin);
+        request.addPropertyList("PropertyList", propertyList);
+        addFilter(request, filterQueryLanguage, filterQuery);
+        addOpening(request, operationTimeout, continueOnError, maxObjectCount);
+    };
+    return impl_->open<NamedInstances>("OpenAssociatorInstances", context, endOfSequence, nameSpace, addParameters)
+        .objects;
+}
+
+Array<CIMObjectPath> CIMClient::openAssociatorInstancePaths(
+    CIMEnumerationContext& context, Boolean& endOfSequence, const CIMNamespaceName& nameSpace,
+    const CIMObjectPath& objectName, const CIMName& assocClass, const CIMName& resultClass, const String& role,
+    const String& resultRole, const String& filterQueryLanguage, const String& filterQuery,
+    const Uint32Arg& operationTimeout, Boolean continueOnError, Uint32 maxObjectCount) {
+    const auto addParameters = [&](RequestEncoder& request) {
+        addSource(request, objectName, assocClass, resultClass, role, resultRole);
+        addFilter(request, filterQueryLanguage, filterQuery);
+        addOpening(request, operationTimeout, continueOnError, maxObjectCount);
+    };
+    return impl_->open<InstancePaths>("OpenAssociatorInstancePaths", context, endOfSequence, nameSpace, addParameters)
+        .objects;
+}
+
+Array<CIMInstance> CIMClient::openQueryInstances(CIMEnumerationContext& context, Boolean& endOfSequence,
+                                                 const CIMNamespaceName& nameSpace, const String& queryLanguage,
+                                                 const String& query, CIMClass& queryResultClass,
+                                                 Boolean returnQueryResultClass, const Uint32Arg& operationTimeout,
+                                                 Boolean continueOnError, Uint32 maxObjectCount) {
+    auto portion = impl_->open<Instances<Many>>(
+        "OpenQueryInstances", context, endOfSequence, nameSpace, [&](RequestEncoder& request) {
+            addFilter(request, queryLanguage, query);
+            request.addBoolean("ReturnQueryResultClass", returnQueryResultClass);
+            addOpening(request, operationTimeout, continueOnError, maxObjectCount);
+        });
+    if (returnQueryResultClass && portion.queryResultClass) {
+        queryResultClass = *portion.queryResultClass;
+    }
+    return portion.objects;
+}
+
+Array<CIMInstance> CIMClient::pullInstancesWithPath(CIMEnumerationContext& context, Boolean& endOfSequence,
+                                                    Uint32 maxObjectCount) {
+    return impl_->pull<NamedInstances>("PullInstancesWithPath", context, endOfSequence, maxObjectCount);
+}
+
+Array<CIMObjectPath> CIMClient::pullInstancePaths(CIMEnumerationContext& context, Boolean& endOfSequence,
+                                                  Uint32 maxObjectCount) {
+    return impl_->pull<InstancePaths>("PullInstancePaths", context, endOfSequence, maxObjectCount);
+}
+
+Array<CIMInstance> CIMClient::pullInstances(CIMEnumerationContext& context, Boolean& endOfSequence,
+                                            Uint32 maxObjectCount) {
+    return impl_->pull<Instances<Many>>("PullInstances", context, endOfSequence, maxObjectCount);
+}
+
+void CIMClient::closeEnumeration(CIMEnumerationContext& context) {
+    impl_->ask<Nothing>("CloseEnumeration", context, [](RequestEncoder& /*request*/) {});
+    context.clear();
+}
+
+Uint64Arg CIMClient::enumerationCount(CIMEnumerationContext& context) {
+    return impl_->ask<Number>("EnumerationCount", context, [](RequestEncoder& /*request*/) {});
+}
+
 Boolean CIMClient::hasPulledEnumerations(const CIMNamespaceName& nameSpace) {
     try {
         impl_->call<InstanceNames>("OpenEnumerateInstancePaths", nameSpace, [](RequestEncoder& request) {
@@ -564,6 +923,17 @@ Boolean CIMClient::hasPulledEnumerations(const CIMNamespaceName& nameSpace) {
         }
     }
     return true;
+}
+
+Boolean InstanceStream::enumerateInstances(const CIMNamespaceName& nameSpace, const CIMName& className,
+                                           const Taker& take, Boolean deepInheritance, Boolean localOnly,
+                                           Boolean includeQualifiers, Boolean includeClassOrigin,
+                                           const CIMPropertyList& propertyList) {
+    const auto addParameters = [&](RequestEncoder& request) {
+        addInstancesOf(request, className, deepInheritance, localOnly, includeQualifiers, includeClassOrigin,
+                       propertyList);
+    };
+    return client_.impl_->handOver("EnumerateInstances", nameSpace, addParameters, take);
 }
 
 } // namespace Pegasus

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Pegasus/Client/CIMClientException.h>
+#include <Pegasus/Client/CIMEnumerationContext.h>
 #include <Pegasus/Client/ClientLimits.h>
 #include <Pegasus/Client/ClientOpPerformanceDataHandler.h>
 #include <Pegasus/Client/LenientFinding.h>
@@ -17,6 +18,7 @@
 #include <Pegasus/Common/ContentLanguageList.h>
 #include <Pegasus/Common/SSLContext.h>
 #include <Pegasus/Common/String.h>
+#include <Pegasus/Common/UintArgs.h>
 
 #include <memory>
 
@@ -171,12 +173,107 @@ class CIMClient {
     /// The declarations of all qualifiers of a namespace.
     Array<CIMQualifierDecl> enumerateQualifiers(const CIMNamespaceName& nameSpace);
 
+    // Pulled enumerations (DSP0200 1.4): the objects come in portions, of which the client says how large they may be.
+    // One of the open operations begins an enumeration and fetches the first portion, which is empty unless
+    // `maxObjectCount` says otherwise; the pull operation for its kind of objects fetches the next ones. Once
+    // `endOfSequence` is set, the server has closed the enumeration, and the context is none any more; before that,
+    // closeEnumeration() closes it. After an error the server has closed it, too, unless it was to continue.
+    //
+    // The codes of their CIMException: CIM_ERR_NOT_SUPPORTED from a server without pulled enumerations,
+    // CIM_ERR_INVALID_ENUMERATION_CONTEXT for a context that the server does not know (any more) and, without asking
+    // it, for one that is not open. A context stays as it was when an operation throws.
+    //
+    //   filterQueryLanguage, filterQuery   which of the objects are wanted; empty for all.
+    //                                      CIM_ERR_FILTERED_ENUMERATION_NOT_SUPPORTED from servers without filters.
+    //   operationTimeout   how many seconds the server keeps the enumeration open between two operations; as long as it
+    //                      likes for null, for ever with 0. CIM_ERR_INVALID_OPERATION_TIMEOUT when it will not.
+    //   continueOnError    asks for what is left when a part fails. CIM_ERR_CONTINUATION_ON_ERROR_NOT_SUPPORTED.
+    //   maxObjectCount     the most objects of the answer.
+
+    /// As enumerateInstances(): the instances of a class and its subclasses, each with its whole path.
+    Array<CIMInstance> openEnumerateInstances(CIMEnumerationContext& context, Boolean& endOfSequence,
+                                              const CIMNamespaceName& nameSpace, const CIMName& className,
+                                              Boolean deepInheritance = true, Boolean includeClassOrigin = false,
+                                              const CIMPropertyList& propertyList = CIMPropertyList(),
+                                              const String& filterQueryLanguage = String::EMPTY,
+                                              const String& filterQuery = String::EMPTY,
+                                              const Uint32Arg& operationTimeout = Uint32Arg(),
+                                              Boolean continueOnError = false, Uint32 maxObjectCount = 0);
+
+    /// As enumerateInstanceNames(), with whole paths.
+    Array<CIMObjectPath> openEnumerateInstancePaths(CIMEnumerationContext& context, Boolean& endOfSequence,
+                                                    const CIMNamespaceName& nameSpace, const CIMName& className,
+                                                    const String& filterQueryLanguage = String::EMPTY,
+                                                    const String& filterQuery = String::EMPTY,
+                                                    const Uint32Arg& operationTimeout = Uint32Arg(),
+                                                    Boolean continueOnError = false, Uint32 maxObjectCount = 0);
+
+    /// As references(), of an instance.
+    Array<CIMInstance> openReferenceInstances(
+        CIMEnumerationContext& context, Boolean& endOfSequence, const CIMNamespaceName& nameSpace,
+        const CIMObjectPath& objectName, const CIMName& resultClass = CIMName(), const String& role = String::EMPTY,
+        Boolean includeClassOrigin = false, const CIMPropertyList& propertyList = CIMPropertyList(),
+        const String& filterQueryLanguage = String::EMPTY, const String& filterQuery = String::EMPTY,
+        const Uint32Arg& operationTimeout = Uint32Arg(), Boolean continueOnError = false, Uint32 maxObjectCount = 0);
+
+    /// As referenceNames(), of an instance.
+    Array<CIMObjectPath> openReferenceInstancePaths(
+        CIMEnumerationContext& context, Boolean& endOfSequence, const CIMNamespaceName& nameSpace,
+        const CIMObjectPath& objectName, const CIMName& resultClass = CIMName(), const String& role = String::EMPTY,
+        const String& filterQueryLanguage = String::EMPTY, const String& filterQuery = String::EMPTY,
+        const Uint32Arg& operationTimeout = Uint32Arg(), Boolean continueOnError = false, Uint32 maxObjectCount = 0);
+
+    /// As associators(), of an instance.
+    Array<CIMInstance> openAssociatorInstances(
+        CIMEnumerationContext& context, Boolean& endOfSequence, const CIMNamespaceName& nameSpace,
+        const CIMObjectPath& objectName, const CIMName& assocClass = CIMName(), const CIMName& resultClass = CIMName(),
+        const String& role = String::EMPTY, const String& resultRole = String::EMPTY,
+        Boolean includeClassOrigin = false, const CIMPropertyList& propertyList = CIMPropertyList(),
+        const String& filterQueryLanguage = String::EMPTY, const String& filterQuery = String::EMPTY,
+        const Uint32Arg& operationTimeout = Uint32Arg(), Boolean continueOnError = false, Uint32 maxObjectCount = 0);
+
+    /// As associatorNames(), of an instance.
+    Array<CIMObjectPath> openAssociatorInstancePaths(
+        CIMEnumerationContext& context, Boolean& endOfSequence, const CIMNamespaceName& nameSpace,
+        const CIMObjectPath& objectName, const CIMName& assocClass = CIMName(), const CIMName& resultClass = CIMName(),
+        const String& role = String::EMPTY, const String& resultRole = String::EMPTY,
+        const String& filterQueryLanguage = String::EMPTY, const String& filterQuery = String::EMPTY,
+        const Uint32Arg& operationTimeout = Uint32Arg(), Boolean continueOnError = false, Uint32 maxObjectCount = 0);
+
+    /// The instances that a query selects, without paths. With `returnQueryResultClass`, `queryResultClass` is set to
+    /// the class that describes them; it stays as it was otherwise.
+    Array<CIMInstance> openQueryInstances(CIMEnumerationContext& context, Boolean& endOfSequence,
+                                          const CIMNamespaceName& nameSpace, const String& queryLanguage,
+                                          const String& query, CIMClass& queryResultClass,
+                                          Boolean returnQueryResultClass = false,
+                                          const Uint32Arg& operationTimeout = Uint32Arg(),
+                                          Boolean continueOnError = false, Uint32 maxObjectCount = 0);
+
+    /// The next instances of an enumeration that one of the operations for instances opened, but openQueryInstances().
+    Array<CIMInstance> pullInstancesWithPath(CIMEnumerationContext& context, Boolean& endOfSequence,
+                                             Uint32 maxObjectCount);
+
+    /// The next paths of an enumeration that one of the operations for paths opened.
+    Array<CIMObjectPath> pullInstancePaths(CIMEnumerationContext& context, Boolean& endOfSequence,
+                                           Uint32 maxObjectCount);
+
+    /// The next instances of an enumeration that openQueryInstances() opened.
+    Array<CIMInstance> pullInstances(CIMEnumerationContext& context, Boolean& endOfSequence, Uint32 maxObjectCount);
+
+    /// Ends an enumeration before its end.
+    void closeEnumeration(CIMEnumerationContext& context);
+
+    /// How many objects are left, about; null when the server does not know.
+    Uint64Arg enumerationCount(CIMEnumerationContext& context);
+
     /// Whether the server has pulled enumerations (DSP0200). It is asked to begin one with a class that there is not,
     /// so that it begins none: one that has them answers CIM_ERR_INVALID_CLASS or CIM_ERR_NOT_FOUND, one that does not
     /// CIM_ERR_NOT_SUPPORTED. An extension, which other libraries of this API do not have.
     Boolean hasPulledEnumerations(const CIMNamespaceName& nameSpace);
 
   private:
+    friend class InstanceStream;
+
     class Impl;
     std::unique_ptr<Impl> impl_;
 };

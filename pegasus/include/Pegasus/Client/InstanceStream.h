@@ -1,0 +1,39 @@
+#pragma once
+
+#include <Pegasus/Client/CIMClient.h>
+
+#include <functional>
+
+namespace Pegasus {
+
+/// Enumerates instances without collecting them: each is handed over as soon as its text has arrived, while the rest of
+/// the answer is still on its way. An extension, which other libraries of this API do not have.
+///
+///     InstanceStream stream(client);
+///     stream.enumerateInstances("root/cimv2", "CIM_FileSystem", [](const CIMInstance& instance) {
+///         std::cout << instance.getPath().toString() << '\n';
+///         return true;
+///     });
+class InstanceStream {
+  public:
+    /// Takes one instance, with its path; false ends the enumeration. Meanwhile the client is in use: its operations
+    /// throw an Exception. What this throws ends the enumeration, too, and reaches its caller.
+    using Taker = std::function<Boolean(const CIMInstance& instance)>;
+
+    /// The client must outlive the stream.
+    explicit InstanceStream(CIMClient& client) : client_(client) {}
+
+    /// As CIMClient::enumerateInstances(), with the same parameters. True when all instances were handed over, false
+    /// when the taker ended it; the connection, on which the rest of the answer would come, is closed then, and the
+    /// next operation opens it again. When the server reports an error, or the answer turns out to be none, the
+    /// instances before that have been handed over. The time-out counts for all of it, also for what the taker does.
+    Boolean enumerateInstances(const CIMNamespaceName& nameSpace, const CIMName& className, const Taker& take,
+                               Boolean deepInheritance = true, Boolean localOnly = true,
+                               Boolean includeQualifiers = false, Boolean includeClassOrigin = false,
+                               const CIMPropertyList& propertyList = CIMPropertyList());
+
+  private:
+    CIMClient& client_;
+};
+
+} // namespace Pegasus

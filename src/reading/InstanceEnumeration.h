@@ -1,0 +1,87 @@
+#pragma once
+
+#include <boost/shared_ptr.hpp>
+#include <boost/weak_ptr.hpp>
+
+#include <atomic>
+#include <cstdint>
+#include <limits>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "reading/InstancePortions.h"
+#include "reading/InstanceReader.h"
+#include "reading/LastReadings.h"
+
+namespace NQORVYX20 {
+
+class FaithfulReading;
+class ICIMInstance;
+class TCimHTTPClass;
+class TCimHTTPNamespace;
+
+/// An enumeration of a faithful namespace that is read as it is wanted. It holds a number of instances at most, and
+/// what one request brings beyond. An enumeration of no more has all of them in the order of their paths, each path
+/// once, and the reading keeps them for GetInstance; one of more has them in the order of the server, as often as it
+/// sends them, and nothing is kept.
+///
+/// When it goes before its end, the server is told. It is of no use when the namespace has gone: then it throws
+/// boost::bad_weak_ptr.
+class InstanceEnumeration {
+  public:
+    using TInstances = std::vector<boost::shared_ptr<ICIMInstance>>;
+
+    static constexpr std::size_t kAll = std::numeric_limits<std::size_t>::max();
+
+    /// Of a class and its subclasses or, without `deep`, of the class alone; asks for nothing yet.
+    InstanceEnumeration(const boost::shared_ptr<TCimHTTPNamespace>& nameSpace, FaithfulReading& reading,
+                        const TCimHTTPClass& cls, bool deep, const Pegasus::CIMPropertyList& properties,
+                        std::size_t held);
+    ~InstanceEnumeration();
+    InstanceEnumeration(const InstanceEnumeration&) = delete;
+    InstanceEnumeration& operator=(const InstanceEnumeration&) = delete;
+
+    /// The next instances; none at the end. Throws as FaithfulReading says.
+    TInstances Next();
+
+    /// Whether it is known that there are no more.
+    bool IsAtEnd() const { return fHasBegun && IsOver(); }
+
+    /// No further request is sent for instances: the call of Next() that runs tells the server, and ends with what
+    /// there is; the next one gives none. From any thread.
+    void Stop() noexcept { fIsStopped = true; }
+
+    /// Tells the server, if it is not at its end. Never throws.
+    void Close() noexcept;
+
+  private:
+    using TClassPointer = boost::shared_ptr<TCimHTTPClass>;
+
+    TInstances First();
+    TInstances Following();
+    template <typename Take>
+    void ReadPortion(const Take& take);
+    TClassPointer ClassOf(const std::string& name);
+    void Hold(const std::string& key, const boost::shared_ptr<ICIMInstance>& instance, const TClassPointer& cls);
+    void CheckLimits() const;
+    TInstances TakeHeld();
+    bool IsOver() const { return fIsStopped || fPortions.IsAtEnd(); }
+
+    boost::weak_ptr<TCimHTTPNamespace> fNamespace;
+    FaithfulReading& fReading; // lives as long as the namespace
+    std::string fClassName;
+    Pegasus::CIMName fRemoteName;
+    bool fDeep;
+    bool fHasAllProperties;
+    std::size_t fHeldAtMost;
+    InstancePortions fPortions;
+    InstanceReader fReader;
+    std::map<std::string, TClassPointer> fClasses; // of this enumeration
+    boost::shared_ptr<LastReadings::TInstances> fHeld;
+    TInstances fArrived; // the same in the order of the server
+    bool fHasBegun = false;
+    std::atomic<bool> fIsStopped{false};
+};
+
+} // namespace NQORVYX20

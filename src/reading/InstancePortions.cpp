@@ -1,0 +1,75 @@
+#include "reading/InstancePortions.h"
+
+#include <chrono>
+#include <utility>
+
+#include "convert/CoreLog.h"
+#include "convert/RemoteText.h"
+#include "reading/LimitExceeded.h"
+#include "reading/RemoteFailures.h"
+
+namespace NQORVYX20 {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/// A server may make a client wait by them, but not for ever.
+constexpr unsigned kMaxEmptyPortions = 100;
+
+bool HasNoPulls(const Pegasus::Exception& exception) {
+    const RemoteFailure failure = RemoteFailureOf(exception);
+    return IsOperationUnsupported(failure) || (failure.kind == RemoteFailure::Kind::kCimStatus &&
+                                               failure.cimStatus == static_cast<unsigned>(Pegasus::CIM_ERR_FAILED));
+}
+
+} // namespace
+
+InstancePortions::InstancePortions(RemoteServer& server, std::string className,
+                                   const Pegasus::CIMPropertyList& properties)
+    : fServer(server), fClassName(std::move(className)), fProperties(properties) {}
+
+Pegasus::Array<Pegasus::CIMInstance> InstancePortions::Next() {
+    const bool isNew = std::exchange(fState, State::kEnded) == State::kNew; // unless all goes well
+    const auto begin = Clock::now();
+    auto instances = isNew ? First() : fServer.PullInstances(fEnumeration, fSize.Next());
+    fSize.Took(instances.size(), Clock::now() - begin);
+    fState = fEnumeration.isAtEnd ? State::kEnded : State::kOpen;
+    fEmptyPortions = instances.size() == 0 ? fEmptyPortions + 1 : 0;
+    if (fEmptyPortions > kMaxEmptyPortions) {
+        throw LimitExceeded("the server sends one portion of an enumeration after the other that has no instances");
+    }
+    return instances;
+}
+
+Pegasus::Array<Pegasus::CIMInstance> InstancePortions::First() {
+    if (fServer.MayPull()) {
+        try {
+            return fServer.OpenWholeInstances(fEnumeration, fClassName, fProperties, fSize.Next());
+        } catch (const Pegasus::Exception& exception) {
+            if (!HasNoPulls(exception)) {
+                throw;
+            }
+            fServer.DoNotPull();
+        }
+    }
+    fEnumeration.isAtEnd = true;
+    return fServer.EnumerateWholeInstances(fClassName, fProperties);
+}
+
+void InstancePortions::Close() noexcept {
+    if (std::exchange(fState, State::kEnded) != State::kOpen) {
+        return;
+    }
+    try {
+        fServer.CloseEnumeration(fEnumeration);
+    } catch (const Pegasus::Exception& exception) {
+        try {
+            LogDebug("the enumeration of " + fClassName + " was not closed: " + ToStdString(exception.getMessage()));
+        } catch (...) { // then nobody is told
+        }
+    } catch (...) { // the server closes it by itself
+    }
+}
+
+} // namespace NQORVYX20

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <Pegasus/Client/CIMClient.h>
+
+#include <cstdint>
+#include <string>
+
+#include "reading/PortionSize.h"
+#include "reading/RemoteServer.h"
+
+namespace NQORVYX20 {
+
+/// The instances of a class and its subclasses as a server sends them: in portions, where it has pulled enumerations,
+/// or all at once. Whether it has any is asked once, with the first enumeration: CIM_ERR_NOT_SUPPORTED, CIM_ERR_FAILED
+/// and HTTP 501 mean that it has not.
+class InstancePortions {
+  public:
+    /// The server must outlive this.
+    InstancePortions(RemoteServer& server, std::string className, const Pegasus::CIMPropertyList& properties);
+
+    /// The next portion, which may be empty. Throws what the client library throws; then it has ended.
+    Pegasus::Array<Pegasus::CIMInstance> Next();
+
+    bool IsAtEnd() const { return fState == State::kEnded; }
+
+    /// The bytes of what was sent so far, as far as the client library counts them.
+    std::uint64_t Bytes() const { return RemoteServer::BytesOf(fEnumeration); }
+
+    /// Tells the server, if it keeps something for this, that no more is wanted. Never throws.
+    void Close() noexcept;
+
+  private:
+    enum class State { kNew, kOpen, kEnded };
+
+    Pegasus::Array<Pegasus::CIMInstance> First();
+
+    RemoteServer& fServer;
+    std::string fClassName;
+    Pegasus::CIMPropertyList fProperties;
+    State fState = State::kNew;
+    RemoteEnumeration fEnumeration;
+    PortionSize fSize;
+    unsigned fEmptyPortions = 0; // in a row
+};
+
+} // namespace NQORVYX20

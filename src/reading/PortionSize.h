@@ -1,0 +1,27 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+
+namespace NQORVYX20 {
+
+/// How many instances the next portion of an enumeration is to have: what takes about half a second, as far as the
+/// portions before can tell.
+class PortionSize {
+  public:
+    static constexpr std::uint32_t kFirst = 100;
+    static constexpr std::uint32_t kMost = 4000; ///< which take memory, too
+    static constexpr std::uint32_t kGrowth = 4;  ///< from one portion to the next, at most
+    static constexpr std::chrono::milliseconds kTime{500};
+
+    std::uint32_t Next() const { return fNext; }
+
+    /// Says how long a portion took, and how many it had. One that had fewer than were asked for says nothing: the
+    /// server had no more of them, or gives no more at a time.
+    void Took(std::uint32_t count, std::chrono::nanoseconds time);
+
+  private:
+    std::uint32_t fNext = kFirst;
+};
+
+} // namespace NQORVYX20

@@ -1,0 +1,206 @@
+// Instances that are written while the rest of them is still to be read.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <csignal>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "ProgramRun.h"
+#include "server/DemoServer.h"
+#include "support/CimServer.h"
+#include "support/LoopbackAddress.h"
+#include "support/TerminalProgram.h"
+
+using support::CimServer;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+namespace {
+
+constexpr std::uint16_t kHttpPort = 5988;
+constexpr int kHeld = 10000; // what is brought into order
+
+std::string Name(int number) { return "n" + std::to_string(100000 + number); }
+
+std::string Value(const std::string& text) { return "<VALUE>" + text + "</VALUE>"; }
+
+std::string Instance(int number) {
+    return "<VALUE.INSTANCEWITHPATH><INSTANCEPATH><NAMESPACEPATH><HOST>far</HOST><LOCALNAMESPACEPATH>"
+           "<NAMESPACE NAME=\"root\"/><NAMESPACE NAME=\"cimv2\"/></LOCALNAMESPACEPATH></NAMESPACEPATH>"
+           "<INSTANCENAME CLASSNAME=\"T\"><KEYBINDING NAME=\"Name\"><KEYVALUE>" +
+           Name(number) +
+           "</KEYVALUE></KEYBINDING></INSTANCENAME></INSTANCEPATH><INSTANCE CLASSNAME=\"T\">"
+           "<PROPERTY NAME=\"Name\" TYPE=\"string\">" +
+           Value(Name(number)) + "</PROPERTY></INSTANCE></VALUE.INSTANCEWITHPATH>";
+}
+
+/// The instances with the numbers from `last` down to `first`, so that their order is not that of their paths.
+std::string Instances(int first, int last) {
+    std::string xml;
+    for (int number = last; number >= first; --number) {
+        xml += Instance(number);
+    }
+    return xml;
+}
+
+/// The lines from this one on.
+std::vector<std::string> Lines(const std::string& text, std::size_t from = 0) {
+    std::vector<std::string> lines;
+    for (std::size_t begin = 0; begin < text.size();) {
+        const std::size_t end = std::min(text.find('\n', begin), text.size());
+        lines.push_back(text.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    return {lines.begin() + static_cast<std::ptrdiff_t>(std::min(from, lines.size())), lines.end()};
+}
+
+/// A server with a class T, of which the test says the instances.
+class StreamTest : public testing::Test {
+  protected:
+    void SetUp() override {
+        server_.Listen(kHttpPort);
+        server_.Answer("EnumerateQualifiers", "", "");
+        server_.Answer("GetClass", "T",
+                       "<CLASS NAME=\"T\"><PROPERTY NAME=\"Name\" TYPE=\"string\"><QUALIFIER NAME=\"Key\" "
+                       "TYPE=\"boolean\"><VALUE>TRUE</VALUE></QUALIFIER></PROPERTY></CLASS>");
+    }
+
+    /// Two portions, of which the first has more than is held.
+    void ServeMany() {
+        server_.AnswerPortion("OpenEnumerateInstances", "T", Instances(2, kHeld + 2), "next");
+        server_.AnswerPortion("PullInstancesWithPath", "next", Instances(0, 1), "");
+    }
+
+    static auto Run(std::vector<std::string> arguments) {
+        std::vector<std::string> all{"--host", support::LoopbackAddress(), "instances", "T"};
+        all.insert(all.end(), arguments.begin(), arguments.end());
+        return RunCimhttp(all);
+    }
+
+    CimServer server_;
+};
+
+TEST_F(StreamTest, AFewInstancesAreInTheOrderOfTheirPaths) {
+    server_.AnswerPortion("OpenEnumerateInstances", "T", Instances(1, 2), "next");
+    server_.AnswerPortion("PullInstancesWithPath", "next", Instances(0, 0), "");
+    const auto run = Run({"-o", "csv"});
+    EXPECT_EQ(run.status, 0) << run.errors;
+    EXPECT_EQ(run.output, "Path,Property,Type,Value,Text\r\n"
+                          "\"T.Name=\"\"n100000\"\"\",Name,string,n100000,n100000\r\n"
+                          "\"T.Name=\"\"n100001\"\"\",Name,string,n100001,n100001\r\n"
+                          "\"T.Name=\"\"n100002\"\"\",Name,string,n100002,n100002\r\n");
+}
+
+TEST_F(StreamTest, ManyAreInTheOrderOfTheServerEachOnce) {
+    ServeMany();
+    const auto run = Run({"--wide"});
+    EXPECT_EQ(run.status, 0) << run.errors;
+    const auto lines = Lines(run.output, 0);
+    ASSERT_EQ(lines.size(), static_cast<std::size_t>(kHeld) + 4U);
+    EXPECT_EQ(lines[0], "Class,Path,Name\r");
+    EXPECT_THAT(lines[1], HasSubstr(Name(kHeld + 2)));
+    EXPECT_THAT(lines[kHeld + 2], HasSubstr(Name(1)));
+    EXPECT_THAT(lines[kHeld + 3], HasSubstr(Name(0)));
+}
+
+TEST_F(StreamTest, JsonAndMofAreWholeAlsoOfMany) {
+    ServeMany();
+    const auto json = Run({"-o", "json"});
+    EXPECT_EQ(json.status, 0);
+    const auto lines = Lines(json.output, kHeld + 2);
+    ASSERT_EQ(lines.size(), 3U);
+    EXPECT_THAT(lines[0], HasSubstr("n100001"));
+    EXPECT_THAT(lines[0], testing::EndsWith(","));
+    EXPECT_THAT(lines[1], HasSubstr("n100000"));
+    EXPECT_EQ(lines[2], "]");
+    EXPECT_THAT(json.output, StartsWith("[\n{"));
+    const auto mof = Lines(Run({"-o", "mof"}).output);
+    EXPECT_EQ(std::count(mof.begin(), mof.end(), "instance of T"), kHeld + 3);
+}
+
+TEST_F(StreamTest, ConditionsSelectAmongThemAll) {
+    ServeMany();
+    const auto run = Run({"-o", "csv", "--where", "Name=n10000*"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(Lines(run.output, 1).size(), 10U);
+    const auto none = Run({"-o", "csv", "--where", "Name=x"});
+    EXPECT_EQ(none.output, "Path,Property,Type,Value,Text\r\n");
+    EXPECT_EQ(none.errors, "cimhttp: no instance matches; without --where there are 10003\n");
+}
+
+TEST_F(StreamTest, SortingAndLimitingLookAtAllFirst) {
+    ServeMany();
+    EXPECT_THAT(Run({"-o", "csv", "--limit", "1"}).output, HasSubstr("n100000"));
+    EXPECT_THAT(Lines(Run({"-o", "csv", "--sort", "Name"}).output, 1)[0], HasSubstr("n100000"));
+}
+
+TEST_F(StreamTest, AFailureBehindTheFirstInstancesLeavesThemAndIsTold) {
+    ServeMany();
+    server_.Fail("PullInstancesWithPath", "next", 27, "enough");
+    const auto run = Run({"-o", "csv"});
+    EXPECT_EQ(run.status, 6);
+    EXPECT_THAT(run.errors, HasSubstr("the instances of T cannot be read"));
+    EXPECT_EQ(Lines(run.output, 1).size(), static_cast<std::size_t>(kHeld) + 1U);
+}
+
+TEST_F(StreamTest, AFailureAmongTheFirstInstancesLeavesNothing) {
+    server_.AnswerPortion("OpenEnumerateInstances", "T", Instances(0, 9), "next");
+    server_.Fail("PullInstancesWithPath", "next", 27, "enough");
+    const auto run = Run({"-o", "csv"});
+    EXPECT_EQ(run.status, 6);
+    EXPECT_THAT(run.output, IsEmpty());
+}
+
+/// A server with more instances than anybody waits for, which keeps a log.
+class StreamOfTheDemoServerTest : public testing::Test {
+  protected:
+    /// The operations that were asked for, once the server has ended.
+    std::string EndAndReadLog() {
+        server_.reset();
+        return log_.str();
+    }
+
+    static std::vector<std::string> Arguments() {
+        return {"--host", support::LoopbackAddress(), "instances", "DEMO_StorageVolume", "--property", "Name",
+                "--wide"};
+    }
+
+  private:
+    static demo::DemoServerOptions Options(demo::AccessLog& log) {
+        demo::DemoServerOptions options;
+        options.address = support::LoopbackAddress();
+        options.volumes = 10'000'000;
+        options.accessLog = &log;
+        return options;
+    }
+
+    std::ostringstream log_;
+    demo::AccessLog access_log_{log_};
+    std::optional<demo::DemoServer> server_{std::in_place, Options(access_log_)};
+};
+
+TEST_F(StreamOfTheDemoServerTest, AnInterruptIsPassedOnToTheServer) {
+    support::TerminalProgram program(CIMHTTP_PROGRAM, Arguments());
+    ASSERT_TRUE(program.AwaitText("volume-0009999")) << program.Screen();
+    program.Type("\x03");
+    EXPECT_EQ(program.Wait(), -SIGINT);
+    EXPECT_THAT(program.Screen(), HasSubstr("cimhttp: interrupted"));
+    EXPECT_THAT(EndAndReadLog(), HasSubstr(" CloseEnumeration "));
+}
+
+TEST_F(StreamOfTheDemoServerTest, AReaderThatGoesEndsTheEnumeration) {
+    std::vector<std::string> words{"-c", "\"$@\" | head -n 2", "sh", CIMHTTP_PROGRAM};
+    const auto arguments = Arguments();
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    const auto run = support::RunProgram("/bin/sh", words);
+    EXPECT_EQ(Lines(run.output).size(), 2U);
+    EXPECT_THAT(EndAndReadLog(), HasSubstr(" CloseEnumeration "));
+}
+
+} // namespace
