@@ -115,6 +115,8 @@ class ResponseDecoder::Impl {
             throw CIMException(*error_);
     }
 
+    Uint64 bytes() const noexcept { return bytes_; }
+
   private:
     void take(std::string_view chunk) {
         bytes_ += chunk.size();
