@@ -423,7 +423,7 @@ TEST_F(InstancesTest, StrictlyAnAnswerWithAValueThatCannotBeReadFails) {
 
 TEST_F(InstancesTest, ControlCharactersOfAServerAreShownEscaped) {
     AnswerWith(DeclarationXml("Label", "string"), PropertyXml("Label", "string", "a&#1;b\x1b[2Jc"));
-    for (const char* form : {"table", "plain", "json", "csv", "mof"}) {
+    for (const char* form : {"table", "plain", "json", "mof"}) { // CSV has texts as they are, but on a terminal
         const auto run = Run({"instances", "TEST_Disk", "-o", form});
         EXPECT_EQ(run.output.find('\x01'), std::string::npos) << form;
         EXPECT_EQ(run.output.find('\x1b'), std::string::npos) << form;
