@@ -101,7 +101,7 @@ class CsvSink : public InstanceSink {
     }
 
     const InstanceSelection& selection_;
-    const ValueTexts& texts_;
+    ValueTexts texts_;
     const CommandContext& context_;
     bool has_begun_ = false;
 };

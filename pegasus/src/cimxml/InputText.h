@@ -13,7 +13,7 @@ class InputText {
   public:
     /// One that repairs puts a character in the place of each byte that belongs to none and of each character that is
     /// not accepted: that of Latin-1, or U+FFFD where that has none.
-    explicit InputText(bool repairs = false) noexcept : repairs_(repairs) {}
+    explicit InputText(bool repairs = false) : repairs_(repairs) {}
 
     /// Adds bytes, cut anywhere. Views of the unread text become invalid.
     void append(std::string_view bytes);

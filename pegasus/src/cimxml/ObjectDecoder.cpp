@@ -486,7 +486,7 @@ void ObjectDecoder::goOnBehind(const DecodingError& error, const Depth& outside,
     const bool isValue = error.kind == DecodingError::Kind::Content || error.kind == DecodingError::Kind::Incomplete;
     if (!lenient_ || !isValue)
         throw; // NOLINT(misc-throw-by-value-catch-by-reference): called where it is caught
-    const std::string_view text = error.value.empty() ? reader.textFrom(reader.tagPosition()) : error.value;
+    const std::string_view text = error.value ? std::string_view(*error.value) : reader.textFrom(reader.tagPosition());
     findings_.add({LenientFinding::UNREADABLE_VALUE, std::string(beginningOf(text, kLongestExcerpt)), error.what,
                    reader.tagPosition(), std::string()});
     reader.skipTo(outside.elements);

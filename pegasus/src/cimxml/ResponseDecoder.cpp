@@ -165,7 +165,7 @@ class ResponseDecoder::Impl {
         if (bytes_ != 0)
             message += ", at byte " + std::to_string(input_.offsetOf(at));
         if (const std::string_view there = beginningOf(text.substr(at), kLongestExcerpt);
-            error.value.empty() && !there.empty())
+            !error.value && !there.empty())
             message.append(": ").append(there);
         return message;
     }

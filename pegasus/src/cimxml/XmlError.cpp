@@ -21,7 +21,7 @@ std::string textOf(std::initializer_list<std::string_view> parts) {
 }
 
 [[noreturn]] void throwError(DecodingError::Kind kind, std::initializer_list<std::string_view> parts) {
-    throw DecodingError{kind, textOf(parts), std::string()};
+    throw DecodingError{kind, textOf(parts), std::nullopt};
 }
 
 } // namespace

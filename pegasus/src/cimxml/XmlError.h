@@ -1,6 +1,7 @@
 #pragma once
 
 #include <initializer_list>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -18,8 +19,8 @@ struct DecodingError {
 
     Kind kind;
     std::string what;
-    /// The text that is no value, as it was sent, cut; empty where none is at fault.
-    std::string value;
+    /// The text that is no value, as it was sent, cut; nothing where none is at fault.
+    std::optional<std::string> value;
 };
 
 /// The beginning of a text, of so many bytes or a little less: whole characters.

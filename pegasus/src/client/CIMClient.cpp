@@ -34,6 +34,7 @@ using cimxml::ResponseDecoder;
 using cimxml::ReturnValueSink;
 
 constexpr Uint32 kDefaultTimeout = 20000;
+constexpr Uint32 kNotImplemented = 501;
 
 std::string toText(const String& text) { return std::string(text.view()); }
 
@@ -917,10 +918,16 @@ Boolean CIMClient::hasPulledEnumerations(const CIMNamespaceName& nameSpace) {
         case CIM_ERR_NOT_FOUND:
             return true;
         case CIM_ERR_NOT_SUPPORTED:
+        case CIM_ERR_FAILED: // with which older servers refuse what they do not know
             return false;
         default:
             throw;
         }
+    } catch (const CIMClientHTTPErrorException& error) {
+        if (error.getCode() != kNotImplemented) {
+            throw;
+        }
+        return false;
     }
     return true;
 }
