@@ -4,6 +4,7 @@
 
 #include "convert/StatusCodes.h"
 #include "display/DisplayUnits.h"
+#include "display/NumberTypes.h"
 #include "display/ValueMapTable.h"
 #include "host/ICIMPropertyDecl.h"
 #include "host/TCIMValue.h"
@@ -16,11 +17,6 @@ namespace {
 using ECIMType = TCIMValue::TCIMType::ECIMType;
 
 constexpr unsigned char kDecimal = 10;
-
-bool IsUnsigned(ECIMType type) {
-    return type == ECIMType::eCIMUint8 || type == ECIMType::eCIMUint16 || type == ECIMType::eCIMUint32 ||
-           type == ECIMType::eCIMUint64;
-}
 
 bool IsMappable(ECIMType type) { return type == ECIMType::eCIMBoolean || IsUnsigned(type); }
 

@@ -4,6 +4,7 @@
 
 #include "display/DateTimeText.h"
 #include "display/DisplayQualifiers.h"
+#include "display/NumberTypes.h"
 #include "display/ProgrammaticUnit.h"
 #include "display/QuantityText.h"
 #include "display/SensorUnits.h"
@@ -20,18 +21,6 @@ constexpr unsigned char kDecimal = 10;
 constexpr unsigned kArrayBit = ECIMType::eCIMArrayUnknown;
 
 ECIMType ElementType(ECIMType type) { return static_cast<ECIMType>(static_cast<unsigned>(type) & ~kArrayBit); }
-
-bool IsUnsigned(ECIMType type) {
-    return type == ECIMType::eCIMUint8 || type == ECIMType::eCIMUint16 || type == ECIMType::eCIMUint32 ||
-           type == ECIMType::eCIMUint64;
-}
-
-bool IsSigned(ECIMType type) {
-    return type == ECIMType::eCIMSint8 || type == ECIMType::eCIMSint16 || type == ECIMType::eCIMSint32 ||
-           type == ECIMType::eCIMSint64;
-}
-
-bool IsReal(ECIMType type) { return type == ECIMType::eCIMReal32 || type == ECIMType::eCIMReal64; }
 
 std::optional<ExactNumber> ExactNumberOf(const TCIMValue& value) {
     if (IsUnsigned(value.GetType())) {

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "display/NumberTypes.h"
 #include "display/SignedNumber.h"
 
 namespace NQORVYX20 {
@@ -17,17 +18,7 @@ using ECIMType = TCIMValue::TCIMType::ECIMType;
 constexpr std::uint64_t kGreatest = std::numeric_limits<std::uint64_t>::max();
 constexpr std::uint64_t kSignBit = std::uint64_t{1} << 63;
 
-bool IsSignedType(ECIMType type) {
-    return type == ECIMType::eCIMSint8 || type == ECIMType::eCIMSint16 || type == ECIMType::eCIMSint32 ||
-           type == ECIMType::eCIMSint64;
-}
-
-bool IsUnsignedType(ECIMType type) {
-    return type == ECIMType::eCIMUint8 || type == ECIMType::eCIMUint16 || type == ECIMType::eCIMUint32 ||
-           type == ECIMType::eCIMUint64;
-}
-
-bool IsNumberType(ECIMType type) { return type == ECIMType::eCIMBoolean || IsUnsignedType(type) || IsSignedType(type); }
+bool IsNumberType(ECIMType type) { return type == ECIMType::eCIMBoolean || IsUnsigned(type) || IsSigned(type); }
 
 std::string_view Trimmed(std::string_view text) {
     constexpr const char* kBlanks = " \t\r\n";
@@ -76,7 +67,7 @@ std::vector<std::string> CountedFromZero(std::size_t count) {
 
 StandardValueMap::StandardValueMap(TCIMValue::TCIMType type, const std::optional<std::vector<std::string>>& entries,
                                    const std::vector<std::string>& texts)
-    : fIsSigned(IsSignedType(type)), fIsText(!IsNumberType(type)) {
+    : fIsSigned(IsSigned(type)), fIsText(!IsNumberType(type)) {
     if (!entries && fIsText) {
         return;
     }
@@ -137,12 +128,12 @@ std::optional<std::uint64_t> StandardValueMap::KeyOf(const TCIMValue& value) con
     if (type == ECIMType::eCIMBoolean) {
         return static_cast<bool>(value) ? 1 : 0;
     }
-    if (IsSignedType(type) && fIsSigned) {
+    if (IsSigned(type) && fIsSigned) {
         const auto number = SignedNumber(value);
         return number ? std::optional(static_cast<std::uint64_t>(*number) ^ kSignBit) : std::nullopt;
     }
-    return IsUnsignedType(type) && !fIsSigned ? std::optional<std::uint64_t>(static_cast<unsigned long long>(value))
-                                              : std::nullopt;
+    return IsUnsigned(type) && !fIsSigned ? std::optional<std::uint64_t>(static_cast<unsigned long long>(value))
+                                          : std::nullopt;
 }
 
 const std::string* StandardValueMap::Find(const TCIMValue& value) const {

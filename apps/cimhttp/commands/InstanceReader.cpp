@@ -33,7 +33,7 @@ std::string InstanceReader::ClassName() const { return class_->GetName(NQORVYX20
 
 /// As the class spells them, where it declares any, with those that tell units.
 std::vector<std::string> InstanceReader::NeededNames() const {
-    const std::vector<std::string> names = query_.NeededNames();
+    std::vector<std::string> names = query_.NeededNames();
     if (declared_.empty()) {
         return names;
     }

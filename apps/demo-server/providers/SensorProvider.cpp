@@ -76,9 +76,11 @@ void SensorProvider::EnumerateHardware(const Visitor& visit) const {
             if (kind == nullptr)
                 continue;
             const std::string sensor = file.substr(0, file.size() - kInput.size());
-            const std::string name = files_.Line(folder + "name").value_or(chip) + ' ' +
-                                     files_.Line(folder + sensor + "_label").value_or(sensor);
-            Instance instance = MakeSensor(files_, ClassName(), *kind, chip + '/' + sensor, name);
+            std::string id = chip;
+            id.append("/").append(sensor);
+            std::string name = files_.Line(folder + "name").value_or(chip);
+            name.append(" ").append(files_.Line(folder + sensor + "_label").value_or(sensor));
+            Instance instance = MakeSensor(files_, ClassName(), *kind, id, name);
             const auto number = [&](const char* suffix) {
                 return Value::Number(Reading(files_.Line(folder + sensor + suffix).value_or("")));
             };
