@@ -91,8 +91,8 @@ TEST_F(RecordTest, WhatWasRecordedIsPlayedToTheSameCommandsWithTheSameResults) {
 TEST_F(RecordTest, ARecordingHoldsNoCredentialsAndIsForItsOwnerAlone) {
     EXPECT_EQ(Record({"instances", "CIM_StorageVolume"}).status, 0);
     EXPECT_THAT(ReadFile(fFile),
-                AllOf(HasSubstr("<IMETHODCALL NAME=\"EnumerateInstances\">"), HasSubstr("HTTP/1.1 401"),
-                      HasSubstr("CIMMethod: EnumerateInstances"), HasSubstr("volume-0000002"),
+                AllOf(HasSubstr("<IMETHODCALL NAME=\"OpenEnumerateInstances\">"), HasSubstr("HTTP/1.1 401"),
+                      HasSubstr("CIMMethod: OpenEnumerateInstances"), HasSubstr("volume-0000002"),
                       Not(HasSubstr(kPassword)), Not(HasSubstr(kEncodedLogin))));
     struct stat status {};
     ASSERT_EQ(::stat(fFile.c_str(), &status), 0);
