@@ -252,7 +252,9 @@ class Mutator {
         const std::string text = items.empty() ? "" : items.front().text().get();
         SetText(property.append_child("VALUE"), text);
         property.remove_child(array);
-        return IsEmbedded(property) && text.empty() ? Expectation::kEither : Expectation::kRefused; // that is a null
+        const std::string_view type = property.attribute("TYPE").value();
+        const bool can_be_null = IsEmbedded(property) || type == "boolean" || type == "datetime";
+        return can_be_null && text.empty() ? Expectation::kEither : Expectation::kRefused;
     }
 
     xml_node OneInstance() {

@@ -230,6 +230,9 @@ json ScalarOf(const std::string& type, const std::string& text) {
     if (type == "char16") {
         return CharacterOf(text);
     }
+    if ((type == "boolean" || type == "datetime") && Trimmed(text).empty()) {
+        return nullptr;
+    }
     const auto reader = kReaders.find(type);
     if (reader == kReaders.end()) {
         Fail("no type: " + type);
