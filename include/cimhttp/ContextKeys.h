@@ -24,9 +24,8 @@ constexpr const char* kCompatibleReading = "compatible";
 constexpr const char* kFaithfulReading = "faithful";
 
 /// A boolean, for faithful namespaces: where it is true, what an answer holds that cannot be read costs that alone. A
-/// value that is none of its type is null, bytes that are not UTF-8 are taken as Latin-1 or as U+FFFD, of a property
-/// that comes twice the last is kept; each is an incident (ReadingIncidents.h). Without the key, or with false, such an
-/// answer fails as a whole. Refused where it is true and the reading is compatible. Without effect where the client
+/// value that is none of its type is null, bytes that are not UTF-8 are taken as Latin-1 or as U+FFFD; each is an
+/// incident (ReadingIncidents.h). Without the key, or with false, such an answer fails as a whole. Refused where it is true and the reading is compatible. Without effect where the client
 /// library is not the project's own.
 constexpr const char* kLenientKey = "cimhttp.lenient";
 

@@ -53,8 +53,8 @@ void CheckName(const InstanceShape::TName& name) {
     if (name.normalized.empty()) {
         throw TRefusal{Cause::kBadName, "the host cannot keep a property of this name"};
     }
-    if (name.isDoubled) {
-        throw TRefusal{Cause::kBadValue, "the instance has the property twice; the first value counts"};
+    if (name.comesAgain) {
+        throw TRefusal{Cause::kDoubledProperty, "the instance has the property again; the last value counts"};
     }
 }
 

@@ -37,9 +37,9 @@ void InstanceShape::Fit(Pegasus::CIMInstance& instance) {
 }
 
 void InstanceShape::MarkDoubled() {
-    std::set<std::string> known;
-    for (TName& name : fNames) {
-        name.isDoubled = !name.normalized.empty() && !known.insert(name.normalized).second;
+    std::set<std::string> later;
+    for (auto name = fNames.rbegin(); name != fNames.rend(); ++name) {
+        name->comesAgain = !name->normalized.empty() && !later.insert(name->normalized).second;
     }
 }
 

@@ -13,8 +13,8 @@ class InstanceShape {
   public:
     struct TName {
         Pegasus::CIMName given;
-        std::string normalized; ///< empty for a name that the host cannot keep
-        bool isDoubled = false; ///< a property before has the same name
+        std::string normalized;  ///< empty for a name that the host cannot keep
+        bool comesAgain = false; ///< a later property has the same name
     };
 
     /// Takes over the names of an instance.

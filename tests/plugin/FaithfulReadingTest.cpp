@@ -592,6 +592,21 @@ TEST_F(FaithfulReadingTest, ALenientNamespaceReportsWhatItCannotReadAndHasTheRes
     EXPECT_EQ(fLog->Warnings().size(), 3U);
 }
 
+TEST_F(FaithfulReadingTest, OfAPropertyThatComesTwiceTheLastCountsAndItIsReported) {
+    ServeClass("TEST_Thing", "", KeyPropertyXml("Name") + PropertyXml("Size", "uint8"));
+    fServer.Answer(
+        "EnumerateInstances", "TEST_Thing",
+        DeviceXml("TEST_Thing", "a",
+                  PropertyXml("Size", "uint8", ValueXml("1")) + PropertyXml("SIZE", "uint8", ValueXml("2"))));
+    const auto nameSpace = Faithful();
+    const auto things = Instances(*nameSpace, "TEST_Thing");
+    ASSERT_EQ(things.size(), 1U);
+    EXPECT_EQ(ValueOf(*things[0], "Size"), TCIMValue(static_cast<unsigned char>(2)));
+    const auto incidents = nameSpace->TakeIncidents();
+    ASSERT_THAT(Causes(incidents), ElementsAre(Cause::kDoubledProperty));
+    EXPECT_EQ(incidents.First()[0].property, "Size") << "the one whose value does not count";
+}
+
 TEST_F(FaithfulReadingTest, ANamespaceIsNotLenientUnlessTheHostSaysSo) {
     const auto nameSpace = Faithful();
     fServer.Answer("EnumerateInstances", "TEST_Device",

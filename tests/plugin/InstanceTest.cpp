@@ -103,6 +103,20 @@ TEST_F(InstanceTest, TheFirstEnumerationAsksTheServerAndLaterOnesTheCache) {
     EXPECT_EQ(calls[0].parameters.count("PropertyList"), 0U);
 }
 
+TEST_F(InstanceTest, OfAPropertyThatIsSentTwiceTheLastGoodValueCounts) {
+    const auto disk = [](const std::string& name, const std::string& again) {
+        return InstanceXml("TEST_Disk", "Name", name,
+                           PropertyXml("Name", "string", ValueXml(name)) +
+                               PropertyXml("Size", "uint64", ValueXml("100")) + again);
+    };
+    ServeInstances("TEST_Disk", disk("sda", PropertyXml("SIZE", "uint64", ValueXml("200"))) +
+                                    disk("sdb", PropertyXml("SIZE", "string", ValueXml("many"))));
+    const auto disks = Instances(*fDisk);
+    ASSERT_EQ(disks.size(), 2U);
+    EXPECT_EQ(Text(*disks[0], "Size"), "200");
+    EXPECT_EQ(Text(*disks[1], "Size"), "100");
+}
+
 TEST_F(InstanceTest, DeepIsPassedOnToTheServer) {
     ServeInstances("TEST_Disk", DiskXml("sda", "100"));
     Instances(*fDisk, true);

@@ -198,7 +198,7 @@ CIMInstance ObjectDecoder::decodeInstance(XmlReader& reader) {
     CIMInstance instance(names_.get(reader.attributes().get("CLASSNAME")));
     PropertyNames names;
     while (reader.nextElement()) {
-        if (addProperty(instance, &names, reader))
+        if (addProperty(instance, lenient_ ? &names : nullptr, reader))
             continue;
         // The qualifiers of an instance are deprecated (DSP0200); its class has them.
         if (reader.name() != "QUALIFIER")
@@ -386,8 +386,6 @@ bool ObjectDecoder::addProperty(Owner& owner, PropertyNames* names, XmlReader& r
 /// Takes note of a property that the object has already.
 void ObjectDecoder::takeDoubled(const CIMName& name, Uint32 earlier, PropertyNames& names, const XmlReader& reader) {
     const std::string reason = "the property " + std::string(name.getString().view()) + " comes twice";
-    if (!lenient_)
-        throwIncomplete({reason});
     names.replace(earlier);
     findings_.add({LenientFinding::DOUBLED_PROPERTY, std::string(), reason, reader.tagPosition(), std::string()});
 }

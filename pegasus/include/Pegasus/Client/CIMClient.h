@@ -67,8 +67,8 @@ class CIMClient {
     /// Whether the next operations go on where a part of an answer cannot be read. A value that is none of its type is
     /// null then; bytes that are not UTF-8 are taken as Latin-1, or as U+FFFD where that has no character for them; of
     /// a property that comes twice the last counts. Each is a finding, and the rest of the answer is delivered. Without
-    /// it, which is so at first, each ends the operation with CIMClientXmlException. An answer that has none of these
-    /// is read alike in both. An extension, as is takeFindings().
+    /// it, which is so at first, each ends the operation with CIMClientXmlException, but for the property: an instance
+    /// then has both. An answer that has none of these is read alike in both. An extension, as is takeFindings().
     void setLenient(Boolean lenient);
     Boolean isLenient() const;
     /// What was found since the last call, or since the client was made. Operations that threw have findings, too.
