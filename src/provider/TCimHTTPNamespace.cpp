@@ -109,6 +109,8 @@ void TCimHTTPNamespace::Initialize(TCIMContext context) {
         fReading = boost::make_shared<FaithfulReading>(shared_from_this());
         fNames = fReading->Names();
         fServer->SetLenient(options.IsLenient());
+    } else {
+        fServer->LeaveQualifiedTexts();
     }
     fRootClass = boost::dynamic_pointer_cast<TCimHTTPClass>(
         AllocateClass(kRootClassName, boost::shared_ptr<ICIMClass>(), TCIMContext()));

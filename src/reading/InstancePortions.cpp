@@ -23,6 +23,11 @@ bool HasNoPulls(const Pegasus::Exception& exception) {
                                                failure.cimStatus == static_cast<unsigned>(Pegasus::CIM_ERR_FAILED));
 }
 
+/// Whether the server has answered, and knows nothing of a failure.
+bool IsReadInVain(RemoteFailure::Kind kind) {
+    return kind == RemoteFailure::Kind::kMalformed || kind == RemoteFailure::Kind::kLimit;
+}
+
 } // namespace
 
 InstancePortions::InstancePortions(RemoteServer& server, std::string className,
@@ -32,7 +37,7 @@ InstancePortions::InstancePortions(RemoteServer& server, std::string className,
 Pegasus::Array<Pegasus::CIMInstance> InstancePortions::Next() {
     const bool isNew = std::exchange(fState, State::kEnded) == State::kNew; // unless all goes well
     const auto begin = Clock::now();
-    auto instances = isNew ? First() : fServer.PullInstances(fEnumeration, fSize.Next());
+    auto instances = isNew ? First() : Further();
     fSize.Took(instances.size(), Clock::now() - begin);
     fState = fEnumeration.isAtEnd ? State::kEnded : State::kOpen;
     fEmptyPortions = instances.size() == 0 ? fEmptyPortions + 1 : 0;
@@ -55,6 +60,18 @@ Pegasus::Array<Pegasus::CIMInstance> InstancePortions::First() {
     }
     fEnumeration.isAtEnd = true;
     return fServer.EnumerateWholeInstances(fClassName, fProperties);
+}
+
+Pegasus::Array<Pegasus::CIMInstance> InstancePortions::Further() {
+    try {
+        return fServer.PullInstances(fEnumeration, fSize.Next());
+    } catch (const Pegasus::Exception& exception) {
+        if (IsReadInVain(RemoteFailureOf(exception).kind)) {
+            fState = State::kOpen;
+            Close();
+        }
+        throw;
+    }
 }
 
 void InstancePortions::Close() noexcept {

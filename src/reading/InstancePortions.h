@@ -33,6 +33,7 @@ class InstancePortions {
     enum class State { kNew, kOpen, kEnded };
 
     Pegasus::Array<Pegasus::CIMInstance> First();
+    Pegasus::Array<Pegasus::CIMInstance> Further();
 
     RemoteServer& fServer;
     std::string fClassName;

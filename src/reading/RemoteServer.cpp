@@ -89,6 +89,8 @@ bool RemoteServer::SetLimits(std::optional<std::uint64_t> connectMilliseconds, s
 
 void RemoteServer::SetLenient(bool lenient) { fClient->setLenient(lenient); }
 
+void RemoteServer::LeaveQualifiedTexts() { fClient->setQualifiedEmbedding(false); }
+
 void RemoteServer::MoveFindingsTo(ReadingReport& report) {
     Pegasus::LenientFindings findings = fClient->takeFindings();
     for (Pegasus::Uint32 i = 0; i < findings.first.size(); ++i) {
@@ -106,6 +108,8 @@ void RemoteServer::MoveFindingsTo(ReadingReport& report) {
 #else
 
 void RemoteServer::SetLenient(bool /*lenient*/) {}
+
+void RemoteServer::LeaveQualifiedTexts() {}
 
 void RemoteServer::MoveFindingsTo(ReadingReport& /*report*/) {}
 

@@ -53,6 +53,9 @@ class RemoteServer {
                    std::optional<std::uint64_t> answerObjects);
     /// Whether the next answers are read as far as they can be; without effect when the client library cannot do that.
     void SetLenient(bool lenient);
+    /// From now on a text is a text, whatever the qualifiers of its property say, unless its own attribute says that it
+    /// is an object; without effect when the client library cannot do that.
+    void LeaveQualifiedTexts();
     /// Adds what could not be read of the answers since the last call, and writes it to the log.
     void MoveFindingsTo(ReadingReport& report);
 

@@ -117,6 +117,33 @@ TEST(LenientTest, InAnEmbeddedObjectOnlyTheValueIsLost) {
     EXPECT_EQ(answer.findings.first[0].offset, body.find("<VALUE><![CDATA["));
 }
 
+TEST(LenientTest, OfTextsThatQualifiersMakeObjectsOnlyThoseThatAreNoneAreLost) {
+    const std::string qualifier = "<QUALIFIER NAME=\"EmbeddedInstance\" TYPE=\"string\"><VALUE>B</VALUE></QUALIFIER>";
+    const std::string body = bodyWith(
+        named("<PROPERTY NAME=\"P\" TYPE=\"string\">" + qualifier + "<VALUE>none</VALUE></PROPERTY>" +
+              "<PROPERTY.ARRAY NAME=\"L\" TYPE=\"string\">" + qualifier +
+              "<VALUE.ARRAY><VALUE>&lt;INSTANCE CLASSNAME=\"B\"/&gt;</VALUE><VALUE>&lt;INSTANCE</VALUE></VALUE.ARRAY>"
+              "</PROPERTY.ARRAY>" +
+              property("Q", "uint8", "7")));
+    EXPECT_THROW(
+        decodeBodyWith(named("<PROPERTY NAME=\"P\" TYPE=\"string\">" + qualifier + "<VALUE>none</VALUE></PROPERTY>")),
+        CIMClientXmlException);
+    const LenientAnswer answer = decodeLeniently(body);
+    const CIMInstance& instance = answer.instances.at(0);
+    EXPECT_EQ(instance.getProperty(0).getValue(), CIMValue(CIMTYPE_INSTANCE, false));
+    Array<CIMInstance> objects;
+    instance.getProperty(1).getValue().get(objects);
+    ASSERT_EQ(objects.size(), 2U);
+    EXPECT_EQ(objects[0].getClassName(), CIMName("B"));
+    EXPECT_TRUE(instance.getProperty(1).getValue().isNullElement(1));
+    EXPECT_EQ(instance.getProperty(2).getValue(), CIMValue(Uint8(7)));
+    ASSERT_EQ(answer.findings.total, 2U);
+    EXPECT_EQ(text(answer.findings.first[0].element), "P");
+    EXPECT_EQ(text(answer.findings.first[0].text), "none");
+    EXPECT_EQ(text(answer.findings.first[1].element), "L");
+    EXPECT_EQ(text(answer.findings.first[1].text), "<INSTANCE");
+}
+
 TEST(LenientTest, AnEmbeddedObjectThatIsNoneIsNullAlsoManyTimes) {
     std::string properties;
     for (int i = 0; i < 20; ++i)

@@ -289,6 +289,30 @@ TEST_F(ClassMaterialisationTest, AMethodWithTwoParametersOfOneNameMakesTheClassU
     EXPECT_THAT(fLog->Errors(), ElementsAre("Inmem: Attempt to add property quick to method Format: already exists"));
 }
 
+TEST_F(ClassMaterialisationTest, ATextStaysOneWhereOnlyItsQualifiersSayThatItIsAnObject) {
+    const std::string isObject = QualifierXml("EmbeddedObject", "boolean", "TRUE");
+    ServeQualifier("EmbeddedObject", "boolean");
+    ServeClass("TEST_Disk", "",
+               PropertyXml("Name", "string", KeyXml()) + "<PROPERTY NAME=\"Setting\" TYPE=\"string\">" + isObject +
+                   "</PROPERTY>");
+    fServer.Answer("EnumerateInstances", "TEST_Disk",
+                   InstanceXml("TEST_Disk", "Name", "sda",
+                               PropertyXml("Name", "string", ValueXml("sda")) +
+                                   PropertyXml("Setting", "string", ValueXml("a text"))));
+    const auto nameSpace = ConnectedNamespace();
+    const auto disk = FetchClass(*nameSpace, "TEST_Disk");
+    EXPECT_EQ(disk->GetPropertyDecl("Setting", TCIMContext())->GetType(TCIMContext()), ECIMType::eCIMString);
+    int count = 0;
+    disk->EnumerateInstances(
+        [&](const auto& instance) {
+            ++count;
+            EXPECT_EQ(instance->GetProperty("Setting", TCIMContext())->GetValue(TCIMContext()), TCIMValue("a text"));
+            return true;
+        },
+        false, TCIMContext());
+    EXPECT_EQ(count, 1);
+}
+
 TEST_F(ClassMaterialisationTest, EmbeddedObjectsHaveNoHostType) {
     ServeClass("TEST_Disk", "",
                "<PROPERTY NAME=\"Setting\" TYPE=\"string\" EmbeddedObject=\"object\"/>"

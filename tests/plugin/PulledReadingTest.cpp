@@ -271,6 +271,14 @@ TEST_F(PulledReadingTest, AnEnumerationThatEndsEarlyIsClosed) {
     EXPECT_THAT(Methods(), ElementsAre("OpenEnumerateInstances", "PullInstancesWithPath", "CloseEnumeration"));
 }
 
+TEST_F(PulledReadingTest, OneWhosePortionCannotBeReadIsClosed) {
+    ServePortions({{"a"}, {"b"}});
+    fServer.AnswerPortion("PullInstancesWithPath", "c1", "<UNKNOWN/>", "c2");
+    const auto nameSpace = Faithful();
+    EXPECT_EQ(FailureOf(*nameSpace), Kind::kMalformed);
+    EXPECT_THAT(Methods(), ElementsAre("OpenEnumerateInstances", "PullInstancesWithPath", "CloseEnumeration"));
+}
+
 TEST_F(PulledReadingTest, OneThatIsReadToItsEndIsNotClosed) {
     ServePortions({{"a"}, {"b"}});
     EXPECT_THAT(Names(*Faithful(), Held(1), 2), ElementsAre("a", "b"));

@@ -372,8 +372,8 @@ bool ObjectDecoder::addProperty(Owner& owner, PropertyNames* names, XmlReader& r
             reader.throwUnexpected();
         }
     }
-    if (type == CIMTYPE_STRING && property.getQualifierCount() != 0)
-        property = withEmbedding(property);
+    if (type == CIMTYPE_STRING && property.getQualifierCount() != 0 && qualifiedEmbedding_)
+        property = withEmbedding(property, reader);
     const Uint32 earlier = names ? names->add(owner, property.getName(), nameHash) : PEG_NOT_FOUND;
     if (earlier != PEG_NOT_FOUND)
         takeDoubled(property.getName(), earlier, *names, reader);
@@ -391,12 +391,12 @@ void ObjectDecoder::takeDoubled(const CIMName& name, Uint32 earlier, PropertyNam
 }
 
 /// A property of texts whose qualifiers say that the texts are objects, as one of objects.
-CIMProperty ObjectDecoder::withEmbedding(const CIMProperty& property) {
+CIMProperty ObjectDecoder::withEmbedding(const CIMProperty& property, XmlReader& reader) {
     const auto type = embeddedType(property);
     if (!type)
         return property;
-    const CIMValue value = *type == CIMTYPE_OBJECT ? embeddedValue<CIMObject>(property.getValue())
-                                                   : embeddedValue<CIMInstance>(property.getValue());
+    const CIMValue value = *type == CIMTYPE_OBJECT ? embeddedValue<CIMObject>(property.getValue(), reader)
+                                                   : embeddedValue<CIMInstance>(property.getValue(), reader);
     CIMProperty embedding(property.getName(), value, property.getArraySize(), CIMName(), property.getClassOrigin(),
                           property.getPropagated());
     for (Uint32 i = 0; i < property.getQualifierCount(); ++i)
@@ -405,14 +405,14 @@ CIMProperty ObjectDecoder::withEmbedding(const CIMProperty& property) {
 }
 
 template <class T>
-CIMValue ObjectDecoder::embeddedValue(const CIMValue& texts) {
+CIMValue ObjectDecoder::embeddedValue(const CIMValue& texts, XmlReader& reader) {
     constexpr CIMType kType = detail::ValueType<T>::kType;
     if (texts.isNull())
         return CIMValue(kType, texts.isArray());
     if (!texts.isArray()) {
         String text;
         texts.get(text);
-        const std::optional<T> object = decodeEmbedded<T>(text.view());
+        const std::optional<T> object = decodeQualifiedEmbedded<T>(text.view(), reader);
         return object ? CIMValue(*object) : CIMValue(kType, false);
     }
     Array<String> items;
@@ -420,11 +420,29 @@ CIMValue ObjectDecoder::embeddedValue(const CIMValue& texts) {
     Array<T> objects;
     Array<Boolean> nulls;
     for (Uint32 i = 0; i < items.size(); ++i) {
-        const std::optional<T> object = texts.isNullElement(i) ? std::nullopt : decodeEmbedded<T>(items[i].view());
+        const std::optional<T> object =
+            texts.isNullElement(i) ? std::nullopt : decodeQualifiedEmbedded<T>(items[i].view(), reader);
         nulls.append(!object);
         objects.append(object ? *object : T());
     }
     return CIMValue(std::move(objects), nulls);
+}
+
+/// The object in a text of the property that the reader has just left.
+template <class T>
+std::optional<T> ObjectDecoder::decodeQualifiedEmbedded(std::string_view text, XmlReader& reader) {
+    const Depth here{reader.depth(), embedding_};
+    const std::size_t found = findings_.count();
+    try {
+        std::optional<T> object = decodeEmbedded<T>(text);
+        findings_.moveTo(found, reader.tagPosition());
+        return object;
+    } catch (DecodingError& error) {
+        if (lenient_ && !error.value)
+            error.value = std::string(beginningOf(text, kLongestExcerpt));
+        goOnBehind(error, here, reader);
+        return std::nullopt;
+    }
 }
 
 ObjectDecoder::PropertyHead ObjectDecoder::decodePropertyHead(const StartTag& tag) {

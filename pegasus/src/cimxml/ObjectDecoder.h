@@ -36,6 +36,8 @@ class ObjectDecoder {
     /// there is one, is passed while embedded objects are read; it must live as long as the answer is decoded. In a
     /// lenient reading, a value that is not a good one is null, and the last of two properties of one name counts.
     void startAnswer(const Checkpoint* checkpoint, bool lenient) noexcept;
+    /// Whether a property of texts becomes one of objects where only its qualifiers say that the texts are objects.
+    void setQualifiedEmbedding(bool isOn) noexcept { qualifiedEmbedding_ = isOn; }
     /// Before each object, also before one that is read again from its beginning.
     void startObject() noexcept { findings_.clear(); }
     /// What was lenient about the object.
@@ -98,9 +100,11 @@ class ObjectDecoder {
     bool appendItem(Array<T>& items, XmlReader& reader);
     template <class T>
     std::optional<T> decodeItem(XmlReader& reader);
-    CIMProperty withEmbedding(const CIMProperty& property);
+    CIMProperty withEmbedding(const CIMProperty& property, XmlReader& reader);
     template <class T>
-    CIMValue embeddedValue(const CIMValue& texts);
+    CIMValue embeddedValue(const CIMValue& texts, XmlReader& reader);
+    template <class T>
+    std::optional<T> decodeQualifiedEmbedded(std::string_view text, XmlReader& reader);
     template <class T>
     std::optional<T> decodeEmbedded(std::string_view text);
     CIMObject decodeEmbeddedText(std::string_view text);
@@ -126,6 +130,7 @@ class ObjectDecoder {
     PathDecoder paths_{names_};
     std::size_t embedding_ = 0; // how deep this is in embedded objects
     bool lenient_ = false;
+    bool qualifiedEmbedding_ = true;
     ObjectFindings findings_;
 };
 

@@ -391,6 +391,8 @@ class CIMClient::Impl {
         return Pegasus::withinMemory(outOfMemory_, work);
     }
 
+    void setQualifiedEmbedding(Boolean isOn) noexcept { objects_->setQualifiedEmbedding(isOn); }
+
     void setObserver(std::shared_ptr<ExchangeObserver> observer) {
         observer_ = std::move(observer);
         if (connection_) {
@@ -620,6 +622,8 @@ const ClientLimits& CIMClient::getLimits() const { return impl_->limits(); }
 void CIMClient::setLenient(Boolean lenient) { impl_->lenient = lenient; }
 
 Boolean CIMClient::isLenient() const { return impl_->lenient; }
+
+void CIMClient::setQualifiedEmbedding(Boolean isOn) { impl_->setQualifiedEmbedding(isOn); }
 
 LenientFindings CIMClient::takeFindings() { return impl_->findings.take(); }
 

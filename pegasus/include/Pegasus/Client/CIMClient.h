@@ -74,6 +74,10 @@ class CIMClient {
     /// What was found since the last call, or since the client was made. Operations that threw have findings, too.
     LenientFindings takeFindings();
 
+    /// Whether a property of texts is one of objects where its qualifiers say so (EmbeddedObject, EmbeddedInstance) and
+    /// its attribute does not. So it is at first; else it is one of texts. An extension.
+    void setQualifiedEmbedding(Boolean isOn);
+
     /// The languages in which the server should say what it says to people, such as the descriptions of errors, if it
     /// can. None at first.
     void setRequestAcceptLanguages(const AcceptLanguageList& languages);
