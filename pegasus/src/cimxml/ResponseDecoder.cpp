@@ -402,15 +402,14 @@ class ResponseDecoder::Impl {
             std::string element = place->element();
             if (&repair == &input_.repairs().front() || element != last)
                 findings_->add({LenientFinding::FOREIGN_BYTES, cut(place->className()), cut(place->path()),
-                                String(element), String(excerptAround(at)), String(InputText::textOf(repair)),
-                                input_.offsetOf(at)});
+                                String(element), String(excerptAround(at, input_.unread().substr(0, length))),
+                                String(InputText::textOf(repair)), input_.offsetOf(at)});
             last = std::move(element);
         }
     }
 
-    /// A little of the unread text before a place, and behind it.
-    std::string_view excerptAround(std::size_t at) const {
-        const std::string_view text = input_.unread();
+    /// A little of a text before a place, and behind it.
+    static std::string_view excerptAround(std::size_t at, std::string_view text) {
         const std::string_view before = beginningOf(text, at - std::min(at, kLongestExcerpt / 2));
         return beginningOf(text.substr(before.size()), kLongestExcerpt);
     }
