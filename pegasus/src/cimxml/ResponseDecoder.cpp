@@ -218,7 +218,7 @@ class ResponseDecoder::Impl {
             countFrame(reader_.position());
         if (const auto& repairs = input_.repairs();
             !repairs.empty() && input_.positionOf(repairs.front()) < reader_.position())
-            reportRepairs(reader_.position());
+            reportRepairs(inObject_ ? between : reader_.position(), reader_.position());
         input_.take(reader_.position());
         reading_ = false;
         return ahead != XmlReader::Ahead::Nothing || (isBehindDocument() && input_.takeNulls());
@@ -387,24 +387,29 @@ class ResponseDecoder::Impl {
         return String(beginningOf(text, kLongest));
     }
 
-    /// Hands out which elements held bytes that had to be repaired, in so much of the unread text; not what stands
-    /// behind the document.
-    void reportRepairs(std::size_t length) {
+    /// Hands out which elements held bytes that had to be repaired, in so much of the unread text, of which an object
+    /// begins at a position; not what stands behind the document. However the answer was cut, the same is told.
+    void reportRepairs(std::size_t object, std::size_t length) {
         if (isBehindDocument())
             return;
-        const auto place = std::make_unique<Whereabouts>(input_.unread().substr(0, length), parent());
-        std::string last;
+        const std::string_view text = input_.unread().substr(0, length);
+        const auto place = std::make_unique<Whereabouts>(text, parent());
+        std::optional<std::string> last; // of the object
         for (const auto& repair : input_.repairs()) {
             const std::size_t at = input_.positionOf(repair);
             if (at >= length)
                 break;
             place->goTo(at);
+            const bool isInObject = at >= object;
+            const std::string_view excerpt =
+                isInObject ? excerptAround(at - object, text.substr(object)) : markupAround(at, text);
             std::string element = place->element();
-            if (&repair == &input_.repairs().front() || element != last)
+            if (!isInObject || element != last)
                 findings_->add({LenientFinding::FOREIGN_BYTES, cut(place->className()), cut(place->path()),
-                                String(element), String(excerptAround(at, input_.unread().substr(0, length))),
-                                String(InputText::textOf(repair)), input_.offsetOf(at)});
-            last = std::move(element);
+                                String(element), String(excerpt), String(InputText::textOf(repair)),
+                                input_.offsetOf(at)});
+            if (isInObject)
+                last = std::move(element);
         }
     }
 
@@ -412,6 +417,13 @@ class ResponseDecoder::Impl {
     static std::string_view excerptAround(std::size_t at, std::string_view text) {
         const std::string_view before = beginningOf(text, at - std::min(at, kLongestExcerpt / 2));
         return beginningOf(text.substr(before.size()), kLongestExcerpt);
+    }
+
+    /// The same of the tag or comment alone in which the place is.
+    static std::string_view markupAround(std::size_t at, std::string_view text) {
+        const std::size_t begin = std::min(text.rfind('<', at), at);
+        const std::size_t end = std::min(text.find('>', at), text.size() - 1) + 1;
+        return excerptAround(at - begin, text.substr(begin, end - begin));
     }
 
     /// Its type is known to whoever asked for it; servers leave PARAMTYPE out, or call it TYPE.
