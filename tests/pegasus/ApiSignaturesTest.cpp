@@ -173,12 +173,14 @@ constexpr bool isTyped = reads<Handle, const CIMName&>(&Handle::getName) && read
 template <class Handle>
 constexpr bool isQualified =
     changes<Handle, Handle&, const CIMQualifier&>(&Handle::addQualifier) &&
-    reads<Handle, Uint32>(&Handle::getQualifierCount) && reads<Handle, CIMQualifier, Uint32>(&Handle::getQualifier) &&
+    reads<Handle, Uint32>(&Handle::getQualifierCount) && changes<Handle, CIMQualifier, Uint32>(&Handle::getQualifier) &&
+    reads<Handle, CIMConstQualifier, Uint32>(&Handle::getQualifier) &&
     reads<Handle, Uint32, const CIMName&>(&Handle::findQualifier);
 template <class Handle>
 constexpr bool hasProperties =
     changes<Handle, Handle&, const CIMProperty&>(&Handle::addProperty) &&
-    reads<Handle, Uint32>(&Handle::getPropertyCount) && reads<Handle, CIMProperty, Uint32>(&Handle::getProperty) &&
+    reads<Handle, Uint32>(&Handle::getPropertyCount) && changes<Handle, CIMProperty, Uint32>(&Handle::getProperty) &&
+    reads<Handle, CIMConstProperty, Uint32>(&Handle::getProperty) &&
     reads<Handle, Uint32, const CIMName&>(&Handle::findProperty);
 /// What has a class's name and a path.
 template <class Handle>
@@ -229,7 +231,8 @@ static_assert(reads<CIMMethod, const CIMName&>(&CIMMethod::getClassOrigin));
 static_assert(reads<CIMMethod, Boolean>(&CIMMethod::getPropagated));
 static_assert(changes<CIMMethod, CIMMethod&, const CIMParameter&>(&CIMMethod::addParameter));
 static_assert(reads<CIMMethod, Uint32>(&CIMMethod::getParameterCount));
-static_assert(reads<CIMMethod, CIMParameter, Uint32>(&CIMMethod::getParameter));
+static_assert(changes<CIMMethod, CIMParameter, Uint32>(&CIMMethod::getParameter));
+static_assert(reads<CIMMethod, CIMConstParameter, Uint32>(&CIMMethod::getParameter));
 
 static_assert(isHandle<CIMClass> && hasPath<CIMClass> && isQualified<CIMClass> && hasProperties<CIMClass>);
 static_assert(made<CIMClass, CIMName> && made<CIMClass, CIMName, CIMName> && made<CIMClass, const CIMObject&>);
@@ -237,7 +240,8 @@ static_assert(reads<CIMClass, const CIMName&>(&CIMClass::getSuperClassName));
 static_assert(reads<CIMClass, Boolean>(&CIMClass::isAssociation) && reads<CIMClass, Boolean>(&CIMClass::isAbstract));
 static_assert(changes<CIMClass, CIMClass&, const CIMMethod&>(&CIMClass::addMethod));
 static_assert(reads<CIMClass, Uint32>(&CIMClass::getMethodCount));
-static_assert(reads<CIMClass, CIMMethod, Uint32>(&CIMClass::getMethod));
+static_assert(changes<CIMClass, CIMMethod, Uint32>(&CIMClass::getMethod));
+static_assert(reads<CIMClass, CIMConstMethod, Uint32>(&CIMClass::getMethod));
 static_assert(reads<CIMClass, Uint32, const CIMName&>(&CIMClass::findMethod));
 
 static_assert(isHandle<CIMInstance> && hasPath<CIMInstance> && hasProperties<CIMInstance>);

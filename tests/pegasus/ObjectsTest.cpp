@@ -394,6 +394,21 @@ TEST(CIMConstTest, WhatIsOnlyLookedAtIsMadeFromTheObject) {
     EXPECT_TRUE(CIMConstProperty().isUninitialized());
 }
 
+TEST(CIMConstTest, AnObjectThatIsOnlyLookedAtHasThePartsOfTheObject) {
+    CIMClass cimClass("A");
+    cimClass.addQualifier(CIMQualifier("Q", CIMValue(true)));
+    cimClass.addProperty(CIMProperty("P", CIMValue(Uint8(1))));
+    const CIMObject object(cimClass);
+    const CIMConstObject seen(object);
+    EXPECT_EQ(object.getQualifier(0).getName(), CIMName("Q"));
+    EXPECT_EQ(seen.getQualifier(0).getName(), CIMName("Q"));
+    EXPECT_EQ(object.getProperty(0).getValue(), CIMValue(Uint8(1)));
+    EXPECT_EQ(seen.getProperty(0).getValue(), CIMValue(Uint8(1)));
+    EXPECT_THROW(seen.getProperty(1), IndexOutOfBoundsException);
+    CIMObject(object).getProperty(0).setValue(CIMValue(Uint8(2)));
+    EXPECT_EQ(seen.getProperty(0).getValue(), CIMValue(Uint8(2)));
+}
+
 TEST(CIMMethodTest, ParametersAndQualifiersAreFound) {
     CIMMethod method("M", CIMTYPE_UINT32, "A", true);
     method.addParameter(CIMParameter("P", CIMTYPE_REFERENCE, true, 2, "R")).addQualifier(CIMQualifier("Q", CIMValue()));
