@@ -403,6 +403,9 @@ TEST(ApiFacts, ANullOfAnotherTypeIsATypeMismatchNotANull) {
 
 // ---- Errors ----
 
+#if __has_include(<Pegasus/Client/FailureMarks.h>)
+// The messages of this project's own library; other libraries have texts of their own.
+
 TEST(ApiFacts, EveryStatusCodesMessageBeginsWithItsName) {
     const std::vector<std::pair<int, std::string>> names = {{0, "SUCCESS"},
                                                             {1, "FAILED"},
@@ -435,7 +438,7 @@ TEST(ApiFacts, EveryStatusCodesMessageBeginsWithItsName) {
         const auto code = static_cast<CIMStatusCode>(number);
         const std::string whole = "CIM_ERR_" + name + ": why";
         EXPECT_EQ(text(CIMException(code, "why").getMessage()), whole);
-        EXPECT_EQ(text(CIMException(code, String(whole)).getMessage()), whole);
+        EXPECT_EQ(text(CIMException(code, whole.c_str()).getMessage()), whole);
         EXPECT_EQ(CIMException(code, "why").getCode(), code);
     }
 }
@@ -460,5 +463,7 @@ TEST(ApiFacts, AnErrorQuotesTheTextThatIsWrong) {
               "not the text of a CIM datetime: \"noon\"");
     EXPECT_EQ(messageOf<MalformedObjectNameException>([] { CIMObjectPath("A.K"); }), "not an object path: \"A.K\"");
 }
+
+#endif
 
 } // namespace
