@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Pegasus/Common/LanguageTag.h>
+#include <Pegasus/Common/Config.h>
 
 namespace Pegasus {
 
@@ -10,10 +10,6 @@ class AcceptLanguageList {
     AcceptLanguageList(const AcceptLanguageList& other);
     ~AcceptLanguageList();
     AcceptLanguageList& operator=(const AcceptLanguageList& other);
-
-    Uint32 size() const;
-    LanguageTag getLanguageTag(Uint32 index) const;
-    void clear();
 
   private:
     void* rep_;
