@@ -25,10 +25,9 @@ void AskForOtherShape(const CIMValue& value) {
     Require(false, "a value asked for as another type throws TypeMismatchException");
 }
 
-template <class Owner>
-void RequireFoundByName(const Owner& owner, Uint32 (Owner::*find)(const CIMName&) const, const CIMName& name,
-                        Uint32 index) {
-    Require((owner.*find)(name) <= index, "what an object holds is found by its name");
+/// There may be another of the name before it.
+void RequireFoundByName(Uint32 found, Uint32 index) {
+    Require(found <= index, "what an object holds is found by its name");
 }
 
 } // namespace
@@ -75,7 +74,7 @@ void Description::Add(const CIMClass& cimClass) {
     AddQualifiers(cimClass);
     AddProperties(cimClass);
     for (Uint32 i = 0; i < cimClass.getMethodCount(); ++i) {
-        RequireFoundByName(cimClass, &CIMClass::findMethod, cimClass.getMethod(i).getName(), i);
+        RequireFoundByName(cimClass.findMethod(cimClass.getMethod(i).getName()), i);
         Add(cimClass.getMethod(i));
     }
 }
@@ -97,7 +96,7 @@ void Description::Add(const CIMObject& object) {
     }
 }
 
-void Description::Add(const CIMMethod& method) {
+void Description::Add(const CIMConstMethod& method) {
     Word("method");
     Add(method.getName());
     Number(method.getType());
@@ -105,12 +104,12 @@ void Description::Add(const CIMMethod& method) {
     Flag(method.getPropagated());
     AddQualifiers(method);
     for (Uint32 i = 0; i < method.getParameterCount(); ++i) {
-        RequireFoundByName(method, &CIMMethod::findParameter, method.getParameter(i).getName(), i);
+        RequireFoundByName(method.findParameter(method.getParameter(i).getName()), i);
         Add(method.getParameter(i));
     }
 }
 
-void Description::Add(const CIMParameter& parameter) {
+void Description::Add(const CIMConstParameter& parameter) {
     Word("parameter");
     Add(parameter.getName());
     Number(parameter.getType());
@@ -120,7 +119,7 @@ void Description::Add(const CIMParameter& parameter) {
     AddQualifiers(parameter);
 }
 
-void Description::Add(const CIMProperty& property) {
+void Description::Add(const CIMConstProperty& property) {
     Word("property");
     Add(property.getName());
     Add(property.getValue());
@@ -133,7 +132,7 @@ void Description::Add(const CIMProperty& property) {
     AddQualifiers(property);
 }
 
-void Description::Add(const CIMQualifier& qualifier) {
+void Description::Add(const CIMConstQualifier& qualifier) {
     Word("qualifier");
     Add(qualifier.getName());
     Add(qualifier.getValue());
@@ -191,7 +190,7 @@ void Description::AddItem(const T& item) {
 template <class Owner>
 void Description::AddQualifiers(const Owner& owner) {
     for (Uint32 i = 0; i < owner.getQualifierCount(); ++i) {
-        RequireFoundByName(owner, &Owner::findQualifier, owner.getQualifier(i).getName(), i);
+        RequireFoundByName(owner.findQualifier(owner.getQualifier(i).getName()), i);
         Add(owner.getQualifier(i));
     }
 }
@@ -199,7 +198,7 @@ void Description::AddQualifiers(const Owner& owner) {
 template <class Owner>
 void Description::AddProperties(const Owner& owner) {
     for (Uint32 i = 0; i < owner.getPropertyCount(); ++i) {
-        RequireFoundByName(owner, &Owner::findProperty, owner.getProperty(i).getName(), i);
+        RequireFoundByName(owner.findProperty(owner.getProperty(i).getName()), i);
         Add(owner.getProperty(i));
     }
 }

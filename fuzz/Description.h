@@ -30,10 +30,10 @@ class Description {
     void Flag(bool flag) { Word(flag ? "yes" : "no"); }
     void Number(Pegasus::Uint64 number) { Word(std::to_string(number)); }
 
-    void Add(const Pegasus::CIMMethod& method);
-    void Add(const Pegasus::CIMParameter& parameter);
-    void Add(const Pegasus::CIMProperty& property);
-    void Add(const Pegasus::CIMQualifier& qualifier);
+    void Add(const Pegasus::CIMConstMethod& method);
+    void Add(const Pegasus::CIMConstParameter& parameter);
+    void Add(const Pegasus::CIMConstProperty& property);
+    void Add(const Pegasus::CIMConstQualifier& qualifier);
 
     template <class T>
     void AddContent(const Pegasus::CIMValue& value);

@@ -50,7 +50,7 @@ Pegasus::SSLContext SslContextOf(const ConnectionOptions& options) {
         return Pegasus::SSLContext(Pegasus::String::EMPTY, pegCallbackSSL, Pegasus::String::EMPTY);
     }
     return Pegasus::SSLContext(Pegasus::String::EMPTY, TextUnder(options, kClientCertificateKey),
-                               TextUnder(options, kClientKeyKey), pegCallbackSSL);
+                               TextUnder(options, kClientKeyKey), pegCallbackSSL, Pegasus::String::EMPTY);
 }
 
 #endif

@@ -10,7 +10,7 @@ const std::string& RemoteNames::Normalized(Pegasus::Uint32 place, const Pegasus:
         fNames.resize(place + 1);
     }
     TName& known = fNames[place];
-    if (known.given != name) { // without regard to case, which the normal form does not show either
+    if (!known.given.equal(name)) { // without regard to case, which the normal form does not show either
         known.normalized = NormalizeName(ToStdString(name));
         known.given = name;
     }

@@ -14,7 +14,7 @@ namespace {
 
 using namespace Pegasus;
 
-std::string text(const String& string) { return std::string(string.view()); }
+std::string text(const String& string) { return std::string(static_cast<const char*>(string.getCString())); }
 
 // ---- Handles ----
 
@@ -80,11 +80,35 @@ TEST(ApiFacts, EveryOperationOnAnUninitialisedObjectThrows) {
     expectUninitializedQualifiers<Class>();
     expectUninitializedProperties<Class>();
     expectUninitializedProperties<CIMInstance>();
+    expectUninitializedQualifiers<CIMInstance>();
     using Object = CIMObject;
     expectUninitialized<Object>({[](Object& o) { o.isClass(); }, [](Object& o) { o.isInstance(); },
                                  [](Object& o) { o.getClassName(); }, [](Object& o) { o.getPath(); },
                                  [](Object& o) { o.setPath("A"); }, [](Object& o) { CIMClass{o}; },
-                                 [](Object& o) { CIMInstance{o}; }});
+                                 [](Object& o) { CIMInstance{o}; }, [](Object& o) { o.getPropertyCount(); },
+                                 [](Object& o) { o.getProperty(0); }, [](Object& o) { o.findProperty("P"); },
+                                 [](Object& o) { o.getQualifierCount(); }, [](Object& o) { o.getQualifier(0); },
+                                 [](Object& o) { o.findQualifier("Q"); }, [](Object& o) { o.toString(); }});
+}
+
+/// Expects that a default-constructed handle alone is uninitialised, and has nothing that could be cloned.
+template <class Handle>
+void expectTold(const Handle& made) {
+    EXPECT_FALSE(made.isUninitialized());
+    EXPECT_FALSE(made.clone().isUninitialized());
+    EXPECT_TRUE(Handle().isUninitialized());
+    EXPECT_THROW(Handle().clone(), UninitializedObjectException);
+}
+
+TEST(ApiFacts, AHandleTellsWhetherItIsInitialised) {
+    expectTold(CIMQualifier("Q", CIMValue()));
+    expectTold(CIMQualifierDecl("Q", CIMValue(), CIMScope::ANY));
+    expectTold(CIMProperty("P", CIMValue()));
+    expectTold(CIMParameter("P", CIMTYPE_UINT8));
+    expectTold(CIMMethod("M", CIMTYPE_UINT8));
+    expectTold(CIMClass("A"));
+    expectTold(CIMInstance(CIMName("A")));
+    expectTold(CIMObject(CIMClass("A")));
 }
 
 TEST(ApiFacts, AnUninitialisedObjectCannotBePartOfAnother) {
@@ -110,6 +134,7 @@ TEST(ApiFacts, ACopyOfAHandleRefersToTheSameObject) {
     expectShared(CIMParameter("P", CIMTYPE_UINT8));
     expectShared(CIMMethod("M", CIMTYPE_UINT8));
     expectShared(CIMClass("A"));
+    expectShared(CIMInstance(CIMName("A")));
 
     CIMInstance instance(CIMName("A"));
     const CIMInstance copy(instance);
@@ -117,6 +142,46 @@ TEST(ApiFacts, ACopyOfAHandleRefersToTheSameObject) {
     instance.setPath("A.P=1");
     EXPECT_EQ(copy.getPropertyCount(), 1U);
     EXPECT_EQ(copy.getPath(), CIMObjectPath("A.P=1"));
+}
+
+/// Expects that a clone has the content of its original and nothing that happens to that afterwards.
+template <class Handle>
+void expectCloned(Handle handle) {
+    handle.addQualifier(CIMQualifier("Q", CIMValue(true)));
+    const Handle clone = handle.clone();
+    handle.addQualifier(CIMQualifier("R", CIMValue()));
+    ASSERT_EQ(clone.getQualifierCount(), 1U);
+    EXPECT_EQ(clone.getQualifier(0).getValue(), CIMValue(true));
+}
+
+TEST(ApiFacts, ACloneIsOneOfItsOwn) {
+    expectCloned(CIMProperty("P", CIMValue()));
+    expectCloned(CIMParameter("P", CIMTYPE_UINT8));
+    expectCloned(CIMMethod("M", CIMTYPE_UINT8));
+    expectCloned(CIMClass("A"));
+    expectCloned(CIMInstance(CIMName("A")));
+}
+
+TEST(ApiFacts, ACloneHasPartsOfItsOwn) {
+    CIMProperty property("P", CIMValue(Uint8(1)));
+    CIMParameter parameter("X", CIMTYPE_UINT8);
+    CIMMethod method("M", CIMTYPE_UINT8);
+    method.addParameter(parameter);
+    CIMClass cimClass("A");
+    cimClass.addProperty(property).addMethod(method);
+    CIMInstance instance(CIMName("A"));
+    instance.addProperty(property);
+    CIMClass classClone = cimClass.clone();
+    CIMInstance instanceClone = instance.clone();
+    CIMObject objectClone = CIMObject(instance).clone();
+    property.setValue(CIMValue(Uint8(2)));
+    parameter.addQualifier(CIMQualifier("Q", CIMValue()));
+    EXPECT_EQ(instance.getProperty(0).getValue(), CIMValue(Uint8(2)));
+    EXPECT_EQ(classClone.getProperty(0).getValue(), CIMValue(Uint8(1)));
+    EXPECT_EQ(instanceClone.getProperty(0).getValue(), CIMValue(Uint8(1)));
+    EXPECT_EQ(objectClone.getProperty(0).getValue(), CIMValue(Uint8(1)));
+    EXPECT_EQ(cimClass.getMethod(0).getParameter(0).getQualifierCount(), 1U);
+    EXPECT_EQ(classClone.getMethod(0).getParameter(0).getQualifierCount(), 0U);
 }
 
 TEST(ApiFacts, ACopyOfAValueIsAValueOfItsOwn) {
@@ -128,16 +193,16 @@ TEST(ApiFacts, ACopyOfAValueIsAValueOfItsOwn) {
     CIMFlavor flavor(CIMFlavor::TOSUBCLASS);
     const CIMFlavor flavorCopy(flavor);
     flavor.addFlavor(CIMFlavor::TRANSLATABLE);
-    EXPECT_EQ(flavorCopy, CIMFlavor::TOSUBCLASS);
+    EXPECT_TRUE(flavorCopy.equal(CIMFlavor::TOSUBCLASS));
 
     CIMScope scope(CIMScope::CLASS);
     const CIMScope scopeCopy(scope);
     scope.addScope(CIMScope::METHOD);
-    EXPECT_EQ(scopeCopy, CIMScope::CLASS);
+    EXPECT_TRUE(scopeCopy.equal(CIMScope::CLASS));
 
     CIMName name("A");
     const CIMName nameCopy(name);
-    name.clear();
+    name = CIMName("B");
     EXPECT_EQ(nameCopy, CIMName("A"));
 }
 
@@ -164,12 +229,20 @@ TEST(ApiFacts, WhatAConstructorIsNotToldHasADefault) {
     const CIMQualifierDecl declaration("Q", CIMValue(true), CIMScope::ANY);
     EXPECT_EQ(declaration.getName(), CIMName("Q"));
     EXPECT_EQ(declaration.getValue(), CIMValue(true));
-    EXPECT_EQ(declaration.getFlavor(), CIMFlavor::DEFAULTS);
+    EXPECT_TRUE(declaration.getFlavor().equal(CIMFlavor::DEFAULTS));
     EXPECT_EQ(declaration.getArraySize(), 0U);
 
     const CIMObjectPath path("host", CIMNamespaceName("root"), "A");
     EXPECT_EQ(text(path.toString()), "//host/root:A");
     EXPECT_EQ(path.getKeyBindings().size(), 0U);
+}
+
+TEST(ApiFacts, KeyBindingsAreEqualWhenNameTypeAndValueAre) {
+    CIMKeyBinding key("K", "1", CIMKeyBinding::NUMERIC);
+    EXPECT_TRUE(key.equal(CIMKeyBinding("k", "1", CIMKeyBinding::NUMERIC)));
+    EXPECT_FALSE(key.equal(CIMKeyBinding("L", "1", CIMKeyBinding::NUMERIC)));
+    EXPECT_FALSE(key.equal(CIMKeyBinding("K", "2", CIMKeyBinding::NUMERIC)));
+    EXPECT_FALSE(key.equal(CIMKeyBinding("K", "1", CIMKeyBinding::STRING)));
 }
 
 TEST(ApiFacts, AKeyBindingHasWhatItWasMadeFrom) {
@@ -197,9 +270,32 @@ TEST(ApiFacts, EveryIndexOutOfRangeThrows) {
         EXPECT_THROW(cimClass.getProperty(index), IndexOutOfBoundsException);
         EXPECT_THROW(cimClass.getMethod(index), IndexOutOfBoundsException);
         EXPECT_THROW(instance.getProperty(index), IndexOutOfBoundsException);
+        EXPECT_THROW(instance.getQualifier(index), IndexOutOfBoundsException);
+        EXPECT_THROW(CIMObject(cimClass).getProperty(index), IndexOutOfBoundsException);
+        EXPECT_THROW(CIMObject(cimClass).getQualifier(index), IndexOutOfBoundsException);
         EXPECT_THROW(Array<CIMName>()[index], IndexOutOfBoundsException);
         EXPECT_THROW(CIMPropertyList()[index], IndexOutOfBoundsException);
     }
+}
+
+TEST(ApiFacts, EveryIndexOutOfRangeOfAConstObjectThrows) {
+    const CIMProperty property("P", CIMValue());
+    const CIMParameter parameter("P", CIMTYPE_UINT8);
+    const CIMMethod method("M", CIMTYPE_UINT8);
+    const CIMClass cimClass("A");
+    const CIMInstance instance(CIMName("A"));
+    const CIMObject object(cimClass);
+    EXPECT_THROW(property.getQualifier(0), IndexOutOfBoundsException);
+    EXPECT_THROW(parameter.getQualifier(0), IndexOutOfBoundsException);
+    EXPECT_THROW(method.getQualifier(0), IndexOutOfBoundsException);
+    EXPECT_THROW(method.getParameter(0), IndexOutOfBoundsException);
+    EXPECT_THROW(cimClass.getQualifier(0), IndexOutOfBoundsException);
+    EXPECT_THROW(cimClass.getProperty(0), IndexOutOfBoundsException);
+    EXPECT_THROW(cimClass.getMethod(0), IndexOutOfBoundsException);
+    EXPECT_THROW(instance.getProperty(0), IndexOutOfBoundsException);
+    EXPECT_THROW(instance.getQualifier(0), IndexOutOfBoundsException);
+    EXPECT_THROW(object.getProperty(0), IndexOutOfBoundsException);
+    EXPECT_THROW(object.getQualifier(0), IndexOutOfBoundsException);
 }
 
 template <class Owner>
@@ -208,7 +304,10 @@ void expectQualifiersFound(Owner owner) {
     owner.addQualifier(CIMQualifier("A", CIMValue())).addQualifier(CIMQualifier("B", CIMValue(true)));
     EXPECT_EQ(owner.findQualifier("b"), 1U);
     EXPECT_EQ(owner.findQualifier("C"), PEG_NOT_FOUND);
+    EXPECT_EQ(owner.getQualifierCount(), 2U);
     EXPECT_EQ(owner.getQualifier(1).getValue(), CIMValue(true));
+    const Owner& seen = owner;
+    EXPECT_EQ(seen.getQualifier(1).getValue(), CIMValue(true));
 }
 
 template <class Owner>
@@ -219,6 +318,12 @@ void expectPropertiesFound(Owner owner) {
     EXPECT_EQ(owner.findProperty("b"), 1U);
     EXPECT_EQ(owner.findProperty("C"), PEG_NOT_FOUND);
     EXPECT_EQ(owner.getProperty(1).getValue(), CIMValue(true));
+    const Owner& seen = owner;
+    EXPECT_EQ(seen.getProperty(1).getValue(), CIMValue(true));
+    const CIMObject object(owner);
+    EXPECT_EQ(object.findProperty("b"), 1U);
+    EXPECT_EQ(object.getPropertyCount(), 2U);
+    EXPECT_EQ(object.getProperty(1).getValue(), CIMValue(true));
 }
 
 TEST(ApiFacts, EveryMemberIsFoundWithoutRegardToCase) {
@@ -226,6 +331,7 @@ TEST(ApiFacts, EveryMemberIsFoundWithoutRegardToCase) {
     expectQualifiersFound(CIMParameter("P", CIMTYPE_UINT8));
     expectQualifiersFound(CIMMethod("M", CIMTYPE_UINT8));
     expectQualifiersFound(CIMClass("A"));
+    expectQualifiersFound(CIMInstance(CIMName("A")));
     expectPropertiesFound(CIMClass("A"));
     expectPropertiesFound(CIMInstance(CIMName("A")));
 
@@ -233,23 +339,29 @@ TEST(ApiFacts, EveryMemberIsFoundWithoutRegardToCase) {
     cimClass.addMethod(CIMMethod("M", CIMTYPE_UINT8)).addMethod(CIMMethod("N", CIMTYPE_UINT16));
     EXPECT_EQ(cimClass.getMethodCount(), 2U);
     EXPECT_EQ(cimClass.getMethod(cimClass.findMethod("n")).getType(), CIMTYPE_UINT16);
+    const CIMClass& seen = cimClass;
+    EXPECT_EQ(seen.getMethod(1).getType(), CIMTYPE_UINT16);
+
+    CIMMethod method("M", CIMTYPE_UINT8);
+    method.addParameter(CIMParameter("X", CIMTYPE_UINT8)).addParameter(CIMParameter("Y", CIMTYPE_UINT16));
+    const CIMMethod& seenMethod = method;
+    EXPECT_EQ(method.getParameter(1).getType(), CIMTYPE_UINT16);
+    EXPECT_EQ(seenMethod.getParameter(1).getType(), CIMTYPE_UINT16);
 }
 
 // ---- Flags ----
 
-TEST(ApiFacts, EveryFlavorHasItsBitAndItsWord) {
+TEST(ApiFacts, EveryFlavorHasItsWord) {
     const std::vector<std::pair<CIMFlavor, const char*>> flavors = {
         {CIMFlavor::OVERRIDABLE, "OVERRIDABLE"},         {CIMFlavor::TOSUBCLASS, "TOSUBCLASS"},
         {CIMFlavor::TOINSTANCE, "TOINSTANCE"},           {CIMFlavor::TRANSLATABLE, "TRANSLATABLE"},
         {CIMFlavor::DISABLEOVERRIDE, "DISABLEOVERRIDE"}, {CIMFlavor::RESTRICTED, "RESTRICTED"}};
-    for (std::size_t bit = 0; bit < flavors.size(); ++bit) {
-        EXPECT_EQ(flavors[bit].first, CIMFlavor(Uint32(1) << bit));
-        EXPECT_EQ(text(flavors[bit].first.toString()), flavors[bit].second);
+    for (const auto& [flavor, word] : flavors) {
+        EXPECT_EQ(text(flavor.toString()), word);
     }
-    EXPECT_EQ(CIMFlavor::NONE, CIMFlavor(0));
-    EXPECT_EQ(CIMFlavor::NONE, CIMFlavor());
-    EXPECT_EQ(CIMFlavor::DEFAULTS, CIMFlavor(3));
-    EXPECT_EQ(CIMFlavor::ENABLEOVERRIDE, CIMFlavor::OVERRIDABLE);
+    EXPECT_TRUE(CIMFlavor::NONE.equal(CIMFlavor()));
+    EXPECT_TRUE(CIMFlavor::DEFAULTS.equal(CIMFlavor::OVERRIDABLE + CIMFlavor::TOSUBCLASS));
+    EXPECT_TRUE(CIMFlavor::ENABLEOVERRIDE.equal(CIMFlavor::OVERRIDABLE));
 }
 
 TEST(ApiFacts, EveryScopeHasItsWordAndAnyIsAllSeven) {
@@ -264,8 +376,8 @@ TEST(ApiFacts, EveryScopeHasItsWordAndAnyIsAllSeven) {
         EXPECT_TRUE(CIMScope::ANY.hasScope(scope)) << word;
         all.addScope(scope);
     }
-    EXPECT_EQ(all, CIMScope::ANY);
-    EXPECT_EQ(CIMScope::NONE, CIMScope());
+    EXPECT_TRUE(all.equal(CIMScope::ANY));
+    EXPECT_TRUE(CIMScope::NONE.equal(CIMScope()));
 }
 
 // ---- Values ----
@@ -290,6 +402,9 @@ TEST(ApiFacts, ANullOfAnotherTypeIsATypeMismatchNotANull) {
 }
 
 // ---- Errors ----
+
+#if __has_include(<Pegasus/Client/FailureMarks.h>)
+// The messages of this project's own library; other libraries have texts of their own.
 
 TEST(ApiFacts, EveryStatusCodesMessageBeginsWithItsName) {
     const std::vector<std::pair<int, std::string>> names = {{0, "SUCCESS"},
@@ -323,7 +438,7 @@ TEST(ApiFacts, EveryStatusCodesMessageBeginsWithItsName) {
         const auto code = static_cast<CIMStatusCode>(number);
         const std::string whole = "CIM_ERR_" + name + ": why";
         EXPECT_EQ(text(CIMException(code, "why").getMessage()), whole);
-        EXPECT_EQ(text(CIMException(code, String(whole)).getMessage()), whole);
+        EXPECT_EQ(text(CIMException(code, whole.c_str()).getMessage()), whole);
         EXPECT_EQ(CIMException(code, "why").getCode(), code);
     }
 }
@@ -348,5 +463,7 @@ TEST(ApiFacts, AnErrorQuotesTheTextThatIsWrong) {
               "not the text of a CIM datetime: \"noon\"");
     EXPECT_EQ(messageOf<MalformedObjectNameException>([] { CIMObjectPath("A.K"); }), "not an object path: \"A.K\"");
 }
+
+#endif
 
 } // namespace

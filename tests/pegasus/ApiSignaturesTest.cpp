@@ -1,5 +1,6 @@
 // What code that is written against the client API relies on at compile time: types, constants, every signature.
-// CIMClient.h alone has to be enough for all of it. Nearly all of this is checked by compiling it.
+// CIMClient.h alone has to be enough for all of it. Nearly all of this is checked by compiling it. Nothing here is an
+// extension: these files compile wherever the API is.
 
 #include <Pegasus/Client/CIMClient.h>
 
@@ -37,12 +38,17 @@ constexpr bool is(Result (*)(Arguments...)) {
     return true;
 }
 
-/// Whether objects are compared with == and !=.
+/// What a call gives on an object, or on a const one, whichever of several functions of one name that is.
+template <class T>
+T& an();
+template <class T>
+const T& aConst();
+
+/// Whether objects are compared with ==.
 template <class T, class = void>
 struct Comparison : std::false_type {};
 template <class T>
-struct Comparison<T, std::void_t<decltype(std::declval<const T&>() == std::declval<const T&>()),
-                                 decltype(std::declval<const T&>() != std::declval<const T&>())>> : std::true_type {};
+struct Comparison<T, std::void_t<decltype(aConst<T>() == aConst<T>())>> : std::true_type {};
 template <class T>
 constexpr bool isCompared = Comparison<T>::value;
 
@@ -68,11 +74,26 @@ static_assert(changes<String, String&, const String&>(&String::append) && change
 static_assert(is<Boolean, const String&, const String&>(&String::equal));
 static_assert(is<Boolean, const String&, const String&>(&String::equalNoCase));
 static_assert(same<decltype(String::EMPTY), const String> && isCompared<String>);
+static_assert(same<decltype(aConst<String>() != aConst<String>()), bool>);
 static_assert(is<bool, const String&, const String&>(&operator<) &&
               is<bool, const String&, const String&>(&operator<=));
 static_assert(is<bool, const String&, const String&>(&operator>) &&
               is<bool, const String&, const String&>(&operator>=));
 static_assert(is<String, const String&, const String&>(&operator+));
+static_assert(same<decltype(an<String>().assign(aConst<String>())), String&>);
+static_assert(same<decltype(String::compare(aConst<String>(), aConst<String>())), int>);
+static_assert(same<decltype(String::compare(aConst<String>(), aConst<String>(), Uint32())), int>);
+static_assert(same<decltype(String::compareNoCase(aConst<String>(), aConst<String>())), int>);
+static_assert(same<decltype(aConst<String>().find(Char16('a'))), Uint32>);
+static_assert(same<decltype(aConst<String>().find(Uint32(), Char16('a'))), Uint32>);
+static_assert(same<decltype(aConst<String>().find(aConst<String>())), Uint32>);
+static_assert(same<decltype(aConst<String>().reverseFind(Char16('a'))), Uint32>);
+static_assert(same<decltype(aConst<String>().subString(Uint32())), String>);
+static_assert(same<decltype(aConst<String>().subString(Uint32(), Uint32())), String>);
+static_assert(same<decltype(an<String>().remove(Uint32())), void>);
+static_assert(same<decltype(an<String>().remove(Uint32(), Uint32())), void>);
+static_assert(same<decltype(an<String>().toLower()), void> && same<decltype(an<String>().toUpper()), void>);
+static_assert(same<decltype(an<String>().reserveCapacity(Uint32())), void>);
 static_assert(is<std::ostream&, std::ostream&, const String&>(&operator<<));
 static_assert(isValue<CString> && converts<const char*, CString>);
 
@@ -99,26 +120,24 @@ constexpr bool isName = isValue<Name>&& converts<Name, const String&, const char
 static_assert(isName<CIMName> && isName<CIMNamespaceName>);
 
 template <class... T>
-constexpr bool areHeld = ((converts<CIMValue, T, Array<T>> && reads<CIMValue, void, T&>(&CIMValue::get<T>) &&
-                           reads<CIMValue, void, Array<T>&>(&CIMValue::get<Array<T>>) &&
-                           changes<CIMValue, void, const T&>(&CIMValue::set<T>) &&
-                           changes<CIMValue, void, const Array<T>&>(&CIMValue::set<Array<T>>)) &&
-                          ...);
+constexpr bool areHeld = ((converts<CIMValue, T, Array<T>> && same<decltype(aConst<CIMValue>().get(an<T>())), void> &&
+                           same<decltype(aConst<CIMValue>().get(an<Array<T>>())), void> &&
+                           same<decltype(an<CIMValue>().set(aConst<T>())), void> &&
+                           same<decltype(an<CIMValue>().set(aConst<Array<T>>())), void>)&&...);
 static_assert(areHeld<Boolean, Uint8, Sint8, Uint16, Sint16, Uint32, Sint32, Uint64, Sint64, Real32, Real64, Char16>);
 static_assert(areHeld<String, CIMDateTime, CIMObjectPath, CIMObject, CIMInstance>);
-// A text that loses its String would turn into a boolean.
-static_assert(!made<CIMValue, const char*> && !made<CIMValue, const char (&)[2]>);
 static_assert(isValue<CIMValue> && made<CIMValue, CIMType, Boolean> && made<CIMValue, CIMType, Boolean, Uint32>);
 static_assert(reads<CIMValue, CIMType>(&CIMValue::getType) && reads<CIMValue, Boolean>(&CIMValue::isArray));
 static_assert(reads<CIMValue, Boolean>(&CIMValue::isNull) && reads<CIMValue, Uint32>(&CIMValue::getArraySize));
-static_assert(reads<CIMValue, Boolean, Uint32>(&CIMValue::isNullElement));
-static_assert(made<CIMValue, const Array<String>&, const Array<Boolean>&>);
 static_assert(changes<CIMValue, void, CIMType, Boolean, Uint32>(&CIMValue::setNullValue));
 static_assert(reads<CIMValue, Boolean, const CIMValue&>(&CIMValue::equal) && isCompared<CIMValue>);
+static_assert(same<decltype(aConst<CIMValue>() != aConst<CIMValue>()), bool>);
 static_assert(reads<CIMValue, String>(&CIMValue::toString));
-static_assert(sizeof(CIMValue) <= 24, "instances are mostly values");
+static_assert(changes<CIMValue, void, const CIMValue&>(&CIMValue::assign));
+static_assert(changes<CIMValue, void>(&CIMValue::clear));
+static_assert(reads<CIMValue, Boolean, const CIMValue&>(&CIMValue::typeCompatible));
 
-static_assert(isValue<CIMFlavor> && isCompared<CIMFlavor>);
+static_assert(isValue<CIMFlavor>);
 static_assert(changes<CIMFlavor, void, const CIMFlavor&>(&CIMFlavor::addFlavor));
 static_assert(changes<CIMFlavor, void, const CIMFlavor&>(&CIMFlavor::removeFlavor));
 static_assert(reads<CIMFlavor, Boolean, const CIMFlavor&>(&CIMFlavor::hasFlavor));
@@ -126,7 +145,7 @@ static_assert(reads<CIMFlavor, Boolean, const CIMFlavor&>(&CIMFlavor::equal));
 static_assert(reads<CIMFlavor, String>(&CIMFlavor::toString));
 static_assert(same<decltype(CIMFlavor::NONE + CIMFlavor::DEFAULTS), CIMFlavor>);
 
-static_assert(isValue<CIMScope> && isCompared<CIMScope>);
+static_assert(isValue<CIMScope>);
 static_assert(changes<CIMScope, void, const CIMScope&>(&CIMScope::addScope));
 static_assert(reads<CIMScope, Boolean, const CIMScope&>(&CIMScope::hasScope));
 static_assert(reads<CIMScope, Boolean, const CIMScope&>(&CIMScope::equal));
@@ -137,13 +156,23 @@ static_assert(isValue<CIMDateTime> && made<CIMDateTime, const String&> && isComp
 static_assert(converts<String, decltype(std::declval<const CIMDateTime>().toString())>);
 static_assert(reads<CIMDateTime, Boolean>(&CIMDateTime::isInterval));
 static_assert(reads<CIMDateTime, Boolean, const CIMDateTime&>(&CIMDateTime::equal));
+static_assert(reads<CIMDateTime, Boolean>(&CIMDateTime::isTimeStamp));
+static_assert(reads<CIMDateTime, Uint64>(&CIMDateTime::toMicroSeconds));
+static_assert(is<Sint64, CIMDateTime, CIMDateTime>(&CIMDateTime::getDifference));
+static_assert(is<CIMDateTime>(&CIMDateTime::getCurrentDateTime));
+static_assert(changes<CIMDateTime, void, const String&>(&CIMDateTime::set));
+static_assert(changes<CIMDateTime, void, Uint32, Uint32, Uint32, Uint32, Uint32, Uint32>(&CIMDateTime::setInterval));
+static_assert(changes<CIMDateTime, void, Uint32, Uint32, Uint32, Uint32, Uint32, Uint32, Uint32, Uint32, Sint32>(
+    &CIMDateTime::setTimeStamp));
+static_assert(changes<CIMDateTime, void>(&CIMDateTime::clear));
 
 static_assert(CIMKeyBinding::BOOLEAN == 0 && CIMKeyBinding::STRING == 1 && CIMKeyBinding::NUMERIC == 2);
 static_assert(CIMKeyBinding::REFERENCE == 3 && std::is_enum_v<CIMKeyBinding::Type>);
 static_assert(isValue<CIMKeyBinding> && made<CIMKeyBinding, const CIMName&, const String&, CIMKeyBinding::Type>);
 static_assert(reads<CIMKeyBinding, const CIMName&>(&CIMKeyBinding::getName));
 static_assert(reads<CIMKeyBinding, const String&>(&CIMKeyBinding::getValue));
-static_assert(reads<CIMKeyBinding, CIMKeyBinding::Type>(&CIMKeyBinding::getType) && isCompared<CIMKeyBinding>);
+static_assert(reads<CIMKeyBinding, CIMKeyBinding::Type>(&CIMKeyBinding::getType));
+static_assert(same<decltype(an<CIMKeyBinding>().equal(an<CIMKeyBinding>())), Boolean>);
 
 static_assert(isValue<CIMObjectPath> && converts<CIMObjectPath, const String&, const char*>);
 static_assert(made<CIMObjectPath, const String&, const CIMNamespaceName&, const CIMName&>);
@@ -154,32 +183,50 @@ static_assert(reads<CIMObjectPath, const CIMName&>(&CIMObjectPath::getClassName)
 static_assert(reads<CIMObjectPath, const Array<CIMKeyBinding>&>(&CIMObjectPath::getKeyBindings));
 static_assert(reads<CIMObjectPath, String>(&CIMObjectPath::toString) && isCompared<CIMObjectPath>);
 static_assert(reads<CIMObjectPath, Boolean, const CIMObjectPath&>(&CIMObjectPath::identical));
+static_assert(changes<CIMObjectPath, void>(&CIMObjectPath::clear));
+static_assert(changes<CIMObjectPath, void, const String&>(&CIMObjectPath::set));
+static_assert(changes<CIMObjectPath, void, const String&>(&CIMObjectPath::setHost));
+static_assert(changes<CIMObjectPath, void, const CIMNamespaceName&>(&CIMObjectPath::setNameSpace));
+static_assert(changes<CIMObjectPath, void, const CIMName&>(&CIMObjectPath::setClassName));
+static_assert(changes<CIMObjectPath, void, const Array<CIMKeyBinding>&>(&CIMObjectPath::setKeyBindings));
+static_assert(reads<CIMObjectPath, Uint32>(&CIMObjectPath::makeHashCode));
 
 static_assert(isValue<CIMPropertyList> && converts<CIMPropertyList, const Array<CIMName>&>);
 static_assert(reads<CIMPropertyList, Boolean>(&CIMPropertyList::isNull));
 static_assert(reads<CIMPropertyList, Uint32>(&CIMPropertyList::size));
-static_assert(reads<CIMPropertyList, const CIMName&, Uint32>(&CIMPropertyList::operator[]));
+static_assert(converts<const CIMName&, decltype(aConst<CIMPropertyList>()[0])>);
+static_assert(changes<CIMPropertyList, void, const Array<CIMName>&>(&CIMPropertyList::set));
+static_assert(same<decltype(an<CIMPropertyList>().append(aConst<CIMName>())), void>);
+static_assert(changes<CIMPropertyList, void>(&CIMPropertyList::clear));
+static_assert(reads<CIMPropertyList, Boolean, const CIMName&>(&CIMPropertyList::contains));
+static_assert(converts<Array<CIMName>, decltype(aConst<CIMPropertyList>().getPropertyNameArray())>);
+static_assert(reads<CIMPropertyList, String>(&CIMPropertyList::toString));
 
 // ---- Handles of the model
 
 template <class Handle>
-constexpr bool isHandle = isValue<Handle>&& std::is_nothrow_default_constructible_v<Handle>&&
-                              std::is_nothrow_copy_constructible_v<Handle> &&
-                          sizeof(Handle) == sizeof(void*);
+constexpr bool isHandle =
+    isValue<Handle>&& reads<Handle, Handle>(&Handle::clone) && reads<Handle, Boolean>(&Handle::isUninitialized);
 /// What has a name, a type and an array-ness.
 template <class Handle>
 constexpr bool isTyped = reads<Handle, const CIMName&>(&Handle::getName) && reads<Handle, CIMType>(&Handle::getType) &&
                          reads<Handle, Boolean>(&Handle::isArray);
 template <class Handle>
-constexpr bool isQualified =
-    changes<Handle, Handle&, const CIMQualifier&>(&Handle::addQualifier) &&
-    reads<Handle, Uint32>(&Handle::getQualifierCount) && reads<Handle, CIMQualifier, Uint32>(&Handle::getQualifier) &&
+constexpr bool hasQualifiers =
+    reads<Handle, Uint32>(&Handle::getQualifierCount) && changes<Handle, CIMQualifier, Uint32>(&Handle::getQualifier) &&
+    reads<Handle, CIMConstQualifier, Uint32>(&Handle::getQualifier) &&
     reads<Handle, Uint32, const CIMName&>(&Handle::findQualifier);
 template <class Handle>
+constexpr bool isQualified = hasQualifiers<Handle>&&
+    changes<Handle, Handle&, const CIMQualifier&>(&Handle::addQualifier);
+template <class Handle>
 constexpr bool hasProperties =
-    changes<Handle, Handle&, const CIMProperty&>(&Handle::addProperty) &&
-    reads<Handle, Uint32>(&Handle::getPropertyCount) && reads<Handle, CIMProperty, Uint32>(&Handle::getProperty) &&
+    reads<Handle, Uint32>(&Handle::getPropertyCount) && changes<Handle, CIMProperty, Uint32>(&Handle::getProperty) &&
+    reads<Handle, CIMConstProperty, Uint32>(&Handle::getProperty) &&
     reads<Handle, Uint32, const CIMName&>(&Handle::findProperty);
+template <class Handle>
+constexpr bool takesProperties = hasProperties<Handle>&&
+    changes<Handle, Handle&, const CIMProperty&>(&Handle::addProperty);
 /// What has a class's name and a path.
 template <class Handle>
 constexpr bool hasPath =
@@ -229,34 +276,84 @@ static_assert(reads<CIMMethod, const CIMName&>(&CIMMethod::getClassOrigin));
 static_assert(reads<CIMMethod, Boolean>(&CIMMethod::getPropagated));
 static_assert(changes<CIMMethod, CIMMethod&, const CIMParameter&>(&CIMMethod::addParameter));
 static_assert(reads<CIMMethod, Uint32>(&CIMMethod::getParameterCount));
-static_assert(reads<CIMMethod, CIMParameter, Uint32>(&CIMMethod::getParameter));
+static_assert(changes<CIMMethod, CIMParameter, Uint32>(&CIMMethod::getParameter));
+static_assert(reads<CIMMethod, CIMConstParameter, Uint32>(&CIMMethod::getParameter));
 
-static_assert(isHandle<CIMClass> && hasPath<CIMClass> && isQualified<CIMClass> && hasProperties<CIMClass>);
+static_assert(isHandle<CIMClass> && hasPath<CIMClass> && isQualified<CIMClass> && takesProperties<CIMClass>);
+static_assert(reads<CIMClass, void, Array<CIMName>&>(&CIMClass::getKeyNames));
+static_assert(reads<CIMClass, Boolean>(&CIMClass::hasKeys));
 static_assert(made<CIMClass, CIMName> && made<CIMClass, CIMName, CIMName> && made<CIMClass, const CIMObject&>);
 static_assert(reads<CIMClass, const CIMName&>(&CIMClass::getSuperClassName));
 static_assert(reads<CIMClass, Boolean>(&CIMClass::isAssociation) && reads<CIMClass, Boolean>(&CIMClass::isAbstract));
 static_assert(changes<CIMClass, CIMClass&, const CIMMethod&>(&CIMClass::addMethod));
 static_assert(reads<CIMClass, Uint32>(&CIMClass::getMethodCount));
-static_assert(reads<CIMClass, CIMMethod, Uint32>(&CIMClass::getMethod));
+static_assert(changes<CIMClass, CIMMethod, Uint32>(&CIMClass::getMethod));
+static_assert(reads<CIMClass, CIMConstMethod, Uint32>(&CIMClass::getMethod));
 static_assert(reads<CIMClass, Uint32, const CIMName&>(&CIMClass::findMethod));
 
-static_assert(isHandle<CIMInstance> && hasPath<CIMInstance> && hasProperties<CIMInstance>);
+static_assert(isHandle<CIMInstance> && hasPath<CIMInstance> && isQualified<CIMInstance> &&
+              takesProperties<CIMInstance>);
+static_assert(reads<CIMInstance, CIMObjectPath, const CIMClass&>(&CIMInstance::buildPath));
 static_assert(made<CIMInstance, CIMName> && made<CIMInstance, const CIMObject&>);
 
 static_assert(isHandle<CIMObject> && hasPath<CIMObject> && converts<CIMObject, CIMClass, CIMInstance>);
+static_assert(hasQualifiers<CIMObject> && hasProperties<CIMObject> && reads<CIMObject, String>(&CIMObject::toString));
 static_assert(!converts<CIMClass, CIMObject> && !converts<CIMInstance, CIMObject>, "each way back may throw");
 static_assert(reads<CIMObject, Boolean>(&CIMObject::isClass) && reads<CIMObject, Boolean>(&CIMObject::isInstance));
+
+/// The parts of const objects, and what they tell of themselves. Compiled, not run.
+[[maybe_unused]] void lookAtParts(const CIMClass& cimClass, const CIMInstance& instance, const CIMObject& object) {
+    CIMConstProperty property = cimClass.getProperty(0);
+    property = instance.getProperty(0);
+    property = object.getProperty(0);
+    const CIMConstMethod method = cimClass.getMethod(0);
+    const CIMConstParameter parameter = method.getParameter(0);
+    CIMConstQualifier qualifier = cimClass.getQualifier(0);
+    qualifier = instance.getQualifier(0);
+    qualifier = object.getQualifier(0);
+    qualifier = method.getQualifier(method.findQualifier("Q"));
+    qualifier = parameter.getQualifier(parameter.findQualifier("Q"));
+    qualifier = property.getQualifier(property.findQualifier("Q"));
+    Array<CIMName> names;
+    for (const CIMName& name :
+         {property.getName(), property.getReferenceClassName(), property.getClassOrigin(), method.getName(),
+          method.getClassOrigin(), parameter.getName(), parameter.getReferenceClassName(), qualifier.getName()}) {
+        names.append(name);
+    }
+    CIMType type = property.getType();
+    type = method.getType();
+    type = parameter.getType();
+    type = qualifier.getType();
+    Boolean flag = type == CIMTYPE_STRING || property.isArray() || parameter.isArray() || qualifier.isArray();
+    flag = property.getPropagated() || method.getPropagated() || qualifier.getPropagated() || flag;
+    flag = property.isUninitialized() || method.isUninitialized() || parameter.isUninitialized() ||
+           qualifier.isUninitialized() || flag;
+    Uint32 count = property.getArraySize() + parameter.getArraySize() + method.getParameterCount();
+    count += property.getQualifierCount() + parameter.getQualifierCount() + method.getQualifierCount();
+    CIMValue value = property.getValue();
+    value = qualifier.getValue();
+    flag = qualifier.getFlavor().hasFlavor(CIMFlavor::TOSUBCLASS) || flag;
+    CIMProperty ownProperty = property.clone();
+    CIMMethod ownMethod = method.clone();
+    CIMParameter ownParameter = parameter.clone();
+    CIMQualifier ownQualifier = qualifier.clone();
+}
 
 // ---- Errors
 
 static_assert(!std::is_base_of_v<std::exception, Exception> && made<Exception, const String&>);
 static_assert(reads<Exception, const String&>(&Exception::getMessage));
+static_assert(made<ContentLanguageList, decltype(aConst<Exception>().getContentLanguages())>);
+static_assert(same<decltype(an<Exception>().setContentLanguages(aConst<ContentLanguageList>())), void>);
+static_assert(same<decltype(aConst<CIMException>().getErrorCount()), Uint32>);
+static_assert(made<CIMConstInstance, decltype(aConst<CIMException>().getError(Uint32()))>);
 template <class... Errors>
 constexpr bool areErrors = ((std::is_base_of_v<Exception, Errors> && std::is_copy_constructible_v<Errors>)&&...);
 static_assert(areErrors<CIMException, UninitializedObjectException, IndexOutOfBoundsException, TypeMismatchException,
                         InvalidNameException, InvalidNamespaceNameException, InvalidDateTimeFormatException>);
 static_assert(areErrors<DateTimeOutOfRangeException, MalformedObjectNameException, DynamicCastFailedException,
                         CannotConnectException, InvalidLocatorException, AlreadyConnectedException>);
+static_assert(areErrors<AlreadyExistsException, NullPointer>);
 static_assert(
     areErrors<NotConnectedException, ConnectionTimeoutException, SSLException, CIMClientMalformedHTTPException,
               CIMClientHTTPErrorException, CIMClientXmlException, CIMClientResponseException>);
@@ -285,13 +382,16 @@ static_assert(same<SSLCertificateVerifyFunction, Boolean(SSLCertificateInfo&)>);
 static_assert(made<SSLContext, const String&, SSLCertificateVerifyFunction*> &&
               std::is_copy_constructible_v<SSLContext>);
 static_assert(made<SSLContext, const String&, SSLCertificateVerifyFunction*, const String&>);
-static_assert(
-    made<SSLContext, const String&, const String&, const String&, SSLCertificateVerifyFunction*, const String&>);
 static_assert(reads<SSLCertificateInfo, const String&>(&SSLCertificateInfo::getSubjectName));
 static_assert(reads<SSLCertificateInfo, const String&>(&SSLCertificateInfo::getIssuerName));
 static_assert(reads<SSLCertificateInfo, Uint32>(&SSLCertificateInfo::getErrorDepth));
 static_assert(reads<SSLCertificateInfo, Sint32>(&SSLCertificateInfo::getErrorCode));
 static_assert(reads<SSLCertificateInfo, const String&>(&SSLCertificateInfo::getErrorString));
+static_assert(reads<SSLCertificateInfo, CIMDateTime>(&SSLCertificateInfo::getNotBefore));
+static_assert(reads<SSLCertificateInfo, CIMDateTime>(&SSLCertificateInfo::getNotAfter));
+static_assert(reads<SSLCertificateInfo, long>(&SSLCertificateInfo::getSerialNumber));
+static_assert(converts<Uint32, decltype(aConst<SSLCertificateInfo>().getVersionNumber())>);
+static_assert(reads<SSLCertificateInfo, String>(&SSLCertificateInfo::toString));
 
 static_assert(std::is_default_constructible_v<CIMClient> && !std::is_copy_constructible_v<CIMClient> &&
               !std::is_copy_assignable_v<CIMClient>);
@@ -323,6 +423,23 @@ static_assert(asks<Array<CIMObject>, Path, Name, Text, Boolean, Boolean, List>(&
 static_assert(asks<Array<CIMObjectPath>, Path, Name, Text>(&CIMClient::referenceNames));
 static_assert(asks<CIMQualifierDecl, Name>(&CIMClient::getQualifier));
 static_assert(asks<Array<CIMQualifierDecl>>(&CIMClient::enumerateQualifiers));
+static_assert(asks<CIMValue, Path, Name>(&CIMClient::getProperty));
+static_assert(asks<Array<CIMObject>, Text, Text>(&CIMClient::execQuery));
+
+static_assert(made<AcceptLanguageList, decltype(aConst<CIMClient>().getRequestAcceptLanguages())>);
+static_assert(changes<CIMClient, void, const AcceptLanguageList&>(&CIMClient::setRequestAcceptLanguages));
+static_assert(
+    changes<CIMClient, void, ClientOpPerformanceDataHandler&>(&CIMClient::registerClientOpPerformanceDataHandler));
+static_assert(changes<CIMClient, void>(&CIMClient::deregisterClientOpPerformanceDataHandler));
+using Performance = ClientOpPerformanceData;
+static_assert(same<decltype(Performance::operationType), CIMOperationType>);
+static_assert(same<decltype(Performance::serverTimeKnown), Boolean>);
+static_assert(same<decltype(Performance::serverTime), Uint64> && same<decltype(Performance::roundTripTime), Uint64>);
+static_assert(same<decltype(Performance::requestSize), Uint64> && same<decltype(Performance::responseSize), Uint64>);
+static_assert(std::is_abstract_v<ClientOpPerformanceDataHandler> &&
+              std::has_virtual_destructor_v<ClientOpPerformanceDataHandler>);
+static_assert(changes<ClientOpPerformanceDataHandler, void, const Performance&>(
+    &ClientOpPerformanceDataHandler::handleClientOpPerformanceData));
 
 /// Every operation with each number of arguments that callers may leave out, and texts as literals. Compiled, not run;
 /// the values of the defaults are seen in what is sent.
@@ -375,9 +492,44 @@ static_assert(asks<Array<CIMQualifierDecl>>(&CIMClient::enumerateQualifiers));
 
 // ---- Pulled enumerations
 
-static_assert(isValue<Uint32Arg> && converts<Uint32Arg, Uint32> && isCompared<Uint32Arg>);
-static_assert(isValue<Uint64Arg> && converts<Uint64Arg, Uint64> && isCompared<Uint64Arg>);
+template <class Argument, class Number>
+constexpr bool isArgument = isValue<Argument>&& made<Argument, Number>&&
+    same<decltype(aConst<Argument>().getValue()), Number>&& same<decltype(aConst<Argument>().isNull()), Boolean>&&
+        same<decltype(an<Argument>().setValue(Number())), void>&& same<decltype(an<Argument>().setNullValue()), void>&&
+            same<decltype(aConst<Argument>().equal(aConst<Argument>())), Boolean>&&
+                same<decltype(aConst<Argument>().toString()), String>;
+static_assert(isArgument<Uint32Arg, Uint32> && isArgument<Uint64Arg, Uint64>);
 static_assert(isValue<CIMEnumerationContext> && changes<CIMEnumerationContext, void>(&CIMEnumerationContext::clear));
+
+using Context = CIMEnumerationContext&;
+using Seconds = const Uint32Arg&;
+template <class Result, class... Arguments>
+constexpr bool opens(Result (CIMClient::*)(Context, Boolean&, NameSpace, Arguments...)) {
+    return true;
+}
+template <class Result>
+constexpr bool pulls(Result (CIMClient::*)(Context, Boolean&, Uint32)) {
+    return true;
+}
+using Instances = Array<CIMInstance>;
+using Paths = Array<CIMObjectPath>;
+static_assert(opens<Instances, Name, Boolean, Boolean, List, Text, Text, Seconds, Boolean, Uint32>(
+    &CIMClient::openEnumerateInstances));
+static_assert(opens<Paths, Name, Text, Text, Seconds, Boolean, Uint32>(&CIMClient::openEnumerateInstancePaths));
+static_assert(opens<Instances, Path, Name, Text, Boolean, List, Text, Text, Seconds, Boolean, Uint32>(
+    &CIMClient::openReferenceInstances));
+static_assert(
+    opens<Paths, Path, Name, Text, Text, Text, Seconds, Boolean, Uint32>(&CIMClient::openReferenceInstancePaths));
+static_assert(opens<Instances, Path, Name, Name, Text, Text, Boolean, List, Text, Text, Seconds, Boolean, Uint32>(
+    &CIMClient::openAssociatorInstances));
+static_assert(opens<Paths, Path, Name, Name, Text, Text, Text, Text, Seconds, Boolean, Uint32>(
+    &CIMClient::openAssociatorInstancePaths));
+static_assert(
+    opens<Instances, Text, Text, CIMClass&, Boolean, Seconds, Boolean, Uint32>(&CIMClient::openQueryInstances));
+static_assert(pulls<Instances>(&CIMClient::pullInstancesWithPath) && pulls<Paths>(&CIMClient::pullInstancePaths));
+static_assert(pulls<Instances>(&CIMClient::pullInstances));
+static_assert(changes<CIMClient, void, Context>(&CIMClient::closeEnumeration));
+static_assert(changes<CIMClient, Uint64Arg, Context>(&CIMClient::enumerationCount));
 
 [[maybe_unused]] void callPulledEnumerations(CIMClient& client) {
     CIMEnumerationContext context;
@@ -419,7 +571,7 @@ TEST(ApiSignatures, ANumberForAParameterMayBeNull) {
     EXPECT_FALSE(number.isNull());
     EXPECT_EQ(number.toString(), String("0"));
     EXPECT_FALSE(number.equal(Uint32Arg()));
-    EXPECT_TRUE(number == Uint32Arg(0));
+    EXPECT_TRUE(number.equal(Uint32Arg(0)));
     number.setNullValue();
     EXPECT_TRUE(number.equal(Uint32Arg()));
     EXPECT_EQ(Uint64Arg(18446744073709551615ULL).toString(), String("18446744073709551615"));

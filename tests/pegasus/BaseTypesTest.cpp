@@ -56,6 +56,16 @@ TEST(StringTest, PartsAreCountedInUtf16Units) {
     EXPECT_EQ(String::compareNoCase(rest, String("AZ")), 0);
 }
 
+TEST(StringTest, ItTakesWhatIsAssigned) {
+    String text("a");
+    const String other("bc");
+    EXPECT_EQ(&text.assign(other), &text);
+    text.reserveCapacity(100);
+    EXPECT_EQ(text, String("bc"));
+    text.append("d");
+    EXPECT_EQ(other, String("bc"));
+}
+
 TEST(StringTest, SizeCountsUtf16Units) {
     EXPECT_EQ(String().size(), 0U);
     EXPECT_EQ(String("abc").size(), 3U);
@@ -185,6 +195,20 @@ TEST(CIMFlavorTest, TheTextHasTheWordsOfTheSetBitsInTheirOrder) {
     EXPECT_EQ(flavorText(CIMFlavor::RESTRICTED + CIMFlavor::TRANSLATABLE + CIMFlavor::TOINSTANCE +
                          CIMFlavor::DISABLEOVERRIDE + CIMFlavor::TOSUBCLASS + CIMFlavor::OVERRIDABLE),
               "OVERRIDABLE TOSUBCLASS TOINSTANCE TRANSLATABLE DISABLEOVERRIDE RESTRICTED");
+}
+
+TEST(CIMFlavorTest, EveryFlavorHasItsBit) {
+    const CIMFlavor flavors[] = {CIMFlavor::OVERRIDABLE,  CIMFlavor::TOSUBCLASS,      CIMFlavor::TOINSTANCE,
+                                 CIMFlavor::TRANSLATABLE, CIMFlavor::DISABLEOVERRIDE, CIMFlavor::RESTRICTED};
+    for (Uint32 bit = 0; bit < 6; ++bit) {
+        EXPECT_EQ(flavors[bit], CIMFlavor(Uint32(1) << bit));
+    }
+    EXPECT_EQ(CIMFlavor::NONE, CIMFlavor(0));
+    EXPECT_EQ(CIMFlavor::NONE, CIMFlavor());
+    EXPECT_EQ(CIMFlavor::DEFAULTS, CIMFlavor(3));
+    EXPECT_EQ(CIMFlavor::ENABLEOVERRIDE, CIMFlavor::OVERRIDABLE);
+    EXPECT_NE(CIMFlavor::TOSUBCLASS, CIMFlavor::TOINSTANCE);
+    EXPECT_NE(CIMScope::CLASS, CIMScope::METHOD);
 }
 
 TEST(CIMFlavorTest, BitsAreAddedRemovedAndAskedFor) {
@@ -317,6 +341,18 @@ TEST(CIMPropertyListTest, TheNullListIsNotTheEmptyOne) {
     EXPECT_THROW(list[1], IndexOutOfBoundsException);
 }
 
+TEST(CIMPropertyListTest, ItGivesItsNames) {
+    CIMPropertyList list;
+    EXPECT_EQ(list.getPropertyNameArray().size(), 0U);
+    list.append("B");
+    list.append("A");
+    ASSERT_EQ(list.getPropertyNameArray().size(), 2U);
+    EXPECT_EQ(list.getPropertyNameArray()[0], CIMName("B"));
+    list.set(Array<CIMName>());
+    EXPECT_EQ(list.toString(), String("EMPTY"));
+    EXPECT_FALSE(list.contains("A"));
+}
+
 TEST(CIMExceptionTest, TheMessageBeginsWithTheCodesNameOnce) {
     const auto message = [](int code, const char* text) {
         return std::string(CIMException(static_cast<CIMStatusCode>(code), text).getMessage().view());
@@ -339,6 +375,14 @@ TEST(CIMClientHTTPErrorExceptionTest, ItTellsStatusAndDetail) {
     EXPECT_EQ(error.getCIMError(), String("request-not-valid"));
     EXPECT_EQ(error.getCIMErrorDetail(), String("no <?xml"));
     EXPECT_EQ(error.getMessage(), String("HTTP error 400 Bad Request, CIMError: request-not-valid, no <?xml"));
+}
+
+TEST(SSLContextTest, ItHasTheClientsOwnCertificate) {
+    const SSLContext context("/trust", "/certificate", "/key", nullptr, "/random");
+    EXPECT_EQ(context.getTrustStore(), String("/trust"));
+    EXPECT_EQ(context.getCertPath(), String("/certificate"));
+    EXPECT_EQ(context.getKeyPath(), String("/key"));
+    EXPECT_EQ(context.getRandomFile(), String("/random"));
 }
 
 TEST(SSLContextTest, ItVerifiesThePeerWhenItCan) {

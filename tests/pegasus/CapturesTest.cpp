@@ -154,9 +154,9 @@ TEST_F(CapturesTest, NullsKeepTheirType) {
     const CIMInstance& bare = instances[1];
     EXPECT_EQ(bare.getPropertyCount(), instances[0].getPropertyCount());
     for (Uint32 i = 0; i < bare.getPropertyCount(); ++i) {
-        const CIMProperty property = bare.getProperty(i);
+        const CIMConstProperty property = bare.getProperty(i);
         SCOPED_TRACE(std::string(property.getName().getString().view()));
-        const CIMProperty sibling = instances[0].getProperty(instances[0].findProperty(property.getName()));
+        const CIMConstProperty sibling = instances[0].getProperty(instances[0].findProperty(property.getName()));
         EXPECT_EQ(property.getType(), sibling.getType());
         EXPECT_EQ(property.isArray(), sibling.isArray());
         const bool set = property.getName() == "Id" || property.getName() == "Missing";
@@ -218,20 +218,20 @@ TEST_F(CapturesTest, AClassHasItsSuperclassPropertiesQualifiersAndMethods) {
     EXPECT_FALSE(sub.isAssociation());
     EXPECT_EQ(sub.getPropertyCount(), 35U);
 
-    const CIMProperty id = sub.getProperty(sub.findProperty("Id"));
+    const CIMConstProperty id = sub.getProperty(sub.findProperty("Id"));
     EXPECT_EQ(id.getClassOrigin(), CIMName("ACME_AllTypes"));
     EXPECT_TRUE(id.getPropagated());
-    const CIMQualifier key = id.getQualifier(id.findQualifier("KEY"));
+    const CIMConstQualifier key = id.getQualifier(id.findQualifier("KEY"));
     EXPECT_EQ(key.getValue(), CIMValue(true));
     EXPECT_EQ(key.getFlavor().toString(), String("TOSUBCLASS DISABLEOVERRIDE"));
-    const CIMProperty health = sub.getProperty(sub.findProperty("Health"));
-    const CIMQualifier values = health.getQualifier(health.findQualifier("Values"));
+    const CIMConstProperty health = sub.getProperty(sub.findProperty("Health"));
+    const CIMConstQualifier values = health.getQualifier(health.findQualifier("Values"));
     EXPECT_TRUE(values.isArray());
     EXPECT_EQ(values.getValue().getArraySize(), 7U);
     EXPECT_EQ(values.getFlavor().toString(), String("OVERRIDABLE TOSUBCLASS TRANSLATABLE"));
 
     ASSERT_EQ(sub.getMethodCount(), 1U);
-    const CIMMethod method = sub.getMethod(0);
+    const CIMConstMethod method = sub.getMethod(0);
     EXPECT_EQ(method.getType(), CIMTYPE_UINT32);
     ASSERT_EQ(method.getParameterCount(), 3U);
     EXPECT_EQ(method.getParameter(0).getType(), CIMTYPE_STRING);

@@ -107,23 +107,24 @@ template <class Element>
 json qualifiersAsJson(const Element& element) {
     return byName(
         element.getQualifierCount(), [&](Uint32 i) { return element.getQualifier(i); },
-        [](const CIMQualifier& qualifier) { return asJson(qualifier.getValue()); });
+        [](const CIMConstQualifier& qualifier) { return asJson(qualifier.getValue()); });
 }
 
-json declarationAsJson(const CIMProperty& property) {
+json declarationAsJson(const CIMConstProperty& property) {
     json result{{"value", asJson(property.getValue())}};
     addUnlessEmpty(result, "class", asJson(property.getReferenceClassName()));
     addUnlessEmpty(result, "qualifiers", qualifiersAsJson(property));
     return result;
 }
 
-json declarationAsJson(const CIMMethod& method) {
+json declarationAsJson(const CIMConstMethod& method) {
     json result{{"type", cimTypeToString(method.getType())}};
-    addUnlessEmpty(
-        result, "parameters",
-        byName(
-            method.getParameterCount(), [&](Uint32 i) { return method.getParameter(i); },
-            [](const CIMParameter& parameter) { return json(typeText(parameter.getType(), parameter.isArray())); }));
+    addUnlessEmpty(result, "parameters",
+                   byName(
+                       method.getParameterCount(), [&](Uint32 i) { return method.getParameter(i); },
+                       [](const CIMConstParameter& parameter) {
+                           return json(typeText(parameter.getType(), parameter.isArray()));
+                       }));
     addUnlessEmpty(result, "qualifiers", qualifiersAsJson(method));
     return result;
 }
@@ -144,7 +145,7 @@ json asJson(const CIMInstance& instance) {
     return {{"path", asJson(instance.getPath())},
             {"properties", byName(
                                instance.getPropertyCount(), [&](Uint32 i) { return instance.getProperty(i); },
-                               [](const CIMProperty& property) { return asJson(property.getValue()); })}};
+                               [](const CIMConstProperty& property) { return asJson(property.getValue()); })}};
 }
 
 json asJson(const CIMClass& cimClass) {
@@ -154,11 +155,11 @@ json asJson(const CIMClass& cimClass) {
     addUnlessEmpty(result, "properties",
                    byName(
                        cimClass.getPropertyCount(), [&](Uint32 i) { return cimClass.getProperty(i); },
-                       [](const CIMProperty& property) { return declarationAsJson(property); }));
+                       [](const CIMConstProperty& property) { return declarationAsJson(property); }));
     addUnlessEmpty(result, "methods",
                    byName(
                        cimClass.getMethodCount(), [&](Uint32 i) { return cimClass.getMethod(i); },
-                       [](const CIMMethod& method) { return declarationAsJson(method); }));
+                       [](const CIMConstMethod& method) { return declarationAsJson(method); }));
     return result;
 }
 

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <type_traits>
 
 namespace {
 
@@ -19,6 +20,24 @@ Array<T> arrayOf(std::initializer_list<T> items) {
 }
 
 std::string text(const String& string) { return std::string(string.view()); }
+
+// A text that loses its String would turn into a boolean.
+static_assert(!std::is_constructible_v<CIMValue, const char*> && !std::is_constructible_v<CIMValue, const char (&)[2]>);
+static_assert(sizeof(CIMValue) <= 24, "instances are mostly values");
+
+template <class... Handles>
+constexpr bool areThin = ((sizeof(Handles) == sizeof(void*) && std::is_nothrow_default_constructible_v<Handles> &&
+                           std::is_nothrow_copy_constructible_v<Handles>)&&...);
+static_assert(areThin<CIMQualifier, CIMQualifierDecl, CIMProperty, CIMParameter, CIMMethod, CIMClass, CIMInstance>);
+static_assert(areThin<CIMObject, CIMConstQualifier, CIMConstProperty, CIMConstParameter, CIMConstMethod>);
+static_assert(areThin<CIMConstClass, CIMConstInstance, CIMConstObject>);
+
+template <class Const, class Plain>
+constexpr bool isOneWay = std::is_convertible_v<Plain, Const> && !std::is_constructible_v<Plain, Const>;
+static_assert(isOneWay<CIMConstQualifier, CIMQualifier> && isOneWay<CIMConstProperty, CIMProperty>);
+static_assert(isOneWay<CIMConstParameter, CIMParameter> && isOneWay<CIMConstMethod, CIMMethod>);
+static_assert(isOneWay<CIMConstClass, CIMClass> && isOneWay<CIMConstInstance, CIMInstance>);
+static_assert(isOneWay<CIMConstObject, CIMObject>);
 
 // ---- CIMValue ----
 
@@ -128,6 +147,30 @@ void expectNullElement(const T& scalar) {
     Array<T> items;
     value.get(items);
     EXPECT_EQ(CIMValue(items), full) << "a null element is read as T()";
+}
+
+TEST(CIMValueTest, AnAssignedOneHasTypeAndContentOfTheOther) {
+    CIMValue value(Uint8(1));
+    const CIMValue texts(arrayOf<String>({"a", "b"}));
+    value.assign(texts);
+    EXPECT_EQ(value, texts);
+    value.set(Uint8(2));
+    EXPECT_EQ(texts.getArraySize(), 2U) << "the other is another";
+}
+
+TEST(CIMValueTest, AClearedOneIsTheNullBoolean) {
+    CIMValue value(arrayOf<String>({"a", "b"}));
+    value.clear();
+    EXPECT_TRUE(value.isNull());
+    EXPECT_EQ(value.getType(), CIMTYPE_BOOLEAN);
+    EXPECT_FALSE(value.isArray());
+}
+
+TEST(CIMValueTest, TypesAreCompatibleWhenTypeAndArrayNessAre) {
+    EXPECT_TRUE(CIMValue(Uint8(1)).typeCompatible(CIMValue(Uint8(2))));
+    EXPECT_TRUE(CIMValue(Uint8(1)).typeCompatible(CIMValue(CIMTYPE_UINT8, false)));
+    EXPECT_FALSE(CIMValue(Uint8(1)).typeCompatible(CIMValue(Sint8(1))));
+    EXPECT_FALSE(CIMValue(Uint8(1)).typeCompatible(CIMValue(CIMTYPE_UINT8, true)));
 }
 
 TEST(CIMValueTest, AnElementOfAnArrayCanBeNull) {
@@ -261,6 +304,65 @@ TEST(CIMObjectPathTest, IdenticalPathsAgreeInMeaning) {
     EXPECT_NE(CIMObjectPath("A.K=-1"), CIMObjectPath("A.K=1"));
 }
 
+/// A path with all parts.
+CIMObjectPath wholePath() { return CIMObjectPath("//host:5988/root/cimv2:A.B=\"b\",C=3"); }
+
+TEST(CIMObjectPathTest, EachPartIsSetAndTheOthersStay) {
+    CIMObjectPath path = wholePath();
+    const CIMObjectPath copy(path);
+    path.setHost("other");
+    EXPECT_EQ(text(path.toString()), "//other/root/cimv2:A.B=\"b\",C=3");
+    path.setNameSpace("interop");
+    EXPECT_EQ(text(path.toString()), "//other/interop:A.B=\"b\",C=3");
+    path.setClassName("Z");
+    EXPECT_EQ(text(path.toString()), "//other/interop:Z.B=\"b\",C=3");
+    path.setKeyBindings(arrayOf<CIMKeyBinding>(
+        {CIMKeyBinding("Y", "1", CIMKeyBinding::NUMERIC), CIMKeyBinding("x", "TRUE", CIMKeyBinding::BOOLEAN)}));
+    EXPECT_EQ(text(path.toString()), "//other/interop:Z.x=TRUE,Y=1") << "sorted";
+    EXPECT_EQ(copy, wholePath()) << "a path is a value";
+}
+
+TEST(CIMObjectPathTest, OneWithoutPartsTakesThem) {
+    CIMObjectPath path;
+    path.setClassName("A");
+    EXPECT_EQ(path, CIMObjectPath("A"));
+    path.setHost("host");
+    path.setNameSpace("root");
+    EXPECT_EQ(text(path.toString()), "//host/root:A");
+}
+
+TEST(CIMObjectPathTest, ItIsSetAsAWholeAndCleared) {
+    CIMObjectPath path;
+    path.set(wholePath().toString());
+    EXPECT_EQ(path, wholePath());
+    path.set("host", "root", "A");
+    EXPECT_EQ(text(path.toString()), "//host/root:A");
+    path.set("", "root", "A", arrayOf<CIMKeyBinding>({CIMKeyBinding("K", "1", CIMKeyBinding::NUMERIC)}));
+    EXPECT_EQ(text(path.toString()), "root:A.K=1");
+    EXPECT_THROW(path.set("A.K"), MalformedObjectNameException);
+    EXPECT_EQ(text(path.toString()), "root:A.K=1");
+    path.clear();
+    EXPECT_EQ(path, CIMObjectPath());
+}
+
+TEST(CIMObjectPathTest, EqualPathsHaveEqualHashCodes) {
+    for (const auto& [a, b] : {std::pair("//HOST/Root:A.B=\"b\",C=3", "//host/root:a.c=3,b=\"b\""),
+                               std::pair("A.K=16", "A.K=0x10"), std::pair("A.K=TRUE", "a.k=true"),
+                               std::pair("A.R=\"root:B.K=1\"", "A.R=\"root:b.k=1\""), std::pair("A", "a")}) {
+        ASSERT_EQ(CIMObjectPath(a), CIMObjectPath(b));
+        EXPECT_EQ(CIMObjectPath(a).makeHashCode(), CIMObjectPath(b).makeHashCode()) << a;
+    }
+    EXPECT_EQ(CIMObjectPath().makeHashCode(), CIMObjectPath().makeHashCode());
+}
+
+TEST(CIMObjectPathTest, EveryPartCountsForTheHashCode) {
+    const char* const others[] = {"//other/root:A.K=\"a\"", "//host/other:A.K=\"a\"", "//host/root:B.K=\"a\"",
+                                  "//host/root:A.L=\"a\"",  "//host/root:A.K=\"b\"",  "//host/root:A"};
+    for (const char* const other : others) {
+        EXPECT_NE(CIMObjectPath("//host/root:A.K=\"a\"").makeHashCode(), CIMObjectPath(other).makeHashCode()) << other;
+    }
+}
+
 TEST(CIMObjectPathTest, ANamespaceMayHaveASlashBeforeIt) {
     EXPECT_EQ(CIMObjectPath("/root/cimv2:A.K=1").toString(), String("root/cimv2:A.K=1"));
 }
@@ -392,6 +494,21 @@ TEST(CIMConstTest, WhatIsOnlyLookedAtIsMadeFromTheObject) {
     const CIMConstQualifier qualifier = property.getQualifier(0);
     EXPECT_EQ(qualifier.getValue(), CIMValue(true));
     EXPECT_TRUE(CIMConstProperty().isUninitialized());
+}
+
+TEST(CIMConstTest, AnObjectThatIsOnlyLookedAtHasThePartsOfTheObject) {
+    CIMClass cimClass("A");
+    cimClass.addQualifier(CIMQualifier("Q", CIMValue(true)));
+    cimClass.addProperty(CIMProperty("P", CIMValue(Uint8(1))));
+    const CIMObject object(cimClass);
+    const CIMConstObject seen(object);
+    EXPECT_EQ(object.getQualifier(0).getName(), CIMName("Q"));
+    EXPECT_EQ(seen.getQualifier(0).getName(), CIMName("Q"));
+    EXPECT_EQ(object.getProperty(0).getValue(), CIMValue(Uint8(1)));
+    EXPECT_EQ(seen.getProperty(0).getValue(), CIMValue(Uint8(1)));
+    EXPECT_THROW(seen.getProperty(1), IndexOutOfBoundsException);
+    CIMObject(object).getProperty(0).setValue(CIMValue(Uint8(2)));
+    EXPECT_EQ(seen.getProperty(0).getValue(), CIMValue(Uint8(2)));
 }
 
 TEST(CIMMethodTest, ParametersAndQualifiersAreFound) {

@@ -490,7 +490,7 @@ TEST(DecodeClassTest, MethodsTakeParametersOfEveryForm) {
         "<PARAMETER.ARRAY NAME=\"B\" TYPE=\"string\" ARRAYSIZE=\"4\" EmbeddedObject=\"object\"/>"
         "<PARAMETER.REFERENCE NAME=\"C\" REFERENCECLASS=\"D\"/>"
         "<PARAMETER.REFARRAY NAME=\"D\" REFERENCECLASS=\"D\"/></METHOD>");
-    const CIMMethod method = cimClass.getMethod(cimClass.findMethod("m"));
+    const CIMConstMethod method = cimClass.getMethod(cimClass.findMethod("m"));
     EXPECT_EQ(method.getType(), CIMTYPE_INSTANCE);
     EXPECT_EQ(method.getClassOrigin(), CIMName("B"));
     EXPECT_TRUE(method.getPropagated());

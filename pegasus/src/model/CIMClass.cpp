@@ -50,7 +50,8 @@ CIMClass& CIMClass::addQualifier(const CIMQualifier& qualifier) {
     return *this;
 }
 Uint32 CIMClass::getQualifierCount() const { return rep_->qualifiers.size(); }
-CIMQualifier CIMClass::getQualifier(Uint32 index) const { return rep_->qualifiers[index]; }
+CIMQualifier CIMClass::getQualifier(Uint32 index) { return rep_->qualifiers[index]; }
+CIMConstQualifier CIMClass::getQualifier(Uint32 index) const { return rep_->qualifiers[index]; }
 Uint32 CIMClass::findQualifier(const CIMName& name) const { return rep_->qualifiers.find(name); }
 
 CIMClass& CIMClass::addProperty(const CIMProperty& property) {
@@ -58,7 +59,8 @@ CIMClass& CIMClass::addProperty(const CIMProperty& property) {
     return *this;
 }
 Uint32 CIMClass::getPropertyCount() const { return rep_->properties.size(); }
-CIMProperty CIMClass::getProperty(Uint32 index) const { return rep_->properties[index]; }
+CIMProperty CIMClass::getProperty(Uint32 index) { return rep_->properties[index]; }
+CIMConstProperty CIMClass::getProperty(Uint32 index) const { return rep_->properties[index]; }
 Uint32 CIMClass::findProperty(const CIMName& name) const { return rep_->properties.find(name); }
 
 CIMClass& CIMClass::addMethod(const CIMMethod& method) {
@@ -66,7 +68,8 @@ CIMClass& CIMClass::addMethod(const CIMMethod& method) {
     return *this;
 }
 Uint32 CIMClass::getMethodCount() const { return rep_->methods.size(); }
-CIMMethod CIMClass::getMethod(Uint32 index) const { return rep_->methods[index]; }
+CIMMethod CIMClass::getMethod(Uint32 index) { return rep_->methods[index]; }
+CIMConstMethod CIMClass::getMethod(Uint32 index) const { return rep_->methods[index]; }
 Uint32 CIMClass::findMethod(const CIMName& name) const { return rep_->methods.find(name); }
 
 Boolean CIMClass::identical(const CIMClass& other) const {

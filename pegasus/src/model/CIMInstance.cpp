@@ -89,7 +89,8 @@ CIMInstance& CIMInstance::addQualifier(const CIMQualifier& qualifier) {
     return *this;
 }
 Uint32 CIMInstance::getQualifierCount() const { return rep_->allQualifiers().size(); }
-CIMQualifier CIMInstance::getQualifier(Uint32 index) const { return rep_->allQualifiers()[index]; }
+CIMQualifier CIMInstance::getQualifier(Uint32 index) { return rep_->allQualifiers()[index]; }
+CIMConstQualifier CIMInstance::getQualifier(Uint32 index) const { return rep_->allQualifiers()[index]; }
 Uint32 CIMInstance::findQualifier(const CIMName& name) const { return rep_->allQualifiers().find(name); }
 
 CIMInstance& CIMInstance::addProperty(const CIMProperty& property) {
@@ -97,7 +98,8 @@ CIMInstance& CIMInstance::addProperty(const CIMProperty& property) {
     return *this;
 }
 Uint32 CIMInstance::getPropertyCount() const { return rep_->properties.size(); }
-CIMProperty CIMInstance::getProperty(Uint32 index) const { return rep_->properties[index]; }
+CIMProperty CIMInstance::getProperty(Uint32 index) { return rep_->properties[index]; }
+CIMConstProperty CIMInstance::getProperty(Uint32 index) const { return rep_->properties[index]; }
 Uint32 CIMInstance::findProperty(const CIMName& name) const { return rep_->properties.find(name); }
 
 Boolean CIMInstance::identical(const CIMInstance& other) const {

@@ -30,7 +30,8 @@ CIMMethod& CIMMethod::addParameter(const CIMParameter& parameter) {
     return *this;
 }
 Uint32 CIMMethod::getParameterCount() const { return rep_->parameters.size(); }
-CIMParameter CIMMethod::getParameter(Uint32 index) const { return rep_->parameters[index]; }
+CIMParameter CIMMethod::getParameter(Uint32 index) { return rep_->parameters[index]; }
+CIMConstParameter CIMMethod::getParameter(Uint32 index) const { return rep_->parameters[index]; }
 Uint32 CIMMethod::findParameter(const CIMName& name) const { return rep_->parameters.find(name); }
 
 CIMMethod& CIMMethod::addQualifier(const CIMQualifier& qualifier) {
@@ -38,7 +39,8 @@ CIMMethod& CIMMethod::addQualifier(const CIMQualifier& qualifier) {
     return *this;
 }
 Uint32 CIMMethod::getQualifierCount() const { return rep_->qualifiers.size(); }
-CIMQualifier CIMMethod::getQualifier(Uint32 index) const { return rep_->qualifiers[index]; }
+CIMQualifier CIMMethod::getQualifier(Uint32 index) { return rep_->qualifiers[index]; }
+CIMConstQualifier CIMMethod::getQualifier(Uint32 index) const { return rep_->qualifiers[index]; }
 Uint32 CIMMethod::findQualifier(const CIMName& name) const { return rep_->qualifiers.find(name); }
 
 Boolean CIMMethod::identical(const CIMMethod& other) const {

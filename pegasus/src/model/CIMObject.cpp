@@ -7,6 +7,7 @@
 #include "model/Unchecked.h"
 
 #include <string>
+#include <utility>
 #include <variant>
 
 namespace Pegasus {
@@ -39,8 +40,11 @@ void CIMObject::setPath(const CIMObjectPath& path) {
 Uint32 CIMObject::getPropertyCount() const {
     return std::visit([](const auto& object) { return object.getPropertyCount(); }, rep_->content);
 }
-CIMProperty CIMObject::getProperty(Uint32 index) const {
-    return std::visit([&](const auto& object) { return object.getProperty(index); }, rep_->content);
+CIMProperty CIMObject::getProperty(Uint32 index) {
+    return std::visit([&](auto& object) { return object.getProperty(index); }, rep_->content);
+}
+CIMConstProperty CIMObject::getProperty(Uint32 index) const {
+    return std::visit([&](const auto& object) { return object.getProperty(index); }, std::as_const(rep_->content));
 }
 Uint32 CIMObject::findProperty(const CIMName& name) const {
     return std::visit([&](const auto& object) { return object.findProperty(name); }, rep_->content);
@@ -48,8 +52,11 @@ Uint32 CIMObject::findProperty(const CIMName& name) const {
 Uint32 CIMObject::getQualifierCount() const {
     return std::visit([](const auto& object) { return object.getQualifierCount(); }, rep_->content);
 }
-CIMQualifier CIMObject::getQualifier(Uint32 index) const {
-    return std::visit([&](const auto& object) { return object.getQualifier(index); }, rep_->content);
+CIMQualifier CIMObject::getQualifier(Uint32 index) {
+    return std::visit([&](auto& object) { return object.getQualifier(index); }, rep_->content);
+}
+CIMConstQualifier CIMObject::getQualifier(Uint32 index) const {
+    return std::visit([&](const auto& object) { return object.getQualifier(index); }, std::as_const(rep_->content));
 }
 Uint32 CIMObject::findQualifier(const CIMName& name) const {
     return std::visit([&](const auto& object) { return object.findQualifier(name); }, rep_->content);
@@ -64,6 +71,9 @@ String CIMObject::toString() const {
 CIMObject CIMObject::clone() const {
     return std::visit([](const auto& object) { return CIMObject(object.clone()); }, rep_->content);
 }
+
+CIMConstProperty CIMConstObject::getProperty(Uint32 index) const { return CIMObject::getProperty(index); }
+CIMConstQualifier CIMConstObject::getQualifier(Uint32 index) const { return CIMObject::getQualifier(index); }
 
 void detail::Unchecked::setPath(CIMObject& object, const CIMObjectPath& path) {
     std::visit([&](auto& content) { setPath(content, path); }, object.rep_->content);

@@ -40,7 +40,8 @@ CIMParameter& CIMParameter::addQualifier(const CIMQualifier& qualifier) {
     return *this;
 }
 Uint32 CIMParameter::getQualifierCount() const { return rep_->qualifiers.size(); }
-CIMQualifier CIMParameter::getQualifier(Uint32 index) const { return rep_->qualifiers[index]; }
+CIMQualifier CIMParameter::getQualifier(Uint32 index) { return rep_->qualifiers[index]; }
+CIMConstQualifier CIMParameter::getQualifier(Uint32 index) const { return rep_->qualifiers[index]; }
 Uint32 CIMParameter::findQualifier(const CIMName& name) const { return rep_->qualifiers.find(name); }
 
 Boolean CIMParameter::identical(const CIMParameter& other) const {

@@ -86,7 +86,8 @@ CIMProperty& CIMProperty::addQualifier(const CIMQualifier& qualifier) {
     return *this;
 }
 Uint32 CIMProperty::getQualifierCount() const { return rep_->declaration().qualifiers.size(); }
-CIMQualifier CIMProperty::getQualifier(Uint32 index) const { return rep_->declaration().qualifiers[index]; }
+CIMQualifier CIMProperty::getQualifier(Uint32 index) { return rep_->declaration().qualifiers[index]; }
+CIMConstQualifier CIMProperty::getQualifier(Uint32 index) const { return rep_->declaration().qualifiers[index]; }
 Uint32 CIMProperty::findQualifier(const CIMName& name) const { return rep_->declaration().qualifiers.find(name); }
 
 Boolean CIMProperty::identical(const CIMProperty& other) const {

@@ -76,7 +76,7 @@ void appendValue(std::string& out, const CIMValue& value) {
     });
 }
 
-void appendQualifier(std::string& out, const CIMQualifier& qualifier) {
+void appendQualifier(std::string& out, const CIMConstQualifier& qualifier) {
     const CIMFlavor& flavor = qualifier.getFlavor();
     out += "<QUALIFIER";
     appendName(out, "NAME", qualifier.getName());
@@ -119,7 +119,7 @@ std::string appendStart(std::string& out, const char* element, const Declaration
 
 void appendEnd(std::string& out, const std::string& element) { out.append("</").append(element).append(">"); }
 
-void appendProperty(std::string& out, const CIMProperty& property) {
+void appendProperty(std::string& out, const CIMConstProperty& property) {
     const std::string form = appendStart(out, "PROPERTY", property);
     appendName(out, "CLASSORIGIN", property.getClassOrigin());
     appendFlag(out, "PROPAGATED", property.getPropagated(), false);
@@ -135,14 +135,14 @@ void appendProperties(std::string& out, const Owner& owner) {
         appendProperty(out, owner.getProperty(i));
 }
 
-void appendParameter(std::string& out, const CIMParameter& parameter) {
+void appendParameter(std::string& out, const CIMConstParameter& parameter) {
     const std::string form = appendStart(out, "PARAMETER", parameter);
     out += '>';
     appendQualifiers(out, parameter);
     appendEnd(out, form);
 }
 
-void appendMethod(std::string& out, const CIMMethod& method) {
+void appendMethod(std::string& out, const CIMConstMethod& method) {
     out += "<METHOD";
     appendName(out, "NAME", method.getName());
     appendType(out, method.getType());

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdio>
 #include <ctime>
+#include <memory>
 #include <new>
 #include <openssl/asn1.h>
 #include <openssl/objects.h>
@@ -19,6 +20,11 @@ namespace Pegasus::http {
 namespace {
 
 using AlternativeNames = std::unique_ptr<GENERAL_NAMES, Freeing<&GENERAL_NAMES_free>>;
+
+/// OPENSSL_free is a macro, and has no address.
+struct BytesFreeing {
+    void operator()(unsigned char* bytes) const { OPENSSL_free(bytes); }
+};
 
 std::string_view bytesOf(const ASN1_STRING& text) {
     return {reinterpret_cast<const char*>(ASN1_STRING_get0_data(&text)),
@@ -54,13 +60,13 @@ void appendCommonNames(const X509& certificate, Array<String>& names) {
 std::string utf8Of(const ASN1_STRING& value) {
     unsigned char* bytes = nullptr;
     const int size = ASN1_STRING_to_UTF8(&bytes, &value);
+    const std::unique_ptr<unsigned char, BytesFreeing> owner(bytes);
     std::string text;
     for (int i = 0; i < size; ++i) {
         const bool isControl = bytes[i] < ' ' || bytes[i] == 0x7F;
         const char byte = static_cast<char>(bytes[i]);
         text += isControl ? printable({&byte, 1}) : std::string(1, byte);
     }
-    OPENSSL_free(bytes);
     return text;
 }
 

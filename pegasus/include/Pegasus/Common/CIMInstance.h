@@ -35,16 +35,18 @@ class CIMInstance {
     /// Throws AlreadyExistsException when there is one of the name.
     CIMInstance& addQualifier(const CIMQualifier& qualifier);
     Uint32 getQualifierCount() const;
-    /// Throws IndexOutOfBoundsException.
-    CIMQualifier getQualifier(Uint32 index) const;
+    /// Throw IndexOutOfBoundsException.
+    CIMQualifier getQualifier(Uint32 index);
+    CIMConstQualifier getQualifier(Uint32 index) const;
     /// The index of the qualifier, PEG_NOT_FOUND when there is none of the name.
     Uint32 findQualifier(const CIMName& name) const;
 
     /// Throws AlreadyExistsException when there is one of the name.
     CIMInstance& addProperty(const CIMProperty& property);
     Uint32 getPropertyCount() const;
-    /// Throws IndexOutOfBoundsException.
-    CIMProperty getProperty(Uint32 index) const;
+    /// Throw IndexOutOfBoundsException.
+    CIMProperty getProperty(Uint32 index);
+    CIMConstProperty getProperty(Uint32 index) const;
     /// The index of the property, PEG_NOT_FOUND when there is none of the name.
     Uint32 findProperty(const CIMName& name) const;
 

@@ -23,16 +23,18 @@ class CIMMethod {
     /// Throws AlreadyExistsException when there is one of the name.
     CIMMethod& addParameter(const CIMParameter& parameter);
     Uint32 getParameterCount() const;
-    /// Throws IndexOutOfBoundsException.
-    CIMParameter getParameter(Uint32 index) const;
+    /// Throw IndexOutOfBoundsException.
+    CIMParameter getParameter(Uint32 index);
+    CIMConstParameter getParameter(Uint32 index) const;
     /// The index of the parameter, PEG_NOT_FOUND when there is none of the name.
     Uint32 findParameter(const CIMName& name) const;
 
     /// Throws AlreadyExistsException when there is one of the name.
     CIMMethod& addQualifier(const CIMQualifier& qualifier);
     Uint32 getQualifierCount() const;
-    /// Throws IndexOutOfBoundsException.
-    CIMQualifier getQualifier(Uint32 index) const;
+    /// Throw IndexOutOfBoundsException.
+    CIMQualifier getQualifier(Uint32 index);
+    CIMConstQualifier getQualifier(Uint32 index) const;
     /// The index of the qualifier, PEG_NOT_FOUND when there is none of the name.
     Uint32 findQualifier(const CIMName& name) const;
 

@@ -7,6 +7,8 @@
 namespace Pegasus {
 
 class CIMClass;
+class CIMConstProperty;
+class CIMConstQualifier;
 class CIMInstance;
 class CIMProperty;
 class CIMQualifier;
@@ -33,13 +35,15 @@ class CIMObject {
     // The properties and qualifiers of either. The headers of these have the types.
 
     Uint32 getPropertyCount() const;
-    /// Throws IndexOutOfBoundsException.
-    CIMProperty getProperty(Uint32 index) const;
+    /// Throw IndexOutOfBoundsException.
+    CIMProperty getProperty(Uint32 index);
+    CIMConstProperty getProperty(Uint32 index) const;
     /// The index of the property, PEG_NOT_FOUND when there is none of the name.
     Uint32 findProperty(const CIMName& name) const;
     Uint32 getQualifierCount() const;
-    /// Throws IndexOutOfBoundsException.
-    CIMQualifier getQualifier(Uint32 index) const;
+    /// Throw IndexOutOfBoundsException.
+    CIMQualifier getQualifier(Uint32 index);
+    CIMConstQualifier getQualifier(Uint32 index) const;
     /// The index of the qualifier, PEG_NOT_FOUND when there is none of the name.
     Uint32 findQualifier(const CIMName& name) const;
 
@@ -78,6 +82,8 @@ class CIMConstObject : private CIMObject {
     using CIMObject::isInstance;
     using CIMObject::isUninitialized;
     using CIMObject::toString;
+    CIMConstProperty getProperty(Uint32 index) const;
+    CIMConstQualifier getQualifier(Uint32 index) const;
     Boolean identical(const CIMConstObject& other) const { return CIMObject::identical(other); }
 };
 

@@ -25,8 +25,9 @@ class CIMParameter {
     /// Throws AlreadyExistsException when there is one of the name.
     CIMParameter& addQualifier(const CIMQualifier& qualifier);
     Uint32 getQualifierCount() const;
-    /// Throws IndexOutOfBoundsException.
-    CIMQualifier getQualifier(Uint32 index) const;
+    /// Throw IndexOutOfBoundsException.
+    CIMQualifier getQualifier(Uint32 index);
+    CIMConstQualifier getQualifier(Uint32 index) const;
     /// The index of the qualifier, PEG_NOT_FOUND when there is none of the name.
     Uint32 findQualifier(const CIMName& name) const;
 
