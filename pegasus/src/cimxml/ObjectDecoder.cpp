@@ -373,7 +373,7 @@ bool ObjectDecoder::addProperty(Owner& owner, PropertyNames* names, XmlReader& r
         }
     }
     if (type == CIMTYPE_STRING && property.getQualifierCount() != 0)
-        property = withEmbedding(std::move(property));
+        property = withEmbedding(property);
     const Uint32 earlier = names ? names->add(owner, property.getName(), nameHash) : PEG_NOT_FOUND;
     if (earlier != PEG_NOT_FOUND)
         takeDoubled(property.getName(), earlier, *names, reader);
@@ -393,7 +393,7 @@ void ObjectDecoder::takeDoubled(const CIMName& name, Uint32 earlier, PropertyNam
 }
 
 /// A property of texts whose qualifiers say that the texts are objects, as one of objects.
-CIMProperty ObjectDecoder::withEmbedding(CIMProperty property) {
+CIMProperty ObjectDecoder::withEmbedding(CIMProperty& property) {
     const auto type = embeddedType(property);
     if (!type)
         return property;

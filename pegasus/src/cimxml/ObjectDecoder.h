@@ -98,7 +98,7 @@ class ObjectDecoder {
     bool appendItem(Array<T>& items, XmlReader& reader);
     template <class T>
     std::optional<T> decodeItem(XmlReader& reader);
-    CIMProperty withEmbedding(CIMProperty property);
+    CIMProperty withEmbedding(CIMProperty& property);
     template <class T>
     CIMValue embeddedValue(const CIMValue& texts);
     template <class T>
