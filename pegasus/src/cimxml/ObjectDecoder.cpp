@@ -373,7 +373,7 @@ bool ObjectDecoder::addProperty(Owner& owner, PropertyNames* names, XmlReader& r
         }
     }
     if (type == CIMTYPE_STRING && property.getQualifierCount() != 0 && qualifiedEmbedding_)
-        property = withEmbedding(std::move(property), reader);
+        property = withEmbedding(property, reader);
     const Uint32 earlier = names ? names->add(owner, property.getName(), nameHash) : PEG_NOT_FOUND;
     if (earlier != PEG_NOT_FOUND)
         takeDoubled(property.getName(), earlier, *names, reader);
@@ -391,7 +391,7 @@ void ObjectDecoder::takeDoubled(const CIMName& name, Uint32 earlier, PropertyNam
 }
 
 /// A property of texts whose qualifiers say that the texts are objects, as one of objects.
-CIMProperty ObjectDecoder::withEmbedding(CIMProperty property, XmlReader& reader) {
+CIMProperty ObjectDecoder::withEmbedding(CIMProperty& property, XmlReader& reader) {
     const auto type = embeddedType(property);
     if (!type)
         return property;

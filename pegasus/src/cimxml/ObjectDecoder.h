@@ -100,7 +100,7 @@ class ObjectDecoder {
     bool appendItem(Array<T>& items, XmlReader& reader);
     template <class T>
     std::optional<T> decodeItem(XmlReader& reader);
-    CIMProperty withEmbedding(CIMProperty property, XmlReader& reader);
+    CIMProperty withEmbedding(CIMProperty& property, XmlReader& reader);
     template <class T>
     CIMValue embeddedValue(const CIMValue& texts, XmlReader& reader);
     template <class T>
