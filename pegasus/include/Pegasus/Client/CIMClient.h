@@ -271,8 +271,9 @@ class CIMClient {
     Uint64Arg enumerationCount(CIMEnumerationContext& context);
 
     /// Whether the server has pulled enumerations (DSP0200). It is asked to begin one with a class that there is not,
-    /// so that it begins none: one that has them answers CIM_ERR_INVALID_CLASS or CIM_ERR_NOT_FOUND, one that does not
-    /// CIM_ERR_NOT_SUPPORTED. An extension, which other libraries of this API do not have.
+    /// so that it begins none: one that has them answers CIM_ERR_INVALID_CLASS or CIM_ERR_NOT_FOUND, one that has not
+    /// CIM_ERR_NOT_SUPPORTED, CIM_ERR_FAILED or the HTTP status 501. An extension, which other libraries of this API do
+    /// not have.
     Boolean hasPulledEnumerations(const CIMNamespaceName& nameSpace);
 
   private:
