@@ -20,6 +20,7 @@ using testing::StartsWith;
 namespace {
 
 constexpr unsigned kFailed = 1; // of CIM
+constexpr unsigned kAccessDenied = 2;
 constexpr unsigned kInvalidClass = 5;
 constexpr unsigned kNotSupported = 7;
 
@@ -100,7 +101,9 @@ TEST_F(InfoTest, TellsPulledEnumerationsByTheErrorAboutAClassThatThereIsNot) {
     EXPECT_EQ(Json().at("operations").at("pulled enumerations"), "supported");
     EXPECT_THAT(Run().output, ContainsRegex("; pulled enumerations [0-9.]+ ms; "));
     fServer.Fail("OpenEnumerateInstancePaths", "CIMHTTP_NoSuchClass", kFailed);
-    EXPECT_EQ(Json(7).at("operations").at("pulled enumerations"), "fails: CIM_ERR_FAILED: no luck");
+    EXPECT_EQ(Json().at("operations").at("pulled enumerations"), "not supported");
+    fServer.Fail("OpenEnumerateInstancePaths", "CIMHTTP_NoSuchClass", kAccessDenied);
+    EXPECT_EQ(Json(7).at("operations").at("pulled enumerations"), "fails: CIM_ERR_ACCESS_DENIED: no luck");
 }
 
 TEST_F(InfoTest, MakesNothingUpWhereThereIsNoInteropNamespace) {
