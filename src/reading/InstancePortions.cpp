@@ -17,10 +17,15 @@ using Clock = std::chrono::steady_clock;
 /// A server may make a client wait by them, but not for ever.
 constexpr unsigned kMaxEmptyPortions = 100;
 
+/// Whether this is how a server speaks of an operation that it does not know. Where it means something else, the old
+/// operation brings it to light.
 bool HasNoPulls(const Pegasus::Exception& exception) {
     const RemoteFailure failure = RemoteFailureOf(exception);
-    return IsOperationUnsupported(failure) || (failure.kind == RemoteFailure::Kind::kCimStatus &&
-                                               failure.cimStatus == static_cast<unsigned>(Pegasus::CIM_ERR_FAILED));
+    const auto says = [&](Pegasus::CIMStatusCode code) {
+        return failure.kind == RemoteFailure::Kind::kCimStatus && failure.cimStatus == static_cast<unsigned>(code);
+    };
+    return IsOperationUnsupported(failure) || says(Pegasus::CIM_ERR_FAILED) || says(Pegasus::CIM_ERR_NOT_FOUND) ||
+           says(Pegasus::CIM_ERR_METHOD_NOT_FOUND);
 }
 
 /// Whether the server has answered, and knows nothing of a failure.

@@ -11,8 +11,8 @@
 namespace NQORVYX20 {
 
 /// The instances of a class and its subclasses as a server sends them: in portions, where it has pulled enumerations,
-/// or all at once. Whether it has any is asked once, with the first enumeration: CIM_ERR_NOT_SUPPORTED, CIM_ERR_FAILED
-/// and HTTP 501 mean that it has not.
+/// or all at once. Whether it has any is asked once, with the first enumeration: CIM_ERR_NOT_SUPPORTED, CIM_ERR_FAILED,
+/// CIM_ERR_NOT_FOUND, CIM_ERR_METHOD_NOT_FOUND and HTTP 501 mean that it has not.
 class InstancePortions {
   public:
     /// The server must outlive this.

@@ -158,6 +158,8 @@ TEST_F(PulledReadingTest, AServerWithoutPulledEnumerationsIsAskedForThemOnce) {
     const std::function<void()> answers[] = {
         [] {}, // CIM_ERR_NOT_SUPPORTED
         [&] { fServer.Fail("OpenEnumerateInstances", kClass, 1, "what is that?"); },
+        [&] { fServer.Fail("OpenEnumerateInstances", kClass, 6, "there is no such thing"); },
+        [&] { fServer.Fail("OpenEnumerateInstances", kClass, 17, "nor such a method"); },
         [&] { fServer.AnswerNextWith("HTTP/1.1 501 Not Implemented\r\nContent-Length: 0\r\n\r\n"); }};
     for (const auto& answer : answers) {
         const auto nameSpace = Faithful();
