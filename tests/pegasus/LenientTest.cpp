@@ -214,6 +214,14 @@ TEST(LenientTest, BytesThatAreNotUtf8AreLatin1OrUnknown) {
     }
 }
 
+TEST(LenientTest, HalfASurrogatePairIsReplacedAsAWholeAndAReferenceToItRefused) {
+    const LenientAnswer answer = decodeLeniently(bodyWith(named(property("P", "string", "a\xED\xA0\x80z"))));
+    EXPECT_EQ(answer.instances.at(0).getProperty(0).getValue(), CIMValue(String("a\xEF\xBF\xBDz")));
+    EXPECT_EQ(answer.findings.counts[LenientFinding::FOREIGN_BYTES], 1U);
+    for (const char* reference : {"&#0;", "&#xD800;", "&#xFFFE;"})
+        EXPECT_THROW(decodeLeniently(bodyWith(named(property("P", "string", reference)))), CIMClientXmlException);
+}
+
 TEST(LenientTest, ElementsBehindVeryManyForeignBytesAreTold) {
     const std::string body = bodyWith(named(property("P", "string", std::string(20000, '\xE4')) +
                                             property("Q", "string", "\xE4") + property("R", "uint8", "x")));
