@@ -167,6 +167,7 @@ class PreparedChannel : public Channel {
     void write(std::string_view, const Deadline&) override {}
 
     std::size_t readSome(char* buffer, std::size_t size, const Deadline&) override {
+        EXPECT_LE(size, kLongestRead);
         while (next_ < pieces_.size() && pieces_[next_].empty()) {
             ++next_;
         }
@@ -182,6 +183,7 @@ class PreparedChannel : public Channel {
     bool hasInput() override { return true; }
 
   private:
+    static constexpr std::size_t kLongestRead = std::size_t{256} << 10U; // no reader has more room than that
     std::vector<std::string_view> pieces_;
     std::size_t next_ = 0;
 };
@@ -285,6 +287,18 @@ TEST_F(AnswerFraming, TakesAHeadUpToItsLimitAndNoByteMore) {
         << "an interim answer has a head of its own";
     EXPECT_THAT(errorOf<CIMClientMalformedHTTPException>(headOf(kMaxHeaderBytes + 1) + "hello"),
                 HasSubstr("a header block of the answer is longer than 65536 bytes"));
+}
+
+TEST(AnswerInPieces, ThatFillTheBufferLeaveRoomForABlankThatIsMissing) {
+    const std::string full = "HTTP/1.1 200\r\nX: " + std::string(2 * kMaxHeaderBytes, 'x');
+    EXPECT_THAT(understandingOf({full}), HasSubstr("longer than 65536 bytes"));
+    const std::string head = "HTTP/1.1 200\r\nTransfer-Encoding: chunked\r\n\r\n";
+    const std::string chunk = "1000\r\n" + std::string(0x1000, 'x') + "\r\n";
+    std::string chunked = head;
+    for (int i = 0; i < 40; ++i) {
+        chunked += chunk;
+    }
+    EXPECT_EQ(understandingOf({chunked + "0\r\n\r\n"}), std::string(40 * 0x1000, 'x') + '|');
 }
 
 TEST_F(AnswerFraming, TakesTrailersUpToTheSameLimit) {

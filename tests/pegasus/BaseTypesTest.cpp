@@ -11,6 +11,7 @@
 #include <Pegasus/Common/String.h>
 
 #include <gtest/gtest.h>
+#include <limits>
 
 #include <sstream>
 
@@ -310,6 +311,8 @@ TEST(CIMDateTimeTest, ItIsMadeOfNumbers) {
     EXPECT_EQ(time.toString(), String("00000001020304.000005:000"));
     EXPECT_THROW(time.setInterval(1, 24, 0, 0, 0, 6), DateTimeOutOfRangeException);
     EXPECT_THROW(time.setInterval(1, 200, 0, 0, 0, 6), DateTimeOutOfRangeException);
+    EXPECT_THROW(time.setTimeStamp(2026, 11, 22, 8, 9, 10, 0, 6, std::numeric_limits<Sint32>::min()),
+                 DateTimeOutOfRangeException);
     time.clear();
     EXPECT_EQ(time, CIMDateTime());
     EXPECT_TRUE(CIMDateTime::getCurrentDateTime().isTimeStamp());

@@ -4,10 +4,13 @@
 #include "support/CimServer.h"
 #include "support/ScriptedServer.h"
 
+#include <Pegasus/Client/ExchangeObserver.h>
 #include <Pegasus/Client/InstanceStream.h>
 #include <future>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <memory>
+#include <new>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -84,7 +87,45 @@ TEST_F(InstanceStreamTest, LetsThroughWhatTheTakerThrows) {
     EXPECT_THROW(stream_.enumerateInstances(kNamespace, "DEMO_Desk", fail), std::runtime_error);
     const auto failAsAServer = [](const CIMInstance& /*desk*/) -> bool { throw CIMException(CIM_ERR_FAILED); };
     EXPECT_THROW(stream_.enumerateInstances(kNamespace, "DEMO_Desk", failAsAServer), CIMException);
+    const auto runOut = [](const CIMInstance& /*desk*/) -> bool { throw std::bad_alloc(); };
+    EXPECT_THROW(stream_.enumerateInstances(kNamespace, "DEMO_Desk", runOut), std::bad_alloc);
     EXPECT_EQ(client_.enumerateInstances(kNamespace, "DEMO_Desk").size(), 3U);
+}
+
+/// Counts what it is shown of answers.
+class Counter : public ExchangeObserver {
+  public:
+    std::size_t bodyBytes = 0;
+    int failures = 0;
+
+    void onRequest(std::string_view /*head*/, std::string_view /*body*/, Time /*time*/) override {}
+    void onAnswerHead(std::string_view /*head*/, Time /*time*/) override {}
+    void onAnswerBody(std::string_view part) override { bodyBytes += part.size(); }
+    void onAnswerEnd(std::string_view /*trailers*/, Time /*time*/) override {}
+    void onFailure(const String& /*message*/, Time /*time*/) override { ++failures; }
+};
+
+TEST_F(InstanceStreamTest, EndsAtOnceAlsoWhenItIsObserved) {
+    std::string desks;
+    while (desks.size() < 2000000) {
+        desks += Desk(1);
+    }
+    server_.Answer("EnumerateInstances", "DEMO_Desk", desks);
+    const auto counter = std::make_shared<Counter>();
+    client_.setExchangeObserver(counter);
+    EXPECT_FALSE(stream_.enumerateInstances(kNamespace, "DEMO_Desk", TakeUpTo(1)));
+    EXPECT_LT(counter->bodyBytes, desks.size() / 2);
+    EXPECT_EQ(counter->failures, 1);
+}
+
+TEST_F(InstanceStreamTest, AnObserverMayBeTakenAwayMeanwhile) {
+    client_.setExchangeObserver(std::make_shared<Counter>());
+    EXPECT_TRUE(stream_.enumerateInstances(kNamespace, "DEMO_Desk", [this](const CIMInstance& desk) {
+        client_.setExchangeObserver(nullptr);
+        taken_.push_back(Text(desk.getPath().toString()));
+        return true;
+    }));
+    EXPECT_EQ(taken_.size(), 3U);
 }
 
 TEST_F(InstanceStreamTest, RefusesToUseTheClientMeanwhile) {

@@ -10,6 +10,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <memory>
+#include <stdexcept>
 #include <string>
 
 namespace {
@@ -210,6 +211,80 @@ TEST(LenientTest, BytesThatAreNotUtf8AreLatin1OrUnknown) {
         EXPECT_EQ(answer.findings.first[1].offset, body.find('\x80'));
         EXPECT_EQ(text(answer.findings.first[2].reason), "the character U+FFFE is not one of XML");
         EXPECT_EQ(answer.findings.first[3].offset, body.find("<VALUE>x")) << "in the answer as it was sent";
+    }
+}
+
+TEST(LenientTest, HalfASurrogatePairIsReplacedAsAWholeAndAReferenceToItRefused) {
+    const LenientAnswer answer = decodeLeniently(bodyWith(named(property("P", "string", "a\xED\xA0\x80z"))));
+    EXPECT_EQ(answer.instances.at(0).getProperty(0).getValue(), CIMValue(String("a\xEF\xBF\xBDz")));
+    EXPECT_EQ(answer.findings.counts[LenientFinding::FOREIGN_BYTES], 1U);
+    for (const char* reference : {"&#0;", "&#xD800;", "&#xFFFE;"})
+        EXPECT_THROW(decodeLeniently(bodyWith(named(property("P", "string", reference)))), CIMClientXmlException);
+}
+
+TEST(LenientTest, ElementsBehindVeryManyForeignBytesAreTold) {
+    const std::string body = bodyWith(named(property("P", "string", std::string(20000, '\xE4')) +
+                                            property("Q", "string", "\xE4") + property("R", "uint8", "x")));
+    for (const std::size_t piece : {std::size_t{1000}, body.size()}) {
+        const LenientFindings findings = decodeLeniently(body, piece).findings;
+        ASSERT_EQ(findings.total, 3U);
+        EXPECT_EQ(findings.first[0].offset, body.find("<VALUE>x")) << "values come first";
+        EXPECT_EQ(text(findings.first[1].element), "P");
+        EXPECT_EQ(findings.first[1].offset, body.find('\xE4'));
+        EXPECT_EQ(text(findings.first[2].element), "Q");
+        EXPECT_EQ(findings.first[2].offset, body.rfind('\xE4'));
+    }
+}
+
+struct WantsNoMore : DecodedAnswer {
+    void onInstance(const CIMInstance& /*instance*/) override { throw std::runtime_error("no more"); }
+    void onInstanceName(const CIMObjectPath& /*name*/) override { throw std::runtime_error("no more"); }
+};
+
+TEST(LenientTest, WhatWasFoundInAnObjectIsToldBeforeItIsHandedOver) {
+    const std::string name = "<INSTANCENAME CLASSNAME=\"A\"><KEYBINDING NAME=\"K\"><KEYVALUE>\xE4</KEYVALUE>"
+                             "</KEYBINDING></INSTANCENAME>";
+    for (const std::string& object : {named(property("P", "string", "\xE4")), name}) {
+        WantsNoMore sink;
+        cimxml::Findings findings;
+        cimxml::ResponseDecoder decoder("1001", "GetClass", sink, nullptr, {}, nullptr, &findings);
+        EXPECT_THROW(decoder.feed(bodyWith(object)), std::runtime_error);
+        EXPECT_EQ(findings.take().counts[LenientFinding::FOREIGN_BYTES], 1U) << object;
+    }
+}
+
+/// The body of a GetClass answer with an error that has an instance of CIM_Error.
+std::string bodyWithError(const std::string& propertiesOfInstance) {
+    return "<CIM><MESSAGE ID=\"1001\"><SIMPLERSP><IMETHODRESPONSE NAME=\"GetClass\"><ERROR CODE=\"6\"><INSTANCE "
+           "CLASSNAME=\"CIM_Error\">" +
+           propertiesOfInstance + "</INSTANCE></ERROR></IMETHODRESPONSE></SIMPLERSP></MESSAGE></CIM>";
+}
+
+TEST(LenientTest, WhatIsFoundInTheInstanceOfAnErrorIsTold) {
+    DecodedAnswer sink;
+    cimxml::Findings findings;
+    cimxml::ResponseDecoder decoder("1001", "GetClass", sink, nullptr, {}, nullptr, &findings);
+    decoder.feed(bodyWithError(property("P", "uint8", "x") + property("Q", "uint8", "1")));
+    try {
+        decoder.finish();
+        FAIL() << "the server reports an error";
+    } catch (const CIMException& error) {
+        EXPECT_EQ(error.getCode(), CIM_ERR_NOT_FOUND);
+        ASSERT_EQ(error.getErrorCount(), 1U);
+        EXPECT_EQ(error.getError(0).getPropertyCount(), 2U);
+    }
+    EXPECT_EQ(findings.take().counts[LenientFinding::UNREADABLE_VALUE], 1U);
+}
+
+TEST(LenientTest, AnErrorIsReadWithoutTheInstanceThatCannotBe) {
+    for (const std::string& bad : {property("P", "uint8", "x"), std::string("<X><Y/></X>")}) {
+        try {
+            decode("GetClass", bodyWithError(bad));
+            FAIL() << "the server reports an error";
+        } catch (const CIMException& error) {
+            EXPECT_EQ(error.getCode(), CIM_ERR_NOT_FOUND);
+            EXPECT_EQ(error.getErrorCount(), 0U);
+        }
     }
 }
 

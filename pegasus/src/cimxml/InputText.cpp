@@ -70,9 +70,18 @@ std::size_t InputText::repairFirst(std::string_view bad) {
     const std::size_t replaced = std::max<std::size_t>(length, 1);
     grown_ += bytes_.size() - before - replaced;
     repair.grown = grown_;
-    if (kept_.size() < kMaxKeptRepairs)
-        kept_.push_back(repair);
+    keep(repair);
     return replaced;
+}
+
+/// Of very many, only those that have a tag between them and the one before.
+void InputText::keep(const Repair& repair) {
+    const std::size_t last = std::max(lastRepair_, taken_);
+    lastRepair_ = repair.at;
+    if (kept_.size() < kMaxKeptRepairs || bytes_.find('<', last - taken_) != std::string::npos)
+        kept_.push_back(repair);
+    else
+        kept_.back().grown = grown_;
 }
 
 void InputText::take(std::size_t length) noexcept {

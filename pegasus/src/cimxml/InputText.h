@@ -36,7 +36,7 @@ class InputText {
     /// What that is, for people.
     std::string badEnd() const;
 
-    /// Where in the body a place of the unread text is. Not exact behind more than kMaxKeptRepairs repairs.
+    /// Where in the body a place of the unread text is. Not exact among repairs that are not kept.
     std::size_t offsetOf(std::size_t position) const noexcept;
 
     struct Repair {
@@ -47,7 +47,8 @@ class InputText {
     };
     static constexpr std::size_t kMaxKeptRepairs = 10000;
 
-    /// The repairs of the unread text, in its order.
+    /// The repairs of the unread text, in its order; behind kMaxKeptRepairs the first ones behind tags alone, so that
+    /// no element is missed.
     const std::deque<Repair>& repairs() const noexcept { return kept_; }
     /// What was there, for people.
     static std::string textOf(const Repair& repair);
@@ -57,6 +58,7 @@ class InputText {
   private:
     void appendRepaired(std::string_view bytes, bool isLast);
     std::size_t repairFirst(std::string_view bad);
+    void keep(const Repair& repair);
 
     const bool repairs_;
     std::string bytes_;
@@ -66,6 +68,7 @@ class InputText {
     std::string rest_;           // where this repairs: what may be the beginning of a character
     std::size_t grown_ = 0;      // by how much the repaired text is longer than the body
     std::size_t grownTaken_ = 0; // the same for what is taken
+    std::size_t lastRepair_ = 0; // where the last one was, be it kept or not
     std::deque<Repair> kept_;
 };
 

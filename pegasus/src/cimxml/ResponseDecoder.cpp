@@ -47,6 +47,19 @@ bool isValue(std::string_view elementName) {
     return std::find(kValues.begin(), kValues.end(), elementName) != kValues.end();
 }
 
+/// Adds the instance of CIM_Error in an INSTANCE element to an error. One that cannot be read is left out: the error is
+/// what counts.
+void addInstance(CIMException& error, ObjectDecoder& objects, XmlReader& reader) {
+    const std::size_t outside = reader.depth() - 1;
+    try {
+        error.addError(objects.decodeInstance(reader));
+    } catch (const DecodingError& bad) {
+        if (bad.kind != DecodingError::Kind::Content && bad.kind != DecodingError::Kind::Incomplete)
+            throw;
+        reader.skipTo(outside);
+    }
+}
+
 /// The server's error in an ERROR element.
 CIMException decodeError(ObjectDecoder& objects, XmlReader& reader) {
     const auto code = decodeScalar<Uint32>(reader.attributes().get("CODE"));
@@ -56,7 +69,7 @@ CIMException decodeError(ObjectDecoder& objects, XmlReader& reader) {
     CIMException error = detail::serverError(code, description);
     while (reader.nextElement()) {
         if (reader.name() == "INSTANCE")
-            error.addError(objects.decodeInstance(reader));
+            addInstance(error, objects, reader);
         else
             reader.skip();
     }
@@ -203,6 +216,8 @@ class ResponseDecoder::Impl {
         const XmlReader::Ahead ahead = reader_.ahead();
         const std::size_t between = reader_.position();
         inObject_ = ahead == XmlReader::Ahead::Element && level_ == kInReturnValue;
+        hasReported_ = false;
+        objectBegin_ = between;
         if (ahead == XmlReader::Ahead::Text) {
             if (takesNullsAt(reader_.position()))
                 return true;
@@ -216,9 +231,8 @@ class ResponseDecoder::Impl {
             countObject(between);
         else
             countFrame(reader_.position());
-        if (const auto& repairs = input_.repairs();
-            !repairs.empty() && input_.positionOf(repairs.front()) < reader_.position())
-            reportRepairs(inObject_ ? between : reader_.position(), reader_.position());
+        if (!hasReported_)
+            reportRepairs(inObject_ ? between : reader_.position());
         input_.take(reader_.position());
         reading_ = false;
         return ahead != XmlReader::Ahead::Nothing || (isBehindDocument() && input_.takeNulls());
@@ -294,7 +308,9 @@ class ResponseDecoder::Impl {
 
     /// The first one counts.
     void readError() {
+        objects_->startObject();
         const CIMException error = decodeError(*objects_, reader_);
+        reportFindings();
         if (!error_)
             error_.emplace(error);
     }
@@ -344,32 +360,45 @@ class ResponseDecoder::Impl {
             reportFindings(object.getClassName(), object.getPath());
             sink_.onObject(object);
         } else if (name == "INSTANCENAME") {
-            sink_.onInstanceName(objects_->decodeInstanceName(reader_));
+            const CIMObjectPath path = objects_->decodeInstanceName(reader_);
+            reportFindings();
+            sink_.onInstanceName(path);
         } else if (name == "OBJECTPATH") {
-            sink_.onObjectPath(objects_->decodeObjectPath(reader_));
+            const CIMObjectPath path = objects_->decodeObjectPath(reader_);
+            reportFindings();
+            sink_.onObjectPath(path);
         } else if (name == "CLASSNAME") {
-            sink_.onClassName(objects_->decodeClassName(reader_));
+            const CIMName className = objects_->decodeClassName(reader_);
+            reportFindings();
+            sink_.onClassName(className);
         } else if (name == "QUALIFIER.DECLARATION") {
             const CIMQualifierDecl declaration = objects_->decodeQualifierDecl(reader_);
-            reportFindings(CIMName());
+            reportFindings();
             sink_.onQualifierDecl(declaration);
         } else if (name == "INSTANCEPATH") {
-            sink_.onInstancePath(objects_->decodeInstanceName(reader_));
+            const CIMObjectPath path = objects_->decodeInstanceName(reader_);
+            reportFindings();
+            sink_.onInstancePath(path);
         } else if (sink_.takesValues() && isValue(name)) {
             const CIMValue value = objects_->decodeUntypedValue(reader_);
-            reportFindings(CIMName());
+            reportFindings();
             sink_.onValue(value);
         } else if (name == "VALUE") {
-            sink_.onValueText(String(reader_.text()));
+            const String text(reader_.text());
+            reportFindings();
+            sink_.onValueText(text);
         } else {
             refuse(name);
         }
     }
 
-    /// Hands out what was lenient about the object that was decoded last.
-    void reportFindings(const CIMName& className, const CIMObjectPath& path = CIMObjectPath()) {
+    /// Hands out what was lenient about the object that was decoded last. Before the sink has it, which may want no
+    /// more.
+    void reportFindings(const CIMName& className = CIMName(), const CIMObjectPath& path = CIMObjectPath()) {
         if (objects_->findings().count() != 0)
             addFindings(className, path);
+        if (inObject_)
+            reportRepairs(objectBegin_);
     }
 
     void addFindings(const CIMName& className, const CIMObjectPath& path) {
@@ -387,11 +416,17 @@ class ResponseDecoder::Impl {
         return String(beginningOf(text, kLongest));
     }
 
-    /// Hands out which elements held bytes that had to be repaired, in so much of the unread text, of which an object
+    /// Hands out which elements held bytes that had to be repaired, in what has just been read, in which an object
     /// begins at a position; not what stands behind the document. However the answer was cut, the same is told.
-    void reportRepairs(std::size_t object, std::size_t length) {
-        if (isBehindDocument())
-            return;
+    void reportRepairs(std::size_t object) {
+        hasReported_ = true;
+        const auto& repairs = input_.repairs();
+        const bool hasSome = !repairs.empty() && input_.positionOf(repairs.front()) < reader_.position();
+        if (hasSome && !isBehindDocument())
+            addRepairs(object, reader_.position());
+    }
+
+    void addRepairs(std::size_t object, std::size_t length) {
         const std::string_view text = input_.unread().substr(0, length);
         const auto place = std::make_unique<Whereabouts>(text, parent());
         std::optional<std::string> last; // of the object
@@ -470,7 +505,9 @@ class ResponseDecoder::Impl {
     Uint64 objectCount_ = 0;
     Uint64 frameBytes_ = 0; // since the last object
     bool inObject_ = false; // what is read now belongs to one
-    bool reading_ = false;  // what is wrong is where the reader is, not at the end of the unread text
+    std::size_t objectBegin_ = 0;
+    bool hasReported_ = false; // what was repaired in what is read now
+    bool reading_ = false;     // what is wrong is where the reader is, not at the end of the unread text
     XmlReader reader_;
     std::optional<CIMException> error_;
 };

@@ -451,17 +451,18 @@ class CIMClient::Impl {
     bool handOver(const char* method, const CIMNamespaceName& nameSpace, AddParameters addParameters,
                   const InstanceStream::Taker& take) {
         checkReady();
-        return withinMemory([&] {
-            HandedOver sink(take);
+        HandedOver sink(take);
+        const bool isWhole = withinMemory([&] {
             try {
                 aboutOperation(connection_->endpoint(), method,
                                [&] { receive(method, nameSpace, addParameters, sink); });
                 return true;
             } catch (const HandedOver::Enough&) {
-                sink.rethrow();
                 return false;
             }
         });
+        sink.rethrow(); // here, where its lack of memory is not that of the answer
+        return isWhole;
     }
 
     /// Opens an enumeration and returns its first portion.

@@ -48,45 +48,50 @@ void ExchangeReport::prepare(ResponseReader& reader) const {
 }
 
 void ExchangeReport::connecting(const Endpoint& endpoint, bool encrypted) const {
-    if (observer_) {
-        observer_->onConnecting(String(endpoint.text()), encrypted, now());
+    if (const auto observer = observer_) {
+        observer->onConnecting(String(endpoint.text()), encrypted, now());
     }
 }
 
 void ExchangeReport::request(std::string_view bytes, std::size_t bodySize) const {
-    if (observer_) {
+    if (const auto observer = observer_) {
         const std::size_t headSize = bytes.size() - bodySize;
-        observer_->onRequest(withoutCredentials(bytes.substr(0, headSize)), bytes.substr(headSize), now());
+        observer->onRequest(withoutCredentials(bytes.substr(0, headSize)), bytes.substr(headSize), now());
     }
 }
 
 void ExchangeReport::answerHead(const ResponseReader& reader) const {
-    if (observer_ && !reader.headBytes().empty()) {
-        observer_->onAnswerHead(withoutCredentials(reader.headBytes()), now());
+    const auto observer = observer_;
+    if (observer && !reader.headBytes().empty()) {
+        observer->onAnswerHead(withoutCredentials(reader.headBytes()), now());
     }
 }
 
 void ExchangeReport::readBody(ResponseReader& reader, const BodySink& sink, const Deadline& deadline) const {
-    if (!observer_) {
+    const auto observer = observer_;
+    if (!observer) {
         reader.readBody(sink, deadline);
         return;
     }
     during([&] { readWholeBody(reader, sink, deadline); });
-    observer_->onAnswerEnd(withoutCredentials(reader.trailers().lines()), now());
+    observer->onAnswerEnd(withoutCredentials(reader.trailers().lines()), now());
 }
 
+/// Of a body that the sink finds fault with, the rest is told, too; not when the sink ends the operation for another
+/// reason.
 void ExchangeReport::readWholeBody(ResponseReader& reader, const BodySink& sink, const Deadline& deadline) const {
+    const auto observer = observer_; // another may take its place meanwhile
     Rest rest(deadline);
     try {
         const BodySink toBoth = [&](std::string_view part) {
-            observer_->onAnswerBody(part);
+            observer->onAnswerBody(part);
             if (rest.failure()) {
                 rest.count(part.size());
                 return;
             }
             try {
                 sink(part);
-            } catch (...) {
+            } catch (const Exception&) {
                 rest.begin();
             }
         };
@@ -102,8 +107,8 @@ void ExchangeReport::readWholeBody(ResponseReader& reader, const BodySink& sink,
 }
 
 void ExchangeReport::failure(const String& message) const {
-    if (observer_) {
-        observer_->onFailure(message, now());
+    if (const auto observer = observer_) {
+        observer->onFailure(message, now());
     }
 }
 

@@ -225,7 +225,7 @@ class ResponseReader::Impl {
     void makeRoom() {
         if (begin_ == end_) {
             begin_ = end_ = 0;
-        } else if (end_ == capacity()) {
+        } else if (end_ >= capacity()) { // beyond it where a blank was put into a full head
             if (begin_ == 0) {
                 failAtLimit();
             }

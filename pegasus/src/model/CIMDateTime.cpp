@@ -255,7 +255,8 @@ void CIMDateTime::setInterval(Uint32 days, Uint32 hours, Uint32 minutes, Uint32 
 void CIMDateTime::setTimeStamp(Uint32 year, Uint32 month, Uint32 day, Uint32 hours, Uint32 minutes, Uint32 seconds,
                                Uint32 microseconds, Uint32 numberSignificantMicrosecondDigits, Sint32 utcOffset) {
     const std::string offset =
-        (utcOffset < 0 ? '-' : '+') + number(static_cast<Uint32>(utcOffset < 0 ? -utcOffset : utcOffset), 3);
+        (utcOffset < 0 ? '-' : '+') +
+        number(utcOffset < 0 ? 0 - static_cast<Uint32>(utcOffset) : static_cast<Uint32>(utcOffset), 3);
     *this = CIMDateTime(String(number(year, 4) + number(month, 2) + number(day, 2) + time(hours, minutes, seconds) +
                                '.' + fraction(microseconds, numberSignificantMicrosecondDigits) + offset));
 }
