@@ -64,9 +64,11 @@ CIMInstance CIMException::getError(Uint32 index) const {
 }
 
 void CIMException::addError(const CIMInstance& instance) {
-    Errors errors = errors_ ? *errors_ : Errors();
-    errors.instances.append(instance);
-    errors_ = std::make_shared<const Errors>(std::move(errors)); // an exception that was copied keeps its own
+    // An exception that was copied keeps its own; else many are added in no more time than they take.
+    const auto errors = errors_.use_count() == 1 ? std::const_pointer_cast<Errors>(errors_)
+                                                 : std::make_shared<Errors>(errors_ ? *errors_ : Errors());
+    errors->instances.append(instance);
+    errors_ = errors;
 }
 
 NullPointer::NullPointer() : Exception("a null pointer was given for a text") {}
