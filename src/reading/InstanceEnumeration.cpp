@@ -49,7 +49,7 @@ void InstanceEnumeration::Close() noexcept {
 InstanceEnumeration::TInstances InstanceEnumeration::Next() {
     const boost::shared_ptr<TCimHTTPNamespace> nameSpace(fNamespace);
     nameSpace->Report().BeginOperation();
-    return AskRemotely(nameSpace->Report(), "TCimHTTPClass::EnumerateInstances " + fClassName, [this] {
+    return AskRemotely(*nameSpace, "TCimHTTPClass::EnumerateInstances " + fClassName, [this] {
         auto instances = std::exchange(fHasBegun, true) ? Following() : First();
         if (fIsStopped) {
             fPortions.Close();
