@@ -25,8 +25,8 @@ constexpr const char* kFaithfulReading = "faithful";
 
 /// A boolean, for faithful namespaces: where it is true, what an answer holds that cannot be read costs that alone. A
 /// value that is none of its type is null, bytes that are not UTF-8 are taken as Latin-1 or as U+FFFD; each is an
-/// incident (ReadingIncidents.h). Without the key, or with false, such an answer fails as a whole. Refused where it is true and the reading is compatible. Without effect where the client
-/// library is not the project's own.
+/// incident (ReadingIncidents.h). Without the key, or with false, such an answer fails as a whole. Refused where it is
+/// true and the reading is compatible. Without effect where the client library is not the project's own.
 constexpr const char* kLenientKey = "cimhttp.lenient";
 
 /// The remote namespace, a text such as "root/interop"; "root/cimv2" without the key. A text that is no name of a
