@@ -114,7 +114,7 @@ void FaithfulClasses::Fill(TCimHTTPClass& cls, Pegasus::CIMClass& definition) {
 void FaithfulClasses::Define(TCimHTTPClass& cls) {
     const auto nameSpace = LockNamespace();
     nameSpace->Report().BeginOperation();
-    AskRemotely(nameSpace->Report(), "TCimHTTPNamespace::AllocateClass " + NameOf(cls), [&] {
+    AskRemotely(*nameSpace, "TCimHTTPNamespace::AllocateClass " + NameOf(cls), [&] {
         Pegasus::CIMClass definition = FetchDefinition(NameOf(cls));
         Fill(cls, definition);
     });
@@ -199,7 +199,7 @@ void FaithfulClasses::CompleteSubClasses(TCimHTTPClass& cls, bool deep) {
     const auto nameSpace = LockNamespace();
     nameSpace->Report().BeginOperation();
     const bool isRoot = &cls == nameSpace->GetRootClass().get();
-    const auto classes = AskRemotely(nameSpace->Report(), "TCimHTTPClass::EnumerateSubClasses " + NameOf(cls), [&] {
+    const auto classes = AskRemotely(*nameSpace, "TCimHTTPClass::EnumerateSubClasses " + NameOf(cls), [&] {
         auto definitions = nameSpace->Server().EnumerateWholeClasses(isRoot ? std::string() : NameOf(cls), deep);
         return BuildAll(definitions);
     });

@@ -164,7 +164,7 @@ boost::shared_ptr<ICIMInstance> FaithfulReading::GetInstance(const TCIMReference
     if (auto known = fReadings.Find(NormalizeName(NameOf(*cls), NameRule::kCim), PathOf(path, *cls, read).key)) {
         return known;
     }
-    return AskRemotely(nameSpace->Report(), "TCimHTTPNamespace::GetInstance " + reference.GetPath(), [&] {
+    return AskRemotely(*nameSpace, "TCimHTTPNamespace::GetInstance " + reference.GetPath(), [&] {
         Pegasus::CIMInstance remote = nameSpace->Server().GetWholeInstance(path);
         const auto itsClass = fClasses.ClassOf(ToStdString(remote.getClassName()), kIsReported);
         const Pegasus::CIMObjectPath itsPath(Pegasus::String(), Pegasus::CIMNamespaceName(), remote.getClassName(),
@@ -178,7 +178,7 @@ boost::shared_ptr<ICIMInstance> FaithfulReading::GetInstance(const TCIMReference
 std::vector<boost::shared_ptr<ICIMInstance>> FaithfulReading::TakeOver(Pegasus::Array<Pegasus::CIMInstance>& remotes) {
     const auto nameSpace = LockNamespace();
     nameSpace->Report().BeginOperation();
-    return AskRemotely(nameSpace->Report(), "TCimHTTPNamespace::GetClass", [&] {
+    return AskRemotely(*nameSpace, "TCimHTTPNamespace::GetClass", [&] {
         const Pegasus::CIMNamespaceName& read = *nameSpace->Server().Namespace();
         std::vector<boost::shared_ptr<ICIMInstance>> instances;
         std::map<std::string, TClassPointer> classes; // of these instances
@@ -208,7 +208,7 @@ FaithfulReading::TClassPointer FaithfulReading::ClassOfPath(const TCIMReference&
         LogError("TCimHTTPNamespace::GetInstance: the path names no class");
         throw TVYXException(kTypeMismatch);
     }
-    return AskRemotely(nameSpace->Report(), "TCimHTTPNamespace::GetInstance " + reference.GetPath(),
+    return AskRemotely(*nameSpace, "TCimHTTPNamespace::GetInstance " + reference.GetPath(),
                        [&] { return fClasses.ClassOf(name, !kIsReported); });
 }
 

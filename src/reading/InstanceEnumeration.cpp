@@ -49,7 +49,7 @@ void InstanceEnumeration::Close() noexcept {
 InstanceEnumeration::TInstances InstanceEnumeration::Next() {
     const boost::shared_ptr<TCimHTTPNamespace> nameSpace(fNamespace);
     nameSpace->Report().BeginOperation();
-    return AskRemotely(nameSpace->Report(), "TCimHTTPClass::EnumerateInstances " + fClassName, [this] {
+    return AskRemotely(*nameSpace, "TCimHTTPClass::EnumerateInstances " + fClassName, [this] {
         auto instances = std::exchange(fHasBegun, true) ? Following() : First();
         if (fIsStopped) {
             fPortions.Close();
@@ -68,8 +68,8 @@ InstanceEnumeration::TInstances InstanceEnumeration::First() {
             Hold(path, instance, cls);
         });
         CheckLimits();
-    } while (!IsOver() && fHeld->size() <= fHeldAtMost);
-    if (fPortions.IsAtEnd() && fHasAllProperties && fHeld->size() <= fHeldAtMost) {
+    } while (!IsOver() && IsAllHeld());
+    if (fPortions.IsAtEnd() && fHasAllProperties && IsAllHeld()) {
         fReading.fReadings.Keep(key, fHeld);
     } else {
         fReading.fReadings.Drop(key); // nobody is to take for absent, or for null, what was not asked for
@@ -80,8 +80,12 @@ InstanceEnumeration::TInstances InstanceEnumeration::First() {
 InstanceEnumeration::TInstances InstanceEnumeration::TakeHeld() {
     TInstances arrived = std::exchange(fArrived, {});
     const auto held = std::exchange(fHeld, {});
-    if (held->size() > fHeldAtMost) {
+    auto doubled = std::exchange(fDoubled, {});
+    if (arrived.size() > fHeldAtMost) {
         return arrived;
+    }
+    for (ReadingIncident& incident : doubled) {
+        fReading.LockNamespace()->Report().AddAndLog(std::move(incident));
     }
     TInstances instances;
     instances.reserve(held->size());
@@ -125,15 +129,23 @@ InstanceEnumeration::TClassPointer InstanceEnumeration::ClassOf(const std::strin
 void InstanceEnumeration::Hold(const std::string& key, const boost::shared_ptr<ICIMInstance>& instance,
                                const TClassPointer& cls) {
     // Servers mostly give instances in the order of their paths.
-    if (fHeld->emplace_hint(fHeld->end(), key, instance)->second == instance) {
-        if (fHeldAtMost != kAll) {
-            fArrived.push_back(instance);
-        }
-        return;
+    const bool isNew = fHeld->emplace_hint(fHeld->end(), key, instance)->second == instance;
+    if (fHeldAtMost != kAll) {
+        fArrived.push_back(instance);
     }
-    fReading.LockNamespace()->Report().AddAndLog({ReadingIncident::Cause::kDoubledPath, NameOf(*cls),
-                                                  instance->GetReference(TCIMContext()).GetPath(), std::string(),
-                                                  "an instance before has the same path"});
+    if (!isNew) {
+        AddDoubled({ReadingIncident::Cause::kDoubledPath, NameOf(*cls), instance->GetReference(TCIMContext()).GetPath(),
+                    std::string(), "an instance before has the same path"});
+    }
+}
+
+/// An incident where each path comes once, which is not known yet where not all may be held.
+void InstanceEnumeration::AddDoubled(ReadingIncident incident) {
+    if (fHeldAtMost == kAll) {
+        fReading.LockNamespace()->Report().AddAndLog(std::move(incident));
+    } else {
+        fDoubled.push_back(std::move(incident));
+    }
 }
 
 /// As long as all that comes is held, it counts as one answer.

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "cimhttp/ReadingIncidents.h"
 #include "reading/InstancePortions.h"
 #include "reading/InstanceReader.h"
 #include "reading/LastReadings.h"
@@ -64,7 +65,9 @@ class InstanceEnumeration {
     void ReadPortion(const Take& take);
     TClassPointer ClassOf(const std::string& name);
     void Hold(const std::string& key, const boost::shared_ptr<ICIMInstance>& instance, const TClassPointer& cls);
+    void AddDoubled(ReadingIncident incident);
     void CheckLimits() const;
+    bool IsAllHeld() const { return fArrived.size() <= fHeldAtMost; }
     TInstances TakeHeld();
     bool IsOver() const { return fIsStopped || fPortions.IsAtEnd(); }
 
@@ -79,7 +82,8 @@ class InstanceEnumeration {
     InstanceReader fReader;
     std::map<std::string, TClassPointer> fClasses; // of this enumeration
     boost::shared_ptr<LastReadings::TInstances> fHeld;
-    TInstances fArrived; // the same in the order of the server
+    TInstances fArrived; // the same in the order of the server, as often as they came; empty where all may be held
+    std::vector<ReadingIncident> fDoubled; // not reported yet
     bool fHasBegun = false;
     std::atomic<bool> fIsStopped{false};
 };

@@ -2,6 +2,7 @@
 
 #include "convert/CoreLog.h"
 #include "host/TVYXException.h"
+#include "provider/TCimHTTPNamespace.h"
 #include "reading/ReadingReport.h"
 
 namespace NQORVYX20 {
@@ -10,6 +11,18 @@ void FailRemotely(ReadingReport& report, const std::string& what, const RemoteFa
     LogError(what + ": " + failure.text);
     report.Fail(failure);
     throw TVYXException(StatusCodeOf(failure));
+}
+
+void FailRemotely(TCimHTTPNamespace& nameSpace, const std::string& what, const RemoteFailure& failure) {
+    FailRemotely(nameSpace.Report(), what, failure);
+}
+
+FindingsReported::~FindingsReported() {
+    try {
+        fNamespace.Incidents();
+    } catch (...) {
+        // there is no memory for them, of which the operation tells, or the next one
+    }
 }
 
 RemoteFailure MalformedAnswer(const std::string& text) {

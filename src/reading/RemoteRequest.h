@@ -11,10 +11,12 @@
 namespace NQORVYX20 {
 
 class ReadingReport;
+class TCimHTTPNamespace;
 
 /// Ends an operation of a faithful namespace: notes the failure, writes it to the log in a line that begins with
 /// `what`, and throws TVYXException with its code.
 [[noreturn]] void FailRemotely(ReadingReport& report, const std::string& what, const RemoteFailure& failure);
+[[noreturn]] void FailRemotely(TCimHTTPNamespace& nameSpace, const std::string& what, const RemoteFailure& failure);
 
 /// The failure of a server that answers what no server should.
 RemoteFailure MalformedAnswer(const std::string& text);
@@ -22,14 +24,28 @@ RemoteFailure MalformedAnswer(const std::string& text);
 /// The failure of a host that does not keep what a server gives.
 RemoteFailure LocalFailure(const std::string& text);
 
+/// When it goes, what could not be read of the answers until then is in the report of the namespace and in the log,
+/// also of a host that never asks for the report.
+class FindingsReported {
+  public:
+    explicit FindingsReported(TCimHTTPNamespace& nameSpace) : fNamespace(nameSpace) {}
+    ~FindingsReported();
+    FindingsReported(const FindingsReported&) = delete;
+    FindingsReported& operator=(const FindingsReported&) = delete;
+
+  private:
+    TCimHTTPNamespace& fNamespace;
+};
+
 /// Makes requests, and what comes of them; what the client library throws, and memory that does not suffice, ends the
 /// operation as FailRemotely() does.
 template <typename Request>
-auto AskRemotely(ReadingReport& report, const std::string& what, const Request& request) {
+auto AskRemotely(TCimHTTPNamespace& nameSpace, const std::string& what, const Request& request) {
+    const FindingsReported findings(nameSpace);
     try {
         return WithinMemory(request);
     } catch (const Pegasus::Exception& exception) {
-        FailRemotely(report, what, RemoteFailureOf(exception));
+        FailRemotely(nameSpace, what, RemoteFailureOf(exception));
     }
 }
 

@@ -18,7 +18,6 @@
 #include "reading/ReadingReport.h"
 
 #if __has_include(<Pegasus/Client/ExchangeObserver.h>)
-#include "convert/RemoteText.h"
 #include "reading/TraceFile.h"
 #define CIMHTTP_HAS_EXCHANGE_OBSERVER 1
 #endif
@@ -185,7 +184,7 @@ Pegasus::Array<Pegasus::CIMInstance> RemoteServer::OpenWholeInstances(RemoteEnum
                                                                       const Pegasus::CIMPropertyList& properties,
                                                                       Pegasus::Uint32 count) {
     return fClient->openEnumerateInstances(enumeration.context, enumeration.isAtEnd, *fNamespace,
-                                           Pegasus::CIMName(className.c_str()), kDeep, !kClassOrigin, properties,
+                                           Pegasus::CIMName(ToRemoteText(className)), kDeep, !kClassOrigin, properties,
                                            Pegasus::String(), Pegasus::String(), Pegasus::Uint32Arg(), false, count);
 }
 

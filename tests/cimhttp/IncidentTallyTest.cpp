@@ -41,6 +41,19 @@ TEST(IncidentTally, SpeaksOfThingsWhereNotOnlyValuesAreLost) {
               "2 things could not be taken over (1 not valid, 1 that the host cannot keep); the first: TEST_Disk: odd");
 }
 
+TEST(IncidentTally, SaysNothingOfAnObjectWhereNoneIsKnown) {
+    EXPECT_EQ(
+        TallyOf({{Cause::kUnreadableValue, "", "", "qualifier declaration Odd", "it is odd"}}).Text(),
+        "1 value could not be taken over (1 that cannot be read); the first: qualifier declaration Odd: it is odd");
+    EXPECT_EQ(TallyOf({{Cause::kForeignBytes, "", "", "", "it is odd"}}).Text(),
+              "1 value could not be taken over (1 not in UTF-8); the first: it is odd");
+    ReadingIncidents incidents;
+    incidents.AddMore(Cause::kForeignBytes, 3);
+    IncidentTally tally;
+    tally.Add(incidents);
+    EXPECT_EQ(tally.Text(), "3 values could not be taken over (3 not in UTF-8)");
+}
+
 TEST(IncidentTally, AddsUpAndKeepsTheVeryFirst) {
     IncidentTally tally;
     EXPECT_TRUE(tally.IsEmpty());

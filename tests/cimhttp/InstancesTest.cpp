@@ -411,6 +411,43 @@ TEST_F(InstancesTest, ValuesThatCannotBeReadAreCountedByCauseAndTheRestIsShown) 
                            "object); the first: Size of TEST_Disk.Name=\"sda\": not an integer: many, at byte "));
 }
 
+TEST_F(InstancesTest, WhatCannotBeReadOfAClassIsCountedByTheCommandsThatShowClasses) {
+    const std::string unreadable = "<PROPERTY NAME=\"Size\" TYPE=\"uint8\"><VALUE>300</VALUE></PROPERTY>";
+    fServer.Answer("GetClass", "TEST_Disk", ClassXml("TEST_Disk", "", unreadable));
+    fServer.Answer("EnumerateClasses", "", ClassXml("TEST_Disk", "", unreadable));
+    fServer.Answer("EnumerateQualifiers", "", "");
+    using Words = std::vector<std::string>;
+    for (const Words& words :
+         {Words{"class", "TEST_Disk"}, Words{"methods", "TEST_Disk"}, Words{"qualifiers", "--class", "TEST_Disk"},
+          Words{"tree"}, Words{"tree", "TEST_Disk"}}) {
+        const auto run = Run(words);
+        EXPECT_EQ(run.status, 7) << words[0];
+        EXPECT_FALSE(run.output.empty()) << words[0];
+        EXPECT_THAT(run.errors, StartsWith("cimhttp: 1 value could not be taken over (1 that cannot be read); the "
+                                           "first: Size of TEST_Disk: integer out of range: 300, at byte "));
+    }
+}
+
+TEST_F(InstancesTest, WhatCannotBeReadOfTheDeclaredQualifiersIsCounted) {
+    fServer.Answer("EnumerateQualifiers", "",
+                   "<QUALIFIER.DECLARATION NAME=\"Odd\" TYPE=\"uint8\"><SCOPE CLASS=\"true\"/><VALUE>300</VALUE>"
+                   "</QUALIFIER.DECLARATION>");
+    const auto run = Run({"qualifiers"});
+    EXPECT_EQ(run.status, 7);
+    EXPECT_THAT(run.output, HasSubstr("Odd"));
+    EXPECT_THAT(
+        run.errors,
+        HasSubstr("(1 that cannot be read); the first: qualifier declaration Odd: integer out of range: 300, "));
+}
+
+TEST_F(InstancesTest, NamesOfClassesThatAreNotInUtf8AreCounted) {
+    fServer.Answer("EnumerateClassNames", "", "<CLASSNAME NAME=\"TEST_Gr\xfcn\"/>");
+    const auto run = Run({"classes"});
+    EXPECT_EQ(run.status, 7) << run.output;
+    EXPECT_EQ(run.output, "TEST_Gr\xc3\xbcn\n");
+    EXPECT_THAT(run.errors, HasSubstr("1 not in UTF-8"));
+}
+
 TEST_F(InstancesTest, StrictlyAnAnswerWithAValueThatCannotBeReadFails) {
     fServer.Answer("EnumerateInstances", "TEST_Disk",
                    InstanceXml("TEST_Disk", "sda", PropertyXml("Size", "uint64", "many")) +

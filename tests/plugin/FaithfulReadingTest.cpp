@@ -592,6 +592,31 @@ TEST_F(FaithfulReadingTest, ALenientNamespaceReportsWhatItCannotReadAndHasTheRes
     EXPECT_EQ(fLog->Warnings().size(), 3U);
 }
 
+TEST_F(FaithfulReadingTest, WhatALenientNamespaceCannotReadIsInTheLogOfAHostThatAsksForNoReport) {
+    ServeClass("TEST_Thing", "", KeyPropertyXml("Name") + PropertyXml("Size", "uint8"));
+    fServer.Answer("EnumerateInstances", "TEST_Thing",
+                   DeviceXml("TEST_Thing", "a", PropertyXml("Size", "uint8", ValueXml("300"))));
+    fServer.Answer("GetInstance", "",
+                   "<INSTANCE CLASSNAME=\"TEST_Thing\">" + PropertyXml("Size", "uint8", ValueXml("-1")) +
+                       "</INSTANCE>");
+    TCIMContext context = PluginContext();
+    context[kReadingKey] = TCIMValue(kFaithfulReading);
+    context[kLenientKey] = TCIMValue(true);
+    const auto nameSpace = boost::dynamic_pointer_cast<TCimHTTPNamespace>(
+        TCimHTTPNamespaceProvider::GetInstance()->AllocateNamespace(context, false));
+    nameSpace->connect(fServer.Address(), "", "", kHttpPort);
+    Instances(*nameSpace, "TEST_Thing");
+    ASSERT_EQ(fLog->Warnings().size(), 1U);
+    EXPECT_THAT(fLog->Warnings()[0], HasSubstr("property Size: integer out of range: 300"));
+    TCIMReference path({}, TCIMContext());
+    path.SetClassName("TEST_Thing");
+    path.AddKeyValue("Name", TCIMValue("b"));
+    nameSpace->GetInstance(path, TCIMContext());
+    EXPECT_EQ(fLog->Warnings().size(), 2U);
+    EXPECT_EQ(nameSpace->TakeIncidents().Total(), 2U);
+    EXPECT_EQ(fLog->Warnings().size(), 2U) << "each once";
+}
+
 TEST_F(FaithfulReadingTest, OfAPropertyThatComesTwiceTheLastCountsAndItIsReported) {
     ServeClass("TEST_Thing", "", KeyPropertyXml("Name") + PropertyXml("Size", "uint8"));
     fServer.Answer(

@@ -239,6 +239,25 @@ TEST_F(PulledReadingTest, WhatIsNotHeldComesInTheOrderOfTheServerWhileTheRestIsS
     EXPECT_THAT(nameSpace->TakeIncidents().First(), IsEmpty());
 }
 
+TEST_F(PulledReadingTest, WhatIsNotHeldComesAsOftenAsTheServerSendsItFromTheFirstPortionOn) {
+    ServePortions({{"d", "d"}, {"b"}, {"a"}});
+    const auto nameSpace = Faithful();
+    EXPECT_THAT(Names(*nameSpace, Held(2)), ElementsAre("d", "d", "b", "a"));
+    EXPECT_THAT(nameSpace->TakeIncidents().First(), IsEmpty());
+    EXPECT_THAT(Names(*nameSpace, Held(4)), ElementsAre("a", "b", "d"));
+    const auto incidents = nameSpace->TakeIncidents();
+    ASSERT_THAT(incidents.First(), SizeIs(1));
+    EXPECT_EQ(incidents.First()[0].cause, Cause::kDoubledPath);
+}
+
+TEST_F(PulledReadingTest, OnePathAgainAndAgainIsNotHeldForEver) {
+    fServer.AnswerPortion("OpenEnumerateInstances", kClass, All({"a", "a"}), "x");
+    fServer.AnswerPortion("PullInstancesWithPath", "x", All({"a"}), "x");
+    fServer.Answer("CloseEnumeration", "x", "");
+    EXPECT_THAT(Names(*Faithful(), Held(2), 1), ElementsAre("a"));
+    EXPECT_THAT(Methods(), ElementsAre("OpenEnumerateInstances", "PullInstancesWithPath", "CloseEnumeration"));
+}
+
 TEST_F(PulledReadingTest, WhatMayAllBeHeldComesAsEver) {
     ServePortions({{"d", "c"}, {"b"}, {"a"}});
     const auto nameSpace = Faithful();

@@ -2,6 +2,7 @@
 
 #include <ostream>
 
+#include "commands/IncidentReport.h"
 #include "commands/ListingWriter.h"
 #include "connection/Session.h"
 #include "output/DefinitionListing.h"
@@ -31,7 +32,7 @@ int ClassCommand::Run(const CommandContext& context) {
     default:
         WriteListing(PropertyListing(cls), format, context);
     }
-    return 0;
+    return ReportIncidents(session.TakeIncidents(), context);
 }
 
 } // namespace cimhttp

@@ -2,6 +2,7 @@
 
 #include <ostream>
 
+#include "commands/IncidentReport.h"
 #include "commands/ListingWriter.h"
 #include "connection/Session.h"
 #include "output/DefinitionListing.h"
@@ -40,7 +41,7 @@ int MethodsCommand::Run(const CommandContext& context) {
             WriteListing(MethodListing(cls), format, context, "csv"); // plain has signatures only
         }
     }
-    return 0;
+    return ReportIncidents(session.TakeIncidents(), context);
 }
 
 } // namespace cimhttp

@@ -42,9 +42,12 @@ bool IsAboutValue(Cause cause) {
            cause == Cause::kUnreadableValue || cause == Cause::kForeignBytes || cause == Cause::kDoubledProperty;
 }
 
-std::string Place(const ReadingIncident& incident) {
+/// The words about one, with what is known of its place.
+std::string AboutFirst(const ReadingIncident& incident) {
     const std::string object = incident.path.empty() ? incident.className : incident.path;
-    return incident.property.empty() ? object : incident.property + " of " + object;
+    const bool has_both = !incident.property.empty() && !object.empty();
+    const std::string place = incident.property + (has_both ? " of " : "") + object;
+    return "; the first: " + place + (place.empty() ? "" : ": ") + incident.reason;
 }
 
 } // namespace
@@ -77,7 +80,7 @@ std::string IncidentTally::Text() const {
     const bool are_values =
         std::all_of(counts_.begin(), counts_.end(), [](const auto& count) { return IsAboutValue(count.first); });
     return std::to_string(total) + (are_values ? " value" : " thing") + (total == 1 ? "" : "s") +
-           " could not be taken over (" + causes + "); the first: " + Place(*first_) + ": " + first_->reason;
+           " could not be taken over (" + causes + ')' + (first_ ? AboutFirst(*first_) : std::string());
 }
 
 } // namespace cimhttp
