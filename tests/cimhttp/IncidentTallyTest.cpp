@@ -41,6 +41,11 @@ TEST(IncidentTally, SpeaksOfThingsWhereNotOnlyValuesAreLost) {
               "2 things could not be taken over (1 not valid, 1 that the host cannot keep); the first: TEST_Disk: odd");
 }
 
+TEST(IncidentTally, NamesWhatBelongsToNoClass) {
+    EXPECT_EQ(TallyOf({{Cause::kUnreadableValue, "", "", "qualifier declaration Level", "odd"}}).Text(),
+              "1 value could not be taken over (1 that cannot be read); the first: qualifier declaration Level: odd");
+}
+
 TEST(IncidentTally, AddsUpAndKeepsTheVeryFirst) {
     IncidentTally tally;
     EXPECT_TRUE(tally.IsEmpty());

@@ -159,6 +159,28 @@ TEST_F(ProgramTest, AClassIsShownAsMof) {
                           "};\n");
 }
 
+TEST_F(ProgramTest, WhatCannotBeReadOfDefinitionsAndTheirNamesIsToldByEveryCommandThatShowsThem) {
+    const std::string cls =
+        "<CLASS NAME=\"TEST_Odd\"><METHOD NAME=\"Start\" TYPE=\"uint8\"><QUALIFIER NAME=\"Level\" TYPE=\"uint8\">"
+        "<VALUE>many</VALUE></QUALIFIER></METHOD></CLASS>";
+    fServer.Answer("GetClass", "TEST_Odd", cls);
+    fServer.Answer("EnumerateClasses", "", cls);
+    fServer.Answer("EnumerateClassNames", "", "<CLASSNAME NAME=\"TEST_G\xFC\"/>");
+    fServer.Answer("EnumerateQualifiers", "",
+                   "<QUALIFIER.DECLARATION NAME=\"Level\" TYPE=\"uint8\"><SCOPE METHOD=\"true\"/><VALUE>many</VALUE>"
+                   "</QUALIFIER.DECLARATION>");
+    for (const std::vector<std::string>& command : std::vector<std::vector<std::string>>{
+             {"class", "TEST_Odd"}, {"methods", "TEST_Odd"}, {"tree"}, {"classes"}, {"qualifiers"}}) {
+        const auto run = Run(command);
+        EXPECT_EQ(run.status, 7) << command.front();
+        EXPECT_NE(run.output, "") << command.front();
+        EXPECT_THAT(run.errors, HasSubstr("could not be taken over (")) << command.front();
+        std::vector<std::string> strictly = {"--strict"};
+        strictly.insert(strictly.end(), command.begin(), command.end());
+        EXPECT_EQ(Run(strictly).status, 6) << command.front();
+    }
+}
+
 TEST_F(ProgramTest, InstancesAreATableWithTheKeysFirstAndNoEmptyColumns) {
     const auto run = Run({"instances", "TEST_Disk"});
     EXPECT_EQ(run.status, 0) << run.errors;

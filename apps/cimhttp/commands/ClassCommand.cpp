@@ -2,7 +2,9 @@
 
 #include <ostream>
 
+#include "commands/IncidentReport.h"
 #include "commands/ListingWriter.h"
+#include "connection/IncidentTally.h"
 #include "connection/Session.h"
 #include "output/DefinitionListing.h"
 #include "output/MofWriter.h"
@@ -31,7 +33,7 @@ int ClassCommand::Run(const CommandContext& context) {
     default:
         WriteListing(PropertyListing(cls), format, context);
     }
-    return 0;
+    return ReportIncidents(session.TakeIncidents(), context);
 }
 
 } // namespace cimhttp

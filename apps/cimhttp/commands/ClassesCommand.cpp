@@ -4,7 +4,9 @@
 #include <ostream>
 
 #include "commands/ClassPattern.h"
+#include "commands/IncidentReport.h"
 #include "commands/ListingWriter.h"
+#include "connection/IncidentTally.h"
 #include "connection/Session.h"
 #include "output/Json.h"
 #include "output/Listing.h"
@@ -44,7 +46,8 @@ CommandDescription ClassesCommand::Describe() {
 
 int ClassesCommand::Run(const CommandContext& context) {
     RowLimit limit(limit_);
-    const auto all = context.Connect().ClassNames();
+    Session session = context.Connect();
+    const auto all = session.ClassNames();
     auto names = Selected(all, pattern_);
     if (names.empty() && !all.empty()) {
         SayThatNoClassMatches(pattern_, all.size(), context.errors);
@@ -53,7 +56,7 @@ int ClassesCommand::Run(const CommandContext& context) {
     Write(names, context);
     context.output.flush();
     limit.Report("classes", context.errors);
-    return 0;
+    return ReportIncidents(session.TakeIncidents(), context);
 }
 
 void ClassesCommand::Write(const std::vector<std::string>& names, const CommandContext& context) {

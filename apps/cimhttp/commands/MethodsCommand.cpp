@@ -2,7 +2,9 @@
 
 #include <ostream>
 
+#include "commands/IncidentReport.h"
 #include "commands/ListingWriter.h"
+#include "connection/IncidentTally.h"
 #include "connection/Session.h"
 #include "output/DefinitionListing.h"
 #include "output/MofWriter.h"
@@ -40,7 +42,7 @@ int MethodsCommand::Run(const CommandContext& context) {
             WriteListing(MethodListing(cls), format, context, "csv"); // plain has signatures only
         }
     }
-    return 0;
+    return ReportIncidents(session.TakeIncidents(), context);
 }
 
 } // namespace cimhttp

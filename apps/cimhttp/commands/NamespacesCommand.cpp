@@ -1,10 +1,13 @@
 #include "commands/NamespacesCommand.h"
 
+#include <algorithm>
 #include <ostream>
 
 #include "Options.h"
+#include "commands/IncidentReport.h"
 #include "commands/ListingWriter.h"
 #include "commands/Remark.h"
+#include "connection/IncidentTally.h"
 #include "connection/NamespaceSearch.h"
 #include "connection/Session.h"
 #include "output/Json.h"
@@ -59,7 +62,8 @@ int NamespacesCommand::Run(const CommandContext& context) {
             context.output << Printable(name) << '\n';
         }
     }
-    return ReportRemark(search.Remark(), context);
+    const int status = ReportRemark(search.Remark(), context);
+    return std::max(status, ReportIncidents(session.TakeIncidents(), context));
 }
 
 } // namespace cimhttp

@@ -6,7 +6,9 @@
 #include <ostream>
 
 #include "Failure.h"
+#include "commands/IncidentReport.h"
 #include "commands/ListingWriter.h"
+#include "connection/IncidentTally.h"
 #include "connection/Session.h"
 #include "output/DefinitionListing.h"
 #include "output/MofWriter.h"
@@ -54,7 +56,7 @@ int QualifiersCommand::Run(const CommandContext& context) {
     } else {
         WriteListing(DeclarationListing(InOrder(session.QualifierDeclarations())), format, context);
     }
-    return 0;
+    return ReportIncidents(session.TakeIncidents(), context);
 }
 
 } // namespace cimhttp

@@ -3,7 +3,9 @@
 #include <ostream>
 
 #include "Failure.h"
+#include "commands/IncidentReport.h"
 #include "commands/ListingWriter.h"
+#include "connection/IncidentTally.h"
 #include "connection/Session.h"
 #include "output/ClassTree.h"
 #include "output/Json.h"
@@ -123,7 +125,7 @@ int TreeCommand::Run(const CommandContext& context) {
     default:
         Draw(tree, roots, context.output);
     }
-    return 0;
+    return ReportIncidents(session.TakeIncidents(), context);
 }
 
 } // namespace cimhttp

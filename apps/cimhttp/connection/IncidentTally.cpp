@@ -44,7 +44,7 @@ bool IsAboutValue(Cause cause) {
 
 std::string Place(const ReadingIncident& incident) {
     const std::string object = incident.path.empty() ? incident.className : incident.path;
-    return incident.property.empty() ? object : incident.property + " of " + object;
+    return incident.property + (incident.property.empty() || object.empty() ? "" : " of ") + object;
 }
 
 } // namespace
