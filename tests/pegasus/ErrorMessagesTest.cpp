@@ -146,14 +146,19 @@ TEST(ErrorMessageTest, ALongValueIsCutBetweenCharacters) {
 }
 
 TEST(ErrorMessageTest, AnErrorOfTheServerWithoutATextSaysSo) {
-    std::string body = bodyWith("");
-    body.insert(body.find("<IRETURNVALUE>"), "<ERROR CODE=\"4\"/>");
-    try {
-        decode("GetClass", body);
-        FAIL() << "no error";
-    } catch (const CIMException& error) {
-        EXPECT_EQ(std::string(error.getMessage().view()),
-                  "CIM_ERR_INVALID_PARAMETER: the server says no more than this");
+    const std::string name = "CIM_ERR_INVALID_PARAMETER";
+    for (const std::string& attribute :
+         {std::string(), std::string("DESCRIPTION=\"\""), std::string("DESCRIPTION=\" \""),
+          "DESCRIPTION=\"" + name + '"', "DESCRIPTION=\"" + name + ": \""}) {
+        std::string body = bodyWith("");
+        body.insert(body.find("<IRETURNVALUE>"), "<ERROR CODE=\"4\" " + attribute + "/>");
+        try {
+            decode("GetClass", body);
+            FAIL() << "no error";
+        } catch (const CIMException& error) {
+            EXPECT_EQ(std::string(error.getMessage().view()), name + ": the server says no more than this")
+                << attribute;
+        }
     }
 }
 
