@@ -16,11 +16,12 @@ struct Label {
 };
 
 /// The elements that have a name of their own within an object.
-constexpr std::array<Label, 6> kLabels = {{{"PROPERTY", ""},
+constexpr std::array<Label, 7> kLabels = {{{"PROPERTY", ""},
                                            {"QUALIFIER.DECLARATION", "qualifier declaration "},
                                            {"QUALIFIER", "qualifier "},
                                            {"METHOD", "method "},
                                            {"PARAMETER", "parameter "},
+                                           {"PARAMVALUE", "output parameter "},
                                            {"KEYBINDING", "key "}}};
 
 const Label* labelOf(std::string_view element) noexcept {
