@@ -15,6 +15,7 @@ struct RecordedAnswer {
     std::string head;      ///< with its empty line, and with interim answers before it
     std::string body;      ///< without the frames of chunks
     std::string trailers;  ///< whole lines
+    bool isWhole = true;   ///< false where the client did not read on, or could not
 };
 
 /// What a client and a server have said to each other, out of a file that a client has written (docs/recordings.md).
