@@ -175,6 +175,14 @@ TEST(Recording, TakesWhatCameOfAnAnswerThatFailed) {
     EXPECT_TRUE(demo::EndsConnection(cut));
 }
 
+TEST(Recording, GivesThePortionsOfAPulledEnumerationToEachClientAnew) {
+    const std::string pull = OperationBody("PullInstancesWithPath",
+                                           "<IPARAMVALUE NAME=\"EnumerationContext\"><VALUE>c</VALUE></IPARAMVALUE>");
+    demo::Recording recording(Exchange(1, pull, "a1") + Exchange(2, pull, "a2"));
+    EXPECT_THAT(Next(recording, pull, 4),
+                ElementsAre(Message("7", "a1"), Message("7", "a2"), Message("7", "a1"), Message("7", "a2")));
+}
+
 TEST(Recording, HasOneAnswerToARequest) {
     const demo::Recording recording(Exchange(1, Enumeration("A"), "a") + Answer(1, Head("b"), "b"));
     EXPECT_EQ(recording.Size(), 1U);

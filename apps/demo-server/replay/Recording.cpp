@@ -261,9 +261,12 @@ const RecordedAnswer* Recording::Next(const std::string& meaning) {
         return nullptr;
     }
     Answers& answers = found->second;
-    const std::size_t index = std::min(answers.next, answers.all.size() - 1);
-    ++answers.next;
-    return &answers.all[index];
+    const auto& all = answers.all;
+    if (answers.next == all.size()) {
+        // Behind its last portion an enumeration is only pulled by somebody who has opened it again.
+        answers.next = meaning.compare(0, 4, "pull") == 0 ? 0 : all.size() - 1;
+    }
+    return &all[answers.next++];
 }
 
 std::size_t Recording::Size() const {

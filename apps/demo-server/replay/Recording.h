@@ -27,7 +27,8 @@ class Recording {
     explicit Recording(std::string_view text);
 
     /// The answer to a request with this meaning (RequestMeaning.h): one after the other if it was asked more than
-    /// once, and the last one from then on. Null when it was not asked.
+    /// once, and the last one from then on; the portions of an enumeration that is pulled come again. Null when it was
+    /// not asked.
     const RecordedAnswer* Next(const std::string& meaning);
 
     /// How many answers there are.
