@@ -73,6 +73,7 @@ void TraceFile::onAnswerHead(std::string_view head, Time time) {
     fText += head;
     fBodyBytes = 0;
     fLastOfBody = '\n';
+    fIsInAnswer = true;
 }
 
 void TraceFile::onAnswerBody(std::string_view part) {
@@ -86,6 +87,7 @@ void TraceFile::onAnswerBody(std::string_view part) {
 
 void TraceFile::onAnswerEnd(std::string_view trailers, Time time) {
     EndBody();
+    fIsInAnswer = false;
     fText += trailers;
     AddTitle("end of the answer, " + std::to_string(fBodyBytes) + " bytes in its body" + SinceBegin(time), time);
     Write();
@@ -94,6 +96,11 @@ void TraceFile::onAnswerEnd(std::string_view trailers, Time time) {
 void TraceFile::onFailure(const Pegasus::String& message, Time time) {
     try {
         EndBody();
+        if (std::exchange(fIsInAnswer, false)) {
+            AddTitle("end of what came of the answer, " + std::to_string(fBodyBytes) + " bytes in its body" +
+                         SinceBegin(time),
+                     time);
+        }
         AddTitle("failed" + SinceBegin(time) + ": " + std::string(message.view()), time);
         Write();
     } catch (const Pegasus::Exception&) {
@@ -105,6 +112,7 @@ void TraceFile::Begin(Time time) {
     fNumber = NextNumber();
     fBegin = time;
     fLastOfBody = '\n';
+    fIsInAnswer = false;
 }
 
 void TraceFile::AddTitle(const std::string& text, Time time) {

@@ -49,6 +49,7 @@ class TraceFile : public Pegasus::ExchangeObserver {
     Time fBegin;
     std::uint64_t fBodyBytes = 0;
     char fLastOfBody = '\n';
+    bool fIsInAnswer = false;
 };
 
 } // namespace NQORVYX20

@@ -10,6 +10,7 @@
 #include "ProgramRun.h"
 #include "replay/ReplayListener.h"
 #include "server/DemoServer.h"
+#include "support/CimServer.h"
 #include "support/LoopbackAddress.h"
 #include "support/TemporaryDirectory.h"
 
@@ -85,6 +86,36 @@ TEST_F(RecordTest, WhatWasRecordedIsPlayedToTheSameCommandsWithTheSameResults) {
     }
     EXPECT_THAT(recorded[0].output, HasSubstr("greatest"));
     EXPECT_EQ(recorded.back().status, 5);
+    EXPECT_THAT(fUnknown, testing::IsEmpty());
+}
+
+TEST_F(RecordTest, AnAnswerThatCannotBeReadIsPlayedAndFailsInTheSameWay) {
+    fServer.reset();
+    support::CimServer server;
+    server.Listen(kHttpPort);
+    const std::string head = "HTTP/1.1 200 OK\r\nCIMOperation: MethodResponse\r\nContent-Type: application/xml\r\n";
+    const std::string begin = "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><MESSAGE ID=\"1\" PROTOCOLVERSION=\"1.0\">";
+    const std::vector<std::string> answers{
+        head + "Content-Length: 84\r\n\r\n" + begin + "<SIMPLERSP></CIM>",
+        head + "Content-Length: 1000\r\n\r\n" + begin,
+        head + "Transfer-Encoding: chunked\r\n\r\n5\r\n<CIM \r\n",
+        "HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nContent-Length: 6\r\n\r\n<html>",
+        "HTTP/1.1 500 Broken\r\nContent-Length: 4\r\n\r\noops",
+    };
+    const auto command = [](std::size_t number) { return Words{"class", "TEST_" + std::to_string(number)}; };
+    std::vector<ProgramRun> recorded;
+    for (std::size_t i = 0; i < answers.size(); ++i) {
+        server.AnswerNextWith(answers[i]);
+        recorded.push_back(Record(command(i)));
+    }
+    server.Stop();
+    Replay();
+    for (std::size_t i = 0; i < answers.size(); ++i) {
+        const auto played = Run(command(i));
+        EXPECT_EQ(played.status, recorded[i].status) << answers[i];
+        EXPECT_NE(played.errors, "");
+        EXPECT_THAT(recorded[i].errors, testing::EndsWith(played.errors)) << answers[i];
+    }
     EXPECT_THAT(fUnknown, testing::IsEmpty());
 }
 

@@ -9,6 +9,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <new>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -89,6 +91,27 @@ TEST(RequestMeaning, IsThatOfTheOperationItsObjectAndItsParameters) {
     EXPECT_NE(listed("<VALUE>A</VALUE><VALUE>b</VALUE>"), listed("<VALUE>A;1 b</VALUE>"));
 }
 
+TEST(RequestMeaning, OfPathsWithinPathsIsNoLongerThanThese) {
+    const std::string quotes(1000, '"');
+    std::string path = "<KEYVALUE>" + quotes + "</KEYVALUE>";
+    const auto meaning = [&](const std::string& key) {
+        std::string value = path;
+        for (int i = 0; i < 8; ++i) {
+            value = "<INSTANCENAME CLASSNAME=\"A\"><KEYBINDING NAME=\"" + key + "\">" +
+                    (i == 0 ? value : "<VALUE.REFERENCE>" + value + "</VALUE.REFERENCE>") +
+                    "</KEYBINDING></INSTANCENAME>";
+        }
+        return MeaningOf(
+            OperationBody("GetInstance", "<IPARAMVALUE NAME=\"InstanceName\">" + value + "</IPARAMVALUE>"));
+    };
+    const std::string one = meaning("Key");
+    EXPECT_LT(one.size(), quotes.size() + 500);
+    EXPECT_EQ(meaning("KEY"), one);
+    EXPECT_NE(meaning("Other"), one);
+    path = "<KEYVALUE>" + quotes + "2</KEYVALUE>";
+    EXPECT_NE(meaning("Key"), one);
+}
+
 TEST(RequestMeaning, HasAShortTextWithoutAnythingThatSteersATerminal) {
     EXPECT_EQ(demo::ShortTextOf(demo::ReadRequest(Enumeration("CIM_Fan"))),
               "EnumerateInstances of CIM_Fan in root/cimv2");
@@ -133,6 +156,52 @@ TEST(Recording, LeavesOutWhatHasNoAnswerAndAskingForALoginUnlessThatWasAll) {
     EXPECT_THAT(Next(recording, Enumeration("A"), 1), ElementsAre(Message("7", "a")));
     ASSERT_NE(recording.Next(MeaningOf(Enumeration("B"))), nullptr);
     EXPECT_EQ(recording.Next(MeaningOf(Enumeration("B")))->head, challenge);
+}
+
+TEST(Recording, TakesWhatCameOfAnAnswerThatFailed) {
+    const auto partial = [](int number, const std::string& head, const std::string& body) {
+        return Part(number, "answer after 0.1 s", "end of what came of the answer, ", head, body) +
+               Title(number, "failed after 0.1 s: the server closed the connection in the middle of the answer");
+    };
+    demo::Recording recording(
+        Request(1, Enumeration("A")) + partial(1, "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n", "<a>") +
+        Request(2, Enumeration("B")) + partial(2, "HTTP/1.1 200 OK\r\nContent-Length: 7\r\n\r\n", "<b>\n"));
+    ASSERT_EQ(recording.Size(), 2U);
+    const auto& chunked = *recording.Next(MeaningOf(Enumeration("A")));
+    EXPECT_EQ(demo::BytesFor(chunked, "1"), "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n3\r\n<a>\r\n");
+    EXPECT_TRUE(demo::EndsConnection(chunked));
+    const auto& cut = *recording.Next(MeaningOf(Enumeration("B")));
+    EXPECT_EQ(demo::BytesFor(cut, "1"), "HTTP/1.1 200 OK\r\nContent-Length: 7\r\n\r\n<b>\n");
+    EXPECT_TRUE(demo::EndsConnection(cut));
+}
+
+TEST(Recording, GivesThePortionsOfAPulledEnumerationToEachClientAnew) {
+    const std::string pull = OperationBody("PullInstancesWithPath",
+                                           "<IPARAMVALUE NAME=\"EnumerationContext\"><VALUE>c</VALUE></IPARAMVALUE>");
+    demo::Recording recording(Exchange(1, pull, "a1") + Exchange(2, pull, "a2"));
+    EXPECT_THAT(Next(recording, pull, 4),
+                ElementsAre(Message("7", "a1"), Message("7", "a2"), Message("7", "a1"), Message("7", "a2")));
+}
+
+TEST(Recording, HasOneAnswerToARequest) {
+    const demo::Recording recording(Exchange(1, Enumeration("A"), "a") + Answer(1, Head("b"), "b"));
+    EXPECT_EQ(recording.Size(), 1U);
+}
+
+TEST(Recording, WhosePartsHaveNoEndsIsRefusedWithoutLookingForThemForHours) {
+    std::string text;
+    for (int i = 0; i < 20000; ++i) {
+        text += Title(1, "request");
+    }
+    for (int i = 0; i < 20000; ++i) {
+        text += Title(1, "end of the request, 99999999 bytes in its body");
+    }
+    try {
+        const demo::Recording recording(text);
+        FAIL() << "it is one";
+    } catch (const std::runtime_error& error) {
+        EXPECT_STREQ(error.what(), "too many of its parts have no end");
+    }
 }
 
 TEST(Recording, ThatIsNoneIsRefused) {
@@ -195,6 +264,18 @@ TEST(Replay, AnswersAsRecordedAndSaysWhatIsNot) {
     EXPECT_THAT(refused.headers.at("pgerrordetail"), HasSubstr("not%20recorded%3A%20EnumerateInstances%20of%20B"));
     EXPECT_THAT(unknown, ElementsAre("EnumerateInstances of B in root/cimv2"));
     EXPECT_EQ(ask("no XML").status, 400);
+}
+
+TEST(Replay, GoesOnBehindARequestThatCannotBeAnswered) {
+    demo::Recording recording(Exchange(1, Enumeration("A"), "<x/>"));
+    const demo::ReplayListener listener(
+        recording, [](const std::string& /*request*/) { throw std::bad_alloc(); }, support::LoopbackAddress(), 5988,
+        nullptr);
+    const auto ask = [](const std::string& body) {
+        return exchange::Send(exchange::Post(exchange::OperationHeaders("EnumerateInstances"), body));
+    };
+    EXPECT_EQ(ask(Enumeration("B")).status, 500);
+    EXPECT_EQ(ask(Enumeration("A")).body, Message("7", "<x/>"));
 }
 
 } // namespace

@@ -96,6 +96,14 @@ TEST_F(TraceTest, TheFileTellsWhyThereIsNoConnection) {
     EXPECT_THAT(Trace(), HasSubstr(Failure()->text));
 }
 
+TEST_F(TraceTest, TheFileTellsHowMuchCameOfAnAnswerThatFailed) {
+    fServer.AnswerNextWith("HTTP/1.1 200 OK\r\nCIMOperation: MethodResponse\r\nContent-Length: 20\r\n\r\n<CIM>");
+    EXPECT_FALSE(IsRead(kHttpPort, Options()));
+    EXPECT_THAT(WithoutTimes(Titles()), HasSubstr("\nanswer\nend of what came of the answer\nfailed\n"));
+    EXPECT_THAT(Trace(), HasSubstr("\r\n\r\n<CIM>\n=== "));
+    EXPECT_THAT(Trace(), HasSubstr("  end of what came of the answer, 5 bytes in its body after "));
+}
+
 TEST_F(TraceTest, AFileThatCannotBeWrittenEndsTheOperation) {
     for (const std::string& path : {fFolder.Path().string(), std::string("/dev/full")}) {
         EXPECT_EQ(StatusOn(kHttpPort, {{kTraceKey, TCIMValue(path)}}), 42U);

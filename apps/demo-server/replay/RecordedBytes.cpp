@@ -75,8 +75,10 @@ std::string BodyFor(const RecordedAnswer& answer, const std::string& messageId) 
     return body.replace(id->begin, id->size, Escaped(messageId));
 }
 
-std::string Chunked(const std::string& body, const std::string& trailers) {
-    return (body.empty() ? "" : fmt::format("{:x}\r\n", body.size()) + body + "\r\n") + "0\r\n" + trailers + "\r\n";
+/// Without its end where that did not come.
+std::string Chunked(const std::string& body, const RecordedAnswer& answer) {
+    return (body.empty() ? "" : fmt::format("{:x}\r\n", body.size()) + body + "\r\n") +
+           (answer.isWhole ? "0\r\n" + answer.trailers + "\r\n" : "");
 }
 
 /// A length that was right is right again.
@@ -93,12 +95,13 @@ std::string HeadFor(const RecordedAnswer& answer, std::size_t size) {
 
 std::string BytesFor(const RecordedAnswer& answer, const std::string& messageId) {
     const std::string body = BodyFor(answer, messageId);
-    return HeadFor(answer, body.size()) + (IsChunked(answer) ? Chunked(body, answer.trailers) : body);
+    return HeadFor(answer, body.size()) + (IsChunked(answer) ? Chunked(body, answer) : body);
 }
 
 bool EndsConnection(const RecordedAnswer& answer) {
     return SameName(ValueOf(answer.head, "Connection"), "close") ||
-           (!IsChunked(answer) && ValueOf(answer.head, "Content-Length") != std::to_string(answer.body.size()));
+           (IsChunked(answer) ? !answer.isWhole
+                              : ValueOf(answer.head, "Content-Length") != std::to_string(answer.body.size()));
 }
 
 } // namespace demo

@@ -10,7 +10,7 @@ namespace demo {
 /// one, and the length fits; chunks are framed anew.
 std::string BytesFor(const RecordedAnswer& answer, const std::string& messageId);
 
-/// Whether the answer's body ends with the connection, or its head says that the connection ends.
+/// Whether the answer's body ends with the connection or is cut off, or its head says that the connection ends.
 bool EndsConnection(const RecordedAnswer& answer);
 
 } // namespace demo

@@ -17,6 +17,12 @@ namespace {
 
 constexpr std::string_view kMark = "=== ";
 constexpr std::string_view kEmptyLine = "\r\n\r\n";
+constexpr std::size_t kMaxTrailers = 65536;
+
+// What reading may cost for each byte of a file, and what a title costs that is looked at, both in bytes that are
+// looked at.
+constexpr std::size_t kMaxEffort = 256;
+constexpr std::size_t kEffortOfTitle = 64;
 
 /// The line above or below a part of a conversation: "=== 7  2026-11-22T10:11:12.123456Z  request".
 struct Title {
@@ -82,6 +88,7 @@ struct Message {
     std::string_view head;
     std::string_view body;
     std::string_view rest; ///< trailers
+    bool isWhole = true;
 };
 
 /// Whether a text is nothing, or whole lines like "Name: value".
@@ -97,47 +104,56 @@ bool IsFields(std::string_view text) {
 }
 
 /// A title within a body looks like one that ends it; the one that counts the bytes right is meant.
-std::optional<Message> Divided(std::string_view message, std::size_t bodyBytes) {
-    const std::size_t begin = EndOfHead(message);
-    if (bodyBytes > message.size() - begin) {
+std::optional<Message> Divided(std::string_view message, std::size_t headBytes, std::size_t bodyBytes) {
+    if (bodyBytes > message.size() - headBytes) {
         return std::nullopt;
     }
-    Message result{message.substr(0, begin), message.substr(begin, bodyBytes), message.substr(begin + bodyBytes)};
+    Message result{message.substr(0, headBytes), message.substr(headBytes, bodyBytes),
+                   message.substr(headBytes + bodyBytes)};
     if (!result.body.empty() && result.body.back() != '\n') {
         if (result.rest.empty() || result.rest.front() != '\n') {
             return std::nullopt;
         }
         result.rest.remove_prefix(1); // the end of a line that is there for the next title
     }
-    return IsFields(result.rest) ? std::optional(result) : std::nullopt;
+    return result.rest.size() <= kMaxTrailers && IsFields(result.rest) ? std::optional(result) : std::nullopt;
 }
+
+/// How the title that ends a part begins: of one that is whole, and of one of which that is not known.
+struct EndTexts {
+    std::string_view whole;
+    std::string_view partial;
+};
+
+constexpr EndTexts kEndsOfRequest{"end of the request, ", "end of the request, "};
+constexpr EndTexts kEndsOfAnswer{"end of the answer, ", "end of what came of the answer, "};
 
 /// Goes through the parts of a file.
 class Parts {
   public:
-    explicit Parts(std::string_view text) : text_(text) {}
+    explicit Parts(std::string_view text) : text_(text), effort_(text.size() * kMaxEffort) {
+        for (std::size_t line = 0; line < text.size();) {
+            const auto end = std::min(text.find('\n', line), text.size() - 1) + 1;
+            if (const auto title = ReadTitle(LineAt(text, line))) {
+                places_[title->number].push_back(titles_.size());
+                titles_.push_back({*title, line, end});
+            }
+            line = end;
+        }
+    }
 
     /// The next title that begins a part.
     std::optional<Title> Next() {
-        while (position_ < text_.size()) {
-            const auto line = LineAt(text_, position_);
-            position_ = std::min(position_ + line.size() + 1, text_.size());
-            if (const auto title = ReadTitle(line)) {
-                return title;
-            }
-        }
-        return std::nullopt;
+        return next_ < titles_.size() ? std::optional(titles_[next_++].title) : std::nullopt;
     }
 
-    /// What stands between a title and the one that ends its part. Nothing where that is missing.
-    std::optional<Message> Content(std::string_view number, std::string_view endText) {
-        const std::size_t begin = position_;
-        for (std::size_t line = begin; line < text_.size(); line = NextLine(line)) {
-            const auto title = ReadTitle(LineAt(text_, line));
-            const auto bytes = title && title->number == number ? BytesIn(title->text, endText) : std::nullopt;
-            const auto message = bytes ? Divided(text_.substr(begin, line - begin), *bytes) : std::nullopt;
-            if (message) {
-                position_ = NextLine(line);
+    /// What stands between the title that came last and the one that ends its part. Nothing where that is missing.
+    std::optional<Message> Content(const EndTexts& ends) {
+        const Line& first = titles_[next_ - 1];
+        const auto& places = places_.find(first.title.number)->second;
+        for (auto place = std::lower_bound(places.begin(), places.end(), next_); place != places.end(); ++place) {
+            if (auto message = ContentTo(titles_[*place], first.end, ends)) {
+                next_ = *place + 1;
                 return message;
             }
         }
@@ -145,13 +161,42 @@ class Parts {
     }
 
   private:
-    std::size_t NextLine(std::size_t line) const {
-        const auto end = text_.find('\n', line);
-        return end == std::string_view::npos ? text_.size() : end + 1;
+    struct Line {
+        Title title;
+        std::size_t begin;
+        std::size_t end;
+    };
+
+    std::optional<Message> ContentTo(const Line& last, std::size_t begin, const EndTexts& ends) {
+        Spend(kEffortOfTitle);
+        const auto whole = BytesIn(last.title.text, ends.whole);
+        const auto bytes = whole ? whole : BytesIn(last.title.text, ends.partial);
+        if (!bytes) {
+            return std::nullopt;
+        }
+        const auto text = text_.substr(begin, last.begin - begin);
+        const std::size_t headBytes = EndOfHead(text);
+        Spend(headBytes + std::min(text.size() - headBytes, kMaxTrailers));
+        auto message = Divided(text, headBytes, *bytes);
+        if (message) {
+            message->isWhole = whole.has_value();
+        }
+        return message;
     }
 
-    std::string_view text_;
-    std::size_t position_ = 0;
+    /// Titles without ends are looked for again and again, each as far as the end of the file.
+    void Spend(std::size_t effort) {
+        if (effort > effort_) {
+            throw std::runtime_error("too many of its parts have no end");
+        }
+        effort_ -= effort;
+    }
+
+    const std::string_view text_;
+    std::vector<Line> titles_;
+    std::map<std::string_view, std::vector<std::size_t>> places_; // of titles, by their numbers
+    std::size_t next_ = 0;                                        // title
+    std::size_t effort_;                                          // that is left
 };
 
 /// The operation in the body of a request, if it is one.
@@ -175,14 +220,15 @@ Recording::Recording(std::string_view text) {
     std::map<std::string_view, std::string_view> requests; // the bodies, by number; it begins anew with each run
     while (const auto title = parts.Next()) {
         if (title->text == "request") {
-            const auto request = parts.Content(title->number, "end of the request, ");
+            const auto request = parts.Content(kEndsOfRequest);
             requests[title->number] = request ? request->body : std::string_view();
         } else if (title->text.substr(0, 6) == "answer") {
-            const auto answer = parts.Content(title->number, "end of the answer, ");
+            const auto answer = parts.Content(kEndsOfAnswer);
             const auto request = requests.find(title->number);
             if (answer && request != requests.end()) {
-                Add(request->second,
-                    {"", std::string(answer->head), std::string(answer->body), std::string(answer->rest)});
+                Add(request->second, {"", std::string(answer->head), std::string(answer->body),
+                                      std::string(answer->rest), answer->isWhole});
+                requests.erase(request);
             }
         }
     }
@@ -215,9 +261,12 @@ const RecordedAnswer* Recording::Next(const std::string& meaning) {
         return nullptr;
     }
     Answers& answers = found->second;
-    const std::size_t index = std::min(answers.next, answers.all.size() - 1);
-    ++answers.next;
-    return &answers.all[index];
+    const auto& all = answers.all;
+    if (answers.next == all.size()) {
+        // Behind its last portion an enumeration is only pulled by somebody who has opened it again.
+        answers.next = meaning.compare(0, 4, "pull") == 0 ? 0 : all.size() - 1;
+    }
+    return &all[answers.next++];
 }
 
 std::size_t Recording::Size() const {

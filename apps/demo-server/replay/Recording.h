@@ -15,6 +15,7 @@ struct RecordedAnswer {
     std::string head;      ///< with its empty line, and with interim answers before it
     std::string body;      ///< without the frames of chunks
     std::string trailers;  ///< whole lines
+    bool isWhole = true;   ///< false where the client did not read on, or could not
 };
 
 /// What a client and a server have said to each other, out of a file that a client has written (docs/recordings.md).
@@ -26,7 +27,8 @@ class Recording {
     explicit Recording(std::string_view text);
 
     /// The answer to a request with this meaning (RequestMeaning.h): one after the other if it was asked more than
-    /// once, and the last one from then on. Null when it was not asked.
+    /// once, and the last one from then on; the portions of an enumeration that is pulled come again. Null when it was
+    /// not asked.
     const RecordedAnswer* Next(const std::string& meaning);
 
     /// How many answers there are.

@@ -19,6 +19,7 @@
 #include <cerrno>
 #include <charconv>
 #include <cstring>
+#include <exception>
 #include <mutex>
 #include <optional>
 #include <string_view>
@@ -156,6 +157,7 @@ class ReplayListener::Implementation {
   private:
     void Bind(const std::string& address, int port);
     void Serve(int socket);
+    void Converse(Connection& connection);
     bool Answer(Connection& connection, const std::string& body);
     std::string ReportUnknown(const CimRequest& request);
 
@@ -190,6 +192,15 @@ void ReplayListener::Implementation::Bind(const std::string& address, int port) 
 void ReplayListener::Implementation::Serve(int socket) {
     Connection connection(socket, ConnectionThreads::EnqueueTime(), tls_ ? tls_->Get() : nullptr, limits_, stop_,
                           threads_.Crowd());
+    try {
+        Converse(connection);
+    } catch (const std::exception&) { // out of memory, mostly: the other clients are served on
+        Write(connection, "HTTP/1.1 500 Internal Server Error\r\nConnection: close\r\nContent-Length: 0\r\n\r\n");
+    }
+}
+
+/// Until the connection ends.
+void ReplayListener::Implementation::Converse(Connection& connection) {
     while (connection.WaitForRequest()) {
         const auto request = ReadNext(connection);
         if (!request || !Answer(connection, request->body) || request->isLast) {

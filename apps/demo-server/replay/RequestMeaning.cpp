@@ -1,7 +1,6 @@
 #include "replay/RequestMeaning.h"
 
 #include "schema/Names.h"
-#include "schema/PathText.h"
 
 #include <algorithm>
 #include <cctype>
@@ -41,9 +40,33 @@ std::string MeaningOf(const Value::Items& items) {
     return all;
 }
 
+std::string MeaningOf(const ObjectPath& path);
+
+std::string MeaningOf(const KeyBinding& key) {
+    const auto* const reference = key.value.AsReference();
+    const auto* const text = key.value.AsText();
+    return Measured(LowerCase(key.name)) + (reference ? " of " + Measured(MeaningOf(*reference)) : text ? *text : "");
+}
+
+/// Keys in any order. Each text stands in it once, however deep: the paths come from strangers, and quotes around
+/// quotes would double what is within.
+std::string MeaningOf(const ObjectPath& path) {
+    std::vector<std::string> keys;
+    keys.reserve(path.keys.size());
+    for (const auto& key : path.keys) {
+        keys.push_back(Measured(MeaningOf(key)));
+    }
+    std::sort(keys.begin(), keys.end());
+    std::string all = Measured(LowerCase(path.nameSpace)) + ':' + Measured(LowerCase(path.className));
+    for (const std::string& key : keys) {
+        all += '.' + key;
+    }
+    return all;
+}
+
 std::string MeaningOf(const RequestParameter& parameter) {
     if (const auto* const path = parameter.value.AsReference()) {
-        return PathText(*path);
+        return MeaningOf(*path);
     }
     if (const auto* const items = parameter.value.AsArray()) {
         return MeaningOf(*items);
