@@ -214,12 +214,32 @@ TEST(LenientTest, BytesThatAreNotUtf8AreLatin1OrUnknown) {
     }
 }
 
-TEST(LenientTest, HalfASurrogatePairIsReplacedAsAWholeAndAReferenceToItRefused) {
+TEST(LenientTest, HalfASurrogatePairIsReplacedAsAWhole) {
     const LenientAnswer answer = decodeLeniently(bodyWith(named(property("P", "string", "a\xED\xA0\x80z"))));
     EXPECT_EQ(answer.instances.at(0).getProperty(0).getValue(), CIMValue(String("a\xEF\xBF\xBDz")));
     EXPECT_EQ(answer.findings.counts[LenientFinding::FOREIGN_BYTES], 1U);
-    for (const char* reference : {"&#0;", "&#xD800;", "&#xFFFE;"})
-        EXPECT_THROW(decodeLeniently(bodyWith(named(property("P", "string", reference)))), CIMClientXmlException);
+}
+
+TEST(LenientTest, AReferenceToWhatIsNoCharacterCostsTheValue) {
+    for (const std::string reference : {"&#0;", "&#xD800;", "&#xFFFE;", "a&#0;&#0;b<![CDATA[c]]>&#0;"}) {
+        const std::string list = "<PROPERTY.ARRAY NAME=\"L\" TYPE=\"string\"><VALUE.ARRAY><VALUE>a</VALUE><VALUE>" +
+                                 reference + "</VALUE></VALUE.ARRAY></PROPERTY.ARRAY>";
+        const std::string body =
+            bodyWith(named(property("P", "string", reference) + list + property("Q", "uint8", "7")));
+        const LenientAnswer answer = decodeLeniently(body);
+        const CIMInstance& instance = answer.instances.at(0);
+        EXPECT_EQ(instance.getProperty(0).getValue(), CIMValue(CIMTYPE_STRING, false));
+        EXPECT_TRUE(instance.getProperty(1).getValue().isNullElement(1));
+        EXPECT_EQ(instance.getProperty(2).getValue(), CIMValue(Uint8(7)));
+        ASSERT_EQ(answer.findings.total, 2U) << reference;
+        EXPECT_EQ(answer.findings.first[0].kind, LenientFinding::UNREADABLE_VALUE);
+        EXPECT_THAT(text(answer.findings.first[0].text), HasSubstr(reference.substr(0, 5)));
+        EXPECT_THAT(text(answer.findings.first[0].reason), HasSubstr("which XML does not allow"));
+    }
+    for (const char* tag : {"<PROPERTY NAME=\"&#0;\" TYPE=\"string\"/>",
+                            "<PROPERTY.REFERENCE NAME=\"R\"><VALUE.REFERENCE><INSTANCENAME CLASSNAME=\"&#0;\"/>"
+                            "</VALUE.REFERENCE></PROPERTY.REFERENCE>"})
+        EXPECT_THROW(decodeLeniently(bodyWith(named(tag))), CIMClientXmlException) << "of a tag it costs the answer";
 }
 
 TEST(LenientTest, ElementsBehindVeryManyForeignBytesAreTold) {

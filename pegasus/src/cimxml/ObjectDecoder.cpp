@@ -505,7 +505,7 @@ void ObjectDecoder::goOnBehind(const DecodingError& error, const Depth& outside,
     const std::string_view text = error.value ? std::string_view(*error.value) : reader.textFrom(reader.tagPosition());
     findings_.add({LenientFinding::UNREADABLE_VALUE, std::string(beginningOf(text, kLongestExcerpt)), error.what,
                    reader.tagPosition(), std::string()});
-    reader.skipTo(outside.elements);
+    reader.skipBadTextTo(outside.elements);
     embedding_ = outside.embedding;
 }
 

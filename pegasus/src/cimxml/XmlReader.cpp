@@ -36,6 +36,10 @@ bool isPlainBlock(const char* block) noexcept {
     return least != 0;
 }
 
+std::string badReferenceText(std::uint32_t codePoint) {
+    return "a reference stands for " + codePointText(codePoint) + ", which XML does not allow";
+}
+
 } // namespace
 
 XmlReader::XmlReader(TagMemory& tags, const Checkpoint* checkpoint, std::string_view text)
@@ -99,6 +103,17 @@ void XmlReader::skipTo(std::size_t depth) {
         else
             takeStartTag();
     }
+}
+
+void XmlReader::skipBadTextTo(std::size_t depth) {
+    skipsBadText_ = true;
+    try {
+        skipTo(depth);
+    } catch (...) {
+        skipsBadText_ = false;
+        throw;
+    }
+    skipsBadText_ = false;
 }
 
 std::string_view XmlReader::elementUpTo(std::string_view endTag, std::size_t longest) const noexcept {
@@ -310,7 +325,7 @@ std::string_view XmlReader::resolveAttributeValue(const char* begin, char quote)
         if (c == '<')
             throwMalformed({"the value of an attribute holds '<'"});
         if (c == '&')
-            resolveReference(value);
+            resolveReferenceInValue(value);
         else if (isXmlSpace(c))
             resolveLineEnd(' ', value);
         else
@@ -377,7 +392,7 @@ inline const char* XmlReader::skipPlainText() {
 /// Takes what is no plain text and no tag.
 void XmlReader::resolveSpecial() {
     if (*at_ == '&')
-        resolveReference(resolvedText_);
+        resolveReferenceInText();
     else if (*at_ == '\r')
         resolveLineEnd('\n', resolvedText_);
     else if (isNext(kCDataOpening))
@@ -392,7 +407,27 @@ void XmlReader::resolveLineEnd(char replacement, std::string& out) {
     out += replacement;
 }
 
-void XmlReader::resolveReference(std::string& out) {
+/// In the value of an attribute. One that stands for no character spoils the tag, and stays where it is.
+void XmlReader::resolveReferenceInValue(std::string& out) {
+    const char* const begin = at_;
+    const std::uint32_t character = takeReference();
+    if (!isAcceptedCharacter(character)) {
+        at_ = begin;
+        throwMalformed({badReferenceText(character)});
+    }
+    detail::appendUtf8(character, out);
+}
+
+/// In the text of an element. One that stands for no character spoils the text alone, and is left.
+void XmlReader::resolveReferenceInText() {
+    const std::uint32_t character = takeReference();
+    if (isAcceptedCharacter(character))
+        detail::appendUtf8(character, resolvedText_);
+    else if (!skipsBadText_)
+        throwXmlError({badReferenceText(character)});
+}
+
+std::uint32_t XmlReader::takeReference() {
     const std::string_view begin = rest().substr(0, kLongestReference);
     const std::size_t end = begin.find(';');
     if (end == std::string_view::npos) {
@@ -400,8 +435,9 @@ void XmlReader::resolveReference(std::string& out) {
             throw EndOfText();
         throwMalformed({"'&' begins no reference: ", begin});
     }
-    detail::appendUtf8(characterOf(begin.substr(0, end + 1)), out);
+    const std::uint32_t character = characterOf(begin.substr(0, end + 1));
     at_ += end + 1;
+    return character;
 }
 
 void XmlReader::resolveCData() {

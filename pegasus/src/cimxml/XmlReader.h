@@ -65,6 +65,8 @@ class XmlReader {
     std::size_t depth() const noexcept { return depth_; }
     /// Leaves elements until so many are entered.
     void skipTo(std::size_t depth);
+    /// The same also where references in their texts stand for characters that XML does not allow.
+    void skipBadTextTo(std::size_t depth);
 
     /// The text of the element that was entered last, from its start tag to the first `endTag`, which is behind it when
     /// it holds no such text otherwise. Empty when it has no content, not all of it is there, or it is longer than
@@ -117,7 +119,9 @@ class XmlReader {
     const char* skipPlainText();
     void resolveSpecial();
     void resolveLineEnd(char replacement, std::string& out);
-    void resolveReference(std::string& out);
+    void resolveReferenceInValue(std::string& out);
+    void resolveReferenceInText();
+    std::uint32_t takeReference();
     void resolveCData();
     void countNodes(std::size_t count);
     void passCheckpoint();
@@ -145,6 +149,7 @@ class XmlReader {
     RememberedTag* tagOfOthers_ = nullptr;          // and within elements whose tags are not remembered
     std::forward_list<std::string> resolvedValues_; // values of attributes that do not stand for themselves
     std::string resolvedText_;
+    bool skipsBadText_ = false;
 };
 
 } // namespace Pegasus::cimxml

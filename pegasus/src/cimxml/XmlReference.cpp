@@ -1,6 +1,5 @@
 #include "cimxml/XmlReference.h"
 
-#include "cimxml/XmlCharacters.h"
 #include "cimxml/XmlError.h"
 
 #include <array>
@@ -19,8 +18,6 @@ std::optional<std::uint32_t> characterIn(std::string_view digits, int base) {
     const auto [last, error] = std::from_chars(digits.data(), end, codePoint, base);
     if (error != std::errc() || last != end)
         return std::nullopt;
-    if (!isAcceptedCharacter(codePoint))
-        throwMalformed({"a reference stands for ", codePointText(codePoint), ", which XML does not allow"});
     return codePoint;
 }
 

@@ -10,7 +10,7 @@ namespace Pegasus::cimxml {
 constexpr std::size_t kLongestReference = 10;
 
 /// The character that a reference stands for, given with its '&' and ';': one of XML's five entities, or a character in
-/// base 10 or 16. Throws DecodingError for every other text, and for characters that are not accepted.
+/// base 10 or 16, which may be none that is accepted. Throws DecodingError for every other text.
 std::uint32_t characterOf(std::string_view reference);
 
 } // namespace Pegasus::cimxml
