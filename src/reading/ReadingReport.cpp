@@ -7,9 +7,10 @@
 namespace NQORVYX20 {
 
 void ReadingReport::AddAndLog(ReadingIncident incident) {
-    std::string text = "TCimHTTPNamespace: " + (incident.path.empty() ? incident.className : incident.path);
+    const std::string& object = incident.path.empty() ? incident.className : incident.path;
+    std::string text = "TCimHTTPNamespace: " + object;
     if (!incident.property.empty()) {
-        text += ", property " + incident.property;
+        text += (object.empty() ? "" : ", ") + ("property " + incident.property);
     }
     LogWarning(text + ": " + incident.reason);
     Add(std::move(incident));

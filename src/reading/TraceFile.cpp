@@ -103,8 +103,8 @@ void TraceFile::onFailure(const Pegasus::String& message, Time time) {
         }
         AddTitle("failed" + SinceBegin(time) + ": " + std::string(message.view()), time);
         Write();
-    } catch (const Pegasus::Exception&) {
-        // the operation has failed already
+    } catch (...) {
+        // the operation has failed already, and its exception is the one to be told
     }
 }
 

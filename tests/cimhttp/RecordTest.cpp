@@ -157,6 +157,13 @@ TEST_F(RecordTest, AFileThatOthersMayReadIsRefusedAndSoIsWhatIsNoFile) {
     EXPECT_EQ(Run({"record", "/dev/null", "classes"}).status, 2);
 }
 
+TEST_F(RecordTest, IsATraceOfItsOwn) {
+    const auto run = Run({"--trace", fFolder.Path() / "trace", "record", fFile, "classes"});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_THAT(run.errors, HasSubstr("leave out --trace"));
+    EXPECT_FALSE(std::filesystem::exists(fFile));
+}
+
 TEST_F(RecordTest, NeedsAFileAndACommand) {
     for (const Words& words : {Words{"record"}, Words{"record", "file.rec"}, Words{"record", fFile, "nothing"},
                                Words{"record", fFile, "record", fFile, "classes"}}) {

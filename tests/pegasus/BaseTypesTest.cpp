@@ -364,10 +364,10 @@ TEST(CIMExceptionTest, TheMessageBeginsWithTheCodesNameOnce) {
     EXPECT_EQ(message(6, "CIM_ERR_NOT_FOUND: no such class"), "CIM_ERR_NOT_FOUND: no such class");
     EXPECT_EQ(message(6, "CIM_ERR_NOT_FOUND:no such class"), "CIM_ERR_NOT_FOUND: no such class");
     EXPECT_EQ(message(6, "CIM_ERR_NOT_FOUND no such class"), "CIM_ERR_NOT_FOUND: no such class");
-    EXPECT_EQ(message(6, "CIM_ERR_NOT_FOUND"), "CIM_ERR_NOT_FOUND: ");
+    EXPECT_EQ(message(6, "CIM_ERR_NOT_FOUND"), "CIM_ERR_NOT_FOUND: nothing more is said");
     EXPECT_EQ(message(1, "CIM_ERR_FAILED_BADLY"), "CIM_ERR_FAILED: CIM_ERR_FAILED_BADLY");
     EXPECT_EQ(message(1, "CIM_ERR_NOT_FOUND: x"), "CIM_ERR_FAILED: CIM_ERR_NOT_FOUND: x");
-    EXPECT_EQ(message(28, ""), "CIM_ERR_SERVER_IS_SHUTTING_DOWN: ");
+    EXPECT_EQ(message(28, ""), "CIM_ERR_SERVER_IS_SHUTTING_DOWN: nothing more is said");
     EXPECT_EQ(message(999, "x"), "CIM error 999: x");
     EXPECT_EQ(CIMException(CIM_ERR_ACCESS_DENIED).getCode(), CIM_ERR_ACCESS_DENIED);
 }

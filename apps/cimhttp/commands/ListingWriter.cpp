@@ -96,7 +96,9 @@ std::string LeftOutColumns(const std::vector<std::string>& columns, const std::s
     for (std::size_t count = 1; count <= columns.size() && DisplayWidth(names) <= width; ++count) {
         names += (count == 1 ? "" : ", ") + columns[count - 1];
         const std::size_t left = columns.size() - count;
-        const std::string whole = names + (left == 0 ? "" : " and " + std::to_string(left) + " more") + hint;
+        const std::string more = left == 0 ? "" : " and " + std::to_string(left) + " more";
+        std::string whole = names;
+        whole.append(more).append(hint);
         line = DisplayWidth(whole) <= width ? whole : line;
     }
     return line;

@@ -178,7 +178,7 @@ TlsSettings CheckedSettings(TlsSettings settings, bool tls) {
 
 std::string NamespaceOf(const Options& options) {
     const std::string name = options.name_space.value_or(kUsualNamespace);
-    const std::string without_slash = !name.empty() && name.front() == '/' ? name.substr(1) : name;
+    std::string without_slash = !name.empty() && name.front() == '/' ? name.substr(1) : name;
     if (without_slash.empty()) {
         Refuse("which namespace? '" + name + "' names none");
     }

@@ -29,7 +29,8 @@ std::string_view behindWord(std::string_view text, std::string_view word) {
 
 String withCodeName(CIMStatusCode code, const String& description) {
     const std::string name = codeName(code);
-    return String(name + ": " + std::string(behindWord(description.view(), name)));
+    const std::string_view text = behindWord(description.view(), name);
+    return String(name + ": " + std::string(text.empty() ? "nothing more is said" : text));
 }
 
 String quoted(const char* before, const String& text) { return String(before) + String(" \"") + text + String("\""); }
