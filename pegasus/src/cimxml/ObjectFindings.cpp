@@ -15,7 +15,10 @@ void ObjectFindings::within(std::size_t since, std::string_view element) {
     for (std::size_t i = since; i < first_.size(); ++i) {
         std::string& name = first_[i].element;
         const bool isPart = name.empty() || name.find(' ') == std::string::npos; // "Q", not "qualifier Q"
-        name = isPart ? std::string(element) + (name.empty() ? "" : ".") + name : name + " of " + std::string(element);
+        if (isPart)
+            name.insert(0, name.empty() ? "" : ".").insert(0, element);
+        else
+            name.append(" of ").append(element);
     }
 }
 
