@@ -402,7 +402,7 @@ CIMProperty ObjectDecoder::withEmbedding(CIMProperty& property, XmlReader& reade
     for (Uint32 i = 0; i < property.getQualifierCount(); ++i)
         detail::Unchecked::add(embedding, property.getQualifier(i));
     return embedding;
-}
+} // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks): it does not know who counts the value's handles
 
 template <class T>
 CIMValue ObjectDecoder::embeddedValue(const CIMValue& texts, XmlReader& reader) {
