@@ -242,6 +242,17 @@ TEST(RecordedBytes, EndTheConnectionWhereTheServerDid) {
     EXPECT_TRUE(demo::EndsConnection({"7", "HTTP/1.0 200 OK\r\n\r\n", body, ""}));
 }
 
+TEST(RecordedBytes, OfAHeadWithoutColonsDoNotTakeHours) {
+    std::string head = "HTTP/1.1 200 OK\r\n";
+    for (int i = 0; i < 600000; ++i) {
+        head += "a\r\n";
+    }
+    head += std::string(std::size_t{4} << 20, 'a') + "\r\n\r\n"; // each line would be searched as far as this
+    const demo::RecordedAnswer answer{"7", head, "b", ""};
+    EXPECT_TRUE(demo::BytesFor(answer, "8") == head + "b");
+    EXPECT_TRUE(demo::EndsConnection(answer));
+}
+
 TEST(Replay, AnswersAsRecordedAndSaysWhatIsNot) {
     demo::Recording recording(Exchange(1, Enumeration("A"), "<x/>"));
     std::vector<std::string> unknown;

@@ -24,10 +24,10 @@ std::optional<Range> FieldIn(const std::string& head, std::string_view name) {
     const auto before = head.rfind("\r\n\r\n", head.size() < 5 ? 0 : head.size() - 5);
     for (std::size_t line = before == std::string::npos ? 0 : before + 4; line < head.size();) {
         const auto end = head.find("\r\n", line);
-        const auto colon = head.find(':', line);
         if (end == std::string::npos || end == line) {
             return std::nullopt;
         }
+        const auto colon = std::string_view(head).substr(0, end).find(':', line);
         if (colon < end && SameName(std::string_view(head).substr(line, colon - line), name)) {
             const auto begin = std::min(head.find_first_not_of(" \t", colon + 1), end);
             return Range{begin, end - begin};
