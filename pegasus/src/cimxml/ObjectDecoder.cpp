@@ -502,10 +502,12 @@ void ObjectDecoder::goOnBehind(const DecodingError& error, const Depth& outside,
     const bool isValue = error.kind == DecodingError::Kind::Content || error.kind == DecodingError::Kind::Incomplete;
     if (!lenient_ || !isValue)
         throw; // NOLINT(misc-throw-by-value-catch-by-reference): called where it is caught
-    const std::string_view text = error.value ? std::string_view(*error.value) : reader.textFrom(reader.tagPosition());
-    findings_.add({LenientFinding::UNREADABLE_VALUE, std::string(beginningOf(text, kLongestExcerpt)), error.what,
-                   reader.tagPosition(), std::string()});
+    const std::size_t begin = reader.tagPosition();
     reader.skipBadTextTo(outside.elements);
+    const std::string_view element = reader.textFrom(begin).substr(0, reader.position() - begin);
+    const std::string_view text = error.value ? std::string_view(*error.value) : element;
+    findings_.add({LenientFinding::UNREADABLE_VALUE, std::string(beginningOf(text, kLongestExcerpt)), error.what, begin,
+                   std::string()});
     embedding_ = outside.embedding;
 }
 

@@ -331,10 +331,10 @@ class ResponseDecoder::Impl {
 
     void enterEnvelope() {
         if (reader_.name() == "MESSAGE") {
-            if (const auto id = trimmed(reader_.attributes().get("ID")); id != messageId_)
+            if (const auto id = trimmed(reader_.attributes().get("ID")); id != trimmed(messageId_))
                 throwForeign("message ID", id, messageId_);
         } else if (reader_.name() == "IMETHODRESPONSE") {
-            if (const auto name = trimmed(reader_.attributes().get("NAME")); name != method_)
+            if (const auto name = trimmed(reader_.attributes().get("NAME")); name != trimmed(method_))
                 throwForeign("method", name, method_);
         }
         nextLevel_ = level_ + 1;
