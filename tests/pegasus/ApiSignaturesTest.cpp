@@ -21,7 +21,7 @@ template <class T, class... Arguments>
 constexpr bool made = std::is_constructible_v<T, Arguments...>;
 template <class T>
 constexpr bool isValue =
-    std::is_default_constructible_v<T>&& std::is_copy_constructible_v<T>&& std::is_copy_assignable_v<T>;
+    std::is_default_constructible_v<T> && std::is_copy_constructible_v<T> && std::is_copy_assignable_v<T>;
 
 // Each takes the address of a function of exactly this result, class and parameters. `reads` is for operations on const
 // objects, `changes` for all others, `is` for static and free functions.
@@ -99,7 +99,7 @@ static_assert(isValue<CString> && converts<const char*, CString>);
 
 template <class T>
 constexpr bool isArray =
-    isValue<Array<T>>&& made<Array<T>, Uint32> && !converts<Array<T>, Uint32> &&
+    isValue<Array<T>> && made<Array<T>, Uint32> && !converts<Array<T>, Uint32> &&
     reads<Array<T>, Uint32>(&Array<T>::size) && reads<Array<T>, const T*>(&Array<T>::getData) &&
     changes<Array<T>, T&, Uint32>(&Array<T>::operator[]) && reads<Array<T>, const T&, Uint32>(&Array<T>::operator[]) &&
     changes<Array<T>, void, const T&>(&Array<T>::append) && changes<Array<T>, void>(&Array<T>::clear) &&
@@ -113,10 +113,9 @@ static_assert(isArray<CIMQualifierDecl>);
 // ---- Values of the model
 
 template <class Name>
-constexpr bool isName = isValue<Name>&& converts<Name, const String&, const char*>&& isCompared<Name>&&
-                            reads<Name, const String&>(&Name::getString) &&
-                        reads<Name, Boolean>(&Name::isNull) && reads<Name, Boolean, const Name&>(&Name::equal) &&
-                        is<Boolean, const String&>(&Name::legal);
+constexpr bool isName = isValue<Name> && converts<Name, const String&, const char*> && isCompared<Name> &&
+                        reads<Name, const String&>(&Name::getString) && reads<Name, Boolean>(&Name::isNull) &&
+                        reads<Name, Boolean, const Name&>(&Name::equal) && is<Boolean, const String&>(&Name::legal);
 static_assert(isName<CIMName> && isName<CIMNamespaceName>);
 
 template <class... T>
@@ -206,7 +205,7 @@ static_assert(reads<CIMPropertyList, String>(&CIMPropertyList::toString));
 
 template <class Handle>
 constexpr bool isHandle =
-    isValue<Handle>&& reads<Handle, Handle>(&Handle::clone) && reads<Handle, Boolean>(&Handle::isUninitialized);
+    isValue<Handle> && reads<Handle, Handle>(&Handle::clone) && reads<Handle, Boolean>(&Handle::isUninitialized);
 /// What has a name, a type and an array-ness.
 template <class Handle>
 constexpr bool isTyped = reads<Handle, const CIMName&>(&Handle::getName) && reads<Handle, CIMType>(&Handle::getType) &&
@@ -217,16 +216,16 @@ constexpr bool hasQualifiers =
     reads<Handle, CIMConstQualifier, Uint32>(&Handle::getQualifier) &&
     reads<Handle, Uint32, const CIMName&>(&Handle::findQualifier);
 template <class Handle>
-constexpr bool isQualified = hasQualifiers<Handle>&&
-    changes<Handle, Handle&, const CIMQualifier&>(&Handle::addQualifier);
+constexpr bool isQualified =
+    hasQualifiers<Handle> && changes<Handle, Handle&, const CIMQualifier&>(&Handle::addQualifier);
 template <class Handle>
 constexpr bool hasProperties =
     reads<Handle, Uint32>(&Handle::getPropertyCount) && changes<Handle, CIMProperty, Uint32>(&Handle::getProperty) &&
     reads<Handle, CIMConstProperty, Uint32>(&Handle::getProperty) &&
     reads<Handle, Uint32, const CIMName&>(&Handle::findProperty);
 template <class Handle>
-constexpr bool takesProperties = hasProperties<Handle>&&
-    changes<Handle, Handle&, const CIMProperty&>(&Handle::addProperty);
+constexpr bool takesProperties =
+    hasProperties<Handle> && changes<Handle, Handle&, const CIMProperty&>(&Handle::addProperty);
 /// What has a class's name and a path.
 template <class Handle>
 constexpr bool hasPath =
@@ -493,11 +492,12 @@ static_assert(changes<ClientOpPerformanceDataHandler, void, const Performance&>(
 // ---- Pulled enumerations
 
 template <class Argument, class Number>
-constexpr bool isArgument = isValue<Argument>&& made<Argument, Number>&&
-    same<decltype(aConst<Argument>().getValue()), Number>&& same<decltype(aConst<Argument>().isNull()), Boolean>&&
-        same<decltype(an<Argument>().setValue(Number())), void>&& same<decltype(an<Argument>().setNullValue()), void>&&
-            same<decltype(aConst<Argument>().equal(aConst<Argument>())), Boolean>&&
-                same<decltype(aConst<Argument>().toString()), String>;
+constexpr bool isArgument =
+    isValue<Argument> && made<Argument, Number> && same<decltype(aConst<Argument>().getValue()), Number> &&
+    same<decltype(aConst<Argument>().isNull()), Boolean> && same<decltype(an<Argument>().setValue(Number())), void> &&
+    same<decltype(an<Argument>().setNullValue()), void> &&
+    same<decltype(aConst<Argument>().equal(aConst<Argument>())), Boolean> &&
+    same<decltype(aConst<Argument>().toString()), String>;
 static_assert(isArgument<Uint32Arg, Uint32> && isArgument<Uint64Arg, Uint64>);
 static_assert(isValue<CIMEnumerationContext> && changes<CIMEnumerationContext, void>(&CIMEnumerationContext::clear));
 
