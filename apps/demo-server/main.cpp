@@ -141,27 +141,31 @@ void RaiseDescriptorLimit() {
 std::string ReadPassword(const std::string& file) {
     if (file.empty()) {
         const char* const password = std::getenv(kPasswordVariable);
-        if (!password)
+        if (!password) {
             throw std::runtime_error(std::string("--user needs --password-file or the variable ") + kPasswordVariable);
+        }
         return password;
     }
     std::ifstream stream(file);
     std::string password;
-    if (!std::getline(stream, password))
+    if (!std::getline(stream, password)) {
         throw std::runtime_error("no password could be read from " + file);
+    }
     WarnIfOpen(file, "passwords");
     return password;
 }
 
 void WriteFile(const std::string& file, const std::string& text) {
-    if (!(std::ofstream(file) << text << std::flush))
+    if (!(std::ofstream(file) << text << std::flush)) {
         throw std::runtime_error("cannot write " + file);
+    }
 }
 
 std::ifstream Open(const std::string& file) {
     std::ifstream stream(file);
-    if (!stream)
+    if (!stream) {
         throw std::runtime_error("cannot read " + file);
+    }
     return stream;
 }
 
@@ -173,10 +177,12 @@ demo::SchemaSource ReadSource(const std::string& file) {
 
 demo::Users ReadUsers(const Arguments& arguments) {
     demo::Users users;
-    if (!arguments.user.empty())
+    if (!arguments.user.empty()) {
         users.Add(arguments.user, ReadPassword(arguments.passwordFile));
-    if (arguments.usersFile.empty())
+    }
+    if (arguments.usersFile.empty()) {
         return users;
+    }
     std::ifstream stream = Open(arguments.usersFile);
     users = demo::Users::Read(stream, arguments.usersFile);
     WarnIfOpen(arguments.usersFile, "passwords");
@@ -188,12 +194,14 @@ class LogFile {
   public:
     /// Nothing is logged without a name. Appends to a file.
     explicit LogFile(const std::string& name) {
-        if (name.empty())
+        if (name.empty()) {
             return;
+        }
         if (name != "-") {
             file_.open(name, std::ios::app);
-            if (!file_)
+            if (!file_) {
                 throw std::runtime_error("cannot write " + name);
+            }
         }
         log_.emplace(name == "-" ? std::cout : file_);
     }
@@ -255,8 +263,9 @@ void Replay(const Arguments& arguments, const EndSignals& signals) {
     const demo::TlsContext tls(certificate, options.clientAuthorityFile);
     const demo::ReplayListener http(recording, ReportUnrecorded, options.address, options.httpPort, nullptr);
     const demo::ReplayListener https(recording, ReportUnrecorded, options.address, options.httpsPort, &tls);
-    if (!arguments.certificateFile.empty())
+    if (!arguments.certificateFile.empty()) {
         WriteFile(arguments.certificateFile, certificate.Pem());
+    }
     SayReady(http.Url(), https.Url());
     signals.Wait();
 }
@@ -265,8 +274,9 @@ void Serve(Arguments arguments, const EndSignals& signals) {
     LogFile log(arguments.logFile);
     arguments.server.accessLog = log.Get();
     arguments.server.users = ReadUsers(arguments);
-    for (const auto& file : arguments.schemaFiles)
+    for (const auto& file : arguments.schemaFiles) {
         arguments.server.schemas.push_back(ReadSource(file));
+    }
     for (const auto& added : arguments.namespaces) {
         const auto [nameSpace, file] = SplitNamespace(added);
         arguments.server.namespaces[nameSpace].push_back(ReadSource(file));
@@ -275,8 +285,9 @@ void Serve(Arguments arguments, const EndSignals& signals) {
         arguments.server.keyFile.empty() ? arguments.server.certificateFile : arguments.server.keyFile;
     WarnIfOpen(keyFile, "a private key");
     const demo::DemoServer server(std::move(arguments.server));
-    if (!arguments.certificateFile.empty())
+    if (!arguments.certificateFile.empty()) {
         WriteFile(arguments.certificateFile, server.CertificatePem());
+    }
     SayReady(server.HttpUrl(), server.HttpsUrl());
     signals.Wait();
 }
@@ -302,8 +313,9 @@ int main(int argc, char** argv) {
     try {
         Run(std::move(arguments));
     } catch (const demo::SchemaError& error) {
-        for (const auto& problem : error.Problems())
+        for (const auto& problem : error.Problems()) {
             std::cerr << "demo-server: " << problem << '\n';
+        }
         return EXIT_FAILURE;
     } catch (const std::exception& error) {
         std::cerr << "demo-server: " << error.what() << '\n';

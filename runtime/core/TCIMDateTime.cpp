@@ -37,8 +37,9 @@ bool IsSignificant(std::string_view text, TField field) { return text[field.offs
 
 unsigned int Number(std::string_view digits) {
     unsigned int number = 0;
-    for (const char digit : digits)
+    for (const char digit : digits) {
         number = number * 10 + static_cast<unsigned int>(digit - '0');
+    }
     return number;
 }
 
@@ -47,10 +48,12 @@ unsigned int Number(std::string_view text, TField field) { return Number(Digits(
 // Asterisks throughout, or a number in the range.
 bool IsField(std::string_view text, TField field, unsigned int lowest, unsigned int highest) {
     const std::string_view digits = Digits(text, field);
-    if (digits.find_first_not_of('*') == std::string_view::npos)
+    if (digits.find_first_not_of('*') == std::string_view::npos) {
         return true;
-    if (!std::all_of(digits.begin(), digits.end(), IsDigit))
+    }
+    if (!std::all_of(digits.begin(), digits.end(), IsDigit)) {
         return false;
+    }
     const unsigned int number = Number(digits);
     return number >= lowest && number <= highest;
 }
@@ -67,11 +70,13 @@ bool IsLeapYear(unsigned int year) { return year % 4 == 0 && (year % 100 != 0 ||
 // The last day that the month can have, as far as month and year are known.
 unsigned int LastDay(std::string_view text) {
     constexpr std::array<unsigned int, 12> kLastDays{31, 29, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-    if (!IsSignificant(text, kMonth))
+    if (!IsSignificant(text, kMonth)) {
         return 31;
+    }
     const unsigned int month = Number(text, kMonth);
-    if (month == 2 && IsSignificant(text, kYear) && !IsLeapYear(Number(text, kYear)))
+    if (month == 2 && IsSignificant(text, kYear) && !IsLeapYear(Number(text, kYear))) {
         return 28;
+    }
     return kLastDays.at(month - 1);
 }
 
@@ -90,8 +95,9 @@ bool IsTimestampText(std::string_view text) {
 }
 
 void Write(char* text, TField field, unsigned int number) {
-    for (std::size_t i = field.length; i-- > 0; number /= 10)
+    for (std::size_t i = field.length; i-- > 0; number /= 10) {
         text[field.offset + i] = static_cast<char>('0' + number % 10);
+    }
 }
 
 void AppendTwoDigits(std::string& text, unsigned int number) {
@@ -104,10 +110,12 @@ template <std::size_t kCount>
 std::string Join(std::string_view text, const std::array<TField, kCount>& fields, char separator) {
     std::string joined;
     for (const TField field : fields) {
-        if (!IsSignificant(text, field))
+        if (!IsSignificant(text, field)) {
             continue;
-        if (!joined.empty())
+        }
+        if (!joined.empty()) {
             joined += separator;
+        }
         joined += Digits(text, field);
     }
     return joined;
@@ -118,23 +126,27 @@ std::string TimeForPeople(std::string_view text) {
     std::string_view microseconds = Digits(text, kMicroseconds);
     microseconds = microseconds.substr(0, microseconds.find('*'));
     const bool hasAny = microseconds.find_first_not_of('0') != std::string_view::npos;
-    if (hasAny && IsSignificant(text, kSeconds))
+    if (hasAny && IsSignificant(text, kSeconds)) {
         time.append(".").append(microseconds);
+    }
     return time;
 }
 
 std::string DaysForPeople(std::string_view text, bool alsoZero) {
-    if (!IsSignificant(text, kDays))
+    if (!IsSignificant(text, kDays)) {
         return {};
+    }
     const unsigned int days = Number(text, kDays);
-    if (days == 0 && !alsoZero)
+    if (days == 0 && !alsoZero) {
         return {};
+    }
     return std::to_string(days) + (days == 1 ? " day" : " days");
 }
 
 std::string TimeZoneForPeople(std::string_view text) {
-    if (!IsSignificant(text, kOffset))
+    if (!IsSignificant(text, kOffset)) {
         return {};
+    }
     const unsigned int minutes = Number(text, kOffset);
     std::string zone(1, text[kSign]);
     AppendTwoDigits(zone, minutes / 60);
@@ -144,8 +156,9 @@ std::string TimeZoneForPeople(std::string_view text) {
 }
 
 std::string JoinWords(std::string words, const std::string& word) {
-    if (!words.empty() && !word.empty())
+    if (!words.empty() && !word.empty()) {
         words += ' ';
+    }
     return words + word;
 }
 
@@ -154,15 +167,17 @@ std::string JoinWords(std::string words, const std::string& word) {
 TCIMDateTime::TCIMDateTime() { std::copy(kZeroInterval.begin(), kZeroInterval.end(), fText.begin()); }
 
 TCIMDateTime::TCIMDateTime(const std::string& text) {
-    if (text.size() != kLength || !(text[kSign] == ':' ? IsIntervalText(text) : IsTimestampText(text)))
+    if (text.size() != kLength || !(text[kSign] == ':' ? IsIntervalText(text) : IsTimestampText(text))) {
         throw TVYXException(14);
+    }
     std::copy(text.begin(), text.end(), fText.begin());
 }
 
 void TCIMDateTime::Set(unsigned int days, unsigned short hours, unsigned short minutes, unsigned short seconds,
                        unsigned int microseconds) {
-    if (days > 99999999 || hours > 23 || minutes > 59 || seconds > 59 || microseconds > 999999)
+    if (days > 99999999 || hours > 23 || minutes > 59 || seconds > 59 || microseconds > 999999) {
         throw TVYXException(14);
+    }
     *this = TCIMDateTime();
     Write(fText.data(), kDays, days);
     Write(fText.data(), kHours, hours);
@@ -178,8 +193,9 @@ std::string TCIMDateTime::ToString() const { return {fText.begin(), fText.end()}
 std::string TCIMDateTime::ToUIString() const {
     const std::string_view text(fText.data(), fText.size());
     const std::string time = TimeForPeople(text);
-    if (IsInterval())
+    if (IsInterval()) {
         return JoinWords(DaysForPeople(text, time.empty()), time);
+    }
     const std::string date = Join(text, std::array{kYear, kMonth, kDay}, '-');
     return JoinWords(JoinWords(date, time), TimeZoneForPeople(text));
 }

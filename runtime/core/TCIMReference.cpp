@@ -45,17 +45,19 @@ void AppendQuoted(std::string& path, std::string_view text) {
 }
 
 void AppendScalar(std::string& path, const TCIMValue& value) {
-    if (value.IsNull())
+    if (value.IsNull()) {
         path += "NULL";
-    else if (IsWrittenBare(value.GetType()))
+    } else if (IsWrittenBare(value.GetType())) {
         path += value.ToString(10);
-    else
+    } else {
         AppendQuoted(path, value.ToString(10));
+    }
 }
 
 void AppendValue(std::string& path, const TCIMValue& value) {
-    if (value.IsNull() || !value.IsArray())
+    if (value.IsNull() || !value.IsArray()) {
         return AppendScalar(path, value);
+    }
     const char* separator = "{";
     const std::vector<TCIMValue>& elements = value;
     for (const TCIMValue& element : elements) {
@@ -102,38 +104,45 @@ std::size_t TCIMReference::FindKey(const std::string& name) const {
 
 // Keys that the constructor got in several spellings share an entry, so that the index may be shorter than the list.
 void TCIMReference::ExtendIndex() {
-    if (fKeyValues.size() <= kMaxSearched)
+    if (fKeyValues.size() <= kMaxSearched) {
         return;
-    for (std::size_t place = fIndex.size(); place < fKeyValues.size(); ++place)
+    }
+    for (std::size_t place = fIndex.size(); place < fKeyValues.size(); ++place) {
         fIndex.emplace(LowerCase(fKeyValues[place].first), place);
+    }
 }
 
 void TCIMReference::EnumerateKeyValues(
     const boost::function<bool(const std::string&, const TCIMValue&)>& callback) const {
     for (const auto& [key, keyValue] : fKeyValues) {
-        if (!callback(key, keyValue))
+        if (!callback(key, keyValue)) {
             return;
+        }
     }
 }
 
 std::string TCIMReference::GetPath() const {
     std::vector<const TKeyValue*> sorted;
     sorted.reserve(fKeyValues.size());
-    for (const TKeyValue& keyValue : fKeyValues)
+    for (const TKeyValue& keyValue : fKeyValues) {
         sorted.push_back(&keyValue);
+    }
     std::sort(sorted.begin(), sorted.end(),
               [](const TKeyValue* left, const TKeyValue* right) { return IsNameBefore(left->first, right->first); });
 
     std::string path;
-    if (!fHost.empty())
+    if (!fHost.empty()) {
         path.append("//").append(fHost).append("/");
-    if (!fNamespaceName.empty())
+    }
+    if (!fNamespaceName.empty()) {
         path.append(fNamespaceName).append(":");
+    }
     path.append(fClassName);
     const char* separator = fClassName.empty() ? "" : ".";
     for (const TKeyValue* keyValue : sorted) {
-        if (!keyValue->first.empty())
+        if (!keyValue->first.empty()) {
             path.append(separator).append(keyValue->first);
+        }
         path.append("=");
         AppendValue(path, keyValue->second);
         separator = ",";

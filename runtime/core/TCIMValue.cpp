@@ -27,13 +27,16 @@ constexpr bool kIsNumber = kIsInteger<T> || std::is_floating_point_v<T>;
 // The bits from the first to the last that is set: what a floating type must be able to hold. The sign does not count.
 template <typename T>
 int SignificantBits(T number) {
-    if (number == 0)
+    if (number == 0) {
         return 0;
-    while (number % 2 == 0)
+    }
+    while (number % 2 == 0) {
         number = static_cast<T>(number / 2);
+    }
     int bits = 0;
-    for (; number != 0; number = static_cast<T>(number / 2))
+    for (; number != 0; number = static_cast<T>(number / 2)) {
         ++bits;
+    }
     return bits;
 }
 
@@ -45,8 +48,9 @@ bool FitsInteger(TFrom value) {
         const double lowest = std::is_signed_v<TTo> ? -beyond : 0.0;
         return value >= lowest && value < beyond && std::trunc(value) == value;
     } else if constexpr (std::is_signed_v<TFrom>) {
-        if (value < 0)
+        if (value < 0) {
             return std::is_signed_v<TTo> && static_cast<long long>(value) >= static_cast<long long>(TLimits::min());
+        }
         return static_cast<unsigned long long>(value) <= static_cast<unsigned long long>(TLimits::max());
     } else {
         return value <= static_cast<unsigned long long>(TLimits::max());
@@ -57,8 +61,9 @@ template <typename TTo, typename TFrom>
 bool FitsReal(TFrom value) {
     using TLimits = std::numeric_limits<TTo>;
     if constexpr (std::is_floating_point_v<TFrom>) {
-        if (!std::isfinite(value))
+        if (!std::isfinite(value)) {
             return true;
+        }
         return std::abs(value) <= TLimits::max() && static_cast<TFrom>(static_cast<TTo>(value)) == value;
     } else {
         return SignificantBits(value) <= TLimits::digits;
@@ -67,57 +72,63 @@ bool FitsReal(TFrom value) {
 
 template <typename TTo, typename TFrom>
 bool Fits(TFrom value) {
-    if constexpr (std::is_floating_point_v<TTo>)
+    if constexpr (std::is_floating_point_v<TTo>) {
         return FitsReal<TTo>(value);
-    else
+    } else {
         return FitsInteger<TTo>(value);
+    }
 }
 
 template <typename T>
 bool AreEqual(const T& left, const T& right) {
-    if constexpr (std::is_floating_point_v<T>)
+    if constexpr (std::is_floating_point_v<T>) {
         return left == right || (std::isnan(left) && std::isnan(right));
-    else
+    } else {
         return left == right;
+    }
 }
 
 template <typename T>
 bool IsLess(const T& left, const T& right) {
     if constexpr (std::is_floating_point_v<T>) {
-        if (std::isnan(left) || std::isnan(right))
+        if (std::isnan(left) || std::isnan(right)) {
             return !std::isnan(left) && std::isnan(right);
+        }
     }
     return left < right;
 }
 
 template <typename T>
 std::string IntegerText(T value, int base) {
-    if (base < 2 || base > 36)
+    if (base < 2 || base > 36) {
         base = 10; // a text in digits that everybody knows is better than none
+    }
     std::array<char, std::numeric_limits<T>::digits + 2> text; // the lowest number in base 2, with its sign
     return {text.data(), std::to_chars(text.data(), text.data() + text.size(), value, base).ptr};
 }
 
 template <typename T>
 std::string RealText(T value) {
-    if (std::isnan(value))
+    if (std::isnan(value)) {
         return "nan";
+    }
     std::array<char, 32> text; // the longest is `-2.2250738585072014e-308`
     return {text.data(), std::to_chars(text.data(), text.data() + text.size(), value).ptr};
 }
 
 template <typename T>
 std::string ScalarText(const T& value, int base) {
-    if constexpr (std::is_same_v<T, bool>)
+    if constexpr (std::is_same_v<T, bool>) {
         return value ? "true" : "false";
-    else if constexpr (std::is_same_v<T, std::string>)
+    } else if constexpr (std::is_same_v<T, std::string>) {
         return value;
-    else if constexpr (kIsInteger<T>)
+    } else if constexpr (kIsInteger<T>) {
         return IntegerText(value, base);
-    else if constexpr (kIsNumber<T>)
+    } else if constexpr (kIsNumber<T>) {
         return RealText(value);
-    else
+    } else {
         return value.ToString();
+    }
 }
 
 std::string ScalarText(const TCIMIndirect<TCIMReference>& value, int) { return (*value).GetPath(); }
@@ -147,8 +158,9 @@ TCIMValue::TCIMValue(long long value) : fContent(value) {}
 TCIMValue::TCIMValue(float value) : fContent(value) {}
 TCIMValue::TCIMValue(double value) : fContent(value) {}
 TCIMValue::TCIMValue(const char* value) : fContent(TNull{TCIMType::eCIMString}) {
-    if (value != nullptr)
+    if (value != nullptr) {
         fContent.emplace<std::string>(value);
+    }
 }
 TCIMValue::TCIMValue(const std::string& value) : fContent(value) {}
 TCIMValue::TCIMValue(const TCIMChar16& value) : fContent(value) {}
@@ -169,10 +181,12 @@ bool TCIMValue::IsArray() const { return (static_cast<unsigned int>(GetType()) &
 TCIMValue::TCIMType TCIMValue::GetType() const {
     static_assert(std::is_same_v<std::variant_alternative_t<TCIMType::eCIMSint64, TContent>, long long>);
     static_assert(std::is_same_v<std::variant_alternative_t<TCIMType::eCIMDateTime, TContent>, TCIMDateTime>);
-    if (const auto* null = std::get_if<TNull>(&fContent))
+    if (const auto* null = std::get_if<TNull>(&fContent)) {
         return null->type;
-    if (const auto* array = std::get_if<TCIMIndirect<TArray>>(&fContent))
+    }
+    if (const auto* array = std::get_if<TCIMIndirect<TArray>>(&fContent)) {
         return ArrayOf((**array).elementType);
+    }
     return static_cast<TCIMType::ECIMType>(fContent.index());
 }
 
@@ -187,20 +201,22 @@ std::string TCIMValue::ToString(unsigned char base) const {
     return std::visit(
         [base](const auto& content) -> std::string {
             using T = std::decay_t<decltype(content)>;
-            if constexpr (std::is_same_v<T, TNull>)
+            if constexpr (std::is_same_v<T, TNull>) {
                 return {};
-            else if constexpr (std::is_same_v<T, TCIMIndirect<TArray>>)
+            } else if constexpr (std::is_same_v<T, TCIMIndirect<TArray>>) {
                 return ArrayText((*content).elements, base);
-            else
+            } else {
                 return ScalarText(content, base);
+            }
         },
         fContent);
 }
 
 template <typename T>
 const T& TCIMValue::Get() const {
-    if (const T* content = std::get_if<T>(&fContent))
+    if (const T* content = std::get_if<T>(&fContent)) {
         return *content;
+    }
     throw TVYXException(14);
 }
 
@@ -209,8 +225,9 @@ T TCIMValue::ToNumber() const {
     return std::visit(
         [](const auto& content) -> T {
             if constexpr (kIsNumber<std::decay_t<decltype(content)>>) {
-                if (Fits<T>(content))
+                if (Fits<T>(content)) {
                     return static_cast<T>(content);
+                }
             }
             throw TVYXException(14);
         },
@@ -230,8 +247,9 @@ TCIMValue::operator float() const { return ToNumber<float>(); }
 TCIMValue::operator double() const { return ToNumber<double>(); }
 
 TCIMValue::operator std::string() const {
-    if (IsNull())
+    if (IsNull()) {
         throw TVYXException(14);
+    }
     return ToString(10);
 }
 
@@ -247,27 +265,31 @@ bool TCIMValue::CompareContent(const TCIMValue& other, TRelation relation) const
         [&other, relation](const auto& content) {
             using T = std::decay_t<decltype(content)>;
             const T& otherContent = std::get<T>(other.fContent);
-            if constexpr (std::is_same_v<T, TNull>)
+            if constexpr (std::is_same_v<T, TNull>) {
                 return relation(0, 0);
-            else if constexpr (std::is_same_v<T, TCIMIndirect<TArray>>)
+            } else if constexpr (std::is_same_v<T, TCIMIndirect<TArray>>) {
                 return relation((*content).elements, (*otherContent).elements);
-            else
+            } else {
                 return relation(content, otherContent);
+            }
         },
         fContent);
 }
 
 bool TCIMValue::operator==(const TCIMValue& other) const {
-    if (GetType() != other.GetType() || IsNull() != other.IsNull())
+    if (GetType() != other.GetType() || IsNull() != other.IsNull()) {
         return false;
+    }
     return CompareContent(other, [](const auto& left, const auto& right) { return AreEqual(left, right); });
 }
 
 bool TCIMValue::operator<(const TCIMValue& other) const {
-    if (GetType() != other.GetType())
+    if (GetType() != other.GetType()) {
         return GetType() < other.GetType();
-    if (IsNull() != other.IsNull())
+    }
+    if (IsNull() != other.IsNull()) {
         return IsNull();
+    }
     return CompareContent(other, [](const auto& left, const auto& right) { return IsLess(left, right); });
 }
 

@@ -79,10 +79,12 @@ bool IsControl(char32_t character) {
 
 // The size of the UTF-8 sequence that begins with a byte; 0 when none does.
 std::size_t SequenceSize(unsigned char lead) {
-    if (lead < 0x80U)
+    if (lead < 0x80U) {
         return 1;
-    if (lead < 0xC2U || lead > 0xF4U) // continuations, overlong forms, beyond Unicode
+    }
+    if (lead < 0xC2U || lead > 0xF4U) { // continuations, overlong forms, beyond Unicode
         return 0;
+    }
     return lead < 0xE0U ? 2 : lead < 0xF0U ? 3 : 4;
 }
 
@@ -90,12 +92,14 @@ std::size_t SequenceSize(unsigned char lead) {
 std::optional<char32_t> Decoded(std::string_view sequence) {
     constexpr std::array<char32_t, 5> kSmallest{0, 0, 0x80, 0x800, 0x10000};
     char32_t value = static_cast<unsigned char>(sequence.front());
-    if (sequence.size() > 1)
+    if (sequence.size() > 1) {
         value &= 0x7FU >> sequence.size();
+    }
     for (const char c : sequence.substr(1)) {
         const auto byte = static_cast<unsigned char>(c);
-        if ((byte & 0xC0U) != 0x80U)
+        if ((byte & 0xC0U) != 0x80U) {
             return std::nullopt;
+        }
         value = (value << 6U) | (byte & 0x3FU);
     }
     const bool isSurrogate = value >= 0xD800 && value <= 0xDFFF;
@@ -105,8 +109,9 @@ std::optional<char32_t> Decoded(std::string_view sequence) {
 // How many bytes at the front are a character that may be written as it is; 0 when it has to be escaped.
 std::size_t PlainSize(std::string_view text) {
     const std::size_t size = SequenceSize(static_cast<unsigned char>(text.front()));
-    if (size == 0 || size > text.size())
+    if (size == 0 || size > text.size()) {
         return 0;
+    }
     const auto character = Decoded(text.substr(0, size));
     return character && !IsControl(*character) ? size : 0;
 }
@@ -114,24 +119,26 @@ std::size_t PlainSize(std::string_view text) {
 void AppendEscaped(std::string& line, char c) {
     constexpr std::string_view kHexDigits = "0123456789abcdef";
     const auto byte = static_cast<unsigned char>(c);
-    if (c == '\n')
+    if (c == '\n') {
         line += "\\n";
-    else if (c == '\r')
+    } else if (c == '\r') {
         line += "\\r";
-    else if (c == '\t')
+    } else if (c == '\t') {
         line += "\\t";
-    else
+    } else {
         line.append("\\x").append(1, kHexDigits[byte / 16U]).append(1, kHexDigits[byte % 16U]);
+    }
 }
 
 // The bytes behind one that is escaped have their turn by themselves: they are no characters either.
 void AppendEscaped(std::string& line, std::string_view message) {
     while (!message.empty()) {
         const std::size_t plain = PlainSize(message);
-        if (plain == 0)
+        if (plain == 0) {
             AppendEscaped(line, message.front());
-        else
+        } else {
             line.append(message, 0, plain);
+        }
         message.remove_prefix(std::max<std::size_t>(plain, 1));
     }
 }
@@ -149,13 +156,15 @@ TLogger::TLogger(std::ostream& stream, EVYXLogSeverity level) : fLevel(level), f
 
 TLogger::TLogger(const std::string& fileName, EVYXLogSeverity level)
     : fLevel(level), fFile(fileName, std::ios::app), fStream(fFile) {
-    if (!fFile)
+    if (!fFile) {
         throw std::system_error(errno, std::generic_category(), "cannot open the log file " + fileName);
+    }
 }
 
 void TLogger::Log(EVYXLogSeverity severity, std::string message) {
-    if (severity > fLevel)
+    if (severity > fLevel) {
         return;
+    }
     try {
         const std::string line = LineOf(severity, message);
         const std::lock_guard<std::mutex> lock(fMutex);

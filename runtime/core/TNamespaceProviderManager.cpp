@@ -17,8 +17,9 @@ TVYXStatusCode Refuse(std::uint32_t code, const std::string& reason) {
 } // namespace
 
 TVYXStatusCode TNamespaceProviderManager::RegisterNamespaceProvider(boost::shared_ptr<INamespaceProvider> provider) {
-    if (!provider)
+    if (!provider) {
         return Refuse(14, "it is an empty pointer");
+    }
     const std::string name = provider->GetName(TCIMContext());
     const auto isKept = [&] {
         const std::lock_guard<std::mutex> lock(fMutex);
@@ -40,8 +41,9 @@ void TNamespaceProviderManager::EnumerateNamespaceProviders(
         return fProviders;
     };
     for (const auto& [name, provider] : copyProviders()) {
-        if (!callback(provider))
+        if (!callback(provider)) {
             return;
+        }
     }
 }
 

@@ -36,8 +36,9 @@ boost::shared_ptr<ILogger> TRootObject::GetCoreLogger() {
 
 void TRootObject::SetCoreLogger(boost::shared_ptr<ILogger> logger) {
     TServices& services = Services();
-    if (!logger)
+    if (!logger) {
         logger = services.firstLogger;
+    }
     const std::lock_guard<std::mutex> lock(services.mutex);
     services.logger.swap(logger); // the old one ends with the argument, after the lock
 }

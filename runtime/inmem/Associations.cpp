@@ -60,8 +60,9 @@ std::size_t CountKeys(const TCIMReference& reference) {
 // Paths that come from a remote server may lack the class name and have all key values as text, so that a missing class
 // name matches any, and key values are compared as text.
 bool NamesSameObject(const TCIMReference& reference, const TCIMReference& path) {
-    if (!IsAdmitted(path.GetClassName(), reference.GetClassName()) || CountKeys(reference) != CountKeys(path))
+    if (!IsAdmitted(path.GetClassName(), reference.GetClassName()) || CountKeys(reference) != CountKeys(path)) {
         return false;
+    }
     bool same = true;
     path.EnumerateKeyValues([&](const std::string& name, const TCIMValue& value) {
         const TCIMValue other = reference.GetKeyValue(name);
@@ -79,8 +80,9 @@ bool IsNearEnd(const TEnd& end, const TCIMReference& path, const std::string& ro
 class TFoundInstances {
   public:
     void Add(const boost::shared_ptr<ICIMInstance>& instance, const TCIMContext& context) {
-        if (fPaths.insert(instance->BuildPath(context).GetPath()).second)
+        if (fPaths.insert(instance->BuildPath(context).GetPath()).second) {
             fInstances.push_back(instance);
+        }
     }
 
     TInstances Take() { return std::move(fInstances); }
@@ -93,10 +95,12 @@ class TFoundInstances {
 // The instance that the end refers to, or an empty pointer. A reference without a class name means the declared class.
 boost::shared_ptr<ICIMInstance> Resolve(const TEnd& end, ICIMNamespace& nameSpace, const TCIMContext& context) {
     TCIMReference reference = end.reference;
-    if (reference.GetClassName().empty())
+    if (reference.GetClassName().empty()) {
         reference.SetClassName(end.declaration->GetDefaultValue(context).GetReferencedClass());
-    if (reference.GetClassName().empty() || !nameSpace.GetClass(reference.GetClassName(), context))
+    }
+    if (reference.GetClassName().empty() || !nameSpace.GetClass(reference.GetClassName(), context)) {
         return {};
+    }
     return nameSpace.GetInstance(reference, context);
 }
 
@@ -108,8 +112,9 @@ TInstances FindAssociationInstances(const ICIMInstance& instance, const std::str
     TFoundInstances found;
     const auto addReferring = [&](boost::shared_ptr<ICIMInstance> association) {
         const std::vector<TEnd> ends = EndsOf(*association, context);
-        if (std::any_of(ends.begin(), ends.end(), [&](const TEnd& end) { return IsNearEnd(end, path, role); }))
+        if (std::any_of(ends.begin(), ends.end(), [&](const TEnd& end) { return IsNearEnd(end, path, role); })) {
             found.Add(association, context);
+        }
         return true;
     };
     const auto searchClass = [&](boost::shared_ptr<ICIMClass> associationClass) {
@@ -127,16 +132,18 @@ TInstances FindAssociatedInstances(const ICIMInstance& instance, const std::stri
     boost::shared_ptr<ICIMClass> admittedClass;
     if (!resultClass.empty()) {
         admittedClass = nameSpace->GetClass(resultClass, context);
-        if (!admittedClass)
+        if (!admittedClass) {
             return {};
+        }
     }
 
     const TCIMReference path = instance.GetReference(context);
     TFoundInstances found;
     const auto addFarEnd = [&](const TEnd& end) {
         const auto other = Resolve(end, *nameSpace, context);
-        if (other && (!admittedClass || other->GetClass(context)->IsSubclassOf(admittedClass, context)))
+        if (other && (!admittedClass || other->GetClass(context)->IsSubclassOf(admittedClass, context))) {
             found.Add(other, context);
+        }
     };
     for (const auto& association : FindAssociationInstances(instance, assocClass, role, context)) {
         const std::vector<TEnd> ends = EndsOf(*association, context);
@@ -144,8 +151,9 @@ TInstances FindAssociatedInstances(const ICIMInstance& instance, const std::stri
             const bool hasNearEnd = std::any_of(ends.begin(), ends.end(), [&](const TEnd& near) {
                 return &near != &far && IsNearEnd(near, path, role);
             });
-            if (hasNearEnd && IsAdmitted(far.name, resultRole))
+            if (hasNearEnd && IsAdmitted(far.name, resultRole)) {
                 addFarEnd(far);
+            }
         }
     }
     return found.Take();

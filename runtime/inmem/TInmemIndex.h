@@ -22,11 +22,13 @@ class TInmemInstance::TIndex {
     TSlot* Find(TSlots& slots, const ICIMPropertyDecl& declaration) const {
         for (std::size_t position = FirstPosition(declaration);; position = NextPosition(position)) {
             const std::uint32_t place = fPlaces[position];
-            if (place == kEmpty)
+            if (place == kEmpty) {
                 return nullptr;
+            }
             TSlot& slot = slots[place];
-            if (slot.declaration.get() == &declaration)
+            if (slot.declaration.get() == &declaration) {
                 return &slot;
+            }
         }
     }
 

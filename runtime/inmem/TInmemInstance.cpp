@@ -59,8 +59,9 @@ std::pair<std::string, TNamedValues> ContentOf(const ICIMInstance& instance) {
 
 void CallForEach(const TInstances& instances, const boost::function<bool(boost::shared_ptr<ICIMInstance>)>& callback) {
     for (const auto& instance : instances) {
-        if (!callback(instance))
+        if (!callback(instance)) {
             return;
+        }
     }
 }
 
@@ -72,8 +73,9 @@ TInmemInstance::TSlot::TSlot(const boost::shared_ptr<ICIMPropertyDecl const>& sl
 
 TInmemInstance::TInmemInstance(boost::shared_ptr<ICIMClass> cls, int layout)
     : fClass(cls), fNumber(NextNumber()), fSlots(boost::make_shared<TSlots>()) {
-    if (layout != kOnlyLayout)
+    if (layout != kOnlyLayout) {
         Fail(14, "there is no layout " + std::to_string(layout));
+    }
 }
 
 TInmemInstance::~TInmemInstance() = default;
@@ -82,9 +84,10 @@ void TInmemInstance::Validate(TCIMContext context) const {
     for (const TSlot& slot : *fSlots) {
         const std::string& name = slot.declaration->GetName(context);
         const auto declaration = FindDeclaration(name, context);
-        if (declaration != slot.declaration)
+        if (declaration != slot.declaration) {
             Fail(15, "the declaration of property " + name + " of class " + GetClass(context)->GetName(context) +
                          " was replaced after the value was set");
+        }
         Check(*declaration, slot.value);
     }
 }
@@ -105,8 +108,9 @@ TCIMReference TInmemInstance::GetReference(TCIMContext context) const {
             return true;
         },
         context);
-    if (!hasKeys)
+    if (!hasKeys) {
         reference.AddKeyValue(kNumberKey, fNumber);
+    }
     return reference;
 }
 
@@ -143,10 +147,11 @@ void TInmemInstance::EnumerateProperties(const boost::function<bool(boost::share
     boost::shared_ptr<TInmemProperty> view;
     GetClass(context)->EnumeratePropertyDecls(
         [&](boost::shared_ptr<ICIMPropertyDecl>&& declaration) {
-            if (view.use_count() == 1) // the callback did not keep it: it can show the next property
+            if (view.use_count() == 1) { // the callback did not keep it: it can show the next property
                 view->Show(std::move(declaration));
-            else
+            } else {
                 view = boost::make_shared<TInmemProperty>(self, std::move(declaration));
+            }
             return callback(view);
         },
         context);
@@ -166,23 +171,26 @@ ICIMInstance& TInmemInstance::operator=(const ICIMInstance& other) {
 }
 
 TInmemInstance& TInmemInstance::operator=(const TInmemInstance& other) {
-    if (this != &other)
+    if (this != &other) {
         TakeValues(other);
+    }
     return *this;
 }
 
 boost::shared_ptr<ICIMPropertyDecl const> TInmemInstance::FindDeclaration(const std::string& name,
                                                                           TCIMContext context) const {
     const boost::shared_ptr<ICIMClass> cls(fClass); // throws when the class has gone
-    if (auto declaration = cls->GetPropertyDecl(name, context))
+    if (auto declaration = cls->GetPropertyDecl(name, context)) {
         return declaration;
+    }
     Fail(15, "class " + cls->GetName(context) + " declares no property " + name);
 }
 
 TCIMValue::TCIMType TInmemInstance::Check(const ICIMPropertyDecl& declaration, const TCIMValue& value) const {
     const TCIMValue::TCIMType type = declaration.GetType({});
-    if (value.GetType() == type || value.IsNull())
+    if (value.GetType() == type || value.IsNull()) {
         return type;
+    }
     std::ostringstream message;
     message << "property " << declaration.GetName({}) << " of class " << GetClass({})->GetName({}) << " is of type "
             << type << ", but the value is of type " << value.GetType();
@@ -195,8 +203,9 @@ const TCIMValue* TInmemInstance::FindValue(const ICIMPropertyDecl& declaration) 
 }
 
 TInmemInstance::TSlot* TInmemInstance::FindSlot(const ICIMPropertyDecl& declaration) const {
-    if (fIndex)
+    if (fIndex) {
         return fIndex->Find(*fSlots, declaration);
+    }
     const auto slot = std::find_if(fSlots->begin(), fSlots->end(), [&declaration](const TSlot& candidate) {
         return candidate.declaration.get() == &declaration;
     });
@@ -204,10 +213,12 @@ TInmemInstance::TSlot* TInmemInstance::FindSlot(const ICIMPropertyDecl& declarat
 }
 
 void TInmemInstance::ExtendIndex() {
-    if (fSlots->size() <= kFewSlots)
+    if (fSlots->size() <= kFewSlots) {
         return;
-    if (!fIndex)
+    }
+    if (!fIndex) {
         fIndex = std::make_unique<TIndex>();
+    }
     fIndex->Extend(*fSlots);
 }
 
@@ -218,17 +229,20 @@ const TCIMValue& TInmemInstance::ReadValue(const ICIMPropertyDecl& declaration) 
 
 void TInmemInstance::StoreValue(const boost::shared_ptr<ICIMPropertyDecl const>& declaration, const TCIMValue& value) {
     const TCIMValue::TCIMType type = Check(*declaration, value);
-    if (value.GetType() != type)
+    if (value.GetType() != type) {
         return StoreValue(declaration, TCIMValue(type, 0));
-    if (fSlots.use_count() > 1)
+    }
+    if (fSlots.use_count() > 1) {
         fSlots = boost::make_shared<TSlots>(*fSlots);
+    }
     if (TSlot* const slot = FindSlot(*declaration)) {
         slot->value = value;
         return;
     }
     const std::size_t count = fSlots->size();
-    if (count == fSlots->capacity())
+    if (count == fSlots->capacity()) {
         fSlots->reserve(count == 0 ? kFewSlots : std::max(count + kFewSlots, CountDeclarations()));
+    }
     fSlots->emplace_back(declaration, value);
     ExtendIndex();
 }

@@ -19,8 +19,9 @@ bool TInmemProperty::IsArray(TCIMContext context) const { return fDeclaration->I
 bool TInmemProperty::IsDefaultValue(TCIMContext) const { return fInstance->FindValue(*fDeclaration) == nullptr; }
 
 const TCIMValue& TInmemProperty::Read() const {
-    if (fLastRead != fInstance->fSlots)
+    if (fLastRead != fInstance->fSlots) {
         fLastRead = fInstance->fSlots;
+    }
     return fInstance->ReadValue(*fDeclaration);
 }
 
@@ -38,8 +39,9 @@ bool TInmemProperty::operator==(ICIMProperty& other) const {
 
 bool TInmemProperty::operator<(ICIMProperty& other) const {
     const boost::shared_ptr<ICIMPropertyDecl const> declaration = other.GetDeclaration({});
-    if (fDeclaration != declaration)
+    if (fDeclaration != declaration) {
         return std::less<>()(fDeclaration.get(), declaration.get());
+    }
     return Read() < other.GetValue({});
 }
 
@@ -65,13 +67,15 @@ std::string TInmemProperty::PrevValueToString() const { return GetPrevValue().To
 
 std::vector<std::string> TInmemProperty::ToStringVector() const {
     const TCIMValue& value = Read();
-    if (!value.IsArray())
+    if (!value.IsArray()) {
         return {value.ToString(10)};
+    }
     std::vector<std::string> texts;
     if (!value.IsNull()) {
         const std::vector<TCIMValue>& elements = value;
-        for (const TCIMValue& element : elements)
+        for (const TCIMValue& element : elements) {
             texts.push_back(element.ToString(10));
+        }
     }
     return texts;
 }

@@ -26,8 +26,9 @@ const char* OrEmpty(const char* text) { return text == nullptr ? "" : text; }
 class TDocument {
   public:
     explicit TDocument(TXmlParser& target) : fTarget(target), fExpat(XML_ParserCreate(nullptr)) {
-        if (!fExpat)
+        if (!fExpat) {
             throw std::bad_alloc();
+        }
         XML_SetUserData(fExpat.get(), this);
         XML_SetElementHandler(fExpat.get(), OnStartElement, OnEndElement);
         XML_SetProcessingInstructionHandler(fExpat.get(), OnProcessingInstruction);
@@ -42,10 +43,12 @@ class TDocument {
             return false;
         }
         fSize += size;
-        if (XML_Parse(fExpat.get(), data, static_cast<int>(size), isLast ? 1 : 0) == XML_STATUS_OK)
+        if (XML_Parse(fExpat.get(), data, static_cast<int>(size), isLast ? 1 : 0) == XML_STATUS_OK) {
             return true;
-        if (!HasFailed())
+        }
+        if (!HasFailed()) {
             Fail(XML_ErrorString(XML_GetErrorCode(fExpat.get())));
+        }
         return false;
     }
 
@@ -68,23 +71,27 @@ class TDocument {
     template <typename TCallback>
     static void Call(void* userData, TCallback callback) noexcept {
         auto& self = *static_cast<TDocument*>(userData);
-        if (self.HasFailed())
+        if (self.HasFailed()) {
             return;
+        }
         try {
             callback(self);
         } catch (...) {
             self.fException = std::current_exception();
         }
-        if (self.HasFailed())
+        if (self.HasFailed()) {
             XML_StopParser(self.fExpat.get(), XML_FALSE);
+        }
     }
 
     void StartElement(const char* name, const char** attributes) {
-        if (++fDepth > kMaxDepth)
+        if (++fDepth > kMaxDepth) {
             return Fail("elements are nested deeper than " + std::to_string(kMaxDepth));
+        }
         std::map<std::string, std::string> map;
-        for (const char** attribute = attributes; *attribute != nullptr; attribute += 2)
+        for (const char** attribute = attributes; *attribute != nullptr; attribute += 2) {
             map.emplace(attribute[0], attribute[1]);
+        }
         fTarget.StartElement(name, map);
     }
 
@@ -127,13 +134,15 @@ void FeedFile(TDocument& document, const std::string& fileName) {
         document.Fail(what + fileName + ": " + std::generic_category().message(errno));
     };
     std::ifstream file(fileName, std::ios::binary);
-    if (!file)
+    if (!file) {
         return fail("cannot open the file ");
+    }
     std::vector<char> block(kBlockSize);
     do {
         file.read(block.data(), static_cast<std::streamsize>(block.size()));
-        if (file.bad())
+        if (file.bad()) {
             return fail("cannot read the file ");
+        }
     } while (document.Feed(block.data(), static_cast<std::size_t>(file.gcount()), file.eof()) && !file.eof());
 }
 
@@ -151,10 +160,12 @@ class TXmlParser::TImpl {
             feed(document);
         }
         fLine = document.Line();
-        if (document.GetException())
+        if (document.GetException()) {
             std::rethrow_exception(document.GetException());
-        if (document.GetError())
+        }
+        if (document.GetError()) {
             fOwner.FatalError(document.GetError()->c_str());
+        }
         return !document.GetError();
     }
 

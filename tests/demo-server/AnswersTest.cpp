@@ -41,8 +41,9 @@ demo::CimRequest EnumerateInstances(const std::string& className) {
 
 exchange::Response AskOverHttp(const std::string& method, const std::string& parameters, bool wantsTrailers) {
     auto headers = exchange::OperationHeaders(method);
-    if (wantsTrailers)
+    if (wantsTrailers) {
         headers["TE"] = "trailers";
+    }
     return exchange::Send(exchange::Post(headers, exchange::OperationBody(method, parameters)));
 }
 
@@ -85,8 +86,9 @@ TEST(Answers, AClosedOutputEndsTheOperation) {
     int portions = 0;
     EXPECT_THROW(demo::StreamAnswer(service, EnumerateInstances("DEMO_StorageVolume"),
                                     [&](std::string_view) {
-                                        if (++portions == 3)
+                                        if (++portions == 3) {
                                             throw demo::OutputClosed();
+                                        }
                                     }),
                  demo::OutputClosed);
     EXPECT_EQ(portions, 3);
@@ -103,9 +105,10 @@ class NumberedProvider : public demo::InstanceProvider {
   public:
     std::string_view ClassName() const override { return "Numbered"; }
     void Enumerate(const Visitor& visit) const override {
-        for (int number = 0; number < 100; ++number)
+        for (int number = 0; number < 100; ++number) {
             visit({"Numbered",
                    {{"Number", demo::Value::Number(number)}, {"Even", demo::Value::Boolean(number % 2 == 0)}}});
+        }
     }
 };
 
@@ -165,8 +168,9 @@ TEST(LiveProviders, GiveOnlyDeclaredPropertiesWithValuesOfTheirTypesAndNoKeyIsNu
                     EXPECT_TRUE(!item || demo::IsValueOf(property->type, *item)) << name << ": " << *item;
                 }
             }
-            for (const auto& key : demo::PathOf(*declaration, instance).keys)
+            for (const auto& key : demo::PathOf(*declaration, instance).keys) {
                 EXPECT_FALSE(key.value.IsNull()) << declaration->name << '.' << key.name;
+            }
         });
     }
     EXPECT_GE(instances, 10U);

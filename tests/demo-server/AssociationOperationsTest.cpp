@@ -51,8 +51,9 @@ ClassNames Found(const cim::Answer& answer) {
 /// The paths of an answer, as text.
 std::vector<std::string> Paths(const cim::Answer& answer) {
     std::vector<std::string> paths;
-    for (const auto& child : answer.Returned().children())
+    for (const auto& child : answer.Returned().children()) {
         paths.push_back(cim::Raw(child.first_child()));
+    }
     return paths;
 }
 
@@ -92,9 +93,11 @@ TEST_F(AssociationOperations, AssociatorsOfAnInstanceAreWhatPassesTheFilters) {
          {Class("AssocClass", ""), Parameter("ResultClass", ""), Parameter("Role", ""), Text("ResultRole", "")},
          {"DEMO_ComputerSystem", "DEMO_Process"}},
     };
-    for (const auto& [object, filters, found] : kCases)
-        for (const char* const method : {"Associators", "AssociatorNames"})
+    for (const auto& [object, filters, found] : kCases) {
+        for (const char* const method : {"Associators", "AssociatorNames"}) {
             EXPECT_EQ(Found(Ask(method, object, filters)), found) << method << testing::PrintToString(filters);
+        }
+    }
     EXPECT_THAT(Found(Ask("AssociatorNames", computer)), IsSupersetOf(everything));
 }
 
@@ -114,9 +117,11 @@ TEST_F(AssociationOperations, ReferencesOfAnInstanceAreWhatPassesTheFilters) {
         {{Text("Role", "PartComponent")}, {}},
         {{Class("ResultClass", "CIM_Component"), Text("Role", "Dependent")}, {}},
     };
-    for (const auto& [filters, found] : kCases)
-        for (const char* const method : {"References", "ReferenceNames"})
+    for (const auto& [filters, found] : kCases) {
+        for (const char* const method : {"References", "ReferenceNames"}) {
             EXPECT_EQ(Found(Ask(method, computer, filters)), found) << method << testing::PrintToString(filters);
+        }
+    }
 }
 
 TEST_F(AssociationOperations, RolesTellTheParentOfAProcessFromItsChildren) {
@@ -125,8 +130,9 @@ TEST_F(AssociationOperations, RolesTellTheParentOfAProcessFromItsChildren) {
             Ask("AssociatorNames", Object(cim::Process(process)),
                 {Class("AssocClass", "DEMO_ParentProcess"), Text("Role", role), Text("ResultRole", resultRole)});
         std::set<std::string> numbers;
-        for (const auto& key : answer.Returned().select_nodes(".//KEYBINDING[@NAME='Handle']/KEYVALUE"))
+        for (const auto& key : answer.Returned().select_nodes(".//KEYBINDING[@NAME='Handle']/KEYVALUE")) {
             numbers.insert(key.node().text().get());
+        }
         return numbers;
     };
     const std::string self = std::to_string(::getpid());
@@ -153,8 +159,9 @@ TEST_F(AssociationOperations, EveryAssociationLeadsFromEachOfItsEndsToTheOther) 
                        end.find_child_by_attribute("NAME", "Handle").child("KEYVALUE").text().as_int() != ::getpid();
             };
             // Other processes come and go.
-            if (isOther(ends[0].node()) || isOther(ends[1].node()))
+            if (isOther(ends[0].node()) || isOther(ends[1].node())) {
                 continue;
+            }
             served.insert(className);
             for (const auto& [from, to] : {std::pair(ends[0], ends[1]), std::pair(ends[1], ends[0])}) {
                 const Filters filters{Class("AssocClass", className),
@@ -162,8 +169,9 @@ TEST_F(AssociationOperations, EveryAssociationLeadsFromEachOfItsEndsToTheOther) 
                                       Text("ResultRole", to.node().parent().parent().attribute("NAME").value())};
                 const auto answer = Ask("AssociatorNames", Object(cim::Raw(from.node())), filters);
                 std::vector<std::string> names;
-                for (const auto& name : answer.Returned().select_nodes("OBJECTPATH/INSTANCEPATH/INSTANCENAME"))
+                for (const auto& name : answer.Returned().select_nodes("OBJECTPATH/INSTANCEPATH/INSTANCENAME")) {
                     names.push_back(cim::Raw(name.node()));
+                }
                 EXPECT_THAT(names, Contains(cim::Raw(to.node())));
                 EXPECT_EQ(Call("GetInstance", {Parameter("InstanceName", cim::Raw(to.node()))}).error, 0);
             }
@@ -267,10 +275,12 @@ TEST_F(AssociationOperations, OfAClassTheyFollowTheDeclarations) {
          {}},
         {"Associator", "CIM_Process", {Class("AssocClass", "DEMO_ParentProcess")}, {}},
     };
-    for (const auto& [method, className, filters, found] : kCases)
-        for (const std::string form : {"s", "Names"})
+    for (const auto& [method, className, filters, found] : kCases) {
+        for (const std::string form : {"s", "Names"}) {
             EXPECT_EQ(Found(Ask(method + form, ObjectClass(className), filters)), found)
                 << method << className << testing::PrintToString(filters);
+        }
+    }
 }
 
 TEST_F(AssociationOperations, ClassesComeWithTheirPathsAndAsTheOptionsSay) {
@@ -295,8 +305,9 @@ TEST_F(AssociationOperations, ClassesComeWithTheirPathsAndAsTheOptionsSay) {
     for (const Filters& options : {Filters{Flag("IncludeQualifiers", true)},
                                    Filters{Flag("IncludeQualifiers", true), Flag("IncludeClassOrigin", true)},
                                    Filters{Flag("IncludeQualifiers", false), List({"dependent"})},
-                                   Filters{Flag("IncludeQualifiers", true), List({})}})
+                                   Filters{Flag("IncludeQualifiers", true), List({})}}) {
         compare(options, options);
+    }
 }
 
 TEST_F(AssociationOperations, WhatIsNotThereIsAnError) {
@@ -313,12 +324,13 @@ TEST_F(AssociationOperations, WhatIsNotThereIsAnError) {
         {Object(cim::ComputerSystem()), {Class("ResultClass", "Nope")}, 4},
         {ObjectClass("CIM_System"), {Class("ResultClass", "Nope")}, 4},
     };
-    for (auto [object, filters, error] : kCases)
+    for (auto [object, filters, error] : kCases) {
         for (const char* const method : {"Associators", "AssociatorNames", "References", "ReferenceNames"}) {
             auto parameters = filters;
             parameters.push_back(object);
             EXPECT_EQ(Call(method, parameters).error, error) << method << testing::PrintToString(parameters);
         }
+    }
     EXPECT_EQ(Call("AssociatorNames", {ObjectClass("CIM_System"), Class("AssocClass", "Nope")}).error, 4);
 }
 

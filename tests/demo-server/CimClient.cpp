@@ -54,23 +54,26 @@ std::string Class(const std::string& className) { return Class("ClassName", clas
 
 std::string List(const Names& names) {
     std::string values;
-    for (const auto& name : names)
+    for (const auto& name : names) {
         values += "<VALUE>" + name + "</VALUE>";
+    }
     return Parameter("PropertyList", "<VALUE.ARRAY>" + values + "</VALUE.ARRAY>");
 }
 
 std::string InstanceName(const std::string& className, const Keys& keys) {
     std::string text = "<INSTANCENAME CLASSNAME=\"" + className + "\">";
-    for (const auto& [name, value] : keys)
+    for (const auto& [name, value] : keys) {
         text += "<KEYBINDING NAME=\"" + name + "\"><KEYVALUE VALUETYPE=\"string\">" + Escaped(value) +
                 "</KEYVALUE></KEYBINDING>";
+    }
     return text + "</INSTANCENAME>";
 }
 
 Answer Call(const std::string& method, const std::vector<std::string>& parameters, const std::string& nameSpace) {
     std::string all;
-    for (const auto& parameter : parameters)
+    for (const auto& parameter : parameters) {
         all += parameter;
+    }
     auto headers = exchange::OperationHeaders(method);
     headers["CIMObject"] = nameSpace;
     const auto http = exchange::Send(exchange::Post(headers, exchange::OperationBody(method, all, nameSpace)));
@@ -91,9 +94,11 @@ Answer Call(const std::string& method, const std::vector<std::string>& parameter
 
 Names NamesOf(const pugi::xml_node& parent, const std::string& elementPrefix) {
     Names names;
-    for (const auto& child : parent.children())
-        if (std::string_view(child.name()).substr(0, elementPrefix.size()) == elementPrefix)
+    for (const auto& child : parent.children()) {
+        if (std::string_view(child.name()).substr(0, elementPrefix.size()) == elementPrefix) {
             names.emplace_back(child.attribute("NAME").value());
+        }
+    }
     return names;
 }
 
@@ -103,15 +108,17 @@ pugi::xml_node Named(const pugi::xml_node& parent, const char* name) {
 
 Names AttributesAt(const pugi::xml_node& node, const char* xpath, const char* attribute) {
     Names values;
-    for (const auto& found : node.select_nodes(xpath))
+    for (const auto& found : node.select_nodes(xpath)) {
         values.emplace_back(found.node().attribute(attribute).value());
+    }
     return values;
 }
 
 std::string ValueOf(const pugi::xml_node& instance, const char* property) {
     const auto found = Named(instance, property);
-    if (!found)
+    if (!found) {
         return "absent";
+    }
     return found.child("VALUE") ? found.child("VALUE").text().get() : "null";
 }
 
@@ -123,8 +130,9 @@ std::string Raw(const pugi::xml_node& node) {
 
 Names RawChildren(const pugi::xml_node& parent) {
     Names texts;
-    for (const auto& child : parent.children())
+    for (const auto& child : parent.children()) {
         texts.push_back(Raw(child));
+    }
     return texts;
 }
 

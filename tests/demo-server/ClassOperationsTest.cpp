@@ -27,9 +27,10 @@ class QualifierOperations : public ServerFixture {};
 /// Every combination of the flags that GetClass and EnumerateClasses share.
 std::vector<std::vector<std::string>> FlagVariants() {
     std::vector<std::vector<std::string>> variants;
-    for (unsigned bits = 0; bits < 8; ++bits)
+    for (unsigned bits = 0; bits < 8; ++bits) {
         variants.push_back({Flag("LocalOnly", (bits & 1U) != 0), Flag("IncludeQualifiers", (bits & 2U) != 0),
                             Flag("IncludeClassOrigin", (bits & 4U) != 0)});
+    }
     return variants;
 }
 
@@ -207,8 +208,9 @@ TEST_F(QualifierOperations, EnumerateQualifiersReturnsEveryDeclarationThatAClass
         EXPECT_EQ(cim::Raw(declaration), cim::Raw(single.First()));
     }
     const auto classes = Call("EnumerateClasses", {Flag("DeepInheritance", true)});
-    for (const auto& name : cim::AttributesAt(classes.Returned(), ".//QUALIFIER", "NAME"))
+    for (const auto& name : cim::AttributesAt(classes.Returned(), ".//QUALIFIER", "NAME")) {
         EXPECT_THAT(declared, Contains(name));
+    }
 }
 
 } // namespace

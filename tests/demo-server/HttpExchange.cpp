@@ -30,16 +30,18 @@ class Incomplete : public std::runtime_error {
 
 std::string TakeLine(std::string_view& text) {
     const auto end = text.find("\r\n");
-    if (end == std::string_view::npos)
+    if (end == std::string_view::npos) {
         throw Incomplete();
+    }
     std::string line(text.substr(0, end));
     text.remove_prefix(end + 2);
     return line;
 }
 
 std::string_view TakeBytes(std::string_view& text, std::size_t count) {
-    if (text.size() < count)
+    if (text.size() < count) {
         throw Incomplete();
+    }
     const auto bytes = text.substr(0, count);
     text.remove_prefix(count);
     return bytes;
@@ -60,12 +62,14 @@ Headers TakeHeaders(std::string_view& text) {
 void TakeChunks(std::string_view& text, Response& response) {
     for (;;) {
         const auto size = std::stoul(TakeLine(text), nullptr, 16);
-        if (size == 0)
+        if (size == 0) {
             break;
+        }
         ++response.chunks;
         response.body += TakeBytes(text, size);
-        if (!TakeLine(text).empty())
+        if (!TakeLine(text).empty()) {
             throw std::runtime_error("a chunk of another length than it says");
+        }
     }
     response.trailers = TakeHeaders(text);
 }
@@ -92,8 +96,9 @@ Response TakeResponse(std::string_view& text) {
 std::string OperationBody(const std::string& method, const std::string& parameters, const std::string& nameSpace) {
     std::string path;
     std::istringstream components(nameSpace);
-    for (std::string component; std::getline(components, component, '/');)
+    for (std::string component; std::getline(components, component, '/');) {
         path += "<NAMESPACE NAME=\"" + component + "\"/>";
+    }
     return "<?xml version=\"1.0\" encoding=\"utf-8\" ?>\n<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\">"
            "<MESSAGE ID=\"7\" PROTOCOLVERSION=\"1.0\"><SIMPLEREQ><IMETHODCALL NAME=\"" +
            method + "\"><LOCALNAMESPACEPATH>" + path + "</LOCALNAMESPACEPATH>" + parameters +
@@ -113,12 +118,15 @@ Headers OperationHeaders(const std::string& method) {
 
 std::string Post(const Headers& headers, const std::string& body) {
     std::string text = "POST /cimom HTTP/1.1\r\nHost: demo\r\n";
-    for (const auto& [name, value] : headers)
+    for (const auto& [name, value] : headers) {
         text.append(name).append(": ").append(value).append("\r\n");
-    if (headers.count("Connection") == 0)
+    }
+    if (headers.count("Connection") == 0) {
         text += "Connection: close\r\n";
-    if (headers.count("Transfer-Encoding") == 0)
+    }
+    if (headers.count("Transfer-Encoding") == 0) {
         text += "Content-Length: " + std::to_string(body.size()) + "\r\n";
+    }
     return text + "\r\n" + body;
 }
 
@@ -136,15 +144,17 @@ sockaddr_in AddressOf(const std::string& text, int port) {
 
 Session::Session(int receiveBuffer, const std::string& clientAddress)
     : handle_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-    if (receiveBuffer != 0)
+    if (receiveBuffer != 0) {
         ::setsockopt(handle_, SOL_SOCKET, SO_RCVBUF, &receiveBuffer, sizeof(receiveBuffer));
+    }
     if (!clientAddress.empty()) {
         const auto client = AddressOf(clientAddress, 0);
         ::bind(handle_, reinterpret_cast<const sockaddr*>(&client), sizeof(client));
     }
     const auto server = AddressOf(support::LoopbackAddress(), kPort);
-    if (::connect(handle_, reinterpret_cast<const sockaddr*>(&server), sizeof(server)) != 0)
+    if (::connect(handle_, reinterpret_cast<const sockaddr*>(&server), sizeof(server)) != 0) {
         throw std::runtime_error("cannot connect");
+    }
     // A server that hangs fails the test instead of hanging it.
     const timeval limit{30, 0};
     ::setsockopt(handle_, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof(limit));
@@ -155,8 +165,9 @@ Session::~Session() { ::close(handle_); }
 void Session::Write(const std::string& bytes) const {
     for (std::string_view rest = bytes; !rest.empty();) {
         const auto sent = ::send(handle_, rest.data(), rest.size(), MSG_NOSIGNAL);
-        if (sent <= 0)
+        if (sent <= 0) {
             return;
+        }
         rest.remove_prefix(static_cast<std::size_t>(sent));
     }
 }
@@ -170,8 +181,9 @@ Response Session::Send(const std::string& request) {
             pending_.erase(0, pending_.size() - rest.size());
             return response;
         } catch (const Incomplete&) {
-            if (!ReadSome())
+            if (!ReadSome()) {
                 throw;
+            }
             while (WaitForAnswer(std::chrono::milliseconds(0)) && ReadSome()) { // before it looks at all of it again
             }
         }
@@ -193,8 +205,9 @@ bool Session::IsClosed() {
 bool Session::ReadSome() {
     std::array<char, 65536> buffer{};
     const auto count = ::recv(handle_, buffer.data(), buffer.size(), 0);
-    if (count > 0)
+    if (count > 0) {
         pending_.append(buffer.data(), static_cast<std::size_t>(count));
+    }
     return count > 0;
 }
 
@@ -204,8 +217,9 @@ std::vector<Response> SendAll(const std::vector<std::string>& requests) {
     Session session;
     std::vector<Response> responses;
     responses.reserve(requests.size());
-    for (const auto& request : requests)
+    for (const auto& request : requests) {
         responses.push_back(session.Send(request));
+    }
     return responses;
 }
 

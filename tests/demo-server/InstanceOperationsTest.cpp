@@ -82,8 +82,9 @@ TEST_F(InstanceOperations, LocalOnlyTakesNothingAway) {
 }
 
 TEST_F(InstanceOperations, GetInstanceReturnsWhatEnumerateInstancesDoes) {
-    for (const char* const className : {"DEMO_StorageVolume", "DEMO_AllTypes", "CIM_RunningOS", "DEMO_ComputerSystem"})
-        for (unsigned bits = 0; bits < 4; ++bits)
+    for (const char* const className :
+         {"DEMO_StorageVolume", "DEMO_AllTypes", "CIM_RunningOS", "DEMO_ComputerSystem"}) {
+        for (unsigned bits = 0; bits < 4; ++bits) {
             for (const std::string& list :
                  {std::string(), List({"name", "DeviceID", "Antecedent", "ABoolean"}), List({})}) {
                 const std::vector<std::string> flags{Flag("IncludeQualifiers", (bits & 1U) != 0),
@@ -99,6 +100,8 @@ TEST_F(InstanceOperations, GetInstanceReturnsWhatEnumerateInstancesDoes) {
                     EXPECT_EQ(cim::Raw(answer.First()), cim::Raw(named.child("INSTANCE")));
                 }
             }
+        }
+    }
 }
 
 TEST_F(InstanceOperations, TheOptionsOfInstancesAreHonoured) {
@@ -129,8 +132,9 @@ TEST_F(InstanceOperations, EnumerateInstanceNamesReturnsTheNamesOfEnumerateInsta
         const auto names = Call("EnumerateInstanceNames", {Class(className)});
         const auto instances = Call("EnumerateInstances", {Class(className)});
         Names expected;
-        for (const auto& named : instances.Returned().children("VALUE.NAMEDINSTANCE"))
+        for (const auto& named : instances.Returned().children("VALUE.NAMEDINSTANCE")) {
             expected.push_back(cim::Raw(named.child("INSTANCENAME")));
+        }
         EXPECT_EQ(cim::RawChildren(names.Returned()), expected) << className;
         EXPECT_EQ(expected.empty(), std::string(className) == "DEMO_Point");
     }
@@ -194,8 +198,9 @@ TEST_F(InstanceOperations, GetInstanceTellsWhatIsWrongWithAName) {
         {Volume("volume-0000001", "DEMO_Memory"), 6},
         {cim::Process(0), 6},
     };
-    for (const auto& [name, error] : kCases)
+    for (const auto& [name, error] : kCases) {
         EXPECT_EQ(Call("GetInstance", {Instance(name)}).error, error) << name;
+    }
     std::string elsewhere = cim::Process();
     elsewhere.replace(elsewhere.find(std::to_string(::getpid())), std::to_string(::getpid()).size(), "../version");
     EXPECT_EQ(Call("GetInstance", {Instance(elsewhere)}).error, 6);

@@ -100,8 +100,9 @@ TEST_F(OperationErrors, NamesOfParametersAndMethodsAndFlagsMayHaveAnyCase) {
 TEST_F(OperationErrors, WhatTheServerCannotDoIsNotSupported) {
     for (const char* const method :
          {"CreateClass", "ModifyClass", "DeleteClass", "CreateInstance", "ModifyInstance", "DeleteInstance",
-          "SetProperty", "SetQualifier", "DeleteQualifier", "ExecQuery", "OpenQueryInstances", "NoSuchMethod"})
+          "SetProperty", "SetQualifier", "DeleteQualifier", "ExecQuery", "OpenQueryInstances", "NoSuchMethod"}) {
         Check({{method, {kSystem}, 7}});
+    }
 }
 
 TEST_F(OperationErrors, AMethodOfAClassIsNotSupported) {
@@ -143,11 +144,13 @@ TEST_F(OperationErrors, TheNamespaceIsOneAndItsNameMayHaveAnyCase) {
 TEST_F(OperationErrors, WhatIsNoParameterAtAllIsNoValidRequest) {
     constexpr int kLevels = 5000;
     std::string nested;
-    for (int i = 0; i < kLevels; ++i)
+    for (int i = 0; i < kLevels; ++i) {
         nested += "<INSTANCENAME CLASSNAME=\"A\"><KEYBINDING NAME=\"k\"><VALUE.REFERENCE>";
+    }
     nested += cim::ComputerSystem();
-    for (int i = 0; i < kLevels; ++i)
+    for (int i = 0; i < kLevels; ++i) {
         nested += "</VALUE.REFERENCE></KEYBINDING></INSTANCENAME>";
+    }
     for (const std::string& parameters :
          {std::string("<IPARAMVALUE><CLASSNAME NAME=\"x\"/></IPARAMVALUE>"), Parameter("ClassName", "<CLASSNAME/>"),
           Parameter("ClassName", "<CLASSNAME NAME=\"x\"/><CLASSNAME NAME=\"y\"/>"),

@@ -95,8 +95,9 @@ TEST(OwnSchema, MayRepeatTheDeclarationOfAQualifierButNotChangeIt) {
     EXPECT_THAT(changed("METHOD='true'", ""), isRefused);
     EXPECT_THAT(changed("TYPE", "ISARRAY='true' TYPE"), isRefused);
     for (const char* const flavor :
-         {"OVERRIDABLE='false'", "TOSUBCLASS='false'", "TOINSTANCE='true'", "TRANSLATABLE='true'"})
+         {"OVERRIDABLE='false'", "TOSUBCLASS='false'", "TOINSTANCE='true'", "TRANSLATABLE='true'"}) {
         EXPECT_THAT(changed("TYPE", std::string(flavor) + " TYPE"), isRefused);
+    }
     EXPECT_THAT(changed("</QUAL", "<VALUE>7</VALUE></QUAL"), isRefused);
     EXPECT_THAT(ProblemsOf(Document("<QUALIFIER.DECLARATION NAME='MY_Q' TYPE='uint8'><VALUE>x</VALUE>"
                                     "</QUALIFIER.DECLARATION>")),

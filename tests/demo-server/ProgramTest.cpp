@@ -32,8 +32,9 @@ class Program {
         arguments.insert(arguments.begin(), path);
         std::vector<char*> pointers;
         pointers.reserve(arguments.size() + 1);
-        for (auto& argument : arguments)
+        for (auto& argument : arguments) {
             pointers.push_back(argument.data());
+        }
         pointers.push_back(nullptr);
         std::array<int, 2> pipe{};
         EXPECT_EQ(::pipe(pipe.data()), 0);
@@ -62,15 +63,17 @@ class Program {
     /// A line of its output; empty at the end.
     std::string ReadLine() const {
         std::string line;
-        for (char c = 0; ::read(output_, &c, 1) == 1 && c != '\n';)
+        for (char c = 0; ::read(output_, &c, 1) == 1 && c != '\n';) {
             line += c;
+        }
         return line;
     }
 
     std::string ReadAll() const {
         std::string text;
-        for (std::string line = ReadLine(); !line.empty(); line = ReadLine())
+        for (std::string line = ReadLine(); !line.empty(); line = ReadLine()) {
             text += line + '\n';
+        }
         return text;
     }
 

@@ -66,8 +66,9 @@ std::string Text(const demo::Instance& instance, const std::string& name) {
 
 std::vector<std::string> Texts(const demo::Instance& instance, const std::string& name) {
     std::vector<std::string> texts;
-    for (const auto& item : *instance.values.at(name).AsArray())
+    for (const auto& item : *instance.values.at(name).AsArray()) {
         texts.push_back(item.value_or("null"));
+    }
     return texts;
 }
 
@@ -89,8 +90,9 @@ std::vector<std::string> Candidates(const demo::InstanceProvider& provider, cons
 std::vector<std::string> TextOfEach(const std::vector<demo::Instance>& instances, const std::string& name) {
     std::vector<std::string> texts;
     texts.reserve(instances.size());
-    for (const auto& instance : instances)
+    for (const auto& instance : instances) {
         texts.push_back(Text(instance, name));
+    }
     return texts;
 }
 
@@ -177,10 +179,11 @@ TEST_F(Machine, NetworkPortsSayNullForWhatTheKernelDoesNotKnow) {
 
 TEST_F(Machine, ProcessorsAreThePackagesOfTheirInstructionStreams) {
     std::string info;
-    for (int stream = 0; stream < 4; ++stream)
+    for (int stream = 0; stream < 4; ++stream) {
         info += "processor\t: " + std::to_string(stream) + "\ncpu family\t: 6\nmodel\t\t: 85\n" +
                 "model name\t: Intel(R) Xeon(R): Gold\nstepping\t: 7\ncpu MHz\t\t: 2593.906\ncache size\t: 36608 KB\n" +
                 "physical id\t: " + std::to_string(stream / 2) + "\ncore id\t\t: 0\nflags\t\t: fpu sse\n\n";
+    }
     Write("proc/cpuinfo", info);
     Write("proc/stat", "cpu  0 0 0 0\ncpu0 100 0 50 850 0 0 0 0\ncpu1 0 0 0 1000 0 0 0 0\ncpu2 5 5 5 5 5 5 5\ncpu3\n");
     Write("sys/devices/system/cpu/cpu0/cpufreq/cpuinfo_max_freq", "3900000\n");
@@ -276,8 +279,9 @@ TEST_F(Machine, AProcessIsFoundByItsHandleAlone) {
     Write("proc/self/stat", "12" + stat);
     const demo::ProcessProvider provider(Files());
     EXPECT_THAT(Candidates(provider, "Handle", "13"), ElementsAre("13"));
-    for (const char* const handle : {"14", "", "self", "12/../13", "-1"})
+    for (const char* const handle : {"14", "", "self", "12/../13", "-1"}) {
         EXPECT_TRUE(Candidates(provider, "Handle", handle).empty()) << handle;
+    }
     EXPECT_TRUE(Candidates(provider, "Name", "x").empty());
 }
 
@@ -292,8 +296,9 @@ TEST_F(Machine, ParentProcessesAreThoseThatAreThere) {
     const auto schema = demo::BuiltInSchema();
     const demo::ProcessProvider processes(Files());
     std::vector<std::string> links;
-    for (const auto& link : All(demo::ParentProcessProvider(schema, processes)))
+    for (const auto& link : All(demo::ParentProcessProvider(schema, processes))) {
         links.push_back(KeyOf(link, "Antecedent", "Handle") + '>' + KeyOf(link, "Dependent", "Handle"));
+    }
     EXPECT_THAT(links, ElementsAre("1>12", "12>13"));
 }
 
@@ -357,8 +362,9 @@ TEST_F(Machine, AVolumeIsFoundByItsIdAlone) {
     const demo::StorageVolumeProvider provider(Files(), 300);
     EXPECT_THAT(Candidates(provider, "DeviceID", "volume-0000299"), ElementsAre("volume-0000299"));
     for (const char* const id :
-         {"volume-0000300", "volume-", "", "volume--000001", "memory", "99999999999999999999999"})
+         {"volume-0000300", "volume-", "", "volume--000001", "memory", "99999999999999999999999"}) {
         EXPECT_TRUE(Candidates(provider, "DeviceID", id).empty()) << id;
+    }
 }
 
 TEST(ThisMachine, HasARootFileSystemOfTheSizeThatTheKernelSays) {
@@ -366,8 +372,9 @@ TEST(ThisMachine, HasARootFileSystemOfTheSizeThatTheKernelSays) {
     ASSERT_EQ(::statvfs("/", &space), 0);
     std::size_t roots = 0;
     demo::FileSystemProvider(demo::SystemFiles("/")).Enumerate([&](const demo::Instance& instance) {
-        if (Text(instance, "Name") != "/")
+        if (Text(instance, "Name") != "/") {
             return;
+        }
         ++roots;
         EXPECT_EQ(Text(instance, "BlockSize"), std::to_string(space.f_frsize));
         EXPECT_EQ(Text(instance, "FileSystemSize"), std::to_string(space.f_frsize * space.f_blocks));
@@ -380,8 +387,9 @@ TEST(ThisMachine, ListsTheProcessOfTheTest) {
     const std::string id = std::to_string(::getpid());
     std::size_t found = 0;
     demo::ProcessProvider(demo::SystemFiles("/")).Enumerate([&](const demo::Instance& instance) {
-        if (Text(instance, "Handle") != id)
+        if (Text(instance, "Handle") != id) {
             return;
+        }
         ++found;
         EXPECT_EQ(Text(instance, "ParentProcessID"), std::to_string(::getppid()));
         EXPECT_EQ(Text(instance, "UserID"), std::to_string(::getuid()));

@@ -44,8 +44,9 @@ std::string ErrorOf(const std::string& classes) {
 std::vector<std::string> Names(const std::vector<const demo::Class*>& classes) {
     std::vector<std::string> names;
     names.reserve(classes.size());
-    for (const auto* const declaration : classes)
+    for (const auto* const declaration : classes) {
         names.push_back(declaration->name);
+    }
     return names;
 }
 
@@ -233,11 +234,13 @@ TEST(Values, HaveOneNormalFormForEachValue) {
         {demo::CimType::kString, "0x7", "0x7"},
         {demo::CimType::kString, "", ""},
     };
-    for (const auto& [type, text, normal] : kCases)
+    for (const auto& [type, text, normal] : kCases) {
         EXPECT_EQ(demo::NormalForm(type, text), normal) << text;
+    }
     for (const char* const text :
-         {"", "-", "+", "0x", "0xg", "1x", " 1", "1.0", "--1", "256", "-1", "99999999999999999999"})
+         {"", "-", "+", "0x", "0xg", "1x", " 1", "1.0", "--1", "256", "-1", "99999999999999999999"}) {
         EXPECT_EQ(demo::NormalForm(demo::CimType::kUint8, text), std::nullopt) << text;
+    }
     EXPECT_EQ(demo::NormalForm(demo::CimType::kBoolean, "1"), std::nullopt);
     EXPECT_EQ(demo::NormalForm(demo::CimType::kReference, "A"), std::nullopt);
 }
@@ -245,15 +248,17 @@ TEST(Values, HaveOneNormalFormForEachValue) {
 TEST(PathText, IsTheSameForTheSameObjectOnly) {
     const auto path = [](const std::string& className, const std::vector<std::pair<std::string, std::string>>& keys) {
         demo::ObjectPath result{className, {}};
-        for (const auto& [name, value] : keys)
+        for (const auto& [name, value] : keys) {
             result.keys.push_back({name, demo::CimType::kString, demo::Value::Text(value)});
+        }
         return result;
     };
     const std::string text = demo::PathText(path("A", {{"x", "1"}, {"y", "2"}}));
     EXPECT_EQ(text, demo::PathText(path("a", {{"Y", "2"}, {"X", "1"}})));
     for (const auto& other : {path("B", {{"x", "1"}, {"y", "2"}}), path("A", {{"x", "2"}, {"y", "1"}}),
-                              path("A", {{"x", "1"}}), path("A", {{"x", "1\".y=\"2"}}), path("A", {})})
+                              path("A", {{"x", "1"}}), path("A", {{"x", "1\".y=\"2"}}), path("A", {})}) {
         EXPECT_NE(text, demo::PathText(other));
+    }
     auto elsewhere = path("A", {{"x", "1"}, {"y", "2"}});
     elsewhere.nameSpace = "root/other";
     EXPECT_NE(text, demo::PathText(elsewhere));
@@ -269,11 +274,14 @@ TEST(BuiltInSchema, HasTheDemoClassesOverThreeLevelsAndMore) {
     const auto schema = demo::BuiltInSchema();
     for (const char* const name :
          {"DEMO_ComputerSystem", "DEMO_OperatingSystem", "DEMO_Processor", "DEMO_Memory", "DEMO_FileSystem",
-          "DEMO_NetworkPort", "DEMO_Process", "DEMO_StorageVolume", "DEMO_RunningOS", "DEMO_AllTypes"})
+          "DEMO_NetworkPort", "DEMO_Process", "DEMO_StorageVolume", "DEMO_RunningOS", "DEMO_AllTypes"}) {
         EXPECT_TRUE(schema.FindClass(name)) << name;
+    }
     std::size_t levels = 0;
-    for (const auto* found = schema.FindClass("DEMO_StorageVolume"); found; found = schema.FindClass(found->superclass))
+    for (const auto* found = schema.FindClass("DEMO_StorageVolume"); found;
+         found = schema.FindClass(found->superclass)) {
         ++levels;
+    }
     EXPECT_GE(levels, 6U);
     EXPECT_TRUE(schema.FindClass("DEMO_RunningOS")->Is("Association"));
     EXPECT_FALSE(schema.FindClass("DEMO_RunningOS")->Is("Abstract"));

@@ -51,8 +51,9 @@ std::string GetClass(const std::string& name, const Headers& more = {}) {
 
 std::size_t Count(const std::string& text, const std::string& word) {
     std::size_t count = 0;
-    for (auto at = text.find(word); at != std::string::npos; at = text.find(word, at + word.size()))
+    for (auto at = text.find(word); at != std::string::npos; at = text.find(word, at + word.size())) {
         ++count;
+    }
     return count;
 }
 
@@ -125,8 +126,9 @@ TEST_F(Server, TellsAClientThatWaitsWithItsBodyToGoOn) {
 
 TEST_F(Server, RefusesHeadersBeyondTheLimits) {
     std::string many = "POST /cimom HTTP/1.1\r\n";
-    while (many.size() <= demo::Connection::kMaxHeaderBytes)
+    while (many.size() <= demo::Connection::kMaxHeaderBytes) {
         many += "X-Filler: " + std::string(100, 'x') + "\r\n";
+    }
     EXPECT_EQ(Send(many + "\r\n").status, 431);
     const auto withHeader = [](std::size_t length) {
         const std::string name = "X-Filler: ";
@@ -172,10 +174,12 @@ TEST_F(Server, ServesManyConnectionsAtOnce) {
     std::vector<int> statuses(kClients);
     std::vector<std::thread> clients;
     clients.reserve(kClients);
-    for (auto& status : statuses)
+    for (auto& status : statuses) {
         clients.emplace_back([&status] { status = Send(GetClass("CIM_System", {{"TE", "trailers"}})).status; });
-    for (auto& client : clients)
+    }
+    for (auto& client : clients) {
         client.join();
+    }
     EXPECT_EQ(statuses, std::vector<int>(kClients, 200));
 }
 
@@ -327,8 +331,9 @@ TEST_F(Server, ServesAChunkedRequest) {
 
 TEST_F(Server, AClientThatGoesAwayInTheMiddleDoesNotHarmTheOthers) {
     const std::string request = GetClass("CIM_System");
-    for (const std::size_t length : {std::size_t{1}, std::size_t{30}, request.size() / 2, request.size() - 1})
+    for (const std::size_t length : {std::size_t{1}, std::size_t{30}, request.size() / 2, request.size() - 1}) {
         exchange::Abandon(request.substr(0, length));
+    }
     exchange::Abandon(Post(With(OperationHeaders("EnumerateInstances"), "TE", "trailers"),
                            OperationBody("EnumerateInstances", ClassName("CIM_StorageVolume"))));
     EXPECT_EQ(Send(request).status, 200);

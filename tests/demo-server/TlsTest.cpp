@@ -31,8 +31,9 @@ demo::DemoServerOptions Options() {
 
 httplib::Result Ask(httplib::SSLClient& client) {
     httplib::Headers headers;
-    for (const auto& [name, value] : exchange::OperationHeaders("GetClass"))
+    for (const auto& [name, value] : exchange::OperationHeaders("GetClass")) {
         headers.emplace(name, value);
+    }
     return client.Post("/cimom", headers, exchange::OperationBody("GetClass", exchange::ClassName("CIM_System")),
                        "application/xml; charset=utf-8");
 }

@@ -49,8 +49,9 @@ TEST(Users, AreReadFromLinesOfNameAndPassword) {
     EXPECT_EQ(Authenticated(users, Basic("bob:with:colon ")), "bob");
     EXPECT_EQ(Authenticated(users, Basic("no#comment:p")), "no#comment");
     for (const char* const wrong : {"ada:pass wor", "ada:pass word ", "ada:", "ada", "bob:with", "Ada:pass word",
-                                    "ada:with:colon ", "eve:pass word", "", ":", "#bob:x", "# the first one"})
+                                    "ada:with:colon ", "eve:pass word", "", ":", "#bob:x", "# the first one"}) {
         EXPECT_EQ(Authenticated(users, Basic(wrong)), "") << wrong;
+    }
 }
 
 TEST(Users, CanHaveHashedPasswords) {
@@ -102,8 +103,9 @@ TEST(Users, AreNotLetInWithWhatIsNoBasicAuthentication) {
     for (const std::string& wrong :
          {std::string(), std::string("Basic"), std::string("Basic "), Basic("ada:pw", "Bearer "), Basic("ada:pw", ""),
           Basic("ada:pw") + "=", Basic("ada:pw") + "====", std::string("Basic ===="), std::string("Basic !!!!"),
-          Basic("ada:pw").substr(0, 13)})
+          Basic("ada:pw").substr(0, 13)}) {
         EXPECT_EQ(Authenticated(users, wrong), "") << wrong;
+    }
 }
 
 TEST(Users, OfAMalformedFileAreRefusedWithItsLine) {
@@ -113,10 +115,11 @@ TEST(Users, OfAMalformedFileAreRefusedWithItsLine) {
     EXPECT_EQ(ErrorOf("a:b\na:c\n"), "users.txt:2: user a is there already");
     EXPECT_EQ(ErrorOf("a:b\r\n").substr(0, 33), "users.txt:1: a control character,");
     EXPECT_EQ(ErrorOf("a:b\tc\n").substr(0, 33), "users.txt:1: a control character,");
-    for (const char* const hash : {"$", "$6$", "$6$salt$", "$6$salt$tooshort", "$nonsense$x$y"})
+    for (const char* const hash : {"$", "$6$", "$6$salt$", "$6$salt$tooshort", "$nonsense$x$y"}) {
         EXPECT_EQ(ErrorOf(std::string("a:") + hash).substr(0, 61),
                   "users.txt:1: the password begins with $ but is no hash of cry")
             << hash;
+    }
     EXPECT_EQ(ErrorOf(""), "users.txt: no users; a line for each is needed, name:password");
     EXPECT_EQ(ErrorOf("# nobody\n"), "users.txt: no users; a line for each is needed, name:password");
 }

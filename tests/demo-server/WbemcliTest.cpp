@@ -55,8 +55,9 @@ utsname Kernel() {
 class Wbemcli : public testing::TestWithParam<Transport> {
   protected:
     void SetUp() override {
-        if (program_.empty())
+        if (program_.empty()) {
             GTEST_SKIP() << "wbemcli is not installed";
+        }
     }
 
     /// What it shows about an object, as in "CIM_System". Each option is a word; properties may follow the object.
@@ -71,8 +72,9 @@ class Wbemcli : public testing::TestWithParam<Transport> {
                                    const std::string& properties = "") const {
         options.insert(options.begin(), {command, "-cacert", certificate_});
         options.push_back(url);
-        if (!properties.empty())
+        if (!properties.empty()) {
             options.push_back(properties);
+        }
         return support::RunProgram(program_, options);
     }
 
@@ -91,8 +93,9 @@ class Wbemcli : public testing::TestWithParam<Transport> {
         EXPECT_EQ(run.status, 0) << run.output << run.errors;
         Lines lines;
         std::istringstream text(run.output);
-        for (std::string line; std::getline(text, line);)
+        for (std::string line; std::getline(text, line);) {
             lines.push_back(line);
+        }
         return lines;
     }
 
@@ -130,10 +133,11 @@ std::string Shown(const demo::ObjectPath& path) {
     std::string text = path.className;
     for (const auto& key : path.keys) {
         (text += &key == path.keys.data() ? '.' : ',') += key.name + '=';
-        if (const auto* const reference = key.value.AsReference())
+        if (const auto* const reference = key.value.AsReference()) {
             text += Shown(*reference);
-        else
+        } else {
             text += '"' + *key.value.AsText() + '"';
+        }
     }
     return text;
 }
@@ -143,14 +147,18 @@ std::string Shown(demo::CimType type, const std::string& text) {
 }
 
 std::string Shown(const demo::Property& property, const demo::Value& value) {
-    if (const auto* const text = value.AsText())
+    if (const auto* const text = value.AsText()) {
         return Shown(property.type, *text);
-    if (const auto* const reference = value.AsReference())
+    }
+    if (const auto* const reference = value.AsReference()) {
         return Shown(*reference);
+    }
     std::string all;
-    if (const auto* const items = value.AsArray())
-        for (const auto& item : *items)
+    if (const auto* const items = value.AsArray()) {
+        for (const auto& item : *items) {
             all += (&item == items->data() ? "" : ",") + Shown(property.type, *item);
+        }
+    }
     return all;
 }
 
@@ -163,8 +171,9 @@ std::string Marked(const demo::Property& property, bool withKeys) {
 /// It shows no defaults.
 Lines ClassLines(const std::string& headline, const demo::Class& declaration, bool withKeys) {
     Lines lines{headline};
-    for (const auto& property : declaration.properties)
+    for (const auto& property : declaration.properties) {
         lines.push_back('-' + Marked(property, withKeys) + '=');
+    }
     lines.emplace_back();
     return lines;
 }
@@ -172,9 +181,11 @@ Lines ClassLines(const std::string& headline, const demo::Class& declaration, bo
 /// The value of a property in the lines of one instance.
 std::string ValueIn(const Lines& lines, const std::string& property) {
     const std::string begin = '-' + property + '=';
-    for (const auto& line : lines)
-        if (line.rfind(begin, 0) == 0)
+    for (const auto& line : lines) {
+        if (line.rfind(begin, 0) == 0) {
             return line.substr(begin.size());
+        }
+    }
     return "absent";
 }
 
@@ -204,8 +215,9 @@ std::string Volume(const std::string& id) {
 TEST_P(Wbemcli, EcnNamesAllClassesOrThoseBelowOne) {
     for (const std::string top : {"", "CIM_LogicalDevice", "DEMO_Process"}) {
         Lines expected;
-        for (const auto* const below : schema_.Subclasses(top, true))
+        for (const auto* const below : schema_.Subclasses(top, true)) {
             expected.push_back(Here(below->name));
+        }
         EXPECT_THAT(LinesOf("ecn", {}, top), ElementsAreArray(expected)) << top;
     }
 }
@@ -224,8 +236,9 @@ TEST_P(Wbemcli, EcShowsTheClassesBelowOneWithTheirProperties) {
 
 TEST_P(Wbemcli, GcShowsEveryClassWithItsPropertiesKeysArraysAndReferences) {
     for (const auto* const declaration : schema_.Subclasses("", true)) {
-        if (declaration->name == kClassThatItCannotRead)
+        if (declaration->name == kClassThatItCannotRead) {
             continue;
+        }
         EXPECT_THAT(LinesOf("gc", {"-nl", "-t"}, declaration->name),
                     ElementsAreArray(ClassLines(Here(declaration->name), *declaration, true)));
     }
@@ -246,8 +259,9 @@ TEST_P(Wbemcli, EiShowsEveryPropertyOfEveryVolume) {
     const demo::Class& declaration = *schema_.FindClass("DEMO_StorageVolume");
     demo::StorageVolumeProvider(demo::SystemFiles("/"), kVolumes).Enumerate([&](const demo::Instance& volume) {
         expected.push_back(Here(Shown(PathOf(declaration, volume))));
-        for (const auto& property : declaration.properties)
+        for (const auto& property : declaration.properties) {
             expected.push_back('-' + Marked(property, true) + '=' + Shown(property, volume.ValueOf(property)));
+        }
         expected.emplace_back();
     });
     EXPECT_THAT(LinesOf("ei", {"-nl", "-t"}, "CIM_StorageVolume"), ElementsAreArray(expected));
@@ -285,11 +299,13 @@ TEST_P(Wbemcli, EinNamesTheFileSystemsOfTheKernelsListOfMounts) {
         std::string device;
         std::string path;
         words >> device >> path;
-        if (path.find('\\') != std::string::npos)
+        if (path.find('\\') != std::string::npos) {
             GTEST_SKIP() << "a path that wbemcli and the kernel write differently: " << path;
+        }
         mounted.insert(path);
-        if (device.rfind("/dev/", 0) == 0 && path.rfind("/dev/", 0) != 0)
+        if (device.rfind("/dev/", 0) == 0 && path.rfind("/dev/", 0) != 0) {
             disks.insert(path);
+        }
     }
     std::set<std::string> named;
     for (const auto& line : LinesOf("ein", {}, "CIM_FileSystem")) {
@@ -322,8 +338,9 @@ TEST_P(Wbemcli, AinNamesWhatAComputerIsMadeOfAndEachFilterNarrowsIt) {
     const Lines volumes{There(Volume("volume-0000000")), There(Volume("volume-0000001")),
                         There(Volume("volume-0000002"))};
     const auto all = named({});
-    for (const auto& volume : volumes)
+    for (const auto& volume : volumes) {
         EXPECT_THAT(all, Contains(volume));
+    }
     EXPECT_THAT(all, Contains(StartsWith(There("DEMO_FileSystem."))));
     EXPECT_THAT(all, Contains(StartsWith(There("DEMO_OperatingSystem."))));
 

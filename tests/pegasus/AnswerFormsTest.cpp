@@ -47,8 +47,9 @@ std::string successor(std::string digits) {
 
 std::string hexadecimal(Uint64 number, const char* digits) {
     std::string text;
-    for (; number != 0; number >>= 4U)
+    for (; number != 0; number >>= 4U) {
         text.insert(text.begin(), digits[number & 0xFU]);
+    }
     return text;
 }
 
@@ -90,8 +91,9 @@ TYPED_TEST(IntegerFormsTest, EveryFormIsRead) {
         forms.emplace_back("-0x7", static_cast<TypeParam>(-7));
         forms.emplace_back("-0x" + hexadecimal(this->kMaxBits + 1, "0123456789abcdef"), this->kMin);
     }
-    for (const auto& [text, number] : forms)
+    for (const auto& [text, number] : forms) {
         EXPECT_EQ(this->read(text), CIMValue(number)) << text;
+    }
 }
 
 TYPED_TEST(IntegerFormsTest, OneBeyondTheRangeIsAnErrorAndSoIsMuchMore) {
@@ -106,18 +108,21 @@ TYPED_TEST(IntegerFormsTest, OneBeyondTheRangeIsAnErrorAndSoIsMuchMore) {
                                         std::string(100, '9'),
                                         '-' + std::string(100, '9'),
                                         "0x" + std::string(100, 'f')};
-    if (!this->kSigned)
+    if (!this->kSigned) {
         outside.emplace_back("-0x1");
-    for (const std::string& text : outside)
+    }
+    for (const std::string& text : outside) {
         EXPECT_THAT(this->errorOf(text), HasSubstr("integer out of range: " + text));
+    }
 }
 
 TYPED_TEST(IntegerFormsTest, WhatIsNoIntegerIsAnError) {
     for (const char* text :
          {"",    " ",   "-",    "+",   "x",   "0x",  "0xg",   "x7",   "7x",       "7.",        "7.0",
           "7 7", "--7", "+-7",  "- 7", "7-",  "7e0", "7,0",   "1_0",  "0x-7",     "0x 7",      "0b1",
-          "1b",  "#7",  "TRUE", "NaN", "INF", "'7'", "\"7\"", "0x7.", "\xD9\xA7", "7\xC2\xA0", "\xEF\xBC\x97"})
+          "1b",  "#7",  "TRUE", "NaN", "INF", "'7'", "\"7\"", "0x7.", "\xD9\xA7", "7\xC2\xA0", "\xEF\xBC\x97"}) {
         EXPECT_THAT(this->errorOf(text), HasSubstr("not an integer: ")) << text;
+    }
 }
 
 // ---- Reals ----
@@ -149,28 +154,33 @@ TYPED_TEST(RealFormsTest, EveryFormIsRead) {
         {"0x1p-2", TypeParam(0.25)},   {"-0X1.8P+1", TypeParam(-3)},
         {" 1.25", TypeParam(1.25)},    {"\n1.25\t", TypeParam(1.25)},
         {"&#49;.25", TypeParam(1.25)}, {"<![CDATA[1.25]]>", TypeParam(1.25)}};
-    for (const auto& [text, number] : forms)
+    for (const auto& [text, number] : forms) {
         EXPECT_EQ(this->read(text), number) << text;
+    }
     EXPECT_TRUE(std::signbit(this->read("-0")));
     EXPECT_TRUE(std::signbit(this->read("-0.0e5")));
 }
 
 TYPED_TEST(RealFormsTest, InfinitiesAndWhatIsNoNumber) {
     constexpr TypeParam kInfinity = std::numeric_limits<TypeParam>::infinity();
-    for (const char* text : {"INF", "inf", "Inf", "+INF", "infinity", "INFINITY", " INF "})
+    for (const char* text : {"INF", "inf", "Inf", "+INF", "infinity", "INFINITY", " INF "}) {
         EXPECT_EQ(this->read(text), kInfinity) << text;
-    for (const char* text : {"-INF", "-inf", "-Infinity"})
+    }
+    for (const char* text : {"-INF", "-inf", "-Infinity"}) {
         EXPECT_EQ(this->read(text), -kInfinity) << text;
-    for (const char* text : {"NaN", "nan", "NAN", "-NaN", "+nan", " NaN\n"})
+    }
+    for (const char* text : {"NaN", "nan", "NAN", "-NaN", "+nan", " NaN\n"}) {
         EXPECT_TRUE(std::isnan(this->read(text))) << text;
+    }
 }
 
 TYPED_TEST(RealFormsTest, WhatIsNoRealIsAnError) {
     for (const char* text :
          {"",        " ",    "-",       "+",    ".",   "-.",  "e5",      ".e5",  "1e",     "1e+",
           "1.2.3",   "1,5",  "0x",      "0xp1", "--1", "+-1", "-+1",     "- 1",  "1 2",    "1.5f",
-          "1.5e3.5", "INFI", "infinit", "NaNs", "IN",  "one", "1_000.0", "TRUE", "1.5 kB", "\xE2\x88\x92.5"})
+          "1.5e3.5", "INFI", "infinit", "NaNs", "IN",  "one", "1_000.0", "TRUE", "1.5 kB", "\xE2\x88\x92.5"}) {
         EXPECT_THAT(valueErrorOf(this->type(), text), HasSubstr("not a real: ")) << text;
+    }
 }
 
 TEST(RealExtremesTest, TheLargestAreReadAndLargerOnesAreInfinite) {
@@ -196,10 +206,12 @@ TEST(RealExtremesTest, TheSmallestAreReadAndSmallerOnesAreZero) {
     EXPECT_EQ(valueOf("real64", "2.2250738585072014e-308"), CIMValue(std::numeric_limits<Real64>::min()));
     EXPECT_EQ(valueOf("real64", "5e-324"), CIMValue(std::numeric_limits<Real64>::denorm_min()));
     EXPECT_EQ(valueOf("real64", "-4.9e-324"), CIMValue(-std::numeric_limits<Real64>::denorm_min()));
-    for (const char* text : {"1e-46", "-1e-46", "1e-400", "1e-999999999999"})
+    for (const char* text : {"1e-46", "-1e-46", "1e-400", "1e-999999999999"}) {
         EXPECT_EQ(valueOf("real32", text), CIMValue(Real32(0))) << text;
-    for (const char* text : {"2e-324", "-1e-400", "0x1p-1080", "1e-999999999999"})
+    }
+    for (const char* text : {"2e-324", "-1e-400", "0x1p-1080", "1e-999999999999"}) {
         EXPECT_EQ(valueOf("real64", text), CIMValue(Real64(0))) << text;
+    }
     const std::string manyZeros = "0." + std::string(400, '0') + '1';
     EXPECT_EQ(valueOf("real64", manyZeros), CIMValue(Real64(0)));
 }
@@ -207,18 +219,22 @@ TEST(RealExtremesTest, TheSmallestAreReadAndSmallerOnesAreZero) {
 // ---- Booleans, characters, date-times ----
 
 TEST(BooleanFormsTest, TheWordsAreReadInAnyCaseAndNoOtherWordIs) {
-    for (const char* text : {"TRUE", "true", "True", "tRuE", " TRUE", "TRUE\n", "&#84;RUE", "<![CDATA[true]]>"})
+    for (const char* text : {"TRUE", "true", "True", "tRuE", " TRUE", "TRUE\n", "&#84;RUE", "<![CDATA[true]]>"}) {
         EXPECT_EQ(valueOf("boolean", text), CIMValue(true)) << text;
-    for (const char* text : {"FALSE", "false", "False", "\tfAlSe "})
+    }
+    for (const char* text : {"FALSE", "false", "False", "\tfAlSe "}) {
         EXPECT_EQ(valueOf("boolean", text), CIMValue(false)) << text;
+    }
     for (const char* text : {"T", "F", "1", "0", "yes", "no", "on", "TRUEE", "TRU", "TRUE FALSE", "T RUE", "NULL",
-                             "\"TRUE\"", "-TRUE", "wahr"})
+                             "\"TRUE\"", "-TRUE", "wahr"}) {
         EXPECT_THAT(valueErrorOf("boolean", text), HasSubstr("not a boolean: ")) << text;
+    }
 }
 
 TEST(BooleanFormsTest, NoWordIsNull) {
-    for (const char* text : {"", " ", "\n", "<![CDATA[]]>", "<!-- -->"})
+    for (const char* text : {"", " ", "\n", "<![CDATA[]]>", "<!-- -->"}) {
         EXPECT_EQ(valueOf("boolean", text), CIMValue(CIMTYPE_BOOLEAN, false)) << text;
+    }
 }
 
 TEST(Char16FormsTest, OneCharacterOfTheBasicPlaneIsRead) {
@@ -245,32 +261,37 @@ TEST(Char16FormsTest, OneCharacterOfTheBasicPlaneIsRead) {
                                                                {"&#xD7FF;", 0xD7FF},
                                                                {"&#xE000;", 0xE000},
                                                                {"\xEF\xBF\xBD", 0xFFFD}};
-    for (const auto& [text, unit] : forms)
+    for (const auto& [text, unit] : forms) {
         EXPECT_EQ(valueOf("char16", text), CIMValue(Char16(unit))) << text;
+    }
 }
 
 TEST(Char16FormsTest, NoneAndMoreThanOneAreErrors) {
     for (const char* text : {"", "AB", "  ", " A", "A ", "65", "<![CDATA[]]>", "e\xCC\x81", "\xF0\x9F\x98\x80",
-                             "&#x10000;", "&#x1F600;", "\xF0\x90\x80\x80", "A<![CDATA[B]]>"})
+                             "&#x10000;", "&#x1F600;", "\xF0\x90\x80\x80", "A<![CDATA[B]]>"}) {
         EXPECT_THAT(valueErrorOf("char16", text), HasSubstr("not one UTF-16 character")) << text;
+    }
     for (const char* text :
-         {"&#xD83D;", "&#xDE00;", "\xED\xA0\xBD", "&#xFFFE;", "&#xFFFF;", "\xEF\xBF\xBF", "&#0;", "\xFF"})
+         {"&#xD83D;", "&#xDE00;", "\xED\xA0\xBD", "&#xFFFE;", "&#xFFFF;", "\xEF\xBF\xBF", "&#0;", "\xFF"}) {
         EXPECT_NE(valueErrorOf("char16", text), "") << text;
+    }
 }
 
 TEST(DateTimeFormsTest, TimestampsAndIntervalsAreRead) {
     for (const char* text : {"20260228235959.999999+000", "20240229000000.000000-720", "00010101000000.000000+999",
                              "2026**********.******+060", "20260228235959.******+060", "20260228235959.123***-060",
                              "99999999235959.999999:000", "00000000000000.000000:000", "0000000112****.******:000",
-                             "**************.******+000"})
+                             "**************.******+000"}) {
         EXPECT_EQ(valueOf("datetime", text), CIMValue(CIMDateTime(String(text)))) << text;
+    }
     EXPECT_EQ(valueOf("datetime", "\n 20260228235959.999999+000\t"),
               CIMValue(CIMDateTime(String("20260228235959.999999+000"))));
 }
 
 TEST(DateTimeFormsTest, NoneIsNull) {
-    for (const char* text : {"", " ", "\n\t", "<![CDATA[ ]]>"})
+    for (const char* text : {"", " ", "\n\t", "<![CDATA[ ]]>"}) {
         EXPECT_EQ(valueOf("datetime", text), CIMValue(CIMTYPE_DATETIME, false)) << text;
+    }
 }
 
 TEST(DateTimeFormsTest, MalformedOnesAreErrorsThatShowThem) {
@@ -302,18 +323,21 @@ TEST(DateTimeFormsTest, MalformedOnesAreErrorsThatShowThem) {
                              "00000001000000.000000:001",
                              "0000000*000000.000000:000",
                              "-0000001000000.000000:000",
-                             "202602282359\xD9\xA2.999999+000"})
+                             "202602282359\xD9\xA2.999999+000"}) {
         EXPECT_THAT(valueErrorOf("datetime", text), HasSubstr(text)) << text;
+    }
 }
 
 // ---- Types and arrays ----
 
 TEST(TypeFormsTest, TypesAreNamedInLowerCase) {
     for (const char* type : {"", "Boolean", "UINT8", "uint 8", "int", "uint128", "real", "text", "reference", "object",
-                             "instance", "char8", "dateTime"})
+                             "instance", "char8", "dateTime"}) {
         EXPECT_THAT(valueErrorOf(type, "1"), HasSubstr(std::string("unknown type: ") + type));
-    for (const char* type : {" uint8", "uint8 ", "\tuint8\n"})
+    }
+    for (const char* type : {" uint8", "uint8 ", "\tuint8\n"}) {
         EXPECT_EQ(valueOf(type, "1"), CIMValue(Uint8(1))) << type;
+    }
 }
 
 TEST(ArrayFormsTest, EveryTypeHasArraysWithNullsAndWithoutItems) {
@@ -341,8 +365,9 @@ TEST(ArrayFormsTest, EveryTypeHasArraysWithNullsAndWithoutItems) {
     for (const auto& [type, item] : items) {
         const CIMValue scalar = valueOf(type, item);
         std::string three = "<VALUE.ARRAY> ";
-        for (const char* separator : {"\n<VALUE.NULL/>", "</VALUE.ARRAY>"})
+        for (const char* separator : {"\n<VALUE.NULL/>", "</VALUE.ARRAY>"}) {
             three.append("<VALUE>").append(item).append("</VALUE>").append(separator);
+        }
         const CIMValue array = arrayOf(type, three);
         EXPECT_EQ(array.getType(), scalar.getType());
         ASSERT_TRUE(array.isArray());
@@ -418,22 +443,28 @@ std::string at(const Place& place, const std::string& content) {
 }
 
 TEST(ElementFormsTest, WhiteSpaceAndCommentsStandAnywhere) {
-    for (const Place& place : places())
-        for (const char* content : {"", " ", "\t\r\n", "<!-- <X> -->", " <?x y?> <!----> "})
+    for (const Place& place : places()) {
+        for (const char* content : {"", " ", "\t\r\n", "<!-- <X> -->", " <?x y?> <!----> "}) {
             EXPECT_EQ(errorInBodyWith(at(place, content)), "") << place.element;
+        }
+    }
 }
 
 TEST(ElementFormsTest, AForeignElementIsAnErrorThatNamesIt) {
-    for (const Place& place : places())
-        for (const char* content : {"<FOREIGN/>", "<FOREIGN>x</FOREIGN>", "<MESSAGE/>", "<value/>", "<CLASS.X/>"})
+    for (const Place& place : places()) {
+        for (const char* content : {"<FOREIGN/>", "<FOREIGN>x</FOREIGN>", "<MESSAGE/>", "<value/>", "<CLASS.X/>"}) {
             EXPECT_THAT(errorInBodyWith(at(place, content)), HasSubstr("does not belong into"))
                 << place.element << content;
+        }
+    }
 }
 
 TEST(ElementFormsTest, TextBetweenElementsIsAnError) {
-    for (const Place& place : places())
-        for (const char* content : {"x", "&lt;", "<![CDATA[x]]>", "\xC2\xA0"})
+    for (const Place& place : places()) {
+        for (const char* content : {"x", "&lt;", "<![CDATA[x]]>", "\xC2\xA0"}) {
             EXPECT_NE(errorInBodyWith(at(place, content)), "") << place.element << content;
+        }
+    }
 }
 
 TEST(ElementFormsTest, AMissingAttributeIsNamed) {
@@ -468,8 +499,9 @@ TEST(ElementFormsTest, AMissingAttributeIsNamed) {
         {"<CLASS name=\"A\"/>", "CLASS has no attribute NAME"},
         {"<CLASS xml:NAME=\"A\"/>", "CLASS has no attribute NAME"},
     };
-    for (const auto& [object, error] : lacking)
+    for (const auto& [object, error] : lacking) {
         EXPECT_THAT(errorInBodyWith(object), HasSubstr(error)) << object;
+    }
 }
 
 TEST(ElementFormsTest, AnAttributeThatHoldsNonsenseIsAnError) {
@@ -499,8 +531,9 @@ TEST(ElementFormsTest, AnAttributeThatHoldsNonsenseIsAnError) {
         {inNamespacePath("<HOST>h</HOST><LOCALNAMESPACEPATH><NAMESPACE NAME=\"a b\"/></LOCALNAMESPACEPATH>"),
          "not the name of a namespace: \"a b\""},
     };
-    for (const auto& [object, error] : nonsense)
+    for (const auto& [object, error] : nonsense) {
         EXPECT_THAT(errorInBodyWith(object), HasSubstr(error)) << object;
+    }
 }
 
 TEST(ElementFormsTest, AttributesStandInAnyOrderAndQuotesAndUnknownOnesAreIgnored) {
@@ -572,11 +605,12 @@ TEST(ElementFormsTest, AQualifierIsAnArrayWhereItsDeclarationOrItsValueSaysSo) {
     EXPECT_TRUE(isArray(" ISARRAY=\"true\"", "<VALUE.NULL/>"));
     const std::vector<std::string> contradictions{" ISARRAY=\"true\">" + scalar, " ISARRAY=\"false\">" + array,
                                                   ">" + scalar + scalar, ">" + array + "<VALUE.NULL/>"};
-    for (const std::string& contradiction : contradictions)
+    for (const std::string& contradiction : contradictions) {
         EXPECT_THAT(errorInBodyWith("<QUALIFIER.DECLARATION NAME=\"Q\" TYPE=\"uint8\"" + contradiction +
                                     "</QUALIFIER.DECLARATION>"),
                     HasSubstr("does not belong into QUALIFIER.DECLARATION"))
             << contradiction;
+    }
     EXPECT_THAT(errorInBodyWith(inClass("<QUALIFIER NAME=\"Q\" TYPE=\"uint8\">" + scalar + scalar + "</QUALIFIER>")),
                 HasSubstr("VALUE does not belong into QUALIFIER"));
 }

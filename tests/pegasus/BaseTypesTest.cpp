@@ -31,8 +31,9 @@ TEST(StringTest, ItIsMadeFromUtf8AndGivesItBack) {
 
 TEST(StringTest, OnlyUtf8IsMadeAText) {
     EXPECT_THROW(String(static_cast<const char*>(nullptr)), NullPointer);
-    for (const char* bytes : {"\xE9", "a\xC3", "\xC0\xAF", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\x80"})
+    for (const char* bytes : {"\xE9", "a\xC3", "\xC0\xAF", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\x80"}) {
         EXPECT_THROW(String{bytes}, Exception) << bytes;
+    }
     EXPECT_NO_THROW(String("\xF4\x8F\xBF\xBF"));
 }
 
@@ -100,8 +101,9 @@ TEST(StringTest, TextsAreComparedWithAndWithoutCase) {
 TEST(ArrayTest, ItGrowsAndGivesItsElements) {
     Array<Uint32> numbers;
     EXPECT_EQ(numbers.size(), 0U);
-    for (Uint32 i = 0; i < 100; ++i)
+    for (Uint32 i = 0; i < 100; ++i) {
         numbers.append(i);
+    }
     EXPECT_EQ(numbers.size(), 100U);
     EXPECT_EQ(numbers[99], 99U);
     EXPECT_EQ(numbers.getData()[42], 42U);
@@ -127,8 +129,9 @@ TEST(ArrayTest, ACopyHasElementsOfItsOwn) {
 TEST(ArrayTest, AnElementOfTheArrayItselfCanBeAppended) {
     Array<String> texts;
     texts.append("first");
-    for (int i = 0; i < 10; ++i)
+    for (int i = 0; i < 10; ++i) {
         texts.append(texts[0]);
+    }
     EXPECT_EQ(texts[10], String("first"));
 }
 
@@ -143,8 +146,9 @@ TEST(ArrayTest, BooleansAreElementsWithAddresses) {
 }
 
 TEST(CIMNameTest, LegalNamesBeginWithALetter) {
-    for (const char* name : {"A", "_a1", "CIM_Processor", "\xC3\xA9t\xC3\xA9", "z9"})
+    for (const char* name : {"A", "_a1", "CIM_Processor", "\xC3\xA9t\xC3\xA9", "z9"}) {
         EXPECT_TRUE(CIMName::legal(name)) << name;
+    }
     for (const char* name : {"", "1A", "a b", "a-b", "a.b", "a/b", " a"}) {
         EXPECT_FALSE(CIMName::legal(name)) << name;
         EXPECT_THROW(CIMName{name}, InvalidNameException) << name;
@@ -162,10 +166,12 @@ TEST(CIMNameTest, NamesAreComparedWithoutCase) {
 }
 
 TEST(CIMNamespaceNameTest, NamesAreSeparatedBySlashes) {
-    for (const char* name : {"root", "root/cimv2", "a/b/c"})
+    for (const char* name : {"root", "root/cimv2", "a/b/c"}) {
         EXPECT_EQ(CIMNamespaceName(name).getString(), String(name));
-    for (const char* name : {"", "/", "//root", "root/", "root//cimv2", "root/1", "root cimv2"})
+    }
+    for (const char* name : {"", "/", "//root", "root/", "root//cimv2", "root/1", "root cimv2"}) {
         EXPECT_THROW(CIMNamespaceName{name}, InvalidNamespaceNameException) << name;
+    }
     EXPECT_EQ(CIMNamespaceName("root/CIMV2"), CIMNamespaceName("ROOT/cimv2"));
     EXPECT_TRUE(CIMNamespaceName().isNull());
 }
@@ -181,8 +187,9 @@ TEST(CIMTypeTest, EveryTypeHasItsName) {
     const char* const names[] = {"boolean", "uint8",    "sint8",     "uint16", "sint16",  "uint32",
                                  "sint32",  "uint64",   "sint64",    "real32", "real64",  "char16",
                                  "string",  "datetime", "reference", "object", "instance"};
-    for (int type = CIMTYPE_BOOLEAN; type <= CIMTYPE_INSTANCE; ++type)
+    for (int type = CIMTYPE_BOOLEAN; type <= CIMTYPE_INSTANCE; ++type) {
         EXPECT_STREQ(cimTypeToString(static_cast<CIMType>(type)), names[type]);
+    }
     EXPECT_STREQ(cimTypeToString(static_cast<CIMType>(17)), "unknown");
 }
 
@@ -230,8 +237,9 @@ TEST(CIMScopeTest, TheTextHasTheWordsOfTheSetBitsInTheirOrder) {
     EXPECT_EQ(text(CIMScope::ANY), "CLASS ASSOCIATION INDICATION PROPERTY REFERENCE METHOD PARAMETER");
     CIMScope all;
     for (const CIMScope& scope : {CIMScope::METHOD, CIMScope::REFERENCE, CIMScope::PROPERTY, CIMScope::INDICATION,
-                                  CIMScope::ASSOCIATION, CIMScope::CLASS, CIMScope::PARAMETER})
+                                  CIMScope::ASSOCIATION, CIMScope::CLASS, CIMScope::PARAMETER}) {
         all.addScope(scope);
+    }
     EXPECT_TRUE(all.equal(CIMScope::ANY));
     EXPECT_TRUE(CIMScope::ANY.hasScope(CIMScope::METHOD + CIMScope::CLASS));
     EXPECT_FALSE(CIMScope::METHOD.hasScope(CIMScope::ANY));
@@ -255,8 +263,9 @@ TEST(CIMDateTimeTest, AnotherFormIsRefused) {
                              "20261121083900,123456+060", "20261121083900.123456 060", "20261121083900.123456:001",
                              "2026112108390a.123456+060", "20261121083900.123456+0*0", "202611211*****.******+060",
                              "2026**21083900.123456+060", "20261121083900.*23456+060", "2026112108**00.000000+060",
-                             "0000000*010101.000000:000", "-0261121083900.123456+060"})
+                             "0000000*010101.000000:000", "-0261121083900.123456+060"}) {
         EXPECT_THROW(CIMDateTime{String(text)}, InvalidDateTimeFormatException) << text;
+    }
 }
 
 TEST(CIMDateTimeTest, AFieldOutOfRangeIsRefused) {
@@ -264,8 +273,9 @@ TEST(CIMDateTimeTest, AFieldOutOfRangeIsRefused) {
                              "20261131083900.123456+060", "20261100083900.123456+060", "20250229083900.123456+060",
                              "19000229083900.123456+060", "20261121243900.123456+060", "20261121086000.123456+060",
                              "20261121083960.123456+060", "00000001240000.000000:000", "00000001006000.000000:000",
-                             "00000001000060.000000:000", "202613********.******+060"})
+                             "00000001000060.000000:000", "202613********.******+060"}) {
         EXPECT_THROW(CIMDateTime{String(text)}, DateTimeOutOfRangeException) << text;
+    }
     EXPECT_NO_THROW(CIMDateTime{String("20000229083900.123456+060")});
 }
 

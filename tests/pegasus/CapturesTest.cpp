@@ -31,14 +31,16 @@ std::string bodyOf(std::string_view message) {
     const auto headerEnd = message.find("\r\n\r\n");
     const std::string_view headers = message.substr(0, headerEnd);
     message.remove_prefix(headerEnd + 4);
-    if (headers.find("chunked") == std::string_view::npos)
+    if (headers.find("chunked") == std::string_view::npos) {
         return std::string(message);
+    }
     std::string body;
     while (true) {
         const auto lineEnd = message.find("\r\n");
         const auto size = std::stoul(std::string(message.substr(0, lineEnd)), nullptr, 16);
-        if (size == 0)
+        if (size == 0) {
             return body;
+        }
         body += message.substr(lineEnd + 2, size);
         message.remove_prefix(lineEnd + 2 + size + 2);
     }
@@ -47,8 +49,9 @@ std::string bodyOf(std::string_view message) {
 template <class T>
 T valueOf(const CIMInstance& instance, const char* name) {
     const Uint32 index = instance.findProperty(name);
-    if (index == PEG_NOT_FOUND)
+    if (index == PEG_NOT_FOUND) {
         throw std::runtime_error(std::string("no property ") + name);
+    }
     T value{};
     instance.getProperty(index).getValue().get(value);
     return value;
@@ -67,8 +70,9 @@ std::string textOf(const CIMInstance& instance, const char* name) {
 class CapturesTest : public testing::Test {
   protected:
     void SetUp() override {
-        if (!std::filesystem::is_directory(capturesFolder()))
+        if (!std::filesystem::is_directory(capturesFolder())) {
             GTEST_SKIP() << "no captures in " << capturesFolder();
+        }
     }
 
     static std::string read(const std::string& file) {
@@ -89,8 +93,9 @@ TEST_F(CapturesTest, EveryAnswerWithObjectsDecodes) {
     for (const auto& entry : std::filesystem::directory_iterator(capturesFolder())) {
         const std::string file = entry.path().stem().string();
         const std::string method = file.substr(0, file.find('.'));
-        if (entry.path().extension() != ".http" || methods.count(method) == 0)
+        if (entry.path().extension() != ".http" || methods.count(method) == 0) {
             continue;
+        }
         SCOPED_TRACE(file);
         DecodedAnswer answer;
         ASSERT_NO_THROW(answer = decodeFile(file));
@@ -109,8 +114,9 @@ TEST_F(CapturesTest, AllClassNamesOfTheNamespaceArrive) {
     const auto names = decodeFile("EnumerateClassNames.root.deep").classNames;
     EXPECT_THAT(names, SizeIs(1466));
     std::set<std::string> different;
-    for (const auto& name : names)
+    for (const auto& name : names) {
         different.emplace(name.getString().view());
+    }
     EXPECT_THAT(different, SizeIs(1466));
     EXPECT_EQ(different.count("CIM_ManagedElement"), 1U);
     EXPECT_EQ(different.count("ACME_Sub"), 1U);
@@ -177,8 +183,9 @@ TEST_F(CapturesTest, TheFramingOfTheBodyMakesNoDifference) {
     const auto chunked = decodeFile("EnumerateInstances.ACME_AllTypes").instances;
     const auto whole = decodeFile("EnumerateInstances.ACME_AllTypes.content-length").instances;
     ASSERT_EQ(chunked.size(), whole.size());
-    for (std::size_t i = 0; i < chunked.size(); ++i)
+    for (std::size_t i = 0; i < chunked.size(); ++i) {
         EXPECT_TRUE(chunked[i].identical(whole[i])) << i;
+    }
 }
 
 TEST_F(CapturesTest, ASubclassInstanceComesWithADeepEnumeration) {
@@ -278,8 +285,9 @@ TEST_F(CapturesTest, AnErrorInTheBodyIsThrown) {
 }
 
 TEST_F(CapturesTest, AnAnswerWhoseErrorStandsInTheTrailersHasAnAcceptableEmptyBody) {
-    for (const char* file : {"error.class-not-found", "error.namespace-not-found"})
+    for (const char* file : {"error.class-not-found", "error.namespace-not-found"}) {
         EXPECT_THAT(decode("GetClass", bodyOf(read(file))).classes, IsEmpty()) << file;
+    }
     EXPECT_THAT(decode("GetQualifier", bodyOf(read("error.qualifier-not-found"))).qualifierDecls, IsEmpty());
 }
 

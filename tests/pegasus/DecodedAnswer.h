@@ -24,8 +24,9 @@ struct DecodedAnswer : Pegasus::cimxml::ReturnValueSink {
 inline DecodedAnswer decode(const std::string& method, std::string_view body, std::size_t pieceSize = 4096) {
     DecodedAnswer answer;
     Pegasus::cimxml::ResponseDecoder decoder("1001", method, answer);
-    for (; !body.empty(); body.remove_prefix(std::min(pieceSize, body.size())))
+    for (; !body.empty(); body.remove_prefix(std::min(pieceSize, body.size()))) {
         decoder.feed(body.substr(0, pieceSize));
+    }
     decoder.finish();
     return answer;
 }

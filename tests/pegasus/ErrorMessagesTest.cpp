@@ -139,8 +139,9 @@ TEST(ErrorMessageTest, WhatABodyIsThatIsNoXmlIsSaid) {
 
 TEST(ErrorMessageTest, ALongValueIsCutBetweenCharacters) {
     std::string text;
-    for (int i = 0; i < 300; ++i)
+    for (int i = 0; i < 300; ++i) {
         text += "\xE2\x82\xAC";
+    }
     const std::string error = errorInBodyWith(named(property("<VALUE>" + text + "</VALUE>")));
     EXPECT_THAT(error, HasSubstr("not an integer: " + text.substr(0, 198) + "..., in property P"));
 }

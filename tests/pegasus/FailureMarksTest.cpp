@@ -22,12 +22,15 @@ constexpr const char* kHead = "HTTP/1.1 200 OK\r\nContent-Type: application/xml\
 /// The name of an exception's documented type and of each of its marks.
 std::string meaningOf(const Exception& error) {
     std::string meaning = "other";
-    if (dynamic_cast<const CIMClientXmlException*>(&error) != nullptr)
+    if (dynamic_cast<const CIMClientXmlException*>(&error) != nullptr) {
         meaning = "xml";
-    if (dynamic_cast<const CIMClientMalformedHTTPException*>(&error) != nullptr)
+    }
+    if (dynamic_cast<const CIMClientMalformedHTTPException*>(&error) != nullptr) {
         meaning = "http";
-    if (dynamic_cast<const CannotConnectException*>(&error) != nullptr)
+    }
+    if (dynamic_cast<const CannotConnectException*>(&error) != nullptr) {
         meaning = "connect";
+    }
     meaning += dynamic_cast<const ExceedsLimit*>(&error) != nullptr ? " ExceedsLimit" : "";
     meaning += dynamic_cast<const PeerSpeaksTls*>(&error) != nullptr ? " PeerSpeaksTls" : "";
     meaning += dynamic_cast<const ClosedWithoutAnswer*>(&error) != nullptr ? " ClosedWithoutAnswer" : "";
@@ -50,8 +53,9 @@ std::string meaningAt(std::uint16_t port) {
 /// The same with a server that answers a request with these bytes and closes the connection.
 std::string meaningOfAnswer(const std::string& bytes) {
     ScriptedServer server([&](Connection& peer) {
-        if (peer.ReadRequest())
+        if (peer.ReadRequest()) {
             peer.Write(bytes);
+        }
     });
     return meaningAt(server.Listen(0));
 }
@@ -67,8 +71,9 @@ std::string meaningOfObject(const std::string& object) {
 std::string repeated(const std::string& text, std::size_t count) {
     std::string all;
     all.reserve(text.size() * count);
-    for (std::size_t i = 0; i < count; ++i)
+    for (std::size_t i = 0; i < count; ++i) {
         all += text;
+    }
     return all;
 }
 
@@ -90,8 +95,9 @@ std::string nestedInstances(std::size_t count) {
     std::string object = "<INSTANCE CLASSNAME='A'/>";
     for (std::size_t i = 0; i < count; ++i) {
         std::string escaped;
-        for (const char c : object)
+        for (const char c : object) {
             escaped += c == '<' ? "&lt;" : c == '&' ? "&amp;" : std::string(1, c);
+        }
         object = "<INSTANCE CLASSNAME='A'><PROPERTY NAME='P' TYPE='string' EmbeddedObject='instance'><VALUE>" +
                  escaped + "</VALUE></PROPERTY></INSTANCE>";
     }
@@ -116,8 +122,9 @@ TEST(FailureMarksTest, ReferencesThatAreNestedTooDeepExceedALimit) {
 
 TEST(FailureMarksTest, TooManyAttributesExceedALimit) {
     std::string attributes;
-    for (int i = 0; i < 33; ++i)
+    for (int i = 0; i < 33; ++i) {
         attributes += " X" + std::to_string(i) + "=\"\"";
+    }
     EXPECT_EQ(meaningOfObject("<VALUE.NAMEDINSTANCE" + attributes + "/>"), "xml ExceedsLimit");
 }
 

@@ -28,8 +28,9 @@ LenientAnswer decodeLeniently(std::string_view body, std::size_t pieceSize = 409
     LenientAnswer answer;
     cimxml::Findings findings;
     cimxml::ResponseDecoder decoder("1001", "GetClass", answer, objects, {}, nullptr, &findings);
-    for (; !body.empty(); body.remove_prefix(std::min(pieceSize, body.size())))
+    for (; !body.empty(); body.remove_prefix(std::min(pieceSize, body.size()))) {
         decoder.feed(body.substr(0, pieceSize));
+    }
     decoder.finish();
     answer.findings = findings.take();
     return answer;
@@ -147,9 +148,10 @@ TEST(LenientTest, OfTextsThatQualifiersMakeObjectsOnlyThoseThatAreNoneAreLost) {
 
 TEST(LenientTest, AnEmbeddedObjectThatIsNoneIsNullAlsoManyTimes) {
     std::string properties;
-    for (int i = 0; i < 20; ++i)
+    for (int i = 0; i < 20; ++i) {
         properties += "<PROPERTY NAME=\"P" + std::to_string(i) +
                       "\" TYPE=\"string\" EmbeddedObject=\"object\"><VALUE>&lt;INSTANCE&gt;</VALUE></PROPERTY>";
+    }
     const LenientAnswer answer = decodeLeniently(bodyWith(named(properties)));
     EXPECT_TRUE(answer.instances.at(0).getProperty(19).getValue().isNull());
     EXPECT_EQ(answer.findings.total, 20U);
@@ -238,8 +240,9 @@ TEST(LenientTest, AReferenceToWhatIsNoCharacterCostsTheValue) {
     }
     for (const char* tag : {"<PROPERTY NAME=\"&#0;\" TYPE=\"string\"/>",
                             "<PROPERTY.REFERENCE NAME=\"R\"><VALUE.REFERENCE><INSTANCENAME CLASSNAME=\"&#0;\"/>"
-                            "</VALUE.REFERENCE></PROPERTY.REFERENCE>"})
+                            "</VALUE.REFERENCE></PROPERTY.REFERENCE>"}) {
         EXPECT_THROW(decodeLeniently(bodyWith(named(tag))), CIMClientXmlException) << "of a tag it costs the answer";
+    }
 }
 
 TEST(LenientTest, ElementsBehindVeryManyForeignBytesAreTold) {
@@ -310,11 +313,13 @@ TEST(LenientTest, AnErrorIsReadWithoutTheInstanceThatCannotBe) {
 
 TEST(LenientTest, FindingsThatAreNotKeptAreCounted) {
     std::string objects;
-    for (Uint32 i = 0; i < 10 + LenientFindings::kMaxKept; ++i)
+    for (Uint32 i = 0; i < 10 + LenientFindings::kMaxKept; ++i) {
         objects += named(property("P", "uint8", "x"));
+    }
     std::string items;
-    for (Uint32 i = 0; i < 10 + LenientFindings::kMaxKept; ++i)
+    for (Uint32 i = 0; i < 10 + LenientFindings::kMaxKept; ++i) {
         items += "<VALUE>x</VALUE>";
+    }
     const std::string array =
         named("<PROPERTY.ARRAY NAME=\"P\" TYPE=\"uint8\"><VALUE.ARRAY>" + items + "</VALUE.ARRAY></PROPERTY.ARRAY>");
     for (const std::string& content : {objects, array}) {
@@ -344,8 +349,9 @@ TEST(LenientTest, WhereAnAnswerIsCutMakesNoDifference) {
 TEST(LenientTest, WhatIsNoXmlOrPassesALimitIsRefusedAllTheSame) {
     for (const std::string& objects :
          {named("<PROPERTY NAME=\"P\" TYPE=\"uint8\"><VALUE>&foo;</VALUE></PROPERTY>"), named("<X/>"),
-          named("<PROPERTY NAME=\"no name\" TYPE=\"uint8\"/>"), std::string("<VALUE.NAMEDINSTANCE/>")})
+          named("<PROPERTY NAME=\"no name\" TYPE=\"uint8\"/>"), std::string("<VALUE.NAMEDINSTANCE/>")}) {
         EXPECT_THROW(decodeLeniently(bodyWith(objects)), CIMClientXmlException) << objects;
+    }
 }
 
 } // namespace

@@ -22,8 +22,9 @@ using testing::SizeIs;
 std::string repeated(std::string_view text, std::size_t count) {
     std::string all;
     all.reserve(text.size() * count);
-    for (std::size_t i = 0; i < count; ++i)
+    for (std::size_t i = 0; i < count; ++i) {
         all += text;
+    }
     return all;
 }
 
@@ -37,8 +38,9 @@ std::string errorInLargeObject(std::string_view begin, std::string_view part, st
     try {
         decoder.feed(kBodyBegin);
         decoder.feed(begin);
-        for (; count >= perPiece; count -= perPiece)
+        for (; count >= perPiece; count -= perPiece) {
             decoder.feed(piece);
+        }
         decoder.feed(repeated(part, count));
         decoder.feed(end);
         decoder.feed(kBodyEnd);
@@ -74,8 +76,10 @@ std::string errorWithin(const ClientLimits& limits, std::string_view objects) {
     cimxml::ResponseDecoder decoder("1001", "GetClass", answer, nullptr, limits);
     try {
         const std::string body = bodyWith(objects);
-        for (std::string_view rest = body; !rest.empty(); rest.remove_prefix(std::min<std::size_t>(rest.size(), 1000)))
+        for (std::string_view rest = body; !rest.empty();
+             rest.remove_prefix(std::min<std::size_t>(rest.size(), 1000))) {
             decoder.feed(rest.substr(0, 1000));
+        }
         decoder.finish();
         return "";
     } catch (const CIMClientXmlException& error) {
@@ -120,8 +124,9 @@ TEST(LimitsTest, ACommentWithoutEndIsNotKeptBeyondTheLimitOfWhatBelongsToNoObjec
     decoder.feed(std::string(kBodyBegin) + "<!--");
     std::size_t fed = 0;
     try {
-        for (const std::string piece(65536, 'x'); fed < cimxml::kMaxObjectBytes; fed += piece.size())
+        for (const std::string piece(65536, 'x'); fed < cimxml::kMaxObjectBytes; fed += piece.size()) {
             decoder.feed(piece);
+        }
     } catch (const CIMClientXmlException&) {
     }
     EXPECT_LE(fed, 2 * ClientLimits::kFrameBytes);
@@ -134,8 +139,9 @@ class CountingCheckpoint : public cimxml::Checkpoint {
 
     explicit CountingCheckpoint(std::size_t last) : last_(last) {}
     void pass() const override {
-        if (++passed_ == last_)
+        if (++passed_ == last_) {
             throw TimeIsOver();
+        }
     }
     std::size_t passed() const { return passed_; }
 
@@ -147,8 +153,9 @@ class CountingCheckpoint : public cimxml::Checkpoint {
 /// So many properties, each with a name of its own.
 std::string properties(std::size_t count) {
     std::string text;
-    for (std::size_t i = 0; i < count; ++i)
+    for (std::size_t i = 0; i < count; ++i) {
         text += "<PROPERTY NAME=\"P" + std::to_string(i) + "\" TYPE=\"uint8\"/>";
+    }
     return text;
 }
 
@@ -245,8 +252,9 @@ TEST(LimitsTest, ElementsAndAttributesCountToTheSameLimit) {
 TEST(LimitsTest, AnElementHas32Attributes) {
     const auto withAttributes = [](std::size_t count) {
         std::string tag = "<CLASS NAME=\"A\"";
-        for (std::size_t i = 1; i < count; ++i)
+        for (std::size_t i = 1; i < count; ++i) {
             tag += " X" + std::to_string(i) + "=\"\"";
+        }
         return tag + "/>";
     };
     EXPECT_THAT(decodeBodyWith(withAttributes(cimxml::kMaxAttributes)).classes, SizeIs(1));
@@ -257,8 +265,9 @@ TEST(LimitsTest, AnElementHas32Attributes) {
 TEST(LimitsTest, NamesBeyondThoseThatAreSharedAreReadAll) {
     std::string names;
     const std::size_t count = 2 * cimxml::kMaxSharedNames + 1;
-    for (std::size_t i = 0; i < count; ++i)
+    for (std::size_t i = 0; i < count; ++i) {
         names += "<CLASSNAME NAME=\"N" + std::to_string(i) + "\"/>";
+    }
     const auto answer = decodeBodyWith(names + names);
     ASSERT_THAT(answer.classNames, SizeIs(2 * count));
     for (std::size_t i = 0; i < count; ++i) {

@@ -255,8 +255,9 @@ TEST(CIMObjectPathTest, TheTextFormIsReadAndWritten) {
          {"A", "A.K=1", "A.K=\"text\"", "A.K=TRUE", "A.A=-1.5e3,B=\"x\",c=false", "root/cimv2:A.K=1", "root:A",
           "//host/root/cimv2:A.K=1", "//host:5988/root:A", "//host/A.K=1", "//[::1]:5988/root:A.K=\"a:b/c.d,e=f\"",
           "A.K=\"\"", "A.K=\"quote \\\" and \\\\ backslash\"", "A.K=0x1F", "A=\"alone\"", "A=5",
-          "A.R=\"B.K=\\\"x\\\"\""})
+          "A.R=\"B.K=\\\"x\\\"\""}) {
         EXPECT_EQ(text(CIMObjectPath(path).toString()), path);
+    }
 }
 
 TEST(CIMObjectPathTest, ThePartsAreTakenApart) {
@@ -298,8 +299,9 @@ TEST(CIMObjectPathTest, IdenticalPathsAgreeInMeaning) {
     EXPECT_EQ(CIMObjectPath("A.K=true"), CIMObjectPath("A.K=TRUE"));
     EXPECT_EQ(CIMObjectPath("A.K=\"B.x=1,y=2\""), CIMObjectPath("A.K=\"b.Y=2,X=1\""));
     for (const char* other :
-         {"A", "A.K=\"X\"", "A.K=1", "A.L=\"x\"", "B.K=\"x\"", "root:A.K=\"x\"", "A.K=\"x\",L=1", "//host/A.K=\"x\""})
+         {"A", "A.K=\"X\"", "A.K=1", "A.L=\"x\"", "B.K=\"x\"", "root:A.K=\"x\"", "A.K=\"x\",L=1", "//host/A.K=\"x\""}) {
         EXPECT_NE(CIMObjectPath(other), CIMObjectPath("A.K=\"x\"")) << other;
+    }
     EXPECT_NE(CIMObjectPath("A.K=1.0"), CIMObjectPath("A.K=1"));
     EXPECT_NE(CIMObjectPath("A.K=-1"), CIMObjectPath("A.K=1"));
 }
@@ -371,8 +373,9 @@ TEST(CIMObjectPathTest, MalformedTextsAreRefused) {
     for (const char* path :
          {"",           "1A",     "A.",           "A.K",     "A.K=",   "A.K=x",     "A.K=\"x",  "A.K=\"x\\",
           "A.K=\"x\"y", "A.K=1,", "A.=1",         "A.K=1 2", "//host", "///root:A", "//root:A", "root/:A",
-          ":A",         "root:",  "//host/root:", "A=",      "A=1,2",  "A B",       "A.K=--1"})
+          ":A",         "root:",  "//host/root:", "A=",      "A=1,2",  "A B",       "A.K=--1"}) {
         EXPECT_THROW(CIMObjectPath{path}, MalformedObjectNameException) << path;
+    }
 }
 
 // ---- Declarations and objects ----
@@ -435,9 +438,10 @@ TEST(CIMClassTest, NoTwoPartsHaveOneName) {
 TEST(CIMClassTest, ItsKeysMakeThePathOfAnInstance) {
     CIMClass cimClass("A");
     EXPECT_FALSE(cimClass.hasKeys());
-    for (const char* name : {"B", "C"})
+    for (const char* name : {"B", "C"}) {
         cimClass.addProperty(
             CIMProperty(name, CIMValue(CIMTYPE_STRING, false)).addQualifier(CIMQualifier("Key", CIMValue(true))));
+    }
     cimClass.addProperty(CIMProperty("D", CIMValue()));
     Array<CIMName> names;
     cimClass.getKeyNames(names);

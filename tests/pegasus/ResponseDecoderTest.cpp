@@ -112,15 +112,18 @@ TEST(DecodeValueTest, AnIntegerOutOfItsTypesRangeIsAnError) {
                                                               {"sint64", "9223372036854775808"},
                                                               {"uint64", "18446744073709551616"},
                                                               {"uint64", "0x10000000000000000"}};
-    for (const auto& [type, text] : outOfRange)
+    for (const auto& [type, text] : outOfRange) {
         EXPECT_THAT(valueErrorOf(type, text), HasSubstr(std::string("integer out of range: ") + text)) << type;
+    }
 }
 
 TEST(DecodeValueTest, WhatIsNoNumberIsAnError) {
-    for (const char* text : {"", " ", "x", "0x", "1.5", "1 2", "--1", "+-1", "1e3", "0b1", "0x-1"})
+    for (const char* text : {"", " ", "x", "0x", "1.5", "1 2", "--1", "+-1", "1e3", "0b1", "0x-1"}) {
         EXPECT_THAT(valueErrorOf("sint32", text), HasSubstr("not an integer")) << text;
-    for (const char* text : {"", "x", "1,5", "--1", "+-1", "1e", "0x", "1.5 kB"})
+    }
+    for (const char* text : {"", "x", "1,5", "--1", "+-1", "1e", "0x", "1.5 kB"}) {
         EXPECT_THAT(valueErrorOf("real64", text), HasSubstr("not a real")) << text;
+    }
 }
 
 TEST(DecodeValueTest, RealsAreReadAsCWritesThem) {
@@ -147,8 +150,9 @@ TEST(DecodeValueTest, AChar16IsOneCharacter) {
     EXPECT_EQ(decodeValue("char16", " "), CIMValue(Char16(' ')));
     EXPECT_EQ(decodeValue("char16", "&#x20AC;"), CIMValue(Char16(0x20AC)));
     EXPECT_EQ(decodeValue("char16", "\xC3\xA9"), CIMValue(Char16(0xE9)));
-    for (const char* text : {"", "AB", "&#x1F600;"})
+    for (const char* text : {"", "AB", "&#x1F600;"}) {
         EXPECT_THAT(valueErrorOf("char16", text), HasSubstr("not one UTF-16 character")) << text;
+    }
 }
 
 TEST(DecodeValueTest, TextKeepsItsWhiteSpaceReferencesAndCData) {
@@ -294,12 +298,13 @@ TEST(DecodeEmbeddedTest, EmbeddingIsLimited) {
     const auto escaped = [](const std::string& text) {
         std::string out;
         for (const char c : text) {
-            if (c == '<')
+            if (c == '<') {
                 out += "&lt;";
-            else if (c == '&')
+            } else if (c == '&') {
                 out += "&amp;";
-            else
+            } else {
                 out += c;
+            }
         }
         return out;
     };
@@ -308,8 +313,9 @@ TEST(DecodeEmbeddedTest, EmbeddingIsLimited) {
         object = "<INSTANCE CLASSNAME='B'><PROPERTY NAME='P' TYPE='string' EmbeddedObject='instance'><VALUE>" +
                  escaped(object) + "</VALUE></PROPERTY></INSTANCE>";
     };
-    for (std::size_t i = 0; i < cimxml::kMaxEmbedding; ++i)
+    for (std::size_t i = 0; i < cimxml::kMaxEmbedding; ++i) {
         embed();
+    }
     EXPECT_EQ(xmlErrorOf(returning(object)), "");
     embed();
     EXPECT_THAT(xmlErrorOf(returning(object)), HasSubstr("embedded deeper than 8"));
@@ -388,8 +394,9 @@ TEST(DecodePathTest, AMalformedPathIsAnError) {
               "</NAMESPACEPATH><CLASSNAME NAME=\"A\"/></CLASSPATH>",
           "<CLASSPATH>" + kNamespace + kInstanceName + "</CLASSPATH>",
           "<INSTANCEPATH>" + kNamespace + "<CLASSNAME NAME=\"A\"/></INSTANCEPATH>",
-          "<LOCALINSTANCEPATH>" + kLocalNamespace + "<CLASSNAME NAME=\"A\"/></LOCALINSTANCEPATH>"})
+          "<LOCALINSTANCEPATH>" + kLocalNamespace + "<CLASSNAME NAME=\"A\"/></LOCALINSTANCEPATH>"}) {
         EXPECT_THROW(decodePath(path), CIMClientXmlException) << path;
+    }
 }
 
 TEST(DecodePathTest, ALocalNamespaceWithoutStepsIsNone) {
@@ -414,9 +421,10 @@ TEST(DecodePathTest, AClassIsReferredToByAKeyToo) {
 /// A path with a reference as its key, which is a path with a reference as its key, and so on.
 std::string nestedReferences(int count) {
     std::string path = kInstanceName;
-    for (int i = 0; i < count; ++i)
+    for (int i = 0; i < count; ++i) {
         path = "<INSTANCENAME CLASSNAME=\"A\"><KEYBINDING NAME=\"K\"><VALUE.REFERENCE>" + path +
                "</VALUE.REFERENCE></KEYBINDING></INSTANCENAME>";
+    }
     return path;
 }
 
@@ -429,17 +437,19 @@ TEST(DecodePathTest, PathsThatAreCutWithinReferencesAreReadHoweverManyThereAre) 
     const std::string reference = "<INSTANCE CLASSNAME=\"A\"><PROPERTY.REFERENCE NAME=\"P\"><VALUE.REFERENCE>" +
                                   nestedReferences(3) + "</VALUE.REFERENCE></PROPERTY.REFERENCE></INSTANCE>";
     std::string objects;
-    for (int i = 0; i < 100; ++i)
+    for (int i = 0; i < 100; ++i) {
         objects += reference;
+    }
     EXPECT_THAT(decode("GetClass", returning(objects), reference.size() - 1).instances, SizeIs(100));
 }
 
 TEST(DecodePathTest, ReferencesWithinReferencesCannotExhaustMemory) {
-    for (const int count : {16, 24, 60})
+    for (const int count : {16, 24, 60}) {
         EXPECT_THAT(xmlErrorOf(returning("<VALUE.NAMEDINSTANCE>" + nestedReferences(count) +
                                          "<INSTANCE CLASSNAME=\"A\"/></VALUE.NAMEDINSTANCE>")),
                     AnyOf(HasSubstr("the path of a reference is too long for its element"),
                           HasSubstr("references are nested deeper than 16")));
+    }
 }
 
 TEST(DecodePathTest, ArraysOfReferencesAreRead) {
@@ -551,9 +561,10 @@ TEST(DecodeInstanceTest, ANamedInstanceCarriesItsPath) {
 TEST(DecodeObjectTest, AnObjectOrAPathThatIsMissingIsAnError) {
     const std::string name = "<INSTANCENAME CLASSNAME='A'/>";
     const std::string instance = "<INSTANCE CLASSNAME='A'/>";
-    for (const std::string& content : {std::string(), name, instance})
+    for (const std::string& content : {std::string(), name, instance}) {
         EXPECT_THAT(xmlErrorOf(returning("<VALUE.OBJECTWITHPATH>" + content + "</VALUE.OBJECTWITHPATH>")),
                     HasSubstr("VALUE.OBJECTWITHPATH lacks the object or its path"));
+    }
     EXPECT_THAT(xmlErrorOf(returning("<VALUE.OBJECT>" + name + "</VALUE.OBJECT>")), HasSubstr("VALUE.OBJECT lacks"));
     EXPECT_THAT(xmlErrorOf(returning("<VALUE.OBJECT><METHOD NAME='M'/></VALUE.OBJECT>")), HasSubstr("METHOD"));
     EXPECT_THAT(xmlErrorOf(returning("<OBJECTPATH/>")), HasSubstr("OBJECTPATH is empty"));
@@ -621,8 +632,9 @@ TEST(ResponseDecoderTest, EachObjectIsDeliveredAsSoonAsItIsComplete) {
 TEST(ResponseDecoderTest, EveryTruncatedBodyIsAnError) {
     const std::string body = returning("<CLASS NAME=\"A\"><PROPERTY NAME=\"P\" TYPE=\"uint8\"/></CLASS>");
     const std::size_t end = body.find("</CIM>") + 6;
-    for (std::size_t length = 0; length < end; ++length)
+    for (std::size_t length = 0; length < end; ++length) {
         EXPECT_NE(xmlErrorOf(body.substr(0, length)), "") << length;
+    }
     EXPECT_EQ(xmlErrorOf(body.substr(0, end)), "");
 }
 
@@ -770,8 +782,9 @@ TEST(ResponseDecoderTest, IllFormedXmlIsAnError) {
                                 "<CLASS NAME=\"A\xF4\x90\x80\x80\"/>",
                                 "<CLASS NAME=\"A\xE0\x80\x80\"/>",
                                 "<CLASS NAME=\"A\xEF\xBF\xBE\"/>",
-                                "<CLASS NAME=\"A\x01\"/>"})
+                                "<CLASS NAME=\"A\x01\"/>"}) {
         EXPECT_NE(errorIn(content), "") << content;
+    }
     EXPECT_NE(errorIn(std::string("<CLASS NAME=\"A\0\"/>", 19)), "");
     EXPECT_NE(xmlErrorOf("\xEF\xBB<CIM/>"), "");
 }
@@ -813,8 +826,9 @@ TEST(ResponseDecoderLimitsTest, AnObjectThatIsTooLargeIsRefusedWhileItArrives) {
     const std::string body = returning("<CLASS NAME=\"A\">");
     decoder.feed(std::string_view(body).substr(0, body.find("</IRETURNVALUE>")));
     const std::string blanks(1U << 20U, ' ');
-    for (std::size_t fed = blanks.size(); fed < cimxml::kMaxObjectBytes; fed += blanks.size())
+    for (std::size_t fed = blanks.size(); fed < cimxml::kMaxObjectBytes; fed += blanks.size()) {
         decoder.feed(blanks);
+    }
     EXPECT_THROW(decoder.feed(blanks), CIMClientXmlException);
 }
 
@@ -824,10 +838,12 @@ TEST(ResponseDecoderLimitsTest, TooManyElementsInOneObjectAreRefused) {
     const std::string body = returning("<CLASS NAME=\"A\">");
     decoder.feed(std::string_view(body).substr(0, body.find("</IRETURNVALUE>")));
     std::string comments;
-    for (int i = 0; i < 1024; ++i)
+    for (int i = 0; i < 1024; ++i) {
         comments += "<!---->";
-    for (std::size_t fed = 1024; fed < cimxml::kMaxNodes; fed += 1024)
+    }
+    for (std::size_t fed = 1024; fed < cimxml::kMaxNodes; fed += 1024) {
         decoder.feed(comments);
+    }
     try {
         decoder.feed(comments);
         decoder.finish();
@@ -840,9 +856,10 @@ TEST(ResponseDecoderLimitsTest, TooManyElementsInOneObjectAreRefused) {
 TEST(ResponseDecoderLimitsTest, ManyDifferentNamesAreAllRead) {
     std::string properties;
     const int count = static_cast<int>(cimxml::kMaxSharedNames) + 10;
-    for (int i = 0; i < count; ++i)
+    for (int i = 0; i < count; ++i) {
         properties +=
             "<PROPERTY NAME=\"P" + std::to_string(i) + "\" TYPE=\"uint8\" CLASSORIGIN=\"O" + std::to_string(i) + "\"/>";
+    }
     const CIMInstance instance = decodeInstance(properties);
     ASSERT_EQ(instance.getPropertyCount(), static_cast<Uint32>(count));
     EXPECT_EQ(instance.getProperty(0).getName(), CIMName("P0"));
@@ -872,8 +889,9 @@ TEST(ResponseDecoderRepetitionTest, TagsThatBeginAlikeAreToldApart) {
         "<PROPERTY NAME=\"P\" TYPE=\"string\" EmbeddedObject=\"instance\"><VALUE></VALUE></PROPERTY>";
     const std::string empty = "<PROPERTY NAME=\"P\" TYPE=\"string\"/>";
     std::string objects;
-    for (const std::string& property : {plain, embedded, plain, empty, plain})
+    for (const std::string& property : {plain, embedded, plain, empty, plain}) {
         objects += "<INSTANCE CLASSNAME=\"A\">" + property + "</INSTANCE>";
+    }
     const auto instances = decodeObjects(objects).instances;
     EXPECT_EQ(instances.at(1).getProperty(0).getType(), CIMTYPE_INSTANCE);
     EXPECT_EQ(instances.at(2).getProperty(0).getValue(), CIMValue(String("<")));
@@ -886,26 +904,30 @@ TEST(ResponseDecoderRepetitionTest, TagsWithReferencesAreReadEachTime) {
     const std::string empty = begin + "/></INSTANCE>";
     const auto instances = decodeObjects(empty + begin + "><VALUE>x</VALUE></PROPERTY></INSTANCE>" + empty).instances;
     ASSERT_THAT(instances, SizeIs(3));
-    for (const CIMInstance& instance : instances)
+    for (const CIMInstance& instance : instances) {
         EXPECT_EQ(instance.getProperty(0).getName(), CIMName("P"));
+    }
 }
 
 TEST(ResponseDecoderRepetitionTest, MoreTagsThanAreRememberedAreAllRead) {
     std::string objects;
     const int count = static_cast<int>(cimxml::kMaxRememberedTags) + 10;
-    for (int i = 0; i < count; ++i)
+    for (int i = 0; i < count; ++i) {
         objects += "<CLASSNAME NAME=\"C" + std::to_string(i) + "\"/>";
+    }
     const auto names = decodeObjects(objects + objects).classNames;
     ASSERT_THAT(names, SizeIs(2 * count));
-    for (int i = 0; i < 2 * count; ++i)
+    for (int i = 0; i < 2 * count; ++i) {
         EXPECT_EQ(names[static_cast<std::size_t>(i)].getString().view(), "C" + std::to_string(i % count));
+    }
 }
 
 /// A class with one property for each QUALIFIER element.
 std::string classWith(const std::vector<std::string>& qualifiers) {
     std::string text = "<CLASS NAME=\"A\">";
-    for (std::size_t i = 0; i < qualifiers.size(); ++i)
+    for (std::size_t i = 0; i < qualifiers.size(); ++i) {
         text += "<PROPERTY NAME=\"P" + std::to_string(i) + "\" TYPE=\"string\">" + qualifiers[i] + "</PROPERTY>";
+    }
     return text + "</CLASS>";
 }
 
@@ -916,8 +938,9 @@ std::string qualifierElement(const std::string& content) {
 /// The values of the first qualifiers of all properties of the class.
 std::vector<std::string> qualifierValues(const CIMClass& cimClass) {
     std::vector<std::string> values;
-    for (Uint32 i = 0; i < cimClass.getPropertyCount(); ++i)
+    for (Uint32 i = 0; i < cimClass.getPropertyCount(); ++i) {
         values.emplace_back(cimClass.getProperty(i).getQualifier(0).getValue().toString().view());
+    }
     return values;
 }
 
@@ -975,8 +998,9 @@ TEST(ResponseDecoderRepetitionTest, ObjectsInQualifiersAreNotShared) {
 TEST(ResponseDecoderRepetitionTest, NodesOfQualifiersThatComeAgainCount) {
     constexpr std::size_t kCount = 11; // so that the text of one is short enough to be remembered
     std::string instructions;
-    for (std::size_t i = 0; i < cimxml::kMaxNodes / kCount; ++i)
+    for (std::size_t i = 0; i < cimxml::kMaxNodes / kCount; ++i) {
         instructions += "<?a?>";
+    }
     ASSERT_LT(instructions.size(), cimxml::kMaxRememberedQualifierBytes - 1024);
     const std::string qualifier = qualifierElement(instructions + "<VALUE/>");
     EXPECT_THAT(xmlErrorOf(returning(classWith(std::vector<std::string>(kCount - 1, qualifier)))), IsEmpty());

@@ -100,8 +100,9 @@ TEST(ToleranceTest, NullsBlanksAndXmlDeclarationsMayStandBehindTheDocument) {
     for (const std::string& behind :
          {std::string("\0", 1), std::string("\0\0\0\0\0\0", 6), std::string(" \0\n\0 ", 5),
           std::string("\n<?xml version=\"1.0\"?>\n"), std::string("\0<?xml version=\"1.0\"?>\0<!-- -->", 32)}) {
-        for (const std::size_t piece : {std::size_t{1}, std::size_t{7}, std::size_t{4096}})
+        for (const std::size_t piece : {std::size_t{1}, std::size_t{7}, std::size_t{4096}}) {
             EXPECT_THAT(decode("GetClass", body + behind, piece).instances, SizeIs(1)) << behind;
+        }
     }
     EXPECT_THROW(decode("GetClass", std::string(1, '\0') + body), CIMClientXmlException);
 }

@@ -17,8 +17,9 @@ using TType = TCIMValue::TCIMType;
 TCIMReference Make(const std::string& className, const std::vector<std::pair<std::string, TCIMValue>>& keys) {
     TCIMReference reference({}, {});
     reference.SetClassName(className);
-    for (const auto& [name, value] : keys)
+    for (const auto& [name, value] : keys) {
         reference.AddKeyValue(name, value);
+    }
     return reference;
 }
 
@@ -53,11 +54,13 @@ TEST(TCIMReference, FindsAndReplacesKeysAlsoAmongMany) {
     constexpr int kCount = 100;
     const auto name = [](int i) { return "Key" + std::to_string(i); };
     TCIMContext first{{"key0", "in another spelling"}};
-    for (int i = 0; i < kCount / 2; ++i)
+    for (int i = 0; i < kCount / 2; ++i) {
         first.emplace(name(i), i);
+    }
     TCIMReference reference({}, first);
-    for (int i = 0; i < kCount; ++i)
+    for (int i = 0; i < kCount; ++i) {
         reference.AddKeyValue("KEY" + std::to_string(i), 2 * i);
+    }
     EXPECT_EQ(KeyNamesOf(reference, 2 * kCount).size(), kCount + 1U);
     const TCIMReference copy = reference;
     for (int i = 0; i < kCount; ++i) {
@@ -124,8 +127,9 @@ TEST(TCIMChar16, TakesTheCodeAsDigits) {
     EXPECT_EQ(TCIMChar16("65").GetCode(), 65);
     EXPECT_EQ(TCIMChar16("0").GetCode(), 0);
     EXPECT_EQ(TCIMChar16("65535").GetCode(), 65535);
-    for (const char* const malformed : {"", "A", "65 ", " 65", "+65", "-1", "0x41", "65536", "99999999999999999999"})
+    for (const char* const malformed : {"", "A", "65 ", " 65", "+65", "-1", "0x41", "65536", "99999999999999999999"}) {
         EXPECT_STATUS(14, TCIMChar16(malformed));
+    }
 }
 
 TEST(TCIMChar16, IsWrittenAsUtf8) {

@@ -70,14 +70,17 @@ TEST_F(TInmemInstanceTest, KeepsAnyNumberOfValues) {
     constexpr int kCount = 200;
     const auto cls = fNamespace->AddClass("Test_Many");
     const auto name = [](int i) { return "P" + std::to_string(i); };
-    for (int i = 0; i < kCount; ++i)
+    for (int i = 0; i < kCount; ++i) {
         cls->Declare(name(i), -1, i < kCount / 2);
+    }
     const auto many = cls->Add({});
     for (const int sign : {1, 2}) {
-        for (int i = kCount - 2; i >= 0; --i)
+        for (int i = kCount - 2; i >= 0; --i) {
             many->SetPropertyValue(name(i), sign * i, {});
-        for (int i = 0; i < kCount - 1; ++i)
+        }
+        for (int i = 0; i < kCount - 1; ++i) {
             ASSERT_EQ(TextOf(*many, name(i)), std::to_string(sign * i));
+        }
         EXPECT_TRUE(many->GetProperty(name(kCount - 1), {})->IsDefaultValue({}));
     }
     EXPECT_EQ(many->GetReference({}).GetKeyValue("p99"), TCIMValue(198));
@@ -193,8 +196,9 @@ TEST_F(TInmemInstanceTest, HasANumberOfItsOwnWhicheverThreadMadeIt) {
     constexpr std::size_t kCount = 1000;
     std::array<std::vector<std::string>, 2> paths;
     const auto make = [this](std::vector<std::string>& made) {
-        for (std::size_t i = 0; i < kCount; ++i)
+        for (std::size_t i = 0; i < kCount; ++i) {
             made.push_back(TTestInstance(fPoint, 1).GetReference({}).GetPath());
+        }
     };
     std::thread other(make, std::ref(paths[1]));
     make(paths[0]);
@@ -365,8 +369,9 @@ TEST_F(TInmemPropertyTest, StaysWhatItIsWhenKeptDuringAnEnumeration) {
             EXPECT_FALSE(property->IsPrevValueDifferent());
             property->GetValue({});
             property->SetPrevValue();
-            if (kept.size() < 2)
+            if (kept.size() < 2) {
                 kept.push_back(property);
+            }
             return true;
         },
         {});

@@ -39,8 +39,9 @@ constexpr const char* kTimeRegex =
 std::vector<std::string> LinesOf(const std::string& text) {
     std::vector<std::string> lines;
     std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);)
+    for (std::string line; std::getline(stream, line);) {
         lines.push_back(line);
+    }
     return lines;
 }
 
@@ -55,10 +56,12 @@ template <typename TWork>
 void RunInThreads(TWork work) {
     std::vector<std::thread> threads;
     threads.reserve(kThreads);
-    for (int i = 0; i < kThreads; ++i)
+    for (int i = 0; i < kThreads; ++i) {
         threads.emplace_back(work, i);
-    for (std::thread& thread : threads)
+    }
+    for (std::thread& thread : threads) {
         thread.join();
+    }
 }
 
 class TTestProvider : public INamespaceProvider {
@@ -187,8 +190,9 @@ TEST(TLogger, KeepsTheLinesOfSeveralThreadsWhole) {
     std::ostringstream stream;
     TLogger logger(stream, ILogger::eLogInfo);
     RunInThreads([&](int thread) {
-        for (int i = 0; i < kRounds; ++i)
+        for (int i = 0; i < kRounds; ++i) {
             logger.Log(ILogger::eLogInfo, std::string(40, static_cast<char>('a' + thread)));
+        }
     });
     const auto lines = LinesOf(stream.str());
     EXPECT_EQ(lines.size(), static_cast<std::size_t>(kThreads * kRounds));
@@ -219,10 +223,11 @@ TEST(TRootObject, ExchangesTheLoggerWhileOthersLog) {
     TRootObject::SetCoreLogger(loggers[0]);
     RunInThreads([&](int thread) {
         for (std::size_t i = 0; i < kRounds; ++i) {
-            if (thread == 0)
+            if (thread == 0) {
                 TRootObject::SetCoreLogger(loggers[i % 2]);
-            else
+            } else {
                 TRootObject::GetCoreLogger()->Log(ILogger::eLogInfo, "text");
+            }
         }
     });
     TRootObject::SetCoreLogger({});
@@ -248,8 +253,9 @@ class NamespaceProviderManager : public testing::Test {
   protected:
     NamespaceProviderManager() { TRootObject::SetCoreLogger(fLog); }
     ~NamespaceProviderManager() override {
-        for (const std::string& name : Names())
+        for (const std::string& name : Names()) {
             fManager->UnregisterNamespaceProvider(name);
+        }
         TRootObject::SetCoreLogger({});
     }
 
@@ -336,8 +342,9 @@ TEST_F(NamespaceProviderManager, KeepsTheFirstOfSeveralThreadsThatRegisterAName)
     std::atomic<int> accepted{0};
     RunInThreads([&](int) {
         for (int i = 0; i < kRounds; ++i) {
-            if (Register(boost::make_shared<TTestProvider>("provider " + std::to_string(i))) == 0)
+            if (Register(boost::make_shared<TTestProvider>("provider " + std::to_string(i))) == 0) {
                 ++accepted;
+            }
             Names(3);
         }
     });

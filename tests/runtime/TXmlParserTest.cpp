@@ -20,11 +20,13 @@ using testing::IsEmpty;
 class TRecordingParser : public TXmlParser {
   public:
     void StartElement(const char* name, std::map<std::string, std::string>& attributes) override {
-        if (name == fThrowAt)
+        if (name == fThrowAt) {
             throw std::runtime_error("no more");
+        }
         std::string event = std::string("<") + name;
-        for (const auto& [attribute, value] : attributes)
+        for (const auto& [attribute, value] : attributes) {
             event.append(" ").append(attribute).append("=").append(value);
+        }
         Record(event + ">");
     }
     void EndElement(const char* name) override { Record(std::string("</") + name + ">"); }
@@ -53,10 +55,12 @@ class TRecordingParser : public TXmlParser {
 
 std::string Nested(int depth) {
     std::string text;
-    for (int i = 0; i < depth; ++i)
+    for (int i = 0; i < depth; ++i) {
         text += "<a>";
-    for (int i = 0; i < depth; ++i)
+    }
+    for (int i = 0; i < depth; ++i) {
         text += "</a>";
+    }
     return text;
 }
 
@@ -123,8 +127,9 @@ TEST_F(TXmlParserTest, LetsTheExceptionOfACallbackOut) {
 
 TEST_F(TXmlParserTest, ReadsAFileInBlocks) {
     std::string text = "<a>\n";
-    while (text.size() < 200000)
+    while (text.size() < 200000) {
         text += "<b c='some text'/>\n";
+    }
     fParser.SetFileName(WriteFile(text + "</a>"));
     EXPECT_TRUE(fParser.ParseJSSP());
     EXPECT_EQ(fParser.fEvents.size(), 2 + 2 * ((text.size() - 4) / 19));
@@ -182,8 +187,9 @@ TEST_F(TXmlParserTest, LimitsTheExpansionOfEntities) {
     for (int i = 1; i <= 9; ++i) {
         const std::string inner = "&e" + std::to_string(i - 1) + ";";
         text += "<!ENTITY e" + std::to_string(i) + " '";
-        for (int j = 0; j < 10; ++j)
+        for (int j = 0; j < 10; ++j) {
             text += inner;
+        }
         text += "'>";
     }
     EXPECT_FALSE(fParser.Parse(text + "]><a>&e9;</a>"));

@@ -91,16 +91,18 @@ class TTestClass : public TUnqualified<ICIMClass>, public boost::enable_shared_f
     /// Declares a property, also a key.
     void Declare(const std::string& name, const TCIMValue& defaultValue, bool isKey = false) {
         fDeclarations[Lower(name)] = boost::make_shared<TTestPropertyDecl>(name, defaultValue);
-        if (isKey)
+        if (isKey) {
             fKeys.push_back(name);
+        }
     }
     void Undeclare(const std::string& name) { fDeclarations.erase(Lower(name)); }
 
     /// A new instance, filed.
     boost::shared_ptr<TTestInstance> Add(const TCIMContext& values) {
         auto instance = boost::make_shared<TTestInstance>(shared_from_this(), 1);
-        for (const auto& [name, value] : values)
+        for (const auto& [name, value] : values) {
             instance->SetPropertyValue(name, value, {});
+        }
         instance->AddToNamespace({});
         return instance;
     }
@@ -132,14 +134,16 @@ class TTestClass : public TUnqualified<ICIMClass>, public boost::enable_shared_f
                                      TCIMContext context) override {
         for (const auto& association : fAssociations) {
             const bool admitted = resultClass.empty() || Lower(resultClass) == Lower(association->GetName(context));
-            if (admitted && (role.empty() || association->GetPropertyDecl(role, context)) && !callback(association))
+            if (admitted && (role.empty() || association->GetPropertyDecl(role, context)) && !callback(association)) {
                 return;
+            }
         }
     }
     void EnumerateKeyNames(const boost::function<bool(const std::string*)>& callback, TCIMContext) const override {
         for (const std::string& key : fKeys) {
-            if (!callback(&key))
+            if (!callback(&key)) {
                 return;
+            }
         }
     }
     boost::shared_ptr<ICIMPropertyDecl> AllocatePropertyDecl(const std::string&, const TCIMValue&,
@@ -153,8 +157,9 @@ class TTestClass : public TUnqualified<ICIMClass>, public boost::enable_shared_f
     void EnumeratePropertyDecls(const boost::function<bool(boost::shared_ptr<ICIMPropertyDecl>)>& callback,
                                 TCIMContext) const override {
         for (const auto& [name, declaration] : fDeclarations) {
-            if (!callback(declaration))
+            if (!callback(declaration)) {
                 return;
+            }
         }
     }
     boost::shared_ptr<ICIMProperty> GetProperty(const std::string&, TCIMContext) override { NotSupported(); }
@@ -167,8 +172,9 @@ class TTestClass : public TUnqualified<ICIMClass>, public boost::enable_shared_f
     void EnumerateInstances(const boost::function<bool(boost::shared_ptr<ICIMInstance>)>& callback, bool,
                             TCIMContext) override {
         for (const auto& instance : fInstances) {
-            if (!callback(instance))
+            if (!callback(instance)) {
                 return;
+            }
         }
     }
     boost::shared_ptr<ICIMMethodDecl> AllocateMethodDecl(const std::string&, TCIMValue::TCIMType,
@@ -250,11 +256,13 @@ class TTestNamespace : public ICIMNamespace, public boost::enable_shared_from_th
     /// Unlike a class lookup, throws status 15 when the class of the reference is unknown.
     boost::shared_ptr<ICIMInstance> GetInstance(const TCIMReference& reference, TCIMContext context) const override {
         const auto found = fClasses.find(Lower(reference.GetClassName()));
-        if (found == fClasses.end())
+        if (found == fClasses.end()) {
             throw TVYXException(15);
+        }
         for (const auto& instance : found->second->Instances()) {
-            if (instance->BuildPath(context) == reference)
+            if (instance->BuildPath(context) == reference) {
                 return instance;
+            }
         }
         return {};
     }

@@ -43,15 +43,17 @@ void Associators(const Repository& repository, const Parameters& parameters, Xml
     const Traversal traversal(repository, source.declaration, AssociatorFilter(repository, parameters));
     const Selection selection = parameters.GetSelection();
     writer.Start("IRETURNVALUE");
-    if (!source.path)
+    if (!source.path) {
         WriteClasses(traversal.AssociatedClasses(), repository, selection, writer);
-    else
+    } else {
         traversal.VisitAssociated(*source.path, [&](const LocatedObject& object) {
             const Repository& where = *object.repository;
             // What it names can have gone since, as processes do.
-            if (const auto instance = where.Find(object.path))
+            if (const auto instance = where.Find(object.path)) {
                 WriteObject(*where.GetSchema().FindClass(object.path.className), *instance, where, selection, writer);
+            }
         });
+    }
     writer.End();
 }
 
@@ -59,12 +61,13 @@ void AssociatorNames(const Repository& repository, const Parameters& parameters,
     const SourceObject source = FindSource(repository, parameters, "ObjectName");
     const Traversal traversal(repository, source.declaration, AssociatorFilter(repository, parameters));
     writer.Start("IRETURNVALUE");
-    if (!source.path)
+    if (!source.path) {
         WriteClassNames(traversal.AssociatedClasses(), repository, writer);
-    else
+    } else {
         traversal.VisitAssociated(*source.path, [&](const LocatedObject& object) {
             WriteObjectPath(object.path, *object.repository, writer);
         });
+    }
     writer.End();
 }
 
@@ -73,12 +76,13 @@ void References(const Repository& repository, const Parameters& parameters, XmlW
     const Traversal traversal(repository, source.declaration, ReferenceFilter(repository, parameters));
     const Selection selection = parameters.GetSelection();
     writer.Start("IRETURNVALUE");
-    if (!source.path)
+    if (!source.path) {
         WriteClasses(traversal.ReferencingClasses(), repository, selection, writer);
-    else
+    } else {
         traversal.VisitReferences(*source.path, [&](const Class& association, const Instance& instance) {
             WriteObject(association, instance, repository, selection, writer);
         });
+    }
     writer.End();
 }
 
@@ -86,12 +90,13 @@ void ReferenceNames(const Repository& repository, const Parameters& parameters, 
     const SourceObject source = FindSource(repository, parameters, "ObjectName");
     const Traversal traversal(repository, source.declaration, ReferenceFilter(repository, parameters));
     writer.Start("IRETURNVALUE");
-    if (!source.path)
+    if (!source.path) {
         WriteClassNames(traversal.ReferencingClasses(), repository, writer);
-    else
+    } else {
         traversal.VisitReferences(*source.path, [&](const Class& association, const Instance& instance) {
             WriteObjectPath(PathOf(association, instance), repository, writer);
         });
+    }
     writer.End();
 }
 

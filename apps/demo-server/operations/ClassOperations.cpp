@@ -15,8 +15,9 @@ void GetClass(const Repository& repository, const Parameters& parameters, XmlWri
 /// on all.
 std::vector<const Class*> ClassesBelow(const Repository& repository, const Parameters& parameters) {
     const std::string top = parameters.Name("ClassName");
-    if (!top.empty())
+    if (!top.empty()) {
         repository.FindClass(top, CimStatus::kInvalidClass);
+    }
     return repository.GetSchema().Subclasses(top, parameters.Flag("DeepInheritance"));
 }
 
@@ -24,16 +25,18 @@ void EnumerateClasses(const Repository& repository, const Parameters& parameters
     const auto classes = ClassesBelow(repository, parameters);
     const Selection selection = parameters.GetSelection();
     writer.Start("IRETURNVALUE");
-    for (const Class* const found : classes)
+    for (const Class* const found : classes) {
         WriteClass(writer, *found, selection);
+    }
     writer.End();
 }
 
 void EnumerateClassNames(const Repository& repository, const Parameters& parameters, XmlWriter& writer) {
     const auto classes = ClassesBelow(repository, parameters);
     writer.Start("IRETURNVALUE");
-    for (const Class* const found : classes)
+    for (const Class* const found : classes) {
         WriteClassName(writer, found->name);
+    }
     writer.End();
 }
 

@@ -12,8 +12,9 @@ struct Found {
 Found FindInstance(const Repository& repository, const ObjectPath& path) {
     const Class& declaration = repository.FindClass(path.className, CimStatus::kInvalidClass);
     auto instance = repository.Find(repository.Checked(declaration, path));
-    if (!instance)
+    if (!instance) {
         throw CimError(CimStatus::kNotFound, "there is no such instance of " + declaration.name);
+    }
     return {declaration, *std::move(instance)};
 }
 
@@ -62,8 +63,9 @@ void GetProperty(const Repository& repository, const Parameters& parameters, Xml
     const Found found = FindInstance(repository, parameters.Object("InstanceName"));
     const std::string name = parameters.Name("PropertyName");
     const Property* const property = found.declaration.FindProperty(name);
-    if (!property)
+    if (!property) {
         throw CimError(CimStatus::kNoSuchProperty, found.declaration.name + " has no property " + name);
+    }
     writer.Start("IRETURNVALUE");
     WriteValue(writer, found.instance.ValueOf(*property));
     writer.End();

@@ -15,32 +15,38 @@ namespace {
 
 /// Some clients say null with an empty name, which nothing has.
 bool IsNull(const RequestParameter& parameter) {
-    if (parameter.kind == "CLASSNAME")
+    if (parameter.kind == "CLASSNAME") {
         return parameter.value.AsReference()->className.empty();
+    }
     return parameter.kind.empty();
 }
 
 void CheckFlag(const RequestParameter& parameter) {
-    if (parameter.kind != "VALUE" || !IsValueOf(CimType::kBoolean, *parameter.value.AsText()))
+    if (parameter.kind != "VALUE" || !IsValueOf(CimType::kBoolean, *parameter.value.AsText())) {
         Fail(parameter.name, "must be a VALUE that is TRUE or FALSE");
+    }
 }
 
 void CheckNumber(const RequestParameter& parameter) {
-    if (parameter.kind != "VALUE" || !IsValueOf(CimType::kUint32, *parameter.value.AsText()))
+    if (parameter.kind != "VALUE" || !IsValueOf(CimType::kUint32, *parameter.value.AsText())) {
         Fail(parameter.name, "must be a VALUE that is a whole number of 32 bits");
+    }
 }
 
 void CheckPropertyList(const RequestParameter& parameter) {
-    if (parameter.kind != "VALUE.ARRAY")
+    if (parameter.kind != "VALUE.ARRAY") {
         Fail(parameter.name, "must be a VALUE.ARRAY");
+    }
     const auto& items = *parameter.value.AsArray();
-    if (std::any_of(items.begin(), items.end(), [](const auto& item) { return !item; }))
+    if (std::any_of(items.begin(), items.end(), [](const auto& item) { return !item; })) {
         Fail(parameter.name, "has a null entry");
+    }
 }
 
 void CheckKind(const RequestParameter& parameter, std::string_view kind) {
-    if (parameter.kind != kind)
+    if (parameter.kind != kind) {
         Fail(parameter.name, std::string("must be a ").append(kind));
+    }
 }
 
 void Check(const RequestParameter& parameter, ParameterKind kind) {
@@ -56,8 +62,9 @@ void Check(const RequestParameter& parameter, ParameterKind kind) {
     case ParameterKind::kInstanceName:
         return CheckKind(parameter, "INSTANCENAME");
     case ParameterKind::kObjectName:
-        if (parameter.kind != "INSTANCENAME" && parameter.kind != "CLASSNAME")
+        if (parameter.kind != "INSTANCENAME" && parameter.kind != "CLASSNAME") {
             Fail(parameter.name, "must be an INSTANCENAME or a CLASSNAME");
+        }
         return;
     case ParameterKind::kPropertyList:
         return CheckPropertyList(parameter);
@@ -67,24 +74,31 @@ void Check(const RequestParameter& parameter, ParameterKind kind) {
 } // namespace
 
 Parameters::Parameters(const CimRequest& request, const ParameterDeclarations& declarations) {
-    for (const auto& declaration : declarations)
+    for (const auto& declaration : declarations) {
         entries_.emplace(declaration.name, Entry{&declaration, nullptr});
-    for (const auto& parameter : request.parameters)
+    }
+    for (const auto& parameter : request.parameters) {
         Take(parameter, request.method);
-    for (const auto& declaration : declarations)
-        if (declaration.isRequired && !Find(declaration.name))
+    }
+    for (const auto& declaration : declarations) {
+        if (declaration.isRequired && !Find(declaration.name)) {
             Fail(declaration.name, "is missing");
+        }
+    }
 }
 
 void Parameters::Take(const RequestParameter& parameter, const std::string& method) {
     const auto found = entries_.find(parameter.name);
-    if (found == entries_.end())
+    if (found == entries_.end()) {
         Fail(parameter.name, "is no parameter of " + method);
-    if (found->second.parameter)
+    }
+    if (found->second.parameter) {
         Fail(parameter.name, "appears twice");
+    }
     found->second.parameter = &parameter;
-    if (!IsNull(parameter))
+    if (!IsNull(parameter)) {
         Check(parameter, found->second.declaration->kind);
+    }
 }
 
 bool Parameters::Flag(std::string_view name) const {
@@ -100,10 +114,12 @@ std::optional<std::uint32_t> Parameters::Number(std::string_view name) const {
 
 std::string Parameters::Name(std::string_view name) const {
     const auto* const parameter = Find(name);
-    if (!parameter)
+    if (!parameter) {
         return "";
-    if (const ObjectPath* const path = parameter->value.AsReference())
+    }
+    if (const ObjectPath* const path = parameter->value.AsReference()) {
         return path->className;
+    }
     const std::string* const text = parameter->value.AsText();
     return text ? *text : "";
 }
@@ -124,12 +140,14 @@ Selection Parameters::GetSelection() const {
     selection.localOnly = FlagIfDeclared("LocalOnly");
     selection.includeQualifiers = FlagIfDeclared("IncludeQualifiers");
     selection.includeClassOrigin = FlagIfDeclared("IncludeClassOrigin");
-    if (entries_.count("PropertyList") == 0)
+    if (entries_.count("PropertyList") == 0) {
         return selection;
+    }
     if (const auto* const list = Find("PropertyList")) {
         selection.propertyList.emplace();
-        for (const auto& item : *list->value.AsArray())
+        for (const auto& item : *list->value.AsArray()) {
             selection.propertyList->insert(*item);
+        }
     }
     return selection;
 }

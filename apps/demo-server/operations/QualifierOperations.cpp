@@ -7,8 +7,9 @@ namespace {
 void GetQualifier(const Repository& repository, const Parameters& parameters, XmlWriter& writer) {
     const std::string name = parameters.Name("QualifierName");
     const QualifierDeclaration* const found = repository.GetSchema().FindQualifier(name);
-    if (!found)
+    if (!found) {
         throw CimError(CimStatus::kNotFound, "there is no qualifier " + name);
+    }
     writer.Start("IRETURNVALUE");
     WriteQualifierDeclaration(writer, *found);
     writer.End();
@@ -16,8 +17,9 @@ void GetQualifier(const Repository& repository, const Parameters& parameters, Xm
 
 void EnumerateQualifiers(const Repository& repository, const Parameters& /*has none*/, XmlWriter& writer) {
     writer.Start("IRETURNVALUE");
-    for (const QualifierDeclaration* const found : repository.GetSchema().Qualifiers())
+    for (const QualifierDeclaration* const found : repository.GetSchema().Qualifiers()) {
         WriteQualifierDeclaration(writer, *found);
+    }
     writer.End();
 }
 

@@ -18,8 +18,9 @@ Repository::Repository(Schema schema, InstanceProviders providers, NamespacePath
 
 const Class& Repository::FindClass(const std::string& name, CimStatus otherwise) const {
     const Class* const found = schema_.FindClass(name);
-    if (!found)
+    if (!found) {
         throw CimError(otherwise, "there is no class " + name);
+    }
     return *found;
 }
 
@@ -30,13 +31,15 @@ std::vector<const Class*> Repository::WithSubclasses(const Class& top) const {
 }
 
 void Repository::Enumerate(const Class& top, const Visitor& visit) const {
-    for (const Class* const declaration : WithSubclasses(top))
+    for (const Class* const declaration : WithSubclasses(top)) {
         EnumerateExactly(*declaration, visit);
+    }
 }
 
 void Repository::EnumerateExactly(const Class& declaration, const Visitor& visit) const {
-    for (const auto& provider : ProvidersOf(declaration.name))
+    for (const auto& provider : ProvidersOf(declaration.name)) {
         provider->Enumerate([&](const Instance& instance) { visit(declaration, instance); });
+    }
 }
 
 std::vector<std::unique_ptr<InstanceCursor>> Repository::Open(const Class& declaration) const {
@@ -48,8 +51,9 @@ std::vector<std::unique_ptr<InstanceCursor>> Repository::Open(const Class& decla
 }
 
 void Repository::EnumerateReferring(const Class& declaration, const ObjectPath& object, const Visitor& visit) const {
-    for (const auto& provider : ProvidersOf(declaration.name))
+    for (const auto& provider : ProvidersOf(declaration.name)) {
         provider->EnumerateReferring(object, [&](const Instance& instance) { visit(declaration, instance); });
+    }
 }
 
 ObjectPath Repository::Checked(const Class& declaration, const ObjectPath& path) const {
@@ -62,15 +66,18 @@ ObjectPath Repository::Checked(const Class& declaration, const ObjectPath& path)
 
 std::optional<Instance> Repository::Find(const ObjectPath& path) const {
     const Class* const declaration = schema_.FindClass(path.className);
-    if (!declaration)
+    if (!declaration) {
         return std::nullopt;
+    }
     const std::string text = PathText(path);
     std::optional<Instance> found;
-    for (const auto& provider : ProvidersOf(path.className))
+    for (const auto& provider : ProvidersOf(path.className)) {
         provider->EnumerateCandidates(path, [&](const Instance& instance) {
-            if (!found && PathText(PathOf(*declaration, instance)) == text)
+            if (!found && PathText(PathOf(*declaration, instance)) == text) {
                 found = instance;
+            }
         });
+    }
     return found;
 }
 

@@ -14,8 +14,9 @@ constexpr CimStatus kNoSuchClass = CimStatus::kInvalidParameter;
 /// The name of a class that a parameter restricts the answer to, empty if it does not.
 std::string ClassFilter(const Repository& repository, const Parameters& parameters, std::string_view name) {
     std::string filter = parameters.Name(name);
-    if (!filter.empty())
+    if (!filter.empty()) {
         repository.FindClass(filter, kNoSuchClass);
+    }
     return filter;
 }
 
@@ -24,12 +25,14 @@ std::string ClassFilter(const Repository& repository, const Parameters& paramete
 SourceObject FindSource(const Repository& repository, const Parameters& parameters, std::string_view name) {
     const ObjectPath& object = parameters.Object(name);
     const Class& declaration = repository.FindClass(object.className, kNoSuchClass);
-    if (parameters.IsClassName(name))
+    if (parameters.IsClassName(name)) {
         return {declaration, std::nullopt};
+    }
     ObjectPath path = repository.Checked(declaration, object);
     // An empty answer would be a lie about an instance that is not there.
-    if (!repository.Find(path))
+    if (!repository.Find(path)) {
         throw CimError(CimStatus::kNotFound, "there is no such instance of " + declaration.name);
+    }
     return {declaration, std::move(path)};
 }
 

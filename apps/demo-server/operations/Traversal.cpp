@@ -25,8 +25,9 @@ std::vector<const Property*> NearEnds(const Schema& schema, const Class& associa
     for (const auto& property : association.properties) {
         const bool canRefer = property.type == CimType::kReference &&
                               (property.referenceClass.empty() || schema.IsA(source.name, property.referenceClass));
-        if (canRefer && HasName(property, role))
+        if (canRefer && HasName(property, role)) {
             ends.push_back(&property);
+        }
     }
     return ends;
 }
@@ -38,43 +39,51 @@ Traversal::Traversal(const Repository& repository, const Class& source, const Tr
     const Schema& schema = repository.GetSchema();
     for (const Class* const association : schema.Subclasses("", true)) {
         if (!association->Is("Association") ||
-            (!filter.associationClass.empty() && !schema.IsA(association->name, filter.associationClass)))
+            (!filter.associationClass.empty() && !schema.IsA(association->name, filter.associationClass))) {
             continue;
+        }
         auto near = NearEnds(schema, *association, source, filter.role);
-        if (!near.empty())
+        if (!near.empty()) {
             ends_.push_back({association, std::move(near)});
+        }
     }
 }
 
 std::vector<const Class*> Traversal::ReferencingClasses() const {
     std::vector<const Class*> classes;
-    for (const auto& ends : ends_)
+    for (const auto& ends : ends_) {
         classes.push_back(ends.association);
+    }
     return classes;
 }
 
 std::vector<const Class*> Traversal::AssociatedClasses() const {
     std::vector<const Class*> classes;
-    for (const auto& ends : ends_)
-        for (const Property* const near : ends.near)
+    for (const auto& ends : ends_) {
+        for (const Property* const near : ends.near) {
             for (const Property* const far : FarEnds(*ends.association, *near)) {
                 const Class* const found = repository_.GetSchema().FindClass(far->referenceClass);
                 if (found && IsResult(repository_.GetSchema(), found->name) &&
-                    std::find(classes.begin(), classes.end(), found) == classes.end())
+                    std::find(classes.begin(), classes.end(), found) == classes.end()) {
                     classes.push_back(found);
+                }
             }
+        }
+    }
     return classes;
 }
 
 void Traversal::VisitReferences(const ObjectPath& source, const ReferenceVisitor& visit) const {
     const std::string text = PathText(source);
-    for (const auto& ends : ends_)
+    for (const auto& ends : ends_) {
         repository_.EnumerateReferring(
             *ends.association, source, [&](const Class& association, const Instance& instance) {
                 if (std::any_of(ends.near.begin(), ends.near.end(),
-                                [&](const Property* near) { return RefersTo(instance, *near, text); }))
+                                [&](const Property* near) { return RefersTo(instance, *near, text); })) {
                     visit(association, instance);
+                }
             });
+    }
 }
 
 void Traversal::VisitAssociated(const ObjectPath& source, const ObjectVisitor& visit) const {
@@ -88,23 +97,28 @@ void Traversal::VisitAssociated(const ObjectPath& source, const ObjectVisitor& v
             visit(*object);
         }
     };
-    for (const auto& ends : ends_)
+    for (const auto& ends : ends_) {
         repository_.EnumerateReferring(*ends.association, source,
                                        [&](const Class& association, const Instance& instance) {
                                            for (const Property* const near : ends.near) {
-                                               if (!RefersTo(instance, *near, text))
+                                               if (!RefersTo(instance, *near, text)) {
                                                    continue;
-                                               for (const Property* const far : FarEnds(association, *near))
+                                               }
+                                               for (const Property* const far : FarEnds(association, *near)) {
                                                    visitFar(instance.ValueOf(*far));
+                                               }
                                            }
                                        });
+    }
 }
 
 std::vector<const Property*> Traversal::FarEnds(const Class& association, const Property& near) const {
     std::vector<const Property*> ends;
-    for (const auto& property : association.properties)
-        if (property.type == CimType::kReference && &property != &near && HasName(property, filter_.resultRole))
+    for (const auto& property : association.properties) {
+        if (property.type == CimType::kReference && &property != &near && HasName(property, filter_.resultRole)) {
             ends.push_back(&property);
+        }
+    }
     return ends;
 }
 

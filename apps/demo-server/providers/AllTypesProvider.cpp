@@ -88,8 +88,9 @@ Instance Nulls() { return {"DEMO_AllTypes", {{"InstanceID", Value::Text("null")}
 AllTypesProvider::AllTypesProvider(const Schema& schema) : instances_{Least(schema), Greatest(schema), Nulls()} {}
 
 void AllTypesProvider::Enumerate(const Visitor& visit) const {
-    for (const auto& instance : instances_)
+    for (const auto& instance : instances_) {
         visit(instance);
+    }
 }
 
 } // namespace demo

@@ -10,9 +10,11 @@ namespace {
 
 std::uint64_t CountProcessors(const SystemFiles& files) {
     std::uint64_t count = 0;
-    for (const auto& line : files.Lines("proc/cpuinfo"))
-        if (line.rfind("processor", 0) == 0)
+    for (const auto& line : files.Lines("proc/cpuinfo")) {
+        if (line.rfind("processor", 0) == 0) {
             ++count;
+        }
+    }
     return count;
 }
 

@@ -42,8 +42,9 @@ std::set<std::string> PseudoTypes(const SystemFiles& files) {
     std::set<std::string> types;
     for (const auto& line : files.Lines("proc/filesystems")) {
         const auto words = Words(line);
-        if (words.size() == 2 && words[0] == "nodev" && kReal.count(words[1]) == 0)
+        if (words.size() == 2 && words[0] == "nodev" && kReal.count(words[1]) == 0) {
             types.insert(words[1]);
+        }
     }
     return types;
 }
@@ -58,20 +59,23 @@ std::vector<Mount> Mounts(const SystemFiles& files) {
     std::map<std::string, Mount> byPath;
     for (const auto& line : files.Lines("proc/mounts")) {
         const auto words = Words(line);
-        if (words.size() < 4)
+        if (words.size() < 4) {
             continue;
+        }
         const Mount mount{Unescaped(words[0]), Unescaped(words[1]), words[2], words[3]};
         const bool isReal = pseudo.count(mount.type) == 0 && !IsBelow(mount.path, "/proc") &&
                             !IsBelow(mount.path, "/sys") && !IsBelow(mount.path, "/dev");
-        if (isReal || mount.path == "/")
+        if (isReal || mount.path == "/") {
             byPath[mount.path] = mount;
+        }
     }
     // Where the list of mounts is not to be had, there is a root all the same.
     byPath.emplace("/", Mount{"", "/", "", "rw"});
     std::vector<Mount> mounts;
     mounts.reserve(byPath.size());
-    for (const auto& [path, mount] : byPath)
+    for (const auto& [path, mount] : byPath) {
         mounts.push_back(mount);
+    }
     return mounts;
 }
 
@@ -95,8 +99,9 @@ void SetSpace(Instance& instance, const struct statvfs& space) {
         values["FreeFiles"] = Value::Number(space.f_ffree);
     }
     // Of what ordinary users can have, as df says it.
-    if (used + space.f_bavail != 0)
+    if (used + space.f_bavail != 0) {
         values["PercentInUse"] = Value::Number(used * kWhole / (used + space.f_bavail));
+    }
 }
 
 bool IsCaseSensitive(const std::string& type) {
@@ -127,8 +132,9 @@ void FileSystemProvider::Enumerate(const Visitor& visit) const {
         values["CaseSensitive"] = Value::Boolean(IsCaseSensitive(mount.type));
         values["PersistenceType"] = Value::Number(mount.type == "tmpfs" ? kTemporary : kPersistent);
         struct statvfs space {};
-        if (::statvfs(files_.Path(mount.path).c_str(), &space) == 0)
+        if (::statvfs(files_.Path(mount.path).c_str(), &space) == 0) {
             SetSpace(instance, space);
+        }
         visit(instance);
     }
 }

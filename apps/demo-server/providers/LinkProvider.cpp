@@ -11,46 +11,53 @@ LinkProvider::LinkProvider(const Schema& schema, std::string className, LinkEnd 
 
 void LinkProvider::Enumerate(const Visitor& visit) const {
     const auto firsts = FirstReferences();
-    for (const auto& source : second_.sources)
+    for (const auto& source : second_.sources) {
         source.provider->Enumerate([&](const Instance& second) { Link(firsts, source, second, visit); });
+    }
 }
 
 void LinkProvider::EnumerateCandidates(const ObjectPath& path, const Visitor& visit) const {
     const KeyBinding* const key = path.FindKey(second_.role);
     const ObjectPath* const wanted = key ? key->value.AsReference() : nullptr;
     const Source* const source = wanted ? SourceOf(second_, *wanted) : nullptr;
-    if (!source)
+    if (!source) {
         return;
+    }
     const auto firsts = FirstReferences();
     source->provider->EnumerateCandidates(*wanted,
                                           [&](const Instance& second) { Link(firsts, *source, second, visit); });
 }
 
 void LinkProvider::EnumerateReferring(const ObjectPath& object, const Visitor& visit) const {
-    if (SourceOf(first_, object))
+    if (SourceOf(first_, object)) {
         return Enumerate(visit);
+    }
     EnumerateCandidates({className_, {{second_.role, CimType::kReference, Value::Reference(object)}}}, visit);
 }
 
 const LinkProvider::Source* LinkProvider::SourceOf(const End& end, const ObjectPath& object) {
-    for (const auto& source : end.sources)
-        if (SameName(source.declaration->name, object.className))
+    for (const auto& source : end.sources) {
+        if (SameName(source.declaration->name, object.className)) {
             return &source;
+        }
+    }
     return nullptr;
 }
 
 void LinkProvider::Link(const std::vector<Value>& firsts, const Source& source, const Instance& second,
                         const Visitor& visit) const {
     const Value reference = ReferenceTo(second_, source, second);
-    for (const Value& first : firsts)
+    for (const Value& first : firsts) {
         visit({className_, {{first_.role, first}, {second_.role, reference}}});
+    }
 }
 
 LinkProvider::End LinkProvider::Resolve(const Schema& schema, LinkEnd end) {
     End result{std::move(end.role), {}, std::move(end.nameSpace)};
     const Schema& itsSchema = end.schema ? *end.schema : schema;
-    for (const InstanceProvider* const provider : end.providers)
+    for (const InstanceProvider* const provider : end.providers) {
         result.sources.push_back({provider, itsSchema.FindClass(provider->ClassName())});
+    }
     return result;
 }
 
@@ -62,9 +69,10 @@ Value LinkProvider::ReferenceTo(const End& end, const Source& source, const Inst
 
 std::vector<Value> LinkProvider::FirstReferences() const {
     std::vector<Value> references;
-    for (const auto& source : first_.sources)
+    for (const auto& source : first_.sources) {
         source.provider->Enumerate(
             [&](const Instance& first) { references.push_back(ReferenceTo(first_, source, first)); });
+    }
     return references;
 }
 

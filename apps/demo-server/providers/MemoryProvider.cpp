@@ -23,10 +23,12 @@ void MemoryProvider::Enumerate(const Visitor& visit) const {
     const auto blockSize = static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE));
     values["Access"] = Value::Number(kReadAndWrite);
     values["BlockSize"] = Value::Number(blockSize);
-    if (const auto total = kiloBytes("MemTotal"))
+    if (const auto total = kiloBytes("MemTotal")) {
         values["NumberOfBlocks"] = Value::Number(*total * kKilo / blockSize);
-    if (const auto available = kiloBytes("MemAvailable"))
+    }
+    if (const auto available = kiloBytes("MemAvailable")) {
         values["ConsumableBlocks"] = Value::Number(*available * kKilo / blockSize);
+    }
     values["IsBasedOnUnderlyingRedundancy"] = Value::Boolean(false);
     values["Volatile"] = Value::Boolean(true);
     values["Capacity"] = KiloBytesAsBytes(kiloBytes("MemTotal"));

@@ -16,8 +16,9 @@ constexpr int kLinux = 36;
 
 /// A text as it stands in os-release, where it may be quoted.
 std::string Unquoted(std::string text) {
-    if (text.size() >= 2 && (text.front() == '"' || text.front() == '\'') && text.back() == text.front())
+    if (text.size() >= 2 && (text.front() == '"' || text.front() == '\'') && text.back() == text.front()) {
         return text.substr(1, text.size() - 2);
+    }
     return text;
 }
 
@@ -43,12 +44,15 @@ void SetMemory(const SystemFiles& files, Instance& instance) {
     const auto freeSwap = kiloBytes("SwapFree");
     instance.values["TotalVisibleMemorySize"] = Value::Number(total);
     instance.values["FreePhysicalMemory"] = Value::Number(free);
-    if (swap.value_or(0) != 0)
+    if (swap.value_or(0) != 0) {
         instance.values["TotalSwapSpaceSize"] = Value::Number(swap);
-    if (total)
+    }
+    if (total) {
         instance.values["TotalVirtualMemorySize"] = Value::Number(*total + swap.value_or(0));
-    if (free)
+    }
+    if (free) {
         instance.values["FreeVirtualMemory"] = Value::Number(*free + freeSwap.value_or(0));
+    }
 }
 
 } // namespace

@@ -17,9 +17,10 @@ void ParentProcessProvider::Enumerate(const Visitor& visit) const {
     });
     for (const auto& [handle, process] : processes) {
         const auto parent = processes.find(process.parent);
-        if (parent != processes.end())
+        if (parent != processes.end()) {
             visit({std::string(ClassName()),
                    {{"Antecedent", parent->second.reference}, {"Dependent", process.reference}}});
+        }
     }
 }
 

@@ -39,11 +39,13 @@ std::optional<Stat> ReadStat(const SystemFiles& files, const std::string& folder
     const std::string text = files.Text(folder + "/stat");
     const auto open = text.find('(');
     const auto close = text.rfind(')');
-    if (open == std::string::npos || close == std::string::npos || close < open)
+    if (open == std::string::npos || close == std::string::npos || close < open) {
         return std::nullopt;
+    }
     Stat stat{text.substr(open + 1, close - open - 1), Words(std::string_view(text).substr(close + 1))};
-    if (stat.fields.size() <= kResidentPages - kState)
+    if (stat.fields.size() <= kResidentPages - kState) {
         return std::nullopt;
+    }
     return stat;
 }
 
@@ -94,8 +96,9 @@ std::optional<Instance> MakeProcess(const SystemFiles& files, const Origin& orig
     static const auto kPageSize = static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE));
     const std::string folder = "proc/" + id;
     const auto stat = ReadStat(files, folder);
-    if (!stat)
+    if (!stat) {
         return std::nullopt;
+    }
     Instance instance = origin.common;
     auto& values = instance.values;
     values["Handle"] = Value::Text(id);
@@ -110,8 +113,9 @@ std::optional<Instance> MakeProcess(const SystemFiles& files, const Origin& orig
     values["WorkingSetSize"] = Value::Number(stat->Number(kResidentPages) * kPageSize);
     values["Arguments"] = TextArray(Arguments(files, folder));
     const auto status = files.Fields(folder + "/status", ':');
-    if (const auto user = status.find("Uid"); user != status.end())
+    if (const auto user = status.find("Uid"); user != status.end()) {
         values["UserID"] = Value::Number(LeadingNumber(user->second));
+    }
     values["CreationDate"] = Value::Text(Timestamp(origin.bootTime + ClockTicks(stat->Number(kStartTime))));
     values["KernelModeTime"] = Value::Number(ClockTicks(stat->Number(kSystemTime)).count());
     values["UserModeTime"] = Value::Number(ClockTicks(stat->Number(kUserTime)).count());
@@ -126,20 +130,25 @@ bool IsProcessNumber(const std::string& name) {
 
 void ProcessProvider::Enumerate(const Visitor& visit) const {
     const Origin origin = MakeOrigin(files_, ClassName());
-    for (const auto& id : files_.List("proc"))
-        if (IsProcessNumber(id))
-            if (const auto process = MakeProcess(files_, origin, id))
+    for (const auto& id : files_.List("proc")) {
+        if (IsProcessNumber(id)) {
+            if (const auto process = MakeProcess(files_, origin, id)) {
                 visit(*process);
+            }
+        }
+    }
 }
 
 void ProcessProvider::EnumerateCandidates(const ObjectPath& path, const Visitor& visit) const {
     const KeyBinding* const handle = path.FindKey("Handle");
     const std::string* const id = handle ? handle->value.AsText() : nullptr;
     // A handle that is no number must not become the name of some other file.
-    if (!id || !IsProcessNumber(*id))
+    if (!id || !IsProcessNumber(*id)) {
         return;
-    if (const auto process = MakeProcess(files_, MakeOrigin(files_, ClassName()), *id))
+    }
+    if (const auto process = MakeProcess(files_, MakeOrigin(files_, ClassName()), *id)) {
         visit(*process);
+    }
 }
 
 } // namespace demo

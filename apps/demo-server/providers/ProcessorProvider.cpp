@@ -36,14 +36,17 @@ std::vector<Fields> ReadStreams(const SystemFiles& files) {
     std::vector<Fields> streams;
     for (const auto& line : files.Lines("proc/cpuinfo")) {
         const auto colon = line.find(':');
-        if (colon == std::string::npos)
+        if (colon == std::string::npos) {
             continue;
+        }
         const std::string name = line.substr(0, line.find_last_not_of(" \t", colon - (colon == 0 ? 0 : 1)) + 1);
         const auto value = line.find_first_not_of(" \t", colon + 1);
-        if (name == "processor")
+        if (name == "processor") {
             streams.emplace_back();
-        if (!streams.empty())
+        }
+        if (!streams.empty()) {
             streams.back().emplace(name, value == std::string::npos ? "" : line.substr(value));
+        }
     }
     return streams;
 }
@@ -53,8 +56,9 @@ std::map<std::string, Package> ReadPackages(const SystemFiles& files) {
     for (const auto& fields : ReadStreams(files)) {
         const auto id = fields.find("physical id");
         Package& package = packages[id == fields.end() ? "0" : id->second];
-        if (package.streams.empty())
+        if (package.streams.empty()) {
             package.fields = fields;
+        }
         package.streams.push_back(fields.at("processor"));
         const auto core = fields.find("core id");
         package.cores.insert(core == fields.end() ? fields.at("processor") : core->second);
@@ -64,10 +68,12 @@ std::map<std::string, Package> ReadPackages(const SystemFiles& files) {
 
 int FamilyOf(const std::string& model) {
     const auto names = [&](const char* word) { return model.find(word) != std::string::npos; };
-    if (names("EPYC") || names("Ryzen"))
+    if (names("EPYC") || names("Ryzen")) {
         return kZenFamily;
-    if (names("Xeon"))
+    }
+    if (names("Xeon")) {
         return kXeonFamily;
+    }
     return model.empty() ? kUnknownFamily : kOtherFamily;
 }
 
@@ -75,8 +81,9 @@ Value Signature(const Package& package) {
     const auto family = LeadingNumber(package.Field("cpu family"));
     const auto model = LeadingNumber(package.Field("model"));
     const auto stepping = LeadingNumber(package.Field("stepping"));
-    if (!family || !model || !stepping)
+    if (!family || !model || !stepping) {
         return {};
+    }
     return Value::Number((*family & 0xFFU) << 16U | (*model & 0xFFU) << 8U | (*stepping & 0xFFU));
 }
 
@@ -131,11 +138,13 @@ ProcessorProvider::Times ProcessorProvider::ReadTimes(const std::vector<std::str
     Times times;
     for (const auto& stream : streams) {
         const auto line = fields.find("cpu" + stream);
-        if (line == fields.end())
+        if (line == fields.end()) {
             continue;
+        }
         std::vector<std::uint64_t> ticks;
-        for (const auto& word : Words(line->second))
+        for (const auto& word : Words(line->second)) {
             ticks.push_back(LeadingNumber(word).value_or(0));
+        }
         ticks.resize(std::max<std::size_t>(ticks.size(), 7));
         times.user += ticks[0] + ticks[1];
         times.system += ticks[2] + ticks[5] + ticks[6];

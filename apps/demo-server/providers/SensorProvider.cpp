@@ -73,8 +73,9 @@ void SensorProvider::EnumerateHardware(const Visitor& visit) const {
         const std::string folder = "sys/class/hwmon/" + chip + '/';
         for (const auto& file : files_.List(folder)) {
             const Kind* const kind = KindOf(file);
-            if (kind == nullptr)
+            if (kind == nullptr) {
                 continue;
+            }
             const std::string sensor = file.substr(0, file.size() - kInput.size());
             std::string id = chip;
             id.append("/").append(sensor);
@@ -103,8 +104,9 @@ void SensorProvider::EnumeratePressure(const Visitor& visit) const {
         for (const auto& word : Words(files_.Line(file).value_or(""))) { // some avg10=0.00 avg60=0.00 ... (proc(5))
             const auto share =
                 word.rfind(kLastMinute, 0) == 0 ? Hundredths(word.substr(kLastMinute.size())) : std::nullopt;
-            if (!share)
+            if (!share) {
                 continue;
+            }
             Instance instance =
                 MakeSensor(files_, ClassName(), kShare, "pressure/" + resource, "waiting for " + resource);
             auto& values = instance.values;

@@ -21,11 +21,14 @@ class Reader {
         : documents_(documents), schema_(schema), nameSpace_(nameSpace) {}
 
     std::map<std::string, std::vector<Instance>> Read() {
-        for (const auto& object : documents_.Objects())
-            if (std::string_view(object.name()) == "INSTANCE")
+        for (const auto& object : documents_.Objects()) {
+            if (std::string_view(object.name()) == "INSTANCE") {
                 Try(object, [&] { AddInstance(object); });
-        if (!problems_.empty())
+            }
+        }
+        if (!problems_.empty()) {
             throw SchemaError(std::move(problems_));
+        }
         return std::move(instances_);
     }
 
@@ -42,17 +45,22 @@ class Reader {
     void AddInstance(const pugi::xml_node& node) {
         className_ = node.attribute("CLASSNAME").value();
         const Class* const declaration = schema_.FindClass(className_);
-        if (!declaration)
+        if (!declaration) {
             throw DeclarationError("there is no such class");
-        if (declaration->Is("Abstract"))
+        }
+        if (declaration->Is("Abstract")) {
             throw DeclarationError("the class is abstract");
+        }
         const auto problemsBefore = problems_.size();
         Instance instance{declaration->name, {}};
-        for (const auto& element : Elements(node))
-            if (std::string_view(element.name()) != "QUALIFIER")
+        for (const auto& element : Elements(node)) {
+            if (std::string_view(element.name()) != "QUALIFIER") {
                 Try(element, [&] { AddProperty(element, *declaration, instance); });
-        if (problems_.size() != problemsBefore)
+            }
+        }
+        if (problems_.size() != problemsBefore) {
             return;
+        }
         CheckKeys(*declaration, instance);
         instances_[declaration->name].push_back(std::move(instance));
     }
@@ -60,48 +68,60 @@ class Reader {
     void AddProperty(const pugi::xml_node& node, const Class& declaration, Instance& instance) const {
         const std::string name = node.attribute("NAME").value();
         const Property* const property = declaration.FindProperty(name);
-        if (!property)
+        if (!property) {
             throw DeclarationError("the class has no property \"" + name + '"');
+        }
         const std::string_view kind = node.name();
         const std::string_view wanted = property->type == CimType::kReference ? "PROPERTY.REFERENCE"
                                         : property->isArray                   ? "PROPERTY.ARRAY"
                                                                               : "PROPERTY";
-        if (kind != wanted)
+        if (kind != wanted) {
             throw DeclarationError("property " + name + " must be a " + std::string(wanted));
-        if (property->type != CimType::kReference && ReadDeclaredType(node) != property->type)
+        }
+        if (property->type != CimType::kReference && ReadDeclaredType(node) != property->type) {
             throw DeclarationError("property " + name + " is of type " + std::string(TypeName(property->type)));
+        }
         Value value = property->type == CimType::kReference
                           ? ReadReference(node)
                           : ReadDeclaredValue(node, property->type, property->isArray);
-        if (!instance.values.emplace(property->name, std::move(value)).second)
+        if (!instance.values.emplace(property->name, std::move(value)).second) {
             throw DeclarationError("property " + name + " is there twice");
+        }
     }
 
     Value ReadReference(const pugi::xml_node& node) const {
         const auto value = node.child("VALUE.REFERENCE");
-        if (!value)
+        if (!value) {
             return {};
+        }
         const ObjectPath path = ReadObjectPath(value.first_child());
-        if (!path.host.empty() || !(path.nameSpace.empty() || SameName(path.nameSpace, nameSpace_)))
+        if (!path.host.empty() || !(path.nameSpace.empty() || SameName(path.nameSpace, nameSpace_))) {
             return Value::Reference(path);
+        }
         const Class* const declaration = schema_.FindClass(path.className);
-        if (!declaration)
+        if (!declaration) {
             throw DeclarationError("refers to class " + path.className + ", which is not declared");
+        }
         return Value::Reference(CheckedPath(schema_, nameSpace_, *declaration, path));
     }
 
     void CheckKeys(const Class& declaration, const Instance& instance) {
         const ObjectPath path = PathOf(declaration, instance);
-        if (path.keys.empty())
+        if (path.keys.empty()) {
             throw DeclarationError("the class has no keys");
-        for (const auto& key : path.keys)
-            if (key.value.IsNull())
+        }
+        for (const auto& key : path.keys) {
+            if (key.value.IsNull()) {
                 throw DeclarationError("the key " + key.name + " has no value");
+            }
+        }
         // Keys are compared in their normal form, in which all providers have them.
-        if (PathText(CheckedPath(schema_, nameSpace_, declaration, path)) != PathText(path))
+        if (PathText(CheckedPath(schema_, nameSpace_, declaration, path)) != PathText(path)) {
             throw DeclarationError("the keys are not in their shortest form");
-        if (!std::exchange(paths_[PathText(path)], true))
+        }
+        if (!std::exchange(paths_[PathText(path)], true)) {
             return;
+        }
         throw DeclarationError("there is another instance with these keys");
     }
 
@@ -117,15 +137,17 @@ class Reader {
 } // namespace
 
 void StaticProvider::Enumerate(const Visitor& visit) const {
-    for (const auto& instance : instances_)
+    for (const auto& instance : instances_) {
         visit(instance);
+    }
 }
 
 InstanceProviders DeclaredInstances(const SchemaDocuments& documents, const Schema& schema,
                                     const std::string& nameSpace) {
     InstanceProviders providers;
-    for (auto& [className, instances] : Reader(documents, schema, nameSpace).Read())
+    for (auto& [className, instances] : Reader(documents, schema, nameSpace).Read()) {
         providers.push_back(std::make_unique<StaticProvider>(className, std::move(instances)));
+    }
     return providers;
 }
 

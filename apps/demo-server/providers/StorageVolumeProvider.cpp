@@ -92,11 +92,13 @@ void StorageVolumeProvider::Enumerate(const Visitor& visit) const {
 void StorageVolumeProvider::EnumerateCandidates(const ObjectPath& path, const Visitor& visit) const {
     const KeyBinding* const id = path.FindKey("DeviceID");
     const std::string* const text = id ? id->value.AsText() : nullptr;
-    if (!text || text->rfind(kIdPrefix, 0) != 0)
+    if (!text || text->rfind(kIdPrefix, 0) != 0) {
         return;
+    }
     const auto number = LeadingNumber(std::string_view(*text).substr(kIdPrefix.size()));
-    if (!number || *number >= count_)
+    if (!number || *number >= count_) {
         return;
+    }
     Instance instance = MakeCommon(files_, ClassName());
     SetNumber(instance, *number);
     visit(instance);

@@ -16,16 +16,18 @@ constexpr std::string_view kBlanks = " \t\r\n";
 
 std::string Trimmed(std::string_view text) {
     const auto first = text.find_first_not_of(kBlanks);
-    if (first == std::string_view::npos)
+    if (first == std::string_view::npos) {
         return {};
+    }
     return std::string(text.substr(first, text.find_last_not_of(kBlanks) - first + 1));
 }
 
 } // namespace
 
 SystemFiles::SystemFiles(std::string root) : root_(std::move(root)) {
-    if (root_.empty() || root_.back() != '/')
+    if (root_.empty() || root_.back() != '/') {
         root_ += '/';
+    }
 }
 
 std::string SystemFiles::Path(std::string_view path) const {
@@ -44,8 +46,9 @@ std::string SystemFiles::Text(std::string_view path) const {
 std::vector<std::string> SystemFiles::Lines(std::string_view path) const {
     std::ifstream stream(Path(path), std::ios::binary);
     std::vector<std::string> lines;
-    for (std::string line; std::getline(stream, line);)
+    for (std::string line; std::getline(stream, line);) {
         lines.push_back(line);
+    }
     return lines;
 }
 
@@ -62,9 +65,10 @@ std::map<std::string, std::string> SystemFiles::Fields(std::string_view path, ch
     std::map<std::string, std::string> fields;
     for (const auto& line : Lines(path)) {
         const auto end = line.find(separator);
-        if (end != std::string::npos)
+        if (end != std::string::npos) {
             fields.emplace(Trimmed(std::string_view(line).substr(0, end)),
                            Trimmed(std::string_view(line).substr(end + 1)));
+        }
     }
     return fields;
 }
@@ -73,8 +77,9 @@ std::vector<std::string> SystemFiles::List(std::string_view path) const {
     std::vector<std::string> names;
     std::error_code error;
     std::filesystem::directory_iterator entry(Path(path), error);
-    for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error))
+    for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
         names.push_back(entry->path().filename().string());
+    }
     std::sort(names.begin(), names.end());
     return names;
 }

@@ -8,8 +8,9 @@ namespace {
 
 /// The binding of a key, null if there is none. That of the only key need not say its name (DSP0201, INSTANCENAME).
 const KeyBinding* FindBinding(const ObjectPath& path, const std::string& key) {
-    if (path.keys.size() == 1 && path.keys.front().name.empty())
+    if (path.keys.size() == 1 && path.keys.front().name.empty()) {
         return path.keys.data();
+    }
     return path.FindKey(key);
 }
 
@@ -20,14 +21,16 @@ Value CheckedValue(const Schema& schema, const std::string& nameSpace, const Pro
             return value;
         }
         const Class* const declaration = reference ? schema.FindClass(reference->className) : nullptr;
-        if (!declaration)
+        if (!declaration) {
             throw PathError("the key " + key.name + " must be the path of an instance");
+        }
         return Value::Reference(CheckedPath(schema, nameSpace, *declaration, *reference));
     }
     const std::string* const text = value.AsText();
     auto normal = text ? NormalForm(key.type, *text) : std::nullopt;
-    if (!normal)
+    if (!normal) {
         throw PathError("the key " + key.name + " must be of type " + std::string(TypeName(key.type)));
+    }
     return Value::Text(*std::move(normal));
 }
 
@@ -37,18 +40,22 @@ ObjectPath CheckedPath(const Schema& schema, const std::string& nameSpace, const
                        const ObjectPath& path) {
     ObjectPath result{declaration.name, {}};
     for (const auto& property : declaration.properties) {
-        if (!property.Is("Key"))
+        if (!property.Is("Key")) {
             continue;
+        }
         const KeyBinding* const binding = FindBinding(path, property.name);
-        if (!binding)
+        if (!binding) {
             throw PathError("the path of an instance of " + declaration.name + " needs the key " + property.name);
+        }
         result.keys.push_back(
             {property.name, property.type, CheckedValue(schema, nameSpace, property, binding->value)});
     }
-    if (result.keys.size() != path.keys.size())
+    if (result.keys.size() != path.keys.size()) {
         throw PathError("the path of an instance of " + declaration.name + " has keys that the class does not have");
-    if (!SameName(path.nameSpace, nameSpace))
+    }
+    if (!SameName(path.nameSpace, nameSpace)) {
         result.nameSpace = path.nameSpace;
+    }
     return result;
 }
 

@@ -44,16 +44,19 @@ bool IsInteger(CimType type) { return type >= CimType::kUint8 && type <= CimType
 std::string Decimal(const std::string& text) {
     std::string_view digits = text;
     const bool isNegative = !digits.empty() && digits.front() == '-';
-    if (isNegative || (!digits.empty() && digits.front() == '+'))
+    if (isNegative || (!digits.empty() && digits.front() == '+')) {
         digits.remove_prefix(1);
+    }
     const bool isHexadecimal = digits.size() > 2 && digits[0] == '0' && (digits[1] == 'x' || digits[1] == 'X');
-    if (isHexadecimal)
+    if (isHexadecimal) {
         digits.remove_prefix(2);
+    }
     std::uint64_t number = 0;
     const auto* const end = digits.data() + digits.size();
     const auto [rest, error] = std::from_chars(digits.data(), end, number, isHexadecimal ? 16 : 10);
-    if (error != std::errc() || rest != end)
+    if (error != std::errc() || rest != end) {
         return text;
+    }
     return (isNegative && number != 0 ? "-" : "") + std::to_string(number);
 }
 
@@ -71,17 +74,20 @@ std::string_view TypeName(CimType type) {
 }
 
 std::optional<CimType> TypeFromName(std::string_view name) {
-    for (const auto& named : kTypes)
-        if (named.name == name)
+    for (const auto& named : kTypes) {
+        if (named.name == name) {
             return named.type;
+        }
+    }
     return std::nullopt;
 }
 
 bool IsNumeric(CimType type) { return type >= CimType::kUint8 && type <= CimType::kReal64; }
 
 std::optional<std::string> NormalForm(CimType type, const std::string& text) {
-    if (type == CimType::kBoolean && IsValueOf(type, text))
+    if (type == CimType::kBoolean && IsValueOf(type, text)) {
         return SameName(text, "true") ? "TRUE" : "FALSE";
+    }
     const std::string normal = IsInteger(type) ? Decimal(text) : text;
     return IsValueOf(type, normal) ? std::optional(normal) : std::nullopt;
 }

@@ -9,11 +9,13 @@ namespace demo {
 namespace {
 
 std::string ReadText(const pugi::xml_node& value, CimType type) {
-    if (std::string_view(value.name()) != "VALUE")
+    if (std::string_view(value.name()) != "VALUE") {
         throw DeclarationError(std::string("element ") + value.name() + " is no value");
+    }
     std::string text = value.text().get();
-    if (!IsValueOf(type, text))
+    if (!IsValueOf(type, text)) {
         throw DeclarationError('"' + text + "\" is no " + std::string(TypeName(type)));
+    }
     return text;
 }
 
@@ -22,24 +24,29 @@ std::string ReadText(const pugi::xml_node& value, CimType type) {
 Value ReadDeclaredValue(const pugi::xml_node& holder, CimType type, bool isArray) {
     const auto scalar = holder.child("VALUE");
     const auto array = holder.child("VALUE.ARRAY");
-    if ((scalar && isArray) || (array && !isArray))
+    if ((scalar && isArray) || (array && !isArray)) {
         throw DeclarationError(isArray ? "an array must have a VALUE.ARRAY" : "a scalar must have a VALUE");
-    if (scalar)
+    }
+    if (scalar) {
         return Value::Text(ReadText(scalar, type));
-    if (!array)
+    }
+    if (!array) {
         return {};
+    }
     Value::Items items;
-    for (const auto& item : Elements(array))
+    for (const auto& item : Elements(array)) {
         items.push_back(std::string_view(item.name()) == "VALUE.NULL" ? std::nullopt
                                                                       : std::optional(ReadText(item, type)));
+    }
     return Value::Array(std::move(items));
 }
 
 CimType ReadDeclaredType(const pugi::xml_node& element) {
     const std::string_view name = element.attribute("TYPE").value();
     const auto type = TypeFromName(name);
-    if (!type || *type == CimType::kReference)
+    if (!type || *type == CimType::kReference) {
         throw DeclarationError('"' + std::string(name) + "\" is no type");
+    }
     return *type;
 }
 

@@ -24,9 +24,11 @@ struct Instance {
 /// The path of an instance: its class and the values of the key properties.
 inline ObjectPath PathOf(const Class& declaration, const Instance& instance) {
     ObjectPath path{declaration.name, {}};
-    for (const auto& property : declaration.properties)
-        if (property.Is("Key"))
+    for (const auto& property : declaration.properties) {
+        if (property.Is("Key")) {
             path.keys.push_back({property.name, property.type, instance.ValueOf(property)});
+        }
+    }
     return path;
 }
 

@@ -18,16 +18,18 @@ std::string LowerCase(std::string_view name) {
 std::string Quoted(std::string_view text) {
     std::string result = "\"";
     for (const char c : text) {
-        if (c == '"' || c == '\\')
+        if (c == '"' || c == '\\') {
             result += '\\';
+        }
         result += c;
     }
     return result += '"';
 }
 
 std::string KeyText(const KeyBinding& key) {
-    if (const ObjectPath* const reference = key.value.AsReference())
+    if (const ObjectPath* const reference = key.value.AsReference()) {
         return Quoted(PathText(*reference));
+    }
     const std::string* const text = key.value.AsText();
     return text ? Quoted(*text) : "";
 }
@@ -37,12 +39,14 @@ std::string KeyText(const KeyBinding& key) {
 std::string PathText(const ObjectPath& path) {
     std::vector<std::string> keys;
     keys.reserve(path.keys.size());
-    for (const auto& key : path.keys)
+    for (const auto& key : path.keys) {
         keys.push_back(LowerCase(key.name) + '=' + KeyText(key));
+    }
     std::sort(keys.begin(), keys.end());
     std::string result = LowerCase(path.nameSpace) + ':' + LowerCase(path.className);
-    for (const auto& key : keys)
+    for (const auto& key : keys) {
         (result += '.') += key;
+    }
     return result;
 }
 

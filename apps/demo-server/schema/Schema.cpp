@@ -16,26 +16,31 @@ const Class* Schema::FindClass(std::string_view name) const {
 }
 
 bool Schema::IsA(std::string_view name, std::string_view ancestor) const {
-    for (const Class* found = FindClass(name); found; found = FindClass(found->superclass))
-        if (SameName(found->name, ancestor))
+    for (const Class* found = FindClass(name); found; found = FindClass(found->superclass)) {
+        if (SameName(found->name, ancestor)) {
             return true;
+        }
+    }
     return false;
 }
 
 std::vector<const QualifierDeclaration*> Schema::Qualifiers() const {
     std::vector<const QualifierDeclaration*> all;
     all.reserve(qualifiers_.size());
-    for (const auto& [name, declaration] : qualifiers_)
+    for (const auto& [name, declaration] : qualifiers_) {
         all.push_back(&declaration);
+    }
     return all;
 }
 
 std::vector<const Class*> Schema::Subclasses(std::string_view name, bool deep) const {
     const auto found = subclasses_.find(name);
-    if (found == subclasses_.end())
+    if (found == subclasses_.end()) {
         return {};
-    if (!deep)
+    }
+    if (!deep) {
         return found->second;
+    }
     std::vector<const Class*> all;
     for (const Class* const direct : found->second) {
         all.push_back(direct);

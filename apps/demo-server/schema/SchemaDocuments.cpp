@@ -13,8 +13,9 @@ namespace {
 
 std::string Joined(const std::vector<std::string>& lines) {
     std::string text;
-    for (const auto& line : lines)
+    for (const auto& line : lines) {
         (text += text.empty() ? "" : "\n") += line;
+    }
     return text;
 }
 
@@ -43,10 +44,12 @@ SchemaDocuments::SchemaDocuments(std::vector<SchemaSource> sources) {
         const auto parsed =
             document.xml->load_buffer(document.source.text.data(), document.source.text.size(),
                                       pugi::parse_default | pugi::parse_ws_pcdata_single, pugi::encoding_utf8);
-        if (!parsed)
+        if (!parsed) {
             throw SchemaError({document.Line(parsed.offset) + ": not well-formed: " + parsed.description()});
-        if (!document.xml->child("CIM").child("DECLARATION"))
+        }
+        if (!document.xml->child("CIM").child("DECLARATION")) {
             throw SchemaError({document.Line(0) + ": not a CIM-XML declaration: it has no element CIM/DECLARATION"});
+        }
     }
 }
 
@@ -56,8 +59,8 @@ SchemaDocuments& SchemaDocuments::operator=(SchemaDocuments&&) noexcept = defaul
 
 std::vector<pugi::xml_node> SchemaDocuments::Objects() const {
     std::vector<pugi::xml_node> objects;
-    for (const auto& document : documents_)
-        for (const auto& group : Elements(document.xml->child("CIM").child("DECLARATION")))
+    for (const auto& document : documents_) {
+        for (const auto& group : Elements(document.xml->child("CIM").child("DECLARATION"))) {
             for (const auto& object : Elements(group)) {
                 // DSP0201 has declarations of qualifiers without a VALUE.OBJECT around them, many schemas have them in
                 // one.
@@ -68,21 +71,27 @@ std::vector<pugi::xml_node> SchemaDocuments::Objects() const {
                 const auto inner = Elements(object);
                 objects.insert(objects.end(), inner.begin(), inner.end());
             }
+        }
+    }
     return objects;
 }
 
 std::string SchemaDocuments::Where(const pugi::xml_node& element) const {
-    for (const auto& document : documents_)
-        if (element.root() == *document.xml)
+    for (const auto& document : documents_) {
+        if (element.root() == *document.xml) {
             return document.Line(element.offset_debug());
+        }
+    }
     return "schema";
 }
 
 std::vector<pugi::xml_node> Elements(const pugi::xml_node& parent) {
     std::vector<pugi::xml_node> elements;
-    for (const auto& child : parent.children())
-        if (child.type() == pugi::node_element)
+    for (const auto& child : parent.children()) {
+        if (child.type() == pugi::node_element) {
             elements.push_back(child);
+        }
+    }
     return elements;
 }
 

@@ -54,13 +54,16 @@ class Reader {
     explicit Reader(const SchemaDocuments& documents) : documents_(documents) {}
 
     Schema Read() {
-        for (const auto& object : documents_.Objects())
+        for (const auto& object : documents_.Objects()) {
             Try(object, [&] { Collect(object); });
-        for (const auto& [name, node] : classNodes_)
+        }
+        for (const auto& [name, node] : classNodes_) {
             Resolve(name);
+        }
         CheckClassNames();
-        if (!problems_.empty())
+        if (!problems_.empty()) {
             throw SchemaError(std::move(problems_));
+        }
         return std::move(schema_);
     }
 
@@ -111,9 +114,11 @@ class Reader {
 /// The qualifiers of a superclass's element that its subclasses inherit.
 std::vector<Qualifier> Propagated(const std::vector<Qualifier>& qualifiers) {
     std::vector<Qualifier> result;
-    for (const auto& qualifier : qualifiers)
-        if (qualifier.declaration->toSubclass)
+    for (const auto& qualifier : qualifiers) {
+        if (qualifier.declaration->toSubclass) {
             result.push_back({qualifier.declaration, qualifier.value, true});
+        }
+    }
     return result;
 }
 
@@ -133,18 +138,21 @@ auto FindNamed(std::vector<Named>& elements, std::string_view name) {
 
 std::string RequiredName(const pugi::xml_node& node) {
     std::string name = node.attribute("NAME").value();
-    if (name.empty())
+    if (name.empty()) {
         throw DeclarationError(std::string("an element ") + node.name() + " without a name");
-    if (!IsName(name))
+    }
+    if (!IsName(name)) {
         throw DeclarationError(std::string("an element ") + node.name() + " has a NAME that is no name: " + name);
+    }
     return name;
 }
 
 void ReadHolder(const pugi::xml_node& node, Holder& result) {
     result.name = RequiredName(node);
     result.isArray = IsArrayElement(node);
-    if (const auto size = node.attribute("ARRAYSIZE"))
+    if (const auto size = node.attribute("ARRAYSIZE")) {
         result.arraySize = size.as_uint();
+    }
     if (IsReferenceElement(node)) {
         result.type = CimType::kReference;
         result.referenceClass = node.attribute("REFERENCECLASS").value();
@@ -157,10 +165,12 @@ void ReadHolder(const pugi::xml_node& node, Holder& result) {
 void CheckValueMap(const Element& element) {
     const Qualifier* const map = element.FindQualifier("ValueMap");
     const Qualifier* const values = element.FindQualifier("Values");
-    if (!map || !values || !map->value.AsArray() || !values->value.AsArray())
+    if (!map || !values || !map->value.AsArray() || !values->value.AsArray()) {
         return;
-    if (map->value.AsArray()->size() != values->value.AsArray()->size())
+    }
+    if (map->value.AsArray()->size() != values->value.AsArray()->size()) {
         throw DeclarationError(element.name + ": ValueMap and Values are of different lengths");
+    }
 }
 
 bool IsSame(const Value& a, const Value& b) {
@@ -179,15 +189,19 @@ bool IsSame(const QualifierDeclaration& a, const QualifierDeclaration& b) {
 void Reader::Collect(const pugi::xml_node& object) {
     const std::string_view kind = object.name();
     // Instances are read when the classes are known, by others.
-    if (kind == "INSTANCE")
+    if (kind == "INSTANCE") {
         return;
-    if (kind == "QUALIFIER.DECLARATION")
+    }
+    if (kind == "QUALIFIER.DECLARATION") {
         return AddQualifierDeclaration(object);
-    if (kind != "CLASS")
+    }
+    if (kind != "CLASS") {
         Fail("unexpected element " + std::string(kind));
+    }
     const auto [first, isNew] = classNodes_.emplace(RequiredName(object), object);
-    if (!isNew)
+    if (!isNew) {
         Fail("class " + RequiredName(object) + " is declared twice, first at " + documents_.Where(first->second));
+    }
 }
 
 void Reader::AddQualifierDeclaration(const pugi::xml_node& node) {
@@ -199,33 +213,38 @@ void Reader::AddQualifierDeclaration(const pugi::xml_node& node) {
     declaration.toSubclass = IsTrue(node.attribute("TOSUBCLASS"), true);
     declaration.toInstance = IsTrue(node.attribute("TOINSTANCE"), false);
     declaration.translatable = IsTrue(node.attribute("TRANSLATABLE"), false);
-    for (const auto& [scope, attribute] : kScopes)
-        if (IsTrue(node.child("SCOPE").attribute(attribute), false))
+    for (const auto& [scope, attribute] : kScopes) {
+        if (IsTrue(node.child("SCOPE").attribute(attribute), false)) {
             declaration.scopes.insert(scope);
+        }
+    }
     Try(node, [&] {
         declaration.type = ReadDeclaredType(node);
         declaration.defaultValue = ReadDeclaredValue(node, declaration.type, declaration.isArray);
         const QualifierDeclaration* const known = schema_.FindQualifier(declaration.name);
-        if (!known)
+        if (!known) {
             schema_.Add(std::move(declaration));
-        else if (!IsSame(*known, declaration))
+        } else if (!IsSame(*known, declaration)) {
             Fail("declared twice, and not the same both times");
+        }
     });
     where_ = "schema";
 }
 
 /// The class of a name that is one of classNodes_.
 const Class& Reader::Resolve(std::string_view name) {
-    if (const Class* const known = schema_.FindClass(name))
+    if (const Class* const known = schema_.FindClass(name)) {
         return *known;
+    }
     const auto declared = classNodes_.find(name);
     const pugi::xml_node& node = declared->second;
     inProgress_.insert(declared->first);
     Class result;
     result.name = declared->first;
     where_ = "class " + result.name;
-    if (!Try(node, [&] { Inherit(node, result); }))
+    if (!Try(node, [&] { Inherit(node, result); })) {
         incomplete_.insert(result.name);
+    }
     where_ = "class " + result.name;
     ReadClass(node, result);
     return schema_.Add(std::move(result));
@@ -233,15 +252,19 @@ const Class& Reader::Resolve(std::string_view name) {
 
 void Reader::Inherit(const pugi::xml_node& node, Class& result) {
     const std::string name = node.attribute("SUPERCLASS").value();
-    if (name.empty())
+    if (name.empty()) {
         return;
-    if (classNodes_.count(name) == 0)
+    }
+    if (classNodes_.count(name) == 0) {
         Fail("superclass " + name + " is not declared");
-    if (!schema_.FindClass(name) && inProgress_.count(name) != 0)
+    }
+    if (!schema_.FindClass(name) && inProgress_.count(name) != 0) {
         Fail("class " + name + " is its own superclass");
+    }
     const Class& superclass = Resolve(name);
-    if (incomplete_.count(superclass.name) != 0)
+    if (incomplete_.count(superclass.name) != 0) {
         incomplete_.insert(result.name);
+    }
     result.superclass = superclass.name;
     result.properties = superclass.properties;
     result.methods = superclass.methods;
@@ -258,26 +281,30 @@ void Reader::ReadClass(const pugi::xml_node& node, Class& result) {
         ReadQualifiers(node, isAssociation ? Scope::kAssociation : Scope::kClass, std::move(result.qualifiers));
     std::set<std::string, NameLess> declared;
     for (const auto& child : Elements(node)) {
-        if (std::string_view(child.name()) == "QUALIFIER")
+        if (std::string_view(child.name()) == "QUALIFIER") {
             continue;
+        }
         where_ = "class " + result.name + ", " + child.name() + ' ' + child.attribute("NAME").value();
         const bool isRead = Try(child, [&] {
-            if (!declared.insert(RequiredName(child)).second)
+            if (!declared.insert(RequiredName(child)).second) {
                 Fail("declared twice");
+            }
             ReadFeature(child, result);
         });
-        if (!isRead)
+        if (!isRead) {
             incomplete_.insert(result.name);
+        }
     }
 }
 
 void Reader::ReadFeature(const pugi::xml_node& node, Class& result) {
-    if (IsPropertyElement(node))
+    if (IsPropertyElement(node)) {
         AddProperty(node, result);
-    else if (std::string_view(node.name()) == "METHOD")
+    } else if (std::string_view(node.name()) == "METHOD") {
         AddMethod(node, result);
-    else
+    } else {
         Fail("unexpected element");
+    }
 }
 
 void Reader::AddProperty(const pugi::xml_node& node, Class& result) {
@@ -296,8 +323,9 @@ void Reader::AddProperty(const pugi::xml_node& node, Class& result) {
         result.properties.push_back(std::move(property));
         return;
     }
-    if (inherited->type != property.type || inherited->isArray != property.isArray)
+    if (inherited->type != property.type || inherited->isArray != property.isArray) {
         Fail("an override cannot change the type");
+    }
     property.classOrigin = inherited->classOrigin;
     *inherited = std::move(property);
 }
@@ -314,14 +342,16 @@ void Reader::AddMethod(const pugi::xml_node& node, Class& result) {
     CheckOverride(method, overrides, incomplete_.count(result.name) == 0);
     CheckValueMap(method);
     for (const auto& child : Elements(node)) {
-        if (!IsParameterElement(child))
+        if (!IsParameterElement(child)) {
             continue;
+        }
         Parameter parameter;
         ReadHolder(child, parameter);
         parameter.qualifiers = ReadQualifiers(child, Scope::kParameter, {});
         CheckValueMap(parameter);
-        if (FindNamed(method.parameters, parameter.name) != method.parameters.end())
+        if (FindNamed(method.parameters, parameter.name) != method.parameters.end()) {
             Fail("parameter " + parameter.name + " is declared twice");
+        }
         method.parameters.push_back(std::move(parameter));
     }
     if (!overrides) {
@@ -336,12 +366,14 @@ std::vector<Qualifier> Reader::ReadQualifiers(const pugi::xml_node& node, Scope 
                                               std::vector<Qualifier> inherited) {
     std::vector<Qualifier> result = std::move(inherited);
     std::set<std::string, NameLess> declared;
-    for (const auto& child : node.children("QUALIFIER"))
+    for (const auto& child : node.children("QUALIFIER")) {
         Try(child, [&] {
-            if (!declared.insert(RequiredName(child)).second)
+            if (!declared.insert(RequiredName(child)).second) {
                 Fail("qualifier " + RequiredName(child) + " is declared twice");
+            }
             AddQualifier(child, scope, result);
         });
+    }
     return result;
 }
 
@@ -350,35 +382,41 @@ void Reader::AddQualifier(const pugi::xml_node& node, Scope scope, std::vector<Q
     const auto overridden = std::find_if(result.begin(), result.end(), [&](const Qualifier& known) {
         return known.declaration == qualifier.declaration;
     });
-    if (overridden == result.end())
+    if (overridden == result.end()) {
         result.push_back(std::move(qualifier));
-    else if (qualifier.declaration->overridable || IsSame(overridden->value, qualifier.value))
+    } else if (qualifier.declaration->overridable || IsSame(overridden->value, qualifier.value)) {
         *overridden = std::move(qualifier);
-    else
+    } else {
         Fail("qualifier " + qualifier.declaration->name + " is inherited and cannot be overridden");
+    }
 }
 
 Qualifier Reader::ReadQualifier(const pugi::xml_node& node, Scope scope) const {
     const std::string name = RequiredName(node);
     const QualifierDeclaration* const declaration = schema_.FindQualifier(name);
-    if (!declaration)
+    if (!declaration) {
         Fail("qualifier " + name + " has no declaration");
+    }
     const bool isInScope = declaration->scopes.count(scope) != 0 ||
                            // An association is a class, too.
                            (scope == Scope::kAssociation && declaration->scopes.count(Scope::kClass) != 0);
-    if (!isInScope)
+    if (!isInScope) {
         Fail("qualifier " + name + " is not meant for this kind of element");
-    if (ReadDeclaredType(node) != declaration->type)
+    }
+    if (ReadDeclaredType(node) != declaration->type) {
         Fail("qualifier " + name + " has another type than its declaration");
+    }
     return {declaration, ReadDeclaredValue(node, declaration->type, declaration->isArray), false};
 }
 
 void Reader::CheckOverride(const Element& element, bool overrides, bool isComplete) const {
     const bool isMarked = element.FindQualifier("Override") != nullptr;
-    if (isMarked && !overrides && isComplete)
+    if (isMarked && !overrides && isComplete) {
         Fail("Override, but no superclass has this element");
-    if (overrides && !isMarked)
+    }
+    if (overrides && !isMarked) {
         Fail("a superclass has this element, so that it needs the qualifier Override");
+    }
 }
 
 /// Classes can refer to each other in any order, so that their names are checked when all are known.
@@ -387,26 +425,32 @@ void Reader::CheckClassNames() {
         const Class& declaration = *schema_.FindClass(name);
         for (const auto& property : declaration.properties) {
             // The one that declares it has been told.
-            if (property.propagated)
+            if (property.propagated) {
                 continue;
+            }
             where_ = "class " + name + ", " + property.name;
             CheckClassName(node, property.referenceClass);
-            if (const Qualifier* const embedded = property.FindQualifier("EmbeddedInstance"))
-                if (const std::string* const text = embedded->value.AsText())
+            if (const Qualifier* const embedded = property.FindQualifier("EmbeddedInstance")) {
+                if (const std::string* const text = embedded->value.AsText()) {
                     CheckClassName(node, *text);
+                }
+            }
         }
-        for (const auto& method : declaration.methods)
+        for (const auto& method : declaration.methods) {
             for (const auto& parameter : method.parameters) {
                 where_ = "class " + name + ", " + method.name + ", " + parameter.name;
-                if (!method.propagated)
+                if (!method.propagated) {
                     CheckClassName(node, parameter.referenceClass);
+                }
             }
+        }
     }
 }
 
 void Reader::CheckClassName(const pugi::xml_node& node, const std::string& name) {
-    if (!name.empty() && !schema_.FindClass(name))
+    if (!name.empty() && !schema_.FindClass(name)) {
         Note(node, "refers to class " + name + ", which is not declared");
+    }
 }
 
 } // namespace

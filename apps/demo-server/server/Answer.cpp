@@ -51,12 +51,14 @@ std::optional<WholeAnswer> Answer(const CimService& service, const CimRequest& r
     std::string text;
     try {
         auto error = StreamAnswer(service, request, [&](std::string_view portion) {
-            if (mayHold && !mayHold(text.size() + portion.size()))
+            if (mayHold && !mayHold(text.size() + portion.size())) {
                 throw OutputClosed();
+            }
             text += portion;
         });
-        if (error)
+        if (error) {
             text = ErrorMessage(request, *error);
+        }
         return WholeAnswer{std::move(text), std::move(error)};
     } catch (const OutputClosed&) {
         return std::nullopt;

@@ -23,8 +23,9 @@ constexpr int kSerialBits = 127;
 constexpr long kVersion3 = 2;
 
 void Check(bool done) {
-    if (!done)
+    if (!done) {
         throw std::runtime_error("the certificate for HTTPS could not be made");
+    }
 }
 
 bool IsIpAddress(const std::string& address) {

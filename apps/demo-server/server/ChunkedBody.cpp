@@ -18,8 +18,9 @@ std::string Hexadecimal(std::size_t number) {
 } // namespace
 
 void ChunkedBody::Write(std::string_view text) {
-    if (text.empty())
+    if (text.empty()) {
         return;
+    }
     // In one piece, so that it leaves in as few packets as possible.
     frame_.assign(Hexadecimal(text.size())).append("\r\n").append(text).append("\r\n");
     SendOrThrow(frame_);
@@ -27,15 +28,17 @@ void ChunkedBody::Write(std::string_view text) {
 
 void ChunkedBody::Finish(const Trailers& trailers) {
     frame_.assign("0\r\n");
-    for (const auto& [name, value] : trailers)
+    for (const auto& [name, value] : trailers) {
         frame_.append(name).append(": ").append(value).append("\r\n");
+    }
     frame_.append("\r\n");
     SendOrThrow(frame_);
 }
 
 void ChunkedBody::SendOrThrow(std::string_view bytes) {
-    if (!send_(bytes))
+    if (!send_(bytes)) {
         throw OutputClosed();
+    }
 }
 
 } // namespace demo

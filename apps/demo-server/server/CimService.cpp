@@ -28,9 +28,11 @@ CimService::CimService(std::vector<NamespaceContent> namespaces, const std::stri
         namespaces_.Add(std::move(schema), std::move(providers), {host, std::move(name)});
     }
     for (const auto& family : {ClassOperations(), InstanceOperations(), AssociationOperations(), QualifierOperations(),
-                               enumerations.open == 0 ? Operations() : PulledOperations(*enumerations_)})
-        for (const auto& operation : family)
+                               enumerations.open == 0 ? Operations() : PulledOperations(*enumerations_)}) {
+        for (const auto& operation : family) {
             operations_.emplace(operation.name, operation);
+        }
+    }
 }
 
 CimService::CimService(Schema schema, InstanceProviders providers, const std::string& host,
@@ -44,14 +46,17 @@ bool CimService::IsOnce(const CimRequest& request) const {
 
 /// Where several statuses apply to a request, the first one in the order of DSP0200 is the answer.
 void CimService::Execute(const CimRequest& request, XmlWriter& writer) const {
-    if (request.kind == CimRequest::Kind::kExtrinsic)
+    if (request.kind == CimRequest::Kind::kExtrinsic) {
         throw CimError(CimStatus::kNotSupported, "this server does not invoke methods of classes");
+    }
     const auto operation = operations_.find(request.method);
-    if (operation == operations_.end())
+    if (operation == operations_.end()) {
         throw CimError(CimStatus::kNotSupported, "this server has no operation " + request.method);
+    }
     const Repository* const repository = namespaces_.Find(request.nameSpace);
-    if (!repository)
+    if (!repository) {
         throw CimError(CimStatus::kInvalidNamespace, "there is no namespace " + request.nameSpace);
+    }
     operation->second.execute(*repository, Parameters(request, operation->second.parameters), writer);
 }
 

@@ -56,8 +56,9 @@ Connection::~Connection() {
 }
 
 bool Connection::WaitForRequest() {
-    if (!isReady_ && !Handshake())
+    if (!isReady_ && !Handshake()) {
         return false;
+    }
     allowance_ = kMaxHeaderBytes;
     headerEnd_ = 0;
     headerLine_ = 0;
@@ -68,8 +69,9 @@ bool Connection::WaitForRequest() {
     // One that has had an answer makes room at once.
     const bool isFirst = writtenBytes_ == 0;
     const Patience idle{Clock::now() + limits_.idle, isFirst ? crowdedDeadline_ : Clock::time_point(), true};
-    if (begin_ == end_ && (stop_.IsRaised() || !Fill(idle)))
+    if (begin_ == end_ && (stop_.IsRaised() || !Fill(idle))) {
         return false;
+    }
     const auto now = Clock::now();
     requestDeadline_ = now + limits_.request;
     crowdedDeadline_ = isFirst ? std::max(crowdedDeadline_, now + limits_.crowdedMoment) : now + limits_.crowdedHead;
@@ -77,8 +79,9 @@ bool Connection::WaitForRequest() {
 }
 
 ssize_t Connection::Read(char* data, std::size_t size) {
-    if (begin_ == end_ && !Fill(ForRequest()))
+    if (begin_ == end_ && !Fill(ForRequest())) {
         return wanted_ == kNothing ? 0 : -1;
+    }
     const std::size_t count = std::min({size, end_ - begin_, allowance_});
     if (count == 0) {
         hasTooLongHeaders_ = !HasWholeHeaders();
@@ -93,15 +96,17 @@ ssize_t Connection::Read(char* data, std::size_t size) {
 
 ssize_t Connection::Write(const char* data, std::size_t size) {
     for (;;) {
-        if (LimitedByStop(AnswerDeadline()) < Clock::now())
+        if (LimitedByStop(AnswerDeadline()) < Clock::now()) {
             return -1;
+        }
         const ssize_t count = TryWrite(data, size);
         if (count > 0) {
             writtenBytes_ += static_cast<std::uint64_t>(count);
             return count;
         }
-        if (wanted_ == kNothing || !WaitToWrite())
+        if (wanted_ == kNothing || !WaitToWrite()) {
             return -1;
+        }
     }
 }
 
@@ -111,8 +116,9 @@ std::string Connection::PeerAddress() const {
     std::array<char, NI_MAXHOST> text{};
     auto* const generic = reinterpret_cast<sockaddr*>(&address);
     if (::getpeername(socket_, generic, &size) != 0 ||
-        ::getnameinfo(generic, size, text.data(), text.size(), nullptr, 0, NI_NUMERICHOST) != 0)
+        ::getnameinfo(generic, size, text.data(), text.size(), nullptr, 0, NI_NUMERICHOST) != 0) {
         return "";
+    }
     return text.data();
 }
 
@@ -125,8 +131,9 @@ bool Connection::Handshake() {
             return true;
         }
         const short events = EventsAfter(result);
-        if (events == kNothing || !Wait(events, patience))
+        if (events == kNothing || !Wait(events, patience)) {
             break;
+        }
     }
     // Whatever comes from the client is not for this server.
     tls_.reset();
@@ -141,8 +148,9 @@ bool Connection::Fill(const Patience& patience) {
             end_ = static_cast<std::size_t>(count);
             return true;
         }
-        if (wanted_ == kNothing || !Wait(wanted_, patience))
+        if (wanted_ == kNothing || !Wait(wanted_, patience)) {
             return false;
+        }
     }
 }
 
@@ -173,17 +181,19 @@ void Connection::CountHeader(const char* data, std::size_t size) {
         headerLines_ += data[i] == '\n' ? 1 : 0;
         hasTooLongHeaders_ = hasTooLongHeaders_ || headerLine_ > kMaxHeaderLine;
         headerEnd_ = data[i] == kEndOfHeader[headerEnd_] ? headerEnd_ + 1 : data[i] == '\r' ? 1 : 0;
-        if (HasWholeHeaders())
+        if (HasWholeHeaders()) {
             allowance_ += kMaxBodyBytes;
-        else if (headerLines_ > kMaxHeaderLines)
+        } else if (headerLines_ > kMaxHeaderLines) {
             allowance_ = 0;
+        }
     }
 }
 
 /// Lets the client read what is on its way: closing with unread bytes of a request would take it back.
 void Connection::Close() {
-    if (tls_ && isReady_)
+    if (tls_ && isReady_) {
         SSL_shutdown(tls_.get());
+    }
     tls_.reset();
     ::shutdown(socket_, SHUT_WR);
     const auto now = Clock::now();
@@ -229,8 +239,9 @@ short Connection::EventsAfter(int result) const {
 bool Connection::Wait(short events, const Patience& patience) {
     for (;;) {
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(DeadlineNow(patience) - Clock::now()).count();
-        if (left <= 0)
+        if (left <= 0) {
             return false;
+        }
         // Once a signal is raised, waiting for it would not be waiting. poll() skips negative handles.
         const bool watchesStop = patience.untilStop || !stop_.IsRaised();
         const bool watchesCrowd = patience.crowdedDeadline < patience.deadline && !crowd_.IsRaised();
@@ -238,12 +249,15 @@ bool Connection::Wait(short events, const Patience& patience) {
                                       pollfd{watchesStop ? stop_.Handle() : -1, kReadable, 0},
                                       pollfd{watchesCrowd ? crowd_.Handle() : -1, kReadable, 0}};
         const int count = ::poll(handles.data(), handles.size(), static_cast<int>(std::min<long>(left, INT_MAX)));
-        if (count < 0 && errno != EINTR)
+        if (count < 0 && errno != EINTR) {
             return false;
-        if (count > 0 && handles[0].revents != 0)
+        }
+        if (count > 0 && handles[0].revents != 0) {
             return true;
-        if (patience.untilStop && stop_.IsRaised())
+        }
+        if (patience.untilStop && stop_.IsRaised()) {
             return false;
+        }
     }
 }
 
@@ -252,10 +266,12 @@ Connection::Clock::time_point Connection::DeadlineNow(const Patience& patience) 
 }
 
 Connection::Clock::time_point Connection::LimitedByStop(Clock::time_point deadline) {
-    if (!stop_.IsRaised())
+    if (!stop_.IsRaised()) {
         return deadline;
-    if (!stopDeadline_)
+    }
+    if (!stopDeadline_) {
         stopDeadline_ = Clock::now() + kStopLimit;
+    }
     return std::min(deadline, *stopDeadline_);
 }
 

@@ -28,8 +28,9 @@ void ConnectionThreads::Shutdown() {
         isOver_ = true;
     }
     changed_.notify_all();
-    for (auto& thread : threads_)
+    for (auto& thread : threads_) {
         thread.join();
+    }
     threads_.clear();
 }
 
@@ -39,8 +40,9 @@ void ConnectionThreads::Run() {
     std::unique_lock<std::mutex> lock(mutex_);
     for (;;) {
         changed_.wait(lock, [this] { return isOver_ || !waiting_.empty(); });
-        if (waiting_.empty())
+        if (waiting_.empty()) {
             return;
+        }
         const Waiting next = std::move(waiting_.front());
         waiting_.pop_front();
         --idle_;

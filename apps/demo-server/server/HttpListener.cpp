@@ -92,8 +92,9 @@ class ConnectionStream : public httplib::Stream {
     bool Send(std::string_view bytes) {
         while (!bytes.empty()) {
             const ssize_t count = connection_.Write(bytes.data(), bytes.size());
-            if (count <= 0)
+            if (count <= 0) {
                 return false;
+            }
             bytes.remove_prefix(static_cast<std::size_t>(count));
         }
         return true;
@@ -161,8 +162,9 @@ class Server : public httplib::Server {
             Exchange exchange{connection, {}};
             exchange.record.begin = std::chrono::system_clock::now();
             exchange.record.client = client;
-            if (!Process(exchange, isClosing))
+            if (!Process(exchange, isClosing)) {
                 break;
+            }
         }
         return true;
     }
@@ -180,8 +182,9 @@ class Server : public httplib::Server {
         exchange.record.bytes = exchange.connection.WrittenBytes() - writtenBefore;
         exchange.record.duration =
             std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - begin);
-        if (log_)
+        if (log_) {
             log_->Write(exchange.record);
+        }
         return isProcessed && isSent;
     }
 
@@ -239,27 +242,31 @@ bool IsUnknownMethod(const httplib::Request& request) {
 /// The extension headers of DSP0200 repeat what stands in the body, for firewalls and proxies.
 void CheckOperationHeader(const httplib::Request& request) {
     const std::string operation = request.get_header_value("CIMOperation");
-    if (!SameName(operation, "MethodCall"))
+    if (!SameName(operation, "MethodCall")) {
         throw HttpError(kBadRequest, "unsupported-operation",
                         "the header CIMOperation must be MethodCall, not \"" + operation + '"');
+    }
 }
 
 /// The header is optional; without it, the version in the body is all that is to be known.
 void CheckProtocolVersion(const httplib::Request& request) {
     const std::string version = request.get_header_value("CIMProtocolVersion");
-    if (!version.empty() && version.rfind("1.", 0) != 0)
+    if (!version.empty() && version.rfind("1.", 0) != 0) {
         throw HttpError(kNotImplemented, "unsupported-protocol-version",
                         "CIMProtocolVersion " + version + " is not supported");
+    }
 }
 
 void CheckRepeated(const httplib::Request& request, const char* header, const std::string& inBody) {
     const std::string inHeader = PercentDecode(request.get_header_value(header));
-    if (!request.has_header(header))
+    if (!request.has_header(header)) {
         throw HttpError(kBadRequest, "header-mismatch", std::string("the header ") + header + " is missing");
-    if (!SameName(inHeader, inBody))
+    }
+    if (!SameName(inHeader, inBody)) {
         throw HttpError(kBadRequest, "header-mismatch",
                         std::string("the header ") + header + " is \"" + inHeader + "\", the request says \"" + inBody +
                             '"');
+    }
 }
 
 /// For the log.
@@ -271,8 +278,9 @@ CimRequest ReadOperation(const httplib::Request& request, const std::string& bod
     CimRequest operation = ReadRequest(body);
     CheckRepeated(request, "CIMMethod", operation.method);
     // That of an extrinsic method is an object path, which can be written in many ways.
-    if (operation.kind == CimRequest::Kind::kIntrinsic)
+    if (operation.kind == CimRequest::Kind::kIntrinsic) {
         CheckRepeated(request, "CIMObject", operation.nameSpace);
+    }
     return operation;
 }
 
@@ -344,11 +352,13 @@ void HttpListener::Implementation::Configure() {
     server_.set_tcp_nodelay(true);
 
     server_.set_pre_routing_handler([](const httplib::Request& request, httplib::Response& response) {
-        if (request.path == kPath && request.method == "POST")
+        if (request.path == kPath && request.method == "POST") {
             return httplib::Server::HandlerResponse::Unhandled;
+        }
         response.status = request.path == kPath ? kMethodNotAllowed : kNotFound;
-        if (response.status == kMethodNotAllowed)
+        if (response.status == kMethodNotAllowed) {
             response.set_header("Allow", "POST");
+        }
         CloseAfter(response);
         return httplib::Server::HandlerResponse::Handled;
     });
@@ -357,12 +367,14 @@ void HttpListener::Implementation::Configure() {
     // What httplib refuses by itself comes here with 400 and without a CIMError: among others, headers that it could
     // not read to the end, and methods that it does not know, such as the M-POST of DSP0200.
     server_.set_error_handler([this](const httplib::Request& request, httplib::Response& response) {
-        if (response.status != kBadRequest || response.has_header("CIMError"))
+        if (response.status != kBadRequest || response.has_header("CIMError")) {
             return;
-        if (server_.CurrentExchange().connection.HasTooLongHeaders())
+        }
+        if (server_.CurrentExchange().connection.HasTooLongHeaders()) {
             response.status = kHeadersTooLarge;
-        else if (IsUnknownMethod(request))
+        } else if (IsUnknownMethod(request)) {
             response.status = kNotImplemented;
+        }
         CloseAfter(response);
     });
     server_.set_post_routing_handler([this](const httplib::Request& /*request*/, httplib::Response& response) {
@@ -396,8 +408,9 @@ void HttpListener::Implementation::Serve(const httplib::Request& request, httpli
         return;
     }
     auto body = ReadBody(response, readContent);
-    if (!body || !LetIn(request, response))
+    if (!body || !LetIn(request, response)) {
         return;
+    }
     try {
         CimRequest operation = ReadOperation(request, *body);
         body.reset();
@@ -424,25 +437,29 @@ std::optional<std::string> HttpListener::Implementation::ReadBody(httplib::Respo
             place = largeRequests_.Take(limits_.patience);
             hasRoom = place != nullptr;
         }
-        if (size > Connection::kMaxBodyBytes || !hasRoom)
+        if (size > Connection::kMaxBodyBytes || !hasRoom) {
             return false;
+        }
         body.append(data, length);
         return true;
     });
-    if (isComplete)
+    if (isComplete) {
         return body;
-    if (hasRoom)
+    }
+    if (hasRoom) {
         response.status = kPayloadTooLarge;
-    else
+    } else {
         PutOff(response, kUnavailable, limits_.patience);
+    }
     CloseAfter(response);
     return std::nullopt;
 }
 
 /// Whether the request may be carried out; otherwise the response says why not.
 bool HttpListener::Implementation::LetIn(const httplib::Request& request, httplib::Response& response) {
-    if (users_.IsEmpty())
+    if (users_.IsEmpty()) {
         return true;
+    }
     AccessRecord& record = server_.CurrentExchange().record;
     const std::string authorization = request.get_header_value("Authorization");
     if (!authorization.empty() && !AwaitTurn(record.client)) {
@@ -462,8 +479,9 @@ bool HttpListener::Implementation::LetIn(const httplib::Request& request, httpli
 bool HttpListener::Implementation::AwaitTurn(const std::string& client) {
     const auto now = LoginDelays::Clock::now();
     const auto turn = loginDelays_.TakeTurn(client, now);
-    if (!turn || *turn == now)
+    if (!turn || *turn == now) {
         return turn.has_value();
+    }
     const auto place = delayedLogins_.TryTake();
     return place && !stop_.WaitUntil(*turn);
 }
@@ -472,10 +490,11 @@ bool HttpListener::Implementation::AwaitTurn(const std::string& client) {
 std::optional<std::string> HttpListener::Implementation::Authenticate(const std::string& client,
                                                                       const std::string& authorization) {
     auto user = users_.Authenticate(authorization);
-    if (user)
+    if (user) {
         loginDelays_.Succeeded(client);
-    else if (!authorization.empty())
+    } else if (!authorization.empty()) {
         loginDelays_.Failed(client, LoginDelays::Clock::now());
+    }
     return user;
 }
 
@@ -492,14 +511,15 @@ void HttpListener::Implementation::Respond(const httplib::Request& request, http
     }
     const auto patience = TakesChunks(request) ? std::chrono::milliseconds(0) : limits_.patience;
     auto answer = Answer(service_, operation, [&](std::size_t size) { return MayHold(exchange, size, patience); });
-    if (answer)
+    if (answer) {
         Send(response, std::move(*answer));
-    else if (TakesChunks(request))
+    } else if (TakesChunks(request)) {
         StreamTo(response, std::move(operation), false);
-    else if (exchange.answerPlace)
+    } else if (exchange.answerPlace) {
         response.status = kVersionNotSupported; // HTTP/1.0 cannot tell a whole answer of unknown length from a part
-    else
+    } else {
         PutOff(response, kUnavailable, limits_.patience);
+    }
 }
 
 /// Answers with the whole of what cannot be begun again: it has its place before it begins, and limits its length
@@ -507,17 +527,19 @@ void HttpListener::Implementation::Respond(const httplib::Request& request, http
 void HttpListener::Implementation::RespondOnce(Exchange& exchange, httplib::Response& response,
                                                const CimRequest& operation) {
     exchange.answerPlace = exchange.answerPlace ? std::move(exchange.answerPlace) : longAnswers_.Take(limits_.patience);
-    if (exchange.answerPlace)
+    if (exchange.answerPlace) {
         Send(response, *Answer(service_, operation));
-    else
+    } else {
         PutOff(response, kUnavailable, limits_.patience);
+    }
 }
 
 /// Whether there is memory for an answer of that length.
 bool HttpListener::Implementation::MayHold(Exchange& exchange, std::size_t answerBytes,
                                            std::chrono::milliseconds patience) {
-    if (answerBytes > ListenerLimits::kShortAnswer && !exchange.answerPlace)
+    if (answerBytes > ListenerLimits::kShortAnswer && !exchange.answerPlace) {
         exchange.answerPlace = longAnswers_.Take(patience);
+    }
     return answerBytes <= ListenerLimits::kShortAnswer ||
            (exchange.answerPlace && answerBytes <= ListenerLimits::kLongAnswer);
 }
@@ -531,8 +553,9 @@ void HttpListener::Implementation::Send(httplib::Response& response, WholeAnswer
 void HttpListener::Implementation::StreamTo(httplib::Response& response, CimRequest operation,
                                             bool withTrailers) const {
     response.set_header("Transfer-Encoding", "chunked");
-    if (withTrailers)
+    if (withTrailers) {
         response.set_header("Trailer", "CIMStatusCode, CIMStatusCodeDescription");
+    }
     // httplib's own chunks cannot have trailers, so that it is told to send a body of unknown length as it is.
     response.set_content_provider(
         kXmlType, [this, operation = std::move(operation), withTrailers](std::size_t, httplib::DataSink& sink) {
@@ -541,8 +564,9 @@ void HttpListener::Implementation::StreamTo(httplib::Response& response, CimRequ
                 const auto error = StreamAnswer(service_, operation, [&](std::string_view text) { body.Write(text); });
                 server_.CurrentExchange().record.cimStatus = StatusOf(error);
                 // Without trailers, a body that breaks off is the only way to tell.
-                if (error && !withTrailers)
+                if (error && !withTrailers) {
                     return false;
+                }
                 body.Finish(error ? ChunkedBody::Trailers{{"CIMStatusCode", error->Code()},
                                                           {"CIMStatusCodeDescription", PercentEncode(error->what())}}
                                   : ChunkedBody::Trailers{});

@@ -10,8 +10,9 @@
 namespace demo {
 
 StopSignal::StopSignal() : handle_(::eventfd(0, EFD_CLOEXEC)) {
-    if (handle_ < 0)
+    if (handle_ < 0) {
         throw std::system_error(errno, std::generic_category(), "eventfd");
+    }
 }
 
 StopSignal::~StopSignal() { ::close(handle_); }

@@ -20,8 +20,9 @@ constexpr int kNotImplemented = 501;
 /// Minor versions are compatible with each other, major versions are not.
 void CheckVersion(const pugi::xml_node& node, const char* attribute, std::string_view major, const char* cimError) {
     const std::string version = RequiredAttribute(node, attribute);
-    if (std::string_view(version).substr(0, major.size()) != major)
+    if (std::string_view(version).substr(0, major.size()) != major) {
         throw HttpError(kNotImplemented, cimError, std::string(attribute) + ' ' + version + " is not supported");
+    }
 }
 
 /// An attribute that the answer repeats. What XML does not have would come back as something else.
@@ -37,12 +38,13 @@ std::string RepeatedAttribute(const pugi::xml_node& node, const char* attribute)
 Value ReadArray(const pugi::xml_node& node) {
     Value::Items items;
     for (const auto& item : Content(node)) {
-        if (std::string_view(item.name()) == "VALUE.NULL")
+        if (std::string_view(item.name()) == "VALUE.NULL") {
             items.emplace_back(std::nullopt);
-        else if (std::string_view(item.name()) == "VALUE")
+        } else if (std::string_view(item.name()) == "VALUE") {
             items.emplace_back(item.text().get());
-        else
+        } else {
             RequestNotValid(std::string("element ") + item.name() + " in a VALUE.ARRAY");
+        }
     }
     return Value::Array(std::move(items));
 }
@@ -50,14 +52,16 @@ Value ReadArray(const pugi::xml_node& node) {
 RequestParameter ReadParameter(const pugi::xml_node& node) {
     const auto value = node.first_child();
     RequestParameter result{RequiredAttribute(node, "NAME"), value.name(), {}};
-    if (value.next_sibling())
+    if (value.next_sibling()) {
         RequestNotValid("the parameter " + result.name + " has several values");
-    if (result.kind == "VALUE")
+    }
+    if (result.kind == "VALUE") {
         result.value = Value::Text(value.text().get());
-    else if (result.kind == "VALUE.ARRAY")
+    } else if (result.kind == "VALUE.ARRAY") {
         result.value = ReadArray(value);
-    else if (result.kind == "CLASSNAME" || result.kind == "INSTANCENAME")
+    } else if (result.kind == "CLASSNAME" || result.kind == "INSTANCENAME") {
         result.value = Value::Reference(ReadObjectPath(value));
+    }
     return result;
 }
 
@@ -65,16 +69,18 @@ void ReadIntrinsicCall(const pugi::xml_node& call, CimRequest& result) {
     result.kind = CimRequest::Kind::kIntrinsic;
     result.method = RepeatedAttribute(call, "NAME");
     result.nameSpace = ReadNamespace(RequiredChild(call, "LOCALNAMESPACEPATH"));
-    for (const auto& parameter : call.children("IPARAMVALUE"))
+    for (const auto& parameter : call.children("IPARAMVALUE")) {
         result.parameters.push_back(ReadParameter(parameter));
+    }
 }
 
 /// Each element and each attribute of a document costs some forty times its shortest text. Nothing is made of a
 /// document before it is known how many there can be.
 void CheckCost(std::string_view body) {
     const auto marks = std::count_if(body.begin(), body.end(), [](char c) { return c == '<' || c == '='; });
-    if (static_cast<std::size_t>(marks) > kMaxMarks)
+    if (static_cast<std::size_t>(marks) > kMaxMarks) {
         RequestNotValid("there are more than " + std::to_string(kMaxMarks) + " tags and attributes");
+    }
 }
 
 /// The element CIM with everything in it.
@@ -82,27 +88,32 @@ pugi::xml_node Parse(std::string_view body, pugi::xml_document& document) {
     // A value of white space alone is a value, too.
     const auto parsed = document.load_buffer(body.data(), body.size(),
                                              pugi::parse_default | pugi::parse_ws_pcdata_single, pugi::encoding_utf8);
-    if (!parsed)
+    if (!parsed) {
         throw HttpError(kBadRequest, "request-not-well-formed",
                         "at offset " + std::to_string(parsed.offset) + ": " + parsed.description());
+    }
     const auto cim = document.document_element();
-    if (cim.next_sibling())
+    if (cim.next_sibling()) {
         throw HttpError(kBadRequest, "request-not-well-formed", "there is more than one document element");
-    if (std::string_view(cim.name()) != "CIM")
+    }
+    if (std::string_view(cim.name()) != "CIM") {
         RequestNotValid("the document element is not CIM");
+    }
     return cim;
 }
 
 } // namespace
 
 std::string CimRequest::ObjectName() const {
-    for (const auto& parameter : parameters)
-        for (const char* const name : {"ClassName", "InstanceName", "ObjectName", "QualifierName"})
+    for (const auto& parameter : parameters) {
+        for (const char* const name : {"ClassName", "InstanceName", "ObjectName", "QualifierName"}) {
             if (SameName(parameter.name, name)) {
                 const auto* const path = parameter.value.AsReference();
                 const auto* const text = parameter.value.AsText();
                 return path ? path->className : text ? *text : "";
             }
+        }
+    }
     return "";
 }
 
@@ -114,8 +125,9 @@ CimRequest ReadRequest(std::string_view body) {
     CheckVersion(cim, "DTDVERSION", "2.", "unsupported-dtd-version");
     const auto message = RequiredChild(cim, "MESSAGE");
     CheckVersion(message, "PROTOCOLVERSION", "1.", "unsupported-protocol-version");
-    if (message.child("MULTIREQ"))
+    if (message.child("MULTIREQ")) {
         throw HttpError(kNotImplemented, "multiple-requests-unsupported", "send one request at a time");
+    }
     const auto request = RequiredChild(message, "SIMPLEREQ");
 
     CimRequest result;

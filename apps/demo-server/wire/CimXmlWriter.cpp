@@ -8,8 +8,9 @@ namespace demo {
 namespace {
 
 void WriteFlag(XmlWriter& writer, std::string_view attribute, bool flag, bool usual) {
-    if (flag != usual)
+    if (flag != usual) {
         writer.Attribute(attribute, flag ? "true" : "false");
+    }
 }
 
 void WriteLocalNamespacePath(XmlWriter& writer, std::string_view nameSpace) {
@@ -31,10 +32,12 @@ void WriteNamespacePath(XmlWriter& writer, const NamespacePath& location) {
 
 /// The element that says where an instance is as far as its path does.
 void WriteAnyInstancePath(XmlWriter& writer, const ObjectPath& path) {
-    if (path.IsLocal())
+    if (path.IsLocal()) {
         return WriteInstanceName(writer, path);
-    if (!path.host.empty())
+    }
+    if (!path.host.empty()) {
         return WriteInstancePath(writer, {path.host, path.nameSpace}, path);
+    }
     writer.Start("LOCALINSTANCEPATH");
     WriteLocalNamespacePath(writer, path.nameSpace);
     WriteInstanceName(writer, path);
@@ -50,11 +53,13 @@ void WriteFlavors(XmlWriter& writer, const QualifierDeclaration& declaration) {
 }
 
 void WriteQualifiers(XmlWriter& writer, const Element& element, const Selection& selection) {
-    if (!selection.includeQualifiers)
+    if (!selection.includeQualifiers) {
         return;
+    }
     for (const auto& qualifier : element.qualifiers) {
-        if (selection.localOnly && qualifier.propagated)
+        if (selection.localOnly && qualifier.propagated) {
             continue;
+        }
         writer.Start("QUALIFIER").Attribute("NAME", qualifier.declaration->name);
         writer.Attribute("TYPE", TypeName(qualifier.declaration->type));
         WriteFlag(writer, "PROPAGATED", qualifier.propagated, false);
@@ -68,30 +73,34 @@ void WriteQualifiers(XmlWriter& writer, const Element& element, const Selection&
 void StartHolder(XmlWriter& writer, const std::string& prefix, const Holder& holder) {
     if (holder.type == CimType::kReference) {
         writer.Start(prefix + (holder.isArray ? ".REFARRAY" : ".REFERENCE")).Attribute("NAME", holder.name);
-        if (!holder.referenceClass.empty())
+        if (!holder.referenceClass.empty()) {
             writer.Attribute("REFERENCECLASS", holder.referenceClass);
+        }
     } else {
         writer.Start(holder.isArray ? prefix + ".ARRAY" : prefix).Attribute("NAME", holder.name);
         writer.Attribute("TYPE", TypeName(holder.type));
     }
-    if (holder.arraySize)
+    if (holder.arraySize) {
         writer.Attribute("ARRAYSIZE", std::to_string(*holder.arraySize));
+    }
 }
 
 template <typename Inheritable>
 void WriteOrigin(XmlWriter& writer, const Inheritable& element, const Selection& selection) {
-    if (selection.includeClassOrigin)
+    if (selection.includeClassOrigin) {
         writer.Attribute("CLASSORIGIN", element.classOrigin);
+    }
     WriteFlag(writer, "PROPAGATED", element.propagated, false);
 }
 
 void WriteProperty(XmlWriter& writer, const Property& property, const Value& value, const Selection& selection) {
     StartHolder(writer, "PROPERTY", property);
     WriteOrigin(writer, property, selection);
-    if (property.FindQualifier("EmbeddedInstance"))
+    if (property.FindQualifier("EmbeddedInstance")) {
         writer.Attribute("EmbeddedObject", "instance");
-    else if (property.Is("EmbeddedObject"))
+    } else if (property.Is("EmbeddedObject")) {
         writer.Attribute("EmbeddedObject", "object");
+    }
     WriteQualifiers(writer, property, selection);
     WriteValue(writer, value);
     writer.End();
@@ -129,15 +138,20 @@ constexpr std::array kScopes{
 
 void WriteClass(XmlWriter& writer, const Class& declaration, const Selection& selection) {
     writer.Start("CLASS").Attribute("NAME", declaration.name);
-    if (!declaration.superclass.empty())
+    if (!declaration.superclass.empty()) {
         writer.Attribute("SUPERCLASS", declaration.superclass);
+    }
     WriteQualifiers(writer, declaration, selection);
-    for (const auto& property : declaration.properties)
-        if (selection.Wants(property) && !(selection.localOnly && property.propagated))
+    for (const auto& property : declaration.properties) {
+        if (selection.Wants(property) && !(selection.localOnly && property.propagated)) {
             WriteProperty(writer, property, property.defaultValue, selection);
-    for (const auto& method : declaration.methods)
-        if (!(selection.localOnly && method.propagated))
+        }
+    }
+    for (const auto& method : declaration.methods) {
+        if (!(selection.localOnly && method.propagated)) {
             WriteMethod(writer, method, selection);
+        }
+    }
     writer.End();
 }
 
@@ -147,8 +161,9 @@ void WriteQualifierDeclaration(XmlWriter& writer, const QualifierDeclaration& de
     WriteFlag(writer, "ISARRAY", declaration.isArray, false);
     WriteFlavors(writer, declaration);
     writer.Start("SCOPE");
-    for (const auto& [scope, attribute] : kScopes)
+    for (const auto& [scope, attribute] : kScopes) {
         WriteFlag(writer, attribute, declaration.scopes.count(scope) != 0, false);
+    }
     writer.End();
     WriteValue(writer, declaration.defaultValue);
     writer.End();
@@ -162,10 +177,11 @@ void WriteInstanceName(XmlWriter& writer, const ObjectPath& path) {
     writer.Start("INSTANCENAME").Attribute("CLASSNAME", path.className);
     for (const auto& key : path.keys) {
         writer.Start("KEYBINDING").Attribute("NAME", key.name);
-        if (const auto* const text = key.value.AsText())
+        if (const auto* const text = key.value.AsText()) {
             writer.Start("KEYVALUE").Attribute("VALUETYPE", KeyValueType(key.type)).Text(*text).End();
-        else
+        } else {
             WriteValue(writer, key.value);
+        }
         writer.End();
     }
     writer.End();
@@ -197,10 +213,11 @@ void WriteValue(XmlWriter& writer, const Value& value) {
     } else if (const auto* const items = value.AsArray()) {
         writer.Start("VALUE.ARRAY");
         for (const auto& item : *items) {
-            if (item)
+            if (item) {
                 writer.Start("VALUE").Text(*item).End();
-            else
+            } else {
                 writer.Start("VALUE.NULL").End();
+            }
         }
         writer.End();
     } else if (const auto* const reference = value.AsReference()) {
@@ -214,9 +231,11 @@ void WriteInstance(XmlWriter& writer, const Class& declaration, const Class& sha
                    const Selection& selection) {
     writer.Start("INSTANCE").Attribute("CLASSNAME", declaration.name);
     WriteQualifiers(writer, declaration, selection);
-    for (const auto& property : declaration.properties)
-        if (selection.Wants(property) && (&shape == &declaration || shape.FindProperty(property.name)))
+    for (const auto& property : declaration.properties) {
+        if (selection.Wants(property) && (&shape == &declaration || shape.FindProperty(property.name))) {
             WriteProperty(writer, property, instance.ValueOf(property), selection);
+        }
+    }
     writer.End();
 }
 

@@ -24,15 +24,17 @@ void RequestNotValid(const std::string& what) {
 
 std::string RequiredAttribute(const pugi::xml_node& node, const char* attribute) {
     const auto found = node.attribute(attribute);
-    if (!found)
+    if (!found) {
         RequestNotValid(std::string("element ") + node.name() + " has no attribute " + attribute);
+    }
     return found.value();
 }
 
 pugi::xml_node RequiredChild(const pugi::xml_node& node, const char* name) {
     const auto child = node.child(name);
-    if (!child)
+    if (!child) {
         RequestNotValid(std::string("element ") + node.name() + " has no element " + name);
+    }
     return child;
 }
 
@@ -48,8 +50,9 @@ std::vector<pugi::xml_node> Content(const pugi::xml_node& node) {
 
 std::string ReadNamespace(const pugi::xml_node& path) {
     std::string result;
-    for (const auto& component : path.children("NAMESPACE"))
+    for (const auto& component : path.children("NAMESPACE")) {
         (result += result.empty() ? "" : "/") += RequiredAttribute(component, "NAME");
+    }
     return result;
 }
 

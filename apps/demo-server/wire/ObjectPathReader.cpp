@@ -22,34 +22,41 @@ CimType KeyType(const pugi::xml_node& keyValue) {
 
 KeyBinding ReadKey(const pugi::xml_node& node, std::string name, int nesting) {
     const std::string_view kind = node.name();
-    if (kind == "KEYVALUE")
+    if (kind == "KEYVALUE") {
         return {std::move(name), KeyType(node), Value::Text(node.text().get())};
-    if (kind == "VALUE.REFERENCE")
+    }
+    if (kind == "VALUE.REFERENCE") {
         return {std::move(name), CimType::kReference, Value::Reference(ReadPath(node.first_child(), nesting + 1))};
+    }
     RequestNotValid(std::string("element ") + node.name() + " is no value of a key");
 }
 
 ObjectPath ReadInstanceName(const pugi::xml_node& node, int nesting) {
     ObjectPath path{RequiredAttribute(node, "CLASSNAME"), {}};
     for (const auto& child : Content(node)) {
-        if (std::string_view(child.name()) == "KEYBINDING")
+        if (std::string_view(child.name()) == "KEYBINDING") {
             path.keys.push_back(ReadKey(child.first_child(), RequiredAttribute(child, "NAME"), nesting));
-        else
+        } else {
             path.keys.push_back(ReadKey(child, "", nesting));
+        }
     }
     return path;
 }
 
 ObjectPath ReadPath(const pugi::xml_node& node, int nesting) {
-    if (nesting > kMaxNesting)
+    if (nesting > kMaxNesting) {
         RequestNotValid("object paths are nested too deeply");
+    }
     const std::string_view kind = node.name();
-    if (kind == "CLASSNAME")
+    if (kind == "CLASSNAME") {
         return {RequiredAttribute(node, "NAME"), {}};
-    if (kind == "INSTANCENAME")
+    }
+    if (kind == "INSTANCENAME") {
         return ReadInstanceName(node, nesting);
-    if (kind != "LOCALCLASSPATH" && kind != "LOCALINSTANCEPATH" && kind != "CLASSPATH" && kind != "INSTANCEPATH")
+    }
+    if (kind != "LOCALCLASSPATH" && kind != "LOCALINSTANCEPATH" && kind != "CLASSPATH" && kind != "INSTANCEPATH") {
         RequestNotValid("element " + std::string(kind) + " is no object path");
+    }
     const auto namespacePath = node.first_child();
     ObjectPath path = ReadPath(namespacePath.next_sibling(), nesting + 1);
     path.nameSpace = ReadNamespace(std::string_view(namespacePath.name()) == "NAMESPACEPATH"

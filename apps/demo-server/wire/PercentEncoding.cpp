@@ -10,10 +10,11 @@ std::string PercentEncode(std::string_view text) {
     std::string result;
     for (const char c : text) {
         const auto byte = static_cast<unsigned char>(c);
-        if (byte < 0x80 && (std::isalnum(byte) != 0 || std::string_view("-._~").find(c) != std::string_view::npos))
+        if (byte < 0x80 && (std::isalnum(byte) != 0 || std::string_view("-._~").find(c) != std::string_view::npos)) {
             result += c;
-        else
+        } else {
             ((result += '%') += kDigits[byte >> 4U]) += kDigits[byte & 0xFU];
+        }
     }
     return result;
 }

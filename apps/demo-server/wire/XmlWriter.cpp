@@ -14,15 +14,18 @@ unsigned Byte(std::string_view text, std::size_t index) { return static_cast<uns
 /// The length of the UTF-8 sequence at an index, 0 if there is none that XML 1.0 allows.
 std::size_t SequenceLength(std::string_view text, std::size_t index) {
     const unsigned first = Byte(text, index);
-    if (first < 0x80)
+    if (first < 0x80) {
         return 1;
+    }
     const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
-    if (first < 0xC2 || first > 0xF4 || index + length > text.size())
+    if (first < 0xC2 || first > 0xF4 || index + length > text.size()) {
         return 0;
+    }
     unsigned character = first & (0xFFU >> (length + 1));
     for (std::size_t i = 1; i < length; ++i) {
-        if ((Byte(text, index + i) & 0xC0U) != 0x80)
+        if ((Byte(text, index + i) & 0xC0U) != 0x80) {
             return 0;
+        }
         character = character << 6U | (Byte(text, index + i) & 0x3FU);
     }
     const bool isOverlong = (length == 3 && character < 0x800) || (length == 4 && character < 0x10000);
@@ -78,8 +81,9 @@ XmlWriter& XmlWriter::Declaration() {
 }
 
 XmlWriter& XmlWriter::Start(std::string_view name) {
-    if (inStartTag_)
+    if (inStartTag_) {
         buffer_ += ">\n";
+    }
     FlushIfLarge();
     (buffer_ += '<') += name;
     open_.emplace_back(name);
@@ -109,20 +113,23 @@ XmlWriter& XmlWriter::End() {
 }
 
 void XmlWriter::EndTo(std::size_t depth) {
-    while (open_.size() > depth)
+    while (open_.size() > depth) {
         End();
+    }
 }
 
 void XmlWriter::Flush() {
-    if (!buffer_.empty())
+    if (!buffer_.empty()) {
         output_(buffer_);
+    }
     passedOn_ += buffer_.size();
     buffer_.clear();
 }
 
 void XmlWriter::CloseStartTag() {
-    if (inStartTag_)
+    if (inStartTag_) {
         buffer_ += '>';
+    }
     inStartTag_ = false;
 }
 
@@ -136,8 +143,9 @@ void XmlWriter::Escape(std::string_view text) {
 }
 
 void XmlWriter::FlushIfLarge() {
-    if (buffer_.size() >= kPortion)
+    if (buffer_.size() >= kPortion) {
         Flush();
+    }
 }
 
 } // namespace demo

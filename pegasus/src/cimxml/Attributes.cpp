@@ -7,8 +7,9 @@ namespace Pegasus::cimxml {
 
 std::string_view Attributes::get(std::string_view name) const {
     const auto value = find(name);
-    if (!value)
+    if (!value) {
         throwXmlError({"the element ", element_, " has no attribute ", name});
+    }
     return *value;
 }
 

@@ -19,9 +19,11 @@ class Attributes {
 
     /// The attribute's value; nothing when it is absent.
     std::optional<std::string_view> find(std::string_view name) const noexcept {
-        for (const Attribute& attribute : all_)
-            if (attribute.name == name)
+        for (const Attribute& attribute : all_) {
+            if (attribute.name == name) {
                 return attribute.value;
+            }
+        }
         return std::nullopt;
     }
     /// The same, and throws DecodingError when it is absent.
@@ -39,10 +41,12 @@ class Attributes {
     }
     /// Throws DecodingError for an attribute that there is already, and for one too many.
     void add(std::string_view name, std::string_view value) {
-        if (count() == kMaxAttributes)
+        if (count() == kMaxAttributes) {
             throwTooMany();
-        if (find(name))
+        }
+        if (find(name)) {
             throwTwice(name);
+        }
         all_.push_back({name, value});
     }
 

@@ -35,8 +35,9 @@ void InputText::append(std::string_view bytes) {
 }
 
 void InputText::end() {
-    if (repairs_)
+    if (repairs_) {
         appendRepaired({}, true);
+    }
 }
 
 void InputText::appendRepaired(std::string_view bytes, bool isLast) {
@@ -50,8 +51,9 @@ void InputText::appendRepaired(std::string_view bytes, bool isLast) {
         const std::size_t good = lengthOfCharacters(bytes);
         bytes_ += bytes.substr(0, good);
         bytes.remove_prefix(good);
-        if (bytes.empty() || (bytes.size() < kLongestCharacter && !isLast))
+        if (bytes.empty() || (bytes.size() < kLongestCharacter && !isLast)) {
             break;
+        }
         bytes.remove_prefix(repairFirst(bytes));
     }
     rest_ = bytes;
@@ -63,8 +65,9 @@ std::size_t InputText::repairFirst(std::string_view bad) {
     const std::size_t length = lengthOfFirstForm(bad);
     Repair repair{taken_ + bytes_.size() - begin_, 0, static_cast<unsigned char>(bad.front()), length == 0};
     std::string_view form = bad;
-    if (!repair.isByte)
+    if (!repair.isByte) {
         repair.code = takeCharacter(form);
+    }
     const std::size_t before = bytes_.size();
     detail::appendUtf8(repair.isByte && repair.code >= kFirstOfLatin1 ? repair.code : kReplacement, bytes_);
     const std::size_t replaced = std::max<std::size_t>(length, 1);
@@ -78,10 +81,11 @@ std::size_t InputText::repairFirst(std::string_view bad) {
 void InputText::keep(const Repair& repair) {
     const std::size_t last = std::max(lastRepair_, taken_);
     lastRepair_ = repair.at;
-    if (kept_.size() < kMaxKeptRepairs || bytes_.find('<', last - taken_) != std::string::npos)
+    if (kept_.size() < kMaxKeptRepairs || bytes_.find('<', last - taken_) != std::string::npos) {
         kept_.push_back(repair);
-    else
+    } else {
         kept_.back().grown = grown_;
+    }
 }
 
 void InputText::take(std::size_t length) noexcept {
@@ -102,8 +106,9 @@ bool InputText::isReplaced(std::string_view text) noexcept {
 bool InputText::takeNulls() noexcept {
     bool found = false;
     if (repairs_) {
-        for (; isReplaced(unread()); found = true)
+        for (; isReplaced(unread()); found = true) {
             take(kReplacementText.size());
+        }
         return found;
     }
     for (; begin_ == checked_ && begin_ != bytes_.size() && bytes_[begin_] == '\0'; found = true) {
@@ -118,8 +123,9 @@ bool InputText::endsBadly() const noexcept { return bytes_.size() - checked_ >= 
 
 std::string InputText::badEnd() const {
     std::string_view bad = std::string_view(bytes_).substr(checked_);
-    if (lengthOfFirstForm(bad) == 0)
+    if (lengthOfFirstForm(bad) == 0) {
         return textOf({0, 0, static_cast<unsigned char>(bad.front()), true});
+    }
     return textOf({0, 0, takeCharacter(bad), false});
 }
 

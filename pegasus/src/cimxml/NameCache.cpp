@@ -12,8 +12,9 @@ namespace {
 
 std::size_t hashOf(std::string_view text) noexcept {
     std::uint32_t hash = 0;
-    for (const char c : text)
+    for (const char c : text) {
         hash = 31 * hash + static_cast<unsigned char>(c);
+    }
     return hash ^ hash >> 15U;
 }
 
@@ -23,8 +24,9 @@ CIMName NameCache::get(std::string_view text) {
     CIMName& name = names_[hashOf(text) % names_.size()];
     if (text.empty() || name.getString().view() != text) {
         const String unchecked(trimmed(text));
-        if (!CIMName::legal(unchecked))
+        if (!CIMName::legal(unchecked)) {
             throwXmlError({"not a name: \"", text, "\""});
+        }
         name = CIMName(unchecked);
     }
     return name;

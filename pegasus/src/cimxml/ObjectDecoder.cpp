@@ -27,10 +27,12 @@ constexpr bool isEmbedded = std::is_same_v<T, CIMObject> || std::is_same_v<T, CI
 CIMFlavor flavorOf(const Attributes& attributes) {
     CIMFlavor flavor = attributes.getBoolean("OVERRIDABLE", true) ? CIMFlavor::OVERRIDABLE : CIMFlavor::DISABLEOVERRIDE;
     flavor.addFlavor(attributes.getBoolean("TOSUBCLASS", true) ? CIMFlavor::TOSUBCLASS : CIMFlavor::RESTRICTED);
-    if (attributes.getBoolean("TOINSTANCE", false))
+    if (attributes.getBoolean("TOINSTANCE", false)) {
         flavor.addFlavor(CIMFlavor::TOINSTANCE);
-    if (attributes.getBoolean("TRANSLATABLE", false))
+    }
+    if (attributes.getBoolean("TRANSLATABLE", false)) {
         flavor.addFlavor(CIMFlavor::TRANSLATABLE);
+    }
     return flavor;
 }
 
@@ -43,9 +45,11 @@ CIMScope scopeOf(const Attributes& attributes) {
                                                                            {"METHOD", CIMScope::METHOD},
                                                                            {"PARAMETER", CIMScope::PARAMETER}}};
     CIMScope scope;
-    for (const auto& [name, bit] : kScopes)
-        if (attributes.getBoolean(name, false))
+    for (const auto& [name, bit] : kScopes) {
+        if (attributes.getBoolean(name, false)) {
             scope.addScope(bit);
+        }
+    }
     return scope;
 }
 
@@ -57,18 +61,23 @@ Uint32 arraySizeOf(const Attributes& attributes) {
 /// The type of an element with a TYPE attribute. A string can stand for an embedded object.
 CIMType typeOf(const Attributes& attributes, std::string_view typeName) {
     const CIMType type = decodeType(typeName);
-    if (type != CIMTYPE_STRING)
+    if (type != CIMTYPE_STRING) {
         return type;
+    }
     auto attribute = attributes.find("EmbeddedObject");
-    if (!attribute)
+    if (!attribute) {
         attribute = attributes.find("EMBEDDEDOBJECT");
+    }
     const std::string_view embedded = trimmed(attribute.value_or(std::string_view()));
-    if (embedded.empty())
+    if (embedded.empty()) {
         return type;
-    if (embedded == "object")
+    }
+    if (embedded == "object") {
         return CIMTYPE_OBJECT;
-    if (embedded == "instance")
+    }
+    if (embedded == "instance") {
         return CIMTYPE_INSTANCE;
+    }
     throwXmlError({"unknown kind of EmbeddedObject: ", embedded});
 }
 
@@ -96,9 +105,11 @@ constexpr FormNames kParameterForms = {"PARAMETER", "PARAMETER.ARRAY", "PARAMETE
 
 /// The form that a name says; nothing when it is none of these.
 std::optional<Form> formOf(std::string_view name, const FormNames& names) {
-    for (std::size_t i = 0; i < names.size(); ++i)
-        if (name == names[i])
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        if (name == names[i]) {
             return static_cast<Form>(i);
+        }
+    }
     return std::nullopt;
 }
 
@@ -119,10 +130,11 @@ void addAllBut(std::vector<Uint32> indices, Owner from, Owner& to) {
     std::sort(indices.begin(), indices.end());
     auto next = indices.begin();
     for (Uint32 i = 0; i < from.getPropertyCount(); ++i) {
-        if (next != indices.end() && *next == i)
+        if (next != indices.end() && *next == i) {
             ++next;
-        else
+        } else {
             detail::Unchecked::add(to, from.getProperty(i));
+        }
     }
 }
 
@@ -136,11 +148,13 @@ CIMInstance without(const std::vector<Uint32>& indices, const CIMInstance& insta
 /// The type that qualifiers give to a property of texts: servers send the definitions of classes so.
 std::optional<CIMType> embeddedType(const CIMProperty& property) {
     const Uint32 object = property.findQualifier("EmbeddedObject");
-    if (object != PEG_NOT_FOUND && property.getQualifier(object).getValue() == CIMValue(true))
+    if (object != PEG_NOT_FOUND && property.getQualifier(object).getValue() == CIMValue(true)) {
         return CIMTYPE_OBJECT;
+    }
     const Uint32 instance = property.findQualifier("EmbeddedInstance");
-    if (instance == PEG_NOT_FOUND)
+    if (instance == PEG_NOT_FOUND) {
         return std::nullopt;
+    }
     const CIMValue& className = property.getQualifier(instance).getValue();
     const bool namesClass = className.getType() == CIMTYPE_STRING && !className.isArray() && !className.isNull() &&
                             className != CIMValue(String());
@@ -150,10 +164,12 @@ std::optional<CIMType> embeddedType(const CIMProperty& property) {
 /// Sees to it that an embedded object, or the end behind it, comes next.
 void expect(XmlReader::Ahead expected, XmlReader& reader) {
     const XmlReader::Ahead ahead = reader.ahead();
-    if (ahead == expected)
+    if (ahead == expected) {
         return;
-    if (ahead == XmlReader::Ahead::Nothing)
+    }
+    if (ahead == XmlReader::Ahead::Nothing) {
         throw EndOfText();
+    }
     throwIncomplete({"an embedded object is not one element"});
 }
 
@@ -163,8 +179,9 @@ void describeEmbedded(DecodingError& error, std::string_view text, const XmlRead
     const auto place = std::make_unique<Whereabouts>(text.substr(0, reader.position()));
     place->goTo(isAtTag ? reader.tagPosition() : reader.position());
     error.what.append(place->text()).append(", which is embedded");
-    if (error.kind != DecodingError::Kind::Limit)
+    if (error.kind != DecodingError::Kind::Limit) {
         error.kind = DecodingError::Kind::Content;
+    }
 }
 
 } // namespace
@@ -178,18 +195,20 @@ void ObjectDecoder::startAnswer(const Checkpoint* checkpoint, bool lenient) noex
         tags_.clear();
         propertyHeads_.clear();
     }
-    if (qualifiers_.isFull())
+    if (qualifiers_.isFull()) {
         qualifiers_.clear();
+    }
 }
 
 CIMClass ObjectDecoder::decodeClass(XmlReader& reader) {
     const Attributes& attributes = reader.attributes();
     CIMClass cimClass(names_.get(attributes.get("NAME")), optionalName(attributes, "SUPERCLASS"));
     while (reader.nextElement()) {
-        if (reader.name() == "METHOD")
+        if (reader.name() == "METHOD") {
             detail::Unchecked::add(cimClass, decodeMethod(reader));
-        else if (!addProperty(cimClass, nullptr, reader) && !addQualifier(cimClass, reader))
+        } else if (!addProperty(cimClass, nullptr, reader) && !addQualifier(cimClass, reader)) {
             reader.throwUnexpected();
+        }
     }
     return cimClass;
 }
@@ -198,15 +217,18 @@ CIMInstance ObjectDecoder::decodeInstance(XmlReader& reader) {
     CIMInstance instance(names_.get(reader.attributes().get("CLASSNAME")));
     PropertyNames names;
     while (reader.nextElement()) {
-        if (addProperty(instance, lenient_ ? &names : nullptr, reader))
+        if (addProperty(instance, lenient_ ? &names : nullptr, reader)) {
             continue;
+        }
         // The qualifiers of an instance are deprecated (DSP0200); its class has them.
-        if (reader.name() != "QUALIFIER")
+        if (reader.name() != "QUALIFIER") {
             reader.throwUnexpected();
+        }
         reader.skip();
     }
-    if (!names.replaced().empty())
+    if (!names.replaced().empty()) {
         instance = without(names.replaced(), instance);
+    }
     return instance;
 }
 
@@ -216,15 +238,17 @@ CIMInstance ObjectDecoder::decodeInstanceWithPath(XmlReader& reader) {
     CIMInstance instance;
     while (reader.nextElement()) {
         const bool isPath = reader.name() == "INSTANCENAME" || reader.name() == "INSTANCEPATH";
-        if (isPath && path.getClassName().isNull())
+        if (isPath && path.getClassName().isNull()) {
             path = paths_.decodePath(reader);
-        else if (reader.name() == "INSTANCE" && instance.isUninitialized())
+        } else if (reader.name() == "INSTANCE" && instance.isUninitialized()) {
             instance = decodeInstance(reader);
-        else
+        } else {
             reader.throwUnexpected();
+        }
     }
-    if (path.getClassName().isNull() || instance.isUninitialized())
+    if (path.getClassName().isNull() || instance.isUninitialized()) {
         throwIncomplete({"the element ", name, " lacks the instance or its path"});
+    }
     detail::Unchecked::setPath(instance, path);
     return instance;
 }
@@ -248,14 +272,17 @@ CIMObject ObjectDecoder::decodeObject(XmlReader& reader) {
             hasPath = true;
         }
     }
-    if (object.isUninitialized() || (!hasPath && name != "VALUE.OBJECT"))
+    if (object.isUninitialized() || (!hasPath && name != "VALUE.OBJECT")) {
         throwIncomplete({"the element ", name, " lacks the object or its path"});
-    if (hasPath && isPathOfClass != object.isClass())
+    }
+    if (hasPath && isPathOfClass != object.isClass()) {
         throwIncomplete(
             {"the element ", name,
              isPathOfClass ? " has the path of a class and an instance" : " has a class and the path of an instance"});
-    if (hasPath)
+    }
+    if (hasPath) {
         detail::Unchecked::setPath(object, path);
+    }
     return object;
 }
 
@@ -290,8 +317,9 @@ CIMQualifierDecl ObjectDecoder::decodeQualifierDecl(XmlReader& reader) {
             reader.throwUnexpected();
         }
     }
-    if (findings_.count() != found)
+    if (findings_.count() != found) {
         findings_.within(found, "qualifier declaration " + std::string(name.getString().view()));
+    }
     return CIMQualifierDecl(name, value ? *std::move(value) : CIMValue(type, isArray), scope, flavor, arraySize);
 }
 
@@ -305,11 +333,13 @@ CIMQualifier ObjectDecoder::decodeQualifier(XmlReader& reader) {
     const std::size_t found = findings_.count();
     CIMQualifier qualifier = decodeNewQualifier(reader);
     const bool isGood = findings_.count() == found;
-    if (!isGood)
+    if (!isGood) {
         findings_.within(found, "qualifier " + std::string(qualifier.getName().getString().view()));
+    }
     const bool isOfObjects = qualifier.getType() == CIMTYPE_OBJECT || qualifier.getType() == CIMTYPE_INSTANCE;
-    if (isGood && reader.isBehind(text) && !isOfObjects) // objects could be changed
+    if (isGood && reader.isBehind(text) && !isOfObjects) { // objects could be changed
         qualifiers_.add({std::string(text), qualifier, reader.nodes() - nodes});
+    }
     return qualifier;
 }
 
@@ -322,8 +352,9 @@ CIMQualifier ObjectDecoder::decodeNewQualifier(XmlReader& reader) {
     CIMValue value(type, false);
     if (reader.nextElement()) {
         value = decodeValue(type, isArrayValue(reader.name()), reader);
-        if (reader.nextElement())
+        if (reader.nextElement()) {
             reader.throwUnexpected();
+        }
     }
     return CIMQualifier(std::move(name), std::move(value), flavor, propagated);
 }
@@ -335,18 +366,22 @@ CIMMethod ObjectDecoder::decodeMethod(XmlReader& reader) {
     CIMMethod method(names_.get(attributes.get("NAME")), type ? typeOf(attributes, *type) : CIMTYPE_UINT32,
                      optionalName(attributes, "CLASSORIGIN"), attributes.getBoolean("PROPAGATED", false));
     const std::size_t found = findings_.count();
-    while (reader.nextElement())
-        if (!addParameter(method, reader) && !addQualifier(method, reader))
+    while (reader.nextElement()) {
+        if (!addParameter(method, reader) && !addQualifier(method, reader)) {
             reader.throwUnexpected();
-    if (findings_.count() != found)
+        }
+    }
+    if (findings_.count() != found) {
         findings_.within(found, "method " + std::string(method.getName().getString().view()));
+    }
     return method;
 }
 
 template <class Owner>
 bool ObjectDecoder::addQualifier(Owner& owner, XmlReader& reader) {
-    if (reader.name() != "QUALIFIER")
+    if (reader.name() != "QUALIFIER") {
         return false;
+    }
     detail::Unchecked::add(owner, decodeQualifier(reader));
     return true;
 }
@@ -355,8 +390,9 @@ template <class Owner>
 bool ObjectDecoder::addProperty(Owner& owner, PropertyNames* names, XmlReader& reader) {
     const PropertyHead& head =
         propertyHeads_.get(reader.tag(), [&](const StartTag& tag) { return decodePropertyHead(tag); });
-    if (!head.isProperty)
+    if (!head.isProperty) {
         return false;
+    }
     const CIMType type = head.type;
     const bool isArray = head.isArray;
     const std::size_t nameHash = head.nameHash;
@@ -372,13 +408,16 @@ bool ObjectDecoder::addProperty(Owner& owner, PropertyNames* names, XmlReader& r
             reader.throwUnexpected();
         }
     }
-    if (type == CIMTYPE_STRING && property.getQualifierCount() != 0 && qualifiedEmbedding_)
+    if (type == CIMTYPE_STRING && property.getQualifierCount() != 0 && qualifiedEmbedding_) {
         property = withEmbedding(property, reader);
+    }
     const Uint32 earlier = names ? names->add(owner, property.getName(), nameHash) : PEG_NOT_FOUND;
-    if (earlier != PEG_NOT_FOUND)
+    if (earlier != PEG_NOT_FOUND) {
         takeDoubled(property.getName(), earlier, *names, reader);
-    if (findings_.count() != found)
+    }
+    if (findings_.count() != found) {
         findings_.within(found, property.getName().getString().view());
+    }
     detail::Unchecked::add(owner, property);
     return true;
 }
@@ -393,22 +432,25 @@ void ObjectDecoder::takeDoubled(const CIMName& name, Uint32 earlier, PropertyNam
 /// A property of texts whose qualifiers say that the texts are objects, as one of objects.
 CIMProperty ObjectDecoder::withEmbedding(CIMProperty& property, XmlReader& reader) {
     const auto type = embeddedType(property);
-    if (!type)
+    if (!type) {
         return property;
+    }
     const CIMValue value = *type == CIMTYPE_OBJECT ? embeddedValue<CIMObject>(property.getValue(), reader)
                                                    : embeddedValue<CIMInstance>(property.getValue(), reader);
     CIMProperty embedding(property.getName(), value, property.getArraySize(), CIMName(), property.getClassOrigin(),
                           property.getPropagated());
-    for (Uint32 i = 0; i < property.getQualifierCount(); ++i)
+    for (Uint32 i = 0; i < property.getQualifierCount(); ++i) {
         detail::Unchecked::add(embedding, property.getQualifier(i));
+    }
     return embedding;
 } // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks): it does not know who counts the value's handles
 
 template <class T>
 CIMValue ObjectDecoder::embeddedValue(const CIMValue& texts, XmlReader& reader) {
     constexpr CIMType kType = detail::ValueType<T>::kType;
-    if (texts.isNull())
+    if (texts.isNull()) {
         return CIMValue(kType, texts.isArray());
+    }
     if (!texts.isArray()) {
         String text;
         texts.get(text);
@@ -438,8 +480,9 @@ std::optional<T> ObjectDecoder::decodeQualifiedEmbedded(std::string_view text, X
         findings_.moveTo(found, reader.tagPosition());
         return object;
     } catch (DecodingError& error) {
-        if (lenient_ && !error.value)
+        if (lenient_ && !error.value) {
             error.value = std::string(beginningOf(text, kLongestExcerpt));
+        }
         goOnBehind(error, here, reader);
         return std::nullopt;
     }
@@ -465,8 +508,9 @@ ObjectDecoder::PropertyHead ObjectDecoder::decodePropertyHead(const StartTag& ta
 
 bool ObjectDecoder::addParameter(CIMMethod& method, XmlReader& reader) {
     const auto form = formOf(reader.name(), kParameterForms);
-    if (!form)
+    if (!form) {
         return false;
+    }
     const Attributes& attributes = reader.attributes();
     const CIMType type = typeOf(*form, attributes);
     const Uint32 arraySize = arraySizeOf(attributes);
@@ -475,13 +519,15 @@ bool ObjectDecoder::addParameter(CIMMethod& method, XmlReader& reader) {
                            type == CIMTYPE_REFERENCE ? optionalName(attributes, "REFERENCECLASS") : CIMName());
     const std::size_t found = findings_.count();
     while (reader.nextElement()) {
-        if (isValue(reader.name()))
+        if (isValue(reader.name())) {
             reader.skip(); // a default, which CIM does not have
-        else if (!addQualifier(parameter, reader))
+        } else if (!addQualifier(parameter, reader)) {
             reader.throwUnexpected();
+        }
     }
-    if (findings_.count() != found)
+    if (findings_.count() != found) {
         findings_.within(found, "parameter " + std::string(parameter.getName().getString().view()));
+    }
     detail::Unchecked::add(method, parameter);
     return true;
 }
@@ -500,8 +546,9 @@ CIMValue ObjectDecoder::decodeValue(CIMType type, bool isArray, XmlReader& reade
 /// order, the error that is being handled is thrown on.
 void ObjectDecoder::goOnBehind(const DecodingError& error, const Depth& outside, XmlReader& reader) {
     const bool isValue = error.kind == DecodingError::Kind::Content || error.kind == DecodingError::Kind::Incomplete;
-    if (!lenient_ || !isValue)
+    if (!lenient_ || !isValue) {
         throw; // NOLINT(misc-throw-by-value-catch-by-reference): called where it is caught
+    }
     const std::size_t begin = reader.tagPosition();
     reader.skipBadTextTo(outside.elements);
     const std::string_view element = reader.textFrom(begin).substr(0, reader.position() - begin);
@@ -516,8 +563,9 @@ CIMValue ObjectDecoder::decodeGoodValue(CIMType type, bool isArray, XmlReader& r
         reader.skip();
         return CIMValue(type, isArray);
     }
-    if (isArrayValue(reader.name()) != isArray)
+    if (isArrayValue(reader.name()) != isArray) {
         reader.throwUnexpected();
+    }
     return detail::visitType(type, [&](auto tag) {
         using T = typename decltype(tag)::Type;
         CIMValue value = isArray ? decodeArrayValue<T>(reader) : decodeScalarValue<T>(reader);
@@ -543,8 +591,9 @@ CIMValue ObjectDecoder::decodeArrayValue(XmlReader& reader) {
     Array<Boolean> nulls; // no longer than up to the last one
     while (reader.nextElement()) {
         if (!appendItem(items, reader)) {
-            while (nulls.size() < items.size())
+            while (nulls.size() < items.size()) {
                 nulls.append(false);
+            }
             nulls.append(true);
             items.append(T());
         }
@@ -563,8 +612,9 @@ bool ObjectDecoder::appendItem(Array<T>& items, XmlReader& reader) {
     const Depth outside = depthOutside(reader);
     try {
         std::optional<T> item = decodeItem<T>(reader);
-        if (item)
+        if (item) {
             items.append(*item);
+        }
         return item.has_value();
     } catch (const DecodingError& error) {
         goOnBehind(error, outside, reader);
@@ -576,8 +626,9 @@ bool ObjectDecoder::appendItem(Array<T>& items, XmlReader& reader) {
 template <class T>
 std::optional<T> ObjectDecoder::decodeItem(XmlReader& reader) {
     constexpr bool kReference = std::is_same_v<T, CIMObjectPath>;
-    if (reader.name() != (kReference ? "VALUE.REFERENCE" : "VALUE"))
+    if (reader.name() != (kReference ? "VALUE.REFERENCE" : "VALUE")) {
         reader.throwUnexpected();
+    }
     if constexpr (kReference) {
         return paths_.decodeReference(reader);
     } else if constexpr (isEmbedded<T>) {
@@ -587,8 +638,9 @@ std::optional<T> ObjectDecoder::decodeItem(XmlReader& reader) {
         return object;
     } else {
         const std::string_view text = reader.text();
-        if (isNullWhereEmpty<T> && trimmed(text).empty())
+        if (isNullWhereEmpty<T> && trimmed(text).empty()) {
             return std::nullopt;
+        }
         return decodeScalar<T>(text);
     }
 }
@@ -597,20 +649,24 @@ std::optional<T> ObjectDecoder::decodeItem(XmlReader& reader) {
 template <class T>
 std::optional<T> ObjectDecoder::decodeEmbedded(std::string_view text) {
     CIMObject object = decodeEmbeddedText(text);
-    if (object.isUninitialized())
+    if (object.isUninitialized()) {
         return std::nullopt;
+    }
     if constexpr (std::is_same_v<T, CIMInstance>) {
-        if (object.isClass())
+        if (object.isClass()) {
             throwXmlError({"a class is embedded where an instance is declared"});
+        }
     }
     return T(std::move(object));
 }
 
 CIMObject ObjectDecoder::decodeEmbeddedText(std::string_view text) {
-    if (trimmed(text).empty())
+    if (trimmed(text).empty()) {
         return CIMObject();
-    if (++embedding_ > kMaxEmbedding)
+    }
+    if (++embedding_ > kMaxEmbedding) {
         throwPastLimit({"objects are embedded deeper than ", std::to_string(kMaxEmbedding)});
+    }
     // On the heap: embedded in one another, readers would take a good part of a small stack.
     const auto reader = std::make_unique<XmlReader>(tags_, checkpoint_, withoutByteOrderMark(text));
     CIMObject object;
@@ -631,12 +687,13 @@ CIMObject ObjectDecoder::decodeOnlyObject(XmlReader& reader) {
     expect(XmlReader::Ahead::Element, reader);
     reader.nextElement();
     CIMObject object;
-    if (reader.name() == "INSTANCE")
+    if (reader.name() == "INSTANCE") {
         object = decodeInstance(reader);
-    else if (reader.name() == "CLASS")
+    } else if (reader.name() == "CLASS") {
         object = decodeClass(reader);
-    else
+    } else {
         throwXmlError({"the element ", reader.name(), " is embedded, which is no object"});
+    }
     expect(XmlReader::Ahead::Nothing, reader);
     return object;
 }

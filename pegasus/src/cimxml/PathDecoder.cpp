@@ -17,20 +17,25 @@ namespace {
 /// ones say nothing.
 CIMKeyBinding::Type keyTypeOf(const Attributes& attributes) {
     if (const auto valueType = trimmed(attributes.find("VALUETYPE").value_or("")); !valueType.empty()) {
-        if (valueType == "string")
+        if (valueType == "string") {
             return CIMKeyBinding::STRING;
-        if (valueType == "boolean")
+        }
+        if (valueType == "boolean") {
             return CIMKeyBinding::BOOLEAN;
-        if (valueType == "numeric")
+        }
+        if (valueType == "numeric") {
             return CIMKeyBinding::NUMERIC;
+        }
         throwXmlError({"unknown VALUETYPE: ", valueType});
     }
     const auto type = trimmed(attributes.find("TYPE").value_or(""));
-    if (type.empty())
+    if (type.empty()) {
         return CIMKeyBinding::STRING;
+    }
     const CIMType cimType = decodeType(type);
-    if (cimType == CIMTYPE_BOOLEAN)
+    if (cimType == CIMTYPE_BOOLEAN) {
         return CIMKeyBinding::BOOLEAN;
+    }
     return cimType <= CIMTYPE_REAL64 ? CIMKeyBinding::NUMERIC : CIMKeyBinding::STRING;
 }
 
@@ -48,8 +53,9 @@ std::size_t textSizeOf(const CIMKeyBinding& key) {
 std::size_t textSizeOf(const CIMObjectPath& path) {
     std::size_t size =
         sizeOf(path.getHost()) + sizeOf(path.getNameSpace().getString()) + sizeOf(path.getClassName().getString()) + 4;
-    for (const CIMKeyBinding& key : path.getKeyBindings())
+    for (const CIMKeyBinding& key : path.getKeyBindings()) {
         size += textSizeOf(key);
+    }
     return size;
 }
 
@@ -57,8 +63,9 @@ std::size_t textSizeOf(const CIMObjectPath& path) {
 class Nesting {
   public:
     explicit Nesting(std::size_t& depth) : depth_(depth) {
-        if (depth_ == kMaxReferenceNesting)
+        if (depth_ == kMaxReferenceNesting) {
             throwPastLimit({"references are nested deeper than ", std::to_string(kMaxReferenceNesting)});
+        }
         ++depth_;
     }
     ~Nesting() { --depth_; }
@@ -73,20 +80,24 @@ class Nesting {
 
 CIMObjectPath PathDecoder::decodePath(XmlReader& reader) {
     const std::string_view name = reader.name();
-    if (name == "INSTANCENAME" || name == "CLASSNAME")
+    if (name == "INSTANCENAME" || name == "CLASSNAME") {
         return decodeLocal(reader, Place());
-    if (name == "INSTANCEPATH" || name == "LOCALINSTANCEPATH" || name == "CLASSPATH" || name == "LOCALCLASSPATH")
+    }
+    if (name == "INSTANCEPATH" || name == "LOCALINSTANCEPATH" || name == "CLASSPATH" || name == "LOCALCLASSPATH") {
         return decodeQualified(reader);
+    }
     reader.throwUnexpected();
 }
 
 CIMObjectPath PathDecoder::decodeReference(XmlReader& reader) {
     const std::string_view name = reader.name();
-    if (!reader.nextElement())
+    if (!reader.nextElement()) {
         throwIncomplete({"the element ", name, " is empty"});
+    }
     CIMObjectPath path = decodePath(reader);
-    if (reader.nextElement())
+    if (reader.nextElement()) {
         reader.throwUnexpected();
+    }
     return path;
 }
 
@@ -94,18 +105,21 @@ CIMObjectPath PathDecoder::decodeReference(XmlReader& reader) {
 CIMObjectPath PathDecoder::decodeQualified(XmlReader& reader) {
     const std::string_view name = reader.name();
     const auto enterNext = [&] {
-        if (!reader.nextElement())
+        if (!reader.nextElement()) {
             throwIncomplete({"the element ", name, " has no namespace and name"});
+        }
     };
     enterNext();
     const Place place = decodePlace(reader);
     enterNext();
     const bool isOfClass = name == "CLASSPATH" || name == "LOCALCLASSPATH";
-    if (isOfClass != (reader.name() == "CLASSNAME"))
+    if (isOfClass != (reader.name() == "CLASSNAME")) {
         reader.throwUnexpected();
+    }
     CIMObjectPath path = decodeLocal(reader, place);
-    if (reader.nextElement())
+    if (reader.nextElement()) {
         reader.throwUnexpected();
+    }
     return path;
 }
 
@@ -115,30 +129,35 @@ CIMObjectPath PathDecoder::decodeLocal(XmlReader& reader, const Place& place) {
         reader.skip();
         return path;
     }
-    if (reader.name() != "INSTANCENAME")
+    if (reader.name() != "INSTANCENAME") {
         reader.throwUnexpected();
+    }
     const CIMName className = names_.get(reader.attributes().get("CLASSNAME"));
     return CIMObjectPath(place.host, place.nameSpace, className, decodeKeys(reader));
 }
 
 PathDecoder::Place PathDecoder::decodePlace(XmlReader& reader) {
-    if (reader.name() == "LOCALNAMESPACEPATH")
+    if (reader.name() == "LOCALNAMESPACEPATH") {
         return Place{String(), decodeNamespace(reader)};
-    if (reader.name() != "NAMESPACEPATH")
+    }
+    if (reader.name() != "NAMESPACEPATH") {
         reader.throwUnexpected();
+    }
     Place place;
     bool hasHost = false;
     bool hasNamespace = false;
     while (reader.nextElement()) {
-        if (reader.name() == "HOST" && !std::exchange(hasHost, true))
+        if (reader.name() == "HOST" && !std::exchange(hasHost, true)) {
             place.host = String(trimmed(reader.text()));
-        else if (reader.name() == "LOCALNAMESPACEPATH" && !std::exchange(hasNamespace, true))
+        } else if (reader.name() == "LOCALNAMESPACEPATH" && !std::exchange(hasNamespace, true)) {
             place.nameSpace = decodeNamespace(reader);
-        else
+        } else {
             reader.throwUnexpected();
+        }
     }
-    if (!hasNamespace)
+    if (!hasNamespace) {
         throwIncomplete({"the element NAMESPACEPATH has no namespace"});
+    }
     return place;
 }
 
@@ -147,18 +166,22 @@ CIMNamespaceName PathDecoder::decodeNamespace(XmlReader& reader) {
     std::string path;
     bool isEmpty = true;
     for (; reader.nextElement(); isEmpty = false) {
-        if (reader.name() != "NAMESPACE")
+        if (reader.name() != "NAMESPACE") {
             reader.throwUnexpected();
-        if (!isEmpty)
+        }
+        if (!isEmpty) {
             path += '/';
+        }
         path += trimmed(reader.attributes().get("NAME"));
         reader.skip();
     }
-    if (isEmpty)
+    if (isEmpty) {
         return CIMNamespaceName();
+    }
     const String name{std::string_view(path)};
-    if (!CIMNamespaceName::legal(name))
+    if (!CIMNamespaceName::legal(name)) {
         throwXmlError({"not the name of a namespace: \"", path, "\""});
+    }
     return CIMNamespaceName(name);
 }
 
@@ -167,8 +190,9 @@ Array<CIMKeyBinding> PathDecoder::decodeKeys(XmlReader& reader) {
     Array<CIMKeyBinding> keys;
     while (reader.nextElement()) {
         const bool named = reader.name() == "KEYBINDING";
-        if (keys.size() != 0 && (!named || keys[0].getName().isNull()))
+        if (keys.size() != 0 && (!named || keys[0].getName().isNull())) {
             reader.throwUnexpected();
+        }
         keys.append(named ? decodeNamedKey(reader) : decodeKey(CIMName(), reader));
     }
     return keys;
@@ -176,19 +200,23 @@ Array<CIMKeyBinding> PathDecoder::decodeKeys(XmlReader& reader) {
 
 CIMKeyBinding PathDecoder::decodeNamedKey(XmlReader& reader) {
     const CIMName name = names_.get(reader.attributes().get("NAME"));
-    if (!reader.nextElement())
+    if (!reader.nextElement()) {
         throwIncomplete({"the element KEYBINDING is empty"});
+    }
     CIMKeyBinding key = decodeKey(name, reader);
-    if (reader.nextElement())
+    if (reader.nextElement()) {
         reader.throwUnexpected();
+    }
     return key;
 }
 
 CIMKeyBinding PathDecoder::decodeKey(const CIMName& name, XmlReader& reader) {
-    if (reader.name() == "KEYVALUE")
+    if (reader.name() == "KEYVALUE") {
         return decodeKeyValue(name, reader);
-    if (reader.name() != "VALUE.REFERENCE")
+    }
+    if (reader.name() != "VALUE.REFERENCE") {
         reader.throwUnexpected();
+    }
     return decodeKeyReference(name, reader);
 }
 
@@ -198,10 +226,12 @@ CIMKeyBinding PathDecoder::decodeKeyReference(const CIMName& name, XmlReader& re
     const std::size_t begin = reader.position();
     const CIMObjectPath path = decodeReference(reader);
     const std::size_t size = textSizeOf(path);
-    if (size > kMaxReferenceGrowth * (reader.position() - begin))
+    if (size > kMaxReferenceGrowth * (reader.position() - begin)) {
         throwPastLimit({"the path of a reference is too long for its element: references are nested too deep"});
-    if (size > kMaxReferenceBytes)
+    }
+    if (size > kMaxReferenceBytes) {
         throwPastLimit({"the path of a reference is longer than ", std::to_string(kMaxReferenceBytes >> 20U), " MiB"});
+    }
     return CIMKeyBinding(name, path.toString(), CIMKeyBinding::REFERENCE);
 }
 
@@ -209,10 +239,12 @@ CIMKeyBinding PathDecoder::decodeKeyReference(const CIMName& name, XmlReader& re
 CIMKeyBinding PathDecoder::decodeKeyValue(const CIMName& name, XmlReader& reader) {
     const CIMKeyBinding::Type type = keyTypeOf(reader.attributes());
     const std::string_view text = reader.text();
-    if (type == CIMKeyBinding::NUMERIC && isNumber(text))
+    if (type == CIMKeyBinding::NUMERIC && isNumber(text)) {
         return CIMKeyBinding(name, String(trimmed(text)), type);
-    if (const auto boolean = type == CIMKeyBinding::BOOLEAN ? readBoolean(text) : std::nullopt)
+    }
+    if (const auto boolean = type == CIMKeyBinding::BOOLEAN ? readBoolean(text) : std::nullopt) {
         return CIMKeyBinding(name, *boolean ? "TRUE" : "FALSE", type);
+    }
     return CIMKeyBinding(name, String(text), CIMKeyBinding::STRING);
 }
 

@@ -12,16 +12,18 @@ char folded(char c) noexcept { return c >= 'A' && c <= 'Z' ? static_cast<char>(c
 
 std::size_t PropertyNames::hashOf(const CIMName& name) noexcept {
     std::size_t hash = 0;
-    for (const char c : name.getString().view())
+    for (const char c : name.getString().view()) {
         hash = 31 * hash + static_cast<unsigned char>(folded(c));
+    }
     return hash ^ hash >> 17U;
 }
 
 /// Returns the index that the name had before.
 Uint32 PropertyNames::note(const CIMName& name, Uint32 index) {
     std::string key(name.getString().view());
-    for (char& c : key)
+    for (char& c : key) {
         c = folded(c);
+    }
     const auto [known, isNew] = indices_.try_emplace(std::move(key), index);
     return isNew ? PEG_NOT_FOUND : std::exchange(known->second, index);
 }

@@ -23,8 +23,9 @@ class PropertyNames {
     /// PEG_NOT_FOUND, as a rule, when it has none.
     template <class Owner>
     Uint32 add(const Owner& owner, const CIMName& name, std::size_t hash) {
-        if (takeHash(hash) && indices_.empty())
+        if (takeHash(hash) && indices_.empty()) {
             return PEG_NOT_FOUND;
+        }
         return addKnownHash(owner, name);
     }
 
@@ -49,10 +50,12 @@ class PropertyNames {
     Uint32 addKnownHash(const Owner& owner, const CIMName& name) {
         const Uint32 count = owner.getPropertyCount();
         if (indices_.empty()) {
-            if (count <= kFew && owner.findProperty(name) == PEG_NOT_FOUND)
+            if (count <= kFew && owner.findProperty(name) == PEG_NOT_FOUND) {
                 return PEG_NOT_FOUND;
-            for (Uint32 i = 0; i < count; ++i)
+            }
+            for (Uint32 i = 0; i < count; ++i) {
                 note(owner.getProperty(i).getName(), i);
+            }
         }
         return note(name, count);
     }

@@ -21,8 +21,9 @@ const QualifierMemory::Known* QualifierMemory::find(std::string_view text) const
 void QualifierMemory::add(Known known) {
     const std::size_t size = known.text.size();
     full_ = full_ || size > kMaxRememberedQualifierBytes - bytes_;
-    if (!full_ && all_.emplace(hashOf(known.text), std::move(known)).second)
+    if (!full_ && all_.emplace(hashOf(known.text), std::move(known)).second) {
         bytes_ += size;
+    }
 }
 
 void QualifierMemory::clear() noexcept {

@@ -38,36 +38,41 @@ void RequestEncoder::addNumber(std::string_view parameter, Uint64 value) {
 }
 
 void RequestEncoder::addClassName(std::string_view parameter, const CIMName& name) {
-    if (name.isNull())
+    if (name.isNull()) {
         return;
+    }
     open(parameter);
     appendClassName(body_, name);
     close();
 }
 
 void RequestEncoder::addInstanceName(std::string_view parameter, const CIMObjectPath& path) {
-    if (path.getClassName().isNull())
+    if (path.getClassName().isNull()) {
         return;
+    }
     open(parameter);
     appendInstanceName(body_, path);
     close();
 }
 
 void RequestEncoder::addObjectName(std::string_view parameter, const CIMObjectPath& path) {
-    if (path.getClassName().isNull())
+    if (path.getClassName().isNull()) {
         return;
+    }
     open(parameter);
     appendObjectName(body_, path);
     close();
 }
 
 void RequestEncoder::addPropertyList(std::string_view parameter, const CIMPropertyList& list) {
-    if (list.isNull())
+    if (list.isNull()) {
         return;
+    }
     open(parameter);
     body_ += "<VALUE.ARRAY>";
-    for (Uint32 i = 0; i < list.size(); ++i)
+    for (Uint32 i = 0; i < list.size(); ++i) {
         appendTextValue(body_, list[i].getString().view());
+    }
     body_ += "</VALUE.ARRAY>";
     close();
 }

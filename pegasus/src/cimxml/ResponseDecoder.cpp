@@ -54,8 +54,9 @@ void addInstance(CIMException& error, ObjectDecoder& objects, XmlReader& reader)
     try {
         error.addError(objects.decodeInstance(reader));
     } catch (const DecodingError& bad) {
-        if (bad.kind != DecodingError::Kind::Content && bad.kind != DecodingError::Kind::Incomplete)
+        if (bad.kind != DecodingError::Kind::Content && bad.kind != DecodingError::Kind::Incomplete) {
             throw;
+        }
         reader.skipTo(outside);
     }
 }
@@ -63,15 +64,17 @@ void addInstance(CIMException& error, ObjectDecoder& objects, XmlReader& reader)
 /// The server's error in an ERROR element.
 CIMException decodeError(ObjectDecoder& objects, XmlReader& reader) {
     const auto code = decodeScalar<Uint32>(reader.attributes().get("CODE"));
-    if (code == CIM_ERR_SUCCESS)
+    if (code == CIM_ERR_SUCCESS) {
         throwXmlError({"it reports an error with the code 0"});
+    }
     const String description(reader.attributes().find("DESCRIPTION").value_or(std::string_view()));
     CIMException error = detail::serverError(code, description);
     while (reader.nextElement()) {
-        if (reader.name() == "INSTANCE")
+        if (reader.name() == "INSTANCE") {
             addInstance(error, objects, reader);
-        else
+        } else {
             reader.skip();
+        }
     }
     return error;
 }
@@ -124,8 +127,9 @@ class ResponseDecoder::Impl {
 
     void finish() {
         explaining([&] { takeEnd(); });
-        if (error_)
+        if (error_) {
             throw CIMException(*error_);
+        }
     }
 
     Uint64 bytes() const noexcept { return bytes_; }
@@ -133,23 +137,28 @@ class ResponseDecoder::Impl {
   private:
     void take(std::string_view chunk) {
         bytes_ += chunk.size();
-        if (bytes_ > limits_.answerBytes)
+        if (bytes_ > limits_.answerBytes) {
             throwPastLimit({"it has more than ", std::to_string(limits_.answerBytes), " bytes"});
+        }
         input_.append(chunk);
-        if (input_.unread().size() >= enough_ || input_.endsBadly())
+        if (input_.unread().size() >= enough_ || input_.endsBadly()) {
             readOn();
+        }
     }
 
     void takeEnd() {
         input_.end();
         readOn();
         reading_ = false;
-        if (bytes_ == 0)
+        if (bytes_ == 0) {
             throwXmlError({"its body is empty"});
-        if (atStart_ || level_ != 0 || !input_.isEmpty())
+        }
+        if (atStart_ || level_ != 0 || !input_.isEmpty()) {
             throwMalformed({"it ends in the middle of the document"});
-        if (nextLevel_ < kInMethodResponse)
+        }
+        if (nextLevel_ < kInMethodResponse) {
             throwXmlError({"it has no ", kEnvelope[nextLevel_]});
+        }
     }
 
     /// Turns what decoding throws into what the API throws.
@@ -159,8 +168,9 @@ class ResponseDecoder::Impl {
             work();
         } catch (const DecodingError& error) {
             const String message(explain(error));
-            if (error.kind == DecodingError::Kind::Limit)
+            if (error.kind == DecodingError::Kind::Limit) {
                 throw detail::Marked<CIMClientXmlException, ExceedsLimit>(message);
+            }
             throw CIMClientXmlException(message);
         }
     }
@@ -169,17 +179,20 @@ class ResponseDecoder::Impl {
     std::string explain(const DecodingError& error) const {
         const std::string_view text = input_.unread();
         std::size_t at = text.size();
-        if (reading_)
+        if (reading_) {
             at = error.kind == DecodingError::Kind::Content ? reader_.tagPosition() : reader_.position();
+        }
         const std::string_view upTo = text.substr(0, reading_ ? reader_.position() : text.size());
         const auto place = std::make_unique<Whereabouts>(upTo, parent());
         place->goTo(at);
         std::string message = "the server's answer is not good CIM-XML: " + error.what + place->text();
-        if (bytes_ != 0)
+        if (bytes_ != 0) {
             message += ", at byte " + std::to_string(input_.offsetOf(at));
+        }
         if (const std::string_view there = beginningOf(text.substr(at), kLongestExcerpt);
-            !error.value && !there.empty())
+            !error.value && !there.empty()) {
             message.append(": ").append(there);
+        }
         return message;
     }
 
@@ -195,10 +208,12 @@ class ResponseDecoder::Impl {
             }
         } catch (const EndOfText&) {
             const std::size_t waiting = input_.unread().size();
-            if (!inObject_)
+            if (!inObject_) {
                 checkFrame(waiting);
-            if (waiting >= kMaxObjectBytes)
+            }
+            if (waiting >= kMaxObjectBytes) {
                 throwPastLimit({"one object is larger than ", std::to_string(kMaxObjectBytes >> 20U), " MiB"});
+            }
             enough_ = std::min(2 * waiting, kMaxObjectBytes);
         }
         if (input_.endsBadly()) {
@@ -219,20 +234,24 @@ class ResponseDecoder::Impl {
         hasReported_ = false;
         objectBegin_ = between;
         if (ahead == XmlReader::Ahead::Text) {
-            if (takesNullsAt(reader_.position()))
+            if (takesNullsAt(reader_.position())) {
                 return true;
+            }
             throwText();
         }
-        if (ahead == XmlReader::Ahead::EndTag)
+        if (ahead == XmlReader::Ahead::EndTag) {
             leaveEnvelope();
-        else if (ahead == XmlReader::Ahead::Element)
+        } else if (ahead == XmlReader::Ahead::Element) {
             readElement();
-        if (inObject_)
+        }
+        if (inObject_) {
             countObject(between);
-        else
+        } else {
             countFrame(reader_.position());
-        if (!hasReported_)
+        }
+        if (!hasReported_) {
             reportRepairs(inObject_ ? between : reader_.position());
+        }
         input_.take(reader_.position());
         reading_ = false;
         return ahead != XmlReader::Ahead::Nothing || (isBehindDocument() && input_.takeNulls());
@@ -242,8 +261,9 @@ class ResponseDecoder::Impl {
 
     /// Takes what stands for null characters in a text that is repaired, behind the document and at a position.
     bool takesNullsAt(std::size_t position) {
-        if (!isBehindDocument() || !InputText::isReplaced(input_.unread().substr(position)))
+        if (!isBehindDocument() || !InputText::isReplaced(input_.unread().substr(position))) {
             return false;
+        }
         countFrame(position);
         input_.take(position);
         reading_ = false;
@@ -251,10 +271,12 @@ class ResponseDecoder::Impl {
     }
 
     [[noreturn]] void throwText() const {
-        if (isBehindDocument())
+        if (isBehindDocument()) {
             throwMalformed({"there is text between the elements, behind the end of the document"});
-        if (level_ == 0)
+        }
+        if (level_ == 0) {
             throwMalformed({kindOf(input_.unread().substr(reader_.position()))});
+        }
         throwMalformed({"there is text between the elements"});
     }
 
@@ -265,22 +287,25 @@ class ResponseDecoder::Impl {
 
     /// Sees to it that what belongs to no object stays short, from one object to the next.
     void checkFrame(std::size_t length) const {
-        if (frameBytes_ + length > limits_.frameBytes)
+        if (frameBytes_ + length > limits_.frameBytes) {
             throwPastLimit({"more than ", std::to_string(limits_.frameBytes), " bytes in a row belong to no object"});
+        }
     }
 
     /// Counts an object, and what stood before it.
     void countObject(std::size_t between) {
         countFrame(between);
-        if (++objectCount_ > limits_.answerObjects)
+        if (++objectCount_ > limits_.answerObjects) {
             throwPastLimit({"it has more than ", std::to_string(limits_.answerObjects), " objects"});
+        }
         frameBytes_ = 0;
     }
 
     void skipByteOrderMark() {
         const std::string_view unread = input_.unread();
-        if (!atStart_ || unread.empty())
+        if (!atStart_ || unread.empty()) {
             return;
+        }
         input_.take(unread.size() - withoutByteOrderMark(unread).size());
         atStart_ = false;
     }
@@ -292,18 +317,19 @@ class ResponseDecoder::Impl {
 
     void readElement() {
         reader_.nextElement();
-        if (isEnvelope(reader_.name()))
+        if (isEnvelope(reader_.name())) {
             enterEnvelope();
-        else if (reader_.name() == "CORRELATOR")
+        } else if (reader_.name() == "CORRELATOR") {
             reader_.skip(); // for whoever relates messages to each other
-        else if (level_ == kInReturnValue)
+        } else if (level_ == kInReturnValue) {
             deliver(reader_.name());
-        else if (reader_.name() == "ERROR")
+        } else if (reader_.name() == "ERROR") {
             readError();
-        else if (reader_.name() == "PARAMVALUE")
+        } else if (reader_.name() == "PARAMVALUE") {
             takeOutputParameter();
-        else
+        } else {
             throwXmlError({"the element ", reader_.name(), " does not belong into ", kEnvelope[kInMethodResponse - 1]});
+        }
     }
 
     /// The first one counts.
@@ -311,31 +337,37 @@ class ResponseDecoder::Impl {
         objects_->startObject();
         const CIMException error = decodeError(*objects_, reader_);
         reportFindings();
-        if (!error_)
+        if (!error_) {
             error_.emplace(error);
+        }
     }
 
     /// Whether an element that begins here is the next one of the envelope, and not an element that it holds.
     bool isEnvelope(std::string_view name) const {
-        if (level_ == nextLevel_ && level_ < kEnvelope.size() && name == kEnvelope[level_])
+        if (level_ == nextLevel_ && level_ < kEnvelope.size() && name == kEnvelope[level_]) {
             return true;
-        if (level_ == kInMethodResponse - 1 && name == "METHODRESPONSE")
+        }
+        if (level_ == kInMethodResponse - 1 && name == "METHODRESPONSE") {
             throw CIMClientResponseException(
                 "the server answers another request: a METHODRESPONSE is for extrinsic methods");
-        if (level_ < kInMethodResponse && name != "CORRELATOR")
+        }
+        if (level_ < kInMethodResponse && name != "CORRELATOR") {
             throwXmlError({"the element ", name, " stands where ",
                            level_ == nextLevel_ ? kEnvelope[level_] : std::string_view("nothing more"),
                            " is expected"});
+        }
         return false;
     }
 
     void enterEnvelope() {
         if (reader_.name() == "MESSAGE") {
-            if (const auto id = trimmed(reader_.attributes().get("ID")); id != trimmed(messageId_))
+            if (const auto id = trimmed(reader_.attributes().get("ID")); id != trimmed(messageId_)) {
                 throwForeign("message ID", id, messageId_);
+            }
         } else if (reader_.name() == "IMETHODRESPONSE") {
-            if (const auto name = trimmed(reader_.attributes().get("NAME")); name != trimmed(method_))
+            if (const auto name = trimmed(reader_.attributes().get("NAME")); name != trimmed(method_)) {
                 throwForeign("method", name, method_);
+            }
         }
         nextLevel_ = level_ + 1;
         level_ += reader_.tag().isEmpty ? 0 : 1;
@@ -395,20 +427,24 @@ class ResponseDecoder::Impl {
     /// Hands out what was lenient about the object that was decoded last. Before the sink has it, which may want no
     /// more.
     void reportFindings(const CIMName& className = CIMName(), const CIMObjectPath& path = CIMObjectPath()) {
-        if (objects_->findings().count() != 0)
+        if (objects_->findings().count() != 0) {
             addFindings(className, path);
-        if (inObject_)
+        }
+        if (inObject_) {
             reportRepairs(objectBegin_);
+        }
     }
 
     void addFindings(const CIMName& className, const CIMObjectPath& path) {
         const ObjectFindings& found = objects_->findings();
         const String pathText = path.getClassName().isNull() ? String() : cut(path.toString().view());
-        for (const auto& finding : found.first())
+        for (const auto& finding : found.first()) {
             findings_->add({finding.kind, className.getString(), pathText, String(finding.element),
                             String(finding.text), String(finding.reason), input_.offsetOf(finding.position)});
-        for (const auto kind : {LenientFinding::UNREADABLE_VALUE, LenientFinding::DOUBLED_PROPERTY})
+        }
+        for (const auto kind : {LenientFinding::UNREADABLE_VALUE, LenientFinding::DOUBLED_PROPERTY}) {
             findings_->addMore(kind, found.countOfOthers(kind));
+        }
     }
 
     static String cut(std::string_view text) {
@@ -422,8 +458,9 @@ class ResponseDecoder::Impl {
         hasReported_ = true;
         const auto& repairs = input_.repairs();
         const bool hasSome = !repairs.empty() && input_.positionOf(repairs.front()) < reader_.position();
-        if (hasSome && !isBehindDocument())
+        if (hasSome && !isBehindDocument()) {
             addRepairs(object, reader_.position());
+        }
     }
 
     void addRepairs(std::size_t object, std::size_t length) {
@@ -432,19 +469,22 @@ class ResponseDecoder::Impl {
         std::optional<std::string> last; // of the object
         for (const auto& repair : input_.repairs()) {
             const std::size_t at = input_.positionOf(repair);
-            if (at >= length)
+            if (at >= length) {
                 break;
+            }
             place->goTo(at);
             const bool isInObject = at >= object;
             const std::string_view excerpt =
                 isInObject ? excerptAround(at - object, text.substr(object)) : markupAround(at, text);
             std::string element = place->element();
-            if (!isInObject || element != last)
+            if (!isInObject || element != last) {
                 findings_->add({LenientFinding::FOREIGN_BYTES, cut(place->className()), cut(place->path()),
                                 String(element), String(excerpt), String(InputText::textOf(repair)),
                                 input_.offsetOf(at)});
-            if (isInObject)
+            }
+            if (isInObject) {
                 last = std::move(element);
+            }
         }
     }
 
@@ -468,25 +508,30 @@ class ResponseDecoder::Impl {
         std::optional<CIMClass> cimClass;
         objects_->startObject();
         while (reader_.nextElement()) {
-            if (reader_.name() == "VALUE")
+            if (reader_.name() == "VALUE") {
                 text.emplace(reader_.text());
-            else if (reader_.name() == "CLASS")
+            } else if (reader_.name() == "CLASS") {
                 cimClass.emplace(objects_->decodeClass(reader_));
-            else
+            } else {
                 reader_.skip();
+            }
         }
-        if (cimClass)
+        if (cimClass) {
             reportFindings(cimClass->getClassName());
-        if (text)
+        }
+        if (text) {
             sink_.onOutputText(name, *text);
-        if (cimClass)
+        }
+        if (cimClass) {
             sink_.onOutputClass(name, *cimClass);
+        }
     }
 
     [[noreturn]] void refuse(std::string_view name) {
         reader_.skip();
-        if (isOtherReturnValue(name))
+        if (isOtherReturnValue(name)) {
             throwUnexpectedObject(name);
+        }
         throwXmlError({"the element ", name, " does not belong into IRETURNVALUE"});
     }
 

@@ -21,15 +21,17 @@ namespace {
 /// Takes a sign off the front; returns whether it was a minus.
 bool takeSign(std::string_view& digits) {
     const bool negative = !digits.empty() && digits.front() == '-';
-    if (negative || (!digits.empty() && digits.front() == '+'))
+    if (negative || (!digits.empty() && digits.front() == '+')) {
         digits.remove_prefix(1);
+    }
     return negative;
 }
 
 bool takeHexadecimalPrefix(std::string_view& digits) {
     const bool hexadecimal = digits.size() > 2 && digits[0] == '0' && (digits[1] == 'x' || digits[1] == 'X');
-    if (hexadecimal)
+    if (hexadecimal) {
         digits.remove_prefix(2);
+    }
     return hexadecimal;
 }
 
@@ -41,13 +43,15 @@ Integer decodeInteger(std::string_view text) {
     Uint64 magnitude = 0;
     const char* const end = digits.data() + digits.size();
     const auto [last, error] = std::from_chars(digits.data(), end, magnitude, base);
-    if (error == std::errc::invalid_argument || last != end)
+    if (error == std::errc::invalid_argument || last != end) {
         throwBadValue("not an integer", text);
+    }
 
     constexpr auto kMaximum = static_cast<Uint64>(std::numeric_limits<Integer>::max());
     constexpr Uint64 kLowest = std::is_signed_v<Integer> ? kMaximum + 1 : 0;
-    if (error != std::errc() || magnitude > (negative ? kLowest : kMaximum))
+    if (error != std::errc() || magnitude > (negative ? kLowest : kMaximum)) {
         throwBadValue("integer out of range", text);
+    }
     return static_cast<Integer>(negative ? Uint64{0} - magnitude : magnitude);
 }
 
@@ -69,27 +73,32 @@ std::optional<Real> readReal(std::string_view text) {
     Real real{};
     const char* const end = digits.data() + digits.size();
     const auto [last, error] = std::from_chars(digits.data(), end, real, format);
-    if (error == std::errc::invalid_argument || last != end || digits.front() == '-')
+    if (error == std::errc::invalid_argument || last != end || digits.front() == '-') {
         return std::nullopt;
-    if (error != std::errc())
+    }
+    if (error != std::errc()) {
         real = decodeExtreme<Real>(digits);
+    }
     return std::copysign(real, negative ? Real{-1} : Real{1});
 }
 
 template <class Real>
 Real decodeReal(std::string_view text) {
     const auto real = readReal<Real>(text);
-    if (!real)
+    if (!real) {
         throwBadValue("not a real", text);
+    }
     return *real;
 }
 
 /// The bytes of a short text as one number, to compare many at once; 0 for one that does not fit.
 constexpr Uint64 packed(std::string_view text) {
     Uint64 bytes = 0;
-    if (text.size() <= sizeof bytes)
-        for (const char c : text)
+    if (text.size() <= sizeof bytes) {
+        for (const char c : text) {
             bytes = bytes << 8U | static_cast<Uint8>(c);
+        }
+    }
     return bytes;
 }
 
@@ -104,16 +113,18 @@ bool isNumber(std::string_view text) { return readReal<Real64>(text).has_value()
 
 std::optional<Boolean> readBoolean(std::string_view text) {
     const std::string_view word = trimmed(text);
-    if (isWord(word, "TRUE"))
+    if (isWord(word, "TRUE")) {
         return true;
+    }
     return isWord(word, "FALSE") ? std::optional(false) : std::nullopt;
 }
 
 template <>
 Boolean decodeScalar(std::string_view text) {
     const auto boolean = readBoolean(text);
-    if (!boolean)
+    if (!boolean) {
         throwBadValue("not a boolean", text);
+    }
     return *boolean;
 }
 
@@ -135,8 +146,9 @@ template <>
 Char16 decodeScalar(std::string_view text) {
     std::string_view rest = text;
     const std::uint32_t codePoint = rest.empty() ? 0 : takeCharacter(rest);
-    if (text.empty() || !rest.empty() || codePoint > 0xFFFF)
+    if (text.empty() || !rest.empty() || codePoint > 0xFFFF) {
         throwBadValue("not one UTF-16 character", text);
+    }
     return Char16(static_cast<Uint16>(codePoint));
 }
 
@@ -151,8 +163,9 @@ CIMDateTime decodeScalar(std::string_view text) {
 }
 
 CIMType decodeType(std::string_view name) {
-    if (const std::string_view word = trimmed(name); word.size() != name.size())
+    if (const std::string_view word = trimmed(name); word.size() != name.size()) {
         return decodeType(word);
+    }
     switch (packed(name)) {
     case packed("boolean"):
         return CIMTYPE_BOOLEAN;

@@ -14,11 +14,13 @@ class TagFacts {
     /// What `decode(tag)` says of the tag now, or said when it was asked before. Valid up to the next call.
     template <class Decode>
     const Fact& get(const StartTag& tag, Decode decode) {
-        if (facts_.size() <= tag.number)
+        if (facts_.size() <= tag.number) {
             facts_.resize(tag.number + 1);
+        }
         std::optional<Fact>& fact = facts_[tag.number];
-        if (!fact || tag.number == 0)
+        if (!fact || tag.number == 0) {
             fact = decode(tag);
+        }
         return *fact;
     }
 

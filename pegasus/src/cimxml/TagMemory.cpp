@@ -10,15 +10,18 @@ RememberedTag::RememberedTag(const StartTag& tag, std::string_view itsText) : St
     };
     element = copied(tag.element);
     attributes.reset(element);
-    for (const auto& [name, value] : tag.attributes)
+    for (const auto& [name, value] : tag.attributes) {
         attributes.add(copied(name), copied(value));
+    }
 }
 
 RememberedTag* TagMemory::remember(const StartTag& tag, std::string_view text) {
-    if (const auto known = tags_.find(text); known != tags_.end())
+    if (const auto known = tags_.find(text); known != tags_.end()) {
         return known->second.get();
-    if (isFull() || text.size() > kMaxRememberedTagBytes)
+    }
+    if (isFull() || text.size() > kMaxRememberedTagBytes) {
         return nullptr;
+    }
     auto remembered = std::make_unique<RememberedTag>(tag, text);
     remembered->number = tags_.size() + 1;
     const std::string_view key = remembered->text;

@@ -50,8 +50,9 @@ Whereabouts::Whereabouts(std::string_view text, std::string_view parent) : text_
 
 void Whereabouts::goTo(std::size_t position) {
     try {
-        while (!ended_ && reader_.position() <= position)
+        while (!ended_ && reader_.position() <= position) {
             step();
+        }
     } catch (const EndOfText&) {
         ended_ = true;
     } catch (const DecodingError&) {
@@ -60,8 +61,9 @@ void Whereabouts::goTo(std::size_t position) {
 }
 
 void Whereabouts::step() {
-    if (std::exchange(left_, false) && !open_.empty())
+    if (std::exchange(left_, false) && !open_.empty()) {
         open_.pop_back();
+    }
     if (!open_.empty() && isText(open_.back().element)) {
         reader_.text();
         left_ = true;
@@ -82,8 +84,9 @@ void Whereabouts::enter() {
         next.isProperty = label->word.empty();
     }
     noteObject();
-    if (open_.size() <= 2 && path_.empty() && isPath(next.element))
+    if (open_.size() <= 2 && path_.empty() && isPath(next.element)) {
         notePath();
+    }
 }
 
 void Whereabouts::noteObject() {
@@ -120,8 +123,9 @@ std::string Whereabouts::element(std::string_view wordForProperty) const {
 std::string Whereabouts::text() const {
     const std::string names = element("property ");
     std::string object = path_;
-    if (object.empty() && !className_.empty())
+    if (object.empty() && !className_.empty()) {
         object = (isClass_ ? "the class " : "an instance of ") + className_;
+    }
     std::string where = names.empty() && object.empty() ? "" : ", in ";
     where.append(names).append(names.empty() || object.empty() ? "" : " of ").append(object);
     return where;

@@ -25,14 +25,18 @@ bool isPlainBlock(const char* block) noexcept {
 
 /// How long the UTF-8 form is that begins with this byte; 0 when none does.
 std::size_t lengthFrom(std::uint8_t first) noexcept {
-    if (first < 0x80)
+    if (first < 0x80) {
         return 1;
-    if (first < 0xC2)
+    }
+    if (first < 0xC2) {
         return 0;
-    if (first < 0xE0)
+    }
+    if (first < 0xE0) {
         return 2;
-    if (first < 0xF0)
+    }
+    if (first < 0xF0) {
         return 3;
+    }
     return first < 0xF5 ? 4 : 0;
 }
 
@@ -45,11 +49,14 @@ struct Form {
 Form firstForm(std::string_view text) noexcept {
     constexpr Form kNone = {0, 0};
     const std::size_t length = lengthFrom(byteAt(text, 0));
-    if (length == 0 || length > text.size())
+    if (length == 0 || length > text.size()) {
         return kNone;
-    for (std::size_t i = 1; i < length; ++i)
-        if ((byteAt(text, i) & 0xC0U) != 0x80U)
+    }
+    for (std::size_t i = 1; i < length; ++i) {
+        if ((byteAt(text, i) & 0xC0U) != 0x80U) {
             return kNone;
+        }
+    }
     const std::uint32_t codePoint = takeCharacter(text);
     const bool overlong = (length == 3 && codePoint < 0x800) || (length == 4 && codePoint < 0x10000);
     return overlong || codePoint > 0x10FFFF ? kNone : Form{length, codePoint};
@@ -68,8 +75,9 @@ std::uint32_t takeCharacter(std::string_view& text) noexcept {
     constexpr std::uint8_t kPayload[] = {0, 0x7F, 0x1F, 0x0F, 0x07};
     const std::size_t length = lengthFrom(byteAt(text, 0));
     std::uint32_t codePoint = byteAt(text, 0) & kPayload[length];
-    for (std::size_t i = 1; i < length; ++i)
+    for (std::size_t i = 1; i < length; ++i) {
         codePoint = codePoint << 6U | (byteAt(text, i) & 0x3FU);
+    }
     text.remove_prefix(length);
     return codePoint;
 }
@@ -82,8 +90,9 @@ std::size_t lengthOfCharacters(std::string_view text) noexcept {
             continue;
         }
         const Form form = firstForm(rest);
-        if (form.length == 0 || !isAcceptedCharacter(form.codePoint))
+        if (form.length == 0 || !isAcceptedCharacter(form.codePoint)) {
             break;
+        }
         rest.remove_prefix(form.length);
     }
     return text.size() - rest.size();
@@ -94,8 +103,9 @@ std::string codePointText(std::uint32_t codePoint) {
     std::string text = "U+";
     for (unsigned shift = codePoint > 0xFFFFF ? 20 : codePoint > 0xFFFF ? 16 : 12;; shift -= 4) {
         text += kDigits[codePoint >> shift & 0xFU];
-        if (shift == 0)
+        if (shift == 0) {
             return text;
+        }
     }
 }
 

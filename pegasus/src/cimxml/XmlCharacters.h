@@ -47,10 +47,12 @@ constexpr std::string_view withoutByteOrderMark(std::string_view text) noexcept 
 
 /// The text without white space at either end.
 constexpr std::string_view trimmed(std::string_view text) noexcept {
-    while (!text.empty() && isXmlSpace(text.front()))
+    while (!text.empty() && isXmlSpace(text.front())) {
         text.remove_prefix(1);
-    while (!text.empty() && isXmlSpace(text.back()))
+    }
+    while (!text.empty() && isXmlSpace(text.back())) {
         text.remove_suffix(1);
+    }
     return text;
 }
 

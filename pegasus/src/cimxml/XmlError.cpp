@@ -14,8 +14,9 @@ std::string textOf(std::initializer_list<std::string_view> parts) {
     for (const std::string_view part : parts) {
         const std::string_view shown = beginningOf(part, kLongestPart);
         text += shown;
-        if (shown.size() != part.size())
+        if (shown.size() != part.size()) {
             text += "...";
+        }
     }
     return text;
 }
@@ -29,8 +30,9 @@ std::string textOf(std::initializer_list<std::string_view> parts) {
 std::string_view beginningOf(std::string_view text, std::size_t length) noexcept {
     const auto isContinuation = [&](std::size_t at) { return (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80U; };
     std::size_t end = std::min(length, text.size());
-    while (end != 0 && end != text.size() && isContinuation(end))
+    while (end != 0 && end != text.size() && isContinuation(end)) {
         --end;
+    }
     return text.substr(0, end);
 }
 

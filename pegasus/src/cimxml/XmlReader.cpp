@@ -60,19 +60,23 @@ void XmlReader::start(std::string_view text, std::string_view parent) noexcept {
 
 XmlReader::Ahead XmlReader::ahead() {
     skipBetween();
-    if (at_ == end_)
+    if (at_ == end_) {
         return Ahead::Nothing;
-    if (*at_ != '<' || !isAtTag())
+    }
+    if (*at_ != '<' || !isAtTag()) {
         return Ahead::Text;
+    }
     return isAtEndTag() ? Ahead::EndTag : Ahead::Element;
 }
 
 bool XmlReader::nextElement() {
-    if (leaveEmptyTag())
+    if (leaveEmptyTag()) {
         return false;
+    }
     skipSpace();
-    if ((peek() != '<' || !isAtTag()) && !trimmed(takeCharacters()).empty())
+    if ((peek() != '<' || !isAtTag()) && !trimmed(takeCharacters()).empty()) {
         throwIncomplete({"there is text between the elements of ", name()});
+    }
     if (isAtEndTag()) {
         takeEndTag();
         return false;
@@ -82,8 +86,9 @@ bool XmlReader::nextElement() {
 }
 
 std::string_view XmlReader::text() {
-    if (leaveEmptyTag())
+    if (leaveEmptyTag()) {
         return {};
+    }
     const std::string_view characters = takeCharacters();
     if (!isAtEndTag()) {
         takeStartTag();
@@ -95,13 +100,15 @@ std::string_view XmlReader::text() {
 
 void XmlReader::skipTo(std::size_t depth) {
     while (depth_ > depth) {
-        if (leaveEmptyTag())
+        if (leaveEmptyTag()) {
             continue;
+        }
         takeCharacters();
-        if (isAtEndTag())
+        if (isAtEndTag()) {
             takeEndTag();
-        else
+        } else {
             takeStartTag();
+        }
     }
 }
 
@@ -118,8 +125,9 @@ void XmlReader::skipBadTextTo(std::size_t depth) {
 
 std::string_view XmlReader::elementUpTo(std::string_view endTag, std::size_t longest) const noexcept {
     const auto tagLength = static_cast<std::size_t>(at_ - tagBegin_);
-    if (emptyTag_ || tagLength > longest)
+    if (emptyTag_ || tagLength > longest) {
         return {};
+    }
     const std::string_view text(tagBegin_, std::min(static_cast<std::size_t>(end_ - tagBegin_), longest));
     const std::size_t end = text.find(endTag, tagLength);
     return end == std::string_view::npos ? std::string_view() : text.substr(0, end + endTag.size());
@@ -137,47 +145,55 @@ void XmlReader::throwUnexpected() const {
 
 inline void XmlReader::countNodes(std::size_t count) {
     nodes_ += count;
-    if (nodes_ > kMaxNodes)
+    if (nodes_ > kMaxNodes) {
         throwPastLimit({"one object has more than ", std::to_string(kMaxNodes),
                         " elements, attributes, comments and CDATA sections"});
-    if (position() - checkedUpTo_ >= kBytesBetweenCheckpoints)
+    }
+    if (position() - checkedUpTo_ >= kBytesBetweenCheckpoints) {
         passCheckpoint();
+    }
 }
 
 void XmlReader::passCheckpoint() {
     checkedUpTo_ = position();
-    if (checkpoint_ != nullptr)
+    if (checkpoint_ != nullptr) {
         checkpoint_->pass();
+    }
 }
 
 inline char XmlReader::peek() const {
-    if (at_ == end_)
+    if (at_ == end_) {
         throw EndOfText();
+    }
     return *at_;
 }
 
 /// Whether the text goes on with `expected`.
 bool XmlReader::isNext(std::string_view expected) const {
     const std::string_view next = rest().substr(0, expected.size());
-    if (next == expected)
+    if (next == expected) {
         return true;
-    if (next == expected.substr(0, next.size()))
+    }
+    if (next == expected.substr(0, next.size())) {
         throw EndOfText();
+    }
     return false;
 }
 
 /// Whether a '<' begins a tag, and not a CDATA section, a comment or a processing instruction.
 inline bool XmlReader::isAtTag() const {
-    if (end_ - at_ < 2)
+    if (end_ - at_ < 2) {
         throw EndOfText();
+    }
     return at_[1] != '!' && at_[1] != '?';
 }
 
 /// Returns whether there was any white space.
 inline bool XmlReader::skipSpace() noexcept {
     const char* const before = at_;
-    while (at_ != end_ && isXmlSpace(*at_))
+    while (at_ != end_ && isXmlSpace(*at_)) {
         ++at_;
+    }
     return at_ != before;
 }
 
@@ -192,14 +208,15 @@ void XmlReader::skipBetween() {
 
 /// Skips a comment or a processing instruction.
 void XmlReader::skipMarkup() {
-    if (at_[1] == '?')
+    if (at_[1] == '?') {
         takeBetween("<?", "?>");
-    else if (isNext("<!--"))
+    } else if (isNext("<!--")) {
         takeBetween("<!--", "-->");
-    else if (isInDocument() && isNext(kDocumentType))
+    } else if (isInDocument() && isNext(kDocumentType)) {
         skipDocumentType();
-    else
+    } else {
         throwMalformed({"it has a document type or another declaration where none is accepted"});
+    }
 }
 
 /// Skips a document type that refers to its declarations; those that it holds itself could be entities.
@@ -208,8 +225,9 @@ void XmlReader::skipDocumentType() {
     countNodes(1);
     for (at_ = kEndsInDocumentType.findFirst(at_, end_); peek() != '>';
          at_ = kEndsInDocumentType.findFirst(at_, end_)) {
-        if (*at_ == '[' || *at_ == '<')
+        if (*at_ == '[' || *at_ == '<') {
             throwMalformed({"its document type has declarations, which are not accepted"});
+        }
         const char quote = *at_++;
         at_ = std::find(at_, end_, quote);
         peek();
@@ -222,8 +240,9 @@ void XmlReader::skipDocumentType() {
 std::string_view XmlReader::takeBetween(std::string_view opening, std::string_view terminator) {
     countNodes(1);
     const std::size_t end = rest().find(terminator, opening.size());
-    if (end == std::string_view::npos)
+    if (end == std::string_view::npos) {
         throw EndOfText();
+    }
     const std::string_view between = rest().substr(opening.size(), end - opening.size());
     at_ += end + terminator.size();
     return between;
@@ -250,20 +269,24 @@ void XmlReader::takeStartTag() {
 
 /// Skips a tag if it is the next one. (It is as long as the text: a tag does not begin with another.)
 inline bool XmlReader::skipTag(const RememberedTag* tag) noexcept {
-    if (tag == nullptr || rest().size() < tag->text.size() || std::memcmp(at_, tag->text.data(), tag->text.size()) != 0)
+    if (tag == nullptr || rest().size() < tag->text.size() ||
+        std::memcmp(at_, tag->text.data(), tag->text.size()) != 0) {
         return false;
+    }
     at_ += tag->text.size();
     return true;
 }
 
 inline void XmlReader::enter(const StartTag& tag, RememberedTag*& firstChild) {
     countNodes(1 + tag.attributes.count());
-    if (depth_ == kMaxNesting)
+    if (depth_ == kMaxNesting) {
         throwPastLimit({"elements are nested deeper than ", std::to_string(kMaxNesting)});
+    }
     tag_ = &tag;
     emptyTag_ = tag.isEmpty;
-    if (++depth_ == open_.size())
+    if (++depth_ == open_.size()) {
         open_.emplace_back();
+    }
     open_[depth_] = {tag.element, &firstChild};
 }
 
@@ -275,13 +298,15 @@ RememberedTag* XmlReader::scanStartTag() {
     scannedTag_.attributes.reset(element);
     resolvedValues_.clear();
     for (bool spaced = skipSpace(); peek() != '>' && peek() != '/'; spaced = skipSpace()) {
-        if (!spaced)
+        if (!spaced) {
             throwMalformed({"the tag of ", element, " is malformed"});
+        }
         takeAttribute();
     }
     scannedTag_.isEmpty = *at_ == '/';
-    if (scannedTag_.isEmpty && !isNext("/>"))
+    if (scannedTag_.isEmpty && !isNext("/>")) {
         throwMalformed({"the tag of ", element, " is malformed"});
+    }
     at_ += scannedTag_.isEmpty ? 2 : 1;
     const bool isPlain = resolvedValues_.empty();
     return isPlain ? tags_.remember(scannedTag_, {tagBegin_, static_cast<std::size_t>(at_ - tagBegin_)}) : nullptr;
@@ -295,10 +320,12 @@ inline void XmlReader::takeAttribute() {
 inline std::string_view XmlReader::takeName() {
     const char* const begin = at_;
     at_ = kEndsName.findFirst(at_, end_);
-    if (at_ == end_)
+    if (at_ == end_) {
         throw EndOfText();
-    if (at_ == begin || !startsXmlName(*begin))
+    }
+    if (at_ == begin || !startsXmlName(*begin)) {
         throwMalformed({"a tag is malformed"});
+    }
     return {begin, static_cast<std::size_t>(at_ - begin)};
 }
 
@@ -309,12 +336,14 @@ inline std::string_view XmlReader::takeAttributeValue() {
     at_ += assigned ? 1 : 0;
     skipSpace();
     const char quote = peek();
-    if (!assigned || (quote != '"' && quote != '\''))
+    if (!assigned || (quote != '"' && quote != '\'')) {
         throwMalformed({"an attribute has no value in quotes"});
+    }
     const char* const begin = ++at_;
     at_ = kEndsPlainValue.findFirst(at_, end_);
-    if (peek() != quote)
+    if (peek() != quote) {
         return resolveAttributeValue(begin, quote);
+    }
     return {begin, static_cast<std::size_t>(at_++ - begin)};
 }
 
@@ -322,14 +351,16 @@ inline std::string_view XmlReader::takeAttributeValue() {
 std::string_view XmlReader::resolveAttributeValue(const char* begin, char quote) {
     std::string& value = resolvedValues_.emplace_front(begin, at_);
     for (char c = peek(); c != quote; c = peek()) {
-        if (c == '<')
+        if (c == '<') {
             throwMalformed({"the value of an attribute holds '<'"});
-        if (c == '&')
+        }
+        if (c == '&') {
             resolveReferenceInValue(value);
-        else if (isXmlSpace(c))
+        } else if (isXmlSpace(c)) {
             resolveLineEnd(' ', value);
-        else
+        } else {
             value += *at_++; // the other quote
+        }
         const char* const plain = at_;
         at_ = kEndsPlainValue.findFirst(at_, end_);
         value.append(plain, at_);
@@ -342,8 +373,9 @@ inline void XmlReader::takeEndTag() {
     const std::string_view element = name();
     const std::size_t length = element.size() + 3;
     if (element.empty() || rest().size() < length || at_[length - 1] != '>' ||
-        std::memcmp(at_ + 2, element.data(), element.size()) != 0)
+        std::memcmp(at_ + 2, element.data(), element.size()) != 0) {
         return takeOtherEndTag();
+    }
     at_ += length;
     --depth_;
 }
@@ -353,12 +385,15 @@ void XmlReader::takeOtherEndTag() {
     at_ += 2;
     const std::string_view ended = takeName();
     skipSpace();
-    if (peek() != '>')
+    if (peek() != '>') {
         throwMalformed({"the end tag of ", ended, " is malformed"});
-    if (name().empty())
+    }
+    if (name().empty()) {
         throwMalformed({"the end tag ", ended, " has no start tag"});
-    if (ended != name())
+    }
+    if (ended != name()) {
         throwMalformed({"the element ", name(), " ends with another tag: ", ended});
+    }
     ++at_;
     --depth_;
 }
@@ -367,8 +402,9 @@ void XmlReader::takeOtherEndTag() {
 /// 2.11).
 std::string_view XmlReader::takeCharacters() {
     const char* const begin = skipPlainText();
-    if (*at_ == '<' && isAtTag())
+    if (*at_ == '<' && isAtTag()) {
         return {begin, static_cast<std::size_t>(at_ - begin)};
+    }
     resolvedText_.assign(begin, at_);
     do {
         resolveSpecial();
@@ -381,24 +417,27 @@ std::string_view XmlReader::takeCharacters() {
 /// Skips characters that stand for themselves; returns where they begin. There is something else behind them.
 inline const char* XmlReader::skipPlainText() {
     const char* const begin = at_;
-    while (static_cast<std::size_t>(end_ - at_) >= kBlock && isPlainBlock(at_))
+    while (static_cast<std::size_t>(end_ - at_) >= kBlock && isPlainBlock(at_)) {
         at_ += kBlock;
+    }
     at_ = kEndsPlainText.findFirst(at_, end_);
-    if (at_ == end_)
+    if (at_ == end_) {
         throw EndOfText();
+    }
     return begin;
 }
 
 /// Takes what is no plain text and no tag.
 void XmlReader::resolveSpecial() {
-    if (*at_ == '&')
+    if (*at_ == '&') {
         resolveReferenceInText();
-    else if (*at_ == '\r')
+    } else if (*at_ == '\r') {
         resolveLineEnd('\n', resolvedText_);
-    else if (isNext(kCDataOpening))
+    } else if (isNext(kCDataOpening)) {
         resolveCData();
-    else
+    } else {
         skipMarkup();
+    }
 }
 
 /// Takes a line end, or other white space that is not a blank.
@@ -421,18 +460,20 @@ void XmlReader::resolveReferenceInValue(std::string& out) {
 /// In the text of an element. One that stands for no character spoils the text alone, and is left.
 void XmlReader::resolveReferenceInText() {
     const std::uint32_t character = takeReference();
-    if (isAcceptedCharacter(character))
+    if (isAcceptedCharacter(character)) {
         detail::appendUtf8(character, resolvedText_);
-    else if (!skipsBadText_)
+    } else if (!skipsBadText_) {
         throwXmlError({badReferenceText(character)});
+    }
 }
 
 std::uint32_t XmlReader::takeReference() {
     const std::string_view begin = rest().substr(0, kLongestReference);
     const std::size_t end = begin.find(';');
     if (end == std::string_view::npos) {
-        if (begin.size() < kLongestReference)
+        if (begin.size() < kLongestReference) {
             throw EndOfText();
+        }
         throwMalformed({"'&' begins no reference: ", begin});
     }
     const std::uint32_t character = characterOf(begin.substr(0, end + 1));

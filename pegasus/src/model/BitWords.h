@@ -12,10 +12,12 @@ template <std::size_t count>
 String bitWords(Uint32 bits, const std::array<const char*, count>& words) {
     std::string text;
     for (std::size_t bit = 0; bit < count; ++bit) {
-        if ((bits >> bit & 1U) == 0)
+        if ((bits >> bit & 1U) == 0) {
             continue;
-        if (!text.empty())
+        }
+        if (!text.empty()) {
             text += ' ';
+        }
         text += words[bit];
     }
     return String(std::string_view(text));

@@ -81,9 +81,11 @@ Boolean CIMClass::identical(const CIMClass& other) const {
 }
 
 void CIMClass::getKeyNames(Array<CIMName>& names) const {
-    for (Uint32 i = 0; i < rep_->properties.size(); ++i)
-        if (isKey(rep_->properties[i]))
+    for (Uint32 i = 0; i < rep_->properties.size(); ++i) {
+        if (isKey(rep_->properties[i])) {
             names.append(rep_->properties[i].getName());
+        }
+    }
 }
 
 Boolean CIMClass::hasKeys() const {

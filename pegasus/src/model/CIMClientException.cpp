@@ -8,12 +8,15 @@ namespace {
 
 String describe(Uint32 code, const String& reason, const String& cimError, const String& cimErrorDetail) {
     String message(std::string_view("HTTP error " + std::to_string(code)));
-    if (!reason.empty())
+    if (!reason.empty()) {
         message.append(String(" ")).append(reason);
-    if (!cimError.empty())
+    }
+    if (!cimError.empty()) {
         message.append(String(", CIMError: ")).append(cimError);
-    if (!cimErrorDetail.empty())
+    }
+    if (!cimErrorDetail.empty()) {
         message.append(String(", ")).append(cimErrorDetail);
+    }
     return message;
 }
 

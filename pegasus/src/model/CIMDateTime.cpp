@@ -45,8 +45,9 @@ std::string_view textOf(const Field& field, std::string_view text) { return text
 
 Uint32 numberIn(std::string_view digits) noexcept {
     Uint32 number = 0;
-    for (const char c : digits)
+    for (const char c : digits) {
         number = 10 * number + static_cast<Uint32>(c - '0');
+    }
     return number;
 }
 
@@ -62,16 +63,18 @@ bool areWellFormed(std::string_view text, const std::array<Field, count>& fields
         const std::size_t known = std::min(digits.find('*'), digits.size());
         const bool cutWithin = known != 0 && known != digits.size() && field.offset < kDot;
         if (!isNumber(digits.substr(0, known)) || digits.find_first_not_of('*', known) != std::string_view::npos ||
-            cutWithin || (unknown && known != 0))
+            cutWithin || (unknown && known != 0)) {
             return false;
+        }
         unknown = known != digits.size();
     }
     return true;
 }
 
 bool isWellFormed(std::string_view text) {
-    if (text.size() != kLength || text[kDot] != '.' || !isNumber(textOf(kOffset, text)))
+    if (text.size() != kLength || text[kDot] != '.' || !isNumber(textOf(kOffset, text))) {
         return false;
+    }
     switch (text[kSign]) {
     case ':':
         return numberIn(textOf(kOffset, text)) == 0 && areWellFormed(text, kIntervalFields);
@@ -92,11 +95,13 @@ template <std::size_t count>
 void checkRanges(std::string_view text, const std::array<Field, count>& fields) {
     for (const Field& field : fields) {
         const std::string_view digits = textOf(field, text);
-        if (!isNumber(digits))
+        if (!isNumber(digits)) {
             continue;
+        }
         const Uint32 number = numberIn(digits);
-        if (number < field.minimum || number > field.maximum)
+        if (number < field.minimum || number > field.maximum) {
             throwOutOfRange(field.name, text);
+        }
     }
 }
 
@@ -108,8 +113,9 @@ Uint32 daysIn(Uint32 month, Uint32 year) noexcept {
 
 void checkDayOfMonth(std::string_view text) {
     const std::string_view date = text.substr(0, 8);
-    if (isNumber(date) && numberIn(date.substr(6)) > daysIn(numberIn(date.substr(4, 2)), numberIn(date.substr(0, 4))))
+    if (isNumber(date) && numberIn(date.substr(6)) > daysIn(numberIn(date.substr(4, 2)), numberIn(date.substr(0, 4)))) {
         throwOutOfRange("day", text);
+    }
 }
 
 /// Days since the first of March of the year 0 in the Gregorian calendar, where a year ends with February.
@@ -124,9 +130,11 @@ Sint64 dayNumber(Sint64 year, Sint64 month, Sint64 day) noexcept {
 std::string leastOf(std::string_view text) {
     constexpr std::string_view kLeast = "00000101000000.000000";
     std::string least(text);
-    for (std::size_t i = 0; i < kSign; ++i)
-        if (least[i] == '*')
+    for (std::size_t i = 0; i < kSign; ++i) {
+        if (least[i] == '*') {
             least[i] = text[kSign] == ':' ? '0' : kLeast[i];
+        }
+    }
     return least;
 }
 
@@ -154,8 +162,9 @@ constexpr Sint64 kMicrosecondsOfDay = Sint64{24} * 60 * 60 * 1000000;
 std::array<Sint64, 3> dateOf(Sint64 dayNumberOfIt) noexcept {
     const Sint64 days = dayNumberOfIt - 1;
     Sint64 year = days / 366; // not after the right one
-    while (dayNumber(year + 1, 3, 1) <= dayNumberOfIt)
+    while (dayNumber(year + 1, 3, 1) <= dayNumberOfIt) {
         ++year;
+    }
     const Sint64 ofYear = dayNumberOfIt - dayNumber(year, 3, 1);
     const Sint64 monthsSinceMarch = (5 * ofYear + 2) / 153;
     const Sint64 month = (monthsSinceMarch + 2) % 12 + 1;
@@ -181,8 +190,9 @@ std::string utcText(Sint64 moment) {
 std::string comparableText(std::string_view text) {
     constexpr std::size_t kEndOfMinutes = 12;
     const std::string_view known = text.substr(0, std::min(text.find('*'), kSign));
-    if (text[kSign] == ':' || known.size() < kEndOfMinutes)
+    if (text[kSign] == ':' || known.size() < kEndOfMinutes) {
         return std::string(known);
+    }
     const Sint64 moment = momentOf(leastOf(text));
     const bool hasText =
         moment >= dayNumber(0, 3, 1) * kMicrosecondsOfDay && moment < dayNumber(10000, 1, 1) * kMicrosecondsOfDay;
@@ -195,8 +205,9 @@ const String kZeroInterval("00000000000000.000000:000");
 /// Throws DateTimeOutOfRangeException for one that is too wide.
 std::string number(Uint32 value, std::size_t width) {
     std::string text = digits(value, width);
-    if (text.size() > width)
+    if (text.size() > width) {
         throw DateTimeOutOfRangeException(String("a field of a datetime is out of range: " + text));
+    }
     return text;
 }
 
@@ -206,8 +217,9 @@ std::string time(Uint32 hours, Uint32 minutes, Uint32 seconds) {
 
 std::string fraction(Uint32 microseconds, Uint32 significantDigits) {
     std::string text = number(microseconds, 6);
-    for (std::size_t i = significantDigits; i < text.size(); ++i)
+    for (std::size_t i = significantDigits; i < text.size(); ++i) {
         text[i] = '*';
+    }
     return text;
 }
 
@@ -215,8 +227,9 @@ std::string fraction(Uint32 microseconds, Uint32 significantDigits) {
 
 CIMDateTime::CIMDateTime(const String& text) : text_(text) {
     const std::string_view characters = text_.view();
-    if (!isWellFormed(characters))
+    if (!isWellFormed(characters)) {
         throw InvalidDateTimeFormatException(text);
+    }
     if (isInterval()) {
         checkRanges(characters, kIntervalFields);
     } else {
@@ -232,14 +245,17 @@ Boolean CIMDateTime::isInterval() const noexcept { return toString().view()[kSig
 Boolean CIMDateTime::equal(const CIMDateTime& other) const {
     const String& text = toString();
     const String& otherText = other.toString();
-    if (String::equal(text, otherText))
+    if (String::equal(text, otherText)) {
         return true;
-    if (isInterval() != other.isInterval())
+    }
+    if (isInterval() != other.isInterval()) {
         return false;
+    }
     const auto hasAsterisk = [](const String& one) { return one.view().find('*') != std::string_view::npos; };
     const bool saysAll = !hasAsterisk(text) && !hasAsterisk(otherText);
-    if (saysAll && !isInterval())
+    if (saysAll && !isInterval()) {
         return momentOf(text.view()) == momentOf(otherText.view());
+    }
     const std::string one = comparableText(text.view());
     const std::string two = comparableText(otherText.view());
     const std::size_t known = std::min(one.size(), two.size());
@@ -263,15 +279,17 @@ void CIMDateTime::setTimeStamp(Uint32 year, Uint32 month, Uint32 day, Uint32 hou
 
 Uint64 CIMDateTime::toMicroSeconds() const {
     const std::string text = leastOf(toString().view());
-    if (isInterval())
+    if (isInterval()) {
         return static_cast<Uint64>(lengthOf(text));
+    }
     const Sint64 beginning = dayNumber(0, 1, 1) * kMicrosecondsOfDay;
     return static_cast<Uint64>(std::max(momentOf(text) - beginning, Sint64{0}));
 }
 
 Sint64 CIMDateTime::getDifference(CIMDateTime start, CIMDateTime finish) {
-    if (start.isInterval() != finish.isInterval())
+    if (start.isInterval() != finish.isInterval()) {
         throw InvalidDateTimeFormatException(start.toString() + String(" and ") + finish.toString());
+    }
     return static_cast<Sint64>(finish.toMicroSeconds()) - static_cast<Sint64>(start.toMicroSeconds());
 }
 

@@ -15,8 +15,9 @@ namespace {
 using Qualifiers = detail::NamedList<CIMQualifier>;
 
 CIMKeyBinding::Type keyTypeOf(const CIMValue& value) {
-    if (value.isArray() || value.getType() >= CIMTYPE_OBJECT)
+    if (value.isArray() || value.getType() >= CIMTYPE_OBJECT) {
         throw TypeMismatchException("a key is neither an array nor an object");
+    }
     switch (value.getType()) {
     case CIMTYPE_BOOLEAN:
         return CIMKeyBinding::BOOLEAN;
@@ -53,8 +54,9 @@ struct CIMInstance::Rep : detail::RefCounted {
         return qualifiers ? *qualifiers : kNone;
     }
     Qualifiers& changeQualifiers() {
-        if (!qualifiers)
+        if (!qualifiers) {
             qualifiers = std::make_unique<Qualifiers>();
+        }
         return *qualifiers;
     }
 };
@@ -69,15 +71,17 @@ void CIMInstance::setPath(const CIMObjectPath& path) {
 }
 
 CIMObjectPath CIMInstance::buildPath(const CIMClass& cimClass) const {
-    if (cimClass.getClassName() != rep_->className)
+    if (cimClass.getClassName() != rep_->className) {
         throw TypeMismatchException(String("the definition is not of the class ") + rep_->className.getString());
+    }
     Array<CIMName> names;
     cimClass.getKeyNames(names);
     Array<CIMKeyBinding> keys;
     for (const CIMName& name : names) {
         const Uint32 index = findProperty(name);
-        if (index == PEG_NOT_FOUND || getProperty(index).getValue().isNull())
+        if (index == PEG_NOT_FOUND || getProperty(index).getValue().isNull()) {
             throw NoSuchPropertyException(String("the key has no value: ") + name.getString());
+        }
         const CIMValue value = getProperty(index).getValue();
         keys.append(CIMKeyBinding(name, value.toString(), keyTypeOf(value)));
     }

@@ -27,8 +27,9 @@ std::string_view withoutLeadingSlash(std::string_view name) noexcept {
 } // namespace
 
 CIMName::CIMName(const String& name) : name_(name) {
-    if (!legal(name_))
+    if (!legal(name_)) {
         throw InvalidNameException(name_);
+    }
 }
 
 CIMName::CIMName(const char* name) : CIMName(String(name)) {}
@@ -36,10 +37,12 @@ CIMName::CIMName(const char* name) : CIMName(String(name)) {}
 Boolean CIMName::legal(const String& name) noexcept { return isName(name.view()); }
 
 CIMNamespaceName::CIMNamespaceName(const String& name) : name_(name) {
-    if (!legal(name))
+    if (!legal(name)) {
         throw InvalidNamespaceNameException(name);
-    if (name.view().front() == '/')
+    }
+    if (name.view().front() == '/') {
         name_ = String(withoutLeadingSlash(name.view()));
+    }
 }
 
 CIMNamespaceName::CIMNamespaceName(const char* name) : CIMNamespaceName(String(name)) {}
@@ -47,8 +50,9 @@ CIMNamespaceName::CIMNamespaceName(const char* name) : CIMNamespaceName(String(n
 Boolean CIMNamespaceName::legal(const String& name) noexcept {
     std::string_view rest = withoutLeadingSlash(name.view());
     for (auto slash = rest.find('/'); slash != std::string_view::npos; slash = rest.find('/')) {
-        if (!isName(rest.substr(0, slash)))
+        if (!isName(rest.substr(0, slash))) {
             return false;
+        }
         rest.remove_prefix(slash + 1);
     }
     return isName(rest);

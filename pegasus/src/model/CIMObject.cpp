@@ -80,8 +80,9 @@ void detail::Unchecked::setPath(CIMObject& object, const CIMObjectPath& path) {
 }
 
 Boolean CIMObject::identical(const CIMObject& other) const {
-    if (isClass() != other.isClass())
+    if (isClass() != other.isClass()) {
         return false;
+    }
     return isClass() ? CIMClass(*this).identical(CIMClass(other)) : CIMInstance(*this).identical(CIMInstance(other));
 }
 
@@ -89,15 +90,17 @@ Boolean CIMObject::identical(const CIMObject& other) const {
 
 CIMClass::CIMClass(const CIMObject& object) {
     const auto* const cimClass = std::get_if<CIMClass>(&object.rep_->content);
-    if (!cimClass)
+    if (!cimClass) {
         throw DynamicCastFailedException("the object is an instance, not a class");
+    }
     *this = *cimClass;
 }
 
 CIMInstance::CIMInstance(const CIMObject& object) {
     const auto* const instance = std::get_if<CIMInstance>(&object.rep_->content);
-    if (!instance)
+    if (!instance) {
         throw DynamicCastFailedException("the object is a class, not an instance");
+    }
     *this = *instance;
 }
 

@@ -45,8 +45,9 @@ struct Integer {
 
 std::optional<Integer> integerIn(std::string_view text) noexcept {
     const bool negative = !text.empty() && text.front() == '-';
-    if (negative || (!text.empty() && text.front() == '+'))
+    if (negative || (!text.empty() && text.front() == '+')) {
         text.remove_prefix(1);
+    }
     const bool hexadecimal = text.size() > 2 && text[0] == '0' && toLower(text[1]) == 'x';
     const auto magnitude = hexadecimal ? wholeNumber<Uint64>(text.substr(2), 16) : wholeNumber<Uint64>(text);
     return magnitude ? std::optional<Integer>(Integer{negative, *magnitude}) : std::nullopt;
@@ -81,8 +82,9 @@ bool samePath(const String& a, const String& b) {
 void appendQuoted(std::string& out, std::string_view text) {
     out += '"';
     for (const char c : text) {
-        if (c == '"' || c == '\\')
+        if (c == '"' || c == '\\') {
             out += '\\';
+        }
         out += c;
     }
     out += '"';
@@ -91,10 +93,11 @@ void appendQuoted(std::string& out, std::string_view text) {
 void appendKey(std::string& out, const CIMKeyBinding& key) {
     const bool quoted = key.getType() == CIMKeyBinding::STRING || key.getType() == CIMKeyBinding::REFERENCE;
     out.append(key.getName().getString().view()).append("=");
-    if (quoted)
+    if (quoted) {
         appendQuoted(out, key.getValue().view());
-    else
+    } else {
         out.append(key.getValue().view());
+    }
 }
 
 /// Reads the text form of a path from left to right.
@@ -120,25 +123,29 @@ class PathParser {
     }
 
     bool skip(std::string_view expected) {
-        if (rest_.substr(0, expected.size()) != expected)
+        if (rest_.substr(0, expected.size()) != expected) {
             return false;
+        }
         rest_.remove_prefix(expected.size());
         return true;
     }
 
     String parseHost() {
-        if (!skip("//"))
+        if (!skip("//")) {
             return String();
+        }
         String host(take(rest_.find('/')));
-        if (host.empty() || !skip("/"))
+        if (host.empty() || !skip("/")) {
             fail();
+        }
         return host;
     }
 
     CIMNamespaceName parseNamespace() {
         const std::size_t end = rest_.find_first_of(":.=\"");
-        if (end == std::string_view::npos || rest_[end] != ':')
+        if (end == std::string_view::npos || rest_[end] != ':') {
             return CIMNamespaceName();
+        }
         CIMNamespaceName nameSpace(String(take(end)));
         skip(":");
         return nameSpace;
@@ -146,25 +153,28 @@ class PathParser {
 
     Array<CIMKeyBinding> parseKeys() {
         Array<CIMKeyBinding> keys;
-        if (rest_.empty())
+        if (rest_.empty()) {
             return keys;
+        }
         if (skip("=")) {
             keys.append(parseValue(CIMName()));
         } else {
             skip(".");
-            do
+            do {
                 keys.append(parseKey());
-            while (skip(","));
+            } while (skip(","));
         }
-        if (!rest_.empty())
+        if (!rest_.empty()) {
             fail();
+        }
         return keys;
     }
 
     CIMKeyBinding parseKey() {
         const CIMName name(String(take(rest_.find('='))));
-        if (!skip("="))
+        if (!skip("=")) {
             fail();
+        }
         return parseValue(name);
     }
 
@@ -176,10 +186,12 @@ class PathParser {
             return CIMKeyBinding(name, value, reference ? CIMKeyBinding::REFERENCE : CIMKeyBinding::STRING);
         }
         const String value(take(rest_.find(',')));
-        if (String::equalNoCase(value, "TRUE") || String::equalNoCase(value, "FALSE"))
+        if (String::equalNoCase(value, "TRUE") || String::equalNoCase(value, "FALSE")) {
             return CIMKeyBinding(name, value, CIMKeyBinding::BOOLEAN);
-        if (!isNumber(value.view()))
+        }
+        if (!isNumber(value.view())) {
             fail();
+        }
         return CIMKeyBinding(name, value, CIMKeyBinding::NUMERIC);
     }
 
@@ -188,8 +200,9 @@ class PathParser {
         std::string value;
         while (!skip("\"")) {
             skip("\\");
-            if (rest_.empty())
+            if (rest_.empty()) {
                 fail();
+            }
             value += take(1);
         }
         return String(std::string_view(value));
@@ -212,10 +225,12 @@ CIMObjectPath parsePath(const String& text) {
 } // namespace
 
 bool operator==(const CIMKeyBinding& a, const CIMKeyBinding& b) {
-    if (a.name_ != b.name_ || a.type_ != b.type_)
+    if (a.name_ != b.name_ || a.type_ != b.type_) {
         return false;
-    if (String::equal(a.value_, b.value_))
+    }
+    if (String::equal(a.value_, b.value_)) {
         return true;
+    }
     switch (a.type_) {
     case CIMKeyBinding::BOOLEAN:
         return String::equalNoCase(a.value_, b.value_);
@@ -264,16 +279,19 @@ const Array<CIMKeyBinding>& CIMObjectPath::getKeyBindings() const noexcept { ret
 
 String CIMObjectPath::toString() const {
     std::string text;
-    if (!getHost().empty())
+    if (!getHost().empty()) {
         text.append("//").append(getHost().view()).append("/");
-    if (!getNameSpace().isNull())
+    }
+    if (!getNameSpace().isNull()) {
         text.append(getNameSpace().getString().view()).append(":");
+    }
     text.append(getClassName().getString().view());
 
     const char* separator = ".";
     for (const CIMKeyBinding& key : getKeyBindings()) {
-        if (!key.getName().isNull())
+        if (!key.getName().isNull()) {
             text += separator;
+        }
         appendKey(text, key);
         separator = ",";
     }
@@ -305,8 +323,9 @@ Uint32 CIMObjectPath::makeHashCode() const {
     text.append("/").append(getNameSpace().getString().view()).append(":").append(getClassName().getString().view());
     for (const CIMKeyBinding& key : getKeyBindings()) {
         text.append(".").append(key.getName().getString().view());
-        if (key.getType() == CIMKeyBinding::STRING)
+        if (key.getType() == CIMKeyBinding::STRING) {
             text.append("=").append(key.getValue().view());
+        }
     }
     std::transform(text.begin(), text.end(), text.begin(), toLower);
     return static_cast<Uint32>(std::hash<std::string>()(text));

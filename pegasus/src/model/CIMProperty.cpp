@@ -35,8 +35,9 @@ struct CIMProperty::Rep : detail::RefCounted {
           name(other.name),
           value(other.value),
           ownDeclaration(other.ownDeclaration ? std::make_unique<Declaration>(*other.ownDeclaration) : nullptr) {
-        if (ownDeclaration)
+        if (ownDeclaration) {
             ownDeclaration->qualifiers = other.ownDeclaration->qualifiers.clone();
+        }
     }
 
     const Declaration& declaration() const noexcept {
@@ -44,8 +45,9 @@ struct CIMProperty::Rep : detail::RefCounted {
         return ownDeclaration ? *ownDeclaration : kNone;
     }
     Declaration& changeDeclaration() {
-        if (!ownDeclaration)
+        if (!ownDeclaration) {
             ownDeclaration = std::make_unique<Declaration>();
+        }
         return *ownDeclaration;
     }
 
@@ -58,8 +60,9 @@ struct CIMProperty::Rep : detail::RefCounted {
 CIMProperty::CIMProperty(CIMName name, CIMValue value, Uint32 arraySize, CIMName referenceClass, CIMName classOrigin,
                          Boolean propagated)
     : rep_(detail::Handle<Rep>::make(std::move(name), std::move(value), propagated)) {
-    if (arraySize == 0 && referenceClass.isNull() && classOrigin.isNull())
+    if (arraySize == 0 && referenceClass.isNull() && classOrigin.isNull()) {
         return;
+    }
     detail::checkDeclaration(rep_->name, getType(), isArray(), arraySize, referenceClass);
     Declaration& declaration = rep_->changeDeclaration();
     declaration.arraySize = arraySize;
@@ -70,8 +73,9 @@ CIMProperty::CIMProperty(CIMName name, CIMValue value, Uint32 arraySize, CIMName
 const CIMName& CIMProperty::getName() const { return rep_->name; }
 const CIMValue& CIMProperty::getValue() const { return rep_->value; }
 void CIMProperty::setValue(CIMValue value) {
-    if (!value.typeCompatible(rep_->value))
+    if (!value.typeCompatible(rep_->value)) {
         detail::throwTypeMismatch(rep_->value.getType(), rep_->value.isArray(), value.getType(), value.isArray());
+    }
     rep_->value = std::move(value);
 }
 CIMType CIMProperty::getType() const { return rep_->value.getType(); }

@@ -3,11 +3,13 @@
 namespace Pegasus {
 
 String CIMPropertyList::toString() const {
-    if (null_ || names_.size() == 0)
+    if (null_ || names_.size() == 0) {
         return null_ ? "NULL" : "EMPTY";
+    }
     String text = names_[0].getString();
-    for (Uint32 i = 1; i < names_.size(); ++i)
+    for (Uint32 i = 1; i < names_.size(); ++i) {
         text.append(String(",")).append(names_[i].getString());
+    }
     return text;
 }
 

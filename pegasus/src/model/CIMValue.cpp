@@ -22,8 +22,9 @@ bool same(const T& a, const T& b) {
 /// Embedded objects; an uninitialised one is a null.
 template <class Object>
 bool sameObject(const Object& a, const Object& b) {
-    if (a.isUninitialized() || b.isUninitialized())
+    if (a.isUninitialized() || b.isUninitialized()) {
         return a.isUninitialized() == b.isUninitialized();
+    }
     return a.identical(b);
 }
 bool same(const CIMInstance& a, const CIMInstance& b) { return sameObject(a, b); }
@@ -49,12 +50,14 @@ void print(std::string& out, const String& text) { out += text.view(); }
 void print(std::string& out, const CIMDateTime& value) { out += value.toString().view(); }
 void print(std::string& out, const CIMObjectPath& path) { out += path.toString().view(); }
 void print(std::string& out, const CIMInstance& instance) {
-    if (!instance.isUninitialized())
+    if (!instance.isUninitialized()) {
         detail::appendXml(out, instance);
+    }
 }
 void print(std::string& out, const CIMObject& object) {
-    if (!object.isUninitialized())
+    if (!object.isUninitialized()) {
         print(out, object.toString());
+    }
 }
 
 /// A UTF-16 unit as UTF-8; half of a surrogate pair is no character and becomes U+FFFD.
@@ -77,8 +80,9 @@ const Array<T>& itemsOf(const detail::ArrayContent& array) {
 
 bool sameNulls(const detail::ArrayContent& a, const detail::ArrayContent& b) {
     bool same = a.size() == b.size();
-    for (Uint32 i = 0; same && i < a.size(); ++i)
+    for (Uint32 i = 0; same && i < a.size(); ++i) {
         same = a.isNull(i) == b.isNull(i);
+    }
     return same;
 }
 
@@ -95,10 +99,11 @@ void printItems(std::string& out, CIMType type, const detail::ArrayContent& arra
     detail::visitType(type, [&](auto tag) {
         const auto& items = itemsOf<typename decltype(tag)::Type>(array);
         for (Uint32 i = 0; i < items.size(); ++i) {
-            if (array.isNull(i))
+            if (array.isNull(i)) {
                 out += "NULL";
-            else
+            } else {
                 print(out, items[i]);
+            }
             out += ' ';
         }
     });
@@ -123,18 +128,22 @@ Uint32 CIMValue::getArraySize() const {
 }
 
 Boolean CIMValue::isNullElement(Uint32 index) const {
-    if (index >= getArraySize())
+    if (index >= getArraySize()) {
         throw IndexOutOfBoundsException();
+    }
     return std::get<ArrayHandle>(content_)->isNull(index);
 }
 
 Boolean CIMValue::equal(const CIMValue& other) const {
-    if (type_ != other.type_ || isArray_ != other.isArray_ || isNull() != other.isNull())
+    if (type_ != other.type_ || isArray_ != other.isArray_ || isNull() != other.isNull()) {
         return false;
-    if (isNull())
+    }
+    if (isNull()) {
         return true;
-    if (isArray_)
+    }
+    if (isArray_) {
         return sameItems(type_, *std::get<ArrayHandle>(content_), *std::get<ArrayHandle>(other.content_));
+    }
     return detail::visitType(type_, [&](auto tag) {
         using T = typename decltype(tag)::Type;
         return same(getScalar<T>(*this), getScalar<T>(other));
@@ -143,10 +152,11 @@ Boolean CIMValue::equal(const CIMValue& other) const {
 
 String CIMValue::toString() const {
     std::string text;
-    if (const auto* array = std::get_if<ArrayHandle>(&content_))
+    if (const auto* array = std::get_if<ArrayHandle>(&content_)) {
         printItems(text, type_, **array);
-    else if (!isNull())
+    } else if (!isNull()) {
         detail::visitType(type_, [&](auto tag) { print(text, getScalar<typename decltype(tag)::Type>(*this)); });
+    }
     return String(std::string_view(text));
 }
 

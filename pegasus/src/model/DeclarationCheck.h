@@ -9,10 +9,12 @@ namespace Pegasus::detail {
 /// Throws TypeMismatchException for a size of what is no array, and for a class of what is no reference.
 inline void checkDeclaration(const CIMName& name, CIMType type, Boolean isArray, Uint32 arraySize,
                              const CIMName& referenceClass) {
-    if (arraySize != 0 && !isArray)
+    if (arraySize != 0 && !isArray) {
         throw TypeMismatchException(name.getString() + String(" has the size of an array and is none"));
-    if (!referenceClass.isNull() && type != CIMTYPE_REFERENCE)
+    }
+    if (!referenceClass.isNull() && type != CIMTYPE_REFERENCE) {
         throw TypeMismatchException(name.getString() + String(" has the class of a reference and is none"));
+    }
 }
 
 } // namespace Pegasus::detail

@@ -19,11 +19,13 @@ std::string codeName(CIMStatusCode code) {
 
 /// The rest of a text behind a word and what separates it from more text; the text itself where it does not begin so.
 std::string_view behindWord(std::string_view text, std::string_view word) {
-    if (text.substr(0, word.size()) != word)
+    if (text.substr(0, word.size()) != word) {
         return text;
+    }
     const std::string_view rest = text.substr(word.size());
-    if (!rest.empty() && rest.front() != ':' && rest.front() != ' ')
+    if (!rest.empty() && rest.front() != ':' && rest.front() != ' ') {
         return text;
+    }
     return rest.substr(std::min(rest.find_first_not_of(": "), rest.size()));
 }
 

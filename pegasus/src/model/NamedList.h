@@ -12,8 +12,10 @@ template <class Element>
 class NamedList {
   public:
     void add(const Element& element) {
-        if (find(element.getName()) != PEG_NOT_FOUND) // an uninitialised element is refused here, where the mistake is
+        if (find(element.getName()) !=
+            PEG_NOT_FOUND) { // an uninitialised element is refused here, where the mistake is
             throw AlreadyExistsException(String("there are two of the name ") + element.getName().getString());
+        }
         elements_.append(element);
     }
     /// For one whose name is known to be no other's, or may be.
@@ -31,8 +33,9 @@ class NamedList {
     NamedList clone() const {
         NamedList copy;
         copy.elements_.reserveCapacity(size());
-        for (const Element& element : elements_)
+        for (const Element& element : elements_) {
             copy.elements_.append(element.clone());
+        }
         return copy;
     }
 

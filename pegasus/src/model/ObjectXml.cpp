@@ -17,26 +17,30 @@ void appendAttribute(std::string& out, std::string_view name, std::string_view v
 
 /// Left out where there is no name.
 void appendName(std::string& out, std::string_view name, const CIMName& value) {
-    if (!value.isNull())
+    if (!value.isNull()) {
         appendAttribute(out, name, value.getString().view());
+    }
 }
 
 void appendFlag(std::string& out, std::string_view name, bool value, bool usual) {
-    if (value != usual)
+    if (value != usual) {
         appendAttribute(out, name, value ? "true" : "false");
+    }
 }
 
 void appendSize(std::string& out, Uint32 arraySize) {
-    if (arraySize != 0)
+    if (arraySize != 0) {
         appendAttribute(out, "ARRAYSIZE", std::to_string(arraySize));
+    }
 }
 
 /// Objects are texts that say of themselves what they are.
 void appendType(std::string& out, CIMType type) {
     const bool isEmbedded = type == CIMTYPE_OBJECT || type == CIMTYPE_INSTANCE;
     appendAttribute(out, "TYPE", cimTypeToString(isEmbedded ? CIMTYPE_STRING : type));
-    if (isEmbedded)
+    if (isEmbedded) {
         appendAttribute(out, "EmbeddedObject", cimTypeToString(type));
+    }
 }
 
 void appendScalar(std::string& out, const CIMObjectPath& path) { appendReference(out, path); }
@@ -52,18 +56,20 @@ void appendItems(std::string& out, const CIMValue& value) {
     value.get(items);
     out += kReferences ? "<VALUE.REFARRAY>" : "<VALUE.ARRAY>";
     for (Uint32 i = 0; i < items.size(); ++i) {
-        if (value.isNullElement(i))
+        if (value.isNullElement(i)) {
             out += "<VALUE.NULL/>";
-        else
+        } else {
             appendScalar(out, items[i]);
+        }
     }
     out += kReferences ? "</VALUE.REFARRAY>" : "</VALUE.ARRAY>";
 }
 
 /// Nothing for a null.
 void appendValue(std::string& out, const CIMValue& value) {
-    if (value.isNull())
+    if (value.isNull()) {
         return;
+    }
     visitType(value.getType(), [&](auto tag) {
         using T = typename decltype(tag)::Type;
         if (value.isArray()) {
@@ -93,8 +99,9 @@ void appendQualifier(std::string& out, const CIMConstQualifier& qualifier) {
 
 template <class Owner>
 void appendQualifiers(std::string& out, const Owner& owner) {
-    for (Uint32 i = 0; i < owner.getQualifierCount(); ++i)
+    for (Uint32 i = 0; i < owner.getQualifierCount(); ++i) {
         appendQualifier(out, owner.getQualifier(i));
+    }
 }
 
 /// The name of an element for a property or a parameter, of which there are four forms.
@@ -109,10 +116,11 @@ std::string appendStart(std::string& out, const char* element, const Declaration
     std::string form = formOf(element, declaration.getType(), declaration.isArray());
     out.append("<").append(form);
     appendName(out, "NAME", declaration.getName());
-    if (declaration.getType() == CIMTYPE_REFERENCE)
+    if (declaration.getType() == CIMTYPE_REFERENCE) {
         appendName(out, "REFERENCECLASS", declaration.getReferenceClassName());
-    else
+    } else {
         appendType(out, declaration.getType());
+    }
     appendSize(out, declaration.getArraySize());
     return form;
 }
@@ -131,8 +139,9 @@ void appendProperty(std::string& out, const CIMConstProperty& property) {
 
 template <class Owner>
 void appendProperties(std::string& out, const Owner& owner) {
-    for (Uint32 i = 0; i < owner.getPropertyCount(); ++i)
+    for (Uint32 i = 0; i < owner.getPropertyCount(); ++i) {
         appendProperty(out, owner.getProperty(i));
+    }
 }
 
 void appendParameter(std::string& out, const CIMConstParameter& parameter) {
@@ -150,8 +159,9 @@ void appendMethod(std::string& out, const CIMConstMethod& method) {
     appendFlag(out, "PROPAGATED", method.getPropagated(), false);
     out += '>';
     appendQualifiers(out, method);
-    for (Uint32 i = 0; i < method.getParameterCount(); ++i)
+    for (Uint32 i = 0; i < method.getParameterCount(); ++i) {
         appendParameter(out, method.getParameter(i));
+    }
     out += "</METHOD>";
 }
 
@@ -164,8 +174,9 @@ void appendXml(std::string& out, const CIMClass& cimClass) {
     out += '>';
     appendQualifiers(out, cimClass);
     appendProperties(out, cimClass);
-    for (Uint32 i = 0; i < cimClass.getMethodCount(); ++i)
+    for (Uint32 i = 0; i < cimClass.getMethodCount(); ++i) {
         appendMethod(out, cimClass.getMethod(i));
+    }
     out += "</CLASS>";
 }
 

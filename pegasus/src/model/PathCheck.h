@@ -7,9 +7,10 @@ namespace Pegasus::detail {
 
 /// Throws TypeMismatchException unless the path is one of the class.
 inline void checkClass(const CIMObjectPath& path, const CIMName& className) {
-    if (path.getClassName() != className)
+    if (path.getClassName() != className) {
         throw TypeMismatchException(String("the path ") + path.toString() + String(" is not of the class ") +
                                     className.getString());
+    }
 }
 
 } // namespace Pegasus::detail

@@ -96,18 +96,20 @@ void appendInstanceName(std::string& out, const CIMObjectPath& path) {
     out += "<INSTANCENAME CLASSNAME=\"";
     appendEscaped(out, path.getClassName().getString().view());
     out += "\">";
-    for (const CIMKeyBinding& key : path.getKeyBindings())
+    for (const CIMKeyBinding& key : path.getKeyBindings()) {
         appendKey(out, key);
+    }
     out += "</INSTANCENAME>";
 }
 
 static bool isClassPath(const CIMObjectPath& path) { return path.getKeyBindings().size() == 0; }
 
 void appendObjectName(std::string& out, const CIMObjectPath& path) {
-    if (isClassPath(path))
+    if (isClassPath(path)) {
         appendClassName(out, path.getClassName());
-    else
+    } else {
         appendInstanceName(out, path);
+    }
 }
 
 /// A path to a class or an instance in the form that says as much as the path does. A host counts only together with a
@@ -126,8 +128,9 @@ static void appendPath(std::string& out, const CIMObjectPath& path) {
         out += "</HOST>";
     }
     appendNamespacePath(out, path.getNameSpace());
-    if (!local)
+    if (!local) {
         out += "</NAMESPACEPATH>";
+    }
     appendObjectName(out, path);
     out.append("</").append(element).append(">");
 }

@@ -9,8 +9,9 @@ namespace Pegasus::detail {
 
 /// Whether a server's description of an error says more than the name of its code, if that.
 inline bool saysMoreThan(std::string_view codeName, std::string_view description) noexcept {
-    if (description.substr(0, codeName.size()) == codeName)
+    if (description.substr(0, codeName.size()) == codeName) {
         description.remove_prefix(codeName.size());
+    }
     return description.find_first_not_of(" \t\r\n:") != std::string_view::npos;
 }
 
@@ -22,8 +23,9 @@ inline CIMException serverError(Uint32 code, const String& description) {
     const char* const name = cimStatusCodeToString(status);
     const bool hasText = saysMoreThan(name ? name : "", description.view());
     const String text = hasText ? description : String("the server says no more than this");
-    if (name)
+    if (name) {
         return CIMException(status, text);
+    }
     return CIMException(CIM_ERR_FAILED, String("unknown status code " + std::to_string(code) + ": ") + text);
 }
 

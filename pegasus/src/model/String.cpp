@@ -20,11 +20,13 @@ constexpr char lowered(char c) noexcept { return c >= 'A' && c <= 'Z' ? static_c
 constexpr char raised(char c) noexcept { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
 
 std::string_view checked(const char* utf8, std::size_t bytes) {
-    if (!utf8)
+    if (!utf8) {
         throw NullPointer();
+    }
     const std::string_view text(utf8, bytes);
-    if (!detail::isUtf8(text))
+    if (!detail::isUtf8(text)) {
         throw Exception(String(std::string_view("a text is not UTF-8")));
+    }
     return text;
 }
 
@@ -55,10 +57,12 @@ String::String(std::string_view utf8) : block_(create(utf8, {})) {}
 
 String::Block* String::create(std::string_view first, std::string_view second) {
     const std::size_t bytes = first.size() + second.size();
-    if (bytes == 0)
+    if (bytes == 0) {
         return nullptr;
-    if (bytes > ~Uint32{0})
+    }
+    if (bytes > ~Uint32{0}) {
         throw std::length_error("a String holds at most 4 GiB");
+    }
     auto* block = new (::operator new(sizeof(Block) + bytes + 1)) Block{{1}, static_cast<Uint32>(bytes)};
     char* text = reinterpret_cast<char*>(block + 1);
     text = std::copy(first.begin(), first.end(), text);
@@ -90,8 +94,9 @@ std::string_view String::view() const noexcept {
 }
 
 String& String::append(const String& text) {
-    if (text.empty())
+    if (text.empty()) {
         return *this;
+    }
     String joined;
     joined.block_ = create(view(), text.view());
     return *this = std::move(joined);
@@ -111,15 +116,17 @@ Uint32 String::reverseFind(Char16 character) const {
 
 String String::subString(Uint32 index, Uint32 length) const {
     const std::u16string units = detail::utf16Of(view());
-    if (index > units.size())
+    if (index > units.size()) {
         throw IndexOutOfBoundsException();
+    }
     return fromUnits(std::u16string_view(units).substr(index, length));
 }
 
 void String::remove(Uint32 index, Uint32 length) {
     std::u16string units = detail::utf16Of(view());
-    if (index > units.size())
+    if (index > units.size()) {
         throw IndexOutOfBoundsException();
+    }
     *this = fromUnits(units.erase(index, length));
 }
 
@@ -143,8 +150,9 @@ Boolean String::equal(const String& a, const String& b) noexcept {
 }
 
 Boolean String::equalNoCase(const String& a, const String& b) noexcept {
-    if (a.block_ == b.block_)
+    if (a.block_ == b.block_) {
         return true;
+    }
     const std::string_view left = a.view();
     const std::string_view right = b.view();
     return left.size() == right.size() && std::equal(left.begin(), left.end(), right.begin(),

@@ -21,14 +21,18 @@ constexpr bool isTrailing(Uint32 unit) noexcept { return (unit & 0xFC00U) == 0xD
 
 /// How many bytes the first one announces, and the bits of it that count.
 Character announced(Uint8 first) noexcept {
-    if (first < 0x80U)
+    if (first < 0x80U) {
         return {first, 1};
-    if ((first & 0xE0U) == 0xC0U)
+    }
+    if ((first & 0xE0U) == 0xC0U) {
         return {first & 0x1FU, 2};
-    if ((first & 0xF0U) == 0xE0U)
+    }
+    if ((first & 0xF0U) == 0xE0U) {
         return {first & 0x0FU, 3};
-    if ((first & 0xF8U) == 0xF0U)
+    }
+    if ((first & 0xF8U) == 0xF0U) {
         return {first & 0x07U, 4};
+    }
     return {};
 }
 
@@ -41,12 +45,14 @@ bool isShortest(const Character& character) noexcept {
 /// The character at the beginning of a text that is not empty.
 Character firstOf(std::string_view text) noexcept {
     Character character = announced(static_cast<Uint8>(text.front()));
-    if (character.bytes == 0 || character.bytes > text.size())
+    if (character.bytes == 0 || character.bytes > text.size()) {
         return {};
+    }
     for (std::size_t i = 1; i < character.bytes; ++i) {
         const auto byte = static_cast<Uint8>(text[i]);
-        if ((byte & 0xC0U) != 0x80U)
+        if ((byte & 0xC0U) != 0x80U) {
             return {};
+        }
         character.codePoint = character.codePoint << 6U | (byte & 0x3FU);
     }
     const bool isGood =
@@ -95,8 +101,9 @@ std::string utf8Of(std::u16string_view units) {
 bool isUtf8(std::string_view bytes) noexcept {
     while (!bytes.empty()) {
         const std::size_t size = firstOf(bytes).bytes;
-        if (size == 0)
+        if (size == 0) {
             return false;
+        }
         bytes.remove_prefix(size);
     }
     return true;

@@ -34,16 +34,18 @@ class Array {
 
     void append(const T& item) { append(T(item)); }
     void append(T&& item) {
-        if (size_ == capacity_)
+        if (size_ == capacity_) {
             reserveCapacity(std::max(kFirstCapacity, 2 * capacity_));
+        }
         items_[size_++] = std::move(item);
     }
 
     void clear() noexcept { *this = Array(); }
     /// Makes room for so many elements, so that appending them moves nothing. Never shrinks.
     void reserveCapacity(Uint32 capacity) {
-        if (capacity <= capacity_)
+        if (capacity <= capacity_) {
             return;
+        }
         auto items = std::make_unique<T[]>(capacity);
         std::move(begin(), end(), items.get());
         items_ = std::move(items);
@@ -69,8 +71,9 @@ class Array {
     static constexpr Uint32 kFirstCapacity = 4;
 
     Uint32 checked(Uint32 index) const {
-        if (index >= size_)
+        if (index >= size_) {
             throw IndexOutOfBoundsException();
+        }
         return index;
     }
 

@@ -97,10 +97,11 @@ struct ArrayOf : ArrayContent {
 
     Uint32 size() const noexcept override { return items.size(); }
     Boolean isNull([[maybe_unused]] Uint32 index) const override {
-        if constexpr (std::is_same_v<T, CIMObject> || std::is_same_v<T, CIMInstance>)
+        if constexpr (std::is_same_v<T, CIMObject> || std::is_same_v<T, CIMInstance>) {
             return items[index].isUninitialized();
-        else
+        } else {
             return false;
+        }
     }
 
     const Array<T> items;
@@ -117,9 +118,11 @@ struct ArrayWithNulls final : ArrayOf<T> {
     }
 
     static Array<T> cleared(Array<T> itsItems, const Array<Boolean>& itsNulls) {
-        for (Uint32 i = 0; i < itsNulls.size(); ++i)
-            if (itsNulls[i])
+        for (Uint32 i = 0; i < itsNulls.size(); ++i) {
+            if (itsNulls[i]) {
                 itsItems[i] = T();
+            }
+        }
         return itsItems;
     }
 
@@ -168,16 +171,19 @@ class CIMValue {
     void get(T& value) const {
         using Type = detail::ValueType<T>;
         static_assert(Type::kHeld, "no CIM type is held in this C++ type");
-        if (type_ != Type::kType || isArray_ != Type::kIsArray)
+        if (type_ != Type::kType || isArray_ != Type::kIsArray) {
             detail::throwTypeMismatch(type_, isArray_, Type::kType, Type::kIsArray);
-        if (isNull())
+        }
+        if (isNull()) {
             return;
-        if constexpr (Type::kIsArray)
+        }
+        if constexpr (Type::kIsArray) {
             value = static_cast<const detail::ArrayOf<typename Type::Element>&>(*std::get<ArrayHandle>(content_)).items;
-        else if constexpr (std::is_same_v<detail::KeptAs<T>, detail::PlainScalar>)
+        } else if constexpr (std::is_same_v<detail::KeptAs<T>, detail::PlainScalar>) {
             value = std::get<detail::PlainScalar>(content_).as<T>();
-        else
+        } else {
             value = std::get<T>(content_);
+        }
     }
 
     /// Takes over type and content of `value`.
@@ -219,10 +225,11 @@ class CIMValue {
     template <class T>
     static Content contentOf(T&& value) {
         using Type = detail::ValueType<std::decay_t<T>>;
-        if constexpr (Type::kIsArray)
+        if constexpr (Type::kIsArray) {
             return Content(ArrayHandle::make<detail::ArrayOf<typename Type::Element>>(std::forward<T>(value)));
-        else
+        } else {
             return Content(std::in_place_type<detail::KeptAs<std::decay_t<T>>>, std::forward<T>(value));
+        }
     }
 
     Content content_;

@@ -19,8 +19,9 @@ class RefCounted {
     void retain() const noexcept { references_.fetch_add(1, std::memory_order_relaxed); }
     /// Gives up one reference; the last one deletes the representation.
     void release() const noexcept {
-        if (references_.fetch_sub(1, std::memory_order_acq_rel) == 1)
+        if (references_.fetch_sub(1, std::memory_order_acq_rel) == 1) {
             delete this;
+        }
     }
 
   private:
@@ -40,8 +41,9 @@ class Handle {
   public:
     Handle() noexcept = default;
     Handle(const Handle& other) noexcept : shared_(other.shared_) {
-        if (shared_)
+        if (shared_) {
             shared_->retain();
+        }
     }
     Handle(Handle&& other) noexcept : shared_(std::exchange(other.shared_, nullptr)) {}
     Handle& operator=(Handle other) noexcept {
@@ -50,8 +52,9 @@ class Handle {
     }
     ~Handle() {
         // The static analyzer does not follow the count and takes every release for the last.
-        if (shared_)
+        if (shared_) {
             shared_->release(); // NOLINT(clang-analyzer-cplusplus.NewDelete)
+        }
     }
 
     /// A new representation; `Actual` is Rep or derived from it.
@@ -69,8 +72,9 @@ class Handle {
     /// Throws UninitializedObjectException when there is no representation.
     Rep* operator->() const { return &**this; }
     Rep& operator*() const {
-        if (!shared_)
+        if (!shared_) {
             throwUninitializedObject();
+        }
         return *static_cast<Rep*>(shared_);
     }
 

@@ -25,8 +25,9 @@ class String {
     /// An extension: the bytes as they are.
     explicit String(std::string_view utf8);
     String(const String& other) noexcept : block_(other.block_) {
-        if (block_)
+        if (block_) {
             block_->references.fetch_add(1, std::memory_order_relaxed);
+        }
     }
     String(String&& other) noexcept : block_(std::exchange(other.block_, nullptr)) {}
     String& operator=(String other) noexcept {
@@ -34,8 +35,9 @@ class String {
         return *this;
     }
     ~String() {
-        if (block_ && block_->references.fetch_sub(1, std::memory_order_acq_rel) == 1)
+        if (block_ && block_->references.fetch_sub(1, std::memory_order_acq_rel) == 1) {
             destroy(block_);
+        }
     }
 
     /// The length in UTF-16 units, as the API counts.
