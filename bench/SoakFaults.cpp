@@ -1,12 +1,12 @@
 #include "SoakFaults.h"
 
+#include "support/FaultyServer.h"
+
 #include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstddef>
 #include <thread>
-
-#include "support/FaultyServer.h"
 
 namespace bench {
 

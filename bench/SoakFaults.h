@@ -1,9 +1,9 @@
 #pragma once
 
+#include "support/ScriptedServer.h"
+
 #include <random>
 #include <string>
-
-#include "support/ScriptedServer.h"
 
 namespace bench {
 

@@ -1,14 +1,5 @@
 #include "SoakReader.h"
 
-#include <Pegasus/Client/CIMClient.h>
-
-#include <boost/pointer_cast.hpp>
-
-#include <functional>
-#include <iostream>
-#include <stdexcept>
-#include <thread>
-
 #include "cimhttp/ContextKeys.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
@@ -22,6 +13,15 @@
 #include "model/TCimHTTPProperty.h"
 #include "provider/TCimHTTPNamespace.h"
 #include "provider/TCimHTTPNamespaceProvider.h"
+
+#include <Pegasus/Client/CIMClient.h>
+
+#include <boost/pointer_cast.hpp>
+
+#include <functional>
+#include <iostream>
+#include <stdexcept>
+#include <thread>
 
 using namespace NQORVYX20;
 

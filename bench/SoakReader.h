@@ -1,5 +1,9 @@
 #pragma once
 
+#include "SoakFaults.h"
+#include "SoakServers.h"
+#include "cimhttp/RemoteFailure.h"
+
 #include <array>
 #include <atomic>
 #include <chrono>
@@ -11,10 +15,6 @@
 #include <string>
 #include <utility>
 #include <vector>
-
-#include "SoakFaults.h"
-#include "SoakServers.h"
-#include "cimhttp/RemoteFailure.h"
 
 namespace NQORVYX20 {
 class TCimHTTPNamespace;

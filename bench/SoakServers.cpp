@@ -1,5 +1,10 @@
 #include "SoakServers.h"
 
+#include "SoakFaults.h"
+#include "server/DemoServer.h"
+#include "support/ScriptedServer.h"
+#include "support/TestCertificate.h"
+
 #include <poll.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -16,11 +21,6 @@
 #include <stdexcept>
 #include <thread>
 #include <utility>
-
-#include "SoakFaults.h"
-#include "server/DemoServer.h"
-#include "support/ScriptedServer.h"
-#include "support/TestCertificate.h"
 
 namespace bench {
 

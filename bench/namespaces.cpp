@@ -1,6 +1,15 @@
 // Reads classes and instances through 64 namespaces, each of a server of its own, on a number of threads, and prints
 // how long that took. The servers are demo servers in this process, on 64 addresses of the loopback network.
 
+#include "Measurement.h"
+#include "host/ICIMClass.h"
+#include "host/ICIMInstance.h"
+#include "host/ICIMProperty.h"
+#include "model/TCimHTTPProperty.h"
+#include "provider/TCimHTTPNamespace.h"
+#include "provider/TCimHTTPNamespaceProvider.h"
+#include "server/DemoServer.h"
+
 #include <boost/pointer_cast.hpp>
 
 #include <atomic>
@@ -13,15 +22,6 @@
 #include <string>
 #include <thread>
 #include <vector>
-
-#include "Measurement.h"
-#include "host/ICIMClass.h"
-#include "host/ICIMInstance.h"
-#include "host/ICIMProperty.h"
-#include "model/TCimHTTPProperty.h"
-#include "provider/TCimHTTPNamespace.h"
-#include "provider/TCimHTTPNamespaceProvider.h"
-#include "server/DemoServer.h"
 
 using namespace NQORVYX20;
 

@@ -1,6 +1,19 @@
 // Does one job through the plug-in, as often as its description below says, and prints how many things it did, how long
 // that took and how much memory the process needed. What goes before the job is not measured.
 
+#include "Measurement.h"
+#include "cimhttp/ContextKeys.h"
+#include "host/ICIMClass.h"
+#include "host/ICIMInstance.h"
+#include "host/ICIMNamespace.h"
+#include "host/ICIMPropertyDecl.h"
+#include "host/TLogger.h"
+#include "host/TRootObject.h"
+#include "model/InstanceTexts.h"
+#include "model/TCimHTTPProperty.h"
+#include "provider/TCimHTTPNamespace.h"
+#include "provider/TCimHTTPNamespaceProvider.h"
+
 #include <boost/function.hpp>
 #include <boost/make_shared.hpp>
 #include <boost/pointer_cast.hpp>
@@ -14,19 +27,6 @@
 #include <stdexcept>
 #include <string>
 #include <vector>
-
-#include "Measurement.h"
-#include "cimhttp/ContextKeys.h"
-#include "host/ICIMClass.h"
-#include "host/ICIMInstance.h"
-#include "host/ICIMNamespace.h"
-#include "host/ICIMPropertyDecl.h"
-#include "host/TLogger.h"
-#include "host/TRootObject.h"
-#include "model/InstanceTexts.h"
-#include "model/TCimHTTPProperty.h"
-#include "provider/TCimHTTPNamespace.h"
-#include "provider/TCimHTTPNamespaceProvider.h"
 
 using namespace NQORVYX20;
 

@@ -1,6 +1,14 @@
 // Reads through the plug-in for a long time, on several threads, from servers that come, go, lie and stall, and finds
 // out whether something is left behind or an answer is wrong. The script of the same name runs it.
 
+#include "Measurement.h"
+#include "SoakReader.h"
+#include "SoakServers.h"
+#include "host/ILogger.h"
+#include "host/TRootObject.h"
+
+#include <boost/make_shared.hpp>
+
 #include <malloc.h>
 
 #include <algorithm>
@@ -12,14 +20,6 @@
 #include <string>
 #include <thread>
 #include <vector>
-
-#include <boost/make_shared.hpp>
-
-#include "Measurement.h"
-#include "SoakReader.h"
-#include "SoakServers.h"
-#include "host/ILogger.h"
-#include "host/TRootObject.h"
 
 namespace {
 

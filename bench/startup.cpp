@@ -1,18 +1,18 @@
 // Loads the plug-in as a host does, allocates a namespace, and prints how much processor time that took.
 
-#include <dlfcn.h>
-
-#include <ctime>
-#include <exception>
-#include <iostream>
-#include <stdexcept>
-
 #include "Measurement.h"
 #include "host/ICIMNamespace.h"
 #include "host/INamespaceProvider.h"
 #include "host/INamespaceProviderManager.h"
 #include "host/TCIMValue.h"
 #include "host/TRootObject.h"
+
+#include <dlfcn.h>
+
+#include <ctime>
+#include <exception>
+#include <iostream>
+#include <stdexcept>
 
 using namespace NQORVYX20;
 

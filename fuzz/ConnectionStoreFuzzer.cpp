@@ -2,9 +2,8 @@
 // file was written anew.
 
 #include "Cost.h"
-#include "Require.h"
-
 #include "Failure.h"
+#include "Require.h"
 #include "connection/ConnectionStore.h"
 #include "support/TemporaryDirectory.h"
 

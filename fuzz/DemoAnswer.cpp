@@ -1,7 +1,6 @@
 #include "DemoAnswer.h"
 
 #include "Require.h"
-
 #include "cimxml/ResponseDecoder.h"
 #include "server/Answer.h"
 

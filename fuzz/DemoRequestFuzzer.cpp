@@ -3,7 +3,6 @@
 #include "Cost.h"
 #include "DemoAnswer.h"
 #include "Require.h"
-
 #include "providers/LiveProviders.h"
 #include "schema/SchemaReader.h"
 #include "server/CimService.h"

@@ -4,7 +4,6 @@
 #include "Cost.h"
 #include "DemoAnswer.h"
 #include "Require.h"
-
 #include "providers/StaticProvider.h"
 #include "schema/SchemaReader.h"
 

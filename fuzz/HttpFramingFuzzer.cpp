@@ -4,7 +4,6 @@
 #include "Cost.h"
 #include "CutInput.h"
 #include "Require.h"
-
 #include "http/BasicAuthentication.h"
 #include "http/CimHeaders.h"
 #include "http/ResponseReader.h"

@@ -6,12 +6,11 @@
 
 #include "CimAnswers.h"
 #include "Cost.h"
+#include "Failure.h"
 #include "LoopbackServer.h"
+#include "Options.h"
 #include "SilentLog.h"
 #include "TerminalSafety.h"
-
-#include "Failure.h"
-#include "Options.h"
 #include "commands/Command.h"
 #include "commands/Commands.h"
 #include "text/TerminalText.h"

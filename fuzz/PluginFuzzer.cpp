@@ -7,7 +7,6 @@
 #include "LoopbackServer.h"
 #include "Require.h"
 #include "SilentLog.h"
-
 #include "cimhttp/ContextKeys.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"

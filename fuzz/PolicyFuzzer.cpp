@@ -4,7 +4,6 @@
 #include "Cost.h"
 #include "Require.h"
 #include "SilentLog.h"
-
 #include "cimhttp/ContextKeys.h"
 #include "provider/ConnectionPlan.h"
 #include "provider/ConnectionRefusal.h"

@@ -3,7 +3,6 @@
 
 #include "Cost.h"
 #include "Require.h"
-
 #include "replay/RecordedBytes.h"
 #include "replay/Recording.h"
 #include "replay/RequestMeaning.h"

@@ -4,7 +4,6 @@
 #include "Cost.h"
 #include "Require.h"
 #include "SilentLog.h"
-
 #include "provider/TCimHTTPRequestedClassParser.h"
 
 #include <cstddef>

@@ -6,7 +6,6 @@
 #include "CutInput.h"
 #include "Description.h"
 #include "Require.h"
-
 #include "cimxml/Findings.h"
 #include "cimxml/ResponseDecoder.h"
 

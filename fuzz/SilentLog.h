@@ -1,11 +1,11 @@
 #pragma once
 
+#include "host/ILogger.h"
+#include "host/TRootObject.h"
+
 #include <boost/make_shared.hpp>
 
 #include <string>
-
-#include "host/ILogger.h"
-#include "host/TRootObject.h"
 
 /// Keeps what the object model logs from the fuzzer's own lines.
 class SilentLog : public NQORVYX20::ILogger {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "text/WordList.h"
+
 #include <strings.h>
 
 #include <algorithm>
@@ -8,8 +10,6 @@
 #include <string>
 #include <utility>
 #include <vector>
-
-#include "text/WordList.h"
 
 namespace cimhttp {
 

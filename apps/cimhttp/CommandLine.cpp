@@ -1,11 +1,5 @@
 #include "CommandLine.h"
 
-#include <algorithm>
-#include <cstdint>
-#include <iterator>
-#include <memory>
-#include <stdexcept>
-
 #include "Choices.h"
 #include "Failure.h"
 #include "HelpFormatter.h"
@@ -15,6 +9,12 @@
 #include "connection/PasswordFile.h"
 #include "connection/ProgramFolder.h"
 #include "text/NearestNames.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <iterator>
+#include <memory>
+#include <stdexcept>
 
 namespace cimhttp {
 

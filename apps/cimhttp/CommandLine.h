@@ -1,11 +1,11 @@
 #pragma once
 
+#include "Options.h"
+#include "commands/Command.h"
+
 #include <memory>
 #include <string>
 #include <vector>
-
-#include "Options.h"
-#include "commands/Command.h"
 
 namespace cimhttp {
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "host/ILogger.h"
+#include "host/TLogger.h"
+
 #include <iosfwd>
 #include <optional>
 #include <string>
-
-#include "host/ILogger.h"
-#include "host/TLogger.h"
 
 namespace cimhttp {
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "HelpLayout.h"
+
 #include <CLI/CLI.hpp>
 
 #include <string>
 #include <utility>
-
-#include "HelpLayout.h"
 
 namespace cimhttp {
 

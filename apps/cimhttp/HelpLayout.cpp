@@ -1,10 +1,10 @@
 #include "HelpLayout.h"
 
+#include "text/TerminalText.h"
+
 #include <algorithm>
 #include <sstream>
 #include <vector>
-
-#include "text/TerminalText.h"
 
 namespace cimhttp {
 

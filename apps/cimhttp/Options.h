@@ -1,14 +1,14 @@
 #pragma once
 
-#include <cstddef>
-#include <memory>
-#include <optional>
-#include <string>
-
 #include "access/TextForm.h"
 #include "connection/TlsSettings.h"
 #include "host/ILogger.h"
 #include "output/OutputFormat.h"
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
 
 namespace cimhttp {
 

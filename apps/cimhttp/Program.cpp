@@ -1,14 +1,5 @@
 #include "Program.h"
 
-#include <boost/make_shared.hpp>
-
-#include <exception>
-#include <filesystem>
-#include <memory>
-#include <new>
-#include <ostream>
-#include <stdexcept>
-
 #include "CommandLine.h"
 #include "Failure.h"
 #include "FailureLog.h"
@@ -19,6 +10,15 @@
 #include "host/TRootObject.h"
 #include "output/OutputGuard.h"
 #include "text/TerminalText.h"
+
+#include <boost/make_shared.hpp>
+
+#include <exception>
+#include <filesystem>
+#include <memory>
+#include <new>
+#include <ostream>
+#include <stdexcept>
 
 namespace cimhttp {
 

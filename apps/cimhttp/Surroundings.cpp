@@ -1,12 +1,12 @@
 #include "Surroundings.h"
 
+#include "Options.h"
+
 #include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <cstdlib>
 #include <string>
-
-#include "Options.h"
 
 namespace cimhttp {
 

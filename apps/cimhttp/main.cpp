@@ -1,10 +1,10 @@
+#include "Program.h"
+
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <csignal>
 #include <iostream>
-
-#include "Program.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "host/TCIMValue.h"
+
 #include <string>
 #include <vector>
-
-#include "host/TCIMValue.h"
 
 namespace NQORVYX20 {
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "cimhttp/ServerCertificate.h"
+
 #include <optional>
 #include <string>
-
-#include "cimhttp/ServerCertificate.h"
 
 namespace NQORVYX20 {
 

@@ -1,14 +1,14 @@
 #pragma once
 
-#include <boost/function.hpp>
-#include <boost/shared_ptr.hpp>
-
-#include <string>
-
 #include "host/ICIMElement.h"
 #include "host/ICIMNamedElement.h"
 #include "host/TCIMContext.h"
 #include "host/TCIMValue.h"
+
+#include <boost/function.hpp>
+#include <boost/shared_ptr.hpp>
+
+#include <string>
 
 namespace NQORVYX20 {
 

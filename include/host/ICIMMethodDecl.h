@@ -1,11 +1,11 @@
 #pragma once
 
+#include "host/ICIMNamedElement.h"
+
 #include <boost/function.hpp>
 #include <boost/shared_ptr.hpp>
 
 #include <string>
-
-#include "host/ICIMNamedElement.h"
 
 namespace NQORVYX20 {
 

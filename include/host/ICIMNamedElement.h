@@ -1,13 +1,13 @@
 #pragma once
 
+#include "host/ICIMQualifierDecl.h"
+#include "host/TCIMContext.h"
+#include "host/TCIMValue.h"
+
 #include <boost/function.hpp>
 #include <boost/shared_ptr.hpp>
 
 #include <string>
-
-#include "host/ICIMQualifierDecl.h"
-#include "host/TCIMContext.h"
-#include "host/TCIMValue.h"
 
 namespace NQORVYX20 {
 

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "host/TCIMContext.h"
+#include "host/TCIMValue.h"
+
 #include <boost/shared_ptr.hpp>
 
 #include <string>
 #include <vector>
-
-#include "host/TCIMContext.h"
-#include "host/TCIMValue.h"
 
 namespace NQORVYX20 {
 

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "host/ICIMNamedElement.h"
+
 #include <boost/shared_ptr.hpp>
 
 #include <string>
-
-#include "host/ICIMNamedElement.h"
 
 namespace NQORVYX20 {
 

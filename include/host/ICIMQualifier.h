@@ -1,12 +1,12 @@
 #pragma once
 
-#include <boost/shared_ptr.hpp>
-
-#include <string>
-
 #include "host/ICIMQualifierDecl.h"
 #include "host/TCIMContext.h"
 #include "host/TCIMValue.h"
+
+#include <boost/shared_ptr.hpp>
+
+#include <string>
 
 namespace NQORVYX20 {
 

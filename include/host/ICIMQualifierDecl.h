@@ -1,12 +1,12 @@
 #pragma once
 
+#include "host/TCIMContext.h"
+#include "host/TCIMValue.h"
+
 #include <boost/shared_ptr.hpp>
 
 #include <cstdint>
 #include <string>
-
-#include "host/TCIMContext.h"
-#include "host/TCIMValue.h"
 
 namespace NQORVYX20 {
 

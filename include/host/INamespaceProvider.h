@@ -1,10 +1,10 @@
 #pragma once
 
+#include "host/TCIMContext.h"
+
 #include <boost/shared_ptr.hpp>
 
 #include <string>
-
-#include "host/TCIMContext.h"
 
 namespace NQORVYX20 {
 

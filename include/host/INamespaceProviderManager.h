@@ -1,11 +1,11 @@
 #pragma once
 
+#include "host/TVYXStatusCode.h"
+
 #include <boost/function.hpp>
 #include <boost/shared_ptr.hpp>
 
 #include <string>
-
-#include "host/TVYXStatusCode.h"
 
 namespace NQORVYX20 {
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "host/TCIMContext.h"
+
 #include <boost/function.hpp>
 #include <boost/shared_ptr.hpp>
 #include <boost/weak_ptr.hpp>
@@ -9,8 +11,6 @@
 #include <string>
 #include <utility>
 #include <vector>
-
-#include "host/TCIMContext.h"
 
 namespace NQORVYX20 {
 

@@ -1,16 +1,16 @@
 #pragma once
 
-#include <iosfwd>
-#include <string>
-#include <utility>
-#include <variant>
-#include <vector>
-
 #include "host/TCIMChar16.h"
 #include "host/TCIMContext.h"
 #include "host/TCIMDateTime.h"
 #include "host/TCIMIndirect.h"
 #include "host/TCIMReference.h"
+
+#include <iosfwd>
+#include <string>
+#include <utility>
+#include <variant>
+#include <vector>
 
 namespace NQORVYX20 {
 

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "host/ICIMInstance.h"
+
 #include <boost/enable_shared_from_this.hpp>
 #include <boost/weak_ptr.hpp>
 
 #include <cstddef>
 #include <memory>
 #include <vector>
-
-#include "host/ICIMInstance.h"
 
 namespace NQORVYX20 {
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "host/ILogger.h"
+
 #include <fstream>
 #include <iosfwd>
 #include <mutex>
 #include <string>
-
-#include "host/ILogger.h"
 
 namespace NQORVYX20 {
 

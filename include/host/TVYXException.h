@@ -1,8 +1,8 @@
 #pragma once
 
-#include <exception>
-
 #include "host/TVYXStatusCode.h"
+
+#include <exception>
 
 namespace NQORVYX20 {
 

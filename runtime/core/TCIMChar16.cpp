@@ -1,9 +1,9 @@
 #include "host/TCIMChar16.h"
 
+#include "host/TVYXException.h"
+
 #include <charconv>
 #include <system_error>
-
-#include "host/TVYXException.h"
 
 namespace NQORVYX20 {
 

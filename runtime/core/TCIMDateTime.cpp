@@ -1,9 +1,9 @@
 #include "host/TCIMDateTime.h"
 
+#include "host/TVYXException.h"
+
 #include <algorithm>
 #include <string_view>
-
-#include "host/TVYXException.h"
 
 namespace NQORVYX20 {
 

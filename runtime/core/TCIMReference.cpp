@@ -1,9 +1,9 @@
 #include "host/TCIMReference.h"
 
+#include "host/TCIMValue.h"
+
 #include <algorithm>
 #include <string_view>
-
-#include "host/TCIMValue.h"
 
 namespace NQORVYX20 {
 

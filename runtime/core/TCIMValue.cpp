@@ -1,13 +1,13 @@
 #include "host/TCIMValue.h"
 
+#include "host/TVYXException.h"
+
 #include <array>
 #include <charconv>
 #include <cmath>
 #include <limits>
 #include <ostream>
 #include <type_traits>
-
-#include "host/TVYXException.h"
 
 namespace NQORVYX20 {
 

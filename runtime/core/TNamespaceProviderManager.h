@@ -1,9 +1,9 @@
 #pragma once
 
+#include "host/INamespaceProviderManager.h"
+
 #include <map>
 #include <mutex>
-
-#include "host/INamespaceProviderManager.h"
 
 namespace NQORVYX20 {
 

@@ -1,12 +1,12 @@
 #include "host/TRootObject.h"
 
+#include "TNamespaceProviderManager.h"
+#include "host/TLogger.h"
+
 #include <boost/make_shared.hpp>
 
 #include <iostream>
 #include <mutex>
-
-#include "TNamespaceProviderManager.h"
-#include "host/TLogger.h"
 
 namespace NQORVYX20 {
 

@@ -1,5 +1,10 @@
 #include "Associations.h"
 
+#include "host/ICIMClass.h"
+#include "host/ICIMNamespace.h"
+#include "host/ICIMProperty.h"
+#include "host/ICIMPropertyDecl.h"
+
 #include <boost/algorithm/string/predicate.hpp>
 
 #include <algorithm>
@@ -8,11 +13,6 @@
 #include <set>
 #include <string>
 #include <utility>
-
-#include "host/ICIMClass.h"
-#include "host/ICIMNamespace.h"
-#include "host/ICIMProperty.h"
-#include "host/ICIMPropertyDecl.h"
 
 namespace NQORVYX20 {
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "host/ICIMInstance.h"
+
 #include <boost/shared_ptr.hpp>
 
 #include <string>
 #include <vector>
-
-#include "host/ICIMInstance.h"
 
 namespace NQORVYX20 {
 

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "host/ICIMPropertyDecl.h"
+#include "host/TInmemInstance.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <vector>
-
-#include "host/ICIMPropertyDecl.h"
-#include "host/TInmemInstance.h"
 
 namespace NQORVYX20 {
 

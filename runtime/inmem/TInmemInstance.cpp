@@ -1,14 +1,5 @@
 #include "host/TInmemInstance.h"
 
-#include <boost/make_shared.hpp>
-#include <boost/pointer_cast.hpp>
-
-#include <algorithm>
-#include <atomic>
-#include <cstdint>
-#include <sstream>
-#include <utility>
-
 #include "Associations.h"
 #include "TInmemIndex.h"
 #include "TInmemProperty.h"
@@ -18,6 +9,15 @@
 #include "host/ILogger.h"
 #include "host/TRootObject.h"
 #include "host/TVYXException.h"
+
+#include <boost/make_shared.hpp>
+#include <boost/pointer_cast.hpp>
+
+#include <algorithm>
+#include <atomic>
+#include <cstdint>
+#include <sstream>
+#include <utility>
 
 namespace NQORVYX20 {
 

@@ -1,10 +1,10 @@
 #include "TInmemProperty.h"
 
-#include <functional>
-#include <utility>
-
 #include "host/ICIMPropertyDecl.h"
 #include "host/TInmemInstance.h"
+
+#include <functional>
+#include <utility>
 
 namespace NQORVYX20 {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <optional>
-
 #include "host/ICIMProperty.h"
+
+#include <optional>
 
 namespace NQORVYX20 {
 

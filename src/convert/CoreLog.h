@@ -1,10 +1,10 @@
 #pragma once
 
-#include <string>
-#include <utility>
-
 #include "host/ILogger.h"
 #include "host/TRootObject.h"
+
+#include <string>
+#include <utility>
 
 namespace NQORVYX20 {
 

@@ -1,11 +1,11 @@
 #include "convert/EmbeddedMof.h"
 
+#include "convert/HostValues.h"
+#include "convert/RemoteText.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <vector>
-
-#include "convert/HostValues.h"
-#include "convert/RemoteText.h"
 
 namespace NQORVYX20 {
 

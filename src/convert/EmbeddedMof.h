@@ -1,10 +1,10 @@
 #pragma once
 
+#include "cimhttp/EmbeddedObject.h"
+
 #include <Pegasus/Client/CIMClient.h>
 
 #include <string>
-
-#include "cimhttp/EmbeddedObject.h"
 
 namespace NQORVYX20 {
 

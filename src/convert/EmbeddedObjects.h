@@ -1,8 +1,8 @@
 #pragma once
 
-#include <Pegasus/Client/CIMClient.h>
-
 #include "cimhttp/EmbeddedObject.h"
+
+#include <Pegasus/Client/CIMClient.h>
 
 namespace NQORVYX20 {
 

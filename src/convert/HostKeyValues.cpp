@@ -1,10 +1,10 @@
+#include "convert/HostValues.h"
+#include "convert/RemoteText.h"
+
 #include <charconv>
 #include <cstdlib>
 #include <limits>
 #include <string>
-
-#include "convert/HostValues.h"
-#include "convert/RemoteText.h"
 
 namespace NQORVYX20 {
 

@@ -1,11 +1,11 @@
 #include "convert/HostValues.h"
 
-#include <string>
-#include <utility>
-
 #include "convert/EmbeddedObjects.h"
 #include "convert/RemoteText.h"
 #include "convert/RemoteTypes.h"
+
+#include <string>
+#include <utility>
 
 namespace NQORVYX20 {
 

@@ -1,13 +1,13 @@
 #pragma once
 
-#include <Pegasus/Client/CIMClient.h>
-
-#include <vector>
-
 #include "cimhttp/EmbeddedObject.h"
 #include "host/ICIMQualifierDecl.h"
 #include "host/TCIMReference.h"
 #include "host/TCIMValue.h"
+
+#include <Pegasus/Client/CIMClient.h>
+
+#include <vector>
 
 namespace NQORVYX20 {
 

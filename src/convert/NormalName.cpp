@@ -1,12 +1,12 @@
 #include "convert/NormalName.h"
 
-#include <array>
-#include <cctype>
-#include <cstddef>
-
 #include "convert/CoreLog.h"
 #include "convert/StatusCodes.h"
 #include "host/TVYXException.h"
+
+#include <array>
+#include <cctype>
+#include <cstddef>
 
 namespace NQORVYX20 {
 

@@ -1,9 +1,9 @@
 #include "convert/RemoteTypes.h"
 
+#include "convert/RemoteText.h"
+
 #include <string>
 #include <utility>
-
-#include "convert/RemoteText.h"
 
 namespace NQORVYX20 {
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "host/ICIMQualifierDecl.h"
+#include "host/TCIMValue.h"
+
 #include <Pegasus/Client/CIMClient.h>
 
 #include <string>
-
-#include "host/ICIMQualifierDecl.h"
-#include "host/TCIMValue.h"
 
 namespace NQORVYX20 {
 

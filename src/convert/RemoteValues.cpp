@@ -1,13 +1,13 @@
 #include "convert/RemoteValues.h"
 
+#include "convert/RemoteText.h"
+#include "convert/RemoteTypes.h"
+#include "convert/StreamedText.h"
+
 #include <boost/shared_ptr.hpp>
 
 #include <utility>
 #include <vector>
-
-#include "convert/RemoteText.h"
-#include "convert/RemoteTypes.h"
-#include "convert/StreamedText.h"
 
 namespace NQORVYX20 {
 

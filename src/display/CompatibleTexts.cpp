@@ -1,7 +1,5 @@
 #include "display/CompatibleTexts.h"
 
-#include <utility>
-
 #include "convert/StatusCodes.h"
 #include "display/DisplayUnits.h"
 #include "display/NumberTypes.h"
@@ -9,6 +7,8 @@
 #include "host/ICIMPropertyDecl.h"
 #include "host/TCIMValue.h"
 #include "host/TVYXException.h"
+
+#include <utility>
 
 namespace NQORVYX20 {
 

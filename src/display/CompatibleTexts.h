@@ -1,11 +1,11 @@
 #pragma once
 
+#include "display/DisplayQualifiers.h"
+#include "display/PropertyTexts.h"
+
 #include <boost/shared_ptr.hpp>
 
 #include <cstdint>
-
-#include "display/DisplayQualifiers.h"
-#include "display/PropertyTexts.h"
 
 namespace NQORVYX20 {
 

@@ -1,11 +1,11 @@
 #include "display/DateTimeText.h"
 
+#include "display/SpanText.h"
+
 #include <array>
 #include <charconv>
 #include <cstdint>
 #include <string_view>
-
-#include "display/SpanText.h"
 
 namespace NQORVYX20 {
 

@@ -1,12 +1,12 @@
 #include "display/DisplayQualifiers.h"
 
-#include <utility>
-
 #include "convert/NormalName.h"
 #include "convert/StatusCodes.h"
 #include "host/ICIMPropertyDecl.h"
 #include "host/ICIMQualifier.h"
 #include "host/TVYXException.h"
+
+#include <utility>
 
 namespace NQORVYX20 {
 

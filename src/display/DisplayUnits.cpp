@@ -1,11 +1,11 @@
 #include "display/DisplayUnits.h"
 
+#include "host/TCIMDateTime.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
 #include <string_view>
-
-#include "host/TCIMDateTime.h"
 
 namespace NQORVYX20 {
 

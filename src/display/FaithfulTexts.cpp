@@ -1,7 +1,5 @@
 #include "display/FaithfulTexts.h"
 
-#include <limits>
-
 #include "display/DateTimeText.h"
 #include "display/DisplayQualifiers.h"
 #include "display/NumberTypes.h"
@@ -10,6 +8,8 @@
 #include "display/SensorUnits.h"
 #include "display/SignedNumber.h"
 #include "display/UnitText.h"
+
+#include <limits>
 
 namespace NQORVYX20 {
 

@@ -1,14 +1,14 @@
 #pragma once
 
-#include <optional>
-#include <string>
-#include <vector>
-
 #include "display/BitNames.h"
 #include "display/PropertyTexts.h"
 #include "display/StandardValueMap.h"
 #include "display/Unit.h"
 #include "host/TCIMValue.h"
+
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace NQORVYX20 {
 

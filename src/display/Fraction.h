@@ -1,10 +1,10 @@
 #pragma once
 
+#include "display/Scale.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
-
-#include "display/Scale.h"
 
 namespace NQORVYX20 {
 

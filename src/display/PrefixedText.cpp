@@ -1,8 +1,8 @@
 #include "display/PrefixedText.h"
 
-#include <array>
-
 #include "display/NumberText.h"
+
+#include <array>
 
 namespace NQORVYX20 {
 

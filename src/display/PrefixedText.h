@@ -1,10 +1,10 @@
 #pragma once
 
+#include "display/Fraction.h"
+
 #include <array>
 #include <string>
 #include <string_view>
-
-#include "display/Fraction.h"
 
 namespace NQORVYX20 {
 

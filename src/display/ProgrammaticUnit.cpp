@@ -1,11 +1,11 @@
 #include "display/ProgrammaticUnit.h"
 
+#include "display/UnitBuilder.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cstdlib>
 #include <string>
-
-#include "display/UnitBuilder.h"
 
 namespace NQORVYX20 {
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "display/DisplayChoice.h"
+
 #include <string>
 #include <vector>
-
-#include "display/DisplayChoice.h"
 
 namespace NQORVYX20 {
 

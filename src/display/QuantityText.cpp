@@ -1,12 +1,12 @@
 #include "display/QuantityText.h"
 
+#include "display/PrefixedText.h"
+#include "display/SpanText.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <string_view>
-
-#include "display/PrefixedText.h"
-#include "display/SpanText.h"
 
 namespace NQORVYX20 {
 

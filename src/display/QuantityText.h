@@ -1,9 +1,9 @@
 #pragma once
 
-#include <string>
-
 #include "display/Fraction.h"
 #include "display/Unit.h"
+
+#include <string>
 
 namespace NQORVYX20 {
 

@@ -1,10 +1,10 @@
 #include "display/SensorUnits.h"
 
+#include "display/ProgrammaticUnit.h"
+
 #include <algorithm>
 #include <array>
 #include <string_view>
-
-#include "display/ProgrammaticUnit.h"
 
 namespace NQORVYX20 {
 

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "display/Unit.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
-
-#include "display/Unit.h"
 
 namespace NQORVYX20 {
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "host/TCIMValue.h"
+
 #include <charconv>
 #include <cstdint>
 #include <optional>
 #include <string>
-
-#include "host/TCIMValue.h"
 
 namespace NQORVYX20 {
 

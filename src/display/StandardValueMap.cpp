@@ -1,13 +1,13 @@
 #include "display/StandardValueMap.h"
 
+#include "display/NumberTypes.h"
+#include "display/SignedNumber.h"
+
 #include <algorithm>
 #include <charconv>
 #include <limits>
 #include <string_view>
 #include <utility>
-
-#include "display/NumberTypes.h"
-#include "display/SignedNumber.h"
 
 namespace NQORVYX20 {
 

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "display/ValueMapTable.h"
+#include "host/TCIMValue.h"
+
 #include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "display/ValueMapTable.h"
-#include "host/TCIMValue.h"
 
 namespace NQORVYX20 {
 

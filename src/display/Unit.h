@@ -1,8 +1,8 @@
 #pragma once
 
-#include <string>
-
 #include "display/Scale.h"
+
+#include <string>
 
 namespace NQORVYX20 {
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <optional>
-#include <vector>
-
 #include "display/Unit.h"
 #include "display/UnitNames.h"
+
+#include <optional>
+#include <vector>
 
 namespace NQORVYX20 {
 

@@ -1,11 +1,11 @@
 #include "display/UnitText.h"
 
+#include "display/UnitBuilder.h"
+
 #include <array>
 #include <charconv>
 #include <string>
 #include <utility>
-
-#include "display/UnitBuilder.h"
 
 namespace NQORVYX20 {
 

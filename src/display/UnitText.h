@@ -1,9 +1,9 @@
 #pragma once
 
+#include "display/Unit.h"
+
 #include <optional>
 #include <string_view>
-
-#include "display/Unit.h"
 
 namespace NQORVYX20 {
 

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "display/ValueMapTable.h"
+
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "display/ValueMapTable.h"
 
 namespace NQORVYX20 {
 

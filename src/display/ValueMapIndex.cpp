@@ -1,11 +1,11 @@
 #include "display/ValueMapIndex.h"
 
+#include "display/ValueMapTable.h"
+
 #include <algorithm>
 #include <iterator>
 #include <limits>
 #include <set>
-
-#include "display/ValueMapTable.h"
 
 namespace NQORVYX20 {
 

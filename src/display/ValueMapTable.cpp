@@ -1,11 +1,11 @@
 #include "display/ValueMapTable.h"
 
+#include "display/DisplayQualifiers.h"
+#include "display/ValueMapBuilder.h"
+
 #include <boost/make_shared.hpp>
 
 #include <utility>
-
-#include "display/DisplayQualifiers.h"
-#include "display/ValueMapBuilder.h"
 
 namespace NQORVYX20 {
 

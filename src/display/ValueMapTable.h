@@ -1,12 +1,12 @@
 #pragma once
 
+#include "display/ValueMapIndex.h"
+
 #include <boost/shared_ptr.hpp>
 
 #include <cstdint>
 #include <string>
 #include <vector>
-
-#include "display/ValueMapIndex.h"
 
 namespace NQORVYX20 {
 

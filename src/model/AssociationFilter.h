@@ -1,12 +1,12 @@
 #pragma once
 
+#include "host/TCIMContext.h"
+
 #include <boost/shared_ptr.hpp>
 
 #include <map>
 #include <string>
 #include <vector>
-
-#include "host/TCIMContext.h"
 
 namespace NQORVYX20 {
 

@@ -1,12 +1,12 @@
 #include "model/InstanceTexts.h"
 
-#include <optional>
-
 #include "display/DisplayQualifiers.h"
 #include "display/FaithfulTexts.h"
 #include "host/ICIMPropertyDecl.h"
 #include "model/InstanceUnits.h"
 #include "model/TCimHTTPPropertyDecl.h"
+
+#include <optional>
 
 namespace NQORVYX20 {
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "display/DisplayChoice.h"
+
 #include <boost/shared_ptr.hpp>
 
 #include <string>
 #include <vector>
-
-#include "display/DisplayChoice.h"
 
 namespace NQORVYX20 {
 

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "display/Unit.h"
+
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "display/Unit.h"
 
 namespace NQORVYX20 {
 

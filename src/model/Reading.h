@@ -1,12 +1,12 @@
 #pragma once
 
+#include "convert/NormalName.h"
+#include "host/TCIMContext.h"
+
 #include <boost/function.hpp>
 #include <boost/shared_ptr.hpp>
 
 #include <string>
-
-#include "convert/NormalName.h"
-#include "host/TCIMContext.h"
 
 namespace NQORVYX20 {
 

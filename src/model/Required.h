@@ -1,10 +1,10 @@
 #pragma once
 
+#include "host/TVYXException.h"
+
 #include <boost/shared_ptr.hpp>
 
 #include <cstdint>
-
-#include "host/TVYXException.h"
 
 namespace NQORVYX20 {
 

@@ -1,10 +1,5 @@
 #include "model/TCimHTTPClass.h"
 
-#include <algorithm>
-#include <exception>
-#include <iterator>
-#include <utility>
-
 #include "convert/CoreLog.h"
 #include "convert/NormalName.h"
 #include "convert/StatusCodes.h"
@@ -18,6 +13,11 @@
 #include "model/TCimHTTPProperty.h"
 #include "model/TCimHTTPPropertyDecl.h"
 #include "provider/TCimHTTPNamespace.h"
+
+#include <algorithm>
+#include <exception>
+#include <iterator>
+#include <utility>
 
 namespace NQORVYX20 {
 

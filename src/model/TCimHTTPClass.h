@@ -1,5 +1,10 @@
 #pragma once
 
+#include "host/ICIMClass.h"
+#include "model/EntryIndex.h"
+#include "model/SubClassList.h"
+#include "model/TCimHTTPQualifierMap.h"
+
 #include <boost/enable_shared_from_this.hpp>
 #include <boost/weak_ptr.hpp>
 
@@ -7,11 +12,6 @@
 #include <set>
 #include <string>
 #include <vector>
-
-#include "host/ICIMClass.h"
-#include "model/EntryIndex.h"
-#include "model/SubClassList.h"
-#include "model/TCimHTTPQualifierMap.h"
 
 namespace NQORVYX20 {
 

@@ -1,15 +1,15 @@
 #pragma once
 
+#include "convert/NormalName.h"
+#include "host/TCIMContext.h"
+#include "model/TCimHTTPQualifier.h"
+#include "model/TCimHTTPQualifierMap.h"
+
 #include <boost/enable_shared_from_this.hpp>
 #include <boost/make_shared.hpp>
 #include <boost/shared_ptr.hpp>
 
 #include <string>
-
-#include "convert/NormalName.h"
-#include "host/TCIMContext.h"
-#include "model/TCimHTTPQualifier.h"
-#include "model/TCimHTTPQualifierMap.h"
 
 namespace NQORVYX20 {
 

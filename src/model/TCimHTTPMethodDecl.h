@@ -1,11 +1,11 @@
 #pragma once
 
+#include "host/ICIMMethodDecl.h"
+#include "model/TCimHTTPDeclaration.h"
+
 #include <boost/weak_ptr.hpp>
 
 #include <map>
-
-#include "host/ICIMMethodDecl.h"
-#include "model/TCimHTTPDeclaration.h"
 
 namespace NQORVYX20 {
 

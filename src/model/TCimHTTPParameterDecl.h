@@ -1,9 +1,9 @@
 #pragma once
 
-#include <boost/weak_ptr.hpp>
-
 #include "host/ICIMParameterDecl.h"
 #include "model/TCimHTTPDeclaration.h"
+
+#include <boost/weak_ptr.hpp>
 
 namespace NQORVYX20 {
 

@@ -1,10 +1,5 @@
 #include "model/TCimHTTPProperty.h"
 
-#include <algorithm>
-#include <functional>
-#include <sstream>
-#include <utility>
-
 #include "convert/CoreLog.h"
 #include "convert/StatusCodes.h"
 #include "display/CompatibleTexts.h"
@@ -12,6 +7,11 @@
 #include "display/ValueMapTable.h"
 #include "host/TVYXException.h"
 #include "model/TCimHTTPPropertyDecl.h"
+
+#include <algorithm>
+#include <functional>
+#include <sstream>
+#include <utility>
 
 namespace NQORVYX20 {
 

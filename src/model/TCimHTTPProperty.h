@@ -1,14 +1,14 @@
 #pragma once
 
+#include "display/DisplayChoice.h"
+#include "host/ICIMProperty.h"
+
 #include <boost/weak_ptr.hpp>
 
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
-
-#include "display/DisplayChoice.h"
-#include "host/ICIMProperty.h"
 
 namespace NQORVYX20 {
 

@@ -1,12 +1,12 @@
 #include "model/TCimHTTPPropertyDecl.h"
 
-#include <typeinfo>
-#include <utility>
-
 #include "display/DisplayQualifiers.h"
 #include "display/FaithfulTexts.h"
 #include "display/ValueMapTable.h"
 #include "model/TCimHTTPClass.h"
+
+#include <typeinfo>
+#include <utility>
 
 namespace NQORVYX20 {
 

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "display/ValueMapCache.h"
+#include "host/ICIMPropertyDecl.h"
+#include "model/TCimHTTPDeclaration.h"
+
 #include <boost/weak_ptr.hpp>
 
 #include <cstdint>
 #include <memory>
-
-#include "display/ValueMapCache.h"
-#include "host/ICIMPropertyDecl.h"
-#include "model/TCimHTTPDeclaration.h"
 
 namespace NQORVYX20 {
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "host/ICIMQualifier.h"
+
 #include <boost/enable_shared_from_this.hpp>
 #include <boost/weak_ptr.hpp>
 
 #include <cstdint>
-
-#include "host/ICIMQualifier.h"
 
 namespace NQORVYX20 {
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <boost/enable_shared_from_this.hpp>
-#include <boost/weak_ptr.hpp>
-
 #include "convert/NormalName.h"
 #include "host/ICIMQualifierDecl.h"
+
+#include <boost/enable_shared_from_this.hpp>
+#include <boost/weak_ptr.hpp>
 
 namespace NQORVYX20 {
 

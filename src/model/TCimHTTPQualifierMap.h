@@ -1,13 +1,13 @@
 #pragma once
 
+#include "convert/NormalName.h"
+
 #include <boost/function.hpp>
 #include <boost/shared_ptr.hpp>
 
 #include <cstdint>
 #include <map>
 #include <string>
-
-#include "convert/NormalName.h"
 
 namespace NQORVYX20 {
 

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <map>
-#include <string>
-#include <vector>
-
 #include "cimhttp/EmbeddedObject.h"
 #include "host/TCIMReference.h"
 #include "model/TCimHTTPInstance.h"
+
+#include <map>
+#include <string>
+#include <vector>
 
 namespace NQORVYX20 {
 

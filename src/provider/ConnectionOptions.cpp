@@ -1,8 +1,8 @@
 #include "provider/ConnectionOptions.h"
 
-#include <utility>
-
 #include "provider/PrintableText.h"
+
+#include <utility>
 
 namespace NQORVYX20 {
 

@@ -1,13 +1,13 @@
 #include "provider/ConnectionPlan.h"
 
-#include <algorithm>
-
 #include "cimhttp/ContextKeys.h"
 #include "provider/ConnectionRefusal.h"
 #include "provider/HostName.h"
 #include "provider/OptionRules.h"
 #include "provider/PrintableText.h"
 #include "provider/TlsOptions.h"
+
+#include <algorithm>
 
 namespace NQORVYX20 {
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "provider/ConnectionOptions.h"
+#include "provider/ConnectionPolicy.h"
+
 #include <map>
 #include <string>
 #include <vector>
-
-#include "provider/ConnectionOptions.h"
-#include "provider/ConnectionPolicy.h"
 
 namespace NQORVYX20 {
 

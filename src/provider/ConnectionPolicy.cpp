@@ -1,10 +1,10 @@
 #include "provider/ConnectionPolicy.h"
 
-#include <algorithm>
-
 #include "provider/HostName.h"
 #include "provider/PolicyFault.h"
 #include "provider/PrintableText.h"
+
+#include <algorithm>
 
 namespace NQORVYX20 {
 

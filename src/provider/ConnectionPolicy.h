@@ -1,11 +1,11 @@
 #pragma once
 
+#include "provider/PolicyDocument.h"
+#include "provider/PolicyFile.h"
+
 #include <cstddef>
 #include <string>
 #include <vector>
-
-#include "provider/PolicyDocument.h"
-#include "provider/PolicyFile.h"
 
 namespace NQORVYX20 {
 

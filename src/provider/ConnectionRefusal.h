@@ -1,9 +1,9 @@
 #pragma once
 
+#include "cimhttp/RemoteFailure.h"
+
 #include <stdexcept>
 #include <string>
-
-#include "cimhttp/RemoteFailure.h"
 
 namespace NQORVYX20 {
 

@@ -1,8 +1,8 @@
 #include "provider/HostPattern.h"
 
-#include <cstddef>
-
 #include "provider/HostName.h"
+
+#include <cstddef>
 
 namespace NQORVYX20 {
 

@@ -1,11 +1,12 @@
-#include <cstddef>
-#include <cstdint>
-#include <nlohmann/json.hpp>
-#include <utility>
-
 #include "provider/JsonValue.h"
 #include "provider/PolicyFault.h"
 #include "provider/PrintableText.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cstddef>
+#include <cstdint>
+#include <utility>
 
 namespace NQORVYX20 {
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "provider/ConnectionOptions.h"
+
 #include <map>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "provider/ConnectionOptions.h"
 
 namespace NQORVYX20 {
 

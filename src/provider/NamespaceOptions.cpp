@@ -1,10 +1,5 @@
 #include "provider/NamespaceOptions.h"
 
-#include <cstdint>
-#include <optional>
-#include <utility>
-#include <vector>
-
 #include "cimhttp/ContextKeys.h"
 #include "convert/CoreLog.h"
 #include "convert/StatusCodes.h"
@@ -14,6 +9,11 @@
 #include "provider/OptionRules.h"
 #include "provider/PrintableText.h"
 #include "provider/TlsOptions.h"
+
+#include <cstdint>
+#include <optional>
+#include <utility>
+#include <vector>
 
 namespace NQORVYX20 {
 

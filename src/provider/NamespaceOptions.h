@@ -1,9 +1,9 @@
 #pragma once
 
-#include <string>
-
 #include "host/TCIMContext.h"
 #include "provider/ConnectionOptions.h"
+
+#include <string>
 
 namespace NQORVYX20 {
 

@@ -1,5 +1,9 @@
 #include "provider/OptionRules.h"
 
+#include "cimhttp/ContextKeys.h"
+#include "convert/RemoteText.h"
+#include "provider/PrintableText.h"
+
 #include <Pegasus/Client/CIMClient.h>
 
 #include <algorithm>
@@ -7,10 +11,6 @@
 #include <cstring>
 #include <iterator>
 #include <limits>
-
-#include "cimhttp/ContextKeys.h"
-#include "convert/RemoteText.h"
-#include "provider/PrintableText.h"
 
 namespace NQORVYX20 {
 

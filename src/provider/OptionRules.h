@@ -1,10 +1,10 @@
 #pragma once
 
+#include "provider/ConnectionOptions.h"
+
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "provider/ConnectionOptions.h"
 
 namespace NQORVYX20 {
 

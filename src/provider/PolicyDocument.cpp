@@ -1,14 +1,14 @@
 #include "provider/PolicyDocument.h"
 
-#include <algorithm>
-#include <optional>
-
 #include "provider/HostName.h"
 #include "provider/JsonValue.h"
 #include "provider/NearestName.h"
 #include "provider/OptionRules.h"
 #include "provider/PolicyFault.h"
 #include "provider/PrintableText.h"
+
+#include <algorithm>
+#include <optional>
 
 namespace NQORVYX20 {
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <string>
-#include <vector>
-
 #include "provider/ConnectionOptions.h"
 #include "provider/HostPattern.h"
+
+#include <string>
+#include <vector>
 
 namespace NQORVYX20 {
 

@@ -1,5 +1,7 @@
 #include "provider/PolicyFile.h"
 
+#include "provider/PolicyFault.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -9,8 +11,6 @@
 #include <cstdlib>
 #include <system_error>
 #include <utility>
-
-#include "provider/PolicyFault.h"
 
 namespace NQORVYX20 {
 

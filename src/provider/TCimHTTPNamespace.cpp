@@ -1,9 +1,5 @@
 #include "provider/TCimHTTPNamespace.h"
 
-#include <boost/make_shared.hpp>
-
-#include <utility>
-
 #include "cimhttp/ContextKeys.h"
 #include "convert/CoreLog.h"
 #include "convert/NormalName.h"
@@ -30,6 +26,10 @@
 #include "reading/LimitExceeded.h"
 #include "reading/RemoteFailures.h"
 #include "reading/RemoteServer.h"
+
+#include <boost/make_shared.hpp>
+
+#include <utility>
 
 namespace NQORVYX20 {
 

@@ -1,5 +1,13 @@
 #pragma once
 
+#include "cimhttp/ReadingIncidents.h"
+#include "cimhttp/RemoteFailure.h"
+#include "convert/NormalName.h"
+#include "host/ICIMNamespace.h"
+#include "provider/ConnectionOptions.h"
+#include "reading/DefinitionBudget.h"
+#include "reading/ReadingReport.h"
+
 #include <Pegasus/Client/CIMClient.h>
 
 #include <boost/enable_shared_from_this.hpp>
@@ -9,14 +17,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-
-#include "cimhttp/ReadingIncidents.h"
-#include "cimhttp/RemoteFailure.h"
-#include "convert/NormalName.h"
-#include "host/ICIMNamespace.h"
-#include "provider/ConnectionOptions.h"
-#include "reading/DefinitionBudget.h"
-#include "reading/ReadingReport.h"
 
 namespace NQORVYX20 {
 

@@ -1,12 +1,12 @@
 #include "provider/TCimHTTPNamespaceProvider.h"
 
-#include <boost/make_shared.hpp>
-
-#include <iostream> // the standard streams must be ready when loading this library writes to the log
-
 #include "host/INamespaceProviderManager.h"
 #include "host/TRootObject.h"
 #include "provider/TCimHTTPNamespace.h"
+
+#include <boost/make_shared.hpp>
+
+#include <iostream> // the standard streams must be ready when loading this library writes to the log
 
 namespace NQORVYX20 {
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <boost/shared_ptr.hpp>
-
 #include "host/INamespaceProvider.h"
 #include "host/TVYXStatusCode.h"
+
+#include <boost/shared_ptr.hpp>
 
 namespace NQORVYX20 {
 

@@ -1,11 +1,11 @@
 #include "provider/TCimHTTPRequestedClassParser.h"
 
+#include "host/TRootObject.h"
+
 #include <boost/algorithm/string/case_conv.hpp>
 
 #include <locale>
 #include <utility>
-
-#include "host/TRootObject.h"
 
 using NQORVYX20::ILogger;
 

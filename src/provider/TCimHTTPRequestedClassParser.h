@@ -1,11 +1,11 @@
 #pragma once
 
+#include "host/ILogger.h"
+#include "host/TXmlParser.h"
+
 #include <map>
 #include <string>
 #include <vector>
-
-#include "host/ILogger.h"
-#include "host/TXmlParser.h"
 
 /// Reads the document in which a host names a remote server and the classes that it wants from it:
 ///

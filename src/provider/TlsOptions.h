@@ -1,10 +1,10 @@
 #pragma once
 
+#include "provider/ConnectionOptions.h"
+
 #include <Pegasus/Client/CIMClient.h>
 
 #include <string>
-
-#include "provider/ConnectionOptions.h"
 
 namespace NQORVYX20 {
 

@@ -1,11 +1,5 @@
 #include "reading/CompatibleReading.h"
 
-#include <Pegasus/Client/CIMClient.h>
-
-#include <optional>
-#include <utility>
-#include <vector>
-
 #include "convert/CoreLog.h"
 #include "convert/NormalName.h"
 #include "convert/RemoteText.h"
@@ -28,6 +22,12 @@
 #include "reading/RemoteQualifiers.h"
 #include "reading/RemoteRequest.h"
 #include "reading/RemoteServer.h"
+
+#include <Pegasus/Client/CIMClient.h>
+
+#include <optional>
+#include <utility>
+#include <vector>
 
 namespace NQORVYX20 {
 

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "model/Reading.h"
+
 #include <boost/weak_ptr.hpp>
 
 #include <optional>
 #include <set>
 #include <string>
-
-#include "model/Reading.h"
 
 namespace Pegasus {
 class CIMClass;

@@ -1,8 +1,8 @@
 #include "reading/DefinitionBudget.h"
 
-#include <string>
-
 #include "reading/LimitExceeded.h"
+
+#include <string>
 
 namespace NQORVYX20 {
 

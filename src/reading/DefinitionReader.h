@@ -1,13 +1,13 @@
 #pragma once
 
+#include "host/ICIMNamedElement.h"
+#include "reading/QualifierDeclarations.h"
+
 #include <Pegasus/Client/CIMClient.h>
 
 #include <boost/shared_ptr.hpp>
 
 #include <string>
-
-#include "host/ICIMNamedElement.h"
-#include "reading/QualifierDeclarations.h"
 
 namespace NQORVYX20 {
 

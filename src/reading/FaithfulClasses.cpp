@@ -1,10 +1,5 @@
 #include "reading/FaithfulClasses.h"
 
-#include <boost/make_shared.hpp>
-
-#include <algorithm>
-#include <utility>
-
 #include "convert/CoreLog.h"
 #include "convert/NormalName.h"
 #include "convert/RemoteText.h"
@@ -15,6 +10,11 @@
 #include "reading/ReadingReport.h"
 #include "reading/RemoteRequest.h"
 #include "reading/RemoteServer.h"
+
+#include <boost/make_shared.hpp>
+
+#include <algorithm>
+#include <utility>
 
 namespace NQORVYX20 {
 

@@ -1,5 +1,9 @@
 #pragma once
 
+#include "host/TCIMContext.h"
+#include "reading/DefinitionReader.h"
+#include "reading/SentClasses.h"
+
 #include <Pegasus/Client/CIMClient.h>
 
 #include <boost/weak_ptr.hpp>
@@ -8,10 +12,6 @@
 #include <set>
 #include <string>
 #include <vector>
-
-#include "host/TCIMContext.h"
-#include "reading/DefinitionReader.h"
-#include "reading/SentClasses.h"
 
 namespace NQORVYX20 {
 

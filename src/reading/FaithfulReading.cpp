@@ -1,12 +1,5 @@
 #include "reading/FaithfulReading.h"
 
-#include <boost/make_shared.hpp>
-
-#include <map>
-#include <optional>
-#include <utility>
-#include <vector>
-
 #include "cimhttp/ContextKeys.h"
 #include "convert/CoreLog.h"
 #include "convert/NormalName.h"
@@ -23,6 +16,13 @@
 #include "reading/ReadingReport.h"
 #include "reading/RemoteRequest.h"
 #include "reading/RemoteServer.h"
+
+#include <boost/make_shared.hpp>
+
+#include <map>
+#include <optional>
+#include <utility>
+#include <vector>
 
 namespace NQORVYX20 {
 

@@ -1,14 +1,14 @@
 #pragma once
 
+#include "model/Reading.h"
+#include "reading/FaithfulClasses.h"
+#include "reading/LastReadings.h"
+
 #include <boost/weak_ptr.hpp>
 
 #include <memory>
 #include <string>
 #include <vector>
-
-#include "model/Reading.h"
-#include "reading/FaithfulClasses.h"
-#include "reading/LastReadings.h"
 
 namespace NQORVYX20 {
 

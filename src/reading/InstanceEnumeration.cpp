@@ -1,9 +1,5 @@
 #include "reading/InstanceEnumeration.h"
 
-#include <boost/make_shared.hpp>
-
-#include <utility>
-
 #include "convert/NormalName.h"
 #include "convert/RemoteText.h"
 #include "host/ICIMInstance.h"
@@ -13,6 +9,10 @@
 #include "reading/FaithfulReading.h"
 #include "reading/ReadingReport.h"
 #include "reading/RemoteRequest.h"
+
+#include <boost/make_shared.hpp>
+
+#include <utility>
 
 namespace NQORVYX20 {
 

@@ -1,5 +1,10 @@
 #pragma once
 
+#include "cimhttp/ReadingIncidents.h"
+#include "reading/InstancePortions.h"
+#include "reading/InstanceReader.h"
+#include "reading/LastReadings.h"
+
 #include <boost/shared_ptr.hpp>
 #include <boost/weak_ptr.hpp>
 
@@ -9,11 +14,6 @@
 #include <map>
 #include <string>
 #include <vector>
-
-#include "cimhttp/ReadingIncidents.h"
-#include "reading/InstancePortions.h"
-#include "reading/InstanceReader.h"
-#include "reading/LastReadings.h"
 
 namespace NQORVYX20 {
 

@@ -1,7 +1,5 @@
 #include "reading/InstancePath.h"
 
-#include <algorithm>
-
 #include "convert/CoreLog.h"
 #include "convert/HostValues.h"
 #include "convert/RemoteText.h"
@@ -9,6 +7,8 @@
 #include "host/ICIMClass.h"
 #include "host/ICIMPropertyDecl.h"
 #include "host/TVYXException.h"
+
+#include <algorithm>
 
 namespace NQORVYX20 {
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "host/TCIMReference.h"
+#include "host/TCIMValue.h"
+
 #include <Pegasus/Client/CIMClient.h>
 
 #include <string>
-
-#include "host/TCIMReference.h"
-#include "host/TCIMValue.h"
 
 namespace NQORVYX20 {
 

@@ -1,12 +1,12 @@
 #include "reading/InstancePortions.h"
 
-#include <chrono>
-#include <utility>
-
 #include "convert/CoreLog.h"
 #include "convert/RemoteText.h"
 #include "reading/LimitExceeded.h"
 #include "reading/RemoteFailures.h"
+
+#include <chrono>
+#include <utility>
 
 namespace NQORVYX20 {
 

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "reading/PortionSize.h"
+#include "reading/RemoteServer.h"
+
 #include <Pegasus/Client/CIMClient.h>
 
 #include <cstdint>
 #include <string>
-
-#include "reading/PortionSize.h"
-#include "reading/RemoteServer.h"
 
 namespace NQORVYX20 {
 

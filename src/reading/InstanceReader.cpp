@@ -1,10 +1,5 @@
 #include "reading/InstanceReader.h"
 
-#include <boost/make_shared.hpp>
-
-#include <sstream>
-#include <utility>
-
 #include "convert/HostValues.h"
 #include "convert/RemoteText.h"
 #include "host/ICIMPropertyDecl.h"
@@ -13,6 +8,11 @@
 #include "model/TFaithfulInstance.h"
 #include "reading/InstancePath.h"
 #include "reading/ReadingReport.h"
+
+#include <boost/make_shared.hpp>
+
+#include <sstream>
+#include <utility>
 
 namespace NQORVYX20 {
 

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "reading/InstanceShape.h"
+
 #include <Pegasus/Client/CIMClient.h>
 
 #include <boost/shared_ptr.hpp>
 
 #include <string>
-
-#include "reading/InstanceShape.h"
 
 namespace NQORVYX20 {
 

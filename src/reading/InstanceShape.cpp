@@ -1,10 +1,10 @@
 #include "reading/InstanceShape.h"
 
-#include <set>
-
 #include "convert/NormalName.h"
 #include "convert/RemoteText.h"
 #include "host/TVYXException.h"
+
+#include <set>
 
 namespace NQORVYX20 {
 

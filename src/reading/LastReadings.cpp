@@ -1,9 +1,9 @@
 #include "reading/LastReadings.h"
 
+#include "host/ICIMInstance.h"
+
 #include <algorithm>
 #include <utility>
-
-#include "host/ICIMInstance.h"
 
 namespace NQORVYX20 {
 

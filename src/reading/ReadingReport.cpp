@@ -1,8 +1,8 @@
 #include "reading/ReadingReport.h"
 
-#include <string>
-
 #include "convert/CoreLog.h"
+
+#include <string>
 
 namespace NQORVYX20 {
 

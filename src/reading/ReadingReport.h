@@ -1,11 +1,11 @@
 #pragma once
 
+#include "cimhttp/ReadingIncidents.h"
+#include "cimhttp/RemoteFailure.h"
+
 #include <cstddef>
 #include <optional>
 #include <utility>
-
-#include "cimhttp/ReadingIncidents.h"
-#include "cimhttp/RemoteFailure.h"
 
 namespace NQORVYX20 {
 

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "cimhttp/RemoteFailure.h"
+
 #include <Pegasus/Client/CIMClient.h>
 
 #include <cstdint>
-
-#include "cimhttp/RemoteFailure.h"
 
 namespace NQORVYX20 {
 

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <boost/shared_ptr.hpp>
-
 #include "convert/RemoteText.h"
 #include "convert/RemoteValues.h"
 #include "host/ICIMNamedElement.h"
 #include "host/ICIMQualifier.h"
+
+#include <boost/shared_ptr.hpp>
 
 namespace NQORVYX20 {
 

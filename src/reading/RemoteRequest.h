@@ -1,12 +1,12 @@
 #pragma once
 
-#include <Pegasus/Client/CIMClient.h>
-
-#include <string>
-
 #include "cimhttp/RemoteFailure.h"
 #include "reading/LimitExceeded.h"
 #include "reading/RemoteFailures.h"
+
+#include <Pegasus/Client/CIMClient.h>
+
+#include <string>
 
 namespace NQORVYX20 {
 

@@ -1,11 +1,5 @@
 #include "reading/SentClasses.h"
 
-#include <boost/algorithm/string/case_conv.hpp>
-#include <boost/make_shared.hpp>
-
-#include <algorithm>
-#include <locale>
-
 #include "convert/HostValues.h"
 #include "convert/NormalName.h"
 #include "convert/RemoteText.h"
@@ -15,6 +9,12 @@
 #include "model/TCimHTTPClass.h"
 #include "model/TCimHTTPQualifierDecl.h"
 #include "provider/TCimHTTPNamespace.h"
+
+#include <boost/algorithm/string/case_conv.hpp>
+#include <boost/make_shared.hpp>
+
+#include <algorithm>
+#include <locale>
 
 namespace NQORVYX20 {
 

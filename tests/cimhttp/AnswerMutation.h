@@ -1,9 +1,9 @@
 #pragma once
 
+#include "SchemaServer.h"
+
 #include <random>
 #include <string>
-
-#include "SchemaServer.h"
 
 /// One thing that can be changed in a server's answer to EnumerateInstances; kDoubledInstance, kOtherKey, kNoKey,
 /// kOtherClass, kUnknownClass and kCut also in one to EnumerateInstanceNames. Which value, property or instance it

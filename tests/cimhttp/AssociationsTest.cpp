@@ -1,8 +1,13 @@
 // What associations of an instance lead to, and these associations themselves: `associators` and `references`.
 
+#include "CimXml.h"
+#include "LinkServer.h"
+#include "ProgramRun.h"
+#include "server/DemoServer.h"
+#include "support/LoopbackAddress.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
 #include <nlohmann/json.hpp>
 
 #include <sys/wait.h>
@@ -13,12 +18,6 @@
 #include <map>
 #include <set>
 #include <sstream>
-
-#include "CimXml.h"
-#include "LinkServer.h"
-#include "ProgramRun.h"
-#include "server/DemoServer.h"
-#include "support/LoopbackAddress.h"
 
 using nlohmann::json;
 using testing::AllOf;

@@ -1,5 +1,11 @@
 // How cimhttp looks after the user while a server keeps it waiting.
 
+#include "server/DemoServer.h"
+#include "support/FaultyServer.h"
+#include "support/LoopbackAddress.h"
+#include "support/TemporaryDirectory.h"
+#include "support/TerminalProgram.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -8,12 +14,6 @@
 #include <filesystem>
 #include <future>
 #include <memory>
-
-#include "server/DemoServer.h"
-#include "support/FaultyServer.h"
-#include "support/LoopbackAddress.h"
-#include "support/TemporaryDirectory.h"
-#include "support/TerminalProgram.h"
 
 using support::TerminalProgram;
 using testing::EndsWith;

@@ -1,20 +1,20 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <nlohmann/json.hpp>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <algorithm>
-#include <filesystem>
-#include <fstream>
-
 #include "CimXml.h"
 #include "ProgramRun.h"
 #include "output/Json.h"
 #include "support/CimServer.h"
 #include "support/TemporaryDirectory.h"
 #include "support/TerminalProgram.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
 
 using cimhttp::JsonText;
 using nlohmann::json;

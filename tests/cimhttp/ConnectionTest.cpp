@@ -1,5 +1,14 @@
 // How cimhttp finds its server, and what it says when it does not.
 
+#include "Failure.h"
+#include "ProgramRun.h"
+#include "connection/ConnectionStore.h"
+#include "connection/FileLock.h"
+#include "connection/ServerName.h"
+#include "support/CimServer.h"
+#include "support/TemporaryDirectory.h"
+#include "text/NearestNames.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -10,15 +19,6 @@
 #include <future>
 #include <set>
 #include <utility>
-
-#include "Failure.h"
-#include "ProgramRun.h"
-#include "connection/ConnectionStore.h"
-#include "connection/FileLock.h"
-#include "connection/ServerName.h"
-#include "support/CimServer.h"
-#include "support/TemporaryDirectory.h"
-#include "text/NearestNames.h"
 
 using cimhttp::ConnectionStore;
 using cimhttp::EditDistance;

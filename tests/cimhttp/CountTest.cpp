@@ -1,8 +1,14 @@
 // `count`: how many instances each class has, read from their names alone.
 
+#include "CimXml.h"
+#include "ProgramRun.h"
+#include "server/DemoServer.h"
+#include "support/CimServer.h"
+#include "support/LoopbackAddress.h"
+#include "support/ScriptedServer.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
@@ -13,13 +19,6 @@
 #include <string>
 #include <utility>
 #include <vector>
-
-#include "CimXml.h"
-#include "ProgramRun.h"
-#include "server/DemoServer.h"
-#include "support/CimServer.h"
-#include "support/LoopbackAddress.h"
-#include "support/ScriptedServer.h"
 
 using nlohmann::json;
 using testing::AllOf;

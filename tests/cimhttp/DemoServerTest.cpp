@@ -1,19 +1,19 @@
 // The commands of cimhttp against a whole server with a rich schema.
 
+#include "server/DemoServer.h"
+
+#include "MofReader.h"
+#include "ProgramRun.h"
+#include "support/LoopbackAddress.h"
+#include "support/TerminalProgram.h"
+#include "text/TerminalText.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <sstream>
-
-#include "MofReader.h"
-#include "ProgramRun.h"
-#include "server/DemoServer.h"
-#include "support/LoopbackAddress.h"
-#include "support/TerminalProgram.h"
-#include "text/TerminalText.h"
 
 using nlohmann::json;
 using support::TerminalProgram;

@@ -1,7 +1,3 @@
-#include "output/ValueTexts.h"
-
-#include <gtest/gtest.h>
-
 #include "access/PluginAccess.h"
 #include "connection/Plugin.h"
 #include "host/ICIMClass.h"
@@ -9,7 +5,10 @@
 #include "host/ICIMNamespace.h"
 #include "host/ICIMProperty.h"
 #include "host/TVYXException.h"
+#include "output/ValueTexts.h"
 #include "support/CimServer.h"
+
+#include <gtest/gtest.h>
 
 using cimhttp::DisplayText;
 using namespace NQORVYX20;

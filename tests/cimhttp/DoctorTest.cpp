@@ -1,18 +1,17 @@
 // cimhttp doctor: what works of a server, step by step.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <nlohmann/json.hpp>
-
-#include <map>
-
 #include "CimXml.h"
 #include "ProgramRun.h"
 #include "server/DemoServer.h"
 #include "support/CimServer.h"
 #include "support/LoopbackAddress.h"
 #include "support/TemporaryDirectory.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <map>
 
 using nlohmann::json;
 using testing::AllOf;

@@ -1,5 +1,15 @@
 // The files that cimhttp reads and replaces, whatever stands in their places and whatever ends the program meanwhile.
 
+#include "CimXml.h"
+#include "Failure.h"
+#include "ProgramRun.h"
+#include "connection/ConnectionStore.h"
+#include "connection/InputFile.h"
+#include "output/OutputFile.h"
+#include "support/CimServer.h"
+#include "support/TemporaryDirectory.h"
+#include "waiting/Interrupt.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -10,16 +20,6 @@
 #include <filesystem>
 #include <functional>
 #include <ostream>
-
-#include "CimXml.h"
-#include "Failure.h"
-#include "ProgramRun.h"
-#include "connection/ConnectionStore.h"
-#include "connection/InputFile.h"
-#include "output/OutputFile.h"
-#include "support/CimServer.h"
-#include "support/TemporaryDirectory.h"
-#include "waiting/Interrupt.h"
 
 namespace fs = std::filesystem;
 using cimhttp::ConnectionStore;

@@ -1,6 +1,13 @@
 // What cimhttp says of itself: its help, its man page and the completion of its command line tell of the same commands
 // and options.
 
+#include "CimXml.h"
+#include "ProgramRun.h"
+#include "commands/Commands.h"
+#include "support/CimServer.h"
+#include "support/TemporaryDirectory.h"
+#include "support/TerminalProgram.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -9,13 +16,6 @@
 #include <filesystem>
 #include <set>
 #include <sstream>
-
-#include "CimXml.h"
-#include "ProgramRun.h"
-#include "commands/Commands.h"
-#include "support/CimServer.h"
-#include "support/TemporaryDirectory.h"
-#include "support/TerminalProgram.h"
 
 using testing::ContainerEq;
 using testing::ContainsRegex;

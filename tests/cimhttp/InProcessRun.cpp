@@ -1,8 +1,8 @@
 #include "InProcessRun.h"
 
-#include <sstream>
-
 #include "Program.h"
+
+#include <sstream>
 
 support::ProgramRun RunInProcess(std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), {"cimhttp", "--plugin", CIMHTTP_PLUGIN});

@@ -1,15 +1,14 @@
 // What `info` says of a server beyond the connection: what it calls itself, and what it can do.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <nlohmann/json.hpp>
-
 #include "CimXml.h"
 #include "LinkServer.h"
 #include "ProgramRun.h"
 #include "server/DemoServer.h"
 #include "support/LoopbackAddress.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 using nlohmann::json;
 using testing::AllOf;

@@ -1,17 +1,16 @@
 // What cimhttp shows of instances: their classes and paths, what is null, and what could not be taken over.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <nlohmann/json.hpp>
-
-#include <algorithm>
-#include <sstream>
-
 #include "CimXml.h"
 #include "ProgramRun.h"
 #include "support/CimServer.h"
 #include "support/TemporaryDirectory.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <sstream>
 
 using nlohmann::json;
 using testing::AllOf;

@@ -1,20 +1,19 @@
 // One instance by its class and some keys, where nobody wants to write its path: `instance CLASS --key`.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <nlohmann/json.hpp>
-
-#include <algorithm>
-#include <string>
-#include <vector>
-
 #include "CimXml.h"
 #include "ProgramRun.h"
 #include "server/DemoServer.h"
 #include "support/CimServer.h"
 #include "support/LoopbackAddress.h"
 #include "support/TerminalProgram.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <string>
+#include <vector>
 
 using support::TerminalProgram;
 using testing::AllOf;

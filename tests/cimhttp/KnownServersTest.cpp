@@ -1,5 +1,11 @@
 // The servers that the user knows by their certificates, and the form of fingerprints.
 
+#include "connection/KnownServers.h"
+
+#include "Failure.h"
+#include "connection/Fingerprint.h"
+#include "support/TemporaryDirectory.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -7,11 +13,6 @@
 
 #include <future>
 #include <vector>
-
-#include "Failure.h"
-#include "connection/Fingerprint.h"
-#include "connection/KnownServers.h"
-#include "support/TemporaryDirectory.h"
 
 using cimhttp::Failure;
 using cimhttp::KnownServer;

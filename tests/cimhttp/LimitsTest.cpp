@@ -1,15 +1,15 @@
 // What ends a command that reaches a limit, of the answers that are taken or of the system: a line and a status.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <algorithm>
-
 #include "CimXml.h"
 #include "Failure.h"
 #include "ProgramRun.h"
 #include "support/CimServer.h"
 #include "support/TemporaryDirectory.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
 
 using cimhttp::Failure;
 using testing::HasSubstr;

@@ -1,9 +1,9 @@
 #include "LinkServer.h"
 
+#include "CimXml.h"
+
 #include <algorithm>
 #include <sstream>
-
-#include "CimXml.h"
 
 namespace {
 

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "support/ScriptedServer.h"
+
 #include <cstddef>
 #include <map>
 #include <mutex>
 #include <string>
 #include <utility>
 #include <vector>
-
-#include "support/ScriptedServer.h"
 
 /// An INSTANCENAME (see PathXml) with host and namespace around it (DSP0201).
 std::string WholePathXml(const std::string& path, const std::string& host = "server.example",

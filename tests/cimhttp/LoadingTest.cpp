@@ -1,15 +1,15 @@
 // Which libraries a run of cimhttp loads, and when.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <filesystem>
-
 #include "ProgramRun.h"
 #include "access/TlsHandshake.h"
 #include "server/DemoServer.h"
 #include "support/LoopbackAddress.h"
 #include "support/TemporaryDirectory.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
 
 using testing::HasSubstr;
 using testing::Not;

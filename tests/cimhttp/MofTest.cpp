@@ -1,12 +1,12 @@
+#include "access/RemoteModel.h"
+#include "output/MofText.h"
+#include "output/MofWriter.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <limits>
 #include <sstream>
-
-#include "access/RemoteModel.h"
-#include "output/MofText.h"
-#include "output/MofWriter.h"
 
 using namespace cimhttp;
 using NQORVYX20::TCIMChar16;

@@ -1,15 +1,6 @@
 // The program before a server that sends something odd: whatever it is, the program either shows exactly what was sent
 // and ends with 0, or says that something is missing. Every answer is one of a good server with one random change.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <nlohmann/json.hpp>
-
-#include <algorithm>
-#include <optional>
-#include <random>
-
 #include "AnswerMutation.h"
 #include "Failure.h"
 #include "InProcessRun.h"
@@ -17,6 +8,14 @@
 #include "SecondSchema.h"
 #include "SentInstances.h"
 #include "support/TemporaryDirectory.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <optional>
+#include <random>
 
 using cimhttp::Failure;
 using nlohmann::json;

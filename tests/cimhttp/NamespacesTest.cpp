@@ -1,18 +1,17 @@
 // The namespaces of a server: who tells them, and what is said when nobody does.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <nlohmann/json.hpp>
-
-#include <algorithm>
-
 #include "CimXml.h"
 #include "LinkServer.h"
 #include "ProgramRun.h"
 #include "server/DemoServer.h"
 #include "support/CimServer.h"
 #include "support/LoopbackAddress.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
 
 using nlohmann::json;
 using testing::HasSubstr;

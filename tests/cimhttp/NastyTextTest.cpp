@@ -1,12 +1,5 @@
 // A server's text in every form of the output: nothing of it steers a terminal or passes for another text.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <nlohmann/json.hpp>
-
-#include <algorithm>
-
 #include "CimXml.h"
 #include "ProgramRun.h"
 #include "support/CimServer.h"
@@ -14,6 +7,12 @@
 #include "support/TemporaryDirectory.h"
 #include "support/TerminalProgram.h"
 #include "text/Utf8.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
 
 using nlohmann::json;
 using support::TerminalProgram;

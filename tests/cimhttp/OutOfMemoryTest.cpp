@@ -1,5 +1,13 @@
 // Memory that does not suffice at any one point: the program says so and fails, or what it shows is whole.
 
+#include "CimXml.h"
+#include "Failure.h"
+#include "Program.h"
+#include "support/CimServer.h"
+#include "support/LoopbackAddress.h"
+#include "support/ProgramRun.h"
+#include "support/TemporaryDirectory.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -16,14 +24,6 @@
 #include <sstream>
 #include <string>
 #include <vector>
-
-#include "CimXml.h"
-#include "Failure.h"
-#include "Program.h"
-#include "support/CimServer.h"
-#include "support/LoopbackAddress.h"
-#include "support/ProgramRun.h"
-#include "support/TemporaryDirectory.h"
 
 using testing::HasSubstr;
 using testing::Not;

@@ -1,18 +1,17 @@
 // Paths go round: what cimhttp prints as a path, it takes as one.
 
+#include "ProgramRun.h"
+#include "server/DemoServer.h"
+#include "support/LoopbackAddress.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <set>
 #include <string>
 #include <vector>
-
-#include "ProgramRun.h"
-#include "server/DemoServer.h"
-#include "support/LoopbackAddress.h"
 
 using nlohmann::json;
 

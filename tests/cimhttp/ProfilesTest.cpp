@@ -1,17 +1,16 @@
 // The profiles that a server says it conforms to, and the instances with which they begin.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <nlohmann/json.hpp>
-
-#include <algorithm>
-
 #include "CimXml.h"
 #include "LinkServer.h"
 #include "ProgramRun.h"
 #include "server/DemoServer.h"
 #include "support/LoopbackAddress.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
 
 using nlohmann::json;
 using testing::AllOf;

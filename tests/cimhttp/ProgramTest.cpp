@@ -1,15 +1,15 @@
+#include "CimXml.h"
+#include "ProgramRun.h"
+#include "support/CimServer.h"
+#include "support/TemporaryDirectory.h"
+#include "support/TerminalProgram.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-
-#include "CimXml.h"
-#include "ProgramRun.h"
-#include "support/CimServer.h"
-#include "support/TemporaryDirectory.h"
-#include "support/TerminalProgram.h"
 
 using testing::HasSubstr;
 using testing::StartsWith;

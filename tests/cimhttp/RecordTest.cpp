@@ -1,18 +1,18 @@
 // `cimhttp record`, and the demo server that plays what was recorded.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <sys/stat.h>
-
-#include <memory>
-
 #include "ProgramRun.h"
 #include "replay/ReplayListener.h"
 #include "server/DemoServer.h"
 #include "support/CimServer.h"
 #include "support/LoopbackAddress.h"
 #include "support/TemporaryDirectory.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+#include <memory>
 
 using testing::AllOf;
 using testing::HasSubstr;

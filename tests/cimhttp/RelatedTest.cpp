@@ -1,14 +1,5 @@
 // What hangs together with an instance: `related` draws it as a tree, and writes it as JSON and for Graphviz.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <nlohmann/json.hpp>
-
-#include <algorithm>
-#include <set>
-#include <sstream>
-
 #include "CimXml.h"
 #include "LinkServer.h"
 #include "ProgramRun.h"
@@ -16,6 +7,14 @@
 #include "server/DemoServer.h"
 #include "support/LoopbackAddress.h"
 #include "support/TemporaryDirectory.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <set>
+#include <sstream>
 
 using nlohmann::json;
 using testing::AllOf;

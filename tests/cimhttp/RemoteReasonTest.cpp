@@ -1,8 +1,8 @@
 #include "connection/RemoteReason.h"
 
-#include <gtest/gtest.h>
-
 #include "connection/Connection.h"
+
+#include <gtest/gtest.h>
 
 using cimhttp::Connection;
 using cimhttp::Failure;

@@ -1,7 +1,6 @@
 #include "SchemaServer.h"
 
 #include "SecondSchema.h"
-
 #include "providers/StaticProvider.h"
 #include "schema/SchemaReader.h"
 #include "server/Answer.h"

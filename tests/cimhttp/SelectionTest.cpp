@@ -1,15 +1,5 @@
 // Which instances cimhttp shows, and in which order: --where, --sort and --limit, over values of every type.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <nlohmann/json.hpp>
-
-#include <algorithm>
-#include <string>
-#include <utility>
-#include <vector>
-
 #include "CimXml.h"
 #include "InProcessRun.h"
 #include "ProgramRun.h"
@@ -18,6 +8,15 @@
 #include "server/DemoServer.h"
 #include "support/CimServer.h"
 #include "support/LoopbackAddress.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <string>
+#include <utility>
+#include <vector>
 
 using cimhttp::DateTimeIn;
 using cimhttp::DateTimeRange;

@@ -1,12 +1,12 @@
 #pragma once
 
+#include <nlohmann/json.hpp>
+
 #include <map>
 #include <set>
 #include <stdexcept>
 #include <string>
 #include <vector>
-
-#include <nlohmann/json.hpp>
 
 namespace pugi {
 class xml_node;

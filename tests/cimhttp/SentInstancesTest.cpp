@@ -3,14 +3,14 @@
 
 #include "SentInstances.h"
 
+#include "AnswerMutation.h"
+#include "SchemaServer.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <random>
-
-#include "AnswerMutation.h"
-#include "SchemaServer.h"
 
 using nlohmann::json;
 using testing::HasSubstr;

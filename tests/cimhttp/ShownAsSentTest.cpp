@@ -2,9 +2,16 @@
 // server is seen by three: the program, a reader of its answers that shares nothing with the program, and wbemcli (the
 // Debian package sblim-wbemcli), which others have written.
 
+#include "InProcessRun.h"
+#include "SecondSchema.h"
+#include "SentInstances.h"
+#include "server/DemoServer.h"
+#include "support/FaultyServer.h"
+#include "support/LoopbackAddress.h"
+#include "support/TemporaryDirectory.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
@@ -13,14 +20,6 @@
 #include <mutex>
 #include <set>
 #include <sstream>
-
-#include "InProcessRun.h"
-#include "SecondSchema.h"
-#include "SentInstances.h"
-#include "server/DemoServer.h"
-#include "support/FaultyServer.h"
-#include "support/LoopbackAddress.h"
-#include "support/TemporaryDirectory.h"
 
 using nlohmann::json;
 using support::ProgramRun;

@@ -1,5 +1,11 @@
 // Instances that are written while the rest of them is still to be read.
 
+#include "ProgramRun.h"
+#include "server/DemoServer.h"
+#include "support/CimServer.h"
+#include "support/LoopbackAddress.h"
+#include "support/TerminalProgram.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -9,12 +15,6 @@
 #include <sstream>
 #include <string>
 #include <vector>
-
-#include "ProgramRun.h"
-#include "server/DemoServer.h"
-#include "support/CimServer.h"
-#include "support/LoopbackAddress.h"
-#include "support/TerminalProgram.h"
 
 using support::CimServer;
 using testing::HasSubstr;

@@ -1,16 +1,16 @@
 // cimhttp as a program that people use on a terminal.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <csignal>
-#include <utility>
-
 #include "Failure.h"
 #include "support/CimServer.h"
 #include "support/ProgramRun.h"
 #include "support/TemporaryDirectory.h"
 #include "support/TerminalProgram.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <utility>
 
 using cimhttp::Failure;
 using support::TerminalProgram;

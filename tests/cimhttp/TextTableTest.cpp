@@ -1,12 +1,5 @@
 #include "output/TextTable.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <sstream>
-#include <string>
-#include <vector>
-
 #include "Options.h"
 #include "commands/Command.h"
 #include "commands/ListingWriter.h"
@@ -16,6 +9,13 @@
 #include "output/TextList.h"
 #include "text/FoldedName.h"
 #include "text/TerminalText.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <sstream>
+#include <string>
+#include <vector>
 
 using cimhttp::Cell;
 using cimhttp::DisplayWidth;

@@ -1,16 +1,17 @@
 // What --trace and --stats tell of a command's conversation with its server.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <sys/stat.h>
-
-#include <fstream>
-#include <sstream>
-
 #include "CimXml.h"
 #include "InProcessRun.h"
 #include "support/CimServer.h"
 #include "support/TemporaryDirectory.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+#include <fstream>
+#include <sstream>
 
 namespace {
 

@@ -1,14 +1,5 @@
 // Whom cimhttp talks to: how a server is verified, and what the user is told and asked.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <atomic>
-#include <csignal>
-#include <filesystem>
-#include <memory>
-
 #include "CimXml.h"
 #include "FirstConnectionOnly.h"
 #include "ProgramRun.h"
@@ -17,6 +8,15 @@
 #include "support/ScriptedServer.h"
 #include "support/TemporaryDirectory.h"
 #include "support/TerminalProgram.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <csignal>
+#include <filesystem>
+#include <memory>
 
 using cimhttp::KnownServer;
 using cimhttp::KnownServers;

@@ -1,17 +1,16 @@
 // Numbers with their units, value maps and sensors, as the program shows them.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <nlohmann/json.hpp>
-
-#include <string>
-#include <vector>
-
 #include "CimXml.h"
 #include "ProgramRun.h"
 #include "support/CimServer.h"
 #include "support/TerminalProgram.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <string>
+#include <vector>
 
 using nlohmann::json;
 using support::TerminalProgram;

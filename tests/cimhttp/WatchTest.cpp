@@ -1,17 +1,16 @@
 // What cimhttp watch writes, and what it does while the server is away.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <nlohmann/json.hpp>
-
-#include <sstream>
-
 #include "CimXml.h"
 #include "ProgramRun.h"
 #include "support/CimServer.h"
 #include "support/ScriptedServer.h"
 #include "support/TerminalProgram.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <sstream>
 
 using nlohmann::json;
 using support::TerminalProgram;

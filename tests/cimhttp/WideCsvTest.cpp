@@ -1,19 +1,18 @@
 // `--wide`: CSV with an instance a row, which other programs read.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <nlohmann/json.hpp>
-
-#include <string>
-#include <vector>
-
 #include "CimXml.h"
 #include "ProgramRun.h"
 #include "server/DemoServer.h"
 #include "support/CimServer.h"
 #include "support/LoopbackAddress.h"
 #include "support/TemporaryDirectory.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <string>
+#include <vector>
 
 using nlohmann::json;
 using testing::HasSubstr;

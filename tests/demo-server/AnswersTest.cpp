@@ -1,5 +1,4 @@
 #include "HttpExchange.h"
-
 #include "providers/LiveProviders.h"
 #include "schema/SchemaReader.h"
 #include "server/Answer.h"
@@ -8,7 +7,6 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
 #include <pugixml.hpp>
 
 namespace {

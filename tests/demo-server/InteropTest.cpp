@@ -1,7 +1,6 @@
 // What the server tells of itself in the Interop namespace.
 
 #include "CimClient.h"
-
 #include "server/DemoServer.h"
 #include "support/LoopbackAddress.h"
 

@@ -1,5 +1,4 @@
 #include "HttpExchange.h"
-
 #include "server/Connection.h"
 #include "server/DemoServer.h"
 #include "server/LoginDelays.h"

@@ -1,7 +1,6 @@
 // Several namespaces of one server: what each of them holds, and associations that lead from one to another.
 
 #include "CimClient.h"
-
 #include "schema/Names.h"
 #include "server/DemoServer.h"
 #include "support/LoopbackAddress.h"

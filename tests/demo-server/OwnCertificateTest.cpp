@@ -3,14 +3,12 @@
 
 #include "HttpExchange.h"
 #include "TestPki.h"
-
 #include "server/DemoServer.h"
 #include "support/LoopbackAddress.h"
 #include "support/ProgramRun.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
 #include <httplib.h>
 
 #include <algorithm>

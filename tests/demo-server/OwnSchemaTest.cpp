@@ -1,7 +1,6 @@
 // Schemas of one's own beside the built-in one: what is wrong with them, and that they are served.
 
 #include "CimClient.h"
-
 #include "providers/StaticProvider.h"
 #include "schema/SchemaReader.h"
 #include "server/DemoServer.h"

@@ -1,6 +1,5 @@
 #include "HttpExchange.h"
 #include "TestPki.h"
-
 #include "support/LoopbackAddress.h"
 #include "support/ProgramRun.h"
 #include "support/TemporaryDirectory.h"

@@ -1,6 +1,5 @@
 #include "CimClient.h"
 #include "HttpExchange.h"
-
 #include "providers/LiveProviders.h"
 #include "schema/SchemaReader.h"
 #include "server/Answer.h"

@@ -1,5 +1,4 @@
 #include "HttpExchange.h"
-
 #include "replay/RecordedBytes.h"
 #include "replay/Recording.h"
 #include "replay/ReplayListener.h"

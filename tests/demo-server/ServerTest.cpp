@@ -1,5 +1,4 @@
 #include "HttpExchange.h"
-
 #include "server/AccessLog.h"
 #include "server/Connection.h"
 #include "server/DemoServer.h"

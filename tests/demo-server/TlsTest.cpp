@@ -1,15 +1,13 @@
 #include "HttpExchange.h"
-
 #include "server/DemoServer.h"
 #include "support/LoopbackAddress.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <arpa/inet.h>
 #include <httplib.h>
 #include <openssl/ssl.h>
 
+#include <arpa/inet.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>

@@ -1,7 +1,6 @@
 #include "server/Users.h"
 
 #include <gtest/gtest.h>
-
 #include <openssl/evp.h>
 
 #include <sstream>

@@ -1,16 +1,6 @@
 // The contract is binary: a host and a plug-in built apart meet in the virtual tables. These tests pin the bases of
 // every interface, the order of its operations, and their types.
 
-#include <gtest/gtest.h>
-
-#include <cstring>
-#include <exception>
-#include <map>
-#include <string>
-#include <type_traits>
-#include <utility>
-#include <vector>
-
 #include "Slots.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
@@ -26,6 +16,16 @@
 #include "host/TInmemInstance.h"
 #include "host/TVYXException.h"
 #include "host/TXmlParser.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <exception>
+#include <map>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
 
 using namespace NQORVYX20;
 

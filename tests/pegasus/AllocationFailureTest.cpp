@@ -6,15 +6,18 @@
 #include "support/NameService.h"
 
 #include <Pegasus/Client/CIMClient.h>
+
+#include <gtest/gtest.h>
+
+#include <netinet/in.h>
+#include <sys/socket.h>
+
 #include <algorithm>
 #include <filesystem>
-#include <gtest/gtest.h>
 #include <iterator>
-#include <netinet/in.h>
 #include <new>
 #include <optional>
 #include <string>
-#include <sys/socket.h>
 
 namespace {
 

@@ -3,9 +3,10 @@
 
 #include "AnswerBody.h"
 
-#include <cmath>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <cmath>
 #include <limits>
 #include <string>
 #include <type_traits>

@@ -1,14 +1,15 @@
 // Where an answer ends, and what its head says: each form that HTTP/1.x has, and the malformed ones.
 
+#include "HttpConnectionFixture.h"
 #include "http/ResponseReader.h"
 
-#include "HttpConnectionFixture.h"
-
 #include <Pegasus/Client/CIMClientException.h>
-#include <algorithm>
-#include <cstddef>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>

@@ -11,8 +11,8 @@
 #include <Pegasus/Common/String.h>
 
 #include <gtest/gtest.h>
-#include <limits>
 
+#include <limits>
 #include <sstream>
 
 namespace {

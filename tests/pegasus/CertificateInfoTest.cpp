@@ -5,11 +5,13 @@
 #include "support/ProgramRun.h"
 
 #include <Pegasus/Common/SSLContext.h>
-#include <algorithm>
-#include <cctype>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <openssl/x509_vfy.h>
+
+#include <algorithm>
+#include <cctype>
 #include <string>
 #include <vector>
 

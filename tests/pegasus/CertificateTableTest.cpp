@@ -4,8 +4,9 @@
 #include "TlsFixture.h"
 #include "support/ProgramRun.h"
 
-#include <functional>
 #include <openssl/ssl.h>
+
+#include <functional>
 #include <system_error>
 
 namespace {

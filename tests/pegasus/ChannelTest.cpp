@@ -6,27 +6,30 @@
 #include "support/ScriptedServer.h"
 
 #include <Pegasus/Common/Exception.h>
-#include <algorithm>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include <arpa/inet.h>
+#include <fcntl.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
-#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <future>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <memory>
-#include <netinet/in.h>
-#include <poll.h>
 #include <stdexcept>
 #include <string>
-#include <sys/resource.h>
-#include <sys/socket.h>
 #include <system_error>
 #include <thread>
-#include <unistd.h>
 #include <vector>
 
 namespace {

@@ -3,8 +3,10 @@
 #include "http/UriText.h"
 
 #include <Pegasus/Client/CIMClientException.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
 #include <string>
 #include <vector>
 

@@ -4,10 +4,12 @@
 #include "support/NameService.h"
 
 #include <Pegasus/Client/CIMClient.h>
-#include <chrono>
-#include <future>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <chrono>
+#include <future>
 #include <map>
 #include <sstream>
 #include <string>

@@ -7,10 +7,12 @@
 
 #include <Pegasus/Client/CIMClient.h>
 #include <Pegasus/Client/FailureMarks.h>
-#include <atomic>
-#include <cstdint>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <atomic>
+#include <cstdint>
 #include <string>
 
 namespace {

@@ -1,24 +1,26 @@
 // On the way to a server: its addresses, which of them is taken, and how long each step may last.
 
-#include "http/AddressRace.h"
-
 #include "FewDescriptors.h"
 #include "FullPort.h"
 #include "Texts.h"
+#include "http/AddressRace.h"
 #include "http/HttpConnection.h"
 #include "support/NameService.h"
 #include "support/ScriptedServer.h"
 
 #include <Pegasus/Common/Exception.h>
-#include <arpa/inet.h>
-#include <chrono>
-#include <csignal>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <arpa/inet.h>
 #include <netinet/in.h>
-#include <string>
 #include <sys/socket.h>
 #include <sys/time.h>
+
+#include <chrono>
+#include <csignal>
+#include <string>
 #include <vector>
 
 namespace {

@@ -7,9 +7,11 @@
 #include "support/TemporaryDirectory.h"
 
 #include <Pegasus/Client/CIMClient.h>
-#include <cstdio>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <cstdio>
 #include <memory>
 #include <set>
 #include <string>

@@ -3,8 +3,10 @@
 
 #include <Pegasus/Client/CIMClient.h>
 #include <Pegasus/Client/ExchangeObserver.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
 #include <memory>
 #include <string>
 #include <vector>

@@ -6,8 +6,9 @@
 #include <Pegasus/Client/CIMClient.h>
 #include <Pegasus/Client/FailureMarks.h>
 
-#include <cstdint>
 #include <gtest/gtest.h>
+
+#include <cstdint>
 #include <string>
 #include <utility>
 

@@ -6,8 +6,10 @@
 #include "support/LoopbackAddress.h"
 
 #include <Pegasus/Client/CIMClient.h>
-#include <chrono>
+
 #include <gtest/gtest.h>
+
+#include <chrono>
 #include <memory>
 #include <string>
 

@@ -1,10 +1,11 @@
 #pragma once
 
+#include <sys/resource.h>
+#include <unistd.h>
+
 #include <cstddef>
 #include <filesystem>
 #include <iterator>
-#include <sys/resource.h>
-#include <unistd.h>
 
 namespace Pegasus::http {
 

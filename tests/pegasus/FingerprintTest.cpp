@@ -2,9 +2,10 @@
 
 #include "TlsFixture.h"
 
+#include <gmock/gmock.h>
+
 #include <algorithm>
 #include <cctype>
-#include <gmock/gmock.h>
 
 namespace {
 

@@ -4,14 +4,17 @@
 #include "support/CimServer.h"
 
 #include <Pegasus/Client/CIMClient.h>
+
+#include <gtest/gtest.h>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <chrono>
 #include <cstdlib>
 #include <functional>
-#include <gtest/gtest.h>
 #include <memory>
 #include <string>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace {
 

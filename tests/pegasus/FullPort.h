@@ -3,15 +3,16 @@
 #include "http/Endpoint.h"
 #include "support/LoopbackAddress.h"
 
-#include <algorithm>
 #include <arpa/inet.h>
-#include <cerrno>
 #include <netinet/in.h>
 #include <poll.h>
-#include <string>
 #include <sys/socket.h>
-#include <system_error>
 #include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <string>
+#include <system_error>
 #include <utility>
 #include <vector>
 

@@ -7,10 +7,12 @@
 
 #include <Pegasus/Client/CIMClientException.h>
 #include <Pegasus/Client/FailureMarks.h>
+
+#include <gtest/gtest.h>
+
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
-#include <gtest/gtest.h>
 #include <memory>
 #include <mutex>
 #include <string>

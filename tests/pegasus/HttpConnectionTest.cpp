@@ -3,14 +3,16 @@
 #include "HttpConnectionFixture.h"
 
 #include <Pegasus/Client/CIMClientException.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <future>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <iterator>
 #include <limits>
 #include <string>

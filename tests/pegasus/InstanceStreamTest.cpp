@@ -6,9 +6,11 @@
 
 #include <Pegasus/Client/ExchangeObserver.h>
 #include <Pegasus/Client/InstanceStream.h>
-#include <future>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <future>
 #include <memory>
 #include <new>
 #include <stdexcept>

@@ -2,15 +2,15 @@
 // those of a production server where they are at hand, and many of each with one random change.
 
 #include "AnswerBody.h"
-
 #include "cimxml/Findings.h"
 
 #include <Pegasus/Common/Exception.h>
 
+#include <gtest/gtest.h>
+
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <gtest/gtest.h>
 #include <iterator>
 #include <optional>
 #include <random>

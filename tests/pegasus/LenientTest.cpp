@@ -1,7 +1,6 @@
 // What a lenient reading makes of an answer that a strict one refuses, and what it says of it.
 
 #include "AnswerBody.h"
-
 #include "cimxml/Findings.h"
 #include "cimxml/ObjectDecoder.h"
 
@@ -9,6 +8,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
 #include <memory>
 #include <stdexcept>
 #include <string>

@@ -2,14 +2,16 @@
 // so.
 
 #include "cimxml/Limits.h"
-#include "cimxml/Checkpoint.h"
 
 #include "AnswerBody.h"
+#include "cimxml/Checkpoint.h"
 
 #include <Pegasus/Client/FailureMarks.h>
-#include <algorithm>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <algorithm>
 #include <string>
 #include <string_view>
 

@@ -6,11 +6,13 @@
 #include "support/ScriptedServer.h"
 
 #include <Pegasus/Client/CIMClient.h>
+
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <chrono>
 #include <cstddef>
 #include <fstream>
-#include <gtest/gtest.h>
 #include <sstream>
 #include <string>
 #include <string_view>

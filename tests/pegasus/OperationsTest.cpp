@@ -4,9 +4,11 @@
 #include "support/CimServer.h"
 
 #include <Pegasus/Client/CIMClient.h>
-#include <functional>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <functional>
 #include <set>
 #include <string>
 #include <vector>

@@ -1,5 +1,4 @@
 #include "DecodedAnswer.h"
-
 #include "cimxml/Limits.h"
 #include "cimxml/ObjectDecoder.h"
 

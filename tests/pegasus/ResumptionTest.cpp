@@ -6,13 +6,15 @@
 #include "support/TemporaryDirectory.h"
 #include "tls/SessionMemory.h"
 
+#include <gmock/gmock.h>
+#include <openssl/ssl.h>
+
 #include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+
 #include <atomic>
 #include <filesystem>
-#include <gmock/gmock.h>
-#include <netinet/in.h>
-#include <openssl/ssl.h>
-#include <sys/socket.h>
 
 namespace {
 

@@ -6,8 +6,9 @@
 #include <Pegasus/Client/CIMClient.h>
 #include <Pegasus/Client/FailureMarks.h>
 
-#include <cstddef>
 #include <gtest/gtest.h>
+
+#include <cstddef>
 #include <string>
 
 namespace {

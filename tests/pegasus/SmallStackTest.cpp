@@ -4,15 +4,18 @@
 #include "support/NameService.h"
 
 #include <Pegasus/Client/CIMClient.h>
+
+#include <gtest/gtest.h>
+
+#include <pthread.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <functional>
-#include <gtest/gtest.h>
-#include <pthread.h>
 #include <string>
-#include <sys/mman.h>
 #include <system_error>
-#include <unistd.h>
 
 namespace {
 

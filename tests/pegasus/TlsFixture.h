@@ -9,8 +9,10 @@
 
 #include <Pegasus/Client/FailureMarks.h>
 #include <Pegasus/Common/Exception.h>
-#include <chrono>
+
 #include <gtest/gtest.h>
+
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <string>

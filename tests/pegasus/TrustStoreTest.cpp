@@ -2,8 +2,9 @@
 
 #include "TlsFixture.h"
 
-#include <filesystem>
 #include <gmock/gmock.h>
+
+#include <filesystem>
 
 namespace {
 

@@ -6,12 +6,14 @@
 #include "support/ScriptedServer.h"
 
 #include <Pegasus/Client/CIMClient.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include <atomic>
 #include <chrono>
 #include <functional>
 #include <future>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <memory>
 #include <sstream>
 #include <string>

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "host/ILogger.h"
+
 #include <gtest/gtest.h>
 
 #include <mutex>
 #include <string>
 #include <vector>
-
-#include "host/ILogger.h"
 
 /// A logger that keeps its messages for a test to look at. The plug-in knows two severities, its faithful reading
 /// warnings, and where a policy counts it informs; at another one a message fails the test.

@@ -1,6 +1,6 @@
-#include <utility>
-
 #include "PluginTest.h"
+
+#include <utility>
 
 using namespace NQORVYX20;
 using testing::Contains;

@@ -1,11 +1,11 @@
 // How a host says, in the context of AllocateNamespace, in what way connect() reaches a server.
 
-#include <utility>
-
 #include "TlsTest.h"
 #include "support/ProgramRun.h"
 #include "support/ScriptedServer.h"
 #include "support/TemporaryDirectory.h"
+
+#include <utility>
 
 using namespace NQORVYX20;
 using testing::Each;

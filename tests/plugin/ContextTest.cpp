@@ -1,9 +1,9 @@
 // Which operations get the caller's context and which an empty one.
 
-#include <utility>
-
 #include "PluginTest.h"
 #include "model/TCimHTTPInstance.h"
+
+#include <utility>
 
 using namespace NQORVYX20;
 using testing::ElementsAre;

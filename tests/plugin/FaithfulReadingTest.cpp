@@ -1,12 +1,12 @@
 // What a namespace shows of its server when the host asks for the reading that loses nothing.
 
-#include <algorithm>
-
 #include "PluginTest.h"
 #include "cimhttp/ContextKeys.h"
 #include "host/TRootObject.h"
 #include "model/TCimHTTPProperty.h"
 #include "model/TFaithfulInstance.h"
+
+#include <algorithm>
 
 using namespace NQORVYX20;
 using testing::ElementsAre;

@@ -1,11 +1,11 @@
 #include "display/FaithfulTexts.h"
 
+#include "PropertyTest.h"
+#include "display/DisplayQualifiers.h"
+
 #include <algorithm>
 #include <limits>
 #include <random>
-
-#include "PropertyTest.h"
-#include "display/DisplayQualifiers.h"
 
 using namespace NQORVYX20;
 

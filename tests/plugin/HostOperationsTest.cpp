@@ -1,5 +1,7 @@
 // A host is another product than this plug-in: the operations that the plug-in links from it are all that it may have.
 
+#include "support/ProgramRun.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -9,8 +11,6 @@
 #include <string>
 #include <utility>
 #include <vector>
-
-#include "support/ProgramRun.h"
 
 namespace {
 

@@ -1,9 +1,10 @@
+#include "provider/HostPattern.h"
+
+#include "provider/HostName.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
-
-#include "provider/HostName.h"
-#include "provider/HostPattern.h"
 
 using namespace NQORVYX20;
 

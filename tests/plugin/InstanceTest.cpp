@@ -1,7 +1,7 @@
-#include <tuple>
-
 #include "PluginTest.h"
 #include "model/TCimHTTPInstance.h"
+
+#include <tuple>
 
 using namespace NQORVYX20;
 using testing::Contains;

@@ -1,12 +1,12 @@
 // Operations of other libraries that the plug-in calls are defined here, in the program, where the plug-in finds them
 // first: they fail when a test says so, or note what they are given, and hand on to the library's own.
 
+#include "PropertyTest.h"
+
 #include <dlfcn.h>
 
 #include <optional>
 #include <vector>
-
-#include "PropertyTest.h"
 
 using namespace NQORVYX20;
 using testing::ElementsAre;

@@ -1,13 +1,6 @@
 // What a server may take of its host: time, memory and stack have bounds, which the host chooses, and whatever passes
 // one is told.
 
-#include <pthread.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <functional>
-#include <memory>
-
 #include "PluginTest.h"
 #include "ScopedPolicy.h"
 #include "cimhttp/ContextKeys.h"
@@ -15,6 +8,13 @@
 #include "model/TCimHTTPProperty.h"
 #include "support/ScriptedServer.h"
 #include "support/TestCertificate.h"
+
+#include <pthread.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <functional>
+#include <memory>
 
 using namespace NQORVYX20;
 using testing::Each;

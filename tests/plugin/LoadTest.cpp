@@ -1,17 +1,18 @@
 // This program is not linked with the plug-in: it loads it as a host does.
 
-#include <dlfcn.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
 #include "host/ICIMNamespace.h"
 #include "host/INamespaceProvider.h"
 #include "host/INamespaceProviderManager.h"
 #include "host/TCIMValue.h"
 #include "host/TRootObject.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <dlfcn.h>
+
+#include <string>
+#include <vector>
 
 using namespace NQORVYX20;
 using testing::ElementsAre;

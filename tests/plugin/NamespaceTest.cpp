@@ -1,13 +1,12 @@
 #include "PluginTest.h"
+#include "host/TRootObject.h"
+#include "support/ScriptedServer.h"
 
 #include <array>
 #include <chrono>
 #include <functional>
 #include <future>
 #include <thread>
-
-#include "host/TRootObject.h"
-#include "support/ScriptedServer.h"
 
 using namespace NQORVYX20;
 using testing::ElementsAre;

@@ -1,11 +1,11 @@
 #include "convert/NormalName.h"
 
-#include <clocale>
-#include <cstdlib>
-
 #include "PluginTest.h"
 #include "support/ProgramRun.h"
 #include "support/TemporaryDirectory.h"
+
+#include <clocale>
+#include <cstdlib>
 
 using namespace NQORVYX20;
 using testing::ElementsAre;

@@ -1,8 +1,8 @@
 #include "PluginTest.h"
 
-#include <algorithm>
-
 #include "host/TRootObject.h"
+
+#include <algorithm>
 
 using namespace NQORVYX20;
 

@@ -1,14 +1,5 @@
 #pragma once
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <boost/make_shared.hpp>
-
-#include <cstdint>
-#include <string>
-#include <vector>
-
 #include "CapturingLogger.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
@@ -27,6 +18,14 @@
 #include "provider/TCimHTTPNamespace.h"
 #include "provider/TCimHTTPNamespaceProvider.h"
 #include "support/CimServer.h"
+
+#include <boost/make_shared.hpp>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
 
 using ECIMType = NQORVYX20::TCIMValue::TCIMType::ECIMType;
 

@@ -1,11 +1,12 @@
+#include "provider/PolicyDocument.h"
+
+#include "cimhttp/ContextKeys.h"
+#include "provider/PolicyFault.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
-
-#include "cimhttp/ContextKeys.h"
-#include "provider/PolicyDocument.h"
-#include "provider/PolicyFault.h"
 
 using namespace NQORVYX20;
 using testing::ElementsAre;

@@ -1,14 +1,14 @@
 // What the operator of a machine says of its servers, whichever host connects to them.
 
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <utility>
-
 #include "ScopedPolicy.h"
 #include "TlsTest.h"
 #include "provider/PolicyFault.h"
 #include "provider/PolicyFile.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <utility>
 
 using namespace NQORVYX20;
 using testing::ElementsAre;

@@ -1,10 +1,10 @@
+#include "PropertyTest.h"
+
 #include <array>
 #include <clocale>
 #include <limits>
 #include <locale>
 #include <map>
-
-#include "PropertyTest.h"
 
 using namespace NQORVYX20;
 

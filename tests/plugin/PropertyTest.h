@@ -1,12 +1,12 @@
 #pragma once
 
-#include <string>
-#include <utility>
-#include <vector>
-
 #include "PluginTest.h"
 #include "host/TRootObject.h"
 #include "model/TCimHTTPProperty.h"
+
+#include <string>
+#include <utility>
+#include <vector>
 
 /// Qualifiers of a declaration under test, by name.
 using Qualifiers = std::vector<std::pair<std::string, NQORVYX20::TCIMValue>>;

@@ -1,8 +1,8 @@
+#include "PropertyTest.h"
+
 #include <limits>
 #include <ostream>
 #include <typeinfo>
-
-#include "PropertyTest.h"
 
 namespace NQORVYX20 {
 

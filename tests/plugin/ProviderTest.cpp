@@ -1,5 +1,4 @@
 #include "PluginTest.h"
-
 #include "host/INamespaceProviderManager.h"
 #include "host/TRootObject.h"
 

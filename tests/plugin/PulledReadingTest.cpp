@@ -1,12 +1,12 @@
 // How a faithful namespace reads a server that has pulled enumerations, and one that has not.
 
-#include <chrono>
-
 #include "PluginTest.h"
 #include "cimhttp/ContextKeys.h"
 #include "reading/FaithfulReading.h"
 #include "reading/InstanceEnumeration.h"
 #include "reading/PortionSize.h"
+
+#include <chrono>
 
 using namespace NQORVYX20;
 using std::chrono::milliseconds;

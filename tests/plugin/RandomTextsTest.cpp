@@ -1,12 +1,12 @@
+#include "PropertyTest.h"
+#include "display/DisplayQualifiers.h"
+#include "display/FaithfulTexts.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <random>
 #include <sstream>
-
-#include "PropertyTest.h"
-#include "display/DisplayQualifiers.h"
-#include "display/FaithfulTexts.h"
 
 // The texts of the faithful reading against second implementations, which are slow and as plain as can be.
 

@@ -1,11 +1,11 @@
 #include "convert/RemoteValues.h"
 
+#include "convert/StreamedText.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <limits>
-
-#include "convert/StreamedText.h"
 
 using namespace NQORVYX20;
 using testing::ElementsAre;

@@ -1,14 +1,12 @@
+#include "CapturingLogger.h"
+#include "host/TRootObject.h"
 #include "provider/TCimHTTPRequestedClassParser.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include "support/TemporaryDirectory.h"
 
 #include <boost/algorithm/string/replace.hpp>
 #include <boost/make_shared.hpp>
-
-#include "CapturingLogger.h"
-#include "host/TRootObject.h"
-#include "support/TemporaryDirectory.h"
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 using namespace NQORVYX20;
 using testing::AllOf;

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "support/TemporaryDirectory.h"
+
 #include <cstdlib>
 #include <string>
 #include <string_view>
-
-#include "support/TemporaryDirectory.h"
 
 /// A policy that counts for this process while the object lives: afterwards the one before does.
 class ScopedPolicy {

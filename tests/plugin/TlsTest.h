@@ -1,10 +1,10 @@
 #pragma once
 
-#include <string>
-
 #include "PluginTest.h"
 #include "cimhttp/ContextKeys.h"
 #include "support/TestCertificate.h"
+
+#include <string>
 
 /// The SHA-256 of the certificate in a PEM file, in pairs of digits with colons between them.
 std::string FingerprintOf(const std::string& file);

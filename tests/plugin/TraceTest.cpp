@@ -1,12 +1,12 @@
 // What a host learns of all that the plug-in sends and receives, from the file that it names.
 
+#include "TlsTest.h"
+#include "support/TemporaryDirectory.h"
+
 #include <sys/stat.h>
 
 #include <fstream>
 #include <sstream>
-
-#include "TlsTest.h"
-#include "support/TemporaryDirectory.h"
 
 using namespace NQORVYX20;
 using testing::AllOf;

@@ -2,12 +2,12 @@
 
 #include "display/ValueMapIndex.h"
 
+#include "display/ValueMapTable.h"
+
 #include <gtest/gtest.h>
 
 #include <limits>
 #include <random>
-
-#include "display/ValueMapTable.h"
 
 using namespace NQORVYX20;
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include "host/TVYXException.h"
+
+#include <gtest/gtest.h>
 
 /// Expects the statement to throw a TVYXException with that status code. A macro, so that a failure shows the
 /// statement.

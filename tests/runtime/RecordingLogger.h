@@ -1,10 +1,10 @@
 #pragma once
 
+#include "host/ILogger.h"
+
 #include <mutex>
 #include <string>
 #include <vector>
-
-#include "host/ILogger.h"
 
 /// Keeps its messages, each as `error text`.
 class TRecordingLogger : public NQORVYX20::ILogger {

@@ -1,8 +1,8 @@
 #include "host/TCIMDateTime.h"
 
-#include <gtest/gtest.h>
-
 #include "runtime/ExpectStatus.h"
+
+#include <gtest/gtest.h>
 
 namespace NQORVYX20 {
 namespace {

@@ -1,12 +1,12 @@
 #include "host/TCIMReference.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "host/TCIMChar16.h"
 #include "host/TCIMValue.h"
 #include "host/TVYXException.h"
 #include "runtime/ExpectStatus.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace NQORVYX20 {
 namespace {

@@ -1,13 +1,13 @@
 #include "host/TCIMValue.h"
 
+#include "host/TVYXException.h"
+#include "runtime/ExpectStatus.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <limits>
 #include <sstream>
-
-#include "host/TVYXException.h"
-#include "runtime/ExpectStatus.h"
 
 namespace NQORVYX20 {
 namespace {

@@ -1,5 +1,11 @@
 #include "host/TInmemInstance.h"
 
+#include "host/ICIMProperty.h"
+#include "host/TRootObject.h"
+#include "runtime/ExpectStatus.h"
+#include "runtime/RecordingLogger.h"
+#include "runtime/TestModel.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -7,12 +13,6 @@
 #include <functional>
 #include <set>
 #include <thread>
-
-#include "host/ICIMProperty.h"
-#include "host/TRootObject.h"
-#include "runtime/ExpectStatus.h"
-#include "runtime/RecordingLogger.h"
-#include "runtime/TestModel.h"
 
 namespace NQORVYX20 {
 namespace {

@@ -1,6 +1,16 @@
 #include "host/TRootObject.h"
 
+#include "host/ICIMNamespace.h"
+#include "host/INamespaceProvider.h"
+#include "host/INamespaceProviderManager.h"
+#include "host/PegStrToStdStr.h"
+#include "host/TCIMValue.h"
+#include "host/TLogger.h"
+#include "runtime/RecordingLogger.h"
+#include "support/TemporaryDirectory.h"
+
 #include <Pegasus/Common/String.h>
+
 #include <boost/make_shared.hpp>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -14,15 +24,6 @@
 #include <thread>
 #include <utility>
 #include <vector>
-
-#include "host/ICIMNamespace.h"
-#include "host/INamespaceProvider.h"
-#include "host/INamespaceProviderManager.h"
-#include "host/PegStrToStdStr.h"
-#include "host/TCIMValue.h"
-#include "host/TLogger.h"
-#include "runtime/RecordingLogger.h"
-#include "support/TemporaryDirectory.h"
 
 namespace NQORVYX20 {
 namespace {

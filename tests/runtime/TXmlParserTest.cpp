@@ -1,12 +1,12 @@
 #include "host/TXmlParser.h"
 
+#include "support/TemporaryDirectory.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <stdexcept>
 #include <vector>
-
-#include "support/TemporaryDirectory.h"
 
 namespace NQORVYX20 {
 namespace {

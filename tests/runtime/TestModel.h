@@ -1,14 +1,5 @@
 #pragma once
 
-#include <boost/enable_shared_from_this.hpp>
-#include <boost/make_shared.hpp>
-#include <boost/weak_ptr.hpp>
-
-#include <algorithm>
-#include <map>
-#include <string>
-#include <vector>
-
 #include "host/ICIMClass.h"
 #include "host/ICIMMethodDecl.h"
 #include "host/ICIMNamespace.h"
@@ -17,6 +8,15 @@
 #include "host/INamespaceProvider.h"
 #include "host/TInmemInstance.h"
 #include "host/TVYXException.h"
+
+#include <boost/enable_shared_from_this.hpp>
+#include <boost/make_shared.hpp>
+#include <boost/weak_ptr.hpp>
+
+#include <algorithm>
+#include <map>
+#include <string>
+#include <vector>
 
 // A small object model of the host, enough to keep instances in: a namespace, classes with declarations, keys,
 // instances and association classes. Whatever the instances of the runtime do not use throws status 1.

@@ -1,11 +1,12 @@
 #include "support/CimServer.h"
 
+#include <openssl/evp.h>
+#include <pugixml.hpp>
+
 #include <algorithm>
 #include <cctype>
 #include <mutex>
-#include <openssl/evp.h>
 #include <optional>
-#include <pugixml.hpp>
 #include <sstream>
 #include <utility>
 

@@ -1,7 +1,8 @@
 #include "support/HttpRequest.h"
 
-#include <algorithm>
 #include <strings.h>
+
+#include <algorithm>
 
 namespace support {
 

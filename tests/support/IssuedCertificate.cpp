@@ -1,7 +1,5 @@
 #include "support/IssuedCertificate.h"
 
-#include <cstdio>
-#include <ctime>
 #include <openssl/bio.h>
 #include <openssl/ec.h>
 #include <openssl/evp.h>
@@ -9,6 +7,9 @@
 #include <openssl/rand.h>
 #include <openssl/rsa.h>
 #include <openssl/x509v3.h>
+
+#include <cstdio>
+#include <ctime>
 #include <stdexcept>
 
 namespace support {

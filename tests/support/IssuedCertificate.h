@@ -1,7 +1,8 @@
 #pragma once
 
-#include <memory>
 #include <openssl/types.h>
+
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>

@@ -1,12 +1,13 @@
 #include "support/NameService.h"
 
-#include <condition_variable>
 #include <dlfcn.h>
+#include <netdb.h>
+#include <pthread.h>
+
+#include <condition_variable>
 #include <map>
 #include <mutex>
-#include <netdb.h>
 #include <optional>
-#include <pthread.h>
 #include <utility>
 
 namespace support {

@@ -1,19 +1,21 @@
 #include "support/ScriptedServer.h"
 
+#include <openssl/err.h>
+#include <openssl/ssl.h>
+
+#include <linux/sockios.h>
+#include <netdb.h>
+#include <sys/ioctl.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
 #include <atomic>
 #include <cerrno>
 #include <csignal>
-#include <linux/sockios.h>
 #include <mutex>
-#include <netdb.h>
-#include <openssl/err.h>
-#include <openssl/ssl.h>
 #include <stdexcept>
-#include <sys/ioctl.h>
-#include <sys/socket.h>
 #include <system_error>
 #include <thread>
-#include <unistd.h>
 #include <utility>
 #include <vector>
 

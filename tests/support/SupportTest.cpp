@@ -2,16 +2,18 @@
 #include "support/ScriptedServer.h"
 #include "support/TestCertificate.h"
 
+#include <gtest/gtest.h>
+#include <openssl/ssl.h>
+
 #include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
 #include <array>
 #include <cstdio>
 #include <filesystem>
-#include <gtest/gtest.h>
 #include <memory>
-#include <netinet/in.h>
-#include <openssl/ssl.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 namespace {
 

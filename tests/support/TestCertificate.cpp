@@ -3,6 +3,7 @@
 #include "support/IssuedCertificate.h"
 
 #include <arpa/inet.h>
+
 #include <filesystem>
 
 namespace support {

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "provider/TCimHTTPRequestedClassParser.h"
+
 #include <map>
 #include <string>
 #include <vector>
-
-#include "provider/TCimHTTPRequestedClassParser.h"
 
 namespace cimhttp {
 

@@ -1,7 +1,6 @@
-#include "access/PluginAccess.h"
-
 #include "access/DocumentReader.h"
 #include "access/MeasuredNamespace.h"
+#include "access/PluginAccess.h"
 #include "access/RemoteAssociations.h"
 #include "access/RemoteReader.h"
 #include "convert/NormalName.h"

@@ -1,5 +1,7 @@
 #include "access/MeasuredNamespace.h"
 
+#include "provider/TCimHTTPNamespace.h"
+
 #include <Pegasus/Client/CIMClient.h>
 #include <Pegasus/Client/ClientOpPerformanceDataHandler.h>
 
@@ -7,8 +9,6 @@
 
 #include <string>
 #include <utility>
-
-#include "provider/TCimHTTPNamespace.h"
 
 namespace cimhttp {
 

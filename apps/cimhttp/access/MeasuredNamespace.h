@@ -1,10 +1,10 @@
 #pragma once
 
+#include "access/MeasurementSink.h"
+
 #include <boost/shared_ptr.hpp>
 
 #include <memory>
-
-#include "access/MeasurementSink.h"
 
 namespace NQORVYX20 {
 class ICIMNamespace;

@@ -1,13 +1,5 @@
 #pragma once
 
-#include <boost/shared_ptr.hpp>
-
-#include <map>
-#include <memory>
-#include <optional>
-#include <string>
-#include <vector>
-
 #include "access/AssociationQuery.h"
 #include "access/InstanceSequence.h"
 #include "access/MeasurementSink.h"
@@ -18,6 +10,14 @@
 #include "cimhttp/ReadingIncidents.h"
 #include "cimhttp/RemoteFailure.h"
 #include "host/TCIMContext.h"
+
+#include <boost/shared_ptr.hpp>
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace NQORVYX20 {
 class ICIMClass;

@@ -1,12 +1,5 @@
 #include "access/RemoteAssociations.h"
 
-#include <strings.h>
-
-#include <algorithm>
-#include <map>
-#include <stdexcept>
-#include <utility>
-
 #include "access/RemotePaths.h"
 #include "access/Remotely.h"
 #include "convert/HostValues.h"
@@ -16,6 +9,13 @@
 #include "provider/TCimHTTPNamespace.h"
 #include "reading/FaithfulReading.h"
 #include "reading/RemoteServer.h"
+
+#include <strings.h>
+
+#include <algorithm>
+#include <map>
+#include <stdexcept>
+#include <utility>
 
 namespace cimhttp {
 

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <memory>
-#include <string>
-#include <vector>
-
 #include "access/AssociationQuery.h"
 #include "access/RelatedObjects.h"
 #include "access/RemoteModel.h"
+
+#include <memory>
+#include <string>
+#include <vector>
 
 namespace NQORVYX20 {
 class TCimHTTPNamespace;

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "cimhttp/RemoteFailure.h"
+#include "host/TCIMReference.h"
+#include "host/TCIMValue.h"
+
 #include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
-
-#include "cimhttp/RemoteFailure.h"
-#include "host/TCIMReference.h"
-#include "host/TCIMValue.h"
 
 namespace cimhttp {
 

@@ -1,9 +1,9 @@
 #include "access/RemotePaths.h"
 
-#include <stdexcept>
-
 #include "convert/HostValues.h"
 #include "convert/RemoteText.h"
+
+#include <stdexcept>
 
 namespace cimhttp {
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "access/RemoteModel.h"
+
 #include <Pegasus/Client/CIMClient.h>
 
 #include <string>
 #include <vector>
-
-#include "access/RemoteModel.h"
 
 namespace cimhttp {
 

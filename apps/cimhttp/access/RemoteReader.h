@@ -1,14 +1,14 @@
 #pragma once
 
+#include "access/InstanceSequence.h"
+#include "access/RemoteModel.h"
+#include "host/TCIMContext.h"
+
 #include <boost/shared_ptr.hpp>
 
 #include <memory>
 #include <string>
 #include <vector>
-
-#include "access/InstanceSequence.h"
-#include "access/RemoteModel.h"
-#include "host/TCIMContext.h"
 
 namespace NQORVYX20 {
 class ICIMInstance;

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <Pegasus/Client/CIMClient.h>
-
 #include "access/RemoteModel.h"
 #include "reading/RemoteFailures.h"
+
+#include <Pegasus/Client/CIMClient.h>
 
 namespace cimhttp {
 

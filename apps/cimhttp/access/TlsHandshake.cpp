@@ -1,9 +1,10 @@
 #include "access/TlsHandshake.h"
 
-#include <arpa/inet.h>
 #include <openssl/err.h>
 #include <openssl/ssl.h>
 #include <openssl/x509v3.h>
+
+#include <arpa/inet.h>
 
 #include <array>
 #include <cerrno>

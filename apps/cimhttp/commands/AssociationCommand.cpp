@@ -1,10 +1,5 @@
 #include "commands/AssociationCommand.h"
 
-#include <algorithm>
-#include <iterator>
-#include <optional>
-#include <utility>
-
 #include "Failure.h"
 #include "Options.h"
 #include "commands/IncidentReport.h"
@@ -15,6 +10,11 @@
 #include "host/TCIMReference.h"
 #include "text/NameList.h"
 #include "text/NameOrder.h"
+
+#include <algorithm>
+#include <iterator>
+#include <optional>
+#include <utility>
 
 namespace cimhttp {
 

@@ -1,7 +1,5 @@
 #include "commands/ChangeWriter.h"
 
-#include <ostream>
-
 #include "Failure.h"
 #include "Options.h"
 #include "commands/Command.h"
@@ -10,6 +8,8 @@
 #include "output/NullText.h"
 #include "output/TimeText.h"
 #include "text/TerminalText.h"
+
+#include <ostream>
 
 namespace cimhttp {
 

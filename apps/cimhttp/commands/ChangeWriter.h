@@ -1,12 +1,12 @@
 #pragma once
 
+#include "commands/InstanceChanges.h"
+#include "output/ValueTexts.h"
+
 #include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "commands/InstanceChanges.h"
-#include "output/ValueTexts.h"
 
 namespace cimhttp {
 

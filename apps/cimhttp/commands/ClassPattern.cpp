@@ -1,9 +1,9 @@
 #include "commands/ClassPattern.h"
 
-#include <ostream>
-
 #include "text/Pattern.h"
 #include "text/TerminalText.h"
+
+#include <ostream>
 
 namespace cimhttp {
 

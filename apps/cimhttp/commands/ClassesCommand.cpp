@@ -1,8 +1,5 @@
 #include "commands/ClassesCommand.h"
 
-#include <algorithm>
-#include <ostream>
-
 #include "commands/ClassPattern.h"
 #include "commands/IncidentReport.h"
 #include "commands/ListingWriter.h"
@@ -11,6 +8,9 @@
 #include "output/Listing.h"
 #include "selection/RowLimit.h"
 #include "text/TerminalText.h"
+
+#include <algorithm>
+#include <ostream>
 
 namespace cimhttp {
 

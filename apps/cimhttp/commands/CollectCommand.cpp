@@ -1,10 +1,5 @@
 #include "commands/CollectCommand.h"
 
-#include <chrono>
-#include <cstdlib>
-#include <optional>
-#include <ostream>
-
 #include "Failure.h"
 #include "Options.h"
 #include "commands/Collection.h"
@@ -19,6 +14,11 @@
 #include "text/TerminalText.h"
 #include "waiting/Interrupt.h"
 #include "waiting/ProgressBar.h"
+
+#include <chrono>
+#include <cstdlib>
+#include <optional>
+#include <ostream>
 
 namespace cimhttp {
 

@@ -1,8 +1,5 @@
 #include "commands/Collection.h"
 
-#include <optional>
-#include <ostream>
-
 #include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMMethodDecl.h"
@@ -12,6 +9,9 @@
 #include "output/InstanceJson.h"
 #include "output/Json.h"
 #include "output/TypeText.h"
+
+#include <optional>
+#include <ostream>
 
 namespace cimhttp {
 

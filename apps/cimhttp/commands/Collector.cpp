@@ -1,11 +1,11 @@
 #include "commands/Collector.h"
 
+#include "Failure.h"
+
 #include <mutex>
 #include <new>
 #include <stdexcept>
 #include <utility>
-
-#include "Failure.h"
 
 namespace cimhttp {
 

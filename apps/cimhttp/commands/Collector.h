@@ -1,16 +1,16 @@
 #pragma once
 
+#include "Failure.h"
+#include "commands/Collection.h"
+#include "connection/Session.h"
+#include "waiting/BackgroundTask.h"
+
 #include <chrono>
 #include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "Failure.h"
-#include "commands/Collection.h"
-#include "connection/Session.h"
-#include "waiting/BackgroundTask.h"
 
 namespace cimhttp {
 

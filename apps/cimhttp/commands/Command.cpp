@@ -1,8 +1,5 @@
 #include "commands/Command.h"
 
-#include <ostream>
-#include <utility>
-
 #include "Options.h"
 #include "connection/Connection.h"
 #include "connection/Plugin.h"
@@ -11,6 +8,9 @@
 #include "text/TerminalText.h"
 #include "waiting/Attendant.h"
 #include "waiting/Interrupt.h"
+
+#include <ostream>
+#include <utility>
 
 namespace cimhttp {
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "output/OutputFormat.h"
+
 #include <cstddef>
 #include <functional>
 #include <iosfwd>
@@ -7,8 +9,6 @@
 #include <string>
 #include <variant>
 #include <vector>
-
-#include "output/OutputFormat.h"
 
 namespace cimhttp {
 

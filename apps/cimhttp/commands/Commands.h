@@ -1,9 +1,9 @@
 #pragma once
 
+#include "commands/Command.h"
+
 #include <memory>
 #include <vector>
-
-#include "commands/Command.h"
 
 namespace cimhttp {
 

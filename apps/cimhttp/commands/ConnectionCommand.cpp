@@ -1,11 +1,5 @@
 #include "commands/ConnectionCommand.h"
 
-#include <algorithm>
-#include <cctype>
-#include <cstdint>
-#include <filesystem>
-#include <ostream>
-
 #include "Failure.h"
 #include "Options.h"
 #include "commands/ListingWriter.h"
@@ -15,6 +9,12 @@
 #include "connection/Session.h"
 #include "output/Listing.h"
 #include "text/TerminalText.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstdint>
+#include <filesystem>
+#include <ostream>
 
 namespace cimhttp {
 

@@ -1,8 +1,5 @@
 #include "commands/CountCommand.h"
 
-#include <algorithm>
-#include <ostream>
-
 #include "Failure.h"
 #include "Options.h"
 #include "commands/ClassPattern.h"
@@ -14,6 +11,9 @@
 #include "selection/SortOrder.h"
 #include "text/Pattern.h"
 #include "text/TerminalText.h"
+
+#include <algorithm>
+#include <ostream>
 
 namespace cimhttp {
 

@@ -1,9 +1,9 @@
 #include "commands/Diagnosis.h"
 
+#include "output/Listing.h"
+
 #include <algorithm>
 #include <cstdio>
-
-#include "output/Listing.h"
 
 namespace cimhttp {
 

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "Failure.h"
+
 #include <array>
 #include <chrono>
 #include <cstddef>
 #include <optional>
 #include <string>
-
-#include "Failure.h"
 
 namespace cimhttp {
 

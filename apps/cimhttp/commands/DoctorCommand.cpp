@@ -1,12 +1,5 @@
 #include "commands/DoctorCommand.h"
 
-#include <netdb.h>
-
-#include <algorithm>
-#include <array>
-#include <set>
-#include <utility>
-
 #include "Options.h"
 #include "commands/Diagnosis.h"
 #include "commands/ListingWriter.h"
@@ -20,6 +13,13 @@
 #include "output/Listing.h"
 #include "text/Pattern.h"
 #include "waiting/Attendant.h"
+
+#include <netdb.h>
+
+#include <algorithm>
+#include <array>
+#include <set>
+#include <utility>
 
 namespace cimhttp {
 

@@ -1,8 +1,8 @@
 #include "commands/GraphWalk.h"
 
-#include <utility>
-
 #include "output/ShortReferences.h"
+
+#include <utility>
 
 namespace cimhttp {
 

@@ -1,5 +1,9 @@
 #pragma once
 
+#include "Failure.h"
+#include "access/RemoteModel.h"
+#include "output/ObjectGraph.h"
+
 #include <cstddef>
 #include <functional>
 #include <map>
@@ -7,10 +11,6 @@
 #include <set>
 #include <string>
 #include <vector>
-
-#include "Failure.h"
-#include "access/RemoteModel.h"
-#include "output/ObjectGraph.h"
 
 namespace cimhttp {
 

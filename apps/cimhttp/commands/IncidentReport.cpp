@@ -1,12 +1,12 @@
 #include "commands/IncidentReport.h"
 
-#include <ostream>
-
 #include "Failure.h"
 #include "Options.h"
 #include "commands/Command.h"
 #include "connection/IncidentTally.h"
 #include "text/TerminalText.h"
+
+#include <ostream>
 
 namespace cimhttp {
 

@@ -1,10 +1,5 @@
 #include "commands/InfoCommand.h"
 
-#include <chrono>
-#include <cstdio>
-#include <optional>
-#include <ostream>
-
 #include "Failure.h"
 #include "Options.h"
 #include "commands/IncidentReport.h"
@@ -20,6 +15,11 @@
 #include "output/Listing.h"
 #include "output/TextList.h"
 #include "output/ValueTexts.h"
+
+#include <chrono>
+#include <cstdio>
+#include <optional>
+#include <ostream>
 
 namespace cimhttp {
 

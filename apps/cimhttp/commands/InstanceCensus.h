@@ -1,14 +1,14 @@
 #pragma once
 
+#include "connection/Session.h"
+#include "output/ClassTree.h"
+#include "text/NameOrder.h"
+
 #include <functional>
 #include <map>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "connection/Session.h"
-#include "output/ClassTree.h"
-#include "text/NameOrder.h"
 
 namespace cimhttp {
 

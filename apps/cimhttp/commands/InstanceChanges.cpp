@@ -1,9 +1,9 @@
 #include "commands/InstanceChanges.h"
 
+#include "host/ICIMProperty.h"
+
 #include <map>
 #include <optional>
-
-#include "host/ICIMProperty.h"
 
 namespace cimhttp {
 

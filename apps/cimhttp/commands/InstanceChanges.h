@@ -1,10 +1,10 @@
 #pragma once
 
-#include <string>
-#include <vector>
-
 #include "host/TCIMValue.h"
 #include "output/InstanceProperties.h"
+
+#include <string>
+#include <vector>
 
 namespace cimhttp {
 

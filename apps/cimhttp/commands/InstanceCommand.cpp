@@ -1,8 +1,5 @@
 #include "commands/InstanceCommand.h"
 
-#include <algorithm>
-#include <ostream>
-
 #include "Failure.h"
 #include "Options.h"
 #include "commands/IncidentReport.h"
@@ -17,6 +14,9 @@
 #include "selection/GivenKeys.h"
 #include "text/PathFault.h"
 #include "text/TerminalText.h"
+
+#include <algorithm>
+#include <ostream>
 
 namespace cimhttp {
 

@@ -1,14 +1,14 @@
 #include "commands/InstanceFilter.h"
 
-#include <algorithm>
-#include <iterator>
-#include <ostream>
-
 #include "host/ICIMInstance.h"
 #include "host/ICIMProperty.h"
 #include "host/ICIMPropertyDecl.h"
 #include "output/ValueTexts.h"
 #include "text/TerminalText.h"
+
+#include <algorithm>
+#include <iterator>
+#include <ostream>
 
 namespace cimhttp {
 

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "output/InstanceProperties.h"
+#include "selection/Condition.h"
+
 #include <cstddef>
 #include <iosfwd>
 #include <string>
 #include <vector>
-
-#include "output/InstanceProperties.h"
-#include "selection/Condition.h"
 
 namespace cimhttp {
 

@@ -1,11 +1,5 @@
 #include "commands/InstanceFinder.h"
 
-#include <algorithm>
-#include <charconv>
-#include <iostream>
-#include <set>
-#include <utility>
-
 #include "Failure.h"
 #include "Options.h"
 #include "commands/Command.h"
@@ -21,6 +15,12 @@
 #include "text/Pattern.h"
 #include "text/TerminalText.h"
 #include "text/WordList.h"
+
+#include <algorithm>
+#include <charconv>
+#include <iostream>
+#include <set>
+#include <utility>
 
 namespace cimhttp {
 

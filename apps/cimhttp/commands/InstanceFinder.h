@@ -1,13 +1,13 @@
 #pragma once
 
-#include <optional>
-#include <string>
-#include <vector>
-
 #include "connection/Session.h"
 #include "host/TCIMReference.h"
 #include "output/InstanceProperties.h"
 #include "selection/GivenKeys.h"
+
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace cimhttp {
 

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <string>
-#include <vector>
-
 #include "commands/InstanceFilter.h"
 #include "output/InstanceProperties.h"
 #include "selection/SortOrder.h"
+
+#include <string>
+#include <vector>
 
 namespace cimhttp {
 

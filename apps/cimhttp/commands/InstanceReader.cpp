@@ -1,11 +1,11 @@
 #include "commands/InstanceReader.h"
 
-#include <utility>
-
 #include "host/ICIMClass.h"
 #include "output/ValueTexts.h"
 #include "text/NameList.h"
 #include "waiting/Interrupt.h"
+
+#include <utility>
 
 namespace cimhttp {
 

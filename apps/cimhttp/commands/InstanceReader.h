@@ -1,15 +1,15 @@
 #pragma once
 
+#include "access/TextForm.h"
+#include "commands/InstanceQuery.h"
+#include "connection/Session.h"
+
 #include <boost/shared_ptr.hpp>
 
 #include <cstddef>
 #include <functional>
 #include <string>
 #include <vector>
-
-#include "access/TextForm.h"
-#include "commands/InstanceQuery.h"
-#include "connection/Session.h"
 
 namespace cimhttp {
 

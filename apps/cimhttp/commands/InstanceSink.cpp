@@ -1,10 +1,5 @@
 #include "commands/InstanceSink.h"
 
-#include <algorithm>
-#include <optional>
-#include <ostream>
-#include <string>
-
 #include "commands/Command.h"
 #include "commands/ListingWriter.h"
 #include "output/InstanceJson.h"
@@ -13,6 +8,11 @@
 #include "output/PropertySelector.h"
 #include "output/ValueTexts.h"
 #include "output/WideRecords.h"
+
+#include <algorithm>
+#include <optional>
+#include <ostream>
+#include <string>
 
 namespace cimhttp {
 

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <memory>
-
 #include "commands/InstanceWriter.h"
 #include "output/InstanceProperties.h"
 #include "output/OutputFormat.h"
 #include "output/ValueTexts.h"
+
+#include <memory>
 
 namespace cimhttp {
 

@@ -1,9 +1,5 @@
 #include "commands/InstanceWriter.h"
 
-#include <algorithm>
-#include <iterator>
-#include <ostream>
-
 #include "Options.h"
 #include "commands/Command.h"
 #include "commands/InstanceSink.h"
@@ -14,6 +10,10 @@
 #include "output/InstanceListing.h"
 #include "output/WideRecords.h"
 #include "text/NameOrder.h"
+
+#include <algorithm>
+#include <iterator>
+#include <ostream>
 
 namespace cimhttp {
 

@@ -1,8 +1,5 @@
 #include "commands/InstancesCommand.h"
 
-#include <algorithm>
-#include <ostream>
-
 #include "Failure.h"
 #include "Options.h"
 #include "commands/IncidentReport.h"
@@ -18,6 +15,9 @@
 #include "selection/RowLimit.h"
 #include "text/Pattern.h"
 #include "text/TerminalText.h"
+
+#include <algorithm>
+#include <ostream>
 
 namespace cimhttp {
 

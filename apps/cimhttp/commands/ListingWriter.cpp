@@ -1,12 +1,5 @@
 #include "commands/ListingWriter.h"
 
-#include <algorithm>
-#include <cctype>
-#include <ostream>
-#include <string>
-#include <string_view>
-#include <vector>
-
 #include "Options.h"
 #include "commands/Command.h"
 #include "output/Json.h"
@@ -14,6 +7,13 @@
 #include "output/TextList.h"
 #include "output/TextTable.h"
 #include "text/TerminalText.h"
+
+#include <algorithm>
+#include <cctype>
+#include <ostream>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace cimhttp {
 

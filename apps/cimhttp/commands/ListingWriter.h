@@ -1,8 +1,8 @@
 #pragma once
 
-#include <iosfwd>
-
 #include "output/OutputFormat.h"
+
+#include <iosfwd>
 
 namespace cimhttp {
 

@@ -1,12 +1,12 @@
 #include "commands/MethodsCommand.h"
 
-#include <ostream>
-
 #include "commands/IncidentReport.h"
 #include "commands/ListingWriter.h"
 #include "connection/Session.h"
 #include "output/DefinitionListing.h"
 #include "output/MofWriter.h"
+
+#include <ostream>
 
 namespace cimhttp {
 

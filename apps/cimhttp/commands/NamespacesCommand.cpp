@@ -1,8 +1,5 @@
 #include "commands/NamespacesCommand.h"
 
-#include <algorithm>
-#include <ostream>
-
 #include "Options.h"
 #include "commands/IncidentReport.h"
 #include "commands/ListingWriter.h"
@@ -12,6 +9,9 @@
 #include "output/Json.h"
 #include "output/Listing.h"
 #include "text/TerminalText.h"
+
+#include <algorithm>
+#include <ostream>
 
 namespace cimhttp {
 

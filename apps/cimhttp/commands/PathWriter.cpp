@@ -1,12 +1,12 @@
 #include "commands/PathWriter.h"
 
-#include <ostream>
-
 #include "commands/Command.h"
 #include "commands/ListingWriter.h"
 #include "output/Json.h"
 #include "output/Listing.h"
 #include "text/TerminalText.h"
+
+#include <ostream>
 
 namespace cimhttp {
 

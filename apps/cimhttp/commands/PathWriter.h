@@ -1,9 +1,9 @@
 #pragma once
 
+#include "output/OutputFormat.h"
+
 #include <string>
 #include <vector>
-
-#include "output/OutputFormat.h"
 
 namespace cimhttp {
 

@@ -1,8 +1,5 @@
 #include "commands/ProfilesCommand.h"
 
-#include <algorithm>
-#include <ostream>
-
 #include "Options.h"
 #include "commands/IncidentReport.h"
 #include "commands/ListingWriter.h"
@@ -11,6 +8,9 @@
 #include "connection/Session.h"
 #include "output/Json.h"
 #include "output/Listing.h"
+
+#include <algorithm>
+#include <ostream>
 
 namespace cimhttp {
 

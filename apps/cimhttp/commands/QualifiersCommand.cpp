@@ -1,16 +1,16 @@
 #include "commands/QualifiersCommand.h"
 
-#include <strings.h>
-
-#include <algorithm>
-#include <ostream>
-
 #include "Failure.h"
 #include "commands/IncidentReport.h"
 #include "commands/ListingWriter.h"
 #include "connection/Session.h"
 #include "output/DefinitionListing.h"
 #include "output/MofWriter.h"
+
+#include <strings.h>
+
+#include <algorithm>
+#include <ostream>
 
 namespace cimhttp {
 

@@ -1,8 +1,5 @@
 #include "commands/RelatedCommand.h"
 
-#include <algorithm>
-#include <ostream>
-
 #include "Failure.h"
 #include "Options.h"
 #include "commands/GraphWalk.h"
@@ -10,6 +7,9 @@
 #include "commands/Remark.h"
 #include "connection/Session.h"
 #include "output/GraphWriter.h"
+
+#include <algorithm>
+#include <ostream>
 
 namespace cimhttp {
 

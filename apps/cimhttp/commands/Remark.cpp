@@ -1,10 +1,10 @@
 #include "commands/Remark.h"
 
-#include <ostream>
-
 #include "Failure.h"
 #include "commands/Command.h"
 #include "text/TerminalText.h"
+
+#include <ostream>
 
 namespace cimhttp {
 

@@ -1,7 +1,5 @@
 #include "commands/TreeCommand.h"
 
-#include <ostream>
-
 #include "Failure.h"
 #include "commands/IncidentReport.h"
 #include "commands/ListingWriter.h"
@@ -10,6 +8,8 @@
 #include "output/Json.h"
 #include "output/Listing.h"
 #include "text/TerminalText.h"
+
+#include <ostream>
 
 namespace cimhttp {
 

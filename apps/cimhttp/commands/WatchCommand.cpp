@@ -1,15 +1,5 @@
 #include "commands/WatchCommand.h"
 
-#include <algorithm>
-#include <chrono>
-#include <cstdlib>
-#include <optional>
-#include <ostream>
-#include <string>
-#include <thread>
-#include <utility>
-#include <vector>
-
 #include "Failure.h"
 #include "Options.h"
 #include "commands/ChangeWriter.h"
@@ -21,6 +11,16 @@
 #include "waiting/Attendant.h"
 #include "waiting/Interrupt.h"
 #include "waiting/Repetition.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
 
 namespace cimhttp {
 

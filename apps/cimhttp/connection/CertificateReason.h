@@ -1,8 +1,8 @@
 #pragma once
 
-#include <string>
-
 #include "cimhttp/ServerCertificate.h"
+
+#include <string>
 
 namespace cimhttp {
 

@@ -1,9 +1,9 @@
 #include "connection/CertificateText.h"
 
-#include <algorithm>
-
 #include "access/TlsHandshake.h"
 #include "text/TerminalText.h"
+
+#include <algorithm>
 
 namespace cimhttp {
 

@@ -1,5 +1,12 @@
 #include "connection/Connection.h"
 
+#include "Failure.h"
+#include "Options.h"
+#include "connection/ConnectionStore.h"
+#include "connection/Fingerprint.h"
+#include "connection/TerminalPrompt.h"
+#include "text/TerminalText.h"
+
 #include <arpa/inet.h>
 #include <netinet/in.h>
 #include <strings.h>
@@ -7,13 +14,6 @@
 #include <algorithm>
 #include <array>
 #include <utility>
-
-#include "Failure.h"
-#include "Options.h"
-#include "connection/ConnectionStore.h"
-#include "connection/Fingerprint.h"
-#include "connection/TerminalPrompt.h"
-#include "text/TerminalText.h"
 
 namespace cimhttp {
 

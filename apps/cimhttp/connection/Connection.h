@@ -1,14 +1,14 @@
 #pragma once
 
+#include "connection/ServerName.h"
+#include "connection/TlsSettings.h"
+
 #include <algorithm>
 #include <chrono>
 #include <map>
 #include <memory>
 #include <optional>
 #include <string>
-
-#include "connection/ServerName.h"
-#include "connection/TlsSettings.h"
 
 namespace cimhttp {
 

@@ -1,10 +1,10 @@
 #include "connection/ConnectionContext.h"
 
-#include <cstdint>
-
 #include "cimhttp/ContextKeys.h"
 #include "connection/Connection.h"
 #include "host/TCIMValue.h"
+
+#include <cstdint>
 
 namespace cimhttp {
 

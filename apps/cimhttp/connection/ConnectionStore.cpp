@@ -1,14 +1,14 @@
 #include "connection/ConnectionStore.h"
 
-#include <algorithm>
-#include <iterator>
-#include <vector>
-
 #include "Failure.h"
 #include "connection/Connection.h"
 #include "connection/UserDocument.h"
 #include "connection/UserEntry.h"
 #include "text/NearestNames.h"
+
+#include <algorithm>
+#include <iterator>
+#include <vector>
 
 namespace cimhttp {
 

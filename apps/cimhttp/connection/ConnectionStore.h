@@ -1,12 +1,12 @@
 #pragma once
 
+#include "connection/TlsSettings.h"
+
 #include <functional>
 #include <map>
 #include <optional>
 #include <string>
 #include <utility>
-
-#include "connection/TlsSettings.h"
 
 namespace cimhttp {
 

@@ -1,5 +1,9 @@
 #include "connection/FailedConnect.h"
 
+#include "connection/Connection.h"
+#include "connection/HostAddresses.h"
+#include "connection/ServerProbe.h"
+
 #include <fcntl.h>
 #include <netdb.h>
 #include <netinet/in.h>
@@ -8,10 +12,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-
-#include "connection/Connection.h"
-#include "connection/HostAddresses.h"
-#include "connection/ServerProbe.h"
 
 namespace cimhttp {
 

@@ -1,5 +1,7 @@
 #include "connection/FileLock.h"
 
+#include "Failure.h"
+
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
@@ -7,8 +9,6 @@
 #include <cerrno>
 #include <system_error>
 #include <thread>
-
-#include "Failure.h"
 
 namespace cimhttp {
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "cimhttp/ReadingIncidents.h"
+
 #include <cstddef>
 #include <map>
 #include <optional>
 #include <string>
-
-#include "cimhttp/ReadingIncidents.h"
 
 namespace cimhttp {
 

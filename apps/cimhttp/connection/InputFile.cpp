@@ -1,5 +1,7 @@
 #include "connection/InputFile.h"
 
+#include "Failure.h"
+
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/stat.h>
@@ -9,8 +11,6 @@
 #include <system_error>
 #include <utility>
 #include <vector>
-
-#include "Failure.h"
 
 namespace cimhttp {
 

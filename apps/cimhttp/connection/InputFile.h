@@ -1,12 +1,12 @@
 #pragma once
 
+#include "Descriptor.h"
+
 #include <sys/types.h>
 
 #include <chrono>
 #include <cstddef>
 #include <string>
-
-#include "Descriptor.h"
 
 namespace cimhttp {
 

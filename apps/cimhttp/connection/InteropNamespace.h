@@ -1,9 +1,9 @@
 #pragma once
 
+#include "cimhttp/RemoteFailure.h"
+
 #include <string>
 #include <vector>
-
-#include "cimhttp/RemoteFailure.h"
 
 namespace cimhttp {
 

@@ -1,12 +1,12 @@
 #include "connection/KnownServers.h"
 
-#include <algorithm>
-#include <cctype>
-
 #include "Failure.h"
 #include "connection/Fingerprint.h"
 #include "connection/UserDocument.h"
 #include "connection/UserEntry.h"
+
+#include <algorithm>
+#include <cctype>
 
 namespace cimhttp {
 

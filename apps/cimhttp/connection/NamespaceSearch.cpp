@@ -1,10 +1,10 @@
 #include "connection/NamespaceSearch.h"
 
-#include <algorithm>
-#include <vector>
-
 #include "Failure.h"
 #include "connection/Session.h"
+
+#include <algorithm>
+#include <vector>
 
 namespace cimhttp {
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "connection/InteropNamespace.h"
+#include "text/NameOrder.h"
+
 #include <cstddef>
 #include <set>
 #include <string>
-
-#include "connection/InteropNamespace.h"
-#include "text/NameOrder.h"
 
 namespace cimhttp {
 

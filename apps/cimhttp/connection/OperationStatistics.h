@@ -1,12 +1,12 @@
 #pragma once
 
+#include "access/MeasurementSink.h"
+
 #include <cstddef>
 #include <iosfwd>
 #include <map>
 #include <mutex>
 #include <string>
-
-#include "access/MeasurementSink.h"
 
 namespace cimhttp {
 

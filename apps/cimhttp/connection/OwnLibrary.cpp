@@ -1,9 +1,9 @@
 #include "connection/OwnLibrary.h"
 
-#include <dlfcn.h>
-
 #include "Failure.h"
 #include "connection/ProgramFolder.h"
+
+#include <dlfcn.h>
 
 namespace cimhttp {
 

@@ -1,12 +1,12 @@
 #include "connection/PasswordFile.h"
 
+#include "connection/InputFile.h"
+
 #include <sys/stat.h>
 
 #include <array>
 #include <cstddef>
 #include <cstdio>
-
-#include "connection/InputFile.h"
 
 namespace cimhttp {
 

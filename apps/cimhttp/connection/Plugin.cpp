@@ -1,7 +1,5 @@
 #include "connection/Plugin.h"
 
-#include <utility>
-
 #include "Failure.h"
 #include "cimhttp/ContextKeys.h"
 #include "connection/OwnLibrary.h"
@@ -9,6 +7,8 @@
 #include "host/INamespaceProvider.h"
 #include "host/INamespaceProviderManager.h"
 #include "host/TRootObject.h"
+
+#include <utility>
 
 namespace cimhttp {
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "access/PluginAccess.h"
+#include "host/TCIMContext.h"
+
 #include <boost/shared_ptr.hpp>
 
 #include <string>
-
-#include "access/PluginAccess.h"
-#include "host/TCIMContext.h"
 
 namespace NQORVYX20 {
 class INamespaceProvider;

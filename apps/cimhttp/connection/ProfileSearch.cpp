@@ -1,8 +1,5 @@
 #include "connection/ProfileSearch.h"
 
-#include <algorithm>
-#include <tuple>
-
 #include "Failure.h"
 #include "connection/InteropNamespace.h"
 #include "connection/Session.h"
@@ -10,6 +7,9 @@
 #include "host/ICIMProperty.h"
 #include "output/InstanceProperties.h"
 #include "output/ValueTexts.h"
+
+#include <algorithm>
+#include <tuple>
 
 namespace cimhttp {
 

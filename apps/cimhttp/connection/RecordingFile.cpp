@@ -1,13 +1,13 @@
 #include "connection/RecordingFile.h"
 
+#include "Descriptor.h"
+#include "Failure.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
 
 #include <cerrno>
 #include <system_error>
-
-#include "Descriptor.h"
-#include "Failure.h"
 
 namespace cimhttp {
 

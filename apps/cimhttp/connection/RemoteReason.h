@@ -1,9 +1,9 @@
 #pragma once
 
-#include <string>
-
 #include "Failure.h"
 #include "cimhttp/RemoteFailure.h"
+
+#include <string>
 
 namespace cimhttp {
 

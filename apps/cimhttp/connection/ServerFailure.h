@@ -1,10 +1,10 @@
 #pragma once
 
-#include <string>
-#include <utility>
-
 #include "Failure.h"
 #include "cimhttp/RemoteFailure.h"
+
+#include <string>
+#include <utility>
 
 namespace cimhttp {
 

@@ -1,10 +1,10 @@
 #include "connection/ServerName.h"
 
+#include "Failure.h"
+
 #include <algorithm>
 #include <cctype>
 #include <charconv>
-
-#include "Failure.h"
 
 namespace cimhttp {
 

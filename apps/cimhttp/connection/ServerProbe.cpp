@@ -1,14 +1,14 @@
 #include "connection/ServerProbe.h"
 
+#include "connection/HostAddresses.h"
+#include "connection/OwnLibrary.h"
+
 #include <netdb.h>
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <unistd.h>
 
 #include <utility>
-
-#include "connection/HostAddresses.h"
-#include "connection/OwnLibrary.h"
 
 namespace cimhttp {
 

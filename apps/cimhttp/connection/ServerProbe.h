@@ -1,10 +1,10 @@
 #pragma once
 
+#include "access/TlsHandshake.h"
+
 #include <chrono>
 #include <optional>
 #include <string>
-
-#include "access/TlsHandshake.h"
 
 namespace cimhttp {
 

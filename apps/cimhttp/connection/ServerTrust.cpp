@@ -1,7 +1,5 @@
 #include "connection/ServerTrust.h"
 
-#include <strings.h>
-
 #include "Failure.h"
 #include "Options.h"
 #include "connection/CertificateText.h"
@@ -16,6 +14,8 @@
 #include "output/TimeText.h"
 #include "text/TerminalText.h"
 #include "waiting/Attendant.h"
+
+#include <strings.h>
 
 namespace cimhttp {
 

@@ -1,9 +1,5 @@
 #include "connection/Session.h"
 
-#include <algorithm>
-#include <chrono>
-#include <exception>
-
 #include "Failure.h"
 #include "cimhttp/ContextKeys.h"
 #include "connection/ConnectionContext.h"
@@ -21,6 +17,10 @@
 #include "text/PathFault.h"
 #include "text/Pattern.h"
 #include "waiting/Interrupt.h"
+
+#include <algorithm>
+#include <chrono>
+#include <exception>
 
 namespace cimhttp {
 

@@ -1,5 +1,14 @@
 #pragma once
 
+#include "Failure.h"
+#include "access/AssociationQuery.h"
+#include "access/InstanceSequence.h"
+#include "access/RemoteModel.h"
+#include "connection/Connection.h"
+#include "connection/IncidentTally.h"
+#include "connection/Plugin.h"
+#include "waiting/Attendant.h"
+
 #include <boost/shared_ptr.hpp>
 
 #include <chrono>
@@ -9,15 +18,6 @@
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "Failure.h"
-#include "access/AssociationQuery.h"
-#include "access/InstanceSequence.h"
-#include "access/RemoteModel.h"
-#include "connection/Connection.h"
-#include "connection/IncidentTally.h"
-#include "connection/Plugin.h"
-#include "waiting/Attendant.h"
 
 namespace NQORVYX20 {
 class ICIMClass;

@@ -1,5 +1,7 @@
 #include "connection/TerminalPrompt.h"
 
+#include "Descriptor.h"
+
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/signalfd.h>
@@ -10,8 +12,6 @@
 #include <cerrno>
 #include <csignal>
 #include <string_view>
-
-#include "Descriptor.h"
 
 namespace cimhttp {
 

@@ -1,5 +1,8 @@
 #include "connection/TraceOutput.h"
 
+#include "Descriptor.h"
+#include "Failure.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -7,9 +10,6 @@
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
-
-#include "Descriptor.h"
-#include "Failure.h"
 
 namespace cimhttp {
 

@@ -1,5 +1,10 @@
 #include "connection/UserDocument.h"
 
+#include "Failure.h"
+#include "connection/FileLock.h"
+#include "connection/InputFile.h"
+#include "output/OutputFile.h"
+
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -9,11 +14,6 @@
 #include <filesystem>
 #include <ostream>
 #include <system_error>
-
-#include "Failure.h"
-#include "connection/FileLock.h"
-#include "connection/InputFile.h"
-#include "output/OutputFile.h"
 
 namespace cimhttp {
 

@@ -1,9 +1,10 @@
 #pragma once
 
+#include <nlohmann/json.hpp>
+
 #include <sys/types.h>
 
 #include <functional>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <utility>

@@ -1,9 +1,9 @@
 #include "connection/UserEntry.h"
 
+#include "Failure.h"
+
 #include <algorithm>
 #include <utility>
-
-#include "Failure.h"
 
 namespace cimhttp {
 

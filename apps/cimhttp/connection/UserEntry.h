@@ -1,8 +1,9 @@
 #pragma once
 
+#include <nlohmann/json.hpp>
+
 #include <cstdint>
 #include <initializer_list>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 

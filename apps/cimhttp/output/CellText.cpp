@@ -1,12 +1,12 @@
 #include "output/CellText.h"
 
-#include <cstddef>
-#include <string_view>
-
 #include "output/Listing.h"
 #include "output/NullText.h"
 #include "text/TerminalText.h"
 #include "text/Utf8.h"
+
+#include <cstddef>
+#include <string_view>
 
 namespace cimhttp {
 

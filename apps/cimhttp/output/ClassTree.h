@@ -1,10 +1,10 @@
 #pragma once
 
-#include <string>
-#include <vector>
-
 #include "access/RemoteModel.h"
 #include "text/NameOrder.h"
+
+#include <string>
+#include <vector>
 
 namespace cimhttp {
 

@@ -1,11 +1,11 @@
 #include "output/ColumnRanking.h"
 
+#include "output/TableTexts.h"
+
 #include <algorithm>
 #include <numeric>
 #include <set>
 #include <string_view>
-
-#include "output/TableTexts.h"
 
 namespace cimhttp {
 

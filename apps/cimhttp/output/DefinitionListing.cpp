@@ -1,11 +1,11 @@
 #include "output/DefinitionListing.h"
 
-#include <algorithm>
-
 #include "output/Json.h"
 #include "output/MofText.h"
 #include "output/MofWriter.h"
 #include "text/Pattern.h"
+
+#include <algorithm>
 
 namespace cimhttp {
 

@@ -1,10 +1,10 @@
 #include "output/DisplayText.h"
 
-#include <utility>
-
 #include "host/TCIMValue.h"
 #include "output/Json.h"
 #include "output/NullText.h"
+
+#include <utility>
 
 namespace cimhttp {
 

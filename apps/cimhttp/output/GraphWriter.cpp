@@ -1,16 +1,16 @@
 #include "output/GraphWriter.h"
 
+#include "output/Json.h"
+#include "output/ObjectGraph.h"
+#include "output/ObjectLabels.h"
+#include "text/TerminalText.h"
+
 #include <algorithm>
 #include <numeric>
 #include <ostream>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "output/Json.h"
-#include "output/ObjectGraph.h"
-#include "output/ObjectLabels.h"
-#include "text/TerminalText.h"
 
 namespace cimhttp {
 

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "host/TCIMValue.h"
+#include "output/PropertySelector.h"
+#include "output/ValueTexts.h"
+
 #include <boost/shared_ptr.hpp>
 
 #include <string>
 #include <vector>
-
-#include "host/TCIMValue.h"
-#include "output/PropertySelector.h"
-#include "output/ValueTexts.h"
 
 namespace cimhttp {
 

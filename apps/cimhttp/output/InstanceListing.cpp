@@ -1,8 +1,5 @@
 #include "output/InstanceListing.h"
 
-#include <algorithm>
-#include <array>
-
 #include "host/ICIMInstance.h"
 #include "host/ICIMProperty.h"
 #include "host/ICIMPropertyDecl.h"
@@ -10,6 +7,9 @@
 #include "output/CellText.h"
 #include "output/TypeText.h"
 #include "text/Pattern.h"
+
+#include <algorithm>
+#include <array>
 
 namespace cimhttp {
 

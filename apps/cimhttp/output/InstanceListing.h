@@ -1,10 +1,10 @@
 #pragma once
 
-#include <string>
-
 #include "output/InstanceProperties.h"
 #include "output/Listing.h"
 #include "output/ValueTexts.h"
+
+#include <string>
 
 namespace cimhttp {
 

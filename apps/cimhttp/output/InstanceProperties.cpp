@@ -1,8 +1,5 @@
 #include "output/InstanceProperties.h"
 
-#include <algorithm>
-#include <set>
-
 #include "Failure.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
@@ -11,6 +8,9 @@
 #include "host/ICIMQualifier.h"
 #include "text/NameOrder.h"
 #include "text/NearestNames.h"
+
+#include <algorithm>
+#include <set>
 
 namespace cimhttp {
 

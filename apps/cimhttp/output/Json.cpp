@@ -1,12 +1,12 @@
 #include "output/Json.h"
 
+#include "host/TCIMValue.h"
+#include "text/Utf8.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
-
-#include "host/TCIMValue.h"
-#include "text/Utf8.h"
 
 namespace cimhttp {
 

@@ -1,11 +1,11 @@
 #include "output/KeyListing.h"
 
-#include <algorithm>
-#include <utility>
-
 #include "output/Json.h"
 #include "text/NameList.h"
 #include "text/Pattern.h"
+
+#include <algorithm>
+#include <utility>
 
 namespace cimhttp {
 

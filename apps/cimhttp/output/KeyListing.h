@@ -1,10 +1,10 @@
 #pragma once
 
-#include <string>
-#include <vector>
-
 #include "host/TCIMReference.h"
 #include "output/Listing.h"
+
+#include <string>
+#include <vector>
 
 namespace cimhttp {
 

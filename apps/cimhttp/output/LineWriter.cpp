@@ -1,8 +1,8 @@
 #include "output/LineWriter.h"
 
-#include <ostream>
-
 #include "text/TerminalText.h"
+
+#include <ostream>
 
 namespace cimhttp {
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "output/Listing.h"
+
 #include <cstddef>
 #include <iosfwd>
 #include <string>
 #include <string_view>
-
-#include "output/Listing.h"
 
 namespace cimhttp {
 

@@ -1,13 +1,13 @@
 #include "output/MofText.h"
 
+#include "host/TCIMValue.h"
+#include "text/Utf8.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <string_view>
 #include <utility>
-
-#include "host/TCIMValue.h"
-#include "text/Utf8.h"
 
 namespace cimhttp {
 

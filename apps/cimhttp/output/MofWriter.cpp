@@ -1,8 +1,5 @@
 #include "output/MofWriter.h"
 
-#include <algorithm>
-#include <map>
-
 #include "access/RemoteModel.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
@@ -12,6 +9,9 @@
 #include "text/NameOrder.h"
 #include "text/Pattern.h"
 #include "text/TerminalText.h"
+
+#include <algorithm>
+#include <map>
 
 namespace cimhttp {
 

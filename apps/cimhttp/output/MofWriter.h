@@ -1,9 +1,9 @@
 #pragma once
 
+#include "output/InstanceProperties.h"
+
 #include <string>
 #include <vector>
-
-#include "output/InstanceProperties.h"
 
 namespace cimhttp {
 

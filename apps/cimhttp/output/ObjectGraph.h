@@ -1,11 +1,11 @@
 #pragma once
 
+#include "host/TCIMReference.h"
+#include "host/TCIMValue.h"
+
 #include <cstddef>
 #include <string>
 #include <vector>
-
-#include "host/TCIMReference.h"
-#include "host/TCIMValue.h"
 
 namespace cimhttp {
 

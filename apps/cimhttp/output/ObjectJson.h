@@ -1,9 +1,9 @@
 #pragma once
 
+#include "cimhttp/EmbeddedObject.h"
+
 #include <string>
 #include <vector>
-
-#include "cimhttp/EmbeddedObject.h"
 
 namespace cimhttp {
 

@@ -1,13 +1,13 @@
 #include "output/ObjectLabels.h"
 
-#include <algorithm>
-#include <cstddef>
-#include <map>
-
 #include "output/ObjectGraph.h"
 #include "output/ShortReferences.h"
 #include "text/NameOrder.h"
 #include "text/Pattern.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <map>
 
 namespace cimhttp {
 

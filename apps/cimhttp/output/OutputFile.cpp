@@ -1,5 +1,9 @@
 #include "output/OutputFile.h"
 
+#include "Failure.h"
+#include "output/DescriptorBuffer.h"
+#include "output/ReplacementFile.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -8,10 +12,6 @@
 #include <filesystem>
 #include <ostream>
 #include <system_error>
-
-#include "Failure.h"
-#include "output/DescriptorBuffer.h"
-#include "output/ReplacementFile.h"
 
 namespace cimhttp {
 

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "Descriptor.h"
+
 #include <sys/types.h>
 
 #include <functional>
 #include <iosfwd>
 #include <optional>
 #include <string>
-
-#include "Descriptor.h"
 
 namespace cimhttp {
 

@@ -1,9 +1,9 @@
 #include "output/OutputGuard.h"
 
+#include "Failure.h"
+
 #include <cerrno>
 #include <system_error>
-
-#include "Failure.h"
 
 namespace cimhttp {
 

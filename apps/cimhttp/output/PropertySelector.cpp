@@ -1,12 +1,12 @@
 #include "output/PropertySelector.h"
 
-#include <strings.h>
-
-#include <algorithm>
-
 #include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMPropertyDecl.h"
+
+#include <strings.h>
+
+#include <algorithm>
 
 namespace cimhttp {
 

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "output/InstanceProperties.h"
+
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "output/InstanceProperties.h"
 
 namespace cimhttp {
 

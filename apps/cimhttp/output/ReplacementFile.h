@@ -1,11 +1,11 @@
 #pragma once
 
+#include "Descriptor.h"
+#include "output/RemovalOnSignal.h"
+
 #include <sys/types.h>
 
 #include <string>
-
-#include "Descriptor.h"
-#include "output/RemovalOnSignal.h"
 
 namespace cimhttp {
 

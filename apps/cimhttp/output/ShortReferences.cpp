@@ -1,8 +1,8 @@
 #include "output/ShortReferences.h"
 
-#include <algorithm>
-
 #include "host/TCIMReference.h"
+
+#include <algorithm>
 
 namespace cimhttp {
 

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "output/Listing.h"
+
 #include <functional>
 #include <optional>
 #include <string>
-
-#include "output/Listing.h"
 
 namespace cimhttp {
 

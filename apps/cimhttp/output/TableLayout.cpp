@@ -1,12 +1,12 @@
 #include "output/TableLayout.h"
 
-#include <algorithm>
-#include <iterator>
-#include <numeric>
-
 #include "output/ColumnRanking.h"
 #include "output/TableTexts.h"
 #include "text/FoldedName.h"
+
+#include <algorithm>
+#include <iterator>
+#include <numeric>
 
 namespace cimhttp {
 

@@ -1,9 +1,9 @@
 #include "output/TableTexts.h"
 
-#include <algorithm>
-
 #include "output/CellText.h"
 #include "text/TerminalText.h"
+
+#include <algorithm>
 
 namespace cimhttp {
 

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "output/Listing.h"
+
 #include <cstddef>
 #include <string>
 #include <vector>
-
-#include "output/Listing.h"
 
 namespace cimhttp {
 

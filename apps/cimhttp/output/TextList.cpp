@@ -1,13 +1,13 @@
 #include "output/TextList.h"
 
-#include <algorithm>
-#include <string>
-#include <vector>
-
 #include "output/CellText.h"
 #include "output/LineWriter.h"
 #include "output/Listing.h"
 #include "text/TerminalText.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
 
 namespace cimhttp {
 

@@ -1,8 +1,5 @@
 #include "output/TextTable.h"
 
-#include <algorithm>
-#include <string_view>
-
 #include "output/CellText.h"
 #include "output/LineWriter.h"
 #include "output/Listing.h"
@@ -12,6 +9,9 @@
 #include "output/TextList.h"
 #include "text/FoldedName.h"
 #include "text/TerminalText.h"
+
+#include <algorithm>
+#include <string_view>
 
 namespace cimhttp {
 

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "output/TextStyle.h"
+
 #include <iosfwd>
 #include <string>
 #include <vector>
-
-#include "output/TextStyle.h"
 
 namespace cimhttp {
 

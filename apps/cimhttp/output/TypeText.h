@@ -1,8 +1,8 @@
 #pragma once
 
-#include <string>
-
 #include "host/TCIMValue.h"
+
+#include <string>
 
 namespace cimhttp {
 

@@ -1,10 +1,10 @@
 #include "output/ValueTexts.h"
 
-#include <vector>
-
 #include "access/PluginAccess.h"
 #include "host/ICIMProperty.h"
 #include "host/TVYXException.h"
+
+#include <vector>
 
 namespace cimhttp {
 

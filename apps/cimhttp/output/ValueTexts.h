@@ -1,9 +1,9 @@
 #pragma once
 
-#include <boost/shared_ptr.hpp>
-
 #include "access/TextForm.h"
 #include "output/DisplayText.h"
+
+#include <boost/shared_ptr.hpp>
 
 namespace NQORVYX20 {
 class ICIMInstance;

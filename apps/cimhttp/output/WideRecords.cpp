@@ -1,13 +1,13 @@
 #include "output/WideRecords.h"
 
-#include <iterator>
-#include <utility>
-#include <vector>
-
 #include "host/ICIMInstance.h"
 #include "host/ICIMProperty.h"
 #include "output/Json.h"
 #include "output/ValueTexts.h"
+
+#include <iterator>
+#include <utility>
+#include <vector>
 
 namespace cimhttp {
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <string>
-
 #include "output/InstanceProperties.h"
 #include "output/Listing.h"
+
+#include <string>
 
 namespace cimhttp {
 

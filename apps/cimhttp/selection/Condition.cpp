@@ -1,16 +1,16 @@
 #include "selection/Condition.h"
 
-#include <algorithm>
-#include <string_view>
-#include <utility>
-#include <vector>
-
 #include "Failure.h"
 #include "host/ICIMProperty.h"
 #include "host/ICIMPropertyDecl.h"
 #include "output/TypeText.h"
 #include "output/ValueTexts.h"
 #include "text/Pattern.h"
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace cimhttp {
 

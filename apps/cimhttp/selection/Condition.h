@@ -1,11 +1,11 @@
 #pragma once
 
+#include "selection/ValuePlace.h"
+
 #include <array>
 #include <cstddef>
 #include <optional>
 #include <string>
-
-#include "selection/ValuePlace.h"
 
 namespace NQORVYX20 {
 class ICIMInstance;

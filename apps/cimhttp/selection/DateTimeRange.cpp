@@ -1,10 +1,10 @@
 #include "selection/DateTimeRange.h"
 
-#include <cstdlib>
-#include <string_view>
-
 #include "host/TCIMDateTime.h"
 #include "host/TVYXException.h"
+
+#include <cstdlib>
+#include <string_view>
 
 namespace cimhttp {
 

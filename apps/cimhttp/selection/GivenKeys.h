@@ -1,9 +1,9 @@
 #pragma once
 
+#include "text/NameOrder.h"
+
 #include <string>
 #include <vector>
-
-#include "text/NameOrder.h"
 
 namespace cimhttp {
 

@@ -1,9 +1,9 @@
 #include "selection/KeyValue.h"
 
-#include <charconv>
-
 #include "host/TVYXException.h"
 #include "text/Pattern.h"
+
+#include <charconv>
 
 namespace cimhttp {
 

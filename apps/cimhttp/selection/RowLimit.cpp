@@ -1,8 +1,8 @@
 #include "selection/RowLimit.h"
 
-#include <ostream>
-
 #include "Failure.h"
+
+#include <ostream>
 
 namespace cimhttp {
 

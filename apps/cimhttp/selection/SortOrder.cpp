@@ -1,12 +1,12 @@
 #include "selection/SortOrder.h"
 
-#include <algorithm>
-#include <numeric>
-
 #include "Failure.h"
 #include "selection/ValuePlace.h"
 #include "text/NameList.h"
 #include "text/Pattern.h"
+
+#include <algorithm>
+#include <numeric>
 
 namespace cimhttp {
 

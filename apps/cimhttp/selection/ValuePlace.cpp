@@ -1,5 +1,8 @@
 #include "selection/ValuePlace.h"
 
+#include "selection/DateTimeRange.h"
+#include "text/Pattern.h"
+
 #include <strings.h>
 
 #include <charconv>
@@ -7,9 +10,6 @@
 #include <limits>
 #include <tuple>
 #include <utility>
-
-#include "selection/DateTimeRange.h"
-#include "text/Pattern.h"
 
 namespace cimhttp {
 

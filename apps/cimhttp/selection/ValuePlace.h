@@ -1,10 +1,10 @@
 #pragma once
 
+#include "host/TCIMValue.h"
+
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "host/TCIMValue.h"
 
 namespace cimhttp {
 

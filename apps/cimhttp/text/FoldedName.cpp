@@ -1,8 +1,8 @@
 #include "text/FoldedName.h"
 
-#include <algorithm>
-
 #include "text/TerminalText.h"
+
+#include <algorithm>
 
 namespace cimhttp {
 

@@ -1,10 +1,10 @@
 #include "text/NearestNames.h"
 
+#include "text/WordList.h"
+
 #include <algorithm>
 #include <cctype>
 #include <tuple>
-
-#include "text/WordList.h"
 
 namespace cimhttp {
 

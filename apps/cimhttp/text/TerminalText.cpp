@@ -1,10 +1,10 @@
 #include "text/TerminalText.h"
 
-#include <algorithm>
-#include <array>
-
 #include "text/CharacterWidth.h"
 #include "text/Utf8.h"
+
+#include <algorithm>
+#include <array>
 
 namespace cimhttp {
 

@@ -1,12 +1,12 @@
 #include "waiting/Attendant.h"
 
-#include <cstdlib>
-#include <ostream>
-
 #include "text/TerminalText.h"
 #include "waiting/BackgroundTask.h"
 #include "waiting/Interrupt.h"
 #include "waiting/StatusLine.h"
+
+#include <cstdlib>
+#include <ostream>
 
 namespace cimhttp {
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Failure.h"
+
 #include <chrono>
 #include <cstddef>
 #include <functional>
@@ -7,8 +9,6 @@
 #include <optional>
 #include <string>
 #include <utility>
-
-#include "Failure.h"
 
 namespace cimhttp {
 

@@ -1,12 +1,12 @@
 #include "waiting/BackgroundTask.h"
 
+#include "Failure.h"
+
 #include <condition_variable>
 #include <exception>
 #include <mutex>
 #include <system_error>
 #include <utility>
-
-#include "Failure.h"
 
 namespace cimhttp {
 

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "waiting/StatusLine.h"
+
 #include <chrono>
 #include <cstddef>
 #include <iosfwd>
-
-#include "waiting/StatusLine.h"
 
 namespace cimhttp {
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "Failure.h"
+
 #include <chrono>
 #include <cstddef>
 #include <functional>
 #include <optional>
-
-#include "Failure.h"
 
 namespace cimhttp {
 

@@ -1,8 +1,8 @@
 #include "waiting/StatusLine.h"
 
-#include <ostream>
-
 #include "text/TerminalText.h"
+
+#include <ostream>
 
 namespace cimhttp {
 

@@ -1,8 +1,9 @@
 #include "server/PasswordHash.h"
 
-#include <crypt.h>
 #include <openssl/crypto.h>
 #include <openssl/evp.h>
+
+#include <crypt.h>
 
 #include <array>
 

@@ -1,6 +1,3 @@
-#include <Pegasus/Client/CIMClient.h>
-#include <Pegasus/Client/InstanceStream.h>
-
 #include "cimxml/Checkpoint.h"
 #include "cimxml/Findings.h"
 #include "cimxml/ObjectDecoder.h"
@@ -14,7 +11,9 @@
 #include "model/OperationTypes.h"
 #include "model/Unchecked.h"
 
+#include <Pegasus/Client/CIMClient.h>
 #include <Pegasus/Client/ExchangeObserver.h>
+#include <Pegasus/Client/InstanceStream.h>
 
 #include <chrono>
 #include <exception>

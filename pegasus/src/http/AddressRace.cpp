@@ -5,12 +5,14 @@
 #include "http/Waiting.h"
 
 #include <Pegasus/Common/Exception.h>
-#include <algorithm>
-#include <array>
-#include <cerrno>
+
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <sys/socket.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
 #include <utility>
 
 namespace Pegasus::http {

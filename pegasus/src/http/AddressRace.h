@@ -6,9 +6,10 @@
 #include "http/Endpoint.h"
 #include "http/HostLookup.h"
 
+#include <poll.h>
+
 #include <chrono>
 #include <cstddef>
-#include <poll.h>
 #include <string>
 #include <vector>
 

@@ -1,8 +1,9 @@
 #include "http/BasicAuthentication.h"
 
-#include <algorithm>
 #include <boost/archive/iterators/base64_from_binary.hpp>
 #include <boost/archive/iterators/transform_width.hpp>
+
+#include <algorithm>
 #include <cstddef>
 #include <vector>
 

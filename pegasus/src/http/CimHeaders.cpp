@@ -5,6 +5,7 @@
 #include "model/ServerError.h"
 
 #include <Pegasus/Client/CIMClientException.h>
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>

@@ -6,6 +6,7 @@
 
 #include <Pegasus/Common/AcceptLanguageList.h>
 #include <Pegasus/Common/ContentLanguageList.h>
+
 #include <optional>
 #include <string>
 #include <string_view>

@@ -3,6 +3,7 @@
 #include "http/Deadline.h"
 
 #include <Pegasus/Client/ClientLimits.h>
+
 #include <chrono>
 
 namespace Pegasus::http {

@@ -2,8 +2,9 @@
 
 #include "http/SystemError.h"
 
-#include <cerrno>
 #include <sys/socket.h>
+
+#include <cerrno>
 
 namespace Pegasus::http {
 

@@ -1,7 +1,8 @@
 #pragma once
 
-#include <string>
 #include <unistd.h>
+
+#include <string>
 #include <utility>
 
 namespace Pegasus::http {

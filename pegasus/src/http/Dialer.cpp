@@ -4,6 +4,7 @@
 #include "http/TcpChannel.h"
 
 #include <Pegasus/Common/Exception.h>
+
 #include <string>
 #include <utility>
 

@@ -6,6 +6,7 @@
 #include "http/TlsTransport.h"
 
 #include <Pegasus/Common/SSLContext.h>
+
 #include <memory>
 #include <optional>
 

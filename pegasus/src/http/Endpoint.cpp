@@ -1,6 +1,7 @@
 #include "http/Endpoint.h"
 
 #include <arpa/inet.h>
+
 #include <utility>
 
 namespace Pegasus::http {

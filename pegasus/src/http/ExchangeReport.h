@@ -7,6 +7,7 @@
 
 #include <Pegasus/Client/ExchangeObserver.h>
 #include <Pegasus/Common/Exception.h>
+
 #include <memory>
 #include <string_view>
 #include <utility>

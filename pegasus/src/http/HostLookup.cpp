@@ -3,13 +3,15 @@
 #include "http/TimeOut.h"
 
 #include <Pegasus/Common/Exception.h>
+
+#include <netdb.h>
+#include <pthread.h>
+
 #include <csignal>
 #include <cstddef>
 #include <cstring>
 #include <future>
 #include <memory>
-#include <netdb.h>
-#include <pthread.h>
 #include <string>
 #include <system_error>
 #include <utility>

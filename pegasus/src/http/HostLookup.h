@@ -3,8 +3,9 @@
 #include "http/Deadline.h"
 #include "http/Endpoint.h"
 
-#include <string>
 #include <sys/socket.h>
+
+#include <string>
 #include <vector>
 
 namespace Pegasus::http {

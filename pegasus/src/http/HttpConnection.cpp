@@ -4,6 +4,7 @@
 #include "model/Marked.h"
 
 #include <Pegasus/Client/CIMClientException.h>
+
 #include <chrono>
 #include <utility>
 

@@ -10,6 +10,7 @@
 
 #include <Pegasus/Client/ClientLimits.h>
 #include <Pegasus/Common/SSLContext.h>
+
 #include <memory>
 #include <optional>
 #include <string>

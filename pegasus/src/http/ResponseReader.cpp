@@ -4,9 +4,11 @@
 #include "model/Marked.h"
 
 #include <Pegasus/Client/CIMClientException.h>
-#include <algorithm>
+
 #include <boost/beast/http/basic_parser.hpp>
 #include <boost/beast/http/error.hpp>
+
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <functional>

@@ -6,6 +6,7 @@
 #include "http/HttpHead.h"
 
 #include <Pegasus/Client/ClientLimits.h>
+
 #include <cstddef>
 #include <functional>
 #include <memory>

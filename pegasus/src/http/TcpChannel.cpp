@@ -5,9 +5,10 @@
 #include "http/SystemError.h"
 #include "http/Waiting.h"
 
-#include <cerrno>
 #include <poll.h>
 #include <sys/socket.h>
+
+#include <cerrno>
 
 namespace Pegasus::http {
 

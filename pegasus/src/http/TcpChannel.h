@@ -5,9 +5,10 @@
 #include "http/Descriptor.h"
 #include "http/TimeOut.h"
 
+#include <sys/types.h>
+
 #include <cstddef>
 #include <string_view>
-#include <sys/types.h>
 
 namespace Pegasus::http {
 

@@ -1,7 +1,9 @@
 #include "http/TlsTransport.h"
 
 #include <Pegasus/Common/Exception.h>
+
 #include <dlfcn.h>
+
 #include <filesystem>
 #include <string>
 #include <system_error>

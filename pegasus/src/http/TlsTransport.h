@@ -5,6 +5,7 @@
 #include "http/Endpoint.h"
 
 #include <Pegasus/Common/SSLContext.h>
+
 #include <memory>
 
 namespace Pegasus::http {

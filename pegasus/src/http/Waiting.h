@@ -2,8 +2,9 @@
 
 #include "http/Deadline.h"
 
-#include <cstddef>
 #include <poll.h>
+
+#include <cstddef>
 
 namespace Pegasus::http {
 

@@ -1,8 +1,8 @@
-#include <Pegasus/Common/CIMClass.h>
-
 #include "model/NamedList.h"
 #include "model/PathCheck.h"
 #include "model/Unchecked.h"
+
+#include <Pegasus/Common/CIMClass.h>
 
 namespace Pegasus {
 

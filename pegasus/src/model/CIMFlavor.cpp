@@ -1,6 +1,6 @@
-#include <Pegasus/Common/CIMFlavor.h>
-
 #include "model/BitWords.h"
+
+#include <Pegasus/Common/CIMFlavor.h>
 
 namespace Pegasus {
 

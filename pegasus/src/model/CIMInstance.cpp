@@ -1,10 +1,9 @@
-#include <Pegasus/Common/CIMInstance.h>
-
-#include <Pegasus/Common/CIMClass.h>
-
 #include "model/NamedList.h"
 #include "model/PathCheck.h"
 #include "model/Unchecked.h"
+
+#include <Pegasus/Common/CIMClass.h>
+#include <Pegasus/Common/CIMInstance.h>
 
 #include <memory>
 

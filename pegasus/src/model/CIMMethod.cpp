@@ -1,7 +1,7 @@
-#include <Pegasus/Common/CIMMethod.h>
-
 #include "model/NamedList.h"
 #include "model/Unchecked.h"
+
+#include <Pegasus/Common/CIMMethod.h>
 
 namespace Pegasus {
 

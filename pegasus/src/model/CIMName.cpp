@@ -1,5 +1,4 @@
 #include <Pegasus/Common/CIMName.h>
-
 #include <Pegasus/Common/Exception.h>
 
 #include <algorithm>

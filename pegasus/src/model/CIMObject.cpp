@@ -1,10 +1,9 @@
-#include <Pegasus/Common/CIMObject.h>
+#include "model/ObjectXml.h"
+#include "model/Unchecked.h"
 
 #include <Pegasus/Common/CIMClass.h>
 #include <Pegasus/Common/CIMInstance.h>
-
-#include "model/ObjectXml.h"
-#include "model/Unchecked.h"
+#include <Pegasus/Common/CIMObject.h>
 
 #include <string>
 #include <utility>

@@ -1,8 +1,8 @@
-#include <Pegasus/Common/CIMParameter.h>
-
 #include "model/DeclarationCheck.h"
 #include "model/NamedList.h"
 #include "model/Unchecked.h"
+
+#include <Pegasus/Common/CIMParameter.h>
 
 namespace Pegasus {
 

@@ -1,8 +1,8 @@
-#include <Pegasus/Common/CIMProperty.h>
-
 #include "model/DeclarationCheck.h"
 #include "model/NamedList.h"
 #include "model/Unchecked.h"
+
+#include <Pegasus/Common/CIMProperty.h>
 
 #include <memory>
 #include <utility>

@@ -1,6 +1,6 @@
-#include <Pegasus/Common/CIMScope.h>
-
 #include "model/BitWords.h"
+
+#include <Pegasus/Common/CIMScope.h>
 
 namespace Pegasus {
 

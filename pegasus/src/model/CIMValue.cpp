@@ -1,10 +1,9 @@
-#include <Pegasus/Common/CIMValue.h>
-
-#include <Pegasus/Common/CIMClass.h>
-
 #include "model/ObjectXml.h"
 #include "model/Utf8.h"
 #include "model/VisitType.h"
+
+#include <Pegasus/Common/CIMClass.h>
+#include <Pegasus/Common/CIMValue.h>
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,6 @@
-#include <Pegasus/Common/Exception.h>
-
 #include <Pegasus/Common/CIMInstance.h>
 #include <Pegasus/Common/ContentLanguageList.h>
+#include <Pegasus/Common/Exception.h>
 
 #include <algorithm>
 #include <string>

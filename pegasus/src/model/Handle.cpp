@@ -1,6 +1,5 @@
-#include <Pegasus/Common/Handle.h>
-
 #include <Pegasus/Common/Exception.h>
+#include <Pegasus/Common/Handle.h>
 
 namespace Pegasus::detail {
 

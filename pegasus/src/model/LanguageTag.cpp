@@ -1,7 +1,6 @@
-#include <Pegasus/Common/LanguageTag.h>
-
 #include <Pegasus/Common/AcceptLanguageList.h>
 #include <Pegasus/Common/Exception.h>
+#include <Pegasus/Common/LanguageTag.h>
 
 #include <algorithm>
 

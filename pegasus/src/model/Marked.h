@@ -2,6 +2,7 @@
 
 #include <Pegasus/Client/FailureMarks.h>
 #include <Pegasus/Common/String.h>
+
 #include <utility>
 
 namespace Pegasus::detail {

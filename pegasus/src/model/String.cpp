@@ -1,8 +1,7 @@
-#include <Pegasus/Common/String.h>
+#include "model/Utf16.h"
 
 #include <Pegasus/Common/Exception.h>
-
-#include "model/Utf16.h"
+#include <Pegasus/Common/String.h>
 
 #include <algorithm>
 #include <cstring>

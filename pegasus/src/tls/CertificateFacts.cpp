@@ -3,17 +3,19 @@
 #include "tls/Fingerprint.h"
 #include "tls/OpenSslObjects.h"
 
-#include <algorithm>
+#include <openssl/asn1.h>
+#include <openssl/objects.h>
+#include <openssl/x509.h>
+#include <openssl/x509v3.h>
+
 #include <arpa/inet.h>
+
+#include <algorithm>
 #include <cstddef>
 #include <cstdio>
 #include <ctime>
 #include <memory>
 #include <new>
-#include <openssl/asn1.h>
-#include <openssl/objects.h>
-#include <openssl/x509.h>
-#include <openssl/x509v3.h>
 
 namespace Pegasus::http {
 

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <Pegasus/Client/PeerCertificate.h>
+
 #include <openssl/types.h>
+
 #include <string>
 #include <string_view>
 

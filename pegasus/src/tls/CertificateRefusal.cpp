@@ -2,12 +2,13 @@
 
 #include "tls/CertificateFacts.h"
 
-#include <algorithm>
-#include <cstddef>
 #include <openssl/evp.h>
 #include <openssl/objects.h>
 #include <openssl/x509.h>
 #include <openssl/x509_vfy.h>
+
+#include <algorithm>
+#include <cstddef>
 #include <string_view>
 
 namespace Pegasus::http {

@@ -4,7 +4,9 @@
 #include "tls/Fingerprint.h"
 
 #include <Pegasus/Client/FailureMarks.h>
+
 #include <openssl/types.h>
+
 #include <string>
 
 namespace Pegasus::http {

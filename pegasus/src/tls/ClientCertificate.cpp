@@ -4,6 +4,7 @@
 #include "tls/PemFile.h"
 
 #include <Pegasus/Common/Exception.h>
+
 #include <openssl/err.h>
 #include <openssl/pem.h>
 #include <openssl/ssl.h>

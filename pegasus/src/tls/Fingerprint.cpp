@@ -3,10 +3,12 @@
 #include "tls/CertificateFacts.h"
 
 #include <Pegasus/Common/Exception.h>
-#include <cstddef>
-#include <new>
+
 #include <openssl/evp.h>
 #include <openssl/x509.h>
+
+#include <cstddef>
+#include <new>
 
 namespace Pegasus::http {
 

@@ -1,9 +1,10 @@
 #pragma once
 
-#include <memory>
 #include <openssl/bio.h>
 #include <openssl/ssl.h>
 #include <openssl/x509.h>
+
+#include <memory>
 
 namespace Pegasus::http {
 

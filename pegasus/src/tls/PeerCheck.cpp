@@ -4,12 +4,14 @@
 #include "tls/OpenSslErrors.h"
 
 #include <Pegasus/Common/Exception.h>
-#include <cstdint>
-#include <ctime>
+
 #include <openssl/asn1.h>
 #include <openssl/ssl.h>
 #include <openssl/x509_vfy.h>
 #include <openssl/x509v3.h>
+
+#include <cstdint>
+#include <ctime>
 #include <string>
 
 namespace Pegasus::http {

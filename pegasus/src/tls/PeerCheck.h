@@ -5,8 +5,10 @@
 #include "tls/Fingerprint.h"
 
 #include <Pegasus/Common/SSLContext.h>
-#include <exception>
+
 #include <openssl/types.h>
+
+#include <exception>
 #include <optional>
 
 namespace Pegasus::http {

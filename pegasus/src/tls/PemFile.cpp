@@ -4,11 +4,13 @@
 #include "tls/OpenSslErrors.h"
 
 #include <Pegasus/Common/Exception.h>
+
+#include <openssl/bio.h>
+
 #include <cerrno>
 #include <cstdio>
 #include <memory>
 #include <new>
-#include <openssl/bio.h>
 #include <utility>
 
 namespace Pegasus::http {

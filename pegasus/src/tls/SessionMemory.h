@@ -2,8 +2,9 @@
 
 #include "tls/OpenSslObjects.h"
 
-#include <chrono>
 #include <openssl/types.h>
+
+#include <chrono>
 
 namespace Pegasus::http {
 

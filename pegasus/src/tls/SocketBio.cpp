@@ -1,9 +1,11 @@
 #include "tls/SocketBio.h"
 
+#include <openssl/ssl.h>
+
+#include <sys/socket.h>
+
 #include <cerrno>
 #include <cstddef>
-#include <openssl/ssl.h>
-#include <sys/socket.h>
 
 namespace Pegasus::http {
 

@@ -5,10 +5,13 @@
 #include "tls/OpenSslErrors.h"
 
 #include <Pegasus/Common/Exception.h>
+
+#include <openssl/err.h>
+
+#include <poll.h>
+
 #include <algorithm>
 #include <exception>
-#include <openssl/err.h>
-#include <poll.h>
 #include <utility>
 
 namespace Pegasus::http {

@@ -6,8 +6,10 @@
 #include "tls/TrustStore.h"
 
 #include <Pegasus/Common/Exception.h>
+
 #include <openssl/err.h>
 #include <openssl/rand.h>
+
 #include <string>
 
 namespace Pegasus::http {

@@ -5,6 +5,7 @@
 #include "tls/SessionMemory.h"
 
 #include <Pegasus/Common/SSLContext.h>
+
 #include <optional>
 
 namespace Pegasus::http {

@@ -4,12 +4,14 @@
 #include "tls/PemFile.h"
 
 #include <Pegasus/Common/Exception.h>
-#include <algorithm>
-#include <filesystem>
+
 #include <openssl/err.h>
 #include <openssl/pem.h>
 #include <openssl/ssl.h>
 #include <openssl/x509_vfy.h>
+
+#include <algorithm>
+#include <filesystem>
 #include <string_view>
 #include <system_error>
 #include <utility>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <openssl/types.h>
+
 #include <string>
 
 namespace Pegasus::http {

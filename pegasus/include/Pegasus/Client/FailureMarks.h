@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Pegasus/Client/PeerCertificate.h>
+
 #include <utility>
 
 // What an exception means beyond its type. One that bears such a mark is of the documented type and of the mark's, so
