@@ -217,17 +217,17 @@ void Digest::Add(const Digest& other) {
 
 void SoakTally::CountWrong(const std::string& what) {
     constexpr std::size_t kMaxPrinted = 20;
-    const std::lock_guard<std::mutex> lock(fMutex);
-    if (fWrong++ < kMaxPrinted) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    if (wrong_++ < kMaxPrinted) {
         std::cout << "WRONG: " << what << std::endl;
     }
 }
 
 void SoakTally::Print() const {
-    std::cout << "  namespaces " << fNamespaces << ", reads " << fReads << ", of which checked " << fChecks
-              << ", wrong " << fWrong << "\n  failures:";
+    std::cout << "  namespaces " << namespaces_ << ", reads " << reads_ << ", of which checked " << checks_
+              << ", wrong " << wrong_ << "\n  failures:";
     for (std::size_t kind = 0; kind < kKinds; ++kind) {
-        std::cout << (kind == 0 ? " " : ", ") << kKindNames[kind] << ' ' << fFailures[kind];
+        std::cout << (kind == 0 ? " " : ", ") << kKindNames[kind] << ' ' << failures_[kind];
     }
     std::cout << std::endl;
 }
@@ -255,24 +255,24 @@ SoakReader::Known SoakReader::Learn(const SoakServer& server) {
 }
 
 void SoakReader::Visit(const std::vector<SoakServer>& servers, std::chrono::milliseconds pause) {
-    const SoakServer& server = servers[Pick(fGenerator, servers.size())];
-    const std::string reading = kReadings[Pick(fGenerator, std::size(kReadings))];
+    const SoakServer& server = servers[Pick(generator_, servers.size())];
+    const std::string reading = kReadings[Pick(generator_, std::size(kReadings))];
     const auto nameSpace = Allocate(reading, PatienceWith(server));
-    fTally.CountNamespace();
+    tally_.CountNamespace();
     try {
         Connect(*nameSpace, server);
         Read(*nameSpace, server, reading, pause);
     } catch (const TVYXException& error) {
         if (nameSpace->LastFailure()) {
-            fTally.Count(*nameSpace->LastFailure());
+            tally_.Count(*nameSpace->LastFailure());
         }
         // Without a failure of the server, what an exception tells is a fault of the plug-in, or of a lie.
         if (server.manner == Manner::kTruthful || (server.manner == Manner::kPassing && !nameSpace->LastFailure())) {
-            fTally.CountWrong(reading + ": " + server.address + ' ' + error.what() +
+            tally_.CountWrong(reading + ": " + server.address + ' ' + error.what() +
                               (nameSpace->LastFailure() ? ": " + nameSpace->LastFailure()->text : ""));
         }
     } catch (const std::exception& error) {
-        fTally.CountWrong(reading + ": " + server.address +
+        tally_.CountWrong(reading + ": " + server.address +
                           " an exception that the contract does not know: " + error.what());
     }
     nameSpace->disconnect();
@@ -282,13 +282,13 @@ void SoakReader::Visit(const std::vector<SoakServer>& servers, std::chrono::mill
 void SoakReader::Read(TCimHTTPNamespace& nameSpace, const SoakServer& server, const std::string& reading,
                       std::chrono::milliseconds pause) {
     constexpr std::size_t kMaxReads = 5;
-    for (std::size_t left = 1 + Pick(fGenerator, kMaxReads); left > 0; --left) {
-        const Job& job = kJobs[Pick(fGenerator, std::size(kJobs))];
-        fTally.CountRead();
+    for (std::size_t left = 1 + Pick(generator_, kMaxReads); left > 0; --left) {
+        const Job& job = kJobs[Pick(generator_, std::size(kJobs))];
+        tally_.CountRead();
         const auto digest = job.read(nameSpace, job.className);
         const auto failure = nameSpace.LastFailure();
         if (failure) {
-            fTally.Count(*failure);
+            tally_.Count(*failure);
         }
         if (job.isKnown) {
             Check(server, KeyOf(reading, job), digest, !failure);
@@ -306,11 +306,11 @@ void SoakReader::Check(const SoakServer& server, const std::string& key, const s
     if (server.manner == Manner::kLying || (server.manner == Manner::kPassing && !isWhole)) {
         return;
     }
-    fTally.CountCheck();
-    if (!isWhole || !read || !(*read == fKnown.at(key))) {
-        fTally.CountWrong(key + " of " + server.address + " port " + std::to_string(server.port) +
+    tally_.CountCheck();
+    if (!isWhole || !read || !(*read == known_.at(key))) {
+        tally_.CountWrong(key + " of " + server.address + " port " + std::to_string(server.port) +
                           (isWhole ? " is another than it should be: " + std::to_string(read ? read->count : 0) +
-                                         " instead of " + std::to_string(fKnown.at(key).count)
+                                         " instead of " + std::to_string(known_.at(key).count)
                                    : " is not whole"));
     }
 }

@@ -37,24 +37,24 @@ class SoakTally {
   public:
     static constexpr std::size_t kKinds = 14;
 
-    void CountNamespace() { ++fNamespaces; }
-    void CountRead() { ++fReads; }
-    void CountCheck() { ++fChecks; }
-    void Count(const NQORVYX20::RemoteFailure& failure) { ++fFailures.at(static_cast<std::size_t>(failure.kind)); }
+    void CountNamespace() { ++namespaces_; }
+    void CountRead() { ++reads_; }
+    void CountCheck() { ++checks_; }
+    void Count(const NQORVYX20::RemoteFailure& failure) { ++failures_.at(static_cast<std::size_t>(failure.kind)); }
 
     /// A check that has failed. The first ones are printed.
     void CountWrong(const std::string& what);
 
-    std::size_t Wrong() const { return fWrong; }
+    std::size_t Wrong() const { return wrong_; }
     void Print() const;
 
   private:
-    std::atomic<std::size_t> fNamespaces{0};
-    std::atomic<std::size_t> fReads{0};
-    std::atomic<std::size_t> fChecks{0};
-    std::atomic<std::size_t> fWrong{0};
-    std::array<std::atomic<std::size_t>, kKinds> fFailures{};
-    mutable std::mutex fMutex;
+    std::atomic<std::size_t> namespaces_{0};
+    std::atomic<std::size_t> reads_{0};
+    std::atomic<std::size_t> checks_{0};
+    std::atomic<std::size_t> wrong_{0};
+    std::array<std::atomic<std::size_t>, kKinds> failures_{};
+    mutable std::mutex mutex_;
 };
 
 /// Does with servers what hosts do: makes a namespace, connects it, reads this and that, drops it. Answers of servers
@@ -68,7 +68,7 @@ class SoakReader {
     static Known Learn(const SoakServer& server);
 
     SoakReader(const Known& known, SoakTally& tally, std::uint64_t seed)
-        : fKnown(known), fTally(tally), fGenerator(seed) {}
+        : known_(known), tally_(tally), generator_(seed) {}
 
     /// One namespace from begin to end, of one of the servers, with a pause behind each read.
     void Visit(const std::vector<SoakServer>& servers, std::chrono::milliseconds pause);
@@ -78,9 +78,9 @@ class SoakReader {
               std::chrono::milliseconds pause);
     void Check(const SoakServer& server, const std::string& key, const std::optional<Digest>& read, bool isWhole);
 
-    const Known& fKnown;
-    SoakTally& fTally;
-    Generator fGenerator;
+    const Known& known_;
+    SoakTally& tally_;
+    Generator generator_;
 };
 
 } // namespace bench

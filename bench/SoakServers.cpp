@@ -44,10 +44,10 @@ constexpr int kServerWithoutTls = 15;
 /// Whether the other process wants the servers to end; waits some time for it to say so.
 class End {
   public:
-    explicit End(int handle) : fHandle(handle) {}
+    explicit End(int handle) : handle_(handle) {}
 
     bool IsThereWithin(std::chrono::milliseconds time) const {
-        pollfd handle{fHandle, POLLIN, 0};
+        pollfd handle{handle_, POLLIN, 0};
         return ::poll(&handle, 1, static_cast<int>(time.count())) > 0;
     }
 
@@ -57,7 +57,7 @@ class End {
     }
 
   private:
-    int fHandle;
+    int handle_;
 };
 
 std::unique_ptr<demo::DemoServer> StartDemo(const std::string& address, bool withUser = false) {
@@ -77,26 +77,26 @@ class PassingServers {
     /// Makes a server, of that number, which serves until it is deleted.
     using Start = std::function<std::shared_ptr<void>(std::size_t number)>;
 
-    PassingServers(const End& end, Start start) : fEnd(end), fStart(std::move(start)), fThread([this] { Run(); }) {}
-    ~PassingServers() { fThread.join(); }
+    PassingServers(const End& end, Start start) : end_(end), start_(std::move(start)), thread_([this] { Run(); }) {}
+    ~PassingServers() { thread_.join(); }
     PassingServers(const PassingServers&) = delete;
     PassingServers& operator=(const PassingServers&) = delete;
 
   private:
     void Run() const {
-        for (std::size_t number = 0; !fEnd.IsThereWithin(kAbsence); ++number) {
+        for (std::size_t number = 0; !end_.IsThereWithin(kAbsence); ++number) {
             try {
-                const auto server = fStart(number);
-                fEnd.IsThereWithin(kPresence);
+                const auto server = start_(number);
+                end_.IsThereWithin(kPresence);
             } catch (const std::exception& error) {
                 std::cerr << "soak: a server does not come back: " << error.what() << '\n';
             }
         }
     }
 
-    const End& fEnd;
-    const Start fStart;
-    std::thread fThread;
+    const End& end_;
+    const Start start_;
+    std::thread thread_;
 };
 
 Generator GeneratorOf(std::uint64_t seed, int server, std::size_t generation, std::size_t connection) {
@@ -168,27 +168,27 @@ void Serve(const std::string& network, std::uint64_t seed, int ready, const End&
 SoakServers::SoakServers(const std::string& network, std::uint64_t seed) {
     const std::string prefix = network + '.';
     for (const int port : {int(kHttpPort), int(kHttpsPort)}) {
-        fAll.push_back({prefix + std::to_string(kOpenServer), port, Manner::kTruthful});
-        fAll.push_back({prefix + std::to_string(kServerWithUser), port, Manner::kTruthful, kUser, kPassword});
-        fAll.push_back({prefix + std::to_string(kPassingServer), port, Manner::kPassing});
+        all_.push_back({prefix + std::to_string(kOpenServer), port, Manner::kTruthful});
+        all_.push_back({prefix + std::to_string(kServerWithUser), port, Manner::kTruthful, kUser, kPassword});
+        all_.push_back({prefix + std::to_string(kPassingServer), port, Manner::kPassing});
         for (const int number : kLyingServers) {
-            fAll.push_back({prefix + std::to_string(number), port, Manner::kLying});
+            all_.push_back({prefix + std::to_string(number), port, Manner::kLying});
         }
     }
-    fAll.push_back({prefix + std::to_string(kServerWithoutTls), kHttpsPort, Manner::kLying});
+    all_.push_back({prefix + std::to_string(kServerWithoutTls), kHttpsPort, Manner::kLying});
     std::array<int, 2> ready{};
     std::array<int, 2> end{};
-    if (::pipe(ready.data()) != 0 || ::pipe(end.data()) != 0 || (fProcess = ::fork()) < 0) {
+    if (::pipe(ready.data()) != 0 || ::pipe(end.data()) != 0 || (process_ = ::fork()) < 0) {
         throw std::runtime_error("the process of the servers cannot be started");
     }
-    if (fProcess == 0) {
+    if (process_ == 0) {
         ::close(ready[0]);
         ::close(end[1]);
         ServeAndExit(prefix, seed, ready[1], end[0]);
     }
     ::close(ready[1]);
     ::close(end[0]);
-    fEnd = end[1];
+    end_ = end[1];
     char sign = 0;
     const bool isReady = ::read(ready[0], &sign, 1) == 1;
     ::close(ready[0]);
@@ -201,9 +201,9 @@ SoakServers::~SoakServers() { Stop(); }
 
 bool SoakServers::Stop() {
     int status = -1;
-    if (fEnd >= 0) {
-        ::close(std::exchange(fEnd, -1));
-        ::waitpid(fProcess, &status, 0);
+    if (end_ >= 0) {
+        ::close(std::exchange(end_, -1));
+        ::waitpid(process_, &status, 0);
     }
     return status == 0;
 }

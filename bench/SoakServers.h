@@ -40,15 +40,15 @@ class SoakServers {
     /// Ends the process. Whether it ended well, which it does not when a sanitizer has found something in it.
     bool Stop();
 
-    const std::vector<SoakServer>& All() const { return fAll; }
+    const std::vector<SoakServer>& All() const { return all_; }
 
     /// The number of the process.
-    std::string Process() const { return std::to_string(fProcess); }
+    std::string Process() const { return std::to_string(process_); }
 
   private:
-    std::vector<SoakServer> fAll;
-    pid_t fProcess = -1;
-    int fEnd = -1;
+    std::vector<SoakServer> all_;
+    pid_t process_ = -1;
+    int end_ = -1;
 };
 
 } // namespace bench

@@ -87,7 +87,7 @@ std::size_t ReadServer(const std::string& address) {
 /// Hands the servers out to threads, and keeps what goes wrong on one of them for the thread that waits.
 class Work {
   public:
-    explicit Work(std::string network) : fNetwork(std::move(network)) {}
+    explicit Work(std::string network) : network_(std::move(network)) {}
 
     /// Returns the number of instances read.
     std::size_t Run(int threadCount) {
@@ -99,29 +99,29 @@ class Work {
         for (std::thread& thread : threads) {
             thread.join();
         }
-        if (fFailure) {
-            std::rethrow_exception(fFailure);
+        if (failure_) {
+            std::rethrow_exception(failure_);
         }
-        return fCount;
+        return count_;
     }
 
   private:
     void ReadServers() {
         try {
-            for (int server = fNext++; server < kServers; server = fNext++) {
-                fCount += ReadServer(AddressOf(fNetwork, server));
+            for (int server = next_++; server < kServers; server = next_++) {
+                count_ += ReadServer(AddressOf(network_, server));
             }
         } catch (...) {
-            const std::lock_guard<std::mutex> lock(fMutex);
-            fFailure = std::current_exception();
+            const std::lock_guard<std::mutex> lock(mutex_);
+            failure_ = std::current_exception();
         }
     }
 
-    const std::string fNetwork;
-    std::atomic<int> fNext{0};
-    std::atomic<std::size_t> fCount{0};
-    std::mutex fMutex;
-    std::exception_ptr fFailure;
+    const std::string network_;
+    std::atomic<int> next_{0};
+    std::atomic<std::size_t> count_{0};
+    std::mutex mutex_;
+    std::exception_ptr failure_;
 };
 
 } // namespace

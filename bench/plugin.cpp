@@ -55,17 +55,17 @@ void ForEachProperty(ICIMClass& cls, const PropertyCallback& callback) {
 /// A connected namespace and the jobs on it.
 class Load {
   public:
-    Load(const char* address, std::string className, const char* reading) : fClassName(std::move(className)) {
+    Load(const char* address, std::string className, const char* reading) : className_(std::move(className)) {
         const TCIMContext context{{"pluginNameQualDeclValue", TCIMValue("cimhttp")}, {kReadingKey, TCIMValue(reading)}};
-        fNamespace = boost::dynamic_pointer_cast<TCimHTTPNamespace>(
+        namespace_ = boost::dynamic_pointer_cast<TCimHTTPNamespace>(
             TCimHTTPNamespaceProvider::GetInstance()->AllocateNamespace(context, false));
-        fNamespace->connect(address, "", "", kPort);
+        namespace_->connect(address, "", "", kPort);
     }
 
     boost::shared_ptr<ICIMClass> GetClass() {
-        auto cls = fNamespace->GetClass(fClassName, TCIMContext());
+        auto cls = namespace_->GetClass(className_, TCIMContext());
         if (!cls) {
-            throw std::runtime_error("the server does not serve the class " + fClassName);
+            throw std::runtime_error("the server does not serve the class " + className_);
         }
         return cls;
     }
@@ -79,7 +79,7 @@ class Load {
     /// Look-ups of classes that it does not have, one after the other, as long as there is a class of the next number.
     std::size_t Misses() {
         std::size_t count = 0;
-        while (fNamespace->GetClass(NumberedName(count + 1), TCIMContext())) {
+        while (namespace_->GetClass(NumberedName(count + 1), TCIMContext())) {
             ++count;
         }
         return count;
@@ -126,9 +126,9 @@ class Load {
 
     /// Keeps every instance, and the class with it.
     void Hold() {
-        fClass = GetClass();
-        ForEachInstance(*fClass, [&](const boost::shared_ptr<ICIMInstance>& instance) {
-            fInstances.push_back(instance);
+        class_ = GetClass();
+        ForEachInstance(*class_, [&](const boost::shared_ptr<ICIMInstance>& instance) {
+            instances_.push_back(instance);
             return true;
         });
     }
@@ -137,7 +137,7 @@ class Load {
     std::size_t DisplayFaithfully() {
         std::size_t count = 0;
         std::size_t length = 0;
-        for (const auto& instance : fInstances) {
+        for (const auto& instance : instances_) {
             const auto show = [&](const boost::shared_ptr<ICIMProperty>& property) {
                 length += TextsIn(instance.get(), property->GetDeclaration(TCIMContext()),
                                   property->GetValue(TCIMContext()), {})
@@ -153,14 +153,14 @@ class Load {
     /// As bench/write-load names classes.
     std::string NumberedName(std::size_t number) const {
         std::ostringstream name;
-        name << fClassName << std::setfill('0') << std::setw(4) << number;
+        name << className_ << std::setfill('0') << std::setw(4) << number;
         return name.str();
     }
 
-    boost::shared_ptr<TCimHTTPNamespace> fNamespace;
-    std::string fClassName;
-    boost::shared_ptr<ICIMClass> fClass;
-    std::vector<boost::shared_ptr<ICIMInstance>> fInstances;
+    boost::shared_ptr<TCimHTTPNamespace> namespace_;
+    std::string className_;
+    boost::shared_ptr<ICIMClass> class_;
+    std::vector<boost::shared_ptr<ICIMInstance>> instances_;
 };
 
 struct Job {

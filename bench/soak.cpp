@@ -53,7 +53,7 @@ struct Arguments {
 class Soak {
   public:
     explicit Soak(const Arguments& arguments)
-        : fArguments(arguments), fServers(arguments.network, arguments.seed), fKnown(Learn()) {}
+        : arguments_(arguments), servers_(arguments.network, arguments.seed), known_(Learn()) {}
 
     /// Whether all is as it should be.
     bool Run() {
@@ -62,45 +62,45 @@ class Soak {
         const bench::Usage begin = Report("begin", warmUp);
         bench::SoakTally tally;
         bench::Usage end = begin;
-        const auto last = Clock::now() + std::chrono::duration<double>(fArguments.minutes * 60);
+        const auto last = Clock::now() + std::chrono::duration<double>(arguments_.minutes * 60);
         while (Clock::now() < last) {
             ReadFor(std::min<Clock::duration>(kRound, std::chrono::duration_cast<Clock::duration>(last - Clock::now())),
                     tally);
-            end = Report("after round " + std::to_string(fRound - 1), tally);
+            end = Report("after round " + std::to_string(round_ - 1), tally);
         }
         const bool isGood = Judge(begin, end, warmUp.Wrong() + tally.Wrong());
-        const bool hasEndedWell = fServers.Stop();
+        const bool hasEndedWell = servers_.Stop();
         std::cout << (hasEndedWell ? "" : "the servers have not ended well\n");
         return isGood && hasEndedWell;
     }
 
   private:
     /// The servers' process begins before this one has threads.
-    bench::SoakReader::Known Learn() const { return bench::SoakReader::Learn(fServers.All().front()); }
+    bench::SoakReader::Known Learn() const { return bench::SoakReader::Learn(servers_.All().front()); }
 
     void ReadFor(Clock::duration time, bench::SoakTally& tally) {
         const auto end = Clock::now() + time;
         std::vector<std::thread> threads;
         threads.reserve(kThreads);
         for (int i = 0; i < kThreads; ++i) {
-            const auto seed = fArguments.seed + (fRound * kThreads + static_cast<std::uint64_t>(i)) * 1'000'003U;
+            const auto seed = arguments_.seed + (round_ * kThreads + static_cast<std::uint64_t>(i)) * 1'000'003U;
             threads.emplace_back([this, seed, end, &tally] {
-                bench::SoakReader reader(fKnown, tally, seed);
+                bench::SoakReader reader(known_, tally, seed);
                 while (Clock::now() < end) {
-                    reader.Visit(fServers.All(), fArguments.pause);
+                    reader.Visit(servers_.All(), arguments_.pause);
                 }
             });
         }
         for (auto& thread : threads) {
             thread.join();
         }
-        ++fRound;
+        ++round_;
     }
 
     bench::Usage Report(const std::string& when, const bench::SoakTally& tally) const {
         ::malloc_trim(0);
         const bench::Usage usage = bench::UsageOf("self");
-        const bench::Usage servers = bench::UsageOf(fServers.Process());
+        const bench::Usage servers = bench::UsageOf(servers_.Process());
         std::cout << when << ": resident " << usage.memory << " KiB, descriptors " << usage.descriptors << ", threads "
                   << usage.threads << " (servers: " << servers.memory << " KiB, " << servers.descriptors << ", "
                   << servers.threads << ")\n";
@@ -118,10 +118,10 @@ class Soak {
         return !keepsMemory && !keepsDescriptors && !keepsThreads && wrong == 0;
     }
 
-    const Arguments fArguments;
-    bench::SoakServers fServers;
-    const bench::SoakReader::Known fKnown;
-    std::uint64_t fRound = 0;
+    const Arguments arguments_;
+    bench::SoakServers servers_;
+    const bench::SoakReader::Known known_;
+    std::uint64_t round_ = 0;
 };
 
 } // namespace

@@ -37,32 +37,32 @@ class ReadingIncidents {
     static constexpr std::size_t kMaxKept = 1000;
 
     void Add(ReadingIncident incident) {
-        ++fCounts[incident.cause];
-        ++fTotal;
-        if (fFirst.size() < kMaxKept) {
-            fFirst.push_back(std::move(incident));
+        ++counts_[incident.cause];
+        ++total_;
+        if (first_.size() < kMaxKept) {
+            first_.push_back(std::move(incident));
         }
     }
 
     /// Counts some of which nothing else is known.
     void AddMore(ReadingIncident::Cause cause, std::size_t count) {
-        fCounts[cause] += count;
-        fTotal += count;
+        counts_[cause] += count;
+        total_ += count;
     }
 
-    bool IsEmpty() const { return fTotal == 0; }
-    std::size_t Total() const { return fTotal; }
+    bool IsEmpty() const { return total_ == 0; }
+    std::size_t Total() const { return total_; }
 
     /// How many there were of each cause that there was.
-    const std::map<ReadingIncident::Cause, std::size_t>& Counts() const { return fCounts; }
+    const std::map<ReadingIncident::Cause, std::size_t>& Counts() const { return counts_; }
 
     /// In the order in which they came, not more than kMaxKept.
-    const std::vector<ReadingIncident>& First() const { return fFirst; }
+    const std::vector<ReadingIncident>& First() const { return first_; }
 
   private:
-    std::map<ReadingIncident::Cause, std::size_t> fCounts;
-    std::size_t fTotal = 0;
-    std::vector<ReadingIncident> fFirst;
+    std::map<ReadingIncident::Cause, std::size_t> counts_;
+    std::size_t total_ = 0;
+    std::vector<ReadingIncident> first_;
 };
 
 } // namespace NQORVYX20

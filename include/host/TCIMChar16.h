@@ -12,13 +12,13 @@ class TCIMChar16 {
     /// Throws TVYXException 14 for anything but digits, and for a code above 65535.
     explicit TCIMChar16(const std::string& decimalCode);
 
-    std::uint16_t GetCode() const { return fCode; }
+    std::uint16_t GetCode() const { return code_; }
 
     /// The character as UTF-8. Half of a surrogate pair reads as the replacement character U+FFFD.
     std::string ToString() const;
 
   private:
-    std::uint16_t fCode;
+    std::uint16_t code_;
 };
 
 inline bool operator==(const TCIMChar16& left, const TCIMChar16& right) { return left.GetCode() == right.GetCode(); }

@@ -33,13 +33,13 @@ class TCIMDateTime {
     std::string ToUIString() const;
 
     /// Compare the characters. Among timestamps of one time zone, and among intervals, that is the order of time.
-    friend bool operator==(const TCIMDateTime& left, const TCIMDateTime& right) { return left.fText == right.fText; }
-    friend bool operator!=(const TCIMDateTime& left, const TCIMDateTime& right) { return left.fText != right.fText; }
-    friend bool operator<(const TCIMDateTime& left, const TCIMDateTime& right) { return left.fText < right.fText; }
+    friend bool operator==(const TCIMDateTime& left, const TCIMDateTime& right) { return left.text_ == right.text_; }
+    friend bool operator!=(const TCIMDateTime& left, const TCIMDateTime& right) { return left.text_ != right.text_; }
+    friend bool operator<(const TCIMDateTime& left, const TCIMDateTime& right) { return left.text_ < right.text_; }
 
   private:
     static constexpr std::size_t kLength = 25;
-    std::array<char, kLength> fText;
+    std::array<char, kLength> text_;
 };
 
 } // namespace NQORVYX20

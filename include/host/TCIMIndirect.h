@@ -10,8 +10,8 @@ namespace NQORVYX20 {
 template <typename T>
 class TCIMIndirect {
   public:
-    explicit TCIMIndirect(T value) : fValue(std::make_unique<T>(std::move(value))) {}
-    TCIMIndirect(const TCIMIndirect& other) : fValue(std::make_unique<T>(*other.fValue)) {}
+    explicit TCIMIndirect(T value) : value_(std::make_unique<T>(std::move(value))) {}
+    TCIMIndirect(const TCIMIndirect& other) : value_(std::make_unique<T>(*other.value_)) {}
     TCIMIndirect(TCIMIndirect&& other) noexcept = default;
     TCIMIndirect& operator=(const TCIMIndirect& other) {
         *this = TCIMIndirect(other);
@@ -20,13 +20,13 @@ class TCIMIndirect {
     TCIMIndirect& operator=(TCIMIndirect&& other) noexcept = default;
     ~TCIMIndirect() = default;
 
-    T& operator*() const { return *fValue; }
+    T& operator*() const { return *value_; }
 
     friend bool operator==(const TCIMIndirect& left, const TCIMIndirect& right) { return *left == *right; }
     friend bool operator<(const TCIMIndirect& left, const TCIMIndirect& right) { return *left < *right; }
 
   private:
-    std::unique_ptr<T> fValue;
+    std::unique_ptr<T> value_;
 };
 
 } // namespace NQORVYX20

@@ -38,20 +38,20 @@ class TCIMReference {
     /// Calls back once per key value, in the order in which they were added, until the callback returns false.
     void EnumerateKeyValues(const boost::function<bool(const std::string&, const TCIMValue&)>& callback) const;
 
-    void SetClassName(const std::string& name) { fClassName = name; }
+    void SetClassName(const std::string& name) { className_ = name; }
 
     /// The class that the path names, empty for none.
-    const std::string& GetClassName() const { return fClassName; }
+    const std::string& GetClassName() const { return className_; }
 
     /// Where the object is, as a server writes it: its host, perhaps with a port, and its namespace, such as
     /// `root/cimv2`. Both are empty for a path that does not say.
-    void SetHost(const std::string& host) { fHost = host; }
-    const std::string& GetHost() const { return fHost; }
-    void SetNamespaceName(const std::string& name) { fNamespaceName = name; }
-    const std::string& GetNamespaceName() const { return fNamespaceName; }
+    void SetHost(const std::string& host) { host_ = host; }
+    const std::string& GetHost() const { return host_; }
+    void SetNamespaceName(const std::string& name) { namespaceName_ = name; }
+    const std::string& GetNamespaceName() const { return namespaceName_; }
 
     /// The namespace, or an empty pointer when there is none or it has gone.
-    boost::shared_ptr<ICIMNamespace> GetNamespace() const { return fNamespace.lock(); }
+    boost::shared_ptr<ICIMNamespace> GetNamespace() const { return namespace_.lock(); }
 
     /// The path as text, `Class.key1="text",key2=3`: keys in the order of their normalised names; numbers and booleans
     /// bare; arrays as `{"a","b"}`; a null value as `NULL`; all other values quoted, with `\` before `"` and `\`.
@@ -72,12 +72,12 @@ class TCIMReference {
     std::size_t FindKey(const std::string& name) const;
     void ExtendIndex();
 
-    boost::weak_ptr<ICIMNamespace> fNamespace;
-    std::string fHost;
-    std::string fNamespaceName;
-    std::string fClassName;
-    std::vector<TKeyValue> fKeyValues;
-    std::map<std::string, std::size_t> fIndex; // the places of the keys by normalised name; empty while they are few
+    boost::weak_ptr<ICIMNamespace> namespace_;
+    std::string host_;
+    std::string namespaceName_;
+    std::string className_;
+    std::vector<TKeyValue> keyValues_;
+    std::map<std::string, std::size_t> index_; // the places of the keys by normalised name; empty while they are few
 };
 
 } // namespace NQORVYX20

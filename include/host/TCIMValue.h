@@ -58,11 +58,11 @@ class TCIMValue {
             eCIMReferenceArray = 31
         };
 
-        /*implicit*/ TCIMType(ECIMType code) : fCode(code) {}
-        operator ECIMType() const { return fCode; }
+        /*implicit*/ TCIMType(ECIMType code) : code_(code) {}
+        operator ECIMType() const { return code_; }
 
       private:
-        ECIMType fCode;
+        ECIMType code_;
     };
 
     /// A null value of type 0.
@@ -80,7 +80,7 @@ class TCIMValue {
     /*implicit*/ TCIMValue(double value);
     /*implicit*/ TCIMValue(const char* value);
     /*implicit*/ TCIMValue(const std::string& value);
-    /*implicit*/ TCIMValue(std::string&& value) : fContent(std::move(value)) {}
+    /*implicit*/ TCIMValue(std::string&& value) : content_(std::move(value)) {}
     /*implicit*/ TCIMValue(const TCIMChar16& value);
     /*implicit*/ TCIMValue(const TCIMDateTime& value);
     /*implicit*/ TCIMValue(TCIMReference& value);
@@ -92,7 +92,7 @@ class TCIMValue {
     /// argument has no meaning; pass 0.
     TCIMValue(TCIMType elementType, unsigned int unused, const std::vector<TCIMValue>& elements);
     TCIMValue(TCIMType elementType, unsigned int /*unused*/, std::vector<TCIMValue>&& elements)
-        : fContent(TCIMIndirect<TArray>(TArray{ElementOf(elementType), std::move(elements)})) {}
+        : content_(TCIMIndirect<TArray>(TArray{ElementOf(elementType), std::move(elements)})) {}
 
     TCIMValue(const TCIMValue& other);
     TCIMValue(TCIMValue&& other) noexcept = default;
@@ -173,7 +173,7 @@ class TCIMValue {
     template <typename TRelation>
     bool CompareContent(const TCIMValue& other, TRelation relation) const;
 
-    TContent fContent;
+    TContent content_;
 };
 
 // A reference has values as keys, so that it can be copied only where they are known.

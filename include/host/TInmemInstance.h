@@ -93,13 +93,13 @@ class TInmemInstance : public ICIMInstance, public boost::enable_shared_from_thi
     void StoreValue(const boost::shared_ptr<ICIMPropertyDecl const>& declaration, const TCIMValue& value);
     void TakeValues(const ICIMInstance& other);
 
-    boost::weak_ptr<ICIMClass> fClass;
-    const unsigned long long fNumber; // tells instances of a class without keys apart
+    boost::weak_ptr<ICIMClass> class_;
+    const unsigned long long number_; // tells instances of a class without keys apart
 
     // The properties that have a value of their own, in the order in which they got it. Views share them to keep values
     // that they have handed out: slots that are shared are not changed, but copied first.
-    boost::shared_ptr<TSlots> fSlots;
-    std::unique_ptr<TIndex> fIndex; // where there are more slots than a few
+    boost::shared_ptr<TSlots> slots_;
+    std::unique_ptr<TIndex> index_; // where there are more slots than a few
 };
 
 } // namespace NQORVYX20

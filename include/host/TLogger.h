@@ -24,10 +24,10 @@ class TLogger : public ILogger {
     void Log(EVYXLogSeverity severity, std::string message) override;
 
   private:
-    const EVYXLogSeverity fLevel;
-    std::mutex fMutex;
-    std::ofstream fFile;
-    std::ostream& fStream;
+    const EVYXLogSeverity level_;
+    std::mutex mutex_;
+    std::ofstream file_;
+    std::ostream& stream_;
 };
 
 } // namespace NQORVYX20

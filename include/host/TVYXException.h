@@ -10,16 +10,16 @@ namespace NQORVYX20 {
 /// failure beyond that goes to the core logger before it throws.
 class TVYXException : public std::exception {
   public:
-    explicit TVYXException(TVYXStatusCode status) : fStatus(status) {}
-    explicit TVYXException(std::uint32_t code) : fStatus(code) {}
+    explicit TVYXException(TVYXStatusCode status) : status_(status) {}
+    explicit TVYXException(std::uint32_t code) : status_(code) {}
 
-    TVYXStatusCode GetStatusCode() const { return fStatus; }
+    TVYXStatusCode GetStatusCode() const { return status_; }
 
     /// The text of TVYXStatusCode::TranslateStatusCode().
     const char* what() const noexcept override;
 
   private:
-    TVYXStatusCode fStatus;
+    TVYXStatusCode status_;
 };
 
 } // namespace NQORVYX20

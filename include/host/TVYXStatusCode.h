@@ -13,15 +13,15 @@ namespace NQORVYX20 {
 /// 16 element already exists               42 remote connection failed
 class TVYXStatusCode {
   public:
-    explicit TVYXStatusCode(std::uint32_t code = 0) : fCode(code) {}
+    explicit TVYXStatusCode(std::uint32_t code = 0) : code_(code) {}
 
-    std::uint32_t GetCode() const { return fCode; }
+    std::uint32_t GetCode() const { return code_; }
 
     /// An English sentence that says what the code means. The text is static.
     const char* TranslateStatusCode() const noexcept;
 
   private:
-    std::uint32_t fCode;
+    std::uint32_t code_;
 };
 
 } // namespace NQORVYX20

@@ -45,7 +45,7 @@ class TXmlParser {
 
   private:
     class TImpl;
-    std::unique_ptr<TImpl> fImpl;
+    std::unique_ptr<TImpl> impl_;
 };
 
 } // namespace NQORVYX20

@@ -7,9 +7,9 @@
 
 namespace NQORVYX20 {
 
-TCIMChar16::TCIMChar16(const std::string& decimalCode) : fCode(0) {
+TCIMChar16::TCIMChar16(const std::string& decimalCode) : code_(0) {
     const char* const end = decimalCode.data() + decimalCode.size();
-    const auto [stop, error] = std::from_chars(decimalCode.data(), end, fCode);
+    const auto [stop, error] = std::from_chars(decimalCode.data(), end, code_);
     if (error != std::errc() || stop != end) {
         throw TVYXException(14);
     }
@@ -17,7 +17,7 @@ TCIMChar16::TCIMChar16(const std::string& decimalCode) : fCode(0) {
 
 std::string TCIMChar16::ToString() const {
     const auto byte = [](unsigned int bits) { return static_cast<char>(static_cast<unsigned char>(bits)); };
-    const unsigned int code = fCode;
+    const unsigned int code = code_;
     if (code < 0x80) {
         return {byte(code)};
     }

@@ -164,13 +164,13 @@ std::string JoinWords(std::string words, const std::string& word) {
 
 } // namespace
 
-TCIMDateTime::TCIMDateTime() { std::copy(kZeroInterval.begin(), kZeroInterval.end(), fText.begin()); }
+TCIMDateTime::TCIMDateTime() { std::copy(kZeroInterval.begin(), kZeroInterval.end(), text_.begin()); }
 
 TCIMDateTime::TCIMDateTime(const std::string& text) {
     if (text.size() != kLength || !(text[kSign] == ':' ? IsIntervalText(text) : IsTimestampText(text))) {
         throw TVYXException(14);
     }
-    std::copy(text.begin(), text.end(), fText.begin());
+    std::copy(text.begin(), text.end(), text_.begin());
 }
 
 void TCIMDateTime::Set(unsigned int days, unsigned short hours, unsigned short minutes, unsigned short seconds,
@@ -179,19 +179,19 @@ void TCIMDateTime::Set(unsigned int days, unsigned short hours, unsigned short m
         throw TVYXException(14);
     }
     *this = TCIMDateTime();
-    Write(fText.data(), kDays, days);
-    Write(fText.data(), kHours, hours);
-    Write(fText.data(), kMinutes, minutes);
-    Write(fText.data(), kSeconds, seconds);
-    Write(fText.data(), kMicroseconds, microseconds);
+    Write(text_.data(), kDays, days);
+    Write(text_.data(), kHours, hours);
+    Write(text_.data(), kMinutes, minutes);
+    Write(text_.data(), kSeconds, seconds);
+    Write(text_.data(), kMicroseconds, microseconds);
 }
 
-bool TCIMDateTime::IsInterval() const { return fText[kSign] == ':'; }
+bool TCIMDateTime::IsInterval() const { return text_[kSign] == ':'; }
 
-std::string TCIMDateTime::ToString() const { return {fText.begin(), fText.end()}; }
+std::string TCIMDateTime::ToString() const { return {text_.begin(), text_.end()}; }
 
 std::string TCIMDateTime::ToUIString() const {
-    const std::string_view text(fText.data(), fText.size());
+    const std::string_view text(text_.data(), text_.size());
     const std::string time = TimeForPeople(text);
     if (IsInterval()) {
         return JoinWords(DaysForPeople(text, time.empty()), time);

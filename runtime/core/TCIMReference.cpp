@@ -71,7 +71,7 @@ void AppendValue(std::string& path, const TCIMValue& value) {
 } // namespace
 
 TCIMReference::TCIMReference(boost::shared_ptr<ICIMNamespace> nameSpace, TCIMContext keys)
-    : fNamespace(nameSpace), fKeyValues(keys.begin(), keys.end()) {
+    : namespace_(nameSpace), keyValues_(keys.begin(), keys.end()) {
     ExtendIndex();
 }
 
@@ -79,42 +79,42 @@ TCIMReference::~TCIMReference() = default;
 
 void TCIMReference::AddKeyValue(const std::string& name, const TCIMValue& value) {
     const std::size_t place = FindKey(name);
-    if (place < fKeyValues.size()) {
-        fKeyValues[place].second = value;
+    if (place < keyValues_.size()) {
+        keyValues_[place].second = value;
         return;
     }
-    fKeyValues.emplace_back(name, value);
+    keyValues_.emplace_back(name, value);
     ExtendIndex();
 }
 
 TCIMValue TCIMReference::GetKeyValue(const std::string& name) const {
     const std::size_t place = FindKey(name);
-    return place < fKeyValues.size() ? fKeyValues[place].second : TCIMValue();
+    return place < keyValues_.size() ? keyValues_[place].second : TCIMValue();
 }
 
 std::size_t TCIMReference::FindKey(const std::string& name) const {
-    if (fKeyValues.size() > kMaxSearched) {
-        const auto found = fIndex.find(LowerCase(name));
-        return found == fIndex.end() ? fKeyValues.size() : found->second;
+    if (keyValues_.size() > kMaxSearched) {
+        const auto found = index_.find(LowerCase(name));
+        return found == index_.end() ? keyValues_.size() : found->second;
     }
-    const auto found = std::find_if(fKeyValues.begin(), fKeyValues.end(),
+    const auto found = std::find_if(keyValues_.begin(), keyValues_.end(),
                                     [&name](const TKeyValue& keyValue) { return IsSameName(keyValue.first, name); });
-    return static_cast<std::size_t>(found - fKeyValues.begin());
+    return static_cast<std::size_t>(found - keyValues_.begin());
 }
 
 // Keys that the constructor got in several spellings share an entry, so that the index may be shorter than the list.
 void TCIMReference::ExtendIndex() {
-    if (fKeyValues.size() <= kMaxSearched) {
+    if (keyValues_.size() <= kMaxSearched) {
         return;
     }
-    for (std::size_t place = fIndex.size(); place < fKeyValues.size(); ++place) {
-        fIndex.emplace(LowerCase(fKeyValues[place].first), place);
+    for (std::size_t place = index_.size(); place < keyValues_.size(); ++place) {
+        index_.emplace(LowerCase(keyValues_[place].first), place);
     }
 }
 
 void TCIMReference::EnumerateKeyValues(
     const boost::function<bool(const std::string&, const TCIMValue&)>& callback) const {
-    for (const auto& [key, keyValue] : fKeyValues) {
+    for (const auto& [key, keyValue] : keyValues_) {
         if (!callback(key, keyValue)) {
             return;
         }
@@ -123,22 +123,22 @@ void TCIMReference::EnumerateKeyValues(
 
 std::string TCIMReference::GetPath() const {
     std::vector<const TKeyValue*> sorted;
-    sorted.reserve(fKeyValues.size());
-    for (const TKeyValue& keyValue : fKeyValues) {
+    sorted.reserve(keyValues_.size());
+    for (const TKeyValue& keyValue : keyValues_) {
         sorted.push_back(&keyValue);
     }
     std::sort(sorted.begin(), sorted.end(),
               [](const TKeyValue* left, const TKeyValue* right) { return IsNameBefore(left->first, right->first); });
 
     std::string path;
-    if (!fHost.empty()) {
-        path.append("//").append(fHost).append("/");
+    if (!host_.empty()) {
+        path.append("//").append(host_).append("/");
     }
-    if (!fNamespaceName.empty()) {
-        path.append(fNamespaceName).append(":");
+    if (!namespaceName_.empty()) {
+        path.append(namespaceName_).append(":");
     }
-    path.append(fClassName);
-    const char* separator = fClassName.empty() ? "" : ".";
+    path.append(className_);
+    const char* separator = className_.empty() ? "" : ".";
     for (const TKeyValue* keyValue : sorted) {
         if (!keyValue->first.empty()) {
             path.append(separator).append(keyValue->first);

@@ -146,54 +146,54 @@ std::string ArrayText(const std::vector<TCIMValue>& elements, unsigned char base
 } // namespace
 
 TCIMValue::TCIMValue() : TCIMValue(TCIMType::eCIMUnknown, 0) {}
-TCIMValue::TCIMValue(bool value) : fContent(value) {}
-TCIMValue::TCIMValue(unsigned char value) : fContent(value) {}
-TCIMValue::TCIMValue(signed char value) : fContent(value) {}
-TCIMValue::TCIMValue(unsigned short value) : fContent(value) {}
-TCIMValue::TCIMValue(short value) : fContent(value) {}
-TCIMValue::TCIMValue(unsigned int value) : fContent(value) {}
-TCIMValue::TCIMValue(int value) : fContent(value) {}
-TCIMValue::TCIMValue(unsigned long long value) : fContent(value) {}
-TCIMValue::TCIMValue(long long value) : fContent(value) {}
-TCIMValue::TCIMValue(float value) : fContent(value) {}
-TCIMValue::TCIMValue(double value) : fContent(value) {}
-TCIMValue::TCIMValue(const char* value) : fContent(TNull{TCIMType::eCIMString}) {
+TCIMValue::TCIMValue(bool value) : content_(value) {}
+TCIMValue::TCIMValue(unsigned char value) : content_(value) {}
+TCIMValue::TCIMValue(signed char value) : content_(value) {}
+TCIMValue::TCIMValue(unsigned short value) : content_(value) {}
+TCIMValue::TCIMValue(short value) : content_(value) {}
+TCIMValue::TCIMValue(unsigned int value) : content_(value) {}
+TCIMValue::TCIMValue(int value) : content_(value) {}
+TCIMValue::TCIMValue(unsigned long long value) : content_(value) {}
+TCIMValue::TCIMValue(long long value) : content_(value) {}
+TCIMValue::TCIMValue(float value) : content_(value) {}
+TCIMValue::TCIMValue(double value) : content_(value) {}
+TCIMValue::TCIMValue(const char* value) : content_(TNull{TCIMType::eCIMString}) {
     if (value != nullptr) {
-        fContent.emplace<std::string>(value);
+        content_.emplace<std::string>(value);
     }
 }
-TCIMValue::TCIMValue(const std::string& value) : fContent(value) {}
-TCIMValue::TCIMValue(const TCIMChar16& value) : fContent(value) {}
-TCIMValue::TCIMValue(const TCIMDateTime& value) : fContent(value) {}
-TCIMValue::TCIMValue(TCIMReference& value) : fContent(TCIMIndirect<TCIMReference>(value)) {}
-TCIMValue::TCIMValue(TCIMType type, unsigned int /*unused*/) : fContent(TNull{type}) {}
+TCIMValue::TCIMValue(const std::string& value) : content_(value) {}
+TCIMValue::TCIMValue(const TCIMChar16& value) : content_(value) {}
+TCIMValue::TCIMValue(const TCIMDateTime& value) : content_(value) {}
+TCIMValue::TCIMValue(TCIMReference& value) : content_(TCIMIndirect<TCIMReference>(value)) {}
+TCIMValue::TCIMValue(TCIMType type, unsigned int /*unused*/) : content_(TNull{type}) {}
 TCIMValue::TCIMValue(TCIMType elementType, unsigned int /*unused*/, const std::vector<TCIMValue>& elements)
-    : fContent(TCIMIndirect<TArray>(TArray{ElementOf(elementType), elements})) {}
+    : content_(TCIMIndirect<TArray>(TArray{ElementOf(elementType), elements})) {}
 
 TCIMValue::TCIMValue(const TCIMValue& other) = default;
 TCIMValue& TCIMValue::operator=(const TCIMValue& other) = default;
 TCIMValue::~TCIMValue() = default;
 
-bool TCIMValue::IsNull() const { return std::holds_alternative<TNull>(fContent); }
+bool TCIMValue::IsNull() const { return std::holds_alternative<TNull>(content_); }
 
 bool TCIMValue::IsArray() const { return (static_cast<unsigned int>(GetType()) & kArrayBit) != 0; }
 
 TCIMValue::TCIMType TCIMValue::GetType() const {
     static_assert(std::is_same_v<std::variant_alternative_t<TCIMType::eCIMSint64, TContent>, long long>);
     static_assert(std::is_same_v<std::variant_alternative_t<TCIMType::eCIMDateTime, TContent>, TCIMDateTime>);
-    if (const auto* null = std::get_if<TNull>(&fContent)) {
+    if (const auto* null = std::get_if<TNull>(&content_)) {
         return null->type;
     }
-    if (const auto* array = std::get_if<TCIMIndirect<TArray>>(&fContent)) {
+    if (const auto* array = std::get_if<TCIMIndirect<TArray>>(&content_)) {
         return ArrayOf((**array).elementType);
     }
-    return static_cast<TCIMType::ECIMType>(fContent.index());
+    return static_cast<TCIMType::ECIMType>(content_.index());
 }
 
 bool TCIMValue::IsReference() const { return GetType() == TCIMType::eCIMReference; }
 
 std::string TCIMValue::GetReferencedClass() const {
-    const auto* reference = std::get_if<TCIMIndirect<TCIMReference>>(&fContent);
+    const auto* reference = std::get_if<TCIMIndirect<TCIMReference>>(&content_);
     return reference == nullptr ? std::string() : (**reference).GetClassName();
 }
 
@@ -209,12 +209,12 @@ std::string TCIMValue::ToString(unsigned char base) const {
                 return ScalarText(content, base);
             }
         },
-        fContent);
+        content_);
 }
 
 template <typename T>
 const T& TCIMValue::Get() const {
-    if (const T* content = std::get_if<T>(&fContent)) {
+    if (const T* content = std::get_if<T>(&content_)) {
         return *content;
     }
     throw TVYXException(14);
@@ -231,7 +231,7 @@ T TCIMValue::ToNumber() const {
             }
             throw TVYXException(14);
         },
-        fContent);
+        content_);
 }
 
 TCIMValue::operator bool() const { return Get<bool>(); }
@@ -264,7 +264,7 @@ bool TCIMValue::CompareContent(const TCIMValue& other, TRelation relation) const
     return std::visit(
         [&other, relation](const auto& content) {
             using T = std::decay_t<decltype(content)>;
-            const T& otherContent = std::get<T>(other.fContent);
+            const T& otherContent = std::get<T>(other.content_);
             if constexpr (std::is_same_v<T, TNull>) {
                 return relation(0, 0);
             } else if constexpr (std::is_same_v<T, TCIMIndirect<TArray>>) {
@@ -273,7 +273,7 @@ bool TCIMValue::CompareContent(const TCIMValue& other, TRelation relation) const
                 return relation(content, otherContent);
             }
         },
-        fContent);
+        content_);
 }
 
 bool TCIMValue::operator==(const TCIMValue& other) const {

@@ -152,23 +152,23 @@ std::string LineOf(ILogger::EVYXLogSeverity severity, std::string_view message) 
 
 } // namespace
 
-TLogger::TLogger(std::ostream& stream, EVYXLogSeverity level) : fLevel(level), fStream(stream) {}
+TLogger::TLogger(std::ostream& stream, EVYXLogSeverity level) : level_(level), stream_(stream) {}
 
 TLogger::TLogger(const std::string& fileName, EVYXLogSeverity level)
-    : fLevel(level), fFile(fileName, std::ios::app), fStream(fFile) {
-    if (!fFile) {
+    : level_(level), file_(fileName, std::ios::app), stream_(file_) {
+    if (!file_) {
         throw std::system_error(errno, std::generic_category(), "cannot open the log file " + fileName);
     }
 }
 
 void TLogger::Log(EVYXLogSeverity severity, std::string message) {
-    if (severity > fLevel) {
+    if (severity > level_) {
         return;
     }
     try {
         const std::string line = LineOf(severity, message);
-        const std::lock_guard<std::mutex> lock(fMutex);
-        fStream << line << std::flush;
+        const std::lock_guard<std::mutex> lock(mutex_);
+        stream_ << line << std::flush;
     } catch (const std::exception&) {
         // A message that cannot be written is lost: the work that it tells of matters more.
     }

@@ -22,23 +22,23 @@ TVYXStatusCode TNamespaceProviderManager::RegisterNamespaceProvider(boost::share
     }
     const std::string name = provider->GetName(TCIMContext());
     const auto isKept = [&] {
-        const std::lock_guard<std::mutex> lock(fMutex);
-        return fProviders.emplace(name, provider).first->second == provider;
+        const std::lock_guard<std::mutex> lock(mutex_);
+        return providers_.emplace(name, provider).first->second == provider;
     };
     return isKept() ? TVYXStatusCode(0) : Refuse(16, "another one has the name " + name);
 }
 
 boost::shared_ptr<INamespaceProvider> TNamespaceProviderManager::GetNamespaceProvider(const std::string& name) const {
-    const std::lock_guard<std::mutex> lock(fMutex);
-    const auto found = fProviders.find(name);
-    return found == fProviders.end() ? boost::shared_ptr<INamespaceProvider>() : found->second;
+    const std::lock_guard<std::mutex> lock(mutex_);
+    const auto found = providers_.find(name);
+    return found == providers_.end() ? boost::shared_ptr<INamespaceProvider>() : found->second;
 }
 
 void TNamespaceProviderManager::EnumerateNamespaceProviders(
     const boost::function<bool(boost::shared_ptr<INamespaceProvider>)>& callback) const {
     const auto copyProviders = [this] {
-        const std::lock_guard<std::mutex> lock(fMutex);
-        return fProviders;
+        const std::lock_guard<std::mutex> lock(mutex_);
+        return providers_;
     };
     for (const auto& [name, provider] : copyProviders()) {
         if (!callback(provider)) {
@@ -49,8 +49,8 @@ void TNamespaceProviderManager::EnumerateNamespaceProviders(
 
 void TNamespaceProviderManager::UnregisterNamespaceProvider(const std::string& name) {
     TProviders::node_type unregistered; // outlives the lock, for the provider may end with it
-    const std::lock_guard<std::mutex> lock(fMutex);
-    unregistered = fProviders.extract(name);
+    const std::lock_guard<std::mutex> lock(mutex_);
+    unregistered = providers_.extract(name);
 }
 
 } // namespace NQORVYX20

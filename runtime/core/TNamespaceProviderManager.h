@@ -19,8 +19,8 @@ class TNamespaceProviderManager : public INamespaceProviderManager {
   private:
     using TProviders = std::map<std::string, boost::shared_ptr<INamespaceProvider>>;
 
-    mutable std::mutex fMutex;
-    TProviders fProviders;
+    mutable std::mutex mutex_;
+    TProviders providers_;
 };
 
 } // namespace NQORVYX20

@@ -2,6 +2,6 @@
 
 namespace NQORVYX20 {
 
-const char* TVYXException::what() const noexcept { return fStatus.TranslateStatusCode(); }
+const char* TVYXException::what() const noexcept { return status_.TranslateStatusCode(); }
 
 } // namespace NQORVYX20

@@ -3,7 +3,7 @@
 namespace NQORVYX20 {
 
 const char* TVYXStatusCode::TranslateStatusCode() const noexcept {
-    switch (fCode) {
+    switch (code_) {
     case 0:
         return "The operation succeeded.";
     case 1:

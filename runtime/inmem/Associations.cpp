@@ -80,16 +80,16 @@ bool IsNearEnd(const TEnd& end, const TCIMReference& path, const std::string& ro
 class TFoundInstances {
   public:
     void Add(const boost::shared_ptr<ICIMInstance>& instance, const TCIMContext& context) {
-        if (fPaths.insert(instance->BuildPath(context).GetPath()).second) {
-            fInstances.push_back(instance);
+        if (paths_.insert(instance->BuildPath(context).GetPath()).second) {
+            instances_.push_back(instance);
         }
     }
 
-    TInstances Take() { return std::move(fInstances); }
+    TInstances Take() { return std::move(instances_); }
 
   private:
-    TInstances fInstances;
-    std::set<std::string> fPaths;
+    TInstances instances_;
+    std::set<std::string> paths_;
 };
 
 // The instance that the end refers to, or an empty pointer. A reference without a class name means the declared class.

@@ -21,7 +21,7 @@ class TInmemInstance::TIndex {
     /// The declaration's slot, or null when it has none. All slots must have been entered.
     TSlot* Find(TSlots& slots, const ICIMPropertyDecl& declaration) const {
         for (std::size_t position = FirstPosition(declaration);; position = NextPosition(position)) {
-            const std::uint32_t place = fPlaces[position];
+            const std::uint32_t place = places_[position];
             if (place == kEmpty) {
                 return nullptr;
             }
@@ -39,15 +39,15 @@ class TInmemInstance::TIndex {
     std::size_t FirstPosition(const ICIMPropertyDecl& declaration) const {
         constexpr std::uint64_t kGoldenRatio = 0x9E3779B97F4A7C15;
         const auto address = reinterpret_cast<std::uintptr_t>(&declaration);
-        return static_cast<std::size_t>((address * kGoldenRatio) >> (64U - fBits));
+        return static_cast<std::size_t>((address * kGoldenRatio) >> (64U - bits_));
     }
-    std::size_t NextPosition(std::size_t position) const { return (position + 1) & (fPlaces.size() - 1); }
+    std::size_t NextPosition(std::size_t position) const { return (position + 1) & (places_.size() - 1); }
     void Grow(std::size_t slotCount);
     void Enter(const TSlots& slots, std::size_t place);
 
-    std::vector<std::uint32_t> fPlaces; // a power of two of them, a quarter at least empty
-    unsigned int fBits = 0;             // the logarithm of their number
-    std::size_t fEntered = 0;
+    std::vector<std::uint32_t> places_; // a power of two of them, a quarter at least empty
+    unsigned int bits_ = 0;             // the logarithm of their number
+    std::size_t entered_ = 0;
 };
 
 } // namespace NQORVYX20

@@ -72,7 +72,7 @@ TInmemInstance::TSlot::TSlot(const boost::shared_ptr<ICIMPropertyDecl const>& sl
     : declaration(slotDeclaration), value(slotValue) {}
 
 TInmemInstance::TInmemInstance(boost::shared_ptr<ICIMClass> cls, int layout)
-    : fClass(cls), fNumber(NextNumber()), fSlots(boost::make_shared<TSlots>()) {
+    : class_(cls), number_(NextNumber()), slots_(boost::make_shared<TSlots>()) {
     if (layout != kOnlyLayout) {
         Fail(14, "there is no layout " + std::to_string(layout));
     }
@@ -81,7 +81,7 @@ TInmemInstance::TInmemInstance(boost::shared_ptr<ICIMClass> cls, int layout)
 TInmemInstance::~TInmemInstance() = default;
 
 void TInmemInstance::Validate(TCIMContext context) const {
-    for (const TSlot& slot : *fSlots) {
+    for (const TSlot& slot : *slots_) {
         const std::string& name = slot.declaration->GetName(context);
         const auto declaration = FindDeclaration(name, context);
         if (declaration != slot.declaration) {
@@ -109,13 +109,13 @@ TCIMReference TInmemInstance::GetReference(TCIMContext context) const {
         },
         context);
     if (!hasKeys) {
-        reference.AddKeyValue(kNumberKey, fNumber);
+        reference.AddKeyValue(kNumberKey, number_);
     }
     return reference;
 }
 
 boost::shared_ptr<ICIMClass> TInmemInstance::GetClass(TCIMContext) const {
-    return boost::shared_ptr<ICIMClass>(fClass); // throws when the class has gone, as lock() would not
+    return boost::shared_ptr<ICIMClass>(class_); // throws when the class has gone, as lock() would not
 }
 
 void TInmemInstance::EnumerateAssociatedInstances(
@@ -179,7 +179,7 @@ TInmemInstance& TInmemInstance::operator=(const TInmemInstance& other) {
 
 boost::shared_ptr<ICIMPropertyDecl const> TInmemInstance::FindDeclaration(const std::string& name,
                                                                           TCIMContext context) const {
-    const boost::shared_ptr<ICIMClass> cls(fClass); // throws when the class has gone
+    const boost::shared_ptr<ICIMClass> cls(class_); // throws when the class has gone
     if (auto declaration = cls->GetPropertyDecl(name, context)) {
         return declaration;
     }
@@ -203,23 +203,23 @@ const TCIMValue* TInmemInstance::FindValue(const ICIMPropertyDecl& declaration) 
 }
 
 TInmemInstance::TSlot* TInmemInstance::FindSlot(const ICIMPropertyDecl& declaration) const {
-    if (fIndex) {
-        return fIndex->Find(*fSlots, declaration);
+    if (index_) {
+        return index_->Find(*slots_, declaration);
     }
-    const auto slot = std::find_if(fSlots->begin(), fSlots->end(), [&declaration](const TSlot& candidate) {
+    const auto slot = std::find_if(slots_->begin(), slots_->end(), [&declaration](const TSlot& candidate) {
         return candidate.declaration.get() == &declaration;
     });
-    return slot == fSlots->end() ? nullptr : &*slot;
+    return slot == slots_->end() ? nullptr : &*slot;
 }
 
 void TInmemInstance::ExtendIndex() {
-    if (fSlots->size() <= kFewSlots) {
+    if (slots_->size() <= kFewSlots) {
         return;
     }
-    if (!fIndex) {
-        fIndex = std::make_unique<TIndex>();
+    if (!index_) {
+        index_ = std::make_unique<TIndex>();
     }
-    fIndex->Extend(*fSlots);
+    index_->Extend(*slots_);
 }
 
 const TCIMValue& TInmemInstance::ReadValue(const ICIMPropertyDecl& declaration) const {
@@ -232,18 +232,18 @@ void TInmemInstance::StoreValue(const boost::shared_ptr<ICIMPropertyDecl const>&
     if (value.GetType() != type) {
         return StoreValue(declaration, TCIMValue(type, 0));
     }
-    if (fSlots.use_count() > 1) {
-        fSlots = boost::make_shared<TSlots>(*fSlots);
+    if (slots_.use_count() > 1) {
+        slots_ = boost::make_shared<TSlots>(*slots_);
     }
     if (TSlot* const slot = FindSlot(*declaration)) {
         slot->value = value;
         return;
     }
-    const std::size_t count = fSlots->size();
-    if (count == fSlots->capacity()) {
-        fSlots->reserve(count == 0 ? kFewSlots : std::max(count + kFewSlots, CountDeclarations()));
+    const std::size_t count = slots_->size();
+    if (count == slots_->capacity()) {
+        slots_->reserve(count == 0 ? kFewSlots : std::max(count + kFewSlots, CountDeclarations()));
     }
-    fSlots->emplace_back(declaration, value);
+    slots_->emplace_back(declaration, value);
     ExtendIndex();
 }
 
@@ -270,8 +270,8 @@ void TInmemInstance::TakeValues(const ICIMInstance& other) {
             return true;
         },
         {});
-    fSlots.swap(slots);
-    fIndex.reset();
+    slots_.swap(slots);
+    index_.reset();
     ExtendIndex();
 }
 

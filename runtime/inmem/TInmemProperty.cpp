@@ -10,37 +10,37 @@ namespace NQORVYX20 {
 
 TInmemProperty::TInmemProperty(boost::shared_ptr<TInmemInstance> instance,
                                boost::shared_ptr<ICIMPropertyDecl const> declaration)
-    : fInstance(std::move(instance)), fDeclaration(std::move(declaration)) {}
+    : instance_(std::move(instance)), declaration_(std::move(declaration)) {}
 
-TCIMValue::TCIMType TInmemProperty::GetType(TCIMContext context) const { return fDeclaration->GetType(context); }
+TCIMValue::TCIMType TInmemProperty::GetType(TCIMContext context) const { return declaration_->GetType(context); }
 
-bool TInmemProperty::IsArray(TCIMContext context) const { return fDeclaration->IsArray(context); }
+bool TInmemProperty::IsArray(TCIMContext context) const { return declaration_->IsArray(context); }
 
-bool TInmemProperty::IsDefaultValue(TCIMContext) const { return fInstance->FindValue(*fDeclaration) == nullptr; }
+bool TInmemProperty::IsDefaultValue(TCIMContext) const { return instance_->FindValue(*declaration_) == nullptr; }
 
 const TCIMValue& TInmemProperty::Read() const {
-    if (fLastRead != fInstance->fSlots) {
-        fLastRead = fInstance->fSlots;
+    if (lastRead_ != instance_->slots_) {
+        lastRead_ = instance_->slots_;
     }
-    return fInstance->ReadValue(*fDeclaration);
+    return instance_->ReadValue(*declaration_);
 }
 
 const TCIMValue& TInmemProperty::GetValue(TCIMContext) const { return Read(); }
 
-void TInmemProperty::SetValue(const TCIMValue& value, TCIMContext) { fInstance->StoreValue(fDeclaration, value); }
+void TInmemProperty::SetValue(const TCIMValue& value, TCIMContext) { instance_->StoreValue(declaration_, value); }
 
 bool TInmemProperty::GetPropagated(TCIMContext context) const { return IsDefaultValue(context); }
 
-boost::shared_ptr<ICIMPropertyDecl const> TInmemProperty::GetDeclaration(TCIMContext) const { return fDeclaration; }
+boost::shared_ptr<ICIMPropertyDecl const> TInmemProperty::GetDeclaration(TCIMContext) const { return declaration_; }
 
 bool TInmemProperty::operator==(ICIMProperty& other) const {
-    return fDeclaration == other.GetDeclaration({}) && Read() == other.GetValue({});
+    return declaration_ == other.GetDeclaration({}) && Read() == other.GetValue({});
 }
 
 bool TInmemProperty::operator<(ICIMProperty& other) const {
     const boost::shared_ptr<ICIMPropertyDecl const> declaration = other.GetDeclaration({});
-    if (fDeclaration != declaration) {
-        return std::less<>()(fDeclaration.get(), declaration.get());
+    if (declaration_ != declaration) {
+        return std::less<>()(declaration_.get(), declaration.get());
     }
     return Read() < other.GetValue({});
 }
@@ -50,16 +50,16 @@ ICIMProperty& TInmemProperty::operator=(const ICIMProperty& other) {
     return *this;
 }
 
-const TCIMValue& TInmemProperty::GetPrevValue() const { return fPrevValue ? *fPrevValue : Read(); }
+const TCIMValue& TInmemProperty::GetPrevValue() const { return prevValue_ ? *prevValue_ : Read(); }
 
 void TInmemProperty::SetPrevValue(const TCIMValue& value) {
-    fInstance->Check(*fDeclaration, value);
-    fPrevValue = value;
+    instance_->Check(*declaration_, value);
+    prevValue_ = value;
 }
 
-void TInmemProperty::SetPrevValue() { fPrevValue = TCIMValue(); }
+void TInmemProperty::SetPrevValue() { prevValue_ = TCIMValue(); }
 
-bool TInmemProperty::IsPrevValueDifferent() const { return fPrevValue.has_value(); }
+bool TInmemProperty::IsPrevValueDifferent() const { return prevValue_.has_value(); }
 
 std::string TInmemProperty::ToString() const { return Read().ToString(10); }
 

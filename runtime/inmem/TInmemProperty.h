@@ -16,8 +16,8 @@ class TInmemProperty : public ICIMProperty {
 
     /// Becomes a new view, of another property of the instance.
     void Show(boost::shared_ptr<ICIMPropertyDecl const>&& declaration) {
-        fDeclaration.swap(declaration);
-        fPrevValue.reset();
+        declaration_.swap(declaration);
+        prevValue_.reset();
     }
 
     TCIMValue::TCIMType GetType(TCIMContext context) const override;
@@ -53,10 +53,10 @@ class TInmemProperty : public ICIMProperty {
   private:
     const TCIMValue& Read() const;
 
-    boost::shared_ptr<TInmemInstance> fInstance;
-    boost::shared_ptr<ICIMPropertyDecl const> fDeclaration;
-    std::optional<TCIMValue> fPrevValue;
-    mutable boost::shared_ptr<const void> fLastRead; // keeps what the last reference that was handed out refers to
+    boost::shared_ptr<TInmemInstance> instance_;
+    boost::shared_ptr<ICIMPropertyDecl const> declaration_;
+    std::optional<TCIMValue> prevValue_;
+    mutable boost::shared_ptr<const void> lastRead_; // keeps what the last reference that was handed out refers to
 };
 
 } // namespace NQORVYX20

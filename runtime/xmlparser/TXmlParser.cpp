@@ -25,46 +25,46 @@ const char* OrEmpty(const char* text) { return text == nullptr ? "" : text; }
 /// One parse of one document. Expat's own limits on the expansion of entities stay as they are.
 class TDocument {
   public:
-    explicit TDocument(TXmlParser& target) : fTarget(target), fExpat(XML_ParserCreate(nullptr)) {
-        if (!fExpat) {
+    explicit TDocument(TXmlParser& target) : target_(target), expat_(XML_ParserCreate(nullptr)) {
+        if (!expat_) {
             throw std::bad_alloc();
         }
-        XML_SetUserData(fExpat.get(), this);
-        XML_SetElementHandler(fExpat.get(), OnStartElement, OnEndElement);
-        XML_SetProcessingInstructionHandler(fExpat.get(), OnProcessingInstruction);
-        XML_SetCharacterDataHandler(fExpat.get(), OnCharacters);
-        XML_SetNotationDeclHandler(fExpat.get(), OnNotationDecl);
+        XML_SetUserData(expat_.get(), this);
+        XML_SetElementHandler(expat_.get(), OnStartElement, OnEndElement);
+        XML_SetProcessingInstructionHandler(expat_.get(), OnProcessingInstruction);
+        XML_SetCharacterDataHandler(expat_.get(), OnCharacters);
+        XML_SetNotationDeclHandler(expat_.get(), OnNotationDecl);
     }
 
     /// Takes the next piece. False when the parse is over because something went wrong.
     bool Feed(const char* data, std::size_t size, bool isLast) {
-        if (size > kMaxDocumentSize - fSize) {
+        if (size > kMaxDocumentSize - size_) {
             Fail("the document is larger than " + std::to_string(kMaxDocumentSize >> 20U) + " MiB");
             return false;
         }
-        fSize += size;
-        if (XML_Parse(fExpat.get(), data, static_cast<int>(size), isLast ? 1 : 0) == XML_STATUS_OK) {
+        size_ += size;
+        if (XML_Parse(expat_.get(), data, static_cast<int>(size), isLast ? 1 : 0) == XML_STATUS_OK) {
             return true;
         }
         if (!HasFailed()) {
-            Fail(XML_ErrorString(XML_GetErrorCode(fExpat.get())));
+            Fail(XML_ErrorString(XML_GetErrorCode(expat_.get())));
         }
         return false;
     }
 
-    void Fail(std::string error) { fError = std::move(error); }
+    void Fail(std::string error) { error_ = std::move(error); }
 
-    unsigned int Line() const { return static_cast<unsigned int>(XML_GetCurrentLineNumber(fExpat.get())); }
+    unsigned int Line() const { return static_cast<unsigned int>(XML_GetCurrentLineNumber(expat_.get())); }
 
-    const std::exception_ptr& GetException() const { return fException; }
-    const std::optional<std::string>& GetError() const { return fError; }
+    const std::exception_ptr& GetException() const { return exception_; }
+    const std::optional<std::string>& GetError() const { return error_; }
 
   private:
     struct TFreeParser {
         void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
     };
 
-    bool HasFailed() const { return fException || fError; }
+    bool HasFailed() const { return exception_ || error_; }
 
     // Runs one callback. An exception must not cross Expat's C frames: it is kept until they are left. Expat may still
     // report an event or two after it was told to stop; those are dropped.
@@ -77,27 +77,27 @@ class TDocument {
         try {
             callback(self);
         } catch (...) {
-            self.fException = std::current_exception();
+            self.exception_ = std::current_exception();
         }
         if (self.HasFailed()) {
-            XML_StopParser(self.fExpat.get(), XML_FALSE);
+            XML_StopParser(self.expat_.get(), XML_FALSE);
         }
     }
 
     void StartElement(const char* name, const char** attributes) {
-        if (++fDepth > kMaxDepth) {
+        if (++depth_ > kMaxDepth) {
             return Fail("elements are nested deeper than " + std::to_string(kMaxDepth));
         }
         std::map<std::string, std::string> map;
         for (const char** attribute = attributes; *attribute != nullptr; attribute += 2) {
             map.emplace(attribute[0], attribute[1]);
         }
-        fTarget.StartElement(name, map);
+        target_.StartElement(name, map);
     }
 
     void EndElement(const char* name) {
-        --fDepth;
-        fTarget.EndElement(name);
+        --depth_;
+        target_.EndElement(name);
     }
 
     static void OnStartElement(void* userData, const char* name, const char** attributes) {
@@ -109,24 +109,24 @@ class TDocument {
     }
 
     static void OnProcessingInstruction(void* userData, const char* target, const char* data) {
-        Call(userData, [=](TDocument& self) { self.fTarget.processingInstruction(target, data); });
+        Call(userData, [=](TDocument& self) { self.target_.processingInstruction(target, data); });
     }
 
     static void OnCharacters(void* userData, const char* text, int length) {
-        Call(userData, [=](TDocument& self) { self.fTarget.characters(text, static_cast<unsigned int>(length)); });
+        Call(userData, [=](TDocument& self) { self.target_.characters(text, static_cast<unsigned int>(length)); });
     }
 
     static void OnNotationDecl(void* userData, const char* name, const char* /*base*/, const char* systemId,
                                const char* publicId) {
-        Call(userData, [=](TDocument& self) { self.fTarget.notationDecl(name, OrEmpty(publicId), OrEmpty(systemId)); });
+        Call(userData, [=](TDocument& self) { self.target_.notationDecl(name, OrEmpty(publicId), OrEmpty(systemId)); });
     }
 
-    TXmlParser& fTarget;
-    std::unique_ptr<XML_ParserStruct, TFreeParser> fExpat;
-    std::size_t fSize = 0;
-    unsigned int fDepth = 0;
-    std::exception_ptr fException;
-    std::optional<std::string> fError;
+    TXmlParser& target_;
+    std::unique_ptr<XML_ParserStruct, TFreeParser> expat_;
+    std::size_t size_ = 0;
+    unsigned int depth_ = 0;
+    std::exception_ptr exception_;
+    std::optional<std::string> error_;
 };
 
 void FeedFile(TDocument& document, const std::string& fileName) {
@@ -150,64 +150,64 @@ void FeedFile(TDocument& document, const std::string& fileName) {
 
 class TXmlParser::TImpl {
   public:
-    explicit TImpl(TXmlParser& owner) : fOwner(owner) {}
+    explicit TImpl(TXmlParser& owner) : owner_(owner) {}
 
     template <typename TFeed>
     bool Parse(TFeed feed) {
-        TDocument document(fOwner);
+        TDocument document(owner_);
         {
-            const TRunning running(fRunning, document);
+            const TRunning running(running_, document);
             feed(document);
         }
-        fLine = document.Line();
+        line_ = document.Line();
         if (document.GetException()) {
             std::rethrow_exception(document.GetException());
         }
         if (document.GetError()) {
-            fOwner.FatalError(document.GetError()->c_str());
+            owner_.FatalError(document.GetError()->c_str());
         }
         return !document.GetError();
     }
 
-    unsigned int Line() const { return fRunning == nullptr ? fLine : fRunning->Line(); }
+    unsigned int Line() const { return running_ == nullptr ? line_ : running_->Line(); }
 
-    std::string fFileName;
-    std::string fText;
+    std::string fileName_;
+    std::string text_;
 
   private:
     // Makes the document the running one for as long as this object lives.
     class TRunning {
       public:
-        TRunning(const TDocument*& running, const TDocument& document) : fRunning(running) { fRunning = &document; }
-        ~TRunning() { fRunning = nullptr; }
+        TRunning(const TDocument*& running, const TDocument& document) : running_(running) { running_ = &document; }
+        ~TRunning() { running_ = nullptr; }
         TRunning(const TRunning&) = delete;
         TRunning& operator=(const TRunning&) = delete;
 
       private:
-        const TDocument*& fRunning;
+        const TDocument*& running_;
     };
 
-    TXmlParser& fOwner;
-    const TDocument* fRunning = nullptr;
-    unsigned int fLine = 0;
+    TXmlParser& owner_;
+    const TDocument* running_ = nullptr;
+    unsigned int line_ = 0;
 };
 
-TXmlParser::TXmlParser() : fImpl(std::make_unique<TImpl>(*this)) {}
+TXmlParser::TXmlParser() : impl_(std::make_unique<TImpl>(*this)) {}
 
 TXmlParser::~TXmlParser() = default;
 
 bool TXmlParser::ParseJSSP() {
-    return fImpl->Parse([this](TDocument& document) { FeedFile(document, fImpl->fFileName); });
+    return impl_->Parse([this](TDocument& document) { FeedFile(document, impl_->fileName_); });
 }
 
 bool TXmlParser::ParseCharData() {
-    return fImpl->Parse([this](TDocument& document) { document.Feed(fImpl->fText.data(), fImpl->fText.size(), true); });
+    return impl_->Parse([this](TDocument& document) { document.Feed(impl_->text_.data(), impl_->text_.size(), true); });
 }
 
-void TXmlParser::SetFileName(const std::string& fileName) { fImpl->fFileName = fileName; }
+void TXmlParser::SetFileName(const std::string& fileName) { impl_->fileName_ = fileName; }
 
-void TXmlParser::SetCharData(const std::string& text) { fImpl->fText = text; }
+void TXmlParser::SetCharData(const std::string& text) { impl_->text_ = text; }
 
-unsigned int TXmlParser::GetCurLine() const { return fImpl->Line(); }
+unsigned int TXmlParser::GetCurLine() const { return impl_->Line(); }
 
 } // namespace NQORVYX20

@@ -13,16 +13,16 @@ namespace NQORVYX20 {
 class StreamedText {
   public:
     std::string operator()(const Pegasus::String& text) {
-        if (!fStream) {
-            fStream.emplace();
+        if (!stream_) {
+            stream_.emplace();
         }
-        fStream->str(std::string());
-        *fStream << text;
-        return fStream->str();
+        stream_->str(std::string());
+        *stream_ << text;
+        return stream_->str();
     }
 
   private:
-    std::optional<std::ostringstream> fStream;
+    std::optional<std::ostringstream> stream_;
 };
 
 } // namespace NQORVYX20

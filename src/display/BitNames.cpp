@@ -22,7 +22,7 @@ BitNames::BitNames(const std::optional<std::vector<std::string>>& numbers, const
     for (std::size_t i = 0; i < names.size() && (!numbers || i < numbers->size()); ++i) {
         const unsigned bit = numbers ? BitOf((*numbers)[i]) : static_cast<unsigned>(i);
         if (bit < kBits && !names[i].empty()) {
-            fNames.emplace(bit, names[i]);
+            names_.emplace(bit, names[i]);
         }
     }
 }
@@ -33,9 +33,9 @@ std::string BitNames::TextOf(std::uint64_t number) const {
         if ((number >> bit & 1U) == 0) {
             continue;
         }
-        const auto found = fNames.find(bit);
+        const auto found = names_.find(bit);
         text.append(text.empty() ? "" : ", ");
-        text.append(found == fNames.end() ? "bit " + std::to_string(bit) : found->second);
+        text.append(found == names_.end() ? "bit " + std::to_string(bit) : found->second);
     }
     return text;
 }

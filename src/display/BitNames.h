@@ -19,7 +19,7 @@ class BitNames {
     std::string TextOf(std::uint64_t number) const;
 
   private:
-    std::map<unsigned, std::string> fNames;
+    std::map<unsigned, std::string> names_;
 };
 
 } // namespace NQORVYX20

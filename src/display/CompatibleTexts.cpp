@@ -48,7 +48,7 @@ std::vector<std::string> ElementTexts(const TCIMValue& array, Render render) {
 
 CompatibleTexts::CompatibleTexts(const boost::shared_ptr<ICIMPropertyDecl const>& declaration,
                                  DisplayQualifiers qualifiers, TMapSource findMap)
-    : fDeclaration(declaration), fQualifiers(std::move(qualifiers)), fFindMap(findMap) {}
+    : declaration_(declaration), qualifiers_(std::move(qualifiers)), findMap_(findMap) {}
 
 std::uint64_t CompatibleTexts::NumberOf(const TCIMValue& value) {
     if (value.IsNull() || !IsMappable(value.GetType())) {
@@ -65,12 +65,12 @@ std::string CompatibleTexts::TextOfOther(const TCIMValue& value, const std::stri
 }
 
 std::string CompatibleTexts::Of(const TCIMValue& value, const DisplayChoice& /*choice*/) const {
-    const auto map = !value.IsNull() && IsMappable(value.GetType()) ? fFindMap(fDeclaration) : nullptr;
+    const auto map = !value.IsNull() && IsMappable(value.GetType()) ? findMap_(declaration_) : nullptr;
     return map ? TextInMap(value, *map) : WithoutMap(value);
 }
 
 std::vector<std::string> CompatibleTexts::OfElements(const TCIMValue& value, const DisplayChoice& /*choice*/) const {
-    const auto map = !value.IsNull() && IsMappableArray(value.GetType()) ? fFindMap(fDeclaration) : nullptr;
+    const auto map = !value.IsNull() && IsMappableArray(value.GetType()) ? findMap_(declaration_) : nullptr;
     if (!map) {
         return OfElementsWithoutMap(value);
     }
@@ -80,7 +80,7 @@ std::vector<std::string> CompatibleTexts::OfElements(const TCIMValue& value, con
 }
 
 std::vector<std::string> CompatibleTexts::OfElementsWithoutMap(const TCIMValue& value) const {
-    if (!fDeclaration->IsArray(TCIMContext())) {
+    if (!declaration_->IsArray(TCIMContext())) {
         return {WithoutMap(value)};
     }
     return ElementTexts(value, [this](const TCIMValue& element) { return WithoutMap(element); });
@@ -90,15 +90,15 @@ std::string CompatibleTexts::WithoutMap(const TCIMValue& value) const {
     static const DisplayQualifiers::TName kNullDisplay("NULLDISPLAY");
     static const DisplayQualifiers::TName kUnits("UNITS");
     if (value.IsNull()) {
-        return fQualifiers.GetString(kNullDisplay).value_or("");
+        return qualifiers_.GetString(kNullDisplay).value_or("");
     }
-    const auto units = IsUnsigned(value.GetType()) ? fQualifiers.GetString(kUnits) : std::nullopt;
+    const auto units = IsUnsigned(value.GetType()) ? qualifiers_.GetString(kUnits) : std::nullopt;
     return units ? WithUnits(value, *units) : WithBase(value);
 }
 
 std::string CompatibleTexts::WithBase(const TCIMValue& value) const {
     static const DisplayQualifiers::TName kBase("BASE");
-    return value.ToString(fQualifiers.GetUint8(kBase).value_or(kDecimal));
+    return value.ToString(qualifiers_.GetUint8(kBase).value_or(kDecimal));
 }
 
 std::string CompatibleTexts::WithUnits(const TCIMValue& value, const std::string& units) const {
@@ -108,15 +108,15 @@ std::string CompatibleTexts::WithUnits(const TCIMValue& value, const std::string
     const DisplayUnits display(units);
     if (display.IsTime()) {
         // CPU times read like all other times; the look-up is for the failures that it may report.
-        fQualifiers.Has(kDisplayCpuTime);
+        qualifiers_.Has(kDisplayCpuTime);
         const auto text = display.TimeText(NumberOf(value));
         return text ? *text : WithBase(value);
     }
     if (!display.IsData()) {
         return WithBase(value);
     }
-    const std::string fixedPrefix = fQualifiers.GetString(kDisplayFixedUnits).value_or("");
-    return display.DataText(NumberOf(value), fixedPrefix, fQualifiers.Has(kAbbreviateUnits));
+    const std::string fixedPrefix = qualifiers_.GetString(kDisplayFixedUnits).value_or("");
+    return display.DataText(NumberOf(value), fixedPrefix, qualifiers_.Has(kAbbreviateUnits));
 }
 
 } // namespace NQORVYX20

@@ -46,9 +46,9 @@ class CompatibleTexts : public PropertyTexts {
   private:
     std::string WithUnits(const TCIMValue& value, const std::string& units) const;
 
-    const boost::shared_ptr<ICIMPropertyDecl const>& fDeclaration;
-    DisplayQualifiers fQualifiers;
-    TMapSource fFindMap;
+    const boost::shared_ptr<ICIMPropertyDecl const>& declaration_;
+    DisplayQualifiers qualifiers_;
+    TMapSource findMap_;
 };
 
 } // namespace NQORVYX20

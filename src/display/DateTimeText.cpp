@@ -33,9 +33,9 @@ std::uint64_t NumberOf(std::string_view digits) {
 /// The parts of a date-time.
 class Parts {
   public:
-    explicit Parts(std::string_view text) : fText(text) {}
+    explicit Parts(std::string_view text) : text_(text) {}
 
-    std::string_view At(const TField& field) const { return fText.substr(field.begin, field.length); }
+    std::string_view At(const TField& field) const { return text_.substr(field.begin, field.length); }
     bool IsGiven(const TField& field) const { return At(field).find('*') == std::string_view::npos; }
 
     /// How many fields are given before the first that is not; nothing when a later one is given, or a part of one.
@@ -63,7 +63,7 @@ class Parts {
   private:
     bool IsBlank(const TField& field) const { return At(field).find_first_not_of('*') == std::string_view::npos; }
 
-    std::string_view fText;
+    std::string_view text_;
 };
 
 std::string OffsetText(const Parts& parts, char sign) {

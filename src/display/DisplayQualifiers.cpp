@@ -16,10 +16,10 @@ using ECIMType = TCIMValue::TCIMType::ECIMType;
 
 } // namespace
 
-DisplayQualifiers::TName::TName(const char* name) : fGiven(name), fNormalized(NormalizeName(fGiven)) {}
+DisplayQualifiers::TName::TName(const char* name) : given_(name), normalized_(NormalizeName(given_)) {}
 
 DisplayQualifiers::DisplayQualifiers(boost::shared_ptr<ICIMPropertyDecl const> declaration, TLookup lookup)
-    : fDeclaration(std::move(declaration)), fLookup(lookup) {}
+    : declaration_(std::move(declaration)), lookup_(lookup) {}
 
 bool DisplayQualifiers::Has(const TName& name) const { return Find(name) != nullptr; }
 
@@ -57,11 +57,11 @@ boost::shared_ptr<ICIMQualifier> DisplayQualifiers::Find(const TName& name) cons
 }
 
 boost::shared_ptr<ICIMQualifier> DisplayQualifiers::LookUp(const TName& name) const {
-    if (fLookup != nullptr) {
-        return fLookup(*fDeclaration, name.Normalized());
+    if (lookup_ != nullptr) {
+        return lookup_(*declaration_, name.Normalized());
     }
     try {
-        return fDeclaration->GetQualifier(name.Given(), TCIMContext());
+        return declaration_->GetQualifier(name.Given(), TCIMContext());
     } catch (const TVYXException& exception) {
         if (exception.GetStatusCode().GetCode() != kNotFound) {
             throw TVYXException(exception.GetStatusCode()); // the code alone, whatever the declaration throws

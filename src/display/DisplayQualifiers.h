@@ -21,12 +21,12 @@ class DisplayQualifiers {
     class TName {
       public:
         explicit TName(const char* name);
-        const std::string& Given() const { return fGiven; }
-        const std::string& Normalized() const { return fNormalized; }
+        const std::string& Given() const { return given_; }
+        const std::string& Normalized() const { return normalized_; }
 
       private:
-        std::string fGiven;
-        std::string fNormalized;
+        std::string given_;
+        std::string normalized_;
     };
 
     /// Finds a declaration's qualifier by its normalised name; an empty pointer when there is none.
@@ -50,8 +50,8 @@ class DisplayQualifiers {
     boost::shared_ptr<ICIMQualifier> Find(const TName& name) const;
     boost::shared_ptr<ICIMQualifier> LookUp(const TName& name) const;
 
-    boost::shared_ptr<ICIMPropertyDecl const> fDeclaration;
-    TLookup fLookup;
+    boost::shared_ptr<ICIMPropertyDecl const> declaration_;
+    TLookup lookup_;
 };
 
 } // namespace NQORVYX20

@@ -84,18 +84,18 @@ char ToLower(char letter) { return letter >= 'A' && letter <= 'Z' ? static_cast<
 } // namespace
 
 DisplayUnits::DisplayUnits(const std::string& units)
-    : fPrefix(FindPrefix(units)), fBase(units.substr(kPrefixes.at(fPrefix).longText.size())) {}
+    : prefix_(FindPrefix(units)), base_(units.substr(kPrefixes.at(prefix_).longText.size())) {}
 
-bool DisplayUnits::IsTime() const { return fBase == kSeconds; }
+bool DisplayUnits::IsTime() const { return base_ == kSeconds; }
 
 bool DisplayUnits::IsData() const {
-    return fBase == kBytes || fBase == kBits || fBase == kBytesPerSecond || fBase == kBitsPerSecond;
+    return base_ == kBytes || base_ == kBits || base_ == kBytesPerSecond || base_ == kBitsPerSecond;
 }
 
 std::optional<std::string> DisplayUnits::TimeText(std::uint64_t number) const {
     TCIMDateTime interval;
-    if (fPrefix >= kNone) {
-        const std::uint64_t ticks = TicksPerSecond(fPrefix);
+    if (prefix_ >= kNone) {
+        const std::uint64_t ticks = TicksPerSecond(prefix_);
         const std::uint64_t seconds = number / ticks;
         const std::uint64_t days = seconds / 86400;
         if (days > kMaxIntervalDays) {
@@ -112,7 +112,7 @@ std::string DisplayUnits::DataText(std::uint64_t number, const std::string& fixe
     const std::size_t target = FindTarget(fixedPrefix);
     const float divisor = Divisor();
     auto scaled = static_cast<float>(number);
-    std::size_t prefix = fPrefix;
+    std::size_t prefix = prefix_;
     while (prefix > target && (target != 0 || scaled >= divisor)) {
         scaled /= divisor;
         --prefix;
@@ -120,24 +120,24 @@ std::string DisplayUnits::DataText(std::uint64_t number, const std::string& fixe
     return NumberText(scaled) + ' ' + (isAbbreviated ? ShortUnit(prefix) : LongUnit(prefix));
 }
 
-float DisplayUnits::Divisor() const { return fBase == kBitsPerSecond ? 1000.0F : 1024.0F; }
+float DisplayUnits::Divisor() const { return base_ == kBitsPerSecond ? 1000.0F : 1024.0F; }
 
 std::string DisplayUnits::LongUnit(std::size_t prefix) const {
-    std::string unit = std::string(kPrefixes.at(prefix).longText) + fBase;
+    std::string unit = std::string(kPrefixes.at(prefix).longText) + base_;
     std::transform(unit.begin() + 1, unit.end(), unit.begin() + 1, ToLower);
     return unit;
 }
 
 std::string DisplayUnits::ShortUnit(std::size_t prefix) const {
     std::string unit(kPrefixes.at(prefix).shortText);
-    if (fBase == kBytes) {
+    if (base_ == kBytes) {
         unit += 'B';
-    } else if (fBase == kBytesPerSecond) {
+    } else if (base_ == kBytesPerSecond) {
         unit += "B/s";
-    } else if (fBase == kBitsPerSecond) {
+    } else if (base_ == kBitsPerSecond) {
         unit += "bps";
     } else {
-        unit += fBase; // bits have no short form: one letter, B or b, is all that would tell them from bytes
+        unit += base_; // bits have no short form: one letter, B or b, is all that would tell them from bytes
     }
     return unit;
 }

@@ -34,8 +34,8 @@ class DisplayUnits {
     std::string LongUnit(std::size_t prefix) const;
     std::string ShortUnit(std::size_t prefix) const;
 
-    std::size_t fPrefix; // index of the prefix; the larger the prefix, the smaller the index
-    std::string fBase;
+    std::size_t prefix_; // index of the prefix; the larger the prefix, the smaller the index
+    std::string base_;
 };
 
 } // namespace NQORVYX20

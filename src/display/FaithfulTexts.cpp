@@ -72,7 +72,7 @@ bool IsMereCount(const Unit& unit) { return unit.symbol.empty() || unit.symbol =
 } // namespace
 
 FaithfulTexts::FaithfulTexts(const std::string& name, TCIMValue::TCIMType type, const DisplayQualifiers& qualifiers)
-    : fIsNamedAsReading(SensorUnits::IsReading(name)) {
+    : isNamedAsReading_(SensorUnits::IsReading(name)) {
     static const DisplayQualifiers::TName kNullDisplay("NULLDISPLAY");
     static const DisplayQualifiers::TName kBase("BASE");
     static const DisplayQualifiers::TName kValues("Values");
@@ -82,21 +82,21 @@ FaithfulTexts::FaithfulTexts(const std::string& name, TCIMValue::TCIMType type, 
     static const DisplayQualifiers::TName kPUnit("PUnit");
     static const DisplayQualifiers::TName kUnits("Units");
     static const DisplayQualifiers::TName kUnitHolder("ISPUnit");
-    fNullText = qualifiers.GetString(kNullDisplay).value_or("");
-    fBase = qualifiers.GetUint8(kBase).value_or(kDecimal);
+    nullText_ = qualifiers.GetString(kNullDisplay).value_or("");
+    base_ = qualifiers.GetUint8(kBase).value_or(kDecimal);
     if (const auto texts = qualifiers.GetTexts(kValues); texts && !texts->empty()) {
-        fMap.emplace(ElementType(type), qualifiers.GetTexts(kValueMap), *texts);
+        map_.emplace(ElementType(type), qualifiers.GetTexts(kValueMap), *texts);
     }
     if (const auto names = qualifiers.GetTexts(kBitValues)) {
-        fBits.emplace(qualifiers.GetTexts(kBitMap), *names);
+        bits_.emplace(qualifiers.GetTexts(kBitMap), *names);
     }
-    fUnitHolder = qualifiers.GetString(kUnitHolder).value_or("");
+    unitHolder_ = qualifiers.GetString(kUnitHolder).value_or("");
     const std::string programmatic = qualifiers.GetString(kPUnit).value_or("");
     const std::string words = qualifiers.GetString(kUnits).value_or("");
-    fUnit = ParseProgrammaticUnit(programmatic);
-    if (!fUnit || (IsMereCount(*fUnit) && !words.empty())) { // what is counted, the words say
-        fUnit = ParseUnitText(words);
-        fUnknownUnit = fUnit ? "" : words.empty() ? programmatic : words;
+    unit_ = ParseProgrammaticUnit(programmatic);
+    if (!unit_ || (IsMereCount(*unit_) && !words.empty())) { // what is counted, the words say
+        unit_ = ParseUnitText(words);
+        unknownUnit_ = unit_ ? "" : words.empty() ? programmatic : words;
     }
 }
 
@@ -130,9 +130,9 @@ std::vector<std::string> FaithfulTexts::OfElements(const TCIMValue& value, const
 
 std::string FaithfulTexts::OfScalar(const TCIMValue& value, const DisplayChoice& choice) const {
     if (value.IsNull()) {
-        return fNullText;
+        return nullText_;
     }
-    if (const std::string* const text = fMap ? fMap->Find(value) : nullptr) {
+    if (const std::string* const text = map_ ? map_->Find(value) : nullptr) {
         return *text;
     }
     const ECIMType type = value.GetType();
@@ -141,23 +141,23 @@ std::string FaithfulTexts::OfScalar(const TCIMValue& value, const DisplayChoice&
     }
     const bool isNumber = IsUnsigned(type) || IsSigned(type) || IsReal(type);
     const std::string text = isNumber ? OfNumber(value, choice) : value.ToString(kDecimal);
-    return fMap && choice.saysWhatIsNot ? text + " (not in the map)" : text;
+    return map_ && choice.saysWhatIsNot ? text + " (not in the map)" : text;
 }
 
 std::string FaithfulTexts::OfNumber(const TCIMValue& value, const DisplayChoice& choice) const {
-    if (fBits && IsUnsigned(value.GetType())) {
-        const std::string names = fBits->TextOf(static_cast<unsigned long long>(value));
+    if (bits_ && IsUnsigned(value.GetType())) {
+        const std::string names = bits_->TextOf(static_cast<unsigned long long>(value));
         return names.empty() ? value.ToString(kDecimal) : names;
     }
-    if (choice.unit != nullptr || fUnit) {
+    if (choice.unit != nullptr || unit_) {
         return WithUnitOf(value, choice);
     }
-    const std::string text = value.ToString(IsReal(value.GetType()) ? kDecimal : fBase);
-    return fUnknownUnit.empty() ? text : text + ' ' + fUnknownUnit;
+    const std::string text = value.ToString(IsReal(value.GetType()) ? kDecimal : base_);
+    return unknownUnit_.empty() ? text : text + ' ' + unknownUnit_;
 }
 
 std::string FaithfulTexts::WithUnitOf(const TCIMValue& value, const DisplayChoice& choice) const {
-    const Unit& unit = choice.unit != nullptr ? *choice.unit : *fUnit;
+    const Unit& unit = choice.unit != nullptr ? *choice.unit : *unit_;
     const auto number = choice.isUnscaled ? std::nullopt : ExactNumberOf(value);
     return number && !IsGreatest(value.GetType(), *number) ? QuantityText(*number, unit)
                                                            : UnscaledText(value.ToString(kDecimal), unit);

@@ -26,24 +26,24 @@ class FaithfulTexts : public PropertyTexts {
     std::vector<std::string> OfElements(const TCIMValue& value, const DisplayChoice& choice) const override;
 
     /// Whether the property has the name of a numeric sensor's reading.
-    bool IsNamedAsReading() const { return fIsNamedAsReading; }
+    bool IsNamedAsReading() const { return isNamedAsReading_; }
 
     /// The property of the same class that holds the unit, by the qualifier ISPUnit; empty for none.
-    const std::string& UnitHolder() const { return fUnitHolder; }
+    const std::string& UnitHolder() const { return unitHolder_; }
 
   private:
     std::string OfScalar(const TCIMValue& value, const DisplayChoice& choice) const;
     std::string OfNumber(const TCIMValue& value, const DisplayChoice& choice) const;
     std::string WithUnitOf(const TCIMValue& value, const DisplayChoice& choice) const;
 
-    std::string fNullText;
-    unsigned char fBase;
-    std::optional<StandardValueMap> fMap;
-    std::optional<BitNames> fBits;
-    std::optional<Unit> fUnit;
-    std::string fUnknownUnit; ///< one that nobody knows, as it is
-    std::string fUnitHolder;
-    bool fIsNamedAsReading;
+    std::string nullText_;
+    unsigned char base_;
+    std::optional<StandardValueMap> map_;
+    std::optional<BitNames> bits_;
+    std::optional<Unit> unit_;
+    std::string unknownUnit_; ///< one that nobody knows, as it is
+    std::string unitHolder_;
+    bool isNamedAsReading_;
 };
 
 } // namespace NQORVYX20

@@ -73,17 +73,17 @@ std::optional<Fraction> Fraction::Make(const ExactNumber& number, const Scale& s
 
 std::optional<Fraction> Fraction::Times(TNumber number) const {
     Fraction product = *this;
-    return Multiply(product.fAbove, number) ? std::optional(product) : std::nullopt;
+    return Multiply(product.above_, number) ? std::optional(product) : std::nullopt;
 }
 
 std::optional<Fraction> Fraction::By(TNumber number) const {
     Fraction quotient = *this;
-    return Multiply(quotient.fBelow, number) ? std::optional(quotient) : std::nullopt;
+    return Multiply(quotient.below_, number) ? std::optional(quotient) : std::nullopt;
 }
 
 Fraction::TNumber Fraction::Rounded() const {
-    const TNumber rest = fAbove % fBelow;
-    return fAbove / fBelow + (rest >= fBelow - rest && rest != 0 ? 1 : 0);
+    const TNumber rest = above_ % below_;
+    return above_ / below_ + (rest >= below_ - rest && rest != 0 ? 1 : 0);
 }
 
 } // namespace NQORVYX20

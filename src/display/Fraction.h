@@ -33,10 +33,10 @@ class Fraction {
     /// The number's size times the scale's; nothing where that does not fit.
     static std::optional<Fraction> Make(const ExactNumber& number, const Scale& scale);
 
-    bool IsZero() const { return fAbove == 0; }
+    bool IsZero() const { return above_ == 0; }
 
     /// Whether it is at least that many.
-    bool IsAtLeast(TNumber number) const { return fAbove / fBelow >= number; }
+    bool IsAtLeast(TNumber number) const { return above_ / below_ >= number; }
 
     /// Both give nothing where the result does not fit.
     std::optional<Fraction> Times(TNumber number) const;
@@ -44,17 +44,17 @@ class Fraction {
 
     /// The whole number that it is, if it is one.
     std::optional<TNumber> Whole() const {
-        return fAbove % fBelow == 0 ? std::optional(fAbove / fBelow) : std::nullopt;
+        return above_ % below_ == 0 ? std::optional(above_ / below_) : std::nullopt;
     }
 
     /// Rounded to the nearest whole number, halves up.
     TNumber Rounded() const;
 
   private:
-    Fraction(TNumber above, TNumber below) : fAbove(above), fBelow(below) {}
+    Fraction(TNumber above, TNumber below) : above_(above), below_(below) {}
 
-    TNumber fAbove;
-    TNumber fBelow;
+    TNumber above_;
+    TNumber below_;
 };
 
 } // namespace NQORVYX20

@@ -46,16 +46,16 @@ std::string RoundedText(const Fraction& number) {
 class Prefixed {
   public:
     Prefixed(const Fraction& number, unsigned step, const std::string& symbol)
-        : fNumber(number), fStep(step), fSymbol(symbol) {}
+        : number_(number), step_(step), symbol_(symbol) {}
 
     std::string Text() const {
-        if (!fNumber.IsAtLeast(1)) {
-            return fStep == 1000 ? SmallText() : WithUnit(PlainText(fNumber), {}, fSymbol);
+        if (!number_.IsAtLeast(1)) {
+            return step_ == 1000 ? SmallText() : WithUnit(PlainText(number_), {}, symbol_);
         }
         std::size_t prefix = 0;
         TNumber size = 1;
-        while (prefix + 1 < kLargePrefixes.size() && fNumber.IsAtLeast(size * fStep)) {
-            size *= fStep;
+        while (prefix + 1 < kLargePrefixes.size() && number_.IsAtLeast(size * step_)) {
+            size *= step_;
             ++prefix;
         }
         return LargeText(prefix, size);
@@ -63,18 +63,18 @@ class Prefixed {
 
   private:
     const std::string_view& Prefix(std::size_t prefix) const {
-        return (fStep == 1024 ? kBinaryPrefixes : kLargePrefixes).at(prefix);
+        return (step_ == 1024 ? kBinaryPrefixes : kLargePrefixes).at(prefix);
     }
 
     std::string LargeText(std::size_t prefix, TNumber size) const {
         const std::size_t largest = prefix;
-        for (TNumber smaller = size;; smaller /= fStep, --prefix) {
-            const auto part = fNumber.By(smaller);
+        for (TNumber smaller = size;; smaller /= step_, --prefix) {
+            const auto part = number_.By(smaller);
             const std::string text = part ? ShortText(*part) : std::string();
             if (!text.empty()) {
-                return WithUnit(text, Prefix(prefix), fSymbol);
+                return WithUnit(text, Prefix(prefix), symbol_);
             }
-            if (prefix == 0 || fStep == 1000) { // whose parts have the same digits
+            if (prefix == 0 || step_ == 1000) { // whose parts have the same digits
                 break;
             }
         }
@@ -83,17 +83,17 @@ class Prefixed {
 
     /// Where rounding reaches the next prefix, that is the one.
     std::string RoundedWith(std::size_t prefix, TNumber size) const {
-        const auto tenths = fNumber.By(size)->Times(10);
+        const auto tenths = number_.By(size)->Times(10);
         if (!tenths) {
-            return WithUnit(NumberText(fNumber.By(size)->Rounded(), 0), Prefix(prefix), fSymbol);
+            return WithUnit(NumberText(number_.By(size)->Rounded(), 0), Prefix(prefix), symbol_);
         }
-        const bool isNext = tenths->Rounded() >= fStep * 10 && prefix + 1 < kLargePrefixes.size();
-        return isNext ? WithUnit("1.0", Prefix(prefix + 1), fSymbol)
-                      : WithUnit(NumberText(tenths->Rounded(), 1), Prefix(prefix), fSymbol);
+        const bool isNext = tenths->Rounded() >= step_ * 10 && prefix + 1 < kLargePrefixes.size();
+        return isNext ? WithUnit("1.0", Prefix(prefix + 1), symbol_)
+                      : WithUnit(NumberText(tenths->Rounded(), 1), Prefix(prefix), symbol_);
     }
 
     std::string SmallText() const {
-        Fraction larger = fNumber;
+        Fraction larger = number_;
         std::size_t prefix = 0;
         while (prefix + 1 < kSmallPrefixes.size() && !larger.IsAtLeast(1)) {
             const auto next = larger.Times(1000);
@@ -104,12 +104,12 @@ class Prefixed {
             ++prefix;
         }
         const std::string text = ShortText(larger);
-        return WithUnit(text.empty() ? RoundedText(larger) : text, kSmallPrefixes.at(prefix), fSymbol);
+        return WithUnit(text.empty() ? RoundedText(larger) : text, kSmallPrefixes.at(prefix), symbol_);
     }
 
-    const Fraction& fNumber;
-    const TNumber fStep;
-    const std::string& fSymbol;
+    const Fraction& number_;
+    const TNumber step_;
+    const std::string& symbol_;
 };
 
 } // namespace

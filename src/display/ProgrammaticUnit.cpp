@@ -42,17 +42,17 @@ class Parser {
     /// False for what is no unit, power or number.
     bool Take(std::string_view term, bool isDivided) {
         if (const BaseUnit* const unit = FindBaseUnit(term)) {
-            isDivided ? fUnit.Divide(*unit) : fUnit.Multiply(*unit);
+            isDivided ? unit_.Divide(*unit) : unit_.Multiply(*unit);
             return true;
         }
         const auto caret = term.find('^');
         const bool isTaken = caret == std::string_view::npos ? TakeNumber(term, isDivided)
                                                              : TakePower(Trimmed(term.substr(0, caret)),
                                                                          Trimmed(term.substr(caret + 1)), isDivided);
-        return isTaken && IsWithinBounds(fUnit.GetScale());
+        return isTaken && IsWithinBounds(unit_.GetScale());
     }
 
-    std::optional<Unit> Result() const { return fUnit.Build(); }
+    std::optional<Unit> Result() const { return unit_.Build(); }
 
   private:
     bool TakePower(std::string_view base, std::string_view exponent, bool isDivided) {
@@ -60,7 +60,7 @@ class Parser {
         if (!number || std::abs(*number) > kGreatestPowerOfTwo || (base != "10" && base != "2")) {
             return false;
         }
-        (base == "10" ? fUnit.GetScale().ten : fUnit.GetScale().two) += isDivided ? -*number : *number;
+        (base == "10" ? unit_.GetScale().ten : unit_.GetScale().two) += isDivided ? -*number : *number;
         return true;
     }
 
@@ -77,14 +77,14 @@ class Parser {
         if (!number || *number > kGreatestFactor || digits.front() == '+') {
             return false;
         }
-        Scale& scale = fUnit.GetScale();
+        Scale& scale = unit_.GetScale();
         (isDivided ? scale.divisor : scale.factor) *= *number;
         scale.ten += isDivided ? decimals : -decimals;
         scale.isNegative = scale.isNegative != isNegative;
         return true;
     }
 
-    UnitBuilder fUnit;
+    UnitBuilder unit_;
 };
 
 } // namespace

@@ -67,8 +67,8 @@ std::vector<std::string> CountedFromZero(std::size_t count) {
 
 StandardValueMap::StandardValueMap(TCIMValue::TCIMType type, const std::optional<std::vector<std::string>>& entries,
                                    const std::vector<std::string>& texts)
-    : fIsSigned(IsSigned(type)), fIsText(!IsNumberType(type)) {
-    if (!entries && fIsText) {
+    : isSigned_(IsSigned(type)), isText_(!IsNumberType(type)) {
+    if (!entries && isText_) {
         return;
     }
     const std::vector<std::string> counted = entries ? *entries : CountedFromZero(texts.size());
@@ -76,15 +76,15 @@ StandardValueMap::StandardValueMap(TCIMValue::TCIMType type, const std::optional
     for (std::size_t i = 0; i < counted.size(); ++i) {
         const std::string text = i < texts.size() ? texts[i] : std::string();
         if (Trimmed(counted[i]) == "..") {
-            fOthers = fOthers.empty() ? text : fOthers;
-        } else if (fIsText) {
-            fTexts.emplace(counted[i], text);
+            others_ = others_.empty() ? text : others_;
+        } else if (isText_) {
+            texts_.emplace(counted[i], text);
         } else {
             AddRange(counted[i], text, rows);
         }
     }
-    if (!fIsText) {
-        fNumbers.emplace(std::move(rows), std::string());
+    if (!isText_) {
+        numbers_.emplace(std::move(rows), std::string());
     }
 }
 
@@ -111,10 +111,10 @@ std::optional<std::uint64_t> StandardValueMap::KeyOf(const std::string& number) 
     const bool isNegative = !number.empty() && number.front() == '-';
     const bool hasSign = isNegative || (!number.empty() && number.front() == '+');
     const auto size = ParseMagnitude(std::string_view(number).substr(hasSign ? 1 : 0));
-    if (!size || (isNegative && *size != 0 && !fIsSigned)) {
+    if (!size || (isNegative && *size != 0 && !isSigned_)) {
         return std::nullopt;
     }
-    if (!fIsSigned) {
+    if (!isSigned_) {
         return size;
     }
     if (isNegative ? *size > kSignBit : *size >= kSignBit) {
@@ -128,24 +128,24 @@ std::optional<std::uint64_t> StandardValueMap::KeyOf(const TCIMValue& value) con
     if (type == ECIMType::eCIMBoolean) {
         return static_cast<bool>(value) ? 1 : 0;
     }
-    if (IsSigned(type) && fIsSigned) {
+    if (IsSigned(type) && isSigned_) {
         const auto number = SignedNumber(value);
         return number ? std::optional(static_cast<std::uint64_t>(*number) ^ kSignBit) : std::nullopt;
     }
-    return IsUnsigned(type) && !fIsSigned ? std::optional<std::uint64_t>(static_cast<unsigned long long>(value))
+    return IsUnsigned(type) && !isSigned_ ? std::optional<std::uint64_t>(static_cast<unsigned long long>(value))
                                           : std::nullopt;
 }
 
 const std::string* StandardValueMap::Find(const TCIMValue& value) const {
     const std::string* text = nullptr;
-    if (fIsText) {
-        const auto found = fTexts.find(value.ToString(10));
-        text = found == fTexts.end() ? nullptr : &found->second;
+    if (isText_) {
+        const auto found = texts_.find(value.ToString(10));
+        text = found == texts_.end() ? nullptr : &found->second;
     } else if (const auto key = KeyOf(value)) {
-        text = fNumbers->Find(*key);
+        text = numbers_->Find(*key);
     }
     if (text == nullptr) {
-        text = &fOthers;
+        text = &others_;
     }
     return text->empty() ? nullptr : text;
 }

@@ -28,11 +28,11 @@ class StandardValueMap {
     std::optional<std::uint64_t> KeyOf(const std::string& number) const;
     std::optional<std::uint64_t> KeyOf(const TCIMValue& value) const;
 
-    bool fIsSigned;
-    bool fIsText;
-    std::optional<ValueMapTable> fNumbers;
-    std::map<std::string, std::string> fTexts;
-    std::string fOthers; ///< for what no other entry claims
+    bool isSigned_;
+    bool isText_;
+    std::optional<ValueMapTable> numbers_;
+    std::map<std::string, std::string> texts_;
+    std::string others_; ///< for what no other entry claims
 };
 
 } // namespace NQORVYX20

@@ -20,36 +20,36 @@ std::string Product(const std::vector<const BaseUnit*>& units) {
 } // namespace
 
 bool UnitBuilder::IsOne(const char* above, const char* below) const {
-    return fAbove.size() == 1 && fAbove.front()->name == above &&
-           (below == nullptr ? fBelow.empty() : fBelow.size() == 1 && fBelow.front()->name == below);
+    return above_.size() == 1 && above_.front()->name == above &&
+           (below == nullptr ? below_.empty() : below_.size() == 1 && below_.front()->name == below);
 }
 
-bool UnitBuilder::IsTime() const { return fAbove.size() == 1 && fBelow.empty() && fAbove.front()->seconds != 0; }
+bool UnitBuilder::IsTime() const { return above_.size() == 1 && below_.empty() && above_.front()->seconds != 0; }
 
 std::optional<Unit> UnitBuilder::Build() const {
-    if (fAbove.empty()) {
+    if (above_.empty()) {
         return std::nullopt;
     }
     if (IsTime()) {
         return TimeUnit();
     }
-    const bool isWord = fAbove.size() == 1 && fBelow.empty() && !fAbove.front()->singular.empty();
+    const bool isWord = above_.size() == 1 && below_.empty() && !above_.front()->singular.empty();
     const std::string symbol = Symbol();
-    return Unit{symbol, isWord ? std::string(fAbove.front()->singular) : symbol, fScale, StepsOf()};
+    return Unit{symbol, isWord ? std::string(above_.front()->singular) : symbol, scale_, StepsOf()};
 }
 
 /// Sizes go by 1024 unless the unit itself counts in thousands; rates go by 1000 unless it counts in 1024s.
 Unit::Steps UnitBuilder::StepsOf() const {
-    if (!fAbove.front()->hasPrefixes || (IsOne("bit", nullptr) && fScale.IsOne())) {
+    if (!above_.front()->hasPrefixes || (IsOne("bit", nullptr) && scale_.IsOne())) {
         return Unit::Steps::kNone;
     }
-    const bool isBinary = fScale.two != 0 || (IsOne("byte", nullptr) && fScale.ten == 0);
+    const bool isBinary = scale_.two != 0 || (IsOne("byte", nullptr) && scale_.ten == 0);
     return isBinary ? Unit::Steps::kBinary : Unit::Steps::kDecimal;
 }
 
 Unit UnitBuilder::TimeUnit() const {
-    Unit unit{"s", "s", fScale, Unit::Steps::kTime};
-    unit.scale.factor *= fAbove.front()->seconds;
+    Unit unit{"s", "s", scale_, Unit::Steps::kTime};
+    unit.scale.factor *= above_.front()->seconds;
     return unit;
 }
 
@@ -60,18 +60,18 @@ std::string UnitBuilder::Symbol() const {
     if (IsOne("revolution", "minute")) {
         return "rpm";
     }
-    if (fAbove.size() == 2 && fBelow.empty() && fAbove[1]->name == "hour") {
-        return std::string(fAbove[0]->symbol) + 'h';
+    if (above_.size() == 2 && below_.empty() && above_[1]->name == "hour") {
+        return std::string(above_[0]->symbol) + 'h';
     }
-    if (fAbove.size() == 2 && fBelow.empty() && fAbove[0]->name == "volt" && fAbove[1]->name == "ampere") {
+    if (above_.size() == 2 && below_.empty() && above_[0]->name == "volt" && above_[1]->name == "ampere") {
         return "VA";
     }
-    if (fBelow.empty()) {
-        return Product(fAbove);
+    if (below_.empty()) {
+        return Product(above_);
     }
-    const std::string below = Product(fBelow);
-    const std::string above = Product(fAbove);
-    return (above.empty() ? "1" : above) + '/' + (fBelow.size() > 1 ? '(' + below + ')' : below);
+    const std::string below = Product(below_);
+    const std::string above = Product(above_);
+    return (above.empty() ? "1" : above) + '/' + (below_.size() > 1 ? '(' + below + ')' : below);
 }
 
 } // namespace NQORVYX20

@@ -11,9 +11,9 @@ namespace NQORVYX20 {
 /// Puts a unit together out of what it is made of, such as `byte / second * 10^3`.
 class UnitBuilder {
   public:
-    void Multiply(const BaseUnit& unit) { fAbove.push_back(&unit); }
-    void Divide(const BaseUnit& unit) { fBelow.push_back(&unit); }
-    Scale& GetScale() { return fScale; }
+    void Multiply(const BaseUnit& unit) { above_.push_back(&unit); }
+    void Divide(const BaseUnit& unit) { below_.push_back(&unit); }
+    Scale& GetScale() { return scale_; }
 
     /// Nothing without any base unit.
     std::optional<Unit> Build() const;
@@ -25,9 +25,9 @@ class UnitBuilder {
     Unit TimeUnit() const;
     std::string Symbol() const;
 
-    std::vector<const BaseUnit*> fAbove;
-    std::vector<const BaseUnit*> fBelow;
-    Scale fScale;
+    std::vector<const BaseUnit*> above_;
+    std::vector<const BaseUnit*> below_;
+    Scale scale_;
 };
 
 } // namespace NQORVYX20

@@ -143,10 +143,10 @@ class WordParser {
         const bool isKnown = hasBelow
                                  ? TakeAbove(text.substr(0, per), false) && TakeBelow(text.substr(per + kPer.size()))
                                  : TakeAbove(text, true);
-        return isKnown ? fUnit.Build() : std::nullopt;
+        return isKnown ? unit_.Build() : std::nullopt;
     }
 
-    Scale& GetScale() { return fUnit.GetScale(); }
+    Scale& GetScale() { return unit_.GetScale(); }
 
   private:
     bool TakeAbove(std::string_view word, bool isAlone) {
@@ -159,19 +159,19 @@ class WordParser {
         if (power == 0 || (unit != nullptr && !unit->hasPrefixes) || !Multiply(word)) {
             return false;
         }
-        ApplyPrefix(fUnit.GetScale(), power, isAlone && unit != nullptr && unit->name == "byte");
+        ApplyPrefix(unit_.GetScale(), power, isAlone && unit != nullptr && unit->name == "byte");
         return true;
     }
 
     bool Multiply(std::string_view word) {
         if (const BaseUnit* const unit = FindUnitWord(word)) {
-            fUnit.Multiply(*unit);
+            unit_.Multiply(*unit);
             return true;
         }
         for (const TProduct& product : kProducts) {
             if (product.word == word) {
-                fUnit.Multiply(*FindBaseUnit(product.first));
-                fUnit.Multiply(*FindBaseUnit(product.second));
+                unit_.Multiply(*FindBaseUnit(product.first));
+                unit_.Multiply(*FindBaseUnit(product.second));
                 return true;
             }
         }
@@ -181,12 +181,12 @@ class WordParser {
     bool TakeBelow(std::string_view word) {
         const BaseUnit* const unit = FindUnitWord(word);
         if (unit != nullptr) {
-            fUnit.Divide(*unit);
+            unit_.Divide(*unit);
         }
         return unit != nullptr;
     }
 
-    UnitBuilder fUnit;
+    UnitBuilder unit_;
 };
 
 /// Phrases that no rule would make of their words.

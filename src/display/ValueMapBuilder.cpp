@@ -33,14 +33,14 @@ std::optional<std::uint64_t> TakeNumber(std::string_view& text) {
 } // namespace
 
 ValueMapBuilder::ValueMapBuilder(std::vector<ValueMapRow>& table, std::string& defaultText)
-    : fTable(table), fDefaultText(defaultText) {}
+    : table_(table), defaultText_(defaultText) {}
 
 bool ValueMapBuilder::Add(std::string_view entry, const std::string& text) {
     if (entry == kDots) {
         if (IsLastRowOpen()) {
             return false;
         }
-        fDefaultText = text;
+        defaultText_ = text;
     } else if (StartsWithDots(entry)) {
         AddRangeFromZero(entry.substr(kDots.size()), text);
     } else {
@@ -49,11 +49,11 @@ bool ValueMapBuilder::Add(std::string_view entry, const std::string& text) {
     return true;
 }
 
-bool ValueMapBuilder::IsLastRowOpen() const { return !fTable.empty() && fTable.back().high == kOpenEnd; }
+bool ValueMapBuilder::IsLastRowOpen() const { return !table_.empty() && table_.back().high == kOpenEnd; }
 
 void ValueMapBuilder::AddRangeFromZero(std::string_view end, const std::string& text) {
     if (const auto high = TakeNumber(end)) {
-        fTable.push_back({0, *high, text});
+        table_.push_back({0, *high, text});
     }
 }
 
@@ -63,9 +63,9 @@ void ValueMapBuilder::AddNumber(std::string_view entry, const std::string& text)
         return;
     }
     if (IsLastRowOpen()) {
-        fTable.back().high = *low - 1; // 0 leaves it open: there is nothing below to end it at
+        table_.back().high = *low - 1; // 0 leaves it open: there is nothing below to end it at
     }
-    fTable.push_back({*low, StartsWithDots(entry) ? kOpenEnd : *low, text});
+    table_.push_back({*low, StartsWithDots(entry) ? kOpenEnd : *low, text});
 }
 
 } // namespace NQORVYX20

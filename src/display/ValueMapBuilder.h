@@ -28,8 +28,8 @@ class ValueMapBuilder {
     void AddRangeFromZero(std::string_view end, const std::string& text);
     void AddNumber(std::string_view entry, const std::string& text);
 
-    std::vector<ValueMapRow>& fTable;
-    std::string& fDefaultText;
+    std::vector<ValueMapRow>& table_;
+    std::string& defaultText_;
 };
 
 } // namespace NQORVYX20

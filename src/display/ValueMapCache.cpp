@@ -7,9 +7,9 @@ namespace NQORVYX20 {
 
 void ValueMapCache::Keep(const TSource& values, const TSource& entries,
                          const boost::shared_ptr<const ValueMapTable>& map) {
-    fValues = values;
-    fEntries = entries;
-    fMap = map;
+    values_ = values;
+    entries_ = entries;
+    map_ = map;
 }
 
 } // namespace NQORVYX20

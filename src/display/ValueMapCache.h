@@ -25,18 +25,18 @@ class ValueMapCache {
 
     /// True when the map was made from these qualifiers as they are now.
     bool IsMadeFrom(const TSource& values, const TSource& entries) const {
-        return fValues == values && fEntries == entries;
+        return values_ == values && entries_ == entries;
     }
 
     /// Keeps a map, which may be empty, made from these qualifiers.
     void Keep(const TSource& values, const TSource& entries, const boost::shared_ptr<const ValueMapTable>& map);
 
-    const boost::shared_ptr<const ValueMapTable>& Map() const { return fMap; }
+    const boost::shared_ptr<const ValueMapTable>& Map() const { return map_; }
 
   private:
-    TSource fValues;
-    TSource fEntries;
-    boost::shared_ptr<const ValueMapTable> fMap;
+    TSource values_;
+    TSource entries_;
+    boost::shared_ptr<const ValueMapTable> map_;
 };
 
 } // namespace NQORVYX20

@@ -47,14 +47,14 @@ ValueMapIndex::ValueMapIndex(const std::vector<ValueMapRow>& rows) {
                 covering.erase(bound->row);
             }
         }
-        fSpans.push_back({at, covering.empty() ? std::nullopt : std::make_optional(*covering.begin())});
+        spans_.push_back({at, covering.empty() ? std::nullopt : std::make_optional(*covering.begin())});
     }
 }
 
 std::optional<std::size_t> ValueMapIndex::RowOf(std::uint64_t number) const {
-    const auto next = std::upper_bound(fSpans.begin(), fSpans.end(), number,
+    const auto next = std::upper_bound(spans_.begin(), spans_.end(), number,
                                        [](std::uint64_t wanted, const TSpan& span) { return wanted < span.begin; });
-    return next == fSpans.begin() ? std::nullopt : std::prev(next)->row;
+    return next == spans_.begin() ? std::nullopt : std::prev(next)->row;
 }
 
 } // namespace NQORVYX20

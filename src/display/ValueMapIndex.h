@@ -26,7 +26,7 @@ class ValueMapIndex {
         std::optional<std::size_t> row;
     };
 
-    std::vector<TSpan> fSpans; // by their begins
+    std::vector<TSpan> spans_; // by their begins
 };
 
 } // namespace NQORVYX20

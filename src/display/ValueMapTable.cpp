@@ -10,11 +10,11 @@
 namespace NQORVYX20 {
 
 ValueMapTable::ValueMapTable(std::vector<ValueMapRow> rows, std::string defaultText)
-    : fRows(std::move(rows)), fDefaultText(std::move(defaultText)), fIndex(fRows) {}
+    : rows_(std::move(rows)), defaultText_(std::move(defaultText)), index_(rows_) {}
 
 const std::string* ValueMapTable::Find(std::uint64_t number) const {
-    const auto row = fIndex.RowOf(number);
-    return row ? &fRows[*row].text : nullptr;
+    const auto row = index_.RowOf(number);
+    return row ? &rows_[*row].text : nullptr;
 }
 
 boost::shared_ptr<const ValueMapTable> MakeValueMapTable(const DisplayQualifiers& qualifiers) {

@@ -25,16 +25,16 @@ class ValueMapTable {
   public:
     ValueMapTable(std::vector<ValueMapRow> rows, std::string defaultText);
 
-    const std::vector<ValueMapRow>& Rows() const { return fRows; }
-    const std::string& DefaultText() const { return fDefaultText; }
+    const std::vector<ValueMapRow>& Rows() const { return rows_; }
+    const std::string& DefaultText() const { return defaultText_; }
 
     /// The text of the first row that covers the number; null when none does.
     const std::string* Find(std::uint64_t number) const;
 
   private:
-    std::vector<ValueMapRow> fRows;
-    std::string fDefaultText;
-    ValueMapIndex fIndex;
+    std::vector<ValueMapRow> rows_;
+    std::string defaultText_;
+    ValueMapIndex index_;
 };
 
 /// The value map that the qualifiers Values and ValueMap make. Entries without a text of their own get an empty one. An

@@ -12,23 +12,23 @@ namespace NQORVYX20 {
 AssociationFilter::AssociationFilter(boost::shared_ptr<ICIMNamespace> nameSpace, const std::string& assocClass,
                                      const std::string& resultClass, const std::string& role,
                                      const std::string& resultRole, TCIMContext context)
-    : fNamespace(nameSpace),
-      fContext(context),
-      fAssocClass(Resolve(assocClass)),
-      fResultClass(Resolve(resultClass)),
-      fRole(role),
-      fResultRole(resultRole) {}
+    : namespace_(nameSpace),
+      context_(context),
+      assocClass_(Resolve(assocClass)),
+      resultClass_(Resolve(resultClass)),
+      role_(role),
+      resultRole_(resultRole) {}
 
 bool AssociationFilter::AcceptsAssociation(const ICIMClass& association,
                                            const boost::shared_ptr<ICIMClass>& source) const {
-    if (fAssocClass && !association.IsSubclassOf(fAssocClass, TCIMContext())) {
+    if (assocClass_ && !association.IsSubclassOf(assocClass_, TCIMContext())) {
         return false;
     }
-    if (fRole.empty()) {
+    if (role_.empty()) {
         return true;
     }
     try {
-        const auto declaration = association.GetPropertyDecl(fRole, fContext);
+        const auto declaration = association.GetPropertyDecl(role_, context_);
         return declaration && ReferencedClass(*declaration) == source;
     } catch (const TVYXException&) {
         return false; // a role that cannot be looked up does not refer to the source
@@ -41,13 +41,13 @@ std::vector<boost::shared_ptr<ICIMClass>> AssociationFilter::FarEnds(const ICIMC
     try {
         const auto references = ReferencesOf(association);
         const std::string nearEnd = NearEnd(references, source);
-        const std::string resultRole = NormalizeName(fResultRole);
+        const std::string resultRole = NormalizeName(resultRole_);
         for (const auto& [name, declaration] : references) {
             if (name == nearEnd || (!resultRole.empty() && name != resultRole)) {
                 continue;
             }
             const auto farEnd = ReferencedClass(*declaration);
-            if (farEnd && (!fResultClass || farEnd->IsSubclassOf(fResultClass, TCIMContext()))) {
+            if (farEnd && (!resultClass_ || farEnd->IsSubclassOf(resultClass_, TCIMContext()))) {
                 farEnds.push_back(farEnd);
             }
         }
@@ -61,7 +61,7 @@ boost::shared_ptr<ICIMClass> AssociationFilter::Resolve(const std::string& name)
     if (name.empty()) {
         return {};
     }
-    auto cls = fNamespace->GetClass(name, fContext);
+    auto cls = namespace_->GetClass(name, context_);
     if (!cls) {
         throw TVYXException(kNotFound);
     }
@@ -69,26 +69,26 @@ boost::shared_ptr<ICIMClass> AssociationFilter::Resolve(const std::string& name)
 }
 
 boost::shared_ptr<ICIMClass> AssociationFilter::ReferencedClass(const ICIMPropertyDecl& declaration) const {
-    const TCIMValue& reference = declaration.GetDefaultValue(fContext);
+    const TCIMValue& reference = declaration.GetDefaultValue(context_);
     return reference.IsReference() ? Resolve(reference.GetReferencedClass()) : boost::shared_ptr<ICIMClass>();
 }
 
 AssociationFilter::TReferences AssociationFilter::ReferencesOf(const ICIMClass& association) const {
     TReferences references;
     const auto collect = [&](const boost::shared_ptr<ICIMPropertyDecl>& declaration) {
-        if (declaration->GetDefaultValue(fContext).IsReference()) {
-            references.emplace(NormalizeName(declaration->GetName(fContext)), declaration);
+        if (declaration->GetDefaultValue(context_).IsReference()) {
+            references.emplace(NormalizeName(declaration->GetName(context_)), declaration);
         }
         return true;
     };
-    association.EnumeratePropertyDecls(collect, fContext);
+    association.EnumeratePropertyDecls(collect, context_);
     return references;
 }
 
 std::string AssociationFilter::NearEnd(const TReferences& references,
                                        const boost::shared_ptr<ICIMClass>& source) const {
-    if (!fRole.empty()) {
-        return NormalizeName(fRole);
+    if (!role_.empty()) {
+        return NormalizeName(role_);
     }
     std::string nearEnd;
     for (const auto& [name, declaration] : references) {

@@ -45,12 +45,12 @@ class AssociationFilter {
     TReferences ReferencesOf(const ICIMClass& association) const;
     std::string NearEnd(const TReferences& references, const boost::shared_ptr<ICIMClass>& source) const;
 
-    boost::shared_ptr<ICIMNamespace> fNamespace;
-    TCIMContext fContext;
-    boost::shared_ptr<ICIMClass> fAssocClass;
-    boost::shared_ptr<ICIMClass> fResultClass;
-    std::string fRole;
-    std::string fResultRole;
+    boost::shared_ptr<ICIMNamespace> namespace_;
+    TCIMContext context_;
+    boost::shared_ptr<ICIMClass> assocClass_;
+    boost::shared_ptr<ICIMClass> resultClass_;
+    std::string role_;
+    std::string resultRole_;
 };
 
 } // namespace NQORVYX20

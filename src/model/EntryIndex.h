@@ -22,41 +22,41 @@ class EntryIndex {
 
     /// Adds an entry. False, changing nothing, when the name is taken.
     bool Add(const std::string& name, const TEntry& entry) {
-        const bool isNew = fEntries.emplace(name, entry).second;
+        const bool isNew = entries_.emplace(name, entry).second;
         if (isNew) {
-            fOrdered.reset();
+            ordered_.reset();
         }
         return isNew;
     }
 
     /// Puts an entry in the place of the one of that name, which must be there.
     void Replace(const std::string& name, const TEntry& entry) {
-        fEntries.at(name) = entry;
-        fOrdered.reset();
+        entries_.at(name) = entry;
+        ordered_.reset();
     }
 
     /// The entry of that name, or an empty pointer.
     TEntry Find(const std::string& name) const {
-        const auto found = fEntries.find(name);
-        return found == fEntries.end() ? TEntry() : found->second;
+        const auto found = entries_.find(name);
+        return found == entries_.end() ? TEntry() : found->second;
     }
 
     /// The entries in the order of their names. The sequence that is handed out does not change with the collection.
     boost::shared_ptr<const TEntries> Ordered() const {
-        if (!fOrdered) {
-            fOrdered = MakeOrdered();
+        if (!ordered_) {
+            ordered_ = MakeOrdered();
         }
-        return fOrdered;
+        return ordered_;
     }
 
     void Clear() {
-        fEntries.clear();
-        fOrdered.reset();
+        entries_.clear();
+        ordered_.reset();
     }
 
   private:
     boost::shared_ptr<const TEntries> MakeOrdered() const {
-        std::vector<std::pair<std::string, TEntry>> named(fEntries.begin(), fEntries.end());
+        std::vector<std::pair<std::string, TEntry>> named(entries_.begin(), entries_.end());
         std::sort(named.begin(), named.end(),
                   [](const auto& left, const auto& right) { return left.first < right.first; });
         auto ordered = boost::make_shared<TEntries>();
@@ -67,8 +67,8 @@ class EntryIndex {
         return ordered;
     }
 
-    std::unordered_map<std::string, TEntry> fEntries;
-    mutable boost::shared_ptr<const TEntries> fOrdered; // empty after a change
+    std::unordered_map<std::string, TEntry> entries_;
+    mutable boost::shared_ptr<const TEntries> ordered_; // empty after a change
 };
 
 } // namespace NQORVYX20

@@ -18,22 +18,22 @@ class SubClassList {
 
     /// Adds a class at the end, or in the place of the one of that name. Letter case tells names apart.
     void Add(const std::string& name, const boost::shared_ptr<Class>& cls) {
-        const auto [place, isNew] = fPlaces.emplace(name, fClasses.size());
+        const auto [place, isNew] = places_.emplace(name, classes_.size());
         if (isNew) {
-            fClasses.push_back(cls);
+            classes_.push_back(cls);
         } else {
-            fClasses[place->second] = cls;
+            classes_[place->second] = cls;
         }
     }
 
-    const TClasses& Classes() const { return fClasses; }
+    const TClasses& Classes() const { return classes_; }
 
     /// Of a list that is not used any more.
-    TClasses TakeClasses() && { return std::move(fClasses); }
+    TClasses TakeClasses() && { return std::move(classes_); }
 
   private:
-    TClasses fClasses;
-    std::unordered_map<std::string, std::size_t> fPlaces;
+    TClasses classes_;
+    std::unordered_map<std::string, std::size_t> places_;
 };
 
 } // namespace NQORVYX20

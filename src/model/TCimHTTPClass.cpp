@@ -34,11 +34,11 @@ using ECIMType = TCIMValue::TCIMType::ECIMType;
 
 TCimHTTPClass::TCimHTTPClass(boost::shared_ptr<TCimHTTPNamespace> nameSpace, const std::string& name,
                              boost::shared_ptr<TCimHTTPClass> /*superClass*/)
-    : fNamespace(nameSpace),
-      fReading(nameSpace ? nameSpace->GetReading() : boost::shared_ptr<Reading>()),
-      fName(name),
-      fNames(fReading ? fReading->Names() : NameRule::kHost),
-      fQualifiers(fNames) {}
+    : namespace_(nameSpace),
+      reading_(nameSpace ? nameSpace->GetReading() : boost::shared_ptr<Reading>()),
+      name_(name),
+      names_(reading_ ? reading_->Names() : NameRule::kHost),
+      qualifiers_(names_) {}
 
 TCimHTTPClass::~TCimHTTPClass() {
     try {
@@ -50,12 +50,12 @@ TCimHTTPClass::~TCimHTTPClass() {
 
 /// Releases the classes below that nobody else holds in a loop: how many levels there are, the server says.
 void TCimHTTPClass::ReleaseSubClasses() {
-    auto released = std::exchange(fSubClasses, {}).TakeClasses();
+    auto released = std::exchange(subClasses_, {}).TakeClasses();
     while (!released.empty()) {
         const auto cls = std::move(released.back());
         released.pop_back();
         if (cls.use_count() == 1) {
-            auto below = std::exchange(cls->fSubClasses, {}).TakeClasses();
+            auto below = std::exchange(cls->subClasses_, {}).TakeClasses();
             std::move(below.begin(), below.end(), std::back_inserter(released));
         }
     }
@@ -64,29 +64,29 @@ void TCimHTTPClass::ReleaseSubClasses() {
 // --- Materialisation ---------------------------------------------------------------------------------------------
 
 void TCimHTTPClass::Initialize() {
-    if (fSuperClass.lock() || !fSuperClassName.empty()) {
+    if (superClass_.lock() || !superClassName_.empty()) {
         return;
     }
     const auto nameSpace = LockNamespace();
-    if (fName == TCimHTTPNamespace::kRootClassName) {
-        fSuperClass = nameSpace->GetRootClass();
+    if (name_ == TCimHTTPNamespace::kRootClassName) {
+        superClass_ = nameSpace->GetRootClass();
         return;
     }
-    fReading->Define(*this);
+    reading_->Define(*this);
 }
 
-void TCimHTTPClass::SetSuperClass(const boost::shared_ptr<ICIMClass>& superClass) { fSuperClass = superClass; }
+void TCimHTTPClass::SetSuperClass(const boost::shared_ptr<ICIMClass>& superClass) { superClass_ = superClass; }
 
 boost::shared_ptr<TCimHTTPClass> TCimHTTPClass::KnownSuperClass() const {
-    return boost::dynamic_pointer_cast<TCimHTTPClass>(fSuperClass.lock());
+    return boost::dynamic_pointer_cast<TCimHTTPClass>(superClass_.lock());
 }
 
 bool TCimHTTPClass::KeepPropertyDecl(const std::string& key, const boost::shared_ptr<ICIMPropertyDecl>& declaration) {
-    return fPropertyDecls.Add(key, boost::dynamic_pointer_cast<TCimHTTPPropertyDecl>(declaration));
+    return propertyDecls_.Add(key, boost::dynamic_pointer_cast<TCimHTTPPropertyDecl>(declaration));
 }
 
 bool TCimHTTPClass::KeepMethodDecl(const std::string& key, const boost::shared_ptr<ICIMMethodDecl>& declaration) {
-    return fMethodDecls.emplace(key, boost::dynamic_pointer_cast<TCimHTTPMethodDecl>(declaration)).second;
+    return methodDecls_.emplace(key, boost::dynamic_pointer_cast<TCimHTTPMethodDecl>(declaration)).second;
 }
 
 // --- Hierarchy ---------------------------------------------------------------------------------------------------
@@ -102,24 +102,24 @@ void TCimHTTPClass::ModifyClass(boost::shared_ptr<ICIMClass> /*values*/, TCIMCon
     throw TVYXException(kReadOnly);
 }
 
-const std::string& TCimHTTPClass::GetName(TCIMContext /*context*/) const { return fName; }
+const std::string& TCimHTTPClass::GetName(TCIMContext /*context*/) const { return name_; }
 
 boost::shared_ptr<ICIMNamespace> TCimHTTPClass::GetNamespace(TCIMContext /*context*/) const { return LockNamespace(); }
 
 boost::shared_ptr<TCimHTTPNamespace> TCimHTTPClass::LockNamespace() const {
-    return boost::shared_ptr<TCimHTTPNamespace>(fNamespace);
+    return boost::shared_ptr<TCimHTTPNamespace>(namespace_);
 }
 
 boost::shared_ptr<ICIMClass> TCimHTTPClass::GetSuperClass(TCIMContext /*context*/) const {
-    if (!fSuperClassName.empty() && fSuperClass.expired()) {
+    if (!superClassName_.empty() && superClass_.expired()) {
         // The interface calls this operation const, but the two classes are linked now.
-        return fReading->FetchSuperClass(*boost::const_pointer_cast<TCimHTTPClass>(shared_from_this()));
+        return reading_->FetchSuperClass(*boost::const_pointer_cast<TCimHTTPClass>(shared_from_this()));
     }
-    return boost::shared_ptr<ICIMClass>(fSuperClass);
+    return boost::shared_ptr<ICIMClass>(superClass_);
 }
 
 bool TCimHTTPClass::IsRootClass(TCIMContext /*context*/) const {
-    return fSuperClassName.empty() && fSuperClass.lock() == LockNamespace()->GetRootClass();
+    return superClassName_.empty() && superClass_.lock() == LockNamespace()->GetRootClass();
 }
 
 bool TCimHTTPClass::IsSubclassOf(boost::shared_ptr<ICIMClass const> other, TCIMContext context) const {
@@ -141,24 +141,24 @@ bool TCimHTTPClass::IsSubclassOf(boost::shared_ptr<ICIMClass const> other, TCIMC
 /// Tells a class which walk it is on, for the time of its life.
 class TCimHTTPClass::TOnWalk {
   public:
-    TOnWalk(TCimHTTPClass& cls, TWalk& walk) : fClass(cls) { fClass.fWalk = &walk; }
-    ~TOnWalk() { fClass.fWalk = nullptr; }
+    TOnWalk(TCimHTTPClass& cls, TWalk& walk) : class_(cls) { class_.walk_ = &walk; }
+    ~TOnWalk() { class_.walk_ = nullptr; }
     TOnWalk(const TOnWalk&) = delete;
     TOnWalk& operator=(const TOnWalk&) = delete;
 
   private:
-    TCimHTTPClass& fClass;
+    TCimHTTPClass& class_;
 };
 
 void TCimHTTPClass::EnumerateSubClasses(const boost::function<bool(boost::shared_ptr<ICIMClass>)>& callback, bool deep,
                                         TCIMContext /*context*/) {
-    if (fReading) {
-        fReading->CompleteSubClasses(*this, deep);
+    if (reading_) {
+        reading_->CompleteSubClasses(*this, deep);
     }
     // A callback that looks classes up makes the list longer.
-    TLevel level{fSubClasses.Classes(), 0};
-    if (fWalk != nullptr) {
-        fWalk->push_back(std::move(level));
+    TLevel level{subClasses_.Classes(), 0};
+    if (walk_ != nullptr) {
+        walk_->push_back(std::move(level));
         return;
     }
     // How deep the hierarchy is, the server says. So the class at the top walks through all of it, and those below,
@@ -180,14 +180,14 @@ void TCimHTTPClass::EnumerateSubClasses(const boost::function<bool(boost::shared
 
 void TCimHTTPClass::AddChildClass(boost::shared_ptr<ICIMClass> child) {
     const auto added = boost::dynamic_pointer_cast<TCimHTTPClass>(child);
-    fSubClasses.Add(Required(added, kTypeMismatch).fName, added);
+    subClasses_.Add(Required(added, kTypeMismatch).name_, added);
 }
 
 void TCimHTTPClass::RemoveChildClass(boost::shared_ptr<ICIMClass> /*child*/) {}
 
-bool TCimHTTPClass::operator==(ICIMClass& other) const { return fName == other.GetName(TCIMContext()); }
+bool TCimHTTPClass::operator==(ICIMClass& other) const { return name_ == other.GetName(TCIMContext()); }
 
-bool TCimHTTPClass::operator<(ICIMClass& other) const { return fName < other.GetName(TCIMContext()); }
+bool TCimHTTPClass::operator<(ICIMClass& other) const { return name_ < other.GetName(TCIMContext()); }
 
 ICIMClass& TCimHTTPClass::operator=(const ICIMClass& /*other*/) { return *this; }
 
@@ -196,7 +196,7 @@ ICIMClass& TCimHTTPClass::operator=(const ICIMClass& /*other*/) { return *this; 
 void TCimHTTPClass::Validate(TCIMContext /*context*/) const {}
 
 bool TCimHTTPClass::HasTrueQualifier(const std::string& name) const {
-    const auto qualifier = fQualifiers.Find(name);
+    const auto qualifier = qualifiers_.Find(name);
     return qualifier && qualifier->IsTrue();
 }
 
@@ -207,7 +207,7 @@ bool TCimHTTPClass::IsAbstract(TCIMContext /*context*/) const { return HasTrueQu
 void TCimHTTPClass::EnumerateKeyNames(const boost::function<bool(const std::string*)>& callback,
                                       TCIMContext context) const {
     try {
-        const auto declarations = fPropertyDecls.Ordered();
+        const auto declarations = propertyDecls_.Ordered();
         for (const auto& declaration : *declarations) {
             if (declaration->IsKey() && !callback(&declaration->GetName(context))) {
                 return;
@@ -216,9 +216,9 @@ void TCimHTTPClass::EnumerateKeyNames(const boost::function<bool(const std::stri
     } catch (const TVYXException&) {
         throw;
     } catch (const std::exception& failure) {
-        Refuse(kTypeMismatch, "TCimHTTP: Enumeration of the keys of class " + fName + " failed: " + failure.what());
+        Refuse(kTypeMismatch, "TCimHTTP: Enumeration of the keys of class " + name_ + " failed: " + failure.what());
     } catch (...) {
-        Refuse(kTypeMismatch, "TCimHTTP: Enumeration of the keys of class " + fName + " failed");
+        Refuse(kTypeMismatch, "TCimHTTP: Enumeration of the keys of class " + name_ + " failed");
     }
 }
 
@@ -229,15 +229,15 @@ TCimHTTPClass::AllocatePropertyDecl(const std::string& name, const TCIMValue& de
 
 boost::shared_ptr<ICIMPropertyDecl> TCimHTTPClass::GetPropertyDecl(const std::string& name,
                                                                    TCIMContext /*context*/) const {
-    if (auto declaration = fPropertyDecls.Find(name)) {
+    if (auto declaration = propertyDecls_.Find(name)) {
         return declaration; // the name is in its normal form, as those of fetched values are
     }
-    return fPropertyDecls.Find(NormalizeName(name, fNames));
+    return propertyDecls_.Find(NormalizeName(name, names_));
 }
 
 void TCimHTTPClass::EnumeratePropertyDecls(const boost::function<bool(boost::shared_ptr<ICIMPropertyDecl>)>& callback,
                                            TCIMContext /*context*/) const {
-    const auto declarations = fPropertyDecls.Ordered();
+    const auto declarations = propertyDecls_.Ordered();
     for (const auto& declaration : *declarations) {
         if (!callback(declaration)) {
             return;
@@ -247,14 +247,14 @@ void TCimHTTPClass::EnumeratePropertyDecls(const boost::function<bool(boost::sha
 
 void TCimHTTPClass::AddPropertyDecl(boost::shared_ptr<ICIMPropertyDecl> declaration) {
     if (!declaration) {
-        Refuse(kTypeMismatch, "TCimHTTP: Attempt to add a property without a declaration to class " + fName);
+        Refuse(kTypeMismatch, "TCimHTTP: Attempt to add a property without a declaration to class " + name_);
     }
     const std::string& name = declaration->GetName(TCIMContext());
     if (declaration->GetType(TCIMContext()) == ECIMType::eCIMReference && !IsAssociation(TCIMContext())) {
         Refuse(kTypeMismatch,
-               "TCimHTTP: Attempt to add reference property " + name + " to non-association class " + fName);
+               "TCimHTTP: Attempt to add reference property " + name + " to non-association class " + name_);
     }
-    const std::string key = NormalizeName(name, fNames);
+    const std::string key = NormalizeName(name, names_);
     bool isOverride = false;
     declaration->GetQualifier("OVERRIDE", isOverride, TCIMContext());
     if (isOverride) {
@@ -265,8 +265,8 @@ void TCimHTTPClass::AddPropertyDecl(boost::shared_ptr<ICIMPropertyDecl> declarat
 
 void TCimHTTPClass::FilePropertyDecl(const std::string& key, const boost::shared_ptr<ICIMPropertyDecl>& declaration) {
     const std::string& name = declaration->GetName(TCIMContext());
-    const std::string attempt = "TCimHTTP: Attempt to add property " + name + " to class " + fName;
-    const bool isTaken = fPropertyDecls.Find(key) != nullptr;
+    const std::string attempt = "TCimHTTP: Attempt to add property " + name + " to class " + name_;
+    const bool isTaken = propertyDecls_.Find(key) != nullptr;
     if (isTaken && name.find("PortType") == std::string::npos) {
         Refuse(kAlreadyExists, attempt + ": already exists");
     }
@@ -275,9 +275,9 @@ void TCimHTTPClass::FilePropertyDecl(const std::string& key, const boost::shared
         Refuse(kTypeMismatch, attempt + ": the declaration is another implementation's");
     }
     if (isTaken) {
-        fPropertyDecls.Replace(key, added);
+        propertyDecls_.Replace(key, added);
     } else {
-        fPropertyDecls.Add(key, added);
+        propertyDecls_.Add(key, added);
     }
 }
 
@@ -296,11 +296,11 @@ void TCimHTTPClass::CheckOverride(const ICIMPropertyDecl& declaration) const {
             violation = "original was defined in this class";
         }
     } catch (const std::exception& failure) {
-        Refuse(kTypeMismatch, "TCimHTTP: Attempt define property " + name + " in class " + fName +
+        Refuse(kTypeMismatch, "TCimHTTP: Attempt define property " + name + " in class " + name_ +
                                   "failed. Reason = " + failure.what());
     }
     if (violation != nullptr) {
-        Refuse(code, "TCimHTTP: Attempt to override property " + name + " in class " + fName + ": " + violation);
+        Refuse(code, "TCimHTTP: Attempt to override property " + name + " in class " + name_ + ": " + violation);
     }
 }
 
@@ -324,12 +324,12 @@ TCimHTTPClass::AllocateMethodDecl(const std::string& name, TCIMValue::TCIMType r
 }
 
 boost::shared_ptr<ICIMMethodDecl> TCimHTTPClass::GetMethodDecl(const std::string& name, TCIMContext /*context*/) const {
-    return FindEntry(fMethodDecls, NormalizeName(name, fNames));
+    return FindEntry(methodDecls_, NormalizeName(name, names_));
 }
 
 void TCimHTTPClass::EnumerateMethodDecls(const boost::function<bool(boost::shared_ptr<ICIMMethodDecl>)>& callback,
                                          TCIMContext /*context*/) const {
-    VisitEntries(fMethodDecls, callback);
+    VisitEntries(methodDecls_, callback);
 }
 
 void TCimHTTPClass::AddMethodDecl(boost::shared_ptr<ICIMMethodDecl> /*declaration*/) {}
@@ -342,7 +342,7 @@ TCIMValue TCimHTTPClass::InvokeMethod(const std::string& /*name*/, TCIMContext& 
 }
 
 boost::shared_ptr<ICIMProperty> TCimHTTPClass::GetProperty(const std::string& name, TCIMContext /*context*/) {
-    auto property = FindEntry(fStaticProperties, NormalizeName(name, fNames));
+    auto property = FindEntry(staticProperties_, NormalizeName(name, names_));
     if (!property) {
         throw TVYXException(kNotFound);
     }
@@ -355,11 +355,11 @@ void TCimHTTPClass::SetPropertyValue(const std::string& /*name*/, const TCIMValu
 
 void TCimHTTPClass::EnumerateStaticProperties(const boost::function<bool(boost::shared_ptr<ICIMProperty>)>& callback,
                                               TCIMContext /*context*/) {
-    VisitEntries(fStaticProperties, callback);
+    VisitEntries(staticProperties_, callback);
 }
 
 void TCimHTTPClass::AddQualifier(boost::shared_ptr<ICIMQualifier> qualifier, TCIMContext /*context*/) {
-    fQualifiers.AddOrReplace(qualifier, {"class", fName});
+    qualifiers_.AddOrReplace(qualifier, {"class", name_});
 }
 
 boost::shared_ptr<ICIMQualifier>
@@ -375,19 +375,19 @@ TCimHTTPClass::AllocateQualifier(boost::shared_ptr<ICIMQualifierDecl const> decl
 }
 
 boost::shared_ptr<ICIMQualifier> TCimHTTPClass::GetQualifier(const std::string& name, TCIMContext /*context*/) const {
-    return fQualifiers.Find(name);
+    return qualifiers_.Find(name);
 }
 
 boost::shared_ptr<ICIMQualifier> TCimHTTPClass::GetQualifier(const std::string& name, bool& found,
                                                              TCIMContext /*context*/) const {
-    auto qualifier = fQualifiers.Find(name);
+    auto qualifier = qualifiers_.Find(name);
     found = qualifier != nullptr;
     return qualifier;
 }
 
 void TCimHTTPClass::EnumerateQualifiers(const boost::function<bool(boost::shared_ptr<ICIMQualifier>)>& callback,
                                         TCIMContext /*context*/) const {
-    fQualifiers.Visit(callback);
+    qualifiers_.Visit(callback);
 }
 
 // --- Associations ------------------------------------------------------------------------------------------------
@@ -414,7 +414,7 @@ void TCimHTTPClass::VisitAssociations(const AssociationFilter& filter, const TAs
     const auto root = LockNamespace()->GetRootClass();
     auto current = shared_from_this();
     while (current && current != root) {
-        const auto candidates = current->fAssociations;
+        const auto candidates = current->associations_;
         for (const auto& candidate : candidates) {
             if (filter.AcceptsAssociation(*candidate, current) && !visitor(candidate, current)) {
                 return;
@@ -436,18 +436,18 @@ boost::shared_ptr<ICIMInstance> TCimHTTPClass::AllocateInstance(TCIMContext cont
 
 void TCimHTTPClass::EnumerateInstances(const boost::function<bool(boost::shared_ptr<ICIMInstance>)>& callback,
                                        bool deep, TCIMContext context) {
-    if (fReading) {
-        fReading->EnumerateInstances(*this, callback, deep, context);
+    if (reading_) {
+        reading_->EnumerateInstances(*this, callback, deep, context);
     } else {
         VisitInstances(callback, deep);
     }
 }
 
 void TCimHTTPClass::VisitInstances(const boost::function<bool(boost::shared_ptr<ICIMInstance>)>& callback, bool deep) {
-    if (!VisitEntries(fInstances, callback) || !deep) {
+    if (!VisitEntries(instances_, callback) || !deep) {
         return;
     }
-    const auto subClasses = fSubClasses.Classes();
+    const auto subClasses = subClasses_.Classes();
     for (const auto& subClass : subClasses) {
         subClass->EnumerateInstances(callback, deep, TCIMContext());
     }
@@ -456,16 +456,16 @@ void TCimHTTPClass::VisitInstances(const boost::function<bool(boost::shared_ptr<
 void TCimHTTPClass::AddInstance(boost::shared_ptr<ICIMInstance> instance) {
     const auto added = boost::dynamic_pointer_cast<TCimHTTPInstance>(instance);
     // Servers mostly give instances in the order of their paths.
-    fInstances.emplace_hint(fInstances.end(), Required(added, kTypeMismatch).BuildPath(TCIMContext()).GetPath(), added);
+    instances_.emplace_hint(instances_.end(), Required(added, kTypeMismatch).BuildPath(TCIMContext()).GetPath(), added);
 }
 
 void TCimHTTPClass::RemoveInstance(boost::shared_ptr<ICIMInstance> instance) {
-    fInstances.erase(instance->BuildPath(TCIMContext()).GetPath());
+    instances_.erase(instance->BuildPath(TCIMContext()).GetPath());
 }
 
 boost::shared_ptr<ICIMInstance> TCimHTTPClass::GetInstance(const TCIMReference& reference,
                                                            TCIMContext /*context*/) const {
-    return FindEntry(fInstances, reference.GetPath());
+    return FindEntry(instances_, reference.GetPath());
 }
 
 void TCimHTTPClass::ClearInstances() {
@@ -482,15 +482,15 @@ void TCimHTTPClass::ClearInstances() {
 
 /// Clears this class alone, and adds those that it was linked to.
 void TCimHTTPClass::ClearOwn(std::vector<boost::shared_ptr<TCimHTTPClass>>& linked) {
-    const auto associations = std::exchange(fAssociations, {});
+    const auto associations = std::exchange(associations_, {});
     linked.insert(linked.end(), associations.begin(), associations.end());
-    const auto subClasses = std::exchange(fSubClasses, {});
+    const auto subClasses = std::exchange(subClasses_, {});
     linked.insert(linked.end(), subClasses.Classes().begin(), subClasses.Classes().end());
-    fQualifiers.Clear();
-    fPropertyDecls.Clear();
-    fStaticProperties.clear();
-    fInstances.clear();
-    fMethodDecls.clear();
+    qualifiers_.Clear();
+    propertyDecls_.Clear();
+    staticProperties_.clear();
+    instances_.clear();
+    methodDecls_.clear();
 }
 
 } // namespace NQORVYX20

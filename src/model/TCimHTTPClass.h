@@ -53,19 +53,19 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     void ClearInstances();
 
     /// Takes over the subclasses of a class that this one replaces.
-    void AdoptSubClasses(const TCimHTTPClass& replaced) { fSubClasses = replaced.fSubClasses; }
+    void AdoptSubClasses(const TCimHTTPClass& replaced) { subClasses_ = replaced.subClasses_; }
 
     // What a Reading makes the class of.
 
     /// What a name is to a class, which may be none, and its elements.
-    static NameRule NamesOf(const TCimHTTPClass* cls) { return cls != nullptr ? cls->fNames : NameRule::kHost; }
+    static NameRule NamesOf(const TCimHTTPClass* cls) { return cls != nullptr ? cls->names_ : NameRule::kHost; }
 
     /// Sets the superclass; the class is initialised then.
     void SetSuperClass(const boost::shared_ptr<ICIMClass>& superClass);
 
     /// Sets the name of a superclass that is looked up when somebody asks for it.
-    void SetSuperClassName(const std::string& name) { fSuperClassName = name; }
-    const std::string& GetSuperClassName() const { return fSuperClassName; }
+    void SetSuperClassName(const std::string& name) { superClassName_ = name; }
+    const std::string& GetSuperClassName() const { return superClassName_; }
 
     /// The superclass as far as it is known; empty for the root class, too.
     boost::shared_ptr<TCimHTTPClass> KnownSuperClass() const;
@@ -76,7 +76,7 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     bool KeepMethodDecl(const std::string& key, const boost::shared_ptr<ICIMMethodDecl>& declaration);
 
     /// How many instances were added under paths of their own.
-    std::size_t CountInstances() const { return fInstances.size(); }
+    std::size_t CountInstances() const { return instances_.size(); }
 
     /// Visits the instances that were added, in the order of their paths; with `deep` then enumerates those of each
     /// linked subclass. False from the callback ends it.
@@ -208,25 +208,25 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     boost::shared_ptr<ICIMPropertyDecl> FindInheritedPropertyDecl(const std::string& name) const;
     void VisitAssociations(const AssociationFilter& filter, const TAssociationVisitor& visitor);
 
-    boost::weak_ptr<TCimHTTPNamespace> fNamespace;
-    boost::shared_ptr<Reading> fReading; // empty without a namespace
-    std::string fName;
-    boost::weak_ptr<ICIMClass> fSuperClass;
-    std::string fSuperClassName; // empty unless it is looked up when needed
-    NameRule fNames;
-    TCimHTTPQualifierMap fQualifiers;
-    EntryIndex<TCimHTTPPropertyDecl> fPropertyDecls;
-    std::map<std::string, boost::shared_ptr<TCimHTTPProperty>> fStaticProperties;
-    SubClassList<TCimHTTPClass> fSubClasses;
-    TWalk* fWalk = nullptr; // while a class above enumerates this one's subclasses
+    boost::weak_ptr<TCimHTTPNamespace> namespace_;
+    boost::shared_ptr<Reading> reading_; // empty without a namespace
+    std::string name_;
+    boost::weak_ptr<ICIMClass> superClass_;
+    std::string superClassName_; // empty unless it is looked up when needed
+    NameRule names_;
+    TCimHTTPQualifierMap qualifiers_;
+    EntryIndex<TCimHTTPPropertyDecl> propertyDecls_;
+    std::map<std::string, boost::shared_ptr<TCimHTTPProperty>> staticProperties_;
+    SubClassList<TCimHTTPClass> subClasses_;
+    TWalk* walk_ = nullptr; // while a class above enumerates this one's subclasses
 
   protected:
     // The association classes that refer to this class. Those who link some derive from it.
-    std::set<boost::shared_ptr<TCimHTTPClass>> fAssociations;
+    std::set<boost::shared_ptr<TCimHTTPClass>> associations_;
 
   private:
-    std::map<std::string, boost::shared_ptr<TCimHTTPInstance>> fInstances; // by path
-    std::map<std::string, boost::shared_ptr<TCimHTTPMethodDecl>> fMethodDecls;
+    std::map<std::string, boost::shared_ptr<TCimHTTPInstance>> instances_; // by path
+    std::map<std::string, boost::shared_ptr<TCimHTTPMethodDecl>> methodDecls_;
 };
 
 } // namespace NQORVYX20

@@ -23,7 +23,7 @@ class TCimHTTPDeclaration : public Interface, public boost::enable_shared_from_t
     TCimHTTPDeclaration& operator=(const TCimHTTPDeclaration&) = delete;
 
     void AddQualifier(boost::shared_ptr<ICIMQualifier> qualifier, TCIMContext /*context*/) override {
-        fQualifiers.Add(qualifier, {Derived::kKind, fName});
+        qualifiers_.Add(qualifier, {Derived::kKind, name_});
     }
 
     boost::shared_ptr<ICIMQualifier> AllocateQualifier(boost::shared_ptr<ICIMQualifierDecl const> declaration,
@@ -38,24 +38,24 @@ class TCimHTTPDeclaration : public Interface, public boost::enable_shared_from_t
     }
 
     boost::shared_ptr<ICIMQualifier> GetQualifier(const std::string& name, TCIMContext /*context*/) const override {
-        return fQualifiers.Get(name);
+        return qualifiers_.Get(name);
     }
 
     void EnumerateQualifiers(const boost::function<bool(boost::shared_ptr<ICIMQualifier>)>& callback,
                              TCIMContext /*context*/) const override {
-        fQualifiers.Visit(callback);
+        qualifiers_.Visit(callback);
     }
 
     boost::shared_ptr<ICIMQualifier> GetQualifier(const std::string& name, bool& found,
                                                   TCIMContext /*context*/) const override {
-        auto qualifier = fQualifiers.Find(name);
+        auto qualifier = qualifiers_.Find(name);
         found = qualifier != nullptr;
         return qualifier;
     }
 
     void Validate(TCIMContext /*context*/) const override {}
 
-    const std::string& GetName(TCIMContext /*context*/) const override { return fName; }
+    const std::string& GetName(TCIMContext /*context*/) const override { return name_; }
 
     bool operator==(Interface& other) const override { return NormalizedName(*this) == NormalizedName(other); }
     bool operator<(Interface& other) const override { return NormalizedName(*this) < NormalizedName(other); }
@@ -65,32 +65,32 @@ class TCimHTTPDeclaration : public Interface, public boost::enable_shared_from_t
 
     /// Removes the qualifier of the same name. Throws TVYXException 15 when there is none.
     void RemoveQualifier(boost::shared_ptr<ICIMQualifier> qualifier) {
-        fQualifiers.Remove(qualifier->GetName(TCIMContext()));
+        qualifiers_.Remove(qualifier->GetName(TCIMContext()));
     }
 
   protected:
-    TCimHTTPDeclaration(const std::string& name, NameRule names) : fName(name), fNames(names), fQualifiers(names) {}
+    TCimHTTPDeclaration(const std::string& name, NameRule names) : name_(name), names_(names), qualifiers_(names) {}
     ~TCimHTTPDeclaration() override = default;
 
     /// What a name is to this element and its parts.
-    NameRule Names() const { return fNames; }
+    NameRule Names() const { return names_; }
 
     /// The qualifier of that name, or an empty pointer.
-    boost::shared_ptr<TCimHTTPQualifier> FindQualifier(const std::string& name) const { return fQualifiers.Find(name); }
+    boost::shared_ptr<TCimHTTPQualifier> FindQualifier(const std::string& name) const { return qualifiers_.Find(name); }
     boost::shared_ptr<TCimHTTPQualifier> FindNormalizedQualifier(const std::string& name) const {
-        return fQualifiers.FindNormalized(name);
+        return qualifiers_.FindNormalized(name);
     }
-    std::uint64_t QualifierRevision() const { return fQualifiers.Revision(); }
-    const boost::shared_ptr<TCimHTTPQualifier>& KeyQualifier() const { return fQualifiers.Key(); }
+    std::uint64_t QualifierRevision() const { return qualifiers_.Revision(); }
+    const boost::shared_ptr<TCimHTTPQualifier>& KeyQualifier() const { return qualifiers_.Key(); }
 
   private:
     std::string NormalizedName(const Interface& declaration) const {
-        return NormalizeName(declaration.GetName(TCIMContext()), fNames);
+        return NormalizeName(declaration.GetName(TCIMContext()), names_);
     }
 
-    std::string fName;
-    NameRule fNames;
-    TCimHTTPQualifierMap fQualifiers;
+    std::string name_;
+    NameRule names_;
+    TCimHTTPQualifierMap qualifiers_;
 };
 
 } // namespace NQORVYX20

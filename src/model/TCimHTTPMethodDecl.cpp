@@ -12,19 +12,19 @@ namespace NQORVYX20 {
 
 TCimHTTPMethodDecl::TCimHTTPMethodDecl(boost::shared_ptr<TCimHTTPClass> cls, const std::string& name,
                                        TCIMValue::TCIMType returnType)
-    : TCimHTTPDeclaration(name, TCimHTTPClass::NamesOf(cls.get())), fClass(cls), fReturnType(returnType) {}
+    : TCimHTTPDeclaration(name, TCimHTTPClass::NamesOf(cls.get())), class_(cls), returnType_(returnType) {}
 
 TCimHTTPMethodDecl::~TCimHTTPMethodDecl() = default;
 
 void TCimHTTPMethodDecl::AddToClass(TCIMContext /*context*/) {
-    boost::shared_ptr<TCimHTTPClass>(fClass)->AddMethodDecl(shared_from_this());
+    boost::shared_ptr<TCimHTTPClass>(class_)->AddMethodDecl(shared_from_this());
 }
 
 boost::shared_ptr<ICIMClass> TCimHTTPMethodDecl::GetClass(TCIMContext /*context*/) const {
-    return boost::shared_ptr<TCimHTTPClass>(fClass);
+    return boost::shared_ptr<TCimHTTPClass>(class_);
 }
 
-TCIMValue::TCIMType TCimHTTPMethodDecl::GetReturnType(TCIMContext /*context*/) const { return fReturnType; }
+TCIMValue::TCIMType TCimHTTPMethodDecl::GetReturnType(TCIMContext /*context*/) const { return returnType_; }
 
 boost::shared_ptr<ICIMParameterDecl>
 TCimHTTPMethodDecl::AllocateParameterDecl(const std::string& name, TCIMValue::TCIMType type, TCIMContext /*context*/) {
@@ -33,7 +33,7 @@ TCimHTTPMethodDecl::AllocateParameterDecl(const std::string& name, TCIMValue::TC
 
 boost::shared_ptr<ICIMParameterDecl> TCimHTTPMethodDecl::GetParameterDecl(const std::string& name,
                                                                           TCIMContext /*context*/) const {
-    auto parameter = FindEntry(fParameters, NormalizeName(name, Names()));
+    auto parameter = FindEntry(parameters_, NormalizeName(name, Names()));
     if (!parameter) {
         throw TVYXException(kNotFound);
     }
@@ -42,12 +42,12 @@ boost::shared_ptr<ICIMParameterDecl> TCimHTTPMethodDecl::GetParameterDecl(const 
 
 void TCimHTTPMethodDecl::EnumerateParameterDecls(boost::function<bool(boost::shared_ptr<ICIMParameterDecl>)>& callback,
                                                  TCIMContext /*context*/) const {
-    VisitEntries(fParameters, callback);
+    VisitEntries(parameters_, callback);
 }
 
 void TCimHTTPMethodDecl::AddParameterDecl(boost::shared_ptr<TCimHTTPParameterDecl> parameter) {
     const std::string& name = parameter->GetName(TCIMContext());
-    if (!fParameters.emplace(NormalizeName(name, Names()), parameter).second) {
+    if (!parameters_.emplace(NormalizeName(name, Names()), parameter).second) {
         // Those who search the log know this text, which is the one for properties.
         LogError("Inmem: Attempt to add property " + name + " to method " + GetName(TCIMContext()) +
                  ": already exists");
@@ -56,7 +56,7 @@ void TCimHTTPMethodDecl::AddParameterDecl(boost::shared_ptr<TCimHTTPParameterDec
 }
 
 void TCimHTTPMethodDecl::RemoveParameterDecl(boost::shared_ptr<TCimHTTPParameterDecl> parameter) {
-    fParameters.erase(NormalizeName(parameter->GetName(TCIMContext()), Names()));
+    parameters_.erase(NormalizeName(parameter->GetName(TCIMContext()), Names()));
 }
 
 } // namespace NQORVYX20

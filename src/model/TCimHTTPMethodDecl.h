@@ -42,9 +42,9 @@ class TCimHTTPMethodDecl : public TCimHTTPDeclaration<TCimHTTPMethodDecl, ICIMMe
     using TCimHTTPDeclaration::Names;
 
   private:
-    boost::weak_ptr<TCimHTTPClass> fClass;
-    TCIMValue::TCIMType fReturnType;
-    std::map<std::string, boost::shared_ptr<TCimHTTPParameterDecl>> fParameters;
+    boost::weak_ptr<TCimHTTPClass> class_;
+    TCIMValue::TCIMType returnType_;
+    std::map<std::string, boost::shared_ptr<TCimHTTPParameterDecl>> parameters_;
 };
 
 } // namespace NQORVYX20

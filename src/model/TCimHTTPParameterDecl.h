@@ -29,8 +29,8 @@ class TCimHTTPParameterDecl : public TCimHTTPDeclaration<TCimHTTPParameterDecl, 
     boost::shared_ptr<TCimHTTPQualifier> LookupQual(const std::string& name) const { return FindQualifier(name); }
 
   private:
-    boost::weak_ptr<TCimHTTPMethodDecl> fMethod;
-    TCIMValue::TCIMType fType;
+    boost::weak_ptr<TCimHTTPMethodDecl> method_;
+    TCIMValue::TCIMType type_;
 };
 
 } // namespace NQORVYX20

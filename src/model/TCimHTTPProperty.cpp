@@ -51,7 +51,7 @@ template <typename Type>
 
 } // namespace
 
-TCimHTTPProperty::TCimHTTPProperty(boost::shared_ptr<ICIMPropertyDecl const> declaration) : fDeclaration(declaration) {}
+TCimHTTPProperty::TCimHTTPProperty(boost::shared_ptr<ICIMPropertyDecl const> declaration) : declaration_(declaration) {}
 
 TCimHTTPProperty::TCimHTTPProperty(boost::shared_ptr<ICIMPropertyDecl const> declaration, const TCIMValue& value)
     : TCimHTTPProperty(declaration) {
@@ -67,7 +67,7 @@ TCimHTTPProperty::TCimHTTPProperty(boost::shared_ptr<ICIMProperty const> other)
 }
 
 boost::shared_ptr<ICIMPropertyDecl const> TCimHTTPProperty::LockDeclaration() const {
-    return boost::shared_ptr<ICIMPropertyDecl const>(fDeclaration);
+    return boost::shared_ptr<ICIMPropertyDecl const>(declaration_);
 }
 
 // --- The value -------------------------------------------------------------------------------------------------------
@@ -80,17 +80,17 @@ TCIMValue::TCIMType TCimHTTPProperty::GetType(TCIMContext context) const { retur
 
 bool TCimHTTPProperty::IsArray(TCIMContext context) const { return LockDeclaration()->IsArray(context); }
 
-bool TCimHTTPProperty::IsDefaultValue(TCIMContext /*context*/) const { return !fValue; }
+bool TCimHTTPProperty::IsDefaultValue(TCIMContext /*context*/) const { return !value_; }
 
 bool TCimHTTPProperty::GetPropagated(TCIMContext context) const { return IsDefaultValue(context); }
 
 const TCIMValue& TCimHTTPProperty::GetValue(TCIMContext context) const {
-    return fValue ? *fValue : LockDeclaration()->GetDefaultValue(context);
+    return value_ ? *value_ : LockDeclaration()->GetDefaultValue(context);
 }
 
 void TCimHTTPProperty::SetValue(const TCIMValue& value, TCIMContext context) {
     Check(value, "Inmem: SetValue", context);
-    fValue = std::make_unique<TCIMValue>(value);
+    value_ = std::make_unique<TCIMValue>(value);
 }
 
 void TCimHTTPProperty::Check(const TCIMValue& value, const char* operation, TCIMContext context) const {
@@ -110,8 +110,8 @@ void TCimHTTPProperty::Check(const TCIMValue& value, const char* operation, TCIM
 }
 
 bool TCimHTTPProperty::operator==(ICIMProperty& other) const {
-    return LockDeclaration() == other.GetDeclaration(TCIMContext()) && fValue &&
-           *fValue == other.GetValue(TCIMContext());
+    return LockDeclaration() == other.GetDeclaration(TCIMContext()) && value_ &&
+           *value_ == other.GetValue(TCIMContext());
 }
 
 bool TCimHTTPProperty::operator<(ICIMProperty& other) const {
@@ -120,7 +120,7 @@ bool TCimHTTPProperty::operator<(ICIMProperty& other) const {
     if (declaration != otherDeclaration) {
         return std::less<>()(declaration.get(), otherDeclaration.get());
     }
-    return fValue && *fValue < other.GetValue(TCIMContext());
+    return value_ && *value_ < other.GetValue(TCIMContext());
 }
 
 ICIMProperty& TCimHTTPProperty::operator=(const ICIMProperty& /*other*/) { return *this; }
@@ -128,20 +128,20 @@ ICIMProperty& TCimHTTPProperty::operator=(const ICIMProperty& /*other*/) { retur
 // --- The previous value ----------------------------------------------------------------------------------------------
 
 const TCIMValue& TCimHTTPProperty::GetPrevValue() const {
-    return fIsPrevValueDifferent && fPrevValue ? *fPrevValue : GetValue(TCIMContext());
+    return isPrevValueDifferent_ && prevValue_ ? *prevValue_ : GetValue(TCIMContext());
 }
 
 void TCimHTTPProperty::SetPrevValue(const TCIMValue& value) {
     if (!value.IsNull()) {
         Check(value, "SetPrevValue", TCIMContext());
     }
-    fPrevValue = std::make_unique<TCIMValue>(value);
-    fIsPrevValueDifferent = true;
+    prevValue_ = std::make_unique<TCIMValue>(value);
+    isPrevValueDifferent_ = true;
 }
 
 void TCimHTTPProperty::SetPrevValue() { SetPrevValue(TCIMValue()); }
 
-bool TCimHTTPProperty::IsPrevValueDifferent() const { return fIsPrevValueDifferent; }
+bool TCimHTTPProperty::IsPrevValueDifferent() const { return isPrevValueDifferent_; }
 
 // --- Texts for people ------------------------------------------------------------------------------------------------
 

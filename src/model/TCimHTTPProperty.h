@@ -106,10 +106,10 @@ class TCimHTTPProperty : public ICIMProperty {
     /// Logs and throws for a value that the declaration does not allow; `operation` begins the message.
     void Check(const TCIMValue& value, const char* operation, TCIMContext context) const;
 
-    boost::weak_ptr<ICIMPropertyDecl const> fDeclaration;
-    std::unique_ptr<TCIMValue> fValue;
-    std::unique_ptr<TCIMValue> fPrevValue;
-    bool fIsPrevValueDifferent = false;
+    boost::weak_ptr<ICIMPropertyDecl const> declaration_;
+    std::unique_ptr<TCIMValue> value_;
+    std::unique_ptr<TCIMValue> prevValue_;
+    bool isPrevValueDifferent_ = false;
 };
 
 } // namespace NQORVYX20

@@ -25,7 +25,7 @@ ValueMapCache::TSource SourceOf(boost::shared_ptr<TCimHTTPQualifier> qualifier) 
 
 TCimHTTPPropertyDecl::TCimHTTPPropertyDecl(boost::shared_ptr<TCimHTTPClass> cls, const std::string& name,
                                            const TCIMValue& defaultValue)
-    : TCimHTTPDeclaration(name, TCimHTTPClass::NamesOf(cls.get())), fClass(cls), fDefaultValue(defaultValue) {}
+    : TCimHTTPDeclaration(name, TCimHTTPClass::NamesOf(cls.get())), class_(cls), defaultValue_(defaultValue) {}
 
 TCimHTTPPropertyDecl::TCimHTTPPropertyDecl(boost::shared_ptr<TCimHTTPClass const> /*cls*/,
                                            boost::shared_ptr<ICIMPropertyDecl const> /*other*/)
@@ -34,22 +34,22 @@ TCimHTTPPropertyDecl::TCimHTTPPropertyDecl(boost::shared_ptr<TCimHTTPClass const
 TCimHTTPPropertyDecl::~TCimHTTPPropertyDecl() = default;
 
 void TCimHTTPPropertyDecl::AddToClass(TCIMContext /*context*/) {
-    boost::shared_ptr<TCimHTTPClass>(fClass)->AddPropertyDecl(shared_from_this());
+    boost::shared_ptr<TCimHTTPClass>(class_)->AddPropertyDecl(shared_from_this());
 }
 
 void TCimHTTPPropertyDecl::RemoveFromClass(TCIMContext /*context*/) {}
 
 boost::shared_ptr<ICIMClass> TCimHTTPPropertyDecl::GetClass(TCIMContext /*context*/) const {
-    return boost::shared_ptr<TCimHTTPClass>(fClass);
+    return boost::shared_ptr<TCimHTTPClass>(class_);
 }
 
-TCIMValue::TCIMType TCimHTTPPropertyDecl::GetType(TCIMContext /*context*/) const { return fDefaultValue.GetType(); }
+TCIMValue::TCIMType TCimHTTPPropertyDecl::GetType(TCIMContext /*context*/) const { return defaultValue_.GetType(); }
 
-bool TCimHTTPPropertyDecl::IsArray(TCIMContext /*context*/) const { return fDefaultValue.IsArray(); }
+bool TCimHTTPPropertyDecl::IsArray(TCIMContext /*context*/) const { return defaultValue_.IsArray(); }
 
-const TCIMValue& TCimHTTPPropertyDecl::GetDefaultValue(TCIMContext /*context*/) const { return fDefaultValue; }
+const TCIMValue& TCimHTTPPropertyDecl::GetDefaultValue(TCIMContext /*context*/) const { return defaultValue_; }
 
-void TCimHTTPPropertyDecl::SetDefaultValue(const TCIMValue& value, TCIMContext /*context*/) { fDefaultValue = value; }
+void TCimHTTPPropertyDecl::SetDefaultValue(const TCIMValue& value, TCIMContext /*context*/) { defaultValue_ = value; }
 
 const TCimHTTPPropertyDecl* TCimHTTPPropertyDecl::AsOwn(const ICIMPropertyDecl& declaration) {
     return typeid(declaration) == typeid(TCimHTTPPropertyDecl) ? static_cast<const TCimHTTPPropertyDecl*>(&declaration)
@@ -71,21 +71,21 @@ boost::shared_ptr<const ValueMapTable> TCimHTTPPropertyDecl::GetValueMapTable() 
     }
     const auto textSource = SourceOf(std::move(texts));
     const auto entrySource = SourceOf(std::move(entries));
-    if (!fValueMap.IsMadeFrom(textSource, entrySource)) {
-        fValueMap.Keep(textSource, entrySource, MakeValueMapTable(DisplayQualifiersOf(shared_from_this())));
+    if (!valueMap_.IsMadeFrom(textSource, entrySource)) {
+        valueMap_.Keep(textSource, entrySource, MakeValueMapTable(DisplayQualifiersOf(shared_from_this())));
     }
-    return fValueMap.Map();
+    return valueMap_.Map();
 }
 
 const FaithfulTexts& TCimHTTPPropertyDecl::GetFaithfulTexts() const {
     const std::uint64_t revision = QualifierRevision();
-    if (!fTexts || fTextsRevision != revision) {
-        fTexts =
+    if (!texts_ || textsRevision_ != revision) {
+        texts_ =
             std::make_unique<const FaithfulTexts>(NormalizeName(GetName(TCIMContext()), Names()),
-                                                  fDefaultValue.GetType(), DisplayQualifiersOf(shared_from_this()));
-        fTextsRevision = revision;
+                                                  defaultValue_.GetType(), DisplayQualifiersOf(shared_from_this()));
+        textsRevision_ = revision;
     }
-    return *fTexts;
+    return *texts_;
 }
 
 } // namespace NQORVYX20

@@ -70,11 +70,11 @@ class TCimHTTPPropertyDecl : public TCimHTTPDeclaration<TCimHTTPPropertyDecl, IC
     const FaithfulTexts& GetFaithfulTexts() const;
 
   private:
-    boost::weak_ptr<TCimHTTPClass> fClass;
-    TCIMValue fDefaultValue;
-    mutable ValueMapCache fValueMap;
-    mutable std::unique_ptr<const FaithfulTexts> fTexts;
-    mutable std::uint64_t fTextsRevision = 0;
+    boost::weak_ptr<TCimHTTPClass> class_;
+    TCIMValue defaultValue_;
+    mutable ValueMapCache valueMap_;
+    mutable std::unique_ptr<const FaithfulTexts> texts_;
+    mutable std::uint64_t textsRevision_ = 0;
 };
 
 } // namespace NQORVYX20

@@ -23,15 +23,15 @@ TCimHTTPQualifier::TCimHTTPQualifier(boost::shared_ptr<ICIMNamedElement const> e
 TCimHTTPQualifier::TCimHTTPQualifier(boost::shared_ptr<ICIMNamedElement const> element,
                                      boost::shared_ptr<ICIMQualifierDecl const> declaration, const TCIMValue& value,
                                      ICIMQualifierDecl::EFlavor flavor)
-    : fElement(element), fDeclaration(declaration), fValue(value), fFlavor(flavor), fPropagated(false) {}
+    : element_(element), declaration_(declaration), value_(value), flavor_(flavor), propagated_(false) {}
 
 TCimHTTPQualifier::TCimHTTPQualifier(boost::shared_ptr<ICIMNamedElement const> element,
                                      boost::shared_ptr<ICIMQualifier const> other)
-    : fElement(element),
-      fDeclaration(other->GetDeclaration(TCIMContext())),
-      fValue(other->GetValue(TCIMContext())),
-      fFlavor(other->GetFlavor(TCIMContext())),
-      fPropagated(other->GetPropagated(TCIMContext())) {}
+    : element_(element),
+      declaration_(other->GetDeclaration(TCIMContext())),
+      value_(other->GetValue(TCIMContext())),
+      flavor_(other->GetFlavor(TCIMContext())),
+      propagated_(other->GetPropagated(TCIMContext())) {}
 
 void TCimHTTPQualifier::Validate(TCIMContext /*context*/) const {}
 
@@ -43,39 +43,39 @@ void TCimHTTPQualifier::AddToClassOrProperty(TCIMContext context) const {
 
 void TCimHTTPQualifier::RemoveFromClassOrProperty(TCIMContext /*context*/) {}
 
-const std::string& TCimHTTPQualifier::GetName(TCIMContext context) const { return fDeclaration->GetName(context); }
+const std::string& TCimHTTPQualifier::GetName(TCIMContext context) const { return declaration_->GetName(context); }
 
 boost::shared_ptr<ICIMNamedElement const> TCimHTTPQualifier::GetClassOrProperty(TCIMContext /*context*/) const {
-    return boost::shared_ptr<ICIMNamedElement const>(fElement);
+    return boost::shared_ptr<ICIMNamedElement const>(element_);
 }
 
-TCIMValue::TCIMType TCimHTTPQualifier::GetType(TCIMContext /*context*/) const { return fValue.GetType(); }
+TCIMValue::TCIMType TCimHTTPQualifier::GetType(TCIMContext /*context*/) const { return value_.GetType(); }
 
-bool TCimHTTPQualifier::IsArray(TCIMContext /*context*/) const { return fValue.IsArray(); }
+bool TCimHTTPQualifier::IsArray(TCIMContext /*context*/) const { return value_.IsArray(); }
 
 boost::shared_ptr<ICIMQualifierDecl const> TCimHTTPQualifier::GetDeclaration(TCIMContext /*context*/) const {
-    return fDeclaration;
+    return declaration_;
 }
 
-const TCIMValue& TCimHTTPQualifier::GetValue(TCIMContext /*context*/) const { return fValue; }
+const TCIMValue& TCimHTTPQualifier::GetValue(TCIMContext /*context*/) const { return value_; }
 
 void TCimHTTPQualifier::SetValue(const TCIMValue& value, TCIMContext /*context*/) {
-    fValue = value;
-    ++fRevision;
-    fPropagated = false;
+    value_ = value;
+    ++revision_;
+    propagated_ = false;
 }
 
 void TCimHTTPQualifier::SetFlavor(ICIMQualifierDecl::EFlavor flavor, TCIMContext /*context*/) {
-    fFlavor = static_cast<ICIMQualifierDecl::EFlavor>(fFlavor | flavor);
-    fPropagated = false;
+    flavor_ = static_cast<ICIMQualifierDecl::EFlavor>(flavor_ | flavor);
+    propagated_ = false;
 }
 
 void TCimHTTPQualifier::UnsetFlavor(ICIMQualifierDecl::EFlavor flavor, TCIMContext /*context*/) {
-    fFlavor = static_cast<ICIMQualifierDecl::EFlavor>(fFlavor & ~flavor);
-    fPropagated = false;
+    flavor_ = static_cast<ICIMQualifierDecl::EFlavor>(flavor_ & ~flavor);
+    propagated_ = false;
 }
 
-ICIMQualifierDecl::EFlavor TCimHTTPQualifier::GetFlavor(TCIMContext /*context*/) const { return fFlavor; }
+ICIMQualifierDecl::EFlavor TCimHTTPQualifier::GetFlavor(TCIMContext /*context*/) const { return flavor_; }
 
 bool TCimHTTPQualifier::operator==(ICIMQualifier& other) const {
     return NormalizedName(*this) == NormalizedName(other);
@@ -83,7 +83,7 @@ bool TCimHTTPQualifier::operator==(ICIMQualifier& other) const {
 
 bool TCimHTTPQualifier::operator<(ICIMQualifier& other) const { return NormalizedName(*this) < NormalizedName(other); }
 
-bool TCimHTTPQualifier::GetPropagated(TCIMContext /*context*/) const { return fPropagated; }
+bool TCimHTTPQualifier::GetPropagated(TCIMContext /*context*/) const { return propagated_; }
 
 ICIMQualifier& TCimHTTPQualifier::operator=(const ICIMQualifier& /*other*/) { return *this; }
 

@@ -51,20 +51,20 @@ class TCimHTTPQualifier : public ICIMQualifier, public boost::enable_shared_from
     ICIMQualifier& operator=(const ICIMQualifier& other) override;
 
     /// A server may give a value of another type than boolean; that is not true either.
-    bool IsTrue() const { return fValue == TCIMValue(true); }
+    bool IsTrue() const { return value_ == TCIMValue(true); }
 
-    void SetPropagated(bool propagated) { fPropagated = propagated; }
+    void SetPropagated(bool propagated) { propagated_ = propagated; }
 
     /// Tells values apart: it changes whenever SetValue gives the qualifier a value.
-    std::uint64_t GetRevision() const { return fRevision; }
+    std::uint64_t GetRevision() const { return revision_; }
 
   private:
-    boost::weak_ptr<ICIMNamedElement const> fElement;
-    boost::shared_ptr<ICIMQualifierDecl const> fDeclaration;
-    TCIMValue fValue;
-    ICIMQualifierDecl::EFlavor fFlavor;
-    bool fPropagated;
-    std::uint64_t fRevision = 0;
+    boost::weak_ptr<ICIMNamedElement const> element_;
+    boost::shared_ptr<ICIMQualifierDecl const> declaration_;
+    TCIMValue value_;
+    ICIMQualifierDecl::EFlavor flavor_;
+    bool propagated_;
+    std::uint64_t revision_ = 0;
 };
 
 } // namespace NQORVYX20

@@ -42,15 +42,15 @@ class TCimHTTPQualifierDecl : public ICIMQualifierDecl, public boost::enable_sha
     /// Copies nothing.
     ICIMQualifierDecl& operator=(const ICIMQualifierDecl& other) override;
 
-    NameRule Names() const { return fNames; }
+    NameRule Names() const { return names_; }
 
   private:
-    boost::weak_ptr<TCimHTTPNamespace> fNamespace;
-    std::string fName;
-    NameRule fNames;
-    TCIMValue fDefaultValue;
-    EScope fScope;
-    EFlavor fFlavor;
+    boost::weak_ptr<TCimHTTPNamespace> namespace_;
+    std::string name_;
+    NameRule names_;
+    TCIMValue defaultValue_;
+    EScope scope_;
+    EFlavor flavor_;
 };
 
 } // namespace NQORVYX20

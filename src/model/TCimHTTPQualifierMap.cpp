@@ -33,7 +33,7 @@ bool TCimHTTPQualifierMap::Add(const boost::shared_ptr<ICIMQualifier>& qualifier
     if (!qualifier) {
         throw TVYXException(kTypeMismatch);
     }
-    const std::string name = NormalizeName(qualifier->GetName(TCIMContext()), fNames);
+    const std::string name = NormalizeName(qualifier->GetName(TCIMContext()), names_);
     const auto existing = FindNormalized(name);
     if (existing && !IsOverridable(*existing)) {
         if (!IsSame(*existing, *qualifier)) {
@@ -50,7 +50,7 @@ void TCimHTTPQualifierMap::AddOrReplace(const boost::shared_ptr<ICIMQualifier>& 
         return;
     }
     if (const auto same = boost::dynamic_pointer_cast<TCimHTTPQualifier>(qualifier)) {
-        Keep(NormalizeName(same->GetName(TCIMContext()), fNames), same);
+        Keep(NormalizeName(same->GetName(TCIMContext()), names_), same);
     }
 }
 
@@ -59,49 +59,49 @@ void TCimHTTPQualifierMap::Keep(const std::string& name, const boost::shared_ptr
         throw TVYXException(kTypeMismatch);
     }
     Forget(name);
-    fQualifiers[name] = qualifier;
+    qualifiers_[name] = qualifier;
     if (name == kKey) {
-        fKey = qualifier;
+        key_ = qualifier;
     }
 }
 
 /// The counts of those that go stay in the revision, which therefore never repeats.
 void TCimHTTPQualifierMap::Forget(const std::string& name) {
     const auto known = FindNormalized(name);
-    fPast += 1 + (known ? known->GetRevision() : 0);
+    past_ += 1 + (known ? known->GetRevision() : 0);
 }
 
 std::uint64_t TCimHTTPQualifierMap::Revision() const {
-    std::uint64_t revision = fPast;
-    for (const auto& [name, qualifier] : fQualifiers) {
+    std::uint64_t revision = past_;
+    for (const auto& [name, qualifier] : qualifiers_) {
         revision += qualifier->GetRevision();
     }
     return revision;
 }
 
 void TCimHTTPQualifierMap::Remove(const std::string& name) {
-    const std::string normalized = NormalizeName(name, fNames);
+    const std::string normalized = NormalizeName(name, names_);
     Forget(normalized);
-    if (fQualifiers.erase(normalized) == 0) {
+    if (qualifiers_.erase(normalized) == 0) {
         throw TVYXException(kNotFound);
     }
     if (normalized == kKey) {
-        fKey.reset();
+        key_.reset();
     }
 }
 
 void TCimHTTPQualifierMap::Clear() {
-    fPast = Revision() + 1;
-    fQualifiers.clear();
-    fKey.reset();
+    past_ = Revision() + 1;
+    qualifiers_.clear();
+    key_.reset();
 }
 
 boost::shared_ptr<TCimHTTPQualifier> TCimHTTPQualifierMap::Find(const std::string& name) const {
-    return FindNormalized(NormalizeName(name, fNames));
+    return FindNormalized(NormalizeName(name, names_));
 }
 
 boost::shared_ptr<TCimHTTPQualifier> TCimHTTPQualifierMap::FindNormalized(const std::string& name) const {
-    return FindEntry(fQualifiers, name);
+    return FindEntry(qualifiers_, name);
 }
 
 boost::shared_ptr<TCimHTTPQualifier> TCimHTTPQualifierMap::Get(const std::string& name) const {
@@ -113,7 +113,7 @@ boost::shared_ptr<TCimHTTPQualifier> TCimHTTPQualifierMap::Get(const std::string
 }
 
 void TCimHTTPQualifierMap::Visit(const boost::function<bool(boost::shared_ptr<ICIMQualifier>)>& callback) const {
-    VisitEntries(fQualifiers, callback);
+    VisitEntries(qualifiers_, callback);
 }
 
 } // namespace NQORVYX20

@@ -18,7 +18,7 @@ class TCimHTTPQualifier;
 /// throw TVYXException 25.
 class TCimHTTPQualifierMap {
   public:
-    explicit TCimHTTPQualifierMap(NameRule names = NameRule::kHost) : fNames(names) {}
+    explicit TCimHTTPQualifierMap(NameRule names = NameRule::kHost) : names_(names) {}
 
     /// The element that has the qualifiers, for what the log says of it: `class` `CIM_System`.
     struct TElement {
@@ -45,7 +45,7 @@ class TCimHTTPQualifierMap {
 
     /// The qualifier Key, or an empty pointer. It is kept at hand, since every instance that is filed asks all
     /// declarations of its class for it.
-    const boost::shared_ptr<TCimHTTPQualifier>& Key() const { return fKey; }
+    const boost::shared_ptr<TCimHTTPQualifier>& Key() const { return key_; }
 
     /// The qualifier of that name. Throws TVYXException 15 when there is none.
     boost::shared_ptr<TCimHTTPQualifier> Get(const std::string& name) const;
@@ -62,10 +62,10 @@ class TCimHTTPQualifierMap {
     void Forget(const std::string& name);
     void Keep(const std::string& name, const boost::shared_ptr<TCimHTTPQualifier>& qualifier);
 
-    NameRule fNames;
-    std::map<std::string, boost::shared_ptr<TCimHTTPQualifier>> fQualifiers;
-    boost::shared_ptr<TCimHTTPQualifier> fKey;
-    std::uint64_t fPast = 0; // changes of the collection, and those of qualifiers that are no more in it
+    NameRule names_;
+    std::map<std::string, boost::shared_ptr<TCimHTTPQualifier>> qualifiers_;
+    boost::shared_ptr<TCimHTTPQualifier> key_;
+    std::uint64_t past_ = 0; // changes of the collection, and those of qualifiers that are no more in it
 };
 
 } // namespace NQORVYX20

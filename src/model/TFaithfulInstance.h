@@ -27,8 +27,8 @@ class TFaithfulInstance : public TCimHTTPInstance {
     const std::vector<EmbeddedObject>& Embedded(const std::string& key) const;
 
   private:
-    TCIMReference fPath;
-    std::map<std::string, std::vector<EmbeddedObject>> fEmbedded;
+    TCIMReference path_;
+    std::map<std::string, std::vector<EmbeddedObject>> embedded_;
 };
 
 } // namespace NQORVYX20

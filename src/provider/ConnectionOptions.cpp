@@ -6,7 +6,7 @@
 
 namespace NQORVYX20 {
 
-void ConnectionOptions::Set(const std::string& key, Value value) { fValues.insert_or_assign(key, std::move(value)); }
+void ConnectionOptions::Set(const std::string& key, Value value) { values_.insert_or_assign(key, std::move(value)); }
 
 std::string TextOf(const ConnectionOptions::Value& value) {
     if (const auto* const text = std::get_if<std::string>(&value)) {

@@ -18,12 +18,12 @@ class ConnectionOptions {
     using Values = std::map<std::string, Value, std::less<>>;
 
     void Set(const std::string& key, Value value);
-    void Remove(const std::string& key) { fValues.erase(key); }
+    void Remove(const std::string& key) { values_.erase(key); }
 
     // Looking takes no memory.
 
-    bool Has(std::string_view key) const { return fValues.count(key) != 0; }
-    const Values& All() const { return fValues; }
+    bool Has(std::string_view key) const { return values_.count(key) != 0; }
+    const Values& All() const { return values_; }
 
     /// The value under a key of that kind; empty when nothing is said.
     std::optional<bool> Flag(std::string_view key) const { return Find<bool>(key); }
@@ -31,17 +31,17 @@ class ConnectionOptions {
     std::optional<std::string> Text(std::string_view key) const { return Find<std::string>(key); }
 
     friend bool operator==(const ConnectionOptions& one, const ConnectionOptions& other) {
-        return one.fValues == other.fValues;
+        return one.values_ == other.values_;
     }
 
   private:
     template <typename Type>
     std::optional<Type> Find(std::string_view key) const {
-        const auto found = fValues.find(key);
-        return found == fValues.end() ? std::nullopt : std::optional<Type>(std::get<Type>(found->second));
+        const auto found = values_.find(key);
+        return found == values_.end() ? std::nullopt : std::optional<Type>(std::get<Type>(found->second));
     }
 
-    Values fValues;
+    Values values_;
 };
 
 /// A value as messages show it.

@@ -25,15 +25,15 @@ ConnectionPlan::ConnectionPlan(const ConnectionOptions& ofHost, const Connection
                                int port) {
     const Matches matches = policy.MatchesFor(host);
     Merge(matches, ofHost);
-    fWay = WayOn(port);
+    way_ = WayOn(port);
     RemoveUnneededDefaults();
     CheckPort(port);
     CheckEncryption(policy.Name());
-    if (const std::string unsupported = UnsupportedIn(fOptions); !unsupported.empty()) {
+    if (const std::string unsupported = UnsupportedIn(options_); !unsupported.empty()) {
         throw ConnectionRefusal(Kind::kPolicy, policy.Name() + ": " + unsupported); // a host's own were refused before
     }
     if (!matches.empty()) {
-        fDecision = policy.Name() + DecisionText(matches, ofHost, host);
+        decision_ = policy.Name() + DecisionText(matches, ofHost, host);
     }
 }
 
@@ -58,22 +58,22 @@ void ConnectionPlan::Take(const ConnectionOptions& options, Origin origin) {
         }
     }
     for (const auto& [key, value] : taken.All()) {
-        fOptions.Set(key, value);
-        fOrigins.emplace(key, origin);
+        options_.Set(key, value);
+        origins_.emplace(key, origin);
     }
 }
 
 bool ConnectionPlan::IsDecided(const std::string& decision) const {
-    const auto& options = fOptions.All();
+    const auto& options = options_.All();
     return std::any_of(options.begin(), options.end(),
                        [&](const auto& option) { return FindOptionRule(option.first)->decision == decision; });
 }
 
 /// Of those that a plain connection cannot keep.
 void ConnectionPlan::RemoveUnneededDefaults() {
-    for (const std::string& key : KeysThatNeedTls(fOptions)) {
-        if (fWay != Way::kTls && fOrigins.at(key) == Origin::kDefault) {
-            fOptions.Remove(key);
+    for (const std::string& key : KeysThatNeedTls(options_)) {
+        if (way_ != Way::kTls && origins_.at(key) == Origin::kDefault) {
+            options_.Remove(key);
         }
     }
 }
@@ -81,30 +81,30 @@ void ConnectionPlan::RemoveUnneededDefaults() {
 // --- Checking ----------------------------------------------------------------------------------------------------
 
 ConnectionPlan::Way ConnectionPlan::WayOn(int port) const {
-    if (const auto tls = fOptions.Flag(kTlsKey)) {
+    if (const auto tls = options_.Flag(kTlsKey)) {
         return *tls ? Way::kTls : Way::kPlain;
     }
     return port == kHttpPort ? Way::kPlain : port == kHttpsPort ? Way::kTls : Way::kNone;
 }
 
 void ConnectionPlan::CheckPort(int port) const {
-    if (fWay != Way::kNone && (port < 1 || port > kHighestPort)) {
+    if (way_ != Way::kNone && (port < 1 || port > kHighestPort)) {
         throw ConnectionRefusal(Kind::kOther, "a port is a number from 1 to " + std::to_string(kHighestPort) +
                                                   ", which " + std::to_string(port) + " is not");
     }
 }
 
 void ConnectionPlan::CheckEncryption(const std::string& policy) const {
-    const auto keys = KeysThatNeedTls(fOptions);
-    if (keys.empty() || fWay == Way::kTls) {
+    const auto keys = KeysThatNeedTls(options_);
+    if (keys.empty() || way_ == Way::kTls) {
         return;
     }
     const auto forced =
-        std::find_if(keys.begin(), keys.end(), [&](const auto& key) { return fOrigins.at(key) == Origin::kForced; });
+        std::find_if(keys.begin(), keys.end(), [&](const auto& key) { return origins_.at(key) == Origin::kForced; });
     const std::string why =
         (forced == keys.end() ? keys.front() : *forced) + " is given for a connection that would not be encrypted";
-    const auto tls = fOrigins.find(kTlsKey);
-    if (forced != keys.end() || (tls != fOrigins.end() && tls->second != Origin::kHost)) {
+    const auto tls = origins_.find(kTlsKey);
+    if (forced != keys.end() || (tls != origins_.end() && tls->second != Origin::kHost)) {
         throw ConnectionRefusal(Kind::kPolicy, policy + ": " + why);
     }
     throw ConnectionRefusal(Kind::kOther, why);
@@ -132,11 +132,11 @@ std::string ConnectionPlan::OptionText(const std::string& key, const ConnectionO
     const auto said = ofHost.All().find(key);
     const bool isSaid = said != ofHost.All().end();
     const std::string name = FindOptionRule(key)->Name();
-    if (!fOptions.Has(key)) {
+    if (!options_.Has(key)) {
         return isSaid ? name + " none (forced; the host said " + TextOf(said->second) + ")" : "";
     }
-    const std::string text = name + ' ' + TextOf(fOptions.All().at(key));
-    switch (fOrigins.at(key)) {
+    const std::string text = name + ' ' + TextOf(options_.All().at(key));
+    switch (origins_.at(key)) {
     case Origin::kForced:
         return text + (isSaid ? " (forced; the host said " + TextOf(said->second) + ")" : " (forced)");
     case Origin::kDefault:

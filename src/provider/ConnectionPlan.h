@@ -22,11 +22,11 @@ class ConnectionPlan {
     /// connection must not be made: on a port that there is not, or without the encryption that its options need.
     ConnectionPlan(const ConnectionOptions& ofHost, const ConnectionPolicy& policy, const std::string& host, int port);
 
-    const ConnectionOptions& Options() const { return fOptions; }
-    Way WayToServer() const { return fWay; }
+    const ConnectionOptions& Options() const { return options_; }
+    Way WayToServer() const { return way_; }
 
     /// What the policy has decided, a line for the log; empty when it says nothing of the server.
-    const std::string& Decision() const { return fDecision; }
+    const std::string& Decision() const { return decision_; }
 
   private:
     /// Who has decided about an option.
@@ -44,10 +44,10 @@ class ConnectionPlan {
     std::string DecisionText(const Matches& matches, const ConnectionOptions& ofHost, const std::string& host) const;
     std::string OptionText(const std::string& key, const ConnectionOptions& ofHost) const;
 
-    ConnectionOptions fOptions;
-    std::map<std::string, Origin> fOrigins; // of the options, by key
-    Way fWay = Way::kNone;
-    std::string fDecision;
+    ConnectionOptions options_;
+    std::map<std::string, Origin> origins_; // of the options, by key
+    Way way_ = Way::kNone;
+    std::string decision_;
 };
 
 } // namespace NQORVYX20

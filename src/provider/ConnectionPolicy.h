@@ -22,7 +22,7 @@ class ConnectionPolicy {
     explicit ConnectionPolicy(const PolicyFile& file);
 
     /// "policy /etc/cimhttp/policy.json"
-    std::string Name() const { return "policy " + fPath; }
+    std::string Name() const { return "policy " + path_; }
 
     /// The entries of a server, in their order. Throws PolicyFault where the host's name is none with which that can be
     /// told. They live as long as the policy.
@@ -31,8 +31,8 @@ class ConnectionPolicy {
   private:
     void Read(const PolicyFile& file);
 
-    std::string fPath;
-    std::vector<PolicyEntry> fEntries;
+    std::string path_;
+    std::vector<PolicyEntry> entries_;
 };
 
 } // namespace NQORVYX20

@@ -10,17 +10,17 @@ namespace NQORVYX20 {
 /// A connection that is not even tried, since what is asked for does not allow it.
 class ConnectionRefusal : public std::runtime_error {
   public:
-    ConnectionRefusal(RemoteFailure::Kind kind, const std::string& why) : std::runtime_error(why), fKind(kind) {}
+    ConnectionRefusal(RemoteFailure::Kind kind, const std::string& why) : std::runtime_error(why), kind_(kind) {}
 
     RemoteFailure Failure() const {
         RemoteFailure failure;
-        failure.kind = fKind;
+        failure.kind = kind_;
         failure.text = what();
         return failure;
     }
 
   private:
-    RemoteFailure::Kind fKind;
+    RemoteFailure::Kind kind_;
 };
 
 } // namespace NQORVYX20

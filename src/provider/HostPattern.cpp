@@ -33,8 +33,8 @@ bool Fits(const std::string& pattern, const std::string& text) {
 
 } // namespace
 
-HostPattern::HostPattern(const std::string& text) : fText(text), fNormal(NormalHost(text)) {}
+HostPattern::HostPattern(const std::string& text) : text_(text), normal_(NormalHost(text)) {}
 
-bool HostPattern::Matches(const std::string& host) const { return Fits(fNormal, NormalHost(host)); }
+bool HostPattern::Matches(const std::string& host) const { return Fits(normal_, NormalHost(host)); }
 
 } // namespace NQORVYX20

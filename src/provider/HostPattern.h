@@ -10,14 +10,14 @@ class HostPattern {
     explicit HostPattern(const std::string& text);
 
     /// As it was given.
-    const std::string& Text() const { return fText; }
+    const std::string& Text() const { return text_; }
 
     /// Whether it is a pattern of that host, of whichever spelling both are.
     bool Matches(const std::string& host) const;
 
   private:
-    std::string fText;
-    std::string fNormal;
+    std::string text_;
+    std::string normal_;
 };
 
 } // namespace NQORVYX20

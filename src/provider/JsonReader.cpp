@@ -26,7 +26,7 @@ std::string Complaint(const std::string& what) {
 /// stop: to take it down it needs memory.
 class JsonBuilder : public nlohmann::json_sax<json> {
   public:
-    JsonValue TakeRoot() { return std::move(fRoot); }
+    JsonValue TakeRoot() { return std::move(root_); }
 
     bool null() override { return AddNull(); }
     bool boolean(bool value) override { return AddScalar(value); }
@@ -42,10 +42,10 @@ class JsonBuilder : public nlohmann::json_sax<json> {
     bool end_array() override { return Close(); }
 
     bool key(string_t& name) override {
-        if (fOpen.back()->members.count(name) != 0) {
+        if (open_.back()->members.count(name) != 0) {
             throw PolicyFault("has the member '" + PrintableText(name) + "' twice in one object");
         }
-        fName = std::move(name);
+        name_ = std::move(name);
         return true;
     }
 
@@ -58,11 +58,11 @@ class JsonBuilder : public nlohmann::json_sax<json> {
 
     /// Where the next value goes: there it is null so far.
     JsonValue& Place() {
-        if (fOpen.empty()) {
-            return fRoot;
+        if (open_.empty()) {
+            return root_;
         }
-        JsonValue& parent = *fOpen.back();
-        return parent.kind == Kind::kObject ? parent.members[fName] : parent.elements.emplace_back();
+        JsonValue& parent = *open_.back();
+        return parent.kind == Kind::kObject ? parent.members[name_] : parent.elements.emplace_back();
     }
 
     bool AddNull() {
@@ -77,23 +77,23 @@ class JsonBuilder : public nlohmann::json_sax<json> {
     }
 
     bool Open(Kind kind) {
-        if (fOpen.size() == kMaxDepth) {
+        if (open_.size() == kMaxDepth) {
             throw PolicyFault("is nested too deeply for a policy");
         }
         JsonValue& value = Place();
         value.kind = kind;
-        fOpen.push_back(&value);
+        open_.push_back(&value);
         return true;
     }
 
     bool Close() {
-        fOpen.pop_back();
+        open_.pop_back();
         return true;
     }
 
-    JsonValue fRoot;
-    std::vector<JsonValue*> fOpen; ///< the objects and arrays that have not ended, each in the one before
-    std::string fName;             ///< of the member that comes next
+    JsonValue root_;
+    std::vector<JsonValue*> open_; ///< the objects and arrays that have not ended, each in the one before
+    std::string name_;             ///< of the member that comes next
 };
 
 } // namespace

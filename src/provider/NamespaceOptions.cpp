@@ -134,9 +134,9 @@ ConnectionOptions ConnectionIn(const TCIMContext& context) {
 } // namespace
 
 NamespaceOptions::NamespaceOptions(const TCIMContext& context)
-    : fPluginName(PluginNameOf(context)),
-      fIsFaithful(IsFaithfulIn(context)),
-      fIsLenient(IsLenientIn(context, fIsFaithful)),
-      fConnection(ConnectionIn(context)) {}
+    : pluginName_(PluginNameOf(context)),
+      isFaithful_(IsFaithfulIn(context)),
+      isLenient_(IsLenientIn(context, isFaithful_)),
+      connection_(ConnectionIn(context)) {}
 
 } // namespace NQORVYX20

@@ -15,16 +15,16 @@ class NamespaceOptions {
     /// other.
     explicit NamespaceOptions(const TCIMContext& context);
 
-    const std::string& PluginName() const { return fPluginName; }
-    bool IsFaithful() const { return fIsFaithful; }
-    bool IsLenient() const { return fIsLenient; }
-    const ConnectionOptions& Connection() const { return fConnection; }
+    const std::string& PluginName() const { return pluginName_; }
+    bool IsFaithful() const { return isFaithful_; }
+    bool IsLenient() const { return isLenient_; }
+    const ConnectionOptions& Connection() const { return connection_; }
 
   private:
-    std::string fPluginName;
-    bool fIsFaithful = false;
-    bool fIsLenient = false;
-    ConnectionOptions fConnection;
+    std::string pluginName_;
+    bool isFaithful_ = false;
+    bool isLenient_ = false;
+    ConnectionOptions connection_;
 };
 
 } // namespace NQORVYX20

@@ -123,7 +123,7 @@ PolicyDocument::PolicyDocument(const std::string& text) {
         Refuse(Quoted(kServers), "is not a list");
     }
     for (const JsonValue& entry : servers->elements) {
-        fEntries.push_back(EntryOf(entry, "entry " + std::to_string(fEntries.size() + 1)));
+        entries_.push_back(EntryOf(entry, "entry " + std::to_string(entries_.size() + 1)));
     }
 }
 

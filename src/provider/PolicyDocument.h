@@ -24,10 +24,10 @@ class PolicyDocument {
     /// there is not, nor one that is there twice.
     explicit PolicyDocument(const std::string& text);
 
-    const std::vector<PolicyEntry>& Entries() const { return fEntries; }
+    const std::vector<PolicyEntry>& Entries() const { return entries_; }
 
   private:
-    std::vector<PolicyEntry> fEntries;
+    std::vector<PolicyEntry> entries_;
 };
 
 } // namespace NQORVYX20

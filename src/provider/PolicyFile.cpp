@@ -25,18 +25,18 @@ class OpenFile {
   public:
     /// Does not wait for the other end of a pipe.
     explicit OpenFile(const std::string& path)
-        : fDescriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK)) {
-        if (fDescriptor < 0) {
+        : descriptor_(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK)) {
+        if (descriptor_ < 0) {
             FailWith(errno);
         }
     }
-    ~OpenFile() { ::close(fDescriptor); }
+    ~OpenFile() { ::close(descriptor_); }
     OpenFile(const OpenFile&) = delete;
     OpenFile& operator=(const OpenFile&) = delete;
 
     struct stat Status() const {
         struct stat status {};
-        if (::fstat(fDescriptor, &status) != 0) {
+        if (::fstat(descriptor_, &status) != 0) {
             FailWith(errno);
         }
         return status;
@@ -48,7 +48,7 @@ class OpenFile {
         std::size_t size = 0;
         ssize_t count = 1;
         while (size < most && count != 0) {
-            count = ::read(fDescriptor, &content[size], most - size);
+            count = ::read(descriptor_, &content[size], most - size);
             if (count < 0 && errno != EINTR) {
                 FailWith(errno);
             }
@@ -59,7 +59,7 @@ class OpenFile {
     }
 
   private:
-    int fDescriptor;
+    int descriptor_;
 };
 
 void Check(const struct stat& status) {
@@ -84,17 +84,17 @@ PolicyFile PolicyFile::OfMachine() {
 
 bool PolicyFile::IsMissing() const {
     struct stat status {};
-    return ::lstat(fPath.c_str(), &status) != 0 && (errno == ENOENT || errno == ENOTDIR); // a link may lead nowhere
+    return ::lstat(path_.c_str(), &status) != 0 && (errno == ENOENT || errno == ENOTDIR); // a link may lead nowhere
 }
 
 std::optional<std::string> PolicyFile::Read() const {
-    if (fPath.front() != '/') {
+    if (path_.front() != '/') {
         throw PolicyFault("is not an absolute path");
     }
-    if (fMayBeMissing && IsMissing()) {
+    if (mayBeMissing_ && IsMissing()) {
         return std::nullopt;
     }
-    const OpenFile file(fPath);
+    const OpenFile file(path_);
     const struct stat status = file.Status();
     Check(status);
     return file.Content(static_cast<std::size_t>(status.st_size));

@@ -17,9 +17,9 @@ class PolicyFile {
     /// empty, is not set, or does not count since the process has more rights than whoever has started it.
     static PolicyFile OfMachine();
 
-    PolicyFile(std::string path, bool mayBeMissing) : fPath(std::move(path)), fMayBeMissing(mayBeMissing) {}
+    PolicyFile(std::string path, bool mayBeMissing) : path_(std::move(path)), mayBeMissing_(mayBeMissing) {}
 
-    const std::string& Path() const { return fPath; }
+    const std::string& Path() const { return path_; }
 
     /// Its content; empty when it is missing and may be. Throws PolicyFault when it cannot be read, is larger than
     /// kMaxBytes, is no regular file or can be written by everybody, or when its path is not an absolute one.
@@ -28,8 +28,8 @@ class PolicyFile {
   private:
     bool IsMissing() const;
 
-    std::string fPath;
-    bool fMayBeMissing;
+    std::string path_;
+    bool mayBeMissing_;
 };
 
 } // namespace NQORVYX20

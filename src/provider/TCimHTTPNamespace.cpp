@@ -78,9 +78,9 @@ ConnectionPlan MakePlan(const ConnectionOptions& ofHost, const std::string& host
 
 // --- Construction and connection ---------------------------------------------------------------------------------
 
-TCimHTTPNamespace::TCimHTTPNamespace(bool redefine) : fRedefine(redefine) {
+TCimHTTPNamespace::TCimHTTPNamespace(bool redefine) : redefine_(redefine) {
     auto nameSpace = MakeRemoteNamespace(); // before the client
-    fServer = std::make_unique<RemoteServer>(std::move(nameSpace), MakeClient());
+    server_ = std::make_unique<RemoteServer>(std::move(nameSpace), MakeClient());
 }
 
 TCimHTTPNamespace::~TCimHTTPNamespace() {
@@ -89,30 +89,30 @@ TCimHTTPNamespace::~TCimHTTPNamespace() {
     } catch (...) {
         // The connection ends with its client.
     }
-    if (fReading) {
-        fReading->End();
+    if (reading_) {
+        reading_->End();
     }
-    fServer.reset();
+    server_.reset();
 }
 
 void TCimHTTPNamespace::Initialize(TCIMContext context) {
     const NamespaceOptions options(context);
-    fPluginName = options.PluginName();
-    fOptions = options.Connection();
+    pluginName_ = options.PluginName();
+    options_ = options.Connection();
     try {
-        Apply(fOptions);
+        Apply(options_);
     } catch (const ConnectionRefusal& refusal) {
         LogError(std::string("TCimHTTPNamespace: ") + refusal.what());
         throw TVYXException(kTypeMismatch);
     }
     if (options.IsFaithful()) {
-        fReading = boost::make_shared<FaithfulReading>(shared_from_this());
-        fNames = fReading->Names();
-        fServer->SetLenient(options.IsLenient());
+        reading_ = boost::make_shared<FaithfulReading>(shared_from_this());
+        names_ = reading_->Names();
+        server_->SetLenient(options.IsLenient());
     } else {
-        fServer->LeaveQualifiedTexts();
+        server_->LeaveQualifiedTexts();
     }
-    fRootClass = boost::dynamic_pointer_cast<TCimHTTPClass>(
+    rootClass_ = boost::dynamic_pointer_cast<TCimHTTPClass>(
         AllocateClass(kRootClassName, boost::shared_ptr<ICIMClass>(), TCIMContext()));
     DeclareQualifier(kPluginNameQualifier, "CIMXML");
     DeclareQualifier(kPluginVersionQualifier, "");
@@ -124,9 +124,9 @@ void TCimHTTPNamespace::DeclareQualifier(const std::string& name, const std::str
 }
 
 void TCimHTTPNamespace::connect(std::string host, std::string user, std::string password, int port) {
-    fReport.BeginOperation();
+    report_.BeginOperation();
     try {
-        const auto plan = WithinMemory([&] { return MakePlan(fOptions, host, port); }, "the policy");
+        const auto plan = WithinMemory([&] { return MakePlan(options_, host, port); }, "the policy");
         if (!plan.Decision().empty()) {
             LogInfo("TCimHTTPNamespace: " + plan.Decision());
         }
@@ -134,26 +134,26 @@ void TCimHTTPNamespace::connect(std::string host, std::string user, std::string 
     } catch (const ConnectionRefusal& refusal) {
         RefuseConnection(refusal.Failure());
     } catch (const Pegasus::Exception& failure) {
-        fReport.Fail(RemoteFailureOf(failure));
+        report_.Fail(RemoteFailureOf(failure));
         FailRemotely("TCimHTTPNamespace::connect failed: ", failure);
     }
-    fConnected = true;
+    connected_ = true;
 }
 
 void TCimHTTPNamespace::RefuseConnection(RemoteFailure failure) {
     LogError("TCimHTTPNamespace::connect failed: " + failure.text);
-    fReport.Fail(std::move(failure));
+    report_.Fail(std::move(failure));
     throw TVYXException(kRemoteConnectionFailed);
 }
 
 /// With the options of the plan, which do not outlive a failure.
 void TCimHTTPNamespace::Connect(const ConnectionPlan& plan, const std::string& host, const std::string& user,
                                 const std::string& password, int port) {
-    const ConnectionOptions before = fApplied;
+    const ConnectionOptions before = applied_;
     try {
         Apply(plan.Options());
         getPegClient()->setTimeout(TimeoutMs());
-        fServer->ForgetWhatItCan();
+        server_->ForgetWhatItCan();
         Open(plan, host, user, password, port);
     } catch (...) {
         Apply(before);
@@ -175,32 +175,32 @@ void TCimHTTPNamespace::Open(const ConnectionPlan& plan, const std::string& host
 }
 
 void TCimHTTPNamespace::Apply(const ConnectionOptions& options) {
-    if (options == fApplied) {
+    if (options == applied_) {
         return;
     }
     ConnectionOptions applied = options; // what takes memory comes first, so that all counts or nothing
     const Pegasus::CIMNamespaceName nameSpace(ToRemoteText(options.Text(kNamespaceKey).value_or(kRemoteNamespaceName)));
-    if (!fServer->SetLimits(options.Number(kConnectTimeoutKey), options.Number(kLimitBytesKey),
+    if (!server_->SetLimits(options.Number(kConnectTimeoutKey), options.Number(kLimitBytesKey),
                             options.Number(kLimitObjectsKey))) {
         throw ConnectionRefusal(RemoteFailure::Kind::kOther,
                                 "the client library that this plug-in was built with knows no limits");
     }
-    if (!fServer->SetTrace(options.Text(kTraceKey))) {
+    if (!server_->SetTrace(options.Text(kTraceKey))) {
         throw ConnectionRefusal(RemoteFailure::Kind::kOther,
                                 "the client library that this plug-in was built with does not show what it sends");
     }
-    fServer->SetNamespace(nameSpace);
-    fBudget.SetElements(options.Number(kLimitElementsKey).value_or(DefinitionBudget::kElements));
-    fApplied = std::move(applied);
+    server_->SetNamespace(nameSpace);
+    budget_.SetElements(options.Number(kLimitElementsKey).value_or(DefinitionBudget::kElements));
+    applied_ = std::move(applied);
 }
 
 std::uint32_t TCimHTTPNamespace::TimeoutMs() const {
-    return static_cast<std::uint32_t>(fApplied.Number(kTimeoutKey).value_or(kTimeoutMs));
+    return static_cast<std::uint32_t>(applied_.Number(kTimeoutKey).value_or(kTimeoutMs));
 }
 
 bool TCimHTTPNamespace::WouldVerify(const std::string& host, int port) const {
     try {
-        const ConnectionOptions options = MakePlan(fOptions, host, port).Options();
+        const ConnectionOptions options = MakePlan(options_, host, port).Options();
         return options.Has(kTrustKey) || options.Has(kFingerprintKey);
     } catch (const ConnectionRefusal&) {
         return true;
@@ -209,30 +209,30 @@ bool TCimHTTPNamespace::WouldVerify(const std::string& host, int port) const {
 
 void TCimHTTPNamespace::disconnect() {
     getPegClient()->disconnect();
-    fConnected = false;
+    connected_ = false;
 }
 
 const ReadingIncidents& TCimHTTPNamespace::Incidents() {
-    fServer->MoveFindingsTo(fReport);
-    return fReport.Incidents();
+    server_->MoveFindingsTo(report_);
+    return report_.Incidents();
 }
 
 ReadingIncidents TCimHTTPNamespace::TakeIncidents() {
-    fServer->MoveFindingsTo(fReport);
-    return fReport.TakeIncidents();
+    server_->MoveFindingsTo(report_);
+    return report_.TakeIncidents();
 }
 
-bool TCimHTTPNamespace::isConnected() { return fConnected; }
+bool TCimHTTPNamespace::isConnected() { return connected_; }
 
-Pegasus::CIMNamespaceName* TCimHTTPNamespace::getPegNSP() { return fServer->Namespace(); }
+Pegasus::CIMNamespaceName* TCimHTTPNamespace::getPegNSP() { return server_->Namespace(); }
 
-Pegasus::CIMClient* TCimHTTPNamespace::getPegClient() { return fServer->Client(); }
+Pegasus::CIMClient* TCimHTTPNamespace::getPegClient() { return server_->Client(); }
 
 boost::shared_ptr<Reading> TCimHTTPNamespace::GetReading() {
-    if (!fReading) {
-        fReading = boost::make_shared<CompatibleReading>(shared_from_this());
+    if (!reading_) {
+        reading_ = boost::make_shared<CompatibleReading>(shared_from_this());
     }
-    return fReading;
+    return reading_;
 }
 
 // --- Classes -----------------------------------------------------------------------------------------------------
@@ -253,15 +253,15 @@ boost::shared_ptr<TCimHTTPClass> TCimHTTPNamespace::MakeClass(const std::string&
 }
 
 boost::shared_ptr<ICIMClass> TCimHTTPNamespace::GetClass(const std::string& name, TCIMContext context) {
-    fReport.BeginOperation();
-    if (!fConnected) {
+    report_.BeginOperation();
+    if (!connected_) {
         return GetReading()->WithoutConnection();
     }
     if (name.empty() || name == kRootClassName) {
         LogDebug("TCimHTTPNamespace::GetClass " + name + " : return <root>");
-        return fRootClass;
+        return rootClass_;
     }
-    const std::string key = NQORVYX20::NormalizeName(name, fNames);
+    const std::string key = NQORVYX20::NormalizeName(name, names_);
     LogDebug("TCimHTTPNamespace::GetClass from Pegasus for: " + key);
     if (auto cached = FindClass(key)) {
         LogDebug("TCimHTTPNamespace::GetClass " + key + " Found in TCimHTTPNamespace");
@@ -271,11 +271,11 @@ boost::shared_ptr<ICIMClass> TCimHTTPNamespace::GetClass(const std::string& name
 }
 
 boost::shared_ptr<TCimHTTPClass> TCimHTTPNamespace::FindClass(const std::string& key) const {
-    return FindEntry(fClasses, key);
+    return FindEntry(classes_, key);
 }
 
 void TCimHTTPNamespace::StampClass(ICIMClass& cls, TCIMContext context) const {
-    StampClass(cls, kPluginNameQualifier, fPluginName, context);
+    StampClass(cls, kPluginNameQualifier, pluginName_, context);
     StampClass(cls, kPluginVersionQualifier, kPluginVersion, context);
 }
 
@@ -287,11 +287,11 @@ void TCimHTTPNamespace::StampClass(ICIMClass& cls, const std::string& qualifierN
 
 void TCimHTTPNamespace::AddClass(boost::shared_ptr<TCimHTTPClass> cls) {
     const std::string& name = cls->GetName(TCIMContext());
-    const auto [entry, isNew] = fClasses.emplace(NQORVYX20::NormalizeName(name, fNames), cls);
+    const auto [entry, isNew] = classes_.emplace(NQORVYX20::NormalizeName(name, names_), cls);
     if (isNew) {
         return;
     }
-    if (!fRedefine) {
+    if (!redefine_) {
         LogDebug("TCimHTTPNamespace: class " + name + " already defined");
         throw TVYXException(kAlreadyExists);
     }
@@ -303,21 +303,21 @@ void TCimHTTPNamespace::RemoveClass(boost::shared_ptr<TCimHTTPClass> /*cls*/) {}
 
 void TCimHTTPNamespace::EnumerateRootClasses(const boost::function<bool(boost::shared_ptr<ICIMClass>)>& callback,
                                              TCIMContext context) {
-    if (fConnected) {
-        fRootClass->EnumerateSubClasses(callback, true, context);
+    if (connected_) {
+        rootClass_->EnumerateSubClasses(callback, true, context);
     }
 }
 
 void TCimHTTPNamespace::EnumerateClassNames(std::string nameSpace, std::string className,
                                             Pegasus::Array<Pegasus::CIMName>& names) {
-    fReport.BeginOperation();
+    report_.BeginOperation();
     try {
         names = WithinMemory([&] {
             const auto top = className.empty() ? Pegasus::CIMName() : Pegasus::CIMName(ToRemoteText(className));
-            return fServer->EnumerateClassNames(Pegasus::CIMNamespaceName(ToRemoteText(nameSpace)), top);
+            return server_->EnumerateClassNames(Pegasus::CIMNamespaceName(ToRemoteText(nameSpace)), top);
         });
     } catch (const Pegasus::Exception& failure) {
-        fReport.Fail(RemoteFailureOf(failure));
+        report_.Fail(RemoteFailureOf(failure));
         LogDebug("TCimHTTPNamespace::EnumerateClassNames: " + nameSpace + ":" + className + ": " +
                  PegStrToStdStr(failure.getMessage()) + "\n");
     }
@@ -335,11 +335,11 @@ boost::shared_ptr<ICIMQualifierDecl> TCimHTTPNamespace::AllocateQualifierDecl(co
 
 void TCimHTTPNamespace::AddQualifierDecl(boost::shared_ptr<TCimHTTPQualifierDecl> declaration) {
     const std::string& name = declaration->GetName(TCIMContext());
-    const auto [entry, isNew] = fQualifierDecls.emplace(NQORVYX20::NormalizeName(name, fNames), declaration);
+    const auto [entry, isNew] = qualifierDecls_.emplace(NQORVYX20::NormalizeName(name, names_), declaration);
     if (isNew) {
         return;
     }
-    if (!fRedefine) {
+    if (!redefine_) {
         LogDebug("CimHTTP: TCimHTTPNamespace: qualifier " + name + " already defined");
         throw TVYXException(kAlreadyExists);
     }
@@ -348,12 +348,12 @@ void TCimHTTPNamespace::AddQualifierDecl(boost::shared_ptr<TCimHTTPQualifierDecl
 
 boost::shared_ptr<ICIMQualifierDecl> TCimHTTPNamespace::GetQualifierDecl(const std::string& name,
                                                                          TCIMContext /*context*/) const {
-    return FindEntry(fQualifierDecls, NQORVYX20::NormalizeName(name, fNames));
+    return FindEntry(qualifierDecls_, NQORVYX20::NormalizeName(name, names_));
 }
 
 void TCimHTTPNamespace::EnumerateQualifierDecls(
     const boost::function<bool(boost::shared_ptr<ICIMQualifierDecl>)>& callback, TCIMContext /*context*/) const {
-    VisitEntries(fQualifierDecls, callback);
+    VisitEntries(qualifierDecls_, callback);
 }
 
 // --- Instances ---------------------------------------------------------------------------------------------------
@@ -368,7 +368,7 @@ boost::shared_ptr<ICIMInstance> TCimHTTPNamespace::GetInstance(const TCIMReferen
 void TCimHTTPNamespace::EnumerateInstances(const Pegasus::CIMNamespaceName& nameSpace,
                                            const Pegasus::CIMName& className) {
     try {
-        auto instances = fServer->EnumerateInstancesToLookAt(nameSpace, className);
+        auto instances = server_->EnumerateInstancesToLookAt(nameSpace, className);
         for (Pegasus::Uint32 i = 0; i < instances.size(); ++i) {
             (void)instances[i].getPath().toString();
             for (Pegasus::Uint32 j = 0; j < instances[i].getPropertyCount(); ++j) {
@@ -390,7 +390,7 @@ boost::shared_ptr<INamespaceProvider> TCimHTTPNamespace::GetNamespaceProvider(TC
 
 void TCimHTTPNamespace::SetUpcallNamespace(boost::shared_ptr<ICIMNamespace> /*nameSpace*/, TCIMContext /*context*/) {}
 
-boost::shared_ptr<ICIMNamespace> TCimHTTPNamespace::GetUpcallNamespace() { return fUpcallNamespace.lock(); }
+boost::shared_ptr<ICIMNamespace> TCimHTTPNamespace::GetUpcallNamespace() { return upcallNamespace_.lock(); }
 
 void TCimHTTPNamespace::AddUnderlyingNamespace(boost::shared_ptr<ICIMNamespace> /*nameSpace*/,
                                                TCIMContext /*context*/) {

@@ -55,7 +55,7 @@ class TCimHTTPNamespace : public ICIMNamespace, public boost::enable_shared_from
     void Initialize(TCIMContext context);
 
     /// Why the newest operation that asked the server could not read it, or not all of it; empty when it could.
-    const std::optional<RemoteFailure>& LastFailure() const { return fReport.Failure(); }
+    const std::optional<RemoteFailure>& LastFailure() const { return report_.Failure(); }
 
     /// What could not be taken from the server's answers, since the namespace was made or TakeIncidents was called.
     const ReadingIncidents& Incidents();
@@ -102,14 +102,14 @@ class TCimHTTPNamespace : public ICIMNamespace, public boost::enable_shared_from
     boost::shared_ptr<ICIMNamespace> GetUpcallNamespace();
 
     /// The class above all others, which has no features. Empty before Initialize.
-    boost::shared_ptr<TCimHTTPClass> GetRootClass() const { return fRootClass; }
+    boost::shared_ptr<TCimHTTPClass> GetRootClass() const { return rootClass_; }
 
     // What a Reading works with.
 
     boost::shared_ptr<Reading> GetReading();
-    RemoteServer& Server() { return *fServer; }
-    ReadingReport& Report() { return fReport; }
-    DefinitionBudget& Budget() { return fBudget; }
+    RemoteServer& Server() { return *server_; }
+    ReadingReport& Report() { return report_; }
+    DefinitionBudget& Budget() { return budget_; }
 
     /// A class that the namespace holds, by the normal form of its name, or an empty pointer.
     boost::shared_ptr<TCimHTTPClass> FindClass(const std::string& key) const;
@@ -190,20 +190,20 @@ class TCimHTTPNamespace : public ICIMNamespace, public boost::enable_shared_from
     void StampClass(ICIMClass& cls, const std::string& qualifierName, const std::string& value,
                     TCIMContext context) const;
 
-    std::unique_ptr<RemoteServer> fServer;
-    ReadingReport fReport;
-    DefinitionBudget fBudget;
-    boost::shared_ptr<Reading> fReading; // the compatible one is made when it is needed
-    std::map<std::string, boost::shared_ptr<TCimHTTPQualifierDecl>> fQualifierDecls;
-    std::map<std::string, boost::shared_ptr<TCimHTTPClass>> fClasses;
-    boost::shared_ptr<TCimHTTPClass> fRootClass;
-    bool fRedefine;
-    boost::weak_ptr<ICIMNamespace> fUpcallNamespace;
-    NameRule fNames = NameRule::kHost;
-    bool fConnected = false;
-    ConnectionOptions fOptions; // those of the host
-    ConnectionOptions fApplied; // those that count now: the host's, under the policy of the newest connection
-    std::string fPluginName;
+    std::unique_ptr<RemoteServer> server_;
+    ReadingReport report_;
+    DefinitionBudget budget_;
+    boost::shared_ptr<Reading> reading_; // the compatible one is made when it is needed
+    std::map<std::string, boost::shared_ptr<TCimHTTPQualifierDecl>> qualifierDecls_;
+    std::map<std::string, boost::shared_ptr<TCimHTTPClass>> classes_;
+    boost::shared_ptr<TCimHTTPClass> rootClass_;
+    bool redefine_;
+    boost::weak_ptr<ICIMNamespace> upcallNamespace_;
+    NameRule names_ = NameRule::kHost;
+    bool connected_ = false;
+    ConnectionOptions options_; // those of the host
+    ConnectionOptions applied_; // those that count now: the host's, under the policy of the newest connection
+    std::string pluginName_;
 };
 
 } // namespace NQORVYX20

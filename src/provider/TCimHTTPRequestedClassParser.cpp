@@ -30,12 +30,12 @@ TCimHTTPRequestedClassParser::TCimHTTPRequestedClassParser() = default;
 TCimHTTPRequestedClassParser::~TCimHTTPRequestedClassParser() = default;
 
 void TCimHTTPRequestedClassParser::StartElement(const char* name, std::map<std::string, std::string>& attributes) {
-    fElement = LowerCase(name);
-    if (fElement == kRoot) {
+    element_ = LowerCase(name);
+    if (element_ == kRoot) {
         StartRoot(attributes);
-    } else if (fElement == kNetwork) {
+    } else if (element_ == kNetwork) {
         StartNetwork(attributes);
-    } else if (fElement == kClass) {
+    } else if (element_ == kClass) {
         StartClass(attributes);
     } else {
         FatalError("Unrecognized identifier");
@@ -47,20 +47,20 @@ void TCimHTTPRequestedClassParser::StartRoot(const std::map<std::string, std::st
         FatalError("No Version Specified for VYX identifier");
         return;
     }
-    fSettingName.clear();
-    fSettingValue.clear();
-    fClassName.clear();
+    settingName_.clear();
+    settingValue_.clear();
+    className_.clear();
 }
 
 void TCimHTTPRequestedClassParser::StartNetwork(const std::map<std::string, std::string>& attributes) {
     for (const auto& [name, value] : attributes) {
         if (!IsSetting(name)) {
             FatalError("Unrecognized Attribute.");
-        } else if (!fSettingValue.empty()) {
+        } else if (!settingValue_.empty()) {
             FatalError("Expecting End of Object before Beginning New Object.");
         } else {
-            fSettingName = name;
-            fSettingValue = value;
+            settingName_ = name;
+            settingValue_ = value;
             return;
         }
     }
@@ -71,11 +71,11 @@ void TCimHTTPRequestedClassParser::StartClass(const std::map<std::string, std::s
     for (const auto& [name, value] : attributes) {
         if (name != "name") {
             FatalError("Unrecognized Attribute.");
-        } else if (!fClassName.empty()) {
+        } else if (!className_.empty()) {
             FatalError("Expecting End of Counter Before Beginning New Counter.");
         } else {
-            fClassName = value;
-            fClassNames.push_back(value);
+            className_ = value;
+            classNames_.push_back(value);
             return;
         }
     }
@@ -83,28 +83,28 @@ void TCimHTTPRequestedClassParser::StartClass(const std::map<std::string, std::s
 }
 
 void TCimHTTPRequestedClassParser::EndElement(const char* name) {
-    fElement = LowerCase(name);
-    if (fElement == kRoot) {
+    element_ = LowerCase(name);
+    if (element_ == kRoot) {
         return;
     }
-    if (fElement == kNetwork) {
+    if (element_ == kNetwork) {
         EndNetwork();
-    } else if (fElement == kClass) {
-        fClassName.clear();
+    } else if (element_ == kClass) {
+        className_.clear();
     } else {
         FatalError("Unrecognized identifier");
     }
-    fElement.clear();
+    element_.clear();
 }
 
 void TCimHTTPRequestedClassParser::EndNetwork() {
-    if (fSettingName.empty()) {
+    if (settingName_.empty()) {
         FatalError("Object Identifier Ended Unexpectedly.");
         return;
     }
-    fNetworkData.emplace(fSettingName, fSettingValue);
-    fSettingName.clear();
-    fSettingValue.clear();
+    networkData_.emplace(settingName_, settingValue_);
+    settingName_.clear();
+    settingValue_.clear();
 }
 
 void TCimHTTPRequestedClassParser::processingInstruction(const char* /*target*/, const char* /*data*/) {}
@@ -122,6 +122,6 @@ void TCimHTTPRequestedClassParser::DebugOutput(ILogger::EVYXLogSeverity severity
                                                                std::to_string(GetCurLine()) + ":" + message);
 }
 
-std::map<std::string, std::string> TCimHTTPRequestedClassParser::GetRequestedNetworkData() { return fNetworkData; }
+std::map<std::string, std::string> TCimHTTPRequestedClassParser::GetRequestedNetworkData() { return networkData_; }
 
-std::vector<std::string> TCimHTTPRequestedClassParser::GetRequestedClassData() { return fClassNames; }
+std::vector<std::string> TCimHTTPRequestedClassParser::GetRequestedClassData() { return classNames_; }

@@ -57,10 +57,10 @@ class TCimHTTPRequestedClassParser : public NQORVYX20::TXmlParser {
     void StartClass(const std::map<std::string, std::string>& attributes);
     void EndNetwork();
 
-    std::map<std::string, std::string> fNetworkData;
-    std::vector<std::string> fClassNames;
-    std::string fElement;      // in lower case
-    std::string fSettingName;  // of the open network element
-    std::string fSettingValue; // of the open network element, which counts as closed while this is empty
-    std::string fClassName;    // of the open class element
+    std::map<std::string, std::string> networkData_;
+    std::vector<std::string> classNames_;
+    std::string element_;      // in lower case
+    std::string settingName_;  // of the open network element
+    std::string settingValue_; // of the open network element, which counts as closed while this is empty
+    std::string className_;    // of the open class element
 };

@@ -39,13 +39,13 @@ constexpr std::size_t kMaxHierarchyDepth = 256;
 /// Says that a superclass is being looked up, for the time of its life.
 class TClimbing {
   public:
-    explicit TClimbing(bool& isClimbing) : fIsClimbing(isClimbing) { fIsClimbing = true; }
-    ~TClimbing() { fIsClimbing = false; }
+    explicit TClimbing(bool& isClimbing) : isClimbing_(isClimbing) { isClimbing_ = true; }
+    ~TClimbing() { isClimbing_ = false; }
     TClimbing(const TClimbing&) = delete;
     TClimbing& operator=(const TClimbing&) = delete;
 
   private:
-    bool& fIsClimbing;
+    bool& isClimbing_;
 };
 
 ReadingIncident IncidentOf(const TCimHTTPClass& cls, ReadingIncident::Cause cause, const std::string& path,
@@ -55,10 +55,10 @@ ReadingIncident IncidentOf(const TCimHTTPClass& cls, ReadingIncident::Cause caus
 
 } // namespace
 
-CompatibleReading::CompatibleReading(boost::shared_ptr<TCimHTTPNamespace> nameSpace) : fNamespace(nameSpace) {}
+CompatibleReading::CompatibleReading(boost::shared_ptr<TCimHTTPNamespace> nameSpace) : namespace_(nameSpace) {}
 
 boost::shared_ptr<TCimHTTPNamespace> CompatibleReading::LockNamespace() const {
-    return boost::shared_ptr<TCimHTTPNamespace>(fNamespace);
+    return boost::shared_ptr<TCimHTTPNamespace>(namespace_);
 }
 
 // --- Classes -----------------------------------------------------------------------------------------------------
@@ -73,9 +73,9 @@ class CompatibleReading::Climb {
         std::string superName;
     };
 
-    explicit Climb(std::set<std::string>& lookups) : fLookups(lookups) {}
+    explicit Climb(std::set<std::string>& lookups) : lookups_(lookups) {}
     ~Climb() {
-        while (!fSteps.empty()) {
+        while (!steps_.empty()) {
             GoDown();
         }
     }
@@ -83,25 +83,25 @@ class CompatibleReading::Climb {
     Climb& operator=(const Climb&) = delete;
 
     void GoUp(const TNames& names) {
-        fSteps.push_back({names, std::string(), std::string()});
-        fLookups.insert(names.key);
+        steps_.push_back({names, std::string(), std::string()});
+        lookups_.insert(names.key);
     }
     void GoDown() {
-        fLookups.erase(fSteps.back().names.key);
-        fSteps.pop_back();
+        lookups_.erase(steps_.back().names.key);
+        steps_.pop_back();
     }
 
-    bool IsAtEnd() const { return fSteps.empty(); }
-    bool IsAtBegin() const { return fSteps.size() == 1; }
-    const TStep& Top() const { return fSteps.back(); }
+    bool IsAtEnd() const { return steps_.empty(); }
+    bool IsAtBegin() const { return steps_.size() == 1; }
+    const TStep& Top() const { return steps_.back(); }
     void SetNames(const std::string& name, const std::string& superName) {
-        fSteps.back().name = name;
-        fSteps.back().superName = superName;
+        steps_.back().name = name;
+        steps_.back().superName = superName;
     }
 
   private:
-    std::set<std::string>& fLookups;
-    std::vector<TStep> fSteps;
+    std::set<std::string>& lookups_;
+    std::vector<TStep> steps_;
 };
 
 // In a loop, and with no definition at hand while the next is fetched: neither the stack nor the memory that it takes
@@ -109,11 +109,11 @@ class CompatibleReading::Climb {
 // it, the question comes back here and is the next step of the loop.
 boost::shared_ptr<ICIMClass> CompatibleReading::FetchClass(const std::string& name, const std::string& key,
                                                            TCIMContext context) {
-    if (fIsClimbing) {
-        fNextStep = TNames{name, key};
+    if (isClimbing_) {
+        nextStep_ = TNames{name, key};
         return {};
     }
-    Climb climb(fLookups);
+    Climb climb(lookups_);
     boost::shared_ptr<ICIMClass> cls;
     for (auto step = std::make_optional(TNames{name, key}); step;) {
         step = FetchNames(climb, *step) ? FindSuperClass(climb, cls) : std::nullopt;
@@ -129,15 +129,15 @@ boost::shared_ptr<ICIMClass> CompatibleReading::FetchClass(const std::string& na
 /// else what is to be fetched.
 std::optional<CompatibleReading::TNames> CompatibleReading::FindSuperClass(Climb& climb,
                                                                            boost::shared_ptr<ICIMClass>& found) {
-    fNextStep.reset();
+    nextStep_.reset();
     const bool isFound = Attempt(climb.Top().names.asked, [&] {
-        const TClimbing climbing(fIsClimbing);
+        const TClimbing climbing(isClimbing_);
         found = LockNamespace()->GetClass(climb.Top().superName, TCIMContext());
     });
     if (!isFound) {
         climb.GoDown();
     }
-    return std::exchange(fNextStep, std::nullopt);
+    return std::exchange(nextStep_, std::nullopt);
 }
 
 /// Does a step of a look-up. When that fails, the report and mostly the log say why.
@@ -160,7 +160,7 @@ bool CompatibleReading::Attempt(const std::string& name, const Step& step) {
 /// Asks for the names of a class and its superclass, the next step of the climb.
 bool CompatibleReading::FetchNames(Climb& climb, const TNames& wanted) {
     const auto nameSpace = LockNamespace();
-    if (fLookups.size() >= kMaxHierarchyDepth || fLookups.count(wanted.key) != 0) {
+    if (lookups_.size() >= kMaxHierarchyDepth || lookups_.count(wanted.key) != 0) {
         const std::string text =
             "TCimHTTPNamespace::GetClass " + wanted.key + ": the server's class hierarchy has a cycle or is too deep";
         LogError(text);
@@ -208,7 +208,7 @@ boost::shared_ptr<ICIMClass> CompatibleReading::AllocateClass(const std::string&
     try {
         return WithinMemory([&] { return nameSpace->MakeClass(name, superClass); });
     } catch (const Pegasus::Exception& exception) {
-        if (!fLookups.empty()) {
+        if (!lookups_.empty()) {
             throw;
         }
         const RemoteFailure failure = RemoteFailureOf(exception);
@@ -285,7 +285,7 @@ void CompatibleReading::FetchInstances(TCimHTTPClass& cls, bool deep) {
         LockNamespace()->Report().Fail(RemoteFailureOf(failure));
     } catch (...) {
         // What was filed until then is served; the log says nothing, whoever asks for the failure is told.
-        if (const auto nameSpace = fNamespace.lock()) {
+        if (const auto nameSpace = namespace_.lock()) {
             nameSpace->Report().Fail(LocalFailure("an instance of " + className + " could not be kept"));
         }
     }

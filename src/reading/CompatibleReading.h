@@ -78,10 +78,10 @@ class CompatibleReading : public Reading {
     void FileInstances(TCimHTTPClass& cls, bool deep);
     void AddInstance(TCimHTTPClass& cls, const Pegasus::CIMInstance& remote, RemoteNames& names, StreamedText& texts);
 
-    boost::weak_ptr<TCimHTTPNamespace> fNamespace;
-    std::set<std::string> fLookups;  // the normal names of the classes being fetched
-    bool fIsClimbing = false;        // while the superclass of one of them is looked up;
-    std::optional<TNames> fNextStep; // it is to be fetched, too
+    boost::weak_ptr<TCimHTTPNamespace> namespace_;
+    std::set<std::string> lookups_;  // the normal names of the classes being fetched
+    bool isClimbing_ = false;        // while the superclass of one of them is looked up;
+    std::optional<TNames> nextStep_; // it is to be fetched, too
 };
 
 } // namespace NQORVYX20

@@ -33,22 +33,22 @@ std::uint64_t ElementsOf(Pegasus::CIMClass& definition) {
 } // namespace
 
 void DefinitionBudget::Check() const {
-    if (fIsSpent) {
+    if (isSpent_) {
         Fail();
     }
 }
 
 void DefinitionBudget::Charge(Pegasus::CIMClass& definition) {
     const std::uint64_t count = ElementsOf(definition);
-    if (count > fElements - fUsed) {
-        fIsSpent = true;
+    if (count > elements_ - used_) {
+        isSpent_ = true;
         Fail();
     }
-    fUsed += count;
+    used_ += count;
 }
 
 void DefinitionBudget::Fail() const {
-    const std::string text = "the classes of the namespace have more than " + std::to_string(fElements) +
+    const std::string text = "the classes of the namespace have more than " + std::to_string(elements_) +
                              " properties, methods, parameters and qualifiers";
     throw LimitExceeded(text.c_str());
 }

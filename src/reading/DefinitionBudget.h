@@ -12,7 +12,7 @@ class DefinitionBudget {
   public:
     static constexpr std::uint64_t kElements = 4000000;
 
-    void SetElements(std::uint64_t elements) { fElements = elements; }
+    void SetElements(std::uint64_t elements) { elements_ = elements; }
 
     /// Before a definition is fetched. Throws LimitExceeded when a definition did not fit before.
     void Check() const;
@@ -23,9 +23,9 @@ class DefinitionBudget {
   private:
     [[noreturn]] void Fail() const;
 
-    std::uint64_t fElements = kElements;
-    std::uint64_t fUsed = 0;
-    bool fIsSpent = false;
+    std::uint64_t elements_ = kElements;
+    std::uint64_t used_ = 0;
+    bool isSpent_ = false;
 };
 
 } // namespace NQORVYX20

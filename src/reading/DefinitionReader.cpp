@@ -20,10 +20,10 @@ namespace {
 class ClassFiller {
   public:
     ClassFiller(TCimHTTPNamespace& nameSpace, QualifierDeclarations& declarations, TCimHTTPClass& cls)
-        : fNamespace(nameSpace), fDeclarations(declarations), fClass(cls) {}
+        : namespace_(nameSpace), declarations_(declarations), class_(cls) {}
 
     void Fill(Pegasus::CIMClass& definition) {
-        AddQualifiers(definition, fClass, std::string());
+        AddQualifiers(definition, class_, std::string());
         for (Pegasus::Uint32 i = 0; i < definition.getPropertyCount(); ++i) {
             Pegasus::CIMProperty property = definition.getProperty(i);
             Guarded(ToStdString(property.getName()), [&] { AddProperty(property); });
@@ -46,8 +46,8 @@ class ClassFiller {
     }
 
     void Note(const std::string& element, const std::string& reason) {
-        fNamespace.Report().AddAndLog(
-            {ReadingIncident::Cause::kBadName, fClass.GetName(TCIMContext()), std::string(), element, reason});
+        namespace_.Report().AddAndLog(
+            {ReadingIncident::Cause::kBadName, class_.GetName(TCIMContext()), std::string(), element, reason});
     }
 
     void NoteDoubled(const std::string& element) { Note(element, "the class declares it twice; the first one counts"); }
@@ -56,9 +56,9 @@ class ClassFiller {
         const std::string name = ToStdString(remote.getName());
         const TCIMValue none(HostType(remote.getType(), remote.isArray()), 0);
         const std::string key = NormalizeName(name, NameRule::kCim);
-        const auto declaration = fClass.AllocatePropertyDecl(name, none, TCIMContext());
+        const auto declaration = class_.AllocatePropertyDecl(name, none, TCIMContext());
         AddQualifiers(remote, *declaration, name);
-        if (!fClass.KeepPropertyDecl(key, declaration)) {
+        if (!class_.KeepPropertyDecl(key, declaration)) {
             NoteDoubled(name);
         }
     }
@@ -66,14 +66,14 @@ class ClassFiller {
     void AddMethod(Pegasus::CIMMethod& remote) {
         const std::string name = ToStdString(remote.getName());
         const std::string key = NormalizeName(name, NameRule::kCim);
-        const auto declaration = fClass.AllocateMethodDecl(name, HostType(remote.getType(), false), TCIMContext());
+        const auto declaration = class_.AllocateMethodDecl(name, HostType(remote.getType(), false), TCIMContext());
         AddQualifiers(remote, *declaration, name);
         for (Pegasus::Uint32 i = 0; i < remote.getParameterCount(); ++i) {
             Pegasus::CIMParameter parameter = remote.getParameter(i);
             Guarded(name + '.' + ToStdString(parameter.getName()),
                     [&] { AddParameter(*declaration, parameter, name); });
         }
-        if (!fClass.KeepMethodDecl(key, declaration)) {
+        if (!class_.KeepMethodDecl(key, declaration)) {
             NoteDoubled(name);
         }
     }
@@ -97,22 +97,22 @@ class ClassFiller {
     }
 
     void AddQualifier(Pegasus::CIMQualifier& remote, ICIMNamedElement& element) {
-        const auto declaration = fDeclarations.Get(fNamespace, remote);
+        const auto declaration = declarations_.Get(namespace_, remote);
         const TCIMValue value = HostValue(remote.getValue());
         element.AddQualifier(
             element.AllocateQualifier(declaration, value, HostFlavor(remote.getFlavor()), TCIMContext()),
             TCIMContext());
     }
 
-    TCimHTTPNamespace& fNamespace;
-    QualifierDeclarations& fDeclarations;
-    TCimHTTPClass& fClass;
+    TCimHTTPNamespace& namespace_;
+    QualifierDeclarations& declarations_;
+    TCimHTTPClass& class_;
 };
 
 } // namespace
 
 void DefinitionReader::Fill(TCimHTTPNamespace& nameSpace, TCimHTTPClass& cls, Pegasus::CIMClass& definition) {
-    ClassFiller(nameSpace, fDeclarations, cls).Fill(definition);
+    ClassFiller(nameSpace, declarations_, cls).Fill(definition);
 }
 
 } // namespace NQORVYX20

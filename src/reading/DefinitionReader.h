@@ -23,7 +23,7 @@ class DefinitionReader {
     void Fill(TCimHTTPNamespace& nameSpace, TCimHTTPClass& cls, Pegasus::CIMClass& definition);
 
   private:
-    QualifierDeclarations fDeclarations;
+    QualifierDeclarations declarations_;
 };
 
 } // namespace NQORVYX20

@@ -54,10 +54,10 @@ bool IsAmongAncestors(const TCimHTTPClass& cls, boost::shared_ptr<TCimHTTPClass>
 
 } // namespace
 
-FaithfulClasses::FaithfulClasses(boost::shared_ptr<TCimHTTPNamespace> nameSpace) : fNamespace(nameSpace) {}
+FaithfulClasses::FaithfulClasses(boost::shared_ptr<TCimHTTPNamespace> nameSpace) : namespace_(nameSpace) {}
 
 boost::shared_ptr<TCimHTTPNamespace> FaithfulClasses::LockNamespace() const {
-    return boost::shared_ptr<TCimHTTPNamespace>(fNamespace);
+    return boost::shared_ptr<TCimHTTPNamespace>(namespace_);
 }
 
 // --- Definitions -------------------------------------------------------------------------------------------------
@@ -79,8 +79,8 @@ FaithfulClasses::TClassPointer FaithfulClasses::Fetch(const std::string& name, T
             FailRemotely(nameSpace->Report(), what, failure);
         }
         LogDebug(what + ": " + failure.text);
-        fGivesClasses = false;
-        return fSentClasses.Get(*nameSpace, name);
+        givesClasses_ = false;
+        return sentClasses_.Get(*nameSpace, name);
     }
 }
 
@@ -102,7 +102,7 @@ FaithfulClasses::TClassPointer FaithfulClasses::Build(Pegasus::CIMClass& definit
 void FaithfulClasses::Fill(TCimHTTPClass& cls, Pegasus::CIMClass& definition) {
     const auto nameSpace = LockNamespace();
     nameSpace->Budget().Charge(definition);
-    fDefinitions.Fill(*nameSpace, cls, definition);
+    definitions_.Fill(*nameSpace, cls, definition);
     const std::string superClass = NameText(definition.getSuperClassName());
     if (superClass.empty()) {
         cls.SetSuperClass(nameSpace->GetRootClass());
@@ -128,11 +128,11 @@ FaithfulClasses::TClassPointer FaithfulClasses::ClassOf(const std::string& name,
     if (auto cls = TryClassOf(name, reason)) {
         return cls;
     }
-    if (isReported && fGivesClasses) {
+    if (isReported && givesClasses_) {
         nameSpace->Report().AddAndLog(
             {Cause::kNoDefinition, name, std::string(), std::string(), "its definition cannot be read: " + reason});
     }
-    return fSentClasses.Get(*nameSpace, name);
+    return sentClasses_.Get(*nameSpace, name);
 }
 
 /// A class whose definition is there, or empty, with a reason.
@@ -141,7 +141,7 @@ FaithfulClasses::TClassPointer FaithfulClasses::TryClassOf(const std::string& na
     reason = "the host cannot keep a class of this name";
     try {
         auto known = nameSpace->FindClass(NormalizeName(name, NameRule::kCim));
-        if (known || !fGivesClasses) {
+        if (known || !givesClasses_) {
             return known;
         }
         return WithinMemory([&]() -> TClassPointer {
@@ -159,15 +159,15 @@ FaithfulClasses::TClassPointer FaithfulClasses::TryClassOf(const std::string& na
         if (IsConnectionAtFault(failure)) {
             throw;
         }
-        fGivesClasses = !IsOperationUnsupported(failure);
+        givesClasses_ = !IsOperationUnsupported(failure);
         reason = failure.text;
     }
     return {};
 }
 
 void FaithfulClasses::DeclareWhatIsSent(TCimHTTPClass& cls, Pegasus::CIMInstance& instance) {
-    if (fSentClasses.Has(cls)) {
-        fSentClasses.Declare(*LockNamespace(), cls, instance);
+    if (sentClasses_.Has(cls)) {
+        sentClasses_.Declare(*LockNamespace(), cls, instance);
     }
 }
 
@@ -181,19 +181,19 @@ FaithfulClasses::TClassPointer FaithfulClasses::FetchSuperClass(TCimHTTPClass& c
 }
 
 void FaithfulClasses::Link(const TClassPointer& cls, const TClassPointer& superClass) {
-    const std::size_t height = fHeights[NameOf(*cls)] + 1;
+    const std::size_t height = heights_[NameOf(*cls)] + 1;
     if (IsAmongAncestors(*cls, superClass) || height + CountAncestors(*superClass) > kMaxHierarchyDepth) {
         FailRemotely(LockNamespace()->Report(), "TCimHTTPClass::GetSuperClass " + NameOf(*cls),
                      MalformedAnswer("the server's class hierarchy has a cycle or is too deep"));
     }
-    std::size_t& reached = fHeights[NameOf(*superClass)];
+    std::size_t& reached = heights_[NameOf(*superClass)];
     reached = std::max(reached, height);
     cls->SetSuperClass(superClass);
     superClass->AddChildClass(cls);
 }
 
 void FaithfulClasses::CompleteSubClasses(TCimHTTPClass& cls, bool deep) {
-    if (fWithAllSubClasses.count(NameOf(cls)) != 0) {
+    if (withAllSubClasses_.count(NameOf(cls)) != 0) {
         return;
     }
     const auto nameSpace = LockNamespace();
@@ -206,10 +206,10 @@ void FaithfulClasses::CompleteSubClasses(TCimHTTPClass& cls, bool deep) {
     for (const auto& subClass : classes) {
         LinkToKnown(subClass);
     }
-    fWithAllSubClasses.insert(NameOf(cls));
+    withAllSubClasses_.insert(NameOf(cls));
     if (deep) {
         for (const auto& subClass : classes) {
-            fWithAllSubClasses.insert(NameOf(*subClass));
+            withAllSubClasses_.insert(NameOf(*subClass));
         }
     }
 }

@@ -47,7 +47,7 @@ class FaithfulClasses {
     /// Fetches and links the subclasses of a class, with `deep` all classes below, at the first call.
     void CompleteSubClasses(TCimHTTPClass& cls, bool deep);
 
-    void Clear() { fSentClasses.Clear(); }
+    void Clear() { sentClasses_.Clear(); }
 
   private:
     boost::shared_ptr<TCimHTTPNamespace> LockNamespace() const;
@@ -60,12 +60,12 @@ class FaithfulClasses {
     void Link(const TClassPointer& cls, const TClassPointer& superClass);
     void LinkToKnown(const TClassPointer& cls);
 
-    boost::weak_ptr<TCimHTTPNamespace> fNamespace;
-    DefinitionReader fDefinitions;
-    SentClasses fSentClasses;
-    bool fGivesClasses = true;                   // false when the server does not know the operation
-    std::set<std::string> fWithAllSubClasses;    // the classes whose direct subclasses are linked
-    std::map<std::string, std::size_t> fHeights; // how many classes are linked below, one under the other
+    boost::weak_ptr<TCimHTTPNamespace> namespace_;
+    DefinitionReader definitions_;
+    SentClasses sentClasses_;
+    bool givesClasses_ = true;                   // false when the server does not know the operation
+    std::set<std::string> withAllSubClasses_;    // the classes whose direct subclasses are linked
+    std::map<std::string, std::size_t> heights_; // how many classes are linked below, one under the other
 };
 
 } // namespace NQORVYX20

@@ -89,15 +89,15 @@ std::size_t HeldIn(const TCIMContext& context) {
 } // namespace
 
 FaithfulReading::FaithfulReading(boost::shared_ptr<TCimHTTPNamespace> nameSpace)
-    : fNamespace(nameSpace), fClasses(nameSpace) {}
+    : namespace_(nameSpace), classes_(nameSpace) {}
 
 boost::shared_ptr<TCimHTTPNamespace> FaithfulReading::LockNamespace() const {
-    return boost::shared_ptr<TCimHTTPNamespace>(fNamespace);
+    return boost::shared_ptr<TCimHTTPNamespace>(namespace_);
 }
 
 void FaithfulReading::End() {
-    fReadings.Clear();
-    fClasses.Clear();
+    readings_.Clear();
+    classes_.Clear();
 }
 
 // --- Classes -----------------------------------------------------------------------------------------------------
@@ -111,20 +111,20 @@ boost::shared_ptr<ICIMClass> FaithfulReading::WithoutConnection() {
 
 boost::shared_ptr<ICIMClass> FaithfulReading::FetchClass(const std::string& name, const std::string& /*key*/,
                                                          TCIMContext context) {
-    return fClasses.Fetch(name, context);
+    return classes_.Fetch(name, context);
 }
 
 boost::shared_ptr<ICIMClass> FaithfulReading::AllocateClass(const std::string& name, TClassPointer superClass) {
     return LockNamespace()->MakeClass(name, superClass);
 }
 
-void FaithfulReading::Define(TCimHTTPClass& cls) { fClasses.Define(cls); }
+void FaithfulReading::Define(TCimHTTPClass& cls) { classes_.Define(cls); }
 
 boost::shared_ptr<ICIMClass> FaithfulReading::FetchSuperClass(TCimHTTPClass& cls) {
-    return fClasses.FetchSuperClass(cls);
+    return classes_.FetchSuperClass(cls);
 }
 
-void FaithfulReading::CompleteSubClasses(TCimHTTPClass& cls, bool deep) { fClasses.CompleteSubClasses(cls, deep); }
+void FaithfulReading::CompleteSubClasses(TCimHTTPClass& cls, bool deep) { classes_.CompleteSubClasses(cls, deep); }
 
 // --- Instances ---------------------------------------------------------------------------------------------------
 
@@ -150,7 +150,7 @@ boost::shared_ptr<TFaithfulInstance> FaithfulReading::MakeInstance(Pegasus::CIMI
                                                                    const Pegasus::CIMObjectPath& path,
                                                                    const TClassPointer& cls, InstanceReader& reader,
                                                                    std::string& key) {
-    fClasses.DeclareWhatIsSent(*cls, remote);
+    classes_.DeclareWhatIsSent(*cls, remote);
     InstancePath itsPath = PathOf(path, *cls, *LockNamespace()->Server().Namespace());
     key = itsPath.key;
     return reader.Read(remote, cls, std::move(itsPath));
@@ -161,12 +161,12 @@ boost::shared_ptr<ICIMInstance> FaithfulReading::GetInstance(const TCIMReference
     const auto cls = ClassOfPath(reference);
     const Pegasus::CIMNamespaceName& read = *nameSpace->Server().Namespace();
     const Pegasus::CIMObjectPath path = RemotePathOf(reference, *cls, read);
-    if (auto known = fReadings.Find(NormalizeName(NameOf(*cls), NameRule::kCim), PathOf(path, *cls, read).key)) {
+    if (auto known = readings_.Find(NormalizeName(NameOf(*cls), NameRule::kCim), PathOf(path, *cls, read).key)) {
         return known;
     }
     return AskRemotely(*nameSpace, "TCimHTTPNamespace::GetInstance " + reference.GetPath(), [&] {
         Pegasus::CIMInstance remote = nameSpace->Server().GetWholeInstance(path);
-        const auto itsClass = fClasses.ClassOf(ToStdString(remote.getClassName()), kIsReported);
+        const auto itsClass = classes_.ClassOf(ToStdString(remote.getClassName()), kIsReported);
         const Pegasus::CIMObjectPath itsPath(Pegasus::String(), Pegasus::CIMNamespaceName(), remote.getClassName(),
                                              path.getKeyBindings());
         InstanceReader reader(nameSpace->Report());
@@ -187,8 +187,8 @@ std::vector<boost::shared_ptr<ICIMInstance>> FaithfulReading::TakeOver(Pegasus::
             Pegasus::CIMInstance remote = std::exchange(remotes[i], {}); // its memory goes to what is made of it
             const std::string name = ToStdString(remote.getClassName());
             TClassPointer& itsClass = classes[name];
-            itsClass = itsClass ? itsClass : fClasses.ClassOf(name, kIsReported);
-            fClasses.DeclareWhatIsSent(*itsClass, remote);
+            itsClass = itsClass ? itsClass : classes_.ClassOf(name, kIsReported);
+            classes_.DeclareWhatIsSent(*itsClass, remote);
             InstancePath path = PathOf(remote.getPath(), *itsClass, read);
             path.reference.SetHost(ToStdString(remote.getPath().getHost()));
             path.reference.SetNamespaceName(ToStdString(read.getString()));
@@ -209,7 +209,7 @@ FaithfulReading::TClassPointer FaithfulReading::ClassOfPath(const TCIMReference&
         throw TVYXException(kTypeMismatch);
     }
     return AskRemotely(*nameSpace, "TCimHTTPNamespace::GetInstance " + reference.GetPath(),
-                       [&] { return fClasses.ClassOf(name, !kIsReported); });
+                       [&] { return classes_.ClassOf(name, !kIsReported); });
 }
 
 } // namespace NQORVYX20

@@ -71,9 +71,9 @@ class FaithfulReading : public Reading {
                                                       std::string& key);
     TClassPointer ClassOfPath(const TCIMReference& reference);
 
-    boost::weak_ptr<TCimHTTPNamespace> fNamespace;
-    FaithfulClasses fClasses;
-    LastReadings fReadings;
+    boost::weak_ptr<TCimHTTPNamespace> namespace_;
+    FaithfulClasses classes_;
+    LastReadings readings_;
 };
 
 } // namespace NQORVYX20

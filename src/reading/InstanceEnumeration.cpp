@@ -29,30 +29,30 @@ std::string NameOf(const TCimHTTPClass& cls) { return cls.GetName(TCIMContext())
 InstanceEnumeration::InstanceEnumeration(const boost::shared_ptr<TCimHTTPNamespace>& nameSpace,
                                          FaithfulReading& reading, const TCimHTTPClass& cls, bool deep,
                                          const Pegasus::CIMPropertyList& properties, std::size_t held)
-    : fNamespace(nameSpace),
-      fReading(reading),
-      fClassName(NameOf(cls)),
-      fDeep(deep),
-      fHasAllProperties(properties.isNull()),
-      fHeldAtMost(held),
-      fPortions(nameSpace->Server(), fClassName, properties),
-      fReader(nameSpace->Report()) {}
+    : namespace_(nameSpace),
+      reading_(reading),
+      className_(NameOf(cls)),
+      deep_(deep),
+      hasAllProperties_(properties.isNull()),
+      heldAtMost_(held),
+      portions_(nameSpace->Server(), className_, properties),
+      reader_(nameSpace->Report()) {}
 
 InstanceEnumeration::~InstanceEnumeration() { Close(); }
 
 void InstanceEnumeration::Close() noexcept {
-    if (const auto nameSpace = fNamespace.lock()) {
-        fPortions.Close();
+    if (const auto nameSpace = namespace_.lock()) {
+        portions_.Close();
     }
 }
 
 InstanceEnumeration::TInstances InstanceEnumeration::Next() {
-    const boost::shared_ptr<TCimHTTPNamespace> nameSpace(fNamespace);
+    const boost::shared_ptr<TCimHTTPNamespace> nameSpace(namespace_);
     nameSpace->Report().BeginOperation();
-    return AskRemotely(*nameSpace, "TCimHTTPClass::EnumerateInstances " + fClassName, [this] {
-        auto instances = std::exchange(fHasBegun, true) ? Following() : First();
-        if (fIsStopped) {
-            fPortions.Close();
+    return AskRemotely(*nameSpace, "TCimHTTPClass::EnumerateInstances " + className_, [this] {
+        auto instances = std::exchange(hasBegun_, true) ? Following() : First();
+        if (isStopped_) {
+            portions_.Close();
         }
         return instances;
     });
@@ -60,32 +60,32 @@ InstanceEnumeration::TInstances InstanceEnumeration::Next() {
 
 /// All that may be held. Only what is beyond that can be in any order but that of the paths.
 InstanceEnumeration::TInstances InstanceEnumeration::First() {
-    const std::string key = NormalizeName(fClassName, NameRule::kCim);
-    fRemoteName = Pegasus::CIMName(ToRemoteText(fClassName));
-    fHeld = boost::make_shared<LastReadings::TInstances>();
+    const std::string key = NormalizeName(className_, NameRule::kCim);
+    remoteName_ = Pegasus::CIMName(ToRemoteText(className_));
+    held_ = boost::make_shared<LastReadings::TInstances>();
     do {
         ReadPortion([this](const std::string& path, const auto& instance, const TClassPointer& cls) {
             Hold(path, instance, cls);
         });
         CheckLimits();
     } while (!IsOver() && IsAllHeld());
-    if (fPortions.IsAtEnd() && fHasAllProperties && IsAllHeld()) {
-        fReading.fReadings.Keep(key, fHeld);
+    if (portions_.IsAtEnd() && hasAllProperties_ && IsAllHeld()) {
+        reading_.readings_.Keep(key, held_);
     } else {
-        fReading.fReadings.Drop(key); // nobody is to take for absent, or for null, what was not asked for
+        reading_.readings_.Drop(key); // nobody is to take for absent, or for null, what was not asked for
     }
     return TakeHeld();
 }
 
 InstanceEnumeration::TInstances InstanceEnumeration::TakeHeld() {
-    TInstances arrived = std::exchange(fArrived, {});
-    const auto held = std::exchange(fHeld, {});
-    auto doubled = std::exchange(fDoubled, {});
-    if (arrived.size() > fHeldAtMost) {
+    TInstances arrived = std::exchange(arrived_, {});
+    const auto held = std::exchange(held_, {});
+    auto doubled = std::exchange(doubled_, {});
+    if (arrived.size() > heldAtMost_) {
         return arrived;
     }
     for (ReadingIncident& incident : doubled) {
-        fReading.LockNamespace()->Report().AddAndLog(std::move(incident));
+        reading_.LockNamespace()->Report().AddAndLog(std::move(incident));
     }
     TInstances instances;
     instances.reserve(held->size());
@@ -107,13 +107,13 @@ InstanceEnumeration::TInstances InstanceEnumeration::Following() {
 
 template <typename Take>
 void InstanceEnumeration::ReadPortion(const Take& take) {
-    auto remotes = fPortions.Next();
+    auto remotes = portions_.Next();
     for (Pegasus::Uint32 i = 0; i < remotes.size(); ++i) {
         Pegasus::CIMInstance remote = std::exchange(remotes[i], {}); // its memory goes to what is made of it
-        if (fDeep || remote.getClassName().equal(fRemoteName)) {
+        if (deep_ || remote.getClassName().equal(remoteName_)) {
             const TClassPointer cls = ClassOf(ToStdString(remote.getClassName()));
             std::string path;
-            const auto instance = fReading.MakeInstance(remote, remote.getPath(), cls, fReader, path);
+            const auto instance = reading_.MakeInstance(remote, remote.getPath(), cls, reader_, path);
             take(path, instance, cls);
         }
     }
@@ -121,17 +121,17 @@ void InstanceEnumeration::ReadPortion(const Take& take) {
 
 InstanceEnumeration::TClassPointer InstanceEnumeration::ClassOf(const std::string& name) {
     constexpr bool kIsReported = true;
-    TClassPointer& known = fClasses[name];
-    known = known ? known : fReading.fClasses.ClassOf(name, kIsReported);
+    TClassPointer& known = classes_[name];
+    known = known ? known : reading_.classes_.ClassOf(name, kIsReported);
     return known;
 }
 
 void InstanceEnumeration::Hold(const std::string& key, const boost::shared_ptr<ICIMInstance>& instance,
                                const TClassPointer& cls) {
     // Servers mostly give instances in the order of their paths.
-    const bool isNew = fHeld->emplace_hint(fHeld->end(), key, instance)->second == instance;
-    if (fHeldAtMost != kAll) {
-        fArrived.push_back(instance);
+    const bool isNew = held_->emplace_hint(held_->end(), key, instance)->second == instance;
+    if (heldAtMost_ != kAll) {
+        arrived_.push_back(instance);
     }
     if (!isNew) {
         AddDoubled({ReadingIncident::Cause::kDoubledPath, NameOf(*cls), instance->GetReference(TCIMContext()).GetPath(),
@@ -141,20 +141,20 @@ void InstanceEnumeration::Hold(const std::string& key, const boost::shared_ptr<I
 
 /// An incident where each path comes once, which is not known yet where not all may be held.
 void InstanceEnumeration::AddDoubled(ReadingIncident incident) {
-    if (fHeldAtMost == kAll) {
-        fReading.LockNamespace()->Report().AddAndLog(std::move(incident));
+    if (heldAtMost_ == kAll) {
+        reading_.LockNamespace()->Report().AddAndLog(std::move(incident));
     } else {
-        fDoubled.push_back(std::move(incident));
+        doubled_.push_back(std::move(incident));
     }
 }
 
 /// As long as all that comes is held, it counts as one answer.
 void InstanceEnumeration::CheckLimits() const {
-    const RemoteServer& server = fReading.LockNamespace()->Server();
-    if (fPortions.Bytes() > server.MaxBytes()) {
+    const RemoteServer& server = reading_.LockNamespace()->Server();
+    if (portions_.Bytes() > server.MaxBytes()) {
         ThrowPast(std::to_string(server.MaxBytes()) + " bytes");
     }
-    if (fHeld->size() > server.MaxInstances()) {
+    if (held_->size() > server.MaxInstances()) {
         ThrowPast(std::to_string(server.MaxInstances()) + " objects");
     }
 }

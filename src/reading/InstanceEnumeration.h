@@ -47,11 +47,11 @@ class InstanceEnumeration {
     TInstances Next();
 
     /// Whether it is known that there are no more.
-    bool IsAtEnd() const { return fHasBegun && IsOver(); }
+    bool IsAtEnd() const { return hasBegun_ && IsOver(); }
 
     /// No further request is sent for instances: the call of Next() that runs tells the server, and ends with what
     /// there is; the next one gives none. From any thread.
-    void Stop() noexcept { fIsStopped = true; }
+    void Stop() noexcept { isStopped_ = true; }
 
     /// Tells the server, if it is not at its end. Never throws.
     void Close() noexcept;
@@ -67,25 +67,25 @@ class InstanceEnumeration {
     void Hold(const std::string& key, const boost::shared_ptr<ICIMInstance>& instance, const TClassPointer& cls);
     void AddDoubled(ReadingIncident incident);
     void CheckLimits() const;
-    bool IsAllHeld() const { return fArrived.size() <= fHeldAtMost; }
+    bool IsAllHeld() const { return arrived_.size() <= heldAtMost_; }
     TInstances TakeHeld();
-    bool IsOver() const { return fIsStopped || fPortions.IsAtEnd(); }
+    bool IsOver() const { return isStopped_ || portions_.IsAtEnd(); }
 
-    boost::weak_ptr<TCimHTTPNamespace> fNamespace;
-    FaithfulReading& fReading; // lives as long as the namespace
-    std::string fClassName;
-    Pegasus::CIMName fRemoteName;
-    bool fDeep;
-    bool fHasAllProperties;
-    std::size_t fHeldAtMost;
-    InstancePortions fPortions;
-    InstanceReader fReader;
-    std::map<std::string, TClassPointer> fClasses; // of this enumeration
-    boost::shared_ptr<LastReadings::TInstances> fHeld;
-    TInstances fArrived; // the same in the order of the server, as often as they came; empty where all may be held
-    std::vector<ReadingIncident> fDoubled; // not reported yet
-    bool fHasBegun = false;
-    std::atomic<bool> fIsStopped{false};
+    boost::weak_ptr<TCimHTTPNamespace> namespace_;
+    FaithfulReading& reading_; // lives as long as the namespace
+    std::string className_;
+    Pegasus::CIMName remoteName_;
+    bool deep_;
+    bool hasAllProperties_;
+    std::size_t heldAtMost_;
+    InstancePortions portions_;
+    InstanceReader reader_;
+    std::map<std::string, TClassPointer> classes_; // of this enumeration
+    boost::shared_ptr<LastReadings::TInstances> held_;
+    TInstances arrived_; // the same in the order of the server, as often as they came; empty where all may be held
+    std::vector<ReadingIncident> doubled_; // not reported yet
+    bool hasBegun_ = false;
+    std::atomic<bool> isStopped_{false};
 };
 
 } // namespace NQORVYX20

@@ -37,42 +37,42 @@ bool IsReadInVain(RemoteFailure::Kind kind) {
 
 InstancePortions::InstancePortions(RemoteServer& server, std::string className,
                                    const Pegasus::CIMPropertyList& properties)
-    : fServer(server), fClassName(std::move(className)), fProperties(properties) {}
+    : server_(server), className_(std::move(className)), properties_(properties) {}
 
 Pegasus::Array<Pegasus::CIMInstance> InstancePortions::Next() {
-    const bool isNew = std::exchange(fState, State::kEnded) == State::kNew; // unless all goes well
+    const bool isNew = std::exchange(state_, State::kEnded) == State::kNew; // unless all goes well
     const auto begin = Clock::now();
     auto instances = isNew ? First() : Further();
-    fSize.Took(instances.size(), Clock::now() - begin);
-    fState = fEnumeration.isAtEnd ? State::kEnded : State::kOpen;
-    fEmptyPortions = instances.size() == 0 ? fEmptyPortions + 1 : 0;
-    if (fEmptyPortions > kMaxEmptyPortions) {
+    size_.Took(instances.size(), Clock::now() - begin);
+    state_ = enumeration_.isAtEnd ? State::kEnded : State::kOpen;
+    emptyPortions_ = instances.size() == 0 ? emptyPortions_ + 1 : 0;
+    if (emptyPortions_ > kMaxEmptyPortions) {
         throw LimitExceeded("the server sends one portion of an enumeration after the other that has no instances");
     }
     return instances;
 }
 
 Pegasus::Array<Pegasus::CIMInstance> InstancePortions::First() {
-    if (fServer.MayPull()) {
+    if (server_.MayPull()) {
         try {
-            return fServer.OpenWholeInstances(fEnumeration, fClassName, fProperties, fSize.Next());
+            return server_.OpenWholeInstances(enumeration_, className_, properties_, size_.Next());
         } catch (const Pegasus::Exception& exception) {
             if (!HasNoPulls(exception)) {
                 throw;
             }
-            fServer.DoNotPull();
+            server_.DoNotPull();
         }
     }
-    fEnumeration.isAtEnd = true;
-    return fServer.EnumerateWholeInstances(fClassName, fProperties);
+    enumeration_.isAtEnd = true;
+    return server_.EnumerateWholeInstances(className_, properties_);
 }
 
 Pegasus::Array<Pegasus::CIMInstance> InstancePortions::Further() {
     try {
-        return fServer.PullInstances(fEnumeration, fSize.Next());
+        return server_.PullInstances(enumeration_, size_.Next());
     } catch (const Pegasus::Exception& exception) {
         if (IsReadInVain(RemoteFailureOf(exception).kind)) {
-            fState = State::kOpen;
+            state_ = State::kOpen;
             Close();
         }
         throw;
@@ -80,14 +80,14 @@ Pegasus::Array<Pegasus::CIMInstance> InstancePortions::Further() {
 }
 
 void InstancePortions::Close() noexcept {
-    if (std::exchange(fState, State::kEnded) != State::kOpen) {
+    if (std::exchange(state_, State::kEnded) != State::kOpen) {
         return;
     }
     try {
-        fServer.CloseEnumeration(fEnumeration);
+        server_.CloseEnumeration(enumeration_);
     } catch (const Pegasus::Exception& exception) {
         try {
-            LogDebug("the enumeration of " + fClassName + " was not closed: " + ToStdString(exception.getMessage()));
+            LogDebug("the enumeration of " + className_ + " was not closed: " + ToStdString(exception.getMessage()));
         } catch (...) { // then nobody is told
         }
     } catch (...) { // the server closes it by itself

@@ -21,10 +21,10 @@ class InstancePortions {
     /// The next portion, which may be empty. Throws what the client library throws; then it has ended.
     Pegasus::Array<Pegasus::CIMInstance> Next();
 
-    bool IsAtEnd() const { return fState == State::kEnded; }
+    bool IsAtEnd() const { return state_ == State::kEnded; }
 
     /// The bytes of what was sent so far, as far as the client library counts them.
-    std::uint64_t Bytes() const { return RemoteServer::BytesOf(fEnumeration); }
+    std::uint64_t Bytes() const { return RemoteServer::BytesOf(enumeration_); }
 
     /// Tells the server, if it keeps something for this, that no more is wanted. Never throws.
     void Close() noexcept;
@@ -35,13 +35,13 @@ class InstancePortions {
     Pegasus::Array<Pegasus::CIMInstance> First();
     Pegasus::Array<Pegasus::CIMInstance> Further();
 
-    RemoteServer& fServer;
-    std::string fClassName;
-    Pegasus::CIMPropertyList fProperties;
-    State fState = State::kNew;
-    RemoteEnumeration fEnumeration;
-    PortionSize fSize;
-    unsigned fEmptyPortions = 0; // in a row
+    RemoteServer& server_;
+    std::string className_;
+    Pegasus::CIMPropertyList properties_;
+    State state_ = State::kNew;
+    RemoteEnumeration enumeration_;
+    PortionSize size_;
+    unsigned emptyPortions_ = 0; // in a row
 };
 
 } // namespace NQORVYX20

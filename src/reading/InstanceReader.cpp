@@ -81,13 +81,13 @@ void SetValue(TFaithfulInstance& instance, const InstanceShape::TName& name, con
 boost::shared_ptr<TFaithfulInstance>
 InstanceReader::Read(Pegasus::CIMInstance& remote, const boost::shared_ptr<TCimHTTPClass>& cls, InstancePath path) {
     auto instance = boost::make_shared<TFaithfulInstance>(cls, std::move(path.reference));
-    fShape.Fit(remote);
+    shape_.Fit(remote);
     for (Pegasus::Uint32 i = 0; i < remote.getPropertyCount(); ++i) {
         const Pegasus::CIMProperty property = remote.getProperty(i);
         try {
-            SetValue(*instance, fShape.NameAt(i), property);
+            SetValue(*instance, shape_.NameAt(i), property);
         } catch (const TRefusal& refusal) {
-            fReport.AddAndLog({refusal.cause, cls->GetName(TCIMContext()),
+            report_.AddAndLog({refusal.cause, cls->GetName(TCIMContext()),
                                instance->GetReference(TCIMContext()).GetPath(), ToStdString(property.getName()),
                                refusal.reason});
         }

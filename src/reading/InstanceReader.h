@@ -19,15 +19,15 @@ struct InstancePath;
 /// incident, and the other values are there.
 class InstanceReader {
   public:
-    explicit InstanceReader(ReadingReport& report) : fReport(report) {}
+    explicit InstanceReader(ReadingReport& report) : report_(report) {}
 
     /// An instance of its class under its path.
     boost::shared_ptr<TFaithfulInstance> Read(Pegasus::CIMInstance& remote, const boost::shared_ptr<TCimHTTPClass>& cls,
                                               InstancePath path);
 
   private:
-    ReadingReport& fReport;
-    InstanceShape fShape;
+    ReadingReport& report_;
+    InstanceShape shape_;
 };
 
 } // namespace NQORVYX20

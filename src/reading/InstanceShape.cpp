@@ -22,12 +22,12 @@ std::string NormalizedOrEmpty(const Pegasus::CIMName& name) {
 
 void InstanceShape::Fit(Pegasus::CIMInstance& instance) {
     const Pegasus::Uint32 count = instance.getPropertyCount();
-    bool isNew = fNames.size() != count;
-    fNames.resize(count);
+    bool isNew = names_.size() != count;
+    names_.resize(count);
     for (Pegasus::Uint32 i = 0; i < count; ++i) {
         const auto property = instance.getProperty(i);
-        if (!fNames[i].given.equal(property.getName())) {
-            fNames[i] = {property.getName(), NormalizedOrEmpty(property.getName()), false};
+        if (!names_[i].given.equal(property.getName())) {
+            names_[i] = {property.getName(), NormalizedOrEmpty(property.getName()), false};
             isNew = true;
         }
     }
@@ -38,7 +38,7 @@ void InstanceShape::Fit(Pegasus::CIMInstance& instance) {
 
 void InstanceShape::MarkDoubled() {
     std::set<std::string> later;
-    for (auto name = fNames.rbegin(); name != fNames.rend(); ++name) {
+    for (auto name = names_.rbegin(); name != names_.rend(); ++name) {
         name->comesAgain = !name->normalized.empty() && !later.insert(name->normalized).second;
     }
 }

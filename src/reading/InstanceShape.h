@@ -21,12 +21,12 @@ class InstanceShape {
     void Fit(Pegasus::CIMInstance& instance);
 
     /// The name of the property at this place of the instance that was fitted last.
-    const TName& NameAt(Pegasus::Uint32 place) const { return fNames[place]; }
+    const TName& NameAt(Pegasus::Uint32 place) const { return names_[place]; }
 
   private:
     void MarkDoubled();
 
-    std::vector<TName> fNames;
+    std::vector<TName> names_;
 };
 
 } // namespace NQORVYX20

@@ -9,17 +9,17 @@ namespace NQORVYX20 {
 
 void LastReadings::Keep(const std::string& className, boost::shared_ptr<const TInstances> instances) {
     Drop(className);
-    fReadings.push_back({className, std::move(instances)});
+    readings_.push_back({className, std::move(instances)});
 }
 
 void LastReadings::Drop(const std::string& className) {
-    fReadings.erase(std::remove_if(fReadings.begin(), fReadings.end(),
+    readings_.erase(std::remove_if(readings_.begin(), readings_.end(),
                                    [&](const TReading& reading) { return reading.className == className; }),
-                    fReadings.end());
+                    readings_.end());
 }
 
 boost::shared_ptr<ICIMInstance> LastReadings::Find(const std::string& className, const std::string& pathKey) const {
-    for (auto reading = fReadings.rbegin(); reading != fReadings.rend(); ++reading) {
+    for (auto reading = readings_.rbegin(); reading != readings_.rend(); ++reading) {
         const auto found = reading->instances->find(pathKey);
         if (found != reading->instances->end()) {
             return found->second;

@@ -25,7 +25,7 @@ class LastReadings {
     /// there then.
     boost::shared_ptr<ICIMInstance> Find(const std::string& className, const std::string& pathKey) const;
 
-    void Clear() { fReadings.clear(); }
+    void Clear() { readings_.clear(); }
 
   private:
     struct TReading {
@@ -33,7 +33,7 @@ class LastReadings {
         boost::shared_ptr<const TInstances> instances;
     };
 
-    std::vector<TReading> fReadings; // the newest last
+    std::vector<TReading> readings_; // the newest last
 };
 
 } // namespace NQORVYX20

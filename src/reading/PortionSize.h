@@ -14,14 +14,14 @@ class PortionSize {
     static constexpr std::uint32_t kGrowth = 4;  ///< from one portion to the next, at most
     static constexpr std::chrono::milliseconds kTime{500};
 
-    std::uint32_t Next() const { return fNext; }
+    std::uint32_t Next() const { return next_; }
 
     /// Says how long a portion took, and how many it had. One that had fewer than were asked for says nothing: the
     /// server had no more of them, or gives no more at a time.
     void Took(std::uint32_t count, std::chrono::nanoseconds time);
 
   private:
-    std::uint32_t fNext = kFirst;
+    std::uint32_t next_ = kFirst;
 };
 
 } // namespace NQORVYX20

@@ -48,13 +48,13 @@ RemoteFailure Unused(const Pegasus::Exception& exception, const std::string& wha
 boost::shared_ptr<ICIMQualifierDecl> QualifierDeclarations::Get(TCimHTTPNamespace& nameSpace,
                                                                 Pegasus::CIMQualifier& qualifier) {
     const std::string name = ToStdString(qualifier.getName());
-    if (fSource == Source::kUnasked) {
+    if (source_ == Source::kUnasked) {
         RegisterAll(nameSpace);
     }
     if (auto known = nameSpace.GetQualifierDecl(name, TCIMContext())) {
         return known;
     }
-    if (fSource == Source::kOneByOne) {
+    if (source_ == Source::kOneByOne) {
         RegisterOne(nameSpace, qualifier.getName());
     }
     RegisterAsShown(nameSpace, qualifier);
@@ -71,10 +71,10 @@ void QualifierDeclarations::RegisterAll(TCimHTTPNamespace& nameSpace) {
                 // a name or default that the host cannot keep; a class that uses it is told so
             }
         }
-        fSource = Source::kAll;
+        source_ = Source::kAll;
     } catch (const Pegasus::Exception& exception) {
         Unused(exception, "the qualifiers cannot be listed");
-        fSource = Source::kOneByOne;
+        source_ = Source::kOneByOne;
     }
 }
 
@@ -85,7 +85,7 @@ void QualifierDeclarations::RegisterOne(TCimHTTPNamespace& nameSpace, const Pega
         const RemoteFailure failure = Unused(exception, "the qualifier " + ToStdString(name) + " cannot be read");
         if (failure.kind != RemoteFailure::Kind::kCimStatus ||
             failure.cimStatus != static_cast<unsigned>(Pegasus::CIM_ERR_NOT_FOUND)) {
-            fSource = Source::kNone;
+            source_ = Source::kNone;
         }
     }
 }

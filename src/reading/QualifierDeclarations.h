@@ -31,7 +31,7 @@ class QualifierDeclarations {
     void RegisterAll(TCimHTTPNamespace& nameSpace);
     void RegisterOne(TCimHTTPNamespace& nameSpace, const Pegasus::CIMName& name);
 
-    Source fSource = Source::kUnasked;
+    Source source_ = Source::kUnasked;
 };
 
 } // namespace NQORVYX20

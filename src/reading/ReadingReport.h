@@ -13,24 +13,24 @@ namespace NQORVYX20 {
 class ReadingReport {
   public:
     /// Forgets the failure of the operation before.
-    void BeginOperation() { fFailure.reset(); }
+    void BeginOperation() { failure_.reset(); }
 
-    void Fail(RemoteFailure failure) { fFailure = std::move(failure); }
-    void Add(ReadingIncident incident) { fIncidents.Add(std::move(incident)); }
+    void Fail(RemoteFailure failure) { failure_ = std::move(failure); }
+    void Add(ReadingIncident incident) { incidents_.Add(std::move(incident)); }
 
     /// Counts some of which nothing else is known.
-    void AddMore(ReadingIncident::Cause cause, std::size_t count) { fIncidents.AddMore(cause, count); }
+    void AddMore(ReadingIncident::Cause cause, std::size_t count) { incidents_.AddMore(cause, count); }
 
     /// The same as Add(), with a warning in the log.
     void AddAndLog(ReadingIncident incident);
 
-    const std::optional<RemoteFailure>& Failure() const { return fFailure; }
-    const ReadingIncidents& Incidents() const { return fIncidents; }
-    ReadingIncidents TakeIncidents() { return std::exchange(fIncidents, {}); }
+    const std::optional<RemoteFailure>& Failure() const { return failure_; }
+    const ReadingIncidents& Incidents() const { return incidents_; }
+    ReadingIncidents TakeIncidents() { return std::exchange(incidents_, {}); }
 
   private:
-    std::optional<RemoteFailure> fFailure;
-    ReadingIncidents fIncidents;
+    std::optional<RemoteFailure> failure_;
+    ReadingIncidents incidents_;
 };
 
 } // namespace NQORVYX20

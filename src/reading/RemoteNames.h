@@ -21,7 +21,7 @@ class RemoteNames {
         std::string normalized;
     };
 
-    std::vector<TName> fNames;
+    std::vector<TName> names_;
 };
 
 } // namespace NQORVYX20

@@ -19,7 +19,7 @@ void FailRemotely(TCimHTTPNamespace& nameSpace, const std::string& what, const R
 
 FindingsReported::~FindingsReported() {
     try {
-        fNamespace.Incidents();
+        namespace_.Incidents();
     } catch (...) {
         // there is no memory for them, of which the operation tells, or the next one
     }

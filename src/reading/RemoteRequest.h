@@ -28,13 +28,13 @@ RemoteFailure LocalFailure(const std::string& text);
 /// also of a host that never asks for the report.
 class FindingsReported {
   public:
-    explicit FindingsReported(TCimHTTPNamespace& nameSpace) : fNamespace(nameSpace) {}
+    explicit FindingsReported(TCimHTTPNamespace& nameSpace) : namespace_(nameSpace) {}
     ~FindingsReported();
     FindingsReported(const FindingsReported&) = delete;
     FindingsReported& operator=(const FindingsReported&) = delete;
 
   private:
-    TCimHTTPNamespace& fNamespace;
+    TCimHTTPNamespace& namespace_;
 };
 
 /// Makes requests, and what comes of them; what the client library throws, and memory that does not suffice, ends the

@@ -62,22 +62,22 @@ ReadingIncident IncidentOf(const Pegasus::LenientFinding& finding) {
 
 RemoteServer::RemoteServer(std::unique_ptr<Pegasus::CIMNamespaceName> nameSpace,
                            std::unique_ptr<Pegasus::CIMClient> client)
-    : fNamespace(std::move(nameSpace)), fClient(std::move(client)) {}
+    : namespace_(std::move(nameSpace)), client_(std::move(client)) {}
 
 RemoteServer::~RemoteServer() {
-    fNamespace.reset();
-    fClient.reset();
+    namespace_.reset();
+    client_.reset();
 }
 
 bool RemoteServer::SetLimits(std::optional<std::uint64_t> connectMilliseconds, std::optional<std::uint64_t> answerBytes,
                              std::optional<std::uint64_t> answerObjects) {
 #ifdef CIMHTTP_HAS_CLIENT_LIMITS
-    Pegasus::ClientLimits limits = fClient->getLimits();
+    Pegasus::ClientLimits limits = client_->getLimits();
     limits.connectMilliseconds =
         static_cast<Pegasus::Uint32>(connectMilliseconds.value_or(Pegasus::ClientLimits::kConnectMilliseconds));
     limits.answerBytes = answerBytes.value_or(Pegasus::ClientLimits::kAnswerBytes);
     limits.answerObjects = answerObjects.value_or(Pegasus::ClientLimits::kAnswerObjects);
-    fClient->setLimits(limits);
+    client_->setLimits(limits);
     return true;
 #else
     return !connectMilliseconds && !answerBytes && !answerObjects;
@@ -86,12 +86,12 @@ bool RemoteServer::SetLimits(std::optional<std::uint64_t> connectMilliseconds, s
 
 #ifdef CIMHTTP_HAS_LENIENT_FINDINGS
 
-void RemoteServer::SetLenient(bool lenient) { fClient->setLenient(lenient); }
+void RemoteServer::SetLenient(bool lenient) { client_->setLenient(lenient); }
 
-void RemoteServer::LeaveQualifiedTexts() { fClient->setQualifiedEmbedding(false); }
+void RemoteServer::LeaveQualifiedTexts() { client_->setQualifiedEmbedding(false); }
 
 void RemoteServer::MoveFindingsTo(ReadingReport& report) {
-    Pegasus::LenientFindings findings = fClient->takeFindings();
+    Pegasus::LenientFindings findings = client_->takeFindings();
     for (Pegasus::Uint32 i = 0; i < findings.first.size(); ++i) {
         const Pegasus::LenientFinding& finding = findings.first[i];
         --findings.counts[finding.kind];
@@ -116,7 +116,7 @@ void RemoteServer::MoveFindingsTo(ReadingReport& /*report*/) {}
 
 bool RemoteServer::SetTrace(const std::optional<std::string>& path) {
 #ifdef CIMHTTP_HAS_EXCHANGE_OBSERVER
-    fClient->setExchangeObserver(path ? std::make_shared<TraceFile>(*path) : nullptr);
+    client_->setExchangeObserver(path ? std::make_shared<TraceFile>(*path) : nullptr);
     return true;
 #else
     return !path;
@@ -124,12 +124,12 @@ bool RemoteServer::SetTrace(const std::optional<std::string>& path) {
 }
 
 Pegasus::CIMQualifierDecl RemoteServer::GetQualifier(const Pegasus::CIMName& name) {
-    return fClient->getQualifier(*fNamespace, name);
+    return client_->getQualifier(*namespace_, name);
 }
 
 Pegasus::Array<Pegasus::CIMName> RemoteServer::EnumerateClassNames(const Pegasus::CIMNamespaceName& nameSpace,
                                                                    const Pegasus::CIMName& top) {
-    return fClient->enumerateClassNames(nameSpace, top, kDeep);
+    return client_->enumerateClassNames(nameSpace, top, kDeep);
 }
 
 Pegasus::CIMClass RemoteServer::GetClassForItsNames(const std::string& name) { return GetClass(name, kClassOrigin); }
@@ -139,33 +139,33 @@ Pegasus::CIMClass RemoteServer::GetClassToBuild(const std::string& name) { retur
 Pegasus::CIMClass RemoteServer::GetWholeClass(const std::string& name) { return GetClass(name, kClassOrigin); }
 
 Pegasus::CIMClass RemoteServer::GetClass(const std::string& name, bool includeClassOrigin) {
-    return fClient->getClass(*fNamespace, Pegasus::CIMName(ToRemoteText(name)), !kLocalOnly, kQualifiers,
+    return client_->getClass(*namespace_, Pegasus::CIMName(ToRemoteText(name)), !kLocalOnly, kQualifiers,
                              includeClassOrigin, Pegasus::CIMPropertyList());
 }
 
 Pegasus::Array<Pegasus::CIMInstance> RemoteServer::EnumerateLocalInstances(const std::string& className, bool deep) {
-    return fClient->enumerateInstances(*fNamespace, Pegasus::CIMName(ToRemoteText(className)), deep, kLocalOnly,
+    return client_->enumerateInstances(*namespace_, Pegasus::CIMName(ToRemoteText(className)), deep, kLocalOnly,
                                        !kQualifiers, !kClassOrigin, Pegasus::CIMPropertyList());
 }
 
 Pegasus::Array<Pegasus::CIMInstance>
 RemoteServer::EnumerateInstancesToLookAt(const Pegasus::CIMNamespaceName& nameSpace,
                                          const Pegasus::CIMName& className) {
-    return fClient->enumerateInstances(nameSpace, className, !kDeep, !kLocalOnly, !kQualifiers, !kClassOrigin,
+    return client_->enumerateInstances(nameSpace, className, !kDeep, !kLocalOnly, !kQualifiers, !kClassOrigin,
                                        Pegasus::CIMPropertyList());
 }
 
 Pegasus::Array<Pegasus::CIMClass> RemoteServer::EnumerateWholeClasses(const std::string& name, bool deep) {
-    return fClient->enumerateClasses(*fNamespace, NameOrNull(name), deep, !kLocalOnly, kQualifiers, kClassOrigin);
+    return client_->enumerateClasses(*namespace_, NameOrNull(name), deep, !kLocalOnly, kQualifiers, kClassOrigin);
 }
 
 Pegasus::Array<Pegasus::CIMQualifierDecl> RemoteServer::EnumerateQualifiers() {
-    return fClient->enumerateQualifiers(*fNamespace);
+    return client_->enumerateQualifiers(*namespace_);
 }
 
 bool RemoteServer::HasPulledEnumerations() {
 #ifdef CIMHTTP_HAS_CLIENT_LIMITS
-    return fClient->hasPulledEnumerations(*fNamespace);
+    return client_->hasPulledEnumerations(*namespace_);
 #else
     throw Pegasus::CIMException(Pegasus::CIM_ERR_NOT_SUPPORTED, "the client library does not ask for that");
 #endif
@@ -173,7 +173,7 @@ bool RemoteServer::HasPulledEnumerations() {
 
 Pegasus::Array<Pegasus::CIMInstance> RemoteServer::EnumerateWholeInstances(const std::string& className,
                                                                            const Pegasus::CIMPropertyList& properties) {
-    return fClient->enumerateInstances(*fNamespace, Pegasus::CIMName(ToRemoteText(className)), kDeep, !kLocalOnly,
+    return client_->enumerateInstances(*namespace_, Pegasus::CIMName(ToRemoteText(className)), kDeep, !kLocalOnly,
                                        !kQualifiers, !kClassOrigin, properties);
 }
 
@@ -183,26 +183,26 @@ Pegasus::Array<Pegasus::CIMInstance> RemoteServer::OpenWholeInstances(RemoteEnum
                                                                       const std::string& className,
                                                                       const Pegasus::CIMPropertyList& properties,
                                                                       Pegasus::Uint32 count) {
-    return fClient->openEnumerateInstances(enumeration.context, enumeration.isAtEnd, *fNamespace,
+    return client_->openEnumerateInstances(enumeration.context, enumeration.isAtEnd, *namespace_,
                                            Pegasus::CIMName(ToRemoteText(className)), kDeep, !kClassOrigin, properties,
                                            Pegasus::String(), Pegasus::String(), Pegasus::Uint32Arg(), false, count);
 }
 
 Pegasus::Array<Pegasus::CIMInstance> RemoteServer::PullInstances(RemoteEnumeration& enumeration,
                                                                  Pegasus::Uint32 count) {
-    return fClient->pullInstancesWithPath(enumeration.context, enumeration.isAtEnd, count);
+    return client_->pullInstancesWithPath(enumeration.context, enumeration.isAtEnd, count);
 }
 
 void RemoteServer::CloseEnumeration(RemoteEnumeration& enumeration) {
-    const Pegasus::Uint32 timeout = fClient->getTimeout();
-    fClient->setTimeout(std::min(timeout, kCloseMilliseconds));
+    const Pegasus::Uint32 timeout = client_->getTimeout();
+    client_->setTimeout(std::min(timeout, kCloseMilliseconds));
     try {
-        fClient->closeEnumeration(enumeration.context);
+        client_->closeEnumeration(enumeration.context);
     } catch (...) {
-        fClient->setTimeout(timeout);
+        client_->setTimeout(timeout);
         throw;
     }
-    fClient->setTimeout(timeout);
+    client_->setTimeout(timeout);
 }
 
 #else
@@ -233,9 +233,9 @@ void RemoteServer::CloseEnumeration(RemoteEnumeration& /*enumeration*/) { ThrowW
 
 #ifdef CIMHTTP_HAS_CLIENT_LIMITS
 
-std::uint64_t RemoteServer::MaxBytes() const { return fClient->getLimits().answerBytes; }
+std::uint64_t RemoteServer::MaxBytes() const { return client_->getLimits().answerBytes; }
 
-std::uint64_t RemoteServer::MaxInstances() const { return fClient->getLimits().answerObjects; }
+std::uint64_t RemoteServer::MaxInstances() const { return client_->getLimits().answerObjects; }
 
 std::uint64_t RemoteServer::BytesOf(const RemoteEnumeration& enumeration) {
     return enumeration.context.getAnswerBytes();
@@ -252,49 +252,49 @@ std::uint64_t RemoteServer::BytesOf(const RemoteEnumeration& /*enumeration*/) { 
 #endif
 
 Pegasus::CIMInstance RemoteServer::GetWholeInstance(const Pegasus::CIMObjectPath& path) {
-    return fClient->getInstance(*fNamespace, path, !kLocalOnly, !kQualifiers, !kClassOrigin,
+    return client_->getInstance(*namespace_, path, !kLocalOnly, !kQualifiers, !kClassOrigin,
                                 Pegasus::CIMPropertyList());
 }
 
 Pegasus::Array<Pegasus::CIMClass> RemoteServer::EnumerateClassHeads() {
-    return fClient->enumerateClasses(*fNamespace, Pegasus::CIMName(), kDeep, kLocalOnly, !kQualifiers, !kClassOrigin);
+    return client_->enumerateClasses(*namespace_, Pegasus::CIMName(), kDeep, kLocalOnly, !kQualifiers, !kClassOrigin);
 }
 
 Pegasus::Array<Pegasus::CIMObjectPath> RemoteServer::EnumerateInstanceNames(const std::string& className) {
-    return EnumerateInstanceNames(*fNamespace, className);
+    return EnumerateInstanceNames(*namespace_, className);
 }
 
 Pegasus::Array<Pegasus::CIMObjectPath> RemoteServer::EnumerateInstanceNames(const Pegasus::CIMNamespaceName& nameSpace,
                                                                             const std::string& className) {
-    return fClient->enumerateInstanceNames(nameSpace, Pegasus::CIMName(ToRemoteText(className)));
+    return client_->enumerateInstanceNames(nameSpace, Pegasus::CIMName(ToRemoteText(className)));
 }
 
 void RemoteServer::CheckInstance(const Pegasus::CIMNamespaceName& nameSpace, const Pegasus::CIMObjectPath& path) {
     const Pegasus::CIMPropertyList none{Pegasus::Array<Pegasus::CIMName>()};
-    fClient->getInstance(nameSpace, path, !kLocalOnly, !kQualifiers, !kClassOrigin, none);
+    client_->getInstance(nameSpace, path, !kLocalOnly, !kQualifiers, !kClassOrigin, none);
 }
 
 Pegasus::Array<Pegasus::CIMObject> RemoteServer::Associators(const AssociationRequest& request,
                                                              const Pegasus::CIMPropertyList& properties) {
-    return fClient->associators(request.nameSpace, request.object, NameOrNull(request.associationClass),
+    return client_->associators(request.nameSpace, request.object, NameOrNull(request.associationClass),
                                 NameOrNull(request.resultClass), ToRemoteText(request.role),
                                 ToRemoteText(request.resultRole), !kQualifiers, !kClassOrigin, properties);
 }
 
 Pegasus::Array<Pegasus::CIMObjectPath> RemoteServer::AssociatorNames(const AssociationRequest& request) {
-    return fClient->associatorNames(request.nameSpace, request.object, NameOrNull(request.associationClass),
+    return client_->associatorNames(request.nameSpace, request.object, NameOrNull(request.associationClass),
                                     NameOrNull(request.resultClass), ToRemoteText(request.role),
                                     ToRemoteText(request.resultRole));
 }
 
 Pegasus::Array<Pegasus::CIMObject> RemoteServer::References(const AssociationRequest& request,
                                                             const Pegasus::CIMPropertyList& properties) {
-    return fClient->references(request.nameSpace, request.object, NameOrNull(request.associationClass),
+    return client_->references(request.nameSpace, request.object, NameOrNull(request.associationClass),
                                ToRemoteText(request.role), !kQualifiers, !kClassOrigin, properties);
 }
 
 Pegasus::Array<Pegasus::CIMObjectPath> RemoteServer::ReferenceNames(const AssociationRequest& request) {
-    return fClient->referenceNames(request.nameSpace, request.object, NameOrNull(request.associationClass),
+    return client_->referenceNames(request.nameSpace, request.object, NameOrNull(request.associationClass),
                                    ToRemoteText(request.role));
 }
 

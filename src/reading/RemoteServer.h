@@ -44,8 +44,8 @@ class RemoteServer {
     RemoteServer(const RemoteServer&) = delete;
     RemoteServer& operator=(const RemoteServer&) = delete;
 
-    Pegasus::CIMNamespaceName* Namespace() { return fNamespace.get(); }
-    Pegasus::CIMClient* Client() { return fClient.get(); }
+    Pegasus::CIMNamespaceName* Namespace() { return namespace_.get(); }
+    Pegasus::CIMClient* Client() { return client_.get(); }
 
     /// For the next connection; what is not given is what the client library has by itself. False, changing nothing,
     /// when it has no such limits.
@@ -62,7 +62,7 @@ class RemoteServer {
     /// A file to which all that is sent and received from now on is written; none without a path. False, changing
     /// nothing, when the client library does not let anybody see that.
     bool SetTrace(const std::optional<std::string>& path);
-    void SetNamespace(const Pegasus::CIMNamespaceName& nameSpace) { *fNamespace = nameSpace; }
+    void SetNamespace(const Pegasus::CIMNamespaceName& nameSpace) { *namespace_ = nameSpace; }
 
     // --- Sent by both readings ---
 
@@ -112,11 +112,11 @@ class RemoteServer {
     void CloseEnumeration(RemoteEnumeration& enumeration);
 
     /// Whether the server is asked for portions: until it has turned out that it has none.
-    bool MayPull() const { return fMayPull; }
-    void DoNotPull() { fMayPull = false; }
+    bool MayPull() const { return mayPull_; }
+    void DoNotPull() { mayPull_ = false; }
 
     /// Another server may answer from now on.
-    void ForgetWhatItCan() { fMayPull = true; }
+    void ForgetWhatItCan() { mayPull_ = true; }
 
     /// What one enumeration may bring in all: bytes of answers, and instances.
     std::uint64_t MaxBytes() const;
@@ -156,9 +156,9 @@ class RemoteServer {
   private:
     Pegasus::CIMClass GetClass(const std::string& name, bool includeClassOrigin);
 
-    std::unique_ptr<Pegasus::CIMNamespaceName> fNamespace;
-    std::unique_ptr<Pegasus::CIMClient> fClient;
-    bool fMayPull = true;
+    std::unique_ptr<Pegasus::CIMNamespaceName> namespace_;
+    std::unique_ptr<Pegasus::CIMClient> client_;
+    bool mayPull_ = true;
 };
 
 } // namespace NQORVYX20

@@ -45,7 +45,7 @@ bool IsKeyOf(const Pegasus::CIMName& name, const Pegasus::CIMObjectPath& path) {
 } // namespace
 
 boost::shared_ptr<TCimHTTPClass> SentClasses::Get(TCimHTTPNamespace& nameSpace, const std::string& name) {
-    auto& cls = fClasses[boost::algorithm::to_lower_copy(name, std::locale::classic())];
+    auto& cls = classes_[boost::algorithm::to_lower_copy(name, std::locale::classic())];
     if (!cls) {
         cls = boost::make_shared<TCimHTTPClass>(nameSpace.shared_from_this(), name, boost::shared_ptr<TCimHTTPClass>());
         cls->SetSuperClass(nameSpace.GetRootClass());
@@ -54,7 +54,7 @@ boost::shared_ptr<TCimHTTPClass> SentClasses::Get(TCimHTTPNamespace& nameSpace, 
 }
 
 bool SentClasses::Has(const TCimHTTPClass& cls) const {
-    return std::any_of(fClasses.begin(), fClasses.end(), [&](const auto& entry) { return entry.second.get() == &cls; });
+    return std::any_of(classes_.begin(), classes_.end(), [&](const auto& entry) { return entry.second.get() == &cls; });
 }
 
 void SentClasses::Declare(TCimHTTPNamespace& nameSpace, TCimHTTPClass& cls, Pegasus::CIMInstance& instance) const {

@@ -25,10 +25,10 @@ class SentClasses {
     /// Lets a class declare what an instance of it has. Properties whose names the host cannot keep are left out.
     void Declare(TCimHTTPNamespace& nameSpace, TCimHTTPClass& cls, Pegasus::CIMInstance& instance) const;
 
-    void Clear() { fClasses.clear(); }
+    void Clear() { classes_.clear(); }
 
   private:
-    std::map<std::string, boost::shared_ptr<TCimHTTPClass>> fClasses; // by name in lower case
+    std::map<std::string, boost::shared_ptr<TCimHTTPClass>> classes_; // by name in lower case
 };
 
 } // namespace NQORVYX20

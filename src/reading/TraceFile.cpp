@@ -43,11 +43,11 @@ std::string TimeText(TraceFile::Time time) {
 
 } // namespace
 
-TraceFile::TraceFile(std::string path) : fPath(std::move(path)) {}
+TraceFile::TraceFile(std::string path) : path_(std::move(path)) {}
 
 TraceFile::~TraceFile() {
-    if (fFile >= 0) {
-        ::close(fFile);
+    if (file_ >= 0) {
+        ::close(file_);
     }
 }
 
@@ -60,44 +60,44 @@ void TraceFile::onConnecting(const Pegasus::String& server, Pegasus::Boolean enc
 void TraceFile::onRequest(std::string_view head, std::string_view body, Time time) {
     Begin(time);
     AddTitle("request", time);
-    fText.append(head).append(body);
-    fBodyBytes = body.size();
-    fLastOfBody = body.empty() ? '\n' : body.back();
+    text_.append(head).append(body);
+    bodyBytes_ = body.size();
+    lastOfBody_ = body.empty() ? '\n' : body.back();
     EndBody();
-    AddTitle("end of the request, " + std::to_string(fBodyBytes) + " bytes in its body", time);
+    AddTitle("end of the request, " + std::to_string(bodyBytes_) + " bytes in its body", time);
     Write();
 }
 
 void TraceFile::onAnswerHead(std::string_view head, Time time) {
     AddTitle("answer" + SinceBegin(time), time);
-    fText += head;
-    fBodyBytes = 0;
-    fLastOfBody = '\n';
-    fIsInAnswer = true;
+    text_ += head;
+    bodyBytes_ = 0;
+    lastOfBody_ = '\n';
+    isInAnswer_ = true;
 }
 
 void TraceFile::onAnswerBody(std::string_view part) {
-    fText += part;
-    fBodyBytes += part.size();
-    fLastOfBody = part.empty() ? fLastOfBody : part.back();
-    if (fText.size() >= kWholeBytes) {
+    text_ += part;
+    bodyBytes_ += part.size();
+    lastOfBody_ = part.empty() ? lastOfBody_ : part.back();
+    if (text_.size() >= kWholeBytes) {
         Write();
     }
 }
 
 void TraceFile::onAnswerEnd(std::string_view trailers, Time time) {
     EndBody();
-    fIsInAnswer = false;
-    fText += trailers;
-    AddTitle("end of the answer, " + std::to_string(fBodyBytes) + " bytes in its body" + SinceBegin(time), time);
+    isInAnswer_ = false;
+    text_ += trailers;
+    AddTitle("end of the answer, " + std::to_string(bodyBytes_) + " bytes in its body" + SinceBegin(time), time);
     Write();
 }
 
 void TraceFile::onFailure(const Pegasus::String& message, Time time) {
     try {
         EndBody();
-        if (std::exchange(fIsInAnswer, false)) {
-            AddTitle("end of what came of the answer, " + std::to_string(fBodyBytes) + " bytes in its body" +
+        if (std::exchange(isInAnswer_, false)) {
+            AddTitle("end of what came of the answer, " + std::to_string(bodyBytes_) + " bytes in its body" +
                          SinceBegin(time),
                      time);
         }
@@ -109,34 +109,34 @@ void TraceFile::onFailure(const Pegasus::String& message, Time time) {
 }
 
 void TraceFile::Begin(Time time) {
-    fNumber = NextNumber();
-    fBegin = time;
-    fLastOfBody = '\n';
-    fIsInAnswer = false;
+    number_ = NextNumber();
+    begin_ = time;
+    lastOfBody_ = '\n';
+    isInAnswer_ = false;
 }
 
 void TraceFile::AddTitle(const std::string& text, Time time) {
-    fText += "=== " + std::to_string(fNumber) + "  " + TimeText(time) + "  " + text + '\n';
+    text_ += "=== " + std::to_string(number_) + "  " + TimeText(time) + "  " + text + '\n';
 }
 
 std::string TraceFile::SinceBegin(Time time) const {
     constexpr double kMicroseconds = 1e6;
     std::array<char, 64> seconds{};
     std::snprintf(seconds.data(), seconds.size(), " after %.6f s",
-                  static_cast<double>(MicrosecondsIn(time - fBegin)) / kMicroseconds);
+                  static_cast<double>(MicrosecondsIn(time - begin_)) / kMicroseconds);
     return seconds.data();
 }
 
 /// The next title is to begin a line.
 void TraceFile::EndBody() {
-    if (fLastOfBody != '\n') {
-        fText += '\n';
-        fLastOfBody = '\n';
+    if (lastOfBody_ != '\n') {
+        text_ += '\n';
+        lastOfBody_ = '\n';
     }
 }
 
 void TraceFile::Write() {
-    const std::string text = std::exchange(fText, {});
+    const std::string text = std::exchange(text_, {});
     std::string_view rest = text;
     const int file = OpenFile();
     while (!rest.empty()) {
@@ -149,18 +149,18 @@ void TraceFile::Write() {
 }
 
 int TraceFile::OpenFile() {
-    if (fFile < 0) {
-        fFile = ::open(fPath.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    if (file_ < 0) {
+        file_ = ::open(path_.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, S_IRUSR | S_IWUSR);
     }
-    if (fFile < 0) {
+    if (file_ < 0) {
         Fail();
     }
-    return fFile;
+    return file_;
 }
 
 void TraceFile::Fail() const {
     const std::string reason = std::system_category().message(errno);
-    throw Pegasus::Exception(Pegasus::String(("the trace file " + fPath + " cannot be written: " + reason).c_str()));
+    throw Pegasus::Exception(Pegasus::String(("the trace file " + path_ + " cannot be written: " + reason).c_str()));
 }
 
 } // namespace NQORVYX20

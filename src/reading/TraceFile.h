@@ -42,14 +42,14 @@ class TraceFile : public Pegasus::ExchangeObserver {
     int OpenFile();
     [[noreturn]] void Fail() const;
 
-    const std::string fPath;
-    int fFile = -1;
-    std::string fText; // not written yet
-    std::uint64_t fNumber = 0;
-    Time fBegin;
-    std::uint64_t fBodyBytes = 0;
-    char fLastOfBody = '\n';
-    bool fIsInAnswer = false;
+    const std::string path_;
+    int file_ = -1;
+    std::string text_; // not written yet
+    std::uint64_t number_ = 0;
+    Time begin_;
+    std::uint64_t bodyBytes_ = 0;
+    char lastOfBody_ = '\n';
+    bool isInAnswer_ = false;
 };
 
 } // namespace NQORVYX20

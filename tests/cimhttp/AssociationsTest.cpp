@@ -103,16 +103,16 @@ class AssociationsTest : public testing::Test {
         return paths;
     }
 
-    demo::DemoServer fServer{DemoOptions()};
+    demo::DemoServer server_{DemoOptions()};
 };
 
 /// A server whose answers a test makes up.
 class AssociationsOfTest : public testing::Test {
   protected:
     AssociationsOfTest() {
-        fServer.Answer("EnumerateQualifiers", "", QualifierDeclarationXml("Key", "boolean"));
-        fServer.Answer("GetClass", "TEST_Disk", ClassXml("TEST_Disk", "", DeclarationXml("Size", "uint64")));
-        fServer.Answer("GetInstance", "a", BareInstanceXml("TEST_Node", "a"));
+        server_.Answer("EnumerateQualifiers", "", QualifierDeclarationXml("Key", "boolean"));
+        server_.Answer("GetClass", "TEST_Disk", ClassXml("TEST_Disk", "", DeclarationXml("Size", "uint64")));
+        server_.Answer("GetInstance", "a", BareInstanceXml("TEST_Node", "a"));
     }
 
     static std::string Object(const std::string& path, const std::string& object) {
@@ -126,12 +126,12 @@ class AssociationsOfTest : public testing::Test {
     }
 
     ProgramRun Run(Words arguments) const {
-        arguments.insert(arguments.begin(), {"--host", fServer.Address()});
+        arguments.insert(arguments.begin(), {"--host", server_.Address()});
         return RunCimhttp(arguments);
     }
 
     const std::string kPath = "TEST_Node.Name=\"a\"";
-    LinkServer fServer;
+    LinkServer server_;
 };
 
 } // namespace
@@ -293,7 +293,7 @@ TEST_F(AssociationsTest, WhatThereIsNotIsToldFromWhatHasNone) {
 // --- Against answers that are made up ----------------------------------------------------------------------------
 
 TEST_F(AssociationsOfTest, InOtherNamespacesAreInstancesOfTheClassesThatThoseHave) {
-    fServer.Answer("Associators", "a", Disk("1", "7") + Disk("2", "8", fServer.Address(), "root/other"));
+    server_.Answer("Associators", "a", Disk("1", "7") + Disk("2", "8", server_.Address(), "root/other"));
     const auto run = Run({"associators", kPath, "-o", "json"});
     EXPECT_EQ(run.status, 0) << run.errors;
     const json disks = json::parse(run.output);
@@ -302,7 +302,7 @@ TEST_F(AssociationsOfTest, InOtherNamespacesAreInstancesOfTheClassesThatThoseHav
     EXPECT_EQ(disks.at(1).at("path"), "root/other:TEST_Disk.Name=\"2\"");
     EXPECT_EQ(disks.at(1).at("properties").at("Size").at("value"), 8);
     std::set<std::string> asked;
-    for (const auto& call : fServer.Calls()) {
+    for (const auto& call : server_.Calls()) {
         if (call.method == "GetClass") {
             asked.insert(call.body.find("NAME=\"other\"") == std::string::npos ? "cimv2" : "other");
         }
@@ -311,18 +311,18 @@ TEST_F(AssociationsOfTest, InOtherNamespacesAreInstancesOfTheClassesThatThoseHav
 }
 
 TEST_F(AssociationsOfTest, AreAskedForInTheNamespaceOfThePath) {
-    fServer.Answer("AssociatorNames", "a", "<OBJECTPATH>" + WholePathXml(PathXml("TEST_Disk", "1")) + "</OBJECTPATH>");
+    server_.Answer("AssociatorNames", "a", "<OBJECTPATH>" + WholePathXml(PathXml("TEST_Disk", "1")) + "</OBJECTPATH>");
     const auto run = Run({"associators", "//anywhere/root/other:" + kPath, "--names"});
     EXPECT_EQ(run.output, "//server.example/root/cimv2:TEST_Disk.Name=\"1\"\n");
-    ASSERT_EQ(fServer.Calls().size(), 1U);
-    EXPECT_THAT(fServer.Calls().front().body, HasSubstr("<NAMESPACE NAME=\"other\"/>"));
+    ASSERT_EQ(server_.Calls().size(), 1U);
+    EXPECT_THAT(server_.Calls().front().body, HasSubstr("<NAMESPACE NAME=\"other\"/>"));
 }
 
 TEST_F(AssociationsOfTest, NothingIsLostOfWhatCannotBeTakenOver) {
     const std::string cls = "<CLASSPATH><NAMESPACEPATH><HOST>h</HOST><LOCALNAMESPACEPATH><NAMESPACE NAME=\"root\"/>"
                             "<NAMESPACE NAME=\"cimv2\"/></LOCALNAMESPACEPATH></NAMESPACEPATH><CLASSNAME "
                             "NAME=\"TEST_Fan\"/></CLASSPATH><CLASS NAME=\"TEST_Fan\"/>";
-    fServer.Answer("Associators", "a",
+    server_.Answer("Associators", "a",
                    Disk("1", "7") + Object("", cls) +
                        Object(WholePathXml(PathXml("TEST_Disk", "2")),
                               BareInstanceXml("TEST_Disk", "2", PropertyXml("Colour", "string", "red"))));
@@ -336,7 +336,7 @@ TEST_F(AssociationsOfTest, NothingIsLostOfWhatCannotBeTakenOver) {
 
 TEST_F(AssociationsOfTest, AServerThatHasNoneSaysSo) {
     for (const char* method : {"Associators", "AssociatorNames", "References", "ReferenceNames"}) {
-        fServer.Fail(method, "a", kNotSupported);
+        server_.Fail(method, "a", kNotSupported);
     }
     for (const Words& arguments : std::vector<Words>{{"associators", kPath},
                                                      {"associators", kPath, "--names"},
@@ -351,17 +351,17 @@ TEST_F(AssociationsOfTest, AServerThatHasNoneSaysSo) {
 }
 
 TEST_F(AssociationsOfTest, AreSentWithTheFiltersAndThePropertiesThatWereAskedFor) {
-    fServer.Fail("Associators", "a", kInvalidParameter);
+    server_.Fail("Associators", "a", kInvalidParameter);
     Run({"associators", kPath, "--class", "TEST_Has", "--role", "Whole", "--result-class", "TEST_Disk", "--result-role",
          "Part", "--property", "Size,Name"});
-    const std::string body = fServer.Calls().front().body;
+    const std::string body = server_.Calls().front().body;
     EXPECT_THAT(body, AllOf(HasSubstr("NAME=\"AssocClass\"><CLASSNAME NAME=\"TEST_Has\"/>"),
                             HasSubstr("NAME=\"ResultClass\"><CLASSNAME NAME=\"TEST_Disk\"/>"),
                             HasSubstr("NAME=\"Role\"><VALUE>Whole</VALUE>"),
                             HasSubstr("NAME=\"ResultRole\"><VALUE>Part</VALUE>"),
                             HasSubstr("<VALUE.ARRAY><VALUE>Size</VALUE><VALUE>Name</VALUE></VALUE.ARRAY>")));
     Run({"references", kPath, "--class", "TEST_Has", "--role", "Whole"});
-    const auto calls = fServer.Calls();
+    const auto calls = server_.Calls();
     const auto references =
         std::find_if(calls.begin(), calls.end(), [](const auto& call) { return call.method == "References"; });
     ASSERT_NE(references, calls.end());

@@ -59,7 +59,7 @@ class AttendanceTest : public testing::Test {
         return options;
     }
 
-    demo::DemoServer fServer{DemoOptions()};
+    demo::DemoServer server_{DemoOptions()};
 };
 
 struct Wait {

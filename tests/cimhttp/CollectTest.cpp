@@ -52,11 +52,11 @@ std::string TextsXml(const std::string& qualifier, const std::string& first, con
 class CollectTest : public testing::Test {
   protected:
     CollectTest() {
-        fServer.Listen(kHttpPort);
+        server_.Listen(kHttpPort);
         Declare("Key", "boolean", false);
         Declare("Values", "string", true);
         Declare("ValueMap", "string", true);
-        fServer.Answer("GetClass", "TEST_Fan",
+        server_.Answer("GetClass", "TEST_Fan",
                        "<CLASS NAME=\"TEST_Fan\"><PROPERTY NAME=\"Name\" TYPE=\"string\"><QUALIFIER NAME=\"Key\" "
                        "TYPE=\"boolean\"><VALUE>TRUE</VALUE></QUALIFIER></PROPERTY>"
                        "<PROPERTY.ARRAY NAME=\"States\" TYPE=\"uint16\">" +
@@ -64,7 +64,7 @@ class CollectTest : public testing::Test {
                            "</PROPERTY.ARRAY><PROPERTY NAME=\"Speed\" TYPE=\"uint32\"/>"
                            "<METHOD NAME=\"SetSpeed\" TYPE=\"uint32\"><PARAMETER NAME=\"Speed\" TYPE=\"uint32\"/>"
                            "<PARAMETER.ARRAY NAME=\"Names\" TYPE=\"string\"/></METHOD></CLASS>");
-        fServer.Answer(
+        server_.Answer(
             "EnumerateInstances", "TEST_Fan",
             InstanceWithKeysXml("TEST_Fan", KeyXml("Name", "string", "f1"),
                                 ScalarXml("Name", "string", "f1") +
@@ -73,7 +73,7 @@ class CollectTest : public testing::Test {
     }
 
     void Declare(const std::string& qualifier, const std::string& type, bool is_array) {
-        fServer.Answer("GetQualifier", qualifier,
+        server_.Answer("GetQualifier", qualifier,
                        "<QUALIFIER.DECLARATION NAME=\"" + qualifier + "\" TYPE=\"" + type + "\"" +
                            (is_array ? " ISARRAY=\"true\"" : "") +
                            "><SCOPE PROPERTY=\"true\"/></QUALIFIER.DECLARATION>");
@@ -81,7 +81,7 @@ class CollectTest : public testing::Test {
 
     /// Answers with a class T of one scalar property V, and one instance for each value; none for an empty text.
     void AnswerValues(const std::string& type, const std::vector<std::string>& values) {
-        fServer.Answer("GetClass", "T",
+        server_.Answer("GetClass", "T",
                        "<CLASS NAME=\"T\">" + ScalarXml("I", "uint8", "0") + "<PROPERTY NAME=\"V\" TYPE=\"" + type +
                            "\"/></CLASS>");
         std::string instances;
@@ -90,10 +90,10 @@ class CollectTest : public testing::Test {
             instances += InstanceWithKeysXml("T", KeyXml("I", "numeric", std::to_string(i)),
                                              ScalarXml("I", "uint8", std::to_string(i)) + value);
         }
-        fServer.Answer("EnumerateInstances", "T", instances);
+        server_.Answer("EnumerateInstances", "T", instances);
     }
 
-    std::string Path(const std::string& name) const { return (fDirectory.Path() / name).string(); }
+    std::string Path(const std::string& name) const { return (directory_.Path() / name).string(); }
 
     /// A document with settings like `address="10.0.0.1"`.
     std::string Document(const std::vector<std::string>& settings, const std::vector<std::string>& classes) const {
@@ -104,12 +104,12 @@ class CollectTest : public testing::Test {
         for (const std::string& name : classes) {
             text += "<class name=\"" + name + "\"/>\n";
         }
-        return fDirectory.WriteFile("requested.xml", text + "</vyx>\n");
+        return directory_.WriteFile("requested.xml", text + "</vyx>\n");
     }
 
     std::string Document(const std::vector<std::string>& classes) const { return Document({Address()}, classes); }
 
-    std::string Address() const { return "address=\"" + fServer.Address() + "\""; }
+    std::string Address() const { return "address=\"" + server_.Address() + "\""; }
 
     static ProgramRun Collect(const std::string& document, std::vector<std::string> arguments = {},
                               const std::vector<std::string>& environment = {}) {
@@ -137,19 +137,19 @@ class CollectTest : public testing::Test {
         EXPECT_THAT(run.errors, StartsWith("cimhttp: "));
         EXPECT_THAT(run.errors, HasSubstr(part));
         EXPECT_EQ(std::count(run.errors.begin(), run.errors.end(), '\n'), 1) << run.errors;
-        EXPECT_TRUE(fServer.Calls().empty()) << "something was fetched";
+        EXPECT_TRUE(server_.Calls().empty()) << "something was fetched";
     }
 
     void ExpectNothingLeftBeside(const std::vector<std::string>& names) const {
         std::vector<std::string> found;
-        for (const auto& entry : std::filesystem::directory_iterator(fDirectory.Path())) {
+        for (const auto& entry : std::filesystem::directory_iterator(directory_.Path())) {
             found.push_back(entry.path().filename().string());
         }
         EXPECT_THAT(found, testing::UnorderedElementsAreArray(names));
     }
 
-    support::CimServer fServer;
-    support::TemporaryDirectory fDirectory;
+    support::CimServer server_;
+    support::TemporaryDirectory directory_;
 };
 
 } // namespace
@@ -161,7 +161,7 @@ TEST_F(CollectTest, WritesTheClassesWithTheirInstances) {
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.errors, "");
     const json expected = {
-        {"server", "http://" + fServer.Address()},
+        {"server", "http://" + server_.Address()},
         {"complete", true},
         {"classes",
          {{{"name", "TEST_Fan"},
@@ -195,7 +195,7 @@ TEST_F(CollectTest, AClassThatIsRequestedTwiceIsReadAndWrittenOnce) {
     const auto run = Collect(Document({"TEST_Fan", "test_FAN"}));
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(json::parse(run.output).at("classes").size(), 1U);
-    const auto calls = fServer.Calls();
+    const auto calls = server_.Calls();
     EXPECT_EQ(
         std::count_if(calls.begin(), calls.end(), [](const auto& call) { return call.method == "EnumerateInstances"; }),
         1);
@@ -256,7 +256,7 @@ TEST(Json, EscapesWhatNeedsItAndCopiesTheRest) {
 }
 
 TEST_F(CollectTest, NoInstancesAreAnEmptyList) {
-    fServer.Answer("EnumerateInstances", "TEST_Fan", "");
+    server_.Answer("EnumerateInstances", "TEST_Fan", "");
     const auto run = Collect(Document({"TEST_Fan"}));
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(json::parse(run.output).at("classes").at(0).at("instances"), json::array());
@@ -265,40 +265,40 @@ TEST_F(CollectTest, NoInstancesAreAnEmptyList) {
 // --- The connection ----------------------------------------------------------------------------------------------
 
 TEST_F(CollectTest, TheDocumentNamesTheUser) {
-    fServer.RequireUser("reader", "s3cret");
+    server_.RequireUser("reader", "s3cret");
     EXPECT_EQ(Collect(Document({Address(), "user=\"reader\"", "pass=\"s3cret\""}, {"TEST_Fan"})).status, 0);
 }
 
 TEST_F(CollectTest, AWrongPasswordIsOneFailureAndLeavesTheOldFileWhole) {
-    fServer.RequireUser("reader", "s3cret");
-    const std::string file = fDirectory.WriteFile("result.json", "old");
+    server_.RequireUser("reader", "s3cret");
+    const std::string file = directory_.WriteFile("result.json", "old");
     const auto run =
         Collect(Document({Address(), "user=\"reader\"", "pass=\"guess\""}, {"TEST_Fan", "TEST_Shy"}), {"--out", file});
     EXPECT_EQ(run.status, 4);
-    EXPECT_EQ(run.errors, "cimhttp: the class TEST_Fan cannot be read from http://" + fServer.Address() +
+    EXPECT_EQ(run.errors, "cimhttp: the class TEST_Fan cannot be read from http://" + server_.Address() +
                               ": the server does not accept the user reader with this password\n");
     EXPECT_EQ(ReadFile(file), "old");
 }
 
 TEST_F(CollectTest, APasswordThatTheDocumentLeavesOutComesFromElsewhere) {
-    fServer.RequireUser("reader", "s3cret");
-    const std::string file = fDirectory.WriteFile("password", "s3cret\n");
+    server_.RequireUser("reader", "s3cret");
+    const std::string file = directory_.WriteFile("password", "s3cret\n");
     const std::string document = Document({Address(), "user=\"reader\""}, {"TEST_Fan"});
     EXPECT_EQ(Collect(document, {"--password-file", file}).status, 0);
     EXPECT_EQ(Collect(document, {}, {"CIMHTTP_PASSWORD=s3cret"}).status, 0);
-    fServer.ForgetCalls();
+    server_.ForgetCalls();
     ExpectUsageFailure(Collect(document), "the user reader needs a password");
 }
 
 TEST_F(CollectTest, TheCommandLineCountsMoreThanTheDocument) {
-    fServer.RequireUser("reader", "s3cret");
-    const std::string file = fDirectory.WriteFile("password", "s3cret\n");
+    server_.RequireUser("reader", "s3cret");
+    const std::string file = directory_.WriteFile("password", "s3cret\n");
     const std::string document = Document(
         {"address=\"no-such-host.invalid\"", "user=\"somebody\"", "pass=\"guess\"", "ssl=\"true\""}, {"TEST_Fan"});
     const auto run =
-        Collect(document, {"--host", fServer.Address(), "--tls=false", "--user", "reader", "--password-file", file});
+        Collect(document, {"--host", server_.Address(), "--tls=false", "--user", "reader", "--password-file", file});
     EXPECT_EQ(run.status, 0) << run.errors;
-    EXPECT_EQ(json::parse(run.output).at("server"), "http://" + fServer.Address());
+    EXPECT_EQ(json::parse(run.output).at("server"), "http://" + server_.Address());
 }
 
 TEST_F(CollectTest, AUserOfTheCommandLineGetsNoPasswordFromTheDocument) {
@@ -307,12 +307,12 @@ TEST_F(CollectTest, AUserOfTheCommandLineGetsNoPasswordFromTheDocument) {
 }
 
 TEST_F(CollectTest, SslChoosesTheSecurePort) {
-    const support::TestCertificate certificate(support::TestCertificate::For(fServer.Address()));
-    fServer.ListenTls(kHttpsPort, certificate);
+    const support::TestCertificate certificate(support::TestCertificate::For(server_.Address()));
+    server_.ListenTls(kHttpsPort, certificate);
     for (const std::string yes : {"true", "1", "yes", "ON"}) {
         const auto run = Collect(Document({Address(), "ssl=\"" + yes + "\""}, {"TEST_Fan"}));
         EXPECT_EQ(run.status, 0) << yes << run.errors;
-        EXPECT_EQ(json::parse(run.output).at("server"), "https://" + fServer.Address());
+        EXPECT_EQ(json::parse(run.output).at("server"), "https://" + server_.Address());
     }
     EXPECT_EQ(Collect(Document({"TEST_Fan"}), {"--tls"}).status, 0);
 }
@@ -324,10 +324,10 @@ TEST_F(CollectTest, SslCanSayNo) {
 }
 
 TEST_F(CollectTest, WhereNothingListensThereIsNoConnectionAndNoFile) {
-    fServer.Stop();
+    server_.Stop();
     const auto run = Collect(Document({"TEST_Fan"}), {"--out", Path("result.json")});
     EXPECT_EQ(run.status, 3);
-    EXPECT_THAT(run.errors, HasSubstr("no connection to http://" + fServer.Address()));
+    EXPECT_THAT(run.errors, HasSubstr("no connection to http://" + server_.Address()));
     ExpectNothingLeftBeside({"requested.xml"});
 }
 
@@ -343,12 +343,12 @@ TEST_F(CollectTest, AMissingDocumentIsNamed) {
 }
 
 TEST_F(CollectTest, ADocumentThatIsNotXmlIsRefusedWithItsLine) {
-    const std::string document = fDirectory.WriteFile("requested.xml", "<vyx version=\"1\">\n<class");
+    const std::string document = directory_.WriteFile("requested.xml", "<vyx version=\"1\">\n<class");
     ExpectUsageFailure(Collect(document), document + ", line 2: ");
 }
 
 TEST_F(CollectTest, TheFirstErrorInTheStructureIsShown) {
-    const std::string document = fDirectory.WriteFile("requested.xml", "<vyx version=\"1\">\n<network " + Address() +
+    const std::string document = directory_.WriteFile("requested.xml", "<vyx version=\"1\">\n<network " + Address() +
                                                                            "/>\n<klass name=\"TEST_Fan\"/>\n"
                                                                            "<class title=\"TEST_Fan\"/></vyx>");
     ExpectUsageFailure(Collect(document), document + ", line 3: Unrecognized identifier");
@@ -356,13 +356,13 @@ TEST_F(CollectTest, TheFirstErrorInTheStructureIsShown) {
 
 TEST_F(CollectTest, ADocumentWithoutAServerNeedsAHost) {
     ExpectUsageFailure(Collect(Document({}, {"TEST_Fan"})), "names no server");
-    EXPECT_EQ(Collect(Document({}, {"TEST_Fan"}), {"--host", fServer.Address()}).status, 0);
+    EXPECT_EQ(Collect(Document({}, {"TEST_Fan"}), {"--host", server_.Address()}).status, 0);
 }
 
 TEST_F(CollectTest, ADocumentWithoutClassesIsRefused) { ExpectUsageFailure(Collect(Document({})), "names no class"); }
 
 TEST_F(CollectTest, TheDocumentNamesPortAndNamespace) {
-    support::CimServer server(fServer.Address());
+    support::CimServer server(server_.Address());
     const std::string port = std::to_string(server.Listen(0));
     server.Answer("GetClass", "TEST_Fan", "<CLASS NAME=\"TEST_Fan\"/>");
     server.Answer("EnumerateInstances", "TEST_Fan", "");
@@ -370,14 +370,14 @@ TEST_F(CollectTest, TheDocumentNamesPortAndNamespace) {
         Document({Address(), "port=\"" + port + "\"", "namespace=\"root/interop\""}, {"TEST_Fan"});
     const auto run = Collect(document);
     EXPECT_EQ(run.status, 0) << run.errors;
-    EXPECT_EQ(json::parse(run.output).at("server"), "http://" + fServer.Address() + ':' + port + "/root/interop");
+    EXPECT_EQ(json::parse(run.output).at("server"), "http://" + server_.Address() + ':' + port + "/root/interop");
     ASSERT_THAT(server.Calls(), Not(testing::IsEmpty()));
     EXPECT_EQ(server.Calls().back().name_space, "root/interop");
-    EXPECT_THAT(fServer.Calls(), testing::IsEmpty());
+    EXPECT_THAT(server_.Calls(), testing::IsEmpty());
     EXPECT_EQ(Collect(document, {"-n", "root/cimv2"}).status, 0);
     EXPECT_EQ(server.Calls().back().name_space, "root/cimv2") << "the command line counts more";
-    EXPECT_EQ(Collect(document, {"--host", fServer.Address()}).status, 0);
-    EXPECT_THAT(fServer.Calls(), Not(testing::IsEmpty())) << "the port is that of the document's own server";
+    EXPECT_EQ(Collect(document, {"--host", server_.Address()}).status, 0);
+    EXPECT_THAT(server_.Calls(), Not(testing::IsEmpty())) << "the port is that of the document's own server";
 }
 
 TEST_F(CollectTest, APortThatIsNoneIsRefused) {
@@ -398,15 +398,15 @@ TEST_F(CollectTest, SeveralSettingsInOneElementAreRefusedWithTheLine) {
 // --- Classes that cannot be read ---------------------------------------------------------------------------------
 
 TEST_F(CollectTest, AClassThatCannotBeReadIsNamedAndTheOthersAreWritten) {
-    fServer.Answer("GetClass", "TEST_Shy", "<CLASS NAME=\"TEST_Shy\"/>");
-    fServer.Fail("EnumerateInstances", "TEST_Shy", 2, "not for you");
+    server_.Answer("GetClass", "TEST_Shy", "<CLASS NAME=\"TEST_Shy\"/>");
+    server_.Fail("EnumerateInstances", "TEST_Shy", 2, "not for you");
     const auto run = Collect(Document({"TEST_None", "TEST_Fan", "2abc", "", "TEST_Shy"}));
     EXPECT_EQ(run.status, 7);
     const json document = json::parse(run.output);
     EXPECT_EQ(document.at("complete"), false);
     ASSERT_EQ(document.at("classes").size(), 1U);
     EXPECT_EQ(document.at("classes").at(0).at("name"), "TEST_Fan");
-    const std::string server = "http://" + fServer.Address();
+    const std::string server = "http://" + server_.Address();
     EXPECT_THAT(run.errors, StartsWith("cimhttp: there is no class TEST_None on " + server + ";"));
     EXPECT_THAT(run.errors, HasSubstr("\ncimhttp: '2abc' is not a class name\ncimhttp: '' is not a class name\n"
                                       "cimhttp: the instances of TEST_Shy cannot be read from " +
@@ -425,7 +425,7 @@ TEST_F(CollectTest, OutWritesTheFileInsteadOfTheOutput) {
 }
 
 TEST_F(CollectTest, AFileThatIsReplacedKeepsItsPermissions) {
-    const std::string file = fDirectory.WriteFile("result.json", "old");
+    const std::string file = directory_.WriteFile("result.json", "old");
     ::chmod(file.c_str(), 0640);
     EXPECT_EQ(Collect(Document({"TEST_Fan"}), {"--out", file}).status, 0);
     struct stat status {};
@@ -444,7 +444,7 @@ TEST_F(CollectTest, ANewFileGetsThePermissionsOfTheMask) {
 }
 
 TEST_F(CollectTest, ASymbolicLinkStaysOne) {
-    fDirectory.WriteFile("real.json", "old");
+    directory_.WriteFile("real.json", "old");
     std::filesystem::create_symlink("real.json", Path("link.json"));
     EXPECT_EQ(Collect(Document({"TEST_Fan"}), {"--out", Path("link.json")}).status, 0);
     EXPECT_TRUE(std::filesystem::is_symlink(Path("link.json")));
@@ -452,14 +452,14 @@ TEST_F(CollectTest, ASymbolicLinkStaysOne) {
 }
 
 TEST_F(CollectTest, AFailureLeavesTheOldFileWhole) {
-    const std::string file = fDirectory.WriteFile("result.json", "old");
-    fServer.Stop();
+    const std::string file = directory_.WriteFile("result.json", "old");
+    server_.Stop();
     EXPECT_EQ(Collect(Document({"TEST_Fan"}), {"--out", file}).status, 3);
     EXPECT_EQ(ReadFile(file), "old");
 }
 
 TEST_F(CollectTest, ADiskThatFillsUpLeavesTheOldFileWhole) {
-    const std::string file = fDirectory.WriteFile("result.json", "old");
+    const std::string file = directory_.WriteFile("result.json", "old");
     const std::string command = "trap '' XFSZ; ulimit -f 0; " CIMHTTP_PROGRAM " collect " + Document({"TEST_Fan"}) +
                                 " --out " + file + " 2>/dev/null";
     EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 1);
@@ -468,12 +468,12 @@ TEST_F(CollectTest, ADiskThatFillsUpLeavesTheOldFileWhole) {
 }
 
 TEST_F(CollectTest, AFileThatCannotBeWrittenIsKnownBeforeAnythingIsRead) {
-    for (const std::string& file : {Path("no-folder/result.json"), fDirectory.Path().string()}) {
+    for (const std::string& file : {Path("no-folder/result.json"), directory_.Path().string()}) {
         const auto run = Collect(Document({"TEST_Fan"}), {"--out", file});
         EXPECT_EQ(run.status, 1);
         EXPECT_THAT(run.errors, StartsWith("cimhttp: " + file + " cannot be written: "));
     }
-    EXPECT_TRUE(fServer.Calls().empty());
+    EXPECT_TRUE(server_.Calls().empty());
 }
 
 TEST_F(CollectTest, ADeviceIsWrittenToAndNotReplaced) {
@@ -513,7 +513,7 @@ void ServeFewClasses(support::Connection& connection) {
 } // namespace
 
 TEST_F(CollectTest, AnInterruptWritesWhatIsThereAndMarksItIncomplete) {
-    fServer.Stop();
+    server_.Stop();
     support::ScriptedServer server(ServeFewClasses);
     server.Listen(kHttpPort);
     support::TerminalProgram program(CIMHTTP_PROGRAM,
@@ -531,7 +531,7 @@ TEST_F(CollectTest, AnInterruptWritesWhatIsThereAndMarksItIncomplete) {
 // --- Servers that stop answering ---------------------------------------------------------------------------------
 
 TEST_F(CollectTest, AServerThatStopsAnsweringIsAskedNothingMore) {
-    fServer.Stop();
+    server_.Stop();
     support::ScriptedServer server(ServeFewClasses);
     server.Listen(kHttpPort);
     const auto run = Collect(Document({"A", "B", "C"}), {"--timeout", "1", "--out", Path("result.json")});
@@ -545,10 +545,10 @@ TEST_F(CollectTest, AServerThatStopsAnsweringIsAskedNothingMore) {
 }
 
 TEST_F(CollectTest, AServerThatNeverAnswersLeavesTheOldFileWhole) {
-    fServer.Stop();
+    server_.Stop();
     support::ScriptedServer server(ServeFewClasses);
     server.Listen(kHttpPort);
-    const std::string file = fDirectory.WriteFile("result.json", "old");
+    const std::string file = directory_.WriteFile("result.json", "old");
     const auto run = Collect(Document({"B", "C"}), {"--timeout", "1", "--out", file});
     EXPECT_EQ(run.status, 3);
     EXPECT_THAT(run.errors, EndsWith("; --timeout SECONDS waits longer\n"));
@@ -556,7 +556,7 @@ TEST_F(CollectTest, AServerThatNeverAnswersLeavesTheOldFileWhole) {
 }
 
 TEST_F(CollectTest, InstancesThatTakeTooLongDoNotKeepTheOtherClassesAway) {
-    fServer.Stop();
+    server_.Stop();
     support::ScriptedServer server(ServeFewClasses);
     server.Listen(kHttpPort);
     const auto run = Collect(Document({"Heavy", "A"}), {"--timeout", "1"});
@@ -568,7 +568,7 @@ TEST_F(CollectTest, InstancesThatTakeTooLongDoNotKeepTheOtherClassesAway) {
 // --- Progress ----------------------------------------------------------------------------------------------------
 
 TEST_F(CollectTest, ATerminalShowsTheProgress) {
-    fServer.Stop();
+    server_.Stop();
     support::ScriptedServer server(ServeFewClasses);
     server.Listen(kHttpPort);
     support::TerminalProgram program(CIMHTTP_PROGRAM, {"collect", Document({"A", "B"}), "--out", Path("result.json")});

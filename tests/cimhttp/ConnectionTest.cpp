@@ -135,7 +135,7 @@ namespace {
 class ConnectionStoreTest : public testing::Test {
   protected:
     std::string ComplaintAbout(const std::string& content, mode_t mode = 0600) const {
-        const std::string path = fFolder.WriteFile("connections.json", content);
+        const std::string path = folder_.WriteFile("connections.json", content);
         ::chmod(path.c_str(), mode);
         try {
             ConnectionStore(path).Read();
@@ -153,13 +153,13 @@ class ConnectionStoreTest : public testing::Test {
         return status.st_mode & 07777U;
     }
 
-    support::TemporaryDirectory fFolder;
+    support::TemporaryDirectory folder_;
 };
 
 } // namespace
 
 TEST_F(ConnectionStoreTest, KeepsWhatItIsGivenInAFileForTheOwnerAlone) {
-    const std::string folder = (fFolder.Path() / "a" / "cimhttp").string();
+    const std::string folder = (folder_.Path() / "a" / "cimhttp").string();
     const ConnectionStore store(folder + "/connections.json");
     EXPECT_THAT(store.Read(), IsEmpty());
     store.Update([](auto& connections) {
@@ -182,7 +182,7 @@ TEST_F(ConnectionStoreTest, KeepsWhatItIsGivenInAFileForTheOwnerAlone) {
 }
 
 TEST_F(ConnectionStoreTest, KeepsHowTheServerIsReachedAndVerified) {
-    const ConnectionStore store((fFolder.Path() / "connections.json").string());
+    const ConnectionStore store((folder_.Path() / "connections.json").string());
     store.Update([](auto& connections) {
         connections["lab"] = {"server", true, {}, {}, {}, 443, "root/interop", {"/ca", "AB", "/cert", "/key", true}};
     });
@@ -197,7 +197,7 @@ TEST_F(ConnectionStoreTest, KeepsHowTheServerIsReachedAndVerified) {
 }
 
 TEST_F(ConnectionStoreTest, ClosesAnOpenFileWhenItIsWritten) {
-    const ConnectionStore store(fFolder.WriteFile("connections.json", "{}"));
+    const ConnectionStore store(folder_.WriteFile("connections.json", "{}"));
     ::chmod(store.Path().c_str(), 0644);
     store.Update([](auto& connections) { connections["lab"] = {"server", false, "reader", "secret", {}}; });
     EXPECT_EQ(ModeOf(store.Path()), 0600U);
@@ -227,10 +227,10 @@ TEST_F(ConnectionStoreTest, RefusesAFileThatIsNotWhatItShouldBe) {
 
 TEST_F(ConnectionStoreTest, RefusesAFolder) {
     try {
-        ConnectionStore(fFolder.Path().string()).Read();
+        ConnectionStore(folder_.Path().string()).Read();
         FAIL();
     } catch (const Failure& failure) {
-        EXPECT_EQ(failure.what(), fFolder.Path().string() + " cannot be read: Is a directory");
+        EXPECT_EQ(failure.what(), folder_.Path().string() + " cannot be read: Is a directory");
     }
 }
 
@@ -243,7 +243,7 @@ TEST_F(ConnectionStoreTest, RefusesAPasswordThatOthersCanRead) {
 }
 
 TEST_F(ConnectionStoreTest, SuggestsANearName) {
-    const ConnectionStore store(fFolder.WriteFile("connections.json", R"({"lab": {"host": "a"}})"));
+    const ConnectionStore store(folder_.WriteFile("connections.json", R"({"lab": {"host": "a"}})"));
     EXPECT_EQ(store.Find("lab").host, "a");
     try {
         store.Find("lbb");
@@ -254,7 +254,7 @@ TEST_F(ConnectionStoreTest, SuggestsANearName) {
 }
 
 TEST_F(ConnectionStoreTest, StaysAsItWasWhenTheChangeFails) {
-    const ConnectionStore store(fFolder.WriteFile("connections.json", R"({"lab": {"host": "a"}})"));
+    const ConnectionStore store(folder_.WriteFile("connections.json", R"({"lab": {"host": "a"}})"));
     const auto fail = [](auto& connections) {
         connections.clear();
         throw Failure(Failure::kUsage, "no");
@@ -264,7 +264,7 @@ TEST_F(ConnectionStoreTest, StaysAsItWasWhenTheChangeFails) {
 }
 
 TEST_F(ConnectionStoreTest, ChangesOnlyUnderALockThatIsNotWaitedForWithoutEnd) {
-    const ConnectionStore store((fFolder.Path() / "connections.json").string());
+    const ConnectionStore store((folder_.Path() / "connections.json").string());
     store.Update([&](auto& /*connections*/) {
         try {
             const FileLock second(store.Path() + ".lock", std::chrono::milliseconds(1));
@@ -284,19 +284,19 @@ namespace {
 class ConnectionTest : public testing::Test {
   protected:
     ConnectionTest() {
-        fServer.Listen(kHttpPort);
-        fServer.Answer("EnumerateClassNames", "",
+        server_.Listen(kHttpPort);
+        server_.Answer("EnumerateClassNames", "",
                        "<CLASSNAME NAME=\"TEST_Disk\"/><CLASSNAME NAME=\"TEST_Tape\"/>"
                        "<CLASSNAME NAME=\"CIM_System\"/>");
     }
 
     /// Runs with a folder for configuration.
     ProgramRun Run(const std::vector<std::string>& arguments, std::vector<std::string> environment = {}) const {
-        environment.push_back("XDG_CONFIG_HOME=" + fFolder.Path().string());
+        environment.push_back("XDG_CONFIG_HOME=" + folder_.Path().string());
         return RunCimhttp(arguments, environment);
     }
 
-    std::string File() const { return (fFolder.Path() / "cimhttp" / "connections.json").string(); }
+    std::string File() const { return (folder_.Path() / "cimhttp" / "connections.json").string(); }
 
     static void ExpectOneLine(const ProgramRun& run, int status, const std::string& part) {
         EXPECT_EQ(run.status, status);
@@ -306,24 +306,24 @@ class ConnectionTest : public testing::Test {
         EXPECT_EQ(std::count(run.errors.begin(), run.errors.end(), '\n'), 1) << run.errors;
     }
 
-    const std::string fAllClasses = "CIM_System\nTEST_Disk\nTEST_Tape\n";
-    support::CimServer fServer;
-    support::TemporaryDirectory fFolder;
+    const std::string allClasses_ = "CIM_System\nTEST_Disk\nTEST_Tape\n";
+    support::CimServer server_;
+    support::TemporaryDirectory folder_;
 };
 
 } // namespace
 
 TEST_F(ConnectionTest, ANamedConnectionIsAddedListedTestedUsedAndRemoved) {
     EXPECT_EQ(Run({"connection", "list"}).output, "no connections\n");
-    const auto added = Run({"connection", "add", "lab", "--host", fServer.Address(), "--timeout", "60"});
+    const auto added = Run({"connection", "add", "lab", "--host", server_.Address(), "--timeout", "60"});
     EXPECT_EQ(added.status, 0) << added.errors;
-    EXPECT_THAT(Run({"connection", "list"}).output, HasSubstr("http://" + fServer.Address()));
+    EXPECT_THAT(Run({"connection", "list"}).output, HasSubstr("http://" + server_.Address()));
     EXPECT_EQ(Run({"connection", "list", "--output", "csv"}).output,
               "Name,Server,User,Password,Timeout,Namespace,Verification,Certificate\r\nlab,http://" +
-                  fServer.Address() + ",\"\",\"\",60,,,\r\n");
-    EXPECT_EQ(Run({"connection", "test", "lab"}).output, "http://" + fServer.Address() + " answers: 3 classes\n");
-    EXPECT_EQ(Run({"-c", "lab", "classes"}).output, fAllClasses);
-    EXPECT_EQ(Run({"classes", "--connection", "lab"}).output, fAllClasses);
+                  server_.Address() + ",\"\",\"\",60,,,\r\n");
+    EXPECT_EQ(Run({"connection", "test", "lab"}).output, "http://" + server_.Address() + " answers: 3 classes\n");
+    EXPECT_EQ(Run({"-c", "lab", "classes"}).output, allClasses_);
+    EXPECT_EQ(Run({"classes", "--connection", "lab"}).output, allClasses_);
     EXPECT_EQ(Run({"connection", "remove", "lab"}).status, 0);
     EXPECT_EQ(Run({"connection", "list"}).output, "no connections\n");
     ExpectOneLine(Run({"connection", "remove", "lab"}), 2, "no connection 'lab'");
@@ -345,47 +345,47 @@ TEST_F(ConnectionTest, ConnectionsThatAreAddedAtTheSameTimeAreAllKept) {
 }
 
 TEST_F(ConnectionTest, TheConnectionNamedDefaultIsUsedWhereNoneIsAskedFor) {
-    Run({"connection", "add", "default", "--host", fServer.Address()});
-    EXPECT_EQ(Run({"classes"}).output, fAllClasses);
+    Run({"connection", "add", "default", "--host", server_.Address()});
+    EXPECT_EQ(Run({"classes"}).output, allClasses_);
     ExpectOneLine(Run({"--host", kUnknownHost, "classes"}), 3, kUnknownHost);
 }
 
 TEST_F(ConnectionTest, TheConnectionNamedDefaultIsUsedForADocumentWithoutAServer) {
     const std::string document =
-        fFolder.WriteFile("requested.xml", "<vyx version=\"1\"><class name=\"TEST_Disk\"/></vyx>");
-    fServer.RequireUser("reader", "s3cret");
-    fServer.Answer("GetClass", "TEST_Disk", "<CLASS NAME=\"TEST_Disk\"/>");
-    fServer.Answer("EnumerateInstances", "TEST_Disk", "");
+        folder_.WriteFile("requested.xml", "<vyx version=\"1\"><class name=\"TEST_Disk\"/></vyx>");
+    server_.RequireUser("reader", "s3cret");
+    server_.Answer("GetClass", "TEST_Disk", "<CLASS NAME=\"TEST_Disk\"/>");
+    server_.Answer("EnumerateInstances", "TEST_Disk", "");
     ExpectOneLine(Run({"collect", document}), 2, "names no server");
-    Run({"connection", "add", "default", "--host", fServer.Address(), "--user", "reader"});
+    Run({"connection", "add", "default", "--host", server_.Address(), "--user", "reader"});
     EXPECT_EQ(Run({"collect", document}, {"CIMHTTP_PASSWORD=s3cret"}).status, 0);
 }
 
 TEST_F(ConnectionTest, TheFolderIsInHomeUnlessXdgSaysOtherwise) {
-    const std::string home = "HOME=" + fFolder.Path().string();
+    const std::string home = "HOME=" + folder_.Path().string();
     EXPECT_EQ(RunCimhttp({"connection", "add", "lab", "--host", "server"}, {home}).status, 0);
-    EXPECT_TRUE(std::filesystem::exists(fFolder.Path() / ".config" / "cimhttp" / "connections.json"));
+    EXPECT_TRUE(std::filesystem::exists(folder_.Path() / ".config" / "cimhttp" / "connections.json"));
     EXPECT_THAT(RunCimhttp({"connection", "list"}, {home, "XDG_CONFIG_HOME=relative"}).output, HasSubstr("lab "));
     ExpectOneLine(RunCimhttp({"connection", "list"}), 2, "XDG_CONFIG_HOME");
     ExpectOneLine(RunCimhttp({"-c", "lab", "classes"}), 2, "XDG_CONFIG_HOME");
 }
 
 TEST_F(ConnectionTest, APasswordIsStoredOnlyWhenAskedFor) {
-    fServer.RequireUser("reader", "s3cret");
-    const std::vector<std::string> add{"connection", "add", "lab", "--host", fServer.Address(), "--user", "reader"};
+    server_.RequireUser("reader", "s3cret");
+    const std::vector<std::string> add{"connection", "add", "lab", "--host", server_.Address(), "--user", "reader"};
     EXPECT_EQ(Run(add, {"CIMHTTP_PASSWORD=s3cret"}).status, 0);
     EXPECT_THAT(ReadFile(File()), Not(HasSubstr("s3cret")));
     EXPECT_EQ(Run({"-c", "lab", "classes"}).status, 2);
     auto add_with_password = add;
     add_with_password.emplace_back("--store-password");
     EXPECT_EQ(Run(add_with_password, {"CIMHTTP_PASSWORD=s3cret"}).status, 0);
-    EXPECT_EQ(Run({"-c", "lab", "classes"}).output, fAllClasses);
+    EXPECT_EQ(Run({"-c", "lab", "classes"}).output, allClasses_);
     EXPECT_THAT(Run({"connection", "list"}).output, Not(HasSubstr("s3cret")));
 }
 
 TEST_F(ConnectionTest, AnotherUserGetsNoStoredPassword) {
-    fServer.RequireUser("reader", "s3cret");
-    Run({"connection", "add", "lab", "--host", fServer.Address(), "--user", "reader", "--store-password"},
+    server_.RequireUser("reader", "s3cret");
+    Run({"connection", "add", "lab", "--host", server_.Address(), "--user", "reader", "--store-password"},
         {"CIMHTTP_PASSWORD=s3cret"});
     ExpectOneLine(Run({"-c", "lab", "--user", "other", "classes"}), 2, "other needs a password");
     EXPECT_EQ(Run({"-c", "lab", "--user", "reader", "classes"}).status, 0);
@@ -405,27 +405,27 @@ TEST_F(ConnectionTest, WrongUseOfNamedConnectionsIsExplained) {
 }
 
 TEST_F(ConnectionTest, AMalformedFileIsRefusedOnlyWhereItIsNeeded) {
-    std::filesystem::create_directories(fFolder.Path() / "cimhttp");
-    fFolder.WriteFile("cimhttp/connections.json", "{");
+    std::filesystem::create_directories(folder_.Path() / "cimhttp");
+    folder_.WriteFile("cimhttp/connections.json", "{");
     ExpectOneLine(Run({"classes"}), 2, File());
     ExpectOneLine(Run({"connection", "add", "lab", "--host", "server"}), 2, File());
     EXPECT_EQ(ReadFile(File()), "{");
-    EXPECT_EQ(Run({"--host", fServer.Address(), "classes"}).status, 0);
+    EXPECT_EQ(Run({"--host", server_.Address(), "classes"}).status, 0);
 }
 
 TEST_F(ConnectionTest, AUrlOrAPortChoosesTls) {
-    const support::TestCertificate certificate(support::TestCertificate::For(fServer.Address()));
-    fServer.ListenTls(kHttpsPort, certificate);
-    for (const std::string& name : {"https://" + fServer.Address(), fServer.Address() + ":5989"}) {
+    const support::TestCertificate certificate(support::TestCertificate::For(server_.Address()));
+    server_.ListenTls(kHttpsPort, certificate);
+    for (const std::string& name : {"https://" + server_.Address(), server_.Address() + ":5989"}) {
         const auto run = Run({"--host", name, "classes"});
-        EXPECT_EQ(run.output, fAllClasses);
-        EXPECT_EQ(run.errors, "cimhttp: encrypted, but nobody has verified that this is " + fServer.Address() + "\n");
+        EXPECT_EQ(run.output, allClasses_);
+        EXPECT_EQ(run.errors, "cimhttp: encrypted, but nobody has verified that this is " + server_.Address() + "\n");
         ExpectOneLine(Run({"--host", name, "--tls=false", "classes"}), 2, "contradict");
     }
 }
 
 TEST_F(ConnectionTest, AnyPortCanBeGivenInTwoWays) {
-    support::CimServer server(fServer.Address());
+    support::CimServer server(server_.Address());
     const std::string port = std::to_string(server.Listen(0));
     server.Answer("EnumerateClassNames", "", "<CLASSNAME NAME=\"TEST_Elsewhere\"/>");
     const std::string name = server.Address() + ':' + port;
@@ -435,7 +435,7 @@ TEST_F(ConnectionTest, AnyPortCanBeGivenInTwoWays) {
     EXPECT_THAT(info.output, HasSubstr("http://" + name + '\n'));
     ExpectOneLine(Run({"--host", name, "class", "TEST_Elsewere"}), 5, "did you mean TEST_Elsewhere?");
     server.Stop();
-    support::CimServer other(fServer.Address());
+    support::CimServer other(server_.Address());
     other.Listen(kHttpsPort);
     const auto refused = Run({"--host", name, "classes"});
     ExpectOneLine(refused, 3, "no connection to http://" + name + ": nothing listens on port " + port + "; is the CIM");
@@ -443,8 +443,8 @@ TEST_F(ConnectionTest, AnyPortCanBeGivenInTwoWays) {
 }
 
 TEST_F(ConnectionTest, TlsOnAnyPortNeedsItsOptionOrAUrl) {
-    support::CimServer server(fServer.Address());
-    const support::TestCertificate certificate(support::TestCertificate::For(fServer.Address()));
+    support::CimServer server(server_.Address());
+    const support::TestCertificate certificate(support::TestCertificate::For(server_.Address()));
     const std::string name = server.Address() + ':' + std::to_string(server.ListenTls(0, certificate));
     server.Answer("EnumerateClassNames", "", "<CLASSNAME NAME=\"TEST_Elsewhere\"/>");
     EXPECT_EQ(Run({"--host", name, "--tls", "classes"}).output, "TEST_Elsewhere\n");
@@ -482,24 +482,24 @@ TEST_F(ConnectionTest, OptionsThatContradictEachOtherAreRefused) {
 TEST_F(ConnectionTest, ANamespaceTakesThePlaceOfTheUsualOne) {
     const std::string xml = "<CLASS NAME=\"TEST_Disk\"><PROPERTY NAME=\"Name\" TYPE=\"string\"><QUALIFIER NAME=\"Key\" "
                             "TYPE=\"boolean\"><VALUE>TRUE</VALUE></QUALIFIER></PROPERTY></CLASS>";
-    fServer.Answer("GetClass", "TEST_Disk", xml);
-    fServer.Answer("GetInstance", "",
+    server_.Answer("GetClass", "TEST_Disk", xml);
+    server_.Answer("GetInstance", "",
                    "<INSTANCE CLASSNAME=\"TEST_Disk\"><PROPERTY NAME=\"Name\" TYPE=\"string\"><VALUE>a</VALUE>"
                    "</PROPERTY></INSTANCE>");
-    const std::vector<std::string> interop{"--host", fServer.Address(), "-n", "root/interop"};
+    const std::vector<std::string> interop{"--host", server_.Address(), "-n", "root/interop"};
     const auto run = [&](std::vector<std::string> arguments) {
-        fServer.ForgetCalls();
+        server_.ForgetCalls();
         arguments.insert(arguments.begin(), interop.begin(), interop.end());
         return Run(arguments);
     };
     const auto namespaces = [&] {
         std::set<std::string> names;
-        for (const auto& call : fServer.Calls()) {
+        for (const auto& call : server_.Calls()) {
             names.insert(call.name_space);
         }
         return names;
     };
-    EXPECT_EQ(run({"classes"}).output, fAllClasses);
+    EXPECT_EQ(run({"classes"}).output, allClasses_);
     EXPECT_THAT(namespaces(), ElementsAre("root/interop"));
     EXPECT_THAT(run({"instance", "TEST_Disk.Name=\"a\"", "-o", "json"}).output,
                 HasSubstr(R"("path":"TEST_Disk.Name=\"a\"")"));
@@ -510,18 +510,18 @@ TEST_F(ConnectionTest, ANamespaceTakesThePlaceOfTheUsualOne) {
                 HasSubstr(R"("path":"root/cimv2:TEST_Disk.Name=\"a\"")"));
     EXPECT_THAT(namespaces(), ElementsAre("root/cimv2"));
     ExpectOneLine(run({"class", "TEST_Dsik"}), 5,
-                  "there is no class TEST_Dsik on http://" + fServer.Address() + "/root/interop (did you mean");
-    ExpectOneLine(Run({"--host", fServer.Address(), "-n", "no namespace", "classes"}), 2,
+                  "there is no class TEST_Dsik on http://" + server_.Address() + "/root/interop (did you mean");
+    ExpectOneLine(Run({"--host", server_.Address(), "-n", "no namespace", "classes"}), 2,
                   "'no namespace' is not the name of a namespace");
 }
 
 TEST_F(ConnectionTest, AnUnknownNamespaceIsToldFromOtherErrors) {
-    fServer.Fail("EnumerateClassNames", "", 3, "root/nowhere");
-    ExpectOneLine(Run({"--host", fServer.Address(), "-n", "root/nowhere", "classes"}), 6, "--namespace names another");
+    server_.Fail("EnumerateClassNames", "", 3, "root/nowhere");
+    ExpectOneLine(Run({"--host", server_.Address(), "-n", "root/nowhere", "classes"}), 6, "--namespace names another");
 }
 
 TEST_F(ConnectionTest, HowAServerIsReachedIsKeptListedAndUsed) {
-    support::CimServer server(fServer.Address());
+    support::CimServer server(server_.Address());
     const std::string port = std::to_string(server.Listen(0));
     server.Answer("EnumerateClassNames", "", "<CLASSNAME NAME=\"TEST_Elsewhere\"/>");
     ASSERT_EQ(
@@ -558,16 +558,16 @@ TEST_F(ConnectionTest, WhatVerifiesAServerIsKeptWithWholePathsAndNeverLeftOut) {
 }
 
 TEST_F(ConnectionTest, APasswordThatLeavesTheMachineInPlainTextIsWarnedOfOnce) {
-    fServer.RequireUser("reader", "s3cret");
+    server_.RequireUser("reader", "s3cret");
     const auto run = [&](const std::string& host) {
         return Run({"--host", host, "-u", "reader", "classes"}, {"CIMHTTP_PASSWORD=s3cret"});
     };
-    const auto local = run(fServer.Address());
+    const auto local = run(server_.Address());
     EXPECT_EQ(local.status, 0);
     EXPECT_EQ(local.errors, "");
-    const std::string other = "::ffff:" + fServer.Address(); // not one of the forms that are known to stay here
+    const std::string other = "::ffff:" + server_.Address(); // not one of the forms that are known to stay here
     const auto remote = run(other);
-    EXPECT_EQ(remote.output, fAllClasses);
+    EXPECT_EQ(remote.output, allClasses_);
     EXPECT_EQ(remote.errors, "cimhttp: the password of reader goes to " + other +
                                  " in plain text, for everybody on the way to read; --tls encrypts it\n");
 }
@@ -575,9 +575,9 @@ TEST_F(ConnectionTest, APasswordThatLeavesTheMachineInPlainTextIsWarnedOfOnce) {
 // --- Failures that tell what to try ------------------------------------------------------------------------------
 
 TEST_F(ConnectionTest, WhereNothingListensTheServerMayNotRun) {
-    fServer.Stop();
-    ExpectOneLine(Run({"--host", fServer.Address(), "classes"}), 3,
-                  "no connection to http://" + fServer.Address() + ": nothing listens on port 5988; is the CIM server");
+    server_.Stop();
+    ExpectOneLine(Run({"--host", server_.Address(), "classes"}), 3,
+                  "no connection to http://" + server_.Address() + ": nothing listens on port 5988; is the CIM server");
 }
 
 TEST_F(ConnectionTest, WhereNothingListensAndNoServerIsNamedHostNamesAnother) {
@@ -592,35 +592,35 @@ TEST_F(ConnectionTest, WhereNothingListensAndNoServerIsNamedHostNamesAnother) {
 }
 
 TEST_F(ConnectionTest, WhereOnlyTheOtherPortListensThatIsSuggested) {
-    support::CimServer secure(fServer.Address());
-    fServer.Stop();
-    const support::TestCertificate certificate(support::TestCertificate::For(fServer.Address()));
+    support::CimServer secure(server_.Address());
+    server_.Stop();
+    const support::TestCertificate certificate(support::TestCertificate::For(server_.Address()));
     secure.ListenTls(kHttpsPort, certificate);
-    ExpectOneLine(Run({"--host", fServer.Address(), "classes"}), 3, "port 5989 answers: add --tls");
+    ExpectOneLine(Run({"--host", server_.Address(), "classes"}), 3, "port 5989 answers: add --tls");
     secure.Stop();
-    support::CimServer plain(fServer.Address());
+    support::CimServer plain(server_.Address());
     plain.Listen(kHttpPort);
-    ExpectOneLine(Run({"--host", fServer.Address(), "--tls", "classes"}), 3, "port 5988 answers: leave out --tls");
+    ExpectOneLine(Run({"--host", server_.Address(), "--tls", "classes"}), 3, "port 5988 answers: leave out --tls");
 }
 
 TEST_F(ConnectionTest, TlsToAPlainPortIsAdvisedAgainst) {
-    support::CimServer plain(fServer.Address());
+    support::CimServer plain(server_.Address());
     plain.Listen(kHttpsPort);
     // Whether such a server waits for more or complains, nobody gets further there.
-    ExpectOneLine(Run({"--host", fServer.Address(), "--tls", "--timeout", "1", "classes"}), 3, "leave out --tls");
+    ExpectOneLine(Run({"--host", server_.Address(), "--tls", "--timeout", "1", "classes"}), 3, "leave out --tls");
     plain.Stop();
     support::ScriptedServer complaining([](support::Connection& connection) {
         connection.ReadSome();
         connection.Write("HTTP/1.1 400 Bad Request\r\nContent-Length: 0\r\n\r\n");
     });
     complaining.Listen(kHttpsPort);
-    ExpectOneLine(Run({"--host", fServer.Address(), "--tls", "classes"}), 3, "leave out --tls");
+    ExpectOneLine(Run({"--host", server_.Address(), "--tls", "classes"}), 3, "leave out --tls");
 }
 
 TEST_F(ConnectionTest, NobodyWithAPasswordIsAdvisedToLeaveOutTls) {
-    const std::string address = fServer.Address();
-    const std::string password = fFolder.WriteFile("password", "s3cret\n");
-    const std::string document = fFolder.WriteFile(
+    const std::string address = server_.Address();
+    const std::string password = folder_.WriteFile("password", "s3cret\n");
+    const std::string document = folder_.WriteFile(
         "requested.xml", "<vyx version=\"1\"><network address=\"" + address +
                              "\"/><network user=\"reader\"/><network pass=\"s3cret\"/><network ssl=\"true\"/>"
                              "<class name=\"TEST_Disk\"/></vyx>");
@@ -666,7 +666,7 @@ TEST_F(ConnectionTest, NobodyWithAPasswordIsAdvisedToLeaveOutTls) {
         check();
     }
     check(); // nothing listens there
-    EXPECT_EQ(fServer.ConnectionCount(), 0U) << "the plain port";
+    EXPECT_EQ(server_.ConnectionCount(), 0U) << "the plain port";
 }
 
 TEST_F(ConnectionTest, AHandshakeThatIsResetIsToldWithAWayOutForThoseWithoutAPassword) {
@@ -675,18 +675,18 @@ TEST_F(ConnectionTest, AHandshakeThatIsResetIsToldWithAWayOutForThoseWithoutAPas
             connection.ReadSome();
             connection.Reset();
         },
-        fServer.Address());
+        server_.Address());
     resetting.Listen(kHttpsPort);
-    ExpectOneLine(Run({"--host", fServer.Address(), "--tls", "classes"}), 3, "port 5988 answers: leave out --tls");
-    EXPECT_THAT(fServer.Calls(), IsEmpty()) << "it is the user who decides";
+    ExpectOneLine(Run({"--host", server_.Address(), "--tls", "classes"}), 3, "port 5988 answers: leave out --tls");
+    EXPECT_THAT(server_.Calls(), IsEmpty()) << "it is the user who decides";
 }
 
 TEST_F(ConnectionTest, PlainHttpToATlsPortIsSentToTls) {
-    fServer.Stop();
-    support::CimServer secure(fServer.Address());
-    const support::TestCertificate certificate(support::TestCertificate::For(fServer.Address()));
+    server_.Stop();
+    support::CimServer secure(server_.Address());
+    const support::TestCertificate certificate(support::TestCertificate::For(server_.Address()));
     secure.ListenTls(kHttpPort, certificate);
-    ExpectOneLine(Run({"--host", fServer.Address(), "classes"}), 3, "--tls");
+    ExpectOneLine(Run({"--host", server_.Address(), "classes"}), 3, "--tls");
 }
 
 TEST_F(ConnectionTest, AnUnknownHostIsNamed) {
@@ -695,7 +695,7 @@ TEST_F(ConnectionTest, AnUnknownHostIsNamed) {
 }
 
 TEST_F(ConnectionTest, AServerThatDoesNotAnswerInTimeEndsTheProgram) {
-    fServer.Stop();
+    server_.Stop();
     support::ScriptedServer silent([](support::Connection& connection) { connection.WaitForPeerClose(); });
     silent.Listen(kHttpPort);
     silent.Listen(kHttpsPort);
@@ -712,22 +712,22 @@ TEST_F(ConnectionTest, ATimeoutOutOfRangeIsRefused) {
 }
 
 TEST_F(ConnectionTest, AUserThatIsMissingOrWrongIsToldApart) {
-    fServer.RequireUser("reader", "s3cret");
-    ExpectOneLine(Run({"--host", fServer.Address(), "classes"}), 4, "give --user");
+    server_.RequireUser("reader", "s3cret");
+    ExpectOneLine(Run({"--host", server_.Address(), "classes"}), 4, "give --user");
     ExpectOneLine(
-        Run({"--host", fServer.Address(), "--user", "reader", "class", "TEST_Disk"}, {"CIMHTTP_PASSWORD=guess"}), 4,
+        Run({"--host", server_.Address(), "--user", "reader", "class", "TEST_Disk"}, {"CIMHTTP_PASSWORD=guess"}), 4,
         "does not accept the user reader with this password");
 }
 
 TEST_F(ConnectionTest, AnUnknownClassHasNearNames) {
-    ExpectOneLine(Run({"--host", fServer.Address(), "class", "TEST_Dsik"}), 5,
-                  "there is no class TEST_Dsik on http://" + fServer.Address() + " (did you mean TEST_Disk?)");
-    ExpectOneLine(Run({"--host", fServer.Address(), "instances", "tape"}), 5, "(did you mean TEST_Tape?)");
+    ExpectOneLine(Run({"--host", server_.Address(), "class", "TEST_Dsik"}), 5,
+                  "there is no class TEST_Dsik on http://" + server_.Address() + " (did you mean TEST_Disk?)");
+    ExpectOneLine(Run({"--host", server_.Address(), "instances", "tape"}), 5, "(did you mean TEST_Tape?)");
 }
 
 TEST_F(ConnectionTest, AServersErrorIsTold) {
-    fServer.Fail("EnumerateClassNames", "", 1, "out of order");
-    ExpectOneLine(Run({"--host", fServer.Address(), "classes"}), 6, "CIM_ERR_FAILED: out of order");
-    fServer.Fail("EnumerateClassNames", "", 2, "not for you");
-    ExpectOneLine(Run({"--host", fServer.Address(), "classes"}), 4, "CIM_ERR_ACCESS_DENIED: not for you");
+    server_.Fail("EnumerateClassNames", "", 1, "out of order");
+    ExpectOneLine(Run({"--host", server_.Address(), "classes"}), 6, "CIM_ERR_FAILED: out of order");
+    server_.Fail("EnumerateClassNames", "", 2, "not for you");
+    ExpectOneLine(Run({"--host", server_.Address(), "classes"}), 4, "CIM_ERR_ACCESS_DENIED: not for you");
 }

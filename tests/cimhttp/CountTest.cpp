@@ -35,30 +35,30 @@ using Texts = std::vector<std::string>;
 class CountTest : public testing::Test {
   protected:
     CountTest() {
-        fServer.Listen(kHttpPort);
-        fServer.Answer("EnumerateClassNames", "", "<CLASSNAME NAME=\"TEST_Device\"/>");
-        fServer.Answer("EnumerateClasses", "",
+        server_.Listen(kHttpPort);
+        server_.Answer("EnumerateClassNames", "", "<CLASSNAME NAME=\"TEST_Device\"/>");
+        server_.Answer("EnumerateClasses", "",
                        ClassXml("TEST_Device", "") + ClassXml("TEST_Disk", "TEST_Device") +
                            ClassXml("TEST_FastDisk", "TEST_Disk") + ClassXml("TEST_Tape", "TEST_Device") +
                            ClassXml("TEST_User", ""));
         const std::string fast = PathXml("TEST_FastDisk", "f1") + PathXml("TEST_FastDisk", "f2");
         const std::string disks = PathXml("TEST_Disk", "d1") + fast;
-        fServer.Answer("EnumerateInstanceNames", "TEST_FastDisk", fast);
-        fServer.Answer("EnumerateInstanceNames", "TEST_Disk", disks);
-        fServer.Answer("EnumerateInstanceNames", "TEST_Tape", "");
-        fServer.Answer("EnumerateInstanceNames", "TEST_Device", disks);
-        fServer.Answer("EnumerateInstanceNames", "TEST_User", PathXml("TEST_User", "u1"));
+        server_.Answer("EnumerateInstanceNames", "TEST_FastDisk", fast);
+        server_.Answer("EnumerateInstanceNames", "TEST_Disk", disks);
+        server_.Answer("EnumerateInstanceNames", "TEST_Tape", "");
+        server_.Answer("EnumerateInstanceNames", "TEST_Device", disks);
+        server_.Answer("EnumerateInstanceNames", "TEST_User", PathXml("TEST_User", "u1"));
     }
 
     ProgramRun Run(Texts arguments) const {
-        arguments.insert(arguments.begin(), {"--host", fServer.Address(), "count"});
+        arguments.insert(arguments.begin(), {"--host", server_.Address(), "count"});
         return RunCimhttp(arguments);
     }
 
     /// The classes that the server was asked for the instances of.
     Texts AskedFor() const {
         Texts classes;
-        for (const auto& call : fServer.Calls()) {
+        for (const auto& call : server_.Calls()) {
             if (call.method == "EnumerateInstanceNames") {
                 classes.push_back(call.parameters.at("ClassName"));
             }
@@ -67,7 +67,7 @@ class CountTest : public testing::Test {
         return classes;
     }
 
-    support::CimServer fServer;
+    support::CimServer server_;
 };
 
 } // namespace
@@ -87,10 +87,10 @@ TEST_F(CountTest, AnInstanceCountsForItsOwnClass) {
 TEST_F(CountTest, EachTopClassIsAskedForOnceAndNoOther) {
     Run({});
     EXPECT_THAT(AskedFor(), ElementsAre("TEST_Device", "TEST_User"));
-    fServer.ForgetCalls();
+    server_.ForgetCalls();
     Run({"test_*disk"});
     EXPECT_THAT(AskedFor(), ElementsAre("TEST_Disk"));
-    fServer.ForgetCalls();
+    server_.ForgetCalls();
     Run({"*T*k*"});
     EXPECT_THAT(AskedFor(), ElementsAre("TEST_Disk"));
 }
@@ -129,7 +129,7 @@ TEST_F(CountTest, CountsAreSortedAndLimited) {
 }
 
 TEST_F(CountTest, AClassThatFailsIsNamedAndItsSubclassesAreAskedFor) {
-    fServer.Fail("EnumerateInstanceNames", "TEST_Device", 1, "out of order");
+    server_.Fail("EnumerateInstanceNames", "TEST_Device", 1, "out of order");
     const auto run = Run({});
     EXPECT_EQ(run.status, 7);
     EXPECT_EQ(run.output, "Class          Count\n"
@@ -198,10 +198,10 @@ TEST(Count, AServerThatIsGoneOrLetsNobodyInIsAskedNothingMore) {
 }
 
 TEST_F(CountTest, ClassesTakeALimitToo) {
-    const auto run = RunCimhttp({"--host", fServer.Address(), "classes", "--limit", "1"});
+    const auto run = RunCimhttp({"--host", server_.Address(), "classes", "--limit", "1"});
     EXPECT_EQ(run.errors, "");
-    fServer.Answer("EnumerateClassNames", "", "<CLASSNAME NAME=\"TEST_B\"/><CLASSNAME NAME=\"TEST_A\"/>");
-    const auto two = RunCimhttp({"--host", fServer.Address(), "classes", "--limit", "1", "-o", "json"});
+    server_.Answer("EnumerateClassNames", "", "<CLASSNAME NAME=\"TEST_B\"/><CLASSNAME NAME=\"TEST_A\"/>");
+    const auto two = RunCimhttp({"--host", server_.Address(), "classes", "--limit", "1", "-o", "json"});
     EXPECT_EQ(two.output, "[\"TEST_A\"]\n");
     EXPECT_EQ(two.errors, "cimhttp: 1 of 2 classes shown; without --limit all are\n");
 }

@@ -60,7 +60,7 @@ class DemoServerTest : public testing::Test {
         return program.Screen();
     }
 
-    demo::DemoServer fServer{DemoOptions()};
+    demo::DemoServer server_{DemoOptions()};
 };
 
 /// The records of a CSV text (RFC 4180); a field that is empty and not quoted, which stands for null, is "<null>".

@@ -59,8 +59,8 @@ class DoctorTest : public testing::Test {
         }
     }
 
-    const std::string fAddress = support::LoopbackAddress();
-    const support::TemporaryDirectory fFolder;
+    const std::string address_ = support::LoopbackAddress();
+    const support::TemporaryDirectory folder_;
 };
 
 demo::DemoServerOptions OptionsOf(const std::string& address) {
@@ -72,12 +72,12 @@ demo::DemoServerOptions OptionsOf(const std::string& address) {
 } // namespace
 
 TEST_F(DoctorTest, AServerInGoodHealthPassesEverything) {
-    const demo::DemoServer server(OptionsOf(fAddress));
-    const auto visit = Examine({"--host", fAddress});
+    const demo::DemoServer server(OptionsOf(address_));
+    const auto visit = Examine({"--host", address_});
     EXPECT_EQ(visit.status, 0);
     EXPECT_THAT(visit.results,
                 ElementsAre("passed", "passed", "not used", "passed", "passed", "passed", "passed", "passed"));
-    EXPECT_EQ(visit.At("name look-up").remark, fAddress);
+    EXPECT_EQ(visit.At("name look-up").remark, address_);
     EXPECT_EQ(visit.At("TCP").remark, "port 5988");
     EXPECT_EQ(visit.At("namespace").remark, "root/cimv2");
     EXPECT_THAT(visit.At("class operations").remark, testing::ContainsRegex("^[0-9]+ classes$"));
@@ -89,10 +89,10 @@ TEST_F(DoctorTest, AServerInGoodHealthPassesEverything) {
 }
 
 TEST_F(DoctorTest, TlsSaysWhatItIsVerifiedBy) {
-    const demo::DemoServer server(OptionsOf(fAddress));
-    const std::string ca = fFolder.WriteFile("ca.pem", server.CertificatePem());
-    EXPECT_THAT(Examine({"--host", fAddress, "--tls"}).At("TLS").remark, HasSubstr("; not verified: give --ca FILE"));
-    const auto visit = Examine({"--host", fAddress, "--tls", "--ca", ca});
+    const demo::DemoServer server(OptionsOf(address_));
+    const std::string ca = folder_.WriteFile("ca.pem", server.CertificatePem());
+    EXPECT_THAT(Examine({"--host", address_, "--tls"}).At("TLS").remark, HasSubstr("; not verified: give --ca FILE"));
+    const auto visit = Examine({"--host", address_, "--tls", "--ca", ca});
     EXPECT_EQ(visit.status, 0);
     EXPECT_EQ(visit.At("TLS").result, "passed");
     EXPECT_TRUE(visit.At("TLS").has_time);
@@ -108,7 +108,7 @@ TEST_F(DoctorTest, AnUnknownNameLeavesTheRestUntried) {
 }
 
 TEST_F(DoctorTest, AClosedPortLeavesTheRestUntried) {
-    const auto visit = Examine({"--host", fAddress, "--port", "15988"});
+    const auto visit = Examine({"--host", address_, "--port", "15988"});
     EXPECT_EQ(visit.status, 3);
     EXPECT_EQ(visit.At("TCP").result, "failed");
     EXPECT_THAT(visit.At("TCP").remark, HasSubstr("nothing listens on port 15988; is the CIM server running?"));
@@ -116,8 +116,8 @@ TEST_F(DoctorTest, AClosedPortLeavesTheRestUntried) {
 }
 
 TEST_F(DoctorTest, ACertificateThatIsRefusedIsAFailureOfTls) {
-    const demo::DemoServer server(OptionsOf(fAddress));
-    const auto visit = Examine({"--host", fAddress, "--tls", "--fingerprint", std::string(64, 'a')});
+    const demo::DemoServer server(OptionsOf(address_));
+    const auto visit = Examine({"--host", address_, "--tls", "--fingerprint", std::string(64, 'a')});
     EXPECT_EQ(visit.status, 3);
     EXPECT_EQ(visit.At("TCP").result, "passed");
     EXPECT_EQ(visit.At("TLS").result, "failed");
@@ -126,32 +126,32 @@ TEST_F(DoctorTest, ACertificateThatIsRefusedIsAFailureOfTls) {
 }
 
 TEST_F(DoctorTest, APortThatDoesNotSpeakTlsIsAFailureOfTls) {
-    support::CimServer server(fAddress);
+    support::CimServer server(address_);
     server.Listen(kHttpsPort);
-    const auto visit = Examine({"--host", fAddress, "--tls", "--timeout", "1"});
+    const auto visit = Examine({"--host", address_, "--tls", "--timeout", "1"});
     EXPECT_EQ(visit.status, 3);
     EXPECT_EQ(visit.At("TLS").result, "failed");
     ExpectNotTried(visit, 3);
 }
 
 TEST_F(DoctorTest, ARefusedLoginLeavesTheRestUntried) {
-    support::CimServer server(fAddress);
+    support::CimServer server(address_);
     server.Listen(kHttpPort);
     server.RequireUser("reader", "s3cret");
-    const auto visit = Examine({"--host", fAddress, "--user", "reader"}, {"CIMHTTP_PASSWORD=guess"});
+    const auto visit = Examine({"--host", address_, "--user", "reader"}, {"CIMHTTP_PASSWORD=guess"});
     EXPECT_EQ(visit.status, 4);
     EXPECT_EQ(visit.At("login").result, "failed");
     EXPECT_THAT(visit.At("login").remark, HasSubstr("does not accept the user reader with this password"));
     ExpectNotTried(visit, 4);
-    EXPECT_THAT(Examine({"--host", fAddress}).At("login").remark, HasSubstr("give --user NAME"));
+    EXPECT_THAT(Examine({"--host", address_}).At("login").remark, HasSubstr("give --user NAME"));
     server.Answer("EnumerateClassNames", "", "");
-    EXPECT_EQ(Examine({"--host", fAddress, "--user", "reader"}, {"CIMHTTP_PASSWORD=s3cret"}).At("login").remark,
+    EXPECT_EQ(Examine({"--host", address_, "--user", "reader"}, {"CIMHTTP_PASSWORD=s3cret"}).At("login").remark,
               "as reader");
 }
 
 TEST_F(DoctorTest, AnUnknownNamespaceIsToldFromAFailedLogin) {
-    const demo::DemoServer server(OptionsOf(fAddress));
-    const auto visit = Examine({"--host", fAddress, "--namespace", "root/nowhere"});
+    const demo::DemoServer server(OptionsOf(address_));
+    const auto visit = Examine({"--host", address_, "--namespace", "root/nowhere"});
     EXPECT_EQ(visit.status, 6);
     EXPECT_EQ(visit.At("login").result, "passed");
     EXPECT_EQ(visit.At("namespace").result, "failed");
@@ -160,10 +160,10 @@ TEST_F(DoctorTest, AnUnknownNamespaceIsToldFromAFailedLogin) {
 }
 
 TEST_F(DoctorTest, AServerThatIsNoCimServerFailsAtTheFirstAnswer) {
-    support::CimServer server(fAddress);
+    support::CimServer server(address_);
     server.Listen(kHttpPort);
     server.AnswerNextWith("HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\n\r\n");
-    const auto visit = Examine({"--host", fAddress});
+    const auto visit = Examine({"--host", address_});
     EXPECT_EQ(visit.status, 6);
     EXPECT_EQ(visit.At("login").result, "failed");
     EXPECT_THAT(visit.At("login").remark, HasSubstr("is it a CIM server that answers there?"));
@@ -171,7 +171,7 @@ TEST_F(DoctorTest, AServerThatIsNoCimServerFailsAtTheFirstAnswer) {
 }
 
 TEST_F(DoctorTest, AServerWithoutClassesAndQualifiersIsReadAllTheSame) {
-    support::CimServer server(fAddress);
+    support::CimServer server(address_);
     server.Listen(kHttpPort);
     for (const auto& [method, object] :
          {std::pair("EnumerateClassNames", ""), std::pair("EnumerateQualifiers", ""),
@@ -180,7 +180,7 @@ TEST_F(DoctorTest, AServerWithoutClassesAndQualifiersIsReadAllTheSame) {
     }
     server.Fail("EnumerateInstances", "CIM_ComputerSystem", 5, "no such class");
     server.Answer("EnumerateInstances", "CIM_OperatingSystem", InstanceXml("CIM_OperatingSystem", "one"));
-    const auto visit = Examine({"--host", fAddress});
+    const auto visit = Examine({"--host", address_});
     EXPECT_EQ(visit.status, 6);
     EXPECT_THAT(visit.results,
                 ElementsAre("passed", "passed", "not used", "passed", "passed", "failed", "failed", "passed"));
@@ -191,21 +191,21 @@ TEST_F(DoctorTest, AServerWithoutClassesAndQualifiersIsReadAllTheSame) {
 }
 
 TEST_F(DoctorTest, NothingIsSaidOfANamespaceThatNoAnswerShows) {
-    support::CimServer server(fAddress);
+    support::CimServer server(address_);
     server.Listen(kHttpPort);
     for (const auto& [method, object] :
          {std::pair("EnumerateClassNames", ""), std::pair("EnumerateQualifiers", ""),
           std::pair("GetClass", "CIM_ComputerSystem"), std::pair("EnumerateInstances", "CIM_ComputerSystem")}) {
         server.Fail(method, object, 7, "nothing here");
     }
-    const auto visit = Examine({"--host", fAddress});
+    const auto visit = Examine({"--host", address_});
     EXPECT_EQ(visit.At("login").result, "passed");
     EXPECT_EQ(visit.At("namespace").result, "not tried");
     EXPECT_EQ(visit.At("enumeration").result, "failed");
 }
 
 TEST_F(DoctorTest, WithoutTheUsualClassesTheFirstThatHasNoSubclassIsEnumerated) {
-    support::CimServer server(fAddress);
+    support::CimServer server(address_);
     server.Listen(kHttpPort);
     server.Answer("EnumerateClassNames", "", "<CLASSNAME NAME=\"TEST_Top\"/><CLASSNAME NAME=\"TEST_Leaf\"/>");
     server.Answer("EnumerateClasses", "",
@@ -213,11 +213,11 @@ TEST_F(DoctorTest, WithoutTheUsualClassesTheFirstThatHasNoSubclassIsEnumerated) 
     server.Answer("EnumerateQualifiers", "", "");
     server.Answer("GetClass", "TEST_Leaf", ClassXml("TEST_Leaf", ""));
     server.Answer("EnumerateInstances", "TEST_Leaf", "");
-    EXPECT_EQ(Examine({"--host", fAddress}).At("enumeration").remark, "TEST_Leaf: 0 instances");
+    EXPECT_EQ(Examine({"--host", address_}).At("enumeration").remark, "TEST_Leaf: 0 instances");
 }
 
 TEST_F(DoctorTest, AValueThatCannotBeTakenOverFailsTheEnumeration) {
-    support::CimServer server(fAddress);
+    support::CimServer server(address_);
     server.Listen(kHttpPort);
     server.Answer("EnumerateClassNames", "", "<CLASSNAME NAME=\"CIM_OperatingSystem\"/>");
     server.Answer("EnumerateQualifiers", "", "");
@@ -225,7 +225,7 @@ TEST_F(DoctorTest, AValueThatCannotBeTakenOverFailsTheEnumeration) {
                   ClassXml("CIM_OperatingSystem", "", DeclarationXml("Size", "uint32")));
     server.Answer("EnumerateInstances", "CIM_OperatingSystem",
                   InstanceXml("CIM_OperatingSystem", "one", PropertyXml("Size", "string", "large")));
-    const auto visit = Examine({"--host", fAddress});
+    const auto visit = Examine({"--host", address_});
     EXPECT_EQ(visit.status, 7);
     EXPECT_EQ(visit.At("enumeration").result, "failed");
     EXPECT_THAT(visit.At("enumeration").remark, HasSubstr("Size"));

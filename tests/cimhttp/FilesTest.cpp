@@ -47,7 +47,7 @@ std::string ComplaintOf(const std::function<void()>& work) {
 
 class FilesTest : public testing::Test {
   protected:
-    std::string Path(const std::string& name) const { return (fFolder.Path() / name).string(); }
+    std::string Path(const std::string& name) const { return (folder_.Path() / name).string(); }
 
     std::string Pipe() const {
         EXPECT_EQ(::mkfifo(Path("pipe").c_str(), 0600), 0);
@@ -56,7 +56,7 @@ class FilesTest : public testing::Test {
 
     std::vector<std::string> Names() const {
         std::vector<std::string> names;
-        for (const auto& entry : fs::directory_iterator(fFolder.Path())) {
+        for (const auto& entry : fs::directory_iterator(folder_.Path())) {
             names.push_back(entry.path().filename().string());
         }
         return names;
@@ -67,21 +67,21 @@ class FilesTest : public testing::Test {
         EXPECT_THAT(Names(), UnorderedElementsAreArray({"file"}));
     }
 
-    support::TemporaryDirectory fFolder;
+    support::TemporaryDirectory folder_;
 };
 
 /// The same with a server that has a class and an instance of it.
 class ServedFilesTest : public FilesTest {
   protected:
     ServedFilesTest() {
-        fServer.Listen(kHttpPort);
-        fServer.Answer("EnumerateClassNames", "", "<CLASSNAME NAME=\"TEST_Disk\"/>");
-        fServer.Answer("GetClass", "TEST_Disk", ClassXml("TEST_Disk", ""));
-        fServer.Answer("EnumerateInstances", "TEST_Disk", InstanceXml("TEST_Disk", std::string(100000, 'x')));
+        server_.Listen(kHttpPort);
+        server_.Answer("EnumerateClassNames", "", "<CLASSNAME NAME=\"TEST_Disk\"/>");
+        server_.Answer("GetClass", "TEST_Disk", ClassXml("TEST_Disk", ""));
+        server_.Answer("EnumerateInstances", "TEST_Disk", InstanceXml("TEST_Disk", std::string(100000, 'x')));
     }
 
     std::string Document() const {
-        return fDocuments.WriteFile("requested.xml", "<vyx version=\"1\"><network address=\"" + fServer.Address() +
+        return documents_.WriteFile("requested.xml", "<vyx version=\"1\"><network address=\"" + server_.Address() +
                                                          "\"/><class name=\"TEST_Disk\"/></vyx>");
     }
 
@@ -92,8 +92,8 @@ class ServedFilesTest : public FilesTest {
         return support::RunProgram("/bin/sh", words);
     }
 
-    support::CimServer fServer;
-    support::TemporaryDirectory fDocuments;
+    support::CimServer server_;
+    support::TemporaryDirectory documents_;
 };
 
 } // namespace
@@ -103,7 +103,7 @@ class ServedFilesTest : public FilesTest {
 TEST_F(FilesTest, ASignalThatEndsTheProgramLeavesTheOldFileAlone) {
     testing::FLAGS_gtest_death_test_style = "fast"; // the same folder, and no other thread
     for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGXCPU}) {
-        fFolder.WriteFile("file", "old");
+        folder_.WriteFile("file", "old");
         const auto replace = [&] {
             const rlimit no_core{0, 0};
             ::setrlimit(RLIMIT_CORE, &no_core);
@@ -161,7 +161,7 @@ TEST_F(FilesTest, ASignalThatIsIgnoredStaysIgnored) {
 }
 
 TEST_F(FilesTest, AnExceptionLeavesTheOldFileAlone) {
-    fFolder.WriteFile("file", "old");
+    folder_.WriteFile("file", "old");
     const OutputFile file(Path("file"));
     EXPECT_THROW(file.Replace([](std::ostream& stream) {
         stream << "new" << std::flush;
@@ -175,8 +175,8 @@ TEST_F(FilesTest, AFileStaysWhereItWasWhenItWasFound) {
     fs::create_directories(Path("folder"));
     fs::create_directories(Path("other"));
     fs::create_symlink("folder", Path("way"));
-    fFolder.WriteFile("folder/real", "old");
-    fFolder.WriteFile("other/real", "of others");
+    folder_.WriteFile("folder/real", "old");
+    folder_.WriteFile("other/real", "of others");
     fs::create_symlink("way/real", Path("link"));
     const OutputFile file(Path("link"));
     fs::remove(Path("link"));
@@ -189,8 +189,8 @@ TEST_F(FilesTest, AFileStaysWhereItWasWhenItWasFound) {
 }
 
 TEST_F(FilesTest, ALinkThatTakesTheFilesPlaceIsNotFollowed) {
-    fFolder.WriteFile("secret", "of others");
-    fFolder.WriteFile("file", "old");
+    folder_.WriteFile("secret", "of others");
+    folder_.WriteFile("file", "old");
     const OutputFile file(Path("file"));
     fs::remove(Path("file"));
     fs::create_symlink("secret", Path("file"));
@@ -201,7 +201,7 @@ TEST_F(FilesTest, ALinkThatTakesTheFilesPlaceIsNotFollowed) {
 }
 
 TEST_F(ServedFilesTest, AFileThatGrowsTooLargeIsSaidAndTheOldOneStays) {
-    fFolder.WriteFile("file", "old");
+    folder_.WriteFile("file", "old");
     const auto run = RunInShell("ulimit -f 8; exec \"$@\"", {"collect", Document(), "--out", Path("file")});
     EXPECT_EQ(run.status, Failure::kOther);
     EXPECT_EQ(run.errors, "cimhttp: " + Path("file") + " cannot be written: File too large\n");
@@ -232,7 +232,7 @@ TEST_F(ServedFilesTest, AFullDiskIsSaid) {
     };
     for (auto command : commands) {
         SCOPED_TRACE(command.front());
-        command.insert(command.begin(), {"--host", fServer.Address()});
+        command.insert(command.begin(), {"--host", server_.Address()});
         const auto run = RunInShell("exec \"$@\" >/dev/full", command);
         EXPECT_EQ(run.status, Failure::kOther);
         EXPECT_EQ(run.errors, "cimhttp: the output could not be written: No space left on device\n");
@@ -240,7 +240,7 @@ TEST_F(ServedFilesTest, AFullDiskIsSaid) {
 }
 
 TEST_F(ServedFilesTest, ConnectionsStayAsTheyWereWhereThereIsNoRoom) {
-    const std::vector<std::string> environment{"XDG_CONFIG_HOME=" + fFolder.Path().string()};
+    const std::vector<std::string> environment{"XDG_CONFIG_HOME=" + folder_.Path().string()};
     EXPECT_EQ(RunCimhttp({"connection", "add", "a", "--host", "x"}, environment).status, 0);
     const std::string store = Path("cimhttp/connections.json");
     const std::string before = ReadFile(store);
@@ -257,7 +257,7 @@ TEST_F(ServedFilesTest, ConnectionsStayAsTheyWereWhereThereIsNoRoom) {
 // --- Files that are read -----------------------------------------------------------------------------------------
 
 TEST_F(FilesTest, ReadingEndsAtALimit) {
-    const InputFile file(fFolder.WriteFile("file", std::string(2 * kMegabyte + 1, 'x')));
+    const InputFile file(folder_.WriteFile("file", std::string(2 * kMegabyte + 1, 'x')));
     EXPECT_EQ(ComplaintOf([&] { file.ReadAll(2 * kMegabyte); }),
               Path("file") + " cannot be read: it is larger than 2 MiB");
     EXPECT_EQ(ComplaintOf([] { InputFile("/dev/zero").ReadAll(kMegabyte); }),
@@ -269,10 +269,10 @@ TEST_F(FilesTest, ReadingEndsAtALimit) {
 
 TEST_F(FilesTest, ALineMayBeAsLongAsItsLimit) {
     for (const char* content : {"1234", "1234\n", "1234\n5678901234567890"}) {
-        EXPECT_EQ(InputFile(fFolder.WriteFile("file", content)).ReadLine(4), "1234");
+        EXPECT_EQ(InputFile(folder_.WriteFile("file", content)).ReadLine(4), "1234");
     }
     for (const char* content : {"12345", "12345\n"}) {
-        EXPECT_THAT(ComplaintOf([&] { InputFile(fFolder.WriteFile("file", content)).ReadLine(4); }),
+        EXPECT_THAT(ComplaintOf([&] { InputFile(folder_.WriteFile("file", content)).ReadLine(4); }),
                     EndsWith("longer than 4 bytes"));
     }
 }
@@ -284,7 +284,7 @@ TEST_F(FilesTest, NobodyWaitsForeverForAPipe) {
 }
 
 TEST_F(FilesTest, APasswordFileThatIsTooLargeOrEndlessIsRefused) {
-    const std::string huge = fFolder.WriteFile("huge", std::string(5000, 'x'));
+    const std::string huge = folder_.WriteFile("huge", std::string(5000, 'x'));
     for (const std::string& file : {huge, std::string("/dev/zero")}) {
         const auto run = RunCimhttp({"--user", "reader", "--password-file", file, "classes"});
         EXPECT_EQ(run.status, Failure::kUsage);
@@ -294,19 +294,19 @@ TEST_F(FilesTest, APasswordFileThatIsTooLargeOrEndlessIsRefused) {
 }
 
 TEST_F(ServedFilesTest, APasswordMayComeThroughAPipe) {
-    fServer.RequireUser("reader", "s3cret");
+    server_.RequireUser("reader", "s3cret");
     const auto run = RunInShell("echo s3cret | \"$@\" --password-file /dev/stdin",
-                                {"--host", fServer.Address(), "--user", "reader", "classes"});
+                                {"--host", server_.Address(), "--user", "reader", "classes"});
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.errors, "");
 }
 
 TEST_F(ServedFilesTest, APasswordFileThatIsOpenToOthersIsUsedWithAWarning) {
-    fServer.RequireUser("reader", "s3cret");
-    const std::string file = fFolder.WriteFile("password", "s3cret\n");
+    server_.RequireUser("reader", "s3cret");
+    const std::string file = folder_.WriteFile("password", "s3cret\n");
     const auto run = [&](mode_t mode) {
         ::chmod(file.c_str(), mode);
-        return RunCimhttp({"--host", fServer.Address(), "--user", "reader", "--password-file", file, "classes"});
+        return RunCimhttp({"--host", server_.Address(), "--user", "reader", "--password-file", file, "classes"});
     };
     for (const mode_t mode : {0600U, 0400U, 0700U}) {
         EXPECT_EQ(run(mode).errors, "");
@@ -327,14 +327,14 @@ TEST_F(FilesTest, AStoreOfConnectionsIsAnOrdinaryFileOfModerateSize) {
               Path("pipe") + " cannot be read: it is no ordinary file");
     EXPECT_EQ(ComplaintOf([] { ConnectionStore("/dev/zero").Read(); }),
               "/dev/zero cannot be read: it is no ordinary file");
-    const std::string huge = fFolder.WriteFile("huge", "{}" + std::string(kMegabyte, ' '));
+    const std::string huge = folder_.WriteFile("huge", "{}" + std::string(kMegabyte, ' '));
     EXPECT_EQ(ComplaintOf([&] { ConnectionStore(huge).Read(); }), huge + " cannot be read: it is larger than 1 MiB");
-    const std::string deep = fFolder.WriteFile("deep", std::string(kMegabyte, '['));
+    const std::string deep = folder_.WriteFile("deep", std::string(kMegabyte, '['));
     EXPECT_THAT(ComplaintOf([&] { ConnectionStore(deep).Read(); }), HasSubstr(deep + ": "));
 }
 
 TEST_F(FilesTest, ADocumentOfCollectIsReadToALimit) {
-    const std::string huge = fFolder.WriteFile("huge.xml", std::string(16 * kMegabyte + 1, ' '));
+    const std::string huge = folder_.WriteFile("huge.xml", std::string(16 * kMegabyte + 1, ' '));
     fs::create_directories(Path("folder"));
     const std::vector<std::pair<std::string, std::string>> documents{
         {huge, "it is larger than 16 MiB"},

@@ -61,8 +61,8 @@ std::vector<std::string> Lines(const std::string& text) {
 class CompletionTest : public testing::Test {
   protected:
     CompletionTest() {
-        fServer.Listen(kHttpPort);
-        fServer.Answer("EnumerateClassNames", "",
+        server_.Listen(kHttpPort);
+        server_.Answer("EnumerateClassNames", "",
                        "<CLASSNAME NAME=\"TEST_Disk\"/><CLASSNAME NAME=\"TEST_Tape\"/>"
                        "<CLASSNAME NAME=\"CIM_System\"/>");
     }
@@ -74,23 +74,23 @@ class CompletionTest : public testing::Test {
                                    "); _cimhttp; [[ ${#COMPREPLY[@]} == 0 ]] || printf '%s\\n' \"${COMPREPLY[@]}\"";
         const auto run =
             support::RunProgram("/bin/bash", {"-c", script},
-                                {"CIMHTTP_COMPLETION_SECONDS=60", "XDG_CONFIG_HOME=" + fFolder.Path().string()});
+                                {"CIMHTTP_COMPLETION_SECONDS=60", "XDG_CONFIG_HOME=" + folder_.Path().string()});
         EXPECT_EQ(run.errors, "");
         return Lines(run.output);
     }
 
     /// What a shell makes of the line's end when one of the offers, which goes behind this, has been taken over.
     std::vector<std::string> WordsOf(const std::string& before, const std::string& offer) const {
-        const std::string script = "cd " + fFolder.Path().string() + "; printf '%s\\n' " + before + offer;
+        const std::string script = "cd " + folder_.Path().string() + "; printf '%s\\n' " + before + offer;
         const auto run = support::RunProgram("/bin/bash", {"-c", script});
         EXPECT_EQ(run.errors, "");
         return Lines(run.output);
     }
 
-    std::string Host() const { return "cimhttp --host " + fServer.Address() + ' '; }
+    std::string Host() const { return "cimhttp --host " + server_.Address() + ' '; }
 
-    support::CimServer fServer;
-    support::TemporaryDirectory fFolder;
+    support::CimServer server_;
+    support::TemporaryDirectory folder_;
 };
 
 } // namespace
@@ -184,20 +184,20 @@ TEST_F(CompletionTest, OffersAnotherCommandBehindRecordAndItsFile) {
     EXPECT_THAT(Offers("cimhttp record server.rec "), UnorderedElementsAreArray(commands));
     EXPECT_THAT(Offers(Host() + "record server.rec class test_"), ElementsAre("TEST_Disk", "TEST_Tape"));
     EXPECT_THAT(
-        Offers("cimhttp record " + fFolder.WriteFile("server.rec", "").substr(0, fFolder.Path().string().size() + 4)),
-        ElementsAre((fFolder.Path() / "server.rec").string()));
+        Offers("cimhttp record " + folder_.WriteFile("server.rec", "").substr(0, folder_.Path().string().size() + 4)),
+        ElementsAre((folder_.Path() / "server.rec").string()));
 }
 
 TEST_F(CompletionTest, OffersTheServersClasses) {
     EXPECT_THAT(Offers(Host() + "class test_"), ElementsAre("TEST_Disk", "TEST_Tape"));
     EXPECT_THAT(Offers(Host() + "instances --deep CIM"), ElementsAre("CIM_System"));
-    EXPECT_THAT(Offers("cimhttp --host " + fServer.Address() + ":5988 --tls=false qualifiers --class TEST_T"),
+    EXPECT_THAT(Offers("cimhttp --host " + server_.Address() + ":5988 --tls=false qualifiers --class TEST_T"),
                 ElementsAre("TEST_Tape"));
     EXPECT_THAT(Offers(Host() + "class TEST_Disk "), IsEmpty());
 }
 
 TEST_F(CompletionTest, OffersThePropertiesOfTheClassThatStandsBefore) {
-    fServer.Answer("GetClass", "TEST_Disk",
+    server_.Answer("GetClass", "TEST_Disk",
                    "<CLASS NAME=\"TEST_Disk\"><PROPERTY NAME=\"Size\" TYPE=\"uint64\"/><PROPERTY NAME=\"Name\" "
                    "TYPE=\"string\"/><PROPERTY NAME=\"Number\" TYPE=\"string\"/></CLASS>");
     EXPECT_THAT(Offers(Host() + "instances TEST_Disk --property n"), ElementsAre("Name", "Number"));
@@ -213,7 +213,7 @@ TEST_F(CompletionTest, OffersTheKeysOfTheClassThatStandsBeforeAndTheirValues) {
         return xml.insert(xml.rfind("</INSTANCENAME>"), "<KEYBINDING NAME=\"Number\"><KEYVALUE VALUETYPE=\"numeric\">" +
                                                             number + "</KEYVALUE></KEYBINDING>");
     };
-    fServer.Answer("EnumerateInstanceNames", "TEST_Disk",
+    server_.Answer("EnumerateInstanceNames", "TEST_Disk",
                    path("sda", "1") + path("sdb", "1") + path("Two blanks", "12") + path("00:1b:2a", "3"));
     const std::string line = Host() + "instance TEST_Disk --key ";
     EXPECT_THAT(Offers(line), ElementsAre("Name=", "Number="));
@@ -226,22 +226,22 @@ TEST_F(CompletionTest, OffersTheKeysOfTheClassThatStandsBeforeAndTheirValues) {
     EXPECT_THAT(Offers(line + "Name=Two\\ blanks --key Nu"), ElementsAre("Number="));
     EXPECT_THAT(Offers(line + "Name=00:1"), ElementsAre("1b:2a"));
     EXPECT_THAT(Offers(Host() + "instance --key "), IsEmpty());
-    for (const auto& call : fServer.Calls()) {
+    for (const auto& call : server_.Calls()) {
         EXPECT_EQ(call.method, "EnumerateInstanceNames");
     }
 }
 
 TEST_F(CompletionTest, WhatAServerSaysIsAWordAndNeverRun) {
     const std::string nasty = "$(touch x)`touch y`;touch z&\"'\\ $HOME|~*";
-    fServer.Answer("EnumerateInstanceNames", "TEST_Disk",
+    server_.Answer("EnumerateInstanceNames", "TEST_Disk",
                    PathXml("TEST_Disk", "$(touch x)`touch y`;touch z&amp;\"'\\ $HOME|~*"));
     const auto values = Offers(Host() + "instance TEST_Disk --key Name=");
     ASSERT_EQ(values.size(), 1U);
     EXPECT_THAT(WordsOf("Name=", values.front()), ElementsAre("Name=" + nasty));
     // A program that passes on names as such a server may have them.
-    fFolder.WriteFile("lines", "Name,Type\n" + nasty + "\n");
-    fFolder.WriteFile("nasty", "cat " + (fFolder.Path() / "lines").string() + "\n");
-    const std::string program = (fFolder.Path() / "nasty").string();
+    folder_.WriteFile("lines", "Name,Type\n" + nasty + "\n");
+    folder_.WriteFile("nasty", "cat " + (folder_.Path() / "lines").string() + "\n");
+    const std::string program = (folder_.Path() / "nasty").string();
     std::filesystem::permissions(program, std::filesystem::perms::owner_all);
     for (const char* line : {"cimhttp class $", "cimhttp instances A --property $", "cimhttp instances A --sort $",
                              "cimhttp -c $", "cimhttp qualifiers --class $"}) {
@@ -257,23 +257,23 @@ TEST_F(CompletionTest, WhatAServerSaysIsAWordAndNeverRun) {
         EXPECT_THAT(WordsOf("", offers.back()), ElementsAre(nasty + end)) << line;
     }
     for (const char* file : {"x", "y", "z"}) {
-        EXPECT_FALSE(std::filesystem::exists(fFolder.Path() / file));
+        EXPECT_FALSE(std::filesystem::exists(folder_.Path() / file));
         EXPECT_FALSE(std::filesystem::exists(file));
     }
 }
 
 TEST_F(CompletionTest, OffersNothingWhereTheServerDoesNotHelp) {
-    fServer.RequireUser("reader", "s3cret");
+    server_.RequireUser("reader", "s3cret");
     EXPECT_THAT(Offers(Host() + "class TEST_"), IsEmpty());
     EXPECT_THAT(Offers(Host() + "--user reader class TEST_"), IsEmpty());
-    fServer.Stop();
+    server_.Stop();
     EXPECT_THAT(Offers(Host() + "class TEST_"), IsEmpty());
 }
 
 TEST_F(CompletionTest, OffersNamedConnectionsAndValues) {
     for (const char* name : {"lab", "office"}) {
-        RunCimhttp({"connection", "add", name, "--host", fServer.Address()},
-                   {"XDG_CONFIG_HOME=" + fFolder.Path().string()});
+        RunCimhttp({"connection", "add", name, "--host", server_.Address()},
+                   {"XDG_CONFIG_HOME=" + folder_.Path().string()});
     }
     EXPECT_THAT(Offers("cimhttp -c "), ElementsAre("lab", "office"));
     EXPECT_THAT(Offers("cimhttp connection remove o"), ElementsAre("office"));

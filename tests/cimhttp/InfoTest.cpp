@@ -26,12 +26,12 @@ constexpr unsigned kNotSupported = 7;
 class InfoTest : public testing::Test {
   protected:
     InfoTest() {
-        fServer.Answer("EnumerateClassNames", "", "<CLASSNAME NAME=\"TEST_Disk\"/>");
-        fServer.Answer("EnumerateQualifiers", "", "");
+        server_.Answer("EnumerateClassNames", "", "<CLASSNAME NAME=\"TEST_Disk\"/>");
+        server_.Answer("EnumerateQualifiers", "", "");
     }
 
     ProgramRun Run(const std::vector<std::string>& more = {}) const {
-        std::vector<std::string> arguments{"--host", fServer.Address(), "info"};
+        std::vector<std::string> arguments{"--host", server_.Address(), "info"};
         arguments.insert(arguments.end(), more.begin(), more.end());
         return RunCimhttp(arguments);
     }
@@ -42,7 +42,7 @@ class InfoTest : public testing::Test {
         return json::parse(run.output);
     }
 
-    LinkServer fServer;
+    LinkServer server_;
 };
 
 } // namespace
@@ -77,11 +77,11 @@ TEST(InfoOfTheDemoServer, HasForWhomAndSinceWhenItsCertificateIs) {
 }
 
 TEST_F(InfoTest, SaysWhatTheServerDoesNotSupportAndWhatFails) {
-    fServer.Fail("EnumerateClassNames", "", kNotSupported);
-    fServer.Fail("EnumerateQualifiers", "", kFailed);
-    fServer.Fail("OpenEnumerateInstancePaths", "CIMHTTP_NoSuchClass", kNotSupported);
-    fServer.Answer("EnumerateInstanceNames", "CIM_ComputerSystem", PathXml("CIM_ComputerSystem", "s"));
-    fServer.Fail("AssociatorNames", "s", kNotSupported);
+    server_.Fail("EnumerateClassNames", "", kNotSupported);
+    server_.Fail("EnumerateQualifiers", "", kFailed);
+    server_.Fail("OpenEnumerateInstancePaths", "CIMHTTP_NoSuchClass", kNotSupported);
+    server_.Answer("EnumerateInstanceNames", "CIM_ComputerSystem", PathXml("CIM_ComputerSystem", "s"));
+    server_.Fail("AssociatorNames", "s", kNotSupported);
     EXPECT_THAT(
         Run().output,
         AllOf(
@@ -96,12 +96,12 @@ TEST_F(InfoTest, SaysWhatTheServerDoesNotSupportAndWhatFails) {
 }
 
 TEST_F(InfoTest, TellsPulledEnumerationsByTheErrorAboutAClassThatThereIsNot) {
-    fServer.Fail("OpenEnumerateInstancePaths", "CIMHTTP_NoSuchClass", kInvalidClass);
+    server_.Fail("OpenEnumerateInstancePaths", "CIMHTTP_NoSuchClass", kInvalidClass);
     EXPECT_EQ(Json().at("operations").at("pulled enumerations"), "supported");
     EXPECT_THAT(Run().output, ContainsRegex("; pulled enumerations [0-9.]+ ms; "));
-    fServer.Fail("OpenEnumerateInstancePaths", "CIMHTTP_NoSuchClass", kFailed);
+    server_.Fail("OpenEnumerateInstancePaths", "CIMHTTP_NoSuchClass", kFailed);
     EXPECT_EQ(Json().at("operations").at("pulled enumerations"), "not supported");
-    fServer.Fail("OpenEnumerateInstancePaths", "CIMHTTP_NoSuchClass", kAccessDenied);
+    server_.Fail("OpenEnumerateInstancePaths", "CIMHTTP_NoSuchClass", kAccessDenied);
     EXPECT_EQ(Json(7).at("operations").at("pulled enumerations"), "fails: CIM_ERR_ACCESS_DENIED: no luck");
 }
 
@@ -118,11 +118,11 @@ TEST_F(InfoTest, MakesNothingUpWhereThereIsNoInteropNamespace) {
 }
 
 TEST_F(InfoTest, ShowsAsMuchOfTheObjectManagerAsThereIs) {
-    fServer.Answer("GetClass", "root/interop:CIM_ObjectManager",
+    server_.Answer("GetClass", "root/interop:CIM_ObjectManager",
                    ClassXml("CIM_ObjectManager", "", DeclarationXml("Version", "string")));
-    fServer.Answer("EnumerateInstances", "root/interop:CIM_ObjectManager",
+    server_.Answer("EnumerateInstances", "root/interop:CIM_ObjectManager",
                    InstanceXml("CIM_ObjectManager", "acme", PropertyXml("Version", "string", "2.1")));
-    fServer.Answer("AssociatorNames", "root/interop:acme", "");
+    server_.Answer("AssociatorNames", "root/interop:acme", "");
     const json info = Json();
     EXPECT_EQ(info.at("interop"), "root/interop");
     EXPECT_EQ(info.at("product"), "acme");
@@ -132,9 +132,9 @@ TEST_F(InfoTest, ShowsAsMuchOfTheObjectManagerAsThereIs) {
 }
 
 TEST_F(InfoTest, FailsWhereTheClassesCannotBeListed) {
-    fServer.Fail("EnumerateClassNames", "", kFailed);
+    server_.Fail("EnumerateClassNames", "", kFailed);
     const auto run = Run();
     EXPECT_EQ(run.status, 6);
     EXPECT_EQ(run.output, "");
-    EXPECT_THAT(run.errors, StartsWith("cimhttp: the classes of http://" + fServer.Address() + " cannot be listed"));
+    EXPECT_THAT(run.errors, StartsWith("cimhttp: the classes of http://" + server_.Address() + " cannot be listed"));
 }

@@ -28,37 +28,37 @@ constexpr std::uint16_t kHttpPort = 5988;
 class InstancesTest : public testing::Test {
   protected:
     InstancesTest() {
-        fServer.Listen(kHttpPort);
-        fServer.Answer("EnumerateClassNames", "", "<CLASSNAME NAME=\"TEST_Disk\"/><CLASSNAME NAME=\"TEST_FastDisk\"/>");
-        fServer.Answer("GetQualifier", "Key", QualifierDeclarationXml("Key", "boolean"));
-        fServer.Answer("GetQualifier", "NullDisplay", QualifierDeclarationXml("NullDisplay", "string"));
+        server_.Listen(kHttpPort);
+        server_.Answer("EnumerateClassNames", "", "<CLASSNAME NAME=\"TEST_Disk\"/><CLASSNAME NAME=\"TEST_FastDisk\"/>");
+        server_.Answer("GetQualifier", "Key", QualifierDeclarationXml("Key", "boolean"));
+        server_.Answer("GetQualifier", "NullDisplay", QualifierDeclarationXml("NullDisplay", "string"));
         Declare("");
-        fServer.Answer("EnumerateInstances", "TEST_Disk",
+        server_.Answer("EnumerateInstances", "TEST_Disk",
                        InstanceXml("TEST_FastDisk", "sdb", Size("7") + PropertyXml("Speed", "uint32", "9")) +
                            InstanceXml("TEST_Disk", "sda", Size("12345")));
-        fServer.Answer("EnumerateInstanceNames", "TEST_Disk",
+        server_.Answer("EnumerateInstanceNames", "TEST_Disk",
                        PathXml("TEST_FastDisk", "sdb") + PathXml("TEST_Disk", "sda"));
     }
 
     /// Lets TEST_Disk have these properties besides Name and Size, and TEST_FastDisk Speed, too.
     void Declare(const std::string& properties) {
         const std::string all = DeclarationXml("Size", "uint64") + properties;
-        fServer.Answer("GetClass", "TEST_Disk", ClassXml("TEST_Disk", "", all));
-        fServer.Answer("GetClass", "TEST_FastDisk",
+        server_.Answer("GetClass", "TEST_Disk", ClassXml("TEST_Disk", "", all));
+        server_.Answer("GetClass", "TEST_FastDisk",
                        ClassXml("TEST_FastDisk", "TEST_Disk", all + DeclarationXml("Speed", "uint32")));
     }
 
     /// One instance of TEST_Disk, whose class has a property with these declarations and values beside Name and Size.
     void AnswerWith(const std::string& declarations, const std::string& properties) {
         Declare(declarations);
-        fServer.Answer("EnumerateInstances", "TEST_Disk", InstanceXml("TEST_Disk", "sda", properties));
-        fServer.Answer("GetInstance", "", BareInstanceXml("TEST_Disk", "sda", properties));
+        server_.Answer("EnumerateInstances", "TEST_Disk", InstanceXml("TEST_Disk", "sda", properties));
+        server_.Answer("GetInstance", "", BareInstanceXml("TEST_Disk", "sda", properties));
     }
 
     static std::string Size(const std::string& size) { return PropertyXml("Size", "uint64", size); }
 
     ProgramRun Run(std::vector<std::string> arguments) const {
-        arguments.insert(arguments.begin(), {"--host", fServer.Address()});
+        arguments.insert(arguments.begin(), {"--host", server_.Address()});
         return RunCimhttp(arguments);
     }
 
@@ -78,24 +78,24 @@ class InstancesTest : public testing::Test {
     ProgramRun Collect() const {
         const support::TemporaryDirectory folder;
         return RunCimhttp(
-            {"collect", folder.WriteFile("requested.xml", "<vyx version=\"1\"><network address=\"" + fServer.Address() +
+            {"collect", folder.WriteFile("requested.xml", "<vyx version=\"1\"><network address=\"" + server_.Address() +
                                                               "\"/><class name=\"TEST_Disk\"/></vyx>")});
     }
 
     std::size_t CallsOf(const std::string& method) const {
-        const auto calls = fServer.Calls();
+        const auto calls = server_.Calls();
         return static_cast<std::size_t>(
             std::count_if(calls.begin(), calls.end(), [&](const auto& call) { return call.method == method; }));
     }
 
     support::CimServer::Call LastCallOf(const std::string& method) const {
-        const auto calls = fServer.Calls();
+        const auto calls = server_.Calls();
         const auto found =
             std::find_if(calls.rbegin(), calls.rend(), [&](const auto& call) { return call.method == method; });
         return found == calls.rend() ? support::CimServer::Call() : *found;
     }
 
-    support::CimServer fServer;
+    support::CimServer server_;
 };
 
 } // namespace
@@ -159,7 +159,7 @@ TEST_F(InstancesTest, ACollectionHasInstancesOfSubclassesWithAllTheirProperties)
 
 TEST_F(InstancesTest, PathsAreReadWithOneRequest) {
     EXPECT_EQ(Output({"instances", "TEST_Disk", "--paths"}), "TEST_Disk.Name=\"sda\"\nTEST_FastDisk.Name=\"sdb\"\n");
-    EXPECT_EQ(fServer.Calls().size(), 1U);
+    EXPECT_EQ(server_.Calls().size(), 1U);
     EXPECT_EQ(CallsOf("EnumerateInstanceNames"), 1U);
     EXPECT_EQ(Json({"instances", "TEST_Disk", "--paths"}),
               json({"TEST_Disk.Name=\"sda\"", "TEST_FastDisk.Name=\"sdb\""}));
@@ -178,7 +178,7 @@ TEST_F(InstancesTest, PathsHaveNoValues) {
         EXPECT_THAT(run.errors, HasSubstr("--paths reads no values"));
     }
     EXPECT_EQ(Run({"instances", "TEST_Disk", "--paths", "-o", "mof"}).status, 2);
-    EXPECT_TRUE(fServer.Calls().empty());
+    EXPECT_TRUE(server_.Calls().empty());
 }
 
 TEST_F(InstancesTest, PathsOfAnUnknownClassAreNotFound) {
@@ -189,8 +189,8 @@ TEST_F(InstancesTest, PathsOfAnUnknownClassAreNotFound) {
 }
 
 TEST_F(InstancesTest, APathMayNameTheServerAndTheNamespaceInAnyForm) {
-    fServer.Answer("GetInstance", "", BareInstanceXml("TEST_Disk", "sda", Size("7")));
-    const std::string address = fServer.Address();
+    server_.Answer("GetInstance", "", BareInstanceXml("TEST_Disk", "sda", Size("7")));
+    const std::string address = server_.Address();
     for (const std::string& before :
          {std::string(), std::string("root/cimv2:"), std::string("/root/cimv2:"), std::string("/ROOT/CIMV2:"),
           "//" + address + "/root/cimv2:", address + ":5988/root/cimv2:", "http://" + address + ":5988/root/cimv2:"}) {
@@ -201,13 +201,13 @@ TEST_F(InstancesTest, APathMayNameTheServerAndTheNamespaceInAnyForm) {
 }
 
 TEST_F(InstancesTest, AnInstanceIsReadFromTheNamespaceThatItsPathNames) {
-    fServer.Answer("GetInstance", "", BareInstanceXml("TEST_Disk", "sda", Size("7")));
+    server_.Answer("GetInstance", "", BareInstanceXml("TEST_Disk", "sda", Size("7")));
     for (const std::string path :
          {"root/interop:TEST_Disk.Name=\"sda\"", "//elsewhere/root/interop:TEST_Disk.Name=\"sda\""}) {
-        fServer.ForgetCalls();
+        server_.ForgetCalls();
         const json found = Json({"instance", path});
         EXPECT_EQ(found.at(0).at("path"), "root/interop:TEST_Disk.Name=\"sda\"");
-        for (const auto& call : fServer.Calls()) {
+        for (const auto& call : server_.Calls()) {
             EXPECT_EQ(call.name_space, "root/interop") << call.method;
         }
         EXPECT_EQ(Json({"instance", found.at(0).at("path")}), found);
@@ -215,12 +215,12 @@ TEST_F(InstancesTest, AnInstanceIsReadFromTheNamespaceThatItsPathNames) {
 }
 
 TEST_F(InstancesTest, WhatTheOtherNamespaceDoesNotHaveIsNotFound) {
-    fServer.Fail("GetInstance", "", 6, "no such instance");
+    server_.Fail("GetInstance", "", 6, "no such instance");
     EXPECT_EQ(Run({"instance", "root/interop:TEST_Disk.Name=\"sda\""}).status, 5);
-    fServer.Fail("GetInstance", "", 5, "no such class");
-    fServer.ForgetCalls();
+    server_.Fail("GetInstance", "", 5, "no such class");
+    server_.ForgetCalls();
     EXPECT_THAT(Run({"instance", "root/interop:TEST_Dsik.Name=\"sda\""}).errors,
-                HasSubstr("there is no class TEST_Dsik on http://" + fServer.Address() + " (did you mean TEST_Disk"));
+                HasSubstr("there is no class TEST_Dsik on http://" + server_.Address() + " (did you mean TEST_Disk"));
     EXPECT_EQ(LastCallOf("EnumerateClassNames").name_space, "root/interop");
 }
 
@@ -239,7 +239,7 @@ TEST_F(InstancesTest, WatchReadsWithOneRequestEachTime) {
     const auto run = Run({"watch", "TEST_Disk", "--interval", "0.001", "--count", "3"});
     EXPECT_EQ(run.status, 0) << run.errors;
     EXPECT_EQ(CallsOf("EnumerateInstances"), 4U);
-    const auto calls = fServer.Calls();
+    const auto calls = server_.Calls();
     EXPECT_TRUE(std::all_of(calls.end() - 3, calls.end(),
                             [](const auto& call) { return call.method == "EnumerateInstances"; }));
 }
@@ -338,7 +338,7 @@ TEST_F(InstancesTest, AnEmbeddedObjectHasItsStructureInJson) {
         "&lt;INSTANCE CLASSNAME=\"TEST_Setting\"&gt;&lt;PROPERTY NAME=\"Speed\" TYPE=\"uint32\"&gt;"
         "&lt;VALUE&gt;3&lt;/VALUE&gt;&lt;/PROPERTY&gt;&lt;PROPERTY NAME=\"Note\" "
         "TYPE=\"string\"/&gt;&lt;/INSTANCE&gt;";
-    fServer.Answer("GetQualifier", "EmbeddedObject", QualifierDeclarationXml("EmbeddedObject", "boolean"));
+    server_.Answer("GetQualifier", "EmbeddedObject", QualifierDeclarationXml("EmbeddedObject", "boolean"));
     const std::string is_object = QualifierXml("EmbeddedObject", "boolean", "TRUE");
     AnswerWith(DeclarationXml("Setting", "string", is_object) + ArrayDeclarationXml("Settings", "string", is_object),
                "<PROPERTY NAME=\"Setting\" TYPE=\"string\" EmbeddedObject=\"object\"><VALUE>" + inner +
@@ -356,8 +356,8 @@ TEST_F(InstancesTest, AnEmbeddedObjectHasItsStructureInJson) {
 // --- Servers without operations on classes -----------------------------------------------------------------------
 
 TEST_F(InstancesTest, AServerWithoutClassesShowsItsInstancesAsTheyWereSent) {
-    fServer.Fail("GetClass", "TEST_Disk", 7, "no classes here");
-    fServer.Fail("GetClass", "TEST_FastDisk", 7, "no classes here");
+    server_.Fail("GetClass", "TEST_Disk", 7, "no classes here");
+    server_.Fail("GetClass", "TEST_FastDisk", 7, "no classes here");
     const auto run = Run({"instances", "TEST_Disk", "--property", "Speed,Size", "--where", "Name=sd*"});
     EXPECT_THAT(run.output, AllOf(HasSubstr("TEST_FastDisk      9      7\n"), HasSubstr("TEST_Disk")));
     EXPECT_THAT(run.output, Not(HasSubstr("–"))) << "TEST_Disk has no Speed, which is not null";
@@ -366,15 +366,15 @@ TEST_F(InstancesTest, AServerWithoutClassesShowsItsInstancesAsTheyWereSent) {
 }
 
 TEST_F(InstancesTest, AServerWithoutClassesAndInstancesHasNothingToComplainAbout) {
-    fServer.Fail("GetClass", "TEST_Disk", 7, "no classes here");
-    fServer.Answer("EnumerateInstances", "TEST_Disk", "");
+    server_.Fail("GetClass", "TEST_Disk", 7, "no classes here");
+    server_.Answer("EnumerateInstances", "TEST_Disk", "");
     EXPECT_EQ(Output({"instances", "TEST_Disk", "--property", "Size"}), "no instances\n");
 }
 
 // --- What cannot be taken over -----------------------------------------------------------------------------------
 
 TEST_F(InstancesTest, ValuesThatCannotBeTakenOverAreCountedAndMakeAStatus) {
-    fServer.Answer(
+    server_.Answer(
         "EnumerateInstances", "TEST_Disk",
         InstanceXml("TEST_Disk", "sda", PropertyXml("Size", "string", "big") + PropertyXml("Odd", "string", "x")) +
             InstanceXml("TEST_Disk", "sdb", PropertyXml("Size", "string", "small")));
@@ -389,7 +389,7 @@ TEST_F(InstancesTest, ValuesThatCannotBeTakenOverAreCountedAndMakeAStatus) {
 }
 
 TEST_F(InstancesTest, TheLogListsWhatCannotBeTakenOver) {
-    fServer.Answer("EnumerateInstances", "TEST_Disk",
+    server_.Answer("EnumerateInstances", "TEST_Disk",
                    InstanceXml("TEST_Disk", "sda", PropertyXml("Odd", "string", "x")) +
                        InstanceXml("TEST_Disk", "sdb", PropertyXml("Strange", "string", "x")));
     const auto run = Run({"--log", "warning", "instances", "TEST_Disk"});
@@ -397,7 +397,7 @@ TEST_F(InstancesTest, TheLogListsWhatCannotBeTakenOver) {
 }
 
 TEST_F(InstancesTest, ValuesThatCannotBeReadAreCountedByCauseAndTheRestIsShown) {
-    fServer.Answer(
+    server_.Answer(
         "EnumerateInstances", "TEST_Disk",
         InstanceXml("TEST_Disk", "sda", PropertyXml("Size", "uint64", "many")) +
             InstanceXml("TEST_Disk", "sdb", PropertyXml("Size", "uint64", "-1")) +
@@ -412,9 +412,9 @@ TEST_F(InstancesTest, ValuesThatCannotBeReadAreCountedByCauseAndTheRestIsShown) 
 
 TEST_F(InstancesTest, WhatCannotBeReadOfAClassIsCountedByTheCommandsThatShowClasses) {
     const std::string unreadable = "<PROPERTY NAME=\"Size\" TYPE=\"uint8\"><VALUE>300</VALUE></PROPERTY>";
-    fServer.Answer("GetClass", "TEST_Disk", ClassXml("TEST_Disk", "", unreadable));
-    fServer.Answer("EnumerateClasses", "", ClassXml("TEST_Disk", "", unreadable));
-    fServer.Answer("EnumerateQualifiers", "", "");
+    server_.Answer("GetClass", "TEST_Disk", ClassXml("TEST_Disk", "", unreadable));
+    server_.Answer("EnumerateClasses", "", ClassXml("TEST_Disk", "", unreadable));
+    server_.Answer("EnumerateQualifiers", "", "");
     using Words = std::vector<std::string>;
     for (const Words& words :
          {Words{"class", "TEST_Disk"}, Words{"methods", "TEST_Disk"}, Words{"qualifiers", "--class", "TEST_Disk"},
@@ -428,7 +428,7 @@ TEST_F(InstancesTest, WhatCannotBeReadOfAClassIsCountedByTheCommandsThatShowClas
 }
 
 TEST_F(InstancesTest, WhatCannotBeReadOfTheDeclaredQualifiersIsCounted) {
-    fServer.Answer("EnumerateQualifiers", "",
+    server_.Answer("EnumerateQualifiers", "",
                    "<QUALIFIER.DECLARATION NAME=\"Odd\" TYPE=\"uint8\"><SCOPE CLASS=\"true\"/><VALUE>300</VALUE>"
                    "</QUALIFIER.DECLARATION>");
     const auto run = Run({"qualifiers"});
@@ -440,7 +440,7 @@ TEST_F(InstancesTest, WhatCannotBeReadOfTheDeclaredQualifiersIsCounted) {
 }
 
 TEST_F(InstancesTest, NamesOfClassesThatAreNotInUtf8AreCounted) {
-    fServer.Answer("EnumerateClassNames", "", "<CLASSNAME NAME=\"TEST_Gr\xfcn\"/>");
+    server_.Answer("EnumerateClassNames", "", "<CLASSNAME NAME=\"TEST_Gr\xfcn\"/>");
     const auto run = Run({"classes"});
     EXPECT_EQ(run.status, 7) << run.output;
     EXPECT_EQ(run.output, "TEST_Gr\xc3\xbcn\n");
@@ -448,7 +448,7 @@ TEST_F(InstancesTest, NamesOfClassesThatAreNotInUtf8AreCounted) {
 }
 
 TEST_F(InstancesTest, StrictlyAnAnswerWithAValueThatCannotBeReadFails) {
-    fServer.Answer("EnumerateInstances", "TEST_Disk",
+    server_.Answer("EnumerateInstances", "TEST_Disk",
                    InstanceXml("TEST_Disk", "sda", PropertyXml("Size", "uint64", "many")) +
                        InstanceXml("TEST_Disk", "sdb", PropertyXml("Size", "uint64", "2")));
     const auto run = Run({"--strict", "instances", "TEST_Disk"});
@@ -471,7 +471,7 @@ TEST_F(InstancesTest, ControlCharactersOfAServerAreShownEscaped) {
 }
 
 TEST_F(InstancesTest, AnInstanceWithAValueThatCannotBeTakenOverMakesAStatus) {
-    fServer.Answer("GetInstance", "", BareInstanceXml("TEST_Disk", "sda", PropertyXml("Odd", "string", "x")));
+    server_.Answer("GetInstance", "", BareInstanceXml("TEST_Disk", "sda", PropertyXml("Odd", "string", "x")));
     const auto run = Run({"instance", "TEST_Disk.Name=\"sda\""});
     EXPECT_EQ(run.status, 7);
     EXPECT_THAT(run.output, StartsWith("Name  sda\n"));
@@ -479,12 +479,12 @@ TEST_F(InstancesTest, AnInstanceWithAValueThatCannotBeTakenOverMakesAStatus) {
 }
 
 TEST_F(InstancesTest, SoDoesOneOfAnotherNamespace) {
-    fServer.Answer("GetInstance", "", BareInstanceXml("TEST_Disk", "sda", PropertyXml("Odd", "string", "x")));
+    server_.Answer("GetInstance", "", BareInstanceXml("TEST_Disk", "sda", PropertyXml("Odd", "string", "x")));
     EXPECT_EQ(Run({"instance", "root/interop:TEST_Disk.Name=\"sda\""}).status, 7);
 }
 
 TEST_F(InstancesTest, ACollectionWithAValueThatCannotBeTakenOverIsNotComplete) {
-    fServer.Answer("EnumerateInstances", "TEST_Disk",
+    server_.Answer("EnumerateInstances", "TEST_Disk",
                    InstanceXml("TEST_Disk", "sda", PropertyXml("Odd", "string", "x")));
     const auto run = Collect();
     EXPECT_EQ(run.status, 7);
@@ -494,7 +494,7 @@ TEST_F(InstancesTest, ACollectionWithAValueThatCannotBeTakenOverIsNotComplete) {
 }
 
 TEST_F(InstancesTest, WatchTellsOnceWhatItCannotTakeOverAndAtItsEndTheSum) {
-    fServer.Answer("EnumerateInstances", "TEST_Disk",
+    server_.Answer("EnumerateInstances", "TEST_Disk",
                    InstanceXml("TEST_Disk", "sda", PropertyXml("Odd", "string", "x")));
     const auto run = Run({"watch", "TEST_Disk", "--interval", "0.001", "--count", "2"});
     EXPECT_EQ(run.status, 7);
@@ -503,7 +503,7 @@ TEST_F(InstancesTest, WatchTellsOnceWhatItCannotTakeOverAndAtItsEndTheSum) {
 
 TEST_F(InstancesTest, APropertyWithANameBeyondAsciiIsShownLikeAllOthers) {
     Declare(DeclarationXml("H\xc3\xb6he", "uint16"));
-    fServer.Answer("EnumerateInstances", "TEST_Disk",
+    server_.Answer("EnumerateInstances", "TEST_Disk",
                    InstanceXml("TEST_Disk", "sda", PropertyXml("H\xc3\xb6he", "uint16", "7")));
     const auto run = Run({"instances", "TEST_Disk", "--exact", "--property", "h\xc3\xb6he"});
     EXPECT_EQ(run.status, 0) << run.errors;
@@ -511,7 +511,7 @@ TEST_F(InstancesTest, APropertyWithANameBeyondAsciiIsShownLikeAllOthers) {
 }
 
 TEST_F(InstancesTest, AnUndeclaredPropertyWithANameBeyondAsciiTakesNoOtherInstanceAlong) {
-    fServer.Answer("EnumerateInstances", "TEST_Disk",
+    server_.Answer("EnumerateInstances", "TEST_Disk",
                    InstanceXml("TEST_Disk", "sda", PropertyXml("H\xc3\xb6he", "uint16", "7")) +
                        InstanceXml("TEST_Disk", "sdb"));
     const auto run = Run({"instances", "TEST_Disk", "--deep", "-o", "csv"});
@@ -529,7 +529,7 @@ TEST_F(InstancesTest, APropertyWithANameThatCannotBeKeptIsTold) {
 }
 
 TEST_F(InstancesTest, AnInstanceWhoseClassIsNotDefinedIsShownAndTold) {
-    fServer.Fail("GetClass", "TEST_FastDisk", 6, "no such class");
+    server_.Fail("GetClass", "TEST_FastDisk", 6, "no such class");
     const auto run = Run({"instances", "TEST_Disk", "--deep", "-o", "json"});
     EXPECT_EQ(run.status, 7);
     EXPECT_EQ(json::parse(run.output).at(1).at("properties").at("Speed").at("value"), 9);
@@ -537,7 +537,7 @@ TEST_F(InstancesTest, AnInstanceWhoseClassIsNotDefinedIsShownAndTold) {
 }
 
 TEST_F(InstancesTest, TwoInstancesWithOnePathAreTold) {
-    fServer.Answer("EnumerateInstances", "TEST_Disk",
+    server_.Answer("EnumerateInstances", "TEST_Disk",
                    InstanceXml("TEST_Disk", "sda") + InstanceXml("TEST_Disk", "sda"));
     const auto run = Run({"instances", "TEST_Disk"});
     EXPECT_EQ(run.status, 7);

@@ -38,20 +38,20 @@ std::string KeyXml(const std::string& name, const std::string& type, const std::
 class KeysTest : public testing::Test {
   protected:
     KeysTest() {
-        fServer.Listen(kHttpPort);
+        server_.Listen(kHttpPort);
         const std::string key = QualifierXml("Key", "boolean", "TRUE");
         const std::string mapped = key + QualifierXml("ValueMap", {"1", "2"}) +
                                    QualifierXml("Values", std::vector<std::string>{"spinning", "solid"});
-        fServer.Answer("EnumerateClassNames", "", "<CLASSNAME NAME=\"TEST_Disk\"/>");
-        fServer.Answer("GetClass", "TEST_Disk",
+        server_.Answer("EnumerateClassNames", "", "<CLASSNAME NAME=\"TEST_Disk\"/>");
+        server_.Answer("GetClass", "TEST_Disk",
                        ClassXml("TEST_Disk", "",
                                 DeclarationXml("Number", "uint32", key) + DeclarationXml("Made", "datetime", key) +
                                     DeclarationXml("Kind", "uint16", mapped)));
-        fServer.Answer("EnumerateInstanceNames", "TEST_Disk",
+        server_.Answer("EnumerateInstanceNames", "TEST_Disk",
                        Disk("sda", "1", "20261121083900.000000+060", "1") +
                            Disk("sda", "2", "20261121083900.000000+060", "2") +
                            Disk("sdb", "10", "20261122083900.000000+060", "2"));
-        fServer.Answer("GetInstance", "", BareInstanceXml("TEST_Disk", "found"));
+        server_.Answer("GetInstance", "", BareInstanceXml("TEST_Disk", "found"));
     }
 
     static std::string Disk(const std::string& name, const std::string& number, const std::string& made,
@@ -69,15 +69,15 @@ class KeysTest : public testing::Test {
         return arguments;
     }
 
-    ProgramRun Run(const Texts& keys) const { return RunCimhttp(Arguments(fServer.Address(), keys)); }
+    ProgramRun Run(const Texts& keys) const { return RunCimhttp(Arguments(server_.Address(), keys)); }
 
     /// The instance that these keys lead to; empty for none.
     std::string Asked(const Texts& keys) {
-        fServer.ForgetCalls();
+        server_.ForgetCalls();
         const auto run = Run(keys);
         EXPECT_EQ(run.status, 0) << run.errors;
         EXPECT_THAT(run.output, StartsWith("Name  found\n"));
-        const auto calls = fServer.Calls();
+        const auto calls = server_.Calls();
         const auto last =
             std::find_if(calls.rbegin(), calls.rend(), [](const auto& call) { return call.method == "GetInstance"; });
         return last == calls.rend() ? std::string() : BoundKeys(last->http.body);
@@ -95,12 +95,12 @@ class KeysTest : public testing::Test {
     }
 
     std::size_t CallsOf(const std::string& method) const {
-        const auto calls = fServer.Calls();
+        const auto calls = server_.Calls();
         return static_cast<std::size_t>(
             std::count_if(calls.begin(), calls.end(), [&](const auto& call) { return call.method == method; }));
     }
 
-    support::CimServer fServer;
+    support::CimServer server_;
 };
 
 } // namespace
@@ -116,7 +116,7 @@ TEST_F(KeysTest, AllKeysNeedNoListOfPaths) {
     const std::string asked = Asked({"Name=a\"b", "number=7", "Made=20261121083900.000000+060", "Kind=2"});
     EXPECT_EQ(CallsOf("EnumerateInstanceNames"), 0U);
     EXPECT_THAT(asked, AllOf(HasSubstr("7"), HasSubstr("20261121083900.000000+060")));
-    EXPECT_THAT(fServer.Calls().back().method, "GetInstance");
+    EXPECT_THAT(server_.Calls().back().method, "GetInstance");
 }
 
 TEST_F(KeysTest, ValuesMayBeAsTheyAreOrAsTheyAreShown) {
@@ -148,7 +148,7 @@ TEST_F(KeysTest, TheListOfThoseThatFitIsShort) {
     for (int i = 0; i < 50; ++i) {
         paths += Disk(std::string(1000, 'x'), std::to_string(i), "20261121083900.000000+060", "1");
     }
-    fServer.Answer("EnumerateInstanceNames", "TEST_Disk", paths);
+    server_.Answer("EnumerateInstanceNames", "TEST_Disk", paths);
     const auto run = Run({});
     EXPECT_EQ(run.status, 2);
     EXPECT_THAT(run.errors, AllOf(StartsWith("cimhttp: there are 50 instances of TEST_Disk: "),
@@ -158,7 +158,7 @@ TEST_F(KeysTest, TheListOfThoseThatFitIsShort) {
 
 TEST_F(KeysTest, WhereOneKeyIsNotEnoughThoseThatDifferAreNamed) {
     const std::string made = "20261121083900.000000+060";
-    fServer.Answer("EnumerateInstanceNames", "TEST_Disk",
+    server_.Answer("EnumerateInstanceNames", "TEST_Disk",
                    Disk("a", "1", made, "1") + Disk("a", "2", made, "1") + Disk("b", "1", made, "1"));
     EXPECT_THAT(Run({}).errors, EndsWith("; --key Name=... and --key Number=... tell them apart\n"));
 }
@@ -166,11 +166,11 @@ TEST_F(KeysTest, WhereOneKeyIsNotEnoughThoseThatDifferAreNamed) {
 TEST_F(KeysTest, NoneThatFitsIsNotFoundAndNamesTheKeys) {
     const auto run = Run({"Name=sdc"});
     EXPECT_EQ(run.status, 5);
-    EXPECT_EQ(run.errors, "cimhttp: there is no instance of TEST_Disk with Name=sdc on http://" + fServer.Address() +
+    EXPECT_EQ(run.errors, "cimhttp: there is no instance of TEST_Disk with Name=sdc on http://" + server_.Address() +
                               "; its keys are Kind, Made, Name and Number, as in "
                               "TEST_Disk.Kind=1,Made=\"20261121083900.000000+060\",Name=\"sda\",Number=1\n");
-    fServer.Answer("EnumerateInstanceNames", "TEST_Disk", "");
-    EXPECT_EQ(Run({}).errors, "cimhttp: there is no instance of TEST_Disk on http://" + fServer.Address() + "\n");
+    server_.Answer("EnumerateInstanceNames", "TEST_Disk", "");
+    EXPECT_EQ(Run({}).errors, "cimhttp: there is no instance of TEST_Disk on http://" + server_.Address() + "\n");
     EXPECT_EQ(Run({}).status, 5);
 }
 
@@ -180,42 +180,42 @@ TEST_F(KeysTest, WhatIsNoKeyIsRefusedBeforeThePathsAreRead) {
     EXPECT_EQ(run.errors, "cimhttp: the class TEST_Disk has no key Nmae (did you mean Name or Made?); its "
                           "keys are Kind, Made, Name and Number\n");
     EXPECT_EQ(CallsOf("EnumerateInstanceNames"), 0U);
-    fServer.ForgetCalls();
+    server_.ForgetCalls();
     EXPECT_THAT(Run({"Name"}).errors, HasSubstr("'Name' is not a key such as 'Name=eth0'"));
     EXPECT_THAT(Run({"=sda"}).errors, HasSubstr("'=sda' is not a key such as 'Name=eth0'"));
     EXPECT_THAT(Run({"Name=a", "NAME=b"}).errors, HasSubstr("the key NAME is given twice"));
     const auto path =
-        RunCimhttp({"--host", fServer.Address(), "instance", "TEST_Disk.Name=\"a\"", "--key", "Number=1"});
+        RunCimhttp({"--host", server_.Address(), "instance", "TEST_Disk.Name=\"a\"", "--key", "Number=1"});
     EXPECT_EQ(path.status, 2);
     EXPECT_THAT(path.errors, HasSubstr("--key goes with the name of a class"));
-    EXPECT_TRUE(fServer.Calls().empty());
+    EXPECT_TRUE(server_.Calls().empty());
 }
 
 TEST_F(KeysTest, TheOnlyInstanceNeedsNoKey) {
-    fServer.Answer("EnumerateInstanceNames", "TEST_Disk", Disk("only", "1", "20261121083900.000000+060", "1"));
+    server_.Answer("EnumerateInstanceNames", "TEST_Disk", Disk("only", "1", "20261121083900.000000+060", "1"));
     EXPECT_THAT(Asked({}), HasSubstr("only"));
 }
 
 TEST_F(KeysTest, AServerThatDoesNotDescribeItsClassesHasKeysToo) {
-    fServer.Fail("GetClass", "TEST_Disk", 7, "not here");
+    server_.Fail("GetClass", "TEST_Disk", 7, "not here");
     EXPECT_THAT(Asked({"name=sdb"}), HasSubstr("sdb"));
     EXPECT_THAT(Run({"Colour=red"}).errors, HasSubstr("has no key Colour; its keys are Kind, Made, Name and Number"));
     EXPECT_EQ(Run({"Colour=red"}).status, 2);
 }
 
 TEST_F(KeysTest, AnInstanceOfASubclassIsFoundByAllItsKeys) {
-    fServer.Answer("GetClass", "TEST_Disk", ClassXml("TEST_Disk", ""));
-    fServer.Answer("GetClass", "TEST_FastDisk", ClassXml("TEST_FastDisk", "TEST_Disk"));
-    fServer.Answer("EnumerateInstanceNames", "TEST_Disk", PathXml("TEST_FastDisk", "sda"));
-    fServer.Fail("GetInstance", "", 6, "no such instance");
+    server_.Answer("GetClass", "TEST_Disk", ClassXml("TEST_Disk", ""));
+    server_.Answer("GetClass", "TEST_FastDisk", ClassXml("TEST_FastDisk", "TEST_Disk"));
+    server_.Answer("EnumerateInstanceNames", "TEST_Disk", PathXml("TEST_FastDisk", "sda"));
+    server_.Fail("GetInstance", "", 6, "no such instance");
     EXPECT_EQ(Run({"Name=sda"}).status, 5);
-    const auto calls = fServer.Calls();
+    const auto calls = server_.Calls();
     EXPECT_THAT(calls.back().http.body, HasSubstr("TEST_FastDisk"));
     EXPECT_EQ(CallsOf("GetInstance"), 2U);
 }
 
 TEST_F(KeysTest, AtATerminalOneIsChosenByItsNumber) {
-    TerminalProgram program(CIMHTTP_PROGRAM, Arguments(fServer.Address(), {"Name=sda"}), {"NO_COLOR=1"});
+    TerminalProgram program(CIMHTTP_PROGRAM, Arguments(server_.Address(), {"Name=sda"}), {"NO_COLOR=1"});
     ASSERT_TRUE(program.AwaitText("Which one (1-2, or nothing)? ")) << program.Screen();
     EXPECT_THAT(program.Screen(), HasSubstr("#  Kind  Made                       Name  Number\r\n"));
     EXPECT_THAT(program.Screen(), HasSubstr("2  2     20261121083900.000000+060  sda   2\r\n"));
@@ -225,13 +225,13 @@ TEST_F(KeysTest, AtATerminalOneIsChosenByItsNumber) {
     program.Type("2\r");
     EXPECT_EQ(program.Wait(), 0);
     EXPECT_THAT(program.Screen(), HasSubstr("\r\nName  found\r\n"));
-    EXPECT_THAT(BoundKeys(fServer.Calls().back().http.body), HasSubstr("2"));
+    EXPECT_THAT(BoundKeys(server_.Calls().back().http.body), HasSubstr("2"));
     EXPECT_EQ(CallsOf("GetInstance"), 1U);
 }
 
 TEST_F(KeysTest, NoAnswerEndsTheProgram) {
     for (const char* keys : {"\r", "\x04"}) {
-        TerminalProgram program(CIMHTTP_PROGRAM, Arguments(fServer.Address(), {}), {"NO_COLOR=1"});
+        TerminalProgram program(CIMHTTP_PROGRAM, Arguments(server_.Address(), {}), {"NO_COLOR=1"});
         ASSERT_TRUE(program.AwaitText("Which one (1-3, or nothing)? ")) << program.Screen();
         program.Type(keys);
         EXPECT_EQ(program.Wait(), 0);
@@ -245,19 +245,19 @@ TEST_F(KeysTest, NobodyIsAskedToReadHundreds) {
     for (int i = 0; i < 101; ++i) {
         paths += Disk("sda", std::to_string(i), "20261121083900.000000+060", "1");
     }
-    fServer.Answer("EnumerateInstanceNames", "TEST_Disk", paths);
-    TerminalProgram program(CIMHTTP_PROGRAM, Arguments(fServer.Address(), {}), {"NO_COLOR=1"});
+    server_.Answer("EnumerateInstanceNames", "TEST_Disk", paths);
+    TerminalProgram program(CIMHTTP_PROGRAM, Arguments(server_.Address(), {}), {"NO_COLOR=1"});
     EXPECT_EQ(program.Wait(), 2);
     EXPECT_THAT(program.Screen(), HasSubstr("there are 101 instances"));
 }
 
 TEST_F(KeysTest, KeysAreListedInEveryFormWithOneRequest) {
     const auto keys = [&](const Texts& more) {
-        Texts arguments{"--host", fServer.Address(), "instances", "TEST_Disk", "--keys"};
+        Texts arguments{"--host", server_.Address(), "instances", "TEST_Disk", "--keys"};
         arguments.insert(arguments.end(), more.begin(), more.end());
         return RunCimhttp(arguments);
     };
-    fServer.Answer("EnumerateInstanceNames", "TEST_Disk", PathXml("TEST_FastDisk", "b=c") + PathXml("TEST_Disk", ""));
+    server_.Answer("EnumerateInstanceNames", "TEST_Disk", PathXml("TEST_FastDisk", "b=c") + PathXml("TEST_Disk", ""));
     EXPECT_EQ(keys({}).output, "Class          Name\n-------------  ----\nTEST_Disk\nTEST_FastDisk  b=c\n");
     EXPECT_EQ(keys({"-o", "plain"}).output, "Name=\n\nName=b=c\n");
     EXPECT_EQ(keys({"-o", "csv"}).output, "Class,Name\r\nTEST_Disk,\"\"\r\nTEST_FastDisk,b=c\r\n");
@@ -265,7 +265,7 @@ TEST_F(KeysTest, KeysAreListedInEveryFormWithOneRequest) {
                                            "{\"class\":\"TEST_FastDisk\",\"keys\":{\"Name\":\"b=c\"}}\n]\n");
     EXPECT_EQ(keys({"--exact"}).output, "Name\n----\n\n");
     EXPECT_EQ(CallsOf("EnumerateInstanceNames"), 5U);
-    EXPECT_EQ(fServer.Calls().size(), 5U);
+    EXPECT_EQ(server_.Calls().size(), 5U);
     EXPECT_EQ(keys({"--sort", "Name"}).status, 2);
     EXPECT_EQ(keys({"--paths"}).status, 2);
     EXPECT_EQ(keys({"-o", "mof"}).status, 2);

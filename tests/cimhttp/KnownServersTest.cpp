@@ -30,7 +30,7 @@ std::string Fingerprint(char digit) { return NormalFingerprint(std::string(64, d
 class KnownServersTest : public testing::Test {
   protected:
     std::string ComplaintAbout(const std::string& content) const {
-        const std::string path = fFolder.WriteFile("known_servers.json", content);
+        const std::string path = folder_.WriteFile("known_servers.json", content);
         try {
             KnownServers(path).Find("server:5989");
             return "none";
@@ -47,8 +47,8 @@ class KnownServersTest : public testing::Test {
         return status.st_mode & 07777U;
     }
 
-    support::TemporaryDirectory fFolder;
-    const KnownServers fServers{(fFolder.Path() / "cimhttp" / "known_servers.json").string()};
+    support::TemporaryDirectory folder_;
+    const KnownServers servers_{(folder_.Path() / "cimhttp" / "known_servers.json").string()};
 };
 
 } // namespace
@@ -71,11 +71,11 @@ TEST(Fingerprint, OfAnotherFormIsNone) {
 }
 
 TEST_F(KnownServersTest, AreKeptInAFileForTheOwnerAlone) {
-    EXPECT_THAT(fServers.Read(), IsEmpty());
-    fServers.Keep("server:5989", {Fingerprint('a'), "2026-11-22T08:00:00+01:00", "CN=server"});
-    EXPECT_EQ(ModeOf(fServers.Path()), 0600U);
-    EXPECT_EQ(ModeOf((fFolder.Path() / "cimhttp").string()), 0700U);
-    const auto server = fServers.Find("server:5989");
+    EXPECT_THAT(servers_.Read(), IsEmpty());
+    servers_.Keep("server:5989", {Fingerprint('a'), "2026-11-22T08:00:00+01:00", "CN=server"});
+    EXPECT_EQ(ModeOf(servers_.Path()), 0600U);
+    EXPECT_EQ(ModeOf((folder_.Path() / "cimhttp").string()), 0700U);
+    const auto server = servers_.Find("server:5989");
     ASSERT_TRUE(server);
     EXPECT_EQ(server->fingerprint, Fingerprint('a'));
     EXPECT_EQ(server->since, "2026-11-22T08:00:00+01:00");
@@ -83,22 +83,22 @@ TEST_F(KnownServersTest, AreKeptInAFileForTheOwnerAlone) {
 }
 
 TEST_F(KnownServersTest, AreKnownByHostAndPortInAnyCase) {
-    fServers.Keep("Server.Example:5989", {Fingerprint('a'), "", ""});
-    EXPECT_TRUE(fServers.Find("sERVER.example:5989"));
-    EXPECT_FALSE(fServers.Find("server.example:443"));
-    EXPECT_FALSE(fServers.Find("server:5989"));
-    fServers.Keep("server.example:5989", {Fingerprint('b'), "", ""});
-    EXPECT_EQ(fServers.Read().size(), 1U);
-    EXPECT_EQ(fServers.Find("server.example:5989").value_or(KnownServer()).fingerprint, Fingerprint('b'));
+    servers_.Keep("Server.Example:5989", {Fingerprint('a'), "", ""});
+    EXPECT_TRUE(servers_.Find("sERVER.example:5989"));
+    EXPECT_FALSE(servers_.Find("server.example:443"));
+    EXPECT_FALSE(servers_.Find("server:5989"));
+    servers_.Keep("server.example:5989", {Fingerprint('b'), "", ""});
+    EXPECT_EQ(servers_.Read().size(), 1U);
+    EXPECT_EQ(servers_.Find("server.example:5989").value_or(KnownServer()).fingerprint, Fingerprint('b'));
 }
 
 TEST_F(KnownServersTest, AreForgottenOneByOne) {
-    fServers.Keep("a:5989", {Fingerprint('a'), "", ""});
-    fServers.Keep("b:5989", {Fingerprint('b'), "", ""});
-    EXPECT_TRUE(fServers.Forget("A:5989"));
-    EXPECT_FALSE(fServers.Forget("a:5989"));
-    EXPECT_FALSE(fServers.Find("a:5989"));
-    EXPECT_TRUE(fServers.Find("b:5989"));
+    servers_.Keep("a:5989", {Fingerprint('a'), "", ""});
+    servers_.Keep("b:5989", {Fingerprint('b'), "", ""});
+    EXPECT_TRUE(servers_.Forget("A:5989"));
+    EXPECT_FALSE(servers_.Forget("a:5989"));
+    EXPECT_FALSE(servers_.Find("a:5989"));
+    EXPECT_TRUE(servers_.Find("b:5989"));
 }
 
 TEST_F(KnownServersTest, ThatAreKeptAtTheSameTimeAreAllKept) {
@@ -106,13 +106,13 @@ TEST_F(KnownServersTest, ThatAreKeptAtTheSameTimeAreAllKept) {
     std::vector<std::future<void>> keepers;
     for (std::size_t i = 0; i < kCount; ++i) {
         keepers.push_back(std::async(std::launch::async, [this, name = "server" + std::to_string(i) + ":5989"] {
-            fServers.Keep(name, {Fingerprint('a'), "", ""});
+            servers_.Keep(name, {Fingerprint('a'), "", ""});
         }));
     }
     for (auto& keeper : keepers) {
         keeper.get();
     }
-    EXPECT_EQ(fServers.Read().size(), kCount);
+    EXPECT_EQ(servers_.Read().size(), kCount);
 }
 
 TEST_F(KnownServersTest, AFileThatCannotBeReadMakesNobodyUnknown) {

@@ -31,34 +31,34 @@ std::string TooMuch(const std::string& element) {
 class LimitsTest : public testing::Test {
   protected:
     LimitsTest() {
-        fServer.Listen(kHttpPort);
-        fServer.Answer("EnumerateClassNames", "", "<CLASSNAME NAME=\"TEST_Disk\"/>");
-        fServer.Answer("EnumerateClasses", "", ClassXml("TEST_Disk", ""));
-        fServer.Answer("EnumerateQualifiers", "", QualifierDeclarationXml("Key", "boolean"));
-        fServer.Answer("GetClass", "TEST_Disk", ClassXml("TEST_Disk", ""));
-        fServer.Answer("EnumerateInstances", "TEST_Disk", InstanceXml("TEST_Disk", "a"));
-        fServer.Answer("EnumerateInstanceNames", "TEST_Disk", PathXml("TEST_Disk", "a"));
-        fServer.Answer("GetInstance", "", BareInstanceXml("TEST_Disk", "a"));
+        server_.Listen(kHttpPort);
+        server_.Answer("EnumerateClassNames", "", "<CLASSNAME NAME=\"TEST_Disk\"/>");
+        server_.Answer("EnumerateClasses", "", ClassXml("TEST_Disk", ""));
+        server_.Answer("EnumerateQualifiers", "", QualifierDeclarationXml("Key", "boolean"));
+        server_.Answer("GetClass", "TEST_Disk", ClassXml("TEST_Disk", ""));
+        server_.Answer("EnumerateInstances", "TEST_Disk", InstanceXml("TEST_Disk", "a"));
+        server_.Answer("EnumerateInstanceNames", "TEST_Disk", PathXml("TEST_Disk", "a"));
+        server_.Answer("GetInstance", "", BareInstanceXml("TEST_Disk", "a"));
         for (const char* method : {"Associators", "AssociatorNames", "References", "ReferenceNames"}) {
-            fServer.Answer(method, "", "");
+            server_.Answer(method, "", "");
         }
-        fServer.Answer("EnumerateInstanceNames", "CIM_Namespace", PathXml("CIM_Namespace", "interop"));
-        fServer.Answer("GetClass", "CIM_RegisteredProfile", ClassXml("CIM_RegisteredProfile", ""));
-        fServer.Answer("EnumerateInstances", "CIM_RegisteredProfile", "");
+        server_.Answer("EnumerateInstanceNames", "CIM_Namespace", PathXml("CIM_Namespace", "interop"));
+        server_.Answer("GetClass", "CIM_RegisteredProfile", ClassXml("CIM_RegisteredProfile", ""));
+        server_.Answer("EnumerateInstances", "CIM_RegisteredProfile", "");
     }
 
     ProgramRun Run(std::vector<std::string> arguments) const {
-        arguments.insert(arguments.begin(), {"--host", fServer.Address()});
+        arguments.insert(arguments.begin(), {"--host", server_.Address()});
         return RunCimhttp(arguments);
     }
 
     std::string Document() const {
-        return fFolder.WriteFile("requested.xml", "<vyx version=\"1\"><network address=\"" + fServer.Address() +
+        return folder_.WriteFile("requested.xml", "<vyx version=\"1\"><network address=\"" + server_.Address() +
                                                       "\"/><class name=\"TEST_Disk\"/></vyx>");
     }
 
-    support::CimServer fServer;
-    support::TemporaryDirectory fFolder;
+    support::CimServer server_;
+    support::TemporaryDirectory folder_;
 };
 
 struct Command {
@@ -96,7 +96,7 @@ const std::vector<Command> kCommands{
 TEST_F(LimitsTest, AnAnswerBeyondALimitFailsEveryCommand) {
     for (const Command& command : kCommands) {
         SCOPED_TRACE(command.arguments.front() + ": " + command.method);
-        support::CimServer& server = fServer;
+        support::CimServer& server = server_;
         EXPECT_EQ(Run(command.arguments).status, 0);
         server.Answer(command.method, command.object, TooMuch(command.element));
         const auto run = Run(command.arguments);
@@ -112,7 +112,7 @@ TEST_F(LimitsTest, AnAnswerBeyondALimitFailsEveryCommand) {
 }
 
 TEST_F(LimitsTest, AnAnswerBeyondALimitLeavesACollectionIncomplete) {
-    fServer.Answer("EnumerateInstances", "TEST_Disk", TooMuch("VALUE.NAMEDINSTANCE"));
+    server_.Answer("EnumerateInstances", "TEST_Disk", TooMuch("VALUE.NAMEDINSTANCE"));
     const auto run = RunCimhttp({"collect", Document()});
     EXPECT_EQ(run.status, Failure::kIncomplete);
     EXPECT_THAT(run.output, HasSubstr("\"complete\":false"));
@@ -125,7 +125,7 @@ TEST_F(LimitsTest, TooFewDescriptorsFailACommandOrDoNotMatter) {
     const auto run_with = [&](int count, const std::vector<std::string>& arguments) {
         std::vector<std::string> words{"-c",     "ulimit -n " + std::to_string(count) + "; exec \"$@\"",
                                        "sh",     CIMHTTP_PROGRAM,
-                                       "--host", fServer.Address()};
+                                       "--host", server_.Address()};
         words.insert(words.end(), arguments.begin(), arguments.end());
         return support::RunProgram("/bin/sh", words);
     };

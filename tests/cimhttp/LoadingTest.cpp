@@ -57,7 +57,7 @@ class LoadingTest : public testing::Test {
     }
 
   private:
-    demo::DemoServer fServer{DemoOptions()};
+    demo::DemoServer server_{DemoOptions()};
 };
 
 } // namespace

@@ -72,13 +72,13 @@ class MutationTest : public testing::TestWithParam<MutationName> {
         const std::string class_name = kClasses[random() % kClasses.size()];
         const auto way = static_cast<Way>(random() % kWays);
         std::optional<MutatedAnswer> mutated;
-        fServer.SetChange([&](const std::string& body) {
+        server_.SetChange([&](const std::string& body) {
             mutated = Mutate(body, GetParam().mutation, random);
             return mutated->sent;
         });
         const Shown shown = Ask(class_name, way);
-        fServer.SetChange({});
-        const auto bodies = fServer.TakeChanged();
+        server_.SetChange({});
+        const auto bodies = server_.TakeChanged();
         SCOPED_TRACE("seed " + std::to_string(seed) + ", class " + class_name + ", way " +
                      std::to_string(static_cast<unsigned>(way)) + ", " + (mutated ? mutated->what : "") + ", status " +
                      std::to_string(shown.run.status) + ": " + shown.run.errors);
@@ -93,7 +93,7 @@ class MutationTest : public testing::TestWithParam<MutationName> {
         if (way == Way::kCollect) {
             return Collect(class_name);
         }
-        std::vector<std::string> arguments{"--host", fServer.Address(), "instances", class_name, "-o", "json"};
+        std::vector<std::string> arguments{"--host", server_.Address(), "instances", class_name, "-o", "json"};
         if (way != Way::kInstances) {
             arguments.emplace_back(way == Way::kDeep ? "--deep" : "--exact");
         }
@@ -103,10 +103,10 @@ class MutationTest : public testing::TestWithParam<MutationName> {
 
     Shown Collect(const std::string& class_name) const {
         const std::string document =
-            fDirectory.WriteFile("requested.xml", "<vyx version=\"1\"><class name=\"" + class_name + "\"/></vyx>");
-        const std::string file = (fDirectory.Path() / "collected.json").string();
-        fDirectory.WriteFile("collected.json", "");
-        const ProgramRun run = RunInProcess({"--host", fServer.Address(), "collect", document, "--out", file});
+            directory_.WriteFile("requested.xml", "<vyx version=\"1\"><class name=\"" + class_name + "\"/></vyx>");
+        const std::string file = (directory_.Path() / "collected.json").string();
+        directory_.WriteFile("collected.json", "");
+        const ProgramRun run = RunInProcess({"--host", server_.Address(), "collect", document, "--out", file});
         const json collected = json::parse(support::ReadFile(file), nullptr, false);
         const bool is_complete = collected.is_object() && collected.at("complete") == true;
         return {run, is_complete, is_complete ? collected.at("classes").at(0).at("instances") : json()};
@@ -154,8 +154,8 @@ class MutationTest : public testing::TestWithParam<MutationName> {
         EXPECT_EQ(DifferenceFromSent(*sent, shown.instances), "");
     }
 
-    SchemaServer fServer;
-    support::TemporaryDirectory fDirectory;
+    SchemaServer server_;
+    support::TemporaryDirectory directory_;
 };
 
 /// The same for the paths alone, of which the program looks at nothing and so has to show all.
@@ -165,13 +165,13 @@ class PathMutationTest : public testing::TestWithParam<MutationName> {
         std::mt19937 random(seed);
         const std::string class_name = kClasses[random() % kClasses.size()];
         std::optional<MutatedAnswer> mutated;
-        fServer.SetChange([&](const std::string& body) {
+        server_.SetChange([&](const std::string& body) {
             mutated = Mutate(body, GetParam().mutation, random);
             return mutated->sent;
         });
         const ProgramRun run =
-            RunInProcess({"--host", fServer.Address(), "instances", class_name, "--paths", "-o", "json"});
-        const auto bodies = fServer.TakeChanged();
+            RunInProcess({"--host", server_.Address(), "instances", class_name, "--paths", "-o", "json"});
+        const auto bodies = server_.TakeChanged();
         SCOPED_TRACE("seed " + std::to_string(seed) + ", class " + class_name + ", " + (mutated ? mutated->what : "") +
                      ", status " + std::to_string(run.status) + ": " + run.errors);
         ASSERT_EQ(bodies.size(), 1U);
@@ -194,7 +194,7 @@ class PathMutationTest : public testing::TestWithParam<MutationName> {
         }
     }
 
-    SchemaServer fServer;
+    SchemaServer server_;
 };
 
 } // namespace

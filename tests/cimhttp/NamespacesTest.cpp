@@ -24,7 +24,7 @@ constexpr unsigned kFailed = 1; // of CIM
 class NamespacesTest : public testing::Test {
   protected:
     ProgramRun Run(const std::vector<std::string>& more = {}) const {
-        std::vector<std::string> arguments{"--host", fServer.Address(), "namespaces"};
+        std::vector<std::string> arguments{"--host", server_.Address(), "namespaces"};
         arguments.insert(arguments.end(), more.begin(), more.end());
         return RunCimhttp(arguments);
     }
@@ -35,10 +35,10 @@ class NamespacesTest : public testing::Test {
         for (const std::string& name : names) {
             paths += PathXml(cls, name);
         }
-        fServer.Answer("EnumerateInstanceNames", name_space + ':' + cls, paths);
+        server_.Answer("EnumerateInstanceNames", name_space + ':' + cls, paths);
     }
 
-    LinkServer fServer;
+    LinkServer server_;
 };
 
 } // namespace
@@ -68,7 +68,7 @@ TEST_F(NamespacesTest, AreThoseOfTheInteropNamespaceWhateverItsName) {
     EXPECT_EQ(run.status, 0) << run.errors;
     EXPECT_EQ(run.output, "root/cimv2\nroot/PG_InterOp\n");
     std::vector<std::string> asked;
-    for (const auto& call : fServer.Calls()) {
+    for (const auto& call : server_.Calls()) {
         asked.push_back(call.name_space);
     }
     EXPECT_EQ(asked, (std::vector<std::string>{"interop", "root/interop", "root/PG_InterOp"}));
@@ -85,7 +85,7 @@ TEST_F(NamespacesTest, AreLookedForBelowRootWithoutAnInteropNamespace) {
 
 TEST_F(NamespacesTest, BelowOneThatDoesNotTellMayBeMoreAndThatIsSaid) {
     Have("root", "__Namespace", {"sub", "cimv2"});
-    fServer.Fail("EnumerateInstanceNames", "root/sub:__Namespace", kFailed);
+    server_.Fail("EnumerateInstanceNames", "root/sub:__Namespace", kFailed);
     const auto run = Run();
     EXPECT_EQ(run.status, 7);
     EXPECT_EQ(run.output, "root\nroot/cimv2\nroot/sub\n");
@@ -93,7 +93,7 @@ TEST_F(NamespacesTest, BelowOneThatDoesNotTellMayBeMoreAndThatIsSaid) {
 }
 
 TEST_F(NamespacesTest, OfAServerThatTellsNoneAreNotMadeUp) {
-    fServer.Fail("EnumerateInstanceNames", "interop:CIM_Namespace", 3);
+    server_.Fail("EnumerateInstanceNames", "interop:CIM_Namespace", 3);
     Have("root/interop", "CIM_Namespace", {});
     const auto run = Run();
     EXPECT_EQ(run.status, 5);

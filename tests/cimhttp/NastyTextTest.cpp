@@ -67,7 +67,7 @@ std::string Fault(const std::string& text, const std::string& allowed) {
 class NastyTextTest : public testing::Test {
   protected:
     NastyTextTest() {
-        fServer.Listen(kHttpPort);
+        server_.Listen(kHttpPort);
         const std::string nasty = Escaped(NastyText());
         const std::string description = QualifierXml("Description", "string", nasty);
         const std::string mapped = QualifierXml("ValueMap", std::vector<std::string>{"1"}) +
@@ -80,20 +80,20 @@ class NastyTextTest : public testing::Test {
         cls.insert(cls.rfind("</CLASS>"), method);
         const std::string values = PropertyXml("Text", "string", nasty) + PropertyXml("State", "uint16", "1") +
                                    ArrayXml("List", "string", {nasty, "b"});
-        fServer.Answer("EnumerateClassNames", "", "<CLASSNAME NAME=\"TEST_Disk\"/>");
-        fServer.Answer("EnumerateClasses", "", cls);
-        fServer.Answer("EnumerateQualifiers", "",
+        server_.Answer("EnumerateClassNames", "", "<CLASSNAME NAME=\"TEST_Disk\"/>");
+        server_.Answer("EnumerateClasses", "", cls);
+        server_.Answer("EnumerateQualifiers", "",
                        "<QUALIFIER.DECLARATION NAME=\"Description\" TYPE=\"string\"><SCOPE CLASS=\"true\"/><VALUE>" +
                            nasty + "</VALUE></QUALIFIER.DECLARATION>");
-        fServer.Answer("GetClass", "TEST_Disk", cls);
-        fServer.Answer("EnumerateInstances", "TEST_Disk",
+        server_.Answer("GetClass", "TEST_Disk", cls);
+        server_.Answer("EnumerateInstances", "TEST_Disk",
                        InstanceXml("TEST_Disk", nasty, values) + InstanceXml("TEST_Disk", "other", values));
-        fServer.Answer("EnumerateInstanceNames", "TEST_Disk", PathXml("TEST_Disk", nasty));
-        fServer.Answer("GetInstance", "TEST_Disk", BareInstanceXml("TEST_Disk", nasty, values));
-        fServer.Answer("GetInstance", "", BareInstanceXml("TEST_Disk", nasty, values));
+        server_.Answer("EnumerateInstanceNames", "TEST_Disk", PathXml("TEST_Disk", nasty));
+        server_.Answer("GetInstance", "TEST_Disk", BareInstanceXml("TEST_Disk", nasty, values));
+        server_.Answer("GetInstance", "", BareInstanceXml("TEST_Disk", nasty, values));
         AnswerAboutAssociations(nasty, values);
-        fServer.Fail("GetClass", "TEST_Bad", kFailed, NastyText());
-        fServer.Fail("EnumerateInstances", "TEST_Bad", kFailed, NastyText());
+        server_.Fail("GetClass", "TEST_Bad", kFailed, NastyText());
+        server_.Fail("EnumerateInstances", "TEST_Bad", kFailed, NastyText());
     }
 
     void AnswerAboutAssociations(const std::string& nasty, const std::string& values) {
@@ -108,33 +108,33 @@ class NastyTextTest : public testing::Test {
         };
         const std::string link =
             "<INSTANCENAME CLASSNAME=\"TEST_Link\">" + key("From", "a") + key("To", nasty) + "</INSTANCENAME>";
-        fServer.Answer("AssociatorNames", "",
+        server_.Answer("AssociatorNames", "",
                        "<OBJECTPATH>" + whole_path(PathXml("TEST_Disk", nasty)) + "</OBJECTPATH>");
-        fServer.Answer("ReferenceNames", "", "<OBJECTPATH>" + whole_path(link) + "</OBJECTPATH>");
-        fServer.Answer("Associators", "",
+        server_.Answer("ReferenceNames", "", "<OBJECTPATH>" + whole_path(link) + "</OBJECTPATH>");
+        server_.Answer("Associators", "",
                        "<VALUE.OBJECTWITHPATH>" + whole_path(PathXml("TEST_Disk", nasty)) +
                            BareInstanceXml("TEST_Disk", nasty, values) + "</VALUE.OBJECTWITHPATH>");
-        fServer.Answer("EnumerateInstanceNames", "CIM_Namespace", PathXml("CIM_Namespace", nasty));
+        server_.Answer("EnumerateInstanceNames", "CIM_Namespace", PathXml("CIM_Namespace", nasty));
         for (const std::string cls : {"CIM_RegisteredProfile", "CIM_ObjectManager"}) {
             const std::string property = cls == "CIM_ObjectManager" ? "Version" : "RegisteredName";
-            fServer.Answer("GetClass", cls, ClassXml(cls, "", DeclarationXml(property, "string")));
-            fServer.Answer("EnumerateInstances", cls, InstanceXml(cls, nasty, PropertyXml(property, "string", nasty)));
+            server_.Answer("GetClass", cls, ClassXml(cls, "", DeclarationXml(property, "string")));
+            server_.Answer("EnumerateInstances", cls, InstanceXml(cls, nasty, PropertyXml(property, "string", nasty)));
         }
     }
 
     std::vector<std::string> Arguments(std::vector<std::string> arguments) const {
-        arguments.insert(arguments.begin(), {"--host", fServer.Address()});
+        arguments.insert(arguments.begin(), {"--host", server_.Address()});
         return arguments;
     }
 
     /// A document for `collect`.
     std::string Document() const {
-        return fFolder.WriteFile("requested.xml", "<vyx version=\"1\"><network address=\"" + fServer.Address() +
+        return folder_.WriteFile("requested.xml", "<vyx version=\"1\"><network address=\"" + server_.Address() +
                                                       "\"/><class name=\"TEST_Disk\"/></vyx>");
     }
 
-    support::CimServer fServer;
-    support::TemporaryDirectory fFolder;
+    support::CimServer server_;
+    support::TemporaryDirectory folder_;
 };
 
 struct Form {
@@ -217,7 +217,7 @@ TEST_F(NastyTextTest, MofKeepsItInEscapes) {
 }
 
 TEST_F(NastyTextTest, CollectKeepsItInEscapes) {
-    const std::string file = (fFolder.Path() / "collected.json").string();
+    const std::string file = (folder_.Path() / "collected.json").string();
     for (const auto& arguments :
          std::vector<std::vector<std::string>>{{"collect", Document()}, {"collect", Document(), "--out", file}}) {
         const auto run = RunCimhttp(arguments);
@@ -240,10 +240,10 @@ TEST_F(NastyTextTest, TheLogEscapesIt) {
 TEST_F(NastyTextTest, AChangeOfItIsShownSafely) {
     TerminalProgram program(CIMHTTP_PROGRAM, Arguments({"watch", "TEST_Disk", "--interval", "0.01"}), {"NO_COLOR=1"});
     ASSERT_TRUE(program.AwaitText("2 instances")) << program.Screen();
-    fServer.Answer("EnumerateInstances", "TEST_Disk",
+    server_.Answer("EnumerateInstances", "TEST_Disk",
                    InstanceXml("TEST_Disk", Escaped(NastyText()), PropertyXml("Text", "string", "new")));
     ASSERT_TRUE(program.AwaitText("→ new")) << program.Screen();
-    fServer.Fail("EnumerateInstances", "TEST_Disk", kFailed, NastyText());
+    server_.Fail("EnumerateInstances", "TEST_Disk", kFailed, NastyText());
     ASSERT_TRUE(program.AwaitText(" ! ")) << program.Screen();
     program.Type("\x03");
     program.Wait();
@@ -261,7 +261,7 @@ TEST_F(NastyTextTest, ThePromptForAPasswordShowsItSafely) {
 }
 
 TEST_F(NastyTextTest, WhatThereIsToChooseFromIsShownSafely) {
-    fServer.Answer("EnumerateInstanceNames", "TEST_Disk",
+    server_.Answer("EnumerateInstanceNames", "TEST_Disk",
                    PathXml("TEST_Disk", Escaped(NastyText())) + PathXml("TEST_Disk", "other"));
     TerminalProgram program(CIMHTTP_PROGRAM, Arguments({"instance", "TEST_Disk"}), {"NO_COLOR=1"});
     ASSERT_TRUE(program.AwaitText("Which one (1-2, or nothing)? ")) << program.Screen();

@@ -37,7 +37,7 @@ class PathsTest : public testing::Test {
         return options;
     }
 
-    demo::DemoServer fServer{Options()};
+    demo::DemoServer server_{Options()};
 };
 
 } // namespace

@@ -29,19 +29,19 @@ class ProfilesTest : public testing::Test {
     ProfilesTest() {
         const std::string organization = QualifierXml("ValueMap", std::vector<std::string>{"1", "2"}) +
                                          QualifierXml("Values", std::vector<std::string>{"Other", "DMTF"});
-        fServer.Answer("EnumerateQualifiers", "", "");
-        fServer.Answer("GetClass", "root/interop:CIM_RegisteredProfile",
+        server_.Answer("EnumerateQualifiers", "", "");
+        server_.Answer("GetClass", "root/interop:CIM_RegisteredProfile",
                        ClassXml("CIM_RegisteredProfile", "",
                                 DeclarationXml("RegisteredOrganization", "uint16", organization) +
                                     DeclarationXml("OtherRegisteredOrganization", "string") +
                                     DeclarationXml("RegisteredName", "string") +
                                     DeclarationXml("RegisteredVersion", "string")));
-        fServer.Answer("EnumerateInstances", "root/interop:CIM_RegisteredProfile",
+        server_.Answer("EnumerateInstances", "root/interop:CIM_RegisteredProfile",
                        Profile("p2", "1", "Lamps", PropertyXml("OtherRegisteredOrganization", "string", "ACME")) +
                            Profile("p1", "2", "Fan", PropertyXml("RegisteredVersion", "string", "1.1.0")));
-        fServer.Answer("AssociatorNames", "p1",
+        server_.Answer("AssociatorNames", "p1",
                        "<OBJECTPATH>" + WholePathXml(PathXml("TEST_Fan", "f")) + "</OBJECTPATH>");
-        fServer.Answer("AssociatorNames", "p2", "");
+        server_.Answer("AssociatorNames", "p2", "");
     }
 
     static std::string Profile(const std::string& id, const std::string& organization, const std::string& name,
@@ -52,12 +52,12 @@ class ProfilesTest : public testing::Test {
     }
 
     ProgramRun Run(const std::vector<std::string>& more = {}) const {
-        std::vector<std::string> arguments{"--host", fServer.Address(), "profiles"};
+        std::vector<std::string> arguments{"--host", server_.Address(), "profiles"};
         arguments.insert(arguments.end(), more.begin(), more.end());
         return RunCimhttp(arguments);
     }
 
-    LinkServer fServer;
+    LinkServer server_;
 };
 
 } // namespace
@@ -110,7 +110,7 @@ TEST_F(ProfilesTest, HaveOrganizationNameVersionAndCentralInstances) {
 
 TEST_F(ProfilesTest, AreAskedForTheirElementsInTheirOwnNamespace) {
     Run();
-    const auto calls = fServer.Calls();
+    const auto calls = server_.Calls();
     const auto call = std::find_if(calls.begin(), calls.end(), [](const auto& one) {
         return one.method == "AssociatorNames" && one.object == "p1";
     });
@@ -122,8 +122,8 @@ TEST_F(ProfilesTest, AreAskedForTheirElementsInTheirOwnNamespace) {
 }
 
 TEST_F(ProfilesTest, WithoutAssociationsHaveUnknownCentralInstancesAndNotNone) {
-    fServer.Fail("AssociatorNames", "p1", kNotSupported);
-    fServer.Fail("AssociatorNames", "p2", kNotSupported);
+    server_.Fail("AssociatorNames", "p1", kNotSupported);
+    server_.Fail("AssociatorNames", "p2", kNotSupported);
     const auto run = Run({"-o", "json"});
     EXPECT_EQ(run.status, 7);
     for (const json& profile : json::parse(run.output)) {
@@ -136,7 +136,7 @@ TEST_F(ProfilesTest, WithoutAssociationsHaveUnknownCentralInstancesAndNotNone) {
 }
 
 TEST_F(ProfilesTest, OneThatDoesNotTellDoesNotHideTheOthers) {
-    fServer.Fail("AssociatorNames", "p2", kFailed);
+    server_.Fail("AssociatorNames", "p2", kFailed);
     const auto run = Run({"-o", "json"});
     EXPECT_EQ(run.status, 7);
     EXPECT_TRUE(json::parse(run.output).at(0).at("central_instances").is_null());

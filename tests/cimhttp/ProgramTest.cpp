@@ -22,18 +22,18 @@ constexpr std::uint16_t kHttpsPort = 5989;
 class ProgramTest : public testing::Test {
   protected:
     ProgramTest() {
-        fServer.Listen(kHttpPort);
-        fServer.Answer(
+        server_.Listen(kHttpPort);
+        server_.Answer(
             "EnumerateClassNames", "",
             "<CLASSNAME NAME=\"TEST_Tape\"/><CLASSNAME NAME=\"TEST_Disk\"/><CLASSNAME NAME=\"CIM_System\"/>");
-        fServer.Answer("GetQualifier", "Key",
+        server_.Answer("GetQualifier", "Key",
                        "<QUALIFIER.DECLARATION NAME=\"Key\" TYPE=\"boolean\"><SCOPE PROPERTY=\"true\"/>"
                        "</QUALIFIER.DECLARATION>");
-        fServer.Answer("GetClass", "TEST_Disk",
+        server_.Answer("GetClass", "TEST_Disk",
                        "<CLASS NAME=\"TEST_Disk\"><PROPERTY NAME=\"Size\" TYPE=\"uint64\"/><PROPERTY NAME=\"Name\" "
                        "TYPE=\"string\"><QUALIFIER NAME=\"Key\" TYPE=\"boolean\"><VALUE>TRUE</VALUE></QUALIFIER>"
                        "</PROPERTY><PROPERTY NAME=\"Vendor\" TYPE=\"string\"/></CLASS>");
-        fServer.Answer("EnumerateInstances", "TEST_Disk", DiskXml("sdb", "7") + DiskXml("sda", "12345"));
+        server_.Answer("EnumerateInstances", "TEST_Disk", DiskXml("sdb", "7") + DiskXml("sda", "12345"));
     }
 
     static std::string DiskXml(const std::string& name, const std::string& size) {
@@ -48,19 +48,19 @@ class ProgramTest : public testing::Test {
     /// A class whose values have texts for people: value maps, a unit, a text for null.
     void AnswerWithPump() {
         for (const char* name : {"ValueMap", "Values"}) {
-            fServer.Answer(
+            server_.Answer(
                 "GetQualifier", name,
                 std::string("<QUALIFIER.DECLARATION NAME=\"") + name +
                     "\" TYPE=\"string\" ISARRAY=\"true\"><SCOPE PROPERTY=\"true\"/></QUALIFIER.DECLARATION>");
         }
         for (const char* name : {"Units", "NullDisplay"}) {
-            fServer.Answer("GetQualifier", name,
+            server_.Answer("GetQualifier", name,
                            std::string("<QUALIFIER.DECLARATION NAME=\"") + name +
                                "\" TYPE=\"string\"><SCOPE PROPERTY=\"true\"/></QUALIFIER.DECLARATION>");
         }
         const std::string units = "<QUALIFIER NAME=\"Units\" TYPE=\"string\"><VALUE>Bytes</VALUE></QUALIFIER>";
         const std::string none = "<QUALIFIER NAME=\"NullDisplay\" TYPE=\"string\"><VALUE>none</VALUE></QUALIFIER>";
-        fServer.Answer(
+        server_.Answer(
             "GetClass", "TEST_Pump",
             "<CLASS NAME=\"TEST_Pump\"><PROPERTY NAME=\"Name\" TYPE=\"string\"><QUALIFIER NAME=\"Key\" "
             "TYPE=\"boolean\"><VALUE>TRUE</VALUE></QUALIFIER></PROPERTY>"
@@ -68,7 +68,7 @@ class ProgramTest : public testing::Test {
                 MapXml({"2", "3"}, {"OK", "Degraded"}) + "</PROPERTY><PROPERTY.ARRAY NAME=\"Modes\" TYPE=\"uint8\">" +
                 MapXml({"1", "2"}, {"Slow", "Fast"}) + "</PROPERTY.ARRAY><PROPERTY NAME=\"Size\" TYPE=\"uint64\">" +
                 units + "</PROPERTY><PROPERTY NAME=\"Level\" TYPE=\"sint8\">" + none + "</PROPERTY></CLASS>");
-        fServer.Answer(
+        server_.Answer(
             "EnumerateInstances", "TEST_Pump",
             PumpXml("p1", "2", "<VALUE>1</VALUE><VALUE>2</VALUE>", "1536", "") +
                 PumpXml("p2", "3", "", "7", "<PROPERTY NAME=\"Level\" TYPE=\"sint8\"><VALUE>7</VALUE></PROPERTY>"));
@@ -97,7 +97,7 @@ class ProgramTest : public testing::Test {
     }
 
     ProgramRun Run(std::vector<std::string> arguments, const std::vector<std::string>& environment = {}) {
-        arguments.insert(arguments.begin(), {"--host", fServer.Address()});
+        arguments.insert(arguments.begin(), {"--host", server_.Address()});
         return RunCimhttp(arguments, environment);
     }
 
@@ -109,7 +109,7 @@ class ProgramTest : public testing::Test {
         EXPECT_EQ(std::count(run.errors.begin(), run.errors.end(), '\n'), 1) << run.errors;
     }
 
-    support::CimServer fServer;
+    support::CimServer server_;
 };
 
 } // namespace
@@ -117,11 +117,11 @@ class ProgramTest : public testing::Test {
 // --- What the commands show --------------------------------------------------------------------------------------
 
 TEST_F(ProgramTest, InfoNamesThePluginTheProviderAndTheServer) {
-    fServer.Answer("EnumerateQualifiers", "", "");
+    server_.Answer("EnumerateQualifiers", "", "");
     const auto run = Run({"info"});
     EXPECT_EQ(run.status, 0) << run.errors;
     EXPECT_THAT(run.output, HasSubstr("libcimhttp.nsp.so\nprovider    cimhttp, type 2\nserver      http://" +
-                                      fServer.Address() + "\nclasses     3\n"));
+                                      server_.Address() + "\nclasses     3\n"));
 }
 
 TEST_F(ProgramTest, ClassesAreListedInOrder) {
@@ -176,7 +176,7 @@ TEST_F(ProgramTest, ATableThatDoesNotFitLosesColumnsAndSaysSo) {
 
 TEST_F(ProgramTest, ATableNamesTheColumnsThatItLacksWhereThereIsRoom) {
     AnswerWithPump();
-    fServer.Answer(
+    server_.Answer(
         "EnumerateInstances", "TEST_Pump",
         PumpXml("p1", "2", "<VALUE>1</VALUE><VALUE>2</VALUE>", "100000000", "") +
             PumpXml("p2", "3", "", "7", "<PROPERTY NAME=\"Level\" TYPE=\"sint8\"><VALUE>7</VALUE></PROPERTY>"));
@@ -195,7 +195,7 @@ TEST_F(ProgramTest, ANarrowTableKeepsTheHealthOfWhatItLists) {
         cls += *name == 'N' ? "<QUALIFIER NAME=\"Key\" TYPE=\"boolean\"><VALUE>TRUE</VALUE></QUALIFIER>" : "";
         cls += "</PROPERTY>";
     }
-    fServer.Answer("GetClass", "TEST_Fan", cls + "</CLASS>");
+    server_.Answer("GetClass", "TEST_Fan", cls + "</CLASS>");
     const auto fan = [](const std::string& name, const std::string& health) {
         return "<VALUE.NAMEDINSTANCE>" + PathXml("TEST_Fan", name) +
                "<INSTANCE CLASSNAME=\"TEST_Fan\"><PROPERTY NAME=\"Name\" TYPE=\"string\"><VALUE>" + name +
@@ -203,7 +203,7 @@ TEST_F(ProgramTest, ANarrowTableKeepsTheHealthOfWhatItLists) {
                "</VALUE></PROPERTY><PROPERTY NAME=\"Serial\" TYPE=\"string\"><VALUE>number " + name +
                "</VALUE></PROPERTY></INSTANCE></VALUE.NAMEDINSTANCE>";
     };
-    fServer.Answer("EnumerateInstances", "TEST_Fan", fan("f1", "OK") + fan("f2", "Degraded") + fan("f3", "OK"));
+    server_.Answer("EnumerateInstances", "TEST_Fan", fan("f1", "OK") + fan("f2", "Degraded") + fan("f3", "OK"));
     EXPECT_EQ(Run({"instances", "TEST_Fan"}, {"COLUMNS=20"}).output, "Name  HealthState\n"
                                                                      "----  -----------\n"
                                                                      "f1    OK\n"
@@ -268,7 +268,7 @@ TEST_F(ProgramTest, RawValuesAreThePlainOnes) {
 }
 
 TEST_F(ProgramTest, NoInstancesAreSaidSo) {
-    fServer.Answer("EnumerateInstances", "TEST_Disk", "");
+    server_.Answer("EnumerateInstances", "TEST_Disk", "");
     const auto run = Run({"instances", "TEST_Disk"});
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.output, "no instances\n");
@@ -314,7 +314,7 @@ TEST_F(ProgramTest, APathThatIsNoneIsExplained) {
 TEST_F(ProgramTest, NoFormLetsAServerSteerTheTerminal) {
     const std::string hostile = "\xc2\x9b"
                                 "2J\xe2\x80\xae"; // what XML lets through: a control of C1, a turn of direction
-    fServer.Answer("EnumerateInstances", "TEST_Disk", DiskXml("sda" + hostile, "1"));
+    server_.Answer("EnumerateInstances", "TEST_Disk", DiskXml("sda" + hostile, "1"));
     for (const std::string form : {"table", "plain", "json", "mof"}) {
         const auto run = Run({"instances", "TEST_Disk", "--output", form});
         EXPECT_EQ(run.status, 0) << run.errors;
@@ -325,10 +325,10 @@ TEST_F(ProgramTest, NoFormLetsAServerSteerTheTerminal) {
     EXPECT_THAT(Run({"instances", "TEST_Disk", "--output", "csv"}).output,
                 HasSubstr("sda" + hostile)); // data, in a file
     support::TerminalProgram program(CIMHTTP_PROGRAM,
-                                     {"--host", fServer.Address(), "instances", "TEST_Disk", "--output", "csv"});
+                                     {"--host", server_.Address(), "instances", "TEST_Disk", "--output", "csv"});
     EXPECT_EQ(program.Wait(), 0);
     EXPECT_THAT(program.Screen(), testing::Not(HasSubstr("\xc2\x9b")));
-    fServer.Fail("EnumerateInstances", "TEST_Disk", 2, "go away" + hostile);
+    server_.Fail("EnumerateInstances", "TEST_Disk", 2, "go away" + hostile);
     EXPECT_THAT(Run({"instances", "TEST_Disk"}).errors,
                 testing::AllOf(HasSubstr("go away"), testing::Not(HasSubstr("\xc2\x9b"))));
 }
@@ -336,15 +336,15 @@ TEST_F(ProgramTest, NoFormLetsAServerSteerTheTerminal) {
 // --- Connection --------------------------------------------------------------------------------------------------
 
 TEST_F(ProgramTest, TlsConnectsToTheSecurePort) {
-    const support::TestCertificate certificate(support::TestCertificate::For(fServer.Address()));
-    fServer.ListenTls(kHttpsPort, certificate);
+    const support::TestCertificate certificate(support::TestCertificate::For(server_.Address()));
+    server_.ListenTls(kHttpsPort, certificate);
     const auto run = Run({"--tls", "classes"});
     EXPECT_EQ(run.status, 0) << run.errors;
     EXPECT_EQ(run.output, "CIM_System\nTEST_Disk\nTEST_Tape\n");
 }
 
 TEST_F(ProgramTest, ThePasswordComesFromAFileOrTheEnvironment) {
-    fServer.RequireUser("reader", "s3cret");
+    server_.RequireUser("reader", "s3cret");
     const support::TemporaryDirectory directory;
     const std::string file = (directory.Path() / "password").string();
     std::ofstream(file) << "s3cret\nsecond line\n";
@@ -375,23 +375,23 @@ TEST_F(ProgramTest, APasswordWithoutAUserIsRefused) {
 }
 
 TEST_F(ProgramTest, AServerThatClosesInTheMiddleOfAnAnswerFails) {
-    fServer.AnswerNextWith("HTTP/1.1 200 OK\r\nContent-Type: application/xml\r\nCIMOperation: MethodResponse\r\n"
+    server_.AnswerNextWith("HTTP/1.1 200 OK\r\nContent-Type: application/xml\r\nCIMOperation: MethodResponse\r\n"
                            "Content-Length: 5000\r\n\r\n<?xml version=\"1.0\"?><CIM CIMVERSION=\"2.0\"");
     ExpectOneLine(Run({"classes"}), 6, "cannot be listed");
 }
 
 TEST_F(ProgramTest, AServerOfAnotherKindIsDoubted) {
-    fServer.AnswerNextWith("HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\n\r\n");
+    server_.AnswerNextWith("HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\n\r\n");
     ExpectOneLine(Run({"classes"}), 6,
-                  "HTTP error 404 Not Found from " + fServer.Address() +
+                  "HTTP error 404 Not Found from " + server_.Address() +
                       ":5988; is it a CIM server that answers there?");
-    fServer.AnswerNextWith(
+    server_.AnswerNextWith(
         "HTTP/1.1 501 Not Implemented\r\nCIMError: unsupported-operation\r\nContent-Length: 0\r\n\r\n");
     ExpectOneLine(Run({"classes"}), 6, "CIMError: unsupported-operation\n");
 }
 
 TEST_F(ProgramTest, AnAnswerThatIsNotXmlIsAFailureOfTheServer) {
-    fServer.AnswerNextWith("HTTP/1.1 200 OK\r\nContent-Type: application/xml\r\nCIMOperation: MethodResponse\r\n"
+    server_.AnswerNextWith("HTTP/1.1 200 OK\r\nContent-Type: application/xml\r\nCIMOperation: MethodResponse\r\n"
                            "Content-Length: 5\r\n\r\nhello");
     ExpectOneLine(Run({"class", "TEST_Disk"}), 6, "the class TEST_Disk cannot be read");
 }
@@ -403,11 +403,11 @@ TEST_F(ProgramTest, AnUnknownClassIsNotFound) {
 }
 
 TEST_F(ProgramTest, AnInstanceOfAnUnknownClassIsNotFound) {
-    fServer.Fail("GetInstance", "", 5, "no such class");
+    server_.Fail("GetInstance", "", 5, "no such class");
     for (const std::string path : {"TEST_Dsik", "TEST_Dsik.Name=\"a.b:c\"", "root/cimv2:TEST_Dsik.Name=\"a\"",
                                    "//server.example/root/cimv2:TEST_Dsik.Name=\"a\""}) {
         ExpectOneLine(Run({"instance", path}), 5,
-                      "there is no class TEST_Dsik on http://" + fServer.Address() + " (did you mean TEST_Disk?)");
+                      "there is no class TEST_Dsik on http://" + server_.Address() + " (did you mean TEST_Disk?)");
     }
 }
 
@@ -424,7 +424,7 @@ TEST_F(ProgramTest, AnInvalidClassNameIsRefused) {
 }
 
 TEST_F(ProgramTest, InstancesThatTheServerRefusesAreAFailedLogin) {
-    fServer.Fail("EnumerateInstances", "TEST_Disk", 2, "not for you");
+    server_.Fail("EnumerateInstances", "TEST_Disk", 2, "not for you");
     ExpectOneLine(Run({"instances", "TEST_Disk"}), 4, "CIM_ERR_ACCESS_DENIED: not for you");
 }
 
@@ -478,14 +478,14 @@ TEST_F(ProgramTest, HelpIsNoFailure) {
 
 TEST_F(ProgramTest, AFullDiskIsAFailure) {
     const std::string command =
-        std::string(CIMHTTP_PROGRAM) + " --host " + fServer.Address() + " classes >/dev/full 2>&1";
+        std::string(CIMHTTP_PROGRAM) + " --host " + server_.Address() + " classes >/dev/full 2>&1";
     const int status = std::system(command.c_str());
     EXPECT_EQ(WEXITSTATUS(status), 1);
 }
 
 TEST_F(ProgramTest, AClosedOutputIsAFailureAndNoPlaceForTheConnection) {
-    fServer.Answer("EnumerateInstances", "TEST_Disk", DiskXml("sda", "1"));
+    server_.Answer("EnumerateInstances", "TEST_Disk", DiskXml("sda", "1"));
     const auto run = support::RunProgram("/bin/sh", {"-c", "exec \"$@\" >&-", "sh", CIMHTTP_PROGRAM, "--host",
-                                                     fServer.Address(), "instances", "TEST_Disk"});
+                                                     server_.Address(), "instances", "TEST_Disk"});
     ExpectOneLine(run, 1, "the output could not be written: Bad file descriptor");
 }

@@ -40,29 +40,29 @@ class RecordTest : public testing::Test {
         Words arguments{"--host", support::LoopbackAddress(), "--user", "reader"};
         arguments.insert(arguments.end(), command.begin(), command.end());
         return RunCimhttp(arguments,
-                          {std::string("CIMHTTP_PASSWORD=") + kPassword, "XDG_CONFIG_HOME=" + fFolder.Path().string()});
+                          {std::string("CIMHTTP_PASSWORD=") + kPassword, "XDG_CONFIG_HOME=" + folder_.Path().string()});
     }
 
     ProgramRun Record(Words command) const {
-        command.insert(command.begin(), {"record", fFile});
+        command.insert(command.begin(), {"record", file_});
         return Run(command);
     }
 
     /// The recording takes the server's place.
     void Replay() {
-        fServer.reset();
-        fRecording = std::make_unique<demo::Recording>(ReadFile(fFile));
-        fListener = std::make_unique<demo::ReplayListener>(
-            *fRecording, [this](const std::string& request) { fUnknown.push_back(request); },
+        server_.reset();
+        recording_ = std::make_unique<demo::Recording>(ReadFile(file_));
+        listener_ = std::make_unique<demo::ReplayListener>(
+            *recording_, [this](const std::string& request) { unknown_.push_back(request); },
             support::LoopbackAddress(), kHttpPort, nullptr);
     }
 
-    support::TemporaryDirectory fFolder;
-    const std::string fFile = (fFolder.Path() / "server.rec").string();
-    std::unique_ptr<demo::DemoServer> fServer = std::make_unique<demo::DemoServer>(Options());
-    Words fUnknown;
-    std::unique_ptr<demo::Recording> fRecording;
-    std::unique_ptr<demo::ReplayListener> fListener;
+    support::TemporaryDirectory folder_;
+    const std::string file_ = (folder_.Path() / "server.rec").string();
+    std::unique_ptr<demo::DemoServer> server_ = std::make_unique<demo::DemoServer>(Options());
+    Words unknown_;
+    std::unique_ptr<demo::Recording> recording_;
+    std::unique_ptr<demo::ReplayListener> listener_;
 };
 
 } // namespace
@@ -86,11 +86,11 @@ TEST_F(RecordTest, WhatWasRecordedIsPlayedToTheSameCommandsWithTheSameResults) {
     }
     EXPECT_THAT(recorded[0].output, HasSubstr("greatest"));
     EXPECT_EQ(recorded.back().status, 5);
-    EXPECT_THAT(fUnknown, testing::IsEmpty());
+    EXPECT_THAT(unknown_, testing::IsEmpty());
 }
 
 TEST_F(RecordTest, AnAnswerThatCannotBeReadIsPlayedAndFailsInTheSameWay) {
-    fServer.reset();
+    server_.reset();
     support::CimServer server;
     server.Listen(kHttpPort);
     const std::string head = "HTTP/1.1 200 OK\r\nCIMOperation: MethodResponse\r\nContent-Type: application/xml\r\n";
@@ -116,24 +116,24 @@ TEST_F(RecordTest, AnAnswerThatCannotBeReadIsPlayedAndFailsInTheSameWay) {
         EXPECT_NE(played.errors, "");
         EXPECT_THAT(recorded[i].errors, testing::EndsWith(played.errors)) << answers[i];
     }
-    EXPECT_THAT(fUnknown, testing::IsEmpty());
+    EXPECT_THAT(unknown_, testing::IsEmpty());
 }
 
 TEST_F(RecordTest, ARecordingHoldsNoCredentialsAndIsForItsOwnerAlone) {
     EXPECT_EQ(Record({"instances", "CIM_StorageVolume"}).status, 0);
-    EXPECT_THAT(ReadFile(fFile),
+    EXPECT_THAT(ReadFile(file_),
                 AllOf(HasSubstr("<IMETHODCALL NAME=\"OpenEnumerateInstances\">"), HasSubstr("HTTP/1.1 401"),
                       HasSubstr("CIMMethod: OpenEnumerateInstances"), HasSubstr("volume-0000002"),
                       Not(HasSubstr(kPassword)), Not(HasSubstr(kEncodedLogin))));
     struct stat status {};
-    ASSERT_EQ(::stat(fFile.c_str(), &status), 0);
+    ASSERT_EQ(::stat(file_.c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777U, 0600U);
 }
 
 TEST_F(RecordTest, SaysOnceThatTheFileGetsWhatTheServerTells) {
     const auto run = Record({"classes"});
     EXPECT_EQ(run.output, Run({"classes"}).output);
-    EXPECT_EQ(run.errors, "cimhttp: " + fFile +
+    EXPECT_EQ(run.errors, "cimhttp: " + file_ +
                               " gets all that the server tells, without passwords; look at it before you pass it on\n");
 }
 
@@ -143,30 +143,30 @@ TEST_F(RecordTest, WhatWasNotRecordedIsAnErrorThatNamesIt) {
     const auto run = Run({"class", "CIM_System"});
     EXPECT_EQ(run.status, 6);
     EXPECT_THAT(run.errors, HasSubstr("not recorded"));
-    EXPECT_THAT(fUnknown, testing::Contains("GetClass of CIM_System in root/cimv2"));
+    EXPECT_THAT(unknown_, testing::Contains("GetClass of CIM_System in root/cimv2"));
 }
 
 TEST_F(RecordTest, AFileThatOthersMayReadIsRefusedAndSoIsWhatIsNoFile) {
-    fFolder.WriteFile("server.rec", "");
-    ASSERT_EQ(::chmod(fFile.c_str(), 0644), 0);
+    folder_.WriteFile("server.rec", "");
+    ASSERT_EQ(::chmod(file_.c_str(), 0644), 0);
     const auto run = Record({"classes"});
     EXPECT_EQ(run.status, 2);
     EXPECT_THAT(run.errors, HasSubstr("chmod 600"));
-    EXPECT_EQ(ReadFile(fFile), "");
-    EXPECT_EQ(Run({"record", fFolder.Path().string(), "classes"}).status, 2);
+    EXPECT_EQ(ReadFile(file_), "");
+    EXPECT_EQ(Run({"record", folder_.Path().string(), "classes"}).status, 2);
     EXPECT_EQ(Run({"record", "/dev/null", "classes"}).status, 2);
 }
 
 TEST_F(RecordTest, IsATraceOfItsOwn) {
-    const auto run = Run({"--trace", fFolder.Path() / "trace", "record", fFile, "classes"});
+    const auto run = Run({"--trace", folder_.Path() / "trace", "record", file_, "classes"});
     EXPECT_EQ(run.status, 2);
     EXPECT_THAT(run.errors, HasSubstr("leave out --trace"));
-    EXPECT_FALSE(std::filesystem::exists(fFile));
+    EXPECT_FALSE(std::filesystem::exists(file_));
 }
 
 TEST_F(RecordTest, NeedsAFileAndACommand) {
-    for (const Words& words : {Words{"record"}, Words{"record", "file.rec"}, Words{"record", fFile, "nothing"},
-                               Words{"record", fFile, "record", fFile, "classes"}}) {
+    for (const Words& words : {Words{"record"}, Words{"record", "file.rec"}, Words{"record", file_, "nothing"},
+                               Words{"record", file_, "record", file_, "classes"}}) {
         const auto run = Run(words);
         EXPECT_EQ(run.status, 2) << run.output;
         EXPECT_THAT(run.errors, HasSubstr("see cimhttp record --help"));

@@ -146,7 +146,7 @@ std::string Node(const std::string& name) { return "TEST_Node.Name=\"" + name + 
 class RelatedTest : public testing::Test {
   protected:
     ProgramRun Run(std::vector<std::string> arguments) const {
-        arguments.insert(arguments.begin(), {"--host", fServer.Address(), "related"});
+        arguments.insert(arguments.begin(), {"--host", server_.Address(), "related"});
         return RunCimhttp(arguments);
     }
 
@@ -157,16 +157,16 @@ class RelatedTest : public testing::Test {
         return run.output;
     }
 
-    LinkServer fServer;
+    LinkServer server_;
 };
 
 } // namespace
 
 TEST_F(RelatedTest, TheTreeHasEachObjectWithTheAssociationThatLeadsToIt) {
-    fServer.Link("TEST_Holds", "a", "b");
-    fServer.Link("TEST_Feeds", "c", "a");
-    fServer.Link("TEST_Holds", "b", "d");
-    fServer.Answer("ReferenceNames", "d", "");
+    server_.Link("TEST_Holds", "a", "b");
+    server_.Link("TEST_Feeds", "c", "a");
+    server_.Link("TEST_Holds", "b", "d");
+    server_.Answer("ReferenceNames", "d", "");
     EXPECT_EQ(Output({Node("a")}), "TEST_Node.Name=\"a\"\n"
                                    "├── TEST_Node.Name=\"c\"  TEST_Feeds\n"
                                    "└── TEST_Node.Name=\"b\"  TEST_Holds\n"
@@ -174,10 +174,10 @@ TEST_F(RelatedTest, TheTreeHasEachObjectWithTheAssociationThatLeadsToIt) {
 }
 
 TEST_F(RelatedTest, ACircleIsCutAndSaysSo) {
-    fServer.Link("TEST_Holds", "a", "b");
-    fServer.Link("TEST_Holds", "b", "c");
-    fServer.Link("TEST_Holds", "c", "a");
-    fServer.Link("TEST_Likes", "a", "a");
+    server_.Link("TEST_Holds", "a", "b");
+    server_.Link("TEST_Holds", "b", "c");
+    server_.Link("TEST_Holds", "c", "a");
+    server_.Link("TEST_Likes", "a", "a");
     EXPECT_EQ(Output({Node("a"), "--depth", "9"}), "TEST_Node.Name=\"a\"\n"
                                                    "├── TEST_Node.Name=\"b\"  TEST_Holds\n"
                                                    "│   └── TEST_Node.Name=\"c\"  TEST_Holds, shown elsewhere\n"
@@ -188,14 +188,14 @@ TEST_F(RelatedTest, ACircleIsCutAndSaysSo) {
 TEST_F(RelatedTest, TheDepthSaysHowFarToGoAndEachObjectIsAskedOnce) {
     for (const auto& [from, to] :
          std::vector<std::pair<std::string, std::string>>{{"a", "b"}, {"b", "c"}, {"c", "d"}, {"a", "x"}, {"x", "b"}}) {
-        fServer.Link("TEST_Holds", from, to);
+        server_.Link("TEST_Holds", from, to);
     }
     EXPECT_THAT(Output({Node("a")}), AllOf(HasSubstr("\"c\""), Not(HasSubstr("\"d\""))));
-    EXPECT_EQ(fServer.CountOf("ReferenceNames"), 3U); // a, b and x
-    EXPECT_EQ(fServer.Calls().size(), 3U);
+    EXPECT_EQ(server_.CountOf("ReferenceNames"), 3U); // a, b and x
+    EXPECT_EQ(server_.Calls().size(), 3U);
     EXPECT_THAT(Output({Node("a"), "--depth", "1"}), AllOf(HasSubstr("\"b\""), Not(HasSubstr("\"c\""))));
     EXPECT_THAT(Output({Node("a"), "--depth", "3"}), HasSubstr("\"d\""));
-    EXPECT_EQ(fServer.CountOf("ReferenceNames"), 3U + 1 + 4);
+    EXPECT_EQ(server_.CountOf("ReferenceNames"), 3U + 1 + 4);
     EXPECT_EQ(Run({Node("a"), "--depth", "101"}).status, 2);
 }
 
@@ -212,7 +212,7 @@ TEST_F(RelatedTest, ObjectsAreNamedByTheKeysThatTellThemApart) {
     for (const auto& path : {device("TEST_Disk", "1"), device("TEST_Disk", "2"), device("TEST_Fan", "1")}) {
         links += "<OBJECTPATH>" + WholePathXml(LinkXml("TEST_Has", PathXml("TEST_Node", "a"), path)) + "</OBJECTPATH>";
     }
-    fServer.Answer("ReferenceNames", "a", links);
+    server_.Answer("ReferenceNames", "a", links);
     EXPECT_EQ(Output({Node("a"), "--depth", "1"}), "TEST_Node.Name=\"a\"\n"
                                                    "├── TEST_Disk.…,DeviceID=\"1\"  TEST_Has\n"
                                                    "├── TEST_Disk.…,DeviceID=\"2\"  TEST_Has\n"
@@ -224,20 +224,20 @@ TEST_F(RelatedTest, ObjectsInOtherNamespacesAreAskedThereAndThoseOfOtherServersA
         return "<OBJECTPATH>" + WholePathXml(LinkXml("TEST_Holds", WholePathXml(PathXml("TEST_Node", "a")), to)) +
                "</OBJECTPATH>";
     };
-    fServer.Answer("ReferenceNames", "a",
+    server_.Answer("ReferenceNames", "a",
                    link(WholePathXml(PathXml("TEST_Node", "b"), "SERVER.example", "root/other")) +
                        link(WholePathXml(PathXml("TEST_Node", "c"), "elsewhere.example")) +
                        link("<LOCALINSTANCEPATH><LOCALNAMESPACEPATH><NAMESPACE NAME=\"root\"/><NAMESPACE "
                             "NAME=\"third\"/></LOCALNAMESPACEPATH>" +
                             PathXml("TEST_Node", "d") + "</LOCALINSTANCEPATH>"));
-    fServer.Answer("ReferenceNames", "b", "");
-    fServer.Answer("ReferenceNames", "d", "");
+    server_.Answer("ReferenceNames", "b", "");
+    server_.Answer("ReferenceNames", "d", "");
     EXPECT_EQ(Output({"root/cimv2:" + Node("a")}),
               "TEST_Node.Name=\"a\"\n"
               "├── //elsewhere.example/root/cimv2:TEST_Node.Name=\"c\"  TEST_Holds, on another server\n"
               "├── root/other:TEST_Node.Name=\"b\"  TEST_Holds\n"
               "└── root/third:TEST_Node.Name=\"d\"  TEST_Holds\n");
-    for (const auto& call : fServer.Calls()) {
+    for (const auto& call : server_.Calls()) {
         const std::string name_space = call.object == "a" ? "cimv2" : call.object == "b" ? "other" : "third";
         EXPECT_THAT(call.body, HasSubstr("<NAMESPACE NAME=\"" + name_space + "\"/></LOCALNAMESPACEPATH>"));
         EXPECT_NE(call.object, "c");
@@ -250,19 +250,19 @@ TEST_F(RelatedTest, AssociationsWithoutReferencesAmongTheirKeysAreReadThemselves
         return "<PROPERTY.REFERENCE NAME=\"" + role + "\"><VALUE.REFERENCE>" + PathXml("TEST_Node", name) +
                "</VALUE.REFERENCE></PROPERTY.REFERENCE>";
     };
-    fServer.Answer("ReferenceNames", "a", "<OBJECTPATH>" + path + "</OBJECTPATH>");
-    fServer.Answer("References", "a",
+    server_.Answer("ReferenceNames", "a", "<OBJECTPATH>" + path + "</OBJECTPATH>");
+    server_.Answer("References", "a",
                    "<VALUE.OBJECTWITHPATH>" + path + "<INSTANCE CLASSNAME=\"TEST_Odd\">" +
                        PropertyXml("Name", "string", "7") + reference("One", "a") + reference("Other", "b") +
                        "</INSTANCE></VALUE.OBJECTWITHPATH>");
     EXPECT_EQ(Output({Node("a"), "--depth", "1"}), "TEST_Node.Name=\"a\"\n└── TEST_Node.Name=\"b\"  TEST_Odd\n");
-    EXPECT_EQ(fServer.Calls().size(), 2U);
+    EXPECT_EQ(server_.Calls().size(), 2U);
 }
 
 TEST_F(RelatedTest, AnObjectThatDoesNotTellIsMarkedAndLeavesTheResultIncomplete) {
-    fServer.Link("TEST_Holds", "a", "b");
-    fServer.Link("TEST_Holds", "a", "c");
-    fServer.Fail("ReferenceNames", "b", kFailed);
+    server_.Link("TEST_Holds", "a", "b");
+    server_.Link("TEST_Holds", "a", "c");
+    server_.Fail("ReferenceNames", "b", kFailed);
     const auto run = Run({Node("a")});
     EXPECT_EQ(run.status, 7);
     EXPECT_THAT(run.output, AllOf(HasSubstr("\"b\"  TEST_Holds, not read\n"), EndsWith("\"c\"  TEST_Holds\n")));
@@ -275,7 +275,7 @@ TEST_F(RelatedTest, AnObjectThatDoesNotTellIsMarkedAndLeavesTheResultIncomplete)
 }
 
 TEST_F(RelatedTest, AServerWithoutAssociationsIsAFailure) {
-    fServer.Fail("ReferenceNames", "a", kNotSupported);
+    server_.Fail("ReferenceNames", "a", kNotSupported);
     const auto run = Run({Node("a")});
     EXPECT_EQ(run.status, 6);
     EXPECT_EQ(run.output, "");
@@ -283,9 +283,9 @@ TEST_F(RelatedTest, AServerWithoutAssociationsIsAFailure) {
 }
 
 TEST_F(RelatedTest, AnObjectWithoutAssociationsMustExist) {
-    fServer.Answer("ReferenceNames", "a", "");
+    server_.Answer("ReferenceNames", "a", "");
     EXPECT_EQ(Run({Node("a")}).status, 5);
-    fServer.Answer("GetInstance", "a", BareInstanceXml("TEST_Node", "a"));
+    server_.Answer("GetInstance", "a", BareInstanceXml("TEST_Node", "a"));
     EXPECT_EQ(Output({Node("a")}), "TEST_Node.Name=\"a\"\n");
     EXPECT_EQ(Run({"TEST_Node"}).status, 2);
     EXPECT_EQ(Run({"TEST_Node.Name="}).status, 2);
@@ -299,17 +299,17 @@ TEST_F(RelatedTest, TooManyAssociationsAreCutOffAndThatIsSaid) {
                      LinkXml("TEST_Holds", PathXml("TEST_Node", "a"), PathXml("TEST_Node", "n" + std::to_string(i)))) +
                  "</OBJECTPATH>";
     }
-    fServer.Answer("ReferenceNames", "a", links);
+    server_.Answer("ReferenceNames", "a", links);
     const auto run = Run({Node("a")});
     EXPECT_EQ(run.status, 7);
     EXPECT_EQ(run.errors, "cimhttp: there are more than 10000 associations; the others are left out\n");
     EXPECT_EQ(std::count(run.output.begin(), run.output.end(), '\n'), 10001);
-    EXPECT_EQ(fServer.Calls().size(), 1U);
+    EXPECT_EQ(server_.Calls().size(), 1U);
 }
 
 TEST_F(RelatedTest, JsonHasTheObjectsAndTheAssociationsBetweenThem) {
-    fServer.Link("TEST_Holds", "a", "b");
-    fServer.Link("TEST_Holds", "c", "a");
+    server_.Link("TEST_Holds", "a", "b");
+    server_.Link("TEST_Holds", "c", "a");
     const json graph = json::parse(Output({Node("a"), "--depth", "1", "-o", "json"}));
     EXPECT_EQ(graph.at("complete"), true);
     EXPECT_EQ(graph.at("objects"), json::parse(R"([
@@ -327,7 +327,7 @@ TEST_F(RelatedTest, JsonHasTheObjectsAndTheAssociationsBetweenThem) {
 
 TEST_F(RelatedTest, DotIsAGraphWhateverTheTextsAre) {
     const std::string nasty = "x\"]; } evil -- [\\N &lt;b&gt; &amp;quot;\nline";
-    fServer.Link("TEST_Holds", "a", "x&quot;]; } evil -- [\\N &amp;lt;b&amp;gt; &amp;amp;quot;&#10;line");
+    server_.Link("TEST_Holds", "a", "x&quot;]; } evil -- [\\N &amp;lt;b&amp;gt; &amp;amp;quot;&#10;line");
     const std::string dot = Output({Node("a"), "--depth", "1", "-o", "dot"});
     const DotReader graph(dot);
     ASSERT_EQ(graph.nodes.size(), 2U);

@@ -17,10 +17,10 @@ using std::chrono::seconds;
 /// answers with an error, `l` a refused login, `n` one that does not have what is read. It notes what happens.
 class ScriptedReading : public RepeatedReading {
   public:
-    explicit ScriptedReading(std::string script) : fScript(std::move(script)) {}
+    explicit ScriptedReading(std::string script) : script_(std::move(script)) {}
 
     void Read() override {
-        const char letter = fScript.at(fReads++);
+        const char letter = script_.at(reads_++);
         const std::string letters = "csln";
         const Failure::ExitStatus statuses[] = {Failure::kConnection, Failure::kServer, Failure::kAuthentication,
                                                 Failure::kNotFound};
@@ -29,16 +29,16 @@ class ScriptedReading : public RepeatedReading {
         }
     }
 
-    void Show(std::size_t round) override { fEvents += std::to_string(round) + ' '; }
-    void Lose(const Failure& failure) override { fEvents += std::string(failure.what()) + ' '; }
-    void Regain() override { fEvents += "back "; }
+    void Show(std::size_t round) override { events_ += std::to_string(round) + ' '; }
+    void Lose(const Failure& failure) override { events_ += std::string(failure.what()) + ' '; }
+    void Regain() override { events_ += "back "; }
 
-    const std::string& Events() const { return fEvents; }
+    const std::string& Events() const { return events_; }
 
   private:
-    std::string fScript;
-    std::size_t fReads = 0;
-    std::string fEvents;
+    std::string script_;
+    std::size_t reads_ = 0;
+    std::string events_;
 };
 
 /// The waits of a repetition that ends after `most` of them.

@@ -66,25 +66,25 @@ class AllTypesTest : public testing::Test {
         return options;
     }
 
-    demo::DemoServer fServer{Options()};
+    demo::DemoServer server_{Options()};
 };
 
 /// TEST_Disk, whose instances have one property `Value` beside their key, the name of which is the value's text.
 class SelectionTest : public testing::Test {
   protected:
-    SelectionTest() { fServer.Listen(kHttpPort); }
+    SelectionTest() { server_.Listen(kHttpPort); }
 
     void AnswerWith(const std::string& type, const Texts& values) {
-        fServer.Answer("GetClass", "TEST_Disk", ClassXml("TEST_Disk", "", DeclarationXml("Value", type)));
+        server_.Answer("GetClass", "TEST_Disk", ClassXml("TEST_Disk", "", DeclarationXml("Value", type)));
         std::string instances;
         for (const std::string& value : values) {
             instances += InstanceXml("TEST_Disk", value.empty() ? "null" : value, PropertyXml("Value", type, value));
         }
-        fServer.Answer("EnumerateInstances", "TEST_Disk", instances);
+        server_.Answer("EnumerateInstances", "TEST_Disk", instances);
     }
 
     ProgramRun Run(Texts arguments) const {
-        arguments.insert(arguments.begin(), {"--host", fServer.Address()});
+        arguments.insert(arguments.begin(), {"--host", server_.Address()});
         return RunInProcess(std::move(arguments));
     }
 
@@ -103,7 +103,7 @@ class SelectionTest : public testing::Test {
 
     Texts Where(const std::string& condition) const { return Names({"--where", condition}); }
 
-    support::CimServer fServer;
+    support::CimServer server_;
 };
 
 struct Extremes {
@@ -339,16 +339,16 @@ TEST_F(SelectionTest, TheServerIsAskedForWhatIsSortedBy) {
     AnswerWith("uint32", {"2", "1"});
     const auto run = Run({"instances", "TEST_Disk", "--property", "Name", "--sort", "VALUE"});
     EXPECT_EQ(run.output, "Name\n----\n1\n2\n");
-    EXPECT_EQ(fServer.Calls().back().parameters.at("PropertyList"), "Name,Value");
+    EXPECT_EQ(server_.Calls().back().parameters.at("PropertyList"), "Name,Value");
 }
 
 TEST_F(SelectionTest, EqualInstancesStayInTheOrderOfTheirPaths) {
-    fServer.Answer("GetClass", "TEST_Disk",
+    server_.Answer("GetClass", "TEST_Disk",
                    ClassXml("TEST_Disk", "", DeclarationXml("A", "uint8") + DeclarationXml("B", "uint8")));
     const auto disk = [](const char* name, const char* a, const char* b) {
         return InstanceXml("TEST_Disk", name, PropertyXml("A", "uint8", a) + PropertyXml("B", "uint8", b));
     };
-    fServer.Answer("EnumerateInstances", "TEST_Disk",
+    server_.Answer("EnumerateInstances", "TEST_Disk",
                    disk("d", "1", "1") + disk("c", "1", "1") + disk("b", "2", "9") + disk("a", "1", "2"));
     EXPECT_THAT(Names({"--sort", "A"}), ElementsAre("a", "c", "d", "b"));
     EXPECT_THAT(Names({"--sort", "A:asc,B"}), ElementsAre("c", "d", "a", "b"));
@@ -378,7 +378,7 @@ TEST_F(SelectionTest, ALimitCutsAndSaysSo) {
 }
 
 TEST_F(SelectionTest, ALimitCutsListsOfPathsAndKeysToo) {
-    fServer.Answer("EnumerateInstanceNames", "TEST_Disk", PathXml("TEST_Disk", "b") + PathXml("TEST_Disk", "a"));
+    server_.Answer("EnumerateInstanceNames", "TEST_Disk", PathXml("TEST_Disk", "b") + PathXml("TEST_Disk", "a"));
     const auto paths = Run({"instances", "TEST_Disk", "--paths", "--limit", "1"});
     EXPECT_EQ(paths.output, "TEST_Disk.Name=\"a\"\n");
     EXPECT_EQ(paths.errors, "cimhttp: 1 of 2 instances shown; without --limit all are\n");
@@ -386,10 +386,10 @@ TEST_F(SelectionTest, ALimitCutsListsOfPathsAndKeysToo) {
 }
 
 TEST_F(SelectionTest, ConditionsAlsoHoldForAServerThatDoesNotDescribeItsClasses) {
-    fServer.Answer("EnumerateInstances", "TEST_Disk",
+    server_.Answer("EnumerateInstances", "TEST_Disk",
                    InstanceXml("TEST_Disk", "a", PropertyXml("Value", "uint32", "10")) +
                        InstanceXml("TEST_Disk", "b", PropertyXml("Value", "uint32", "9")));
-    fServer.Fail("GetClass", "TEST_Disk", 7, "not here");
+    server_.Fail("GetClass", "TEST_Disk", 7, "not here");
     EXPECT_THAT(Where("Value<10"), ElementsAre("b"));
     EXPECT_THAT(Names({"--sort", "Value"}), ElementsAre("b", "a"));
     EXPECT_EQ(Run({"instances", "TEST_Disk", "--where", "Value<x"}).status, 2);

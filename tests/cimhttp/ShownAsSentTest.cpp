@@ -57,7 +57,7 @@ Lines SplitLines(const std::string& text) {
 /// A demo server, and before it one that passes everything on and keeps the answers.
 class ShownAsSentTest : public testing::Test {
   protected:
-    ShownAsSentTest() { fWitness.Listen(kHttpPort); }
+    ShownAsSentTest() { witness_.Listen(kHttpPort); }
 
     static const Lines& ClassNames() {
         static const Lines names = [] {
@@ -98,9 +98,9 @@ class ShownAsSentTest : public testing::Test {
 
     /// The bodies of the answers to an operation since the last call.
     Lines TakeAnswers(const std::string& operation) {
-        const std::lock_guard<std::mutex> lock(fMutex);
+        const std::lock_guard<std::mutex> lock(mutex_);
         Lines answers;
-        for (const std::string& answer : std::exchange(fAnswers, {})) {
+        for (const std::string& answer : std::exchange(answers_, {})) {
             if (answer.find("IMETHODRESPONSE NAME=\"" + operation + '"') != std::string::npos) {
                 answers.push_back(answer.substr(answer.find("\r\n\r\n") + 4));
             }
@@ -115,8 +115,8 @@ class ShownAsSentTest : public testing::Test {
     }
 
     std::size_t RequestCount() {
-        const std::lock_guard<std::mutex> lock(fMutex);
-        return fAnswers.size();
+        const std::lock_guard<std::mutex> lock(mutex_);
+        return answers_.size();
     }
 
     // --- wbemcli -------------------------------------------------------------------------------------------------
@@ -192,7 +192,7 @@ class ShownAsSentTest : public testing::Test {
         return empty;
     }
 
-    support::TemporaryDirectory fDirectory;
+    support::TemporaryDirectory directory_;
 
   private:
     static demo::DemoServerOptions Options() {
@@ -204,14 +204,14 @@ class ShownAsSentTest : public testing::Test {
         return options;
     }
 
-    std::mutex fMutex;
-    Lines fAnswers;
-    demo::DemoServer fServer{Options()};
-    support::FaultyServer fWitness{support::SecondLoopbackAddress(), kHttpPort,
+    std::mutex mutex_;
+    Lines answers_;
+    demo::DemoServer server_{Options()};
+    support::FaultyServer witness_{support::SecondLoopbackAddress(), kHttpPort,
                                    [this](support::Connection& client, const std::string& answer) {
                                        {
-                                           const std::lock_guard<std::mutex> lock(fMutex);
-                                           fAnswers.push_back(answer);
+                                           const std::lock_guard<std::mutex> lock(mutex_);
+                                           answers_.push_back(answer);
                                        }
                                        client.Write(answer);
                                    }};
@@ -299,7 +299,7 @@ TEST_F(ShownAsSentTest, CollectsEveryClassAsItIsSent) {
     for (const std::string& name : ClassNames()) {
         document += "<class name=\"" + name + "\"/>\n";
     }
-    const std::string collected = Output({"collect", fDirectory.WriteFile("requested.xml", document + "</vyx>\n")});
+    const std::string collected = Output({"collect", directory_.WriteFile("requested.xml", document + "</vyx>\n")});
     const json all = json::parse(collected, nullptr, false);
     ASSERT_TRUE(all.is_object());
     EXPECT_EQ(all.at("complete"), true);

@@ -24,18 +24,18 @@ constexpr std::uint16_t kHttpPort = 5988;
 class TerminalTest : public testing::Test {
   protected:
     TerminalTest() {
-        fServer.Listen(kHttpPort);
-        fServer.RequireUser("reader", "s3cret");
-        fServer.Answer("EnumerateClassNames", "", "<CLASSNAME NAME=\"TEST_Disk\"/>");
+        server_.Listen(kHttpPort);
+        server_.RequireUser("reader", "s3cret");
+        server_.Answer("EnumerateClassNames", "", "<CLASSNAME NAME=\"TEST_Disk\"/>");
     }
 
     std::vector<std::string> ClassesAsReader() const {
-        return {"--host", fServer.Address(), "--user", "reader", "classes"};
+        return {"--host", server_.Address(), "--user", "reader", "classes"};
     }
 
-    std::string Question() const { return "Password of reader on http://" + fServer.Address() + ": "; }
+    std::string Question() const { return "Password of reader on http://" + server_.Address() + ": "; }
 
-    support::CimServer fServer;
+    support::CimServer server_;
 };
 
 } // namespace

@@ -68,25 +68,25 @@ class TrustTest : public testing::Test {
     /// Options of a certificate that is good for the server's address.
     Options Good() const {
         Options options;
-        options.extensions = {{"subjectAltName", "IP:" + fAddress + ",DNS:server.example"}};
+        options.extensions = {{"subjectAltName", "IP:" + address_ + ",DNS:server.example"}};
         return options;
     }
 
-    IssuedCertificate Issued(const Options& options) const { return {options, fAuthority}; }
+    IssuedCertificate Issued(const Options& options) const { return {options, authority_}; }
 
     support::TlsOptions Files(const IssuedCertificate& certificate) const {
-        return {fFolder.WriteFile("server.pem", certificate.Pem()),
-                fFolder.WriteFile("server.key", certificate.KeyPem()), support::TlsVersion::kCurrent, ""};
+        return {folder_.WriteFile("server.pem", certificate.Pem()),
+                folder_.WriteFile("server.key", certificate.KeyPem()), support::TlsVersion::kCurrent, ""};
     }
 
     std::unique_ptr<SecureServer> Serve(const IssuedCertificate& certificate, std::uint16_t port = kHttpsPort) const {
-        return std::make_unique<SecureServer>(Files(certificate), port, fAddress);
+        return std::make_unique<SecureServer>(Files(certificate), port, address_);
     }
 
-    std::vector<std::string> Environment() const { return {"XDG_CONFIG_HOME=" + fFolder.Path().string()}; }
+    std::vector<std::string> Environment() const { return {"XDG_CONFIG_HOME=" + folder_.Path().string()}; }
 
     std::vector<std::string> Arguments(std::vector<std::string> arguments) const {
-        arguments.insert(arguments.begin(), {"--host", fAddress, "--tls"});
+        arguments.insert(arguments.begin(), {"--host", address_, "--tls"});
         return arguments;
     }
 
@@ -117,23 +117,23 @@ class TrustTest : public testing::Test {
     void ExpectRefused(const ProgramRun& run, const SecureServer& server, const std::string& part) const {
         EXPECT_EQ(run.status, 3);
         EXPECT_EQ(run.output, "");
-        EXPECT_THAT(run.errors, StartsWith("cimhttp: no connection to https://" + fAddress + ": "));
+        EXPECT_THAT(run.errors, StartsWith("cimhttp: no connection to https://" + address_ + ": "));
         EXPECT_THAT(run.errors, HasSubstr(part));
         EXPECT_THAT(run.errors, Not(HasSubstr("leave out")));
         EXPECT_EQ(std::count(run.errors.begin(), run.errors.end(), '\n'), 1) << run.errors;
         EXPECT_EQ(server.RequestCount(), 0);
     }
 
-    KnownServers Known() const { return KnownServers((fFolder.Path() / "cimhttp" / "known_servers.json").string()); }
+    KnownServers Known() const { return KnownServers((folder_.Path() / "cimhttp" / "known_servers.json").string()); }
 
-    std::string HostAndPort() const { return fAddress + ":5989"; }
+    std::string HostAndPort() const { return address_ + ":5989"; }
 
     static constexpr const char* kQuestion = "? (yes or no) ";
 
-    const std::string fAddress = support::LoopbackAddress();
-    const support::TemporaryDirectory fFolder;
-    const IssuedCertificate fAuthority{IssuedCertificate::Authority("the test's authority")};
-    const std::string fCa = fFolder.WriteFile("ca.pem", fAuthority.Pem());
+    const std::string address_ = support::LoopbackAddress();
+    const support::TemporaryDirectory folder_;
+    const IssuedCertificate authority_{IssuedCertificate::Authority("the test's authority")};
+    const std::string ca_ = folder_.WriteFile("ca.pem", authority_.Pem());
 };
 
 } // namespace
@@ -142,13 +142,13 @@ class TrustTest : public testing::Test {
 
 TEST_F(TrustTest, AServerThatAnAuthorityVouchesForIsVerifiedWithoutAWord) {
     const auto server = Serve(Issued(Good()));
-    const auto run = RunAsReader({"--ca", fCa, "classes"});
+    const auto run = RunAsReader({"--ca", ca_, "classes"});
     EXPECT_EQ(run.errors, "");
     EXPECT_EQ(run.output, kClasses);
-    std::filesystem::create_directory(fFolder.Path() / "authorities");
-    fFolder.WriteFile("authorities/one.pem", fAuthority.Pem());
-    EXPECT_EQ(Run({"--ca", (fFolder.Path() / "authorities").string(), "--verify", "classes"}).output, kClasses);
-    auto program = OnTerminal({"--ca", fCa, "classes"});
+    std::filesystem::create_directory(folder_.Path() / "authorities");
+    folder_.WriteFile("authorities/one.pem", authority_.Pem());
+    EXPECT_EQ(Run({"--ca", (folder_.Path() / "authorities").string(), "--verify", "classes"}).output, kClasses);
+    auto program = OnTerminal({"--ca", ca_, "classes"});
     EXPECT_EQ(program.Wait(), 0);
     EXPECT_EQ(program.Screen(), "TEST_Disk\r\n") << "nobody is asked";
 }
@@ -158,7 +158,7 @@ TEST_F(TrustTest, AnExpiredCertificateIsRefusedWithItsDate) {
     options.valid_until_day = -1;
     const IssuedCertificate certificate = Issued(options);
     const auto server = Serve(certificate);
-    ExpectRefused(RunAsReader({"--ca", fCa, "classes"}), *server, "has expired on " + certificate.ValidUntil());
+    ExpectRefused(RunAsReader({"--ca", ca_, "classes"}), *server, "has expired on " + certificate.ValidUntil());
 }
 
 TEST_F(TrustTest, ACertificateOfTomorrowIsRefusedWithItsDate) {
@@ -166,13 +166,13 @@ TEST_F(TrustTest, ACertificateOfTomorrowIsRefusedWithItsDate) {
     options.valid_from_day = 1;
     const IssuedCertificate certificate = Issued(options);
     const auto server = Serve(certificate);
-    ExpectRefused(RunAsReader({"--ca", fCa, "classes"}), *server, "is not valid before " + certificate.ValidFrom());
+    ExpectRefused(RunAsReader({"--ca", ca_, "classes"}), *server, "is not valid before " + certificate.ValidFrom());
 }
 
 TEST_F(TrustTest, ACertificateOfAnUnknownAuthorityIsRefusedWithTheAuthority) {
     const IssuedCertificate other(IssuedCertificate::Authority("some other authority"));
     const auto server = Serve({Good(), other});
-    ExpectRefused(RunAsReader({"--ca", fCa, "classes"}), *server,
+    ExpectRefused(RunAsReader({"--ca", ca_, "classes"}), *server,
                   "which CN=some other authority has issued: give --ca FILE with that authority's certificate");
 }
 
@@ -180,23 +180,23 @@ TEST_F(TrustTest, ACertificateForOtherNamesIsRefusedWithTheNames) {
     Options options;
     options.extensions = {{"subjectAltName", "DNS:storage.example,DNS:backup.example,IP:192.0.2.7"}};
     const auto server = Serve(Issued(options));
-    ExpectRefused(RunAsReader({"--ca", fCa, "classes"}), *server,
-                  "its certificate is not for " + fAddress +
+    ExpectRefused(RunAsReader({"--ca", ca_, "classes"}), *server,
+                  "its certificate is not for " + address_ +
                       ", but for storage.example, backup.example, 192.0.2.7: use that name with --host");
 }
 
 TEST_F(TrustTest, ACertificateThatSignedItselfIsRefusedUntilItIsNamed) {
     const IssuedCertificate certificate(Good());
     const auto server = Serve(certificate);
-    const auto refused = RunAsReader({"--ca", fCa, "classes"});
+    const auto refused = RunAsReader({"--ca", ca_, "classes"});
     ExpectRefused(refused, *server, "is signed by itself");
     EXPECT_THAT(refused.errors, HasSubstr("SHA-256 " + certificate.Fingerprint()));
-    EXPECT_EQ(Run({"--ca", fFolder.WriteFile("own.pem", certificate.Pem()), "classes"}).output, kClasses);
+    EXPECT_EQ(Run({"--ca", folder_.WriteFile("own.pem", certificate.Pem()), "classes"}).output, kClasses);
 }
 
 TEST_F(TrustTest, AFileThatIsNoCertificateIsNamed) {
     const auto server = Serve(Issued(Good()));
-    const std::string file = fFolder.WriteFile("nothing.pem", "nothing");
+    const std::string file = folder_.WriteFile("nothing.pem", "nothing");
     ExpectRefused(RunAsReader({"--ca", file, "classes"}), *server, file);
     ExpectRefused(RunAsReader({"--ca", "/no/such/file", "classes"}), *server, "/no/such/file");
 }
@@ -228,7 +228,7 @@ TEST_F(TrustTest, WithoutATerminalAnUnknownServerIsWarnedOf) {
     const auto server = Serve(Issued(Good()));
     const auto run = Run({"classes"});
     EXPECT_EQ(run.output, kClasses);
-    EXPECT_EQ(run.errors, "cimhttp: encrypted, but nobody has verified that this is " + fAddress + "\n");
+    EXPECT_EQ(run.errors, "cimhttp: encrypted, but nobody has verified that this is " + address_ + "\n");
     EXPECT_THAT(Known().Read(), IsEmpty());
 }
 
@@ -248,7 +248,7 @@ TEST_F(TrustTest, TheUserIsShownTheCertificateAndAskedOnce) {
     auto program = OnTerminal({"classes"});
     ASSERT_TRUE(program.AwaitText(kQuestion)) << program.Screen();
     for (const std::string& line :
-         std::vector<std::string>{"subject    CN=cimhttp test server", "names      " + fAddress + ", server.example",
+         std::vector<std::string>{"subject    CN=cimhttp test server", "names      " + address_ + ", server.example",
                                   "issued by  CN=the test's authority",
                                   "valid      " + certificate.ValidFrom() + " to " + certificate.ValidUntil(),
                                   "SHA-256    " + certificate.Fingerprint()}) {
@@ -381,7 +381,7 @@ TEST_F(TrustTest, AnAuthorityCountsMoreThanWhatIsKnown) {
     Trust();
     server.reset();
     server = Serve(Issued(Good()));
-    EXPECT_EQ(Run({"--ca", fCa, "classes"}).output, kClasses);
+    EXPECT_EQ(Run({"--ca", ca_, "classes"}).output, kClasses);
 }
 
 TEST_F(TrustTest, KnownServersAreListedAndForgotten) {
@@ -393,9 +393,9 @@ TEST_F(TrustTest, KnownServersAreListedAndForgotten) {
     EXPECT_THAT(run({"connection", "known", "-o", "json"}).output,
                 HasSubstr("{\"server\":\"" + HostAndPort() + "\",\"sha256\":\"" + certificate.Fingerprint() +
                           "\",\"since\":\"20"));
-    EXPECT_EQ(run({"connection", "forget", fAddress}).status, 0) << "5989 is the usual port";
+    EXPECT_EQ(run({"connection", "forget", address_}).status, 0) << "5989 is the usual port";
     EXPECT_EQ(run({"connection", "known"}).output, "no known servers\n");
-    const auto again = run({"connection", "forget", fAddress});
+    const auto again = run({"connection", "forget", address_});
     EXPECT_EQ(again.status, 2);
     EXPECT_THAT(again.errors, HasSubstr("there is no known server " + HostAndPort()));
     EXPECT_EQ(run({"connection", "forget"}).status, 2);
@@ -404,13 +404,13 @@ TEST_F(TrustTest, KnownServersAreListedAndForgotten) {
 
 TEST_F(TrustTest, AFileOfKnownServersThatCannotBeReadLetsNobodyPass) {
     const auto server = Serve(Issued(Good()));
-    std::filesystem::create_directories(fFolder.Path() / "cimhttp");
-    fFolder.WriteFile("cimhttp/known_servers.json", "{");
+    std::filesystem::create_directories(folder_.Path() / "cimhttp");
+    folder_.WriteFile("cimhttp/known_servers.json", "{");
     const auto run = Run({"classes"});
     EXPECT_EQ(run.status, 2);
     EXPECT_THAT(run.errors, HasSubstr("known_servers.json"));
     EXPECT_EQ(server->ConnectionCount(), 0U);
-    EXPECT_EQ(Run({"--ca", fCa, "classes"}).status, 0);
+    EXPECT_EQ(Run({"--ca", ca_, "classes"}).status, 0);
 }
 
 TEST_F(TrustTest, WhereThereIsNoFolderTheAnswerCountsForOnce) {
@@ -428,24 +428,24 @@ TEST_F(TrustTest, AServerThatAsksForACertificateGetsTheUsersOwn) {
     for (const auto version : {support::TlsVersion::kOnly12, support::TlsVersion::kOnly13}) {
         support::TlsOptions options = Files(Issued(Good()));
         options.version = version;
-        options.client_authority_file = fCa;
-        const SecureServer server(options, kHttpsPort, fAddress);
-        const auto without = RunAsReader({"--ca", fCa, "classes"});
+        options.client_authority_file = ca_;
+        const SecureServer server(options, kHttpsPort, address_);
+        const auto without = RunAsReader({"--ca", ca_, "classes"});
         EXPECT_EQ(without.status, 3);
         EXPECT_THAT(without.errors, HasSubstr("give --cert FILE and --key FILE"));
         EXPECT_EQ(server.RequestCount(), 0);
         const IssuedCertificate own = Issued({});
-        const std::string cert = fFolder.WriteFile("own.pem", own.Pem());
-        const std::string key = fFolder.WriteFile("own.key", own.KeyPem());
-        const auto with = Run({"--ca", fCa, "--cert", cert, "--key", key, "classes"});
+        const std::string cert = folder_.WriteFile("own.pem", own.Pem());
+        const std::string key = folder_.WriteFile("own.key", own.KeyPem());
+        const auto with = Run({"--ca", ca_, "--cert", cert, "--key", key, "classes"});
         EXPECT_EQ(with.errors, "");
         EXPECT_EQ(with.output, kClasses);
         // Behind the command, the option of the same name is about the instance.
         const auto instance =
-            Run({"--ca", fCa, "--cert", cert, "--key", key, "instance", "TEST_Disk", "--key", "Name=a"});
+            Run({"--ca", ca_, "--cert", cert, "--key", key, "instance", "TEST_Disk", "--key", "Name=a"});
         EXPECT_EQ(instance.status, 6) << instance.errors; // the server's answer is none, but it has come
         EXPECT_EQ(
-            Run({"--ca", fCa, "--cert", fFolder.WriteFile("both.pem", own.Pem() + own.KeyPem()), "classes"}).output,
+            Run({"--ca", ca_, "--cert", folder_.WriteFile("both.pem", own.Pem() + own.KeyPem()), "classes"}).output,
             kClasses);
     }
 }
@@ -453,8 +453,8 @@ TEST_F(TrustTest, AServerThatAsksForACertificateGetsTheUsersOwn) {
 TEST_F(TrustTest, AServerThatEndsTheHandshakeForWantOfACertificateIsStillShown) {
     support::TlsOptions options = Files(Issued(Good()));
     options.version = support::TlsVersion::kOnly12;
-    options.client_authority_file = fCa;
-    const SecureServer server(options, kHttpsPort, fAddress);
+    options.client_authority_file = ca_;
+    const SecureServer server(options, kHttpsPort, address_);
     auto program = OnTerminal({"classes"});
     ASSERT_TRUE(program.AwaitText(kQuestion)) << program.Screen();
     program.Type("yes\r");
@@ -466,10 +466,10 @@ TEST_F(TrustTest, AServerThatEndsTheHandshakeForWantOfACertificateIsStillShown) 
 
 TEST_F(TrustTest, ANamedConnectionKeepsWhatItIsVerifiedBy) {
     const auto server = Serve(Issued(Good()));
-    ASSERT_EQ(Run({"connection", "add", "lab", "--ca", fCa}).errors, "");
+    ASSERT_EQ(Run({"connection", "add", "lab", "--ca", ca_}).errors, "");
     const auto run = RunCimhttp({"connection", "test", "lab"}, Environment());
     EXPECT_EQ(run.errors, "");
-    EXPECT_EQ(run.output, "https://" + fAddress + " answers: 1 classes\n");
+    EXPECT_EQ(run.output, "https://" + address_ + " answers: 1 classes\n");
     const IssuedCertificate other(Good());
     EXPECT_EQ(RunCimhttp({"-c", "lab", "--fingerprint", other.Fingerprint(), "classes"}, Environment()).status, 3);
 }
@@ -477,35 +477,35 @@ TEST_F(TrustTest, ANamedConnectionKeepsWhatItIsVerifiedBy) {
 TEST_F(TrustTest, ADocumentNamesTheAuthority) {
     const auto server = Serve(Issued(Good()));
     const auto document = [&](const std::string& ca) {
-        return fFolder.WriteFile("requested.xml", "<vyx version=\"1\"><network address=\"" + fAddress +
+        return folder_.WriteFile("requested.xml", "<vyx version=\"1\"><network address=\"" + address_ +
                                                       "\"/><network ssl=\"true\"/><network ca=\"" + ca +
                                                       "\"/><class name=\"TEST_None\"/></vyx>");
     };
-    EXPECT_THAT(RunCimhttp({"collect", document(fCa)}).errors, Not(HasSubstr("nobody has verified")));
+    EXPECT_THAT(RunCimhttp({"collect", document(ca_)}).errors, Not(HasSubstr("nobody has verified")));
     EXPECT_GT(server->RequestCount(), 0);
     const int requests = server->RequestCount();
     const IssuedCertificate other(IssuedCertificate::Authority("some other authority"));
-    const auto refused = RunCimhttp({"collect", document(fFolder.WriteFile("other.pem", other.Pem()))});
+    const auto refused = RunCimhttp({"collect", document(folder_.WriteFile("other.pem", other.Pem()))});
     EXPECT_EQ(refused.status, 3);
     EXPECT_EQ(server->RequestCount(), requests);
 }
 
 TEST_F(TrustTest, APolicyOfTheMachineThatForbidsAConnectionIsTold) {
     const auto server = Serve(Issued(Good()));
-    const std::string policy = fFolder.WriteFile(
+    const std::string policy = folder_.WriteFile(
         "policy.json", "{\"servers\": [{\"match\": \"*\", \"force\": {\"tls\": false, \"timeout\": 30000}}]}");
     auto environment = Environment();
     environment.push_back("CIMHTTP_POLICY=" + policy);
-    const auto run = RunCimhttp(Arguments({"--ca", fCa, "classes"}), environment);
+    const auto run = RunCimhttp(Arguments({"--ca", ca_, "classes"}), environment);
     ExpectRefused(run, *server, "policy " + policy + ": ");
     environment.back() = "CIMHTTP_POLICY=/no/such/policy.json";
-    ExpectRefused(RunCimhttp(Arguments({"--ca", fCa, "classes"}), environment), *server, "/no/such/policy.json");
+    ExpectRefused(RunCimhttp(Arguments({"--ca", ca_, "classes"}), environment), *server, "/no/such/policy.json");
 }
 
 TEST_F(TrustTest, NobodyIsAskedOrWarnedWhereThePolicyVerifiesTheServer) {
     const auto server = Serve(Issued(Good()));
     const std::string policy =
-        fFolder.WriteFile("policy.json", R"({"servers": [{"match": "*", "default": {"trust": ")" + fCa + R"("}}]})");
+        folder_.WriteFile("policy.json", R"({"servers": [{"match": "*", "default": {"trust": ")" + ca_ + R"("}}]})");
     auto environment = Environment();
     environment.push_back("CIMHTTP_POLICY=" + policy);
     const auto run = RunCimhttp(Arguments({"--verify", "classes"}), environment);
@@ -521,8 +521,8 @@ TEST_F(TrustTest, APolicyThatDoesNotTrustTheServerRefusesItWithoutAQuestion) {
     const IssuedCertificate other(IssuedCertificate::Authority("some other authority"));
     const auto server = Serve(Issued(Good()));
     const std::string policy =
-        fFolder.WriteFile("policy.json", R"({"servers": [{"match": "*", "force": {"trust": ")" +
-                                             fFolder.WriteFile("other.pem", other.Pem()) + R"("}}]})");
+        folder_.WriteFile("policy.json", R"({"servers": [{"match": "*", "force": {"trust": ")" +
+                                             folder_.WriteFile("other.pem", other.Pem()) + R"("}}]})");
     auto environment = Environment();
     environment.push_back("CIMHTTP_POLICY=" + policy);
     ExpectRefused(RunCimhttp(Arguments({"classes"}), environment), *server,
@@ -531,9 +531,9 @@ TEST_F(TrustTest, APolicyThatDoesNotTrustTheServerRefusesItWithoutAQuestion) {
 
 TEST_F(TrustTest, InfoSaysWhyThereIsNothingToSeeOfTls) {
     const auto server = Serve(Issued(Good()), 0);
-    const FirstConnectionOnly before(fAddress, kHttpsPort,
+    const FirstConnectionOnly before(address_, kHttpsPort,
                                      server->Port()); // the plug-in's; the one that looks comes next
-    const auto run = Run({"--ca", fCa, "info"});
+    const auto run = Run({"--ca", ca_, "info"});
     EXPECT_EQ(run.status, 7) << run.errors;
     EXPECT_THAT(run.output, ContainsRegex("\nTLS +could not be looked at: [^\n]+\nclasses +1\n"));
 }

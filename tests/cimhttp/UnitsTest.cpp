@@ -35,8 +35,8 @@ std::string SensorXml(const std::string& name, const std::string& base, const st
 class UnitsTest : public testing::Test {
   protected:
     UnitsTest() {
-        fServer.Listen(kHttpPort);
-        fServer.Answer("GetClass", "TEST_Sensor",
+        server_.Listen(kHttpPort);
+        server_.Answer("GetClass", "TEST_Sensor",
                        ClassXml("TEST_Sensor", "",
                                 DeclarationXml("BaseUnits", "uint16") + DeclarationXml("UnitModifier", "sint32") +
                                     DeclarationXml("RateUnits", "uint16") + DeclarationXml("CurrentReading", "sint32") +
@@ -44,7 +44,7 @@ class UnitsTest : public testing::Test {
                                     DeclarationXml("Number", "sint32")));
         const std::string map = QualifierXml("ValueMap", {"0x0000", "0x8000.."}) +
                                 QualifierXml("Values", std::vector<std::string>{"None", "Vendor"});
-        fServer.Answer(
+        server_.Answer(
             "GetClass", "TEST_Disk",
             ClassXml("TEST_Disk", "",
                      DeclarationXml("Size", "uint64", QualifierXml("Units", "string", "Bytes")) +
@@ -62,13 +62,13 @@ class UnitsTest : public testing::Test {
                                    PropertyXml("Amount", "uint32", "1500") +
                                    PropertyXml("AmountUnit", "string", "watt"));
         };
-        fServer.Answer("EnumerateInstances", "TEST_Disk",
+        server_.Answer("EnumerateInstances", "TEST_Disk",
                        disk("a", "1500", "0") + disk("b", "17179869184", "17") +
                            disk("c", "18446744073709551615", "32769"));
     }
 
     std::string Output(std::vector<std::string> arguments) const {
-        arguments.insert(arguments.begin(), {"--host", fServer.Address()});
+        arguments.insert(arguments.begin(), {"--host", server_.Address()});
         const auto run = RunCimhttp(arguments);
         EXPECT_EQ(run.status, 0) << run.errors;
         return run.output;
@@ -76,13 +76,13 @@ class UnitsTest : public testing::Test {
 
     /// What the last request for instances asks of each.
     std::string RequestedProperties() const {
-        const auto calls = fServer.Calls();
+        const auto calls = server_.Calls();
         const auto& parameters = calls.back().parameters;
         const auto list = parameters.find("PropertyList");
         return list == parameters.end() ? "all" : list->second;
     }
 
-    support::CimServer fServer;
+    support::CimServer server_;
 };
 
 } // namespace
@@ -131,7 +131,7 @@ TEST_F(UnitsTest, APropertyMayHoldTheUnitOfAnother) {
 }
 
 TEST_F(UnitsTest, ASensorsReadingsHaveTheUnitThatItTells) {
-    fServer.Answer("EnumerateInstances", "TEST_Sensor",
+    server_.Answer("EnumerateInstances", "TEST_Sensor",
                    SensorXml("a", "2", "-2", "0", "2350") + SensorXml("b", "61", "3", "3", "7") +
                        SensorXml("c", "1", "0", "0", "5") + SensorXml("d", "5", "", "", "12"));
     EXPECT_EQ(Output({"instances", "TEST_Sensor", "--property", "Name,CurrentReading,UpperThresholdCritical,Number"}),
@@ -146,11 +146,11 @@ TEST_F(UnitsTest, ASensorsReadingsHaveTheUnitThatItTells) {
 }
 
 TEST_F(UnitsTest, AClassThatHasNotAllThreePropertiesIsNoSensor) {
-    fServer.Answer("GetClass", "TEST_Meter",
+    server_.Answer("GetClass", "TEST_Meter",
                    ClassXml("TEST_Meter", "",
                             DeclarationXml("BaseUnits", "uint16") + DeclarationXml("UnitModifier", "sint32") +
                                 DeclarationXml("CurrentReading", "sint32")));
-    fServer.Answer("EnumerateInstances", "TEST_Meter",
+    server_.Answer("EnumerateInstances", "TEST_Meter",
                    InstanceXml("TEST_Meter", "a",
                                PropertyXml("BaseUnits", "uint16", "2") + Number("UnitModifier", "-2") +
                                    Number("CurrentReading", "2350")));
@@ -158,7 +158,7 @@ TEST_F(UnitsTest, AClassThatHasNotAllThreePropertiesIsNoSensor) {
 }
 
 TEST_F(UnitsTest, ConditionsMatchTheTextThatIsShown) {
-    fServer.Answer("EnumerateInstances", "TEST_Sensor",
+    server_.Answer("EnumerateInstances", "TEST_Sensor",
                    SensorXml("a", "2", "-2", "0", "2350") + SensorXml("b", "2", "-2", "0", "2450"));
     EXPECT_EQ(Output({"instances", "TEST_Sensor", "--property", "Name", "--where", "CurrentReading=24.5 °C"}),
               "Name\n----\nb\n");
@@ -168,16 +168,16 @@ TEST_F(UnitsTest, ConditionsMatchTheTextThatIsShown) {
 }
 
 TEST_F(UnitsTest, AValueThatHasChangedKeepsTheUnitThatItHad) {
-    fServer.Answer("EnumerateInstances", "TEST_Sensor", SensorXml("a", "2", "-2", "0", "2350"));
-    TerminalProgram program(CIMHTTP_PROGRAM, {"--host", fServer.Address(), "watch", "TEST_Sensor", "--property",
+    server_.Answer("EnumerateInstances", "TEST_Sensor", SensorXml("a", "2", "-2", "0", "2350"));
+    TerminalProgram program(CIMHTTP_PROGRAM, {"--host", server_.Address(), "watch", "TEST_Sensor", "--property",
                                               "CurrentReading", "--interval", "0.01"});
     ASSERT_TRUE(program.AwaitText("1 instance")) << program.Screen();
-    fServer.Answer("EnumerateInstances", "TEST_Sensor", SensorXml("a", "2", "-1", "0", "240"));
+    server_.Answer("EnumerateInstances", "TEST_Sensor", SensorXml("a", "2", "-1", "0", "240"));
     EXPECT_TRUE(program.AwaitText("CurrentReading: 23.5 °C → 24 °C\r\n")) << program.Screen();
 }
 
 TEST_F(UnitsTest, AnInstanceIsShownAlike) {
-    fServer.Answer("GetInstance", "", BareInstanceXml("TEST_Disk", "b", PropertyXml("Size", "uint64", "17179869184")));
+    server_.Answer("GetInstance", "", BareInstanceXml("TEST_Disk", "b", PropertyXml("Size", "uint64", "17179869184")));
     EXPECT_THAT(Output({"instance", "TEST_Disk.Name=\"b\""}), HasSubstr("Size  16 GiB"));
     EXPECT_THAT(Output({"instance", "TEST_Disk.Name=\"b\"", "--units", "exact"}), HasSubstr("Size  17179869184 B"));
     EXPECT_THAT(Output({"instance", "TEST_Disk.Name=\"b\"", "--units", "scaled", "-o", "json"}),

@@ -36,10 +36,10 @@ void AnswerWithFans(support::CimServer& server, const std::string& instances) {
 
 class WatchTest : public testing::Test {
   protected:
-    WatchTest() { fServer.Listen(kHttpPort); }
+    WatchTest() { server_.Listen(kHttpPort); }
 
     std::vector<std::string> Watch(std::vector<std::string> arguments = {}) const {
-        arguments.insert(arguments.begin(), {"--host", fServer.Address(), "watch", "TEST_Fan", "--interval", "0.01"});
+        arguments.insert(arguments.begin(), {"--host", server_.Address(), "watch", "TEST_Fan", "--interval", "0.01"});
         return arguments;
     }
 
@@ -52,13 +52,13 @@ class WatchTest : public testing::Test {
         return lines;
     }
 
-    support::CimServer fServer;
+    support::CimServer server_;
 };
 
 } // namespace
 
 TEST_F(WatchTest, JsonBeginsWithTheInstancesThatThereAre) {
-    AnswerWithFans(fServer, FanXml("b", 1) + FanXml("a", 2));
+    AnswerWithFans(server_, FanXml("b", 1) + FanXml("a", 2));
     const auto run = RunCimhttp(Watch({"--count", "0", "-o", "json"}));
     EXPECT_EQ(run.status, 0) << run.errors;
     const auto lines = Lines(run.output);
@@ -76,7 +76,7 @@ TEST_F(WatchTest, JsonBeginsWithTheInstancesThatThereAre) {
 }
 
 TEST_F(WatchTest, EveryLineOfJsonHasATimeWithItsZone) {
-    AnswerWithFans(fServer, FanXml("a", 2));
+    AnswerWithFans(server_, FanXml("a", 2));
     for (const json& line : Lines(RunCimhttp(Watch({"--count", "0", "-o", "json"}), {"TZ=XXX-05:30"}).output)) {
         EXPECT_THAT(line.at("time").get<std::string>(),
                     MatchesRegex("[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}\\+05:30"));
@@ -84,10 +84,10 @@ TEST_F(WatchTest, EveryLineOfJsonHasATimeWithItsZone) {
 }
 
 TEST_F(WatchTest, JsonTellsWhatIsNewWhatHasChangedAndWhatHasGone) {
-    AnswerWithFans(fServer, FanXml("a", 1) + FanXml("b", 1));
+    AnswerWithFans(server_, FanXml("a", 1) + FanXml("b", 1));
     TerminalProgram program(CIMHTTP_PROGRAM, Watch({"--count", "1000000", "-o", "json"}));
     ASSERT_TRUE(program.AwaitText("Name=\\\"b\\\"")) << program.Screen();
-    fServer.Answer("EnumerateInstances", "TEST_Fan", InstanceXml("TEST_Fan", "a") + FanXml("c", 3));
+    server_.Answer("EnumerateInstances", "TEST_Fan", InstanceXml("TEST_Fan", "a") + FanXml("c", 3));
     ASSERT_TRUE(program.AwaitText("Name=\\\"c\\\"")) << program.Screen();
     program.Type("\x03");
     EXPECT_EQ(program.Wait(), 0);
@@ -101,10 +101,10 @@ TEST_F(WatchTest, JsonTellsWhatIsNewWhatHasChangedAndWhatHasGone) {
 }
 
 TEST_F(WatchTest, NullAndAnEmptyTextAreToldApart) {
-    AnswerWithFans(fServer, FanXml("a", 7));
+    AnswerWithFans(server_, FanXml("a", 7));
     TerminalProgram program(CIMHTTP_PROGRAM, Watch());
     ASSERT_TRUE(program.AwaitText("1 instance")) << program.Screen();
-    fServer.Answer("EnumerateInstances", "TEST_Fan", InstanceXml("TEST_Fan", "a"));
+    server_.Answer("EnumerateInstances", "TEST_Fan", InstanceXml("TEST_Fan", "a"));
     EXPECT_TRUE(program.AwaitText("Speed: 7 → –\r\n")) << program.Screen();
 }
 
@@ -113,22 +113,22 @@ TEST_F(WatchTest, AReferenceThatPointsElsewhereHasChanged) {
         return "<PROPERTY.REFERENCE NAME=\"Next\" REFERENCECLASS=\"TEST_Fan\"><VALUE.REFERENCE>" +
                PathXml("TEST_Fan", name) + "</VALUE.REFERENCE></PROPERTY.REFERENCE>";
     };
-    AnswerWithFans(fServer, InstanceXml("TEST_Fan", "a", reference("b")));
-    fServer.Answer("GetClass", "TEST_Fan",
+    AnswerWithFans(server_, InstanceXml("TEST_Fan", "a", reference("b")));
+    server_.Answer("GetClass", "TEST_Fan",
                    ClassXml("TEST_Fan", "", "<PROPERTY.REFERENCE NAME=\"Next\" REFERENCECLASS=\"TEST_Fan\"/>"));
     TerminalProgram program(CIMHTTP_PROGRAM, Watch());
     ASSERT_TRUE(program.AwaitText("1 instance")) << program.Screen();
-    fServer.Answer("EnumerateInstances", "TEST_Fan", InstanceXml("TEST_Fan", "a", reference("c")));
+    server_.Answer("EnumerateInstances", "TEST_Fan", InstanceXml("TEST_Fan", "a", reference("c")));
     EXPECT_TRUE(program.AwaitText("Next: TEST_Fan.Name=\"b\" → TEST_Fan.Name=\"c\"\r\n")) << program.Screen();
 }
 
 TEST_F(WatchTest, AServerThatGoesAndComesBackIsWaitedFor) {
-    AnswerWithFans(fServer, FanXml("a", 1));
+    AnswerWithFans(server_, FanXml("a", 1));
     TerminalProgram program(CIMHTTP_PROGRAM, Watch(), {"NO_COLOR=1"});
     ASSERT_TRUE(program.AwaitText("1 instance")) << program.Screen();
-    fServer.Stop();
+    server_.Stop();
     ASSERT_TRUE(program.AwaitText("  ! ")) << program.Screen();
-    support::CimServer again(fServer.Address());
+    support::CimServer again(server_.Address());
     AnswerWithFans(again, FanXml("a", 2));
     again.Listen(kHttpPort);
     ASSERT_TRUE(program.AwaitText("  ! the server answers again\r\n")) << program.Screen();
@@ -139,27 +139,27 @@ TEST_F(WatchTest, AServerThatGoesAndComesBackIsWaitedFor) {
 }
 
 TEST_F(WatchTest, JsonMarksTheGap) {
-    AnswerWithFans(fServer, FanXml("a", 1));
+    AnswerWithFans(server_, FanXml("a", 1));
     TerminalProgram program(CIMHTTP_PROGRAM, Watch({"-o", "json"}));
     ASSERT_TRUE(program.AwaitText("present")) << program.Screen();
-    fServer.Stop();
+    server_.Stop();
     ASSERT_TRUE(program.AwaitText(R"("change":"lost","reason":")")) << program.Screen();
-    support::CimServer again(fServer.Address());
+    support::CimServer again(server_.Address());
     AnswerWithFans(again, FanXml("a", 1));
     again.Listen(kHttpPort);
     EXPECT_TRUE(program.AwaitText(R"("change":"back"})")) << program.Screen();
 }
 
 TEST_F(WatchTest, AWaitForTheServerCanBeInterrupted) {
-    AnswerWithFans(fServer, FanXml("a", 1));
-    TerminalProgram program(CIMHTTP_PROGRAM, {"--host", fServer.Address(), "watch", "TEST_Fan", "--interval", "3600"});
+    AnswerWithFans(server_, FanXml("a", 1));
+    TerminalProgram program(CIMHTTP_PROGRAM, {"--host", server_.Address(), "watch", "TEST_Fan", "--interval", "3600"});
     ASSERT_TRUE(program.AwaitText("1 instance")) << program.Screen();
     program.Type("\x03");
     EXPECT_EQ(program.Wait(), 0);
 }
 
 TEST_F(WatchTest, AnInterruptWhileItReadsStillTellsWhatIsMissing) {
-    fServer.Stop();
+    server_.Stop();
     support::ScriptedServer server([](support::Connection& connection) {
         int readings = 0;
         for (auto request = connection.ReadRequest(); request; request = connection.ReadRequest()) {
@@ -184,24 +184,24 @@ TEST_F(WatchTest, AnInterruptWhileItReadsStillTellsWhatIsMissing) {
 }
 
 TEST_F(WatchTest, ALoginThatIsRefusedLaterEndsIt) {
-    AnswerWithFans(fServer, FanXml("a", 1));
+    AnswerWithFans(server_, FanXml("a", 1));
     TerminalProgram program(CIMHTTP_PROGRAM, Watch());
     ASSERT_TRUE(program.AwaitText("1 instance")) << program.Screen();
-    fServer.RequireUser("reader", "s3cret");
+    server_.RequireUser("reader", "s3cret");
     EXPECT_EQ(program.Wait(), 4);
     EXPECT_THAT(program.Screen(), HasSubstr("give --user NAME\r\n"));
 }
 
 TEST_F(WatchTest, AClassThatGoesEndsIt) {
-    AnswerWithFans(fServer, FanXml("a", 1));
+    AnswerWithFans(server_, FanXml("a", 1));
     TerminalProgram program(CIMHTTP_PROGRAM, Watch());
     ASSERT_TRUE(program.AwaitText("1 instance")) << program.Screen();
-    fServer.Fail("GetClass", "TEST_Fan", 6, "gone");
-    fServer.Fail("EnumerateInstances", "TEST_Fan", 5, "gone");
+    server_.Fail("GetClass", "TEST_Fan", 6, "gone");
+    server_.Fail("EnumerateInstances", "TEST_Fan", 5, "gone");
     EXPECT_EQ(program.Wait(), 5);
 }
 
 TEST_F(WatchTest, AServerThatIsNotThereAtFirstIsNotWaitedFor) {
-    fServer.Stop();
+    server_.Stop();
     EXPECT_EQ(RunCimhttp(Watch()).status, 3);
 }

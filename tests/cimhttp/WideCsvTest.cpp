@@ -25,24 +25,24 @@ constexpr std::uint16_t kHttpPort = 5988;
 class WideCsvTest : public testing::Test {
   protected:
     WideCsvTest() {
-        fServer.Listen(kHttpPort);
+        server_.Listen(kHttpPort);
         const std::string size = DeclarationXml("Size", "uint64");
-        fServer.Answer("GetClass", "TEST_Disk", ClassXml("TEST_Disk", "", size + DeclarationXml("Label", "string")));
-        fServer.Answer("GetClass", "TEST_FastDisk",
+        server_.Answer("GetClass", "TEST_Disk", ClassXml("TEST_Disk", "", size + DeclarationXml("Label", "string")));
+        server_.Answer("GetClass", "TEST_FastDisk",
                        ClassXml("TEST_FastDisk", "TEST_Disk",
                                 size + DeclarationXml("LABEL", "string") + DeclarationXml("Speed", "uint32")));
-        fServer.Answer(
+        server_.Answer(
             "EnumerateInstances", "TEST_Disk",
             InstanceXml("TEST_Disk", "sda",
                         PropertyXml("Size", "uint64", "5") +
                             "<PROPERTY NAME=\"Label\" TYPE=\"string\"><VALUE></VALUE></PROPERTY>") +
                 InstanceXml("TEST_FastDisk", "sdb",
                             PropertyXml("LABEL", "string", "a,\"b\"\nc") + PropertyXml("Speed", "uint32", "9")));
-        fServer.Answer("GetInstance", "", BareInstanceXml("TEST_Disk", "sda", PropertyXml("Size", "uint64", "5")));
+        server_.Answer("GetInstance", "", BareInstanceXml("TEST_Disk", "sda", PropertyXml("Size", "uint64", "5")));
     }
 
     ProgramRun Run(std::vector<std::string> arguments) const {
-        arguments.insert(arguments.begin(), {"--host", fServer.Address()});
+        arguments.insert(arguments.begin(), {"--host", server_.Address()});
         return RunCimhttp(arguments);
     }
 
@@ -52,7 +52,7 @@ class WideCsvTest : public testing::Test {
         return run.output;
     }
 
-    support::CimServer fServer;
+    support::CimServer server_;
 };
 
 /// What python's reader of CSV takes a text for: a list of records.
@@ -110,7 +110,7 @@ TEST_F(WideCsvTest, IsRefusedInAnotherForm) {
             EXPECT_EQ(run.errors, "cimhttp: --wide is a form of csv, which need not be asked for\n");
         }
     }
-    EXPECT_TRUE(fServer.Calls().empty());
+    EXPECT_TRUE(server_.Calls().empty());
 }
 
 TEST(WideCsv, OfEveryTypeIsReadByPythonAsItWasSent) {

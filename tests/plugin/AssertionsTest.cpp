@@ -19,31 +19,31 @@ class AssertionsDeathTest : public PluginTest {
   protected:
     AssertionsDeathTest() {
         ServeClass("TEST_Disk", "", PropertyXml("Name", "string", KeyXml()));
-        fNamespace = ConnectedNamespace();
-        fDisk = FetchClass(*fNamespace, "TEST_Disk");
+        namespace_ = ConnectedNamespace();
+        disk_ = FetchClass(*namespace_, "TEST_Disk");
     }
 
-    boost::shared_ptr<TCimHTTPNamespace> fNamespace;
-    boost::shared_ptr<TCimHTTPClass> fDisk;
+    boost::shared_ptr<TCimHTTPNamespace> namespace_;
+    boost::shared_ptr<TCimHTTPClass> disk_;
 };
 
 } // namespace
 
 TEST_F(AssertionsDeathTest, AddChildClassInsistsOnAClass) {
 #ifdef NDEBUG
-    EXPECT_EQ(StatusOf([&] { fDisk->AddChildClass(nullptr); }), 14U);
+    EXPECT_EQ(StatusOf([&] { disk_->AddChildClass(nullptr); }), 14U);
 #else
-    EXPECT_DEATH(fDisk->AddChildClass(nullptr), "px != 0");
+    EXPECT_DEATH(disk_->AddChildClass(nullptr), "px != 0");
 #endif
 }
 
 TEST_F(AssertionsDeathTest, GetInstanceInsistsOnAKnownClass) {
-    TCIMReference reference{fNamespace, TCIMContext()};
+    TCIMReference reference{namespace_, TCIMContext()};
     reference.SetClassName("TEST_None");
 #ifdef NDEBUG
-    fServer.ForgetCalls();
-    EXPECT_EQ(StatusOf([&] { fNamespace->GetInstance(reference, TCIMContext()); }), 15U);
-    EXPECT_EQ(fServer.Calls().size(), 1U) << "a fetch that failed is not repeated";
+    server_.ForgetCalls();
+    EXPECT_EQ(StatusOf([&] { namespace_->GetInstance(reference, TCIMContext()); }), 15U);
+    EXPECT_EQ(server_.Calls().size(), 1U) << "a fetch that failed is not repeated";
 #else
     const auto offline = MakeNamespace(); // without a connection every class is unknown
     EXPECT_DEATH(offline->GetInstance(reference, TCIMContext()), "px != 0");
@@ -51,12 +51,12 @@ TEST_F(AssertionsDeathTest, GetInstanceInsistsOnAKnownClass) {
 }
 
 TEST_F(AssertionsDeathTest, OnlyAClassOfThisPluginFilesItsInstances) {
-    const auto foreign = boost::make_shared<ForeignInstance>(fDisk, TCIMContext());
+    const auto foreign = boost::make_shared<ForeignInstance>(disk_, TCIMContext());
 #ifdef NDEBUG
     EXPECT_EQ(StatusOf([&] { foreign->AddToNamespace(TCIMContext()); }), 14U);
-    EXPECT_EQ(StatusOf([&] { fDisk->AddInstance(nullptr); }), 14U);
+    EXPECT_EQ(StatusOf([&] { disk_->AddInstance(nullptr); }), 14U);
 #else
     EXPECT_DEATH(foreign->AddToNamespace(TCIMContext()), "px != 0");
-    EXPECT_DEATH(fDisk->AddInstance(nullptr), "px != 0");
+    EXPECT_DEATH(disk_->AddInstance(nullptr), "px != 0");
 #endif
 }

@@ -13,54 +13,54 @@
 class CapturingLogger : public NQORVYX20::ILogger {
   public:
     void Log(EVYXLogSeverity severity, std::string message) override {
-        const std::lock_guard<std::mutex> lock(fMutex);
-        EXPECT_TRUE(severity == eLogError || severity == eLogDebug || (severity == eLogWarning && fIsFaithful) ||
-                    (severity == eLogInfo && fIsUnderPolicy))
+        const std::lock_guard<std::mutex> lock(mutex_);
+        EXPECT_TRUE(severity == eLogError || severity == eLogDebug || (severity == eLogWarning && isFaithful_) ||
+                    (severity == eLogInfo && isUnderPolicy_))
             << severity << ": " << message;
-        (severity == eLogError     ? fErrors
-         : severity == eLogWarning ? fWarnings
-         : severity == eLogInfo    ? fInfos
-                                   : fDebug)
+        (severity == eLogError     ? errors_
+         : severity == eLogWarning ? warnings_
+         : severity == eLogInfo    ? infos_
+                                   : debug_)
             .push_back(std::move(message));
     }
 
-    void ExpectWarnings() { fIsFaithful = true; }
-    void ExpectInfos() { fIsUnderPolicy = true; }
+    void ExpectWarnings() { isFaithful_ = true; }
+    void ExpectInfos() { isUnderPolicy_ = true; }
 
     std::vector<std::string> Errors() const {
-        const std::lock_guard<std::mutex> lock(fMutex);
-        return fErrors;
+        const std::lock_guard<std::mutex> lock(mutex_);
+        return errors_;
     }
 
     std::vector<std::string> Warnings() const {
-        const std::lock_guard<std::mutex> lock(fMutex);
-        return fWarnings;
+        const std::lock_guard<std::mutex> lock(mutex_);
+        return warnings_;
     }
 
     std::vector<std::string> Infos() const {
-        const std::lock_guard<std::mutex> lock(fMutex);
-        return fInfos;
+        const std::lock_guard<std::mutex> lock(mutex_);
+        return infos_;
     }
 
     std::vector<std::string> Debug() const {
-        const std::lock_guard<std::mutex> lock(fMutex);
-        return fDebug;
+        const std::lock_guard<std::mutex> lock(mutex_);
+        return debug_;
     }
 
     void Forget() {
-        const std::lock_guard<std::mutex> lock(fMutex);
-        fErrors.clear();
-        fWarnings.clear();
-        fInfos.clear();
-        fDebug.clear();
+        const std::lock_guard<std::mutex> lock(mutex_);
+        errors_.clear();
+        warnings_.clear();
+        infos_.clear();
+        debug_.clear();
     }
 
   private:
-    bool fIsFaithful = false;
-    bool fIsUnderPolicy = false;
-    mutable std::mutex fMutex;
-    std::vector<std::string> fErrors;
-    std::vector<std::string> fWarnings;
-    std::vector<std::string> fInfos;
-    std::vector<std::string> fDebug;
+    bool isFaithful_ = false;
+    bool isUnderPolicy_ = false;
+    mutable std::mutex mutex_;
+    std::vector<std::string> errors_;
+    std::vector<std::string> warnings_;
+    std::vector<std::string> infos_;
+    std::vector<std::string> debug_;
 };

@@ -17,18 +17,18 @@ class OrphanClass : public TCimHTTPClass {
 /// qualifier without the found flag fails.
 class ForeignPropertyDecl : public ICIMPropertyDecl {
   public:
-    explicit ForeignPropertyDecl(boost::shared_ptr<ICIMPropertyDecl> own) : fOwn(own) {}
+    explicit ForeignPropertyDecl(boost::shared_ptr<ICIMPropertyDecl> own) : own_(own) {}
     void AddQualifier(boost::shared_ptr<ICIMQualifier> qualifier, TCIMContext context) override {
-        fOwn->AddQualifier(qualifier, context);
+        own_->AddQualifier(qualifier, context);
     }
     boost::shared_ptr<ICIMQualifier> AllocateQualifier(boost::shared_ptr<ICIMQualifierDecl const> declaration,
                                                        const TCIMValue& value, TCIMContext context) const override {
-        return fOwn->AllocateQualifier(declaration, value, context);
+        return own_->AllocateQualifier(declaration, value, context);
     }
     boost::shared_ptr<ICIMQualifier> AllocateQualifier(boost::shared_ptr<ICIMQualifierDecl const> declaration,
                                                        const TCIMValue& value, ICIMQualifierDecl::EFlavor flavor,
                                                        TCIMContext context) const override {
-        return fOwn->AllocateQualifier(declaration, value, flavor, context);
+        return own_->AllocateQualifier(declaration, value, flavor, context);
     }
     boost::shared_ptr<ICIMQualifier> GetQualifier(const std::string& name, TCIMContext /*context*/) const override {
         ADD_FAILURE() << name << " was looked up without the flag";
@@ -36,27 +36,27 @@ class ForeignPropertyDecl : public ICIMPropertyDecl {
     }
     boost::shared_ptr<ICIMQualifier> GetQualifier(const std::string& name, bool& found,
                                                   TCIMContext context) const override {
-        return fOwn->GetQualifier(name, found, context);
+        return own_->GetQualifier(name, found, context);
     }
     void EnumerateQualifiers(const boost::function<bool(boost::shared_ptr<ICIMQualifier>)>& callback,
                              TCIMContext context) const override {
-        fOwn->EnumerateQualifiers(callback, context);
+        own_->EnumerateQualifiers(callback, context);
     }
     void Validate(TCIMContext /*context*/) const override {}
     void AddToClass(TCIMContext /*context*/) override {}
     void RemoveFromClass(TCIMContext /*context*/) override {}
-    const std::string& GetName(TCIMContext context) const override { return fOwn->GetName(context); }
-    boost::shared_ptr<ICIMClass> GetClass(TCIMContext context) const override { return fOwn->GetClass(context); }
-    TCIMValue::TCIMType GetType(TCIMContext context) const override { return fOwn->GetType(context); }
-    bool IsArray(TCIMContext context) const override { return fOwn->IsArray(context); }
-    const TCIMValue& GetDefaultValue(TCIMContext context) const override { return fOwn->GetDefaultValue(context); }
+    const std::string& GetName(TCIMContext context) const override { return own_->GetName(context); }
+    boost::shared_ptr<ICIMClass> GetClass(TCIMContext context) const override { return own_->GetClass(context); }
+    TCIMValue::TCIMType GetType(TCIMContext context) const override { return own_->GetType(context); }
+    bool IsArray(TCIMContext context) const override { return own_->IsArray(context); }
+    const TCIMValue& GetDefaultValue(TCIMContext context) const override { return own_->GetDefaultValue(context); }
     void SetDefaultValue(const TCIMValue& /*value*/, TCIMContext /*context*/) override {}
-    bool operator==(ICIMPropertyDecl& other) const override { return *fOwn == other; }
-    bool operator<(ICIMPropertyDecl& other) const override { return *fOwn < other; }
+    bool operator==(ICIMPropertyDecl& other) const override { return *own_ == other; }
+    bool operator<(ICIMPropertyDecl& other) const override { return *own_ < other; }
     ICIMPropertyDecl& operator=(const ICIMPropertyDecl& /*other*/) override { return *this; }
 
   private:
-    boost::shared_ptr<ICIMPropertyDecl> fOwn;
+    boost::shared_ptr<ICIMPropertyDecl> own_;
 };
 
 class ClassFeaturesTest : public PluginTest {
@@ -66,15 +66,15 @@ class ClassFeaturesTest : public PluginTest {
             ServeQualifier(name, "boolean");
         }
         ServeClass("TEST_Disk", "", PropertyXml("Size", "uint32"));
-        fNamespace = ConnectedNamespace();
-        fDisk = FetchClass(*fNamespace, "TEST_Disk");
-        fLog->Forget();
+        namespace_ = ConnectedNamespace();
+        disk_ = FetchClass(*namespace_, "TEST_Disk");
+        log_->Forget();
     }
 
     boost::shared_ptr<TCimHTTPClass> Fetch(const std::string& name, const std::string& content) {
         ServeClass(name, "", content);
-        auto cls = FetchClass(*fNamespace, name);
-        fLog->Forget();
+        auto cls = FetchClass(*namespace_, name);
+        log_->Forget();
         return cls;
     }
 
@@ -87,7 +87,7 @@ class ClassFeaturesTest : public PluginTest {
                                                            ECIMType type = ECIMType::eCIMString) {
         auto property = Property(cls, name, type);
         const auto declaration =
-            fNamespace->AllocateQualifierDecl("Override", TCIMValue(""), ICIMQualifierDecl::eScopeProperty,
+            namespace_->AllocateQualifierDecl("Override", TCIMValue(""), ICIMQualifierDecl::eScopeProperty,
                                               ICIMQualifierDecl::eFlavorNone, TCIMContext());
         property->AddQualifier(property->AllocateQualifier(declaration, TCIMValue(name), TCIMContext()), TCIMContext());
         return property;
@@ -95,7 +95,7 @@ class ClassFeaturesTest : public PluginTest {
 
     /// Gives the root class, the base of every class, a property.
     boost::shared_ptr<ICIMPropertyDecl> AddToRoot(const std::string& name, ECIMType type) {
-        auto property = Property(*fNamespace->GetRootClass(), name, type);
+        auto property = Property(*namespace_->GetRootClass(), name, type);
         property->AddToClass(TCIMContext());
         return property;
     }
@@ -111,8 +111,8 @@ class ClassFeaturesTest : public PluginTest {
         return names;
     }
 
-    boost::shared_ptr<TCimHTTPNamespace> fNamespace;
-    boost::shared_ptr<TCimHTTPClass> fDisk;
+    boost::shared_ptr<TCimHTTPNamespace> namespace_;
+    boost::shared_ptr<TCimHTTPClass> disk_;
 };
 
 } // namespace
@@ -120,24 +120,24 @@ class ClassFeaturesTest : public PluginTest {
 // --- Adding properties -------------------------------------------------------------------------------------------
 
 TEST_F(ClassFeaturesTest, AnAddedPropertyIsFoundByNormalisedName) {
-    const auto label = Property(*fDisk, "Label");
-    fDisk->AddPropertyDecl(label);
-    EXPECT_EQ(fDisk->GetPropertyDecl("LABEL", TCIMContext()), label);
+    const auto label = Property(*disk_, "Label");
+    disk_->AddPropertyDecl(label);
+    EXPECT_EQ(disk_->GetPropertyDecl("LABEL", TCIMContext()), label);
 }
 
 TEST_F(ClassFeaturesTest, AnAbsentPropertyOrMethodIsEmpty) {
-    EXPECT_FALSE(fDisk->GetPropertyDecl("Label", TCIMContext()));
-    EXPECT_FALSE(fDisk->GetMethodDecl("Format", TCIMContext()));
+    EXPECT_FALSE(disk_->GetPropertyDecl("Label", TCIMContext()));
+    EXPECT_FALSE(disk_->GetMethodDecl("Format", TCIMContext()));
 }
 
 TEST_F(ClassFeaturesTest, AReferenceIsRefusedByAClassThatIsNoAssociation) {
     const std::string attempt = "TCimHTTP: Attempt to add reference property System to non-association class ";
-    for (const auto& cls : {fDisk, Fetch("TEST_False", QualifierXml("Association", "boolean", "FALSE")),
+    for (const auto& cls : {disk_, Fetch("TEST_False", QualifierXml("Association", "boolean", "FALSE")),
                             Fetch("TEST_Null", QualifierXml("Association", "boolean", ""))}) {
         EXPECT_EQ(StatusOf([&] { cls->AddPropertyDecl(Property(*cls, "System", ECIMType::eCIMReference)); }), 14U);
-        EXPECT_THAT(fLog->Errors(), ElementsAre(attempt + cls->GetName(TCIMContext())));
+        EXPECT_THAT(log_->Errors(), ElementsAre(attempt + cls->GetName(TCIMContext())));
         EXPECT_FALSE(cls->GetPropertyDecl("System", TCIMContext()));
-        fLog->Forget();
+        log_->Forget();
     }
 }
 
@@ -148,116 +148,116 @@ TEST_F(ClassFeaturesTest, AReferenceIsAcceptedByAnAssociation) {
 }
 
 TEST_F(ClassFeaturesTest, AnOverrideWithoutABasePropertyIsRefused) {
-    EXPECT_EQ(StatusOf([&] { fDisk->AddPropertyDecl(OverridingProperty(*fDisk, "Label")); }), 15U);
-    EXPECT_THAT(fLog->Errors(), ElementsAre("TCimHTTP: Attempt to override property Label in class TEST_Disk: property "
+    EXPECT_EQ(StatusOf([&] { disk_->AddPropertyDecl(OverridingProperty(*disk_, "Label")); }), 15U);
+    EXPECT_THAT(log_->Errors(), ElementsAre("TCimHTTP: Attempt to override property Label in class TEST_Disk: property "
                                             "doesn't exist in base class"));
-    EXPECT_FALSE(fDisk->GetPropertyDecl("Label", TCIMContext()));
-    const auto ownSize = fDisk->GetPropertyDecl("Size", TCIMContext());
-    EXPECT_EQ(StatusOf([&] { fDisk->AddPropertyDecl(OverridingProperty(*fDisk, "Size", ECIMType::eCIMUint32)); }), 15U)
+    EXPECT_FALSE(disk_->GetPropertyDecl("Label", TCIMContext()));
+    const auto ownSize = disk_->GetPropertyDecl("Size", TCIMContext());
+    EXPECT_EQ(StatusOf([&] { disk_->AddPropertyDecl(OverridingProperty(*disk_, "Size", ECIMType::eCIMUint32)); }), 15U)
         << "a property of the class itself is no base";
-    EXPECT_EQ(fDisk->GetPropertyDecl("Size", TCIMContext()), ownSize);
+    EXPECT_EQ(disk_->GetPropertyDecl("Size", TCIMContext()), ownSize);
 }
 
 TEST_F(ClassFeaturesTest, AnOverrideOfAnotherTypeIsRefused) {
     AddToRoot("Label", ECIMType::eCIMUint16);
-    EXPECT_EQ(StatusOf([&] { fDisk->AddPropertyDecl(OverridingProperty(*fDisk, "label")); }), 14U);
-    EXPECT_THAT(fLog->Errors(),
+    EXPECT_EQ(StatusOf([&] { disk_->AddPropertyDecl(OverridingProperty(*disk_, "label")); }), 14U);
+    EXPECT_THAT(log_->Errors(),
                 ElementsAre("TCimHTTP: Attempt to override property label in class TEST_Disk: different types"));
 }
 
 TEST_F(ClassFeaturesTest, AnOverrideOfAPropertyOfTheSameClassIsRefused) {
-    fNamespace->GetRootClass()->AddPropertyDecl(Property(*fDisk, "Label"));
-    EXPECT_EQ(StatusOf([&] { fDisk->AddPropertyDecl(OverridingProperty(*fDisk, "Label")); }), 14U);
-    EXPECT_THAT(fLog->Errors(), ElementsAre("TCimHTTP: Attempt to override property Label in class TEST_Disk: original "
+    namespace_->GetRootClass()->AddPropertyDecl(Property(*disk_, "Label"));
+    EXPECT_EQ(StatusOf([&] { disk_->AddPropertyDecl(OverridingProperty(*disk_, "Label")); }), 14U);
+    EXPECT_THAT(log_->Errors(), ElementsAre("TCimHTTP: Attempt to override property Label in class TEST_Disk: original "
                                             "was defined in this class"));
 }
 
 TEST_F(ClassFeaturesTest, AnOverrideOfABasePropertyIsAccepted) {
     AddToRoot("Label", ECIMType::eCIMString);
-    const auto label = OverridingProperty(*fDisk, "Label");
-    fDisk->AddPropertyDecl(label);
-    EXPECT_EQ(fDisk->GetPropertyDecl("Label", TCIMContext()), label);
+    const auto label = OverridingProperty(*disk_, "Label");
+    disk_->AddPropertyDecl(label);
+    EXPECT_EQ(disk_->GetPropertyDecl("Label", TCIMContext()), label);
 }
 
 TEST_F(ClassFeaturesTest, AnOverrideCheckThatFailsSaysWhy) {
-    const auto root = fNamespace->GetRootClass(); // it has no superclass to look into
+    const auto root = namespace_->GetRootClass(); // it has no superclass to look into
     EXPECT_EQ(StatusOf([&] { root->AddPropertyDecl(OverridingProperty(*root, "Label")); }), 14U);
-    EXPECT_THAT(fLog->Errors(), ElementsAre("TCimHTTP: Attempt define property Label in class <root>failed. Reason = "
+    EXPECT_THAT(log_->Errors(), ElementsAre("TCimHTTP: Attempt define property Label in class <root>failed. Reason = "
                                             "tr1::bad_weak_ptr"));
-    fLog->Forget();
-    const auto orphan = boost::make_shared<OrphanClass>(fNamespace, "TEST_Orphan", nullptr);
+    log_->Forget();
+    const auto orphan = boost::make_shared<OrphanClass>(namespace_, "TEST_Orphan", nullptr);
     EXPECT_EQ(StatusOf([&] { orphan->AddPropertyDecl(OverridingProperty(*orphan, "Label")); }), 14U);
-    EXPECT_THAT(fLog->Errors(), ElementsAre("TCimHTTP: Attempt define property Label in class TEST_Orphanfailed. "
+    EXPECT_THAT(log_->Errors(), ElementsAre("TCimHTTP: Attempt define property Label in class TEST_Orphanfailed. "
                                             "Reason = The name is not a valid CIM name."));
 }
 
 TEST_F(ClassFeaturesTest, ATakenNameIsRefused) {
-    const auto first = fDisk->GetPropertyDecl("Size", TCIMContext());
-    EXPECT_EQ(StatusOf([&] { fDisk->AddPropertyDecl(Property(*fDisk, "SIZE")); }), 16U);
-    EXPECT_THAT(fLog->Errors(),
+    const auto first = disk_->GetPropertyDecl("Size", TCIMContext());
+    EXPECT_EQ(StatusOf([&] { disk_->AddPropertyDecl(Property(*disk_, "SIZE")); }), 16U);
+    EXPECT_THAT(log_->Errors(),
                 ElementsAre("TCimHTTP: Attempt to add property SIZE to class TEST_Disk: already exists"));
-    EXPECT_EQ(fDisk->GetPropertyDecl("Size", TCIMContext()), first);
+    EXPECT_EQ(disk_->GetPropertyDecl("Size", TCIMContext()), first);
 }
 
 TEST_F(ClassFeaturesTest, APortTypePropertyReplacesTheOneBefore) {
-    fDisk->AddPropertyDecl(Property(*fDisk, "OtherPortTypeInfo"));
-    const auto second = Property(*fDisk, "OtherPortTypeInfo", ECIMType::eCIMUint16);
-    fDisk->AddPropertyDecl(second);
-    EXPECT_EQ(fDisk->GetPropertyDecl("OtherPortTypeInfo", TCIMContext()), second);
-    EXPECT_THAT(fLog->Errors(), IsEmpty());
-    EXPECT_EQ(StatusOf([&] { fDisk->AddPropertyDecl(Property(*fDisk, "otherporttypeinfo")); }), 16U);
-    EXPECT_EQ(fDisk->GetPropertyDecl("OtherPortTypeInfo", TCIMContext()), second);
+    disk_->AddPropertyDecl(Property(*disk_, "OtherPortTypeInfo"));
+    const auto second = Property(*disk_, "OtherPortTypeInfo", ECIMType::eCIMUint16);
+    disk_->AddPropertyDecl(second);
+    EXPECT_EQ(disk_->GetPropertyDecl("OtherPortTypeInfo", TCIMContext()), second);
+    EXPECT_THAT(log_->Errors(), IsEmpty());
+    EXPECT_EQ(StatusOf([&] { disk_->AddPropertyDecl(Property(*disk_, "otherporttypeinfo")); }), 16U);
+    EXPECT_EQ(disk_->GetPropertyDecl("OtherPortTypeInfo", TCIMContext()), second);
 }
 
 TEST_F(ClassFeaturesTest, OnlyADeclarationOfThePluginsOwnIsAdded) {
-    const auto foreign = boost::make_shared<ForeignPropertyDecl>(Property(*fDisk, "Label"));
-    EXPECT_EQ(StatusOf([&] { fDisk->AddPropertyDecl(foreign); }), 14U);
-    EXPECT_THAT(fLog->Errors(), ElementsAre("TCimHTTP: Attempt to add property Label to class TEST_Disk: the "
+    const auto foreign = boost::make_shared<ForeignPropertyDecl>(Property(*disk_, "Label"));
+    EXPECT_EQ(StatusOf([&] { disk_->AddPropertyDecl(foreign); }), 14U);
+    EXPECT_THAT(log_->Errors(), ElementsAre("TCimHTTP: Attempt to add property Label to class TEST_Disk: the "
                                             "declaration is another implementation's"));
-    EXPECT_FALSE(fDisk->GetPropertyDecl("Label", TCIMContext()));
-    fLog->Forget();
-    EXPECT_EQ(StatusOf([&] { fDisk->AddPropertyDecl(nullptr); }), 14U);
-    EXPECT_THAT(fLog->Errors(),
+    EXPECT_FALSE(disk_->GetPropertyDecl("Label", TCIMContext()));
+    log_->Forget();
+    EXPECT_EQ(StatusOf([&] { disk_->AddPropertyDecl(nullptr); }), 14U);
+    EXPECT_THAT(log_->Errors(),
                 ElementsAre("TCimHTTP: Attempt to add a property without a declaration to class TEST_Disk"));
 }
 
 TEST_F(ClassFeaturesTest, TheRulesAreCheckedBeforeWhoseDeclarationItIs) {
     AddToRoot("Zone", ECIMType::eCIMUint16);
-    fDisk->AddPropertyDecl(Property(*fDisk, "PortType"));
-    const auto ownPortType = fDisk->GetPropertyDecl("PortType", TCIMContext());
+    disk_->AddPropertyDecl(Property(*disk_, "PortType"));
+    const auto ownPortType = disk_->GetPropertyDecl("PortType", TCIMContext());
     const auto refusal = [&](const boost::shared_ptr<ICIMPropertyDecl>& own) {
-        fLog->Forget();
-        EXPECT_NE(StatusOf([&] { fDisk->AddPropertyDecl(boost::make_shared<ForeignPropertyDecl>(own)); }), 0U);
-        EXPECT_EQ(fLog->Errors().size(), 1U);
-        return fLog->Errors().at(0);
+        log_->Forget();
+        EXPECT_NE(StatusOf([&] { disk_->AddPropertyDecl(boost::make_shared<ForeignPropertyDecl>(own)); }), 0U);
+        EXPECT_EQ(log_->Errors().size(), 1U);
+        return log_->Errors().at(0);
     };
-    EXPECT_EQ(refusal(Property(*fDisk, "System", ECIMType::eCIMReference)),
+    EXPECT_EQ(refusal(Property(*disk_, "System", ECIMType::eCIMReference)),
               "TCimHTTP: Attempt to add reference property System to non-association class TEST_Disk");
-    EXPECT_EQ(refusal(OverridingProperty(*fDisk, "Label")), "TCimHTTP: Attempt to override property Label in class "
+    EXPECT_EQ(refusal(OverridingProperty(*disk_, "Label")), "TCimHTTP: Attempt to override property Label in class "
                                                             "TEST_Disk: property doesn't exist in base class");
-    EXPECT_EQ(refusal(OverridingProperty(*fDisk, "Zone")),
+    EXPECT_EQ(refusal(OverridingProperty(*disk_, "Zone")),
               "TCimHTTP: Attempt to override property Zone in class TEST_Disk: different types");
-    EXPECT_EQ(refusal(Property(*fDisk, "Size")),
+    EXPECT_EQ(refusal(Property(*disk_, "Size")),
               "TCimHTTP: Attempt to add property Size to class TEST_Disk: already exists");
-    EXPECT_THAT(refusal(Property(*fDisk, "PortType")), testing::HasSubstr("another implementation's"));
-    EXPECT_EQ(fDisk->GetPropertyDecl("PortType", TCIMContext()), ownPortType) << "it is not replaced by nothing";
+    EXPECT_THAT(refusal(Property(*disk_, "PortType")), testing::HasSubstr("another implementation's"));
+    EXPECT_EQ(disk_->GetPropertyDecl("PortType", TCIMContext()), ownPortType) << "it is not replaced by nothing";
 }
 
 TEST_F(ClassFeaturesTest, AnOverrideOfAnotherTypeIsCalledThatEvenWhereTheOriginalIsOfTheSameClass) {
-    fNamespace->GetRootClass()->AddPropertyDecl(Property(*fDisk, "Label", ECIMType::eCIMUint16));
-    EXPECT_EQ(StatusOf([&] { fDisk->AddPropertyDecl(OverridingProperty(*fDisk, "Label")); }), 14U);
-    EXPECT_THAT(fLog->Errors(),
+    namespace_->GetRootClass()->AddPropertyDecl(Property(*disk_, "Label", ECIMType::eCIMUint16));
+    EXPECT_EQ(StatusOf([&] { disk_->AddPropertyDecl(OverridingProperty(*disk_, "Label")); }), 14U);
+    EXPECT_THAT(log_->Errors(),
                 ElementsAre("TCimHTTP: Attempt to override property Label in class TEST_Disk: different types"));
 }
 
 TEST_F(ClassFeaturesTest, PropertyDeclsAreEnumeratedByNormalisedNameUntilTheCallbackStops) {
     for (const char* name : {"zone", "Alpha", "beta"}) {
-        fDisk->AddPropertyDecl(Property(*fDisk, name));
+        disk_->AddPropertyDecl(Property(*disk_, name));
     }
-    EXPECT_THAT(VisitedNames([&](const auto& v) { fDisk->EnumeratePropertyDecls(v, TCIMContext()); }),
+    EXPECT_THAT(VisitedNames([&](const auto& v) { disk_->EnumeratePropertyDecls(v, TCIMContext()); }),
                 ElementsAre("Alpha", "beta", "Size", "zone"));
     int calls = 0;
-    fDisk->EnumeratePropertyDecls(
+    disk_->EnumeratePropertyDecls(
         [&](const auto&) {
             ++calls;
             return false;
@@ -268,35 +268,35 @@ TEST_F(ClassFeaturesTest, PropertyDeclsAreEnumeratedByNormalisedNameUntilTheCall
 
 TEST_F(ClassFeaturesTest, PropertyDeclsAddedOrReplacedLaterAreFoundAndEnumerated) {
     const auto names = [&] {
-        return VisitedNames([&](const auto& visit) { fDisk->EnumeratePropertyDecls(visit, TCIMContext()); });
+        return VisitedNames([&](const auto& visit) { disk_->EnumeratePropertyDecls(visit, TCIMContext()); });
     };
     EXPECT_THAT(names(), ElementsAre("Size"));
-    Property(*fDisk, "PortType")->AddToClass(TCIMContext());
+    Property(*disk_, "PortType")->AddToClass(TCIMContext());
     EXPECT_THAT(names(), ElementsAre("PortType", "Size"));
 
-    const auto second = Property(*fDisk, "portPortType");
-    const auto third = Property(*fDisk, "PortPortType");
+    const auto second = Property(*disk_, "portPortType");
+    const auto third = Property(*disk_, "PortPortType");
     second->AddToClass(TCIMContext());
     EXPECT_THAT(names(), ElementsAre("portPortType", "PortType", "Size"));
     third->AddToClass(TCIMContext());
     EXPECT_THAT(names(), ElementsAre("PortPortType", "PortType", "Size"));
-    EXPECT_EQ(fDisk->GetPropertyDecl("portporttype", TCIMContext()), third);
+    EXPECT_EQ(disk_->GetPropertyDecl("portporttype", TCIMContext()), third);
 
-    fDisk->EnumeratePropertyDecls(
+    disk_->EnumeratePropertyDecls(
         [&](const auto& declaration) {
             if (declaration->GetName(TCIMContext()) == "Size") {
-                Property(*fDisk, "Zone")->AddToClass(TCIMContext());
+                Property(*disk_, "Zone")->AddToClass(TCIMContext());
             }
             return true;
         },
         TCIMContext());
     EXPECT_THAT(names(), ElementsAre("PortPortType", "PortType", "Size", "Zone"));
     for (const char* name : {"zone", "Zone", "ZONE"}) {
-        EXPECT_TRUE(fDisk->GetPropertyDecl(name, TCIMContext())) << name;
+        EXPECT_TRUE(disk_->GetPropertyDecl(name, TCIMContext())) << name;
     }
-    fDisk->ClearInstances();
+    disk_->ClearInstances();
     EXPECT_THAT(names(), IsEmpty());
-    EXPECT_FALSE(fDisk->GetPropertyDecl("Zone", TCIMContext()));
+    EXPECT_FALSE(disk_->GetPropertyDecl("Zone", TCIMContext()));
 }
 
 TEST_F(ClassFeaturesTest, MethodDeclsAreEnumeratedByNormalisedNameUntilTheCallbackStops) {
@@ -322,12 +322,12 @@ TEST_F(ClassFeaturesTest, MethodDeclsAndQualifiersAreEnumeratedUntilTheCallbackS
 }
 
 TEST_F(ClassFeaturesTest, ANameThatIsNoneIsRefused) {
-    EXPECT_EQ(StatusOf([&] { fDisk->GetPropertyDecl("2nd", TCIMContext()); }), 25U);
-    EXPECT_EQ(StatusOf([&] { fDisk->GetMethodDecl("2nd", TCIMContext()); }), 25U);
-    EXPECT_EQ(StatusOf([&] { fDisk->GetProperty("2nd", TCIMContext()); }), 25U);
-    EXPECT_EQ(StatusOf([&] { fDisk->GetQualifier("2nd", TCIMContext()); }), 25U);
-    EXPECT_EQ(StatusOf([&] { fDisk->AddPropertyDecl(Property(*fDisk, "2nd")); }), 25U);
-    EXPECT_EQ(StatusOf([&] { fDisk->AddPropertyDecl(Property(*fDisk, "2nd", ECIMType::eCIMReference)); }), 14U);
+    EXPECT_EQ(StatusOf([&] { disk_->GetPropertyDecl("2nd", TCIMContext()); }), 25U);
+    EXPECT_EQ(StatusOf([&] { disk_->GetMethodDecl("2nd", TCIMContext()); }), 25U);
+    EXPECT_EQ(StatusOf([&] { disk_->GetProperty("2nd", TCIMContext()); }), 25U);
+    EXPECT_EQ(StatusOf([&] { disk_->GetQualifier("2nd", TCIMContext()); }), 25U);
+    EXPECT_EQ(StatusOf([&] { disk_->AddPropertyDecl(Property(*disk_, "2nd")); }), 25U);
+    EXPECT_EQ(StatusOf([&] { disk_->AddPropertyDecl(Property(*disk_, "2nd", ECIMType::eCIMReference)); }), 14U);
 }
 
 TEST_F(ClassFeaturesTest, FeaturesAreNotRemovedNorMethodsAdded) {
@@ -340,23 +340,23 @@ TEST_F(ClassFeaturesTest, FeaturesAreNotRemovedNorMethodsAdded) {
 }
 
 TEST_F(ClassFeaturesTest, AllocatedDeclarationsAreNotAdded) {
-    Property(*fDisk, "Label");
-    fDisk->AllocateMethodDecl("Format", TCIMValue::TCIMType(ECIMType::eCIMUint32), TCIMContext());
-    EXPECT_FALSE(fDisk->GetPropertyDecl("Label", TCIMContext()));
-    EXPECT_FALSE(fDisk->GetMethodDecl("Format", TCIMContext()));
+    Property(*disk_, "Label");
+    disk_->AllocateMethodDecl("Format", TCIMValue::TCIMType(ECIMType::eCIMUint32), TCIMContext());
+    EXPECT_FALSE(disk_->GetPropertyDecl("Label", TCIMContext()));
+    EXPECT_FALSE(disk_->GetMethodDecl("Format", TCIMContext()));
 }
 
 // --- Questions answered from qualifiers --------------------------------------------------------------------------
 
 TEST_F(ClassFeaturesTest, AnAssociationIsWhatItsQualifierSays) {
-    EXPECT_FALSE(fDisk->IsAssociation(TCIMContext()));
+    EXPECT_FALSE(disk_->IsAssociation(TCIMContext()));
     EXPECT_TRUE(Fetch("TEST_Link", QualifierXml("Association", "boolean", "TRUE"))->IsAssociation(TCIMContext()));
     EXPECT_FALSE(Fetch("TEST_False", QualifierXml("Association", "boolean", "FALSE"))->IsAssociation(TCIMContext()));
     EXPECT_FALSE(Fetch("TEST_Null", QualifierXml("Association", "boolean", ""))->IsAssociation(TCIMContext()));
 }
 
 TEST_F(ClassFeaturesTest, AnAbstractClassIsWhatItsQualifierSays) {
-    EXPECT_FALSE(fDisk->IsAbstract(TCIMContext()));
+    EXPECT_FALSE(disk_->IsAbstract(TCIMContext()));
     EXPECT_TRUE(Fetch("TEST_Base", QualifierXml("Abstract", "boolean", "TRUE"))->IsAbstract(TCIMContext()));
     EXPECT_FALSE(Fetch("TEST_False", QualifierXml("Abstract", "boolean", "FALSE"))->IsAbstract(TCIMContext()));
 }
@@ -370,7 +370,7 @@ TEST_F(ClassFeaturesTest, AQualifierThatIsNotBooleanIsNotTrue) {
     EXPECT_THAT(KeyNames(*cls), IsEmpty());
 }
 
-TEST_F(ClassFeaturesTest, AClassWithoutKeysHasNoKeyNames) { EXPECT_THAT(KeyNames(*fDisk), IsEmpty()); }
+TEST_F(ClassFeaturesTest, AClassWithoutKeysHasNoKeyNames) { EXPECT_THAT(KeyNames(*disk_), IsEmpty()); }
 
 TEST_F(ClassFeaturesTest, KeyNamesComeByNormalisedNameUntilTheCallbackStops) {
     const auto cls = Fetch("TEST_Keys", PropertyXml("System", "string", KeyXml()) +
@@ -391,7 +391,7 @@ TEST_F(ClassFeaturesTest, KeyNamesComeByNormalisedNameUntilTheCallbackStops) {
 TEST_F(ClassFeaturesTest, AFalseOrNullKeyQualifierMakesNoKey) {
     const auto cls = Fetch("TEST_Keys", PropertyXml("A", "string", QualifierXml("Key", "boolean", "FALSE")) +
                                             PropertyXml("B", "string", QualifierXml("Key", "boolean", "")));
-    const auto declaration = fNamespace->GetQualifierDecl("Key", TCIMContext());
+    const auto declaration = namespace_->GetQualifierDecl("Key", TCIMContext());
     const auto property = Property(*cls, "C");
     property->AddQualifier(property->AllocateQualifier(declaration, TCIMValue(), TCIMContext()), TCIMContext());
     property->AddToClass(TCIMContext());
@@ -401,7 +401,7 @@ TEST_F(ClassFeaturesTest, AFalseOrNullKeyQualifierMakesNoKey) {
 TEST_F(ClassFeaturesTest, KeyNamesFollowEveryChangeOfDeclarationsAndTheirQualifiers) {
     const auto cls = Fetch("TEST_Keys", PropertyXml("Name", "string", KeyXml()));
     const auto keyOf = [&](const boost::shared_ptr<ICIMPropertyDecl>& declaration, bool isKey) {
-        const auto key = fNamespace->GetQualifierDecl("Key", TCIMContext());
+        const auto key = namespace_->GetQualifierDecl("Key", TCIMContext());
         return declaration->AllocateQualifier(key, TCIMValue(isKey), ICIMQualifierDecl::eFlavorEnableOverride,
                                               TCIMContext());
     };
@@ -432,12 +432,12 @@ TEST_F(ClassFeaturesTest, WhatIsThrownDuringTheWalkOverTheKeysLeavesAsTheModelsE
         return StatusOf([&] { cls->EnumerateKeyNames(callback, TCIMContext()); });
     };
     EXPECT_EQ(walk([](const std::string*) -> bool { throw std::runtime_error("oops"); }), 14U);
-    EXPECT_THAT(fLog->Errors(), ElementsAre("TCimHTTP: Enumeration of the keys of class TEST_Keys failed: oops"));
+    EXPECT_THAT(log_->Errors(), ElementsAre("TCimHTTP: Enumeration of the keys of class TEST_Keys failed: oops"));
     EXPECT_EQ(walk([](const std::string*) -> bool { throw TVYXException(31); }), 31U);
     EXPECT_EQ(walk(boost::function<bool(const std::string*)>()), 14U);
-    fLog->Forget();
+    log_->Forget();
     EXPECT_EQ(walk([](const std::string*) -> bool { throw Pegasus::Exception("oops"); }), 14U);
-    EXPECT_THAT(fLog->Errors(), ElementsAre("TCimHTTP: Enumeration of the keys of class TEST_Keys failed"));
+    EXPECT_THAT(log_->Errors(), ElementsAre("TCimHTTP: Enumeration of the keys of class TEST_Keys failed"));
 }
 
 TEST_F(ClassFeaturesTest, AnEmptyCallbackIsABadCall) {
@@ -446,14 +446,14 @@ TEST_F(ClassFeaturesTest, AnEmptyCallbackIsABadCall) {
     EXPECT_THROW(cls->EnumeratePropertyDecls({}, TCIMContext()), boost::bad_function_call);
     EXPECT_THROW(cls->EnumerateMethodDecls({}, TCIMContext()), boost::bad_function_call);
     EXPECT_THROW(cls->EnumerateQualifiers({}, TCIMContext()), boost::bad_function_call);
-    EXPECT_THROW(fNamespace->EnumerateRootClasses({}, TCIMContext()), boost::bad_function_call);
+    EXPECT_THROW(namespace_->EnumerateRootClasses({}, TCIMContext()), boost::bad_function_call);
 }
 
 // --- Static properties and methods -------------------------------------------------------------------------------
 
 TEST_F(ClassFeaturesTest, ThereAreNoStaticProperties) {
-    EXPECT_EQ(StatusOf([&] { fDisk->GetProperty("Size", TCIMContext()); }), 15U);
-    fDisk->EnumerateStaticProperties(
+    EXPECT_EQ(StatusOf([&] { disk_->GetProperty("Size", TCIMContext()); }), 15U);
+    disk_->EnumerateStaticProperties(
         [](const auto&) {
             ADD_FAILURE() << "called back";
             return true;
@@ -462,13 +462,13 @@ TEST_F(ClassFeaturesTest, ThereAreNoStaticProperties) {
 }
 
 TEST_F(ClassFeaturesTest, SetPropertyValueIsRefused) {
-    EXPECT_EQ(StatusOf([&] { fDisk->SetPropertyValue("Size", TCIMValue(1U), TCIMContext()); }), 31U);
+    EXPECT_EQ(StatusOf([&] { disk_->SetPropertyValue("Size", TCIMValue(1U), TCIMContext()); }), 31U);
 }
 
 TEST_F(ClassFeaturesTest, InvokeMethodReturnsAnEmptyValueAndAsksNobody) {
-    fServer.ForgetCalls();
+    server_.ForgetCalls();
     TCIMContext parameters{{"Quick", TCIMValue(true)}};
-    EXPECT_EQ(fDisk->InvokeMethod("Format", parameters, TCIMContext()), TCIMValue());
+    EXPECT_EQ(disk_->InvokeMethod("Format", parameters, TCIMContext()), TCIMValue());
     EXPECT_EQ(parameters.size(), 1U);
-    EXPECT_THAT(fServer.Calls(), IsEmpty());
+    EXPECT_THAT(server_.Calls(), IsEmpty());
 }

@@ -33,14 +33,14 @@ class TNotingNamespace : public TCimHTTPNamespace {
         return TCimHTTPNamespace::GetQualifierDecl(name, context);
     }
 
-    std::vector<std::string> TakeNotes() { return std::exchange(fNotes, {}); }
+    std::vector<std::string> TakeNotes() { return std::exchange(notes_, {}); }
 
   private:
     void Note(const std::string& call, const TCIMContext& context) const {
-        fNotes.push_back(context.empty() ? call : call + " with context");
+        notes_.push_back(context.empty() ? call : call + " with context");
     }
 
-    mutable std::vector<std::string> fNotes;
+    mutable std::vector<std::string> notes_;
 };
 
 TCIMValue QualifierValue(const ICIMClass& cls, const std::string& name) {
@@ -61,17 +61,17 @@ TEST_F(ClassLookupTest, NormalizeNameAcceptsTheEmptyName) { EXPECT_EQ(TCimHTTPNa
 
 TEST_F(ClassLookupTest, NormalizeNameRefusesWhatIsNoName) {
     for (const std::string name : {"2abc", "a b", "a.b", "<root>", "-", "Gr\xc3\xb6sse"}) {
-        fLog->Forget();
+        log_->Forget();
         EXPECT_EQ(StatusOf([&] { TCimHTTPNamespace::NormalizeName(name); }), 25U) << name;
-        EXPECT_THAT(fLog->Errors(), ElementsAre("CimHTTP: CIM name '" + name + "' is invalid"));
+        EXPECT_THAT(log_->Errors(), ElementsAre("CimHTTP: CIM name '" + name + "' is invalid"));
     }
 }
 
 TEST_F(ClassLookupTest, AnInvalidNameLeavesGetClassAsAnException) {
     const auto nameSpace = ConnectedNamespace();
     EXPECT_EQ(StatusOf([&] { nameSpace->GetClass("2abc", TCIMContext()); }), 25U);
-    EXPECT_THAT(fLog->Errors(), ElementsAre("CimHTTP: CIM name '2abc' is invalid"));
-    EXPECT_THAT(fServer.Calls(), IsEmpty());
+    EXPECT_THAT(log_->Errors(), ElementsAre("CimHTTP: CIM name '2abc' is invalid"));
+    EXPECT_THAT(server_.Calls(), IsEmpty());
 }
 
 // --- The root class ----------------------------------------------------------------------------------------------
@@ -81,15 +81,15 @@ TEST_F(ClassLookupTest, TheEmptyNameAndRootMeanTheRootClass) {
     EXPECT_EQ(nameSpace->GetClass("", TCIMContext()), nameSpace->GetRootClass());
     EXPECT_EQ(nameSpace->GetClass("<root>", TCIMContext()), nameSpace->GetRootClass());
     EXPECT_EQ(nameSpace->GetRootClass()->GetName(TCIMContext()), "<root>");
-    EXPECT_THAT(fLog->Debug(), ElementsAre("TCimHTTPNamespace::GetClass  : return <root>",
+    EXPECT_THAT(log_->Debug(), ElementsAre("TCimHTTPNamespace::GetClass  : return <root>",
                                            "TCimHTTPNamespace::GetClass <root> : return <root>"));
-    EXPECT_THAT(fServer.Calls(), IsEmpty());
+    EXPECT_THAT(server_.Calls(), IsEmpty());
 }
 
 TEST_F(ClassLookupTest, TheRootClassNeverEntersTheCache) {
     const auto nameSpace = ConnectedNamespace(true);
     EXPECT_EQ(StatusOf([&] { nameSpace->GetRootClass()->AddToNamespace(TCIMContext()); }), 25U);
-    EXPECT_THAT(fLog->Errors(), ElementsAre("CimHTTP: CIM name '<root>' is invalid"));
+    EXPECT_THAT(log_->Errors(), ElementsAre("CimHTTP: CIM name '<root>' is invalid"));
     EXPECT_THAT(VisitedNames([&](const auto& v) { nameSpace->EnumerateRootClasses(v, TCIMContext()); }), IsEmpty());
 }
 
@@ -98,8 +98,8 @@ TEST_F(ClassLookupTest, WithoutAConnectionNothingIsFoundNotEvenTheRootClass) {
     EXPECT_FALSE(nameSpace->GetClass("", TCIMContext()));
     EXPECT_FALSE(nameSpace->GetClass("TEST_Disk", TCIMContext()));
     EXPECT_FALSE(nameSpace->GetClass("2abc", TCIMContext()));
-    EXPECT_THAT(fLog->Debug(), IsEmpty());
-    EXPECT_THAT(fLog->Errors(), IsEmpty());
+    EXPECT_THAT(log_->Debug(), IsEmpty());
+    EXPECT_THAT(log_->Errors(), IsEmpty());
 }
 
 // --- Fetching ----------------------------------------------------------------------------------------------------
@@ -108,7 +108,7 @@ TEST_F(ClassLookupTest, AMissCostsTwoRequestsForTheDefinition) {
     ServeClass("TEST_Disk", "", "");
     const auto nameSpace = ConnectedNamespace();
     ASSERT_TRUE(nameSpace->GetClass("TEST_Disk", TCIMContext()));
-    const auto calls = fServer.Calls();
+    const auto calls = server_.Calls();
     ASSERT_EQ(calls.size(), 2U);
     for (const auto& call : calls) {
         EXPECT_EQ(call.method, "GetClass");
@@ -126,11 +126,11 @@ TEST_F(ClassLookupTest, GetClassServesTheSecondLookupFromTheCache) {
     ServeClass("TEST_Disk", "", "");
     const auto nameSpace = ConnectedNamespace();
     const auto first = nameSpace->GetClass("TEST_Disk", TCIMContext());
-    fServer.ForgetCalls();
-    fLog->Forget();
+    server_.ForgetCalls();
+    log_->Forget();
     EXPECT_EQ(nameSpace->GetClass("test_DISK", TCIMContext()), first);
-    EXPECT_THAT(fServer.Calls(), IsEmpty());
-    EXPECT_THAT(fLog->Debug(), ElementsAre("TCimHTTPNamespace::GetClass from Pegasus for: test_disk",
+    EXPECT_THAT(server_.Calls(), IsEmpty());
+    EXPECT_THAT(log_->Debug(), ElementsAre("TCimHTTPNamespace::GetClass from Pegasus for: test_disk",
                                            "TCimHTTPNamespace::GetClass test_disk Found in TCimHTTPNamespace"));
 }
 
@@ -138,18 +138,18 @@ TEST_F(ClassLookupTest, AFirstLookupLogsItsSteps) {
     ServeClass("TEST_Disk", "", "");
     const auto nameSpace = ConnectedNamespace();
     nameSpace->GetClass("TEST_Disk", TCIMContext());
-    EXPECT_THAT(fLog->Debug(),
+    EXPECT_THAT(log_->Debug(),
                 ElementsAre("TCimHTTPNamespace::GetClass from Pegasus for: test_disk",
                             "TCimHTTPNamespace::GetClass  : return <root>",
                             "TCimHTTPNamespace::GetClass test_disk Now it is Found in TCimHTTPNamespace"));
-    EXPECT_THAT(fLog->Errors(), IsEmpty());
+    EXPECT_THAT(log_->Errors(), IsEmpty());
 }
 
 TEST_F(ClassLookupTest, TheServerIsAskedForTheNameAsTheCallerWroteIt) {
     ServeClass("TEST_Disk", "", "");
     ConnectedNamespace()->GetClass("test_DISK", TCIMContext());
-    EXPECT_EQ(fServer.Calls().at(0).parameters.at("ClassName"), "test_DISK");
-    EXPECT_EQ(fServer.Calls().at(1).parameters.at("ClassName"), "TEST_Disk");
+    EXPECT_EQ(server_.Calls().at(0).parameters.at("ClassName"), "test_DISK");
+    EXPECT_EQ(server_.Calls().at(1).parameters.at("ClassName"), "TEST_Disk");
 }
 
 TEST_F(ClassLookupTest, SuperclassesAreFetchedFirstAndOnce) {
@@ -160,7 +160,7 @@ TEST_F(ClassLookupTest, SuperclassesAreFetchedFirstAndOnce) {
     nameSpace->GetClass("TEST_Disk", TCIMContext());
     nameSpace->GetClass("TEST_Tape", TCIMContext());
     std::vector<std::string> asked;
-    for (const auto& call : fServer.Calls()) {
+    for (const auto& call : server_.Calls()) {
         asked.push_back(call.parameters.at("ClassName"));
     }
     EXPECT_THAT(asked, ElementsAre("TEST_Disk", "TEST_Base", "TEST_Base", "TEST_Disk", "TEST_Tape", "TEST_Tape"));
@@ -172,7 +172,7 @@ TEST_F(ClassLookupTest, ALookupGoesThroughTheNamespacesOwnOperations) {
     const auto nameSpace = boost::make_shared<TNotingNamespace>(false);
     nameSpace->Initialize(PluginContext());
     EXPECT_THAT(nameSpace->TakeNotes(), ElementsAre("AllocateClass <root>"));
-    nameSpace->connect(fServer.Address(), "", "", 5988);
+    nameSpace->connect(server_.Address(), "", "", 5988);
     EXPECT_TRUE(nameSpace->GetClass("TEST_Disk", PluginContext()));
     EXPECT_THAT(nameSpace->TakeNotes(),
                 ElementsAre("GetClass 'TEST_Disk' with context", "GetClass 'TEST_Base'", "GetClass ''",
@@ -210,10 +210,10 @@ TEST_F(ClassLookupTest, ThePluginsQualifiersAreOfTheirPresentDeclaration) {
 }
 
 TEST_F(ClassLookupTest, AnUnknownClassIsEmptyAndLogsTheServersWord) {
-    fServer.Fail("GetClass", "TEST_None", 6, "TEST_None");
+    server_.Fail("GetClass", "TEST_None", 6, "TEST_None");
     const auto nameSpace = ConnectedNamespace();
     EXPECT_FALSE(nameSpace->GetClass("TEST_None", TCIMContext()));
-    EXPECT_THAT(fLog->Debug(), ElementsAre("TCimHTTPNamespace::GetClass from Pegasus for: test_none",
+    EXPECT_THAT(log_->Debug(), ElementsAre("TCimHTTPNamespace::GetClass from Pegasus for: test_none",
                                            "TCimHTTPNamespace::GetClass from Pegasus for: TEST_Nonereturned exception: "
                                            "CIM_ERR_NOT_FOUND: TEST_None"));
 }
@@ -230,11 +230,11 @@ TEST_F(ClassLookupTest, AFailedFetchIsNotRepeatedInTheSameLookup) {
     ServeClass("TEST_Broken", "", QualifierXml("NoSuchQualifier", "string", "x"));
     const auto nameSpace = ConnectedNamespace();
     nameSpace->GetClass("TEST_None", TCIMContext());
-    EXPECT_EQ(fServer.Calls().size(), 1U);
-    fServer.ForgetCalls();
+    EXPECT_EQ(server_.Calls().size(), 1U);
+    server_.ForgetCalls();
     nameSpace->GetClass("TEST_Orphan", TCIMContext());
     EXPECT_EQ(CountCalls("GetClass", "TEST_None"), 1U);
-    fServer.ForgetCalls();
+    server_.ForgetCalls();
     nameSpace->GetClass("TEST_Broken", TCIMContext());
     EXPECT_EQ(CountCalls("GetClass", "TEST_Broken"), 2U) << "the two of every lookup";
     EXPECT_EQ(CountCalls("GetQualifier", "NoSuchQualifier"), 1U);
@@ -259,7 +259,7 @@ TEST_F(ClassLookupTest, ACycleOfSuperclassesEnds) {
     const auto nameSpace = ConnectedNamespace();
     EXPECT_TRUE(nameSpace->GetClass("TEST_A", TCIMContext()));
     EXPECT_TRUE(nameSpace->GetClass("TEST_B", TCIMContext()));
-    EXPECT_THAT(fLog->Errors(), ElementsAre("TCimHTTPNamespace::GetClass test_a: the server's class hierarchy has a "
+    EXPECT_THAT(log_->Errors(), ElementsAre("TCimHTTPNamespace::GetClass test_a: the server's class hierarchy has a "
                                             "cycle or is too deep"));
 }
 
@@ -271,27 +271,27 @@ TEST_F(ClassLookupTest, AHierarchyThatIsTooDeepEndsAtTheLimit) {
     }
     const auto nameSpace = ConnectedNamespace();
     EXPECT_TRUE(nameSpace->GetClass(name(0), TCIMContext()));
-    EXPECT_THAT(fLog->Errors(), ElementsAre("TCimHTTPNamespace::GetClass test_level256: the server's class hierarchy "
+    EXPECT_THAT(log_->Errors(), ElementsAre("TCimHTTPNamespace::GetClass test_level256: the server's class hierarchy "
                                             "has a cycle or is too deep"));
     EXPECT_TRUE(nameSpace->GetClass(name(256), TCIMContext())) << "the next lookup starts afresh";
 }
 
 TEST_F(ClassLookupTest, AClassThatComesUnderAnotherNameIsReportedAsWrong) {
-    fServer.Answer("GetClass", "TEST_Alias", ClassXml("TEST_Disk", "", ""));
+    server_.Answer("GetClass", "TEST_Alias", ClassXml("TEST_Disk", "", ""));
     ServeClass("TEST_Disk", "", "");
     const auto nameSpace = ConnectedNamespace();
     EXPECT_FALSE(nameSpace->GetClass("TEST_Alias", TCIMContext()));
-    EXPECT_THAT(fLog->Errors(), ElementsAre("TCimHTTPNamespace::GetClass test_alias Not Found - Something Wrong"));
+    EXPECT_THAT(log_->Errors(), ElementsAre("TCimHTTPNamespace::GetClass test_alias Not Found - Something Wrong"));
 }
 
 TEST_F(ClassLookupTest, AnotherNameOfAClassThatIsAlreadyThereFindsNothing) {
     ServeClass("TEST_Disk", "", "");
-    fServer.Answer("GetClass", "TEST_Alias", ClassXml("TEST_Disk", "", ""));
+    server_.Answer("GetClass", "TEST_Alias", ClassXml("TEST_Disk", "", ""));
     const auto nameSpace = ConnectedNamespace();
     const auto disk = nameSpace->GetClass("TEST_Disk", TCIMContext());
     EXPECT_FALSE(nameSpace->GetClass("TEST_Alias", TCIMContext()));
-    EXPECT_THAT(fLog->Debug(), Contains("TCimHTTPNamespace: class TEST_Disk already defined"));
-    EXPECT_THAT(fLog->Errors(), IsEmpty());
+    EXPECT_THAT(log_->Debug(), Contains("TCimHTTPNamespace: class TEST_Disk already defined"));
+    EXPECT_THAT(log_->Errors(), IsEmpty());
     EXPECT_EQ(nameSpace->GetClass("TEST_Disk", TCIMContext()), disk);
 }
 
@@ -299,7 +299,7 @@ TEST_F(ClassLookupTest, ADefinitionThatCannotBeBuiltIsNotCached) {
     ServeClass("TEST_Disk", "", QualifierXml("NoSuchQualifier", "string", "x"));
     const auto nameSpace = ConnectedNamespace();
     EXPECT_FALSE(nameSpace->GetClass("TEST_Disk", TCIMContext()));
-    EXPECT_THAT(fLog->Debug(), Contains(StartsWith("TCimHTTPNamespace::GetClass from Pegasus for: TEST_Diskreturned "
+    EXPECT_THAT(log_->Debug(), Contains(StartsWith("TCimHTTPNamespace::GetClass from Pegasus for: TEST_Diskreturned "
                                                    "exception: CIM_ERR_NOT_FOUND: ")));
     ServeClass("TEST_Disk", "", "");
     EXPECT_TRUE(nameSpace->GetClass("TEST_Disk", TCIMContext()));
@@ -320,7 +320,7 @@ TEST_F(ClassLookupTest, ADefinitionUnderANameThatIsNoneIsNotServed) {
         if (escaped == "<root>") {
             escaped = "&lt;root>";
         }
-        fServer.Answer("GetClass", "TEST_Disk", ClassXml(escaped, "", ""));
+        server_.Answer("GetClass", "TEST_Disk", ClassXml(escaped, "", ""));
         const auto nameSpace = ConnectedNamespace();
         EXPECT_FALSE(nameSpace->GetClass("TEST_Disk", TCIMContext())) << name;
         EXPECT_THAT(VisitedNames([&](const auto& v) { nameSpace->EnumerateRootClasses(v, TCIMContext()); }), IsEmpty());
@@ -333,7 +333,7 @@ TEST_F(ClassLookupTest, DisconnectHidesTheCacheAndReconnectShowsItAgain) {
     const auto disk = nameSpace->GetClass("TEST_Disk", TCIMContext());
     nameSpace->disconnect();
     EXPECT_FALSE(nameSpace->GetClass("TEST_Disk", TCIMContext()));
-    nameSpace->connect(fServer.Address(), "", "", 5988);
+    nameSpace->connect(server_.Address(), "", "", 5988);
     EXPECT_EQ(nameSpace->GetClass("TEST_Disk", TCIMContext()), disk);
     EXPECT_EQ(CountCalls("GetClass"), 2U);
 }
@@ -341,10 +341,10 @@ TEST_F(ClassLookupTest, DisconnectHidesTheCacheAndReconnectShowsItAgain) {
 TEST_F(ClassLookupTest, AnAnswerThatIsNotXmlIsAnEmptyResultAndTheNextLookupWorks) {
     ServeClass("TEST_Disk", "", "");
     const auto nameSpace = ConnectedNamespace();
-    fServer.AnswerNextWith("HTTP/1.1 200 OK\r\nContent-Type: application/xml\r\nCIMOperation: MethodResponse\r\n"
+    server_.AnswerNextWith("HTTP/1.1 200 OK\r\nContent-Type: application/xml\r\nCIMOperation: MethodResponse\r\n"
                            "Content-Length: 5\r\n\r\nhello");
     EXPECT_FALSE(nameSpace->GetClass("TEST_Disk", TCIMContext()));
-    EXPECT_THAT(fLog->Debug(),
+    EXPECT_THAT(log_->Debug(),
                 Contains(StartsWith("TCimHTTPNamespace::GetClass from Pegasus for: TEST_Diskreturned exception: ")));
     EXPECT_TRUE(nameSpace->GetClass("TEST_Disk", TCIMContext()));
 }
@@ -352,7 +352,7 @@ TEST_F(ClassLookupTest, AnAnswerThatIsNotXmlIsAnEmptyResultAndTheNextLookupWorks
 TEST_F(ClassLookupTest, AServerThatClosesInTheMiddleOfAnAnswerIsAnEmptyResult) {
     ServeClass("TEST_Disk", "", "");
     const auto nameSpace = ConnectedNamespace();
-    fServer.AnswerNextWith("HTTP/1.1 200 OK\r\nContent-Type: application/xml\r\nCIMOperation: MethodResponse\r\n"
+    server_.AnswerNextWith("HTTP/1.1 200 OK\r\nContent-Type: application/xml\r\nCIMOperation: MethodResponse\r\n"
                            "Content-Length: 5000\r\n\r\n<?xml version=\"1.0\"?><CIM CIMVERSION=\"2.0\"");
     EXPECT_FALSE(nameSpace->GetClass("TEST_Disk", TCIMContext()));
     EXPECT_TRUE(nameSpace->GetClass("TEST_Disk", TCIMContext()));
@@ -380,9 +380,9 @@ TEST_F(ClassLookupTest, ASecondClassOfANameIsRefused) {
     const auto nameSpace = ConnectedNamespace();
     const auto disk = nameSpace->GetClass("TEST_Disk", TCIMContext());
     const auto second = nameSpace->AllocateClass("TEST_Disk", nullptr, TCIMContext());
-    fLog->Forget();
+    log_->Forget();
     EXPECT_EQ(StatusOf([&] { second->AddToNamespace(TCIMContext()); }), 16U);
-    EXPECT_THAT(fLog->Debug(), ElementsAre("TCimHTTPNamespace: class TEST_Disk already defined"));
+    EXPECT_THAT(log_->Debug(), ElementsAre("TCimHTTPNamespace: class TEST_Disk already defined"));
     EXPECT_EQ(nameSpace->GetClass("TEST_Disk", TCIMContext()), disk);
     nameSpace->EnumerateRootClasses(
         [&](const auto& cls) {

@@ -19,7 +19,7 @@ TEST_F(ClassMaterialisationTest, TheRootClassIsEmptyAndAsksNobody) {
     const auto nameSpace = ConnectedNamespace();
     const auto root = nameSpace->GetRootClass();
     root->Initialize();
-    EXPECT_THAT(fServer.Calls(), IsEmpty());
+    EXPECT_THAT(server_.Calls(), IsEmpty());
     EXPECT_THAT(VisitedNames([&](const auto& v) { root->EnumerateQualifiers(v, TCIMContext()); }), IsEmpty());
     EXPECT_THAT(VisitedNames([&](const auto& v) { root->EnumeratePropertyDecls(v, TCIMContext()); }), IsEmpty());
     EXPECT_THAT(VisitedNames([&](const auto& v) { root->EnumerateMethodDecls(v, TCIMContext()); }), IsEmpty());
@@ -28,7 +28,7 @@ TEST_F(ClassMaterialisationTest, TheRootClassIsEmptyAndAsksNobody) {
 TEST_F(ClassMaterialisationTest, AClassThatIsNotInitialisedIsEmptyUnderNoClassAndAsksNobody) {
     const auto nameSpace = ConnectedNamespace();
     const auto disk = boost::make_shared<TCimHTTPClass>(nameSpace, "TEST_Disk", nameSpace->GetRootClass());
-    EXPECT_THAT(fServer.Calls(), IsEmpty());
+    EXPECT_THAT(server_.Calls(), IsEmpty());
     EXPECT_EQ(disk->GetName(TCIMContext()), "TEST_Disk");
     EXPECT_EQ(disk->GetNamespace(TCIMContext()), nameSpace);
     EXPECT_THROW(disk->GetSuperClass(TCIMContext()), boost::bad_weak_ptr);
@@ -51,7 +51,7 @@ TEST_F(ClassMaterialisationTest, RequestsComeInTheOrderOfTheDefinition) {
                    Parameter("Quick", "boolean") + "</METHOD>");
     ConnectedNamespace()->AllocateClass("TEST_Disk", nullptr, TCIMContext());
     std::vector<std::string> asked;
-    for (const auto& call : fServer.Calls()) {
+    for (const auto& call : server_.Calls()) {
         EXPECT_EQ(call.name_space, "root/cimv2");
         asked.push_back(call.parameters.at(call.method == "GetClass" ? "ClassName" : "QualifierName"));
     }
@@ -80,10 +80,10 @@ TEST_F(ClassMaterialisationTest, AFeatureWhoseNameTheHostDoesNotKnowMakesTheClas
                              "e";
     for (const std::string& content : {PropertyXml(name, "uint64"), "<METHOD NAME=\"" + name + "\" TYPE=\"uint32\"/>",
                                        QualifierXml(name, "string", "x")}) {
-        fLog->Forget();
+        log_->Forget();
         ServeClass("TEST_Disk", "", content);
         EXPECT_FALSE(ConnectedNamespace()->GetClass("TEST_Disk", TCIMContext()));
-        EXPECT_THAT(fLog->Errors(), ElementsAre("CimHTTP: CIM name '" + name + "' is invalid"));
+        EXPECT_THAT(log_->Errors(), ElementsAre("CimHTTP: CIM name '" + name + "' is invalid"));
     }
 }
 
@@ -119,7 +119,7 @@ TEST_F(ClassMaterialisationTest, AQualifierDeclarationIsFetchedLazilyAndRegister
 }
 
 TEST_F(ClassMaterialisationTest, AFetchedDeclarationHasTheNameThatWasAskedForAndAnEmptyDefault) {
-    fServer.Answer("GetQualifier", "version",
+    server_.Answer("GetQualifier", "version",
                    "<QUALIFIER.DECLARATION NAME=\"Version\" TYPE=\"uint16\"><SCOPE CLASS=\"true\"/><VALUE>7</VALUE>"
                    "</QUALIFIER.DECLARATION>");
     ServeClass("TEST_Disk", "", QualifierXml("VERSION", "uint16", "3"));
@@ -243,9 +243,9 @@ TEST_F(ClassMaterialisationTest, InitializeAgainFetchesNothing) {
     ServeClass("TEST_Disk", "", "");
     const auto nameSpace = ConnectedNamespace();
     const auto disk = FetchClass(*nameSpace, "TEST_Disk");
-    fServer.ForgetCalls();
+    server_.ForgetCalls();
     disk->Initialize();
-    EXPECT_THAT(fServer.Calls(), IsEmpty());
+    EXPECT_THAT(server_.Calls(), IsEmpty());
 }
 
 TEST_F(ClassMaterialisationTest, InitializeWithoutItsNamespaceThrows) {
@@ -268,9 +268,9 @@ TEST_F(ClassMaterialisationTest, WhatWasReadBeforeARemoteFailureStaysAndIsNotRea
     const auto nameSpace = ConnectedNamespace();
     const auto disk = boost::make_shared<TCimHTTPClass>(nameSpace, "TEST_Disk", boost::shared_ptr<TCimHTTPClass>());
     EXPECT_THROW(disk->Initialize(), Pegasus::CIMException);
-    fServer.ForgetCalls();
+    server_.ForgetCalls();
     disk->Initialize();
-    EXPECT_THAT(fServer.Calls(), IsEmpty());
+    EXPECT_THAT(server_.Calls(), IsEmpty());
     EXPECT_THAT(VisitedNames([&](const auto& v) { disk->EnumeratePropertyDecls(v, TCIMContext()); }),
                 ElementsAre("Name"));
 }
@@ -286,7 +286,7 @@ TEST_F(ClassMaterialisationTest, AMethodWithTwoParametersOfOneNameMakesTheClassU
                "<METHOD NAME=\"Format\" TYPE=\"uint32\">" + Parameter("Quick", "boolean") +
                    Parameter("quick", "boolean") + "</METHOD>");
     EXPECT_FALSE(ConnectedNamespace()->GetClass("TEST_Disk", TCIMContext()));
-    EXPECT_THAT(fLog->Errors(), ElementsAre("Inmem: Attempt to add property quick to method Format: already exists"));
+    EXPECT_THAT(log_->Errors(), ElementsAre("Inmem: Attempt to add property quick to method Format: already exists"));
 }
 
 TEST_F(ClassMaterialisationTest, ATextStaysOneWhereOnlyItsQualifiersSayThatItIsAnObject) {
@@ -295,7 +295,7 @@ TEST_F(ClassMaterialisationTest, ATextStaysOneWhereOnlyItsQualifiersSayThatItIsA
     ServeClass("TEST_Disk", "",
                PropertyXml("Name", "string", KeyXml()) + "<PROPERTY NAME=\"Setting\" TYPE=\"string\">" + isObject +
                    "</PROPERTY>");
-    fServer.Answer("EnumerateInstances", "TEST_Disk",
+    server_.Answer("EnumerateInstances", "TEST_Disk",
                    InstanceXml("TEST_Disk", "Name", "sda",
                                PropertyXml("Name", "string", ValueXml("sda")) +
                                    PropertyXml("Setting", "string", ValueXml("a text"))));

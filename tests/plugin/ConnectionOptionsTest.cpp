@@ -40,15 +40,15 @@ class ConnectionOptionsTest : public TlsTest {
 
     /// Refused with 14 and one line in the log, which has this text.
     void ExpectRefused(const TCIMContext& options, const std::string& text) {
-        fLog->Forget();
+        log_->Forget();
         EXPECT_EQ(StatusWith(options), 14U) << text;
-        EXPECT_THAT(fLog->Errors(), ElementsAre(HasSubstr(text)));
-        fLog->Forget();
+        EXPECT_THAT(log_->Errors(), ElementsAre(HasSubstr(text)));
+        log_->Forget();
     }
 
     /// Not connected, for this reason, though the options trust this certificate's authority.
     void ExpectCertificateRefused(const support::TestCertificate& certificate, TCIMContext options, Reason reason) {
-        const int port = fServer.ListenTls(0, certificate);
+        const int port = server_.ListenTls(0, certificate);
         options[kTlsKey] = TCIMValue(true);
         EXPECT_EQ(StatusOn(port, std::move(options)), 42U);
         EXPECT_EQ(FailureKind(), Kind::kTls);
@@ -133,8 +133,8 @@ TEST_F(ConnectionOptionsTest, WhatNeedsEncryptionIsRefusedWithoutIt) {
 // --- The port ----------------------------------------------------------------------------------------------------
 
 TEST_F(ConnectionOptionsTest, WithTheTlsKeyAnyPortIsConnectedTo) {
-    fServer.Stop();
-    support::CimServer server(fServer.Address());
+    server_.Stop();
+    support::CimServer server(server_.Address());
     server.Answer("GetClass", "TEST_Disk", ClassXml("TEST_Disk", "", ""));
     server.ListenTls(kHttpPort, Certificate());
     server.Listen(kHttpsPort);
@@ -153,30 +153,30 @@ TEST_F(ConnectionOptionsTest, WithTheTlsKeyAPortThatThereIsNotIsAFailure) {
     constexpr int kPortsInAll = 0x10000;
     for (const bool tls : {false, true}) {
         for (const int port : {-1, 0, kPortsInAll, kPortsInAll + kHttpPort}) {
-            fLog->Forget();
+            log_->Forget();
             EXPECT_EQ(StatusOn(port, {{kTlsKey, TCIMValue(tls)}}), 42U) << port;
             const std::string text = "a port is a number from 1 to 65535, which " + std::to_string(port) + " is not";
             EXPECT_EQ(FailureKind(), Kind::kOther);
             EXPECT_EQ(Failure()->text, text);
-            EXPECT_THAT(fLog->Errors(), ElementsAre("TCimHTTPNamespace::connect failed: " + text));
+            EXPECT_THAT(log_->Errors(), ElementsAre("TCimHTTPNamespace::connect failed: " + text));
         }
     }
     EXPECT_EQ(CountConnections({kHttpPort}), 0U);
 }
 
 TEST_F(ConnectionOptionsTest, WhereVerificationIsAskedForNothingIsConnectedPlainly) {
-    fServer.Listen(kOtherPort);
+    server_.Listen(kOtherPort);
     const TCIMContext texts{{kTrustKey, TCIMValue(Certificate().CaFile())},
                             {kFingerprintKey, TCIMValue(kDigits)},
                             {kClientCertificateKey, TCIMValue(Certificate().CertificateFile())}};
     for (const auto& [key, value] : texts) {
         for (const int port : {kHttpPort, kOtherPort, 0}) {
-            fLog->Forget();
+            log_->Forget();
             EXPECT_EQ(StatusOn(port, {{key, value}}), 42U) << key << port;
             const std::string text = key + " is given for a connection that would not be encrypted";
             EXPECT_EQ(FailureKind(), Kind::kOther);
             EXPECT_EQ(Failure()->text, text);
-            EXPECT_THAT(fLog->Errors(), ElementsAre("TCimHTTPNamespace::connect failed: " + text));
+            EXPECT_THAT(log_->Errors(), ElementsAre("TCimHTTPNamespace::connect failed: " + text));
         }
     }
     EXPECT_EQ(CountConnections({kHttpPort, kOtherPort}), 0U);
@@ -185,8 +185,8 @@ TEST_F(ConnectionOptionsTest, WhereVerificationIsAskedForNothingIsConnectedPlain
 // --- Verification ------------------------------------------------------------------------------------------------
 
 TEST_F(ConnectionOptionsTest, AServerOfATrustedAuthorityIsReadFrom) {
-    fServer.ListenTls(kHttpsPort, Certificate());
-    const int port = fServer.ListenTls(0, Certificate());
+    server_.ListenTls(kHttpsPort, Certificate());
+    const int port = server_.ListenTls(0, Certificate());
     for (const std::string& trust : {Certificate().CaFile(), Certificate().CaDirectory()}) {
         EXPECT_TRUE(IsRead(kHttpsPort, {{kTrustKey, TCIMValue(trust)}}));
         EXPECT_TRUE(IsRead(port, {{kTlsKey, TCIMValue(true)}, {kTrustKey, TCIMValue(trust)}}));
@@ -194,7 +194,7 @@ TEST_F(ConnectionOptionsTest, AServerOfATrustedAuthorityIsReadFrom) {
 }
 
 TEST_F(ConnectionOptionsTest, ACertificateThatIsNotTrustedIsRefusedWithTheReason) {
-    auto options = support::TestCertificate::For(fServer.Address());
+    auto options = support::TestCertificate::For(server_.Address());
     const support::TestCertificate other(options);
     ExpectCertificateRefused(Certificate(), Trust(other), Reason::kUnknownIssuer);
     const support::TestCertificate elsewhere(support::TestCertificate::For("192.0.2.1"));
@@ -219,12 +219,12 @@ TEST_F(ConnectionOptionsTest, ARefusedCertificateIsDescribed) {
     const ServerCertificate& certificate = Failure()->refusal->certificate;
     EXPECT_EQ(certificate.subject, "CN=cimhttp test server");
     EXPECT_EQ(certificate.issuer, "CN=cimhttp test authority");
-    EXPECT_THAT(certificate.names, ElementsAre(fServer.Address()));
+    EXPECT_THAT(certificate.names, ElementsAre(server_.Address()));
     const std::string pattern = "20[0-9][0-9]-[01][0-9]-[0-3][0-9]T[0-2][0-9]:[0-5][0-9]:[0-5][0-9]Z";
     EXPECT_THAT(certificate.validFrom, testing::MatchesRegex(pattern));
     EXPECT_THAT(certificate.validUntil, testing::MatchesRegex(pattern));
     EXPECT_LT(certificate.validFrom, certificate.validUntil);
-    EXPECT_THAT(fLog->Debug(), ElementsAre(StartsWith("TCimHTTPNamespace::connect failed: ")));
+    EXPECT_THAT(log_->Debug(), ElementsAre(StartsWith("TCimHTTPNamespace::connect failed: ")));
 }
 
 TEST_F(ConnectionOptionsTest, AFingerprintAcceptsItsCertificateAloneWhateverThatIs) {
@@ -233,7 +233,7 @@ TEST_F(ConnectionOptionsTest, AFingerprintAcceptsItsCertificateAloneWhateverThat
     options.self_signed = true;
     const support::TestCertificate certificate(options);
     const std::string fingerprint = FingerprintOf(certificate.CertificateFile());
-    fServer.ListenTls(kHttpsPort, certificate);
+    server_.ListenTls(kHttpsPort, certificate);
     EXPECT_TRUE(IsRead(kHttpsPort, {{kFingerprintKey, TCIMValue(fingerprint)}}));
     ExpectCertificateRefused(Certificate(), {{kFingerprintKey, TCIMValue(fingerprint)}}, Reason::kOtherFingerprint);
     TCIMContext both = Trust(Certificate());
@@ -243,7 +243,7 @@ TEST_F(ConnectionOptionsTest, AFingerprintAcceptsItsCertificateAloneWhateverThat
 }
 
 TEST_F(ConnectionOptionsTest, ATrustStoreThatIsNotThereIsAFailure) {
-    fServer.ListenTls(kHttpsPort, Certificate());
+    server_.ListenTls(kHttpsPort, Certificate());
     EXPECT_EQ(StatusOn(kHttpsPort, {{kTrustKey, TCIMValue("/no/such/file.pem")}}), 42U);
     EXPECT_EQ(FailureKind(), Kind::kTls);
     EXPECT_THAT(Failure()->text, HasSubstr("/no/such/file.pem"));
@@ -286,13 +286,13 @@ TEST_F(ConnectionOptionsTest, ThreeNamespacesOfOneServerAreReadAtOnce) {
     std::vector<boost::shared_ptr<TCimHTTPNamespace>> nameSpaces;
     for (const char* const name : {"root/cimv2", "root/interop", "interop"}) {
         nameSpaces.push_back(Allocated({{kNamespaceKey, TCIMValue(name)}}));
-        nameSpaces.back()->connect(fServer.Address(), "", "", kHttpPort);
+        nameSpaces.back()->connect(server_.Address(), "", "", kHttpPort);
     }
     for (const auto& nameSpace : nameSpaces) {
         EXPECT_TRUE(nameSpace->GetClass("TEST_Disk", TCIMContext()));
     }
     std::vector<std::string> asked;
-    for (const auto& call : fServer.Calls()) {
+    for (const auto& call : server_.Calls()) {
         if (asked.empty() || asked.back() != call.name_space) {
             asked.push_back(call.name_space);
         }

@@ -9,31 +9,31 @@ class DeclarationTest : public PluginTest {
   protected:
     DeclarationTest() {
         ServeClass("TEST_Disk", "", "");
-        fNamespace = ConnectedNamespace();
-        fDisk = FetchClass(*fNamespace, "TEST_Disk");
-        fSize = Property("Size");
-        fFormat = boost::dynamic_pointer_cast<TCimHTTPMethodDecl>(
-            fDisk->AllocateMethodDecl("Format", TCIMValue::TCIMType(ECIMType::eCIMUint32), TCIMContext()));
-        fQuick = Parameter("Quick");
+        namespace_ = ConnectedNamespace();
+        disk_ = FetchClass(*namespace_, "TEST_Disk");
+        size_ = Property("Size");
+        format_ = boost::dynamic_pointer_cast<TCimHTTPMethodDecl>(
+            disk_->AllocateMethodDecl("Format", TCIMValue::TCIMType(ECIMType::eCIMUint32), TCIMContext()));
+        quick_ = Parameter("Quick");
     }
 
     boost::shared_ptr<TCimHTTPPropertyDecl> Property(const std::string& name) {
         return boost::dynamic_pointer_cast<TCimHTTPPropertyDecl>(
-            fDisk->AllocatePropertyDecl(name, TCIMValue(7U), TCIMContext()));
+            disk_->AllocatePropertyDecl(name, TCIMValue(7U), TCIMContext()));
     }
 
     boost::shared_ptr<TCimHTTPParameterDecl> Parameter(const std::string& name) {
         return boost::dynamic_pointer_cast<TCimHTTPParameterDecl>(
-            fFormat->AllocateParameterDecl(name, TCIMValue::TCIMType(ECIMType::eCIMBoolean), TCIMContext()));
+            format_->AllocateParameterDecl(name, TCIMValue::TCIMType(ECIMType::eCIMBoolean), TCIMContext()));
     }
 
     boost::shared_ptr<ICIMQualifierDecl> Declare(const std::string& name, ICIMQualifierDecl::EFlavor flavor) {
-        return fNamespace->AllocateQualifierDecl(name, TCIMValue(""), ICIMQualifierDecl::eScopeProperty, flavor,
+        return namespace_->AllocateQualifierDecl(name, TCIMValue(""), ICIMQualifierDecl::eScopeProperty, flavor,
                                                  TCIMContext());
     }
 
     /// Every kind of element that carries qualifiers by the one rule.
-    std::vector<boost::shared_ptr<ICIMNamedElement>> Elements() { return {fDisk, fSize, fFormat, fQuick}; }
+    std::vector<boost::shared_ptr<ICIMNamedElement>> Elements() { return {disk_, size_, format_, quick_}; }
 
     static boost::shared_ptr<ICIMQualifier>
     Add(ICIMNamedElement& element, boost::shared_ptr<ICIMQualifierDecl> declaration, const std::string& value) {
@@ -49,41 +49,41 @@ class DeclarationTest : public PluginTest {
         return qualifier;
     }
 
-    boost::shared_ptr<TCimHTTPNamespace> fNamespace;
-    boost::shared_ptr<TCimHTTPClass> fDisk;
-    boost::shared_ptr<TCimHTTPPropertyDecl> fSize;
-    boost::shared_ptr<TCimHTTPMethodDecl> fFormat;
-    boost::shared_ptr<TCimHTTPParameterDecl> fQuick;
+    boost::shared_ptr<TCimHTTPNamespace> namespace_;
+    boost::shared_ptr<TCimHTTPClass> disk_;
+    boost::shared_ptr<TCimHTTPPropertyDecl> size_;
+    boost::shared_ptr<TCimHTTPMethodDecl> format_;
+    boost::shared_ptr<TCimHTTPParameterDecl> quick_;
 };
 
 /// A qualifier of another implementation that says what one of the plug-in's says.
 class ForeignQualifier : public ICIMQualifier {
   public:
-    explicit ForeignQualifier(boost::shared_ptr<ICIMQualifier> own) : fOwn(own) {}
+    explicit ForeignQualifier(boost::shared_ptr<ICIMQualifier> own) : own_(own) {}
     void Validate(TCIMContext /*context*/) const override {}
     void AddToClassOrProperty(TCIMContext /*context*/) const override {}
     void RemoveFromClassOrProperty(TCIMContext /*context*/) override {}
-    const std::string& GetName(TCIMContext context) const override { return fOwn->GetName(context); }
+    const std::string& GetName(TCIMContext context) const override { return own_->GetName(context); }
     boost::shared_ptr<ICIMNamedElement const> GetClassOrProperty(TCIMContext context) const override {
-        return fOwn->GetClassOrProperty(context);
+        return own_->GetClassOrProperty(context);
     }
-    TCIMValue::TCIMType GetType(TCIMContext context) const override { return fOwn->GetType(context); }
-    bool IsArray(TCIMContext context) const override { return fOwn->IsArray(context); }
+    TCIMValue::TCIMType GetType(TCIMContext context) const override { return own_->GetType(context); }
+    bool IsArray(TCIMContext context) const override { return own_->IsArray(context); }
     boost::shared_ptr<ICIMQualifierDecl const> GetDeclaration(TCIMContext context) const override {
-        return fOwn->GetDeclaration(context);
+        return own_->GetDeclaration(context);
     }
-    const TCIMValue& GetValue(TCIMContext context) const override { return fOwn->GetValue(context); }
+    const TCIMValue& GetValue(TCIMContext context) const override { return own_->GetValue(context); }
     void SetValue(const TCIMValue& /*value*/, TCIMContext /*context*/) override {}
     void SetFlavor(ICIMQualifierDecl::EFlavor /*flavor*/, TCIMContext /*context*/) override {}
     void UnsetFlavor(ICIMQualifierDecl::EFlavor /*flavor*/, TCIMContext /*context*/) override {}
-    ICIMQualifierDecl::EFlavor GetFlavor(TCIMContext context) const override { return fOwn->GetFlavor(context); }
-    bool operator==(ICIMQualifier& other) const override { return *fOwn == other; }
-    bool operator<(ICIMQualifier& other) const override { return *fOwn < other; }
-    bool GetPropagated(TCIMContext context) const override { return fOwn->GetPropagated(context); }
+    ICIMQualifierDecl::EFlavor GetFlavor(TCIMContext context) const override { return own_->GetFlavor(context); }
+    bool operator==(ICIMQualifier& other) const override { return *own_ == other; }
+    bool operator<(ICIMQualifier& other) const override { return *own_ < other; }
+    bool GetPropagated(TCIMContext context) const override { return own_->GetPropagated(context); }
     ICIMQualifier& operator=(const ICIMQualifier& /*other*/) override { return *this; }
 
   private:
-    boost::shared_ptr<ICIMQualifier> fOwn;
+    boost::shared_ptr<ICIMQualifier> own_;
 };
 
 constexpr auto kFixed = ICIMQualifierDecl::eFlavorToSubclass;
@@ -130,7 +130,7 @@ TEST_F(DeclarationTest, AFixedQualifierMayBeAddedAgainUnchanged) {
         const auto first = Add(*element, Declare("Marker", kFixed), "true");
         boost::shared_ptr<ICIMQualifier> second;
         EXPECT_EQ(StatusOf([&] { second = Add(*element, Declare("Marker", kFixed), "true"); }), 0U);
-        EXPECT_EQ(Find(*element, "Marker"), element == fDisk ? second : first) << "a class takes the new one";
+        EXPECT_EQ(Find(*element, "Marker"), element == disk_ ? second : first) << "a class takes the new one";
     }
 }
 
@@ -147,9 +147,9 @@ TEST_F(DeclarationTest, ARefusedQualifierIsLoggedWithItsElement) {
     for (std::size_t i = 0; i < texts.size(); ++i) {
         const auto element = Elements()[i];
         Add(*element, Declare("Marker", kFixed), "true");
-        fLog->Forget();
+        log_->Forget();
         StatusOf([&] { Add(*element, Declare("MARKER", kFixed), "false"); });
-        EXPECT_THAT(fLog->Errors(),
+        EXPECT_THAT(log_->Errors(),
                     ElementsAre("TCimHTTP: Attempt to add qualifier MARKER to " + texts[i] +
                                 ": already exists with another value or flavor and may not be overridden"));
     }
@@ -199,8 +199,8 @@ TEST_F(DeclarationTest, AForeignQualifierIsComparedAndNeverKept) {
 
 TEST_F(DeclarationTest, QualifiersAreEnumeratedByNormalisedNameUntilTheCallbackStops) {
     for (const auto& element :
-         {boost::shared_ptr<ICIMNamedElement>(fSize), boost::shared_ptr<ICIMNamedElement>(fFormat),
-          boost::shared_ptr<ICIMNamedElement>(fQuick)}) {
+         {boost::shared_ptr<ICIMNamedElement>(size_), boost::shared_ptr<ICIMNamedElement>(format_),
+          boost::shared_ptr<ICIMNamedElement>(quick_)}) {
         for (const char* name : {"units", "Key", "MaxLen"}) {
             Add(*element, Declare(name, kFixed), "x");
         }
@@ -213,10 +213,10 @@ TEST_F(DeclarationTest, QualifiersAreEnumeratedByNormalisedNameUntilTheCallbackS
 }
 
 TEST_F(DeclarationTest, AnAbsentQualifierThrowsOnADeclarationAndIsEmptyOnAClass) {
-    EXPECT_EQ(StatusOf([&] { fSize->GetQualifier("Units", TCIMContext()); }), 15U);
-    EXPECT_EQ(StatusOf([&] { fFormat->GetQualifier("Units", TCIMContext()); }), 15U);
-    EXPECT_EQ(StatusOf([&] { fQuick->GetQualifier("Units", TCIMContext()); }), 15U);
-    EXPECT_FALSE(fDisk->GetQualifier("Units", TCIMContext()));
+    EXPECT_EQ(StatusOf([&] { size_->GetQualifier("Units", TCIMContext()); }), 15U);
+    EXPECT_EQ(StatusOf([&] { format_->GetQualifier("Units", TCIMContext()); }), 15U);
+    EXPECT_EQ(StatusOf([&] { quick_->GetQualifier("Units", TCIMContext()); }), 15U);
+    EXPECT_FALSE(disk_->GetQualifier("Units", TCIMContext()));
 }
 
 TEST_F(DeclarationTest, TheFormWithTheFlagNeverThrowsForAnAbsentQualifier) {
@@ -231,7 +231,7 @@ TEST_F(DeclarationTest, TheFormWithTheFlagNeverThrowsForAnAbsentQualifier) {
 }
 
 TEST_F(DeclarationTest, TheSecondBaseOfAClassReachesTheSameQualifiers) {
-    ICIMClass& cls = *fDisk;
+    ICIMClass& cls = *disk_;
     ICIMNamedElement& element = cls;
     const auto units = Add(element, Declare("Units", kFixed), "Bytes");
     EXPECT_EQ(Find(cls, "Units"), units);
@@ -241,48 +241,48 @@ TEST_F(DeclarationTest, TheSecondBaseOfAClassReachesTheSameQualifiers) {
 }
 
 TEST_F(DeclarationTest, RemoveQualifierTakesOneAwayAndThrowsForAnUnknownOne) {
-    const auto units = Add(*fSize, Declare("Units", kFixed), "Bytes");
-    fSize->RemoveQualifier(units);
-    EXPECT_FALSE(fSize->LookupQualifier("Units"));
-    EXPECT_EQ(StatusOf([&] { fSize->RemoveQualifier(units); }), 15U);
-    const auto quickUnits = Add(*fQuick, Declare("Units", kFixed), "Bytes");
-    EXPECT_EQ(fQuick->LookupQual("UNITS"), quickUnits);
-    fQuick->RemoveQualifier(quickUnits);
-    EXPECT_FALSE(fQuick->LookupQual("Units"));
+    const auto units = Add(*size_, Declare("Units", kFixed), "Bytes");
+    size_->RemoveQualifier(units);
+    EXPECT_FALSE(size_->LookupQualifier("Units"));
+    EXPECT_EQ(StatusOf([&] { size_->RemoveQualifier(units); }), 15U);
+    const auto quickUnits = Add(*quick_, Declare("Units", kFixed), "Bytes");
+    EXPECT_EQ(quick_->LookupQual("UNITS"), quickUnits);
+    quick_->RemoveQualifier(quickUnits);
+    EXPECT_FALSE(quick_->LookupQual("Units"));
 }
 
 // --- Property declarations ---------------------------------------------------------------------------------------
 
 TEST_F(DeclarationTest, APropertysTypeIsThatOfItsDefault) {
-    EXPECT_EQ(fSize->GetName(TCIMContext()), "Size");
-    EXPECT_EQ(fSize->GetType(TCIMContext()), ECIMType::eCIMUint32);
-    EXPECT_FALSE(fSize->IsArray(TCIMContext()));
-    fSize->SetDefaultValue(TCIMValue(ECIMType::eCIMStringArray, 0), TCIMContext());
-    EXPECT_EQ(fSize->GetType(TCIMContext()), ECIMType::eCIMStringArray);
-    EXPECT_TRUE(fSize->IsArray(TCIMContext()));
-    EXPECT_TRUE(fSize->GetDefaultValue(TCIMContext()).IsNull());
+    EXPECT_EQ(size_->GetName(TCIMContext()), "Size");
+    EXPECT_EQ(size_->GetType(TCIMContext()), ECIMType::eCIMUint32);
+    EXPECT_FALSE(size_->IsArray(TCIMContext()));
+    size_->SetDefaultValue(TCIMValue(ECIMType::eCIMStringArray, 0), TCIMContext());
+    EXPECT_EQ(size_->GetType(TCIMContext()), ECIMType::eCIMStringArray);
+    EXPECT_TRUE(size_->IsArray(TCIMContext()));
+    EXPECT_TRUE(size_->GetDefaultValue(TCIMContext()).IsNull());
 }
 
 TEST_F(DeclarationTest, APropertyAddsItselfToItsClass) {
-    EXPECT_EQ(fSize->GetClass(TCIMContext()), fDisk);
-    EXPECT_FALSE(fDisk->GetPropertyDecl("Size", TCIMContext()));
-    fSize->AddToClass(TCIMContext());
-    EXPECT_EQ(fDisk->GetPropertyDecl("size", TCIMContext()), fSize);
-    fSize->RemoveFromClass(TCIMContext());
-    EXPECT_EQ(fDisk->GetPropertyDecl("size", TCIMContext()), fSize);
+    EXPECT_EQ(size_->GetClass(TCIMContext()), disk_);
+    EXPECT_FALSE(disk_->GetPropertyDecl("Size", TCIMContext()));
+    size_->AddToClass(TCIMContext());
+    EXPECT_EQ(disk_->GetPropertyDecl("size", TCIMContext()), size_);
+    size_->RemoveFromClass(TCIMContext());
+    EXPECT_EQ(disk_->GetPropertyDecl("size", TCIMContext()), size_);
 }
 
 TEST_F(DeclarationTest, PropertiesAreComparedByNormalisedName) {
-    EXPECT_TRUE(*fSize == *Property("size"));
-    EXPECT_FALSE(*fSize == *Property("Name"));
-    EXPECT_TRUE(*Property("NAME") < *fSize);
-    EXPECT_TRUE(*Property("name") < *fSize);
-    EXPECT_FALSE(*fSize < *Property("size"));
+    EXPECT_TRUE(*size_ == *Property("size"));
+    EXPECT_FALSE(*size_ == *Property("Name"));
+    EXPECT_TRUE(*Property("NAME") < *size_);
+    EXPECT_TRUE(*Property("name") < *size_);
+    EXPECT_FALSE(*size_ < *Property("size"));
 }
 
 TEST_F(DeclarationTest, AnEmptyPropertyTakesNothingOver) {
-    const auto copy = boost::make_shared<TCimHTTPPropertyDecl>(boost::shared_ptr<TCimHTTPClass const>(fDisk),
-                                                               boost::shared_ptr<ICIMPropertyDecl const>(fSize));
+    const auto copy = boost::make_shared<TCimHTTPPropertyDecl>(boost::shared_ptr<TCimHTTPClass const>(disk_),
+                                                               boost::shared_ptr<ICIMPropertyDecl const>(size_));
     EXPECT_EQ(copy->GetName(TCIMContext()), "");
     EXPECT_EQ(copy->GetDefaultValue(TCIMContext()), TCIMValue());
     EXPECT_THROW(copy->GetClass(TCIMContext()), boost::bad_weak_ptr);
@@ -300,40 +300,40 @@ TEST_F(DeclarationTest, APropertyDoesNotKeepItsClassAlive) {
 }
 
 TEST_F(DeclarationTest, AssignmentCopiesNothing) {
-    ICIMPropertyDecl& size = *fSize;
+    ICIMPropertyDecl& size = *size_;
     EXPECT_EQ(&(size = *Property("Name")), &size);
     EXPECT_EQ(size.GetName(TCIMContext()), "Size");
-    ICIMMethodDecl& format = *fFormat;
-    const auto wipe = fDisk->AllocateMethodDecl("Wipe", TCIMValue::TCIMType(ECIMType::eCIMString), TCIMContext());
+    ICIMMethodDecl& format = *format_;
+    const auto wipe = disk_->AllocateMethodDecl("Wipe", TCIMValue::TCIMType(ECIMType::eCIMString), TCIMContext());
     EXPECT_EQ(&(format = *wipe), &format);
     EXPECT_EQ(format.GetName(TCIMContext()), "Format");
     EXPECT_EQ(format.GetReturnType(TCIMContext()), ECIMType::eCIMUint32);
-    ICIMParameterDecl& quick = *fQuick;
+    ICIMParameterDecl& quick = *quick_;
     EXPECT_EQ(&(quick = *Parameter("Slow")), &quick);
     EXPECT_EQ(quick.GetName(TCIMContext()), "Quick");
 }
 
 TEST_F(DeclarationTest, EveryDeclarationIsValid) {
-    EXPECT_NO_THROW(fSize->Validate(TCIMContext()));
-    EXPECT_NO_THROW(fFormat->Validate(TCIMContext()));
-    EXPECT_NO_THROW(fQuick->Validate(TCIMContext()));
+    EXPECT_NO_THROW(size_->Validate(TCIMContext()));
+    EXPECT_NO_THROW(format_->Validate(TCIMContext()));
+    EXPECT_NO_THROW(quick_->Validate(TCIMContext()));
 }
 
 // --- Methods and parameters --------------------------------------------------------------------------------------
 
 TEST_F(DeclarationTest, AMethodKnowsItsClassAndReturnType) {
-    EXPECT_EQ(fFormat->GetName(TCIMContext()), "Format");
-    EXPECT_EQ(fFormat->GetReturnType(TCIMContext()), ECIMType::eCIMUint32);
-    EXPECT_EQ(fFormat->GetClass(TCIMContext()), fDisk);
+    EXPECT_EQ(format_->GetName(TCIMContext()), "Format");
+    EXPECT_EQ(format_->GetReturnType(TCIMContext()), ECIMType::eCIMUint32);
+    EXPECT_EQ(format_->GetClass(TCIMContext()), disk_);
 }
 
 TEST_F(DeclarationTest, AParameterKnowsItsMethodAndType) {
-    EXPECT_EQ(fQuick->GetName(TCIMContext()), "Quick");
-    EXPECT_EQ(fQuick->GetMethodDecl(TCIMContext()), fFormat);
-    EXPECT_EQ(fQuick->GetType(TCIMContext()), ECIMType::eCIMBoolean);
-    EXPECT_FALSE(fQuick->IsArray(TCIMContext()));
+    EXPECT_EQ(quick_->GetName(TCIMContext()), "Quick");
+    EXPECT_EQ(quick_->GetMethodDecl(TCIMContext()), format_);
+    EXPECT_EQ(quick_->GetType(TCIMContext()), ECIMType::eCIMBoolean);
+    EXPECT_FALSE(quick_->IsArray(TCIMContext()));
     for (const auto type : {ECIMType::eCIMBooleanArray, ECIMType::eCIMReferenceArray, ECIMType::eCIMArrayUnknown}) {
-        const auto many = fFormat->AllocateParameterDecl("Many", TCIMValue::TCIMType(type), TCIMContext());
+        const auto many = format_->AllocateParameterDecl("Many", TCIMValue::TCIMType(type), TCIMContext());
         EXPECT_EQ(many->GetType(TCIMContext()), type);
         EXPECT_TRUE(many->IsArray(TCIMContext()));
     }
@@ -355,18 +355,18 @@ TEST_F(DeclarationTest, AMethodDoesNotKeepItsClassAliveNorAParameterItsMethod) {
 }
 
 TEST_F(DeclarationTest, AnAllocatedParameterIsNotAdded) {
-    EXPECT_EQ(StatusOf([&] { fFormat->GetParameterDecl("Quick", TCIMContext()); }), 15U);
-    fQuick->AddToMethod(TCIMContext());
-    EXPECT_EQ(fFormat->GetParameterDecl("QUICK", TCIMContext()), fQuick);
+    EXPECT_EQ(StatusOf([&] { format_->GetParameterDecl("Quick", TCIMContext()); }), 15U);
+    quick_->AddToMethod(TCIMContext());
+    EXPECT_EQ(format_->GetParameterDecl("QUICK", TCIMContext()), quick_);
 }
 
 TEST_F(DeclarationTest, ASecondParameterOfANameIsRefused) {
     const auto count = Parameter("Count");
     count->AddToMethod(TCIMContext());
-    fLog->Forget();
+    log_->Forget();
     EXPECT_EQ(StatusOf([&] { Parameter("count")->AddToMethod(TCIMContext()); }), 16U);
-    EXPECT_THAT(fLog->Errors(), ElementsAre("Inmem: Attempt to add property count to method Format: already exists"));
-    EXPECT_EQ(fFormat->GetParameterDecl("Count", TCIMContext()), count);
+    EXPECT_THAT(log_->Errors(), ElementsAre("Inmem: Attempt to add property count to method Format: already exists"));
+    EXPECT_EQ(format_->GetParameterDecl("Count", TCIMContext()), count);
 }
 
 TEST_F(DeclarationTest, ParametersAreEnumeratedByNormalisedName) {
@@ -378,33 +378,33 @@ TEST_F(DeclarationTest, ParametersAreEnumeratedByNormalisedName) {
         names.push_back(parameter->GetName(TCIMContext()));
         return names.size() < 2;
     };
-    fFormat->EnumerateParameterDecls(visit, TCIMContext());
+    format_->EnumerateParameterDecls(visit, TCIMContext());
     EXPECT_THAT(names, ElementsAre("alpha", "Beta"));
 }
 
 TEST_F(DeclarationTest, RemoveParameterDeclTakesOneAway) {
-    fQuick->AddToMethod(TCIMContext());
-    fFormat->RemoveParameterDecl(Parameter("Slow"));
-    EXPECT_EQ(fFormat->GetParameterDecl("Quick", TCIMContext()), fQuick);
-    fFormat->RemoveParameterDecl(Parameter("QUICK"));
-    EXPECT_EQ(StatusOf([&] { fFormat->GetParameterDecl("Quick", TCIMContext()); }), 15U);
+    quick_->AddToMethod(TCIMContext());
+    format_->RemoveParameterDecl(Parameter("Slow"));
+    EXPECT_EQ(format_->GetParameterDecl("Quick", TCIMContext()), quick_);
+    format_->RemoveParameterDecl(Parameter("QUICK"));
+    EXPECT_EQ(StatusOf([&] { format_->GetParameterDecl("Quick", TCIMContext()); }), 15U);
 }
 
 TEST_F(DeclarationTest, MethodsAndParametersAreComparedByNormalisedName) {
-    const auto upper = fDisk->AllocateMethodDecl("FORMAT", TCIMValue::TCIMType(ECIMType::eCIMString), TCIMContext());
-    const auto wipe = fDisk->AllocateMethodDecl("Wipe", TCIMValue::TCIMType(ECIMType::eCIMUint32), TCIMContext());
-    EXPECT_TRUE(*fFormat == *upper);
-    EXPECT_FALSE(*fFormat == *wipe);
-    EXPECT_TRUE(*fFormat < *wipe);
-    EXPECT_TRUE(*fQuick == *Parameter("QUICK"));
-    EXPECT_FALSE(*fQuick == *Parameter("Slow"));
-    EXPECT_TRUE(*Parameter("alpha") < *fQuick);
-    EXPECT_FALSE(*fQuick < *Parameter("ALPHA"));
+    const auto upper = disk_->AllocateMethodDecl("FORMAT", TCIMValue::TCIMType(ECIMType::eCIMString), TCIMContext());
+    const auto wipe = disk_->AllocateMethodDecl("Wipe", TCIMValue::TCIMType(ECIMType::eCIMUint32), TCIMContext());
+    EXPECT_TRUE(*format_ == *upper);
+    EXPECT_FALSE(*format_ == *wipe);
+    EXPECT_TRUE(*format_ < *wipe);
+    EXPECT_TRUE(*quick_ == *Parameter("QUICK"));
+    EXPECT_FALSE(*quick_ == *Parameter("Slow"));
+    EXPECT_TRUE(*Parameter("alpha") < *quick_);
+    EXPECT_FALSE(*quick_ < *Parameter("ALPHA"));
 }
 
 TEST_F(DeclarationTest, AMethodIsHandedToItsClassWhichKeepsItsOwn) {
-    fFormat->AddToClass(TCIMContext());
-    EXPECT_FALSE(fDisk->GetMethodDecl("Format", TCIMContext()));
+    format_->AddToClass(TCIMContext());
+    EXPECT_FALSE(disk_->GetMethodDecl("Format", TCIMContext()));
 }
 
 TEST_F(DeclarationTest, AMethodDoesNotKeepItsClassAlive) {
@@ -418,7 +418,7 @@ TEST_F(DeclarationTest, AMethodDoesNotKeepItsClassAlive) {
 }
 
 TEST_F(DeclarationTest, AParameterDoesNotKeepItsMethodAlive) {
-    fFormat.reset();
-    EXPECT_THROW(fQuick->GetMethodDecl(TCIMContext()), boost::bad_weak_ptr);
-    EXPECT_THROW(fQuick->AddToMethod(TCIMContext()), boost::bad_weak_ptr);
+    format_.reset();
+    EXPECT_THROW(quick_->GetMethodDecl(TCIMContext()), boost::bad_weak_ptr);
+    EXPECT_THROW(quick_->AddToMethod(TCIMContext()), boost::bad_weak_ptr);
 }

@@ -52,8 +52,8 @@ std::string DeclarationXml(const std::string& name, const std::string& type) {
 class FaithfulReadingTest : public PluginTest {
   protected:
     FaithfulReadingTest() {
-        fLog->ExpectWarnings();
-        fServer.Answer("EnumerateQualifiers", "",
+        log_->ExpectWarnings();
+        server_.Answer("EnumerateQualifiers", "",
                        DeclarationXml("Key", "boolean") + DeclarationXml("Description", "string") +
                            DeclarationXml("NullDisplay", "string"));
         ServeClass("TEST_Device", "", KeyPropertyXml("Name") + PropertyXml("State", "uint16"));
@@ -65,7 +65,7 @@ class FaithfulReadingTest : public PluginTest {
 
     boost::shared_ptr<TCimHTTPNamespace> Faithful() {
         auto nameSpace = Allocated(TCIMValue(kFaithfulReading));
-        nameSpace->connect(fServer.Address(), "", "", kHttpPort);
+        nameSpace->connect(server_.Address(), "", "", kHttpPort);
         return nameSpace;
     }
 
@@ -83,7 +83,7 @@ class FaithfulReadingTest : public PluginTest {
 
     /// The answer for all devices, in which two classes follow each other twice.
     void ServeDevices() {
-        fServer.Answer("EnumerateInstances", "TEST_Device",
+        server_.Answer("EnumerateInstances", "TEST_Device",
                        DeviceXml("TEST_Tape", "t1", PropertyXml("Label", "string", ValueXml("weekly"))) +
                            DeviceXml("TEST_Disk", "d2", PropertyXml("Size", "uint64", ValueXml("2"))) +
                            DeviceXml("TEST_Device", "v1") + DeviceXml("TEST_Disk", "d1"));
@@ -128,7 +128,7 @@ class FaithfulReadingTest : public PluginTest {
 
     std::vector<std::string> Methods() const {
         std::vector<std::string> methods;
-        for (const auto& call : fServer.Calls()) {
+        for (const auto& call : server_.Calls()) {
             methods.push_back(call.method);
         }
         return methods;
@@ -138,7 +138,7 @@ class FaithfulReadingTest : public PluginTest {
     boost::shared_ptr<ICIMInstance> Thing(TCimHTTPNamespace& nameSpace, const std::string& declarations,
                                           const std::string& properties) {
         ServeClass("TEST_Thing", "", KeyPropertyXml("Name") + declarations);
-        fServer.Answer("EnumerateInstances", "TEST_Thing", DeviceXml("TEST_Thing", "a", properties));
+        server_.Answer("EnumerateInstances", "TEST_Thing", DeviceXml("TEST_Thing", "a", properties));
         return Instances(nameSpace, "TEST_Thing").at(0);
     }
 
@@ -157,15 +157,15 @@ class FaithfulReadingTest : public PluginTest {
 
 TEST_F(FaithfulReadingTest, AnUnknownReadingIsRefusedAndSaidSo) {
     EXPECT_EQ(StatusOf([] { Allocated(TCIMValue("quick")); }), 14U);
-    ASSERT_EQ(fLog->Errors().size(), 1U);
-    EXPECT_THAT(fLog->Errors()[0], HasSubstr("'cimhttp.reading' is 'quick'"));
+    ASSERT_EQ(log_->Errors().size(), 1U);
+    EXPECT_THAT(log_->Errors()[0], HasSubstr("'cimhttp.reading' is 'quick'"));
     EXPECT_EQ(StatusOf([] { Allocated(TCIMValue(true)); }), 14U);
     EXPECT_EQ(StatusOf([] { Allocated(TCIMValue(TCIMValue::TCIMType::eCIMString, 0)); }), 14U);
 }
 
 TEST_F(FaithfulReadingTest, TheCompatibleReadingCanBeNamed) {
     const auto nameSpace = Allocated(TCIMValue(kCompatibleReading));
-    nameSpace->connect(fServer.Address(), "", "", kHttpPort);
+    nameSpace->connect(server_.Address(), "", "", kHttpPort);
     EXPECT_FALSE(nameSpace->GetClass("TEST_None", TCIMContext()));
 }
 
@@ -175,9 +175,9 @@ TEST_F(FaithfulReadingTest, AnotherRemoteNamespaceIsReadWhenItIsNamed) {
     context[kNamespaceKey] = TCIMValue("root/interop");
     const auto nameSpace = boost::dynamic_pointer_cast<TCimHTTPNamespace>(
         TCimHTTPNamespaceProvider::GetInstance()->AllocateNamespace(context, false));
-    nameSpace->connect(fServer.Address(), "", "", kHttpPort);
+    nameSpace->connect(server_.Address(), "", "", kHttpPort);
     nameSpace->GetClass("TEST_Device", TCIMContext());
-    EXPECT_EQ(fServer.Calls().at(0).name_space, "root/interop");
+    EXPECT_EQ(server_.Calls().at(0).name_space, "root/interop");
     context[kNamespaceKey] = TCIMValue("no:name");
     EXPECT_EQ(StatusOf([&] { TCimHTTPNamespaceProvider::GetInstance()->AllocateNamespace(context, false); }), 14U);
 }
@@ -255,7 +255,7 @@ TEST_F(FaithfulReadingTest, TheRequestIsDeepAndWhole) {
     ServeDevices();
     const auto nameSpace = Faithful();
     Instances(*nameSpace, "TEST_Device", false);
-    const auto calls = fServer.Calls();
+    const auto calls = server_.Calls();
     const auto call =
         std::find_if(calls.begin(), calls.end(), [](const auto& one) { return one.method == "EnumerateInstances"; });
     EXPECT_THAT(call->parameters.at("DeepInheritance"), testing::StrCaseEq("true"));
@@ -265,7 +265,7 @@ TEST_F(FaithfulReadingTest, TheRequestIsDeepAndWhole) {
 
 TEST_F(FaithfulReadingTest, InstancesOfAClassWithoutKeysKeepTheServersPaths) {
     ServeClass("TEST_Any", "", PropertyXml("Caption", "string"));
-    fServer.Answer("EnumerateInstances", "TEST_Any", DeviceXml("TEST_Disk", "d1") + DeviceXml("TEST_Disk", "d2"));
+    server_.Answer("EnumerateInstances", "TEST_Any", DeviceXml("TEST_Disk", "d1") + DeviceXml("TEST_Disk", "d2"));
     const auto nameSpace = Faithful();
     EXPECT_THAT(Paths(Instances(*nameSpace, "TEST_Any")),
                 ElementsAre("TEST_Disk.Name=\"d1\"", "TEST_Disk.Name=\"d2\""));
@@ -279,7 +279,7 @@ TEST_F(FaithfulReadingTest, KeysHaveTheTypesOfTheirDeclarations) {
         return "<KEYBINDING NAME=\"" + name + "\"><KEYVALUE VALUETYPE=\"" + kind + "\">" + value +
                "</KEYVALUE></KEYBINDING>";
     };
-    fServer.Answer("EnumerateInstances", "TEST_Keyed",
+    server_.Answer("EnumerateInstances", "TEST_Keyed",
                    "<VALUE.NAMEDINSTANCE><INSTANCENAME CLASSNAME=\"TEST_Keyed\">" + key("Flag", "boolean", "TRUE") +
                        key("Level", "numeric", "-0x10") + key("Since", "string", "20261122011000.000000+000") +
                        "</INSTANCENAME><INSTANCE CLASSNAME=\"TEST_Keyed\"/></VALUE.NAMEDINSTANCE>");
@@ -292,7 +292,7 @@ TEST_F(FaithfulReadingTest, KeysHaveTheTypesOfTheirDeclarations) {
 }
 
 TEST_F(FaithfulReadingTest, APathThatIsGivenTwiceIsReported) {
-    fServer.Answer("EnumerateInstances", "TEST_Disk",
+    server_.Answer("EnumerateInstances", "TEST_Disk",
                    DeviceXml("TEST_Disk", "d1", PropertyXml("Size", "uint64", ValueXml("1"))) +
                        DeviceXml("TEST_Disk", "d1", PropertyXml("Size", "uint64", ValueXml("2"))));
     const auto nameSpace = Faithful();
@@ -339,7 +339,7 @@ TEST_F(FaithfulReadingTest, TheSubclassesAreThoseOfTheServerAskedForOnce) {
     const auto definition = [](const std::string& name, const std::string& superClass) {
         return ClassXml(name, superClass, KeyPropertyXml("Name"));
     };
-    fServer.Answer("EnumerateClasses", "TEST_Device",
+    server_.Answer("EnumerateClasses", "TEST_Device",
                    definition("TEST_Disk", "TEST_Device") + definition("TEST_FastDisk", "TEST_Disk") +
                        definition("TEST_Tape", "TEST_Device"));
     const auto nameSpace = Faithful();
@@ -354,7 +354,7 @@ TEST_F(FaithfulReadingTest, TheSubclassesAreThoseOfTheServerAskedForOnce) {
 }
 
 TEST_F(FaithfulReadingTest, AllClassesOfTheServerHangUnderTheRoot) {
-    fServer.Answer("EnumerateClasses", "",
+    server_.Answer("EnumerateClasses", "",
                    ClassXml("TEST_Device", "", "") + ClassXml("TEST_Disk", "TEST_Device", "") +
                        ClassXml("TEST_Other", "", ""));
     const auto nameSpace = Faithful();
@@ -369,7 +369,7 @@ TEST_F(FaithfulReadingTest, AHierarchyWithACycleEndsAsAFailure) {
     const auto other = FetchClass(*nameSpace, "TEST_Device");
     EXPECT_EQ(StatusOf([&] { FetchClass(*nameSpace, "TEST_A")->IsSubclassOf(other, TCIMContext()); }), 42U);
     EXPECT_EQ(nameSpace->LastFailure()->kind, Kind::kMalformed);
-    fServer.Answer("EnumerateClasses", "", ClassXml("TEST_C", "TEST_D", "") + ClassXml("TEST_D", "TEST_C", ""));
+    server_.Answer("EnumerateClasses", "", ClassXml("TEST_C", "TEST_D", "") + ClassXml("TEST_D", "TEST_C", ""));
     EXPECT_EQ(StatusOf([&] { nameSpace->EnumerateRootClasses([](const auto&) { return true; }, TCIMContext()); }), 42U);
 }
 
@@ -478,10 +478,10 @@ TEST_F(FaithfulReadingTest, WhatTheServerDoesNotHaveIsNotFound) {
     ASSERT_TRUE(nameSpace->LastFailure());
     EXPECT_EQ(nameSpace->LastFailure()->kind, Kind::kCimStatus);
     EXPECT_EQ(nameSpace->LastFailure()->cimStatus, 6U);
-    EXPECT_THAT(fLog->Errors().back(), HasSubstr("TEST_None"));
-    fServer.Fail("GetInstance", "", 6, "gone");
+    EXPECT_THAT(log_->Errors().back(), HasSubstr("TEST_None"));
+    server_.Fail("GetInstance", "", 6, "gone");
     EXPECT_EQ(StatusOf([&] { nameSpace->GetInstance(PathOf("TEST_Disk", "Name", "x"), TCIMContext()); }), 15U);
-    fServer.Fail("EnumerateInstances", "TEST_Disk", 5, "no such class");
+    server_.Fail("EnumerateInstances", "TEST_Disk", 5, "no such class");
     EXPECT_EQ(StatusOf([&] { Instances(*nameSpace, "TEST_Disk"); }), 15U);
     nameSpace->GetClass("TEST_Disk", TCIMContext());
     EXPECT_FALSE(nameSpace->LastFailure()) << "the newest operation succeeded";
@@ -489,7 +489,7 @@ TEST_F(FaithfulReadingTest, WhatTheServerDoesNotHaveIsNotFound) {
 
 TEST_F(FaithfulReadingTest, OtherFailuresSayTheirKind) {
     const auto nameSpace = Faithful();
-    fServer.Fail("EnumerateInstances", "TEST_Disk", 1, "it broke");
+    server_.Fail("EnumerateInstances", "TEST_Disk", 1, "it broke");
     EXPECT_EQ(StatusOf([&] { Instances(*nameSpace, "TEST_Disk"); }), 42U);
     EXPECT_EQ(nameSpace->LastFailure()->kind, Kind::kCimStatus);
     EXPECT_THAT(nameSpace->LastFailure()->text, HasSubstr("it broke"));
@@ -505,7 +505,7 @@ TEST_F(FaithfulReadingTest, OtherFailuresSayTheirKind) {
         {"\x15\x03\x03\x01\x02\x02\x46", Kind::kTls},
     };
     for (const auto& [answer, kind] : answers) {
-        fServer.AnswerNextWith(answer);
+        server_.AnswerNextWith(answer);
         EXPECT_EQ(StatusOf([&] { Instances(*nameSpace, "TEST_Disk"); }), 42U) << answer.substr(0, 30);
         ASSERT_TRUE(nameSpace->LastFailure());
         EXPECT_EQ(static_cast<int>(nameSpace->LastFailure()->kind), static_cast<int>(kind)) << answer.substr(0, 30);
@@ -515,7 +515,7 @@ TEST_F(FaithfulReadingTest, OtherFailuresSayTheirKind) {
 TEST_F(FaithfulReadingTest, TheHttpStatusIsKept) {
     const auto nameSpace = Faithful();
     FetchClass(*nameSpace, "TEST_Disk");
-    fServer.AnswerNextWith("HTTP/1.1 503 Busy\r\nContent-Length: 0\r\n\r\n");
+    server_.AnswerNextWith("HTTP/1.1 503 Busy\r\nContent-Length: 0\r\n\r\n");
     EXPECT_EQ(StatusOf([&] { Instances(*nameSpace, "TEST_Disk"); }), 42U);
     EXPECT_EQ(nameSpace->LastFailure()->httpStatus, 503U);
 }
@@ -524,8 +524,8 @@ TEST_F(FaithfulReadingTest, AFailedConnectionSaysItsKind) {
     const auto nameSpace = Allocated(TCIMValue(kFaithfulReading));
     EXPECT_EQ(StatusOf([&] { nameSpace->GetClass("TEST_Disk", TCIMContext()); }), 42U);
     EXPECT_EQ(nameSpace->LastFailure()->kind, Kind::kNotConnected);
-    fServer.Stop();
-    EXPECT_EQ(StatusOf([&] { nameSpace->connect(fServer.Address(), "", "", kHttpPort); }), 42U);
+    server_.Stop();
+    EXPECT_EQ(StatusOf([&] { nameSpace->connect(server_.Address(), "", "", kHttpPort); }), 42U);
     EXPECT_EQ(nameSpace->LastFailure()->kind, Kind::kRefused);
 }
 
@@ -561,7 +561,7 @@ TEST_F(FaithfulReadingTest, ALenientNamespaceReportsWhatItCannotReadAndHasTheRes
     ServeClass("TEST_Thing", "",
                KeyPropertyXml("Name") + PropertyXml("Size", "uint8") + PropertyXml("State", "uint16") +
                    PropertyXml("Label", "string"));
-    fServer.Answer("EnumerateInstances", "TEST_Thing",
+    server_.Answer("EnumerateInstances", "TEST_Thing",
                    DeviceXml("TEST_Thing", "a",
                              PropertyXml("Size", "uint8", ValueXml("300")) +
                                  PropertyXml("State", "uint16", ValueXml("5")) +
@@ -573,7 +573,7 @@ TEST_F(FaithfulReadingTest, ALenientNamespaceReportsWhatItCannotReadAndHasTheRes
     context[kLenientKey] = TCIMValue(true);
     const auto nameSpace = boost::dynamic_pointer_cast<TCimHTTPNamespace>(
         TCimHTTPNamespaceProvider::GetInstance()->AllocateNamespace(context, false));
-    nameSpace->connect(fServer.Address(), "", "", kHttpPort);
+    nameSpace->connect(server_.Address(), "", "", kHttpPort);
     const auto things = Instances(*nameSpace, "TEST_Thing");
     ASSERT_EQ(things.size(), 2U);
     EXPECT_TRUE(ValueOf(*things[0], "Size").IsNull());
@@ -589,14 +589,14 @@ TEST_F(FaithfulReadingTest, ALenientNamespaceReportsWhatItCannotReadAndHasTheRes
     EXPECT_EQ(incidents.First()[0].property, "Size");
     EXPECT_THAT(incidents.First()[0].reason, HasSubstr("integer out of range: 300, at byte "));
     EXPECT_TRUE(nameSpace->Incidents().IsEmpty()) << "they were taken";
-    EXPECT_EQ(fLog->Warnings().size(), 3U);
+    EXPECT_EQ(log_->Warnings().size(), 3U);
 }
 
 TEST_F(FaithfulReadingTest, WhatALenientNamespaceCannotReadIsInTheLogOfAHostThatAsksForNoReport) {
     ServeClass("TEST_Thing", "", KeyPropertyXml("Name") + PropertyXml("Size", "uint8"));
-    fServer.Answer("EnumerateInstances", "TEST_Thing",
+    server_.Answer("EnumerateInstances", "TEST_Thing",
                    DeviceXml("TEST_Thing", "a", PropertyXml("Size", "uint8", ValueXml("300"))));
-    fServer.Answer("GetInstance", "",
+    server_.Answer("GetInstance", "",
                    "<INSTANCE CLASSNAME=\"TEST_Thing\">" + PropertyXml("Size", "uint8", ValueXml("-1")) +
                        "</INSTANCE>");
     TCIMContext context = PluginContext();
@@ -604,22 +604,22 @@ TEST_F(FaithfulReadingTest, WhatALenientNamespaceCannotReadIsInTheLogOfAHostThat
     context[kLenientKey] = TCIMValue(true);
     const auto nameSpace = boost::dynamic_pointer_cast<TCimHTTPNamespace>(
         TCimHTTPNamespaceProvider::GetInstance()->AllocateNamespace(context, false));
-    nameSpace->connect(fServer.Address(), "", "", kHttpPort);
+    nameSpace->connect(server_.Address(), "", "", kHttpPort);
     Instances(*nameSpace, "TEST_Thing");
-    ASSERT_EQ(fLog->Warnings().size(), 1U);
-    EXPECT_THAT(fLog->Warnings()[0], HasSubstr("property Size: integer out of range: 300"));
+    ASSERT_EQ(log_->Warnings().size(), 1U);
+    EXPECT_THAT(log_->Warnings()[0], HasSubstr("property Size: integer out of range: 300"));
     TCIMReference path({}, TCIMContext());
     path.SetClassName("TEST_Thing");
     path.AddKeyValue("Name", TCIMValue("b"));
     nameSpace->GetInstance(path, TCIMContext());
-    EXPECT_EQ(fLog->Warnings().size(), 2U);
+    EXPECT_EQ(log_->Warnings().size(), 2U);
     EXPECT_EQ(nameSpace->TakeIncidents().Total(), 2U);
-    EXPECT_EQ(fLog->Warnings().size(), 2U) << "each once";
+    EXPECT_EQ(log_->Warnings().size(), 2U) << "each once";
 }
 
 TEST_F(FaithfulReadingTest, OfAPropertyThatComesTwiceTheLastCountsAndItIsReported) {
     ServeClass("TEST_Thing", "", KeyPropertyXml("Name") + PropertyXml("Size", "uint8"));
-    fServer.Answer(
+    server_.Answer(
         "EnumerateInstances", "TEST_Thing",
         DeviceXml("TEST_Thing", "a",
                   PropertyXml("Size", "uint8", ValueXml("1")) + PropertyXml("SIZE", "uint8", ValueXml("2"))));
@@ -634,7 +634,7 @@ TEST_F(FaithfulReadingTest, OfAPropertyThatComesTwiceTheLastCountsAndItIsReporte
 
 TEST_F(FaithfulReadingTest, ANamespaceIsNotLenientUnlessTheHostSaysSo) {
     const auto nameSpace = Faithful();
-    fServer.Answer("EnumerateInstances", "TEST_Device",
+    server_.Answer("EnumerateInstances", "TEST_Device",
                    DeviceXml("TEST_Disk", "d1", PropertyXml("Size", "uint64", ValueXml("many"))));
     EXPECT_EQ(StatusOf([&] { Instances(*nameSpace, "TEST_Device"); }), 42U);
     EXPECT_EQ(nameSpace->LastFailure()->kind, Kind::kMalformed);
@@ -654,7 +654,7 @@ TEST_F(FaithfulReadingTest, OnlyABooleanMakesANamespaceLenientAndOnlyAFaithfulOn
     EXPECT_EQ(statusWith(TCIMValue(true), kCompatibleReading), 14U);
     EXPECT_EQ(statusWith(TCIMValue(false), kCompatibleReading), 0U);
     EXPECT_EQ(statusWith(TCIMValue(true), kFaithfulReading), 0U);
-    EXPECT_EQ(fLog->Errors().size(), 2U);
+    EXPECT_EQ(log_->Errors().size(), 2U);
 }
 
 TEST_F(FaithfulReadingTest, ANullAmongNumbersStaysANull) {
@@ -672,8 +672,8 @@ TEST_F(FaithfulReadingTest, ANullAmongNumbersStaysANull) {
 TEST_F(FaithfulReadingTest, EveryIncidentIsAWarningInTheLog) {
     const auto nameSpace = Faithful();
     Thing(*nameSpace, "", PropertyXml("Colour", "string", ValueXml("red")));
-    ASSERT_EQ(fLog->Warnings().size(), 1U);
-    EXPECT_EQ(fLog->Warnings()[0], "TCimHTTPNamespace: TEST_Thing.Name=\"a\", property Colour: the class does not "
+    ASSERT_EQ(log_->Warnings().size(), 1U);
+    EXPECT_EQ(log_->Warnings()[0], "TCimHTTPNamespace: TEST_Thing.Name=\"a\", property Colour: the class does not "
                                    "declare the property");
 }
 
@@ -709,7 +709,7 @@ TEST_F(FaithfulReadingTest, NamesBeyondAsciiAreNamesLikeAllOthers) {
                                             "string", "viel")) +
                    "<METHOD NAME=\"R\xc3\xbc"
                    "ck\" TYPE=\"uint32\"><PARAMETER NAME=\"\xc3\xa4\" TYPE=\"string\"/></METHOD>");
-    fServer.Answer("EnumerateInstances", "TEST_Ger\xc3\xa4t",
+    server_.Answer("EnumerateInstances", "TEST_Ger\xc3\xa4t",
                    DeviceXml("TEST_Ger\xc3\xa4t", "a", PropertyXml("h\xc3\xb6HE", "uint16", ValueXml("7"))));
     const auto nameSpace = Faithful();
     const auto instances = Instances(*nameSpace, "test_ger\xc3\xa4t");
@@ -734,7 +734,7 @@ TEST_F(FaithfulReadingTest, NamesBeyondAsciiAreNamesLikeAllOthers) {
 
 TEST_F(FaithfulReadingTest, AnUndeclaredPropertyWithANameBeyondAsciiIsAnIncidentOfItsInstance) {
     ServeDevices();
-    fServer.Answer("EnumerateInstances", "TEST_Device",
+    server_.Answer("EnumerateInstances", "TEST_Device",
                    DeviceXml("TEST_Disk", "d1",
                              PropertyXml("Fl\xc3\xa4"
                                          "che",
@@ -752,7 +752,7 @@ TEST_F(FaithfulReadingTest, AFailedReadingLeavesTheOneBefore) {
     ServeDevices();
     const auto nameSpace = Faithful();
     Instances(*nameSpace, "TEST_Device");
-    fServer.Fail("EnumerateInstances", "TEST_Device", 1, "it broke");
+    server_.Fail("EnumerateInstances", "TEST_Device", 1, "it broke");
     EXPECT_EQ(StatusOf([&] { Instances(*nameSpace, "TEST_Device"); }), 42U);
     EXPECT_TRUE(nameSpace->GetInstance(PathOf("TEST_Disk", "Name", "d1"), TCIMContext()));
     EXPECT_EQ(CountCalls("GetInstance"), 0U);
@@ -764,7 +764,7 @@ TEST_F(FaithfulReadingTest, EachEnumerationAsksAgainAndOldInstancesStayValid) {
     ServeDevices();
     const auto nameSpace = Faithful();
     const auto before = Instances(*nameSpace, "TEST_Device");
-    fServer.Answer("EnumerateInstances", "TEST_Device", DeviceXml("TEST_Disk", "d9"));
+    server_.Answer("EnumerateInstances", "TEST_Device", DeviceXml("TEST_Disk", "d9"));
     EXPECT_THAT(Paths(Instances(*nameSpace, "TEST_Device")), ElementsAre("TEST_Disk.Name=\"d9\""));
     EXPECT_EQ(PathText(*before[3]), "TEST_Tape.Name=\"t1\"");
     EXPECT_EQ(ValueOf(*before[3], "Label"), TCIMValue("weekly"));
@@ -774,13 +774,13 @@ TEST_F(FaithfulReadingTest, GetInstanceAnswersFromTheLastReading) {
     ServeDevices();
     const auto nameSpace = Faithful();
     const auto instances = Instances(*nameSpace, "TEST_Device");
-    fServer.ForgetCalls();
+    server_.ForgetCalls();
     EXPECT_EQ(nameSpace->GetInstance(PathOf("test_disk", "NAME", "d2"), TCIMContext()), instances[2]);
     EXPECT_THAT(Methods(), IsEmpty());
 }
 
 TEST_F(FaithfulReadingTest, GetInstanceAsksForWhatItDoesNotHave) {
-    fServer.Answer("GetInstance", "",
+    server_.Answer("GetInstance", "",
                    "<INSTANCE CLASSNAME=\"TEST_Disk\">" + PropertyXml("Name", "string", ValueXml("d7")) +
                        PropertyXml("Size", "uint64", ValueXml("77")) + "</INSTANCE>");
     const auto nameSpace = Faithful();
@@ -795,40 +795,40 @@ TEST_F(FaithfulReadingTest, GetInstanceKnowsWhatHasGoneSince) {
     ServeDevices();
     const auto nameSpace = Faithful();
     Instances(*nameSpace, "TEST_Device");
-    fServer.Answer("EnumerateInstances", "TEST_Disk", DeviceXml("TEST_Disk", "d1"));
+    server_.Answer("EnumerateInstances", "TEST_Disk", DeviceXml("TEST_Disk", "d1"));
     Instances(*nameSpace, "TEST_Disk");
-    fServer.Fail("GetInstance", "", 6, "gone");
+    server_.Fail("GetInstance", "", 6, "gone");
     EXPECT_EQ(StatusOf([&] { nameSpace->GetInstance(PathOf("TEST_Disk", "Name", "d2"), TCIMContext()); }), 15U);
     EXPECT_TRUE(nameSpace->GetInstance(PathOf("TEST_Tape", "Name", "t1"), TCIMContext()));
 }
 
 TEST_F(FaithfulReadingTest, AKeyThatReadsLikeAPathIsATextWhereTheClassSaysSo) {
-    fServer.Answer("GetInstance", "", "<INSTANCE CLASSNAME=\"TEST_Disk\"/>");
+    server_.Answer("GetInstance", "", "<INSTANCE CLASSNAME=\"TEST_Disk\"/>");
     const auto nameSpace = Faithful();
     nameSpace->GetInstance(PathOf("TEST_Disk", "Name", "A.B=\"c\""), TCIMContext());
-    EXPECT_THAT(fServer.Calls().back().http.body, testing::Not(HasSubstr("VALUE.REFERENCE")));
-    EXPECT_THAT(fServer.Calls().back().http.body, HasSubstr("VALUETYPE=\"string\""));
+    EXPECT_THAT(server_.Calls().back().http.body, testing::Not(HasSubstr("VALUE.REFERENCE")));
+    EXPECT_THAT(server_.Calls().back().http.body, HasSubstr("VALUETYPE=\"string\""));
 }
 
 // --- Few requests ------------------------------------------------------------------------------------------------
 
 TEST_F(FaithfulReadingTest, AColdReadingTakesThreeRequestsAndTheNextOne) {
-    fServer.AnswerPortion("OpenEnumerateInstances", "TEST_Disk", "", "");
+    server_.AnswerPortion("OpenEnumerateInstances", "TEST_Disk", "", "");
     const auto nameSpace = Faithful();
     Instances(*nameSpace, "TEST_Disk");
     EXPECT_THAT(Methods(), UnorderedElementsAre("GetClass", "EnumerateQualifiers", "OpenEnumerateInstances"));
-    fServer.ForgetCalls();
+    server_.ForgetCalls();
     Instances(*nameSpace, "TEST_Disk");
     EXPECT_THAT(Methods(), ElementsAre("OpenEnumerateInstances"));
 }
 
 TEST_F(FaithfulReadingTest, OfAServerWithoutPulledEnumerationsItTakesAFourthThatAsksForThem) {
-    fServer.Answer("EnumerateInstances", "TEST_Disk", DeviceXml("TEST_Disk", "d1") + DeviceXml("TEST_Disk", "d2"));
+    server_.Answer("EnumerateInstances", "TEST_Disk", DeviceXml("TEST_Disk", "d1") + DeviceXml("TEST_Disk", "d2"));
     const auto nameSpace = Faithful();
     Instances(*nameSpace, "TEST_Disk");
     EXPECT_THAT(Methods(), UnorderedElementsAre("GetClass", "EnumerateQualifiers", "OpenEnumerateInstances",
                                                 "EnumerateInstances"));
-    fServer.ForgetCalls();
+    server_.ForgetCalls();
     Instances(*nameSpace, "TEST_Disk");
     EXPECT_THAT(Methods(), ElementsAre("EnumerateInstances"));
 }
@@ -842,12 +842,12 @@ TEST_F(FaithfulReadingTest, EachFurtherClassTakesOneRequestMore) {
 }
 
 TEST_F(FaithfulReadingTest, ThePropertyListGoesToTheServer) {
-    fServer.Answer("EnumerateInstances", "TEST_Disk", DeviceXml("TEST_Disk", "d1"));
+    server_.Answer("EnumerateInstances", "TEST_Disk", DeviceXml("TEST_Disk", "d1"));
     const auto nameSpace = Faithful();
     const TCIMValue names(ECIMType::eCIMString, 0, {TCIMValue("Name"), TCIMValue("Size")});
     EXPECT_EQ(Instances(*nameSpace, "TEST_Disk", true, {{kPropertiesKey, names}}).size(), 1U);
-    EXPECT_EQ(fServer.Calls().back().parameters.at("PropertyList"), "Name,Size");
-    fServer.Answer("GetInstance", "",
+    EXPECT_EQ(server_.Calls().back().parameters.at("PropertyList"), "Name,Size");
+    server_.Answer("GetInstance", "",
                    "<INSTANCE CLASSNAME=\"TEST_Disk\">" + PropertyXml("State", "uint16", ValueXml("2")) +
                        "</INSTANCE>");
     EXPECT_EQ(ValueOf(*nameSpace->GetInstance(PathOf("TEST_Disk", "Name", "d1"), TCIMContext()), "State"),
@@ -866,7 +866,7 @@ TEST_F(FaithfulReadingTest, APropertyListOfAnotherTypeIsRefused) {
 // --- Servers that do not have all operations ---------------------------------------------------------------------
 
 TEST_F(FaithfulReadingTest, QualifiersComeOneByOneFromAServerThatDoesNotListThem) {
-    fServer.Fail("EnumerateQualifiers", "", 7, "not supported");
+    server_.Fail("EnumerateQualifiers", "", 7, "not supported");
     ServeClass("TEST_Noted", "", QualifierXml("Description", "string", "x") + KeyPropertyXml("Name"));
     const auto nameSpace = Faithful();
     FetchClass(*nameSpace, "TEST_Noted");
@@ -876,8 +876,8 @@ TEST_F(FaithfulReadingTest, QualifiersComeOneByOneFromAServerThatDoesNotListThem
 }
 
 TEST_F(FaithfulReadingTest, AServerWithoutQualifierOperationsShowsItsClassesAllTheSame) {
-    fServer.Fail("EnumerateQualifiers", "", 7, "not supported");
-    fServer.Fail("GetQualifier", "Key", 7, "not supported");
+    server_.Fail("EnumerateQualifiers", "", 7, "not supported");
+    server_.Fail("GetQualifier", "Key", 7, "not supported");
     ServeClass("TEST_Noted", "",
                KeyPropertyXml("Name") + PropertyXml("A", "string", QualifierXml("Own", "uint8", "3")));
     const auto nameSpace = Faithful();
@@ -889,8 +889,8 @@ TEST_F(FaithfulReadingTest, AServerWithoutQualifierOperationsShowsItsClassesAllT
 }
 
 TEST_F(FaithfulReadingTest, AServerWithoutClassOperationsShowsItsInstancesAsSent) {
-    fServer.Fail("GetClass", "TEST_Plain", 7, "not supported");
-    fServer.Answer("EnumerateInstances", "TEST_Plain",
+    server_.Fail("GetClass", "TEST_Plain", 7, "not supported");
+    server_.Answer("EnumerateInstances", "TEST_Plain",
                    DeviceXml("TEST_Plain", "p1", PropertyXml("Size", "uint64", ValueXml("5"))) +
                        DeviceXml("TEST_Plain", "p2", PropertyXml("Colour", "string", ValueXml("red"))));
     const auto nameSpace = Faithful();
@@ -912,7 +912,7 @@ TEST_F(FaithfulReadingTest, AServerWithoutClassOperationsShowsItsInstancesAsSent
 }
 
 TEST_F(FaithfulReadingTest, AnInstanceWhoseDefinitionCannotBeReadIsKeptAsSentAndReported) {
-    fServer.Fail("GetClass", "TEST_Disk", 1, "it broke");
+    server_.Fail("GetClass", "TEST_Disk", 1, "it broke");
     ServeDevices();
     const auto nameSpace = Faithful();
     const auto instances = Instances(*nameSpace, "TEST_Device");
@@ -928,7 +928,7 @@ TEST_F(FaithfulReadingTest, ACompatibleNamespaceTellsItsFailuresAndIncidents) {
     const auto nameSpace = ConnectedNamespace();
     EXPECT_FALSE(nameSpace->GetClass("TEST_None", TCIMContext()));
     EXPECT_EQ(nameSpace->LastFailure()->cimStatus, 6U);
-    fServer.Answer("EnumerateInstances", "TEST_Disk",
+    server_.Answer("EnumerateInstances", "TEST_Disk",
                    DeviceXml("TEST_Disk", "d1", PropertyXml("Colour", "string", ValueXml("red"))) +
                        DeviceXml("TEST_Disk", "d1"));
     Instances(*nameSpace, "TEST_Disk", false);
@@ -939,18 +939,18 @@ TEST_F(FaithfulReadingTest, ACompatibleNamespaceTellsItsFailuresAndIncidents) {
           embedded + "<VALUE>&lt;INSTANCE CLASSNAME=\"TEST_Part\"/&gt;</VALUE></PROPERTY>");
     ASSERT_THAT(Causes(nameSpace->Incidents()), ElementsAre(Cause::kBadValue));
     EXPECT_EQ(nameSpace->Incidents().First()[0].property, "Part");
-    fServer.Fail("EnumerateInstances", "TEST_Tape", 1, "it broke");
+    server_.Fail("EnumerateInstances", "TEST_Tape", 1, "it broke");
     EXPECT_THAT(Instances(*nameSpace, "TEST_Tape", false), IsEmpty());
     EXPECT_EQ(nameSpace->LastFailure()->cimStatus, 1U);
 }
 
 TEST_F(FaithfulReadingTest, AllocateClassThrowsTheHostsExceptionInBothReadings) {
     for (const auto& nameSpace : {ConnectedNamespace(), Faithful()}) {
-        fLog->Forget();
+        log_->Forget();
         EXPECT_EQ(StatusOf([&] { nameSpace->AllocateClass("TEST_None", {}, TCIMContext()); }), 15U);
-        ASSERT_EQ(fLog->Errors().size(), 1U);
-        EXPECT_THAT(fLog->Errors()[0], HasSubstr("TCimHTTPNamespace::AllocateClass TEST_None: "));
-        fServer.Fail("GetClass", "TEST_Sick", 1, "it broke");
+        ASSERT_EQ(log_->Errors().size(), 1U);
+        EXPECT_THAT(log_->Errors()[0], HasSubstr("TCimHTTPNamespace::AllocateClass TEST_None: "));
+        server_.Fail("GetClass", "TEST_Sick", 1, "it broke");
         EXPECT_EQ(StatusOf([&] { nameSpace->AllocateClass("TEST_Sick", {}, TCIMContext()); }), 42U);
         EXPECT_TRUE(nameSpace->AllocateClass("TEST_Disk", {}, TCIMContext()));
     }

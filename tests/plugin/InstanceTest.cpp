@@ -17,16 +17,16 @@ class OneInstanceClass : public TCimHTTPClass {
     using TCimHTTPClass::TCimHTTPClass;
 
     boost::shared_ptr<ICIMInstance> AllocateInstance(TCIMContext context) override {
-        if (fCount++ > 0) {
-            fFail();
+        if (count_++ > 0) {
+            fail_();
         }
         return TCimHTTPClass::AllocateInstance(context);
     }
 
-    boost::function<void()> fFail;
+    boost::function<void()> fail_;
 
   private:
-    int fCount = 0;
+    int count_ = 0;
 };
 
 /// An instance that keeps the context with which it was asked for its reference.
@@ -35,11 +35,11 @@ class WatchedInstance : public TCimHTTPInstance {
     using TCimHTTPInstance::TCimHTTPInstance;
 
     TCIMReference GetReference(TCIMContext context) const override {
-        fContext = context;
+        context_ = context;
         return TCimHTTPInstance::GetReference(context);
     }
 
-    mutable TCIMContext fContext;
+    mutable TCIMContext context_;
 };
 
 class InstanceTest : public PluginTest {
@@ -48,14 +48,14 @@ class InstanceTest : public PluginTest {
         ServeClass("TEST_Disk", "",
                    PropertyXml("Name", "string", KeyXml()) + PropertyXml("Size", "uint64") +
                        "<PROPERTY.ARRAY NAME=\"Tags\" TYPE=\"string\"/>");
-        fNamespace = ConnectedNamespace();
-        fDisk = FetchClass(*fNamespace, "TEST_Disk");
-        fServer.ForgetCalls();
-        fLog->Forget();
+        namespace_ = ConnectedNamespace();
+        disk_ = FetchClass(*namespace_, "TEST_Disk");
+        server_.ForgetCalls();
+        log_->Forget();
     }
 
     void ServeInstances(const std::string& className, const std::string& instances) {
-        fServer.Answer("EnumerateInstances", className, instances);
+        server_.Answer("EnumerateInstances", className, instances);
     }
 
     static std::string DiskXml(const std::string& name, const std::string& size) {
@@ -79,19 +79,19 @@ class InstanceTest : public PluginTest {
         return instance.GetProperty(property, TCIMContext())->GetValue(TCIMContext()).ToString(10);
     }
 
-    boost::shared_ptr<TCimHTTPNamespace> fNamespace;
-    boost::shared_ptr<TCimHTTPClass> fDisk;
+    boost::shared_ptr<TCimHTTPNamespace> namespace_;
+    boost::shared_ptr<TCimHTTPClass> disk_;
 };
 
 } // namespace
 
 TEST_F(InstanceTest, TheFirstEnumerationAsksTheServerAndLaterOnesTheCache) {
     ServeInstances("TEST_Disk", DiskXml("sda", "100"));
-    const auto first = Instances(*fDisk);
-    const auto second = Instances(*fDisk);
+    const auto first = Instances(*disk_);
+    const auto second = Instances(*disk_);
     ASSERT_EQ(first.size(), 1U);
     EXPECT_EQ(first, second);
-    const auto calls = fServer.Calls();
+    const auto calls = server_.Calls();
     ASSERT_EQ(calls.size(), 1U);
     EXPECT_EQ(calls[0].method, "EnumerateInstances");
     EXPECT_EQ(calls[0].name_space, "root/cimv2");
@@ -111,7 +111,7 @@ TEST_F(InstanceTest, OfAPropertyThatIsSentTwiceTheLastGoodValueCounts) {
     };
     ServeInstances("TEST_Disk", disk("sda", PropertyXml("SIZE", "uint64", ValueXml("200"))) +
                                     disk("sdb", PropertyXml("SIZE", "string", ValueXml("many"))));
-    const auto disks = Instances(*fDisk);
+    const auto disks = Instances(*disk_);
     ASSERT_EQ(disks.size(), 2U);
     EXPECT_EQ(Text(*disks[0], "Size"), "200");
     EXPECT_EQ(Text(*disks[1], "Size"), "100");
@@ -119,8 +119,8 @@ TEST_F(InstanceTest, OfAPropertyThatIsSentTwiceTheLastGoodValueCounts) {
 
 TEST_F(InstanceTest, DeepIsPassedOnToTheServer) {
     ServeInstances("TEST_Disk", DiskXml("sda", "100"));
-    Instances(*fDisk, true);
-    EXPECT_THAT(fServer.Calls().at(0).parameters.at("DeepInheritance"), testing::StrCaseEq("true"));
+    Instances(*disk_, true);
+    EXPECT_THAT(server_.Calls().at(0).parameters.at("DeepInheritance"), testing::StrCaseEq("true"));
 }
 
 TEST_F(InstanceTest, EachInstanceMayHaveItsPropertiesInAnotherOrder) {
@@ -134,14 +134,14 @@ TEST_F(InstanceTest, EachInstanceMayHaveItsPropertiesInAnotherOrder) {
                                                 PropertyXml("Size", "uint64", ValueXml("300")) +
                                                     PropertyXml("Colour", "string", ValueXml("red")) +
                                                     PropertyXml("Name", "string", ValueXml("sdc"))));
-    const auto disks = Instances(*fDisk);
+    const auto disks = Instances(*disk_);
     ASSERT_EQ(disks.size(), 3U);
     for (const auto& [disk, expectedName, expectedSize] :
          {std::tuple(disks[0], "sda", "100"), std::tuple(disks[1], "sdb", "200"), std::tuple(disks[2], "sdc", "300")}) {
         EXPECT_EQ(Text(*disk, "Name"), expectedName);
         EXPECT_EQ(Text(*disk, "Size"), expectedSize);
     }
-    EXPECT_THAT(fLog->Errors(), Contains("TCimHTTPClass::EnumerateInstances - Unable to retrieve property: Colour"));
+    EXPECT_THAT(log_->Errors(), Contains("TCimHTTPClass::EnumerateInstances - Unable to retrieve property: Colour"));
 }
 
 TEST_F(InstanceTest, ValuesArriveConverted) {
@@ -151,11 +151,11 @@ TEST_F(InstanceTest, ValuesArriveConverted) {
                                    PropertyXml("Size", "uint64", ValueXml("18446744073709551615")) +
                                    "<PROPERTY.ARRAY NAME=\"Tags\" TYPE=\"string\"><VALUE.ARRAY><VALUE>a &amp; b</VALUE>"
                                    "<VALUE>c</VALUE></VALUE.ARRAY></PROPERTY.ARRAY>"));
-    const auto disk = Instances(*fDisk).at(0);
+    const auto disk = Instances(*disk_).at(0);
     EXPECT_EQ(disk->GetProperty("size", TCIMContext())->GetValue(TCIMContext()), TCIMValue(18446744073709551615ULL));
     EXPECT_EQ(Text(*disk, "Name"), "sda");
     EXPECT_EQ(Text(*disk, "Tags"), "{a & b, c}");
-    EXPECT_EQ(disk->GetClass(TCIMContext()), fDisk);
+    EXPECT_EQ(disk->GetClass(TCIMContext()), disk_);
 }
 
 TEST_F(InstanceTest, ANullPropertyArrivesAsTheEmptyValueOfItsTypeAndANullBooleanAsFalse) {
@@ -164,7 +164,7 @@ TEST_F(InstanceTest, ANullPropertyArrivesAsTheEmptyValueOfItsTypeAndANullBoolean
                                    "<PROPERTY.ARRAY NAME=\"Tags\" TYPE=\"string\"/>";
     ServeClass("TEST_Blank", "", PropertyXml("Name", "string", KeyXml()) + properties);
     ServeInstances("TEST_Blank", InstanceXml("TEST_Blank", "Name", "a", properties));
-    const auto blank = Instances(*FetchClass(*fNamespace, "TEST_Blank")).at(0);
+    const auto blank = Instances(*FetchClass(*namespace_, "TEST_Blank")).at(0);
     const auto valueOf = [&](const char* name) {
         const auto property = blank->GetProperty(name, TCIMContext());
         EXPECT_FALSE(property->IsDefaultValue(TCIMContext())) << name << " has a value of its own";
@@ -175,13 +175,13 @@ TEST_F(InstanceTest, ANullPropertyArrivesAsTheEmptyValueOfItsTypeAndANullBoolean
     EXPECT_EQ(valueOf("Label"), TCIMValue(""));
     EXPECT_EQ(valueOf("Since"), TCIMValue(TCIMDateTime()));
     EXPECT_EQ(valueOf("Tags"), TCIMValue(ECIMType::eCIMString, 0, {}));
-    EXPECT_THAT(fLog->Errors(), IsEmpty());
+    EXPECT_THAT(log_->Errors(), IsEmpty());
 }
 
 TEST_F(InstanceTest, InstancesComeInTheOrderOfTheirPaths) {
     ServeInstances("TEST_Disk", DiskXml("sdc", "1") + DiskXml("sda", "2") + DiskXml("sdb", "3"));
     std::vector<std::string> names;
-    for (const auto& disk : Instances(*fDisk)) {
+    for (const auto& disk : Instances(*disk_)) {
         names.push_back(Text(*disk, "Name"));
     }
     EXPECT_THAT(names, ElementsAre("sda", "sdb", "sdc"));
@@ -189,22 +189,22 @@ TEST_F(InstanceTest, InstancesComeInTheOrderOfTheirPaths) {
 
 TEST_F(InstanceTest, EachInstanceIsLogged) {
     ServeInstances("TEST_Disk", DiskXml("sda", "1") + DiskXml("sdb", "3"));
-    Instances(*fDisk);
+    Instances(*disk_);
     const std::string line = "TCimHTTPClass::EnumerateInstances created instance: TEST_Disk";
-    EXPECT_THAT(fLog->Debug(), ElementsAre(line, line));
-    EXPECT_THAT(fLog->Errors(), IsEmpty());
+    EXPECT_THAT(log_->Debug(), ElementsAre(line, line));
+    EXPECT_THAT(log_->Errors(), IsEmpty());
 }
 
 TEST_F(InstanceTest, AClassWithoutInstancesIsAskedForAgainOnEveryCall) {
     ServeInstances("TEST_Disk", "");
-    EXPECT_THAT(Instances(*fDisk), IsEmpty());
-    EXPECT_THAT(Instances(*fDisk), IsEmpty());
+    EXPECT_THAT(Instances(*disk_), IsEmpty());
+    EXPECT_THAT(Instances(*disk_), IsEmpty());
     EXPECT_EQ(CountCalls("EnumerateInstances", "TEST_Disk"), 2U);
 }
 
 TEST_F(InstanceTest, OfTwoInstancesWithOnePathTheFirstStays) {
     ServeInstances("TEST_Disk", DiskXml("sda", "1") + DiskXml("sda", "2"));
-    const auto disks = Instances(*fDisk);
+    const auto disks = Instances(*disk_);
     ASSERT_EQ(disks.size(), 1U);
     EXPECT_EQ(Text(*disks[0], "Size"), "1");
 }
@@ -218,7 +218,7 @@ TEST_F(InstanceTest, InstancesOfAClassWithoutKeysStayDistinct) {
                                       "CLASSNAME=\"TEST_Sample\"/><INSTANCE CLASSNAME=\"TEST_Sample\">" +
                                       PropertyXml("Value", "uint32", ValueXml("2")) +
                                       "</INSTANCE></VALUE.NAMEDINSTANCE>");
-    EXPECT_EQ(Instances(*FetchClass(*fNamespace, "TEST_Sample")).size(), 2U);
+    EXPECT_EQ(Instances(*FetchClass(*namespace_, "TEST_Sample")).size(), 2U);
 }
 
 TEST_F(InstanceTest, InstancesOfAClassWithoutKeysStayDistinctAlsoWhereTheirValuesAreEqual) {
@@ -227,7 +227,7 @@ TEST_F(InstanceTest, InstancesOfAClassWithoutKeysStayDistinctAlsoWhereTheirValue
                                "CLASSNAME=\"TEST_Sample\">" +
                                PropertyXml("Value", "uint32", ValueXml("1")) + "</INSTANCE></VALUE.NAMEDINSTANCE>";
     ServeInstances("TEST_Sample", sample + sample + sample);
-    const auto cls = FetchClass(*fNamespace, "TEST_Sample");
+    const auto cls = FetchClass(*namespace_, "TEST_Sample");
     const auto samples = Instances(*cls);
     ASSERT_EQ(samples.size(), 3U);
     for (const auto& instance : samples) {
@@ -243,12 +243,12 @@ TEST_F(InstanceTest, AnUndeclaredPropertyIsLoggedAndTheRestIsKept) {
                                             PropertyXml("Vendor", "string", ValueXml("ACME")) +
                                                 PropertyXml("Name", "string", ValueXml("sda")) +
                                                 PropertyXml("Size", "string", ValueXml("big"))));
-    const auto disks = Instances(*fDisk);
+    const auto disks = Instances(*disk_);
     ASSERT_EQ(disks.size(), 1U);
     EXPECT_EQ(Text(*disks[0], "Name"), "sda");
     EXPECT_TRUE(disks[0]->GetProperty("Size", TCIMContext())->IsDefaultValue(TCIMContext()));
-    EXPECT_THAT(fLog->Errors(), Contains("TCimHTTPClass::EnumerateInstances - Unable to retrieve property: Vendor"));
-    EXPECT_THAT(fLog->Errors(), Contains("TCimHTTPClass::EnumerateInstances - Unable to retrieve property: Size"));
+    EXPECT_THAT(log_->Errors(), Contains("TCimHTTPClass::EnumerateInstances - Unable to retrieve property: Vendor"));
+    EXPECT_THAT(log_->Errors(), Contains("TCimHTTPClass::EnumerateInstances - Unable to retrieve property: Size"));
 }
 
 TEST_F(InstanceTest, APropertyWhoseNameTheHostDoesNotKnowIsLoggedAndTheRestIsKept) {
@@ -257,48 +257,48 @@ TEST_F(InstanceTest, APropertyWhoseNameTheHostDoesNotKnowIsLoggedAndTheRestIsKep
     ServeInstances("TEST_Disk", InstanceXml("TEST_Disk", "Name", "sda",
                                             PropertyXml(name, "datetime", ValueXml("20261121083900.000000+060")) +
                                                 PropertyXml("Name", "string", ValueXml("sda"))));
-    EXPECT_EQ(Text(*Instances(*fDisk).at(0), "Name"), "sda");
-    EXPECT_THAT(fLog->Errors(),
+    EXPECT_EQ(Text(*Instances(*disk_).at(0), "Name"), "sda");
+    EXPECT_THAT(log_->Errors(),
                 ElementsAre("CimHTTP: CIM name '" + name + "' is invalid",
                             "TCimHTTPClass::EnumerateInstances - Unable to retrieve property: " + name));
 }
 
 TEST_F(InstanceTest, ARemoteFailureIsLoggedAndRetriedOnTheNextCall) {
-    fServer.Fail("EnumerateInstances", "TEST_Disk", 1, "provider crashed");
-    EXPECT_THAT(Instances(*fDisk), IsEmpty());
-    EXPECT_THAT(fLog->Errors(),
+    server_.Fail("EnumerateInstances", "TEST_Disk", 1, "provider crashed");
+    EXPECT_THAT(Instances(*disk_), IsEmpty());
+    EXPECT_THAT(log_->Errors(),
                 ElementsAre("TCimHTTPClass::EnumerateInstances from Pegasus for: TEST_Diskreturned exception: "
                             "CIM_ERR_FAILED: provider crashed"));
     ServeInstances("TEST_Disk", DiskXml("sda", "1"));
-    EXPECT_EQ(Instances(*fDisk).size(), 1U);
+    EXPECT_EQ(Instances(*disk_).size(), 1U);
 }
 
 TEST_F(InstanceTest, AFailedFetchIsNotRepeatedInTheSameEnumeration) {
-    fServer.Fail("EnumerateInstances", "TEST_Disk", 1, "provider crashed");
+    server_.Fail("EnumerateInstances", "TEST_Disk", 1, "provider crashed");
     for (const bool deep : {false, true}) {
-        fServer.ForgetCalls();
-        Instances(*fDisk, deep);
-        EXPECT_EQ(fServer.Calls().size(), 1U);
+        server_.ForgetCalls();
+        Instances(*disk_, deep);
+        EXPECT_EQ(server_.Calls().size(), 1U);
     }
 }
 
 TEST_F(InstanceTest, AServerThatClosesInTheMiddleOfTheInstancesLeavesAnEmptyResult) {
-    fServer.AnswerNextWith("HTTP/1.1 200 OK\r\nContent-Type: application/xml\r\nCIMOperation: MethodResponse\r\n"
+    server_.AnswerNextWith("HTTP/1.1 200 OK\r\nContent-Type: application/xml\r\nCIMOperation: MethodResponse\r\n"
                            "Transfer-Encoding: chunked\r\n\r\n20\r\n<?xml version=\"1.0\"?><CIM CIMVER");
-    EXPECT_THAT(Instances(*fDisk), IsEmpty());
+    EXPECT_THAT(Instances(*disk_), IsEmpty());
     EXPECT_THAT(
-        fLog->Errors(),
+        log_->Errors(),
         ElementsAre(StartsWith("TCimHTTPClass::EnumerateInstances from Pegasus for: TEST_Diskreturned exception: ")));
     ServeInstances("TEST_Disk", DiskXml("sda", "1"));
-    EXPECT_EQ(Instances(*fDisk).size(), 1U);
+    EXPECT_EQ(Instances(*disk_).size(), 1U);
 }
 
 TEST_F(InstanceTest, ACallbackThatReturnsFalseEndsTheEnumerationBeforeAnySubclass) {
     ServeClass("TEST_Part", "", PropertyXml("Name", "string", KeyXml()));
     ServeInstances("TEST_Disk", DiskXml("sda", "1") + DiskXml("sdb", "2"));
-    fDisk->AddChildClass(FetchClass(*fNamespace, "TEST_Part"));
+    disk_->AddChildClass(FetchClass(*namespace_, "TEST_Part"));
     int calls = 0;
-    fDisk->EnumerateInstances(
+    disk_->EnumerateInstances(
         [&](const auto&) {
             ++calls;
             return false;
@@ -310,14 +310,14 @@ TEST_F(InstanceTest, ACallbackThatReturnsFalseEndsTheEnumerationBeforeAnySubclas
 
 TEST_F(InstanceTest, DeepDeliversASubclassesInstancesAsThisClassAndAgainAsTheSubclass) {
     ServeClass("TEST_Part", "TEST_Disk", PropertyXml("Name", "string", KeyXml()) + PropertyXml("Size", "uint64"));
-    const auto part = FetchClass(*fNamespace, "TEST_Part");
+    const auto part = FetchClass(*namespace_, "TEST_Part");
     const std::string partXml =
         InstanceXml("TEST_Part", "Name", "sda1", PropertyXml("Name", "string", ValueXml("sda1")));
     ServeInstances("TEST_Disk", DiskXml("sda", "1") + partXml);
     ServeInstances("TEST_Part", partXml);
-    fDisk->AddChildClass(part);
+    disk_->AddChildClass(part);
     std::vector<std::string> seen;
-    for (const auto& instance : Instances(*fDisk, true)) {
+    for (const auto& instance : Instances(*disk_, true)) {
         seen.push_back(instance->GetClass(TCIMContext())->GetName(TCIMContext()) + " " + Text(*instance, "Name"));
     }
     EXPECT_THAT(seen, ElementsAre("TEST_Disk sda", "TEST_Disk sda1", "TEST_Part sda1"));
@@ -326,38 +326,38 @@ TEST_F(InstanceTest, DeepDeliversASubclassesInstancesAsThisClassAndAgainAsTheSub
 TEST_F(InstanceTest, WhatIsThrownWhileInstancesAreFiledEndsTheFillingAndTheRestIsServed) {
     ServeInstances("TEST_Disk", DiskXml("sda", "1") + DiskXml("sdb", "2") + DiskXml("sdc", "3"));
     const auto fill = [&](const boost::function<void()>& fail) {
-        const auto disk = boost::make_shared<OneInstanceClass>(fNamespace, "TEST_Disk", nullptr);
+        const auto disk = boost::make_shared<OneInstanceClass>(namespace_, "TEST_Disk", nullptr);
         disk->Initialize();
-        disk->fFail = fail;
-        fLog->Forget();
-        fServer.ForgetCalls();
+        disk->fail_ = fail;
+        log_->Forget();
+        server_.ForgetCalls();
         EXPECT_EQ(Instances(*disk).size(), 1U);
         EXPECT_EQ(Instances(*disk).size(), 1U);
         EXPECT_EQ(CountCalls("EnumerateInstances", "TEST_Disk"), 1U) << "what there is, is not fetched again";
     };
     fill([] { throw Pegasus::Exception("enough"); });
-    EXPECT_THAT(fLog->Errors(), ElementsAre("TCimHTTPClass::EnumerateInstances from Pegasus for: TEST_Diskreturned "
+    EXPECT_THAT(log_->Errors(), ElementsAre("TCimHTTPClass::EnumerateInstances from Pegasus for: TEST_Diskreturned "
                                             "exception: enough"));
     fill([] { throw std::runtime_error("enough"); });
-    EXPECT_THAT(fLog->Errors(), IsEmpty());
+    EXPECT_THAT(log_->Errors(), IsEmpty());
 }
 
 TEST_F(InstanceTest, WithoutItsNamespaceAClassServesWhatItHas) {
     ServeClass("TEST_Tape", "", "");
     ServeInstances("TEST_Disk", DiskXml("sda", "1"));
-    const auto tape = FetchClass(*fNamespace, "TEST_Tape");
-    Instances(*fDisk);
-    fLog->Forget();
-    fNamespace.reset();
-    EXPECT_EQ(Instances(*fDisk).size(), 1U);
+    const auto tape = FetchClass(*namespace_, "TEST_Tape");
+    Instances(*disk_);
+    log_->Forget();
+    namespace_.reset();
+    EXPECT_EQ(Instances(*disk_).size(), 1U);
     EXPECT_THAT(Instances(*tape), IsEmpty());
-    EXPECT_THAT(fLog->Errors(), IsEmpty());
+    EXPECT_THAT(log_->Errors(), IsEmpty());
 }
 
 TEST_F(InstanceTest, ADeepEnumerationServesWhatAFlatOneHasFetched) {
     ServeInstances("TEST_Disk", DiskXml("sda", "1"));
-    Instances(*fDisk);
-    EXPECT_EQ(Instances(*fDisk, true).size(), 1U);
+    Instances(*disk_);
+    EXPECT_EQ(Instances(*disk_, true).size(), 1U);
     EXPECT_EQ(CountCalls("EnumerateInstances"), 1U);
 }
 
@@ -370,10 +370,10 @@ TEST_F(InstanceTest, ACallbackThatReturnsFalseInASubclassEndsThatSubclassOnly) {
             instances += InstanceXml(name, "Name", key, PropertyXml("Name", "string", ValueXml(key)));
         }
         ServeInstances(name, instances);
-        fDisk->AddChildClass(FetchClass(*fNamespace, name));
+        disk_->AddChildClass(FetchClass(*namespace_, name));
     }
     std::vector<std::string> seen;
-    fDisk->EnumerateInstances(
+    disk_->EnumerateInstances(
         [&](const auto& instance) {
             seen.push_back(instance->BuildPath(TCIMContext()).GetPath());
             return seen.back() != "TEST_Tape.Name=\"0\"";
@@ -381,7 +381,7 @@ TEST_F(InstanceTest, ACallbackThatReturnsFalseInASubclassEndsThatSubclassOnly) {
         true, TCIMContext());
     EXPECT_THAT(seen, ElementsAre("TEST_Disk.Name=\"sda\"", "TEST_Tape.Name=\"0\"", "TEST_Drum.Name=\"0\"",
                                   "TEST_Drum.Name=\"1\""));
-    for (const auto& call : fServer.Calls()) {
+    for (const auto& call : server_.Calls()) {
         if (call.method == "EnumerateInstances") {
             EXPECT_THAT(call.parameters.at("DeepInheritance"), testing::StrCaseEq("true"));
         }
@@ -391,34 +391,34 @@ TEST_F(InstanceTest, ACallbackThatReturnsFalseInASubclassEndsThatSubclassOnly) {
 TEST_F(InstanceTest, ACallbackMayRemoveTheInstancesThatItSees) {
     ServeInstances("TEST_Disk", DiskXml("sda", "1") + DiskXml("sdb", "2"));
     int calls = 0;
-    fDisk->EnumerateInstances(
+    disk_->EnumerateInstances(
         [&](const auto& instance) {
             ++calls;
-            fDisk->RemoveInstance(instance);
+            disk_->RemoveInstance(instance);
             return true;
         },
         false, TCIMContext());
     EXPECT_EQ(calls, 2);
-    EXPECT_EQ(Instances(*fDisk).size(), 2U);
+    EXPECT_EQ(Instances(*disk_).size(), 2U);
     EXPECT_EQ(CountCalls("EnumerateInstances", "TEST_Disk"), 2U);
 }
 
 TEST_F(InstanceTest, TheRootClassHasNoInstancesOfItsOwn) {
-    EXPECT_THAT(Instances(*fNamespace->GetRootClass()), IsEmpty());
+    EXPECT_THAT(Instances(*namespace_->GetRootClass()), IsEmpty());
     EXPECT_EQ(CountCalls("EnumerateInstances"), 0U);
-    EXPECT_THAT(fLog->Errors(), ElementsAre(StartsWith(
+    EXPECT_THAT(log_->Errors(), ElementsAre(StartsWith(
                                     "TCimHTTPClass::EnumerateInstances from Pegasus for: <root>returned exception: ")));
     ServeInstances("TEST_Disk", DiskXml("sda", "1"));
-    EXPECT_EQ(Instances(*fNamespace->GetRootClass(), true).size(), 1U) << "deep gives those of the classes below";
+    EXPECT_EQ(Instances(*namespace_->GetRootClass(), true).size(), 1U) << "deep gives those of the classes below";
 }
 
 TEST_F(InstanceTest, WhatACallbackThrowsReachesTheCallerAndTheCacheStays) {
     ServeInstances("TEST_Disk", DiskXml("sda", "1") + DiskXml("sdb", "2"));
-    EXPECT_THROW(fDisk->EnumerateInstances([](const auto&) -> bool { throw std::runtime_error("enough"); }, false,
+    EXPECT_THROW(disk_->EnumerateInstances([](const auto&) -> bool { throw std::runtime_error("enough"); }, false,
                                            TCIMContext()),
                  std::runtime_error);
-    EXPECT_THROW(fDisk->EnumerateInstances({}, false, TCIMContext()), boost::bad_function_call);
-    EXPECT_EQ(Instances(*fDisk).size(), 2U);
+    EXPECT_THROW(disk_->EnumerateInstances({}, false, TCIMContext()), boost::bad_function_call);
+    EXPECT_EQ(Instances(*disk_).size(), 2U);
     EXPECT_EQ(CountCalls("EnumerateInstances", "TEST_Disk"), 1U);
 }
 
@@ -433,7 +433,7 @@ TEST_F(InstanceTest, AnInstanceMayHaveVeryManyProperties) {
     }
     ServeClass("TEST_Huge", "", declarations);
     ServeInstances("TEST_Huge", InstanceXml("TEST_Huge", "P0", "0", values));
-    const auto huge = FetchClass(*fNamespace, "TEST_Huge");
+    const auto huge = FetchClass(*namespace_, "TEST_Huge");
     const auto instances = Instances(*huge);
     ASSERT_EQ(instances.size(), 1U);
     for (int i = 0; i < kCount; ++i) {
@@ -446,64 +446,64 @@ TEST_F(InstanceTest, AnInstanceMayHaveVeryManyProperties) {
 
 TEST_F(InstanceTest, GetInstanceFindsWhatWasEnumeratedAndAsksNobody) {
     ServeInstances("TEST_Disk", DiskXml("sda", "1"));
-    TCIMReference reference{fNamespace, {{"Name", TCIMValue("sda")}}};
+    TCIMReference reference{namespace_, {{"Name", TCIMValue("sda")}}};
     reference.SetClassName("TEST_Disk");
-    EXPECT_FALSE(fNamespace->GetInstance(reference, TCIMContext()));
-    const auto disk = Instances(*fDisk).at(0);
-    fServer.ForgetCalls();
-    EXPECT_EQ(fNamespace->GetInstance(reference, TCIMContext()), disk);
-    EXPECT_EQ(fDisk->GetInstance(disk->BuildPath(TCIMContext()), TCIMContext()), disk);
-    EXPECT_THAT(fServer.Calls(), IsEmpty());
+    EXPECT_FALSE(namespace_->GetInstance(reference, TCIMContext()));
+    const auto disk = Instances(*disk_).at(0);
+    server_.ForgetCalls();
+    EXPECT_EQ(namespace_->GetInstance(reference, TCIMContext()), disk);
+    EXPECT_EQ(disk_->GetInstance(disk->BuildPath(TCIMContext()), TCIMContext()), disk);
+    EXPECT_THAT(server_.Calls(), IsEmpty());
 }
 
 TEST_F(InstanceTest, GetInstanceFetchesTheClassThatItNeeds) {
     ServeClass("TEST_Tape", "", "");
-    TCIMReference reference{fNamespace, TCIMContext()};
+    TCIMReference reference{namespace_, TCIMContext()};
     reference.SetClassName("TEST_Tape");
-    EXPECT_FALSE(fNamespace->GetInstance(reference, TCIMContext()));
+    EXPECT_FALSE(namespace_->GetInstance(reference, TCIMContext()));
     EXPECT_EQ(CountCalls("GetClass", "TEST_Tape"), 2U);
 }
 
 TEST_F(InstanceTest, GetInstanceWithoutAClassNameLooksIntoTheRootClass) {
-    EXPECT_FALSE(fNamespace->GetInstance(TCIMReference{fNamespace, {{"Name", TCIMValue("sda")}}}, TCIMContext()));
-    EXPECT_THAT(fLog->Debug(), ElementsAre("TCimHTTPNamespace::GetClass  : return <root>"));
-    EXPECT_THAT(fServer.Calls(), IsEmpty());
+    EXPECT_FALSE(namespace_->GetInstance(TCIMReference{namespace_, {{"Name", TCIMValue("sda")}}}, TCIMContext()));
+    EXPECT_THAT(log_->Debug(), ElementsAre("TCimHTTPNamespace::GetClass  : return <root>"));
+    EXPECT_THAT(server_.Calls(), IsEmpty());
 }
 
 TEST_F(InstanceTest, AnAllocatedInstanceJoinsTheCacheThroughAddToNamespace) {
-    const auto disk = fDisk->AllocateInstance(TCIMContext());
+    const auto disk = disk_->AllocateInstance(TCIMContext());
     disk->SetPropertyValue("Name", TCIMValue("made here"), TCIMContext());
-    EXPECT_FALSE(fDisk->GetInstance(disk->BuildPath(TCIMContext()), TCIMContext()));
+    EXPECT_FALSE(disk_->GetInstance(disk->BuildPath(TCIMContext()), TCIMContext()));
     disk->AddToNamespace(TCIMContext());
-    EXPECT_EQ(fDisk->GetInstance(disk->BuildPath(TCIMContext()), TCIMContext()), disk);
-    EXPECT_THAT(Instances(*fDisk), ElementsAre(disk));
-    EXPECT_THAT(fServer.Calls(), IsEmpty());
+    EXPECT_EQ(disk_->GetInstance(disk->BuildPath(TCIMContext()), TCIMContext()), disk);
+    EXPECT_THAT(Instances(*disk_), ElementsAre(disk));
+    EXPECT_THAT(server_.Calls(), IsEmpty());
 }
 
 TEST_F(InstanceTest, AnInstanceIsFiledOnceForItsPathAndRemovedByItsPath) {
     const auto make = [&] {
-        auto disk = fDisk->AllocateInstance(TCIMContext());
+        auto disk = disk_->AllocateInstance(TCIMContext());
         disk->SetPropertyValue("Name", TCIMValue("made here"), TCIMContext());
         return disk;
     };
     const auto first = make();
     const auto second = make();
-    fDisk->AddInstance(first);
-    fDisk->AddInstance(second);
-    EXPECT_THAT(Instances(*fDisk), ElementsAre(first));
-    fDisk->RemoveInstance(second);
-    EXPECT_FALSE(fDisk->GetInstance(first->BuildPath(TCIMContext()), TCIMContext()));
-    fDisk->RemoveInstance(second);
+    disk_->AddInstance(first);
+    disk_->AddInstance(second);
+    EXPECT_THAT(Instances(*disk_), ElementsAre(first));
+    disk_->RemoveInstance(second);
+    EXPECT_FALSE(disk_->GetInstance(first->BuildPath(TCIMContext()), TCIMContext()));
+    disk_->RemoveInstance(second);
 }
 
 TEST_F(InstanceTest, BuildPathHandsItsContextToGetReference) {
-    const auto disk = boost::make_shared<WatchedInstance>(fDisk, TCIMContext());
+    const auto disk = boost::make_shared<WatchedInstance>(disk_, TCIMContext());
     disk->BuildPath({{"Colour", TCIMValue("red")}});
-    EXPECT_EQ(disk->fContext, (TCIMContext{{"Colour", TCIMValue("red")}}));
+    EXPECT_EQ(disk->context_, (TCIMContext{{"Colour", TCIMValue("red")}}));
 }
 
 TEST_F(InstanceTest, BuildPathIsTheReference) {
-    const auto disk = fDisk->AllocateInstance(TCIMContext());
+    const auto disk = disk_->AllocateInstance(TCIMContext());
     disk->SetPropertyValue("Name", TCIMValue("sda"), TCIMContext());
     EXPECT_EQ(disk->BuildPath(TCIMContext()).GetPath(), "TEST_Disk.Name=\"sda\"");
     EXPECT_EQ(disk->BuildPath(TCIMContext()), disk->GetReference(TCIMContext()));
@@ -511,33 +511,33 @@ TEST_F(InstanceTest, BuildPathIsTheReference) {
 
 TEST_F(InstanceTest, RemoveInstanceTakesOneAway) {
     ServeInstances("TEST_Disk", DiskXml("sda", "1") + DiskXml("sdb", "2"));
-    const auto disks = Instances(*fDisk);
-    fDisk->RemoveInstance(disks.at(0));
-    EXPECT_THAT(Instances(*fDisk), ElementsAre(disks.at(1)));
+    const auto disks = Instances(*disk_);
+    disk_->RemoveInstance(disks.at(0));
+    EXPECT_THAT(Instances(*disk_), ElementsAre(disks.at(1)));
 }
 
 TEST_F(InstanceTest, AHeldInstanceOutlivesItsNamespaceWithoutHarm) {
     ServeInstances("TEST_Disk", DiskXml("sda", "1"));
-    const auto disk = Instances(*fDisk).at(0);
-    fDisk.reset();
-    fNamespace.reset();
+    const auto disk = Instances(*disk_).at(0);
+    disk_.reset();
+    namespace_.reset();
     EXPECT_THROW(disk->GetClass(TCIMContext()), boost::bad_weak_ptr);
 }
 
 TEST_F(InstanceTest, ClearInstancesEmptiesTheClassAndAllBelow) {
     ServeClass("TEST_Part", "", PropertyXml("Name", "string", KeyXml()) + "<METHOD NAME=\"Format\" TYPE=\"uint32\"/>");
     ServeInstances("TEST_Disk", DiskXml("sda", "1"));
-    const auto part = FetchClass(*fNamespace, "TEST_Part");
-    fDisk->AddChildClass(part);
-    Instances(*fDisk);
-    fDisk->ClearInstances();
-    for (const auto& cls : {fDisk, part}) {
+    const auto part = FetchClass(*namespace_, "TEST_Part");
+    disk_->AddChildClass(part);
+    Instances(*disk_);
+    disk_->ClearInstances();
+    for (const auto& cls : {disk_, part}) {
         EXPECT_THAT(VisitedNames([&](const auto& v) { cls->EnumerateQualifiers(v, TCIMContext()); }), IsEmpty());
         EXPECT_THAT(VisitedNames([&](const auto& v) { cls->EnumeratePropertyDecls(v, TCIMContext()); }), IsEmpty());
         EXPECT_THAT(VisitedNames([&](const auto& v) { cls->EnumerateMethodDecls(v, TCIMContext()); }), IsEmpty());
         EXPECT_THAT(VisitedNames([&](const auto& v) { cls->EnumerateSubClasses(v, true, TCIMContext()); }), IsEmpty());
     }
-    fServer.ForgetCalls();
-    Instances(*fDisk);
+    server_.ForgetCalls();
+    Instances(*disk_);
     EXPECT_EQ(CountCalls("EnumerateInstances", "TEST_Disk"), 1U);
 }

@@ -77,20 +77,20 @@ class InterposedTest : public PropertyTest {
 TEST_F(InterposedTest, ANamespaceNameThatCannotBeMadeIsLoggedAndRefused) {
     gFailing = kNamespaceName;
     EXPECT_EQ(Allocate(), 42U);
-    EXPECT_THAT(fLog->Debug(), ElementsAre("TCimHTTPNamespace:Pegasus NSP Creation Fail: out of names"));
-    EXPECT_THAT(fLog->Errors(), IsEmpty());
+    EXPECT_THAT(log_->Debug(), ElementsAre("TCimHTTPNamespace:Pegasus NSP Creation Fail: out of names"));
+    EXPECT_THAT(log_->Errors(), IsEmpty());
 }
 
 TEST_F(InterposedTest, AClientThatCannotBeMadeIsLoggedAndRefused) {
     gFailing = kClient;
     EXPECT_EQ(Allocate(), 42U);
-    EXPECT_THAT(fLog->Debug(), ElementsAre("TCimHTTPNamespace:Pegasus Client Creation Fail: out of names"));
-    EXPECT_THAT(fLog->Errors(), IsEmpty());
+    EXPECT_THAT(log_->Debug(), ElementsAre("TCimHTTPNamespace:Pegasus Client Creation Fail: out of names"));
+    EXPECT_THAT(log_->Errors(), IsEmpty());
 }
 
 TEST_F(InterposedTest, ANamespaceIsAllocatedWhereNothingFails) {
     EXPECT_EQ(Allocate(), 0U);
-    EXPECT_THAT(fLog->Debug(), IsEmpty());
+    EXPECT_THAT(log_->Debug(), IsEmpty());
 }
 
 TEST_F(InterposedTest, EveryBaseIsHandedToTheValueAsItIs) {

@@ -34,7 +34,7 @@ std::string Numbered(const std::string& text, std::size_t number) { return text 
 /// Tests of both readings, by the name of each.
 class LimitsTest : public PluginTest, public testing::WithParamInterface<const char*> {
   protected:
-    LimitsTest() { fLog->ExpectWarnings(); }
+    LimitsTest() { log_->ExpectWarnings(); }
 
     bool IsFaithful() const { return GetParam() == std::string(kFaithfulReading); }
 
@@ -48,7 +48,7 @@ class LimitsTest : public PluginTest, public testing::WithParamInterface<const c
 
     boost::shared_ptr<TCimHTTPNamespace> Connected(TCIMContext options = {}) const {
         auto nameSpace = Allocated(std::move(options));
-        nameSpace->connect(fServer.Address(), "", "", kHttpPort);
+        nameSpace->connect(server_.Address(), "", "", kHttpPort);
         return nameSpace;
     }
 
@@ -104,7 +104,7 @@ TEST_P(LimitsTest, AnAnswerHasAsManyObjectsAsTheHostAllows) {
         instances += InstanceXml("TEST_Disk", "Name", name, PropertyXml("Name", "string", ValueXml(name)));
     }
     ServeClass("TEST_Disk", "", PropertyXml("Name", "string", KeyXml()));
-    fServer.Answer("EnumerateInstances", "TEST_Disk", instances);
+    server_.Answer("EnumerateInstances", "TEST_Disk", instances);
     EXPECT_EQ(FailureOfEnumeration(*Connected(Option(kLimitObjectsKey, 2)), "TEST_Disk"), Kind::kLimit);
     const auto nameSpace = Connected(Option(kLimitObjectsKey, 3));
     std::size_t count = 0;
@@ -122,9 +122,9 @@ TEST_P(LimitsTest, TheClassesOfANamespaceHaveAsManyElementsAsTheHostAllows) {
     const auto nameSpace = Connected(Option(kLimitElementsKey, 3));
     EXPECT_TRUE(nameSpace->GetClass("TEST_0", TCIMContext()));
     EXPECT_EQ(FailureOfLookup(*nameSpace, "TEST_1"), Kind::kLimit);
-    fServer.ForgetCalls();
+    server_.ForgetCalls();
     EXPECT_EQ(FailureOfLookup(*nameSpace, "TEST_1"), Kind::kLimit);
-    EXPECT_THAT(fServer.Calls(), IsEmpty()) << "what cannot be kept is not fetched again";
+    EXPECT_THAT(server_.Calls(), IsEmpty()) << "what cannot be kept is not fetched again";
 }
 
 TEST_P(LimitsTest, MethodsParametersAndTheirQualifiersAreElements) {
@@ -148,7 +148,7 @@ TEST_P(LimitsTest, AHierarchyWithoutEndIsClimbedWithNothingButNamesAtHand) {
     });
     ASSERT_TRUE(nameSpace->LastFailure());
     EXPECT_EQ(nameSpace->LastFailure()->kind, Kind::kLimit);
-    EXPECT_THAT(fServer.Calls(), SizeIs(Le(2U * 256U)));
+    EXPECT_THAT(server_.Calls(), SizeIs(Le(2U * 256U)));
 }
 
 TEST_P(LimitsTest, NumbersOfEveryUnsignedTypeAreTakenAndAllElseIsRefused) {
@@ -158,30 +158,30 @@ TEST_P(LimitsTest, NumbersOfEveryUnsignedTypeAreTakenAndAllElseIsRefused) {
               TCIMValue(20000U), TCIMValue(20000ULL)}) {
             EXPECT_TRUE(Allocated({{key, value}})) << key;
         }
-        fLog->Forget();
+        log_->Forget();
         for (const TCIMValue& value :
              {TCIMValue("20000"), TCIMValue(20000), TCIMValue(true), TCIMValue(0U), TCIMValue()}) {
             EXPECT_EQ(StatusOf([&] { Allocated({{key, value}}); }), 14U) << key;
         }
-        EXPECT_THAT(fLog->Errors(), SizeIs(5));
-        EXPECT_THAT(fLog->Errors(), Each(HasSubstr(key)));
-        fLog->Forget();
+        EXPECT_THAT(log_->Errors(), SizeIs(5));
+        EXPECT_THAT(log_->Errors(), Each(HasSubstr(key)));
+        log_->Forget();
     }
     EXPECT_EQ(StatusOf([&] { Allocated({{kTimeoutKey, TCIMValue(1ULL << 32U)}}); }), 14U);
-    fLog->Forget();
+    log_->Forget();
 }
 
 // --- Processes ---------------------------------------------------------------------------------------------------
 
 TEST_P(LimitsTest, AChildThatDropsItsCopyOfANamespaceLeavesTheConnectionToItsParent) {
-    const support::TestCertificate certificate(support::TestCertificate::For(fServer.Address()));
-    fServer.ListenTls(kHttpsPort, certificate);
+    const support::TestCertificate certificate(support::TestCertificate::For(server_.Address()));
+    server_.ListenTls(kHttpsPort, certificate);
     ServeHierarchy(2);
     for (const int port : {kHttpPort, kHttpsPort}) {
         auto nameSpace = Allocated(Option(kTimeoutKey, 60000));
-        nameSpace->connect(fServer.Address(), "", "", port);
+        nameSpace->connect(server_.Address(), "", "", port);
         EXPECT_TRUE(nameSpace->GetClass("TEST_0", TCIMContext()));
-        const std::size_t connections = fServer.ConnectionCount();
+        const std::size_t connections = server_.ConnectionCount();
         const pid_t child = fork();
         if (child == 0) {
             nameSpace.reset();
@@ -191,7 +191,7 @@ TEST_P(LimitsTest, AChildThatDropsItsCopyOfANamespaceLeavesTheConnectionToItsPar
         ASSERT_EQ(waitpid(child, &status, 0), child);
         EXPECT_EQ(status, 0);
         EXPECT_TRUE(nameSpace->GetClass("TEST_1", TCIMContext()));
-        EXPECT_EQ(fServer.ConnectionCount(), connections) << "the connection is the same";
+        EXPECT_EQ(server_.ConnectionCount(), connections) << "the connection is the same";
     }
 }
 
@@ -247,14 +247,14 @@ std::string Embedded(std::size_t levels, const std::string& innermost) {
 
 TEST_P(LimitsTest, APolicyNeedsNoMoreStackThanAServer) {
     ScopedPolicy policy(R"({"servers": [{"match": ["x", "*"], "force": {"tls": true}}]})");
-    fLog->ExpectInfos();
-    const support::TestCertificate certificate(support::TestCertificate::For(fServer.Address()));
-    fServer.ListenTls(kHttpsPort, certificate);
-    RunOnStackOf(2 * kStackFactor << 16U, [&] { Allocated()->connect(fServer.Address(), "", "", kHttpsPort); });
+    log_->ExpectInfos();
+    const support::TestCertificate certificate(support::TestCertificate::For(server_.Address()));
+    server_.ListenTls(kHttpsPort, certificate);
+    RunOnStackOf(2 * kStackFactor << 16U, [&] { Allocated()->connect(server_.Address(), "", "", kHttpsPort); });
     policy.Write(std::string(std::size_t{1} << 20U, '['));
     RunOnStackOf(kStackFactor << 16U, [&] {
         const auto nameSpace = Allocated();
-        EXPECT_EQ(StatusOf([&] { nameSpace->connect(fServer.Address(), "", "", kHttpPort); }), 42U);
+        EXPECT_EQ(StatusOf([&] { nameSpace->connect(server_.Address(), "", "", kHttpPort); }), 42U);
     });
 }
 
@@ -277,8 +277,8 @@ TEST_P(LimitsTest, AHostThreadNeedsNoMoreThan64KiBOfStackWhateverTheServerSends)
     for (std::size_t i = 0; i < 255; ++i) {
         classXml += ClassXml(Numbered("TEST_", i), i == 0 ? "" : Numbered("TEST_", i - 1), "");
     }
-    fServer.Answer("EnumerateClasses", "", classXml);
-    fServer.Answer(
+    server_.Answer("EnumerateClasses", "", classXml);
+    server_.Answer(
         "EnumerateInstances", "TEST_254",
         InstanceXml("TEST_254", "Name", "a", PropertyXml("Name", "string", ValueXml("a")) + embedded + reference));
     std::size_t instances = 0;

@@ -36,15 +36,15 @@ TEST_F(NamespaceTest, MessagesGoToTheLoggerThatTheHostHasAtThatMoment) {
         StatusOf([&] { nameSpace->GetClass("no name", TCIMContext()); });
     };
     const auto next = boost::make_shared<CapturingLogger>();
-    fLog->Forget();
+    log_->Forget();
     say();
     TRootObject::SetCoreLogger(next);
     say();
-    for (const auto& log : {fLog, next}) {
+    for (const auto& log : {log_, next}) {
         EXPECT_THAT(log->Errors(), ElementsAre("CimHTTP: CIM name 'no name' is invalid"));
         EXPECT_THAT(log->Debug(), ElementsAre("TCimHTTPNamespace::GetClass  : return <root>"));
     }
-    TRootObject::SetCoreLogger(fLog);
+    TRootObject::SetCoreLogger(log_);
     EXPECT_EQ(next.use_count(), 1) << "it is not kept";
 }
 
@@ -60,26 +60,26 @@ TEST_F(NamespaceTest, ConnectOpensTheConnectionAtOnce) {
 TEST_F(NamespaceTest, ConnectRaisesTheTimeout) {
     const auto nameSpace = MakeNamespace();
     EXPECT_EQ(nameSpace->getPegClient()->getTimeout(), 10000U);
-    nameSpace->connect(fServer.Address(), "", "", kHttpPort);
+    nameSpace->connect(server_.Address(), "", "", kHttpPort);
     EXPECT_EQ(nameSpace->getPegClient()->getTimeout(), 65535000U);
     const auto nowhere = MakeNamespace();
-    nowhere->connect(fServer.Address(), "", "", 8080);
+    nowhere->connect(server_.Address(), "", "", 8080);
     EXPECT_EQ(nowhere->getPegClient()->getTimeout(), 65535000U);
 }
 
 TEST_F(NamespaceTest, ConnectToAnotherPortCountsAsConnectedWithoutAnyTraffic) {
-    fServer.Listen(8080);
+    server_.Listen(8080);
     const auto nameSpace = MakeNamespace();
-    nameSpace->connect(fServer.Address(), "user", "password", 8080);
+    nameSpace->connect(server_.Address(), "user", "password", 8080);
     EXPECT_TRUE(nameSpace->isConnected());
     EXPECT_EQ(CountConnections({kHttpPort, 8080}), 0U);
-    EXPECT_THAT(fLog->Errors(), IsEmpty());
-    EXPECT_THAT(fLog->Debug(), IsEmpty());
+    EXPECT_THAT(log_->Errors(), IsEmpty());
+    EXPECT_THAT(log_->Debug(), IsEmpty());
 }
 
 TEST_F(NamespaceTest, OnAnotherPortLookupsFindNothing) {
     const auto nameSpace = MakeNamespace();
-    nameSpace->connect(fServer.Address(), "", "", 8080);
+    nameSpace->connect(server_.Address(), "", "", 8080);
     EXPECT_FALSE(nameSpace->GetClass("TEST_Disk", TCIMContext()));
 }
 
@@ -88,27 +88,27 @@ TEST_F(NamespaceTest, OnlyTheTwoPortsConnect) {
     ServeClass("TEST_Disk", "", "");
     for (const int port : {-1, 0, 443, kHttpPort - 1, kHttpsPort + 1, kHttpPort + kPortsInAll}) {
         const auto nameSpace = MakeNamespace();
-        nameSpace->connect(fServer.Address(), "", "", port);
+        nameSpace->connect(server_.Address(), "", "", port);
         EXPECT_TRUE(nameSpace->isConnected()) << port;
-        EXPECT_THAT(fLog->Debug(), IsEmpty()) << port;
+        EXPECT_THAT(log_->Debug(), IsEmpty()) << port;
         EXPECT_FALSE(nameSpace->GetClass("TEST_Disk", TCIMContext())) << port;
-        fLog->Forget();
+        log_->Forget();
     }
 }
 
 TEST_F(NamespaceTest, ConnectWhereNothingListensThrowsAndLogsWhy) {
-    const std::string address = fServer.Address();
-    fServer.Stop();
+    const std::string address = server_.Address();
+    server_.Stop();
     for (const int port : {kHttpPort, kHttpsPort}) {
-        fLog->Forget();
+        log_->Forget();
         const auto nameSpace = MakeNamespace();
         EXPECT_EQ(StatusOf([&] { nameSpace->connect(address, "", "", port); }), 42U);
         EXPECT_FALSE(nameSpace->isConnected());
         EXPECT_EQ(nameSpace->getPegClient()->getTimeout(), 65535000U) << "the time-out is raised first";
-        EXPECT_THAT(fLog->Errors(), IsEmpty());
-        ASSERT_EQ(fLog->Debug().size(), 1U);
-        EXPECT_THAT(fLog->Debug()[0], StartsWith("TCimHTTPNamespace::connect failed: "));
-        EXPECT_THAT(fLog->Debug()[0], HasSubstr(address + ":" + std::to_string(port)));
+        EXPECT_THAT(log_->Errors(), IsEmpty());
+        ASSERT_EQ(log_->Debug().size(), 1U);
+        EXPECT_THAT(log_->Debug()[0], StartsWith("TCimHTTPNamespace::connect failed: "));
+        EXPECT_THAT(log_->Debug()[0], HasSubstr(address + ":" + std::to_string(port)));
     }
 }
 
@@ -118,21 +118,21 @@ TEST_F(NamespaceTest, ConnectOnPort5989WithoutTlsThereThrowsAndLogsWhy) {
     const auto nameSpace = MakeNamespace();
     EXPECT_EQ(StatusOf([&] { nameSpace->connect(plain.Address(), "", "", kHttpsPort); }), 42U);
     EXPECT_FALSE(nameSpace->isConnected());
-    EXPECT_THAT(fLog->Debug(), ElementsAre(StartsWith("TCimHTTPNamespace::connect failed: ")));
+    EXPECT_THAT(log_->Debug(), ElementsAre(StartsWith("TCimHTTPNamespace::connect failed: ")));
 }
 
 TEST_F(NamespaceTest, ConnectToAnUnknownHostThrowsAndLogsWhy) {
     const std::string host = "no-such..host"; // no host can have it, so that no name server is asked for it
     const auto nameSpace = MakeNamespace();
     EXPECT_EQ(StatusOf([&] { nameSpace->connect(host, "", "", kHttpPort); }), 42U);
-    ASSERT_EQ(fLog->Debug().size(), 1U);
-    EXPECT_THAT(fLog->Debug()[0], StartsWith("TCimHTTPNamespace::connect failed: "));
-    EXPECT_THAT(fLog->Debug()[0], HasSubstr(host));
+    ASSERT_EQ(log_->Debug().size(), 1U);
+    EXPECT_THAT(log_->Debug()[0], StartsWith("TCimHTTPNamespace::connect failed: "));
+    EXPECT_THAT(log_->Debug()[0], HasSubstr(host));
 }
 
 TEST_F(NamespaceTest, AFailedConnectLeavesAConnectedNamespaceConnected) {
     const auto nameSpace = ConnectedNamespace();
-    EXPECT_EQ(StatusOf([&] { nameSpace->connect(fServer.Address(), "", "", kHttpPort); }), 42U);
+    EXPECT_EQ(StatusOf([&] { nameSpace->connect(server_.Address(), "", "", kHttpPort); }), 42U);
     EXPECT_TRUE(nameSpace->isConnected());
 }
 
@@ -140,32 +140,32 @@ TEST_F(NamespaceTest, Port5989SpeaksTlsAndDoesNotVerifyTheServer) {
     support::TestCertificate::Options options;
     options.self_signed = true;
     const support::TestCertificate certificate(options);
-    fServer.ListenTls(kHttpsPort, certificate);
+    server_.ListenTls(kHttpsPort, certificate);
     ServeClass("TEST_Disk", "", "");
     const auto nameSpace = MakeNamespace();
-    nameSpace->connect(fServer.Address(), "", "", kHttpsPort);
+    nameSpace->connect(server_.Address(), "", "", kHttpsPort);
     EXPECT_TRUE(nameSpace->isConnected());
     EXPECT_TRUE(nameSpace->GetClass("TEST_Disk", TCIMContext()));
 }
 
 TEST_F(NamespaceTest, UserAndPasswordReachTheServerOnBothPorts) {
     const support::TestCertificate certificate(support::TestCertificate::Options{});
-    fServer.ListenTls(kHttpsPort, certificate);
-    fServer.RequireUser("reader", "s3cret");
+    server_.ListenTls(kHttpsPort, certificate);
+    server_.RequireUser("reader", "s3cret");
     ServeClass("TEST_Disk", "", "");
     for (const int port : {kHttpPort, kHttpsPort}) {
         const auto nameSpace = MakeNamespace();
-        nameSpace->connect(fServer.Address(), "reader", "s3cret", port);
+        nameSpace->connect(server_.Address(), "reader", "s3cret", port);
         EXPECT_TRUE(nameSpace->GetClass("TEST_Disk", TCIMContext())) << port;
     }
 }
 
 TEST_F(NamespaceTest, AWrongPasswordEndsInAnEmptyResultAndALine) {
-    fServer.RequireUser("reader", "s3cret");
+    server_.RequireUser("reader", "s3cret");
     const auto nameSpace = MakeNamespace();
-    nameSpace->connect(fServer.Address(), "reader", "guess", kHttpPort);
+    nameSpace->connect(server_.Address(), "reader", "guess", kHttpPort);
     EXPECT_FALSE(nameSpace->GetClass("TEST_Disk", TCIMContext()));
-    EXPECT_THAT(fLog->Debug(), testing::Contains(StartsWith(
+    EXPECT_THAT(log_->Debug(), testing::Contains(StartsWith(
                                    "TCimHTTPNamespace::GetClass from Pegasus for: TEST_Diskreturned exception: ")));
 }
 
@@ -174,14 +174,14 @@ TEST_F(NamespaceTest, DisconnectAllowsAnotherConnect) {
     const auto nameSpace = ConnectedNamespace();
     nameSpace->disconnect();
     EXPECT_FALSE(nameSpace->isConnected());
-    nameSpace->connect(fServer.Address(), "", "", kHttpPort);
+    nameSpace->connect(server_.Address(), "", "", kHttpPort);
     EXPECT_TRUE(nameSpace->isConnected());
     EXPECT_TRUE(nameSpace->GetClass("TEST_Disk", TCIMContext()));
 }
 
 TEST_F(NamespaceTest, DisconnectAndTheNamespacesEndCloseTheConnection) {
     constexpr std::chrono::seconds kLimit{60}; // of a wait that fails the test
-    fServer.Stop();
+    server_.Stop();
     std::array<std::promise<void>, 2> closed;
     support::ScriptedServer server([&](support::Connection& connection) {
         connection.WaitForPeerClose();
@@ -204,7 +204,7 @@ TEST_F(NamespaceTest, TheRemoteNamespaceIsAlwaysTheSame) {
     const auto nameSpace = ConnectedNamespace();
     EXPECT_EQ(nameSpace->getPegNSP()->getString(), Pegasus::String("root/cimv2"));
     nameSpace->GetClass("TEST_Disk", TCIMContext());
-    EXPECT_EQ(fServer.Calls().front().name_space, "root/cimv2");
+    EXPECT_EQ(server_.Calls().front().name_space, "root/cimv2");
 }
 
 TEST_F(NamespaceTest, TwoNamespacesWorkSideBySide) {
@@ -221,19 +221,19 @@ TEST_F(NamespaceTest, TwoNamespacesWorkSideBySide) {
 TEST_F(NamespaceTest, TwoNamespacesMayBeUsedFromTwoThreadsAtOnce) {
     constexpr int kRounds = 10;
     const support::TestCertificate certificate(support::TestCertificate::Options{});
-    fServer.ListenTls(kHttpsPort, certificate);
+    server_.ListenTls(kHttpsPort, certificate);
     ServeQualifier("Units");
     ServeClass("TEST_Base", "", PropertyXml("Name", "string", KeyXml()));
     ServeClass("TEST_Disk", "TEST_Base",
                PropertyXml("Name", "string", KeyXml()) +
                    PropertyXml("Size", "uint64", QualifierXml("Units", "string", "Bytes")));
-    fServer.Answer("EnumerateInstances", "TEST_Disk",
+    server_.Answer("EnumerateInstances", "TEST_Disk",
                    InstanceXml("TEST_Disk", "Name", "a", PropertyXml("Name", "string", ValueXml("a"))) +
                        InstanceXml("TEST_Disk", "Name", "b", PropertyXml("Name", "string", ValueXml("b"))));
     const auto work = [&](int port, int& seen) {
         for (int round = 0; round < kRounds; ++round) {
             const auto nameSpace = MakeNamespace();
-            nameSpace->connect(fServer.Address(), "", "", port);
+            nameSpace->connect(server_.Address(), "", "", port);
             nameSpace->GetClass("TEST_None", TCIMContext());
             const auto disk = nameSpace->GetClass("TEST_Disk", TCIMContext());
             ASSERT_TRUE(disk);
@@ -275,7 +275,7 @@ TEST_F(NamespaceTest, ThePluginsNameMayBeAnyValueThatHasAText) {
     const auto nameSpace =
         boost::dynamic_pointer_cast<TCimHTTPNamespace>(TCimHTTPNamespaceProvider::GetInstance()->AllocateNamespace(
             {{"pluginNameQualDeclValue", TCIMValue(7)}}, false));
-    nameSpace->connect(fServer.Address(), "", "", kHttpPort);
+    nameSpace->connect(server_.Address(), "", "", kHttpPort);
     const auto name = FetchClass(*nameSpace, "TEST_Disk")->GetQualifier("PLUGINNAME", TCIMContext());
     EXPECT_EQ(name->GetValue(TCIMContext()), TCIMValue("7"));
 }
@@ -288,16 +288,16 @@ TEST_F(NamespaceTest, GetQualifierDeclFindsTheNameInAnyCase) {
 TEST_F(NamespaceTest, GetQualifierDeclOfAnUnknownNameIsEmptyAndAsksNobody) {
     const auto nameSpace = ConnectedNamespace();
     EXPECT_FALSE(nameSpace->GetQualifierDecl("Units", TCIMContext()));
-    EXPECT_THAT(fServer.Calls(), IsEmpty());
-    EXPECT_THAT(fLog->Errors(), IsEmpty());
+    EXPECT_THAT(server_.Calls(), IsEmpty());
+    EXPECT_THAT(log_->Errors(), IsEmpty());
 }
 
 TEST_F(NamespaceTest, GetQualifierDeclRefusesWhatIsNoNameAndKnowsNoEmptyOne) {
     const auto nameSpace = MakeNamespace();
     EXPECT_FALSE(nameSpace->GetQualifierDecl("", TCIMContext()));
-    EXPECT_THAT(fLog->Errors(), IsEmpty());
+    EXPECT_THAT(log_->Errors(), IsEmpty());
     EXPECT_EQ(StatusOf([&] { nameSpace->GetQualifierDecl("2nd", TCIMContext()); }), 25U);
-    EXPECT_THAT(fLog->Errors(), ElementsAre("CimHTTP: CIM name '2nd' is invalid"));
+    EXPECT_THAT(log_->Errors(), ElementsAre("CimHTTP: CIM name '2nd' is invalid"));
 }
 
 TEST_F(NamespaceTest, QualifierDeclsAreVisitedInTheOrderOfTheirLowerCaseNames) {
@@ -327,7 +327,7 @@ TEST_F(NamespaceTest, ASecondQualifierDeclOfANameIsRefused) {
     const auto second = nameSpace->AllocateQualifierDecl("PluginName", TCIMValue(""), ICIMQualifierDecl::eScopeNone,
                                                          ICIMQualifierDecl::eFlavorNone, TCIMContext());
     EXPECT_EQ(StatusOf([&] { second->AddToNamespace(TCIMContext()); }), 16U);
-    EXPECT_THAT(fLog->Debug(), ElementsAre("CimHTTP: TCimHTTPNamespace: qualifier PluginName already defined"));
+    EXPECT_THAT(log_->Debug(), ElementsAre("CimHTTP: TCimHTTPNamespace: qualifier PluginName already defined"));
     EXPECT_NE(nameSpace->GetQualifierDecl("PLUGINNAME", TCIMContext()), second);
 }
 
@@ -373,7 +373,7 @@ TEST_F(NamespaceTest, EachMessageGoesToTheLoggerOfThatMoment) {
     const auto later = boost::make_shared<CapturingLogger>();
     TRootObject::SetCoreLogger(later);
     nameSpace->GetClass("<root>", TCIMContext());
-    EXPECT_THAT(fLog->Debug(), ElementsAre("TCimHTTPNamespace::GetClass  : return <root>"));
+    EXPECT_THAT(log_->Debug(), ElementsAre("TCimHTTPNamespace::GetClass  : return <root>"));
     EXPECT_THAT(later->Debug(), ElementsAre("TCimHTTPNamespace::GetClass <root> : return <root>"));
 }
 
@@ -390,9 +390,9 @@ TEST_F(NamespaceTest, WritesQueriesAndSubscriptionsAreRefusedSilently) {
     EXPECT_EQ(StatusOf([&] { nameSpace->ModifyInstance(reference, TCIMContext(), TCIMContext()); }), 1U);
     EXPECT_EQ(StatusOf([&] { nameSpace->ExecuteQuery(callback, query, language, TCIMContext()); }), 1U);
     EXPECT_EQ(StatusOf([&] { nameSpace->AddUnderlyingNamespace({}, TCIMContext()); }), 31U);
-    EXPECT_THAT(fLog->Errors(), IsEmpty());
-    EXPECT_THAT(fLog->Debug(), IsEmpty());
-    EXPECT_THAT(fServer.Calls(), IsEmpty());
+    EXPECT_THAT(log_->Errors(), IsEmpty());
+    EXPECT_THAT(log_->Debug(), IsEmpty());
+    EXPECT_THAT(server_.Calls(), IsEmpty());
 }
 
 TEST_F(NamespaceTest, SetUpcallNamespaceIsDropped) {
@@ -425,7 +425,7 @@ TEST_F(NamespaceTest, ClearInstancesRemoveClassAndAssignmentChangeNothing) {
 // --- Names and instances straight from the server ----------------------------------------------------------------
 
 TEST_F(NamespaceTest, EnumerateClassNamesAsksForTheWholeSubtree) {
-    fServer.Answer("EnumerateClassNames", "TEST_Base",
+    server_.Answer("EnumerateClassNames", "TEST_Base",
                    "<CLASSNAME NAME=\"TEST_Disk\"/><CLASSNAME NAME=\"TEST_Tape\"/>");
     const auto nameSpace = ConnectedNamespace();
     Pegasus::Array<Pegasus::CIMName> names;
@@ -434,34 +434,34 @@ TEST_F(NamespaceTest, EnumerateClassNamesAsksForTheWholeSubtree) {
     ASSERT_EQ(names.size(), 2U);
     EXPECT_EQ(names[0], Pegasus::CIMName("TEST_Disk"));
     EXPECT_EQ(names[1], Pegasus::CIMName("TEST_Tape"));
-    ASSERT_EQ(fServer.Calls().size(), 1U);
-    const auto call = fServer.Calls().at(0);
+    ASSERT_EQ(server_.Calls().size(), 1U);
+    const auto call = server_.Calls().at(0);
     EXPECT_EQ(call.name_space, "root/interop");
     EXPECT_EQ(call.parameters.at("ClassName"), "TEST_Base");
     EXPECT_THAT(call.parameters.at("DeepInheritance"), testing::StrCaseEq("true"));
     EXPECT_THAT(VisitedNames([&](const auto& visit) { nameSpace->EnumerateRootClasses(visit, TCIMContext()); }),
                 IsEmpty());
-    EXPECT_THAT(fLog->Debug(), IsEmpty());
+    EXPECT_THAT(log_->Debug(), IsEmpty());
 }
 
 TEST_F(NamespaceTest, EnumerateClassNamesFromTheTopNamesNoClass) {
-    fServer.Answer("EnumerateClassNames", "", "<CLASSNAME NAME=\"TEST_Disk\"/>");
+    server_.Answer("EnumerateClassNames", "", "<CLASSNAME NAME=\"TEST_Disk\"/>");
     const auto nameSpace = ConnectedNamespace();
     Pegasus::Array<Pegasus::CIMName> names;
     nameSpace->EnumerateClassNames("root/cimv2", "", names);
     EXPECT_EQ(names.size(), 1U);
-    EXPECT_EQ(fServer.Calls().at(0).parameters.count("ClassName"), 0U);
+    EXPECT_EQ(server_.Calls().at(0).parameters.count("ClassName"), 0U);
 }
 
 TEST_F(NamespaceTest, AFailedEnumerateClassNamesLeavesTheNamesAndLogsOneLine) {
-    fServer.Fail("EnumerateClassNames", "TEST_None", 5, "no such class");
+    server_.Fail("EnumerateClassNames", "TEST_None", 5, "no such class");
     const auto nameSpace = ConnectedNamespace();
     Pegasus::Array<Pegasus::CIMName> names;
     names.append(Pegasus::CIMName("Before"));
     nameSpace->EnumerateClassNames("root/cimv2", "TEST_None", names);
     ASSERT_EQ(names.size(), 1U);
     EXPECT_EQ(names[0], Pegasus::CIMName("Before"));
-    EXPECT_THAT(fLog->Debug(), ElementsAre("TCimHTTPNamespace::EnumerateClassNames: root/cimv2:TEST_None: "
+    EXPECT_THAT(log_->Debug(), ElementsAre("TCimHTTPNamespace::EnumerateClassNames: root/cimv2:TEST_None: "
                                            "CIM_ERR_INVALID_CLASS: no such class\n"));
 }
 
@@ -469,7 +469,7 @@ TEST_F(NamespaceTest, EnumerateClassNamesWithoutAConnectionLogsThat) {
     Pegasus::Array<Pegasus::CIMName> names;
     MakeNamespace()->EnumerateClassNames("root/cimv2", "TEST_Base", names);
     EXPECT_EQ(names.size(), 0U);
-    EXPECT_THAT(fLog->Debug(),
+    EXPECT_THAT(log_->Debug(),
                 ElementsAre(StartsWith("TCimHTTPNamespace::EnumerateClassNames: root/cimv2:TEST_Base: ")));
 }
 
@@ -478,26 +478,26 @@ TEST_F(NamespaceTest, EnumerateClassNamesLogsNamesThatNoServerCouldHave) {
     Pegasus::Array<Pegasus::CIMName> names;
     nameSpace->EnumerateClassNames("root/2nd", "TEST_Disk", names);
     nameSpace->EnumerateClassNames("root/cimv2", "2abc", names);
-    EXPECT_THAT(fLog->Debug(), ElementsAre(StartsWith("TCimHTTPNamespace::EnumerateClassNames: root/2nd:TEST_Disk: "),
+    EXPECT_THAT(log_->Debug(), ElementsAre(StartsWith("TCimHTTPNamespace::EnumerateClassNames: root/2nd:TEST_Disk: "),
                                            StartsWith("TCimHTTPNamespace::EnumerateClassNames: root/cimv2:2abc: ")));
-    EXPECT_THAT(fServer.Calls(), IsEmpty());
+    EXPECT_THAT(server_.Calls(), IsEmpty());
 }
 
 TEST_F(NamespaceTest, TheDiagnosticWalkAsksOnceAndChangesNothing) {
-    fServer.Answer("EnumerateInstances", "TEST_Disk",
+    server_.Answer("EnumerateInstances", "TEST_Disk",
                    InstanceXml("TEST_Disk", "Name", "a", PropertyXml("Name", "string", ValueXml("a"))));
     const auto nameSpace = ConnectedNamespace();
     nameSpace->EnumerateInstances(Pegasus::CIMNamespaceName("root/interop"), Pegasus::CIMName("TEST_Disk"));
-    ASSERT_EQ(fServer.Calls().size(), 1U);
+    ASSERT_EQ(server_.Calls().size(), 1U);
     ASSERT_EQ(CountCalls("EnumerateInstances", "TEST_Disk"), 1U);
-    EXPECT_EQ(fServer.Calls().at(0).name_space, "root/interop");
-    const auto parameters = fServer.Calls().at(0).parameters;
+    EXPECT_EQ(server_.Calls().at(0).name_space, "root/interop");
+    const auto parameters = server_.Calls().at(0).parameters;
     for (const char* flag : {"DeepInheritance", "LocalOnly", "IncludeQualifiers", "IncludeClassOrigin"}) {
         EXPECT_THAT(parameters.at(flag), testing::StrCaseEq("false")) << flag;
     }
     EXPECT_EQ(parameters.count("PropertyList"), 0U);
-    EXPECT_THAT(fLog->Debug(), IsEmpty());
-    EXPECT_THAT(fLog->Errors(), IsEmpty());
+    EXPECT_THAT(log_->Debug(), IsEmpty());
+    EXPECT_THAT(log_->Errors(), IsEmpty());
 }
 
 TEST_F(NamespaceTest, TheDiagnosticWalkSwallowsFailures) {
@@ -505,6 +505,6 @@ TEST_F(NamespaceTest, TheDiagnosticWalkSwallowsFailures) {
     nameSpace->EnumerateInstances(Pegasus::CIMNamespaceName("root/cimv2"), Pegasus::CIMName("TEST_None"));
     EXPECT_EQ(CountCalls("EnumerateInstances", "TEST_None"), 1U);
     MakeNamespace()->EnumerateInstances(Pegasus::CIMNamespaceName("root/cimv2"), Pegasus::CIMName("TEST_None"));
-    EXPECT_THAT(fLog->Debug(), IsEmpty());
-    EXPECT_THAT(fLog->Errors(), IsEmpty());
+    EXPECT_THAT(log_->Debug(), IsEmpty());
+    EXPECT_THAT(log_->Errors(), IsEmpty());
 }

@@ -19,9 +19,9 @@ class Latin1Locale {
     Latin1Locale() {
         const auto run =
             support::RunProgram(support::FindProgram("localedef"), {"--no-archive", "--quiet", "-i", "en_US", "-f",
-                                                                    "ISO-8859-1", (fLocales.Path() / kName).string()});
+                                                                    "ISO-8859-1", (locales_.Path() / kName).string()});
         EXPECT_EQ(run.status, 0) << run.errors;
-        ::setenv("LOCPATH", fLocales.Path().c_str(), 1);
+        ::setenv("LOCPATH", locales_.Path().c_str(), 1);
         EXPECT_STREQ(std::setlocale(LC_CTYPE, kName), kName);
     }
     ~Latin1Locale() {
@@ -33,7 +33,7 @@ class Latin1Locale {
 
   private:
     static constexpr const char* kName = "en_US.ISO-8859-1";
-    const support::TemporaryDirectory fLocales;
+    const support::TemporaryDirectory locales_;
 };
 
 using NormalNameTest = PluginTest;
@@ -50,9 +50,9 @@ TEST_F(NormalNameTest, OtherCharactersThanAsciiAreLettersWhereTheLocaleSaysSo) {
     EXPECT_EQ(NormalizeName("\xd6l"), "\xf6l");
     EXPECT_EQ(TCimHTTPNamespace::NormalizeName("\xd6l"), "\xf6l");
     for (const std::string noName : {"Gr\xd7\xdf", "\xb2nd", "A\xa0"}) {
-        fLog->Forget();
+        log_->Forget();
         EXPECT_EQ(StatusOf([&] { NormalizeName(noName); }), 25U) << noName;
-        EXPECT_THAT(fLog->Errors(), ElementsAre("CimHTTP: CIM name '" + noName + "' is invalid"));
+        EXPECT_THAT(log_->Errors(), ElementsAre("CimHTTP: CIM name '" + noName + "' is invalid"));
     }
 }
 

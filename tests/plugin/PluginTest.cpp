@@ -39,8 +39,8 @@ std::string InstanceXml(const std::string& className, const std::string& keyName
 }
 
 PluginTest::PluginTest() {
-    TRootObject::SetCoreLogger(fLog);
-    fServer.Listen(kHttpPort);
+    TRootObject::SetCoreLogger(log_);
+    server_.Listen(kHttpPort);
     ServeQualifier("Key", "boolean");
     ServeQualifier("Description");
 }
@@ -56,7 +56,7 @@ boost::shared_ptr<TCimHTTPNamespace> PluginTest::MakeNamespace(bool redefine) {
 
 boost::shared_ptr<TCimHTTPNamespace> PluginTest::ConnectedNamespace(bool redefine) {
     auto nameSpace = MakeNamespace(redefine);
-    nameSpace->connect(fServer.Address(), "", "", kHttpPort);
+    nameSpace->connect(server_.Address(), "", "", kHttpPort);
     return nameSpace;
 }
 
@@ -69,18 +69,18 @@ boost::shared_ptr<TCimHTTPClass> PluginTest::FetchClass(TCimHTTPNamespace& nameS
 }
 
 void PluginTest::ServeClass(const std::string& name, const std::string& superClass, const std::string& content) {
-    fServer.Answer("GetClass", name, ClassXml(name, superClass, content));
+    server_.Answer("GetClass", name, ClassXml(name, superClass, content));
 }
 
 void PluginTest::ServeQualifier(const std::string& name, const std::string& type, const std::string& attributes,
                                 const std::string& scope) {
-    fServer.Answer("GetQualifier", name,
+    server_.Answer("GetQualifier", name,
                    "<QUALIFIER.DECLARATION NAME=\"" + name + "\" TYPE=\"" + type + "\" " + attributes + "><SCOPE " +
                        scope + "/></QUALIFIER.DECLARATION>");
 }
 
 std::size_t PluginTest::CountCalls(const std::string& method, const std::string& object) const {
-    const auto calls = fServer.Calls();
+    const auto calls = server_.Calls();
     return static_cast<std::size_t>(std::count_if(calls.begin(), calls.end(), [&](const auto& call) {
         if (call.method != method) {
             return false;
@@ -93,9 +93,9 @@ std::size_t PluginTest::CountCalls(const std::string& method, const std::string&
 std::size_t PluginTest::CountConnections(const std::vector<std::uint16_t>& ports) const {
     for (const std::uint16_t port : ports) {
         Pegasus::CIMClient client;
-        client.connect(fServer.Address().c_str(), port, "", "");
+        client.connect(server_.Address().c_str(), port, "", "");
         EXPECT_THROW(client.getClass(Pegasus::CIMNamespaceName("root/cimv2"), Pegasus::CIMName("TEST_Unknown")),
                      Pegasus::CIMException); // which is an answer
     }
-    return fServer.ConnectionCount() - ports.size();
+    return server_.ConnectionCount() - ports.size();
 }

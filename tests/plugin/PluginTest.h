@@ -77,8 +77,8 @@ class PluginTest : public testing::Test {
     /// waits for an answer, and a server accepts connections in their order.
     std::size_t CountConnections(const std::vector<std::uint16_t>& ports) const;
 
-    support::CimServer fServer;
-    boost::shared_ptr<CapturingLogger> fLog = boost::make_shared<CapturingLogger>();
+    support::CimServer server_;
+    boost::shared_ptr<CapturingLogger> log_ = boost::make_shared<CapturingLogger>();
 };
 
 /// The names of the classes that an enumeration visits.

@@ -33,11 +33,11 @@ std::string Text(const std::string& name, const std::string& text) { return '"' 
 
 class PolicyTest : public TlsTest {
   protected:
-    PolicyTest() { fLog->ExpectInfos(); }
+    PolicyTest() { log_->ExpectInfos(); }
 
     /// The policy has one entry, for all servers.
-    void Force(const std::string& options) { fPolicy.Write(Policy(Entry("*", options))); }
-    void Default(const std::string& options) { fPolicy.Write(Policy(Entry("*", "", options))); }
+    void Force(const std::string& options) { policy_.Write(Policy(Entry("*", options))); }
+    void Default(const std::string& options) { policy_.Write(Policy(Entry("*", "", options))); }
 
     /// Every connection is refused, whatever the port and the host's options, for a reason with this text.
     void ExpectAllRefused(const std::string& text) {
@@ -51,48 +51,48 @@ class PolicyTest : public TlsTest {
     }
 
     void ExpectRefused(int port, const TCIMContext& options, const std::string& text) {
-        fLog->Forget();
+        log_->Forget();
         EXPECT_EQ(StatusOn(port, options), 42U) << text;
         EXPECT_EQ(FailureKind(), Kind::kPolicy);
         EXPECT_THAT(Failure()->text, HasSubstr(text));
-        EXPECT_THAT(fLog->Errors(), ElementsAre("TCimHTTPNamespace::connect failed: " + Failure()->text));
-        EXPECT_THAT(fLog->Infos(), IsEmpty());
+        EXPECT_THAT(log_->Errors(), ElementsAre("TCimHTTPNamespace::connect failed: " + Failure()->text));
+        EXPECT_THAT(log_->Infos(), IsEmpty());
     }
 
     /// What the log says that the policy decided, without the part that names the policy.
     std::string Decision(int port, TCIMContext options = {}) {
-        fLog->Forget();
+        log_->Forget();
         StatusOn(port, std::move(options));
-        const auto lines = fLog->Infos();
+        const auto lines = log_->Infos();
         if (lines.size() != 1) {
             return std::to_string(lines.size()) + " lines";
         }
-        const std::string head = "TCimHTTPNamespace: policy " + fPolicy.Path() + ", ";
+        const std::string head = "TCimHTTPNamespace: policy " + policy_.Path() + ", ";
         EXPECT_THAT(lines.front(), StartsWith(head));
         return lines.front().substr(head.size());
     }
 
-    ScopedPolicy fPolicy{Policy("")};
+    ScopedPolicy policy_{Policy("")};
 };
 
 // --- Which servers -----------------------------------------------------------------------------------------------
 
 TEST_F(PolicyTest, OneThatDoesNotMatchChangesNothing) {
-    fServer.ListenTls(kHttpsPort, Certificate());
-    fPolicy.Write(Policy(Entry("*.storage.example", R"("tls": false, "namespace": "other", "timeout": 1)")));
+    server_.ListenTls(kHttpsPort, Certificate());
+    policy_.Write(Policy(Entry("*.storage.example", R"("tls": false, "namespace": "other", "timeout": 1)")));
     EXPECT_TRUE(IsRead(kHttpPort));
     EXPECT_TRUE(IsRead(kHttpsPort));
     EXPECT_EQ(StatusOn(kOtherPort), 0U);
     const auto nameSpace = Allocated();
-    nameSpace->connect(fServer.Address(), "", "", kHttpPort);
+    nameSpace->connect(server_.Address(), "", "", kHttpPort);
     EXPECT_EQ(nameSpace->getPegClient()->getTimeout(), 65535000U);
     EXPECT_EQ(nameSpace->getPegNSP()->getString(), Pegasus::String("root/cimv2"));
-    EXPECT_THAT(fLog->Infos(), IsEmpty());
-    EXPECT_THAT(fLog->Errors(), IsEmpty());
+    EXPECT_THAT(log_->Infos(), IsEmpty());
+    EXPECT_THAT(log_->Errors(), IsEmpty());
 }
 
 TEST_F(PolicyTest, NoSpellingOfAServerEvadesIt) {
-    fPolicy.Write(
+    policy_.Write(
         Policy(Entry("127.*", Text("trust", "/ca.pem")) + "," + Entry("localhost", Text("trust", "/ca.pem"))));
     for (const std::string& host :
          {std::string("127.0.0.1"), std::string("127.1"), std::string("0x7f.1"), std::string("2130706433"),
@@ -108,30 +108,30 @@ TEST_F(PolicyTest, NoSpellingOfAServerEvadesIt) {
 
 TEST_F(PolicyTest, WithoutEntriesAnyNameIsLeftToTheResolver) {
     const auto nameSpace = Allocated();
-    nameSpace->connect(fServer.Address() + std::string("\0x", 2), "", "", kHttpPort);
+    nameSpace->connect(server_.Address() + std::string("\0x", 2), "", "", kHttpPort);
     EXPECT_TRUE(nameSpace->isConnected());
 }
 
 // --- Who decides -------------------------------------------------------------------------------------------------
 
 TEST_F(PolicyTest, WhatIsForcedBeatsTheHostAndTheHostBeatsWhatIsDefault) {
-    fPolicy.Write(Policy(Entry("*", R"("namespace": "forced")", R"("timeout": 1000, "connect.timeout": 2000)")));
+    policy_.Write(Policy(Entry("*", R"("namespace": "forced")", R"("timeout": 1000, "connect.timeout": 2000)")));
     const auto nameSpace = Allocated({{kNamespaceKey, TCIMValue("root/own")}, {kTimeoutKey, TCIMValue(60000U)}});
     EXPECT_EQ(nameSpace->getPegNSP()->getString(), Pegasus::String("root/own"));
-    nameSpace->connect(fServer.Address(), "", "", kHttpPort);
+    nameSpace->connect(server_.Address(), "", "", kHttpPort);
     EXPECT_EQ(nameSpace->getPegNSP()->getString(), Pegasus::String("forced"));
     EXPECT_EQ(nameSpace->getPegClient()->getTimeout(), 60000U);
     EXPECT_EQ(nameSpace->getPegClient()->getLimits().connectMilliseconds, 2000U);
     nameSpace->GetClass("TEST_Disk", TCIMContext());
-    EXPECT_EQ(fServer.Calls().front().name_space, "forced");
+    EXPECT_EQ(server_.Calls().front().name_space, "forced");
 }
 
 TEST_F(PolicyTest, OfTheEntriesThatMatchTheFirstThatSetsAnOptionDecides) {
-    fPolicy.Write(Policy(Entry("127.*", R"("timeout": 1000)", R"("namespace": "first")") + "," +
+    policy_.Write(Policy(Entry("127.*", R"("timeout": 1000)", R"("namespace": "first")") + "," +
                          Entry("*.example", R"("timeout": 2000, "connect.timeout": 2000)") + "," +
                          Entry("*", R"("timeout": 3000, "connect.timeout": 3000)", R"("namespace": "third")")));
     const auto nameSpace = Allocated();
-    nameSpace->connect(fServer.Address(), "", "", kHttpPort);
+    nameSpace->connect(server_.Address(), "", "", kHttpPort);
     EXPECT_EQ(nameSpace->getPegClient()->getTimeout(), 1000U);
     EXPECT_EQ(nameSpace->getPegClient()->getLimits().connectMilliseconds, 3000U);
     EXPECT_EQ(nameSpace->getPegNSP()->getString(), Pegasus::String("first"));
@@ -140,7 +140,7 @@ TEST_F(PolicyTest, OfTheEntriesThatMatchTheFirstThatSetsAnOptionDecides) {
 TEST_F(PolicyTest, LimitsCountForTheConnection) {
     Force(R"("limit.bytes": 100, "limit.objects": 7)");
     const auto nameSpace = Allocated();
-    nameSpace->connect(fServer.Address(), "", "", kHttpPort);
+    nameSpace->connect(server_.Address(), "", "", kHttpPort);
     EXPECT_EQ(nameSpace->getPegClient()->getLimits().answerObjects, 7U);
     EXPECT_FALSE(nameSpace->GetClass("TEST_Disk", TCIMContext()));
     ASSERT_TRUE(nameSpace->LastFailure());
@@ -153,9 +153,9 @@ TEST_F(PolicyTest, LimitsCountForTheConnection) {
 
 TEST_F(PolicyTest, AnotherConnectionBeginsWithTheHostsOwnOptions) {
     const std::string other = "127.0.0.1"; // where nothing is connected to: on that port nothing is attempted
-    fPolicy.Write(Policy(Entry(fServer.Address(), R"("timeout": 1000, "limit.objects": 5, "namespace": "forced")")));
+    policy_.Write(Policy(Entry(server_.Address(), R"("timeout": 1000, "limit.objects": 5, "namespace": "forced")")));
     const auto nameSpace = Allocated({{kTimeoutKey, TCIMValue(60000U)}});
-    nameSpace->connect(fServer.Address(), "", "", kHttpPort);
+    nameSpace->connect(server_.Address(), "", "", kHttpPort);
     EXPECT_EQ(nameSpace->getPegClient()->getTimeout(), 1000U);
     nameSpace->disconnect();
     nameSpace->connect(other, "", "", kOtherPort);
@@ -166,9 +166,9 @@ TEST_F(PolicyTest, AnotherConnectionBeginsWithTheHostsOwnOptions) {
 
 TEST_F(PolicyTest, AConnectionThatFailsLeavesTheOptionsOfTheOneBefore) {
     const auto nameSpace = Allocated({{kTimeoutKey, TCIMValue(60000U)}});
-    nameSpace->connect(fServer.Address(), "", "", kHttpPort);
+    nameSpace->connect(server_.Address(), "", "", kHttpPort);
     Force(R"("timeout": 1000, "limit.objects": 5, "namespace": "forced")");
-    EXPECT_EQ(StatusOf([&] { nameSpace->connect(fServer.Address(), "", "", kHttpPort); }), 42U);
+    EXPECT_EQ(StatusOf([&] { nameSpace->connect(server_.Address(), "", "", kHttpPort); }), 42U);
     EXPECT_TRUE(nameSpace->isConnected());
     EXPECT_EQ(nameSpace->getPegClient()->getTimeout(), 60000U);
     EXPECT_EQ(nameSpace->getPegClient()->getLimits().answerObjects, 10000000U);
@@ -180,19 +180,19 @@ TEST_F(PolicyTest, EachConnectionReadsItAnew) {
     const auto nameSpace = Allocated();
     for (const char* const name : {"one", "two"}) {
         Force(Text("namespace", name));
-        nameSpace->connect(fServer.Address(), "", "", kHttpPort);
+        nameSpace->connect(server_.Address(), "", "", kHttpPort);
         EXPECT_EQ(nameSpace->getPegNSP()->getString(), Pegasus::String(name));
         nameSpace->disconnect();
     }
-    fPolicy.Write("{");
-    EXPECT_EQ(StatusOf([&] { nameSpace->connect(fServer.Address(), "", "", kHttpPort); }), 42U);
+    policy_.Write("{");
+    EXPECT_EQ(StatusOf([&] { nameSpace->connect(server_.Address(), "", "", kHttpPort); }), 42U);
 }
 
 // --- Encryption --------------------------------------------------------------------------------------------------
 
 TEST_F(PolicyTest, ForcedEncryptionCountsOnEveryPort) {
-    fServer.Stop();
-    support::CimServer server(fServer.Address());
+    server_.Stop();
+    support::CimServer server(server_.Address());
     server.Answer("GetClass", "TEST_Disk", ClassXml("TEST_Disk", "", ""));
     server.ListenTls(kHttpPort, Certificate());
     server.ListenTls(kOtherPort, Certificate());
@@ -215,14 +215,14 @@ TEST_F(PolicyTest, ForcedVerificationRefusesAPlainConnection) {
         ExpectRefused(kHttpPort, {}, text);
         ExpectRefused(kOtherPort, {}, text);
         ExpectRefused(kHttpsPort, {{kTlsKey, TCIMValue(false)}}, text);
-        EXPECT_THAT(Failure()->text, StartsWith("policy " + fPolicy.Path() + ": cimhttp."));
+        EXPECT_THAT(Failure()->text, StartsWith("policy " + policy_.Path() + ": cimhttp."));
     }
     EXPECT_EQ(CountConnections({kHttpPort}), 0U);
 }
 
 TEST_F(PolicyTest, DefaultVerificationCountsWhereTheConnectionIsEncrypted) {
     const support::TestCertificate other(support::TestCertificate::Options{});
-    fServer.ListenTls(kHttpsPort, Certificate());
+    server_.ListenTls(kHttpsPort, Certificate());
     Default(Text("trust", other.CaFile()));
     EXPECT_TRUE(IsRead(kHttpPort));
     EXPECT_EQ(StatusOn(kOtherPort), 0U);
@@ -246,7 +246,7 @@ TEST_F(PolicyTest, EncryptionThatAPolicyTakesAwayIsNoWayAroundVerification) {
 TEST_F(PolicyTest, ForcedVerificationTakesThePlaceOfTheHostsOwn) {
     const support::TestCertificate other(support::TestCertificate::Options{});
     const std::string fingerprint = FingerprintOf(Certificate().CertificateFile());
-    fServer.ListenTls(kHttpsPort, Certificate());
+    server_.ListenTls(kHttpsPort, Certificate());
     Force(Text("trust", other.CaFile()));
     EXPECT_EQ(StatusOn(kHttpsPort, {{kFingerprintKey, TCIMValue(fingerprint)}}), 42U);
     Force(Text("trust", Certificate().CaFile()));
@@ -260,7 +260,7 @@ TEST_F(PolicyTest, ForcedVerificationTakesThePlaceOfTheHostsOwn) {
 }
 
 TEST_F(PolicyTest, AForcedCertificateComesWithItsOwnKeyAlone) {
-    fServer.ListenTls(kHttpsPort, Certificate());
+    server_.ListenTls(kHttpsPort, Certificate());
     const TCIMContext own{{kClientCertificateKey, TCIMValue("/own.pem")}, {kClientKeyKey, TCIMValue("/own.key")}};
     Force(Text("client.certificate", "/forced.pem"));
     EXPECT_THAT(Decision(kHttpsPort, own), EndsWith("client.certificate /forced.pem (forced; the host said /own.pem), "
@@ -273,25 +273,25 @@ TEST_F(PolicyTest, AForcedCertificateComesWithItsOwnKeyAlone) {
 
 TEST_F(PolicyTest, WhatItDecidesIsLoggedOncePerConnection) {
     const std::string trust = Certificate().CaFile();
-    fServer.ListenTls(kHttpsPort, Certificate());
-    fPolicy.Write(Policy(Entry("nobody", R"("tls": false)") + "," +
+    server_.ListenTls(kHttpsPort, Certificate());
+    policy_.Write(Policy(Entry("nobody", R"("tls": false)") + "," +
                          Entry("127.*", R"("tls": true, )" + Text("trust", trust), R"("timeout": 30000)")));
     EXPECT_EQ(Decision(kHttpsPort, {{kTrustKey, TCIMValue("/own.pem")}}),
-              "entry 2 ('127.*'), for " + fServer.Address() + ": tls true (forced), trust " + trust +
+              "entry 2 ('127.*'), for " + server_.Address() + ": tls true (forced), trust " + trust +
                   " (forced; the host said /own.pem), timeout 30000 (default)");
-    fPolicy.Write(Policy(R"({"match": ["x", "127.?*"], "default": {"timeout": 30000}},)" + Entry("*", "")));
+    policy_.Write(Policy(R"({"match": ["x", "127.?*"], "default": {"timeout": 30000}},)" + Entry("*", "")));
     EXPECT_EQ(Decision(kHttpsPort, {{kTimeoutKey, TCIMValue(5U)}}),
-              "entry 1 ('127.?*'), entry 2 ('*'), for " + fServer.Address() + ": nothing");
-    EXPECT_THAT(fLog->Errors(), IsEmpty());
+              "entry 1 ('127.?*'), entry 2 ('*'), for " + server_.Address() + ": nothing");
+    EXPECT_THAT(log_->Errors(), IsEmpty());
 }
 
 TEST_F(PolicyTest, NoPasswordIsLogged) {
-    fServer.ListenTls(kHttpsPort, Certificate());
+    server_.ListenTls(kHttpsPort, Certificate());
     Force(Text("fingerprint", kDigits));
     const auto nameSpace = Allocated();
-    EXPECT_EQ(StatusOf([&] { nameSpace->connect(fServer.Address(), "reader", "s3cret", kHttpsPort); }), 42U);
-    EXPECT_THAT(fLog->Infos(), testing::SizeIs(1));
-    for (const auto& lines : {fLog->Infos(), fLog->Errors(), fLog->Debug()}) {
+    EXPECT_EQ(StatusOf([&] { nameSpace->connect(server_.Address(), "reader", "s3cret", kHttpsPort); }), 42U);
+    EXPECT_THAT(log_->Infos(), testing::SizeIs(1));
+    for (const auto& lines : {log_->Infos(), log_->Errors(), log_->Debug()}) {
         EXPECT_THAT(lines, testing::Each(Not(HasSubstr("s3cret"))));
     }
     EXPECT_THAT(nameSpace->LastFailure()->text, Not(HasSubstr("s3cret")));
@@ -301,13 +301,13 @@ TEST_F(PolicyTest, NoPasswordIsLogged) {
 
 TEST_F(PolicyTest, OneThatIsNotUnderstoodRefusesEveryConnection) {
     for (const char* const content : {"", "{", "[]", R"({"servers": [{"match": "nobody", "forced": {}}]})"}) {
-        fPolicy.Write(content);
-        ExpectAllRefused("policy " + fPolicy.Path() + ": ");
+        policy_.Write(content);
+        ExpectAllRefused("policy " + policy_.Path() + ": ");
     }
-    EXPECT_EQ(Failure()->text, "policy " + fPolicy.Path() +
+    EXPECT_EQ(Failure()->text, "policy " + policy_.Path() +
                                    ": entry 1 has a member that there is not: 'forced' (did you mean 'force'?)");
-    fPolicy.Write("{\"servers\": [\n\noops");
-    ExpectAllRefused("policy " + fPolicy.Path() + ": is no JSON: parse error at line 3");
+    policy_.Write("{\"servers\": [\n\noops");
+    ExpectAllRefused("policy " + policy_.Path() + ": is no JSON: parse error at line 3");
 }
 
 TEST_F(PolicyTest, OneThatIsNotThereOrCannotBeReadRefusesEveryConnection) {
@@ -328,32 +328,32 @@ TEST_F(PolicyTest, OneThatIsNotThereOrCannotBeReadRefusesEveryConnection) {
 }
 
 TEST_F(PolicyTest, OneThatEverybodyCanWriteRefusesEveryConnection) {
-    ASSERT_EQ(::chmod(fPolicy.Path().c_str(), 0646), 0);
-    ExpectAllRefused("policy " + fPolicy.Path() + ": can be written by everybody");
-    ASSERT_EQ(::chmod(fPolicy.Path().c_str(), 0664), 0);
+    ASSERT_EQ(::chmod(policy_.Path().c_str(), 0646), 0);
+    ExpectAllRefused("policy " + policy_.Path() + ": can be written by everybody");
+    ASSERT_EQ(::chmod(policy_.Path().c_str(), 0664), 0);
     EXPECT_TRUE(IsRead(kHttpPort));
 }
 
 TEST_F(PolicyTest, OneOfAMebibyteIsReadAndALargerOneRefusesEveryConnection) {
     std::string content = Policy(Entry("*", R"("namespace": "large")"));
     content.resize(PolicyFile::kMaxBytes, ' ');
-    fPolicy.Write(content);
-    EXPECT_EQ(Decision(kHttpPort), "entry 1 ('*'), for " + fServer.Address() + ": namespace large (forced)");
-    fPolicy.Write(content + ' ');
-    ExpectAllRefused("policy " + fPolicy.Path() + ": has more than 1048576 bytes");
+    policy_.Write(content);
+    EXPECT_EQ(Decision(kHttpPort), "entry 1 ('*'), for " + server_.Address() + ": namespace large (forced)");
+    policy_.Write(content + ' ');
+    ExpectAllRefused("policy " + policy_.Path() + ": has more than 1048576 bytes");
 }
 
 TEST_F(PolicyTest, OneThatItsReaderMayNotReadRefusesEveryConnection) {
     if (::geteuid() == 0) {
         GTEST_SKIP() << "root may read everything";
     }
-    ASSERT_EQ(::chmod(fPolicy.Path().c_str(), 0), 0);
-    ExpectAllRefused("policy " + fPolicy.Path() + ": cannot be read: Permission denied");
+    ASSERT_EQ(::chmod(policy_.Path().c_str(), 0), 0);
+    ExpectAllRefused("policy " + policy_.Path() + ": cannot be read: Permission denied");
 }
 
 TEST_F(PolicyTest, TheVariableNamesTheFileAndAnEmptyOneDoesNot) {
-    EXPECT_EQ(PolicyFile::OfMachine().Path(), fPolicy.Path());
-    EXPECT_THROW(PolicyFile(fPolicy.Path() + ".none", false).Read(), PolicyFault);
+    EXPECT_EQ(PolicyFile::OfMachine().Path(), policy_.Path());
+    EXPECT_THROW(PolicyFile(policy_.Path() + ".none", false).Read(), PolicyFault);
     ScopedPolicy::Name("");
     EXPECT_EQ(PolicyFile::OfMachine().Path(), "/etc/cimhttp/policy.json");
     ::unsetenv(PolicyFile::kVariable);

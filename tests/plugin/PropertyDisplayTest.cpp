@@ -480,13 +480,13 @@ std::locale GermanLocale() {
 /// Sets the locale of C++ and, where it has a name, of C for the time of its life.
 class ScopedLocale {
   public:
-    explicit ScopedLocale(const std::locale& locale) : fPrevious(std::locale::global(locale)) {}
-    ~ScopedLocale() { std::locale::global(fPrevious); }
+    explicit ScopedLocale(const std::locale& locale) : previous_(std::locale::global(locale)) {}
+    ~ScopedLocale() { std::locale::global(previous_); }
     ScopedLocale(const ScopedLocale&) = delete;
     ScopedLocale& operator=(const ScopedLocale&) = delete;
 
   private:
-    std::locale fPrevious;
+    std::locale previous_;
 };
 
 } // namespace
@@ -501,7 +501,7 @@ TEST_F(PropertyDisplayTest, TextsAreTheSameInAGermanLocale) {
     EXPECT_EQ(TextOf(Uint32(123456), {}), "123456");
     EXPECT_EQ(TextOf(Uint32(123456), Units("MilliSeconds")), "00:02:03.456000");
     EXPECT_EQ(StatusOf([&] { TCimHTTPProperty(Declare(Uint16(0)), Uint32(1)); }), 14U);
-    EXPECT_THAT(fLog->Errors(), testing::ElementsAre("Inmem: SetValue: decl is type uint16 but value is type uint32"));
+    EXPECT_THAT(log_->Errors(), testing::ElementsAre("Inmem: SetValue: decl is type uint16 but value is type uint32"));
 }
 
 TEST_F(PropertyDisplayTest, TextsNeedNoOtherLocaleThanC) {

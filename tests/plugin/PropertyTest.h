@@ -33,27 +33,27 @@ class FailingDecl : public NQORVYX20::TCimHTTPPropertyDecl {
 
     FailingDecl(const NQORVYX20::TCIMValue& defaultValue, std::string qualifier, std::uint32_t code)
         : TCimHTTPPropertyDecl(boost::shared_ptr<NQORVYX20::TCimHTTPClass>(), "Size", defaultValue),
-          fQualifier(std::move(qualifier)),
-          fCode(code) {}
+          qualifier_(std::move(qualifier)),
+          code_(code) {}
 
     using TCimHTTPPropertyDecl::GetQualifier;
     boost::shared_ptr<NQORVYX20::ICIMQualifier> GetQualifier(const std::string& name,
                                                              NQORVYX20::TCIMContext context) const override {
-        if (name == fQualifier) {
-            throw TFailure(fCode);
+        if (name == qualifier_) {
+            throw TFailure(code_);
         }
         return TCimHTTPPropertyDecl::GetQualifier(name, context);
     }
 
   private:
-    std::string fQualifier;
-    std::uint32_t fCode;
+    std::string qualifier_;
+    std::uint32_t code_;
 };
 
 /// Properties of declarations without a class, with a logger that keeps its messages.
 class PropertyTest : public testing::Test {
   protected:
-    PropertyTest() { NQORVYX20::TRootObject::SetCoreLogger(fLog); }
+    PropertyTest() { NQORVYX20::TRootObject::SetCoreLogger(log_); }
     ~PropertyTest() override { NQORVYX20::TRootObject::SetCoreLogger({}); }
 
     static void AddQualifiers(NQORVYX20::TCimHTTPPropertyDecl& declaration, const Qualifiers& qualifiers) {
@@ -68,10 +68,10 @@ class PropertyTest : public testing::Test {
     /// A declaration that lives until the end of the test.
     boost::shared_ptr<NQORVYX20::TCimHTTPPropertyDecl> Declare(const NQORVYX20::TCIMValue& defaultValue,
                                                                const Qualifiers& qualifiers = {}) {
-        fDecls.push_back(boost::make_shared<NQORVYX20::TCimHTTPPropertyDecl>(
+        decls_.push_back(boost::make_shared<NQORVYX20::TCimHTTPPropertyDecl>(
             boost::shared_ptr<NQORVYX20::TCimHTTPClass>(), "Size", defaultValue));
-        AddQualifiers(*fDecls.back(), qualifiers);
-        return fDecls.back();
+        AddQualifiers(*decls_.back(), qualifiers);
+        return decls_.back();
     }
 
     /// The display text of a value under a declaration with these qualifiers.
@@ -83,6 +83,6 @@ class PropertyTest : public testing::Test {
         return NQORVYX20::TCimHTTPProperty(Declare(NullOf(value.GetType()), qualifiers), value).ToStringVector();
     }
 
-    boost::shared_ptr<CapturingLogger> fLog = boost::make_shared<CapturingLogger>();
-    std::vector<boost::shared_ptr<NQORVYX20::TCimHTTPPropertyDecl>> fDecls;
+    boost::shared_ptr<CapturingLogger> log_ = boost::make_shared<CapturingLogger>();
+    std::vector<boost::shared_ptr<NQORVYX20::TCimHTTPPropertyDecl>> decls_;
 };

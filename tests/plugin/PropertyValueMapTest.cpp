@@ -34,12 +34,12 @@ Qualifiers ValueMap(const Strings& entries, const Strings& texts) {
 class PropertyValueMapTest : public PropertyTest {
   protected:
     bool Build(const Qualifiers& qualifiers) {
-        return TCimHTTPProperty(Declare(Uint32(0), qualifiers)).BuildValueMapEntryArray(fRows, fDefaultText);
+        return TCimHTTPProperty(Declare(Uint32(0), qualifiers)).BuildValueMapEntryArray(rows_, defaultText_);
     }
 
     /// What was there before must not matter.
-    Rows fRows{{1, kMax, "left over"}};
-    std::string fDefaultText = "left over";
+    Rows rows_{{1, kMax, "left over"}};
+    std::string defaultText_ = "left over";
 };
 
 } // namespace
@@ -102,8 +102,8 @@ TEST_F(PropertyValueMapTest, EveryFormOfEntryGivesItsRow) {
     for (const auto& [entries, rows, defaultText] : cases) {
         SCOPED_TRACE(testing::PrintToString(entries));
         EXPECT_TRUE(Build(ValueMap(entries, texts)));
-        EXPECT_EQ(fRows, rows);
-        EXPECT_EQ(fDefaultText, defaultText);
+        EXPECT_EQ(rows_, rows);
+        EXPECT_EQ(defaultText_, defaultText);
     }
 }
 
@@ -112,8 +112,8 @@ TEST_F(PropertyValueMapTest, ADefaultAfterAnOpenRangeMakesTheMapUnusable) {
                                    Strings{"18446744073709551615", ".."}, Strings{"..18446744073709551615", ".."}}) {
         SCOPED_TRACE(testing::PrintToString(entries));
         EXPECT_FALSE(Build(ValueMap(entries, {"a", "b", "c"})));
-        EXPECT_THAT(fRows, IsEmpty());
-        EXPECT_EQ(fDefaultText, "");
+        EXPECT_THAT(rows_, IsEmpty());
+        EXPECT_EQ(defaultText_, "");
     }
 }
 
@@ -122,30 +122,30 @@ TEST_F(PropertyValueMapTest, AnEntryWithoutAReadableNumberGivesNoRow) {
                               "99999999999999999999..", "...", "..x", "..-1", "..18446744073709551616", ". .", "."}) {
         SCOPED_TRACE(entry);
         EXPECT_TRUE(Build(ValueMap({"0..", entry, "7"}, {"a", "b", "c"})));
-        EXPECT_THAT(fRows, ElementsAre(Rows::value_type{0, 6, "a"}, Rows::value_type{7, 7, "c"}));
+        EXPECT_THAT(rows_, ElementsAre(Rows::value_type{0, 6, "a"}, Rows::value_type{7, 7, "c"}));
     }
     EXPECT_EQ(TextOf(TCIMValue(false), ValueMap({"TRUE", "FALSE"}, {"yes", "no"})), "false");
 }
 
 TEST_F(PropertyValueMapTest, AMissingTextIsEmpty) {
     EXPECT_TRUE(Build(ValueMap({"1", "2", ".."}, {"one"})));
-    EXPECT_THAT(fRows, ElementsAre(Rows::value_type{1, 1, "one"}, Rows::value_type{2, 2, ""}));
-    EXPECT_EQ(fDefaultText, "");
+    EXPECT_THAT(rows_, ElementsAre(Rows::value_type{1, 1, "one"}, Rows::value_type{2, 2, ""}));
+    EXPECT_EQ(defaultText_, "");
     EXPECT_EQ(TextOf(Uint32(2), ValueMap({"1", "2"}, {"one"})), "");
 }
 
 TEST_F(PropertyValueMapTest, ATextWithoutAnEntryIsIgnored) {
     EXPECT_TRUE(Build(ValueMap({"1"}, {"one", "two"})));
-    EXPECT_THAT(fRows, ElementsAre(Rows::value_type{1, 1, "one"}));
+    EXPECT_THAT(rows_, ElementsAre(Rows::value_type{1, 1, "one"}));
     EXPECT_EQ(TextOf(Uint32(2), ValueMap({"1"}, {"one", "two"})), "2");
 }
 
 TEST_F(PropertyValueMapTest, ElementsThatAreNotStringsCountAsTheirText) {
     EXPECT_TRUE(Build({{"ValueMap", ArrayOf<unsigned short>({1, 20})}, {"Values", ArrayOf<int>({-1, 2})}}));
-    EXPECT_THAT(fRows, ElementsAre(Rows::value_type{1, 1, "-1"}, Rows::value_type{20, 20, "2"}));
+    EXPECT_THAT(rows_, ElementsAre(Rows::value_type{1, 1, "-1"}, Rows::value_type{20, 20, "2"}));
     const TCIMValue nulls(ECIMType::eCIMString, 0, {NullOf(ECIMType::eCIMString), TCIMValue("2")});
     EXPECT_TRUE(Build({{"ValueMap", nulls}, {"Values", nulls}}));
-    EXPECT_THAT(fRows, ElementsAre(Rows::value_type{2, 2, "2"}));
+    EXPECT_THAT(rows_, ElementsAre(Rows::value_type{2, 2, "2"}));
 }
 
 TEST_F(PropertyValueMapTest, ThereIsNoMapUnlessBothQualifiersAreArrays) {
@@ -160,9 +160,9 @@ TEST_F(PropertyValueMapTest, ThereIsNoMapUnlessBothQualifiersAreArrays) {
         {{"ValueMap", TCIMValue("1")}, {"Values", map}},
     };
     for (const auto& qualifiers : cases) {
-        fRows = {{1, kMax, "left over"}};
+        rows_ = {{1, kMax, "left over"}};
         EXPECT_FALSE(Build(qualifiers));
-        EXPECT_THAT(fRows, IsEmpty());
+        EXPECT_THAT(rows_, IsEmpty());
         EXPECT_EQ(TextOf(Uint32(1), qualifiers), "1");
     }
 }
@@ -295,14 +295,14 @@ TEST_F(PropertyValueMapTest, ALookupTakesTheTableThatWasBuiltAndLeavesItAsItIs) 
     std::string (TCimHTTPProperty::*const lookUp)(TCIMValue const&, Rows&, std::string&) const =
         &TCimHTTPProperty::LookupInTable;
     const TCimHTTPProperty property(Declare(Uint32(0), ValueMap({"1", "2", ".."}, {"On", "Off", "Other"})));
-    ASSERT_TRUE(property.BuildValueMapEntryArray(fRows, fDefaultText));
+    ASSERT_TRUE(property.BuildValueMapEntryArray(rows_, defaultText_));
     for (const auto& [value, text] : {std::pair(1U, "On"), std::pair(2U, "Off"), std::pair(9U, "Other")}) {
-        EXPECT_EQ((property.*lookUp)(Uint32(value), fRows, fDefaultText), text);
+        EXPECT_EQ((property.*lookUp)(Uint32(value), rows_, defaultText_), text);
     }
-    EXPECT_EQ(fRows.size(), 2U);
-    EXPECT_EQ(fDefaultText, "Other");
-    fDefaultText.clear();
-    EXPECT_EQ((property.*lookUp)(Uint32(9), fRows, fDefaultText), "9");
+    EXPECT_EQ(rows_.size(), 2U);
+    EXPECT_EQ(defaultText_, "Other");
+    defaultText_.clear();
+    EXPECT_EQ((property.*lookUp)(Uint32(9), rows_, defaultText_), "9");
 }
 
 // --- Arrays ------------------------------------------------------------------------------------------------------

@@ -14,8 +14,8 @@ TCIMValue ReferenceTo(const std::string& className) {
 
 class PropertyValueTest : public PropertyTest {
   protected:
-    boost::shared_ptr<TCimHTTPPropertyDecl> fSeven = Declare(Uint32(7));
-    TCimHTTPProperty fProperty{fSeven};
+    boost::shared_ptr<TCimHTTPPropertyDecl> seven_ = Declare(Uint32(7));
+    TCimHTTPProperty property_{seven_};
 };
 
 } // namespace
@@ -23,27 +23,27 @@ class PropertyValueTest : public PropertyTest {
 // --- The value ---------------------------------------------------------------------------------------------------
 
 TEST_F(PropertyValueTest, ShowsTheDefaultUntilItHasAValueOfItsOwn) {
-    EXPECT_EQ(fProperty.GetValue({}), Uint32(7));
-    EXPECT_TRUE(fProperty.IsDefaultValue({}));
-    EXPECT_TRUE(fProperty.GetPropagated({}));
-    fSeven->SetDefaultValue(Uint32(8), {});
-    EXPECT_EQ(fProperty.GetValue({}), Uint32(8));
-    fProperty.SetValue(Uint32(9), {});
-    EXPECT_EQ(fProperty.GetValue({}), Uint32(9));
-    EXPECT_FALSE(fProperty.IsDefaultValue({}));
-    EXPECT_FALSE(fProperty.GetPropagated({}));
+    EXPECT_EQ(property_.GetValue({}), Uint32(7));
+    EXPECT_TRUE(property_.IsDefaultValue({}));
+    EXPECT_TRUE(property_.GetPropagated({}));
+    seven_->SetDefaultValue(Uint32(8), {});
+    EXPECT_EQ(property_.GetValue({}), Uint32(8));
+    property_.SetValue(Uint32(9), {});
+    EXPECT_EQ(property_.GetValue({}), Uint32(9));
+    EXPECT_FALSE(property_.IsDefaultValue({}));
+    EXPECT_FALSE(property_.GetPropagated({}));
 }
 
 TEST_F(PropertyValueTest, AValueThatEqualsTheDefaultIsItsOwnAllTheSame) {
-    fProperty.SetValue(Uint32(7), {});
-    EXPECT_EQ(fProperty.GetValue({}), Uint32(7));
-    EXPECT_FALSE(fProperty.IsDefaultValue({}));
+    property_.SetValue(Uint32(7), {});
+    EXPECT_EQ(property_.GetValue({}), Uint32(7));
+    EXPECT_FALSE(property_.IsDefaultValue({}));
 }
 
 TEST_F(PropertyValueTest, ANullOfTheDeclaredTypeIsAValueOfItsOwn) {
-    fProperty.SetValue(NullOf(ECIMType::eCIMUint32), {});
-    EXPECT_TRUE(fProperty.GetValue({}).IsNull());
-    EXPECT_FALSE(fProperty.IsDefaultValue({}));
+    property_.SetValue(NullOf(ECIMType::eCIMUint32), {});
+    EXPECT_TRUE(property_.GetValue({}).IsNull());
+    EXPECT_FALSE(property_.IsDefaultValue({}));
 }
 
 TEST_F(PropertyValueTest, MayBeSetToTheValueThatItHolds) {
@@ -58,45 +58,45 @@ TEST_F(PropertyValueTest, MayBeSetToTheValueThatItHolds) {
 }
 
 TEST_F(PropertyValueTest, TypeAndArraynessAreTheDeclaredOnes) {
-    fProperty.SetValue(Uint32(9), {});
-    EXPECT_EQ(fProperty.GetType({}), ECIMType::eCIMUint32);
-    EXPECT_FALSE(fProperty.IsArray({}));
-    EXPECT_EQ(fProperty.GetDeclaration({}), fSeven);
-    fSeven->SetDefaultValue(NullOf(ECIMType::eCIMStringArray), {});
-    EXPECT_EQ(fProperty.GetType({}), ECIMType::eCIMStringArray);
-    EXPECT_TRUE(fProperty.IsArray({}));
+    property_.SetValue(Uint32(9), {});
+    EXPECT_EQ(property_.GetType({}), ECIMType::eCIMUint32);
+    EXPECT_FALSE(property_.IsArray({}));
+    EXPECT_EQ(property_.GetDeclaration({}), seven_);
+    seven_->SetDefaultValue(NullOf(ECIMType::eCIMStringArray), {});
+    EXPECT_EQ(property_.GetType({}), ECIMType::eCIMStringArray);
+    EXPECT_TRUE(property_.IsArray({}));
 }
 
 TEST_F(PropertyValueTest, IsMadeOfADeclarationAndAValue) {
-    const TCimHTTPProperty property(fSeven, Uint32(9));
+    const TCimHTTPProperty property(seven_, Uint32(9));
     EXPECT_EQ(property.GetValue({}), Uint32(9));
     EXPECT_FALSE(property.IsDefaultValue({}));
     EXPECT_FALSE(property.IsPrevValueDifferent());
 }
 
 TEST_F(PropertyValueTest, IsNotMadeOfAValueThatTheDeclarationDoesNotAllow) {
-    EXPECT_EQ(StatusOf([&] { const TCimHTTPProperty property(fSeven, TCIMValue("9")); }), 14U);
-    EXPECT_THAT(fLog->Errors(), ElementsAre("Inmem: SetValue: decl is type uint32 but value is type string"));
+    EXPECT_EQ(StatusOf([&] { const TCimHTTPProperty property(seven_, TCIMValue("9")); }), 14U);
+    EXPECT_THAT(log_->Errors(), ElementsAre("Inmem: SetValue: decl is type uint32 but value is type string"));
 }
 
 TEST_F(PropertyValueTest, ACopyMakesTheDefaultItsOwn) {
-    const auto original = boost::make_shared<TCimHTTPProperty>(fSeven);
+    const auto original = boost::make_shared<TCimHTTPProperty>(seven_);
     const TCimHTTPProperty copy{boost::shared_ptr<ICIMProperty const>(original)};
-    EXPECT_EQ(copy.GetDeclaration({}), fSeven);
+    EXPECT_EQ(copy.GetDeclaration({}), seven_);
     EXPECT_EQ(copy.GetValue({}), Uint32(7));
     EXPECT_FALSE(copy.IsDefaultValue({}));
     EXPECT_TRUE(original->IsDefaultValue({}));
 }
 
 TEST_F(PropertyValueTest, ACopyOfANullValueShowsTheDefault) {
-    const auto null = boost::make_shared<TCimHTTPProperty>(fSeven, NullOf(ECIMType::eCIMUint32));
+    const auto null = boost::make_shared<TCimHTTPProperty>(seven_, NullOf(ECIMType::eCIMUint32));
     const TCimHTTPProperty copy{boost::shared_ptr<ICIMProperty const>(null)};
     EXPECT_EQ(copy.GetValue({}), Uint32(7));
     EXPECT_TRUE(copy.IsDefaultValue({}));
 }
 
 TEST_F(PropertyValueTest, ACopyTakesTheValueWithoutThePreviousOne) {
-    const auto original = boost::make_shared<TCimHTTPProperty>(fSeven, Uint32(9));
+    const auto original = boost::make_shared<TCimHTTPProperty>(seven_, Uint32(9));
     original->SetPrevValue(Uint32(8));
     const TCimHTTPProperty copy{boost::shared_ptr<ICIMProperty const>(original)};
     EXPECT_EQ(copy.GetValue({}), Uint32(9));
@@ -105,10 +105,10 @@ TEST_F(PropertyValueTest, ACopyTakesTheValueWithoutThePreviousOne) {
 }
 
 TEST_F(PropertyValueTest, AssignmentCopiesNothing) {
-    const TCimHTTPProperty nine(fSeven, Uint32(9));
-    ICIMProperty& property = fProperty;
-    EXPECT_EQ(&(property = nine), &fProperty);
-    EXPECT_TRUE(fProperty.IsDefaultValue({}));
+    const TCimHTTPProperty nine(seven_, Uint32(9));
+    ICIMProperty& property = property_;
+    EXPECT_EQ(&(property = nine), &property_);
+    EXPECT_TRUE(property_.IsDefaultValue({}));
 }
 
 // --- The check of values -----------------------------------------------------------------------------------------
@@ -131,32 +131,32 @@ TEST_F(PropertyValueTest, AValueOfAnotherTypeIsRefusedAndTheOldOneStays) {
     for (const auto& [defaultValue, value, types] : cases) {
         SCOPED_TRACE(types);
         TCimHTTPProperty property(Declare(defaultValue), defaultValue);
-        fLog->Forget();
+        log_->Forget();
         EXPECT_EQ(StatusOf([&, &refused = value] { property.SetValue(refused, {}); }), 14U);
         EXPECT_EQ(property.GetValue({}), defaultValue);
-        EXPECT_THAT(fLog->Errors(), ElementsAre("Inmem: SetValue: decl is type " + types));
+        EXPECT_THAT(log_->Errors(), ElementsAre("Inmem: SetValue: decl is type " + types));
     }
 }
 
 TEST_F(PropertyValueTest, APreviousValueOfAnotherTypeIsRefusedAndTheOldOneStays) {
-    EXPECT_EQ(StatusOf([&] { fProperty.SetPrevValue(Uint16(9)); }), 14U);
-    EXPECT_FALSE(fProperty.IsPrevValueDifferent());
-    EXPECT_THAT(fLog->Errors(), ElementsAre("SetPrevValue: decl is type uint32 but value is type uint16"));
-    fProperty.SetPrevValue(Uint32(8));
-    EXPECT_EQ(StatusOf([&] { fProperty.SetPrevValue(Uint16(9)); }), 14U);
-    EXPECT_EQ(fProperty.GetPrevValue(), Uint32(8));
+    EXPECT_EQ(StatusOf([&] { property_.SetPrevValue(Uint16(9)); }), 14U);
+    EXPECT_FALSE(property_.IsPrevValueDifferent());
+    EXPECT_THAT(log_->Errors(), ElementsAre("SetPrevValue: decl is type uint32 but value is type uint16"));
+    property_.SetPrevValue(Uint32(8));
+    EXPECT_EQ(StatusOf([&] { property_.SetPrevValue(Uint16(9)); }), 14U);
+    EXPECT_EQ(property_.GetPrevValue(), Uint32(8));
 }
 
 TEST_F(PropertyValueTest, AReferenceToAnotherClassIsRefusedAndTheOldOneStays) {
     for (const std::string other : {"TEST_FastDisk", "test_disk", ""}) { // a subclass is another class as well
         TCimHTTPProperty property(Declare(ReferenceTo("TEST_Disk")));
-        fLog->Forget();
+        log_->Forget();
         EXPECT_EQ(StatusOf([&] { property.SetValue(ReferenceTo(other), {}); }), 14U);
         EXPECT_TRUE(property.IsDefaultValue({}));
         EXPECT_EQ(StatusOf([&] { property.SetPrevValue(ReferenceTo(other)); }), 14U);
         EXPECT_FALSE(property.IsPrevValueDifferent());
         const std::string classes = "decl references type TEST_Disk but value references " + other;
-        EXPECT_THAT(fLog->Errors(), ElementsAre("Inmem: SetValue: " + classes, "SetPrevValue: " + classes));
+        EXPECT_THAT(log_->Errors(), ElementsAre("Inmem: SetValue: " + classes, "SetPrevValue: " + classes));
     }
 }
 
@@ -166,14 +166,14 @@ TEST_F(PropertyValueTest, AReferenceToTheDeclaredClassIsAccepted) {
     property.SetPrevValue(ReferenceTo("TEST_Disk"));
     EXPECT_FALSE(property.IsDefaultValue({}));
     EXPECT_TRUE(property.IsPrevValueDifferent());
-    EXPECT_THAT(fLog->Errors(), IsEmpty());
+    EXPECT_THAT(log_->Errors(), IsEmpty());
 }
 
 TEST_F(PropertyValueTest, ANullReferenceNamesAnotherClassThanTheDeclaredOne) {
     TCimHTTPProperty property(Declare(ReferenceTo("TEST_Disk")));
     EXPECT_EQ(StatusOf([&] { property.SetValue(NullOf(ECIMType::eCIMReference), {}); }), 14U);
     EXPECT_TRUE(property.IsDefaultValue({}));
-    EXPECT_THAT(fLog->Errors(), ElementsAre("Inmem: SetValue: decl references type TEST_Disk but value references "));
+    EXPECT_THAT(log_->Errors(), ElementsAre("Inmem: SetValue: decl references type TEST_Disk but value references "));
     property.SetPrevValue(NullOf(ECIMType::eCIMReference));
     EXPECT_TRUE(property.GetPrevValue().IsNull());
 }
@@ -197,62 +197,62 @@ TEST_F(PropertyValueTest, OnlyScalarReferencesAreHeldToTheirClass) {
 // --- The previous value ------------------------------------------------------------------------------------------
 
 TEST_F(PropertyValueTest, ThePreviousValueIsTheCurrentOneUntilItIsSet) {
-    EXPECT_EQ(fProperty.GetPrevValue(), Uint32(7));
-    fProperty.SetValue(Uint32(9), {});
-    EXPECT_EQ(fProperty.GetPrevValue(), Uint32(9));
-    EXPECT_FALSE(fProperty.IsPrevValueDifferent());
+    EXPECT_EQ(property_.GetPrevValue(), Uint32(7));
+    property_.SetValue(Uint32(9), {});
+    EXPECT_EQ(property_.GetPrevValue(), Uint32(9));
+    EXPECT_FALSE(property_.IsPrevValueDifferent());
 }
 
 TEST_F(PropertyValueTest, APreviousValueStaysUntilTheNextOne) {
-    fProperty.SetPrevValue(Uint32(8));
-    fProperty.SetValue(Uint32(9), {});
-    EXPECT_EQ(fProperty.GetPrevValue(), Uint32(8));
-    EXPECT_TRUE(fProperty.IsPrevValueDifferent());
-    fProperty.SetPrevValue(Uint32(9));
-    EXPECT_EQ(fProperty.GetPrevValue(), Uint32(9));
-    EXPECT_TRUE(fProperty.IsPrevValueDifferent()) << "also when it equals the current value";
+    property_.SetPrevValue(Uint32(8));
+    property_.SetValue(Uint32(9), {});
+    EXPECT_EQ(property_.GetPrevValue(), Uint32(8));
+    EXPECT_TRUE(property_.IsPrevValueDifferent());
+    property_.SetPrevValue(Uint32(9));
+    EXPECT_EQ(property_.GetPrevValue(), Uint32(9));
+    EXPECT_TRUE(property_.IsPrevValueDifferent()) << "also when it equals the current value";
 }
 
 TEST_F(PropertyValueTest, ANullPreviousValueOfAnyTypeIsAccepted) {
-    fProperty.SetPrevValue(NullOf(ECIMType::eCIMDateTime));
-    EXPECT_EQ(fProperty.GetPrevValue(), NullOf(ECIMType::eCIMDateTime));
-    EXPECT_TRUE(fProperty.IsPrevValueDifferent());
-    EXPECT_THAT(fLog->Errors(), IsEmpty());
+    property_.SetPrevValue(NullOf(ECIMType::eCIMDateTime));
+    EXPECT_EQ(property_.GetPrevValue(), NullOf(ECIMType::eCIMDateTime));
+    EXPECT_TRUE(property_.IsPrevValueDifferent());
+    EXPECT_THAT(log_->Errors(), IsEmpty());
 }
 
 TEST_F(PropertyValueTest, ThePreviousValueIsResetToNull) {
-    fProperty.SetPrevValue(Uint32(8));
-    fProperty.SetPrevValue();
-    EXPECT_EQ(fProperty.GetPrevValue(), TCIMValue());
-    EXPECT_TRUE(fProperty.IsPrevValueDifferent());
-    EXPECT_EQ(fProperty.PrevValueToString(), "");
-    EXPECT_EQ(fProperty.GetValue({}), Uint32(7));
+    property_.SetPrevValue(Uint32(8));
+    property_.SetPrevValue();
+    EXPECT_EQ(property_.GetPrevValue(), TCIMValue());
+    EXPECT_TRUE(property_.IsPrevValueDifferent());
+    EXPECT_EQ(property_.PrevValueToString(), "");
+    EXPECT_EQ(property_.GetValue({}), Uint32(7));
 }
 
 // --- Comparison --------------------------------------------------------------------------------------------------
 
 TEST_F(PropertyValueTest, EqualAreValuesOfOneDeclaration) {
-    const TCimHTTPProperty seven(fSeven, Uint32(7));
-    TCimHTTPProperty sameSeven(fSeven, Uint32(7));
-    TCimHTTPProperty eight(fSeven, Uint32(8));
+    const TCimHTTPProperty seven(seven_, Uint32(7));
+    TCimHTTPProperty sameSeven(seven_, Uint32(7));
+    TCimHTTPProperty eight(seven_, Uint32(8));
     TCimHTTPProperty otherSeven(Declare(Uint32(7)), Uint32(7));
     EXPECT_TRUE(seven == sameSeven);
-    EXPECT_TRUE(seven == fProperty) << "the other side shows its default";
+    EXPECT_TRUE(seven == property_) << "the other side shows its default";
     EXPECT_FALSE(seven == eight);
     EXPECT_FALSE(seven == otherSeven) << "another declaration of the same name and type";
 }
 
 TEST_F(PropertyValueTest, OfOneDeclarationTheLesserValueComesFirst) {
-    TCimHTTPProperty six(fSeven, Uint32(6));
-    TCimHTTPProperty eight(fSeven, Uint32(8));
+    TCimHTTPProperty six(seven_, Uint32(6));
+    TCimHTTPProperty eight(seven_, Uint32(8));
     EXPECT_TRUE(six < eight);
-    EXPECT_TRUE(six < fProperty) << "the other side shows its default";
+    EXPECT_TRUE(six < property_) << "the other side shows its default";
     EXPECT_FALSE(eight < six);
     EXPECT_FALSE(six < six);
 }
 
 TEST_F(PropertyValueTest, OfTwoDeclarationsTheLowerAddressComesFirst) {
-    auto low = fSeven;
+    auto low = seven_;
     auto high = Declare(Uint32(7));
     if (std::less<>()(high.get(), low.get())) {
         std::swap(low, high);
@@ -264,10 +264,10 @@ TEST_F(PropertyValueTest, OfTwoDeclarationsTheLowerAddressComesFirst) {
 }
 
 TEST_F(PropertyValueTest, WithoutAValueOfItsOwnItEqualsNothing) {
-    TCimHTTPProperty seven(fSeven, Uint32(7));
-    TCimHTTPProperty eight(fSeven, Uint32(8));
-    EXPECT_FALSE(fProperty == seven);
-    EXPECT_FALSE(fProperty < eight);
+    TCimHTTPProperty seven(seven_, Uint32(7));
+    TCimHTTPProperty eight(seven_, Uint32(8));
+    EXPECT_FALSE(property_ == seven);
+    EXPECT_FALSE(property_ < eight);
 }
 
 // --- The declaration ---------------------------------------------------------------------------------------------
@@ -283,8 +283,8 @@ TEST_F(PropertyValueTest, DoesNotKeepItsDeclarationAlive) {
     EXPECT_THROW(property.GetPrevValue(), boost::bad_weak_ptr);
     EXPECT_THROW(property.SetValue(Uint32(9), {}), boost::bad_weak_ptr);
     EXPECT_THROW(property.SetPrevValue(Uint32(9)), boost::bad_weak_ptr);
-    EXPECT_THROW(static_cast<void>(property == fProperty), boost::bad_weak_ptr);
-    EXPECT_THROW(static_cast<void>(property < fProperty), boost::bad_weak_ptr);
+    EXPECT_THROW(static_cast<void>(property == property_), boost::bad_weak_ptr);
+    EXPECT_THROW(static_cast<void>(property < property_), boost::bad_weak_ptr);
     EXPECT_THROW(property.ToString(), boost::bad_weak_ptr);
     EXPECT_THROW(property.ToStringVector(), boost::bad_weak_ptr);
     EXPECT_TRUE(property.IsDefaultValue({}));

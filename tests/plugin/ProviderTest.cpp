@@ -9,7 +9,7 @@ namespace {
 /// Another provider of the plug-in's name.
 class TNamesake : public INamespaceProvider {
   public:
-    const std::string& GetName(TCIMContext /*context*/) const override { return fName; }
+    const std::string& GetName(TCIMContext /*context*/) const override { return name_; }
     boost::shared_ptr<ICIMNamespace> AllocateNamespace(TCIMContext /*context*/, bool /*redefine*/) const override {
         return {};
     }
@@ -17,7 +17,7 @@ class TNamesake : public INamespaceProvider {
     bool IsIndicationsSupported(TCIMContext /*context*/) const override { return false; }
 
   private:
-    const std::string fName = "cimhttp";
+    const std::string name_ = "cimhttp";
 };
 
 class ProviderTest : public PluginTest {
@@ -84,7 +84,7 @@ TEST_F(ProviderTest, IsOfTheRemoteKindWithoutIndications) {
 TEST_F(ProviderTest, AllocateNamespaceWithoutThePluginNameThrowsAndSaysSo) {
     const auto provider = TCimHTTPNamespaceProvider::GetInstance();
     EXPECT_EQ(StatusOf([&] { provider->AllocateNamespace(TCIMContext(), false); }), 32U);
-    EXPECT_THAT(fLog->Errors(),
+    EXPECT_THAT(log_->Errors(),
                 testing::ElementsAre("TCIMHTTPNamespace: 'pluginNameQualDeclValue' not passed via context"));
 }
 

@@ -25,10 +25,10 @@ constexpr const char* kClass = "TEST_Disk";
 class PulledReadingTest : public PluginTest {
   protected:
     PulledReadingTest() {
-        fLog->ExpectWarnings();
+        log_->ExpectWarnings();
         ServeClass(kClass, "", PropertyXml("Name", "string", KeyXml()) + PropertyXml("Size", "uint64"));
         ServeClass("TEST_Fast", kClass, PropertyXml("Name", "string", KeyXml()) + PropertyXml("Size", "uint64"));
-        fServer.Answer("EnumerateQualifiers", "", "");
+        server_.Answer("EnumerateQualifiers", "", "");
     }
 
     static std::string InstanceWithPathXml(const std::string& name, const std::string& className = kClass) {
@@ -51,10 +51,10 @@ class PulledReadingTest : public PluginTest {
     /// Instances in these portions.
     void ServePortions(const std::vector<std::vector<std::string>>& portions) {
         for (std::size_t i = 0; i < portions.size(); ++i) {
-            fServer.AnswerPortion(i == 0 ? "OpenEnumerateInstances" : "PullInstancesWithPath",
+            server_.AnswerPortion(i == 0 ? "OpenEnumerateInstances" : "PullInstancesWithPath",
                                   i == 0 ? kClass : "c" + std::to_string(i), All(portions[i]),
                                   i + 1 == portions.size() ? "" : "c" + std::to_string(i + 1));
-            fServer.Answer("CloseEnumeration", "c" + std::to_string(i + 1), "");
+            server_.Answer("CloseEnumeration", "c" + std::to_string(i + 1), "");
         }
     }
 
@@ -64,10 +64,10 @@ class PulledReadingTest : public PluginTest {
         context.insert(more.begin(), more.end());
         auto nameSpace = boost::dynamic_pointer_cast<TCimHTTPNamespace>(
             TCimHTTPNamespaceProvider::GetInstance()->AllocateNamespace(context, false));
-        nameSpace->connect(fServer.Address(), "", "", kHttpPort);
+        nameSpace->connect(server_.Address(), "", "", kHttpPort);
         nameSpace->GetClass(kClass, TCIMContext());
         nameSpace->GetClass("TEST_Fast", TCIMContext());
-        fServer.ForgetCalls();
+        server_.ForgetCalls();
         return nameSpace;
     }
 
@@ -105,7 +105,7 @@ class PulledReadingTest : public PluginTest {
 
     std::vector<std::string> Methods() const {
         std::vector<std::string> methods;
-        for (const auto& call : fServer.Calls()) {
+        for (const auto& call : server_.Calls()) {
             methods.push_back(call.method);
         }
         return methods;
@@ -129,14 +129,14 @@ TEST_F(PulledReadingTest, OnePortionThatIsAllTakesOneRequest) {
     ServePortions({{"b", "a"}});
     EXPECT_THAT(Names(*Faithful()), ElementsAre("a", "b"));
     EXPECT_THAT(Methods(), ElementsAre("OpenEnumerateInstances"));
-    const auto parameters = fServer.Calls().back().parameters;
+    const auto parameters = server_.Calls().back().parameters;
     EXPECT_EQ(parameters.at("MaxObjectCount"), "100");
     EXPECT_EQ(parameters.at("DeepInheritance"), "TRUE");
     EXPECT_EQ(parameters.count("PropertyList"), 0U);
 }
 
 TEST_F(PulledReadingTest, PathsAreThoseOfTheOldOperation) {
-    fServer.Answer("EnumerateInstances", kClass, NamedInstanceXml("a"));
+    server_.Answer("EnumerateInstances", kClass, NamedInstanceXml("a"));
     const auto path = [](TCimHTTPNamespace& nameSpace) {
         std::string text;
         nameSpace.GetClass(kClass, TCIMContext())
@@ -154,13 +154,13 @@ TEST_F(PulledReadingTest, PathsAreThoseOfTheOldOperation) {
 }
 
 TEST_F(PulledReadingTest, AServerWithoutPulledEnumerationsIsAskedForThemOnce) {
-    fServer.Answer("EnumerateInstances", kClass, NamedInstanceXml("a"));
+    server_.Answer("EnumerateInstances", kClass, NamedInstanceXml("a"));
     const std::function<void()> answers[] = {
         [] {}, // CIM_ERR_NOT_SUPPORTED
-        [&] { fServer.Fail("OpenEnumerateInstances", kClass, 1, "what is that?"); },
-        [&] { fServer.Fail("OpenEnumerateInstances", kClass, 6, "there is no such thing"); },
-        [&] { fServer.Fail("OpenEnumerateInstances", kClass, 17, "nor such a method"); },
-        [&] { fServer.AnswerNextWith("HTTP/1.1 501 Not Implemented\r\nContent-Length: 0\r\n\r\n"); }};
+        [&] { server_.Fail("OpenEnumerateInstances", kClass, 1, "what is that?"); },
+        [&] { server_.Fail("OpenEnumerateInstances", kClass, 6, "there is no such thing"); },
+        [&] { server_.Fail("OpenEnumerateInstances", kClass, 17, "nor such a method"); },
+        [&] { server_.AnswerNextWith("HTTP/1.1 501 Not Implemented\r\nContent-Length: 0\r\n\r\n"); }};
     for (const auto& answer : answers) {
         const auto nameSpace = Faithful();
         answer();
@@ -172,26 +172,26 @@ TEST_F(PulledReadingTest, AServerWithoutPulledEnumerationsIsAskedForThemOnce) {
 }
 
 TEST_F(PulledReadingTest, ANewConnectionIsAskedAnew) {
-    fServer.Answer("EnumerateInstances", kClass, NamedInstanceXml("a"));
+    server_.Answer("EnumerateInstances", kClass, NamedInstanceXml("a"));
     const auto nameSpace = Faithful();
     Names(*nameSpace);
     nameSpace->disconnect();
-    nameSpace->connect(fServer.Address(), "", "", kHttpPort);
-    fServer.ForgetCalls();
+    nameSpace->connect(server_.Address(), "", "", kHttpPort);
+    server_.ForgetCalls();
     Names(*nameSpace);
     EXPECT_THAT(Methods(), ElementsAre("OpenEnumerateInstances", "EnumerateInstances"));
 }
 
 TEST_F(PulledReadingTest, AnotherErrorIsNoReasonToAskInTheOldWay) {
     const auto nameSpace = Faithful();
-    fServer.Fail("OpenEnumerateInstances", kClass, 2, "not you");
+    server_.Fail("OpenEnumerateInstances", kClass, 2, "not you");
     EXPECT_EQ(FailureOf(*nameSpace), Kind::kCimStatus);
     EXPECT_THAT(Methods(), ElementsAre("OpenEnumerateInstances"));
 }
 
 TEST_F(PulledReadingTest, TheCompatibleReadingAsksInTheOldWayAlone) {
     ServePortions({{"a"}});
-    fServer.Answer("EnumerateInstances", kClass, NamedInstanceXml("a"));
+    server_.Answer("EnumerateInstances", kClass, NamedInstanceXml("a"));
     const auto nameSpace = ConnectedNamespace();
     FetchClass(*nameSpace, kClass)->EnumerateInstances([](const auto&) { return true; }, true, TCIMContext());
     EXPECT_EQ(CountCalls("OpenEnumerateInstances", kClass), 0U);
@@ -201,7 +201,7 @@ TEST_F(PulledReadingTest, TheCompatibleReadingAsksInTheOldWayAlone) {
 TEST_F(PulledReadingTest, AFailureInTheMiddleIsOneOfTheWholeEnumeration) {
     ServePortions({{"a"}, {"b"}, {"c"}});
     const auto nameSpace = Faithful();
-    fServer.Fail("PullInstancesWithPath", "c1", 21, "gone");
+    server_.Fail("PullInstancesWithPath", "c1", 21, "gone");
     std::size_t count = 0;
     EXPECT_EQ(StatusOf([&] { count = Names(*nameSpace).size(); }), 42U);
     EXPECT_EQ(count, 0U);
@@ -219,8 +219,8 @@ TEST_F(PulledReadingTest, TwoInstancesWithOnePathAreAnIncidentAlsoInTwoPortions)
 }
 
 TEST_F(PulledReadingTest, InstancesOfSubclassesAreLeftOutWhereTheyAreNotWanted) {
-    fServer.AnswerPortion("OpenEnumerateInstances", kClass, InstanceWithPathXml("a", "TEST_Fast"), "c1");
-    fServer.AnswerPortion("PullInstancesWithPath", "c1", InstanceWithPathXml("b"), "");
+    server_.AnswerPortion("OpenEnumerateInstances", kClass, InstanceWithPathXml("a", "TEST_Fast"), "c1");
+    server_.AnswerPortion("PullInstancesWithPath", "c1", InstanceWithPathXml("b"), "");
     const auto nameSpace = Faithful();
     EXPECT_THAT(Names(*nameSpace, {}, 100, false), ElementsAre("b"));
     EXPECT_THAT(Names(*nameSpace), ElementsAre("b", "a"));
@@ -251,9 +251,9 @@ TEST_F(PulledReadingTest, WhatIsNotHeldComesAsOftenAsTheServerSendsItFromTheFirs
 }
 
 TEST_F(PulledReadingTest, OnePathAgainAndAgainIsNotHeldForEver) {
-    fServer.AnswerPortion("OpenEnumerateInstances", kClass, All({"a", "a"}), "x");
-    fServer.AnswerPortion("PullInstancesWithPath", "x", All({"a"}), "x");
-    fServer.Answer("CloseEnumeration", "x", "");
+    server_.AnswerPortion("OpenEnumerateInstances", kClass, All({"a", "a"}), "x");
+    server_.AnswerPortion("PullInstancesWithPath", "x", All({"a"}), "x");
+    server_.Answer("CloseEnumeration", "x", "");
     EXPECT_THAT(Names(*Faithful(), Held(2), 1), ElementsAre("a"));
     EXPECT_THAT(Methods(), ElementsAre("OpenEnumerateInstances", "PullInstancesWithPath", "CloseEnumeration"));
 }
@@ -262,7 +262,7 @@ TEST_F(PulledReadingTest, WhatMayAllBeHeldComesAsEver) {
     ServePortions({{"d", "c"}, {"b"}, {"a"}});
     const auto nameSpace = Faithful();
     EXPECT_THAT(Names(*nameSpace, Held(4)), ElementsAre("a", "b", "c", "d"));
-    fServer.ForgetCalls();
+    server_.ForgetCalls();
     EXPECT_TRUE(InstanceNamed(*nameSpace, "a"));
     EXPECT_THAT(Methods(), IsEmpty()) << "it is known from the enumeration";
 }
@@ -272,8 +272,8 @@ TEST_F(PulledReadingTest, WhatWasNotHeldIsNotKnown) {
     const auto nameSpace = Faithful();
     Names(*nameSpace);
     Names(*nameSpace, Held(1));
-    fServer.ForgetCalls();
-    fServer.Answer("GetInstance", "", "<INSTANCE CLASSNAME=\"TEST_Disk\"/>");
+    server_.ForgetCalls();
+    server_.Answer("GetInstance", "", "<INSTANCE CLASSNAME=\"TEST_Disk\"/>");
     EXPECT_TRUE(InstanceNamed(*nameSpace, "a"));
     EXPECT_THAT(Methods(), ElementsAre("GetInstance"));
 }
@@ -283,9 +283,9 @@ TEST_F(PulledReadingTest, AnEnumerationThatEndsEarlyIsClosed) {
     const auto nameSpace = Faithful();
     EXPECT_THAT(Names(*nameSpace, Held(1), 2), ElementsAre("a", "b"));
     EXPECT_THAT(Methods(), ElementsAre("OpenEnumerateInstances", "PullInstancesWithPath", "CloseEnumeration"));
-    EXPECT_EQ(fServer.Calls().back().parameters.at("EnumerationContext"), "c2");
+    EXPECT_EQ(server_.Calls().back().parameters.at("EnumerationContext"), "c2");
     EXPECT_FALSE(nameSpace->LastFailure());
-    fServer.ForgetCalls();
+    server_.ForgetCalls();
     EXPECT_THROW(nameSpace->GetClass(kClass, TCIMContext())
                      ->EnumerateInstances([](const auto&) -> bool { throw 7; }, true, Held(1)),
                  int);
@@ -294,7 +294,7 @@ TEST_F(PulledReadingTest, AnEnumerationThatEndsEarlyIsClosed) {
 
 TEST_F(PulledReadingTest, OneWhosePortionCannotBeReadIsClosed) {
     ServePortions({{"a"}, {"b"}});
-    fServer.AnswerPortion("PullInstancesWithPath", "c1", "<UNKNOWN/>", "c2");
+    server_.AnswerPortion("PullInstancesWithPath", "c1", "<UNKNOWN/>", "c2");
     const auto nameSpace = Faithful();
     EXPECT_EQ(FailureOf(*nameSpace), Kind::kMalformed);
     EXPECT_THAT(Methods(), ElementsAre("OpenEnumerateInstances", "PullInstancesWithPath", "CloseEnumeration"));
@@ -327,21 +327,21 @@ TEST_F(PulledReadingTest, ANumberThatIsNoneIsRefused) {
     for (const TCIMValue& value : {TCIMValue("2"), TCIMValue(2), TCIMValue(0U), TCIMValue(), TCIMValue(true)}) {
         EXPECT_EQ(StatusOf([&] { Names(*nameSpace, {{kHeldKey, value}}); }), 14U);
     }
-    EXPECT_THAT(fLog->Errors(), SizeIs(5));
-    fLog->Forget();
+    EXPECT_THAT(log_->Errors(), SizeIs(5));
+    log_->Forget();
     EXPECT_THAT(Methods(), IsEmpty());
 }
 
 // --- Servers that mean harm ----------------------------------------------------------------------------------------
 
 TEST_F(PulledReadingTest, AnEnumerationWithoutEndPassesALimit) {
-    fServer.AnswerPortion("OpenEnumerateInstances", kClass, All({"a", "b"}), "x");
-    fServer.AnswerPortion("PullInstancesWithPath", "x", All({"c"}), "x");
+    server_.AnswerPortion("OpenEnumerateInstances", kClass, All({"a", "b"}), "x");
+    server_.AnswerPortion("PullInstancesWithPath", "x", All({"c"}), "x");
     EXPECT_EQ(FailureOf(*Faithful({{kLimitBytesKey, TCIMValue(20000U)}})), Kind::kLimit);
     EXPECT_LT(Methods().size(), 50U);
     EXPECT_EQ(Methods().back(), "CloseEnumeration");
 
-    fServer.AnswerPortion("PullInstancesWithPath", "x", "", "x");
+    server_.AnswerPortion("PullInstancesWithPath", "x", "", "x");
     EXPECT_EQ(FailureOf(*Faithful()), Kind::kLimit);
     EXPECT_THAT(Methods(), SizeIs(testing::Le(103U)));
 }

@@ -8,24 +8,24 @@ class QualifierTest : public PluginTest {
   protected:
     QualifierTest() {
         ServeClass("TEST_Disk", "", "");
-        fNamespace = ConnectedNamespace();
-        fDisk = FetchClass(*fNamespace, "TEST_Disk");
+        namespace_ = ConnectedNamespace();
+        disk_ = FetchClass(*namespace_, "TEST_Disk");
     }
 
     boost::shared_ptr<ICIMQualifierDecl> Declare(const std::string& name, const TCIMValue& defaultValue,
                                                  ICIMQualifierDecl::EFlavor flavor = ICIMQualifierDecl::eFlavorNone) {
-        return fNamespace->AllocateQualifierDecl(name, defaultValue, ICIMQualifierDecl::eScopeClass, flavor,
+        return namespace_->AllocateQualifierDecl(name, defaultValue, ICIMQualifierDecl::eScopeClass, flavor,
                                                  TCIMContext());
     }
 
     boost::shared_ptr<TCimHTTPQualifier> Allocate(boost::shared_ptr<ICIMQualifierDecl> declaration,
                                                   const TCIMValue& value) {
         return boost::dynamic_pointer_cast<TCimHTTPQualifier>(
-            fDisk->AllocateQualifier(declaration, value, TCIMContext()));
+            disk_->AllocateQualifier(declaration, value, TCIMContext()));
     }
 
-    boost::shared_ptr<TCimHTTPNamespace> fNamespace;
-    boost::shared_ptr<TCimHTTPClass> fDisk;
+    boost::shared_ptr<TCimHTTPNamespace> namespace_;
+    boost::shared_ptr<TCimHTTPClass> disk_;
 };
 
 constexpr auto kEnableOverride = ICIMQualifierDecl::eFlavorEnableOverride;
@@ -38,7 +38,7 @@ TEST_F(QualifierTest, TakesItsFlavorFromTheDeclaration) {
     const auto colour = Declare("Colour", TCIMValue("red"), kToSubclass);
     EXPECT_EQ(Allocate(colour, TCIMValue("blue"))->GetFlavor(TCIMContext()), kToSubclass);
     EXPECT_EQ(
-        fDisk->AllocateQualifier(colour, TCIMValue("blue"), kTranslatable, TCIMContext())->GetFlavor(TCIMContext()),
+        disk_->AllocateQualifier(colour, TCIMValue("blue"), kTranslatable, TCIMContext())->GetFlavor(TCIMContext()),
         kTranslatable);
 }
 
@@ -47,7 +47,7 @@ TEST_F(QualifierTest, KnowsItsDeclarationElementAndValue) {
     const auto colour = Allocate(declaration, TCIMValue("blue"));
     EXPECT_EQ(colour->GetName(TCIMContext()), "Colour");
     EXPECT_EQ(colour->GetDeclaration(TCIMContext()), declaration);
-    EXPECT_EQ(colour->GetClassOrProperty(TCIMContext()), fDisk);
+    EXPECT_EQ(colour->GetClassOrProperty(TCIMContext()), disk_);
     EXPECT_EQ(colour->GetValue(TCIMContext()), TCIMValue("blue"));
     EXPECT_EQ(colour->GetType(TCIMContext()), ECIMType::eCIMString);
     EXPECT_FALSE(colour->IsArray(TCIMContext()));
@@ -72,7 +72,7 @@ TEST_F(QualifierTest, SetFlavorAddsBitsAndUnsetFlavorTakesThemAway) {
 TEST_F(QualifierTest, APropagatedCopyTakesEverythingOver) {
     const auto original = Allocate(Declare("Colour", TCIMValue("red"), kToSubclass), TCIMValue("blue"));
     original->SetFlavor(kTranslatable, TCIMContext());
-    const auto root = fNamespace->GetRootClass();
+    const auto root = namespace_->GetRootClass();
     EXPECT_FALSE(TCimHTTPQualifier(root, original).GetPropagated(TCIMContext()));
     original->SetPropagated(true);
     const TCimHTTPQualifier copy(root, original);
@@ -115,13 +115,13 @@ TEST_F(QualifierTest, IsComparedByNameAlone) {
 TEST_F(QualifierTest, AddsItselfToItsElement) {
     const auto colour = Allocate(Declare("Colour", TCIMValue("red")), TCIMValue("blue"));
     colour->AddToClassOrProperty(TCIMContext());
-    EXPECT_EQ(fDisk->GetQualifier("colour", TCIMContext()), colour);
+    EXPECT_EQ(disk_->GetQualifier("colour", TCIMContext()), colour);
     colour->RemoveFromClassOrProperty(TCIMContext());
-    EXPECT_EQ(fDisk->GetQualifier("colour", TCIMContext()), colour);
+    EXPECT_EQ(disk_->GetQualifier("colour", TCIMContext()), colour);
 }
 
 TEST_F(QualifierTest, DoesNotKeepItsElementAlive) {
-    auto property = fDisk->AllocatePropertyDecl("Size", TCIMValue(), TCIMContext());
+    auto property = disk_->AllocatePropertyDecl("Size", TCIMValue(), TCIMContext());
     const auto colour =
         property->AllocateQualifier(Declare("Colour", TCIMValue("red")), TCIMValue("blue"), TCIMContext());
     property.reset();
@@ -175,7 +175,7 @@ TEST_F(QualifierTest, ADeclarationStaysInItsNamespace) {
     EXPECT_NO_THROW(Allocate(colour, TCIMValue("blue"))->Validate(TCIMContext()));
     colour->AddToNamespace(TCIMContext());
     colour->RemoveQualifierDecl(TCIMContext());
-    EXPECT_EQ(fNamespace->GetQualifierDecl("colour", TCIMContext()), colour);
+    EXPECT_EQ(namespace_->GetQualifierDecl("colour", TCIMContext()), colour);
 }
 
 TEST_F(QualifierTest, ADeclarationDoesNotKeepItsNamespaceAlive) {

@@ -31,7 +31,7 @@ class RandomTextsTest : public PropertyTest {
         return {{}, type, TCimHTTPPropertyDecl::DisplayQualifiersOf(Declare(NullOf(type), qualifiers))};
     }
 
-    int Random(int low, int high) { return std::uniform_int_distribution<int>(low, high)(fRandom); }
+    int Random(int low, int high) { return std::uniform_int_distribution<int>(low, high)(random_); }
 
     /// A number in one of the forms that the standard has.
     std::string Written(int number) {
@@ -108,10 +108,10 @@ class RandomTextsTest : public PropertyTest {
 
     /// A number of any length.
     unsigned long long RandomNumber() {
-        return std::uniform_int_distribution<unsigned long long>()(fRandom) >> Random(0, 63);
+        return std::uniform_int_distribution<unsigned long long>()(random_) >> Random(0, 63);
     }
 
-    std::mt19937 fRandom{20261122};
+    std::mt19937 random_{20261122};
 };
 
 /// The shortest exact text of a number of bytes, or the one with one decimal place: every prefix and number of decimal

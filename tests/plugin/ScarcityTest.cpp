@@ -24,7 +24,7 @@ struct TOutcome {
 class ScarcityTest : public PluginTest, public testing::WithParamInterface<const char*> {
   protected:
     ScarcityTest() {
-        fLog->ExpectWarnings();
+        log_->ExpectWarnings();
         ServeQualifier("Description");
         ServeQualifier("Key", "boolean", "", "PROPERTY=\"true\"");
         ServeQualifier("ValueMap", "string", "ISARRAY=\"true\"", "PROPERTY=\"true\"");
@@ -44,15 +44,15 @@ class ScarcityTest : public PluginTest, public testing::WithParamInterface<const
                                          PropertyXml("State", "uint16", ValueXml("1")) +
                                          PropertyXml("Since", "datetime", ValueXml("20240229120000.000000+060")));
         }
-        fServer.Answer("EnumerateInstances", "TEST_Disk", instances);
-        fContext = PluginContext();
-        fContext[kReadingKey] = TCIMValue(GetParam());
+        server_.Answer("EnumerateInstances", "TEST_Disk", instances);
+        context_ = PluginContext();
+        context_[kReadingKey] = TCIMValue(GetParam());
     }
 
     boost::shared_ptr<TCimHTTPNamespace> Connected() const {
         auto nameSpace = boost::dynamic_pointer_cast<TCimHTTPNamespace>(
-            TCimHTTPNamespaceProvider::GetInstance()->AllocateNamespace(fContext, false));
-        nameSpace->connect(fServer.Address(), "", "", kHttpPort);
+            TCimHTTPNamespaceProvider::GetInstance()->AllocateNamespace(context_, false));
+        nameSpace->connect(server_.Address(), "", "", kHttpPort);
         return nameSpace;
     }
 
@@ -75,7 +75,7 @@ class ScarcityTest : public PluginTest, public testing::WithParamInterface<const
             }
             const testing::ScopedTrace trace(__FILE__, __LINE__, "allocation " + std::to_string(n));
             check(prepared, outcome);
-            fLog->Forget();
+            log_->Forget();
             if (!outcome.struck || HasFailure()) {
                 EXPECT_GT(n, 20U) << "the operation allocates next to nothing";
                 return;
@@ -84,8 +84,8 @@ class ScarcityTest : public PluginTest, public testing::WithParamInterface<const
         ADD_FAILURE() << "an operation without end";
     }
 
-    TCIMContext fContext;
-    const std::string fDisk = "TEST_Disk";
+    TCIMContext context_;
+    const std::string disk_ = "TEST_Disk";
 };
 
 INSTANTIATE_TEST_SUITE_P(InEachReading, ScarcityTest, testing::Values(kCompatibleReading, kFaithfulReading),
@@ -100,7 +100,7 @@ TEST_P(ScarcityTest, ALookupGivesAClassOrSaysWhyNotAndTheNextOneGivesIt) {
         [&] {
             return TPrepared{Connected(), {}};
         },
-        [&](TPrepared& prepared) { prepared.cls = prepared.nameSpace->GetClass(fDisk, TCIMContext()); },
+        [&](TPrepared& prepared) { prepared.cls = prepared.nameSpace->GetClass(disk_, TCIMContext()); },
         [&](TPrepared& prepared, const TOutcome& outcome) {
             if (!prepared.cls) {
                 EXPECT_TRUE(outcome.thrown || prepared.nameSpace->LastFailure());
@@ -115,13 +115,13 @@ TEST_P(ScarcityTest, ALookupGivesAClassOrSaysWhyNotAndTheNextOneGivesIt) {
 
 TEST_P(ScarcityTest, APolicyIsFollowedOrNothingIsConnected) {
     const ScopedPolicy policy(R"({"servers": [{"match": "*", "force": {"namespace": "forced", "timeout": 30000}}]})");
-    fLog->ExpectInfos();
+    log_->ExpectInfos();
     RunShortOfMemory(
         [&] {
             return boost::dynamic_pointer_cast<TCimHTTPNamespace>(
-                TCimHTTPNamespaceProvider::GetInstance()->AllocateNamespace(fContext, false));
+                TCimHTTPNamespaceProvider::GetInstance()->AllocateNamespace(context_, false));
         },
-        [&](const auto& nameSpace) { nameSpace->connect(fServer.Address(), "", "", kHttpPort); },
+        [&](const auto& nameSpace) { nameSpace->connect(server_.Address(), "", "", kHttpPort); },
         [&](const auto& nameSpace, const TOutcome& outcome) {
             EXPECT_EQ(nameSpace->isConnected(), !outcome.thrown);
             EXPECT_EQ(nameSpace->getPegNSP()->getString(),
@@ -140,7 +140,7 @@ TEST_P(ScarcityTest, AnEnumerationGivesAllInstancesOrSaysThatItDoesNot) {
         [&] {
             TPrepared prepared;
             prepared.nameSpace = Connected();
-            prepared.cls = prepared.nameSpace->GetClass(fDisk, TCIMContext());
+            prepared.cls = prepared.nameSpace->GetClass(disk_, TCIMContext());
             return prepared;
         },
         [](TPrepared& prepared) {
@@ -166,7 +166,7 @@ TEST_P(ScarcityTest, ADisplayTextIsWholeOrNotThere) {
         [&] {
             TPrepared prepared;
             prepared.nameSpace = Connected();
-            FetchClass(*prepared.nameSpace, fDisk)
+            FetchClass(*prepared.nameSpace, disk_)
                 ->EnumerateInstances(
                     [&](const auto& instance) {
                         prepared.instances.push_back(instance);

@@ -10,17 +10,17 @@
 class ScopedPolicy {
   public:
     explicit ScopedPolicy(std::string_view content) { Write(content); }
-    ~ScopedPolicy() { Name(fBefore); }
+    ~ScopedPolicy() { Name(before_); }
     ScopedPolicy(const ScopedPolicy&) = delete;
     ScopedPolicy& operator=(const ScopedPolicy&) = delete;
 
     /// Puts another content in the place of the file's.
-    void Write(std::string_view content) { Name(fDirectory.WriteFile("policy.json", content)); }
+    void Write(std::string_view content) { Name(directory_.WriteFile("policy.json", content)); }
 
     /// Lets the variable name something else.
     static void Name(const std::string& path) { ::setenv("CIMHTTP_POLICY", path.c_str(), 1); }
 
-    std::string Path() const { return (fDirectory.Path() / "policy.json").string(); }
+    std::string Path() const { return (directory_.Path() / "policy.json").string(); }
 
   private:
     static std::string Named() {
@@ -28,6 +28,6 @@ class ScopedPolicy {
         return path == nullptr ? "" : path;
     }
 
-    const support::TemporaryDirectory fDirectory;
-    const std::string fBefore = Named(); // empty is as good as not set
+    const support::TemporaryDirectory directory_;
+    const std::string before_ = Named(); // empty is as good as not set
 };

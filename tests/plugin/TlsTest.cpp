@@ -37,19 +37,19 @@ boost::shared_ptr<TCimHTTPNamespace> TlsTest::Allocated(TCIMContext options) {
 
 unsigned TlsTest::StatusOn(int port, TCIMContext options) {
     const auto nameSpace = Allocated(std::move(options));
-    const unsigned status = StatusOf([&] { nameSpace->connect(fServer.Address(), "", "", port); });
+    const unsigned status = StatusOf([&] { nameSpace->connect(server_.Address(), "", "", port); });
     EXPECT_EQ(nameSpace->isConnected(), status == 0);
-    fFailure = nameSpace->LastFailure();
+    failure_ = nameSpace->LastFailure();
     return status;
 }
 
 RemoteFailure::Kind TlsTest::FailureKind() const {
-    EXPECT_TRUE(fFailure) << "there was none";
-    return fFailure ? fFailure->kind : RemoteFailure::Kind::kOther;
+    EXPECT_TRUE(failure_) << "there was none";
+    return failure_ ? failure_->kind : RemoteFailure::Kind::kOther;
 }
 
 bool TlsTest::IsRead(int port, TCIMContext options) {
     const auto nameSpace = Allocated(std::move(options));
-    nameSpace->connect(fServer.Address(), "", "", port);
+    nameSpace->connect(server_.Address(), "", "", port);
     return nameSpace->GetClass("TEST_Disk", TCIMContext()) != nullptr;
 }

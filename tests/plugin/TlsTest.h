@@ -22,16 +22,16 @@ class TlsTest : public PluginTest {
 
     /// The status of connect() to the server, and the failure that comes with it.
     unsigned StatusOn(int port, NQORVYX20::TCIMContext options = {});
-    const std::optional<NQORVYX20::RemoteFailure>& Failure() const { return fFailure; }
+    const std::optional<NQORVYX20::RemoteFailure>& Failure() const { return failure_; }
     NQORVYX20::RemoteFailure::Kind FailureKind() const;
 
     /// Whether a class can be fetched on that port.
     bool IsRead(int port, NQORVYX20::TCIMContext options = {});
 
     /// A certificate for the server's address.
-    const support::TestCertificate& Certificate() const { return fCertificate; }
+    const support::TestCertificate& Certificate() const { return certificate_; }
 
   private:
-    const support::TestCertificate fCertificate{support::TestCertificate::For(fServer.Address())};
-    std::optional<NQORVYX20::RemoteFailure> fFailure;
+    const support::TestCertificate certificate_{support::TestCertificate::For(server_.Address())};
+    std::optional<NQORVYX20::RemoteFailure> failure_;
 };

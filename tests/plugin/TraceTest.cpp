@@ -21,11 +21,11 @@ namespace {
 
 class TraceTest : public TlsTest {
   protected:
-    TraceTest() { fLog->ExpectWarnings(); }
+    TraceTest() { log_->ExpectWarnings(); }
 
     std::string Trace() const {
         std::ostringstream text;
-        text << std::ifstream(fPath).rdbuf();
+        text << std::ifstream(path_).rdbuf();
         return text.str();
     }
 
@@ -52,10 +52,10 @@ class TraceTest : public TlsTest {
         return text;
     }
 
-    TCIMContext Options() const { return {{kTraceKey, TCIMValue(fPath)}}; }
+    TCIMContext Options() const { return {{kTraceKey, TCIMValue(path_)}}; }
 
-    support::TemporaryDirectory fFolder;
-    std::string fPath = fFolder.Path() / "trace";
+    support::TemporaryDirectory folder_;
+    std::string path_ = folder_.Path() / "trace";
 };
 
 TEST_F(TraceTest, TheFileReadsLikeTheConversation) {
@@ -63,7 +63,7 @@ TEST_F(TraceTest, TheFileReadsLikeTheConversation) {
     auto options = Options();
     options[kReadingKey] = TCIMValue(kFaithfulReading);
     ASSERT_TRUE(IsRead(kHttpPort, options));
-    EXPECT_THAT(WithoutTimes(Titles()), StartsWith("connecting to " + fServer.Address() +
+    EXPECT_THAT(WithoutTimes(Titles()), StartsWith("connecting to " + server_.Address() +
                                                    "\nrequest\nend of the request\nanswer\nend of the answer\n"));
     EXPECT_THAT(Trace(), HasSubstr("POST /cimom HTTP/1.1\r\nHost: "));
     EXPECT_THAT(Trace(), HasSubstr("HTTP/1.1 200 "));
@@ -73,7 +73,7 @@ TEST_F(TraceTest, TheFileReadsLikeTheConversation) {
 TEST_F(TraceTest, TheFileIsForItsOwnerAloneAndWrittenOnAtItsEnd) {
     ASSERT_TRUE(IsRead(kHttpPort, Options()));
     struct stat status {};
-    ASSERT_EQ(::stat(fPath.c_str(), &status), 0);
+    ASSERT_EQ(::stat(path_.c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777U, 0600U);
     const std::string before = Trace();
     ASSERT_TRUE(IsRead(kHttpPort, Options()));
@@ -82,22 +82,22 @@ TEST_F(TraceTest, TheFileIsForItsOwnerAloneAndWrittenOnAtItsEnd) {
 }
 
 TEST_F(TraceTest, TheFileHasNoCredentials) {
-    fServer.RequireUser("reader", "secret");
+    server_.RequireUser("reader", "secret");
     const auto nameSpace = Allocated(Options());
-    nameSpace->connect(fServer.Address(), "reader", "secret", kHttpPort);
+    nameSpace->connect(server_.Address(), "reader", "secret", kHttpPort);
     nameSpace->GetClass("TEST_Disk", TCIMContext());
     EXPECT_THAT(Trace(), AllOf(HasSubstr("HTTP/1.1 401 "), HasSubstr("Authorization: (left out)\r\n")));
     EXPECT_THAT(Trace(), Not(HasSubstr("Basic c")));
 }
 
 TEST_F(TraceTest, TheFileTellsWhyThereIsNoConnection) {
-    EXPECT_EQ(StatusOn(kOtherPort, {{kTraceKey, TCIMValue(fPath)}, {kTlsKey, TCIMValue(false)}}), 42U);
-    EXPECT_THAT(Titles(), StartsWith("connecting to " + fServer.Address() + "\nfailed after "));
+    EXPECT_EQ(StatusOn(kOtherPort, {{kTraceKey, TCIMValue(path_)}, {kTlsKey, TCIMValue(false)}}), 42U);
+    EXPECT_THAT(Titles(), StartsWith("connecting to " + server_.Address() + "\nfailed after "));
     EXPECT_THAT(Trace(), HasSubstr(Failure()->text));
 }
 
 TEST_F(TraceTest, TheFileTellsHowMuchCameOfAnAnswerThatFailed) {
-    fServer.AnswerNextWith("HTTP/1.1 200 OK\r\nCIMOperation: MethodResponse\r\nContent-Length: 20\r\n\r\n<CIM>");
+    server_.AnswerNextWith("HTTP/1.1 200 OK\r\nCIMOperation: MethodResponse\r\nContent-Length: 20\r\n\r\n<CIM>");
     EXPECT_FALSE(IsRead(kHttpPort, Options()));
     EXPECT_THAT(WithoutTimes(Titles()), HasSubstr("\nanswer\nend of what came of the answer\nfailed\n"));
     EXPECT_THAT(Trace(), HasSubstr("\r\n\r\n<CIM>\n=== "));
@@ -105,7 +105,7 @@ TEST_F(TraceTest, TheFileTellsHowMuchCameOfAnAnswerThatFailed) {
 }
 
 TEST_F(TraceTest, AFileThatCannotBeWrittenEndsTheOperation) {
-    for (const std::string& path : {fFolder.Path().string(), std::string("/dev/full")}) {
+    for (const std::string& path : {folder_.Path().string(), std::string("/dev/full")}) {
         EXPECT_EQ(StatusOn(kHttpPort, {{kTraceKey, TCIMValue(path)}}), 42U);
         EXPECT_EQ(FailureKind(), Kind::kOther);
         EXPECT_THAT(Failure()->text, StartsWith("the trace file " + path + " cannot be written: "));

@@ -11,16 +11,16 @@ class TRecordingLogger : public NQORVYX20::ILogger {
   public:
     void Log(EVYXLogSeverity severity, std::string message) override {
         constexpr const char* kNames[] = {"error", "warning", "info", "debug"};
-        const std::lock_guard<std::mutex> lock(fMutex);
-        fLines.push_back(kNames[severity] + (' ' + message));
+        const std::lock_guard<std::mutex> lock(mutex_);
+        lines_.push_back(kNames[severity] + (' ' + message));
     }
 
     std::vector<std::string> Lines() const {
-        const std::lock_guard<std::mutex> lock(fMutex);
-        return fLines;
+        const std::lock_guard<std::mutex> lock(mutex_);
+        return lines_;
     }
 
   private:
-    mutable std::mutex fMutex;
-    std::vector<std::string> fLines;
+    mutable std::mutex mutex_;
+    std::vector<std::string> lines_;
 };

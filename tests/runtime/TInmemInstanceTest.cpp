@@ -41,26 +41,26 @@ std::string TextOf(const ICIMInstance& instance, const std::string& property) {
 class TInmemInstanceTest : public testing::Test {
   protected:
     TInmemInstanceTest() {
-        TRootObject::SetCoreLogger(fLog);
-        fDisk->Declare("DeviceID", TCIMValue(TType::eCIMString, 0), true);
-        fDisk->Declare("Bus", static_cast<unsigned short>(0), true);
-        fDisk->Declare("Size", 512ULL);
-        fDisk->Declare("Labels", TCIMValue(TType::eCIMStringArray, 0));
-        fDisk->Declare("Parent", EmptyReferenceTo("Test_Disk"));
-        fPoint->Declare("X", 0);
-        fPoint->Declare("Y", TCIMValue(TType::eCIMSint32, 0));
+        TRootObject::SetCoreLogger(log_);
+        disk_->Declare("DeviceID", TCIMValue(TType::eCIMString, 0), true);
+        disk_->Declare("Bus", static_cast<unsigned short>(0), true);
+        disk_->Declare("Size", 512ULL);
+        disk_->Declare("Labels", TCIMValue(TType::eCIMStringArray, 0));
+        disk_->Declare("Parent", EmptyReferenceTo("Test_Disk"));
+        point_->Declare("X", 0);
+        point_->Declare("Y", TCIMValue(TType::eCIMSint32, 0));
     }
 
     ~TInmemInstanceTest() override { TRootObject::SetCoreLogger({}); }
 
-    boost::shared_ptr<TRecordingLogger> fLog = boost::make_shared<TRecordingLogger>();
-    boost::shared_ptr<TTestNamespace> fNamespace = boost::make_shared<TTestNamespace>();
-    boost::shared_ptr<TTestClass> fDisk = fNamespace->AddClass("Test_Disk");
-    boost::shared_ptr<TTestClass> fPoint = fNamespace->AddClass("Test_Point");
+    boost::shared_ptr<TRecordingLogger> log_ = boost::make_shared<TRecordingLogger>();
+    boost::shared_ptr<TTestNamespace> namespace_ = boost::make_shared<TTestNamespace>();
+    boost::shared_ptr<TTestClass> disk_ = namespace_->AddClass("Test_Disk");
+    boost::shared_ptr<TTestClass> point_ = namespace_->AddClass("Test_Point");
 };
 
 TEST_F(TInmemInstanceTest, KeepsValuesWithoutRegardToTheCaseOfNames) {
-    const auto disk = fDisk->Add({{"deviceid", "sda"}});
+    const auto disk = disk_->Add({{"deviceid", "sda"}});
     EXPECT_EQ(TextOf(*disk, "DeviceID"), "sda");
     disk->SetPropertyValue("DEVICEID", "sdb", {});
     EXPECT_EQ(TextOf(*disk, "deviceid"), "sdb");
@@ -68,7 +68,7 @@ TEST_F(TInmemInstanceTest, KeepsValuesWithoutRegardToTheCaseOfNames) {
 
 TEST_F(TInmemInstanceTest, KeepsAnyNumberOfValues) {
     constexpr int kCount = 200;
-    const auto cls = fNamespace->AddClass("Test_Many");
+    const auto cls = namespace_->AddClass("Test_Many");
     const auto name = [](int i) { return "P" + std::to_string(i); };
     for (int i = 0; i < kCount; ++i) {
         cls->Declare(name(i), -1, i < kCount / 2);
@@ -99,7 +99,7 @@ TEST_F(TInmemInstanceTest, KeepsAnyNumberOfValues) {
 }
 
 TEST_F(TInmemInstanceTest, ShowsTheDefaultOfAPropertyThatWasNotSet) {
-    const auto disk = fDisk->Add({});
+    const auto disk = disk_->Add({});
     const auto size = disk->GetProperty("Size", {});
     EXPECT_EQ(size->GetValue({}), TCIMValue(512ULL));
     EXPECT_TRUE(size->IsDefaultValue({}));
@@ -111,26 +111,26 @@ TEST_F(TInmemInstanceTest, ShowsTheDefaultOfAPropertyThatWasNotSet) {
 }
 
 TEST_F(TInmemInstanceTest, FollowsAChangedDefault) {
-    const auto disk = fDisk->Add({});
-    fDisk->GetPropertyDecl("Size", {})->SetDefaultValue(4096ULL, {});
+    const auto disk = disk_->Add({});
+    disk_->GetPropertyDecl("Size", {})->SetDefaultValue(4096ULL, {});
     EXPECT_EQ(TextOf(*disk, "Size"), "4096");
 }
 
 TEST_F(TInmemInstanceTest, RefusesAPropertyThatItsClassDoesNotDeclare) {
-    const auto disk = fDisk->Add({});
+    const auto disk = disk_->Add({});
     EXPECT_STATUS(15, disk->GetProperty("Speed", {}));
     EXPECT_STATUS(15, disk->SetPropertyValue("Speed", 1, {}));
-    EXPECT_THAT(fLog->Lines(), ElementsAre("error TInmemInstance: class Test_Disk declares no property Speed",
+    EXPECT_THAT(log_->Lines(), ElementsAre("error TInmemInstance: class Test_Disk declares no property Speed",
                                            "error TInmemInstance: class Test_Disk declares no property Speed"));
 }
 
 TEST_F(TInmemInstanceTest, RefusesAValueOfAnotherTypeAndKeepsTheOldOne) {
-    const auto disk = fDisk->Add({{"Size", 7ULL}});
+    const auto disk = disk_->Add({{"Size", 7ULL}});
     EXPECT_STATUS(14, disk->SetPropertyValue("Size", 8U, {}));
     EXPECT_STATUS(14, disk->SetPropertyValue("Labels", "text", {}));
     EXPECT_EQ(TextOf(*disk, "Size"), "7");
     EXPECT_THAT(
-        fLog->Lines(),
+        log_->Lines(),
         ElementsAre("error TInmemInstance: property Size of class Test_Disk is of type uint64, but the value is "
                     "of type uint32",
                     "error TInmemInstance: property Labels of class Test_Disk is of type string[], but the "
@@ -138,7 +138,7 @@ TEST_F(TInmemInstanceTest, RefusesAValueOfAnotherTypeAndKeepsTheOldOne) {
 }
 
 TEST_F(TInmemInstanceTest, AcceptsANullOfAnyTypeAsItsOwnValue) {
-    const auto disk = fDisk->Add({{"Size", TCIMValue(TType::eCIMString, 0)}});
+    const auto disk = disk_->Add({{"Size", TCIMValue(TType::eCIMString, 0)}});
     const auto size = disk->GetProperty("Size", {});
     EXPECT_TRUE(size->GetValue({}).IsNull());
     EXPECT_EQ(size->GetValue({}).GetType(), TType::eCIMUint64);
@@ -146,12 +146,12 @@ TEST_F(TInmemInstanceTest, AcceptsANullOfAnyTypeAsItsOwnValue) {
 }
 
 TEST_F(TInmemInstanceTest, KnowsOneLayoutOnly) {
-    EXPECT_STATUS(14, boost::make_shared<TTestInstance>(fDisk, 2));
-    EXPECT_THAT(fLog->Lines(), ElementsAre("error TInmemInstance: there is no layout 2"));
+    EXPECT_STATUS(14, boost::make_shared<TTestInstance>(disk_, 2));
+    EXPECT_THAT(log_->Lines(), ElementsAre("error TInmemInstance: there is no layout 2"));
 }
 
 TEST_F(TInmemInstanceTest, EnumeratesPropertiesInTheOrderOfTheirDeclarationsUntilTheCallbackStops) {
-    const auto disk = fDisk->Add({{"Size", 1ULL}, {"DeviceID", "sda"}});
+    const auto disk = disk_->Add({{"Size", 1ULL}, {"DeviceID", "sda"}});
     std::vector<std::string> names;
     const auto collect = [&](std::size_t limit) {
         names.clear();
@@ -168,15 +168,15 @@ TEST_F(TInmemInstanceTest, EnumeratesPropertiesInTheOrderOfTheirDeclarationsUnti
 }
 
 TEST_F(TInmemInstanceTest, IsReferredToByClassAndKeys) {
-    const auto disk = fDisk->Add({{"DeviceID", "sda"}, {"Size", 1ULL}});
+    const auto disk = disk_->Add({{"DeviceID", "sda"}, {"Size", 1ULL}});
     EXPECT_EQ(disk->GetReference({}).GetPath(), "Test_Disk.Bus=0,DeviceID=\"sda\"");
-    EXPECT_EQ(disk->GetReference({}).GetNamespace(), fNamespace);
+    EXPECT_EQ(disk->GetReference({}).GetNamespace(), namespace_);
     EXPECT_EQ(disk->BuildPath({}), disk->GetReference({}));
 }
 
 TEST_F(TInmemInstanceTest, IsReferredToByANumberOfItsOwnWhenTheClassHasNoKeys) {
-    const auto point = fPoint->Add({{"Y", 2}});
-    const auto next = fPoint->Add({{"Y", 2}});
+    const auto point = point_->Add({{"Y", 2}});
+    const auto next = point_->Add({{"Y", 2}});
     const auto numberOf = [](const ICIMInstance& instance) {
         return static_cast<unsigned long long>(instance.GetReference({}).GetKeyValue("#"));
     };
@@ -197,7 +197,7 @@ TEST_F(TInmemInstanceTest, HasANumberOfItsOwnWhicheverThreadMadeIt) {
     std::array<std::vector<std::string>, 2> paths;
     const auto make = [this](std::vector<std::string>& made) {
         for (std::size_t i = 0; i < kCount; ++i) {
-            made.push_back(TTestInstance(fPoint, 1).GetReference({}).GetPath());
+            made.push_back(TTestInstance(point_, 1).GetReference({}).GetPath());
         }
     };
     std::thread other(make, std::ref(paths[1]));
@@ -209,44 +209,44 @@ TEST_F(TInmemInstanceTest, HasANumberOfItsOwnWhicheverThreadMadeIt) {
 }
 
 TEST_F(TInmemInstanceTest, LeavesItsClassWhenDeleted) {
-    const auto first = fPoint->Add({{"X", 1}});
-    const auto second = fPoint->Add({{"X", 2}});
+    const auto first = point_->Add({{"X", 1}});
+    const auto second = point_->Add({{"X", 2}});
     first->Delete({});
-    EXPECT_THAT(fPoint->Instances(), ElementsAre(boost::shared_ptr<ICIMInstance>(second)));
+    EXPECT_THAT(point_->Instances(), ElementsAre(boost::shared_ptr<ICIMInstance>(second)));
     EXPECT_EQ(TextOf(*first, "X"), "1");
 }
 
 TEST_F(TInmemInstanceTest, InvokesTheMethodOfItsClass) {
     TCIMContext parameters;
-    EXPECT_EQ(fPoint->Add({})->InvokeMethod("Move", parameters, {}), TCIMValue(7));
+    EXPECT_EQ(point_->Add({})->InvokeMethod("Move", parameters, {}), TCIMValue(7));
     EXPECT_EQ(parameters["invoked"], TCIMValue("Move"));
 }
 
 TEST_F(TInmemInstanceTest, TakesOverTheValuesOfAnother) {
-    const auto from = fDisk->Add({{"DeviceID", "sda"}, {"Size", 1ULL}});
-    const auto modified = fDisk->Add({{"Size", 2ULL}, {"Bus", static_cast<unsigned short>(3)}});
+    const auto from = disk_->Add({{"DeviceID", "sda"}, {"Size", 1ULL}});
+    const auto modified = disk_->Add({{"Size", 2ULL}, {"Bus", static_cast<unsigned short>(3)}});
     modified->ModifyInstance(from, {});
     EXPECT_EQ(TextOf(*modified, "Size"), "1");
     EXPECT_TRUE(modified->GetProperty("Bus", {})->IsDefaultValue({}));
     EXPECT_TRUE(*modified == *from);
 
-    const auto assigned = fDisk->Add({});
+    const auto assigned = disk_->Add({});
     *assigned = *from;
     EXPECT_TRUE(*assigned == *from);
     const auto& itself = *assigned;
     *assigned = itself;
     EXPECT_TRUE(*assigned == *from);
 
-    const auto throughTheInterface = fDisk->Add({});
+    const auto throughTheInterface = disk_->Add({});
     static_cast<ICIMInstance&>(*throughTheInterface) = *from;
     EXPECT_TRUE(*throughTheInterface == *from);
 }
 
 TEST_F(TInmemInstanceTest, StaysAsItWasWhenTheValuesOfAnotherDoNotFit) {
-    const auto wide = fNamespace->AddClass("Test_Wide");
+    const auto wide = namespace_->AddClass("Test_Wide");
     wide->Declare("Bus", static_cast<unsigned short>(0));
     wide->Declare("Size", "a text here");
-    const auto disk = fDisk->Add({{"DeviceID", "sda"}, {"Size", 1ULL}});
+    const auto disk = disk_->Add({{"DeviceID", "sda"}, {"Size", 1ULL}});
     const std::string before = disk->GetReference({}).GetPath();
 
     const auto badType = wide->Add({{"Bus", static_cast<unsigned short>(9)}, {"Size", "large"}});
@@ -260,18 +260,18 @@ TEST_F(TInmemInstanceTest, StaysAsItWasWhenTheValuesOfAnotherDoNotFit) {
 }
 
 TEST_F(TInmemInstanceTest, TakesOverFromAnotherClassWhatBothDeclare) {
-    const auto narrow = fNamespace->AddClass("Test_Narrow");
+    const auto narrow = namespace_->AddClass("Test_Narrow");
     narrow->Declare("SIZE", 0ULL);
-    const auto disk = fDisk->Add({});
+    const auto disk = disk_->Add({});
     disk->ModifyInstance(narrow->Add({{"Size", 5ULL}}), {});
     EXPECT_EQ(TextOf(*disk, "Size"), "5");
 }
 
 TEST_F(TInmemInstanceTest, IsComparedByClassThenByValues) {
-    const auto sda = fDisk->Add({{"DeviceID", "sda"}});
-    const auto sdaAgain = fDisk->Add({{"DeviceID", "sda"}, {"Size", 512ULL}});
-    const auto sdb = fDisk->Add({{"DeviceID", "sdb"}});
-    const auto point = fPoint->Add({});
+    const auto sda = disk_->Add({{"DeviceID", "sda"}});
+    const auto sdaAgain = disk_->Add({{"DeviceID", "sda"}, {"Size", 512ULL}});
+    const auto sdb = disk_->Add({{"DeviceID", "sdb"}});
+    const auto point = point_->Add({});
     EXPECT_TRUE(*sda == *sdaAgain);
     EXPECT_FALSE(*sda < *sdaAgain);
     EXPECT_FALSE(*sda == *sdb);
@@ -289,7 +289,7 @@ TEST_F(TInmemInstanceTest, IsComparedByTheNameOfItsClassAndNotByTheClassItself) 
         cls->Declare("X", 0);
         cls->Declare("Y", TCIMValue(TType::eCIMSint32, 0));
     }
-    const auto point = fPoint->Add({{"X", 1}});
+    const auto point = point_->Add({{"X", 1}});
     EXPECT_TRUE(*point == *namesake->Add({{"X", 1}}));
     EXPECT_TRUE(*point < *namesake->Add({{"X", 2}}));
     EXPECT_FALSE(*point == *other->Add({{"X", 1}}));
@@ -297,23 +297,23 @@ TEST_F(TInmemInstanceTest, IsComparedByTheNameOfItsClassAndNotByTheClassItself) 
 }
 
 TEST_F(TInmemInstanceTest, ValidatesItsValuesAgainstTheClassAsItIsNow) {
-    const auto disk = fDisk->Add({{"Size", 1ULL}});
+    const auto disk = disk_->Add({{"Size", 1ULL}});
     disk->Validate({});
-    fDisk->GetPropertyDecl("Size", {})->SetDefaultValue("now a text", {});
+    disk_->GetPropertyDecl("Size", {})->SetDefaultValue("now a text", {});
     EXPECT_STATUS(14, disk->Validate({}));
-    fDisk->Undeclare("Size");
+    disk_->Undeclare("Size");
     EXPECT_STATUS(15, disk->Validate({}));
-    fDisk->Declare("Size", 0ULL);
+    disk_->Declare("Size", 0ULL);
     EXPECT_STATUS(15, disk->Validate({}));
 }
 
 TEST_F(TInmemInstanceTest, DoesNotKeepItsClassAlive) {
-    const auto instance = fPoint->Add({{"X", 5}});
+    const auto instance = point_->Add({{"X", 5}});
     const auto view = instance->GetProperty("X", {});
     instance->Delete({});
-    const boost::weak_ptr<ICIMClass> observer = fPoint;
-    fNamespace->RemoveClass("Test_Point");
-    fPoint.reset();
+    const boost::weak_ptr<ICIMClass> observer = point_;
+    namespace_->RemoveClass("Test_Point");
+    point_.reset();
 
     EXPECT_TRUE(observer.expired());
     EXPECT_THROW(instance->GetClass({}), boost::bad_weak_ptr);
@@ -326,11 +326,11 @@ TEST_F(TInmemInstanceTest, DoesNotKeepItsClassAlive) {
 using TInmemPropertyTest = TInmemInstanceTest;
 
 TEST_F(TInmemPropertyTest, ReadsAndWritesTheInstance) {
-    const auto disk = fDisk->Add({{"Size", 1ULL}});
+    const auto disk = disk_->Add({{"Size", 1ULL}});
     const auto size = disk->GetProperty("size", {});
     EXPECT_EQ(size->GetType({}), TType::eCIMUint64);
     EXPECT_FALSE(size->IsArray({}));
-    EXPECT_EQ(size->GetDeclaration({}), fDisk->GetPropertyDecl("Size", {}));
+    EXPECT_EQ(size->GetDeclaration({}), disk_->GetPropertyDecl("Size", {}));
 
     disk->SetPropertyValue("Size", 2ULL, {});
     EXPECT_EQ(size->GetValue({}), TCIMValue(2ULL));
@@ -341,17 +341,17 @@ TEST_F(TInmemPropertyTest, ReadsAndWritesTheInstance) {
 }
 
 TEST_F(TInmemPropertyTest, KeepsAReadValueGoodWhileOtherPropertiesChange) {
-    const auto disk = fDisk->Add({{"DeviceID", "sda, a text too long to be kept in place"}});
+    const auto disk = disk_->Add({{"DeviceID", "sda, a text too long to be kept in place"}});
     const auto id = disk->GetProperty("DeviceID", {});
     const TCIMValue& value = id->GetValue({});
     disk->SetPropertyValue("Size", 1ULL, {});
     disk->SetPropertyValue("Labels", TCIMValue(TType::eCIMString, 0, {"a"}), {});
-    disk->ModifyInstance(fDisk->Add({}), {});
+    disk->ModifyInstance(disk_->Add({}), {});
     EXPECT_EQ(value, TCIMValue("sda, a text too long to be kept in place"));
 }
 
 TEST_F(TInmemPropertyTest, KeepsAReadValueGoodWhileItsPropertyChanges) {
-    const auto disk = fDisk->Add({{"DeviceID", "sda, a text too long to be kept in place"}});
+    const auto disk = disk_->Add({{"DeviceID", "sda, a text too long to be kept in place"}});
     const auto id = disk->GetProperty("DeviceID", {});
     const TCIMValue& value = id->GetValue({});
     disk->SetPropertyValue("DeviceID", "sdb", {});
@@ -362,7 +362,7 @@ TEST_F(TInmemPropertyTest, KeepsAReadValueGoodWhileItsPropertyChanges) {
 }
 
 TEST_F(TInmemPropertyTest, StaysWhatItIsWhenKeptDuringAnEnumeration) {
-    const auto disk = fDisk->Add({{"DeviceID", "sda"}, {"Bus", static_cast<unsigned short>(3)}});
+    const auto disk = disk_->Add({{"DeviceID", "sda"}, {"Bus", static_cast<unsigned short>(3)}});
     std::vector<boost::shared_ptr<ICIMProperty>> kept;
     disk->EnumerateProperties(
         [&](const boost::shared_ptr<ICIMProperty>& property) {
@@ -384,7 +384,7 @@ TEST_F(TInmemPropertyTest, StaysWhatItIsWhenKeptDuringAnEnumeration) {
 }
 
 TEST_F(TInmemPropertyTest, MayBeChangedDuringAnEnumeration) {
-    const auto point = fPoint->Add({{"X", 1}, {"Y", 2}});
+    const auto point = point_->Add({{"X", 1}, {"Y", 2}});
     point->EnumerateProperties(
         [&](const boost::shared_ptr<ICIMProperty>& property) {
             const TCIMValue& value = property->GetValue({});
@@ -398,7 +398,7 @@ TEST_F(TInmemPropertyTest, MayBeChangedDuringAnEnumeration) {
 }
 
 TEST_F(TInmemPropertyTest, KeepsItsInstanceAlive) {
-    auto disk = fDisk->Add({{"Size", 1ULL}});
+    auto disk = disk_->Add({{"Size", 1ULL}});
     const auto size = disk->GetProperty("Size", {});
     disk->Delete({});
     disk.reset();
@@ -406,7 +406,7 @@ TEST_F(TInmemPropertyTest, KeepsItsInstanceAlive) {
 }
 
 TEST_F(TInmemPropertyTest, HasAPreviousValueOfItsOwn) {
-    const auto disk = fDisk->Add({{"Size", 2ULL}});
+    const auto disk = disk_->Add({{"Size", 2ULL}});
     const auto size = disk->GetProperty("Size", {});
     EXPECT_FALSE(size->IsPrevValueDifferent());
     EXPECT_EQ(size->GetPrevValue(), TCIMValue(2ULL));
@@ -427,7 +427,7 @@ TEST_F(TInmemPropertyTest, HasAPreviousValueOfItsOwn) {
 }
 
 TEST_F(TInmemPropertyTest, GivesOneTextPerElement) {
-    const auto disk = fDisk->Add({{"Size", 2ULL}});
+    const auto disk = disk_->Add({{"Size", 2ULL}});
     const auto labels = disk->GetProperty("Labels", {});
     EXPECT_TRUE(labels->IsArray({}));
     EXPECT_THAT(labels->ToStringVector(), IsEmpty());
@@ -438,9 +438,9 @@ TEST_F(TInmemPropertyTest, GivesOneTextPerElement) {
 }
 
 TEST_F(TInmemPropertyTest, IsComparedByDeclarationThenByValue) {
-    const auto small = fDisk->Add({{"Size", 1ULL}})->GetProperty("Size", {});
-    const auto large = fDisk->Add({{"Size", 2ULL}})->GetProperty("Size", {});
-    const auto bus = fDisk->Add({})->GetProperty("Bus", {});
+    const auto small = disk_->Add({{"Size", 1ULL}})->GetProperty("Size", {});
+    const auto large = disk_->Add({{"Size", 2ULL}})->GetProperty("Size", {});
+    const auto bus = disk_->Add({})->GetProperty("Bus", {});
     EXPECT_TRUE(*small < *large);
     EXPECT_FALSE(*large < *small);
     EXPECT_FALSE(*small == *large);
@@ -453,20 +453,20 @@ TEST_F(TInmemPropertyTest, IsComparedByDeclarationThenByValue) {
 class TInmemAssociationTest : public TInmemInstanceTest {
   protected:
     TInmemAssociationTest() {
-        fLink->Declare("Container", EmptyReferenceTo("Test_Disk"), true);
-        fLink->Declare("Part", EmptyReferenceTo("Test_Disk"), true);
-        fDisk->AddAssociationClass(fLink);
-        fPoint->AddAssociationClass(fLink);
-        fMark->Declare("Disk", EmptyReferenceTo("Test_Disk"), true);
-        fMark->Declare("Point", EmptyReferenceTo("Test_Point"), true);
-        fDisk->AddAssociationClass(fMark);
-        fPoint->AddAssociationClass(fMark);
+        link_->Declare("Container", EmptyReferenceTo("Test_Disk"), true);
+        link_->Declare("Part", EmptyReferenceTo("Test_Disk"), true);
+        disk_->AddAssociationClass(link_);
+        point_->AddAssociationClass(link_);
+        mark_->Declare("Disk", EmptyReferenceTo("Test_Disk"), true);
+        mark_->Declare("Point", EmptyReferenceTo("Test_Point"), true);
+        disk_->AddAssociationClass(mark_);
+        point_->AddAssociationClass(mark_);
     }
 
-    boost::shared_ptr<TTestInstance> AddDisk(const std::string& name) { return fDisk->Add({{"DeviceID", name}}); }
+    boost::shared_ptr<TTestInstance> AddDisk(const std::string& name) { return disk_->Add({{"DeviceID", name}}); }
 
     boost::shared_ptr<TTestInstance> AddLink(ICIMInstance& container, ICIMInstance& part) {
-        return fLink->Add({{"Container", ReferenceTo(container)}, {"Part", ReferenceTo(part)}});
+        return link_->Add({{"Container", ReferenceTo(container)}, {"Part", ReferenceTo(part)}});
     }
 
     using TFound = std::vector<boost::shared_ptr<ICIMInstance>>;
@@ -495,8 +495,8 @@ class TInmemAssociationTest : public TInmemInstanceTest {
         return found;
     }
 
-    boost::shared_ptr<TTestClass> fLink = fNamespace->AddClass("Test_Link");
-    boost::shared_ptr<TTestClass> fMark = fNamespace->AddClass("Test_Mark");
+    boost::shared_ptr<TTestClass> link_ = namespace_->AddClass("Test_Link");
+    boost::shared_ptr<TTestClass> mark_ = namespace_->AddClass("Test_Mark");
 };
 
 TEST_F(TInmemAssociationTest, FindsTheAssociationsThatReferToIt) {
@@ -519,10 +519,10 @@ TEST_F(TInmemAssociationTest, FindsTheInstancesAtTheOtherEnds) {
     const auto whole = AddDisk("whole");
     const auto part = AddDisk("part");
     const auto upper = AddDisk("upper");
-    const auto point = fPoint->Add({{"X", 1}});
+    const auto point = point_->Add({{"X", 1}});
     AddLink(*whole, *part);
     AddLink(*upper, *whole);
-    fMark->Add({{"Disk", ReferenceTo(*whole)}, {"Point", ReferenceTo(*point)}});
+    mark_->Add({{"Disk", ReferenceTo(*whole)}, {"Point", ReferenceTo(*point)}});
 
     EXPECT_THAT(AssociatedWith(*whole, "", "", "", ""), UnorderedElementsAre(part, upper, point));
     EXPECT_THAT(AssociatedWith(*whole, "Test_Link", "", "", ""), UnorderedElementsAre(part, upper));
@@ -536,7 +536,7 @@ TEST_F(TInmemAssociationTest, FindsTheInstancesAtTheOtherEnds) {
 }
 
 TEST_F(TInmemAssociationTest, AdmitsSubclassesOfTheResultClass) {
-    const auto fast = fNamespace->AddClass("Test_FastDisk", fDisk);
+    const auto fast = namespace_->AddClass("Test_FastDisk", disk_);
     fast->Declare("DeviceID", TCIMValue(TType::eCIMString, 0), true);
     const auto whole = AddDisk("whole");
     const auto part = fast->Add({{"DeviceID", "nvme"}});
@@ -551,7 +551,7 @@ TEST_F(TInmemAssociationTest, ReportsEachInstanceOnce) {
     const auto part = AddDisk("part");
     const auto both = AddLink(*whole, *part);
     AddLink(*part, *whole);
-    fDisk->AddAssociationClass(fLink); // as a class does that inherits the association
+    disk_->AddAssociationClass(link_); // as a class does that inherits the association
     EXPECT_THAT(AssociatedWith(*whole, "", "", "", ""), ElementsAre(part));
     EXPECT_THAT(AssociationsOf(*whole, "", "Container"), ElementsAre(both));
 }
@@ -564,9 +564,9 @@ TEST_F(TInmemAssociationTest, FindsItselfAtTheOtherEndOfALoop) {
 
 TEST_F(TInmemAssociationTest, UnderstandsReferencesWithoutClassNameAndWithKeysAsText) {
     const auto whole = AddDisk("whole");
-    const auto point = fPoint->Add({{"X", 1}, {"Y", 2}});
+    const auto point = point_->Add({{"X", 1}, {"Y", 2}});
     TCIMReference bare({}, {{"BUS", "0"}, {"DEVICEID", "whole"}});
-    const auto mark = fMark->Add({{"Disk", bare}, {"Point", ReferenceTo(*point)}});
+    const auto mark = mark_->Add({{"Disk", bare}, {"Point", ReferenceTo(*point)}});
     EXPECT_THAT(AssociationsOf(*whole, "", ""), ElementsAre(mark));
     EXPECT_THAT(AssociatedWith(*whole, "", "", "", ""), ElementsAre(point));
 
@@ -582,7 +582,7 @@ TEST_F(TInmemAssociationTest, LooksUpAFarEndWithoutClassNameInTheDeclaredClass) 
     const auto whole = AddDisk("whole");
     const auto part = AddDisk("part");
     TCIMReference bare({}, {{"Bus", static_cast<unsigned short>(0)}, {"DeviceID", "part"}});
-    fLink->Add({{"Container", ReferenceTo(*whole)}, {"Part", bare}});
+    link_->Add({{"Container", ReferenceTo(*whole)}, {"Part", bare}});
     EXPECT_THAT(AssociatedWith(*whole, "", "", "", ""), ElementsAre(part));
 }
 
@@ -592,8 +592,8 @@ TEST_F(TInmemAssociationTest, PassesOverEndsThatLeadNowhere) {
     const auto gone = AddDisk("gone");
     AddLink(*whole, *gone);
     gone->Delete({});
-    fLink->Add({{"Container", ReferenceTo(*whole)}, {"Part", EmptyReferenceTo("Test_Nowhere")}});
-    fLink->Add({{"Container", ReferenceTo(*whole)}, {"Part", TCIMValue(TType::eCIMReference, 0)}});
+    link_->Add({{"Container", ReferenceTo(*whole)}, {"Part", EmptyReferenceTo("Test_Nowhere")}});
+    link_->Add({{"Container", ReferenceTo(*whole)}, {"Part", TCIMValue(TType::eCIMReference, 0)}});
     AddLink(*whole, *part);
     EXPECT_THAT(AssociatedWith(*whole, "", "", "", ""), ElementsAre(part));
 }
@@ -611,7 +611,7 @@ TEST_F(TInmemAssociationTest, MayBeChangedByTheCallback) {
         },
         "", "", {});
     EXPECT_EQ(calls, 2U);
-    EXPECT_THAT(fLink->Instances(), IsEmpty());
+    EXPECT_THAT(link_->Instances(), IsEmpty());
 }
 
 } // namespace

@@ -67,14 +67,14 @@ void RunInThreads(TWork work) {
 
 class TTestProvider : public INamespaceProvider {
   public:
-    explicit TTestProvider(std::string name) : fName(std::move(name)) {}
-    const std::string& GetName(TCIMContext) const override { return fName; }
+    explicit TTestProvider(std::string name) : name_(std::move(name)) {}
+    const std::string& GetName(TCIMContext) const override { return name_; }
     boost::shared_ptr<ICIMNamespace> AllocateNamespace(TCIMContext, bool) const override { return {}; }
     int GetType(TCIMContext) const override { return 2; }
     bool IsIndicationsSupported(TCIMContext) const override { return false; }
 
   private:
-    std::string fName;
+    std::string name_;
 };
 
 TEST(TLogger, WritesTimeSeverityAndText) {
@@ -252,17 +252,17 @@ TEST(TRootObject, ServesTheDestructorsOfStaticsOlderThanItself) {
 
 class NamespaceProviderManager : public testing::Test {
   protected:
-    NamespaceProviderManager() { TRootObject::SetCoreLogger(fLog); }
+    NamespaceProviderManager() { TRootObject::SetCoreLogger(log_); }
     ~NamespaceProviderManager() override {
         for (const std::string& name : Names()) {
-            fManager->UnregisterNamespaceProvider(name);
+            manager_->UnregisterNamespaceProvider(name);
         }
         TRootObject::SetCoreLogger({});
     }
 
     std::vector<std::string> Names(std::size_t limit = 99) const {
         std::vector<std::string> names;
-        fManager->EnumerateNamespaceProviders([&](boost::shared_ptr<INamespaceProvider> provider) {
+        manager_->EnumerateNamespaceProviders([&](boost::shared_ptr<INamespaceProvider> provider) {
             names.push_back(provider->GetName({}));
             return names.size() < limit;
         });
@@ -270,23 +270,23 @@ class NamespaceProviderManager : public testing::Test {
     }
 
     std::uint32_t Register(const boost::shared_ptr<INamespaceProvider>& provider) {
-        return fManager->RegisterNamespaceProvider(provider).GetCode();
+        return manager_->RegisterNamespaceProvider(provider).GetCode();
     }
 
-    boost::shared_ptr<TRecordingLogger> fLog = boost::make_shared<TRecordingLogger>();
-    boost::shared_ptr<INamespaceProviderManager> fManager = TRootObject::GetNamespaceProviderManager();
+    boost::shared_ptr<TRecordingLogger> log_ = boost::make_shared<TRecordingLogger>();
+    boost::shared_ptr<INamespaceProviderManager> manager_ = TRootObject::GetNamespaceProviderManager();
 };
 
 TEST_F(NamespaceProviderManager, IsTheSameForEverybody) {
-    ASSERT_TRUE(fManager);
-    EXPECT_EQ(TRootObject::GetNamespaceProviderManager(), fManager);
+    ASSERT_TRUE(manager_);
+    EXPECT_EQ(TRootObject::GetNamespaceProviderManager(), manager_);
 }
 
 TEST_F(NamespaceProviderManager, FindsAProviderByName) {
     const auto provider = boost::make_shared<TTestProvider>("one");
     EXPECT_EQ(Register(provider), 0U);
-    EXPECT_EQ(fManager->GetNamespaceProvider("one"), provider);
-    EXPECT_FALSE(fManager->GetNamespaceProvider("One"));
+    EXPECT_EQ(manager_->GetNamespaceProvider("one"), provider);
+    EXPECT_FALSE(manager_->GetNamespaceProvider("One"));
 }
 
 TEST_F(NamespaceProviderManager, AcceptsTheSameProviderAgain) {
@@ -294,21 +294,21 @@ TEST_F(NamespaceProviderManager, AcceptsTheSameProviderAgain) {
     EXPECT_EQ(Register(provider), 0U);
     EXPECT_EQ(Register(provider), 0U);
     EXPECT_THAT(Names(), ElementsAre("one"));
-    EXPECT_THAT(fLog->Lines(), IsEmpty());
+    EXPECT_THAT(log_->Lines(), IsEmpty());
 }
 
 TEST_F(NamespaceProviderManager, RefusesAnotherProviderOfATakenName) {
     const auto provider = boost::make_shared<TTestProvider>("one");
     Register(provider);
     EXPECT_EQ(Register(boost::make_shared<TTestProvider>("one")), 16U);
-    EXPECT_EQ(fManager->GetNamespaceProvider("one"), provider);
-    EXPECT_THAT(fLog->Lines(),
+    EXPECT_EQ(manager_->GetNamespaceProvider("one"), provider);
+    EXPECT_THAT(log_->Lines(),
                 ElementsAre("error The namespace provider was not registered: another one has the name one"));
 }
 
 TEST_F(NamespaceProviderManager, RefusesAnEmptyPointer) {
     EXPECT_EQ(Register({}), 14U);
-    EXPECT_THAT(fLog->Lines(), ElementsAre("error The namespace provider was not registered: it is an empty pointer"));
+    EXPECT_THAT(log_->Lines(), ElementsAre("error The namespace provider was not registered: it is an empty pointer"));
 }
 
 TEST_F(NamespaceProviderManager, EnumeratesInTheOrderOfNamesUntilTheCallbackStops) {
@@ -321,8 +321,8 @@ TEST_F(NamespaceProviderManager, EnumeratesInTheOrderOfNamesUntilTheCallbackStop
 TEST_F(NamespaceProviderManager, MayBeCalledFromTheCallback) {
     Register(boost::make_shared<TTestProvider>("one"));
     Register(boost::make_shared<TTestProvider>("two"));
-    fManager->EnumerateNamespaceProviders([&](boost::shared_ptr<INamespaceProvider> provider) {
-        fManager->UnregisterNamespaceProvider(provider->GetName({}));
+    manager_->EnumerateNamespaceProviders([&](boost::shared_ptr<INamespaceProvider> provider) {
+        manager_->UnregisterNamespaceProvider(provider->GetName({}));
         return true;
     });
     EXPECT_THAT(Names(), IsEmpty());
@@ -334,8 +334,8 @@ TEST_F(NamespaceProviderManager, ForgetsAProvider) {
     Register(provider);
     provider.reset();
     EXPECT_FALSE(observer.expired());
-    fManager->UnregisterNamespaceProvider("unknown");
-    fManager->UnregisterNamespaceProvider("one");
+    manager_->UnregisterNamespaceProvider("unknown");
+    manager_->UnregisterNamespaceProvider("one");
     EXPECT_TRUE(observer.expired());
 }
 

@@ -20,7 +20,7 @@ using testing::IsEmpty;
 class TRecordingParser : public TXmlParser {
   public:
     void StartElement(const char* name, std::map<std::string, std::string>& attributes) override {
-        if (name == fThrowAt) {
+        if (name == throwAt_) {
             throw std::runtime_error("no more");
         }
         std::string event = std::string("<") + name;
@@ -33,24 +33,24 @@ class TRecordingParser : public TXmlParser {
     void processingInstruction(const char* target, const char* data) override {
         Record(std::string("?") + target + "|" + data);
     }
-    void characters(const char* text, unsigned int length) override { fCharacters.append(text, length); }
+    void characters(const char* text, unsigned int length) override { characters_.append(text, length); }
     void notationDecl(const char* name, const char* publicId, const char* systemId) override {
         Record(std::string("!") + name + "|" + publicId + "|" + systemId);
     }
-    void FatalError(const char* message) override { fErrors.push_back(std::to_string(GetCurLine()) + ":" + message); }
+    void FatalError(const char* message) override { errors_.push_back(std::to_string(GetCurLine()) + ":" + message); }
 
     bool Parse(const std::string& text) {
         SetCharData(text);
         return ParseCharData();
     }
 
-    std::string fThrowAt = "never";
-    std::vector<std::string> fEvents;
-    std::vector<std::string> fErrors;
-    std::string fCharacters;
+    std::string throwAt_ = "never";
+    std::vector<std::string> events_;
+    std::vector<std::string> errors_;
+    std::string characters_;
 
   private:
-    void Record(const std::string& event) { fEvents.push_back(std::to_string(GetCurLine()) + ":" + event); }
+    void Record(const std::string& event) { events_.push_back(std::to_string(GetCurLine()) + ":" + event); }
 };
 
 std::string Nested(int depth) {
@@ -66,63 +66,63 @@ std::string Nested(int depth) {
 
 class TXmlParserTest : public testing::Test {
   protected:
-    std::string WriteFile(const std::string& text) const { return fDirectory.WriteFile("document.xml", text); }
+    std::string WriteFile(const std::string& text) const { return directory_.WriteFile("document.xml", text); }
 
-    support::TemporaryDirectory fDirectory;
-    TRecordingParser fParser;
+    support::TemporaryDirectory directory_;
+    TRecordingParser parser_;
 };
 
 TEST_F(TXmlParserTest, ReportsElementsWithTheirAttributesAndLines) {
-    EXPECT_TRUE(fParser.Parse("<a z='1'\n y='&lt;2'>\n<B/>\n</a>"));
-    EXPECT_THAT(fParser.fEvents, ElementsAre("1:<a y=<2 z=1>", "3:<B>", "3:</B>", "4:</a>"));
-    EXPECT_THAT(fParser.fErrors, IsEmpty());
+    EXPECT_TRUE(parser_.Parse("<a z='1'\n y='&lt;2'>\n<B/>\n</a>"));
+    EXPECT_THAT(parser_.events_, ElementsAre("1:<a y=<2 z=1>", "3:<B>", "3:</B>", "4:</a>"));
+    EXPECT_THAT(parser_.errors_, IsEmpty());
 }
 
 TEST_F(TXmlParserTest, ReportsCharactersInstructionsAndNotations) {
-    EXPECT_TRUE(fParser.Parse("<!DOCTYPE a [<!NOTATION n PUBLIC 'p' 's'><!NOTATION m SYSTEM 't'>]>"
+    EXPECT_TRUE(parser_.Parse("<!DOCTYPE a [<!NOTATION n PUBLIC 'p' 's'><!NOTATION m SYSTEM 't'>]>"
                               "<a>one<?target data?><![CDATA[<two>]]>&#x20AC;</a><?last?>"));
-    EXPECT_THAT(fParser.fEvents, ElementsAre("1:!n|p|s", "1:!m||t", "1:<a>", "1:?target|data", "1:</a>", "1:?last|"));
-    EXPECT_EQ(fParser.fCharacters, "one<two>\xE2\x82\xAC");
+    EXPECT_THAT(parser_.events_, ElementsAre("1:!n|p|s", "1:!m||t", "1:<a>", "1:?target|data", "1:</a>", "1:?last|"));
+    EXPECT_EQ(parser_.characters_, "one<two>\xE2\x82\xAC");
 }
 
 TEST_F(TXmlParserTest, KnowsTheLineOnlyOnceItHasParsed) {
-    EXPECT_EQ(fParser.GetCurLine(), 0U);
-    EXPECT_TRUE(fParser.Parse("<a>\n\n</a>"));
-    EXPECT_EQ(fParser.GetCurLine(), 3U);
+    EXPECT_EQ(parser_.GetCurLine(), 0U);
+    EXPECT_TRUE(parser_.Parse("<a>\n\n</a>"));
+    EXPECT_EQ(parser_.GetCurLine(), 3U);
 }
 
 TEST_F(TXmlParserTest, ReportsADocumentThatIsNotWellFormedOnce) {
-    EXPECT_FALSE(fParser.Parse("<a>\n<b></c>\n</a><a/><"));
-    EXPECT_THAT(fParser.fErrors, ElementsAre("2:mismatched tag"));
-    EXPECT_THAT(fParser.fEvents, ElementsAre("1:<a>", "2:<b>"));
+    EXPECT_FALSE(parser_.Parse("<a>\n<b></c>\n</a><a/><"));
+    EXPECT_THAT(parser_.errors_, ElementsAre("2:mismatched tag"));
+    EXPECT_THAT(parser_.events_, ElementsAre("1:<a>", "2:<b>"));
 }
 
 TEST_F(TXmlParserTest, ReportsAnEmptyDocument) {
-    EXPECT_FALSE(fParser.Parse(""));
-    EXPECT_FALSE(fParser.Parse(" \n"));
-    EXPECT_THAT(fParser.fErrors, ElementsAre("1:no element found", "2:no element found"));
+    EXPECT_FALSE(parser_.Parse(""));
+    EXPECT_FALSE(parser_.Parse(" \n"));
+    EXPECT_THAT(parser_.errors_, ElementsAre("1:no element found", "2:no element found"));
 }
 
 TEST_F(TXmlParserTest, ReportsACutDocument) {
-    EXPECT_FALSE(fParser.Parse("<a><b"));
-    EXPECT_THAT(fParser.fErrors, ElementsAre("1:unclosed token"));
+    EXPECT_FALSE(parser_.Parse("<a><b"));
+    EXPECT_THAT(parser_.errors_, ElementsAre("1:unclosed token"));
 }
 
 TEST_F(TXmlParserTest, ParsesOneDocumentAfterTheOther) {
-    EXPECT_FALSE(fParser.Parse("<a>"));
-    EXPECT_TRUE(fParser.Parse("<b/>"));
-    EXPECT_TRUE(fParser.ParseCharData());
-    EXPECT_THAT(fParser.fEvents, ElementsAre("1:<a>", "1:<b>", "1:</b>", "1:<b>", "1:</b>"));
-    EXPECT_EQ(fParser.fErrors.size(), 1U);
+    EXPECT_FALSE(parser_.Parse("<a>"));
+    EXPECT_TRUE(parser_.Parse("<b/>"));
+    EXPECT_TRUE(parser_.ParseCharData());
+    EXPECT_THAT(parser_.events_, ElementsAre("1:<a>", "1:<b>", "1:</b>", "1:<b>", "1:</b>"));
+    EXPECT_EQ(parser_.errors_.size(), 1U);
 }
 
 TEST_F(TXmlParserTest, LetsTheExceptionOfACallbackOut) {
-    fParser.fThrowAt = "b";
-    EXPECT_THROW(fParser.Parse("<a>\n<b/><c/></a>"), std::runtime_error);
-    EXPECT_THAT(fParser.fEvents, ElementsAre("1:<a>"));
-    EXPECT_THAT(fParser.fErrors, IsEmpty());
-    EXPECT_EQ(fParser.GetCurLine(), 2U);
-    EXPECT_TRUE(fParser.Parse("<a/>"));
+    parser_.throwAt_ = "b";
+    EXPECT_THROW(parser_.Parse("<a>\n<b/><c/></a>"), std::runtime_error);
+    EXPECT_THAT(parser_.events_, ElementsAre("1:<a>"));
+    EXPECT_THAT(parser_.errors_, IsEmpty());
+    EXPECT_EQ(parser_.GetCurLine(), 2U);
+    EXPECT_TRUE(parser_.Parse("<a/>"));
 }
 
 TEST_F(TXmlParserTest, ReadsAFileInBlocks) {
@@ -130,56 +130,56 @@ TEST_F(TXmlParserTest, ReadsAFileInBlocks) {
     while (text.size() < 200000) {
         text += "<b c='some text'/>\n";
     }
-    fParser.SetFileName(WriteFile(text + "</a>"));
-    EXPECT_TRUE(fParser.ParseJSSP());
-    EXPECT_EQ(fParser.fEvents.size(), 2 + 2 * ((text.size() - 4) / 19));
-    EXPECT_EQ(fParser.fEvents.back(), std::to_string(fParser.GetCurLine()) + ":</a>");
+    parser_.SetFileName(WriteFile(text + "</a>"));
+    EXPECT_TRUE(parser_.ParseJSSP());
+    EXPECT_EQ(parser_.events_.size(), 2 + 2 * ((text.size() - 4) / 19));
+    EXPECT_EQ(parser_.events_.back(), std::to_string(parser_.GetCurLine()) + ":</a>");
 }
 
 TEST_F(TXmlParserTest, ReadsAFileWhoseSizeIsThatOfABlock) {
     std::string text(std::size_t{64} << 10U, ' ');
     text.replace(0, 4, "<a/>");
-    fParser.SetFileName(WriteFile(text));
-    EXPECT_TRUE(fParser.ParseJSSP());
+    parser_.SetFileName(WriteFile(text));
+    EXPECT_TRUE(parser_.ParseJSSP());
 }
 
 TEST_F(TXmlParserTest, ReportsAnEmptyFile) {
-    fParser.SetFileName(WriteFile(""));
-    EXPECT_FALSE(fParser.ParseJSSP());
-    EXPECT_THAT(fParser.fErrors, ElementsAre("1:no element found"));
+    parser_.SetFileName(WriteFile(""));
+    EXPECT_FALSE(parser_.ParseJSSP());
+    EXPECT_THAT(parser_.errors_, ElementsAre("1:no element found"));
 }
 
 TEST_F(TXmlParserTest, NamesAFileThatIsMissing) {
-    fParser.SetFileName("/no/such/file.xml");
-    EXPECT_FALSE(fParser.ParseJSSP());
-    EXPECT_THAT(fParser.fErrors, ElementsAre(HasSubstr("cannot open the file /no/such/file.xml: No such file")));
+    parser_.SetFileName("/no/such/file.xml");
+    EXPECT_FALSE(parser_.ParseJSSP());
+    EXPECT_THAT(parser_.errors_, ElementsAre(HasSubstr("cannot open the file /no/such/file.xml: No such file")));
 }
 
 TEST_F(TXmlParserTest, NamesAFileThatCannotBeRead) {
-    fParser.SetFileName(fDirectory.Path());
-    EXPECT_FALSE(fParser.ParseJSSP());
-    EXPECT_THAT(fParser.fErrors,
-                ElementsAre(HasSubstr("cannot read the file " + fDirectory.Path().string() + ": Is a directory")));
+    parser_.SetFileName(directory_.Path());
+    EXPECT_FALSE(parser_.ParseJSSP());
+    EXPECT_THAT(parser_.errors_,
+                ElementsAre(HasSubstr("cannot read the file " + directory_.Path().string() + ": Is a directory")));
 }
 
 TEST_F(TXmlParserTest, StopsAtAFileWithoutEnd) {
-    fParser.SetFileName("/dev/zero");
-    EXPECT_FALSE(fParser.ParseJSSP());
-    EXPECT_EQ(fParser.fErrors.size(), 1U);
+    parser_.SetFileName("/dev/zero");
+    EXPECT_FALSE(parser_.ParseJSSP());
+    EXPECT_EQ(parser_.errors_.size(), 1U);
 }
 
 TEST_F(TXmlParserTest, LimitsTheSizeOfADocument) {
     std::string text = "<a/>";
     text.resize(std::size_t{16} << 20U, '\n');
-    EXPECT_TRUE(fParser.Parse(text));
-    EXPECT_FALSE(fParser.Parse(text + '\n'));
-    EXPECT_THAT(fParser.fErrors, ElementsAre("1:the document is larger than 16 MiB"));
+    EXPECT_TRUE(parser_.Parse(text));
+    EXPECT_FALSE(parser_.Parse(text + '\n'));
+    EXPECT_THAT(parser_.errors_, ElementsAre("1:the document is larger than 16 MiB"));
 }
 
 TEST_F(TXmlParserTest, LimitsTheDepthOfADocument) {
-    EXPECT_TRUE(fParser.Parse(Nested(256)));
-    EXPECT_FALSE(fParser.Parse(Nested(257)));
-    EXPECT_THAT(fParser.fErrors, ElementsAre("1:elements are nested deeper than 256"));
+    EXPECT_TRUE(parser_.Parse(Nested(256)));
+    EXPECT_FALSE(parser_.Parse(Nested(257)));
+    EXPECT_THAT(parser_.errors_, ElementsAre("1:elements are nested deeper than 256"));
 }
 
 TEST_F(TXmlParserTest, LimitsTheExpansionOfEntities) {
@@ -192,15 +192,15 @@ TEST_F(TXmlParserTest, LimitsTheExpansionOfEntities) {
         }
         text += "'>";
     }
-    EXPECT_FALSE(fParser.Parse(text + "]><a>&e9;</a>"));
-    EXPECT_EQ(fParser.fErrors.size(), 1U);
-    EXPECT_THAT(fParser.fErrors, Contains(HasSubstr("amplification")));
+    EXPECT_FALSE(parser_.Parse(text + "]><a>&e9;</a>"));
+    EXPECT_EQ(parser_.errors_.size(), 1U);
+    EXPECT_THAT(parser_.errors_, Contains(HasSubstr("amplification")));
 }
 
 TEST_F(TXmlParserTest, ReadsNoExternalEntity) {
     const std::string secret = WriteFile("secret");
-    EXPECT_TRUE(fParser.Parse("<!DOCTYPE a [<!ENTITY e SYSTEM 'file://" + secret + "'>]><a>&e;</a>"));
-    EXPECT_EQ(fParser.fCharacters, "");
+    EXPECT_TRUE(parser_.Parse("<!DOCTYPE a [<!ENTITY e SYSTEM 'file://" + secret + "'>]><a>&e;</a>"));
+    EXPECT_EQ(parser_.characters_, "");
 }
 
 } // namespace

@@ -55,24 +55,24 @@ class TUnqualified : public TBase {
 class TTestPropertyDecl : public TUnqualified<ICIMPropertyDecl> {
   public:
     TTestPropertyDecl(std::string name, TCIMValue defaultValue)
-        : fName(std::move(name)), fDefault(std::move(defaultValue)) {}
+        : name_(std::move(name)), default_(std::move(defaultValue)) {}
 
     void Validate(TCIMContext) const override {}
     void AddToClass(TCIMContext) override { NotSupported(); }
     void RemoveFromClass(TCIMContext) override { NotSupported(); }
-    const std::string& GetName(TCIMContext) const override { return fName; }
+    const std::string& GetName(TCIMContext) const override { return name_; }
     boost::shared_ptr<ICIMClass> GetClass(TCIMContext) const override { NotSupported(); }
-    TCIMValue::TCIMType GetType(TCIMContext) const override { return fDefault.GetType(); }
-    bool IsArray(TCIMContext) const override { return fDefault.IsArray(); }
-    const TCIMValue& GetDefaultValue(TCIMContext) const override { return fDefault; }
-    void SetDefaultValue(const TCIMValue& value, TCIMContext) override { fDefault = value; }
-    bool operator==(ICIMPropertyDecl& other) const override { return Lower(fName) == Lower(other.GetName({})); }
-    bool operator<(ICIMPropertyDecl& other) const override { return Lower(fName) < Lower(other.GetName({})); }
+    TCIMValue::TCIMType GetType(TCIMContext) const override { return default_.GetType(); }
+    bool IsArray(TCIMContext) const override { return default_.IsArray(); }
+    const TCIMValue& GetDefaultValue(TCIMContext) const override { return default_; }
+    void SetDefaultValue(const TCIMValue& value, TCIMContext) override { default_ = value; }
+    bool operator==(ICIMPropertyDecl& other) const override { return Lower(name_) == Lower(other.GetName({})); }
+    bool operator<(ICIMPropertyDecl& other) const override { return Lower(name_) < Lower(other.GetName({})); }
     ICIMPropertyDecl& operator=(const ICIMPropertyDecl&) override { NotSupported(); }
 
   private:
-    std::string fName;
-    TCIMValue fDefault;
+    std::string name_;
+    TCIMValue default_;
 };
 
 class TTestInstance : public TInmemInstance {
@@ -86,16 +86,16 @@ class TTestInstance : public TInmemInstance {
 class TTestClass : public TUnqualified<ICIMClass>, public boost::enable_shared_from_this<TTestClass> {
   public:
     TTestClass(std::string name, boost::shared_ptr<ICIMNamespace> nameSpace, boost::shared_ptr<TTestClass> superClass)
-        : fName(std::move(name)), fNamespace(nameSpace), fSuperClass(superClass) {}
+        : name_(std::move(name)), namespace_(nameSpace), superClass_(superClass) {}
 
     /// Declares a property, also a key.
     void Declare(const std::string& name, const TCIMValue& defaultValue, bool isKey = false) {
-        fDeclarations[Lower(name)] = boost::make_shared<TTestPropertyDecl>(name, defaultValue);
+        declarations_[Lower(name)] = boost::make_shared<TTestPropertyDecl>(name, defaultValue);
         if (isKey) {
-            fKeys.push_back(name);
+            keys_.push_back(name);
         }
     }
-    void Undeclare(const std::string& name) { fDeclarations.erase(Lower(name)); }
+    void Undeclare(const std::string& name) { declarations_.erase(Lower(name)); }
 
     /// A new instance, filed.
     boost::shared_ptr<TTestInstance> Add(const TCIMContext& values) {
@@ -107,23 +107,23 @@ class TTestClass : public TUnqualified<ICIMClass>, public boost::enable_shared_f
         return instance;
     }
 
-    const std::vector<boost::shared_ptr<ICIMInstance>>& Instances() const { return fInstances; }
+    const std::vector<boost::shared_ptr<ICIMInstance>>& Instances() const { return instances_; }
 
     void Validate(TCIMContext) const override {}
     void AddToNamespace(TCIMContext) override { NotSupported(); }
     void RemoveFromNamespace(TCIMContext) override { NotSupported(); }
     void ModifyClass(boost::shared_ptr<ICIMClass>, TCIMContext) override { NotSupported(); }
-    const std::string& GetName(TCIMContext) const override { return fName; }
-    boost::shared_ptr<ICIMNamespace> GetNamespace(TCIMContext) const override { return fNamespace.lock(); }
+    const std::string& GetName(TCIMContext) const override { return name_; }
+    boost::shared_ptr<ICIMNamespace> GetNamespace(TCIMContext) const override { return namespace_.lock(); }
     bool IsAssociation(TCIMContext) const override { return false; }
     bool IsAbstract(TCIMContext) const override { return false; }
     bool IsRootClass(TCIMContext) const override { return false; }
-    boost::shared_ptr<ICIMClass> GetSuperClass(TCIMContext) const override { return fSuperClass; }
+    boost::shared_ptr<ICIMClass> GetSuperClass(TCIMContext) const override { return superClass_; }
     void EnumerateSubClasses(const boost::function<bool(boost::shared_ptr<ICIMClass>)>&, bool, TCIMContext) override {
         NotSupported();
     }
     bool IsSubclassOf(boost::shared_ptr<ICIMClass const> other, TCIMContext context) const override {
-        return other->GetName(context) == fName || (fSuperClass && fSuperClass->IsSubclassOf(other, context));
+        return other->GetName(context) == name_ || (superClass_ && superClass_->IsSubclassOf(other, context));
     }
     void EnumerateAssociatedClasses(const boost::function<bool(boost::shared_ptr<ICIMClass>)>&, const std::string&,
                                     const std::string&, const std::string&, const std::string&, TCIMContext) override {
@@ -132,7 +132,7 @@ class TTestClass : public TUnqualified<ICIMClass>, public boost::enable_shared_f
     void EnumerateAssociationClasses(const boost::function<bool(boost::shared_ptr<ICIMClass>)>& callback,
                                      const std::string& resultClass, const std::string& role,
                                      TCIMContext context) override {
-        for (const auto& association : fAssociations) {
+        for (const auto& association : associations_) {
             const bool admitted = resultClass.empty() || Lower(resultClass) == Lower(association->GetName(context));
             if (admitted && (role.empty() || association->GetPropertyDecl(role, context)) && !callback(association)) {
                 return;
@@ -140,7 +140,7 @@ class TTestClass : public TUnqualified<ICIMClass>, public boost::enable_shared_f
         }
     }
     void EnumerateKeyNames(const boost::function<bool(const std::string*)>& callback, TCIMContext) const override {
-        for (const std::string& key : fKeys) {
+        for (const std::string& key : keys_) {
             if (!callback(&key)) {
                 return;
             }
@@ -151,12 +151,12 @@ class TTestClass : public TUnqualified<ICIMClass>, public boost::enable_shared_f
         NotSupported();
     }
     boost::shared_ptr<ICIMPropertyDecl> GetPropertyDecl(const std::string& name, TCIMContext) const override {
-        const auto found = fDeclarations.find(Lower(name));
-        return found == fDeclarations.end() ? boost::shared_ptr<ICIMPropertyDecl>() : found->second;
+        const auto found = declarations_.find(Lower(name));
+        return found == declarations_.end() ? boost::shared_ptr<ICIMPropertyDecl>() : found->second;
     }
     void EnumeratePropertyDecls(const boost::function<bool(boost::shared_ptr<ICIMPropertyDecl>)>& callback,
                                 TCIMContext) const override {
-        for (const auto& [name, declaration] : fDeclarations) {
+        for (const auto& [name, declaration] : declarations_) {
             if (!callback(declaration)) {
                 return;
             }
@@ -171,7 +171,7 @@ class TTestClass : public TUnqualified<ICIMClass>, public boost::enable_shared_f
     }
     void EnumerateInstances(const boost::function<bool(boost::shared_ptr<ICIMInstance>)>& callback, bool,
                             TCIMContext) override {
-        for (const auto& instance : fInstances) {
+        for (const auto& instance : instances_) {
             if (!callback(instance)) {
                 return;
             }
@@ -188,17 +188,17 @@ class TTestClass : public TUnqualified<ICIMClass>, public boost::enable_shared_f
         parameters["invoked"] = name;
         return 7;
     }
-    bool operator==(ICIMClass& other) const override { return fName == other.GetName({}); }
-    bool operator<(ICIMClass& other) const override { return fName < other.GetName({}); }
+    bool operator==(ICIMClass& other) const override { return name_ == other.GetName({}); }
+    bool operator<(ICIMClass& other) const override { return name_ < other.GetName({}); }
     ICIMClass& operator=(const ICIMClass&) override { NotSupported(); }
     void AddChildClass(boost::shared_ptr<ICIMClass>) override { NotSupported(); }
     void RemoveChildClass(boost::shared_ptr<ICIMClass>) override { NotSupported(); }
-    void AddInstance(boost::shared_ptr<ICIMInstance> instance) override { fInstances.push_back(instance); }
+    void AddInstance(boost::shared_ptr<ICIMInstance> instance) override { instances_.push_back(instance); }
     void RemoveInstance(boost::shared_ptr<ICIMInstance> instance) override {
-        fInstances.erase(std::remove(fInstances.begin(), fInstances.end(), instance), fInstances.end());
+        instances_.erase(std::remove(instances_.begin(), instances_.end(), instance), instances_.end());
     }
     void AddAssociationClass(boost::shared_ptr<ICIMClass> association) override {
-        fAssociations.push_back(association);
+        associations_.push_back(association);
     }
     void RemoveAssociationClass(boost::shared_ptr<ICIMClass>) override { NotSupported(); }
     void AddPropertyDecl(boost::shared_ptr<ICIMPropertyDecl>) override { NotSupported(); }
@@ -207,23 +207,23 @@ class TTestClass : public TUnqualified<ICIMClass>, public boost::enable_shared_f
     void RemoveMethodDecl(boost::shared_ptr<ICIMMethodDecl>) override { NotSupported(); }
 
   private:
-    std::string fName;
-    boost::weak_ptr<ICIMNamespace> fNamespace;
-    boost::shared_ptr<TTestClass> fSuperClass;
-    std::map<std::string, boost::shared_ptr<ICIMPropertyDecl>> fDeclarations;
-    std::vector<std::string> fKeys;
-    std::vector<boost::shared_ptr<ICIMInstance>> fInstances;
-    std::vector<boost::shared_ptr<ICIMClass>> fAssociations;
+    std::string name_;
+    boost::weak_ptr<ICIMNamespace> namespace_;
+    boost::shared_ptr<TTestClass> superClass_;
+    std::map<std::string, boost::shared_ptr<ICIMPropertyDecl>> declarations_;
+    std::vector<std::string> keys_;
+    std::vector<boost::shared_ptr<ICIMInstance>> instances_;
+    std::vector<boost::shared_ptr<ICIMClass>> associations_;
 };
 
 class TTestNamespace : public ICIMNamespace, public boost::enable_shared_from_this<TTestNamespace> {
   public:
     boost::shared_ptr<TTestClass> AddClass(const std::string& name, boost::shared_ptr<TTestClass> superClass = {}) {
         auto cls = boost::make_shared<TTestClass>(name, shared_from_this(), superClass);
-        fClasses[Lower(name)] = cls;
+        classes_[Lower(name)] = cls;
         return cls;
     }
-    void RemoveClass(const std::string& name) { fClasses.erase(Lower(name)); }
+    void RemoveClass(const std::string& name) { classes_.erase(Lower(name)); }
 
     boost::shared_ptr<INamespaceProvider> GetNamespaceProvider(TCIMContext) const override { return {}; }
     void SetUpcallNamespace(boost::shared_ptr<ICIMNamespace>, TCIMContext) override { NotSupported(); }
@@ -232,8 +232,8 @@ class TTestNamespace : public ICIMNamespace, public boost::enable_shared_from_th
         NotSupported();
     }
     boost::shared_ptr<ICIMClass> GetClass(const std::string& name, TCIMContext) override {
-        const auto found = fClasses.find(Lower(name));
-        return found == fClasses.end() ? boost::shared_ptr<TTestClass>() : found->second;
+        const auto found = classes_.find(Lower(name));
+        return found == classes_.end() ? boost::shared_ptr<TTestClass>() : found->second;
     }
     void EnumerateRootClasses(const boost::function<bool(boost::shared_ptr<ICIMClass>)>&, TCIMContext) override {
         NotSupported();
@@ -255,8 +255,8 @@ class TTestNamespace : public ICIMNamespace, public boost::enable_shared_from_th
     }
     /// Unlike a class lookup, throws status 15 when the class of the reference is unknown.
     boost::shared_ptr<ICIMInstance> GetInstance(const TCIMReference& reference, TCIMContext context) const override {
-        const auto found = fClasses.find(Lower(reference.GetClassName()));
-        if (found == fClasses.end()) {
+        const auto found = classes_.find(Lower(reference.GetClassName()));
+        if (found == classes_.end()) {
             throw TVYXException(15);
         }
         for (const auto& instance : found->second->Instances()) {
@@ -275,7 +275,7 @@ class TTestNamespace : public ICIMNamespace, public boost::enable_shared_from_th
     void ClearInstances() override { NotSupported(); }
 
   private:
-    std::map<std::string, boost::shared_ptr<TTestClass>> fClasses;
+    std::map<std::string, boost::shared_ptr<TTestClass>> classes_;
 };
 
 } // namespace NQORVYX20::testing_model
