@@ -19,9 +19,9 @@
 namespace {
 
 struct Run {
-    double processor_ms;
-    double duration_ms;
-    long peak_memory_kib;
+    double processorMs;
+    double durationMs;
+    long peakMemoryKib;
 };
 
 double Milliseconds(const timeval& time) {
@@ -64,10 +64,9 @@ double Median(const std::vector<Run>& runs, double Run::*figure) {
 }
 
 long Peak(const std::vector<Run>& runs) {
-    return std::max_element(
-               runs.begin(), runs.end(),
-               [](const Run& one, const Run& other) { return one.peak_memory_kib < other.peak_memory_kib; })
-        ->peak_memory_kib;
+    return std::max_element(runs.begin(), runs.end(),
+                            [](const Run& one, const Run& other) { return one.peakMemoryKib < other.peakMemoryKib; })
+        ->peakMemoryKib;
 }
 
 /// A command, whose words end with a null pointer, and its runs.
@@ -106,8 +105,8 @@ int main(int argc, char** argv) {
         }
     }
     for (const Measured& command : commands) {
-        std::printf("processor_milliseconds %.2f\n", Median(command.runs, &Run::processor_ms));
-        std::printf("milliseconds %.2f\n", Median(command.runs, &Run::duration_ms));
+        std::printf("processor_milliseconds %.2f\n", Median(command.runs, &Run::processorMs));
+        std::printf("milliseconds %.2f\n", Median(command.runs, &Run::durationMs));
         std::printf("peak_memory_kib %ld\n", Peak(command.runs));
     }
 }

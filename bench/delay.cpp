@@ -29,7 +29,7 @@ using Milliseconds = std::chrono::milliseconds;
 
 /// Both ends of a connection that is carried.
 struct Link {
-    Link(tcp::socket its_client, asio::io_context& io) : client(std::move(its_client)), server(io) {}
+    Link(tcp::socket itsClient, asio::io_context& io) : client(std::move(itsClient)), server(io) {}
 
     tcp::socket client;
     tcp::socket server;

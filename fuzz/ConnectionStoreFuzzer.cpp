@@ -53,8 +53,8 @@ auto Fields(const TlsSettings& settings) {
 
 bool IsSame(const SavedConnection& one, const SavedConnection& other) {
     return one.host == other.host && one.tls == other.tls && one.user == other.user && one.password == other.password &&
-           one.timeout == other.timeout && one.port == other.port && one.name_space == other.name_space &&
-           Fields(one.tls_settings) == Fields(other.tls_settings);
+           one.timeout == other.timeout && one.port == other.port && one.nameSpace == other.nameSpace &&
+           Fields(one.tlsSettings) == Fields(other.tlsSettings);
 }
 
 void CheckWrittenForm(const ConnectionStore& store, const ConnectionStore::Connections& connections) {

@@ -78,7 +78,7 @@ class Choices {
 /// Gives a command what it must be given, and of the other things those that the bits choose.
 void SetArguments(const CommandDescription& description, std::size_t bits) {
     for (const auto& argument : description.arguments) {
-        if (argument.is_required) {
+        if (argument.isRequired) {
             *argument.target = argument.name == "PATH" ? kPath : kClass;
         }
     }
@@ -104,8 +104,8 @@ void Show(std::string_view line) {
     options.format = choices.OneOf(command->Describe().formats);
     const std::size_t look = choices.Next();
     options.width = kWidths[look % kWidths.size()];
-    options.uses_color = look / kWidths.size() % 2 != 0;
-    options.is_output_terminal = true;
+    options.usesColor = look / kWidths.size() % 2 != 0;
+    options.isOutputTerminal = true;
     SetArguments(command->Describe(), choices.Next());
     std::ostringstream output;
     std::ostringstream errors;
@@ -114,7 +114,7 @@ void Show(std::string_view line) {
     } catch (const cimhttp::Failure& failure) {
         errors << cimhttp::Printable(failure.what()) << '\n'; // as the program does
     }
-    RequireSafeForTerminals(output.str(), options.uses_color);
+    RequireSafeForTerminals(output.str(), options.usesColor);
     RequireSafeForTerminals(errors.str(), false);
 }
 

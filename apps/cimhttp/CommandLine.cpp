@@ -56,8 +56,8 @@ std::string FormsText(const std::vector<OutputFormat>& formats) {
 struct Parser {
     Options options;
     Command* chosen = nullptr;
-    std::string password_file;
-    std::optional<UnitForm> unit_form;
+    std::string passwordFile;
+    std::optional<UnitForm> unitForm;
     CLI::App app{"Reads classes and instances of a remote CIM server through the cimhttp plug-in.", "cimhttp"};
 
     explicit Parser(const Commands& commands) {
@@ -105,7 +105,7 @@ struct Parser {
         app.add_option("--port", options.port, "Its port; 5988 unless given, with --tls 5989")
             ->type_name("N")
             ->check(CLI::Range(1, kHighestPort).description(""));
-        app.add_option("--namespace,-n", options.name_space,
+        app.add_option("--namespace,-n", options.nameSpace,
                        std::string("The namespace on the server; ") + kUsualNamespace + " unless given")
             ->type_name("NAME");
         AddTlsOptions();
@@ -113,7 +113,7 @@ struct Parser {
                        "The user to log in as; without --tls, anybody on the way to another machine can read the "
                        "password, and a line says so")
             ->type_name("NAME");
-        app.add_option("--password-file", password_file,
+        app.add_option("--password-file", passwordFile,
                        "A file whose first line is the password; without it the variable CIMHTTP_PASSWORD counts, and "
                        "then you are asked")
             ->type_name("FILE");
@@ -132,23 +132,22 @@ struct Parser {
                 options.statistics = count > 0 ? std::make_shared<OperationStatistics>() : nullptr;
             },
             "At the end, write to the error stream what each kind of operation took");
-        AddChoice("--log", "LEVEL", "Write the log to the error stream: " + Listed(kLevels), kLevels,
-                  options.log_level);
+        AddChoice("--log", "LEVEL", "Write the log to the error stream: " + Listed(kLevels), kLevels, options.logLevel);
     }
 
     void AddTlsOptions() {
         AddFlag("--tls", options.tls,
                 "Use HTTPS instead of HTTP (--tls=false the other way round); on a terminal, you are asked whether to "
                 "trust a server that is not known");
-        AddText("--ca", "FILE", options.tls_settings.ca,
+        AddText("--ca", "FILE", options.tlsSettings.ca,
                 "Verify the server by the authorities in this PEM file, or in the files of this folder");
-        AddText("--fingerprint", "SHA256", options.tls_settings.fingerprint,
+        AddText("--fingerprint", "SHA256", options.tlsSettings.fingerprint,
                 "Accept no other certificate of the server than the one with this fingerprint")
             ->excludes("--ca");
-        AddText("--cert", "FILE", options.tls_settings.certificate,
+        AddText("--cert", "FILE", options.tlsSettings.certificate,
                 "A PEM file with your own certificate, for a server that asks for one");
-        AddText("--key", "FILE", options.tls_settings.key, "The PEM file with its key, unless that is in the same");
-        AddFlag("--verify", options.tls_settings.verify,
+        AddText("--key", "FILE", options.tlsSettings.key, "The PEM file with its key, unless that is in the same");
+        AddFlag("--verify", options.tlsSettings.verify,
                 "Refuse a server that neither --ca, --fingerprint nor an earlier answer of yours verifies");
     }
 
@@ -157,9 +156,9 @@ struct Parser {
             name, [&target](std::int64_t count) { target = count > 0; }, help);
     }
 
-    CLI::Option* AddText(const std::string& name, const std::string& value_name, std::optional<std::string>& target,
+    CLI::Option* AddText(const std::string& name, const std::string& valueName, std::optional<std::string>& target,
                          const std::string& help) {
-        return app.add_option(name, target, help)->type_name(value_name);
+        return app.add_option(name, target, help)->type_name(valueName);
     }
 
     void AddOutputOptions() {
@@ -169,13 +168,13 @@ struct Parser {
         AddChoice("--units", "FORM",
                   "Numbers with units as people write them, scaled (2.3 GHz), or as they are, exact (2300 MHz); scaled "
                   "unless given",
-                  kUnitForms, unit_form);
-        app.add_flag("--verbose", options.text_form.says_what_is_not,
+                  kUnitForms, unitForm);
+        app.add_flag("--verbose", options.textForm.saysWhatIsNot,
                      "Say of a number that its value map has no text for it, as in '17 (not in the map)'");
     }
 
     template <typename T>
-    void AddChoice(const std::string& name, const std::string& value_name, const std::string& help,
+    void AddChoice(const std::string& name, const std::string& valueName, const std::string& help,
                    const Choices<T>& choices, std::optional<T>& target) {
         app.add_option(
                name,
@@ -188,7 +187,7 @@ struct Parser {
                    return true;
                },
                help)
-            ->type_name(value_name);
+            ->type_name(valueName);
     }
 
     /// What is wrong with the command line and where to read of it, in one line.
@@ -202,8 +201,8 @@ struct Parser {
         } else if (error.get_name() == "RequiredError" && text == "A subcommand is required") {
             text = "a command is missing";
         }
-        const bool is_general = app.get_option_no_throw(text.substr(0, text.find(':'))) != nullptr;
-        return text + "; see cimhttp " + (command == nullptr || is_general ? "" : command->get_name() + ' ') + "--help";
+        const bool isGeneral = app.get_option_no_throw(text.substr(0, text.find(':'))) != nullptr;
+        return text + "; see cimhttp " + (command == nullptr || isGeneral ? "" : command->get_name() + ' ') + "--help";
     }
 
     std::string ComplaintAbout(const std::string& word, const CLI::App* command) const {
@@ -252,7 +251,7 @@ struct Parser {
         sub->callback([this, &command] { chosen = &command; });
         sub->footer(Footer(description, layout));
         for (const CommandArgument& argument : description.arguments) {
-            sub->add_option(argument.name, *argument.target, argument.help)->required(argument.is_required);
+            sub->add_option(argument.name, *argument.target, argument.help)->required(argument.isRequired);
         }
         for (const CommandOption& option : description.options) {
             std::visit([&](auto* target) { AddOption(*sub, option, *target); }, option.target);
@@ -272,13 +271,13 @@ struct Parser {
 
     static void AddOption(CLI::App& sub, const CommandOption& option, std::optional<std::size_t>& target) {
         sub.add_option(option.name, target, option.help)
-            ->type_name(option.value_name)
+            ->type_name(option.valueName)
             ->check(CLI::Range(std::size_t{0}, kGreatestNumber).description(""));
     }
 
     template <typename T>
     static void AddOption(CLI::App& sub, const CommandOption& option, T& target) {
-        sub.add_option(option.name, target, option.help)->type_name(option.value_name)->allow_extra_args(false);
+        sub.add_option(option.name, target, option.help)->type_name(option.valueName)->allow_extra_args(false);
     }
 };
 
@@ -298,10 +297,10 @@ ParsedCommandLine ParseCommandLine(int argc, const char* const* argv, const Comm
         throw Failure(Failure::kUsage, "behind an option without a value, as in --tls=false, is true or false");
     }
     parser.CheckFormat();
-    parser.options.text_form.is_unscaled = parser.unit_form == UnitForm::kExact;
+    parser.options.textForm.isUnscaled = parser.unitForm == UnitForm::kExact;
     std::string warning;
-    if (!parser.password_file.empty()) {
-        const PasswordFile file = ReadPasswordFile(parser.password_file);
+    if (!parser.passwordFile.empty()) {
+        const PasswordFile file = ReadPasswordFile(parser.passwordFile);
         parser.options.password = file.password;
         warning = file.warning;
     }

@@ -33,10 +33,10 @@ std::string Continued(const std::string& command, std::size_t width) {
     if (DisplayWidth(command) <= width) {
         return command;
     }
-    const std::string line_end = " \\\n" + std::string(2 * kIndent, ' ');
+    const std::string lineEnd = " \\\n" + std::string(2 * kIndent, ' ');
     std::string lines;
     for (const std::string& line : Folded(command, Left(width, kIndent + 2))) {
-        lines += (lines.empty() ? "" : line_end) + line;
+        lines += (lines.empty() ? "" : lineEnd) + line;
     }
     return lines;
 }
@@ -60,7 +60,7 @@ std::string HelpLayout::Entry(const std::string& name, const std::string& text) 
 std::string HelpLayout::Prose(const std::string& text) const {
     std::string result;
     std::string paragraph;
-    const auto end_paragraph = [&] {
+    const auto endParagraph = [&] {
         result += paragraph.empty() ? "" : Indented(paragraph, 0, width_);
         paragraph.clear();
     };
@@ -70,11 +70,11 @@ std::string HelpLayout::Prose(const std::string& text) const {
             paragraph += (paragraph.empty() ? "" : " ") + line;
             continue;
         }
-        end_paragraph();
+        endParagraph();
         const std::size_t indent = std::min(line.find_first_not_of(' '), line.size());
         result += line.empty() ? "\n" : Indented(line.substr(indent), indent, width_);
     }
-    end_paragraph();
+    endParagraph();
     return result;
 }
 

@@ -19,27 +19,27 @@ struct Options {
     std::optional<std::string> connection; ///< the named connection
     std::optional<std::string> host;       ///< what the command line says about the server, see ServerName
     std::optional<std::string> user;
-    std::optional<std::string> password;          ///< from the password file
-    std::optional<std::string> password_variable; ///< from the environment
+    std::optional<std::string> password;         ///< from the password file
+    std::optional<std::string> passwordVariable; ///< from the environment
     std::optional<bool> tls;
     std::optional<int> port;
-    std::optional<std::string> name_space; ///< of the server
-    TlsSettings tls_settings;
+    std::optional<std::string> nameSpace; ///< of the server
+    TlsSettings tlsSettings;
     bool strict = false;                       ///< whether an answer of which a part cannot be read fails as a whole
     std::optional<unsigned> timeout;           ///< in seconds
     std::optional<std::string> recording = {}; ///< the file that all is recorded in
     std::string plugin;                        ///< the path of the plug-in
-    std::optional<NQORVYX20::ILogger::EVYXLogSeverity> log_level = {}; ///< empty: no log
-    TextForm text_form = {};
+    std::optional<NQORVYX20::ILogger::EVYXLogSeverity> logLevel = {}; ///< empty: no log
+    TextForm textForm = {};
     std::optional<std::string> trace = {};                ///< the file for what is sent and received
     std::shared_ptr<OperationStatistics> statistics = {}; ///< where what operations take is counted; null: nowhere
     std::optional<OutputFormat> format = {};              ///< empty: the command's first one
     std::size_t width = 0;                                ///< the columns that a table may take; 0 for any number
-    bool uses_color = false;
-    bool is_input_terminal = false;
-    bool is_output_terminal = false;
-    bool is_error_stream_terminal = false;
-    std::size_t error_stream_width = 0; ///< 0 when it is not known
+    bool usesColor = false;
+    bool isInputTerminal = false;
+    bool isOutputTerminal = false;
+    bool isErrorStreamTerminal = false;
+    std::size_t errorStreamWidth = 0; ///< 0 when it is not known
 };
 
 } // namespace cimhttp

@@ -64,7 +64,7 @@ void StartRecording(const std::string& file, std::ostream& errors) {
 
 /// Returns the exit status.
 int RunCommand(Command& command, const Options& options, std::ostream& output, std::ostream& errors) {
-    const LoggerScope scope(boost::make_shared<FailureLog>(errors, options.log_level));
+    const LoggerScope scope(boost::make_shared<FailureLog>(errors, options.logLevel));
     const StatisticsAtEnd statistics(options, errors);
     Options prepared = options;
     if (options.recording && options.trace) {

@@ -40,13 +40,13 @@ bool UsesColor() { return ::isatty(STDOUT_FILENO) == 1 && Variable("NO_COLOR").e
 
 void ReadSurroundings(Options& options) {
     options.width = OutputWidth();
-    options.uses_color = UsesColor();
-    options.is_input_terminal = ::isatty(STDIN_FILENO) == 1;
-    options.is_output_terminal = ::isatty(STDOUT_FILENO) == 1;
-    options.error_stream_width = TerminalWidth(STDERR_FILENO);
-    options.is_error_stream_terminal = ::isatty(STDERR_FILENO) == 1;
+    options.usesColor = UsesColor();
+    options.isInputTerminal = ::isatty(STDIN_FILENO) == 1;
+    options.isOutputTerminal = ::isatty(STDOUT_FILENO) == 1;
+    options.errorStreamWidth = TerminalWidth(STDERR_FILENO);
+    options.isErrorStreamTerminal = ::isatty(STDERR_FILENO) == 1;
     if (const char* const password = std::getenv("CIMHTTP_PASSWORD")) {
-        options.password_variable = password;
+        options.passwordVariable = password;
     }
 }
 

@@ -280,8 +280,8 @@ class Mutator {
         Tell("key \"" + text + '"');
         SetText(key, text);
         // The keys of a shelf are a date-time and a character: any text need not be one.
-        const std::string_view class_name = key.parent().parent().attribute("CLASSNAME").value();
-        return class_name != "WH_Shelf" ? Expectation::kShown : Expectation::kEither;
+        const std::string_view className = key.parent().parent().attribute("CLASSNAME").value();
+        return className != "WH_Shelf" ? Expectation::kShown : Expectation::kEither;
     }
 
     Expectation NoKey() {
@@ -315,11 +315,11 @@ class Mutator {
         }
         const std::string type = property.attribute("TYPE").value();
         const auto known = kGarbage.find(type);
-        const bool is_real = type == "real32" || type == "real64";
+        const bool isReal = type == "real32" || type == "real64";
         const std::string text = IsEmbedded(property)      ? "<INSTANCE CLASSNAME=\"WH_Point\">"
                                  : type == "string"        ? "any <text>"
                                  : known != kGarbage.end() ? One(known->second)
-                                 : is_real                 ? One(kNoReal)
+                                 : isReal                  ? One(kNoReal)
                                                            : One(kNoInteger);
         Tell('"' + text + '"');
         value.set_name("VALUE");
@@ -338,7 +338,7 @@ MutatedAnswer Cut(const std::string& body, std::mt19937& random) {
     constexpr std::string_view kEnd = "</CIM>";
     MutatedAnswer mutated;
     mutated.sent.body = body.substr(0, random() % (body.rfind(kEnd) + kEnd.size()));
-    mutated.sent.told_length = random() % 2 == 0 ? body.size() : mutated.sent.body.size();
+    mutated.sent.toldLength = random() % 2 == 0 ? body.size() : mutated.sent.body.size();
     mutated.expectation = Expectation::kRefused;
     mutated.what = "cut after " + std::to_string(mutated.sent.body.size()) + " bytes";
     return mutated;

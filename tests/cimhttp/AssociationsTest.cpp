@@ -77,8 +77,8 @@ class AssociationsTest : public testing::Test {
         return json::parse(Output(arguments));
     }
 
-    static std::string PathOf(const std::string& class_name, std::size_t index = 0) {
-        return Json({"instances", class_name, "--paths"}).at(index);
+    static std::string PathOf(const std::string& className, std::size_t index = 0) {
+        return Json({"instances", className, "--paths"}).at(index);
     }
 
     static Paths PathsIn(const json& list) {
@@ -120,8 +120,8 @@ class AssociationsOfTest : public testing::Test {
     }
 
     static std::string Disk(const std::string& name, const std::string& size, const std::string& host = "h",
-                            const std::string& name_space = "root/cimv2") {
-        return Object(WholePathXml(PathXml("TEST_Disk", name), host, name_space),
+                            const std::string& nameSpace = "root/cimv2") {
+        return Object(WholePathXml(PathXml("TEST_Disk", name), host, nameSpace),
                       BareInstanceXml("TEST_Disk", name, PropertyXml("Size", "uint64", size)));
     }
 

@@ -30,9 +30,9 @@ constexpr const char* kErased = "\r\x1b[K";
 /// Passes answers on until one is a method's response, `passed` others of its kind aside; that one never comes.
 support::Fault SilentAt(const std::string& method, int passed = 0) {
     return [method, left = std::make_shared<std::atomic<int>>(passed)](auto& client, const std::string& answer) {
-        const bool is_kept_back =
+        const bool isKeptBack =
             answer.find("IMETHODRESPONSE NAME=\"" + method + '"') != std::string::npos && (*left)-- <= 0;
-        (is_kept_back ? support::faults::StalledAt(0) : support::faults::StalledAt(answer.size()))(client, answer);
+        (isKeptBack ? support::faults::StalledAt(0) : support::faults::StalledAt(answer.size()))(client, answer);
     };
 }
 
@@ -120,8 +120,8 @@ TEST_F(AttendanceTest, TheLineGoesBeforeTheOutputComes) {
 
 TEST_F(AttendanceTest, InstancesOfSeveralClassesAreShownWholeOrNotAtAll) {
     const auto server = Before([](auto& client, const std::string& answer) {
-        const bool has_instances = answer.find("VALUE.INSTANCEWITHPATH") != std::string::npos;
-        support::faults::StalledAt(has_instances ? answer.size() / 2 : answer.size())(client, answer);
+        const bool hasInstances = answer.find("VALUE.INSTANCEWITHPATH") != std::string::npos;
+        support::faults::StalledAt(hasInstances ? answer.size() / 2 : answer.size())(client, answer);
     });
     TerminalProgram program(CIMHTTP_PROGRAM,
                             Arguments({"instances", "CIM_LogicalDevice", "--deep", "--property", "Caption"}));

@@ -86,11 +86,11 @@ std::string MethodIn(const std::string& request) { return Quoted(request, "IMETH
 
 std::string ClassIn(const std::string& request) { return Quoted(request, "CLASSNAME NAME=\""); }
 
-std::string HttpAnswer(const std::string& request, const std::string& return_value) {
+std::string HttpAnswer(const std::string& request, const std::string& returnValue) {
     constexpr unsigned kNotSupported = 7;
     return MethodIn(request) == "OpenEnumerateInstances"
                ? HttpFailure(request, kNotSupported)
-               : HttpResponse(request, "<IRETURNVALUE>" + return_value + "</IRETURNVALUE>");
+               : HttpResponse(request, "<IRETURNVALUE>" + returnValue + "</IRETURNVALUE>");
 }
 
 std::string HttpFailure(const std::string& request, unsigned code) {

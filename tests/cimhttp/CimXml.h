@@ -39,7 +39,7 @@ std::string MethodIn(const std::string& request);
 std::string ClassIn(const std::string& request);
 
 /// The whole answer to a request, with the XML that stands inside IRETURNVALUE.
-std::string HttpAnswer(const std::string& request, const std::string& return_value);
+std::string HttpAnswer(const std::string& request, const std::string& returnValue);
 
 /// The same with an error of CIM.
 std::string HttpFailure(const std::string& request, unsigned code);

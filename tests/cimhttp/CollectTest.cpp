@@ -372,10 +372,10 @@ TEST_F(CollectTest, TheDocumentNamesPortAndNamespace) {
     EXPECT_EQ(run.status, 0) << run.errors;
     EXPECT_EQ(json::parse(run.output).at("server"), "http://" + server_.Address() + ':' + port + "/root/interop");
     ASSERT_THAT(server.Calls(), Not(testing::IsEmpty()));
-    EXPECT_EQ(server.Calls().back().name_space, "root/interop");
+    EXPECT_EQ(server.Calls().back().nameSpace, "root/interop");
     EXPECT_THAT(server_.Calls(), testing::IsEmpty());
     EXPECT_EQ(Collect(document, {"-n", "root/cimv2"}).status, 0);
-    EXPECT_EQ(server.Calls().back().name_space, "root/cimv2") << "the command line counts more";
+    EXPECT_EQ(server.Calls().back().nameSpace, "root/cimv2") << "the command line counts more";
     EXPECT_EQ(Collect(document, {"--host", server_.Address()}).status, 0);
     EXPECT_THAT(server_.Calls(), Not(testing::IsEmpty())) << "the port is that of the document's own server";
 }
@@ -497,12 +497,12 @@ void ServeFewClasses(support::Connection& connection) {
     for (auto request = connection.ReadRequest(); request; request = connection.ReadRequest()) {
         const std::string method = MethodIn(request->body);
         const std::string name = ClassIn(request->body);
-        const bool asks_for_instances = method == "EnumerateInstances";
-        if (name != "A" && (name != "Heavy" || asks_for_instances)) {
+        const bool asksForInstances = method == "EnumerateInstances";
+        if (name != "A" && (name != "Heavy" || asksForInstances)) {
             connection.WaitForPeerClose();
             return;
         }
-        std::string result = asks_for_instances ? InstanceWithKeysXml(name, "", "") : "";
+        std::string result = asksForInstances ? InstanceWithKeysXml(name, "", "") : "";
         if (method == "GetClass") {
             result.append("<CLASS NAME=\"").append(name).append("\"/>");
         }

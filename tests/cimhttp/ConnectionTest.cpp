@@ -39,9 +39,9 @@ constexpr const char* kUnknownHost = "no-such..host";
 constexpr std::uint16_t kHttpPort = 5988;
 constexpr std::uint16_t kHttpsPort = 5989;
 
-std::string ComplaintAbout(const std::string& server_name) {
+std::string ComplaintAbout(const std::string& serverName) {
     try {
-        ParseServerName(server_name);
+        ParseServerName(serverName);
         return "none";
     } catch (const Failure& failure) {
         EXPECT_EQ(failure.Status(), Failure::kUsage);
@@ -188,12 +188,12 @@ TEST_F(ConnectionStoreTest, KeepsHowTheServerIsReachedAndVerified) {
     });
     const auto lab = store.Find("lab");
     EXPECT_EQ(lab.port, 443);
-    EXPECT_EQ(lab.name_space, "root/interop");
-    EXPECT_EQ(lab.tls_settings.ca, "/ca");
-    EXPECT_EQ(lab.tls_settings.fingerprint, "AB");
-    EXPECT_EQ(lab.tls_settings.certificate, "/cert");
-    EXPECT_EQ(lab.tls_settings.key, "/key");
-    EXPECT_EQ(lab.tls_settings.verify, true);
+    EXPECT_EQ(lab.nameSpace, "root/interop");
+    EXPECT_EQ(lab.tlsSettings.ca, "/ca");
+    EXPECT_EQ(lab.tlsSettings.fingerprint, "AB");
+    EXPECT_EQ(lab.tlsSettings.certificate, "/cert");
+    EXPECT_EQ(lab.tlsSettings.key, "/key");
+    EXPECT_EQ(lab.tlsSettings.verify, true);
 }
 
 TEST_F(ConnectionStoreTest, ClosesAnOpenFileWhenItIsWritten) {
@@ -376,9 +376,9 @@ TEST_F(ConnectionTest, APasswordIsStoredOnlyWhenAskedFor) {
     EXPECT_EQ(Run(add, {"CIMHTTP_PASSWORD=s3cret"}).status, 0);
     EXPECT_THAT(ReadFile(File()), Not(HasSubstr("s3cret")));
     EXPECT_EQ(Run({"-c", "lab", "classes"}).status, 2);
-    auto add_with_password = add;
-    add_with_password.emplace_back("--store-password");
-    EXPECT_EQ(Run(add_with_password, {"CIMHTTP_PASSWORD=s3cret"}).status, 0);
+    auto addWithPassword = add;
+    addWithPassword.emplace_back("--store-password");
+    EXPECT_EQ(Run(addWithPassword, {"CIMHTTP_PASSWORD=s3cret"}).status, 0);
     EXPECT_EQ(Run({"-c", "lab", "classes"}).output, allClasses_);
     EXPECT_THAT(Run({"connection", "list"}).output, Not(HasSubstr("s3cret")));
 }
@@ -495,7 +495,7 @@ TEST_F(ConnectionTest, ANamespaceTakesThePlaceOfTheUsualOne) {
     const auto namespaces = [&] {
         std::set<std::string> names;
         for (const auto& call : server_.Calls()) {
-            names.insert(call.name_space);
+            names.insert(call.nameSpace);
         }
         return names;
     };
@@ -531,9 +531,9 @@ TEST_F(ConnectionTest, HowAServerIsReachedIsKeptListedAndUsed) {
                           R"(","user":"","password":"","timeout":null,"namespace":"root/interop")"));
     EXPECT_EQ(Run({"-c", "lab", "classes"}).output, "TEST_Elsewhere\n");
     ASSERT_THAT(server.Calls(), Not(IsEmpty()));
-    EXPECT_EQ(server.Calls().front().name_space, "root/interop");
+    EXPECT_EQ(server.Calls().front().nameSpace, "root/interop");
     EXPECT_EQ(Run({"-c", "lab", "-n", "root/cimv2", "classes"}).output, "TEST_Elsewhere\n");
-    EXPECT_EQ(server.Calls().back().name_space, "root/cimv2");
+    EXPECT_EQ(server.Calls().back().nameSpace, "root/cimv2");
 }
 
 TEST_F(ConnectionTest, WhatVerifiesAServerIsKeptWithWholePathsAndNeverLeftOut) {
@@ -544,11 +544,11 @@ TEST_F(ConnectionTest, WhatVerifiesAServerIsKeptWithWholePathsAndNeverLeftOut) {
     ASSERT_EQ(Run({"connection", "add", "two", "--host", "https://a", "--fingerprint", fingerprint}).errors, "");
     ASSERT_EQ(Run({"connection", "add", "three", "--host", "https://a", "--verify"}).errors, "");
     const auto connections = ConnectionStore(File()).Read();
-    const auto& one = connections.at("one").tls_settings;
+    const auto& one = connections.at("one").tlsSettings;
     for (const auto& path : {one.ca, one.certificate, one.key}) {
         EXPECT_THAT(path.value_or(""), StartsWith("/"));
     }
-    EXPECT_THAT(connections.at("two").tls_settings.fingerprint.value_or(""), StartsWith("AA:AA:"));
+    EXPECT_THAT(connections.at("two").tlsSettings.fingerprint.value_or(""), StartsWith("AA:AA:"));
     const std::string list = Run({"connection", "list", "-o", "csv"}).output;
     EXPECT_THAT(list, HasSubstr(",," + *one.ca + ',' + *one.certificate + "\r\n"));
     EXPECT_THAT(list, HasSubstr(",,AA:AA:"));

@@ -231,12 +231,12 @@ TEST(Count, AgreesWithWbemcli) {
         const auto run = support::RunProgram(support::FindProgram("wbemcli"), {"ein", "http://" + place + name});
         ASSERT_EQ(run.status, 0) << run.errors;
         std::istringstream lines(run.output);
-        std::size_t of_class = 0;
+        std::size_t ofClass = 0;
         for (std::string line; std::getline(lines, line);) {
-            of_class += line.rfind(place + name + '.', 0) == 0 || line == place + name ? 1 : 0;
+            ofClass += line.rfind(place + name + '.', 0) == 0 || line == place + name ? 1 : 0;
         }
-        EXPECT_EQ(count, of_class) << name;
-        compared += of_class > 0 ? 1 : 0;
+        EXPECT_EQ(count, ofClass) << name;
+        compared += ofClass > 0 ? 1 : 0;
     }
     EXPECT_GT(compared, 10U);
 }

@@ -67,23 +67,23 @@ class DemoServerTest : public testing::Test {
 std::vector<std::vector<std::string>> ReadCsv(const std::string& text) {
     std::vector<std::vector<std::string>> records{{}};
     std::string field;
-    bool was_quoted = false;
-    const auto end_field = [&] {
-        records.back().push_back(field.empty() && !was_quoted ? "<null>" : field);
+    bool wasQuoted = false;
+    const auto endField = [&] {
+        records.back().push_back(field.empty() && !wasQuoted ? "<null>" : field);
         field.clear();
-        was_quoted = false;
+        wasQuoted = false;
     };
     for (std::size_t i = 0; i < text.size(); ++i) {
         if (text[i] == '"') {
-            was_quoted = true;
+            wasQuoted = true;
             for (++i; text.at(i) != '"' || (i + 1 < text.size() && text[i + 1] == '"'); ++i) {
                 i += text[i] == '"' ? 1 : 0;
                 field += text[i];
             }
         } else if (text[i] == ',') {
-            end_field();
+            endField();
         } else if (text.compare(i, 2, "\r\n") == 0) {
-            end_field();
+            endField();
             records.emplace_back();
             ++i;
         } else {

@@ -25,9 +25,9 @@ class TextlessAccess : public cimhttp::PluginAccess {
     }
     bool HasPulledEnumerations(ICIMNamespace&) const override { return false; }
     bool WouldVerify(ICIMNamespace&, const std::string&, int) const override { return false; }
-    boost::shared_ptr<ICIMNamespace> Measured(const boost::shared_ptr<ICIMNamespace>& name_space,
+    boost::shared_ptr<ICIMNamespace> Measured(const boost::shared_ptr<ICIMNamespace>& nameSpace,
                                               const std::shared_ptr<cimhttp::MeasurementSink>&) const override {
-        return name_space;
+        return nameSpace;
     }
     std::optional<RemoteFailure> LastFailure(ICIMNamespace&) const override { return std::nullopt; }
     ReadingIncidents TakeIncidents(ICIMNamespace&) const override { return {}; }
@@ -71,9 +71,9 @@ TEST(DisplayText, AValueWithoutATextShowsAsItIs) {
                   "<CLASS NAME=\"T\"><PROPERTY NAME=\"One\" TYPE=\"uint8\"/>"
                   "<PROPERTY.ARRAY NAME=\"Many\" TYPE=\"string\"/></CLASS>");
     const cimhttp::Plugin plugin(CIMHTTP_PLUGIN);
-    const auto name_space = plugin.AllocateNamespace({});
-    plugin.Access().Connect(*name_space, server.Address(), "", "", 5988);
-    const auto cls = name_space->GetClass("T", TCIMContext());
+    const auto nameSpace = plugin.AllocateNamespace({});
+    plugin.Access().Connect(*nameSpace, server.Address(), "", "", 5988);
+    const auto cls = nameSpace->GetClass("T", TCIMContext());
     const auto instance = cls->AllocateInstance(TCIMContext());
     instance->SetPropertyValue("One", TCIMValue(static_cast<unsigned char>(7)), TCIMContext());
     instance->SetPropertyValue(

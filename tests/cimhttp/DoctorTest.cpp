@@ -27,7 +27,7 @@ constexpr std::uint16_t kHttpsPort = 5989;
 /// What was found of one check.
 struct Finding {
     std::string result;
-    bool has_time;
+    bool hasTime;
     std::string remark;
 };
 
@@ -84,7 +84,7 @@ TEST_F(DoctorTest, AServerInGoodHealthPassesEverything) {
     EXPECT_THAT(visit.At("qualifiers").remark, testing::ContainsRegex("^[0-9]+ declarations$"));
     EXPECT_EQ(visit.At("enumeration").remark, "CIM_ComputerSystem: 1 instance");
     for (const char* check : {"name look-up", "TCP", "login", "class operations", "qualifiers", "enumeration"}) {
-        EXPECT_TRUE(visit.At(check).has_time) << check;
+        EXPECT_TRUE(visit.At(check).hasTime) << check;
     }
 }
 
@@ -95,7 +95,7 @@ TEST_F(DoctorTest, TlsSaysWhatItIsVerifiedBy) {
     const auto visit = Examine({"--host", address_, "--tls", "--ca", ca});
     EXPECT_EQ(visit.status, 0);
     EXPECT_EQ(visit.At("TLS").result, "passed");
-    EXPECT_TRUE(visit.At("TLS").has_time);
+    EXPECT_TRUE(visit.At("TLS").hasTime);
     EXPECT_EQ(visit.At("TLS").remark, "TLSv1.3; verified by the authorities in " + ca);
 }
 

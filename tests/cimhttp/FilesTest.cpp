@@ -105,8 +105,8 @@ TEST_F(FilesTest, ASignalThatEndsTheProgramLeavesTheOldFileAlone) {
     for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGXCPU}) {
         folder_.WriteFile("file", "old");
         const auto replace = [&] {
-            const rlimit no_core{0, 0};
-            ::setrlimit(RLIMIT_CORE, &no_core);
+            const rlimit noCore{0, 0};
+            ::setrlimit(RLIMIT_CORE, &noCore);
             OutputFile(Path("file")).Replace([&](std::ostream& stream) {
                 stream << "new" << std::flush;
                 EXPECT_EQ(Names().size(), 2U);
@@ -139,7 +139,7 @@ TEST_F(FilesTest, AnInterruptThatIsRememberedLetsTheFileBeFinishedAndTheSecondDo
     };
     EXPECT_EXIT(replace(), testing::KilledBySignal(SIGTERM), "");
     ExpectOldFileAlone();
-    const auto replace_later = [&] {
+    const auto replaceLater = [&] {
         const cimhttp::InterruptScope interrupts;
         OutputFile(Path("file")).Replace([&](std::ostream& stream) {
             std::raise(SIGTERM);
@@ -147,7 +147,7 @@ TEST_F(FilesTest, AnInterruptThatIsRememberedLetsTheFileBeFinishedAndTheSecondDo
         });
         std::raise(SIGTERM);
     };
-    EXPECT_EXIT(replace_later(), testing::KilledBySignal(SIGTERM), "");
+    EXPECT_EXIT(replaceLater(), testing::KilledBySignal(SIGTERM), "");
 }
 
 TEST_F(FilesTest, ASignalThatIsIgnoredStaysIgnored) {
@@ -311,9 +311,9 @@ TEST_F(ServedFilesTest, APasswordFileThatIsOpenToOthersIsUsedWithAWarning) {
     for (const mode_t mode : {0600U, 0400U, 0700U}) {
         EXPECT_EQ(run(mode).errors, "");
     }
-    const std::vector<std::pair<mode_t, std::string>> open_modes{
+    const std::vector<std::pair<mode_t, std::string>> openModes{
         {0640, "0640"}, {0604, "0604"}, {0620, "0620"}, {0602, "0602"}, {0644, "0644"}};
-    for (const auto& [mode, text] : open_modes) {
+    for (const auto& [mode, text] : openModes) {
         const auto warned = run(mode);
         EXPECT_EQ(warned.status, 0);
         EXPECT_EQ(warned.output, "TEST_Disk\n");

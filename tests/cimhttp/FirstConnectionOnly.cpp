@@ -45,14 +45,14 @@ bool Forward(int from, int to) {
 
 } // namespace
 
-FirstConnectionOnly::FirstConnectionOnly(const std::string& address, std::uint16_t port, std::uint16_t server_port)
-    : listener_(SocketAt(address, port, &::bind)), server_(SocketAt(address, server_port, &::connect)) {
+FirstConnectionOnly::FirstConnectionOnly(const std::string& address, std::uint16_t port, std::uint16_t serverPort)
+    : listener_(SocketAt(address, port, &::bind)), server_(SocketAt(address, serverPort, &::connect)) {
     ::listen(listener_, SOMAXCONN);
     thread_ = std::thread([this] { Run(); });
 }
 
 FirstConnectionOnly::~FirstConnectionOnly() {
-    is_stopping_ = true;
+    isStopping_ = true;
     thread_.join();
     for (const int socket : {listener_, server_, client_}) {
         ::close(socket);
@@ -60,7 +60,7 @@ FirstConnectionOnly::~FirstConnectionOnly() {
 }
 
 void FirstConnectionOnly::Run() {
-    while (!is_stopping_) {
+    while (!isStopping_) {
         std::array<pollfd, 3> awaited{{{listener_, POLLIN, 0}, {client_, POLLIN, 0}, {server_, POLLIN, 0}}};
         ::poll(awaited.data(), awaited.size(), static_cast<int>(kLookInterval.count()));
         if (awaited[0].revents != 0) {
@@ -83,9 +83,9 @@ void FirstConnectionOnly::EndFirst() {
 
 void FirstConnectionOnly::Accept() {
     const int socket = ::accept(listener_, nullptr, nullptr);
-    if (!has_first_) {
+    if (!hasFirst_) {
         client_ = socket;
-        has_first_ = true;
+        hasFirst_ = true;
     } else {
         ::close(socket);
     }

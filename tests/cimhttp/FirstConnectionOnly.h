@@ -10,7 +10,7 @@
 class FirstConnectionOnly {
   public:
     /// Listens on `port` from now on.
-    FirstConnectionOnly(const std::string& address, std::uint16_t port, std::uint16_t server_port);
+    FirstConnectionOnly(const std::string& address, std::uint16_t port, std::uint16_t serverPort);
     ~FirstConnectionOnly();
     FirstConnectionOnly(const FirstConnectionOnly&) = delete;
     FirstConnectionOnly& operator=(const FirstConnectionOnly&) = delete;
@@ -23,7 +23,7 @@ class FirstConnectionOnly {
     int listener_;
     int server_;
     int client_ = -1;
-    bool has_first_ = false;
-    std::atomic<bool> is_stopping_{false};
+    bool hasFirst_ = false;
+    std::atomic<bool> isStopping_{false};
     std::thread thread_;
 };

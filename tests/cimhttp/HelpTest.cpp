@@ -141,7 +141,7 @@ TEST(Help, NamesTheVersion) { EXPECT_THAT(RunCimhttp({"--version"}).output, Cont
 
 TEST(Help, TellsOfTheSameCommandsAndOptionsAsTheManPage) {
     const std::string page = ManPage();
-    const auto options_of_page = OptionsIn(page);
+    const auto optionsOfPage = OptionsIn(page);
     std::set<std::string> known = OptionsIn(RunCimhttp({"--help"}).output);
     for (const auto& command : cimhttp::AllCommands()) {
         const auto description = command->Describe();
@@ -150,7 +150,7 @@ TEST(Help, TellsOfTheSameCommandsAndOptionsAsTheManPage) {
             known.insert(option.name);
         }
     }
-    EXPECT_THAT(options_of_page, ContainerEq(known));
+    EXPECT_THAT(optionsOfPage, ContainerEq(known));
 }
 
 TEST(Help, OfTheManPageNamesEachExitStatus) {

@@ -196,7 +196,7 @@ TEST_F(InstancesTest, APathMayNameTheServerAndTheNamespaceInAnyForm) {
           "//" + address + "/root/cimv2:", address + ":5988/root/cimv2:", "http://" + address + ":5988/root/cimv2:"}) {
         const auto run = Run({"instance", before + "TEST_Disk.Name=\"sda\""});
         EXPECT_EQ(run.status, 0) << before << run.errors;
-        EXPECT_EQ(LastCallOf("GetInstance").name_space, "root/cimv2") << before;
+        EXPECT_EQ(LastCallOf("GetInstance").nameSpace, "root/cimv2") << before;
     }
 }
 
@@ -208,7 +208,7 @@ TEST_F(InstancesTest, AnInstanceIsReadFromTheNamespaceThatItsPathNames) {
         const json found = Json({"instance", path});
         EXPECT_EQ(found.at(0).at("path"), "root/interop:TEST_Disk.Name=\"sda\"");
         for (const auto& call : server_.Calls()) {
-            EXPECT_EQ(call.name_space, "root/interop") << call.method;
+            EXPECT_EQ(call.nameSpace, "root/interop") << call.method;
         }
         EXPECT_EQ(Json({"instance", found.at(0).at("path")}), found);
     }
@@ -221,7 +221,7 @@ TEST_F(InstancesTest, WhatTheOtherNamespaceDoesNotHaveIsNotFound) {
     server_.ForgetCalls();
     EXPECT_THAT(Run({"instance", "root/interop:TEST_Dsik.Name=\"sda\""}).errors,
                 HasSubstr("there is no class TEST_Dsik on http://" + server_.Address() + " (did you mean TEST_Disk"));
-    EXPECT_EQ(LastCallOf("EnumerateClassNames").name_space, "root/interop");
+    EXPECT_EQ(LastCallOf("EnumerateClassNames").nameSpace, "root/interop");
 }
 
 // --- Requests ----------------------------------------------------------------------------------------------------

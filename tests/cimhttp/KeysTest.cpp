@@ -277,10 +277,10 @@ TEST(Keys, OfEveryTypeLeadToTheirInstance) {
     options.schemas.push_back({CIMHTTP_SECOND_SCHEMA, ReadFile(CIMHTTP_SECOND_SCHEMA)});
     const demo::DemoServer server(options);
     for (const char* const cls : {"WH_Thing", "WH_Ticket", "WH_Sample", "WH_Shipment", "DEMO_HostedFileSystem"}) {
-        const Texts class_command{"--host", support::LoopbackAddress(), "instances", cls};
-        auto list = class_command;
+        const Texts classCommand{"--host", support::LoopbackAddress(), "instances", cls};
+        auto list = classCommand;
         list.insert(list.end(), {"--keys", "-o", "json", "--limit", "8"});
-        auto paths = class_command;
+        auto paths = classCommand;
         paths.insert(paths.end(), {"--paths", "-o", "json", "--limit", "8"});
         const auto keys = nlohmann::json::parse(RunCimhttp(list).output);
         const auto expected = nlohmann::json::parse(RunCimhttp(paths).output);

@@ -122,7 +122,7 @@ TEST_F(LimitsTest, TooFewDescriptorsFailACommandOrDoNotMatter) {
 #if defined(__SANITIZE_ADDRESS__)
     GTEST_SKIP() << "the sanitizers need descriptors themselves";
 #endif
-    const auto run_with = [&](int count, const std::vector<std::string>& arguments) {
+    const auto runWith = [&](int count, const std::vector<std::string>& arguments) {
         std::vector<std::string> words{"-c",     "ulimit -n " + std::to_string(count) + "; exec \"$@\"",
                                        "sh",     CIMHTTP_PROGRAM,
                                        "--host", server_.Address()};
@@ -136,10 +136,10 @@ TEST_F(LimitsTest, TooFewDescriptorsFailACommandOrDoNotMatter) {
         const std::string whole = Run(command).output;
         for (int count = 3; count < 12; ++count) {
             SCOPED_TRACE(command.front() + " with " + std::to_string(count) + " descriptors");
-            if (run_with(count, {"--version"}).status != 0) {
+            if (runWith(count, {"--version"}).status != 0) {
                 continue; // the system cannot even start it
             }
-            const auto run = run_with(count, command);
+            const auto run = runWith(count, command);
             if (run.status == 0) {
                 EXPECT_EQ(run.output, whole);
             } else {

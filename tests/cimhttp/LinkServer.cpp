@@ -39,9 +39,9 @@ std::string ReferenceXml(const std::string& role, const std::string& path) {
 
 } // namespace
 
-std::string WholePathXml(const std::string& path, const std::string& host, const std::string& name_space) {
+std::string WholePathXml(const std::string& path, const std::string& host, const std::string& nameSpace) {
     std::string steps;
-    std::istringstream names(name_space);
+    std::istringstream names(nameSpace);
     for (std::string name; std::getline(names, name, '/');) {
         steps += "<NAMESPACE NAME=\"" + name + "\"/>";
     }
@@ -67,7 +67,7 @@ std::string LinkServer::AnswerTo(const std::string& body) {
     const std::lock_guard<std::mutex> lock(mutex_);
     calls_.push_back({MethodIn(body), NamespaceIn(body), ObjectIn(body), body});
     const Call& call = calls_.back();
-    for (const std::string& object : {call.name_space + ':' + call.object, call.object}) {
+    for (const std::string& object : {call.nameSpace + ':' + call.object, call.object}) {
         const auto error = errors_.find({call.method, object});
         if (error != errors_.end()) {
             return HttpFailure(body, error->second);
@@ -80,9 +80,9 @@ std::string LinkServer::AnswerTo(const std::string& body) {
     return HttpFailure(body, MethodIn(body) == "OpenEnumerateInstances" ? kNotSupported : kNotFound);
 }
 
-void LinkServer::Answer(const std::string& method, const std::string& object, const std::string& return_value) {
+void LinkServer::Answer(const std::string& method, const std::string& object, const std::string& returnValue) {
     const std::lock_guard<std::mutex> lock(mutex_);
-    answers_[{method, object}] = return_value;
+    answers_[{method, object}] = returnValue;
 }
 
 void LinkServer::Fail(const std::string& method, const std::string& object, unsigned code) {

@@ -11,7 +11,7 @@
 
 /// An INSTANCENAME (see PathXml) with host and namespace around it (DSP0201).
 std::string WholePathXml(const std::string& path, const std::string& host = "server.example",
-                         const std::string& name_space = "root/cimv2");
+                         const std::string& nameSpace = "root/cimv2");
 
 /// The INSTANCENAME of an association with two references as keys: `From` and `To`, each the XML of a path.
 std::string LinkXml(const std::string& cls, const std::string& from, const std::string& to);
@@ -23,14 +23,14 @@ class LinkServer {
   public:
     struct Call {
         std::string method;
-        std::string name_space;
+        std::string nameSpace;
         std::string object;
         std::string body;
     };
 
     LinkServer();
 
-    void Answer(const std::string& method, const std::string& object, const std::string& return_value);
+    void Answer(const std::string& method, const std::string& object, const std::string& returnValue);
     void Fail(const std::string& method, const std::string& object, unsigned code);
 
     /// Lets two objects of TEST_Node be associated: each tells of it when it is asked for its ReferenceNames. Without

@@ -31,7 +31,7 @@ RemoteClass Disk() {
     tags.name = "Tags";
     tags.type = {"string", true, 4, {}};
     tags.origin = "T_Device";
-    tags.is_inherited = true;
+    tags.isInherited = true;
     cls.properties = {size, tags};
     RemoteMethod format;
     format.name = "Format";

@@ -69,31 +69,31 @@ class MutationTest : public testing::TestWithParam<MutationName> {
     /// One class, one way, one change.
     void RunOnce(unsigned seed) {
         std::mt19937 random(seed);
-        const std::string class_name = kClasses[random() % kClasses.size()];
+        const std::string className = kClasses[random() % kClasses.size()];
         const auto way = static_cast<Way>(random() % kWays);
         std::optional<MutatedAnswer> mutated;
         server_.SetChange([&](const std::string& body) {
             mutated = Mutate(body, GetParam().mutation, random);
             return mutated->sent;
         });
-        const Shown shown = Ask(class_name, way);
+        const Shown shown = Ask(className, way);
         server_.SetChange({});
         const auto bodies = server_.TakeChanged();
-        SCOPED_TRACE("seed " + std::to_string(seed) + ", class " + class_name + ", way " +
+        SCOPED_TRACE("seed " + std::to_string(seed) + ", class " + className + ", way " +
                      std::to_string(static_cast<unsigned>(way)) + ", " + (mutated ? mutated->what : "") + ", status " +
                      std::to_string(shown.run.status) + ": " + shown.run.errors);
         ASSERT_EQ(bodies.size(), 1U) << "of requests for instances";
         // What stands behind a change need not be read by who wants the class itself alone.
-        const bool is_relaxed = way == Way::kExact && mutated->expectation == Expectation::kRefused;
-        Check(Sent(bodies.front(), way, class_name), is_relaxed ? Expectation::kEither : mutated->expectation, shown);
+        const bool isRelaxed = way == Way::kExact && mutated->expectation == Expectation::kRefused;
+        Check(Sent(bodies.front(), way, className), isRelaxed ? Expectation::kEither : mutated->expectation, shown);
     }
 
   private:
-    Shown Ask(const std::string& class_name, Way way) const {
+    Shown Ask(const std::string& className, Way way) const {
         if (way == Way::kCollect) {
-            return Collect(class_name);
+            return Collect(className);
         }
-        std::vector<std::string> arguments{"--host", server_.Address(), "instances", class_name, "-o", "json"};
+        std::vector<std::string> arguments{"--host", server_.Address(), "instances", className, "-o", "json"};
         if (way != Way::kInstances) {
             arguments.emplace_back(way == Way::kDeep ? "--deep" : "--exact");
         }
@@ -101,9 +101,9 @@ class MutationTest : public testing::TestWithParam<MutationName> {
         return {run, run.status == 0, json::parse(run.output, nullptr, false)};
     }
 
-    Shown Collect(const std::string& class_name) const {
+    Shown Collect(const std::string& className) const {
         const std::string document =
-            directory_.WriteFile("requested.xml", "<vyx version=\"1\"><class name=\"" + class_name + "\"/></vyx>");
+            directory_.WriteFile("requested.xml", "<vyx version=\"1\"><class name=\"" + className + "\"/></vyx>");
         const std::string file = (directory_.Path() / "collected.json").string();
         directory_.WriteFile("collected.json", "");
         const ProgramRun run = RunInProcess({"--host", server_.Address(), "collect", document, "--out", file});
@@ -114,16 +114,16 @@ class MutationTest : public testing::TestWithParam<MutationName> {
 
     /// The instances that are to be shown; nothing when nobody can say what was sent.
     static std::optional<std::vector<SentInstance>> Sent(const std::string& body, Way way,
-                                                         const std::string& class_name) {
+                                                         const std::string& className) {
         try {
             auto sent = ReadSentInstances(body);
             if (way == Way::kExact) {
                 sent.erase(std::remove_if(sent.begin(), sent.end(),
-                                          [&](const auto& instance) { return instance.class_name != class_name; }),
+                                          [&](const auto& instance) { return instance.className != className; }),
                            sent.end());
             }
             if (way == Way::kInstances) {
-                KeepProperties(PropertyNames(class_name), sent);
+                KeepProperties(PropertyNames(className), sent);
             }
             return sent;
         } catch (const UnreadableAnswer&) {
@@ -143,8 +143,8 @@ class MutationTest : public testing::TestWithParam<MutationName> {
         if (shown.run.status != 0) {
             EXPECT_FALSE(shown.is_complete);
             EXPECT_THAT(shown.run.status, testing::AnyOf(Failure::kServer, Failure::kIncomplete));
-            const bool can_be_shown = expectation == Expectation::kShown && sent && !HasDoubledPath(*sent);
-            EXPECT_FALSE(can_be_shown) << "all that was sent can be shown";
+            const bool canBeShown = expectation == Expectation::kShown && sent && !HasDoubledPath(*sent);
+            EXPECT_FALSE(canBeShown) << "all that was sent can be shown";
             return;
         }
         EXPECT_TRUE(shown.is_complete);
@@ -163,16 +163,16 @@ class PathMutationTest : public testing::TestWithParam<MutationName> {
   protected:
     void RunOnce(unsigned seed) {
         std::mt19937 random(seed);
-        const std::string class_name = kClasses[random() % kClasses.size()];
+        const std::string className = kClasses[random() % kClasses.size()];
         std::optional<MutatedAnswer> mutated;
         server_.SetChange([&](const std::string& body) {
             mutated = Mutate(body, GetParam().mutation, random);
             return mutated->sent;
         });
         const ProgramRun run =
-            RunInProcess({"--host", server_.Address(), "instances", class_name, "--paths", "-o", "json"});
+            RunInProcess({"--host", server_.Address(), "instances", className, "--paths", "-o", "json"});
         const auto bodies = server_.TakeChanged();
-        SCOPED_TRACE("seed " + std::to_string(seed) + ", class " + class_name + ", " + (mutated ? mutated->what : "") +
+        SCOPED_TRACE("seed " + std::to_string(seed) + ", class " + className + ", " + (mutated ? mutated->what : "") +
                      ", status " + std::to_string(run.status) + ": " + run.errors);
         ASSERT_EQ(bodies.size(), 1U);
         if (run.status == 0) {

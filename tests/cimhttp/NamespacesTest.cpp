@@ -30,12 +30,12 @@ class NamespacesTest : public testing::Test {
     }
 
     /// Lets a class have instances with these names in a namespace.
-    void Have(const std::string& name_space, const std::string& cls, const std::vector<std::string>& names) {
+    void Have(const std::string& nameSpace, const std::string& cls, const std::vector<std::string>& names) {
         std::string paths;
         for (const std::string& name : names) {
             paths += PathXml(cls, name);
         }
-        server_.Answer("EnumerateInstanceNames", name_space + ':' + cls, paths);
+        server_.Answer("EnumerateInstanceNames", nameSpace + ':' + cls, paths);
     }
 
     LinkServer server_;
@@ -69,7 +69,7 @@ TEST_F(NamespacesTest, AreThoseOfTheInteropNamespaceWhateverItsName) {
     EXPECT_EQ(run.output, "root/cimv2\nroot/PG_InterOp\n");
     std::vector<std::string> asked;
     for (const auto& call : server_.Calls()) {
-        asked.push_back(call.name_space);
+        asked.push_back(call.nameSpace);
     }
     EXPECT_EQ(asked, (std::vector<std::string>{"interop", "root/interop", "root/PG_InterOp"}));
 }

@@ -53,9 +53,9 @@ std::string Escaped(const std::string& text) {
 std::string Fault(const std::string& text, const std::string& allowed) {
     for (std::size_t i = 0; i < text.size();) {
         const cimhttp::Utf8Character character = cimhttp::CharacterAt(text, i);
-        const bool is_nasty = std::find(kNasty.begin(), kNasty.end(), character.value) != kNasty.end();
-        const bool is_control = character.value < 0x20 && allowed.find(text[i]) == std::string::npos;
-        if (character.IsBad() || is_nasty || is_control) {
+        const bool isNasty = std::find(kNasty.begin(), kNasty.end(), character.value) != kNasty.end();
+        const bool isControl = character.value < 0x20 && allowed.find(text[i]) == std::string::npos;
+        if (character.IsBad() || isNasty || isControl) {
             return "'" + text.substr(i < 20 ? 0 : i - 20, 20) + "' and then " + std::to_string(character.value);
         }
         i += character.size;
@@ -97,7 +97,7 @@ class NastyTextTest : public testing::Test {
     }
 
     void AnswerAboutAssociations(const std::string& nasty, const std::string& values) {
-        const auto whole_path = [](const std::string& path) {
+        const auto wholePath = [](const std::string& path) {
             return "<INSTANCEPATH><NAMESPACEPATH><HOST>h</HOST><LOCALNAMESPACEPATH><NAMESPACE NAME=\"root\"/>"
                    "<NAMESPACE NAME=\"cimv2\"/></LOCALNAMESPACEPATH></NAMESPACEPATH>" +
                    path + "</INSTANCEPATH>";
@@ -109,10 +109,10 @@ class NastyTextTest : public testing::Test {
         const std::string link =
             "<INSTANCENAME CLASSNAME=\"TEST_Link\">" + key("From", "a") + key("To", nasty) + "</INSTANCENAME>";
         server_.Answer("AssociatorNames", "",
-                       "<OBJECTPATH>" + whole_path(PathXml("TEST_Disk", nasty)) + "</OBJECTPATH>");
-        server_.Answer("ReferenceNames", "", "<OBJECTPATH>" + whole_path(link) + "</OBJECTPATH>");
+                       "<OBJECTPATH>" + wholePath(PathXml("TEST_Disk", nasty)) + "</OBJECTPATH>");
+        server_.Answer("ReferenceNames", "", "<OBJECTPATH>" + wholePath(link) + "</OBJECTPATH>");
         server_.Answer("Associators", "",
-                       "<VALUE.OBJECTWITHPATH>" + whole_path(PathXml("TEST_Disk", nasty)) +
+                       "<VALUE.OBJECTWITHPATH>" + wholePath(PathXml("TEST_Disk", nasty)) +
                            BareInstanceXml("TEST_Disk", nasty, values) + "</VALUE.OBJECTWITHPATH>");
         server_.Answer("EnumerateInstanceNames", "CIM_Namespace", PathXml("CIM_Namespace", nasty));
         for (const std::string cls : {"CIM_RegisteredProfile", "CIM_ObjectManager"}) {

@@ -34,7 +34,7 @@ namespace {
 extern "C" const char __executable_start; // NOLINT(bugprone-reserved-identifier): the linker's
 extern "C" const char etext;              // the linker's
 
-std::atomic<bool> is_counting{false};
+std::atomic<bool> isCounting{false};
 std::atomic<long> allocations{0};
 std::atomic<long> failing{-1}; // which of them fails
 
@@ -44,7 +44,7 @@ bool IsOfTheProgram(const void* caller) {
 }
 
 void* Allocate(std::size_t size, const void* caller) {
-    if (is_counting && IsOfTheProgram(caller) && ++allocations == failing) {
+    if (isCounting && IsOfTheProgram(caller) && ++allocations == failing) {
         throw std::bad_alloc();
     }
     void* const memory = std::malloc(size == 0 ? 1 : size);
@@ -108,8 +108,8 @@ class ServerProcess {
             }
         }
         ::close(ends[1]);
-        char is_there = ' ';
-        EXPECT_EQ(::read(ends[0], &is_there, 1), 1);
+        char isThere = ' ';
+        EXPECT_EQ(::read(ends[0], &isThere, 1), 1);
         ::close(ends[0]);
     }
     ~ServerProcess() {
@@ -126,7 +126,7 @@ class ServerProcess {
     pid_t process_ = -1;
 };
 
-support::ProgramRun RunFailing(const std::vector<std::string>& arguments, long failing_allocation,
+support::ProgramRun RunFailing(const std::vector<std::string>& arguments, long failingAllocation,
                                const char* plugin = CIMHTTP_PLUGIN) {
     std::vector<const char*> words{"cimhttp", "--plugin", plugin};
     for (const std::string& argument : arguments) {
@@ -135,10 +135,10 @@ support::ProgramRun RunFailing(const std::vector<std::string>& arguments, long f
     std::ostringstream output;
     std::ostringstream errors;
     allocations = 0;
-    failing = failing_allocation;
-    is_counting = true;
+    failing = failingAllocation;
+    isCounting = true;
     const int status = cimhttp::RunProgram(static_cast<int>(words.size()), words.data(), output, errors);
-    is_counting = false;
+    isCounting = false;
     return {status, output.str(), errors.str()};
 }
 

@@ -115,7 +115,7 @@ TEST_F(ProfilesTest, AreAskedForTheirElementsInTheirOwnNamespace) {
         return one.method == "AssociatorNames" && one.object == "p1";
     });
     ASSERT_NE(call, calls.end());
-    EXPECT_EQ(call->name_space, "root/interop");
+    EXPECT_EQ(call->nameSpace, "root/interop");
     EXPECT_THAT(call->body,
                 AllOf(HasSubstr("<CLASSNAME NAME=\"CIM_ElementConformsToProfile\"/>"),
                       HasSubstr("<VALUE>ConformantStandard</VALUE>"), HasSubstr("<VALUE>ManagedElement</VALUE>")));

@@ -122,9 +122,9 @@ class DotReader {
 
     bool Skip(const std::string& mark) {
         SkipBlanks();
-        const bool is_there = text_.compare(place_, mark.size(), mark) == 0;
-        place_ += is_there ? mark.size() : 0;
-        return is_there;
+        const bool isThere = text_.compare(place_, mark.size(), mark) == 0;
+        place_ += isThere ? mark.size() : 0;
+        return isThere;
     }
 
     void Expect(const std::string& mark) {
@@ -238,8 +238,8 @@ TEST_F(RelatedTest, ObjectsInOtherNamespacesAreAskedThereAndThoseOfOtherServersA
               "├── root/other:TEST_Node.Name=\"b\"  TEST_Holds\n"
               "└── root/third:TEST_Node.Name=\"d\"  TEST_Holds\n");
     for (const auto& call : server_.Calls()) {
-        const std::string name_space = call.object == "a" ? "cimv2" : call.object == "b" ? "other" : "third";
-        EXPECT_THAT(call.body, HasSubstr("<NAMESPACE NAME=\"" + name_space + "\"/></LOCALNAMESPACEPATH>"));
+        const std::string nameSpace = call.object == "a" ? "cimv2" : call.object == "b" ? "other" : "third";
+        EXPECT_THAT(call.body, HasSubstr("<NAMESPACE NAME=\"" + nameSpace + "\"/></LOCALNAMESPACEPATH>"));
         EXPECT_NE(call.object, "c");
     }
 }

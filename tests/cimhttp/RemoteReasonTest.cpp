@@ -15,8 +15,8 @@ namespace {
 /// A text that would mean something else in every kind, if words counted.
 constexpr const char* kMisleading = "CIM_ERR_NOT_FOUND HTTP error 401 within 5 s, TLS, SSLContext";
 
-RemoteFailure Of(Kind kind, unsigned cim_status = 0, unsigned http_status = 0) {
-    return {kind, cim_status, http_status, kMisleading, {}};
+RemoteFailure Of(Kind kind, unsigned cimStatus = 0, unsigned httpStatus = 0) {
+    return {kind, cimStatus, httpStatus, kMisleading, {}};
 }
 
 Failure::ExitStatus StatusOf(const RemoteFailure& failure) { return RemoteReason(failure, Connection()).Status(); }

@@ -16,16 +16,16 @@ demo::CimService SecondService() {
     const demo::SchemaDocuments documents(demo::BuiltInSources({SecondSchema()}));
     demo::Schema schema = demo::ReadSchema(documents);
     demo::InstanceProviders instances = demo::DeclaredInstances(documents, schema, demo::CimService::kNamespace);
-    demo::EnumerationLimits no_pulled_enumerations;
-    no_pulled_enumerations.open = 0;
-    return {std::move(schema), std::move(instances), "schema.example", no_pulled_enumerations};
+    demo::EnumerationLimits noPulledEnumerations;
+    noPulledEnumerations.open = 0;
+    return {std::move(schema), std::move(instances), "schema.example", noPulledEnumerations};
 }
 
 std::string Flag(const std::string& name, bool value) {
     return "<IPARAMVALUE NAME=\"" + name + "\"><VALUE>" + (value ? "TRUE" : "FALSE") + "</VALUE></IPARAMVALUE>";
 }
 
-std::string RequestBody(const std::string& method, const std::string& class_name, bool deep) {
+std::string RequestBody(const std::string& method, const std::string& className, bool deep) {
     const std::string flags =
         method == "EnumerateInstances" ? Flag("LocalOnly", false) + Flag("DeepInheritance", deep) : "";
     return "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><MESSAGE ID=\"1\" PROTOCOLVERSION=\"1.0\"><SIMPLEREQ>"
@@ -33,7 +33,7 @@ std::string RequestBody(const std::string& method, const std::string& class_name
            method +
            "\"><LOCALNAMESPACEPATH><NAMESPACE NAME=\"root\"/><NAMESPACE NAME=\"cimv2\"/></LOCALNAMESPACEPATH>"
            "<IPARAMVALUE NAME=\"ClassName\"><CLASSNAME NAME=\"" +
-           class_name + "\"/></IPARAMVALUE>" + flags + "</IMETHODCALL></SIMPLEREQ></MESSAGE></CIM>";
+           className + "\"/></IPARAMVALUE>" + flags + "</IMETHODCALL></SIMPLEREQ></MESSAGE></CIM>";
 }
 
 } // namespace
@@ -52,8 +52,8 @@ std::vector<std::string> SchemaServer::TakeChanged() {
     return std::exchange(changed_, {});
 }
 
-std::string SchemaServer::Answer(const std::string& method, const std::string& class_name, bool deep) const {
-    return demo::Answer(service_, demo::ReadRequest(RequestBody(method, class_name, deep)))->text;
+std::string SchemaServer::Answer(const std::string& method, const std::string& className, bool deep) const {
+    return demo::Answer(service_, demo::ReadRequest(RequestBody(method, className, deep)))->text;
 }
 
 void SchemaServer::Serve(support::Connection& peer) {
@@ -62,8 +62,8 @@ void SchemaServer::Serve(support::Connection& peer) {
         const Sent sent = Changed(call.method, demo::Answer(service_, call)->text);
         const std::string head = "HTTP/1.1 200 OK\r\nContent-Type: application/xml; charset=utf-8\r\n"
                                  "CIMOperation: MethodResponse\r\nContent-Length: " +
-                                 std::to_string(sent.told_length) + "\r\n\r\n";
-        if (!peer.Write(head + sent.body) || sent.body.size() != sent.told_length) {
+                                 std::to_string(sent.toldLength) + "\r\n\r\n";
+        if (!peer.Write(head + sent.body) || sent.body.size() != sent.toldLength) {
             return;
         }
     }

@@ -17,7 +17,7 @@ class SchemaServer {
     /// What goes out instead of the body of an answer, and the length that its head tells.
     struct Sent {
         std::string body;
-        std::size_t told_length;
+        std::size_t toldLength;
     };
     using Change = std::function<Sent(const std::string& body)>;
 
@@ -32,7 +32,7 @@ class SchemaServer {
     std::vector<std::string> TakeChanged();
 
     /// The answer as it is without a change. The message's ID is the test's own.
-    std::string Answer(const std::string& method, const std::string& class_name, bool deep) const;
+    std::string Answer(const std::string& method, const std::string& className, bool deep) const;
 
   private:
     void Serve(support::Connection& peer);

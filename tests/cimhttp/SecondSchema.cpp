@@ -10,9 +10,9 @@ const demo::Schema& WholeSchema() {
     return schema;
 }
 
-std::set<std::string> PropertyNames(const std::string& class_name) {
+std::set<std::string> PropertyNames(const std::string& className) {
     std::set<std::string> names;
-    for (const auto& property : WholeSchema().FindClass(class_name)->properties) {
+    for (const auto& property : WholeSchema().FindClass(className)->properties) {
         names.insert(property.name);
     }
     return names;

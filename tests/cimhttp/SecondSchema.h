@@ -13,4 +13,4 @@ demo::SchemaSource SecondSchema();
 const demo::Schema& WholeSchema();
 
 /// The names of the properties of a class, with those that it inherits.
-std::set<std::string> PropertyNames(const std::string& class_name);
+std::set<std::string> PropertyNames(const std::string& className);

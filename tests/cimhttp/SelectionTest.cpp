@@ -296,13 +296,13 @@ TEST(DateTimeIn, TakesLengthsAsTheyAreShown) {
 }
 
 TEST_F(SelectionTest, AsterisksLeaveOpenOnlyWhatTheyHide) {
-    const std::string some_day = "202611********.******+000";
-    const std::string some_second = "20261121083900.******+000";
-    const std::string some_length = "00000003******.******:000";
-    AnswerWith("datetime", {some_day, some_second, some_length, ""});
-    EXPECT_THAT(Where("Value<2026-12-01 00:00:01 +01:00"), ElementsAre(some_second));
-    EXPECT_THAT(Where("Value>=2026-11-01"), ElementsAre(some_day, some_second));
-    EXPECT_THAT(Where("Value<2027-01-01"), ElementsAre(some_day, some_second));
+    const std::string someDay = "202611********.******+000";
+    const std::string someSecond = "20261121083900.******+000";
+    const std::string someLength = "00000003******.******:000";
+    AnswerWith("datetime", {someDay, someSecond, someLength, ""});
+    EXPECT_THAT(Where("Value<2026-12-01 00:00:01 +01:00"), ElementsAre(someSecond));
+    EXPECT_THAT(Where("Value>=2026-11-01"), ElementsAre(someDay, someSecond));
+    EXPECT_THAT(Where("Value<2027-01-01"), ElementsAre(someDay, someSecond));
     const auto run = Run({"instances", "TEST_Disk", "--where", "Value<2026-11-10"});
     EXPECT_EQ(run.status, 0);
     EXPECT_THAT(run.errors, HasSubstr("cimhttp: 2 values cannot be compared, so that --where does not select the "
@@ -314,13 +314,13 @@ TEST_F(SelectionTest, AsterisksLeaveOpenOnlyWhatTheyHide) {
 
 TEST(ValuePlace, OfAnUnknownZoneLeavesOpenSomeHours) {
     const ValuePlace place{TCIMValue(TCIMDateTime("20261121083900.000000+***"))};
-    const auto is_less_than = [&](const char* text) {
+    const auto isLessThan = [&](const char* text) {
         return place.IsLessThan(*ValuePlace::Of(text, TCIMValue::TCIMType::eCIMDateTime));
     };
-    EXPECT_EQ(is_less_than("2026-11-23"), true);
-    EXPECT_EQ(is_less_than("2026-11-20"), false);
-    EXPECT_EQ(is_less_than("2026-11-21 08:40"), std::nullopt);
-    EXPECT_EQ(is_less_than("2026-11-21 08:38"), std::nullopt);
+    EXPECT_EQ(isLessThan("2026-11-23"), true);
+    EXPECT_EQ(isLessThan("2026-11-20"), false);
+    EXPECT_EQ(isLessThan("2026-11-21 08:40"), std::nullopt);
+    EXPECT_EQ(isLessThan("2026-11-21 08:38"), std::nullopt);
 }
 
 // --- Texts -------------------------------------------------------------------------------------------------------

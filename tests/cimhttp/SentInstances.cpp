@@ -77,9 +77,9 @@ std::string Quoted(const std::string& text) {
 
 /// How a client writes paths.
 struct PathStyle {
-    bool sorts_keys;
-    bool quotes_references;
-    bool lowers_booleans;
+    bool sortsKeys;
+    bool quotesReferences;
+    bool lowersBooleans;
 };
 
 constexpr PathStyle kProgram{true, true, true};
@@ -90,7 +90,7 @@ std::string PathText(const xml_node& path, const PathStyle& style);
 std::string KeyText(const xml_node& key, const PathStyle& style) {
     if (std::string_view(key.name()) == "VALUE.REFERENCE") {
         const std::string path = PathText(OnlyElement(key), style);
-        return style.quotes_references ? Quoted(path) : path;
+        return style.quotesReferences ? Quoted(path) : path;
     }
     if (std::string_view(key.name()) != "KEYVALUE") {
         Fail(std::string(key.name()) + " is no key");
@@ -100,7 +100,7 @@ std::string KeyText(const xml_node& key, const PathStyle& style) {
         return Quoted(TextOf(key));
     }
     const std::string text = Trimmed(TextOf(key));
-    return type == "boolean" && style.lowers_booleans ? Lower(text) : text;
+    return type == "boolean" && style.lowersBooleans ? Lower(text) : text;
 }
 
 std::string InstanceNameText(const xml_node& name, const PathStyle& style) {
@@ -111,7 +111,7 @@ std::string InstanceNameText(const xml_node& name, const PathStyle& style) {
         }
         keys.emplace_back(Attribute(binding, "NAME"), KeyText(OnlyElement(binding), style));
     }
-    if (style.sorts_keys) {
+    if (style.sortsKeys) {
         std::sort(keys.begin(), keys.end(),
                   [](const auto& one, const auto& other) { return Lower(one.first) < Lower(other.first); });
     }
@@ -156,11 +156,11 @@ json IntegerOf(const std::string& text) {
     std::string_view digits = text;
     const bool is_negative = !digits.empty() && digits.front() == '-';
     digits.remove_prefix(is_negative || (!digits.empty() && digits.front() == '+') ? 1 : 0);
-    const bool is_hexadecimal = digits.size() > 2 && digits[0] == '0' && (digits[1] == 'x' || digits[1] == 'X');
-    digits.remove_prefix(is_hexadecimal ? 2 : 0);
+    const bool isHexadecimal = digits.size() > 2 && digits[0] == '0' && (digits[1] == 'x' || digits[1] == 'X');
+    digits.remove_prefix(isHexadecimal ? 2 : 0);
     std::uint64_t magnitude = 0;
     const auto result =
-        std::from_chars(digits.data(), digits.data() + digits.size(), magnitude, is_hexadecimal ? 16 : 10);
+        std::from_chars(digits.data(), digits.data() + digits.size(), magnitude, isHexadecimal ? 16 : 10);
     const auto greatest = static_cast<std::uint64_t>(std::numeric_limits<Integer>::max());
     const std::uint64_t limit = !is_negative ? greatest : std::numeric_limits<Integer>::min() == 0 ? 0 : greatest + 1;
     if (result.ec != std::errc() || result.ptr != digits.data() + digits.size() || magnitude > limit) {
@@ -276,7 +276,7 @@ json ItemOf(const SentProperty& property, const xml_node& value) {
     if (property.type == "reference") {
         return PathText(OnlyElement(value), kProgram);
     }
-    return property.is_embedded ? EmbeddedIn(TextOf(value)) : ScalarOf(property.type, TextOf(value));
+    return property.isEmbedded ? EmbeddedIn(TextOf(value)) : ScalarOf(property.type, TextOf(value));
 }
 
 SentProperty PropertyOf(const xml_node& element) {
@@ -286,7 +286,7 @@ SentProperty PropertyOf(const xml_node& element) {
     }
     SentProperty property;
     property.type = kind == "PROPERTY.REFERENCE" ? "reference" : Attribute(element, "TYPE");
-    property.is_embedded = property.type == "string" && element.attribute("EmbeddedObject");
+    property.isEmbedded = property.type == "string" && element.attribute("EmbeddedObject");
     const auto values = ElementsOf(element);
     if (values.empty()) {
         return property;
@@ -391,8 +391,8 @@ std::string DifferenceOfEmbedded(const json& sent, const json& shown) {
     if (!sent.is_array()) {
         return DifferenceOfObject(sent, shown);
     }
-    const bool has_objects = std::any_of(sent.begin(), sent.end(), [](const json& one) { return !one.is_null(); });
-    if (shown.is_null() && !has_objects) {
+    const bool hasObjects = std::any_of(sent.begin(), sent.end(), [](const json& one) { return !one.is_null(); });
+    if (shown.is_null() && !hasObjects) {
         return "";
     }
     if (!shown.is_array() || shown.size() != sent.size()) {
@@ -415,7 +415,7 @@ std::string DifferenceOfProperty(const SentProperty& sent, const json& shown) {
     if (shown.at("type") != sent.type) {
         return "sent as " + sent.type + ", shown as " + shown.at("type").dump();
     }
-    return sent.is_embedded ? DifferenceOfEmbedded(sent.value, shown.value("object", json())) : "";
+    return sent.isEmbedded ? DifferenceOfEmbedded(sent.value, shown.value("object", json())) : "";
 }
 
 std::string DifferenceOfProperties(const std::map<std::string, SentProperty>& sent, const json& shown) {
@@ -496,12 +496,11 @@ std::string DifferenceFromSent(const std::vector<SentInstance>& sent, const json
         }
         const json record = *found->second;
         records.erase(found);
-        if (record.at("class") != instance.class_name) {
-            return instance.path + ": sent as one of " + instance.class_name + ", shown as " +
-                   record.at("class").dump();
+        if (record.at("class") != instance.className) {
+            return instance.path + ": sent as one of " + instance.className + ", shown as " + record.at("class").dump();
         }
-        if (!instance.doubled_property.empty()) {
-            return instance.path + ", sent twice: " + instance.doubled_property;
+        if (!instance.doubledProperty.empty()) {
+            return instance.path + ", sent twice: " + instance.doubledProperty;
         }
         const std::string difference = DifferenceOfProperties(instance.properties, record.at("properties"));
         if (!difference.empty()) {

@@ -24,17 +24,17 @@ class UnreadableAnswer : public std::runtime_error {
 
 struct SentProperty {
     std::string type; ///< of DSP0201, and `reference`; of an array, that of its elements
-    bool is_embedded = false;
+    bool isEmbedded = false;
     /// Null, a scalar or an array of them. An integer has all its digits; a real is the number as its type holds it.
     /// What is embedded is an object with the members `class` and `properties`, of which each has `type` and `value`.
     nlohmann::json value;
 };
 
 struct SentInstance {
-    std::string path;       ///< as the program writes it
-    std::string class_name; ///< of the INSTANCE, which need not be that of the path
+    std::string path;      ///< as the program writes it
+    std::string className; ///< of the INSTANCE, which need not be that of the path
     std::map<std::string, SentProperty> properties;
-    std::string doubled_property; ///< the name of one that is there twice; empty when there is none
+    std::string doubledProperty; ///< the name of one that is there twice; empty when there is none
 };
 
 /// The instances of an answer to EnumerateInstances, in their order. Throws UnreadableAnswer.

@@ -34,15 +34,15 @@ constexpr std::size_t kVolumes = 3;
 using Lines = std::vector<std::string>;
 
 /// The classes of processes, of which some come and go between any two looks: that which looks is one of them.
-bool IsOfProcesses(const std::string& class_name) {
-    const auto has_below = [&](const char* live) { return WholeSchema().IsA(live, class_name); };
-    return has_below("DEMO_Process") || has_below("DEMO_OSProcess") || has_below("DEMO_ParentProcess");
+bool IsOfProcesses(const std::string& className) {
+    const auto hasBelow = [&](const char* live) { return WholeSchema().IsA(live, className); };
+    return hasBelow("DEMO_Process") || hasBelow("DEMO_OSProcess") || hasBelow("DEMO_ParentProcess");
 }
 
 /// The classes with arrays of embedded objects or with null elements of arrays, of which wbemcli cannot read instances.
 /// None of them has a superclass that it could read without them.
-bool IsUnreadableToWbemcli(const std::string& class_name) {
-    return std::set<std::string>{"DEMO_AllTypes", "WH_Sample", "WH_DatedSample"}.count(class_name) != 0;
+bool IsUnreadableToWbemcli(const std::string& className) {
+    return std::set<std::string>{"DEMO_AllTypes", "WH_Sample", "WH_DatedSample"}.count(className) != 0;
 }
 
 Lines SplitLines(const std::string& text) {
@@ -82,8 +82,8 @@ class ShownAsSentTest : public testing::Test {
         return run.output;
     }
 
-    static json Instances(const std::string& class_name, const Lines& options = {}) {
-        Lines arguments{"instances", class_name, "-o", "json"};
+    static json Instances(const std::string& className, const Lines& options = {}) {
+        Lines arguments{"instances", className, "-o", "json"};
         arguments.insert(arguments.end(), options.begin(), options.end());
         return json::parse(Output(arguments), nullptr, false);
     }
@@ -127,9 +127,9 @@ class ShownAsSentTest : public testing::Test {
     }
 
     /// What wbemcli writes of a class of the server itself, without the name of the server.
-    static Lines WbemcliLines(Lines arguments, const std::string& class_name) {
+    static Lines WbemcliLines(Lines arguments, const std::string& className) {
         const std::string place = support::SecondLoopbackAddress() + ":5988/root/cimv2:";
-        arguments.push_back("http://" + place + class_name);
+        arguments.push_back("http://" + place + className);
         const auto run = support::RunProgram(Wbemcli(), arguments);
         EXPECT_EQ(run.status, 0) << run.output << run.errors;
         Lines lines = SplitLines(run.output);
@@ -142,9 +142,9 @@ class ShownAsSentTest : public testing::Test {
     }
 
     /// The paths that wbemcli names, as the program writes them. Both are led back to an answer of the server.
-    static Lines WbemcliPaths(const std::string& class_name, const std::map<std::string, std::string>& translation) {
+    static Lines WbemcliPaths(const std::string& className, const std::map<std::string, std::string>& translation) {
         Lines paths;
-        for (const std::string& line : WbemcliLines({"ein"}, class_name)) {
+        for (const std::string& line : WbemcliLines({"ein"}, className)) {
             const auto found = translation.find(line);
             paths.push_back(found == translation.end() ? line : found->second);
         }
@@ -164,11 +164,11 @@ class ShownAsSentTest : public testing::Test {
     /// Path and name of each property that is shown without a value.
     using EmptyProperties = std::set<std::pair<std::string, std::string>>;
 
-    static EmptyProperties EmptyAtWbemcli(const std::string& class_name,
+    static EmptyProperties EmptyAtWbemcli(const std::string& className,
                                           const std::map<std::string, std::string>& translation) {
         EmptyProperties empty;
         std::string path;
-        for (const std::string& line : WbemcliLines({"-nl", "ei"}, class_name)) {
+        for (const std::string& line : WbemcliLines({"-nl", "ei"}, className)) {
             const auto found = translation.find(line);
             if (found != translation.end()) {
                 path = found->second;
@@ -232,8 +232,8 @@ class WbemcliComparisonTest : public ShownAsSentTest {
         std::map<std::string, std::string> translation;
     };
 
-    Paths ShownPaths(const std::string& class_name) {
-        const Lines shown = SplitLines(Output({"instances", class_name, "--paths"}));
+    Paths ShownPaths(const std::string& className) {
+        const Lines shown = SplitLines(Output({"instances", className, "--paths"}));
         const Lines answers = TakeAnswers("EnumerateInstanceNames");
         EXPECT_EQ(answers.size(), 1U);
         return {shown, answers.empty() ? std::map<std::string, std::string>() : TranslationOf(answers.front())};
@@ -271,7 +271,7 @@ TEST_F(ShownAsSentTest, ShowsOnlyInstancesOfTheClassItselfWithExact) {
         const json shown = Instances(name, {"--exact"});
         auto sent = TakeSentInstances();
         sent.erase(std::remove_if(sent.begin(), sent.end(),
-                                  [&](const SentInstance& instance) { return instance.class_name != name; }),
+                                  [&](const SentInstance& instance) { return instance.className != name; }),
                    sent.end());
         EXPECT_EQ(DifferenceFromSent(sent, shown), "");
     }

@@ -181,8 +181,8 @@ class StreamOfTheDemoServerTest : public testing::Test {
     }
 
     std::ostringstream log_;
-    demo::AccessLog access_log_{log_};
-    std::optional<demo::DemoServer> server_{std::in_place, Options(access_log_)};
+    demo::AccessLog accessLog_{log_};
+    std::optional<demo::DemoServer> server_{std::in_place, Options(accessLog_)};
 };
 
 TEST_F(StreamOfTheDemoServerTest, AnInterruptIsPassedOnToTheServer) {

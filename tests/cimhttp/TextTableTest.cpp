@@ -81,10 +81,10 @@ Cell Process(const std::string& system, const std::string& handle) {
     return {NQORVYX20::TCIMValue(reference), reference.GetPath()};
 }
 
-Listing Parents(const std::string& last_system) {
+Listing Parents(const std::string& lastSystem) {
     Listing listing({Listing::Key("Parent"), Listing::Key("Child")});
     listing.AddRow({Process("one.example", "1"), Process("one.example", "27")});
-    listing.AddRow({Process("one.example", "1"), Process(last_system, "31")});
+    listing.AddRow({Process("one.example", "1"), Process(lastSystem, "31")});
     return listing;
 }
 
@@ -205,16 +205,16 @@ TEST(TextTable, KeepsColumnsWithManyDifferentTextsForTheirWidth) {
 }
 
 TEST(TextTable, LeavesOutATextThatWouldBeFoldedOverManyLinesUnlessItIsImportant) {
-    const auto listing_with = [](Listing::Column column) {
+    const auto listingWith = [](Listing::Column column) {
         Listing listing({{"Name"}, std::move(column)});
         for (const char* name : {"a", "b"}) {
             listing.AddRow({name, name + std::string(" and many more words").append(200, '.')});
         }
         return listing;
     };
-    EXPECT_EQ(LeftOut(listing_with({"Text"}), 60), (std::vector<std::string>{"Text"}));
-    EXPECT_EQ(LeftOut(listing_with({"Text"}), 90), std::vector<std::string>());
-    EXPECT_EQ(LeftOut(listing_with({"Text", kLeft, Listing::Importance::kHigh}), 60), std::vector<std::string>());
+    EXPECT_EQ(LeftOut(listingWith({"Text"}), 60), (std::vector<std::string>{"Text"}));
+    EXPECT_EQ(LeftOut(listingWith({"Text"}), 90), std::vector<std::string>());
+    EXPECT_EQ(LeftOut(listingWith({"Text", kLeft, Listing::Importance::kHigh}), 60), std::vector<std::string>());
 }
 
 TEST(TextTable, ImportantColumnsStayLongerThanOthersAndComeBackWhenTheySayTheSame) {
@@ -501,10 +501,10 @@ TEST(TextTable, ChoosesAmongAHundredThousandColumns) {
     constexpr std::size_t kColumns = 100000;
     const Listing listing = ManyColumns(kColumns);
     std::ostringstream output;
-    const auto left_out = cimhttp::WriteTable(listing, {200, false}, output).columns;
+    const auto leftOut = cimhttp::WriteTable(listing, {200, false}, output).columns;
     EXPECT_LE(WidestLine(output.str()), 200U);
-    EXPECT_GT(left_out.size(), kColumns - 200 / 3);
-    EXPECT_LT(left_out.size(), kColumns);
+    EXPECT_GT(leftOut.size(), kColumns - 200 / 3);
+    EXPECT_LT(leftOut.size(), kColumns);
 }
 
 TEST(TextTable, SqueezesAHundredThousandColumnsThatWereAskedFor) {

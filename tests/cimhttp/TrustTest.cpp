@@ -155,7 +155,7 @@ TEST_F(TrustTest, AServerThatAnAuthorityVouchesForIsVerifiedWithoutAWord) {
 
 TEST_F(TrustTest, AnExpiredCertificateIsRefusedWithItsDate) {
     Options options = Good();
-    options.valid_until_day = -1;
+    options.validUntilDay = -1;
     const IssuedCertificate certificate = Issued(options);
     const auto server = Serve(certificate);
     ExpectRefused(RunAsReader({"--ca", ca_, "classes"}), *server, "has expired on " + certificate.ValidUntil());
@@ -163,7 +163,7 @@ TEST_F(TrustTest, AnExpiredCertificateIsRefusedWithItsDate) {
 
 TEST_F(TrustTest, ACertificateOfTomorrowIsRefusedWithItsDate) {
     Options options = Good();
-    options.valid_from_day = 1;
+    options.validFromDay = 1;
     const IssuedCertificate certificate = Issued(options);
     const auto server = Serve(certificate);
     ExpectRefused(RunAsReader({"--ca", ca_, "classes"}), *server, "is not valid before " + certificate.ValidFrom());
@@ -205,7 +205,7 @@ TEST_F(TrustTest, AFileThatIsNoCertificateIsNamed) {
 
 TEST_F(TrustTest, AFingerprintAcceptsItsCertificateAndNoOther) {
     Options options;
-    options.valid_until_day = -1; // of another name, too
+    options.validUntilDay = -1; // of another name, too
     const IssuedCertificate certificate(options);
     const auto server = Serve(certificate);
     std::string bare = certificate.Fingerprint();
@@ -317,9 +317,9 @@ TEST_F(TrustTest, WhatIsAcceptedIsWhatWasShown) {
 
 TEST_F(TrustTest, ACertificateCannotSteerTheTerminalOrPushItsFingerprintAway) {
     Options options = Good();
-    options.common_name = "ok\x1b[2J\x1b]0;x\x07\r\nSHA-256 \xe2\x80\xae"
-                          "dab\xc2\x9b"
-                          "31m";
+    options.commonName = "ok\x1b[2J\x1b]0;x\x07\r\nSHA-256 \xe2\x80\xae"
+                         "dab\xc2\x9b"
+                         "31m";
     options.extensions = {{"subjectAltName", "DNS:a\x1b[31m.example"}};
     for (int i = 0; i < 200; ++i) {
         options.extensions.front().second += ",DNS:host" + std::to_string(i) + ".example";
@@ -428,7 +428,7 @@ TEST_F(TrustTest, AServerThatAsksForACertificateGetsTheUsersOwn) {
     for (const auto version : {support::TlsVersion::kOnly12, support::TlsVersion::kOnly13}) {
         support::TlsOptions options = Files(Issued(Good()));
         options.version = version;
-        options.client_authority_file = ca_;
+        options.clientAuthorityFile = ca_;
         const SecureServer server(options, kHttpsPort, address_);
         const auto without = RunAsReader({"--ca", ca_, "classes"});
         EXPECT_EQ(without.status, 3);
@@ -453,7 +453,7 @@ TEST_F(TrustTest, AServerThatAsksForACertificateGetsTheUsersOwn) {
 TEST_F(TrustTest, AServerThatEndsTheHandshakeForWantOfACertificateIsStillShown) {
     support::TlsOptions options = Files(Issued(Good()));
     options.version = support::TlsVersion::kOnly12;
-    options.client_authority_file = ca_;
+    options.clientAuthorityFile = ca_;
     const SecureServer server(options, kHttpsPort, address_);
     auto program = OnTerminal({"classes"});
     ASSERT_TRUE(program.AwaitText(kQuestion)) << program.Screen();

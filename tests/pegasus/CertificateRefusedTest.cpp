@@ -48,7 +48,7 @@ std::string subjectOf(const Outcome& outcome) {
 
 TEST_F(CertificateRefusedTest, TellsWhenItExpired) {
     auto options = serverFor("DNS:server.test");
-    options.valid_until_day = -1;
+    options.validUntilDay = -1;
     const IssuedCertificate certificate(options, authority_);
     const Outcome outcome = refusalOf(certificate);
     EXPECT_EQ(reasonOf(outcome), CertificateRefused::EXPIRED);
@@ -57,7 +57,7 @@ TEST_F(CertificateRefusedTest, TellsWhenItExpired) {
 
 TEST_F(CertificateRefusedTest, TellsFromWhenOnItIsValid) {
     auto options = serverFor("DNS:server.test");
-    options.valid_from_day = 1;
+    options.validFromDay = 1;
     const IssuedCertificate certificate(options, authority_);
     const Outcome outcome = refusalOf(certificate);
     EXPECT_EQ(reasonOf(outcome), CertificateRefused::NOT_YET_VALID);
@@ -126,14 +126,14 @@ TEST_F(CertificateRefusedTest, TellsForWhichHostsItIsToWhoConnectsToAnAddress) {
 
 TEST_F(CertificateRefusedTest, CountsACommonNameOnlyWhereThereIsNoOther) {
     auto options = serverFor("IP:192.0.2.1");
-    options.common_name = "common.test";
+    options.commonName = "common.test";
     Outcome outcome = refusalOf(IssuedCertificate(options, authority_));
     EXPECT_THAT(outcome.text, HasSubstr("it is for 192.0.2.1, common.test and not for server.test"));
     options.extensions = {{"subjectAltName", "DNS:a.test"}};
     outcome = refusalOf(IssuedCertificate(options, authority_));
     EXPECT_THAT(outcome.text, HasSubstr("it is for a.test and not for server.test"));
     options.extensions.clear();
-    options.common_name = "Server of the Month";
+    options.commonName = "Server of the Month";
     outcome = refusalOf(IssuedCertificate(options, authority_));
     EXPECT_THAT(outcome.text, HasSubstr("it names no host and is not for server.test"));
 }
@@ -151,7 +151,7 @@ TEST_F(CertificateRefusedTest, ListsAFewOfManyNamesAndKeepsAll) {
 
 TEST_F(CertificateRefusedTest, ShowsNothingThatCouldSteerATerminal) {
     auto options = serverFor("DNS:a\x1b[2J.test");
-    options.common_name = "b\x1b[2J";
+    options.commonName = "b\x1b[2J";
     const Outcome outcome = refusalOf(IssuedCertificate(options));
     EXPECT_EQ(outcome.text.find('\x1b'), std::string::npos);
     ASSERT_TRUE(outcome.refused);
@@ -191,7 +191,7 @@ TEST_F(CertificateRefusedTest, TellsThatItsSignatureIsWeak) {
 
 TEST_F(CertificateRefusedTest, TellsThatItsIssuerIsNoAuthority) {
     auto options = serverFor("DNS:between.test", {{"basicConstraints", "CA:FALSE"}});
-    options.common_name = "between";
+    options.commonName = "between";
     const IssuedCertificate between(options, authority_);
     const Outcome outcome = refusalOf(IssuedCertificate(serverFor("DNS:server.test"), between), between.Pem());
     EXPECT_EQ(reasonOf(outcome), CertificateRefused::UNSUITABLE);

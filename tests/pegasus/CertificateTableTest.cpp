@@ -34,7 +34,7 @@ void PrintTo(const Row& row, std::ostream* out) { *out << row.name; }
 
 IssuedCertificate newRoot(int validUntilDay = 2) {
     auto options = IssuedCertificate::Authority("root");
-    options.valid_until_day = validUntilDay;
+    options.validUntilDay = validUntilDay;
     return IssuedCertificate(options);
 }
 
@@ -58,15 +58,15 @@ Row signedBetween(std::string name, std::string verdict, const Options& between)
 
 Options named(const std::string& commonName, Extensions extensions = {}) {
     Options options;
-    options.common_name = commonName;
+    options.commonName = commonName;
     options.extensions = std::move(extensions);
     return options;
 }
 
 Options valid(int fromDay, int untilDay) {
     Options options = serverFor("DNS:server.test");
-    options.valid_from_day = fromDay;
-    options.valid_until_day = untilDay;
+    options.validFromDay = fromDay;
+    options.validUntilDay = untilDay;
     return options;
 }
 
@@ -80,7 +80,7 @@ Options with(IssuedCertificate::Key key, const std::string& digest) {
 /// An authority that is one only as far as these say.
 Options between(Extensions extensions, int validUntilDay = 2) {
     Options options = named("between", std::move(extensions));
-    options.valid_until_day = validUntilDay;
+    options.validUntilDay = validUntilDay;
     return options;
 }
 
@@ -203,7 +203,7 @@ std::vector<Row> chains() {
              const IssuedCertificate root = newRoot();
              const IssuedCertificate upper(between({{"basicConstraints", "critical,CA:TRUE,pathlen:0"}}), root);
              auto options = between({authority});
-             options.common_name = "lower";
+             options.commonName = "lower";
              const IssuedCertificate lower(options, upper);
              return Scene{IssuedCertificate(serverFor("DNS:server.test"), lower), lower.Pem() + upper.Pem(),
                           root.Pem()};

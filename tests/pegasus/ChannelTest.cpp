@@ -324,7 +324,7 @@ class Tls : public ::testing::Test {
 
 TEST_F(Tls, EncryptsWithoutVerifyingWhenThereIsNothingToVerifyWith) {
     TestCertificate::Options options;
-    options.expired = options.self_signed = true;
+    options.expired = options.selfSigned = true;
     EXPECT_EQ(echoThrough(serve(options), unverified_), "hello");
 }
 
@@ -350,7 +350,7 @@ TEST_F(Tls, ChecksAnAddressWithAZoneAsWell) {
             GTEST_SKIP() << "no IPv6 here: " << error.what();
         }
         const Endpoint endpoint("::1%1", port);
-        if (options.ip_addresses == other.ip_addresses) {
+        if (options.ipAddresses == other.ipAddresses) {
             EXPECT_THAT(refusal(endpoint, trusting()), HasSubstr("IP address mismatch"));
         } else {
             EXPECT_EQ(echoThrough(endpoint, trusting()), "hello");
@@ -373,9 +373,9 @@ TEST_F(Tls, SaysWhyItRefusesACertificate) {
     auto expired = good;
     expired.expired = true;
     auto notYetValid = good;
-    notYetValid.not_yet_valid = true;
+    notYetValid.notYetValid = true;
     auto selfSigned = good;
-    selfSigned.self_signed = true;
+    selfSigned.selfSigned = true;
     const std::vector<std::pair<TestCertificate::Options, const char*>> refused = {
         {TestCertificate::For("192.0.2.1"), "IP address mismatch"},
         {expired, "certificate has expired"},
@@ -407,7 +407,7 @@ TEST_F(Tls, RefusesACertificateOfAnotherAuthorityOfTheSameName) {
 
 TEST_F(Tls, AcceptsASelfSignedCertificateThatIsItselfInTheTrustStore) {
     auto options = TestCertificate::For(support::LoopbackAddress());
-    options.self_signed = true;
+    options.selfSigned = true;
     const Endpoint endpoint = serve(options);
     EXPECT_EQ(echoThrough(endpoint, SSLContext(String(certificate_->CertificateFile()), nullptr)), "hello");
 }
@@ -459,10 +459,10 @@ TEST_F(Tls, LetsTheCallbackAcceptWhatItsOwnCheckRefused) {
 TEST_F(Tls, ShowsTheCallbackNamesInUtf8) {
     seen.clear();
     auto options = TestCertificate::For(support::LoopbackAddress());
-    options.common_name = "J\xC3\xBCrgens \xE2\x82\xAC";
+    options.commonName = "J\xC3\xBCrgens \xE2\x82\xAC";
     const Endpoint endpoint = serve(options);
     EXPECT_EQ(echoThrough(endpoint, trusting(&RememberAndAccept)), "hello");
-    EXPECT_THAT(seen, Contains(HasSubstr("/CN=" + options.common_name + " by /CN=cimhttp test authority")));
+    EXPECT_THAT(seen, Contains(HasSubstr("/CN=" + options.commonName + " by /CN=cimhttp test authority")));
 }
 
 TEST_F(Tls, LetsTheCallbackRefuseWhatItsOwnCheckAccepted) {

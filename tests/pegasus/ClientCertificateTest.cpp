@@ -32,7 +32,7 @@ class ClientCertificateTest : public TlsFixture {
 
     static IssuedCertificate::Options client() {
         IssuedCertificate::Options options;
-        options.common_name = "client";
+        options.commonName = "client";
         return options;
     }
 
@@ -89,7 +89,7 @@ TEST_F(ClientCertificateTest, IsSaidToBeRefusedWhenTheServerTakesAnother) {
 
 TEST_F(ClientCertificateTest, IsSaidToBeRefusedWhenItHasExpired) {
     auto options = client();
-    options.valid_until_day = -1;
+    options.validUntilDay = -1;
     const IssuedCertificate expired(options, clients_);
     const std::string path = write("expired.pem", expired.Pem() + expired.KeyPem());
     for (const TlsVersion version : kBoth) {

@@ -267,7 +267,7 @@ TEST_F(ClientTest, AsksForAClass) {
 
     const CimServer::Call call = lastCall();
     EXPECT_EQ(call.method, "GetClass");
-    EXPECT_EQ(call.name_space, "root/cimv2");
+    EXPECT_EQ(call.nameSpace, "root/cimv2");
     EXPECT_EQ(call.parameters, (Parameters{{"ClassName", "CIM_Thing"},
                                            {"LocalOnly", "FALSE"},
                                            {"IncludeQualifiers", "TRUE"},

@@ -26,7 +26,7 @@ class FingerprintTest : public TlsFixture {
     static IssuedCertificate::Options bad() {
         auto options =
             serverFor("DNS:other.test", {{"keyUsage", "critical,keyCertSign"}, {"extendedKeyUsage", "clientAuth"}});
-        options.valid_until_day = -1;
+        options.validUntilDay = -1;
         options.key = IssuedCertificate::Key::kRsa1024;
         options.digest = "SHA1";
         return options;

@@ -154,7 +154,7 @@ TEST_F(InstanceStreamTest, ReportsTheServersError) {
 }
 
 TEST(InstanceStreamOfASlowServerTest, HandsOverAnInstanceBeforeTheNextHasArrived) {
-    std::promise<void> first_taken;
+    std::promise<void> firstTaken;
     support::ScriptedServer server([&](support::Connection& connection) {
         connection.ReadRequest();
         const std::string begin = "<CIM><MESSAGE ID=\"1\"><SIMPLERSP><IMETHODRESPONSE NAME=\"EnumerateInstances\">"
@@ -163,7 +163,7 @@ TEST(InstanceStreamOfASlowServerTest, HandsOverAnInstanceBeforeTheNextHasArrived
         const std::string end = Desk(2) + "</IRETURNVALUE></IMETHODRESPONSE></SIMPLERSP></MESSAGE></CIM>";
         connection.Write("HTTP/1.1 200 OK\r\nCIMOperation: MethodResponse\r\nContent-Length: " +
                          std::to_string(begin.size() + end.size()) + "\r\n\r\n" + begin);
-        first_taken.get_future().wait(); // or nothing goes on
+        firstTaken.get_future().wait(); // or nothing goes on
         connection.Write(end);
     });
     CIMClient client;
@@ -171,7 +171,7 @@ TEST(InstanceStreamOfASlowServerTest, HandsOverAnInstanceBeforeTheNextHasArrived
     int count = 0;
     EXPECT_TRUE(InstanceStream(client).enumerateInstances(kNamespace, "DEMO_Desk", [&](const CIMInstance& /*desk*/) {
         if (++count == 1) {
-            first_taken.set_value();
+            firstTaken.set_value();
         }
         return true;
     }));

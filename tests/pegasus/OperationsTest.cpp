@@ -78,7 +78,7 @@ class OperationsTest : public ::testing::Test {
     /// The parameters of the last request, as they were sent.
     std::string lastParameters() const {
         const CimServer::Call call = server_.Calls().back();
-        EXPECT_EQ(call.name_space, "root/cimv2");
+        EXPECT_EQ(call.nameSpace, "root/cimv2");
         const std::string before = "</LOCALNAMESPACEPATH>";
         const std::string& body = call.http.body;
         const std::size_t begin = body.find(before) + before.size(); // that of the call comes first

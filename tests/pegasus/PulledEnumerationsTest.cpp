@@ -120,7 +120,7 @@ TEST_F(PulledEnumerationsTest, BringTheInstancesInPortionsUpToTheEnd) {
     EXPECT_FALSE(end_);
     EXPECT_THAT(LastParameters(), UnorderedElementsAre(Pair("EnumerationContext", "a & b"), //
                                                        Pair("MaxObjectCount", "17")));
-    EXPECT_EQ(server_.Calls().back().name_space, "root/cimv2");
+    EXPECT_EQ(server_.Calls().back().nameSpace, "root/cimv2");
 
     EXPECT_THAT(Paths(client_.pullInstancesWithPath(context_, end_, 17)), ElementsAre(PathText(3)));
     EXPECT_TRUE(end_);

@@ -166,9 +166,9 @@ TEST_F(WireTest, ReportsTheErrorInTheTrailersWhateverTheBodySays) {
         try {
             countNames();
             ADD_FAILURE() << "no exception";
-        } catch (const CIMException& error_thrown) {
-            EXPECT_EQ(error_thrown.getCode(), expected.code);
-            EXPECT_EQ(Text(error_thrown.getMessage()), expected.message);
+        } catch (const CIMException& errorThrown) {
+            EXPECT_EQ(errorThrown.getCode(), expected.code);
+            EXPECT_EQ(Text(errorThrown.getMessage()), expected.message);
         }
         EXPECT_EQ(countNames(), 2U);
         EXPECT_EQ(server_->ConnectionCount(), 1U) << "such an error is a good answer";

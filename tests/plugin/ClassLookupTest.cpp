@@ -112,7 +112,7 @@ TEST_F(ClassLookupTest, AMissCostsTwoRequestsForTheDefinition) {
     ASSERT_EQ(calls.size(), 2U);
     for (const auto& call : calls) {
         EXPECT_EQ(call.method, "GetClass");
-        EXPECT_EQ(call.name_space, "root/cimv2");
+        EXPECT_EQ(call.nameSpace, "root/cimv2");
         EXPECT_EQ(call.parameters.at("ClassName"), "TEST_Disk");
         EXPECT_THAT(call.parameters.at("LocalOnly"), testing::StrCaseEq("false"));
         EXPECT_THAT(call.parameters.at("IncludeQualifiers"), testing::StrCaseEq("true"));

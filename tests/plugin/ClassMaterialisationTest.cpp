@@ -52,7 +52,7 @@ TEST_F(ClassMaterialisationTest, RequestsComeInTheOrderOfTheDefinition) {
     ConnectedNamespace()->AllocateClass("TEST_Disk", nullptr, TCIMContext());
     std::vector<std::string> asked;
     for (const auto& call : server_.Calls()) {
-        EXPECT_EQ(call.name_space, "root/cimv2");
+        EXPECT_EQ(call.nameSpace, "root/cimv2");
         asked.push_back(call.parameters.at(call.method == "GetClass" ? "ClassName" : "QualifierName"));
     }
     EXPECT_THAT(asked, ElementsAre("TEST_Disk", "Zone", "Alpha", "Units", "Key"));

@@ -204,11 +204,11 @@ TEST_F(ConnectionOptionsTest, ACertificateThatIsNotTrustedIsRefusedWithTheReason
     const support::TestCertificate expired(options);
     ExpectCertificateRefused(expired, Trust(expired), Reason::kExpired);
     options.expired = false;
-    options.not_yet_valid = true;
+    options.notYetValid = true;
     const support::TestCertificate early(options);
     ExpectCertificateRefused(early, Trust(early), Reason::kNotYetValid);
-    options.not_yet_valid = false;
-    options.self_signed = true;
+    options.notYetValid = false;
+    options.selfSigned = true;
     const support::TestCertificate own(options);
     ExpectCertificateRefused(own, Trust(other), Reason::kSelfSigned);
 }
@@ -230,7 +230,7 @@ TEST_F(ConnectionOptionsTest, ARefusedCertificateIsDescribed) {
 TEST_F(ConnectionOptionsTest, AFingerprintAcceptsItsCertificateAloneWhateverThatIs) {
     auto options = support::TestCertificate::For("192.0.2.1");
     options.expired = true;
-    options.self_signed = true;
+    options.selfSigned = true;
     const support::TestCertificate certificate(options);
     const std::string fingerprint = FingerprintOf(certificate.CertificateFile());
     server_.ListenTls(kHttpsPort, certificate);
@@ -293,8 +293,8 @@ TEST_F(ConnectionOptionsTest, ThreeNamespacesOfOneServerAreReadAtOnce) {
     }
     std::vector<std::string> asked;
     for (const auto& call : server_.Calls()) {
-        if (asked.empty() || asked.back() != call.name_space) {
-            asked.push_back(call.name_space);
+        if (asked.empty() || asked.back() != call.nameSpace) {
+            asked.push_back(call.nameSpace);
         }
     }
     EXPECT_THAT(asked, ElementsAre("root/cimv2", "root/interop", "interop"));

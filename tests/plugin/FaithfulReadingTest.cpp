@@ -177,7 +177,7 @@ TEST_F(FaithfulReadingTest, AnotherRemoteNamespaceIsReadWhenItIsNamed) {
         TCimHTTPNamespaceProvider::GetInstance()->AllocateNamespace(context, false));
     nameSpace->connect(server_.Address(), "", "", kHttpPort);
     nameSpace->GetClass("TEST_Device", TCIMContext());
-    EXPECT_EQ(server_.Calls().at(0).name_space, "root/interop");
+    EXPECT_EQ(server_.Calls().at(0).nameSpace, "root/interop");
     context[kNamespaceKey] = TCIMValue("no:name");
     EXPECT_EQ(StatusOf([&] { TCimHTTPNamespaceProvider::GetInstance()->AllocateNamespace(context, false); }), 14U);
 }

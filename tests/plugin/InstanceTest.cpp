@@ -94,7 +94,7 @@ TEST_F(InstanceTest, TheFirstEnumerationAsksTheServerAndLaterOnesTheCache) {
     const auto calls = server_.Calls();
     ASSERT_EQ(calls.size(), 1U);
     EXPECT_EQ(calls[0].method, "EnumerateInstances");
-    EXPECT_EQ(calls[0].name_space, "root/cimv2");
+    EXPECT_EQ(calls[0].nameSpace, "root/cimv2");
     EXPECT_EQ(calls[0].parameters.at("ClassName"), "TEST_Disk");
     EXPECT_THAT(calls[0].parameters.at("LocalOnly"), testing::StrCaseEq("true"));
     EXPECT_THAT(calls[0].parameters.at("DeepInheritance"), testing::StrCaseEq("false"));

@@ -138,7 +138,7 @@ TEST_F(NamespaceTest, AFailedConnectLeavesAConnectedNamespaceConnected) {
 
 TEST_F(NamespaceTest, Port5989SpeaksTlsAndDoesNotVerifyTheServer) {
     support::TestCertificate::Options options;
-    options.self_signed = true;
+    options.selfSigned = true;
     const support::TestCertificate certificate(options);
     server_.ListenTls(kHttpsPort, certificate);
     ServeClass("TEST_Disk", "", "");
@@ -204,7 +204,7 @@ TEST_F(NamespaceTest, TheRemoteNamespaceIsAlwaysTheSame) {
     const auto nameSpace = ConnectedNamespace();
     EXPECT_EQ(nameSpace->getPegNSP()->getString(), Pegasus::String("root/cimv2"));
     nameSpace->GetClass("TEST_Disk", TCIMContext());
-    EXPECT_EQ(server_.Calls().front().name_space, "root/cimv2");
+    EXPECT_EQ(server_.Calls().front().nameSpace, "root/cimv2");
 }
 
 TEST_F(NamespaceTest, TwoNamespacesWorkSideBySide) {
@@ -436,7 +436,7 @@ TEST_F(NamespaceTest, EnumerateClassNamesAsksForTheWholeSubtree) {
     EXPECT_EQ(names[1], Pegasus::CIMName("TEST_Tape"));
     ASSERT_EQ(server_.Calls().size(), 1U);
     const auto call = server_.Calls().at(0);
-    EXPECT_EQ(call.name_space, "root/interop");
+    EXPECT_EQ(call.nameSpace, "root/interop");
     EXPECT_EQ(call.parameters.at("ClassName"), "TEST_Base");
     EXPECT_THAT(call.parameters.at("DeepInheritance"), testing::StrCaseEq("true"));
     EXPECT_THAT(VisitedNames([&](const auto& visit) { nameSpace->EnumerateRootClasses(visit, TCIMContext()); }),
@@ -490,7 +490,7 @@ TEST_F(NamespaceTest, TheDiagnosticWalkAsksOnceAndChangesNothing) {
     nameSpace->EnumerateInstances(Pegasus::CIMNamespaceName("root/interop"), Pegasus::CIMName("TEST_Disk"));
     ASSERT_EQ(server_.Calls().size(), 1U);
     ASSERT_EQ(CountCalls("EnumerateInstances", "TEST_Disk"), 1U);
-    EXPECT_EQ(server_.Calls().at(0).name_space, "root/interop");
+    EXPECT_EQ(server_.Calls().at(0).nameSpace, "root/interop");
     const auto parameters = server_.Calls().at(0).parameters;
     for (const char* flag : {"DeepInheritance", "LocalOnly", "IncludeQualifiers", "IncludeClassOrigin"}) {
         EXPECT_THAT(parameters.at(flag), testing::StrCaseEq("false")) << flag;

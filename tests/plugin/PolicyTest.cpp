@@ -123,7 +123,7 @@ TEST_F(PolicyTest, WhatIsForcedBeatsTheHostAndTheHostBeatsWhatIsDefault) {
     EXPECT_EQ(nameSpace->getPegClient()->getTimeout(), 60000U);
     EXPECT_EQ(nameSpace->getPegClient()->getLimits().connectMilliseconds, 2000U);
     nameSpace->GetClass("TEST_Disk", TCIMContext());
-    EXPECT_EQ(server_.Calls().front().name_space, "forced");
+    EXPECT_EQ(server_.Calls().front().nameSpace, "forced");
 }
 
 TEST_F(PolicyTest, OfTheEntriesThatMatchTheFirstThatSetsAnOptionDecides) {

@@ -17,7 +17,7 @@
 namespace NQORVYX20 {
 namespace {
 
-using namespace testing_model;
+using namespace testingModel;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;

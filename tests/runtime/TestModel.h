@@ -20,7 +20,7 @@
 
 // A small object model of the host, enough to keep instances in: a namespace, classes with declarations, keys,
 // instances and association classes. Whatever the instances of the runtime do not use throws status 1.
-namespace NQORVYX20::testing_model {
+namespace NQORVYX20::testingModel {
 
 [[noreturn]] inline void NotSupported() { throw TVYXException(1); }
 
@@ -278,4 +278,4 @@ class TTestNamespace : public ICIMNamespace, public boost::enable_shared_from_th
     std::map<std::string, boost::shared_ptr<TTestClass>> classes_;
 };
 
-} // namespace NQORVYX20::testing_model
+} // namespace NQORVYX20::testingModel

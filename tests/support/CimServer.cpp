@@ -72,11 +72,11 @@ std::string Basic(const std::string& user, const std::string& password) {
 }
 
 template <typename Nodes, typename TextOf>
-std::string Join(const Nodes& nodes, char separator, TextOf text_of) {
+std::string Join(const Nodes& nodes, char separator, TextOf textOf) {
     std::string joined;
     bool first = true;
     for (const pugi::xml_node& node : nodes) {
-        joined += (std::exchange(first, false) ? "" : std::string(1, separator)) + text_of(node);
+        joined += (std::exchange(first, false) ? "" : std::string(1, separator)) + textOf(node);
     }
     return joined;
 }
@@ -99,8 +99,8 @@ Call Understand(HttpRequest request) {
     Call call;
     call.message_id = message.attribute("ID").value();
     call.method = method.attribute("NAME").value();
-    call.name_space = Join(method.child("LOCALNAMESPACEPATH").children("NAMESPACE"), '/',
-                           [](const pugi::xml_node& step) { return std::string(step.attribute("NAME").value()); });
+    call.nameSpace = Join(method.child("LOCALNAMESPACEPATH").children("NAMESPACE"), '/',
+                          [](const pugi::xml_node& step) { return std::string(step.attribute("NAME").value()); });
     for (const pugi::xml_node& parameter : method.children("IPARAMVALUE")) {
         call.parameters[parameter.attribute("NAME").value()] = ParameterText(parameter);
     }
@@ -195,7 +195,7 @@ class CimServer::Impl {
 
     void AnswerNextWith(const std::string& bytes) {
         const std::lock_guard<std::mutex> lock(mutex_);
-        next_answer_ = bytes;
+        nextAnswer_ = bytes;
     }
 
     std::vector<Call> Calls() const {
@@ -224,9 +224,9 @@ class CimServer::Impl {
 
         const std::lock_guard<std::mutex> lock(mutex_);
         calls_.push_back(call);
-        if (next_answer_) {
+        if (nextAnswer_) {
             last = true;
-            return *std::exchange(next_answer_, std::nullopt);
+            return *std::exchange(nextAnswer_, std::nullopt);
         }
         if (!credentials_.empty() && authorization != credentials_) {
             return kUnauthorized;
@@ -244,7 +244,7 @@ class CimServer::Impl {
     const TableEntry unsupported_{ErrorElement(7, "CIM_ERR_NOT_SUPPORTED: there are no pulled enumerations"), ""};
     Framing framing_ = Framing::kContentLength;
     std::string credentials_;
-    std::optional<std::string> next_answer_;
+    std::optional<std::string> nextAnswer_;
     std::vector<Call> calls_;
     ScriptedServer server_; // last: its scripts use all the others
 };
@@ -265,9 +265,9 @@ const std::string& CimServer::Address() const { return impl_->Server().Address()
 
 std::size_t CimServer::ConnectionCount() const { return impl_->Server().ConnectionCount(); }
 
-void CimServer::Answer(const std::string& method, const std::string& object, const std::string& return_value,
-                       const std::string& output_parameters) {
-    impl_->Put(method, object, {"<IRETURNVALUE>\n" + return_value + "</IRETURNVALUE>\n" + output_parameters, ""});
+void CimServer::Answer(const std::string& method, const std::string& object, const std::string& returnValue,
+                       const std::string& outputParameters) {
+    impl_->Put(method, object, {"<IRETURNVALUE>\n" + returnValue + "</IRETURNVALUE>\n" + outputParameters, ""});
 }
 
 void CimServer::AnswerPortion(const std::string& method, const std::string& object, const std::string& objects,

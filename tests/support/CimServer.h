@@ -20,8 +20,8 @@ class CimServer {
     /// One request as the server understood it.
     struct Call {
         std::string message_id;
-        std::string method;     ///< the name of the IMETHODCALL
-        std::string name_space; ///< the steps of the LOCALNAMESPACEPATH, joined with '/'
+        std::string method;    ///< the name of the IMETHODCALL
+        std::string nameSpace; ///< the steps of the LOCALNAMESPACEPATH, joined with '/'
         /// Each IPARAMVALUE by name: a value's text, the name of a CLASSNAME, the texts of an array joined with ','.
         std::map<std::string, std::string> parameters;
         HttpRequest http;
@@ -45,8 +45,8 @@ class CimServer {
     /// the output parameters behind it.
     /// A call that the table does not know gets CIM_ERR_NOT_FOUND or, when it is one of a pulled enumeration,
     /// CIM_ERR_NOT_SUPPORTED: the server has none unless the table says otherwise.
-    void Answer(const std::string& method, const std::string& object, const std::string& return_value,
-                const std::string& output_parameters = {});
+    void Answer(const std::string& method, const std::string& object, const std::string& returnValue,
+                const std::string& outputParameters = {});
 
     /// Answers with one portion of a pulled enumeration. `next` is the context by which the next one is pulled; the
     /// enumeration has ended when it is empty.

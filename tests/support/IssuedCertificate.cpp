@@ -56,11 +56,11 @@ std::shared_ptr<X509> NewCertificate(const IssuedCertificate::Options& options, 
     unsigned serial = 0;
     Check(RAND_bytes(reinterpret_cast<unsigned char*>(&serial), sizeof serial) == 1, "serial number");
     ASN1_INTEGER_set_uint64(X509_get_serialNumber(certificate.get()), serial);
-    X509_gmtime_adj(X509_getm_notBefore(certificate.get()), options.valid_from_day * kDay);
-    X509_gmtime_adj(X509_getm_notAfter(certificate.get()), options.valid_until_day * kDay);
-    if (!options.common_name.empty()) {
+    X509_gmtime_adj(X509_getm_notBefore(certificate.get()), options.validFromDay * kDay);
+    X509_gmtime_adj(X509_getm_notAfter(certificate.get()), options.validUntilDay * kDay);
+    if (!options.commonName.empty()) {
         X509_NAME_add_entry_by_txt(X509_get_subject_name(certificate.get()), "CN", MBSTRING_UTF8,
-                                   reinterpret_cast<const unsigned char*>(options.common_name.c_str()), -1, -1, 0);
+                                   reinterpret_cast<const unsigned char*>(options.commonName.c_str()), -1, -1, 0);
     }
     Check(X509_set_pubkey(certificate.get(), &key) == 1, "public key");
     return certificate;
@@ -86,10 +86,10 @@ std::string TimeText(const ASN1_TIME* time) {
 
 } // namespace
 
-IssuedCertificate::Options IssuedCertificate::Authority(const std::string& common_name,
+IssuedCertificate::Options IssuedCertificate::Authority(const std::string& commonName,
                                                         std::vector<std::pair<std::string, std::string>> extensions) {
     Options options;
-    options.common_name = common_name;
+    options.commonName = commonName;
     options.extensions = {{"basicConstraints", "critical,CA:TRUE"},
                           {"keyUsage", "critical,keyCertSign,cRLSign"},
                           {"subjectKeyIdentifier", "hash"}};

@@ -15,17 +15,17 @@ class IssuedCertificate {
     enum class Key { kEc, kRsa1024 };
 
     struct Options {
-        std::string common_name = "cimhttp test server"; ///< UTF-8; empty: none
+        std::string commonName = "cimhttp test server"; ///< UTF-8; empty: none
         /// OpenSSL's names of extensions with their values as in its configuration file: {"subjectAltName", "DNS:a"}.
         std::vector<std::pair<std::string, std::string>> extensions;
-        int valid_from_day = -2; ///< counted from now
-        int valid_until_day = 2;
+        int validFromDay = -2; ///< counted from now
+        int validUntilDay = 2;
         Key key = Key::kEc;
         std::string digest = "SHA256"; ///< of the signature
     };
 
     /// The options of an authority, with further extensions.
-    static Options Authority(const std::string& common_name,
+    static Options Authority(const std::string& commonName,
                              std::vector<std::pair<std::string, std::string>> extensions = {});
 
     /// One that signs itself.

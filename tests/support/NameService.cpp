@@ -57,7 +57,7 @@ class Names {
 
     std::size_t StackOfLookup() {
         const std::lock_guard<std::mutex> lock(mutex_);
-        return stack_of_lookup_;
+        return stackOfLookup_;
     }
 
     void Forget() {
@@ -84,7 +84,7 @@ class Names {
   private:
     void WaitUntilForgotten(const std::string& name, std::unique_lock<std::mutex>& lock) {
         ++waiting_;
-        stack_of_lookup_ = StackOfThisThread();
+        stackOfLookup_ = StackOfThisThread();
         changed_.notify_all();
         changed_.wait(lock, [&] { return answers_.count(name) == 0; });
         --waiting_;
@@ -110,7 +110,7 @@ class Names {
     std::condition_variable changed_;
     std::map<std::string, std::optional<std::vector<std::string>>> answers_; // nothing: silence
     std::size_t waiting_ = 0;
-    std::size_t stack_of_lookup_ = 0;
+    std::size_t stackOfLookup_ = 0;
 };
 
 } // namespace

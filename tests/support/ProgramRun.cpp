@@ -68,8 +68,8 @@ ProgramRun RunProgramOnTerminal(const std::string& program, const std::vector<st
 }
 
 std::string FindProgram(const std::string& name) {
-    const char* const search_path = std::getenv("PATH");
-    std::istringstream directories(search_path == nullptr ? "" : search_path);
+    const char* const searchPath = std::getenv("PATH");
+    std::istringstream directories(searchPath == nullptr ? "" : searchPath);
     for (std::string directory; std::getline(directories, directory, ':');) {
         std::string path = directory;
         path.append(1, '/').append(name);

@@ -31,12 +31,12 @@ ProgramStart::ProgramStart(std::string program, const std::vector<std::string>& 
             variables_.push_back(std::string(name) + '=' + value);
         }
     }
-    word_pointers_ = Pointers(words_);
-    variable_pointers_ = Pointers(variables_);
+    wordPointers_ = Pointers(words_);
+    variablePointers_ = Pointers(variables_);
 }
 
 void ProgramStart::Become() const {
-    ::execve(program_.c_str(), word_pointers_.data(), variable_pointers_.data());
+    ::execve(program_.c_str(), wordPointers_.data(), variablePointers_.data());
     ::_exit(127);
 }
 

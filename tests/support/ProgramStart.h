@@ -25,8 +25,8 @@ class ProgramStart {
     std::string program_;
     std::vector<std::string> words_;
     std::vector<std::string> variables_;
-    std::vector<char*> word_pointers_;
-    std::vector<char*> variable_pointers_;
+    std::vector<char*> wordPointers_;
+    std::vector<char*> variablePointers_;
 };
 
 } // namespace support

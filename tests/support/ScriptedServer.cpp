@@ -156,8 +156,8 @@ class Peer : public Connection {
     void CloseWithoutAlert() override { socket_.Shutdown(); }
 
     void Reset() override {
-        const linger at_once{1, 0};
-        ::setsockopt(socket_.Descriptor(), SOL_SOCKET, SO_LINGER, &at_once, sizeof at_once);
+        const linger atOnce{1, 0};
+        ::setsockopt(socket_.Descriptor(), SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
         ssl_.reset();
         socket_.Close();
     }
@@ -226,13 +226,13 @@ void Restrict(SSL_CTX& context, TlsVersion version) {
 }
 
 /// Without a context for its sessions a server that requires certificates resumes none.
-void RequireClientCertificate(SSL_CTX& context, const std::string& authority_file) {
+void RequireClientCertificate(SSL_CTX& context, const std::string& authorityFile) {
     SSL_CTX_set_verify(&context, SSL_VERIFY_PEER | SSL_VERIFY_FAIL_IF_NO_PEER_CERT, nullptr);
-    SSL_CTX_set_client_CA_list(&context, SSL_load_client_CA_file(authority_file.c_str()));
+    SSL_CTX_set_client_CA_list(&context, SSL_load_client_CA_file(authorityFile.c_str()));
     const unsigned char name[] = "test";
-    if (SSL_CTX_load_verify_file(&context, authority_file.c_str()) != 1 ||
+    if (SSL_CTX_load_verify_file(&context, authorityFile.c_str()) != 1 ||
         SSL_CTX_set_session_id_context(&context, name, sizeof name) != 1) {
-        throw std::runtime_error("cannot load " + authority_file);
+        throw std::runtime_error("cannot load " + authorityFile);
     }
 }
 
@@ -241,12 +241,12 @@ SslContextPtr MakeSslContext(const TlsOptions& options) {
     SSL_CTX_set_security_level(context.get(),
                                0); // the old versions have no algorithms that OpenSSL still takes for safe
     Restrict(*context, options.version);
-    if (SSL_CTX_use_certificate_chain_file(context.get(), options.certificate_file.c_str()) != 1 ||
-        SSL_CTX_use_PrivateKey_file(context.get(), options.key_file.c_str(), SSL_FILETYPE_PEM) != 1) {
-        throw std::runtime_error("cannot load " + options.certificate_file);
+    if (SSL_CTX_use_certificate_chain_file(context.get(), options.certificateFile.c_str()) != 1 ||
+        SSL_CTX_use_PrivateKey_file(context.get(), options.keyFile.c_str(), SSL_FILETYPE_PEM) != 1) {
+        throw std::runtime_error("cannot load " + options.certificateFile);
     }
-    if (!options.client_authority_file.empty()) {
-        RequireClientCertificate(*context, options.client_authority_file);
+    if (!options.clientAuthorityFile.empty()) {
+        RequireClientCertificate(*context, options.clientAuthorityFile);
     }
     return context;
 }
@@ -293,12 +293,12 @@ class ScriptedServer::Impl {
             ::listen(listener->Descriptor(), SOMAXCONN) != 0) {
             ThrowErrno("cannot listen on " + name);
         }
-        const std::uint16_t actual_port = LocalPort(listener->Descriptor());
+        const std::uint16_t actualPort = LocalPort(listener->Descriptor());
         Socket& socket = *listener;
         const std::lock_guard<std::mutex> lock(mutex_);
         listeners_.push_back(std::move(listener));
         threads_.emplace_back([this, &socket, tls = std::move(tls)] { Accept(socket, tls); });
-        return actual_port;
+        return actualPort;
     }
 
     void Stop() {

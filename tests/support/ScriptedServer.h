@@ -19,10 +19,10 @@ enum class TlsVersion { kCurrent, kOnly10, kOnly11, kOnly12, kOnly13 };
 
 /// How a server speaks TLS. Weak algorithms are good enough for it: it is for the client to refuse them.
 struct TlsOptions {
-    std::string certificate_file; ///< PEM: its certificate, and those that it sends with it
-    std::string key_file;         ///< PEM
+    std::string certificateFile; ///< PEM: its certificate, and those that it sends with it
+    std::string keyFile;         ///< PEM
     TlsVersion version = TlsVersion::kCurrent;
-    std::string client_authority_file; ///< PEM: requires certificates of this authority; empty: asks for none
+    std::string clientAuthorityFile; ///< PEM: requires certificates of this authority; empty: asks for none
 };
 
 /// What a TLS server may send of its own accord, between the bytes of the application.

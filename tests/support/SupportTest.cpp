@@ -150,7 +150,7 @@ TEST(CimServer, AnswersFromItsTableAndRecordsTheCall) {
     ASSERT_EQ(server.Calls().size(), 1U);
     const CimServer::Call call = server.Calls().front();
     EXPECT_EQ(call.method, "GetClass");
-    EXPECT_EQ(call.name_space, "root/cimv2");
+    EXPECT_EQ(call.nameSpace, "root/cimv2");
     EXPECT_EQ(call.parameters,
               (std::map<std::string, std::string>{{"ClassName", "cim_thing"}, {"PropertyList", "A,B"}}));
     EXPECT_EQ(call.http.target, "/cimom");

@@ -56,7 +56,7 @@ TerminalProgram::TerminalProgram(const std::string& program, const std::vector<s
 }
 
 TerminalProgram::~TerminalProgram() {
-    if (!has_ended_) {
+    if (!hasEnded_) {
         ::kill(child_, SIGKILL);
         ::waitpid(child_, nullptr, 0);
     }
@@ -102,11 +102,11 @@ int TerminalProgram::Wait() {
     while (ReadMore()) {
     }
     int status = 0;
-    const bool is_over = Await([&] { return ::waitpid(child_, &status, WNOHANG) == child_; });
-    if (!is_over) {
+    const bool isOver = Await([&] { return ::waitpid(child_, &status, WNOHANG) == child_; });
+    if (!isOver) {
         throw std::runtime_error("the program does not end; its screen: " + screen_);
     }
-    has_ended_ = true;
+    hasEnded_ = true;
     return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
 }
 

@@ -51,7 +51,7 @@ class TerminalProgram {
 
     pid_t child_ = -1;
     int terminal_ = -1;
-    bool has_ended_ = false;
+    bool hasEnded_ = false;
     std::string screen_;
 };
 

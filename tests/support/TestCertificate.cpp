@@ -12,10 +12,10 @@ namespace {
 
 std::string AlternativeNames(const TestCertificate::Options& options) {
     std::string names;
-    for (const std::string& name : options.dns_names) {
+    for (const std::string& name : options.dnsNames) {
         names += (names.empty() ? "DNS:" : ",DNS:") + name;
     }
-    for (const std::string& address : options.ip_addresses) {
+    for (const std::string& address : options.ipAddresses) {
         names += (names.empty() ? "IP:" : ",IP:") + address;
     }
     return names;
@@ -23,13 +23,13 @@ std::string AlternativeNames(const TestCertificate::Options& options) {
 
 IssuedCertificate::Options ServerOptions(const TestCertificate::Options& options) {
     IssuedCertificate::Options server;
-    server.common_name = options.common_name;
+    server.commonName = options.commonName;
     server.extensions = {{"basicConstraints", "CA:FALSE"}};
     if (const std::string names = AlternativeNames(options); !names.empty()) {
         server.extensions.emplace_back("subjectAltName", names);
     }
-    server.valid_from_day = options.not_yet_valid ? 1 : -2;
-    server.valid_until_day = options.expired ? -1 : 2;
+    server.validFromDay = options.notYetValid ? 1 : -2;
+    server.validUntilDay = options.expired ? -1 : 2;
     return server;
 }
 
@@ -40,16 +40,16 @@ bool IsAddress(const std::string& text) {
 
 } // namespace
 
-TestCertificate::Options TestCertificate::For(const std::string& host_or_address) {
+TestCertificate::Options TestCertificate::For(const std::string& hostOrAddress) {
     Options options;
-    (IsAddress(host_or_address) ? options.ip_addresses : options.dns_names).push_back(host_or_address);
+    (IsAddress(hostOrAddress) ? options.ipAddresses : options.dnsNames).push_back(hostOrAddress);
     return options;
 }
 
 TestCertificate::TestCertificate(const Options& options) {
     const IssuedCertificate authority(IssuedCertificate::Authority("cimhttp test authority"));
-    const IssuedCertificate server = options.self_signed ? IssuedCertificate(ServerOptions(options))
-                                                         : IssuedCertificate(ServerOptions(options), authority);
+    const IssuedCertificate server = options.selfSigned ? IssuedCertificate(ServerOptions(options))
+                                                        : IssuedCertificate(ServerOptions(options), authority);
     directory_.WriteFile("ca.pem", authority.Pem());
     directory_.WriteFile("server.pem", server.Pem());
     directory_.WriteFile("server.key", server.KeyPem());

@@ -12,16 +12,16 @@ namespace support {
 class TestCertificate {
   public:
     struct Options {
-        std::string common_name = "cimhttp test server";
-        std::vector<std::string> dns_names;    ///< alternative names of the server
-        std::vector<std::string> ip_addresses; ///< alternative addresses, IPv4 or IPv6
-        bool expired = false;                  ///< the validity ended yesterday
-        bool not_yet_valid = false;            ///< the validity begins tomorrow
-        bool self_signed = false;              ///< signed by its own key instead of the authority's
+        std::string commonName = "cimhttp test server";
+        std::vector<std::string> dnsNames;    ///< alternative names of the server
+        std::vector<std::string> ipAddresses; ///< alternative addresses, IPv4 or IPv6
+        bool expired = false;                 ///< the validity ended yesterday
+        bool notYetValid = false;             ///< the validity begins tomorrow
+        bool selfSigned = false;              ///< signed by its own key instead of the authority's
     };
 
     /// A certificate that is good for one address or name.
-    static Options For(const std::string& host_or_address);
+    static Options For(const std::string& hostOrAddress);
 
     explicit TestCertificate(const Options& options);
 

@@ -14,10 +14,10 @@ struct AssociationQuery {
 
     Wanted wanted = Wanted::kOtherEnds;
     std::string path;                    ///< of the instance
-    std::string association_class;       ///< only associations of this class and its subclasses
+    std::string associationClass;        ///< only associations of this class and its subclasses
     std::string role;                    ///< only those in which this property refers to the instance
-    std::string result_class;            ///< only objects of this class and its subclasses; with kOtherEnds
-    std::string result_role;             ///< only those to which this property refers; with kOtherEnds
+    std::string resultClass;             ///< only objects of this class and its subclasses; with kOtherEnds
+    std::string resultRole;              ///< only those to which this property refers; with kOtherEnds
     std::vector<std::string> properties; ///< only these, where values are asked for; all unless any
     std::string host;                    ///< the server as the user calls it, which paths need not name
 };

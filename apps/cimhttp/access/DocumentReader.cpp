@@ -15,23 +15,23 @@ bool IsOwnSetting(const std::string& attribute) {
 } // namespace
 
 void DocumentReader::StartElement(const char* name, std::map<std::string, std::string>& attributes) {
-    const bool is_network = IsNetwork(name);
-    if (is_network && attributes.size() > 1) {
+    const bool isNetwork = IsNetwork(name);
+    if (isNetwork && attributes.size() > 1) {
         FatalError("Only one setting in each network element, please: the others would not count.");
     }
-    const bool is_own = is_network && !attributes.empty() && IsOwnSetting(attributes.begin()->first);
-    open_elements_.push_back(is_own);
-    if (is_own) {
-        own_settings_.insert(*attributes.begin());
+    const bool isOwn = isNetwork && !attributes.empty() && IsOwnSetting(attributes.begin()->first);
+    openElements_.push_back(isOwn);
+    if (isOwn) {
+        ownSettings_.insert(*attributes.begin());
     } else {
         TCimHTTPRequestedClassParser::StartElement(name, attributes);
     }
 }
 
 void DocumentReader::EndElement(const char* name) {
-    const bool is_own = open_elements_.back();
-    open_elements_.pop_back();
-    if (!is_own) {
+    const bool isOwn = openElements_.back();
+    openElements_.pop_back();
+    if (!isOwn) {
         TCimHTTPRequestedClassParser::EndElement(name);
     }
 }
@@ -45,7 +45,7 @@ void DocumentReader::FatalError(const char* message) {
 
 std::map<std::string, std::string> DocumentReader::Settings() {
     std::map<std::string, std::string> settings = GetRequestedNetworkData();
-    settings.insert(own_settings_.begin(), own_settings_.end());
+    settings.insert(ownSettings_.begin(), ownSettings_.end());
     return settings;
 }
 

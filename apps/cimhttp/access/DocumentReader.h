@@ -24,8 +24,8 @@ class DocumentReader : public TCimHTTPRequestedClassParser {
     std::map<std::string, std::string> Settings();
 
   private:
-    std::vector<bool> open_elements_; // whether each is one of the program's own settings
-    std::map<std::string, std::string> own_settings_;
+    std::vector<bool> openElements_; // whether each is one of the program's own settings
+    std::map<std::string, std::string> ownSettings_;
     std::string error_;
 };
 

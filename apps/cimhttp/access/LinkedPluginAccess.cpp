@@ -27,26 +27,26 @@ using NQORVYX20::TCIMValue;
 
 class LinkedPluginAccess : public PluginAccess {
   public:
-    void Connect(ICIMNamespace& name_space, const std::string& host, const std::string& user,
+    void Connect(ICIMNamespace& nameSpace, const std::string& host, const std::string& user,
                  const std::string& password, int port) const override {
-        dynamic_cast<TCimHTTPNamespace&>(name_space).connect(host, user, password, port);
+        dynamic_cast<TCimHTTPNamespace&>(nameSpace).connect(host, user, password, port);
     }
 
-    bool WouldVerify(ICIMNamespace& name_space, const std::string& host, int port) const override {
-        return dynamic_cast<TCimHTTPNamespace&>(name_space).WouldVerify(host, port);
+    bool WouldVerify(ICIMNamespace& nameSpace, const std::string& host, int port) const override {
+        return dynamic_cast<TCimHTTPNamespace&>(nameSpace).WouldVerify(host, port);
     }
 
-    boost::shared_ptr<ICIMNamespace> Measured(const boost::shared_ptr<ICIMNamespace>& name_space,
+    boost::shared_ptr<ICIMNamespace> Measured(const boost::shared_ptr<ICIMNamespace>& nameSpace,
                                               const std::shared_ptr<MeasurementSink>& sink) const override {
-        return MeasuredNamespace(name_space, sink);
+        return MeasuredNamespace(nameSpace, sink);
     }
 
-    std::optional<NQORVYX20::RemoteFailure> LastFailure(ICIMNamespace& name_space) const override {
-        return dynamic_cast<TCimHTTPNamespace&>(name_space).LastFailure();
+    std::optional<NQORVYX20::RemoteFailure> LastFailure(ICIMNamespace& nameSpace) const override {
+        return dynamic_cast<TCimHTTPNamespace&>(nameSpace).LastFailure();
     }
 
-    NQORVYX20::ReadingIncidents TakeIncidents(ICIMNamespace& name_space) const override {
-        return dynamic_cast<TCimHTTPNamespace&>(name_space).TakeIncidents();
+    NQORVYX20::ReadingIncidents TakeIncidents(ICIMNamespace& nameSpace) const override {
+        return dynamic_cast<TCimHTTPNamespace&>(nameSpace).TakeIncidents();
     }
 
     std::vector<NQORVYX20::EmbeddedObject> EmbeddedObjects(const ICIMInstance& instance,
@@ -56,60 +56,60 @@ class LinkedPluginAccess : public PluginAccess {
                                    : faithful->Embedded(NQORVYX20::NormalizeName(property, NQORVYX20::NameRule::kCim));
     }
 
-    std::vector<std::string> ClassNames(ICIMNamespace& name_space) const override {
-        return ReadRemoteClassNames(dynamic_cast<TCimHTTPNamespace&>(name_space));
+    std::vector<std::string> ClassNames(ICIMNamespace& nameSpace) const override {
+        return ReadRemoteClassNames(dynamic_cast<TCimHTTPNamespace&>(nameSpace));
     }
 
-    std::vector<TCIMReference> InstancePaths(ICIMNamespace& name_space, const std::string& class_name) const override {
-        return ReadRemotePaths(dynamic_cast<TCimHTTPNamespace&>(name_space), class_name);
+    std::vector<TCIMReference> InstancePaths(ICIMNamespace& nameSpace, const std::string& className) const override {
+        return ReadRemotePaths(dynamic_cast<TCimHTTPNamespace&>(nameSpace), className);
     }
 
-    std::vector<TCIMReference> InstancePathsIn(ICIMNamespace& name_space, const std::string& name,
-                                               const std::string& class_name) const override {
-        return ReadRemotePathsIn(dynamic_cast<TCimHTTPNamespace&>(name_space), name, class_name);
+    std::vector<TCIMReference> InstancePathsIn(ICIMNamespace& nameSpace, const std::string& name,
+                                               const std::string& className) const override {
+        return ReadRemotePathsIn(dynamic_cast<TCimHTTPNamespace&>(nameSpace), name, className);
     }
 
-    RemoteClass ReadClass(ICIMNamespace& name_space, const std::string& name) const override {
-        return ReadRemoteClass(dynamic_cast<TCimHTTPNamespace&>(name_space), name);
+    RemoteClass ReadClass(ICIMNamespace& nameSpace, const std::string& name) const override {
+        return ReadRemoteClass(dynamic_cast<TCimHTTPNamespace&>(nameSpace), name);
     }
 
-    std::vector<RemoteClassName> ReadHierarchy(ICIMNamespace& name_space) const override {
-        return ReadRemoteHierarchy(dynamic_cast<TCimHTTPNamespace&>(name_space));
+    std::vector<RemoteClassName> ReadHierarchy(ICIMNamespace& nameSpace) const override {
+        return ReadRemoteHierarchy(dynamic_cast<TCimHTTPNamespace&>(nameSpace));
     }
 
-    std::vector<RemoteQualifierDeclaration> ReadQualifierDeclarations(ICIMNamespace& name_space) const override {
-        return ReadRemoteQualifiers(dynamic_cast<TCimHTTPNamespace&>(name_space));
+    std::vector<RemoteQualifierDeclaration> ReadQualifierDeclarations(ICIMNamespace& nameSpace) const override {
+        return ReadRemoteQualifiers(dynamic_cast<TCimHTTPNamespace&>(nameSpace));
     }
 
-    std::unique_ptr<InstanceSequence> OpenInstances(ICIMNamespace& name_space, NQORVYX20::ICIMClass& cls, bool deep,
+    std::unique_ptr<InstanceSequence> OpenInstances(ICIMNamespace& nameSpace, NQORVYX20::ICIMClass& cls, bool deep,
                                                     const NQORVYX20::TCIMContext& context) const override {
-        return OpenRemoteInstances(dynamic_cast<TCimHTTPNamespace&>(name_space),
+        return OpenRemoteInstances(dynamic_cast<TCimHTTPNamespace&>(nameSpace),
                                    dynamic_cast<NQORVYX20::TCimHTTPClass&>(cls), deep, context);
     }
 
-    bool HasPulledEnumerations(ICIMNamespace& name_space) const override {
-        return HasRemotePulls(dynamic_cast<TCimHTTPNamespace&>(name_space));
+    bool HasPulledEnumerations(ICIMNamespace& nameSpace) const override {
+        return HasRemotePulls(dynamic_cast<TCimHTTPNamespace&>(nameSpace));
     }
 
-    boost::shared_ptr<ICIMInstance> ReadInstance(ICIMNamespace& name_space, const std::string& path) const override {
-        return ReadRemoteInstance(dynamic_cast<TCimHTTPNamespace&>(name_space), path);
+    boost::shared_ptr<ICIMInstance> ReadInstance(ICIMNamespace& nameSpace, const std::string& path) const override {
+        return ReadRemoteInstance(dynamic_cast<TCimHTTPNamespace&>(nameSpace), path);
     }
 
-    std::vector<TCIMReference> RelatedPaths(ICIMNamespace& name_space, const AssociationQuery& query) const override {
-        return ReadRemoteRelatedPaths(dynamic_cast<TCimHTTPNamespace&>(name_space), query);
+    std::vector<TCIMReference> RelatedPaths(ICIMNamespace& nameSpace, const AssociationQuery& query) const override {
+        return ReadRemoteRelatedPaths(dynamic_cast<TCimHTTPNamespace&>(nameSpace), query);
     }
 
-    std::unique_ptr<RelatedObjects> ReadRelated(ICIMNamespace& name_space,
+    std::unique_ptr<RelatedObjects> ReadRelated(ICIMNamespace& nameSpace,
                                                 const AssociationQuery& query) const override {
-        return ReadRemoteRelated(dynamic_cast<TCimHTTPNamespace&>(name_space), query);
+        return ReadRemoteRelated(dynamic_cast<TCimHTTPNamespace&>(nameSpace), query);
     }
 
-    void CheckInstance(ICIMNamespace& name_space, const std::string& path) const override {
-        CheckRemoteInstance(dynamic_cast<TCimHTTPNamespace&>(name_space), path);
+    void CheckInstance(ICIMNamespace& nameSpace, const std::string& path) const override {
+        CheckRemoteInstance(dynamic_cast<TCimHTTPNamespace&>(nameSpace), path);
     }
 
-    std::vector<RemoteLink> ReadLinks(ICIMNamespace& name_space, const std::string& path) const override {
-        return ReadRemoteLinks(dynamic_cast<TCimHTTPNamespace&>(name_space), path);
+    std::vector<RemoteLink> ReadLinks(ICIMNamespace& nameSpace, const std::string& path) const override {
+        return ReadRemoteLinks(dynamic_cast<TCimHTTPNamespace&>(nameSpace), path);
     }
 
     TCIMReference ParsePath(const std::string& path) const override { return ParsedReference(path); }
@@ -119,7 +119,7 @@ class LinkedPluginAccess : public PluginAccess {
     std::vector<std::string> TextsOf(const ICIMInstance* instance,
                                      const boost::shared_ptr<ICIMPropertyDecl const>& declaration,
                                      const TCIMValue& value, const TextForm& form) const override {
-        return TextsIn(instance, declaration, value, {form.is_unscaled, form.says_what_is_not, nullptr});
+        return TextsIn(instance, declaration, value, {form.isUnscaled, form.saysWhatIsNot, nullptr});
     }
 
     std::vector<std::string> UnitTellers(const ICIMClass& cls, const ICIMPropertyDecl& declaration) const override {

@@ -29,8 +29,8 @@ std::string NameOf(const Pegasus::ClientOpPerformanceData& data) {
 /// Listens to the client of a namespace, which it holds.
 class Listener : public Pegasus::ClientOpPerformanceDataHandler {
   public:
-    Listener(boost::shared_ptr<ICIMNamespace> name_space, std::shared_ptr<MeasurementSink> sink)
-        : namespace_(std::move(name_space)), sink_(std::move(sink)) {
+    Listener(boost::shared_ptr<ICIMNamespace> nameSpace, std::shared_ptr<MeasurementSink> sink)
+        : namespace_(std::move(nameSpace)), sink_(std::move(sink)) {
         Client().registerClientOpPerformanceDataHandler(*this);
     }
     ~Listener() override { Client().deregisterClientOpPerformanceDataHandler(); }
@@ -42,7 +42,7 @@ class Listener : public Pegasus::ClientOpPerformanceDataHandler {
     void handleClientOpPerformanceData(const Pegasus::ClientOpPerformanceData& data) override {
         Measurement measurement{NameOf(data), data.requestSize, data.responseSize, data.roundTripTime, {}};
         if (data.serverTimeKnown) {
-            measurement.server_time = data.serverTime;
+            measurement.serverTime = data.serverTime;
         }
         sink_->Add(measurement);
     }
@@ -56,9 +56,9 @@ class Listener : public Pegasus::ClientOpPerformanceDataHandler {
 
 } // namespace
 
-boost::shared_ptr<ICIMNamespace> MeasuredNamespace(const boost::shared_ptr<ICIMNamespace>& name_space,
+boost::shared_ptr<ICIMNamespace> MeasuredNamespace(const boost::shared_ptr<ICIMNamespace>& nameSpace,
                                                    const std::shared_ptr<MeasurementSink>& sink) {
-    const auto listener = boost::make_shared<Listener>(name_space, sink);
+    const auto listener = boost::make_shared<Listener>(nameSpace, sink);
     return {listener, listener->Namespace()};
 }
 

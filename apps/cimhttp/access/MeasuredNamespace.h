@@ -14,7 +14,7 @@ namespace cimhttp {
 
 /// The same namespace, whose operations on its server are measured as long as somebody holds what this returns.
 boost::shared_ptr<NQORVYX20::ICIMNamespace>
-MeasuredNamespace(const boost::shared_ptr<NQORVYX20::ICIMNamespace>& name_space,
+MeasuredNamespace(const boost::shared_ptr<NQORVYX20::ICIMNamespace>& nameSpace,
                   const std::shared_ptr<MeasurementSink>& sink);
 
 } // namespace cimhttp

@@ -11,8 +11,8 @@ struct Measurement {
     std::string operation; ///< its name on the wire
     std::uint64_t sent = 0;
     std::uint64_t received = 0;
-    std::uint64_t round_trip = 0;
-    std::optional<std::uint64_t> server_time; ///< where the server says it
+    std::uint64_t roundTrip = 0;
+    std::optional<std::uint64_t> serverTime; ///< where the server says it
 };
 
 /// Takes measurements, from whatever thread an operation runs on.

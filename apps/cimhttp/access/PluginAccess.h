@@ -44,22 +44,22 @@ class PluginAccess {
     virtual ~PluginAccess() = default;
 
     /// See TCimHTTPNamespace::connect. The namespace must be the plug-in's, here and below.
-    virtual void Connect(NQORVYX20::ICIMNamespace& name_space, const std::string& host, const std::string& user,
+    virtual void Connect(NQORVYX20::ICIMNamespace& nameSpace, const std::string& host, const std::string& user,
                          const std::string& password, int port) const = 0;
 
     /// See TCimHTTPNamespace::WouldVerify.
-    virtual bool WouldVerify(NQORVYX20::ICIMNamespace& name_space, const std::string& host, int port) const = 0;
+    virtual bool WouldVerify(NQORVYX20::ICIMNamespace& nameSpace, const std::string& host, int port) const = 0;
 
     /// The same namespace, whose operations are measured as long as somebody holds what this returns.
     virtual boost::shared_ptr<NQORVYX20::ICIMNamespace>
-    Measured(const boost::shared_ptr<NQORVYX20::ICIMNamespace>& name_space,
+    Measured(const boost::shared_ptr<NQORVYX20::ICIMNamespace>& nameSpace,
              const std::shared_ptr<MeasurementSink>& sink) const = 0;
 
     /// Why the newest operation of the namespace could not read the server; empty when it could.
-    virtual std::optional<NQORVYX20::RemoteFailure> LastFailure(NQORVYX20::ICIMNamespace& name_space) const = 0;
+    virtual std::optional<NQORVYX20::RemoteFailure> LastFailure(NQORVYX20::ICIMNamespace& nameSpace) const = 0;
 
     /// What could not be taken from the server's answers since the last call.
-    virtual NQORVYX20::ReadingIncidents TakeIncidents(NQORVYX20::ICIMNamespace& name_space) const = 0;
+    virtual NQORVYX20::ReadingIncidents TakeIncidents(NQORVYX20::ICIMNamespace& nameSpace) const = 0;
 
     /// The objects that are the value of an instance's property, whose value then is their MOF: one, or one for each
     /// element of an array. None for a value of another kind.
@@ -70,59 +70,59 @@ class PluginAccess {
     // it was.
 
     /// The names of all classes of the server.
-    virtual std::vector<std::string> ClassNames(NQORVYX20::ICIMNamespace& name_space) const = 0;
+    virtual std::vector<std::string> ClassNames(NQORVYX20::ICIMNamespace& nameSpace) const = 0;
 
     /// The paths of the instances of a class and its subclasses, as the server gives them, in its order. One request.
     /// Throws std::invalid_argument for a text that is not a name.
-    virtual std::vector<NQORVYX20::TCIMReference> InstancePaths(NQORVYX20::ICIMNamespace& name_space,
-                                                                const std::string& class_name) const = 0;
+    virtual std::vector<NQORVYX20::TCIMReference> InstancePaths(NQORVYX20::ICIMNamespace& nameSpace,
+                                                                const std::string& className) const = 0;
 
     /// The same in the namespace of that name, whatever the namespace is that is asked.
-    virtual std::vector<NQORVYX20::TCIMReference> InstancePathsIn(NQORVYX20::ICIMNamespace& name_space,
+    virtual std::vector<NQORVYX20::TCIMReference> InstancePathsIn(NQORVYX20::ICIMNamespace& nameSpace,
                                                                   const std::string& name,
-                                                                  const std::string& class_name) const = 0;
+                                                                  const std::string& className) const = 0;
 
     /// The definition of a class, with what it inherits. Throws std::invalid_argument for a text that is not a name.
-    virtual RemoteClass ReadClass(NQORVYX20::ICIMNamespace& name_space, const std::string& name) const = 0;
+    virtual RemoteClass ReadClass(NQORVYX20::ICIMNamespace& nameSpace, const std::string& name) const = 0;
 
     /// All classes of the server, in its order.
-    virtual std::vector<RemoteClassName> ReadHierarchy(NQORVYX20::ICIMNamespace& name_space) const = 0;
+    virtual std::vector<RemoteClassName> ReadHierarchy(NQORVYX20::ICIMNamespace& nameSpace) const = 0;
 
     /// All qualifiers that the server declares, in its order.
     virtual std::vector<RemoteQualifierDeclaration>
-    ReadQualifierDeclarations(NQORVYX20::ICIMNamespace& name_space) const = 0;
+    ReadQualifierDeclarations(NQORVYX20::ICIMNamespace& nameSpace) const = 0;
 
     /// The instances of a class of the namespace, which is a faithful one and must outlive them; with `deep` those of
     /// its subclasses, too. Of the context counts what counts for ICIMClass::EnumerateInstances.
-    virtual std::unique_ptr<InstanceSequence> OpenInstances(NQORVYX20::ICIMNamespace& name_space,
+    virtual std::unique_ptr<InstanceSequence> OpenInstances(NQORVYX20::ICIMNamespace& nameSpace,
                                                             NQORVYX20::ICIMClass& cls, bool deep,
                                                             const NQORVYX20::TCIMContext& context) const = 0;
 
     /// Whether the server has pulled enumerations.
-    virtual bool HasPulledEnumerations(NQORVYX20::ICIMNamespace& name_space) const = 0;
+    virtual bool HasPulledEnumerations(NQORVYX20::ICIMNamespace& nameSpace) const = 0;
 
     /// One instance, named by an object path in one of the forms that clients of CIM print: `Class.k="v"`,
     /// `ns:Class.k="v"`, `/ns:…`, `//host/ns:…`, `host:port/ns:…`, `http://host:port/ns:…`. Its host and namespace
     /// count for nothing here. Throws std::invalid_argument, saying what is wrong, for a text that is not a path.
-    virtual boost::shared_ptr<NQORVYX20::ICIMInstance> ReadInstance(NQORVYX20::ICIMNamespace& name_space,
+    virtual boost::shared_ptr<NQORVYX20::ICIMInstance> ReadInstance(NQORVYX20::ICIMNamespace& nameSpace,
                                                                     const std::string& path) const = 0;
 
     // The associations of an instance. Its path is as for ReadInstance, but the namespace in it counts. What throws
     // std::invalid_argument there does so here, too, and so does a path without keys.
 
     /// The paths of what a query asks for, with their namespaces, in the server's order. One request.
-    virtual std::vector<NQORVYX20::TCIMReference> RelatedPaths(NQORVYX20::ICIMNamespace& name_space,
+    virtual std::vector<NQORVYX20::TCIMReference> RelatedPaths(NQORVYX20::ICIMNamespace& nameSpace,
                                                                const AssociationQuery& query) const = 0;
 
     /// The objects that a query asks for. One request.
-    virtual std::unique_ptr<RelatedObjects> ReadRelated(NQORVYX20::ICIMNamespace& name_space,
+    virtual std::unique_ptr<RelatedObjects> ReadRelated(NQORVYX20::ICIMNamespace& nameSpace,
                                                         const AssociationQuery& query) const = 0;
 
     /// Asks for the instance itself, without its values: the RemoteError says that there is none.
-    virtual void CheckInstance(NQORVYX20::ICIMNamespace& name_space, const std::string& path) const = 0;
+    virtual void CheckInstance(NQORVYX20::ICIMNamespace& nameSpace, const std::string& path) const = 0;
 
     /// All associations of an instance. One request, or two where they do not name the objects by their keys.
-    virtual std::vector<RemoteLink> ReadLinks(NQORVYX20::ICIMNamespace& name_space, const std::string& path) const = 0;
+    virtual std::vector<RemoteLink> ReadLinks(NQORVYX20::ICIMNamespace& nameSpace, const std::string& path) const = 0;
 
     /// An object path as a reference. Throws std::invalid_argument as ReadInstance does.
     virtual NQORVYX20::TCIMReference ParsePath(const std::string& path) const = 0;

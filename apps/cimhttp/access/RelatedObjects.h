@@ -25,7 +25,7 @@ class RelatedObjects {
     /// be connected to it. What cannot be taken over is among the incidents of `name_space`; a class, which is no
     /// instance, is, too. Once for each namespace. Throws as PluginAccess::ReadInstance.
     virtual std::vector<boost::shared_ptr<NQORVYX20::ICIMInstance>>
-    TakeInstances(const std::string& name, NQORVYX20::ICIMNamespace& name_space) = 0;
+    TakeInstances(const std::string& name, NQORVYX20::ICIMNamespace& nameSpace) = 0;
 };
 
 } // namespace cimhttp

@@ -30,28 +30,28 @@ bool IsSameHost(const std::string& one, const std::string& other) {
 }
 
 /// The instance that is asked about, and where it is.
-AssociationRequest RequestAbout(TCimHTTPNamespace& name_space, const std::string& text) {
+AssociationRequest RequestAbout(TCimHTTPNamespace& nameSpace, const std::string& text) {
     const Pegasus::CIMObjectPath path = ParsedPath(text);
     if (path.getKeyBindings().size() == 0) {
         throw std::invalid_argument("it names a class, and not an instance");
     }
     AssociationRequest request;
-    request.nameSpace = path.getNameSpace().isNull() ? *name_space.getPegNSP() : path.getNameSpace();
+    request.nameSpace = path.getNameSpace().isNull() ? *nameSpace.getPegNSP() : path.getNameSpace();
     request.object = {Pegasus::String(), Pegasus::CIMNamespaceName(), path.getClassName(), path.getKeyBindings()};
     return request;
 }
 
-AssociationRequest RequestFor(TCimHTTPNamespace& name_space, const AssociationQuery& query) {
-    AssociationRequest request = RequestAbout(name_space, query.path);
-    for (const std::string& name : {query.association_class, query.result_class, query.role, query.result_role}) {
+AssociationRequest RequestFor(TCimHTTPNamespace& nameSpace, const AssociationQuery& query) {
+    AssociationRequest request = RequestAbout(nameSpace, query.path);
+    for (const std::string& name : {query.associationClass, query.resultClass, query.role, query.resultRole}) {
         if (!name.empty()) {
             CheckName(name);
         }
     }
-    request.associationClass = query.association_class;
-    request.resultClass = query.result_class;
+    request.associationClass = query.associationClass;
+    request.resultClass = query.resultClass;
     request.role = query.role;
-    request.resultRole = query.result_role;
+    request.resultRole = query.resultRole;
     return request;
 }
 
@@ -68,12 +68,11 @@ Pegasus::CIMPropertyList PropertyList(const std::vector<std::string>& properties
 }
 
 /// A path with its namespace, which is `name_space` where it does not say, and with its host unless that is `own_host`.
-Pegasus::CIMObjectPath WholePath(const Pegasus::CIMObjectPath& path, const Pegasus::CIMNamespaceName& name_space,
-                                 const std::string& own_host) {
-    const bool is_own = IsSameHost(ToStdString(path.getHost()), own_host);
-    return {is_own ? Pegasus::String() : path.getHost(),
-            path.getNameSpace().isNull() ? name_space : path.getNameSpace(), path.getClassName(),
-            path.getKeyBindings()};
+Pegasus::CIMObjectPath WholePath(const Pegasus::CIMObjectPath& path, const Pegasus::CIMNamespaceName& nameSpace,
+                                 const std::string& ownHost) {
+    const bool isOwn = IsSameHost(ToStdString(path.getHost()), ownHost);
+    return {isOwn ? Pegasus::String() : path.getHost(), path.getNameSpace().isNull() ? nameSpace : path.getNameSpace(),
+            path.getClassName(), path.getKeyBindings()};
 }
 
 /// Notes that a class came where an instance should be.
@@ -84,11 +83,11 @@ void ReportClass(const Pegasus::CIMObject& object, ReadingReport& report) {
 
 class SentObjects : public RelatedObjects {
   public:
-    SentObjects(Pegasus::Array<Pegasus::CIMObject>& objects, const Pegasus::CIMNamespaceName& name_space,
-                const std::string& own_host) {
+    SentObjects(Pegasus::Array<Pegasus::CIMObject>& objects, const Pegasus::CIMNamespaceName& nameSpace,
+                const std::string& ownHost) {
         for (Pegasus::Uint32 i = 0; i < objects.size(); ++i) {
             Pegasus::CIMObject object = std::exchange(objects[i], {}); // its memory goes to what is made of it
-            object.setPath(WholePath(object.getPath(), name_space, own_host));
+            object.setPath(WholePath(object.getPath(), nameSpace, ownHost));
             objects_[object.getPath().getNameSpace()].append(object);
         }
     }
@@ -101,8 +100,8 @@ class SentObjects : public RelatedObjects {
         return names;
     }
 
-    Instances TakeInstances(const std::string& name, ICIMNamespace& name_space) override {
-        auto& connected = dynamic_cast<TCimHTTPNamespace&>(name_space);
+    Instances TakeInstances(const std::string& name, ICIMNamespace& nameSpace) override {
+        auto& connected = dynamic_cast<TCimHTTPNamespace&>(nameSpace);
         auto instances = InstancesAmong(objects_[Pegasus::CIMNamespaceName(name.c_str())], connected.Report());
         try {
             return dynamic_cast<FaithfulReading&>(*connected.GetReading()).TakeOver(instances);
@@ -166,17 +165,17 @@ std::vector<RemoteLink::End> EndsIn(const Pegasus::CIMInstance& association) {
 }
 
 /// Names the namespaces. An association is its server's own, so the host that its path names is no other server.
-RemoteLink PlacedLink(RemoteLink link, const std::string& name_space) {
-    const std::string own_host = link.association.GetHost();
+RemoteLink PlacedLink(RemoteLink link, const std::string& nameSpace) {
+    const std::string ownHost = link.association.GetHost();
     if (link.association.GetNamespaceName().empty()) {
-        link.association.SetNamespaceName(name_space);
+        link.association.SetNamespaceName(nameSpace);
     }
     link.association.SetHost(std::string());
     for (RemoteLink::End& end : link.ends) {
         if (end.object.GetNamespaceName().empty()) {
             end.object.SetNamespaceName(link.association.GetNamespaceName());
         }
-        if (IsSameHost(end.object.GetHost(), own_host)) {
+        if (IsSameHost(end.object.GetHost(), ownHost)) {
             end.object.SetHost(std::string());
         }
     }
@@ -185,11 +184,11 @@ RemoteLink PlacedLink(RemoteLink link, const std::string& name_space) {
 
 } // namespace
 
-std::vector<TCIMReference> ReadRemoteRelatedPaths(TCimHTTPNamespace& name_space, const AssociationQuery& query) {
-    const AssociationRequest request = RequestFor(name_space, query);
+std::vector<TCIMReference> ReadRemoteRelatedPaths(TCimHTTPNamespace& nameSpace, const AssociationQuery& query) {
+    const AssociationRequest request = RequestFor(nameSpace, query);
     return Remotely([&] {
-        auto paths = query.wanted == Wanted::kOtherEnds ? name_space.Server().AssociatorNames(request)
-                                                        : name_space.Server().ReferenceNames(request);
+        auto paths = query.wanted == Wanted::kOtherEnds ? nameSpace.Server().AssociatorNames(request)
+                                                        : nameSpace.Server().ReferenceNames(request);
         for (Pegasus::Uint32 i = 0; i < paths.size(); ++i) {
             paths[i] = WholePath(paths[i], request.nameSpace, query.host);
         }
@@ -197,42 +196,42 @@ std::vector<TCIMReference> ReadRemoteRelatedPaths(TCimHTTPNamespace& name_space,
     });
 }
 
-std::unique_ptr<RelatedObjects> ReadRemoteRelated(TCimHTTPNamespace& name_space, const AssociationQuery& query) {
-    const AssociationRequest request = RequestFor(name_space, query);
+std::unique_ptr<RelatedObjects> ReadRemoteRelated(TCimHTTPNamespace& nameSpace, const AssociationQuery& query) {
+    const AssociationRequest request = RequestFor(nameSpace, query);
     const Pegasus::CIMPropertyList properties = PropertyList(query.properties);
     return Remotely([&]() -> std::unique_ptr<RelatedObjects> {
-        auto objects = query.wanted == Wanted::kOtherEnds ? name_space.Server().Associators(request, properties)
-                                                          : name_space.Server().References(request, properties);
+        auto objects = query.wanted == Wanted::kOtherEnds ? nameSpace.Server().Associators(request, properties)
+                                                          : nameSpace.Server().References(request, properties);
         return std::make_unique<SentObjects>(objects, request.nameSpace, query.host);
     });
 }
 
-void CheckRemoteInstance(TCimHTTPNamespace& name_space, const std::string& path) {
-    const AssociationRequest request = RequestAbout(name_space, path);
-    Remotely([&] { name_space.Server().CheckInstance(request.nameSpace, request.object); });
+void CheckRemoteInstance(TCimHTTPNamespace& nameSpace, const std::string& path) {
+    const AssociationRequest request = RequestAbout(nameSpace, path);
+    Remotely([&] { nameSpace.Server().CheckInstance(request.nameSpace, request.object); });
 }
 
-std::vector<RemoteLink> ReadRemoteLinks(TCimHTTPNamespace& name_space, const std::string& path) {
-    const AssociationRequest request = RequestAbout(name_space, path);
+std::vector<RemoteLink> ReadRemoteLinks(TCimHTTPNamespace& nameSpace, const std::string& path) {
+    const AssociationRequest request = RequestAbout(nameSpace, path);
     const std::string where = NameText(request.nameSpace);
     return Remotely([&] {
         std::vector<RemoteLink> links;
-        bool has_all_ends = true;
-        for (const TCIMReference& association : HostReferences(name_space.Server().ReferenceNames(request))) {
+        bool hasAllEnds = true;
+        for (const TCIMReference& association : HostReferences(nameSpace.Server().ReferenceNames(request))) {
             links.push_back(PlacedLink({association, EndsIn(association)}, where));
-            has_all_ends = has_all_ends && links.back().ends.size() > 1;
+            hasAllEnds = hasAllEnds && links.back().ends.size() > 1;
         }
-        if (has_all_ends) {
+        if (hasAllEnds) {
             return links;
         }
         links.clear();
-        const auto objects = name_space.Server().References(request, Pegasus::CIMPropertyList());
+        const auto objects = nameSpace.Server().References(request, Pegasus::CIMPropertyList());
         for (Pegasus::Uint32 i = 0; i < objects.size(); ++i) {
             if (objects[i].isInstance()) {
                 const Pegasus::CIMInstance association(objects[i]);
                 links.push_back(PlacedLink({ToHostReference(objects[i].getPath()), EndsIn(association)}, where));
             } else {
-                ReportClass(objects[i], name_space.Report());
+                ReportClass(objects[i], nameSpace.Report());
             }
         }
         return links;

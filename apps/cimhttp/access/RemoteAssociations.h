@@ -16,14 +16,14 @@ namespace cimhttp {
 
 // The reading of associations behind PluginAccess, which says more.
 
-std::vector<NQORVYX20::TCIMReference> ReadRemoteRelatedPaths(NQORVYX20::TCimHTTPNamespace& name_space,
+std::vector<NQORVYX20::TCIMReference> ReadRemoteRelatedPaths(NQORVYX20::TCimHTTPNamespace& nameSpace,
                                                              const AssociationQuery& query);
 
-std::unique_ptr<RelatedObjects> ReadRemoteRelated(NQORVYX20::TCimHTTPNamespace& name_space,
+std::unique_ptr<RelatedObjects> ReadRemoteRelated(NQORVYX20::TCimHTTPNamespace& nameSpace,
                                                   const AssociationQuery& query);
 
-void CheckRemoteInstance(NQORVYX20::TCimHTTPNamespace& name_space, const std::string& path);
+void CheckRemoteInstance(NQORVYX20::TCimHTTPNamespace& nameSpace, const std::string& path);
 
-std::vector<RemoteLink> ReadRemoteLinks(NQORVYX20::TCimHTTPNamespace& name_space, const std::string& path);
+std::vector<RemoteLink> ReadRemoteLinks(NQORVYX20::TCimHTTPNamespace& nameSpace, const std::string& path);
 
 } // namespace cimhttp

@@ -17,11 +17,11 @@ namespace cimhttp {
 /// The flavors of a qualifier (DSP0004 5.6.1).
 struct RemoteFlavor {
     bool overridable = true;
-    bool to_subclass = true;
+    bool toSubclass = true;
     bool translatable = false;
 
     friend bool operator==(const RemoteFlavor& left, const RemoteFlavor& right) {
-        return left.overridable == right.overridable && left.to_subclass == right.to_subclass &&
+        return left.overridable == right.overridable && left.toSubclass == right.toSubclass &&
                left.translatable == right.translatable;
     }
 };
@@ -36,8 +36,8 @@ struct RemoteQualifier {
 struct RemoteType {
     std::string name; ///< as in MOF, `uint16`; `string` for embedded objects
     bool is_array = false;
-    unsigned array_size = 0;     ///< 0 for an array of any size
-    std::string reference_class; ///< of a reference; empty otherwise
+    unsigned array_size = 0;    ///< 0 for an array of any size
+    std::string referenceClass; ///< of a reference; empty otherwise
 };
 
 struct RemoteParameter {
@@ -51,7 +51,7 @@ struct RemoteProperty {
     RemoteType type;
     NQORVYX20::TCIMValue default_value;
     std::string origin; ///< the class that introduced it
-    bool is_inherited = false;
+    bool isInherited = false;
     std::vector<RemoteQualifier> qualifiers;
 };
 
@@ -59,7 +59,7 @@ struct RemoteMethod {
     std::string name;
     RemoteType type;
     std::string origin;
-    bool is_inherited = false;
+    bool isInherited = false;
     std::vector<RemoteParameter> parameters;
     std::vector<RemoteQualifier> qualifiers;
 };

@@ -28,9 +28,9 @@ std::string UsualForm(const std::string& path) {
     const std::string head = path.substr(0, path.find('='));
     const auto port = head.find(':');
     const auto slash = head.find('/');
-    const bool has_port = port != std::string::npos && slash != std::string::npos && port < slash &&
-                          head.find(':', slash) != std::string::npos && !BeginsWith(path, "//");
-    return has_port ? "//" + path : path;
+    const bool hasPort = port != std::string::npos && slash != std::string::npos && port < slash &&
+                         head.find(':', slash) != std::string::npos && !BeginsWith(path, "//");
+    return hasPort ? "//" + path : path;
 }
 
 } // namespace

@@ -34,8 +34,8 @@ std::vector<RemoteQualifier> QualifiersOf(Element& element) {
 }
 
 std::string TypeName(Pegasus::CIMType type) {
-    const bool is_embedded = type == Pegasus::CIMTYPE_OBJECT || type == Pegasus::CIMTYPE_INSTANCE;
-    return Pegasus::cimTypeToString(is_embedded ? Pegasus::CIMTYPE_STRING : type);
+    const bool isEmbedded = type == Pegasus::CIMTYPE_OBJECT || type == Pegasus::CIMTYPE_INSTANCE;
+    return Pegasus::cimTypeToString(isEmbedded ? Pegasus::CIMTYPE_STRING : type);
 }
 
 /// Of a property or parameter.
@@ -116,9 +116,9 @@ class EnumeratedInstances : public InstanceSequence {
 
 } // namespace
 
-std::vector<std::string> ReadRemoteClassNames(TCimHTTPNamespace& name_space) {
+std::vector<std::string> ReadRemoteClassNames(TCimHTTPNamespace& nameSpace) {
     return Remotely([&] {
-        const auto names = name_space.Server().EnumerateClassNames(*name_space.getPegNSP(), Pegasus::CIMName());
+        const auto names = nameSpace.Server().EnumerateClassNames(*nameSpace.getPegNSP(), Pegasus::CIMName());
         std::vector<std::string> texts;
         texts.reserve(names.size());
         for (Pegasus::Uint32 i = 0; i < names.size(); ++i) {
@@ -128,10 +128,10 @@ std::vector<std::string> ReadRemoteClassNames(TCimHTTPNamespace& name_space) {
     });
 }
 
-std::vector<TCIMReference> ReadRemotePaths(TCimHTTPNamespace& name_space, const std::string& class_name) {
+std::vector<TCIMReference> ReadRemotePaths(TCimHTTPNamespace& nameSpace, const std::string& className) {
     return Remotely([&] {
-        CheckName(class_name);
-        const auto paths = name_space.Server().EnumerateInstanceNames(class_name);
+        CheckName(className);
+        const auto paths = nameSpace.Server().EnumerateInstanceNames(className);
         std::vector<TCIMReference> references;
         references.reserve(paths.size());
         for (Pegasus::Uint32 i = 0; i < paths.size(); ++i) {
@@ -141,25 +141,25 @@ std::vector<TCIMReference> ReadRemotePaths(TCimHTTPNamespace& name_space, const 
     });
 }
 
-std::vector<TCIMReference> ReadRemotePathsIn(TCimHTTPNamespace& name_space, const std::string& name,
-                                             const std::string& class_name) {
+std::vector<TCIMReference> ReadRemotePathsIn(TCimHTTPNamespace& nameSpace, const std::string& name,
+                                             const std::string& className) {
     return Remotely([&] {
-        CheckName(class_name);
+        CheckName(className);
         return HostReferences(
-            name_space.Server().EnumerateInstanceNames(Pegasus::CIMNamespaceName(name.c_str()), class_name));
+            nameSpace.Server().EnumerateInstanceNames(Pegasus::CIMNamespaceName(name.c_str()), className));
     });
 }
 
-RemoteClass ReadRemoteClass(TCimHTTPNamespace& name_space, const std::string& name) {
+RemoteClass ReadRemoteClass(TCimHTTPNamespace& nameSpace, const std::string& name) {
     return Remotely([&] {
         CheckName(name);
-        return ClassOf(name_space.Server().GetWholeClass(name));
+        return ClassOf(nameSpace.Server().GetWholeClass(name));
     });
 }
 
-std::vector<RemoteClassName> ReadRemoteHierarchy(TCimHTTPNamespace& name_space) {
+std::vector<RemoteClassName> ReadRemoteHierarchy(TCimHTTPNamespace& nameSpace) {
     return Remotely([&] {
-        auto classes = name_space.Server().EnumerateClassHeads();
+        auto classes = nameSpace.Server().EnumerateClassHeads();
         std::vector<RemoteClassName> names;
         for (Pegasus::Uint32 i = 0; i < classes.size(); ++i) {
             names.push_back({NameText(classes[i].getClassName()), NameText(classes[i].getSuperClassName())});
@@ -168,9 +168,9 @@ std::vector<RemoteClassName> ReadRemoteHierarchy(TCimHTTPNamespace& name_space) 
     });
 }
 
-std::vector<RemoteQualifierDeclaration> ReadRemoteQualifiers(TCimHTTPNamespace& name_space) {
+std::vector<RemoteQualifierDeclaration> ReadRemoteQualifiers(TCimHTTPNamespace& nameSpace) {
     return Remotely([&] {
-        auto remotes = name_space.Server().EnumerateQualifiers();
+        auto remotes = nameSpace.Server().EnumerateQualifiers();
         std::vector<RemoteQualifierDeclaration> declarations;
         for (Pegasus::Uint32 i = 0; i < remotes.size(); ++i) {
             declarations.push_back(DeclarationOf(remotes[i]));
@@ -179,24 +179,24 @@ std::vector<RemoteQualifierDeclaration> ReadRemoteQualifiers(TCimHTTPNamespace& 
     });
 }
 
-std::unique_ptr<InstanceSequence> OpenRemoteInstances(TCimHTTPNamespace& name_space, TCimHTTPClass& cls, bool deep,
+std::unique_ptr<InstanceSequence> OpenRemoteInstances(TCimHTTPNamespace& nameSpace, TCimHTTPClass& cls, bool deep,
                                                       const TCIMContext& context) {
-    auto& reading = dynamic_cast<FaithfulReading&>(*name_space.GetReading());
+    auto& reading = dynamic_cast<FaithfulReading&>(*nameSpace.GetReading());
     return std::make_unique<EnumeratedInstances>(reading.OpenInstances(cls, deep, context));
 }
 
-bool HasRemotePulls(TCimHTTPNamespace& name_space) {
-    return Remotely([&] { return name_space.Server().HasPulledEnumerations(); });
+bool HasRemotePulls(TCimHTTPNamespace& nameSpace) {
+    return Remotely([&] { return nameSpace.Server().HasPulledEnumerations(); });
 }
 
-boost::shared_ptr<ICIMInstance> ReadRemoteInstance(TCimHTTPNamespace& name_space, const std::string& path) {
+boost::shared_ptr<ICIMInstance> ReadRemoteInstance(TCimHTTPNamespace& nameSpace, const std::string& path) {
     TCIMReference reference = ToHostReference(ParsedPath(path));
     reference.SetHost(std::string());
     reference.SetNamespaceName(std::string());
     try {
-        return name_space.GetInstance(reference, TCIMContext());
+        return nameSpace.GetInstance(reference, TCIMContext());
     } catch (const TVYXException&) {
-        if (const auto& failure = name_space.LastFailure()) {
+        if (const auto& failure = nameSpace.LastFailure()) {
             throw RemoteError(*failure);
         }
         throw;

@@ -20,27 +20,27 @@ namespace cimhttp {
 
 // The reading behind PluginAccess, which says more.
 
-std::vector<std::string> ReadRemoteClassNames(NQORVYX20::TCimHTTPNamespace& name_space);
+std::vector<std::string> ReadRemoteClassNames(NQORVYX20::TCimHTTPNamespace& nameSpace);
 
-std::vector<NQORVYX20::TCIMReference> ReadRemotePaths(NQORVYX20::TCimHTTPNamespace& name_space,
-                                                      const std::string& class_name);
+std::vector<NQORVYX20::TCIMReference> ReadRemotePaths(NQORVYX20::TCimHTTPNamespace& nameSpace,
+                                                      const std::string& className);
 
-std::vector<NQORVYX20::TCIMReference> ReadRemotePathsIn(NQORVYX20::TCimHTTPNamespace& name_space,
-                                                        const std::string& name, const std::string& class_name);
+std::vector<NQORVYX20::TCIMReference> ReadRemotePathsIn(NQORVYX20::TCimHTTPNamespace& nameSpace,
+                                                        const std::string& name, const std::string& className);
 
-RemoteClass ReadRemoteClass(NQORVYX20::TCimHTTPNamespace& name_space, const std::string& name);
+RemoteClass ReadRemoteClass(NQORVYX20::TCimHTTPNamespace& nameSpace, const std::string& name);
 
-std::vector<RemoteClassName> ReadRemoteHierarchy(NQORVYX20::TCimHTTPNamespace& name_space);
+std::vector<RemoteClassName> ReadRemoteHierarchy(NQORVYX20::TCimHTTPNamespace& nameSpace);
 
-std::vector<RemoteQualifierDeclaration> ReadRemoteQualifiers(NQORVYX20::TCimHTTPNamespace& name_space);
+std::vector<RemoteQualifierDeclaration> ReadRemoteQualifiers(NQORVYX20::TCimHTTPNamespace& nameSpace);
 
-std::unique_ptr<InstanceSequence> OpenRemoteInstances(NQORVYX20::TCimHTTPNamespace& name_space,
+std::unique_ptr<InstanceSequence> OpenRemoteInstances(NQORVYX20::TCimHTTPNamespace& nameSpace,
                                                       NQORVYX20::TCimHTTPClass& cls, bool deep,
                                                       const NQORVYX20::TCIMContext& context);
 
-bool HasRemotePulls(NQORVYX20::TCimHTTPNamespace& name_space);
+bool HasRemotePulls(NQORVYX20::TCimHTTPNamespace& nameSpace);
 
-boost::shared_ptr<NQORVYX20::ICIMInstance> ReadRemoteInstance(NQORVYX20::TCimHTTPNamespace& name_space,
+boost::shared_ptr<NQORVYX20::ICIMInstance> ReadRemoteInstance(NQORVYX20::TCimHTTPNamespace& nameSpace,
                                                               const std::string& path);
 
 NQORVYX20::TCIMReference ParsedReference(const std::string& path);

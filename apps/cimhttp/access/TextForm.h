@@ -4,8 +4,8 @@ namespace cimhttp {
 
 /// How a user wants the texts of values.
 struct TextForm {
-    bool is_unscaled = false;      ///< numbers as they are, with their unit: `2300 MHz`, not `2.3 GHz`
-    bool says_what_is_not = false; ///< `17 (not in the map)` for a number that a value map has no text for
+    bool isUnscaled = false;    ///< numbers as they are, with their unit: `2300 MHz`, not `2.3 GHz`
+    bool saysWhatIsNot = false; ///< `17 (not in the map)` for a number that a value map has no text for
 };
 
 } // namespace cimhttp

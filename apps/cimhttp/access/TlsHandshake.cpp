@@ -65,9 +65,9 @@ std::string BytesOf(const ASN1_STRING* text) {
 /// Empty for what is no address.
 std::string AddressText(const std::string& bytes) {
     std::array<char, INET6_ADDRSTRLEN> text{};
-    const bool is_known = bytes.size() == sizeof(in_addr) || bytes.size() == sizeof(in6_addr);
+    const bool isKnown = bytes.size() == sizeof(in_addr) || bytes.size() == sizeof(in6_addr);
     const int family = bytes.size() == sizeof(in_addr) ? AF_INET : AF_INET6;
-    return is_known ? ::inet_ntop(family, bytes.data(), text.data(), text.size()) : std::string();
+    return isKnown ? ::inet_ntop(family, bytes.data(), text.data(), text.size()) : std::string();
 }
 
 std::vector<std::string> NamesOf(const X509* certificate) {
@@ -95,8 +95,8 @@ class PipeSignalGuard {
         ::pthread_sigmask(SIG_BLOCK, &pipe_, &before_);
     }
     ~PipeSignalGuard() {
-        const timespec at_once{};
-        while (::sigtimedwait(&pipe_, nullptr, &at_once) == SIGPIPE) {
+        const timespec atOnce{};
+        while (::sigtimedwait(&pipe_, nullptr, &atOnce) == SIGPIPE) {
         }
         ::pthread_sigmask(SIG_SETMASK, &before_, nullptr);
     }
@@ -122,14 +122,14 @@ void Describe(const X509* certificate, cimhttp::TlsDetails& details) {
     details.subject = NameText(::X509_get_subject_name(certificate));
     details.issuer = NameText(::X509_get_issuer_name(certificate));
     details.names = NamesOf(certificate);
-    details.valid_from = TimeText(::X509_get0_notBefore(certificate));
-    details.valid_until = TimeText(::X509_get0_notAfter(certificate));
+    details.validFrom = TimeText(::X509_get0_notBefore(certificate));
+    details.validUntil = TimeText(::X509_get0_notAfter(certificate));
     details.fingerprint = Fingerprint(certificate);
 }
 
 /// Sends none when the server asks for the client's certificate, but remembers that it did.
 int NoteRequest(SSL* connection, X509** /*certificate*/, EVP_PKEY** /*key*/) {
-    static_cast<cimhttp::TlsDetails*>(SSL_get_app_data(connection))->asks_for_certificate = true;
+    static_cast<cimhttp::TlsDetails*>(SSL_get_app_data(connection))->asksForCertificate = true;
     return 0;
 }
 
@@ -139,8 +139,8 @@ std::string FailureText(const SSL* connection, int result, int error) {
     if (reason != nullptr) {
         return reason;
     }
-    const bool is_late = ::SSL_get_error(connection, result) == SSL_ERROR_WANT_READ || error == EAGAIN;
-    if (is_late) {
+    const bool isLate = ::SSL_get_error(connection, result) == SSL_ERROR_WANT_READ || error == EAGAIN;
+    if (isLate) {
         return "the server does not answer in time";
     }
     return error == 0 ? "the server closed the connection" : std::generic_category().message(error);
@@ -172,7 +172,7 @@ extern "C" bool CimhttpTlsHandshake(int socket, const std::string& host, cimhttp
     const Certificate certificate{::SSL_get1_peer_certificate(connection.get())};
     if (certificate) {
         Describe(certificate.get(), details);
-        details.is_self_signed = ::X509_self_signed(certificate.get(), 0) == 1;
+        details.isSelfSigned = ::X509_self_signed(certificate.get(), 0) == 1;
     }
     if (result == 1) {
         ::SSL_shutdown(connection.get());

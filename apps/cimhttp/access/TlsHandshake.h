@@ -12,12 +12,12 @@ struct TlsDetails {
     std::string subject; ///< of the certificate, here and below
     std::string issuer;
     std::vector<std::string> names; ///< the hosts and addresses that it is for
-    std::string valid_from;         ///< in UTC, `2026-11-22T08:00:00Z`
-    std::string valid_until;
+    std::string validFrom;          ///< in UTC, `2026-11-22T08:00:00Z`
+    std::string validUntil;
     std::string fingerprint; ///< SHA-256
-    bool is_self_signed = false;
-    bool asks_for_certificate = false; ///< the server wants to see one of the client's
-    std::string failure;               ///< what ended the handshake too early; empty otherwise
+    bool isSelfSigned = false;
+    bool asksForCertificate = false; ///< the server wants to see one of the client's
+    std::string failure;             ///< what ended the handshake too early; empty otherwise
 };
 
 /// Shakes hands as a client over a connected socket, which stays the caller's. Whom the certificate belongs to is not

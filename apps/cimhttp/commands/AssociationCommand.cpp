@@ -28,9 +28,9 @@ const OutputFormats kFormats{OutputFormat::kTable, OutputFormat::kPlain, OutputF
 /// Those of one class stand together.
 void SortByClass(Instances& instances) {
     std::stable_sort(instances.begin(), instances.end(), [](const auto& one, const auto& other) {
-        const std::string class_name = ClassNameOf(*one);
-        const std::string other_class = ClassNameOf(*other);
-        return class_name == other_class ? PathOf(*one) < PathOf(*other) : NameBefore()(class_name, other_class);
+        const std::string className = ClassNameOf(*one);
+        const std::string otherClass = ClassNameOf(*other);
+        return className == otherClass ? PathOf(*one) < PathOf(*other) : NameBefore()(className, otherClass);
     });
 }
 
@@ -41,10 +41,10 @@ InstanceSelection SelectionOf(const Instances& instances, const std::vector<std:
     if (!names.empty() && !instances.empty()) {
         selection.properties = ChosenOfAny(selection.properties, names);
     }
-    selection.is_asked = !names.empty();
-    selection.is_whole = names.empty();
-    selection.leaves_out_empty = names.empty();
-    selection.has_class = true;
+    selection.isAsked = !names.empty();
+    selection.isWhole = names.empty();
+    selection.leavesOutEmpty = names.empty();
+    selection.hasClass = true;
     return selection;
 }
 
@@ -71,11 +71,11 @@ CommandDescription AssociatorsCommand::Describe() {
         "Show the instances that associations of an instance lead to",
         {PathArgument()},
         OptionsBehind(
-            {{"--class", "NAME", "Only over associations of this class and its subclasses", &query_.association_class},
+            {{"--class", "NAME", "Only over associations of this class and its subclasses", &query_.associationClass},
              {"--role", "NAME", "Only over associations whose property of this name is the instance", &query_.role},
-             {"--result-class", "NAME", "Only instances of this class and its subclasses", &query_.result_class},
+             {"--result-class", "NAME", "Only instances of this class and its subclasses", &query_.resultClass},
              {"--result-role", "NAME", "Only instances that are this property of the association",
-              &query_.result_role}}),
+              &query_.resultRole}}),
         kFormats,
         "cimhttp --host server.example associators 'CIM_Disk.Name=\"a\",Number=3' --result-class CIM_System"};
 }
@@ -85,7 +85,7 @@ CommandDescription ReferencesCommand::Describe() {
             "Show the associations of an instance",
             {PathArgument()},
             OptionsBehind(
-                {{"--class", "NAME", "Only associations of this class and its subclasses", &query_.association_class},
+                {{"--class", "NAME", "Only associations of this class and its subclasses", &query_.associationClass},
                  {"--role", "NAME", "Only associations whose property of this name is the instance", &query_.role}}),
             kFormats,
             "cimhttp --host server.example references 'CIM_Disk.Name=\"a\",Number=3' --names"};
@@ -104,7 +104,7 @@ int AssociationCommand::Run(const CommandContext& context) {
     }
     SortByClass(instances);
     InstanceSelection selection = SelectionOf(instances, query_.properties);
-    selection.is_raw = raw_;
+    selection.isRaw = raw_;
     WriteInstances(instances, selection, context.Format(*this), session.LoadedPlugin().Access(), context);
     return ReportIncidents(incidents, context);
 }

@@ -64,11 +64,11 @@ std::string Member(const char* name, const std::string& json) { return ",\"" + s
 } // namespace
 
 void ChangeWriter::Begin(const Instances& instances) const {
-    if (!is_json_) {
+    if (!isJson_) {
         context_.output << TimeOfDay() << "  " << instances.size()
                         << (instances.size() == 1 ? " instance\n" : " instances\n");
     }
-    for (const auto& instance : is_json_ ? instances : Instances()) {
+    for (const auto& instance : isJson_ ? instances : Instances()) {
         WriteJson(0, "present", ',' + InstanceMembers(*instance, properties_));
     }
     context_.output.flush();
@@ -76,7 +76,7 @@ void ChangeWriter::Begin(const Instances& instances) const {
 
 void ChangeWriter::Write(const std::vector<InstanceChange>& changes, std::size_t round) const {
     for (const InstanceChange& change : changes) {
-        if (is_json_) {
+        if (isJson_) {
             WriteJson(change, round);
         } else {
             WriteLines(change);
@@ -86,7 +86,7 @@ void ChangeWriter::Write(const std::vector<InstanceChange>& changes, std::size_t
 }
 
 void ChangeWriter::Lose(const Failure& failure) const {
-    if (is_json_) {
+    if (isJson_) {
         WriteJson(std::nullopt, "lost", Member("reason", JsonText(failure.what())));
     } else {
         context_.output << TimeOfDay() << "  " << Colored("!", kRed) << ' ' << Printable(failure.what()) << '\n';
@@ -95,7 +95,7 @@ void ChangeWriter::Lose(const Failure& failure) const {
 }
 
 void ChangeWriter::Regain() const {
-    if (is_json_) {
+    if (isJson_) {
         WriteJson(std::nullopt, "back", "");
     } else {
         context_.output << TimeOfDay() << "  " << Colored("!", kGreen) << " the server answers again\n";
@@ -159,7 +159,7 @@ std::string ChangeWriter::DifferenceText(const InstanceChange& change,
 }
 
 std::string ChangeWriter::Colored(const std::string& text, const char* color) const {
-    return context_.options.uses_color ? color + text + "\x1b[0m" : text;
+    return context_.options.usesColor ? color + text + "\x1b[0m" : text;
 }
 
 } // namespace cimhttp

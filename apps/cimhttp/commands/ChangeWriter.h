@@ -27,8 +27,8 @@ class ChangeWriter {
   public:
     /// `properties` are the names of those that are watched.
     ChangeWriter(const CommandContext& context, const ValueTexts& texts, std::vector<std::string> properties,
-                 bool is_json)
-        : context_(context), texts_(texts), properties_(std::move(properties)), is_json_(is_json) {}
+                 bool isJson)
+        : context_(context), texts_(texts), properties_(std::move(properties)), isJson_(isJson) {}
 
     /// What there is to begin with.
     void Begin(const Instances& instances) const;
@@ -54,7 +54,7 @@ class ChangeWriter {
     const CommandContext& context_;
     ValueTexts texts_;
     std::vector<std::string> properties_;
-    bool is_json_;
+    bool isJson_;
 };
 
 } // namespace cimhttp

@@ -14,7 +14,7 @@ CommandDescription ClassCommand::Describe() {
     return {"class",
             "Show a class as MOF",
             {{"NAME", "The class", true, &name_}},
-            {{"--all", "", "Write out what the class inherits, as if it stood alone", &is_whole_}},
+            {{"--all", "", "Write out what the class inherits, as if it stood alone", &isWhole_}},
             {OutputFormat::kMof, OutputFormat::kTable, OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv},
             "cimhttp --host server.example class CIM_FileSystem"};
 }
@@ -24,7 +24,7 @@ int ClassCommand::Run(const CommandContext& context) {
     const RemoteClass cls = session.Definition(name_);
     switch (const OutputFormat format = context.Format(*this)) {
     case OutputFormat::kMof:
-        context.output << ClassMof(cls, session.KnownQualifiers(), is_whole_);
+        context.output << ClassMof(cls, session.KnownQualifiers(), isWhole_);
         break;
     case OutputFormat::kJson:
         context.output << ClassJson(cls) << '\n';

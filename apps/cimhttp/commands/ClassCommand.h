@@ -12,7 +12,7 @@ class ClassCommand : public Command {
 
   private:
     std::string name_;
-    bool is_whole_ = false; ///< in MOF, what the class inherits is written out
+    bool isWhole_ = false; ///< in MOF, what the class inherits is written out
 };
 
 } // namespace cimhttp

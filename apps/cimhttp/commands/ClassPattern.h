@@ -7,7 +7,7 @@
 namespace cimhttp {
 
 /// Whether a class is one of those that a user asks for; an empty pattern asks for all.
-bool IsSelected(const std::string& pattern, const std::string& class_name);
+bool IsSelected(const std::string& pattern, const std::string& className);
 
 /// Says in a line that there are no classes but other ones, `count` of them.
 void SayThatNoClassMatches(const std::string& pattern, std::size_t count, std::ostream& errors);

@@ -78,23 +78,23 @@ void ReportFailures(Collector& collector, ProgressBar& bar, std::ostream& errors
 
 /// Waits until everything is read, or the user does not want to wait any more: that is when Interrupted() is true.
 /// Returns whether the collector has ended.
-bool Watch(Collector& collector, std::size_t class_count, const CommandContext& context) {
+bool Watch(Collector& collector, std::size_t classCount, const CommandContext& context) {
     std::ostream& errors = context.errors;
-    ProgressBar bar(context.ShowsProgress() ? &errors : nullptr, context.options.error_stream_width, class_count);
+    ProgressBar bar(context.ShowsProgress() ? &errors : nullptr, context.options.errorStreamWidth, classCount);
     const auto begin = std::chrono::steady_clock::now();
     Collector::Progress progress;
-    while (!progress.has_ended && !Interrupted()) {
-        bar.Show(progress.classes_done, progress.instances,
+    while (!progress.hasEnded && !Interrupted()) {
+        bar.Show(progress.classesDone, progress.instances,
                  std::chrono::duration_cast<std::chrono::seconds>(std::chrono::steady_clock::now() - begin));
         progress = collector.Wait(kLookInterval);
         ReportFailures(collector, bar, errors);
     }
-    if (!progress.has_ended) {
+    if (!progress.hasEnded) {
         collector.Stop();
         progress = collector.Wait(kGrace);
         ReportFailures(collector, bar, errors);
     }
-    return progress.has_ended;
+    return progress.hasEnded;
 }
 
 /// Says why the reading has ended before the last class. Throws that when nothing was read.
@@ -129,7 +129,7 @@ CommandDescription CollectCommand::Describe() {
     return {"collect",
             "Write the classes that a document names, with all instances, as JSON",
             {{"FILE", "The requested-class document", true, &document_}},
-            {{"--out", "FILE", "The file to write or replace; the standard output without it", &out_file_}},
+            {{"--out", "FILE", "The file to write or replace; the standard output without it", &outFile_}},
             {OutputFormat::kJson},
             "cimhttp --host server.example collect requested.xml --out collected.json",
             kNotes};
@@ -139,17 +139,17 @@ int CollectCommand::Run(const CommandContext& context) {
     const Plugin plugin(context.options.plugin);
     const auto requested = ReadDocument(plugin, document_);
     const Connection connection = ConnectionOf(context.options, requested.settings, document_);
-    const auto file = out_file_.empty() ? std::nullopt : std::optional<OutputFile>(out_file_);
+    const auto file = outFile_.empty() ? std::nullopt : std::optional<OutputFile>(outFile_);
     const auto names = DistinctNames(requested.names);
     const Session session = context.ConnectTo(plugin, connection);
     const InterruptScope interrupts;
     Collector collector(session, names);
-    const bool has_ended = Watch(collector, names.size(), context);
+    const bool hasEnded = Watch(collector, names.size(), context);
     const Collection collection = collector.Collected();
     ReportEarlyEnd(collector, collection, context.errors);
-    Write(collection, ValueTexts(plugin.Access(), context.options.text_form), file, context.output);
+    Write(collection, ValueTexts(plugin.Access(), context.options.textForm), file, context.output);
     ReportIncidents(collector.Incidents(), context);
-    if (!has_ended) {
+    if (!hasEnded) {
         std::_Exit(Failure::kIncomplete); // the thread that waits for the server cannot be ended otherwise
     }
     return collection.complete ? 0 : Failure::kIncomplete;

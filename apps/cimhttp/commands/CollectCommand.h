@@ -15,7 +15,7 @@ class CollectCommand : public Command {
 
   private:
     std::string document_;
-    std::string out_file_; ///< empty for the output
+    std::string outFile_; ///< empty for the output
 };
 
 } // namespace cimhttp

@@ -84,13 +84,13 @@ class Separator {
     explicit Separator(std::ostream& output) : output_(output) {}
 
     void BeginItem() {
-        output_ << (is_first_ ? "\n" : ",\n");
-        is_first_ = false;
+        output_ << (isFirst_ ? "\n" : ",\n");
+        isFirst_ = false;
     }
 
   private:
     std::ostream& output_;
-    bool is_first_ = true;
+    bool isFirst_ = true;
 };
 
 // Only one instance at a time is built in memory.
@@ -101,12 +101,12 @@ void WriteClass(const Collection::Class& cls, const ValueTexts& texts, std::ostr
            << "\"properties\":" << PropertiesJson(definition) << ",\n"
            << "\"methods\":" << MethodsJson(definition) << ",\n"
            << "\"instances\":[";
-    InstanceJson instance_json(PropertySelector(std::nullopt, PropertySelector::Order::kByName), texts);
+    InstanceJson instanceJson(PropertySelector(std::nullopt, PropertySelector::Order::kByName), texts);
     std::string json;
     Separator separator(output);
     for (const auto& instance : cls.instances) {
         json.clear();
-        instance_json.Append(*instance, json);
+        instanceJson.Append(*instance, json);
         separator.BeginItem();
         output << json;
     }

@@ -29,7 +29,7 @@ struct Collector::State {
         const std::size_t instances = cls.instances.size();
         collected.classes.push_back(std::move(cls));
         progress.instances += instances;
-        ++progress.classes_done;
+        ++progress.classesDone;
     }
 
     void Add(const IncidentTally& lost) {
@@ -41,25 +41,25 @@ struct Collector::State {
     void AddFailure(const std::string& failure) {
         const std::lock_guard<std::mutex> lock(mutex);
         collected.complete = false;
-        ++progress.classes_done;
+        ++progress.classesDone;
         failures.push_back(failure);
     }
 
     void End(const Failure& failure) {
         const std::lock_guard<std::mutex> lock(mutex);
-        early_end = failure;
+        earlyEnd = failure;
     }
 
     /// Something that is not known has not been read.
     void EndForLackOfMemory() {
         const std::lock_guard<std::mutex> lock(mutex);
         collected.complete = false;
-        lacks_memory = true;
+        lacksMemory = true;
     }
 
     bool IsStopping() {
         const std::lock_guard<std::mutex> lock(mutex);
-        return is_stopping;
+        return isStopping;
     }
 
     Session session; // used by the thread alone
@@ -70,9 +70,9 @@ struct Collector::State {
     Collection collected;
     IncidentTally incidents;
     std::vector<std::string> failures;
-    std::optional<Failure> early_end;
-    bool lacks_memory = false;
-    bool is_stopping = false;
+    std::optional<Failure> earlyEnd;
+    bool lacksMemory = false;
+    bool isStopping = false;
 };
 
 Collector::Collector(Session session, std::vector<std::string> names)
@@ -115,10 +115,10 @@ void Collector::ReadAll(State& state, const BackgroundTask::Notify& notify) {
 }
 
 Collector::Progress Collector::Wait(std::chrono::milliseconds time) {
-    const bool has_ended = task_.Wait(time);
+    const bool hasEnded = task_.Wait(time);
     const std::lock_guard<std::mutex> lock(state_->mutex);
     Progress progress = state_->progress;
-    progress.has_ended = has_ended;
+    progress.hasEnded = hasEnded;
     return progress;
 }
 
@@ -129,12 +129,12 @@ std::vector<std::string> Collector::TakeFailures() {
 
 std::optional<Failure> Collector::EarlyEnd() const {
     const std::lock_guard<std::mutex> lock(state_->mutex);
-    return state_->lacks_memory ? Failure(Failure::kOther, kTooLittleMemory) : state_->early_end;
+    return state_->lacksMemory ? Failure(Failure::kOther, kTooLittleMemory) : state_->earlyEnd;
 }
 
 void Collector::Stop() {
     const std::lock_guard<std::mutex> lock(state_->mutex);
-    state_->is_stopping = true;
+    state_->isStopping = true;
 }
 
 IncidentTally Collector::Incidents() const {
@@ -145,7 +145,7 @@ IncidentTally Collector::Incidents() const {
 Collection Collector::Collected() const {
     const std::lock_guard<std::mutex> lock(state_->mutex);
     Collection collected = state_->collected;
-    collected.complete = collected.complete && state_->progress.classes_done == state_->names.size();
+    collected.complete = collected.complete && state_->progress.classesDone == state_->names.size();
     return collected;
 }
 

@@ -19,9 +19,9 @@ namespace cimhttp {
 class Collector {
   public:
     struct Progress {
-        std::size_t classes_done = 0; ///< read or failed
+        std::size_t classesDone = 0; ///< read or failed
         std::size_t instances = 0;
-        bool has_ended = false;
+        bool hasEnded = false;
     };
 
     /// Begins to read. While that has not ended, see BackgroundTask about the end of the program.

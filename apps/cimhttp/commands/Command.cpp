@@ -47,8 +47,8 @@ void CommandContext::WarnAbout(const Connection& connection) const {
     errors.flush();
 }
 
-Attendant CommandContext::MakeAttendant(std::function<void()> on_interrupt) const {
-    return {errors, ShowsProgress(), options.error_stream_width, std::move(on_interrupt)};
+Attendant CommandContext::MakeAttendant(std::function<void()> onInterrupt) const {
+    return {errors, ShowsProgress(), options.errorStreamWidth, std::move(onInterrupt)};
 }
 
 Attendant CommandContext::MakeAttendant() const {
@@ -58,6 +58,6 @@ Attendant CommandContext::MakeAttendant() const {
     });
 }
 
-bool CommandContext::ShowsProgress() const { return options.is_error_stream_terminal && !options.log_level; }
+bool CommandContext::ShowsProgress() const { return options.isErrorStreamTerminal && !options.logLevel; }
 
 } // namespace cimhttp

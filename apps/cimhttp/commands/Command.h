@@ -23,7 +23,7 @@ class Session;
 struct CommandArgument {
     std::string name; ///< as the help shows it, `NAME`
     std::string help;
-    bool is_required;
+    bool isRequired;
     std::string* target; ///< a member of the command
 };
 
@@ -32,8 +32,8 @@ struct CommandArgument {
 struct CommandOption {
     using Target = std::variant<bool*, std::string*, std::vector<std::string>*, double*, std::optional<std::size_t>*>;
 
-    std::string name;       ///< `--property`
-    std::string value_name; ///< as the help shows it, `NAME`; empty for a flag
+    std::string name;      ///< `--property`
+    std::string valueName; ///< as the help shows it, `NAME`; empty for a flag
     std::string help;
     Target target;
 };
@@ -72,7 +72,7 @@ struct CommandContext {
 
     /// Looks after the user as the options say. `on_interrupt`: see Attendant; without it, an interrupt ends the
     /// program as it ends others.
-    Attendant MakeAttendant(std::function<void()> on_interrupt) const;
+    Attendant MakeAttendant(std::function<void()> onInterrupt) const;
     Attendant MakeAttendant() const;
 
     /// Whether the error stream has a line for what goes on.

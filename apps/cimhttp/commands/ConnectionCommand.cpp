@@ -45,10 +45,10 @@ known_servers.json.)";
 
 /// Names that need no quoting in a shell and do not look like options.
 void CheckName(const std::string& name) {
-    const auto is_plain = [](unsigned char letter) {
+    const auto isPlain = [](unsigned char letter) {
         return std::isalnum(letter) != 0 || letter == '_' || letter == '-' || letter == '.';
     };
-    if (!std::all_of(name.begin(), name.end(), is_plain) || name.front() == '-') {
+    if (!std::all_of(name.begin(), name.end(), isPlain) || name.front() == '-') {
         Refuse("'" + name + "' is no name for a connection: it has letters, digits, '_', '.' and '-'");
     }
 }
@@ -63,22 +63,22 @@ void MakeAbsolute(TlsSettings& settings) {
 }
 
 /// What the command line says; nothing is taken from the connections that there are.
-SavedConnection GivenConnection(const Options& options, bool stores_password) {
+SavedConnection GivenConnection(const Options& options, bool storesPassword) {
     if (!options.host) {
         Refuse("which server? give --host");
     }
-    if (stores_password && !options.user) {
+    if (storesPassword && !options.user) {
         Refuse("whose password? give --user");
     }
     Options asked = options;
-    if (!stores_password) {
+    if (!storesPassword) {
         asked.password = ""; // nobody need be asked for it
     }
     const Connection connection = ConnectionOf(asked);
-    SavedConnection saved{connection.host, connection.tls,  options.user,       {},
-                          options.timeout, connection.port, options.name_space, connection.tls_settings};
-    MakeAbsolute(saved.tls_settings);
-    if (stores_password) {
+    SavedConnection saved{connection.host, connection.tls,  options.user,      {},
+                          options.timeout, connection.port, options.nameSpace, connection.tlsSettings};
+    MakeAbsolute(saved.tlsSettings);
+    if (storesPassword) {
         saved.password = connection.password;
     }
     return saved;
@@ -134,22 +134,22 @@ CommandDescription ConnectionCommand::Describe() {
             "Keep connections under names, for --connection NAME, and show or forget known servers",
             {{"ACTION", "add, list, remove, test, known or forget", true, &action_},
              {"NAME", "The name of the connection, or the server to forget", false, &name_}},
-            {{"--store-password", "", "Keep the password, too, in plain text", &stores_password_}},
+            {{"--store-password", "", "Keep the password, too, in plain text", &storesPassword_}},
             {OutputFormat::kTable, OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv},
             kExample,
             kNotes};
 }
 
 int ConnectionCommand::Run(const CommandContext& context) {
-    const bool is_list = action_ == "list" || action_ == "known";
-    const bool has_name = action_ == "add" || action_ == "remove" || action_ == "test" || action_ == "forget";
-    if (!is_list && !has_name) {
+    const bool isList = action_ == "list" || action_ == "known";
+    const bool hasName = action_ == "add" || action_ == "remove" || action_ == "test" || action_ == "forget";
+    if (!isList && !hasName) {
         Refuse("connection does not know '" + action_ + "': it has add, list, remove, test, known and forget");
     }
-    if (name_.empty() != is_list) {
+    if (name_.empty() != isList) {
         Refuse(name_.empty() ? "connection " + action_ + " needs a NAME" : "connection " + action_ + " takes no name");
     }
-    if (context.options.format && !is_list) {
+    if (context.options.format && !isList) {
         Refuse("connection " + action_ + " has one form only; leave out --output");
     }
     if (action_ == "known") {
@@ -176,7 +176,7 @@ void ConnectionCommand::RunOnConnections(const ConnectionStore& store, const Com
 
 void ConnectionCommand::Add(const ConnectionStore& store, const CommandContext& context) const {
     CheckName(name_);
-    const SavedConnection given = GivenConnection(context.options, stores_password_); // asks the user, if need be
+    const SavedConnection given = GivenConnection(context.options, storesPassword_); // asks the user, if need be
     store.Update([&](auto& connections) { connections[name_] = given; });
 }
 
@@ -191,8 +191,8 @@ void ConnectionCommand::List(const ConnectionStore& store, const CommandContext&
                      {"Certificate"}});
     for (const auto& [name, connection] : store.Read()) {
         listing.AddRow({name, UrlOf(connection), connection.user.value_or(""), connection.password ? "stored" : "",
-                        TimeoutCell(connection), TextCell(connection.name_space),
-                        VerificationCell(connection.tls_settings), TextCell(connection.tls_settings.certificate)});
+                        TimeoutCell(connection), TextCell(connection.nameSpace),
+                        VerificationCell(connection.tlsSettings), TextCell(connection.tlsSettings.certificate)});
     }
     Write(listing, "no connections\n", context);
 }

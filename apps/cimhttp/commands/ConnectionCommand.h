@@ -27,7 +27,7 @@ class ConnectionCommand : public Command {
 
     std::string action_;
     std::string name_; ///< empty where it is not given
-    bool stores_password_ = false;
+    bool storesPassword_ = false;
 };
 
 } // namespace cimhttp

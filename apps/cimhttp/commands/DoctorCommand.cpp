@@ -68,18 +68,18 @@ std::string AddressTexts(const HostAddresses& addresses) {
 }
 
 std::string VerificationText(const Connection& connection) {
-    const TlsSettings& settings = connection.tls_settings;
+    const TlsSettings& settings = connection.tlsSettings;
     if (!IsVerified(connection)) {
         return "not verified: give --ca FILE or --fingerprint SHA256";
     }
-    if (connection.is_verified_by_policy) {
+    if (connection.isVerifiedByPolicy) {
         return "verified as this machine's policy says";
     }
     if (settings.ca) {
         return "verified by the authorities in " + *settings.ca;
     }
-    return connection.known_since.empty() ? "verified by its fingerprint"
-                                          : "verified by its fingerprint, known since " + connection.known_since;
+    return connection.knownSince.empty() ? "verified by its fingerprint"
+                                         : "verified by its fingerprint, known since " + connection.knownSince;
 }
 
 /// Whether the server has said that it knows the operation not at all.
@@ -128,9 +128,9 @@ class Examination {
         if (!probe) {
             return Fail(Diagnosis::kTcp, begin, ExplainFailedConnect(connection_, "the server does not answer"));
         }
-        diagnosis_.Pass(Diagnosis::kTcp, probe->round_trip, "port " + std::to_string(connection_.Port()));
+        diagnosis_.Pass(Diagnosis::kTcp, probe->roundTrip, "port " + std::to_string(connection_.Port()));
         if (connection_.tls && !probe->tls) {
-            return Fail(Diagnosis::kTls, begin, ExplainFailedConnect(connection_, probe->tls_failure));
+            return Fail(Diagnosis::kTls, begin, ExplainFailedConnect(connection_, probe->tlsFailure));
         }
         handshake_ = probe->handshake;
         version_ = probe->tls ? probe->tls->version : "";
@@ -225,8 +225,8 @@ class Examination {
             return {kUsualClasses.begin(), kUsualClasses.end()};
         }
         for (const char* usual : kUsualClasses) {
-            const auto is_usual = [&](const std::string& name) { return IsSameName(name, usual); };
-            if (std::any_of(classes_.begin(), classes_.end(), is_usual)) {
+            const auto isUsual = [&](const std::string& name) { return IsSameName(name, usual); };
+            if (std::any_of(classes_.begin(), classes_.end(), isUsual)) {
                 return {usual};
             }
         }
@@ -293,7 +293,7 @@ class Examination {
 
     void PassNamespace() {
         if (!diagnosis_.IsTried(Diagnosis::kNamespace)) {
-            diagnosis_.Pass(Diagnosis::kNamespace, {}, connection_.name_space);
+            diagnosis_.Pass(Diagnosis::kNamespace, {}, connection_.nameSpace);
         }
     }
 

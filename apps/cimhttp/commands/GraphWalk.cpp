@@ -29,12 +29,12 @@ bool ConcernsOneObject(const Failure& failure) {
 
 void GraphWalk::Run(const TCIMReference& start, std::size_t depth) {
     AddObject(start, 0);
-    for (std::size_t i = 0; i < graph_.objects.size() && !is_cut_; ++i) {
+    for (std::size_t i = 0; i < graph_.objects.size() && !isCut_; ++i) {
         if (MayAsk(graph_.objects[i], depth)) {
             Ask(i);
         }
     }
-    graph_.is_complete = !is_cut_ && failure_count_ == 0;
+    graph_.is_complete = !isCut_ && failureCount_ == 0;
 }
 
 /// A path without keys is that of a class.
@@ -47,7 +47,7 @@ void GraphWalk::Ask(std::size_t number) {
         const auto links = links_(graph_.objects[number].path.GetPath());
         graph_.objects[number].state = State::kAsked;
         for (const RemoteLink& link : links) {
-            if (links_seen_.insert(IdentityOfLink(link)).second) {
+            if (linksSeen_.insert(IdentityOfLink(link)).second) {
                 Follow(number, link);
             }
         }
@@ -56,20 +56,20 @@ void GraphWalk::Ask(std::size_t number) {
             throw;
         }
         graph_.objects[number].state = State::kFailed;
-        first_failure_ = ++failure_count_ == 1 ? failure.what() : first_failure_;
+        firstFailure_ = ++failureCount_ == 1 ? failure.what() : firstFailure_;
     }
 }
 
 /// Goes to all ends of an association but for the one that it was asked of.
 void GraphWalk::Follow(std::size_t number, const RemoteLink& link) {
     const std::string own = IdentityOf(graph_.objects[number].path);
-    const RemoteLink::End* own_end = nullptr;
+    const RemoteLink::End* ownEnd = nullptr;
     for (const RemoteLink::End& end : link.ends) {
-        own_end = own_end == nullptr && IdentityOf(end.object) == own ? &end : own_end;
+        ownEnd = ownEnd == nullptr && IdentityOf(end.object) == own ? &end : ownEnd;
     }
     for (const RemoteLink::End& end : link.ends) {
-        if (&end != own_end) {
-            Connect(number, link, own_end == nullptr ? std::string() : own_end->role, end);
+        if (&end != ownEnd) {
+            Connect(number, link, ownEnd == nullptr ? std::string() : ownEnd->role, end);
         }
     }
 }
@@ -77,7 +77,7 @@ void GraphWalk::Follow(std::size_t number, const RemoteLink& link) {
 void GraphWalk::Connect(std::size_t number, const RemoteLink& link, const std::string& role,
                         const RemoteLink::End& end) {
     if (graph_.edges.size() == kMostEdges) {
-        is_cut_ = true;
+        isCut_ = true;
         return;
     }
     const std::size_t count = graph_.objects.size();
@@ -87,8 +87,8 @@ void GraphWalk::Connect(std::size_t number, const RemoteLink& link, const std::s
 
 /// The number of the object, which may be there already.
 std::size_t GraphWalk::AddObject(const TCIMReference& path, std::size_t depth) {
-    const auto [known, is_new] = numbers_.emplace(IdentityOf(path), graph_.objects.size());
-    if (is_new) {
+    const auto [known, isNew] = numbers_.emplace(IdentityOf(path), graph_.objects.size());
+    if (isNew) {
         graph_.objects.push_back({path, depth, path.GetHost().empty() ? State::kNotAsked : State::kElsewhere});
     }
     return known->second;
@@ -96,13 +96,13 @@ std::size_t GraphWalk::AddObject(const TCIMReference& path, std::size_t depth) {
 
 std::string GraphWalk::Remark() const {
     std::string remark;
-    if (is_cut_) {
+    if (isCut_) {
         remark = "there are more than " + std::to_string(kMostEdges) + " associations; the others are left out";
     }
-    if (failure_count_ > 0) {
-        remark += (remark.empty() ? "" : "; ") + std::to_string(failure_count_) +
-                  (failure_count_ == 1 ? " object does" : " objects do") +
-                  " not tell what hangs together with it; the first: " + first_failure_;
+    if (failureCount_ > 0) {
+        remark += (remark.empty() ? "" : "; ") + std::to_string(failureCount_) +
+                  (failureCount_ == 1 ? " object does" : " objects do") +
+                  " not tell what hangs together with it; the first: " + firstFailure_;
     }
     return remark;
 }

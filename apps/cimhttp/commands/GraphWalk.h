@@ -45,10 +45,10 @@ class GraphWalk {
     Links links_;
     ObjectGraph graph_;
     std::map<std::string, std::size_t> numbers_; // of the objects, by identity
-    std::set<std::string> links_seen_;           // by identity
-    bool is_cut_ = false;
-    std::size_t failure_count_ = 0;
-    std::string first_failure_;
+    std::set<std::string> linksSeen_;            // by identity
+    bool isCut_ = false;
+    std::size_t failureCount_ = 0;
+    std::string firstFailure_;
 };
 
 } // namespace cimhttp

@@ -13,7 +13,7 @@ namespace cimhttp {
 namespace {
 
 bool ListsAll(const Options& options) {
-    return options.log_level && *options.log_level >= NQORVYX20::ILogger::eLogWarning;
+    return options.logLevel && *options.logLevel >= NQORVYX20::ILogger::eLogWarning;
 }
 
 } // namespace

@@ -99,10 +99,10 @@ std::string ListedNames(const std::vector<std::string>& names) {
 void AddTls(const TlsDetails& tls, Findings& findings) {
     findings.Add("TLS", "tls", tls.version + ", " + tls.cipher);
     findings.Add("certificate", "certificate", tls.subject);
-    findings.Add("issued by", "issuer", tls.is_self_signed ? "itself" : tls.issuer);
+    findings.Add("issued by", "issuer", tls.isSelfSigned ? "itself" : tls.issuer);
     findings.AddJson("names", "names", ListedNames(tls.names), JsonTexts(tls.names));
-    findings.Add("valid from", "valid_from", tls.valid_from);
-    findings.Add("valid until", "valid_until", tls.valid_until);
+    findings.Add("valid from", "valid_from", tls.validFrom);
+    findings.Add("valid until", "valid_until", tls.validUntil);
     findings.Add("SHA-256", "sha256", tls.fingerprint);
 }
 
@@ -113,31 +113,31 @@ class SelfDescription {
         for (const std::string& name : InteropNames()) {
             try {
                 const auto managers = session.InstancesIn(name, "CIM_ObjectManager");
-                name_space_ = name;
+                nameSpace_ = name;
                 if (!managers.empty()) {
                     manager_ = managers.front();
                     return;
                 }
             } catch (const RemoteError& error) {
-                has_failed_ = has_failed_ || !SaysThatThereIsNone(error.Failure());
+                hasFailed_ = hasFailed_ || !SaysThatThereIsNone(error.Failure());
                 attempts_.Add("CIM_ObjectManager", name, error.what());
             } catch (const LoginFailure&) {
                 throw;
             } catch (const Failure& failure) { // there is no connection for this namespace
-                has_failed_ = true;
+                hasFailed_ = true;
                 attempts_.Add("CIM_ObjectManager", name, failure.what());
             }
         }
     }
 
     /// Whether a namespace was asked in vain that may exist.
-    bool HasFailed() const { return has_failed_; }
+    bool HasFailed() const { return hasFailed_; }
 
     /// The path of the object manager; empty for none.
-    std::string Path() const { return manager_ ? PathOf(*manager_, name_space_) : std::string(); }
+    std::string Path() const { return manager_ ? PathOf(*manager_, nameSpace_) : std::string(); }
 
     void AddTo(Findings& findings) const {
-        findings.Add("interop", "interop", name_space_, "not found: " + attempts_.Text());
+        findings.Add("interop", "interop", nameSpace_, "not found: " + attempts_.Text());
         if (!manager_) {
             return;
         }
@@ -157,8 +157,8 @@ class SelfDescription {
     }
 
     const PluginAccess& access_;
-    std::string name_space_;
-    bool has_failed_ = false;
+    std::string nameSpace_;
+    bool hasFailed_ = false;
     boost::shared_ptr<NQORVYX20::ICIMInstance> manager_;
     VainAttempts attempts_;
 };
@@ -172,14 +172,14 @@ class OperationTrials {
         } else if (IsUnsupported(*trial.failure)) {
             Add(operation, "not supported", "not supported");
         } else {
-            has_failed_ = true;
+            hasFailed_ = true;
             Add(operation, "fails: " + trial.failure->text, "fails: " + trial.failure->text);
         }
     }
 
     /// Of one that the server may say that it does not have without failing.
-    void Add(const std::string& operation, const Session::Trial& trial, bool is_supported) {
-        if (!trial.failure && !is_supported) {
+    void Add(const std::string& operation, const Session::Trial& trial, bool isSupported) {
+        if (!trial.failure && !isSupported) {
             Add(operation, "not supported", "not supported");
         } else {
             Add(operation, trial);
@@ -195,18 +195,18 @@ class OperationTrials {
     void AddTo(Findings& findings) const { findings.AddJson("operations", "operations", text_, json_.Text()); }
 
     /// Whether an operation failed that the server has.
-    bool HasFailed() const { return has_failed_; }
+    bool HasFailed() const { return hasFailed_; }
 
   private:
-    bool has_failed_ = false;
+    bool hasFailed_ = false;
     std::string text_;
     JsonObject json_;
 };
 
 /// Asks for all classes. Their number is empty where the server does not have the operation.
 Session::Trial CountClasses(Session& session, std::optional<std::size_t>& count) {
-    auto trial = session.Try("the names of the classes", [&](const PluginAccess& access, auto& name_space) {
-        count = access.ClassNames(name_space).size();
+    auto trial = session.Try("the names of the classes", [&](const PluginAccess& access, auto& nameSpace) {
+        count = access.ClassNames(nameSpace).size();
     });
     if (trial.failure && !IsUnsupported(*trial.failure)) {
         session.Fail("the classes of " + session.Server() + " cannot be listed", *trial.failure);
@@ -247,15 +247,15 @@ Session::Trial TrialOf(Session& session, const std::string& thing, const Ask& as
 
 void TryOperations(Session& session, const SelfDescription& description, OperationTrials& trials) {
     trials.Add("EnumerateQualifiers",
-               TrialOf(session, "the qualifiers", [](const PluginAccess& access, auto& name_space) {
-                   access.ReadQualifierDeclarations(name_space);
+               TrialOf(session, "the qualifiers", [](const PluginAccess& access, auto& nameSpace) {
+                   access.ReadQualifierDeclarations(nameSpace);
                }));
-    bool has_pulls = false;
+    bool hasPulls = false;
     const auto pulls =
-        TrialOf(session, "whether there are pulled enumerations", [&](const PluginAccess& access, auto& name_space) {
-            has_pulls = access.HasPulledEnumerations(name_space);
+        TrialOf(session, "whether there are pulled enumerations", [&](const PluginAccess& access, auto& nameSpace) {
+            hasPulls = access.HasPulledEnumerations(nameSpace);
         });
-    trials.Add("pulled enumerations", pulls, has_pulls);
+    trials.Add("pulled enumerations", pulls, hasPulls);
     AssociationQuery query;
     query.path = SomeInstance(session, description);
     if (query.path.empty()) {
@@ -264,7 +264,7 @@ void TryOperations(Session& session, const SelfDescription& description, Operati
     }
     trials.Add("AssociatorNames",
                TrialOf(session, "the associations of " + query.path,
-                       [&](const PluginAccess& access, auto& name_space) { access.RelatedPaths(name_space, query); }));
+                       [&](const PluginAccess& access, auto& nameSpace) { access.RelatedPaths(nameSpace, query); }));
 }
 
 } // namespace
@@ -289,11 +289,11 @@ int InfoCommand::Run(const CommandContext& context) {
     if (probe && probe->tls) {
         AddTls(*probe->tls, findings);
     } else if (target.tls) {
-        findings.Add("TLS", "tls", "could not be looked at: " + (probe ? probe->tls_failure : "no connection"));
+        findings.Add("TLS", "tls", "could not be looked at: " + (probe ? probe->tlsFailure : "no connection"));
     }
-    std::optional<std::size_t> class_count;
-    const auto classes = CountClasses(session, class_count);
-    findings.Add("classes", "classes", class_count, "not supported");
+    std::optional<std::size_t> classCount;
+    const auto classes = CountClasses(session, classCount);
+    findings.Add("classes", "classes", classCount, "not supported");
     const SelfDescription description(session);
     description.AddTo(findings);
     OperationTrials trials;
@@ -302,16 +302,16 @@ int InfoCommand::Run(const CommandContext& context) {
     trials.AddTo(findings);
     if (probe) {
         findings.AddTime("round trip",
-                         Milliseconds(probe->round_trip) + ", names of all classes " + Milliseconds(classes.time));
+                         Milliseconds(probe->roundTrip) + ", names of all classes " + Milliseconds(classes.time));
     }
     if (context.Format(*this) == OutputFormat::kJson) {
         findings.WriteJson(context.output);
     } else {
-        findings.WriteList({context.options.width, context.options.uses_color}, context.output);
+        findings.WriteList({context.options.width, context.options.usesColor}, context.output);
     }
     const int status = ReportIncidents(session.TakeIncidents(), context);
-    const bool is_whole = probe && (probe->tls || !target.tls) && !description.HasFailed() && !trials.HasFailed();
-    return status == 0 && !is_whole ? Failure::kIncomplete : status;
+    const bool isWhole = probe && (probe->tls || !target.tls) && !description.HasFailed() && !trials.HasFailed();
+    return status == 0 && !isWhole ? Failure::kIncomplete : status;
 }
 
 } // namespace cimhttp

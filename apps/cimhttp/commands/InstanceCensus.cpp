@@ -26,7 +26,7 @@ std::vector<InstanceCensus::Count> InstanceCensus::Take() {
 }
 
 InstanceCensus::State InstanceCensus::Visited(const std::string& name, State above) {
-    if (!is_wanted_(name)) {
+    if (!isWanted_(name)) {
         return above;
     }
     auto& instances = counts_.emplace(name, Count{name, 0}).first->second.instances;
@@ -41,25 +41,25 @@ InstanceCensus::State InstanceCensus::CountBelow(const std::string& name) {
     try {
         for (const auto& path : session_.InstancePaths(name)) {
             const std::string& of = path.GetClassName();
-            if (is_wanted_(of)) {
+            if (isWanted_(of)) {
                 auto& instances = counts_.emplace(of, Count{of, 0}).first->second.instances;
                 instances = instances.value_or(0) + 1;
             }
         }
-        has_lost_server_ = false;
+        hasLostServer_ = false;
         return State::kCounted;
     } catch (const Failure& failure) {
         Note(failure);
-        return has_lost_server_ ? State::kLost : State::kToCount;
+        return hasLostServer_ ? State::kLost : State::kToCount;
     }
 }
 
 void InstanceCensus::Note(const Failure& failure) {
-    const bool is_lost = failure.Status() == Failure::kConnection;
-    if (dynamic_cast<const LoginFailure*>(&failure) != nullptr || (is_lost && has_lost_server_)) {
+    const bool isLost = failure.Status() == Failure::kConnection;
+    if (dynamic_cast<const LoginFailure*>(&failure) != nullptr || (isLost && hasLostServer_)) {
         throw;
     }
-    has_lost_server_ = is_lost;
+    hasLostServer_ = isLost;
     failures_.emplace_back(failure.what());
 }
 

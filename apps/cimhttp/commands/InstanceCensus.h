@@ -23,8 +23,8 @@ class InstanceCensus {
     };
 
     /// `is_wanted` says of a name whether the class is to be counted. The session must outlive the census.
-    InstanceCensus(Session& session, const ClassTree& tree, std::function<bool(const std::string&)> is_wanted)
-        : session_(session), tree_(tree), is_wanted_(std::move(is_wanted)) {}
+    InstanceCensus(Session& session, const ClassTree& tree, std::function<bool(const std::string&)> isWanted)
+        : session_(session), tree_(tree), isWanted_(std::move(isWanted)) {}
 
     /// Asks the server. The classes that are wanted, in alphabetical order. Throws LoginFailure, and the failure of a
     /// server that twice running does not answer.
@@ -47,10 +47,10 @@ class InstanceCensus {
 
     Session& session_;
     const ClassTree& tree_;
-    std::function<bool(const std::string&)> is_wanted_;
+    std::function<bool(const std::string&)> isWanted_;
     ByName<Count> counts_;
     std::vector<std::string> failures_;
-    bool has_lost_server_ = false; ///< the newest request was not answered
+    bool hasLostServer_ = false; ///< the newest request was not answered
 };
 
 } // namespace cimhttp

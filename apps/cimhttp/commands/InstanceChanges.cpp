@@ -34,8 +34,8 @@ std::optional<Difference> Compared(const ICIMInstance& earlier, const ICIMInstan
         return std::nullopt;
     }
     Difference difference{name, (now ? now : before)->GetDeclaration(TCIMContext()), ValueOf(before), ValueOf(now)};
-    const bool are_both_null = difference.before.IsNull() && difference.now.IsNull();
-    return are_both_null || difference.before == difference.now ? std::nullopt : std::optional<Difference>(difference);
+    const bool areBothNull = difference.before.IsNull() && difference.now.IsNull();
+    return areBothNull || difference.before == difference.now ? std::nullopt : std::optional<Difference>(difference);
 }
 
 std::vector<Difference> Differences(const ICIMInstance& earlier, const ICIMInstance& later,

@@ -42,12 +42,12 @@ void WriteNamesWithoutValue(const std::vector<std::string>& names, const Command
 /// A list of the properties that have a value, or a text for null, and the names of the others.
 void WriteList(const boost::shared_ptr<ICIMInstance>& instance, InstanceSelection selection, const PluginAccess& access,
                const CommandContext& context) {
-    const InstanceListing listing(ValueTexts(access, context.options.text_form), selection.is_raw);
-    const auto first_without =
+    const InstanceListing listing(ValueTexts(access, context.options.textForm), selection.isRaw);
+    const auto firstWithout =
         std::stable_partition(selection.properties.begin(), selection.properties.end(),
                               [&](const auto& property) { return !listing.LacksValue(*instance, *property); });
-    const std::vector<std::string> without = NamesOf(Properties(first_without, selection.properties.end()));
-    selection.properties.erase(first_without, selection.properties.end());
+    const std::vector<std::string> without = NamesOf(Properties(firstWithout, selection.properties.end()));
+    selection.properties.erase(firstWithout, selection.properties.end());
     WriteInstances({instance}, selection, OutputFormat::kPlain, access, context);
     if (!without.empty()) {
         WriteNamesWithoutValue(without, context);
@@ -98,17 +98,17 @@ int InstanceCommand::Run(const CommandContext& context) {
     if (!found) {
         return 0;
     }
-    const auto& [instance, name_space] = *found;
+    const auto& [instance, nameSpace] = *found;
     InstanceSelection selection;
     selection.properties = PropertiesOf(*instance);
-    selection.is_raw = raw_;
-    selection.name_space = name_space;
-    selection.is_wide = wide_;
+    selection.isRaw = raw_;
+    selection.nameSpace = nameSpace;
+    selection.isWide = wide_;
     switch (format) {
     case OutputFormat::kTable:
-        WriteListing(InstanceListing(ValueTexts(access, context.options.text_form), raw_)
-                         .Values(*instance, selection.properties),
-                     format, context);
+        WriteListing(
+            InstanceListing(ValueTexts(access, context.options.textForm), raw_).Values(*instance, selection.properties),
+            format, context);
         break;
     case OutputFormat::kPlain:
         WriteList(instance, selection, access, context);

@@ -37,9 +37,9 @@ std::vector<std::string> InstanceFilter::PropertyNames() const {
     return names;
 }
 
-void InstanceFilter::Check(const Properties& of_class, const std::string& class_name) const {
+void InstanceFilter::Check(const Properties& ofClass, const std::string& className) const {
     for (const Condition& condition : conditions_) {
-        condition.Check(*Chosen(of_class, {condition.PropertyName()}, class_name).front());
+        condition.Check(*Chosen(ofClass, {condition.PropertyName()}, className).front());
     }
 }
 

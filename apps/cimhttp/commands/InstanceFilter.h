@@ -34,7 +34,7 @@ class InstanceFilter {
 
     /// Throws Failure(kUsage) for a name that is none of the class's properties, and for a condition with which its
     /// property cannot be compared.
-    void Check(const Properties& of_class, const std::string& class_name) const;
+    void Check(const Properties& ofClass, const std::string& className) const;
 
     struct Selection {
         Instances instances;

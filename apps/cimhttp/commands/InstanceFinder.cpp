@@ -78,9 +78,9 @@ Listing Choices(const std::vector<TCIMReference>& paths) {
     std::vector<Listing::Column> columns{{"#", Listing::Align::kRight, Listing::Importance::kAsked}};
     columns.insert(columns.end(), keys.Columns().begin(), keys.Columns().end());
     Listing choices(std::move(columns));
-    for (const auto& keys_of_one : keys.Rows()) {
+    for (const auto& keysOfOne : keys.Rows()) {
         std::vector<Cell> row{std::to_string(choices.Rows().size() + 1)};
-        row.insert(row.end(), keys_of_one.begin(), keys_of_one.end());
+        row.insert(row.end(), keysOfOne.begin(), keysOfOne.end());
         choices.AddRow(std::move(row));
     }
     return choices;
@@ -96,14 +96,14 @@ std::size_t NumberIn(const std::string& text) {
 
 } // namespace
 
-InstanceFinder::InstanceFinder(Session& session, const CommandContext& context, const std::string& class_name,
+InstanceFinder::InstanceFinder(Session& session, const CommandContext& context, const std::string& className,
                                GivenKeys keys)
     : session_(session), context_(context), keys_(std::move(keys)) {
-    const auto cls = session_.Class(class_name);
-    class_name_ = cls->GetName(TCIMContext());
+    const auto cls = session_.Class(className);
+    className_ = cls->GetName(TCIMContext());
     declared_ = KeysOf(*cls);
     if (!declared_.empty()) {
-        keys_.Check(NamesOf(declared_), class_name_);
+        keys_.Check(NamesOf(declared_), className_);
     }
 }
 
@@ -124,7 +124,7 @@ std::optional<std::string> InstanceFinder::WholePath() const {
         return std::nullopt;
     }
     TCIMReference path{boost::shared_ptr<ICIMNamespace>(), TCIMContext()};
-    path.SetClassName(class_name_);
+    path.SetClassName(className_);
     for (const auto& key : declared_) {
         const std::string name = key->GetName(TCIMContext());
         const TCIMValue value = WrittenKey(keys_.Values().at(name), key->GetType(TCIMContext()));
@@ -149,17 +149,17 @@ std::optional<Session::FoundInstance> InstanceFinder::InstanceAt(const std::stri
 }
 
 InstanceFinder::Paths InstanceFinder::Candidates() {
-    Paths all = session_.InstancePaths(class_name_);
+    Paths all = session_.InstancePaths(className_);
     const std::vector<std::string> names = KeyNames(all);
     if (declared_.empty() && !all.empty()) { // subclasses declare them
-        keys_.Check(names, class_name_);
+        keys_.Check(names, className_);
     }
     Paths candidates;
     std::copy_if(all.begin(), all.end(), std::back_inserter(candidates), [&](const auto& path) { return Fits(path); });
     if (candidates.empty()) {
         throw Failure(
             Failure::kNotFound,
-            "there is no instance of " + class_name_ + keys_.Text() + " on " + session_.Server() +
+            "there is no instance of " + className_ + keys_.Text() + " on " + session_.Server() +
                 (all.empty() ? "" : "; its keys are " + ListedTogether(names) + ", as in " + PathText(all[0])));
     }
     std::sort(candidates.begin(), candidates.end());
@@ -184,7 +184,7 @@ bool InstanceFinder::IsMeant(const std::string& name, const std::string& text, c
         return IsSame(text, value);
     }
     const TCIMValue typed = TypedKey(value, (*declared)->GetType(TCIMContext()));
-    const ValueTexts texts(session_.LoadedPlugin().Access(), context_.options.text_form);
+    const ValueTexts texts(session_.LoadedPlugin().Access(), context_.options.textForm);
     return IsSame(text, typed) || texts.Of(nullptr, *declared, typed).Joined() == text;
 }
 
@@ -192,15 +192,15 @@ const TCIMReference* InstanceFinder::Chosen(const Paths& candidates) const {
     if (candidates.size() == 1) {
         return &candidates.front();
     }
-    const bool has_user = context_.options.is_input_terminal && context_.options.is_error_stream_terminal;
-    if (!has_user || candidates.size() > kMostChoices) {
+    const bool hasUser = context_.options.isInputTerminal && context_.options.isErrorStreamTerminal;
+    if (!hasUser || candidates.size() > kMostChoices) {
         throw TooMany(candidates);
     }
     return AskedFor(candidates);
 }
 
 const TCIMReference* InstanceFinder::AskedFor(const Paths& candidates) const {
-    WriteTable(Choices(candidates), {context_.options.error_stream_width, false}, context_.errors);
+    WriteTable(Choices(candidates), {context_.options.errorStreamWidth, false}, context_.errors);
     const std::string question = "Which one (1-" + std::to_string(candidates.size()) + ", or nothing)? ";
     std::string answer;
     while (context_.errors << question << std::flush && std::getline(std::cin, answer) && !answer.empty()) {
@@ -220,7 +220,7 @@ Failure InstanceFinder::TooMany(const Paths& candidates) const {
     const std::string advice =
         options.empty() ? "the path names one"
                         : ListedTogether(options) + (options.size() == 1 ? " tells them apart" : " tell them apart");
-    return {Failure::kUsage, "there are " + std::to_string(candidates.size()) + " instances of " + class_name_ +
+    return {Failure::kUsage, "there are " + std::to_string(candidates.size()) + " instances of " + className_ +
                                  keys_.Text() + ": " + ListedPaths(candidates) + "; " + advice};
 }
 

@@ -21,7 +21,7 @@ struct CommandContext;
 class InstanceFinder {
   public:
     /// The session and the context must outlive the finder.
-    InstanceFinder(Session& session, const CommandContext& context, const std::string& class_name, GivenKeys keys);
+    InstanceFinder(Session& session, const CommandContext& context, const std::string& className, GivenKeys keys);
 
     /// Nothing when the user chooses none. Throws Failure(kNotFound) where none fits, and Failure(kUsage) where several
     /// do and nobody can be asked, or where a key is none of the class's; fails like Session::Class, too.
@@ -49,7 +49,7 @@ class InstanceFinder {
     Session& session_;
     const CommandContext& context_;
     GivenKeys keys_;
-    std::string class_name_;
+    std::string className_;
     Properties declared_; // the keys, as far as the class declares them
 };
 

@@ -23,15 +23,15 @@ std::vector<std::string> InstanceQuery::NeededNames() const {
     return DistinctNames(needed);
 }
 
-void InstanceQuery::CheckNames(const Properties& of_class, const std::string& class_name) const {
-    Chosen(of_class, names_, class_name);
-    filter_.Check(of_class, class_name);
-    Chosen(of_class, order_.Names(), class_name);
+void InstanceQuery::CheckNames(const Properties& ofClass, const std::string& className) const {
+    Chosen(ofClass, names_, className);
+    filter_.Check(ofClass, className);
+    Chosen(ofClass, order_.Names(), className);
 }
 
-Properties InstanceQuery::Shown(const Properties& of_class, const std::string& class_name) const {
-    CheckNames(of_class, class_name);
-    return names_.empty() ? of_class : Chosen(of_class, names_, class_name);
+Properties InstanceQuery::Shown(const Properties& ofClass, const std::string& className) const {
+    CheckNames(ofClass, className);
+    return names_.empty() ? ofClass : Chosen(ofClass, names_, className);
 }
 
 InstanceFilter::Selection InstanceQuery::Selected(Instances instances, const ValueTexts& texts) const {

@@ -27,10 +27,10 @@ class InstanceQuery {
     std::vector<std::string> NeededNames() const;
 
     /// Throws Failure(kUsage) for a name that is none of the class's properties, and as InstanceFilter::Check does.
-    void CheckNames(const Properties& of_class, const std::string& class_name) const;
+    void CheckNames(const Properties& ofClass, const std::string& className) const;
 
     /// The properties that were asked for, in the order of their names, or all. Throws as CheckNames does.
-    Properties Shown(const Properties& of_class, const std::string& class_name) const;
+    Properties Shown(const Properties& ofClass, const std::string& className) const;
 
     /// The instances that meet the conditions, in the order that was asked for.
     InstanceFilter::Selection Selected(Instances instances, const ValueTexts& texts) const;

@@ -16,10 +16,10 @@ constexpr std::size_t kHeldInstances = 10000;
 
 } // namespace
 
-InstanceReader::InstanceReader(const Session& session, const std::string& class_name, InstanceQuery query, bool deep,
+InstanceReader::InstanceReader(const Session& session, const std::string& className, InstanceQuery query, bool deep,
                                TextForm form)
     : session_(session),
-      class_(session_.Class(class_name)),
+      class_(session_.Class(className)),
       declared_(PropertiesOf(*class_)),
       query_(std::move(query)),
       deep_(deep),

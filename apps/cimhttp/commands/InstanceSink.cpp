@@ -21,14 +21,14 @@ namespace {
 using Order = PropertySelector::Order;
 
 PropertySelector SelectorOf(const InstanceSelection& selection, Order order) {
-    return selection.is_whole ? PropertySelector(std::nullopt, order)
-                              : PropertySelector(NamesOf(selection.properties), order);
+    return selection.isWhole ? PropertySelector(std::nullopt, order)
+                             : PropertySelector(NamesOf(selection.properties), order);
 }
 
 class JsonSink : public InstanceSink {
   public:
     JsonSink(const InstanceSelection& selection, const ValueTexts& texts, const CommandContext& context)
-        : json_(SelectorOf(selection, Order::kByName), texts, selection.name_space), output_(context.output) {}
+        : json_(SelectorOf(selection, Order::kByName), texts, selection.nameSpace), output_(context.output) {}
 
     void Add(const Instances& instances) override {
         for (const auto& instance : instances) {
@@ -83,7 +83,7 @@ class CsvSink : public InstanceSink {
     }
 
     void End() override {
-        if (!has_begun_) {
+        if (!hasBegun_) {
             Write({});
         }
     }
@@ -92,18 +92,17 @@ class CsvSink : public InstanceSink {
     static constexpr std::ptrdiff_t kAtOnce = 64;
 
     void Write(const Instances& instances) {
-        WriteCsv(
-            selection_.is_wide
-                ? WideRecords(instances, selection_.properties, texts_, selection_.is_raw, selection_.name_space)
-                : InstanceRecords(instances, SelectorOf(selection_, Order::kByName), texts_, selection_.name_space),
-            !has_begun_, context_);
-        has_begun_ = true;
+        WriteCsv(selection_.isWide
+                     ? WideRecords(instances, selection_.properties, texts_, selection_.isRaw, selection_.nameSpace)
+                     : InstanceRecords(instances, SelectorOf(selection_, Order::kByName), texts_, selection_.nameSpace),
+                 !hasBegun_, context_);
+        hasBegun_ = true;
     }
 
     const InstanceSelection& selection_;
     ValueTexts texts_;
     const CommandContext& context_;
-    bool has_begun_ = false;
+    bool hasBegun_ = false;
 };
 
 } // namespace
@@ -116,7 +115,7 @@ std::unique_ptr<InstanceSink> MakeInstanceSink(const InstanceSelection& selectio
     case OutputFormat::kMof:
         return std::make_unique<MofSink>(selection, context);
     case OutputFormat::kCsv:
-        return selection.is_wide && selection.is_whole ? nullptr : std::make_unique<CsvSink>(selection, texts, context);
+        return selection.isWide && selection.isWhole ? nullptr : std::make_unique<CsvSink>(selection, texts, context);
     default:
         return nullptr;
     }

@@ -30,23 +30,23 @@ class Writer {
           selection_(selection),
           texts_(texts),
           context_(context),
-          listing_(texts, selection.is_raw) {}
+          listing_(texts, selection.isRaw) {}
 
     /// With what only subclasses have, too.
     void Wide() const {
-        WriteListing(WideRecords(instances_, WideColumns(), texts_, selection_.is_raw, selection_.name_space),
+        WriteListing(WideRecords(instances_, WideColumns(), texts_, selection_.isRaw, selection_.nameSpace),
                      OutputFormat::kCsv, context_);
     }
 
     void Table() const {
         WriteListing(Columns(), OutputFormat::kTable, context_);
-        if (selection_.is_whole && !AddedBySubclasses().empty()) {
+        if (selection_.isWhole && !AddedBySubclasses().empty()) {
             context_.errors << "cimhttp: properties that only subclasses have are left out; -o plain shows them\n";
         }
     }
 
     void Lists() const {
-        if (selection_.is_whole) {
+        if (selection_.isWhole) {
             WholeLists();
         } else {
             WriteListing(Columns(), OutputFormat::kPlain, context_);
@@ -58,29 +58,29 @@ class Writer {
     Properties Shown(const Instances& instances, const Properties& properties) const {
         Properties shown;
         std::copy_if(properties.begin(), properties.end(), std::back_inserter(shown), [&](const auto& property) {
-            return !selection_.leaves_out_empty || !listing_.IsEmpty(instances, *property);
+            return !selection_.leavesOutEmpty || !listing_.IsEmpty(instances, *property);
         });
         return shown;
     }
 
-    bool HasClass() const { return selection_.has_class || HaveSeveralClasses(instances_); }
+    bool HasClass() const { return selection_.hasClass || HaveSeveralClasses(instances_); }
 
     Listing Columns() const {
-        return listing_.Table(instances_, Shown(instances_, selection_.properties), HasClass(), selection_.is_asked);
+        return listing_.Table(instances_, Shown(instances_, selection_.properties), HasClass(), selection_.isAsked);
     }
 
     /// Lists with what each instance's own class has; those of one class have the same headings.
     void WholeLists() const {
-        const bool has_class = HasClass();
+        const bool hasClass = HasClass();
         const char* separator = "";
         for (auto begin = instances_.begin(); begin != instances_.end();) {
             const auto cls = (*begin)->GetClass(TCIMContext());
             const auto end = std::find_if(begin, instances_.end(), [&](const auto& instance) {
                 return instance->GetClass(TCIMContext()) != cls;
             });
-            const Instances of_class(begin, end);
+            const Instances ofClass(begin, end);
             context_.output << separator;
-            WriteListing(listing_.Table(of_class, Shown(of_class, PropertiesOf(*cls)), has_class, false),
+            WriteListing(listing_.Table(ofClass, Shown(ofClass, PropertiesOf(*cls)), hasClass, false),
                          OutputFormat::kPlain, context_);
             separator = "\n";
             begin = end;
@@ -118,7 +118,7 @@ class Writer {
 
 void WriteInstances(const Instances& instances, const InstanceSelection& selection, OutputFormat format,
                     const PluginAccess& access, const CommandContext& context) {
-    const ValueTexts texts(access, context.options.text_form);
+    const ValueTexts texts(access, context.options.textForm);
     if (const auto sink = MakeInstanceSink(selection, format, texts, context)) {
         sink->Add(instances);
         sink->End();

@@ -10,14 +10,14 @@ class PluginAccess;
 
 /// What to write of instances, and how.
 struct InstanceSelection {
-    Properties properties;         ///< of the class that was asked for
-    bool is_asked = false;         ///< they were asked for by name: a table has all of them, however narrow it gets
-    bool leaves_out_empty = false; ///< tables and lists lack the properties of which no instance has anything to show
-    bool is_whole = false; ///< each instance with all properties of its own class instead, where the form can hold them
-    bool is_raw = false;   ///< tables and lists show values as they are
-    std::string name_space = {}; ///< where the paths are, unless in the namespace that everything is read from
-    bool is_wide = false;        ///< CSV as WideRecords() says
-    bool has_class = false;      ///< tables and lists name the class also where all instances have the same
+    Properties properties;       ///< of the class that was asked for
+    bool isAsked = false;        ///< they were asked for by name: a table has all of them, however narrow it gets
+    bool leavesOutEmpty = false; ///< tables and lists lack the properties of which no instance has anything to show
+    bool isWhole = false; ///< each instance with all properties of its own class instead, where the form can hold them
+    bool isRaw = false;   ///< tables and lists show values as they are
+    std::string nameSpace = {}; ///< where the paths are, unless in the namespace that everything is read from
+    bool isWide = false;        ///< CSV as WideRecords() says
+    bool hasClass = false;      ///< tables and lists name the class also where all instances have the same
 };
 
 /// Writes instances: a table or lists with a property a column; JSON as an array with what InstanceJson() says, one a

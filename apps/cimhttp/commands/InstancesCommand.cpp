@@ -117,7 +117,7 @@ int InstancesCommand::Run(const CommandContext& context) {
     RowLimit limit(limit_);
     const OutputFormat format = FormOf(*this, wide_, context);
     const Session session = context.Connect();
-    InstanceReader reader(session, name_, query, !exact_, context.options.text_form);
+    InstanceReader reader(session, name_, query, !exact_, context.options.textForm);
     const auto uncompared = limit_ || !reader.CanStream() ? WriteAll(reader, query, limit, format, session, context)
                                                           : WriteEach(reader, query, format, session, context);
     context.output.flush(); // on a terminal, the remarks stand below
@@ -146,7 +146,7 @@ UncomparedValues InstancesCommand::WriteEach(InstanceReader& reader, const Insta
                                              const Session& session, const CommandContext& context) const {
     const InstanceSelection selection = SelectionOf(reader.Shown(), query);
     const auto sink = MakeInstanceSink(selection, format,
-                                       ValueTexts(session.LoadedPlugin().Access(), context.options.text_form), context);
+                                       ValueTexts(session.LoadedPlugin().Access(), context.options.textForm), context);
     if (!sink) {
         RowLimit all{std::nullopt};
         return WriteAll(reader, query, all, format, session, context);
@@ -164,8 +164,8 @@ UncomparedValues InstancesCommand::WriteEach(InstanceReader& reader, const Insta
 }
 
 InstanceSelection InstancesCommand::SelectionOf(const Properties& properties, const InstanceQuery& query) const {
-    const bool is_asked = query.NamesProperties();
-    return {properties, is_asked, !is_asked, deep_ && !is_asked, raw_, {}, wide_};
+    const bool isAsked = query.NamesProperties();
+    return {properties, isAsked, !isAsked, deep_ && !isAsked, raw_, {}, wide_};
 }
 
 /// Complains about what a list of paths or keys has no use for.

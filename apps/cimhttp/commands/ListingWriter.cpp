@@ -46,9 +46,9 @@ bool IsSpecial(char character) {
 }
 
 void AppendField(std::string_view text, std::string& record) {
-    const bool is_bare =
+    const bool isBare =
         !text.empty() && std::none_of(text.begin(), text.end(), IsSpecial) && text.front() != ' ' && text.back() != ' ';
-    if (is_bare) {
+    if (isBare) {
         record += text;
         return;
     }
@@ -61,23 +61,23 @@ void AppendField(std::string_view text, std::string& record) {
 }
 
 /// `is_shown`, here and below: on a terminal, which the texts must not steer.
-void WriteHeadings(const Listing& listing, bool is_shown, std::ostream& output) {
+void WriteHeadings(const Listing& listing, bool isShown, std::ostream& output) {
     std::string record;
     for (const Listing::Column& column : listing.Columns()) {
         record += record.empty() ? "" : ",";
-        AppendField(is_shown ? PrintableLines(column.heading) : column.heading, record);
+        AppendField(isShown ? PrintableLines(column.heading) : column.heading, record);
     }
     output << record << kRecordEnd;
 }
 
-void WriteRecords(const Listing& listing, bool is_shown, std::ostream& output) {
+void WriteRecords(const Listing& listing, bool isShown, std::ostream& output) {
     std::string record;
     for (const auto& row : listing.Rows()) {
         record.clear();
         const char* separator = "";
         for (const Cell& cell : row) {
             record += separator;
-            if (is_shown && !cell.value.IsNull()) {
+            if (isShown && !cell.value.IsNull()) {
                 AppendField(PrintableLines(cell.text), record);
             } else if (!cell.value.IsNull()) {
                 AppendField(cell.text, record);
@@ -104,34 +104,34 @@ std::string LeftOutColumns(const std::vector<std::string>& columns, const std::s
     return line;
 }
 
-void SayWhatIsLeftOut(const TableOmissions& left_out, const char* whole_form, const CommandContext& context) {
-    const std::string hint = std::string("; -o ") + whole_form + " shows all";
-    if (!left_out.columns.empty()) {
-        context.errors << LeftOutColumns(left_out.columns, hint, context.options.width) << '\n';
+void SayWhatIsLeftOut(const TableOmissions& leftOut, const char* wholeForm, const CommandContext& context) {
+    const std::string hint = std::string("; -o ") + wholeForm + " shows all";
+    if (!leftOut.columns.empty()) {
+        context.errors << LeftOutColumns(leftOut.columns, hint, context.options.width) << '\n';
     }
-    if (left_out.keys) {
+    if (leftOut.keys) {
         context.errors << "cimhttp: references lack keys that all rows share" << hint << '\n';
     }
-    if (left_out.digits) {
+    if (leftOut.digits) {
         context.errors << "cimhttp: numbers that end in … are cut off" << hint << '\n';
     }
-    if (left_out.texts) {
+    if (leftOut.texts) {
         context.errors << "cimhttp: texts of more than 64 KiB are cut off" << hint << '\n';
     }
 }
 
 } // namespace
 
-void WriteCsv(const Listing& listing, bool has_headings, const CommandContext& context) {
-    const bool is_shown = context.options.is_output_terminal;
-    if (has_headings) {
-        WriteHeadings(listing, is_shown, context.output);
+void WriteCsv(const Listing& listing, bool hasHeadings, const CommandContext& context) {
+    const bool isShown = context.options.isOutputTerminal;
+    if (hasHeadings) {
+        WriteHeadings(listing, isShown, context.output);
     }
-    WriteRecords(listing, is_shown, context.output);
+    WriteRecords(listing, isShown, context.output);
 }
 
-void WriteListing(const Listing& listing, OutputFormat format, const CommandContext& context, const char* whole_form) {
-    const TextStyle style{context.options.width, context.options.uses_color};
+void WriteListing(const Listing& listing, OutputFormat format, const CommandContext& context, const char* wholeForm) {
+    const TextStyle style{context.options.width, context.options.usesColor};
     switch (format) {
     case OutputFormat::kJson:
         WriteJson(listing, context.output);
@@ -143,9 +143,9 @@ void WriteListing(const Listing& listing, OutputFormat format, const CommandCont
         WriteLists(listing, style, context.output);
         break;
     default: {
-        const auto left_out = WriteTable(listing, style, context.output);
+        const auto leftOut = WriteTable(listing, style, context.output);
         context.output.flush(); // on a terminal, the remark stands below the table
-        SayWhatIsLeftOut(left_out, whole_form, context);
+        SayWhatIsLeftOut(leftOut, wholeForm, context);
     }
     }
 }

@@ -18,9 +18,9 @@ class Listing;
 ///
 /// `whole_form` names the form that shows what a table may lack.
 void WriteListing(const Listing& listing, OutputFormat format, const CommandContext& context,
-                  const char* whole_form = "plain");
+                  const char* wholeForm = "plain");
 
 /// The CSV of a listing, with the record of its headings or without.
-void WriteCsv(const Listing& listing, bool has_headings, const CommandContext& context);
+void WriteCsv(const Listing& listing, bool hasHeadings, const CommandContext& context);
 
 } // namespace cimhttp

@@ -46,7 +46,7 @@ void WriteJson(const std::vector<RegisteredProfile>& profiles, std::ostream& out
                       .Add("version", JsonOrNull(profile.version))
                       .Add("path", JsonText(profile.path))
                       .Add("central_instances",
-                           profile.central_instances ? JsonTexts(*profile.central_instances) : "null")
+                           profile.centralInstances ? JsonTexts(*profile.centralInstances) : "null")
                       .Text();
         separator = ",\n";
     }
@@ -57,7 +57,7 @@ Listing ListingOf(const std::vector<RegisteredProfile>& profiles, OutputFormat f
     Listing listing({{"Organization"}, Listing::Key("Name"), Listing::Key("Version"), {"Central instances"}});
     for (const RegisteredProfile& profile : profiles) {
         listing.AddRow({CellOf(profile.organization), CellOf(profile.name), CellOf(profile.version),
-                        CellOf(profile.central_instances, format)});
+                        CellOf(profile.centralInstances, format)});
     }
     return listing;
 }

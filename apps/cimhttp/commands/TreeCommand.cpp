@@ -30,9 +30,9 @@ void DrawBelow(const ClassTree& tree, const std::string& name, const std::string
     CheckDepth(name, depth);
     const auto subclasses = tree.SubclassesOf(name);
     for (const std::string& subclass : subclasses) {
-        const bool is_last = &subclass == &subclasses.back();
-        output << lines << (is_last ? "└── " : "├── ") << Printable(subclass) << '\n';
-        DrawBelow(tree, subclass, lines + (is_last ? "    " : "│   "), depth + 1, output);
+        const bool isLast = &subclass == &subclasses.back();
+        output << lines << (isLast ? "└── " : "├── ") << Printable(subclass) << '\n';
+        DrawBelow(tree, subclass, lines + (isLast ? "    " : "│   "), depth + 1, output);
     }
 }
 

@@ -44,12 +44,12 @@ bool Sleep(Clock::duration time) {
 class WatchedInstances : public RepeatedReading {
   public:
     /// Reads for the first time.
-    WatchedInstances(const CommandContext& context, InstanceReader reader, const PluginAccess& access, bool is_json)
+    WatchedInstances(const CommandContext& context, InstanceReader reader, const PluginAccess& access, bool isJson)
         : context_(context),
           reader_(std::move(reader)),
           now_(reader_.Read()),
           names_(NamesOf(now_.properties)),
-          writer_(context, ValueTexts(access, context.options.text_form), names_, is_json) {
+          writer_(context, ValueTexts(access, context.options.textForm), names_, isJson) {
         writer_.Begin(now_.instances);
         now_.uncompared.Report(context.errors); // once: it would be the same again and again
         TakeIncidents();
@@ -69,18 +69,18 @@ class WatchedInstances : public RepeatedReading {
     void Regain() override { writer_.Regain(); }
 
     /// What could not be taken over in all readings.
-    const IncidentTally& Incidents() const { return all_incidents_; }
+    const IncidentTally& Incidents() const { return allIncidents_; }
 
   private:
     /// Says what could not be taken over, unless it is the same as before.
     void TakeIncidents() {
         const IncidentTally incidents = reader_.TakeIncidents();
         const std::string text = incidents.IsEmpty() ? "" : incidents.Text();
-        if (text != last_incidents_) {
+        if (text != lastIncidents_) {
             ReportIncidents(incidents, context_);
         }
-        last_incidents_ = text;
-        all_incidents_.Add(incidents);
+        lastIncidents_ = text;
+        allIncidents_.Add(incidents);
     }
 
     const CommandContext& context_;
@@ -89,8 +89,8 @@ class WatchedInstances : public RepeatedReading {
     InstanceReader::Reading earlier_{};
     std::vector<std::string> names_; // of the properties that are watched
     ChangeWriter writer_;
-    IncidentTally all_incidents_;
-    std::string last_incidents_;
+    IncidentTally allIncidents_;
+    std::string lastIncidents_;
 };
 
 } // namespace
@@ -128,7 +128,7 @@ int WatchCommand::Run(const CommandContext& context) {
     });
     const InstanceQuery query(properties_, conditions_);
     const Session session = context.ConnectTo(plugin, connection, attendant);
-    watched.emplace(context, InstanceReader(session, name_, query, true, context.options.text_form), plugin.Access(),
+    watched.emplace(context, InstanceReader(session, name_, query, true, context.options.textForm), plugin.Access(),
                     context.Format(*this) == OutputFormat::kJson);
     const auto interval = std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(interval_));
     Repetition(interval, Sleep).Run(*watched, count_);

@@ -6,8 +6,8 @@
 
 namespace cimhttp {
 
-OutputFormat FormOf(Command& command, bool is_wide, const CommandContext& context) {
-    if (!is_wide) {
+OutputFormat FormOf(Command& command, bool isWide, const CommandContext& context) {
+    if (!isWide) {
         return context.Format(command);
     }
     if (context.options.format.value_or(OutputFormat::kCsv) != OutputFormat::kCsv) {

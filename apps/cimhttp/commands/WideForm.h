@@ -9,6 +9,6 @@ class Command;
 
 /// The form to write. `--wide` is one of CSV, which then need not be asked for; throws Failure(kUsage) when another
 /// form is.
-OutputFormat FormOf(Command& command, bool is_wide, const CommandContext& context);
+OutputFormat FormOf(Command& command, bool isWide, const CommandContext& context);
 
 } // namespace cimhttp

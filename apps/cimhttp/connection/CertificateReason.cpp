@@ -19,12 +19,12 @@ std::string OfSubject(const ServerCertificate& certificate) {
 
 /// What the certificate should have led to.
 std::string Trusted(const Connection& connection) {
-    return connection.tls_settings.ca ? "--ca" : "this machine's policy for connections";
+    return connection.tlsSettings.ca ? "--ca" : "this machine's policy for connections";
 }
 
 /// Another than a user or the policy has named.
 std::string Other(const ServerCertificate& certificate, const Connection& connection) {
-    const auto& expected = connection.tls_settings.fingerprint;
+    const auto& expected = connection.tlsSettings.fingerprint;
     const std::string right = expected ? *expected + ", which --fingerprint or the connection names"
                                        : "the one that " + Trusted(connection) + " names";
     return "its certificate is " + certificate.fingerprint + OfSubject(certificate) + ", and not " + right +
@@ -33,8 +33,8 @@ std::string Other(const ServerCertificate& certificate, const Connection& connec
 
 /// Another than the one that the user trusted.
 std::string Changed(const ServerCertificate& certificate, const Connection& connection) {
-    return "THE CERTIFICATE HAS CHANGED: it was " + connection.tls_settings.fingerprint.value_or("") + " since " +
-           connection.known_since + ", and now it is " + certificate.fingerprint + OfSubject(certificate) +
+    return "THE CERTIFICATE HAS CHANGED: it was " + connection.tlsSettings.fingerprint.value_or("") + " since " +
+           connection.knownSince + ", and now it is " + certificate.fingerprint + OfSubject(certificate) +
            ", issued by " + certificate.issuer +
            "; somebody may stand between and read all that is sent, or the server has a new certificate; " + kAskOwner +
            ", and only if it is new, 'cimhttp connection forget " + connection.HostAndPort() +
@@ -55,10 +55,10 @@ std::string SelfSigned(const ServerCertificate& certificate, const Connection& c
 }
 
 std::string WrongName(const ServerCertificate& certificate, const Connection& connection) {
-    const bool has_names = !certificate.names.empty();
+    const bool hasNames = !certificate.names.empty();
     return "its certificate is not for " + connection.host + ", but for " +
-           (has_names ? CertificateNames(certificate.names) : certificate.subject) +
-           (has_names ? ": use that name with --host, or " : "; ") + kAskOwner;
+           (hasNames ? CertificateNames(certificate.names) : certificate.subject) +
+           (hasNames ? ": use that name with --host, or " : "; ") + kAskOwner;
 }
 
 } // namespace
@@ -80,7 +80,7 @@ std::string ExplainedRefusal(const CertificateRefusal& refusal, const Connection
     case Reason::kWrongName:
         return WrongName(certificate, connection);
     case Reason::kOtherFingerprint:
-        return connection.known_since.empty() ? Other(certificate, connection) : Changed(certificate, connection);
+        return connection.knownSince.empty() ? Other(certificate, connection) : Changed(certificate, connection);
     case Reason::kUnsuitable:
         return which + " is not fit for a server, or its key or signature is too weak: " + text + "; " + kAskOwner;
     default:

@@ -34,8 +34,8 @@ std::string CertificateNames(const std::vector<std::string>& names) {
 
 std::string CertificateText(const TlsDetails& tls) {
     return Line("subject    ", tls.subject) + Line("names      ", CertificateNames(tls.names)) +
-           Line("issued by  ", tls.is_self_signed ? "itself" : tls.issuer) +
-           Line("valid      ", tls.valid_from + " to " + tls.valid_until) + Line("SHA-256    ", tls.fingerprint);
+           Line("issued by  ", tls.isSelfSigned ? "itself" : tls.issuer) +
+           Line("valid      ", tls.validFrom + " to " + tls.validUntil) + Line("SHA-256    ", tls.fingerprint);
 }
 
 } // namespace cimhttp

@@ -75,8 +75,8 @@ void Add(const SavedConnection& saved, Options& options) {
         options.host = saved.host;
         options.port = options.port ? options.port : saved.port;
     }
-    options.name_space = options.name_space ? options.name_space : saved.name_space;
-    options.tls_settings.Complete(saved.tls_settings);
+    options.nameSpace = options.nameSpace ? options.nameSpace : saved.nameSpace;
+    options.tlsSettings.Complete(saved.tlsSettings);
     options.tls = options.tls ? options.tls : saved.tls;
     options.user = options.user ? options.user : saved.user;
     options.timeout = options.timeout ? options.timeout : saved.timeout;
@@ -107,10 +107,10 @@ std::string PasswordOf(const Options& options, const std::string& user, const st
     if (options.password) {
         return *options.password;
     }
-    if (options.password_variable) {
-        return *options.password_variable;
+    if (options.passwordVariable) {
+        return *options.passwordVariable;
     }
-    const auto typed = options.is_error_stream_terminal
+    const auto typed = options.isErrorStreamTerminal
                            ? AskForPassword(Printable("Password of " + user + " on " + server + ": "))
                            : std::nullopt;
     if (!typed) {
@@ -121,8 +121,8 @@ std::string PasswordOf(const Options& options, const std::string& user, const st
     return *typed;
 }
 
-void CheckContradiction(bool is_contradiction, const std::string& one, const std::string& other) {
-    if (is_contradiction) {
+void CheckContradiction(bool isContradiction, const std::string& one, const std::string& other) {
+    if (isContradiction) {
         Refuse(one + " and " + other + " contradict each other");
     }
 }
@@ -138,13 +138,13 @@ bool TlsOf(const Options& options, const ServerName& server) {
     }
     const std::string port = "--port " + std::to_string(*options.port);
     CheckContradiction(server.port && server.port != options.port, quoted, port);
-    const std::optional<bool> of_port = TlsOfPort(*options.port);
-    CheckContradiction(named && of_port && named != of_port, options.tls ? option : quoted, port);
-    return named.value_or(of_port.value_or(false));
+    const std::optional<bool> ofPort = TlsOfPort(*options.port);
+    CheckContradiction(named && ofPort && named != ofPort, options.tls ? option : quoted, port);
+    return named.value_or(ofPort.value_or(false));
 }
 
-void CheckNeedsTls(const std::string& option, bool is_given, bool tls) {
-    if (is_given && !tls) {
+void CheckNeedsTls(const std::string& option, bool isGiven, bool tls) {
+    if (isGiven && !tls) {
         Refuse(option + " is for encrypted connections: add --tls");
     }
 }
@@ -177,12 +177,12 @@ TlsSettings CheckedSettings(TlsSettings settings, bool tls) {
 }
 
 std::string NamespaceOf(const Options& options) {
-    const std::string name = options.name_space.value_or(kUsualNamespace);
-    std::string without_slash = !name.empty() && name.front() == '/' ? name.substr(1) : name;
-    if (without_slash.empty()) {
+    const std::string name = options.nameSpace.value_or(kUsualNamespace);
+    std::string withoutSlash = !name.empty() && name.front() == '/' ? name.substr(1) : name;
+    if (withoutSlash.empty()) {
         Refuse("which namespace? '" + name + "' names none");
     }
-    return without_slash;
+    return withoutSlash;
 }
 
 /// Options that hold all that there is to know.
@@ -193,8 +193,8 @@ Connection ConnectionOfComplete(const Options& options) {
     connection.tls = TlsOf(options, server);
     const std::optional<int> port = options.port ? options.port : server.port;
     connection.port = port == connection.UsualPort() ? std::nullopt : port;
-    connection.name_space = NamespaceOf(options);
-    connection.tls_settings = CheckedSettings(options.tls_settings, connection.tls);
+    connection.nameSpace = NamespaceOf(options);
+    connection.tlsSettings = CheckedSettings(options.tlsSettings, connection.tls);
     connection.user = options.user.value_or("");
     connection.strict = options.strict;
     connection.trace = options.trace;
@@ -218,7 +218,7 @@ std::string Connection::Url() const {
     return scheme + (port ? Bracketed(host) + ':' + std::to_string(*port) : host);
 }
 
-std::string Connection::Place() const { return name_space == kUsualNamespace ? Url() : Url() + '/' + name_space; }
+std::string Connection::Place() const { return nameSpace == kUsualNamespace ? Url() : Url() + '/' + nameSpace; }
 
 std::string Connection::HostAndPort() const { return Bracketed(host) + ':' + std::to_string(Port()); }
 
@@ -247,10 +247,10 @@ Connection ConnectionOf(const Options& options, const std::map<std::string, std:
         merged.host = given.Text("address");
         merged.port = merged.port ? merged.port : given.Port();
     }
-    merged.name_space = merged.name_space ? merged.name_space : given.OptionalText("namespace");
-    TlsSettings of_document;
-    of_document.ca = given.OptionalText("ca");
-    merged.tls_settings.Complete(of_document);
+    merged.nameSpace = merged.nameSpace ? merged.nameSpace : given.OptionalText("namespace");
+    TlsSettings ofDocument;
+    ofDocument.ca = given.OptionalText("ca");
+    merged.tlsSettings.Complete(ofDocument);
     if (!merged.tls) {
         merged.tls = given.Tls();
     }

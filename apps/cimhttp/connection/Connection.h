@@ -36,12 +36,12 @@ struct Connection {
     std::chrono::seconds timeout{kUsualTimeout}; ///< for each answer
     bool strict = false;                         ///< an answer of which a part cannot be read fails as a whole
     std::optional<int> port = {};                ///< empty for the usual one
-    std::string name_space = kUsualNamespace;    ///< on the server
-    TlsSettings tls_settings = {};
-    std::string known_since = {};          ///< when the user trusted the fingerprint; empty where it is given otherwise
+    std::string nameSpace = kUsualNamespace;     ///< on the server
+    TlsSettings tlsSettings = {};
+    std::string knownSince = {};           ///< when the user trusted the fingerprint; empty where it is given otherwise
     std::optional<std::string> trace = {}; ///< the file for what is sent and received, an absolute path
     std::shared_ptr<OperationStatistics> statistics = {}; ///< where what operations take is counted; null: nowhere
-    bool is_verified_by_policy = false; ///< the machine's policy makes sure whom an encrypted connection goes to
+    bool isVerifiedByPolicy = false; ///< the machine's policy makes sure whom an encrypted connection goes to
 
     /// How long connecting may take.
     std::chrono::seconds ConnectTimeout() const { return std::min(timeout, std::chrono::seconds(kLongestConnect)); }

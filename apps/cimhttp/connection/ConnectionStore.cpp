@@ -43,12 +43,12 @@ SavedConnection ReadConnection(const UserEntry& entry) {
     connection.host = entry.NeededText(kHost);
     connection.port = entry.Number(kPort, "number", 1, kHighestPort);
     connection.tls = entry.Flag(kTls).value_or(false);
-    connection.name_space = entry.Text(kNamespace);
+    connection.nameSpace = entry.Text(kNamespace);
     connection.user = entry.Text(kUser);
     connection.password = entry.Text(kPassword);
     connection.timeout = entry.Number(kTimeout, "number of seconds", kShortestTimeout, kLongestTimeout);
-    connection.tls_settings = {entry.Text(kCa), entry.Text(kFingerprint), entry.Text(kCertificate), entry.Text(kKey),
-                               entry.Flag(kVerify)};
+    connection.tlsSettings = {entry.Text(kCa), entry.Text(kFingerprint), entry.Text(kCertificate), entry.Text(kKey),
+                              entry.Flag(kVerify)};
     return connection;
 }
 
@@ -62,15 +62,15 @@ void Add(const char* name, const std::optional<Value>& value, ordered_json& entr
 ordered_json ToJson(const SavedConnection& connection) {
     ordered_json entry{{kHost, connection.host}, {kTls, connection.tls}};
     Add(kPort, connection.port, entry);
-    Add(kNamespace, connection.name_space, entry);
+    Add(kNamespace, connection.nameSpace, entry);
     Add(kUser, connection.user, entry);
     Add(kPassword, connection.password, entry);
     Add(kTimeout, connection.timeout, entry);
-    Add(kCa, connection.tls_settings.ca, entry);
-    Add(kFingerprint, connection.tls_settings.fingerprint, entry);
-    Add(kCertificate, connection.tls_settings.certificate, entry);
-    Add(kKey, connection.tls_settings.key, entry);
-    Add(kVerify, connection.tls_settings.verify, entry);
+    Add(kCa, connection.tlsSettings.ca, entry);
+    Add(kFingerprint, connection.tlsSettings.fingerprint, entry);
+    Add(kCertificate, connection.tlsSettings.certificate, entry);
+    Add(kKey, connection.tlsSettings.key, entry);
+    Add(kVerify, connection.tlsSettings.verify, entry);
     return entry;
 }
 
@@ -84,9 +84,9 @@ ordered_json ToJson(const ConnectionStore::Connections& connections) {
 
 /// A file that others can read is no place for passwords.
 void CheckPrivacy(const std::string& path, mode_t mode, const ConnectionStore::Connections& connections) {
-    const bool holds_password = std::any_of(connections.begin(), connections.end(),
-                                            [](const auto& entry) { return entry.second.password.has_value(); });
-    if (holds_password && (mode & kNotForOthers) != 0) {
+    const bool holdsPassword = std::any_of(connections.begin(), connections.end(),
+                                           [](const auto& entry) { return entry.second.password.has_value(); });
+    if (holdsPassword && (mode & kNotForOthers) != 0) {
         Refuse(path + " holds a password and is open to others: chmod 600 it, and think of changing the password");
     }
 }

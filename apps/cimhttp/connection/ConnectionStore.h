@@ -18,8 +18,8 @@ struct SavedConnection {
     std::optional<std::string> password; ///< only where the user asked to store it
     std::optional<unsigned> timeout;     ///< in seconds
     std::optional<int> port = {};
-    std::optional<std::string> name_space = {};
-    TlsSettings tls_settings = {};
+    std::optional<std::string> nameSpace = {};
+    TlsSettings tlsSettings = {};
 };
 
 /// The user's named connections. They are a JSON document in one file, which only its owner reads:

@@ -43,8 +43,8 @@ PortState Try(const addrinfo& address) {
     if (socket < 0) { // also where the machine does not know the kind of address
         return errno == EAFNOSUPPORT ? PortState::kSilent : PortState::kUntried;
     }
-    const bool is_begun = ::connect(socket, address.ai_addr, address.ai_addrlen) == 0 || errno == EINPROGRESS;
-    const int error = is_begun ? ResultOf(socket) : errno;
+    const bool isBegun = ::connect(socket, address.ai_addr, address.ai_addrlen) == 0 || errno == EINPROGRESS;
+    const int error = isBegun ? ResultOf(socket) : errno;
     ::close(socket);
     return error == 0 ? PortState::kOpen : error == ECONNREFUSED ? PortState::kRefused : PortState::kSilent;
 }
@@ -73,8 +73,8 @@ std::string ExplainUnknownHost(const HostAddresses& addresses) {
 /// is told to leave out TLS who would then send a password in plain text: whoever stands between could get it by
 /// disturbing TLS.
 std::string OtherWay(const Connection& connection) {
-    const bool wants_tls = connection.tls && (!connection.user.empty() || connection.tls_settings.Verifies());
-    if (connection.port || wants_tls) {
+    const bool wantsTls = connection.tls && (!connection.user.empty() || connection.tlsSettings.Verifies());
+    if (connection.port || wantsTls) {
         return {};
     }
     const int port = connection.tls ? kHttpPort : kHttpsPort;
@@ -95,14 +95,14 @@ std::string ExplainFailedConnect(const Connection& connection, const std::string
     if (state == PortState::kUntried || (state == PortState::kOpen && !connection.tls)) {
         return reason; // to which the other port is no answer
     }
-    const std::string other_way = OtherWay(connection);
+    const std::string otherWay = OtherWay(connection);
     if (state == PortState::kOpen) {
-        return reason + (other_way.empty() ? "" : "; " + other_way);
+        return reason + (otherWay.empty() ? "" : "; " + otherWay);
     }
     const std::string what =
         (state == PortState::kRefused ? "nothing listens on port " : "no answer from port ") + std::to_string(port);
-    if (!other_way.empty()) {
-        return what + ", but " + other_way;
+    if (!otherWay.empty()) {
+        return what + ", but " + otherWay;
     }
     if (state != PortState::kRefused) {
         return what + "; is the host up, and does a firewall let the port through?";
@@ -111,11 +111,11 @@ std::string ExplainFailedConnect(const Connection& connection, const std::string
 }
 
 std::string CertificateAdvice(const Connection& connection) {
-    if (!connection.tls || connection.tls_settings.certificate) {
+    if (!connection.tls || connection.tlsSettings.certificate) {
         return {};
     }
     const auto probe = ProbeServer(connection.host, connection.Port(), true, kProbeForAdvice);
-    const bool asks = probe && probe->tls && probe->tls->asks_for_certificate;
+    const bool asks = probe && probe->tls && probe->tls->asksForCertificate;
     return asks ? "; the server asks for a certificate of yours: give --cert FILE and --key FILE" : "";
 }
 

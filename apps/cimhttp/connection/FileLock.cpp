@@ -33,8 +33,8 @@ std::string Reason(int error, const std::string& path) {
 int TryUntil(int descriptor, Clock::time_point end) {
     while (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
         const int error = errno;
-        const bool is_temporary = error == EWOULDBLOCK || error == EINTR;
-        if (!is_temporary || Clock::now() >= end) {
+        const bool isTemporary = error == EWOULDBLOCK || error == EINTR;
+        if (!isTemporary || Clock::now() >= end) {
             return error;
         }
         std::this_thread::sleep_for(kTryInterval);

@@ -16,15 +16,15 @@ std::optional<std::string> NormalFingerprint(const std::string& text) {
     if (text.size() != kBareSize && text.size() != kSizeWithColons) {
         return std::nullopt;
     }
-    const bool has_colons = text.size() == kSizeWithColons;
+    const bool hasColons = text.size() == kSizeWithColons;
     std::string normal;
     for (std::size_t i = 0; i < text.size(); ++i) {
         const auto letter = static_cast<unsigned char>(text[i]);
-        const bool is_colon = has_colons && i % 3 == 2;
-        if (is_colon ? letter != ':' : std::isxdigit(letter) == 0) {
+        const bool isColon = hasColons && i % 3 == 2;
+        if (isColon ? letter != ':' : std::isxdigit(letter) == 0) {
             return std::nullopt;
         }
-        normal += !has_colons && i > 0 && i % 2 == 0 ? ":" : "";
+        normal += !hasColons && i > 0 && i % 2 == 0 ? ":" : "";
         normal += static_cast<char>(std::toupper(letter));
     }
     return normal;

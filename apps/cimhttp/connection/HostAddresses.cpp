@@ -15,7 +15,7 @@ HostAddresses::HostAddresses(const std::string& host, int port) {
     if (error_ == 0) {
         list_.reset(found);
     } else {
-        error_text_ = error_ == EAI_SYSTEM ? std::generic_category().message(errno) : ::gai_strerror(error_);
+        errorText_ = error_ == EAI_SYSTEM ? std::generic_category().message(errno) : ::gai_strerror(error_);
     }
 }
 

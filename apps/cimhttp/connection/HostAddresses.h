@@ -16,7 +16,7 @@ class HostAddresses {
     int Error() const { return error_; }
 
     /// The same in words.
-    const std::string& ErrorText() const { return error_text_; }
+    const std::string& ErrorText() const { return errorText_; }
 
     /// The first of a list; null after an error. Valid as long as the object.
     const addrinfo* First() const { return list_.get(); }
@@ -28,7 +28,7 @@ class HostAddresses {
 
     std::unique_ptr<addrinfo, Free> list_;
     int error_;
-    std::string error_text_;
+    std::string errorText_;
 };
 
 } // namespace cimhttp

@@ -45,8 +45,8 @@ bool IsAboutValue(Cause cause) {
 /// The words about one, with what is known of its place.
 std::string AboutFirst(const ReadingIncident& incident) {
     const std::string object = incident.path.empty() ? incident.className : incident.path;
-    const bool has_both = !incident.property.empty() && !object.empty();
-    const std::string place = incident.property + (has_both ? " of " : "") + object;
+    const bool hasBoth = !incident.property.empty() && !object.empty();
+    const std::string place = incident.property + (hasBoth ? " of " : "") + object;
     return "; the first: " + place + (place.empty() ? "" : ": ") + incident.reason;
 }
 
@@ -77,9 +77,9 @@ std::string IncidentTally::Text() const {
     }
     const auto total = std::accumulate(counts_.begin(), counts_.end(), std::size_t{0},
                                        [](std::size_t sum, const auto& count) { return sum + count.second; });
-    const bool are_values =
+    const bool areValues =
         std::all_of(counts_.begin(), counts_.end(), [](const auto& count) { return IsAboutValue(count.first); });
-    return std::to_string(total) + (are_values ? " value" : " thing") + (total == 1 ? "" : "s") +
+    return std::to_string(total) + (areValues ? " value" : " thing") + (total == 1 ? "" : "s") +
            " could not be taken over (" + causes + ')' + (first_ ? AboutFirst(*first_) : std::string());
 }
 

@@ -68,11 +68,11 @@ std::string InputFile::ReadLine(std::size_t limit) const {
     return content.substr(0, size);
 }
 
-std::string InputFile::Read(std::size_t limit, bool is_line) const {
+std::string InputFile::Read(std::size_t limit, bool isLine) const {
     const auto end = Clock::now() + patience_;
     std::vector<char> block(std::min(limit + 1, kBlockSize));
     std::string content;
-    while (content.size() <= limit && !(is_line && content.find('\n') != std::string::npos)) {
+    while (content.size() <= limit && !(isLine && content.find('\n') != std::string::npos)) {
         AwaitMore(end);
         const ssize_t size = ::read(descriptor_.Number(), block.data(), block.size());
         if (size == 0) {

@@ -31,8 +31,8 @@ bool IsUnsupported(const RemoteFailure& failure) {
            (failure.kind == RemoteFailure::Kind::kHttp && failure.httpStatus == kHttpNotImplemented);
 }
 
-void VainAttempts::Add(const std::string& class_name, const std::string& name_space, const std::string& reason) {
-    text_ += (text_.empty() ? "" : "; ") + class_name + " in " + name_space + ": " + reason;
+void VainAttempts::Add(const std::string& className, const std::string& nameSpace, const std::string& reason) {
+    text_ += (text_.empty() ? "" : "; ") + className + " in " + nameSpace + ": " + reason;
 }
 
 } // namespace cimhttp

@@ -20,7 +20,7 @@ bool IsUnsupported(const NQORVYX20::RemoteFailure& failure);
 /// Where something was looked for in vain, and why.
 class VainAttempts {
   public:
-    void Add(const std::string& class_name, const std::string& name_space, const std::string& reason);
+    void Add(const std::string& className, const std::string& nameSpace, const std::string& reason);
 
     /// One line, `CIM_Namespace in interop: …; …`.
     const std::string& Text() const { return text_; }

@@ -21,10 +21,10 @@ constexpr const char* kSubject = "subject";
 UserDocument Document(const std::string& path) { return {path, "a list of servers"}; }
 
 /// Hosts are the same in any case.
-std::string Key(std::string host_and_port) {
-    std::transform(host_and_port.begin(), host_and_port.end(), host_and_port.begin(),
+std::string Key(std::string hostAndPort) {
+    std::transform(hostAndPort.begin(), hostAndPort.end(), hostAndPort.begin(),
                    [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
-    return host_and_port;
+    return hostAndPort;
 }
 
 KnownServer ReadServer(const UserEntry& entry, const std::string& place) {
@@ -62,28 +62,28 @@ std::optional<KnownServers> KnownServers::OfUser() {
 
 KnownServers::Servers KnownServers::Read() const { return ServersIn(Document(path_).Read(), path_); }
 
-std::optional<KnownServer> KnownServers::Find(const std::string& host_and_port) const {
+std::optional<KnownServer> KnownServers::Find(const std::string& hostAndPort) const {
     const Servers servers = Read();
-    const auto found = servers.find(Key(host_and_port));
+    const auto found = servers.find(Key(hostAndPort));
     return found == servers.end() ? std::nullopt : std::optional(found->second);
 }
 
-void KnownServers::Keep(const std::string& host_and_port, const KnownServer& server) const {
+void KnownServers::Keep(const std::string& hostAndPort, const KnownServer& server) const {
     Document(path_).Update([&](const UserDocument::Content& content) {
         Servers servers = ServersIn(content, path_);
-        servers[Key(host_and_port)] = server;
+        servers[Key(hostAndPort)] = server;
         return ToJson(servers);
     });
 }
 
-bool KnownServers::Forget(const std::string& host_and_port) const {
-    bool is_forgotten = false;
+bool KnownServers::Forget(const std::string& hostAndPort) const {
+    bool isForgotten = false;
     Document(path_).Update([&](const UserDocument::Content& content) {
         Servers servers = ServersIn(content, path_);
-        is_forgotten = servers.erase(Key(host_and_port)) > 0;
+        isForgotten = servers.erase(Key(hostAndPort)) > 0;
         return ToJson(servers);
     });
-    return is_forgotten;
+    return isForgotten;
 }
 
 } // namespace cimhttp

@@ -34,13 +34,13 @@ class KnownServers {
     Servers Read() const;
 
     /// The one at a host and port, `server.example:5989`, whatever the case. Throws like Read().
-    std::optional<KnownServer> Find(const std::string& host_and_port) const;
+    std::optional<KnownServer> Find(const std::string& hostAndPort) const;
 
     /// Keeps one, in the place of what was known of this host and port. Throws like UserDocument::Update.
-    void Keep(const std::string& host_and_port, const KnownServer& server) const;
+    void Keep(const std::string& hostAndPort, const KnownServer& server) const;
 
     /// False where there is none. Throws like UserDocument::Update.
-    bool Forget(const std::string& host_and_port) const;
+    bool Forget(const std::string& hostAndPort) const;
 
   private:
     std::string path_;

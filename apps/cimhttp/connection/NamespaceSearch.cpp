@@ -68,20 +68,20 @@ bool NamespaceSearch::FindBelow(const std::string& top) {
     return true;
 }
 
-void NamespaceSearch::AskBelow(const std::string& name_space) {
+void NamespaceSearch::AskBelow(const std::string& nameSpace) {
     try {
-        const NameSet below = NamesBelow(name_space);
+        const NameSet below = NamesBelow(nameSpace);
         names_.insert(below.begin(), below.end());
     } catch (const RemoteError& error) {
         if (!SaysThatThereIsNone(error.Failure()) && remark_.empty()) {
-            remark_ = "not every namespace tells what is below it; the first: " + name_space + ": " + error.what();
+            remark_ = "not every namespace tells what is below it; the first: " + nameSpace + ": " + error.what();
         }
     }
 }
 
-NameSet NamespaceSearch::NamesIn(const std::string& name_space, const std::string& class_name) {
+NameSet NamespaceSearch::NamesIn(const std::string& nameSpace, const std::string& className) {
     NameSet names;
-    for (const auto& path : session_.InstancePathsIn(name_space, class_name)) {
+    for (const auto& path : session_.InstancePathsIn(nameSpace, className)) {
         const auto name = path.GetKeyValue("Name");
         if (!name.IsNull()) {
             names.insert(WithoutSlash(name.ToString(kDecimal)));
@@ -90,22 +90,22 @@ NameSet NamespaceSearch::NamesIn(const std::string& name_space, const std::strin
     return names;
 }
 
-NameSet NamespaceSearch::NamesBelow(const std::string& name_space) {
-    NameSet whole_names;
-    for (const std::string& name : NamesIn(name_space, kOldNamespaceClass)) {
-        whole_names.insert(name_space + '/' + name);
+NameSet NamespaceSearch::NamesBelow(const std::string& nameSpace) {
+    NameSet wholeNames;
+    for (const std::string& name : NamesIn(nameSpace, kOldNamespaceClass)) {
+        wholeNames.insert(nameSpace + '/' + name);
     }
-    return whole_names;
+    return wholeNames;
 }
 
 /// Whether there are any names; notes where they come from.
-bool NamespaceSearch::Found(const std::string& class_name, const std::string& name_space) {
+bool NamespaceSearch::Found(const std::string& className, const std::string& nameSpace) {
     if (names_.empty()) {
-        attempts_.Add(class_name, name_space, "it has none");
+        attempts_.Add(className, nameSpace, "it has none");
         return false;
     }
-    source_class_ = class_name;
-    source_namespace_ = name_space;
+    sourceClass_ = className;
+    sourceNamespace_ = nameSpace;
     return true;
 }
 

@@ -24,8 +24,8 @@ class NamespaceSearch {
     const NameSet& Names() const { return names_; }
 
     /// The class and the namespace that told them.
-    const std::string& SourceClass() const { return source_class_; }
-    const std::string& SourceNamespace() const { return source_namespace_; }
+    const std::string& SourceClass() const { return sourceClass_; }
+    const std::string& SourceNamespace() const { return sourceNamespace_; }
 
     /// What could not be asked for its part, one line; empty when all was.
     const std::string& Remark() const { return remark_; }
@@ -35,16 +35,16 @@ class NamespaceSearch {
     bool FindBelow(const std::string& top);
 
     /// The values of the key `Name` of the class's instances. Throws RemoteError.
-    NameSet NamesIn(const std::string& name_space, const std::string& class_name);
-    NameSet NamesBelow(const std::string& name_space);
-    void AskBelow(const std::string& name_space);
-    bool Found(const std::string& class_name, const std::string& name_space);
+    NameSet NamesIn(const std::string& nameSpace, const std::string& className);
+    NameSet NamesBelow(const std::string& nameSpace);
+    void AskBelow(const std::string& nameSpace);
+    bool Found(const std::string& className, const std::string& nameSpace);
 
     Session& session_;
     VainAttempts attempts_;
     NameSet names_;
-    std::string source_class_;
-    std::string source_namespace_;
+    std::string sourceClass_;
+    std::string sourceNamespace_;
     std::string remark_;
 };
 

@@ -18,10 +18,10 @@ std::string Milliseconds(std::uint64_t microseconds) {
 }
 
 void WriteColumns(std::ostream& stream, const std::string& name, const std::string& requests, const std::string& sent,
-                  const std::string& received, const std::string& round_trip, const std::string& server_time) {
+                  const std::string& received, const std::string& roundTrip, const std::string& serverTime) {
     std::array<char, 192> line{};
     std::snprintf(line.data(), line.size(), "%-28s %8s %12s %14s %16s %16s\n", name.c_str(), requests.c_str(),
-                  sent.c_str(), received.c_str(), round_trip.c_str(), server_time.c_str());
+                  sent.c_str(), received.c_str(), roundTrip.c_str(), serverTime.c_str());
     stream << line.data();
 }
 
@@ -31,16 +31,16 @@ void OperationStatistics::Sums::Add(const Sums& other) {
     requests += other.requests;
     sent += other.sent;
     received += other.received;
-    round_trip += other.round_trip;
-    server_time += other.server_time;
-    server_times += other.server_times;
+    roundTrip += other.roundTrip;
+    serverTime += other.serverTime;
+    serverTimes += other.serverTimes;
 }
 
 void OperationStatistics::Add(const Measurement& measurement) {
     const std::lock_guard<std::mutex> lock(mutex_);
-    operations_[measurement.operation].Add({1, measurement.sent, measurement.received, measurement.round_trip,
-                                            measurement.server_time.value_or(0),
-                                            measurement.server_time ? std::size_t{1} : 0});
+    operations_[measurement.operation].Add({1, measurement.sent, measurement.received, measurement.roundTrip,
+                                            measurement.serverTime.value_or(0),
+                                            measurement.serverTime ? std::size_t{1} : 0});
 }
 
 void OperationStatistics::Write(std::ostream& stream) const {
@@ -56,11 +56,11 @@ void OperationStatistics::Write(std::ostream& stream) const {
 }
 
 void OperationStatistics::WriteLine(std::ostream& stream, const std::string& name, const Sums& sums) {
-    const std::string known = sums.server_times == 0              ? kNoTime
-                              : sums.server_times < sums.requests ? '>' + Milliseconds(sums.server_time)
-                                                                  : Milliseconds(sums.server_time);
+    const std::string known = sums.serverTimes == 0              ? kNoTime
+                              : sums.serverTimes < sums.requests ? '>' + Milliseconds(sums.serverTime)
+                                                                 : Milliseconds(sums.serverTime);
     WriteColumns(stream, name, std::to_string(sums.requests), std::to_string(sums.sent), std::to_string(sums.received),
-                 Milliseconds(sums.round_trip), known);
+                 Milliseconds(sums.roundTrip), known);
 }
 
 } // namespace cimhttp

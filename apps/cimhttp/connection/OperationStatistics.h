@@ -23,9 +23,9 @@ class OperationStatistics : public MeasurementSink {
         std::size_t requests = 0;
         std::uint64_t sent = 0;
         std::uint64_t received = 0;
-        std::uint64_t round_trip = 0;
-        std::uint64_t server_time = 0;
-        std::size_t server_times = 0; ///< how many answers told it
+        std::uint64_t roundTrip = 0;
+        std::uint64_t serverTime = 0;
+        std::size_t serverTimes = 0; ///< how many answers told it
 
         void Add(const Sums& other);
     };

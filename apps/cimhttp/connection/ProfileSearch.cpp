@@ -52,13 +52,13 @@ bool IsBefore(const RegisteredProfile& one, const RegisteredProfile& other) {
 
 void ProfileSearch::Run() {
     VainAttempts attempts;
-    for (const std::string& name_space : InteropNames()) {
+    for (const std::string& nameSpace : InteropNames()) {
         try {
-            for (const auto& instance : session_.InstancesIn(name_space, kProfileClass)) {
-                profiles_.push_back(ProfileOf(*instance, name_space));
+            for (const auto& instance : session_.InstancesIn(nameSpace, kProfileClass)) {
+                profiles_.push_back(ProfileOf(*instance, nameSpace));
             }
         } catch (const RemoteError& error) {
-            attempts.Add(kProfileClass, name_space, error.what());
+            attempts.Add(kProfileClass, nameSpace, error.what());
             continue;
         }
         std::sort(profiles_.begin(), profiles_.end(), IsBefore);
@@ -71,40 +71,40 @@ void ProfileSearch::Run() {
                   "the server at " + session_.Server() + " does not tell its profiles: " + attempts.Text());
 }
 
-RegisteredProfile ProfileSearch::ProfileOf(const ICIMInstance& instance, const std::string& name_space) const {
+RegisteredProfile ProfileSearch::ProfileOf(const ICIMInstance& instance, const std::string& nameSpace) const {
     const PluginAccess& access = session_.LoadedPlugin().Access();
     return {OrganizationOf(instance, access), TextOf(instance, "RegisteredName", access),
-            TextOf(instance, "RegisteredVersion", access), PathOf(instance, name_space), std::nullopt};
+            TextOf(instance, "RegisteredVersion", access), PathOf(instance, nameSpace), std::nullopt};
 }
 
 void ProfileSearch::FindCentralInstances(RegisteredProfile& profile) {
     AssociationQuery query;
     query.path = profile.path;
-    query.association_class = kConformanceClass;
+    query.associationClass = kConformanceClass;
     query.role = "ConformantStandard";
-    query.result_role = "ManagedElement";
+    query.resultRole = "ManagedElement";
     try {
         std::vector<std::string> paths;
         for (const auto& path : session_.RelatedPaths(query)) {
             paths.push_back(path.GetPath());
         }
         std::sort(paths.begin(), paths.end());
-        profile.central_instances = std::move(paths);
+        profile.centralInstances = std::move(paths);
     } catch (const LoginFailure&) {
         throw;
     } catch (const Failure& failure) {
         if (failure.Status() == Failure::kConnection) {
             throw;
         }
-        first_failure_ = ++unknown_count_ == 1 ? failure.what() : first_failure_;
+        firstFailure_ = ++unknownCount_ == 1 ? failure.what() : firstFailure_;
     }
 }
 
 std::string ProfileSearch::Remark() const {
-    return unknown_count_ == 0
+    return unknownCount_ == 0
                ? std::string()
-               : "the central instances of " + std::to_string(unknown_count_) +
-                     (unknown_count_ == 1 ? " profile" : " profiles") + " are not known; the first: " + first_failure_;
+               : "the central instances of " + std::to_string(unknownCount_) +
+                     (unknownCount_ == 1 ? " profile" : " profiles") + " are not known; the first: " + firstFailure_;
 }
 
 } // namespace cimhttp

@@ -21,7 +21,7 @@ struct RegisteredProfile {
     std::string path; ///< with the namespace
 
     /// The paths of the instances with which the profile begins, sorted; empty when the server does not tell them.
-    std::optional<std::vector<std::string>> central_instances;
+    std::optional<std::vector<std::string>> centralInstances;
 };
 
 /// Finds the registered profiles of a server, in its Interop namespace.
@@ -39,13 +39,13 @@ class ProfileSearch {
     std::string Remark() const;
 
   private:
-    RegisteredProfile ProfileOf(const NQORVYX20::ICIMInstance& instance, const std::string& name_space) const;
+    RegisteredProfile ProfileOf(const NQORVYX20::ICIMInstance& instance, const std::string& nameSpace) const;
     void FindCentralInstances(RegisteredProfile& profile);
 
     Session& session_;
     std::vector<RegisteredProfile> profiles_;
-    std::size_t unknown_count_ = 0;
-    std::string first_failure_;
+    std::size_t unknownCount_ = 0;
+    std::string firstFailure_;
 };
 
 } // namespace cimhttp

@@ -63,8 +63,8 @@ std::string ExplainedLogin(const RemoteFailure& failure, const Connection& conne
 }
 
 std::string ExplainedHttp(const RemoteFailure& failure) {
-    const bool is_of_cim = failure.httpStatus == kBadRequest || failure.httpStatus == kNotImplemented;
-    return failure.text + (is_of_cim ? "" : "; is it a CIM server that answers there?");
+    const bool isOfCim = failure.httpStatus == kBadRequest || failure.httpStatus == kNotImplemented;
+    return failure.text + (isOfCim ? "" : "; is it a CIM server that answers there?");
 }
 
 std::string ExplainedTls(const RemoteFailure& failure, const Connection& connection) {
@@ -102,7 +102,7 @@ std::string Explained(const RemoteFailure& failure, const Connection& connection
 
 RemoteReason::RemoteReason(const RemoteFailure& failure, const Connection& connection)
     : status_(StatusOf(failure)),
-      is_login_refused_(failure.kind == Kind::kLogin),
+      isLoginRefused_(failure.kind == Kind::kLogin),
       text_(Explained(failure, connection)) {}
 
 } // namespace cimhttp

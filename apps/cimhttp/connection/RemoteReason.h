@@ -18,14 +18,14 @@ class RemoteReason {
     Failure::ExitStatus Status() const { return status_; }
 
     /// Whether nothing can be read with this user and password; otherwise kAuthentication is about one thing.
-    bool IsLoginRefused() const { return is_login_refused_; }
+    bool IsLoginRefused() const { return isLoginRefused_; }
 
     /// The reason, with what to try.
     const std::string& Text() const { return text_; }
 
   private:
     Failure::ExitStatus status_;
-    bool is_login_refused_;
+    bool isLoginRefused_;
     std::string text_;
 };
 

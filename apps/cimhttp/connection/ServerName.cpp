@@ -12,47 +12,46 @@ namespace {
 
 /// Takes `prefix` off the front of `text`. False where it is not there.
 bool TakePrefix(std::string& text, const std::string& prefix) {
-    const bool is_there = text.compare(0, prefix.size(), prefix) == 0;
-    if (is_there) {
+    const bool isThere = text.compare(0, prefix.size(), prefix) == 0;
+    if (isThere) {
         text.erase(0, prefix.size());
     }
-    return is_there;
+    return isThere;
 }
 
 std::optional<bool> TakeScheme(std::string& text) {
-    const bool is_https = TakePrefix(text, "https://");
-    if (!is_https && !TakePrefix(text, "http://")) {
+    const bool isHttps = TakePrefix(text, "https://");
+    if (!isHttps && !TakePrefix(text, "http://")) {
         return std::nullopt;
     }
     if (!text.empty() && text.back() == '/') {
         text.pop_back();
     }
-    return is_https;
+    return isHttps;
 }
 
 /// Splits `host:port` and `[host]:port`; an IPv6 address without brackets has no port.
 std::string TakePort(std::string& host) {
     std::string port;
     const auto colon = host.rfind(':');
-    const bool is_bracketed = host.front() == '[';
-    const bool has_port =
-        colon != std::string::npos && (is_bracketed ? host[colon - 1] == ']' : host.find(':') == colon);
-    if (has_port) {
+    const bool isBracketed = host.front() == '[';
+    const bool hasPort = colon != std::string::npos && (isBracketed ? host[colon - 1] == ']' : host.find(':') == colon);
+    if (hasPort) {
         port = host.substr(colon + 1);
         host.erase(colon);
     }
-    if (is_bracketed && host.back() == ']') {
+    if (isBracketed && host.back() == ']') {
         host = host.substr(1, host.size() - 2);
     }
     return port;
 }
 
 bool IsPlausible(const std::string& host) {
-    const auto is_plausible = [](unsigned char letter) {
+    const auto isPlausible = [](unsigned char letter) {
         return std::isalnum(letter) != 0 || letter > 0x7f ||
                std::string(".-_:%").find(static_cast<char>(letter)) != std::string::npos;
     };
-    return !host.empty() && std::all_of(host.begin(), host.end(), is_plausible);
+    return !host.empty() && std::all_of(host.begin(), host.end(), isPlausible);
 }
 
 } // namespace
@@ -64,8 +63,8 @@ std::optional<bool> TlsOfPort(int port) {
 std::optional<int> ParsePort(const std::string& text) {
     int port = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), port);
-    const bool is_port = error == std::errc() && end == text.data() + text.size() && port > 0 && port <= kHighestPort;
-    return is_port ? std::optional(port) : std::nullopt;
+    const bool isPort = error == std::errc() && end == text.data() + text.size() && port > 0 && port <= kHighestPort;
+    return isPort ? std::optional(port) : std::nullopt;
 }
 
 ServerName ParseServerName(const std::string& text) {

@@ -46,22 +46,21 @@ class Socket {
 };
 
 void ShakeHands(int socket, const std::string& host, ProbeResult& result) {
-    auto* const shake_hands = OwnFunction<TlsHandshakeFunction>(kTlsHandshakeLibrary, kTlsHandshakeFunction);
+    auto* const shakeHands = OwnFunction<TlsHandshakeFunction>(kTlsHandshakeLibrary, kTlsHandshakeFunction);
     TlsDetails details;
     const auto begin = Clock::now();
-    const bool is_seen = shake_hands(socket, host, details);
+    const bool isSeen = shakeHands(socket, host, details);
     result.handshake = Since(begin);
-    if (is_seen) {
+    if (isSeen) {
         result.tls = std::move(details);
     } else {
-        result.tls_failure = details.failure;
+        result.tlsFailure = details.failure;
     }
 }
 
 } // namespace
 
-std::optional<ProbeResult> ProbeServer(const std::string& host, int port, bool with_tls,
-                                       std::chrono::seconds patience) {
+std::optional<ProbeResult> ProbeServer(const std::string& host, int port, bool withTls, std::chrono::seconds patience) {
     const HostAddresses addresses(host, port);
     for (const addrinfo* address = addresses.First(); address != nullptr; address = address->ai_next) {
         const Socket socket(*address, patience);
@@ -70,8 +69,8 @@ std::optional<ProbeResult> ProbeServer(const std::string& host, int port, bool w
             continue;
         }
         ProbeResult result;
-        result.round_trip = Since(begin);
-        if (with_tls) {
+        result.roundTrip = Since(begin);
+        if (withTls) {
             ShakeHands(socket.Descriptor(), host, result);
         }
         return result;

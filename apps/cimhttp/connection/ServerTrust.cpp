@@ -32,7 +32,7 @@ TlsDetails Look(const Connection& connection, const Attendant& attendant) {
     };
     const auto result = attendant.Read("connecting to " + connection.Url(), probe);
     if (!result || !result->tls) {
-        const std::string reason = result ? result->tls_failure : "the server does not answer";
+        const std::string reason = result ? result->tlsFailure : "the server does not answer";
         throw NoConnection(connection, ExplainFailedConnect(connection, reason));
     }
     return *result->tls;
@@ -41,8 +41,8 @@ TlsDetails Look(const Connection& connection, const Attendant& attendant) {
 /// What the plug-in does not accept is told when the connection is made.
 bool PolicyVerifies(const Plugin& plugin, const Connection& connection) {
     try {
-        const auto name_space = plugin.AllocateNamespace(ContextOf(connection));
-        return plugin.Access().WouldVerify(*name_space, connection.host, connection.Port());
+        const auto nameSpace = plugin.AllocateNamespace(ContextOf(connection));
+        return plugin.Access().WouldVerify(*nameSpace, connection.host, connection.Port());
     } catch (const NQORVYX20::TVYXException&) {
         return false;
     }
@@ -73,8 +73,8 @@ bool UserTrusts(const Connection& connection, const TlsDetails& tls, const std::
 }
 
 Connection WithFingerprint(Connection connection, const KnownServer& server) {
-    connection.tls_settings.fingerprint = server.fingerprint;
-    connection.known_since = server.since.empty() ? "an unknown time" : server.since;
+    connection.tlsSettings.fingerprint = server.fingerprint;
+    connection.knownSince = server.since.empty() ? "an unknown time" : server.since;
     return connection;
 }
 
@@ -100,19 +100,19 @@ Connection Trusted(const Plugin& plugin, const Connection& connection, const Opt
     }
     if (PolicyVerifies(plugin, connection)) {
         Connection verified = connection;
-        verified.is_verified_by_policy = true;
+        verified.isVerifiedByPolicy = true;
         return verified;
     }
     const auto known = KnownServers::OfUser();
     if (const auto server = known ? known->Find(connection.HostAndPort()) : std::nullopt) {
         return WithFingerprint(connection, *server);
     }
-    if (connection.tls_settings.verify.value_or(false)) {
+    if (connection.tlsSettings.verify.value_or(false)) {
         throw NoConnection(connection, "nothing verifies the server, and --verify forbids to go on: give --ca FILE or "
                                        "--fingerprint SHA256; without --verify, you are asked on a terminal whether to "
                                        "trust its certificate");
     }
-    return options.is_error_stream_terminal ? AskedFor(connection, known, attendant) : connection;
+    return options.isErrorStreamTerminal ? AskedFor(connection, known, attendant) : connection;
 }
 
 } // namespace cimhttp

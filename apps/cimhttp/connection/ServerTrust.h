@@ -22,7 +22,7 @@ Connection Trusted(const Plugin& plugin, const Connection& connection, const Opt
 
 /// Whether something makes sure whom an encrypted connection goes to.
 inline bool IsVerified(const Connection& connection) {
-    return connection.tls_settings.Verifies() || connection.is_verified_by_policy;
+    return connection.tlsSettings.Verifies() || connection.isVerifiedByPolicy;
 }
 
 } // namespace cimhttp

@@ -53,8 +53,8 @@ std::string NoConnection(const Connection& connection, const std::string& reason
 
 /// About a server that ends a connection for want of a certificate.
 std::string AdviceAbout(const RemoteFailure& failure, const Connection& connection) {
-    const bool is_ended = failure.kind == RemoteFailure::Kind::kTls || failure.kind == RemoteFailure::Kind::kClosed;
-    return is_ended && !failure.refusal ? CertificateAdvice(connection) : std::string();
+    const bool isEnded = failure.kind == RemoteFailure::Kind::kTls || failure.kind == RemoteFailure::Kind::kClosed;
+    return isEnded && !failure.refusal ? CertificateAdvice(connection) : std::string();
 }
 
 /// The plug-in has no time-out for connecting; the user has one.
@@ -107,7 +107,7 @@ bool HasName(const std::vector<std::string>& names, const std::string& name) {
 
 /// Those that the user gives.
 std::vector<std::string> NamesOf(const AssociationQuery& query) {
-    std::vector<std::string> names{query.association_class, query.role, query.result_class, query.result_role};
+    std::vector<std::string> names{query.associationClass, query.role, query.resultClass, query.resultRole};
     names.insert(names.end(), query.properties.begin(), query.properties.end());
     return names;
 }
@@ -137,7 +137,7 @@ Session::Namespace Session::Allocate(const Connection& connection) const {
         if (exception.GetStatusCode().GetCode() != kTypeMismatch) {
             throw;
         }
-        throw Failure(Failure::kUsage, "'" + connection.name_space + "' is not the name of a namespace");
+        throw Failure(Failure::kUsage, "'" + connection.nameSpace + "' is not the name of a namespace");
     }
 }
 
@@ -156,8 +156,8 @@ Session::Namespace Session::Open(const Connection& connection) const {
         }
     } catch (const TVYXException& exception) {
         // the client library may be the first to notice that the time is over
-        const bool is_late = std::chrono::steady_clock::now() - begin >= limit.time;
-        throw is_late ? limit.failure() : NotConnected(ReasonOf(exception, *opened));
+        const bool isLate = std::chrono::steady_clock::now() - begin >= limit.time;
+        throw isLate ? limit.failure() : NotConnected(ReasonOf(exception, *opened));
     }
     return opened;
 }
@@ -181,10 +181,10 @@ auto Session::Attended(const std::string& thing, const Operation& operation) con
     return attendant_ ? attendant_->Read("reading " + thing, operation) : operation();
 }
 
-RemoteFailure Session::ReasonOf(const TVYXException& exception, ICIMNamespace& name_space) const {
+RemoteFailure Session::ReasonOf(const TVYXException& exception, ICIMNamespace& nameSpace) const {
     RemoteFailure unknown;
     unknown.text = exception.what();
-    return plugin_.Access().LastFailure(name_space).value_or(unknown);
+    return plugin_.Access().LastFailure(nameSpace).value_or(unknown);
 }
 
 void Session::Fail(const std::string& what, const RemoteFailure& failure) const {
@@ -213,8 +213,8 @@ std::vector<std::string> Session::ClassNames() {
     }
 }
 
-std::vector<std::string> Session::ClassNamesIn(ICIMNamespace& name_space) {
-    return Attended("the names of the classes", [&] { return plugin_.Access().ClassNames(name_space); });
+std::vector<std::string> Session::ClassNamesIn(ICIMNamespace& nameSpace) {
+    return Attended("the names of the classes", [&] { return plugin_.Access().ClassNames(nameSpace); });
 }
 
 std::vector<RemoteClassName> Session::Hierarchy() {
@@ -237,13 +237,13 @@ std::vector<RemoteQualifierDeclaration> Session::KnownQualifiers() {
 }
 
 template <typename Operation>
-auto Session::ReadingClass(const std::string& thing, const std::string& class_name, const Operation& operation) {
+auto Session::ReadingClass(const std::string& thing, const std::string& className, const Operation& operation) {
     try {
         return Attended(thing, operation);
     } catch (const RemoteError& error) {
-        FailAboutClass(class_name, *namespace_, error.Failure());
+        FailAboutClass(className, *namespace_, error.Failure());
     } catch (const std::invalid_argument&) {
-        throw NotAName(class_name);
+        throw NotAName(className);
     }
 }
 
@@ -251,9 +251,9 @@ RemoteClass Session::Definition(const std::string& name) {
     return ReadingClass("the class " + name, name, [&] { return plugin_.Access().ReadClass(*namespace_, name); });
 }
 
-std::vector<NQORVYX20::TCIMReference> Session::InstancePaths(const std::string& class_name) {
-    return ReadingClass("the paths of the instances of " + class_name, class_name,
-                        [&] { return plugin_.Access().InstancePaths(*namespace_, class_name); });
+std::vector<NQORVYX20::TCIMReference> Session::InstancePaths(const std::string& className) {
+    return ReadingClass("the paths of the instances of " + className, className,
+                        [&] { return plugin_.Access().InstancePaths(*namespace_, className); });
 }
 
 boost::shared_ptr<ICIMClass> Session::Class(const std::string& name) {
@@ -270,13 +270,13 @@ boost::shared_ptr<ICIMClass> Session::Class(const std::string& name) {
     }
 }
 
-void Session::FailAboutClass(const std::string& name, ICIMNamespace& name_space, const RemoteFailure& failure) {
+void Session::FailAboutClass(const std::string& name, ICIMNamespace& nameSpace, const RemoteFailure& failure) {
     if (RemoteReason(failure, connection_).Status() != Failure::kNotFound) {
         Fail("the class " + name + " cannot be read from " + Place(), failure);
     }
     std::vector<std::string> classes;
     try {
-        classes = ClassNamesIn(name_space);
+        classes = ClassNamesIn(nameSpace);
     } catch (const RemoteError&) {
         // a server that does not list its classes
     }
@@ -301,13 +301,13 @@ Session::OpenInstances(ICIMClass& cls, bool deep, const std::vector<std::string>
 }
 
 std::vector<boost::shared_ptr<ICIMInstance>> Session::Next(InstanceSequence& instances,
-                                                           const std::string& class_name) const {
+                                                           const std::string& className) const {
     const auto read = [&] { return instances.Next(); };
     try {
-        return attendant_ ? attendant_->Read("reading the instances of " + class_name, read, [&] { instances.Stop(); })
+        return attendant_ ? attendant_->Read("reading the instances of " + className, read, [&] { instances.Stop(); })
                           : read();
     } catch (const TVYXException& exception) {
-        Fail("the instances of " + class_name + " cannot be read from " + Place(), ReasonOf(exception, *namespace_));
+        Fail("the instances of " + className + " cannot be read from " + Place(), ReasonOf(exception, *namespace_));
     }
 }
 
@@ -318,13 +318,13 @@ void Session::EndIfInterrupted(std::unique_ptr<InstanceSequence>& instances) con
     }
 }
 
-std::vector<boost::shared_ptr<ICIMInstance>> Session::InstancesIn(const std::string& name_space,
-                                                                  const std::string& class_name) {
-    const std::string thing = "the instances of " + class_name + " in " + name_space;
-    ICIMNamespace& where = NamespaceOrOwn(name_space);
+std::vector<boost::shared_ptr<ICIMInstance>> Session::InstancesIn(const std::string& nameSpace,
+                                                                  const std::string& className) {
+    const std::string thing = "the instances of " + className + " in " + nameSpace;
+    ICIMNamespace& where = NamespaceOrOwn(nameSpace);
     try {
         return Attended(thing, [&] {
-            return InstancesOf(*where.GetClass(class_name, TCIMContext()), kWithSubclasses, TCIMContext());
+            return InstancesOf(*where.GetClass(className, TCIMContext()), kWithSubclasses, TCIMContext());
         });
     } catch (const TVYXException& exception) {
         const RemoteFailure failure = ReasonOf(exception, where);
@@ -333,17 +333,17 @@ std::vector<boost::shared_ptr<ICIMInstance>> Session::InstancesIn(const std::str
     }
 }
 
-std::vector<TCIMReference> Session::InstancePathsIn(const std::string& name_space, const std::string& class_name) {
-    const std::string thing = "the instances of " + class_name + " in " + name_space;
+std::vector<TCIMReference> Session::InstancePathsIn(const std::string& nameSpace, const std::string& className) {
+    const std::string thing = "the instances of " + className + " in " + nameSpace;
     try {
-        return Attended(thing, [&] { return plugin_.Access().InstancePathsIn(*namespace_, name_space, class_name); });
+        return Attended(thing, [&] { return plugin_.Access().InstancePathsIn(*namespace_, nameSpace, className); });
     } catch (const RemoteError& error) {
         FailUnlessAnswered(thing + " cannot be read from " + Server(), error.Failure());
         throw;
     }
 }
 
-std::string Session::NamespaceName() const { return connection_.name_space; }
+std::string Session::NamespaceName() const { return connection_.nameSpace; }
 
 Session::Trial Session::Try(const std::string& thing,
                             const std::function<void(const PluginAccess&, ICIMNamespace&)>& ask) {
@@ -388,15 +388,15 @@ auto Session::ReadingAssociations(const AssociationQuery& query, const Operation
 }
 
 void Session::FailAboutAssociations(const AssociationQuery& query, const RemoteFailure& failure) {
-    const bool is_about_names = failure.kind == RemoteFailure::Kind::kCimStatus &&
-                                (failure.cimStatus == kCimInvalidParameter || failure.cimStatus == kCimInvalidClass);
+    const bool isAboutNames = failure.kind == RemoteFailure::Kind::kCimStatus &&
+                              (failure.cimStatus == kCimInvalidParameter || failure.cimStatus == kCimInvalidClass);
     std::vector<std::string> classes;
     try {
-        classes = is_about_names ? ClassNamesIn(NamespaceOrOwn(NamespaceIn(query.path))) : classes;
+        classes = isAboutNames ? ClassNamesIn(NamespaceOrOwn(NamespaceIn(query.path))) : classes;
     } catch (const RemoteError&) {
         // a server that does not list its classes
     }
-    for (const std::string& name : {ClassInPath(query.path), query.association_class, query.result_class}) {
+    for (const std::string& name : {ClassInPath(query.path), query.associationClass, query.resultClass}) {
         if (!name.empty() && !classes.empty() && !HasName(classes, name)) {
             throw NoSuchClass(name, Server(), classes);
         }
@@ -460,7 +460,7 @@ void Session::CheckExists(const std::string& path) {
 // --- Other namespaces --------------------------------------------------------------------------------------------
 
 ICIMNamespace& Session::NamespaceOrOwn(const std::string& name) {
-    return name.empty() || IsSameName(name, connection_.name_space) ? *namespace_ : NamespaceNamed(name);
+    return name.empty() || IsSameName(name, connection_.nameSpace) ? *namespace_ : NamespaceNamed(name);
 }
 
 ICIMNamespace& Session::NamespaceNamed(const std::string& name) {
@@ -469,14 +469,14 @@ ICIMNamespace& Session::NamespaceNamed(const std::string& name) {
         return *known->second;
     }
     Connection other = connection_;
-    other.name_space = name;
+    other.nameSpace = name;
     return *others_.emplace(name, Open(other)).first->second;
 }
 
 std::string Session::NamespaceIn(const std::string& path) const {
     try {
         const std::string name = WithoutLeadingSlash(plugin_.Access().NamespaceOf(path));
-        return IsSameName(name, connection_.name_space) ? std::string() : name;
+        return IsSameName(name, connection_.nameSpace) ? std::string() : name;
     } catch (const std::invalid_argument& error) {
         throw NotAPath(path, error.what());
     }
@@ -484,15 +484,14 @@ std::string Session::NamespaceIn(const std::string& path) const {
 
 Session::FoundInstance Session::Instance(const std::string& path) {
     const std::string name = NamespaceIn(path);
-    ICIMNamespace& name_space = name.empty() ? *namespace_ : NamespaceNamed(name);
+    ICIMNamespace& nameSpace = name.empty() ? *namespace_ : NamespaceNamed(name);
     try {
-        return {Attended("the instance " + path, [&] { return plugin_.Access().ReadInstance(name_space, path); }),
-                name};
+        return {Attended("the instance " + path, [&] { return plugin_.Access().ReadInstance(nameSpace, path); }), name};
     } catch (const std::invalid_argument& error) {
         throw NotAPath(path, error.what());
     } catch (const RemoteError& error) {
         if (error.Failure().kind == RemoteFailure::Kind::kCimStatus && error.Failure().cimStatus == kCimInvalidClass) {
-            FailAboutClass(ClassInPath(path), name_space, error.Failure());
+            FailAboutClass(ClassInPath(path), nameSpace, error.Failure());
         }
         Fail("the instance " + path + " cannot be read from " + Place(), error.Failure());
     }

@@ -39,7 +39,7 @@ class Session {
     /// An instance, and the namespace that it is in; empty for the one that everything else is read from.
     struct FoundInstance {
         boost::shared_ptr<NQORVYX20::ICIMInstance> instance;
-        std::string name_space;
+        std::string nameSpace;
     };
 
     /// What asking for something came to.
@@ -100,19 +100,19 @@ class Session {
 
     /// The next of them; none at the end. An interrupt is passed on to the server before the program ends.
     std::vector<boost::shared_ptr<NQORVYX20::ICIMInstance>> Next(InstanceSequence& instances,
-                                                                 const std::string& class_name) const;
+                                                                 const std::string& className) const;
 
     /// Ends the program if an interrupt has come since, and tells the server that no more is wanted.
     void EndIfInterrupted(std::unique_ptr<InstanceSequence>& instances) const;
 
     /// The paths of the instances of a class and its subclasses, in the server's order. Fails like Class().
-    std::vector<NQORVYX20::TCIMReference> InstancePaths(const std::string& class_name);
+    std::vector<NQORVYX20::TCIMReference> InstancePaths(const std::string& className);
 
     /// The same in a namespace of the server, with all properties of their own classes; or their paths. Throws
     /// RemoteError for an error that the server answers with, since another namespace may have them.
-    std::vector<boost::shared_ptr<NQORVYX20::ICIMInstance>> InstancesIn(const std::string& name_space,
-                                                                        const std::string& class_name);
-    std::vector<NQORVYX20::TCIMReference> InstancePathsIn(const std::string& name_space, const std::string& class_name);
+    std::vector<boost::shared_ptr<NQORVYX20::ICIMInstance>> InstancesIn(const std::string& nameSpace,
+                                                                        const std::string& className);
+    std::vector<NQORVYX20::TCIMReference> InstancePathsIn(const std::string& nameSpace, const std::string& className);
 
     /// The name of the namespace that everything is read from.
     std::string NamespaceName() const;
@@ -160,17 +160,17 @@ class Session {
     /// The namespace that a path names, empty for the one that everything is read from.
     std::string NamespaceIn(const std::string& path) const;
 
-    std::vector<std::string> ClassNamesIn(NQORVYX20::ICIMNamespace& name_space);
+    std::vector<std::string> ClassNamesIn(NQORVYX20::ICIMNamespace& nameSpace);
 
     /// Throws the Failure, unless a remote one is an error that the server answers with.
     void FailUnlessAnswered(const std::string& what, const NQORVYX20::RemoteFailure& failure) const;
 
-    [[noreturn]] void FailAboutClass(const std::string& name, NQORVYX20::ICIMNamespace& name_space,
+    [[noreturn]] void FailAboutClass(const std::string& name, NQORVYX20::ICIMNamespace& nameSpace,
                                      const NQORVYX20::RemoteFailure& failure);
 
     /// Why the operation failed that threw the exception.
     NQORVYX20::RemoteFailure ReasonOf(const NQORVYX20::TVYXException& exception,
-                                      NQORVYX20::ICIMNamespace& name_space) const;
+                                      NQORVYX20::ICIMNamespace& nameSpace) const;
 
     /// What goes wrong when associations are asked for.
     [[noreturn]] void FailAboutAssociations(const AssociationQuery& query, const NQORVYX20::RemoteFailure& failure);
@@ -185,7 +185,7 @@ class Session {
     template <typename Operation>
     auto ReadingAssociations(const AssociationQuery& query, const Operation& operation);
     template <typename Operation>
-    auto ReadingClass(const std::string& thing, const std::string& class_name, const Operation& operation);
+    auto ReadingClass(const std::string& thing, const std::string& className, const Operation& operation);
 
     Plugin plugin_;
     Connection connection_;

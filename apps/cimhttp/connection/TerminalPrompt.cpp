@@ -61,8 +61,8 @@ class HeldSignals {
 /// A terminal that does not show what is typed, but for the end of the line.
 class WithoutEcho {
   public:
-    explicit WithoutEcho(int terminal) : terminal_(terminal), is_changed_(::tcgetattr(terminal, &previous_) == 0) {
-        if (is_changed_) {
+    explicit WithoutEcho(int terminal) : terminal_(terminal), isChanged_(::tcgetattr(terminal, &previous_) == 0) {
+        if (isChanged_) {
             termios silent = previous_;
             silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
             silent.c_lflag |= ECHONL | ICANON | ISIG;
@@ -70,7 +70,7 @@ class WithoutEcho {
         }
     }
     ~WithoutEcho() {
-        if (is_changed_) {
+        if (isChanged_) {
             ::tcsetattr(terminal_, TCSADRAIN, &previous_);
         }
     }
@@ -80,7 +80,7 @@ class WithoutEcho {
   private:
     int terminal_;
     termios previous_{};
-    bool is_changed_;
+    bool isChanged_;
 };
 
 void Write(int terminal, std::string_view text) {
@@ -113,7 +113,7 @@ std::optional<std::string> ReadLine(int terminal) {
     return line.substr(0, line.find_first_of("\r\n"));
 }
 
-std::optional<std::string> Ask(const std::string& question, bool is_secret) {
+std::optional<std::string> Ask(const std::string& question, bool isSecret) {
     const Descriptor terminal(::open(kControllingTerminal, O_RDWR | O_NOCTTY | O_CLOEXEC));
     if (terminal.Number() < 0) {
         return std::nullopt;
@@ -123,7 +123,7 @@ std::optional<std::string> Ask(const std::string& question, bool is_secret) {
     for (;;) {
         {
             std::optional<WithoutEcho> silent;
-            if (is_secret) {
+            if (isSecret) {
                 silent.emplace(terminal.Number());
             }
             Write(terminal.Number(), question);

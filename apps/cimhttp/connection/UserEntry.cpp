@@ -57,9 +57,9 @@ std::optional<unsigned> UserEntry::Number(const char* name, const std::string& w
     if (found == entry_.end()) {
         return std::nullopt;
     }
-    const bool is_in_range =
+    const bool isInRange =
         found->is_number_unsigned() && found->get<std::uint64_t>() >= least && found->get<std::uint64_t>() <= most;
-    if (!is_in_range) {
+    if (!isInRange) {
         Refuse(std::string(": ") + name + " is no " + what + " from " + std::to_string(least) + " to " +
                std::to_string(most));
     }

@@ -50,16 +50,16 @@ class DistinctColumns {
 /// What keeps a column in a table, the more the longer.
 enum class Merit { kNone, kConstant, kUsual, kHigh, kKey, kAsked };
 
-Merit MeritOf(const TableTexts& texts, std::size_t column, std::size_t different, bool is_repetition) {
+Merit MeritOf(const TableTexts& texts, std::size_t column, std::size_t different, bool isRepetition) {
     const auto importance = texts.Columns()[column].importance;
     if (importance == Listing::Importance::kAsked) {
         return Merit::kAsked;
     }
-    const bool has_several_rows = texts.Rows().size() > 1;
-    if (has_several_rows && different == 1) {
+    const bool hasSeveralRows = texts.Rows().size() > 1;
+    if (hasSeveralRows && different == 1) {
         return importance == Listing::Importance::kHigh ? Merit::kConstant : Merit::kNone;
     }
-    if (has_several_rows && is_repetition) {
+    if (hasSeveralRows && isRepetition) {
         return Merit::kNone;
     }
     switch (importance) {
@@ -85,9 +85,9 @@ struct Worth {
     }
 };
 
-Worth WorthOf(const TableTexts& texts, std::size_t column, bool is_repetition) {
+Worth WorthOf(const TableTexts& texts, std::size_t column, bool isRepetition) {
     const std::size_t different = CountDifferent(texts, column);
-    return {MeritOf(texts, column, different, is_repetition), different, std::max(texts.TextWidth(column), kNarrow)};
+    return {MeritOf(texts, column, different, isRepetition), different, std::max(texts.TextWidth(column), kNarrow)};
 }
 
 } // namespace
@@ -97,8 +97,8 @@ ColumnRanking::ColumnRanking(const TableTexts& texts) : columns_(texts.Columns()
     DistinctColumns distinct(texts);
     for (std::size_t i = 0; i < columns_.size(); ++i) {
         worths.push_back(WorthOf(texts, i, !distinct.Add(i)));
-        is_telling_.push_back(worths.back().merit >= Merit::kUsual);
-        is_constant_.push_back(worths.back().merit == Merit::kConstant);
+        isTelling_.push_back(worths.back().merit >= Merit::kUsual);
+        isConstant_.push_back(worths.back().merit == Merit::kConstant);
     }
     std::iota(columns_.rbegin(), columns_.rend(), std::size_t{0});
     std::stable_sort(columns_.begin(), columns_.end(),

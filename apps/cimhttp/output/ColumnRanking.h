@@ -18,14 +18,14 @@ class ColumnRanking {
     const std::vector<std::size_t>& Columns() const { return columns_; }
 
     /// False for what is the same in every one of several rows, or repeats a column before it.
-    bool IsTelling(std::size_t column) const { return is_telling_[column]; }
+    bool IsTelling(std::size_t column) const { return isTelling_[column]; }
 
     /// True for a column of high importance that is the same in every row.
-    bool IsImportantConstant(std::size_t column) const { return is_constant_[column]; }
+    bool IsImportantConstant(std::size_t column) const { return isConstant_[column]; }
 
   private:
-    std::vector<bool> is_telling_;
-    std::vector<bool> is_constant_;
+    std::vector<bool> isTelling_;
+    std::vector<bool> isConstant_;
     std::vector<std::size_t> columns_;
 };
 

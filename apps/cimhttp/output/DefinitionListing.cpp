@@ -55,11 +55,11 @@ std::string TypeText(const RemoteType& type) { return MofType(type) + MofArray(t
 
 /// `in`, `out` or both, as the qualifiers In (true unless said) and Out (false unless said) tell.
 std::string Direction(const RemoteParameter& parameter) {
-    const bool is_out = IsTrue(parameter.qualifiers, "Out");
+    const bool isOut = IsTrue(parameter.qualifiers, "Out");
     if (IsFalse(parameter.qualifiers, "In")) {
-        return is_out ? "out" : "";
+        return isOut ? "out" : "";
     }
-    return is_out ? "in out" : "in";
+    return isOut ? "in out" : "in";
 }
 
 std::string ParametersText(const RemoteMethod& method) {
@@ -105,8 +105,8 @@ const char* Boolean(bool value) { return value ? "true" : "false"; }
 JsonObject ElementJson(const std::string& name, const RemoteType& type) {
     JsonObject object;
     object.Add("name", JsonText(name)).Add("type", JsonText(type.name)).Add("array", Boolean(type.is_array));
-    if (!type.reference_class.empty()) {
-        object.Add("class", JsonText(type.reference_class));
+    if (!type.referenceClass.empty()) {
+        object.Add("class", JsonText(type.referenceClass));
     }
     return object;
 }
@@ -114,7 +114,7 @@ JsonObject ElementJson(const std::string& name, const RemoteType& type) {
 template <typename Element>
 std::string MemberJson(JsonObject object, const Element& element) {
     return object.Add("origin", JsonText(element.origin))
-        .Add("inherited", Boolean(element.is_inherited))
+        .Add("inherited", Boolean(element.isInherited))
         .Add("qualifiers", QualifiersJson(element.qualifiers))
         .Text();
 }

@@ -18,9 +18,9 @@ bool IsListOfValues(const TCIMValue& value) { return value.IsArray() && !value.I
 
 const std::vector<TCIMValue>& ElementsOf(const TCIMValue& array) { return array; }
 
-std::vector<bool> NullsAmong(const TCIMValue& value, bool is_list) {
+std::vector<bool> NullsAmong(const TCIMValue& value, bool isList) {
     std::vector<bool> nulls;
-    if (!is_list) {
+    if (!isList) {
         return nulls;
     }
     for (const TCIMValue& element : ElementsOf(value)) {
@@ -32,24 +32,24 @@ std::vector<bool> NullsAmong(const TCIMValue& value, bool is_list) {
 } // namespace
 
 DisplayText::DisplayText(const TCIMValue& value, std::vector<std::string> texts)
-    : is_list_(IsListOfValues(value)), is_null_(NullsAmong(value, is_list_)), texts_(std::move(texts)) {}
+    : isList_(IsListOfValues(value)), isNull_(NullsAmong(value, isList_)), texts_(std::move(texts)) {}
 
 std::string DisplayText::Joined() const {
-    if (!is_list_) {
+    if (!isList_) {
         return texts_.front();
     }
     std::string joined;
     const char* separator = "";
     for (std::size_t i = 0; i < texts_.size(); ++i) {
-        const char* const for_empty = is_null_[i] ? kNullText : "\"\"";
-        joined.append(separator).append(texts_[i].empty() ? for_empty : texts_[i]);
+        const char* const forEmpty = isNull_[i] ? kNullText : "\"\"";
+        joined.append(separator).append(texts_[i].empty() ? forEmpty : texts_[i]);
         separator = ", ";
     }
     return joined;
 }
 
 void DisplayText::AppendJson(std::string& json) const {
-    if (is_list_) {
+    if (isList_) {
         AppendJsonTexts(texts_, json);
     } else {
         AppendJsonText(texts_.front(), json);

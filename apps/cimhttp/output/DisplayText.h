@@ -19,7 +19,7 @@ class DisplayText {
     DisplayText(const NQORVYX20::TCIMValue& value, std::vector<std::string> texts);
 
     /// True for an array that is not null.
-    bool IsList() const { return is_list_; }
+    bool IsList() const { return isList_; }
 
     /// As many as the array has elements; exactly one otherwise.
     const std::vector<std::string>& Texts() const { return texts_; }
@@ -31,8 +31,8 @@ class DisplayText {
     void AppendJson(std::string& json) const;
 
   private:
-    bool is_list_;
-    std::vector<bool> is_null_; // for each element of a list
+    bool isList_;
+    std::vector<bool> isNull_; // for each element of a list
     std::vector<std::string> texts_;
 };
 

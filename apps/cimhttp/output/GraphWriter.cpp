@@ -41,19 +41,19 @@ class TreeWriter {
   private:
     bool IsBefore(const Edge& one, const Edge& other) const {
         const std::string& name = one.association.GetClassName();
-        const std::string& other_name = other.association.GetClassName();
-        return name == other_name ? labels_[one.to] < labels_[other.to] : name < other_name;
+        const std::string& otherName = other.association.GetClassName();
+        return name == otherName ? labels_[one.to] < labels_[other.to] : name < otherName;
     }
 
     /// Not deeper than the graph, whose depth is limited.
     void WriteBelow(std::size_t object, const std::string& lines) {
         for (const Edge* edge : below_[object]) {
-            const bool is_last = edge == below_[object].back();
-            output_ << lines << (is_last ? "└── " : "├── ") << Printable(labels_[edge->to]) << "  "
+            const bool isLast = edge == below_[object].back();
+            output_ << lines << (isLast ? "└── " : "├── ") << Printable(labels_[edge->to]) << "  "
                     << Printable(edge->association.GetClassName())
-                    << (edge->is_first ? Remark(edge->to) : ", shown elsewhere") << '\n';
-            if (edge->is_first) {
-                WriteBelow(edge->to, lines + (is_last ? "    " : "│   "));
+                    << (edge->isFirst ? Remark(edge->to) : ", shown elsewhere") << '\n';
+            if (edge->isFirst) {
+                WriteBelow(edge->to, lines + (isLast ? "    " : "│   "));
             }
         }
     }
@@ -103,9 +103,9 @@ std::string EdgeJson(const Edge& edge) {
         .Add("class", JsonText(edge.association.GetClassName()))
         .Add("path", JsonText(edge.association.GetPath()))
         .Add("from", std::to_string(edge.from))
-        .Add("from_role", JsonText(edge.from_role))
+        .Add("from_role", JsonText(edge.fromRole))
         .Add("to", std::to_string(edge.to))
-        .Add("to_role", JsonText(edge.to_role))
+        .Add("to_role", JsonText(edge.toRole))
         .Text();
 }
 

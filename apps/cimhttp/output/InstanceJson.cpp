@@ -32,8 +32,8 @@ void InstanceJson::Append(const ICIMInstance& instance, std::string& json) {
 void InstanceJson::AppendMembers(const ICIMInstance& instance, std::string& json) {
     const std::vector<Member>& members = MembersOf(instance);
     json += "\"path\":";
-    AppendJsonText(PathOf(instance, name_space_), json);
-    json += class_json_;
+    AppendJsonText(PathOf(instance, nameSpace_), json);
+    json += classJson_;
     for (const Member& member : members) {
         const auto property = instance.GetProperty(member.name, TCIMContext());
         json += member.head;
@@ -49,8 +49,8 @@ void InstanceJson::AppendMembers(const ICIMInstance& instance, std::string& json
 void InstanceJson::AppendObjects(const ICIMInstance& instance, const std::string& property, const TCIMValue& value,
                                  std::string& json) const {
     const TCIMValue::TCIMType type = value.GetType();
-    const bool may_be_objects = type == TCIMValue::TCIMType::eCIMString || type == TCIMValue::TCIMType::eCIMStringArray;
-    if (!may_be_objects || value.IsNull()) {
+    const bool mayBeObjects = type == TCIMValue::TCIMType::eCIMString || type == TCIMValue::TCIMType::eCIMStringArray;
+    if (!mayBeObjects || value.IsNull()) {
         return;
     }
     const auto objects = texts_.Access().EmbeddedObjects(instance, property);
@@ -62,14 +62,14 @@ void InstanceJson::AppendObjects(const ICIMInstance& instance, const std::string
 
 const std::vector<InstanceJson::Member>& InstanceJson::MembersOf(const ICIMInstance& instance) {
     auto cls = instance.GetClass(TCIMContext());
-    if (cls != last_class_) {
-        class_json_ = ",\"class\":" + JsonText(cls->GetName(TCIMContext())) + ",\"properties\":{";
+    if (cls != lastClass_) {
+        classJson_ = ",\"class\":" + JsonText(cls->GetName(TCIMContext())) + ",\"properties\":{";
         members_.clear();
         for (const auto& declaration : selector_.PropertiesFor(instance)) {
             members_.push_back(
                 {declaration->GetName(TCIMContext()), (members_.empty() ? "" : ",") + Head(*declaration)});
         }
-        last_class_ = std::move(cls);
+        lastClass_ = std::move(cls);
     }
     return members_;
 }

@@ -21,8 +21,8 @@ namespace cimhttp {
 class InstanceJson {
   public:
     /// About `name_space` see PathOf().
-    InstanceJson(PropertySelector selector, const ValueTexts& texts, std::string name_space = {})
-        : selector_(std::move(selector)), texts_(texts), name_space_(std::move(name_space)) {}
+    InstanceJson(PropertySelector selector, const ValueTexts& texts, std::string nameSpace = {})
+        : selector_(std::move(selector)), texts_(texts), nameSpace_(std::move(nameSpace)) {}
 
     void Append(const NQORVYX20::ICIMInstance& instance, std::string& json);
 
@@ -43,9 +43,9 @@ class InstanceJson {
 
     PropertySelector selector_;
     ValueTexts texts_;
-    std::string name_space_;
-    boost::shared_ptr<NQORVYX20::ICIMClass> last_class_; // whose members are held
-    std::string class_json_;
+    std::string nameSpace_;
+    boost::shared_ptr<NQORVYX20::ICIMClass> lastClass_; // whose members are held
+    std::string classJson_;
     std::vector<Member> members_;
 };
 

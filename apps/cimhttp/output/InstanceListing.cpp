@@ -19,16 +19,16 @@ using namespace NQORVYX20;
 using ECIMType = TCIMValue::TCIMType::ECIMType;
 
 bool HasQualifier(const ICIMPropertyDecl& property, const char* name) {
-    bool is_found = false;
-    property.GetQualifier(name, is_found, TCIMContext());
-    return is_found;
+    bool isFound = false;
+    property.GetQualifier(name, isFound, TCIMContext());
+    return isFound;
 }
 
 /// A number, perhaps with a unit, and not a word of a value map or the names of bits.
-bool ShowsNumbers(const ICIMPropertyDecl& property, bool is_raw) {
+bool ShowsNumbers(const ICIMPropertyDecl& property, bool isRaw) {
     const auto type = property.GetType(TCIMContext());
     return type >= ECIMType::eCIMUint8 && type <= ECIMType::eCIMReal64 &&
-           (is_raw || !(HasQualifier(property, "Values") || HasQualifier(property, "BitValues")));
+           (isRaw || !(HasQualifier(property, "Values") || HasQualifier(property, "BitValues")));
 }
 
 /// The properties with which CIM names an element for people and says how it is, in any class.
@@ -46,15 +46,15 @@ Listing::Importance ImportanceOf(const ICIMPropertyDecl& property) {
     return IsNameOrState(property) ? Listing::Importance::kHigh : Listing::Importance::kUsual;
 }
 
-std::vector<Listing::Column> ColumnsOf(const Properties& properties, bool has_class, bool is_asked, bool is_raw) {
+std::vector<Listing::Column> ColumnsOf(const Properties& properties, bool hasClass, bool isAsked, bool isRaw) {
     std::vector<Listing::Column> columns;
-    if (has_class) {
+    if (hasClass) {
         columns.push_back({"Class", Listing::Align::kLeft, Listing::Importance::kHigh});
     }
     for (const auto& property : properties) {
         columns.push_back({property->GetName(TCIMContext()),
-                           ShowsNumbers(*property, is_raw) ? Listing::Align::kRight : Listing::Align::kLeft,
-                           is_asked ? Listing::Importance::kAsked : ImportanceOf(*property)});
+                           ShowsNumbers(*property, isRaw) ? Listing::Align::kRight : Listing::Align::kLeft,
+                           isAsked ? Listing::Importance::kAsked : ImportanceOf(*property)});
     }
     return columns;
 }
@@ -62,7 +62,7 @@ std::vector<Listing::Column> ColumnsOf(const Properties& properties, bool has_cl
 } // namespace
 
 std::string InstanceListing::Text(const ICIMInstance& instance, const ICIMProperty& property) const {
-    return is_raw_ ? RawText(property.GetValue(TCIMContext())) : texts_.Of(instance, property).Joined();
+    return isRaw_ ? RawText(property.GetValue(TCIMContext())) : texts_.Of(instance, property).Joined();
 }
 
 Cell InstanceListing::CellOf(const ICIMInstance& instance, const std::string& name) const {
@@ -70,14 +70,14 @@ Cell InstanceListing::CellOf(const ICIMInstance& instance, const std::string& na
     return property ? Cell(property->GetValue(TCIMContext()), Text(instance, *property)) : Cell("");
 }
 
-Listing InstanceListing::Table(const Instances& instances, const Properties& properties, bool has_class,
-                               bool is_asked) const {
+Listing InstanceListing::Table(const Instances& instances, const Properties& properties, bool hasClass,
+                               bool isAsked) const {
     const std::vector<std::string> names = NamesOf(properties);
-    Listing listing(ColumnsOf(properties, has_class, is_asked, is_raw_));
+    Listing listing(ColumnsOf(properties, hasClass, isAsked, isRaw_));
     for (const auto& instance : instances) {
         std::vector<Cell> row;
         row.reserve(listing.Columns().size());
-        if (has_class) {
+        if (hasClass) {
             row.emplace_back(ClassNameOf(*instance));
         }
         for (const std::string& name : names) {

@@ -12,12 +12,12 @@ namespace cimhttp {
 class InstanceListing {
   public:
     /// Values are shown as people read them, or with `is_raw` as they are.
-    InstanceListing(const ValueTexts& texts, bool is_raw) : texts_(texts), is_raw_(is_raw) {}
+    InstanceListing(const ValueTexts& texts, bool isRaw) : texts_(texts), isRaw_(isRaw) {}
 
     /// An instance a row, a property a column, and before them, with `has_class`, the name of the class. A property
     /// that an instance's own class does not declare is an empty text. Columns of properties that were asked for by
     /// name stay, however narrow the table gets.
-    Listing Table(const Instances& instances, const Properties& properties, bool has_class, bool is_asked) const;
+    Listing Table(const Instances& instances, const Properties& properties, bool hasClass, bool isAsked) const;
 
     /// A property a row: the property, type, value and text.
     Listing Values(const NQORVYX20::ICIMInstance& instance, const Properties& properties) const;
@@ -33,7 +33,7 @@ class InstanceListing {
     Cell CellOf(const NQORVYX20::ICIMInstance& instance, const std::string& property) const;
 
     ValueTexts texts_;
-    bool is_raw_;
+    bool isRaw_;
 };
 
 } // namespace cimhttp

@@ -20,14 +20,14 @@ using namespace NQORVYX20;
 
 /// `complaint` is about a name that none has, but for the name.
 Properties ChosenOf(const std::string& complaint, const Properties& properties, const std::vector<std::string>& names) {
-    ByName<boost::shared_ptr<ICIMPropertyDecl>> by_name;
+    ByName<boost::shared_ptr<ICIMPropertyDecl>> byName;
     for (const auto& property : properties) {
-        by_name.emplace(property->GetName(TCIMContext()), property);
+        byName.emplace(property->GetName(TCIMContext()), property);
     }
     Properties chosen;
     for (const std::string& name : names) {
-        const auto found = by_name.find(name);
-        if (found == by_name.end()) {
+        const auto found = byName.find(name);
+        if (found == byName.end()) {
             throw Failure(Failure::kUsage, complaint + name + DidYouMean(NearestNames(name, NamesOf(properties))));
         }
         chosen.push_back(found->second);
@@ -78,8 +78,8 @@ std::vector<std::string> NamesOf(const Properties& properties) {
     return names;
 }
 
-Properties Chosen(const Properties& properties, const std::vector<std::string>& names, const std::string& class_name) {
-    return ChosenOf("the class " + class_name + " has no property ", properties, names);
+Properties Chosen(const Properties& properties, const std::vector<std::string>& names, const std::string& className) {
+    return ChosenOf("the class " + className + " has no property ", properties, names);
 }
 
 Properties ChosenOfAny(const Properties& properties, const std::vector<std::string>& names) {
@@ -87,15 +87,15 @@ Properties ChosenOfAny(const Properties& properties, const std::vector<std::stri
 }
 
 bool IsKey(const ICIMPropertyDecl& property) {
-    bool is_found = false;
-    const auto key = property.GetQualifier("Key", is_found, TCIMContext());
-    return is_found && key->GetValue(TCIMContext()) == TCIMValue(true);
+    bool isFound = false;
+    const auto key = property.GetQualifier("Key", isFound, TCIMContext());
+    return isFound && key->GetValue(TCIMContext()) == TCIMValue(true);
 }
 
 boost::shared_ptr<ICIMProperty> FindProperty(const ICIMInstance& instance, const std::string& name) {
     // Asking the instance for what its class does not declare is an error in the log.
-    const bool is_declared = instance.GetClass(TCIMContext())->GetPropertyDecl(name, TCIMContext()) != nullptr;
-    return is_declared ? instance.GetProperty(name, TCIMContext()) : boost::shared_ptr<ICIMProperty>();
+    const bool isDeclared = instance.GetClass(TCIMContext())->GetPropertyDecl(name, TCIMContext()) != nullptr;
+    return isDeclared ? instance.GetProperty(name, TCIMContext()) : boost::shared_ptr<ICIMProperty>();
 }
 
 std::string ClassNameOf(const ICIMInstance& instance) {
@@ -108,9 +108,9 @@ bool HaveSeveralClasses(const Instances& instances) {
     });
 }
 
-std::string PathOf(const ICIMInstance& instance, const std::string& name_space) {
+std::string PathOf(const ICIMInstance& instance, const std::string& nameSpace) {
     const std::string path = instance.BuildPath(TCIMContext()).GetPath();
-    return name_space.empty() ? path : name_space + ':' + path;
+    return nameSpace.empty() ? path : nameSpace + ':' + path;
 }
 
 } // namespace cimhttp

@@ -30,7 +30,7 @@ std::vector<std::string> NamesOf(const Properties& properties);
 
 /// Those of a class's properties that have these names, in the order of the names. Throws Failure(kUsage) for a name
 /// that none has; `class_name` is for the complaint.
-Properties Chosen(const Properties& properties, const std::vector<std::string>& names, const std::string& class_name);
+Properties Chosen(const Properties& properties, const std::vector<std::string>& names, const std::string& className);
 
 /// The same for properties of several classes.
 Properties ChosenOfAny(const Properties& properties, const std::vector<std::string>& names);
@@ -47,6 +47,6 @@ std::string ClassNameOf(const NQORVYX20::ICIMInstance& instance);
 bool HaveSeveralClasses(const Instances& instances);
 
 /// The path of an instance, below its namespace unless that is empty.
-std::string PathOf(const NQORVYX20::ICIMInstance& instance, const std::string& name_space = {});
+std::string PathOf(const NQORVYX20::ICIMInstance& instance, const std::string& nameSpace = {});
 
 } // namespace cimhttp

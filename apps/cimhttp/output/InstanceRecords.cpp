@@ -20,10 +20,10 @@ Cell ValueCell(const TCIMValue& value) {
 } // namespace
 
 Listing InstanceRecords(const Instances& instances, PropertySelector selector, const ValueTexts& texts,
-                        const std::string& name_space) {
+                        const std::string& nameSpace) {
     Listing listing({{"Path"}, {"Property"}, {"Type"}, {"Value"}, {"Text"}});
     for (const auto& instance : instances) {
-        const std::string path = PathOf(*instance, name_space);
+        const std::string path = PathOf(*instance, nameSpace);
         for (const auto& declaration : selector.PropertiesFor(*instance)) {
             const std::string& name = declaration->GetName(TCIMContext());
             const auto property = instance->GetProperty(name, TCIMContext());

@@ -12,6 +12,6 @@ class ValueTexts;
 /// text that it is shown by. An array's value is a JSON array, so that it can be taken apart again. About `name_space`
 /// see PathOf().
 Listing InstanceRecords(const Instances& instances, PropertySelector selector, const ValueTexts& texts,
-                        const std::string& name_space);
+                        const std::string& nameSpace);
 
 } // namespace cimhttp

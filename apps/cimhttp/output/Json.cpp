@@ -52,9 +52,9 @@ bool IsReal(ECIMType type) { return type == ECIMType::eCIMReal32 || type == ECIM
 
 void AppendScalar(const TCIMValue& value, std::string& json) {
     const ECIMType type = value.GetType();
-    const bool is_bare =
+    const bool isBare =
         type == ECIMType::eCIMBoolean || IsInteger(type) || (IsReal(type) && std::isfinite(static_cast<double>(value)));
-    if (is_bare) {
+    if (isBare) {
         json += value.ToString(kDecimal);
     } else {
         AppendJsonText(value.ToString(kDecimal), json);
@@ -75,16 +75,16 @@ void AppendArray(const Elements& elements, const Append& append, std::string& js
 
 /// Which bytes are ASCII that stands in JSON as it is.
 constexpr auto kIsPlain = [] {
-    std::array<bool, 256> is_plain{};
+    std::array<bool, 256> isPlain{};
     for (char byte = ' '; byte <= '~'; ++byte) {
-        is_plain[static_cast<unsigned char>(byte)] = byte != '"' && byte != '\\';
+        isPlain[static_cast<unsigned char>(byte)] = byte != '"' && byte != '\\';
     }
-    return is_plain;
+    return isPlain;
 }();
 
 std::size_t EndOfPlain(std::string_view text, std::size_t begin) {
-    const auto is_plain = [](char byte) { return kIsPlain[static_cast<unsigned char>(byte)]; };
-    const auto* const end = std::find_if_not(text.begin() + begin, text.end(), is_plain);
+    const auto isPlain = [](char byte) { return kIsPlain[static_cast<unsigned char>(byte)]; };
+    const auto* const end = std::find_if_not(text.begin() + begin, text.end(), isPlain);
     return static_cast<std::size_t>(end - text.begin());
 }
 

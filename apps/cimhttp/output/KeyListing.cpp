@@ -15,9 +15,9 @@ using namespace NQORVYX20;
 
 constexpr unsigned char kDecimal = 10;
 
-std::vector<Listing::Column> ColumnsOf(const std::vector<std::string>& keys, bool has_class) {
+std::vector<Listing::Column> ColumnsOf(const std::vector<std::string>& keys, bool hasClass) {
     std::vector<Listing::Column> columns;
-    if (has_class) {
+    if (hasClass) {
         columns.push_back({"Class", Listing::Align::kLeft, Listing::Importance::kAsked});
     }
     for (const std::string& key : keys) {
@@ -48,12 +48,12 @@ std::vector<std::string> KeyNames(const std::vector<TCIMReference>& paths) {
     return DistinctNames(names);
 }
 
-Listing KeyListing(const std::vector<TCIMReference>& paths, bool has_class) {
+Listing KeyListing(const std::vector<TCIMReference>& paths, bool hasClass) {
     const std::vector<std::string> names = KeyNames(paths);
-    Listing listing(ColumnsOf(names, has_class));
+    Listing listing(ColumnsOf(names, hasClass));
     for (const TCIMReference& path : paths) {
         std::vector<Cell> row;
-        if (has_class) {
+        if (hasClass) {
             row.emplace_back(path.GetClassName());
         }
         for (const std::string& name : names) {

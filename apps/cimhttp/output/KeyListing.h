@@ -12,7 +12,7 @@ namespace cimhttp {
 std::vector<std::string> KeyNames(const std::vector<NQORVYX20::TCIMReference>& paths);
 
 /// Instances by their keys, a path a row: with `has_class` the class, then a column for each key.
-Listing KeyListing(const std::vector<NQORVYX20::TCIMReference>& paths, bool has_class);
+Listing KeyListing(const std::vector<NQORVYX20::TCIMReference>& paths, bool hasClass);
 
 /// The same as JSON, an array with an object for each path, one a line:
 ///

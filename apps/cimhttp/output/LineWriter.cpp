@@ -21,7 +21,7 @@ void LineWriter::Write(std::string_view text, Emphasis emphasis) {
         return;
     }
     line_.append(blanks_, ' ');
-    if (uses_color_ && emphasis != Emphasis::kNone) {
+    if (usesColor_ && emphasis != Emphasis::kNone) {
         line_.append(emphasis == Emphasis::kStrong ? kBold : kDim).append(text, 0, end).append(kPlain);
     } else {
         line_.append(text, 0, end);

@@ -14,7 +14,7 @@ enum class Emphasis { kNone, kStrong, kFaint };
 /// Puts lines together piece by piece; blanks wait until something follows them, so that no line ends with any.
 class LineWriter {
   public:
-    LineWriter(std::ostream& output, bool uses_color) : output_(output), uses_color_(uses_color) {}
+    LineWriter(std::ostream& output, bool usesColor) : output_(output), usesColor_(usesColor) {}
 
     void Write(std::string_view text, Emphasis emphasis = Emphasis::kNone);
 
@@ -27,7 +27,7 @@ class LineWriter {
 
   private:
     std::ostream& output_;
-    bool uses_color_;
+    bool usesColor_;
     std::string line_;
     std::size_t blanks_ = 0;
 };

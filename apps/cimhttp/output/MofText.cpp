@@ -140,8 +140,8 @@ std::string ScalarText(const TCIMValue& value, std::size_t indent) {
 
 /// The columns up to the last line's end.
 std::size_t ColumnBehind(const std::string& text, std::size_t column) {
-    const std::size_t line_end = text.rfind('\n');
-    return line_end == std::string::npos ? column + text.size() : text.size() - line_end - 1;
+    const std::size_t lineEnd = text.rfind('\n');
+    return lineEnd == std::string::npos ? column + text.size() : text.size() - lineEnd - 1;
 }
 
 } // namespace

@@ -28,8 +28,8 @@ std::vector<std::string> DifferingFlavors(const RemoteFlavor& flavor, const Remo
     if (flavor.overridable != usual.overridable) {
         words.emplace_back(flavor.overridable ? "EnableOverride" : "DisableOverride");
     }
-    if (flavor.to_subclass != usual.to_subclass) {
-        words.emplace_back(flavor.to_subclass ? "ToSubclass" : "Restricted");
+    if (flavor.toSubclass != usual.toSubclass) {
+        words.emplace_back(flavor.toSubclass ? "ToSubclass" : "Restricted");
     }
     if (flavor.translatable && !usual.translatable) {
         words.emplace_back("Translatable");
@@ -40,8 +40,8 @@ std::vector<std::string> DifferingFlavors(const RemoteFlavor& flavor, const Remo
 /// Writes the parts of one class.
 class ClassWriter {
   public:
-    ClassWriter(const RemoteClass& cls, const std::vector<RemoteQualifierDeclaration>& declarations, bool is_whole)
-        : cls_(cls), is_whole_(is_whole) {
+    ClassWriter(const RemoteClass& cls, const std::vector<RemoteQualifierDeclaration>& declarations, bool isWhole)
+        : cls_(cls), isWhole_(isWhole) {
         for (const RemoteQualifierDeclaration& declaration : declarations) {
             flavors_.emplace(declaration.name, declaration.flavor);
         }
@@ -49,21 +49,21 @@ class ClassWriter {
 
     std::string Class() const {
         std::string head = QualifierList(cls_.qualifiers, 0) + "class " + Printable(cls_.name);
-        if (!is_whole_ && !cls_.superclass.empty()) {
+        if (!isWhole_ && !cls_.superclass.empty()) {
             head += " : " + Printable(cls_.superclass);
         }
         std::vector<std::string> features;
         for (const RemoteProperty& property : cls_.properties) {
-            if (is_whole_ || !property.is_inherited) {
+            if (isWhole_ || !property.isInherited) {
                 features.push_back(Property(property));
             }
         }
         for (const RemoteMethod& method : cls_.methods) {
-            if (is_whole_ || !method.is_inherited) {
+            if (isWhole_ || !method.isInherited) {
                 features.push_back(Method(method));
             }
         }
-        if (!is_whole_) {
+        if (!isWhole_) {
             AddInherited(features);
         }
         return head + "\n{\n" + Joined(features) + "};\n";
@@ -112,21 +112,21 @@ class ClassWriter {
         const std::size_t begin = features.size();
         std::map<std::string, std::size_t> places; // of the comments, which have the order of the server
         const auto add = [&](const std::string& origin, const std::string& feature) {
-            const auto [place, is_new] = places.emplace(origin, features.size() - begin);
-            if (is_new) {
+            const auto [place, isNew] = places.emplace(origin, features.size() - begin);
+            if (isNew) {
                 features.push_back(Blanks(kIndent) + "// Inherited" +
                                    (origin.empty() ? "" : " from " + Printable(origin)) + ":\n");
             }
             features[begin + place->second] += Comment(feature);
         };
         for (const RemoteProperty& property : cls_.properties) {
-            if (property.is_inherited) {
+            if (property.isInherited) {
                 add(property.origin, (IsKey(property) ? "[Key] " : "") + MofType(property.type) + ' ' + property.name +
                                          MofArray(property.type));
             }
         }
         for (const RemoteMethod& method : cls_.methods) {
-            if (method.is_inherited) {
+            if (method.isInherited) {
                 add(method.origin, MethodSignature(method));
             }
         }
@@ -146,7 +146,7 @@ class ClassWriter {
     std::string QualifierList(const std::vector<RemoteQualifier>& qualifiers, std::size_t indent) const {
         std::string list;
         for (const RemoteQualifier& qualifier : qualifiers) {
-            if (is_whole_ && IsSameName(qualifier.name, "Override")) {
+            if (isWhole_ && IsSameName(qualifier.name, "Override")) {
                 continue;
             }
             list += list.empty() ? Blanks(indent) + '[' : ",\n" + Blanks(indent + 1);
@@ -178,15 +178,15 @@ class ClassWriter {
     }
 
     const RemoteClass& cls_;
-    bool is_whole_;
+    bool isWhole_;
     ByName<RemoteFlavor> flavors_; // as the qualifiers are declared
 };
 
 } // namespace
 
 std::string MofType(const RemoteType& type) {
-    if (!type.reference_class.empty()) {
-        return Printable(type.reference_class) + " REF";
+    if (!type.referenceClass.empty()) {
+        return Printable(type.referenceClass) + " REF";
     }
     return type.name == "reference" ? "object REF" : type.name;
 }
@@ -213,8 +213,8 @@ std::vector<std::string> UnusualFlavors(const RemoteQualifier& qualifier) {
 }
 
 std::string ClassMof(const RemoteClass& cls, const std::vector<RemoteQualifierDeclaration>& declarations,
-                     bool is_whole) {
-    return ClassWriter(cls, declarations, is_whole).Class();
+                     bool isWhole) {
+    return ClassWriter(cls, declarations, isWhole).Class();
 }
 
 std::string MethodsMof(const RemoteClass& cls, const std::vector<RemoteQualifierDeclaration>& declarations) {
@@ -226,7 +226,7 @@ std::string QualifierMof(const RemoteQualifierDeclaration& declaration) {
                        MofArray(declaration.type) + " = " + MofValue(declaration.default_value, kIndent) +
                        ",\n    Scope(" + MofList(declaration.scopes, kIndent) + "),\n    Flavor(";
     text += declaration.flavor.overridable ? "EnableOverride, " : "DisableOverride, ";
-    text += declaration.flavor.to_subclass ? "ToSubclass" : "Restricted";
+    text += declaration.flavor.toSubclass ? "ToSubclass" : "Restricted";
     return text + (declaration.flavor.translatable ? ", Translatable);\n" : ");\n");
 }
 

@@ -30,7 +30,7 @@ std::vector<std::string> UnusualFlavors(const RemoteQualifier& qualifier);
 /// features, and none an override. A qualifier's flavors are written where they differ from those of its declaration,
 /// or from the usual ones when it is not among `declarations`.
 std::string ClassMof(const RemoteClass& cls, const std::vector<RemoteQualifierDeclaration>& declarations,
-                     bool is_whole = false);
+                     bool isWhole = false);
 
 /// The methods alone, as they stand in the class.
 std::string MethodsMof(const RemoteClass& cls, const std::vector<RemoteQualifierDeclaration>& declarations);

@@ -27,10 +27,10 @@ struct ObjectGraph {
     struct Edge {
         std::size_t from; ///< the number of the object that was asked
         std::size_t to;
-        bool is_first; ///< this edge is the one over which `to` was found
+        bool isFirst; ///< this edge is the one over which `to` was found
         NQORVYX20::TCIMReference association;
-        std::string from_role; ///< the property that refers to `from`
-        std::string to_role;
+        std::string fromRole; ///< the property that refers to `from`
+        std::string toRole;
     };
 
     std::vector<Object> objects; ///< in the order in which they were found, the one in question first

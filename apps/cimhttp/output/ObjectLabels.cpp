@@ -37,12 +37,12 @@ class Labeller {
         if (IsSameName(path.GetNamespaceName(), home_) && path.GetHost().empty()) {
             path.SetNamespaceName(std::string());
         }
-        const auto is_wanted = keys.object_count > 1
-                                   ? Wish([&](const auto& name, const auto&) { return keys.Tells(name); })
-                                   : Wish([&](const auto& name, const auto& value) {
-                                         return !NamesAClass(name) && !IsElsewhere(name, value, path.GetClassName());
-                                     });
-        return LabelWith(path, is_wanted);
+        const auto isWanted = keys.objectCount > 1
+                                  ? Wish([&](const auto& name, const auto&) { return keys.Tells(name); })
+                                  : Wish([&](const auto& name, const auto& value) {
+                                        return !NamesAClass(name) && !IsElsewhere(name, value, path.GetClassName());
+                                    });
+        return LabelWith(path, isWanted);
     }
 
   private:
@@ -50,19 +50,19 @@ class Labeller {
 
     /// What there is of a key in the objects of a class.
     struct ClassKeys {
-        std::size_t object_count = 0;
+        std::size_t objectCount = 0;
         ByName<std::map<std::string, std::size_t>> values; // how many objects have it, by key and value
 
         /// Whether the key is not the same in all of them.
         bool Tells(const std::string& name) const {
             const auto& counts = values.at(name);
-            return counts.size() > 1 || counts.begin()->second < object_count;
+            return counts.size() > 1 || counts.begin()->second < objectCount;
         }
     };
 
     void Count(const TCIMReference& path) {
         ClassKeys& keys = classes_[path.GetClassName()];
-        ++keys.object_count;
+        ++keys.objectCount;
         path.EnumerateKeyValues([&](const std::string& name, const TCIMValue& value) {
             const std::string text = value.ToString(kDecimal);
             ++keys.values[name][text];
@@ -73,18 +73,18 @@ class Labeller {
 
     /// Whether an object of another class has the same key, or is what the key names: `Name` of a system is
     /// `SystemName` of what it contains.
-    bool IsElsewhere(const std::string& name, const TCIMValue& value, const std::string& class_name) const {
+    bool IsElsewhere(const std::string& name, const TCIMValue& value, const std::string& className) const {
         const auto& owners = owners_.at(value.ToString(kDecimal));
         return std::any_of(owners.begin(), owners.end(), [&](const auto& owner) {
             const auto& [key, classes] = owner;
-            return EndsWithName(name, key) && (classes.size() > 1 || classes.count(class_name) == 0);
+            return EndsWithName(name, key) && (classes.size() > 1 || classes.count(className) == 0);
         });
     }
 
     /// With the keys that are wished; where that leaves none, with those that name no class, or all.
-    static std::string LabelWith(const TCIMReference& path, const Wish& is_wanted) {
-        const Wish names_no_class = [](const std::string& name, const TCIMValue&) { return !NamesAClass(name); };
-        for (const Wish& wish : {is_wanted, names_no_class}) {
+    static std::string LabelWith(const TCIMReference& path, const Wish& isWanted) {
+        const Wish namesNoClass = [](const std::string& name, const TCIMValue&) { return !NamesAClass(name); };
+        for (const Wish& wish : {isWanted, namesNoClass}) {
             const std::size_t left = CountKeys(path, wish);
             if (left > 0) {
                 return left == CountKeys(path, {}) ? path.GetPath() : TextWithKeys(path, wish);

@@ -52,28 +52,28 @@ OutputFile::OutputFile(const std::string& path, std::optional<mode_t> permission
     : path_(path),
       folder_(FolderOf(path)),
       name_(Resolved(path).filename().string()),
-      open_folder_(::open(folder_.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC)),
+      openFolder_(::open(folder_.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC)),
       permissions_(permissions) {
-    if (open_folder_.Number() < 0) {
+    if (openFolder_.Number() < 0) {
         Fail(path_, errno);
     }
     struct stat status {};
-    const bool exists = ::fstatat(open_folder_.Number(), name_.c_str(), &status, 0) == 0;
+    const bool exists = ::fstatat(openFolder_.Number(), name_.c_str(), &status, 0) == 0;
     if (name_.empty() || (exists && S_ISDIR(status.st_mode))) {
         Fail(path_, EISDIR);
     }
     if (!exists && errno != ENOENT) {
         Fail(path_, errno);
     }
-    is_replaced_ = !exists || S_ISREG(status.st_mode);
-    if ((exists && ::faccessat(open_folder_.Number(), name_.c_str(), W_OK, 0) != 0) ||
-        (is_replaced_ && ::access(folder_.c_str(), W_OK | X_OK) != 0)) {
+    isReplaced_ = !exists || S_ISREG(status.st_mode);
+    if ((exists && ::faccessat(openFolder_.Number(), name_.c_str(), W_OK, 0) != 0) ||
+        (isReplaced_ && ::access(folder_.c_str(), W_OK | X_OK) != 0)) {
         Fail(path_, errno);
     }
 }
 
 void OutputFile::Replace(const std::function<void(std::ostream&)>& write) const {
-    if (is_replaced_) {
+    if (isReplaced_) {
         WriteBesideAndRename(write);
     } else {
         WriteInPlace(write);
@@ -81,7 +81,7 @@ void OutputFile::Replace(const std::function<void(std::ostream&)>& write) const 
 }
 
 void OutputFile::WriteInPlace(const std::function<void(std::ostream&)>& write) const {
-    const Descriptor file(::openat(open_folder_.Number(), name_.c_str(), O_WRONLY | O_NOCTTY | O_CLOEXEC));
+    const Descriptor file(::openat(openFolder_.Number(), name_.c_str(), O_WRONLY | O_NOCTTY | O_CLOEXEC));
     const int error = file.Number() < 0 ? errno : Fill(file.Number(), write);
     if (error != 0) {
         Fail(path_, error);
@@ -89,7 +89,7 @@ void OutputFile::WriteInPlace(const std::function<void(std::ostream&)>& write) c
 }
 
 void OutputFile::WriteBesideAndRename(const std::function<void(std::ostream&)>& write) const {
-    ReplacementFile file(open_folder_.Number(), name_);
+    ReplacementFile file(openFolder_.Number(), name_);
     const int error = file.Number() < 0 ? errno : Fill(file.Number(), write);
     if (error != 0) {
         Fail(path_, error);
@@ -104,7 +104,7 @@ mode_t OutputFile::Permissions() const {
     if (permissions_) {
         return *permissions_;
     }
-    if (::fstatat(open_folder_.Number(), name_.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISREG(status.st_mode)) {
+    if (::fstatat(openFolder_.Number(), name_.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISREG(status.st_mode)) {
         return status.st_mode & kPermissions;
     }
     const mode_t mask = ::umask(0);

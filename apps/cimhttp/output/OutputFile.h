@@ -32,9 +32,9 @@ class OutputFile {
     std::string path_;   ///< as it was given
     std::string folder_; ///< of what it leads to
     std::string name_;   ///< there
-    Descriptor open_folder_;
+    Descriptor openFolder_;
     std::optional<mode_t> permissions_;
-    bool is_replaced_;
+    bool isReplaced_;
 };
 
 } // namespace cimhttp

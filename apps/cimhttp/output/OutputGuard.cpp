@@ -10,9 +10,9 @@ namespace cimhttp {
 namespace {
 
 /// Throws when a stream's buffer has failed just now.
-void Check(bool is_written) {
+void Check(bool isWritten) {
     const int error = errno;
-    if (!is_written) {
+    if (!isWritten) {
         throw Failure(error == EPIPE ? Failure::kClosedPipe : Failure::kOther,
                       "the output could not be written: " + std::generic_category().message(error));
     }

@@ -22,9 +22,9 @@ bool IsNameBefore(const boost::shared_ptr<ICIMPropertyDecl>& one, const boost::s
 
 const Properties& PropertySelector::PropertiesFor(const ICIMInstance& instance) {
     auto cls = instance.GetClass(TCIMContext());
-    if (cls != last_class_) {
+    if (cls != lastClass_) {
         properties_ = Selected(*cls);
-        last_class_ = std::move(cls);
+        lastClass_ = std::move(cls);
     }
     return properties_;
 }

@@ -26,7 +26,7 @@ class PropertySelector {
     std::optional<std::vector<std::string>> names_;
     Order order_;
     boost::shared_ptr<NQORVYX20::ICIMClass>
-        last_class_; // whose properties are held, since most instances have one class
+        lastClass_; // whose properties are held, since most instances have one class
     Properties properties_;
 };
 

@@ -15,9 +15,9 @@ namespace {
 constexpr std::array<int, 5> kSignals{SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGXCPU};
 
 // What the signal handler reads.
-int folder_of_file = -1;
-std::array<char, NAME_MAX + 1> name_of_file{};
-std::array<struct sigaction, kSignals.size()> handled_before{};
+int folderOfFile = -1;
+std::array<char, NAME_MAX + 1> nameOfFile{};
+std::array<struct sigaction, kSignals.size()> handledBefore{};
 
 std::size_t IndexOf(int signal) {
     return static_cast<std::size_t>(std::find(kSignals.begin(), kSignals.end(), signal) - kSignals.begin());
@@ -26,14 +26,14 @@ std::size_t IndexOf(int signal) {
 /// A handler that was there before has its turn first. Handlers of this program wait for one signal only: the second
 /// one ends it.
 void OnSignal(int signal) {
-    struct sigaction& before = handled_before[IndexOf(signal)];
+    struct sigaction& before = handledBefore[IndexOf(signal)];
     if (before.sa_handler != SIG_DFL) {
         const auto handler = before.sa_handler;
         before.sa_handler = SIG_DFL;
         handler(signal);
         return;
     }
-    ::unlinkat(folder_of_file, name_of_file.data(), 0);
+    ::unlinkat(folderOfFile, nameOfFile.data(), 0);
     ::signal(signal, SIG_DFL);
     ::raise(signal); // has its effect when the handler returns
 }
@@ -41,12 +41,12 @@ void OnSignal(int signal) {
 } // namespace
 
 RemovalOnSignal::RemovalOnSignal(int folder, const std::string& name) {
-    folder_of_file = folder;
-    name_of_file.fill('\0');
-    name.copy(name_of_file.data(), name_of_file.size() - 1);
+    folderOfFile = folder;
+    nameOfFile.fill('\0');
+    name.copy(nameOfFile.data(), nameOfFile.size() - 1);
     for (std::size_t i = 0; i < kSignals.size(); ++i) {
-        ::sigaction(kSignals[i], nullptr, &handled_before[i]);
-        if (handled_before[i].sa_handler != SIG_IGN) {
+        ::sigaction(kSignals[i], nullptr, &handledBefore[i]);
+        if (handledBefore[i].sa_handler != SIG_IGN) {
             struct sigaction action {};
             action.sa_handler = &OnSignal;
             ::sigaction(kSignals[i], &action, nullptr);
@@ -56,7 +56,7 @@ RemovalOnSignal::RemovalOnSignal(int folder, const std::string& name) {
 
 RemovalOnSignal::~RemovalOnSignal() {
     for (std::size_t i = 0; i < kSignals.size(); ++i) {
-        ::sigaction(kSignals[i], &handled_before[i], nullptr);
+        ::sigaction(kSignals[i], &handledBefore[i], nullptr);
     }
 }
 

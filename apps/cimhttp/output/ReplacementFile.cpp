@@ -39,24 +39,24 @@ void SyncFolder(int folder) {
 ReplacementFile::ReplacementFile(int folder, std::string name)
     : folder_(folder),
       name_(std::move(name)),
-      own_name_(NameBeside(name_)),
-      removal_(folder_, own_name_),
+      ownName_(NameBeside(name_)),
+      removal_(folder_, ownName_),
       descriptor_(
-          ::openat(folder_, own_name_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kOnlyOwner)) {}
+          ::openat(folder_, ownName_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kOnlyOwner)) {}
 
 ReplacementFile::~ReplacementFile() {
-    if (Number() >= 0 && !is_renamed_) {
-        ::unlinkat(folder_, own_name_.c_str(), 0);
+    if (Number() >= 0 && !isRenamed_) {
+        ::unlinkat(folder_, ownName_.c_str(), 0);
     }
 }
 
 bool ReplacementFile::TakePlace(mode_t permissions) {
-    is_renamed_ = ::fchmod(Number(), permissions) == 0 && ::fsync(Number()) == 0 &&
-                  ::renameat(folder_, own_name_.c_str(), folder_, name_.c_str()) == 0;
-    if (is_renamed_) {
+    isRenamed_ = ::fchmod(Number(), permissions) == 0 && ::fsync(Number()) == 0 &&
+                 ::renameat(folder_, ownName_.c_str(), folder_, name_.c_str()) == 0;
+    if (isRenamed_) {
         SyncFolder(folder_);
     }
-    return is_renamed_;
+    return isRenamed_;
 }
 
 } // namespace cimhttp

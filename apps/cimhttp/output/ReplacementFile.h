@@ -28,10 +28,10 @@ class ReplacementFile {
   private:
     int folder_;
     std::string name_;
-    std::string own_name_;
+    std::string ownName_;
     RemovalOnSignal removal_;
     Descriptor descriptor_;
-    bool is_renamed_ = false;
+    bool isRenamed_ = false;
 };
 
 } // namespace cimhttp

@@ -12,11 +12,11 @@ using NQORVYX20::TCIMContext;
 using NQORVYX20::TCIMReference;
 using NQORVYX20::TCIMValue;
 
-TCIMReference WithKeys(const TCIMReference& reference, const KeyPredicate& is_wanted) {
+TCIMReference WithKeys(const TCIMReference& reference, const KeyPredicate& isWanted) {
     TCIMReference result({}, TCIMContext());
     result.SetClassName(reference.GetClassName());
     reference.EnumerateKeyValues([&](const std::string& name, const TCIMValue& value) {
-        if (is_wanted(name, value)) {
+        if (isWanted(name, value)) {
             result.AddKeyValue(name, value);
         }
         return true;
@@ -87,16 +87,16 @@ bool Shorten(const std::vector<Cell*>& cells) {
 } // namespace
 
 bool HasKeys(const TCIMReference& reference) {
-    bool has_keys = false;
+    bool hasKeys = false;
     reference.EnumerateKeyValues([&](const std::string&, const TCIMValue&) {
-        has_keys = true;
+        hasKeys = true;
         return false;
     });
-    return has_keys;
+    return hasKeys;
 }
 
-std::string TextWithKeys(const TCIMReference& reference, const KeyPredicate& is_wanted) {
-    TCIMReference keys = WithKeys(reference, is_wanted); // with the class, which the head has
+std::string TextWithKeys(const TCIMReference& reference, const KeyPredicate& isWanted) {
+    TCIMReference keys = WithKeys(reference, isWanted); // with the class, which the head has
     keys.SetClassName(std::string());
     const std::string head = HeadText(reference);
     return (head.empty() ? "…," : head + ".…,") + keys.GetPath();
@@ -107,11 +107,11 @@ std::optional<Listing> WithShortReferences(const Listing& listing) {
         return std::nullopt;
     }
     auto rows = listing.Rows();
-    bool is_shorter = false;
+    bool isShorter = false;
     for (std::size_t i = 0; i < listing.Columns().size(); ++i) {
-        is_shorter = Shorten(ReferenceCells(rows, i)) || is_shorter;
+        isShorter = Shorten(ReferenceCells(rows, i)) || isShorter;
     }
-    if (!is_shorter) {
+    if (!isShorter) {
         return std::nullopt;
     }
     Listing shorter(listing.Columns());

@@ -15,7 +15,7 @@ bool HasKeys(const NQORVYX20::TCIMReference& reference);
 
 /// A reference as text with only the keys that are wanted, `Class.…,key="text"`. The dots stand for the others, and
 /// show that this is no path to look an instance up with.
-std::string TextWithKeys(const NQORVYX20::TCIMReference& reference, const KeyPredicate& is_wanted);
+std::string TextWithKeys(const NQORVYX20::TCIMReference& reference, const KeyPredicate& isWanted);
 
 /// The same rows, where a column's references lack the keys that are the same in every one of them; `…` stands for
 /// these, so that nobody takes the text for a path. Empty when there are none to leave out, or when nothing else would

@@ -42,9 +42,9 @@ std::size_t TightWidth(const TableTexts& texts, std::size_t column) {
 }
 
 std::size_t ReadableWidth(const TableTexts& texts, std::size_t column) {
-    const std::size_t for_lines = (texts.TextWidth(column) + kMostLines - 1) / kMostLines;
-    const bool is_usual = texts.Columns()[column].importance == Listing::Importance::kUsual;
-    const std::size_t folded = is_usual ? std::max(kFoldedWidth, for_lines) : kFoldedWidth;
+    const std::size_t forLines = (texts.TextWidth(column) + kMostLines - 1) / kMostLines;
+    const bool isUsual = texts.Columns()[column].importance == Listing::Importance::kUsual;
+    const std::size_t folded = isUsual ? std::max(kFoldedWidth, forLines) : kFoldedWidth;
     return std::max(LeastHeadingWidth(texts, column), LeastTextWidth(texts, column, folded));
 }
 
@@ -53,27 +53,27 @@ std::size_t NaturalWidth(const TableTexts& texts, std::size_t column) {
 }
 
 template <typename WidthOf>
-std::vector<std::size_t> Widths(const TableTexts& texts, const WidthOf& width_of) {
+std::vector<std::size_t> Widths(const TableTexts& texts, const WidthOf& widthOf) {
     std::vector<std::size_t> widths;
     for (std::size_t i = 0; i < texts.Columns().size(); ++i) {
-        widths.push_back(width_of(texts, i));
+        widths.push_back(widthOf(texts, i));
     }
     return widths;
 }
 
 template <typename WidthOf>
-std::size_t Sum(const std::vector<std::size_t>& columns, const WidthOf& width_of) {
+std::size_t Sum(const std::vector<std::size_t>& columns, const WidthOf& widthOf) {
     return std::accumulate(columns.begin(), columns.end(), std::size_t{0},
-                           [&](std::size_t sum, std::size_t column) { return sum + width_of(column); });
+                           [&](std::size_t sum, std::size_t column) { return sum + widthOf(column); });
 }
 
 /// The last number from `first` to `last` for which something is true that is true for none behind one for which it is
 /// false; `first` in any case.
 template <typename Predicate>
-std::size_t LastThat(const Predicate& is_true, std::size_t first, std::size_t last) {
+std::size_t LastThat(const Predicate& isTrue, std::size_t first, std::size_t last) {
     while (first < last) {
         const std::size_t middle = last - (last - first) / 2;
-        if (is_true(middle)) {
+        if (isTrue(middle)) {
             first = middle;
         } else {
             last = middle - 1;
@@ -87,43 +87,43 @@ std::size_t LastThat(const Predicate& is_true, std::size_t first, std::size_t la
 TableLayout::TableLayout(const TableTexts& texts, std::size_t width)
     : texts_(texts),
       width_(width),
-      is_shown_(texts.Columns().size(), true),
+      isShown_(texts.Columns().size(), true),
       widths_(Widths(texts, NaturalWidth)),
       shown_(widths_.size()),
       used_(std::accumulate(widths_.begin(), widths_.end(), std::size_t{0})),
-      is_tight_(width > 0 && !Fits()) {
-    if (is_tight_) {
+      isTight_(width > 0 && !Fits()) {
+    if (isTight_) {
         const ColumnRanking ranking(texts);
         Choose(ranking);
         Squeeze();
         WidenTexts();
         TakeBack(ranking, [&](std::size_t i) { return ranking.IsImportantConstant(i); });
         WidenHeadings();
-        std::copy_if(ranking.Columns().rbegin(), ranking.Columns().rend(), std::back_inserter(left_out_),
-                     [&](std::size_t i) { return !is_shown_[i]; });
+        std::copy_if(ranking.Columns().rbegin(), ranking.Columns().rend(), std::back_inserter(leftOut_),
+                     [&](std::size_t i) { return !isShown_[i]; });
     }
 }
 
 std::vector<std::size_t> TableLayout::Shown() const {
     std::vector<std::size_t> shown;
-    for (std::size_t i = 0; i < is_shown_.size(); ++i) {
-        if (is_shown_[i]) {
+    for (std::size_t i = 0; i < isShown_.size(); ++i) {
+        if (isShown_[i]) {
             shown.push_back(i);
         }
     }
     return shown;
 }
 
-void TableLayout::Show(std::size_t column, bool is_shown) {
-    if (is_shown_[column] != is_shown) {
-        is_shown_[column] = is_shown;
-        used_ = is_shown ? used_ + widths_[column] : used_ - widths_[column];
-        shown_ = is_shown ? shown_ + 1 : shown_ - 1;
+void TableLayout::Show(std::size_t column, bool isShown) {
+    if (isShown_[column] != isShown) {
+        isShown_[column] = isShown;
+        used_ = isShown ? used_ + widths_[column] : used_ - widths_[column];
+        shown_ = isShown ? shown_ + 1 : shown_ - 1;
     }
 }
 
 void TableLayout::SetWidth(std::size_t column, std::size_t width) {
-    if (is_shown_[column]) {
+    if (isShown_[column]) {
         used_ = used_ - widths_[column] + width;
     }
     widths_[column] = width;
@@ -152,18 +152,18 @@ void TableLayout::Choose(const ColumnRanking& ranking) {
 }
 
 template <typename Predicate>
-void TableLayout::LeaveOut(const ColumnRanking& ranking, const Predicate& may_go) {
+void TableLayout::LeaveOut(const ColumnRanking& ranking, const Predicate& mayGo) {
     for (auto i = ranking.Columns().begin(); i != ranking.Columns().end() && !Fits(); ++i) {
-        if (shown_ > 1 && may_go(*i) && !IsAsked(texts_, *i)) {
+        if (shown_ > 1 && mayGo(*i) && !IsAsked(texts_, *i)) {
             Show(*i, false);
         }
     }
 }
 
 template <typename Predicate>
-void TableLayout::TakeBack(const ColumnRanking& ranking, const Predicate& is_wanted) {
+void TableLayout::TakeBack(const ColumnRanking& ranking, const Predicate& isWanted) {
     for (auto i = ranking.Columns().rbegin(); i != ranking.Columns().rend(); ++i) {
-        if (!is_shown_[*i] && is_wanted(*i)) {
+        if (!isShown_[*i] && isWanted(*i)) {
             Show(*i, true);
             Show(*i, Fits());
         }

@@ -18,22 +18,22 @@ class TableLayout {
     TableLayout(const TableTexts& texts, std::size_t width);
 
     /// True for a table that is too wide to be shown as it is.
-    bool IsTight() const { return is_tight_; }
+    bool IsTight() const { return isTight_; }
 
     /// True when not even the columns that must stay have room beside each other.
-    bool IsHopeless() const { return is_tight_ && !Fits(); }
+    bool IsHopeless() const { return isTight_ && !Fits(); }
 
     /// The columns that are shown, from the left. At least one of a table that has any.
     std::vector<std::size_t> Shown() const;
 
     /// The columns that are not shown, those that are missed the most first.
-    const std::vector<std::size_t>& LeftOut() const { return left_out_; }
+    const std::vector<std::size_t>& LeftOut() const { return leftOut_; }
 
     /// The width of a column that is shown.
     std::size_t Width(std::size_t column) const { return widths_[column]; }
 
   private:
-    void Show(std::size_t column, bool is_shown);
+    void Show(std::size_t column, bool isShown);
     void SetWidth(std::size_t column, std::size_t width);
     void SetWidths(std::vector<std::size_t> widths);
 
@@ -46,11 +46,11 @@ class TableLayout {
     /// Leaves out columns until the rest fits, first those that are missed the least. One column always stays, and so
     /// do those that were asked for.
     template <typename Predicate>
-    void LeaveOut(const ColumnRanking& ranking, const Predicate& may_go);
+    void LeaveOut(const ColumnRanking& ranking, const Predicate& mayGo);
 
     /// Shows columns again for which there is room, first those that are missed the most.
     template <typename Predicate>
-    void TakeBack(const ColumnRanking& ranking, const Predicate& is_wanted);
+    void TakeBack(const ColumnRanking& ranking, const Predicate& isWanted);
 
     /// Takes from the widest columns until all fit or are as narrow as may be; of equal ones first from the leftmost.
     void Squeeze();
@@ -62,12 +62,12 @@ class TableLayout {
 
     const TableTexts& texts_;
     std::size_t width_;
-    std::vector<bool> is_shown_;
+    std::vector<bool> isShown_;
     std::vector<std::size_t> widths_;
     std::size_t shown_; ///< how many columns are
     std::size_t used_;  ///< the widths of these
-    bool is_tight_;
-    std::vector<std::size_t> left_out_;
+    bool isTight_;
+    std::vector<std::size_t> leftOut_;
 };
 
 } // namespace cimhttp

@@ -11,7 +11,7 @@ TableTexts::TableTexts(const Listing& listing) : columns_(listing.Columns()), wi
     headings_.reserve(columns_.size());
     for (const Listing::Column& column : columns_) {
         headings_.push_back(TableHeading(column.heading));
-        heading_widths_.push_back(DisplayWidth(headings_.back()));
+        headingWidths_.push_back(DisplayWidth(headings_.back()));
     }
     rows_.reserve(listing.Rows().size());
     for (const auto& row : listing.Rows()) {
@@ -19,7 +19,7 @@ TableTexts::TableTexts(const Listing& listing) : columns_(listing.Columns()), wi
         texts.reserve(row.size());
         for (std::size_t i = 0; i < row.size(); ++i) {
             texts.push_back(TableCellText(row[i]));
-            has_cut_texts_ = has_cut_texts_ || IsCutInTable(row[i]);
+            hasCutTexts_ = hasCutTexts_ || IsCutInTable(row[i]);
             widths_[i] = std::max(widths_[i], DisplayWidth(texts.back()));
         }
         rows_.push_back(std::move(texts));

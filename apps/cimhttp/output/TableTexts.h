@@ -18,21 +18,21 @@ class TableTexts {
     const std::vector<std::string>& Headings() const { return headings_; }
     const std::vector<std::vector<std::string>>& Rows() const { return rows_; }
 
-    std::size_t HeadingWidth(std::size_t column) const { return heading_widths_[column]; }
+    std::size_t HeadingWidth(std::size_t column) const { return headingWidths_[column]; }
 
     /// The width of the widest text below the heading.
     std::size_t TextWidth(std::size_t column) const { return widths_[column]; }
 
     /// Whether a text is so long that only its front is here.
-    bool HasCutTexts() const { return has_cut_texts_; }
+    bool HasCutTexts() const { return hasCutTexts_; }
 
   private:
     const std::vector<Listing::Column>& columns_;
     std::vector<std::string> headings_;
     std::vector<std::vector<std::string>> rows_;
-    std::vector<std::size_t> heading_widths_;
+    std::vector<std::size_t> headingWidths_;
     std::vector<std::size_t> widths_;
-    bool has_cut_texts_ = false;
+    bool hasCutTexts_ = false;
 };
 
 } // namespace cimhttp

@@ -20,7 +20,7 @@ constexpr std::size_t kNarrowestRoom = 8;
 struct ListShape {
     std::size_t indent;
     std::size_t room; ///< 0 for any width
-    bool is_stacked;  ///< each text below its heading
+    bool isStacked;   ///< each text below its heading
 };
 
 std::size_t WidestHeading(const Listing& listing) {
@@ -50,7 +50,7 @@ void WriteHeadingAlone(const std::string& heading, std::size_t width, LineWriter
 }
 
 void WriteItem(std::string heading, const Cell& cell, const ListShape& shape, LineWriter& line) {
-    if (shape.is_stacked) {
+    if (shape.isStacked) {
         WriteHeadingAlone(heading, shape.indent + shape.room, line);
         heading.clear();
     }
@@ -68,13 +68,13 @@ void WriteItem(std::string heading, const Cell& cell, const ListShape& shape, Li
 
 void WriteLists(const Listing& listing, const TextStyle& style, std::ostream& output) {
     const ListShape shape = ShapeOf(listing, style.width);
-    LineWriter line(output, style.uses_color);
-    bool is_first = true;
+    LineWriter line(output, style.usesColor);
+    bool isFirst = true;
     for (const auto& row : listing.Rows()) {
-        if (!is_first) {
+        if (!isFirst) {
             line.End();
         }
-        is_first = false;
+        isFirst = false;
         for (std::size_t i = 0; i < row.size(); ++i) {
             WriteItem(Printable(listing.Columns()[i].heading), row[i], shape, line);
         }

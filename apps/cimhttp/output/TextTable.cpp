@@ -118,13 +118,13 @@ class Table {
 
     /// Writes the lines of the columns shown side by side. `emphasis_of` gives a column's emphasis.
     template <typename EmphasisOf>
-    void WriteLines(const std::vector<Lines>& columns, const EmphasisOf& emphasis_of, LineWriter& line) const {
+    void WriteLines(const std::vector<Lines>& columns, const EmphasisOf& emphasisOf, LineWriter& line) const {
         const std::size_t height = Height(columns);
         for (std::size_t row = 0; row < height; ++row) {
             for (std::size_t k = 0; k < columns.size(); ++k) {
                 const std::size_t i = shown_[k];
                 const std::string text = row < columns[k].size() ? columns[k][row] : "";
-                line.WritePadded(text, layout_.Width(i), listing_.Columns()[i].align, emphasis_of(i));
+                line.WritePadded(text, layout_.Width(i), listing_.Columns()[i].align, emphasisOf(i));
                 line.Skip(TableLayout::kGap);
             }
             line.End();
@@ -140,12 +140,12 @@ class Table {
 /// Writes a table, or lists where a single row would lose something or nothing else fits.
 TableOmissions Write(const Table& table, const Listing& listing, const TextStyle& style, std::ostream& output) {
     TableOmissions omissions{table.LeftOut(), false, table.CutsNumbers(), table.HasCutTexts()};
-    const bool loses_some = !omissions.columns.empty() || omissions.digits;
-    if (table.IsHopeless() || (listing.Rows().size() == 1 && loses_some)) {
+    const bool losesSome = !omissions.columns.empty() || omissions.digits;
+    if (table.IsHopeless() || (listing.Rows().size() == 1 && losesSome)) {
         WriteLists(listing, style, output);
         return {};
     }
-    LineWriter line(output, style.uses_color);
+    LineWriter line(output, style.usesColor);
     table.Write(line);
     return omissions;
 }

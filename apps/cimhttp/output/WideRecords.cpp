@@ -24,27 +24,27 @@ std::string TextsJson(const std::vector<TCIMValue>& elements, const std::vector<
     return json.Text();
 }
 
-std::string Text(const ICIMInstance& instance, const ICIMProperty& property, const ValueTexts& texts, bool is_raw) {
+std::string Text(const ICIMInstance& instance, const ICIMProperty& property, const ValueTexts& texts, bool isRaw) {
     const TCIMValue& value = property.GetValue(TCIMContext());
-    if (is_raw) {
+    if (isRaw) {
         return value.IsArray() ? JsonValue(value) : RawText(value);
     }
     const DisplayText display = texts.Of(instance, property);
     return value.IsArray() ? TextsJson(value, display.Texts()) : display.Joined();
 }
 
-Cell CellOf(const ICIMInstance& instance, const std::string& name, const ValueTexts& texts, bool is_raw) {
+Cell CellOf(const ICIMInstance& instance, const std::string& name, const ValueTexts& texts, bool isRaw) {
     const auto property = FindProperty(instance, name);
     if (!property || property->GetValue(TCIMContext()).IsNull()) {
         return Cell::Null();
     }
-    return {Text(instance, *property, texts, is_raw)};
+    return {Text(instance, *property, texts, isRaw)};
 }
 
 } // namespace
 
-Listing WideRecords(const Instances& instances, const Properties& properties, const ValueTexts& texts, bool is_raw,
-                    const std::string& name_space) {
+Listing WideRecords(const Instances& instances, const Properties& properties, const ValueTexts& texts, bool isRaw,
+                    const std::string& nameSpace) {
     const std::vector<std::string> names = NamesOf(properties);
     std::vector<Listing::Column> columns{{"Class"}, {"Path"}};
     for (const std::string& name : names) {
@@ -52,10 +52,10 @@ Listing WideRecords(const Instances& instances, const Properties& properties, co
     }
     Listing listing(std::move(columns));
     for (const auto& instance : instances) {
-        std::vector<Cell> row{ClassNameOf(*instance), PathOf(*instance, name_space)};
+        std::vector<Cell> row{ClassNameOf(*instance), PathOf(*instance, nameSpace)};
         row.reserve(listing.Columns().size());
         for (const std::string& name : names) {
-            row.push_back(CellOf(*instance, name, texts, is_raw));
+            row.push_back(CellOf(*instance, name, texts, isRaw));
         }
         listing.AddRow(std::move(row));
     }

@@ -13,7 +13,7 @@ class ValueTexts;
 /// the text that it is shown by or, with `is_raw`, as it is; an array is a JSON array of these, so that it can be taken
 /// apart again. What is null, and a property that the instance's own class does not declare, is without a value. About
 /// `name_space` see PathOf().
-Listing WideRecords(const Instances& instances, const Properties& properties, const ValueTexts& texts, bool is_raw,
-                    const std::string& name_space);
+Listing WideRecords(const Instances& instances, const Properties& properties, const ValueTexts& texts, bool isRaw,
+                    const std::string& nameSpace);
 
 } // namespace cimhttp

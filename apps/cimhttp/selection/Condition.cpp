@@ -74,7 +74,7 @@ void Condition::Check(const ICIMPropertyDecl& property) const {
 
 Condition::Answer Condition::Accepts(const ICIMInstance& instance, const ICIMProperty* property,
                                      const ValueTexts& texts) const {
-    const auto answer = [](bool is_yes) { return is_yes ? Answer::kYes : Answer::kNo; };
+    const auto answer = [](bool isYes) { return isYes ? Answer::kYes : Answer::kNo; };
     if (property == nullptr) {
         return answer(sign_ == Sign::kMatches && Matches(operand_, ""));
     }
@@ -82,8 +82,8 @@ Condition::Answer Condition::Accepts(const ICIMInstance& instance, const ICIMPro
     if (IsOfOrder()) {
         return AnswerFor(value);
     }
-    const bool is_match = IsMatch(operand_, instance, *property, texts);
-    return answer(sign_ == Sign::kMatches ? is_match : !is_match && !value.IsNull());
+    const bool isMatch = IsMatch(operand_, instance, *property, texts);
+    return answer(sign_ == Sign::kMatches ? isMatch : !isMatch && !value.IsNull());
 }
 
 /// One element that is right is enough; without one, it is enough that one cannot be compared.
@@ -91,11 +91,11 @@ Condition::Answer Condition::AnswerFor(const TCIMValue& value) const {
     const std::optional<ValuePlace>& operand = PlaceAmong(value.GetType());
     Answer answer = Answer::kNo;
     for (const ValuePlace& place : PlacesOf(value)) {
-        const auto is_allowed = operand ? Allows(place, *operand) : std::nullopt;
-        if (is_allowed.value_or(false)) {
+        const auto isAllowed = operand ? Allows(place, *operand) : std::nullopt;
+        if (isAllowed.value_or(false)) {
             return Answer::kYes;
         }
-        answer = is_allowed || place.IsNull() ? answer : Answer::kUnknown;
+        answer = isAllowed || place.IsNull() ? answer : Answer::kUnknown;
     }
     return answer;
 }

@@ -37,8 +37,8 @@ std::string Filled(std::string text, std::string_view filling) {
 
 /// A zone that is not known may be any; the farther it is in the east, the earlier is the instant.
 std::string FilledInstant(const std::string& text, std::string_view filling, char sign, const char* zone) {
-    const bool has_zone = text[kOffset + 1] != '*';
-    return Filled(has_zone ? text : text.substr(0, kOffset) + sign + zone, filling);
+    const bool hasZone = text[kOffset + 1] != '*';
+    return Filled(hasZone ? text : text.substr(0, kOffset) + sign + zone, filling);
 }
 
 long long Number(const std::string& text, std::size_t offset, std::size_t length) {
@@ -50,8 +50,8 @@ long long Number(const std::string& text, std::size_t offset, std::size_t length
 long long DaysTo(long long year, long long month, long long day) {
     const long long years = month > 2 ? year : year - 1;
     const long long months = (month + 9) % 12;
-    const long long leap_days = years < 0 ? -1 : years / 4 - years / 100 + years / 400;
-    return years * 365 + leap_days + (months * 306 + 5) / 10 + day + 59;
+    const long long leapDays = years < 0 ? -1 : years / 4 - years / 100 + years / 400;
+    return years * 365 + leapDays + (months * 306 + 5) / 10 + day + 59;
 }
 
 long long TimeOfDay(const std::string& text) {
@@ -86,10 +86,10 @@ class Scanner {
             Demand('-');
             characters += Digits(2);
         }
-        const bool is_separate = Skip(' ') || Skip('T');
-        const bool has_time = is_separate && IsDigit();
-        characters += has_time ? Time() : kMidnight;
-        if (has_time) {
+        const bool isSeparate = Skip(' ') || Skip('T');
+        const bool hasTime = isSeparate && IsDigit();
+        characters += hasTime ? Time() : kMidnight;
+        if (hasTime) {
             Skip(' ');
         }
         return Whole(characters + Zone());
@@ -97,11 +97,11 @@ class Scanner {
 
     /// `1 day 08:39:00.5`, `1 d 08:39`, or less of it; `5 h`, `3 min`, `30 s` or `0.25 s`.
     std::optional<TCIMDateTime> Interval() {
-        const bool has_days = text_.find('d') != std::string::npos;
-        const std::string days = has_days ? Days() : "";
-        const bool has_time = !has_days || Skip(' ');
-        const bool has_clock = text_.find(':') != std::string::npos;
-        const std::string time = !has_time ? kMidnight : has_clock ? Time() : PartOfTime();
+        const bool hasDays = text_.find('d') != std::string::npos;
+        const std::string days = hasDays ? Days() : "";
+        const bool hasTime = !hasDays || Skip(' ');
+        const bool hasClock = text_.find(':') != std::string::npos;
+        const std::string time = !hasTime ? kMidnight : hasClock ? Time() : PartOfTime();
         return Whole(std::string(kDigitsOfDays - days.size(), '0') + days + time + kIntervalEnd);
     }
 
@@ -112,12 +112,12 @@ class Scanner {
     bool IsDigit() const { return place_ < text_.size() && text_[place_] >= '0' && text_[place_] <= '9'; }
 
     bool Skip(char letter) {
-        const bool is_there = place_ < text_.size() && text_[place_] == letter;
-        place_ += is_there ? 1 : 0;
-        return is_there;
+        const bool isThere = place_ < text_.size() && text_[place_] == letter;
+        place_ += isThere ? 1 : 0;
+        return isThere;
     }
 
-    void Demand(char letter) { is_good_ = Skip(letter) && is_good_; }
+    void Demand(char letter) { isGood_ = Skip(letter) && isGood_; }
 
     /// As many as there are, but not more than these.
     std::string SomeDigits(std::size_t most) {
@@ -125,13 +125,13 @@ class Scanner {
         for (; IsDigit() && digits.size() < most; ++place_) {
             digits += text_[place_];
         }
-        is_good_ = is_good_ && !digits.empty();
+        isGood_ = isGood_ && !digits.empty();
         return digits;
     }
 
     std::string Digits(std::size_t count) {
         std::string digits = SomeDigits(count);
-        is_good_ = is_good_ && digits.size() == count;
+        isGood_ = isGood_ && digits.size() == count;
         return digits;
     }
 
@@ -151,9 +151,9 @@ class Scanner {
         std::string time = Digits(2);
         Demand(':');
         time += Digits(2);
-        const bool has_seconds = Skip(':');
-        time += has_seconds ? Digits(2) : "00";
-        return time + (has_seconds ? Fraction() : kNoFraction);
+        const bool hasSeconds = Skip(':');
+        time += hasSeconds ? Digits(2) : "00";
+        return time + (hasSeconds ? Fraction() : kNoFraction);
     }
 
     /// `5 h`, `3 min`, `30 s` or `0.25 s`
@@ -186,7 +186,7 @@ class Scanner {
             return "+000";
         }
         const char sign = text_[place_];
-        is_good_ = (Skip('+') || Skip('-')) && is_good_;
+        isGood_ = (Skip('+') || Skip('-')) && isGood_;
         const std::string hours = Digits(2);
         Demand(':');
         const std::string minutes = std::to_string(Number(hours, 0, 2) * 60 + Number(Digits(2), 0, 2));
@@ -194,22 +194,22 @@ class Scanner {
     }
 
     std::optional<TCIMDateTime> Whole(const std::string& characters) const {
-        return is_good_ && place_ == text_.size() ? Checked(characters) : std::nullopt;
+        return isGood_ && place_ == text_.size() ? Checked(characters) : std::nullopt;
     }
 
     const std::string& text_;
     std::size_t place_ = 0;
-    bool is_good_ = true; // as far as it is read
+    bool isGood_ = true; // as far as it is read
 };
 
 } // namespace
 
-DateTimeRange::DateTimeRange(const TCIMDateTime& date_time) : is_interval(date_time.IsInterval()) {
+DateTimeRange::DateTimeRange(const TCIMDateTime& date_time) : isInterval(date_time.IsInterval()) {
     const std::string text = date_time.ToString();
-    lowest = is_interval ? LengthOf(Filled(text, kLowestInterval))
-                         : InstantOf(FilledInstant(text, kLowestInstant, '+', "999"));
-    highest = is_interval ? LengthOf(Filled(text, kHighestInterval))
-                          : InstantOf(FilledInstant(text, kHighestInstant, '-', "999"));
+    lowest = isInterval ? LengthOf(Filled(text, kLowestInterval))
+                        : InstantOf(FilledInstant(text, kLowestInstant, '+', "999"));
+    highest = isInterval ? LengthOf(Filled(text, kHighestInterval))
+                         : InstantOf(FilledInstant(text, kHighestInstant, '-', "999"));
 }
 
 std::optional<TCIMDateTime> DateTimeIn(const std::string& text) {

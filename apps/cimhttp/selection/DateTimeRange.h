@@ -13,7 +13,7 @@ namespace cimhttp {
 struct DateTimeRange {
     explicit DateTimeRange(const NQORVYX20::TCIMDateTime& date_time);
 
-    bool is_interval;
+    bool isInterval;
     long long lowest;  ///< in microseconds: since the year 0 in UTC, or the length
     long long highest; ///< the same
 };

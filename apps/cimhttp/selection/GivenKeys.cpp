@@ -20,11 +20,11 @@ GivenKeys::GivenKeys(const std::vector<std::string>& texts) {
     }
 }
 
-void GivenKeys::Check(const std::vector<std::string>& names, const std::string& class_name) const {
+void GivenKeys::Check(const std::vector<std::string>& names, const std::string& className) const {
     const NameSet known(names.begin(), names.end());
     for (const auto& [name, value] : values_) {
         if (known.count(name) == 0) {
-            std::string text = "the class " + class_name + " has no key " + name;
+            std::string text = "the class " + className + " has no key " + name;
             text += DidYouMean(NearestNames(name, names)) + "; its keys are " + ListedTogether(names);
             throw Failure(Failure::kUsage, text);
         }

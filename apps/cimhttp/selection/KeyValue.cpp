@@ -54,8 +54,8 @@ TCIMValue WrittenInteger(const std::string& text) {
 }
 
 TCIMValue WrittenBoolean(const std::string& text) {
-    const bool is_true = IsSameName(text, "true");
-    return is_true || IsSameName(text, "false") ? TCIMValue(is_true) : TCIMValue();
+    const bool isTrue = IsSameName(text, "true");
+    return isTrue || IsSameName(text, "false") ? TCIMValue(isTrue) : TCIMValue();
 }
 
 TCIMValue WrittenDateTime(const std::string& text) {

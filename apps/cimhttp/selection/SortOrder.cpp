@@ -34,16 +34,16 @@ std::vector<Row> RowsOf(const std::vector<std::vector<TCIMValue>>& rows) {
     return sorted;
 }
 
-bool IsBefore(const Row& one, const Row& other, const std::vector<bool>& is_descending) {
+bool IsBefore(const Row& one, const Row& other, const std::vector<bool>& isDescending) {
     for (std::size_t i = 0; i < one.size(); ++i) {
         if (one[i].is_null != other[i].is_null) {
             return other[i].is_null;
         }
         if (one[i].places < other[i].places) {
-            return !is_descending[i];
+            return !isDescending[i];
         }
         if (other[i].places < one[i].places) {
-            return is_descending[i];
+            return isDescending[i];
         }
     }
     return false;
@@ -60,12 +60,12 @@ SortOrder::SortOrder(const std::vector<std::string>& texts) {
 void SortOrder::Add(const std::string& text) {
     const std::size_t colon = std::min(text.find(':'), text.size());
     const std::string direction = text.substr(colon);
-    const bool is_descending = IsSameName(direction, ":desc");
-    if (colon == 0 || !(direction.empty() || is_descending || IsSameName(direction, ":asc"))) {
+    const bool isDescending = IsSameName(direction, ":desc");
+    if (colon == 0 || !(direction.empty() || isDescending || IsSameName(direction, ":asc"))) {
         throw Failure(Failure::kUsage, "'" + text + "' is nothing to sort by, such as Name, or Size:desc");
     }
     names_.push_back(text.substr(0, colon));
-    is_descending_.push_back(is_descending);
+    isDescending_.push_back(isDescending);
 }
 
 std::vector<std::size_t> SortOrder::Sorted(const std::vector<std::vector<TCIMValue>>& rows) const {
@@ -73,7 +73,7 @@ std::vector<std::size_t> SortOrder::Sorted(const std::vector<std::vector<TCIMVal
     std::vector<std::size_t> places(rows.size());
     std::iota(places.begin(), places.end(), std::size_t{0});
     std::stable_sort(places.begin(), places.end(), [&](std::size_t one, std::size_t other) {
-        return IsBefore(sorted[one], sorted[other], is_descending_);
+        return IsBefore(sorted[one], sorted[other], isDescending_);
     });
     return places;
 }

@@ -28,7 +28,7 @@ class SortOrder {
     void Add(const std::string& text);
 
     std::vector<std::string> names_;
-    std::vector<bool> is_descending_;
+    std::vector<bool> isDescending_;
 };
 
 /// Items in another order, that of these places.

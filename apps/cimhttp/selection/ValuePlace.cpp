@@ -59,8 +59,8 @@ std::optional<long double> NumberIn(const std::string& text, ECIMType type) {
 }
 
 std::optional<long double> BooleanIn(const std::string& text) {
-    const bool is_true = IsSameName(text, "true");
-    return is_true || IsSameName(text, "false") ? std::optional<long double>(is_true ? 1 : 0) : std::nullopt;
+    const bool isTrue = IsSameName(text, "true");
+    return isTrue || IsSameName(text, "false") ? std::optional<long double>(isTrue ? 1 : 0) : std::nullopt;
 }
 
 } // namespace
@@ -74,7 +74,7 @@ ValuePlace::ValuePlace(long double number)
 
 ValuePlace::ValuePlace(const TCIMDateTime& date_time) : kind_(Kind::kInstant) {
     const DateTimeRange range(date_time);
-    kind_ = range.is_interval ? Kind::kInterval : Kind::kInstant;
+    kind_ = range.isInterval ? Kind::kInterval : Kind::kInstant;
     lowest_ = static_cast<long double>(range.lowest);
     highest_ = static_cast<long double>(range.highest);
 }
@@ -125,8 +125,8 @@ std::optional<bool> ValuePlace::IsLessThan(const ValuePlace& other) const {
 }
 
 std::optional<bool> ValuePlace::IsAtMost(const ValuePlace& other) const {
-    const auto is_greater = other.IsLessThan(*this);
-    return is_greater ? std::optional<bool>(!*is_greater) : std::nullopt;
+    const auto isGreater = other.IsLessThan(*this);
+    return isGreater ? std::optional<bool>(!*isGreater) : std::nullopt;
 }
 
 bool operator<(const ValuePlace& one, const ValuePlace& other) {

@@ -18,8 +18,8 @@ bool IsWordBegin(std::string_view name, std::size_t i) {
     if (name[i - 1] == '_') {
         return name[i] != '_';
     }
-    const bool is_before_small_letter = i + 1 < name.size() && IsLower(name[i + 1]);
-    return IsUpper(name[i]) && (!IsUpper(name[i - 1]) || is_before_small_letter);
+    const bool isBeforeSmallLetter = i + 1 < name.size() && IsLower(name[i + 1]);
+    return IsUpper(name[i]) && (!IsUpper(name[i - 1]) || isBeforeSmallLetter);
 }
 
 std::vector<std::string_view> WordsOf(std::string_view name) {

@@ -66,8 +66,8 @@ std::vector<std::string> NearestNames(const std::string& name, const std::vector
     const std::size_t limit = std::max<std::size_t>(2, name.size() / 3);
     std::vector<std::tuple<std::size_t, std::string>> near;
     for (const std::string& candidate : names) {
-        const bool is_much_shorter = candidate.size() + limit < name.size(); // no letters are that many
-        if (is_much_shorter || std::max(name.size(), candidate.size()) > kLongestName) {
+        const bool isMuchShorter = candidate.size() + limit < name.size(); // no letters are that many
+        if (isMuchShorter || std::max(name.size(), candidate.size()) > kLongestName) {
             continue;
         }
         const std::size_t distance = DistanceTo(name, candidate);

@@ -39,11 +39,11 @@ class PathReader {
         if (place_ == path_.size()) {
             return {};
         }
-        const bool is_unnamed = Skip('=');
-        if (!is_unnamed && !Skip('.')) {
+        const bool isUnnamed = Skip('=');
+        if (!isUnnamed && !Skip('.')) {
             return Expected("a point and the keys");
         }
-        std::string fault = is_unnamed ? ValueFault() : KeyFault();
+        std::string fault = isUnnamed ? ValueFault() : KeyFault();
         while (fault.empty() && Skip(',')) {
             fault = KeyFault();
         }
@@ -65,8 +65,8 @@ class PathReader {
         if (slashes == 0 || (slashes != std::string::npos && head[slashes - 1] == ':')) {
             return BehindSlash(head, slashes + 2);
         }
-        const bool has_port = head.find(':') != std::string::npos;
-        return has_port || head.rfind('/', 0) == 0 ? BehindSlash(head, 0) : head;
+        const bool hasPort = head.find(':') != std::string::npos;
+        return hasPort || head.rfind('/', 0) == 0 ? BehindSlash(head, 0) : head;
     }
 
     static std::string BehindSlash(const std::string& text, std::size_t begin) {
@@ -111,9 +111,9 @@ class PathReader {
     }
 
     bool Skip(char letter) {
-        const bool is_there = place_ < path_.size() && path_[place_] == letter;
-        place_ += is_there ? 1 : 0;
-        return is_there;
+        const bool isThere = place_ < path_.size() && path_[place_] == letter;
+        place_ += isThere ? 1 : 0;
+        return isThere;
     }
 
     bool SkipName() {

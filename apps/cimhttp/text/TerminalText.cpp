@@ -30,7 +30,7 @@ char32_t Shown(char32_t character) {
     return IsControl(character) ? kReplacementCharacter : character;
 }
 
-std::string Shown(std::string_view text, bool keeps_line_ends) {
+std::string Shown(std::string_view text, bool keepsLineEnds) {
     std::string shown;
     shown.reserve(text.size());
     while (true) {
@@ -41,8 +41,8 @@ std::string Shown(std::string_view text, bool keeps_line_ends) {
             return shown;
         }
         const Utf8Character character = CharacterAt(text, 0);
-        const bool is_kept = keeps_line_ends && character.value == '\n';
-        AppendUtf8(is_kept ? character.value : Shown(character.value), shown);
+        const bool isKept = keepsLineEnds && character.value == '\n';
+        AppendUtf8(isKept ? character.value : Shown(character.value), shown);
         text.remove_prefix(character.size);
     }
 }
@@ -108,10 +108,10 @@ std::string_view Folder::NextLine() {
     // The blank behind the last word that fits may stand just outside.
     const std::string_view reach = text_.substr(begin, fit + 1 - begin);
     const std::size_t blank = reach.rfind(' ');
-    const bool is_between_words = blank != std::string_view::npos && blank > 0;
-    const std::size_t length = is_between_words ? blank : LengthOfPart(reach.substr(0, fit - begin));
+    const bool isBetweenWords = blank != std::string_view::npos && blank > 0;
+    const std::size_t length = isBetweenWords ? blank : LengthOfPart(reach.substr(0, fit - begin));
     const std::size_t end = begin + length;
-    offset_ = is_between_words ? std::min(text_.find_first_not_of(' ', end), text_.size()) : end;
+    offset_ = isBetweenWords ? std::min(text_.find_first_not_of(' ', end), text_.size()) : end;
     return reach.substr(0, reach.find_last_not_of(' ', length - 1) + 1);
 }
 

@@ -29,7 +29,7 @@ void Attendant::Attend(const std::string& what, const Work& work, const std::opt
                        const std::function<void()>& stop) const {
     const InterruptScope interrupts;
     BackgroundTask task([&work](const BackgroundTask::Notify& /*notify*/) { work(); });
-    StatusLine line(shows_line_ ? errors_ : nullptr, width_);
+    StatusLine line(showsLine_ ? errors_ : nullptr, width_);
     const auto begin = Clock::now();
     while (!task.Wait(kLookInterval)) {
         const auto elapsed = Clock::now() - begin;
@@ -39,7 +39,7 @@ void Attendant::Attend(const std::string& what, const Work& work, const std::opt
                 stop();
                 task.Wait(kGrace);
             }
-            on_interrupt_();
+            onInterrupt_();
         }
         if (limit && elapsed >= limit->time) {
             line.Clear();

@@ -27,8 +27,8 @@ class Attendant {
 
     /// `errors` must live longer than the attendant; with `shows_line` it is a terminal, `width` wide (0 for any).
     /// `on_interrupt` must end the program, without taking away what the work uses.
-    Attendant(std::ostream& errors, bool shows_line, std::size_t width, std::function<void()> on_interrupt)
-        : errors_(&errors), shows_line_(shows_line), width_(width), on_interrupt_(std::move(on_interrupt)) {}
+    Attendant(std::ostream& errors, bool showsLine, std::size_t width, std::function<void()> onInterrupt)
+        : errors_(&errors), showsLine_(showsLine), width_(width), onInterrupt_(std::move(onInterrupt)) {}
 
     /// Waits for the work, and throws what it throws. `what` is what the line says. At an interrupt `stop` is called,
     /// if there is one, and the work has a few seconds to end in good order.
@@ -45,13 +45,13 @@ class Attendant {
     }
 
     /// Ends the program as at an interrupt.
-    void End() const { on_interrupt_(); }
+    void End() const { onInterrupt_(); }
 
   private:
     std::ostream* errors_;
-    bool shows_line_;
+    bool showsLine_;
     std::size_t width_;
-    std::function<void()> on_interrupt_;
+    std::function<void()> onInterrupt_;
 };
 
 } // namespace cimhttp

@@ -13,8 +13,8 @@ namespace cimhttp {
 struct BackgroundTask::State {
     std::mutex mutex; // guards all below
     std::condition_variable changed;
-    bool has_news = false;
-    bool has_ended = false;
+    bool hasNews = false;
+    bool hasEnded = false;
     std::exception_ptr error;
 };
 
@@ -41,7 +41,7 @@ BackgroundTask::~BackgroundTask() {
 void BackgroundTask::Run(const std::shared_ptr<State>& state, const std::function<void(const Notify&)>& work) {
     const auto notify = [&state] {
         const std::lock_guard<std::mutex> lock(state->mutex);
-        state->has_news = true;
+        state->hasNews = true;
         state->changed.notify_all();
     };
     std::exception_ptr error;
@@ -52,15 +52,15 @@ void BackgroundTask::Run(const std::shared_ptr<State>& state, const std::functio
     }
     const std::lock_guard<std::mutex> lock(state->mutex);
     state->error = error;
-    state->has_ended = true;
+    state->hasEnded = true;
     state->changed.notify_all();
 }
 
 bool BackgroundTask::Wait(std::chrono::milliseconds time) {
     std::unique_lock<std::mutex> lock(state_->mutex);
-    state_->changed.wait_for(lock, time, [this] { return state_->has_ended || state_->has_news; });
-    state_->has_news = false;
-    return state_->has_ended;
+    state_->changed.wait_for(lock, time, [this] { return state_->hasEnded || state_->hasNews; });
+    state_->hasNews = false;
+    return state_->hasEnded;
 }
 
 void BackgroundTask::Rethrow() const {

@@ -15,9 +15,9 @@ class InterruptScope {
     InterruptScope& operator=(const InterruptScope&) = delete;
 
   private:
-    bool is_outermost_ = false;
-    struct sigaction on_interrupt_ {};
-    struct sigaction on_terminate_ {};
+    bool isOutermost_ = false;
+    struct sigaction onInterrupt_ {};
+    struct sigaction onTerminate_ {};
 };
 
 /// Whether a signal has come in the InterruptScope that lives.

@@ -13,18 +13,18 @@ namespace cimhttp {
 class ProgressBar {
   public:
     /// See StatusLine.
-    ProgressBar(std::ostream* terminal, std::size_t width, std::size_t class_count)
-        : line_(terminal, width), class_count_(class_count) {}
+    ProgressBar(std::ostream* terminal, std::size_t width, std::size_t classCount)
+        : line_(terminal, width), classCount_(classCount) {}
 
     /// How many classes are done, how many instances were in them, and the time since the begin.
-    void Show(std::size_t classes_done, std::size_t instances, std::chrono::seconds elapsed);
+    void Show(std::size_t classesDone, std::size_t instances, std::chrono::seconds elapsed);
 
     /// Takes the bar away, so that other lines can be written, until it is shown again.
     void Clear() { line_.Clear(); }
 
   private:
     StatusLine line_;
-    std::size_t class_count_;
+    std::size_t classCount_;
 };
 
 } // namespace cimhttp

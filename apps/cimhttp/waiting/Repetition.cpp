@@ -13,7 +13,7 @@ bool MayPass(const Failure& failure) {
 }
 
 /// Whether the reading was good.
-bool Try(RepeatedReading& reading, bool is_lost) {
+bool Try(RepeatedReading& reading, bool isLost) {
     try {
         reading.Read();
         return true;
@@ -21,7 +21,7 @@ bool Try(RepeatedReading& reading, bool is_lost) {
         if (!MayPass(failure)) {
             throw;
         }
-        if (!is_lost) {
+        if (!isLost) {
             reading.Lose(failure);
         }
         return false;
@@ -32,17 +32,17 @@ bool Try(RepeatedReading& reading, bool is_lost) {
 
 void Repetition::Run(RepeatedReading& reading, std::optional<std::size_t> count) const {
     Duration pause = interval_;
-    bool is_lost = false;
+    bool isLost = false;
     for (std::size_t round = 0; (!count || round < *count) && wait_(pause);) {
         const auto begin = Clock::now();
-        if (!Try(reading, is_lost)) {
-            pause = is_lost ? AfterFailure(pause) : interval_;
-            is_lost = true;
+        if (!Try(reading, isLost)) {
+            pause = isLost ? AfterFailure(pause) : interval_;
+            isLost = true;
             continue;
         }
-        if (is_lost) {
+        if (isLost) {
             reading.Regain();
-            is_lost = false;
+            isLost = false;
         }
         reading.Show(++round);
         pause = std::max(interval_ - (Clock::now() - begin), Duration::zero()); // so that readings keep to the interval
