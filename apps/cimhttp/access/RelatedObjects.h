@@ -21,8 +21,8 @@ class RelatedObjects {
     /// The namespaces in which there are objects, as the server spells them.
     virtual std::vector<std::string> Namespaces() const = 0;
 
-    /// The objects of one of these, each of its own class under its path, which names the namespace. `name_space` must
-    /// be connected to it. What cannot be taken over is among the incidents of `name_space`; a class, which is no
+    /// The objects of one of these, each of its own class under its path, which names the namespace. `nameSpace` must
+    /// be connected to it. What cannot be taken over is among the incidents of `nameSpace`; a class, which is no
     /// instance, is, too. Once for each namespace. Throws as PluginAccess::ReadInstance.
     virtual std::vector<boost::shared_ptr<NQORVYX20::ICIMInstance>>
     TakeInstances(const std::string& name, NQORVYX20::ICIMNamespace& nameSpace) = 0;

@@ -67,7 +67,7 @@ Pegasus::CIMPropertyList PropertyList(const std::vector<std::string>& properties
     return {names};
 }
 
-/// A path with its namespace, which is `name_space` where it does not say, and with its host unless that is `own_host`.
+/// A path with its namespace, which is `nameSpace` where it does not say, and with its host unless that is `ownHost`.
 Pegasus::CIMObjectPath WholePath(const Pegasus::CIMObjectPath& path, const Pegasus::CIMNamespaceName& nameSpace,
                                  const std::string& ownHost) {
     const bool isOwn = IsSameHost(ToStdString(path.getHost()), ownHost);

@@ -13,7 +13,7 @@ namespace cimhttp {
 class Failure;
 struct CommandContext;
 
-/// Writes what a watch sees, each piece with the time, for people or, with `is_json`, as JSON, a line for each thing:
+/// Writes what a watch sees, each piece with the time, for people or, with `isJson`, as JSON, a line for each thing:
 ///
 ///     {"time":"2026-11-21T08:39:00+01:00","round":0,"change":"present","path":"CIM_Fan.Name=\"a\"","class":"CIM_Fan",
 ///      "properties":{"Speed":{"type":"uint64","value":3,"text":"3"}}}

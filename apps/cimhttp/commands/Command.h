@@ -70,7 +70,7 @@ struct CommandContext {
     /// Says the same of a connection that is there.
     void WarnAbout(const Connection& connection) const;
 
-    /// Looks after the user as the options say. `on_interrupt`: see Attendant; without it, an interrupt ends the
+    /// Looks after the user as the options say. `onInterrupt`: see Attendant; without it, an interrupt ends the
     /// program as it ends others.
     Attendant MakeAttendant(std::function<void()> onInterrupt) const;
     Attendant MakeAttendant() const;

@@ -22,7 +22,7 @@ class InstanceCensus {
         std::optional<unsigned long long> instances; ///< nothing where they could not be counted
     };
 
-    /// `is_wanted` says of a name whether the class is to be counted. The session must outlive the census.
+    /// `isWanted` says of a name whether the class is to be counted. The session must outlive the census.
     InstanceCensus(Session& session, const ClassTree& tree, std::function<bool(const std::string&)> isWanted)
         : session_(session), tree_(tree), isWanted_(std::move(isWanted)) {}
 

@@ -60,7 +60,7 @@ void AppendField(std::string_view text, std::string& record) {
     record.append(text) += '"';
 }
 
-/// `is_shown`, here and below: on a terminal, which the texts must not steer.
+/// `isShown`, here and below: on a terminal, which the texts must not steer.
 void WriteHeadings(const Listing& listing, bool isShown, std::ostream& output) {
     std::string record;
     for (const Listing::Column& column : listing.Columns()) {

@@ -16,7 +16,7 @@ class Listing;
 /// the cells' values. CSV (RFC 4180) has the headings as its first record and the cells' texts, where a null value is
 /// an empty field and an empty text is "".
 ///
-/// `whole_form` names the form that shows what a table may lack.
+/// `wholeForm` names the form that shows what a table may lack.
 void WriteListing(const Listing& listing, OutputFormat format, const CommandContext& context,
                   const char* wholeForm = "plain");
 

@@ -34,7 +34,7 @@ class InputFile {
     void SetPatience(std::chrono::milliseconds patience) { patience_ = patience; }
 
   private:
-    /// Reads to the end, to the end of a line if `is_line`, or a little beyond the limit.
+    /// Reads to the end, to the end of a line if `isLine`, or a little beyond the limit.
     std::string Read(std::size_t limit, bool isLine) const;
     void AwaitMore(std::chrono::steady_clock::time_point end) const;
     [[noreturn]] void Fail(const std::string& reason) const;

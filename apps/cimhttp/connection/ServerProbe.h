@@ -19,7 +19,7 @@ struct ProbeResult {
 /// How long a probe waits in each step, unless told otherwise.
 constexpr std::chrono::seconds kProbePatience{5};
 
-/// Connects once more, with a TLS handshake when `with_tls`, and looks. Whom the certificate belongs to is not
+/// Connects once more, with a TLS handshake when `withTls`, and looks. Whom the certificate belongs to is not
 /// verified. Empty when there is no connection, for which each address of the host has the patience.
 std::optional<ProbeResult> ProbeServer(const std::string& host, int port, bool withTls,
                                        std::chrono::seconds patience = kProbePatience);

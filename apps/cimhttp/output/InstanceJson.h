@@ -20,7 +20,7 @@ namespace cimhttp {
 /// object, and so a text, or an array of them, there is a member `object`, too, with what ObjectsJson() says.
 class InstanceJson {
   public:
-    /// About `name_space` see PathOf().
+    /// About `nameSpace` see PathOf().
     InstanceJson(PropertySelector selector, const ValueTexts& texts, std::string nameSpace = {})
         : selector_(std::move(selector)), texts_(texts), nameSpace_(std::move(nameSpace)) {}
 

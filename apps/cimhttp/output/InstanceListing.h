@@ -11,10 +11,10 @@ namespace cimhttp {
 /// Turns instances into listings for people.
 class InstanceListing {
   public:
-    /// Values are shown as people read them, or with `is_raw` as they are.
+    /// Values are shown as people read them, or with `isRaw` as they are.
     InstanceListing(const ValueTexts& texts, bool isRaw) : texts_(texts), isRaw_(isRaw) {}
 
-    /// An instance a row, a property a column, and before them, with `has_class`, the name of the class. A property
+    /// An instance a row, a property a column, and before them, with `hasClass`, the name of the class. A property
     /// that an instance's own class does not declare is an empty text. Columns of properties that were asked for by
     /// name stay, however narrow the table gets.
     Listing Table(const Instances& instances, const Properties& properties, bool hasClass, bool isAsked) const;

@@ -29,7 +29,7 @@ Properties PropertiesOf(const Instances& instances);
 std::vector<std::string> NamesOf(const Properties& properties);
 
 /// Those of a class's properties that have these names, in the order of the names. Throws Failure(kUsage) for a name
-/// that none has; `class_name` is for the complaint.
+/// that none has; `className` is for the complaint.
 Properties Chosen(const Properties& properties, const std::vector<std::string>& names, const std::string& className);
 
 /// The same for properties of several classes.

@@ -11,7 +11,7 @@ namespace cimhttp {
 /// The names of all keys that paths have, each once, in the order in which they come.
 std::vector<std::string> KeyNames(const std::vector<NQORVYX20::TCIMReference>& paths);
 
-/// Instances by their keys, a path a row: with `has_class` the class, then a column for each key.
+/// Instances by their keys, a path a row: with `hasClass` the class, then a column for each key.
 Listing KeyListing(const std::vector<NQORVYX20::TCIMReference>& paths, bool hasClass);
 
 /// The same as JSON, an array with an object for each path, one a line:

@@ -26,7 +26,7 @@ std::string MethodSignature(const RemoteMethod& method);
 std::vector<std::string> UnusualFlavors(const RemoteQualifier& qualifier);
 
 /// A class as its declaration stands in MOF (DSP0004 annex A), below its superclass and with the features of its own;
-/// what it inherits is named in comments. With `is_whole`, the class as it is without any other: no superclass, all
+/// what it inherits is named in comments. With `isWhole`, the class as it is without any other: no superclass, all
 /// features, and none an override. A qualifier's flavors are written where they differ from those of its declaration,
 /// or from the usual ones when it is not among `declarations`.
 std::string ClassMof(const RemoteClass& cls, const std::vector<RemoteQualifierDeclaration>& declarations,

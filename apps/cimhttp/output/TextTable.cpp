@@ -116,7 +116,7 @@ class Table {
             texts, [&](std::size_t i) { return IsShownAsNull(cells[i]) ? Emphasis::kFaint : Emphasis::kNone; }, line);
     }
 
-    /// Writes the lines of the columns shown side by side. `emphasis_of` gives a column's emphasis.
+    /// Writes the lines of the columns shown side by side. `emphasisOf` gives a column's emphasis.
     template <typename EmphasisOf>
     void WriteLines(const std::vector<Lines>& columns, const EmphasisOf& emphasisOf, LineWriter& line) const {
         const std::size_t height = Height(columns);

@@ -10,9 +10,9 @@ namespace cimhttp {
 class ValueTexts;
 
 /// Instances for programs, an instance a row: its class, its path, and a column for each of the properties. A value is
-/// the text that it is shown by or, with `is_raw`, as it is; an array is a JSON array of these, so that it can be taken
+/// the text that it is shown by or, with `isRaw`, as it is; an array is a JSON array of these, so that it can be taken
 /// apart again. What is null, and a property that the instance's own class does not declare, is without a value. About
-/// `name_space` see PathOf().
+/// `nameSpace` see PathOf().
 Listing WideRecords(const Instances& instances, const Properties& properties, const ValueTexts& texts, bool isRaw,
                     const std::string& nameSpace);
 

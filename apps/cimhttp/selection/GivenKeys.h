@@ -16,7 +16,7 @@ class GivenKeys {
     /// The values by the names of the keys.
     const ByName<std::string>& Values() const { return values_; }
 
-    /// Throws Failure(kUsage) for a key that is none of these; `class_name` is for the complaint.
+    /// Throws Failure(kUsage) for a key that is none of these; `className` is for the complaint.
     void Check(const std::vector<std::string>& names, const std::string& className) const;
 
     /// ` with Name=eth0, Number=3`, or nothing.

@@ -25,8 +25,8 @@ class Attendant {
         std::function<Failure()> failure;
     };
 
-    /// `errors` must live longer than the attendant; with `shows_line` it is a terminal, `width` wide (0 for any).
-    /// `on_interrupt` must end the program, without taking away what the work uses.
+    /// `errors` must live longer than the attendant; with `showsLine` it is a terminal, `width` wide (0 for any).
+    /// `onInterrupt` must end the program, without taking away what the work uses.
     Attendant(std::ostream& errors, bool showsLine, std::size_t width, std::function<void()> onInterrupt)
         : errors_(&errors), showsLine_(showsLine), width_(width), onInterrupt_(std::move(onInterrupt)) {}
 
