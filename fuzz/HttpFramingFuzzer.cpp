@@ -4,10 +4,10 @@
 #include "Cost.h"
 #include "CutInput.h"
 #include "Require.h"
+#include "client/CimHeaders.h"
 #include "http/BasicAuthentication.h"
-#include "http/CimHeaders.h"
+#include "http/PercentEncoding.h"
 #include "http/ResponseReader.h"
-#include "http/UriText.h"
 
 #include <Pegasus/Client/CIMClientException.h>
 
@@ -16,6 +16,7 @@
 #include <string>
 
 using namespace Pegasus;
+using namespace Pegasus::client;
 using namespace Pegasus::http;
 
 namespace {
@@ -43,11 +44,11 @@ const char* const kFieldNames[] = {
     "CIMOperation",     "Content-Type",      "CIMError",      "PGErrorDetail",
     "WWW-Authenticate", "Transfer-Encoding", "CIMStatusCode", "CIMStatusCodeDescription"};
 
-void CheckUriText(std::string_view text) {
-    const std::string decoded = decodeUri(text);
+void CheckPercentEncoding(std::string_view text) {
+    const std::string decoded = percentDecoded(text);
     Require(decoded.size() <= text.size(), "decoding makes no text longer");
-    const std::string encoded = encodeUri(decoded);
-    Require(decodeUri(encoded) == decoded, "what is encoded is read back");
+    const std::string encoded = percentEncoded(decoded);
+    Require(percentDecoded(encoded) == decoded, "what is encoded is read back");
     Require(encoded.find_first_of(" \r\n") == std::string::npos, "encoded text stays in its line");
 }
 
@@ -55,7 +56,7 @@ std::string Describe(const HttpFields& fields) {
     std::string text = takesBasicAuthentication(fields) ? "Basic\n" : "";
     for (const char* name : kFieldNames) {
         for (const std::string_view value : fields.findAll(name)) {
-            CheckUriText(value);
+            CheckPercentEncoding(value);
             text.append(name).append(": ").append(value).append("\n");
         }
     }

@@ -162,7 +162,7 @@ TYPED_TEST(RealFormsTest, EveryFormIsRead) {
     EXPECT_TRUE(std::signbit(this->read("-0.0e5")));
 }
 
-TYPED_TEST(RealFormsTest, InfinitiesAndWhatIsNoNumber) {
+TYPED_TEST(RealFormsTest, InfinitiesAndNotANumberAreRead) {
     constexpr TypeParam kInfinity = std::numeric_limits<TypeParam>::infinity();
     for (const char* text : {"INF", "inf", "Inf", "+INF", "infinity", "INFINITY", " INF "}) {
         EXPECT_EQ(this->read(text), kInfinity) << text;
@@ -558,7 +558,7 @@ TEST(ElementFormsTest, AttributesStandInAnyOrderAndQuotesAndUnknownOnesAreIgnore
     EXPECT_TRUE(answer.classes[1].getSuperClassName().isNull());
 }
 
-TEST(ElementFormsTest, WhatTheModelHasNoPlaceForIsReadOver) {
+TEST(ElementFormsTest, ElementsThatTheModelCannotHoldAreSkipped) {
     const auto answer =
         decodeBodyWith(inMethod("<PARAMETER NAME=\"P\" TYPE=\"uint8\"><VALUE>7</VALUE></PARAMETER>") +
                        inClass("<METHOD NAME=\"M\"/>") +
@@ -572,7 +572,7 @@ TEST(ElementFormsTest, WhatTheModelHasNoPlaceForIsReadOver) {
     EXPECT_TRUE(answer.instances[0].getProperty(0).getValue().isNull());
 }
 
-TEST(ElementFormsTest, OutputParametersBehindTheReturnValueAreReadOver) {
+TEST(ElementFormsTest, OutputParametersAfterTheReturnValueAreSkipped) {
     std::string body = bodyWith("<CLASS NAME=\"A\"/>");
     const std::string end = "</IRETURNVALUE>";
     body.insert(body.find(end) + end.size(), "<PARAMVALUE NAME=\"EndOfSequence\"><VALUE>TRUE</VALUE></PARAMVALUE>"

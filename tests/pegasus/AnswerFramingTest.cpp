@@ -290,7 +290,7 @@ TEST_F(AnswerFraming, TakesAHeadUpToItsLimitAndNoByteMore) {
                 HasSubstr("a header block of the answer is longer than 65536 bytes"));
 }
 
-TEST(AnswerInPieces, ThatFillTheBufferLeaveRoomForABlankThatIsMissing) {
+TEST(AnswerInPieces, FillTheBufferAndLeaveRoomForABlankThatIsMissing) {
     const std::string full = "HTTP/1.1 200\r\nX: " + std::string(2 * kMaxHeaderBytes, 'x');
     EXPECT_THAT(understandingOf({full}), HasSubstr("longer than 65536 bytes"));
     const std::string head = "HTTP/1.1 200\r\nTransfer-Encoding: chunked\r\n\r\n";

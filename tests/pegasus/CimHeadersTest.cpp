@@ -1,6 +1,4 @@
-#include "http/CimHeaders.h"
-
-#include "http/UriText.h"
+#include "client/CimHeaders.h"
 
 #include <Pegasus/Client/CIMClientException.h>
 
@@ -13,6 +11,7 @@
 namespace {
 
 using namespace Pegasus;
+using namespace Pegasus::client;
 using namespace Pegasus::http;
 using ::testing::HasSubstr;
 
@@ -187,25 +186,6 @@ TEST(CimTrailers, AreMalformedWithACodeThatIsNoNumber) {
     for (const char* code : {"", "six", "6x", "-1", "99999999999999999999"}) {
         EXPECT_THROW(checkCimTrailers(Status(code, ""), kEndpoint), CIMClientMalformedHTTPException) << code;
     }
-}
-
-TEST(UriText, EncodesAllButUnreservedCharacters) {
-    EXPECT_EQ(encodeUri("aZ09-._~ /%\xc3\xa4"), "aZ09-._~%20%2F%25%C3%A4");
-}
-
-TEST(UriText, DecodesWhatIsEncodedAndLeavesTheRest) {
-    EXPECT_EQ(decodeUri("a%20b%2fc%C3%A4"), "a b/c\xc3\xa4");
-    EXPECT_EQ(decodeUri("100%"), "100%");
-    EXPECT_EQ(decodeUri("%4"), "%4");
-    EXPECT_EQ(decodeUri("%zz%-1%+1"), "%zz%-1%+1");
-}
-
-TEST(Endpoint, PutsAnIpv6LiteralInBrackets) {
-    EXPECT_EQ(Endpoint("::1", 5988).text(), "[::1]:5988");
-    EXPECT_EQ(Endpoint("[fe80::1%eth0]", 1).text(), "[fe80::1%eth0]:1");
-    EXPECT_EQ(Endpoint("10.0.0.1", 5988).text(), "10.0.0.1:5988");
-    EXPECT_EQ(Endpoint("", 5988).text(), "localhost:5988");
-    EXPECT_EQ(Endpoint("[]", 5988).text(), "[]:5988") << "no literal in there";
 }
 
 } // namespace

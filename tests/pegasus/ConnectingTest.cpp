@@ -3,7 +3,7 @@
 #include "FewDescriptors.h"
 #include "FullPort.h"
 #include "Texts.h"
-#include "http/AddressRace.h"
+#include "http/HappyEyeballs.h"
 #include "http/HttpConnection.h"
 #include "support/NameService.h"
 #include "support/ScriptedServer.h"
@@ -41,7 +41,7 @@ constexpr char kLimit[] = ", the limit of each step of connecting";
 
 const Endpoint kServer("several.test", 5988);
 
-SocketAddress addressOf(const Endpoint& endpoint) { return lookUp(endpoint, Deadline(kAmple)).front(); }
+SocketAddress addressOf(const Endpoint& endpoint) { return resolve(endpoint, Deadline(kAmple)).front(); }
 
 /// A port that listens; the system accepts its connections, and nobody takes them.
 class OpenPort {
@@ -69,13 +69,13 @@ class OpenPort {
 /// A port that refuses every connection: nothing listens there.
 Endpoint closedPort(const std::string& host = LoopbackAddress()) { return {host, 5988}; }
 
-Descriptor race(const std::vector<Endpoint>& endpoints, const ConnectTime& time,
-                std::chrono::milliseconds headStart = AddressRace::kHeadStart) {
+Descriptor connectToAnyOf(const std::vector<Endpoint>& endpoints, const ConnectTime& time,
+                          std::chrono::milliseconds attemptDelay = HappyEyeballs::kAttemptDelay) {
     std::vector<SocketAddress> addresses;
     for (const Endpoint& endpoint : endpoints) {
         addresses.push_back(addressOf(endpoint));
     }
-    return AddressRace(kServer, addresses, time, headStart).run();
+    return HappyEyeballs(kServer, addresses, time, attemptDelay).run();
 }
 
 /// Where a socket is connected to.
@@ -95,12 +95,12 @@ std::vector<std::string> order(const std::vector<std::string>& hosts) {
     }
     std::vector<std::string> ordered;
     for (const SocketAddress& address : interleaveFamilies(addresses)) {
-        ordered.push_back(text(address));
+        ordered.push_back(literalOf(address));
     }
     return ordered;
 }
 
-TEST(AddressOrder, LetsTheFamiliesTakeTurnsBeginningWithTheSystemsFavourite) {
+TEST(AddressOrder, AlternatesTheFamiliesBeginningWithThatOfTheFirstAddress) {
     EXPECT_THAT(order({"::1", "::2", "::3", "127.0.0.1", "127.0.0.2"}),
                 ElementsAre("::1", "127.0.0.1", "::2", "127.0.0.2", "::3"));
     EXPECT_THAT(order({"127.0.0.1", "127.0.0.2", "::1", "127.0.0.3"}),
@@ -110,7 +110,7 @@ TEST(AddressOrder, LetsTheFamiliesTakeTurnsBeginningWithTheSystemsFavourite) {
 }
 
 /// With a port that is silent.
-class AddressRaceTest : public ::testing::Test {
+class HappyEyeballsTest : public ::testing::Test {
   protected:
     void SetUp() override {
         if (!silent_.isFull()) {
@@ -122,102 +122,104 @@ class AddressRaceTest : public ::testing::Test {
     const OpenPort open_;
 };
 
-TEST_F(AddressRaceTest, TriesTheNextAddressWhileOneIsSilent) {
-    const Descriptor winner = race({silent_.endpoint(), open_.endpoint()}, {Deadline(kNever), kNever});
-    EXPECT_EQ(peerOf(winner).text(), open_.endpoint().text());
+TEST_F(HappyEyeballsTest, TriesTheNextAddressWhileOneIsSilent) {
+    const Descriptor socket = connectToAnyOf({silent_.endpoint(), open_.endpoint()}, {Deadline(kNever), kNever});
+    EXPECT_EQ(peerOf(socket).text(), open_.endpoint().text());
 }
 
-TEST_F(AddressRaceTest, TriesTheNextAddressAtOnceWhenOneRefuses) {
-    const Descriptor winner = race({closedPort(), open_.endpoint()}, {Deadline(kAmple), kNever}, kNever);
-    EXPECT_EQ(peerOf(winner).text(), open_.endpoint().text());
+TEST_F(HappyEyeballsTest, TriesTheNextAddressAtOnceWhenOneRefuses) {
+    const Descriptor socket = connectToAnyOf({closedPort(), open_.endpoint()}, {Deadline(kAmple), kNever}, kNever);
+    EXPECT_EQ(peerOf(socket).text(), open_.endpoint().text());
 }
 
-TEST_F(AddressRaceTest, TriesTheNextAddressWhenTheTimeOfOneIsOver) {
-    const Descriptor winner = race({silent_.endpoint(), open_.endpoint()}, {Deadline(kAmple), kShort}, kNever);
-    EXPECT_EQ(peerOf(winner).text(), open_.endpoint().text());
+TEST_F(HappyEyeballsTest, TriesTheNextAddressWhenTheTimeOfOneIsOver) {
+    const Descriptor socket =
+        connectToAnyOf({silent_.endpoint(), open_.endpoint()}, {Deadline(kAmple), kShort}, kNever);
+    EXPECT_EQ(peerOf(socket).text(), open_.endpoint().text());
 }
 
-TEST_F(AddressRaceTest, TakesTheFirstAddressThatAccepts) {
+TEST_F(HappyEyeballsTest, TakesTheFirstAddressThatAccepts) {
     const OpenPort other;
-    const Descriptor winner = race({open_.endpoint(), other.endpoint()}, {Deadline(kAmple), kAmple}, kNever);
-    EXPECT_EQ(peerOf(winner).text(), open_.endpoint().text());
+    const Descriptor socket = connectToAnyOf({open_.endpoint(), other.endpoint()}, {Deadline(kAmple), kAmple}, kNever);
+    EXPECT_EQ(peerOf(socket).text(), open_.endpoint().text());
 }
 
-TEST_F(AddressRaceTest, ClosesAllSocketsButTheWinners) {
+TEST_F(HappyEyeballsTest, ClosesAllSocketsButTheConnectedOne) {
     const std::size_t before = openDescriptors();
     {
-        const Descriptor winner = race({silent_.endpoint(), silent_.endpoint(), closedPort(), open_.endpoint()},
-                                       {Deadline(kAmple), kAmple}, 1ms);
+        const Descriptor socket = connectToAnyOf(
+            {silent_.endpoint(), silent_.endpoint(), closedPort(), open_.endpoint()}, {Deadline(kAmple), kAmple}, 1ms);
         EXPECT_EQ(openDescriptors(), before + 1);
     }
-    EXPECT_THROW(race({silent_.endpoint(), closedPort()}, {Deadline(kAmple), kShort}), CannotConnectException);
+    EXPECT_THROW(connectToAnyOf({silent_.endpoint(), closedPort()}, {Deadline(kAmple), kShort}),
+                 CannotConnectException);
     EXPECT_EQ(openDescriptors(), before);
 }
 
-TEST_F(AddressRaceTest, TellsWhyEachAddressFailed) {
+TEST_F(HappyEyeballsTest, TellsWhyEachAddressFailed) {
     const std::string first = LoopbackAddress();
     const std::string second = SecondLoopbackAddress();
     EXPECT_EQ(MessageOf<CannotConnectException>([&] {
-                  race({closedPort(first), closedPort(second)}, {Deadline(kAmple), kAmple});
+                  connectToAnyOf({closedPort(first), closedPort(second)}, {Deadline(kAmple), kAmple});
               }),
               "cannot connect to several.test:5988: Connection refused (" + first + "); Connection refused (" + second +
                   ")");
     EXPECT_EQ(MessageOf<CannotConnectException>([&] {
-                  race({silent_.endpoint(), closedPort(second)}, {Deadline(kAmple), kShort}, 1ms);
+                  connectToAnyOf({silent_.endpoint(), closedPort(second)}, {Deadline(kAmple), kShort}, 1ms);
               }),
               "cannot connect to several.test:5988: Connection refused (" + second +
                   "); the connection was not accepted within 100 ms" + kLimit + " (" + first + ")");
 }
 
-TEST_F(AddressRaceTest, NamesTheAddressOnlyWhereThereAreSeveral) {
+TEST_F(HappyEyeballsTest, NamesTheAddressOnlyWhereThereAreSeveral) {
     EXPECT_EQ(MessageOf<CannotConnectException>([&] {
-                  race({closedPort()}, {Deadline(kAmple), kAmple});
+                  connectToAnyOf({closedPort()}, {Deadline(kAmple), kAmple});
               }),
               "cannot connect to several.test:5988: Connection refused");
 }
 
-TEST_F(AddressRaceTest, IsATimeOutWhenNoAddressSaysAnything) {
+TEST_F(HappyEyeballsTest, IsATimeOutWhenNoAddressSaysAnything) {
     EXPECT_EQ(MessageOf<ConnectionTimeoutException>([&] {
-                  race({silent_.endpoint()}, {Deadline(kNever), kShort});
+                  connectToAnyOf({silent_.endpoint()}, {Deadline(kNever), kShort});
               }),
               std::string("several.test:5988: the connection was not accepted within 100 ms") + kLimit);
     EXPECT_THAT(MessageOf<ConnectionTimeoutException>([&] {
-                    race({silent_.endpoint(), silent_.endpoint()}, {Deadline(kNever), kShort}, 1ms);
+                    connectToAnyOf({silent_.endpoint(), silent_.endpoint()}, {Deadline(kNever), kShort}, 1ms);
                 }),
                 HasSubstr("(" + LoopbackAddress() + "); the connection was not accepted within 100 ms"));
 }
 
-TEST_F(AddressRaceTest, IsATimeOutWhenTheOperationsTimeIsOver) {
+TEST_F(HappyEyeballsTest, IsATimeOutWhenTheOperationsTimeIsOver) {
     EXPECT_EQ(MessageOf<ConnectionTimeoutException>([&] {
-                  race({silent_.endpoint()}, {Deadline(kShort), kNever});
+                  connectToAnyOf({silent_.endpoint()}, {Deadline(kShort), kNever});
               }),
               "several.test:5988: the connection was not accepted within 100 ms");
     EXPECT_THAT(MessageOf<ConnectionTimeoutException>([&] {
-                    race({closedPort(), silent_.endpoint()}, {Deadline(kShort), kNever});
+                    connectToAnyOf({closedPort(), silent_.endpoint()}, {Deadline(kShort), kNever});
                 }),
                 HasSubstr("Connection refused"));
     for (const Endpoint& endpoint : {open_.endpoint(), closedPort(), silent_.endpoint()}) {
         EXPECT_EQ(MessageOf<ConnectionTimeoutException>([&] {
-                      race({endpoint}, {Deadline(0ms), kNever});
+                      connectToAnyOf({endpoint}, {Deadline(0ms), kNever});
                   }),
                   "several.test:5988: the connection was not accepted within 0 ms");
     }
 }
 
-TEST_F(AddressRaceTest, GivesNoAddressTimeWhenTheLimitIsZero) {
-    EXPECT_THROW(race({open_.endpoint()}, {Deadline(kNever), 0ms}), ConnectionTimeoutException);
+TEST_F(HappyEyeballsTest, GivesNoAddressTimeWhenTheLimitIsZero) {
+    EXPECT_THROW(connectToAnyOf({open_.endpoint()}, {Deadline(kNever), 0ms}), ConnectionTimeoutException);
 }
 
-TEST_F(AddressRaceTest, TellsThatThereIsNoDescriptor) {
+TEST_F(HappyEyeballsTest, TellsThatThereIsNoDescriptor) {
     const std::vector<SocketAddress> addresses{addressOf(open_.endpoint())};
 #if !defined(__SANITIZE_ADDRESS__) // which needs descriptors itself, to look at objects
     {
         const FewDescriptors none(0);
-        EXPECT_EQ(MessageOf<CannotConnectException>([&] { AddressRace(kServer, addresses, Deadline(kAmple)).run(); }),
+        EXPECT_EQ(MessageOf<CannotConnectException>([&] { HappyEyeballs(kServer, addresses, Deadline(kAmple)).run(); }),
                   "cannot connect to several.test:5988: Too many open files");
     }
 #endif
-    EXPECT_TRUE(AddressRace(kServer, addresses, Deadline(kAmple)).run());
+    EXPECT_TRUE(HappyEyeballs(kServer, addresses, Deadline(kAmple)).run());
 }
 
 /// Disturbs this process with a signal each millisecond, which ends every system call that waits.
@@ -248,10 +250,10 @@ class Disturbance {
     struct sigaction before_ {};
 };
 
-TEST_F(AddressRaceTest, IsNotEndedBySignals) {
+TEST_F(HappyEyeballsTest, IsNotEndedBySignals) {
     const Disturbance disturbance;
-    EXPECT_THROW(race({silent_.endpoint()}, {Deadline(kNever), kShort}), ConnectionTimeoutException);
-    EXPECT_TRUE(race({silent_.endpoint(), open_.endpoint()}, {Deadline(kAmple), kAmple}));
+    EXPECT_THROW(connectToAnyOf({silent_.endpoint()}, {Deadline(kNever), kShort}), ConnectionTimeoutException);
+    EXPECT_TRUE(connectToAnyOf({silent_.endpoint(), open_.endpoint()}, {Deadline(kAmple), kAmple}));
     EXPECT_GT(Disturbance::count(), 0);
 }
 

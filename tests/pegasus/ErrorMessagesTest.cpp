@@ -40,7 +40,7 @@ TEST(ErrorMessageTest, AValueIsToldWithItsPropertyItsPathAndItsOffset) {
               kBegin + ("integer out of range: 300, in property P of A.K=\"k\"" + atByteOf("<VALUE>", objects)));
 }
 
-TEST(ErrorMessageTest, TheOffsetCountsFromTheBeginningOfTheBodyAlsoBehindOtherObjects) {
+TEST(ErrorMessageTest, TheOffsetCountsFromTheBeginningOfTheBodyAlsoAfterOtherObjects) {
     const std::string bad = named(property("<VALUE>x</VALUE>"));
     const std::string good = named(property("<VALUE>1</VALUE>"));
     EXPECT_THAT(errorInBodyWith(good + good + bad),
@@ -76,7 +76,7 @@ TEST(ErrorMessageTest, AKeyIsToldWithTheClassOfItsPath) {
                         ": <KEYVALUE TYPE=\"x\">1</KEYVALUE></KEYBINDING></INSTANCENAME><"));
 }
 
-TEST(ErrorMessageTest, WhatIsNoXmlIsShown) {
+TEST(ErrorMessageTest, ATextThatIsNotXmlIsShown) {
     const std::string objects = named("<PROPERTY NAME=\"P\" TYPE=\"uint8\"><VALUE>1</VALUE></PROPERTIES>");
     EXPECT_THAT(errorInBodyWith(objects), HasSubstr("the element PROPERTY ends with another tag: PROPERTIES, in "
                                                     "property P of A.K=\"k\", at byte "));
@@ -121,7 +121,7 @@ TEST(ErrorMessageTest, AnAnswerThatEndsEarlySaysWhere) {
     }
 }
 
-TEST(ErrorMessageTest, WhatABodyIsThatIsNoXmlIsSaid) {
+TEST(ErrorMessageTest, ABodyThatIsNotXmlIsDescribed) {
     const auto errorOf = [](std::string_view body) {
         try {
             decode("GetClass", body);

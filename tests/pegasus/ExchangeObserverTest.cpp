@@ -196,7 +196,7 @@ std::string AnswerTo(const std::string& header, const std::string& method, const
            "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
 }
 
-TEST_F(ExchangeObserverTest, TheHandlerHearsWhatAnOperationTook) {
+TEST_F(ExchangeObserverTest, TheHandlerIsToldWhatAnOperationTook) {
     Figures figures;
     client_.registerClientOpPerformanceDataHandler(figures);
     connect();
@@ -213,7 +213,7 @@ TEST_F(ExchangeObserverTest, TheHandlerHearsWhatAnOperationTook) {
     EXPECT_EQ(figures.all.size(), 1U);
 }
 
-TEST_F(ExchangeObserverTest, TheHandlerHearsTheServersTimeAlsoOfAnErrorThatItReports) {
+TEST_F(ExchangeObserverTest, TheHandlerIsToldTheServersTimeAlsoOfAnErrorThatItReports) {
     Figures figures;
     client_.registerClientOpPerformanceDataHandler(figures);
     server_.AnswerNextWith(
@@ -225,7 +225,7 @@ TEST_F(ExchangeObserverTest, TheHandlerHearsTheServersTimeAlsoOfAnErrorThatItRep
     EXPECT_EQ(figures.all.front().serverTime, 1234U);
 }
 
-TEST_F(ExchangeObserverTest, TheHandlerHearsOfNoOperationWithoutAWholeAnswer) {
+TEST_F(ExchangeObserverTest, TheHandlerIsToldOfNoOperationWithoutAWholeAnswer) {
     Figures figures;
     client_.registerClientOpPerformanceDataHandler(figures);
     server_.AnswerNextWith("HTTP/1.1 500 No\r\nContent-Length: 0\r\n\r\n");

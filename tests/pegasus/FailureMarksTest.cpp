@@ -51,7 +51,7 @@ std::string meaningAt(std::uint16_t port) {
     }
 }
 
-/// The same with a server that answers a request with these bytes and closes the connection.
+/// What an enumeration means whose server answers with these bytes and closes the connection.
 std::string meaningOfAnswer(const std::string& bytes) {
     ScriptedServer server([&](Connection& peer) {
         if (peer.ReadRequest()) {
@@ -61,7 +61,8 @@ std::string meaningOfAnswer(const std::string& bytes) {
     return meaningAt(server.Listen(0));
 }
 
-/// The same with an answer that has this instead of an instance. (The first request of a client has the ID 1.)
+/// What an enumeration means whose answer has this instead of an instance. (The first request of a client has the
+/// ID 1.)
 std::string meaningOfObject(const std::string& object) {
     const std::string body = "<CIM><MESSAGE ID=\"1\"><SIMPLERSP><IMETHODRESPONSE NAME=\"EnumerateInstances\">"
                              "<IRETURNVALUE>" +
@@ -141,7 +142,7 @@ TEST(FailureMarksTest, HeadersThatAreTooLongExceedALimit) {
     EXPECT_EQ(meaningOfAnswer(chunked + "5;" + std::string(200000, 'x')), "http ExceedsLimit");
 }
 
-TEST(FailureMarksTest, WhatIsWrongWithinTheLimitsDoesNotExceedThem) {
+TEST(FailureMarksTest, AnErrorWithinTheLimitsIsNotMarkedAsExceedingThem) {
     EXPECT_EQ(meaningOfObject(instanceWith("<PROPERTY NAME=\"P\" TYPE=\"uint8\"><VALUE>256</VALUE></PROPERTY>")),
               "xml");
     EXPECT_EQ(meaningOfAnswer("HTTP/1.1 200 OK\r\nContent-Length: -1\r\n\r\n"), "http");
@@ -161,7 +162,7 @@ TEST(FailureMarksTest, AServerThatClosesAfterTheRequestHasGivenNoAnswer) {
     EXPECT_EQ(meaningAt(resetting.Listen(0)), "connect ClosedWithoutAnswer");
 }
 
-TEST(FailureMarksTest, AServerThatIsNotThereHasNotClosed) {
+TEST(FailureMarksTest, ARefusedConnectionIsNotMarked) {
     ScriptedServer server([](Connection&) {});
     const std::uint16_t port = server.Listen(0);
     server.Stop();

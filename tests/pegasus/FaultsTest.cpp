@@ -36,7 +36,7 @@ class FaultsTest : public ::testing::Test {
         return client;
     }
 
-    /// What an operation behind a fault ends in: the kind of the exception, "" for success.
+    /// What an operation through a fault ends in: the kind of the exception, "" for success.
     std::string outcome(support::Fault fault, Uint32 timeout = kAmple) {
         const auto client = clientBehind(std::move(fault), timeout);
         std::string result = outcomeOf(*client);

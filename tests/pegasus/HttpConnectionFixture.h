@@ -45,7 +45,7 @@ class HttpConnectionTest : public ::testing::Test {
         return server_->Listen(5988);
     }
 
-    /// The same with TLS, for secureConnectionTo().
+    /// Starts the server with TLS, for secureConnectionTo(), and returns its port.
     std::uint16_t serveTls(support::ScriptedServer::Script script,
                            support::TlsVersion version = support::TlsVersion::kCurrent) {
         const support::TestCertificate certificate(support::TestCertificate::For(support::LoopbackAddress()));

@@ -192,12 +192,12 @@ TEST_F(Limits, AllowAHundredInterimAnswersAndNotOneMore) {
     EXPECT_THAT(limitPassedBy(interimAnswers(101) + Answer("hello")), HasSubstr("one interim answer after the other"));
 }
 
-TEST_F(Limits, OfInterimAnswersIsForEachAnswer) {
+TEST_F(Limits, CountTheInterimAnswersOfEachAnswerAnew) {
     auto connection = connectionTo(serveInTurn({interimAnswers(60) + Answer("1"), interimAnswers(60) + Answer("2")}));
     EXPECT_THAT(exchanges(connection, 2), ElementsAre("1", "2"));
 }
 
-TEST_F(Limits, OfInterimAnswersIsTheClients) {
+TEST_F(Limits, TakeTheNumberOfInterimAnswersFromTheClient) {
     auto connection = connectionTo(serve([](Connection& peer) {
         while (peer.ReadRequest() && peer.Write(interimAnswers(1) + Answer("hello"))) {
         }
@@ -212,7 +212,7 @@ TEST_F(Limits, EndAStreamOfInterimAnswersThatNeverEnds) {
     EXPECT_THAT(limitPassedByEndless("", kInterimAnswer), HasSubstr("one interim answer after the other"));
 }
 
-TEST_F(Limits, EndWhatNeverEndsWithoutBeingABody) {
+TEST_F(Limits, EndStatusLinesFieldsAndChunkLinesThatNeverEnd) {
     const std::string chunked = ChunkedAnswer("");
     const std::vector<std::pair<std::string, std::string>> endless = {
         {"HTTP/1.1 200 ", "x"},
@@ -233,7 +233,7 @@ TEST_F(Limits, EndWhatNeverEndsWithoutBeingABody) {
     }
 }
 
-TEST_F(Limits, AreNotNeededForBlanksAroundAnswersWhichAreNone) {
+TEST_F(Limits, AreNotReachedByBlanksBeforeAnAnswerWhichAreRefused) {
     for (const char* blanks : {"\r\n", "\n", " ", "\r\n\r\n"}) {
         EXPECT_THAT(errorOf<CIMClientMalformedHTTPException>(blanks + Answer("hello")), HasSubstr("not valid HTTP"));
         EXPECT_THAT(errorOf<CIMClientMalformedHTTPException>(kInterimAnswer + (blanks + Answer("hello"))),

@@ -50,7 +50,7 @@ std::string property(const std::string& name, const std::string& type, const std
     return "<PROPERTY NAME=\"" + name + "\" TYPE=\"" + type + "\"><VALUE>" + value + "</VALUE></PROPERTY>";
 }
 
-TEST(LenientTest, AValueThatIsNoneIsNullAndTold) {
+TEST(LenientTest, AnUnreadableValueIsNullAndReported) {
     const std::string body =
         bodyWith(named(property("P", "uint8", "1") + property("Q", "uint8", "300") + property("R", "string", "r")));
     const LenientAnswer answer = decodeLeniently(body);
@@ -69,7 +69,7 @@ TEST(LenientTest, AValueThatIsNoneIsNullAndTold) {
     EXPECT_EQ(finding.offset, body.find("<VALUE>300"));
 }
 
-TEST(LenientTest, AnItemThatIsNoneIsNullAmongTheOthers) {
+TEST(LenientTest, AnUnreadableItemIsNullAmongTheOthers) {
     const LenientAnswer answer = decodeLeniently(
         bodyWith(named("<PROPERTY.ARRAY NAME=\"P\" TYPE=\"uint8\"><VALUE.ARRAY><VALUE>1</VALUE><VALUE>x</VALUE>"
                        "<VALUE>3</VALUE></VALUE.ARRAY></PROPERTY.ARRAY>")));
@@ -94,7 +94,7 @@ TEST(LenientTest, AValueOfAnotherFormIsNull) {
     }
 }
 
-TEST(LenientTest, AReferenceThatLeadsNowhereIsNull) {
+TEST(LenientTest, AnUnreadableReferenceIsNull) {
     const LenientAnswer answer = decodeLeniently(bodyWith(
         named("<PROPERTY.REFERENCE NAME=\"P\"><VALUE.REFERENCE><INSTANCENAME CLASSNAME=\"A\"><KEYBINDING "
               "NAME=\"K\"><VALUE.REFERENCE><INSTANCENAME CLASSNAME=\"no name\"/></VALUE.REFERENCE></KEYBINDING>"
@@ -119,7 +119,7 @@ TEST(LenientTest, InAnEmbeddedObjectOnlyTheValueIsLost) {
     EXPECT_EQ(answer.findings.first[0].offset, body.find("<VALUE><![CDATA["));
 }
 
-TEST(LenientTest, OfTextsThatQualifiersMakeObjectsOnlyThoseThatAreNoneAreLost) {
+TEST(LenientTest, TextsThatQualifiersMakeObjectsAreNullOnlyWhereTheyAreUnreadable) {
     const std::string qualifier = "<QUALIFIER NAME=\"EmbeddedInstance\" TYPE=\"string\"><VALUE>B</VALUE></QUALIFIER>";
     const std::string body = bodyWith(
         named("<PROPERTY NAME=\"P\" TYPE=\"string\">" + qualifier + "<VALUE>none</VALUE></PROPERTY>" +
@@ -146,7 +146,7 @@ TEST(LenientTest, OfTextsThatQualifiersMakeObjectsOnlyThoseThatAreNoneAreLost) {
     EXPECT_EQ(text(answer.findings.first[1].text), "<INSTANCE");
 }
 
-TEST(LenientTest, AnEmbeddedObjectThatIsNoneIsNullAlsoManyTimes) {
+TEST(LenientTest, UnreadableEmbeddedObjectsAreNullHoweverManyThereAre) {
     std::string properties;
     for (int i = 0; i < 20; ++i) {
         properties += "<PROPERTY NAME=\"P" + std::to_string(i) +
@@ -157,7 +157,7 @@ TEST(LenientTest, AnEmbeddedObjectThatIsNoneIsNullAlsoManyTimes) {
     EXPECT_EQ(answer.findings.total, 20U);
 }
 
-TEST(LenientTest, QualifiersAreToldEachTimeTheyCome) {
+TEST(LenientTest, AnUnreadableQualifierIsReportedEachTimeItComes) {
     const std::string qualifier = "<QUALIFIER NAME=\"Q\" TYPE=\"uint8\"><VALUE>x</VALUE></QUALIFIER>";
     const std::string objects = "<CLASS NAME=\"A\">" + qualifier + "<PROPERTY NAME=\"P\" TYPE=\"uint8\">" + qualifier +
                                 "</PROPERTY><METHOD NAME=\"M\" TYPE=\"uint8\"><PARAMETER NAME=\"R\" TYPE=\"uint8\">" +
@@ -245,7 +245,7 @@ TEST(LenientTest, AReferenceToWhatIsNoCharacterCostsTheValue) {
     }
 }
 
-TEST(LenientTest, ElementsBehindVeryManyForeignBytesAreTold) {
+TEST(LenientTest, ElementsAfterVeryManyForeignBytesAreReported) {
     const std::string body = bodyWith(named(property("P", "string", std::string(20000, '\xE4')) +
                                             property("Q", "string", "\xE4") + property("R", "uint8", "x")));
     for (const std::size_t piece : {std::size_t{1000}, body.size()}) {
@@ -264,7 +264,7 @@ struct WantsNoMore : DecodedAnswer {
     void onInstanceName(const CIMObjectPath& /*name*/) override { throw std::runtime_error("no more"); }
 };
 
-TEST(LenientTest, WhatWasFoundInAnObjectIsToldBeforeItIsHandedOver) {
+TEST(LenientTest, FindingsInAnObjectAreReportedBeforeItIsHandedOver) {
     const std::string name = "<INSTANCENAME CLASSNAME=\"A\"><KEYBINDING NAME=\"K\"><KEYVALUE>\xE4</KEYVALUE>"
                              "</KEYBINDING></INSTANCENAME>";
     for (const std::string& object : {named(property("P", "string", "\xE4")), name}) {
@@ -283,7 +283,7 @@ std::string bodyWithError(const std::string& propertiesOfInstance) {
            propertiesOfInstance + "</INSTANCE></ERROR></IMETHODRESPONSE></SIMPLERSP></MESSAGE></CIM>";
 }
 
-TEST(LenientTest, WhatIsFoundInTheInstanceOfAnErrorIsTold) {
+TEST(LenientTest, FindingsInTheInstanceOfAnErrorAreReported) {
     DecodedAnswer sink;
     cimxml::Findings findings;
     cimxml::ResponseDecoder decoder("1001", "GetClass", sink, nullptr, {}, nullptr, &findings);
@@ -346,7 +346,7 @@ TEST(LenientTest, WhereAnAnswerIsCutMakesNoDifference) {
     }
 }
 
-TEST(LenientTest, WhatIsNoXmlOrPassesALimitIsRefusedAllTheSame) {
+TEST(LenientTest, MalformedXmlAndPassedLimitsAreRefusedHereToo) {
     for (const std::string& objects :
          {named("<PROPERTY NAME=\"P\" TYPE=\"uint8\"><VALUE>&foo;</VALUE></PROPERTY>"), named("<X/>"),
           named("<PROPERTY NAME=\"no name\" TYPE=\"uint8\"/>"), std::string("<VALUE.NAMEDINSTANCE/>")}) {

@@ -4,7 +4,8 @@
 #include "cimxml/Limits.h"
 
 #include "AnswerBody.h"
-#include "cimxml/Checkpoint.h"
+#include "xml/Checkpoint.h"
+#include "xml/XmlLimits.h"
 
 #include <Pegasus/Client/FailureMarks.h>
 
@@ -170,7 +171,7 @@ TEST(LimitsTest, DecodingPassesACheckpointAtLeastEvery64KiBOfElements) {
         if (last == 0) {
             decoder.feed(body);
             decoder.finish();
-            EXPECT_GE(checkpoint.passed(), body.size() / cimxml::kBytesBetweenCheckpoints - 1);
+            EXPECT_GE(checkpoint.passed(), body.size() / xml::kBytesBetweenCheckpoints - 1);
         } else {
             EXPECT_THROW(decoder.feed(body), CountingCheckpoint::TimeIsOver);
         }
@@ -190,7 +191,7 @@ TEST(LimitsTest, DecodingAnEmbeddedObjectPassesTheCheckpoint) {
 
 // With a search of the rest of the object at each tag, these would take hours.
 TEST(LimitsTest, ALongObjectOfQualifiersIsReadInOneGo) {
-    const std::size_t count = cimxml::kMaxNodes / 8;
+    const std::size_t count = xml::kMaxNodes / 8;
     EXPECT_EQ(errorInLargeObject("<CLASS NAME=\"A\">", "<QUALIFIER NAME=\"Q\" TYPE=\"string\"/>", count, "</CLASS>"),
               "");
     EXPECT_EQ(errorInLargeObject("<CLASS NAME=\"A\">", "<QUALIFIER NAME=\"Q\" TYPE=\"string\"></QUALIFIER >", count,
@@ -205,8 +206,8 @@ TEST(LimitsTest, ElementsAreNested256Deep) {
         return "<INSTANCE CLASSNAME=\"A\"><QUALIFIER>" + repeated("<X>", levels) + repeated("</X>", levels) +
                "</QUALIFIER></INSTANCE>";
     };
-    EXPECT_EQ(errorInBodyWith(nested(cimxml::kMaxNesting)), "");
-    EXPECT_THAT(errorInBodyWith(nested(cimxml::kMaxNesting + 1)), HasSubstr("elements are nested deeper than 256"));
+    EXPECT_EQ(errorInBodyWith(nested(xml::kMaxNesting)), "");
+    EXPECT_THAT(errorInBodyWith(nested(xml::kMaxNesting + 1)), HasSubstr("elements are nested deeper than 256"));
 }
 
 /// An instance with a reference property whose path has a reference as its key, and so on.
@@ -235,7 +236,7 @@ TEST(LimitsTest, AReferenceHas16MiBOfText) {
 
 TEST(LimitsTest, AnObjectHasTwoMillionNodes) {
     // CLASS and its attribute are two of them.
-    const std::size_t room = cimxml::kMaxNodes - 2;
+    const std::size_t room = xml::kMaxNodes - 2;
     EXPECT_EQ(errorInLargeObject("<CLASS NAME=\"A\">", "<!---->", room, "</CLASS>"), "");
     EXPECT_THAT(errorInLargeObject("<CLASS NAME=\"A\">", "<!---->", room + 1, "</CLASS>"),
                 HasSubstr("one object has more than 2097152 elements, attributes, comments and CDATA sections"));
@@ -243,11 +244,11 @@ TEST(LimitsTest, AnObjectHasTwoMillionNodes) {
 
 TEST(LimitsTest, ElementsAndAttributesCountToTheSameLimit) {
     const std::string_view property = "<PROPERTY NAME=\"P\" TYPE=\"uint8\"/>"; // three nodes
-    EXPECT_THAT(errorInLargeObject("<CLASS NAME=\"A\"><METHOD NAME=\"M\">", property, cimxml::kMaxNodes / 3 + 1, ""),
+    EXPECT_THAT(errorInLargeObject("<CLASS NAME=\"A\"><METHOD NAME=\"M\">", property, xml::kMaxNodes / 3 + 1, ""),
                 testing::AnyOf(HasSubstr("more than 2097152"), HasSubstr("does not belong into METHOD")));
     const std::string_view value = "<VALUE/>";
     EXPECT_THAT(errorInLargeObject("<CLASS NAME=\"A\"><PROPERTY.ARRAY NAME=\"P\" TYPE=\"string\"><VALUE.ARRAY>", value,
-                                   cimxml::kMaxNodes, ""),
+                                   xml::kMaxNodes, ""),
                 HasSubstr("more than 2097152"));
 }
 
@@ -259,14 +260,14 @@ TEST(LimitsTest, AnElementHas32Attributes) {
         }
         return tag + "/>";
     };
-    EXPECT_THAT(decodeBodyWith(withAttributes(cimxml::kMaxAttributes)).classes, SizeIs(1));
-    EXPECT_THAT(errorInBodyWith(withAttributes(cimxml::kMaxAttributes + 1)),
+    EXPECT_THAT(decodeBodyWith(withAttributes(xml::kMaxAttributes)).classes, SizeIs(1));
+    EXPECT_THAT(errorInBodyWith(withAttributes(xml::kMaxAttributes + 1)),
                 HasSubstr("the element CLASS has too many attributes"));
 }
 
 TEST(LimitsTest, NamesBeyondThoseThatAreSharedAreReadAll) {
     std::string names;
-    const std::size_t count = 2 * cimxml::kMaxSharedNames + 1;
+    const std::size_t count = 2 * cimxml::kMaxCachedNames + 1;
     for (std::size_t i = 0; i < count; ++i) {
         names += "<CLASSNAME NAME=\"N" + std::to_string(i) + "\"/>";
     }

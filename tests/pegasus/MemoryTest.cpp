@@ -1,7 +1,7 @@
 // What an answer costs in memory: the objects that the caller keeps, whatever the length of the document.
 
 #include "cimxml/ResponseDecoder.h"
-#include "http/CimHeaders.h"
+#include "client/CimHeaders.h"
 #include "http/HttpConnection.h"
 #include "support/ScriptedServer.h"
 

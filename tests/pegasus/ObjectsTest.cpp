@@ -490,7 +490,7 @@ TEST(CIMObjectTest, ItIsTheCimXmlOfItsKind) {
     EXPECT_EQ(CIMObject(instance).getQualifierCount(), 0U);
 }
 
-TEST(CIMConstTest, WhatIsOnlyLookedAtIsMadeFromTheObject) {
+TEST(CIMConstTest, AConstHandleIsMadeFromTheObject) {
     CIMInstance instance("A");
     instance.addProperty(CIMProperty("P", CIMValue(Uint8(1))).addQualifier(CIMQualifier("Q", CIMValue(true))));
     const CIMConstInstance seen(instance);
@@ -500,7 +500,7 @@ TEST(CIMConstTest, WhatIsOnlyLookedAtIsMadeFromTheObject) {
     EXPECT_TRUE(CIMConstProperty().isUninitialized());
 }
 
-TEST(CIMConstTest, AnObjectThatIsOnlyLookedAtHasThePartsOfTheObject) {
+TEST(CIMConstTest, AConstHandleHasThePartsOfTheObject) {
     CIMClass cimClass("A");
     cimClass.addQualifier(CIMQualifier("Q", CIMValue(true)));
     cimClass.addProperty(CIMProperty("P", CIMValue(Uint8(1))));

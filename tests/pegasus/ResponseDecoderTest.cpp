@@ -1,6 +1,7 @@
 #include "DecodedAnswer.h"
 #include "cimxml/Limits.h"
 #include "cimxml/ObjectDecoder.h"
+#include "xml/XmlLimits.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -796,7 +797,7 @@ TEST(ResponseDecoderTest, ADocumentTypeWithDeclarationsIsRefused) {
     EXPECT_THAT(xmlErrorOf(returning("<!DOCTYPE CIM><CLASS NAME=\"A\"/>")), HasSubstr("document type"));
 }
 
-TEST(ResponseDecoderTest, ADocumentTypeThatIsElsewhereIsReadOver) {
+TEST(ResponseDecoderTest, ADocumentTypeWithoutDeclarationsOfItsOwnIsSkipped) {
     for (const char* type :
          {"<!DOCTYPE CIM>", "<!DOCTYPE CIM SYSTEM \"CIM_DTD_V20.dtd\">",
           "<!DOCTYPE CIM PUBLIC '-//DMTF//DTD CIM \"2.0\"//EN'\n\"http://x/[y]>z\">", "<!-- a --><!DOCTYPE\nCIM\n>"}) {
@@ -811,7 +812,7 @@ TEST(ResponseDecoderTest, ADocumentTypeThatIsElsewhereIsReadOver) {
 TEST(ResponseDecoderLimitsTest, DeepNestingIsRefused) {
     std::string open;
     std::string close;
-    for (std::size_t i = 0; i < cimxml::kMaxNesting; ++i) {
+    for (std::size_t i = 0; i < xml::kMaxNesting; ++i) {
         open += "<A>";
         close += "</A>";
     }
@@ -840,7 +841,7 @@ TEST(ResponseDecoderLimitsTest, TooManyElementsInOneObjectAreRefused) {
     for (int i = 0; i < 1024; ++i) {
         comments += "<!---->";
     }
-    for (std::size_t fed = 1024; fed < cimxml::kMaxNodes; fed += 1024) {
+    for (std::size_t fed = 1024; fed < xml::kMaxNodes; fed += 1024) {
         decoder.feed(comments);
     }
     try {
@@ -854,7 +855,7 @@ TEST(ResponseDecoderLimitsTest, TooManyElementsInOneObjectAreRefused) {
 
 TEST(ResponseDecoderLimitsTest, ManyDifferentNamesAreAllRead) {
     std::string properties;
-    const int count = static_cast<int>(cimxml::kMaxSharedNames) + 10;
+    const int count = static_cast<int>(cimxml::kMaxCachedNames) + 10;
     for (int i = 0; i < count; ++i) {
         properties +=
             "<PROPERTY NAME=\"P" + std::to_string(i) + "\" TYPE=\"uint8\" CLASSORIGIN=\"O" + std::to_string(i) + "\"/>";
@@ -908,9 +909,9 @@ TEST(ResponseDecoderRepetitionTest, TagsWithReferencesAreReadEachTime) {
     }
 }
 
-TEST(ResponseDecoderRepetitionTest, MoreTagsThanAreRememberedAreAllRead) {
+TEST(ResponseDecoderRepetitionTest, MoreTagsThanTheCacheHoldsAreAllRead) {
     std::string objects;
-    const int count = static_cast<int>(cimxml::kMaxRememberedTags) + 10;
+    const int count = static_cast<int>(xml::kMaxCachedTags) + 10;
     for (int i = 0; i < count; ++i) {
         objects += "<CLASSNAME NAME=\"C" + std::to_string(i) + "\"/>";
     }
@@ -997,10 +998,10 @@ TEST(ResponseDecoderRepetitionTest, ObjectsInQualifiersAreNotShared) {
 TEST(ResponseDecoderRepetitionTest, NodesOfQualifiersThatComeAgainCount) {
     constexpr std::size_t kCount = 11; // so that the text of one is short enough to be remembered
     std::string instructions;
-    for (std::size_t i = 0; i < cimxml::kMaxNodes / kCount; ++i) {
+    for (std::size_t i = 0; i < xml::kMaxNodes / kCount; ++i) {
         instructions += "<?a?>";
     }
-    ASSERT_LT(instructions.size(), cimxml::kMaxRememberedQualifierBytes - 1024);
+    ASSERT_LT(instructions.size(), cimxml::kMaxCachedQualifierBytes - 1024);
     const std::string qualifier = qualifierElement(instructions + "<VALUE/>");
     EXPECT_THAT(xmlErrorOf(returning(classWith(std::vector<std::string>(kCount - 1, qualifier)))), IsEmpty());
     EXPECT_THAT(xmlErrorOf(returning(classWith(std::vector<std::string>(kCount, qualifier)))),
@@ -1018,7 +1019,7 @@ TEST(ResponseDecoderRepetitionTest, AnswersDecodedOneAfterTheOtherAreEachRightWh
     };
     std::vector<std::string> many;
     std::vector<std::string> values;
-    for (std::size_t i = 0; i <= cimxml::kMaxRememberedTags; ++i) {
+    for (std::size_t i = 0; i <= xml::kMaxCachedTags; ++i) {
         values.push_back(std::to_string(i) + std::string(1000, 'x'));
         many.push_back("<QUALIFIER NAME=\"Q" + std::to_string(i) + "\" TYPE=\"string\"><VALUE>" + values.back() +
                        "</VALUE></QUALIFIER>");

@@ -4,7 +4,7 @@
 #include "http/Descriptor.h"
 #include "support/IssuedCertificate.h"
 #include "support/TemporaryDirectory.h"
-#include "tls/SessionMemory.h"
+#include "tls/SessionCache.h"
 
 #include <gmock/gmock.h>
 #include <openssl/ssl.h>
@@ -20,6 +20,7 @@ namespace {
 
 using namespace Pegasus;
 using namespace Pegasus::http;
+using namespace Pegasus::tls;
 using namespace std::chrono_literals;
 using support::Connection;
 using support::IssuedCertificate;
@@ -186,8 +187,8 @@ TEST_P(ResumptionTest, NeedsNoFileAgain) {
 
 // ---- How long a session is resumed
 
-/// Shakes hands with a server and reads from it, with a memory of one's own.
-bool resumes(SSL_CTX& context, SessionMemory& memory, const std::string& address, std::uint16_t port) {
+/// Shakes hands with a server and reads from it, with a cache of one's own.
+bool resumes(SSL_CTX& context, SessionCache& cache, const std::string& address, std::uint16_t port) {
     const Descriptor socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
     sockaddr_in peer{};
     peer.sin_family = AF_INET;
@@ -196,9 +197,9 @@ bool resumes(SSL_CTX& context, SessionMemory& memory, const std::string& address
     EXPECT_EQ(::connect(socket.number(), reinterpret_cast<const sockaddr*>(&peer), sizeof peer), 0);
     const std::unique_ptr<SSL, Freeing<&SSL_free>> session(SSL_new(&context));
     SSL_set_fd(session.get(), socket.number());
-    memory.attachTo(*session);
+    cache.attachTo(*session);
     EXPECT_EQ(SSL_connect(session.get()), 1);
-    memory.noteHandshake(*session);
+    cache.noteHandshake(*session);
     constexpr std::string_view kRequest = "POST / HTTP/1.1\r\nContent-Length: 0\r\n\r\n";
     SSL_write(session.get(), kRequest.data(), static_cast<int>(kRequest.size()));
     char buffer[256];
@@ -210,12 +211,12 @@ bool resumes(SSL_CTX& context, SessionMemory& memory, const std::string& address
 TEST_P(ResumptionTest, EndsSomeTimeAfterTheServerWasVerified) {
     serve(certificate());
     const OpenSslContextPtr context(SSL_CTX_new(TLS_client_method()));
-    SessionMemory::useFor(*context);
-    SessionMemory forLong;
+    SessionCache::useFor(*context);
+    SessionCache forLong;
     EXPECT_FALSE(resumes(*context, forLong, address_, port_));
     EXPECT_TRUE(resumes(*context, forLong, address_, port_));
     EXPECT_TRUE(resumes(*context, forLong, address_, port_));
-    SessionMemory forNoTime(0s);
+    SessionCache forNoTime(0s);
     EXPECT_FALSE(resumes(*context, forNoTime, address_, port_));
     EXPECT_FALSE(resumes(*context, forNoTime, address_, port_));
 }

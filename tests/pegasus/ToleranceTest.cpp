@@ -108,7 +108,7 @@ TEST(ToleranceTest, NullsBlanksAndXmlDeclarationsMayStandBehindTheDocument) {
     EXPECT_THROW(decode("GetClass", std::string(1, '\0') + body), CIMClientXmlException);
 }
 
-TEST(ToleranceTest, CorrelatorsAreReadOver) {
+TEST(ToleranceTest, CorrelatorsAreSkipped) {
     const std::string correlator = "<CORRELATOR NAME=\"C\" TYPE=\"string\"><VALUE>1</VALUE></CORRELATOR>";
     for (const char* place : {"<MESSAGE ", "<SIMPLERSP>", "<IMETHODRESPONSE ", "<IRETURNVALUE>", "<INSTANCE "}) {
         std::string body = bodyWith(kInstance);
@@ -126,7 +126,7 @@ TEST(ToleranceTest, OutputParametersHaveTheirTypeInEitherAttributeOrNone) {
     EXPECT_THAT(decode("GetClass", body).instances, SizeIs(1));
 }
 
-TEST(RefusalTest, NothingComesTwiceInARecord) {
+TEST(RefusalTest, AnElementThatMayComeOnceIsRefusedTheSecondTime) {
     for (const std::string& content : {kName + kName + kInstance, kName + kInstance + kInstance}) {
         EXPECT_THAT(errorInBodyWith("<VALUE.NAMEDINSTANCE>" + content + "</VALUE.NAMEDINSTANCE>"),
                     HasSubstr("does not belong into VALUE.NAMEDINSTANCE"));
@@ -139,7 +139,7 @@ TEST(RefusalTest, NothingComesTwiceInARecord) {
     EXPECT_THAT(errorInObject(classPath + "<CLASS NAME=\"A\"/>" + kInstance), HasSubstr("INSTANCE does not belong"));
 }
 
-TEST(RefusalTest, APathOfAClassBelongsToNoInstanceNorTheReverse) {
+TEST(RefusalTest, AClassPathWithAnInstanceAndAnInstancePathWithAClassAreRefused) {
     const std::string classPath = "<CLASSPATH>" + kHere + "<CLASSNAME NAME=\"A\"/></CLASSPATH>";
     const std::string path = "<INSTANCEPATH>" + kHere + kName + "</INSTANCEPATH>";
     EXPECT_EQ(errorInObject(path + kInstance), "");
@@ -165,7 +165,7 @@ TEST(ToleranceTest, AClassIsDeliveredWithAllThatItDeclaresAlsoTwice) {
               2U);
 }
 
-TEST(RefusalTest, OfTwoErrorsTheFirstCounts) {
+TEST(RefusalTest, TheFirstOfTwoErrorsCounts) {
     std::string body = bodyWith("");
     body.insert(body.find("<IRETURNVALUE>"), "<ERROR CODE=\"4\" DESCRIPTION=\"first\"/><ERROR CODE=\"6\"/>");
     try {

@@ -100,8 +100,8 @@ class WireTest : public ::testing::Test {
         client_.connect(String(server_->Address()), port, "", "");
     }
 
-    /// The same, with a server that gives this answer to the first request and good ones to all others. It closes the
-    /// connection after the first where told so.
+    /// Serves like serve(): this answer to the first request, and good ones to all others. Closes the connection after
+    /// the first where told so.
     void serveFirst(std::function<std::string(const HttpRequest&)> answer, bool closes = false) {
         answered_ = std::make_shared<std::atomic<bool>>(false);
         serve([answer = std::move(answer), closes, answered = answered_](Connection& peer) {
@@ -261,7 +261,7 @@ TEST_F(WireTest, AnErrorInAnAnswerNamesServerAndOperation) {
                 StartsWith(endpoint_ + ": " + begin + "the server's answer holds a class"));
 }
 
-TEST_F(WireTest, TheNeedOfTlsIsGuessedOnlyWhereNothingHasEverCome) {
+TEST_F(WireTest, TlsIsSuggestedOnlyWhereTheServerHasNeverAnswered) {
     const std::string hint = "a port for TLS needs an SSLContext";
     serve([](Connection& peer) { peer.ReadRequest(); });
     EXPECT_THAT(MessageOf<CannotConnectException>([&] { countNames(); }), HasSubstr(hint));

@@ -1,7 +1,7 @@
 #include "cimxml/NameCache.h"
 
-#include "cimxml/XmlCharacters.h"
-#include "cimxml/XmlError.h"
+#include "xml/DecodingError.h"
+#include "xml/XmlCharacters.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -23,9 +23,9 @@ std::size_t hashOf(std::string_view text) noexcept {
 CIMName NameCache::get(std::string_view text) {
     CIMName& name = names_[hashOf(text) % names_.size()];
     if (text.empty() || name.getString().view() != text) {
-        const String unchecked(trimmed(text));
+        const String unchecked(xml::trimmed(text));
         if (!CIMName::legal(unchecked)) {
-            throwXmlError({"not a name: \"", text, "\""});
+            xml::throwBadContent({"not a name: \"", text, "\""});
         }
         name = CIMName(unchecked);
     }

@@ -10,15 +10,15 @@
 namespace Pegasus::cimxml {
 
 /// Gives out one shared CIMName for the same text. The instances of a class all have the same property names, which are
-/// checked and stored once so. It remembers one name for each hash, the last one: two that meet there are right all the
-/// same, only not shared.
+/// checked and stored once so. It keeps one name for each hash, the last one: of two names with one hash neither stays
+/// shared, and each is right.
 class NameCache {
   public:
     /// White space around the name does not count. Throws DecodingError for an illegal one.
     CIMName get(std::string_view text);
 
   private:
-    std::array<CIMName, kMaxSharedNames> names_;
+    std::array<CIMName, kMaxCachedNames> names_;
 };
 
 } // namespace Pegasus::cimxml

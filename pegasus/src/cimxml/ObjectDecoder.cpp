@@ -1,12 +1,13 @@
 #include "cimxml/ObjectDecoder.h"
 
+#include "cimxml/ErrorLocation.h"
 #include "cimxml/Limits.h"
 #include "cimxml/ScalarDecoder.h"
-#include "cimxml/Whereabouts.h"
-#include "cimxml/XmlCharacters.h"
-#include "cimxml/XmlError.h"
 #include "model/Unchecked.h"
 #include "model/VisitType.h"
+#include "text/Utf8.h"
+#include "xml/DecodingError.h"
+#include "xml/XmlCharacters.h"
 
 #include <algorithm>
 #include <array>
@@ -19,18 +20,32 @@
 
 namespace Pegasus::cimxml {
 
+using xml::EndOfText;
+using xml::kLongestExcerpt;
+using xml::throwBadContent;
+using xml::throwIncomplete;
+using xml::throwPastLimit;
+using xml::trimmed;
+using xml::withoutByteOrderMark;
+
 namespace {
 
 template <class T>
 constexpr bool isEmbedded = std::is_same_v<T, CIMObject> || std::is_same_v<T, CIMInstance>;
 
+/// A boolean attribute; `absent` where it is absent.
+bool booleanOf(const Attributes& attributes, std::string_view name, bool absent) {
+    const auto value = attributes.find(name);
+    return value ? decodeScalar<Boolean>(*value) : absent;
+}
+
 CIMFlavor flavorOf(const Attributes& attributes) {
-    CIMFlavor flavor = attributes.getBoolean("OVERRIDABLE", true) ? CIMFlavor::OVERRIDABLE : CIMFlavor::DISABLEOVERRIDE;
-    flavor.addFlavor(attributes.getBoolean("TOSUBCLASS", true) ? CIMFlavor::TOSUBCLASS : CIMFlavor::RESTRICTED);
-    if (attributes.getBoolean("TOINSTANCE", false)) {
+    CIMFlavor flavor = booleanOf(attributes, "OVERRIDABLE", true) ? CIMFlavor::OVERRIDABLE : CIMFlavor::DISABLEOVERRIDE;
+    flavor.addFlavor(booleanOf(attributes, "TOSUBCLASS", true) ? CIMFlavor::TOSUBCLASS : CIMFlavor::RESTRICTED);
+    if (booleanOf(attributes, "TOINSTANCE", false)) {
         flavor.addFlavor(CIMFlavor::TOINSTANCE);
     }
-    if (attributes.getBoolean("TRANSLATABLE", false)) {
+    if (booleanOf(attributes, "TRANSLATABLE", false)) {
         flavor.addFlavor(CIMFlavor::TRANSLATABLE);
     }
     return flavor;
@@ -46,7 +61,7 @@ CIMScope scopeOf(const Attributes& attributes) {
                                                                            {"PARAMETER", CIMScope::PARAMETER}}};
     CIMScope scope;
     for (const auto& [name, bit] : kScopes) {
-        if (attributes.getBoolean(name, false)) {
+        if (booleanOf(attributes, name, false)) {
             scope.addScope(bit);
         }
     }
@@ -78,7 +93,7 @@ CIMType typeOf(const Attributes& attributes, std::string_view typeName) {
     if (embedded == "instance") {
         return CIMTYPE_INSTANCE;
     }
-    throwXmlError({"unknown kind of EmbeddedObject: ", embedded});
+    throwBadContent({"unknown kind of EmbeddedObject: ", embedded});
 }
 
 CIMType typeOf(const Attributes& attributes) { return typeOf(attributes, attributes.get("TYPE")); }
@@ -176,7 +191,7 @@ void expect(XmlReader::Ahead expected, XmlReader& reader) {
 /// Says where in an embedded object an error is. For the object around it, it is one of a value.
 void describeEmbedded(DecodingError& error, std::string_view text, const XmlReader& reader) {
     const bool isAtTag = error.kind == DecodingError::Kind::Content;
-    const auto place = std::make_unique<Whereabouts>(text.substr(0, reader.position()));
+    const auto place = std::make_unique<ErrorLocation>(text.substr(0, reader.position()));
     place->goTo(isAtTag ? reader.tagPosition() : reader.position());
     error.what.append(place->text()).append(", which is embedded");
     if (error.kind != DecodingError::Kind::Limit) {
@@ -303,7 +318,7 @@ CIMQualifierDecl ObjectDecoder::decodeQualifierDecl(XmlReader& reader) {
     const CIMFlavor flavor = flavorOf(attributes);
     const Uint32 arraySize = arraySizeOf(attributes);
     const bool isDeclared = attributes.find("ISARRAY").has_value();
-    const bool isArray = attributes.getBoolean("ISARRAY", false);
+    const bool isArray = booleanOf(attributes, "ISARRAY", false);
     CIMScope scope;
     std::optional<CIMValue> value;
     const std::size_t found = findings_.count();
@@ -324,7 +339,7 @@ CIMQualifierDecl ObjectDecoder::decodeQualifierDecl(XmlReader& reader) {
 }
 
 CIMQualifier ObjectDecoder::decodeQualifier(XmlReader& reader) {
-    const std::string_view text = reader.elementUpTo("</QUALIFIER>", kLongestRememberedQualifier);
+    const std::string_view text = reader.elementUpTo("</QUALIFIER>", kLongestCachedQualifier);
     if (const auto* const known = qualifiers_.find(text)) {
         reader.skipKnown(text, known->nodes);
         return known->qualifier;
@@ -348,7 +363,7 @@ CIMQualifier ObjectDecoder::decodeNewQualifier(XmlReader& reader) {
     CIMName name = names_.get(attributes.get("NAME"));
     const CIMType type = typeOf(attributes);
     const CIMFlavor flavor = flavorOf(attributes);
-    const bool propagated = attributes.getBoolean("PROPAGATED", false);
+    const bool propagated = booleanOf(attributes, "PROPAGATED", false);
     CIMValue value(type, false);
     if (reader.nextElement()) {
         value = decodeValue(type, isArrayValue(reader.name()), reader);
@@ -364,7 +379,7 @@ CIMMethod ObjectDecoder::decodeMethod(XmlReader& reader) {
     const Attributes& attributes = reader.attributes();
     const auto type = attributes.find("TYPE");
     CIMMethod method(names_.get(attributes.get("NAME")), type ? typeOf(attributes, *type) : CIMTYPE_UINT32,
-                     optionalName(attributes, "CLASSORIGIN"), attributes.getBoolean("PROPAGATED", false));
+                     optionalName(attributes, "CLASSORIGIN"), booleanOf(attributes, "PROPAGATED", false));
     const std::size_t found = findings_.count();
     while (reader.nextElement()) {
         if (!addParameter(method, reader) && !addQualifier(method, reader)) {
@@ -481,7 +496,7 @@ std::optional<T> ObjectDecoder::decodeQualifiedEmbedded(std::string_view text, X
         return object;
     } catch (DecodingError& error) {
         if (lenient_ && !error.value) {
-            error.value = std::string(beginningOf(text, kLongestExcerpt));
+            error.value = std::string(text::beginningOf(text, kLongestExcerpt));
         }
         goOnBehind(error, here, reader);
         return std::nullopt;
@@ -501,7 +516,7 @@ ObjectDecoder::PropertyHead ObjectDecoder::decodePropertyHead(const StartTag& ta
         head.referenceClass =
             head.type == CIMTYPE_REFERENCE ? optionalName(tag.attributes, "REFERENCECLASS") : CIMName();
         head.classOrigin = optionalName(tag.attributes, "CLASSORIGIN");
-        head.propagated = tag.attributes.getBoolean("PROPAGATED", false);
+        head.propagated = booleanOf(tag.attributes, "PROPAGATED", false);
     }
     return head;
 }
@@ -553,8 +568,8 @@ void ObjectDecoder::goOnBehind(const DecodingError& error, const Depth& outside,
     reader.skipBadTextTo(outside.elements);
     const std::string_view element = reader.textFrom(begin).substr(0, reader.position() - begin);
     const std::string_view text = error.value ? std::string_view(*error.value) : element;
-    findings_.add({LenientFinding::UNREADABLE_VALUE, std::string(beginningOf(text, kLongestExcerpt)), error.what, begin,
-                   std::string()});
+    findings_.add({LenientFinding::UNREADABLE_VALUE, std::string(text::beginningOf(text, kLongestExcerpt)), error.what,
+                   begin, std::string()});
     embedding_ = outside.embedding;
 }
 
@@ -654,7 +669,7 @@ std::optional<T> ObjectDecoder::decodeEmbedded(std::string_view text) {
     }
     if constexpr (std::is_same_v<T, CIMInstance>) {
         if (object.isClass()) {
-            throwXmlError({"a class is embedded where an instance is declared"});
+            throwBadContent({"a class is embedded where an instance is declared"});
         }
     }
     return T(std::move(object));
@@ -673,7 +688,7 @@ CIMObject ObjectDecoder::decodeEmbeddedText(std::string_view text) {
     try {
         object = decodeOnlyObject(*reader);
     } catch (const EndOfText&) {
-        throwXmlError({"an embedded object is not complete"});
+        throwBadContent({"an embedded object is not complete"});
     } catch (DecodingError& error) {
         describeEmbedded(error, withoutByteOrderMark(text), *reader);
         throw;
@@ -692,7 +707,7 @@ CIMObject ObjectDecoder::decodeOnlyObject(XmlReader& reader) {
     } else if (reader.name() == "CLASS") {
         object = decodeClass(reader);
     } else {
-        throwXmlError({"the element ", reader.name(), " is embedded, which is no object"});
+        throwBadContent({"the element ", reader.name(), " is embedded, which is no object"});
     }
     expect(XmlReader::Ahead::Nothing, reader);
     return object;

@@ -1,14 +1,14 @@
 #pragma once
 
-#include "cimxml/Checkpoint.h"
 #include "cimxml/NameCache.h"
 #include "cimxml/ObjectFindings.h"
 #include "cimxml/PathDecoder.h"
 #include "cimxml/PropertyNames.h"
-#include "cimxml/QualifierMemory.h"
-#include "cimxml/TagFacts.h"
-#include "cimxml/XmlError.h"
-#include "cimxml/XmlReader.h"
+#include "cimxml/QualifierCache.h"
+#include "xml/Checkpoint.h"
+#include "xml/DecodingError.h"
+#include "xml/TagFacts.h"
+#include "xml/XmlReader.h"
 
 #include <Pegasus/Common/CIMClass.h>
 #include <Pegasus/Common/CIMInstance.h>
@@ -22,17 +22,23 @@
 
 namespace Pegasus::cimxml {
 
+using xml::Attributes;
+using xml::Checkpoint;
+using xml::DecodingError;
+using xml::StartTag;
+using xml::XmlReader;
+
 /// Turns elements into objects (DSP0201, 5.2.1 and 5.2.3). Each operation decodes the element that the reader has
 /// entered, and leaves it. Attributes that it does not know are ignored, elements are not. All throw
 /// DecodingError, and EndOfText.
 ///
-/// It remembers what objects have in common, so the more alike they are, the faster it is. It may serve one answer
-/// after the other, also when one of them ended in an exception.
+/// It caches what objects have in common, so the more alike they are, the faster it is. It may serve one answer after
+/// the other, also when one of them ended in an exception.
 class ObjectDecoder {
   public:
-    /// Where the readers remember start tags.
-    TagMemory& tags() noexcept { return tags_; }
-    /// Forgets what has become too much. Before each answer, and before the reader is made for it. The checkpoint, if
+    /// Where the readers keep start tags.
+    xml::TagCache& tags() noexcept { return tags_; }
+    /// Clears the caches that are full. Before anything of an answer is read. The checkpoint, if
     /// there is one, is passed while embedded objects are read; it must live as long as the answer is decoded. In a
     /// lenient reading, a value that is not a good one is null, and the last of two properties of one name counts.
     void startAnswer(const Checkpoint* checkpoint, bool lenient) noexcept;
@@ -122,11 +128,11 @@ class ObjectDecoder {
     CIMName optionalName(const Attributes& attributes, std::string_view attributeName);
     PropertyHead decodePropertyHead(const StartTag& tag);
 
-    TagMemory tags_;
+    xml::TagCache tags_;
     const Checkpoint* checkpoint_ = nullptr;
     NameCache names_;
-    TagFacts<PropertyHead> propertyHeads_;
-    QualifierMemory qualifiers_;
+    xml::TagFacts<PropertyHead> propertyHeads_;
+    QualifierCache qualifiers_;
     PathDecoder paths_{names_};
     std::size_t embedding_ = 0; // how deep this is in embedded objects
     bool lenient_ = false;

@@ -2,14 +2,20 @@
 
 #include "cimxml/Limits.h"
 #include "cimxml/ScalarDecoder.h"
-#include "cimxml/XmlCharacters.h"
-#include "cimxml/XmlError.h"
+#include "xml/DecodingError.h"
+#include "xml/XmlCharacters.h"
 
 #include <algorithm>
 #include <string>
 #include <utility>
 
 namespace Pegasus::cimxml {
+
+using xml::Attributes;
+using xml::throwBadContent;
+using xml::throwIncomplete;
+using xml::throwPastLimit;
+using xml::trimmed;
 
 namespace {
 
@@ -26,7 +32,7 @@ CIMKeyBinding::Type keyTypeOf(const Attributes& attributes) {
         if (valueType == "numeric") {
             return CIMKeyBinding::NUMERIC;
         }
-        throwXmlError({"unknown VALUETYPE: ", valueType});
+        throwBadContent({"unknown VALUETYPE: ", valueType});
     }
     const auto type = trimmed(attributes.find("TYPE").value_or(""));
     if (type.empty()) {
@@ -180,7 +186,7 @@ CIMNamespaceName PathDecoder::decodeNamespace(XmlReader& reader) {
     }
     const String name{std::string_view(path)};
     if (!CIMNamespaceName::legal(name)) {
-        throwXmlError({"not the name of a namespace: \"", path, "\""});
+        throwBadContent({"not the name of a namespace: \"", path, "\""});
     }
     return CIMNamespaceName(name);
 }

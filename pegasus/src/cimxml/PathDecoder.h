@@ -1,13 +1,15 @@
 #pragma once
 
 #include "cimxml/NameCache.h"
-#include "cimxml/XmlReader.h"
+#include "xml/XmlReader.h"
 
 #include <Pegasus/Common/CIMObjectPath.h>
 
 #include <cstddef>
 
 namespace Pegasus::cimxml {
+
+using xml::XmlReader;
 
 /// Decodes the elements that say where an object is (DSP0201, 5.2.2 and 5.2.3). Each operation decodes the element that
 /// the reader has entered, and leaves it. They throw DecodingError, and EndOfText.

@@ -1,19 +1,15 @@
 #include "cimxml/PropertyNames.h"
 
+#include "text/Ascii.h"
+
 #include <utility>
 
 namespace Pegasus::cimxml {
 
-namespace {
-
-char folded(char c) noexcept { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
-} // namespace
-
 std::size_t PropertyNames::hashOf(const CIMName& name) noexcept {
     std::size_t hash = 0;
     for (const char c : name.getString().view()) {
-        hash = 31 * hash + static_cast<unsigned char>(folded(c));
+        hash = 31 * hash + static_cast<unsigned char>(text::lowered(c));
     }
     return hash ^ hash >> 17U;
 }
@@ -22,7 +18,7 @@ std::size_t PropertyNames::hashOf(const CIMName& name) noexcept {
 Uint32 PropertyNames::note(const CIMName& name, Uint32 index) {
     std::string key(name.getString().view());
     for (char& c : key) {
-        c = folded(c);
+        c = text::lowered(c);
     }
     const auto [known, isNew] = indices_.try_emplace(std::move(key), index);
     return isNew ? PEG_NOT_FOUND : std::exchange(known->second, index);

@@ -16,7 +16,7 @@ namespace Pegasus::cimxml {
 /// as the hashes of the names differ; what it does then does not depend on how many properties there are.
 class PropertyNames {
   public:
-    /// The same for names that differ in the case of the letters A to Z only.
+    /// Equal for names that differ in the case of the letters A to Z only.
     static std::size_t hashOf(const CIMName& name) noexcept;
 
     /// Takes the name of the property that `owner` gets next. Returns the index of the one of that name which it has;
@@ -63,7 +63,7 @@ class PropertyNames {
     Uint32 note(const CIMName& name, Uint32 index);
 
     std::array<std::uint64_t, 8> hashes_{};
-    std::unordered_map<std::string, Uint32> indices_; // by the folded name; empty until it is needed
+    std::unordered_map<std::string, Uint32> indices_; // by the name in lower case; empty until it is needed
     std::vector<Uint32> replaced_;
 };
 

@@ -29,7 +29,7 @@ class RequestEncoder {
     /// namespace are no part of it. The empty path is left out. Throws MalformedObjectNameException when the value of a
     /// reference key is not the text form of a path.
     void addInstanceName(std::string_view parameter, const CIMObjectPath& path);
-    /// The same for a class or an instance: a path without keys is sent as a CLASSNAME element.
+    /// The name of a class or an instance: like addInstanceName(), but a path without keys as a CLASSNAME element.
     void addObjectName(std::string_view parameter, const CIMObjectPath& path);
     /// A property list as an array of strings. The null list is left out; an empty one is sent as an empty array.
     void addPropertyList(std::string_view parameter, const CIMPropertyList& list);

@@ -1,16 +1,17 @@
 #include "cimxml/ResponseDecoder.h"
 
+#include "cimxml/ErrorLocation.h"
 #include "cimxml/Findings.h"
-#include "cimxml/InputText.h"
 #include "cimxml/Limits.h"
 #include "cimxml/ObjectDecoder.h"
 #include "cimxml/ScalarDecoder.h"
-#include "cimxml/Whereabouts.h"
-#include "cimxml/XmlCharacters.h"
-#include "cimxml/XmlError.h"
-#include "cimxml/XmlReader.h"
-#include "model/Marked.h"
+#include "errors/Marked.h"
 #include "model/ServerError.h"
+#include "text/Utf8.h"
+#include "xml/DecodingError.h"
+#include "xml/InputText.h"
+#include "xml/XmlCharacters.h"
+#include "xml/XmlReader.h"
 
 #include <Pegasus/Common/Exception.h>
 
@@ -21,17 +22,20 @@
 
 namespace Pegasus::cimxml {
 
+using xml::EndOfText;
+using xml::InputText;
+using xml::kLongestExcerpt;
+using xml::throwBadContent;
+using xml::throwMalformed;
+using xml::throwPastLimit;
+using xml::trimmed;
+using xml::withoutByteOrderMark;
+
 namespace {
 
 [[noreturn]] void throwForeign(std::string_view what, std::string_view got, std::string_view expected) {
     std::string message = "the server answers another request: ";
     message.append(what).append(" \"").append(got).append("\" instead of \"").append(expected).append("\"");
-    throw CIMClientResponseException(String(std::string_view(message)));
-}
-
-[[noreturn]] void throwUnexpectedObject(std::string_view kind) {
-    const std::string message =
-        "the server's answer holds " + std::string(kind) + ", which the operation does not return";
     throw CIMClientResponseException(String(std::string_view(message)));
 }
 
@@ -65,7 +69,7 @@ void addInstance(CIMException& error, ObjectDecoder& objects, XmlReader& reader)
 CIMException decodeError(ObjectDecoder& objects, XmlReader& reader) {
     const auto code = decodeScalar<Uint32>(reader.attributes().get("CODE"));
     if (code == CIM_ERR_SUCCESS) {
-        throwXmlError({"it reports an error with the code 0"});
+        throwBadContent({"it reports an error with the code 0"});
     }
     const String description(reader.attributes().find("DESCRIPTION").value_or(std::string_view()));
     CIMException error = detail::serverError(code, description);
@@ -92,19 +96,6 @@ constexpr std::size_t kInMethodResponse = 4;
 constexpr std::size_t kInReturnValue = 5;
 
 } // namespace
-
-void ReturnValueSink::onClass(const CIMClass&) { throwUnexpectedObject("a class"); }
-void ReturnValueSink::onInstance(const CIMInstance&) { throwUnexpectedObject("an instance"); }
-void ReturnValueSink::onInstanceAlone(const CIMInstance& instance) { onInstance(instance); }
-void ReturnValueSink::onObject(const CIMObject&) { throwUnexpectedObject("a class or an instance of an association"); }
-void ReturnValueSink::onClassName(const CIMName&) { throwUnexpectedObject("a class name"); }
-void ReturnValueSink::onInstanceName(const CIMObjectPath&) { throwUnexpectedObject("an instance name"); }
-void ReturnValueSink::onObjectPath(const CIMObjectPath&) { throwUnexpectedObject("an object path"); }
-void ReturnValueSink::onQualifierDecl(const CIMQualifierDecl&) { throwUnexpectedObject("a qualifier declaration"); }
-void ReturnValueSink::onInstancePath(const CIMObjectPath&) { throwUnexpectedObject("INSTANCEPATH"); }
-void ReturnValueSink::onValueText(const String&) { throwUnexpectedObject("VALUE"); }
-
-void ReturnValueSink::onValue(const CIMValue&) { throwUnexpectedObject("a value"); }
 
 class ResponseDecoder::Impl {
   public:
@@ -151,13 +142,13 @@ class ResponseDecoder::Impl {
         readOn();
         reading_ = false;
         if (bytes_ == 0) {
-            throwXmlError({"its body is empty"});
+            throwBadContent({"its body is empty"});
         }
         if (atStart_ || level_ != 0 || !input_.isEmpty()) {
             throwMalformed({"it ends in the middle of the document"});
         }
         if (nextLevel_ < kInMethodResponse) {
-            throwXmlError({"it has no ", kEnvelope[nextLevel_]});
+            throwBadContent({"it has no ", kEnvelope[nextLevel_]});
         }
     }
 
@@ -169,7 +160,7 @@ class ResponseDecoder::Impl {
         } catch (const DecodingError& error) {
             const String message(explain(error));
             if (error.kind == DecodingError::Kind::Limit) {
-                throw detail::Marked<CIMClientXmlException, ExceedsLimit>(message);
+                throw errors::Marked<CIMClientXmlException, ExceedsLimit>(message);
             }
             throw CIMClientXmlException(message);
         }
@@ -183,13 +174,13 @@ class ResponseDecoder::Impl {
             at = error.kind == DecodingError::Kind::Content ? reader_.tagPosition() : reader_.position();
         }
         const std::string_view upTo = text.substr(0, reading_ ? reader_.position() : text.size());
-        const auto place = std::make_unique<Whereabouts>(upTo, parent());
+        const auto place = std::make_unique<ErrorLocation>(upTo, parent());
         place->goTo(at);
         std::string message = "the server's answer is not good CIM-XML: " + error.what + place->text();
         if (bytes_ != 0) {
             message += ", at byte " + std::to_string(input_.offsetOf(at));
         }
-        if (const std::string_view there = beginningOf(text.substr(at), kLongestExcerpt);
+        if (const std::string_view there = text::beginningOf(text.substr(at), kLongestExcerpt);
             !error.value && !there.empty()) {
             message.append(": ").append(there);
         }
@@ -328,7 +319,8 @@ class ResponseDecoder::Impl {
         } else if (reader_.name() == "PARAMVALUE") {
             takeOutputParameter();
         } else {
-            throwXmlError({"the element ", reader_.name(), " does not belong into ", kEnvelope[kInMethodResponse - 1]});
+            throwBadContent(
+                {"the element ", reader_.name(), " does not belong into ", kEnvelope[kInMethodResponse - 1]});
         }
     }
 
@@ -352,9 +344,9 @@ class ResponseDecoder::Impl {
                 "the server answers another request: a METHODRESPONSE is for extrinsic methods");
         }
         if (level_ < kInMethodResponse && name != "CORRELATOR") {
-            throwXmlError({"the element ", name, " stands where ",
-                           level_ == nextLevel_ ? kEnvelope[level_] : std::string_view("nothing more"),
-                           " is expected"});
+            throwBadContent({"the element ", name, " stands where ",
+                             level_ == nextLevel_ ? kEnvelope[level_] : std::string_view("nothing more"),
+                             " is expected"});
         }
         return false;
     }
@@ -449,7 +441,7 @@ class ResponseDecoder::Impl {
 
     static String cut(std::string_view text) {
         constexpr std::size_t kLongest = 4096;
-        return String(beginningOf(text, kLongest));
+        return String(text::beginningOf(text, kLongest));
     }
 
     /// Hands out which elements held bytes that had to be repaired, in what has just been read, in which an object
@@ -465,7 +457,7 @@ class ResponseDecoder::Impl {
 
     void addRepairs(std::size_t object, std::size_t length) {
         const std::string_view text = input_.unread().substr(0, length);
-        const auto place = std::make_unique<Whereabouts>(text, parent());
+        const auto place = std::make_unique<ErrorLocation>(text, parent());
         std::optional<std::string> last; // of the object
         for (const auto& repair : input_.repairs()) {
             const std::size_t at = input_.positionOf(repair);
@@ -490,11 +482,11 @@ class ResponseDecoder::Impl {
 
     /// A little of a text before a place, and behind it.
     static std::string_view excerptAround(std::size_t at, std::string_view text) {
-        const std::string_view before = beginningOf(text, at - std::min(at, kLongestExcerpt / 2));
-        return beginningOf(text.substr(before.size()), kLongestExcerpt);
+        const std::string_view before = text::beginningOf(text, at - std::min(at, kLongestExcerpt / 2));
+        return text::beginningOf(text.substr(before.size()), kLongestExcerpt);
     }
 
-    /// The same of the tag or comment alone in which the place is.
+    /// A little of the tag or comment in which a place is, before the place and behind it.
     static std::string_view markupAround(std::size_t at, std::string_view text) {
         const std::size_t begin = std::min(text.rfind('<', at), at);
         const std::size_t end = std::min(text.find('>', at), text.size() - 1) + 1;
@@ -530,9 +522,9 @@ class ResponseDecoder::Impl {
     [[noreturn]] void refuse(std::string_view name) {
         reader_.skip();
         if (isOtherReturnValue(name)) {
-            throwUnexpectedObject(name);
+            ReturnValueSink::throwUnexpected(name);
         }
-        throwXmlError({"the element ", name, " does not belong into IRETURNVALUE"});
+        throwBadContent({"the element ", name, " does not belong into IRETURNVALUE"});
     }
 
     const std::string messageId_;

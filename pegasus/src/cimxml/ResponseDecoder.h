@@ -1,14 +1,10 @@
 #pragma once
 
+#include "cimxml/ReturnValueSink.h"
+#include "xml/Checkpoint.h"
+
 #include <Pegasus/Client/CIMClientException.h>
 #include <Pegasus/Client/ClientLimits.h>
-#include <Pegasus/Common/CIMClass.h>
-#include <Pegasus/Common/CIMInstance.h>
-#include <Pegasus/Common/CIMName.h>
-#include <Pegasus/Common/CIMObject.h>
-#include <Pegasus/Common/CIMObjectPath.h>
-#include <Pegasus/Common/CIMQualifierDecl.h>
-#include <Pegasus/Common/CIMValue.h>
 
 #include <memory>
 #include <string>
@@ -16,42 +12,11 @@
 
 namespace Pegasus::cimxml {
 
-class Checkpoint;
+/// Whoever has an answer decoded may derive from it, to end that early.
+using xml::Checkpoint;
+
 class Findings;
 class ObjectDecoder;
-
-/// Receives the objects of a return value, one by one, in the order of the document, and output parameters. An
-/// operation overrides what it expects; every other kind of object ends in CIMClientResponseException, and every other
-/// output parameter is ignored.
-class ReturnValueSink {
-  public:
-    virtual ~ReturnValueSink() = default;
-
-    virtual void onClass(const CIMClass& cimClass);
-    /// The instance carries its path where the answer has it, else only the class name.
-    virtual void onInstance(const CIMInstance& instance);
-    /// An instance to which the answer gives no path; taken by onInstance() unless this is overridden, too.
-    virtual void onInstanceAlone(const CIMInstance& instance);
-    /// A class or an instance, with its path where the answer has it.
-    virtual void onObject(const CIMObject& object);
-    virtual void onClassName(const CIMName& name);
-    virtual void onInstanceName(const CIMObjectPath& name);
-    /// Where a class or an instance is.
-    virtual void onObjectPath(const CIMObjectPath& path);
-    virtual void onQualifierDecl(const CIMQualifierDecl& declaration);
-    /// A value without a type: a text, an array of texts, or references. Only where takesValues() says so.
-    virtual void onValue(const CIMValue& value);
-    virtual bool takesValues() const { return false; }
-    /// Where an instance is, of operations that promise nothing else.
-    virtual void onInstancePath(const CIMObjectPath& path);
-    /// A value that is no array, as it stands there.
-    virtual void onValueText(const String& text);
-
-    /// An output parameter with a value that is no array, as it stands there; one that is null is not handed over.
-    virtual void onOutputText(const String& /*name*/, const String& /*text*/) {}
-    /// One that is a class.
-    virtual void onOutputClass(const String& /*name*/, const CIMClass& /*cimClass*/) {}
-};
 
 /// Decodes the body of an answer while it arrives. Each object of the return value is handed to the sink once it is
 /// complete, at the latest when as much again as its text has arrived or the body ends; no more than that is held as

@@ -1,7 +1,9 @@
 #include "cimxml/ScalarDecoder.h"
 
-#include "cimxml/XmlCharacters.h"
-#include "cimxml/XmlError.h"
+#include "text/Ascii.h"
+#include "text/Utf8.h"
+#include "xml/DecodingError.h"
+#include "xml/XmlCharacters.h"
 
 #include <Pegasus/Common/Exception.h>
 
@@ -16,6 +18,12 @@
 
 namespace Pegasus::cimxml {
 
+using xml::DecodingError;
+using xml::kLongestExcerpt;
+using xml::throwBadContent;
+using xml::throwBadValue;
+using xml::trimmed;
+
 namespace {
 
 /// Takes a sign off the front; returns whether it was a minus.
@@ -28,7 +36,7 @@ bool takeSign(std::string_view& digits) {
 }
 
 bool takeHexadecimalPrefix(std::string_view& digits) {
-    const bool hexadecimal = digits.size() > 2 && digits[0] == '0' && (digits[1] == 'x' || digits[1] == 'X');
+    const bool hexadecimal = digits.size() > 2 && digits[0] == '0' && text::lowered(digits[1]) == 'x';
     if (hexadecimal) {
         digits.remove_prefix(2);
     }
@@ -102,21 +110,16 @@ constexpr Uint64 packed(std::string_view text) {
     return bytes;
 }
 
-bool isWord(std::string_view text, std::string_view upperCase) {
-    return std::equal(text.begin(), text.end(), upperCase.begin(), upperCase.end(),
-                      [](char c, char upper) { return c == upper || c == upper - 'A' + 'a'; });
-}
-
 } // namespace
 
 bool isNumber(std::string_view text) { return readReal<Real64>(text).has_value(); }
 
 std::optional<Boolean> readBoolean(std::string_view text) {
     const std::string_view word = trimmed(text);
-    if (isWord(word, "TRUE")) {
+    if (text::equalIgnoringCase(word, "TRUE")) {
         return true;
     }
-    return isWord(word, "FALSE") ? std::optional(false) : std::nullopt;
+    return text::equalIgnoringCase(word, "FALSE") ? std::optional(false) : std::nullopt;
 }
 
 template <>
@@ -144,9 +147,8 @@ template <> String decodeScalar(std::string_view text) { return String(text); }
 
 template <>
 Char16 decodeScalar(std::string_view text) {
-    std::string_view rest = text;
-    const std::uint32_t codePoint = rest.empty() ? 0 : takeCharacter(rest);
-    if (text.empty() || !rest.empty() || codePoint > 0xFFFF) {
+    const auto [length, codePoint] = text.empty() ? text::Utf8Character{0, 0} : text::firstCharacter(text);
+    if (length == 0 || length != text.size() || codePoint > 0xFFFF) {
         throwBadValue("not one UTF-16 character", text);
     }
     return Char16(static_cast<Uint16>(codePoint));
@@ -158,7 +160,7 @@ CIMDateTime decodeScalar(std::string_view text) {
         return CIMDateTime(String(trimmed(text)));
     } catch (const Exception& exception) {
         throw DecodingError{DecodingError::Kind::Content, std::string(exception.getMessage().view()),
-                            std::string(beginningOf(text, kLongestExcerpt))};
+                            std::string(text::beginningOf(text, kLongestExcerpt))};
     }
 }
 
@@ -196,7 +198,7 @@ CIMType decodeType(std::string_view name) {
     case packed("datetime"):
         return CIMTYPE_DATETIME;
     default:
-        throwXmlError({"unknown type: ", name});
+        throwBadContent({"unknown type: ", name});
     }
 }
 

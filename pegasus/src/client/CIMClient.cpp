@@ -1,13 +1,12 @@
-#include "cimxml/Checkpoint.h"
 #include "cimxml/Findings.h"
 #include "cimxml/ObjectDecoder.h"
 #include "cimxml/RequestEncoder.h"
 #include "cimxml/ResponseDecoder.h"
 #include "cimxml/ScalarDecoder.h"
-#include "http/CimHeaders.h"
+#include "client/CimHeaders.h"
+#include "errors/Marked.h"
 #include "http/HttpConnection.h"
 #include "http/TimeOut.h"
-#include "model/Marked.h"
 #include "model/OperationTypes.h"
 #include "model/Unchecked.h"
 
@@ -231,7 +230,7 @@ class Measurement {
   public:
     explicit Measurement(const char* method) : method_(method) {}
 
-    http::AnswerRemarks remarks;
+    client::AnswerRemarks remarks;
     Uint64 requestSize = 0;
     Uint64 responseSize = 0;
 
@@ -290,7 +289,7 @@ void addAssociators(RequestEncoder& request, const CIMObjectPath& objectName, co
     addAssociationFilter(request, assocClass, resultClass, role, resultRole);
 }
 
-/// The same from an instance, as the pulled enumerations call it.
+/// Adds the parameters that lead from an instance to others, as the pulled enumerations call them.
 void addSource(RequestEncoder& request, const CIMObjectPath& instanceName, const CIMName& assocClass,
                const CIMName& resultClass, const String& role, const String& resultRole) {
     request.addInstanceName("InstanceName", instanceName);
@@ -350,7 +349,7 @@ auto withinMemory(const String& outOfMemory, Work work) {
     } catch (const std::length_error&) {
         // asked for more than there can be
     }
-    throw detail::Marked<OutOfMemoryException, ExceedsLimit>(outOfMemory);
+    throw errors::Marked<OutOfMemoryException, ExceedsLimit>(outOfMemory);
 }
 
 /// Throws an exception of that type, with the same mark, whose message says which server and operation it is about.
@@ -358,7 +357,7 @@ template <typename Failure>
 [[noreturn]] void throwAbout(const http::Endpoint& endpoint, const char* method, const Failure& failure) {
     const String message(endpoint.text() + ": " + method + ": " + toText(failure.getMessage()));
     if (dynamic_cast<const ExceedsLimit*>(&failure) != nullptr) {
-        throw detail::Marked<Failure, ExceedsLimit>(message);
+        throw errors::Marked<Failure, ExceedsLimit>(message);
     }
     throw Failure(message);
 }
@@ -445,7 +444,7 @@ class CIMClient::Impl {
         });
     }
 
-    /// The same for objects that are handed over: false when they were not wanted any more.
+    /// Does an operation whose objects are handed over: false when they were not wanted any more.
     template <typename AddParameters>
     bool handOver(const char* method, const CIMNamespaceName& nameSpace, AddParameters addParameters,
                   const InstanceStream::Taker& take) {
@@ -532,7 +531,7 @@ class CIMClient::Impl {
         Measurement measurement(method);
         isReceiving_ = true;
         try {
-            exchange(http::makeCimRequest(method, nameSpace.getString().view(), request.finish(), languages), decoder,
+            exchange(client::makeCimRequest(method, nameSpace.getString().view(), request.finish(), languages), decoder,
                      end, endOfTime, measurement);
         } catch (CIMException& error) { // a good answer, though not the one hoped for
             isReceiving_ = false;
@@ -562,7 +561,7 @@ class CIMClient::Impl {
         measurement.requestSize = request.body.size();
         const http::HttpHead& head = connection_->post(request, end);
         checkAnswer(head, end);
-        http::addRemarks(head.fields, measurement.remarks);
+        client::addRemarks(head.fields, measurement.remarks);
         const http::HttpFields& trailers = connection_->readBody(
             [&](std::string_view part) {
                 endOfTime.pass();
@@ -570,14 +569,14 @@ class CIMClient::Impl {
                 decoder.feed(part);
             },
             end);
-        http::addRemarks(trailers, measurement.remarks);
-        http::checkCimTrailers(trailers, connection_->endpoint());
+        client::addRemarks(trailers, measurement.remarks);
+        client::checkCimTrailers(trailers, connection_->endpoint());
         decoder.finish();
     }
 
     void checkAnswer(const http::HttpHead& head, const http::Deadline& end) {
         try {
-            http::checkCimAnswer(head, connection_->endpoint());
+            client::checkCimAnswer(head, connection_->endpoint());
         } catch (...) {
             showRefused(std::current_exception(), end);
             throw;

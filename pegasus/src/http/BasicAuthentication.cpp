@@ -1,5 +1,7 @@
 #include "http/BasicAuthentication.h"
 
+#include "text/Ascii.h"
+
 #include <boost/archive/iterators/base64_from_binary.hpp>
 #include <boost/archive/iterators/transform_width.hpp>
 
@@ -56,9 +58,8 @@ bool anyElement(const std::vector<std::string_view>& answers, Visit visit) {
 std::string_view schemeOf(std::string_view element) {
     const std::string_view word = firstWord(element);
     const std::string_view rest = element.substr(static_cast<std::size_t>(word.data() - element.data()) + word.size());
-    const bool isWord = std::all_of(word.begin(), word.end(), [](char c) {
-        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-' || c == '_';
-    });
+    const bool isWord = std::all_of(
+        word.begin(), word.end(), [](char c) { return text::isLetter(c) || text::isDigit(c) || c == '-' || c == '_'; });
     const std::string_view next = firstWord(rest);
     return isWord && next.substr(0, 1) != "=" ? word : std::string_view();
 }
@@ -67,8 +68,9 @@ std::string_view schemeOf(std::string_view element) {
 
 bool takesBasicAuthentication(const HttpFields& fields) {
     const auto answers = fields.findAll("WWW-Authenticate");
-    return answers.empty() ||
-           anyElement(answers, [](std::string_view element) { return equalsNoCase(firstWord(element), "Basic"); });
+    return answers.empty() || anyElement(answers, [](std::string_view element) {
+               return text::equalIgnoringCase(firstWord(element), "Basic");
+           });
 }
 
 std::string offeredSchemes(const HttpFields& fields) {

@@ -10,7 +10,7 @@ namespace {
 
 bool isLiteral(int family, const std::string& host) {
     in6_addr ignored{};
-    // A zone ("%eth0") names the way to a link-local address and is no part of it.
+    // A zone ("%eth0") names the interface of a link-local address and is no part of it.
     return ::inet_pton(family, host.substr(0, host.find('%')).c_str(), &ignored) == 1;
 }
 

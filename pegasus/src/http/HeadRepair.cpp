@@ -1,6 +1,7 @@
 #include "http/HeadRepair.h"
 
-#include "http/HttpHead.h"
+#include "http/FieldText.h"
+#include "text/Ascii.h"
 
 #include <cstring>
 #include <string_view>
@@ -10,14 +11,6 @@ namespace Pegasus::http {
 namespace {
 
 constexpr std::string_view kLineEnd = "\r\n";
-
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
-
-std::string_view trimmed(std::string_view text) {
-    const std::size_t begin = text.find_first_not_of(" \t");
-    return begin == std::string_view::npos ? std::string_view()
-                                           : text.substr(begin, text.find_last_not_of(" \t") - begin + 1);
-}
 
 /// The fields of a head that say how long the body is.
 struct LengthFields {
@@ -33,7 +26,7 @@ void forEachField(char* bytes, std::size_t size, Visit visit) {
     for (std::size_t end = head.find(kLineEnd); end != std::string_view::npos; end = head.find(kLineEnd, begin)) {
         const std::string_view line = head.substr(begin, end - begin);
         if (const std::size_t colon = line.find(':'); colon != std::string_view::npos) {
-            visit(bytes + begin, line.substr(0, colon), trimmed(line.substr(colon + 1)));
+            visit(bytes + begin, line.substr(0, colon), withoutBlanks(line.substr(colon + 1)));
         }
         begin = end + kLineEnd.size();
     }
@@ -42,9 +35,9 @@ void forEachField(char* bytes, std::size_t size, Visit visit) {
 LengthFields lengthFieldsOf(char* bytes, std::size_t headSize) {
     LengthFields found;
     forEachField(bytes, headSize, [&](char* /*line*/, std::string_view name, std::string_view value) {
-        found.isChunked =
-            found.isChunked || (equalsNoCase(name, "Transfer-Encoding") && equalsNoCase(value, "chunked"));
-        found.hasLength = found.hasLength || equalsNoCase(name, "Content-Length");
+        found.isChunked = found.isChunked || (text::equalIgnoringCase(name, "Transfer-Encoding") &&
+                                              text::equalIgnoringCase(value, "chunked"));
+        found.hasLength = found.hasLength || text::equalIgnoringCase(name, "Content-Length");
     });
     return found;
 }
@@ -53,7 +46,7 @@ LengthFields lengthFieldsOf(char* bytes, std::size_t headSize) {
 void hideLength(char* bytes, std::size_t headSize) {
     constexpr std::string_view kOther = "Ignored-Length";
     forEachField(bytes, headSize, [&](char* line, std::string_view name, std::string_view /*value*/) {
-        if (equalsNoCase(name, "Content-Length")) {
+        if (text::equalIgnoringCase(name, "Content-Length")) {
             std::memcpy(line, kOther.data(), kOther.size());
         }
     });
@@ -62,8 +55,8 @@ void hideLength(char* bytes, std::size_t headSize) {
 } // namespace
 
 bool lacksBlankBehindStatus(std::string_view text) {
-    return text.size() > kStatusLength && text.substr(0, 7) == "HTTP/1." && text[8] == ' ' && isDigit(text[9]) &&
-           isDigit(text[10]) && isDigit(text[11]) && text[kStatusLength] == '\r';
+    return text.size() > kStatusLength && text.substr(0, 7) == "HTTP/1." && text[8] == ' ' && text::isDigit(text[9]) &&
+           text::isDigit(text[10]) && text::isDigit(text[11]) && text[kStatusLength] == '\r';
 }
 
 bool hideOverriddenLength(char* head, std::size_t size) {

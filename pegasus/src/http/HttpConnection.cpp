@@ -1,7 +1,7 @@
 #include "http/HttpConnection.h"
 
+#include "errors/Marked.h"
 #include "http/BasicAuthentication.h"
-#include "model/Marked.h"
 
 #include <Pegasus/Client/CIMClientException.h>
 
@@ -9,12 +9,6 @@
 #include <utility>
 
 namespace Pegasus::http {
-
-namespace {
-
-constexpr unsigned kUnauthorized = 401;
-
-} // namespace
 
 HttpConnection::HttpConnection(Endpoint endpoint, std::optional<SSLContext> tls, Credentials credentials)
     : dialer_(std::move(endpoint), std::move(tls)), credentials_(std::move(credentials)) {}
@@ -58,7 +52,7 @@ const HttpHead& HttpConnection::post(const HttpRequest& request, const Deadline&
         return exchangeHeads(request, deadline);
     } catch (const ConnectionLost& lost) {
         close();
-        throw detail::Marked<CannotConnectException, ClosedWithoutAnswer>(
+        throw errors::Marked<CannotConnectException, ClosedWithoutAnswer>(
             String(endpoint().text() + ": " + lost.reason +
                    (dialer_.encrypts() || hasAnswered_ ? "" : " (a port for TLS needs an SSLContext)")));
     } catch (...) {

@@ -30,7 +30,7 @@ struct Credentials {
     std::string password;
 };
 
-/// The way to one server. It carries one exchange after the other, over one TCP connection as long as the server keeps
+/// A client of one server. It carries one exchange after the other, over one TCP connection as long as the server keeps
 /// it, and opens the next one where needed.
 ///
 /// An exchange is a post() and, after it, a readBody(). An exception from either closes the TCP connection; so does a

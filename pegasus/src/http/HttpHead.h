@@ -14,9 +14,10 @@ class HttpFields {
 
     /// The first value of a name, found without regard to case; null when there is none.
     const std::string* find(std::string_view name) const;
-    /// The same for a header of CIM operations, which may have a prefix of two digits and a hyphen: servers that were
-    /// made for M-POST requests write "73-CIMOperation", with the "73" told in another field.
-    const std::string* findCim(std::string_view name) const;
+    /// The first value of a name that may have the prefix of an extension (RFC 2774), two digits and a hyphen: servers
+    /// that were made for M-POST requests write "73-CIMOperation", with the "73" told in another field. The field
+    /// without a prefix comes first. Null when there is none.
+    const std::string* findExtension(std::string_view name) const;
     /// All values of a name.
     std::vector<std::string_view> findAll(std::string_view name) const;
     /// All of them as lines `Name: value`, each with its line end.
@@ -26,14 +27,14 @@ class HttpFields {
     std::vector<std::pair<std::string, std::string>> fields_;
 };
 
+/// The status of an answer that wants a login.
+constexpr unsigned kUnauthorized = 401;
+
 /// What an answer says before its body.
 struct HttpHead {
     unsigned status = 0;
     std::string reason;
     HttpFields fields;
 };
-
-/// Without regard to the case of the letters A to Z.
-bool equalsNoCase(std::string_view a, std::string_view b);
 
 } // namespace Pegasus::http

@@ -1,6 +1,7 @@
 #include "http/PublicHead.h"
 
 #include "http/HttpHead.h"
+#include "text/Ascii.h"
 
 #include <algorithm>
 #include <array>
@@ -15,8 +16,9 @@ bool holdsCredentials(std::string_view line) {
     constexpr std::array<std::string_view, 4> kFields{"Authorization", "Proxy-Authorization", "Cookie", "Set-Cookie"};
     const std::string_view written = line.substr(0, line.find(':'));
     const std::string_view name = written.substr(0, written.find_last_not_of(" \t") + 1);
-    return name.size() < line.size() && std::any_of(kFields.begin(), kFields.end(),
-                                                    [&](std::string_view field) { return equalsNoCase(name, field); });
+    return name.size() < line.size() && std::any_of(kFields.begin(), kFields.end(), [&](std::string_view field) {
+               return text::equalIgnoringCase(name, field);
+           });
 }
 
 /// Whether a line goes on with the value of the one before it.

@@ -1,7 +1,7 @@
 #include "http/ResponseReader.h"
 
+#include "errors/Marked.h"
 #include "http/HeadRepair.h"
-#include "model/Marked.h"
 
 #include <Pegasus/Client/CIMClientException.h>
 
@@ -114,12 +114,12 @@ class ResponseReader::Impl {
     }
 
     const Parser& parser() const { return *parser_; }
-    /// One whose length was said in two ways may have been understood in another way by somebody on the way.
+    /// One whose length was said in two ways may have been understood in the other way by a proxy.
     bool keepsConnection() const { return parser_->keep_alive() && !ignoresItsLength_; }
     bool hasSurplus() const { return begin_ != end_; }
 
   private:
-    using TooMuch = detail::Marked<CIMClientMalformedHTTPException, ExceedsLimit>;
+    using TooMuch = errors::Marked<CIMClientMalformedHTTPException, ExceedsLimit>;
 
     void readOneHead(const Deadline& deadline) {
         parser_.emplace();
@@ -172,7 +172,7 @@ class ResponseReader::Impl {
 
     void checkForTls() const {
         if (looksLikeTls(input())) {
-            fail<detail::Marked<CIMClientMalformedHTTPException, PeerSpeaksTls>>(
+            fail<errors::Marked<CIMClientMalformedHTTPException, PeerSpeaksTls>>(
                 "the server speaks TLS on this port; connect to it with an SSLContext");
         }
     }

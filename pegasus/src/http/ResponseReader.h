@@ -24,7 +24,7 @@ using BodySink = std::function<void(std::string_view)>;
 /// Reads HTTP/1.x answers from a channel, one after the other: of each first its head, then its body, whatever way it
 /// is delimited.
 ///
-/// Both steps throw CIMClientMalformedHTTPException for an answer that is not HTTP, passes a limit or breaks off, and
+/// Either step throws CIMClientMalformedHTTPException for an answer that is not HTTP, passes a limit or breaks off, and
 /// ConnectionTimeoutException. The reader is then of no further use, nor is the channel.
 class ResponseReader {
   public:

@@ -1,9 +1,9 @@
 #include "http/TcpChannel.h"
 
-#include "http/AddressRace.h"
-#include "http/HostLookup.h"
+#include "http/HappyEyeballs.h"
+#include "http/Resolver.h"
+#include "http/SocketPoll.h"
 #include "http/SystemError.h"
-#include "http/Waiting.h"
 
 #include <poll.h>
 #include <sys/socket.h>
@@ -13,7 +13,7 @@
 namespace Pegasus::http {
 
 TcpChannel::TcpChannel(const Endpoint& endpoint, const ConnectTime& time)
-    : endpoint_(endpoint), socket_(AddressRace(endpoint_, lookUp(endpoint_, time.ofStep()), time).run()) {}
+    : endpoint_(endpoint), socket_(HappyEyeballs(endpoint_, resolve(endpoint_, time.ofStep()), time).run()) {}
 
 void TcpChannel::write(std::string_view bytes, const Deadline& deadline) {
     while (!bytes.empty()) {
@@ -59,7 +59,7 @@ short TcpChannel::eventsNow(short wanted) const {
 /// it does.
 void TcpChannel::waitForEvent(short event, const Deadline& deadline) const {
     pollfd state{socket_.number(), static_cast<short>(event | POLLRDHUP), 0};
-    if (const int error = waitFor(&state, 1, deadline.end()); error != 0) {
+    if (const int error = pollUntil(&state, 1, deadline.end()); error != 0) {
         throw ConnectionLost{systemError(error)};
     }
     if (state.revents == POLLRDHUP) {

@@ -31,8 +31,9 @@ class TcpChannel : public Channel {
         short awaited;     ///< or, where it has to be tried again, the event of poll() to wait for; else 0
     };
 
-    /// These move what can be moved without waiting; no byte received is the end of the stream. Throw ConnectionLost.
+    /// Sends what can be sent without waiting. Throws ConnectionLost.
     virtual Progress sendSome(std::string_view bytes);
+    /// Receives what can be received without waiting; no byte is the end of the stream. Throws ConnectionLost.
     virtual Progress receiveSome(char* buffer, std::size_t size);
 
     const Endpoint& endpoint() const { return endpoint_; }

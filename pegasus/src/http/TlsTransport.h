@@ -10,7 +10,7 @@
 
 namespace Pegasus::http {
 
-/// The way to one server with TLS: opens one channel after the other, with the same settings.
+/// A client of one server that speaks TLS: opens one channel after the other, with the same settings.
 class TlsClient {
   public:
     virtual ~TlsClient() = default;

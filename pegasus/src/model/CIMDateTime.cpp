@@ -1,3 +1,5 @@
+#include "text/Ascii.h"
+
 #include <Pegasus/Common/CIMDateTime.h>
 #include <Pegasus/Common/Exception.h>
 
@@ -38,8 +40,6 @@ constexpr std::array<Field, 5> kIntervalFields = {{{"day", 0, 8, 0, 99999999},
                                                    {"microsecond", 15, 6, 0, 999999}}};
 constexpr Field kOffset = {"offset from UTC", 22, 3, 0, 999};
 
-constexpr bool isDigit(char c) noexcept { return c >= '0' && c <= '9'; }
-
 std::string_view textOf(const Field& field, std::string_view text) { return text.substr(field.offset, field.length); }
 
 Uint32 numberIn(std::string_view digits) noexcept {
@@ -50,7 +50,7 @@ Uint32 numberIn(std::string_view digits) noexcept {
     return number;
 }
 
-bool isNumber(std::string_view text) noexcept { return std::all_of(text.begin(), text.end(), isDigit); }
+bool isNumber(std::string_view text) noexcept { return std::all_of(text.begin(), text.end(), text::isDigit); }
 
 /// Whether the fields are digits down to some place and asterisks from there on. Only the microseconds may be cut
 /// within the field.

@@ -1,3 +1,5 @@
+#include "text/Ascii.h"
+
 #include <Pegasus/Common/CIMName.h>
 #include <Pegasus/Common/Exception.h>
 
@@ -7,15 +9,11 @@ namespace Pegasus {
 
 namespace {
 
-constexpr bool isDigit(char c) noexcept { return c >= '0' && c <= '9'; }
-
-constexpr bool startsName(char c) noexcept {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || static_cast<Uint8>(c) >= 0x80;
-}
+constexpr bool startsName(char c) noexcept { return text::isLetter(c) || c == '_' || static_cast<Uint8>(c) >= 0x80; }
 
 bool isName(std::string_view text) noexcept {
     return !text.empty() && startsName(text.front()) &&
-           std::all_of(text.begin(), text.end(), [](char c) { return startsName(c) || isDigit(c); });
+           std::all_of(text.begin(), text.end(), [](char c) { return startsName(c) || text::isDigit(c); });
 }
 
 /// A namespace is often written with a slash before it.

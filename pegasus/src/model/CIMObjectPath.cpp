@@ -1,3 +1,5 @@
+#include "text/Ascii.h"
+
 #include <Pegasus/Common/CIMObjectPath.h>
 
 #include <algorithm>
@@ -10,13 +12,11 @@ namespace Pegasus {
 
 namespace {
 
-constexpr char toLower(char c) noexcept { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
 bool precedes(const CIMKeyBinding& a, const CIMKeyBinding& b) noexcept {
     const std::string_view left = a.getName().getString().view();
     const std::string_view right = b.getName().getString().view();
     return std::lexicographical_compare(left.begin(), left.end(), right.begin(), right.end(), [](char x, char y) {
-        return static_cast<Uint8>(toLower(x)) < static_cast<Uint8>(toLower(y));
+        return static_cast<Uint8>(text::lowered(x)) < static_cast<Uint8>(text::lowered(y));
     });
 }
 
@@ -48,7 +48,7 @@ std::optional<Integer> integerIn(std::string_view text) noexcept {
     if (negative || (!text.empty() && text.front() == '+')) {
         text.remove_prefix(1);
     }
-    const bool hexadecimal = text.size() > 2 && text[0] == '0' && toLower(text[1]) == 'x';
+    const bool hexadecimal = text.size() > 2 && text[0] == '0' && text::lowered(text[1]) == 'x';
     const auto magnitude = hexadecimal ? wholeNumber<Uint64>(text.substr(2), 16) : wholeNumber<Uint64>(text);
     return magnitude ? std::optional<Integer>(Integer{negative, *magnitude}) : std::nullopt;
 }
@@ -327,7 +327,7 @@ Uint32 CIMObjectPath::makeHashCode() const {
             text.append("=").append(key.getValue().view());
         }
     }
-    std::transform(text.begin(), text.end(), text.begin(), toLower);
+    std::transform(text.begin(), text.end(), text.begin(), text::lowered);
     return static_cast<Uint32>(std::hash<std::string>()(text));
 }
 

@@ -1,6 +1,6 @@
 #include "model/ObjectXml.h"
-#include "model/Utf8.h"
 #include "model/VisitType.h"
+#include "text/Utf8.h"
 
 #include <Pegasus/Common/CIMClass.h>
 #include <Pegasus/Common/CIMValue.h>
@@ -62,7 +62,7 @@ void print(std::string& out, const CIMObject& object) {
 /// A UTF-16 unit as UTF-8; half of a surrogate pair is no character and becomes U+FFFD.
 void print(std::string& out, Char16 value) {
     const Uint32 unit = value;
-    detail::appendUtf8((unit & 0xF800U) == 0xD800U ? 0xFFFDU : unit, out);
+    text::appendUtf8((unit & 0xF800U) == 0xD800U ? 0xFFFDU : unit, out);
 }
 
 template <class T>

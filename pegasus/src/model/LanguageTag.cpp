@@ -1,3 +1,5 @@
+#include "text/Ascii.h"
+
 #include <Pegasus/Common/AcceptLanguageList.h>
 #include <Pegasus/Common/Exception.h>
 #include <Pegasus/Common/LanguageTag.h>
@@ -10,8 +12,7 @@ namespace {
 
 constexpr std::size_t kLongestWord = 8;
 
-constexpr bool isLetter(char c) noexcept { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
-constexpr bool isLetterOrDigit(char c) noexcept { return isLetter(c) || (c >= '0' && c <= '9'); }
+constexpr bool isLetterOrDigit(char c) noexcept { return text::isLetter(c) || text::isDigit(c); }
 
 template <typename IsAllowed>
 bool isWord(std::string_view text, IsAllowed isAllowed) noexcept {
@@ -20,7 +21,7 @@ bool isWord(std::string_view text, IsAllowed isAllowed) noexcept {
 
 bool isTag(std::string_view text) noexcept {
     auto hyphen = text.find('-');
-    bool isGood = isWord(text.substr(0, hyphen), isLetter);
+    bool isGood = isWord(text.substr(0, hyphen), text::isLetter);
     while (isGood && hyphen != std::string_view::npos) {
         text.remove_prefix(hyphen + 1);
         hyphen = text.find('-');

@@ -26,7 +26,7 @@ void appendClassName(std::string& out, const CIMName& name);
 /// as do the two below.
 void appendInstanceName(std::string& out, const CIMObjectPath& path);
 
-/// The same, or CLASSNAME for a path without keys.
+/// INSTANCENAME, or CLASSNAME for a path without keys.
 void appendObjectName(std::string& out, const CIMObjectPath& path);
 
 /// VALUE.REFERENCE.

@@ -1,4 +1,6 @@
 #include "model/Utf16.h"
+#include "text/Ascii.h"
+#include "text/Utf8.h"
 
 #include <Pegasus/Common/Exception.h>
 #include <Pegasus/Common/String.h>
@@ -14,16 +16,12 @@ namespace Pegasus {
 
 namespace {
 
-constexpr char lowered(char c) noexcept { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
-constexpr char raised(char c) noexcept { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
-
 std::string_view checked(const char* utf8, std::size_t bytes) {
     if (!utf8) {
         throw NullPointer();
     }
     const std::string_view text(utf8, bytes);
-    if (!detail::isUtf8(text)) {
+    if (!text::isUtf8(text)) {
         throw Exception(String(std::string_view("a text is not UTF-8")));
     }
     return text;
@@ -78,10 +76,8 @@ void String::destroy(Block* block) noexcept {
 Uint32 String::size() const noexcept {
     Uint32 units = 0;
     for (const char c : view()) {
-        const auto byte = static_cast<Uint8>(c);
-        const bool continuation = (byte & 0xC0U) == 0x80U;
-        const bool surrogatePair = byte >= 0xF0U;
-        units += continuation ? 0U : surrogatePair ? 2U : 1U;
+        const bool surrogatePair = static_cast<Uint8>(c) >= 0xF0U;
+        units += text::isContinuation(c) ? 0U : surrogatePair ? 2U : 1U;
     }
     return units;
 }
@@ -129,8 +125,8 @@ void String::remove(Uint32 index, Uint32 length) {
     *this = fromUnits(units.erase(index, length));
 }
 
-void String::toLower() { *this = changed(*this, lowered); }
-void String::toUpper() { *this = changed(*this, raised); }
+void String::toLower() { *this = changed(*this, text::lowered); }
+void String::toUpper() { *this = changed(*this, text::raised); }
 
 int String::compare(const String& a, const String& b) {
     return signOf(detail::utf16Of(a.view()).compare(detail::utf16Of(b.view())));
@@ -141,7 +137,7 @@ int String::compare(const String& a, const String& b, Uint32 length) {
 }
 
 int String::compareNoCase(const String& a, const String& b) {
-    return compare(changed(a, lowered), changed(b, lowered));
+    return compare(changed(a, text::lowered), changed(b, text::lowered));
 }
 
 Boolean String::equal(const String& a, const String& b) noexcept {
@@ -149,13 +145,7 @@ Boolean String::equal(const String& a, const String& b) noexcept {
 }
 
 Boolean String::equalNoCase(const String& a, const String& b) noexcept {
-    if (a.block_ == b.block_) {
-        return true;
-    }
-    const std::string_view left = a.view();
-    const std::string_view right = b.view();
-    return left.size() == right.size() && std::equal(left.begin(), left.end(), right.begin(),
-                                                     [](char x, char y) { return x == y || lowered(x) == lowered(y); });
+    return a.block_ == b.block_ || text::equalIgnoringCase(a.view(), b.view());
 }
 
 bool operator==(const String& a, const String& b) noexcept { return String::equal(a, b); }

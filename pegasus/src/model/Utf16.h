@@ -8,10 +8,7 @@ namespace Pegasus::detail {
 /// A text of UTF-8 as UTF-16 units. Bytes that are no UTF-8 become one unit U+FFFD each.
 std::u16string utf16Of(std::string_view utf8);
 
-/// The reverse. Half of a surrogate pair becomes U+FFFD.
+/// UTF-16 units as a text of UTF-8. Half of a surrogate pair becomes U+FFFD.
 std::string utf8Of(std::u16string_view units);
-
-/// Whether the bytes are UTF-8.
-bool isUtf8(std::string_view bytes) noexcept;
 
 } // namespace Pegasus::detail

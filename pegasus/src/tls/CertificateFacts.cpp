@@ -1,5 +1,7 @@
 #include "tls/CertificateFacts.h"
 
+#include "text/Ascii.h"
+#include "text/Hexadecimal.h"
 #include "tls/Fingerprint.h"
 #include "tls/OpenSslObjects.h"
 
@@ -12,12 +14,11 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdio>
 #include <ctime>
 #include <memory>
 #include <new>
 
-namespace Pegasus::http {
+namespace Pegasus::tls {
 
 namespace {
 
@@ -43,9 +44,10 @@ std::string addressText(const ASN1_OCTET_STRING& address) {
 }
 
 bool looksLikeHostName(std::string_view name) {
-    return !name.empty() &&
-           name.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._*") ==
-               std::string_view::npos;
+    const auto isAllowed = [](char c) {
+        return text::isLetter(c) || text::isDigit(c) || c == '-' || c == '.' || c == '_' || c == '*';
+    };
+    return !name.empty() && std::all_of(name.begin(), name.end(), isAllowed);
 }
 
 void appendCommonNames(const X509& certificate, Array<String>& names) {
@@ -143,9 +145,8 @@ std::string printable(std::string_view bytes) {
         if (byte >= ' ' && byte <= '~') {
             text += byte;
         } else {
-            char escaped[4];
-            std::snprintf(escaped, sizeof escaped, "\\%02X", static_cast<unsigned>(static_cast<unsigned char>(byte)));
-            text += escaped;
+            text += '\\';
+            text::appendHex(static_cast<unsigned char>(byte), text);
         }
     }
     return text;
@@ -160,4 +161,4 @@ PeerCertificate factsOf(const X509& certificate) {
             String(Fingerprint::of(certificate).text())};
 }
 
-} // namespace Pegasus::http
+} // namespace Pegasus::tls

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace Pegasus::http {
+namespace Pegasus::tls {
 
 /// A name such as `CN=server.example,O=Example`, as in RFC 2253, in UTF-8.
 std::string nameText(const X509_NAME& name);
@@ -25,4 +25,4 @@ std::string printable(std::string_view bytes);
 /// no DNS name, its common names count as such, as far as they look like one.
 PeerCertificate factsOf(const X509& certificate);
 
-} // namespace Pegasus::http
+} // namespace Pegasus::tls

@@ -1,5 +1,6 @@
 #include "tls/CertificateRefusal.h"
 
+#include "text/Utf8.h"
 #include "tls/CertificateFacts.h"
 
 #include <openssl/evp.h>
@@ -11,7 +12,9 @@
 #include <cstddef>
 #include <string_view>
 
-namespace Pegasus::http {
+namespace Pegasus::tls {
+
+using http::Endpoint;
 
 namespace {
 
@@ -22,15 +25,8 @@ constexpr std::size_t kMaxNameBytes = 200;
 constexpr Uint32 kMaxNames = 8;
 
 std::string shortened(const String& text) {
-    std::string_view view = text.view();
-    if (view.size() <= kMaxNameBytes) {
-        return std::string(view);
-    }
-    std::size_t end = kMaxNameBytes;
-    while ((static_cast<unsigned char>(view[end]) & 0xC0U) == 0x80U) {
-        --end; // within a character
-    }
-    return std::string(view.substr(0, end)) + "...";
+    const std::string_view shown = text::beginningOf(text.view(), kMaxNameBytes);
+    return std::string(shown) + (shown.size() == text.view().size() ? "" : "...");
 }
 
 std::string listed(const Array<String>& names) {
@@ -155,4 +151,4 @@ CertificateRefusal refusalByFingerprint(const X509& certificate, const Fingerpri
             "its fingerprint is " + std::string(facts.fingerprint.view()) + " and not " + accepted.text()};
 }
 
-} // namespace Pegasus::http
+} // namespace Pegasus::tls

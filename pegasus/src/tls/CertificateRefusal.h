@@ -9,7 +9,7 @@
 
 #include <string>
 
-namespace Pegasus::http {
+namespace Pegasus::tls {
 
 /// Why a certificate of a server was refused: for programs, and for people as what comes after "the server's
 /// certificate was refused: ".
@@ -19,7 +19,7 @@ struct CertificateRefusal {
 };
 
 /// What OpenSSL's check found: an error (X509_V_ERR_...) of a certificate that stands so many steps above the server's.
-CertificateRefusal refusalByCheck(int error, int depth, const X509& certificate, const Endpoint& endpoint);
+CertificateRefusal refusalByCheck(int error, int depth, const X509& certificate, const http::Endpoint& endpoint);
 
 /// The caller's callback refused what the check had accepted.
 CertificateRefusal refusalByCallback(const X509& certificate);
@@ -27,4 +27,4 @@ CertificateRefusal refusalByCallback(const X509& certificate);
 /// The server's certificate is another one than the one that is accepted.
 CertificateRefusal refusalByFingerprint(const X509& certificate, const Fingerprint& accepted);
 
-} // namespace Pegasus::http
+} // namespace Pegasus::tls

@@ -9,7 +9,7 @@
 #include <openssl/pem.h>
 #include <openssl/ssl.h>
 
-namespace Pegasus::http {
+namespace Pegasus::tls {
 
 namespace {
 
@@ -75,4 +75,4 @@ void loadClientCertificate(SSL_CTX& context, const std::string& certPath, const 
     useKey(context, PemFile(kKey, keyPath.empty() ? certPath : keyPath), certificate);
 }
 
-} // namespace Pegasus::http
+} // namespace Pegasus::tls

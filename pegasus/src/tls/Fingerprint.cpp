@@ -1,5 +1,6 @@
 #include "tls/Fingerprint.h"
 
+#include "text/Hexadecimal.h"
 #include "tls/CertificateFacts.h"
 
 #include <Pegasus/Common/Exception.h>
@@ -10,11 +11,10 @@
 #include <cstddef>
 #include <new>
 
-namespace Pegasus::http {
+namespace Pegasus::tls {
 
 namespace {
 
-constexpr std::string_view kDigits = "0123456789ABCDEF";
 constexpr unsigned kBits = 4; // of a digit
 
 [[noreturn]] void failParsing(std::string_view text) {
@@ -26,12 +26,12 @@ constexpr unsigned kBits = 4; // of a digit
 /// Takes a digit from the front.
 unsigned takeDigit(std::string_view& rest, std::string_view text) {
     const char c = rest.empty() ? '\0' : rest.front();
-    const std::size_t digit = kDigits.find(c >= 'a' && c <= 'f' ? static_cast<char>(c - 'a' + 'A') : c);
-    if (digit == std::string_view::npos) {
+    const auto number = text::hexNumber(c);
+    if (!number) {
         failParsing(text);
     }
     rest.remove_prefix(1);
-    return static_cast<unsigned>(digit);
+    return *number;
 }
 
 } // namespace
@@ -61,10 +61,9 @@ std::string Fingerprint::text() const {
     std::string text;
     for (const unsigned char byte : bytes_) {
         text += text.empty() ? "" : ":";
-        text += kDigits[byte >> kBits];
-        text += kDigits[byte & 0xFU];
+        text::appendHex(byte, text);
     }
     return text;
 }
 
-} // namespace Pegasus::http
+} // namespace Pegasus::tls

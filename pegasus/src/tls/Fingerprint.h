@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace Pegasus::http {
+namespace Pegasus::tls {
 
 /// The SHA-256 of a certificate.
 class Fingerprint {
@@ -28,4 +28,4 @@ class Fingerprint {
     std::array<unsigned char, kBytes> bytes_{};
 };
 
-} // namespace Pegasus::http
+} // namespace Pegasus::tls

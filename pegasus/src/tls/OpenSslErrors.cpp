@@ -2,7 +2,7 @@
 
 #include <openssl/err.h>
 
-namespace Pegasus::http {
+namespace Pegasus::tls {
 
 std::string openSslText(unsigned long code) {
     const char* const reason = ERR_reason_error_string(code);
@@ -15,4 +15,4 @@ std::string takeOpenSslError() {
     return openSslText(code);
 }
 
-} // namespace Pegasus::http
+} // namespace Pegasus::tls

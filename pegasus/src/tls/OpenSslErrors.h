@@ -2,12 +2,12 @@
 
 #include <string>
 
-namespace Pegasus::http {
+namespace Pegasus::tls {
 
 /// What OpenSSL says of one of its error codes.
 std::string openSslText(unsigned long code);
 
-/// The same of what went wrong last in this thread, which is forgotten.
+/// What OpenSSL says of the last error in this thread, which it forgets then.
 std::string takeOpenSslError();
 
-} // namespace Pegasus::http
+} // namespace Pegasus::tls

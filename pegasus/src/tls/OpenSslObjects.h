@@ -6,7 +6,7 @@
 
 #include <memory>
 
-namespace Pegasus::http {
+namespace Pegasus::tls {
 
 /// Frees an object of OpenSSL by the function that OpenSSL has for it.
 template <auto Free>
@@ -23,4 +23,4 @@ using KeyPtr = std::unique_ptr<EVP_PKEY, Freeing<&EVP_PKEY_free>>;
 using SessionPtr = std::unique_ptr<SSL_SESSION, Freeing<&SSL_SESSION_free>>;
 using OpenSslContextPtr = std::unique_ptr<SSL_CTX, Freeing<&SSL_CTX_free>>;
 
-} // namespace Pegasus::http
+} // namespace Pegasus::tls

@@ -4,7 +4,13 @@
 
 #include <memory>
 
-namespace Pegasus::http {
+namespace Pegasus::tls {
+
+using http::Channel;
+using http::ConnectTime;
+using http::Endpoint;
+using http::TlsClient;
+using http::TlsTransport;
 
 namespace {
 
@@ -33,9 +39,9 @@ class OpenSslTransport : public TlsTransport {
 
 } // namespace
 
-} // namespace Pegasus::http
+} // namespace Pegasus::tls
 
 extern "C" const Pegasus::http::TlsTransport* PegasusTlsTransport() {
-    static const Pegasus::http::OpenSslTransport transport;
+    static const Pegasus::tls::OpenSslTransport transport;
     return &transport;
 }

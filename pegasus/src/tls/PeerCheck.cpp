@@ -14,7 +14,9 @@
 #include <ctime>
 #include <string>
 
-namespace Pegasus::http {
+namespace Pegasus::tls {
+
+using http::Endpoint;
 
 namespace {
 
@@ -148,4 +150,4 @@ bool PeerCheck::askCallback(bool preverified, X509_STORE_CTX& store) const {
     return callback_(info);
 }
 
-} // namespace Pegasus::http
+} // namespace Pegasus::tls

@@ -11,13 +11,14 @@
 #include <exception>
 #include <optional>
 
-namespace Pegasus::http {
+namespace Pegasus::tls {
 
 /// The check of one server's certificates. Must outlive the handshake of the session that it is attached to.
 class PeerCheck {
   public:
     /// With a fingerprint, that decides alone.
-    PeerCheck(const SSLContext& settings, const std::optional<Fingerprint>& fingerprint, const Endpoint& endpoint);
+    PeerCheck(const SSLContext& settings, const std::optional<Fingerprint>& fingerprint,
+              const http::Endpoint& endpoint);
     PeerCheck(const PeerCheck&) = delete;
     PeerCheck& operator=(const PeerCheck&) = delete;
 
@@ -41,7 +42,7 @@ class PeerCheck {
     bool accept(bool preverified, X509_STORE_CTX& store);
     bool askCallback(bool preverified, X509_STORE_CTX& store) const;
 
-    const Endpoint& endpoint_;
+    const http::Endpoint& endpoint_;
     const bool verify_;
     SSLCertificateVerifyFunction* const callback_;
     const std::optional<Fingerprint> fingerprint_;
@@ -49,4 +50,4 @@ class PeerCheck {
     std::exception_ptr failure_;
 };
 
-} // namespace Pegasus::http
+} // namespace Pegasus::tls

@@ -13,7 +13,9 @@
 #include <new>
 #include <utility>
 
-namespace Pegasus::http {
+namespace Pegasus::tls {
+
+using http::systemError;
 
 PemFile::PemFile(std::string what, std::string path) : what_(std::move(what)), path_(std::move(path)) {
     const std::unique_ptr<std::FILE, Freeing<&std::fclose>> file(std::fopen(path_.c_str(), "re"));
@@ -45,4 +47,4 @@ int PemFile::refusePassphrase(char* /*buffer*/, int /*size*/, int /*isForWriting
     return -1;
 }
 
-} // namespace Pegasus::http
+} // namespace Pegasus::tls

@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace Pegasus::http {
+namespace Pegasus::tls {
 
 /// A file with certificates and keys, as text, in memory.
 class PemFile {
@@ -32,4 +32,4 @@ class PemFile {
     std::string content_;
 };
 
-} // namespace Pegasus::http
+} // namespace Pegasus::tls

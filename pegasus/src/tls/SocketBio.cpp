@@ -7,7 +7,7 @@
 #include <cerrno>
 #include <cstddef>
 
-namespace Pegasus::http {
+namespace Pegasus::tls {
 
 bool SocketBio::attachTo(SSL& session) {
     BIO* const bio = method() != nullptr ? BIO_new(method()) : nullptr;
@@ -63,4 +63,4 @@ const BIO_METHOD* SocketBio::method() {
     return method;
 }
 
-} // namespace Pegasus::http
+} // namespace Pegasus::tls

@@ -3,10 +3,10 @@
 #include <openssl/bio.h>
 #include <openssl/types.h>
 
-namespace Pegasus::http {
+namespace Pegasus::tls {
 
-/// OpenSSL's way to a socket that does not block. Unlike OpenSSL's own it never raises SIGPIPE, which would end the
-/// host, and it remembers how the connection ended.
+/// A BIO of OpenSSL for a socket that does not block. Unlike OpenSSL's own it never raises SIGPIPE, which would end the
+/// host, and it keeps how the connection ended.
 class SocketBio {
   public:
     /// The socket must outlive the object.
@@ -35,4 +35,4 @@ class SocketBio {
     int error_ = 0;
 };
 
-} // namespace Pegasus::http
+} // namespace Pegasus::tls

@@ -1,7 +1,7 @@
 #include "tls/TlsChannel.h"
 
+#include "errors/Marked.h"
 #include "http/SystemError.h"
-#include "model/Marked.h"
 #include "tls/OpenSslErrors.h"
 
 #include <Pegasus/Common/Exception.h>
@@ -14,7 +14,14 @@
 #include <exception>
 #include <utility>
 
-namespace Pegasus::http {
+namespace Pegasus::tls {
+
+using http::ConnectionLost;
+using http::ConnectTime;
+using http::Deadline;
+using http::Endpoint;
+using http::systemError;
+using http::TcpChannel;
 
 namespace {
 
@@ -143,7 +150,7 @@ void TlsChannel::failHandshake(const std::string& what) const {
         std::rethrow_exception(check_.failure());
     }
     if (const auto& refusal = check_.refusal()) {
-        throw detail::Marked<SSLException, CertificateRefused>(
+        throw errors::Marked<SSLException, CertificateRefused>(
             String(endpoint().text() + ": the server's certificate was refused: " + refusal->text), refusal->mark);
     }
     if (refusesClientCertificate()) {
@@ -169,4 +176,4 @@ void TlsChannel::failForClientCertificate() const {
 
 void TlsChannel::fail(const std::string& what) const { throw SSLException(String(endpoint().text() + ": " + what)); }
 
-} // namespace Pegasus::http
+} // namespace Pegasus::tls

@@ -12,17 +12,17 @@
 #include <string>
 #include <string_view>
 
-namespace Pegasus::http {
+namespace Pegasus::tls {
 
 /// A TCP connection with TLS on top. It is never ended with TLS's closing alert: a child process that drops its copy
 /// would end the session of its parent, and for HTTP the alert adds nothing to what the answers say of their ends.
-class TlsChannel : public TcpChannel {
+class TlsChannel : public http::TcpChannel {
   public:
     /// Connects. Throws like TcpChannel, and SSLException.
-    TlsChannel(const Endpoint& endpoint, std::shared_ptr<TlsContext> context, const ConnectTime& time);
+    TlsChannel(const http::Endpoint& endpoint, std::shared_ptr<TlsContext> context, const http::ConnectTime& time);
 
     /// Before all else, once. Throws SSLException or ConnectionTimeoutException.
-    void shakeHands(const Deadline& deadline);
+    void shakeHands(const http::Deadline& deadline);
 
     bool hasInput() override;
 
@@ -55,4 +55,4 @@ class TlsChannel : public TcpChannel {
     unsigned long error_ = 0; // of OpenSSL, where it was OpenSSL that failed
 };
 
-} // namespace Pegasus::http
+} // namespace Pegasus::tls

@@ -12,7 +12,7 @@
 
 #include <string>
 
-namespace Pegasus::http {
+namespace Pegasus::tls {
 
 namespace {
 
@@ -49,7 +49,7 @@ OpenSslContextPtr makeContext(const SSLContext& settings) {
     SSL_CTX_set_mode(context.get(), SSL_MODE_ENABLE_PARTIAL_WRITE | SSL_MODE_RELEASE_BUFFERS);
     SSL_CTX_set_read_ahead(context.get(), 1); // a record with its header, or several, by one call of the system
     PeerCheck::useFor(*context);
-    SessionMemory::useFor(*context);
+    SessionCache::useFor(*context);
     loadFiles(*context, settings);
     return context;
 }
@@ -64,4 +64,4 @@ std::optional<Fingerprint> fingerprintOf(const SSLContext& settings) {
 TlsContext::TlsContext(const SSLContext& settings)
     : settings_(settings), fingerprint_(fingerprintOf(settings)), openSsl_(makeContext(settings)) {}
 
-} // namespace Pegasus::http
+} // namespace Pegasus::tls

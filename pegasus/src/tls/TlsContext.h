@@ -2,13 +2,13 @@
 
 #include "tls/Fingerprint.h"
 #include "tls/OpenSslObjects.h"
-#include "tls/SessionMemory.h"
+#include "tls/SessionCache.h"
 
 #include <Pegasus/Common/SSLContext.h>
 
 #include <optional>
 
-namespace Pegasus::http {
+namespace Pegasus::tls {
 
 /// What all connections of one client to one server share: what it was told, and OpenSSL's side of that.
 class TlsContext {
@@ -20,13 +20,13 @@ class TlsContext {
     const SSLContext& settings() const { return settings_; }
     const std::optional<Fingerprint>& fingerprint() const { return fingerprint_; }
     SSL_CTX& openSsl() const { return *openSsl_; }
-    SessionMemory& sessions() { return sessions_; }
+    SessionCache& sessions() { return sessions_; }
 
   private:
     const SSLContext settings_;
     const std::optional<Fingerprint> fingerprint_;
     const OpenSslContextPtr openSsl_;
-    SessionMemory sessions_;
+    SessionCache sessions_;
 };
 
-} // namespace Pegasus::http
+} // namespace Pegasus::tls

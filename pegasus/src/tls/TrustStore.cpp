@@ -17,7 +17,7 @@
 #include <utility>
 #include <vector>
 
-namespace Pegasus::http {
+namespace Pegasus::tls {
 
 namespace {
 
@@ -117,4 +117,4 @@ void loadTrustStore(SSL_CTX& context, const std::string& path) {
     }
 }
 
-} // namespace Pegasus::http
+} // namespace Pegasus::tls

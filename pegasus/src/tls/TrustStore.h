@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace Pegasus::http {
+namespace Pegasus::tls {
 
 /// Trusts the certificates at a path: of a PEM file; or of a folder. In a folder where any file has the hash of a name
 /// as its own name (openssl rehash), certificates are looked up by that, and read when they are needed; of any other,
@@ -12,4 +12,4 @@ namespace Pegasus::http {
 /// something cannot be read.
 void loadTrustStore(SSL_CTX& context, const std::string& path);
 
-} // namespace Pegasus::http
+} // namespace Pegasus::tls

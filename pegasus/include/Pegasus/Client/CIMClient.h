@@ -95,7 +95,7 @@ class CIMClient {
     /// them. Throws AlreadyConnectedException, InvalidLocatorException when the host cannot be resolved,
     /// CannotConnectException when nothing listens there, ConnectionTimeoutException.
     void connect(const String& host, Uint32 port, const String& user, const String& password);
-    /// The same with TLS. Throws SSLException, too; so does an operation whose server refuses the client's certificate.
+    /// Opens it with TLS. Throws SSLException, too, as an operation does whose server refuses the client's certificate.
     void connect(const String& host, Uint32 port, const SSLContext& sslContext, const String& user,
                  const String& password);
     /// Closes the connection; does nothing without one.
@@ -112,7 +112,7 @@ class CIMClient {
                                      Boolean deepInheritance = false, Boolean localOnly = true,
                                      Boolean includeQualifiers = true, Boolean includeClassOrigin = false);
 
-    /// The same, with no more than the names.
+    /// The names of the classes that enumerateClasses() returns.
     Array<CIMName> enumerateClassNames(const CIMNamespaceName& nameSpace, const CIMName& className = CIMName(),
                                        Boolean deepInheritance = false);
 
@@ -130,7 +130,7 @@ class CIMClient {
                                           Boolean includeQualifiers = false, Boolean includeClassOrigin = false,
                                           const CIMPropertyList& propertyList = CIMPropertyList());
 
-    /// The same, with no more than the paths: class names and keys.
+    /// The paths of the instances that enumerateInstances() returns: class names and keys.
     Array<CIMObjectPath> enumerateInstanceNames(const CIMNamespaceName& nameSpace, const CIMName& className);
 
     /// The objects at the other end of the associations of an object: instances for an instance, classes for a class
@@ -145,7 +145,7 @@ class CIMClient {
                                  Boolean includeQualifiers = false, Boolean includeClassOrigin = false,
                                  const CIMPropertyList& propertyList = CIMPropertyList());
 
-    /// The same, with no more than the paths.
+    /// The paths of the objects that associators() returns.
     Array<CIMObjectPath> associatorNames(const CIMNamespaceName& nameSpace, const CIMObjectPath& objectName,
                                          const CIMName& assocClass = CIMName(), const CIMName& resultClass = CIMName(),
                                          const String& role = String::EMPTY, const String& resultRole = String::EMPTY);
@@ -157,7 +157,7 @@ class CIMClient {
                                 Boolean includeQualifiers = false, Boolean includeClassOrigin = false,
                                 const CIMPropertyList& propertyList = CIMPropertyList());
 
-    /// The same, with no more than the paths.
+    /// The paths of the associations that references() returns.
     Array<CIMObjectPath> referenceNames(const CIMNamespaceName& nameSpace, const CIMObjectPath& objectName,
                                         const CIMName& resultClass = CIMName(), const String& role = String::EMPTY);
 

@@ -17,7 +17,7 @@ struct ClientOpPerformanceData {
     Uint64 responseSize;
 };
 
-/// Hears of each operation whose answer was complete, be it an error that the server reports.
+/// Is told of each operation whose answer was complete, be it an error that the server reports.
 class ClientOpPerformanceDataHandler {
   public:
     virtual ~ClientOpPerformanceDataHandler() = default;

@@ -65,7 +65,7 @@ class SSLContext {
     /// numbers. An empty text means "none".
     SSLContext(const String& trustStore, SSLCertificateVerifyFunction* verify,
                const String& randomFile = String::EMPTY);
-    /// The same with the client's own certificate, for servers that ask for one: PEM files. Behind the certificate may
+    /// With the client's own certificate as well, for servers that ask for one: PEM files. Behind the certificate may
     /// stand those of its authorities, which are shown, too. The key may stand in `certPath` as well; `keyPath` is then
     /// empty. It must not be encrypted: nobody is asked for a passphrase.
     SSLContext(const String& trustStore, const String& certPath, const String& keyPath,

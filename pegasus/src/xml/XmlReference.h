@@ -1,0 +1,16 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace Pegasus::xml {
+
+/// The length of "&#1114111;". Longer ones are not accepted.
+constexpr std::size_t kLongestReference = 10;
+
+/// The character that a reference stands for, given with its '&' and ';': one of XML's five entities, or a character in
+/// base 10 or 16, which may be none that is accepted. Throws DecodingError for every other text.
+std::uint32_t characterOf(std::string_view reference);
+
+} // namespace Pegasus::xml
