@@ -3,6 +3,7 @@
 #include "commands/IncidentReport.h"
 #include "commands/ListingWriter.h"
 #include "connection/Session.h"
+#include "output/ClassJson.h"
 #include "output/DefinitionListing.h"
 #include "output/MofWriter.h"
 

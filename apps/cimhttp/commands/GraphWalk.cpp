@@ -34,7 +34,7 @@ void GraphWalk::Run(const TCIMReference& start, std::size_t depth) {
             Ask(i);
         }
     }
-    graph_.is_complete = !isCut_ && failureCount_ == 0;
+    graph_.isComplete = !isCut_ && failureCount_ == 0;
 }
 
 /// A path without keys is that of a class.

@@ -4,6 +4,7 @@
 #include "commands/ListingWriter.h"
 #include "output/InstanceJson.h"
 #include "output/InstanceRecords.h"
+#include "output/Json.h"
 #include "output/MofWriter.h"
 #include "output/PropertySelector.h"
 #include "output/ValueTexts.h"
@@ -28,24 +29,28 @@ PropertySelector SelectorOf(const InstanceSelection& selection, Order order) {
 class JsonSink : public InstanceSink {
   public:
     JsonSink(const InstanceSelection& selection, const ValueTexts& texts, const CommandContext& context)
-        : json_(SelectorOf(selection, Order::kByName), texts, selection.nameSpace), output_(context.output) {}
+        : json_(SelectorOf(selection, Order::kByName), texts, selection.nameSpace),
+          output_(context.output),
+          lines_(context.output) {}
 
     void Add(const Instances& instances) override {
         for (const auto& instance : instances) {
             text_.clear();
             json_.Append(*instance, text_);
-            output_ << separator_ << text_;
-            separator_ = ",\n";
+            lines_.Next() << text_;
         }
     }
 
-    void End() override { output_ << (*separator_ == '[' ? "[" : "") << "\n]\n"; }
+    void End() override {
+        lines_.End();
+        output_ << '\n';
+    }
 
   private:
     InstanceJson json_;
     std::ostream& output_;
+    JsonLines lines_;
     std::string text_;
-    const char* separator_ = "[\n";
 };
 
 class MofSink : public InstanceSink {

@@ -68,7 +68,7 @@ void WriteKeyTable(const std::vector<TCIMReference>& paths, const CommandContext
 void WriteKeys(const std::vector<TCIMReference>& paths, OutputFormat format, const CommandContext& context) {
     switch (format) {
     case OutputFormat::kJson:
-        context.output << KeysJson(paths) << '\n';
+        WriteKeysJson(paths, context.output);
         break;
     case OutputFormat::kCsv:
         WriteListing(KeyListing(paths, true), format, context);

@@ -28,17 +28,16 @@ std::string MemberName(std::string heading) {
 }
 
 void WriteJson(const Listing& listing, std::ostream& output) {
-    output << '[';
-    const char* separator = "\n";
+    JsonLines lines(output);
     for (const auto& row : listing.Rows()) {
         JsonObject object;
         for (std::size_t i = 0; i < row.size(); ++i) {
             object.Add(MemberName(listing.Columns()[i].heading), JsonValue(row[i].value));
         }
-        output << separator << object.Text();
-        separator = ",\n";
+        lines.Next() << object.Text();
     }
-    output << "\n]\n";
+    lines.End();
+    output << '\n';
 }
 
 bool IsSpecial(char character) {

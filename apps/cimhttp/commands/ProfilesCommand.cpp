@@ -36,21 +36,19 @@ Cell CellOf(const std::optional<std::vector<std::string>>& paths, OutputFormat f
 }
 
 void WriteJson(const std::vector<RegisteredProfile>& profiles, std::ostream& output) {
-    output << '[';
-    const char* separator = "\n";
+    JsonLines lines(output);
     for (const RegisteredProfile& profile : profiles) {
-        output << separator
-               << JsonObject()
-                      .Add("organization", JsonOrNull(profile.organization))
-                      .Add("name", JsonOrNull(profile.name))
-                      .Add("version", JsonOrNull(profile.version))
-                      .Add("path", JsonText(profile.path))
-                      .Add("central_instances",
-                           profile.centralInstances ? JsonTexts(*profile.centralInstances) : "null")
-                      .Text();
-        separator = ",\n";
+        lines.Next() << JsonObject()
+                            .Add("organization", JsonOrNull(profile.organization))
+                            .Add("name", JsonOrNull(profile.name))
+                            .Add("version", JsonOrNull(profile.version))
+                            .Add("path", JsonText(profile.path))
+                            .Add("central_instances",
+                                 profile.centralInstances ? JsonTexts(*profile.centralInstances) : "null")
+                            .Text();
     }
-    output << "\n]\n";
+    lines.End();
+    output << '\n';
 }
 
 Listing ListingOf(const std::vector<RegisteredProfile>& profiles, OutputFormat format) {

@@ -109,16 +109,13 @@ std::string EdgeJson(const Edge& edge) {
         .Text();
 }
 
-/// An array with an element a line.
 template <typename Element, typename Json>
-std::string Lines(const std::vector<Element>& elements, const Json& json) {
-    std::string lines = "[";
-    const char* separator = "\n";
+void WriteLines(const std::vector<Element>& elements, const Json& json, std::ostream& output) {
+    JsonLines lines(output);
     for (const Element& element : elements) {
-        lines += separator + json(element);
-        separator = ",\n";
+        lines.Next() << json(element);
     }
-    return lines + "\n]";
+    lines.End();
 }
 
 /// A string of dot, in which backslashes begin escapes and ampersands names of characters.
@@ -138,9 +135,11 @@ std::string DotText(std::string_view text) {
 void WriteTree(const ObjectGraph& graph, std::ostream& output) { TreeWriter(graph, output).Write(); }
 
 void WriteGraphJson(const ObjectGraph& graph, std::ostream& output) {
-    output << "{\"objects\":" << Lines(graph.objects, ObjectJson)
-           << ",\n\"associations\":" << Lines(graph.edges, EdgeJson)
-           << ",\n\"complete\":" << (graph.is_complete ? "true" : "false") << "}\n";
+    output << "{\"objects\":";
+    WriteLines(graph.objects, ObjectJson, output);
+    output << ",\n\"associations\":";
+    WriteLines(graph.edges, EdgeJson, output);
+    output << ",\n\"complete\":" << JsonValue(graph.isComplete) << "}\n";
 }
 
 void WriteDot(const ObjectGraph& graph, std::ostream& output) {

@@ -7,6 +7,7 @@
 #include <array>
 #include <cmath>
 #include <cstdio>
+#include <ostream>
 
 namespace cimhttp {
 
@@ -151,9 +152,23 @@ JsonObject& JsonObject::Add(std::string_view name, std::string_view json) {
     return *this;
 }
 
+JsonObject& JsonObject::AddMembers(std::string_view members) {
+    text_ += text_.empty() ? '{' : ',';
+    text_ += members;
+    return *this;
+}
+
 void JsonArray::Add(std::string_view json) {
     text_ += text_.empty() ? '[' : ',';
     text_ += json;
 }
+
+std::ostream& JsonLines::Next() {
+    output_ << (isEmpty_ ? "[\n" : ",\n");
+    isEmpty_ = false;
+    return output_;
+}
+
+void JsonLines::End(const char* end) { output_ << (isEmpty_ ? "[" : "") << end; }
 
 } // namespace cimhttp

@@ -5,6 +5,7 @@
 #include "text/Pattern.h"
 
 #include <algorithm>
+#include <ostream>
 #include <utility>
 
 namespace cimhttp {
@@ -65,12 +66,13 @@ Listing KeyListing(const std::vector<TCIMReference>& paths, bool hasClass) {
     return listing;
 }
 
-std::string KeysJson(const std::vector<TCIMReference>& paths) {
-    std::string json = "[";
+void WriteKeysJson(const std::vector<TCIMReference>& paths, std::ostream& output) {
+    JsonLines lines(output);
     for (const TCIMReference& path : paths) {
-        json += (json.size() == 1 ? "\n" : ",\n") + KeysJson(path);
+        lines.Next() << KeysJson(path);
     }
-    return json + "\n]";
+    lines.End();
+    output << '\n';
 }
 
 bool HaveSeveralClasses(const std::vector<TCIMReference>& paths) {

@@ -6,11 +6,11 @@
 #include "host/ICIMProperty.h"
 #include "host/ICIMPropertyDecl.h"
 #include "output/MofText.h"
+#include "output/QualifierMeaning.h"
 #include "text/NameOrder.h"
 #include "text/Pattern.h"
 #include "text/TerminalText.h"
 
-#include <algorithm>
 #include <map>
 
 namespace cimhttp {
@@ -130,12 +130,6 @@ class ClassWriter {
                 add(method.origin, MethodSignature(method));
             }
         }
-    }
-
-    static bool IsKey(const RemoteProperty& property) {
-        return std::any_of(property.qualifiers.begin(), property.qualifiers.end(), [](const auto& qualifier) {
-            return IsSameName(qualifier.name, "Key") && qualifier.value == TCIMValue(true);
-        });
     }
 
     static std::string Comment(const std::string& feature) {
