@@ -1,12 +1,10 @@
-#include "output/TextTable.h"
-
 #include "Options.h"
 #include "commands/Command.h"
 #include "commands/ListingWriter.h"
 #include "host/TCIMReference.h"
 #include "host/TCIMValue.h"
 #include "output/Listing.h"
-#include "output/TextList.h"
+#include "output/ListingText.h"
 #include "text/FoldedName.h"
 #include "text/TerminalText.h"
 

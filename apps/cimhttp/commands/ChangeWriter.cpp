@@ -5,8 +5,8 @@
 #include "commands/Command.h"
 #include "output/InstanceJson.h"
 #include "output/Json.h"
-#include "output/NullText.h"
 #include "output/TimeText.h"
+#include "table/TableCell.h"
 #include "text/TerminalText.h"
 
 #include <ostream>

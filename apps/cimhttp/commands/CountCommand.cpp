@@ -6,9 +6,9 @@
 #include "commands/IncidentReport.h"
 #include "commands/ListingWriter.h"
 #include "output/Listing.h"
-#include "output/NullText.h"
 #include "selection/RowLimit.h"
 #include "selection/SortOrder.h"
+#include "table/TableCell.h"
 #include "text/Pattern.h"
 #include "text/TerminalText.h"
 

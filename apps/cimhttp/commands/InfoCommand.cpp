@@ -13,7 +13,7 @@
 #include "output/InstanceProperties.h"
 #include "output/Json.h"
 #include "output/Listing.h"
-#include "output/TextList.h"
+#include "output/ListingText.h"
 #include "output/ValueTexts.h"
 
 #include <chrono>

@@ -7,7 +7,7 @@
 #include "host/ICIMInstance.h"
 #include "host/ICIMPropertyDecl.h"
 #include "output/KeyListing.h"
-#include "output/TextTable.h"
+#include "output/ListingText.h"
 #include "output/ValueTexts.h"
 #include "selection/KeyValue.h"
 #include "selection/ValuePlace.h"

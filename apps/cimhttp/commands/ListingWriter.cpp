@@ -4,8 +4,7 @@
 #include "commands/Command.h"
 #include "output/Json.h"
 #include "output/Listing.h"
-#include "output/TextList.h"
-#include "output/TextTable.h"
+#include "output/ListingText.h"
 #include "text/TerminalText.h"
 
 #include <algorithm>
@@ -103,7 +102,7 @@ std::string LeftOutColumns(const std::vector<std::string>& columns, const std::s
     return line;
 }
 
-void SayWhatIsLeftOut(const TableOmissions& leftOut, const char* wholeForm, const CommandContext& context) {
+void SayWhatIsLeftOut(const ListingOmissions& leftOut, const char* wholeForm, const CommandContext& context) {
     const std::string hint = std::string("; -o ") + wholeForm + " shows all";
     if (!leftOut.columns.empty()) {
         context.errors << LeftOutColumns(leftOut.columns, hint, context.options.width) << '\n';

@@ -2,7 +2,7 @@
 
 #include "host/TCIMValue.h"
 #include "output/Json.h"
-#include "output/NullText.h"
+#include "table/TableCell.h"
 
 #include <utility>
 

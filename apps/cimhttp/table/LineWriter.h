@@ -1,6 +1,6 @@
 #pragma once
 
-#include "output/Listing.h"
+#include "table/Column.h"
 
 #include <cstddef>
 #include <iosfwd>
@@ -19,7 +19,7 @@ class LineWriter {
     void Write(std::string_view text, Emphasis emphasis = Emphasis::kNone);
 
     /// Writes a text and blanks beside it, so that both take `width` columns.
-    void WritePadded(std::string_view text, std::size_t width, Listing::Align align, Emphasis emphasis);
+    void WritePadded(std::string_view text, std::size_t width, Column::Align align, Emphasis emphasis);
 
     void Skip(std::size_t columns) { blanks_ += columns; }
 

@@ -1,7 +1,7 @@
-#include "output/TableLayout.h"
+#include "table/TableLayout.h"
 
-#include "output/ColumnRanking.h"
-#include "output/TableTexts.h"
+#include "table/ColumnRanking.h"
+#include "table/TableTexts.h"
 #include "text/FoldedName.h"
 
 #include <algorithm>
@@ -18,11 +18,11 @@ constexpr std::size_t kSqueezedWidth = 4; // of columns that must stay whatever 
 constexpr std::size_t kMostLines = 3;     // over which texts of usual importance are folded, or few more
 
 bool IsKey(const TableTexts& texts, std::size_t column) {
-    return texts.Columns()[column].importance == Listing::Importance::kKey;
+    return texts.Columns()[column].importance == Column::Importance::kKey;
 }
 
 bool IsAsked(const TableTexts& texts, std::size_t column) {
-    return texts.Columns()[column].importance == Listing::Importance::kAsked;
+    return texts.Columns()[column].importance == Column::Importance::kAsked;
 }
 
 std::size_t LeastHeadingWidth(const TableTexts& texts, std::size_t column) {
@@ -33,7 +33,7 @@ std::size_t LeastHeadingWidth(const TableTexts& texts, std::size_t column) {
 /// Numbers are not folded.
 std::size_t LeastTextWidth(const TableTexts& texts, std::size_t column, std::size_t folded) {
     const std::size_t width = texts.TextWidth(column);
-    const bool is_number = texts.Columns()[column].align == Listing::Align::kRight;
+    const bool is_number = texts.Columns()[column].align == Column::Align::kRight;
     return is_number ? width : std::min(width, folded);
 }
 
@@ -43,7 +43,7 @@ std::size_t TightWidth(const TableTexts& texts, std::size_t column) {
 
 std::size_t ReadableWidth(const TableTexts& texts, std::size_t column) {
     const std::size_t forLines = (texts.TextWidth(column) + kMostLines - 1) / kMostLines;
-    const bool isUsual = texts.Columns()[column].importance == Listing::Importance::kUsual;
+    const bool isUsual = texts.Columns()[column].importance == Column::Importance::kUsual;
     const std::size_t folded = isUsual ? std::max(kFoldedWidth, forLines) : kFoldedWidth;
     return std::max(LeastHeadingWidth(texts, column), LeastTextWidth(texts, column, folded));
 }

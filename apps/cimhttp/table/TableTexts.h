@@ -1,6 +1,7 @@
 #pragma once
 
-#include "output/Listing.h"
+#include "table/Column.h"
+#include "table/TableCell.h"
 
 #include <cstddef>
 #include <string>
@@ -8,15 +9,23 @@
 
 namespace cimhttp {
 
-/// A listing as a table shows it: texts that are safe to show, and the columns of a terminal that they take.
+/// The texts of a table, safe to show, and the columns of a terminal that they take.
 class TableTexts {
   public:
-    /// The listing must live as long.
-    explicit TableTexts(const Listing& listing);
+    struct Text {
+        std::string text;
+        bool isNull; ///< the text stands for null
+    };
 
-    const std::vector<Listing::Column>& Columns() const { return columns_; }
+    /// A table without rows. The columns must live as long.
+    explicit TableTexts(const std::vector<Column>& columns);
+
+    /// `row` must have as many cells as there are columns.
+    void AddRow(const std::vector<TableCell>& row);
+
+    const std::vector<Column>& Columns() const { return columns_; }
     const std::vector<std::string>& Headings() const { return headings_; }
-    const std::vector<std::vector<std::string>>& Rows() const { return rows_; }
+    const std::vector<std::vector<Text>>& Rows() const { return rows_; }
 
     std::size_t HeadingWidth(std::size_t column) const { return headingWidths_[column]; }
 
@@ -27,9 +36,9 @@ class TableTexts {
     bool HasCutTexts() const { return hasCutTexts_; }
 
   private:
-    const std::vector<Listing::Column>& columns_;
+    const std::vector<Column>& columns_;
     std::vector<std::string> headings_;
-    std::vector<std::vector<std::string>> rows_;
+    std::vector<std::vector<Text>> rows_;
     std::vector<std::size_t> headingWidths_;
     std::vector<std::size_t> widths_;
     bool hasCutTexts_ = false;

@@ -1,6 +1,6 @@
-#include "output/ColumnRanking.h"
+#include "table/ColumnRanking.h"
 
-#include "output/TableTexts.h"
+#include "table/TableTexts.h"
 
 #include <algorithm>
 #include <numeric>
@@ -19,7 +19,7 @@ std::size_t CountDifferent(const TableTexts& texts, std::size_t column) {
     std::vector<std::string_view> sorted;
     sorted.reserve(texts.Rows().size());
     for (const auto& row : texts.Rows()) {
-        sorted.emplace_back(row[column]);
+        sorted.emplace_back(row[column].text);
     }
     std::sort(sorted.begin(), sorted.end());
     return static_cast<std::size_t>(std::unique(sorted.begin(), sorted.end()) - sorted.begin());
@@ -39,8 +39,8 @@ class DistinctColumns {
 
         bool operator()(std::size_t one, std::size_t other) const {
             const auto row = std::find_if(texts.Rows().begin(), texts.Rows().end(),
-                                          [&](const auto& cells) { return cells[one] != cells[other]; });
-            return row != texts.Rows().end() && (*row)[one] < (*row)[other];
+                                          [&](const auto& cells) { return cells[one].text != cells[other].text; });
+            return row != texts.Rows().end() && (*row)[one].text < (*row)[other].text;
         }
     };
 
@@ -52,20 +52,20 @@ enum class Merit { kNone, kConstant, kUsual, kHigh, kKey, kAsked };
 
 Merit MeritOf(const TableTexts& texts, std::size_t column, std::size_t different, bool isRepetition) {
     const auto importance = texts.Columns()[column].importance;
-    if (importance == Listing::Importance::kAsked) {
+    if (importance == Column::Importance::kAsked) {
         return Merit::kAsked;
     }
     const bool hasSeveralRows = texts.Rows().size() > 1;
     if (hasSeveralRows && different == 1) {
-        return importance == Listing::Importance::kHigh ? Merit::kConstant : Merit::kNone;
+        return importance == Column::Importance::kHigh ? Merit::kConstant : Merit::kNone;
     }
     if (hasSeveralRows && isRepetition) {
         return Merit::kNone;
     }
     switch (importance) {
-    case Listing::Importance::kKey:
+    case Column::Importance::kKey:
         return Merit::kKey;
-    case Listing::Importance::kHigh:
+    case Column::Importance::kHigh:
         return Merit::kHigh;
     default:
         return Merit::kUsual;

@@ -1,4 +1,4 @@
-#include "output/LineWriter.h"
+#include "table/LineWriter.h"
 
 #include "text/TerminalText.h"
 
@@ -29,12 +29,12 @@ void LineWriter::Write(std::string_view text, Emphasis emphasis) {
     blanks_ = text.size() - end;
 }
 
-void LineWriter::WritePadded(std::string_view text, std::size_t width, Listing::Align align, Emphasis emphasis) {
+void LineWriter::WritePadded(std::string_view text, std::size_t width, Column::Align align, Emphasis emphasis) {
     const std::size_t used = DisplayWidth(text);
     const std::size_t padding = used < width ? width - used : 0;
-    Skip(align == Listing::Align::kRight ? padding : 0);
+    Skip(align == Column::Align::kRight ? padding : 0);
     Write(text, emphasis);
-    Skip(align == Listing::Align::kLeft ? padding : 0);
+    Skip(align == Column::Align::kLeft ? padding : 0);
 }
 
 void LineWriter::End() {
