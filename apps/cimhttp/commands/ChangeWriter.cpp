@@ -8,6 +8,7 @@
 #include "output/TimeText.h"
 #include "table/TableCell.h"
 #include "text/TerminalText.h"
+#include "text/WordList.h"
 
 #include <ostream>
 
@@ -73,8 +74,7 @@ JsonObject Line(const char* change, std::optional<std::size_t> round = {}) {
 
 void ChangeWriter::Begin(const Instances& instances) const {
     if (!isJson_) {
-        context_.output << TimeOfDay() << "  " << instances.size()
-                        << (instances.size() == 1 ? " instance\n" : " instances\n");
+        context_.output << TimeOfDay() << "  " << Counted(instances.size(), "instance", "instances") << '\n';
     }
     for (const auto& instance : isJson_ ? instances : Instances()) {
         WriteJson(Line("present", 0).AddMembers(InstanceMembers(*instance, properties_)));

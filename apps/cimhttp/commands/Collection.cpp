@@ -1,12 +1,9 @@
 #include "commands/Collection.h"
 
-#include "host/ICIMClass.h"
-#include "host/ICIMInstance.h"
 #include "output/ClassJson.h"
 #include "output/InstanceJson.h"
 #include "output/Json.h"
 
-#include <optional>
 #include <ostream>
 
 namespace cimhttp {
@@ -16,7 +13,7 @@ namespace {
 // Only one instance at a time is built in memory.
 void WriteClass(const Collection::Class& cls, const ValueTexts& texts, std::ostream& output) {
     output << '{' << ClassMembersJson(*cls.definition) << ",\n\"instances\":";
-    InstanceJson instanceJson(PropertySelector(std::nullopt, PropertySelector::Order::kByName), texts);
+    InstanceJson instanceJson(PropertySelector(PropertySelector::Order::kByName), texts);
     std::string json;
     JsonLines lines(output);
     for (const auto& instance : cls.instances) {

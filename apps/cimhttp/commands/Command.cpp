@@ -1,5 +1,6 @@
 #include "commands/Command.h"
 
+#include "Failure.h"
 #include "Options.h"
 #include "connection/Connection.h"
 #include "connection/Plugin.h"
@@ -16,6 +17,16 @@ namespace cimhttp {
 
 OutputFormat CommandContext::Format(Command& command) const {
     return options.format.value_or(command.Describe().formats.front());
+}
+
+OutputFormat CommandContext::Format(Command& command, bool isWide) const {
+    if (!isWide) {
+        return Format(command);
+    }
+    if (options.format.value_or(OutputFormat::kCsv) != OutputFormat::kCsv) {
+        throw Failure(Failure::kUsage, "--wide is a form of csv, which need not be asked for");
+    }
+    return OutputFormat::kCsv;
 }
 
 Session CommandContext::Connect() const {

@@ -58,12 +58,16 @@ struct CommandContext {
     /// The form to write, which is one of those that the command describes; the first of them unless asked for.
     OutputFormat Format(Command& command) const;
 
+    /// The form to write by a command that may be told to be wide, which is a form of CSV that then need not be asked
+    /// for. Throws Failure(kUsage) when another one is.
+    OutputFormat Format(Command& command, bool isWide) const;
+
     /// A session with the server that the options name. The user may be asked whether to trust it, see Trusted(). Says
     /// on the error stream when the server is not verified, and when a password goes over the network in plain text.
     /// Throws Failure.
     Session Connect() const;
 
-    /// The same with another connection than the options'.
+    /// A session with another connection than the options'.
     Session ConnectTo(const Plugin& plugin, const Connection& connection) const;
     Session ConnectTo(const Plugin& plugin, const Connection& connection, const Attendant& attendant) const;
 

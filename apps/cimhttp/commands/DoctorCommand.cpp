@@ -1,6 +1,5 @@
-#include "commands/DoctorCommand.h"
-
 #include "Options.h"
+#include "commands/Commands.h"
 #include "commands/Diagnosis.h"
 #include "commands/ListingWriter.h"
 #include "connection/FailedConnect.h"
@@ -12,6 +11,7 @@
 #include "host/ICIMInstance.h"
 #include "output/Listing.h"
 #include "text/Pattern.h"
+#include "text/WordList.h"
 #include "waiting/Attendant.h"
 
 #include <netdb.h>
@@ -19,7 +19,6 @@
 #include <algorithm>
 #include <array>
 #include <set>
-#include <utility>
 
 namespace cimhttp {
 
@@ -60,11 +59,11 @@ std::string AddressText(const addrinfo& address) {
 }
 
 std::string AddressTexts(const HostAddresses& addresses) {
-    std::string texts;
+    std::vector<std::string> texts;
     for (const addrinfo* address = addresses.First(); address != nullptr; address = address->ai_next) {
-        texts += (texts.empty() ? "" : ", ") + AddressText(*address);
+        texts.push_back(AddressText(*address));
     }
-    return texts;
+    return Joined(texts);
 }
 
 std::string VerificationText(const Connection& connection) {
@@ -87,10 +86,6 @@ bool IsUnsupported(const RemoteFailure& failure) {
     return (failure.kind == Kind::kCimStatus && failure.cimStatus == kNotSupported) ||
            (failure.kind == Kind::kHttp &&
             (failure.httpStatus == kBadRequest || failure.httpStatus == kNotImplemented));
-}
-
-std::string Counted(std::size_t count, const char* one, const char* many) {
-    return std::to_string(count) + ' ' + (count == 1 ? one : many);
 }
 
 /// One visit. Each check that fails ends it, unless what comes next does not need it.
@@ -166,7 +161,7 @@ class Examination {
         try {
             classes_ = session_->ClassNames();
         } catch (const ServerFailure& failure) {
-            return Goes(failure, Since(begin));
+            return GoesOnAfter(failure, Since(begin));
         } catch (const Failure& failure) {
             diagnosis_.Fail(Diagnosis::kLogin, Since(begin), failure);
             return false;
@@ -178,7 +173,7 @@ class Examination {
     }
 
     /// Whether it goes on after the names of the classes could not be had.
-    bool Goes(const ServerFailure& failure, std::chrono::microseconds time) {
+    bool GoesOnAfter(const ServerFailure& failure, std::chrono::microseconds time) {
         const RemoteFailure& reason = failure.Reason();
         if (reason.kind == Kind::kTls) { // as some servers do that want to see a certificate
             diagnosis_.Fail(Diagnosis::kTls, time, failure);
@@ -307,24 +302,31 @@ class Examination {
     Diagnosis diagnosis_;
 };
 
+/// `doctor`: what works of all that reading a server needs, and what to try where something does not. The exit status
+/// is that of the first failure.
+class DoctorCommand : public Command {
+  public:
+    CommandDescription Describe() override {
+        return {"doctor",
+                "Check step by step what works of a server, and what to try",
+                {},
+                {},
+                {OutputFormat::kTable, OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv},
+                "cimhttp --host server.example --tls --user reader doctor",
+                kNotes};
+    }
+
+    int Run(const CommandContext& context) override {
+        const Connection connection = ConnectionOf(context.options);
+        const Attendant attendant = context.MakeAttendant();
+        const Diagnosis diagnosis = Examination(context, connection, attendant).Run();
+        WriteListing(diagnosis.AsListing(), context.Format(*this), context);
+        return diagnosis.ExitStatus();
+    }
+};
+
 } // namespace
 
-CommandDescription DoctorCommand::Describe() {
-    return {"doctor",
-            "Check step by step what works of a server, and what to try",
-            {},
-            {},
-            {OutputFormat::kTable, OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv},
-            "cimhttp --host server.example --tls --user reader doctor",
-            kNotes};
-}
-
-int DoctorCommand::Run(const CommandContext& context) {
-    const Connection connection = ConnectionOf(context.options);
-    const Attendant attendant = context.MakeAttendant();
-    const Diagnosis diagnosis = Examination(context, connection, attendant).Run();
-    WriteListing(diagnosis.AsListing(), context.Format(*this), context);
-    return diagnosis.ExitStatus();
-}
+std::unique_ptr<Command> MakeDoctorCommand() { return std::make_unique<DoctorCommand>(); }
 
 } // namespace cimhttp

@@ -1,21 +1,49 @@
 #include "commands/GraphWalk.h"
 
+#include "output/DisplayText.h"
 #include "output/ShortReferences.h"
+#include "text/WordList.h"
 
-#include <utility>
+#include <algorithm>
 
 namespace cimhttp {
 
 namespace {
 
 using NQORVYX20::TCIMReference;
+using NQORVYX20::TCIMValue;
 using State = ObjectGraph::State;
+
+constexpr char kSeparator = '\0'; // which no part has
+
+/// Names and hosts are the same in any letter case; beyond ASCII they are compared as they are.
+std::string LowerCase(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(), [](char letter) {
+        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+    });
+    return text;
+}
+
+/// A text that is the same for the paths of one object only, however their names are spelled.
+std::string IdentityOf(const TCIMReference& path) {
+    std::map<std::string, std::string> keys;
+    path.EnumerateKeyValues([&](const std::string& name, const TCIMValue& value) {
+        keys[LowerCase(name)] = PlainText(value);
+        return true;
+    });
+    std::string identity = LowerCase(path.GetHost()) + kSeparator + LowerCase(path.GetNamespaceName()) + kSeparator +
+                           LowerCase(path.GetClassName());
+    for (const auto& [name, value] : keys) {
+        identity += kSeparator + name + kSeparator + value;
+    }
+    return identity;
+}
 
 /// That of an association with its ends, since not every association names them by its keys.
 std::string IdentityOfLink(const RemoteLink& link) {
     std::string identity = IdentityOf(link.association);
     for (const RemoteLink::End& end : link.ends) {
-        identity += '\0' + end.role + '\0' + IdentityOf(end.object);
+        identity += kSeparator + end.role + kSeparator + IdentityOf(end.object);
     }
     return identity;
 }
@@ -100,8 +128,7 @@ std::string GraphWalk::Remark() const {
         remark = "there are more than " + std::to_string(kMostEdges) + " associations; the others are left out";
     }
     if (failureCount_ > 0) {
-        remark += (remark.empty() ? "" : "; ") + std::to_string(failureCount_) +
-                  (failureCount_ == 1 ? " object does" : " objects do") +
+        remark += (remark.empty() ? "" : "; ") + Counted(failureCount_, "object does", "objects do") +
                   " not tell what hangs together with it; the first: " + firstFailure_;
     }
     return remark;

@@ -6,13 +6,12 @@
 #include "output/Listing.h"
 #include "output/ListingText.h"
 #include "text/TerminalText.h"
+#include "text/WordList.h"
 
 #include <algorithm>
 #include <cctype>
 #include <ostream>
-#include <string>
 #include <string_view>
-#include <vector>
 
 namespace cimhttp {
 
@@ -88,8 +87,7 @@ void WriteRecords(const Listing& listing, bool isShown, std::ostream& output) {
 
 /// One line that names as many columns as it has room for.
 std::string LeftOutColumns(const std::vector<std::string>& columns, const std::string& hint, std::size_t width) {
-    std::string line = "cimhttp: " + std::to_string(columns.size()) +
-                       (columns.size() == 1 ? " column is" : " columns are") + " left out" + hint;
+    std::string line = "cimhttp: " + Counted(columns.size(), "column is", "columns are") + " left out" + hint;
     std::string names = "cimhttp: left out: ";
     for (std::size_t count = 1; count <= columns.size() && DisplayWidth(names) <= width; ++count) {
         names += (count == 1 ? "" : ", ") + columns[count - 1];
@@ -126,6 +124,23 @@ void WriteCsv(const Listing& listing, bool hasHeadings, const CommandContext& co
         WriteHeadings(listing, isShown, context.output);
     }
     WriteRecords(listing, isShown, context.output);
+}
+
+void WriteTexts(const char* heading, const std::vector<std::string>& texts, OutputFormat format,
+                const CommandContext& context) {
+    if (format == OutputFormat::kJson) {
+        context.output << JsonTexts(texts) << '\n';
+    } else if (format == OutputFormat::kCsv) {
+        Listing listing({{heading}});
+        for (const std::string& text : texts) {
+            listing.AddRow({text});
+        }
+        WriteCsv(listing, true, context);
+    } else {
+        for (const std::string& text : texts) {
+            context.output << Printable(text) << '\n';
+        }
+    }
 }
 
 void WriteListing(const Listing& listing, OutputFormat format, const CommandContext& context, const char* wholeForm) {

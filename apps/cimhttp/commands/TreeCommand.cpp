@@ -1,8 +1,7 @@
-#include "commands/TreeCommand.h"
-
 #include "Failure.h"
-#include "commands/IncidentReport.h"
+#include "commands/Commands.h"
 #include "commands/ListingWriter.h"
+#include "commands/Remarks.h"
 #include "connection/Session.h"
 #include "output/ClassTree.h"
 #include "output/Json.h"
@@ -98,33 +97,42 @@ std::vector<std::string> RootsOf(const ClassTree& tree, const std::string& name,
     return {found};
 }
 
+/// `tree [CLASS]`: the hierarchy of all classes, or of a class and those below it.
+class TreeCommand : public Command {
+  public:
+    CommandDescription Describe() override {
+        return {"tree",
+                "Draw the hierarchy of the server's classes",
+                {{"CLASS", "Only this class and those below it", false, &root_}},
+                {},
+                {OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv},
+                "cimhttp --host server.example tree CIM_LogicalElement"};
+    }
+
+    int Run(const CommandContext& context) override {
+        Session session = context.Connect();
+        const auto classes = session.Hierarchy();
+        const ClassTree tree(classes);
+        const auto roots = RootsOf(tree, root_, session.Place(), classes);
+        switch (context.Format(*this)) {
+        case OutputFormat::kJson:
+            WriteJson(tree, roots, context.output);
+            break;
+        case OutputFormat::kCsv:
+            WriteCsv(tree, roots, context);
+            break;
+        default:
+            Draw(tree, roots, context.output);
+        }
+        return ReportIncidents(session.TakeIncidents(), context);
+    }
+
+  private:
+    std::string root_;
+};
+
 } // namespace
 
-CommandDescription TreeCommand::Describe() {
-    return {"tree",
-            "Draw the hierarchy of the server's classes",
-            {{"CLASS", "Only this class and those below it", false, &root_}},
-            {},
-            {OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv},
-            "cimhttp --host server.example tree CIM_LogicalElement"};
-}
-
-int TreeCommand::Run(const CommandContext& context) {
-    Session session = context.Connect();
-    const auto classes = session.Hierarchy();
-    const ClassTree tree(classes);
-    const auto roots = RootsOf(tree, root_, session.Place(), classes);
-    switch (context.Format(*this)) {
-    case OutputFormat::kJson:
-        WriteJson(tree, roots, context.output);
-        break;
-    case OutputFormat::kCsv:
-        WriteCsv(tree, roots, context);
-        break;
-    default:
-        Draw(tree, roots, context.output);
-    }
-    return ReportIncidents(session.TakeIncidents(), context);
-}
+std::unique_ptr<Command> MakeTreeCommand() { return std::make_unique<TreeCommand>(); }
 
 } // namespace cimhttp

@@ -1,23 +1,13 @@
 #include "output/DefinitionListing.h"
 
+#include "output/DisplayText.h"
 #include "output/MofWriter.h"
 #include "output/QualifierMeaning.h"
+#include "text/WordList.h"
 
 namespace cimhttp {
 
 namespace {
-
-using NQORVYX20::TCIMValue;
-
-constexpr unsigned char kDecimal = 10;
-
-std::string Joined(const std::vector<std::string>& words, const char* separator = ", ") {
-    std::string text;
-    for (const std::string& word : words) {
-        text += (text.empty() ? "" : separator) + word;
-    }
-    return text;
-}
 
 std::string TypeText(const RemoteType& type) { return MofType(type) + MofArray(type); }
 
@@ -31,23 +21,12 @@ std::string ParametersText(const RemoteMethod& method) {
     return Joined(parameters);
 }
 
-std::string ValueText(const TCIMValue& value) {
-    if (!value.IsArray() || value.IsNull()) {
-        return value.ToString(kDecimal);
-    }
-    std::vector<std::string> texts;
-    for (const TCIMValue& element : static_cast<const std::vector<TCIMValue>&>(value)) {
-        texts.push_back(element.ToString(kDecimal));
-    }
-    return Joined(texts);
-}
-
 std::string FlavorText(const RemoteFlavor& flavor) { return Joined(UnusualFlavors({{}, {}, flavor})); }
 
 void AddQualifiers(const std::string& element, const std::vector<RemoteQualifier>& qualifiers, Listing& listing) {
     for (const RemoteQualifier& qualifier : qualifiers) {
-        listing.AddRow(
-            {element, qualifier.name, Cell(qualifier.value, ValueText(qualifier.value)), FlavorText(qualifier.flavor)});
+        listing.AddRow({element, qualifier.name, Cell(qualifier.value, Joined(PlainTexts(qualifier.value))),
+                        FlavorText(qualifier.flavor)});
     }
 }
 
@@ -98,7 +77,7 @@ Listing DeclarationListing(const std::vector<RemoteQualifierDeclaration>& declar
     Listing listing({Listing::Key("Qualifier"), {"Type"}, {"Default"}, {"Scope"}, {"Flavor"}});
     for (const RemoteQualifierDeclaration& declaration : declarations) {
         listing.AddRow({declaration.name, TypeText(declaration.type),
-                        Cell(declaration.default_value, ValueText(declaration.default_value)),
+                        Cell(declaration.default_value, Joined(PlainTexts(declaration.default_value))),
                         Joined(declaration.scopes), FlavorText(declaration.flavor)});
     }
     return listing;

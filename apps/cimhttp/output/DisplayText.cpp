@@ -12,8 +12,6 @@ namespace {
 
 using namespace NQORVYX20;
 
-constexpr unsigned char kDecimal = 10;
-
 bool IsListOfValues(const TCIMValue& value) { return value.IsArray() && !value.IsNull(); }
 
 const std::vector<TCIMValue>& ElementsOf(const TCIMValue& array) { return array; }
@@ -56,14 +54,31 @@ void DisplayText::AppendJson(std::string& json) const {
     }
 }
 
+std::string PlainText(const TCIMValue& value) {
+    constexpr unsigned char kDecimal = 10;
+    return value.ToString(kDecimal);
+}
+
+std::vector<std::string> PlainTexts(const TCIMValue& value) {
+    if (!IsListOfValues(value)) {
+        return {PlainText(value)};
+    }
+    std::vector<std::string> texts;
+    texts.reserve(ElementsOf(value).size());
+    for (const TCIMValue& element : ElementsOf(value)) {
+        texts.push_back(PlainText(element));
+    }
+    return texts;
+}
+
 std::string RawText(const TCIMValue& value) {
     if (!IsListOfValues(value)) {
-        return value.ToString(kDecimal);
+        return PlainText(value);
     }
     std::string text = "{";
     const char* separator = "";
     for (const TCIMValue& element : ElementsOf(value)) {
-        text.append(separator).append(element.IsNull() ? kNullText : element.ToString(kDecimal));
+        text.append(separator).append(element.IsNull() ? kNullText : PlainText(element));
         separator = ", ";
     }
     return text + '}';

@@ -6,7 +6,6 @@
 #include "text/TerminalText.h"
 
 #include <algorithm>
-#include <numeric>
 #include <ostream>
 #include <string>
 #include <string_view>

@@ -1,6 +1,7 @@
 #include "output/Json.h"
 
 #include "host/TCIMValue.h"
+#include "output/DisplayText.h"
 #include "text/Utf8.h"
 
 #include <algorithm>
@@ -16,7 +17,6 @@ namespace {
 using NQORVYX20::TCIMValue;
 using ECIMType = TCIMValue::TCIMType::ECIMType;
 
-constexpr unsigned char kDecimal = 10;
 constexpr unsigned kSixteenBits = 0xFFFF;
 
 void AppendEscaped(char32_t character, std::string& text) {
@@ -56,9 +56,9 @@ void AppendScalar(const TCIMValue& value, std::string& json) {
     const bool isBare =
         type == ECIMType::eCIMBoolean || IsInteger(type) || (IsReal(type) && std::isfinite(static_cast<double>(value)));
     if (isBare) {
-        json += value.ToString(kDecimal);
+        json += PlainText(value);
     } else {
-        AppendJsonText(value.ToString(kDecimal), json);
+        AppendJsonText(PlainText(value), json);
     }
 }
 

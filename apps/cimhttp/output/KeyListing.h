@@ -12,6 +12,9 @@ namespace cimhttp {
 /// The names of all keys that paths have, each once, in the order in which they come.
 std::vector<std::string> KeyNames(const std::vector<NQORVYX20::TCIMReference>& paths);
 
+/// The paths as texts, in their order.
+std::vector<std::string> PathTexts(const std::vector<NQORVYX20::TCIMReference>& paths);
+
 /// Instances by their keys, a path a row: with `hasClass` the class, then a column for each key.
 Listing KeyListing(const std::vector<NQORVYX20::TCIMReference>& paths, bool hasClass);
 

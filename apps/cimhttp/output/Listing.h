@@ -8,7 +8,7 @@
 
 namespace cimhttp {
 
-/// What a table shows at one place: a text for people, and the value behind it.
+/// What a listing has at one place: a value, and the text that people read for it.
 struct Cell {
     /*implicit*/ Cell(const std::string& shown) : value(shown), text(shown) {}
     /*implicit*/ Cell(const char* shown) : value(shown), text(shown) {}

@@ -38,7 +38,4 @@ struct ObjectGraph {
     bool isComplete = true;      ///< no state is kFailed, and nothing was left out for its number
 };
 
-/// A text that is the same for the paths of one object only, however their names are spelled.
-std::string IdentityOf(const NQORVYX20::TCIMReference& path);
-
 } // namespace cimhttp

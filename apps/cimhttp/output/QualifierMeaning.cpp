@@ -1,5 +1,6 @@
 #include "output/QualifierMeaning.h"
 
+#include "output/DisplayText.h"
 #include "text/Pattern.h"
 
 #include <algorithm>
@@ -9,8 +10,6 @@ namespace cimhttp {
 namespace {
 
 using NQORVYX20::TCIMValue;
-
-constexpr unsigned char kDecimal = 10;
 
 const RemoteQualifier* Find(const std::vector<RemoteQualifier>& qualifiers, const char* name) {
     const auto found = std::find_if(qualifiers.begin(), qualifiers.end(),
@@ -40,7 +39,7 @@ std::string SummaryOf(const std::vector<RemoteQualifier>& qualifiers) {
     if (description == nullptr) {
         return {};
     }
-    const std::string text = description->value.ToString(kDecimal);
+    const std::string text = PlainText(description->value);
     const std::size_t end = text.find_first_of(".\n");
     const bool isEnd = end + 1 == text.size() || text.find_first_of(" \n", end) == end + 1;
     return end != std::string::npos && (isEnd || text[end] == '\n') ? text.substr(0, end) : text;

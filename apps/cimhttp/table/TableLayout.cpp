@@ -33,8 +33,8 @@ std::size_t LeastHeadingWidth(const TableTexts& texts, std::size_t column) {
 /// Numbers are not folded.
 std::size_t LeastTextWidth(const TableTexts& texts, std::size_t column, std::size_t folded) {
     const std::size_t width = texts.TextWidth(column);
-    const bool is_number = texts.Columns()[column].align == Column::Align::kRight;
-    return is_number ? width : std::min(width, folded);
+    const bool isNumber = texts.Columns()[column].align == Column::Align::kRight;
+    return isNumber ? width : std::min(width, folded);
 }
 
 std::size_t TightWidth(const TableTexts& texts, std::size_t column) {
@@ -67,7 +67,7 @@ std::size_t Sum(const std::vector<std::size_t>& columns, const WidthOf& widthOf)
                            [&](std::size_t sum, std::size_t column) { return sum + widthOf(column); });
 }
 
-/// The last number from `first` to `last` for which something is true that is true for none behind one for which it is
+/// The last number from `first` to `last` for which something is true that is true for none after one for which it is
 /// false; `first` in any case.
 template <typename Predicate>
 std::size_t LastThat(const Predicate& isTrue, std::size_t first, std::size_t last) {
