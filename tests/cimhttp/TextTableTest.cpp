@@ -215,7 +215,7 @@ TEST(TextTable, LeavesOutATextThatWouldBeFoldedOverManyLinesUnlessItIsImportant)
     EXPECT_EQ(LeftOut(listingWith({"Text", kLeft, Listing::Importance::kHigh}), 60), std::vector<std::string>());
 }
 
-TEST(TextTable, ImportantColumnsStayLongerThanOthersAndComeBackWhenTheySayTheSame) {
+TEST(TextTable, ImportantColumnsAreLeftOutLaterAndThoseWithOneTextAreShownWhereThereIsRoom) {
     constexpr auto kHigh = Listing::Importance::kHigh;
     Listing listing({Listing::Key("Key"), {"Health", kLeft, kHigh}, {"Enabled", kLeft, kHigh}, {"Same"}, {"Number"}});
     for (const char* key : {"a", "b", "c"}) {
@@ -226,7 +226,7 @@ TEST(TextTable, ImportantColumnsStayLongerThanOthersAndComeBackWhenTheySayTheSam
     EXPECT_EQ(LeftOut(listing, 32), (std::vector<std::string>{"Same"}));
 }
 
-TEST(TextTable, ImportantColumnsThatAreTheSameAsOneAnotherComeBackAllTheSame) {
+TEST(TextTable, ImportantColumnsThatRepeatEachOtherAreShownWhereThereIsRoom) {
     constexpr auto kHigh = Listing::Importance::kHigh;
     Listing listing({Listing::Key("Key"), {"Health", kLeft, kHigh}, {"Status", kLeft, kHigh}, {"Same"}});
     for (const char* key : {"a", "b"}) {
@@ -280,7 +280,7 @@ TEST(TextTable, NumbersThatWereAskedForAreCutOffWhereThereIsNoRoom) {
     EXPECT_FALSE(cimhttp::WriteTable(listing, {18, false}, wide).digits);
 }
 
-TEST(TextTable, WhatWasAskedForIsAListWhereEvenThatDoesNotHelp) {
+TEST(TextTable, ColumnsThatWereAskedForAreAListWhereNotEvenCutNumbersFit) {
     Listing listing({{"One", kLeft, kAsked}, {"Two", kRight, kAsked}, {"Three", kRight, kAsked}});
     for (const char* row : {"first", "second"}) {
         listing.AddRow({row, "1234567890", "1234567890"});
@@ -295,7 +295,7 @@ TEST(TextTable, ASingleRowIsAListWhereItWouldLoseDigits) {
     EXPECT_EQ(Table(listing, {20, false}), Lists(listing, {20, false}));
 }
 
-TEST(TextTable, WhatWasAskedForOutlivesKeys) {
+TEST(TextTable, ColumnsThatWereAskedForAreKeptLongerThanKeys) {
     Listing listing({Listing::Key("Key"), {"Asked", kLeft, kAsked}});
     for (const char* key : {"a", "b"}) {
         listing.AddRow({key + std::string(30, 'k'), "always the same"});
