@@ -5,6 +5,7 @@
 #include "access/MeasurementSink.h"
 #include "access/RelatedObjects.h"
 #include "access/RemoteModel.h"
+#include "access/ServerProbe.h"
 #include "access/TextForm.h"
 #include "cimhttp/EmbeddedObject.h"
 #include "cimhttp/ReadingIncidents.h"
@@ -55,6 +56,9 @@ class PluginAccess {
     Measured(const boost::shared_ptr<NQORVYX20::ICIMNamespace>& nameSpace,
              const std::shared_ptr<MeasurementSink>& sink) const = 0;
 
+    /// Looks at a server below CIM, by a connection of its own: its name, its port, its certificate.
+    virtual ServerProbe Probe(const ProbeTarget& target, ServerProbe::Depth depth) const = 0;
+
     /// Why the newest operation of the namespace could not read the server; empty when it could.
     virtual std::optional<NQORVYX20::RemoteFailure> LastFailure(NQORVYX20::ICIMNamespace& nameSpace) const = 0;
 
@@ -103,7 +107,8 @@ class PluginAccess {
 
     /// One instance, named by an object path in one of the forms that clients of CIM print: `Class.k="v"`,
     /// `ns:Class.k="v"`, `/ns:…`, `//host/ns:…`, `host:port/ns:…`, `http://host:port/ns:…`. Its host and namespace
-    /// count for nothing here. Throws std::invalid_argument, saying what is wrong, for a text that is not a path.
+    /// count for nothing here. Throws std::invalid_argument for a text that is not a path: it goes on a sentence that
+    /// begins with the text, `is not an object path: behind …`.
     virtual boost::shared_ptr<NQORVYX20::ICIMInstance> ReadInstance(NQORVYX20::ICIMNamespace& nameSpace,
                                                                     const std::string& path) const = 0;
 

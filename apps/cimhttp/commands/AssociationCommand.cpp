@@ -8,8 +8,7 @@
 #include "connection/Session.h"
 #include "host/ICIMInstance.h"
 #include "host/TCIMReference.h"
-#include "text/NameList.h"
-#include "text/NameOrder.h"
+#include "text/Names.h"
 
 #include <algorithm>
 #include <iterator>

@@ -9,7 +9,7 @@
 #include "output/NullText.h"
 #include "selection/RowLimit.h"
 #include "selection/SortOrder.h"
-#include "text/Pattern.h"
+#include "text/Names.h"
 #include "text/TerminalText.h"
 
 #include <algorithm>

@@ -11,8 +11,8 @@
 #include "output/ValueTexts.h"
 #include "selection/KeyValue.h"
 #include "selection/ValuePlace.h"
+#include "text/Names.h"
 #include "text/NearestNames.h"
-#include "text/Pattern.h"
 #include "text/TerminalText.h"
 #include "text/WordList.h"
 

@@ -9,7 +9,7 @@
 #include "host/ICIMPropertyDecl.h"
 #include "output/InstanceListing.h"
 #include "output/WideRecords.h"
-#include "text/NameOrder.h"
+#include "text/Names.h"
 
 #include <algorithm>
 #include <iterator>

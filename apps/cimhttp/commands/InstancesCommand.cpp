@@ -13,7 +13,7 @@
 #include "host/TCIMReference.h"
 #include "output/KeyListing.h"
 #include "selection/RowLimit.h"
-#include "text/Pattern.h"
+#include "text/Names.h"
 #include "text/TerminalText.h"
 
 #include <algorithm>

@@ -6,10 +6,10 @@
 #include "output/Listing.h"
 #include "output/TextList.h"
 #include "output/TextTable.h"
+#include "text/Ascii.h"
 #include "text/TerminalText.h"
 
 #include <algorithm>
-#include <cctype>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -21,19 +21,13 @@ namespace {
 
 constexpr const char* kRecordEnd = "\r\n"; // RFC 4180, 2.1
 
-std::string MemberName(std::string heading) {
-    std::transform(heading.begin(), heading.end(), heading.begin(),
-                   [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
-    return heading;
-}
-
 void WriteJson(const Listing& listing, std::ostream& output) {
     output << '[';
     const char* separator = "\n";
     for (const auto& row : listing.Rows()) {
         JsonObject object;
         for (std::size_t i = 0; i < row.size(); ++i) {
-            object.Add(MemberName(listing.Columns()[i].heading), JsonValue(row[i].value));
+            object.Add(AsciiLower(listing.Columns()[i].heading), JsonValue(row[i].value));
         }
         output << separator << object.Text();
         separator = ",\n";

@@ -6,8 +6,7 @@
 #include "connection/Session.h"
 #include "output/DefinitionListing.h"
 #include "output/MofWriter.h"
-
-#include <strings.h>
+#include "text/Ascii.h"
 
 #include <algorithm>
 #include <ostream>
@@ -17,9 +16,8 @@ namespace cimhttp {
 namespace {
 
 std::vector<RemoteQualifierDeclaration> InOrder(std::vector<RemoteQualifierDeclaration> declarations) {
-    std::sort(declarations.begin(), declarations.end(), [](const auto& one, const auto& other) {
-        return ::strcasecmp(one.name.c_str(), other.name.c_str()) < 0;
-    });
+    std::sort(declarations.begin(), declarations.end(),
+              [](const auto& one, const auto& other) { return CompareIgnoringCase(one.name, other.name) < 0; });
     return declarations;
 }
 

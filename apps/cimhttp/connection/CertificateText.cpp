@@ -1,6 +1,6 @@
 #include "connection/CertificateText.h"
 
-#include "access/TlsHandshake.h"
+#include "access/ServerProbe.h"
 #include "text/TerminalText.h"
 
 #include <algorithm>

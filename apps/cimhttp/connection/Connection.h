@@ -1,5 +1,6 @@
 #pragma once
 
+#include "access/ServerProbe.h"
 #include "connection/ServerName.h"
 #include "connection/TlsSettings.h"
 
@@ -45,6 +46,9 @@ struct Connection {
 
     /// How long connecting may take.
     std::chrono::seconds ConnectTimeout() const { return std::min(timeout, std::chrono::seconds(kLongestConnect)); }
+
+    /// Where to look for the server, with as much time as connecting has.
+    ProbeTarget Target() const { return {host, Port(), ConnectTimeout()}; }
 
     int UsualPort() const { return tls ? kHttpsPort : kHttpPort; }
 

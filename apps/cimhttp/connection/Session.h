@@ -7,7 +7,7 @@
 #include "connection/Connection.h"
 #include "connection/IncidentTally.h"
 #include "connection/Plugin.h"
-#include "waiting/Attendant.h"
+#include "waiting/ProgressWait.h"
 
 #include <boost/shared_ptr.hpp>
 
@@ -49,11 +49,11 @@ class Session {
     };
 
     /// Connects. Throws Failure(kConnection) when that fails, and Failure(kUsage) when the namespace is not the name of
-    /// one. The attendant looks after the user whenever the session waits for the server.
-    Session(const Plugin& plugin, const Connection& connection, const Attendant& attendant);
+    /// one. `wait` is how the session waits for the server.
+    Session(const Plugin& plugin, const Connection& connection, const ProgressWait& wait);
 
-    /// The same session for another thread than the main one, and without attendance.
-    Session Unattended() const;
+    /// This session for another thread than the main one: it waits without showing progress or taking interrupts.
+    Session WithoutProgress() const;
 
     const Plugin& LoadedPlugin() const { return plugin_; }
 
@@ -160,6 +160,9 @@ class Session {
     /// The namespace that a path names, empty for the one that everything is read from.
     std::string NamespaceIn(const std::string& path) const;
 
+    /// The class that a path names.
+    std::string ClassIn(const std::string& path) const;
+
     std::vector<std::string> ClassNamesIn(NQORVYX20::ICIMNamespace& nameSpace);
 
     /// Throws the Failure, unless a remote one is an error that the server answers with.
@@ -175,9 +178,9 @@ class Session {
     /// What goes wrong when associations are asked for.
     [[noreturn]] void FailAboutAssociations(const AssociationQuery& query, const NQORVYX20::RemoteFailure& failure);
 
-    /// Reads while the attendant says that `thing` is being read.
+    /// Reads, and shows meanwhile that `thing` is being read.
     template <typename Operation>
-    auto Attended(const std::string& thing, const Operation& operation) const;
+    auto Awaited(const std::string& thing, const Operation& operation) const;
 
     /// The same; what goes wrong remotely becomes a Failure about `thing`, or about a class.
     template <typename Operation>
@@ -189,7 +192,7 @@ class Session {
 
     Plugin plugin_;
     Connection connection_;
-    std::optional<Attendant> attendant_;
+    std::optional<ProgressWait> wait_;
     Namespace namespace_;
     std::map<std::string, Namespace> others_; // by name
 };

@@ -3,7 +3,7 @@
 #include "output/Json.h"
 #include "output/MofText.h"
 #include "output/MofWriter.h"
-#include "text/Pattern.h"
+#include "text/Names.h"
 
 #include <algorithm>
 

@@ -6,7 +6,7 @@
 #include "host/ICIMQualifier.h"
 #include "output/CellText.h"
 #include "output/TypeText.h"
-#include "text/Pattern.h"
+#include "text/Names.h"
 
 #include <algorithm>
 #include <array>

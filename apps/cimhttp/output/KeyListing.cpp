@@ -1,8 +1,7 @@
 #include "output/KeyListing.h"
 
 #include "output/Json.h"
-#include "text/NameList.h"
-#include "text/Pattern.h"
+#include "text/Names.h"
 
 #include <algorithm>
 #include <utility>

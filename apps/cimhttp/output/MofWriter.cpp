@@ -6,8 +6,7 @@
 #include "host/ICIMProperty.h"
 #include "host/ICIMPropertyDecl.h"
 #include "output/MofText.h"
-#include "text/NameOrder.h"
-#include "text/Pattern.h"
+#include "text/Names.h"
 #include "text/TerminalText.h"
 
 #include <algorithm>

@@ -2,8 +2,7 @@
 
 #include "output/ObjectGraph.h"
 #include "output/ShortReferences.h"
-#include "text/NameOrder.h"
-#include "text/Pattern.h"
+#include "text/Names.h"
 
 #include <algorithm>
 #include <cstddef>

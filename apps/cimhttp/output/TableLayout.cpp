@@ -2,7 +2,7 @@
 
 #include "output/ColumnRanking.h"
 #include "output/TableTexts.h"
-#include "text/FoldedName.h"
+#include "text/WrappedName.h"
 
 #include <algorithm>
 #include <iterator>

@@ -43,7 +43,7 @@ ListShape ShapeOf(const Listing& listing, std::size_t width) {
 }
 
 void WriteHeadingAlone(const std::string& heading, std::size_t width, LineWriter& line) {
-    for (const std::string& part : Folded(heading, width)) {
+    for (const std::string& part : Wrapped(heading, width)) {
         line.Write(part, Emphasis::kStrong);
         line.End();
     }
@@ -55,13 +55,13 @@ void WriteItem(std::string heading, const Cell& cell, const ListShape& shape, Li
         heading.clear();
     }
     const std::string text = CellText(cell);
-    Folder folder(text, shape.room == 0 ? text.size() : shape.room); // no character takes more columns than bytes
+    LineWrapper lines(text, shape.room == 0 ? text.size() : shape.room); // no character takes more columns than bytes
     do {
         line.WritePadded(heading, shape.indent, Listing::Align::kLeft, Emphasis::kStrong);
-        line.Write(folder.NextLine(), IsShownAsNull(cell) ? Emphasis::kFaint : Emphasis::kNone);
+        line.Write(lines.NextLine(), IsShownAsNull(cell) ? Emphasis::kFaint : Emphasis::kNone);
         line.End();
         heading.clear();
-    } while (!folder.IsAtEnd());
+    } while (!lines.IsAtEnd());
 }
 
 } // namespace

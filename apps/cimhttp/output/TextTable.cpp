@@ -7,8 +7,8 @@
 #include "output/TableLayout.h"
 #include "output/TableTexts.h"
 #include "output/TextList.h"
-#include "text/FoldedName.h"
 #include "text/TerminalText.h"
+#include "text/WrappedName.h"
 
 #include <algorithm>
 #include <string_view>
@@ -81,7 +81,7 @@ class Table {
         std::vector<Lines> headings;
         std::vector<Lines> rules;
         for (const std::size_t i : shown_) {
-            headings.push_back(FoldedName(texts_.Headings()[i], layout_.Width(i)));
+            headings.push_back(WrappedName(texts_.Headings()[i], layout_.Width(i)));
             rules.push_back({std::string(layout_.Width(i), '-')});
         }
         const std::size_t height = Height(headings);
@@ -102,7 +102,7 @@ class Table {
 
     Lines TextLines(const std::string& text, std::size_t column) const {
         const std::size_t width = layout_.Width(column);
-        return IsCut(text, column) ? Lines{CutNumber(text, width)} : Folded(text, width);
+        return IsCut(text, column) ? Lines{CutNumber(text, width)} : Wrapped(text, width);
     }
 
     /// Writes a row over as many lines as its longest text needs.

@@ -1,7 +1,7 @@
 #include "selection/KeyValue.h"
 
 #include "host/TVYXException.h"
-#include "text/Pattern.h"
+#include "text/Names.h"
 
 #include <charconv>
 

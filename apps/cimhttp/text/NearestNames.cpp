@@ -1,9 +1,9 @@
 #include "text/NearestNames.h"
 
+#include "text/Ascii.h"
 #include "text/WordList.h"
 
 #include <algorithm>
-#include <cctype>
 #include <tuple>
 
 namespace cimhttp {
@@ -15,12 +15,6 @@ constexpr std::size_t kLongestName = 256;
 
 /// Written without its schema, a name is as far away as with one wrong letter.
 constexpr std::size_t kCostOfSchema = 1;
-
-std::string LowerCase(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
-    return text;
-}
 
 /// What follows the first underscore, which ends the schema's name (DSP0004 5.1.2.1); empty without a schema.
 std::string WithoutSchema(const std::string& name) {
@@ -37,8 +31,8 @@ std::size_t DistanceTo(const std::string& name, const std::string& candidate) {
 } // namespace
 
 std::size_t EditDistance(const std::string& one, const std::string& other) {
-    const std::string a = LowerCase(one);
-    const std::string b = LowerCase(other);
+    const std::string a = AsciiLower(one);
+    const std::string b = AsciiLower(other);
     // Three rows of the table of distances between the beginnings of both: two rows up, one row up, this row.
     std::vector<std::size_t> before(b.size() + 1);
     std::vector<std::size_t> above(b.size() + 1);

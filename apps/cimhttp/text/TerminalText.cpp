@@ -98,7 +98,7 @@ std::size_t DisplayWidth(std::string_view text) {
     }
 }
 
-std::string_view Folder::NextLine() {
+std::string_view LineWrapper::NextLine() {
     const std::size_t begin = offset_;
     const std::size_t fit = EndOfFit(text_, begin, width_);
     if (fit == text_.size()) {
@@ -115,12 +115,12 @@ std::string_view Folder::NextLine() {
     return reach.substr(0, reach.find_last_not_of(' ', length - 1) + 1);
 }
 
-std::vector<std::string> Folded(std::string_view text, std::size_t width) {
-    Folder folder(text, width);
+std::vector<std::string> Wrapped(std::string_view text, std::size_t width) {
+    LineWrapper wrapper(text, width);
     std::vector<std::string> lines;
     do {
-        lines.emplace_back(folder.NextLine());
-    } while (!folder.IsAtEnd());
+        lines.emplace_back(wrapper.NextLine());
+    } while (!wrapper.IsAtEnd());
     return lines;
 }
 

@@ -1,4 +1,4 @@
-#include "connection/OwnLibrary.h"
+#include "connection/DynamicLibrary.h"
 
 #include "Failure.h"
 #include "connection/ProgramFolder.h"
@@ -15,7 +15,7 @@ void* LoadLibrary(const std::string& path, const std::string& what) {
     return library;
 }
 
-void* OwnFunctionAddress(const std::string& library, const char* name) {
+void* FunctionAddress(const std::string& library, const char* name) {
     void* const handle = LoadLibrary(LibraryBesideProgram(library), "the program's own library");
     void* const function = ::dlsym(handle, name);
     if (function == nullptr) {

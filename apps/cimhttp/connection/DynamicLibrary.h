@@ -9,11 +9,11 @@ void* LoadLibrary(const std::string& path, const std::string& what);
 
 /// The address of a function of one of the program's own libraries, which are loaded when they are needed. Throws
 /// Failure when it cannot be had.
-void* OwnFunctionAddress(const std::string& library, const char* name);
+void* FunctionAddress(const std::string& library, const char* name);
 
 template <typename Function>
-Function* OwnFunction(const std::string& library, const char* name) {
-    return reinterpret_cast<Function*>(OwnFunctionAddress(library, name));
+Function* FunctionOf(const std::string& library, const char* name) {
+    return reinterpret_cast<Function*>(FunctionAddress(library, name));
 }
 
 } // namespace cimhttp

@@ -1,4 +1,4 @@
-#include "text/FoldedName.h"
+#include "text/WrappedName.h"
 
 #include "text/TerminalText.h"
 
@@ -37,7 +37,7 @@ std::vector<std::string_view> WordsOf(std::string_view name) {
 
 } // namespace
 
-std::vector<std::string> FoldedName(std::string_view name, std::size_t width) {
+std::vector<std::string> WrappedName(std::string_view name, std::size_t width) {
     std::vector<std::string> lines;
     std::size_t used = 0; // of the last line
     for (const std::string_view word : WordsOf(name)) {
@@ -47,7 +47,7 @@ std::vector<std::string> FoldedName(std::string_view name, std::size_t width) {
             used += needed;
             continue;
         }
-        const auto parts = Folded(word, width);
+        const auto parts = Wrapped(word, width);
         lines.insert(lines.end(), parts.begin(), parts.end());
         used = DisplayWidth(lines.back());
     }

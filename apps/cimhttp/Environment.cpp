@@ -1,4 +1,4 @@
-#include "Surroundings.h"
+#include "Environment.h"
 
 #include "Options.h"
 
@@ -38,7 +38,7 @@ bool UsesColor() { return ::isatty(STDOUT_FILENO) == 1 && Variable("NO_COLOR").e
 
 } // namespace
 
-void ReadSurroundings(Options& options) {
+void ReadEnvironment(Options& options) {
     options.width = OutputWidth();
     options.usesColor = UsesColor();
     options.isInputTerminal = ::isatty(STDIN_FILENO) == 1;
