@@ -1,6 +1,7 @@
 #include "commands/TreeCommand.h"
 
 #include "Failure.h"
+#include "Options.h"
 #include "commands/IncidentReport.h"
 #include "commands/ListingWriter.h"
 #include "connection/Session.h"
