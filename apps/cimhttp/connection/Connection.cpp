@@ -4,7 +4,6 @@
 #include "Failure.h"
 #include "Options.h"
 #include "connection/ConnectionStore.h"
-#include "connection/Fingerprint.h"
 #include "connection/TerminalPrompt.h"
 #include "text/Ascii.h"
 #include "text/TerminalText.h"

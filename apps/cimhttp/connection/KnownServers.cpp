@@ -1,7 +1,7 @@
 #include "connection/KnownServers.h"
 
 #include "Failure.h"
-#include "connection/Fingerprint.h"
+#include "connection/TlsSettings.h"
 #include "connection/UserDocument.h"
 #include "connection/UserEntry.h"
 #include "text/Ascii.h"

@@ -1,4 +1,4 @@
-#include "connection/Fingerprint.h"
+#include "connection/TlsSettings.h"
 
 #include "text/Ascii.h"
 
