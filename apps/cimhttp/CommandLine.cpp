@@ -103,7 +103,7 @@ struct Parser {
     void AddRecord(const Commands& commands, const HelpLayout& layout) {
         auto* const record = app.add_subcommand("record", "Run another command, and record what the server answers");
         record->group("Commands");
-        record->add_option("FILE", options.recording, "The file; what is in it already stays before it")->required();
+        record->add_option("FILE", options.recording, "The file; the recording is added at its end")->required();
         record->require_subcommand(1);
         record->footer(layout.Prose("FILE gets the requests and answers of the command as they are, without passwords; "
                                     "nobody else may read it. demo-server --replay FILE answers as the server did.\n\n"
@@ -137,7 +137,7 @@ struct Parser {
                        "CIMHTTP_PASSWORD counts, and then you are asked")
             ->type_name("FILE");
         AddWholeNumber(app, "--timeout", "SECONDS",
-                       "How long to wait for an answer, 120 unless given; connecting takes 20 of them at most",
+                       "How long to wait for an answer, 120 unless given; connecting takes 20 at most",
                        kShortestTimeout, kLongestTimeout, options.timeout);
         AddFlag(app, "--strict",
                 "Refuse an answer of which a part cannot be read, instead of showing the rest with status 7",
@@ -153,8 +153,8 @@ struct Parser {
 
     void AddTlsOptions() {
         AddFlag(app, "--tls",
-                "Use HTTPS instead of HTTP (--tls=false the other way round); on a terminal, you are asked whether to "
-                "trust a server that is not known",
+                "Use HTTPS instead of HTTP, which --tls=false uses; on a terminal, you are asked whether to trust a "
+                "server that is not known",
                 [this](bool isSet) { options.tls = isSet; });
         AddText("--ca", "FILE", options.tlsSettings.ca,
                 "Verify the server by the authorities in this PEM file, or in the files of this folder");

@@ -144,7 +144,7 @@ std::vector<RemoteLink::End> EndsIn(const TCIMReference& association) {
     return ends;
 }
 
-/// The same by its properties.
+/// What an association refers to by its properties.
 std::vector<RemoteLink::End> EndsIn(const Pegasus::CIMInstance& association) {
     std::vector<RemoteLink::End> ends;
     for (Pegasus::Uint32 i = 0; i < association.getPropertyCount(); ++i) {

@@ -72,7 +72,7 @@ struct Connection {
 /// when there is a terminal. Throws Failure(kUsage) when all this does not make a connection.
 Connection ConnectionOf(const Options& options);
 
-/// The same with the settings of a document, `address`, `port`, `namespace`, `user`, `pass`, `ssl` and
+/// The connection of options with the settings of a document, `address`, `port`, `namespace`, `user`, `pass`, `ssl` and
 /// `ca`, where the options say nothing; the port goes with the address. The connection named
 /// `default` is for documents that name no server either. A user given on the command line takes no
 /// password from the document, which holds that of somebody else. Failures name the document.

@@ -19,7 +19,7 @@ std::string ExplainUnknownHost(const ServerProbe& probe) {
 
 /// What to try where the other port of CIM servers answers; empty where it does not, and for who named a port. Nobody
 /// is told to leave out TLS who would then send a password in plain text: whoever stands between could get it by
-/// disturbing TLS.
+/// breaking TLS connections.
 std::string OtherWay(const PluginAccess& access, const Connection& connection) {
     const bool wantsTls = connection.tls && (!connection.user.empty() || connection.tlsSettings.Verifies());
     if (connection.port || wantsTls) {

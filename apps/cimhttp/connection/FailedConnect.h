@@ -13,7 +13,7 @@ class PluginAccess;
 /// Takes a second for each of the two ports at most, beside the time for looking up the name.
 std::string ExplainFailedConnect(const PluginAccess& access, const Connection& connection, const std::string& reason);
 
-/// What to try when a server ends a TLS connection because the user has shown no certificate, to be said behind the
+/// What to try when a server ends a TLS connection because the user has shown no certificate, to be said after the
 /// reason; empty where that is not so. Looks at the server, for a second in each step.
 std::string CertificateAdvice(const PluginAccess& access, const Connection& connection);
 

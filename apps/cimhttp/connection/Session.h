@@ -33,7 +33,7 @@ Failure NoSuchClass(const std::string& name, const std::string& server, const st
 
 /// A connected namespace. What the plug-in reports by a status becomes a Failure here that names the server, the thing
 /// asked for, the reason and what to try. Its status is kConnection, kAuthentication, kNotFound or kServer; a
-/// ServerFailure has more to say, and a LoginFailure says that asking for anything else is in vain.
+/// ServerFailure has more to say, and a LoginFailure says that nothing else can be had either.
 class Session {
   public:
     /// An instance, and the namespace that it is in; empty for the one that everything else is read from.
@@ -77,7 +77,7 @@ class Session {
     /// The qualifiers that the server declares, in its order.
     std::vector<RemoteQualifierDeclaration> QualifierDeclarations();
 
-    /// The same, or none from a server that does not list its qualifiers.
+    /// QualifierDeclarations(), or none from a server that does not list its qualifiers.
     std::vector<RemoteQualifierDeclaration> KnownQualifiers();
 
     /// One instance by its object path, from the namespace that the path names. Throws Failure(kUsage) for what is no
@@ -93,7 +93,7 @@ class Session {
     std::vector<boost::shared_ptr<NQORVYX20::ICIMInstance>> Instances(NQORVYX20::ICIMClass& cls, bool deep,
                                                                       const std::vector<std::string>& properties);
 
-    /// The same, to be read as they are wanted: no more than `held` are held. Those of a class that has more come in
+    /// Instances(), to be read as they are wanted: no more than `held` are held. Those of a class that has more come in
     /// the server's order. The session must outlive it. Asks for nothing yet.
     std::unique_ptr<InstanceSequence> OpenInstances(NQORVYX20::ICIMClass& cls, bool deep,
                                                     const std::vector<std::string>& properties, std::size_t held) const;
@@ -108,7 +108,7 @@ class Session {
     /// The paths of the instances of a class and its subclasses, in the server's order. Fails like Class().
     std::vector<NQORVYX20::TCIMReference> InstancePaths(const std::string& className);
 
-    /// The same in a namespace of the server, with all properties of their own classes; or their paths. Throws
+    /// The instances in a namespace of the server, with all properties of their own classes; or their paths. Throws
     /// RemoteError for an error that the server answers with, since another namespace may have them.
     std::vector<boost::shared_ptr<NQORVYX20::ICIMInstance>> InstancesIn(const std::string& nameSpace,
                                                                         const std::string& className);
@@ -182,7 +182,7 @@ class Session {
     template <typename Operation>
     auto Awaited(const std::string& thing, const Operation& operation) const;
 
-    /// The same; what goes wrong remotely becomes a Failure about `thing`, or about a class.
+    /// Awaited(); what goes wrong remotely becomes a Failure about `thing`, or about a class.
     template <typename Operation>
     auto Remotely(const std::string& thing, const Operation& operation) const;
     template <typename Operation>

@@ -13,19 +13,19 @@ namespace {
 /// Longer texts are not names; the time that a distance takes grows with the product of the lengths.
 constexpr std::size_t kLongestName = 256;
 
-/// Written without its schema, a name is as far away as with one wrong letter.
-constexpr std::size_t kCostOfSchema = 1;
+/// Written without its prefix, a name is as far away as with one wrong letter.
+constexpr std::size_t kCostOfPrefix = 1;
 
-/// What follows the first underscore, which ends the schema's name (DSP0004 5.1.2.1); empty without a schema.
-std::string WithoutSchema(const std::string& name) {
+/// What follows the first underscore, which ends a prefix that names share; empty without a prefix.
+std::string WithoutPrefix(const std::string& name) {
     const auto underscore = name.find('_');
     return underscore == std::string::npos ? std::string() : name.substr(underscore + 1);
 }
 
 std::size_t DistanceTo(const std::string& name, const std::string& candidate) {
     const std::size_t distance = EditDistance(name, candidate);
-    const std::string local = WithoutSchema(candidate);
-    return local.empty() ? distance : std::min(distance, EditDistance(name, local) + kCostOfSchema);
+    const std::string local = WithoutPrefix(candidate);
+    return local.empty() ? distance : std::min(distance, EditDistance(name, local) + kCostOfPrefix);
 }
 
 } // namespace

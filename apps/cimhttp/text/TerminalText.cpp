@@ -65,8 +65,8 @@ std::size_t EndOfFit(std::string_view text, std::size_t begin, std::size_t width
     return end;
 }
 
-/// How much of a word that is too long for a line goes into it: up to behind the last of the strongest separators; all
-/// that fits when that would leave the most of the line empty.
+/// How much of a word that is too long for a line goes into it: up to and with the last of the strongest separators;
+/// all that fits when that would leave the most of the line empty.
 std::size_t LengthOfPart(std::string_view fit) {
     for (const char* const separators : kSeparators) {
         const std::size_t separator = fit.find_last_of(separators);
@@ -105,7 +105,7 @@ std::string_view LineWrapper::NextLine() {
         offset_ = fit;
         return text_.substr(begin);
     }
-    // The blank behind the last word that fits may stand just outside.
+    // The blank after the last word that fits may stand just outside.
     const std::string_view reach = text_.substr(begin, fit + 1 - begin);
     const std::size_t blank = reach.rfind(' ');
     const bool isBetweenWords = blank != std::string_view::npos && blank > 0;

@@ -12,8 +12,8 @@ bool IsUpper(char letter) { return letter >= 'A' && letter <= 'Z'; }
 
 bool IsLower(char letter) { return letter >= 'a' && letter <= 'z'; }
 
-/// A word begins with a capital behind another letter (`FileSystem`), with the last of several capitals before a small
-/// letter (`OSName`), and behind an underscore.
+/// A word begins with a capital after another letter (`FileSystem`), with the last of several capitals before a small
+/// letter (`OSName`), and after an underscore.
 bool IsWordBegin(std::string_view name, std::size_t i) {
     if (name[i - 1] == '_') {
         return name[i] != '_';
