@@ -9,8 +9,7 @@
 #include "host/ICIMInstance.h"
 #include "host/TCIMReference.h"
 #include "output/KeyListing.h"
-#include "text/NameList.h"
-#include "text/NameOrder.h"
+#include "text/Names.h"
 
 #include <algorithm>
 

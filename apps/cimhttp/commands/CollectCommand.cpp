@@ -9,7 +9,7 @@
 #include "connection/Session.h"
 #include "output/OutputFile.h"
 #include "output/ValueTexts.h"
-#include "text/NameList.h"
+#include "text/Names.h"
 #include "text/TerminalText.h"
 #include "waiting/Interrupt.h"
 #include "waiting/ProgressBar.h"

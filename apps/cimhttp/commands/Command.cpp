@@ -7,8 +7,8 @@
 #include "connection/ServerTrust.h"
 #include "connection/Session.h"
 #include "text/TerminalText.h"
-#include "waiting/Attendant.h"
 #include "waiting/Interrupt.h"
+#include "waiting/ProgressWait.h"
 
 #include <ostream>
 #include <utility>
@@ -35,13 +35,12 @@ Session CommandContext::Connect() const {
 }
 
 Session CommandContext::ConnectTo(const Plugin& plugin, const Connection& connection) const {
-    return ConnectTo(plugin, connection, MakeAttendant());
+    return ConnectTo(plugin, connection, MakeProgressWait());
 }
 
-Session CommandContext::ConnectTo(const Plugin& plugin, const Connection& connection,
-                                  const Attendant& attendant) const {
-    const Connection trusted = Trusted(plugin, connection, options, attendant);
-    Session session(plugin, trusted, attendant);
+Session CommandContext::ConnectTo(const Plugin& plugin, const Connection& connection, const ProgressWait& wait) const {
+    const Connection trusted = Trusted(plugin, connection, options, wait);
+    Session session(plugin, trusted, wait);
     WarnAbout(trusted);
     return session;
 }
@@ -58,12 +57,12 @@ void CommandContext::WarnAbout(const Connection& connection) const {
     errors.flush();
 }
 
-Attendant CommandContext::MakeAttendant(std::function<void()> onInterrupt) const {
+ProgressWait CommandContext::MakeProgressWait(std::function<void()> onInterrupt) const {
     return {errors, ShowsProgress(), options.errorStreamWidth, std::move(onInterrupt)};
 }
 
-Attendant CommandContext::MakeAttendant() const {
-    return MakeAttendant([&stream = errors] {
+ProgressWait CommandContext::MakeProgressWait() const {
+    return MakeProgressWait([&stream = errors] {
         stream << "cimhttp: interrupted" << std::endl;
         EndByInterrupt();
     });

@@ -14,7 +14,7 @@ namespace cimhttp {
 
 struct Connection;
 struct Options;
-class Attendant;
+class ProgressWait;
 class Command;
 class Plugin;
 class Session;
@@ -69,15 +69,15 @@ struct CommandContext {
 
     /// A session with another connection than the options'.
     Session ConnectTo(const Plugin& plugin, const Connection& connection) const;
-    Session ConnectTo(const Plugin& plugin, const Connection& connection, const Attendant& attendant) const;
+    Session ConnectTo(const Plugin& plugin, const Connection& connection, const ProgressWait& wait) const;
 
     /// Says the same of a connection that is there.
     void WarnAbout(const Connection& connection) const;
 
-    /// Looks after the user as the options say. `onInterrupt`: see Attendant; without it, an interrupt ends the
+    /// How to wait for a server, as the options say. `onInterrupt`: see ProgressWait; without it, an interrupt ends the
     /// program as it ends others.
-    Attendant MakeAttendant(std::function<void()> onInterrupt) const;
-    Attendant MakeAttendant() const;
+    ProgressWait MakeProgressWait(std::function<void()> onInterrupt) const;
+    ProgressWait MakeProgressWait() const;
 
     /// Whether the error stream has a line for what goes on.
     bool ShowsProgress() const;

@@ -7,10 +7,10 @@
 #include "connection/KnownServers.h"
 #include "connection/Session.h"
 #include "output/Listing.h"
+#include "text/Ascii.h"
 #include "text/TerminalText.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cstdint>
 #include <filesystem>
 #include <ostream>
@@ -44,8 +44,8 @@ known_servers.json.)";
 
 /// Names that need no quoting in a shell and do not look like options.
 void CheckName(const std::string& name) {
-    const auto isPlain = [](unsigned char letter) {
-        return std::isalnum(letter) != 0 || letter == '_' || letter == '-' || letter == '.';
+    const auto isPlain = [](char letter) {
+        return IsAsciiLetter(letter) || IsAsciiDigit(letter) || letter == '_' || letter == '-' || letter == '.';
     };
     if (!std::all_of(name.begin(), name.end(), isPlain) || name.front() == '-') {
         Refuse("'" + name + "' is no name for a connection: it has letters, digits, '_', '.' and '-'");

@@ -9,7 +9,7 @@
 #include "selection/RowLimit.h"
 #include "selection/SortOrder.h"
 #include "table/TableCell.h"
-#include "text/Pattern.h"
+#include "text/Names.h"
 #include "text/TerminalText.h"
 #include "text/WordList.h"
 

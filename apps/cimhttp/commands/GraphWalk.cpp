@@ -2,9 +2,8 @@
 
 #include "output/DisplayText.h"
 #include "output/ShortReferences.h"
+#include "text/Ascii.h"
 #include "text/WordList.h"
-
-#include <algorithm>
 
 namespace cimhttp {
 
@@ -16,23 +15,15 @@ using State = ObjectGraph::State;
 
 constexpr char kSeparator = '\0'; // which no part has
 
-/// Names and hosts are the same in any letter case; beyond ASCII they are compared as they are.
-std::string LowerCase(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(), [](char letter) {
-        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-    });
-    return text;
-}
-
 /// A text that is the same for the paths of one object only, however their names are spelled.
 std::string IdentityOf(const TCIMReference& path) {
     std::map<std::string, std::string> keys;
     path.EnumerateKeyValues([&](const std::string& name, const TCIMValue& value) {
-        keys[LowerCase(name)] = PlainText(value);
+        keys[AsciiLower(name)] = PlainText(value);
         return true;
     });
-    std::string identity = LowerCase(path.GetHost()) + kSeparator + LowerCase(path.GetNamespaceName()) + kSeparator +
-                           LowerCase(path.GetClassName());
+    std::string identity = AsciiLower(path.GetHost()) + kSeparator + AsciiLower(path.GetNamespaceName()) + kSeparator +
+                           AsciiLower(path.GetClassName());
     for (const auto& [name, value] : keys) {
         identity += kSeparator + name + kSeparator + value;
     }

@@ -3,7 +3,6 @@
 #include "commands/Commands.h"
 #include "commands/Remarks.h"
 #include "connection/InteropNamespace.h"
-#include "connection/ServerProbe.h"
 #include "connection/Session.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMProperty.h"
@@ -26,6 +25,8 @@ namespace cimhttp {
 namespace {
 
 using NQORVYX20::TCIMContext;
+
+constexpr std::chrono::seconds kProbeTimeout{5};
 
 std::string Milliseconds(std::chrono::microseconds time) {
     constexpr double kMicrosecondsPerMillisecond = 1000;
@@ -277,11 +278,14 @@ class InfoCommand : public Command {
         findings.Add("plug-in", "plugin", session.LoadedPlugin().Path());
         findings.Add("provider", "provider", ProviderText(session.LoadedPlugin()));
         findings.Add("server", "server", session.Server());
-        const auto probe = ProbeServer(target.host, target.Port(), target.tls);
-        if (probe && probe->tls) {
-            AddTls(*probe->tls, findings);
+        const ServerProbe probe =
+            session.LoadedPlugin().Access().Probe({target.host, target.Port(), kProbeTimeout},
+                                                  target.tls ? ServerProbe::Depth::kTls : ServerProbe::Depth::kPort);
+        const bool isReached = probe.result == ServerProbe::Result::kReached;
+        if (probe.tls.showsCertificate) {
+            AddTls(probe.tls, findings);
         } else if (target.tls) {
-            findings.Add("TLS", "tls", "could not be looked at: " + (probe ? probe->tlsFailure : "no connection"));
+            findings.Add("TLS", "tls", "could not be looked at: " + (isReached ? probe.tls.failure : "no connection"));
         }
         std::optional<std::size_t> classCount;
         const auto classes = CountClasses(session, classCount);
@@ -292,9 +296,9 @@ class InfoCommand : public Command {
         trials.Add("EnumerateClassNames", classes);
         TryOperations(session, description, trials);
         trials.AddTo(findings);
-        if (probe) {
+        if (isReached) {
             findings.AddTime("round trip",
-                             Milliseconds(probe->roundTrip) + ", names of all classes " + Milliseconds(classes.time));
+                             Milliseconds(probe.connectTime) + ", names of all classes " + Milliseconds(classes.time));
         }
         if (context.Format(*this) == OutputFormat::kJson) {
             findings.WriteJson(context.output);
@@ -302,7 +306,8 @@ class InfoCommand : public Command {
             findings.WriteList({context.options.width, context.options.usesColor}, context.output);
         }
         const int status = ReportIncidents(session.TakeIncidents(), context);
-        const bool isWhole = probe && (probe->tls || !target.tls) && !description.HasFailed() && !trials.HasFailed();
+        const bool isWhole =
+            isReached && (probe.tls.showsCertificate || !target.tls) && !description.HasFailed() && !trials.HasFailed();
         return status == 0 && !isWhole ? Failure::kIncomplete : status;
     }
 };

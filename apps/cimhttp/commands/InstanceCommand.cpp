@@ -9,7 +9,6 @@
 #include "host/ICIMInstance.h"
 #include "output/InstanceListing.h"
 #include "selection/GivenKeys.h"
-#include "text/PathFault.h"
 #include "text/TerminalText.h"
 #include "text/WordList.h"
 
@@ -27,7 +26,7 @@ void WriteNamesWithoutValue(const std::vector<std::string>& names, const Command
     const std::string text = "Without a value: " + Printable(Joined(names));
     context.output << '\n';
     const std::size_t width = context.options.width == 0 ? text.size() : context.options.width;
-    for (const std::string& line : Folded(text, width)) {
+    for (const std::string& line : Wrapped(text, width)) {
         context.output << line << '\n';
     }
 }
@@ -47,10 +46,8 @@ void WriteList(const boost::shared_ptr<ICIMInstance>& instance, InstanceSelectio
     }
 }
 
-/// A path without keys, which names a class and no namespace.
-bool IsClassName(const std::string& path) {
-    return PathFault(path).empty() && path.find_first_of("=:") == std::string::npos;
-}
+/// Whether there is nothing in the text of what makes it a path.
+bool IsClassName(const std::string& text) { return !text.empty() && text.find_first_of("=:./\"") == std::string::npos; }
 
 /// `instance PATH`: one instance by its object path, or by its class and keys, see InstanceFinder.
 class InstanceCommand : public Command {

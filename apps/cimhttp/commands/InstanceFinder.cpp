@@ -12,7 +12,7 @@
 #include "selection/KeyValue.h"
 #include "selection/ParsedText.h"
 #include "selection/ValuePlace.h"
-#include "text/Pattern.h"
+#include "text/Names.h"
 #include "text/TerminalText.h"
 #include "text/WordList.h"
 

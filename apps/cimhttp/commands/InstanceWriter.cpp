@@ -12,7 +12,7 @@
 #include "output/Json.h"
 #include "output/MofWriter.h"
 #include "output/PropertySelector.h"
-#include "text/NameOrder.h"
+#include "text/Names.h"
 
 #include <algorithm>
 #include <iterator>

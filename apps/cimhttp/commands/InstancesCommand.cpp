@@ -11,7 +11,7 @@
 #include "output/DisplayText.h"
 #include "output/KeyListing.h"
 #include "selection/RowLimit.h"
-#include "text/Pattern.h"
+#include "text/Names.h"
 #include "text/TerminalText.h"
 
 #include <algorithm>

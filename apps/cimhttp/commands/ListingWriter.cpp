@@ -5,11 +5,11 @@
 #include "output/Json.h"
 #include "output/Listing.h"
 #include "output/ListingText.h"
+#include "text/Ascii.h"
 #include "text/TerminalText.h"
 #include "text/WordList.h"
 
 #include <algorithm>
-#include <cctype>
 #include <ostream>
 #include <string_view>
 
@@ -19,18 +19,12 @@ namespace {
 
 constexpr const char* kRecordEnd = "\r\n"; // RFC 4180, 2.1
 
-std::string MemberName(std::string heading) {
-    std::transform(heading.begin(), heading.end(), heading.begin(),
-                   [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
-    return heading;
-}
-
 void WriteJson(const Listing& listing, std::ostream& output) {
     JsonLines lines(output);
     for (const auto& row : listing.Rows()) {
         JsonObject object;
         for (std::size_t i = 0; i < row.size(); ++i) {
-            object.Add(MemberName(listing.Columns()[i].heading), JsonValue(row[i].value));
+            object.Add(AsciiLower(listing.Columns()[i].heading), JsonValue(row[i].value));
         }
         lines.Next() << object.Text();
     }

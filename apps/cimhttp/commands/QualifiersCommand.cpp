@@ -5,7 +5,7 @@
 #include "connection/Session.h"
 #include "output/DefinitionListing.h"
 #include "output/MofWriter.h"
-#include "text/NameOrder.h"
+#include "text/Names.h"
 
 #include <algorithm>
 #include <ostream>

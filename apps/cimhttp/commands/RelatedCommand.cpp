@@ -1,9 +1,11 @@
 #include "Failure.h"
+#include "Options.h"
 #include "commands/Commands.h"
 #include "commands/GraphWalk.h"
 #include "commands/Remarks.h"
 #include "connection/Session.h"
 #include "output/GraphWriter.h"
+#include "output/TreeLines.h"
 
 #include <algorithm>
 #include <ostream>
@@ -15,7 +17,7 @@ namespace {
 constexpr std::size_t kUsualDepth = 2;
 constexpr std::size_t kGreatestDepth = 100;
 
-void Write(const ObjectGraph& graph, OutputFormat format, std::ostream& output) {
+void Write(const ObjectGraph& graph, OutputFormat format, const TreeLines& lines, std::ostream& output) {
     switch (format) {
     case OutputFormat::kJson:
         WriteGraphJson(graph, output);
@@ -24,7 +26,7 @@ void Write(const ObjectGraph& graph, OutputFormat format, std::ostream& output) 
         WriteDot(graph, output);
         break;
     default:
-        WriteTree(graph, output);
+        WriteTree(graph, lines, output);
     }
 }
 
@@ -57,7 +59,7 @@ class RelatedCommand : public Command {
         if (walk.Graph().edges.empty()) {
             session.CheckExists(path_);
         }
-        Write(walk.Graph(), context.Format(*this), context.output);
+        Write(walk.Graph(), context.Format(*this), TreeLines::For(context.options.isUtf8), context.output);
         const int status = ReportRemark(walk.Remark(), context);
         return std::max(status, ReportIncidents(session.TakeIncidents(), context));
     }

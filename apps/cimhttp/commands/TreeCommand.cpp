@@ -1,4 +1,5 @@
 #include "Failure.h"
+#include "Options.h"
 #include "commands/Commands.h"
 #include "commands/ListingWriter.h"
 #include "commands/Remarks.h"
@@ -6,6 +7,7 @@
 #include "output/ClassTree.h"
 #include "output/Json.h"
 #include "output/Listing.h"
+#include "output/TreeLines.h"
 #include "text/TerminalText.h"
 
 #include <ostream>
@@ -24,21 +26,21 @@ void CheckDepth(const std::string& name, std::size_t depth) {
 }
 
 /// Draws the classes below one, each behind the lines that lead down to it.
-void DrawBelow(const ClassTree& tree, const std::string& name, const std::string& lines, std::size_t depth,
-               std::ostream& output) {
+void DrawBelow(const ClassTree& tree, const std::string& name, const std::string& before, std::size_t depth,
+               const TreeLines& lines, std::ostream& output) {
     CheckDepth(name, depth);
     const auto subclasses = tree.SubclassesOf(name);
     for (const std::string& subclass : subclasses) {
         const bool isLast = &subclass == &subclasses.back();
-        output << lines << (isLast ? "└── " : "├── ") << Printable(subclass) << '\n';
-        DrawBelow(tree, subclass, lines + (isLast ? "    " : "│   "), depth + 1, output);
+        output << before << (isLast ? lines.last : lines.branch) << Printable(subclass) << '\n';
+        DrawBelow(tree, subclass, before + (isLast ? TreeLines::kNothing : lines.passing), depth + 1, lines, output);
     }
 }
 
-void Draw(const ClassTree& tree, const std::vector<std::string>& roots, std::ostream& output) {
+void Draw(const ClassTree& tree, const std::vector<std::string>& roots, const TreeLines& lines, std::ostream& output) {
     for (const std::string& root : roots) {
         output << Printable(root) << '\n';
-        DrawBelow(tree, root, "", 1, output);
+        DrawBelow(tree, root, "", 1, lines, output);
     }
 }
 
@@ -122,7 +124,7 @@ class TreeCommand : public Command {
             WriteCsv(tree, roots, context);
             break;
         default:
-            Draw(tree, roots, context.output);
+            Draw(tree, roots, TreeLines::For(context.options.isUtf8), context.output);
         }
         return ReportIncidents(session.TakeIncidents(), context);
     }

@@ -7,8 +7,8 @@
 #include "commands/Remarks.h"
 #include "connection/Connection.h"
 #include "connection/Session.h"
-#include "waiting/Attendant.h"
 #include "waiting/Interrupt.h"
+#include "waiting/ProgressWait.h"
 #include "waiting/Repetition.h"
 
 #include <algorithm>
@@ -124,12 +124,12 @@ class WatchCommand : public Command {
         const InterruptScope interrupts;
         std::optional<WatchedInstances> watched;
         const auto end = [&] { return watched ? ReportIncidents(watched->Incidents(), context) : 0; };
-        const Attendant attendant = context.MakeAttendant([&] { // all that was written is whole
+        const ProgressWait wait = context.MakeProgressWait([&] { // all that was written is whole
             context.output.flush();
             std::_Exit(end());
         });
         const InstanceQuery query(properties_, conditions_);
-        const Session session = context.ConnectTo(plugin, connection, attendant);
+        const Session session = context.ConnectTo(plugin, connection, wait);
         watched.emplace(context, InstanceReader(session, name_, query, true, context.options.textForm), plugin.Access(),
                         context.Format(*this) == OutputFormat::kJson);
         const auto interval = std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(interval_));

@@ -21,8 +21,8 @@ using State = ObjectGraph::State;
 /// Draws the objects of a graph, each with what was found from it below itself.
 class TreeWriter {
   public:
-    TreeWriter(const ObjectGraph& graph, std::ostream& output)
-        : graph_(graph), output_(output), labels_(LabelsOf(graph)), below_(graph.objects.size()) {
+    TreeWriter(const ObjectGraph& graph, const TreeLines& drawn, std::ostream& output)
+        : graph_(graph), drawn_(drawn), output_(output), labels_(LabelsOf(graph)), below_(graph.objects.size()) {
         for (const Edge& edge : graph.edges) {
             below_[edge.from].push_back(&edge);
         }
@@ -48,11 +48,11 @@ class TreeWriter {
     void WriteBelow(std::size_t object, const std::string& lines) {
         for (const Edge* edge : below_[object]) {
             const bool isLast = edge == below_[object].back();
-            output_ << lines << (isLast ? "└── " : "├── ") << Printable(labels_[edge->to]) << "  "
+            output_ << lines << (isLast ? drawn_.last : drawn_.branch) << Printable(labels_[edge->to]) << "  "
                     << Printable(edge->association.GetClassName())
                     << (edge->isFirst ? Remark(edge->to) : ", shown elsewhere") << '\n';
             if (edge->isFirst) {
-                WriteBelow(edge->to, lines + (isLast ? "    " : "│   "));
+                WriteBelow(edge->to, lines + (isLast ? TreeLines::kNothing : drawn_.passing));
             }
         }
     }
@@ -69,6 +69,7 @@ class TreeWriter {
     }
 
     const ObjectGraph& graph_;
+    const TreeLines& drawn_;
     std::ostream& output_;
     std::vector<std::string> labels_;
     std::vector<std::vector<const Edge*>> below_; // by the number of an object
@@ -131,7 +132,9 @@ std::string DotText(std::string_view text) {
 
 } // namespace
 
-void WriteTree(const ObjectGraph& graph, std::ostream& output) { TreeWriter(graph, output).Write(); }
+void WriteTree(const ObjectGraph& graph, const TreeLines& lines, std::ostream& output) {
+    TreeWriter(graph, lines, output).Write();
+}
 
 void WriteGraphJson(const ObjectGraph& graph, std::ostream& output) {
     output << "{\"objects\":";

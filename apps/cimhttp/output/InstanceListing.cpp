@@ -5,7 +5,7 @@
 #include "host/ICIMPropertyDecl.h"
 #include "host/ICIMQualifier.h"
 #include "output/TypeText.h"
-#include "text/Pattern.h"
+#include "text/Names.h"
 
 #include <algorithm>
 #include <array>

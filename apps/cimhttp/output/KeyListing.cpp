@@ -2,8 +2,7 @@
 
 #include "output/DisplayText.h"
 #include "output/Json.h"
-#include "text/NameList.h"
-#include "text/Pattern.h"
+#include "text/Names.h"
 
 #include <algorithm>
 #include <ostream>

@@ -7,8 +7,7 @@
 #include "host/ICIMPropertyDecl.h"
 #include "output/MofText.h"
 #include "output/QualifierMeaning.h"
-#include "text/NameOrder.h"
-#include "text/Pattern.h"
+#include "text/Names.h"
 #include "text/TerminalText.h"
 #include "text/WordList.h"
 

@@ -3,8 +3,7 @@
 #include "output/DisplayText.h"
 #include "output/ObjectGraph.h"
 #include "output/ShortReferences.h"
-#include "text/NameOrder.h"
-#include "text/Pattern.h"
+#include "text/Names.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -3,7 +3,7 @@
 #include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMPropertyDecl.h"
-#include "text/NameOrder.h"
+#include "text/Names.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #include "output/QualifierMeaning.h"
 
 #include "output/DisplayText.h"
-#include "text/Pattern.h"
+#include "text/Names.h"
 
 #include <algorithm>
 

@@ -5,7 +5,7 @@
 #include "host/ICIMPropertyDecl.h"
 #include "output/TypeText.h"
 #include "output/ValueTexts.h"
-#include "text/Pattern.h"
+#include "text/Names.h"
 
 #include <algorithm>
 #include <string_view>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "text/Pattern.h"
+#include "text/Names.h"
 
 #include <charconv>
 #include <optional>

@@ -2,8 +2,7 @@
 
 #include "Failure.h"
 #include "selection/ValuePlace.h"
-#include "text/NameList.h"
-#include "text/Pattern.h"
+#include "text/Names.h"
 
 #include <algorithm>
 #include <numeric>

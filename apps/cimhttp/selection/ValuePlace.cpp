@@ -110,7 +110,7 @@ std::optional<bool> ValuePlace::IsLessThan(const ValuePlace& other) const {
         return std::nullopt;
     }
     if (kind_ == Kind::kText) {
-        return ::strcasecmp(text_.c_str(), other.text_.c_str()) < 0;
+        return CompareIgnoringCase(text_, other.text_) < 0;
     }
     const bool isLess = highest_ < other.lowest_;
     return isLess || lowest_ >= other.highest_ ? std::optional<bool>(isLess) : std::nullopt;
@@ -122,7 +122,7 @@ std::optional<bool> ValuePlace::IsAtMost(const ValuePlace& other) const {
 }
 
 bool operator<(const ValuePlace& one, const ValuePlace& other) {
-    const int texts = ::strcasecmp(one.text_.c_str(), other.text_.c_str());
+    const int texts = CompareIgnoringCase(one.text_, other.text_);
     return std::tuple(one.kind_, one.lowest_, one.highest_, texts) <
            std::tuple(other.kind_, other.lowest_, other.highest_, 0);
 }

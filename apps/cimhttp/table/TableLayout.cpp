@@ -2,7 +2,7 @@
 
 #include "table/ColumnRanking.h"
 #include "table/TableTexts.h"
-#include "text/FoldedName.h"
+#include "text/WrappedName.h"
 
 #include <algorithm>
 #include <iterator>

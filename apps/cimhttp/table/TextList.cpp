@@ -49,20 +49,20 @@ void TextList::Write(const std::vector<TableCell>& row) {
 
 void TextList::WriteItem(std::string heading, const TableCell& cell) {
     if (isStacked_) {
-        for (const std::string& part : Folded(heading, indent_ + room_)) {
+        for (const std::string& part : Wrapped(heading, indent_ + room_)) {
             line_.Write(part, Emphasis::kStrong);
             line_.End();
         }
         heading.clear();
     }
     const std::string text = cell.Whole();
-    Folder folder(text, room_ == 0 ? text.size() : room_); // no character takes more columns than bytes
+    LineWrapper wrapper(text, room_ == 0 ? text.size() : room_); // no character takes more columns than bytes
     do {
         line_.WritePadded(heading, indent_, Column::Align::kLeft, Emphasis::kStrong);
-        line_.Write(folder.NextLine(), cell.isNull ? Emphasis::kFaint : Emphasis::kNone);
+        line_.Write(wrapper.NextLine(), cell.isNull ? Emphasis::kFaint : Emphasis::kNone);
         line_.End();
         heading.clear();
-    } while (!folder.IsAtEnd());
+    } while (!wrapper.IsAtEnd());
 }
 
 } // namespace cimhttp

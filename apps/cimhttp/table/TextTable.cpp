@@ -1,7 +1,7 @@
 #include "table/TextTable.h"
 
-#include "text/FoldedName.h"
 #include "text/TerminalText.h"
+#include "text/WrappedName.h"
 
 #include <algorithm>
 #include <string_view>
@@ -75,7 +75,7 @@ void TextTable::WriteHead(LineWriter& line) const {
     std::vector<Lines> headings;
     std::vector<Lines> rules;
     for (const std::size_t i : shown_) {
-        headings.push_back(FoldedName(texts_.Headings()[i], layout_.Width(i)));
+        headings.push_back(WrappedName(texts_.Headings()[i], layout_.Width(i)));
         rules.push_back({std::string(layout_.Width(i), '-')});
     }
     const std::size_t height = Height(headings);
@@ -100,7 +100,7 @@ void TextTable::WriteRow(const std::vector<TableTexts::Text>& row, LineWriter& l
 
 TextTable::Lines TextTable::TextLines(const std::string& text, std::size_t column) const {
     const std::size_t width = layout_.Width(column);
-    return IsCut(text, column) ? Lines{CutNumber(text, width)} : Folded(text, width);
+    return IsCut(text, column) ? Lines{CutNumber(text, width)} : Wrapped(text, width);
 }
 
 /// Writes the lines of the columns shown side by side. `emphasisOf` gives a column's emphasis.

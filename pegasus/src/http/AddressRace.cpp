@@ -3,6 +3,7 @@
 #include "http/SystemError.h"
 #include "http/TimeOut.h"
 #include "http/Waiting.h"
+#include "model/Marked.h"
 
 #include <Pegasus/Common/Exception.h>
 
@@ -133,6 +134,7 @@ std::vector<pollfd> AddressRace::waitForAttempts() const {
 void AddressRace::noteRefusal(const SocketAddress& address, int error) {
     noteReason(address, systemError(error));
     isRefused_ = true;
+    isClosed_ = isClosed_ || error == ECONNREFUSED;
     nextStart_ = Clock::now();
 }
 
@@ -154,7 +156,11 @@ void AddressRace::fail() const {
 }
 
 void AddressRace::fail(const std::string& reason) const {
-    throw CannotConnectException(String("cannot connect to " + endpoint_.text() + ": " + reason));
+    const String text("cannot connect to " + endpoint_.text() + ": " + reason);
+    if (isClosed_) {
+        throw detail::Marked<CannotConnectException, PortClosed>(text);
+    }
+    throw CannotConnectException(text);
 }
 
 } // namespace Pegasus::http

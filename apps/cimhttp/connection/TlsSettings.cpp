@@ -1,6 +1,6 @@
-#include "connection/Fingerprint.h"
+#include "connection/TlsSettings.h"
 
-#include <cctype>
+#include "text/Ascii.h"
 
 namespace cimhttp {
 
@@ -9,6 +9,8 @@ namespace {
 constexpr std::size_t kBytes = 32;
 constexpr std::size_t kBareSize = 2 * kBytes;
 constexpr std::size_t kSizeWithColons = 3 * kBytes - 1;
+
+bool IsHexadecimalDigit(char letter) { return IsAsciiDigit(letter) || (letter >= 'A' && letter <= 'F'); }
 
 } // namespace
 
@@ -19,13 +21,13 @@ std::optional<std::string> NormalFingerprint(const std::string& text) {
     const bool hasColons = text.size() == kSizeWithColons;
     std::string normal;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        const auto letter = static_cast<unsigned char>(text[i]);
+        const char letter = AsciiUpper(text[i]);
         const bool isColon = hasColons && i % 3 == 2;
-        if (isColon ? letter != ':' : std::isxdigit(letter) == 0) {
+        if (isColon ? letter != ':' : !IsHexadecimalDigit(letter)) {
             return std::nullopt;
         }
         normal += !hasColons && i > 0 && i % 2 == 0 ? ":" : "";
-        normal += static_cast<char>(std::toupper(letter));
+        normal += letter;
     }
     return normal;
 }

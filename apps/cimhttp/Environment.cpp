@@ -1,7 +1,9 @@
-#include "Surroundings.h"
+#include "Environment.h"
 
 #include "Options.h"
 
+#include <langinfo.h>
+#include <locale.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -36,11 +38,23 @@ std::size_t OutputWidth() {
 /// Colours are for terminals that have them and users who did not say otherwise (no-color.org).
 bool UsesColor() { return ::isatty(STDOUT_FILENO) == 1 && Variable("NO_COLOR").empty() && Variable("TERM") != "dumb"; }
 
+/// What the locale of the environment says; the program itself stays in the locale "C".
+bool IsUtf8() {
+    const locale_t locale = ::newlocale(LC_CTYPE_MASK, "", nullptr);
+    if (locale == nullptr) {
+        return false;
+    }
+    const bool isUtf8 = std::string(::nl_langinfo_l(CODESET, locale)) == "UTF-8";
+    ::freelocale(locale);
+    return isUtf8;
+}
+
 } // namespace
 
-void ReadSurroundings(Options& options) {
+void ReadEnvironment(Options& options) {
     options.width = OutputWidth();
     options.usesColor = UsesColor();
+    options.isUtf8 = IsUtf8();
     options.isInputTerminal = ::isatty(STDIN_FILENO) == 1;
     options.isOutputTerminal = ::isatty(STDOUT_FILENO) == 1;
     options.errorStreamWidth = TerminalWidth(STDERR_FILENO);

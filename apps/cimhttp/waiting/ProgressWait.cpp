@@ -1,4 +1,4 @@
-#include "waiting/Attendant.h"
+#include "waiting/ProgressWait.h"
 
 #include "text/TerminalText.h"
 #include "waiting/BackgroundTask.h"
@@ -25,7 +25,7 @@ constexpr std::chrono::milliseconds kGrace{3000};       // for work that is to s
 
 } // namespace
 
-void Attendant::Attend(const std::string& what, const Work& work, const std::optional<Limit>& limit,
+void ProgressWait::Run(const std::string& what, const Work& work, const std::optional<Limit>& limit,
                        const std::function<void()>& stop) const {
     const InterruptScope interrupts;
     BackgroundTask task([&work](const BackgroundTask::Notify& /*notify*/) { work(); });

@@ -1,4 +1,4 @@
-#include "text/FoldedName.h"
+#include "text/WrappedName.h"
 
 #include "text/TerminalText.h"
 
@@ -12,8 +12,8 @@ bool IsUpper(char letter) { return letter >= 'A' && letter <= 'Z'; }
 
 bool IsLower(char letter) { return letter >= 'a' && letter <= 'z'; }
 
-/// A word begins with a capital behind another letter (`FileSystem`), with the last of several capitals before a small
-/// letter (`OSName`), and behind an underscore.
+/// A word begins with a capital after another letter (`FileSystem`), with the last of several capitals before a small
+/// letter (`OSName`), and after an underscore.
 bool IsWordBegin(std::string_view name, std::size_t i) {
     if (name[i - 1] == '_') {
         return name[i] != '_';
@@ -37,7 +37,7 @@ std::vector<std::string_view> WordsOf(std::string_view name) {
 
 } // namespace
 
-std::vector<std::string> FoldedName(std::string_view name, std::size_t width) {
+std::vector<std::string> WrappedName(std::string_view name, std::size_t width) {
     std::vector<std::string> lines;
     std::size_t used = 0; // of the last line
     for (const std::string_view word : WordsOf(name)) {
@@ -47,7 +47,7 @@ std::vector<std::string> FoldedName(std::string_view name, std::size_t width) {
             used += needed;
             continue;
         }
-        const auto parts = Folded(word, width);
+        const auto parts = Wrapped(word, width);
         lines.insert(lines.end(), parts.begin(), parts.end());
         used = DisplayWidth(lines.back());
     }

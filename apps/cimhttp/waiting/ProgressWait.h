@@ -12,34 +12,33 @@
 
 namespace cimhttp {
 
-/// Looks after the user while the program waits for a server: a line of the terminal says what for and for how long,
-/// and an interrupt ends the program at once, whatever the server does. What waits runs in a thread of its own
-/// meanwhile.
-class Attendant {
+/// Waits for a server: a line of the terminal says what for and for how long, and an interrupt ends the program at
+/// once, whatever the server does. The work itself runs in a thread of its own meanwhile.
+class ProgressWait {
   public:
     using Work = std::function<void()>;
 
-    /// How long work may take that has no time-out of its own, and the end of the program when it takes longer.
+    /// The timeout of work that has none of its own, and the failure that ends the program when it passes.
     struct Limit {
         std::chrono::milliseconds time;
         std::function<Failure()> failure;
     };
 
-    /// `errors` must live longer than the attendant; with `showsLine` it is a terminal, `width` wide (0 for any).
+    /// `errors` must outlive the object; with `showsLine` it is a terminal, `width` wide (0 for any).
     /// `onInterrupt` must end the program, without taking away what the work uses.
-    Attendant(std::ostream& errors, bool showsLine, std::size_t width, std::function<void()> onInterrupt)
+    ProgressWait(std::ostream& errors, bool showsLine, std::size_t width, std::function<void()> onInterrupt)
         : errors_(&errors), showsLine_(showsLine), width_(width), onInterrupt_(std::move(onInterrupt)) {}
 
     /// Waits for the work, and throws what it throws. `what` is what the line says. At an interrupt `stop` is called,
     /// if there is one, and the work has a few seconds to end in good order.
-    void Attend(const std::string& what, const Work& work, const std::optional<Limit>& limit = {},
-                const std::function<void()>& stop = {}) const;
+    void Run(const std::string& what, const Work& work, const std::optional<Limit>& limit = {},
+             const std::function<void()>& stop = {}) const;
 
-    /// The same for work with a result.
+    /// Waits for work that returns a result, and returns that.
     template <typename Reading>
     auto Read(const std::string& what, const Reading& reading, const std::function<void()>& stop = {}) const {
         std::optional<decltype(reading())> result;
-        Attend(
+        Run(
             what, [&] { result.emplace(reading()); }, {}, stop);
         return std::move(*result);
     }

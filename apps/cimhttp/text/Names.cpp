@@ -1,6 +1,6 @@
-#include "text/NameList.h"
+#include "text/Names.h"
 
-#include "text/NameOrder.h"
+#include <fnmatch.h>
 
 namespace cimhttp {
 
@@ -26,6 +26,10 @@ std::vector<std::string> NamesIn(const std::vector<std::string>& texts) {
         names.push_back(text.substr(begin));
     }
     return DistinctNames(names);
+}
+
+bool Matches(const std::string& pattern, const std::string& name) {
+    return ::fnmatch(pattern.c_str(), name.c_str(), FNM_CASEFOLD) == 0;
 }
 
 } // namespace cimhttp

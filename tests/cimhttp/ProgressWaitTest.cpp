@@ -37,7 +37,7 @@ support::Fault SilentAt(const std::string& method, int passed = 0) {
 }
 
 /// A whole server. What stands before it is up to the test.
-class AttendanceTest : public testing::Test {
+class ProgressWaitTest : public testing::Test {
   protected:
     std::unique_ptr<support::FaultyServer> Before(support::Fault fault) const {
         auto server =
@@ -83,7 +83,7 @@ const std::vector<Wait> kWaits{
 
 } // namespace
 
-TEST_F(AttendanceTest, ATerminalShowsWhatIsReadAndAnInterruptEndsIt) {
+TEST_F(ProgressWaitTest, ATerminalShowsWhatIsReadAndAnInterruptEndsIt) {
     for (const Wait& wait : kWaits) {
         SCOPED_TRACE(wait.line);
         const auto server = Before(SilentAt(wait.method));
@@ -96,7 +96,7 @@ TEST_F(AttendanceTest, ATerminalShowsWhatIsReadAndAnInterruptEndsIt) {
     }
 }
 
-TEST_F(AttendanceTest, ALineThatTheTerminalIsTooNarrowForIsCutOff) {
+TEST_F(ProgressWaitTest, ALineThatTheTerminalIsTooNarrowForIsCutOff) {
     const auto server = Before(SilentAt("EnumerateClassNames"));
     TerminalProgram program(CIMHTTP_PROGRAM, Arguments({"classes"}), {}, {20, 24});
     ASSERT_TRUE(program.AwaitText(std::string(kErased) + "reading the names o")) << program.Screen();
@@ -105,7 +105,7 @@ TEST_F(AttendanceTest, ALineThatTheTerminalIsTooNarrowForIsCutOff) {
     EXPECT_THAT(program.Screen(), Not(HasSubstr("of the")));
 }
 
-TEST_F(AttendanceTest, TheLineGoesBeforeTheOutputComes) {
+TEST_F(ProgressWaitTest, TheLineGoesBeforeTheOutputComes) {
     std::promise<void> release;
     const auto server = Before([released = release.get_future().share()](auto& client, const auto& answer) {
         released.wait();
@@ -118,7 +118,7 @@ TEST_F(AttendanceTest, TheLineGoesBeforeTheOutputComes) {
     EXPECT_THAT(program.Screen(), HasSubstr(std::string(kErased) + "CIM_"));
 }
 
-TEST_F(AttendanceTest, InstancesOfSeveralClassesAreShownWholeOrNotAtAll) {
+TEST_F(ProgressWaitTest, InstancesOfSeveralClassesAreShownWholeOrNotAtAll) {
     const auto server = Before([](auto& client, const std::string& answer) {
         const bool hasInstances = answer.find("VALUE.INSTANCEWITHPATH") != std::string::npos;
         support::faults::StalledAt(hasInstances ? answer.size() / 2 : answer.size())(client, answer);
@@ -131,7 +131,7 @@ TEST_F(AttendanceTest, InstancesOfSeveralClassesAreShownWholeOrNotAtAll) {
     EXPECT_THAT(program.Screen(), Not(HasSubstr("Caption")));
 }
 
-TEST_F(AttendanceTest, AServerThatIsSlowToConnectToCanBeLeft) {
+TEST_F(ProgressWaitTest, AServerThatIsSlowToConnectToCanBeLeft) {
     support::ScriptedServer server([](auto& connection) { connection.WaitForPeerClose(); });
     server.Listen(kHttpsPort); // where no handshake comes
     TerminalProgram program(CIMHTTP_PROGRAM, Arguments({"--tls", "classes"}));
@@ -141,7 +141,7 @@ TEST_F(AttendanceTest, AServerThatIsSlowToConnectToCanBeLeft) {
     EXPECT_THAT(program.Screen(), EndsWith("cimhttp: interrupted\r\n"));
 }
 
-TEST_F(AttendanceTest, WatchEndsInGoodOrderWhileItReads) {
+TEST_F(ProgressWaitTest, WatchEndsInGoodOrderWhileItReads) {
     for (const int rounds : {0, 1, 2}) {
         const auto server = Before(SilentAt("OpenEnumerateInstances", rounds));
         TerminalProgram program(CIMHTTP_PROGRAM, Arguments({"watch", "DEMO_StorageVolume", "--interval", "0.001"}));
@@ -152,7 +152,7 @@ TEST_F(AttendanceTest, WatchEndsInGoodOrderWhileItReads) {
     }
 }
 
-TEST_F(AttendanceTest, CollectIsLeftWithoutAFileWhileItConnects) {
+TEST_F(ProgressWaitTest, CollectIsLeftWithoutAFileWhileItConnects) {
     support::ScriptedServer server([](auto& connection) { connection.WaitForPeerClose(); });
     server.Listen(kHttpsPort);
     const support::TemporaryDirectory directory;
@@ -166,7 +166,7 @@ TEST_F(AttendanceTest, CollectIsLeftWithoutAFileWhileItConnects) {
     EXPECT_FALSE(std::filesystem::exists(result));
 }
 
-TEST_F(AttendanceTest, ALogTakesThePlaceOfTheLine) {
+TEST_F(ProgressWaitTest, ALogTakesThePlaceOfTheLine) {
     const auto server = Before(SilentAt("EnumerateClassNames"));
     TerminalProgram program(CIMHTTP_PROGRAM, Arguments({"--timeout", "1", "--log", "error", "classes"}));
     EXPECT_EQ(program.Wait(), 3);
