@@ -1,8 +1,7 @@
 #pragma once
 
+#include "text/Ascii.h"
 #include "text/WordList.h"
-
-#include <strings.h>
 
 #include <algorithm>
 #include <iterator>
@@ -30,11 +29,18 @@ std::string Listed(const Choices<T>& choices) {
 template <typename T>
 std::optional<T> Chosen(const std::string& word, const Choices<T>& choices) {
     for (const auto& [name, value] : choices) {
-        if (::strcasecmp(name.c_str(), word.c_str()) == 0) {
+        if (EqualIgnoringCase(name, word)) {
             return value;
         }
     }
     return std::nullopt;
+}
+
+/// What a word says that stands for a truth value.
+inline std::optional<bool> TruthIn(const std::string& word) {
+    static const Choices<bool> kTruths{{"true", true},   {"yes", true}, {"on", true},   {"1", true},
+                                       {"false", false}, {"no", false}, {"off", false}, {"0", false}};
+    return Chosen(word, kTruths);
 }
 
 /// The word for a value that is one of the choices.

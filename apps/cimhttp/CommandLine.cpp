@@ -1,20 +1,18 @@
 #include "CommandLine.h"
 
-#include "Choices.h"
+#include "Environment.h"
 #include "Failure.h"
 #include "HelpFormatter.h"
-#include "Surroundings.h"
+#include "OptionValues.h"
 #include "connection/Connection.h"
+#include "connection/DynamicLibrary.h"
 #include "connection/OperationStatistics.h"
 #include "connection/PasswordFile.h"
-#include "connection/ProgramFolder.h"
 #include "text/NearestNames.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <iterator>
 #include <memory>
-#include <stdexcept>
 
 namespace cimhttp {
 
@@ -57,12 +55,14 @@ struct Parser {
     Options options;
     Command* chosen = nullptr;
     std::string passwordFile;
+    std::string helpTopic;
+    CLI::App* helpCommand = nullptr;
     std::optional<UnitForm> unitForm;
     CLI::App app{"Reads classes and instances of a remote CIM server through the cimhttp plug-in.", "cimhttp"};
 
     explicit Parser(const Commands& commands) {
         options.plugin = LibraryBesideProgram(kPluginFile);
-        ReadSurroundings(options);
+        ReadEnvironment(options);
         const HelpLayout layout(options.width);
         app.formatter(std::make_shared<HelpFormatter>(layout));
         app.set_help_flag("-h,--help", "Show this help");
@@ -77,13 +77,33 @@ struct Parser {
             AddCommand(app, *command, layout);
         }
         AddRecord(commands, layout);
+        AddHelp(layout);
+    }
+
+    void AddHelp(const HelpLayout& layout) {
+        helpCommand = app.add_subcommand("help", "Show this help, or that of a command")->group("Commands");
+        helpCommand->add_option("COMMAND", helpTopic, "The command");
+        helpCommand->footer(layout.Prose("Example:") + layout.CommandLines("cimhttp help instances"));
+    }
+
+    /// What --help says of the command that was asked about, or of the program.
+    std::string HelpOfTopic() const {
+        if (helpTopic.empty()) {
+            return app.get_formatter()->make_help(&app, app.get_name(), CLI::AppFormatMode::Normal);
+        }
+        const auto commands =
+            app.get_subcommands([this](const CLI::App* known) { return known->get_name() == helpTopic; });
+        if (commands.empty()) {
+            throw Failure(Failure::kUsage, NoSuchCommand(helpTopic) + "; see cimhttp --help");
+        }
+        return commands.front()->help(app.get_name());
     }
 
     /// `record FILE` before any of the commands.
     void AddRecord(const Commands& commands, const HelpLayout& layout) {
         auto* const record = app.add_subcommand("record", "Run another command, and record what the server answers");
         record->group("Commands");
-        record->add_option("FILE", options.recording, "The file; what is in it already stays before it")->required();
+        record->add_option("FILE", options.recording, "The file; the recording is added at its end")->required();
         record->require_subcommand(1);
         record->footer(layout.Prose("FILE gets the requests and answers of the command as they are, without passwords; "
                                     "nobody else may read it. demo-server --replay FILE answers as the server did.\n\n"
@@ -102,9 +122,8 @@ struct Parser {
         app.add_option("--connection,-c", options.connection, "The named connection to use, see 'connection'")
             ->type_name("NAME")
             ->excludes("--host");
-        app.add_option("--port", options.port, "Its port; 5988 unless given, with --tls 5989")
-            ->type_name("N")
-            ->check(CLI::Range(1, kHighestPort).description(""));
+        AddWholeNumber(app, "--port", "N", "Its port; 5988 unless given, with --tls 5989", 1, kHighestPort,
+                       options.port);
         app.add_option("--namespace,-n", options.nameSpace,
                        std::string("The namespace on the server; ") + kUsualNamespace + " unless given")
             ->type_name("NAME");
@@ -114,31 +133,29 @@ struct Parser {
                        "password, and a line says so")
             ->type_name("NAME");
         app.add_option("--password-file", passwordFile,
-                       "A file whose first line is the password; without it the variable CIMHTTP_PASSWORD counts, and "
-                       "then you are asked")
+                       "A file whose first line is the password, - for standard input; without it the variable "
+                       "CIMHTTP_PASSWORD counts, and then you are asked")
             ->type_name("FILE");
-        app.add_option("--timeout", options.timeout,
-                       "How long to wait for an answer, 120 unless given; connecting takes 20 of them at most")
-            ->type_name("SECONDS")
-            ->check(CLI::Range(kShortestTimeout, kLongestTimeout).description(""));
-        app.add_flag("--strict", options.strict,
-                     "Refuse an answer of which a part cannot be read, instead of showing the rest with status 7");
+        AddWholeNumber(app, "--timeout", "SECONDS",
+                       "How long to wait for an answer, 120 unless given; connecting takes 20 at most",
+                       kShortestTimeout, kLongestTimeout, options.timeout);
+        AddFlag(app, "--strict",
+                "Refuse an answer of which a part cannot be read, instead of showing the rest with status 7",
+                [this](bool isSet) { options.strict = isSet; });
         app.add_option("--plugin", options.plugin, "The plug-in to load")->type_name("FILE");
         AddText("--trace", "FILE", options.trace,
                 "Write all that is sent and received to this file, with times and without passwords");
-        app.add_flag_function(
-            "--stats",
-            [this](std::int64_t count) {
-                options.statistics = count > 0 ? std::make_shared<OperationStatistics>() : nullptr;
-            },
-            "At the end, write to the error stream what each kind of operation took");
-        AddChoice("--log", "LEVEL", "Write the log to the error stream: " + Listed(kLevels), kLevels, options.logLevel);
+        AddFlag(app, "--stats", "At the end, write to the error stream what each kind of operation took",
+                [this](bool isSet) { options.statistics = isSet ? std::make_shared<OperationStatistics>() : nullptr; });
+        AddChoice(app, "--log", "LEVEL", "Write the log to the error stream: " + Listed(kLevels), kLevels,
+                  options.logLevel);
     }
 
     void AddTlsOptions() {
-        AddFlag("--tls", options.tls,
-                "Use HTTPS instead of HTTP (--tls=false the other way round); on a terminal, you are asked whether to "
-                "trust a server that is not known");
+        AddFlag(app, "--tls",
+                "Use HTTPS instead of HTTP, which --tls=false uses; on a terminal, you are asked whether to trust a "
+                "server that is not known",
+                [this](bool isSet) { options.tls = isSet; });
         AddText("--ca", "FILE", options.tlsSettings.ca,
                 "Verify the server by the authorities in this PEM file, or in the files of this folder");
         AddText("--fingerprint", "SHA256", options.tlsSettings.fingerprint,
@@ -147,13 +164,9 @@ struct Parser {
         AddText("--cert", "FILE", options.tlsSettings.certificate,
                 "A PEM file with your own certificate, for a server that asks for one");
         AddText("--key", "FILE", options.tlsSettings.key, "The PEM file with its key, unless that is in the same");
-        AddFlag("--verify", options.tlsSettings.verify,
-                "Refuse a server that neither --ca, --fingerprint nor an earlier answer of yours verifies");
-    }
-
-    void AddFlag(const std::string& name, std::optional<bool>& target, const std::string& help) {
-        app.add_flag_function(
-            name, [&target](std::int64_t count) { target = count > 0; }, help);
+        AddFlag(app, "--verify",
+                "Refuse a server that neither --ca, --fingerprint nor an earlier answer of yours verifies",
+                [this](bool isSet) { options.tlsSettings.verify = isSet; });
     }
 
     CLI::Option* AddText(const std::string& name, const std::string& valueName, std::optional<std::string>& target,
@@ -162,32 +175,15 @@ struct Parser {
     }
 
     void AddOutputOptions() {
-        AddChoice("--output,-o", "FORM",
+        AddChoice(app, "--output,-o", "FORM",
                   "The form of the output: " + Listed(kFormats) + ", as far as the command has it", kFormats,
                   options.format);
-        AddChoice("--units", "FORM",
+        AddChoice(app, "--units", "FORM",
                   "Numbers with units as people write them, scaled (2.3 GHz), or as they are, exact (2300 MHz); scaled "
                   "unless given",
                   kUnitForms, unitForm);
-        app.add_flag("--verbose", options.textForm.saysWhatIsNot,
-                     "Say of a number that its value map has no text for it, as in '17 (not in the map)'");
-    }
-
-    template <typename T>
-    void AddChoice(const std::string& name, const std::string& valueName, const std::string& help,
-                   const Choices<T>& choices, std::optional<T>& target) {
-        app.add_option(
-               name,
-               [name, &choices, &target](const CLI::results_t& words) {
-                   target = Chosen(words.front(), choices);
-                   if (!target) {
-                       throw CLI::ValidationError(name.substr(0, name.find(',')),
-                                                  "there is no '" + words.front() + "'; give " + Listed(choices));
-                   }
-                   return true;
-               },
-               help)
-            ->type_name(valueName);
+        AddFlag(app, "--verbose", "Say of a number that its value map has no text for it, as in '17 (not in the map)'",
+                [this](bool isSet) { options.textForm.saysWhatIsNot = isSet; });
     }
 
     /// What is wrong with the command line and where to read of it, in one line.
@@ -195,14 +191,24 @@ struct Parser {
         const auto commands = app.get_subcommands();
         const CLI::App* const command = commands.empty() ? nullptr : commands.front();
         const auto unknown = app.remaining(true);
-        std::string text = FirstLine(error.what());
-        if (!unknown.empty()) {
-            text = ComplaintAbout(unknown.front(), command);
-        } else if (error.get_name() == "RequiredError" && text == "A subcommand is required") {
-            text = "a command is missing";
-        }
-        const bool isGeneral = app.get_option_no_throw(text.substr(0, text.find(':'))) != nullptr;
+        const std::string text = unknown.empty() ? OwnWords(error) : ComplaintAbout(unknown.front(), command);
+        const bool isGeneral = app.get_option_no_throw(text.substr(0, text.find_first_of(": "))) != nullptr;
         return text + "; see cimhttp " + (command == nullptr || isGeneral ? "" : command->get_name() + ' ') + "--help";
+    }
+
+    /// The parser's own complaint, which begins with the name of an option or an argument.
+    static std::string OwnWords(const CLI::ParseError& error) {
+        const std::string text = FirstLine(error.what());
+        const std::string name = text.substr(0, text.find_first_of(": "));
+        const std::string lastWord = text.substr(text.rfind(' ') + 1);
+        if (dynamic_cast<const CLI::ExcludesError*>(&error) != nullptr) {
+            return name + " and " + lastWord + " exclude each other: give one of them";
+        }
+        if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
+            return lastWord == "missing" ? name + " needs a value"
+                                         : name + " is given " + lastWord + " times: once is enough";
+        }
+        return text == "A subcommand is required" ? "a command is missing" : text;
     }
 
     std::string ComplaintAbout(const std::string& word, const CLI::App* command) const {
@@ -213,6 +219,10 @@ struct Parser {
         if (command != nullptr) {
             return command->get_name() + " has no use for '" + word + "'";
         }
+        return NoSuchCommand(word);
+    }
+
+    std::string NoSuchCommand(const std::string& word) const {
         std::vector<std::string> names;
         for (const CLI::App* known : app.get_subcommands({})) {
             names.push_back(known->get_name());
@@ -266,13 +276,20 @@ struct Parser {
     }
 
     static void AddOption(CLI::App& sub, const CommandOption& option, bool& target) {
-        sub.add_flag(option.name, target, option.help);
+        AddFlag(sub, option.name, option.help, [&target](bool isSet) { target = isSet; });
     }
 
     static void AddOption(CLI::App& sub, const CommandOption& option, std::optional<std::size_t>& target) {
-        sub.add_option(option.name, target, option.help)
-            ->type_name(option.valueName)
-            ->check(CLI::Range(std::size_t{0}, kGreatestNumber).description(""));
+        AddWholeNumber(sub, option.name, option.valueName, option.help, 0, kGreatestNumber, target);
+    }
+
+    static void AddOption(CLI::App& sub, const CommandOption& option, double& target) {
+        AddValue(sub, option.name, option.valueName, option.help,
+                 [&target](const std::string& text) -> std::optional<std::string> {
+                     const auto number = NumberIn(text);
+                     target = number.value_or(target);
+                     return number ? std::nullopt : std::optional<std::string>("a number such as 5 or 0.5");
+                 });
     }
 
     template <typename T>
@@ -293,8 +310,9 @@ ParsedCommandLine ParseCommandLine(int argc, const char* const* argv, const Comm
         return {parser.options, nullptr, std::string(version.what()) + '\n', {}};
     } catch (const CLI::ParseError& error) {
         throw Failure(Failure::kUsage, parser.Complaint(error));
-    } catch (const std::invalid_argument&) { // the library's, about what is behind a flag's equals sign
-        throw Failure(Failure::kUsage, "behind an option without a value, as in --tls=false, is true or false");
+    }
+    if (parser.helpCommand->parsed()) {
+        return {parser.options, nullptr, parser.HelpOfTopic(), {}};
     }
     parser.CheckFormat();
     parser.options.textForm.isUnscaled = parser.unitForm == UnitForm::kExact;

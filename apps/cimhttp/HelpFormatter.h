@@ -9,7 +9,7 @@
 
 namespace cimhttp {
 
-/// Folds help to the terminal, and tells what the user writes rather than what the parser makes of it.
+/// Wraps help at the width of the terminal, and tells what the user writes rather than what the parser makes of it.
 class HelpFormatter : public CLI::Formatter {
   public:
     explicit HelpFormatter(HelpLayout layout) : layout_(layout) {

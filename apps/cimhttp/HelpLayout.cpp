@@ -22,7 +22,7 @@ std::size_t Left(std::size_t width, std::size_t indent) { return width > indent 
 /// The text as lines that all begin in the same column.
 std::string Indented(const std::string& text, std::size_t indent, std::size_t width) {
     std::string lines;
-    for (const std::string& line : Folded(text, Left(width, indent))) {
+    for (const std::string& line : Wrapped(text, Left(width, indent))) {
         lines += std::string(indent, ' ') + line + '\n';
     }
     return lines;
@@ -35,7 +35,7 @@ std::string Continued(const std::string& command, std::size_t width) {
     }
     const std::string lineEnd = " \\\n" + std::string(2 * kIndent, ' ');
     std::string lines;
-    for (const std::string& line : Folded(command, Left(width, kIndent + 2))) {
+    for (const std::string& line : Wrapped(command, Left(width, kIndent + 2))) {
         lines += (lines.empty() ? "" : lineEnd) + line;
     }
     return lines;

@@ -36,6 +36,7 @@ struct Options {
     std::optional<OutputFormat> format = {};              ///< empty: the command's first one
     std::size_t width = 0;                                ///< the columns that a table may take; 0 for any number
     bool usesColor = false;
+    bool isUtf8 = false; ///< what the locale's character set is
     bool isInputTerminal = false;
     bool isOutputTerminal = false;
     bool isErrorStreamTerminal = false;

@@ -269,7 +269,7 @@ TEST_F(AssociationsTest, ATableNamesTheClassAndHasThePropertiesThatWereAskedFor)
     EXPECT_THAT(Output({"references", path, "--names", "-o", "csv"}), StartsWith("Path\r\n\"//"));
 }
 
-TEST_F(AssociationsTest, WhatThereIsNotIsToldFromWhatHasNone) {
+TEST_F(AssociationsTest, AnUnknownInstanceOrClassIsNotFoundAndAnInstanceWithoutAssociationsHasAnEmptyAnswer) {
     const std::string path = PathOf("DEMO_ComputerSystem");
     EXPECT_EQ(Output({"associators", "DEMO_AllTypes.InstanceID=\"least\""}), "no instances\n");
     EXPECT_EQ(Run({"associators", "DEMO_AllTypes.InstanceID=\"none\""}).status, 5);
@@ -318,7 +318,7 @@ TEST_F(AssociationsOfTest, AreAskedForInTheNamespaceOfThePath) {
     EXPECT_THAT(server_.Calls().front().body, HasSubstr("<NAMESPACE NAME=\"other\"/>"));
 }
 
-TEST_F(AssociationsOfTest, NothingIsLostOfWhatCannotBeTakenOver) {
+TEST_F(AssociationsOfTest, WhatCannotBeTakenOverIsCountedAndTheRestIsShown) {
     const std::string cls = "<CLASSPATH><NAMESPACEPATH><HOST>h</HOST><LOCALNAMESPACEPATH><NAMESPACE NAME=\"root\"/>"
                             "<NAMESPACE NAME=\"cimv2\"/></LOCALNAMESPACEPATH></NAMESPACEPATH><CLASSNAME "
                             "NAME=\"TEST_Fan\"/></CLASSPATH><CLASS NAME=\"TEST_Fan\"/>";
@@ -334,7 +334,7 @@ TEST_F(AssociationsOfTest, NothingIsLostOfWhatCannotBeTakenOver) {
     EXPECT_THAT(run.errors, HasSubstr("//h/root/cimv2:TEST_Fan: the server answers with a class"));
 }
 
-TEST_F(AssociationsOfTest, AServerThatHasNoneSaysSo) {
+TEST_F(AssociationsOfTest, AServerWithoutAssociationsIsReported) {
     for (const char* method : {"Associators", "AssociatorNames", "References", "ReferenceNames"}) {
         server_.Fail(method, "a", kNotSupported);
     }

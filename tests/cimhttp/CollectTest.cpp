@@ -483,7 +483,7 @@ TEST_F(CollectTest, ADeviceIsWrittenToAndNotReplaced) {
     EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
 }
 
-TEST_F(CollectTest, AFullDiskBehindTheOutputIsAFailure) {
+TEST_F(CollectTest, AStandardOutputOnAFullDiskIsAFailure) {
     const std::string command = CIMHTTP_PROGRAM " collect " + Document({"TEST_Fan"}) + " >/dev/full 2>&1";
     EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 1);
 }
@@ -555,7 +555,7 @@ TEST_F(CollectTest, AServerThatNeverAnswersLeavesTheOldFileWhole) {
     EXPECT_EQ(ReadFile(file), "old");
 }
 
-TEST_F(CollectTest, InstancesThatTakeTooLongDoNotKeepTheOtherClassesAway) {
+TEST_F(CollectTest, AClassWhoseInstancesTakeTooLongDoesNotKeepTheOthersFromBeingRead) {
     server_.Stop();
     support::ScriptedServer server(ServeFewClasses);
     server.Listen(kHttpPort);

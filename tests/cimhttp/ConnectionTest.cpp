@@ -81,10 +81,22 @@ TEST(ServerName, MayHaveAnyPort) {
     EXPECT_FALSE(ParseServerName("2001:db8::7").port);
 }
 
+TEST(ServerName, OfAnAddressWithColonsIsShownInBrackets) {
+    cimhttp::Connection connection;
+    connection.host = ParseServerName("http://[::1]").host;
+    EXPECT_EQ(connection.host, "::1");
+    EXPECT_EQ(connection.Url(), "http://[::1]");
+    connection.port = 15988;
+    EXPECT_EQ(connection.Url(), "http://[::1]:15988");
+    connection.host = "server";
+    EXPECT_EQ(connection.Url(), "http://server:15988");
+}
+
 TEST(ServerName, IsRefusedWhereItContradictsItselfOrIsNone) {
     for (const char* name : {"server:0", "server:65536", "server:-1", "server:80x", "https://server:1e3"}) {
         EXPECT_THAT(ComplaintAbout(name), HasSubstr("a port is a number from 1 to 65535")) << name;
     }
+    EXPECT_THAT(ComplaintAbout("ftp://server"), HasSubstr("is a URL of ftp: a CIM server has http:// or https://"));
     EXPECT_THAT(ComplaintAbout("https://server:5988"), HasSubstr("https goes with port 5989"));
     for (const char* name : {"", "https://", "server/path", "two words", "[", "[]:5989", ":5989"}) {
         EXPECT_THAT(ComplaintAbout(name), HasSubstr("not the name or address")) << name;

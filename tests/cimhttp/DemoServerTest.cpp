@@ -122,6 +122,13 @@ TEST_F(DemoServerTest, ClassesAreAnArrayInJsonAndARecordEachInCsv) {
     EXPECT_EQ(records, (std::vector<std::vector<std::string>>{{"Name"}, {"DEMO_Point"}}));
 }
 
+TEST_F(DemoServerTest, TheTreeIsDrawnInAsciiWhereTheLocaleHasNothingElse) {
+    const auto run = RunCimhttp({"--host", support::LoopbackAddress(), "tree", "CIM_LogicalPort"}, {"LC_ALL=C"});
+    EXPECT_EQ(run.output, "CIM_LogicalPort\n"
+                          "`-- CIM_NetworkPort\n"
+                          "    `-- DEMO_NetworkPort\n");
+}
+
 TEST_F(DemoServerTest, TheTreeIsDrawnBelowAClass) {
     EXPECT_EQ(Output({"tree", "cim_logicaldevice"}), "CIM_LogicalDevice\n"
                                                      "├── CIM_LogicalPort\n"

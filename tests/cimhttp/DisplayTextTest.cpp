@@ -53,6 +53,7 @@ class TextlessAccess : public cimhttp::PluginAccess {
     }
     void CheckInstance(ICIMNamespace&, const std::string&) const override {}
     std::vector<cimhttp::RemoteLink> ReadLinks(ICIMNamespace&, const std::string&) const override { return {}; }
+    cimhttp::ServerProbe Probe(const cimhttp::ProbeTarget&, cimhttp::ServerProbe::Depth) const override { return {}; }
     TCIMReference ParsePath(const std::string&) const override { return {{}, TCIMContext()}; }
     std::vector<std::string> TextsOf(const ICIMInstance*, const boost::shared_ptr<ICIMPropertyDecl const>&,
                                      const TCIMValue&, const cimhttp::TextForm&) const override {

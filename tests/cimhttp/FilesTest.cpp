@@ -279,7 +279,7 @@ TEST_F(FilesTest, ALineMayBeAsLongAsItsLimit) {
 
 TEST_F(FilesTest, NobodyWaitsForeverForAPipe) {
     InputFile pipe(Pipe()); // to which nobody writes
-    pipe.SetPatience(std::chrono::milliseconds(1));
+    pipe.SetTimeout(std::chrono::milliseconds(1));
     EXPECT_EQ(ComplaintOf([&] { pipe.ReadLine(100); }), Path("pipe") + " cannot be read: nothing more comes from it");
 }
 
@@ -299,6 +299,19 @@ TEST_F(ServedFilesTest, APasswordMayComeThroughAPipe) {
                                 {"--host", server_.Address(), "--user", "reader", "classes"});
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.errors, "");
+}
+
+TEST_F(ServedFilesTest, APasswordMayComeFromStandardInput) {
+    server_.RequireUser("reader", "s3cret");
+    const std::vector<std::string> arguments{"--host", server_.Address(), "--user", "reader", "classes"};
+    const auto run = RunInShell("echo s3cret | \"$@\" --password-file -", arguments);
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.errors, "");
+    const auto second =
+        RunInShell("{ echo guess; echo s3cret; } | { read first; \"$@\" --password-file -; }", arguments);
+    EXPECT_EQ(second.status, 0) << "what another has read does not count";
+    EXPECT_EQ(RunInShell("\"$@\" --password-file - </dev/null", arguments).errors,
+              "cimhttp: standard input is empty\n");
 }
 
 TEST_F(ServedFilesTest, APasswordFileThatIsOpenToOthersIsUsedWithAWarning) {

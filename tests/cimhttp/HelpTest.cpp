@@ -163,7 +163,7 @@ TEST(Help, OfTheManPageNamesEachExitStatus) {
 
 TEST_F(CompletionTest, OffersTheCommandsAndTheirOptions) {
     const auto commands = Offers("cimhttp ");
-    std::vector<std::string> names{"record"};
+    std::vector<std::string> names{"record", "help"};
     for (const auto& command : cimhttp::AllCommands()) {
         const auto description = command->Describe();
         names.push_back(description.name);
@@ -178,9 +178,12 @@ TEST_F(CompletionTest, OffersTheCommandsAndTheirOptions) {
     EXPECT_THAT(Offers("cimhttp inst"), ElementsAre("instances", "instance"));
 }
 
-TEST_F(CompletionTest, OffersAnotherCommandBehindRecordAndItsFile) {
+TEST_F(CompletionTest, OffersAnotherCommandAfterRecordAndItsFile) {
     auto commands = Offers("cimhttp ");
-    commands.erase(std::remove(commands.begin(), commands.end(), "record"), commands.end());
+    EXPECT_THAT(Offers("cimhttp help "), UnorderedElementsAreArray(commands));
+    for (const char* const outer : {"record", "help"}) {
+        commands.erase(std::remove(commands.begin(), commands.end(), outer), commands.end());
+    }
     EXPECT_THAT(Offers("cimhttp record server.rec "), UnorderedElementsAreArray(commands));
     EXPECT_THAT(Offers(Host() + "record server.rec class test_"), ElementsAre("TEST_Disk", "TEST_Tape"));
     EXPECT_THAT(
@@ -196,7 +199,7 @@ TEST_F(CompletionTest, OffersTheServersClasses) {
     EXPECT_THAT(Offers(Host() + "class TEST_Disk "), IsEmpty());
 }
 
-TEST_F(CompletionTest, OffersThePropertiesOfTheClassThatStandsBefore) {
+TEST_F(CompletionTest, OffersThePropertiesOfTheClassThatTheLineNames) {
     server_.Answer("GetClass", "TEST_Disk",
                    "<CLASS NAME=\"TEST_Disk\"><PROPERTY NAME=\"Size\" TYPE=\"uint64\"/><PROPERTY NAME=\"Name\" "
                    "TYPE=\"string\"/><PROPERTY NAME=\"Number\" TYPE=\"string\"/></CLASS>");
@@ -207,7 +210,7 @@ TEST_F(CompletionTest, OffersThePropertiesOfTheClassThatStandsBefore) {
     EXPECT_THAT(Offers(Host() + "instances TEST_Nobody --property N"), IsEmpty());
 }
 
-TEST_F(CompletionTest, OffersTheKeysOfTheClassThatStandsBeforeAndTheirValues) {
+TEST_F(CompletionTest, OffersTheKeysOfTheClassThatTheLineNamesAndTheirValues) {
     const auto path = [](const std::string& name, const std::string& number) {
         std::string xml = PathXml("TEST_Disk", name);
         return xml.insert(xml.rfind("</INSTANCENAME>"), "<KEYBINDING NAME=\"Number\"><KEYVALUE VALUETYPE=\"numeric\">" +

@@ -111,7 +111,7 @@ TEST_F(InstancesTest, InstancesOfSubclassesHaveTheirClassBesideThem) {
                 EndsWith("\n\nClass  TEST_FastDisk\nName   sdb\nSize   7\n"));
 }
 
-TEST_F(InstancesTest, OfOneClassTheyHaveNoColumnForIt) {
+TEST_F(InstancesTest, InstancesOfOneClassHaveNoColumnForTheClass) {
     EXPECT_EQ(Output({"instances", "TEST_Disk", "--where", "Name=sdb"}), "Name  Size\n----  ----\nsdb      7\n");
 }
 
@@ -119,13 +119,13 @@ TEST_F(InstancesTest, ExactLeavesOutThoseOfSubclasses) {
     EXPECT_EQ(Output({"instances", "TEST_Disk", "--exact"}), "Name   Size\n----  -----\nsda   12345\n");
 }
 
-TEST_F(InstancesTest, JsonHasTheClassBehindThePath) {
+TEST_F(InstancesTest, JsonHasTheClassAfterThePath) {
     EXPECT_THAT(Output({"instances", "TEST_Disk", "-o", "json", "--property", "Size"}),
                 AllOf(HasSubstr(R"({"path":"TEST_Disk.Name=\"sda\"","class":"TEST_Disk","properties":{"Size":{)"),
                       HasSubstr(R"({"path":"TEST_FastDisk.Name=\"sdb\"","class":"TEST_FastDisk","properties":{)")));
 }
 
-TEST_F(InstancesTest, DeepAddsWhatSubclassesHaveWhereThereIsAPlaceForIt) {
+TEST_F(InstancesTest, DeepAddsThePropertiesOfSubclassesInEveryFormButATable) {
     const json shallow = Json({"instances", "TEST_Disk"});
     EXPECT_FALSE(shallow.at(1).at("properties").contains("Speed"));
     const json deep = Json({"instances", "TEST_Disk", "--deep"});
@@ -140,7 +140,7 @@ TEST_F(InstancesTest, DeepAddsWhatSubclassesHaveWhereThereIsAPlaceForIt) {
                 EndsWith("instance of TEST_FastDisk\n{\n    Name = \"sdb\";\n    Size = 7;\n    Speed = 9;\n};\n"));
 }
 
-TEST_F(InstancesTest, ADeepTableSaysWhatItHasNoPlaceFor) {
+TEST_F(InstancesTest, ADeepTableSaysThatItLeavesOutThePropertiesOfSubclasses) {
     const auto run = Run({"instances", "TEST_Disk", "--deep"});
     EXPECT_EQ(run.output, Output({"instances", "TEST_Disk"}));
     EXPECT_EQ(run.errors, "cimhttp: properties that only subclasses have are left out; -o plain shows them\n");
@@ -307,7 +307,7 @@ TEST_F(InstancesTest, ATextForNullStandsForIt) {
               json::parse(R"({"type": "sint8", "value": null, "text": "none"})"));
 }
 
-TEST_F(InstancesTest, OnlyWhatHasNotEvenATextForNullIsWithoutAValue) {
+TEST_F(InstancesTest, OnlyAPropertyWithoutATextForNullIsListedAsWithoutAValue) {
     AnswerWith(DeclarationXml("Level", "sint8", QualifierXml("NullDisplay", "string", "none")) +
                    DeclarationXml("Text", "string"),
                "<PROPERTY NAME=\"Text\" TYPE=\"string\"><VALUE></VALUE></PROPERTY>");
@@ -478,7 +478,7 @@ TEST_F(InstancesTest, AnInstanceWithAValueThatCannotBeTakenOverMakesAStatus) {
     EXPECT_THAT(run.errors, StartsWith("cimhttp: 1 value could not be taken over (1 undeclared); the first: Odd of "));
 }
 
-TEST_F(InstancesTest, SoDoesOneOfAnotherNamespace) {
+TEST_F(InstancesTest, AnInstanceOfAnotherNamespaceWithAValueThatCannotBeTakenOverMakesAStatus) {
     server_.Answer("GetInstance", "", BareInstanceXml("TEST_Disk", "sda", PropertyXml("Odd", "string", "x")));
     EXPECT_EQ(Run({"instance", "root/interop:TEST_Disk.Name=\"sda\""}).status, 7);
 }

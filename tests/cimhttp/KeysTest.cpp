@@ -105,14 +105,14 @@ class KeysTest : public testing::Test {
 
 } // namespace
 
-TEST_F(KeysTest, OneThatFitsIsShown) {
+TEST_F(KeysTest, TheOneInstanceThatFitsTheKeysIsShown) {
     EXPECT_THAT(Asked({"Name=sdb"}), HasSubstr("sdb"));
     EXPECT_EQ(CallsOf("EnumerateInstanceNames"), 1U);
     EXPECT_EQ(CallsOf("EnumerateInstances"), 0U);
     EXPECT_THAT(Asked({"NAME=sda", "number=2"}), AllOf(HasSubstr("sda"), HasSubstr("2 ")));
 }
 
-TEST_F(KeysTest, AllKeysNeedNoListOfPaths) {
+TEST_F(KeysTest, WithAllKeysTheInstanceIsReadWithoutAListOfPaths) {
     const std::string asked = Asked({"Name=a\"b", "number=7", "Made=20261121083900.000000+060", "Kind=2"});
     EXPECT_EQ(CallsOf("EnumerateInstanceNames"), 0U);
     EXPECT_THAT(asked, AllOf(HasSubstr("7"), HasSubstr("20261121083900.000000+060")));
@@ -133,7 +133,7 @@ TEST_F(KeysTest, AllKeysMayBeAsTheyAreShown) {
     EXPECT_EQ(CallsOf("EnumerateInstanceNames"), 1U);
 }
 
-TEST_F(KeysTest, SeveralThatFitAreAFailureThatTellsWhichKeyMatters) {
+TEST_F(KeysTest, SeveralInstancesThatFitAreAFailureThatNamesTheKeyThatTellsThemApart) {
     const auto run = Run({"Name=sda"});
     EXPECT_EQ(run.status, 2);
     EXPECT_EQ(run.output, "");
@@ -163,7 +163,7 @@ TEST_F(KeysTest, WhereOneKeyIsNotEnoughThoseThatDifferAreNamed) {
     EXPECT_THAT(Run({}).errors, EndsWith("; --key Name=... and --key Number=... tell them apart\n"));
 }
 
-TEST_F(KeysTest, NoneThatFitsIsNotFoundAndNamesTheKeys) {
+TEST_F(KeysTest, WhereNoInstanceFitsNothingIsFoundAndTheKeysAreNamed) {
     const auto run = Run({"Name=sdc"});
     EXPECT_EQ(run.status, 5);
     EXPECT_EQ(run.errors, "cimhttp: there is no instance of TEST_Disk with Name=sdc on http://" + server_.Address() +
@@ -229,7 +229,7 @@ TEST_F(KeysTest, AtATerminalOneIsChosenByItsNumber) {
     EXPECT_EQ(CallsOf("GetInstance"), 1U);
 }
 
-TEST_F(KeysTest, NoAnswerEndsTheProgram) {
+TEST_F(KeysTest, AnEmptyAnswerToTheQuestionEndsTheProgram) {
     for (const char* keys : {"\r", "\x04"}) {
         TerminalProgram program(CIMHTTP_PROGRAM, Arguments(server_.Address(), {}), {"NO_COLOR=1"});
         ASSERT_TRUE(program.AwaitText("Which one (1-3, or nothing)? ")) << program.Screen();
@@ -240,7 +240,7 @@ TEST_F(KeysTest, NoAnswerEndsTheProgram) {
     EXPECT_EQ(CallsOf("GetInstance"), 0U);
 }
 
-TEST_F(KeysTest, NobodyIsAskedToReadHundreds) {
+TEST_F(KeysTest, MoreThanAHundredInstancesThatFitAreAFailureAndNoQuestion) {
     std::string paths;
     for (int i = 0; i < 101; ++i) {
         paths += Disk("sda", std::to_string(i), "20261121083900.000000+060", "1");

@@ -3,7 +3,7 @@
 #include "connection/KnownServers.h"
 
 #include "Failure.h"
-#include "connection/Fingerprint.h"
+#include "connection/TlsSettings.h"
 #include "support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>

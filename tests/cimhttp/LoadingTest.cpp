@@ -1,7 +1,6 @@
 // Which libraries a run of cimhttp loads, and when.
 
 #include "ProgramRun.h"
-#include "access/TlsHandshake.h"
 #include "server/DemoServer.h"
 #include "support/LoopbackAddress.h"
 #include "support/TemporaryDirectory.h"
@@ -79,9 +78,18 @@ TEST_F(LoadingTest, WithoutItsLibraryTlsFailsAndSaysSo) {
 
 TEST_F(LoadingTest, WithoutTheLibraryOfTlsPlainHttpWorks) { EXPECT_EQ(RunWithout(kTlsLibrary, {"classes"}).status, 0); }
 
-TEST_F(LoadingTest, InfoNeedsTheLibraryThatLooksAtCertificates) {
-    const auto run = RunWithout(cimhttp::kTlsHandshakeLibrary, {"--tls", "info"});
-    EXPECT_EQ(run.status, 1);
-    EXPECT_THAT(run.errors, HasSubstr(cimhttp::kTlsHandshakeLibrary));
-    EXPECT_EQ(RunWithout(cimhttp::kTlsHandshakeLibrary, {"info"}).status, 0);
+TEST_F(LoadingTest, LookingAtAServerWithoutTlsGoesWithoutOpenSsl) {
+    for (const char* const command : {"info", "doctor"}) {
+        EXPECT_THAT(Loaded({command}), Not(HasSubstr("libssl"))) << command;
+    }
+}
+
+TEST_F(LoadingTest, WithoutTheLibraryOfTlsInfoWorksOverPlainHttp) {
+    EXPECT_EQ(RunWithout(kTlsLibrary, {"info"}).status, 0);
+}
+
+TEST_F(LoadingTest, TheCertificateIsLookedAtByTheClientLibrary) {
+    const std::string loaded = Loaded({"--tls", "info"});
+    EXPECT_THAT(loaded, HasSubstr(kTlsLibrary));
+    EXPECT_THAT(loaded, Not(HasSubstr("libcimhttp-tls.so")));
 }

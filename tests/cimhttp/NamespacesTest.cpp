@@ -83,7 +83,7 @@ TEST_F(NamespacesTest, AreLookedForBelowRootWithoutAnInteropNamespace) {
     EXPECT_EQ(result.at("source"), json::parse(R"({"class": "__Namespace", "namespace": "root"})"));
 }
 
-TEST_F(NamespacesTest, BelowOneThatDoesNotTellMayBeMoreAndThatIsSaid) {
+TEST_F(NamespacesTest, ANamespaceThatDoesNotTellWhatIsBelowItIsReported) {
     Have("root", "__Namespace", {"sub", "cimv2"});
     server_.Fail("EnumerateInstanceNames", "root/sub:__Namespace", kFailed);
     const auto run = Run();

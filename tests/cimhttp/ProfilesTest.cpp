@@ -135,7 +135,7 @@ TEST_F(ProfilesTest, WithoutAssociationsHaveUnknownCentralInstancesAndNotNone) {
     EXPECT_THAT(Run({"-o", "csv"}).output, HasSubstr("\r\nDMTF,Fan,1.1.0,\r\n"));
 }
 
-TEST_F(ProfilesTest, OneThatDoesNotTellDoesNotHideTheOthers) {
+TEST_F(ProfilesTest, AProfileWhoseCentralInstancesCannotBeReadDoesNotHideTheOthers) {
     server_.Fail("AssociatorNames", "p2", kFailed);
     const auto run = Run({"-o", "json"});
     EXPECT_EQ(run.status, 7);

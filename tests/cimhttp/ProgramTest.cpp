@@ -459,8 +459,24 @@ TEST_F(ProgramTest, WrongUsageIsOneLineThatSaysWhatIsWrong) {
         {{"-o", "xml", "classes"},
          "--output: there is no 'xml'; give table, plain, json, csv, mof or dot; see cimhttp --help\n"},
         {{"-o", "mof", "classes"}, "classes does not write mof: it has plain, json or csv\n"},
-        {{"--tls=maybe", "classes"}, "as in --tls=false, is true or false\n"},
-        {{"watch", "TEST_Disk", "--count", "-1"}, "--count: Value -1 not in range 0 to 1000000000; see cimhttp watch"},
+        {{"--tls=maybe", "classes"}, "--tls: 'maybe' is not true or false; see cimhttp --help\n"},
+        {{"--stats=often", "classes"}, "--stats: 'often' is not true or false; see cimhttp --help\n"},
+        {{"instances", "TEST_Disk", "--raw=7"}, "--raw: '7' is not true or false; see cimhttp instances --help\n"},
+        {{"watch", "TEST_Disk", "--count", "-1"},
+         "--count: '-1' is not a whole number from 0 to 1000000000; see cimhttp watch --help\n"},
+        {{"watch", "TEST_Disk", "--interval", "abc"},
+         "--interval: 'abc' is not a number such as 5 or 0.5; see cimhttp watch --help\n"},
+        {{"watch", "TEST_Disk", "--interval", "nan"}, "--interval: 'nan' is not a number"},
+        {{"--port", "70000", "classes"}, "--port: '70000' is not a whole number from 1 to 65535; see cimhttp --help\n"},
+        {{"--port", "0x1", "classes"}, "--port: '0x1' is not a whole number"},
+        {{"--timeout", "0", "classes"}, "--timeout: '0' is not a whole number from 1 to 86400; see cimhttp --help\n"},
+        {{"classes", "--host"}, "--host needs a value; see cimhttp --help\n"},
+        {{"classes", "--limit"}, "--limit needs a value; see cimhttp classes --help\n"},
+        {{"--host", "a", "--host", "b", "classes"}, "--host is given 2 times: once is enough; see cimhttp --help\n"},
+        {{"--host", "a", "-c", "b", "classes"},
+         "--host and --connection exclude each other: give one of them; see cimhttp --help\n"},
+        {{"--host", "ftp://x", "classes"},
+         "'ftp://x' is a URL of ftp: a CIM server has http:// or https://, or a name alone\n"},
     };
     for (const auto& [arguments, complaint] : wrong) {
         ExpectOneLine(RunCimhttp(arguments), 2, complaint);
@@ -474,6 +490,19 @@ TEST_F(ProgramTest, HelpIsNoFailure) {
     const auto command = RunCimhttp({"instances", "--help"});
     EXPECT_EQ(command.status, 0);
     EXPECT_THAT(command.output, HasSubstr("--deep"));
+}
+
+TEST_F(ProgramTest, HelpIsACommandToo) {
+    EXPECT_EQ(RunCimhttp({"help"}).output, RunCimhttp({"--help"}).output);
+    EXPECT_EQ(RunCimhttp({"help", "instances"}).output, RunCimhttp({"instances", "--help"}).output);
+    EXPECT_EQ(RunCimhttp({"help", "record"}).output, RunCimhttp({"record", "--help"}).output);
+    ExpectOneLine(RunCimhttp({"help", "clases"}), 2,
+                  "there is no command 'clases' (did you mean class or classes?); see cimhttp --help\n");
+}
+
+TEST_F(ProgramTest, AFlagMayBeTakenBack) {
+    EXPECT_EQ(Run({"--stats", "--stats=false", "classes"}).errors, "");
+    EXPECT_NE(Run({"--stats=no", "--stats", "classes"}).errors, "");
 }
 
 TEST_F(ProgramTest, AFullDiskIsAFailure) {

@@ -259,7 +259,7 @@ TEST_F(RelatedTest, AssociationsWithoutReferencesAmongTheirKeysAreReadThemselves
     EXPECT_EQ(server_.Calls().size(), 2U);
 }
 
-TEST_F(RelatedTest, AnObjectThatDoesNotTellIsMarkedAndLeavesTheResultIncomplete) {
+TEST_F(RelatedTest, AnObjectWhoseAssociationsCannotBeReadIsMarkedAndMakesTheResultIncomplete) {
     server_.Link("TEST_Holds", "a", "b");
     server_.Link("TEST_Holds", "a", "c");
     server_.Fail("ReferenceNames", "b", kFailed);

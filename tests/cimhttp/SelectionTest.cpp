@@ -159,7 +159,7 @@ TEST_F(AllTypesTest, ArraysAreSelectedByOneOfTheirElements) {
     EXPECT_THAT(Where("Strings>a"), ElementsAre("greatest"));
 }
 
-TEST_F(AllTypesTest, DiffersIsTheContraryOfMatchesButForNull) {
+TEST_F(AllTypesTest, NotEqualSelectsWhatEqualDoesNotExceptNull) {
     EXPECT_THAT(Where("InstanceID!=*e*st"), ElementsAre("null"));
     EXPECT_THAT(Where("AUint8!=255"), ElementsAre("least"));
     EXPECT_THAT(Where("AUint8!=?"), ElementsAre("greatest"));
@@ -200,7 +200,7 @@ TEST_F(AllTypesTest, EveryTypeIsSortedByValueWithNullLast) {
     }
 }
 
-TEST_F(AllTypesTest, AnEmptyArrayStandsBeforeOthersAndNullBehind) {
+TEST_F(AllTypesTest, AnEmptyArrayIsSortedFirstAndNullLast) {
     EXPECT_THAT(Ids({"--sort", "Uint8s"}), ElementsAre("least", "greatest", "null"));
     EXPECT_THAT(Ids({"--sort", "uint8s:DESC"}), ElementsAre("greatest", "least", "null"));
 }
@@ -229,7 +229,7 @@ TEST_F(SelectionTest, ARealIsComparedWithTheRealThatTheTextStandsFor) {
     EXPECT_THAT(Where("Value>=0.2"), ElementsAre("0.2"));
 }
 
-TEST_F(SelectionTest, WhatIsNotANumberIsNeitherLessNorGreaterAndIsSortedBehindNumbers) {
+TEST_F(SelectionTest, WhatIsNotANumberIsNeitherLessNorGreaterAndIsSortedAfterNumbers) {
     AnswerWith("real64", {"nan", "INF", "-INF", "1", ""});
     const auto run = Run({"instances", "TEST_Disk", "--where", "Value<=INF", "--property", "Name", "-o", "csv"});
     EXPECT_EQ(run.status, 0);
@@ -355,7 +355,7 @@ TEST_F(SelectionTest, EqualInstancesStayInTheOrderOfTheirPaths) {
     EXPECT_THAT(Names({"--sort", "A:desc", "--sort", "B:desc"}), ElementsAre("b", "a", "c", "d"));
 }
 
-TEST_F(SelectionTest, AnOrderThatIsNoneIsRefused) {
+TEST_F(SelectionTest, ASortThatIsNoNameWithADirectionIsRefused) {
     AnswerWith("uint32", {"2"});
     for (const char* order : {"Value:down", ":desc", "", "Value:", "Name,,Value"}) {
         const auto run = Run({"instances", "TEST_Disk", "--sort", order});
@@ -365,7 +365,7 @@ TEST_F(SelectionTest, AnOrderThatIsNoneIsRefused) {
     EXPECT_THAT(Run({"instances", "TEST_Disk", "--sort", "Vaule"}).errors, HasSubstr("did you mean Value?"));
 }
 
-TEST_F(SelectionTest, ALimitCutsAndSaysSo) {
+TEST_F(SelectionTest, ALimitShowsTheFirstInstancesAndSaysHowManyThereAre) {
     AnswerWith("uint32", {"3", "1", "2"});
     const auto run = Run({"instances", "TEST_Disk", "--sort", "Value:desc", "--limit", "2", "--property", "Value"});
     EXPECT_EQ(run.status, 0);
@@ -377,7 +377,7 @@ TEST_F(SelectionTest, ALimitCutsAndSaysSo) {
     EXPECT_EQ(Run({"instances", "TEST_Disk", "--limit", "0"}).status, 2);
 }
 
-TEST_F(SelectionTest, ALimitCutsListsOfPathsAndKeysToo) {
+TEST_F(SelectionTest, ALimitHoldsForListsOfPathsAndKeysToo) {
     server_.Answer("EnumerateInstanceNames", "TEST_Disk", PathXml("TEST_Disk", "b") + PathXml("TEST_Disk", "a"));
     const auto paths = Run({"instances", "TEST_Disk", "--paths", "--limit", "1"});
     EXPECT_EQ(paths.output, "TEST_Disk.Name=\"a\"\n");

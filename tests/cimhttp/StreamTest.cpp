@@ -97,7 +97,7 @@ TEST_F(StreamTest, AFewInstancesAreInTheOrderOfTheirPaths) {
                           "\"T.Name=\"\"n100002\"\"\",Name,string,n100002,n100002\r\n");
 }
 
-TEST_F(StreamTest, ManyAreInTheOrderOfTheServerEachOnce) {
+TEST_F(StreamTest, ManyInstancesAreInTheOrderOfTheServerEachOnce) {
     ServeMany();
     const auto run = Run({"--wide"});
     EXPECT_EQ(run.status, 0) << run.errors;
@@ -124,7 +124,7 @@ TEST_F(StreamTest, JsonAndMofAreWholeAlsoOfMany) {
     EXPECT_EQ(std::count(mof.begin(), mof.end(), "instance of T"), kHeld + 3);
 }
 
-TEST_F(StreamTest, ConditionsSelectAmongThemAll) {
+TEST_F(StreamTest, ConditionsSelectAmongManyInstances) {
     ServeMany();
     const auto run = Run({"-o", "csv", "--where", "Name=n10000*"});
     EXPECT_EQ(run.status, 0);
@@ -134,13 +134,13 @@ TEST_F(StreamTest, ConditionsSelectAmongThemAll) {
     EXPECT_EQ(none.errors, "cimhttp: no instance matches; without --where there are 10003\n");
 }
 
-TEST_F(StreamTest, SortingAndLimitingLookAtAllFirst) {
+TEST_F(StreamTest, SortingAndLimitingReadAllInstancesFirst) {
     ServeMany();
     EXPECT_THAT(Run({"-o", "csv", "--limit", "1"}).output, HasSubstr("n100000"));
     EXPECT_THAT(Lines(Run({"-o", "csv", "--sort", "Name"}).output, 1)[0], HasSubstr("n100000"));
 }
 
-TEST_F(StreamTest, AFailureBehindTheFirstInstancesLeavesThemAndIsTold) {
+TEST_F(StreamTest, AFailureAfterTheFirstInstancesKeepsTheseAndIsReported) {
     ServeMany();
     server_.Fail("PullInstancesWithPath", "next", 27, "enough");
     const auto run = Run({"-o", "csv"});
@@ -149,7 +149,7 @@ TEST_F(StreamTest, AFailureBehindTheFirstInstancesLeavesThemAndIsTold) {
     EXPECT_EQ(Lines(run.output, 1).size(), static_cast<std::size_t>(kHeld) + 1U);
 }
 
-TEST_F(StreamTest, AFailureAmongTheFirstInstancesLeavesNothing) {
+TEST_F(StreamTest, AFailureAmongTheFirstInstancesWritesNothing) {
     server_.AnswerPortion("OpenEnumerateInstances", "T", Instances(0, 9), "next");
     server_.Fail("PullInstancesWithPath", "next", 27, "enough");
     const auto run = Run({"-o", "csv"});

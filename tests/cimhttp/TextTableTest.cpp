@@ -1,14 +1,12 @@
-#include "output/TextTable.h"
-
 #include "Options.h"
 #include "commands/Command.h"
 #include "commands/ListingWriter.h"
 #include "host/TCIMReference.h"
 #include "host/TCIMValue.h"
 #include "output/Listing.h"
-#include "output/TextList.h"
-#include "text/FoldedName.h"
+#include "output/ListingText.h"
 #include "text/TerminalText.h"
+#include "text/WrappedName.h"
 
 #include <gtest/gtest.h>
 
@@ -19,11 +17,11 @@
 
 using cimhttp::Cell;
 using cimhttp::DisplayWidth;
-using cimhttp::Folded;
-using cimhttp::FoldedName;
 using cimhttp::Listing;
 using cimhttp::Printable;
 using cimhttp::TextStyle;
+using cimhttp::Wrapped;
+using cimhttp::WrappedName;
 
 namespace {
 
@@ -217,7 +215,7 @@ TEST(TextTable, LeavesOutATextThatWouldBeFoldedOverManyLinesUnlessItIsImportant)
     EXPECT_EQ(LeftOut(listingWith({"Text", kLeft, Listing::Importance::kHigh}), 60), std::vector<std::string>());
 }
 
-TEST(TextTable, ImportantColumnsStayLongerThanOthersAndComeBackWhenTheySayTheSame) {
+TEST(TextTable, ImportantColumnsAreLeftOutLaterAndThoseWithOneTextAreShownWhereThereIsRoom) {
     constexpr auto kHigh = Listing::Importance::kHigh;
     Listing listing({Listing::Key("Key"), {"Health", kLeft, kHigh}, {"Enabled", kLeft, kHigh}, {"Same"}, {"Number"}});
     for (const char* key : {"a", "b", "c"}) {
@@ -228,7 +226,7 @@ TEST(TextTable, ImportantColumnsStayLongerThanOthersAndComeBackWhenTheySayTheSam
     EXPECT_EQ(LeftOut(listing, 32), (std::vector<std::string>{"Same"}));
 }
 
-TEST(TextTable, ImportantColumnsThatAreTheSameAsOneAnotherComeBackAllTheSame) {
+TEST(TextTable, ImportantColumnsThatRepeatEachOtherAreShownWhereThereIsRoom) {
     constexpr auto kHigh = Listing::Importance::kHigh;
     Listing listing({Listing::Key("Key"), {"Health", kLeft, kHigh}, {"Status", kLeft, kHigh}, {"Same"}});
     for (const char* key : {"a", "b"}) {
@@ -282,7 +280,7 @@ TEST(TextTable, NumbersThatWereAskedForAreCutOffWhereThereIsNoRoom) {
     EXPECT_FALSE(cimhttp::WriteTable(listing, {18, false}, wide).digits);
 }
 
-TEST(TextTable, WhatWasAskedForIsAListWhereEvenThatDoesNotHelp) {
+TEST(TextTable, ColumnsThatWereAskedForAreAListWhereNotEvenCutNumbersFit) {
     Listing listing({{"One", kLeft, kAsked}, {"Two", kRight, kAsked}, {"Three", kRight, kAsked}});
     for (const char* row : {"first", "second"}) {
         listing.AddRow({row, "1234567890", "1234567890"});
@@ -297,7 +295,7 @@ TEST(TextTable, ASingleRowIsAListWhereItWouldLoseDigits) {
     EXPECT_EQ(Table(listing, {20, false}), Lists(listing, {20, false}));
 }
 
-TEST(TextTable, WhatWasAskedForOutlivesKeys) {
+TEST(TextTable, ColumnsThatWereAskedForAreKeptLongerThanKeys) {
     Listing listing({Listing::Key("Key"), {"Asked", kLeft, kAsked}});
     for (const char* key : {"a", "b"}) {
         listing.AddRow({key + std::string(30, 'k'), "always the same"});
@@ -374,43 +372,44 @@ TEST(TextTable, ListsFoldTextsBelowThemselves) {
 // --- Texts -------------------------------------------------------------------------------------------------------
 
 TEST(TerminalText, FoldsAWordThatIsTooLongAnywhere) {
-    EXPECT_EQ(Folded("abcdef", 4), (std::vector<std::string>{"abcd", "ef"}));
-    EXPECT_EQ(Folded("ab abcdef", 4), (std::vector<std::string>{"ab", "abcd", "ef"}));
-    EXPECT_EQ(Folded("", 4), (std::vector<std::string>{""}));
-    EXPECT_EQ(Folded("a   ", 2), (std::vector<std::string>{"a"}));
+    EXPECT_EQ(Wrapped("abcdef", 4), (std::vector<std::string>{"abcd", "ef"}));
+    EXPECT_EQ(Wrapped("ab abcdef", 4), (std::vector<std::string>{"ab", "abcd", "ef"}));
+    EXPECT_EQ(Wrapped("", 4), (std::vector<std::string>{""}));
+    EXPECT_EQ(Wrapped("a   ", 2), (std::vector<std::string>{"a"}));
 }
 
 TEST(TerminalText, FoldsALongWordAtItsSeparatorsUnlessTheyLeaveMostOfALineEmpty) {
-    EXPECT_EQ(Folded("media_store_raw", 10), (std::vector<std::string>{"media_", "store_raw"}));
-    EXPECT_EQ(Folded("/usr/lib/cmake", 9), (std::vector<std::string>{"/usr/lib/", "cmake"}));
-    EXPECT_EQ(Folded("a_bcdefghijk", 8), (std::vector<std::string>{"a_bcdefg", "hijk"}));
+    EXPECT_EQ(Wrapped("media_store_raw", 10), (std::vector<std::string>{"media_", "store_raw"}));
+    EXPECT_EQ(Wrapped("/usr/lib/cmake", 9), (std::vector<std::string>{"/usr/lib/", "cmake"}));
+    EXPECT_EQ(Wrapped("a_bcdefghijk", 8), (std::vector<std::string>{"a_bcdefg", "hijk"}));
 }
 
 TEST(TerminalText, FoldsALongWordAtItsStrongestSeparators) {
-    EXPECT_EQ(Folded("Name=\"a_b\",Handle=\"c_d\"", 20), (std::vector<std::string>{"Name=\"a_b\",", "Handle=\"c_d\""}));
-    EXPECT_EQ(Folded("/srv/media_store_raw", 14), (std::vector<std::string>{"/srv/", "media_store_", "raw"}));
+    EXPECT_EQ(Wrapped("Name=\"a_b\",Handle=\"c_d\"", 20),
+              (std::vector<std::string>{"Name=\"a_b\",", "Handle=\"c_d\""}));
+    EXPECT_EQ(Wrapped("/srv/media_store_raw", 14), (std::vector<std::string>{"/srv/", "media_store_", "raw"}));
 }
 
-TEST(FoldedName, IsBrokenBetweenItsWords) {
-    EXPECT_EQ(FoldedName("OSCreationClassName", 10), (std::vector<std::string>{"OSCreation", "ClassName"}));
-    EXPECT_EQ(FoldedName("OSCreationClassName", 9), (std::vector<std::string>{"OS", "Creation", "ClassName"}));
-    EXPECT_EQ(FoldedName("CPU_load", 6), (std::vector<std::string>{"CPU_", "load"}));
-    EXPECT_EQ(FoldedName("Availability", 8), (std::vector<std::string>{"Availabi", "lity"}));
-    EXPECT_EQ(FoldedName("", 8), (std::vector<std::string>{""}));
+TEST(WrappedName, IsBrokenBetweenItsWords) {
+    EXPECT_EQ(WrappedName("OSCreationClassName", 10), (std::vector<std::string>{"OSCreation", "ClassName"}));
+    EXPECT_EQ(WrappedName("OSCreationClassName", 9), (std::vector<std::string>{"OS", "Creation", "ClassName"}));
+    EXPECT_EQ(WrappedName("CPU_load", 6), (std::vector<std::string>{"CPU_", "load"}));
+    EXPECT_EQ(WrappedName("Availability", 8), (std::vector<std::string>{"Availabi", "lity"}));
+    EXPECT_EQ(WrappedName("", 8), (std::vector<std::string>{""}));
 }
 
-TEST(FoldedName, NeedsOnlyTheWidthOfItsTwoLines) {
+TEST(WrappedName, NeedsOnlyTheWidthOfItsTwoLines) {
     EXPECT_EQ(cimhttp::WidthOfTwoLines("FileSystemSize"), 10U);                // FileSystem, Size
     EXPECT_EQ(cimhttp::WidthOfTwoLines("ActiveMaximumTransmissionUnit"), 16U); // ActiveMaximum, TransmissionUnit
     EXPECT_EQ(cimhttp::WidthOfTwoLines("Name"), 4U);
 }
 
 TEST(TerminalText, KeepsACombiningMarkWithItsLetter) {
-    EXPECT_EQ(Folded("ao\xcc\x88g", 2), (std::vector<std::string>{"ao\xcc\x88", "g"}));
+    EXPECT_EQ(Wrapped("ao\xcc\x88g", 2), (std::vector<std::string>{"ao\xcc\x88", "g"}));
 }
 
 TEST(TerminalText, GivesACharacterWiderThanTheLineALineOfItsOwn) {
-    EXPECT_EQ(Folded("\xe6\x9d\xb1\xe4\xba\xac", 1), (std::vector<std::string>{"\xe6\x9d\xb1", "\xe4\xba\xac"}));
+    EXPECT_EQ(Wrapped("\xe6\x9d\xb1\xe4\xba\xac", 1), (std::vector<std::string>{"\xe6\x9d\xb1", "\xe4\xba\xac"}));
 }
 
 TEST(TerminalText, ReplacesWhatIsNotUtf8) {
@@ -451,15 +450,15 @@ Listing ManyColumns(std::size_t count, Listing::Importance importance = Listing:
 
 TEST(TerminalText, FoldsAWordOfManyMegabytes) {
     const std::string word(16 * kMegabyte, 'x');
-    EXPECT_EQ(Folded(word, 16).size(), kMegabyte);
+    EXPECT_EQ(Wrapped(word, 16).size(), kMegabyte);
 }
 
-TEST(FoldedName, IsBrokenHoweverLongItIs) {
+TEST(WrappedName, IsBrokenHoweverLongItIs) {
     std::string name;
     for (std::size_t i = 0; i < kMegabyte; ++i) {
         name += "Ab";
     }
-    EXPECT_EQ(FoldedName(name, kMegabyte), (std::vector<std::string>(2, name.substr(0, kMegabyte))));
+    EXPECT_EQ(WrappedName(name, kMegabyte), (std::vector<std::string>(2, name.substr(0, kMegabyte))));
 }
 
 TEST(TextList, ShowsAWordOfManyMegabytesAsAWhole) {

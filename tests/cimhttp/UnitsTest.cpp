@@ -103,7 +103,7 @@ TEST_F(UnitsTest, ExactUnitsShowNumbersUnscaled) {
               "17179869184 B  2300 MHz\n");
 }
 
-TEST_F(UnitsTest, VerboseSaysWhatTheMapDoesNotHave) {
+TEST_F(UnitsTest, VerboseMarksAValueThatTheValueMapDoesNotHave) {
     EXPECT_THAT(Output({"instances", "TEST_Disk", "--property", "State", "--verbose"}),
                 HasSubstr("\n17 (not in the map)\n"));
     EXPECT_THAT(Output({"instances", "TEST_Disk", "--property", "State"}), Not(HasSubstr("not in the map")));
@@ -176,7 +176,7 @@ TEST_F(UnitsTest, AValueThatHasChangedKeepsTheUnitThatItHad) {
     EXPECT_TRUE(program.AwaitText("CurrentReading: 23.5 °C → 24 °C\r\n")) << program.Screen();
 }
 
-TEST_F(UnitsTest, AnInstanceIsShownAlike) {
+TEST_F(UnitsTest, OneInstanceIsShownWithUnitsAsAListOfThemIs) {
     server_.Answer("GetInstance", "", BareInstanceXml("TEST_Disk", "b", PropertyXml("Size", "uint64", "17179869184")));
     EXPECT_THAT(Output({"instance", "TEST_Disk.Name=\"b\""}), HasSubstr("Size  16 GiB"));
     EXPECT_THAT(Output({"instance", "TEST_Disk.Name=\"b\"", "--units", "exact"}), HasSubstr("Size  17179869184 B"));

@@ -138,7 +138,7 @@ TEST_F(WatchTest, AServerThatGoesAndComesBackIsWaitedFor) {
     EXPECT_THAT(program.Screen(), Not(HasSubstr("cimhttp:"))) << "nothing is missing in the end";
 }
 
-TEST_F(WatchTest, JsonMarksTheGap) {
+TEST_F(WatchTest, JsonTellsWhenTheServerIsLostAndWhenItIsBack) {
     AnswerWithFans(server_, FanXml("a", 1));
     TerminalProgram program(CIMHTTP_PROGRAM, Watch({"-o", "json"}));
     ASSERT_TRUE(program.AwaitText("present")) << program.Screen();
@@ -183,7 +183,7 @@ TEST_F(WatchTest, AnInterruptWhileItReadsStillTellsWhatIsMissing) {
     EXPECT_THAT(program.Screen(), EndsWith("; --log warning lists all\r\n"));
 }
 
-TEST_F(WatchTest, ALoginThatIsRefusedLaterEndsIt) {
+TEST_F(WatchTest, ALoginThatIsRefusedLaterEndsTheWatch) {
     AnswerWithFans(server_, FanXml("a", 1));
     TerminalProgram program(CIMHTTP_PROGRAM, Watch());
     ASSERT_TRUE(program.AwaitText("1 instance")) << program.Screen();
@@ -192,7 +192,7 @@ TEST_F(WatchTest, ALoginThatIsRefusedLaterEndsIt) {
     EXPECT_THAT(program.Screen(), HasSubstr("give --user NAME\r\n"));
 }
 
-TEST_F(WatchTest, AClassThatGoesEndsIt) {
+TEST_F(WatchTest, AClassThatTheServerNoLongerHasEndsTheWatch) {
     AnswerWithFans(server_, FanXml("a", 1));
     TerminalProgram program(CIMHTTP_PROGRAM, Watch());
     ASSERT_TRUE(program.AwaitText("1 instance")) << program.Screen();

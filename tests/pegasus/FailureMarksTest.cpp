@@ -1,6 +1,7 @@
 // What failures mean beyond their type: the marks that they bear, seen by a program that is linked to the library.
 
 #include "support/LoopbackAddress.h"
+#include "support/NameService.h"
 #include "support/ScriptedServer.h"
 
 #include <Pegasus/Client/CIMClient.h>
@@ -160,6 +161,26 @@ TEST(FailureMarksTest, AServerThatClosesAfterTheRequestHasGivenNoAnswer) {
         peer.Reset();
     });
     EXPECT_EQ(meaningAt(resetting.Listen(0)), "connect ClosedWithoutAnswer");
+}
+
+TEST(FailureMarksTest, AClosedPortAndAnUnknownHostAreMarked) {
+    support::NameService names;
+    names.Answer("no-such-host.invalid", {});
+    CIMClient client;
+    EXPECT_THROW(
+        try { client.connect("no-such-host.invalid", 5988, "", ""); } catch (const InvalidLocatorException& error) {
+            EXPECT_NE(dynamic_cast<const UnknownHost*>(&error), nullptr);
+            throw;
+        },
+        InvalidLocatorException);
+    EXPECT_THROW(
+        try {
+            client.connect(String(support::LoopbackAddress()), 1, "", "");
+        } catch (const CannotConnectException& error) {
+            EXPECT_NE(dynamic_cast<const PortClosed*>(&error), nullptr);
+            throw;
+        },
+        CannotConnectException);
 }
 
 TEST(FailureMarksTest, ARefusedConnectionIsNotMarked) {

@@ -1,3 +1,4 @@
+#include <Pegasus/Client/FailureMarks.h>
 #include <Pegasus/Common/CIMClass.h>
 #include <Pegasus/Common/CIMInstance.h>
 #include <Pegasus/Common/CIMObject.h>
@@ -375,6 +376,39 @@ TEST(CIMObjectPathTest, MalformedTextsAreRefused) {
           "A.K=\"x\"y", "A.K=1,", "A.=1",         "A.K=1 2", "//host", "///root:A", "//root:A", "root/:A",
           ":A",         "root:",  "//host/root:", "A=",      "A=1,2",  "A B",       "A.K=--1"}) {
         EXPECT_THROW(CIMObjectPath{path}, MalformedObjectNameException) << path;
+    }
+}
+
+TEST(CIMObjectPathTest, AMalformedTextSaysWhereWhatIsExpected) {
+    struct {
+        const char* path;
+        MalformedPath::Expected expected;
+        Uint32 position;
+    } const cases[] = {
+        {"", MalformedPath::CLASS_NAME, 0},
+        {"1A.K=1", MalformedPath::CLASS_NAME, 0},
+        {"A B.K=1", MalformedPath::KEYS, 1},
+        {"A.", MalformedPath::KEY_NAME, 2},
+        {"A.K=1,", MalformedPath::KEY_NAME, 6},
+        {"A.K", MalformedPath::EQUALS_SIGN, 3},
+        {"A.K=x", MalformedPath::VALUE, 4},
+        {"A.K=\"x\\\"", MalformedPath::CLOSING_QUOTE, 8},
+        {"A.K=\"x\"y", MalformedPath::COMMA_OR_END, 7},
+        {"A=1,B=2", MalformedPath::END, 3},
+        {"root/:A.K=1", MalformedPath::NAMESPACE, 5},
+        {"//host:A.K=1", MalformedPath::NAMESPACE, 6},
+        {"//host", MalformedPath::NAMESPACE, 6},
+    };
+    for (const auto& [path, expected, position] : cases) {
+        try {
+            CIMObjectPath{path};
+            ADD_FAILURE() << path;
+        } catch (const MalformedObjectNameException& error) {
+            const auto* const mark = dynamic_cast<const MalformedPath*>(&error);
+            ASSERT_NE(mark, nullptr) << path;
+            EXPECT_EQ(mark->getExpected(), expected) << path;
+            EXPECT_EQ(mark->getPosition(), position) << path;
+        }
     }
 }
 

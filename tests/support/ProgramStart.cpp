@@ -31,6 +31,7 @@ ProgramStart::ProgramStart(std::string program, const std::vector<std::string>& 
             variables_.push_back(std::string(name) + '=' + value);
         }
     }
+    variables_.emplace_back("LANG=C.UTF-8"); // what is drawn needs its characters
     wordPointers_ = Pointers(words_);
     variablePointers_ = Pointers(variables_);
 }

@@ -1,12 +1,12 @@
 #include "access/DocumentReader.h"
 
-#include <strings.h>
+#include "text/Ascii.h"
 
 namespace cimhttp {
 
 namespace {
 
-bool IsNetwork(const char* name) { return ::strcasecmp(name, "network") == 0; }
+bool IsNetwork(const char* name) { return EqualIgnoringCase(name, "network"); }
 
 bool IsOwnSetting(const std::string& attribute) {
     return attribute == "ca" || attribute == "namespace" || attribute == "port";

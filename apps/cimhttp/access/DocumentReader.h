@@ -15,7 +15,7 @@ class DocumentReader : public TCimHTTPRequestedClassParser {
     void StartElement(const char* name, std::map<std::string, std::string>& attributes) override;
     void EndElement(const char* name) override;
 
-    /// Remembers the first error, behind which the others are often only its consequences.
+    /// Remembers the first error, of which the others are often only its consequences.
     void FatalError(const char* message) override;
 
     const std::string& Error() const { return error_; }

@@ -41,6 +41,10 @@ class LinkedPluginAccess : public PluginAccess {
         return MeasuredNamespace(nameSpace, sink);
     }
 
+    ServerProbe Probe(const ProbeTarget& target, ServerProbe::Depth depth) const override {
+        return ProbeServer(target, depth);
+    }
+
     std::optional<NQORVYX20::RemoteFailure> LastFailure(ICIMNamespace& nameSpace) const override {
         return dynamic_cast<TCimHTTPNamespace&>(nameSpace).LastFailure();
     }

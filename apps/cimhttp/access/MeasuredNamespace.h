@@ -12,7 +12,7 @@ class ICIMNamespace;
 
 namespace cimhttp {
 
-/// The same namespace, whose operations on its server are measured as long as somebody holds what this returns.
+/// The namespace, whose operations on its server are measured as long as somebody holds what this returns.
 boost::shared_ptr<NQORVYX20::ICIMNamespace>
 MeasuredNamespace(const boost::shared_ptr<NQORVYX20::ICIMNamespace>& nameSpace,
                   const std::shared_ptr<MeasurementSink>& sink);

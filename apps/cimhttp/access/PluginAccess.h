@@ -5,6 +5,7 @@
 #include "access/MeasurementSink.h"
 #include "access/RelatedObjects.h"
 #include "access/RemoteModel.h"
+#include "access/ServerProbe.h"
 #include "access/TextForm.h"
 #include "cimhttp/EmbeddedObject.h"
 #include "cimhttp/ReadingIncidents.h"
@@ -38,7 +39,7 @@ struct RequestedClasses {
 
 /// What the program needs of the plug-in beyond the object model's interfaces: the plug-in's classes have operations
 /// that are not virtual, so that code which calls them must be linked to the plug-in. That code is a library of its
-/// own. It is loaded behind the plug-in, and the loader binds it to the plug-in that is there already.
+/// own. It is loaded after the plug-in, and the loader binds it to the plug-in that is there already.
 class PluginAccess {
   public:
     virtual ~PluginAccess() = default;
@@ -50,10 +51,13 @@ class PluginAccess {
     /// See TCimHTTPNamespace::WouldVerify.
     virtual bool WouldVerify(NQORVYX20::ICIMNamespace& nameSpace, const std::string& host, int port) const = 0;
 
-    /// The same namespace, whose operations are measured as long as somebody holds what this returns.
+    /// The namespace, whose operations are measured as long as somebody holds what this returns.
     virtual boost::shared_ptr<NQORVYX20::ICIMNamespace>
     Measured(const boost::shared_ptr<NQORVYX20::ICIMNamespace>& nameSpace,
              const std::shared_ptr<MeasurementSink>& sink) const = 0;
+
+    /// Looks at a server below CIM, by a connection of its own: its name, its port, its certificate.
+    virtual ServerProbe Probe(const ProbeTarget& target, ServerProbe::Depth depth) const = 0;
 
     /// Why the newest operation of the namespace could not read the server; empty when it could.
     virtual std::optional<NQORVYX20::RemoteFailure> LastFailure(NQORVYX20::ICIMNamespace& nameSpace) const = 0;
@@ -77,7 +81,7 @@ class PluginAccess {
     virtual std::vector<NQORVYX20::TCIMReference> InstancePaths(NQORVYX20::ICIMNamespace& nameSpace,
                                                                 const std::string& className) const = 0;
 
-    /// The same in the namespace of that name, whatever the namespace is that is asked.
+    /// Such paths in the namespace of that name, whatever the namespace is that is asked.
     virtual std::vector<NQORVYX20::TCIMReference> InstancePathsIn(NQORVYX20::ICIMNamespace& nameSpace,
                                                                   const std::string& name,
                                                                   const std::string& className) const = 0;
@@ -103,7 +107,8 @@ class PluginAccess {
 
     /// One instance, named by an object path in one of the forms that clients of CIM print: `Class.k="v"`,
     /// `ns:Class.k="v"`, `/ns:…`, `//host/ns:…`, `host:port/ns:…`, `http://host:port/ns:…`. Its host and namespace
-    /// count for nothing here. Throws std::invalid_argument, saying what is wrong, for a text that is not a path.
+    /// count for nothing here. Throws std::invalid_argument for a text that is not a path: its text
+    /// belongs after the path in a sentence, `is not an object path: behind …`.
     virtual boost::shared_ptr<NQORVYX20::ICIMInstance> ReadInstance(NQORVYX20::ICIMNamespace& nameSpace,
                                                                     const std::string& path) const = 0;
 

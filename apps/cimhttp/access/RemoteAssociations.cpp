@@ -9,8 +9,7 @@
 #include "provider/TCimHTTPNamespace.h"
 #include "reading/FaithfulReading.h"
 #include "reading/RemoteServer.h"
-
-#include <strings.h>
+#include "text/Ascii.h"
 
 #include <algorithm>
 #include <map>
@@ -25,15 +24,11 @@ using namespace NQORVYX20;
 using Wanted = AssociationQuery::Wanted;
 using Instances = std::vector<boost::shared_ptr<ICIMInstance>>;
 
-bool IsSameHost(const std::string& one, const std::string& other) {
-    return ::strcasecmp(one.c_str(), other.c_str()) == 0;
-}
-
 /// The instance that is asked about, and where it is.
 AssociationRequest RequestAbout(TCimHTTPNamespace& nameSpace, const std::string& text) {
     const Pegasus::CIMObjectPath path = ParsedPath(text);
     if (path.getKeyBindings().size() == 0) {
-        throw std::invalid_argument("it names a class, and not an instance");
+        throw std::invalid_argument("cannot be read: it names a class, and not an instance");
     }
     AssociationRequest request;
     request.nameSpace = path.getNameSpace().isNull() ? *nameSpace.getPegNSP() : path.getNameSpace();
@@ -70,7 +65,7 @@ Pegasus::CIMPropertyList PropertyList(const std::vector<std::string>& properties
 /// A path with its namespace, which is `nameSpace` where it does not say, and with its host unless that is `ownHost`.
 Pegasus::CIMObjectPath WholePath(const Pegasus::CIMObjectPath& path, const Pegasus::CIMNamespaceName& nameSpace,
                                  const std::string& ownHost) {
-    const bool isOwn = IsSameHost(ToStdString(path.getHost()), ownHost);
+    const bool isOwn = EqualIgnoringCase(ToStdString(path.getHost()), ownHost);
     return {isOwn ? Pegasus::String() : path.getHost(), path.getNameSpace().isNull() ? nameSpace : path.getNameSpace(),
             path.getClassName(), path.getKeyBindings()};
 }
@@ -116,7 +111,7 @@ class SentObjects : public RelatedObjects {
   private:
     struct NameBefore {
         bool operator()(const Pegasus::CIMNamespaceName& one, const Pegasus::CIMNamespaceName& other) const {
-            return ::strcasecmp(NameText(one).c_str(), NameText(other).c_str()) < 0;
+            return CompareIgnoringCase(NameText(one), NameText(other)) < 0;
         }
     };
 
@@ -149,7 +144,7 @@ std::vector<RemoteLink::End> EndsIn(const TCIMReference& association) {
     return ends;
 }
 
-/// The same by its properties.
+/// What an association refers to by its properties.
 std::vector<RemoteLink::End> EndsIn(const Pegasus::CIMInstance& association) {
     std::vector<RemoteLink::End> ends;
     for (Pegasus::Uint32 i = 0; i < association.getPropertyCount(); ++i) {
@@ -175,7 +170,7 @@ RemoteLink PlacedLink(RemoteLink link, const std::string& nameSpace) {
         if (end.object.GetNamespaceName().empty()) {
             end.object.SetNamespaceName(link.association.GetNamespaceName());
         }
-        if (IsSameHost(end.object.GetHost(), ownHost)) {
+        if (EqualIgnoringCase(end.object.GetHost(), ownHost)) {
             end.object.SetHost(std::string());
         }
     }

@@ -14,7 +14,7 @@ class TCimHTTPNamespace;
 
 namespace cimhttp {
 
-// The reading of associations behind PluginAccess, which says more.
+// How PluginAccess reads associations; its comments say more.
 
 std::vector<NQORVYX20::TCIMReference> ReadRemoteRelatedPaths(NQORVYX20::TCimHTTPNamespace& nameSpace,
                                                              const AssociationQuery& query);

@@ -3,6 +3,12 @@
 #include "convert/HostValues.h"
 #include "convert/RemoteText.h"
 
+#if __has_include(<Pegasus/Client/ServerProbe.h>)
+#include <Pegasus/Client/FailureMarks.h>
+#define CIMHTTP_HAS_PATH_MARKS 1
+#endif
+
+#include <algorithm>
 #include <stdexcept>
 
 namespace cimhttp {
@@ -33,13 +39,60 @@ std::string UsualForm(const std::string& path) {
     return hasPort ? "//" + path : path;
 }
 
+#ifdef CIMHTTP_HAS_PATH_MARKS
+
+using Malformed = Pegasus::MalformedPath;
+
+const char* ExpectedText(Malformed::Expected expected) {
+    switch (expected) {
+    case Malformed::NAMESPACE:
+        return "a namespace such as root/cimv2";
+    case Malformed::CLASS_NAME:
+        return "the name of a class";
+    case Malformed::KEYS:
+        return "a point and the keys";
+    case Malformed::KEY_NAME:
+        return "the name of a key";
+    case Malformed::EQUALS_SIGN:
+        return "an equals sign";
+    case Malformed::VALUE:
+        return "a text in double quotes (which a shell takes away unless single ones are around them), a number, true "
+               "or false";
+    case Malformed::CLOSING_QUOTE:
+        return "the quote that ends the text";
+    case Malformed::COMMA_OR_END:
+        return "a comma or the end";
+    default:
+        return "the end";
+    }
+}
+
+/// Where in a text, of which the client library has read the usual form, it expected what.
+std::string FaultText(const std::string& text, std::size_t usualSize, const Malformed& malformed) {
+    const std::size_t rest = usualSize - std::min<std::size_t>(malformed.getPosition(), usualSize);
+    const std::size_t position = text.size() - std::min(rest, text.size());
+    const std::string should = std::string(" there should be ") + ExpectedText(malformed.getExpected());
+    if (malformed.getExpected() == Malformed::NAMESPACE && rest > 0) {
+        return "before '" + text.substr(position) + "'" + should;
+    }
+    return (position == 0 ? "at its begin" : "behind '" + text.substr(0, position) + "'") + should;
+}
+
+#endif
+
 } // namespace
 
 Pegasus::CIMObjectPath ParsedPath(const std::string& text) {
+    const std::string usual = UsualForm(text);
     try {
-        return {UsualForm(text).c_str()};
+        return {usual.c_str()};
     } catch (const Pegasus::Exception& failure) {
-        throw std::invalid_argument(ToStdString(failure.getMessage()));
+#ifdef CIMHTTP_HAS_PATH_MARKS
+        if (const auto* const malformed = dynamic_cast<const Malformed*>(&failure)) {
+            throw std::invalid_argument("is not an object path: " + FaultText(text, usual.size(), *malformed));
+        }
+#endif
+        throw std::invalid_argument("cannot be read: " + ToStdString(failure.getMessage()));
     }
 }
 

@@ -18,7 +18,7 @@ class TCimHTTPNamespace;
 
 namespace cimhttp {
 
-// The reading behind PluginAccess, which says more.
+// How PluginAccess reads; its comments say more.
 
 std::vector<std::string> ReadRemoteClassNames(NQORVYX20::TCimHTTPNamespace& nameSpace);
 

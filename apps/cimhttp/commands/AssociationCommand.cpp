@@ -1,20 +1,17 @@
-#include "commands/AssociationCommand.h"
-
 #include "Failure.h"
 #include "Options.h"
-#include "commands/IncidentReport.h"
+#include "access/AssociationQuery.h"
+#include "commands/Commands.h"
 #include "commands/InstanceWriter.h"
-#include "commands/PathWriter.h"
+#include "commands/ListingWriter.h"
+#include "commands/Remarks.h"
 #include "connection/Session.h"
 #include "host/ICIMInstance.h"
 #include "host/TCIMReference.h"
-#include "text/NameList.h"
-#include "text/NameOrder.h"
+#include "output/KeyListing.h"
+#include "text/Names.h"
 
 #include <algorithm>
-#include <iterator>
-#include <optional>
-#include <utility>
 
 namespace cimhttp {
 
@@ -48,91 +45,122 @@ InstanceSelection SelectionOf(const Instances& instances, const std::vector<std:
     return selection;
 }
 
-} // namespace
+/// What `associators` and `references` have in common: they ask for what associations lead to, or for the associations
+/// themselves, and show instances or paths.
+class AssociationCommand : public Command {
+  public:
+    int Run(const CommandContext& context) override {
+        if (names_) {
+            return WriteNames(context);
+        }
+        query_.properties = NamesIn(properties_);
+        Session session = context.Connect();
+        Instances instances = session.Related(query_);
+        const IncidentTally incidents = session.TakeIncidents();
+        if (instances.empty() && incidents.IsEmpty()) {
+            session.CheckExists(query_.path);
+        }
+        SortByClass(instances);
+        InstanceSelection selection = SelectionOf(instances, query_.properties);
+        selection.isRaw = raw_;
+        WriteInstances(instances, selection, context.Format(*this), session.LoadedPlugin().Access(), context);
+        return ReportIncidents(incidents, context);
+    }
 
-CommandArgument AssociationCommand::PathArgument() {
-    return {"PATH",
-            R"(The instance's object path, such as 'CIM_Disk.Name="a",Number=3'; a namespace may stand before it)",
-            true, &query_.path};
-}
+  protected:
+    explicit AssociationCommand(AssociationQuery::Wanted wanted) { query_.wanted = wanted; }
 
-std::vector<CommandOption> AssociationCommand::OptionsBehind(std::vector<CommandOption> own) {
-    const std::vector<CommandOption> common{
-        {"--names", "", "Show nothing but the paths, one a line", &names_},
-        {"--property", "NAME", "Show only this property; may be given several times, or as A,B", &properties_},
-        {"--raw", "", "Show values as they are, not by their value maps and units", &raw_}};
-    own.insert(own.end(), common.begin(), common.end());
-    return own;
-}
+    CommandArgument PathArgument() {
+        return {"PATH",
+                R"(The instance's object path, such as 'CIM_Disk.Name="a",Number=3'; a namespace may stand before it)",
+                true, &query_.path};
+    }
 
-CommandDescription AssociatorsCommand::Describe() {
-    return {
-        "associators",
-        "Show the instances that associations of an instance lead to",
-        {PathArgument()},
-        OptionsBehind(
-            {{"--class", "NAME", "Only over associations of this class and its subclasses", &query_.associationClass},
-             {"--role", "NAME", "Only over associations whose property of this name is the instance", &query_.role},
-             {"--result-class", "NAME", "Only instances of this class and its subclasses", &query_.resultClass},
-             {"--result-role", "NAME", "Only instances that are this property of the association",
-              &query_.resultRole}}),
-        kFormats,
-        "cimhttp --host server.example associators 'CIM_Disk.Name=\"a\",Number=3' --result-class CIM_System"};
-}
+    /// The own options of a command, and after them those that both commands have.
+    std::vector<CommandOption> WithCommonOptions(std::vector<CommandOption> own) {
+        const std::vector<CommandOption> common{
+            {"--names", "", "Show nothing but the paths, one a line", &names_},
+            {"--property", "NAME", "Show only this property; may be given several times, or as A,B", &properties_},
+            {"--raw", "", "Show values as they are, not by their value maps and units", &raw_}};
+        own.insert(own.end(), common.begin(), common.end());
+        return own;
+    }
 
-CommandDescription ReferencesCommand::Describe() {
-    return {"references",
+    AssociationQuery query_; ///< what the command line says
+
+  private:
+    /// Complains about what paths have no use for.
+    void CheckNameOptions(const CommandContext& context) const {
+        if (!properties_.empty() || raw_) {
+            throw Failure(Failure::kUsage, "--names reads no values: leave out --property and --raw");
+        }
+        if (context.options.format == OutputFormat::kMof) {
+            throw Failure(Failure::kUsage, "--names has no mof");
+        }
+    }
+
+    int WriteNames(const CommandContext& context) {
+        CheckNameOptions(context);
+        Session session = context.Connect();
+        const auto references = session.RelatedPaths(query_);
+        if (references.empty()) {
+            session.CheckExists(query_.path);
+        }
+        std::vector<std::string> paths = PathTexts(references);
+        std::sort(paths.begin(), paths.end());
+        WriteTexts("Path", paths, context.Format(*this), context);
+        return ReportIncidents(session.TakeIncidents(), context);
+    }
+
+    std::vector<std::string> properties_; ///< names, or lists of them
+    bool names_ = false;                  ///< the paths alone
+    bool raw_ = false;                    ///< values as they are, not as people read them
+};
+
+/// `associators PATH`: the instances at the other ends of an instance's associations.
+class AssociatorsCommand : public AssociationCommand {
+  public:
+    AssociatorsCommand() : AssociationCommand(AssociationQuery::Wanted::kOtherEnds) {}
+
+    CommandDescription Describe() override {
+        return {
+            "associators",
+            "Show the instances that associations of an instance lead to",
+            {PathArgument()},
+            WithCommonOptions(
+                {{"--class", "NAME", "Only over associations of this class and its subclasses",
+                  &query_.associationClass},
+                 {"--role", "NAME", "Only over associations whose property of this name is the instance", &query_.role},
+                 {"--result-class", "NAME", "Only instances of this class and its subclasses", &query_.resultClass},
+                 {"--result-role", "NAME", "Only instances that are this property of the association",
+                  &query_.resultRole}}),
+            kFormats,
+            "cimhttp --host server.example associators 'CIM_Disk.Name=\"a\",Number=3' --result-class CIM_System"};
+    }
+};
+
+/// `references PATH`: the associations of an instance.
+class ReferencesCommand : public AssociationCommand {
+  public:
+    ReferencesCommand() : AssociationCommand(AssociationQuery::Wanted::kAssociations) {}
+
+    CommandDescription Describe() override {
+        return {
+            "references",
             "Show the associations of an instance",
             {PathArgument()},
-            OptionsBehind(
+            WithCommonOptions(
                 {{"--class", "NAME", "Only associations of this class and its subclasses", &query_.associationClass},
                  {"--role", "NAME", "Only associations whose property of this name is the instance", &query_.role}}),
             kFormats,
             "cimhttp --host server.example references 'CIM_Disk.Name=\"a\",Number=3' --names"};
-}
+    }
+};
 
-int AssociationCommand::Run(const CommandContext& context) {
-    if (names_) {
-        return WriteNames(context);
-    }
-    query_.properties = NamesIn(properties_);
-    Session session = context.Connect();
-    Instances instances = session.Related(query_);
-    const IncidentTally incidents = session.TakeIncidents();
-    if (instances.empty() && incidents.IsEmpty()) {
-        session.CheckExists(query_.path);
-    }
-    SortByClass(instances);
-    InstanceSelection selection = SelectionOf(instances, query_.properties);
-    selection.isRaw = raw_;
-    WriteInstances(instances, selection, context.Format(*this), session.LoadedPlugin().Access(), context);
-    return ReportIncidents(incidents, context);
-}
+} // namespace
 
-/// Complains about what paths have no use for.
-void AssociationCommand::CheckNameOptions(const CommandContext& context) const {
-    if (!properties_.empty() || raw_) {
-        throw Failure(Failure::kUsage, "--names reads no values: leave out --property and --raw");
-    }
-    if (context.options.format == OutputFormat::kMof) {
-        throw Failure(Failure::kUsage, "--names has no mof");
-    }
-}
+std::unique_ptr<Command> MakeAssociatorsCommand() { return std::make_unique<AssociatorsCommand>(); }
 
-int AssociationCommand::WriteNames(const CommandContext& context) {
-    CheckNameOptions(context);
-    Session session = context.Connect();
-    const auto references = session.RelatedPaths(query_);
-    if (references.empty()) {
-        session.CheckExists(query_.path);
-    }
-    std::vector<std::string> paths;
-    paths.reserve(references.size());
-    std::transform(references.begin(), references.end(), std::back_inserter(paths),
-                   [](const auto& reference) { return reference.GetPath(); });
-    std::sort(paths.begin(), paths.end());
-    WritePaths(paths, context.Format(*this), context);
-    return ReportIncidents(session.TakeIncidents(), context);
-}
+std::unique_ptr<Command> MakeReferencesCommand() { return std::make_unique<ReferencesCommand>(); }
 
 } // namespace cimhttp

@@ -5,9 +5,10 @@
 #include "commands/Command.h"
 #include "output/InstanceJson.h"
 #include "output/Json.h"
-#include "output/NullText.h"
 #include "output/TimeText.h"
+#include "table/TableCell.h"
 #include "text/TerminalText.h"
+#include "text/WordList.h"
 
 #include <ostream>
 
@@ -59,17 +60,24 @@ std::string ValueJson(const TCIMValue& value, const DisplayText& display) {
     return JsonObject().Add("value", JsonValue(value)).Add("text", text).Text();
 }
 
-std::string Member(const char* name, const std::string& json) { return ",\"" + std::string(name) + "\":" + json; }
+/// What every line has: the time, the round if there is one, and the change.
+JsonObject Line(const char* change, std::optional<std::size_t> round = {}) {
+    JsonObject line;
+    line.Add("time", JsonText(TimeWithZone()));
+    if (round) {
+        line.Add("round", std::to_string(*round));
+    }
+    return line.Add("change", JsonText(change));
+}
 
 } // namespace
 
 void ChangeWriter::Begin(const Instances& instances) const {
     if (!isJson_) {
-        context_.output << TimeOfDay() << "  " << instances.size()
-                        << (instances.size() == 1 ? " instance\n" : " instances\n");
+        context_.output << TimeOfDay() << "  " << Counted(instances.size(), "instance", "instances") << '\n';
     }
     for (const auto& instance : isJson_ ? instances : Instances()) {
-        WriteJson(0, "present", ',' + InstanceMembers(*instance, properties_));
+        WriteJson(Line("present", 0).AddMembers(InstanceMembers(*instance, properties_)));
     }
     context_.output.flush();
 }
@@ -87,7 +95,7 @@ void ChangeWriter::Write(const std::vector<InstanceChange>& changes, std::size_t
 
 void ChangeWriter::Lose(const Failure& failure) const {
     if (isJson_) {
-        WriteJson(std::nullopt, "lost", Member("reason", JsonText(failure.what())));
+        WriteJson(Line("lost").Add("reason", JsonText(failure.what())));
     } else {
         context_.output << TimeOfDay() << "  " << Colored("!", kRed) << ' ' << Printable(failure.what()) << '\n';
     }
@@ -96,7 +104,7 @@ void ChangeWriter::Lose(const Failure& failure) const {
 
 void ChangeWriter::Regain() const {
     if (isJson_) {
-        WriteJson(std::nullopt, "back", "");
+        WriteJson(Line("back"));
     } else {
         context_.output << TimeOfDay() << "  " << Colored("!", kGreen) << " the server answers again\n";
     }
@@ -114,26 +122,24 @@ void ChangeWriter::WriteLines(const InstanceChange& change) const {
 }
 
 void ChangeWriter::WriteJson(const InstanceChange& change, std::size_t round) const {
-    const std::string members = change.kind == Kind::kNew    ? InstanceMembers(*change.instance, properties_)
-                                : change.kind == Kind::kGone ? InstanceMembers(*change.instance, {})
-                                                             : DifferenceMembers(change);
-    WriteJson(round, TextsOf(change.kind).name, ',' + members);
+    JsonObject line = Line(TextsOf(change.kind).name, round);
+    if (change.kind == Kind::kChanged) {
+        AddDifferences(change, line);
+    } else {
+        line.AddMembers(InstanceMembers(*change.instance, change.kind == Kind::kNew ? properties_ : Names()));
+    }
+    WriteJson(line);
 }
 
-void ChangeWriter::WriteJson(std::optional<std::size_t> round, const char* change, const std::string& members) const {
-    context_.output << "{\"time\":" << JsonText(TimeWithZone())
-                    << (round ? Member("round", std::to_string(*round)) : "") << Member("change", JsonText(change))
-                    << members << "}\n";
-}
+void ChangeWriter::WriteJson(const JsonObject& line) const { context_.output << line.Text() << '\n'; }
 
-std::string ChangeWriter::InstanceMembers(const ICIMInstance& instance,
-                                          const std::vector<std::string>& properties) const {
+std::string ChangeWriter::InstanceMembers(const ICIMInstance& instance, const Names& properties) const {
     std::string json;
     InstanceJson(PropertySelector(properties, PropertySelector::Order::kByName), texts_).AppendMembers(instance, json);
     return json;
 }
 
-std::string ChangeWriter::DifferenceMembers(const InstanceChange& change) const {
+void ChangeWriter::AddDifferences(const InstanceChange& change, JsonObject& line) const {
     JsonObject properties;
     for (const auto& difference : change.differences) {
         properties.Add(difference.name,
@@ -142,8 +148,9 @@ std::string ChangeWriter::DifferenceMembers(const InstanceChange& change) const 
                            .Add("new", ValueJson(difference.now, TextNow(change, difference, texts_)))
                            .Text());
     }
-    return "\"path\":" + JsonText(change.path) + Member("class", JsonText(ClassNameOf(*change.instance))) +
-           Member("properties", properties.Text());
+    line.Add("path", JsonText(change.path))
+        .Add("class", JsonText(ClassNameOf(*change.instance)))
+        .Add("properties", properties.Text());
 }
 
 /// `old → new`; the values as they are when people would read the same.

@@ -4,13 +4,13 @@
 #include "output/ValueTexts.h"
 
 #include <cstddef>
-#include <optional>
 #include <string>
 #include <vector>
 
 namespace cimhttp {
 
 class Failure;
+class JsonObject;
 struct CommandContext;
 
 /// Writes what a watch sees, each piece with the time, for people or, with `isJson`, as JSON, a line for each thing:
@@ -40,20 +40,19 @@ class ChangeWriter {
     void Regain() const;
 
   private:
+    using Names = std::vector<std::string>;
+
     void WriteLines(const InstanceChange& change) const;
     void WriteJson(const InstanceChange& change, std::size_t round) const;
-
-    /// A line with the time, the round if there is one, the change and further members.
-    void WriteJson(std::optional<std::size_t> round, const char* change, const std::string& members) const;
-    std::string InstanceMembers(const NQORVYX20::ICIMInstance& instance,
-                                const std::vector<std::string>& properties) const;
-    std::string DifferenceMembers(const InstanceChange& change) const;
+    void WriteJson(const JsonObject& line) const;
+    std::string InstanceMembers(const NQORVYX20::ICIMInstance& instance, const Names& properties) const;
+    void AddDifferences(const InstanceChange& change, JsonObject& line) const;
     std::string DifferenceText(const InstanceChange& change, const InstanceChange::Difference& difference) const;
     std::string Colored(const std::string& text, const char* color) const;
 
     const CommandContext& context_;
     ValueTexts texts_;
-    std::vector<std::string> properties_;
+    Names properties_;
     bool isJson_;
 };
 

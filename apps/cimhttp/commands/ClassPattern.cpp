@@ -1,6 +1,6 @@
 #include "commands/ClassPattern.h"
 
-#include "text/Pattern.h"
+#include "text/Names.h"
 #include "text/TerminalText.h"
 
 #include <ostream>

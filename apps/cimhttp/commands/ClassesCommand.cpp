@@ -1,13 +1,9 @@
-#include "commands/ClassesCommand.h"
-
 #include "commands/ClassPattern.h"
-#include "commands/IncidentReport.h"
+#include "commands/Commands.h"
 #include "commands/ListingWriter.h"
+#include "commands/Remarks.h"
 #include "connection/Session.h"
-#include "output/Json.h"
-#include "output/Listing.h"
 #include "selection/RowLimit.h"
-#include "text/TerminalText.h"
 
 #include <algorithm>
 #include <ostream>
@@ -24,53 +20,40 @@ std::vector<std::string> Selected(const std::vector<std::string>& names, const s
     return selected;
 }
 
-void WriteCsv(const std::vector<std::string>& names, const CommandContext& context) {
-    Listing listing({{"Name"}});
-    for (const std::string& name : names) {
-        listing.AddRow({name});
+/// `classes [PATTERN]`: the names of the server's classes, in alphabetical order.
+class ClassesCommand : public Command {
+  public:
+    CommandDescription Describe() override {
+        return {"classes",
+                "List the names of the server's classes",
+                {{"PATTERN", "Only names that match, such as 'CIM_*Port'; case does not matter", false, &pattern_}},
+                {{"--limit", "N", "Show the first N classes only", &limit_}},
+                {OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv},
+                "cimhttp --host server.example classes '*port'"};
     }
-    WriteListing(listing, OutputFormat::kCsv, context);
-}
+
+    int Run(const CommandContext& context) override {
+        RowLimit limit(limit_);
+        Session session = context.Connect();
+        const auto all = session.ClassNames();
+        auto names = Selected(all, pattern_);
+        if (names.empty() && !all.empty()) {
+            SayThatNoClassMatches(pattern_, all.size(), context.errors);
+        }
+        limit.Apply(names);
+        WriteTexts("Name", names, context.Format(*this), context);
+        context.output.flush();
+        limit.Report("classes", context.errors);
+        return ReportIncidents(session.TakeIncidents(), context);
+    }
+
+  private:
+    std::string pattern_;
+    std::optional<std::size_t> limit_; ///< see RowLimit
+};
 
 } // namespace
 
-CommandDescription ClassesCommand::Describe() {
-    return {"classes",
-            "List the names of the server's classes",
-            {{"PATTERN", "Only names that match, such as 'CIM_*Port'; case does not matter", false, &pattern_}},
-            {{"--limit", "N", "Show the first N classes only", &limit_}},
-            {OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv},
-            "cimhttp --host server.example classes '*port'"};
-}
-
-int ClassesCommand::Run(const CommandContext& context) {
-    RowLimit limit(limit_);
-    Session session = context.Connect();
-    const auto all = session.ClassNames();
-    auto names = Selected(all, pattern_);
-    if (names.empty() && !all.empty()) {
-        SayThatNoClassMatches(pattern_, all.size(), context.errors);
-    }
-    limit.Apply(names);
-    Write(names, context);
-    context.output.flush();
-    limit.Report("classes", context.errors);
-    return ReportIncidents(session.TakeIncidents(), context);
-}
-
-void ClassesCommand::Write(const std::vector<std::string>& names, const CommandContext& context) {
-    switch (context.Format(*this)) {
-    case OutputFormat::kJson:
-        context.output << JsonTexts(names) << '\n';
-        break;
-    case OutputFormat::kCsv:
-        WriteCsv(names, context);
-        break;
-    default:
-        for (const std::string& name : names) {
-            context.output << Printable(name) << '\n';
-        }
-    }
-}
+std::unique_ptr<Command> MakeClassesCommand() { return std::make_unique<ClassesCommand>(); }
 
 } // namespace cimhttp

@@ -1,16 +1,15 @@
-#include "commands/CollectCommand.h"
-
 #include "Failure.h"
 #include "Options.h"
 #include "commands/Collection.h"
 #include "commands/Collector.h"
-#include "commands/IncidentReport.h"
+#include "commands/Commands.h"
+#include "commands/Remarks.h"
 #include "connection/Connection.h"
 #include "connection/InputFile.h"
 #include "connection/Session.h"
 #include "output/OutputFile.h"
 #include "output/ValueTexts.h"
-#include "text/NameList.h"
+#include "text/Names.h"
 #include "text/TerminalText.h"
 #include "waiting/Interrupt.h"
 #include "waiting/ProgressBar.h"
@@ -123,36 +122,49 @@ void Write(const Collection& collection, const ValueTexts& texts, const std::opt
     }
 }
 
+/// `collect FILE`: connects as a requested-class document and the options say, reads the classes that the document
+/// names with all their instances, and writes one JSON document to the output or to a file. The error stream gets one
+/// line for each class that cannot be read, and shows the progress on a terminal. The exit status tells when a class is
+/// missing.
+class CollectCommand : public Command {
+  public:
+    CommandDescription Describe() override {
+        return {"collect",
+                "Write the classes that a document names, with all instances, as JSON",
+                {{"FILE", "The requested-class document", true, &document_}},
+                {{"--out", "FILE", "The file to write or replace; the standard output without it", &outFile_}},
+                {OutputFormat::kJson},
+                "cimhttp --host server.example collect requested.xml --out collected.json",
+                kNotes};
+    }
+
+    int Run(const CommandContext& context) override {
+        const Plugin plugin(context.options.plugin);
+        const auto requested = ReadDocument(plugin, document_);
+        const Connection connection = ConnectionOf(context.options, requested.settings, document_);
+        const auto file = outFile_.empty() ? std::nullopt : std::optional<OutputFile>(outFile_);
+        const auto names = DistinctNames(requested.names);
+        const Session session = context.ConnectTo(plugin, connection);
+        const InterruptScope interrupts;
+        Collector collector(session, names);
+        const bool hasEnded = Watch(collector, names.size(), context);
+        const Collection collection = collector.Collected();
+        ReportEarlyEnd(collector, collection, context.errors);
+        Write(collection, ValueTexts(plugin.Access(), context.options.textForm), file, context.output);
+        ReportIncidents(collector.Incidents(), context);
+        if (!hasEnded) {
+            std::_Exit(Failure::kIncomplete); // the thread that waits for the server cannot be ended otherwise
+        }
+        return collection.complete ? 0 : Failure::kIncomplete;
+    }
+
+  private:
+    std::string document_;
+    std::string outFile_; ///< empty for the output
+};
+
 } // namespace
 
-CommandDescription CollectCommand::Describe() {
-    return {"collect",
-            "Write the classes that a document names, with all instances, as JSON",
-            {{"FILE", "The requested-class document", true, &document_}},
-            {{"--out", "FILE", "The file to write or replace; the standard output without it", &outFile_}},
-            {OutputFormat::kJson},
-            "cimhttp --host server.example collect requested.xml --out collected.json",
-            kNotes};
-}
-
-int CollectCommand::Run(const CommandContext& context) {
-    const Plugin plugin(context.options.plugin);
-    const auto requested = ReadDocument(plugin, document_);
-    const Connection connection = ConnectionOf(context.options, requested.settings, document_);
-    const auto file = outFile_.empty() ? std::nullopt : std::optional<OutputFile>(outFile_);
-    const auto names = DistinctNames(requested.names);
-    const Session session = context.ConnectTo(plugin, connection);
-    const InterruptScope interrupts;
-    Collector collector(session, names);
-    const bool hasEnded = Watch(collector, names.size(), context);
-    const Collection collection = collector.Collected();
-    ReportEarlyEnd(collector, collection, context.errors);
-    Write(collection, ValueTexts(plugin.Access(), context.options.textForm), file, context.output);
-    ReportIncidents(collector.Incidents(), context);
-    if (!hasEnded) {
-        std::_Exit(Failure::kIncomplete); // the thread that waits for the server cannot be ended otherwise
-    }
-    return collection.complete ? 0 : Failure::kIncomplete;
-}
+std::unique_ptr<Command> MakeCollectCommand() { return std::make_unique<CollectCommand>(); }
 
 } // namespace cimhttp

@@ -76,7 +76,7 @@ struct Collector::State {
 };
 
 Collector::Collector(Session session, std::vector<std::string> names)
-    : state_(std::make_shared<State>(session.Unattended(), std::move(names))),
+    : state_(std::make_shared<State>(session.WithoutProgress(), std::move(names))),
       task_([state = state_](const BackgroundTask::Notify& notify) { Run(*state, notify); }) {}
 
 void Collector::Run(State& state, const BackgroundTask::Notify& notify) {

@@ -1,13 +1,14 @@
 #include "commands/Command.h"
 
+#include "Failure.h"
 #include "Options.h"
 #include "connection/Connection.h"
 #include "connection/Plugin.h"
 #include "connection/ServerTrust.h"
 #include "connection/Session.h"
 #include "text/TerminalText.h"
-#include "waiting/Attendant.h"
 #include "waiting/Interrupt.h"
+#include "waiting/ProgressWait.h"
 
 #include <ostream>
 #include <utility>
@@ -18,19 +19,28 @@ OutputFormat CommandContext::Format(Command& command) const {
     return options.format.value_or(command.Describe().formats.front());
 }
 
+OutputFormat CommandContext::Format(Command& command, bool isWide) const {
+    if (!isWide) {
+        return Format(command);
+    }
+    if (options.format.value_or(OutputFormat::kCsv) != OutputFormat::kCsv) {
+        throw Failure(Failure::kUsage, "--wide is a form of csv, which need not be asked for");
+    }
+    return OutputFormat::kCsv;
+}
+
 Session CommandContext::Connect() const {
     const Connection connection = ConnectionOf(options);
     return ConnectTo(Plugin(options.plugin), connection);
 }
 
 Session CommandContext::ConnectTo(const Plugin& plugin, const Connection& connection) const {
-    return ConnectTo(plugin, connection, MakeAttendant());
+    return ConnectTo(plugin, connection, MakeProgressWait());
 }
 
-Session CommandContext::ConnectTo(const Plugin& plugin, const Connection& connection,
-                                  const Attendant& attendant) const {
-    const Connection trusted = Trusted(plugin, connection, options, attendant);
-    Session session(plugin, trusted, attendant);
+Session CommandContext::ConnectTo(const Plugin& plugin, const Connection& connection, const ProgressWait& wait) const {
+    const Connection trusted = Trusted(plugin, connection, options, wait);
+    Session session(plugin, trusted, wait);
     WarnAbout(trusted);
     return session;
 }
@@ -47,12 +57,12 @@ void CommandContext::WarnAbout(const Connection& connection) const {
     errors.flush();
 }
 
-Attendant CommandContext::MakeAttendant(std::function<void()> onInterrupt) const {
+ProgressWait CommandContext::MakeProgressWait(std::function<void()> onInterrupt) const {
     return {errors, ShowsProgress(), options.errorStreamWidth, std::move(onInterrupt)};
 }
 
-Attendant CommandContext::MakeAttendant() const {
-    return MakeAttendant([&stream = errors] {
+ProgressWait CommandContext::MakeProgressWait() const {
+    return MakeProgressWait([&stream = errors] {
         stream << "cimhttp: interrupted" << std::endl;
         EndByInterrupt();
     });

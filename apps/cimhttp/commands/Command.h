@@ -14,7 +14,7 @@ namespace cimhttp {
 
 struct Connection;
 struct Options;
-class Attendant;
+class ProgressWait;
 class Command;
 class Plugin;
 class Session;
@@ -58,22 +58,26 @@ struct CommandContext {
     /// The form to write, which is one of those that the command describes; the first of them unless asked for.
     OutputFormat Format(Command& command) const;
 
+    /// The form to write by a command that may be told to be wide, which is a form of CSV that then need not be asked
+    /// for. Throws Failure(kUsage) when another one is.
+    OutputFormat Format(Command& command, bool isWide) const;
+
     /// A session with the server that the options name. The user may be asked whether to trust it, see Trusted(). Says
     /// on the error stream when the server is not verified, and when a password goes over the network in plain text.
     /// Throws Failure.
     Session Connect() const;
 
-    /// The same with another connection than the options'.
+    /// A session with another connection than the options'.
     Session ConnectTo(const Plugin& plugin, const Connection& connection) const;
-    Session ConnectTo(const Plugin& plugin, const Connection& connection, const Attendant& attendant) const;
+    Session ConnectTo(const Plugin& plugin, const Connection& connection, const ProgressWait& wait) const;
 
     /// Says the same of a connection that is there.
     void WarnAbout(const Connection& connection) const;
 
-    /// Looks after the user as the options say. `onInterrupt`: see Attendant; without it, an interrupt ends the
+    /// How to wait for a server, as the options say. `onInterrupt`: see ProgressWait; without it, an interrupt ends the
     /// program as it ends others.
-    Attendant MakeAttendant(std::function<void()> onInterrupt) const;
-    Attendant MakeAttendant() const;
+    ProgressWait MakeProgressWait(std::function<void()> onInterrupt) const;
+    ProgressWait MakeProgressWait() const;
 
     /// Whether the error stream has a line for what goes on.
     bool ShowsProgress() const;

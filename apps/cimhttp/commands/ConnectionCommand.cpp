@@ -1,17 +1,16 @@
-#include "commands/ConnectionCommand.h"
-
 #include "Failure.h"
 #include "Options.h"
+#include "commands/Commands.h"
 #include "commands/ListingWriter.h"
 #include "connection/Connection.h"
 #include "connection/ConnectionStore.h"
 #include "connection/KnownServers.h"
 #include "connection/Session.h"
 #include "output/Listing.h"
+#include "text/Ascii.h"
 #include "text/TerminalText.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cstdint>
 #include <filesystem>
 #include <ostream>
@@ -45,8 +44,8 @@ known_servers.json.)";
 
 /// Names that need no quoting in a shell and do not look like options.
 void CheckName(const std::string& name) {
-    const auto isPlain = [](unsigned char letter) {
-        return std::isalnum(letter) != 0 || letter == '_' || letter == '-' || letter == '.';
+    const auto isPlain = [](char letter) {
+        return IsAsciiLetter(letter) || IsAsciiDigit(letter) || letter == '_' || letter == '-' || letter == '.';
     };
     if (!std::all_of(name.begin(), name.end(), isPlain) || name.front() == '-') {
         Refuse("'" + name + "' is no name for a connection: it has letters, digits, '_', '.' and '-'");
@@ -127,119 +126,132 @@ KnownServers NeededServers() {
     return *servers;
 }
 
+/// `connection add|list|remove|test [NAME]`: the user's named connections. `connection known|forget [SERVER]`: the
+/// servers that the user knows by their certificates.
+class ConnectionCommand : public Command {
+  public:
+    CommandDescription Describe() override {
+        return {"connection",
+                "Keep connections under names, for --connection NAME, and show or forget known servers",
+                {{"ACTION", "add, list, remove, test, known or forget", true, &action_},
+                 {"NAME", "The name of the connection, or the server to forget", false, &name_}},
+                {{"--store-password", "", "Keep the password, too, in plain text", &storesPassword_}},
+                {OutputFormat::kTable, OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv},
+                kExample,
+                kNotes};
+    }
+
+    int Run(const CommandContext& context) override {
+        const bool isList = action_ == "list" || action_ == "known";
+        const bool hasName = action_ == "add" || action_ == "remove" || action_ == "test" || action_ == "forget";
+        if (!isList && !hasName) {
+            Refuse("connection does not know '" + action_ + "': it has add, list, remove, test, known and forget");
+        }
+        if (name_.empty() != isList) {
+            Refuse(name_.empty() ? "connection " + action_ + " needs a NAME"
+                                 : "connection " + action_ + " takes no name");
+        }
+        if (context.options.format && !isList) {
+            Refuse("connection " + action_ + " has one form only; leave out --output");
+        }
+        if (action_ == "known") {
+            ListKnown(context);
+        } else if (action_ == "forget") {
+            Forget(context.options);
+        } else {
+            RunOnConnections(ConnectionStore::NeededOfUser(), context);
+        }
+        return 0;
+    }
+
+  private:
+    void RunOnConnections(const ConnectionStore& store, const CommandContext& context) {
+        if (action_ == "add") {
+            Add(store, context);
+        } else if (action_ == "list") {
+            List(store, context);
+        } else if (action_ == "remove") {
+            Remove(store);
+        } else {
+            Test(context);
+        }
+    }
+
+    void Add(const ConnectionStore& store, const CommandContext& context) const {
+        CheckName(name_);
+        const SavedConnection given = GivenConnection(context.options, storesPassword_); // asks the user, if need be
+        store.Update([&](auto& connections) { connections[name_] = given; });
+    }
+
+    void List(const ConnectionStore& store, const CommandContext& context) {
+        Listing listing({Listing::Key("Name"),
+                         {"Server"},
+                         {"User"},
+                         {"Password"},
+                         {"Timeout", Listing::Align::kRight},
+                         {"Namespace"},
+                         {"Verification"},
+                         {"Certificate"}});
+        for (const auto& [name, connection] : store.Read()) {
+            listing.AddRow({name, UrlOf(connection), connection.user.value_or(""), connection.password ? "stored" : "",
+                            TimeoutCell(connection), TextCell(connection.nameSpace),
+                            VerificationCell(connection.tlsSettings), TextCell(connection.tlsSettings.certificate)});
+        }
+        Write(listing, "no connections\n", context);
+    }
+
+    void Remove(const ConnectionStore& store) const {
+        store.Find(name_); // complains when there is none
+        store.Update([&](auto& connections) { connections.erase(name_); });
+    }
+
+    void Test(const CommandContext& context) const {
+        Options options = context.options;
+        if (options.host) {
+            Refuse("connection test takes the server from the connection, not from --host");
+        }
+        options.connection = name_;
+        const CommandContext named{options, context.output, context.errors};
+        Session session = named.Connect();
+        context.output << Printable(session.Server()) << " answers: " << session.ClassNames().size() << " classes\n";
+    }
+
+    void ListKnown(const CommandContext& context) {
+        Listing listing({Listing::Key("Server"), {"SHA256"}, {"Since"}, {"Subject"}});
+        for (const auto& [name, server] : NeededServers().Read()) {
+            listing.AddRow({name, server.fingerprint, server.since, server.subject});
+        }
+        Write(listing, "no known servers\n", context);
+    }
+
+    void Forget(const Options& options) const {
+        if (options.host) {
+            Refuse("connection forget takes the server as its NAME, not from --host");
+        }
+        const std::string server = HostAndPort(name_);
+        const KnownServers servers = NeededServers();
+        if (!servers.Find(server)) {
+            Refuse("there is no known server " + server + "; 'cimhttp connection known' shows all");
+        }
+        servers.Forget(server);
+    }
+
+    void Write(const Listing& listing, const char* nothing, const CommandContext& context) {
+        const OutputFormat format = context.Format(*this);
+        if (listing.Rows().empty() && format == OutputFormat::kTable) {
+            context.output << nothing;
+        } else {
+            WriteListing(listing, format, context);
+        }
+    }
+
+    std::string action_;
+    std::string name_; ///< empty where it is not given
+    bool storesPassword_ = false;
+};
+
 } // namespace
 
-CommandDescription ConnectionCommand::Describe() {
-    return {"connection",
-            "Keep connections under names, for --connection NAME, and show or forget known servers",
-            {{"ACTION", "add, list, remove, test, known or forget", true, &action_},
-             {"NAME", "The name of the connection, or the server to forget", false, &name_}},
-            {{"--store-password", "", "Keep the password, too, in plain text", &storesPassword_}},
-            {OutputFormat::kTable, OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv},
-            kExample,
-            kNotes};
-}
-
-int ConnectionCommand::Run(const CommandContext& context) {
-    const bool isList = action_ == "list" || action_ == "known";
-    const bool hasName = action_ == "add" || action_ == "remove" || action_ == "test" || action_ == "forget";
-    if (!isList && !hasName) {
-        Refuse("connection does not know '" + action_ + "': it has add, list, remove, test, known and forget");
-    }
-    if (name_.empty() != isList) {
-        Refuse(name_.empty() ? "connection " + action_ + " needs a NAME" : "connection " + action_ + " takes no name");
-    }
-    if (context.options.format && !isList) {
-        Refuse("connection " + action_ + " has one form only; leave out --output");
-    }
-    if (action_ == "known") {
-        ListKnown(context);
-    } else if (action_ == "forget") {
-        Forget(context.options);
-    } else {
-        RunOnConnections(ConnectionStore::NeededOfUser(), context);
-    }
-    return 0;
-}
-
-void ConnectionCommand::RunOnConnections(const ConnectionStore& store, const CommandContext& context) {
-    if (action_ == "add") {
-        Add(store, context);
-    } else if (action_ == "list") {
-        List(store, context);
-    } else if (action_ == "remove") {
-        Remove(store);
-    } else {
-        Test(context);
-    }
-}
-
-void ConnectionCommand::Add(const ConnectionStore& store, const CommandContext& context) const {
-    CheckName(name_);
-    const SavedConnection given = GivenConnection(context.options, storesPassword_); // asks the user, if need be
-    store.Update([&](auto& connections) { connections[name_] = given; });
-}
-
-void ConnectionCommand::List(const ConnectionStore& store, const CommandContext& context) {
-    Listing listing({Listing::Key("Name"),
-                     {"Server"},
-                     {"User"},
-                     {"Password"},
-                     {"Timeout", Listing::Align::kRight},
-                     {"Namespace"},
-                     {"Verification"},
-                     {"Certificate"}});
-    for (const auto& [name, connection] : store.Read()) {
-        listing.AddRow({name, UrlOf(connection), connection.user.value_or(""), connection.password ? "stored" : "",
-                        TimeoutCell(connection), TextCell(connection.nameSpace),
-                        VerificationCell(connection.tlsSettings), TextCell(connection.tlsSettings.certificate)});
-    }
-    Write(listing, "no connections\n", context);
-}
-
-void ConnectionCommand::ListKnown(const CommandContext& context) {
-    Listing listing({Listing::Key("Server"), {"SHA256"}, {"Since"}, {"Subject"}});
-    for (const auto& [name, server] : NeededServers().Read()) {
-        listing.AddRow({name, server.fingerprint, server.since, server.subject});
-    }
-    Write(listing, "no known servers\n", context);
-}
-
-void ConnectionCommand::Write(const Listing& listing, const char* nothing, const CommandContext& context) {
-    const OutputFormat format = context.Format(*this);
-    if (listing.Rows().empty() && format == OutputFormat::kTable) {
-        context.output << nothing;
-    } else {
-        WriteListing(listing, format, context);
-    }
-}
-
-void ConnectionCommand::Forget(const Options& options) const {
-    if (options.host) {
-        Refuse("connection forget takes the server as its NAME, not from --host");
-    }
-    const std::string server = HostAndPort(name_);
-    const KnownServers servers = NeededServers();
-    if (!servers.Find(server)) {
-        Refuse("there is no known server " + server + "; 'cimhttp connection known' shows all");
-    }
-    servers.Forget(server);
-}
-
-void ConnectionCommand::Remove(const ConnectionStore& store) const {
-    store.Find(name_); // complains when there is none
-    store.Update([&](auto& connections) { connections.erase(name_); });
-}
-
-void ConnectionCommand::Test(const CommandContext& context) const {
-    Options options = context.options;
-    if (options.host) {
-        Refuse("connection test takes the server from the connection, not from --host");
-    }
-    options.connection = name_;
-    const CommandContext named{options, context.output, context.errors};
-    Session session = named.Connect();
-    context.output << Printable(session.Server()) << " answers: " << session.ClassNames().size() << " classes\n";
-}
+std::unique_ptr<Command> MakeConnectionCommand() { return std::make_unique<ConnectionCommand>(); }
 
 } // namespace cimhttp

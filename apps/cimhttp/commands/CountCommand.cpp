@@ -1,16 +1,17 @@
-#include "commands/CountCommand.h"
-
 #include "Failure.h"
 #include "Options.h"
 #include "commands/ClassPattern.h"
-#include "commands/IncidentReport.h"
+#include "commands/Commands.h"
+#include "commands/InstanceCensus.h"
 #include "commands/ListingWriter.h"
+#include "commands/Remarks.h"
 #include "output/Listing.h"
-#include "output/NullText.h"
 #include "selection/RowLimit.h"
 #include "selection/SortOrder.h"
-#include "text/Pattern.h"
+#include "table/TableCell.h"
+#include "text/Names.h"
 #include "text/TerminalText.h"
+#include "text/WordList.h"
 
 #include <algorithm>
 #include <ostream>
@@ -69,10 +70,6 @@ void WriteLines(const std::vector<Count>& counts, std::ostream& output) {
     }
 }
 
-std::string Counted(unsigned long long number, const char* thing, const char* things) {
-    return std::to_string(number) + ' ' + (number == 1 ? thing : things);
-}
-
 std::size_t NumberOfUncounted(const std::vector<Count>& counts) {
     return static_cast<std::size_t>(
         std::count_if(counts.begin(), counts.end(), [](const Count& count) { return !count.instances; }));
@@ -100,57 +97,69 @@ int ReportFailures(const std::vector<std::string>& failures, std::size_t uncount
     return Failure::kIncomplete;
 }
 
+/// `count [PATTERN]`: how many instances each class has, without those of its subclasses.
+class CountCommand : public Command {
+  public:
+    CommandDescription Describe() override {
+        return {"count",
+                "Count the instances of each class",
+                {{"PATTERN", "Only classes that match, such as 'CIM_*Port'; case does not matter", false, &pattern_}},
+                {{"--all", "", "Show classes without instances, too", &all_},
+                 {"--sort", "COLUMN",
+                  "Sort by class or count, with COLUMN:desc the greatest first; may be given as A,B", &order_},
+                 {"--limit", "N", "Show the first N classes only", &limit_}},
+                {OutputFormat::kTable, OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv},
+                "cimhttp --host server.example count '*port' --sort count:desc",
+                "An instance counts for its own class, not for those above it. Only names are read, no values."};
+    }
+
+    int Run(const CommandContext& context) override {
+        const SortOrder order(order_);
+        CheckOrder(order);
+        RowLimit limit(limit_);
+        Session session = context.Connect();
+        const auto classes = session.Hierarchy();
+        const ClassTree tree(classes);
+        InstanceCensus census(session, tree, [&](const std::string& name) { return IsSelected(pattern_, name); });
+        auto counts = census.Take();
+        if (counts.empty() && !classes.empty()) {
+            SayThatNoClassMatches(pattern_, classes.size(), context.errors);
+        }
+        const std::string total = TotalOf(counts);
+        const std::size_t uncounted = NumberOfUncounted(counts);
+        if (!all_) {
+            RemoveClassesWithoutInstances(counts);
+        }
+        counts = Sorted(counts, order);
+        limit.Apply(counts);
+        Write(counts, context);
+        if (context.Format(*this) == OutputFormat::kTable) {
+            context.output << (counts.empty() ? "" : "\n") << total << '\n';
+        }
+        context.output.flush();
+        limit.Report("classes", context.errors);
+        const int status = ReportFailures(census.Failures(), uncounted, context.errors);
+        return std::max(status, ReportIncidents(session.TakeIncidents(), context));
+    }
+
+  private:
+    void Write(const std::vector<InstanceCensus::Count>& counts, const CommandContext& context) {
+        const OutputFormat format = context.Format(*this);
+        if (format == OutputFormat::kPlain) {
+            WriteLines(counts, context.output);
+        } else if (format != OutputFormat::kTable || !counts.empty()) {
+            WriteListing(CountListing(counts), format, context);
+        }
+    }
+
+    std::string pattern_;
+    std::vector<std::string> order_;
+    std::optional<std::size_t> limit_; ///< see RowLimit
+    bool all_ = false;                 ///< with the classes that have no instance
+};
+
 } // namespace
 
-CommandDescription CountCommand::Describe() {
-    return {"count",
-            "Count the instances of each class",
-            {{"PATTERN", "Only classes that match, such as 'CIM_*Port'; case does not matter", false, &pattern_}},
-            {{"--all", "", "Show classes without instances, too", &all_},
-             {"--sort", "COLUMN", "Sort by class or count, with COLUMN:desc the greatest first; may be given as A,B",
-              &order_},
-             {"--limit", "N", "Show the first N classes only", &limit_}},
-            {OutputFormat::kTable, OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv},
-            "cimhttp --host server.example count '*port' --sort count:desc",
-            "An instance counts for its own class, not for those above it. Only names are read, no values."};
-}
-
-int CountCommand::Run(const CommandContext& context) {
-    const SortOrder order(order_);
-    CheckOrder(order);
-    RowLimit limit(limit_);
-    Session session = context.Connect();
-    const auto classes = session.Hierarchy();
-    const ClassTree tree(classes);
-    InstanceCensus census(session, tree, [&](const std::string& name) { return IsSelected(pattern_, name); });
-    auto counts = census.Take();
-    if (counts.empty() && !classes.empty()) {
-        SayThatNoClassMatches(pattern_, classes.size(), context.errors);
-    }
-    const std::string total = TotalOf(counts);
-    const std::size_t uncounted = NumberOfUncounted(counts);
-    if (!all_) {
-        RemoveClassesWithoutInstances(counts);
-    }
-    counts = Sorted(counts, order);
-    limit.Apply(counts);
-    Write(counts, context);
-    if (context.Format(*this) == OutputFormat::kTable) {
-        context.output << (counts.empty() ? "" : "\n") << total << '\n';
-    }
-    context.output.flush();
-    limit.Report("classes", context.errors);
-    const int status = ReportFailures(census.Failures(), uncounted, context.errors);
-    return std::max(status, ReportIncidents(session.TakeIncidents(), context));
-}
-
-void CountCommand::Write(const std::vector<Count>& counts, const CommandContext& context) {
-    const OutputFormat format = context.Format(*this);
-    if (format == OutputFormat::kPlain) {
-        WriteLines(counts, context.output);
-    } else if (format != OutputFormat::kTable || !counts.empty()) {
-        WriteListing(CountListing(counts), format, context);
-    }
-}
+std::unique_ptr<Command> MakeCountCommand() { return std::make_unique<CountCommand>(); }
 
 } // namespace cimhttp

@@ -37,7 +37,7 @@ void Diagnosis::Omit(Check check, const std::string& remark) { findings_[check] 
 int Diagnosis::ExitStatus() const {
     const auto failed = std::find_if(findings_.begin(), findings_.end(),
                                      [](const Finding& finding) { return finding.state == State::kFailed; });
-    return failed == findings_.end() ? 0 : failed->exit_status;
+    return failed == findings_.end() ? 0 : failed->exitStatus;
 }
 
 const char* Diagnosis::ResultText(State state) {

@@ -43,7 +43,7 @@ class Diagnosis {
         State state = State::kNotTried;
         Time time;
         std::string remark;
-        int exit_status = 0;
+        int exitStatus = 0;
     };
 
     const Finding& At(Check check) const { return findings_[check]; }

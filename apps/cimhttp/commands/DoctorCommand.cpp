@@ -1,25 +1,20 @@
-#include "commands/DoctorCommand.h"
-
 #include "Options.h"
+#include "commands/Commands.h"
 #include "commands/Diagnosis.h"
 #include "commands/ListingWriter.h"
 #include "connection/FailedConnect.h"
-#include "connection/HostAddresses.h"
 #include "connection/ServerFailure.h"
-#include "connection/ServerProbe.h"
 #include "connection/ServerTrust.h"
 #include "connection/Session.h"
 #include "host/ICIMInstance.h"
 #include "output/Listing.h"
-#include "text/Pattern.h"
-#include "waiting/Attendant.h"
-
-#include <netdb.h>
+#include "text/Names.h"
+#include "text/WordList.h"
+#include "waiting/ProgressWait.h"
 
 #include <algorithm>
 #include <array>
 #include <set>
-#include <utility>
 
 namespace cimhttp {
 
@@ -52,21 +47,6 @@ std::chrono::microseconds Since(Clock::time_point begin) {
     return std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - begin);
 }
 
-std::string AddressText(const addrinfo& address) {
-    std::array<char, NI_MAXHOST> text{};
-    const int error =
-        ::getnameinfo(address.ai_addr, address.ai_addrlen, text.data(), text.size(), nullptr, 0, NI_NUMERICHOST);
-    return error == 0 ? text.data() : std::string();
-}
-
-std::string AddressTexts(const HostAddresses& addresses) {
-    std::string texts;
-    for (const addrinfo* address = addresses.First(); address != nullptr; address = address->ai_next) {
-        texts += (texts.empty() ? "" : ", ") + AddressText(*address);
-    }
-    return texts;
-}
-
 std::string VerificationText(const Connection& connection) {
     const TlsSettings& settings = connection.tlsSettings;
     if (!IsVerified(connection)) {
@@ -89,15 +69,11 @@ bool IsUnsupported(const RemoteFailure& failure) {
             (failure.httpStatus == kBadRequest || failure.httpStatus == kNotImplemented));
 }
 
-std::string Counted(std::size_t count, const char* one, const char* many) {
-    return std::to_string(count) + ' ' + (count == 1 ? one : many);
-}
-
 /// One visit. Each check that fails ends it, unless what comes next does not need it.
 class Examination {
   public:
-    Examination(const CommandContext& context, const Connection& connection, const Attendant& attendant)
-        : context_(context), connection_(connection), attendant_(attendant) {}
+    Examination(const CommandContext& context, const Connection& connection, const ProgressWait& wait)
+        : context_(context), plugin_(context.options.plugin), connection_(connection), wait_(wait) {}
 
     Diagnosis Run() {
         if (LooksUp() && Connects() && OpensSession() && Answers()) {
@@ -110,40 +86,52 @@ class Examination {
   private:
     bool LooksUp() {
         const auto begin = Clock::now();
-        const auto addresses = attendant_.Read("looking up " + connection_.host,
-                                               [&] { return HostAddresses(connection_.host, connection_.Port()); });
-        if (addresses.Error() != 0) {
-            return Fail(Diagnosis::kNameLookUp, begin, ExplainFailedConnect(connection_, addresses.ErrorText()));
-        }
-        diagnosis_.Pass(Diagnosis::kNameLookUp, Since(begin), AddressTexts(addresses));
-        return true;
+        const ServerProbe probe = Probe("looking up " + connection_.host, ServerProbe::Depth::kName);
+        return PassOrFail(Diagnosis::kNameLookUp, probe, begin, Since(begin), Joined(probe.addresses));
     }
 
     /// Below CIM, up to a certificate.
     bool Connects() {
         const auto begin = Clock::now();
-        const auto probe = attendant_.Read("connecting to " + connection_.Url(), [&] {
-            return ProbeServer(connection_.host, connection_.Port(), connection_.tls, connection_.ConnectTimeout());
-        });
-        if (!probe) {
-            return Fail(Diagnosis::kTcp, begin, ExplainFailedConnect(connection_, "the server does not answer"));
+        const ServerProbe probe = Probe("connecting to " + connection_.Url(),
+                                        connection_.tls ? ServerProbe::Depth::kTls : ServerProbe::Depth::kPort);
+        if (!PassOrFail(Diagnosis::kTcp, probe, begin, probe.connectTime,
+                        "port " + std::to_string(connection_.Port()))) {
+            return false;
         }
-        diagnosis_.Pass(Diagnosis::kTcp, probe->roundTrip, "port " + std::to_string(connection_.Port()));
-        if (connection_.tls && !probe->tls) {
-            return Fail(Diagnosis::kTls, begin, ExplainFailedConnect(connection_, probe->tlsFailure));
+        if (connection_.tls && !probe.tls.showsCertificate && probe.result == ServerProbe::Result::kReached) {
+            return Fail(Diagnosis::kTls, begin, ExplainFailedConnect(plugin_.Access(), connection_, probe.tls.failure));
         }
-        handshake_ = probe->handshake;
-        version_ = probe->tls ? probe->tls->version : "";
+        handshake_ = probe.handshakeTime;
+        version_ = probe.tls.version;
         return true;
+    }
+
+    ServerProbe Probe(const std::string& what, ServerProbe::Depth depth) const {
+        return wait_.Read(what, [&] { return plugin_.Access().Probe(connection_.Target(), depth); });
+    }
+
+    /// Whether it goes on. What this program cannot find out is no fault of the server's.
+    bool PassOrFail(Diagnosis::Check check, const ServerProbe& probe, Clock::time_point begin,
+                    std::chrono::microseconds time, const std::string& remark) {
+        switch (probe.result) {
+        case ServerProbe::Result::kReached:
+            diagnosis_.Pass(check, time, remark);
+            return true;
+        case ServerProbe::Result::kUntried:
+            diagnosis_.Omit(check, probe.reason);
+            return true;
+        default:
+            return Fail(check, begin, ExplainFailedConnect(plugin_.Access(), connection_, probe.reason));
+        }
     }
 
     bool OpensSession() {
         const Diagnosis::Check check = connection_.tls ? Diagnosis::kTls : Diagnosis::kTcp;
         const auto begin = Clock::now();
         try {
-            const Plugin plugin(context_.options.plugin);
-            connection_ = Trusted(plugin, connection_, context_.options, attendant_);
-            session_.emplace(plugin, connection_, attendant_);
+            connection_ = Trusted(plugin_, connection_, context_.options, wait_);
+            session_.emplace(plugin_, connection_, wait_);
         } catch (const Failure& failure) {
             if (failure.Status() != Failure::kConnection) {
                 throw;
@@ -153,7 +141,8 @@ class Examination {
         }
         context_.WarnAbout(connection_);
         if (connection_.tls) {
-            diagnosis_.Pass(Diagnosis::kTls, handshake_, version_ + "; " + VerificationText(connection_));
+            diagnosis_.Pass(Diagnosis::kTls, handshake_,
+                            (version_.empty() ? "" : version_ + "; ") + VerificationText(connection_));
         } else {
             diagnosis_.Omit(Diagnosis::kTls, "nothing is encrypted; --tls encrypts");
         }
@@ -166,7 +155,7 @@ class Examination {
         try {
             classes_ = session_->ClassNames();
         } catch (const ServerFailure& failure) {
-            return Goes(failure, Since(begin));
+            return GoesOnAfter(failure, Since(begin));
         } catch (const Failure& failure) {
             diagnosis_.Fail(Diagnosis::kLogin, Since(begin), failure);
             return false;
@@ -178,7 +167,7 @@ class Examination {
     }
 
     /// Whether it goes on after the names of the classes could not be had.
-    bool Goes(const ServerFailure& failure, std::chrono::microseconds time) {
+    bool GoesOnAfter(const ServerFailure& failure, std::chrono::microseconds time) {
         const RemoteFailure& reason = failure.Reason();
         if (reason.kind == Kind::kTls) { // as some servers do that want to see a certificate
             diagnosis_.Fail(Diagnosis::kTls, time, failure);
@@ -298,8 +287,9 @@ class Examination {
     }
 
     const CommandContext& context_;
+    const Plugin plugin_;
     Connection connection_;
-    const Attendant& attendant_;
+    const ProgressWait& wait_;
     std::chrono::microseconds handshake_{};
     std::string version_; // of TLS
     std::optional<Session> session_;
@@ -307,24 +297,31 @@ class Examination {
     Diagnosis diagnosis_;
 };
 
+/// `doctor`: what works of all that reading a server needs, and what to try where something does not. The exit status
+/// is that of the first failure.
+class DoctorCommand : public Command {
+  public:
+    CommandDescription Describe() override {
+        return {"doctor",
+                "Check step by step what works of a server, and what to try",
+                {},
+                {},
+                {OutputFormat::kTable, OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv},
+                "cimhttp --host server.example --tls --user reader doctor",
+                kNotes};
+    }
+
+    int Run(const CommandContext& context) override {
+        const Connection connection = ConnectionOf(context.options);
+        const ProgressWait wait = context.MakeProgressWait();
+        const Diagnosis diagnosis = Examination(context, connection, wait).Run();
+        WriteListing(diagnosis.AsListing(), context.Format(*this), context);
+        return diagnosis.ExitStatus();
+    }
+};
+
 } // namespace
 
-CommandDescription DoctorCommand::Describe() {
-    return {"doctor",
-            "Check step by step what works of a server, and what to try",
-            {},
-            {},
-            {OutputFormat::kTable, OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv},
-            "cimhttp --host server.example --tls --user reader doctor",
-            kNotes};
-}
-
-int DoctorCommand::Run(const CommandContext& context) {
-    const Connection connection = ConnectionOf(context.options);
-    const Attendant attendant = context.MakeAttendant();
-    const Diagnosis diagnosis = Examination(context, connection, attendant).Run();
-    WriteListing(diagnosis.AsListing(), context.Format(*this), context);
-    return diagnosis.ExitStatus();
-}
+std::unique_ptr<Command> MakeDoctorCommand() { return std::make_unique<DoctorCommand>(); }
 
 } // namespace cimhttp

@@ -1,21 +1,40 @@
 #include "commands/GraphWalk.h"
 
+#include "output/DisplayText.h"
 #include "output/ShortReferences.h"
-
-#include <utility>
+#include "text/Ascii.h"
+#include "text/WordList.h"
 
 namespace cimhttp {
 
 namespace {
 
 using NQORVYX20::TCIMReference;
+using NQORVYX20::TCIMValue;
 using State = ObjectGraph::State;
+
+constexpr char kSeparator = '\0'; // which no part has
+
+/// A text that is the same for the paths of one object only, however their names are spelled.
+std::string IdentityOf(const TCIMReference& path) {
+    std::map<std::string, std::string> keys;
+    path.EnumerateKeyValues([&](const std::string& name, const TCIMValue& value) {
+        keys[AsciiLower(name)] = PlainText(value);
+        return true;
+    });
+    std::string identity = AsciiLower(path.GetHost()) + kSeparator + AsciiLower(path.GetNamespaceName()) + kSeparator +
+                           AsciiLower(path.GetClassName());
+    for (const auto& [name, value] : keys) {
+        identity += kSeparator + name + kSeparator + value;
+    }
+    return identity;
+}
 
 /// That of an association with its ends, since not every association names them by its keys.
 std::string IdentityOfLink(const RemoteLink& link) {
     std::string identity = IdentityOf(link.association);
     for (const RemoteLink::End& end : link.ends) {
-        identity += '\0' + end.role + '\0' + IdentityOf(end.object);
+        identity += kSeparator + end.role + kSeparator + IdentityOf(end.object);
     }
     return identity;
 }
@@ -34,7 +53,7 @@ void GraphWalk::Run(const TCIMReference& start, std::size_t depth) {
             Ask(i);
         }
     }
-    graph_.is_complete = !isCut_ && failureCount_ == 0;
+    graph_.isComplete = !isCut_ && failureCount_ == 0;
 }
 
 /// A path without keys is that of a class.
@@ -100,8 +119,7 @@ std::string GraphWalk::Remark() const {
         remark = "there are more than " + std::to_string(kMostEdges) + " associations; the others are left out";
     }
     if (failureCount_ > 0) {
-        remark += (remark.empty() ? "" : "; ") + std::to_string(failureCount_) +
-                  (failureCount_ == 1 ? " object does" : " objects do") +
+        remark += (remark.empty() ? "" : "; ") + Counted(failureCount_, "object does", "objects do") +
                   " not tell what hangs together with it; the first: " + firstFailure_;
     }
     return remark;

@@ -26,8 +26,8 @@ class GraphWalk {
 
     explicit GraphWalk(Links links) : links_(std::move(links)) {}
 
-    /// Follows as many associations one behind the other as `depth` says. Throws what asking for the first object
-    /// throws, and what is in vain for any other.
+    /// Follows as many associations in a row as `depth` says. Throws what asking for the first object throws, and what
+    /// would fail for every other, too.
     void Run(const NQORVYX20::TCIMReference& start, std::size_t depth);
 
     const ObjectGraph& Graph() const { return graph_; }

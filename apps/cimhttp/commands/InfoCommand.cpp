@@ -1,10 +1,8 @@
-#include "commands/InfoCommand.h"
-
 #include "Failure.h"
 #include "Options.h"
-#include "commands/IncidentReport.h"
+#include "commands/Commands.h"
+#include "commands/Remarks.h"
 #include "connection/InteropNamespace.h"
-#include "connection/ServerProbe.h"
 #include "connection/Session.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMProperty.h"
@@ -13,8 +11,9 @@
 #include "output/InstanceProperties.h"
 #include "output/Json.h"
 #include "output/Listing.h"
-#include "output/TextList.h"
+#include "output/ListingText.h"
 #include "output/ValueTexts.h"
+#include "text/WordList.h"
 
 #include <chrono>
 #include <cstdio>
@@ -26,6 +25,8 @@ namespace cimhttp {
 namespace {
 
 using NQORVYX20::TCIMContext;
+
+constexpr std::chrono::seconds kProbeTimeout{5};
 
 std::string Milliseconds(std::chrono::microseconds time) {
     constexpr double kMicrosecondsPerMillisecond = 1000;
@@ -87,20 +88,11 @@ class Findings {
     JsonObject json_;
 };
 
-/// The hosts that a certificate is for.
-std::string ListedNames(const std::vector<std::string>& names) {
-    std::string text;
-    for (const std::string& name : names) {
-        text += (text.empty() ? "" : ", ") + name;
-    }
-    return text.empty() ? "none" : text;
-}
-
 void AddTls(const TlsDetails& tls, Findings& findings) {
     findings.Add("TLS", "tls", tls.version + ", " + tls.cipher);
     findings.Add("certificate", "certificate", tls.subject);
     findings.Add("issued by", "issuer", tls.isSelfSigned ? "itself" : tls.issuer);
-    findings.AddJson("names", "names", ListedNames(tls.names), JsonTexts(tls.names));
+    findings.AddJson("names", "names", tls.names.empty() ? "none" : Joined(tls.names), JsonTexts(tls.names));
     findings.Add("valid from", "valid_from", tls.validFrom);
     findings.Add("valid until", "valid_until", tls.validUntil);
     findings.Add("SHA-256", "sha256", tls.fingerprint);
@@ -130,7 +122,7 @@ class SelfDescription {
         }
     }
 
-    /// Whether a namespace was asked in vain that may exist.
+    /// Whether a namespace that may exist could not be asked.
     bool HasFailed() const { return hasFailed_; }
 
     /// The path of the object manager; empty for none.
@@ -267,51 +259,61 @@ void TryOperations(Session& session, const SelfDescription& description, Operati
                        [&](const PluginAccess& access, auto& nameSpace) { access.RelatedPaths(nameSpace, query); }));
 }
 
+/// `info`: the plug-in, its provider and the server.
+class InfoCommand : public Command {
+  public:
+    CommandDescription Describe() override {
+        return {"info",
+                "Show the plug-in, its provider, the server, what it can do and how it is reached",
+                {},
+                {},
+                {OutputFormat::kPlain, OutputFormat::kJson},
+                "cimhttp --host server.example --tls info"};
+    }
+
+    int Run(const CommandContext& context) override {
+        Session session = context.Connect();
+        const Connection& target = session.Target();
+        Findings findings;
+        findings.Add("plug-in", "plugin", session.LoadedPlugin().Path());
+        findings.Add("provider", "provider", ProviderText(session.LoadedPlugin()));
+        findings.Add("server", "server", session.Server());
+        const ServerProbe probe =
+            session.LoadedPlugin().Access().Probe({target.host, target.Port(), kProbeTimeout},
+                                                  target.tls ? ServerProbe::Depth::kTls : ServerProbe::Depth::kPort);
+        const bool isReached = probe.result == ServerProbe::Result::kReached;
+        if (probe.tls.showsCertificate) {
+            AddTls(probe.tls, findings);
+        } else if (target.tls) {
+            findings.Add("TLS", "tls", "could not be looked at: " + (isReached ? probe.tls.failure : "no connection"));
+        }
+        std::optional<std::size_t> classCount;
+        const auto classes = CountClasses(session, classCount);
+        findings.Add("classes", "classes", classCount, "not supported");
+        const SelfDescription description(session);
+        description.AddTo(findings);
+        OperationTrials trials;
+        trials.Add("EnumerateClassNames", classes);
+        TryOperations(session, description, trials);
+        trials.AddTo(findings);
+        if (isReached) {
+            findings.AddTime("round trip",
+                             Milliseconds(probe.connectTime) + ", names of all classes " + Milliseconds(classes.time));
+        }
+        if (context.Format(*this) == OutputFormat::kJson) {
+            findings.WriteJson(context.output);
+        } else {
+            findings.WriteList({context.options.width, context.options.usesColor}, context.output);
+        }
+        const int status = ReportIncidents(session.TakeIncidents(), context);
+        const bool isWhole =
+            isReached && (probe.tls.showsCertificate || !target.tls) && !description.HasFailed() && !trials.HasFailed();
+        return status == 0 && !isWhole ? Failure::kIncomplete : status;
+    }
+};
+
 } // namespace
 
-CommandDescription InfoCommand::Describe() {
-    return {"info",
-            "Show the plug-in, its provider, the server, what it can do and how it is reached",
-            {},
-            {},
-            {OutputFormat::kPlain, OutputFormat::kJson},
-            "cimhttp --host server.example --tls info"};
-}
-
-int InfoCommand::Run(const CommandContext& context) {
-    Session session = context.Connect();
-    const Connection& target = session.Target();
-    Findings findings;
-    findings.Add("plug-in", "plugin", session.LoadedPlugin().Path());
-    findings.Add("provider", "provider", ProviderText(session.LoadedPlugin()));
-    findings.Add("server", "server", session.Server());
-    const auto probe = ProbeServer(target.host, target.Port(), target.tls);
-    if (probe && probe->tls) {
-        AddTls(*probe->tls, findings);
-    } else if (target.tls) {
-        findings.Add("TLS", "tls", "could not be looked at: " + (probe ? probe->tlsFailure : "no connection"));
-    }
-    std::optional<std::size_t> classCount;
-    const auto classes = CountClasses(session, classCount);
-    findings.Add("classes", "classes", classCount, "not supported");
-    const SelfDescription description(session);
-    description.AddTo(findings);
-    OperationTrials trials;
-    trials.Add("EnumerateClassNames", classes);
-    TryOperations(session, description, trials);
-    trials.AddTo(findings);
-    if (probe) {
-        findings.AddTime("round trip",
-                         Milliseconds(probe->roundTrip) + ", names of all classes " + Milliseconds(classes.time));
-    }
-    if (context.Format(*this) == OutputFormat::kJson) {
-        findings.WriteJson(context.output);
-    } else {
-        findings.WriteList({context.options.width, context.options.usesColor}, context.output);
-    }
-    const int status = ReportIncidents(session.TakeIncidents(), context);
-    const bool isWhole = probe && (probe->tls || !target.tls) && !description.HasFailed() && !trials.HasFailed();
-    return status == 0 && !isWhole ? Failure::kIncomplete : status;
-}
+std::unique_ptr<Command> MakeInfoCommand() { return std::make_unique<InfoCommand>(); }
 
 } // namespace cimhttp

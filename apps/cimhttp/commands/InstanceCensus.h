@@ -2,7 +2,7 @@
 
 #include "connection/Session.h"
 #include "output/ClassTree.h"
-#include "text/NameOrder.h"
+#include "text/Names.h"
 
 #include <functional>
 #include <map>

@@ -1,19 +1,16 @@
-#include "commands/InstanceCommand.h"
-
 #include "Failure.h"
 #include "Options.h"
-#include "commands/IncidentReport.h"
+#include "commands/Commands.h"
 #include "commands/InstanceFinder.h"
 #include "commands/InstanceWriter.h"
 #include "commands/ListingWriter.h"
-#include "commands/WideForm.h"
+#include "commands/Remarks.h"
 #include "connection/Session.h"
 #include "host/ICIMInstance.h"
 #include "output/InstanceListing.h"
-#include "output/Listing.h"
 #include "selection/GivenKeys.h"
-#include "text/PathFault.h"
 #include "text/TerminalText.h"
+#include "text/WordList.h"
 
 #include <algorithm>
 #include <ostream>
@@ -26,15 +23,10 @@ using NQORVYX20::ICIMInstance;
 
 /// Names below the list of the properties with a value.
 void WriteNamesWithoutValue(const std::vector<std::string>& names, const CommandContext& context) {
-    std::string text = "Without a value: ";
-    const char* separator = "";
-    for (const std::string& name : names) {
-        text += separator + Printable(name);
-        separator = ", ";
-    }
+    const std::string text = "Without a value: " + Printable(Joined(names));
     context.output << '\n';
     const std::size_t width = context.options.width == 0 ? text.size() : context.options.width;
-    for (const std::string& line : Folded(text, width)) {
+    for (const std::string& line : Wrapped(text, width)) {
         context.output << line << '\n';
     }
 }
@@ -54,69 +46,80 @@ void WriteList(const boost::shared_ptr<ICIMInstance>& instance, InstanceSelectio
     }
 }
 
-/// A path without keys, which names a class and no namespace.
-bool IsClassName(const std::string& path) {
-    return PathFault(path).empty() && path.find_first_of("=:") == std::string::npos;
-}
+/// Whether there is nothing in the text of what makes it a path.
+bool IsClassName(const std::string& text) { return !text.empty() && text.find_first_of("=:./\"") == std::string::npos; }
+
+/// `instance PATH`: one instance by its object path, or by its class and keys, see InstanceFinder.
+class InstanceCommand : public Command {
+  public:
+    CommandDescription Describe() override {
+        return {
+            "instance",
+            "Show one instance",
+            {{"PATH",
+              R"(Its object path, such as 'CIM_Disk.Name="a",Number=3'; a namespace may stand before it, 'root/interop:'. )"
+              "Or its class alone: then --key names it",
+              true, &path_}},
+            {{"--key", "NAME=VALUE",
+              "A key of the instance, its value as it is or as it is shown; may be given several times. Keys that do "
+              "not matter may be left out; where several instances fit, you are asked",
+              &keys_},
+             {"--wide", "", "Write CSV with a property a column", &wide_},
+             {"--raw", "", "Show values as they are, not by their value maps and units", &raw_}},
+            {OutputFormat::kPlain, OutputFormat::kTable, OutputFormat::kJson, OutputFormat::kCsv, OutputFormat::kMof},
+            "cimhttp --host server.example instance 'CIM_Disk.Name=\"a\",Number=3'\n"
+            "cimhttp --host server.example instance CIM_Disk --key Name=a"};
+    }
+
+    int Run(const CommandContext& context) override {
+        const GivenKeys keys(keys_); // is checked before the server is asked
+        if (!keys_.empty() && !IsClassName(path_)) {
+            throw Failure(Failure::kUsage, "--key goes with the name of a class, which '" + path_ + "' is not");
+        }
+        const OutputFormat format = context.Format(*this, wide_);
+        Session session = context.Connect();
+        const PluginAccess& access = session.LoadedPlugin().Access();
+        const auto found = Find(session, keys, context);
+        if (!found) {
+            return 0;
+        }
+        const auto& [instance, nameSpace] = *found;
+        InstanceSelection selection;
+        selection.properties = PropertiesOf(*instance);
+        selection.isRaw = raw_;
+        selection.nameSpace = nameSpace;
+        selection.isWide = wide_;
+        switch (format) {
+        case OutputFormat::kTable:
+            WriteListing(InstanceListing(ValueTexts(access, context.options.textForm), raw_)
+                             .Values(*instance, selection.properties),
+                         format, context);
+            break;
+        case OutputFormat::kPlain:
+            WriteList(instance, selection, access, context);
+            break;
+        default:
+            WriteInstances({instance}, selection, format, access, context);
+        }
+        return ReportIncidents(session.TakeIncidents(), context);
+    }
+
+  private:
+    /// Nothing when the user chooses none.
+    std::optional<Session::FoundInstance> Find(Session& session, const GivenKeys& keys,
+                                               const CommandContext& context) const {
+        return IsClassName(path_) ? InstanceFinder(session, context, path_, keys).Find()
+                                  : std::optional<Session::FoundInstance>(session.Instance(path_));
+    }
+
+    std::string path_;              ///< or the name of a class
+    std::vector<std::string> keys_; ///< see GivenKeys
+    bool wide_ = false;             ///< see WideRecords()
+    bool raw_ = false;              ///< values as they are, not as people read them
+};
 
 } // namespace
 
-CommandDescription InstanceCommand::Describe() {
-    return {
-        "instance",
-        "Show one instance",
-        {{"PATH",
-          R"(Its object path, such as 'CIM_Disk.Name="a",Number=3'; a namespace may stand before it, 'root/interop:'. )"
-          "Or its class alone: then --key names it",
-          true, &path_}},
-        {{"--key", "NAME=VALUE",
-          "A key of the instance, its value as it is or as it is shown; may be given several times. Keys that do not "
-          "matter may be left out; where several instances fit, you are asked",
-          &keys_},
-         {"--wide", "", "Write CSV with a property a column", &wide_},
-         {"--raw", "", "Show values as they are, not by their value maps and units", &raw_}},
-        {OutputFormat::kPlain, OutputFormat::kTable, OutputFormat::kJson, OutputFormat::kCsv, OutputFormat::kMof},
-        "cimhttp --host server.example instance 'CIM_Disk.Name=\"a\",Number=3'\n"
-        "cimhttp --host server.example instance CIM_Disk --key Name=a"};
-}
-
-std::optional<Session::FoundInstance> InstanceCommand::Find(Session& session, const GivenKeys& keys,
-                                                            const CommandContext& context) const {
-    return IsClassName(path_) ? InstanceFinder(session, context, path_, keys).Find()
-                              : std::optional<Session::FoundInstance>(session.Instance(path_));
-}
-
-int InstanceCommand::Run(const CommandContext& context) {
-    const GivenKeys keys(keys_); // is checked before the server is asked
-    if (!keys_.empty() && !IsClassName(path_)) {
-        throw Failure(Failure::kUsage, "--key goes with the name of a class, which '" + path_ + "' is not");
-    }
-    const OutputFormat format = FormOf(*this, wide_, context);
-    Session session = context.Connect();
-    const PluginAccess& access = session.LoadedPlugin().Access();
-    const auto found = Find(session, keys, context);
-    if (!found) {
-        return 0;
-    }
-    const auto& [instance, nameSpace] = *found;
-    InstanceSelection selection;
-    selection.properties = PropertiesOf(*instance);
-    selection.isRaw = raw_;
-    selection.nameSpace = nameSpace;
-    selection.isWide = wide_;
-    switch (format) {
-    case OutputFormat::kTable:
-        WriteListing(
-            InstanceListing(ValueTexts(access, context.options.textForm), raw_).Values(*instance, selection.properties),
-            format, context);
-        break;
-    case OutputFormat::kPlain:
-        WriteList(instance, selection, access, context);
-        break;
-    default:
-        WriteInstances({instance}, selection, format, access, context);
-    }
-    return ReportIncidents(session.TakeIncidents(), context);
-}
+std::unique_ptr<Command> MakeInstanceCommand() { return std::make_unique<InstanceCommand>(); }
 
 } // namespace cimhttp

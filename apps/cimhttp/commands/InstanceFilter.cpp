@@ -5,6 +5,7 @@
 #include "host/ICIMPropertyDecl.h"
 #include "output/ValueTexts.h"
 #include "text/TerminalText.h"
+#include "text/WordList.h"
 
 #include <algorithm>
 #include <iterator>
@@ -21,7 +22,7 @@ void UncomparedValues::Add(const UncomparedValues& more) {
 
 void UncomparedValues::Report(std::ostream& errors) const {
     if (count > 0) {
-        errors << "cimhttp: " << count << (count == 1 ? " value" : " values")
+        errors << "cimhttp: " << Counted(count, "value", "values")
                << " cannot be compared, so that --where does not select the instance; the first: " << Printable(first)
                << '\n';
     }

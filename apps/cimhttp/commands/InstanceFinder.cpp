@@ -7,17 +7,16 @@
 #include "host/ICIMInstance.h"
 #include "host/ICIMPropertyDecl.h"
 #include "output/KeyListing.h"
-#include "output/TextTable.h"
+#include "output/ListingText.h"
 #include "output/ValueTexts.h"
 #include "selection/KeyValue.h"
+#include "selection/ParsedText.h"
 #include "selection/ValuePlace.h"
-#include "text/NearestNames.h"
-#include "text/Pattern.h"
+#include "text/Names.h"
 #include "text/TerminalText.h"
 #include "text/WordList.h"
 
 #include <algorithm>
-#include <charconv>
 #include <iostream>
 #include <set>
 #include <utility>
@@ -29,7 +28,6 @@ namespace {
 using namespace NQORVYX20;
 using ECIMType = TCIMValue::TCIMType::ECIMType;
 
-constexpr unsigned char kDecimal = 10;
 constexpr std::size_t kMostChoices = 100;  // that anybody reads
 constexpr std::size_t kMostListed = 5;     // in one line
 constexpr std::size_t kWidestListed = 200; // of each of them
@@ -84,14 +82,6 @@ Listing Choices(const std::vector<TCIMReference>& paths) {
         choices.AddRow(std::move(row));
     }
     return choices;
-}
-
-/// 0 for a text that is no number.
-std::size_t NumberIn(const std::string& text) {
-    std::size_t number = 0;
-    const char* const end = text.data() + text.size();
-    const auto [parsed, error] = std::from_chars(text.data(), end, number);
-    return error == std::errc() && parsed == end ? number : 0;
 }
 
 } // namespace
@@ -174,7 +164,7 @@ bool InstanceFinder::Fits(const TCIMReference& path) const {
 }
 
 bool InstanceFinder::IsMeant(const std::string& name, const std::string& text, const TCIMValue& value) const {
-    if (value.ToString(kDecimal) == text) {
+    if (PlainText(value) == text) {
         return true;
     }
     const auto declared = std::find_if(declared_.begin(), declared_.end(), [&](const auto& property) {
@@ -204,7 +194,7 @@ const TCIMReference* InstanceFinder::AskedFor(const Paths& candidates) const {
     const std::string question = "Which one (1-" + std::to_string(candidates.size()) + ", or nothing)? ";
     std::string answer;
     while (context_.errors << question << std::flush && std::getline(std::cin, answer) && !answer.empty()) {
-        const std::size_t number = NumberIn(answer);
+        const std::size_t number = NumberIn<std::size_t>(answer).value_or(0);
         if (number >= 1 && number <= candidates.size()) {
             return &candidates[number - 1];
         }
@@ -229,7 +219,7 @@ std::vector<std::string> InstanceFinder::TellingKeys(const Paths& candidates) co
     for (const std::string& name : KeyNames(candidates)) {
         std::set<std::string> values;
         for (const TCIMReference& path : candidates) {
-            values.insert(path.GetKeyValue(name).ToString(kDecimal));
+            values.insert(PlainText(path.GetKeyValue(name)));
         }
         if (values.size() == candidates.size()) {
             return {name};

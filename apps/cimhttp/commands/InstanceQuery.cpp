@@ -2,7 +2,7 @@
 
 #include "host/ICIMInstance.h"
 #include "host/ICIMProperty.h"
-#include "text/NameList.h"
+#include "text/Names.h"
 
 namespace cimhttp {
 

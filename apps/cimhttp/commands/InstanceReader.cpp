@@ -2,7 +2,7 @@
 
 #include "host/ICIMClass.h"
 #include "output/ValueTexts.h"
-#include "text/NameList.h"
+#include "text/Names.h"
 #include "waiting/Interrupt.h"
 
 #include <utility>

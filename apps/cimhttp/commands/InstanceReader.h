@@ -33,17 +33,18 @@ class InstanceReader {
     /// What could not be taken from the answers since the last call.
     IncidentTally TakeIncidents() { return session_.TakeIncidents(); }
 
-    /// Asks the server. Names of properties that could not be checked before are checked now.
-    /// These are then all that any instance has.
+    /// Asks the server. Names of properties that could not be checked before are checked now, against all that any
+    /// instance has.
     Reading Read();
 
     /// Whether it is known which properties are shown, and in which order, before there is any instance.
     bool CanStream() const { return !declared_.empty() && !query_.IsOrdered(); }
+
     /// The properties to show, where that is known.
     Properties Shown() const { return query_.Shown(declared_, ClassName()); }
 
-    /// The same as Read() without keeping the instances: `take` gets those that meet the conditions as they come. Those
-    /// of a class with many instances come in the order of the server. The result has no instances.
+    /// Does what Read() does without keeping the instances: `take` gets those that meet the conditions as they come.
+    /// Those of a class with many instances come in the order of the server. The result has no instances.
     Reading Stream(const std::function<void(const Instances&)>& take);
 
   private:

@@ -4,16 +4,14 @@
 #include "commands/Command.h"
 #include "output/Json.h"
 #include "output/Listing.h"
-#include "output/TextList.h"
-#include "output/TextTable.h"
+#include "output/ListingText.h"
+#include "text/Ascii.h"
 #include "text/TerminalText.h"
+#include "text/WordList.h"
 
 #include <algorithm>
-#include <cctype>
 #include <ostream>
-#include <string>
 #include <string_view>
-#include <vector>
 
 namespace cimhttp {
 
@@ -21,24 +19,17 @@ namespace {
 
 constexpr const char* kRecordEnd = "\r\n"; // RFC 4180, 2.1
 
-std::string MemberName(std::string heading) {
-    std::transform(heading.begin(), heading.end(), heading.begin(),
-                   [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
-    return heading;
-}
-
 void WriteJson(const Listing& listing, std::ostream& output) {
-    output << '[';
-    const char* separator = "\n";
+    JsonLines lines(output);
     for (const auto& row : listing.Rows()) {
         JsonObject object;
         for (std::size_t i = 0; i < row.size(); ++i) {
-            object.Add(MemberName(listing.Columns()[i].heading), JsonValue(row[i].value));
+            object.Add(AsciiLower(listing.Columns()[i].heading), JsonValue(row[i].value));
         }
-        output << separator << object.Text();
-        separator = ",\n";
+        lines.Next() << object.Text();
     }
-    output << "\n]\n";
+    lines.End();
+    output << '\n';
 }
 
 bool IsSpecial(char character) {
@@ -90,8 +81,7 @@ void WriteRecords(const Listing& listing, bool isShown, std::ostream& output) {
 
 /// One line that names as many columns as it has room for.
 std::string LeftOutColumns(const std::vector<std::string>& columns, const std::string& hint, std::size_t width) {
-    std::string line = "cimhttp: " + std::to_string(columns.size()) +
-                       (columns.size() == 1 ? " column is" : " columns are") + " left out" + hint;
+    std::string line = "cimhttp: " + Counted(columns.size(), "column is", "columns are") + " left out" + hint;
     std::string names = "cimhttp: left out: ";
     for (std::size_t count = 1; count <= columns.size() && DisplayWidth(names) <= width; ++count) {
         names += (count == 1 ? "" : ", ") + columns[count - 1];
@@ -104,7 +94,7 @@ std::string LeftOutColumns(const std::vector<std::string>& columns, const std::s
     return line;
 }
 
-void SayWhatIsLeftOut(const TableOmissions& leftOut, const char* wholeForm, const CommandContext& context) {
+void SayWhatIsLeftOut(const ListingOmissions& leftOut, const char* wholeForm, const CommandContext& context) {
     const std::string hint = std::string("; -o ") + wholeForm + " shows all";
     if (!leftOut.columns.empty()) {
         context.errors << LeftOutColumns(leftOut.columns, hint, context.options.width) << '\n';
@@ -128,6 +118,23 @@ void WriteCsv(const Listing& listing, bool hasHeadings, const CommandContext& co
         WriteHeadings(listing, isShown, context.output);
     }
     WriteRecords(listing, isShown, context.output);
+}
+
+void WriteTexts(const char* heading, const std::vector<std::string>& texts, OutputFormat format,
+                const CommandContext& context) {
+    if (format == OutputFormat::kJson) {
+        context.output << JsonTexts(texts) << '\n';
+    } else if (format == OutputFormat::kCsv) {
+        Listing listing({{heading}});
+        for (const std::string& text : texts) {
+            listing.AddRow({text});
+        }
+        WriteCsv(listing, true, context);
+    } else {
+        for (const std::string& text : texts) {
+            context.output << Printable(text) << '\n';
+        }
+    }
 }
 
 void WriteListing(const Listing& listing, OutputFormat format, const CommandContext& context, const char* wholeForm) {

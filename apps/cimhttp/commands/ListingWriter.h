@@ -2,7 +2,8 @@
 
 #include "output/OutputFormat.h"
 
-#include <iosfwd>
+#include <string>
+#include <vector>
 
 namespace cimhttp {
 
@@ -19,6 +20,10 @@ class Listing;
 /// `wholeForm` names the form that shows what a table may lack.
 void WriteListing(const Listing& listing, OutputFormat format, const CommandContext& context,
                   const char* wholeForm = "plain");
+
+/// Writes texts in their order: one a line, as a JSON array, or as CSV with this heading.
+void WriteTexts(const char* heading, const std::vector<std::string>& texts, OutputFormat format,
+                const CommandContext& context);
 
 /// The CSV of a listing, with the record of its headings or without.
 void WriteCsv(const Listing& listing, bool hasHeadings, const CommandContext& context);

@@ -1,14 +1,9 @@
-#include "commands/NamespacesCommand.h"
-
-#include "Options.h"
-#include "commands/IncidentReport.h"
+#include "commands/Commands.h"
 #include "commands/ListingWriter.h"
-#include "commands/Remark.h"
+#include "commands/Remarks.h"
 #include "connection/NamespaceSearch.h"
 #include "connection/Session.h"
 #include "output/Json.h"
-#include "output/Listing.h"
-#include "text/TerminalText.h"
 
 #include <algorithm>
 #include <ostream>
@@ -17,52 +12,47 @@ namespace cimhttp {
 
 namespace {
 
+std::vector<std::string> NamesOf(const NamespaceSearch& search) {
+    return {search.Names().begin(), search.Names().end()};
+}
+
 void WriteJson(const NamespaceSearch& search, std::ostream& output) {
     const std::string source = JsonObject()
                                    .Add("class", JsonText(search.SourceClass()))
                                    .Add("namespace", JsonText(search.SourceNamespace()))
                                    .Text();
-    const std::vector<std::string> names(search.Names().begin(), search.Names().end());
-    output << JsonObject().Add("namespaces", JsonTexts(names)).Add("source", source).Text() << '\n';
+    output << JsonObject().Add("namespaces", JsonTexts(NamesOf(search))).Add("source", source).Text() << '\n';
 }
 
-void WriteCsv(const NamespaceSearch& search, const CommandContext& context) {
-    Listing listing({{"Name"}});
-    for (const std::string& name : search.Names()) {
-        listing.AddRow({name});
+/// `namespaces`: the namespaces of the server.
+class NamespacesCommand : public Command {
+  public:
+    CommandDescription Describe() override {
+        return {"namespaces",
+                "List the server's namespaces",
+                {},
+                {},
+                {OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv},
+                "cimhttp --host server.example namespaces"};
     }
-    WriteListing(listing, OutputFormat::kCsv, context);
-}
+
+    int Run(const CommandContext& context) override {
+        Session session = context.Connect();
+        NamespaceSearch search(session);
+        search.Run();
+        const OutputFormat format = context.Format(*this);
+        if (format == OutputFormat::kJson) {
+            WriteJson(search, context.output);
+        } else {
+            WriteTexts("Name", NamesOf(search), format, context);
+        }
+        const int status = ReportRemark(search.Remark(), context);
+        return std::max(status, ReportIncidents(session.TakeIncidents(), context));
+    }
+};
 
 } // namespace
 
-CommandDescription NamespacesCommand::Describe() {
-    return {"namespaces",
-            "List the server's namespaces",
-            {},
-            {},
-            {OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv},
-            "cimhttp --host server.example namespaces"};
-}
-
-int NamespacesCommand::Run(const CommandContext& context) {
-    Session session = context.Connect();
-    NamespaceSearch search(session);
-    search.Run();
-    switch (context.Format(*this)) {
-    case OutputFormat::kJson:
-        WriteJson(search, context.output);
-        break;
-    case OutputFormat::kCsv:
-        WriteCsv(search, context);
-        break;
-    default:
-        for (const std::string& name : search.Names()) {
-            context.output << Printable(name) << '\n';
-        }
-    }
-    const int status = ReportRemark(search.Remark(), context);
-    return std::max(status, ReportIncidents(session.TakeIncidents(), context));
-}
+std::unique_ptr<Command> MakeNamespacesCommand() { return std::make_unique<NamespacesCommand>(); }
 
 } // namespace cimhttp

@@ -1,13 +1,11 @@
-#include "commands/ProfilesCommand.h"
-
-#include "Options.h"
-#include "commands/IncidentReport.h"
+#include "commands/Commands.h"
 #include "commands/ListingWriter.h"
-#include "commands/Remark.h"
+#include "commands/Remarks.h"
 #include "connection/ProfileSearch.h"
 #include "connection/Session.h"
 #include "output/Json.h"
 #include "output/Listing.h"
+#include "text/WordList.h"
 
 #include <algorithm>
 #include <ostream>
@@ -25,32 +23,23 @@ Cell CellOf(const std::optional<std::vector<std::string>>& paths, OutputFormat f
     if (!paths) {
         return Cell::Null();
     }
-    if (format == OutputFormat::kCsv) {
-        return JsonTexts(*paths);
-    }
-    std::string text;
-    for (const std::string& path : *paths) {
-        text += (text.empty() ? "" : ", ") + path;
-    }
-    return text;
+    return format == OutputFormat::kCsv ? JsonTexts(*paths) : Joined(*paths);
 }
 
 void WriteJson(const std::vector<RegisteredProfile>& profiles, std::ostream& output) {
-    output << '[';
-    const char* separator = "\n";
+    JsonLines lines(output);
     for (const RegisteredProfile& profile : profiles) {
-        output << separator
-               << JsonObject()
-                      .Add("organization", JsonOrNull(profile.organization))
-                      .Add("name", JsonOrNull(profile.name))
-                      .Add("version", JsonOrNull(profile.version))
-                      .Add("path", JsonText(profile.path))
-                      .Add("central_instances",
-                           profile.centralInstances ? JsonTexts(*profile.centralInstances) : "null")
-                      .Text();
-        separator = ",\n";
+        lines.Next() << JsonObject()
+                            .Add("organization", JsonOrNull(profile.organization))
+                            .Add("name", JsonOrNull(profile.name))
+                            .Add("version", JsonOrNull(profile.version))
+                            .Add("path", JsonText(profile.path))
+                            .Add("central_instances",
+                                 profile.centralInstances ? JsonTexts(*profile.centralInstances) : "null")
+                            .Text();
     }
-    output << "\n]\n";
+    lines.End();
+    output << '\n';
 }
 
 Listing ListingOf(const std::vector<RegisteredProfile>& profiles, OutputFormat format) {
@@ -62,33 +51,40 @@ Listing ListingOf(const std::vector<RegisteredProfile>& profiles, OutputFormat f
     return listing;
 }
 
-} // namespace
-
-CommandDescription ProfilesCommand::Describe() {
-    return {"profiles",
+/// `profiles`: the profiles that the server says it conforms to, with their central instances.
+class ProfilesCommand : public Command {
+  public:
+    CommandDescription Describe() override {
+        return {
+            "profiles",
             "List the profiles that the server conforms to",
             {},
             {},
             {OutputFormat::kTable, OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv},
             "cimhttp --host server.example profiles",
             "A central instance is the one with which a profile begins, such as the system that it is about; 'related' "
-            "shows what hangs together with it."};
-}
-
-int ProfilesCommand::Run(const CommandContext& context) {
-    Session session = context.Connect();
-    ProfileSearch search(session);
-    search.Run();
-    const OutputFormat format = context.Format(*this);
-    if (format == OutputFormat::kJson) {
-        WriteJson(search.Profiles(), context.output);
-    } else if (search.Profiles().empty() && format != OutputFormat::kCsv) {
-        context.output << "no profiles\n";
-    } else {
-        WriteListing(ListingOf(search.Profiles(), format), format, context);
+            "shows what is associated with it."};
     }
-    const int status = ReportRemark(search.Remark(), context);
-    return std::max(status, ReportIncidents(session.TakeIncidents(), context));
-}
+
+    int Run(const CommandContext& context) override {
+        Session session = context.Connect();
+        ProfileSearch search(session);
+        search.Run();
+        const OutputFormat format = context.Format(*this);
+        if (format == OutputFormat::kJson) {
+            WriteJson(search.Profiles(), context.output);
+        } else if (search.Profiles().empty() && format != OutputFormat::kCsv) {
+            context.output << "no profiles\n";
+        } else {
+            WriteListing(ListingOf(search.Profiles(), format), format, context);
+        }
+        const int status = ReportRemark(search.Remark(), context);
+        return std::max(status, ReportIncidents(session.TakeIncidents(), context));
+    }
+};
+
+} // namespace
+
+std::unique_ptr<Command> MakeProfilesCommand() { return std::make_unique<ProfilesCommand>(); }
 
 } // namespace cimhttp

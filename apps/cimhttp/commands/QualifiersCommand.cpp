@@ -1,13 +1,11 @@
-#include "commands/QualifiersCommand.h"
-
 #include "Failure.h"
-#include "commands/IncidentReport.h"
+#include "commands/Commands.h"
 #include "commands/ListingWriter.h"
+#include "commands/Remarks.h"
 #include "connection/Session.h"
 #include "output/DefinitionListing.h"
 #include "output/MofWriter.h"
-
-#include <strings.h>
+#include "text/Names.h"
 
 #include <algorithm>
 #include <ostream>
@@ -17,9 +15,8 @@ namespace cimhttp {
 namespace {
 
 std::vector<RemoteQualifierDeclaration> InOrder(std::vector<RemoteQualifierDeclaration> declarations) {
-    std::sort(declarations.begin(), declarations.end(), [](const auto& one, const auto& other) {
-        return ::strcasecmp(one.name.c_str(), other.name.c_str()) < 0;
-    });
+    std::sort(declarations.begin(), declarations.end(),
+              [](const auto& one, const auto& other) { return NameBefore()(one.name, other.name); });
     return declarations;
 }
 
@@ -31,31 +28,42 @@ void WriteMof(const std::vector<RemoteQualifierDeclaration>& declarations, std::
     }
 }
 
-} // namespace
-
-CommandDescription QualifiersCommand::Describe() {
-    return {"qualifiers",
+/// `qualifiers [--class NAME]`: the qualifiers that the server declares, or those of a class and its elements.
+class QualifiersCommand : public Command {
+  public:
+    CommandDescription Describe() override {
+        return {
+            "qualifiers",
             "Show the qualifiers that the server declares, or those of a class",
             {},
             {{"--class", "NAME", "Show the qualifiers of this class and of its elements", &class_}},
             {OutputFormat::kTable, OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv, OutputFormat::kMof},
             "cimhttp --host server.example qualifiers --class CIM_Process"};
-}
+    }
 
-int QualifiersCommand::Run(const CommandContext& context) {
-    const OutputFormat format = context.Format(*this);
-    if (!class_.empty() && format == OutputFormat::kMof) {
-        throw Failure(Failure::kUsage, "the MOF of a class's qualifiers is that of the class: cimhttp class " + class_);
+    int Run(const CommandContext& context) override {
+        const OutputFormat format = context.Format(*this);
+        if (!class_.empty() && format == OutputFormat::kMof) {
+            throw Failure(Failure::kUsage,
+                          "the MOF of a class's qualifiers is that of the class: cimhttp class " + class_);
+        }
+        Session session = context.Connect();
+        if (!class_.empty()) {
+            WriteListing(QualifierListing(session.Definition(class_)), format, context);
+        } else if (format == OutputFormat::kMof) {
+            WriteMof(InOrder(session.QualifierDeclarations()), context.output);
+        } else {
+            WriteListing(DeclarationListing(InOrder(session.QualifierDeclarations())), format, context);
+        }
+        return ReportIncidents(session.TakeIncidents(), context);
     }
-    Session session = context.Connect();
-    if (!class_.empty()) {
-        WriteListing(QualifierListing(session.Definition(class_)), format, context);
-    } else if (format == OutputFormat::kMof) {
-        WriteMof(InOrder(session.QualifierDeclarations()), context.output);
-    } else {
-        WriteListing(DeclarationListing(InOrder(session.QualifierDeclarations())), format, context);
-    }
-    return ReportIncidents(session.TakeIncidents(), context);
-}
+
+  private:
+    std::string class_;
+};
+
+} // namespace
+
+std::unique_ptr<Command> MakeQualifiersCommand() { return std::make_unique<QualifiersCommand>(); }
 
 } // namespace cimhttp

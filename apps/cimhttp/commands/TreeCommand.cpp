@@ -1,12 +1,13 @@
-#include "commands/TreeCommand.h"
-
 #include "Failure.h"
-#include "commands/IncidentReport.h"
+#include "Options.h"
+#include "commands/Commands.h"
 #include "commands/ListingWriter.h"
+#include "commands/Remarks.h"
 #include "connection/Session.h"
 #include "output/ClassTree.h"
 #include "output/Json.h"
 #include "output/Listing.h"
+#include "output/TreeLines.h"
 #include "text/TerminalText.h"
 
 #include <ostream>
@@ -25,21 +26,21 @@ void CheckDepth(const std::string& name, std::size_t depth) {
 }
 
 /// Draws the classes below one, each behind the lines that lead down to it.
-void DrawBelow(const ClassTree& tree, const std::string& name, const std::string& lines, std::size_t depth,
-               std::ostream& output) {
+void DrawBelow(const ClassTree& tree, const std::string& name, const std::string& before, std::size_t depth,
+               const TreeLines& lines, std::ostream& output) {
     CheckDepth(name, depth);
     const auto subclasses = tree.SubclassesOf(name);
     for (const std::string& subclass : subclasses) {
         const bool isLast = &subclass == &subclasses.back();
-        output << lines << (isLast ? "└── " : "├── ") << Printable(subclass) << '\n';
-        DrawBelow(tree, subclass, lines + (isLast ? "    " : "│   "), depth + 1, output);
+        output << before << (isLast ? lines.last : lines.branch) << Printable(subclass) << '\n';
+        DrawBelow(tree, subclass, before + (isLast ? TreeLines::kNothing : lines.passing), depth + 1, lines, output);
     }
 }
 
-void Draw(const ClassTree& tree, const std::vector<std::string>& roots, std::ostream& output) {
+void Draw(const ClassTree& tree, const std::vector<std::string>& roots, const TreeLines& lines, std::ostream& output) {
     for (const std::string& root : roots) {
         output << Printable(root) << '\n';
-        DrawBelow(tree, root, "", 1, output);
+        DrawBelow(tree, root, "", 1, lines, output);
     }
 }
 
@@ -98,33 +99,42 @@ std::vector<std::string> RootsOf(const ClassTree& tree, const std::string& name,
     return {found};
 }
 
+/// `tree [CLASS]`: the hierarchy of all classes, or of a class and those below it.
+class TreeCommand : public Command {
+  public:
+    CommandDescription Describe() override {
+        return {"tree",
+                "Draw the hierarchy of the server's classes",
+                {{"CLASS", "Only this class and those below it", false, &root_}},
+                {},
+                {OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv},
+                "cimhttp --host server.example tree CIM_LogicalElement"};
+    }
+
+    int Run(const CommandContext& context) override {
+        Session session = context.Connect();
+        const auto classes = session.Hierarchy();
+        const ClassTree tree(classes);
+        const auto roots = RootsOf(tree, root_, session.Place(), classes);
+        switch (context.Format(*this)) {
+        case OutputFormat::kJson:
+            WriteJson(tree, roots, context.output);
+            break;
+        case OutputFormat::kCsv:
+            WriteCsv(tree, roots, context);
+            break;
+        default:
+            Draw(tree, roots, TreeLines::For(context.options.isUtf8), context.output);
+        }
+        return ReportIncidents(session.TakeIncidents(), context);
+    }
+
+  private:
+    std::string root_;
+};
+
 } // namespace
 
-CommandDescription TreeCommand::Describe() {
-    return {"tree",
-            "Draw the hierarchy of the server's classes",
-            {{"CLASS", "Only this class and those below it", false, &root_}},
-            {},
-            {OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv},
-            "cimhttp --host server.example tree CIM_LogicalElement"};
-}
-
-int TreeCommand::Run(const CommandContext& context) {
-    Session session = context.Connect();
-    const auto classes = session.Hierarchy();
-    const ClassTree tree(classes);
-    const auto roots = RootsOf(tree, root_, session.Place(), classes);
-    switch (context.Format(*this)) {
-    case OutputFormat::kJson:
-        WriteJson(tree, roots, context.output);
-        break;
-    case OutputFormat::kCsv:
-        WriteCsv(tree, roots, context);
-        break;
-    default:
-        Draw(tree, roots, context.output);
-    }
-    return ReportIncidents(session.TakeIncidents(), context);
-}
+std::unique_ptr<Command> MakeTreeCommand() { return std::make_unique<TreeCommand>(); }
 
 } // namespace cimhttp

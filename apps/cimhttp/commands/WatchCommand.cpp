@@ -1,15 +1,14 @@
-#include "commands/WatchCommand.h"
-
 #include "Failure.h"
 #include "Options.h"
 #include "commands/ChangeWriter.h"
-#include "commands/IncidentReport.h"
+#include "commands/Commands.h"
 #include "commands/InstanceChanges.h"
 #include "commands/InstanceReader.h"
+#include "commands/Remarks.h"
 #include "connection/Connection.h"
 #include "connection/Session.h"
-#include "waiting/Attendant.h"
 #include "waiting/Interrupt.h"
+#include "waiting/ProgressWait.h"
 #include "waiting/Repetition.h"
 
 #include <algorithm>
@@ -93,14 +92,17 @@ class WatchedInstances : public RepeatedReading {
     std::string lastIncidents_;
 };
 
-} // namespace
-
-CommandDescription WatchCommand::Describe() {
-    return {"watch",
+/// `watch NAME`: reads the instances of a class again and again and shows what has changed. Ends after a number of
+/// rounds, or in good order when the user interrupts it.
+class WatchCommand : public Command {
+  public:
+    CommandDescription Describe() override {
+        return {
+            "watch",
             "Show what changes about the instances of a class",
             {{"NAME", "The class", true, &name_}},
             {{"--interval", "SECONDS", "The time between two readings; 5 unless given", &interval_},
-             {"--count", "N", "End after this many readings behind the first", &count_},
+             {"--count", "N", "End after this many readings, the first not counted", &count_},
              {"--property", "NAME", "Watch only this property; may be given several times, or as A,B", &properties_},
              {"--where", "PROPERTY=VALUE",
               "Watch only instances with this value; one that gets it is new, and gone when it has another. More on "
@@ -111,28 +113,40 @@ CommandDescription WatchCommand::Describe() {
             "An instance that is new has a +, one that has gone a -; below one that has changed (~) stand the old and "
             "the new values. A server that goes is waited for: an exclamation mark tells when it goes and when it "
             "comes back. Ctrl-C ends it."};
-}
-
-int WatchCommand::Run(const CommandContext& context) {
-    if (!(interval_ > 0 && interval_ <= kLongestInterval)) {
-        throw Failure(Failure::kUsage, "the interval is more than 0 and not more than 86400 seconds");
     }
-    const Connection connection = ConnectionOf(context.options);
-    const Plugin plugin(context.options.plugin);
-    const InterruptScope interrupts;
-    std::optional<WatchedInstances> watched;
-    const auto end = [&] { return watched ? ReportIncidents(watched->Incidents(), context) : 0; };
-    const Attendant attendant = context.MakeAttendant([&] { // all that was written is whole
-        context.output.flush();
-        std::_Exit(end());
-    });
-    const InstanceQuery query(properties_, conditions_);
-    const Session session = context.ConnectTo(plugin, connection, attendant);
-    watched.emplace(context, InstanceReader(session, name_, query, true, context.options.textForm), plugin.Access(),
-                    context.Format(*this) == OutputFormat::kJson);
-    const auto interval = std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(interval_));
-    Repetition(interval, Sleep).Run(*watched, count_);
-    return end();
-}
+
+    int Run(const CommandContext& context) override {
+        if (!(interval_ > 0 && interval_ <= kLongestInterval)) {
+            throw Failure(Failure::kUsage, "the interval is more than 0 and not more than 86400 seconds");
+        }
+        const Connection connection = ConnectionOf(context.options);
+        const Plugin plugin(context.options.plugin);
+        const InterruptScope interrupts;
+        std::optional<WatchedInstances> watched;
+        const auto end = [&] { return watched ? ReportIncidents(watched->Incidents(), context) : 0; };
+        const ProgressWait wait = context.MakeProgressWait([&] { // all that was written is whole
+            context.output.flush();
+            std::_Exit(end());
+        });
+        const InstanceQuery query(properties_, conditions_);
+        const Session session = context.ConnectTo(plugin, connection, wait);
+        watched.emplace(context, InstanceReader(session, name_, query, true, context.options.textForm), plugin.Access(),
+                        context.Format(*this) == OutputFormat::kJson);
+        const auto interval = std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(interval_));
+        Repetition(interval, Sleep).Run(*watched, count_);
+        return end();
+    }
+
+  private:
+    std::string name_;
+    std::vector<std::string> properties_; ///< the properties to watch; empty for all
+    std::vector<std::string> conditions_; ///< see InstanceFilter
+    double interval_ = 5;                 ///< seconds between two rounds
+    std::optional<std::size_t> count_;    ///< how many rounds there are after the first; without end if empty
+};
+
+} // namespace
+
+std::unique_ptr<Command> MakeWatchCommand() { return std::make_unique<WatchCommand>(); }
 
 } // namespace cimhttp

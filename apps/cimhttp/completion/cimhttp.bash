@@ -157,7 +157,7 @@ _cimhttp_offer_options() {
     esac
 }
 
-# All commands but record, and the words given.
+# All commands that record takes, and the words given.
 _cimhttp_offer_commands() {
     _cimhttp_offer_words info doctor namespaces profiles classes tree class methods qualifiers count \
         instances instance associators references related watch collect connection "$@"
@@ -165,7 +165,7 @@ _cimhttp_offer_commands() {
 
 _cimhttp_offer_arguments() {
     case $command,$arguments in
-        ,*) _cimhttp_offer_commands record ;;
+        ,* | help,0) _cimhttp_offer_commands record help ;;
         record,1) _cimhttp_offer_commands ;;
         classes,0 | count,0 | tree,0 | class,0 | methods,0 | instances,0 | instance,0 | \
             associators,0 | references,0 | related,0 | watch,0) _cimhttp_offer_classes ;;

@@ -1,15 +1,15 @@
 #include "connection/Connection.h"
 
+#include "Choices.h"
 #include "Failure.h"
 #include "Options.h"
 #include "connection/ConnectionStore.h"
-#include "connection/Fingerprint.h"
 #include "connection/TerminalPrompt.h"
+#include "text/Ascii.h"
 #include "text/TerminalText.h"
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
-#include <strings.h>
 
 #include <algorithm>
 #include <array>
@@ -23,12 +23,6 @@ constexpr const char* kDefaultConnection = "default";
 
 [[noreturn]] void Refuse(const std::string& what) { throw Failure(Failure::kUsage, what); }
 
-template <std::size_t Count>
-bool IsOneOf(const std::string& text, const std::array<const char*, Count>& words) {
-    return std::any_of(words.begin(), words.end(),
-                       [&](const char* word) { return ::strcasecmp(text.c_str(), word) == 0; });
-}
-
 /// A document's setting, empty where it has none.
 class Settings {
   public:
@@ -40,16 +34,15 @@ class Settings {
     std::string Text(const std::string& name) const { return Has(name) ? texts_.at(name) : std::string(); }
 
     std::optional<bool> Tls() const {
-        constexpr std::array<const char*, 4> kYes{"true", "1", "yes", "on"};
-        constexpr std::array<const char*, 4> kNo{"false", "0", "no", "off"};
         const std::string text = Text("ssl");
         if (text.empty()) {
             return std::nullopt;
         }
-        if (!IsOneOf(text, kYes) && !IsOneOf(text, kNo)) {
+        const auto truth = TruthIn(text);
+        if (!truth) {
             Refuse(document_ + ": ssl is '" + text + "'; true, 1, yes or on mean HTTPS, false, 0, no or off HTTP");
         }
-        return IsOneOf(text, kYes);
+        return truth;
     }
 
     std::optional<int> Port() const {
@@ -215,7 +208,7 @@ std::string Bracketed(const std::string& host) { return host.find(':') == std::s
 
 std::string Connection::Url() const {
     const std::string scheme = tls ? "https://" : "http://";
-    return scheme + (port ? Bracketed(host) + ':' + std::to_string(*port) : host);
+    return scheme + (port ? Bracketed(host) + ':' + std::to_string(*port) : Bracketed(host));
 }
 
 std::string Connection::Place() const { return nameSpace == kUsualNamespace ? Url() : Url() + '/' + nameSpace; }
@@ -226,7 +219,7 @@ bool Connection::IsLoopback() const {
     in_addr four{};
     in6_addr six{};
     constexpr unsigned kNetworkBits = 24;
-    return ::strcasecmp(host.c_str(), "localhost") == 0 ||
+    return EqualIgnoringCase(host, "localhost") ||
            (::inet_pton(AF_INET, host.c_str(), &four) == 1 && ntohl(four.s_addr) >> kNetworkBits == IN_LOOPBACKNET) ||
            (::inet_pton(AF_INET6, host.c_str(), &six) == 1 && IN6_IS_ADDR_LOOPBACK(&six));
 }

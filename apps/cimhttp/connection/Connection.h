@@ -1,5 +1,6 @@
 #pragma once
 
+#include "access/ServerProbe.h"
 #include "connection/ServerName.h"
 #include "connection/TlsSettings.h"
 
@@ -46,6 +47,9 @@ struct Connection {
     /// How long connecting may take.
     std::chrono::seconds ConnectTimeout() const { return std::min(timeout, std::chrono::seconds(kLongestConnect)); }
 
+    /// Where to look for the server, with as much time as connecting has.
+    ProbeTarget Target() const { return {host, Port(), ConnectTimeout()}; }
+
     int UsualPort() const { return tls ? kHttpsPort : kHttpPort; }
 
     int Port() const { return port.value_or(UsualPort()); }
@@ -68,7 +72,7 @@ struct Connection {
 /// when there is a terminal. Throws Failure(kUsage) when all this does not make a connection.
 Connection ConnectionOf(const Options& options);
 
-/// The same with the settings of a document, `address`, `port`, `namespace`, `user`, `pass`, `ssl` and
+/// The connection of options with the settings of a document, `address`, `port`, `namespace`, `user`, `pass`, `ssl` and
 /// `ca`, where the options say nothing; the port goes with the address. The connection named
 /// `default` is for documents that name no server either. A user given on the command line takes no
 /// password from the document, which holds that of somebody else. Failures name the document.

@@ -32,7 +32,7 @@ class ConnectionStore {
     /// `connections.json` in the user's folder, see UserDocument. Nothing where there is no such folder.
     static std::optional<ConnectionStore> OfUser();
 
-    /// The same for those who cannot do without. Throws Failure(kUsage) where there is none.
+    /// OfUser() for those who cannot do without. Throws Failure(kUsage) where there is none.
     static ConnectionStore NeededOfUser();
 
     explicit ConnectionStore(std::string path) : path_(std::move(path)) {}

@@ -44,12 +44,12 @@ int TryUntil(int descriptor, Clock::time_point end) {
 
 } // namespace
 
-FileLock::FileLock(const std::string& path, std::chrono::milliseconds patience)
+FileLock::FileLock(const std::string& path, std::chrono::milliseconds timeout)
     : descriptor_(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, kOnlyOwner)) {
     if (descriptor_ < 0) {
         Fail(path, std::generic_category().message(errno));
     }
-    const int error = TryUntil(descriptor_, Clock::now() + patience);
+    const int error = TryUntil(descriptor_, Clock::now() + timeout);
     if (error != 0) {
         ::close(descriptor_);
         Fail(path, Reason(error, path));

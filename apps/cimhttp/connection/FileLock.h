@@ -10,9 +10,9 @@ namespace cimhttp {
 /// lock goes with its process, however that ends.
 class FileLock {
   public:
-    /// Makes the file where there is none. Waits for one that holds the lock, but no longer than `patience`. Throws
+    /// Makes the file where there is none. Waits for one that holds the lock, but no longer than `timeout`. Throws
     /// Failure(kOther), naming the file, when the lock cannot be had.
-    FileLock(const std::string& path, std::chrono::milliseconds patience);
+    FileLock(const std::string& path, std::chrono::milliseconds timeout);
     ~FileLock();
     FileLock(const FileLock&) = delete;
     FileLock& operator=(const FileLock&) = delete;

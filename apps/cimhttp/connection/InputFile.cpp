@@ -30,8 +30,11 @@ std::string SizeText(std::size_t bytes) {
 
 // Opening a pipe would wait for its writer otherwise, and a terminal could become that of the program.
 InputFile::InputFile(const std::string& path, std::string name)
-    : name_(name.empty() ? path : std::move(name)),
-      descriptor_(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC)) {
+    : InputFile(Descriptor(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC)),
+                name.empty() ? path : std::move(name)) {}
+
+InputFile::InputFile(Descriptor descriptor, std::string name)
+    : name_(std::move(name)), descriptor_(std::move(descriptor)) {
     struct stat status {};
     if (descriptor_.Number() < 0 || ::fstat(descriptor_.Number(), &status) != 0) {
         Fail(std::generic_category().message(errno));
@@ -69,7 +72,7 @@ std::string InputFile::ReadLine(std::size_t limit) const {
 }
 
 std::string InputFile::Read(std::size_t limit, bool isLine) const {
-    const auto end = Clock::now() + patience_;
+    const auto end = Clock::now() + timeout_;
     std::vector<char> block(std::min(limit + 1, kBlockSize));
     std::string content;
     while (content.size() <= limit && !(isLine && content.find('\n') != std::string::npos)) {

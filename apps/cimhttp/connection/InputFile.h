@@ -18,6 +18,9 @@ class InputFile {
     /// Opens the file at `path`. `name` is what complaints call it, where that is not the path itself.
     explicit InputFile(const std::string& path, std::string name = {});
 
+    /// Reads what is open already.
+    InputFile(Descriptor descriptor, std::string name);
+
     /// The type and permissions, as stat() says.
     mode_t Mode() const { return mode_; }
 
@@ -31,7 +34,7 @@ class InputFile {
     std::string ReadLine(std::size_t limit) const;
 
     /// How long a pipe or a device may keep the reader waiting; a minute unless set.
-    void SetPatience(std::chrono::milliseconds patience) { patience_ = patience; }
+    void SetTimeout(std::chrono::milliseconds timeout) { timeout_ = timeout; }
 
   private:
     /// Reads to the end, to the end of a line if `isLine`, or a little beyond the limit.
@@ -42,7 +45,7 @@ class InputFile {
     std::string name_;
     Descriptor descriptor_;
     mode_t mode_ = 0;
-    std::chrono::milliseconds patience_{std::chrono::minutes(1)};
+    std::chrono::milliseconds timeout_{std::chrono::minutes(1)};
 };
 
 } // namespace cimhttp

@@ -17,7 +17,7 @@ bool SaysThatThereIsNone(const NQORVYX20::RemoteFailure& failure);
 /// Whether it says that it does not have the operation.
 bool IsUnsupported(const NQORVYX20::RemoteFailure& failure);
 
-/// Where something was looked for in vain, and why.
+/// Where something was looked for and not found, and why.
 class VainAttempts {
   public:
     void Add(const std::string& className, const std::string& nameSpace, const std::string& reason);

@@ -1,12 +1,12 @@
 #include "connection/KnownServers.h"
 
 #include "Failure.h"
-#include "connection/Fingerprint.h"
+#include "connection/TlsSettings.h"
 #include "connection/UserDocument.h"
 #include "connection/UserEntry.h"
+#include "text/Ascii.h"
 
 #include <algorithm>
-#include <cctype>
 
 namespace cimhttp {
 
@@ -21,11 +21,7 @@ constexpr const char* kSubject = "subject";
 UserDocument Document(const std::string& path) { return {path, "a list of servers"}; }
 
 /// Hosts are the same in any case.
-std::string Key(std::string hostAndPort) {
-    std::transform(hostAndPort.begin(), hostAndPort.end(), hostAndPort.begin(),
-                   [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
-    return hostAndPort;
-}
+std::string Key(const std::string& hostAndPort) { return AsciiLower(hostAndPort); }
 
 KnownServer ReadServer(const UserEntry& entry, const std::string& place) {
     entry.CheckNames({kFingerprint, kSince, kSubject});

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "connection/InteropNamespace.h"
-#include "text/NameOrder.h"
+#include "text/Names.h"
 
 #include <cstddef>
 #include <set>

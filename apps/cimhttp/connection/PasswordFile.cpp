@@ -2,7 +2,9 @@
 
 #include "connection/InputFile.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <array>
 #include <cstddef>
@@ -28,13 +30,16 @@ bool IsOpenToOthers(mode_t mode) { return (S_ISREG(mode) || S_ISFIFO(mode)) && (
 } // namespace
 
 PasswordFile ReadPasswordFile(const std::string& path) {
-    const InputFile file(path, "the password file " + path);
+    const bool isStandardInput = path == "-";
+    const std::string name = isStandardInput ? "standard input" : "the password file " + path;
+    const InputFile file = isStandardInput ? InputFile(Descriptor(::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0)), name)
+                                           : InputFile(path, name);
     PasswordFile result{file.ReadLine(kLongestPassword), {}};
     if (!result.password.empty() && result.password.back() == '\r') {
         result.password.pop_back();
     }
     if (IsOpenToOthers(file.Mode())) {
-        result.warning = "the password file " + path + " is open to others (mode " + ModeText(file.Mode()) +
+        result.warning = name + " is open to others (mode " + ModeText(file.Mode()) +
                          "): chmod 600 it, and think of changing the password";
     }
     return result;

@@ -10,7 +10,8 @@ struct PasswordFile {
     std::string warning;  ///< a line for the user when others can read or change the file, empty otherwise
 };
 
-/// Throws Failure(kUsage), naming the file, when no password can be read from it.
+/// Reads a file, or standard input where the path is `-`. Throws Failure(kUsage), naming the file, when there is no
+/// password to be read.
 PasswordFile ReadPasswordFile(const std::string& path);
 
 } // namespace cimhttp

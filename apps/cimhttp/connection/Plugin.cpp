@@ -2,7 +2,7 @@
 
 #include "Failure.h"
 #include "cimhttp/ContextKeys.h"
-#include "connection/OwnLibrary.h"
+#include "connection/DynamicLibrary.h"
 #include "host/ICIMNamespace.h"
 #include "host/INamespaceProvider.h"
 #include "host/INamespaceProviderManager.h"
@@ -32,7 +32,7 @@ boost::shared_ptr<INamespaceProvider> LoadProvider(const std::string& path) {
 
 /// The plug-in must be loaded already.
 const PluginAccess* LoadAccess() {
-    return OwnFunction<PluginAccessFunction>(kPluginAccessLibrary, kPluginAccessFunction)();
+    return FunctionOf<PluginAccessFunction>(kPluginAccessLibrary, kPluginAccessFunction)();
 }
 
 } // namespace

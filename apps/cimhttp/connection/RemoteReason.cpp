@@ -1,6 +1,6 @@
 #include "connection/RemoteReason.h"
 
-#include "connection/CertificateReason.h"
+#include "connection/CertificateText.h"
 #include "connection/Connection.h"
 
 namespace cimhttp {

@@ -1,9 +1,9 @@
 #include "connection/ServerName.h"
 
 #include "Failure.h"
+#include "text/Ascii.h"
 
 #include <algorithm>
-#include <cctype>
 #include <charconv>
 
 namespace cimhttp {
@@ -47,9 +47,9 @@ std::string TakePort(std::string& host) {
 }
 
 bool IsPlausible(const std::string& host) {
-    const auto isPlausible = [](unsigned char letter) {
-        return std::isalnum(letter) != 0 || letter > 0x7f ||
-               std::string(".-_:%").find(static_cast<char>(letter)) != std::string::npos;
+    const auto isPlausible = [](char letter) {
+        return IsAsciiLetter(letter) || IsAsciiDigit(letter) || static_cast<unsigned char>(letter) > 0x7f ||
+               std::string(".-_:%").find(letter) != std::string::npos;
     };
     return !host.empty() && std::all_of(host.begin(), host.end(), isPlausible);
 }
@@ -70,6 +70,10 @@ std::optional<int> ParsePort(const std::string& text) {
 ServerName ParseServerName(const std::string& text) {
     ServerName server{text, std::nullopt, std::nullopt};
     server.tls = TakeScheme(server.host);
+    if (const auto end = server.host.find("://"); end != std::string::npos) {
+        throw Failure(Failure::kUsage, "'" + text + "' is a URL of " + server.host.substr(0, end) +
+                                           ": a CIM server has http:// or https://, or a name alone");
+    }
     const auto sign = server.host.rfind('@');
     if (sign != std::string::npos) { // what stands before it may be a password, which is not to be shown
         throw Failure(Failure::kUsage, "the user is not a part of the server's name: give --host " +

@@ -5,7 +5,7 @@
 
 namespace cimhttp {
 
-// What is behind these two ports is plain or encrypted by agreement; any other may be either.
+// By agreement the first of these two ports is plain, the second encrypted; any other may be either.
 constexpr int kHttpPort = 5988;
 constexpr int kHttpsPort = 5989;
 

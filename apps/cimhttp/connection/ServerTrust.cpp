@@ -7,15 +7,13 @@
 #include "connection/FailedConnect.h"
 #include "connection/KnownServers.h"
 #include "connection/Plugin.h"
-#include "connection/ServerProbe.h"
 #include "connection/TerminalPrompt.h"
 #include "host/ICIMNamespace.h"
 #include "host/TVYXException.h"
 #include "output/TimeText.h"
+#include "text/Ascii.h"
 #include "text/TerminalText.h"
-#include "waiting/Attendant.h"
-
-#include <strings.h>
+#include "waiting/ProgressWait.h"
 
 namespace cimhttp {
 
@@ -26,16 +24,14 @@ Failure NoConnection(const Connection& connection, const std::string& reason) {
 }
 
 /// What the server shows.
-TlsDetails Look(const Connection& connection, const Attendant& attendant) {
-    const auto probe = [&] {
-        return ProbeServer(connection.host, connection.Port(), true, connection.ConnectTimeout());
-    };
-    const auto result = attendant.Read("connecting to " + connection.Url(), probe);
-    if (!result || !result->tls) {
-        const std::string reason = result ? result->tlsFailure : "the server does not answer";
-        throw NoConnection(connection, ExplainFailedConnect(connection, reason));
+TlsDetails Look(const PluginAccess& access, const Connection& connection, const ProgressWait& wait) {
+    const ServerProbe probe = wait.Read("connecting to " + connection.Url(),
+                                        [&] { return access.Probe(connection.Target(), ServerProbe::Depth::kTls); });
+    if (!probe.tls.showsCertificate) {
+        const std::string reason = probe.result == ServerProbe::Result::kReached ? probe.tls.failure : probe.reason;
+        throw NoConnection(connection, ExplainFailedConnect(access, connection, reason));
     }
-    return *result->tls;
+    return probe.tls;
 }
 
 /// What the plug-in does not accept is told when the connection is made.
@@ -48,12 +44,10 @@ bool PolicyVerifies(const Plugin& plugin, const Connection& connection) {
     }
 }
 
-bool IsYes(const std::string& answer) {
-    return ::strcasecmp(answer.c_str(), "yes") == 0 || ::strcasecmp(answer.c_str(), "y") == 0;
-}
+bool IsYes(const std::string& answer) { return EqualIgnoringCase(answer, "yes") || EqualIgnoringCase(answer, "y"); }
 
 bool IsNo(const std::string& answer) {
-    return answer.empty() || ::strcasecmp(answer.c_str(), "no") == 0 || ::strcasecmp(answer.c_str(), "n") == 0;
+    return answer.empty() || EqualIgnoringCase(answer, "no") || EqualIgnoringCase(answer, "n");
 }
 
 /// Nobody's answer is no.
@@ -78,9 +72,9 @@ Connection WithFingerprint(Connection connection, const KnownServer& server) {
     return connection;
 }
 
-Connection AskedFor(const Connection& connection, const std::optional<KnownServers>& known,
-                    const Attendant& attendant) {
-    const TlsDetails tls = Look(connection, attendant);
+Connection AskedFor(const PluginAccess& access, const Connection& connection, const std::optional<KnownServers>& known,
+                    const ProgressWait& wait) {
+    const TlsDetails tls = Look(access, connection, wait);
     if (!UserTrusts(connection, tls, known)) {
         throw NoConnection(connection, "its certificate is not trusted; nothing was sent");
     }
@@ -94,7 +88,7 @@ Connection AskedFor(const Connection& connection, const std::optional<KnownServe
 } // namespace
 
 Connection Trusted(const Plugin& plugin, const Connection& connection, const Options& options,
-                   const Attendant& attendant) {
+                   const ProgressWait& wait) {
     if (!connection.tls || IsVerified(connection)) {
         return connection;
     }
@@ -112,7 +106,7 @@ Connection Trusted(const Plugin& plugin, const Connection& connection, const Opt
                                        "--fingerprint SHA256; without --verify, you are asked on a terminal whether to "
                                        "trust its certificate");
     }
-    return options.isErrorStreamTerminal ? AskedFor(connection, known, attendant) : connection;
+    return options.isErrorStreamTerminal ? AskedFor(plugin.Access(), connection, known, wait) : connection;
 }
 
 } // namespace cimhttp

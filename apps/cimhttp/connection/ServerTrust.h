@@ -5,7 +5,7 @@
 namespace cimhttp {
 
 struct Options;
-class Attendant;
+class ProgressWait;
 class Plugin;
 
 /// Makes sure whom an encrypted connection goes to, before it is made. A server that the user knows is expected to have
@@ -18,7 +18,7 @@ class Plugin;
 /// Throws Failure(kConnection) when the user does not trust the server, when its certificate cannot be looked at, and,
 /// with --verify, where nothing verifies it; then nothing has been sent.
 Connection Trusted(const Plugin& plugin, const Connection& connection, const Options& options,
-                   const Attendant& attendant);
+                   const ProgressWait& wait);
 
 /// Whether something makes sure whom an encrypted connection goes to.
 inline bool IsVerified(const Connection& connection) {

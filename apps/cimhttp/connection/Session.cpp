@@ -12,10 +12,8 @@
 #include "host/ICIMNamespace.h"
 #include "host/TVYXException.h"
 #include "output/ShortReferences.h"
-#include "text/ClassInPath.h"
+#include "text/Names.h"
 #include "text/NearestNames.h"
-#include "text/PathFault.h"
-#include "text/Pattern.h"
 #include "waiting/Interrupt.h"
 
 #include <algorithm>
@@ -47,23 +45,23 @@ constexpr unsigned kCimInvalidClass = 5;
 
 Failure NotAName(const std::string& name) { return {Failure::kUsage, "'" + name + "' is not a class name"}; }
 
-std::string NoConnection(const Connection& connection, const std::string& reason) {
-    return "no connection to " + connection.Url() + ": " + ExplainFailedConnect(connection, reason);
+std::string NoConnection(const PluginAccess& access, const Connection& connection, const std::string& reason) {
+    return "no connection to " + connection.Url() + ": " + ExplainFailedConnect(access, connection, reason);
 }
 
 /// About a server that ends a connection for want of a certificate.
-std::string AdviceAbout(const RemoteFailure& failure, const Connection& connection) {
+std::string AdviceAbout(const RemoteFailure& failure, const PluginAccess& access, const Connection& connection) {
     const bool isEnded = failure.kind == RemoteFailure::Kind::kTls || failure.kind == RemoteFailure::Kind::kClosed;
-    return isEnded && !failure.refusal ? CertificateAdvice(connection) : std::string();
+    return isEnded && !failure.refusal ? CertificateAdvice(access, connection) : std::string();
 }
 
 /// The plug-in has no time-out for connecting; the user has one.
-Attendant::Limit LimitOf(const Connection& connection) {
-    return {connection.ConnectTimeout(), [&connection] {
+ProgressWait::Limit LimitOf(const PluginAccess& access, const Connection& connection) {
+    return {connection.ConnectTimeout(), [&access, &connection] {
                 const auto seconds = connection.ConnectTimeout().count();
-                return Failure(Failure::kConnection,
-                               NoConnection(connection, "it took longer than " + std::to_string(seconds) +
-                                                            (seconds == 1 ? " second" : " seconds")));
+                return Failure(Failure::kConnection, NoConnection(access, connection,
+                                                                  "it took longer than " + std::to_string(seconds) +
+                                                                      (seconds == 1 ? " second" : " seconds")));
             }};
 }
 
@@ -113,9 +111,7 @@ std::vector<std::string> NamesOf(const AssociationQuery& query) {
 }
 
 Failure NotAPath(const std::string& path, const std::string& reason) {
-    const std::string fault = PathFault(path);
-    return {Failure::kUsage,
-            "'" + path + "' " + (fault.empty() ? "cannot be read: " + reason : "is not an object path: " + fault)};
+    return {Failure::kUsage, "'" + path + "' " + reason};
 }
 
 } // namespace
@@ -126,8 +122,8 @@ Failure NoSuchClass(const std::string& name, const std::string& server, const st
                                     (suggestion.empty() ? "; 'cimhttp classes' lists all" : suggestion)};
 }
 
-Session::Session(const Plugin& plugin, const Connection& connection, const Attendant& attendant)
-    : plugin_(plugin), connection_(connection), attendant_(attendant), namespace_(Open(connection)) {}
+Session::Session(const Plugin& plugin, const Connection& connection, const ProgressWait& wait)
+    : plugin_(plugin), connection_(connection), wait_(wait), namespace_(Open(connection)) {}
 
 Session::Namespace Session::Allocate(const Connection& connection) const {
     try {
@@ -143,14 +139,14 @@ Session::Namespace Session::Allocate(const Connection& connection) const {
 
 Session::Namespace Session::Open(const Connection& connection) const {
     auto opened = Allocate(connection);
-    const auto limit = LimitOf(connection);
+    const auto limit = LimitOf(plugin_.Access(), connection);
     const auto begin = std::chrono::steady_clock::now();
     const auto connect = [&] {
         plugin_.Access().Connect(*opened, connection.host, connection.user, connection.password, connection.Port());
     };
     try {
-        if (attendant_) {
-            attendant_->Attend("connecting to " + Server(), connect, limit);
+        if (wait_) {
+            wait_->Run("connecting to " + Server(), connect, limit);
         } else {
             connect();
         }
@@ -167,18 +163,19 @@ Failure Session::NotConnected(const RemoteFailure& failure) const {
         return {Failure::kConnection,
                 "no connection to " + Server() + ": " + RemoteReason(failure, connection_).Text()};
     }
-    return {Failure::kConnection, NoConnection(connection_, failure.text + AdviceAbout(failure, connection_))};
+    return {Failure::kConnection, NoConnection(plugin_.Access(), connection_,
+                                               failure.text + AdviceAbout(failure, plugin_.Access(), connection_))};
 }
 
-Session Session::Unattended() const {
+Session Session::WithoutProgress() const {
     Session session = *this;
-    session.attendant_.reset();
+    session.wait_.reset();
     return session;
 }
 
 template <typename Operation>
-auto Session::Attended(const std::string& thing, const Operation& operation) const {
-    return attendant_ ? attendant_->Read("reading " + thing, operation) : operation();
+auto Session::Awaited(const std::string& thing, const Operation& operation) const {
+    return wait_ ? wait_->Read("reading " + thing, operation) : operation();
 }
 
 RemoteFailure Session::ReasonOf(const TVYXException& exception, ICIMNamespace& nameSpace) const {
@@ -189,7 +186,7 @@ RemoteFailure Session::ReasonOf(const TVYXException& exception, ICIMNamespace& n
 
 void Session::Fail(const std::string& what, const RemoteFailure& failure) const {
     const RemoteReason reason(failure, connection_);
-    const std::string text = what + ": " + reason.Text() + AdviceAbout(failure, connection_);
+    const std::string text = what + ": " + reason.Text() + AdviceAbout(failure, plugin_.Access(), connection_);
     if (reason.IsLoginRefused()) {
         throw LoginFailure(text);
     }
@@ -199,7 +196,7 @@ void Session::Fail(const std::string& what, const RemoteFailure& failure) const 
 template <typename Operation>
 auto Session::Remotely(const std::string& thing, const Operation& operation) const {
     try {
-        return Attended(thing, operation);
+        return Awaited(thing, operation);
     } catch (const RemoteError& error) {
         Fail(thing + " cannot be read from " + Place(), error.Failure());
     }
@@ -214,7 +211,7 @@ std::vector<std::string> Session::ClassNames() {
 }
 
 std::vector<std::string> Session::ClassNamesIn(ICIMNamespace& nameSpace) {
-    return Attended("the names of the classes", [&] { return plugin_.Access().ClassNames(nameSpace); });
+    return Awaited("the names of the classes", [&] { return plugin_.Access().ClassNames(nameSpace); });
 }
 
 std::vector<RemoteClassName> Session::Hierarchy() {
@@ -227,7 +224,7 @@ std::vector<RemoteQualifierDeclaration> Session::QualifierDeclarations() {
 
 std::vector<RemoteQualifierDeclaration> Session::KnownQualifiers() {
     try {
-        return Attended("the qualifiers", [&] { return plugin_.Access().ReadQualifierDeclarations(*namespace_); });
+        return Awaited("the qualifiers", [&] { return plugin_.Access().ReadQualifierDeclarations(*namespace_); });
     } catch (const RemoteError& error) {
         if (error.Failure().kind == RemoteFailure::Kind::kLimit) { // there are some, too many to be read
             Fail("the qualifiers cannot be read from " + Place(), error.Failure());
@@ -239,7 +236,7 @@ std::vector<RemoteQualifierDeclaration> Session::KnownQualifiers() {
 template <typename Operation>
 auto Session::ReadingClass(const std::string& thing, const std::string& className, const Operation& operation) {
     try {
-        return Attended(thing, operation);
+        return Awaited(thing, operation);
     } catch (const RemoteError& error) {
         FailAboutClass(className, *namespace_, error.Failure());
     } catch (const std::invalid_argument&) {
@@ -261,7 +258,7 @@ boost::shared_ptr<ICIMClass> Session::Class(const std::string& name) {
         throw NotAName(name);
     }
     try {
-        return Attended("the class " + name, [&] { return namespace_->GetClass(name, TCIMContext()); });
+        return Awaited("the class " + name, [&] { return namespace_->GetClass(name, TCIMContext()); });
     } catch (const TVYXException& exception) {
         if (exception.GetStatusCode().GetCode() == kInvalidName) {
             throw NotAName(name);
@@ -287,7 +284,7 @@ std::vector<boost::shared_ptr<ICIMInstance>> Session::Instances(ICIMClass& cls, 
                                                                 const std::vector<std::string>& properties) {
     const std::string name = cls.GetName(TCIMContext());
     try {
-        return Attended("the instances of " + name, [&] { return InstancesOf(cls, deep, ReadingContext(properties)); });
+        return Awaited("the instances of " + name, [&] { return InstancesOf(cls, deep, ReadingContext(properties)); });
     } catch (const TVYXException& exception) {
         Fail("the instances of " + name + " cannot be read from " + Place(), ReasonOf(exception, *namespace_));
     }
@@ -304,17 +301,16 @@ std::vector<boost::shared_ptr<ICIMInstance>> Session::Next(InstanceSequence& ins
                                                            const std::string& className) const {
     const auto read = [&] { return instances.Next(); };
     try {
-        return attendant_ ? attendant_->Read("reading the instances of " + className, read, [&] { instances.Stop(); })
-                          : read();
+        return wait_ ? wait_->Read("reading the instances of " + className, read, [&] { instances.Stop(); }) : read();
     } catch (const TVYXException& exception) {
         Fail("the instances of " + className + " cannot be read from " + Place(), ReasonOf(exception, *namespace_));
     }
 }
 
 void Session::EndIfInterrupted(std::unique_ptr<InstanceSequence>& instances) const {
-    if (attendant_ && Interrupted()) {
+    if (wait_ && Interrupted()) {
         instances.reset();
-        attendant_->End();
+        wait_->End();
     }
 }
 
@@ -323,7 +319,7 @@ std::vector<boost::shared_ptr<ICIMInstance>> Session::InstancesIn(const std::str
     const std::string thing = "the instances of " + className + " in " + nameSpace;
     ICIMNamespace& where = NamespaceOrOwn(nameSpace);
     try {
-        return Attended(thing, [&] {
+        return Awaited(thing, [&] {
             return InstancesOf(*where.GetClass(className, TCIMContext()), kWithSubclasses, TCIMContext());
         });
     } catch (const TVYXException& exception) {
@@ -336,7 +332,7 @@ std::vector<boost::shared_ptr<ICIMInstance>> Session::InstancesIn(const std::str
 std::vector<TCIMReference> Session::InstancePathsIn(const std::string& nameSpace, const std::string& className) {
     const std::string thing = "the instances of " + className + " in " + nameSpace;
     try {
-        return Attended(thing, [&] { return plugin_.Access().InstancePathsIn(*namespace_, nameSpace, className); });
+        return Awaited(thing, [&] { return plugin_.Access().InstancePathsIn(*namespace_, nameSpace, className); });
     } catch (const RemoteError& error) {
         FailUnlessAnswered(thing + " cannot be read from " + Server(), error.Failure());
         throw;
@@ -352,7 +348,7 @@ Session::Trial Session::Try(const std::string& thing,
         return std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - begin);
     };
     try {
-        Attended(thing, [&] {
+        Awaited(thing, [&] {
             ask(plugin_.Access(), *namespace_);
             return true;
         });
@@ -376,7 +372,7 @@ void Session::FailUnlessAnswered(const std::string& what, const RemoteFailure& f
 template <typename Operation>
 auto Session::ReadingAssociations(const AssociationQuery& query, const Operation& operation) {
     try {
-        return Attended("the associations of " + query.path, operation);
+        return Awaited("the associations of " + query.path, operation);
     } catch (const RemoteError& error) {
         FailAboutAssociations(query, error.Failure());
     } catch (const std::invalid_argument& error) {
@@ -396,7 +392,7 @@ void Session::FailAboutAssociations(const AssociationQuery& query, const RemoteF
     } catch (const RemoteError&) {
         // a server that does not list its classes
     }
-    for (const std::string& name : {ClassInPath(query.path), query.associationClass, query.resultClass}) {
+    for (const std::string& name : {ClassIn(query.path), query.associationClass, query.resultClass}) {
         if (!name.empty() && !classes.empty() && !HasName(classes, name)) {
             throw NoSuchClass(name, Server(), classes);
         }
@@ -432,7 +428,7 @@ TCIMReference Session::ReferenceTo(const std::string& path) {
         TCIMReference reference = plugin_.Access().ParsePath(path);
         const std::string name = NamespaceIn(path);
         if (!HasKeys(reference)) {
-            throw std::invalid_argument("it names a class, and not an instance");
+            throw std::invalid_argument("cannot be read: it names a class, and not an instance");
         }
         reference.SetHost(std::string());
         reference.SetNamespaceName(name.empty() ? NamespaceName() : name);
@@ -444,7 +440,7 @@ TCIMReference Session::ReferenceTo(const std::string& path) {
 
 void Session::CheckExists(const std::string& path) {
     try {
-        Attended("the instance " + path, [&] {
+        Awaited("the instance " + path, [&] {
             plugin_.Access().CheckInstance(*namespace_, path);
             return true;
         });
@@ -458,6 +454,8 @@ void Session::CheckExists(const std::string& path) {
 }
 
 // --- Other namespaces --------------------------------------------------------------------------------------------
+
+std::string Session::ClassIn(const std::string& path) const { return plugin_.Access().ParsePath(path).GetClassName(); }
 
 ICIMNamespace& Session::NamespaceOrOwn(const std::string& name) {
     return name.empty() || IsSameName(name, connection_.nameSpace) ? *namespace_ : NamespaceNamed(name);
@@ -486,12 +484,12 @@ Session::FoundInstance Session::Instance(const std::string& path) {
     const std::string name = NamespaceIn(path);
     ICIMNamespace& nameSpace = name.empty() ? *namespace_ : NamespaceNamed(name);
     try {
-        return {Attended("the instance " + path, [&] { return plugin_.Access().ReadInstance(nameSpace, path); }), name};
+        return {Awaited("the instance " + path, [&] { return plugin_.Access().ReadInstance(nameSpace, path); }), name};
     } catch (const std::invalid_argument& error) {
         throw NotAPath(path, error.what());
     } catch (const RemoteError& error) {
         if (error.Failure().kind == RemoteFailure::Kind::kCimStatus && error.Failure().cimStatus == kCimInvalidClass) {
-            FailAboutClass(ClassInPath(path), nameSpace, error.Failure());
+            FailAboutClass(ClassIn(path), nameSpace, error.Failure());
         }
         Fail("the instance " + path + " cannot be read from " + Place(), error.Failure());
     }

@@ -7,7 +7,7 @@
 #include "connection/Connection.h"
 #include "connection/IncidentTally.h"
 #include "connection/Plugin.h"
-#include "waiting/Attendant.h"
+#include "waiting/ProgressWait.h"
 
 #include <boost/shared_ptr.hpp>
 
@@ -33,7 +33,7 @@ Failure NoSuchClass(const std::string& name, const std::string& server, const st
 
 /// A connected namespace. What the plug-in reports by a status becomes a Failure here that names the server, the thing
 /// asked for, the reason and what to try. Its status is kConnection, kAuthentication, kNotFound or kServer; a
-/// ServerFailure has more to say, and a LoginFailure says that asking for anything else is in vain.
+/// ServerFailure has more to say, and a LoginFailure says that nothing else can be had either.
 class Session {
   public:
     /// An instance, and the namespace that it is in; empty for the one that everything else is read from.
@@ -49,11 +49,11 @@ class Session {
     };
 
     /// Connects. Throws Failure(kConnection) when that fails, and Failure(kUsage) when the namespace is not the name of
-    /// one. The attendant looks after the user whenever the session waits for the server.
-    Session(const Plugin& plugin, const Connection& connection, const Attendant& attendant);
+    /// one. `wait` is how the session waits for the server.
+    Session(const Plugin& plugin, const Connection& connection, const ProgressWait& wait);
 
-    /// The same session for another thread than the main one, and without attendance.
-    Session Unattended() const;
+    /// This session for another thread than the main one: it waits without showing progress or taking interrupts.
+    Session WithoutProgress() const;
 
     const Plugin& LoadedPlugin() const { return plugin_; }
 
@@ -77,7 +77,7 @@ class Session {
     /// The qualifiers that the server declares, in its order.
     std::vector<RemoteQualifierDeclaration> QualifierDeclarations();
 
-    /// The same, or none from a server that does not list its qualifiers.
+    /// QualifierDeclarations(), or none from a server that does not list its qualifiers.
     std::vector<RemoteQualifierDeclaration> KnownQualifiers();
 
     /// One instance by its object path, from the namespace that the path names. Throws Failure(kUsage) for what is no
@@ -93,7 +93,7 @@ class Session {
     std::vector<boost::shared_ptr<NQORVYX20::ICIMInstance>> Instances(NQORVYX20::ICIMClass& cls, bool deep,
                                                                       const std::vector<std::string>& properties);
 
-    /// The same, to be read as they are wanted: no more than `held` are held. Those of a class that has more come in
+    /// Instances(), to be read as they are wanted: no more than `held` are held. Those of a class that has more come in
     /// the server's order. The session must outlive it. Asks for nothing yet.
     std::unique_ptr<InstanceSequence> OpenInstances(NQORVYX20::ICIMClass& cls, bool deep,
                                                     const std::vector<std::string>& properties, std::size_t held) const;
@@ -108,7 +108,7 @@ class Session {
     /// The paths of the instances of a class and its subclasses, in the server's order. Fails like Class().
     std::vector<NQORVYX20::TCIMReference> InstancePaths(const std::string& className);
 
-    /// The same in a namespace of the server, with all properties of their own classes; or their paths. Throws
+    /// The instances in a namespace of the server, with all properties of their own classes; or their paths. Throws
     /// RemoteError for an error that the server answers with, since another namespace may have them.
     std::vector<boost::shared_ptr<NQORVYX20::ICIMInstance>> InstancesIn(const std::string& nameSpace,
                                                                         const std::string& className);
@@ -160,6 +160,9 @@ class Session {
     /// The namespace that a path names, empty for the one that everything is read from.
     std::string NamespaceIn(const std::string& path) const;
 
+    /// The class that a path names.
+    std::string ClassIn(const std::string& path) const;
+
     std::vector<std::string> ClassNamesIn(NQORVYX20::ICIMNamespace& nameSpace);
 
     /// Throws the Failure, unless a remote one is an error that the server answers with.
@@ -175,11 +178,11 @@ class Session {
     /// What goes wrong when associations are asked for.
     [[noreturn]] void FailAboutAssociations(const AssociationQuery& query, const NQORVYX20::RemoteFailure& failure);
 
-    /// Reads while the attendant says that `thing` is being read.
+    /// Reads, and shows meanwhile that `thing` is being read.
     template <typename Operation>
-    auto Attended(const std::string& thing, const Operation& operation) const;
+    auto Awaited(const std::string& thing, const Operation& operation) const;
 
-    /// The same; what goes wrong remotely becomes a Failure about `thing`, or about a class.
+    /// Awaited(); what goes wrong remotely becomes a Failure about `thing`, or about a class.
     template <typename Operation>
     auto Remotely(const std::string& thing, const Operation& operation) const;
     template <typename Operation>
@@ -189,7 +192,7 @@ class Session {
 
     Plugin plugin_;
     Connection connection_;
-    std::optional<Attendant> attendant_;
+    std::optional<ProgressWait> wait_;
     Namespace namespace_;
     std::map<std::string, Namespace> others_; // by name
 };

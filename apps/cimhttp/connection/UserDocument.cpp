@@ -25,7 +25,7 @@ using nlohmann::json;
 constexpr mode_t kOnlyOwner = 0600;
 constexpr mode_t kNotForOthers = 077;
 constexpr std::size_t kLargestFile = std::size_t{1} << 20U; // some thousand entries
-constexpr std::chrono::seconds kPatience{10};               // with other processes, which need milliseconds
+constexpr std::chrono::seconds kLockTimeout{10};            // with other processes, which need milliseconds
 constexpr int kIndent = 4;
 
 /// Keeps new files and folders from others while it lives.
@@ -80,7 +80,7 @@ json UserDocument::Parse(const std::string& text) const {
 void UserDocument::Update(const std::function<nlohmann::ordered_json(const Content&)>& change) const {
     const PrivateFiles scope;
     MakeFolder();
-    const FileLock lock(path_ + ".lock", kPatience);
+    const FileLock lock(path_ + ".lock", kLockTimeout);
     const auto document = change(Read());
     OutputFile(path_, kOnlyOwner).Replace([&](std::ostream& stream) { stream << document.dump(kIndent) << '\n'; });
 }

@@ -22,7 +22,7 @@ class UserEntry {
 
     std::optional<std::string> Text(const char* name) const;
 
-    /// The same for a text that must be there and not be empty.
+    /// Complains of a text that is not there, or empty.
     std::string NeededText(const char* name) const;
 
     std::optional<bool> Flag(const char* name) const;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "access/RemoteModel.h"
-#include "text/NameOrder.h"
+#include "text/Names.h"
 
 #include <string>
 #include <vector>

@@ -3,12 +3,11 @@
 #include "access/RemoteModel.h"
 #include "output/Listing.h"
 
-#include <string>
 #include <vector>
 
 namespace cimhttp {
 
-// What a server says of classes and qualifiers, as listings and JSON.
+// What a server says of classes and qualifiers, as listings.
 
 /// The properties of a class, a row each.
 Listing PropertyListing(const RemoteClass& cls);
@@ -20,10 +19,5 @@ Listing MethodListing(const RemoteClass& cls);
 Listing QualifierListing(const RemoteClass& cls);
 
 Listing DeclarationListing(const std::vector<RemoteQualifierDeclaration>& declarations);
-
-/// A class with all that the server says of it, in one line.
-std::string ClassJson(const RemoteClass& cls);
-
-std::string MethodsJson(const RemoteClass& cls);
 
 } // namespace cimhttp

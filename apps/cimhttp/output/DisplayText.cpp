@@ -2,7 +2,7 @@
 
 #include "host/TCIMValue.h"
 #include "output/Json.h"
-#include "output/NullText.h"
+#include "table/TableCell.h"
 
 #include <utility>
 
@@ -11,8 +11,6 @@ namespace cimhttp {
 namespace {
 
 using namespace NQORVYX20;
-
-constexpr unsigned char kDecimal = 10;
 
 bool IsListOfValues(const TCIMValue& value) { return value.IsArray() && !value.IsNull(); }
 
@@ -56,14 +54,31 @@ void DisplayText::AppendJson(std::string& json) const {
     }
 }
 
+std::string PlainText(const TCIMValue& value) {
+    constexpr unsigned char kDecimal = 10;
+    return value.ToString(kDecimal);
+}
+
+std::vector<std::string> PlainTexts(const TCIMValue& value) {
+    if (!IsListOfValues(value)) {
+        return {PlainText(value)};
+    }
+    std::vector<std::string> texts;
+    texts.reserve(ElementsOf(value).size());
+    for (const TCIMValue& element : ElementsOf(value)) {
+        texts.push_back(PlainText(element));
+    }
+    return texts;
+}
+
 std::string RawText(const TCIMValue& value) {
     if (!IsListOfValues(value)) {
-        return value.ToString(kDecimal);
+        return PlainText(value);
     }
     std::string text = "{";
     const char* separator = "";
     for (const TCIMValue& element : ElementsOf(value)) {
-        text.append(separator).append(element.IsNull() ? kNullText : element.ToString(kDecimal));
+        text.append(separator).append(element.IsNull() ? kNullText : PlainText(element));
         separator = ", ";
     }
     return text + '}';

@@ -36,6 +36,12 @@ class DisplayText {
     std::vector<std::string> texts_;
 };
 
+/// A value as it is, in the usual notation of integers; null is the empty text.
+std::string PlainText(const NQORVYX20::TCIMValue& value);
+
+/// The PlainText() of each element of an array that is not null, otherwise of the value.
+std::vector<std::string> PlainTexts(const NQORVYX20::TCIMValue& value);
+
 /// A value as it is: integers in decimal, the elements of an array in braces, a null one as an en dash; null itself has
 /// an empty text.
 std::string RawText(const NQORVYX20::TCIMValue& value);

@@ -6,7 +6,6 @@
 #include "text/TerminalText.h"
 
 #include <algorithm>
-#include <numeric>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -22,8 +21,8 @@ using State = ObjectGraph::State;
 /// Draws the objects of a graph, each with what was found from it below itself.
 class TreeWriter {
   public:
-    TreeWriter(const ObjectGraph& graph, std::ostream& output)
-        : graph_(graph), output_(output), labels_(LabelsOf(graph)), below_(graph.objects.size()) {
+    TreeWriter(const ObjectGraph& graph, const TreeLines& drawn, std::ostream& output)
+        : graph_(graph), drawn_(drawn), output_(output), labels_(LabelsOf(graph)), below_(graph.objects.size()) {
         for (const Edge& edge : graph.edges) {
             below_[edge.from].push_back(&edge);
         }
@@ -49,11 +48,11 @@ class TreeWriter {
     void WriteBelow(std::size_t object, const std::string& lines) {
         for (const Edge* edge : below_[object]) {
             const bool isLast = edge == below_[object].back();
-            output_ << lines << (isLast ? "└── " : "├── ") << Printable(labels_[edge->to]) << "  "
+            output_ << lines << (isLast ? drawn_.last : drawn_.branch) << Printable(labels_[edge->to]) << "  "
                     << Printable(edge->association.GetClassName())
                     << (edge->isFirst ? Remark(edge->to) : ", shown elsewhere") << '\n';
             if (edge->isFirst) {
-                WriteBelow(edge->to, lines + (isLast ? "    " : "│   "));
+                WriteBelow(edge->to, lines + (isLast ? TreeLines::kNothing : drawn_.passing));
             }
         }
     }
@@ -70,6 +69,7 @@ class TreeWriter {
     }
 
     const ObjectGraph& graph_;
+    const TreeLines& drawn_;
     std::ostream& output_;
     std::vector<std::string> labels_;
     std::vector<std::vector<const Edge*>> below_; // by the number of an object
@@ -109,16 +109,13 @@ std::string EdgeJson(const Edge& edge) {
         .Text();
 }
 
-/// An array with an element a line.
 template <typename Element, typename Json>
-std::string Lines(const std::vector<Element>& elements, const Json& json) {
-    std::string lines = "[";
-    const char* separator = "\n";
+void WriteLines(const std::vector<Element>& elements, const Json& json, std::ostream& output) {
+    JsonLines lines(output);
     for (const Element& element : elements) {
-        lines += separator + json(element);
-        separator = ",\n";
+        lines.Next() << json(element);
     }
-    return lines + "\n]";
+    lines.End();
 }
 
 /// A string of dot, in which backslashes begin escapes and ampersands names of characters.
@@ -135,12 +132,16 @@ std::string DotText(std::string_view text) {
 
 } // namespace
 
-void WriteTree(const ObjectGraph& graph, std::ostream& output) { TreeWriter(graph, output).Write(); }
+void WriteTree(const ObjectGraph& graph, const TreeLines& lines, std::ostream& output) {
+    TreeWriter(graph, lines, output).Write();
+}
 
 void WriteGraphJson(const ObjectGraph& graph, std::ostream& output) {
-    output << "{\"objects\":" << Lines(graph.objects, ObjectJson)
-           << ",\n\"associations\":" << Lines(graph.edges, EdgeJson)
-           << ",\n\"complete\":" << (graph.is_complete ? "true" : "false") << "}\n";
+    output << "{\"objects\":";
+    WriteLines(graph.objects, ObjectJson, output);
+    output << ",\n\"associations\":";
+    WriteLines(graph.edges, EdgeJson, output);
+    output << ",\n\"complete\":" << JsonValue(graph.isComplete) << "}\n";
 }
 
 void WriteDot(const ObjectGraph& graph, std::ostream& output) {

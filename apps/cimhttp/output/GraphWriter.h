@@ -1,5 +1,7 @@
 #pragma once
 
+#include "output/TreeLines.h"
+
 #include <iosfwd>
 
 namespace cimhttp {
@@ -8,7 +10,7 @@ struct ObjectGraph;
 
 /// Draws a graph as a tree below its first object, each object where it was found first, and over which association. An
 /// association that leads to an object that stands elsewhere in the tree says so.
-void WriteTree(const ObjectGraph& graph, std::ostream& output);
+void WriteTree(const ObjectGraph& graph, const TreeLines& lines, std::ostream& output);
 
 /// Writes a graph as JSON. Associations name objects by their places in the list of these, from 0:
 ///

@@ -6,7 +6,6 @@
 #include "host/ICIMProperty.h"
 #include "host/ICIMPropertyDecl.h"
 #include "output/Json.h"
-#include "output/ObjectJson.h"
 #include "output/TypeText.h"
 
 namespace cimhttp {
@@ -19,6 +18,36 @@ using namespace NQORVYX20;
 std::string Head(const ICIMPropertyDecl& declaration) {
     return JsonText(declaration.GetName(TCIMContext())) +
            ":{\"type\":" + JsonText(ElementTypeText(declaration.GetType(TCIMContext()))) + ",\"value\":";
+}
+
+std::string ObjectsJson(const std::vector<EmbeddedObject>& objects, bool isArray);
+
+std::string PropertyJson(const EmbeddedObject::Property& property) {
+    return property.objects.empty() ? JsonValue(property.value)
+                                    : ObjectsJson(property.objects, property.value.IsArray());
+}
+
+std::string OneJson(const EmbeddedObject& object) {
+    if (object.className.empty()) {
+        return "null";
+    }
+    JsonObject properties;
+    for (const EmbeddedObject::Property& property : object.properties) {
+        properties.Add(property.name, PropertyJson(property));
+    }
+    return JsonObject().Add("class", JsonText(object.className)).Add("properties", properties.Text()).Text();
+}
+
+/// Embedded objects: one or, of an array, an array of them.
+std::string ObjectsJson(const std::vector<EmbeddedObject>& objects, bool isArray) {
+    if (!isArray) {
+        return OneJson(objects.front());
+    }
+    JsonArray array;
+    for (const EmbeddedObject& object : objects) {
+        array.Add(OneJson(object));
+    }
+    return array.Text();
 }
 
 } // namespace

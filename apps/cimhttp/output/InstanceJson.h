@@ -17,7 +17,10 @@ namespace cimhttp {
 ///
 /// The class is the instance's own. A `value` is that of JsonValue(). `text` is what the value says to people, an array
 /// of texts for an array that is not null. An array's `type` is that of its elements. Where the value is an embedded
-/// object, and so a text, or an array of them, there is a member `object`, too, with what ObjectsJson() says.
+/// object, and so a text, or an array of them, there is a member `object`, too: one of these or, of an array, an array
+/// of them, in which a null element is null; values are those of JsonValue() again.
+///
+///     {"class":"CIM_Setting","properties":{"Speed":3,"Next":{"class":"CIM_Setting","properties":{}}}}
 class InstanceJson {
   public:
     /// About `nameSpace` see PathOf().
@@ -26,7 +29,7 @@ class InstanceJson {
 
     void Append(const NQORVYX20::ICIMInstance& instance, std::string& json);
 
-    /// The same without the braces around it.
+    /// Without the braces around it.
     void AppendMembers(const NQORVYX20::ICIMInstance& instance, std::string& json);
 
   private:

@@ -4,9 +4,8 @@
 #include "host/ICIMProperty.h"
 #include "host/ICIMPropertyDecl.h"
 #include "host/ICIMQualifier.h"
-#include "output/CellText.h"
 #include "output/TypeText.h"
-#include "text/Pattern.h"
+#include "text/Names.h"
 
 #include <algorithm>
 #include <array>
@@ -106,7 +105,7 @@ bool InstanceListing::IsEmpty(const Instances& instances, const ICIMPropertyDecl
 }
 
 bool InstanceListing::LacksValue(const ICIMInstance& instance, const ICIMPropertyDecl& property) const {
-    return IsShownAsNull(CellOf(instance, property.GetName(TCIMContext())));
+    return CellOf(instance, property.GetName(TCIMContext())).IsShownAsNull();
 }
 
 } // namespace cimhttp

@@ -6,7 +6,7 @@
 #include "host/ICIMProperty.h"
 #include "host/ICIMPropertyDecl.h"
 #include "host/ICIMQualifier.h"
-#include "text/NameOrder.h"
+#include "text/Names.h"
 #include "text/NearestNames.h"
 
 #include <algorithm>

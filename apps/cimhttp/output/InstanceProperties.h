@@ -20,7 +20,7 @@ using Properties = std::vector<boost::shared_ptr<NQORVYX20::ICIMPropertyDecl>>;
 /// The declarations of a class's properties, keys first.
 Properties PropertiesOf(const NQORVYX20::ICIMClass& cls);
 
-/// The same of an instance's own class.
+/// Those of an instance's own class, keys first.
 Properties PropertiesOf(const NQORVYX20::ICIMInstance& instance);
 
 /// Those of all classes that there are instances of, each once.
@@ -32,7 +32,7 @@ std::vector<std::string> NamesOf(const Properties& properties);
 /// that none has; `className` is for the complaint.
 Properties Chosen(const Properties& properties, const std::vector<std::string>& names, const std::string& className);
 
-/// The same for properties of several classes.
+/// Chosen() for properties of several classes.
 Properties ChosenOfAny(const Properties& properties, const std::vector<std::string>& names);
 
 bool IsKey(const NQORVYX20::ICIMPropertyDecl& property);

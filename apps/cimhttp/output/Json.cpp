@@ -1,12 +1,14 @@
 #include "output/Json.h"
 
 #include "host/TCIMValue.h"
+#include "output/DisplayText.h"
 #include "text/Utf8.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
+#include <ostream>
 
 namespace cimhttp {
 
@@ -15,7 +17,6 @@ namespace {
 using NQORVYX20::TCIMValue;
 using ECIMType = TCIMValue::TCIMType::ECIMType;
 
-constexpr unsigned char kDecimal = 10;
 constexpr unsigned kSixteenBits = 0xFFFF;
 
 void AppendEscaped(char32_t character, std::string& text) {
@@ -55,9 +56,9 @@ void AppendScalar(const TCIMValue& value, std::string& json) {
     const bool isBare =
         type == ECIMType::eCIMBoolean || IsInteger(type) || (IsReal(type) && std::isfinite(static_cast<double>(value)));
     if (isBare) {
-        json += value.ToString(kDecimal);
+        json += PlainText(value);
     } else {
-        AppendJsonText(value.ToString(kDecimal), json);
+        AppendJsonText(PlainText(value), json);
     }
 }
 
@@ -151,9 +152,23 @@ JsonObject& JsonObject::Add(std::string_view name, std::string_view json) {
     return *this;
 }
 
+JsonObject& JsonObject::AddMembers(std::string_view members) {
+    text_ += text_.empty() ? '{' : ',';
+    text_ += members;
+    return *this;
+}
+
 void JsonArray::Add(std::string_view json) {
     text_ += text_.empty() ? '[' : ',';
     text_ += json;
 }
+
+std::ostream& JsonLines::Next() {
+    output_ << (isEmpty_ ? "[\n" : ",\n");
+    isEmpty_ = false;
+    return output_;
+}
+
+void JsonLines::End(const char* end) { output_ << (isEmpty_ ? "[" : "") << end; }
 
 } // namespace cimhttp

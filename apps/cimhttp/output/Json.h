@@ -1,5 +1,6 @@
 #pragma once
 
+#include <iosfwd>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,13 +31,16 @@ class JsonObject {
     /// `json` must be JSON already.
     JsonObject& Add(std::string_view name, std::string_view json);
 
+    /// Adds members of another object, which are JSON without its braces.
+    JsonObject& AddMembers(std::string_view members);
+
     std::string Text() const { return text_.empty() ? "{}" : text_ + '}'; }
 
   private:
     std::string text_;
 };
 
-/// The same for an array.
+/// Puts an array together.
 class JsonArray {
   public:
     void Add(std::string_view json);
@@ -45,6 +49,22 @@ class JsonArray {
 
   private:
     std::string text_;
+};
+
+/// Writes an array to a stream, each element on a line of its own. Nothing is written before the first.
+class JsonLines {
+  public:
+    explicit JsonLines(std::ostream& output) : output_(output) {}
+
+    /// The stream, to write the next element to.
+    std::ostream& Next();
+
+    /// Closes the array, with the bracket on a line of its own or, with another `end`, without.
+    void End(const char* end = "\n]");
+
+  private:
+    std::ostream& output_;
+    bool isEmpty_ = true;
 };
 
 } // namespace cimhttp

@@ -1,10 +1,11 @@
 #include "output/KeyListing.h"
 
+#include "output/DisplayText.h"
 #include "output/Json.h"
-#include "text/NameList.h"
-#include "text/Pattern.h"
+#include "text/Names.h"
 
 #include <algorithm>
+#include <ostream>
 #include <utility>
 
 namespace cimhttp {
@@ -12,8 +13,6 @@ namespace cimhttp {
 namespace {
 
 using namespace NQORVYX20;
-
-constexpr unsigned char kDecimal = 10;
 
 std::vector<Listing::Column> ColumnsOf(const std::vector<std::string>& keys, bool hasClass) {
     std::vector<Listing::Column> columns;
@@ -48,6 +47,15 @@ std::vector<std::string> KeyNames(const std::vector<TCIMReference>& paths) {
     return DistinctNames(names);
 }
 
+std::vector<std::string> PathTexts(const std::vector<TCIMReference>& paths) {
+    std::vector<std::string> texts;
+    texts.reserve(paths.size());
+    for (const TCIMReference& path : paths) {
+        texts.push_back(path.GetPath());
+    }
+    return texts;
+}
+
 Listing KeyListing(const std::vector<TCIMReference>& paths, bool hasClass) {
     const std::vector<std::string> names = KeyNames(paths);
     Listing listing(ColumnsOf(names, hasClass));
@@ -58,19 +66,20 @@ Listing KeyListing(const std::vector<TCIMReference>& paths, bool hasClass) {
         }
         for (const std::string& name : names) {
             const TCIMValue value = path.GetKeyValue(name);
-            row.emplace_back(value, value.ToString(kDecimal));
+            row.emplace_back(value, PlainText(value));
         }
         listing.AddRow(std::move(row));
     }
     return listing;
 }
 
-std::string KeysJson(const std::vector<TCIMReference>& paths) {
-    std::string json = "[";
+void WriteKeysJson(const std::vector<TCIMReference>& paths, std::ostream& output) {
+    JsonLines lines(output);
     for (const TCIMReference& path : paths) {
-        json += (json.size() == 1 ? "\n" : ",\n") + KeysJson(path);
+        lines.Next() << KeysJson(path);
     }
-    return json + "\n]";
+    lines.End();
+    output << '\n';
 }
 
 bool HaveSeveralClasses(const std::vector<TCIMReference>& paths) {

@@ -1,14 +1,14 @@
 #pragma once
 
 #include "host/TCIMValue.h"
+#include "table/Column.h"
 
-#include <cstddef>
 #include <string>
 #include <vector>
 
 namespace cimhttp {
 
-/// What a table shows at one place: a text for people, and the value behind it.
+/// What a listing has at one place: a value, and the text that people read for it.
 struct Cell {
     /*implicit*/ Cell(const std::string& shown) : value(shown), text(shown) {}
     /*implicit*/ Cell(const char* shown) : value(shown), text(shown) {}
@@ -16,6 +16,9 @@ struct Cell {
 
     /// A cell without a value.
     static Cell Null() { return {NQORVYX20::TCIMValue(), {}}; }
+
+    /// True for a null without a text of its own.
+    bool IsShownAsNull() const { return value.IsNull() && text.empty(); }
 
     NQORVYX20::TCIMValue value;
     std::string text;
@@ -25,17 +28,9 @@ struct Cell {
 /// makes them safe to show.
 class Listing {
   public:
-    enum class Align { kLeft, kRight };
-
-    /// The more important a column, the later it is left out where there is no room for all; one that was asked for by
-    /// name, never.
-    enum class Importance { kUsual, kHigh, kKey, kAsked };
-
-    struct Column {
-        std::string heading;
-        Align align = Align::kLeft;
-        Importance importance = Importance::kUsual;
-    };
+    using Column = cimhttp::Column;
+    using Align = Column::Align;
+    using Importance = Column::Importance;
 
     static Column Key(const char* heading) { return {heading, Align::kLeft, Importance::kKey}; }
 

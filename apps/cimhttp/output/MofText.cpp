@@ -1,6 +1,7 @@
 #include "output/MofText.h"
 
 #include "host/TCIMValue.h"
+#include "output/DisplayText.h"
 #include "text/Utf8.h"
 
 #include <algorithm>
@@ -16,7 +17,6 @@ namespace {
 using NQORVYX20::TCIMValue;
 using ECIMType = TCIMValue::TCIMType::ECIMType;
 
-constexpr unsigned char kDecimal = 10;
 constexpr unsigned kSixteenBits = 0xFFFF;
 constexpr std::size_t kLineWidth = 100;
 constexpr std::size_t kLeastRoom = 20; // for a literal, however deep it is indented
@@ -76,7 +76,7 @@ class LiteralWriter {
   public:
     LiteralWriter(std::size_t indent, std::size_t room) : indent_(indent), room_(room) {}
 
-    /// Adds an escaped character. Where it does not fit, the line ends behind the last blank, or within a word that is
+    /// Adds an escaped character. Where it does not fit, the line ends after the last blank, or within a word that is
     /// wider than a line.
     void Add(const std::string& character) {
         while (literal_.size() - begin_ + character.size() > room_) {
@@ -100,7 +100,7 @@ class LiteralWriter {
     std::size_t room_;
     std::string literal_ = "\"";
     std::size_t begin_ = 1; // of the characters on the last line
-    std::size_t word_ = 1;  // behind its last blank
+    std::size_t word_ = 1;  // after its last blank
 };
 
 std::string StringLiteral(const std::string& text, std::size_t indent) {
@@ -109,12 +109,12 @@ std::string StringLiteral(const std::string& text, std::size_t indent) {
     return writer.Finish();
 }
 
-/// MOF demands a point and a digit behind it (realValue).
+/// MOF demands a point and a digit after it (realValue).
 std::string RealText(const TCIMValue& value) {
     if (!std::isfinite(static_cast<double>(value))) {
         return "NULL";
     }
-    std::string text = value.ToString(kDecimal);
+    std::string text = PlainText(value);
     if (text.find('.') == std::string::npos) {
         text.insert(std::min(text.find('e'), text.size()), ".0");
     }
@@ -124,17 +124,17 @@ std::string RealText(const TCIMValue& value) {
 std::string ScalarText(const TCIMValue& value, std::size_t indent) {
     switch (value.GetType()) {
     case ECIMType::eCIMString:
-        return StringLiteral(value.ToString(kDecimal), indent);
+        return StringLiteral(PlainText(value), indent);
     case ECIMType::eCIMDateTime:
     case ECIMType::eCIMReference:
-        return Quoted(value.ToString(kDecimal), '"');
+        return Quoted(PlainText(value), '"');
     case ECIMType::eCIMChar16:
-        return Quoted(value.ToString(kDecimal), '\'');
+        return Quoted(PlainText(value), '\'');
     case ECIMType::eCIMReal32:
     case ECIMType::eCIMReal64:
         return RealText(value);
     default:
-        return value.ToString(kDecimal);
+        return PlainText(value);
     }
 }
 

@@ -6,11 +6,11 @@
 #include "host/ICIMProperty.h"
 #include "host/ICIMPropertyDecl.h"
 #include "output/MofText.h"
-#include "text/NameOrder.h"
-#include "text/Pattern.h"
+#include "output/QualifierMeaning.h"
+#include "text/Names.h"
 #include "text/TerminalText.h"
+#include "text/WordList.h"
 
-#include <algorithm>
 #include <map>
 
 namespace cimhttp {
@@ -35,6 +35,12 @@ std::vector<std::string> DifferingFlavors(const RemoteFlavor& flavor, const Remo
         words.emplace_back("Translatable");
     }
     return words;
+}
+
+/// `uint8 Data[4]`: a property or a parameter without qualifiers.
+template <typename Element>
+std::string Declaration(const Element& element) {
+    return MofType(element.type) + ' ' + Printable(element.name) + MofArray(element.type);
 }
 
 /// Writes the parts of one class.
@@ -66,7 +72,7 @@ class ClassWriter {
         if (!isWhole_) {
             AddInherited(features);
         }
-        return head + "\n{\n" + Joined(features) + "};\n";
+        return head + "\n{\n" + Joined(features, "\n") + "};\n";
     }
 
     std::string Methods() const {
@@ -74,21 +80,12 @@ class ClassWriter {
         for (const RemoteMethod& method : cls_.methods) {
             features.push_back(Method(method));
         }
-        return Joined(features);
+        return Joined(features, "\n");
     }
 
   private:
-    static std::string Joined(const std::vector<std::string>& features) {
-        std::string text;
-        for (const std::string& feature : features) {
-            text += (text.empty() ? "" : "\n") + feature;
-        }
-        return text;
-    }
-
     std::string Property(const RemoteProperty& property) const {
-        std::string text = QualifierList(property.qualifiers, kIndent) + Blanks(kIndent) + MofType(property.type) +
-                           ' ' + Printable(property.name) + MofArray(property.type);
+        std::string text = QualifierList(property.qualifiers, kIndent) + Blanks(kIndent) + Declaration(property);
         if (!property.default_value.IsNull()) {
             text += " = " + MofValue(property.default_value, kIndent + 2);
         }
@@ -101,7 +98,7 @@ class ClassWriter {
         const char* separator = "\n";
         for (const RemoteParameter& parameter : method.parameters) {
             text += separator + QualifierList(parameter.qualifiers, 2 * kIndent) + Blanks(2 * kIndent) +
-                    MofType(parameter.type) + ' ' + Printable(parameter.name) + MofArray(parameter.type);
+                    Declaration(parameter);
             separator = ",\n";
         }
         return text + ");\n";
@@ -121,8 +118,7 @@ class ClassWriter {
         };
         for (const RemoteProperty& property : cls_.properties) {
             if (property.isInherited) {
-                add(property.origin, (IsKey(property) ? "[Key] " : "") + MofType(property.type) + ' ' + property.name +
-                                         MofArray(property.type));
+                add(property.origin, (IsKey(property) ? "[Key] " : "") + Declaration(property));
             }
         }
         for (const RemoteMethod& method : cls_.methods) {
@@ -130,12 +126,6 @@ class ClassWriter {
                 add(method.origin, MethodSignature(method));
             }
         }
-    }
-
-    static bool IsKey(const RemoteProperty& property) {
-        return std::any_of(property.qualifiers.begin(), property.qualifiers.end(), [](const auto& qualifier) {
-            return IsSameName(qualifier.name, "Key") && qualifier.value == TCIMValue(true);
-        });
     }
 
     static std::string Comment(const std::string& feature) {
@@ -202,7 +192,7 @@ std::string MethodSignature(const RemoteMethod& method) {
     std::string text = MofType(method.type) + ' ' + Printable(method.name) + '(';
     const char* separator = "";
     for (const RemoteParameter& parameter : method.parameters) {
-        text += separator + MofType(parameter.type) + ' ' + Printable(parameter.name) + MofArray(parameter.type);
+        text += separator + Declaration(parameter);
         separator = ", ";
     }
     return text + ')';

@@ -35,10 +35,7 @@ struct ObjectGraph {
 
     std::vector<Object> objects; ///< in the order in which they were found, the one in question first
     std::vector<Edge> edges;     ///< each association once, or more often where it refers to more than two objects
-    bool is_complete = true;     ///< no state is kFailed, and nothing was left out for its number
+    bool isComplete = true;      ///< no state is kFailed, and nothing was left out for its number
 };
-
-/// A text that is the same for the paths of one object only, however their names are spelled.
-std::string IdentityOf(const NQORVYX20::TCIMReference& path);
 
 } // namespace cimhttp

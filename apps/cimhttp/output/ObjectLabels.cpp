@@ -1,9 +1,9 @@
 #include "output/ObjectLabels.h"
 
+#include "output/DisplayText.h"
 #include "output/ObjectGraph.h"
 #include "output/ShortReferences.h"
-#include "text/NameOrder.h"
-#include "text/Pattern.h"
+#include "text/Names.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -15,8 +15,6 @@ namespace {
 
 using NQORVYX20::TCIMReference;
 using NQORVYX20::TCIMValue;
-
-constexpr unsigned char kDecimal = 10;
 
 bool EndsWithName(const std::string& text, const std::string& name) {
     return text.size() >= name.size() && IsSameName(text.substr(text.size() - name.size()), name);
@@ -64,7 +62,7 @@ class Labeller {
         ClassKeys& keys = classes_[path.GetClassName()];
         ++keys.objectCount;
         path.EnumerateKeyValues([&](const std::string& name, const TCIMValue& value) {
-            const std::string text = value.ToString(kDecimal);
+            const std::string text = PlainText(value);
             ++keys.values[name][text];
             owners_[text][name].insert(path.GetClassName());
             return true;
@@ -74,7 +72,7 @@ class Labeller {
     /// Whether an object of another class has the same key, or is what the key names: `Name` of a system is
     /// `SystemName` of what it contains.
     bool IsElsewhere(const std::string& name, const TCIMValue& value, const std::string& className) const {
-        const auto& owners = owners_.at(value.ToString(kDecimal));
+        const auto& owners = owners_.at(PlainText(value));
         return std::any_of(owners.begin(), owners.end(), [&](const auto& owner) {
             const auto& [key, classes] = owner;
             return EndsWithName(name, key) && (classes.size() > 1 || classes.count(className) == 0);

@@ -1,17 +1,22 @@
 #include "output/OutputFile.h"
 
 #include "Failure.h"
-#include "output/DescriptorBuffer.h"
-#include "output/ReplacementFile.h"
+#include "output/RemovalOnSignal.h"
 
 #include <fcntl.h>
+#include <sys/random.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
+#include <cstdint>
+#include <cstdio>
 #include <filesystem>
 #include <ostream>
+#include <streambuf>
 #include <system_error>
+#include <utility>
 
 namespace cimhttp {
 
@@ -20,7 +25,9 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr mode_t kPermissions = 07777;
-constexpr mode_t kNewFile = 0666; // less what the process's mask takes away
+constexpr mode_t kOnlyOwner = 0600;
+constexpr mode_t kNewFile = 0666;        // less what the process's mask takes away
+constexpr std::size_t kMostOfName = 200; // of the 255 bytes that a name may have
 
 [[noreturn]] void Fail(const std::string& path, int error) {
     throw Failure(Failure::kOther, path + " cannot be written: " + std::generic_category().message(error));
@@ -37,6 +44,43 @@ std::string FolderOf(const std::string& path) {
     return folder.empty() ? "." : folder.string();
 }
 
+/// What is written to a stream goes to a file descriptor, which stays the caller's.
+class DescriptorBuffer : public std::streambuf {
+  public:
+    explicit DescriptorBuffer(int descriptor) : descriptor_(descriptor) {
+        setp(block_.data(), block_.data() + block_.size());
+    }
+
+    /// Why the first writing that failed did, an errno; 0 while none has. Nothing is written after it.
+    int Error() const { return error_; }
+
+  private:
+    int_type overflow(int_type character) override {
+        if (sync() != 0) {
+            return traits_type::eof();
+        }
+        return traits_type::eq_int_type(character, traits_type::eof()) ? traits_type::not_eof(character)
+                                                                       : sputc(traits_type::to_char_type(character));
+    }
+
+    int sync() override {
+        for (const char* begin = pbase(); begin != pptr() && error_ == 0;) {
+            const ssize_t size = ::write(descriptor_, begin, static_cast<std::size_t>(pptr() - begin));
+            if (size >= 0) {
+                begin += size;
+            } else if (errno != EINTR) {
+                error_ = errno;
+            }
+        }
+        setp(block_.data(), block_.data() + block_.size());
+        return error_ == 0 ? 0 : -1;
+    }
+
+    int descriptor_;
+    int error_ = 0;
+    std::array<char, std::size_t{64} << 10U> block_{};
+};
+
 /// Lets `write` fill an open file. Returns 0, or an errno when that fails.
 int Fill(int descriptor, const std::function<void(std::ostream&)>& write) {
     DescriptorBuffer buffer(descriptor);
@@ -45,6 +89,65 @@ int Fill(int descriptor, const std::function<void(std::ostream&)>& write) {
     stream.flush();
     return buffer.Error();
 }
+
+/// A name that nobody can guess, and so nobody has taken.
+std::string NameBeside(const std::string& name) {
+    std::uint64_t number = 0;
+    static_cast<void>(::getrandom(&number, sizeof number, 0)); // without, the name may be taken: that is an error then
+    std::array<char, 2 * sizeof number + 2> suffix{};
+    std::snprintf(suffix.data(), suffix.size(), ".%016llx", static_cast<unsigned long long>(number));
+    return name.substr(0, kMostOfName) + suffix.data();
+}
+
+/// Makes a rename in the folder survive a crash of the machine. Not every file system can; the file is whole anyway.
+void SyncFolder(int folder) {
+    const Descriptor readable(::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (readable.Number() >= 0) {
+        ::fsync(readable.Number());
+    }
+}
+
+/// A new file beside another, which takes that one's place or goes, also when a signal ends the program.
+class ReplacementFile {
+  public:
+    /// Beside the file with this name in an open folder, which must stay open. Nothing is followed or opened that is
+    /// there already. Check Number() for -1; errno has the reason.
+    ReplacementFile(int folder, std::string name)
+        : folder_(folder),
+          name_(std::move(name)),
+          ownName_(NameBeside(name_)),
+          removal_(folder_, ownName_),
+          descriptor_(
+              ::openat(folder_, ownName_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kOnlyOwner)) {}
+    ~ReplacementFile() {
+        if (Number() >= 0 && !isRenamed_) {
+            ::unlinkat(folder_, ownName_.c_str(), 0);
+        }
+    }
+    ReplacementFile(const ReplacementFile&) = delete;
+    ReplacementFile& operator=(const ReplacementFile&) = delete;
+
+    int Number() const { return descriptor_.Number(); }
+
+    /// Puts the file, with these permissions, in the place of the other once it is on the disk. False, with errno, when
+    /// that fails.
+    bool TakePlace(mode_t permissions) {
+        isRenamed_ = ::fchmod(Number(), permissions) == 0 && ::fsync(Number()) == 0 &&
+                     ::renameat(folder_, ownName_.c_str(), folder_, name_.c_str()) == 0;
+        if (isRenamed_) {
+            SyncFolder(folder_);
+        }
+        return isRenamed_;
+    }
+
+  private:
+    int folder_;
+    std::string name_;
+    std::string ownName_;
+    RemovalOnSignal removal_;
+    Descriptor descriptor_;
+    bool isRenamed_ = false;
+};
 
 } // namespace
 

@@ -15,8 +15,8 @@ namespace cimhttp {
 class OutputFile {
   public:
     /// Throws Failure, naming the file, when it cannot be written; so that this is known before the work is done. The
-    /// file that a symbolic link leads to is found here, and its folder held: what changes later on the way to it does
-    /// not matter. `permissions` are the file's; those that it has, or those of any new file, without.
+    /// file that a symbolic link leads to is found here, and its folder kept open: links that change later do not
+    /// matter. `permissions` are the file's; those that it has, or those of any new file, without.
     explicit OutputFile(const std::string& path, std::optional<mode_t> permissions = {});
 
     /// Lets `write` make the content, and puts it in the place of the old one once it is on the disk. A symbolic link

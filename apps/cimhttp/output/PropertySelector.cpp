@@ -3,8 +3,7 @@
 #include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMPropertyDecl.h"
-
-#include <strings.h>
+#include "text/Names.h"
 
 #include <algorithm>
 
@@ -15,7 +14,7 @@ namespace {
 using namespace NQORVYX20;
 
 bool IsNameBefore(const boost::shared_ptr<ICIMPropertyDecl>& one, const boost::shared_ptr<ICIMPropertyDecl>& other) {
-    return ::strcasecmp(one->GetName(TCIMContext()).c_str(), other->GetName(TCIMContext()).c_str()) < 0;
+    return NameBefore()(one->GetName(TCIMContext()), other->GetName(TCIMContext()));
 }
 
 } // namespace

@@ -13,9 +13,11 @@ class PropertySelector {
   public:
     enum class Order { kGiven, kByName }; ///< given: by the names, or keys first
 
-    /// Those with these names, or all of each instance's own class.
-    PropertySelector(std::optional<std::vector<std::string>> names, Order order)
-        : names_(std::move(names)), order_(order) {}
+    /// All of each instance's own class.
+    explicit PropertySelector(Order order) : order_(order) {}
+
+    /// Those with these names.
+    PropertySelector(std::vector<std::string> names, Order order) : names_(std::move(names)), order_(order) {}
 
     /// The declarations of the instance's own class, as far as it has them. Valid until the next call.
     const Properties& PropertiesFor(const NQORVYX20::ICIMInstance& instance);

@@ -17,9 +17,9 @@ bool HasKeys(const NQORVYX20::TCIMReference& reference);
 /// show that this is no path to look an instance up with.
 std::string TextWithKeys(const NQORVYX20::TCIMReference& reference, const KeyPredicate& isWanted);
 
-/// The same rows, where a column's references lack the keys that are the same in every one of them; `…` stands for
-/// these, so that nobody takes the text for a path. Empty when there are none to leave out, or when nothing else would
-/// be left of a column's references.
+/// A copy of the rows, in which a column's references lack the keys that are the same in every one of them; `…` stands
+/// for these, so that nobody takes the text for a path. Empty when there are none to leave out, or when nothing else
+/// would be left of a column's references.
 std::optional<Listing> WithShortReferences(const Listing& listing);
 
 } // namespace cimhttp

@@ -5,7 +5,7 @@
 #include "host/ICIMPropertyDecl.h"
 #include "output/TypeText.h"
 #include "output/ValueTexts.h"
-#include "text/Pattern.h"
+#include "text/Names.h"
 
 #include <algorithm>
 #include <string_view>
@@ -18,25 +18,14 @@ namespace {
 
 using namespace NQORVYX20;
 
-constexpr unsigned char kDecimal = 10;
-
 bool IsMatch(const std::string& pattern, const ICIMInstance& instance, const ICIMProperty& property,
              const ValueTexts& texts) {
+    const auto hasMatch = [&](const std::vector<std::string>& some) {
+        return std::any_of(some.begin(), some.end(), [&](const auto& text) { return Matches(pattern, text); });
+    };
     const TCIMValue& value = property.GetValue(TCIMContext());
-    if (Matches(pattern, value.ToString(kDecimal))) {
-        return true;
-    }
-    const DisplayText display = texts.Of(instance, property);
-    const auto matches = [&](const std::string& text) { return Matches(pattern, text); };
-    if (std::any_of(display.Texts().begin(), display.Texts().end(), matches)) {
-        return true;
-    }
-    if (!display.IsList()) {
-        return false;
-    }
-    const std::vector<TCIMValue>& elements = value;
-    return std::any_of(elements.begin(), elements.end(),
-                       [&](const TCIMValue& element) { return matches(element.ToString(kDecimal)); });
+    return Matches(pattern, PlainText(value)) || hasMatch(PlainTexts(value)) ||
+           hasMatch(texts.Of(instance, property).Texts());
 }
 
 } // namespace

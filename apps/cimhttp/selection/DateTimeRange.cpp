@@ -204,8 +204,8 @@ class Scanner {
 
 } // namespace
 
-DateTimeRange::DateTimeRange(const TCIMDateTime& date_time) : isInterval(date_time.IsInterval()) {
-    const std::string text = date_time.ToString();
+DateTimeRange::DateTimeRange(const TCIMDateTime& dateTime) : isInterval(dateTime.IsInterval()) {
+    const std::string text = dateTime.ToString();
     lowest = isInterval ? LengthOf(Filled(text, kLowestInterval))
                         : InstantOf(FilledInstant(text, kLowestInstant, '+', "999"));
     highest = isInterval ? LengthOf(Filled(text, kHighestInterval))
@@ -213,8 +213,8 @@ DateTimeRange::DateTimeRange(const TCIMDateTime& date_time) : isInterval(date_ti
 }
 
 std::optional<TCIMDateTime> DateTimeIn(const std::string& text) {
-    if (auto date_time = Checked(text)) {
-        return date_time;
+    if (auto dateTime = Checked(text)) {
+        return dateTime;
     }
     if (auto instant = Scanner(text).Instant()) {
         return instant;

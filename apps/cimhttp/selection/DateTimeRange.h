@@ -11,7 +11,7 @@ namespace cimhttp {
 
 /// The instants, or the lengths of time, that a date-time may stand for: one, unless it has asterisks.
 struct DateTimeRange {
-    explicit DateTimeRange(const NQORVYX20::TCIMDateTime& date_time);
+    explicit DateTimeRange(const NQORVYX20::TCIMDateTime& dateTime);
 
     bool isInterval;
     long long lowest;  ///< in microseconds: since the year 0 in UTC, or the length

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "text/NameOrder.h"
+#include "text/Names.h"
 
 #include <string>
 #include <vector>

@@ -1,9 +1,7 @@
 #include "selection/KeyValue.h"
 
 #include "host/TVYXException.h"
-#include "text/Pattern.h"
-
-#include <charconv>
+#include "selection/ParsedText.h"
 
 namespace cimhttp {
 
@@ -40,22 +38,14 @@ TCIMValue Converted(const TCIMValue& value, ECIMType type) {
     }
 }
 
-template <typename Number>
-TCIMValue Parsed(const std::string& text) {
-    Number number{};
-    const char* const end = text.data() + text.size();
-    const auto [parsed, error] = std::from_chars(text.data(), end, number);
-    return error == std::errc() && parsed == end ? TCIMValue(number) : TCIMValue();
+template <typename Value>
+TCIMValue ValueOrNull(const std::optional<Value>& value) {
+    return value ? TCIMValue(*value) : TCIMValue();
 }
 
 TCIMValue WrittenInteger(const std::string& text) {
-    const TCIMValue value = Parsed<long long>(text);
-    return value.IsNull() ? Parsed<unsigned long long>(text) : value;
-}
-
-TCIMValue WrittenBoolean(const std::string& text) {
-    const bool isTrue = IsSameName(text, "true");
-    return isTrue || IsSameName(text, "false") ? TCIMValue(isTrue) : TCIMValue();
+    const auto number = NumberIn<long long>(text);
+    return number ? TCIMValue(*number) : ValueOrNull(NumberIn<unsigned long long>(text));
 }
 
 TCIMValue WrittenDateTime(const std::string& text) {
@@ -82,7 +72,7 @@ TCIMValue WrittenKey(const std::string& text, TCIMValue::TCIMType type) {
     }
     switch (type) {
     case ECIMType::eCIMBoolean:
-        return WrittenBoolean(text);
+        return ValueOrNull(BooleanIn(text));
     case ECIMType::eCIMDateTime:
         return WrittenDateTime(text);
     case ECIMType::eCIMString:

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "Failure.h"
+
 #include <cstddef>
-#include <iosfwd>
 #include <optional>
+#include <ostream>
 #include <vector>
 
 namespace cimhttp {
@@ -11,7 +13,11 @@ namespace cimhttp {
 class RowLimit {
   public:
     /// Throws Failure(kUsage) for a limit of 0.
-    explicit RowLimit(std::optional<std::size_t> limit);
+    explicit RowLimit(std::optional<std::size_t> limit) : limit_(limit) {
+        if (limit_ && *limit_ == 0) {
+            throw Failure(Failure::kUsage, "--limit is 1 or more");
+        }
+    }
 
     /// Drops the rows that are too many.
     template <typename Row>
@@ -23,7 +29,12 @@ class RowLimit {
     }
 
     /// Says in a line that there were more, if so; `things` is the plural of what a row is.
-    void Report(const char* things, std::ostream& errors) const;
+    void Report(const char* things, std::ostream& errors) const {
+        if (IsExceeded()) {
+            errors << "cimhttp: " << *limit_ << " of " << total_ << ' ' << things
+                   << " shown; without --limit all are\n";
+        }
+    }
 
   private:
     bool IsExceeded() const { return limit_ && total_ > *limit_; }

@@ -2,8 +2,7 @@
 
 #include "Failure.h"
 #include "selection/ValuePlace.h"
-#include "text/NameList.h"
-#include "text/Pattern.h"
+#include "text/Names.h"
 
 #include <algorithm>
 #include <numeric>
@@ -16,7 +15,7 @@ using NQORVYX20::TCIMValue;
 
 /// A value to sort by.
 struct SortedValue {
-    bool is_null;
+    bool isNull;
     std::vector<ValuePlace> places;
 };
 
@@ -36,8 +35,8 @@ std::vector<Row> RowsOf(const std::vector<std::vector<TCIMValue>>& rows) {
 
 bool IsBefore(const Row& one, const Row& other, const std::vector<bool>& isDescending) {
     for (std::size_t i = 0; i < one.size(); ++i) {
-        if (one[i].is_null != other[i].is_null) {
-            return other[i].is_null;
+        if (one[i].isNull != other[i].isNull) {
+            return other[i].isNull;
         }
         if (one[i].places < other[i].places) {
             return !isDescending[i];

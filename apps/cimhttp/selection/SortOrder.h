@@ -12,7 +12,7 @@ namespace cimhttp {
 class SortOrder {
   public:
     /// `texts` are such as `State,Size:desc`; none for no order. Throws Failure(kUsage) for what is no name with
-    /// `:asc`, `:desc` or nothing behind it.
+    /// `:asc`, `:desc` or nothing after it.
     explicit SortOrder(const std::vector<std::string>& texts);
 
     bool IsEmpty() const { return names_.empty(); }
@@ -20,7 +20,7 @@ class SortOrder {
     const std::vector<std::string>& Names() const { return names_; }
 
     /// The places of the rows in the order. Each row has a value for each name. Values are in the order that ValuePlace
-    /// says, arrays in that of their first elements that differ; null stands behind all, also where the greatest comes
+    /// says, arrays in that of their first elements that differ; null comes after all, also where the greatest comes
     /// first. Equal rows keep their order.
     std::vector<std::size_t> Sorted(const std::vector<std::vector<NQORVYX20::TCIMValue>>& rows) const;
 

@@ -1,15 +1,14 @@
 #include "selection/ValuePlace.h"
 
+#include "output/DisplayText.h"
 #include "selection/DateTimeRange.h"
-#include "text/Pattern.h"
+#include "selection/ParsedText.h"
 
 #include <strings.h>
 
-#include <charconv>
 #include <cmath>
 #include <limits>
 #include <tuple>
-#include <utility>
 
 namespace cimhttp {
 
@@ -17,8 +16,6 @@ namespace {
 
 using namespace NQORVYX20;
 using ECIMType = TCIMValue::TCIMType::ECIMType;
-
-constexpr unsigned char kDecimal = 10;
 
 static_assert(std::numeric_limits<long double>::digits >= std::numeric_limits<unsigned long long>::digits);
 
@@ -40,27 +37,22 @@ long double NumberOf(const TCIMValue& value) {
                                        : static_cast<long double>(static_cast<long long>(value));
 }
 
-/// As the nearest number of this type; nothing for a text that is no number, or none that the type comes near to.
+/// Nothing for what is not a number, too.
 template <typename Number>
-std::optional<long double> Parsed(const std::string& text) {
-    Number number{};
-    const char* const end = text.data() + text.size();
-    const auto [parsed, error] = std::from_chars(text.data(), end, number);
-    const bool is_number = error == std::errc() && parsed == end && !std::isnan(number);
-    return is_number ? std::optional<long double>(number) : std::nullopt;
+std::optional<long double> PlaceIn(const std::string& text) {
+    const auto number = NumberIn<Number>(text);
+    return number && !std::isnan(*number) ? std::optional<long double>(*number) : std::nullopt;
 }
 
 /// What a user means by 0.1 of a real is the real that shows as 0.1.
-std::optional<long double> NumberIn(const std::string& text, ECIMType type) {
-    const auto rounded = type == ECIMType::eCIMReal32   ? Parsed<float>(text)
-                         : type == ECIMType::eCIMReal64 ? Parsed<double>(text)
+std::optional<long double> PlaceIn(const std::string& text, ECIMType type) {
+    if (type == ECIMType::eCIMBoolean) {
+        return BooleanIn(text);
+    }
+    const auto rounded = type == ECIMType::eCIMReal32   ? PlaceIn<float>(text)
+                         : type == ECIMType::eCIMReal64 ? PlaceIn<double>(text)
                                                         : std::nullopt;
-    return rounded ? rounded : Parsed<long double>(text);
-}
-
-std::optional<long double> BooleanIn(const std::string& text) {
-    const bool isTrue = IsSameName(text, "true");
-    return isTrue || IsSameName(text, "false") ? std::optional<long double>(isTrue ? 1 : 0) : std::nullopt;
+    return rounded ? rounded : PlaceIn<long double>(text);
 }
 
 } // namespace
@@ -72,8 +64,8 @@ ValuePlace::ValuePlace(long double number)
     }
 }
 
-ValuePlace::ValuePlace(const TCIMDateTime& date_time) : kind_(Kind::kInstant) {
-    const DateTimeRange range(date_time);
+ValuePlace::ValuePlace(const TCIMDateTime& dateTime) : kind_(Kind::kInstant) {
+    const DateTimeRange range(dateTime);
     kind_ = range.isInterval ? Kind::kInterval : Kind::kInstant;
     lowest_ = static_cast<long double>(range.lowest);
     highest_ = static_cast<long double>(range.highest);
@@ -94,17 +86,17 @@ ValuePlace ValuePlace::Placed(const TCIMValue& value) {
     if (type == ECIMType::eCIMBoolean) {
         return ValuePlace(static_cast<bool>(value) ? 1.0L : 0.0L);
     }
-    return type == ECIMType::eCIMDateTime ? ValuePlace(value.GetDateTime()) : ValuePlace(value.ToString(kDecimal));
+    return type == ECIMType::eCIMDateTime ? ValuePlace(value.GetDateTime()) : ValuePlace(PlainText(value));
 }
 
 std::optional<ValuePlace> ValuePlace::Of(const std::string& text, TCIMValue::TCIMType type) {
     if (IsNumber(type) || type == ECIMType::eCIMBoolean) {
-        const auto number = IsNumber(type) ? NumberIn(text, type) : BooleanIn(text);
+        const auto number = PlaceIn(text, type);
         return number ? std::optional<ValuePlace>(ValuePlace(*number)) : std::nullopt;
     }
     if (type == ECIMType::eCIMDateTime) {
-        const auto date_time = DateTimeIn(text);
-        return date_time ? std::optional<ValuePlace>(ValuePlace(*date_time)) : std::nullopt;
+        const auto dateTime = DateTimeIn(text);
+        return dateTime ? std::optional<ValuePlace>(ValuePlace(*dateTime)) : std::nullopt;
     }
     return ValuePlace(text);
 }
@@ -118,10 +110,10 @@ std::optional<bool> ValuePlace::IsLessThan(const ValuePlace& other) const {
         return std::nullopt;
     }
     if (kind_ == Kind::kText) {
-        return ::strcasecmp(text_.c_str(), other.text_.c_str()) < 0;
+        return CompareIgnoringCase(text_, other.text_) < 0;
     }
-    const bool is_less = highest_ < other.lowest_;
-    return is_less || lowest_ >= other.highest_ ? std::optional<bool>(is_less) : std::nullopt;
+    const bool isLess = highest_ < other.lowest_;
+    return isLess || lowest_ >= other.highest_ ? std::optional<bool>(isLess) : std::nullopt;
 }
 
 std::optional<bool> ValuePlace::IsAtMost(const ValuePlace& other) const {
@@ -130,7 +122,7 @@ std::optional<bool> ValuePlace::IsAtMost(const ValuePlace& other) const {
 }
 
 bool operator<(const ValuePlace& one, const ValuePlace& other) {
-    const int texts = ::strcasecmp(one.text_.c_str(), other.text_.c_str());
+    const int texts = CompareIgnoringCase(one.text_, other.text_);
     return std::tuple(one.kind_, one.lowest_, one.highest_, texts) <
            std::tuple(other.kind_, other.lowest_, other.highest_, 0);
 }

@@ -34,7 +34,7 @@ class ValuePlace {
 
     explicit ValuePlace(long double number);
     explicit ValuePlace(std::string text) : kind_(Kind::kText), text_(std::move(text)) {}
-    explicit ValuePlace(const NQORVYX20::TCIMDateTime& date_time);
+    explicit ValuePlace(const NQORVYX20::TCIMDateTime& dateTime);
 
     bool IsComparableWith(const ValuePlace& other) const;
 

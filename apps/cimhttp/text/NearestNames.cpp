@@ -1,9 +1,9 @@
 #include "text/NearestNames.h"
 
+#include "text/Ascii.h"
 #include "text/WordList.h"
 
 #include <algorithm>
-#include <cctype>
 #include <tuple>
 
 namespace cimhttp {
@@ -13,32 +13,26 @@ namespace {
 /// Longer texts are not names; the time that a distance takes grows with the product of the lengths.
 constexpr std::size_t kLongestName = 256;
 
-/// Written without its schema, a name is as far away as with one wrong letter.
-constexpr std::size_t kCostOfSchema = 1;
+/// Written without its prefix, a name is as far away as with one wrong letter.
+constexpr std::size_t kCostOfPrefix = 1;
 
-std::string LowerCase(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
-    return text;
-}
-
-/// What follows the first underscore, which ends the schema's name (DSP0004 5.1.2.1); empty without a schema.
-std::string WithoutSchema(const std::string& name) {
+/// What follows the first underscore, which ends a prefix that names share; empty without a prefix.
+std::string WithoutPrefix(const std::string& name) {
     const auto underscore = name.find('_');
     return underscore == std::string::npos ? std::string() : name.substr(underscore + 1);
 }
 
 std::size_t DistanceTo(const std::string& name, const std::string& candidate) {
     const std::size_t distance = EditDistance(name, candidate);
-    const std::string local = WithoutSchema(candidate);
-    return local.empty() ? distance : std::min(distance, EditDistance(name, local) + kCostOfSchema);
+    const std::string local = WithoutPrefix(candidate);
+    return local.empty() ? distance : std::min(distance, EditDistance(name, local) + kCostOfPrefix);
 }
 
 } // namespace
 
 std::size_t EditDistance(const std::string& one, const std::string& other) {
-    const std::string a = LowerCase(one);
-    const std::string b = LowerCase(other);
+    const std::string a = AsciiLower(one);
+    const std::string b = AsciiLower(other);
     // Three rows of the table of distances between the beginnings of both: two rows up, one row up, this row.
     std::vector<std::size_t> before(b.size() + 1);
     std::vector<std::size_t> above(b.size() + 1);

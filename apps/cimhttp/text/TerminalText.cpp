@@ -65,8 +65,8 @@ std::size_t EndOfFit(std::string_view text, std::size_t begin, std::size_t width
     return end;
 }
 
-/// How much of a word that is too long for a line goes into it: up to behind the last of the strongest separators; all
-/// that fits when that would leave the most of the line empty.
+/// How much of a word that is too long for a line goes into it: up to and with the last of the strongest separators;
+/// all that fits when that would leave the most of the line empty.
 std::size_t LengthOfPart(std::string_view fit) {
     for (const char* const separators : kSeparators) {
         const std::size_t separator = fit.find_last_of(separators);
@@ -98,14 +98,14 @@ std::size_t DisplayWidth(std::string_view text) {
     }
 }
 
-std::string_view Folder::NextLine() {
+std::string_view LineWrapper::NextLine() {
     const std::size_t begin = offset_;
     const std::size_t fit = EndOfFit(text_, begin, width_);
     if (fit == text_.size()) {
         offset_ = fit;
         return text_.substr(begin);
     }
-    // The blank behind the last word that fits may stand just outside.
+    // The blank after the last word that fits may stand just outside.
     const std::string_view reach = text_.substr(begin, fit + 1 - begin);
     const std::size_t blank = reach.rfind(' ');
     const bool isBetweenWords = blank != std::string_view::npos && blank > 0;
@@ -115,12 +115,12 @@ std::string_view Folder::NextLine() {
     return reach.substr(0, reach.find_last_not_of(' ', length - 1) + 1);
 }
 
-std::vector<std::string> Folded(std::string_view text, std::size_t width) {
-    Folder folder(text, width);
+std::vector<std::string> Wrapped(std::string_view text, std::size_t width) {
+    LineWrapper wrapper(text, width);
     std::vector<std::string> lines;
     do {
-        lines.emplace_back(folder.NextLine());
-    } while (!folder.IsAtEnd());
+        lines.emplace_back(wrapper.NextLine());
+    } while (!wrapper.IsAtEnd());
     return lines;
 }
 

@@ -4,7 +4,7 @@ namespace cimhttp {
 
 namespace {
 
-std::string Joined(const std::vector<std::string>& words, const char* last) {
+std::string Enumerated(const std::vector<std::string>& words, const char* last) {
     std::string list;
     for (const std::string& word : words) {
         list += (list.empty() ? "" : &word == &words.back() ? last : ", ") + word;
@@ -14,8 +14,20 @@ std::string Joined(const std::vector<std::string>& words, const char* last) {
 
 } // namespace
 
-std::string Listed(const std::vector<std::string>& words) { return Joined(words, " or "); }
+std::string Joined(const std::vector<std::string>& words, const char* separator) {
+    std::string text;
+    for (const std::string& word : words) {
+        text.append(text.empty() ? "" : separator).append(word);
+    }
+    return text;
+}
 
-std::string ListedTogether(const std::vector<std::string>& words) { return Joined(words, " and "); }
+std::string Counted(std::size_t count, const char* one, const char* many) {
+    return std::to_string(count) + ' ' + (count == 1 ? one : many);
+}
+
+std::string Listed(const std::vector<std::string>& words) { return Enumerated(words, " or "); }
+
+std::string ListedTogether(const std::vector<std::string>& words) { return Enumerated(words, " and "); }
 
 } // namespace cimhttp

@@ -1,5 +1,6 @@
 #include "http/HappyEyeballs.h"
 
+#include "errors/Marked.h"
 #include "http/SocketPoll.h"
 #include "http/SystemError.h"
 #include "http/TimeOut.h"
@@ -133,6 +134,7 @@ std::vector<pollfd> HappyEyeballs::waitForAttempts() const {
 void HappyEyeballs::noteRefusal(const SocketAddress& address, int error) {
     noteReason(address, systemError(error));
     isRefused_ = true;
+    isClosed_ = isClosed_ || error == ECONNREFUSED;
     nextStart_ = Clock::now();
 }
 
@@ -154,7 +156,11 @@ void HappyEyeballs::fail() const {
 }
 
 void HappyEyeballs::fail(const std::string& reason) const {
-    throw CannotConnectException(String("cannot connect to " + endpoint_.text() + ": " + reason));
+    const String text("cannot connect to " + endpoint_.text() + ": " + reason);
+    if (isClosed_) {
+        throw detail::Marked<CannotConnectException, PortClosed>(text);
+    }
+    throw CannotConnectException(text);
 }
 
 } // namespace Pegasus::http

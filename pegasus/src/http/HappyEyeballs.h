@@ -60,6 +60,7 @@ class HappyEyeballs {
     std::vector<Attempt> attempts_; // that are under way
     std::string reasons_;           // why the others failed
     bool isRefused_ = false;        // whether any of them is not that the time was over
+    bool isClosed_ = false;         // whether an address has said that nothing listens there
 };
 
 } // namespace Pegasus::http

@@ -1,5 +1,6 @@
 #include "http/Resolver.h"
 
+#include "errors/Marked.h"
 #include "http/TimeOut.h"
 
 #include <Pegasus/Common/Exception.h>
@@ -50,8 +51,21 @@ class SignalBlock {
     sigset_t before_{};
 };
 
+String failureText(const Endpoint& endpoint, const std::string& reason) {
+    return String("cannot resolve " + endpoint.text() + ": " + reason);
+}
+
 [[noreturn]] void fail(const Endpoint& endpoint, const std::string& reason) {
-    throw InvalidLocatorException(String("cannot resolve " + endpoint.text() + ": " + reason));
+    throw InvalidLocatorException(failureText(endpoint, reason));
+}
+
+/// `result`: an EAI_ code.
+[[noreturn]] void fail(const Endpoint& endpoint, int result) {
+    const std::string reason = ::gai_strerror(result);
+    if (result == EAI_NONAME) {
+        throw detail::Marked<InvalidLocatorException, UnknownHost>(failureText(endpoint, reason));
+    }
+    fail(endpoint, reason);
 }
 
 std::vector<SocketAddress> addressesOf(const addrinfo* list) {
@@ -142,7 +156,7 @@ std::vector<SocketAddress> resolve(const Endpoint& endpoint, const Deadline& dea
     }
     Resolution resolution = resolutionOf(endpoint, deadline);
     if (resolution.result != 0) {
-        fail(endpoint, ::gai_strerror(resolution.result));
+        fail(endpoint, resolution.result);
     }
     if (resolution.addresses.empty()) {
         fail(endpoint, "it has no address");

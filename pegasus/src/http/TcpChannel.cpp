@@ -9,11 +9,15 @@
 #include <sys/socket.h>
 
 #include <cerrno>
+#include <utility>
 
 namespace Pegasus::http {
 
 TcpChannel::TcpChannel(const Endpoint& endpoint, const ConnectTime& time)
     : endpoint_(endpoint), socket_(HappyEyeballs(endpoint_, resolve(endpoint_, time.ofStep()), time).run()) {}
+
+TcpChannel::TcpChannel(Endpoint endpoint, Descriptor socket)
+    : endpoint_(std::move(endpoint)), socket_(std::move(socket)) {}
 
 void TcpChannel::write(std::string_view bytes, const Deadline& deadline) {
     while (!bytes.empty()) {

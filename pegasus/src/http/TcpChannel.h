@@ -19,6 +19,9 @@ class TcpChannel : public Channel {
     /// Connects. Throws InvalidLocatorException, CannotConnectException or ConnectionTimeoutException.
     TcpChannel(const Endpoint& endpoint, const ConnectTime& time);
 
+    /// Takes a connected socket that does not block.
+    TcpChannel(Endpoint endpoint, Descriptor socket);
+
     void write(std::string_view bytes, const Deadline& deadline) override;
     std::size_t readSome(char* buffer, std::size_t size, const Deadline& deadline) override;
     bool isClosedByPeer() override;

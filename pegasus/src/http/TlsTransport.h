@@ -2,8 +2,11 @@
 
 #include "http/Channel.h"
 #include "http/ConnectTime.h"
+#include "http/Deadline.h"
+#include "http/Descriptor.h"
 #include "http/Endpoint.h"
 
+#include <Pegasus/Client/ServerProbe.h>
 #include <Pegasus/Common/SSLContext.h>
 
 #include <memory>
@@ -28,6 +31,10 @@ class TlsTransport {
 
     /// Reads the files that the settings name. Throws SSLException when the settings cannot be used.
     virtual std::unique_ptr<TlsClient> makeClient(const Endpoint& endpoint, const SSLContext& settings) const = 0;
+
+    /// Shakes hands over a connected socket that does not block, and verifies nobody. Throws SSLException only where
+    /// TLS cannot be used at all: other failures are in what it returns.
+    virtual TlsProbe probe(const Endpoint& endpoint, Descriptor socket, const Deadline& deadline) const = 0;
 
     /// The library's, which the first call loads, for the rest of the process. Throws SSLException when it cannot be
     /// loaded. From any thread.

@@ -1,20 +1,15 @@
-#include "text/Ascii.h"
+#include "model/NameCharacters.h"
 
 #include <Pegasus/Common/CIMName.h>
 #include <Pegasus/Common/Exception.h>
 
-#include <algorithm>
+#include <string_view>
 
 namespace Pegasus {
 
 namespace {
 
-constexpr bool startsName(char c) noexcept { return text::isLetter(c) || c == '_' || static_cast<Uint8>(c) >= 0x80; }
-
-bool isName(std::string_view text) noexcept {
-    return !text.empty() && startsName(text.front()) &&
-           std::all_of(text.begin(), text.end(), [](char c) { return startsName(c) || text::isDigit(c); });
-}
+bool isName(std::string_view text) noexcept { return !text.empty() && detail::nameSize(text) == text.size(); }
 
 /// A namespace is often written with a slash before it.
 std::string_view withoutLeadingSlash(std::string_view name) noexcept {

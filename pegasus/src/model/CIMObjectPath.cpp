@@ -1,6 +1,9 @@
+#include "errors/Marked.h"
+#include "model/NameCharacters.h"
 #include "text/Ascii.h"
 
 #include <Pegasus/Common/CIMObjectPath.h>
+#include <Pegasus/Common/Exception.h>
 
 #include <algorithm>
 #include <charconv>
@@ -108,12 +111,26 @@ class PathParser {
     CIMObjectPath parse() {
         const String host = parseHost();
         const CIMNamespaceName nameSpace = parseNamespace();
-        const CIMName className(String(take(rest_.find_first_of(".="))));
+        const CIMName className = parseName(MalformedPath::CLASS_NAME);
         return CIMObjectPath(host, nameSpace, className, parseKeys());
     }
 
   private:
-    [[noreturn]] void fail() const { throw MalformedObjectNameException(text_); }
+    /// What is expected stands not where the rest begins.
+    [[noreturn]] void fail(MalformedPath::Expected expected) const {
+        failAt(expected, text_.view().size() - rest_.size());
+    }
+
+    [[noreturn]] void failAt(MalformedPath::Expected expected, std::size_t position) const {
+        throw detail::Marked<MalformedObjectNameException, MalformedPath>(
+            text_, MalformedPath(expected, static_cast<Uint32>(position)));
+    }
+
+    /// At the colon before which there is no namespace, or at the end where there is no colon.
+    [[noreturn]] void failForNamespace() const {
+        const std::string_view text = text_.view();
+        failAt(MalformedPath::NAMESPACE, std::min(text.rfind(':', text.find_first_of("=\"")), text.size()));
+    }
 
     /// The next characters, up to `length`, or all of them.
     std::string_view take(std::size_t length) {
@@ -136,7 +153,7 @@ class PathParser {
         }
         String host(take(rest_.find('/')));
         if (host.empty() || !skip("/")) {
-            fail();
+            failForNamespace();
         }
         return host;
     }
@@ -146,9 +163,20 @@ class PathParser {
         if (end == std::string_view::npos || rest_[end] != ':') {
             return CIMNamespaceName();
         }
-        CIMNamespaceName nameSpace(String(take(end)));
-        skip(":");
-        return nameSpace;
+        const String nameSpace(rest_.substr(0, end));
+        if (!CIMNamespaceName::legal(nameSpace)) {
+            failForNamespace();
+        }
+        rest_.remove_prefix(end + 1);
+        return CIMNamespaceName(nameSpace);
+    }
+
+    CIMName parseName(MalformedPath::Expected expected) {
+        const std::size_t size = detail::nameSize(rest_);
+        if (size == 0) {
+            fail(expected);
+        }
+        return CIMName(String(take(size)));
     }
 
     Array<CIMKeyBinding> parseKeys() {
@@ -159,21 +187,23 @@ class PathParser {
         if (skip("=")) {
             keys.append(parseValue(CIMName()));
         } else {
-            skip(".");
+            if (!skip(".")) {
+                fail(MalformedPath::KEYS);
+            }
             do {
                 keys.append(parseKey());
             } while (skip(","));
         }
         if (!rest_.empty()) {
-            fail();
+            fail(keys[0].getName().isNull() ? MalformedPath::END : MalformedPath::COMMA_OR_END);
         }
         return keys;
     }
 
     CIMKeyBinding parseKey() {
-        const CIMName name(String(take(rest_.find('='))));
+        const CIMName name = parseName(MalformedPath::KEY_NAME);
         if (!skip("=")) {
-            fail();
+            fail(MalformedPath::EQUALS_SIGN);
         }
         return parseValue(name);
     }
@@ -185,14 +215,13 @@ class PathParser {
             const bool reference = path && path->getKeyBindings().size() != 0;
             return CIMKeyBinding(name, value, reference ? CIMKeyBinding::REFERENCE : CIMKeyBinding::STRING);
         }
-        const String value(take(rest_.find(',')));
-        if (String::equalNoCase(value, "TRUE") || String::equalNoCase(value, "FALSE")) {
-            return CIMKeyBinding(name, value, CIMKeyBinding::BOOLEAN);
+        const String value(rest_.substr(0, rest_.find(',')));
+        const bool isBoolean = String::equalNoCase(value, "TRUE") || String::equalNoCase(value, "FALSE");
+        if (!isBoolean && !isNumber(value.view())) {
+            fail(MalformedPath::VALUE);
         }
-        if (!isNumber(value.view())) {
-            fail();
-        }
-        return CIMKeyBinding(name, value, CIMKeyBinding::NUMERIC);
+        rest_.remove_prefix(value.view().size());
+        return CIMKeyBinding(name, value, isBoolean ? CIMKeyBinding::BOOLEAN : CIMKeyBinding::NUMERIC);
     }
 
     /// Behind the opening quote; takes the closing one, too.
@@ -201,7 +230,7 @@ class PathParser {
         while (!skip("\"")) {
             skip("\\");
             if (rest_.empty()) {
-                fail();
+                fail(MalformedPath::CLOSING_QUOTE);
             }
             value += take(1);
         }
@@ -211,16 +240,6 @@ class PathParser {
     const String& text_;
     std::string_view rest_;
 };
-
-CIMObjectPath parsePath(const String& text) {
-    try {
-        return PathParser(text).parse();
-    } catch (const InvalidNameException&) {
-        throw MalformedObjectNameException(text);
-    } catch (const InvalidNamespaceNameException&) {
-        throw MalformedObjectNameException(text);
-    }
-}
 
 } // namespace
 
@@ -263,7 +282,7 @@ CIMObjectPath::CIMObjectPath(String host, CIMNamespaceName nameSpace, CIMName cl
     : rep_(detail::Handle<Rep>::make(std::move(host), std::move(nameSpace), std::move(className),
                                      sorted(std::move(keyBindings)))) {}
 
-CIMObjectPath::CIMObjectPath(const String& text) : CIMObjectPath(parsePath(text)) {}
+CIMObjectPath::CIMObjectPath(const String& text) : CIMObjectPath(PathParser(text).parse()) {}
 
 CIMObjectPath::CIMObjectPath(const char* text) : CIMObjectPath(String(text)) {}
 

@@ -5,7 +5,10 @@ namespace Pegasus {
 // Here, so that the types exist once for all libraries of a process.
 ExceedsLimit::~ExceedsLimit() = default;
 PeerSpeaksTls::~PeerSpeaksTls() = default;
+UnknownHost::~UnknownHost() = default;
+PortClosed::~PortClosed() = default;
 ClosedWithoutAnswer::~ClosedWithoutAnswer() = default;
+MalformedPath::~MalformedPath() = default;
 CertificateRefused::~CertificateRefused() = default;
 
 } // namespace Pegasus

@@ -2,7 +2,11 @@
 #include "tls/TlsChannel.h"
 #include "tls/TlsContext.h"
 
+#include <Pegasus/Common/Exception.h>
+
 #include <memory>
+#include <string>
+#include <utility>
 
 namespace Pegasus::tls {
 
@@ -34,6 +38,22 @@ class OpenSslTransport : public TlsTransport {
   public:
     std::unique_ptr<TlsClient> makeClient(const Endpoint& endpoint, const SSLContext& settings) const override {
         return std::make_unique<OpenSslClient>(endpoint, settings);
+    }
+
+    TlsProbe probe(const Endpoint& endpoint, Descriptor socket, const Deadline& deadline) const override {
+        const SSLContext trustsAnybody(String::EMPTY, nullptr);
+        TlsChannel channel(endpoint, std::make_shared<TlsContext>(trustsAnybody), std::move(socket));
+        std::string failure;
+        try {
+            channel.shakeHands(deadline);
+        } catch (const ConnectionTimeoutException&) {
+            failure = "the server does not answer in time";
+        } catch (const SSLException&) {
+            failure = channel.reason();
+        }
+        TlsProbe probe = channel.shown();
+        probe.failure = String(failure);
+        return probe;
     }
 };
 

@@ -2,6 +2,7 @@
 
 #include "errors/Marked.h"
 #include "http/SystemError.h"
+#include "tls/CertificateFacts.h"
 #include "tls/OpenSslErrors.h"
 
 #include <Pegasus/Common/Exception.h>
@@ -46,6 +47,19 @@ TlsChannel::TlsChannel(const Endpoint& endpoint, std::shared_ptr<TlsContext> con
       wire_(socket().number()),
       check_(context_->settings(), context_->fingerprint(), this->endpoint()),
       session_(SSL_new(&context_->openSsl())) {
+    setUp();
+}
+
+TlsChannel::TlsChannel(const Endpoint& endpoint, std::shared_ptr<TlsContext> context, Descriptor socket)
+    : TcpChannel(endpoint, std::move(socket)),
+      context_(std::move(context)),
+      wire_(this->socket().number()),
+      check_(context_->settings(), context_->fingerprint(), this->endpoint()),
+      session_(SSL_new(&context_->openSsl())) {
+    setUp();
+}
+
+void TlsChannel::setUp() {
     if (!session_ || !wire_.attachTo(*session_)) {
         ERR_clear_error();
         throw SSLException(String(this->endpoint().text() + ": no memory for TLS"));
@@ -85,6 +99,20 @@ void TlsChannel::shakeHands(const Deadline& deadline) {
         failHandshake(lost.reason);
     }
     context_->sessions().noteHandshake(*session_);
+}
+
+TlsProbe TlsChannel::shown() const {
+    TlsProbe shown;
+    shown.asksForCertificate = isAskedForCertificate_;
+    shown.version = String(SSL_get_version(session_.get()));
+    const char* const cipher = SSL_get_cipher_name(session_.get());
+    shown.cipher = String(cipher != nullptr ? cipher : "");
+    if (const CertificatePtr certificate{SSL_get1_peer_certificate(session_.get())}) {
+        shown.showsCertificate = true;
+        shown.certificate = factsOf(*certificate);
+        shown.isSelfSigned = X509_self_signed(certificate.get(), 0) == 1;
+    }
+    return shown;
 }
 
 bool TlsChannel::hasInput() { return SSL_has_pending(session_.get()) == 1 || TcpChannel::hasInput(); }

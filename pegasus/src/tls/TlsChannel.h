@@ -6,6 +6,8 @@
 #include "tls/SocketBio.h"
 #include "tls/TlsContext.h"
 
+#include <Pegasus/Client/ServerProbe.h>
+
 #include <cstddef>
 #include <memory>
 #include <optional>
@@ -21,10 +23,19 @@ class TlsChannel : public http::TcpChannel {
     /// Connects. Throws like TcpChannel, and SSLException.
     TlsChannel(const http::Endpoint& endpoint, std::shared_ptr<TlsContext> context, const http::ConnectTime& time);
 
+    /// Takes a connected socket that does not block. Throws SSLException.
+    TlsChannel(const Endpoint& endpoint, std::shared_ptr<TlsContext> context, Descriptor socket);
+
     /// Before all else, once. Throws SSLException or ConnectionTimeoutException.
     void shakeHands(const http::Deadline& deadline);
 
     bool hasInput() override;
+
+    /// What the handshake has shown, be it one that failed.
+    TlsProbe shown() const;
+
+    /// Why the newest operation has failed, in few words.
+    std::string reason() const;
 
   protected:
     // In TLS 1.3 a server says only after the handshake that it does not take the client's certificate: these throw
@@ -36,11 +47,11 @@ class TlsChannel : public http::TcpChannel {
     static void freeSession(SSL* session);
     static int onCertificateRequest(SSL* session, void* isAsked);
 
+    void setUp();
     template <typename Call>
     std::optional<Progress> attempt(Call call);
     void attachSessions();
     bool refusesClientCertificate() const;
-    std::string reason() const;
     [[noreturn]] void failHandshake(const std::string& what) const;
     [[noreturn]] void failConversation() const;
     [[noreturn]] void failForClientCertificate() const;

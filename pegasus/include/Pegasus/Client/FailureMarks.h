@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Pegasus/Client/PeerCertificate.h>
+#include <Pegasus/Common/Config.h>
 
 #include <utility>
 
@@ -25,11 +26,52 @@ class PeerSpeaksTls {
     virtual ~PeerSpeaksTls();
 };
 
+/// There is no host of that name. On InvalidLocatorException.
+class UnknownHost {
+  public:
+    virtual ~UnknownHost();
+};
+
+/// Nothing listens on the port: an address of the host has refused the connection, and no other has accepted it. On the
+/// CannotConnectException of connect(), or of an operation that connects again.
+class PortClosed {
+  public:
+    virtual ~PortClosed();
+};
+
 /// The server accepted the connection and ended it before it said anything. On the CannotConnectException of an
 /// operation.
 class ClosedWithoutAnswer {
   public:
     virtual ~ClosedWithoutAnswer();
+};
+
+/// A text is no object path. On the MalformedObjectNameException of that text.
+class MalformedPath {
+  public:
+    /// What should stand at the position.
+    enum Expected {
+        NAMESPACE, ///< before the position, which is that of a colon
+        CLASS_NAME,
+        KEYS, ///< a point, or an equals sign, and what follows it
+        KEY_NAME,
+        EQUALS_SIGN,
+        VALUE, ///< a text in double quotes, a number, true or false
+        CLOSING_QUOTE,
+        COMMA_OR_END,
+        END
+    };
+
+    MalformedPath(Expected expected, Uint32 position) : expected_(expected), position_(position) {}
+    virtual ~MalformedPath();
+
+    Expected getExpected() const noexcept { return expected_; }
+    /// In the text, in bytes of UTF-8; its size at most.
+    Uint32 getPosition() const noexcept { return position_; }
+
+  private:
+    Expected expected_;
+    Uint32 position_;
 };
 
 /// A certificate of the server was refused. On the SSLException of connect(), or of an operation that connects again.

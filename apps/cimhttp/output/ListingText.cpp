@@ -1,0 +1,61 @@
+#include "output/ListingText.h"
+
+#include "output/Listing.h"
+#include "output/ShortReferences.h"
+#include "table/TextList.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace cimhttp {
+
+namespace {
+
+std::vector<TableCell> CellsOf(const std::vector<Cell>& row) {
+    std::vector<TableCell> cells;
+    cells.reserve(row.size());
+    std::transform(row.begin(), row.end(), std::back_inserter(cells), [](const Cell& cell) {
+        return TableCell{cell.text, cell.IsShownAsNull()};
+    });
+    return cells;
+}
+
+TableTexts TextsOf(const Listing& listing) {
+    TableTexts texts(listing.Columns());
+    for (const auto& row : listing.Rows()) {
+        texts.AddRow(CellsOf(row));
+    }
+    return texts;
+}
+
+TableOmissions Write(const TextTable& table, const Listing& listing, const TextStyle& style, std::ostream& output) {
+    if (table.IsWorseThanList()) {
+        WriteLists(listing, style, output);
+        return {};
+    }
+    table.Write(output);
+    return table.Omissions();
+}
+
+} // namespace
+
+ListingOmissions WriteTable(const Listing& listing, const TextStyle& style, std::ostream& output) {
+    const TableTexts texts = TextsOf(listing);
+    const TextTable table(texts, style);
+    if (table.IsTight()) {
+        if (const auto shorter = WithShortReferences(listing)) {
+            const TableTexts shorterTexts = TextsOf(*shorter);
+            return {Write(TextTable(shorterTexts, style), *shorter, style, output), true};
+        }
+    }
+    return {Write(table, listing, style, output)};
+}
+
+void WriteLists(const Listing& listing, const TextStyle& style, std::ostream& output) {
+    TextList list(listing.Columns(), style, output);
+    for (const auto& row : listing.Rows()) {
+        list.Write(CellsOf(row));
+    }
+}
+
+} // namespace cimhttp

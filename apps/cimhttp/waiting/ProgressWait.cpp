@@ -1,0 +1,55 @@
+#include "waiting/ProgressWait.h"
+
+#include "text/TerminalText.h"
+#include "waiting/BackgroundTask.h"
+#include "waiting/Interrupt.h"
+#include "waiting/StatusLine.h"
+
+#include <cstdlib>
+#include <ostream>
+
+namespace cimhttp {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr std::chrono::milliseconds kLookInterval{100}; // between two looks at the user
+constexpr std::chrono::milliseconds kUnnoticed{400};    // nobody need read of what takes no longer
+constexpr std::chrono::milliseconds kGrace{3000};       // for work that is to stop
+
+[[noreturn]] void EndWith(const Failure& failure, std::ostream& errors) {
+    errors << "cimhttp: " << Printable(failure.what()) << std::endl;
+    std::_Exit(failure.Status()); // the work holds on to what an orderly end would take from it
+}
+
+} // namespace
+
+void ProgressWait::Run(const std::string& what, const Work& work, const std::optional<Limit>& limit,
+                       const std::function<void()>& stop) const {
+    const InterruptScope interrupts;
+    BackgroundTask task([&work](const BackgroundTask::Notify& /*notify*/) { work(); });
+    StatusLine line(showsLine_ ? errors_ : nullptr, width_);
+    const auto begin = Clock::now();
+    while (!task.Wait(kLookInterval)) {
+        const auto elapsed = Clock::now() - begin;
+        if (Interrupted()) {
+            line.Clear();
+            if (stop) {
+                stop();
+                task.Wait(kGrace);
+            }
+            onInterrupt_();
+        }
+        if (limit && elapsed >= limit->time) {
+            line.Clear();
+            EndWith(limit->failure(), *errors_);
+        }
+        if (elapsed >= kUnnoticed) {
+            line.Show(Printable(what) + ", " + ElapsedText(std::chrono::duration_cast<std::chrono::seconds>(elapsed)));
+        }
+    }
+    task.Rethrow();
+}
+
+} // namespace cimhttp
