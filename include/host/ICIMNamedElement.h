@@ -20,7 +20,7 @@ class ICIMNamedElement {
     virtual ~ICIMNamedElement() = default;
 
     /// Puts a qualifier on the element. One of the same name gives way when its flavor enables override; otherwise the
-    /// new one must have the same value and flavor, or TVYXException 28 is thrown and nothing changes.
+    /// new one must have the same value and flavor, or TVYXException eQualifierConflict is thrown and nothing changes.
     virtual void AddQualifier(boost::shared_ptr<ICIMQualifier> qualifier, TCIMContext context) = 0;
 
     /// A qualifier for this element with the flavor of its declaration. It is not added.
@@ -34,7 +34,7 @@ class ICIMNamedElement {
                                                                TCIMContext context) const = 0;
 
     /// The qualifier of that name. When there is none, a class returns an empty pointer, a declaration throws
-    /// TVYXException 15; the form with the flag asks without that difference.
+    /// TVYXException eNotFound; the form with the flag asks without that difference.
     virtual boost::shared_ptr<ICIMQualifier> GetQualifier(const std::string& name, TCIMContext context) const = 0;
 
     /// Calls back once per qualifier, in the order of their normalised names, until the callback returns false.

@@ -1,7 +1,6 @@
 #include "convert/NormalName.h"
 
 #include "convert/CoreLog.h"
-#include "convert/StatusCodes.h"
 #include "host/TVYXException.h"
 
 #include <array>
@@ -59,7 +58,7 @@ std::string NormalizeName(const std::string& name, NameRule rule) {
     }
     if (!isLegal) {
         LogError("CimHTTP: CIM name '" + name + "' is invalid");
-        throw TVYXException(kInvalidName);
+        throw TVYXException(TVYXStatusCode::eInvalidName);
     }
     return normalized;
 }

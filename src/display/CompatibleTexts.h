@@ -36,8 +36,8 @@ class CompatibleTexts : public PropertyTexts {
     std::string WithoutMap(const TCIMValue& value) const;
     std::string WithBase(const TCIMValue& value) const;
 
-    /// The number by which a value is found in a value map. Throws TVYXException 1 for null and for a value that is
-    /// neither a boolean nor an unsigned integer.
+    /// The number by which a value is found in a value map. Throws TVYXException eNotSupported for null and for a value
+    /// that is neither a boolean nor an unsigned integer.
     static std::uint64_t NumberOf(const TCIMValue& value);
 
     /// The text of a value that no row of a value map covers: the default text, else the value in base 10.

@@ -2,7 +2,6 @@
 
 #include "convert/CoreLog.h"
 #include "convert/NormalName.h"
-#include "convert/StatusCodes.h"
 #include "host/TVYXException.h"
 #include "model/AssociationFilter.h"
 #include "model/EntryMap.h"
@@ -25,7 +24,7 @@ namespace {
 
 using ECIMType = TCIMValue::TCIMType::ECIMType;
 
-[[noreturn]] void Refuse(std::uint32_t code, const std::string& text) {
+[[noreturn]] void Refuse(TVYXStatusCode::EStatusCode code, const std::string& text) {
     LogError(text);
     throw TVYXException(code);
 }
@@ -96,10 +95,10 @@ void TCimHTTPClass::AddToNamespace(TCIMContext context) {
     GetSuperClass(context)->AddChildClass(shared_from_this());
 }
 
-void TCimHTTPClass::RemoveFromNamespace(TCIMContext /*context*/) { throw TVYXException(kReadOnly); }
+void TCimHTTPClass::RemoveFromNamespace(TCIMContext /*context*/) { throw TVYXException(TVYXStatusCode::eReadOnly); }
 
 void TCimHTTPClass::ModifyClass(boost::shared_ptr<ICIMClass> /*values*/, TCIMContext /*context*/) {
-    throw TVYXException(kReadOnly);
+    throw TVYXException(TVYXStatusCode::eReadOnly);
 }
 
 const std::string& TCimHTTPClass::GetName(TCIMContext /*context*/) const { return name_; }
@@ -180,7 +179,7 @@ void TCimHTTPClass::EnumerateSubClasses(const boost::function<bool(boost::shared
 
 void TCimHTTPClass::AddChildClass(boost::shared_ptr<ICIMClass> child) {
     const auto added = boost::dynamic_pointer_cast<TCimHTTPClass>(child);
-    subClasses_.Add(Required(added, kTypeMismatch).name_, added);
+    subClasses_.Add(Required(added, TVYXStatusCode::eTypeMismatch).name_, added);
 }
 
 void TCimHTTPClass::RemoveChildClass(boost::shared_ptr<ICIMClass> /*child*/) {}
@@ -216,9 +215,10 @@ void TCimHTTPClass::EnumerateKeyNames(const boost::function<bool(const std::stri
     } catch (const TVYXException&) {
         throw;
     } catch (const std::exception& failure) {
-        Refuse(kTypeMismatch, "TCimHTTP: Enumeration of the keys of class " + name_ + " failed: " + failure.what());
+        Refuse(TVYXStatusCode::eTypeMismatch,
+               "TCimHTTP: Enumeration of the keys of class " + name_ + " failed: " + failure.what());
     } catch (...) {
-        Refuse(kTypeMismatch, "TCimHTTP: Enumeration of the keys of class " + name_ + " failed");
+        Refuse(TVYXStatusCode::eTypeMismatch, "TCimHTTP: Enumeration of the keys of class " + name_ + " failed");
     }
 }
 
@@ -247,11 +247,12 @@ void TCimHTTPClass::EnumeratePropertyDecls(const boost::function<bool(boost::sha
 
 void TCimHTTPClass::AddPropertyDecl(boost::shared_ptr<ICIMPropertyDecl> declaration) {
     if (!declaration) {
-        Refuse(kTypeMismatch, "TCimHTTP: Attempt to add a property without a declaration to class " + name_);
+        Refuse(TVYXStatusCode::eTypeMismatch,
+               "TCimHTTP: Attempt to add a property without a declaration to class " + name_);
     }
     const std::string& name = declaration->GetName(TCIMContext());
     if (declaration->GetType(TCIMContext()) == ECIMType::eCIMReference && !IsAssociation(TCIMContext())) {
-        Refuse(kTypeMismatch,
+        Refuse(TVYXStatusCode::eTypeMismatch,
                "TCimHTTP: Attempt to add reference property " + name + " to non-association class " + name_);
     }
     const std::string key = NormalizeName(name, names_);
@@ -268,11 +269,11 @@ void TCimHTTPClass::FilePropertyDecl(const std::string& key, const boost::shared
     const std::string attempt = "TCimHTTP: Attempt to add property " + name + " to class " + name_;
     const bool isTaken = propertyDecls_.Find(key) != nullptr;
     if (isTaken && name.find("PortType") == std::string::npos) {
-        Refuse(kAlreadyExists, attempt + ": already exists");
+        Refuse(TVYXStatusCode::eAlreadyExists, attempt + ": already exists");
     }
     const auto added = boost::dynamic_pointer_cast<TCimHTTPPropertyDecl>(declaration);
     if (!added) {
-        Refuse(kTypeMismatch, attempt + ": the declaration is another implementation's");
+        Refuse(TVYXStatusCode::eTypeMismatch, attempt + ": the declaration is another implementation's");
     }
     if (isTaken) {
         propertyDecls_.Replace(key, added);
@@ -284,20 +285,20 @@ void TCimHTTPClass::FilePropertyDecl(const std::string& key, const boost::shared
 void TCimHTTPClass::CheckOverride(const ICIMPropertyDecl& declaration) const {
     const std::string& name = declaration.GetName(TCIMContext());
     const char* violation = nullptr;
-    std::uint32_t code = kTypeMismatch;
+    auto code = TVYXStatusCode::eTypeMismatch;
     try {
         const auto inherited = FindInheritedPropertyDecl(name);
         if (!inherited) {
             violation = "property doesn't exist in base class";
-            code = kNotFound;
+            code = TVYXStatusCode::eNotFound;
         } else if (inherited->GetType(TCIMContext()) != declaration.GetType(TCIMContext())) {
             violation = "different types";
         } else if (inherited->GetClass(TCIMContext()).get() == this) {
             violation = "original was defined in this class";
         }
     } catch (const std::exception& failure) {
-        Refuse(kTypeMismatch, "TCimHTTP: Attempt define property " + name + " in class " + name_ +
-                                  "failed. Reason = " + failure.what());
+        Refuse(TVYXStatusCode::eTypeMismatch, "TCimHTTP: Attempt define property " + name + " in class " + name_ +
+                                                  "failed. Reason = " + failure.what());
     }
     if (violation != nullptr) {
         Refuse(code, "TCimHTTP: Attempt to override property " + name + " in class " + name_ + ": " + violation);
@@ -344,13 +345,13 @@ TCIMValue TCimHTTPClass::InvokeMethod(const std::string& /*name*/, TCIMContext& 
 boost::shared_ptr<ICIMProperty> TCimHTTPClass::GetProperty(const std::string& name, TCIMContext /*context*/) {
     auto property = FindEntry(staticProperties_, NormalizeName(name, names_));
     if (!property) {
-        throw TVYXException(kNotFound);
+        throw TVYXException(TVYXStatusCode::eNotFound);
     }
     return property;
 }
 
 void TCimHTTPClass::SetPropertyValue(const std::string& /*name*/, const TCIMValue& /*value*/, TCIMContext /*context*/) {
-    throw TVYXException(kReadOnly);
+    throw TVYXException(TVYXStatusCode::eReadOnly);
 }
 
 void TCimHTTPClass::EnumerateStaticProperties(const boost::function<bool(boost::shared_ptr<ICIMProperty>)>& callback,
@@ -456,7 +457,8 @@ void TCimHTTPClass::VisitInstances(const boost::function<bool(boost::shared_ptr<
 void TCimHTTPClass::AddInstance(boost::shared_ptr<ICIMInstance> instance) {
     const auto added = boost::dynamic_pointer_cast<TCimHTTPInstance>(instance);
     // Servers mostly give instances in the order of their paths.
-    instances_.emplace_hint(instances_.end(), Required(added, kTypeMismatch).BuildPath(TCIMContext()).GetPath(), added);
+    instances_.emplace_hint(instances_.end(),
+                            Required(added, TVYXStatusCode::eTypeMismatch).BuildPath(TCIMContext()).GetPath(), added);
 }
 
 void TCimHTTPClass::RemoveInstance(boost::shared_ptr<ICIMInstance> instance) {

@@ -29,8 +29,8 @@ class TCimHTTPPropertyDecl;
 /// boost::bad_weak_ptr when they have gone.
 ///
 /// What is said below of compatible and faithful namespaces: see Reading. In a faithful one, operations that ask the
-/// server throw TVYXException 15 for what it does not have, 42 when it cannot be read, after a line in the log;
-/// TCimHTTPNamespace::LastFailure says why.
+/// server throw TVYXException eNotFound for what it does not have, eRemoteConnectionFailed when it cannot be read,
+/// after a line in the log; TCimHTTPNamespace::LastFailure says why.
 class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TCimHTTPClass> {
   public:
     /// An empty class. The superclass is not kept, see Initialize.
@@ -83,7 +83,7 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     void VisitInstances(const boost::function<bool(boost::shared_ptr<ICIMInstance>)>& callback, bool deep);
 
     // ICIMElement and ICIMClass. Operations that are not supported: RemoveFromNamespace, ModifyClass and
-    // SetPropertyValue throw TVYXException 31; InvokeMethod returns a null value; Validate, RemoveChildClass,
+    // SetPropertyValue throw TVYXException eReadOnly; InvokeMethod returns a null value; Validate, RemoveChildClass,
     // AddAssociationClass, RemoveAssociationClass, RemovePropertyDecl, AddMethodDecl, RemoveMethodDecl and the
     // assignment do nothing.
     void Validate(TCIMContext context) const override;
@@ -114,7 +114,8 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
                                      const std::string& resultClass, const std::string& role,
                                      TCIMContext context) override;
 
-    /// Whatever is thrown during the walk leaves as a TVYXException: its own code, or 14 for another exception.
+    /// Whatever is thrown during the walk leaves as a TVYXException: its own code, or eTypeMismatch for another
+    /// exception.
     void EnumerateKeyNames(const boost::function<bool(const std::string*)>& callback,
                            TCIMContext context) const override;
     boost::shared_ptr<ICIMPropertyDecl> AllocatePropertyDecl(const std::string& name, const TCIMValue& defaultValue,
@@ -149,7 +150,8 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     ICIMClass& operator=(const ICIMClass& other) override;
 
     /// A class of the same name that is already there gives its place to the new one. The class must be a
-    /// TCimHTTPClass: where assertions are on, another or none ends in an assertion, otherwise in TVYXException 14.
+    /// TCimHTTPClass: where assertions are on, another or none ends in an assertion, otherwise in TVYXException
+    /// eTypeMismatch.
     void AddChildClass(boost::shared_ptr<ICIMClass> child) override;
     void RemoveChildClass(boost::shared_ptr<ICIMClass> child) override;
 
@@ -160,10 +162,10 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     void AddAssociationClass(boost::shared_ptr<ICIMClass> association) override;
     void RemoveAssociationClass(boost::shared_ptr<ICIMClass> association) override;
 
-    /// Throws TVYXException, after a line in the log, and changes nothing: 14 for a reference in a class that is no
-    /// association, for an override of another type or of a property of this class, and when the check itself fails;
-    /// 15 for an override without a base property; 16 for a name already taken, unless it contains "PortType"; after
-    /// these, 14 for what is not a TCimHTTPPropertyDecl.
+    /// Throws TVYXException, after a line in the log, and changes nothing: eTypeMismatch for a reference in a class
+    /// that is no association, for an override of another type or of a property of this class, and when the check
+    /// itself fails; eNotFound for an override without a base property; eAlreadyExists for a name already taken, unless
+    /// it contains "PortType"; after these, eTypeMismatch for what is not a TCimHTTPPropertyDecl.
     void AddPropertyDecl(boost::shared_ptr<ICIMPropertyDecl> declaration) override;
     void RemovePropertyDecl(boost::shared_ptr<ICIMPropertyDecl> declaration) override;
     void AddMethodDecl(boost::shared_ptr<ICIMMethodDecl> declaration) override;
@@ -172,7 +174,7 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     // ICIMNamedElement
 
     /// A qualifier of the same name gives way when it may be overridden or has the same value and flavor; otherwise
-    /// throws TVYXException 28, after a line in the log.
+    /// throws TVYXException eQualifierConflict, after a line in the log.
     void AddQualifier(boost::shared_ptr<ICIMQualifier> qualifier, TCIMContext context) override;
     boost::shared_ptr<ICIMQualifier> AllocateQualifier(boost::shared_ptr<ICIMQualifierDecl const> declaration,
                                                        const TCIMValue& value, TCIMContext context) const override;

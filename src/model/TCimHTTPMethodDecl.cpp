@@ -2,7 +2,6 @@
 
 #include "convert/CoreLog.h"
 #include "convert/NormalName.h"
-#include "convert/StatusCodes.h"
 #include "host/TVYXException.h"
 #include "model/EntryMap.h"
 #include "model/TCimHTTPClass.h"
@@ -35,7 +34,7 @@ boost::shared_ptr<ICIMParameterDecl> TCimHTTPMethodDecl::GetParameterDecl(const 
                                                                           TCIMContext /*context*/) const {
     auto parameter = FindEntry(parameters_, NormalizeName(name, Names()));
     if (!parameter) {
-        throw TVYXException(kNotFound);
+        throw TVYXException(TVYXStatusCode::eNotFound);
     }
     return parameter;
 }
@@ -51,7 +50,7 @@ void TCimHTTPMethodDecl::AddParameterDecl(boost::shared_ptr<TCimHTTPParameterDec
         // Those who search the log know this text, which is the one for properties.
         LogError("Inmem: Attempt to add property " + name + " to method " + GetName(TCIMContext()) +
                  ": already exists");
-        throw TVYXException(kAlreadyExists);
+        throw TVYXException(TVYXStatusCode::eAlreadyExists);
     }
 }
 

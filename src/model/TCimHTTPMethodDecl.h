@@ -33,7 +33,7 @@ class TCimHTTPMethodDecl : public TCimHTTPDeclaration<TCimHTTPMethodDecl, ICIMMe
     void EnumerateParameterDecls(boost::function<bool(boost::shared_ptr<ICIMParameterDecl>)>& callback,
                                  TCIMContext context) const override;
 
-    /// Throws TVYXException 16, after a line in the log, when there is a parameter of that name.
+    /// Throws TVYXException eAlreadyExists, after a line in the log, when there is a parameter of that name.
     void AddParameterDecl(boost::shared_ptr<TCimHTTPParameterDecl> parameter);
 
     /// Removes the parameter of the same name, if there is one.

@@ -1,7 +1,6 @@
 #include "model/TCimHTTPQualifierMap.h"
 
 #include "convert/CoreLog.h"
-#include "convert/StatusCodes.h"
 #include "host/TVYXException.h"
 #include "model/EntryMap.h"
 #include "model/TCimHTTPQualifier.h"
@@ -24,14 +23,14 @@ bool IsSame(const ICIMQualifier& left, const ICIMQualifier& right) {
 [[noreturn]] void RefuseConflict(const std::string& qualifier, const TCimHTTPQualifierMap::TElement& element) {
     LogError("TCimHTTP: Attempt to add qualifier " + qualifier + " to " + element.kind + " " + element.name +
              ": already exists with another value or flavor and may not be overridden");
-    throw TVYXException(kQualifierConflict);
+    throw TVYXException(TVYXStatusCode::eQualifierConflict);
 }
 
 } // namespace
 
 bool TCimHTTPQualifierMap::Add(const boost::shared_ptr<ICIMQualifier>& qualifier, const TElement& element) {
     if (!qualifier) {
-        throw TVYXException(kTypeMismatch);
+        throw TVYXException(TVYXStatusCode::eTypeMismatch);
     }
     const std::string name = NormalizeName(qualifier->GetName(TCIMContext()), names_);
     const auto existing = FindNormalized(name);
@@ -56,7 +55,7 @@ void TCimHTTPQualifierMap::AddOrReplace(const boost::shared_ptr<ICIMQualifier>& 
 
 void TCimHTTPQualifierMap::Keep(const std::string& name, const boost::shared_ptr<TCimHTTPQualifier>& qualifier) {
     if (!qualifier) {
-        throw TVYXException(kTypeMismatch);
+        throw TVYXException(TVYXStatusCode::eTypeMismatch);
     }
     Forget(name);
     qualifiers_[name] = qualifier;
@@ -83,7 +82,7 @@ void TCimHTTPQualifierMap::Remove(const std::string& name) {
     const std::string normalized = NormalizeName(name, names_);
     Forget(normalized);
     if (qualifiers_.erase(normalized) == 0) {
-        throw TVYXException(kNotFound);
+        throw TVYXException(TVYXStatusCode::eNotFound);
     }
     if (normalized == kKey) {
         key_.reset();
@@ -107,7 +106,7 @@ boost::shared_ptr<TCimHTTPQualifier> TCimHTTPQualifierMap::FindNormalized(const 
 boost::shared_ptr<TCimHTTPQualifier> TCimHTTPQualifierMap::Get(const std::string& name) const {
     auto qualifier = Find(name);
     if (!qualifier) {
-        throw TVYXException(kNotFound);
+        throw TVYXException(TVYXStatusCode::eNotFound);
     }
     return qualifier;
 }

@@ -15,7 +15,7 @@ class ICIMQualifier;
 class TCimHTTPQualifier;
 
 /// The qualifiers of one element, by normalised name, with the rule for a second qualifier of a name. Invalid names
-/// throw TVYXException 25.
+/// throw TVYXException eInvalidName.
 class TCimHTTPQualifierMap {
   public:
     explicit TCimHTTPQualifierMap(NameRule names = NameRule::kHost) : names_(names) {}
@@ -27,14 +27,15 @@ class TCimHTTPQualifierMap {
     };
 
     /// Adds a qualifier. An existing one of that name gives way when its flavor enables override; otherwise the new one
-    /// must have its value and flavor, changes nothing, and the result is false. Throws TVYXException 28, after a line
-    /// in the log, when it differs, and 14 when the one to keep is not a TCimHTTPQualifier.
+    /// must have its value and flavor, changes nothing, and the result is false. Throws TVYXException
+    /// eQualifierConflict, after a line in the log, when it differs, and eTypeMismatch when the one to keep is not a
+    /// TCimHTTPQualifier.
     bool Add(const boost::shared_ptr<ICIMQualifier>& qualifier, const TElement& element);
 
     /// The same, but an existing qualifier gives way also to a TCimHTTPQualifier of its value and flavor.
     void AddOrReplace(const boost::shared_ptr<ICIMQualifier>& qualifier, const TElement& element);
 
-    /// Removes the qualifier of that name. Throws TVYXException 15 when there is none.
+    /// Removes the qualifier of that name. Throws TVYXException eNotFound when there is none.
     void Remove(const std::string& name);
 
     /// The qualifier of that name, or an empty pointer.
@@ -47,7 +48,7 @@ class TCimHTTPQualifierMap {
     /// declarations of its class for it.
     const boost::shared_ptr<TCimHTTPQualifier>& Key() const { return key_; }
 
-    /// The qualifier of that name. Throws TVYXException 15 when there is none.
+    /// The qualifier of that name. Throws TVYXException eNotFound when there is none.
     boost::shared_ptr<TCimHTTPQualifier> Get(const std::string& name) const;
 
     /// Calls back once per qualifier, in the order of the normalised names, until the callback returns false.

@@ -2,7 +2,6 @@
 
 #include "cimhttp/ContextKeys.h"
 #include "convert/CoreLog.h"
-#include "convert/StatusCodes.h"
 #include "host/TCIMValue.h"
 #include "host/TVYXException.h"
 #include "provider/NearestName.h"
@@ -25,7 +24,7 @@ constexpr const char* kPluginNameKey = "pluginNameQualDeclValue";
 
 [[noreturn]] void RefuseContext(const std::string& why) {
     LogError("TCimHTTPNamespace: " + why);
-    throw TVYXException(kTypeMismatch);
+    throw TVYXException(TVYXStatusCode::eTypeMismatch);
 }
 
 [[noreturn]] void Refuse(const std::string& key, const std::string& what) {
@@ -36,7 +35,7 @@ std::string PluginNameOf(const TCIMContext& context) {
     const auto entry = context.find(kPluginNameKey);
     if (entry == context.end()) {
         LogError("TCIMHTTPNamespace: 'pluginNameQualDeclValue' not passed via context");
-        throw TVYXException(kContextValueMissing);
+        throw TVYXException(TVYXStatusCode::eContextValueMissing);
     }
     return static_cast<std::string>(entry->second);
 }

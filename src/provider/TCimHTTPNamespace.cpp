@@ -4,7 +4,6 @@
 #include "convert/CoreLog.h"
 #include "convert/NormalName.h"
 #include "convert/RemoteText.h"
-#include "convert/StatusCodes.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMQualifier.h"
@@ -44,7 +43,7 @@ constexpr Pegasus::Uint32 kInitialTimeoutMs = 10000;
 
 [[noreturn]] void FailRemotely(const std::string& what, const Pegasus::Exception& failure) {
     LogDebug(what + ToStdString(failure.getMessage()));
-    throw TVYXException(kRemoteConnectionFailed);
+    throw TVYXException(TVYXStatusCode::eRemoteConnectionFailed);
 }
 
 std::unique_ptr<Pegasus::CIMNamespaceName> MakeRemoteNamespace() {
@@ -103,7 +102,7 @@ void TCimHTTPNamespace::Initialize(TCIMContext context) {
         Apply(options_);
     } catch (const ConnectionRefusal& refusal) {
         LogError(std::string("TCimHTTPNamespace: ") + refusal.what());
-        throw TVYXException(kTypeMismatch);
+        throw TVYXException(TVYXStatusCode::eTypeMismatch);
     }
     if (options.IsFaithful()) {
         reading_ = boost::make_shared<FaithfulReading>(shared_from_this());
@@ -143,7 +142,7 @@ void TCimHTTPNamespace::connect(std::string host, std::string user, std::string 
 void TCimHTTPNamespace::RefuseConnection(RemoteFailure failure) {
     LogError("TCimHTTPNamespace::connect failed: " + failure.text);
     report_.Fail(std::move(failure));
-    throw TVYXException(kRemoteConnectionFailed);
+    throw TVYXException(TVYXStatusCode::eRemoteConnectionFailed);
 }
 
 /// With the options of the plan, which do not outlive a failure.
@@ -293,7 +292,7 @@ void TCimHTTPNamespace::AddClass(boost::shared_ptr<TCimHTTPClass> cls) {
     }
     if (!redefine_) {
         LogDebug("TCimHTTPNamespace: class " + name + " already defined");
-        throw TVYXException(kAlreadyExists);
+        throw TVYXException(TVYXStatusCode::eAlreadyExists);
     }
     cls->AdoptSubClasses(*entry->second);
     entry->second = cls;
@@ -341,7 +340,7 @@ void TCimHTTPNamespace::AddQualifierDecl(boost::shared_ptr<TCimHTTPQualifierDecl
     }
     if (!redefine_) {
         LogDebug("CimHTTP: TCimHTTPNamespace: qualifier " + name + " already defined");
-        throw TVYXException(kAlreadyExists);
+        throw TVYXException(TVYXStatusCode::eAlreadyExists);
     }
     entry->second = declaration;
 }
@@ -394,7 +393,7 @@ boost::shared_ptr<ICIMNamespace> TCimHTTPNamespace::GetUpcallNamespace() { retur
 
 void TCimHTTPNamespace::AddUnderlyingNamespace(boost::shared_ptr<ICIMNamespace> /*nameSpace*/,
                                                TCIMContext /*context*/) {
-    throw TVYXException(kReadOnly);
+    throw TVYXException(TVYXStatusCode::eReadOnly);
 }
 
 void TCimHTTPNamespace::EnumerateProviders(const boost::function<bool(boost::shared_ptr<IProvider>)>& /*callback*/,
@@ -403,21 +402,21 @@ void TCimHTTPNamespace::EnumerateProviders(const boost::function<bool(boost::sha
 void TCimHTTPNamespace::Subscribe(boost::shared_ptr<ICIMIndicationFilter> /*filter*/,
                                   const boost::function<bool(boost::shared_ptr<ICIMInstance>)>& /*callback*/,
                                   TCIMContext /*context*/) {
-    throw TVYXException(kNotSupported);
+    throw TVYXException(TVYXStatusCode::eNotSupported);
 }
 
 void TCimHTTPNamespace::DeleteInstance(const TCIMReference& /*reference*/, TCIMContext /*context*/) {
-    throw TVYXException(kNotSupported);
+    throw TVYXException(TVYXStatusCode::eNotSupported);
 }
 
 void TCimHTTPNamespace::ModifyInstance(const TCIMReference& /*reference*/, TCIMContext /*values*/,
                                        TCIMContext /*context*/) {
-    throw TVYXException(kNotSupported);
+    throw TVYXException(TVYXStatusCode::eNotSupported);
 }
 
 void TCimHTTPNamespace::ExecuteQuery(const boost::function<bool(boost::shared_ptr<ICIMInstance>)>& /*callback*/,
                                      std::string& /*query*/, std::string& /*language*/, TCIMContext /*context*/) {
-    throw TVYXException(kNotSupported);
+    throw TVYXException(TVYXStatusCode::eNotSupported);
 }
 
 void TCimHTTPNamespace::ClearInstances() {}

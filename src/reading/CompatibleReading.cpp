@@ -5,7 +5,6 @@
 #include "convert/RemoteText.h"
 #include "convert/RemoteTypes.h"
 #include "convert/RemoteValues.h"
-#include "convert/StatusCodes.h"
 #include "convert/StreamedText.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMMethodDecl.h"
@@ -337,7 +336,7 @@ boost::shared_ptr<ICIMInstance> CompatibleReading::GetInstance(const TCIMReferen
     const auto nameSpace = LockNamespace();
     const auto cls =
         boost::dynamic_pointer_cast<TCimHTTPClass>(nameSpace->GetClass(reference.GetClassName(), TCIMContext()));
-    return Required(cls, kNotFound).GetInstance(reference, context);
+    return Required(cls, TVYXStatusCode::eNotFound).GetInstance(reference, context);
 }
 
 } // namespace NQORVYX20

@@ -35,8 +35,8 @@ class CompatibleReading : public Reading {
     boost::shared_ptr<ICIMClass> FetchClass(const std::string& name, const std::string& key,
                                             TCIMContext context) override;
 
-    /// A failure is a line in the log and a TVYXException, 15 for what the server does not have, otherwise 42; within
-    /// FetchClass, which reports it itself, what the client library throws.
+    /// A failure is a line in the log and a TVYXException, eNotFound for what the server does not have, otherwise
+    /// eRemoteConnectionFailed; within FetchClass, which reports it itself, what the client library throws.
     boost::shared_ptr<ICIMClass> AllocateClass(const std::string& name,
                                                boost::shared_ptr<TCimHTTPClass> superClass) override;
 

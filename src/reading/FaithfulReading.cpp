@@ -4,7 +4,6 @@
 #include "convert/CoreLog.h"
 #include "convert/NormalName.h"
 #include "convert/RemoteText.h"
-#include "convert/StatusCodes.h"
 #include "host/ICIMInstance.h"
 #include "host/TVYXException.h"
 #include "model/TCimHTTPClass.h"
@@ -32,8 +31,8 @@ constexpr bool kIsReported = true;
 
 std::string NameOf(const TCimHTTPClass& cls) { return cls.GetName(TCIMContext()); }
 
-/// The property list that a context asks for. Throws TVYXException 14, after a line in the log, for another value than
-/// an array of texts, 25 for a text that is no name.
+/// The property list that a context asks for. Throws TVYXException eTypeMismatch, after a line in the log, for another
+/// value than an array of texts, eInvalidName for a text that is no name.
 Pegasus::CIMPropertyList PropertiesIn(const TCIMContext& context) {
     const auto wanted = context.find(kPropertiesKey);
     if (wanted == context.end()) {
@@ -42,7 +41,7 @@ Pegasus::CIMPropertyList PropertiesIn(const TCIMContext& context) {
     if (wanted->second.IsNull() || wanted->second.GetType() != TCIMValue::TCIMType::eCIMStringArray) {
         LogError(std::string("TCimHTTPClass::EnumerateInstances: the context value '") + kPropertiesKey +
                  "' is not an array of texts");
-        throw TVYXException(kTypeMismatch);
+        throw TVYXException(TVYXStatusCode::eTypeMismatch);
     }
     Pegasus::Array<Pegasus::CIMName> names;
     for (const TCIMValue& element : static_cast<const std::vector<TCIMValue>&>(wanted->second)) {
@@ -70,8 +69,8 @@ std::optional<std::size_t> WholeNumberOf(const TCIMValue& value) {
     }
 }
 
-/// How many instances may be held at once. Throws TVYXException 14, after a line in the log, for what is no such
-/// number.
+/// How many instances may be held at once. Throws TVYXException eTypeMismatch, after a line in the log, for what is no
+/// such number.
 std::size_t HeldIn(const TCIMContext& context) {
     const auto held = context.find(kHeldKey);
     if (held == context.end()) {
@@ -81,7 +80,7 @@ std::size_t HeldIn(const TCIMContext& context) {
     if (!number || *number == 0) {
         LogError(std::string("TCimHTTPClass::EnumerateInstances: the context value '") + kHeldKey +
                  "' is not a whole number above 0");
-        throw TVYXException(kTypeMismatch);
+        throw TVYXException(TVYXStatusCode::eTypeMismatch);
     }
     return *number;
 }
@@ -206,7 +205,7 @@ FaithfulReading::TClassPointer FaithfulReading::ClassOfPath(const TCIMReference&
     NormalizeName(name, NameRule::kCim); // throws for what is no name
     if (name.empty()) {
         LogError("TCimHTTPNamespace::GetInstance: the path names no class");
-        throw TVYXException(kTypeMismatch);
+        throw TVYXException(TVYXStatusCode::eTypeMismatch);
     }
     return AskRemotely(*nameSpace, "TCimHTTPNamespace::GetInstance " + reference.GetPath(),
                        [&] { return classes_.ClassOf(name, !kIsReported); });

@@ -22,7 +22,7 @@ class TCimHTTPNamespace;
 /// taken from an answer is an incident. Definitions are fetched once.
 ///
 /// Every operation that asks the server throws TVYXException, after a line in the log and with the namespace's
-/// LastFailure set: 15 for what the server does not have, 42 for every other failure.
+/// LastFailure set: eNotFound for what the server does not have, eRemoteConnectionFailed for every other failure.
 class FaithfulReading : public Reading {
   public:
     explicit FaithfulReading(boost::shared_ptr<TCimHTTPNamespace> nameSpace);

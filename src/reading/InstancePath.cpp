@@ -3,7 +3,6 @@
 #include "convert/CoreLog.h"
 #include "convert/HostValues.h"
 #include "convert/RemoteText.h"
-#include "convert/StatusCodes.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMPropertyDecl.h"
 #include "host/TVYXException.h"
@@ -67,7 +66,7 @@ Pegasus::CIMObjectPath ParsedPath(const TCIMReference& reference) {
         return {text.c_str()};
     } catch (const Pegasus::Exception& failure) {
         LogError("TCimHTTPNamespace::GetInstance " + text + ": " + ToStdString(failure.getMessage()));
-        throw TVYXException(kTypeMismatch);
+        throw TVYXException(TVYXStatusCode::eTypeMismatch);
     }
 }
 
@@ -100,7 +99,7 @@ Pegasus::CIMObjectPath RemotePathOf(const TCIMReference& reference, const ICIMCl
     if (!IsIn(path, read)) {
         LogError("TCimHTTPNamespace::GetInstance " + reference.GetPath() + ": the path is in another namespace than " +
                  ToStdString(read.getString()));
-        throw TVYXException(kNotFound);
+        throw TVYXException(TVYXStatusCode::eNotFound);
     }
     Pegasus::Array<Pegasus::CIMKeyBinding> keys;
     const auto& given = path.getKeyBindings();

@@ -17,7 +17,7 @@ class TCimHTTPNamespace;
 class QualifierDeclarations {
   public:
     /// The declaration of a class's qualifier. Throws what the client library throws when the server cannot be asked at
-    /// all, and TVYXException 25 for a name that the host cannot keep.
+    /// all, and TVYXException eInvalidName for a name that the host cannot keep.
     boost::shared_ptr<ICIMQualifierDecl> Get(TCimHTTPNamespace& nameSpace, Pegasus::CIMQualifier& qualifier);
 
   private:
