@@ -6,12 +6,12 @@
 #include "model/AssociationFilter.h"
 #include "model/EntryMap.h"
 #include "model/Reading.h"
+#include "model/SchemaNamespace.h"
 #include "model/Required.h"
 #include "model/TCimHTTPInstance.h"
 #include "model/TCimHTTPMethodDecl.h"
 #include "model/TCimHTTPProperty.h"
 #include "model/TCimHTTPPropertyDecl.h"
-#include "provider/TCimHTTPNamespace.h"
 
 #include <algorithm>
 #include <exception>
@@ -31,7 +31,7 @@ using ECIMType = TCIMValue::TCIMType::ECIMType;
 
 } // namespace
 
-TCimHTTPClass::TCimHTTPClass(boost::shared_ptr<TCimHTTPNamespace> nameSpace, const std::string& name,
+TCimHTTPClass::TCimHTTPClass(boost::shared_ptr<SchemaNamespace> nameSpace, const std::string& name,
                              boost::shared_ptr<TCimHTTPClass> /*superClass*/)
     : namespace_(nameSpace),
       reading_(nameSpace ? nameSpace->GetReading() : boost::shared_ptr<Reading>()),
@@ -61,13 +61,21 @@ void TCimHTTPClass::ReleaseSubClasses() {
 }
 
 // --- Materialisation ---------------------------------------------------------------------------------------------
+boost::shared_ptr<TCimHTTPClass> TCimHTTPClass::Make(const boost::shared_ptr<SchemaNamespace>& nameSpace,
+                                                     const std::string& name,
+                                                     const boost::shared_ptr<TCimHTTPClass>& superClass) {
+    auto cls = boost::make_shared<TCimHTTPClass>(nameSpace, name, superClass);
+    cls->Initialize();
+    return cls;
+}
+
 
 void TCimHTTPClass::Initialize() {
     if (superClass_.lock() || !superClassName_.empty()) {
         return;
     }
     const auto nameSpace = LockNamespace();
-    if (name_ == TCimHTTPNamespace::kRootClassName) {
+    if (name_ == SchemaNamespace::kRootClassName) {
         superClass_ = nameSpace->GetRootClass();
         return;
     }
@@ -105,8 +113,8 @@ const std::string& TCimHTTPClass::GetName(TCIMContext /*context*/) const { retur
 
 boost::shared_ptr<ICIMNamespace> TCimHTTPClass::GetNamespace(TCIMContext /*context*/) const { return LockNamespace(); }
 
-boost::shared_ptr<TCimHTTPNamespace> TCimHTTPClass::LockNamespace() const {
-    return boost::shared_ptr<TCimHTTPNamespace>(namespace_);
+boost::shared_ptr<SchemaNamespace> TCimHTTPClass::LockNamespace() const {
+    return boost::shared_ptr<SchemaNamespace>(namespace_);
 }
 
 boost::shared_ptr<ICIMClass> TCimHTTPClass::GetSuperClass(TCIMContext /*context*/) const {

@@ -16,10 +16,10 @@
 namespace NQORVYX20 {
 
 class AssociationFilter;
+class SchemaNamespace;
 class Reading;
 class TCimHTTPInstance;
 class TCimHTTPMethodDecl;
-class TCimHTTPNamespace;
 class TCimHTTPProperty;
 class TCimHTTPPropertyDecl;
 
@@ -34,8 +34,13 @@ class TCimHTTPPropertyDecl;
 class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TCimHTTPClass> {
   public:
     /// An empty class. The superclass is not kept, see Initialize.
-    TCimHTTPClass(boost::shared_ptr<TCimHTTPNamespace> nameSpace, const std::string& name,
+    TCimHTTPClass(boost::shared_ptr<SchemaNamespace> nameSpace, const std::string& name,
                   boost::shared_ptr<TCimHTTPClass> superClass);
+
+    /// A class that is initialised and not added. Throws what Initialize throws.
+    static boost::shared_ptr<TCimHTTPClass> Make(const boost::shared_ptr<SchemaNamespace>& nameSpace,
+                                                 const std::string& name,
+                                                 const boost::shared_ptr<TCimHTTPClass>& superClass);
     ~TCimHTTPClass() override;
     TCimHTTPClass(const TCimHTTPClass&) = delete;
     TCimHTTPClass& operator=(const TCimHTTPClass&) = delete;
@@ -200,7 +205,7 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     using TWalk = std::vector<TLevel>;
     class TOnWalk;
 
-    boost::shared_ptr<TCimHTTPNamespace> LockNamespace() const;
+    boost::shared_ptr<SchemaNamespace> LockNamespace() const;
     void ReleaseSubClasses();
     void ClearOwn(std::vector<boost::shared_ptr<TCimHTTPClass>>& linked);
     bool HasTrueQualifier(const std::string& name) const;
@@ -210,7 +215,7 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     boost::shared_ptr<ICIMPropertyDecl> FindInheritedPropertyDecl(const std::string& name) const;
     void VisitAssociations(const AssociationFilter& filter, const TAssociationVisitor& visitor);
 
-    boost::weak_ptr<TCimHTTPNamespace> namespace_;
+    boost::weak_ptr<SchemaNamespace> namespace_;
     boost::shared_ptr<Reading> reading_; // empty without a namespace
     std::string name_;
     boost::weak_ptr<ICIMClass> superClass_;

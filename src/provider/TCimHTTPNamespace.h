@@ -1,30 +1,20 @@
 #pragma once
 
-#include "cimhttp/ReadingIncidents.h"
-#include "cimhttp/RemoteFailure.h"
-#include "convert/NormalName.h"
-#include "host/ICIMNamespace.h"
 #include "provider/ConnectionOptions.h"
-#include "reading/DefinitionBudget.h"
-#include "reading/ReadingReport.h"
+#include "reading/RemoteNamespace.h"
 
 #include <Pegasus/Client/CIMClient.h>
 
 #include <boost/enable_shared_from_this.hpp>
 #include <boost/weak_ptr.hpp>
 
-#include <map>
+#include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
 
 namespace NQORVYX20 {
 
 class ConnectionPlan;
-class Reading;
-class RemoteServer;
-class TCimHTTPClass;
-class TCimHTTPQualifierDecl;
 
 /// One remote CIM server as a namespace. It owns its client, the classes that it has fetched and the qualifier
 /// declarations that they use; all of them live as long as the namespace. Owned by a boost::shared_ptr.
@@ -35,11 +25,8 @@ class TCimHTTPQualifierDecl;
 ///
 /// A namespace and all objects reached through it are used from one thread at a time; two namespaces are independent.
 /// Waiting is bounded: for each step towards a connection by kConnectTimeoutKey, for a request by kTimeoutKey.
-class TCimHTTPNamespace : public ICIMNamespace, public boost::enable_shared_from_this<TCimHTTPNamespace> {
+class TCimHTTPNamespace : public RemoteNamespace, public boost::enable_shared_from_this<TCimHTTPNamespace> {
   public:
-    /// The name of the class above all classes of the server.
-    static constexpr const char* kRootClassName = "<root>";
-
     /// Creates the client. With `redefine`, a class or qualifier declaration replaces one of the same name; without, a
     /// taken name is refused. Throws TVYXException eRemoteConnectionFailed, after a line in the log, when the client
     /// cannot be created.
@@ -54,13 +41,6 @@ class TCimHTTPNamespace : public ICIMNamespace, public boost::enable_shared_from
     /// qualifiers PLUGINNAME and PLUGINVERSION. Throws TVYXException, after a line in the log: eContextValueMissing
     /// without that key, eTypeMismatch for what ContextKeys.h does not allow.
     void Initialize(TCIMContext context);
-
-    /// Why the newest operation that asked the server could not read it, or not all of it; empty when it could.
-    const std::optional<RemoteFailure>& LastFailure() const { return report_.Failure(); }
-
-    /// What could not be taken from the server's answers, since the namespace was made or TakeIncidents was called.
-    const ReadingIncidents& Incidents();
-    ReadingIncidents TakeIncidents();
 
     /// Connects to a server: plain on port 5988, with TLS but without verification of the server on port 5989. On any
     /// other port nothing is attempted, and the namespace counts as connected all the same. The context of
@@ -89,38 +69,8 @@ class TCimHTTPNamespace : public ICIMNamespace, public boost::enable_shared_from
     /// digits and underscores or that begins with a digit.
     static std::string NormalizeName(const std::string& name);
 
-    /// Enters a class into the cache. A taken name is refused with TVYXException eAlreadyExists; when the namespace
-    /// redefines, the new class replaces the old one and takes over its subclasses.
-    void AddClass(boost::shared_ptr<TCimHTTPClass> cls);
-
-    /// Does nothing: classes live as long as the namespace.
-    void RemoveClass(boost::shared_ptr<TCimHTTPClass> cls);
-
-    /// Registers a qualifier declaration. A taken name is refused with TVYXException eAlreadyExists, or replaced when
-    /// the namespace redefines.
-    void AddQualifierDecl(boost::shared_ptr<TCimHTTPQualifierDecl> declaration);
-
     /// Always empty: upcalls are not supported.
     boost::shared_ptr<ICIMNamespace> GetUpcallNamespace();
-
-    /// The class above all others, which has no features. Empty before Initialize.
-    boost::shared_ptr<TCimHTTPClass> GetRootClass() const { return rootClass_; }
-
-    // What a Reading works with.
-
-    boost::shared_ptr<Reading> GetReading();
-    RemoteServer& Server() { return *server_; }
-    ReadingReport& Report() { return report_; }
-    DefinitionBudget& Budget() { return budget_; }
-
-    /// A class that the namespace holds, by the normal form of its name, or an empty pointer.
-    boost::shared_ptr<TCimHTTPClass> FindClass(const std::string& key) const;
-
-    /// A class that is initialised and not added. Throws what its initialisation throws.
-    boost::shared_ptr<TCimHTTPClass> MakeClass(const std::string& name, boost::shared_ptr<TCimHTTPClass> superClass);
-
-    /// Puts the qualifiers PLUGINNAME and PLUGINVERSION on a class.
-    void StampClass(ICIMClass& cls, TCIMContext context) const;
 
     /// Asks the server for the names of all classes below a class, or of all classes when `className` is empty. When
     /// that fails, one line goes to the log and `names` stays as it was.
@@ -160,10 +110,6 @@ class TCimHTTPNamespace : public ICIMNamespace, public boost::enable_shared_from
                                                                ICIMQualifierDecl::EFlavor flavor,
                                                                TCIMContext context) override;
 
-    /// Never asks the server.
-    boost::shared_ptr<ICIMQualifierDecl> GetQualifierDecl(const std::string& name, TCIMContext context) const override;
-    void EnumerateQualifierDecls(const boost::function<bool(boost::shared_ptr<ICIMQualifierDecl>)>& callback,
-                                 TCIMContext context) const override;
     void Subscribe(boost::shared_ptr<ICIMIndicationFilter> filter,
                    const boost::function<bool(boost::shared_ptr<ICIMInstance>)>& callback,
                    TCIMContext context) override;
@@ -189,24 +135,14 @@ class TCimHTTPNamespace : public ICIMNamespace, public boost::enable_shared_from
     [[noreturn]] void RefuseConnection(RemoteFailure failure);
     void Apply(const ConnectionOptions& options);
     std::uint32_t TimeoutMs() const;
-    void DeclareQualifier(const std::string& name, const std::string& value);
-    void StampClass(ICIMClass& cls, const std::string& qualifierName, const std::string& value,
-                    TCIMContext context) const;
 
-    std::unique_ptr<RemoteServer> server_;
-    ReadingReport report_;
-    DefinitionBudget budget_;
-    boost::shared_ptr<Reading> reading_; // the compatible one is made when it is needed
-    std::map<std::string, boost::shared_ptr<TCimHTTPQualifierDecl>> qualifierDecls_;
-    std::map<std::string, boost::shared_ptr<TCimHTTPClass>> classes_;
-    boost::shared_ptr<TCimHTTPClass> rootClass_;
-    bool redefine_;
+    /// The compatible one, where no other was set.
+    Reading& ChosenReading();
+
     boost::weak_ptr<ICIMNamespace> upcallNamespace_;
-    NameRule names_ = NameRule::kHost;
     bool connected_ = false;
     ConnectionOptions options_; // those of the host
     ConnectionOptions applied_; // those that count now: the host's, under the policy of the newest connection
-    std::string pluginName_;
 };
 
 } // namespace NQORVYX20

@@ -13,11 +13,11 @@
 #include "host/TVYXException.h"
 #include "model/Required.h"
 #include "model/TCimHTTPClass.h"
-#include "provider/TCimHTTPNamespace.h"
 #include "reading/LimitExceeded.h"
 #include "reading/ReadingReport.h"
 #include "reading/RemoteFailures.h"
 #include "reading/RemoteNames.h"
+#include "reading/RemoteNamespace.h"
 #include "reading/RemoteQualifiers.h"
 #include "reading/RemoteRequest.h"
 #include "reading/RemoteServer.h"
@@ -54,10 +54,10 @@ ReadingIncident IncidentOf(const TCimHTTPClass& cls, ReadingIncident::Cause caus
 
 } // namespace
 
-CompatibleReading::CompatibleReading(boost::shared_ptr<TCimHTTPNamespace> nameSpace) : namespace_(nameSpace) {}
+CompatibleReading::CompatibleReading(boost::shared_ptr<RemoteNamespace> nameSpace) : namespace_(nameSpace) {}
 
-boost::shared_ptr<TCimHTTPNamespace> CompatibleReading::LockNamespace() const {
-    return boost::shared_ptr<TCimHTTPNamespace>(namespace_);
+boost::shared_ptr<RemoteNamespace> CompatibleReading::LockNamespace() const {
+    return boost::shared_ptr<RemoteNamespace>(namespace_);
 }
 
 // --- Classes -----------------------------------------------------------------------------------------------------
@@ -186,7 +186,7 @@ CompatibleReading::BuildClass(const Climb& climb, const boost::shared_ptr<ICIMCl
     const Climb::TStep& step = climb.Top();
     const bool isBuilt = Attempt(step.names.asked, [&] {
         const auto cls = nameSpace->AllocateClass(step.name, superClass, TCIMContext());
-        nameSpace->StampClass(*cls, context);
+        nameSpace->AddPluginQualifiers(*cls, context);
         cls->AddToNamespace(context);
     });
     if (!isBuilt) {
@@ -205,7 +205,7 @@ boost::shared_ptr<ICIMClass> CompatibleReading::AllocateClass(const std::string&
                                                               boost::shared_ptr<TCimHTTPClass> superClass) {
     const auto nameSpace = LockNamespace();
     try {
-        return WithinMemory([&] { return nameSpace->MakeClass(name, superClass); });
+        return WithinMemory([&] { return TCimHTTPClass::Make(nameSpace, name, superClass); });
     } catch (const Pegasus::Exception& exception) {
         if (!lookups_.empty()) {
             throw;

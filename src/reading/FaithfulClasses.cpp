@@ -5,9 +5,9 @@
 #include "convert/RemoteText.h"
 #include "host/TVYXException.h"
 #include "model/TCimHTTPClass.h"
-#include "provider/TCimHTTPNamespace.h"
 #include "reading/LimitExceeded.h"
 #include "reading/ReadingReport.h"
+#include "reading/RemoteNamespace.h"
 #include "reading/RemoteRequest.h"
 #include "reading/RemoteServer.h"
 
@@ -54,10 +54,10 @@ bool IsAmongAncestors(const TCimHTTPClass& cls, boost::shared_ptr<TCimHTTPClass>
 
 } // namespace
 
-FaithfulClasses::FaithfulClasses(boost::shared_ptr<TCimHTTPNamespace> nameSpace) : namespace_(nameSpace) {}
+FaithfulClasses::FaithfulClasses(boost::shared_ptr<RemoteNamespace> nameSpace) : namespace_(nameSpace) {}
 
-boost::shared_ptr<TCimHTTPNamespace> FaithfulClasses::LockNamespace() const {
-    return boost::shared_ptr<TCimHTTPNamespace>(namespace_);
+boost::shared_ptr<RemoteNamespace> FaithfulClasses::LockNamespace() const {
+    return boost::shared_ptr<RemoteNamespace>(namespace_);
 }
 
 // --- Definitions -------------------------------------------------------------------------------------------------
@@ -80,7 +80,7 @@ FaithfulClasses::TClassPointer FaithfulClasses::Fetch(const std::string& name, T
         }
         LogDebug(what + ": " + failure.text);
         givesClasses_ = false;
-        return sentClasses_.Get(*nameSpace, name);
+        return sentClasses_.Get(nameSpace, name);
     }
 }
 
@@ -94,7 +94,7 @@ FaithfulClasses::TClassPointer FaithfulClasses::Build(Pegasus::CIMClass& definit
     const auto nameSpace = LockNamespace();
     auto cls = boost::make_shared<TCimHTTPClass>(nameSpace, NameText(definition.getClassName()), TClassPointer());
     Fill(*cls, definition);
-    nameSpace->StampClass(*cls, context);
+    nameSpace->AddPluginQualifiers(*cls, context);
     nameSpace->AddClass(cls);
     return cls;
 }
@@ -114,8 +114,8 @@ void FaithfulClasses::Fill(TCimHTTPClass& cls, Pegasus::CIMClass& definition) {
 void FaithfulClasses::Define(TCimHTTPClass& cls) {
     const auto nameSpace = LockNamespace();
     nameSpace->Report().BeginOperation();
-    AskRemotely(*nameSpace, "TCimHTTPNamespace::AllocateClass " + NameOf(cls), [&] {
-        Pegasus::CIMClass definition = FetchDefinition(NameOf(cls));
+    AskRemotely(*nameSpace, "TCimHTTPNamespace::AllocateClass " + cls.Name(), [&] {
+        Pegasus::CIMClass definition = FetchDefinition(cls.Name());
         Fill(cls, definition);
     });
 }
@@ -132,7 +132,7 @@ FaithfulClasses::TClassPointer FaithfulClasses::ClassOf(const std::string& name,
         nameSpace->Report().AddAndLog(
             {Cause::kNoDefinition, name, std::string(), std::string(), "its definition cannot be read: " + reason});
     }
-    return sentClasses_.Get(*nameSpace, name);
+    return sentClasses_.Get(nameSpace, name);
 }
 
 /// A class whose definition is there, or empty, with a reason.

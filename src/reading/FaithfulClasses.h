@@ -16,7 +16,7 @@
 namespace NQORVYX20 {
 
 class TCimHTTPClass;
-class TCimHTTPNamespace;
+class RemoteNamespace;
 
 /// The classes of a faithful namespace: fetched once, each under its superclass. Operations throw as FaithfulReading
 /// says, unless something else is said.
@@ -24,7 +24,7 @@ class FaithfulClasses {
   public:
     using TClassPointer = boost::shared_ptr<TCimHTTPClass>;
 
-    explicit FaithfulClasses(boost::shared_ptr<TCimHTTPNamespace> nameSpace);
+    explicit FaithfulClasses(boost::shared_ptr<RemoteNamespace> nameSpace);
 
     /// A class that the namespace does not hold yet. Of a server that does not know the operation, a class that
     /// declares what its instances turn out to have.
@@ -50,7 +50,7 @@ class FaithfulClasses {
     void Clear() { sentClasses_.Clear(); }
 
   private:
-    boost::shared_ptr<TCimHTTPNamespace> LockNamespace() const;
+    boost::shared_ptr<RemoteNamespace> LockNamespace() const;
 
     Pegasus::CIMClass FetchDefinition(const std::string& name);
     TClassPointer Build(Pegasus::CIMClass& definition, TCIMContext context);
@@ -60,7 +60,7 @@ class FaithfulClasses {
     void Link(const TClassPointer& cls, const TClassPointer& superClass);
     void LinkToKnown(const TClassPointer& cls);
 
-    boost::weak_ptr<TCimHTTPNamespace> namespace_;
+    boost::weak_ptr<RemoteNamespace> namespace_;
     DefinitionReader definitions_;
     SentClasses sentClasses_;
     bool givesClasses_ = true;                   // false when the server does not know the operation

@@ -8,12 +8,12 @@
 #include "host/TVYXException.h"
 #include "model/TCimHTTPClass.h"
 #include "model/TFaithfulInstance.h"
-#include "provider/TCimHTTPNamespace.h"
 #include "reading/InstanceEnumeration.h"
 #include "reading/InstancePath.h"
 #include "reading/InstanceReader.h"
 #include "reading/ReadingReport.h"
 #include "reading/RemoteRequest.h"
+#include "reading/RemoteNamespace.h"
 #include "reading/RemoteServer.h"
 
 #include <boost/make_shared.hpp>
@@ -87,11 +87,11 @@ std::size_t HeldIn(const TCIMContext& context) {
 
 } // namespace
 
-FaithfulReading::FaithfulReading(boost::shared_ptr<TCimHTTPNamespace> nameSpace)
+FaithfulReading::FaithfulReading(boost::shared_ptr<RemoteNamespace> nameSpace)
     : namespace_(nameSpace), classes_(nameSpace) {}
 
-boost::shared_ptr<TCimHTTPNamespace> FaithfulReading::LockNamespace() const {
-    return boost::shared_ptr<TCimHTTPNamespace>(namespace_);
+boost::shared_ptr<RemoteNamespace> FaithfulReading::LockNamespace() const {
+    return boost::shared_ptr<RemoteNamespace>(namespace_);
 }
 
 void FaithfulReading::End() {
@@ -114,7 +114,7 @@ boost::shared_ptr<ICIMClass> FaithfulReading::FetchClass(const std::string& name
 }
 
 boost::shared_ptr<ICIMClass> FaithfulReading::AllocateClass(const std::string& name, TClassPointer superClass) {
-    return LockNamespace()->MakeClass(name, superClass);
+    return TCimHTTPClass::Make(LockNamespace(), name, superClass);
 }
 
 void FaithfulReading::Define(TCimHTTPClass& cls) { classes_.Define(cls); }

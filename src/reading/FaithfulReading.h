@@ -15,7 +15,7 @@ namespace NQORVYX20 {
 class InstanceEnumeration;
 class InstanceReader;
 class TFaithfulInstance;
-class TCimHTTPNamespace;
+class RemoteNamespace;
 
 /// The reading that loses nothing: null is null, an instance is one of its own class under the server's path, classes
 /// hang under their superclasses, each enumeration asks the server, a failure is an exception, and what could not be
@@ -25,7 +25,7 @@ class TCimHTTPNamespace;
 /// LastFailure set: eNotFound for what the server does not have, eRemoteConnectionFailed for every other failure.
 class FaithfulReading : public Reading {
   public:
-    explicit FaithfulReading(boost::shared_ptr<TCimHTTPNamespace> nameSpace);
+    explicit FaithfulReading(boost::shared_ptr<RemoteNamespace> nameSpace);
 
     NameRule Names() const override { return NameRule::kCim; }
 
@@ -64,14 +64,14 @@ class FaithfulReading : public Reading {
     friend class InstanceEnumeration;
     using TClassPointer = FaithfulClasses::TClassPointer;
 
-    boost::shared_ptr<TCimHTTPNamespace> LockNamespace() const;
+    boost::shared_ptr<RemoteNamespace> LockNamespace() const;
 
     boost::shared_ptr<TFaithfulInstance> MakeInstance(Pegasus::CIMInstance& remote, const Pegasus::CIMObjectPath& path,
                                                       const TClassPointer& cls, InstanceReader& reader,
                                                       std::string& key);
     TClassPointer ClassOfPath(const TCIMReference& reference);
 
-    boost::weak_ptr<TCimHTTPNamespace> namespace_;
+    boost::weak_ptr<RemoteNamespace> namespace_;
     FaithfulClasses classes_;
     LastReadings readings_;
 };

@@ -5,9 +5,9 @@
 #include "host/ICIMInstance.h"
 #include "model/TCimHTTPClass.h"
 #include "model/TFaithfulInstance.h"
-#include "provider/TCimHTTPNamespace.h"
 #include "reading/FaithfulReading.h"
 #include "reading/ReadingReport.h"
+#include "reading/RemoteNamespace.h"
 #include "reading/RemoteRequest.h"
 
 #include <boost/make_shared.hpp>
@@ -26,8 +26,8 @@ std::string NameOf(const TCimHTTPClass& cls) { return cls.GetName(TCIMContext())
 
 } // namespace
 
-InstanceEnumeration::InstanceEnumeration(const boost::shared_ptr<TCimHTTPNamespace>& nameSpace,
-                                         FaithfulReading& reading, const TCimHTTPClass& cls, bool deep,
+InstanceEnumeration::InstanceEnumeration(const boost::shared_ptr<RemoteNamespace>& nameSpace, FaithfulReading& reading,
+                                         const TCimHTTPClass& cls, bool deep,
                                          const Pegasus::CIMPropertyList& properties, std::size_t held)
     : namespace_(nameSpace),
       reading_(reading),
@@ -47,7 +47,7 @@ void InstanceEnumeration::Close() noexcept {
 }
 
 InstanceEnumeration::TInstances InstanceEnumeration::Next() {
-    const boost::shared_ptr<TCimHTTPNamespace> nameSpace(namespace_);
+    const boost::shared_ptr<RemoteNamespace> nameSpace(namespace_);
     nameSpace->Report().BeginOperation();
     return AskRemotely(*nameSpace, "TCimHTTPClass::EnumerateInstances " + className_, [this] {
         auto instances = std::exchange(hasBegun_, true) ? Following() : First();

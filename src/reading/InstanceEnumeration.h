@@ -20,7 +20,7 @@ namespace NQORVYX20 {
 class FaithfulReading;
 class ICIMInstance;
 class TCimHTTPClass;
-class TCimHTTPNamespace;
+class RemoteNamespace;
 
 /// An enumeration of a faithful namespace that is read as it is wanted. It holds a number of instances at most, and
 /// what one request brings beyond. An enumeration of no more has all of them in the order of their paths, each path
@@ -36,7 +36,7 @@ class InstanceEnumeration {
     static constexpr std::size_t kAll = std::numeric_limits<std::size_t>::max();
 
     /// Of a class and its subclasses or, without `deep`, of the class alone; asks for nothing yet.
-    InstanceEnumeration(const boost::shared_ptr<TCimHTTPNamespace>& nameSpace, FaithfulReading& reading,
+    InstanceEnumeration(const boost::shared_ptr<RemoteNamespace>& nameSpace, FaithfulReading& reading,
                         const TCimHTTPClass& cls, bool deep, const Pegasus::CIMPropertyList& properties,
                         std::size_t held);
     ~InstanceEnumeration();
@@ -71,7 +71,7 @@ class InstanceEnumeration {
     TInstances TakeHeld();
     bool IsOver() const { return isStopped_ || portions_.IsAtEnd(); }
 
-    boost::weak_ptr<TCimHTTPNamespace> namespace_;
+    boost::weak_ptr<RemoteNamespace> namespace_;
     FaithfulReading& reading_; // lives as long as the namespace
     std::string className_;
     Pegasus::CIMName remoteName_;
