@@ -2,7 +2,6 @@
 
 #include "convert/CoreLog.h"
 #include "host/TVYXException.h"
-#include "model/EntryMap.h"
 #include "model/Reading.h"
 #include "model/TCimHTTPClass.h"
 #include "model/TCimHTTPQualifierDecl.h"
@@ -24,43 +23,43 @@ void SchemaNamespace::SetRootClass(boost::shared_ptr<TCimHTTPClass> cls) { rootC
 
 void SchemaNamespace::AddClass(boost::shared_ptr<TCimHTTPClass> cls) {
     const std::string& name = cls->GetName(TCIMContext());
-    const auto [entry, isNew] = classes_.emplace(NormalizeName(name, names_), cls);
-    if (isNew) {
+    const std::string key = NormalizeName(name, names_);
+    if (classes_.Add(key, cls)) {
         return;
     }
     if (!redefine_) {
         LogDebug("TCimHTTPNamespace: class " + name + " already defined");
         throw TVYXException(TVYXStatusCode::eAlreadyExists);
     }
-    cls->AdoptSubClasses(*entry->second);
-    entry->second = cls;
+    cls->AdoptSubClasses(*classes_.Find(key));
+    classes_.Set(key, cls);
 }
 
 void SchemaNamespace::RemoveClass(boost::shared_ptr<TCimHTTPClass> /*cls*/) {}
 
-boost::shared_ptr<TCimHTTPClass> SchemaNamespace::FindClass(const std::string& key) const { return FindEntry(classes_, key); }
+boost::shared_ptr<TCimHTTPClass> SchemaNamespace::FindClass(const std::string& key) const { return classes_.Find(key); }
 
 void SchemaNamespace::AddQualifierDecl(boost::shared_ptr<TCimHTTPQualifierDecl> declaration) {
     const std::string& name = declaration->GetName(TCIMContext());
-    const auto [entry, isNew] = qualifierDecls_.emplace(NormalizeName(name, names_), declaration);
-    if (isNew) {
+    const std::string key = NormalizeName(name, names_);
+    if (qualifierDecls_.Add(key, declaration)) {
         return;
     }
     if (!redefine_) {
         LogDebug("CimHTTP: TCimHTTPNamespace: qualifier " + name + " already defined");
         throw TVYXException(TVYXStatusCode::eAlreadyExists);
     }
-    entry->second = declaration;
+    qualifierDecls_.Set(key, declaration);
 }
 
 boost::shared_ptr<ICIMQualifierDecl> SchemaNamespace::GetQualifierDecl(const std::string& name,
                                                                        TCIMContext /*context*/) const {
-    return FindEntry(qualifierDecls_, NormalizeName(name, names_));
+    return qualifierDecls_.Find(NormalizeName(name, names_));
 }
 
 void SchemaNamespace::EnumerateQualifierDecls(
     const boost::function<bool(boost::shared_ptr<ICIMQualifierDecl>)>& callback, TCIMContext /*context*/) const {
-    VisitEntries(qualifierDecls_, callback);
+    qualifierDecls_.Visit(callback);
 }
 
 } // namespace NQORVYX20

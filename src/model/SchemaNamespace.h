@@ -2,10 +2,10 @@
 
 #include "convert/NormalName.h"
 #include "host/ICIMNamespace.h"
+#include "model/NamedEntries.h"
 
 #include <boost/shared_ptr.hpp>
 
-#include <map>
 #include <string>
 
 namespace NQORVYX20 {
@@ -65,8 +65,8 @@ class SchemaNamespace : public ICIMNamespace {
     boost::shared_ptr<Reading> reading_;
     NameRule names_ = NameRule::kHost;
     bool redefine_;
-    std::map<std::string, boost::shared_ptr<TCimHTTPQualifierDecl>> qualifierDecls_;
-    std::map<std::string, boost::shared_ptr<TCimHTTPClass>> classes_;
+    NamedEntries<TCimHTTPQualifierDecl> qualifierDecls_;
+    NamedEntries<TCimHTTPClass> classes_;
     boost::shared_ptr<TCimHTTPClass> rootClass_;
 };
 

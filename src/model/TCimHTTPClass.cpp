@@ -4,7 +4,6 @@
 #include "convert/NormalName.h"
 #include "host/TVYXException.h"
 #include "model/AssociationFilter.h"
-#include "model/EntryMap.h"
 #include "model/Reading.h"
 #include "model/SchemaNamespace.h"
 #include "model/Required.h"
@@ -93,7 +92,7 @@ bool TCimHTTPClass::KeepPropertyDecl(const std::string& key, const boost::shared
 }
 
 bool TCimHTTPClass::KeepMethodDecl(const std::string& key, const boost::shared_ptr<ICIMMethodDecl>& declaration) {
-    return methodDecls_.emplace(key, boost::dynamic_pointer_cast<TCimHTTPMethodDecl>(declaration)).second;
+    return methodDecls_.Add(key, boost::dynamic_pointer_cast<TCimHTTPMethodDecl>(declaration));
 }
 
 // --- Hierarchy ---------------------------------------------------------------------------------------------------
@@ -245,12 +244,7 @@ boost::shared_ptr<ICIMPropertyDecl> TCimHTTPClass::GetPropertyDecl(const std::st
 
 void TCimHTTPClass::EnumeratePropertyDecls(const boost::function<bool(boost::shared_ptr<ICIMPropertyDecl>)>& callback,
                                            TCIMContext /*context*/) const {
-    const auto declarations = propertyDecls_.Ordered();
-    for (const auto& declaration : *declarations) {
-        if (!callback(declaration)) {
-            return;
-        }
-    }
+    propertyDecls_.Visit(callback);
 }
 
 void TCimHTTPClass::AddPropertyDecl(boost::shared_ptr<ICIMPropertyDecl> declaration) {
@@ -283,11 +277,7 @@ void TCimHTTPClass::FilePropertyDecl(const std::string& key, const boost::shared
     if (!added) {
         Refuse(TVYXStatusCode::eTypeMismatch, attempt + ": the declaration is another implementation's");
     }
-    if (isTaken) {
-        propertyDecls_.Replace(key, added);
-    } else {
-        propertyDecls_.Add(key, added);
-    }
+    propertyDecls_.Set(key, added);
 }
 
 void TCimHTTPClass::CheckOverride(const ICIMPropertyDecl& declaration) const {
@@ -333,12 +323,12 @@ TCimHTTPClass::AllocateMethodDecl(const std::string& name, TCIMValue::TCIMType r
 }
 
 boost::shared_ptr<ICIMMethodDecl> TCimHTTPClass::GetMethodDecl(const std::string& name, TCIMContext /*context*/) const {
-    return FindEntry(methodDecls_, NormalizeName(name, names_));
+    return methodDecls_.Find(NormalizeName(name, names_));
 }
 
 void TCimHTTPClass::EnumerateMethodDecls(const boost::function<bool(boost::shared_ptr<ICIMMethodDecl>)>& callback,
                                          TCIMContext /*context*/) const {
-    VisitEntries(methodDecls_, callback);
+    methodDecls_.Visit(callback);
 }
 
 void TCimHTTPClass::AddMethodDecl(boost::shared_ptr<ICIMMethodDecl> /*declaration*/) {}
@@ -351,7 +341,7 @@ TCIMValue TCimHTTPClass::InvokeMethod(const std::string& /*name*/, TCIMContext& 
 }
 
 boost::shared_ptr<ICIMProperty> TCimHTTPClass::GetProperty(const std::string& name, TCIMContext /*context*/) {
-    auto property = FindEntry(staticProperties_, NormalizeName(name, names_));
+    auto property = staticProperties_.Find(NormalizeName(name, names_));
     if (!property) {
         throw TVYXException(TVYXStatusCode::eNotFound);
     }
@@ -364,7 +354,7 @@ void TCimHTTPClass::SetPropertyValue(const std::string& /*name*/, const TCIMValu
 
 void TCimHTTPClass::EnumerateStaticProperties(const boost::function<bool(boost::shared_ptr<ICIMProperty>)>& callback,
                                               TCIMContext /*context*/) {
-    VisitEntries(staticProperties_, callback);
+    staticProperties_.Visit(callback);
 }
 
 void TCimHTTPClass::AddQualifier(boost::shared_ptr<ICIMQualifier> qualifier, TCIMContext /*context*/) {
@@ -453,7 +443,7 @@ void TCimHTTPClass::EnumerateInstances(const boost::function<bool(boost::shared_
 }
 
 void TCimHTTPClass::VisitInstances(const boost::function<bool(boost::shared_ptr<ICIMInstance>)>& callback, bool deep) {
-    if (!VisitEntries(instances_, callback) || !deep) {
+    if (!instances_.Visit(callback) || !deep) {
         return;
     }
     const auto subClasses = subClasses_.Classes();
@@ -464,18 +454,16 @@ void TCimHTTPClass::VisitInstances(const boost::function<bool(boost::shared_ptr<
 
 void TCimHTTPClass::AddInstance(boost::shared_ptr<ICIMInstance> instance) {
     const auto added = boost::dynamic_pointer_cast<TCimHTTPInstance>(instance);
-    // Servers mostly give instances in the order of their paths.
-    instances_.emplace_hint(instances_.end(),
-                            Required(added, TVYXStatusCode::eTypeMismatch).BuildPath(TCIMContext()).GetPath(), added);
+    instances_.Add(Required(added, TVYXStatusCode::eTypeMismatch).BuildPath(TCIMContext()).GetPath(), added);
 }
 
 void TCimHTTPClass::RemoveInstance(boost::shared_ptr<ICIMInstance> instance) {
-    instances_.erase(instance->BuildPath(TCIMContext()).GetPath());
+    instances_.Remove(instance->BuildPath(TCIMContext()).GetPath());
 }
 
 boost::shared_ptr<ICIMInstance> TCimHTTPClass::GetInstance(const TCIMReference& reference,
                                                            TCIMContext /*context*/) const {
-    return FindEntry(instances_, reference.GetPath());
+    return instances_.Find(reference.GetPath());
 }
 
 void TCimHTTPClass::ClearInstances() {
@@ -498,9 +486,9 @@ void TCimHTTPClass::ClearOwn(std::vector<boost::shared_ptr<TCimHTTPClass>>& link
     linked.insert(linked.end(), subClasses.Classes().begin(), subClasses.Classes().end());
     qualifiers_.Clear();
     propertyDecls_.Clear();
-    staticProperties_.clear();
-    instances_.clear();
-    methodDecls_.clear();
+    staticProperties_.Clear();
+    instances_.Clear();
+    methodDecls_.Clear();
 }
 
 } // namespace NQORVYX20

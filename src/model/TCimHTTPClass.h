@@ -1,14 +1,13 @@
 #pragma once
 
 #include "host/ICIMClass.h"
-#include "model/EntryIndex.h"
+#include "model/NamedEntries.h"
 #include "model/SubClassList.h"
 #include "model/TCimHTTPQualifierMap.h"
 
 #include <boost/enable_shared_from_this.hpp>
 #include <boost/weak_ptr.hpp>
 
-#include <map>
 #include <set>
 #include <string>
 #include <vector>
@@ -81,7 +80,7 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     bool KeepMethodDecl(const std::string& key, const boost::shared_ptr<ICIMMethodDecl>& declaration);
 
     /// How many instances were added under paths of their own.
-    std::size_t CountInstances() const { return instances_.size(); }
+    std::size_t CountInstances() const { return instances_.Size(); }
 
     /// Visits the instances that were added, in the order of their paths; with `deep` then enumerates those of each
     /// linked subclass. False from the callback ends it.
@@ -222,8 +221,8 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     std::string superClassName_; // empty unless it is looked up when needed
     NameRule names_;
     TCimHTTPQualifierMap qualifiers_;
-    EntryIndex<TCimHTTPPropertyDecl> propertyDecls_;
-    std::map<std::string, boost::shared_ptr<TCimHTTPProperty>> staticProperties_;
+    NamedEntries<TCimHTTPPropertyDecl> propertyDecls_;
+    NamedEntries<TCimHTTPProperty> staticProperties_;
     SubClassList<TCimHTTPClass> subClasses_;
     TWalk* walk_ = nullptr; // while a class above enumerates this one's subclasses
 
@@ -232,8 +231,8 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     std::set<boost::shared_ptr<TCimHTTPClass>> associations_;
 
   private:
-    std::map<std::string, boost::shared_ptr<TCimHTTPInstance>> instances_; // by path
-    std::map<std::string, boost::shared_ptr<TCimHTTPMethodDecl>> methodDecls_;
+    NamedEntries<TCimHTTPInstance> instances_; // by path
+    NamedEntries<TCimHTTPMethodDecl> methodDecls_;
 };
 
 } // namespace NQORVYX20

@@ -3,7 +3,6 @@
 #include "convert/CoreLog.h"
 #include "convert/NormalName.h"
 #include "host/TVYXException.h"
-#include "model/EntryMap.h"
 #include "model/TCimHTTPClass.h"
 #include "model/TCimHTTPParameterDecl.h"
 
@@ -32,7 +31,7 @@ TCimHTTPMethodDecl::AllocateParameterDecl(const std::string& name, TCIMValue::TC
 
 boost::shared_ptr<ICIMParameterDecl> TCimHTTPMethodDecl::GetParameterDecl(const std::string& name,
                                                                           TCIMContext /*context*/) const {
-    auto parameter = FindEntry(parameters_, NormalizeName(name, Names()));
+    auto parameter = parameters_.Find(NormalizeName(name, Names()));
     if (!parameter) {
         throw TVYXException(TVYXStatusCode::eNotFound);
     }
@@ -41,12 +40,12 @@ boost::shared_ptr<ICIMParameterDecl> TCimHTTPMethodDecl::GetParameterDecl(const 
 
 void TCimHTTPMethodDecl::EnumerateParameterDecls(boost::function<bool(boost::shared_ptr<ICIMParameterDecl>)>& callback,
                                                  TCIMContext /*context*/) const {
-    VisitEntries(parameters_, callback);
+    parameters_.Visit(callback);
 }
 
 void TCimHTTPMethodDecl::AddParameterDecl(boost::shared_ptr<TCimHTTPParameterDecl> parameter) {
     const std::string& name = parameter->GetName(TCIMContext());
-    if (!parameters_.emplace(NormalizeName(name, Names()), parameter).second) {
+    if (!parameters_.Add(NormalizeName(name, Names()), parameter)) {
         // Those who search the log know this text, which is the one for properties.
         LogError("Inmem: Attempt to add property " + name + " to method " + GetName(TCIMContext()) +
                  ": already exists");
@@ -55,7 +54,7 @@ void TCimHTTPMethodDecl::AddParameterDecl(boost::shared_ptr<TCimHTTPParameterDec
 }
 
 void TCimHTTPMethodDecl::RemoveParameterDecl(boost::shared_ptr<TCimHTTPParameterDecl> parameter) {
-    parameters_.erase(NormalizeName(parameter->GetName(TCIMContext()), Names()));
+    parameters_.Remove(NormalizeName(parameter->GetName(TCIMContext()), Names()));
 }
 
 } // namespace NQORVYX20

@@ -1,11 +1,10 @@
 #pragma once
 
 #include "host/ICIMMethodDecl.h"
+#include "model/NamedEntries.h"
 #include "model/TCimHTTPDeclaration.h"
 
 #include <boost/weak_ptr.hpp>
-
-#include <map>
 
 namespace NQORVYX20 {
 
@@ -44,7 +43,7 @@ class TCimHTTPMethodDecl : public TCimHTTPDeclaration<TCimHTTPMethodDecl, ICIMMe
   private:
     boost::weak_ptr<TCimHTTPClass> class_;
     TCIMValue::TCIMType returnType_;
-    std::map<std::string, boost::shared_ptr<TCimHTTPParameterDecl>> parameters_;
+    NamedEntries<TCimHTTPParameterDecl> parameters_;
 };
 
 } // namespace NQORVYX20

@@ -2,7 +2,6 @@
 
 #include "convert/CoreLog.h"
 #include "host/TVYXException.h"
-#include "model/EntryMap.h"
 #include "model/TCimHTTPQualifier.h"
 
 namespace NQORVYX20 {
@@ -58,7 +57,7 @@ void TCimHTTPQualifierMap::Keep(const std::string& name, const boost::shared_ptr
         throw TVYXException(TVYXStatusCode::eTypeMismatch);
     }
     Forget(name);
-    qualifiers_[name] = qualifier;
+    qualifiers_.Set(name, qualifier);
     if (name == kKey) {
         key_ = qualifier;
     }
@@ -81,7 +80,7 @@ std::uint64_t TCimHTTPQualifierMap::Revision() const {
 void TCimHTTPQualifierMap::Remove(const std::string& name) {
     const std::string normalized = NormalizeName(name, names_);
     Forget(normalized);
-    if (qualifiers_.erase(normalized) == 0) {
+    if (!qualifiers_.Remove(normalized)) {
         throw TVYXException(TVYXStatusCode::eNotFound);
     }
     if (normalized == kKey) {
@@ -91,7 +90,7 @@ void TCimHTTPQualifierMap::Remove(const std::string& name) {
 
 void TCimHTTPQualifierMap::Clear() {
     past_ = Revision() + 1;
-    qualifiers_.clear();
+    qualifiers_.Clear();
     key_.reset();
 }
 
@@ -100,7 +99,7 @@ boost::shared_ptr<TCimHTTPQualifier> TCimHTTPQualifierMap::Find(const std::strin
 }
 
 boost::shared_ptr<TCimHTTPQualifier> TCimHTTPQualifierMap::FindNormalized(const std::string& name) const {
-    return FindEntry(qualifiers_, name);
+    return qualifiers_.Find(name);
 }
 
 boost::shared_ptr<TCimHTTPQualifier> TCimHTTPQualifierMap::Get(const std::string& name) const {
@@ -112,7 +111,7 @@ boost::shared_ptr<TCimHTTPQualifier> TCimHTTPQualifierMap::Get(const std::string
 }
 
 void TCimHTTPQualifierMap::Visit(const boost::function<bool(boost::shared_ptr<ICIMQualifier>)>& callback) const {
-    VisitEntries(qualifiers_, callback);
+    qualifiers_.Visit(callback);
 }
 
 } // namespace NQORVYX20

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "convert/NormalName.h"
+#include "model/NamedEntries.h"
 
 #include <boost/function.hpp>
 #include <boost/shared_ptr.hpp>
 
 #include <cstdint>
-#include <map>
 #include <string>
 
 namespace NQORVYX20 {
@@ -64,7 +64,7 @@ class TCimHTTPQualifierMap {
     void Keep(const std::string& name, const boost::shared_ptr<TCimHTTPQualifier>& qualifier);
 
     NameRule names_;
-    std::map<std::string, boost::shared_ptr<TCimHTTPQualifier>> qualifiers_;
+    NamedEntries<TCimHTTPQualifier> qualifiers_;
     boost::shared_ptr<TCimHTTPQualifier> key_;
     std::uint64_t past_ = 0; // changes of the collection, and those of qualifiers that are no more in it
 };
