@@ -64,6 +64,8 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     /// What a name is to a class, which may be none, and its elements.
     static NameRule NamesOf(const TCimHTTPClass* cls) { return cls != nullptr ? cls->names_ : NameRule::kHost; }
 
+    const std::string& Name() const { return name_; }
+
     /// Sets the superclass; the class is initialised then.
     void SetSuperClass(const boost::shared_ptr<ICIMClass>& superClass);
 

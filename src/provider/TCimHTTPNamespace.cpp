@@ -141,7 +141,7 @@ void TCimHTTPNamespace::Connect(const ConnectionPlan& plan, const std::string& h
     try {
         Apply(plan.Options());
         getPegClient()->setTimeout(TimeoutMs());
-        server_->ForgetWhatItCan();
+        Server().ForgetCapabilities();
         Open(plan, host, user, password, port);
     } catch (...) {
         Apply(before);
@@ -154,9 +154,9 @@ void TCimHTTPNamespace::Open(const ConnectionPlan& plan, const std::string& host
                              const std::string& password, int port) {
     Pegasus::CIMClient& client = *getPegClient();
     const auto remotePort = static_cast<Pegasus::Uint32>(port);
-    if (plan.WayToServer() == ConnectionPlan::Way::kPlain) {
+    if (plan.ChosenTransport() == ConnectionPlan::Transport::kPlain) {
         client.connect(ToRemoteText(host), remotePort, ToRemoteText(user), ToRemoteText(password));
-    } else if (plan.WayToServer() == ConnectionPlan::Way::kTls) {
+    } else if (plan.ChosenTransport() == ConnectionPlan::Transport::kTls) {
         client.connect(ToRemoteText(host), remotePort, SslContextOf(plan.Options()), ToRemoteText(user),
                        ToRemoteText(password));
     }
@@ -285,7 +285,7 @@ boost::shared_ptr<ICIMInstance> TCimHTTPNamespace::GetInstance(const TCIMReferen
 void TCimHTTPNamespace::EnumerateInstances(const Pegasus::CIMNamespaceName& nameSpace,
                                            const Pegasus::CIMName& className) {
     try {
-        auto instances = server_->EnumerateInstancesToLookAt(nameSpace, className);
+        auto instances = Server().EnumerateInstancesForDiagnosis(nameSpace, className);
         for (Pegasus::Uint32 i = 0; i < instances.size(); ++i) {
             (void)instances[i].getPath().toString();
             for (Pegasus::Uint32 j = 0; j < instances[i].getPropertyCount(); ++j) {

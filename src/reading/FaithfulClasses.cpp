@@ -80,7 +80,7 @@ FaithfulClasses::TClassPointer FaithfulClasses::Fetch(const std::string& name, T
         }
         LogDebug(what + ": " + failure.text);
         givesClasses_ = false;
-        return sentClasses_.Get(nameSpace, name);
+        return inferredClasses_.Get(nameSpace, name);
     }
 }
 
@@ -132,7 +132,7 @@ FaithfulClasses::TClassPointer FaithfulClasses::ClassOf(const std::string& name,
         nameSpace->Report().AddAndLog(
             {Cause::kNoDefinition, name, std::string(), std::string(), "its definition cannot be read: " + reason});
     }
-    return sentClasses_.Get(nameSpace, name);
+    return inferredClasses_.Get(nameSpace, name);
 }
 
 /// A class whose definition is there, or empty, with a reason.
@@ -165,9 +165,9 @@ FaithfulClasses::TClassPointer FaithfulClasses::TryClassOf(const std::string& na
     return {};
 }
 
-void FaithfulClasses::DeclareWhatIsSent(TCimHTTPClass& cls, Pegasus::CIMInstance& instance) {
-    if (sentClasses_.Has(cls)) {
-        sentClasses_.Declare(*LockNamespace(), cls, instance);
+void FaithfulClasses::Infer(TCimHTTPClass& cls, Pegasus::CIMInstance& instance) {
+    if (inferredClasses_.Has(cls)) {
+        inferredClasses_.Declare(*LockNamespace(), cls, instance);
     }
 }
 

@@ -2,7 +2,7 @@
 
 #include "host/TCIMContext.h"
 #include "reading/DefinitionReader.h"
-#include "reading/SentClasses.h"
+#include "reading/InferredClasses.h"
 
 #include <Pegasus/Client/CIMClient.h>
 
@@ -38,8 +38,8 @@ class FaithfulClasses {
     /// library throws when the server cannot be asked at all.
     TClassPointer ClassOf(const std::string& name, bool isReported);
 
-    /// Lets a class without a definition declare what an instance of it has.
-    void DeclareWhatIsSent(TCimHTTPClass& cls, Pegasus::CIMInstance& instance);
+    /// Adds what an instance has to the declarations of a class without a definition.
+    void Infer(TCimHTTPClass& cls, Pegasus::CIMInstance& instance);
 
     /// The superclass of a class that knows it by name only. Links the two.
     TClassPointer FetchSuperClass(TCimHTTPClass& cls);
@@ -47,7 +47,7 @@ class FaithfulClasses {
     /// Fetches and links the subclasses of a class, with `deep` all classes below, at the first call.
     void CompleteSubClasses(TCimHTTPClass& cls, bool deep);
 
-    void Clear() { sentClasses_.Clear(); }
+    void Clear() { inferredClasses_.Clear(); }
 
   private:
     boost::shared_ptr<RemoteNamespace> LockNamespace() const;
@@ -62,7 +62,7 @@ class FaithfulClasses {
 
     boost::weak_ptr<RemoteNamespace> namespace_;
     DefinitionReader definitions_;
-    SentClasses sentClasses_;
+    InferredClasses inferredClasses_;
     bool givesClasses_ = true;                   // false when the server does not know the operation
     std::set<std::string> withAllSubClasses_;    // the classes whose direct subclasses are linked
     std::map<std::string, std::size_t> heights_; // how many classes are linked below, one under the other

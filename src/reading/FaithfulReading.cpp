@@ -95,7 +95,7 @@ boost::shared_ptr<RemoteNamespace> FaithfulReading::LockNamespace() const {
 }
 
 void FaithfulReading::End() {
-    readings_.Clear();
+    cache_.Clear();
     classes_.Clear();
 }
 
@@ -149,7 +149,7 @@ boost::shared_ptr<TFaithfulInstance> FaithfulReading::MakeInstance(Pegasus::CIMI
                                                                    const Pegasus::CIMObjectPath& path,
                                                                    const TClassPointer& cls, InstanceReader& reader,
                                                                    std::string& key) {
-    classes_.DeclareWhatIsSent(*cls, remote);
+    classes_.Infer(*cls, remote);
     InstancePath itsPath = PathOf(path, *cls, *LockNamespace()->Server().Namespace());
     key = itsPath.key;
     return reader.Read(remote, cls, std::move(itsPath));
@@ -160,7 +160,7 @@ boost::shared_ptr<ICIMInstance> FaithfulReading::GetInstance(const TCIMReference
     const auto cls = ClassOfPath(reference);
     const Pegasus::CIMNamespaceName& read = *nameSpace->Server().Namespace();
     const Pegasus::CIMObjectPath path = RemotePathOf(reference, *cls, read);
-    if (auto known = readings_.Find(NormalizeName(NameOf(*cls), NameRule::kCim), PathOf(path, *cls, read).key)) {
+    if (auto known = cache_.Find(NormalizeName(cls->Name(), NameRule::kCim), PathOf(path, *cls, read).key)) {
         return known;
     }
     return AskRemotely(*nameSpace, "TCimHTTPNamespace::GetInstance " + reference.GetPath(), [&] {
@@ -187,7 +187,7 @@ std::vector<boost::shared_ptr<ICIMInstance>> FaithfulReading::TakeOver(Pegasus::
             const std::string name = ToStdString(remote.getClassName());
             TClassPointer& itsClass = classes[name];
             itsClass = itsClass ? itsClass : classes_.ClassOf(name, kIsReported);
-            classes_.DeclareWhatIsSent(*itsClass, remote);
+            classes_.Infer(*itsClass, remote);
             InstancePath path = PathOf(remote.getPath(), *itsClass, read);
             path.reference.SetHost(ToStdString(remote.getPath().getHost()));
             path.reference.SetNamespaceName(ToStdString(read.getString()));

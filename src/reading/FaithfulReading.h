@@ -2,7 +2,7 @@
 
 #include "model/Reading.h"
 #include "reading/FaithfulClasses.h"
-#include "reading/LastReadings.h"
+#include "reading/InstanceCache.h"
 
 #include <boost/weak_ptr.hpp>
 
@@ -73,7 +73,7 @@ class FaithfulReading : public Reading {
 
     boost::weak_ptr<RemoteNamespace> namespace_;
     FaithfulClasses classes_;
-    LastReadings readings_;
+    InstanceCache cache_;
 };
 
 } // namespace NQORVYX20

@@ -62,7 +62,7 @@ InstanceEnumeration::TInstances InstanceEnumeration::Next() {
 InstanceEnumeration::TInstances InstanceEnumeration::First() {
     const std::string key = NormalizeName(className_, NameRule::kCim);
     remoteName_ = Pegasus::CIMName(ToRemoteText(className_));
-    held_ = boost::make_shared<LastReadings::TInstances>();
+    held_ = boost::make_shared<InstanceCache::TInstances>();
     do {
         ReadPortion([this](const std::string& path, const auto& instance, const TClassPointer& cls) {
             Hold(path, instance, cls);
@@ -70,9 +70,9 @@ InstanceEnumeration::TInstances InstanceEnumeration::First() {
         CheckLimits();
     } while (!IsOver() && IsAllHeld());
     if (portions_.IsAtEnd() && hasAllProperties_ && IsAllHeld()) {
-        reading_.readings_.Keep(key, held_);
+        reading_.cache_.Keep(key, held_);
     } else {
-        reading_.readings_.Drop(key); // nobody is to take for absent, or for null, what was not asked for
+        reading_.cache_.Drop(key); // nobody is to take for absent, or for null, what was not asked for
     }
     return TakeHeld();
 }

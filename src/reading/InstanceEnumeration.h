@@ -1,9 +1,9 @@
 #pragma once
 
 #include "cimhttp/ReadingIncidents.h"
+#include "reading/InstanceCache.h"
 #include "reading/InstancePortions.h"
 #include "reading/InstanceReader.h"
-#include "reading/LastReadings.h"
 
 #include <boost/shared_ptr.hpp>
 #include <boost/weak_ptr.hpp>
@@ -81,7 +81,7 @@ class InstanceEnumeration {
     InstancePortions portions_;
     InstanceReader reader_;
     std::map<std::string, TClassPointer> classes_; // of this enumeration
-    boost::shared_ptr<LastReadings::TInstances> held_;
+    boost::shared_ptr<InstanceCache::TInstances> held_;
     TInstances arrived_; // the same in the order of the server, as often as they came; empty where all may be held
     std::vector<ReadingIncident> doubled_; // not reported yet
     bool hasBegun_ = false;

@@ -82,8 +82,8 @@ class RemoteServer {
     Pegasus::Array<Pegasus::CIMInstance> EnumerateLocalInstances(const std::string& className, bool deep);
 
     /// For the diagnostic walk.
-    Pegasus::Array<Pegasus::CIMInstance> EnumerateInstancesToLookAt(const Pegasus::CIMNamespaceName& nameSpace,
-                                                                    const Pegasus::CIMName& className);
+    Pegasus::Array<Pegasus::CIMInstance> EnumerateInstancesForDiagnosis(const Pegasus::CIMNamespaceName& nameSpace,
+                                                                        const Pegasus::CIMName& className);
 
     // --- Sent by the faithful reading ---
 
@@ -116,7 +116,7 @@ class RemoteServer {
     void DoNotPull() { mayPull_ = false; }
 
     /// Another server may answer from now on.
-    void ForgetWhatItCan() { mayPull_ = true; }
+    void ForgetCapabilities() { mayPull_ = true; }
 
     /// What one enumeration may bring in all: bytes of answers, and instances.
     std::uint64_t MaxBytes() const;

@@ -1,4 +1,4 @@
-#include "reading/SentClasses.h"
+#include "reading/InferredClasses.h"
 
 #include "convert/HostValues.h"
 #include "convert/LetterCase.h"
@@ -43,7 +43,7 @@ bool IsKeyOf(const Pegasus::CIMName& name, const Pegasus::CIMObjectPath& path) {
 
 } // namespace
 
-boost::shared_ptr<TCimHTTPClass> SentClasses::Get(const boost::shared_ptr<RemoteNamespace>& nameSpace,
+boost::shared_ptr<TCimHTTPClass> InferredClasses::Get(const boost::shared_ptr<RemoteNamespace>& nameSpace,
                                                       const std::string& name) {
     auto& cls = classes_[LowerCase(name)];
     if (!cls) {
@@ -53,11 +53,11 @@ boost::shared_ptr<TCimHTTPClass> SentClasses::Get(const boost::shared_ptr<Remote
     return cls;
 }
 
-bool SentClasses::Has(const TCimHTTPClass& cls) const {
+bool InferredClasses::Has(const TCimHTTPClass& cls) const {
     return std::any_of(classes_.begin(), classes_.end(), [&](const auto& entry) { return entry.second.get() == &cls; });
 }
 
-void SentClasses::Declare(RemoteNamespace& nameSpace, TCimHTTPClass& cls, Pegasus::CIMInstance& instance) const {
+void InferredClasses::Declare(RemoteNamespace& nameSpace, TCimHTTPClass& cls, Pegasus::CIMInstance& instance) const {
     for (Pegasus::Uint32 i = 0; i < instance.getPropertyCount(); ++i) {
         const auto property = instance.getProperty(i);
         const std::string name = ToStdString(property.getName());

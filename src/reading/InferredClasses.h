@@ -14,7 +14,7 @@ class RemoteNamespace;
 
 /// The classes of which the server does not give the definition. They declare what their instances have: the properties
 /// with the types that were sent, and as keys those that stand in the paths.
-class SentClasses {
+class InferredClasses {
   public:
     /// The class of that name, new without declarations.
     boost::shared_ptr<TCimHTTPClass> Get(const boost::shared_ptr<RemoteNamespace>& nameSpace, const std::string& name);
