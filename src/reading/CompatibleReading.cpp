@@ -32,9 +32,6 @@ namespace NQORVYX20 {
 
 namespace {
 
-// A hierarchy deeper than this is a server's mistake or malice; fetching it must not exhaust the stack.
-constexpr std::size_t kMaxHierarchyDepth = 256;
-
 /// Says that a superclass is being looked up, for the time of its life.
 class TClimbing {
   public:
@@ -159,7 +156,7 @@ bool CompatibleReading::Attempt(const std::string& name, const Step& step) {
 /// Asks for the names of a class and its superclass, the next step of the climb.
 bool CompatibleReading::FetchNames(Climb& climb, const TNames& wanted) {
     const auto nameSpace = LockNamespace();
-    if (lookups_.size() >= kMaxHierarchyDepth || lookups_.count(wanted.key) != 0) {
+    if (lookups_.size() >= DefinitionBudget::kLevels || lookups_.count(wanted.key) != 0) {
         const std::string text =
             "TCimHTTPNamespace::GetClass " + wanted.key + ": the server's class hierarchy has a cycle or is too deep";
         LogError(text);

@@ -22,11 +22,6 @@ namespace {
 
 using Cause = ReadingIncident::Cause;
 
-// A hierarchy with more levels is a server's mistake or malice; walking through it must come to an end.
-constexpr std::size_t kMaxHierarchyDepth = 256;
-
-std::string NameOf(const TCimHTTPClass& cls) { return cls.GetName(TCIMContext()); }
-
 std::string NameText(const Pegasus::CIMName& name) { return name.isNull() ? std::string() : ToStdString(name); }
 
 bool IsNamed(const Pegasus::CIMClass& definition, const std::string& name) {
@@ -181,35 +176,35 @@ FaithfulClasses::TClassPointer FaithfulClasses::FetchSuperClass(TCimHTTPClass& c
 }
 
 void FaithfulClasses::Link(const TClassPointer& cls, const TClassPointer& superClass) {
-    const std::size_t height = heights_[NameOf(*cls)] + 1;
-    if (IsAmongAncestors(*cls, superClass) || height + CountAncestors(*superClass) > kMaxHierarchyDepth) {
-        FailRemotely(LockNamespace()->Report(), "TCimHTTPClass::GetSuperClass " + NameOf(*cls),
+    const std::size_t height = heights_[cls->Name()] + 1;
+    if (IsAmongAncestors(*cls, superClass) || height + CountAncestors(*superClass) > DefinitionBudget::kLevels) {
+        FailRemotely(LockNamespace()->Report(), "TCimHTTPClass::GetSuperClass " + cls->Name(),
                      MalformedAnswer("the server's class hierarchy has a cycle or is too deep"));
     }
-    std::size_t& reached = heights_[NameOf(*superClass)];
+    std::size_t& reached = heights_[superClass->Name()];
     reached = std::max(reached, height);
     cls->SetSuperClass(superClass);
     superClass->AddChildClass(cls);
 }
 
 void FaithfulClasses::CompleteSubClasses(TCimHTTPClass& cls, bool deep) {
-    if (withAllSubClasses_.count(NameOf(cls)) != 0) {
+    if (withAllSubClasses_.count(cls.Name()) != 0) {
         return;
     }
     const auto nameSpace = LockNamespace();
     nameSpace->Report().BeginOperation();
     const bool isRoot = &cls == nameSpace->GetRootClass().get();
-    const auto classes = AskRemotely(*nameSpace, "TCimHTTPClass::EnumerateSubClasses " + NameOf(cls), [&] {
-        auto definitions = nameSpace->Server().EnumerateWholeClasses(isRoot ? std::string() : NameOf(cls), deep);
+    const auto classes = AskRemotely(*nameSpace, "TCimHTTPClass::EnumerateSubClasses " + cls.Name(), [&] {
+        auto definitions = nameSpace->Server().EnumerateWholeClasses(isRoot ? std::string() : cls.Name(), deep);
         return BuildAll(definitions);
     });
     for (const auto& subClass : classes) {
         LinkToKnown(subClass);
     }
-    withAllSubClasses_.insert(NameOf(cls));
+    withAllSubClasses_.insert(cls.Name());
     if (deep) {
         for (const auto& subClass : classes) {
-            withAllSubClasses_.insert(NameOf(*subClass));
+            withAllSubClasses_.insert(subClass->Name());
         }
     }
 }

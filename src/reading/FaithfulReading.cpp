@@ -4,6 +4,7 @@
 #include "convert/CoreLog.h"
 #include "convert/NormalName.h"
 #include "convert/RemoteText.h"
+#include "convert/UnsignedNumber.h"
 #include "host/ICIMInstance.h"
 #include "host/TVYXException.h"
 #include "model/TCimHTTPClass.h"
@@ -12,8 +13,8 @@
 #include "reading/InstancePath.h"
 #include "reading/InstanceReader.h"
 #include "reading/ReadingReport.h"
-#include "reading/RemoteRequest.h"
 #include "reading/RemoteNamespace.h"
+#include "reading/RemoteRequest.h"
 #include "reading/RemoteServer.h"
 
 #include <boost/make_shared.hpp>
@@ -28,8 +29,6 @@ namespace NQORVYX20 {
 namespace {
 
 constexpr bool kIsReported = true;
-
-std::string NameOf(const TCimHTTPClass& cls) { return cls.GetName(TCIMContext()); }
 
 /// The property list that a context asks for. Throws TVYXException eTypeMismatch, after a line in the log, for another
 /// value than an array of texts, eInvalidName for a text that is no name.
@@ -52,23 +51,6 @@ Pegasus::CIMPropertyList PropertiesIn(const TCIMContext& context) {
     return {names};
 }
 
-/// A number of any unsigned type.
-std::optional<std::size_t> WholeNumberOf(const TCIMValue& value) {
-    using ECIMType = TCIMValue::TCIMType::ECIMType;
-    switch (value.GetType()) {
-    case ECIMType::eCIMUint8:
-        return std::size_t{static_cast<unsigned char>(value)};
-    case ECIMType::eCIMUint16:
-        return std::size_t{static_cast<unsigned short>(value)};
-    case ECIMType::eCIMUint32:
-        return std::size_t{static_cast<unsigned int>(value)};
-    case ECIMType::eCIMUint64:
-        return std::size_t{static_cast<unsigned long long>(value)};
-    default:
-        return std::nullopt;
-    }
-}
-
 /// How many instances may be held at once. Throws TVYXException eTypeMismatch, after a line in the log, for what is no
 /// such number.
 std::size_t HeldIn(const TCIMContext& context) {
@@ -76,7 +58,7 @@ std::size_t HeldIn(const TCIMContext& context) {
     if (held == context.end()) {
         return InstanceEnumeration::kAll;
     }
-    const auto number = held->second.IsNull() ? std::nullopt : WholeNumberOf(held->second);
+    const auto number = UnsignedNumber(held->second);
     if (!number || *number == 0) {
         LogError(std::string("TCimHTTPClass::EnumerateInstances: the context value '") + kHeldKey +
                  "' is not a whole number above 0");

@@ -18,8 +18,6 @@ namespace NQORVYX20 {
 
 namespace {
 
-std::string NameOf(const TCimHTTPClass& cls) { return cls.GetName(TCIMContext()); }
-
 [[noreturn]] void ThrowPast(const std::string& limit) {
     throw LimitExceeded(("the enumeration has more than " + limit).c_str());
 }
@@ -31,7 +29,7 @@ InstanceEnumeration::InstanceEnumeration(const boost::shared_ptr<RemoteNamespace
                                          const Pegasus::CIMPropertyList& properties, std::size_t held)
     : namespace_(nameSpace),
       reading_(reading),
-      className_(NameOf(cls)),
+      className_(cls.Name()),
       deep_(deep),
       hasAllProperties_(properties.isNull()),
       heldAtMost_(held),
@@ -134,7 +132,7 @@ void InstanceEnumeration::Hold(const std::string& key, const boost::shared_ptr<I
         arrived_.push_back(instance);
     }
     if (!isNew) {
-        AddDoubled({ReadingIncident::Cause::kDoubledPath, NameOf(*cls), instance->GetReference(TCIMContext()).GetPath(),
+        AddDoubled({ReadingIncident::Cause::kDoubledPath, cls->Name(), instance->GetReference(TCIMContext()).GetPath(),
                     std::string(), "an instance before has the same path"});
     }
 }
