@@ -24,7 +24,8 @@ class ICIMClass : public ICIMElement, public ICIMNamedElement {
     /// Enters the class into the namespace that it was allocated for and links it under its superclass.
     virtual void AddToNamespace(TCIMContext context) = 0;
 
-    /// Both throw TVYXException eReadOnly in a namespace whose classes cannot be changed.
+    /// RemoveFromNamespace and ModifyClass throw TVYXException eReadOnly in a namespace whose classes cannot be
+    /// changed.
     virtual void RemoveFromNamespace(TCIMContext context) = 0;
     virtual void ModifyClass(boost::shared_ptr<ICIMClass> values, TCIMContext context) = 0;
 
@@ -59,7 +60,8 @@ class ICIMClass : public ICIMElement, public ICIMNamedElement {
                                             const std::string& role, const std::string& resultRole,
                                             TCIMContext context) = 0;
 
-    /// The same with the association classes themselves.
+    /// Calls back with each association class that refers to this class or to one above it, see
+    /// EnumerateAssociatedClasses.
     virtual void EnumerateAssociationClasses(const boost::function<bool(boost::shared_ptr<ICIMClass>)>& callback,
                                              const std::string& resultClass, const std::string& role,
                                              TCIMContext context) = 0;

@@ -32,6 +32,7 @@ class ICIMInstance : public ICIMElement {
 
     /// The path under which the instance is filed.
     virtual TCIMReference BuildPath(TCIMContext context) const { return GetReference(context); }
+
     /// The class, which the instance does not keep alive. Throws boost::bad_weak_ptr when it has gone.
     virtual boost::shared_ptr<ICIMClass> GetClass(TCIMContext context) const = 0;
 

@@ -19,7 +19,7 @@ class ICIMNamedElement {
   public:
     virtual ~ICIMNamedElement() = default;
 
-    /// Puts a qualifier on the element. One of the same name gives way when its flavor enables override; otherwise the
+    /// Puts a qualifier on the element. It replaces one of the same name whose flavor enables override; otherwise the
     /// new one must have the same value and flavor, or TVYXException eQualifierConflict is thrown and nothing changes.
     virtual void AddQualifier(boost::shared_ptr<ICIMQualifier> qualifier, TCIMContext context) = 0;
 
@@ -27,7 +27,7 @@ class ICIMNamedElement {
     virtual boost::shared_ptr<ICIMQualifier> AllocateQualifier(boost::shared_ptr<ICIMQualifierDecl const> declaration,
                                                                const TCIMValue& value, TCIMContext context) const = 0;
 
-    /// The same with a flavor of its own.
+    /// A qualifier with a flavor of its own. It is not added.
     virtual boost::shared_ptr<ICIMQualifier> AllocateQualifier(boost::shared_ptr<ICIMQualifierDecl const> declaration,
                                                                const TCIMValue& value,
                                                                ICIMQualifierDecl::EFlavor flavor,

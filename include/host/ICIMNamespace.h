@@ -70,7 +70,8 @@ class ICIMNamespace {
     /// The instance with the reference's path, or an empty pointer. The reference must name a class of the namespace.
     virtual boost::shared_ptr<ICIMInstance> GetInstance(const TCIMReference& reference, TCIMContext context) const = 0;
 
-    /// These throw TVYXException eNotSupported where they are not supported. `values` has property values by name.
+    /// DeleteInstance, ModifyInstance and ExecuteQuery throw TVYXException eNotSupported in a namespace that is only
+    /// read. `values` has property values by name.
     virtual void DeleteInstance(const TCIMReference& reference, TCIMContext context) = 0;
     virtual void ModifyInstance(const TCIMReference& reference, TCIMContext values, TCIMContext context) = 0;
     virtual void ExecuteQuery(const boost::function<bool(boost::shared_ptr<ICIMInstance>)>& callback,

@@ -136,8 +136,7 @@ class TCIMValue {
     /// null.
     operator std::vector<TCIMValue>&() const;
 
-    /// The date-time or reference held. Both throw TVYXException eTypeMismatch for a value of another type, and for
-    /// null.
+    /// The date-time or reference held. Throws TVYXException eTypeMismatch for a value of another type, and for null.
     const TCIMDateTime& GetDateTime() const;
     const TCIMReference& GetReference() const;
 

@@ -15,7 +15,7 @@ class StreamedText;
 /// accept.
 void pegValToVYX(Pegasus::CIMValue value, Pegasus::CIMType type, bool isArray, TCIMValue& out);
 
-/// The same for many values, whose array elements are all written by `texts`.
+/// Converts one of many values, whose array elements are all written by `texts`.
 void pegValToVYX(const Pegasus::CIMValue& value, Pegasus::CIMType type, bool isArray, StreamedText& texts,
                  TCIMValue& out);
 

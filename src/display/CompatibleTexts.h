@@ -29,7 +29,7 @@ class CompatibleTexts : public PropertyTexts {
     /// A scalar's text is that without its value map.
     std::vector<std::string> OfElements(const TCIMValue& value, const DisplayChoice& choice) const override;
 
-    /// The same without the value map.
+    /// The text without the value map.
     std::vector<std::string> OfElementsWithoutMap(const TCIMValue& value) const;
 
     /// The text of a value without the value map; the value in the declaration's base.

@@ -5,8 +5,8 @@
 #include "host/TVYXException.h"
 #include "model/AssociationFilter.h"
 #include "model/Reading.h"
-#include "model/SchemaNamespace.h"
 #include "model/Required.h"
+#include "model/SchemaNamespace.h"
 #include "model/TCimHTTPInstance.h"
 #include "model/TCimHTTPMethodDecl.h"
 #include "model/TCimHTTPProperty.h"
@@ -60,6 +60,7 @@ void TCimHTTPClass::ReleaseSubClasses() {
 }
 
 // --- Materialisation ---------------------------------------------------------------------------------------------
+
 boost::shared_ptr<TCimHTTPClass> TCimHTTPClass::Make(const boost::shared_ptr<SchemaNamespace>& nameSpace,
                                                      const std::string& name,
                                                      const boost::shared_ptr<TCimHTTPClass>& superClass) {
@@ -67,7 +68,6 @@ boost::shared_ptr<TCimHTTPClass> TCimHTTPClass::Make(const boost::shared_ptr<Sch
     cls->Initialize();
     return cls;
 }
-
 
 void TCimHTTPClass::Initialize() {
     if (superClass_.lock() || !superClassName_.empty()) {

@@ -15,8 +15,8 @@
 namespace NQORVYX20 {
 
 class AssociationFilter;
-class SchemaNamespace;
 class Reading;
+class SchemaNamespace;
 class TCimHTTPInstance;
 class TCimHTTPMethodDecl;
 class TCimHTTPProperty;
@@ -35,12 +35,12 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     /// An empty class. The superclass is not kept, see Initialize.
     TCimHTTPClass(boost::shared_ptr<SchemaNamespace> nameSpace, const std::string& name,
                   boost::shared_ptr<TCimHTTPClass> superClass);
+    ~TCimHTTPClass() override;
 
     /// A class that is initialised and not added. Throws what Initialize throws.
     static boost::shared_ptr<TCimHTTPClass> Make(const boost::shared_ptr<SchemaNamespace>& nameSpace,
                                                  const std::string& name,
                                                  const boost::shared_ptr<TCimHTTPClass>& superClass);
-    ~TCimHTTPClass() override;
     TCimHTTPClass(const TCimHTTPClass&) = delete;
     TCimHTTPClass& operator=(const TCimHTTPClass&) = delete;
 
@@ -109,9 +109,9 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
                              TCIMContext context) override;
     bool IsSubclassOf(boost::shared_ptr<ICIMClass const> other, TCIMContext context) const override;
 
-    /// Both walk up from this class to below the root class, and see the association classes that are linked to each
-    /// class on the way. No operation links any, so that for now they report nothing. AssociationFilter says what the
-    /// filters accept and what they throw.
+    /// EnumerateAssociatedClasses and EnumerateAssociationClasses walk up from this class to below the root class, and
+    /// see the association classes that are linked to each class on the way. No operation links any, so that for now
+    /// they report nothing. AssociationFilter says what the filters accept and what they throw.
     void EnumerateAssociatedClasses(const boost::function<bool(boost::shared_ptr<ICIMClass>)>& callback,
                                     const std::string& assocClass, const std::string& resultClass,
                                     const std::string& role, const std::string& resultRole,
@@ -155,9 +155,8 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     bool operator<(ICIMClass& other) const override;
     ICIMClass& operator=(const ICIMClass& other) override;
 
-    /// A class of the same name that is already there gives its place to the new one. The class must be a
-    /// TCimHTTPClass: where assertions are on, another or none ends in an assertion, otherwise in TVYXException
-    /// eTypeMismatch.
+    /// The class replaces one of the same name. It must be a TCimHTTPClass: where assertions are on, another or none
+    /// ends in an assertion, otherwise in TVYXException eTypeMismatch.
     void AddChildClass(boost::shared_ptr<ICIMClass> child) override;
     void RemoveChildClass(boost::shared_ptr<ICIMClass> child) override;
 
@@ -179,7 +178,7 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
 
     // ICIMNamedElement
 
-    /// A qualifier of the same name gives way when it may be overridden or has the same value and flavor; otherwise
+    /// Replaces a qualifier of the same name that may be overridden or has the same value and flavor; otherwise
     /// throws TVYXException eQualifierConflict, after a line in the log.
     void AddQualifier(boost::shared_ptr<ICIMQualifier> qualifier, TCIMContext context) override;
     boost::shared_ptr<ICIMQualifier> AllocateQualifier(boost::shared_ptr<ICIMQualifierDecl const> declaration,

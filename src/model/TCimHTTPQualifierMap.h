@@ -26,13 +26,13 @@ class TCimHTTPQualifierMap {
         const std::string& name;
     };
 
-    /// Adds a qualifier. An existing one of that name gives way when its flavor enables override; otherwise the new one
+    /// Adds a qualifier. It replaces one of that name whose flavor enables override; otherwise the new one
     /// must have its value and flavor, changes nothing, and the result is false. Throws TVYXException
     /// eQualifierConflict, after a line in the log, when it differs, and eTypeMismatch when the one to keep is not a
     /// TCimHTTPQualifier.
     bool Add(const boost::shared_ptr<ICIMQualifier>& qualifier, const TElement& element);
 
-    /// The same, but an existing qualifier gives way also to a TCimHTTPQualifier of its value and flavor.
+    /// Adds a qualifier as Add() does. A TCimHTTPQualifier also replaces one of its own value and flavor.
     void AddOrReplace(const boost::shared_ptr<ICIMQualifier>& qualifier, const TElement& element);
 
     /// Removes the qualifier of that name. Throws TVYXException eNotFound when there is none.
@@ -41,7 +41,7 @@ class TCimHTTPQualifierMap {
     /// The qualifier of that name, or an empty pointer.
     boost::shared_ptr<TCimHTTPQualifier> Find(const std::string& name) const;
 
-    /// The same for a name in its normal form.
+    /// The qualifier of that name, which is in its normal form, or an empty pointer.
     boost::shared_ptr<TCimHTTPQualifier> FindNormalized(const std::string& name) const;
 
     /// The qualifier Key, or an empty pointer. It is kept at hand, since every instance that is filed asks all

@@ -295,7 +295,7 @@ void TCimHTTPNamespace::EnumerateInstances(const Pegasus::CIMNamespaceName& name
             }
         }
     } catch (...) {
-        // A diagnosis disturbs nobody.
+        // It is for diagnosis, and its caller does not expect exceptions.
     }
 }
 

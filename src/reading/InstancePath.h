@@ -16,8 +16,8 @@ struct InstancePath {
     /// The path for the host. Its keys have the types that the class declares.
     TCIMReference reference;
 
-    /// The same for equal paths only, whatever the letter case of the names in them and the way their numbers are
-    /// written.
+    /// One text for equal paths and no others, whatever the letter case of the names in them and the way their numbers
+    /// are written.
     std::string key;
 };
 
