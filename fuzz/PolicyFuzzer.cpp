@@ -79,7 +79,7 @@ void Plan(const ConnectionPolicy& policy, const ConnectionOptions& ofHost, const
         const ConnectionPlan plan(ofHost, policy, host, port);
         CheckOptions(plan.Options());
         CheckForced(policy, host, plan);
-        Require(KeysThatNeedTls(plan.Options()).empty() || plan.WayToServer() == ConnectionPlan::Way::kTls,
+        Require(KeysThatNeedTls(plan.Options()).empty() || plan.ChosenTransport() == ConnectionPlan::Transport::kTls,
                 "nothing that needs encryption goes without");
         Require(plan.Decision().empty() == policy.MatchesFor(host).empty(), "a decision is told");
         Require(IsPrintable(plan.Decision()), "a decision is one line");

@@ -7,7 +7,7 @@ namespace NQORVYX20 {
 // --- AllocateNamespace ---
 //
 // Another key with the prefix is refused, and so are a value of another type than its key's, an empty text, and values
-// that contradict each other: after a line in the log that names the key, TVYXException 14 is thrown.
+// that contradict each other: after a line in the log that names the key, TVYXException eTypeMismatch is thrown.
 //
 // All but kReadingKey and kLenientKey are for connect(). The operator of the machine can set them, too, for the servers
 // of his choice, as defaults or in the place of the host's (docs/policy.md).
@@ -35,8 +35,8 @@ constexpr const char* kNamespaceKey = "cimhttp.namespace";
 
 // How connect() reaches the server. Texts, but for the first. The texts are for encrypted connections: where kTlsKey is
 // false they are refused; where the port decides that the connection is plain or not made, connect() throws
-// TVYXException 42. A server that they do not allow makes it throw 42, too; LastFailure() then is of the kind kTls and
-// describes the certificate (RemoteFailure.h).
+// TVYXException eRemoteConnectionFailed. A server that they do not allow makes it throw that, too; LastFailure() then
+// is of the kind kTls and describes the certificate (RemoteFailure.h).
 
 /// A boolean: with it, connect() takes any port from 1 to 65535, and encrypts as it says. Without, port 5988 is plain,
 /// 5989 is encrypted, and no other is connected to.

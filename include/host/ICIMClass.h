@@ -24,7 +24,8 @@ class ICIMClass : public ICIMElement, public ICIMNamedElement {
     /// Enters the class into the namespace that it was allocated for and links it under its superclass.
     virtual void AddToNamespace(TCIMContext context) = 0;
 
-    /// Both throw TVYXException 31 in a namespace whose classes cannot be changed.
+    /// RemoveFromNamespace and ModifyClass throw TVYXException eReadOnly in a namespace whose classes cannot be
+    /// changed.
     virtual void RemoveFromNamespace(TCIMContext context) = 0;
     virtual void ModifyClass(boost::shared_ptr<ICIMClass> values, TCIMContext context) = 0;
 
@@ -52,14 +53,15 @@ class ICIMClass : public ICIMElement, public ICIMNamedElement {
     virtual bool IsSubclassOf(boost::shared_ptr<ICIMClass const> other, TCIMContext context) const = 0;
 
     /// Calls back with each class at the other end of an association class that refers to this class or to one above
-    /// it, until the callback returns false. An empty filter accepts everything. Throws TVYXException 15 for a filter
-    /// class that does not exist.
+    /// it, until the callback returns false. An empty filter accepts everything. Throws TVYXException eNotFound for a
+    /// filter class that does not exist.
     virtual void EnumerateAssociatedClasses(const boost::function<bool(boost::shared_ptr<ICIMClass>)>& callback,
                                             const std::string& assocClass, const std::string& resultClass,
                                             const std::string& role, const std::string& resultRole,
                                             TCIMContext context) = 0;
 
-    /// The same with the association classes themselves.
+    /// Calls back with each association class that refers to this class or to one above it, see
+    /// EnumerateAssociatedClasses.
     virtual void EnumerateAssociationClasses(const boost::function<bool(boost::shared_ptr<ICIMClass>)>& callback,
                                              const std::string& resultClass, const std::string& role,
                                              TCIMContext context) = 0;
@@ -80,10 +82,10 @@ class ICIMClass : public ICIMElement, public ICIMNamedElement {
     virtual void EnumeratePropertyDecls(const boost::function<bool(boost::shared_ptr<ICIMPropertyDecl>)>& callback,
                                         TCIMContext context) const = 0;
 
-    /// The static property of that name. Throws TVYXException 15 when there is none.
+    /// The static property of that name. Throws TVYXException eNotFound when there is none.
     virtual boost::shared_ptr<ICIMProperty> GetProperty(const std::string& name, TCIMContext context) = 0;
 
-    /// Sets a static property. Throws TVYXException 31 in a namespace whose classes cannot be changed.
+    /// Sets a static property. Throws TVYXException eReadOnly in a namespace whose classes cannot be changed.
     virtual void SetPropertyValue(const std::string& name, const TCIMValue& value, TCIMContext context) = 0;
 
     /// Calls back once per static property, until the callback returns false.
@@ -128,9 +130,9 @@ class ICIMClass : public ICIMElement, public ICIMNamedElement {
     virtual void AddAssociationClass(boost::shared_ptr<ICIMClass> association) = 0;
     virtual void RemoveAssociationClass(boost::shared_ptr<ICIMClass> association) = 0;
 
-    /// Throws TVYXException, and adds nothing: 14 for a reference in a class that is no association, and for an
-    /// override of a property of another type; 15 for an override of what no class above declares; 16 for a name that
-    /// is taken.
+    /// Throws TVYXException, and adds nothing: eTypeMismatch for a reference in a class that is no association, and for
+    /// an override of a property of another type; eNotFound for an override of what no class above declares;
+    /// eAlreadyExists for a name that is taken.
     virtual void AddPropertyDecl(boost::shared_ptr<ICIMPropertyDecl> declaration) = 0;
     virtual void RemovePropertyDecl(boost::shared_ptr<ICIMPropertyDecl> declaration) = 0;
     virtual void AddMethodDecl(boost::shared_ptr<ICIMMethodDecl> declaration) = 0;

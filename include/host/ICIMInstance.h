@@ -32,6 +32,7 @@ class ICIMInstance : public ICIMElement {
 
     /// The path under which the instance is filed.
     virtual TCIMReference BuildPath(TCIMContext context) const { return GetReference(context); }
+
     /// The class, which the instance does not keep alive. Throws boost::bad_weak_ptr when it has gone.
     virtual boost::shared_ptr<ICIMClass> GetClass(TCIMContext context) const = 0;
 
@@ -47,10 +48,11 @@ class ICIMInstance : public ICIMElement {
                                                const std::string& resultClass, const std::string& role,
                                                TCIMContext context) = 0;
 
-    /// The property of that name. Throws TVYXException 15 when the class declares none.
+    /// The property of that name. Throws TVYXException eNotFound when the class declares none.
     virtual boost::shared_ptr<ICIMProperty> GetProperty(const std::string& name, TCIMContext context) const = 0;
 
-    /// Throws TVYXException 15 for a property that the class does not declare, 14 for a value of another type.
+    /// Throws TVYXException eNotFound for a property that the class does not declare, eTypeMismatch for a value of
+    /// another type.
     virtual void SetPropertyValue(const std::string& name, const TCIMValue& value, TCIMContext context) = 0;
 
     /// Calls back once per declared property, in the order of the declarations, until the callback returns false.

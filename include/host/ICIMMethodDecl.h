@@ -27,7 +27,7 @@ class ICIMMethodDecl : public ICIMNamedElement {
     virtual boost::shared_ptr<ICIMParameterDecl>
     AllocateParameterDecl(const std::string& name, TCIMValue::TCIMType type, TCIMContext context) = 0;
 
-    /// The parameter of that name. Throws TVYXException 15 when there is none.
+    /// The parameter of that name. Throws TVYXException eNotFound when there is none.
     virtual boost::shared_ptr<ICIMParameterDecl> GetParameterDecl(const std::string& name,
                                                                   TCIMContext context) const = 0;
 

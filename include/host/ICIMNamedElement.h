@@ -19,22 +19,22 @@ class ICIMNamedElement {
   public:
     virtual ~ICIMNamedElement() = default;
 
-    /// Puts a qualifier on the element. One of the same name gives way when its flavor enables override; otherwise the
-    /// new one must have the same value and flavor, or TVYXException 28 is thrown and nothing changes.
+    /// Puts a qualifier on the element. It replaces one of the same name whose flavor enables override; otherwise the
+    /// new one must have the same value and flavor, or TVYXException eQualifierConflict is thrown and nothing changes.
     virtual void AddQualifier(boost::shared_ptr<ICIMQualifier> qualifier, TCIMContext context) = 0;
 
     /// A qualifier for this element with the flavor of its declaration. It is not added.
     virtual boost::shared_ptr<ICIMQualifier> AllocateQualifier(boost::shared_ptr<ICIMQualifierDecl const> declaration,
                                                                const TCIMValue& value, TCIMContext context) const = 0;
 
-    /// The same with a flavor of its own.
+    /// A qualifier with a flavor of its own. It is not added.
     virtual boost::shared_ptr<ICIMQualifier> AllocateQualifier(boost::shared_ptr<ICIMQualifierDecl const> declaration,
                                                                const TCIMValue& value,
                                                                ICIMQualifierDecl::EFlavor flavor,
                                                                TCIMContext context) const = 0;
 
     /// The qualifier of that name. When there is none, a class returns an empty pointer, a declaration throws
-    /// TVYXException 15; the form with the flag asks without that difference.
+    /// TVYXException eNotFound; the form with the flag asks without that difference.
     virtual boost::shared_ptr<ICIMQualifier> GetQualifier(const std::string& name, TCIMContext context) const = 0;
 
     /// Calls back once per qualifier, in the order of their normalised names, until the callback returns false.

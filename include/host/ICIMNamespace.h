@@ -30,14 +30,14 @@ class ICIMNamespace {
     /// Names the namespace to which this one may turn with questions of its own. It may ignore it.
     virtual void SetUpcallNamespace(boost::shared_ptr<ICIMNamespace> nameSpace, TCIMContext context) = 0;
 
-    /// Puts a namespace below this one. Throws TVYXException 31 where there can be none.
+    /// Puts a namespace below this one. Throws TVYXException eReadOnly where there can be none.
     virtual void AddUnderlyingNamespace(boost::shared_ptr<ICIMNamespace> nameSpace, TCIMContext context) = 0;
 
     /// A class of this namespace. It is not added: ICIMClass::AddToNamespace does that.
     virtual boost::shared_ptr<ICIMClass> AllocateClass(const std::string& name, boost::shared_ptr<ICIMClass> superClass,
                                                        TCIMContext context) = 0;
 
-    /// The class of that name, or an empty pointer. Throws TVYXException 25 for a text that is no name.
+    /// The class of that name, or an empty pointer. Throws TVYXException eInvalidName for a text that is no name.
     virtual boost::shared_ptr<ICIMClass> GetClass(const std::string& name, TCIMContext context) = 0;
 
     /// Calls back once per class below the root class, as far as the namespace holds them, until the callback returns
@@ -62,7 +62,7 @@ class ICIMNamespace {
     virtual void EnumerateQualifierDecls(const boost::function<bool(boost::shared_ptr<ICIMQualifierDecl>)>& callback,
                                          TCIMContext context) const = 0;
 
-    /// Calls back with each indication that passes the filter. Throws TVYXException 1 where there are none.
+    /// Calls back with each indication that passes the filter. Throws TVYXException eNotSupported where there are none.
     virtual void Subscribe(boost::shared_ptr<ICIMIndicationFilter> filter,
                            const boost::function<bool(boost::shared_ptr<ICIMInstance>)>& callback,
                            TCIMContext context) = 0;
@@ -70,7 +70,8 @@ class ICIMNamespace {
     /// The instance with the reference's path, or an empty pointer. The reference must name a class of the namespace.
     virtual boost::shared_ptr<ICIMInstance> GetInstance(const TCIMReference& reference, TCIMContext context) const = 0;
 
-    /// These throw TVYXException 1 where they are not supported. `values` has property values by name.
+    /// DeleteInstance, ModifyInstance and ExecuteQuery throw TVYXException eNotSupported in a namespace that is only
+    /// read. `values` has property values by name.
     virtual void DeleteInstance(const TCIMReference& reference, TCIMContext context) = 0;
     virtual void ModifyInstance(const TCIMReference& reference, TCIMContext values, TCIMContext context) = 0;
     virtual void ExecuteQuery(const boost::function<bool(boost::shared_ptr<ICIMInstance>)>& callback,

@@ -15,8 +15,8 @@ class ICIMParameterDecl : public ICIMNamedElement {
   public:
     virtual void Validate(TCIMContext context) const = 0;
 
-    /// Adds the declaration to the method that it was allocated for. Throws TVYXException 16 when the method has a
-    /// parameter of that name.
+    /// Adds the declaration to the method that it was allocated for. Throws TVYXException eAlreadyExists when the
+    /// method has a parameter of that name.
     virtual void AddToMethod(TCIMContext context) = 0;
     virtual const std::string& GetName(TCIMContext context) const = 0;
     virtual boost::shared_ptr<ICIMMethodDecl> GetMethodDecl(TCIMContext context) const = 0;

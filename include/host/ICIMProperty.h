@@ -27,7 +27,7 @@ class ICIMProperty {
     /// The value, or the declaration's default. Valid until the property is changed or destroyed.
     virtual const TCIMValue& GetValue(TCIMContext context) const = 0;
 
-    /// Throws TVYXException 14, leaving the value as it was, when the type is not the declared one.
+    /// Throws TVYXException eTypeMismatch, leaving the value as it was, when the type is not the declared one.
     virtual void SetValue(const TCIMValue& value, TCIMContext context) = 0;
 
     /// True when the value was not set on this property but comes from elsewhere, such as the declaration.
@@ -42,7 +42,8 @@ class ICIMProperty {
     /// The previous value, or the current one when none was ever set.
     virtual const TCIMValue& GetPrevValue() const = 0;
 
-    /// Throws TVYXException 14 when the type is not the declared one; null of any type is accepted, and kept as it is.
+    /// Throws TVYXException eTypeMismatch when the type is not the declared one; null of any type is accepted, and kept
+    /// as it is.
     virtual void SetPrevValue(const TCIMValue& value) = 0;
 
     /// Makes the previous value a null value without a type.

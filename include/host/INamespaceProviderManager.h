@@ -18,8 +18,8 @@ class INamespaceProviderManager {
     virtual ~INamespaceProviderManager() = default;
 
     /// Keeps the provider under its name. To register the same provider again changes nothing. Another provider of a
-    /// name already taken is refused with status 16 and a line in the log, never with an exception: registration runs
-    /// while a library is being loaded, where one could not be caught.
+    /// name already taken is refused with the status eAlreadyExists and a line in the log, never with an exception:
+    /// registration runs while a library is being loaded, where one could not be caught.
     virtual TVYXStatusCode RegisterNamespaceProvider(boost::shared_ptr<INamespaceProvider> provider) = 0;
 
     /// The provider of that name, or an empty pointer.

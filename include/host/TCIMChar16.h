@@ -9,7 +9,7 @@ namespace NQORVYX20 {
 class TCIMChar16 {
   public:
     /// Takes the code as decimal digits: "65" is the letter A.
-    /// Throws TVYXException 14 for anything but digits, and for a code above 65535.
+    /// Throws TVYXException eTypeMismatch for anything but digits, and for a code above 65535.
     explicit TCIMChar16(const std::string& decimalCode);
 
     std::uint16_t GetCode() const { return code_; }

@@ -13,13 +13,13 @@ class TCIMDateTime {
     /// The interval of length zero.
     TCIMDateTime();
 
-    /// Takes the 25 characters. Throws TVYXException 14 when they are malformed or a field is out of range (a day is
-    /// checked against its month; second 60 is a leap second, and only in a timestamp). Asterisks are accepted in any
-    /// field, in the time zone too, since servers write them there.
+    /// Takes the 25 characters. Throws TVYXException eTypeMismatch when they are malformed or a field is out of range
+    /// (a day is checked against its month; second 60 is a leap second, and only in a timestamp). Asterisks are
+    /// accepted in any field, in the time zone too, since servers write them there.
     explicit TCIMDateTime(const std::string& text);
 
-    /// Makes this an interval. Throws TVYXException 14, leaving the value as it was, when a field does not fit:
-    /// days up to 99999999, hours up to 23, minutes and seconds up to 59, microseconds up to 999999.
+    /// Makes this an interval. Throws TVYXException eTypeMismatch, leaving the value as it was, when a field does not
+    /// fit: days up to 99999999, hours up to 23, minutes and seconds up to 59, microseconds up to 999999.
     void Set(unsigned int days, unsigned short hours, unsigned short minutes, unsigned short seconds,
              unsigned int microseconds);
 

@@ -117,8 +117,8 @@ class TCIMValue {
     std::string ToString(unsigned char base) const;
 
     // Numbers convert to every number type that can hold the value exactly (not a number and the infinities to both
-    // real types); a boolean only to bool; everything to std::string, as ToString(10). All throw TVYXException 14 when
-    // the value is null or does not fit.
+    // real types); a boolean only to bool; everything to std::string, as ToString(10). All throw TVYXException
+    // eTypeMismatch when the value is null or does not fit.
     operator bool() const;
     operator unsigned char() const;
     operator signed char() const;
@@ -132,10 +132,11 @@ class TCIMValue {
     operator double() const;
     operator std::string() const;
 
-    /// The elements of an array, in place. Throws TVYXException 14 for a value that is not an array, and for null.
+    /// The elements of an array, in place. Throws TVYXException eTypeMismatch for a value that is not an array, and for
+    /// null.
     operator std::vector<TCIMValue>&() const;
 
-    /// The date-time or reference held. Both throw TVYXException 14 for a value of another type, and for null.
+    /// The date-time or reference held. Throws TVYXException eTypeMismatch for a value of another type, and for null.
     const TCIMDateTime& GetDateTime() const;
     const TCIMReference& GetReference() const;
 

@@ -19,12 +19,12 @@ class ICIMPropertyDecl;
 class TInmemInstance : public ICIMInstance, public boost::enable_shared_from_this<TInmemInstance> {
   public:
     /// An instance without values. `layout` is the version of the layout in which values are kept; 1 is the only one,
-    /// and another throws TVYXException 14.
+    /// and another throws TVYXException eTypeMismatch.
     TInmemInstance(boost::shared_ptr<ICIMClass> cls, int layout);
     ~TInmemInstance() override;
 
-    /// Checks the values against the class as it is now: throws TVYXException 15 for the value of a property that the
-    /// class no longer declares, 14 for one of another type than is now declared.
+    /// Checks the values against the class as it is now: throws TVYXException eNotFound for the value of a property
+    /// that the class no longer declares, eTypeMismatch for one of another type than is now declared.
     void Validate(TCIMContext context) const override;
 
     /// Takes over the other instance's values: properties that have none of their own there have none here afterwards.
@@ -51,8 +51,8 @@ class TInmemInstance : public ICIMInstance, public boost::enable_shared_from_thi
     /// A view of the property: it reads and writes this instance's value, and keeps the instance alive.
     boost::shared_ptr<ICIMProperty> GetProperty(const std::string& name, TCIMContext context) const override;
 
-    /// Throws TVYXException 15 when the class does not declare the property, 14 when the value's type is not the
-    /// declared one; a null of any type is accepted, and kept as a null of the declared type.
+    /// Throws TVYXException eNotFound when the class does not declare the property, eTypeMismatch when the value's type
+    /// is not the declared one; a null of any type is accepted, and kept as a null of the declared type.
     void SetPropertyValue(const std::string& name, const TCIMValue& value, TCIMContext context) override;
     void EnumerateProperties(const boost::function<bool(boost::shared_ptr<ICIMProperty>)>& callback,
                              TCIMContext context) override;

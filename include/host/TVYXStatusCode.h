@@ -4,16 +4,24 @@
 
 namespace NQORVYX20 {
 
-/// The numeric status of an operation; 0 is success. The codes:
-///
-///  0 success                              25 invalid CIM name
-///  1 operation not supported              28 qualifier conflict
-/// 14 type mismatch                        31 operation refused: the object is read-only
-/// 15 element not found                    32 required context value missing
-/// 16 element already exists               42 remote connection failed
+/// How an operation ended.
 class TVYXStatusCode {
   public:
-    explicit TVYXStatusCode(std::uint32_t code = 0) : code_(code) {}
+    /// The codes of the object model. A host may have others of its own.
+    enum EStatusCode : std::uint32_t {
+        eSuccess = 0,                ///< all went well
+        eNotSupported = 1,           ///< there is no such operation here
+        eTypeMismatch = 14,          ///< a value has another type than is expected, or is none of its type
+        eNotFound = 15,              ///< there is no element of that name or path
+        eAlreadyExists = 16,         ///< there is an element of that name already
+        eInvalidName = 25,           ///< the text is not a CIM name
+        eQualifierConflict = 28,     ///< another qualifier of that name is there, and it may not be overridden
+        eReadOnly = 31,              ///< the object cannot be changed
+        eContextValueMissing = 32,   ///< the context lacks a value that the operation needs
+        eRemoteConnectionFailed = 42 ///< the remote server cannot be read
+    };
+
+    explicit TVYXStatusCode(std::uint32_t code = eSuccess) : code_(code) {}
 
     std::uint32_t GetCode() const { return code_; }
 

@@ -11,7 +11,7 @@ TCIMChar16::TCIMChar16(const std::string& decimalCode) : code_(0) {
     const char* const end = decimalCode.data() + decimalCode.size();
     const auto [stop, error] = std::from_chars(decimalCode.data(), end, code_);
     if (error != std::errc() || stop != end) {
-        throw TVYXException(14);
+        throw TVYXException(TVYXStatusCode::eTypeMismatch);
     }
 }
 

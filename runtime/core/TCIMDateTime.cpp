@@ -168,7 +168,7 @@ TCIMDateTime::TCIMDateTime() { std::copy(kZeroInterval.begin(), kZeroInterval.en
 
 TCIMDateTime::TCIMDateTime(const std::string& text) {
     if (text.size() != kLength || !(text[kSign] == ':' ? IsIntervalText(text) : IsTimestampText(text))) {
-        throw TVYXException(14);
+        throw TVYXException(TVYXStatusCode::eTypeMismatch);
     }
     std::copy(text.begin(), text.end(), text_.begin());
 }
@@ -176,7 +176,7 @@ TCIMDateTime::TCIMDateTime(const std::string& text) {
 void TCIMDateTime::Set(unsigned int days, unsigned short hours, unsigned short minutes, unsigned short seconds,
                        unsigned int microseconds) {
     if (days > 99999999 || hours > 23 || minutes > 59 || seconds > 59 || microseconds > 999999) {
-        throw TVYXException(14);
+        throw TVYXException(TVYXStatusCode::eTypeMismatch);
     }
     *this = TCIMDateTime();
     Write(text_.data(), kDays, days);

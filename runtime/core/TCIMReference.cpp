@@ -1,5 +1,6 @@
 #include "host/TCIMReference.h"
 
+#include "../NameCase.h"
 #include "host/TCIMValue.h"
 
 #include <algorithm>
@@ -11,21 +12,9 @@ namespace {
 
 constexpr std::size_t kMaxSearched = 32; // more keys than that get an index
 
-char ToLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
-bool IsSameName(std::string_view left, std::string_view right) {
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                      [](char a, char b) { return ToLower(a) == ToLower(b); });
-}
-
 bool IsNameBefore(std::string_view left, std::string_view right) {
     return std::lexicographical_compare(left.begin(), left.end(), right.begin(), right.end(),
                                         [](char a, char b) { return ToLower(a) < ToLower(b); });
-}
-
-std::string LowerCase(std::string name) {
-    std::transform(name.begin(), name.end(), name.begin(), ToLower);
-    return name;
 }
 
 bool IsWrittenBare(TCIMValue::TCIMType type) {

@@ -217,7 +217,7 @@ const T& TCIMValue::Get() const {
     if (const T* content = std::get_if<T>(&content_)) {
         return *content;
     }
-    throw TVYXException(14);
+    throw TVYXException(TVYXStatusCode::eTypeMismatch);
 }
 
 template <typename T>
@@ -229,7 +229,7 @@ T TCIMValue::ToNumber() const {
                     return static_cast<T>(content);
                 }
             }
-            throw TVYXException(14);
+            throw TVYXException(TVYXStatusCode::eTypeMismatch);
         },
         content_);
 }
@@ -248,7 +248,7 @@ TCIMValue::operator double() const { return ToNumber<double>(); }
 
 TCIMValue::operator std::string() const {
     if (IsNull()) {
-        throw TVYXException(14);
+        throw TVYXException(TVYXStatusCode::eTypeMismatch);
     }
     return ToString(10);
 }

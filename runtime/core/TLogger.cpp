@@ -130,7 +130,7 @@ void AppendEscaped(std::string& line, char c) {
     }
 }
 
-// The bytes behind one that is escaped have their turn by themselves: they are no characters either.
+// The bytes that follow an escaped one are looked at by themselves: they are no characters either.
 void AppendEscaped(std::string& line, std::string_view message) {
     while (!message.empty()) {
         const std::size_t plain = PlainSize(message);

@@ -9,7 +9,7 @@ namespace NQORVYX20 {
 
 namespace {
 
-TVYXStatusCode Refuse(std::uint32_t code, const std::string& reason) {
+TVYXStatusCode Refuse(TVYXStatusCode::EStatusCode code, const std::string& reason) {
     TRootObject::GetCoreLogger()->Log(ILogger::eLogError, "The namespace provider was not registered: " + reason);
     return TVYXStatusCode(code);
 }
@@ -18,14 +18,14 @@ TVYXStatusCode Refuse(std::uint32_t code, const std::string& reason) {
 
 TVYXStatusCode TNamespaceProviderManager::RegisterNamespaceProvider(boost::shared_ptr<INamespaceProvider> provider) {
     if (!provider) {
-        return Refuse(14, "it is an empty pointer");
+        return Refuse(TVYXStatusCode::eTypeMismatch, "it is an empty pointer");
     }
     const std::string name = provider->GetName(TCIMContext());
     const auto isKept = [&] {
         const std::lock_guard<std::mutex> lock(mutex_);
         return providers_.emplace(name, provider).first->second == provider;
     };
-    return isKept() ? TVYXStatusCode(0) : Refuse(16, "another one has the name " + name);
+    return isKept() ? TVYXStatusCode() : Refuse(TVYXStatusCode::eAlreadyExists, "another one has the name " + name);
 }
 
 boost::shared_ptr<INamespaceProvider> TNamespaceProviderManager::GetNamespaceProvider(const std::string& name) const {

@@ -4,25 +4,25 @@ namespace NQORVYX20 {
 
 const char* TVYXStatusCode::TranslateStatusCode() const noexcept {
     switch (code_) {
-    case 0:
+    case eSuccess:
         return "The operation succeeded.";
-    case 1:
+    case eNotSupported:
         return "The operation is not supported.";
-    case 14:
+    case eTypeMismatch:
         return "The type of the value does not match the type that is expected.";
-    case 15:
+    case eNotFound:
         return "The element was not found.";
-    case 16:
+    case eAlreadyExists:
         return "An element of this name exists already.";
-    case 25:
+    case eInvalidName:
         return "The name is not a valid CIM name.";
-    case 28:
+    case eQualifierConflict:
         return "The qualifier conflicts with one that may not be overridden.";
-    case 31:
+    case eReadOnly:
         return "The operation was refused because the object is read-only.";
-    case 32:
+    case eContextValueMissing:
         return "A value that the operation needs is missing from the context.";
-    case 42:
+    case eRemoteConnectionFailed:
         return "The connection to the remote server failed.";
     default:
         return "The operation failed with an unknown status.";

@@ -1,15 +1,13 @@
 #include "Associations.h"
 
+#include "../NameCase.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMNamespace.h"
 #include "host/ICIMProperty.h"
 #include "host/ICIMPropertyDecl.h"
 
-#include <boost/algorithm/string/predicate.hpp>
-
 #include <algorithm>
 #include <cstddef>
-#include <locale>
 #include <set>
 #include <string>
 #include <utility>
@@ -17,10 +15,6 @@
 namespace NQORVYX20 {
 
 namespace {
-
-bool IsSameName(const std::string& left, const std::string& right) {
-    return boost::algorithm::iequals(left, right, std::locale::classic());
-}
 
 bool IsAdmitted(const std::string& name, const std::string& filter) {
     return filter.empty() || IsSameName(name, filter);

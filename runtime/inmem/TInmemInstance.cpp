@@ -27,7 +27,7 @@ constexpr int kOnlyLayout = 1;
 constexpr const char* kNumberKey = "#"; // which no property can be called
 constexpr std::size_t kFewSlots = 8;    // which are searched one after the other
 
-[[noreturn]] void Fail(std::uint32_t code, const std::string& message) {
+[[noreturn]] void Fail(TVYXStatusCode::EStatusCode code, const std::string& message) {
     TRootObject::GetCoreLogger()->Log(ILogger::eLogError, "TInmemInstance: " + message);
     throw TVYXException(code);
 }
@@ -74,7 +74,7 @@ TInmemInstance::TSlot::TSlot(const boost::shared_ptr<ICIMPropertyDecl const>& sl
 TInmemInstance::TInmemInstance(boost::shared_ptr<ICIMClass> cls, int layout)
     : class_(cls), number_(NextNumber()), slots_(boost::make_shared<TSlots>()) {
     if (layout != kOnlyLayout) {
-        Fail(14, "there is no layout " + std::to_string(layout));
+        Fail(TVYXStatusCode::eTypeMismatch, "there is no layout " + std::to_string(layout));
     }
 }
 
@@ -85,8 +85,9 @@ void TInmemInstance::Validate(TCIMContext context) const {
         const std::string& name = slot.declaration->GetName(context);
         const auto declaration = FindDeclaration(name, context);
         if (declaration != slot.declaration) {
-            Fail(15, "the declaration of property " + name + " of class " + GetClass(context)->GetName(context) +
-                         " was replaced after the value was set");
+            Fail(TVYXStatusCode::eNotFound, "the declaration of property " + name + " of class " +
+                                                GetClass(context)->GetName(context) +
+                                                " was replaced after the value was set");
         }
         Check(*declaration, slot.value);
     }
@@ -183,7 +184,7 @@ boost::shared_ptr<ICIMPropertyDecl const> TInmemInstance::FindDeclaration(const 
     if (auto declaration = cls->GetPropertyDecl(name, context)) {
         return declaration;
     }
-    Fail(15, "class " + cls->GetName(context) + " declares no property " + name);
+    Fail(TVYXStatusCode::eNotFound, "class " + cls->GetName(context) + " declares no property " + name);
 }
 
 TCIMValue::TCIMType TInmemInstance::Check(const ICIMPropertyDecl& declaration, const TCIMValue& value) const {
@@ -194,7 +195,7 @@ TCIMValue::TCIMType TInmemInstance::Check(const ICIMPropertyDecl& declaration, c
     std::ostringstream message;
     message << "property " << declaration.GetName({}) << " of class " << GetClass({})->GetName({}) << " is of type "
             << type << ", but the value is of type " << value.GetType();
-    Fail(14, message.str());
+    Fail(TVYXStatusCode::eTypeMismatch, message.str());
 }
 
 const TCIMValue* TInmemInstance::FindValue(const ICIMPropertyDecl& declaration) const {

@@ -19,7 +19,7 @@ TCIMValue::TCIMType HostType(Pegasus::CIMType type, bool isArray);
 
 /// The host's value: null of its type for null, also within an array; a char16 as the character; a reference as
 /// ToHostReference() gives it; an embedded object as its MOF. Throws what the client library throws, and TVYXException
-/// 14 for a date-time that the host does not accept.
+/// eTypeMismatch for a date-time that the host does not accept.
 TCIMValue HostValue(const Pegasus::CIMValue& value);
 
 /// The embedded objects that are a value, or the elements of one, an object without a class name for a null element.

@@ -1,7 +1,7 @@
 #include "convert/NormalName.h"
 
 #include "convert/CoreLog.h"
-#include "convert/StatusCodes.h"
+#include "convert/LetterCase.h"
 #include "host/TVYXException.h"
 
 #include <array>
@@ -17,11 +17,9 @@ constexpr char kIllegal = '\0';
 constexpr bool IsDigit(char letter) { return letter >= '0' && letter <= '9'; }
 
 constexpr char NormalizeAscii(char letter) {
-    if (letter >= 'A' && letter <= 'Z') {
-        return static_cast<char>(letter - 'A' + 'a');
-    }
-    const bool isLegal = (letter >= 'a' && letter <= 'z') || IsDigit(letter) || letter == '_';
-    return isLegal ? letter : kIllegal;
+    const char lower = ToLower(letter);
+    const bool isLegal = (lower >= 'a' && lower <= 'z') || IsDigit(lower) || lower == '_';
+    return isLegal ? lower : kIllegal;
 }
 
 constexpr std::size_t kAsciiEnd = 0x80;
@@ -59,7 +57,7 @@ std::string NormalizeName(const std::string& name, NameRule rule) {
     }
     if (!isLegal) {
         LogError("CimHTTP: CIM name '" + name + "' is invalid");
-        throw TVYXException(kInvalidName);
+        throw TVYXException(TVYXStatusCode::eInvalidName);
     }
     return normalized;
 }

@@ -11,8 +11,8 @@ enum class NameRule {
 };
 
 /// The name in lower case, under which every collection of the plug-in keeps its elements. The empty name is
-/// accepted. Throws TVYXException 25, after a line in the log, for a name that is not one by the rule, or that begins
-/// with a digit.
+/// accepted. Throws TVYXException eInvalidName, after a line in the log, for a name that is not one by the rule, or
+/// that begins with a digit.
 std::string NormalizeName(const std::string& name, NameRule rule = NameRule::kHost);
 
 } // namespace NQORVYX20

@@ -1,6 +1,5 @@
 #include "display/CompatibleTexts.h"
 
-#include "convert/StatusCodes.h"
 #include "display/DisplayUnits.h"
 #include "display/NumberTypes.h"
 #include "display/ValueMapTable.h"
@@ -52,7 +51,7 @@ CompatibleTexts::CompatibleTexts(const boost::shared_ptr<ICIMPropertyDecl const>
 
 std::uint64_t CompatibleTexts::NumberOf(const TCIMValue& value) {
     if (value.IsNull() || !IsMappable(value.GetType())) {
-        throw TVYXException(kNotSupported);
+        throw TVYXException(TVYXStatusCode::eNotSupported);
     }
     if (value.GetType() == ECIMType::eCIMBoolean) {
         return static_cast<bool>(value) ? 1 : 0;

@@ -29,15 +29,15 @@ class CompatibleTexts : public PropertyTexts {
     /// A scalar's text is that without its value map.
     std::vector<std::string> OfElements(const TCIMValue& value, const DisplayChoice& choice) const override;
 
-    /// The same without the value map.
+    /// The text without the value map.
     std::vector<std::string> OfElementsWithoutMap(const TCIMValue& value) const;
 
     /// The text of a value without the value map; the value in the declaration's base.
     std::string WithoutMap(const TCIMValue& value) const;
     std::string WithBase(const TCIMValue& value) const;
 
-    /// The number by which a value is found in a value map. Throws TVYXException 1 for null and for a value that is
-    /// neither a boolean nor an unsigned integer.
+    /// The number by which a value is found in a value map. Throws TVYXException eNotSupported for null and for a value
+    /// that is neither a boolean nor an unsigned integer.
     static std::uint64_t NumberOf(const TCIMValue& value);
 
     /// The text of a value that no row of a value map covers: the default text, else the value in base 10.

@@ -75,7 +75,7 @@ std::string OffsetText(const Parts& parts, char sign) {
     return std::string(" ") + sign + two(minutes / 60) + ':' + two(minutes % 60);
 }
 
-std::string StampText(const Parts& parts, std::size_t given, char sign) {
+std::string TimestampText(const Parts& parts, std::size_t given, char sign) {
     constexpr std::array<const char*, 6> kBefore{"", "-", "-", " ", ":", ":"};
     std::string text;
     for (std::size_t i = 0; i < given; ++i) {
@@ -126,7 +126,7 @@ std::string DateTimeText(const std::string& characters) {
         return characters;
     }
     if (!isInterval) {
-        return StampText(parts, given, characters[kSign]);
+        return TimestampText(parts, given, characters[kSign]);
     }
     return given == kSpanFields.size() ? WholeSpan(parts) : PartOfSpan(parts, given);
 }

@@ -1,7 +1,6 @@
 #include "display/DisplayQualifiers.h"
 
 #include "convert/NormalName.h"
-#include "convert/StatusCodes.h"
 #include "host/ICIMPropertyDecl.h"
 #include "host/ICIMQualifier.h"
 #include "host/TVYXException.h"
@@ -63,7 +62,7 @@ boost::shared_ptr<ICIMQualifier> DisplayQualifiers::LookUp(const TName& name) co
     try {
         return declaration_->GetQualifier(name.Given(), TCIMContext());
     } catch (const TVYXException& exception) {
-        if (exception.GetStatusCode().GetCode() != kNotFound) {
+        if (exception.GetStatusCode().GetCode() != TVYXStatusCode::eNotFound) {
             throw TVYXException(exception.GetStatusCode()); // the code alone, whatever the declaration throws
         }
         return {};

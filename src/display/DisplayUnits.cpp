@@ -1,5 +1,6 @@
 #include "display/DisplayUnits.h"
 
+#include "convert/LetterCase.h"
 #include "host/TCIMDateTime.h"
 
 #include <algorithm>
@@ -78,8 +79,6 @@ std::string NumberText(float number) {
     }
     return text;
 }
-
-char ToLower(char letter) { return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter; }
 
 } // namespace
 

@@ -38,7 +38,7 @@ class Fraction {
     /// Whether it is at least that many.
     bool IsAtLeast(TNumber number) const { return above_ / below_ >= number; }
 
-    /// Both give nothing where the result does not fit.
+    /// Nothing where the result does not fit.
     std::optional<Fraction> Times(TNumber number) const;
     std::optional<Fraction> By(TNumber number) const;
 

@@ -20,7 +20,7 @@ std::string PrefixedText(const Fraction& number, unsigned step, const std::strin
 /// A number without prefix: whole, exact with four digits at most, or with one decimal place.
 std::string PlainText(const Fraction& number);
 
-/// A number's text with its unit behind it; the text alone for an empty symbol.
+/// A number's text followed by its unit; the text alone for an empty symbol.
 std::string WithUnit(std::string number, std::string_view prefix, const std::string& symbol);
 
 } // namespace NQORVYX20

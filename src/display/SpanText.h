@@ -10,7 +10,7 @@ namespace NQORVYX20 {
 /// a second have one decimal place in the longer forms.
 std::string SpanText(const Fraction& seconds);
 
-/// The same out of its parts, with as many digits of the second's fraction as are given.
+/// A span made of its parts, with as many digits of the second's fraction as are given.
 std::string ClockText(std::uint64_t days, unsigned hours, unsigned minutes, unsigned seconds,
                       const std::string& fraction);
 

@@ -1,5 +1,6 @@
 #include "display/StandardValueMap.h"
 
+#include "convert/LetterCase.h"
 #include "display/NumberTypes.h"
 #include "display/SignedNumber.h"
 
@@ -47,12 +48,6 @@ std::optional<std::uint64_t> ParseMagnitude(std::string_view digits) {
     }
     const bool isOctal = digits.size() > 1 && digits.front() == '0' && AreAll(digits, "01234567");
     return Magnitude(digits, isOctal ? 8 : 10);
-}
-
-bool IsTruth(std::string_view text, std::string_view word) {
-    return text.size() == word.size() && std::equal(text.begin(), text.end(), word.begin(), [](char left, char right) {
-               return (left >= 'A' && left <= 'Z' ? left - 'A' + 'a' : left) == right;
-           });
 }
 
 std::vector<std::string> CountedFromZero(std::size_t count) {
@@ -105,8 +100,9 @@ bool StandardValueMap::AddRange(const std::string& entry, const std::string& tex
 
 /// Signed numbers in the order of unsigned ones.
 std::optional<std::uint64_t> StandardValueMap::KeyOf(const std::string& number) const {
-    if (IsTruth(number, "true") || IsTruth(number, "false")) {
-        return IsTruth(number, "true") ? 1 : 0;
+    const std::string word = LowerCase(number);
+    if (word == "true" || word == "false") {
+        return word == "true" ? 1 : 0;
     }
     const bool isNegative = !number.empty() && number.front() == '-';
     const bool hasSign = isNegative || (!number.empty() && number.front() == '+');

@@ -1,5 +1,7 @@
 #include "display/UnitNames.h"
 
+#include "convert/LetterCase.h"
+
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -89,7 +91,7 @@ constexpr std::array kBaseUnits{
     BaseUnit{"yard", "yd", kAlone, 0, {}},
 };
 
-/// People's words that are not a base unit's name with an s behind it.
+/// People's words that are not a base unit's name with an s at the end.
 constexpr std::array kWords{
     std::pair<std::string_view, std::string_view>{"amp", "ampere"},
     std::pair<std::string_view, std::string_view>{"btu", "british thermal unit"},
@@ -131,8 +133,6 @@ const BaseUnit* FindWordAsItIs(std::string_view word) {
 
 bool IsBlank(char letter) { return letter == ' ' || letter == '\t' || letter == '\r' || letter == '\n'; }
 
-char Lower(char letter) { return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter; }
-
 } // namespace
 
 const BaseUnit* FindBaseUnit(std::string_view name) {
@@ -149,7 +149,7 @@ std::string Simplified(std::string_view text) {
     std::string simple;
     for (const char letter : text) {
         if (!IsBlank(letter)) {
-            simple += Lower(letter);
+            simple += ToLower(letter);
         } else if (!simple.empty() && simple.back() != ' ') {
             simple += ' ';
         }

@@ -17,7 +17,7 @@ struct BaseUnit {
 /// The unit with this name in lower case; null when there is none.
 const BaseUnit* FindBaseUnit(std::string_view name);
 
-/// The same for a word of people's, in lower case, in singular or plural, such as `bytes`, `feet` or `degrees c`.
+/// The unit of a word of people's, in lower case, in singular or plural, such as `bytes`, `feet` or `degrees c`.
 const BaseUnit* FindUnitWord(std::string_view word);
 
 /// A text in lower case, with one blank where it has several, and none at its ends. Letters beyond ASCII stay.

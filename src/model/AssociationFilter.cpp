@@ -1,7 +1,6 @@
 #include "model/AssociationFilter.h"
 
 #include "convert/NormalName.h"
-#include "convert/StatusCodes.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMNamespace.h"
 #include "host/ICIMPropertyDecl.h"
@@ -63,7 +62,7 @@ boost::shared_ptr<ICIMClass> AssociationFilter::Resolve(const std::string& name)
     }
     auto cls = namespace_->GetClass(name, context_);
     if (!cls) {
-        throw TVYXException(kNotFound);
+        throw TVYXException(TVYXStatusCode::eNotFound);
     }
     return cls;
 }

@@ -19,8 +19,8 @@ class ICIMPropertyDecl;
 /// refers to cannot be had, is passed over.
 class AssociationFilter {
   public:
-    /// Resolves the class filters through the namespace, which may fetch the classes. Throws TVYXException 15 for a
-    /// class that the namespace does not have, 25 for a name that is invalid.
+    /// Resolves the class filters through the namespace, which may fetch the classes. Throws TVYXException eNotFound
+    /// for a class that the namespace does not have, eInvalidName for a name that is invalid.
     AssociationFilter(boost::shared_ptr<ICIMNamespace> nameSpace, const std::string& assocClass,
                       const std::string& resultClass, const std::string& role, const std::string& resultRole,
                       TCIMContext context);

@@ -2,17 +2,15 @@
 
 #include "convert/CoreLog.h"
 #include "convert/NormalName.h"
-#include "convert/StatusCodes.h"
 #include "host/TVYXException.h"
 #include "model/AssociationFilter.h"
-#include "model/EntryMap.h"
 #include "model/Reading.h"
 #include "model/Required.h"
+#include "model/SchemaNamespace.h"
 #include "model/TCimHTTPInstance.h"
 #include "model/TCimHTTPMethodDecl.h"
 #include "model/TCimHTTPProperty.h"
 #include "model/TCimHTTPPropertyDecl.h"
-#include "provider/TCimHTTPNamespace.h"
 
 #include <algorithm>
 #include <exception>
@@ -25,14 +23,14 @@ namespace {
 
 using ECIMType = TCIMValue::TCIMType::ECIMType;
 
-[[noreturn]] void Refuse(std::uint32_t code, const std::string& text) {
+[[noreturn]] void Refuse(TVYXStatusCode::EStatusCode code, const std::string& text) {
     LogError(text);
     throw TVYXException(code);
 }
 
 } // namespace
 
-TCimHTTPClass::TCimHTTPClass(boost::shared_ptr<TCimHTTPNamespace> nameSpace, const std::string& name,
+TCimHTTPClass::TCimHTTPClass(boost::shared_ptr<SchemaNamespace> nameSpace, const std::string& name,
                              boost::shared_ptr<TCimHTTPClass> /*superClass*/)
     : namespace_(nameSpace),
       reading_(nameSpace ? nameSpace->GetReading() : boost::shared_ptr<Reading>()),
@@ -63,12 +61,20 @@ void TCimHTTPClass::ReleaseSubClasses() {
 
 // --- Materialisation ---------------------------------------------------------------------------------------------
 
+boost::shared_ptr<TCimHTTPClass> TCimHTTPClass::Make(const boost::shared_ptr<SchemaNamespace>& nameSpace,
+                                                     const std::string& name,
+                                                     const boost::shared_ptr<TCimHTTPClass>& superClass) {
+    auto cls = boost::make_shared<TCimHTTPClass>(nameSpace, name, superClass);
+    cls->Initialize();
+    return cls;
+}
+
 void TCimHTTPClass::Initialize() {
     if (superClass_.lock() || !superClassName_.empty()) {
         return;
     }
     const auto nameSpace = LockNamespace();
-    if (name_ == TCimHTTPNamespace::kRootClassName) {
+    if (name_ == SchemaNamespace::kRootClassName) {
         superClass_ = nameSpace->GetRootClass();
         return;
     }
@@ -86,7 +92,7 @@ bool TCimHTTPClass::KeepPropertyDecl(const std::string& key, const boost::shared
 }
 
 bool TCimHTTPClass::KeepMethodDecl(const std::string& key, const boost::shared_ptr<ICIMMethodDecl>& declaration) {
-    return methodDecls_.emplace(key, boost::dynamic_pointer_cast<TCimHTTPMethodDecl>(declaration)).second;
+    return methodDecls_.Add(key, boost::dynamic_pointer_cast<TCimHTTPMethodDecl>(declaration));
 }
 
 // --- Hierarchy ---------------------------------------------------------------------------------------------------
@@ -96,18 +102,18 @@ void TCimHTTPClass::AddToNamespace(TCIMContext context) {
     GetSuperClass(context)->AddChildClass(shared_from_this());
 }
 
-void TCimHTTPClass::RemoveFromNamespace(TCIMContext /*context*/) { throw TVYXException(kReadOnly); }
+void TCimHTTPClass::RemoveFromNamespace(TCIMContext /*context*/) { throw TVYXException(TVYXStatusCode::eReadOnly); }
 
 void TCimHTTPClass::ModifyClass(boost::shared_ptr<ICIMClass> /*values*/, TCIMContext /*context*/) {
-    throw TVYXException(kReadOnly);
+    throw TVYXException(TVYXStatusCode::eReadOnly);
 }
 
 const std::string& TCimHTTPClass::GetName(TCIMContext /*context*/) const { return name_; }
 
 boost::shared_ptr<ICIMNamespace> TCimHTTPClass::GetNamespace(TCIMContext /*context*/) const { return LockNamespace(); }
 
-boost::shared_ptr<TCimHTTPNamespace> TCimHTTPClass::LockNamespace() const {
-    return boost::shared_ptr<TCimHTTPNamespace>(namespace_);
+boost::shared_ptr<SchemaNamespace> TCimHTTPClass::LockNamespace() const {
+    return boost::shared_ptr<SchemaNamespace>(namespace_);
 }
 
 boost::shared_ptr<ICIMClass> TCimHTTPClass::GetSuperClass(TCIMContext /*context*/) const {
@@ -180,7 +186,7 @@ void TCimHTTPClass::EnumerateSubClasses(const boost::function<bool(boost::shared
 
 void TCimHTTPClass::AddChildClass(boost::shared_ptr<ICIMClass> child) {
     const auto added = boost::dynamic_pointer_cast<TCimHTTPClass>(child);
-    subClasses_.Add(Required(added, kTypeMismatch).name_, added);
+    subClasses_.Add(Required(added, TVYXStatusCode::eTypeMismatch).name_, added);
 }
 
 void TCimHTTPClass::RemoveChildClass(boost::shared_ptr<ICIMClass> /*child*/) {}
@@ -216,9 +222,10 @@ void TCimHTTPClass::EnumerateKeyNames(const boost::function<bool(const std::stri
     } catch (const TVYXException&) {
         throw;
     } catch (const std::exception& failure) {
-        Refuse(kTypeMismatch, "TCimHTTP: Enumeration of the keys of class " + name_ + " failed: " + failure.what());
+        Refuse(TVYXStatusCode::eTypeMismatch,
+               "TCimHTTP: Enumeration of the keys of class " + name_ + " failed: " + failure.what());
     } catch (...) {
-        Refuse(kTypeMismatch, "TCimHTTP: Enumeration of the keys of class " + name_ + " failed");
+        Refuse(TVYXStatusCode::eTypeMismatch, "TCimHTTP: Enumeration of the keys of class " + name_ + " failed");
     }
 }
 
@@ -237,21 +244,17 @@ boost::shared_ptr<ICIMPropertyDecl> TCimHTTPClass::GetPropertyDecl(const std::st
 
 void TCimHTTPClass::EnumeratePropertyDecls(const boost::function<bool(boost::shared_ptr<ICIMPropertyDecl>)>& callback,
                                            TCIMContext /*context*/) const {
-    const auto declarations = propertyDecls_.Ordered();
-    for (const auto& declaration : *declarations) {
-        if (!callback(declaration)) {
-            return;
-        }
-    }
+    propertyDecls_.Visit(callback);
 }
 
 void TCimHTTPClass::AddPropertyDecl(boost::shared_ptr<ICIMPropertyDecl> declaration) {
     if (!declaration) {
-        Refuse(kTypeMismatch, "TCimHTTP: Attempt to add a property without a declaration to class " + name_);
+        Refuse(TVYXStatusCode::eTypeMismatch,
+               "TCimHTTP: Attempt to add a property without a declaration to class " + name_);
     }
     const std::string& name = declaration->GetName(TCIMContext());
     if (declaration->GetType(TCIMContext()) == ECIMType::eCIMReference && !IsAssociation(TCIMContext())) {
-        Refuse(kTypeMismatch,
+        Refuse(TVYXStatusCode::eTypeMismatch,
                "TCimHTTP: Attempt to add reference property " + name + " to non-association class " + name_);
     }
     const std::string key = NormalizeName(name, names_);
@@ -268,36 +271,32 @@ void TCimHTTPClass::FilePropertyDecl(const std::string& key, const boost::shared
     const std::string attempt = "TCimHTTP: Attempt to add property " + name + " to class " + name_;
     const bool isTaken = propertyDecls_.Find(key) != nullptr;
     if (isTaken && name.find("PortType") == std::string::npos) {
-        Refuse(kAlreadyExists, attempt + ": already exists");
+        Refuse(TVYXStatusCode::eAlreadyExists, attempt + ": already exists");
     }
     const auto added = boost::dynamic_pointer_cast<TCimHTTPPropertyDecl>(declaration);
     if (!added) {
-        Refuse(kTypeMismatch, attempt + ": the declaration is another implementation's");
+        Refuse(TVYXStatusCode::eTypeMismatch, attempt + ": the declaration is another implementation's");
     }
-    if (isTaken) {
-        propertyDecls_.Replace(key, added);
-    } else {
-        propertyDecls_.Add(key, added);
-    }
+    propertyDecls_.Set(key, added);
 }
 
 void TCimHTTPClass::CheckOverride(const ICIMPropertyDecl& declaration) const {
     const std::string& name = declaration.GetName(TCIMContext());
     const char* violation = nullptr;
-    std::uint32_t code = kTypeMismatch;
+    auto code = TVYXStatusCode::eTypeMismatch;
     try {
         const auto inherited = FindInheritedPropertyDecl(name);
         if (!inherited) {
             violation = "property doesn't exist in base class";
-            code = kNotFound;
+            code = TVYXStatusCode::eNotFound;
         } else if (inherited->GetType(TCIMContext()) != declaration.GetType(TCIMContext())) {
             violation = "different types";
         } else if (inherited->GetClass(TCIMContext()).get() == this) {
             violation = "original was defined in this class";
         }
     } catch (const std::exception& failure) {
-        Refuse(kTypeMismatch, "TCimHTTP: Attempt define property " + name + " in class " + name_ +
-                                  "failed. Reason = " + failure.what());
+        Refuse(TVYXStatusCode::eTypeMismatch, "TCimHTTP: Attempt define property " + name + " in class " + name_ +
+                                                  "failed. Reason = " + failure.what());
     }
     if (violation != nullptr) {
         Refuse(code, "TCimHTTP: Attempt to override property " + name + " in class " + name_ + ": " + violation);
@@ -324,12 +323,12 @@ TCimHTTPClass::AllocateMethodDecl(const std::string& name, TCIMValue::TCIMType r
 }
 
 boost::shared_ptr<ICIMMethodDecl> TCimHTTPClass::GetMethodDecl(const std::string& name, TCIMContext /*context*/) const {
-    return FindEntry(methodDecls_, NormalizeName(name, names_));
+    return methodDecls_.Find(NormalizeName(name, names_));
 }
 
 void TCimHTTPClass::EnumerateMethodDecls(const boost::function<bool(boost::shared_ptr<ICIMMethodDecl>)>& callback,
                                          TCIMContext /*context*/) const {
-    VisitEntries(methodDecls_, callback);
+    methodDecls_.Visit(callback);
 }
 
 void TCimHTTPClass::AddMethodDecl(boost::shared_ptr<ICIMMethodDecl> /*declaration*/) {}
@@ -342,20 +341,20 @@ TCIMValue TCimHTTPClass::InvokeMethod(const std::string& /*name*/, TCIMContext& 
 }
 
 boost::shared_ptr<ICIMProperty> TCimHTTPClass::GetProperty(const std::string& name, TCIMContext /*context*/) {
-    auto property = FindEntry(staticProperties_, NormalizeName(name, names_));
+    auto property = staticProperties_.Find(NormalizeName(name, names_));
     if (!property) {
-        throw TVYXException(kNotFound);
+        throw TVYXException(TVYXStatusCode::eNotFound);
     }
     return property;
 }
 
 void TCimHTTPClass::SetPropertyValue(const std::string& /*name*/, const TCIMValue& /*value*/, TCIMContext /*context*/) {
-    throw TVYXException(kReadOnly);
+    throw TVYXException(TVYXStatusCode::eReadOnly);
 }
 
 void TCimHTTPClass::EnumerateStaticProperties(const boost::function<bool(boost::shared_ptr<ICIMProperty>)>& callback,
                                               TCIMContext /*context*/) {
-    VisitEntries(staticProperties_, callback);
+    staticProperties_.Visit(callback);
 }
 
 void TCimHTTPClass::AddQualifier(boost::shared_ptr<ICIMQualifier> qualifier, TCIMContext /*context*/) {
@@ -444,7 +443,7 @@ void TCimHTTPClass::EnumerateInstances(const boost::function<bool(boost::shared_
 }
 
 void TCimHTTPClass::VisitInstances(const boost::function<bool(boost::shared_ptr<ICIMInstance>)>& callback, bool deep) {
-    if (!VisitEntries(instances_, callback) || !deep) {
+    if (!instances_.Visit(callback) || !deep) {
         return;
     }
     const auto subClasses = subClasses_.Classes();
@@ -455,17 +454,16 @@ void TCimHTTPClass::VisitInstances(const boost::function<bool(boost::shared_ptr<
 
 void TCimHTTPClass::AddInstance(boost::shared_ptr<ICIMInstance> instance) {
     const auto added = boost::dynamic_pointer_cast<TCimHTTPInstance>(instance);
-    // Servers mostly give instances in the order of their paths.
-    instances_.emplace_hint(instances_.end(), Required(added, kTypeMismatch).BuildPath(TCIMContext()).GetPath(), added);
+    instances_.Add(Required(added, TVYXStatusCode::eTypeMismatch).BuildPath(TCIMContext()).GetPath(), added);
 }
 
 void TCimHTTPClass::RemoveInstance(boost::shared_ptr<ICIMInstance> instance) {
-    instances_.erase(instance->BuildPath(TCIMContext()).GetPath());
+    instances_.Remove(instance->BuildPath(TCIMContext()).GetPath());
 }
 
 boost::shared_ptr<ICIMInstance> TCimHTTPClass::GetInstance(const TCIMReference& reference,
                                                            TCIMContext /*context*/) const {
-    return FindEntry(instances_, reference.GetPath());
+    return instances_.Find(reference.GetPath());
 }
 
 void TCimHTTPClass::ClearInstances() {
@@ -488,9 +486,9 @@ void TCimHTTPClass::ClearOwn(std::vector<boost::shared_ptr<TCimHTTPClass>>& link
     linked.insert(linked.end(), subClasses.Classes().begin(), subClasses.Classes().end());
     qualifiers_.Clear();
     propertyDecls_.Clear();
-    staticProperties_.clear();
-    instances_.clear();
-    methodDecls_.clear();
+    staticProperties_.Clear();
+    instances_.Clear();
+    methodDecls_.Clear();
 }
 
 } // namespace NQORVYX20

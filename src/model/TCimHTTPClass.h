@@ -1,14 +1,13 @@
 #pragma once
 
 #include "host/ICIMClass.h"
-#include "model/EntryIndex.h"
+#include "model/NamedEntries.h"
 #include "model/SubClassList.h"
 #include "model/TCimHTTPQualifierMap.h"
 
 #include <boost/enable_shared_from_this.hpp>
 #include <boost/weak_ptr.hpp>
 
-#include <map>
 #include <set>
 #include <string>
 #include <vector>
@@ -17,9 +16,9 @@ namespace NQORVYX20 {
 
 class AssociationFilter;
 class Reading;
+class SchemaNamespace;
 class TCimHTTPInstance;
 class TCimHTTPMethodDecl;
-class TCimHTTPNamespace;
 class TCimHTTPProperty;
 class TCimHTTPPropertyDecl;
 
@@ -29,14 +28,19 @@ class TCimHTTPPropertyDecl;
 /// boost::bad_weak_ptr when they have gone.
 ///
 /// What is said below of compatible and faithful namespaces: see Reading. In a faithful one, operations that ask the
-/// server throw TVYXException 15 for what it does not have, 42 when it cannot be read, after a line in the log;
-/// TCimHTTPNamespace::LastFailure says why.
+/// server throw TVYXException eNotFound for what it does not have, eRemoteConnectionFailed when it cannot be read,
+/// after a line in the log; TCimHTTPNamespace::LastFailure says why.
 class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TCimHTTPClass> {
   public:
     /// An empty class. The superclass is not kept, see Initialize.
-    TCimHTTPClass(boost::shared_ptr<TCimHTTPNamespace> nameSpace, const std::string& name,
+    TCimHTTPClass(boost::shared_ptr<SchemaNamespace> nameSpace, const std::string& name,
                   boost::shared_ptr<TCimHTTPClass> superClass);
     ~TCimHTTPClass() override;
+
+    /// A class that is initialised and not added. Throws what Initialize throws.
+    static boost::shared_ptr<TCimHTTPClass> Make(const boost::shared_ptr<SchemaNamespace>& nameSpace,
+                                                 const std::string& name,
+                                                 const boost::shared_ptr<TCimHTTPClass>& superClass);
     TCimHTTPClass(const TCimHTTPClass&) = delete;
     TCimHTTPClass& operator=(const TCimHTTPClass&) = delete;
 
@@ -60,6 +64,8 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     /// What a name is to a class, which may be none, and its elements.
     static NameRule NamesOf(const TCimHTTPClass* cls) { return cls != nullptr ? cls->names_ : NameRule::kHost; }
 
+    const std::string& Name() const { return name_; }
+
     /// Sets the superclass; the class is initialised then.
     void SetSuperClass(const boost::shared_ptr<ICIMClass>& superClass);
 
@@ -76,14 +82,14 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     bool KeepMethodDecl(const std::string& key, const boost::shared_ptr<ICIMMethodDecl>& declaration);
 
     /// How many instances were added under paths of their own.
-    std::size_t CountInstances() const { return instances_.size(); }
+    std::size_t CountInstances() const { return instances_.Size(); }
 
     /// Visits the instances that were added, in the order of their paths; with `deep` then enumerates those of each
     /// linked subclass. False from the callback ends it.
     void VisitInstances(const boost::function<bool(boost::shared_ptr<ICIMInstance>)>& callback, bool deep);
 
     // ICIMElement and ICIMClass. Operations that are not supported: RemoveFromNamespace, ModifyClass and
-    // SetPropertyValue throw TVYXException 31; InvokeMethod returns a null value; Validate, RemoveChildClass,
+    // SetPropertyValue throw TVYXException eReadOnly; InvokeMethod returns a null value; Validate, RemoveChildClass,
     // AddAssociationClass, RemoveAssociationClass, RemovePropertyDecl, AddMethodDecl, RemoveMethodDecl and the
     // assignment do nothing.
     void Validate(TCIMContext context) const override;
@@ -103,9 +109,9 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
                              TCIMContext context) override;
     bool IsSubclassOf(boost::shared_ptr<ICIMClass const> other, TCIMContext context) const override;
 
-    /// Both walk up from this class to below the root class, and see the association classes that are linked to each
-    /// class on the way. No operation links any, so that for now they report nothing. AssociationFilter says what the
-    /// filters accept and what they throw.
+    /// EnumerateAssociatedClasses and EnumerateAssociationClasses walk up from this class to below the root class, and
+    /// see the association classes that are linked to each class on the way. No operation links any, so that for now
+    /// they report nothing. AssociationFilter says what the filters accept and what they throw.
     void EnumerateAssociatedClasses(const boost::function<bool(boost::shared_ptr<ICIMClass>)>& callback,
                                     const std::string& assocClass, const std::string& resultClass,
                                     const std::string& role, const std::string& resultRole,
@@ -114,7 +120,8 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
                                      const std::string& resultClass, const std::string& role,
                                      TCIMContext context) override;
 
-    /// Whatever is thrown during the walk leaves as a TVYXException: its own code, or 14 for another exception.
+    /// Whatever is thrown during the walk leaves as a TVYXException: its own code, or eTypeMismatch for another
+    /// exception.
     void EnumerateKeyNames(const boost::function<bool(const std::string*)>& callback,
                            TCIMContext context) const override;
     boost::shared_ptr<ICIMPropertyDecl> AllocatePropertyDecl(const std::string& name, const TCIMValue& defaultValue,
@@ -148,8 +155,8 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     bool operator<(ICIMClass& other) const override;
     ICIMClass& operator=(const ICIMClass& other) override;
 
-    /// A class of the same name that is already there gives its place to the new one. The class must be a
-    /// TCimHTTPClass: where assertions are on, another or none ends in an assertion, otherwise in TVYXException 14.
+    /// The class replaces one of the same name. It must be a TCimHTTPClass: where assertions are on, another or none
+    /// ends in an assertion, otherwise in TVYXException eTypeMismatch.
     void AddChildClass(boost::shared_ptr<ICIMClass> child) override;
     void RemoveChildClass(boost::shared_ptr<ICIMClass> child) override;
 
@@ -160,10 +167,10 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     void AddAssociationClass(boost::shared_ptr<ICIMClass> association) override;
     void RemoveAssociationClass(boost::shared_ptr<ICIMClass> association) override;
 
-    /// Throws TVYXException, after a line in the log, and changes nothing: 14 for a reference in a class that is no
-    /// association, for an override of another type or of a property of this class, and when the check itself fails;
-    /// 15 for an override without a base property; 16 for a name already taken, unless it contains "PortType"; after
-    /// these, 14 for what is not a TCimHTTPPropertyDecl.
+    /// Throws TVYXException, after a line in the log, and changes nothing: eTypeMismatch for a reference in a class
+    /// that is no association, for an override of another type or of a property of this class, and when the check
+    /// itself fails; eNotFound for an override without a base property; eAlreadyExists for a name already taken, unless
+    /// it contains "PortType"; after these, eTypeMismatch for what is not a TCimHTTPPropertyDecl.
     void AddPropertyDecl(boost::shared_ptr<ICIMPropertyDecl> declaration) override;
     void RemovePropertyDecl(boost::shared_ptr<ICIMPropertyDecl> declaration) override;
     void AddMethodDecl(boost::shared_ptr<ICIMMethodDecl> declaration) override;
@@ -171,8 +178,8 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
 
     // ICIMNamedElement
 
-    /// A qualifier of the same name gives way when it may be overridden or has the same value and flavor; otherwise
-    /// throws TVYXException 28, after a line in the log.
+    /// Replaces a qualifier of the same name that may be overridden or has the same value and flavor; otherwise
+    /// throws TVYXException eQualifierConflict, after a line in the log.
     void AddQualifier(boost::shared_ptr<ICIMQualifier> qualifier, TCIMContext context) override;
     boost::shared_ptr<ICIMQualifier> AllocateQualifier(boost::shared_ptr<ICIMQualifierDecl const> declaration,
                                                        const TCIMValue& value, TCIMContext context) const override;
@@ -198,7 +205,7 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     using TWalk = std::vector<TLevel>;
     class TOnWalk;
 
-    boost::shared_ptr<TCimHTTPNamespace> LockNamespace() const;
+    boost::shared_ptr<SchemaNamespace> LockNamespace() const;
     void ReleaseSubClasses();
     void ClearOwn(std::vector<boost::shared_ptr<TCimHTTPClass>>& linked);
     bool HasTrueQualifier(const std::string& name) const;
@@ -208,15 +215,15 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     boost::shared_ptr<ICIMPropertyDecl> FindInheritedPropertyDecl(const std::string& name) const;
     void VisitAssociations(const AssociationFilter& filter, const TAssociationVisitor& visitor);
 
-    boost::weak_ptr<TCimHTTPNamespace> namespace_;
+    boost::weak_ptr<SchemaNamespace> namespace_;
     boost::shared_ptr<Reading> reading_; // empty without a namespace
     std::string name_;
     boost::weak_ptr<ICIMClass> superClass_;
     std::string superClassName_; // empty unless it is looked up when needed
     NameRule names_;
     TCimHTTPQualifierMap qualifiers_;
-    EntryIndex<TCimHTTPPropertyDecl> propertyDecls_;
-    std::map<std::string, boost::shared_ptr<TCimHTTPProperty>> staticProperties_;
+    NamedEntries<TCimHTTPPropertyDecl> propertyDecls_;
+    NamedEntries<TCimHTTPProperty> staticProperties_;
     SubClassList<TCimHTTPClass> subClasses_;
     TWalk* walk_ = nullptr; // while a class above enumerates this one's subclasses
 
@@ -225,8 +232,8 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     std::set<boost::shared_ptr<TCimHTTPClass>> associations_;
 
   private:
-    std::map<std::string, boost::shared_ptr<TCimHTTPInstance>> instances_; // by path
-    std::map<std::string, boost::shared_ptr<TCimHTTPMethodDecl>> methodDecls_;
+    NamedEntries<TCimHTTPInstance> instances_; // by path
+    NamedEntries<TCimHTTPMethodDecl> methodDecls_;
 };
 
 } // namespace NQORVYX20

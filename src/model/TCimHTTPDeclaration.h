@@ -63,7 +63,7 @@ class TCimHTTPDeclaration : public Interface, public boost::enable_shared_from_t
     /// Copies nothing.
     Interface& operator=(const Interface& /*other*/) override { return *this; }
 
-    /// Removes the qualifier of the same name. Throws TVYXException 15 when there is none.
+    /// Removes the qualifier of the same name. Throws TVYXException eNotFound when there is none.
     void RemoveQualifier(boost::shared_ptr<ICIMQualifier> qualifier) {
         qualifiers_.Remove(qualifier->GetName(TCIMContext()));
     }

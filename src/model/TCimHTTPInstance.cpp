@@ -1,6 +1,5 @@
 #include "model/TCimHTTPInstance.h"
 
-#include "convert/StatusCodes.h"
 #include "model/Required.h"
 #include "model/TCimHTTPClass.h"
 
@@ -17,7 +16,8 @@ TCimHTTPInstance::TCimHTTPInstance(boost::shared_ptr<ICIMClass> cls, TCIMContext
 
 void TCimHTTPInstance::AddToNamespace(TCIMContext context) {
     const auto cls = boost::dynamic_pointer_cast<TCimHTTPClass>(GetClass(context));
-    Required(cls, kTypeMismatch).AddInstance(boost::dynamic_pointer_cast<TCimHTTPInstance>(shared_from_this()));
+    Required(cls, TVYXStatusCode::eTypeMismatch)
+        .AddInstance(boost::dynamic_pointer_cast<TCimHTTPInstance>(shared_from_this()));
 }
 
 } // namespace NQORVYX20

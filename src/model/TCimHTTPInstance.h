@@ -12,7 +12,7 @@ class TCimHTTPInstance : public TInmemInstance {
     using TInmemInstance::operator=;
 
     /// Files the instance in the cache of its class. The class must be a TCimHTTPClass: where assertions are on,
-    /// another one ends in an assertion, otherwise in TVYXException 14.
+    /// another one ends in an assertion, otherwise in TVYXException eTypeMismatch.
     void AddToNamespace(TCIMContext context) override;
 };
 

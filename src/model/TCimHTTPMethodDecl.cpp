@@ -2,9 +2,7 @@
 
 #include "convert/CoreLog.h"
 #include "convert/NormalName.h"
-#include "convert/StatusCodes.h"
 #include "host/TVYXException.h"
-#include "model/EntryMap.h"
 #include "model/TCimHTTPClass.h"
 #include "model/TCimHTTPParameterDecl.h"
 
@@ -33,30 +31,30 @@ TCimHTTPMethodDecl::AllocateParameterDecl(const std::string& name, TCIMValue::TC
 
 boost::shared_ptr<ICIMParameterDecl> TCimHTTPMethodDecl::GetParameterDecl(const std::string& name,
                                                                           TCIMContext /*context*/) const {
-    auto parameter = FindEntry(parameters_, NormalizeName(name, Names()));
+    auto parameter = parameters_.Find(NormalizeName(name, Names()));
     if (!parameter) {
-        throw TVYXException(kNotFound);
+        throw TVYXException(TVYXStatusCode::eNotFound);
     }
     return parameter;
 }
 
 void TCimHTTPMethodDecl::EnumerateParameterDecls(boost::function<bool(boost::shared_ptr<ICIMParameterDecl>)>& callback,
                                                  TCIMContext /*context*/) const {
-    VisitEntries(parameters_, callback);
+    parameters_.Visit(callback);
 }
 
 void TCimHTTPMethodDecl::AddParameterDecl(boost::shared_ptr<TCimHTTPParameterDecl> parameter) {
     const std::string& name = parameter->GetName(TCIMContext());
-    if (!parameters_.emplace(NormalizeName(name, Names()), parameter).second) {
+    if (!parameters_.Add(NormalizeName(name, Names()), parameter)) {
         // Those who search the log know this text, which is the one for properties.
         LogError("Inmem: Attempt to add property " + name + " to method " + GetName(TCIMContext()) +
                  ": already exists");
-        throw TVYXException(kAlreadyExists);
+        throw TVYXException(TVYXStatusCode::eAlreadyExists);
     }
 }
 
 void TCimHTTPMethodDecl::RemoveParameterDecl(boost::shared_ptr<TCimHTTPParameterDecl> parameter) {
-    parameters_.erase(NormalizeName(parameter->GetName(TCIMContext()), Names()));
+    parameters_.Remove(NormalizeName(parameter->GetName(TCIMContext()), Names()));
 }
 
 } // namespace NQORVYX20

@@ -1,11 +1,10 @@
 #pragma once
 
 #include "host/ICIMMethodDecl.h"
+#include "model/NamedEntries.h"
 #include "model/TCimHTTPDeclaration.h"
 
 #include <boost/weak_ptr.hpp>
-
-#include <map>
 
 namespace NQORVYX20 {
 
@@ -33,7 +32,7 @@ class TCimHTTPMethodDecl : public TCimHTTPDeclaration<TCimHTTPMethodDecl, ICIMMe
     void EnumerateParameterDecls(boost::function<bool(boost::shared_ptr<ICIMParameterDecl>)>& callback,
                                  TCIMContext context) const override;
 
-    /// Throws TVYXException 16, after a line in the log, when there is a parameter of that name.
+    /// Throws TVYXException eAlreadyExists, after a line in the log, when there is a parameter of that name.
     void AddParameterDecl(boost::shared_ptr<TCimHTTPParameterDecl> parameter);
 
     /// Removes the parameter of the same name, if there is one.
@@ -44,7 +43,7 @@ class TCimHTTPMethodDecl : public TCimHTTPDeclaration<TCimHTTPMethodDecl, ICIMMe
   private:
     boost::weak_ptr<TCimHTTPClass> class_;
     TCIMValue::TCIMType returnType_;
-    std::map<std::string, boost::shared_ptr<TCimHTTPParameterDecl>> parameters_;
+    NamedEntries<TCimHTTPParameterDecl> parameters_;
 };
 
 } // namespace NQORVYX20

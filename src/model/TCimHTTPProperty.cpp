@@ -1,7 +1,6 @@
 #include "model/TCimHTTPProperty.h"
 
 #include "convert/CoreLog.h"
-#include "convert/StatusCodes.h"
 #include "display/CompatibleTexts.h"
 #include "display/FaithfulTexts.h"
 #include "display/ValueMapTable.h"
@@ -46,7 +45,7 @@ template <typename Type>
     std::ostringstream text;
     text << operation << ": " << declaredText << declared << givenText << given;
     LogError(text.str());
-    throw TVYXException(kTypeMismatch);
+    throw TVYXException(TVYXStatusCode::eTypeMismatch);
 }
 
 } // namespace

@@ -18,8 +18,8 @@ namespace NQORVYX20 {
 ///
 /// The texts for people are made from the declaration's qualifiers, by the rules of the reading that the declaration
 /// belongs to: see CompatibleTexts and FaithfulTexts. A qualifier that is absent, null or of the wrong type has no
-/// effect. When a lookup of a qualifier fails with TVYXException, other than 15 for its absence, the text's caller gets
-/// a TVYXException of that code.
+/// effect. When a lookup of a qualifier fails with TVYXException, other than eNotFound for its absence, the text's
+/// caller gets a TVYXException of that code.
 class TCimHTTPProperty : public ICIMProperty {
   public:
     /// A row of a value-map table: the text of the values from `low` to `high`, both included. A row that is open at
@@ -48,9 +48,9 @@ class TCimHTTPProperty : public ICIMProperty {
     bool IsDefaultValue(TCIMContext context) const override;
     const TCIMValue& GetValue(TCIMContext context) const override;
 
-    /// Throws TVYXException 14, after a line in the log, when the value's type is not the declared one (an array is a
-    /// type of its own), or when a reference names another class than the declaration's default does. The names must
-    /// be the same in every letter: a subclass is another class.
+    /// Throws TVYXException eTypeMismatch, after a line in the log, when the value's type is not the declared one (an
+    /// array is a type of its own), or when a reference names another class than the declaration's default does. The
+    /// names must be the same in every letter: a subclass is another class.
     void SetValue(const TCIMValue& value, TCIMContext context) override;
 
     /// True when the value comes from the declaration.
@@ -95,8 +95,8 @@ class TCimHTTPProperty : public ICIMProperty {
     bool BuildValueMapEntryArray(std::vector<TValueMapEntry>& table, std::string& defaultText) const;
 
     /// The text of the first row that covers the value; else the default text; else the value in base 10. Changes
-    /// neither table nor text. Throws TVYXException 1 for a value that is not a boolean or an unsigned integer, and for
-    /// null.
+    /// neither table nor text. Throws TVYXException eNotSupported for a value that is not a boolean or an unsigned
+    /// integer, and for null.
     std::string LookupInTable(const TCIMValue& value, std::vector<TValueMapEntry>& table,
                               std::string& defaultText) const;
 

@@ -51,7 +51,7 @@ class TCimHTTPPropertyDecl : public TCimHTTPDeclaration<TCimHTTPPropertyDecl, IC
     /// The qualifier of that name, or an empty pointer.
     boost::shared_ptr<TCimHTTPQualifier> LookupQualifier(const std::string& name) const { return FindQualifier(name); }
 
-    /// The same for a name in its normal form.
+    /// The qualifier of that name, which is in its normal form, or an empty pointer.
     boost::shared_ptr<TCimHTTPQualifier> LookupNormalizedQualifier(const std::string& name) const {
         return FindNormalizedQualifier(name);
     }

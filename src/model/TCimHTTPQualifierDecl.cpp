@@ -1,15 +1,14 @@
 #include "model/TCimHTTPQualifierDecl.h"
 
-#include "model/Reading.h"
-#include "provider/TCimHTTPNamespace.h"
+#include "model/SchemaNamespace.h"
 
 namespace NQORVYX20 {
 
-TCimHTTPQualifierDecl::TCimHTTPQualifierDecl(boost::shared_ptr<TCimHTTPNamespace> nameSpace, const std::string& name,
+TCimHTTPQualifierDecl::TCimHTTPQualifierDecl(boost::shared_ptr<SchemaNamespace> nameSpace, const std::string& name,
                                              const TCIMValue& defaultValue, EScope scope, EFlavor flavor)
     : namespace_(nameSpace),
       name_(name),
-      names_(nameSpace ? nameSpace->GetReading()->Names() : NameRule::kHost),
+      names_(nameSpace ? nameSpace->Names() : NameRule::kHost),
       defaultValue_(defaultValue),
       scope_(scope),
       flavor_(flavor) {}
@@ -17,7 +16,7 @@ TCimHTTPQualifierDecl::TCimHTTPQualifierDecl(boost::shared_ptr<TCimHTTPNamespace
 void TCimHTTPQualifierDecl::Validate(TCIMContext /*context*/) const {}
 
 void TCimHTTPQualifierDecl::AddToNamespace(TCIMContext /*context*/) {
-    boost::shared_ptr<TCimHTTPNamespace>(namespace_)->AddQualifierDecl(shared_from_this());
+    boost::shared_ptr<SchemaNamespace>(namespace_)->AddQualifierDecl(shared_from_this());
 }
 
 void TCimHTTPQualifierDecl::RemoveQualifierDecl(TCIMContext /*context*/) {}
@@ -25,7 +24,7 @@ void TCimHTTPQualifierDecl::RemoveQualifierDecl(TCIMContext /*context*/) {}
 const std::string& TCimHTTPQualifierDecl::GetName(TCIMContext /*context*/) const { return name_; }
 
 boost::shared_ptr<ICIMNamespace> TCimHTTPQualifierDecl::GetNamespace(TCIMContext /*context*/) const {
-    return boost::shared_ptr<TCimHTTPNamespace>(namespace_);
+    return boost::shared_ptr<SchemaNamespace>(namespace_);
 }
 
 TCIMValue::TCIMType TCimHTTPQualifierDecl::GetType(TCIMContext /*context*/) const { return defaultValue_.GetType(); }

@@ -8,20 +8,20 @@
 
 namespace NQORVYX20 {
 
-class TCimHTTPNamespace;
+class SchemaNamespace;
 
 /// The declaration of a qualifier in a namespace. It refers to its namespace weakly: operations that need the namespace
 /// throw boost::bad_weak_ptr when it has gone.
 class TCimHTTPQualifierDecl : public ICIMQualifierDecl, public boost::enable_shared_from_this<TCimHTTPQualifierDecl> {
   public:
-    TCimHTTPQualifierDecl(boost::shared_ptr<TCimHTTPNamespace> nameSpace, const std::string& name,
+    TCimHTTPQualifierDecl(boost::shared_ptr<SchemaNamespace> nameSpace, const std::string& name,
                           const TCIMValue& defaultValue, EScope scope, EFlavor flavor);
     TCimHTTPQualifierDecl(const TCimHTTPQualifierDecl&) = delete;
     TCimHTTPQualifierDecl& operator=(const TCimHTTPQualifierDecl&) = delete;
 
     void Validate(TCIMContext context) const override;
 
-    /// Throws as TCimHTTPNamespace::AddQualifierDecl does.
+    /// Throws as SchemaNamespace::AddQualifierDecl does.
     void AddToNamespace(TCIMContext context) override;
 
     /// Does nothing: a declaration stays as long as its namespace.
@@ -45,7 +45,7 @@ class TCimHTTPQualifierDecl : public ICIMQualifierDecl, public boost::enable_sha
     NameRule Names() const { return names_; }
 
   private:
-    boost::weak_ptr<TCimHTTPNamespace> namespace_;
+    boost::weak_ptr<SchemaNamespace> namespace_;
     std::string name_;
     NameRule names_;
     TCIMValue defaultValue_;

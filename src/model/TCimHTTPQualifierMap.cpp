@@ -1,9 +1,7 @@
 #include "model/TCimHTTPQualifierMap.h"
 
 #include "convert/CoreLog.h"
-#include "convert/StatusCodes.h"
 #include "host/TVYXException.h"
-#include "model/EntryMap.h"
 #include "model/TCimHTTPQualifier.h"
 
 namespace NQORVYX20 {
@@ -24,14 +22,14 @@ bool IsSame(const ICIMQualifier& left, const ICIMQualifier& right) {
 [[noreturn]] void RefuseConflict(const std::string& qualifier, const TCimHTTPQualifierMap::TElement& element) {
     LogError("TCimHTTP: Attempt to add qualifier " + qualifier + " to " + element.kind + " " + element.name +
              ": already exists with another value or flavor and may not be overridden");
-    throw TVYXException(kQualifierConflict);
+    throw TVYXException(TVYXStatusCode::eQualifierConflict);
 }
 
 } // namespace
 
 bool TCimHTTPQualifierMap::Add(const boost::shared_ptr<ICIMQualifier>& qualifier, const TElement& element) {
     if (!qualifier) {
-        throw TVYXException(kTypeMismatch);
+        throw TVYXException(TVYXStatusCode::eTypeMismatch);
     }
     const std::string name = NormalizeName(qualifier->GetName(TCIMContext()), names_);
     const auto existing = FindNormalized(name);
@@ -56,10 +54,10 @@ void TCimHTTPQualifierMap::AddOrReplace(const boost::shared_ptr<ICIMQualifier>& 
 
 void TCimHTTPQualifierMap::Keep(const std::string& name, const boost::shared_ptr<TCimHTTPQualifier>& qualifier) {
     if (!qualifier) {
-        throw TVYXException(kTypeMismatch);
+        throw TVYXException(TVYXStatusCode::eTypeMismatch);
     }
     Forget(name);
-    qualifiers_[name] = qualifier;
+    qualifiers_.Set(name, qualifier);
     if (name == kKey) {
         key_ = qualifier;
     }
@@ -82,8 +80,8 @@ std::uint64_t TCimHTTPQualifierMap::Revision() const {
 void TCimHTTPQualifierMap::Remove(const std::string& name) {
     const std::string normalized = NormalizeName(name, names_);
     Forget(normalized);
-    if (qualifiers_.erase(normalized) == 0) {
-        throw TVYXException(kNotFound);
+    if (!qualifiers_.Remove(normalized)) {
+        throw TVYXException(TVYXStatusCode::eNotFound);
     }
     if (normalized == kKey) {
         key_.reset();
@@ -92,7 +90,7 @@ void TCimHTTPQualifierMap::Remove(const std::string& name) {
 
 void TCimHTTPQualifierMap::Clear() {
     past_ = Revision() + 1;
-    qualifiers_.clear();
+    qualifiers_.Clear();
     key_.reset();
 }
 
@@ -101,19 +99,19 @@ boost::shared_ptr<TCimHTTPQualifier> TCimHTTPQualifierMap::Find(const std::strin
 }
 
 boost::shared_ptr<TCimHTTPQualifier> TCimHTTPQualifierMap::FindNormalized(const std::string& name) const {
-    return FindEntry(qualifiers_, name);
+    return qualifiers_.Find(name);
 }
 
 boost::shared_ptr<TCimHTTPQualifier> TCimHTTPQualifierMap::Get(const std::string& name) const {
     auto qualifier = Find(name);
     if (!qualifier) {
-        throw TVYXException(kNotFound);
+        throw TVYXException(TVYXStatusCode::eNotFound);
     }
     return qualifier;
 }
 
 void TCimHTTPQualifierMap::Visit(const boost::function<bool(boost::shared_ptr<ICIMQualifier>)>& callback) const {
-    VisitEntries(qualifiers_, callback);
+    qualifiers_.Visit(callback);
 }
 
 } // namespace NQORVYX20

@@ -25,7 +25,7 @@ ConnectionPlan::ConnectionPlan(const ConnectionOptions& ofHost, const Connection
                                int port) {
     const Matches matches = policy.MatchesFor(host);
     Merge(matches, ofHost);
-    way_ = WayOn(port);
+    transport_ = TransportOn(port);
     RemoveUnneededDefaults();
     CheckPort(port);
     CheckEncryption(policy.Name());
@@ -72,7 +72,7 @@ bool ConnectionPlan::IsDecided(const std::string& decision) const {
 /// Of those that a plain connection cannot keep.
 void ConnectionPlan::RemoveUnneededDefaults() {
     for (const std::string& key : KeysThatNeedTls(options_)) {
-        if (way_ != Way::kTls && origins_.at(key) == Origin::kDefault) {
+        if (transport_ != Transport::kTls && origins_.at(key) == Origin::kDefault) {
             options_.Remove(key);
         }
     }
@@ -80,15 +80,15 @@ void ConnectionPlan::RemoveUnneededDefaults() {
 
 // --- Checking ----------------------------------------------------------------------------------------------------
 
-ConnectionPlan::Way ConnectionPlan::WayOn(int port) const {
+ConnectionPlan::Transport ConnectionPlan::TransportOn(int port) const {
     if (const auto tls = options_.Flag(kTlsKey)) {
-        return *tls ? Way::kTls : Way::kPlain;
+        return *tls ? Transport::kTls : Transport::kPlain;
     }
-    return port == kHttpPort ? Way::kPlain : port == kHttpsPort ? Way::kTls : Way::kNone;
+    return port == kHttpPort ? Transport::kPlain : port == kHttpsPort ? Transport::kTls : Transport::kNone;
 }
 
 void ConnectionPlan::CheckPort(int port) const {
-    if (way_ != Way::kNone && (port < 1 || port > kHighestPort)) {
+    if (transport_ != Transport::kNone && (port < 1 || port > kHighestPort)) {
         throw ConnectionRefusal(Kind::kOther, "a port is a number from 1 to " + std::to_string(kHighestPort) +
                                                   ", which " + std::to_string(port) + " is not");
     }
@@ -96,7 +96,7 @@ void ConnectionPlan::CheckPort(int port) const {
 
 void ConnectionPlan::CheckEncryption(const std::string& policy) const {
     const auto keys = KeysThatNeedTls(options_);
-    if (keys.empty() || way_ == Way::kTls) {
+    if (keys.empty() || transport_ == Transport::kTls) {
         return;
     }
     const auto forced =

@@ -12,7 +12,7 @@ namespace NQORVYX20 {
 /// How connect() goes about one connection: what the host says, under the machine's policy.
 class ConnectionPlan {
   public:
-    enum class Way {
+    enum class Transport {
         kNone, ///< nothing is attempted
         kPlain,
         kTls
@@ -23,7 +23,7 @@ class ConnectionPlan {
     ConnectionPlan(const ConnectionOptions& ofHost, const ConnectionPolicy& policy, const std::string& host, int port);
 
     const ConnectionOptions& Options() const { return options_; }
-    Way WayToServer() const { return way_; }
+    Transport ChosenTransport() const { return transport_; }
 
     /// What the policy has decided, a line for the log; empty when it says nothing of the server.
     const std::string& Decision() const { return decision_; }
@@ -38,7 +38,7 @@ class ConnectionPlan {
     void Take(const ConnectionOptions& options, Origin origin);
     bool IsDecided(const std::string& decision) const;
     void RemoveUnneededDefaults();
-    Way WayOn(int port) const;
+    Transport TransportOn(int port) const;
     void CheckPort(int port) const;
     void CheckEncryption(const std::string& policy) const;
     std::string DecisionText(const Matches& matches, const ConnectionOptions& ofHost, const std::string& host) const;
@@ -46,7 +46,7 @@ class ConnectionPlan {
 
     ConnectionOptions options_;
     std::map<std::string, Origin> origins_; // of the options, by key
-    Way way_ = Way::kNone;
+    Transport transport_ = Transport::kNone;
     std::string decision_;
 };
 

@@ -1,5 +1,7 @@
 #include "provider/HostName.h"
 
+#include "convert/LetterCase.h"
+
 #include <arpa/inet.h>
 #include <netinet/in.h>
 
@@ -39,15 +41,10 @@ std::string WithoutBrackets(const std::string& host) {
     return isBracketed ? host.substr(1, host.size() - 2) : host;
 }
 
-char InLowerCase(char character) {
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
-}
-
 } // namespace
 
 std::string NormalHost(const std::string& host) {
-    std::string normal = WithoutBrackets(host.empty() ? "localhost" : host);
-    std::transform(normal.begin(), normal.end(), normal.begin(), &InLowerCase);
+    std::string normal = LowerCase(WithoutBrackets(host.empty() ? "localhost" : host));
     normal.erase(normal.find_last_not_of('.') + 1);
     return NormalAddress(normal.substr(0, normal.find('%'))).value_or(normal);
 }

@@ -2,7 +2,7 @@
 
 #include "cimhttp/ContextKeys.h"
 #include "convert/CoreLog.h"
-#include "convert/StatusCodes.h"
+#include "convert/UnsignedNumber.h"
 #include "host/TCIMValue.h"
 #include "host/TVYXException.h"
 #include "provider/NearestName.h"
@@ -25,7 +25,7 @@ constexpr const char* kPluginNameKey = "pluginNameQualDeclValue";
 
 [[noreturn]] void RefuseContext(const std::string& why) {
     LogError("TCimHTTPNamespace: " + why);
-    throw TVYXException(kTypeMismatch);
+    throw TVYXException(TVYXStatusCode::eTypeMismatch);
 }
 
 [[noreturn]] void Refuse(const std::string& key, const std::string& what) {
@@ -36,7 +36,7 @@ std::string PluginNameOf(const TCIMContext& context) {
     const auto entry = context.find(kPluginNameKey);
     if (entry == context.end()) {
         LogError("TCIMHTTPNamespace: 'pluginNameQualDeclValue' not passed via context");
-        throw TVYXException(kContextValueMissing);
+        throw TVYXException(TVYXStatusCode::eContextValueMissing);
     }
     return static_cast<std::string>(entry->second);
 }
@@ -82,16 +82,9 @@ std::optional<ConnectionOptions::Value> OptionValueOf(const TCIMValue& value) {
         return static_cast<bool>(value);
     case ECIMType::eCIMString:
         return static_cast<std::string>(value);
-    case ECIMType::eCIMUint8:
-        return std::uint64_t{static_cast<unsigned char>(value)};
-    case ECIMType::eCIMUint16:
-        return std::uint64_t{static_cast<unsigned short>(value)};
-    case ECIMType::eCIMUint32:
-        return std::uint64_t{static_cast<unsigned int>(value)};
-    case ECIMType::eCIMUint64:
-        return std::uint64_t{static_cast<unsigned long long>(value)};
     default:
-        return std::nullopt;
+        const auto number = UnsignedNumber(value);
+        return number ? std::optional<ConnectionOptions::Value>(*number) : std::nullopt;
     }
 }
 

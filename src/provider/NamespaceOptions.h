@@ -10,9 +10,9 @@ namespace NQORVYX20 {
 /// What a host says in the context of AllocateNamespace (ContextKeys.h).
 class NamespaceOptions {
   public:
-    /// Throws TVYXException, after a line in the log: 32 when the plug-in's name is missing, 14 for a key of the
-    /// plug-in's that there is not, for a value that is not one of its key's, and for values that contradict each
-    /// other.
+    /// Throws TVYXException, after a line in the log: eContextValueMissing when the plug-in's name is missing,
+    /// eTypeMismatch for a key of the plug-in's that there is not, for a value that is not one of its key's, and for
+    /// values that contradict each other.
     explicit NamespaceOptions(const TCIMContext& context);
 
     const std::string& PluginName() const { return pluginName_; }

@@ -1,47 +1,35 @@
 #pragma once
 
-#include "cimhttp/ReadingIncidents.h"
-#include "cimhttp/RemoteFailure.h"
-#include "convert/NormalName.h"
-#include "host/ICIMNamespace.h"
 #include "provider/ConnectionOptions.h"
-#include "reading/DefinitionBudget.h"
-#include "reading/ReadingReport.h"
+#include "reading/RemoteNamespace.h"
 
 #include <Pegasus/Client/CIMClient.h>
 
 #include <boost/enable_shared_from_this.hpp>
 #include <boost/weak_ptr.hpp>
 
-#include <map>
+#include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
 
 namespace NQORVYX20 {
 
 class ConnectionPlan;
-class Reading;
-class RemoteServer;
-class TCimHTTPClass;
-class TCimHTTPQualifierDecl;
 
 /// One remote CIM server as a namespace. It owns its client, the classes that it has fetched and the qualifier
 /// declarations that they use; all of them live as long as the namespace. Owned by a boost::shared_ptr.
 ///
 /// A host chooses with kReadingKey (ContextKeys.h) how the server is read. What is said below of compatible namespaces
-/// holds without that choice. In a faithful one, operations that ask the server throw TVYXException 15 for what it does
-/// not have, 42 when it cannot be read, after a line in the log; LastFailure says why.
+/// holds without that choice. In a faithful one, operations that ask the server throw TVYXException eNotFound for what
+/// it does not have, eRemoteConnectionFailed when it cannot be read, after a line in the log; LastFailure says why.
 ///
 /// A namespace and all objects reached through it are used from one thread at a time; two namespaces are independent.
 /// Waiting is bounded: for each step towards a connection by kConnectTimeoutKey, for a request by kTimeoutKey.
-class TCimHTTPNamespace : public ICIMNamespace, public boost::enable_shared_from_this<TCimHTTPNamespace> {
+class TCimHTTPNamespace : public RemoteNamespace, public boost::enable_shared_from_this<TCimHTTPNamespace> {
   public:
-    /// The name of the class above all classes of the server.
-    static constexpr const char* kRootClassName = "<root>";
-
     /// Creates the client. With `redefine`, a class or qualifier declaration replaces one of the same name; without, a
-    /// taken name is refused. Throws TVYXException 42, after a line in the log, when the client cannot be created.
+    /// taken name is refused. Throws TVYXException eRemoteConnectionFailed, after a line in the log, when the client
+    /// cannot be created.
     explicit TCimHTTPNamespace(bool redefine);
 
     /// Disconnects.
@@ -50,21 +38,15 @@ class TCimHTTPNamespace : public ICIMNamespace, public boost::enable_shared_from
     TCimHTTPNamespace& operator=(const TCimHTTPNamespace&) = delete;
 
     /// Takes the plug-in's name from the context key "pluginNameQualDeclValue", makes the root class and declares the
-    /// qualifiers PLUGINNAME and PLUGINVERSION. Throws TVYXException, after a line in the log: 32 without that key, 14
-    /// for what ContextKeys.h does not allow.
+    /// qualifiers PLUGINNAME and PLUGINVERSION. Throws TVYXException, after a line in the log: eContextValueMissing
+    /// without that key, eTypeMismatch for what ContextKeys.h does not allow.
     void Initialize(TCIMContext context);
-
-    /// Why the newest operation that asked the server could not read it, or not all of it; empty when it could.
-    const std::optional<RemoteFailure>& LastFailure() const { return report_.Failure(); }
-
-    /// What could not be taken from the server's answers, since the namespace was made or TakeIncidents was called.
-    const ReadingIncidents& Incidents();
-    ReadingIncidents TakeIncidents();
 
     /// Connects to a server: plain on port 5988, with TLS but without verification of the server on port 5989. On any
     /// other port nothing is attempted, and the namespace counts as connected all the same. The context of
     /// AllocateNamespace (ContextKeys.h) and the policy of the machine, which is read anew each time, can say
-    /// otherwise. Throws TVYXException 42, after a line in the log that says why; the namespace then stays as it was.
+    /// otherwise. Throws TVYXException eRemoteConnectionFailed, after a line in the log that says why; the namespace
+    /// then stays as it was.
     void connect(std::string host, std::string user, std::string password, int port);
 
     /// Whether connect() would verify that server, by what the host says or by the machine's policy. True, too, where
@@ -83,42 +65,12 @@ class TCimHTTPNamespace : public ICIMNamespace, public boost::enable_shared_from
     Pegasus::CIMClient* getPegClient();
 
     /// The name in lower case, under which every collection of the plug-in keeps its elements. The empty name is
-    /// accepted. Throws TVYXException 25, after a line in the log, for a name that is not made of letters, digits and
-    /// underscores or that begins with a digit.
+    /// accepted. Throws TVYXException eInvalidName, after a line in the log, for a name that is not made of letters,
+    /// digits and underscores or that begins with a digit.
     static std::string NormalizeName(const std::string& name);
-
-    /// Enters a class into the cache. A taken name is refused with TVYXException 16; when the namespace redefines, the
-    /// new class replaces the old one and takes over its subclasses.
-    void AddClass(boost::shared_ptr<TCimHTTPClass> cls);
-
-    /// Does nothing: classes live as long as the namespace.
-    void RemoveClass(boost::shared_ptr<TCimHTTPClass> cls);
-
-    /// Registers a qualifier declaration. A taken name is refused with TVYXException 16, or replaced when the namespace
-    /// redefines.
-    void AddQualifierDecl(boost::shared_ptr<TCimHTTPQualifierDecl> declaration);
 
     /// Always empty: upcalls are not supported.
     boost::shared_ptr<ICIMNamespace> GetUpcallNamespace();
-
-    /// The class above all others, which has no features. Empty before Initialize.
-    boost::shared_ptr<TCimHTTPClass> GetRootClass() const { return rootClass_; }
-
-    // What a Reading works with.
-
-    boost::shared_ptr<Reading> GetReading();
-    RemoteServer& Server() { return *server_; }
-    ReadingReport& Report() { return report_; }
-    DefinitionBudget& Budget() { return budget_; }
-
-    /// A class that the namespace holds, by the normal form of its name, or an empty pointer.
-    boost::shared_ptr<TCimHTTPClass> FindClass(const std::string& key) const;
-
-    /// A class that is initialised and not added. Throws what its initialisation throws.
-    boost::shared_ptr<TCimHTTPClass> MakeClass(const std::string& name, boost::shared_ptr<TCimHTTPClass> superClass);
-
-    /// Puts the qualifiers PLUGINNAME and PLUGINVERSION on a class.
-    void StampClass(ICIMClass& cls, TCIMContext context) const;
 
     /// Asks the server for the names of all classes below a class, or of all classes when `className` is empty. When
     /// that fails, one line goes to the log and `names` stays as it was.
@@ -128,22 +80,23 @@ class TCimHTTPNamespace : public ICIMNamespace, public boost::enable_shared_from
     /// and never throws.
     void EnumerateInstances(const Pegasus::CIMNamespaceName& nameSpace, const Pegasus::CIMName& className);
 
-    // ICIMNamespace. Refused: AddUnderlyingNamespace with TVYXException 31; Subscribe, DeleteInstance, ModifyInstance
-    // and ExecuteQuery with 1. SetUpcallNamespace, EnumerateProviders, ClearInstances and the assignment do nothing.
+    // ICIMNamespace. Refused: AddUnderlyingNamespace with TVYXException eReadOnly; Subscribe, DeleteInstance,
+    // ModifyInstance and ExecuteQuery with eNotSupported. SetUpcallNamespace, EnumerateProviders, ClearInstances and
+    // the assignment do nothing.
     boost::shared_ptr<INamespaceProvider> GetNamespaceProvider(TCIMContext context) const override;
     void SetUpcallNamespace(boost::shared_ptr<ICIMNamespace> nameSpace, TCIMContext context) override;
     void AddUnderlyingNamespace(boost::shared_ptr<ICIMNamespace> nameSpace, TCIMContext context) override;
 
-    /// A class that is read from the server and not added. Throws TVYXException 15 when the server does not have it, 42
-    /// when it cannot be read, after a line in the log.
+    /// A class that is read from the server and not added. Throws TVYXException eNotFound when the server does not have
+    /// it, eRemoteConnectionFailed when it cannot be read, after a line in the log.
     boost::shared_ptr<ICIMClass> AllocateClass(const std::string& name, boost::shared_ptr<ICIMClass> superClass,
                                                TCIMContext context) override;
 
     /// The root class for an empty name or "<root>"; otherwise a class from the cache, or fetched from the server. A
     /// compatible namespace fetches its superclasses, too, and gives an empty pointer when it is not connected or the
     /// class could not be had; the log says why. A faithful one throws then. Of a server without the operation it gives
-    /// a class that gets its declarations from the instances that are read. Throws TVYXException 25 for an invalid
-    /// name.
+    /// a class that gets its declarations from the instances that are read. Throws TVYXException eInvalidName for an
+    /// invalid name.
     boost::shared_ptr<ICIMClass> GetClass(const std::string& name, TCIMContext context) override;
 
     /// The classes fetched so far, in a faithful namespace all classes of the server; nothing when the namespace is not
@@ -157,17 +110,13 @@ class TCimHTTPNamespace : public ICIMNamespace, public boost::enable_shared_from
                                                                ICIMQualifierDecl::EFlavor flavor,
                                                                TCIMContext context) override;
 
-    /// Never asks the server.
-    boost::shared_ptr<ICIMQualifierDecl> GetQualifierDecl(const std::string& name, TCIMContext context) const override;
-    void EnumerateQualifierDecls(const boost::function<bool(boost::shared_ptr<ICIMQualifierDecl>)>& callback,
-                                 TCIMContext context) const override;
     void Subscribe(boost::shared_ptr<ICIMIndicationFilter> filter,
                    const boost::function<bool(boost::shared_ptr<ICIMInstance>)>& callback,
                    TCIMContext context) override;
 
     /// In a compatible namespace the instance that the class has filed under the reference's path, or an empty pointer;
     /// the class must exist: where assertions are on, a missing one ends in an assertion, otherwise in
-    /// TVYXException 15. In a faithful one the instance as it was read last, or else as the server gives it now.
+    /// TVYXException eNotFound. In a faithful one the instance as it was read last, or else as the server gives it now.
     boost::shared_ptr<ICIMInstance> GetInstance(const TCIMReference& reference, TCIMContext context) const override;
     void DeleteInstance(const TCIMReference& reference, TCIMContext context) override;
     void ModifyInstance(const TCIMReference& reference, TCIMContext values, TCIMContext context) override;
@@ -186,24 +135,14 @@ class TCimHTTPNamespace : public ICIMNamespace, public boost::enable_shared_from
     [[noreturn]] void RefuseConnection(RemoteFailure failure);
     void Apply(const ConnectionOptions& options);
     std::uint32_t TimeoutMs() const;
-    void DeclareQualifier(const std::string& name, const std::string& value);
-    void StampClass(ICIMClass& cls, const std::string& qualifierName, const std::string& value,
-                    TCIMContext context) const;
 
-    std::unique_ptr<RemoteServer> server_;
-    ReadingReport report_;
-    DefinitionBudget budget_;
-    boost::shared_ptr<Reading> reading_; // the compatible one is made when it is needed
-    std::map<std::string, boost::shared_ptr<TCimHTTPQualifierDecl>> qualifierDecls_;
-    std::map<std::string, boost::shared_ptr<TCimHTTPClass>> classes_;
-    boost::shared_ptr<TCimHTTPClass> rootClass_;
-    bool redefine_;
+    /// The compatible one, where no other was set.
+    Reading& ChosenReading();
+
     boost::weak_ptr<ICIMNamespace> upcallNamespace_;
-    NameRule names_ = NameRule::kHost;
     bool connected_ = false;
     ConnectionOptions options_; // those of the host
     ConnectionOptions applied_; // those that count now: the host's, under the policy of the newest connection
-    std::string pluginName_;
 };
 
 } // namespace NQORVYX20

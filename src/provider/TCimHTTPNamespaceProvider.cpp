@@ -18,7 +18,7 @@ boost::shared_ptr<TCimHTTPNamespaceProvider> TCimHTTPNamespaceProvider::GetInsta
 TVYXStatusCode TCimHTTPNamespaceProvider::Initialize() {
     const auto provider = GetInstance(); // before the manager, so that it ends after one that is made on demand
     TRootObject::GetNamespaceProviderManager()->RegisterNamespaceProvider(provider);
-    return TVYXStatusCode(0);
+    return TVYXStatusCode(TVYXStatusCode::eSuccess);
 }
 
 const std::string& TCimHTTPNamespaceProvider::GetName(TCIMContext /*context*/) const {

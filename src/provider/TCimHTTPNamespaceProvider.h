@@ -20,8 +20,9 @@ class TCimHTTPNamespaceProvider : public INamespaceProvider {
     /// "cimhttp", the same object on every call.
     const std::string& GetName(TCIMContext context) const override;
 
-    /// A new namespace, not connected. The context must have the key "pluginNameQualDeclValue", or TVYXException 32 is
-    /// thrown. With `redefine`, classes and qualifier declarations may be added again under a name that is taken.
+    /// A new namespace, not connected. The context must have the key "pluginNameQualDeclValue", or TVYXException
+    /// eContextValueMissing is thrown. With `redefine`, classes and qualifier declarations may be added again under a
+    /// name that is taken.
     boost::shared_ptr<ICIMNamespace> AllocateNamespace(TCIMContext context, bool redefine) const override;
 
     /// 2: the namespaces stand for remote servers.

@@ -1,23 +1,18 @@
 #include "provider/TCimHTTPRequestedClassParser.h"
 
+#include "convert/LetterCase.h"
 #include "host/TRootObject.h"
 
-#include <boost/algorithm/string/case_conv.hpp>
-
-#include <locale>
 #include <utility>
 
 using NQORVYX20::ILogger;
+using NQORVYX20::LowerCase;
 
 namespace {
 
 constexpr const char* kRoot = "vyx";
 constexpr const char* kNetwork = "network";
 constexpr const char* kClass = "class";
-
-std::string LowerCase(const char* name) {
-    return boost::algorithm::to_lower_copy(std::string(name), std::locale::classic());
-}
 
 bool IsSetting(const std::string& attribute) {
     return attribute == "address" || attribute == "user" || attribute == "pass" || attribute == "ssl";

@@ -5,7 +5,6 @@
 #include "convert/RemoteText.h"
 #include "convert/RemoteTypes.h"
 #include "convert/RemoteValues.h"
-#include "convert/StatusCodes.h"
 #include "convert/StreamedText.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMMethodDecl.h"
@@ -14,11 +13,11 @@
 #include "host/TVYXException.h"
 #include "model/Required.h"
 #include "model/TCimHTTPClass.h"
-#include "provider/TCimHTTPNamespace.h"
 #include "reading/LimitExceeded.h"
 #include "reading/ReadingReport.h"
 #include "reading/RemoteFailures.h"
 #include "reading/RemoteNames.h"
+#include "reading/RemoteNamespace.h"
 #include "reading/RemoteQualifiers.h"
 #include "reading/RemoteRequest.h"
 #include "reading/RemoteServer.h"
@@ -32,9 +31,6 @@
 namespace NQORVYX20 {
 
 namespace {
-
-// A hierarchy deeper than this is a server's mistake or malice; fetching it must not exhaust the stack.
-constexpr std::size_t kMaxHierarchyDepth = 256;
 
 /// Says that a superclass is being looked up, for the time of its life.
 class TClimbing {
@@ -55,10 +51,10 @@ ReadingIncident IncidentOf(const TCimHTTPClass& cls, ReadingIncident::Cause caus
 
 } // namespace
 
-CompatibleReading::CompatibleReading(boost::shared_ptr<TCimHTTPNamespace> nameSpace) : namespace_(nameSpace) {}
+CompatibleReading::CompatibleReading(boost::shared_ptr<RemoteNamespace> nameSpace) : namespace_(nameSpace) {}
 
-boost::shared_ptr<TCimHTTPNamespace> CompatibleReading::LockNamespace() const {
-    return boost::shared_ptr<TCimHTTPNamespace>(namespace_);
+boost::shared_ptr<RemoteNamespace> CompatibleReading::LockNamespace() const {
+    return boost::shared_ptr<RemoteNamespace>(namespace_);
 }
 
 // --- Classes -----------------------------------------------------------------------------------------------------
@@ -160,7 +156,7 @@ bool CompatibleReading::Attempt(const std::string& name, const Step& step) {
 /// Asks for the names of a class and its superclass, the next step of the climb.
 bool CompatibleReading::FetchNames(Climb& climb, const TNames& wanted) {
     const auto nameSpace = LockNamespace();
-    if (lookups_.size() >= kMaxHierarchyDepth || lookups_.count(wanted.key) != 0) {
+    if (lookups_.size() >= DefinitionBudget::kLevels || lookups_.count(wanted.key) != 0) {
         const std::string text =
             "TCimHTTPNamespace::GetClass " + wanted.key + ": the server's class hierarchy has a cycle or is too deep";
         LogError(text);
@@ -187,7 +183,7 @@ CompatibleReading::BuildClass(const Climb& climb, const boost::shared_ptr<ICIMCl
     const Climb::TStep& step = climb.Top();
     const bool isBuilt = Attempt(step.names.asked, [&] {
         const auto cls = nameSpace->AllocateClass(step.name, superClass, TCIMContext());
-        nameSpace->StampClass(*cls, context);
+        nameSpace->AddPluginQualifiers(*cls, context);
         cls->AddToNamespace(context);
     });
     if (!isBuilt) {
@@ -206,7 +202,7 @@ boost::shared_ptr<ICIMClass> CompatibleReading::AllocateClass(const std::string&
                                                               boost::shared_ptr<TCimHTTPClass> superClass) {
     const auto nameSpace = LockNamespace();
     try {
-        return WithinMemory([&] { return nameSpace->MakeClass(name, superClass); });
+        return WithinMemory([&] { return TCimHTTPClass::Make(nameSpace, name, superClass); });
     } catch (const Pegasus::Exception& exception) {
         if (!lookups_.empty()) {
             throw;
@@ -337,7 +333,7 @@ boost::shared_ptr<ICIMInstance> CompatibleReading::GetInstance(const TCIMReferen
     const auto nameSpace = LockNamespace();
     const auto cls =
         boost::dynamic_pointer_cast<TCimHTTPClass>(nameSpace->GetClass(reference.GetClassName(), TCIMContext()));
-    return Required(cls, kNotFound).GetInstance(reference, context);
+    return Required(cls, TVYXStatusCode::eNotFound).GetInstance(reference, context);
 }
 
 } // namespace NQORVYX20

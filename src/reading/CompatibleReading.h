@@ -19,14 +19,14 @@ namespace NQORVYX20 {
 
 class RemoteNames;
 class StreamedText;
-class TCimHTTPNamespace;
+class RemoteNamespace;
 
 /// The reading that hosts know from the beginning: every class hangs under the root class, every instance is one of the
 /// class that was asked for, null becomes the empty value of its type, instances are fetched once, and what cannot be
 /// read is a line in the log. Its requests and texts do not change.
 class CompatibleReading : public Reading {
   public:
-    explicit CompatibleReading(boost::shared_ptr<TCimHTTPNamespace> nameSpace);
+    explicit CompatibleReading(boost::shared_ptr<RemoteNamespace> nameSpace);
 
     /// Nothing.
     boost::shared_ptr<ICIMClass> WithoutConnection() override { return {}; }
@@ -35,8 +35,8 @@ class CompatibleReading : public Reading {
     boost::shared_ptr<ICIMClass> FetchClass(const std::string& name, const std::string& key,
                                             TCIMContext context) override;
 
-    /// A failure is a line in the log and a TVYXException, 15 for what the server does not have, otherwise 42; within
-    /// FetchClass, which reports it itself, what the client library throws.
+    /// A failure is a line in the log and a TVYXException, eNotFound for what the server does not have, otherwise
+    /// eRemoteConnectionFailed; within FetchClass, which reports it itself, what the client library throws.
     boost::shared_ptr<ICIMClass> AllocateClass(const std::string& name,
                                                boost::shared_ptr<TCimHTTPClass> superClass) override;
 
@@ -55,7 +55,7 @@ class CompatibleReading : public Reading {
     boost::shared_ptr<ICIMInstance> GetInstance(const TCIMReference& reference, TCIMContext context) override;
 
   private:
-    boost::shared_ptr<TCimHTTPNamespace> LockNamespace() const;
+    boost::shared_ptr<RemoteNamespace> LockNamespace() const;
 
     class Climb;
 
@@ -78,7 +78,7 @@ class CompatibleReading : public Reading {
     void FileInstances(TCimHTTPClass& cls, bool deep);
     void AddInstance(TCimHTTPClass& cls, const Pegasus::CIMInstance& remote, RemoteNames& names, StreamedText& texts);
 
-    boost::weak_ptr<TCimHTTPNamespace> namespace_;
+    boost::weak_ptr<RemoteNamespace> namespace_;
     std::set<std::string> lookups_;  // the normal names of the classes being fetched
     bool isClimbing_ = false;        // while the superclass of one of them is looked up;
     std::optional<TNames> nextStep_; // it is to be fetched, too

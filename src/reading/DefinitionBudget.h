@@ -2,6 +2,7 @@
 
 #include <Pegasus/Client/CIMClient.h>
 
+#include <cstddef>
 #include <cstdint>
 
 namespace NQORVYX20 {
@@ -11,6 +12,9 @@ namespace NQORVYX20 {
 class DefinitionBudget {
   public:
     static constexpr std::uint64_t kElements = 4000000;
+
+    /// How many classes may stand one above the other. More are a server's mistake or malice.
+    static constexpr std::size_t kLevels = 256;
 
     void SetElements(std::uint64_t elements) { elements_ = elements; }
 

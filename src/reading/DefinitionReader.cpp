@@ -9,8 +9,8 @@
 #include "host/ICIMQualifier.h"
 #include "host/TVYXException.h"
 #include "model/TCimHTTPClass.h"
-#include "provider/TCimHTTPNamespace.h"
 #include "reading/ReadingReport.h"
+#include "reading/RemoteNamespace.h"
 
 namespace NQORVYX20 {
 
@@ -19,7 +19,7 @@ namespace {
 /// Fills one class.
 class ClassFiller {
   public:
-    ClassFiller(TCimHTTPNamespace& nameSpace, QualifierDeclarations& declarations, TCimHTTPClass& cls)
+    ClassFiller(RemoteNamespace& nameSpace, QualifierDeclarations& declarations, TCimHTTPClass& cls)
         : namespace_(nameSpace), declarations_(declarations), class_(cls) {}
 
     void Fill(Pegasus::CIMClass& definition) {
@@ -104,14 +104,14 @@ class ClassFiller {
             TCIMContext());
     }
 
-    TCimHTTPNamespace& namespace_;
+    RemoteNamespace& namespace_;
     QualifierDeclarations& declarations_;
     TCimHTTPClass& class_;
 };
 
 } // namespace
 
-void DefinitionReader::Fill(TCimHTTPNamespace& nameSpace, TCimHTTPClass& cls, Pegasus::CIMClass& definition) {
+void DefinitionReader::Fill(RemoteNamespace& nameSpace, TCimHTTPClass& cls, Pegasus::CIMClass& definition) {
     ClassFiller(nameSpace, declarations_, cls).Fill(definition);
 }
 

@@ -5,9 +5,9 @@
 #include "convert/RemoteText.h"
 #include "host/TVYXException.h"
 #include "model/TCimHTTPClass.h"
-#include "provider/TCimHTTPNamespace.h"
 #include "reading/LimitExceeded.h"
 #include "reading/ReadingReport.h"
+#include "reading/RemoteNamespace.h"
 #include "reading/RemoteRequest.h"
 #include "reading/RemoteServer.h"
 
@@ -21,11 +21,6 @@ namespace NQORVYX20 {
 namespace {
 
 using Cause = ReadingIncident::Cause;
-
-// A hierarchy with more levels is a server's mistake or malice; walking through it must come to an end.
-constexpr std::size_t kMaxHierarchyDepth = 256;
-
-std::string NameOf(const TCimHTTPClass& cls) { return cls.GetName(TCIMContext()); }
 
 std::string NameText(const Pegasus::CIMName& name) { return name.isNull() ? std::string() : ToStdString(name); }
 
@@ -54,10 +49,10 @@ bool IsAmongAncestors(const TCimHTTPClass& cls, boost::shared_ptr<TCimHTTPClass>
 
 } // namespace
 
-FaithfulClasses::FaithfulClasses(boost::shared_ptr<TCimHTTPNamespace> nameSpace) : namespace_(nameSpace) {}
+FaithfulClasses::FaithfulClasses(boost::shared_ptr<RemoteNamespace> nameSpace) : namespace_(nameSpace) {}
 
-boost::shared_ptr<TCimHTTPNamespace> FaithfulClasses::LockNamespace() const {
-    return boost::shared_ptr<TCimHTTPNamespace>(namespace_);
+boost::shared_ptr<RemoteNamespace> FaithfulClasses::LockNamespace() const {
+    return boost::shared_ptr<RemoteNamespace>(namespace_);
 }
 
 // --- Definitions -------------------------------------------------------------------------------------------------
@@ -80,7 +75,7 @@ FaithfulClasses::TClassPointer FaithfulClasses::Fetch(const std::string& name, T
         }
         LogDebug(what + ": " + failure.text);
         givesClasses_ = false;
-        return sentClasses_.Get(*nameSpace, name);
+        return inferredClasses_.Get(nameSpace, name);
     }
 }
 
@@ -94,7 +89,7 @@ FaithfulClasses::TClassPointer FaithfulClasses::Build(Pegasus::CIMClass& definit
     const auto nameSpace = LockNamespace();
     auto cls = boost::make_shared<TCimHTTPClass>(nameSpace, NameText(definition.getClassName()), TClassPointer());
     Fill(*cls, definition);
-    nameSpace->StampClass(*cls, context);
+    nameSpace->AddPluginQualifiers(*cls, context);
     nameSpace->AddClass(cls);
     return cls;
 }
@@ -114,8 +109,8 @@ void FaithfulClasses::Fill(TCimHTTPClass& cls, Pegasus::CIMClass& definition) {
 void FaithfulClasses::Define(TCimHTTPClass& cls) {
     const auto nameSpace = LockNamespace();
     nameSpace->Report().BeginOperation();
-    AskRemotely(*nameSpace, "TCimHTTPNamespace::AllocateClass " + NameOf(cls), [&] {
-        Pegasus::CIMClass definition = FetchDefinition(NameOf(cls));
+    AskRemotely(*nameSpace, "TCimHTTPNamespace::AllocateClass " + cls.Name(), [&] {
+        Pegasus::CIMClass definition = FetchDefinition(cls.Name());
         Fill(cls, definition);
     });
 }
@@ -132,7 +127,7 @@ FaithfulClasses::TClassPointer FaithfulClasses::ClassOf(const std::string& name,
         nameSpace->Report().AddAndLog(
             {Cause::kNoDefinition, name, std::string(), std::string(), "its definition cannot be read: " + reason});
     }
-    return sentClasses_.Get(*nameSpace, name);
+    return inferredClasses_.Get(nameSpace, name);
 }
 
 /// A class whose definition is there, or empty, with a reason.
@@ -165,9 +160,9 @@ FaithfulClasses::TClassPointer FaithfulClasses::TryClassOf(const std::string& na
     return {};
 }
 
-void FaithfulClasses::DeclareWhatIsSent(TCimHTTPClass& cls, Pegasus::CIMInstance& instance) {
-    if (sentClasses_.Has(cls)) {
-        sentClasses_.Declare(*LockNamespace(), cls, instance);
+void FaithfulClasses::Infer(TCimHTTPClass& cls, Pegasus::CIMInstance& instance) {
+    if (inferredClasses_.Has(cls)) {
+        inferredClasses_.Declare(*LockNamespace(), cls, instance);
     }
 }
 
@@ -181,35 +176,35 @@ FaithfulClasses::TClassPointer FaithfulClasses::FetchSuperClass(TCimHTTPClass& c
 }
 
 void FaithfulClasses::Link(const TClassPointer& cls, const TClassPointer& superClass) {
-    const std::size_t height = heights_[NameOf(*cls)] + 1;
-    if (IsAmongAncestors(*cls, superClass) || height + CountAncestors(*superClass) > kMaxHierarchyDepth) {
-        FailRemotely(LockNamespace()->Report(), "TCimHTTPClass::GetSuperClass " + NameOf(*cls),
+    const std::size_t height = heights_[cls->Name()] + 1;
+    if (IsAmongAncestors(*cls, superClass) || height + CountAncestors(*superClass) > DefinitionBudget::kLevels) {
+        FailRemotely(LockNamespace()->Report(), "TCimHTTPClass::GetSuperClass " + cls->Name(),
                      MalformedAnswer("the server's class hierarchy has a cycle or is too deep"));
     }
-    std::size_t& reached = heights_[NameOf(*superClass)];
+    std::size_t& reached = heights_[superClass->Name()];
     reached = std::max(reached, height);
     cls->SetSuperClass(superClass);
     superClass->AddChildClass(cls);
 }
 
 void FaithfulClasses::CompleteSubClasses(TCimHTTPClass& cls, bool deep) {
-    if (withAllSubClasses_.count(NameOf(cls)) != 0) {
+    if (withAllSubClasses_.count(cls.Name()) != 0) {
         return;
     }
     const auto nameSpace = LockNamespace();
     nameSpace->Report().BeginOperation();
     const bool isRoot = &cls == nameSpace->GetRootClass().get();
-    const auto classes = AskRemotely(*nameSpace, "TCimHTTPClass::EnumerateSubClasses " + NameOf(cls), [&] {
-        auto definitions = nameSpace->Server().EnumerateWholeClasses(isRoot ? std::string() : NameOf(cls), deep);
+    const auto classes = AskRemotely(*nameSpace, "TCimHTTPClass::EnumerateSubClasses " + cls.Name(), [&] {
+        auto definitions = nameSpace->Server().EnumerateWholeClasses(isRoot ? std::string() : cls.Name(), deep);
         return BuildAll(definitions);
     });
     for (const auto& subClass : classes) {
         LinkToKnown(subClass);
     }
-    withAllSubClasses_.insert(NameOf(cls));
+    withAllSubClasses_.insert(cls.Name());
     if (deep) {
         for (const auto& subClass : classes) {
-            withAllSubClasses_.insert(NameOf(*subClass));
+            withAllSubClasses_.insert(subClass->Name());
         }
     }
 }

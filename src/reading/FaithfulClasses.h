@@ -2,7 +2,7 @@
 
 #include "host/TCIMContext.h"
 #include "reading/DefinitionReader.h"
-#include "reading/SentClasses.h"
+#include "reading/InferredClasses.h"
 
 #include <Pegasus/Client/CIMClient.h>
 
@@ -16,7 +16,7 @@
 namespace NQORVYX20 {
 
 class TCimHTTPClass;
-class TCimHTTPNamespace;
+class RemoteNamespace;
 
 /// The classes of a faithful namespace: fetched once, each under its superclass. Operations throw as FaithfulReading
 /// says, unless something else is said.
@@ -24,7 +24,7 @@ class FaithfulClasses {
   public:
     using TClassPointer = boost::shared_ptr<TCimHTTPClass>;
 
-    explicit FaithfulClasses(boost::shared_ptr<TCimHTTPNamespace> nameSpace);
+    explicit FaithfulClasses(boost::shared_ptr<RemoteNamespace> nameSpace);
 
     /// A class that the namespace does not hold yet. Of a server that does not know the operation, a class that
     /// declares what its instances turn out to have.
@@ -38,8 +38,8 @@ class FaithfulClasses {
     /// library throws when the server cannot be asked at all.
     TClassPointer ClassOf(const std::string& name, bool isReported);
 
-    /// Lets a class without a definition declare what an instance of it has.
-    void DeclareWhatIsSent(TCimHTTPClass& cls, Pegasus::CIMInstance& instance);
+    /// Adds what an instance has to the declarations of a class without a definition.
+    void Infer(TCimHTTPClass& cls, Pegasus::CIMInstance& instance);
 
     /// The superclass of a class that knows it by name only. Links the two.
     TClassPointer FetchSuperClass(TCimHTTPClass& cls);
@@ -47,10 +47,10 @@ class FaithfulClasses {
     /// Fetches and links the subclasses of a class, with `deep` all classes below, at the first call.
     void CompleteSubClasses(TCimHTTPClass& cls, bool deep);
 
-    void Clear() { sentClasses_.Clear(); }
+    void Clear() { inferredClasses_.Clear(); }
 
   private:
-    boost::shared_ptr<TCimHTTPNamespace> LockNamespace() const;
+    boost::shared_ptr<RemoteNamespace> LockNamespace() const;
 
     Pegasus::CIMClass FetchDefinition(const std::string& name);
     TClassPointer Build(Pegasus::CIMClass& definition, TCIMContext context);
@@ -60,9 +60,9 @@ class FaithfulClasses {
     void Link(const TClassPointer& cls, const TClassPointer& superClass);
     void LinkToKnown(const TClassPointer& cls);
 
-    boost::weak_ptr<TCimHTTPNamespace> namespace_;
+    boost::weak_ptr<RemoteNamespace> namespace_;
     DefinitionReader definitions_;
-    SentClasses sentClasses_;
+    InferredClasses inferredClasses_;
     bool givesClasses_ = true;                   // false when the server does not know the operation
     std::set<std::string> withAllSubClasses_;    // the classes whose direct subclasses are linked
     std::map<std::string, std::size_t> heights_; // how many classes are linked below, one under the other

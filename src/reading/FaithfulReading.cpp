@@ -4,16 +4,16 @@
 #include "convert/CoreLog.h"
 #include "convert/NormalName.h"
 #include "convert/RemoteText.h"
-#include "convert/StatusCodes.h"
+#include "convert/UnsignedNumber.h"
 #include "host/ICIMInstance.h"
 #include "host/TVYXException.h"
 #include "model/TCimHTTPClass.h"
 #include "model/TFaithfulInstance.h"
-#include "provider/TCimHTTPNamespace.h"
 #include "reading/InstanceEnumeration.h"
 #include "reading/InstancePath.h"
 #include "reading/InstanceReader.h"
 #include "reading/ReadingReport.h"
+#include "reading/RemoteNamespace.h"
 #include "reading/RemoteRequest.h"
 #include "reading/RemoteServer.h"
 
@@ -30,10 +30,8 @@ namespace {
 
 constexpr bool kIsReported = true;
 
-std::string NameOf(const TCimHTTPClass& cls) { return cls.GetName(TCIMContext()); }
-
-/// The property list that a context asks for. Throws TVYXException 14, after a line in the log, for another value than
-/// an array of texts, 25 for a text that is no name.
+/// The property list that a context asks for. Throws TVYXException eTypeMismatch, after a line in the log, for another
+/// value than an array of texts, eInvalidName for a text that is no name.
 Pegasus::CIMPropertyList PropertiesIn(const TCIMContext& context) {
     const auto wanted = context.find(kPropertiesKey);
     if (wanted == context.end()) {
@@ -42,7 +40,7 @@ Pegasus::CIMPropertyList PropertiesIn(const TCIMContext& context) {
     if (wanted->second.IsNull() || wanted->second.GetType() != TCIMValue::TCIMType::eCIMStringArray) {
         LogError(std::string("TCimHTTPClass::EnumerateInstances: the context value '") + kPropertiesKey +
                  "' is not an array of texts");
-        throw TVYXException(kTypeMismatch);
+        throw TVYXException(TVYXStatusCode::eTypeMismatch);
     }
     Pegasus::Array<Pegasus::CIMName> names;
     for (const TCIMValue& element : static_cast<const std::vector<TCIMValue>&>(wanted->second)) {
@@ -53,50 +51,33 @@ Pegasus::CIMPropertyList PropertiesIn(const TCIMContext& context) {
     return {names};
 }
 
-/// A number of any unsigned type.
-std::optional<std::size_t> WholeNumberOf(const TCIMValue& value) {
-    using ECIMType = TCIMValue::TCIMType::ECIMType;
-    switch (value.GetType()) {
-    case ECIMType::eCIMUint8:
-        return std::size_t{static_cast<unsigned char>(value)};
-    case ECIMType::eCIMUint16:
-        return std::size_t{static_cast<unsigned short>(value)};
-    case ECIMType::eCIMUint32:
-        return std::size_t{static_cast<unsigned int>(value)};
-    case ECIMType::eCIMUint64:
-        return std::size_t{static_cast<unsigned long long>(value)};
-    default:
-        return std::nullopt;
-    }
-}
-
-/// How many instances may be held at once. Throws TVYXException 14, after a line in the log, for what is no such
-/// number.
+/// How many instances may be held at once. Throws TVYXException eTypeMismatch, after a line in the log, for what is no
+/// such number.
 std::size_t HeldIn(const TCIMContext& context) {
     const auto held = context.find(kHeldKey);
     if (held == context.end()) {
         return InstanceEnumeration::kAll;
     }
-    const auto number = held->second.IsNull() ? std::nullopt : WholeNumberOf(held->second);
+    const auto number = UnsignedNumber(held->second);
     if (!number || *number == 0) {
         LogError(std::string("TCimHTTPClass::EnumerateInstances: the context value '") + kHeldKey +
                  "' is not a whole number above 0");
-        throw TVYXException(kTypeMismatch);
+        throw TVYXException(TVYXStatusCode::eTypeMismatch);
     }
     return *number;
 }
 
 } // namespace
 
-FaithfulReading::FaithfulReading(boost::shared_ptr<TCimHTTPNamespace> nameSpace)
+FaithfulReading::FaithfulReading(boost::shared_ptr<RemoteNamespace> nameSpace)
     : namespace_(nameSpace), classes_(nameSpace) {}
 
-boost::shared_ptr<TCimHTTPNamespace> FaithfulReading::LockNamespace() const {
-    return boost::shared_ptr<TCimHTTPNamespace>(namespace_);
+boost::shared_ptr<RemoteNamespace> FaithfulReading::LockNamespace() const {
+    return boost::shared_ptr<RemoteNamespace>(namespace_);
 }
 
 void FaithfulReading::End() {
-    readings_.Clear();
+    cache_.Clear();
     classes_.Clear();
 }
 
@@ -115,7 +96,7 @@ boost::shared_ptr<ICIMClass> FaithfulReading::FetchClass(const std::string& name
 }
 
 boost::shared_ptr<ICIMClass> FaithfulReading::AllocateClass(const std::string& name, TClassPointer superClass) {
-    return LockNamespace()->MakeClass(name, superClass);
+    return TCimHTTPClass::Make(LockNamespace(), name, superClass);
 }
 
 void FaithfulReading::Define(TCimHTTPClass& cls) { classes_.Define(cls); }
@@ -150,7 +131,7 @@ boost::shared_ptr<TFaithfulInstance> FaithfulReading::MakeInstance(Pegasus::CIMI
                                                                    const Pegasus::CIMObjectPath& path,
                                                                    const TClassPointer& cls, InstanceReader& reader,
                                                                    std::string& key) {
-    classes_.DeclareWhatIsSent(*cls, remote);
+    classes_.Infer(*cls, remote);
     InstancePath itsPath = PathOf(path, *cls, *LockNamespace()->Server().Namespace());
     key = itsPath.key;
     return reader.Read(remote, cls, std::move(itsPath));
@@ -161,7 +142,7 @@ boost::shared_ptr<ICIMInstance> FaithfulReading::GetInstance(const TCIMReference
     const auto cls = ClassOfPath(reference);
     const Pegasus::CIMNamespaceName& read = *nameSpace->Server().Namespace();
     const Pegasus::CIMObjectPath path = RemotePathOf(reference, *cls, read);
-    if (auto known = readings_.Find(NormalizeName(NameOf(*cls), NameRule::kCim), PathOf(path, *cls, read).key)) {
+    if (auto known = cache_.Find(NormalizeName(cls->Name(), NameRule::kCim), PathOf(path, *cls, read).key)) {
         return known;
     }
     return AskRemotely(*nameSpace, "TCimHTTPNamespace::GetInstance " + reference.GetPath(), [&] {
@@ -188,7 +169,7 @@ std::vector<boost::shared_ptr<ICIMInstance>> FaithfulReading::TakeOver(Pegasus::
             const std::string name = ToStdString(remote.getClassName());
             TClassPointer& itsClass = classes[name];
             itsClass = itsClass ? itsClass : classes_.ClassOf(name, kIsReported);
-            classes_.DeclareWhatIsSent(*itsClass, remote);
+            classes_.Infer(*itsClass, remote);
             InstancePath path = PathOf(remote.getPath(), *itsClass, read);
             path.reference.SetHost(ToStdString(remote.getPath().getHost()));
             path.reference.SetNamespaceName(ToStdString(read.getString()));
@@ -206,7 +187,7 @@ FaithfulReading::TClassPointer FaithfulReading::ClassOfPath(const TCIMReference&
     NormalizeName(name, NameRule::kCim); // throws for what is no name
     if (name.empty()) {
         LogError("TCimHTTPNamespace::GetInstance: the path names no class");
-        throw TVYXException(kTypeMismatch);
+        throw TVYXException(TVYXStatusCode::eTypeMismatch);
     }
     return AskRemotely(*nameSpace, "TCimHTTPNamespace::GetInstance " + reference.GetPath(),
                        [&] { return classes_.ClassOf(name, !kIsReported); });

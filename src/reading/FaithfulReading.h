@@ -2,7 +2,7 @@
 
 #include "model/Reading.h"
 #include "reading/FaithfulClasses.h"
-#include "reading/LastReadings.h"
+#include "reading/InstanceCache.h"
 
 #include <boost/weak_ptr.hpp>
 
@@ -15,17 +15,17 @@ namespace NQORVYX20 {
 class InstanceEnumeration;
 class InstanceReader;
 class TFaithfulInstance;
-class TCimHTTPNamespace;
+class RemoteNamespace;
 
 /// The reading that loses nothing: null is null, an instance is one of its own class under the server's path, classes
 /// hang under their superclasses, each enumeration asks the server, a failure is an exception, and what could not be
 /// taken from an answer is an incident. Definitions are fetched once.
 ///
 /// Every operation that asks the server throws TVYXException, after a line in the log and with the namespace's
-/// LastFailure set: 15 for what the server does not have, 42 for every other failure.
+/// LastFailure set: eNotFound for what the server does not have, eRemoteConnectionFailed for every other failure.
 class FaithfulReading : public Reading {
   public:
-    explicit FaithfulReading(boost::shared_ptr<TCimHTTPNamespace> nameSpace);
+    explicit FaithfulReading(boost::shared_ptr<RemoteNamespace> nameSpace);
 
     NameRule Names() const override { return NameRule::kCim; }
 
@@ -64,16 +64,16 @@ class FaithfulReading : public Reading {
     friend class InstanceEnumeration;
     using TClassPointer = FaithfulClasses::TClassPointer;
 
-    boost::shared_ptr<TCimHTTPNamespace> LockNamespace() const;
+    boost::shared_ptr<RemoteNamespace> LockNamespace() const;
 
     boost::shared_ptr<TFaithfulInstance> MakeInstance(Pegasus::CIMInstance& remote, const Pegasus::CIMObjectPath& path,
                                                       const TClassPointer& cls, InstanceReader& reader,
                                                       std::string& key);
     TClassPointer ClassOfPath(const TCIMReference& reference);
 
-    boost::weak_ptr<TCimHTTPNamespace> namespace_;
+    boost::weak_ptr<RemoteNamespace> namespace_;
     FaithfulClasses classes_;
-    LastReadings readings_;
+    InstanceCache cache_;
 };
 
 } // namespace NQORVYX20

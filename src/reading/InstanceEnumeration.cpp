@@ -5,9 +5,9 @@
 #include "host/ICIMInstance.h"
 #include "model/TCimHTTPClass.h"
 #include "model/TFaithfulInstance.h"
-#include "provider/TCimHTTPNamespace.h"
 #include "reading/FaithfulReading.h"
 #include "reading/ReadingReport.h"
+#include "reading/RemoteNamespace.h"
 #include "reading/RemoteRequest.h"
 
 #include <boost/make_shared.hpp>
@@ -18,20 +18,18 @@ namespace NQORVYX20 {
 
 namespace {
 
-std::string NameOf(const TCimHTTPClass& cls) { return cls.GetName(TCIMContext()); }
-
 [[noreturn]] void ThrowPast(const std::string& limit) {
     throw LimitExceeded(("the enumeration has more than " + limit).c_str());
 }
 
 } // namespace
 
-InstanceEnumeration::InstanceEnumeration(const boost::shared_ptr<TCimHTTPNamespace>& nameSpace,
-                                         FaithfulReading& reading, const TCimHTTPClass& cls, bool deep,
+InstanceEnumeration::InstanceEnumeration(const boost::shared_ptr<RemoteNamespace>& nameSpace, FaithfulReading& reading,
+                                         const TCimHTTPClass& cls, bool deep,
                                          const Pegasus::CIMPropertyList& properties, std::size_t held)
     : namespace_(nameSpace),
       reading_(reading),
-      className_(NameOf(cls)),
+      className_(cls.Name()),
       deep_(deep),
       hasAllProperties_(properties.isNull()),
       heldAtMost_(held),
@@ -47,7 +45,7 @@ void InstanceEnumeration::Close() noexcept {
 }
 
 InstanceEnumeration::TInstances InstanceEnumeration::Next() {
-    const boost::shared_ptr<TCimHTTPNamespace> nameSpace(namespace_);
+    const boost::shared_ptr<RemoteNamespace> nameSpace(namespace_);
     nameSpace->Report().BeginOperation();
     return AskRemotely(*nameSpace, "TCimHTTPClass::EnumerateInstances " + className_, [this] {
         auto instances = std::exchange(hasBegun_, true) ? Following() : First();
@@ -62,7 +60,7 @@ InstanceEnumeration::TInstances InstanceEnumeration::Next() {
 InstanceEnumeration::TInstances InstanceEnumeration::First() {
     const std::string key = NormalizeName(className_, NameRule::kCim);
     remoteName_ = Pegasus::CIMName(ToRemoteText(className_));
-    held_ = boost::make_shared<LastReadings::TInstances>();
+    held_ = boost::make_shared<InstanceCache::TInstances>();
     do {
         ReadPortion([this](const std::string& path, const auto& instance, const TClassPointer& cls) {
             Hold(path, instance, cls);
@@ -70,9 +68,9 @@ InstanceEnumeration::TInstances InstanceEnumeration::First() {
         CheckLimits();
     } while (!IsOver() && IsAllHeld());
     if (portions_.IsAtEnd() && hasAllProperties_ && IsAllHeld()) {
-        reading_.readings_.Keep(key, held_);
+        reading_.cache_.Keep(key, held_);
     } else {
-        reading_.readings_.Drop(key); // nobody is to take for absent, or for null, what was not asked for
+        reading_.cache_.Drop(key); // nobody is to take for absent, or for null, what was not asked for
     }
     return TakeHeld();
 }
@@ -134,7 +132,7 @@ void InstanceEnumeration::Hold(const std::string& key, const boost::shared_ptr<I
         arrived_.push_back(instance);
     }
     if (!isNew) {
-        AddDoubled({ReadingIncident::Cause::kDoubledPath, NameOf(*cls), instance->GetReference(TCIMContext()).GetPath(),
+        AddDoubled({ReadingIncident::Cause::kDoubledPath, cls->Name(), instance->GetReference(TCIMContext()).GetPath(),
                     std::string(), "an instance before has the same path"});
     }
 }

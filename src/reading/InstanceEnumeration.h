@@ -1,9 +1,9 @@
 #pragma once
 
 #include "cimhttp/ReadingIncidents.h"
+#include "reading/InstanceCache.h"
 #include "reading/InstancePortions.h"
 #include "reading/InstanceReader.h"
-#include "reading/LastReadings.h"
 
 #include <boost/shared_ptr.hpp>
 #include <boost/weak_ptr.hpp>
@@ -20,7 +20,7 @@ namespace NQORVYX20 {
 class FaithfulReading;
 class ICIMInstance;
 class TCimHTTPClass;
-class TCimHTTPNamespace;
+class RemoteNamespace;
 
 /// An enumeration of a faithful namespace that is read as it is wanted. It holds a number of instances at most, and
 /// what one request brings beyond. An enumeration of no more has all of them in the order of their paths, each path
@@ -36,7 +36,7 @@ class InstanceEnumeration {
     static constexpr std::size_t kAll = std::numeric_limits<std::size_t>::max();
 
     /// Of a class and its subclasses or, without `deep`, of the class alone; asks for nothing yet.
-    InstanceEnumeration(const boost::shared_ptr<TCimHTTPNamespace>& nameSpace, FaithfulReading& reading,
+    InstanceEnumeration(const boost::shared_ptr<RemoteNamespace>& nameSpace, FaithfulReading& reading,
                         const TCimHTTPClass& cls, bool deep, const Pegasus::CIMPropertyList& properties,
                         std::size_t held);
     ~InstanceEnumeration();
@@ -71,7 +71,7 @@ class InstanceEnumeration {
     TInstances TakeHeld();
     bool IsOver() const { return isStopped_ || portions_.IsAtEnd(); }
 
-    boost::weak_ptr<TCimHTTPNamespace> namespace_;
+    boost::weak_ptr<RemoteNamespace> namespace_;
     FaithfulReading& reading_; // lives as long as the namespace
     std::string className_;
     Pegasus::CIMName remoteName_;
@@ -81,7 +81,7 @@ class InstanceEnumeration {
     InstancePortions portions_;
     InstanceReader reader_;
     std::map<std::string, TClassPointer> classes_; // of this enumeration
-    boost::shared_ptr<LastReadings::TInstances> held_;
+    boost::shared_ptr<InstanceCache::TInstances> held_;
     TInstances arrived_; // the same in the order of the server, as often as they came; empty where all may be held
     std::vector<ReadingIncident> doubled_; // not reported yet
     bool hasBegun_ = false;

@@ -2,13 +2,11 @@
 
 #include "convert/CoreLog.h"
 #include "convert/HostValues.h"
+#include "convert/LetterCase.h"
 #include "convert/RemoteText.h"
-#include "convert/StatusCodes.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMPropertyDecl.h"
 #include "host/TVYXException.h"
-
-#include <algorithm>
 
 namespace NQORVYX20 {
 
@@ -20,14 +18,6 @@ constexpr unsigned char kDecimal = 10;
 
 /// What separates the parts of a key; no part has one.
 constexpr char kSeparator = '\0';
-
-/// Names and host names are the same in any letter case; beyond ASCII they are compared as they are.
-std::string LowerCase(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(), [](char letter) {
-        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-    });
-    return text;
-}
 
 /// The type that a class declares for a key; unknown for one that it does not have.
 TCIMValue::TCIMType DeclaredType(const ICIMClass& cls, const std::string& name) {
@@ -67,7 +57,7 @@ Pegasus::CIMObjectPath ParsedPath(const TCIMReference& reference) {
         return {text.c_str()};
     } catch (const Pegasus::Exception& failure) {
         LogError("TCimHTTPNamespace::GetInstance " + text + ": " + ToStdString(failure.getMessage()));
-        throw TVYXException(kTypeMismatch);
+        throw TVYXException(TVYXStatusCode::eTypeMismatch);
     }
 }
 
@@ -100,7 +90,7 @@ Pegasus::CIMObjectPath RemotePathOf(const TCIMReference& reference, const ICIMCl
     if (!IsIn(path, read)) {
         LogError("TCimHTTPNamespace::GetInstance " + reference.GetPath() + ": the path is in another namespace than " +
                  ToStdString(read.getString()));
-        throw TVYXException(kNotFound);
+        throw TVYXException(TVYXStatusCode::eNotFound);
     }
     Pegasus::Array<Pegasus::CIMKeyBinding> keys;
     const auto& given = path.getKeyBindings();

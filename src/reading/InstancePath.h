@@ -16,8 +16,8 @@ struct InstancePath {
     /// The path for the host. Its keys have the types that the class declares.
     TCIMReference reference;
 
-    /// The same for equal paths only, whatever the letter case of the names in them and the way their numbers are
-    /// written.
+    /// One text for equal paths and no others, whatever the letter case of the names in them and the way their numbers
+    /// are written.
     std::string key;
 };
 
@@ -25,7 +25,8 @@ struct InstancePath {
 InstancePath PathOf(const Pegasus::CIMObjectPath& path, const ICIMClass& cls, const Pegasus::CIMNamespaceName& read);
 
 /// The path to ask a server for: that of the reference, its keys of the kinds that the class declares, without host and
-/// namespace. Throws TVYXException 14 for a reference that is not a path, 15 for one in another namespace than `read`.
+/// namespace. Throws TVYXException eTypeMismatch for a reference that is not a path, eNotFound for one in another
+/// namespace than `read`.
 Pegasus::CIMObjectPath RemotePathOf(const TCIMReference& reference, const ICIMClass& cls,
                                     const Pegasus::CIMNamespaceName& read);
 

@@ -8,8 +8,8 @@
 
 namespace NQORVYX20 {
 
-/// What a server sends passes a limit of the plug-in, or the memory that there is. It takes the way of the client
-/// library's exceptions, and is a failure of the kind "limit".
+/// What a server sends passes a limit of the plug-in, or the memory that there is. It is thrown and caught as
+/// the client library's exceptions are, and is a failure of the kind "limit".
 class LimitExceeded : public Pegasus::Exception {
   public:
     using Pegasus::Exception::Exception;

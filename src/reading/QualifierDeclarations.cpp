@@ -5,15 +5,15 @@
 #include "convert/RemoteText.h"
 #include "host/TVYXException.h"
 #include "model/TCimHTTPQualifierDecl.h"
-#include "provider/TCimHTTPNamespace.h"
 #include "reading/RemoteFailures.h"
+#include "reading/RemoteNamespace.h"
 #include "reading/RemoteServer.h"
 
 namespace NQORVYX20 {
 
 namespace {
 
-void Register(TCimHTTPNamespace& nameSpace, const std::string& name, const TCIMValue& defaultValue,
+void Register(RemoteNamespace& nameSpace, const std::string& name, const TCIMValue& defaultValue,
               ICIMQualifierDecl::EScope scope, ICIMQualifierDecl::EFlavor flavor) {
     if (!nameSpace.GetQualifierDecl(name, TCIMContext())) {
         nameSpace.AddQualifierDecl(boost::dynamic_pointer_cast<TCimHTTPQualifierDecl>(
@@ -21,13 +21,13 @@ void Register(TCimHTTPNamespace& nameSpace, const std::string& name, const TCIMV
     }
 }
 
-void Register(TCimHTTPNamespace& nameSpace, const Pegasus::CIMQualifierDecl& declaration) {
+void Register(RemoteNamespace& nameSpace, const Pegasus::CIMQualifierDecl& declaration) {
     Register(nameSpace, ToStdString(declaration.getName()), HostValue(declaration.getValue()),
              HostScope(declaration.getScope()), HostFlavor(declaration.getFlavor()));
 }
 
 /// Declares a qualifier as the class that has it shows it.
-void RegisterAsShown(TCimHTTPNamespace& nameSpace, Pegasus::CIMQualifier& qualifier) {
+void RegisterAsShown(RemoteNamespace& nameSpace, Pegasus::CIMQualifier& qualifier) {
     const TCIMValue none(HostType(qualifier.getType(), qualifier.isArray()), 0);
     Register(nameSpace, ToStdString(qualifier.getName()), none, ICIMQualifierDecl::eScopeAny,
              HostFlavor(qualifier.getFlavor()));
@@ -45,7 +45,7 @@ RemoteFailure Unused(const Pegasus::Exception& exception, const std::string& wha
 
 } // namespace
 
-boost::shared_ptr<ICIMQualifierDecl> QualifierDeclarations::Get(TCimHTTPNamespace& nameSpace,
+boost::shared_ptr<ICIMQualifierDecl> QualifierDeclarations::Get(RemoteNamespace& nameSpace,
                                                                 Pegasus::CIMQualifier& qualifier) {
     const std::string name = ToStdString(qualifier.getName());
     if (source_ == Source::kUnasked) {
@@ -61,7 +61,7 @@ boost::shared_ptr<ICIMQualifierDecl> QualifierDeclarations::Get(TCimHTTPNamespac
     return nameSpace.GetQualifierDecl(name, TCIMContext());
 }
 
-void QualifierDeclarations::RegisterAll(TCimHTTPNamespace& nameSpace) {
+void QualifierDeclarations::RegisterAll(RemoteNamespace& nameSpace) {
     try {
         auto declarations = nameSpace.Server().EnumerateQualifiers();
         for (Pegasus::Uint32 i = 0; i < declarations.size(); ++i) {
@@ -78,7 +78,7 @@ void QualifierDeclarations::RegisterAll(TCimHTTPNamespace& nameSpace) {
     }
 }
 
-void QualifierDeclarations::RegisterOne(TCimHTTPNamespace& nameSpace, const Pegasus::CIMName& name) {
+void QualifierDeclarations::RegisterOne(RemoteNamespace& nameSpace, const Pegasus::CIMName& name) {
     try {
         Register(nameSpace, nameSpace.Server().GetQualifier(name));
     } catch (const Pegasus::Exception& exception) {

@@ -9,7 +9,7 @@
 namespace NQORVYX20 {
 
 class ICIMQualifierDecl;
-class TCimHTTPNamespace;
+class RemoteNamespace;
 
 /// The qualifier declarations that a faithful namespace needs. All come with one request when the first is needed. From
 /// a server that does not list them they come one by one, and where it has none to give, a qualifier is declared as a
@@ -17,8 +17,8 @@ class TCimHTTPNamespace;
 class QualifierDeclarations {
   public:
     /// The declaration of a class's qualifier. Throws what the client library throws when the server cannot be asked at
-    /// all, and TVYXException 25 for a name that the host cannot keep.
-    boost::shared_ptr<ICIMQualifierDecl> Get(TCimHTTPNamespace& nameSpace, Pegasus::CIMQualifier& qualifier);
+    /// all, and TVYXException eInvalidName for a name that the host cannot keep.
+    boost::shared_ptr<ICIMQualifierDecl> Get(RemoteNamespace& nameSpace, Pegasus::CIMQualifier& qualifier);
 
   private:
     enum class Source {
@@ -28,8 +28,8 @@ class QualifierDeclarations {
         kNone      ///< the server does not give them
     };
 
-    void RegisterAll(TCimHTTPNamespace& nameSpace);
-    void RegisterOne(TCimHTTPNamespace& nameSpace, const Pegasus::CIMName& name);
+    void RegisterAll(RemoteNamespace& nameSpace);
+    void RegisterOne(RemoteNamespace& nameSpace, const Pegasus::CIMName& name);
 
     Source source_ = Source::kUnasked;
 };

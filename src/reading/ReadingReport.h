@@ -21,7 +21,7 @@ class ReadingReport {
     /// Counts some of which nothing else is known.
     void AddMore(ReadingIncident::Cause cause, std::size_t count) { incidents_.AddMore(cause, count); }
 
-    /// The same as Add(), with a warning in the log.
+    /// Adds an incident, and writes a warning to the log.
     void AddAndLog(ReadingIncident incident);
 
     const std::optional<RemoteFailure>& Failure() const { return failure_; }

@@ -6,7 +6,6 @@
 #endif
 
 #include "convert/RemoteText.h"
-#include "convert/StatusCodes.h"
 #include "reading/LimitExceeded.h"
 
 namespace NQORVYX20 {
@@ -148,11 +147,11 @@ RemoteFailure RemoteFailureOf(const Pegasus::Exception& exception) {
     return failure;
 }
 
-std::uint32_t StatusCodeOf(const RemoteFailure& failure) {
+TVYXStatusCode::EStatusCode StatusCodeOf(const RemoteFailure& failure) {
     const bool isAbsent = failure.kind == Kind::kCimStatus &&
                           (failure.cimStatus == static_cast<unsigned>(Pegasus::CIM_ERR_NOT_FOUND) ||
                            failure.cimStatus == static_cast<unsigned>(Pegasus::CIM_ERR_INVALID_CLASS));
-    return isAbsent ? kNotFound : kRemoteConnectionFailed;
+    return isAbsent ? TVYXStatusCode::eNotFound : TVYXStatusCode::eRemoteConnectionFailed;
 }
 
 bool IsConnectionAtFault(const RemoteFailure& failure) {

@@ -12,7 +12,7 @@ namespace NQORVYX20 {
 class RemoteNames {
   public:
     /// The name at this place of an instance in its normal form. The reference is good until the next call. Throws
-    /// TVYXException 25 for an invalid name.
+    /// TVYXException eInvalidName for an invalid name.
     const std::string& Normalized(Pegasus::Uint32 place, const Pegasus::CIMName& name);
 
   private:

@@ -2,12 +2,12 @@
 
 #include "convert/RemoteTypes.h"
 #include "model/TCimHTTPQualifierDecl.h"
-#include "provider/TCimHTTPNamespace.h"
+#include "reading/RemoteNamespace.h"
 #include "reading/RemoteServer.h"
 
 namespace NQORVYX20 {
 
-boost::shared_ptr<ICIMQualifierDecl> FetchQualifierDecl(TCimHTTPNamespace& nameSpace,
+boost::shared_ptr<ICIMQualifierDecl> FetchQualifierDecl(RemoteNamespace& nameSpace,
                                                         const Pegasus::CIMName& qualifierName) {
     const std::string name = ToStdString(qualifierName);
     if (auto known = nameSpace.GetQualifierDecl(name, TCIMContext())) {

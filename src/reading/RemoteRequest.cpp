@@ -2,8 +2,8 @@
 
 #include "convert/CoreLog.h"
 #include "host/TVYXException.h"
-#include "provider/TCimHTTPNamespace.h"
 #include "reading/ReadingReport.h"
+#include "reading/RemoteNamespace.h"
 
 namespace NQORVYX20 {
 
@@ -13,7 +13,7 @@ void FailRemotely(ReadingReport& report, const std::string& what, const RemoteFa
     throw TVYXException(StatusCodeOf(failure));
 }
 
-void FailRemotely(TCimHTTPNamespace& nameSpace, const std::string& what, const RemoteFailure& failure) {
+void FailRemotely(RemoteNamespace& nameSpace, const std::string& what, const RemoteFailure& failure) {
     FailRemotely(nameSpace.Report(), what, failure);
 }
 

@@ -11,12 +11,12 @@
 namespace NQORVYX20 {
 
 class ReadingReport;
-class TCimHTTPNamespace;
+class RemoteNamespace;
 
 /// Ends an operation of a faithful namespace: notes the failure, writes it to the log in a line that begins with
 /// `what`, and throws TVYXException with its code.
 [[noreturn]] void FailRemotely(ReadingReport& report, const std::string& what, const RemoteFailure& failure);
-[[noreturn]] void FailRemotely(TCimHTTPNamespace& nameSpace, const std::string& what, const RemoteFailure& failure);
+[[noreturn]] void FailRemotely(RemoteNamespace& nameSpace, const std::string& what, const RemoteFailure& failure);
 
 /// The failure of a server that answers what no server should.
 RemoteFailure MalformedAnswer(const std::string& text);
@@ -28,19 +28,19 @@ RemoteFailure LocalFailure(const std::string& text);
 /// also of a host that never asks for the report.
 class FindingsReported {
   public:
-    explicit FindingsReported(TCimHTTPNamespace& nameSpace) : namespace_(nameSpace) {}
+    explicit FindingsReported(RemoteNamespace& nameSpace) : namespace_(nameSpace) {}
     ~FindingsReported();
     FindingsReported(const FindingsReported&) = delete;
     FindingsReported& operator=(const FindingsReported&) = delete;
 
   private:
-    TCimHTTPNamespace& namespace_;
+    RemoteNamespace& namespace_;
 };
 
 /// Makes requests, and what comes of them; what the client library throws, and memory that does not suffice, ends the
 /// operation as FailRemotely() does.
 template <typename Request>
-auto AskRemotely(TCimHTTPNamespace& nameSpace, const std::string& what, const Request& request) {
+auto AskRemotely(RemoteNamespace& nameSpace, const std::string& what, const Request& request) {
     const FindingsReported findings(nameSpace);
     try {
         return WithinMemory(request);

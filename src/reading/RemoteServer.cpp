@@ -149,8 +149,8 @@ Pegasus::Array<Pegasus::CIMInstance> RemoteServer::EnumerateLocalInstances(const
 }
 
 Pegasus::Array<Pegasus::CIMInstance>
-RemoteServer::EnumerateInstancesToLookAt(const Pegasus::CIMNamespaceName& nameSpace,
-                                         const Pegasus::CIMName& className) {
+RemoteServer::EnumerateInstancesForDiagnosis(const Pegasus::CIMNamespaceName& nameSpace,
+                                             const Pegasus::CIMName& className) {
     return client_->enumerateInstances(nameSpace, className, !kDeep, !kLocalOnly, !kQualifiers, !kClassOrigin,
                                        Pegasus::CIMPropertyList());
 }

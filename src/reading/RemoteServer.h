@@ -15,6 +15,7 @@
 namespace NQORVYX20 {
 
 class ReadingReport;
+
 /// An enumeration that the server keeps open.
 struct RemoteEnumeration {
 #ifdef CIMHTTP_HAS_PULLED_ENUMERATIONS
@@ -51,11 +52,14 @@ class RemoteServer {
     /// when it has no such limits.
     bool SetLimits(std::optional<std::uint64_t> connectMilliseconds, std::optional<std::uint64_t> answerBytes,
                    std::optional<std::uint64_t> answerObjects);
+
     /// Whether the next answers are read as far as they can be; without effect when the client library cannot do that.
     void SetLenient(bool lenient);
+
     /// From now on a text is a text, whatever the qualifiers of its property say, unless its own attribute says that it
     /// is an object; without effect when the client library cannot do that.
     void LeaveQualifiedTexts();
+
     /// Adds what could not be read of the answers since the last call, and writes it to the log.
     void MoveFindingsTo(ReadingReport& report);
 
@@ -82,15 +86,15 @@ class RemoteServer {
     Pegasus::Array<Pegasus::CIMInstance> EnumerateLocalInstances(const std::string& className, bool deep);
 
     /// For the diagnostic walk.
-    Pegasus::Array<Pegasus::CIMInstance> EnumerateInstancesToLookAt(const Pegasus::CIMNamespaceName& nameSpace,
-                                                                    const Pegasus::CIMName& className);
+    Pegasus::Array<Pegasus::CIMInstance> EnumerateInstancesForDiagnosis(const Pegasus::CIMNamespaceName& nameSpace,
+                                                                        const Pegasus::CIMName& className);
 
     // --- Sent by the faithful reading ---
 
     /// A definition with all that is inherited and where it comes from.
     Pegasus::CIMClass GetWholeClass(const std::string& name);
 
-    /// The same for the subclasses of a class, of the top classes for an empty name; with `deep`, for all below.
+    /// Such definitions of the subclasses of a class, of the top classes for an empty name; with `deep`, for all below.
     Pegasus::Array<Pegasus::CIMClass> EnumerateWholeClasses(const std::string& name, bool deep);
 
     Pegasus::Array<Pegasus::CIMQualifierDecl> EnumerateQualifiers();
@@ -100,7 +104,7 @@ class RemoteServer {
     Pegasus::Array<Pegasus::CIMInstance> EnumerateWholeInstances(const std::string& className,
                                                                  const Pegasus::CIMPropertyList& properties);
 
-    /// The same instances in portions of no more than so many: opens an enumeration and gives the first; gives the next
+    /// Those instances in portions of no more than so many: opens an enumeration and gives the first; gives the next
     /// one. Throws CIMException with CIM_ERR_NOT_SUPPORTED, too, when the client library has no such operations.
     Pegasus::Array<Pegasus::CIMInstance> OpenWholeInstances(RemoteEnumeration& enumeration,
                                                             const std::string& className,
@@ -116,7 +120,7 @@ class RemoteServer {
     void DoNotPull() { mayPull_ = false; }
 
     /// Another server may answer from now on.
-    void ForgetWhatItCan() { mayPull_ = true; }
+    void ForgetCapabilities() { mayPull_ = true; }
 
     /// What one enumeration may bring in all: bytes of answers, and instances.
     std::uint64_t MaxBytes() const;
@@ -148,7 +152,7 @@ class RemoteServer {
                                                    const Pegasus::CIMPropertyList& properties);
     Pegasus::Array<Pegasus::CIMObjectPath> AssociatorNames(const AssociationRequest& request);
 
-    /// The same of the associations themselves, which have no other ends of their own.
+    /// The associations themselves, and their paths. They have no other ends of their own.
     Pegasus::Array<Pegasus::CIMObject> References(const AssociationRequest& request,
                                                   const Pegasus::CIMPropertyList& properties);
     Pegasus::Array<Pegasus::CIMObjectPath> ReferenceNames(const AssociationRequest& request);

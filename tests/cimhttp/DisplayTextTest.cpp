@@ -57,7 +57,7 @@ class TextlessAccess : public cimhttp::PluginAccess {
     TCIMReference ParsePath(const std::string&) const override { return {{}, TCIMContext()}; }
     std::vector<std::string> TextsOf(const ICIMInstance*, const boost::shared_ptr<ICIMPropertyDecl const>&,
                                      const TCIMValue&, const cimhttp::TextForm&) const override {
-        throw TVYXException(1);
+        throw TVYXException(TVYXStatusCode::eNotSupported);
     }
     std::vector<std::string> UnitTellers(const ICIMClass&, const ICIMPropertyDecl&) const override { return {}; }
     cimhttp::RequestedClasses ReadRequestedClasses(const std::string&) const override { return {}; }

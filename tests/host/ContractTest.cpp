@@ -345,3 +345,24 @@ TEST(Failures, AreAStandardExceptionWithA32BitCode) {
     EXPECT_EQ(sizeof(TVYXStatusCode), 4U);
     EXPECT_EQ(sizeof(TVYXException), sizeof(std::pair<std::exception, TVYXStatusCode>)) << "the code is all it holds";
 }
+
+// Hosts know the numbers, not the names.
+TEST(StatusCodes, HaveTheirNumbers) {
+    EXPECT_EQ(TVYXStatusCode::eSuccess, 0U);
+    EXPECT_EQ(TVYXStatusCode::eNotSupported, 1U);
+    EXPECT_EQ(TVYXStatusCode::eTypeMismatch, 14U);
+    EXPECT_EQ(TVYXStatusCode::eNotFound, 15U);
+    EXPECT_EQ(TVYXStatusCode::eAlreadyExists, 16U);
+    EXPECT_EQ(TVYXStatusCode::eInvalidName, 25U);
+    EXPECT_EQ(TVYXStatusCode::eQualifierConflict, 28U);
+    EXPECT_EQ(TVYXStatusCode::eReadOnly, 31U);
+    EXPECT_EQ(TVYXStatusCode::eContextValueMissing, 32U);
+    EXPECT_EQ(TVYXStatusCode::eRemoteConnectionFailed, 42U);
+}
+
+TEST(StatusCodes, MayBeGivenAsANameOrAsANumber) {
+    EXPECT_EQ(TVYXStatusCode().GetCode(), TVYXStatusCode::eSuccess);
+    EXPECT_EQ(TVYXStatusCode(TVYXStatusCode::eNotFound).GetCode(), TVYXStatusCode(15).GetCode());
+    EXPECT_EQ(TVYXException(TVYXStatusCode::eNotFound).GetStatusCode().GetCode(),
+              TVYXException(15).GetStatusCode().GetCode());
+}

@@ -290,9 +290,11 @@ TEST_F(AssociationTest, ClearInstancesClearsTheLinkedAssociationsToo) {
 }
 
 TEST_F(AssociationTest, WhatACallbackThrowsReachesTheCaller) {
-    const auto fail = [](const auto&) -> bool { throw TVYXException(1); };
-    EXPECT_EQ(StatusOf([&] { disk_->EnumerateAssociationClasses(fail, "", "Disk", TCIMContext()); }), 1U);
-    EXPECT_EQ(StatusOf([&] { disk_->EnumerateAssociatedClasses(fail, "", "", "Disk", "", TCIMContext()); }), 1U);
+    const auto fail = [](const auto&) -> bool { throw TVYXException(TVYXStatusCode::eNotSupported); };
+    EXPECT_EQ(StatusOf([&] { disk_->EnumerateAssociationClasses(fail, "", "Disk", TCIMContext()); }),
+              TVYXStatusCode::eNotSupported);
+    EXPECT_EQ(StatusOf([&] { disk_->EnumerateAssociatedClasses(fail, "", "", "Disk", "", TCIMContext()); }),
+              TVYXStatusCode::eNotSupported);
 }
 
 // --- Filters that cannot be resolved -----------------------------------------------------------------------------
@@ -306,12 +308,12 @@ TEST_F(AssociationTest, AFilterClassThatCannotBeResolvedIsAnError) {
             return StatusOf(
                 [&] { cls->EnumerateAssociatedClasses(&Unexpected, assocClass, resultClass, "", "", TCIMContext()); });
         };
-        EXPECT_EQ(associations("TEST_None"), 15U);
-        EXPECT_EQ(associations("2abc"), 25U);
-        EXPECT_EQ(associated("TEST_None", ""), 15U);
-        EXPECT_EQ(associated("2abc", ""), 25U);
-        EXPECT_EQ(associated("", "TEST_None"), 15U);
-        EXPECT_EQ(associated("", "2abc"), 25U);
+        EXPECT_EQ(associations("TEST_None"), TVYXStatusCode::eNotFound);
+        EXPECT_EQ(associations("2abc"), TVYXStatusCode::eInvalidName);
+        EXPECT_EQ(associated("TEST_None", ""), TVYXStatusCode::eNotFound);
+        EXPECT_EQ(associated("2abc", ""), TVYXStatusCode::eInvalidName);
+        EXPECT_EQ(associated("", "TEST_None"), TVYXStatusCode::eNotFound);
+        EXPECT_EQ(associated("", "2abc"), TVYXStatusCode::eInvalidName);
     }
 }
 

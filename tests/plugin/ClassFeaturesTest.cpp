@@ -10,7 +10,9 @@ namespace {
 class OrphanClass : public TCimHTTPClass {
   public:
     using TCimHTTPClass::TCimHTTPClass;
-    boost::shared_ptr<ICIMClass> GetSuperClass(TCIMContext /*context*/) const override { throw TVYXException(25); }
+    boost::shared_ptr<ICIMClass> GetSuperClass(TCIMContext /*context*/) const override {
+        throw TVYXException(TVYXStatusCode::eInvalidName);
+    }
 };
 
 /// A property declaration of another implementation that says what one of the plug-in's says. Its look-up of a
@@ -32,7 +34,7 @@ class ForeignPropertyDecl : public ICIMPropertyDecl {
     }
     boost::shared_ptr<ICIMQualifier> GetQualifier(const std::string& name, TCIMContext /*context*/) const override {
         ADD_FAILURE() << name << " was looked up without the flag";
-        throw TVYXException(15);
+        throw TVYXException(TVYXStatusCode::eNotFound);
     }
     boost::shared_ptr<ICIMQualifier> GetQualifier(const std::string& name, bool& found,
                                                   TCIMContext context) const override {
@@ -134,7 +136,8 @@ TEST_F(ClassFeaturesTest, AReferenceIsRefusedByAClassThatIsNoAssociation) {
     const std::string attempt = "TCimHTTP: Attempt to add reference property System to non-association class ";
     for (const auto& cls : {disk_, Fetch("TEST_False", QualifierXml("Association", "boolean", "FALSE")),
                             Fetch("TEST_Null", QualifierXml("Association", "boolean", ""))}) {
-        EXPECT_EQ(StatusOf([&] { cls->AddPropertyDecl(Property(*cls, "System", ECIMType::eCIMReference)); }), 14U);
+        EXPECT_EQ(StatusOf([&] { cls->AddPropertyDecl(Property(*cls, "System", ECIMType::eCIMReference)); }),
+                  TVYXStatusCode::eTypeMismatch);
         EXPECT_THAT(log_->Errors(), ElementsAre(attempt + cls->GetName(TCIMContext())));
         EXPECT_FALSE(cls->GetPropertyDecl("System", TCIMContext()));
         log_->Forget();
@@ -148,26 +151,30 @@ TEST_F(ClassFeaturesTest, AReferenceIsAcceptedByAnAssociation) {
 }
 
 TEST_F(ClassFeaturesTest, AnOverrideWithoutABasePropertyIsRefused) {
-    EXPECT_EQ(StatusOf([&] { disk_->AddPropertyDecl(OverridingProperty(*disk_, "Label")); }), 15U);
+    EXPECT_EQ(StatusOf([&] { disk_->AddPropertyDecl(OverridingProperty(*disk_, "Label")); }),
+              TVYXStatusCode::eNotFound);
     EXPECT_THAT(log_->Errors(), ElementsAre("TCimHTTP: Attempt to override property Label in class TEST_Disk: property "
                                             "doesn't exist in base class"));
     EXPECT_FALSE(disk_->GetPropertyDecl("Label", TCIMContext()));
     const auto ownSize = disk_->GetPropertyDecl("Size", TCIMContext());
-    EXPECT_EQ(StatusOf([&] { disk_->AddPropertyDecl(OverridingProperty(*disk_, "Size", ECIMType::eCIMUint32)); }), 15U)
+    EXPECT_EQ(StatusOf([&] { disk_->AddPropertyDecl(OverridingProperty(*disk_, "Size", ECIMType::eCIMUint32)); }),
+              TVYXStatusCode::eNotFound)
         << "a property of the class itself is no base";
     EXPECT_EQ(disk_->GetPropertyDecl("Size", TCIMContext()), ownSize);
 }
 
 TEST_F(ClassFeaturesTest, AnOverrideOfAnotherTypeIsRefused) {
     AddToRoot("Label", ECIMType::eCIMUint16);
-    EXPECT_EQ(StatusOf([&] { disk_->AddPropertyDecl(OverridingProperty(*disk_, "label")); }), 14U);
+    EXPECT_EQ(StatusOf([&] { disk_->AddPropertyDecl(OverridingProperty(*disk_, "label")); }),
+              TVYXStatusCode::eTypeMismatch);
     EXPECT_THAT(log_->Errors(),
                 ElementsAre("TCimHTTP: Attempt to override property label in class TEST_Disk: different types"));
 }
 
 TEST_F(ClassFeaturesTest, AnOverrideOfAPropertyOfTheSameClassIsRefused) {
     namespace_->GetRootClass()->AddPropertyDecl(Property(*disk_, "Label"));
-    EXPECT_EQ(StatusOf([&] { disk_->AddPropertyDecl(OverridingProperty(*disk_, "Label")); }), 14U);
+    EXPECT_EQ(StatusOf([&] { disk_->AddPropertyDecl(OverridingProperty(*disk_, "Label")); }),
+              TVYXStatusCode::eTypeMismatch);
     EXPECT_THAT(log_->Errors(), ElementsAre("TCimHTTP: Attempt to override property Label in class TEST_Disk: original "
                                             "was defined in this class"));
 }
@@ -181,19 +188,21 @@ TEST_F(ClassFeaturesTest, AnOverrideOfABasePropertyIsAccepted) {
 
 TEST_F(ClassFeaturesTest, AnOverrideCheckThatFailsSaysWhy) {
     const auto root = namespace_->GetRootClass(); // it has no superclass to look into
-    EXPECT_EQ(StatusOf([&] { root->AddPropertyDecl(OverridingProperty(*root, "Label")); }), 14U);
+    EXPECT_EQ(StatusOf([&] { root->AddPropertyDecl(OverridingProperty(*root, "Label")); }),
+              TVYXStatusCode::eTypeMismatch);
     EXPECT_THAT(log_->Errors(), ElementsAre("TCimHTTP: Attempt define property Label in class <root>failed. Reason = "
                                             "tr1::bad_weak_ptr"));
     log_->Forget();
     const auto orphan = boost::make_shared<OrphanClass>(namespace_, "TEST_Orphan", nullptr);
-    EXPECT_EQ(StatusOf([&] { orphan->AddPropertyDecl(OverridingProperty(*orphan, "Label")); }), 14U);
+    EXPECT_EQ(StatusOf([&] { orphan->AddPropertyDecl(OverridingProperty(*orphan, "Label")); }),
+              TVYXStatusCode::eTypeMismatch);
     EXPECT_THAT(log_->Errors(), ElementsAre("TCimHTTP: Attempt define property Label in class TEST_Orphanfailed. "
                                             "Reason = The name is not a valid CIM name."));
 }
 
 TEST_F(ClassFeaturesTest, ATakenNameIsRefused) {
     const auto first = disk_->GetPropertyDecl("Size", TCIMContext());
-    EXPECT_EQ(StatusOf([&] { disk_->AddPropertyDecl(Property(*disk_, "SIZE")); }), 16U);
+    EXPECT_EQ(StatusOf([&] { disk_->AddPropertyDecl(Property(*disk_, "SIZE")); }), TVYXStatusCode::eAlreadyExists);
     EXPECT_THAT(log_->Errors(),
                 ElementsAre("TCimHTTP: Attempt to add property SIZE to class TEST_Disk: already exists"));
     EXPECT_EQ(disk_->GetPropertyDecl("Size", TCIMContext()), first);
@@ -205,18 +214,19 @@ TEST_F(ClassFeaturesTest, APortTypePropertyReplacesTheOneBefore) {
     disk_->AddPropertyDecl(second);
     EXPECT_EQ(disk_->GetPropertyDecl("OtherPortTypeInfo", TCIMContext()), second);
     EXPECT_THAT(log_->Errors(), IsEmpty());
-    EXPECT_EQ(StatusOf([&] { disk_->AddPropertyDecl(Property(*disk_, "otherporttypeinfo")); }), 16U);
+    EXPECT_EQ(StatusOf([&] { disk_->AddPropertyDecl(Property(*disk_, "otherporttypeinfo")); }),
+              TVYXStatusCode::eAlreadyExists);
     EXPECT_EQ(disk_->GetPropertyDecl("OtherPortTypeInfo", TCIMContext()), second);
 }
 
 TEST_F(ClassFeaturesTest, OnlyADeclarationOfThePluginsOwnIsAdded) {
     const auto foreign = boost::make_shared<ForeignPropertyDecl>(Property(*disk_, "Label"));
-    EXPECT_EQ(StatusOf([&] { disk_->AddPropertyDecl(foreign); }), 14U);
+    EXPECT_EQ(StatusOf([&] { disk_->AddPropertyDecl(foreign); }), TVYXStatusCode::eTypeMismatch);
     EXPECT_THAT(log_->Errors(), ElementsAre("TCimHTTP: Attempt to add property Label to class TEST_Disk: the "
                                             "declaration is another implementation's"));
     EXPECT_FALSE(disk_->GetPropertyDecl("Label", TCIMContext()));
     log_->Forget();
-    EXPECT_EQ(StatusOf([&] { disk_->AddPropertyDecl(nullptr); }), 14U);
+    EXPECT_EQ(StatusOf([&] { disk_->AddPropertyDecl(nullptr); }), TVYXStatusCode::eTypeMismatch);
     EXPECT_THAT(log_->Errors(),
                 ElementsAre("TCimHTTP: Attempt to add a property without a declaration to class TEST_Disk"));
 }
@@ -227,7 +237,8 @@ TEST_F(ClassFeaturesTest, TheRulesAreCheckedBeforeWhoseDeclarationItIs) {
     const auto ownPortType = disk_->GetPropertyDecl("PortType", TCIMContext());
     const auto refusal = [&](const boost::shared_ptr<ICIMPropertyDecl>& own) {
         log_->Forget();
-        EXPECT_NE(StatusOf([&] { disk_->AddPropertyDecl(boost::make_shared<ForeignPropertyDecl>(own)); }), 0U);
+        EXPECT_NE(StatusOf([&] { disk_->AddPropertyDecl(boost::make_shared<ForeignPropertyDecl>(own)); }),
+                  TVYXStatusCode::eSuccess);
         EXPECT_EQ(log_->Errors().size(), 1U);
         return log_->Errors().at(0);
     };
@@ -245,7 +256,8 @@ TEST_F(ClassFeaturesTest, TheRulesAreCheckedBeforeWhoseDeclarationItIs) {
 
 TEST_F(ClassFeaturesTest, AnOverrideOfAnotherTypeIsCalledThatEvenWhereTheOriginalIsOfTheSameClass) {
     namespace_->GetRootClass()->AddPropertyDecl(Property(*disk_, "Label", ECIMType::eCIMUint16));
-    EXPECT_EQ(StatusOf([&] { disk_->AddPropertyDecl(OverridingProperty(*disk_, "Label")); }), 14U);
+    EXPECT_EQ(StatusOf([&] { disk_->AddPropertyDecl(OverridingProperty(*disk_, "Label")); }),
+              TVYXStatusCode::eTypeMismatch);
     EXPECT_THAT(log_->Errors(),
                 ElementsAre("TCimHTTP: Attempt to override property Label in class TEST_Disk: different types"));
 }
@@ -322,12 +334,13 @@ TEST_F(ClassFeaturesTest, MethodDeclsAndQualifiersAreEnumeratedUntilTheCallbackS
 }
 
 TEST_F(ClassFeaturesTest, ANameThatIsNoneIsRefused) {
-    EXPECT_EQ(StatusOf([&] { disk_->GetPropertyDecl("2nd", TCIMContext()); }), 25U);
-    EXPECT_EQ(StatusOf([&] { disk_->GetMethodDecl("2nd", TCIMContext()); }), 25U);
-    EXPECT_EQ(StatusOf([&] { disk_->GetProperty("2nd", TCIMContext()); }), 25U);
-    EXPECT_EQ(StatusOf([&] { disk_->GetQualifier("2nd", TCIMContext()); }), 25U);
-    EXPECT_EQ(StatusOf([&] { disk_->AddPropertyDecl(Property(*disk_, "2nd")); }), 25U);
-    EXPECT_EQ(StatusOf([&] { disk_->AddPropertyDecl(Property(*disk_, "2nd", ECIMType::eCIMReference)); }), 14U);
+    EXPECT_EQ(StatusOf([&] { disk_->GetPropertyDecl("2nd", TCIMContext()); }), TVYXStatusCode::eInvalidName);
+    EXPECT_EQ(StatusOf([&] { disk_->GetMethodDecl("2nd", TCIMContext()); }), TVYXStatusCode::eInvalidName);
+    EXPECT_EQ(StatusOf([&] { disk_->GetProperty("2nd", TCIMContext()); }), TVYXStatusCode::eInvalidName);
+    EXPECT_EQ(StatusOf([&] { disk_->GetQualifier("2nd", TCIMContext()); }), TVYXStatusCode::eInvalidName);
+    EXPECT_EQ(StatusOf([&] { disk_->AddPropertyDecl(Property(*disk_, "2nd")); }), TVYXStatusCode::eInvalidName);
+    EXPECT_EQ(StatusOf([&] { disk_->AddPropertyDecl(Property(*disk_, "2nd", ECIMType::eCIMReference)); }),
+              TVYXStatusCode::eTypeMismatch);
 }
 
 TEST_F(ClassFeaturesTest, FeaturesAreNotRemovedNorMethodsAdded) {
@@ -431,12 +444,15 @@ TEST_F(ClassFeaturesTest, WhatIsThrownDuringTheWalkOverTheKeysLeavesAsTheModelsE
     const auto walk = [&](const boost::function<bool(const std::string*)>& callback) {
         return StatusOf([&] { cls->EnumerateKeyNames(callback, TCIMContext()); });
     };
-    EXPECT_EQ(walk([](const std::string*) -> bool { throw std::runtime_error("oops"); }), 14U);
+    EXPECT_EQ(walk([](const std::string*) -> bool { throw std::runtime_error("oops"); }),
+              TVYXStatusCode::eTypeMismatch);
     EXPECT_THAT(log_->Errors(), ElementsAre("TCimHTTP: Enumeration of the keys of class TEST_Keys failed: oops"));
-    EXPECT_EQ(walk([](const std::string*) -> bool { throw TVYXException(31); }), 31U);
-    EXPECT_EQ(walk(boost::function<bool(const std::string*)>()), 14U);
+    EXPECT_EQ(walk([](const std::string*) -> bool { throw TVYXException(TVYXStatusCode::eReadOnly); }),
+              TVYXStatusCode::eReadOnly);
+    EXPECT_EQ(walk(boost::function<bool(const std::string*)>()), TVYXStatusCode::eTypeMismatch);
     log_->Forget();
-    EXPECT_EQ(walk([](const std::string*) -> bool { throw Pegasus::Exception("oops"); }), 14U);
+    EXPECT_EQ(walk([](const std::string*) -> bool { throw Pegasus::Exception("oops"); }),
+              TVYXStatusCode::eTypeMismatch);
     EXPECT_THAT(log_->Errors(), ElementsAre("TCimHTTP: Enumeration of the keys of class TEST_Keys failed"));
 }
 
@@ -452,7 +468,7 @@ TEST_F(ClassFeaturesTest, AnEmptyCallbackIsABadCall) {
 // --- Static properties and methods -------------------------------------------------------------------------------
 
 TEST_F(ClassFeaturesTest, ThereAreNoStaticProperties) {
-    EXPECT_EQ(StatusOf([&] { disk_->GetProperty("Size", TCIMContext()); }), 15U);
+    EXPECT_EQ(StatusOf([&] { disk_->GetProperty("Size", TCIMContext()); }), TVYXStatusCode::eNotFound);
     disk_->EnumerateStaticProperties(
         [](const auto&) {
             ADD_FAILURE() << "called back";
@@ -462,7 +478,8 @@ TEST_F(ClassFeaturesTest, ThereAreNoStaticProperties) {
 }
 
 TEST_F(ClassFeaturesTest, SetPropertyValueIsRefused) {
-    EXPECT_EQ(StatusOf([&] { disk_->SetPropertyValue("Size", TCIMValue(1U), TCIMContext()); }), 31U);
+    EXPECT_EQ(StatusOf([&] { disk_->SetPropertyValue("Size", TCIMValue(1U), TCIMContext()); }),
+              TVYXStatusCode::eReadOnly);
 }
 
 TEST_F(ClassFeaturesTest, InvokeMethodReturnsAnEmptyValueAndAsksNobody) {

@@ -142,8 +142,8 @@ TEST_F(ClassHierarchyTest, ClassesAreComparedByExactName) {
 }
 
 TEST_F(ClassHierarchyTest, ChangesToAClassAreRefused) {
-    EXPECT_EQ(StatusOf([&] { a_->RemoveFromNamespace(TCIMContext()); }), 31U);
-    EXPECT_EQ(StatusOf([&] { a_->ModifyClass(Fetch("TEST_B"), TCIMContext()); }), 31U);
+    EXPECT_EQ(StatusOf([&] { a_->RemoveFromNamespace(TCIMContext()); }), TVYXStatusCode::eReadOnly);
+    EXPECT_EQ(StatusOf([&] { a_->ModifyClass(Fetch("TEST_B"), TCIMContext()); }), TVYXStatusCode::eReadOnly);
 }
 
 TEST_F(ClassHierarchyTest, WithoutItsNamespaceAClassThrowsBadWeakPtr) {

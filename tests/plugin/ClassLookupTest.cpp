@@ -62,14 +62,14 @@ TEST_F(ClassLookupTest, NormalizeNameAcceptsTheEmptyName) { EXPECT_EQ(TCimHTTPNa
 TEST_F(ClassLookupTest, NormalizeNameRefusesWhatIsNoName) {
     for (const std::string name : {"2abc", "a b", "a.b", "<root>", "-", "Gr\xc3\xb6sse"}) {
         log_->Forget();
-        EXPECT_EQ(StatusOf([&] { TCimHTTPNamespace::NormalizeName(name); }), 25U) << name;
+        EXPECT_EQ(StatusOf([&] { TCimHTTPNamespace::NormalizeName(name); }), TVYXStatusCode::eInvalidName) << name;
         EXPECT_THAT(log_->Errors(), ElementsAre("CimHTTP: CIM name '" + name + "' is invalid"));
     }
 }
 
 TEST_F(ClassLookupTest, AnInvalidNameLeavesGetClassAsAnException) {
     const auto nameSpace = ConnectedNamespace();
-    EXPECT_EQ(StatusOf([&] { nameSpace->GetClass("2abc", TCIMContext()); }), 25U);
+    EXPECT_EQ(StatusOf([&] { nameSpace->GetClass("2abc", TCIMContext()); }), TVYXStatusCode::eInvalidName);
     EXPECT_THAT(log_->Errors(), ElementsAre("CimHTTP: CIM name '2abc' is invalid"));
     EXPECT_THAT(server_.Calls(), IsEmpty());
 }
@@ -88,7 +88,8 @@ TEST_F(ClassLookupTest, TheEmptyNameAndRootMeanTheRootClass) {
 
 TEST_F(ClassLookupTest, TheRootClassNeverEntersTheCache) {
     const auto nameSpace = ConnectedNamespace(true);
-    EXPECT_EQ(StatusOf([&] { nameSpace->GetRootClass()->AddToNamespace(TCIMContext()); }), 25U);
+    EXPECT_EQ(StatusOf([&] { nameSpace->GetRootClass()->AddToNamespace(TCIMContext()); }),
+              TVYXStatusCode::eInvalidName);
     EXPECT_THAT(log_->Errors(), ElementsAre("CimHTTP: CIM name '<root>' is invalid"));
     EXPECT_THAT(VisitedNames([&](const auto& v) { nameSpace->EnumerateRootClasses(v, TCIMContext()); }), IsEmpty());
 }
@@ -381,7 +382,7 @@ TEST_F(ClassLookupTest, ASecondClassOfANameIsRefused) {
     const auto disk = nameSpace->GetClass("TEST_Disk", TCIMContext());
     const auto second = nameSpace->AllocateClass("TEST_Disk", nullptr, TCIMContext());
     log_->Forget();
-    EXPECT_EQ(StatusOf([&] { second->AddToNamespace(TCIMContext()); }), 16U);
+    EXPECT_EQ(StatusOf([&] { second->AddToNamespace(TCIMContext()); }), TVYXStatusCode::eAlreadyExists);
     EXPECT_THAT(log_->Debug(), ElementsAre("TCimHTTPNamespace: class TEST_Disk already defined"));
     EXPECT_EQ(nameSpace->GetClass("TEST_Disk", TCIMContext()), disk);
     nameSpace->EnumerateRootClasses(

@@ -257,7 +257,8 @@ TEST_F(ClassMaterialisationTest, InitializeWithoutItsNamespaceThrows) {
 
 TEST_F(ClassMaterialisationTest, ARemoteFailureLeavesAllocateClassAsTheHostsException) {
     const auto nameSpace = ConnectedNamespace();
-    EXPECT_EQ(StatusOf([&] { nameSpace->AllocateClass("TEST_None", nullptr, TCIMContext()); }), 15U);
+    EXPECT_EQ(StatusOf([&] { nameSpace->AllocateClass("TEST_None", nullptr, TCIMContext()); }),
+              TVYXStatusCode::eNotFound);
 }
 
 TEST_F(ClassMaterialisationTest, WhatWasReadBeforeARemoteFailureStaysAndIsNotReadAgain) {

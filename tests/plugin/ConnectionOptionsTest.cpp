@@ -41,7 +41,7 @@ class ConnectionOptionsTest : public TlsTest {
     /// Refused with 14 and one line in the log, which has this text.
     void ExpectRefused(const TCIMContext& options, const std::string& text) {
         log_->Forget();
-        EXPECT_EQ(StatusWith(options), 14U) << text;
+        EXPECT_EQ(StatusWith(options), TVYXStatusCode::eTypeMismatch) << text;
         EXPECT_THAT(log_->Errors(), ElementsAre(HasSubstr(text)));
         log_->Forget();
     }
@@ -50,7 +50,7 @@ class ConnectionOptionsTest : public TlsTest {
     void ExpectCertificateRefused(const support::TestCertificate& certificate, TCIMContext options, Reason reason) {
         const int port = server_.ListenTls(0, certificate);
         options[kTlsKey] = TCIMValue(true);
-        EXPECT_EQ(StatusOn(port, std::move(options)), 42U);
+        EXPECT_EQ(StatusOn(port, std::move(options)), TVYXStatusCode::eRemoteConnectionFailed);
         EXPECT_EQ(FailureKind(), Kind::kTls);
         ASSERT_TRUE(Failure()->refusal) << Failure()->text;
         EXPECT_EQ(Failure()->refusal->reason, reason) << Failure()->text;
@@ -81,7 +81,7 @@ TEST_F(ConnectionOptionsTest, OtherKeysBelongToTheHost) {
                              {"CIMHTTP.tls", TCIMValue()},
                              {" cimhttp.tls", TCIMValue(1.5)},
                              {"", TCIMValue("")}};
-    EXPECT_EQ(StatusWith(others), 0U);
+    EXPECT_EQ(StatusWith(others), TVYXStatusCode::eSuccess);
 }
 
 TEST_F(ConnectionOptionsTest, AValueOfAnotherTypeIsRefused) {
@@ -104,8 +104,8 @@ TEST_F(ConnectionOptionsTest, ATextWithoutContentIsRefused) {
 }
 
 TEST_F(ConnectionOptionsTest, AFingerprintHas64DigitsWithOrWithoutColons) {
-    EXPECT_EQ(StatusWith({{kFingerprintKey, TCIMValue(kDigits)}}), 0U);
-    EXPECT_EQ(StatusWith({{kFingerprintKey, TCIMValue(WithColons(kDigits))}}), 0U);
+    EXPECT_EQ(StatusWith({{kFingerprintKey, TCIMValue(kDigits)}}), TVYXStatusCode::eSuccess);
+    EXPECT_EQ(StatusWith({{kFingerprintKey, TCIMValue(WithColons(kDigits))}}), TVYXStatusCode::eSuccess);
     const std::string colons = WithColons(kDigits);
     for (const std::string& text :
          {kDigits.substr(1), kDigits + '0', colons + ":", ":" + colons, colons.substr(3), "g" + kDigits.substr(1),
@@ -116,7 +116,8 @@ TEST_F(ConnectionOptionsTest, AFingerprintHas64DigitsWithOrWithoutColons) {
 
 TEST_F(ConnectionOptionsTest, AKeyWithoutItsCertificateIsRefused) {
     ExpectRefused({{kClientKeyKey, TCIMValue("/key.pem")}}, "cimhttp.client.key is the key of no certificate");
-    EXPECT_EQ(StatusWith({{kClientKeyKey, TCIMValue("/key.pem")}, {kClientCertificateKey, TCIMValue("/c.pem")}}), 0U);
+    EXPECT_EQ(StatusWith({{kClientKeyKey, TCIMValue("/key.pem")}, {kClientCertificateKey, TCIMValue("/c.pem")}}),
+              TVYXStatusCode::eSuccess);
 }
 
 TEST_F(ConnectionOptionsTest, WhatNeedsEncryptionIsRefusedWithoutIt) {
@@ -125,8 +126,8 @@ TEST_F(ConnectionOptionsTest, WhatNeedsEncryptionIsRefusedWithoutIt) {
                             {kClientCertificateKey, TCIMValue("/c.pem")}};
     for (const auto& [key, value] : texts) {
         ExpectRefused({{kTlsKey, TCIMValue(false)}, {key, value}}, key + " cannot be kept where cimhttp.tls is false");
-        EXPECT_EQ(StatusWith({{kTlsKey, TCIMValue(true)}, {key, value}}), 0U);
-        EXPECT_EQ(StatusWith({{key, value}}), 0U);
+        EXPECT_EQ(StatusWith({{kTlsKey, TCIMValue(true)}, {key, value}}), TVYXStatusCode::eSuccess);
+        EXPECT_EQ(StatusWith({{key, value}}), TVYXStatusCode::eSuccess);
     }
 }
 
@@ -154,7 +155,7 @@ TEST_F(ConnectionOptionsTest, WithTheTlsKeyAPortThatThereIsNotIsAFailure) {
     for (const bool tls : {false, true}) {
         for (const int port : {-1, 0, kPortsInAll, kPortsInAll + kHttpPort}) {
             log_->Forget();
-            EXPECT_EQ(StatusOn(port, {{kTlsKey, TCIMValue(tls)}}), 42U) << port;
+            EXPECT_EQ(StatusOn(port, {{kTlsKey, TCIMValue(tls)}}), TVYXStatusCode::eRemoteConnectionFailed) << port;
             const std::string text = "a port is a number from 1 to 65535, which " + std::to_string(port) + " is not";
             EXPECT_EQ(FailureKind(), Kind::kOther);
             EXPECT_EQ(Failure()->text, text);
@@ -172,7 +173,7 @@ TEST_F(ConnectionOptionsTest, WhereVerificationIsAskedForNothingIsConnectedPlain
     for (const auto& [key, value] : texts) {
         for (const int port : {kHttpPort, kOtherPort, 0}) {
             log_->Forget();
-            EXPECT_EQ(StatusOn(port, {{key, value}}), 42U) << key << port;
+            EXPECT_EQ(StatusOn(port, {{key, value}}), TVYXStatusCode::eRemoteConnectionFailed) << key << port;
             const std::string text = key + " is given for a connection that would not be encrypted";
             EXPECT_EQ(FailureKind(), Kind::kOther);
             EXPECT_EQ(Failure()->text, text);
@@ -244,7 +245,8 @@ TEST_F(ConnectionOptionsTest, AFingerprintAcceptsItsCertificateAloneWhateverThat
 
 TEST_F(ConnectionOptionsTest, ATrustStoreThatIsNotThereIsAFailure) {
     server_.ListenTls(kHttpsPort, Certificate());
-    EXPECT_EQ(StatusOn(kHttpsPort, {{kTrustKey, TCIMValue("/no/such/file.pem")}}), 42U);
+    EXPECT_EQ(StatusOn(kHttpsPort, {{kTrustKey, TCIMValue("/no/such/file.pem")}}),
+              TVYXStatusCode::eRemoteConnectionFailed);
     EXPECT_EQ(FailureKind(), Kind::kTls);
     EXPECT_THAT(Failure()->text, HasSubstr("/no/such/file.pem"));
     EXPECT_FALSE(Failure()->refusal) << "no certificate was at fault";
@@ -270,7 +272,7 @@ TEST_F(ConnectionOptionsTest, AServerThatAsksForACertificateGetsTheClients) {
         });
         return nameSpace->LastFailure() ? nameSpace->LastFailure()->httpStatus : 0;
     };
-    EXPECT_EQ(statusWith({}), 0U);
+    EXPECT_EQ(statusWith({}), TVYXStatusCode::eSuccess);
     EXPECT_EQ(statusWith({{kClientCertificateKey, TCIMValue(client.CertificateFile())},
                           {kClientKeyKey, TCIMValue(client.KeyFile())}}),
               503U);

@@ -129,7 +129,8 @@ TEST_F(DeclarationTest, AFixedQualifierMayBeAddedAgainUnchanged) {
     for (const auto& element : Elements()) {
         const auto first = Add(*element, Declare("Marker", kFixed), "true");
         boost::shared_ptr<ICIMQualifier> second;
-        EXPECT_EQ(StatusOf([&] { second = Add(*element, Declare("Marker", kFixed), "true"); }), 0U);
+        EXPECT_EQ(StatusOf([&] { second = Add(*element, Declare("Marker", kFixed), "true"); }),
+                  TVYXStatusCode::eSuccess);
         EXPECT_EQ(Find(*element, "Marker"), element == disk_ ? second : first) << "a class takes the new one";
     }
 }
@@ -137,7 +138,8 @@ TEST_F(DeclarationTest, AFixedQualifierMayBeAddedAgainUnchanged) {
 TEST_F(DeclarationTest, AFixedQualifierRefusesAnotherValue) {
     for (const auto& element : Elements()) {
         const auto first = Add(*element, Declare("Marker", kFixed), "true");
-        EXPECT_EQ(StatusOf([&] { Add(*element, Declare("Marker", kFixed), "false"); }), 28U);
+        EXPECT_EQ(StatusOf([&] { Add(*element, Declare("Marker", kFixed), "false"); }),
+                  TVYXStatusCode::eQualifierConflict);
         EXPECT_EQ(Find(*element, "Marker"), first);
     }
 }
@@ -158,7 +160,8 @@ TEST_F(DeclarationTest, ARefusedQualifierIsLoggedWithItsElement) {
 TEST_F(DeclarationTest, AFixedQualifierRefusesAnotherFlavor) {
     for (const auto& element : Elements()) {
         const auto first = Add(*element, Declare("Marker", kFixed), "true");
-        EXPECT_EQ(StatusOf([&] { Add(*element, Declare("Marker", kOverridable), "true"); }), 28U);
+        EXPECT_EQ(StatusOf([&] { Add(*element, Declare("Marker", kOverridable), "true"); }),
+                  TVYXStatusCode::eQualifierConflict);
         EXPECT_EQ(Find(*element, "Marker"), first);
     }
 }
@@ -180,20 +183,20 @@ TEST_F(DeclarationTest, AForeignQualifierIsComparedAndNeverKept) {
     for (const auto& element : Elements()) {
         const auto fixed = Add(*element, Declare("Marker", kFixed), "true");
         const auto same = foreign(*element, Declare("marker", kFixed), "true");
-        EXPECT_EQ(StatusOf([&] { element->AddQualifier(same, TCIMContext()); }), 0U);
+        EXPECT_EQ(StatusOf([&] { element->AddQualifier(same, TCIMContext()); }), TVYXStatusCode::eSuccess);
         const auto other = foreign(*element, Declare("Marker", kFixed), "false");
-        EXPECT_EQ(StatusOf([&] { element->AddQualifier(other, TCIMContext()); }), 28U);
+        EXPECT_EQ(StatusOf([&] { element->AddQualifier(other, TCIMContext()); }), TVYXStatusCode::eQualifierConflict);
         EXPECT_EQ(Find(*element, "Marker"), fixed);
 
         const auto overridable = Add(*element, Declare("Units", kOverridable), "Bytes");
         const auto successor = foreign(*element, Declare("Units", kOverridable), "Bits");
-        EXPECT_EQ(StatusOf([&] { element->AddQualifier(successor, TCIMContext()); }), 14U);
+        EXPECT_EQ(StatusOf([&] { element->AddQualifier(successor, TCIMContext()); }), TVYXStatusCode::eTypeMismatch);
         EXPECT_EQ(Find(*element, "Units"), overridable);
 
         const auto added = foreign(*element, Declare("MaxLen", kFixed), "8");
-        EXPECT_EQ(StatusOf([&] { element->AddQualifier(added, TCIMContext()); }), 14U);
+        EXPECT_EQ(StatusOf([&] { element->AddQualifier(added, TCIMContext()); }), TVYXStatusCode::eTypeMismatch);
         EXPECT_FALSE(Find(*element, "MaxLen"));
-        EXPECT_EQ(StatusOf([&] { element->AddQualifier({}, TCIMContext()); }), 14U);
+        EXPECT_EQ(StatusOf([&] { element->AddQualifier({}, TCIMContext()); }), TVYXStatusCode::eTypeMismatch);
     }
 }
 
@@ -213,9 +216,9 @@ TEST_F(DeclarationTest, QualifiersAreEnumeratedByNormalisedNameUntilTheCallbackS
 }
 
 TEST_F(DeclarationTest, AnAbsentQualifierThrowsOnADeclarationAndIsEmptyOnAClass) {
-    EXPECT_EQ(StatusOf([&] { size_->GetQualifier("Units", TCIMContext()); }), 15U);
-    EXPECT_EQ(StatusOf([&] { format_->GetQualifier("Units", TCIMContext()); }), 15U);
-    EXPECT_EQ(StatusOf([&] { quick_->GetQualifier("Units", TCIMContext()); }), 15U);
+    EXPECT_EQ(StatusOf([&] { size_->GetQualifier("Units", TCIMContext()); }), TVYXStatusCode::eNotFound);
+    EXPECT_EQ(StatusOf([&] { format_->GetQualifier("Units", TCIMContext()); }), TVYXStatusCode::eNotFound);
+    EXPECT_EQ(StatusOf([&] { quick_->GetQualifier("Units", TCIMContext()); }), TVYXStatusCode::eNotFound);
     EXPECT_FALSE(disk_->GetQualifier("Units", TCIMContext()));
 }
 
@@ -244,7 +247,7 @@ TEST_F(DeclarationTest, RemoveQualifierTakesOneAwayAndThrowsForAnUnknownOne) {
     const auto units = Add(*size_, Declare("Units", kFixed), "Bytes");
     size_->RemoveQualifier(units);
     EXPECT_FALSE(size_->LookupQualifier("Units"));
-    EXPECT_EQ(StatusOf([&] { size_->RemoveQualifier(units); }), 15U);
+    EXPECT_EQ(StatusOf([&] { size_->RemoveQualifier(units); }), TVYXStatusCode::eNotFound);
     const auto quickUnits = Add(*quick_, Declare("Units", kFixed), "Bytes");
     EXPECT_EQ(quick_->LookupQual("UNITS"), quickUnits);
     quick_->RemoveQualifier(quickUnits);
@@ -355,7 +358,7 @@ TEST_F(DeclarationTest, AMethodDoesNotKeepItsClassAliveNorAParameterItsMethod) {
 }
 
 TEST_F(DeclarationTest, AnAllocatedParameterIsNotAdded) {
-    EXPECT_EQ(StatusOf([&] { format_->GetParameterDecl("Quick", TCIMContext()); }), 15U);
+    EXPECT_EQ(StatusOf([&] { format_->GetParameterDecl("Quick", TCIMContext()); }), TVYXStatusCode::eNotFound);
     quick_->AddToMethod(TCIMContext());
     EXPECT_EQ(format_->GetParameterDecl("QUICK", TCIMContext()), quick_);
 }
@@ -364,7 +367,7 @@ TEST_F(DeclarationTest, ASecondParameterOfANameIsRefused) {
     const auto count = Parameter("Count");
     count->AddToMethod(TCIMContext());
     log_->Forget();
-    EXPECT_EQ(StatusOf([&] { Parameter("count")->AddToMethod(TCIMContext()); }), 16U);
+    EXPECT_EQ(StatusOf([&] { Parameter("count")->AddToMethod(TCIMContext()); }), TVYXStatusCode::eAlreadyExists);
     EXPECT_THAT(log_->Errors(), ElementsAre("Inmem: Attempt to add property count to method Format: already exists"));
     EXPECT_EQ(format_->GetParameterDecl("Count", TCIMContext()), count);
 }
@@ -387,7 +390,7 @@ TEST_F(DeclarationTest, RemoveParameterDeclTakesOneAway) {
     format_->RemoveParameterDecl(Parameter("Slow"));
     EXPECT_EQ(format_->GetParameterDecl("Quick", TCIMContext()), quick_);
     format_->RemoveParameterDecl(Parameter("QUICK"));
-    EXPECT_EQ(StatusOf([&] { format_->GetParameterDecl("Quick", TCIMContext()); }), 15U);
+    EXPECT_EQ(StatusOf([&] { format_->GetParameterDecl("Quick", TCIMContext()); }), TVYXStatusCode::eNotFound);
 }
 
 TEST_F(DeclarationTest, MethodsAndParametersAreComparedByNormalisedName) {

@@ -156,11 +156,12 @@ class FaithfulReadingTest : public PluginTest {
 // --- The choice --------------------------------------------------------------------------------------------------
 
 TEST_F(FaithfulReadingTest, AnUnknownReadingIsRefusedAndSaidSo) {
-    EXPECT_EQ(StatusOf([] { Allocated(TCIMValue("quick")); }), 14U);
+    EXPECT_EQ(StatusOf([] { Allocated(TCIMValue("quick")); }), TVYXStatusCode::eTypeMismatch);
     ASSERT_EQ(log_->Errors().size(), 1U);
     EXPECT_THAT(log_->Errors()[0], HasSubstr("'cimhttp.reading' is 'quick'"));
-    EXPECT_EQ(StatusOf([] { Allocated(TCIMValue(true)); }), 14U);
-    EXPECT_EQ(StatusOf([] { Allocated(TCIMValue(TCIMValue::TCIMType::eCIMString, 0)); }), 14U);
+    EXPECT_EQ(StatusOf([] { Allocated(TCIMValue(true)); }), TVYXStatusCode::eTypeMismatch);
+    EXPECT_EQ(StatusOf([] { Allocated(TCIMValue(TCIMValue::TCIMType::eCIMString, 0)); }),
+              TVYXStatusCode::eTypeMismatch);
 }
 
 TEST_F(FaithfulReadingTest, TheCompatibleReadingCanBeNamed) {
@@ -179,7 +180,8 @@ TEST_F(FaithfulReadingTest, AnotherRemoteNamespaceIsReadWhenItIsNamed) {
     nameSpace->GetClass("TEST_Device", TCIMContext());
     EXPECT_EQ(server_.Calls().at(0).nameSpace, "root/interop");
     context[kNamespaceKey] = TCIMValue("no:name");
-    EXPECT_EQ(StatusOf([&] { TCimHTTPNamespaceProvider::GetInstance()->AllocateNamespace(context, false); }), 14U);
+    EXPECT_EQ(StatusOf([&] { TCimHTTPNamespaceProvider::GetInstance()->AllocateNamespace(context, false); }),
+              TVYXStatusCode::eTypeMismatch);
 }
 
 // --- Null --------------------------------------------------------------------------------------------------------
@@ -367,10 +369,12 @@ TEST_F(FaithfulReadingTest, AHierarchyWithACycleEndsAsAFailure) {
     ServeClass("TEST_B", "TEST_A", "");
     const auto nameSpace = Faithful();
     const auto other = FetchClass(*nameSpace, "TEST_Device");
-    EXPECT_EQ(StatusOf([&] { FetchClass(*nameSpace, "TEST_A")->IsSubclassOf(other, TCIMContext()); }), 42U);
+    EXPECT_EQ(StatusOf([&] { FetchClass(*nameSpace, "TEST_A")->IsSubclassOf(other, TCIMContext()); }),
+              TVYXStatusCode::eRemoteConnectionFailed);
     EXPECT_EQ(nameSpace->LastFailure()->kind, Kind::kMalformed);
     server_.Answer("EnumerateClasses", "", ClassXml("TEST_C", "TEST_D", "") + ClassXml("TEST_D", "TEST_C", ""));
-    EXPECT_EQ(StatusOf([&] { nameSpace->EnumerateRootClasses([](const auto&) { return true; }, TCIMContext()); }), 42U);
+    EXPECT_EQ(StatusOf([&] { nameSpace->EnumerateRootClasses([](const auto&) { return true; }, TCIMContext()); }),
+              TVYXStatusCode::eRemoteConnectionFailed);
 }
 
 TEST_F(FaithfulReadingTest, AHierarchyWithoutEndEndsAsAFailure) {
@@ -379,7 +383,8 @@ TEST_F(FaithfulReadingTest, AHierarchyWithoutEndEndsAsAFailure) {
     }
     const auto nameSpace = Faithful();
     const auto other = FetchClass(*nameSpace, "TEST_Device");
-    EXPECT_EQ(StatusOf([&] { FetchClass(*nameSpace, "TEST_L0")->IsSubclassOf(other, TCIMContext()); }), 42U);
+    EXPECT_EQ(StatusOf([&] { FetchClass(*nameSpace, "TEST_L0")->IsSubclassOf(other, TCIMContext()); }),
+              TVYXStatusCode::eRemoteConnectionFailed);
     EXPECT_LE(CountCalls("GetClass"), 260U);
 }
 
@@ -474,15 +479,16 @@ TEST_F(FaithfulReadingTest, AnEmbeddedClassIsItsMof) {
 
 TEST_F(FaithfulReadingTest, WhatTheServerDoesNotHaveIsNotFound) {
     const auto nameSpace = Faithful();
-    EXPECT_EQ(StatusOf([&] { nameSpace->GetClass("TEST_None", TCIMContext()); }), 15U);
+    EXPECT_EQ(StatusOf([&] { nameSpace->GetClass("TEST_None", TCIMContext()); }), TVYXStatusCode::eNotFound);
     ASSERT_TRUE(nameSpace->LastFailure());
     EXPECT_EQ(nameSpace->LastFailure()->kind, Kind::kCimStatus);
     EXPECT_EQ(nameSpace->LastFailure()->cimStatus, 6U);
     EXPECT_THAT(log_->Errors().back(), HasSubstr("TEST_None"));
     server_.Fail("GetInstance", "", 6, "gone");
-    EXPECT_EQ(StatusOf([&] { nameSpace->GetInstance(PathOf("TEST_Disk", "Name", "x"), TCIMContext()); }), 15U);
+    EXPECT_EQ(StatusOf([&] { nameSpace->GetInstance(PathOf("TEST_Disk", "Name", "x"), TCIMContext()); }),
+              TVYXStatusCode::eNotFound);
     server_.Fail("EnumerateInstances", "TEST_Disk", 5, "no such class");
-    EXPECT_EQ(StatusOf([&] { Instances(*nameSpace, "TEST_Disk"); }), 15U);
+    EXPECT_EQ(StatusOf([&] { Instances(*nameSpace, "TEST_Disk"); }), TVYXStatusCode::eNotFound);
     nameSpace->GetClass("TEST_Disk", TCIMContext());
     EXPECT_FALSE(nameSpace->LastFailure()) << "the newest operation succeeded";
 }
@@ -490,7 +496,7 @@ TEST_F(FaithfulReadingTest, WhatTheServerDoesNotHaveIsNotFound) {
 TEST_F(FaithfulReadingTest, OtherFailuresSayTheirKind) {
     const auto nameSpace = Faithful();
     server_.Fail("EnumerateInstances", "TEST_Disk", 1, "it broke");
-    EXPECT_EQ(StatusOf([&] { Instances(*nameSpace, "TEST_Disk"); }), 42U);
+    EXPECT_EQ(StatusOf([&] { Instances(*nameSpace, "TEST_Disk"); }), TVYXStatusCode::eRemoteConnectionFailed);
     EXPECT_EQ(nameSpace->LastFailure()->kind, Kind::kCimStatus);
     EXPECT_THAT(nameSpace->LastFailure()->text, HasSubstr("it broke"));
 
@@ -506,7 +512,8 @@ TEST_F(FaithfulReadingTest, OtherFailuresSayTheirKind) {
     };
     for (const auto& [answer, kind] : answers) {
         server_.AnswerNextWith(answer);
-        EXPECT_EQ(StatusOf([&] { Instances(*nameSpace, "TEST_Disk"); }), 42U) << answer.substr(0, 30);
+        EXPECT_EQ(StatusOf([&] { Instances(*nameSpace, "TEST_Disk"); }), TVYXStatusCode::eRemoteConnectionFailed)
+            << answer.substr(0, 30);
         ASSERT_TRUE(nameSpace->LastFailure());
         EXPECT_EQ(static_cast<int>(nameSpace->LastFailure()->kind), static_cast<int>(kind)) << answer.substr(0, 30);
     }
@@ -516,16 +523,18 @@ TEST_F(FaithfulReadingTest, TheHttpStatusIsKept) {
     const auto nameSpace = Faithful();
     FetchClass(*nameSpace, "TEST_Disk");
     server_.AnswerNextWith("HTTP/1.1 503 Busy\r\nContent-Length: 0\r\n\r\n");
-    EXPECT_EQ(StatusOf([&] { Instances(*nameSpace, "TEST_Disk"); }), 42U);
+    EXPECT_EQ(StatusOf([&] { Instances(*nameSpace, "TEST_Disk"); }), TVYXStatusCode::eRemoteConnectionFailed);
     EXPECT_EQ(nameSpace->LastFailure()->httpStatus, 503U);
 }
 
 TEST_F(FaithfulReadingTest, AFailedConnectionSaysItsKind) {
     const auto nameSpace = Allocated(TCIMValue(kFaithfulReading));
-    EXPECT_EQ(StatusOf([&] { nameSpace->GetClass("TEST_Disk", TCIMContext()); }), 42U);
+    EXPECT_EQ(StatusOf([&] { nameSpace->GetClass("TEST_Disk", TCIMContext()); }),
+              TVYXStatusCode::eRemoteConnectionFailed);
     EXPECT_EQ(nameSpace->LastFailure()->kind, Kind::kNotConnected);
     server_.Stop();
-    EXPECT_EQ(StatusOf([&] { nameSpace->connect(server_.Address(), "", "", kHttpPort); }), 42U);
+    EXPECT_EQ(StatusOf([&] { nameSpace->connect(server_.Address(), "", "", kHttpPort); }),
+              TVYXStatusCode::eRemoteConnectionFailed);
     EXPECT_EQ(nameSpace->LastFailure()->kind, Kind::kRefused);
 }
 
@@ -533,7 +542,7 @@ TEST_F(FaithfulReadingTest, ATimeOutIsOne) {
     const auto nameSpace = Faithful();
     FetchClass(*nameSpace, "TEST_Disk");
     nameSpace->getPegClient()->setTimeout(0);
-    EXPECT_EQ(StatusOf([&] { Instances(*nameSpace, "TEST_Disk"); }), 42U);
+    EXPECT_EQ(StatusOf([&] { Instances(*nameSpace, "TEST_Disk"); }), TVYXStatusCode::eRemoteConnectionFailed);
     EXPECT_EQ(nameSpace->LastFailure()->kind, Kind::kTimeOut);
 }
 
@@ -636,7 +645,7 @@ TEST_F(FaithfulReadingTest, ANamespaceIsNotLenientUnlessTheHostSaysSo) {
     const auto nameSpace = Faithful();
     server_.Answer("EnumerateInstances", "TEST_Device",
                    DeviceXml("TEST_Disk", "d1", PropertyXml("Size", "uint64", ValueXml("many"))));
-    EXPECT_EQ(StatusOf([&] { Instances(*nameSpace, "TEST_Device"); }), 42U);
+    EXPECT_EQ(StatusOf([&] { Instances(*nameSpace, "TEST_Device"); }), TVYXStatusCode::eRemoteConnectionFailed);
     EXPECT_EQ(nameSpace->LastFailure()->kind, Kind::kMalformed);
     EXPECT_THAT(nameSpace->LastFailure()->text, HasSubstr("not an integer: many, in property Size of TEST_Disk.Name"));
 }
@@ -650,10 +659,10 @@ TEST_F(FaithfulReadingTest, OnlyABooleanMakesANamespaceLenientAndOnlyAFaithfulOn
             TCimHTTPNamespaceProvider::GetInstance()->AllocateNamespace(context, false);
         });
     };
-    EXPECT_EQ(statusWith(TCIMValue("true"), kFaithfulReading), 14U);
-    EXPECT_EQ(statusWith(TCIMValue(true), kCompatibleReading), 14U);
-    EXPECT_EQ(statusWith(TCIMValue(false), kCompatibleReading), 0U);
-    EXPECT_EQ(statusWith(TCIMValue(true), kFaithfulReading), 0U);
+    EXPECT_EQ(statusWith(TCIMValue("true"), kFaithfulReading), TVYXStatusCode::eTypeMismatch);
+    EXPECT_EQ(statusWith(TCIMValue(true), kCompatibleReading), TVYXStatusCode::eTypeMismatch);
+    EXPECT_EQ(statusWith(TCIMValue(false), kCompatibleReading), TVYXStatusCode::eSuccess);
+    EXPECT_EQ(statusWith(TCIMValue(true), kFaithfulReading), TVYXStatusCode::eSuccess);
     EXPECT_EQ(log_->Errors().size(), 2U);
 }
 
@@ -753,7 +762,7 @@ TEST_F(FaithfulReadingTest, AFailedReadingLeavesTheOneBefore) {
     const auto nameSpace = Faithful();
     Instances(*nameSpace, "TEST_Device");
     server_.Fail("EnumerateInstances", "TEST_Device", 1, "it broke");
-    EXPECT_EQ(StatusOf([&] { Instances(*nameSpace, "TEST_Device"); }), 42U);
+    EXPECT_EQ(StatusOf([&] { Instances(*nameSpace, "TEST_Device"); }), TVYXStatusCode::eRemoteConnectionFailed);
     EXPECT_TRUE(nameSpace->GetInstance(PathOf("TEST_Disk", "Name", "d1"), TCIMContext()));
     EXPECT_EQ(CountCalls("GetInstance"), 0U);
 }
@@ -798,7 +807,8 @@ TEST_F(FaithfulReadingTest, GetInstanceKnowsWhatHasGoneSince) {
     server_.Answer("EnumerateInstances", "TEST_Disk", DeviceXml("TEST_Disk", "d1"));
     Instances(*nameSpace, "TEST_Disk");
     server_.Fail("GetInstance", "", 6, "gone");
-    EXPECT_EQ(StatusOf([&] { nameSpace->GetInstance(PathOf("TEST_Disk", "Name", "d2"), TCIMContext()); }), 15U);
+    EXPECT_EQ(StatusOf([&] { nameSpace->GetInstance(PathOf("TEST_Disk", "Name", "d2"), TCIMContext()); }),
+              TVYXStatusCode::eNotFound);
     EXPECT_TRUE(nameSpace->GetInstance(PathOf("TEST_Tape", "Name", "t1"), TCIMContext()));
 }
 
@@ -857,9 +867,15 @@ TEST_F(FaithfulReadingTest, ThePropertyListGoesToTheServer) {
 
 TEST_F(FaithfulReadingTest, APropertyListOfAnotherTypeIsRefused) {
     const auto nameSpace = Faithful();
-    EXPECT_EQ(StatusOf([&] { Instances(*nameSpace, "TEST_Disk", true, {{kPropertiesKey, TCIMValue("Name")}}); }), 14U);
+    EXPECT_EQ(StatusOf([&] {
+                  Instances(*nameSpace, "TEST_Disk", true, {{kPropertiesKey, TCIMValue("Name")}});
+              }),
+              TVYXStatusCode::eTypeMismatch);
     const TCIMValue wrong(ECIMType::eCIMString, 0, {TCIMValue("no name")});
-    EXPECT_EQ(StatusOf([&] { Instances(*nameSpace, "TEST_Disk", true, {{kPropertiesKey, wrong}}); }), 25U);
+    EXPECT_EQ(StatusOf([&] {
+                  Instances(*nameSpace, "TEST_Disk", true, {{kPropertiesKey, wrong}});
+              }),
+              TVYXStatusCode::eInvalidName);
     EXPECT_EQ(CountCalls("EnumerateInstances"), 0U);
 }
 
@@ -947,11 +963,13 @@ TEST_F(FaithfulReadingTest, ACompatibleNamespaceTellsItsFailuresAndIncidents) {
 TEST_F(FaithfulReadingTest, AllocateClassThrowsTheHostsExceptionInBothReadings) {
     for (const auto& nameSpace : {ConnectedNamespace(), Faithful()}) {
         log_->Forget();
-        EXPECT_EQ(StatusOf([&] { nameSpace->AllocateClass("TEST_None", {}, TCIMContext()); }), 15U);
+        EXPECT_EQ(StatusOf([&] { nameSpace->AllocateClass("TEST_None", {}, TCIMContext()); }),
+                  TVYXStatusCode::eNotFound);
         ASSERT_EQ(log_->Errors().size(), 1U);
         EXPECT_THAT(log_->Errors()[0], HasSubstr("TCimHTTPNamespace::AllocateClass TEST_None: "));
         server_.Fail("GetClass", "TEST_Sick", 1, "it broke");
-        EXPECT_EQ(StatusOf([&] { nameSpace->AllocateClass("TEST_Sick", {}, TCIMContext()); }), 42U);
+        EXPECT_EQ(StatusOf([&] { nameSpace->AllocateClass("TEST_Sick", {}, TCIMContext()); }),
+                  TVYXStatusCode::eRemoteConnectionFailed);
         EXPECT_TRUE(nameSpace->AllocateClass("TEST_Disk", {}, TCIMContext()));
     }
 }

@@ -76,20 +76,20 @@ class InterposedTest : public PropertyTest {
 
 TEST_F(InterposedTest, ANamespaceNameThatCannotBeMadeIsLoggedAndRefused) {
     gFailing = kNamespaceName;
-    EXPECT_EQ(Allocate(), 42U);
+    EXPECT_EQ(Allocate(), TVYXStatusCode::eRemoteConnectionFailed);
     EXPECT_THAT(log_->Debug(), ElementsAre("TCimHTTPNamespace:Pegasus NSP Creation Fail: out of names"));
     EXPECT_THAT(log_->Errors(), IsEmpty());
 }
 
 TEST_F(InterposedTest, AClientThatCannotBeMadeIsLoggedAndRefused) {
     gFailing = kClient;
-    EXPECT_EQ(Allocate(), 42U);
+    EXPECT_EQ(Allocate(), TVYXStatusCode::eRemoteConnectionFailed);
     EXPECT_THAT(log_->Debug(), ElementsAre("TCimHTTPNamespace:Pegasus Client Creation Fail: out of names"));
     EXPECT_THAT(log_->Errors(), IsEmpty());
 }
 
 TEST_F(InterposedTest, ANamespaceIsAllocatedWhereNothingFails) {
-    EXPECT_EQ(Allocate(), 0U);
+    EXPECT_EQ(Allocate(), TVYXStatusCode::eSuccess);
     EXPECT_THAT(log_->Debug(), IsEmpty());
 }
 

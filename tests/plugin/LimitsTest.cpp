@@ -161,13 +161,13 @@ TEST_P(LimitsTest, NumbersOfEveryUnsignedTypeAreTakenAndAllElseIsRefused) {
         log_->Forget();
         for (const TCIMValue& value :
              {TCIMValue("20000"), TCIMValue(20000), TCIMValue(true), TCIMValue(0U), TCIMValue()}) {
-            EXPECT_EQ(StatusOf([&] { Allocated({{key, value}}); }), 14U) << key;
+            EXPECT_EQ(StatusOf([&] { Allocated({{key, value}}); }), TVYXStatusCode::eTypeMismatch) << key;
         }
         EXPECT_THAT(log_->Errors(), SizeIs(5));
         EXPECT_THAT(log_->Errors(), Each(HasSubstr(key)));
         log_->Forget();
     }
-    EXPECT_EQ(StatusOf([&] { Allocated({{kTimeoutKey, TCIMValue(1ULL << 32U)}}); }), 14U);
+    EXPECT_EQ(StatusOf([&] { Allocated({{kTimeoutKey, TCIMValue(1ULL << 32U)}}); }), TVYXStatusCode::eTypeMismatch);
     log_->Forget();
 }
 
@@ -254,7 +254,8 @@ TEST_P(LimitsTest, APolicyNeedsNoMoreStackThanAServer) {
     policy.Write(std::string(std::size_t{1} << 20U, '['));
     RunOnStackOf(kStackFactor << 16U, [&] {
         const auto nameSpace = Allocated();
-        EXPECT_EQ(StatusOf([&] { nameSpace->connect(server_.Address(), "", "", kHttpPort); }), 42U);
+        EXPECT_EQ(StatusOf([&] { nameSpace->connect(server_.Address(), "", "", kHttpPort); }),
+                  TVYXStatusCode::eRemoteConnectionFailed);
     });
 }
 

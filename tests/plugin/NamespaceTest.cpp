@@ -102,7 +102,8 @@ TEST_F(NamespaceTest, ConnectWhereNothingListensThrowsAndLogsWhy) {
     for (const int port : {kHttpPort, kHttpsPort}) {
         log_->Forget();
         const auto nameSpace = MakeNamespace();
-        EXPECT_EQ(StatusOf([&] { nameSpace->connect(address, "", "", port); }), 42U);
+        EXPECT_EQ(StatusOf([&] { nameSpace->connect(address, "", "", port); }),
+                  TVYXStatusCode::eRemoteConnectionFailed);
         EXPECT_FALSE(nameSpace->isConnected());
         EXPECT_EQ(nameSpace->getPegClient()->getTimeout(), 65535000U) << "the time-out is raised first";
         EXPECT_THAT(log_->Errors(), IsEmpty());
@@ -116,7 +117,8 @@ TEST_F(NamespaceTest, ConnectOnPort5989WithoutTlsThereThrowsAndLogsWhy) {
     support::ScriptedServer plain([](support::Connection& connection) { connection.Close(); });
     plain.Listen(kHttpsPort);
     const auto nameSpace = MakeNamespace();
-    EXPECT_EQ(StatusOf([&] { nameSpace->connect(plain.Address(), "", "", kHttpsPort); }), 42U);
+    EXPECT_EQ(StatusOf([&] { nameSpace->connect(plain.Address(), "", "", kHttpsPort); }),
+              TVYXStatusCode::eRemoteConnectionFailed);
     EXPECT_FALSE(nameSpace->isConnected());
     EXPECT_THAT(log_->Debug(), ElementsAre(StartsWith("TCimHTTPNamespace::connect failed: ")));
 }
@@ -124,7 +126,7 @@ TEST_F(NamespaceTest, ConnectOnPort5989WithoutTlsThereThrowsAndLogsWhy) {
 TEST_F(NamespaceTest, ConnectToAnUnknownHostThrowsAndLogsWhy) {
     const std::string host = "no-such..host"; // no host can have it, so that no name server is asked for it
     const auto nameSpace = MakeNamespace();
-    EXPECT_EQ(StatusOf([&] { nameSpace->connect(host, "", "", kHttpPort); }), 42U);
+    EXPECT_EQ(StatusOf([&] { nameSpace->connect(host, "", "", kHttpPort); }), TVYXStatusCode::eRemoteConnectionFailed);
     ASSERT_EQ(log_->Debug().size(), 1U);
     EXPECT_THAT(log_->Debug()[0], StartsWith("TCimHTTPNamespace::connect failed: "));
     EXPECT_THAT(log_->Debug()[0], HasSubstr(host));
@@ -132,7 +134,8 @@ TEST_F(NamespaceTest, ConnectToAnUnknownHostThrowsAndLogsWhy) {
 
 TEST_F(NamespaceTest, AFailedConnectLeavesAConnectedNamespaceConnected) {
     const auto nameSpace = ConnectedNamespace();
-    EXPECT_EQ(StatusOf([&] { nameSpace->connect(server_.Address(), "", "", kHttpPort); }), 42U);
+    EXPECT_EQ(StatusOf([&] { nameSpace->connect(server_.Address(), "", "", kHttpPort); }),
+              TVYXStatusCode::eRemoteConnectionFailed);
     EXPECT_TRUE(nameSpace->isConnected());
 }
 
@@ -296,7 +299,7 @@ TEST_F(NamespaceTest, GetQualifierDeclRefusesWhatIsNoNameAndKnowsNoEmptyOne) {
     const auto nameSpace = MakeNamespace();
     EXPECT_FALSE(nameSpace->GetQualifierDecl("", TCIMContext()));
     EXPECT_THAT(log_->Errors(), IsEmpty());
-    EXPECT_EQ(StatusOf([&] { nameSpace->GetQualifierDecl("2nd", TCIMContext()); }), 25U);
+    EXPECT_EQ(StatusOf([&] { nameSpace->GetQualifierDecl("2nd", TCIMContext()); }), TVYXStatusCode::eInvalidName);
     EXPECT_THAT(log_->Errors(), ElementsAre("CimHTTP: CIM name '2nd' is invalid"));
 }
 
@@ -326,7 +329,7 @@ TEST_F(NamespaceTest, ASecondQualifierDeclOfANameIsRefused) {
     const auto nameSpace = MakeNamespace();
     const auto second = nameSpace->AllocateQualifierDecl("PluginName", TCIMValue(""), ICIMQualifierDecl::eScopeNone,
                                                          ICIMQualifierDecl::eFlavorNone, TCIMContext());
-    EXPECT_EQ(StatusOf([&] { second->AddToNamespace(TCIMContext()); }), 16U);
+    EXPECT_EQ(StatusOf([&] { second->AddToNamespace(TCIMContext()); }), TVYXStatusCode::eAlreadyExists);
     EXPECT_THAT(log_->Debug(), ElementsAre("CimHTTP: TCimHTTPNamespace: qualifier PluginName already defined"));
     EXPECT_NE(nameSpace->GetQualifierDecl("PLUGINNAME", TCIMContext()), second);
 }
@@ -344,7 +347,7 @@ TEST_F(NamespaceTest, AQualifierDeclWithAnInvalidNameIsRefused) {
     const auto nameSpace = MakeNamespace();
     const auto declaration = nameSpace->AllocateQualifierDecl("no way", TCIMValue(""), ICIMQualifierDecl::eScopeNone,
                                                               ICIMQualifierDecl::eFlavorNone, TCIMContext());
-    EXPECT_EQ(StatusOf([&] { declaration->AddToNamespace(TCIMContext()); }), 25U);
+    EXPECT_EQ(StatusOf([&] { declaration->AddToNamespace(TCIMContext()); }), TVYXStatusCode::eInvalidName);
 }
 
 TEST_F(NamespaceTest, ACallbackThatReturnsFalseEndsTheEnumerationOfQualifierDecls) {
@@ -385,11 +388,13 @@ TEST_F(NamespaceTest, WritesQueriesAndSubscriptionsAreRefusedSilently) {
     const auto callback = [](const auto&) { return true; };
     std::string query = "select * from TEST_Disk";
     std::string language = "DMTF:CQL";
-    EXPECT_EQ(StatusOf([&] { nameSpace->Subscribe({}, callback, TCIMContext()); }), 1U);
-    EXPECT_EQ(StatusOf([&] { nameSpace->DeleteInstance(reference, TCIMContext()); }), 1U);
-    EXPECT_EQ(StatusOf([&] { nameSpace->ModifyInstance(reference, TCIMContext(), TCIMContext()); }), 1U);
-    EXPECT_EQ(StatusOf([&] { nameSpace->ExecuteQuery(callback, query, language, TCIMContext()); }), 1U);
-    EXPECT_EQ(StatusOf([&] { nameSpace->AddUnderlyingNamespace({}, TCIMContext()); }), 31U);
+    EXPECT_EQ(StatusOf([&] { nameSpace->Subscribe({}, callback, TCIMContext()); }), TVYXStatusCode::eNotSupported);
+    EXPECT_EQ(StatusOf([&] { nameSpace->DeleteInstance(reference, TCIMContext()); }), TVYXStatusCode::eNotSupported);
+    EXPECT_EQ(StatusOf([&] { nameSpace->ModifyInstance(reference, TCIMContext(), TCIMContext()); }),
+              TVYXStatusCode::eNotSupported);
+    EXPECT_EQ(StatusOf([&] { nameSpace->ExecuteQuery(callback, query, language, TCIMContext()); }),
+              TVYXStatusCode::eNotSupported);
+    EXPECT_EQ(StatusOf([&] { nameSpace->AddUnderlyingNamespace({}, TCIMContext()); }), TVYXStatusCode::eReadOnly);
     EXPECT_THAT(log_->Errors(), IsEmpty());
     EXPECT_THAT(log_->Debug(), IsEmpty());
     EXPECT_THAT(server_.Calls(), IsEmpty());

@@ -43,7 +43,8 @@ using NormalNameTest = PluginTest;
 TEST_F(NormalNameTest, OtherCharactersThanAsciiAreLettersWhereTheLocaleSaysSo) {
     const std::string name = "Gr\xd6\xdf"
                              "e_1";
-    EXPECT_EQ(StatusOf([&] { NormalizeName(name); }), 25U) << "they are none in the locale of C";
+    EXPECT_EQ(StatusOf([&] { NormalizeName(name); }), TVYXStatusCode::eInvalidName)
+        << "they are none in the locale of C";
     const Latin1Locale latin1;
     EXPECT_EQ(NormalizeName(name), "gr\xf6\xdf"
                                    "e_1");
@@ -51,7 +52,7 @@ TEST_F(NormalNameTest, OtherCharactersThanAsciiAreLettersWhereTheLocaleSaysSo) {
     EXPECT_EQ(TCimHTTPNamespace::NormalizeName("\xd6l"), "\xf6l");
     for (const std::string noName : {"Gr\xd7\xdf", "\xb2nd", "A\xa0"}) {
         log_->Forget();
-        EXPECT_EQ(StatusOf([&] { NormalizeName(noName); }), 25U) << noName;
+        EXPECT_EQ(StatusOf([&] { NormalizeName(noName); }), TVYXStatusCode::eInvalidName) << noName;
         EXPECT_THAT(log_->Errors(), ElementsAre("CimHTTP: CIM name '" + noName + "' is invalid"));
     }
 }
@@ -61,11 +62,15 @@ TEST_F(NormalNameTest, EveryAsciiCharacterIsWhatCsLocaleSaysOfIt) {
         const char letter = static_cast<char>(code);
         const bool begins = std::isalpha(code) != 0 || letter == '_';
         const bool follows = begins || std::isdigit(code) != 0;
-        EXPECT_EQ(StatusOf([&] { NormalizeName(std::string(1, letter)); }), begins ? 0U : 25U) << code;
-        EXPECT_EQ(StatusOf([&] { NormalizeName(std::string("a") + letter); }), follows ? 0U : 25U) << code;
+        EXPECT_EQ(StatusOf([&] { NormalizeName(std::string(1, letter)); }),
+                  begins ? TVYXStatusCode::eSuccess : TVYXStatusCode::eInvalidName)
+            << code;
+        EXPECT_EQ(StatusOf([&] { NormalizeName(std::string("a") + letter); }),
+                  follows ? TVYXStatusCode::eSuccess : TVYXStatusCode::eInvalidName)
+            << code;
         if (begins) {
             EXPECT_EQ(NormalizeName(std::string(1, letter)), std::string(1, static_cast<char>(std::tolower(code))));
         }
     }
-    EXPECT_EQ(StatusOf([] { NormalizeName(std::string("a\0b", 3)); }), 25U);
+    EXPECT_EQ(StatusOf([] { NormalizeName(std::string("a\0b", 3)); }), TVYXStatusCode::eInvalidName);
 }

@@ -52,7 +52,7 @@ class PolicyTest : public TlsTest {
 
     void ExpectRefused(int port, const TCIMContext& options, const std::string& text) {
         log_->Forget();
-        EXPECT_EQ(StatusOn(port, options), 42U) << text;
+        EXPECT_EQ(StatusOn(port, options), TVYXStatusCode::eRemoteConnectionFailed) << text;
         EXPECT_EQ(FailureKind(), Kind::kPolicy);
         EXPECT_THAT(Failure()->text, HasSubstr(text));
         EXPECT_THAT(log_->Errors(), ElementsAre("TCimHTTPNamespace::connect failed: " + Failure()->text));
@@ -82,7 +82,7 @@ TEST_F(PolicyTest, OneThatDoesNotMatchChangesNothing) {
     policy_.Write(Policy(Entry("*.storage.example", R"("tls": false, "namespace": "other", "timeout": 1)")));
     EXPECT_TRUE(IsRead(kHttpPort));
     EXPECT_TRUE(IsRead(kHttpsPort));
-    EXPECT_EQ(StatusOn(kOtherPort), 0U);
+    EXPECT_EQ(StatusOn(kOtherPort), TVYXStatusCode::eSuccess);
     const auto nameSpace = Allocated();
     nameSpace->connect(server_.Address(), "", "", kHttpPort);
     EXPECT_EQ(nameSpace->getPegClient()->getTimeout(), 65535000U);
@@ -100,7 +100,9 @@ TEST_F(PolicyTest, NoSpellingOfAServerEvadesIt) {
           std::string("LocalHost."), std::string("[localhost]"), std::string("127.0.0.1\0x", 11),
           std::string("127.0.0.1 x"), std::string("localh\\111st")}) {
         const auto nameSpace = Allocated();
-        EXPECT_EQ(StatusOf([&] { nameSpace->connect(host, "", "", kHttpPort); }), 42U) << host;
+        EXPECT_EQ(StatusOf([&] { nameSpace->connect(host, "", "", kHttpPort); }),
+                  TVYXStatusCode::eRemoteConnectionFailed)
+            << host;
         ASSERT_TRUE(nameSpace->LastFailure());
         EXPECT_EQ(nameSpace->LastFailure()->kind, Kind::kPolicy) << host;
     }
@@ -168,7 +170,8 @@ TEST_F(PolicyTest, AConnectionThatFailsLeavesTheOptionsOfTheOneBefore) {
     const auto nameSpace = Allocated({{kTimeoutKey, TCIMValue(60000U)}});
     nameSpace->connect(server_.Address(), "", "", kHttpPort);
     Force(R"("timeout": 1000, "limit.objects": 5, "namespace": "forced")");
-    EXPECT_EQ(StatusOf([&] { nameSpace->connect(server_.Address(), "", "", kHttpPort); }), 42U);
+    EXPECT_EQ(StatusOf([&] { nameSpace->connect(server_.Address(), "", "", kHttpPort); }),
+              TVYXStatusCode::eRemoteConnectionFailed);
     EXPECT_TRUE(nameSpace->isConnected());
     EXPECT_EQ(nameSpace->getPegClient()->getTimeout(), 60000U);
     EXPECT_EQ(nameSpace->getPegClient()->getLimits().answerObjects, 10000000U);
@@ -185,7 +188,8 @@ TEST_F(PolicyTest, EachConnectionReadsItAnew) {
         nameSpace->disconnect();
     }
     policy_.Write("{");
-    EXPECT_EQ(StatusOf([&] { nameSpace->connect(server_.Address(), "", "", kHttpPort); }), 42U);
+    EXPECT_EQ(StatusOf([&] { nameSpace->connect(server_.Address(), "", "", kHttpPort); }),
+              TVYXStatusCode::eRemoteConnectionFailed);
 }
 
 // --- Encryption --------------------------------------------------------------------------------------------------
@@ -200,7 +204,7 @@ TEST_F(PolicyTest, ForcedEncryptionCountsOnEveryPort) {
     EXPECT_TRUE(IsRead(kHttpPort)) << "a host that says nothing";
     EXPECT_TRUE(IsRead(kHttpPort, {{kTlsKey, TCIMValue(false)}}));
     EXPECT_TRUE(IsRead(kOtherPort));
-    EXPECT_EQ(StatusOn(0), 42U) << "there is no such port";
+    EXPECT_EQ(StatusOn(0), TVYXStatusCode::eRemoteConnectionFailed) << "there is no such port";
     EXPECT_EQ(FailureKind(), Kind::kOther);
     Default(R"("tls": true)");
     EXPECT_TRUE(IsRead(kHttpPort));
@@ -225,13 +229,13 @@ TEST_F(PolicyTest, DefaultVerificationCountsWhereTheConnectionIsEncrypted) {
     server_.ListenTls(kHttpsPort, Certificate());
     Default(Text("trust", other.CaFile()));
     EXPECT_TRUE(IsRead(kHttpPort));
-    EXPECT_EQ(StatusOn(kOtherPort), 0U);
-    EXPECT_EQ(StatusOn(kHttpsPort), 42U);
+    EXPECT_EQ(StatusOn(kOtherPort), TVYXStatusCode::eSuccess);
+    EXPECT_EQ(StatusOn(kHttpsPort), TVYXStatusCode::eRemoteConnectionFailed);
     EXPECT_EQ(FailureKind(), Kind::kTls);
     EXPECT_TRUE(IsRead(kHttpsPort, {{kTrustKey, TCIMValue(Certificate().CaFile())}}));
     Default(Text("client.certificate", "/no/such/file"));
     EXPECT_TRUE(IsRead(kHttpPort));
-    EXPECT_EQ(StatusOn(kHttpsPort), 42U);
+    EXPECT_EQ(StatusOn(kHttpsPort), TVYXStatusCode::eRemoteConnectionFailed);
 }
 
 TEST_F(PolicyTest, EncryptionThatAPolicyTakesAwayIsNoWayAroundVerification) {
@@ -248,15 +252,18 @@ TEST_F(PolicyTest, ForcedVerificationTakesThePlaceOfTheHostsOwn) {
     const std::string fingerprint = FingerprintOf(Certificate().CertificateFile());
     server_.ListenTls(kHttpsPort, Certificate());
     Force(Text("trust", other.CaFile()));
-    EXPECT_EQ(StatusOn(kHttpsPort, {{kFingerprintKey, TCIMValue(fingerprint)}}), 42U);
+    EXPECT_EQ(StatusOn(kHttpsPort, {{kFingerprintKey, TCIMValue(fingerprint)}}),
+              TVYXStatusCode::eRemoteConnectionFailed);
     Force(Text("trust", Certificate().CaFile()));
-    EXPECT_EQ(StatusOn(kHttpsPort, {{kFingerprintKey, TCIMValue(kDigits)}}), 0U);
+    EXPECT_EQ(StatusOn(kHttpsPort, {{kFingerprintKey, TCIMValue(kDigits)}}), TVYXStatusCode::eSuccess);
     Force(Text("fingerprint", kDigits));
-    EXPECT_EQ(StatusOn(kHttpsPort, {{kTrustKey, TCIMValue(Certificate().CaFile())}}), 42U);
+    EXPECT_EQ(StatusOn(kHttpsPort, {{kTrustKey, TCIMValue(Certificate().CaFile())}}),
+              TVYXStatusCode::eRemoteConnectionFailed);
     Force(Text("fingerprint", fingerprint));
-    EXPECT_EQ(StatusOn(kHttpsPort, {{kTrustKey, TCIMValue(other.CaFile())}}), 0U);
+    EXPECT_EQ(StatusOn(kHttpsPort, {{kTrustKey, TCIMValue(other.CaFile())}}), TVYXStatusCode::eSuccess);
     Default(Text("fingerprint", kDigits));
-    EXPECT_EQ(StatusOn(kHttpsPort, {{kTrustKey, TCIMValue(Certificate().CaFile())}}), 0U) << "the host has decided";
+    EXPECT_EQ(StatusOn(kHttpsPort, {{kTrustKey, TCIMValue(Certificate().CaFile())}}), TVYXStatusCode::eSuccess)
+        << "the host has decided";
 }
 
 TEST_F(PolicyTest, AForcedCertificateComesWithItsOwnKeyAlone) {
@@ -289,7 +296,8 @@ TEST_F(PolicyTest, NoPasswordIsLogged) {
     server_.ListenTls(kHttpsPort, Certificate());
     Force(Text("fingerprint", kDigits));
     const auto nameSpace = Allocated();
-    EXPECT_EQ(StatusOf([&] { nameSpace->connect(server_.Address(), "reader", "s3cret", kHttpsPort); }), 42U);
+    EXPECT_EQ(StatusOf([&] { nameSpace->connect(server_.Address(), "reader", "s3cret", kHttpsPort); }),
+              TVYXStatusCode::eRemoteConnectionFailed);
     EXPECT_THAT(log_->Infos(), testing::SizeIs(1));
     for (const auto& lines : {log_->Infos(), log_->Errors(), log_->Debug()}) {
         EXPECT_THAT(lines, testing::Each(Not(HasSubstr("s3cret"))));

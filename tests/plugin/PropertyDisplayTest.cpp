@@ -500,7 +500,7 @@ TEST_F(PropertyDisplayTest, TextsAreTheSameInAGermanLocale) {
     EXPECT_EQ(TextOf(Uint64(kMax64), Units("PetaBytes")), "18446744073709551616 Petabytes");
     EXPECT_EQ(TextOf(Uint32(123456), {}), "123456");
     EXPECT_EQ(TextOf(Uint32(123456), Units("MilliSeconds")), "00:02:03.456000");
-    EXPECT_EQ(StatusOf([&] { TCimHTTPProperty(Declare(Uint16(0)), Uint32(1)); }), 14U);
+    EXPECT_EQ(StatusOf([&] { TCimHTTPProperty(Declare(Uint16(0)), Uint32(1)); }), TVYXStatusCode::eTypeMismatch);
     EXPECT_THAT(log_->Errors(), testing::ElementsAre("Inmem: SetValue: decl is type uint16 but value is type uint32"));
 }
 

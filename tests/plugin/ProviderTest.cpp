@@ -83,7 +83,8 @@ TEST_F(ProviderTest, IsOfTheRemoteKindWithoutIndications) {
 
 TEST_F(ProviderTest, AllocateNamespaceWithoutThePluginNameThrowsAndSaysSo) {
     const auto provider = TCimHTTPNamespaceProvider::GetInstance();
-    EXPECT_EQ(StatusOf([&] { provider->AllocateNamespace(TCIMContext(), false); }), 32U);
+    EXPECT_EQ(StatusOf([&] { provider->AllocateNamespace(TCIMContext(), false); }),
+              TVYXStatusCode::eContextValueMissing);
     EXPECT_THAT(log_->Errors(),
                 testing::ElementsAre("TCIMHTTPNamespace: 'pluginNameQualDeclValue' not passed via context"));
 }

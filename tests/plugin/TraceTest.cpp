@@ -91,7 +91,8 @@ TEST_F(TraceTest, TheFileHasNoCredentials) {
 }
 
 TEST_F(TraceTest, TheFileTellsWhyThereIsNoConnection) {
-    EXPECT_EQ(StatusOn(kOtherPort, {{kTraceKey, TCIMValue(path_)}, {kTlsKey, TCIMValue(false)}}), 42U);
+    EXPECT_EQ(StatusOn(kOtherPort, {{kTraceKey, TCIMValue(path_)}, {kTlsKey, TCIMValue(false)}}),
+              TVYXStatusCode::eRemoteConnectionFailed);
     EXPECT_THAT(Titles(), StartsWith("connecting to " + server_.Address() + "\nfailed after "));
     EXPECT_THAT(Trace(), HasSubstr(Failure()->text));
 }
@@ -106,7 +107,7 @@ TEST_F(TraceTest, TheFileTellsHowMuchCameOfAnAnswerThatFailed) {
 
 TEST_F(TraceTest, AFileThatCannotBeWrittenEndsTheOperation) {
     for (const std::string& path : {folder_.Path().string(), std::string("/dev/full")}) {
-        EXPECT_EQ(StatusOn(kHttpPort, {{kTraceKey, TCIMValue(path)}}), 42U);
+        EXPECT_EQ(StatusOn(kHttpPort, {{kTraceKey, TCIMValue(path)}}), TVYXStatusCode::eRemoteConnectionFailed);
         EXPECT_EQ(FailureKind(), Kind::kOther);
         EXPECT_THAT(Failure()->text, StartsWith("the trace file " + path + " cannot be written: "));
     }

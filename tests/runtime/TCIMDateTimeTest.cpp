@@ -33,7 +33,7 @@ INSTANTIATE_TEST_SUITE_P(TCIMDateTime, WellFormed,
 
 class Malformed : public testing::TestWithParam<std::string> {};
 
-TEST_P(Malformed, IsRefused) { EXPECT_STATUS(14, TCIMDateTime(GetParam())); }
+TEST_P(Malformed, IsRefused) { EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, TCIMDateTime(GetParam())); }
 
 INSTANTIATE_TEST_SUITE_P(
     TCIMDateTime, Malformed,
@@ -59,11 +59,11 @@ TEST(TCIMDateTime, BecomesAnInterval) {
 TEST(TCIMDateTime, StaysAsItWasWhenAFieldDoesNotFit) {
     TCIMDateTime interval;
     interval.Set(1, 2, 3, 4, 5);
-    EXPECT_STATUS(14, interval.Set(100000000, 0, 0, 0, 0));
-    EXPECT_STATUS(14, interval.Set(0, 24, 0, 0, 0));
-    EXPECT_STATUS(14, interval.Set(0, 0, 60, 0, 0));
-    EXPECT_STATUS(14, interval.Set(0, 0, 0, 60, 0));
-    EXPECT_STATUS(14, interval.Set(0, 0, 0, 0, 1000000));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, interval.Set(100000000, 0, 0, 0, 0));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, interval.Set(0, 24, 0, 0, 0));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, interval.Set(0, 0, 60, 0, 0));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, interval.Set(0, 0, 0, 60, 0));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, interval.Set(0, 0, 0, 0, 1000000));
     EXPECT_EQ(interval.ToString(), "00000001020304.000005:000");
 }
 

@@ -128,7 +128,7 @@ TEST(TCIMChar16, TakesTheCodeAsDigits) {
     EXPECT_EQ(TCIMChar16("0").GetCode(), 0);
     EXPECT_EQ(TCIMChar16("65535").GetCode(), 65535);
     for (const char* const malformed : {"", "A", "65 ", " 65", "+65", "-1", "0x41", "65536", "99999999999999999999"}) {
-        EXPECT_STATUS(14, TCIMChar16(malformed));
+        EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, TCIMChar16(malformed));
     }
 }
 
@@ -145,8 +145,9 @@ TEST(TCIMChar16, IsWrittenAsUtf8) {
 }
 
 TEST(TVYXException, HasTheTextOfItsStatus) {
-    EXPECT_EQ(TVYXException(15).GetStatusCode().GetCode(), 15U);
-    EXPECT_STREQ(TVYXException(15).what(), TVYXStatusCode(15).TranslateStatusCode());
+    EXPECT_EQ(TVYXException(TVYXStatusCode::eNotFound).GetStatusCode().GetCode(), TVYXStatusCode::eNotFound);
+    EXPECT_STREQ(TVYXException(TVYXStatusCode::eNotFound).what(),
+                 TVYXStatusCode(TVYXStatusCode::eNotFound).TranslateStatusCode());
 }
 
 TEST(TVYXStatusCode, HasASentenceOfItsOwnForEveryCode) {

@@ -114,8 +114,8 @@ TEST(TCIMValue, GivesTheElementsOfAnArrayInPlace) {
 }
 
 TEST(TCIMValue, GivesElementsOfArraysOnly) {
-    EXPECT_STATUS(14, As<std::vector<TCIMValue>&>(TCIMValue(1)));
-    EXPECT_STATUS(14, As<std::vector<TCIMValue>&>(TCIMValue(TType::eCIMUint8Array, 0)));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, As<std::vector<TCIMValue>&>(TCIMValue(1)));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, As<std::vector<TCIMValue>&>(TCIMValue(TType::eCIMUint8Array, 0)));
 }
 
 TEST(TCIMValue, IsIndependentOfItsCopies) {
@@ -147,15 +147,16 @@ TEST(TCIMValue, ConvertsIntegersThatFit) {
 }
 
 TEST(TCIMValue, RefusesIntegersThatDoNotFit) {
-    EXPECT_STATUS(14, As<unsigned char>(TCIMValue(256)));
-    EXPECT_STATUS(14, As<signed char>(TCIMValue(128)));
-    EXPECT_STATUS(14, As<signed char>(TCIMValue(-129)));
-    EXPECT_STATUS(14, As<unsigned short>(TCIMValue(-1)));
-    EXPECT_STATUS(14, As<int>(TCIMValue(2147483648U)));
-    EXPECT_STATUS(14, As<unsigned int>(TCIMValue(-1LL)));
-    EXPECT_STATUS(14, As<unsigned long long>(TCIMValue(static_cast<signed char>(-1))));
-    EXPECT_STATUS(14, As<unsigned long long>(TCIMValue(std::numeric_limits<long long>::min())));
-    EXPECT_STATUS(14, As<long long>(TCIMValue(9223372036854775808ULL)));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, As<unsigned char>(TCIMValue(256)));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, As<signed char>(TCIMValue(128)));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, As<signed char>(TCIMValue(-129)));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, As<unsigned short>(TCIMValue(-1)));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, As<int>(TCIMValue(2147483648U)));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, As<unsigned int>(TCIMValue(-1LL)));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, As<unsigned long long>(TCIMValue(static_cast<signed char>(-1))));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch,
+                  As<unsigned long long>(TCIMValue(std::numeric_limits<long long>::min())));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, As<long long>(TCIMValue(9223372036854775808ULL)));
 }
 
 TEST(TCIMValue, ConvertsWholeRealsToIntegersWithinTheirRange) {
@@ -165,15 +166,15 @@ TEST(TCIMValue, ConvertsWholeRealsToIntegersWithinTheirRange) {
     EXPECT_EQ(As<long long>(TCIMValue(-kTwoTo63)), std::numeric_limits<long long>::min());
     EXPECT_EQ(As<unsigned long long>(TCIMValue(kTwoTo63)), 9223372036854775808ULL);
 
-    EXPECT_STATUS(14, As<int>(TCIMValue(1.5)));
-    EXPECT_STATUS(14, As<unsigned char>(TCIMValue(256.0)));
-    EXPECT_STATUS(14, As<unsigned long long>(TCIMValue(-1.0)));
-    EXPECT_STATUS(14, As<long long>(TCIMValue(kTwoTo63)));
-    EXPECT_STATUS(14, As<long long>(TCIMValue(std::nextafter(-kTwoTo63, -kInf))));
-    EXPECT_STATUS(14, As<unsigned long long>(TCIMValue(kTwoTo64)));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, As<int>(TCIMValue(1.5)));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, As<unsigned char>(TCIMValue(256.0)));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, As<unsigned long long>(TCIMValue(-1.0)));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, As<long long>(TCIMValue(kTwoTo63)));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, As<long long>(TCIMValue(std::nextafter(-kTwoTo63, -kInf))));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, As<unsigned long long>(TCIMValue(kTwoTo64)));
     for (const double noNumber : {kNan, kInf, -kInf}) {
-        EXPECT_STATUS(14, As<int>(TCIMValue(noNumber)));
-        EXPECT_STATUS(14, As<unsigned long long>(TCIMValue(noNumber)));
+        EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, As<int>(TCIMValue(noNumber)));
+        EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, As<unsigned long long>(TCIMValue(noNumber)));
     }
 }
 
@@ -186,10 +187,10 @@ TEST(TCIMValue, ConvertsIntegersToRealsThatHoldThemExactly) {
     EXPECT_EQ(As<float>(TCIMValue(static_cast<signed char>(-128))), -128.0F);
     EXPECT_EQ(As<float>(TCIMValue(std::numeric_limits<int>::min())), -2147483648.0F);
 
-    EXPECT_STATUS(14, As<float>(TCIMValue(16777217)));
-    EXPECT_STATUS(14, As<float>(TCIMValue(-16777217)));
-    EXPECT_STATUS(14, As<double>(TCIMValue(9007199254740993LL)));
-    EXPECT_STATUS(14, As<double>(TCIMValue(std::numeric_limits<unsigned long long>::max())));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, As<float>(TCIMValue(16777217)));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, As<float>(TCIMValue(-16777217)));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, As<double>(TCIMValue(9007199254740993LL)));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, As<double>(TCIMValue(std::numeric_limits<unsigned long long>::max())));
 }
 
 TEST(TCIMValue, ConvertsBetweenRealsWithoutLoss) {
@@ -199,23 +200,23 @@ TEST(TCIMValue, ConvertsBetweenRealsWithoutLoss) {
     EXPECT_TRUE(std::isnan(As<double>(TCIMValue(kNanF))));
     EXPECT_EQ(As<float>(TCIMValue(-kInf)), -std::numeric_limits<float>::infinity());
 
-    EXPECT_STATUS(14, As<float>(TCIMValue(0.1)));
-    EXPECT_STATUS(14, As<float>(TCIMValue(1e300)));
-    EXPECT_STATUS(14, As<float>(TCIMValue(1e-300)));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, As<float>(TCIMValue(0.1)));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, As<float>(TCIMValue(1e300)));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, As<float>(TCIMValue(1e-300)));
 }
 
 TEST(TCIMValue, ConvertsToBoolOnlyFromBoolean) {
     EXPECT_TRUE(As<bool>(TCIMValue(true)));
     EXPECT_FALSE(As<bool>(TCIMValue(false)));
-    EXPECT_STATUS(14, As<bool>(TCIMValue(1)));
-    EXPECT_STATUS(14, As<bool>(TCIMValue("true")));
-    EXPECT_STATUS(14, As<int>(TCIMValue(true)));
-    EXPECT_STATUS(14, As<double>(TCIMValue(true)));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, As<bool>(TCIMValue(1)));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, As<bool>(TCIMValue("true")));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, As<int>(TCIMValue(true)));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, As<double>(TCIMValue(true)));
 }
 
 TEST(TCIMValue, ConvertsNoTextToNumbers) {
-    EXPECT_STATUS(14, As<int>(TCIMValue("1")));
-    EXPECT_STATUS(14, As<unsigned short>(TCIMValue(TCIMChar16("65"))));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, As<int>(TCIMValue("1")));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, As<unsigned short>(TCIMValue(TCIMChar16("65"))));
 }
 
 TEST(TCIMValue, ConvertsEveryContentToString) {
@@ -226,19 +227,19 @@ TEST(TCIMValue, ConvertsEveryContentToString) {
 
 TEST(TCIMValue, ConvertsNullToNothing) {
     const TCIMValue null(TType::eCIMUint8, 0);
-    EXPECT_STATUS(14, As<unsigned char>(null));
-    EXPECT_STATUS(14, As<std::string>(TCIMValue(TType::eCIMString, 0)));
-    EXPECT_STATUS(14, As<bool>(TCIMValue(TType::eCIMBoolean, 0)));
-    EXPECT_STATUS(14, As<double>(TCIMValue()));
-    EXPECT_STATUS(14, TCIMValue(TType::eCIMDateTime, 0).GetDateTime());
-    EXPECT_STATUS(14, TCIMValue(TType::eCIMReference, 0).GetReference());
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, As<unsigned char>(null));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, As<std::string>(TCIMValue(TType::eCIMString, 0)));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, As<bool>(TCIMValue(TType::eCIMBoolean, 0)));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, As<double>(TCIMValue()));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, TCIMValue(TType::eCIMDateTime, 0).GetDateTime());
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, TCIMValue(TType::eCIMReference, 0).GetReference());
 }
 
 TEST(TCIMValue, GivesTheDateTimeAndTheReferenceThatItHolds) {
     EXPECT_EQ(TCIMValue(TCIMDateTime()).GetDateTime(), TCIMDateTime());
     EXPECT_EQ(MakeReferenceValue("A", {}).GetReference().GetClassName(), "A");
-    EXPECT_STATUS(14, TCIMValue("20261121083900.000000+060").GetDateTime());
-    EXPECT_STATUS(14, TCIMValue("A").GetReference());
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, TCIMValue("20261121083900.000000+060").GetDateTime());
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, TCIMValue("A").GetReference());
 }
 
 TEST(TCIMValue, KnowsAReferenceAndItsClass) {

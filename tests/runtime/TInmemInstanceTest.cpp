@@ -118,16 +118,16 @@ TEST_F(TInmemInstanceTest, FollowsAChangedDefault) {
 
 TEST_F(TInmemInstanceTest, RefusesAPropertyThatItsClassDoesNotDeclare) {
     const auto disk = disk_->Add({});
-    EXPECT_STATUS(15, disk->GetProperty("Speed", {}));
-    EXPECT_STATUS(15, disk->SetPropertyValue("Speed", 1, {}));
+    EXPECT_STATUS(TVYXStatusCode::eNotFound, disk->GetProperty("Speed", {}));
+    EXPECT_STATUS(TVYXStatusCode::eNotFound, disk->SetPropertyValue("Speed", 1, {}));
     EXPECT_THAT(log_->Lines(), ElementsAre("error TInmemInstance: class Test_Disk declares no property Speed",
                                            "error TInmemInstance: class Test_Disk declares no property Speed"));
 }
 
 TEST_F(TInmemInstanceTest, RefusesAValueOfAnotherTypeAndKeepsTheOldOne) {
     const auto disk = disk_->Add({{"Size", 7ULL}});
-    EXPECT_STATUS(14, disk->SetPropertyValue("Size", 8U, {}));
-    EXPECT_STATUS(14, disk->SetPropertyValue("Labels", "text", {}));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, disk->SetPropertyValue("Size", 8U, {}));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, disk->SetPropertyValue("Labels", "text", {}));
     EXPECT_EQ(TextOf(*disk, "Size"), "7");
     EXPECT_THAT(
         log_->Lines(),
@@ -146,7 +146,7 @@ TEST_F(TInmemInstanceTest, AcceptsANullOfAnyTypeAsItsOwnValue) {
 }
 
 TEST_F(TInmemInstanceTest, KnowsOneLayoutOnly) {
-    EXPECT_STATUS(14, boost::make_shared<TTestInstance>(disk_, 2));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, boost::make_shared<TTestInstance>(disk_, 2));
     EXPECT_THAT(log_->Lines(), ElementsAre("error TInmemInstance: there is no layout 2"));
 }
 
@@ -250,10 +250,10 @@ TEST_F(TInmemInstanceTest, StaysAsItWasWhenTheValuesOfAnotherDoNotFit) {
     const std::string before = disk->GetReference({}).GetPath();
 
     const auto badType = wide->Add({{"Bus", static_cast<unsigned short>(9)}, {"Size", "large"}});
-    EXPECT_STATUS(14, disk->ModifyInstance(badType, {}));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, disk->ModifyInstance(badType, {}));
     wide->Declare("Zone", 1);
     const auto badName = wide->Add({{"Bus", static_cast<unsigned short>(9)}, {"Zone", 2}});
-    EXPECT_STATUS(15, disk->ModifyInstance(badName, {}));
+    EXPECT_STATUS(TVYXStatusCode::eNotFound, disk->ModifyInstance(badName, {}));
 
     EXPECT_EQ(disk->GetReference({}).GetPath(), before);
     EXPECT_EQ(TextOf(*disk, "Size"), "1");
@@ -300,11 +300,11 @@ TEST_F(TInmemInstanceTest, ValidatesItsValuesAgainstTheClassAsItIsNow) {
     const auto disk = disk_->Add({{"Size", 1ULL}});
     disk->Validate({});
     disk_->GetPropertyDecl("Size", {})->SetDefaultValue("now a text", {});
-    EXPECT_STATUS(14, disk->Validate({}));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, disk->Validate({}));
     disk_->Undeclare("Size");
-    EXPECT_STATUS(15, disk->Validate({}));
+    EXPECT_STATUS(TVYXStatusCode::eNotFound, disk->Validate({}));
     disk_->Declare("Size", 0ULL);
-    EXPECT_STATUS(15, disk->Validate({}));
+    EXPECT_STATUS(TVYXStatusCode::eNotFound, disk->Validate({}));
 }
 
 TEST_F(TInmemInstanceTest, DoesNotKeepItsClassAlive) {
@@ -336,7 +336,7 @@ TEST_F(TInmemPropertyTest, ReadsAndWritesTheInstance) {
     EXPECT_EQ(size->GetValue({}), TCIMValue(2ULL));
     size->SetValue(3ULL, {});
     EXPECT_EQ(TextOf(*disk, "Size"), "3");
-    EXPECT_STATUS(14, size->SetValue("text", {}));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, size->SetValue("text", {}));
     EXPECT_EQ(TextOf(*disk, "Size"), "3");
 }
 
@@ -415,7 +415,7 @@ TEST_F(TInmemPropertyTest, HasAPreviousValueOfItsOwn) {
     EXPECT_TRUE(size->IsPrevValueDifferent());
     EXPECT_EQ(size->PrevValueToString(), "1");
     EXPECT_EQ(size->ToString(), "2");
-    EXPECT_STATUS(14, size->SetPrevValue("text"));
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, size->SetPrevValue("text"));
     EXPECT_EQ(size->PrevValueToString(), "1");
     EXPECT_FALSE(disk->GetProperty("Size", {})->IsPrevValueDifferent());
 

@@ -19,10 +19,10 @@
 #include <vector>
 
 // A small object model of the host, enough to keep instances in: a namespace, classes with declarations, keys,
-// instances and association classes. Whatever the instances of the runtime do not use throws status 1.
+// instances and association classes. Whatever the instances of the runtime do not use throws eNotSupported.
 namespace NQORVYX20::testingModel {
 
-[[noreturn]] inline void NotSupported() { throw TVYXException(1); }
+[[noreturn]] inline void NotSupported() { throw TVYXException(TVYXStatusCode::eNotSupported); }
 
 inline std::string Lower(std::string name) {
     std::transform(name.begin(), name.end(), name.begin(),
@@ -253,11 +253,11 @@ class TTestNamespace : public ICIMNamespace, public boost::enable_shared_from_th
                    const boost::function<bool(boost::shared_ptr<ICIMInstance>)>&, TCIMContext) override {
         NotSupported();
     }
-    /// Unlike a class lookup, throws status 15 when the class of the reference is unknown.
+    /// Unlike a class lookup, throws eNotFound when the class of the reference is unknown.
     boost::shared_ptr<ICIMInstance> GetInstance(const TCIMReference& reference, TCIMContext context) const override {
         const auto found = classes_.find(Lower(reference.GetClassName()));
         if (found == classes_.end()) {
-            throw TVYXException(15);
+            throw TVYXException(TVYXStatusCode::eNotFound);
         }
         for (const auto& instance : found->second->Instances()) {
             if (instance->BuildPath(context) == reference) {

@@ -1,6 +1,7 @@
-#include "reading/SentClasses.h"
+#include "reading/InferredClasses.h"
 
 #include "convert/HostValues.h"
+#include "convert/LetterCase.h"
 #include "convert/NormalName.h"
 #include "convert/RemoteText.h"
 #include "host/ICIMPropertyDecl.h"
@@ -8,13 +9,11 @@
 #include "host/TVYXException.h"
 #include "model/TCimHTTPClass.h"
 #include "model/TCimHTTPQualifierDecl.h"
-#include "provider/TCimHTTPNamespace.h"
+#include "reading/RemoteNamespace.h"
 
-#include <boost/algorithm/string/case_conv.hpp>
 #include <boost/make_shared.hpp>
 
 #include <algorithm>
-#include <locale>
 
 namespace NQORVYX20 {
 
@@ -22,7 +21,7 @@ namespace {
 
 constexpr const char* kKey = "Key";
 
-boost::shared_ptr<ICIMQualifierDecl> KeyDeclaration(TCimHTTPNamespace& nameSpace) {
+boost::shared_ptr<ICIMQualifierDecl> KeyDeclaration(RemoteNamespace& nameSpace) {
     if (auto known = nameSpace.GetQualifierDecl(kKey, TCIMContext())) {
         return known;
     }
@@ -44,20 +43,21 @@ bool IsKeyOf(const Pegasus::CIMName& name, const Pegasus::CIMObjectPath& path) {
 
 } // namespace
 
-boost::shared_ptr<TCimHTTPClass> SentClasses::Get(TCimHTTPNamespace& nameSpace, const std::string& name) {
-    auto& cls = classes_[boost::algorithm::to_lower_copy(name, std::locale::classic())];
+boost::shared_ptr<TCimHTTPClass> InferredClasses::Get(const boost::shared_ptr<RemoteNamespace>& nameSpace,
+                                                      const std::string& name) {
+    auto& cls = classes_[LowerCase(name)];
     if (!cls) {
-        cls = boost::make_shared<TCimHTTPClass>(nameSpace.shared_from_this(), name, boost::shared_ptr<TCimHTTPClass>());
-        cls->SetSuperClass(nameSpace.GetRootClass());
+        cls = boost::make_shared<TCimHTTPClass>(nameSpace, name, boost::shared_ptr<TCimHTTPClass>());
+        cls->SetSuperClass(nameSpace->GetRootClass());
     }
     return cls;
 }
 
-bool SentClasses::Has(const TCimHTTPClass& cls) const {
+bool InferredClasses::Has(const TCimHTTPClass& cls) const {
     return std::any_of(classes_.begin(), classes_.end(), [&](const auto& entry) { return entry.second.get() == &cls; });
 }
 
-void SentClasses::Declare(TCimHTTPNamespace& nameSpace, TCimHTTPClass& cls, Pegasus::CIMInstance& instance) const {
+void InferredClasses::Declare(RemoteNamespace& nameSpace, TCimHTTPClass& cls, Pegasus::CIMInstance& instance) const {
     for (Pegasus::Uint32 i = 0; i < instance.getPropertyCount(); ++i) {
         const auto property = instance.getProperty(i);
         const std::string name = ToStdString(property.getName());

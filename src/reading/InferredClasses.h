@@ -10,20 +10,21 @@
 namespace NQORVYX20 {
 
 class TCimHTTPClass;
-class TCimHTTPNamespace;
+class RemoteNamespace;
 
 /// The classes of which the server does not give the definition. They declare what their instances have: the properties
 /// with the types that were sent, and as keys those that stand in the paths.
-class SentClasses {
+class InferredClasses {
   public:
     /// The class of that name, new without declarations.
-    boost::shared_ptr<TCimHTTPClass> Get(TCimHTTPNamespace& nameSpace, const std::string& name);
+    boost::shared_ptr<TCimHTTPClass> Get(const boost::shared_ptr<RemoteNamespace>& nameSpace, const std::string& name);
 
     /// Whether a class is one of these.
     bool Has(const TCimHTTPClass& cls) const;
 
-    /// Lets a class declare what an instance of it has. Properties whose names the host cannot keep are left out.
-    void Declare(TCimHTTPNamespace& nameSpace, TCimHTTPClass& cls, Pegasus::CIMInstance& instance) const;
+    /// Adds the declarations of what an instance of a class has. Properties whose names the host cannot keep are left
+    /// out.
+    void Declare(RemoteNamespace& nameSpace, TCimHTTPClass& cls, Pegasus::CIMInstance& instance) const;
 
     void Clear() { classes_.clear(); }
 

@@ -1,0 +1,97 @@
+#pragma once
+
+#include <boost/make_shared.hpp>
+#include <boost/shared_ptr.hpp>
+
+#include <cstddef>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace NQORVYX20 {
+
+/// Entries by name, walked in the order of their names. A walk goes through the entries that are there when it begins,
+/// so that whoever is called back may change the collection.
+template <typename Entry>
+class NamedEntries {
+  public:
+    using TEntry = boost::shared_ptr<Entry>;
+    using TEntries = std::vector<TEntry>;
+
+    /// Adds an entry; fastest when the names come in their order, as servers mostly send them. False, changing nothing,
+    /// when the name is taken.
+    bool Add(const std::string& name, const TEntry& entry) {
+        const std::size_t before = entries_.size();
+        entries_.emplace_hint(entries_.end(), name, entry);
+        return IsChanged(entries_.size() != before);
+    }
+
+    /// Adds an entry, or puts it in the place of the one of that name.
+    void Set(const std::string& name, const TEntry& entry) {
+        entries_[name] = entry;
+        ordered_.reset();
+    }
+
+    /// Removes the entry of that name. False when there is none.
+    bool Remove(const std::string& name) { return IsChanged(entries_.erase(name) != 0); }
+
+    /// The entry of that name, or an empty pointer.
+    TEntry Find(const std::string& name) const {
+        const auto found = entries_.find(name);
+        return found == entries_.end() ? TEntry() : found->second;
+    }
+
+    /// The entries in the order of their names. The sequence that is handed out does not change with the collection; it
+    /// is made once after a change.
+    boost::shared_ptr<const TEntries> Ordered() const {
+        if (!ordered_) {
+            ordered_ = MakeOrdered();
+        }
+        return ordered_;
+    }
+
+    /// Calls back once per entry until the callback returns false; false when it did.
+    template <typename Callback>
+    bool Visit(const Callback& callback) const {
+        const auto entries = Ordered();
+        for (const TEntry& entry : *entries) {
+            if (!callback(entry)) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    std::size_t Size() const { return entries_.size(); }
+
+    void Clear() {
+        entries_.clear();
+        ordered_.reset();
+    }
+
+    // Pairs of names and entries, for loops that change nothing.
+    auto begin() const { return entries_.begin(); }
+    auto end() const { return entries_.end(); }
+
+  private:
+    bool IsChanged(bool isChanged) {
+        if (isChanged) {
+            ordered_.reset();
+        }
+        return isChanged;
+    }
+
+    boost::shared_ptr<const TEntries> MakeOrdered() const {
+        auto ordered = boost::make_shared<TEntries>();
+        ordered->reserve(entries_.size());
+        for (const auto& [name, entry] : entries_) {
+            ordered->push_back(entry);
+        }
+        return ordered;
+    }
+
+    std::map<std::string, TEntry> entries_;
+    mutable boost::shared_ptr<const TEntries> ordered_; // empty after a change
+};
+
+} // namespace NQORVYX20
