@@ -8,11 +8,11 @@
 
 namespace cimhttp {
 
-std::string LibraryBesideProgram(const std::string& file_name) {
+std::string LibraryBesideProgram(const std::string& fileName) {
     std::error_code error;
     const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
-    const auto beside = program.parent_path().parent_path() / "lib" / file_name;
-    return !error && std::filesystem::exists(beside, error) ? beside.string() : file_name;
+    const auto beside = program.parent_path().parent_path() / "lib" / fileName;
+    return !error && std::filesystem::exists(beside, error) ? beside.string() : fileName;
 }
 
 void* LoadLibrary(const std::string& path, const std::string& what) {

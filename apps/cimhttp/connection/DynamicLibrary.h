@@ -6,7 +6,7 @@ namespace cimhttp {
 
 /// The path of a library that was built or installed with this program, `lib` beside the program's `bin`; its bare
 /// name, for the loader to search, where there is none.
-std::string LibraryBesideProgram(const std::string& file_name);
+std::string LibraryBesideProgram(const std::string& fileName);
 
 /// Loads a library for the rest of the process; `what` names it in the Failure that is thrown when it cannot be loaded.
 void* LoadLibrary(const std::string& path, const std::string& what);

@@ -44,13 +44,13 @@ std::string Absolute(const char* path) { return path != nullptr && *path == '/' 
 
 } // namespace
 
-std::optional<std::string> UserDocument::PathOfUser(const std::string& file_name) {
+std::optional<std::string> UserDocument::PathOfUser(const std::string& fileName) {
     std::string folder = Absolute(std::getenv("XDG_CONFIG_HOME")); // a relative path does not count there
     if (folder.empty()) {
         const std::string home = Absolute(std::getenv("HOME"));
         folder = home.empty() ? "" : home + "/.config";
     }
-    return folder.empty() ? std::nullopt : std::optional(folder + "/cimhttp/" + file_name);
+    return folder.empty() ? std::nullopt : std::optional(folder + "/cimhttp/" + fileName);
 }
 
 UserDocument::Content UserDocument::Read() const {

@@ -21,7 +21,7 @@ class UserDocument {
 
     /// The path of a file in `cimhttp` in the user's folder for configuration: $XDG_CONFIG_HOME, or .config in $HOME.
     /// Nothing where neither is set.
-    static std::optional<std::string> PathOfUser(const std::string& file_name);
+    static std::optional<std::string> PathOfUser(const std::string& fileName);
 
     /// `kind` says what the object is, for complaints, as in `a list of connections`.
     UserDocument(std::string path, std::string kind) : path_(std::move(path)), kind_(std::move(kind)) {}
