@@ -1,5 +1,7 @@
 // How cimhttp finds its server, and what it says when it does not.
 
+#include "connection/Connection.h"
+
 #include "Failure.h"
 #include "ProgramRun.h"
 #include "connection/ConnectionStore.h"
@@ -479,7 +481,7 @@ TEST_F(ConnectionTest, OptionsThatContradictEachOtherAreRefused) {
         {{"--host", "a", "--tls", "--key", "f"}, "--key goes with --cert"},
         {{"--host", "a", "--tls", "--ca", ""}, "--ca is empty"},
         {{"--host", "a", "--tls", "--fingerprint", "AB:CD"}, "'AB:CD' is no SHA-256 fingerprint"},
-        {{"--host", "a", "--tls", "--ca", "f", "--fingerprint", "f"}, "--ca excludes --fingerprint"},
+        {{"--host", "a", "--tls", "--ca", "f", "--fingerprint", "f"}, "--ca and --fingerprint exclude each other: give one of them"},
         {{"--host", "a", "--namespace", ""}, "which namespace?"},
         {{"--host", "a", "--port", "0"}, "--port"},
         {{"--host", "a", "--port", "65536"}, "--port"},
