@@ -1,7 +1,7 @@
 #include "HttpExchange.h"
-#include "server/Connection.h"
 #include "server/DemoServer.h"
 #include "server/LoginDelays.h"
+#include "server/RequestReader.h"
 #include "support/LoopbackAddress.h"
 #include "wire/CimRequest.h"
 
@@ -75,7 +75,7 @@ TEST(Limits, RangesOfAnAnswerAreNotServed) {
 TEST(Limits, ARangeFieldOfTheGreatestLengthDoesNoHarm) {
     const demo::DemoServer server(Options());
     std::string longest = "bytes=0-";
-    while (longest.size() + 20 < demo::Connection::kMaxHeaderLine) {
+    while (longest.size() + 20 < demo::RequestReader::kMaxHeaderLine) {
         longest += ",0-";
     }
     EXPECT_EQ(Send(GetSystem({{"Range", longest}})).status, 200);
@@ -91,8 +91,8 @@ TEST(Limits, ManyShortHeadersAreRefused) {
         }
         return Send(request.insert(request.find("\r\n") + 2, filler)).status;
     };
-    EXPECT_EQ(statusWith(demo::Connection::kMaxHeaderLines / 2), 200);
-    EXPECT_EQ(statusWith(demo::Connection::kMaxHeaderLines), 431);
+    EXPECT_EQ(statusWith(demo::RequestReader::kMaxHeaderLines / 2), 200);
+    EXPECT_EQ(statusWith(demo::RequestReader::kMaxHeaderLines), 431);
 }
 
 TEST(Limits, ADocumentOfTooManyPartsIsRefusedBeforeItIsParsed) {
@@ -113,10 +113,10 @@ TEST(Limits, ADocumentOfTooManyPartsIsRefusedBeforeItIsParsed) {
 }
 
 /// A server that takes one large request at a time.
-demo::DemoServerOptions OneLargeRequest(milliseconds patience) {
+demo::DemoServerOptions OneLargeRequest(milliseconds timeout) {
     demo::ListenerLimits limits;
     limits.largeRequests = 1;
-    limits.patience = patience;
+    limits.placeTimeout = timeout;
     auto options = Options(limits);
     options.volumes = 100'000;
     return options;
@@ -161,7 +161,7 @@ TEST(Limits, ALongAnswerIsSentInChunksWhileTooManyAreKept) {
     ASSERT_GT(whole.size(), demo::ListenerLimits::kShortAnswer);
     demo::ListenerLimits limits;
     limits.longAnswers = 0;
-    limits.patience = kMoment;
+    limits.placeTimeout = kMoment;
     const demo::DemoServer server(Options(limits));
     const auto response = Send(EnumerateClasses());
     EXPECT_TRUE(response.isChunked);
@@ -174,7 +174,7 @@ std::string WithVersion10(std::string request) { return request.replace(request.
 TEST(Limits, AClientThatDoesNotKnowChunksIsPutOffWhileTooManyLongAnswersAreKept) {
     demo::ListenerLimits limits;
     limits.longAnswers = 0;
-    limits.patience = kMoment;
+    limits.placeTimeout = kMoment;
     const demo::DemoServer server(Options(limits));
     auto refused = Send(WithVersion10(EnumerateClasses()));
     EXPECT_EQ(refused.status, 503);

@@ -1,7 +1,7 @@
 #include "HttpExchange.h"
 #include "server/AccessLog.h"
-#include "server/Connection.h"
 #include "server/DemoServer.h"
+#include "server/RequestReader.h"
 #include "support/LoopbackAddress.h"
 
 #include <gmock/gmock.h>
@@ -125,7 +125,7 @@ TEST_F(Server, TellsAClientThatWaitsWithItsBodyToGoOn) {
 
 TEST_F(Server, RefusesHeadersBeyondTheLimits) {
     std::string many = "POST /cimom HTTP/1.1\r\n";
-    while (many.size() <= demo::Connection::kMaxHeaderBytes) {
+    while (many.size() <= demo::RequestReader::kMaxHeaderBytes) {
         many += "X-Filler: " + std::string(100, 'x') + "\r\n";
     }
     EXPECT_EQ(Send(many + "\r\n").status, 431);
@@ -133,8 +133,8 @@ TEST_F(Server, RefusesHeadersBeyondTheLimits) {
         const std::string name = "X-Filler: ";
         return Send(GetClass("CIM_System", {{"X-Filler", std::string(length - name.size(), 'x')}})).status;
     };
-    EXPECT_EQ(withHeader(demo::Connection::kMaxHeaderLine / 2), 200);
-    EXPECT_EQ(withHeader(demo::Connection::kMaxHeaderLine + 1), 431);
+    EXPECT_EQ(withHeader(demo::RequestReader::kMaxHeaderLine / 2), 200);
+    EXPECT_EQ(withHeader(demo::RequestReader::kMaxHeaderLine + 1), 431);
     EXPECT_EQ(Send(GetClass("CIM_System")).status, 200);
 }
 
@@ -362,7 +362,7 @@ TEST(ServerWithCredentials, AnswersWithTheFirstOfSeveralErrors) {
     const demo::DemoServer server(std::move(options));
     // From the outside to the inside: path, method of HTTP, length, type of the body, user, operation, version, XML.
     Headers headers{{"Content-Type", "text/plain"}, {"CIMOperation", "x"}, {"CIMProtocolVersion", "9.0"}};
-    std::string body(demo::Connection::kMaxBodyBytes + 1, ' ');
+    std::string body(demo::RequestReader::kMaxBodyBytes + 1, ' ');
     EXPECT_EQ(StatusOfWrong("/other", headers, body), "404");
     EXPECT_EQ(StatusOfWrong("/cimom", headers, body), "415");
     headers["Content-Type"] = "text/xml";
