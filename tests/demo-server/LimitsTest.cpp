@@ -72,7 +72,7 @@ TEST(Limits, RangesOfAnAnswerAreNotServed) {
     }
 }
 
-TEST(Limits, ARangeFieldOfTheGreatestLengthDoesNoHarm) {
+TEST(Limits, ARangeFieldOfTheGreatestLengthIsIgnored) {
     const demo::DemoServer server(Options());
     std::string longest = "bytes=0-";
     while (longest.size() + 20 < demo::RequestReader::kMaxHeaderLine) {
@@ -214,7 +214,7 @@ demo::ListenerLimits FewThreads() {
 
 class CrowdedServer : public testing::TestWithParam<std::string> {};
 
-TEST_P(CrowdedServer, ServesARequestBehindConnectionsWithoutWholeHeaders) {
+TEST_P(CrowdedServer, ServesARequestAfterConnectionsWithoutWholeHeaders) {
     const demo::DemoServer server(Options(FewThreads()));
     const auto others = Connect(30, GetParam());
     EXPECT_EQ(Send(GetSystem()).status, 200);
@@ -242,7 +242,7 @@ TEST(Limits, AnIdleConnectionIsKeptWhileNobodyWaits) {
     EXPECT_EQ(session.Send(GetSystem()).status, 200);
 }
 
-TEST(Limits, ASenderThatNeverComesToAnEndIsLeft) {
+TEST(Limits, ARequestThatTakesTooLongIsCutOff) {
     demo::ListenerLimits limits;
     limits.request = 5 * kMoment;
     const demo::DemoServer server(Options(limits));
@@ -256,7 +256,7 @@ TEST(Limits, ASenderThatNeverComesToAnEndIsLeft) {
     EXPECT_TRUE(isLeft);
 }
 
-TEST(Limits, AReaderThatIsTooSlowIsLeft) {
+TEST(Limits, AReaderThatIsTooSlowIsDisconnected) {
     demo::ListenerLimits limits;
     limits.answerWait = 50 * kMoment;
     limits.slowestReader = std::size_t{1} << 40U;
@@ -296,7 +296,7 @@ demo::DemoServerOptions WithUser() {
     return options;
 }
 
-TEST(Limits, WhoGuessesPasswordsAtOnceIsPutOffAndOthersAreNot) {
+TEST(Limits, SimultaneousGuessesOfPasswordsArePutOffAndOtherLoginsAreNot) {
     const demo::DemoServer server(WithUser());
     const std::string address = support::SecondLoopbackAddress();
     for (int i = 0; i < demo::LoginDelays::kFreeFailures; ++i) {
@@ -319,7 +319,7 @@ TEST(Limits, WhoGuessesPasswordsAtOnceIsPutOffAndOthersAreNot) {
     EXPECT_GT(putOff, 0);
 }
 
-TEST(Limits, WhoDoesNotNameAUserDoesNotGuess) {
+TEST(Limits, RequestsWithoutCredentialsAreNoFailedLogins) {
     const demo::DemoServer server(WithUser());
     for (int i = 0; i < 60; ++i) {
         EXPECT_EQ(Send(GetSystem()).status, 401);
