@@ -1,20 +1,24 @@
 #include "CimXml.h"
 
+#include "support/CimXml.h"
+
+namespace xml = support::xml;
+
 namespace {
 
 std::string ValuesXml(const std::vector<std::string>& values) {
-    std::string xml = "<VALUE.ARRAY>";
+    std::string array = "<VALUE.ARRAY>";
     for (const std::string& value : values) {
-        xml += value == "<null>" ? "<VALUE.NULL/>" : "<VALUE>" + value + "</VALUE>";
+        array += value == "<null>" ? "<VALUE.NULL/>" : xml::Value(value);
     }
-    return xml + "</VALUE.ARRAY>";
+    return array + "</VALUE.ARRAY>";
 }
 
 std::string Attributes(const std::string& name, const std::string& type) {
     return " NAME=\"" + name + "\" TYPE=\"" + type + "\"";
 }
 
-/// The text behind a mark in a request, up to a quote.
+/// The text after a mark in a request, up to a quote.
 std::string Quoted(const std::string& request, const std::string& mark) {
     const auto begin = request.find(mark) + mark.size();
     return request.substr(begin, request.find('"', begin) - begin);
@@ -22,10 +26,8 @@ std::string Quoted(const std::string& request, const std::string& mark) {
 
 /// A whole answer to a request.
 std::string HttpResponse(const std::string& request, const std::string& content) {
-    const std::string body = "<?xml version=\"1.0\"?><CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><MESSAGE ID=\"" +
-                             Quoted(request, "MESSAGE ID=\"") +
-                             "\" PROTOCOLVERSION=\"1.0\"><SIMPLERSP><IMETHODRESPONSE NAME=\"" + MethodIn(request) +
-                             "\">" + content + "</IMETHODRESPONSE></SIMPLERSP></MESSAGE></CIM>";
+    const std::string body = "<?xml version=\"1.0\"?>" +
+                             xml::Message(Quoted(request, "MESSAGE ID=\""), xml::Response(MethodIn(request), content));
     return "HTTP/1.1 200 OK\r\nContent-Type: application/xml\r\nCIMOperation: MethodResponse\r\nContent-Length: " +
            std::to_string(body.size()) + "\r\n\r\n" + body;
 }
@@ -33,8 +35,7 @@ std::string HttpResponse(const std::string& request, const std::string& content)
 } // namespace
 
 std::string PropertyXml(const std::string& name, const std::string& type, const std::string& value) {
-    return "<PROPERTY" + Attributes(name, type) + ">" + (value.empty() ? "" : "<VALUE>" + value + "</VALUE>") +
-           "</PROPERTY>";
+    return xml::Property(name, type, value.empty() ? "" : xml::Value(value));
 }
 
 std::string ArrayXml(const std::string& name, const std::string& type, const std::vector<std::string>& values) {
@@ -53,11 +54,11 @@ std::string InstanceXml(const std::string& cls, const std::string& name, const s
 }
 
 std::string BareInstanceXml(const std::string& cls, const std::string& name, const std::string& properties) {
-    return "<INSTANCE CLASSNAME=\"" + cls + "\">" + PropertyXml("Name", "string", name) + properties + "</INSTANCE>";
+    return xml::Instance(cls, PropertyXml("Name", "string", name) + properties);
 }
 
 std::string DeclarationXml(const std::string& name, const std::string& type, const std::string& qualifiers) {
-    return "<PROPERTY" + Attributes(name, type) + ">" + qualifiers + "</PROPERTY>";
+    return xml::Property(name, type, qualifiers);
 }
 
 std::string ArrayDeclarationXml(const std::string& name, const std::string& type, const std::string& qualifiers) {
@@ -65,16 +66,16 @@ std::string ArrayDeclarationXml(const std::string& name, const std::string& type
 }
 
 std::string ClassXml(const std::string& name, const std::string& superclass, const std::string& properties) {
-    return "<CLASS NAME=\"" + name + "\"" + (superclass.empty() ? "" : " SUPERCLASS=\"" + superclass + "\"") + ">" +
-           DeclarationXml("Name", "string", QualifierXml("Key", "boolean", "TRUE")) + properties + "</CLASS>";
+    return xml::Class(name, superclass,
+                      DeclarationXml("Name", "string", QualifierXml("Key", "boolean", "TRUE")) + properties);
 }
 
 std::string QualifierXml(const std::string& name, const std::string& type, const std::string& value) {
-    return "<QUALIFIER" + Attributes(name, type) + "><VALUE>" + value + "</VALUE></QUALIFIER>";
+    return xml::Qualifier(name, type, xml::Value(value));
 }
 
 std::string QualifierXml(const std::string& name, const std::vector<std::string>& values) {
-    return "<QUALIFIER" + Attributes(name, "string") + ">" + ValuesXml(values) + "</QUALIFIER>";
+    return xml::Qualifier(name, "string", ValuesXml(values));
 }
 
 std::string QualifierDeclarationXml(const std::string& name, const std::string& type, bool is_array) {
@@ -88,9 +89,8 @@ std::string ClassIn(const std::string& request) { return Quoted(request, "CLASSN
 
 std::string HttpAnswer(const std::string& request, const std::string& returnValue) {
     constexpr unsigned kNotSupported = 7;
-    return MethodIn(request) == "OpenEnumerateInstances"
-               ? HttpFailure(request, kNotSupported)
-               : HttpResponse(request, "<IRETURNVALUE>" + returnValue + "</IRETURNVALUE>");
+    return MethodIn(request) == "OpenEnumerateInstances" ? HttpFailure(request, kNotSupported)
+                                                         : HttpResponse(request, xml::ReturnValue(returnValue));
 }
 
 std::string HttpFailure(const std::string& request, unsigned code) {

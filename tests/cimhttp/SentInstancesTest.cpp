@@ -5,6 +5,7 @@
 
 #include "AnswerMutation.h"
 #include "SchemaServer.h"
+#include "support/CimXml.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -18,8 +19,8 @@ using testing::HasSubstr;
 namespace {
 
 std::string Answer(const std::string& returned) {
-    return "<CIM><MESSAGE ID=\"1\"><SIMPLERSP><IMETHODRESPONSE NAME=\"EnumerateInstances\"><IRETURNVALUE>" + returned +
-           "</IRETURNVALUE></IMETHODRESPONSE></SIMPLERSP></MESSAGE></CIM>";
+    return support::xml::BareMessage("1",
+                                     support::xml::Response("EnumerateInstances", support::xml::ReturnValue(returned)));
 }
 
 /// An instance of A with the key K.

@@ -13,7 +13,7 @@ namespace {
 
 constexpr int kPort = 5988;
 
-/// Fails behind its first instance.
+/// Fails after its first instance.
 class BrokenProvider : public demo::InstanceProvider {
   public:
     std::string_view ClassName() const override { return "DEMO_AllTypes"; }

@@ -187,7 +187,7 @@ TEST_F(AssociationOperations, NoObjectIsAssociatedTwice) {
     EXPECT_EQ(std::set<std::string>(names.begin(), names.end()).size(), names.size());
 }
 
-TEST_F(AssociationOperations, NamesAndObjectsAreTheSame) {
+TEST_F(AssociationOperations, NamesAreThoseOfTheObjects) {
     const std::string computer = Object(cim::ComputerSystem());
     EXPECT_EQ(Paths(Ask("Associators", computer)), Paths(Ask("AssociatorNames", computer)));
     EXPECT_EQ(Paths(Ask("References", computer)), Paths(Ask("ReferenceNames", computer)));
@@ -310,7 +310,7 @@ TEST_F(AssociationOperations, ClassesComeWithTheirPathsAndAsTheOptionsSay) {
     }
 }
 
-TEST_F(AssociationOperations, WhatIsNotThereIsAnError) {
+TEST_F(AssociationOperations, UnknownObjectsAndClassesAreErrors) {
     const struct {
         std::string object;
         Filters filters;

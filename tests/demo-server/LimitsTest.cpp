@@ -1,7 +1,7 @@
 #include "HttpExchange.h"
-#include "server/Connection.h"
 #include "server/DemoServer.h"
 #include "server/LoginDelays.h"
+#include "server/RequestReader.h"
 #include "support/LoopbackAddress.h"
 #include "wire/CimRequest.h"
 
@@ -72,10 +72,10 @@ TEST(Limits, RangesOfAnAnswerAreNotServed) {
     }
 }
 
-TEST(Limits, ARangeFieldOfTheGreatestLengthDoesNoHarm) {
+TEST(Limits, ARangeFieldOfTheGreatestLengthIsIgnored) {
     const demo::DemoServer server(Options());
     std::string longest = "bytes=0-";
-    while (longest.size() + 20 < demo::Connection::kMaxHeaderLine) {
+    while (longest.size() + 20 < demo::RequestReader::kMaxHeaderLine) {
         longest += ",0-";
     }
     EXPECT_EQ(Send(GetSystem({{"Range", longest}})).status, 200);
@@ -91,8 +91,8 @@ TEST(Limits, ManyShortHeadersAreRefused) {
         }
         return Send(request.insert(request.find("\r\n") + 2, filler)).status;
     };
-    EXPECT_EQ(statusWith(demo::Connection::kMaxHeaderLines / 2), 200);
-    EXPECT_EQ(statusWith(demo::Connection::kMaxHeaderLines), 431);
+    EXPECT_EQ(statusWith(demo::RequestReader::kMaxHeaderLines / 2), 200);
+    EXPECT_EQ(statusWith(demo::RequestReader::kMaxHeaderLines), 431);
 }
 
 TEST(Limits, ADocumentOfTooManyPartsIsRefusedBeforeItIsParsed) {
@@ -113,10 +113,10 @@ TEST(Limits, ADocumentOfTooManyPartsIsRefusedBeforeItIsParsed) {
 }
 
 /// A server that takes one large request at a time.
-demo::DemoServerOptions OneLargeRequest(milliseconds patience) {
+demo::DemoServerOptions OneLargeRequest(milliseconds timeout) {
     demo::ListenerLimits limits;
     limits.largeRequests = 1;
-    limits.patience = patience;
+    limits.placeTimeout = timeout;
     auto options = Options(limits);
     options.volumes = 100'000;
     return options;
@@ -161,7 +161,7 @@ TEST(Limits, ALongAnswerIsSentInChunksWhileTooManyAreKept) {
     ASSERT_GT(whole.size(), demo::ListenerLimits::kShortAnswer);
     demo::ListenerLimits limits;
     limits.longAnswers = 0;
-    limits.patience = kMoment;
+    limits.placeTimeout = kMoment;
     const demo::DemoServer server(Options(limits));
     const auto response = Send(EnumerateClasses());
     EXPECT_TRUE(response.isChunked);
@@ -174,7 +174,7 @@ std::string WithVersion10(std::string request) { return request.replace(request.
 TEST(Limits, AClientThatDoesNotKnowChunksIsPutOffWhileTooManyLongAnswersAreKept) {
     demo::ListenerLimits limits;
     limits.longAnswers = 0;
-    limits.patience = kMoment;
+    limits.placeTimeout = kMoment;
     const demo::DemoServer server(Options(limits));
     auto refused = Send(WithVersion10(EnumerateClasses()));
     EXPECT_EQ(refused.status, 503);
@@ -214,7 +214,7 @@ demo::ListenerLimits FewThreads() {
 
 class CrowdedServer : public testing::TestWithParam<std::string> {};
 
-TEST_P(CrowdedServer, ServesARequestBehindConnectionsWithoutWholeHeaders) {
+TEST_P(CrowdedServer, ServesARequestAfterConnectionsWithoutWholeHeaders) {
     const demo::DemoServer server(Options(FewThreads()));
     const auto others = Connect(30, GetParam());
     EXPECT_EQ(Send(GetSystem()).status, 200);
@@ -242,7 +242,7 @@ TEST(Limits, AnIdleConnectionIsKeptWhileNobodyWaits) {
     EXPECT_EQ(session.Send(GetSystem()).status, 200);
 }
 
-TEST(Limits, ASenderThatNeverComesToAnEndIsLeft) {
+TEST(Limits, ARequestThatTakesTooLongIsCutOff) {
     demo::ListenerLimits limits;
     limits.request = 5 * kMoment;
     const demo::DemoServer server(Options(limits));
@@ -256,7 +256,7 @@ TEST(Limits, ASenderThatNeverComesToAnEndIsLeft) {
     EXPECT_TRUE(isLeft);
 }
 
-TEST(Limits, AReaderThatIsTooSlowIsLeft) {
+TEST(Limits, AReaderThatIsTooSlowIsDisconnected) {
     demo::ListenerLimits limits;
     limits.answerWait = 50 * kMoment;
     limits.slowestReader = std::size_t{1} << 40U;
@@ -296,7 +296,7 @@ demo::DemoServerOptions WithUser() {
     return options;
 }
 
-TEST(Limits, WhoGuessesPasswordsAtOnceIsPutOffAndOthersAreNot) {
+TEST(Limits, SimultaneousGuessesOfPasswordsArePutOffAndOtherLoginsAreNot) {
     const demo::DemoServer server(WithUser());
     const std::string address = support::SecondLoopbackAddress();
     for (int i = 0; i < demo::LoginDelays::kFreeFailures; ++i) {
@@ -319,7 +319,7 @@ TEST(Limits, WhoGuessesPasswordsAtOnceIsPutOffAndOthersAreNot) {
     EXPECT_GT(putOff, 0);
 }
 
-TEST(Limits, WhoDoesNotNameAUserDoesNotGuess) {
+TEST(Limits, RequestsWithoutCredentialsAreNoFailedLogins) {
     const demo::DemoServer server(WithUser());
     for (int i = 0; i < 60; ++i) {
         EXPECT_EQ(Send(GetSystem()).status, 401);

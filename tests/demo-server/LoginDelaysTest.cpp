@@ -44,13 +44,13 @@ TEST(LoginDelays, LetLoginsThatComeTogetherWaitForEachOther) {
     EXPECT_EQ(Delay(delays, "a", kStart + milliseconds(500)), 1900);
 }
 
-TEST(LoginDelays, ArePastForWhoComesLater) {
+TEST(LoginDelays, EndWithTime) {
     LoginDelays delays;
     Fail(delays, "a", 20);
     EXPECT_EQ(Delay(delays, "a", kStart + LoginDelays::kLongestDelay), 0);
 }
 
-TEST(LoginDelays, AreOfOneAddress) {
+TEST(LoginDelays, DoNotConcernOtherAddresses) {
     LoginDelays delays;
     Fail(delays, "a", 20);
     EXPECT_EQ(Delay(delays, "b"), 0);
@@ -65,7 +65,7 @@ TEST(LoginDelays, EndWithAGoodLogin) {
     EXPECT_EQ(Delay(delays, "a"), 0);
 }
 
-TEST(LoginDelays, AreRememberedOfSoManyAddresses) {
+TEST(LoginDelays, AreForgottenFirstOfTheAddressWithTheOldestFailure) {
     LoginDelays delays;
     Fail(delays, "oldest", 3, kStart - std::chrono::seconds(2));
     Fail(delays, "old", 20, kStart - std::chrono::seconds(1));

@@ -161,7 +161,7 @@ TEST(Namespaces, ThatAreNotThereAreRefused) {
     }
 }
 
-TEST(Namespaces, AreNotServedUnderNamesThatRequestsCannotHave) {
+TEST(Namespaces, WithNamesThatRequestsCannotHaveAreRefusedAtTheStart) {
     for (const char* const name : {"", "/root", "root/", "root//far", "root/a b", "root\\far", "root/1", "root/a=b"}) {
         EXPECT_FALSE(demo::IsNamespaceName(name)) << name;
         demo::DemoServerOptions options = TwoNamespaces("");
@@ -189,7 +189,7 @@ TEST(Namespaces, AreLinkedByAssociationsThatLeadFromOneToTheOther) {
     EXPECT_EQ(cim::ValueOf(objects.First().child("INSTANCE"), "Id"), "7");
 }
 
-TEST(Namespaces, ObjectsOfTheSameNameInTwoOfThemAreTwo) {
+TEST(Namespaces, KeepObjectsOfTheSameNameApart) {
     const demo::DemoServer server(TwoNamespaces(LinkTo(PathIn("far", NodePath("MY_Node", "1"))) +
                                                 LinkTo(PathIn("far", NodePath("MY_Node", "01"))) +
                                                 LinkTo(NodePath("MY_Node", "1"))));

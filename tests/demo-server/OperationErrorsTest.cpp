@@ -141,7 +141,7 @@ TEST_F(OperationErrors, TheNamespaceIsOneAndItsNameMayHaveAnyCase) {
     }
 }
 
-TEST_F(OperationErrors, WhatIsNoParameterAtAllIsNoValidRequest) {
+TEST_F(OperationErrors, AMalformedParameterMakesTheRequestInvalid) {
     constexpr int kLevels = 5000;
     std::string nested;
     for (int i = 0; i < kLevels; ++i) {

@@ -107,7 +107,7 @@ TEST_F(OwnCertificate, IsVerifiedThroughItsChainUpToTheRoot) {
     EXPECT_THAT(SClient("-CAfile " + Pki().Root() + " -verify_ip 192.0.2.1"), Not(HasSubstr(kVerified)));
 }
 
-TEST_F(OwnCertificate, AloneIsNotVerifiedByAClientThatKnowsOnlyTheRoot) {
+TEST_F(OwnCertificate, WithoutItsChainIsNotVerifiedByAClientThatKnowsOnlyTheRoot) {
     auto options = Options();
     options.certificateFile = Pki().Server();
     const demo::DemoServer server(std::move(options));
@@ -142,7 +142,7 @@ TEST_F(OwnCertificate, CanHaveAnRsaKeyInAnOlderForm) {
     EXPECT_THAT(SClient("-CAfile " + certificate), AllOf(HasSubstr(kVerified), HasSubstr(kAnswer)));
 }
 
-TEST_F(OwnCertificate, ThatCannotBeUsedIsNamed) {
+TEST_F(OwnCertificate, FileThatCannotBeUsedIsNamedInTheError) {
     const std::string garbage = Pki().Write("garbage.pem", "nothing\n");
     std::string text = support::ReadFile(Pki().Server());
     text.replace(text.find('\n') + 9, 4, "AAAA");
@@ -175,7 +175,7 @@ TEST_F(OwnCertificate, ThatCannotBeUsedIsNamed) {
     EXPECT_THROW(demo::DemoServer(std::move(options)), std::invalid_argument);
 }
 
-TEST_F(OwnCertificate, ThatIsTooWeakForOpenSslIsNamed) {
+TEST_F(OwnCertificate, FileThatIsTooWeakForOpenSslIsNamedInTheError) {
     const std::string key = Pki().Path("weak.key");
     const std::string certificate = Pki().Path("weak.pem");
     TestPki::OpenSsl("req -x509 -days 2 -subj /CN=weak -newkey rsa:512 -noenc -batch -keyout " + key + " -out " +

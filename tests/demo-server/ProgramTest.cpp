@@ -121,7 +121,7 @@ TEST(Program, EndsWithOneLineWhenAPortIsInUse) {
     EXPECT_EQ(second.Wait(), 1);
 }
 
-TEST(Program, EndsWithOneLineWhenTheAddressIsNotThisMachines) {
+TEST(Program, EndsWithOneLineWhenTheAddressBelongsToAnotherMachine) {
     Program program({"--address", "192.0.2.1"});
     EXPECT_THAT(program.ReadAll(), HasSubstr("cannot listen on 192.0.2.1 port 5988"));
     EXPECT_EQ(program.Wait(), 1);
@@ -244,7 +244,7 @@ TEST(Program, LogsToItsOutput) {
     EXPECT_THAT(program.ReadLine(), HasSubstr(" - EnumerateClassNames - 200 0 "));
 }
 
-TEST(Program, EndsWithTheLineOfAUserThatIsNone) {
+TEST(Program, EndsWithTheLineNumberOfAMalformedUser) {
     const support::TemporaryDirectory directory;
     const std::string users = directory.WriteFile("users", "a:b\nnobody\n");
     Program program({"--address", support::LoopbackAddress(), "--users", users});
@@ -284,7 +284,7 @@ TEST(Program, ServesNamespacesWithTheirSchemas) {
                 HasSubstr("<VALUE>root/site</VALUE>"));
 }
 
-TEST(Program, EndsWithOneLineWhenANamespaceCannotBe) {
+TEST(Program, EndsWithOneLineWhenANamespaceCannotBeServed) {
     const auto problem = [](const std::vector<std::string>& arguments) {
         std::vector<std::string> all{"--address", support::LoopbackAddress()};
         all.insert(all.end(), arguments.begin(), arguments.end());
@@ -303,7 +303,7 @@ TEST(Program, EndsWithOneLineWhenANamespaceCannotBe) {
               "demo-server: the Interop namespace cannot be root/cimv2, which shows this machine");
 }
 
-TEST(Program, OfTheDocumentServesItsPumps) {
+TEST(Program, ShownInTheDocumentationServesItsPumps) {
     const std::string address = support::LoopbackAddress();
     const Program program({address}, DOCUMENTED_SERVER);
     EXPECT_EQ(program.ReadLine(), "http://" + address + ":5988 ready");

@@ -338,7 +338,7 @@ TEST_F(Machine, MemoryIsInBytesAndInPages) {
     EXPECT_EQ(std::stoull(Text(found[0], "BlockSize")) * std::stoull(Text(found[0], "NumberOfBlocks")), 8388608U);
 }
 
-TEST_F(Machine, AnEmptyMachineStillHasItsKeys) {
+TEST_F(Machine, InstancesOfAnEmptyMachineHaveTheirKeys) {
     std::filesystem::remove_all(root_ / "proc");
     EXPECT_THAT(TextOfEach(Provided<demo::ComputerSystemProvider>(), "Name"), ElementsAre("localhost"));
     EXPECT_THAT(TextOfEach(Provided<demo::OperatingSystemProvider>(), "Name"), ElementsAre("Linux"));

@@ -177,7 +177,7 @@ TEST_F(PulledOperations, BringEveryInstanceOnceInPortionsAsLargeAsAskedFor) {
     EXPECT_THAT(PullAll(OpenVolumes(3), 4, "PullInstancesWithPath"), SizeIs(kVolumes));
 }
 
-TEST_F(PulledOperations, GiveWhatTheOldOperationsGive) {
+TEST_F(PulledOperations, GiveWhatTheOperationsWithoutPullingGive) {
     std::string pulled;
     for (const std::string& object : PullAll(OpenVolumes(), 5, "PullInstancesWithPath")) {
         EXPECT_THAT(object, StartsWith("<VALUE.INSTANCEWITHPATH><INSTANCEPATH><NAMESPACEPATH><HOST>demo.example"));
@@ -305,7 +305,7 @@ TEST_F(PulledOperations, AreClosedAtTheirEndAndByCloseEnumeration) {
     }
 }
 
-TEST_F(PulledOperations, AreClosedWhenNobodyGoesOnInTime) {
+TEST_F(PulledOperations, AreClosedAfterTheirTimeout) {
     const std::string usual = Context(OpenVolumes());
     const std::string patient = Context(OpenVolumes(0, {Text("OperationTimeout", "300")}));
     Pass(std::chrono::seconds(59));
@@ -324,7 +324,7 @@ TEST_F(PulledOperations, AreClosedWhenNobodyGoesOnInTime) {
     }
 }
 
-TEST_F(PulledOperations, AreNotThereWhereNoneMayBeOpen) {
+TEST_F(PulledOperations, AreNotSupportedWhereNoEnumerationMayBeOpen) {
     demo::EnumerationLimits limits;
     limits.open = 0;
     const demo::CimService service(demo::BuiltInSchema(), {}, "demo.example", limits);
@@ -334,20 +334,20 @@ TEST_F(PulledOperations, AreNotThereWhereNoneMayBeOpen) {
     EXPECT_EQ(demo::Answer(service, request)->error->Code(), "7");
 }
 
-TEST_F(PulledOperations, RefuseATimeThatIsTooLongOrForEver) {
+TEST_F(PulledOperations, RefuseAnOperationTimeoutThatIsTooLongOrUnlimited) {
     EXPECT_EQ(OpenVolumes(0, {Text("OperationTimeout", "600")}).error, 0);
     EXPECT_EQ(OpenVolumes(0, {Text("OperationTimeout", "601")}).error, kInvalidTimeout);
     EXPECT_EQ(OpenVolumes(0, {Text("OperationTimeout", "0")}).error, kInvalidTimeout);
 }
 
-TEST_F(PulledOperations, RefuseFiltersAndToGoOnBehindErrors) {
+TEST_F(PulledOperations, RefuseFiltersAndContinuationOnError) {
     EXPECT_EQ(OpenVolumes(0, {Text("FilterQueryLanguage", "DMTF:FQL"), Text("FilterQuery", "Capacity > 1")}).error,
               kFilteredNotSupported);
     EXPECT_EQ(OpenVolumes(0, {Flag("ContinueOnError", true)}).error, kContinuationNotSupported);
     EXPECT_EQ(OpenVolumes(0, {Flag("ContinueOnError", false), Text("FilterQuery", "")}).error, 0);
 }
 
-TEST_F(PulledOperations, RefuseParametersThatAreNone) {
+TEST_F(PulledOperations, RefuseInvalidParameters) {
     EXPECT_EQ(Call("OpenEnumerateInstances").error, kInvalidParameter);
     EXPECT_EQ(Call("OpenEnumerateInstances", {Class("Nope")}).error, kInvalidClass);
     EXPECT_EQ(Call("OpenEnumerateInstancePaths", {Class("Nope")}).error, kInvalidClass);
@@ -365,7 +365,7 @@ TEST_F(PulledOperations, RefuseParametersThatAreNone) {
     EXPECT_EQ(Call("OpenReferenceInstancePaths", {Class("InstanceName", "CIM_System")}).error, kInvalidParameter);
 }
 
-TEST_F(PulledOperations, BelongToTheirNamespaceAndTheirKindOfObjects) {
+TEST_F(PulledOperations, ContinueOnlyForTheirKindOfObjects) {
     const std::string instances = Context(OpenVolumes());
     const std::string paths = Context(Call("OpenEnumerateInstancePaths", {Class("DEMO_StorageVolume")}));
     EXPECT_EQ(Pull(instances, 1, "PullInstancePaths").error, kInvalidContext);

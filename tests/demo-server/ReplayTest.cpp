@@ -90,7 +90,7 @@ TEST(RequestMeaning, IsThatOfTheOperationItsObjectAndItsParameters) {
     EXPECT_NE(listed("<VALUE>A</VALUE><VALUE>b</VALUE>"), listed("<VALUE>A;1 b</VALUE>"));
 }
 
-TEST(RequestMeaning, OfPathsWithinPathsIsNoLongerThanThese) {
+TEST(RequestMeaning, GrowsNoFasterThanThePathsThatAreNestedInIt) {
     const std::string quotes(1000, '"');
     std::string path = "<KEYVALUE>" + quotes + "</KEYVALUE>";
     const auto meaning = [&](const std::string& key) {
@@ -157,7 +157,7 @@ TEST(Recording, LeavesOutWhatHasNoAnswerAndAskingForALoginUnlessThatWasAll) {
     EXPECT_EQ(recording.Next(MeaningOf(Enumeration("B")))->head, challenge);
 }
 
-TEST(Recording, TakesWhatCameOfAnAnswerThatFailed) {
+TEST(Recording, KeepsTheBytesThatArrivedOfAFailedAnswer) {
     const auto partial = [](int number, const std::string& head, const std::string& body) {
         return Part(number, "answer after 0.1 s", "end of what came of the answer, ", head, body) +
                Title(number, "failed after 0.1 s: the server closed the connection in the middle of the answer");
@@ -182,12 +182,12 @@ TEST(Recording, GivesThePortionsOfAPulledEnumerationToEachClientAnew) {
                 ElementsAre(Message("7", "a1"), Message("7", "a2"), Message("7", "a1"), Message("7", "a2")));
 }
 
-TEST(Recording, HasOneAnswerToARequest) {
+TEST(Recording, KeepsOnlyOneAnswerToEachRequest) {
     const demo::Recording recording(Exchange(1, Enumeration("A"), "a") + Answer(1, Head("b"), "b"));
     EXPECT_EQ(recording.Size(), 1U);
 }
 
-TEST(Recording, WhosePartsHaveNoEndsIsRefusedWithoutLookingForThemForHours) {
+TEST(Recording, WithoutTheEndsOfItsPartsIsRefusedInLinearTime) {
     std::string text;
     for (int i = 0; i < 20000; ++i) {
         text += Title(1, "request");
@@ -203,7 +203,7 @@ TEST(Recording, WhosePartsHaveNoEndsIsRefusedWithoutLookingForThemForHours) {
     }
 }
 
-TEST(Recording, ThatIsNoneIsRefused) {
+TEST(Recording, IsRefusedWhereTheFileIsMalformed) {
     for (const std::string text : {"", "hello\n", "=== \n=== 1  x  request\n", "\0\0"}) {
         EXPECT_THROW(demo::Recording{text}, std::runtime_error) << text;
     }
@@ -241,7 +241,7 @@ TEST(RecordedBytes, EndTheConnectionWhereTheServerDid) {
     EXPECT_TRUE(demo::EndsConnection({"7", "HTTP/1.0 200 OK\r\n\r\n", body, ""}));
 }
 
-TEST(RecordedBytes, OfAHeadWithoutColonsDoNotTakeHours) {
+TEST(RecordedBytes, AreMadeOfAHeadWithoutColonsInLinearTime) {
     std::string head = "HTTP/1.1 200 OK\r\n";
     for (int i = 0; i < 600000; ++i) {
         head += "a\r\n";
@@ -276,7 +276,7 @@ TEST(Replay, AnswersAsRecordedAndSaysWhatIsNot) {
     EXPECT_EQ(ask("no XML").status, 400);
 }
 
-TEST(Replay, GoesOnBehindARequestThatCannotBeAnswered) {
+TEST(Replay, ServesOnAfterARequestThatCannotBeAnswered) {
     demo::Recording recording(Exchange(1, Enumeration("A"), "<x/>"));
     const demo::ReplayListener listener(
         recording, [](const std::string& /*request*/) { throw std::bad_alloc(); }, support::LoopbackAddress(), 5988,

@@ -125,7 +125,7 @@ TEST(SchemaErrors, AreSaidWithTheNameOfTheClass) {
     EXPECT_THAT(ErrorOf("<NONSENSE/>"), HasSubstr("unexpected element NONSENSE"));
 }
 
-TEST(SchemaErrors, AreNamesThatNoClientTakesForNames) {
+TEST(SchemaErrors, ConcernNamesThatAreNoCimNames) {
     for (const std::string name : {"1A", "A B", "A-B", "A.B"}) {
         EXPECT_THAT(ErrorOf("<CLASS NAME='" + name + "'/>"), HasSubstr("no name: " + name));
         EXPECT_THAT(ErrorOf("<CLASS NAME='A'><METHOD NAME='" + name + "' TYPE='uint32'/></CLASS>"),

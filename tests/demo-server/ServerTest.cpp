@@ -1,7 +1,7 @@
 #include "HttpExchange.h"
 #include "server/AccessLog.h"
-#include "server/Connection.h"
 #include "server/DemoServer.h"
+#include "server/RequestReader.h"
 #include "support/LoopbackAddress.h"
 
 #include <gmock/gmock.h>
@@ -125,7 +125,7 @@ TEST_F(Server, TellsAClientThatWaitsWithItsBodyToGoOn) {
 
 TEST_F(Server, RefusesHeadersBeyondTheLimits) {
     std::string many = "POST /cimom HTTP/1.1\r\n";
-    while (many.size() <= demo::Connection::kMaxHeaderBytes) {
+    while (many.size() <= demo::RequestReader::kMaxHeaderBytes) {
         many += "X-Filler: " + std::string(100, 'x') + "\r\n";
     }
     EXPECT_EQ(Send(many + "\r\n").status, 431);
@@ -133,8 +133,8 @@ TEST_F(Server, RefusesHeadersBeyondTheLimits) {
         const std::string name = "X-Filler: ";
         return Send(GetClass("CIM_System", {{"X-Filler", std::string(length - name.size(), 'x')}})).status;
     };
-    EXPECT_EQ(withHeader(demo::Connection::kMaxHeaderLine / 2), 200);
-    EXPECT_EQ(withHeader(demo::Connection::kMaxHeaderLine + 1), 431);
+    EXPECT_EQ(withHeader(demo::RequestReader::kMaxHeaderLine / 2), 200);
+    EXPECT_EQ(withHeader(demo::RequestReader::kMaxHeaderLine + 1), 431);
     EXPECT_EQ(Send(GetClass("CIM_System")).status, 200);
 }
 
@@ -328,7 +328,40 @@ TEST_F(Server, ServesAChunkedRequest) {
     EXPECT_THAT(response.body, HasSubstr("<CLASS NAME=\"CIM_System\""));
 }
 
-TEST_F(Server, AClientThatGoesAwayInTheMiddleDoesNotHarmTheOthers) {
+TEST_F(Server, ReadsTheEndOfAChunkedRequestThatArrivesByteByByte) {
+    const std::string end = "0\r\n\r\n";
+    exchange::Session session;
+    session.Write(Post(With(OperationHeaders("GetClass"), "Transfer-Encoding", "chunked"), ""));
+    for (const char byte : end) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(5)); // or all of them arrive at once
+        session.Write({byte});
+    }
+    EXPECT_EQ(session.Send("").headers.at("cimerror"), "request-not-well-formed");
+}
+
+TEST_F(Server, RefusesRequestsWhoseFramingIsBroken) {
+    const auto status = [](const Headers& headers, const std::string& body) {
+        auto all = OperationHeaders("GetClass");
+        all.insert(headers.begin(), headers.end());
+        return Send(Post(all, body)).status;
+    };
+    EXPECT_EQ(status({{"Transfer-Encoding", "chunked"}}, "no length\r\n0\r\n\r\n"), 400);
+    EXPECT_EQ(status({{"Transfer-Encoding", "chunked"}}, "1\r\n12\r\n0\r\n\r\n"), 400);
+    EXPECT_EQ(status({{"Transfer-Encoding", "gzip"}}, "1"), 400);
+    EXPECT_EQ(status({{"Transfer-Encoding", "chunked"}, {"Content-Length", "5"}}, "0\r\n\r\n"), 400);
+    EXPECT_EQ(status({{"content-length", "5"}}, "1234"), 400) << "two lengths";
+    EXPECT_EQ(status({{"content-length", "-1"}, {"Transfer-Encoding", ""}}, ""), 400);
+    EXPECT_EQ(status({{"No Name", "1"}}, ""), 400);
+}
+
+TEST_F(Server, KeepsTheConnectionAfterARefusedRequestThatItHasReadWhole) {
+    const auto responses = SendAll({"GET /other HTTP/1.1\r\n\r\n", GetClass("CIM_System")});
+    EXPECT_EQ(responses[0].status, 404);
+    EXPECT_EQ(responses[0].headers.count("connection"), 0U);
+    EXPECT_EQ(responses[1].status, 200);
+}
+
+TEST_F(Server, ServesOnAfterAClientThatClosesInTheMiddle) {
     const std::string request = GetClass("CIM_System");
     for (const std::size_t length : {std::size_t{1}, std::size_t{30}, request.size() / 2, request.size() - 1}) {
         exchange::Abandon(request.substr(0, length));
@@ -347,7 +380,7 @@ TEST_F(Server, SaysWhichPortIsInUse) {
     }
 }
 
-/// The status of the answer to a request that is wrong in every way that comes behind a first one.
+/// The status of the answer to a request that is wrong in every way that is looked at after a first one.
 std::string StatusOfWrong(const std::string& path, Headers headers, const std::string& body) {
     auto request = Post(headers, body);
     request.replace(request.find("/cimom"), 6, path);
@@ -362,7 +395,7 @@ TEST(ServerWithCredentials, AnswersWithTheFirstOfSeveralErrors) {
     const demo::DemoServer server(std::move(options));
     // From the outside to the inside: path, method of HTTP, length, type of the body, user, operation, version, XML.
     Headers headers{{"Content-Type", "text/plain"}, {"CIMOperation", "x"}, {"CIMProtocolVersion", "9.0"}};
-    std::string body(demo::Connection::kMaxBodyBytes + 1, ' ');
+    std::string body(demo::RequestReader::kMaxBodyBytes + 1, ' ');
     EXPECT_EQ(StatusOfWrong("/other", headers, body), "404");
     EXPECT_EQ(StatusOfWrong("/cimom", headers, body), "415");
     headers["Content-Type"] = "text/xml";

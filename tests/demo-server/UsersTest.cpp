@@ -63,7 +63,7 @@ TEST(Users, CanHaveHashedPasswords) {
     EXPECT_EQ(Authenticated(users, Basic(std::string("ada:secret\0x", 12))), "");
 }
 
-TEST(Users, WhoAreAddedHaveNoHashes) {
+TEST(Users, AddedOneByOneHavePlainPasswords) {
     Users users;
     EXPECT_TRUE(users.IsEmpty());
     users.Add("ada", kHash);
@@ -74,7 +74,7 @@ TEST(Users, WhoAreAddedHaveNoHashes) {
     EXPECT_EQ(Authenticated(users, Basic("ada:new")), "ada");
 }
 
-TEST(Users, CauseAsMuchWorkWhetherThereIsOneOfThatNameOrNot) {
+TEST(Users, AreCheckedWithAsMuchWorkWhetherTheNameIsKnownOrNot) {
     int hashes = 0;
     std::istringstream lines(std::string("ada:") + kHash + "\nbob:secret\n");
     const Users users = Users::Read(lines, "users.txt", [&](const std::string& hash, const std::string& password) {
@@ -88,7 +88,7 @@ TEST(Users, CauseAsMuchWorkWhetherThereIsOneOfThatNameOrNot) {
     }
 }
 
-TEST(Users, OfNoNameHaveNoPassword) {
+TEST(Users, WithUnknownNamesAreNotAuthenticated) {
     for (const Users& users : {Read("bob:secret\n"), Read(std::string("ada:") + kHash + '\n')}) {
         for (const char* const attempt : {"eve:", "eve:secret", ":", ":secret"}) {
             EXPECT_EQ(Authenticated(users, Basic(attempt)), "") << attempt;
@@ -96,7 +96,7 @@ TEST(Users, OfNoNameHaveNoPassword) {
     }
 }
 
-TEST(Users, AreNotLetInWithWhatIsNoBasicAuthentication) {
+TEST(Users, AreNotAuthenticatedByAnythingButBasicCredentials) {
     const Users users = Read("ada:pw\n");
     EXPECT_EQ(Authenticated(users, Basic("ada:pw", "bAsIc ")), "ada");
     for (const std::string& wrong :

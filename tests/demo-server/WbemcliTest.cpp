@@ -10,6 +10,7 @@
 #include "server/DemoServer.h"
 #include "support/LoopbackAddress.h"
 #include "support/ProgramRun.h"
+#include "support/SkipTest.h"
 #include "support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
@@ -83,7 +84,7 @@ class Wbemcli : public testing::TestWithParam<Transport> {
         return LinesOf(Run(command, options, object, properties));
     }
 
-    /// The same in another namespace, which is part of the object.
+    /// The lines of a command in another namespace, which is part of the object.
     Lines LinesIn(const std::string& command, const Lines& options, const std::string& object) const {
         return LinesOf(
             RunWithUrl(command, options, GetParam().scheme + "://a user:pass word@" + Port() + '/' + object));
@@ -269,6 +270,7 @@ TEST_P(Wbemcli, EiShowsEveryPropertyOfEveryVolume) {
 }
 
 TEST_P(Wbemcli, EiShowsAllManagedElements) {
+    support::SkipTestWithout("/sys/class/net");
     const auto lines = LinesOf("ei", {"-nl"}, "CIM_ManagedElement");
     for (const auto* const declaration : schema_.Subclasses("CIM_ManagedElement", true)) {
         if (declaration->name.rfind("DEMO_", 0) == 0) {
@@ -277,7 +279,7 @@ TEST_P(Wbemcli, EiShowsAllManagedElements) {
     }
 }
 
-TEST_P(Wbemcli, CannotReadOneClassAloneWhichStandsBesideAllOthers) {
+TEST_P(Wbemcli, CannotReadExactlyOneClassWhichHasNoRelatives) {
     const auto* const unreadable = schema_.FindClass(kClassThatItCannotRead);
     ASSERT_TRUE(unreadable);
     EXPECT_EQ(unreadable->superclass, "");
@@ -303,9 +305,13 @@ TEST_P(Wbemcli, EinNamesTheFileSystemsOfTheKernelsListOfMounts) {
             GTEST_SKIP() << "a path that wbemcli and the kernel write differently: " << path;
         }
         mounted.insert(path);
-        if (device.rfind("/dev/", 0) == 0 && path.rfind("/dev/", 0) != 0) {
+        const auto isBelow = [&path](const std::string& folder) { return (path + '/').rfind(folder, 0) == 0; };
+        if (device.rfind("/dev/", 0) == 0 && !isBelow("/dev/") && !isBelow("/proc/") && !isBelow("/sys/")) {
             disks.insert(path);
         }
+    }
+    if (mounted.empty()) {
+        GTEST_SKIP() << "there is no list of mounts here";
     }
     std::set<std::string> named;
     for (const auto& line : LinesOf("ein", {}, "CIM_FileSystem")) {
@@ -408,6 +414,7 @@ TEST_P(Wbemcli, FollowsAProfileIntoTheOtherNamespace) {
     // What it is led to can be asked for as it stands there.
     const std::string path = computer[0].substr(computer[0].find('/') + 1);
     EXPECT_THAT(LinesIn("gi", {"-nl"}, path), Contains("-Caption=\"This computer\""));
+    support::SkipTestWithout("/sys/class/net");
     const auto ports = LinesIn("ain", {"-ac", "CIM_ElementConformsToProfile"}, network);
     EXPECT_THAT(ports, AllOf(testing::Not(IsEmpty()), Each(StartsWith(There("DEMO_NetworkPort.")))));
     EXPECT_EQ(ports.size(), LinesOf("ein", {}, "CIM_NetworkPort").size());

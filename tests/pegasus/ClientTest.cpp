@@ -1,6 +1,7 @@
 #include "FewDescriptors.h"
 #include "Texts.h"
 #include "support/CimServer.h"
+#include "support/CimXml.h"
 #include "support/NameService.h"
 
 #include <Pegasus/Client/CIMClient.h>
@@ -373,9 +374,8 @@ TEST_F(ClientTest, ReportsAnErrorWhereverItStands) {
 
 TEST_F(ClientTest, ReportsAnErrorThatComesAfterPartOfTheObjects) {
     connect();
-    const std::string body = "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><MESSAGE ID=\"1\" PROTOCOLVERSION=\"1.0\">"
-                             "<SIMPLERSP><IMETHODRESPONSE NAME=\"EnumerateInstances\"><IRETURNVALUE>" +
-                             NamedInstance("a") + "</IRETURNVALUE></IMETHODRESPONSE></SIMPLERSP></MESSAGE></CIM>";
+    const std::string body = support::xml::Message(
+        "1", support::xml::Response("EnumerateInstances", support::xml::ReturnValue(NamedInstance("a"))));
     std::ostringstream answer;
     answer << "HTTP/1.1 200 OK\r\nCIMOperation: MethodResponse\r\nTransfer-Encoding: chunked\r\n\r\n"
            << std::hex << body.size() << "\r\n"

@@ -1,5 +1,6 @@
 #include "Texts.h"
 #include "support/CimServer.h"
+#include "support/CimXml.h"
 
 #include <Pegasus/Client/CIMClient.h>
 #include <Pegasus/Client/ExchangeObserver.h>
@@ -189,9 +190,7 @@ class Figures : public ClientOpPerformanceDataHandler {
 };
 
 std::string AnswerTo(const std::string& header, const std::string& method, const std::string& content) {
-    const std::string body = "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><MESSAGE ID=\"1\" PROTOCOLVERSION=\"1.0\">"
-                             "<SIMPLERSP><IMETHODRESPONSE NAME=\"" +
-                             method + "\">" + content + "</IMETHODRESPONSE></SIMPLERSP></MESSAGE></CIM>";
+    const std::string body = support::xml::Message("1", support::xml::Response(method, content));
     return "HTTP/1.1 200 OK\r\nCIMOperation: MethodResponse\r\n" + header +
            "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
 }

@@ -1,5 +1,6 @@
 // What failures mean beyond their type: the marks that they bear, seen by a program that is linked to the library.
 
+#include "support/CimXml.h"
 #include "support/LoopbackAddress.h"
 #include "support/NameService.h"
 #include "support/ScriptedServer.h"
@@ -65,9 +66,8 @@ std::string meaningOfAnswer(const std::string& bytes) {
 /// What an enumeration means whose answer has this instead of an instance. (The first request of a client has the
 /// ID 1.)
 std::string meaningOfObject(const std::string& object) {
-    const std::string body = "<CIM><MESSAGE ID=\"1\"><SIMPLERSP><IMETHODRESPONSE NAME=\"EnumerateInstances\">"
-                             "<IRETURNVALUE>" +
-                             object + "</IRETURNVALUE></IMETHODRESPONSE></SIMPLERSP></MESSAGE></CIM>";
+    const std::string body =
+        support::xml::BareMessage("1", support::xml::Response("EnumerateInstances", support::xml::ReturnValue(object)));
     return meaningOfAnswer(kHead + ("Content-Length: " + std::to_string(body.size())) + "\r\n\r\n" + body);
 }
 

@@ -3,6 +3,7 @@
 
 #include "AnswerBody.h"
 #include "cimxml/Findings.h"
+#include "support/CimXml.h"
 
 #include <Pegasus/Common/Exception.h>
 
@@ -181,8 +182,8 @@ std::vector<std::string> ownAnswers() {
                      "NAME=\"A\"/></VALUE.OBJECTWITHPATH>" +
                      kKeys + "<CLASSNAME NAME=\"A\"/>"),
             "\xEF\xBB\xBF<?xml version=\"1.0\"?><!DOCTYPE CIM SYSTEM \"x\">" + bodyWith(named) + std::string(" \0", 2),
-            "<CIM><MESSAGE ID=\"1001\"><SIMPLERSP><IMETHODRESPONSE NAME=\"GetClass\"><ERROR CODE=\"6\" "
-            "DESCRIPTION=\"no\"/></IMETHODRESPONSE></SIMPLERSP></MESSAGE></CIM>"};
+            support::xml::BareMessage("1001",
+                                      support::xml::Response("GetClass", "<ERROR CODE=\"6\" DESCRIPTION=\"no\"/>"))};
 }
 
 TEST(LenientDifferenceTest, NoAnswerThatIsAcceptedIsReadInAnotherWay) {

@@ -3,6 +3,7 @@
 #include "AnswerBody.h"
 #include "cimxml/Findings.h"
 #include "cimxml/ObjectDecoder.h"
+#include "support/CimXml.h"
 
 #include <Pegasus/Common/Exception.h>
 
@@ -278,9 +279,9 @@ TEST(LenientTest, FindingsInAnObjectAreReportedBeforeItIsHandedOver) {
 
 /// The body of a GetClass answer with an error that has an instance of CIM_Error.
 std::string bodyWithError(const std::string& propertiesOfInstance) {
-    return "<CIM><MESSAGE ID=\"1001\"><SIMPLERSP><IMETHODRESPONSE NAME=\"GetClass\"><ERROR CODE=\"6\"><INSTANCE "
-           "CLASSNAME=\"CIM_Error\">" +
-           propertiesOfInstance + "</INSTANCE></ERROR></IMETHODRESPONSE></SIMPLERSP></MESSAGE></CIM>";
+    const std::string error =
+        "<ERROR CODE=\"6\">" + support::xml::Instance("CIM_Error", propertiesOfInstance) + "</ERROR>";
+    return support::xml::BareMessage("1001", support::xml::Response("GetClass", error));
 }
 
 TEST(LenientTest, FindingsInTheInstanceOfAnErrorAreReported) {

@@ -2,6 +2,7 @@
 
 #include "Texts.h"
 #include "support/CimServer.h"
+#include "support/CimXml.h"
 #include "support/NameService.h"
 #include "support/ScriptedServer.h"
 
@@ -44,6 +45,8 @@ const CIMNamespaceName kNamespace("root/cimv2");
 
 constexpr char kNames[] = "<IRETURNVALUE><CLASSNAME NAME=\"A\"/><CLASSNAME NAME=\"B\"/></IRETURNVALUE>";
 
+using support::xml::Message;
+
 std::string IdOf(const HttpRequest& request) {
     constexpr char kBegin[] = "<MESSAGE ID=\"";
     const std::size_t begin = request.body.find(kBegin) + sizeof kBegin - 1;
@@ -52,12 +55,7 @@ std::string IdOf(const HttpRequest& request) {
 
 /// What stands inside the MESSAGE of an answer.
 std::string Response(const std::string& content, const std::string& method = "EnumerateClassNames") {
-    return "<SIMPLERSP><IMETHODRESPONSE NAME=\"" + method + "\">" + content + "</IMETHODRESPONSE></SIMPLERSP>";
-}
-
-std::string Message(const std::string& id, const std::string& responses) {
-    return "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><MESSAGE ID=\"" + id + "\" PROTOCOLVERSION=\"1.0\">" +
-           responses + "</MESSAGE></CIM>";
+    return support::xml::Response(method, content);
 }
 
 constexpr char kHead[] = "HTTP/1.1 200 OK\r\nContent-Type: application/xml\r\nCIMOperation: MethodResponse\r\n";

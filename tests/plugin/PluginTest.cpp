@@ -1,10 +1,13 @@
 #include "PluginTest.h"
 
 #include "host/TRootObject.h"
+#include "support/CimXml.h"
 
 #include <algorithm>
 
 using namespace NQORVYX20;
+
+namespace xml = support::xml;
 
 namespace {
 
@@ -12,30 +15,27 @@ constexpr std::uint16_t kHttpPort = 5988;
 
 } // namespace
 
-std::string ValueXml(const std::string& value) { return "<VALUE>" + value + "</VALUE>"; }
+std::string ValueXml(const std::string& value) { return xml::Value(value); }
 
 std::string QualifierXml(const std::string& name, const std::string& type, const std::string& value) {
-    return "<QUALIFIER NAME=\"" + name + "\" TYPE=\"" + type + "\">" + (value.empty() ? "" : ValueXml(value)) +
-           "</QUALIFIER>";
+    return xml::Qualifier(name, type, value.empty() ? "" : xml::Value(value));
 }
 
 std::string KeyXml() { return QualifierXml("Key", "boolean", "TRUE"); }
 
 std::string PropertyXml(const std::string& name, const std::string& type, const std::string& content) {
-    return "<PROPERTY NAME=\"" + name + "\" TYPE=\"" + type + "\">" + content + "</PROPERTY>";
+    return xml::Property(name, type, content);
 }
 
 std::string ClassXml(const std::string& name, const std::string& superClass, const std::string& content) {
-    return "<CLASS NAME=\"" + name + "\"" + (superClass.empty() ? "" : " SUPERCLASS=\"" + superClass + "\"") + ">" +
-           content + "</CLASS>";
+    return xml::Class(name, superClass, content);
 }
 
 std::string InstanceXml(const std::string& className, const std::string& keyName, const std::string& keyValue,
                         const std::string& properties) {
     return "<VALUE.NAMEDINSTANCE><INSTANCENAME CLASSNAME=\"" + className + "\"><KEYBINDING NAME=\"" + keyName +
-           "\"><KEYVALUE VALUETYPE=\"string\">" + keyValue +
-           "</KEYVALUE></KEYBINDING></INSTANCENAME><INSTANCE CLASSNAME=\"" + className + "\">" + properties +
-           "</INSTANCE></VALUE.NAMEDINSTANCE>";
+           "\"><KEYVALUE VALUETYPE=\"string\">" + keyValue + "</KEYVALUE></KEYBINDING></INSTANCENAME>" +
+           xml::Instance(className, properties) + "</VALUE.NAMEDINSTANCE>";
 }
 
 PluginTest::PluginTest() {

@@ -42,7 +42,7 @@ class CimServer {
 
     /// Answers a method's calls for one object (the text of its ClassName, QualifierName or EnumerationContext
     /// parameter, case aside; empty where the call has none) with the XML that stands inside IRETURNVALUE, and perhaps
-    /// the output parameters behind it.
+    /// the output parameters after it.
     /// A call that the table does not know gets CIM_ERR_NOT_FOUND or, when it is one of a pulled enumeration,
     /// CIM_ERR_NOT_SUPPORTED: the server has none unless the table says otherwise.
     void Answer(const std::string& method, const std::string& object, const std::string& returnValue,

@@ -25,7 +25,7 @@ Fault StalledAt(std::size_t bytes);
 /// The whole answer, late.
 Fault Delayed(std::chrono::milliseconds time);
 
-/// The whole answer, one byte at a time with a pause behind each.
+/// The whole answer, one byte at a time with a pause after each.
 Fault Dripped(std::chrono::milliseconds pause);
 
 /// The answer twice, and the connection left open.

@@ -1,6 +1,7 @@
 #include "support/ProgramRun.h"
 
 #include "support/ProgramStart.h"
+#include "support/SkipTest.h"
 #include "support/TemporaryDirectory.h"
 
 #include <pty.h>
@@ -8,7 +9,9 @@
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <fstream>
 #include <sstream>
 
@@ -60,6 +63,9 @@ ProgramRun RunProgramOnTerminal(const std::string& program, const std::vector<st
     if (child == 0) {
         ProgramStart::Redirect(STDOUT_FILENO, output);
         start.Become();
+    }
+    if (child < 0) {
+        SkipTest(std::string("there are no terminals here: ") + std::strerror(errno));
     }
     std::string errors = ReadTerminal(terminal);
     ::close(terminal);

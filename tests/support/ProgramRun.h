@@ -17,7 +17,7 @@ struct ProgramRun {
 ProgramRun RunProgram(const std::string& program, const std::vector<std::string>& arguments,
                       const std::vector<std::string>& environment = {});
 
-/// The same with a terminal as the error stream; `errors` is what the terminal got, with its line ends.
+/// Runs a program whose error stream is a terminal, whose text `errors` gets, line ends and all. Skips without one.
 ProgramRun RunProgramOnTerminal(const std::string& program, const std::vector<std::string>& arguments);
 
 /// The path of a program that the search path leads to; empty when there is none.

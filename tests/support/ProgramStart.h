@@ -5,7 +5,7 @@
 
 namespace support {
 
-/// All that a process needs to become another program, made ready before it is forked. Behind the fork nothing may be
+/// All that a process needs to become another program, made ready before it is forked. After the fork nothing may be
 /// allocated: another thread may have held the allocator's lock, and nobody gives it back in the child.
 class ProgramStart {
   public:

@@ -62,7 +62,7 @@ class Connection {
     /// Ends the connection in order (for TLS with its closing alert); the peer reads the end of the stream.
     virtual void Close() = 0;
 
-    /// The same without TLS's closing alert.
+    /// Ends the connection without TLS's closing alert.
     virtual void CloseWithoutAlert() = 0;
 
     /// Ends the connection with a TCP reset; the peer reads an error.

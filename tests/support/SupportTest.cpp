@@ -1,7 +1,9 @@
 #include "support/CimServer.h"
 #include "support/ScriptedServer.h"
+#include "support/SkipTest.h"
 #include "support/TestCertificate.h"
 
+#include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 #include <openssl/ssl.h>
 
@@ -123,6 +125,18 @@ TEST(ScriptedServer, SpeaksTlsOnOnePortAndPlainOnAnother) {
     std::array<char, 16> buffer{};
     EXPECT_EQ(SSL_read(ssl.get(), buffer.data(), static_cast<int>(buffer.size())), 5);
     EXPECT_STREQ(buffer.data(), "hello");
+}
+
+TEST(SkipTest, EndsTheTestAsSkippedAndSaysWhy) {
+    testing::TestPartResultArray results;
+    {
+        const testing::ScopedFakeTestPartResultReporter reporter(
+            testing::ScopedFakeTestPartResultReporter::INTERCEPT_ONLY_CURRENT_THREAD, &results);
+        EXPECT_THROW(SkipTest("there is no moon"), testing::AssertionException);
+    }
+    ASSERT_EQ(results.size(), 1);
+    EXPECT_TRUE(results.GetTestPartResult(0).skipped());
+    EXPECT_STREQ(results.GetTestPartResult(0).message(), "there is no moon");
 }
 
 TEST(TestCertificate, RemovesItsFilesAtTheEnd) {

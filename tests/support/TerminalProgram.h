@@ -18,7 +18,7 @@ class TerminalProgram {
     };
 
     /// Starts a program, found by its path. All its standard streams are the terminal; `environment` has entries like
-    /// "NAME=value"; the program sees them, PATH and TERM, nothing else.
+    /// "NAME=value"; the program sees them, PATH and TERM, nothing else. Without a terminal the test is skipped.
     TerminalProgram(const std::string& program, const std::vector<std::string>& arguments,
                     const std::vector<std::string>& environment, Terminal terminal);
     TerminalProgram(const std::string& program, const std::vector<std::string>& arguments,

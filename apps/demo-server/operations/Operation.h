@@ -12,7 +12,7 @@ namespace demo {
 
 /// An intrinsic method of DSP0200.
 struct Operation {
-    /// Writes the IRETURNVALUE and what comes behind it. Throws CimError: before it has written anything if the request
+    /// Writes the IRETURNVALUE and what comes after it. Throws CimError: before it has written anything if the request
     /// is at fault, perhaps in the middle if a provider is.
     using Execute = std::function<void(const Repository& repository, const Parameters& parameters, XmlWriter& writer)>;
 

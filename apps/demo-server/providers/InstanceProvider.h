@@ -38,7 +38,7 @@ class InstanceProvider {
     /// Hands every instance to the visitor, one at a time. Safe to call from several threads.
     virtual void Enumerate(const Visitor& visit) const = 0;
 
-    /// The same instances for somebody who does not take them all at once. As they are now, and so all of them kept,
+    /// Every instance, for somebody who does not take them all at once. As they are now, and so all of them kept,
     /// unless the provider can do better. The provider must outlive the cursor. Safe to call from several threads.
     virtual std::unique_ptr<InstanceCursor> Open() const;
 

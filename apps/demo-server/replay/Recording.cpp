@@ -263,7 +263,7 @@ const RecordedAnswer* Recording::Next(const std::string& meaning) {
     Answers& answers = found->second;
     const auto& all = answers.all;
     if (answers.next == all.size()) {
-        // Behind its last portion an enumeration is only pulled by somebody who has opened it again.
+        // After its last portion an enumeration is only pulled by somebody who has opened it again.
         answers.next = meaning.compare(0, 4, "pull") == 0 ? 0 : all.size() - 1;
     }
     return &all[answers.next++];

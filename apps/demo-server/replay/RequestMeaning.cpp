@@ -1,9 +1,9 @@
 #include "replay/RequestMeaning.h"
 
+#include "schema/AsciiCase.h"
 #include "schema/Names.h"
 
 #include <algorithm>
-#include <cctype>
 #include <string_view>
 #include <vector>
 
@@ -11,14 +11,7 @@ namespace demo {
 
 namespace {
 
-std::string LowerCase(std::string_view text) {
-    std::string result(text);
-    std::transform(result.begin(), result.end(), result.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return result;
-}
-
-/// A text behind its length, so that no two lists of texts look alike.
+/// A text with its length in front, so that no two lists of texts look alike.
 std::string Measured(std::string_view text) { return std::to_string(text.size()) + ' ' + std::string(text); }
 
 std::string MeaningOf(const std::string& text) {
@@ -48,7 +41,7 @@ std::string MeaningOf(const KeyBinding& key) {
     return Measured(LowerCase(key.name)) + (reference ? " of " + Measured(MeaningOf(*reference)) : text ? *text : "");
 }
 
-/// Keys in any order. Each text stands in it once, however deep: the paths come from strangers, and quotes around
+/// Keys in any order. Each text stands in it once, however deep: the paths come from any client, and quotes around
 /// quotes would double what is within.
 std::string MeaningOf(const ObjectPath& path) {
     std::vector<std::string> keys;

@@ -12,7 +12,7 @@ namespace demo {
 /// may rest.
 std::string MeaningOf(const CimRequest& request);
 
-/// The same for people, in short: "EnumerateInstances of CIM_Fan in root/cimv2". What is no printable ASCII is "?".
+/// What a request means, for people: "EnumerateInstances of CIM_Fan in root/cimv2". What is no printable ASCII is "?".
 std::string ShortTextOf(const CimRequest& request);
 
 } // namespace demo

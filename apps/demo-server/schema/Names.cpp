@@ -1,17 +1,17 @@
 #include "schema/Names.h"
 
+#include "schema/AsciiCase.h"
+
 #include <algorithm>
 
 namespace demo {
 
 namespace {
 
-constexpr char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
 constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 constexpr bool StartsName(char c) {
-    return (Lower(c) >= 'a' && Lower(c) <= 'z') || c == '_' || static_cast<unsigned char>(c) >= 0x80;
+    return (LowerCase(c) >= 'a' && LowerCase(c) <= 'z') || c == '_' || static_cast<unsigned char>(c) >= 0x80;
 }
 
 } // namespace
@@ -27,12 +27,13 @@ bool IsNamespaceName(std::string_view text) {
 }
 
 bool SameName(std::string_view a, std::string_view b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) { return Lower(x) == Lower(y); });
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](char x, char y) { return LowerCase(x) == LowerCase(y); });
 }
 
 bool NameLess::operator()(std::string_view a, std::string_view b) const {
     return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(),
-                                        [](char x, char y) { return Lower(x) < Lower(y); });
+                                        [](char x, char y) { return LowerCase(x) < LowerCase(y); });
 }
 
 } // namespace demo

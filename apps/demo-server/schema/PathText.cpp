@@ -1,19 +1,13 @@
 #include "schema/PathText.h"
 
+#include "schema/AsciiCase.h"
+
 #include <algorithm>
-#include <cctype>
 #include <vector>
 
 namespace demo {
 
 namespace {
-
-std::string LowerCase(std::string_view name) {
-    std::string result(name);
-    std::transform(result.begin(), result.end(), result.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return result;
-}
 
 std::string Quoted(std::string_view text) {
     std::string result = "\"";

@@ -30,7 +30,7 @@ struct AccessRecord {
 /// is not known. Times are in UTC, durations in milliseconds.
 class AccessLog {
   public:
-    /// The stream must outlive the log, and is flushed behind every line.
+    /// The stream must outlive the log, and is flushed after every line.
     explicit AccessLog(std::ostream& stream) : stream_(stream) {}
 
     /// Safe to call from several threads.

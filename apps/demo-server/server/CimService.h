@@ -36,7 +36,7 @@ class CimService {
     CimService(Schema schema, InstanceProviders providers, const std::string& host,
                const EnumerationLimits& enumerations = {}, Enumerations::Clock clock = &std::chrono::steady_clock::now);
 
-    /// Carries out an operation and writes its IRETURNVALUE and what comes behind it. Throws CimError when it fails:
+    /// Carries out an operation and writes its IRETURNVALUE and what comes after it. Throws CimError when it fails:
     /// before it has written anything if the request is at fault, perhaps in the middle otherwise.
     void Execute(const CimRequest& request, XmlWriter& writer) const;
 

@@ -2,6 +2,8 @@
 
 #include <fcntl.h>
 #include <netdb.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -9,8 +11,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <climits>
-#include <cstring>
-#include <string_view>
 
 namespace demo {
 
@@ -29,7 +29,8 @@ constexpr short kNothing = 0;
 constexpr short kReadable = POLLIN;
 constexpr short kWritable = POLLOUT;
 
-constexpr std::string_view kEndOfHeader = "\r\n\r\n";
+/// How much is read at once: as much as a TLS record carries.
+constexpr std::size_t kPortion = std::size_t{16} * 1024;
 
 } // namespace
 
@@ -43,6 +44,8 @@ Connection::Connection(int socket, Clock::time_point made, SSL_CTX* context, con
       isReady_(context == nullptr),
       crowdedDeadline_(std::max(made + limits.crowdedHead, Clock::now() + limits.crowdedMoment)) {
     ::fcntl(socket_, F_SETFL, ::fcntl(socket_, F_GETFL) | O_NONBLOCK);
+    const int yes = 1;
+    ::setsockopt(socket_, IPPROTO_TCP, TCP_NODELAY, &yes, sizeof(yes));
     ::setsockopt(socket_, SOL_SOCKET, SO_SNDBUF, &kSendBufferBytes, sizeof(kSendBufferBytes));
     if (tls_) {
         SSL_set_fd(tls_.get(), socket_);
@@ -59,17 +62,13 @@ bool Connection::WaitForRequest() {
     if (!isReady_ && !Handshake()) {
         return false;
     }
-    allowance_ = kMaxHeaderBytes;
-    headerEnd_ = 0;
-    headerLine_ = 0;
-    headerLines_ = 0;
-    hasTooLongHeaders_ = false;
+    hasHeaders_ = false;
     writtenBefore_ = writtenBytes_;
     writeWait_ = {};
     // One that has had an answer makes room at once.
     const bool isFirst = writtenBytes_ == 0;
-    const Patience idle{Clock::now() + limits_.idle, isFirst ? crowdedDeadline_ : Clock::time_point(), true};
-    if (begin_ == end_ && (stop_.IsRaised() || !Fill(idle))) {
+    const TimeLimit idle{Clock::now() + limits_.idle, isFirst ? crowdedDeadline_ : Clock::time_point(), true};
+    if (arrived_.size() == 0 && (stop_.IsRaised() || !Fill(idle))) {
         return false;
     }
     const auto now = Clock::now();
@@ -78,35 +77,15 @@ bool Connection::WaitForRequest() {
     return true;
 }
 
-ssize_t Connection::Read(char* data, std::size_t size) {
-    if (begin_ == end_ && !Fill(ForRequest())) {
-        return wanted_ == kNothing ? 0 : -1;
+void Connection::Receive() {
+    if (arrived_.size() >= kMaxArrived || !Fill(ForRequest())) {
+        throw ConnectionLost();
     }
-    const std::size_t count = std::min({size, end_ - begin_, allowance_});
-    if (count == 0) {
-        hasTooLongHeaders_ = !HasWholeHeaders();
-        return -1;
-    }
-    std::memcpy(data, buffer_.data() + begin_, count);
-    begin_ += count;
-    allowance_ -= count;
-    CountHeader(data, count);
-    return static_cast<ssize_t>(count);
 }
 
-ssize_t Connection::Write(const char* data, std::size_t size) {
-    for (;;) {
-        if (LimitedByStop(AnswerDeadline()) < Clock::now()) {
-            return -1;
-        }
-        const ssize_t count = TryWrite(data, size);
-        if (count > 0) {
-            writtenBytes_ += static_cast<std::uint64_t>(count);
-            return count;
-        }
-        if (wanted_ == kNothing || !WaitToWrite()) {
-            return -1;
-        }
+void Connection::Write(std::string_view bytes) {
+    while (!bytes.empty()) {
+        bytes.remove_prefix(WriteSome(bytes));
     }
 }
 
@@ -123,7 +102,7 @@ std::string Connection::PeerAddress() const {
 }
 
 bool Connection::Handshake() {
-    const Patience patience{Clock::now() + limits_.request, crowdedDeadline_, true};
+    const TimeLimit limit{Clock::now() + limits_.request, crowdedDeadline_, true};
     while (tls_) {
         const int result = SSL_accept(tls_.get());
         if (result == 1) {
@@ -131,7 +110,7 @@ bool Connection::Handshake() {
             return true;
         }
         const short events = EventsAfter(result);
-        if (events == kNothing || !Wait(events, patience)) {
+        if (events == kNothing || !Wait(events, limit)) {
             break;
         }
     }
@@ -140,24 +119,22 @@ bool Connection::Handshake() {
     return false;
 }
 
-bool Connection::Fill(const Patience& patience) {
+bool Connection::Fill(const TimeLimit& limit) {
     for (;;) {
-        const ssize_t count = TryRead(buffer_.data(), buffer_.size());
+        const auto space = arrived_.prepare(kPortion);
+        const ssize_t count = TryRead(static_cast<char*>(space.data()), space.size());
         if (count > 0) {
-            begin_ = 0;
-            end_ = static_cast<std::size_t>(count);
+            arrived_.commit(static_cast<std::size_t>(count));
             return true;
         }
-        if (wanted_ == kNothing || !Wait(wanted_, patience)) {
+        if (wanted_ == kNothing || !Wait(wanted_, limit)) {
             return false;
         }
     }
 }
 
-bool Connection::HasWholeHeaders() const { return headerEnd_ == kEndOfHeader.size(); }
-
-Connection::Patience Connection::ForRequest() const {
-    return {requestDeadline_, HasWholeHeaders() ? Clock::time_point::max() : crowdedDeadline_};
+Connection::TimeLimit Connection::ForRequest() const {
+    return {requestDeadline_, hasHeaders_ ? Clock::time_point::max() : crowdedDeadline_};
 }
 
 /// Only the time counts that was spent waiting for the client, not that in which the answer came about.
@@ -167,26 +144,26 @@ Connection::Clock::time_point Connection::AnswerDeadline() const {
     return Clock::now() + limits_.answerWait + std::chrono::duration_cast<Clock::duration>(earned) - writeWait_;
 }
 
-bool Connection::WaitToWrite() {
-    const auto begin = Clock::now();
-    const bool isWritable = Wait(wanted_, {AnswerDeadline()});
-    writeWait_ += Clock::now() - begin;
-    return isWritable;
+std::size_t Connection::WriteSome(std::string_view bytes) {
+    for (;;) {
+        if (LimitedByStop(AnswerDeadline()) < Clock::now()) {
+            throw ConnectionLost();
+        }
+        const ssize_t count = TryWrite(bytes.data(), bytes.size());
+        if (count > 0) {
+            writtenBytes_ += static_cast<std::uint64_t>(count);
+            return static_cast<std::size_t>(count);
+        }
+        WaitToWrite();
+    }
 }
 
-/// Behind the empty line that ends the headers, the request may be as long as a body.
-void Connection::CountHeader(const char* data, std::size_t size) {
-    for (std::size_t i = 0; i < size && !HasWholeHeaders(); ++i) {
-        headerLine_ = data[i] == '\n' ? 0 : headerLine_ + 1;
-        headerLines_ += data[i] == '\n' ? 1 : 0;
-        hasTooLongHeaders_ = hasTooLongHeaders_ || headerLine_ > kMaxHeaderLine;
-        headerEnd_ = data[i] == kEndOfHeader[headerEnd_] ? headerEnd_ + 1 : data[i] == '\r' ? 1 : 0;
-        if (HasWholeHeaders()) {
-            allowance_ += kMaxBodyBytes;
-        } else if (headerLines_ > kMaxHeaderLines) {
-            allowance_ = 0;
-        }
+void Connection::WaitToWrite() {
+    const auto begin = Clock::now();
+    if (wanted_ == kNothing || !Wait(wanted_, {AnswerDeadline()})) {
+        throw ConnectionLost();
     }
+    writeWait_ += Clock::now() - begin;
 }
 
 /// Lets the client read what is on its way: closing with unread bytes of a request would take it back.
@@ -198,8 +175,10 @@ void Connection::Close() {
     ::shutdown(socket_, SHUT_WR);
     const auto now = Clock::now();
     const auto crowdedLimit = writtenBytes_ == 0 ? Clock::duration() : kCrowdedCloseLimit;
-    const Patience patience{now + kCloseLimit, now + crowdedLimit, true};
-    while (Clock::now() < DeadlineNow(patience) && !stop_.IsRaised() && Fill(patience)) {
+    const TimeLimit limit{now + kCloseLimit, now + crowdedLimit, true};
+    arrived_.clear();
+    while (Clock::now() < DeadlineNow(limit) && !stop_.IsRaised() && Fill(limit)) {
+        arrived_.clear();
     }
 }
 
@@ -236,15 +215,15 @@ short Connection::EventsAfter(int result) const {
     }
 }
 
-bool Connection::Wait(short events, const Patience& patience) {
+bool Connection::Wait(short events, const TimeLimit& limit) {
     for (;;) {
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(DeadlineNow(patience) - Clock::now()).count();
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(DeadlineNow(limit) - Clock::now()).count();
         if (left <= 0) {
             return false;
         }
         // Once a signal is raised, waiting for it would not be waiting. poll() skips negative handles.
-        const bool watchesStop = patience.untilStop || !stop_.IsRaised();
-        const bool watchesCrowd = patience.crowdedDeadline < patience.deadline && !crowd_.IsRaised();
+        const bool watchesStop = limit.untilStop || !stop_.IsRaised();
+        const bool watchesCrowd = limit.crowdedDeadline < limit.deadline && !crowd_.IsRaised();
         std::array<pollfd, 3> handles{pollfd{socket_, events, 0},
                                       pollfd{watchesStop ? stop_.Handle() : -1, kReadable, 0},
                                       pollfd{watchesCrowd ? crowd_.Handle() : -1, kReadable, 0}};
@@ -255,14 +234,14 @@ bool Connection::Wait(short events, const Patience& patience) {
         if (count > 0 && handles[0].revents != 0) {
             return true;
         }
-        if (patience.untilStop && stop_.IsRaised()) {
+        if (limit.untilStop && stop_.IsRaised()) {
             return false;
         }
     }
 }
 
-Connection::Clock::time_point Connection::DeadlineNow(const Patience& patience) {
-    return LimitedByStop(crowd_.IsRaised() ? std::min(patience.deadline, patience.crowdedDeadline) : patience.deadline);
+Connection::Clock::time_point Connection::DeadlineNow(const TimeLimit& limit) {
+    return LimitedByStop(crowd_.IsRaised() ? std::min(limit.deadline, limit.crowdedDeadline) : limit.deadline);
 }
 
 Connection::Clock::time_point Connection::LimitedByStop(Clock::time_point deadline) {

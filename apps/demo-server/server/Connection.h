@@ -3,34 +3,35 @@
 #include "server/CrowdSignal.h"
 #include "server/ListenerLimits.h"
 #include "server/StopSignal.h"
+#include "wire/XmlWriter.h"
 
+#include <boost/beast/core/flat_buffer.hpp>
 #include <openssl/ssl.h>
 
 #include <sys/types.h>
 
-#include <array>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace demo {
 
+/// A client takes no more bytes, sends none, or has closed. To what writes an answer this is an output that is closed.
+class ConnectionLost : public OutputClosed {};
+
 /// A connection that a client has made, with or without TLS. It keeps a client from holding on to the server: each
-/// request has a time limit and may be so long, each answer must be taken at some speed, a client that says nothing
-/// makes room when others wait, and all waiting ends soon when the server stops.
+/// request has a time limit, each answer must be taken at some speed, a client that says nothing makes room when others
+/// wait, and all waiting ends soon when the server stops.
 class Connection {
   public:
     using Clock = std::chrono::steady_clock;
 
-    /// The longest headers of a request, the longest one of them, their number, and the longest rest of the request, in
-    /// bytes as they arrive.
-    static constexpr std::size_t kMaxHeaderBytes = std::size_t{64} * 1024;
-    static constexpr std::size_t kMaxHeaderLine = std::size_t{8} * 1024;
-    static constexpr std::size_t kMaxHeaderLines = 128;
-    static constexpr std::size_t kMaxBodyBytes = std::size_t{4} * 1024 * 1024;
+    /// What may have arrived without being taken.
+    static constexpr std::size_t kMaxArrived = std::size_t{64} * 1024;
 
     /// Takes over the socket of a connection that was made at a time. With a TLS context WaitForRequest() begins with
     /// the handshake. All but the socket must outlive the connection; the crowd are those who wait to be served.
@@ -44,17 +45,19 @@ class Connection {
     /// others wait or not, or the server stops.
     bool WaitForRequest();
 
-    /// Reads bytes of the request, at least one. 0 at the end, -1 when the request exceeds a limit or the connection is
-    /// broken.
-    ssize_t Read(char* data, std::size_t size);
+    /// What has arrived and was not taken yet. Valid until the next call of Receive() or Take().
+    std::string_view Arrived() const { return {static_cast<const char*>(arrived_.data().data()), arrived_.size()}; }
+    void Take(std::size_t count) { arrived_.consume(count); }
 
-    /// Writes some of the bytes. -1 when the client does not take them.
-    ssize_t Write(const char* data, std::size_t size);
+    /// Waits until more of the request has arrived. Throws ConnectionLost when no more comes in time, or kMaxArrived is
+    /// there already.
+    void Receive();
 
-    int Socket() const { return socket_; }
+    /// Says that the headers of the request have arrived: from now on it does not have to make room.
+    void EndHeaders() { hasHeaders_ = true; }
 
-    /// Whether the headers of the request exceed a limit.
-    bool HasTooLongHeaders() const { return hasTooLongHeaders_; }
+    /// Writes all of the bytes. Throws ConnectionLost when the client does not take them.
+    void Write(std::string_view bytes);
 
     /// All bytes that Write() has written.
     std::uint64_t WrittenBytes() const { return writtenBytes_; }
@@ -64,7 +67,7 @@ class Connection {
 
   private:
     /// How long to wait for a client.
-    struct Patience {
+    struct TimeLimit {
         Clock::time_point deadline;
         /// The deadline while others wait.
         Clock::time_point crowdedDeadline = Clock::time_point::max();
@@ -73,19 +76,18 @@ class Connection {
     };
 
     bool Handshake();
-    bool Fill(const Patience& patience);
-    bool HasWholeHeaders() const;
-    Patience ForRequest() const;
+    bool Fill(const TimeLimit& limit);
+    TimeLimit ForRequest() const;
     Clock::time_point AnswerDeadline() const;
-    bool WaitToWrite();
-    void CountHeader(const char* data, std::size_t size);
+    std::size_t WriteSome(std::string_view bytes);
+    void WaitToWrite();
     void Close();
     ssize_t TryRead(char* data, std::size_t size);
     ssize_t TryWrite(const char* data, std::size_t size);
     /// What poll() has to wait for after the result of an SSL function; 0 when it has failed.
     short EventsAfter(int result) const;
-    bool Wait(short events, const Patience& patience);
-    Clock::time_point DeadlineNow(const Patience& patience);
+    bool Wait(short events, const TimeLimit& limit);
+    Clock::time_point DeadlineNow(const TimeLimit& limit);
     Clock::time_point LimitedByStop(Clock::time_point deadline);
 
     int socket_;
@@ -95,14 +97,8 @@ class Connection {
     const CrowdSignal& crowd_;
     bool isReady_;
     short wanted_ = 0;
-    std::array<char, std::size_t{16} * 1024> buffer_{};
-    std::size_t begin_ = 0;
-    std::size_t end_ = 0;
-    std::size_t allowance_ = 0;
-    std::size_t headerEnd_ = 0;
-    std::size_t headerLine_ = 0;
-    std::size_t headerLines_ = 0;
-    bool hasTooLongHeaders_ = false;
+    boost::beast::flat_buffer arrived_;
+    bool hasHeaders_ = false;
     std::uint64_t writtenBytes_ = 0;
     std::uint64_t writtenBefore_ = 0;
     Clock::duration writeWait_{};

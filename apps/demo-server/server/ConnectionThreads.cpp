@@ -1,19 +1,27 @@
 #include "server/ConnectionThreads.h"
 
+#include <csignal>
 #include <utility>
 
 namespace demo {
 
 namespace {
 
-thread_local ConnectionThreads::Clock::time_point enqueueTime;
+/// OpenSSL writes to sockets in such a way that a client that has gone raises SIGPIPE, which would end the process. The
+/// thread gets the error of the write instead.
+void BlockBrokenPipes() {
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGPIPE);
+    ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+}
 
 } // namespace
 
-void ConnectionThreads::Enqueue(std::function<void()> connection) {
+void ConnectionThreads::Enqueue(Serve serve) {
     std::unique_lock<std::mutex> lock(mutex_);
     room_.wait(lock, [this] { return waiting_.size() < maxWaiting_; });
-    waiting_.push_back({std::move(connection), Clock::now()});
+    waiting_.push_back({std::move(serve), Clock::now()});
     if (waiting_.size() > idle_ && threads_.size() < maxThreads_) {
         threads_.emplace_back([this] { Run(); });
         ++idle_;
@@ -34,9 +42,8 @@ void ConnectionThreads::Shutdown() {
     threads_.clear();
 }
 
-ConnectionThreads::Clock::time_point ConnectionThreads::EnqueueTime() { return enqueueTime; }
-
 void ConnectionThreads::Run() {
+    BlockBrokenPipes();
     std::unique_lock<std::mutex> lock(mutex_);
     for (;;) {
         changed_.wait(lock, [this] { return isOver_ || !waiting_.empty(); });
@@ -49,8 +56,7 @@ void ConnectionThreads::Run() {
         LookAtCrowd();
         room_.notify_one();
         lock.unlock();
-        enqueueTime = next.since;
-        next.connection();
+        next.serve(next.since);
         lock.lock();
         ++idle_;
         LookAtCrowd();

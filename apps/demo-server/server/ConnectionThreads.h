@@ -22,8 +22,11 @@ class ConnectionThreads {
         : maxThreads_(maxThreads), maxWaiting_(maxWaiting) {}
     ~ConnectionThreads() { Shutdown(); }
 
+    /// Serves a connection, which is told when it was enqueued.
+    using Serve = std::function<void(Clock::time_point)>;
+
     /// Has a connection served, after it has waited for room among those that wait. Not to be called after Shutdown().
-    void Enqueue(std::function<void()> connection);
+    void Enqueue(Serve serve);
 
     /// Waits until all connections, those that still wait included, are served.
     void Shutdown();
@@ -31,12 +34,9 @@ class ConnectionThreads {
     /// Raised while connections wait for a thread.
     const CrowdSignal& Crowd() const { return crowd_; }
 
-    /// When the connection that the calling thread serves was enqueued.
-    static Clock::time_point EnqueueTime();
-
   private:
     struct Waiting {
-        std::function<void()> connection;
+        Serve serve;
         Clock::time_point since;
     };
 

@@ -26,7 +26,7 @@ struct DemoServerOptions {
     std::size_t volumes = 0;
     /// Classes, and instances of classes, beside the built-in ones of root/cimv2.
     std::vector<SchemaSource> schemas;
-    /// The same for other namespaces. One that is not there by itself comes to be with the base classes.
+    /// Classes and instances in other namespaces. One that is not there by itself comes to be with the base classes.
     SchemasByNamespace namespaces;
     /// The name of the Interop namespace.
     std::string interop = "interop";

@@ -1,22 +1,17 @@
 #pragma once
 
+#include "server/Acceptor.h"
 #include "server/AccessLog.h"
 #include "server/CimService.h"
+#include "server/ConnectionThreads.h"
 #include "server/ListenerLimits.h"
+#include "server/ListenerState.h"
 #include "server/TlsContext.h"
 #include "server/Users.h"
 
-#include <memory>
-#include <stdexcept>
 #include <string>
 
 namespace demo {
-
-/// A port that cannot be listened on. The text names it and says why.
-class ListenError : public std::runtime_error {
-  public:
-    using std::runtime_error::runtime_error;
-};
 
 /// CIM-XML over HTTP or HTTPS (DSP0200) at one address and port.
 class HttpListener {
@@ -33,11 +28,16 @@ class HttpListener {
     HttpListener& operator=(const HttpListener&) = delete;
 
     /// As in "http://127.0.0.1:5988".
-    std::string Url() const;
+    std::string Url() const { return url_; }
 
   private:
-    class Implementation;
-    std::unique_ptr<Implementation> implementation_;
+    void Serve(int socket, ConnectionThreads::Clock::time_point made);
+
+    const TlsContext* const tls_;
+    const std::string url_;
+    ListenerState state_;
+    ConnectionThreads threads_;
+    Acceptor acceptor_;
 };
 
 } // namespace demo

@@ -27,8 +27,8 @@ struct ListenerLimits {
     /// Requests longer than kSmallRequest that are under way at once, from their bodies to the ends of their answers.
     std::size_t largeRequests = 6;
     /// How long a request waits for others to end, and how many wait, before it is refused with 503.
-    std::chrono::milliseconds patience{3'000};
-    std::size_t patientRequests = 32;
+    std::chrono::milliseconds placeTimeout{3'000};
+    std::size_t waitingRequests = 32;
     static constexpr std::size_t kSmallRequest = std::size_t{16} * 1024;
 
     // --- Answers ---

@@ -4,11 +4,11 @@ namespace demo {
 
 Places::Place Places::TryTake() { return Take(std::chrono::milliseconds(0)); }
 
-Places::Place Places::Take(std::chrono::milliseconds patience) {
+Places::Place Places::Take(std::chrono::milliseconds timeout) {
     std::unique_lock<std::mutex> lock(mutex_);
     if (free_ == 0 && waiting_ < maxWaiting_) {
         ++waiting_;
-        changed_.wait_for(lock, patience, [this] { return free_ > 0 || isClosed_; });
+        changed_.wait_for(lock, timeout, [this] { return free_ > 0 || isClosed_; });
         --waiting_;
     }
     if (free_ == 0) {

@@ -25,7 +25,7 @@ class Places {
     Place TryTake();
 
     /// A place, for which this waits. None when none became free in time, too many wait already, or it is over.
-    Place Take(std::chrono::milliseconds patience);
+    Place Take(std::chrono::milliseconds timeout);
 
     /// From now on nobody waits.
     void Close();

@@ -8,7 +8,7 @@ namespace demo {
 /// Text for a header: everything but letters, digits and -._~ as %XX (RFC 3986).
 std::string PercentEncode(std::string_view text);
 
-/// The reverse. A % without two hexadecimal digits stands for itself.
+/// The text that PercentEncode() was given. A % without two hexadecimal digits stands for itself.
 std::string PercentDecode(std::string_view text);
 
 } // namespace demo
