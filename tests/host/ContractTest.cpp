@@ -87,7 +87,7 @@ TEST(SlotOrder, NamespaceKeepsItsOrder) {
                        As<void()>(&I::ClearInstances));
 }
 
-TEST(SlotOrder, ClassKeepsItsOrderBehindValidate) {
+TEST(SlotOrder, ClassKeepsItsOrderAfterValidate) {
     using I = ICIMClass;
     const std::size_t maintenance = ExpectSlots(
         kFirstSlot, As<void(Context) const>(&I::Validate), As<void(Context)>(&I::AddToNamespace),
@@ -121,7 +121,7 @@ TEST(SlotOrder, ClassKeepsItsOrderBehindValidate) {
         As<void(Shared<ICIMMethodDecl>)>(&I::RemoveMethodDecl));
 }
 
-TEST(SlotOrder, InstanceKeepsItsOrderBehindValidate) {
+TEST(SlotOrder, InstanceKeepsItsOrderAfterValidate) {
     using I = ICIMInstance;
     ExpectLastSlots<I>(
         kFirstSlot, As<void(Context) const>(&I::Validate), As<void(Context)>(&I::AddToNamespace),
@@ -156,7 +156,7 @@ TEST(SlotOrder, PropertyKeepsItsOrder) {
                        As<std::vector<std::string>() const>(&I::ToStringVector));
 }
 
-TEST(SlotOrder, PropertyDeclKeepsItsOrderBehindTheNamedElement) {
+TEST(SlotOrder, PropertyDeclKeepsItsOrderAfterTheNamedElement) {
     using I = ICIMPropertyDecl;
     ExpectLastSlots<I>(ExpectNamedElementSlots<I>(), As<void(Context) const>(&I::Validate),
                        As<void(Context)>(&I::AddToClass), As<void(Context)>(&I::RemoveFromClass),
@@ -195,7 +195,7 @@ TEST(SlotOrder, QualifierDeclKeepsItsOrder) {
                        As<ICIMQualifierDecl&(const ICIMQualifierDecl&)>(&I::operator=));
 }
 
-TEST(SlotOrder, MethodDeclKeepsItsOrderBehindTheNamedElement) {
+TEST(SlotOrder, MethodDeclKeepsItsOrderAfterTheNamedElement) {
     using I = ICIMMethodDecl;
     ExpectLastSlots<I>(ExpectNamedElementSlots<I>(), As<void(Context) const>(&I::Validate),
                        As<void(Context)>(&I::AddToClass), As<Text(Context) const>(&I::GetName),
@@ -207,7 +207,7 @@ TEST(SlotOrder, MethodDeclKeepsItsOrderBehindTheNamedElement) {
                        As<ICIMMethodDecl&(const ICIMMethodDecl&)>(&I::operator=));
 }
 
-TEST(SlotOrder, ParameterDeclKeepsItsOrderBehindTheNamedElement) {
+TEST(SlotOrder, ParameterDeclKeepsItsOrderAfterTheNamedElement) {
     using I = ICIMParameterDecl;
     ExpectLastSlots<I>(
         ExpectNamedElementSlots<I>(), As<void(Context) const>(&I::Validate), As<void(Context)>(&I::AddToMethod),

@@ -24,14 +24,14 @@ constexpr Signature Interface::*As(Signature Interface::*operation) {
     return operation;
 }
 
-/// The interface with one more operation, which stands behind all others.
+/// The interface with one more operation, which comes after all others.
 template <typename Interface>
 class WithOneMore : public Interface {
   public:
     virtual void OneMore() = 0;
 };
 
-/// Expects the operations to stand one after the other from a slot on, and returns the slot behind them.
+/// Expects the operations to stand one after the other from a slot on, and returns the slot after them.
 template <typename... Operations>
 std::size_t ExpectSlots(std::size_t first, Operations... operations) {
     std::size_t next = first;
@@ -44,8 +44,9 @@ std::size_t ExpectSlots(std::size_t first, Operations... operations) {
     return next;
 }
 
-/// Expects the operations to stand one after the other from a slot on, and no other behind them.
+/// Expects the operations to stand one after the other from a slot on, and no other after them.
 template <typename Interface, typename... Operations>
 void ExpectLastSlots(std::size_t first, Operations... operations) {
-    EXPECT_EQ(SlotOf(&WithOneMore<Interface>::OneMore), ExpectSlots(first, operations...)) << "there are others behind";
+    EXPECT_EQ(SlotOf(&WithOneMore<Interface>::OneMore), ExpectSlots(first, operations...))
+        << "there are others after them";
 }

@@ -456,7 +456,7 @@ TEST_F(ClassFeaturesTest, WhatIsThrownDuringTheWalkOverTheKeysLeavesAsTheModelsE
     EXPECT_THAT(log_->Errors(), ElementsAre("TCimHTTP: Enumeration of the keys of class TEST_Keys failed"));
 }
 
-TEST_F(ClassFeaturesTest, AnEmptyCallbackIsABadCall) {
+TEST_F(ClassFeaturesTest, AnEmptyCallbackIsABadFunctionCall) {
     const auto cls =
         Fetch("TEST_Robot", KeyXml() + PropertyXml("Name", "string") + "<METHOD NAME=\"Go\" TYPE=\"uint32\"/>");
     EXPECT_THROW(cls->EnumeratePropertyDecls({}, TCIMContext()), boost::bad_function_call);

@@ -205,9 +205,9 @@ TEST_F(ClassLookupTest, ThePluginsQualifiersAreOfTheirPresentDeclaration) {
         nameSpace->AllocateQualifierDecl("PluginName", TCIMValue(""), ICIMQualifierDecl::eScopeClass,
                                          ICIMQualifierDecl::eFlavorToSubclass, TCIMContext());
     replacement->AddToNamespace(TCIMContext());
-    const auto stamp = FetchClass(*nameSpace, "TEST_Disk")->GetQualifier("PLUGINNAME", TCIMContext());
-    EXPECT_EQ(stamp->GetDeclaration(TCIMContext()), replacement);
-    EXPECT_EQ(stamp->GetFlavor(TCIMContext()), ICIMQualifierDecl::eFlavorToSubclass);
+    const auto qualifier = FetchClass(*nameSpace, "TEST_Disk")->GetQualifier("PLUGINNAME", TCIMContext());
+    EXPECT_EQ(qualifier->GetDeclaration(TCIMContext()), replacement);
+    EXPECT_EQ(qualifier->GetFlavor(TCIMContext()), ICIMQualifierDecl::eFlavorToSubclass);
 }
 
 TEST_F(ClassLookupTest, AnUnknownClassIsEmptyAndLogsTheServersWord) {

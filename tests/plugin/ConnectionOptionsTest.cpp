@@ -23,7 +23,7 @@ const std::vector<const char*> kTextKeys{kNamespaceKey, kTrustKey, kFingerprintK
                                          kClientKeyKey};
 const std::string kDigits = "0123456789abcdefABCDEF0123456789abcdefABCDEF01234567890123456789";
 
-/// Every pair of the digits with a colon behind it, but for the last.
+/// Every pair of the digits followed by a colon, but for the last.
 std::string WithColons(const std::string& digits) {
     std::string text;
     for (std::size_t i = 0; i < digits.size(); i += 2) {
@@ -64,7 +64,7 @@ class ConnectionOptionsTest : public TlsTest {
 
 // --- The context -------------------------------------------------------------------------------------------------
 
-TEST_F(ConnectionOptionsTest, AKeyOfThePluginsThatThereIsNotIsRefused) {
+TEST_F(ConnectionOptionsTest, AnUnknownKeyWithThePluginsPrefixIsRefused) {
     ExpectRefused({{"cimhttp.tsl", TCIMValue(true)}},
                   "TCimHTTPNamespace: there is no context key 'cimhttp.tsl' (did you mean 'cimhttp.tls'?)");
     ExpectRefused({{"cimhttp.fingerprnt", TCIMValue("")}}, "(did you mean 'cimhttp.fingerprint'?)");
@@ -150,7 +150,7 @@ TEST_F(ConnectionOptionsTest, WithTheTlsKeyAnyPortIsConnectedTo) {
     }
 }
 
-TEST_F(ConnectionOptionsTest, WithTheTlsKeyAPortThatThereIsNotIsAFailure) {
+TEST_F(ConnectionOptionsTest, WithTheTlsKeyAnInvalidPortIsAFailure) {
     constexpr int kPortsInAll = 0x10000;
     for (const bool tls : {false, true}) {
         for (const int port : {-1, 0, kPortsInAll, kPortsInAll + kHttpPort}) {

@@ -171,7 +171,7 @@ TEST_F(ContextTest, InitialisingANamespaceHandsItsContextToNothing) {
                                            "AllocateQualifierDecl PLUGINVERSION"));
 }
 
-TEST_F(ContextTest, ALookupHandsItsContextToTheStampingAndFilingOfTheClassAlone) {
+TEST_F(ContextTest, ALookupHandsItsContextToThePluginQualifiersAndTheFilingOfTheClassAlone) {
     Connect();
     notes_.Take();
     namespace_->GetClass("TEST_Disk", PluginContext());

@@ -166,7 +166,7 @@ TEST_F(DeclarationTest, AFixedQualifierRefusesAnotherFlavor) {
     }
 }
 
-TEST_F(DeclarationTest, AnOverridableQualifierGivesWay) {
+TEST_F(DeclarationTest, AnOverridableQualifierIsReplaced) {
     for (const auto& element : Elements()) {
         Add(*element, Declare("Units", kOverridable), "Bytes");
         const auto second = Add(*element, Declare("UNITS", kFixed), "Bits");

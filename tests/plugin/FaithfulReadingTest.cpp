@@ -207,7 +207,7 @@ TEST_F(FaithfulReadingTest, NullIsNullOfItsDeclaredType) {
     EXPECT_TRUE(nameSpace->Incidents().IsEmpty());
 }
 
-TEST_F(FaithfulReadingTest, AnEmptyArrayIsNoNull) {
+TEST_F(FaithfulReadingTest, AnEmptyArrayIsNotNull) {
     const auto nameSpace = Faithful();
     const auto thing =
         Thing(*nameSpace, ArrayXml("Sizes", "uint32", ""),
@@ -538,7 +538,7 @@ TEST_F(FaithfulReadingTest, AFailedConnectionSaysItsKind) {
     EXPECT_EQ(nameSpace->LastFailure()->kind, Kind::kRefused);
 }
 
-TEST_F(FaithfulReadingTest, ATimeOutIsOne) {
+TEST_F(FaithfulReadingTest, ATimeoutIsReportedAsOne) {
     const auto nameSpace = Faithful();
     FetchClass(*nameSpace, "TEST_Disk");
     nameSpace->getPegClient()->setTimeout(0);
@@ -822,7 +822,7 @@ TEST_F(FaithfulReadingTest, AKeyThatReadsLikeAPathIsATextWhereTheClassSaysSo) {
 
 // --- Few requests ------------------------------------------------------------------------------------------------
 
-TEST_F(FaithfulReadingTest, AColdReadingTakesThreeRequestsAndTheNextOne) {
+TEST_F(FaithfulReadingTest, AFirstEnumerationTakesThreeRequestsAndTheNextTakesOne) {
     server_.AnswerPortion("OpenEnumerateInstances", "TEST_Disk", "", "");
     const auto nameSpace = Faithful();
     Instances(*nameSpace, "TEST_Disk");
@@ -832,7 +832,7 @@ TEST_F(FaithfulReadingTest, AColdReadingTakesThreeRequestsAndTheNextOne) {
     EXPECT_THAT(Methods(), ElementsAre("OpenEnumerateInstances"));
 }
 
-TEST_F(FaithfulReadingTest, OfAServerWithoutPulledEnumerationsItTakesAFourthThatAsksForThem) {
+TEST_F(FaithfulReadingTest, WithoutPulledEnumerationsAFirstEnumerationTakesFourRequests) {
     server_.Answer("EnumerateInstances", "TEST_Disk", DeviceXml("TEST_Disk", "d1") + DeviceXml("TEST_Disk", "d2"));
     const auto nameSpace = Faithful();
     Instances(*nameSpace, "TEST_Disk");

@@ -342,7 +342,7 @@ TEST_F(FaithfulTextsTest, SpellingsOfUnitsDoNotMatter) {
                  {"", "second * 2.5", Uint16(4), "10 s", "4 × 25 × 10^-1 s"}});
 }
 
-TEST_F(FaithfulTextsTest, TextsThatAreNoUnitsStandBehindTheNumber) {
+TEST_F(FaithfulTextsTest, TextsThatAreNoUnitsFollowTheNumber) {
     for (const char* const text : {"byte *", "* byte", "10^3", "byte * 10^", "byte * 3^2", "byte * 10^999", "byte ** 2",
                                    "byte * 0", "byte / 0", "byte * 99999999999999999999", "byte second"}) {
         EXPECT_EQ(Shown(Uint8(7), {{"PUnit", TCIMValue(text)}}), std::string("7 ") + text);
@@ -378,7 +378,7 @@ TEST_F(FaithfulTextsTest, EntriesAreDecimalHexadecimalOctalOrBinary) {
                  {{Uint8(8), "eight"}, {Uint8(9), "nine"}, {Uint8(0), "zero"}});
 }
 
-TEST_F(FaithfulTextsTest, RangesHaveTwoBoundsAndGapsAreNobodys) {
+TEST_F(FaithfulTextsTest, RangesIncludeTheirBoundsAndGapsHaveNoText) {
     ExpectMapped(
         Map({"0", "1", "2..10", "20..0x1F", "40..", "..5"}, {"Unknown", "Other", "Few", "Some", "Many", "Low"}),
         {{Uint16(0), "Unknown"},

@@ -115,7 +115,7 @@ std::set<std::string> UndefinedNames() {
     std::set<std::string> names;
     std::istringstream lines(run.output);
     for (std::string line; std::getline(lines, line);) {
-        constexpr std::size_t kNameColumn = 19; // behind the address that there is none of, and the kind
+        constexpr std::size_t kNameColumn = 19; // after the address, which is blank, and the kind
         if (line.find("NQORVYX20::") != std::string::npos) {
             names.insert(Shortened(line.substr(kNameColumn)));
         }

@@ -60,7 +60,7 @@ class LimitsTest : public PluginTest, public testing::WithParamInterface<const c
         return nameSpace.LastFailure() ? nameSpace.LastFailure()->kind : Kind::kOther;
     }
 
-    /// The same of an enumeration, and that it gave no instance.
+    /// Expects that of an enumeration, and that it gave no instance.
     static Kind FailureOfEnumeration(TCimHTTPNamespace& nameSpace, const std::string& className) {
         const auto cls = nameSpace.GetClass(className, TCIMContext());
         StatusOf([&] {
@@ -137,7 +137,7 @@ TEST_P(LimitsTest, MethodsParametersAndTheirQualifiersAreElements) {
     EXPECT_EQ(FailureOfLookup(*Connected(Option(kLimitElementsKey, 3)), "TEST_Disk"), Kind::kLimit);
 }
 
-TEST_P(LimitsTest, AHierarchyWithoutEndIsClimbedWithNothingButNamesAtHand) {
+TEST_P(LimitsTest, AnEndlessHierarchyIsClimbedByNamesAlone) {
     ServeHierarchy(300, PropertyXml("A", "string") + PropertyXml("B", "string") + PropertyXml("C", "string"));
     const auto nameSpace = Connected(Option(kLimitElementsKey, 30));
     StatusOf([&] {
@@ -173,7 +173,7 @@ TEST_P(LimitsTest, NumbersOfEveryUnsignedTypeAreTakenAndAllElseIsRefused) {
 
 // --- Processes ---------------------------------------------------------------------------------------------------
 
-TEST_P(LimitsTest, AChildThatDropsItsCopyOfANamespaceLeavesTheConnectionToItsParent) {
+TEST_P(LimitsTest, AForkedChildLeavesTheConnectionToItsParent) {
     const support::TestCertificate certificate(support::TestCertificate::For(server_.Address()));
     server_.ListenTls(kHttpsPort, certificate);
     ServeHierarchy(2);
@@ -203,7 +203,7 @@ constexpr std::size_t kStackFactor = 6; // the sanitizer keeps a distance betwee
 constexpr std::size_t kStackFactor = 1;
 #endif
 
-/// Runs on a thread that has no more stack than that, and a guard behind it.
+/// Runs on a thread that has no more stack than that, and a guard page after it.
 void RunOnStackOf(std::size_t bytes, std::function<void()> work) {
     pthread_attr_t attributes;
     pthread_attr_init(&attributes);

@@ -361,7 +361,7 @@ TEST_F(NamespaceTest, ACallbackThatReturnsFalseEndsTheEnumerationOfQualifierDecl
     EXPECT_EQ(calls, 1);
 }
 
-TEST_F(NamespaceTest, AnEmptyCallbackIsABadCall) {
+TEST_F(NamespaceTest, AnEmptyCallbackIsABadFunctionCall) {
     const auto nameSpace = MakeNamespace();
     EXPECT_THROW(nameSpace->EnumerateQualifierDecls(boost::function<bool(boost::shared_ptr<ICIMQualifierDecl>)>(),
                                                     TCIMContext()),

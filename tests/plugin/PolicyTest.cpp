@@ -77,7 +77,7 @@ class PolicyTest : public TlsTest {
 
 // --- Which servers -----------------------------------------------------------------------------------------------
 
-TEST_F(PolicyTest, OneThatDoesNotMatchChangesNothing) {
+TEST_F(PolicyTest, APolicyThatDoesNotMatchChangesNothing) {
     server_.ListenTls(kHttpsPort, Certificate());
     policy_.Write(Policy(Entry("*.storage.example", R"("tls": false, "namespace": "other", "timeout": 1)")));
     EXPECT_TRUE(IsRead(kHttpPort));
@@ -91,7 +91,7 @@ TEST_F(PolicyTest, OneThatDoesNotMatchChangesNothing) {
     EXPECT_THAT(log_->Errors(), IsEmpty());
 }
 
-TEST_F(PolicyTest, NoSpellingOfAServerEvadesIt) {
+TEST_F(PolicyTest, NoSpellingOfAServerEvadesThePolicy) {
     policy_.Write(
         Policy(Entry("127.*", Text("trust", "/ca.pem")) + "," + Entry("localhost", Text("trust", "/ca.pem"))));
     for (const std::string& host :
@@ -178,7 +178,7 @@ TEST_F(PolicyTest, AConnectionThatFailsLeavesTheOptionsOfTheOneBefore) {
     EXPECT_EQ(nameSpace->getPegNSP()->getString(), Pegasus::String("root/cimv2"));
 }
 
-TEST_F(PolicyTest, EachConnectionReadsItAnew) {
+TEST_F(PolicyTest, EachConnectionReadsThePolicyAnew) {
     Force(R"("namespace": "one")");
     const auto nameSpace = Allocated();
     for (const char* const name : {"one", "two"}) {
@@ -278,7 +278,7 @@ TEST_F(PolicyTest, AForcedCertificateComesWithItsOwnKeyAlone) {
 
 // --- The log -----------------------------------------------------------------------------------------------------
 
-TEST_F(PolicyTest, WhatItDecidesIsLoggedOncePerConnection) {
+TEST_F(PolicyTest, ThePolicysDecisionIsLoggedOncePerConnection) {
     const std::string trust = Certificate().CaFile();
     server_.ListenTls(kHttpsPort, Certificate());
     policy_.Write(Policy(Entry("nobody", R"("tls": false)") + "," +
@@ -307,7 +307,7 @@ TEST_F(PolicyTest, NoPasswordIsLogged) {
 
 // --- The file ----------------------------------------------------------------------------------------------------
 
-TEST_F(PolicyTest, OneThatIsNotUnderstoodRefusesEveryConnection) {
+TEST_F(PolicyTest, APolicyThatIsNotUnderstoodRefusesEveryConnection) {
     for (const char* const content : {"", "{", "[]", R"({"servers": [{"match": "nobody", "forced": {}}]})"}) {
         policy_.Write(content);
         ExpectAllRefused("policy " + policy_.Path() + ": ");
@@ -318,7 +318,7 @@ TEST_F(PolicyTest, OneThatIsNotUnderstoodRefusesEveryConnection) {
     ExpectAllRefused("policy " + policy_.Path() + ": is no JSON: parse error at line 3");
 }
 
-TEST_F(PolicyTest, OneThatIsNotThereOrCannotBeReadRefusesEveryConnection) {
+TEST_F(PolicyTest, APolicyThatIsMissingOrCannotBeReadRefusesEveryConnection) {
     const support::TemporaryDirectory directory;
     const std::string folder = directory.Path().string();
     ScopedPolicy::Name(folder + "/none.json");
@@ -335,14 +335,14 @@ TEST_F(PolicyTest, OneThatIsNotThereOrCannotBeReadRefusesEveryConnection) {
     ExpectAllRefused("policy /dev/null: is not a regular file");
 }
 
-TEST_F(PolicyTest, OneThatEverybodyCanWriteRefusesEveryConnection) {
+TEST_F(PolicyTest, APolicyThatEverybodyCanWriteRefusesEveryConnection) {
     ASSERT_EQ(::chmod(policy_.Path().c_str(), 0646), 0);
     ExpectAllRefused("policy " + policy_.Path() + ": can be written by everybody");
     ASSERT_EQ(::chmod(policy_.Path().c_str(), 0664), 0);
     EXPECT_TRUE(IsRead(kHttpPort));
 }
 
-TEST_F(PolicyTest, OneOfAMebibyteIsReadAndALargerOneRefusesEveryConnection) {
+TEST_F(PolicyTest, APolicyOfAMebibyteIsReadAndALargerOneRefusesEveryConnection) {
     std::string content = Policy(Entry("*", R"("namespace": "large")"));
     content.resize(PolicyFile::kMaxBytes, ' ');
     policy_.Write(content);
@@ -351,7 +351,7 @@ TEST_F(PolicyTest, OneOfAMebibyteIsReadAndALargerOneRefusesEveryConnection) {
     ExpectAllRefused("policy " + policy_.Path() + ": has more than 1048576 bytes");
 }
 
-TEST_F(PolicyTest, OneThatItsReaderMayNotReadRefusesEveryConnection) {
+TEST_F(PolicyTest, APolicyThatTheProcessMayNotReadRefusesEveryConnection) {
     if (::geteuid() == 0) {
         GTEST_SKIP() << "root may read everything";
     }

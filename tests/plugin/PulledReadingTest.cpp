@@ -228,7 +228,7 @@ TEST_F(PulledReadingTest, InstancesOfSubclassesAreLeftOutWhereTheyAreNotWanted) 
 
 // --- How much is held ---------------------------------------------------------------------------------------------
 
-TEST_F(PulledReadingTest, WhatIsNotHeldComesInTheOrderOfTheServerWhileTheRestIsStillToBeRead) {
+TEST_F(PulledReadingTest, BeyondTheHeldCountInstancesComeInTheServersOrderAsTheyArrive) {
     ServePortions({{"d", "c"}, {"b"}, {"a", "b"}});
     const auto nameSpace = Faithful();
     std::vector<std::size_t> requests;
@@ -239,7 +239,7 @@ TEST_F(PulledReadingTest, WhatIsNotHeldComesInTheOrderOfTheServerWhileTheRestIsS
     EXPECT_THAT(nameSpace->TakeIncidents().First(), IsEmpty());
 }
 
-TEST_F(PulledReadingTest, WhatIsNotHeldComesAsOftenAsTheServerSendsItFromTheFirstPortionOn) {
+TEST_F(PulledReadingTest, BeyondTheHeldCountARepeatedInstanceComesEachTime) {
     ServePortions({{"d", "d"}, {"b"}, {"a"}});
     const auto nameSpace = Faithful();
     EXPECT_THAT(Names(*nameSpace, Held(2)), ElementsAre("d", "d", "b", "a"));
@@ -258,7 +258,7 @@ TEST_F(PulledReadingTest, OnePathAgainAndAgainIsNotHeldForEver) {
     EXPECT_THAT(Methods(), ElementsAre("OpenEnumerateInstances", "PullInstancesWithPath", "CloseEnumeration"));
 }
 
-TEST_F(PulledReadingTest, WhatMayAllBeHeldComesAsEver) {
+TEST_F(PulledReadingTest, WithinTheHeldCountInstancesComeAsWithoutOne) {
     ServePortions({{"d", "c"}, {"b"}, {"a"}});
     const auto nameSpace = Faithful();
     EXPECT_THAT(Names(*nameSpace, Held(4)), ElementsAre("a", "b", "c", "d"));
@@ -267,7 +267,7 @@ TEST_F(PulledReadingTest, WhatMayAllBeHeldComesAsEver) {
     EXPECT_THAT(Methods(), IsEmpty()) << "it is known from the enumeration";
 }
 
-TEST_F(PulledReadingTest, WhatWasNotHeldIsNotKnown) {
+TEST_F(PulledReadingTest, GetInstanceDoesNotKnowWhatWasNotHeld) {
     ServePortions({{"a"}, {"b"}, {"c"}});
     const auto nameSpace = Faithful();
     Names(*nameSpace);
@@ -292,7 +292,7 @@ TEST_F(PulledReadingTest, AnEnumerationThatEndsEarlyIsClosed) {
     EXPECT_THAT(Methods(), ElementsAre("OpenEnumerateInstances", "PullInstancesWithPath", "CloseEnumeration"));
 }
 
-TEST_F(PulledReadingTest, OneWhosePortionCannotBeReadIsClosed) {
+TEST_F(PulledReadingTest, AnEnumerationWithAnUnreadablePortionIsClosed) {
     ServePortions({{"a"}, {"b"}});
     server_.AnswerPortion("PullInstancesWithPath", "c1", "<UNKNOWN/>", "c2");
     const auto nameSpace = Faithful();
@@ -300,13 +300,13 @@ TEST_F(PulledReadingTest, OneWhosePortionCannotBeReadIsClosed) {
     EXPECT_THAT(Methods(), ElementsAre("OpenEnumerateInstances", "PullInstancesWithPath", "CloseEnumeration"));
 }
 
-TEST_F(PulledReadingTest, OneThatIsReadToItsEndIsNotClosed) {
+TEST_F(PulledReadingTest, AnEnumerationThatIsReadToItsEndIsNotClosed) {
     ServePortions({{"a"}, {"b"}});
     EXPECT_THAT(Names(*Faithful(), Held(1), 2), ElementsAre("a", "b"));
     EXPECT_THAT(Methods(), ElementsAre("OpenEnumerateInstances", "PullInstancesWithPath"));
 }
 
-TEST_F(PulledReadingTest, OneThatIsStoppedIsClosedAndHasNoMore) {
+TEST_F(PulledReadingTest, AStoppedEnumerationIsClosedAndHasNoMore) {
     ServePortions({{"a"}, {"b"}, {"c"}});
     const auto nameSpace = Faithful();
     auto& reading = dynamic_cast<FaithfulReading&>(*nameSpace->GetReading());
@@ -322,7 +322,7 @@ TEST_F(PulledReadingTest, OneThatIsStoppedIsClosedAndHasNoMore) {
     EXPECT_THAT(Methods(), ElementsAre("OpenEnumerateInstances", "PullInstancesWithPath", "CloseEnumeration"));
 }
 
-TEST_F(PulledReadingTest, ANumberThatIsNoneIsRefused) {
+TEST_F(PulledReadingTest, AHeldCountThatIsNoWholeNumberIsRefused) {
     const auto nameSpace = Faithful();
     for (const TCIMValue& value : {TCIMValue("2"), TCIMValue(2), TCIMValue(0U), TCIMValue(), TCIMValue(true)}) {
         EXPECT_EQ(StatusOf([&] { Names(*nameSpace, {{kHeldKey, value}}); }), TVYXStatusCode::eTypeMismatch);
@@ -332,7 +332,7 @@ TEST_F(PulledReadingTest, ANumberThatIsNoneIsRefused) {
     EXPECT_THAT(Methods(), IsEmpty());
 }
 
-// --- Servers that mean harm ----------------------------------------------------------------------------------------
+// --- Malicious servers ---------------------------------------------------------------------------------------------
 
 TEST_F(PulledReadingTest, AnEnumerationWithoutEndPassesALimit) {
     server_.AnswerPortion("OpenEnumerateInstances", kClass, All({"a", "b"}), "x");

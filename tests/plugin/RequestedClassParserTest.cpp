@@ -137,7 +137,7 @@ TEST_F(RequestedClassParserTest, ANetworkElementGivesItsAlphabeticallyFirstSetti
     EXPECT_THAT(log_->Errors(), IsEmpty());
 }
 
-TEST_F(RequestedClassParserTest, AttributesBehindTheNameOfAClassArePassedOver) {
+TEST_F(RequestedClassParserTest, FurtherAttributesOfAClassAreIgnored) {
     EXPECT_TRUE(ParseInRoot("<class zone='z' name='CIM_A'/>"));
     EXPECT_THAT(parser_.GetRequestedClassData(), ElementsAre("CIM_A"));
     EXPECT_THAT(log_->Errors(), IsEmpty());

@@ -29,7 +29,7 @@ class TraceTest : public TlsTest {
         return text.str();
     }
 
-    /// The lines with numbers and times, without these and without what is said behind the words.
+    /// The lines with numbers and times, without these and without what is said after the words.
     std::string Titles() const {
         std::string titles;
         std::istringstream lines(Trace());

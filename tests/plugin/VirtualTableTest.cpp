@@ -1,4 +1,4 @@
-// The plug-in's classes add slots behind those of their interfaces, and nothing between them.
+// The plug-in's classes add slots after those of their interfaces, and nothing between them.
 
 #include "../host/Slots.h"
 #include "PluginTest.h"
@@ -9,7 +9,7 @@ using namespace NQORVYX20;
 
 namespace {
 
-/// Its operation takes the slot behind the last one of its base.
+/// Its operation takes the slot after the last one of its base.
 template <typename Base>
 class TFollowerOf : public Base {
   public:
