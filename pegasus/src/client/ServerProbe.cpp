@@ -50,12 +50,12 @@ class Probing {
     Addresses lookUp() {
         Addresses addresses;
         try {
-            addresses = http::lookUp(endpoint_, http::Deadline(Milliseconds(ClientLimits::kConnectMilliseconds)));
+            addresses = http::resolve(endpoint_, http::Deadline(Milliseconds(ClientLimits::kConnectMilliseconds)));
         } catch (const Exception& error) {
             fail(bears<UnknownHost>(error) ? ServerProbe::UNKNOWN_HOST : ServerProbe::UNRESOLVED, error);
         }
         for (const http::SocketAddress& address : addresses) {
-            probe_.addresses.append(String(http::text(address)));
+            probe_.addresses.append(String(http::literalOf(address)));
         }
         return addresses;
     }

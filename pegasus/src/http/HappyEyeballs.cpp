@@ -158,7 +158,7 @@ void HappyEyeballs::fail() const {
 void HappyEyeballs::fail(const std::string& reason) const {
     const String text("cannot connect to " + endpoint_.text() + ": " + reason);
     if (isClosed_) {
-        throw detail::Marked<CannotConnectException, PortClosed>(text);
+        throw errors::Marked<CannotConnectException, PortClosed>(text);
     }
     throw CannotConnectException(text);
 }

@@ -63,7 +63,7 @@ String failureText(const Endpoint& endpoint, const std::string& reason) {
 [[noreturn]] void fail(const Endpoint& endpoint, int result) {
     const std::string reason = ::gai_strerror(result);
     if (result == EAI_NONAME) {
-        throw detail::Marked<InvalidLocatorException, UnknownHost>(failureText(endpoint, reason));
+        throw errors::Marked<InvalidLocatorException, UnknownHost>(failureText(endpoint, reason));
     }
     fail(endpoint, reason);
 }

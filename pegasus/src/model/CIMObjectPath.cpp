@@ -122,7 +122,7 @@ class PathParser {
     }
 
     [[noreturn]] void failAt(MalformedPath::Expected expected, std::size_t position) const {
-        throw detail::Marked<MalformedObjectNameException, MalformedPath>(
+        throw errors::Marked<MalformedObjectNameException, MalformedPath>(
             text_, MalformedPath(expected, static_cast<Uint32>(position)));
     }
 

@@ -12,6 +12,8 @@ namespace Pegasus::tls {
 
 using http::Channel;
 using http::ConnectTime;
+using http::Deadline;
+using http::Descriptor;
 using http::Endpoint;
 using http::TlsClient;
 using http::TlsTransport;

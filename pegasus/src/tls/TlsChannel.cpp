@@ -20,6 +20,7 @@ namespace Pegasus::tls {
 using http::ConnectionLost;
 using http::ConnectTime;
 using http::Deadline;
+using http::Descriptor;
 using http::Endpoint;
 using http::systemError;
 using http::TcpChannel;

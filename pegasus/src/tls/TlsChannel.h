@@ -24,7 +24,7 @@ class TlsChannel : public http::TcpChannel {
     TlsChannel(const http::Endpoint& endpoint, std::shared_ptr<TlsContext> context, const http::ConnectTime& time);
 
     /// Takes a connected socket that does not block. Throws SSLException.
-    TlsChannel(const Endpoint& endpoint, std::shared_ptr<TlsContext> context, Descriptor socket);
+    TlsChannel(const http::Endpoint& endpoint, std::shared_ptr<TlsContext> context, http::Descriptor socket);
 
     /// Before all else, once. Throws SSLException or ConnectionTimeoutException.
     void shakeHands(const http::Deadline& deadline);
