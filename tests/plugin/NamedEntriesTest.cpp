@@ -1,0 +1,115 @@
+// The collection in which elements keep their parts by name.
+
+#include "model/NamedEntries.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using namespace NQORVYX20;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+using Texts = NamedEntries<std::string>;
+
+Texts::TEntry Text(const std::string& text) { return boost::make_shared<std::string>(text); }
+
+std::vector<std::string> Visited(const Texts& entries) {
+    std::vector<std::string> texts;
+    entries.Visit([&](const auto& entry) {
+        texts.push_back(*entry);
+        return true;
+    });
+    return texts;
+}
+
+Texts Three() {
+    Texts entries;
+    entries.Add("b", Text("second"));
+    entries.Add("c", Text("third"));
+    entries.Add("a", Text("first"));
+    return entries;
+}
+
+} // namespace
+
+TEST(NamedEntries, AreFoundByName) {
+    const Texts entries = Three();
+    EXPECT_EQ(*entries.Find("b"), "second");
+    EXPECT_FALSE(entries.Find("B"));
+    EXPECT_FALSE(entries.Find(""));
+    EXPECT_EQ(entries.Size(), 3U);
+}
+
+TEST(NamedEntries, AreWalkedInTheOrderOfTheirNames) {
+    EXPECT_THAT(Visited(Three()), ElementsAre("first", "second", "third"));
+    EXPECT_THAT(Visited(Texts()), IsEmpty());
+    std::string names;
+    const Texts entries = Three();
+    for (const auto& [name, entry] : entries) {
+        names += name;
+    }
+    EXPECT_EQ(names, "abc");
+}
+
+TEST(NamedEntries, KeepTheEntryWhoseNameIsTaken) {
+    Texts entries = Three();
+    EXPECT_FALSE(entries.Add("a", Text("another")));
+    EXPECT_THAT(Visited(entries), ElementsAre("first", "second", "third"));
+    EXPECT_TRUE(entries.Add("d", Text("fourth")));
+    EXPECT_THAT(Visited(entries), ElementsAre("first", "second", "third", "fourth"));
+}
+
+TEST(NamedEntries, AreReplacedBySet) {
+    Texts entries = Three();
+    Visited(entries);
+    entries.Set("b", Text("another"));
+    entries.Set("aa", Text("new"));
+    EXPECT_THAT(Visited(entries), ElementsAre("first", "new", "another", "third"));
+    EXPECT_EQ(*entries.Find("b"), "another");
+}
+
+TEST(NamedEntries, AreRemovedByName) {
+    Texts entries = Three();
+    Visited(entries);
+    EXPECT_TRUE(entries.Remove("b"));
+    EXPECT_FALSE(entries.Remove("b"));
+    EXPECT_THAT(Visited(entries), ElementsAre("first", "third"));
+    entries.Clear();
+    EXPECT_THAT(Visited(entries), IsEmpty());
+    EXPECT_EQ(entries.Size(), 0U);
+}
+
+TEST(NamedEntries, AreWalkedUntilTheCallbackSaysSo) {
+    std::vector<std::string> texts;
+    const auto stopAtSecond = [&](const auto& entry) {
+        texts.push_back(*entry);
+        return *entry != "second";
+    };
+    EXPECT_FALSE(Three().Visit(stopAtSecond));
+    EXPECT_THAT(texts, ElementsAre("first", "second"));
+    EXPECT_TRUE(Three().Visit([](const auto&) { return true; }));
+}
+
+TEST(NamedEntries, MayBeChangedDuringAWalkWhichDoesNotSeeIt) {
+    Texts entries = Three();
+    std::vector<std::string> texts;
+    entries.Visit([&](const auto& entry) {
+        texts.push_back(*entry);
+        entries.Clear();
+        entries.Add("d", Text("fourth"));
+        return true;
+    });
+    EXPECT_THAT(texts, ElementsAre("first", "second", "third"));
+    EXPECT_THAT(Visited(entries), ElementsAre("fourth"));
+}
+
+TEST(NamedEntries, HandOutASequenceThatStaysAsItWas) {
+    Texts entries = Three();
+    const auto ordered = entries.Ordered();
+    EXPECT_EQ(entries.Ordered(), ordered) << "it is made once";
+    entries.Remove("a");
+    EXPECT_EQ(ordered->size(), 3U);
+    EXPECT_EQ(entries.Ordered()->size(), 2U);
+}
