@@ -134,7 +134,7 @@ TEST(XmlReader, ReportsTextBetweenElementsAsIncomplete) {
 }
 
 TEST(XmlReader, ReportsAReferenceToNoCharacterAsBadContentAndGoesOnAfterIt) {
-    const std::string text = "<A><B>&#0;</B><C/></A>";
+    const std::string text = "<A><B>&#0;and&#xFFFE;</B><C/></A>";
     TagCache tags;
     XmlReader reader(tags, nullptr, text);
     reader.nextElement();

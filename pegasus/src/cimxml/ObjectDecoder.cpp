@@ -1,5 +1,6 @@
 #include "cimxml/ObjectDecoder.h"
 
+#include "cimxml/BooleanAttribute.h"
 #include "cimxml/ErrorLocation.h"
 #include "cimxml/Limits.h"
 #include "cimxml/ScalarDecoder.h"
@@ -33,19 +34,14 @@ namespace {
 template <class T>
 constexpr bool isEmbedded = std::is_same_v<T, CIMObject> || std::is_same_v<T, CIMInstance>;
 
-/// A boolean attribute; `absent` where it is absent.
-bool booleanOf(const Attributes& attributes, std::string_view name, bool absent) {
-    const auto value = attributes.find(name);
-    return value ? decodeScalar<Boolean>(*value) : absent;
-}
-
 CIMFlavor flavorOf(const Attributes& attributes) {
-    CIMFlavor flavor = booleanOf(attributes, "OVERRIDABLE", true) ? CIMFlavor::OVERRIDABLE : CIMFlavor::DISABLEOVERRIDE;
-    flavor.addFlavor(booleanOf(attributes, "TOSUBCLASS", true) ? CIMFlavor::TOSUBCLASS : CIMFlavor::RESTRICTED);
-    if (booleanOf(attributes, "TOINSTANCE", false)) {
+    CIMFlavor flavor =
+        booleanAttribute(attributes, "OVERRIDABLE", true) ? CIMFlavor::OVERRIDABLE : CIMFlavor::DISABLEOVERRIDE;
+    flavor.addFlavor(booleanAttribute(attributes, "TOSUBCLASS", true) ? CIMFlavor::TOSUBCLASS : CIMFlavor::RESTRICTED);
+    if (booleanAttribute(attributes, "TOINSTANCE", false)) {
         flavor.addFlavor(CIMFlavor::TOINSTANCE);
     }
-    if (booleanOf(attributes, "TRANSLATABLE", false)) {
+    if (booleanAttribute(attributes, "TRANSLATABLE", false)) {
         flavor.addFlavor(CIMFlavor::TRANSLATABLE);
     }
     return flavor;
@@ -61,7 +57,7 @@ CIMScope scopeOf(const Attributes& attributes) {
                                                                            {"PARAMETER", CIMScope::PARAMETER}}};
     CIMScope scope;
     for (const auto& [name, bit] : kScopes) {
-        if (booleanOf(attributes, name, false)) {
+        if (booleanAttribute(attributes, name, false)) {
             scope.addScope(bit);
         }
     }
@@ -318,7 +314,7 @@ CIMQualifierDecl ObjectDecoder::decodeQualifierDecl(XmlReader& reader) {
     const CIMFlavor flavor = flavorOf(attributes);
     const Uint32 arraySize = arraySizeOf(attributes);
     const bool isDeclared = attributes.find("ISARRAY").has_value();
-    const bool isArray = booleanOf(attributes, "ISARRAY", false);
+    const bool isArray = booleanAttribute(attributes, "ISARRAY", false);
     CIMScope scope;
     std::optional<CIMValue> value;
     const std::size_t found = findings_.count();
@@ -363,7 +359,7 @@ CIMQualifier ObjectDecoder::decodeNewQualifier(XmlReader& reader) {
     CIMName name = names_.get(attributes.get("NAME"));
     const CIMType type = typeOf(attributes);
     const CIMFlavor flavor = flavorOf(attributes);
-    const bool propagated = booleanOf(attributes, "PROPAGATED", false);
+    const bool propagated = booleanAttribute(attributes, "PROPAGATED", false);
     CIMValue value(type, false);
     if (reader.nextElement()) {
         value = decodeValue(type, isArrayValue(reader.name()), reader);
@@ -379,7 +375,7 @@ CIMMethod ObjectDecoder::decodeMethod(XmlReader& reader) {
     const Attributes& attributes = reader.attributes();
     const auto type = attributes.find("TYPE");
     CIMMethod method(names_.get(attributes.get("NAME")), type ? typeOf(attributes, *type) : CIMTYPE_UINT32,
-                     optionalName(attributes, "CLASSORIGIN"), booleanOf(attributes, "PROPAGATED", false));
+                     optionalName(attributes, "CLASSORIGIN"), booleanAttribute(attributes, "PROPAGATED", false));
     const std::size_t found = findings_.count();
     while (reader.nextElement()) {
         if (!addParameter(method, reader) && !addQualifier(method, reader)) {
@@ -516,7 +512,7 @@ ObjectDecoder::PropertyHead ObjectDecoder::decodePropertyHead(const StartTag& ta
         head.referenceClass =
             head.type == CIMTYPE_REFERENCE ? optionalName(tag.attributes, "REFERENCECLASS") : CIMName();
         head.classOrigin = optionalName(tag.attributes, "CLASSORIGIN");
-        head.propagated = booleanOf(tag.attributes, "PROPAGATED", false);
+        head.propagated = booleanAttribute(tag.attributes, "PROPAGATED", false);
     }
     return head;
 }

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "xml/Attributes.h"
+
+#include <string_view>
+
+namespace Pegasus::cimxml {
+
+/// The value of a boolean attribute; `absent` where there is none of the name. Throws DecodingError for another text.
+bool booleanAttribute(const xml::Attributes& attributes, std::string_view name, bool absent);
+
+} // namespace Pegasus::cimxml
