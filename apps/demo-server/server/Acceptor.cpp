@@ -19,6 +19,7 @@ namespace {
 /// How long to wait when the system has no file descriptor for another connection.
 constexpr std::chrono::milliseconds kPause(10);
 
+/// Null for none.
 using Addresses = std::unique_ptr<addrinfo, decltype(&::freeaddrinfo)>;
 
 Addresses Resolve(const std::string& address, int port) {
@@ -27,8 +28,8 @@ Addresses Resolve(const std::string& address, int port) {
     hints.ai_socktype = SOCK_STREAM;
     hints.ai_flags = AI_PASSIVE;
     addrinfo* found = nullptr;
-    ::getaddrinfo(address.c_str(), std::to_string(port).c_str(), &hints, &found);
-    return {found, &::freeaddrinfo};
+    const bool isFound = ::getaddrinfo(address.c_str(), std::to_string(port).c_str(), &hints, &found) == 0;
+    return {isFound ? found : nullptr, &::freeaddrinfo};
 }
 
 /// A socket that listens; -1, and why in errno, when that is not possible.
