@@ -26,6 +26,7 @@ namespace {
 
 using namespace Pegasus;
 using namespace Pegasus::http;
+using Pegasus::client::makeCimRequest;
 using namespace std::chrono_literals;
 using support::Connection;
 using support::ScriptedServer;
