@@ -33,15 +33,15 @@ using NamespacePtr = boost::shared_ptr<TCimHTTPNamespace>;
 
 constexpr const char* kVolumeClass = "DEMO_StorageVolume";
 /// Of servers that are not lying, answers are waited for; the machine may be busy.
-constexpr std::chrono::milliseconds kPatience(60'000);
-constexpr std::chrono::milliseconds kImpatience(300);
+constexpr std::chrono::milliseconds kTimeout(60'000);
+constexpr std::chrono::milliseconds kShortTimeout(300);
 
-std::chrono::milliseconds PatienceWith(const SoakServer& server) {
-    return server.manner == Manner::kLying ? kImpatience : kPatience;
+std::chrono::milliseconds TimeoutFor(const SoakServer& server) {
+    return server.manner == Manner::kLying ? kShortTimeout : kTimeout;
 }
 
-NamespacePtr Allocate(const std::string& reading, std::chrono::milliseconds patience) {
-    const TCIMValue milliseconds(static_cast<unsigned>(patience.count()));
+NamespacePtr Allocate(const std::string& reading, std::chrono::milliseconds timeout) {
+    const TCIMValue milliseconds(static_cast<unsigned>(timeout.count()));
     TCIMContext context{{"pluginNameQualDeclValue", TCIMValue("cimhttp")},
                         {kReadingKey, TCIMValue(reading)},
                         {kConnectTimeoutKey, milliseconds},
@@ -236,7 +236,7 @@ SoakReader::Known SoakReader::Learn(const SoakServer& server) {
     Known known;
     for (const char* const reading : kReadings) {
         for (const Job& job : kJobs) {
-            const auto nameSpace = Allocate(reading, kPatience);
+            const auto nameSpace = Allocate(reading, kTimeout);
             Connect(*nameSpace, server);
             const auto digest = job.read(*nameSpace, job.className);
             if (!digest || nameSpace->LastFailure()) {
@@ -257,7 +257,7 @@ SoakReader::Known SoakReader::Learn(const SoakServer& server) {
 void SoakReader::Visit(const std::vector<SoakServer>& servers, std::chrono::milliseconds pause) {
     const SoakServer& server = servers[Pick(generator_, servers.size())];
     const std::string reading = kReadings[Pick(generator_, std::size(kReadings))];
-    const auto nameSpace = Allocate(reading, PatienceWith(server));
+    const auto nameSpace = Allocate(reading, TimeoutFor(server));
     tally_.CountNamespace();
     try {
         Connect(*nameSpace, server);

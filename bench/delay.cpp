@@ -27,7 +27,7 @@ using boost::system::error_code;
 using Clock = std::chrono::steady_clock;
 using Milliseconds = std::chrono::milliseconds;
 
-/// Both ends of a connection that is carried.
+/// A connection that is carried, with its two ends.
 struct Link {
     Link(tcp::socket itsClient, asio::io_context& io) : client(std::move(itsClient)), server(io) {}
 

@@ -1,5 +1,5 @@
 // A recording for the demo server: it is refused with a reason, or what is in it is played, each time in the same way.
-// The same bytes as the body of a recorded answer are played as they are, whatever they look like.
+// And the bytes as the body of a recorded answer are played as they are, whatever they look like.
 
 #include "Cost.h"
 #include "Require.h"

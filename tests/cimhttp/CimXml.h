@@ -17,7 +17,7 @@ std::string PathXml(const std::string& cls, const std::string& name);
 /// An instance with the key property `Name` and others, under its path.
 std::string InstanceXml(const std::string& cls, const std::string& name, const std::string& properties = {});
 
-/// The same as an answer to GetInstance.
+/// Such an instance as an answer to GetInstance has it, without its path.
 std::string BareInstanceXml(const std::string& cls, const std::string& name, const std::string& properties = {});
 
 /// A declaration of a property without a default.
@@ -41,5 +41,5 @@ std::string ClassIn(const std::string& request);
 /// The whole answer to a request, with the XML that stands inside IRETURNVALUE.
 std::string HttpAnswer(const std::string& request, const std::string& returnValue);
 
-/// The same with an error of CIM.
+/// The whole answer to a request that fails with an error of CIM.
 std::string HttpFailure(const std::string& request, unsigned code);

@@ -70,7 +70,7 @@ class FilesTest : public testing::Test {
     support::TemporaryDirectory folder_;
 };
 
-/// The same with a server that has a class and an instance of it.
+/// Files of a program that reads a server that has a class and an instance of it.
 class ServedFilesTest : public FilesTest {
   protected:
     ServedFilesTest() {

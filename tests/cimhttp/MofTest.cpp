@@ -139,7 +139,7 @@ TEST(Mof, LongListsAreFolded) {
     EXPECT_EQ(std::count(list.begin(), list.end(), ','), 39);
 }
 
-// --- Sizes that only a server which means harm sends: what takes time in proportion to their square does not end.
+// --- Sizes that only a hostile server sends: what takes time in proportion to their square does not end.
 // ------
 
 TEST(Mof, AWordOfManyMegabytesIsFolded) {

@@ -158,7 +158,7 @@ class MutationTest : public testing::TestWithParam<MutationName> {
     support::TemporaryDirectory directory_;
 };
 
-/// The same for the paths alone, of which the program looks at nothing and so has to show all.
+/// Changes in answers with paths alone, of which the program looks at nothing and so has to show all.
 class PathMutationTest : public testing::TestWithParam<MutationName> {
   protected:
     void RunOnce(unsigned seed) {

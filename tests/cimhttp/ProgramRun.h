@@ -14,7 +14,7 @@ inline ProgramRun RunCimhttp(const std::vector<std::string>& arguments,
     return support::RunProgram(CIMHTTP_PROGRAM, arguments, environment);
 }
 
-/// The same with a terminal as the error stream; see support::RunProgramOnTerminal.
+/// Runs it with a terminal as the error stream; see support::RunProgramOnTerminal.
 inline ProgramRun RunCimhttpOnTerminal(const std::vector<std::string>& arguments) {
     return support::RunProgramOnTerminal(CIMHTTP_PROGRAM, arguments);
 }

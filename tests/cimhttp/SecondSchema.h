@@ -9,7 +9,7 @@
 /// The schema beside this file, which the demo server serves together with its own.
 demo::SchemaSource SecondSchema();
 
-/// Both together.
+/// The demo server's own and this one together.
 const demo::Schema& WholeSchema();
 
 /// The names of the properties of a class, with those that it inherits.

@@ -43,7 +43,7 @@ std::vector<SentInstance> ReadSentInstances(const std::string& body);
 /// The paths of an answer to EnumerateInstanceNames, as the program writes them. Throws UnreadableAnswer.
 std::vector<std::string> ReadSentPaths(const std::string& body);
 
-/// The same as wbemcli writes them: keys in the order of the answer, references without quotes. A path without its host
+/// Those paths as wbemcli writes them: keys in the order of the answer, references without quotes. A path without its host
 /// and namespace.
 std::vector<std::string> ReadSentPathsAsWbemcliShowsThem(const std::string& body);
 

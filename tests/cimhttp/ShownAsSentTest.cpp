@@ -217,7 +217,7 @@ class ShownAsSentTest : public testing::Test {
                                    }};
 };
 
-/// The same beside wbemcli.
+/// What is shown and sent, beside what wbemcli shows.
 class WbemcliComparisonTest : public ShownAsSentTest {
   protected:
     void SetUp() override {

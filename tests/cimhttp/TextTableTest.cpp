@@ -421,7 +421,7 @@ TEST(TerminalText, ReplacesWhatIsNotUtf8) {
     EXPECT_EQ(Printable("\xf0\x9f\x98\x80 \xe2\x82\xac"), "\xf0\x9f\x98\x80 \xe2\x82\xac");
 }
 
-// --- Sizes that only a server which means harm sends: what takes time in proportion to their square does not end.
+// --- Sizes that only a hostile server sends: what takes time in proportion to their square does not end.
 // ------
 
 namespace {

@@ -54,7 +54,7 @@ TEST(Load, RegistersOneProviderThatWorksOnAfterTheLibraryIsClosed) {
     EXPECT_EQ(TRootObject::GetNamespaceProviderManager()->GetNamespaceProvider("cimhttp"), provider);
 }
 
-// These are not virtual, so that a host which was built on its own finds them by their mangled names, in which "K"
+// They are not virtual, so that a host which was built on its own finds them by their mangled names, in which "K"
 // would stand for const.
 TEST(Load, OffersTheOperationsThatAHostLinksByTheirSignatures) {
     void* const library = Load();

@@ -5,7 +5,7 @@
 
 namespace cimhttp {
 
-// These two ask on the terminal that controls the process, whatever the standard streams are connected to, and wait for
+// Questions are asked on the terminal that controls the process, whatever the standard streams are connected to, and wait for
 // a line. The terminal is as it was afterwards, also when a signal ends the program meanwhile or stops it for a while.
 // Nothing without a terminal, and when the input ends without a line. The question must be safe to show.
 
