@@ -43,8 +43,8 @@ std::vector<SentInstance> ReadSentInstances(const std::string& body);
 /// The paths of an answer to EnumerateInstanceNames, as the program writes them. Throws UnreadableAnswer.
 std::vector<std::string> ReadSentPaths(const std::string& body);
 
-/// Those paths as wbemcli writes them: keys in the order of the answer, references without quotes. A path without its host
-/// and namespace.
+/// Those paths as wbemcli writes them: keys in the order of the answer, references without quotes. A path without its
+/// host and namespace.
 std::vector<std::string> ReadSentPathsAsWbemcliShowsThem(const std::string& body);
 
 /// Leaves out the properties that have other names.

@@ -5,9 +5,9 @@
 
 namespace cimhttp {
 
-// Questions are asked on the terminal that controls the process, whatever the standard streams are connected to, and wait for
-// a line. The terminal is as it was afterwards, also when a signal ends the program meanwhile or stops it for a while.
-// Nothing without a terminal, and when the input ends without a line. The question must be safe to show.
+// Questions are asked on the terminal that controls the process, whatever the standard streams are connected to, and
+// wait for a line. The terminal is as it was afterwards, also when a signal ends the program meanwhile or stops it for
+// a while. Nothing without a terminal, and when the input ends without a line. The question must be safe to show.
 
 /// What is typed does not show.
 std::optional<std::string> AskForPassword(const std::string& question);
