@@ -27,6 +27,7 @@ namespace {
 using namespace Pegasus;
 using namespace Pegasus::http;
 using namespace std::chrono_literals;
+using client::makeCimRequest;
 using support::Connection;
 using support::ScriptedServer;
 
