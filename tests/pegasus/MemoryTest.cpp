@@ -28,6 +28,7 @@ using namespace Pegasus;
 using namespace Pegasus::http;
 using Pegasus::client::makeCimRequest;
 using namespace std::chrono_literals;
+using client::makeCimRequest;
 using support::Connection;
 using support::ScriptedServer;
 
