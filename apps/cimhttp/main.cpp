@@ -18,13 +18,17 @@ void OccupyStandardStreams() {
     }
 }
 
-/// A file that gets too large is then an error of writing, about which there is something to say, and not the end.
-void IgnoreFileSizeSignal() { std::signal(SIGXFSZ, SIG_IGN); }
+/// A reader that has gone, and a file that gets too large, are then errors of writing, about which there is something
+/// to do: enumerations are closed at the server, and unfinished files removed.
+void IgnoreSignalsOfWriting() {
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+}
 
 } // namespace
 
 int main(int argc, char** argv) {
     OccupyStandardStreams();
-    IgnoreFileSizeSignal();
+    IgnoreSignalsOfWriting();
     return cimhttp::RunProgram(argc, argv, std::cout, std::cerr);
 }
