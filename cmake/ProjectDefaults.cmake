@@ -30,6 +30,12 @@ target_compile_options(cimhttp_warnings INTERFACE -Wall -Wextra -Wpedantic -Wsha
 # To Clang, changes of the sign alone are conversions, too; GCC has another warning for them.
 target_compile_options(cimhttp_warnings INTERFACE $<$<CXX_COMPILER_ID:Clang>:-Wno-sign-conversion>)
 
+# See PrecompiledHeaders.cmake. ccache knows precompiled headers only with this option of GCC.
+option(CIMHTTP_PCH "Precompile headers, which is faster, but does not find an include that is missing" OFF)
+if(CIMHTTP_PCH AND CMAKE_CXX_COMPILER_LAUNCHER MATCHES ccache)
+  add_compile_options(-fpch-preprocess)
+endif()
+
 set(CIMHTTP_SANITIZE "" CACHE STRING "Sanitizers to build with, as for -fsanitize=")
 if(CIMHTTP_SANITIZE)
   add_compile_options(-fsanitize=${CIMHTTP_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)

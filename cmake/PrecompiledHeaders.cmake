@@ -1,0 +1,57 @@
+# Headers that most sources of a target include are parsed once for all of them. A source still includes what it uses:
+# the presets without precompiled headers do not compile it otherwise. A target takes over what another one has
+# precompiled (REUSE_FROM) only when both are compiled with the same flags, it has all macros that are defined for the
+# other one, and the other one does not depend on it.
+
+set(standard_headers <algorithm> <array> <charconv> <chrono> <cstdint> <functional> <map> <memory> <optional> <ostream>
+                     <stdexcept> <string> <string_view> <utility> <vector>)
+set(contract_headers
+    <boost/make_shared.hpp> <boost/shared_ptr.hpp> <boost/weak_ptr.hpp> <host/ICIMClass.h> <host/ICIMInstance.h>
+    <host/ICIMMethodDecl.h> <host/ICIMNamespace.h> <host/ICIMParameterDecl.h> <host/ICIMProperty.h>
+    <host/ICIMPropertyDecl.h> <host/ICIMQualifier.h> <host/ICIMQualifierDecl.h> <host/TCIMContext.h>
+    <host/TVYXException.h>)
+
+# cimhttp_precompile(TARGET HEADER...). No header asks for the macro that CMake defines for a shared library of its own.
+function(cimhttp_precompile target)
+  set_target_properties(${target} PROPERTIES DEFINE_SYMBOL "")
+  target_precompile_headers(${target} PRIVATE ${ARGN})
+endfunction()
+
+# cimhttp_precompile_as(OTHER TARGET...): each target takes over what the other one has precompiled.
+function(cimhttp_precompile_as other)
+  foreach(target ${ARGN})
+    target_precompile_headers(${target} REUSE_FROM ${other})
+  endforeach()
+endfunction()
+
+if(CIMHTTP_PEGASUS STREQUAL "bundled")
+  cimhttp_precompile(pegcommon ${standard_headers})
+  cimhttp_precompile_as(pegcommon pegcimxml peghttp pegtls pegclient)
+endif()
+
+# Hides the symbols of its JSON library, for which it is compiled with another flag.
+set_source_files_properties(provider/JsonReader.cpp TARGET_DIRECTORY cimhttp_nsp PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
+cimhttp_precompile(cimhttp_nsp ${standard_headers} ${contract_headers} <Pegasus/Client/CIMClient.h>)
+
+if(NOT CIMHTTP_HOST_RUNTIME STREQUAL "bundled")
+  return()
+endif()
+cimhttp_precompile(vyxcore ${standard_headers} ${contract_headers})
+cimhttp_precompile_as(vyxcore inmem_nsp cimhttp_host)
+cimhttp_precompile_as(cimhttp_nsp cimhttp_access)
+cimhttp_precompile(demo_server ${standard_headers})
+
+if(NOT BUILD_TESTING)
+  return()
+endif()
+set(test_headers ${standard_headers} <filesystem> <fstream> <sstream> <thread> <gmock/gmock.h> <gtest/gtest.h>)
+cimhttp_precompile(support_test ${test_headers})
+cimhttp_precompile(cimhttp_test ${test_headers} <nlohmann/json.hpp>)
+cimhttp_precompile(faithful_test ${test_headers} <nlohmann/json.hpp>)
+cimhttp_precompile(plugin_test ${test_headers} ${PROJECT_SOURCE_DIR}/tests/plugin/PluginTest.h)
+cimhttp_precompile_as(plugin_test plugin_scarcity_test plugin_interposed_test)
+cimhttp_precompile(plugin_ndebug_test ${standard_headers} ${contract_headers} <Pegasus/Client/CIMClient.h>)
+cimhttp_precompile_as(support_test demo_server_test)
+if(CIMHTTP_PEGASUS STREQUAL "bundled")
+  cimhttp_precompile_as(support_test pegasus_model_test pegasus_cimxml_test http_test client_test corpus_test)
+endif()
