@@ -31,8 +31,8 @@ class HelpFormatter : public CLI::Formatter {
         return layout_.Entry(command->get_name(), command->get_description());
     }
 
-    std::string make_option(const CLI::Option* option, bool is_positional) const override {
-        const std::string name = is_positional ? option->get_name(true) : WrittenForm(*option);
+    std::string make_option(const CLI::Option* option, bool isPositional) const override {
+        const std::string name = isPositional ? option->get_name(true) : WrittenForm(*option);
         return layout_.Entry(name, option->get_description());
     }
 

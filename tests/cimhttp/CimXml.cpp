@@ -78,8 +78,8 @@ std::string QualifierXml(const std::string& name, const std::vector<std::string>
     return xml::Qualifier(name, "string", ValuesXml(values));
 }
 
-std::string QualifierDeclarationXml(const std::string& name, const std::string& type, bool is_array) {
-    return "<QUALIFIER.DECLARATION" + Attributes(name, type) + (is_array ? " ISARRAY=\"true\"" : "") +
+std::string QualifierDeclarationXml(const std::string& name, const std::string& type, bool isArray) {
+    return "<QUALIFIER.DECLARATION" + Attributes(name, type) + (isArray ? " ISARRAY=\"true\"" : "") +
            "><SCOPE PROPERTY=\"true\"/></QUALIFIER.DECLARATION>";
 }
 

@@ -30,7 +30,7 @@ std::string ClassXml(const std::string& name, const std::string& superclass, con
 std::string QualifierXml(const std::string& name, const std::string& type, const std::string& value);
 std::string QualifierXml(const std::string& name, const std::vector<std::string>& values);
 
-std::string QualifierDeclarationXml(const std::string& name, const std::string& type, bool is_array = false);
+std::string QualifierDeclarationXml(const std::string& name, const std::string& type, bool isArray = false);
 
 // What a script needs that answers requests itself.
 

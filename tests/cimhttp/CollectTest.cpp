@@ -72,10 +72,10 @@ class CollectTest : public testing::Test {
                                     "<VALUE>3</VALUE></VALUE.ARRAY></PROPERTY.ARRAY>"));
     }
 
-    void Declare(const std::string& qualifier, const std::string& type, bool is_array) {
+    void Declare(const std::string& qualifier, const std::string& type, bool isArray) {
         server_.Answer("GetQualifier", qualifier,
                        "<QUALIFIER.DECLARATION NAME=\"" + qualifier + "\" TYPE=\"" + type + "\"" +
-                           (is_array ? " ISARRAY=\"true\"" : "") +
+                           (isArray ? " ISARRAY=\"true\"" : "") +
                            "><SCOPE PROPERTY=\"true\"/></QUALIFIER.DECLARATION>");
     }
 

@@ -179,7 +179,7 @@ TEST_F(DemoServerTest, TheMofOfAClassSaysWhatItsJsonSays) {
         for (std::size_t i = 0; i < whole.properties.size(); ++i) {
             const json& property = described.at("properties").at(i);
             EXPECT_EQ(whole.properties[i].name, property.at("name"));
-            EXPECT_EQ(whole.properties[i].is_array, property.at("array"));
+            EXPECT_EQ(whole.properties[i].isArray, property.at("array"));
             if (property.at("qualifiers").contains("Description")) {
                 EXPECT_EQ(whole.properties[i].qualifiers.at("Description"),
                           property.at("qualifiers").at("Description"));

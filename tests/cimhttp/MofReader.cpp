@@ -181,7 +181,7 @@ class Reader {
         }
         feature.name = Name();
         if (Accept("[")) {
-            feature.is_array = true;
+            feature.isArray = true;
             if (!Accept("]")) {
                 Value();
                 Expect("]");

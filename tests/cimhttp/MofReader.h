@@ -8,7 +8,7 @@
 struct MofFeature {
     std::string type; ///< `CIM_System REF` for a reference
     std::string name;
-    bool is_array = false;
+    bool isArray = false;
     std::map<std::string, std::string> qualifiers; ///< the values of strings, joined and without escapes
 };
 

@@ -25,7 +25,7 @@ RemoteClass Disk() {
     RemoteProperty size;
     size.name = "Size";
     size.type = {"uint64", false, 0, {}};
-    size.default_value = TCIMValue(7ULL);
+    size.defaultValue = TCIMValue(7ULL);
     size.qualifiers = {{"Key", true, {false, true, false}}, {"Override", "Size", {}}};
     RemoteProperty tags;
     tags.name = "Tags";

@@ -35,8 +35,8 @@ struct RemoteQualifier {
 /// The type of a property, parameter or method.
 struct RemoteType {
     std::string name; ///< as in MOF, `uint16`; `string` for embedded objects
-    bool is_array = false;
-    unsigned array_size = 0;    ///< 0 for an array of any size
+    bool isArray = false;
+    unsigned arraySize = 0;     ///< 0 for an array of any size
     std::string referenceClass; ///< of a reference; empty otherwise
 };
 
@@ -49,7 +49,7 @@ struct RemoteParameter {
 struct RemoteProperty {
     std::string name;
     RemoteType type;
-    NQORVYX20::TCIMValue default_value;
+    NQORVYX20::TCIMValue defaultValue;
     std::string origin; ///< the class that introduced it
     bool isInherited = false;
     std::vector<RemoteQualifier> qualifiers;
@@ -80,7 +80,7 @@ struct RemoteClassName {
 struct RemoteQualifierDeclaration {
     std::string name;
     RemoteType type;
-    NQORVYX20::TCIMValue default_value;
+    NQORVYX20::TCIMValue defaultValue;
     std::vector<std::string> scopes; ///< as in MOF, in lower case
     RemoteFlavor flavor;
 };

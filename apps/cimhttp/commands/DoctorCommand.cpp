@@ -203,8 +203,11 @@ class Examination {
         if (candidates.empty()) {
             diagnosis_.Omit(Diagnosis::kEnumeration, "there is no class");
         }
-        // the finding of the last one stands
-        std::find_if(candidates.begin(), candidates.end(), [this](const auto& name) { return HasEnumerated(name); });
+        for (const auto& name : candidates) { // what the last one finds stands
+            if (HasEnumerated(name)) {
+                return;
+            }
+        }
     }
 
     /// What to enumerate: one class that there is or, from a server that does not list its classes, some that there

@@ -25,7 +25,8 @@ std::string IdentityOf(const TCIMReference& path) {
     std::string identity = AsciiLower(path.GetHost()) + kSeparator + AsciiLower(path.GetNamespaceName()) + kSeparator +
                            AsciiLower(path.GetClassName());
     for (const auto& [name, value] : keys) {
-        identity += kSeparator + name + kSeparator + value;
+        (identity += kSeparator) += name;
+        (identity += kSeparator) += value;
     }
     return identity;
 }

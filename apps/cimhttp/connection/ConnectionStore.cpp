@@ -94,7 +94,9 @@ void CheckPrivacy(const std::string& path, mode_t mode, const ConnectionStore::C
 ConnectionStore::Connections ConnectionsIn(const UserDocument::Content& content, const std::string& path) {
     ConnectionStore::Connections connections;
     for (const auto& [name, entry] : content.object.items()) {
-        connections.emplace(name, ReadConnection(UserEntry(entry, path + ", connection '" + name + "'")));
+        std::string place = path;
+        place.append(", connection '").append(name).append("'");
+        connections.emplace(name, ReadConnection(UserEntry(entry, place)));
     }
     CheckPrivacy(path, content.mode, connections);
     return connections;

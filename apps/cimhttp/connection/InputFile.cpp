@@ -29,9 +29,9 @@ std::string SizeText(std::size_t bytes) {
 } // namespace
 
 // Opening a pipe would wait for its writer otherwise, and a terminal could become that of the program.
-InputFile::InputFile(const std::string& path, std::string name)
+InputFile::InputFile(const std::string& path, const std::string& name)
     : InputFile(Descriptor(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC)),
-                name.empty() ? path : std::move(name)) {}
+                name.empty() ? path : name) {}
 
 InputFile::InputFile(Descriptor descriptor, std::string name)
     : name_(std::move(name)), descriptor_(std::move(descriptor)) {

@@ -16,7 +16,7 @@ namespace cimhttp {
 class InputFile {
   public:
     /// Opens the file at `path`. `name` is what complaints call it, where that is not the path itself.
-    explicit InputFile(const std::string& path, std::string name = {});
+    explicit InputFile(const std::string& path, const std::string& name = {});
 
     /// Reads what is open already.
     InputFile(Descriptor descriptor, std::string name);

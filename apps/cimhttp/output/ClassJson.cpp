@@ -33,7 +33,7 @@ std::string QualifiersJson(const std::vector<RemoteQualifier>& qualifiers) {
 }
 
 JsonObject ElementJson(const std::string& name, const RemoteType& type) {
-    JsonObject object = ElementJson(name, type.name, type.is_array);
+    JsonObject object = ElementJson(name, type.name, type.isArray);
     if (!type.referenceClass.empty()) {
         object.Add("class", JsonText(type.referenceClass));
     }
@@ -122,7 +122,7 @@ std::string ClassJson(const RemoteClass& cls) {
     JsonArray properties;
     for (const RemoteProperty& property : cls.properties) {
         properties.Add(FeatureJson(
-            ElementJson(property.name, property.type).Add("default", JsonValue(property.default_value)), property));
+            ElementJson(property.name, property.type).Add("default", JsonValue(property.defaultValue)), property));
     }
     return JsonObject()
         .Add("name", JsonText(cls.name))

@@ -77,7 +77,7 @@ Listing DeclarationListing(const std::vector<RemoteQualifierDeclaration>& declar
     Listing listing({Listing::Key("Qualifier"), {"Type"}, {"Default"}, {"Scope"}, {"Flavor"}});
     for (const RemoteQualifierDeclaration& declaration : declarations) {
         listing.AddRow({declaration.name, TypeText(declaration.type),
-                        Cell(declaration.default_value, Joined(PlainTexts(declaration.default_value))),
+                        Cell(declaration.defaultValue, Joined(PlainTexts(declaration.defaultValue))),
                         Joined(declaration.scopes), FlavorText(declaration.flavor)});
     }
     return listing;

@@ -86,8 +86,8 @@ class ClassWriter {
   private:
     std::string Property(const RemoteProperty& property) const {
         std::string text = QualifierList(property.qualifiers, kIndent) + Blanks(kIndent) + Declaration(property);
-        if (!property.default_value.IsNull()) {
-            text += " = " + MofValue(property.default_value, kIndent + 2);
+        if (!property.defaultValue.IsNull()) {
+            text += " = " + MofValue(property.defaultValue, kIndent + 2);
         }
         return text + ";\n";
     }
@@ -182,10 +182,10 @@ std::string MofType(const RemoteType& type) {
 }
 
 std::string MofArray(const RemoteType& type) {
-    if (!type.is_array) {
+    if (!type.isArray) {
         return {};
     }
-    return type.array_size == 0 ? "[]" : '[' + std::to_string(type.array_size) + ']';
+    return type.arraySize == 0 ? "[]" : '[' + std::to_string(type.arraySize) + ']';
 }
 
 std::string MethodSignature(const RemoteMethod& method) {
@@ -213,7 +213,7 @@ std::string MethodsMof(const RemoteClass& cls, const std::vector<RemoteQualifier
 
 std::string QualifierMof(const RemoteQualifierDeclaration& declaration) {
     std::string text = "Qualifier " + Printable(declaration.name) + " : " + MofType(declaration.type) +
-                       MofArray(declaration.type) + " = " + MofValue(declaration.default_value, kIndent) +
+                       MofArray(declaration.type) + " = " + MofValue(declaration.defaultValue, kIndent) +
                        ",\n    Scope(" + MofList(declaration.scopes, kIndent) + "),\n    Flavor(";
     text += declaration.flavor.overridable ? "EnableOverride, " : "DisableOverride, ";
     text += declaration.flavor.toSubclass ? "ToSubclass" : "Restricted";
