@@ -37,7 +37,7 @@ constexpr const char* kRemoteNamespaceName = "root/cimv2";
 constexpr Pegasus::Uint32 kInitialTimeoutMs = 10000;
 
 [[noreturn]] void FailRemotely(const std::string& what, const Pegasus::Exception& failure) {
-    LogDebug(what + ToStdString(failure.getMessage()));
+    LogDebug(what + MessageOf(failure));
     throw TVYXException(TVYXStatusCode::eRemoteConnectionFailed);
 }
 
@@ -99,6 +99,7 @@ void TCimHTTPNamespace::Initialize(TCIMContext context) {
         LogError(std::string("TCimHTTPNamespace: ") + refusal.what());
         throw TVYXException(TVYXStatusCode::eTypeMismatch);
     }
+    Server().ReadDoubledProperties();
     if (options.IsFaithful()) {
         SetReading(boost::make_shared<FaithfulReading>(shared_from_this()));
         Server().SetLenient(options.IsLenient());
@@ -258,8 +259,8 @@ void TCimHTTPNamespace::EnumerateClassNames(std::string nameSpace, std::string c
         });
     } catch (const Pegasus::Exception& failure) {
         Report().Fail(RemoteFailureOf(failure));
-        LogDebug("TCimHTTPNamespace::EnumerateClassNames: " + nameSpace + ":" + className + ": " +
-                 PegStrToStdStr(failure.getMessage()) + "\n");
+        LogDebug("TCimHTTPNamespace::EnumerateClassNames: " + nameSpace + ":" + className + ": " + MessageOf(failure) +
+                 "\n");
     }
 }
 

@@ -143,8 +143,7 @@ bool CompatibleReading::Attempt(const std::string& name, const Step& step) {
         WithinMemory(step);
         return true;
     } catch (const Pegasus::Exception& failure) {
-        LogDebug("TCimHTTPNamespace::GetClass from Pegasus for: " + name +
-                 "returned exception: " + ToStdString(failure.getMessage()));
+        LogDebug("TCimHTTPNamespace::GetClass from Pegasus for: " + name + "returned exception: " + MessageOf(failure));
         LockNamespace()->Report().Fail(RemoteFailureOf(failure));
     } catch (...) {
         // A definition that cannot be built is as good as none; whoever asks for the failure is told.
@@ -277,7 +276,7 @@ void CompatibleReading::FetchInstances(TCimHTTPClass& cls, bool deep) {
         WithinMemory([&] { FileInstances(cls, deep); });
     } catch (const Pegasus::Exception& failure) {
         LogError("TCimHTTPClass::EnumerateInstances from Pegasus for: " + className +
-                 "returned exception: " + ToStdString(failure.getMessage()));
+                 "returned exception: " + MessageOf(failure));
         LockNamespace()->Report().Fail(RemoteFailureOf(failure));
     } catch (...) {
         // What was filed until then is served; the log says nothing, whoever asks for the failure is told.

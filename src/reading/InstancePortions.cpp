@@ -87,7 +87,7 @@ void InstancePortions::Close() noexcept {
         server_.CloseEnumeration(enumeration_);
     } catch (const Pegasus::Exception& exception) {
         try {
-            LogDebug("the enumeration of " + className_ + " was not closed: " + ToStdString(exception.getMessage()));
+            LogDebug("the enumeration of " + className_ + " was not closed: " + MessageOf(exception));
         } catch (...) { // then nobody is told
         }
     } catch (...) { // the server closes it by itself

@@ -132,7 +132,7 @@ Kind KindOf(const Pegasus::Exception& exception) {
 
 RemoteFailure RemoteFailureOf(const Pegasus::Exception& exception) {
     RemoteFailure failure;
-    failure.text = ToStdString(exception.getMessage());
+    failure.text = MessageOf(exception);
     if (const auto* const cim = dynamic_cast<const Pegasus::CIMException*>(&exception)) {
         failure.kind = Kind::kCimStatus;
         failure.cimStatus = static_cast<unsigned>(cim->getCode());
@@ -145,6 +145,15 @@ RemoteFailure RemoteFailureOf(const Pegasus::Exception& exception) {
         failure.refusal = RefusalIn(exception);
     }
     return failure;
+}
+
+std::string MessageOf(const Pegasus::Exception& exception) {
+#ifdef CIMHTTP_HAS_FAILURE_MARKS
+    if (const auto* const refusal = dynamic_cast<const Pegasus::RefusedByServer*>(&exception)) {
+        return ToStdString(refusal->getStatement());
+    }
+#endif
+    return ToStdString(exception.getMessage());
 }
 
 TVYXStatusCode::EStatusCode StatusCodeOf(const RemoteFailure& failure) {

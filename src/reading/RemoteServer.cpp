@@ -90,6 +90,8 @@ void RemoteServer::SetLenient(bool lenient) { client_->setLenient(lenient); }
 
 void RemoteServer::LeaveQualifiedTexts() { client_->setQualifiedEmbedding(false); }
 
+void RemoteServer::ReadDoubledProperties() { client_->setDoubledProperties(true); }
+
 void RemoteServer::MoveFindingsTo(ReadingReport& report) {
     Pegasus::LenientFindings findings = client_->takeFindings();
     for (Pegasus::Uint32 i = 0; i < findings.first.size(); ++i) {
@@ -109,6 +111,8 @@ void RemoteServer::MoveFindingsTo(ReadingReport& report) {
 void RemoteServer::SetLenient(bool /*lenient*/) {}
 
 void RemoteServer::LeaveQualifiedTexts() {}
+
+void RemoteServer::ReadDoubledProperties() {}
 
 void RemoteServer::MoveFindingsTo(ReadingReport& /*report*/) {}
 

@@ -60,6 +60,10 @@ class RemoteServer {
     /// is an object; without effect when the client library cannot do that.
     void LeaveQualifiedTexts();
 
+    /// From now on an object may have two properties of one name, for the reading to judge; without effect when the
+    /// client library does not tell such objects apart.
+    void ReadDoubledProperties();
+
     /// Adds what could not be read of the answers since the last call, and writes it to the log.
     void MoveFindingsTo(ReadingReport& report);
 

@@ -353,6 +353,15 @@ TEST_F(ClientTest, ReadsChunkedAnswersOfAnySize) {
     EXPECT_EQ(client_.enumerateInstances(kNamespace, CIMName("CIM_Thing")).size(), 2000U);
 }
 
+TEST_F(ClientTest, ReadsAPropertyThatComesTwiceOnlyIfThatIsAskedFor) {
+    const std::string property = "<PROPERTY NAME=\"P\" TYPE=\"uint8\"/>";
+    server_.Answer("GetClass", "CIM_Thing", "<CLASS NAME=\"CIM_Thing\">" + property + property + "</CLASS>");
+    connect();
+    EXPECT_THAT(MessageOf<CIMClientXmlException>([&] { getThing(); }), HasSubstr(":5988: GetClass: "));
+    client_.setDoubledProperties(true);
+    EXPECT_EQ(client_.getClass(kNamespace, CIMName("CIM_Thing")).getPropertyCount(), 2U);
+}
+
 // ---- Errors of the server
 
 TEST_F(ClientTest, ReportsAnErrorWhereverItStands) {
@@ -364,7 +373,8 @@ TEST_F(ClientTest, ReportsAnErrorWhereverItStands) {
             FAIL() << "no exception";
         } catch (const CIMException& error) {
             EXPECT_EQ(error.getCode(), CIM_ERR_NOT_FOUND);
-            EXPECT_EQ(Text(error.getMessage()), "CIM_ERR_NOT_FOUND: CIM_Thing");
+            EXPECT_EQ(Text(error.getMessage()),
+                      "CIM_ERR_NOT_FOUND: CIM_Thing (" + server_.Address() + ":5988: GetClass)");
         }
     }
     server_.Answer("GetClass", "CIM_Thing", kThing);
@@ -382,7 +392,7 @@ TEST_F(ClientTest, ReportsAnErrorThatComesAfterPartOfTheObjects) {
            << body << "\r\n0\r\nCIMStatusCode: 1\r\nCIMStatusCodeDescription: out%20of%20memory\r\n\r\n";
     server_.AnswerNextWith(answer.str());
     EXPECT_EQ(MessageOf<CIMException>([&] { client_.enumerateInstances(kNamespace, CIMName("CIM_Thing")); }),
-              "CIM_ERR_FAILED: out of memory");
+              "CIM_ERR_FAILED: out of memory (" + server_.Address() + ":5988: EnumerateInstances)");
 }
 
 TEST_F(ClientTest, ReportsAnHttpErrorWithItsDetails) {

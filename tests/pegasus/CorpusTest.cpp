@@ -395,12 +395,10 @@ TEST(Corpus, HasManyCasesOfEveryFamily) {
     EXPECT_GE(familyFolders().size(), 11U);
 }
 
-TEST(Corpus, LenientClientsReadAllThatStrictOnesDo) {
+TEST(Corpus, LenientClientsReadWhatStrictOnesDoWithoutAFinding) {
     for (const Case& one : allCases()) {
         if (one.told["strict"].contains("objects") && one.told.contains("lenient")) {
-            for (const json& finding : one.told["lenient"].at("findings")) {
-                EXPECT_EQ(finding.at("kind"), "DOUBLED_PROPERTY") << one.name() << ": both read it alike";
-            }
+            EXPECT_TRUE(one.told["lenient"].at("findings").empty()) << one.name() << ": both read it alike";
         }
     }
 }

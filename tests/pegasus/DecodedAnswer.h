@@ -3,6 +3,7 @@
 #include "cimxml/ResponseDecoder.h"
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,9 +22,10 @@ struct DecodedAnswer : Pegasus::cimxml::ReturnValueSink {
 };
 
 /// Decodes the answer to request 1001, fed in pieces of `pieceSize` bytes.
-inline DecodedAnswer decode(const std::string& method, std::string_view body, std::size_t pieceSize = 4096) {
+inline DecodedAnswer decode(const std::string& method, std::string_view body, std::size_t pieceSize = 4096,
+                            const std::shared_ptr<Pegasus::cimxml::ObjectDecoder>& objects = nullptr) {
     DecodedAnswer answer;
-    Pegasus::cimxml::ResponseDecoder decoder("1001", method, answer);
+    Pegasus::cimxml::ResponseDecoder decoder("1001", method, answer, objects);
     for (; !body.empty(); body.remove_prefix(std::min(pieceSize, body.size()))) {
         decoder.feed(body.substr(0, pieceSize));
     }

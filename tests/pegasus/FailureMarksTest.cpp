@@ -190,4 +190,38 @@ TEST(FailureMarksTest, ARefusedConnectionIsNotMarked) {
     EXPECT_EQ(meaningAt(port), "connect");
 }
 
+/// The server's error is that of an answer to the first request of a client.
+std::string errorAnswer() {
+    const std::string body = support::xml::BareMessage(
+        "1",
+        support::xml::Response("EnumerateInstances",
+                               "<ERROR CODE=\"6\" DESCRIPTION=\"no A\"><INSTANCE CLASSNAME=\"CIM_Error\"/></ERROR>"));
+    return kHead + ("Content-Language: de\r\nContent-Length: " + std::to_string(body.size())) + "\r\n\r\n" + body;
+}
+
+TEST(FailureMarksTest, AServersErrorNamesTheServerAndTheOperationAndSaysWhatTheServerSaid) {
+    ScriptedServer server([](Connection& peer) {
+        peer.ReadRequest();
+        peer.Write(errorAnswer());
+    });
+    const std::uint16_t port = server.Listen(0);
+    const std::string endpoint = std::string(support::LoopbackAddress()) + ":" + std::to_string(port);
+    CIMClient client;
+    client.setTimeout(120000);
+    client.connect(String(support::LoopbackAddress()), port, "", "");
+    try {
+        client.enumerateInstances(CIMNamespaceName("root/cimv2"), CIMName("A"));
+        FAIL() << "no exception";
+    } catch (const CIMException& error) {
+        EXPECT_EQ(error.getMessage(), String("CIM_ERR_NOT_FOUND: no A (" + endpoint + ": EnumerateInstances)"));
+        EXPECT_EQ(error.getCode(), CIM_ERR_NOT_FOUND);
+        EXPECT_EQ(error.getErrorCount(), 1U);
+        EXPECT_EQ(error.getContentLanguages().size(), 1U);
+        const auto* const refused = dynamic_cast<const RefusedByServer*>(&error);
+        ASSERT_NE(refused, nullptr);
+        EXPECT_EQ(refused->getServer(), String(endpoint));
+        EXPECT_EQ(refused->getStatement(), String("CIM_ERR_NOT_FOUND: no A"));
+    }
+}
+
 } // namespace

@@ -341,7 +341,8 @@ TEST_P(EveryOperationTest, ReportsTheServersError) {
             FAIL() << "no exception";
         } catch (const CIMException& error) {
             EXPECT_EQ(error.getCode(), CIM_ERR_NOT_SUPPORTED);
-            EXPECT_EQ(Text(error.getMessage()), "CIM_ERR_NOT_SUPPORTED: not today");
+            EXPECT_EQ(Text(error.getMessage()), std::string("CIM_ERR_NOT_SUPPORTED: not today (") + server_.Address() +
+                                                    ":5988: " + GetParam().name + ")");
         }
         EXPECT_EQ(server_.Calls().back().method, GetParam().name);
     }

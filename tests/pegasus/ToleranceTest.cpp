@@ -1,12 +1,14 @@
 // What an answer may have although no standard says so, because nothing is lost; and what no answer may have.
 
 #include "AnswerBody.h"
+#include "cimxml/ObjectDecoder.h"
 
 #include <Pegasus/Common/Exception.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 
 namespace {
@@ -147,22 +149,36 @@ TEST(RefusalTest, AClassPathWithAnInstanceAndAnInstancePathWithAClassAreRefused)
     EXPECT_THAT(errorInObject(path + "<CLASS NAME=\"A\"/>"), HasSubstr("has a class and the path of an instance"));
 }
 
-TEST(ToleranceTest, AnInstanceIsDeliveredWithAPropertyThatComesTwice) {
-    const std::string content = "<PROPERTY NAME=\"Twice\" TYPE=\"uint8\"><VALUE>1</VALUE></PROPERTY>"
-                                "<PROPERTY NAME=\"Other\" TYPE=\"uint8\"/>"
-                                "<PROPERTY NAME=\"tWICE\" TYPE=\"string\"><VALUE>2</VALUE></PROPERTY>";
-    const CIMInstance instance = decodeBodyWith("<VALUE.NAMEDINSTANCE>" + kName + "<INSTANCE CLASSNAME=\"A\">" +
-                                                content + "</INSTANCE></VALUE.NAMEDINSTANCE>")
-                                     .instances.at(0);
+const std::string kInstanceWithTwo = "<VALUE.NAMEDINSTANCE>" + kName +
+                                     "<INSTANCE CLASSNAME=\"A\">"
+                                     "<PROPERTY NAME=\"Twice\" TYPE=\"uint8\"><VALUE>1</VALUE></PROPERTY>"
+                                     "<PROPERTY NAME=\"Other\" TYPE=\"uint8\"/>"
+                                     "<PROPERTY NAME=\"tWICE\" TYPE=\"string\"><VALUE>2</VALUE></PROPERTY>"
+                                     "</INSTANCE></VALUE.NAMEDINSTANCE>";
+const std::string kClassWithTwo = "<CLASS NAME=\"A\"><PROPERTY NAME=\"P\" TYPE=\"uint8\"/>"
+                                  "<PROPERTY NAME=\"P\" TYPE=\"uint8\"/></CLASS>";
+
+TEST(RefusalTest, AnObjectWithAPropertyThatComesTwiceIsRefused) {
+    EXPECT_THAT(errorInBodyWith(kInstanceWithTwo), HasSubstr("the property tWICE comes twice, in "));
+    EXPECT_THAT(errorInBodyWith(kClassWithTwo), HasSubstr("the property P comes twice, in "));
+}
+
+/// Decodes with a decoder that reads doubled properties.
+DecodedAnswer decodeWithBoth(const std::string& objects) {
+    const auto decoder = std::make_shared<cimxml::ObjectDecoder>();
+    decoder->setDoubledProperties(true);
+    return decode("GetClass", bodyWith(objects), 4096, decoder);
+}
+
+TEST(ToleranceTest, AnInstanceIsDeliveredWithBothPropertiesOfANameIfThatIsAskedFor) {
+    const CIMInstance instance = decodeWithBoth(kInstanceWithTwo).instances.at(0);
     ASSERT_EQ(instance.getPropertyCount(), 3U);
     EXPECT_EQ(instance.getProperty(0).getValue(), CIMValue(Uint8(1)));
     EXPECT_EQ(instance.getProperty(2).getValue(), CIMValue(String("2")));
 }
 
-TEST(ToleranceTest, AClassIsDeliveredWithAllThatItDeclaresAlsoTwice) {
-    const std::string property = "<PROPERTY NAME=\"P\" TYPE=\"uint8\"/>";
-    EXPECT_EQ(decodeBodyWith("<CLASS NAME=\"A\">" + property + property + "</CLASS>").classes.at(0).getPropertyCount(),
-              2U);
+TEST(ToleranceTest, AClassIsDeliveredWithBothPropertiesOfANameIfThatIsAskedFor) {
+    EXPECT_EQ(decodeWithBoth(kClassWithTwo).classes.at(0).getPropertyCount(), 2U);
 }
 
 TEST(RefusalTest, TheFirstOfTwoErrorsCounts) {

@@ -166,7 +166,7 @@ TEST_F(WireTest, ReportsTheErrorInTheTrailersWhateverTheBodySays) {
             ADD_FAILURE() << "no exception";
         } catch (const CIMException& errorThrown) {
             EXPECT_EQ(errorThrown.getCode(), expected.code);
-            EXPECT_EQ(Text(errorThrown.getMessage()), expected.message);
+            EXPECT_EQ(Text(errorThrown.getMessage()), expected.message + (" (" + endpoint_ + ": EnumerateClassNames)"));
         }
         EXPECT_EQ(countNames(), 2U);
         EXPECT_EQ(server_->ConnectionCount(), 1U) << "such an error is a good answer";
@@ -178,7 +178,8 @@ TEST_F(WireTest, ReportsTheErrorInTheTrailersOfABodyThatTheServerGaveUp) {
         const std::string body = Message(IdOf(request), Response(kNames));
         return Chunked(body.substr(0, body.find("B\"/>")), "CIMStatusCode: 1\r\nCIMStatusCodeDescription: oops\r\n");
     });
-    EXPECT_EQ(MessageOf<CIMException>([&] { countNames(); }), "CIM_ERR_FAILED: oops");
+    EXPECT_EQ(MessageOf<CIMException>([&] { countNames(); }),
+              "CIM_ERR_FAILED: oops (" + endpoint_ + ": EnumerateClassNames)");
     EXPECT_EQ(countNames(), 2U);
 }
 

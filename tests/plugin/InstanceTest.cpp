@@ -263,6 +263,15 @@ TEST_F(InstanceTest, APropertyWhoseNameTheHostDoesNotKnowIsLoggedAndTheRestIsKep
                             "TCimHTTPClass::EnumerateInstances - Unable to retrieve property: " + name));
 }
 
+TEST_F(InstanceTest, OfAPropertyThatComesTwiceTheLastCounts) {
+    ServeInstances("TEST_Disk", InstanceXml("TEST_Disk", "Name", "sda",
+                                            PropertyXml("Name", "string", ValueXml("sda")) +
+                                                PropertyXml("Size", "uint64", ValueXml("1")) +
+                                                PropertyXml("Size", "uint64", ValueXml("2"))));
+    EXPECT_EQ(Text(*Instances(*disk_).at(0), "Size"), "2");
+    EXPECT_THAT(log_->Errors(), IsEmpty());
+}
+
 TEST_F(InstanceTest, ARemoteFailureIsLoggedAndRetriedOnTheNextCall) {
     server_.Fail("EnumerateInstances", "TEST_Disk", 1, "provider crashed");
     EXPECT_THAT(Instances(*disk_), IsEmpty());

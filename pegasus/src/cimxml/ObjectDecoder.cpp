@@ -214,10 +214,12 @@ void ObjectDecoder::startAnswer(const Checkpoint* checkpoint, bool lenient) noex
 CIMClass ObjectDecoder::decodeClass(XmlReader& reader) {
     const Attributes& attributes = reader.attributes();
     CIMClass cimClass(names_.get(attributes.get("NAME")), optionalName(attributes, "SUPERCLASS"));
+    PropertyNames names;
+    PropertyNames* const compared = lenient_ || doubledProperties_ ? nullptr : &names;
     while (reader.nextElement()) {
         if (reader.name() == "METHOD") {
             detail::Unchecked::add(cimClass, decodeMethod(reader));
-        } else if (!addProperty(cimClass, nullptr, reader) && !addQualifier(cimClass, reader)) {
+        } else if (!addProperty(cimClass, compared, reader) && !addQualifier(cimClass, reader)) {
             reader.throwUnexpected();
         }
     }
@@ -227,8 +229,9 @@ CIMClass ObjectDecoder::decodeClass(XmlReader& reader) {
 CIMInstance ObjectDecoder::decodeInstance(XmlReader& reader) {
     CIMInstance instance(names_.get(reader.attributes().get("CLASSNAME")));
     PropertyNames names;
+    PropertyNames* const compared = lenient_ || !doubledProperties_ ? &names : nullptr;
     while (reader.nextElement()) {
-        if (addProperty(instance, lenient_ ? &names : nullptr, reader)) {
+        if (addProperty(instance, compared, reader)) {
             continue;
         }
         // The qualifiers of an instance are deprecated (DSP0200); its class has them.
@@ -433,9 +436,12 @@ bool ObjectDecoder::addProperty(Owner& owner, PropertyNames* names, XmlReader& r
     return true;
 }
 
-/// Takes note of a property that the object has already.
+/// What becomes of a property that the object has already.
 void ObjectDecoder::takeDoubled(const CIMName& name, Uint32 earlier, PropertyNames& names, const XmlReader& reader) {
     const std::string reason = "the property " + std::string(name.getString().view()) + " comes twice";
+    if (!lenient_) {
+        throwIncomplete({reason});
+    }
     names.replace(earlier);
     findings_.add({LenientFinding::DOUBLED_PROPERTY, std::string(), reason, reader.tagPosition(), std::string()});
 }

@@ -40,10 +40,13 @@ class ObjectDecoder {
     xml::TagCache& tags() noexcept { return tags_; }
     /// Clears the caches that are full. Before anything of an answer is read. The checkpoint, if
     /// there is one, is passed while embedded objects are read; it must live as long as the answer is decoded. In a
-    /// lenient reading, a value that is not a good one is null, and the last of two properties of one name counts.
+    /// lenient reading, a value that is not a good one is null, and the last of an instance's two properties of one
+    /// name counts.
     void startAnswer(const Checkpoint* checkpoint, bool lenient) noexcept;
     /// Whether a property of texts becomes one of objects where only its qualifiers say that the texts are objects.
     void setQualifiedEmbedding(bool isOn) noexcept { qualifiedEmbedding_ = isOn; }
+    /// Whether an object may have two properties of one name outside a lenient reading. It then has both.
+    void setDoubledProperties(bool areRead) noexcept { doubledProperties_ = areRead; }
     /// Before each object, also before one that is read again from its beginning.
     void startObject() noexcept { findings_.clear(); }
     /// What was lenient about the object.
@@ -90,7 +93,7 @@ class ObjectDecoder {
     /// Add the element to the object that it describes; false when it is of another kind.
     template <class Owner>
     bool addQualifier(Owner& owner, XmlReader& reader);
-    /// No name comes twice among `names`, where they are given.
+    /// Looks for a property of that name among `names`, where they are given.
     template <class Owner>
     bool addProperty(Owner& owner, PropertyNames* names, XmlReader& reader);
     bool addParameter(CIMMethod& method, XmlReader& reader);
@@ -137,6 +140,7 @@ class ObjectDecoder {
     std::size_t embedding_ = 0; // how deep this is in embedded objects
     bool lenient_ = false;
     bool qualifiedEmbedding_ = true;
+    bool doubledProperties_ = false;
     ObjectFindings findings_;
 };
 

@@ -4,6 +4,7 @@
 #include "cimxml/ResponseDecoder.h"
 #include "cimxml/ScalarDecoder.h"
 #include "client/CimHeaders.h"
+#include "client/ServersError.h"
 #include "errors/Marked.h"
 #include "http/HttpConnection.h"
 #include "http/TimeOut.h"
@@ -390,6 +391,7 @@ class CIMClient::Impl {
     }
 
     void setQualifiedEmbedding(Boolean isOn) noexcept { objects_->setQualifiedEmbedding(isOn); }
+    void setDoubledProperties(Boolean areRead) noexcept { objects_->setDoubledProperties(areRead); }
 
     void setObserver(std::shared_ptr<ExchangeObserver> observer) {
         observer_ = std::move(observer);
@@ -533,11 +535,10 @@ class CIMClient::Impl {
         try {
             exchange(client::makeCimRequest(method, nameSpace.getString().view(), request.finish(), languages), decoder,
                      end, endOfTime, measurement);
-        } catch (CIMException& error) { // a good answer, though not the one hoped for
+        } catch (const CIMException& error) { // a good answer, though not the one hoped for
             isReceiving_ = false;
-            error.setContentLanguages(measurement.remarks.languages);
             report(measurement);
-            throw;
+            client::throwServersError(error, connection_->endpoint(), method, measurement.remarks.languages);
         } catch (...) {
             isReceiving_ = false;
             connection_->close();
@@ -623,6 +624,8 @@ void CIMClient::setLenient(Boolean lenient) { impl_->lenient = lenient; }
 Boolean CIMClient::isLenient() const { return impl_->lenient; }
 
 void CIMClient::setQualifiedEmbedding(Boolean isOn) { impl_->setQualifiedEmbedding(isOn); }
+
+void CIMClient::setDoubledProperties(Boolean areRead) { impl_->setDoubledProperties(areRead); }
 
 LenientFindings CIMClient::takeFindings() { return impl_->findings.take(); }
 

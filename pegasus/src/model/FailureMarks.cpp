@@ -8,6 +8,7 @@ PeerSpeaksTls::~PeerSpeaksTls() = default;
 UnknownHost::~UnknownHost() = default;
 PortClosed::~PortClosed() = default;
 ClosedWithoutAnswer::~ClosedWithoutAnswer() = default;
+RefusedByServer::~RefusedByServer() = default;
 MalformedPath::~MalformedPath() = default;
 CertificateRefused::~CertificateRefused() = default;
 

@@ -66,9 +66,9 @@ class CIMClient {
 
     /// Whether the next operations go on where a part of an answer cannot be read. A value that is none of its type is
     /// null then; bytes that are not UTF-8 are taken as Latin-1, or as U+FFFD where that has no character for them; of
-    /// a property that comes twice the last counts. Each is a finding, and the rest of the answer is delivered. Without
-    /// it, which is so at first, each ends the operation with CIMClientXmlException, but for the property: an instance
-    /// then has both. An answer that has none of these is read alike in both. An extension, as is takeFindings().
+    /// an instance's property that comes twice the last counts. Each is a finding, and the rest of the answer is
+    /// delivered. Without it, which is so at first, each ends the operation with CIMClientXmlException. An answer that
+    /// has none of these is read alike with it and without. An extension, as is takeFindings().
     void setLenient(Boolean lenient);
     Boolean isLenient() const;
     /// What was found since the last call, or since the client was made. Operations that threw have findings, too.
@@ -77,6 +77,10 @@ class CIMClient {
     /// Whether a property of texts is one of objects where its qualifiers say so (EmbeddedObject, EmbeddedInstance) and
     /// its attribute does not. So it is at first; else it is one of texts. An extension.
     void setQualifiedEmbedding(Boolean isOn);
+
+    /// Whether an object with two properties of one name is read, with both of them in the server's order. At first it
+    /// is not: the operation ends with CIMClientXmlException. Without effect while the client is lenient. An extension.
+    void setDoubledProperties(Boolean areRead);
 
     /// The languages in which the server should say what it says to people, such as the descriptions of errors, if it
     /// can. None at first.

@@ -2,6 +2,7 @@
 
 #include <Pegasus/Client/PeerCertificate.h>
 #include <Pegasus/Common/Config.h>
+#include <Pegasus/Common/String.h>
 
 #include <utility>
 
@@ -44,6 +45,22 @@ class PortClosed {
 class ClosedWithoutAnswer {
   public:
     virtual ~ClosedWithoutAnswer();
+};
+
+/// The server itself says that the operation has failed. On the CIMException of an operation.
+class RefusedByServer {
+  public:
+    RefusedByServer(String server, String statement) : server_(std::move(server)), statement_(std::move(statement)) {}
+    virtual ~RefusedByServer();
+
+    /// Host and port, with a colon in between.
+    const String& getServer() const noexcept { return server_; }
+    /// The exception's message as it is without naming the server and the operation.
+    const String& getStatement() const noexcept { return statement_; }
+
+  private:
+    String server_;
+    String statement_;
 };
 
 /// A text is no object path. On the MalformedObjectNameException of that text.

@@ -30,7 +30,8 @@ class Exception {
 };
 
 /// An error that the server reports for an operation. The message is the code's name, a colon, a blank and the server's
-/// description, less that name where the description begins with it.
+/// description, less that name where the description begins with it. An operation of the client adds which server and
+/// operation it was: see RefusedByServer in Pegasus/Client/FailureMarks.h.
 class CIMException : public Exception {
   public:
     explicit CIMException(CIMStatusCode code, const String& description = String());
