@@ -1,0 +1,194 @@
+#pragma once
+
+#include "cimxml/Findings.h"
+#include "cimxml/ObjectDecoder.h"
+#include "cimxml/RequestEncoder.h"
+#include "cimxml/ResponseDecoder.h"
+#include "client/CimHeaders.h"
+#include "client/ReturnValues.h"
+#include "errors/Marked.h"
+#include "http/HttpConnection.h"
+
+#include <Pegasus/Client/CIMClient.h>
+#include <Pegasus/Client/CIMClientException.h>
+
+#include <exception>
+#include <memory>
+#include <new>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+namespace Pegasus {
+
+/// What a client has, and how it does an operation.
+class CIMClient::Impl {
+  public:
+    Uint32 timeout = 20000;
+    Boolean lenient = false;
+    cimxml::Findings findings;
+    AcceptLanguageList languages;
+    ClientOpPerformanceDataHandler* performanceHandler = nullptr;
+
+    /// Does what a client is asked for. Where memory does not suffice, what was made of it is gone when this throws,
+    /// with a message that was made before: there may be no memory for it when it is needed.
+    template <typename Work>
+    auto withinMemory(Work work) const {
+        try {
+            return work();
+        } catch (const std::bad_alloc&) {
+        } catch (const std::length_error&) {
+            // asked for more than there can be
+        }
+        throw errors::Marked<OutOfMemoryException, ExceedsLimit>(outOfMemory_);
+    }
+
+    void setQualifiedEmbedding(Boolean isOn) noexcept { objects_->setQualifiedEmbedding(isOn); }
+    void setDoubledProperties(Boolean areRead) noexcept { objects_->setDoubledProperties(areRead); }
+
+    void setObserver(std::shared_ptr<ExchangeObserver> observer);
+
+    const ClientLimits& limits() const { return limits_; }
+    void setLimits(const ClientLimits& limits);
+
+    void connect(const String& host, Uint32 port, const std::optional<SSLContext>& tls, const String& user,
+                 const String& password);
+    void disconnect();
+
+    /// One operation: `addParameters` completes the request, a Result takes the objects of the return value.
+    template <typename Result, typename AddParameters>
+    auto call(const char* method, const CIMNamespaceName& nameSpace, AddParameters addParameters) {
+        checkReady();
+        return withinMemory([&] {
+            return aboutOperation(method, [&] {
+                Result result;
+                receive(method, nameSpace, addParameters, result);
+                return std::move(result).take();
+            });
+        });
+    }
+
+    /// Does an operation whose objects are handed over: false when they were not wanted any more.
+    template <typename AddParameters>
+    bool handOver(const char* method, const CIMNamespaceName& nameSpace, AddParameters addParameters,
+                  const InstanceStream::Taker& take) {
+        checkReady();
+        client::HandedOver sink(take);
+        const bool isWhole = withinMemory([&] {
+            try {
+                aboutOperation(method, [&] { receive(method, nameSpace, addParameters, sink); });
+                return true;
+            } catch (const client::HandedOver::Enough&) {
+                return false;
+            }
+        });
+        sink.rethrow(); // here, where its lack of memory is not that of the answer
+        return isWhole;
+    }
+
+    /// Opens an enumeration and returns its first portion.
+    template <typename Kept, typename AddParameters>
+    auto open(const char* method, CIMEnumerationContext& context, Boolean& endOfSequence,
+              const CIMNamespaceName& nameSpace, AddParameters addParameters) {
+        auto portion = call<client::Pulled<Kept>>(method, nameSpace, addParameters);
+        CIMEnumerationContext opened;
+        opened.nameSpace_ = nameSpace;
+        keep(portion, opened, endOfSequence);
+        context = opened;
+        return portion;
+    }
+
+    /// Its next portion.
+    template <typename Kept>
+    auto pull(const char* method, CIMEnumerationContext& context, Boolean& endOfSequence, Uint32 maxObjectCount) {
+        auto portion = ask<client::Pulled<Kept>>(method, context, [&](cimxml::RequestEncoder& request) {
+            request.addNumber("MaxObjectCount", maxObjectCount);
+        });
+        keep(portion, context, endOfSequence);
+        return portion.objects;
+    }
+
+    /// An operation on an enumeration.
+    template <typename Result, typename AddParameters>
+    auto ask(const char* method, const CIMEnumerationContext& context, AddParameters addParameters) {
+        if (!context.open_) {
+            throw CIMException(CIM_ERR_INVALID_ENUMERATION_CONTEXT, "the enumeration is not open");
+        }
+        return call<Result>(method, context.nameSpace_, [&](cimxml::RequestEncoder& request) {
+            request.addString("EnumerationContext", context.id_.view());
+            addParameters(request);
+        });
+    }
+
+  private:
+    static constexpr const char* kOutOfMemory = "there is not enough memory for the server's answer";
+
+    class Measurement;
+    class EndOfTime;
+
+    /// Does a part of an operation. What it throws about the answer names server and operation.
+    template <typename Work>
+    auto aboutOperation(const char* method, Work work) const {
+        try {
+            return work();
+        } catch (const CIMClientXmlException& failure) {
+            throwAbout(method, failure);
+        } catch (const CIMClientResponseException& failure) {
+            throwAbout(method, failure);
+        }
+    }
+
+    /// Throws an exception of that type, with the same mark, whose message says which server and operation it is about.
+    template <typename Failure>
+    [[noreturn]] void throwAbout(const char* method, const Failure& failure) const {
+        const String message(connection_->endpoint().text() + ": " + method + ": " +
+                             std::string(failure.getMessage().view()));
+        if (dynamic_cast<const ExceedsLimit*>(&failure) != nullptr) {
+            throw errors::Marked<Failure, ExceedsLimit>(message);
+        }
+        throw Failure(message);
+    }
+
+    template <typename Answer>
+    void keep(const Answer& portion, CIMEnumerationContext& context, Boolean& endOfSequence) const {
+        context.id_ = portion.id;
+        context.open_ = !portion.isLast;
+        context.answerBytes_ += lastAnswerBytes_;
+        endOfSequence = portion.isLast;
+    }
+
+    template <typename AddParameters>
+    void receive(const char* method, const CIMNamespaceName& nameSpace, AddParameters addParameters,
+                 client::ReturnValueSink& sink) {
+        const std::string messageId = std::to_string(++lastMessageId_);
+        cimxml::RequestEncoder request(messageId, method, nameSpace);
+        addParameters(request);
+        receive(messageId, method,
+                client::makeCimRequest(method, nameSpace.getString().view(), request.finish(), languages), sink);
+    }
+
+    void checkReady() const;
+    /// Whoever takes instances is called in the middle of an operation.
+    void checkIdle() const;
+    void receive(const std::string& messageId, const char* method, const http::HttpRequest& request,
+                 client::ReturnValueSink& sink);
+    void report(const Measurement& measurement) const;
+    http::Deadline deadline() const;
+    void exchange(const http::HttpRequest& request, cimxml::ResponseDecoder& decoder, const http::Deadline& end,
+                  const EndOfTime& endOfTime, Measurement& measurement);
+    void checkAnswer(const http::HttpHead& head, const http::Deadline& end);
+    /// The body of an answer that is refused for its head, which only an observer wants to see.
+    void showRefused(const std::exception_ptr& failure, const http::Deadline& end);
+
+    ClientLimits limits_;
+    std::shared_ptr<ExchangeObserver> observer_;
+    std::optional<http::HttpConnection> connection_;
+    String outOfMemory_{kOutOfMemory};
+    const std::shared_ptr<cimxml::ObjectDecoder> objects_ = std::make_shared<cimxml::ObjectDecoder>();
+    Uint64 lastMessageId_ = 0;
+    Uint64 lastAnswerBytes_ = 0;
+    bool isReceiving_ = false;
+};
+
+} // namespace Pegasus
