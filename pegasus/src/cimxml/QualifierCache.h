@@ -9,8 +9,8 @@
 
 namespace Pegasus::cimxml {
 
-/// Keeps qualifiers by the text of their elements. Most of what a class says it says again in its other properties
-/// and in its subclasses; all these share the qualifiers, which nobody can change.
+/// Keeps qualifiers by the text of their elements. Most qualifiers of a class come again on its other properties and in
+/// its subclasses; all of them share one CIMQualifier, which cannot be changed.
 class QualifierCache {
   public:
     struct Entry {
@@ -19,11 +19,11 @@ class QualifierCache {
         std::size_t nodes; ///< below the QUALIFIER element
     };
 
-    /// Null when there is none. Valid up to the next change.
+    /// The entry of that text; null when there is none. Valid up to the next change.
     const Entry* find(std::string_view text) const;
-    /// Keeps one that was not found, if there is room for it.
+    /// Keeps an entry that was not found, if there is room for it.
     void add(Entry entry);
-    /// Whether one found no room.
+    /// Whether there was no room for an entry.
     bool isFull() const noexcept { return full_; }
     void clear() noexcept;
 
