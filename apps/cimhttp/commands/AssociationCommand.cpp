@@ -22,7 +22,7 @@ using OutputFormats = std::vector<OutputFormat>;
 const OutputFormats kFormats{OutputFormat::kTable, OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv,
                              OutputFormat::kMof};
 
-/// Those of one class stand together.
+/// Puts instances of one class side by side.
 void SortByClass(Instances& instances) {
     std::stable_sort(instances.begin(), instances.end(), [](const auto& one, const auto& other) {
         const std::string className = ClassNameOf(*one);
@@ -89,7 +89,7 @@ class AssociationCommand : public Command {
     AssociationQuery query_; ///< what the command line says
 
   private:
-    /// Complains about what paths have no use for.
+    /// Refuses options that have no effect on paths.
     void CheckNameOptions(const CommandContext& context) const {
         if (!properties_.empty() || raw_) {
             throw Failure(Failure::kUsage, "--names reads no values: leave out --property and --raw");

@@ -23,8 +23,8 @@ namespace cimhttp {
 
 namespace {
 
-constexpr std::chrono::milliseconds kLookInterval{100}; // between two looks at the user
-constexpr std::chrono::milliseconds kGrace{300};        // for the class at hand, after the user has seen enough
+constexpr std::chrono::milliseconds kLookInterval{100}; // between two checks for an interrupt
+constexpr std::chrono::milliseconds kGrace{300};        // for the class that is being read, after an interrupt
 
 constexpr std::size_t kLargestDocument = std::size_t{16} << 20U; // what the parser takes
 

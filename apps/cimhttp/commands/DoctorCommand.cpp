@@ -62,14 +62,14 @@ std::string VerificationText(const Connection& connection) {
                                          : "verified by its fingerprint, known since " + connection.knownSince;
 }
 
-/// Whether the server has said that it knows the operation not at all.
+/// Whether the server has said that it does not know the operation.
 bool IsUnsupported(const RemoteFailure& failure) {
     return (failure.kind == Kind::kCimStatus && failure.cimStatus == kNotSupported) ||
            (failure.kind == Kind::kHttp &&
             (failure.httpStatus == kBadRequest || failure.httpStatus == kNotImplemented));
 }
 
-/// One visit. Each check that fails ends it, unless what comes next does not need it.
+/// One examination of a server. A check that fails ends it, unless the next ones do not need it.
 class Examination {
   public:
     Examination(const CommandContext& context, const Connection& connection, const ProgressWait& wait)
@@ -166,7 +166,7 @@ class Examination {
         return true;
     }
 
-    /// Whether it goes on after the names of the classes could not be had.
+    /// Whether it goes on when the names of the classes could not be read.
     bool GoesOnAfter(const ServerFailure& failure, std::chrono::microseconds time) {
         const RemoteFailure& reason = failure.Reason();
         if (reason.kind == Kind::kTls) { // as some servers do that want to see a certificate

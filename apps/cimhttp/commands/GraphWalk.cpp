@@ -31,7 +31,7 @@ std::string IdentityOf(const TCIMReference& path) {
     return identity;
 }
 
-/// That of an association with its ends, since not every association names them by its keys.
+/// The identity of an association with its ends, since not every association names them by its keys.
 std::string IdentityOfLink(const RemoteLink& link) {
     std::string identity = IdentityOf(link.association);
     for (const RemoteLink::End& end : link.ends) {

@@ -28,7 +28,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr double kLongestInterval = 24.0 * 60 * 60;
-constexpr std::chrono::milliseconds kLookInterval{50}; // between two looks at the user
+constexpr std::chrono::milliseconds kLookInterval{50}; // between two checks for an interrupt
 
 /// False when the user interrupts it.
 bool Sleep(Clock::duration time) {
