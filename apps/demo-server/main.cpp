@@ -37,7 +37,7 @@ struct Arguments {
     std::vector<std::string> schemaFiles;
     /// As in "root/example=example.xml".
     std::vector<std::string> namespaces;
-    /// A recording to answer from, instead of all else.
+    /// A recording to answer from; nothing else is served then.
     std::string replayFile;
 };
 
@@ -116,7 +116,7 @@ void Declare(CLI::App& app, Arguments& arguments) {
     }
 }
 
-/// A file with secrets that everybody may use is taken, but not in silence.
+/// A file with secrets that everybody may read or write is accepted, with a warning.
 void WarnIfOpen(const std::string& file, const std::string& secrets) {
     struct stat status {};
     if (::stat(file.c_str(), &status) != 0 || (status.st_mode & (S_IROTH | S_IWOTH)) == 0) {
@@ -129,7 +129,7 @@ void WarnIfOpen(const std::string& file, const std::string& secrets) {
               << file << " helps\n";
 }
 
-/// Connections that wait take descriptors, too. What is allowed at most will do.
+/// Connections that wait take descriptors, too, so the limit is raised as far as the system allows.
 void RaiseDescriptorLimit() {
     rlimit limit{};
     if (::getrlimit(RLIMIT_NOFILE, &limit) == 0) {
@@ -213,7 +213,8 @@ class LogFile {
     std::optional<demo::AccessLog> log_;
 };
 
-/// What ends the program. Made before any thread, each of which inherits the mask, so that the signals wait.
+/// The signals that end the program. Made before any thread, so that every thread inherits the mask and the signals
+/// stay pending.
 class EndSignals {
   public:
     EndSignals() {
