@@ -44,7 +44,7 @@ class FaithfulReading : public Reading {
     void CompleteSubClasses(TCimHTTPClass& cls, bool deep) override;
 
     /// One request, or one for each portion, and one for each class that is met for the first time. The callback is
-    /// called once as many instances are read as the context lets be held.
+    /// called once as many instances have been read as the context allows to be held.
     void EnumerateInstances(TCimHTTPClass& cls, const TInstanceCallback& callback, bool deep,
                             TCIMContext context) override;
 

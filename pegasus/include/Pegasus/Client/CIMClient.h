@@ -42,10 +42,11 @@ class ExchangeObserver;
 /// Parameters that several operations have:
 ///   nameSpace           where the objects are. A path that is asked for counts within it, whatever namespace and host
 ///                       the path itself names.
-///   localOnly           leaves out what a class inherits without overriding it; for instances, servers differ in what
-///   they leave out. includeQualifiers   asks for the qualifiers. includeClassOrigin  asks for the class in which each
-///   property and method was first declared. propertyList        asks for these properties only; the null list, its
-///   default, for all of them.
+///   localOnly           leaves out what a class inherits without overriding it; for instances, servers differ in
+///                       what they leave out.
+///   includeQualifiers   asks for the qualifiers.
+///   includeClassOrigin  asks for the class in which each property and method was first declared.
+///   propertyList        asks for these properties only; the null list, its default, for all of them.
 class CIMClient {
   public:
     CIMClient();
@@ -193,8 +194,8 @@ class CIMClient {
     //                                      CIM_ERR_FILTERED_ENUMERATION_NOT_SUPPORTED from servers without filters.
     //   operationTimeout   how many seconds the server keeps the enumeration open between two operations; as long as it
     //                      likes for null, for ever with 0. CIM_ERR_INVALID_OPERATION_TIMEOUT when it will not.
-    //   continueOnError    asks for the remaining objects when a part fails.
-    //   CIM_ERR_CONTINUATION_ON_ERROR_NOT_SUPPORTED. maxObjectCount     the most objects of the answer.
+    //   continueOnError    asks for the rest when a part fails. CIM_ERR_CONTINUATION_ON_ERROR_NOT_SUPPORTED.
+    //   maxObjectCount     the most objects of the answer.
 
     /// As enumerateInstances(): the instances of a class and its subclasses, each with its whole path.
     Array<CIMInstance> openEnumerateInstances(CIMEnumerationContext& context, Boolean& endOfSequence,
