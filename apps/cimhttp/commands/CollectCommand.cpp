@@ -102,7 +102,7 @@ void ReportEarlyEnd(const Collector& collector, const Collection& collection, st
         if (collection.classes.empty()) {
             throw Failure(*end);
         }
-        errors << "cimhttp: " << Printable(end->what()) << "\ncimhttp: the classes behind it are not asked for"
+        errors << "cimhttp: " << Printable(end->what()) << "\ncimhttp: the classes after it are not asked for"
                << std::endl;
     }
     if (Interrupted() && !collection.complete) {

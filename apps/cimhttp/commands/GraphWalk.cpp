@@ -120,8 +120,8 @@ std::string GraphWalk::Remark() const {
         remark = "there are more than " + std::to_string(kMostEdges) + " associations; the others are left out";
     }
     if (failureCount_ > 0) {
-        remark += (remark.empty() ? "" : "; ") + Counted(failureCount_, "object does", "objects do") +
-                  " not tell what hangs together with it; the first: " + firstFailure_;
+        remark += (remark.empty() ? "" : "; ") + std::string("the associations of ") +
+                  Counted(failureCount_, "object", "objects") + " could not be read; the first: " + firstFailure_;
     }
     return remark;
 }
