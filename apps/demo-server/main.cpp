@@ -108,8 +108,9 @@ void Declare(CLI::App& app, Arguments& arguments) {
     app.add_option("--certificate-out", arguments.certificateFile,
                    "Write the certificate of the HTTPS port to this file, for clients to trust");
     auto* const replay =
-        app.add_option("--replay", arguments.replayFile,
-                       "Answer as the server did that cimhttp record has recorded in this file, and nothing else")
+        app.add_option(
+               "--replay", arguments.replayFile,
+               "Answer from this file, in which cimhttp record has recorded another server, and serve nothing else")
             ->check(CLI::ExistingFile);
     for (const char* const other : {"--volumes", "--user", "--users", "--log", "--schema", "--namespace"}) {
         replay->excludes(other);

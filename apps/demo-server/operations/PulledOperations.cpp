@@ -107,7 +107,7 @@ void CheckWishes(const Parameters& parameters) {
         throw CimError(CimStatus::kFilteredEnumerationNotSupported, "this server has no query language");
     }
     if (parameters.Flag("ContinueOnError")) {
-        throw CimError(CimStatus::kContinuationOnErrorNotSupported, "this server does not go on behind an error");
+        throw CimError(CimStatus::kContinuationOnErrorNotSupported, "this server does not go on after an error");
     }
 }
 
