@@ -34,8 +34,8 @@ constexpr unsigned kNotImplemented = 501;
 constexpr std::array<const char*, 2> kUsualClasses{"CIM_ComputerSystem", "CIM_OperatingSystem"};
 
 constexpr const char* kNotes =
-    R"(The checks need each other: what is not reached because an earlier one has
-failed is "not tried". The first request shows whether the login and the
+    R"(Most checks need those before them: one that cannot be made because an earlier
+one has failed is "not tried". The first request shows whether the login and the
 namespace are right, and how long the server takes.
 
 The enumeration reads the instances of CIM_ComputerSystem, CIM_OperatingSystem
@@ -306,7 +306,7 @@ class DoctorCommand : public Command {
   public:
     CommandDescription Describe() override {
         return {"doctor",
-                "Check step by step what works of a server, and what to try",
+                "Check a server step by step, and say what to try where a step fails",
                 {},
                 {},
                 {OutputFormat::kTable, OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv},
