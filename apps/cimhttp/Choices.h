@@ -36,7 +36,7 @@ std::optional<T> Chosen(const std::string& word, const Choices<T>& choices) {
     return std::nullopt;
 }
 
-/// What a word says that stands for a truth value.
+/// The truth value that a word stands for; nothing for another word.
 inline std::optional<bool> TruthIn(const std::string& word) {
     static const Choices<bool> kTruths{{"true", true},   {"yes", true}, {"on", true},   {"1", true},
                                        {"false", false}, {"no", false}, {"off", false}, {"0", false}};

@@ -67,8 +67,9 @@ struct Parser {
         app.formatter(std::make_shared<HelpFormatter>(layout));
         app.set_help_flag("-h,--help", "Show this help");
         app.set_version_flag("--version", "cimhttp " CIMHTTP_VERSION, "Show the program's version");
-        app.footer(layout.Prose("cimhttp COMMAND --help tells more of a command, man cimhttp of all.\n\nExample:") +
-                   layout.CommandLines("cimhttp --host server.example classes '*port'"));
+        app.footer(
+            layout.Prose("cimhttp COMMAND --help tells more about a command, man cimhttp about all.\n\nExample:") +
+            layout.CommandLines("cimhttp --host server.example classes '*port'"));
         app.require_subcommand(1);
         app.fallthrough();
         AddConnectionOptions();
@@ -106,7 +107,7 @@ struct Parser {
         record->add_option("FILE", options.recording, "The file; the recording is added at its end")->required();
         record->require_subcommand(1);
         record->footer(layout.Prose("FILE gets the requests and answers of the command as they are, without passwords; "
-                                    "nobody else may read it. demo-server --replay FILE answers as the server did.\n\n"
+                                    "only you may read it. demo-server --replay FILE answers as the server did.\n\n"
                                     "cimhttp --help tells how to choose the server.\n\nExample:") +
                        layout.CommandLines("cimhttp --host server.example record server.rec info"));
         for (const auto& command : commands) {
@@ -182,7 +183,7 @@ struct Parser {
                   "Numbers with units as people write them, scaled (2.3 GHz), or as they are, exact (2300 MHz); scaled "
                   "unless given",
                   kUnitForms, unitForm);
-        AddFlag(app, "--verbose", "Say of a number that its value map has no text for it, as in '17 (not in the map)'",
+        AddFlag(app, "--verbose", "Mark a number for which its value map has no text, as in '17 (not in the map)'",
                 [this](bool isSet) { options.textForm.saysWhatIsNot = isSet; });
     }
 

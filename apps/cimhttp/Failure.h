@@ -14,8 +14,8 @@ class Failure : public std::runtime_error {
         kConnection = 3,     ///< the server cannot be reached, or does not answer in time
         kAuthentication = 4, ///< the server does not let the user in
         kNotFound = 5,       ///< the server does not have what was asked for
-        kServer = 6,         ///< the server answers with an error, or with what is no answer
-        kIncomplete = 7,     ///< what was asked for is missing, or a part of it, though the server has it
+        kServer = 6,         ///< the server answers with an error, or with an invalid answer
+        kIncomplete = 7,     ///< what was asked for could not be shown, or not all of it, though the server has it
         kClosedPipe = 141    ///< nobody reads the output any more: what shells say of a program ended by SIGPIPE
     };
 
@@ -27,7 +27,7 @@ class Failure : public std::runtime_error {
     ExitStatus status_;
 };
 
-/// What there is to say when memory does not suffice for what the program itself makes of a server's answer.
+/// The message where memory runs out for what the program itself makes of a server's answer.
 constexpr const char* kTooLittleMemory = "there is not enough memory for this; ask for less, as with --property";
 
 /// The server does not let the user in, whatever is asked for.

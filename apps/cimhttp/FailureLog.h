@@ -9,7 +9,7 @@
 
 namespace cimhttp {
 
-/// The program's logger, which writes when asked to what the plug-in says of failures and of its work.
+/// The program's logger, which writes what the plug-in says of failures and of its work, if that is asked for.
 class FailureLog : public NQORVYX20::ILogger {
   public:
     /// Writes messages up to `level` to `stream`, which must live longer than the logger; nothing without a level.

@@ -8,7 +8,7 @@ namespace cimhttp {
 /// Lays out help for a number of columns. Every part is lines with their ends.
 class HelpLayout {
   public:
-    /// `width`: of the terminal, 0 where there is none. Lines that are longer than the eye likes are not made.
+    /// `width` is that of the terminal, 0 where there is none. Lines are never longer than is comfortable to read.
     explicit HelpLayout(std::size_t width);
 
     /// A name and what it means, beside it; below it where there is no room.

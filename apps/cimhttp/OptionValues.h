@@ -12,14 +12,14 @@ namespace cimhttp {
 
 // Options whose complaints say what was given and what is allowed, for a parser that has words of its own otherwise.
 
-/// An option's complaint of its value: `--port: '0' is not a whole number from 1 to 65535`.
+/// The complaint about an option's value: `--port: '0' is not a whole number from 1 to 65535`.
 CLI::ValidationError BadValue(const std::string& name, const std::string& text, const std::string& allowed);
 
 /// A flag, which may be given a truth value, `--tls=false`.
 CLI::Option* AddFlag(CLI::App& app, const std::string& name, const std::string& help,
                      const std::function<void(bool)>& take);
 
-/// An option with a value; `take` returns what is allowed instead of one that it does not take, and nothing otherwise.
+/// An option with a value. `take` returns nothing for a value that it accepts; for another, what is allowed instead.
 CLI::Option* AddValue(CLI::App& app, const std::string& name, const std::string& valueName, const std::string& help,
                       const std::function<std::optional<std::string>(const std::string&)>& take);
 

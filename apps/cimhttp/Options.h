@@ -14,7 +14,7 @@ namespace cimhttp {
 
 class OperationStatistics;
 
-/// What the command line and the environment say that concerns every command.
+/// What the command line and the environment say for all commands.
 struct Options {
     std::optional<std::string> connection; ///< the named connection
     std::optional<std::string> host;       ///< what the command line says about the server, see ServerName
@@ -36,7 +36,7 @@ struct Options {
     std::optional<OutputFormat> format = {};              ///< empty: the command's first one
     std::size_t width = 0;                                ///< the columns that a table may take; 0 for any number
     bool usesColor = false;
-    bool isUtf8 = false; ///< what the locale's character set is
+    bool isUtf8 = false; ///< whether the locale's character set is UTF-8
     bool isInputTerminal = false;
     bool isOutputTerminal = false;
     bool isErrorStreamTerminal = false;

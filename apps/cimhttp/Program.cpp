@@ -85,7 +85,7 @@ int Report(const std::exception& failure, int status, std::ostream& errors) {
     return status;
 }
 
-/// Throws what comes of too little memory, and only that.
+/// Throws only when memory runs out.
 int RunReporting(int argc, const char* const* argv, std::ostream& output, std::ostream& errors) {
     try {
         const OutputGuard guard(output);
@@ -100,7 +100,7 @@ int RunReporting(int argc, const char* const* argv, std::ostream& output, std::o
         }
         return RunCommand(*parsed.command, parsed.options, output, errors);
     } catch (const Failure& failure) {
-        // Nobody wants to hear of a reader that has gone away.
+        // That the reader of the output has gone is not reported.
         return failure.Status() == Failure::kClosedPipe ? failure.Status() : Report(failure, failure.Status(), errors);
     } catch (const std::bad_alloc&) {
         throw;
@@ -111,7 +111,7 @@ int RunReporting(int argc, const char* const* argv, std::ostream& output, std::o
     }
 }
 
-/// Needs none itself.
+/// Takes no memory itself.
 int ReportTooLittleMemory(std::ostream& errors) {
     errors << "cimhttp: " << kTooLittleMemory << std::endl;
     return Failure::kOther;

@@ -37,7 +37,7 @@ struct Arguments {
     std::vector<std::string> schemaFiles;
     /// As in "root/example=example.xml".
     std::vector<std::string> namespaces;
-    /// A recording to answer from, instead of all else.
+    /// A recording to answer from; nothing else is served then.
     std::string replayFile;
 };
 
@@ -108,15 +108,16 @@ void Declare(CLI::App& app, Arguments& arguments) {
     app.add_option("--certificate-out", arguments.certificateFile,
                    "Write the certificate of the HTTPS port to this file, for clients to trust");
     auto* const replay =
-        app.add_option("--replay", arguments.replayFile,
-                       "Answer as the server did that cimhttp record has recorded in this file, and nothing else")
+        app.add_option(
+               "--replay", arguments.replayFile,
+               "Answer from this file, in which cimhttp record has recorded another server, and serve nothing else")
             ->check(CLI::ExistingFile);
     for (const char* const other : {"--volumes", "--user", "--users", "--log", "--schema", "--namespace"}) {
         replay->excludes(other);
     }
 }
 
-/// A file with secrets that everybody may use is taken, but not in silence.
+/// A file with secrets that everybody may read or write is accepted, with a warning.
 void WarnIfOpen(const std::string& file, const std::string& secrets) {
     struct stat status {};
     if (::stat(file.c_str(), &status) != 0 || (status.st_mode & (S_IROTH | S_IWOTH)) == 0) {
@@ -129,7 +130,7 @@ void WarnIfOpen(const std::string& file, const std::string& secrets) {
               << file << " helps\n";
 }
 
-/// Connections that wait take descriptors, too. What is allowed at most will do.
+/// Connections that wait take descriptors, too, so the limit is raised as far as the system allows.
 void RaiseDescriptorLimit() {
     rlimit limit{};
     if (::getrlimit(RLIMIT_NOFILE, &limit) == 0) {
@@ -213,7 +214,8 @@ class LogFile {
     std::optional<demo::AccessLog> log_;
 };
 
-/// What ends the program. Made before any thread, each of which inherits the mask, so that the signals wait.
+/// The signals that end the program. Made before any thread, so that every thread inherits the mask and the signals
+/// stay pending.
 class EndSignals {
   public:
     EndSignals() {

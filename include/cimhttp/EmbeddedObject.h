@@ -16,7 +16,7 @@ struct EmbeddedObject {
         std::vector<EmbeddedObject> objects; ///< the embedded objects that are the value: one, or an array's
     };
 
-    std::string className; ///< empty for the null element of an array
+    std::string className; ///< empty for a null element of an array
     bool isClass = false;  ///< a class, whose values are its defaults
     std::vector<Property> properties;
     std::string mof;

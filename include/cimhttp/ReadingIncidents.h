@@ -13,13 +13,13 @@ struct ReadingIncident {
     enum class Cause {
         kUndeclaredProperty, ///< the class does not declare the property
         kOtherType,          ///< the value has another type than the class declares
-        kBadValue,           ///< the host has no such value, such as a date-time that there is not
+        kBadValue,           ///< the host has no such value: an impossible date-time, for example
         kBadName,            ///< the host cannot keep an element of this name
-        kDoubledPath,        ///< an instance before has the same path
+        kDoubledPath,        ///< an earlier instance has the same path
         kNoDefinition,       ///< the server did not give the class's definition; the instance is kept as it was sent
         kNotAnInstance,      ///< the server sent a class where instances were asked for
-        kUnreadableValue,    ///< a text that is no value of the type that the server gives with it; it is null
-        kForeignBytes,       ///< a text that is not in UTF-8, taken as Latin-1 or with U+FFFD where that has nothing
+        kUnreadableValue,    ///< the text is not valid for the type that the server states; the value is null
+        kForeignBytes,       ///< a text that is not UTF-8, taken as Latin-1, or with U+FFFD where that has no character
         kDoubledProperty     ///< the object has the property twice; the last one is kept
     };
 
@@ -30,8 +30,8 @@ struct ReadingIncident {
     std::string reason;   ///< a sentence for people
 };
 
-/// The incidents of a namespace's readings: the number of each cause, and the first ones in full, so that a server that
-/// causes millions does not cost the memory.
+/// What could not be taken over while a namespace was read: the number of incidents of each cause, and the first ones
+/// in full, so that a server that causes millions of them does not use up the memory.
 class ReadingIncidents {
   public:
     static constexpr std::size_t kMaxKept = 1000;
@@ -44,7 +44,7 @@ class ReadingIncidents {
         }
     }
 
-    /// Counts some of which nothing else is known.
+    /// Counts incidents of which nothing else is known.
     void AddMore(ReadingIncident::Cause cause, std::size_t count) {
         counts_[cause] += count;
         total_ += count;
@@ -53,10 +53,10 @@ class ReadingIncidents {
     bool IsEmpty() const { return total_ == 0; }
     std::size_t Total() const { return total_; }
 
-    /// How many there were of each cause that there was.
+    /// The number of incidents by cause, for the causes that have occurred.
     const std::map<ReadingIncident::Cause, std::size_t>& Counts() const { return counts_; }
 
-    /// In the order in which they came, not more than kMaxKept.
+    /// The first incidents, in the order in which they came, not more than kMaxKept.
     const std::vector<ReadingIncident>& First() const { return first_; }
 
   private:

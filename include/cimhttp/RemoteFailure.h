@@ -19,15 +19,15 @@ struct RemoteFailure {
         kLogin,        ///< HTTP 401 or 403: the server does not let the user in
         kHttp,         ///< another HTTP status than 200
         kNotCim,       ///< the answer is not HTTP, breaks off, or is not the HTTP of a CIM operation
-        kMalformed,    ///< the answer is not good CIM-XML, or answers something else
-        kLimit,        ///< the answer is larger than what is taken, or than the memory that there is
-        kCimStatus,    ///< the server reports an error of CIM
+        kMalformed,    ///< the answer is not valid CIM-XML, or belongs to another request
+        kLimit,        ///< the answer passes a limit, or does not fit into the memory
+        kCimStatus,    ///< the server reports a CIM error
         kPolicy,       ///< this machine's policy for connections forbids it, or cannot be read
         kOther
     };
 
     Kind kind = Kind::kOther;
-    unsigned cimStatus = 0;  ///< with kCimStatus, the number of DSP0200
+    unsigned cimStatus = 0;  ///< with kCimStatus, the status code of DSP0200
     unsigned httpStatus = 0; ///< with kLogin and kHttp
     std::string text;        ///< what the client library says, for people
 

@@ -8,7 +8,7 @@ namespace NQORVYX20 {
 /// What a server showed of itself in a TLS handshake. Plain data, all of it the server's own claim.
 struct ServerCertificate {
     std::string subject;            ///< as in RFC 2253, `CN=server.example,O=Example`
-    std::string issuer;             ///< the same of whoever signed it
+    std::string issuer;             ///< the name of whoever signed it, in this form too
     std::vector<std::string> names; ///< the host names and addresses that it is for
     std::string validFrom;          ///< in UTC, `2026-11-22T08:00:00Z`
     std::string validUntil;
@@ -22,8 +22,8 @@ struct CertificateRefusal {
         kNotYetValid,
         kUnknownIssuer,    ///< no authority that is trusted has signed it, or one in between is missing
         kSelfSigned,       ///< it, or the last of its chain, has signed itself and is not trusted
-        kWrongName,        ///< it is for other hosts
-        kOtherFingerprint, ///< it is not the one that is accepted
+        kWrongName,        ///< the certificate is for other hosts
+        kOtherFingerprint, ///< the certificate is not the one that is accepted
         kUnsuitable,       ///< its key or signature is weak, or it is not meant for servers
         kOther             ///< the text says what
     };

@@ -39,7 +39,7 @@ class ICIMClass : public ICIMElement, public ICIMNamedElement {
     virtual bool IsAssociation(TCIMContext context) const = 0;
     virtual bool IsAbstract(TCIMContext context) const = 0;
 
-    /// True for a class right below the namespace's root class, which stands above all others.
+    /// True for a class directly below the namespace's root class, which is above all others.
     virtual bool IsRootClass(TCIMContext context) const = 0;
 
     /// The class above, the root class in the end. Throws boost::bad_weak_ptr when there is none or it has gone.
@@ -118,7 +118,7 @@ class ICIMClass : public ICIMElement, public ICIMNamedElement {
     virtual bool operator==(ICIMClass& other) const = 0;
     virtual bool operator<(ICIMClass& other) const = 0;
 
-    /// How much is taken over, if anything, is up to the implementation. So it is with all elements.
+    /// How much is copied, if anything, is up to the implementation; that holds for all elements.
     virtual ICIMClass& operator=(const ICIMClass& other) = 0;
 
     // The operations by which elements link themselves to their owners. A class that does not keep elements of a kind

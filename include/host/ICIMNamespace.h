@@ -27,10 +27,10 @@ class ICIMNamespace {
     /// The provider that made the namespace.
     virtual boost::shared_ptr<INamespaceProvider> GetNamespaceProvider(TCIMContext context) const = 0;
 
-    /// Names the namespace to which this one may turn with questions of its own. It may ignore it.
+    /// Names the namespace that this one may ask in its turn. A namespace may ignore it.
     virtual void SetUpcallNamespace(boost::shared_ptr<ICIMNamespace> nameSpace, TCIMContext context) = 0;
 
-    /// Puts a namespace below this one. Throws TVYXException eReadOnly where there can be none.
+    /// Puts a namespace below this one. Throws TVYXException eReadOnly where none can be added.
     virtual void AddUnderlyingNamespace(boost::shared_ptr<ICIMNamespace> nameSpace, TCIMContext context) = 0;
 
     /// A class of this namespace. It is not added: ICIMClass::AddToNamespace does that.
@@ -70,8 +70,8 @@ class ICIMNamespace {
     /// The instance with the reference's path, or an empty pointer. The reference must name a class of the namespace.
     virtual boost::shared_ptr<ICIMInstance> GetInstance(const TCIMReference& reference, TCIMContext context) const = 0;
 
-    /// DeleteInstance, ModifyInstance and ExecuteQuery throw TVYXException eNotSupported in a namespace that is only
-    /// read. `values` has property values by name.
+    /// DeleteInstance, ModifyInstance and ExecuteQuery throw TVYXException eNotSupported in a read-only namespace.
+    /// `values` has property values by name.
     virtual void DeleteInstance(const TCIMReference& reference, TCIMContext context) = 0;
     virtual void ModifyInstance(const TCIMReference& reference, TCIMContext values, TCIMContext context) = 0;
     virtual void ExecuteQuery(const boost::function<bool(boost::shared_ptr<ICIMInstance>)>& callback,

@@ -15,7 +15,7 @@ class ICIMNamespace;
 /// The declaration of a qualifier in a namespace (DSP0004 5.6.1): name, type, default value, scope, flavor.
 class ICIMQualifierDecl {
   public:
-    /// The kinds of element that a qualifier may stand on, a bit mask.
+    /// The kinds of element that may have a qualifier, a bit mask.
     enum EScope : std::uint32_t {
         eScopeNone = 0,
         eScopeClass = 0x01,

@@ -65,7 +65,7 @@ class TCIMValue {
         ECIMType code_;
     };
 
-    /// A null value of type 0.
+    /// A null value of type eCIMUnknown.
     TCIMValue();
     /*implicit*/ TCIMValue(bool value);
     /*implicit*/ TCIMValue(unsigned char value);
@@ -116,9 +116,9 @@ class TCIMValue {
     /// characters, references as their path, arrays as `{a, b}`, null as the empty text. Does not depend on the locale.
     std::string ToString(unsigned char base) const;
 
-    // Numbers convert to every number type that can hold the value exactly (not a number and the infinities to both
-    // real types); a boolean only to bool; everything to std::string, as ToString(10). All throw TVYXException
-    // eTypeMismatch when the value is null or does not fit.
+    // Numbers convert to every number type that can hold the value exactly (NaN and the infinities to both real types);
+    // a boolean only to bool; everything to std::string, as ToString(10). All throw TVYXException eTypeMismatch when
+    // the value is null or does not fit.
     operator bool() const;
     operator unsigned char() const;
     operator signed char() const;

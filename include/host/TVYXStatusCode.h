@@ -11,7 +11,7 @@ class TVYXStatusCode {
     enum EStatusCode : std::uint32_t {
         eSuccess = 0,                ///< all went well
         eNotSupported = 1,           ///< there is no such operation here
-        eTypeMismatch = 14,          ///< a value has another type than is expected, or is none of its type
+        eTypeMismatch = 14,          ///< a value has another type than is expected, or is not valid for its type
         eNotFound = 15,              ///< there is no element of that name or path
         eAlreadyExists = 16,         ///< there is an element of that name already
         eInvalidName = 25,           ///< the text is not a CIM name

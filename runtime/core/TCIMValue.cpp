@@ -101,7 +101,7 @@ bool IsLess(const T& left, const T& right) {
 template <typename T>
 std::string IntegerText(T value, int base) {
     if (base < 2 || base > 36) {
-        base = 10; // a text in digits that everybody knows is better than none
+        base = 10; // a text in base 10 is better than none
     }
     std::array<char, std::numeric_limits<T>::digits + 2> text; // the lowest number in base 2, with its sign
     return {text.data(), std::to_chars(text.data(), text.data() + text.size(), value, base).ptr};

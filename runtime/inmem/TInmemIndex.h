@@ -11,8 +11,8 @@
 namespace NQORVYX20 {
 
 /// Finds the slots of an instance by their declarations, whatever their number. It is small, since every instance with
-/// more than a few values has one: a table of places, which are looked at one after the other from where the
-/// declaration's address points to.
+/// more than a few values has one: a table of slot numbers, searched in order from a position that depends on the
+/// declaration's address.
 class TInmemInstance::TIndex {
   public:
     /// Enters the slots that have come since the last call.

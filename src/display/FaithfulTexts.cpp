@@ -62,7 +62,7 @@ std::uint64_t GreatestOf(ECIMType type) {
     }
 }
 
-/// Whether the value is the greatest of its type, with which servers say that there is no limit, or no number.
+/// Whether the value is the greatest of its type, by which servers mean that there is no limit, or no number.
 bool IsGreatest(ECIMType type, const ExactNumber& number) {
     return number.mantissa != 0 && !number.isNegative && number.mantissa == GreatestOf(type);
 }

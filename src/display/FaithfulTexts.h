@@ -14,8 +14,8 @@ namespace NQORVYX20 {
 
 class DisplayQualifiers;
 
-/// The texts for people of one property's values, by the standard: Values and ValueMap, BitValues and BitMap, PUnit or
-/// else Units, and NULLDISPLAY and BASE. Made once for a declaration.
+/// The texts for people of one property's values, by the standard qualifiers: Values and ValueMap, BitValues and
+/// BitMap, PUnit or else Units, and NULLDISPLAY and BASE. Made once for a declaration.
 class FaithfulTexts : public PropertyTexts {
   public:
     /// `name` and `type` are those of the declaration, the name in its normal form. Throws what the look-ups throw.
@@ -41,7 +41,7 @@ class FaithfulTexts : public PropertyTexts {
     std::optional<StandardValueMap> map_;
     std::optional<BitNames> bits_;
     std::optional<Unit> unit_;
-    std::string unknownUnit_; ///< one that nobody knows, as it is
+    std::string unknownUnit_; ///< a unit that is not known, as the qualifier has it
     std::string unitHolder_;
     bool isNamedAsReading_;
 };

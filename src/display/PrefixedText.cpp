@@ -29,7 +29,7 @@ std::string ShortText(const Fraction& number) {
     return {};
 }
 
-/// Numbers that one decimal place would make nothing of have some more.
+/// A number that one decimal place would round to zero gets as many as it needs.
 std::string RoundedText(const Fraction& number) {
     Fraction shifted = number;
     for (int decimals = 0;; ++decimals) {
@@ -74,7 +74,7 @@ class Prefixed {
             if (!text.empty()) {
                 return WithUnit(text, Prefix(prefix), symbol_);
             }
-            if (prefix == 0 || step_ == 1000) { // whose parts have the same digits
+            if (prefix == 0 || step_ == 1000) { // with smaller prefixes the digits are the same
                 break;
             }
         }

@@ -17,7 +17,7 @@ struct Unit {
     };
 
     std::string symbol;   ///< of the base, `Hz`; empty for a mere number
-    std::string singular; ///< the same for exactly one, where it differs: `packet` beside `packets`
+    std::string singular; ///< the symbol for exactly one, where it differs: `packet` beside `packets`
     Scale scale;
     Steps steps = Steps::kNone;
 };

@@ -22,7 +22,7 @@ std::vector<std::string> TextsIn(const ICIMInstance* instance,
                                  const boost::shared_ptr<ICIMPropertyDecl const>& declaration, const TCIMValue& value,
                                  DisplayChoice choice) {
     const TCimHTTPPropertyDecl* const own = TCimHTTPPropertyDecl::AsOwn(*declaration);
-    if (own == nullptr || !own->IsFaithful()) { // nobody keeps its texts
+    if (own == nullptr || !own->IsFaithful()) { // its texts are not kept
         return TextsOf(
             {{}, declaration->GetType(TCIMContext()), TCimHTTPPropertyDecl::DisplayQualifiersOf(declaration)}, value,
             choice);

@@ -54,7 +54,7 @@ class Reading {
 
     virtual boost::shared_ptr<ICIMInstance> GetInstance(const TCIMReference& reference, TCIMContext context) = 0;
 
-    /// Gives up the objects that it keeps: the namespace ends.
+    /// Releases the objects that it keeps: the namespace ends.
     virtual void End() {}
 };
 

@@ -46,7 +46,7 @@ TCimHTTPClass::~TCimHTTPClass() {
     }
 }
 
-/// Releases the classes below that nobody else holds in a loop: how many levels there are, the server says.
+/// Releases the classes below that have no other owner, in a loop: the server decides how many levels there are.
 void TCimHTTPClass::ReleaseSubClasses() {
     auto released = std::exchange(subClasses_, {}).TakeClasses();
     while (!released.empty()) {
@@ -144,7 +144,7 @@ bool TCimHTTPClass::IsSubclassOf(boost::shared_ptr<ICIMClass const> other, TCIMC
     return false;
 }
 
-/// Tells a class which walk it is on, for the time of its life.
+/// Tells a class which walk it is on, as long as this object exists.
 class TCimHTTPClass::TOnWalk {
   public:
     TOnWalk(TCimHTTPClass& cls, TWalk& walk) : class_(cls) { class_.walk_ = &walk; }
@@ -167,7 +167,7 @@ void TCimHTTPClass::EnumerateSubClasses(const boost::function<bool(boost::shared
         walk_->push_back(std::move(level));
         return;
     }
-    // How deep the hierarchy is, the server says. So the class at the top walks through all of it, and those below,
+    // The server decides how deep the hierarchy is. So the class at the top walks through all of it, and those below,
     // which are asked one by one, add no more than their level.
     TWalk walk{std::move(level)};
     while (!walk.empty()) {
@@ -467,8 +467,8 @@ boost::shared_ptr<ICIMInstance> TCimHTTPClass::GetInstance(const TCIMReference& 
 }
 
 void TCimHTTPClass::ClearInstances() {
-    // The links are taken out before the classes behind them are cleared, so that a class which is reachable from
-    // itself is no obstacle.
+    // The links are removed before the linked classes are cleared, so that a class that is reachable from itself is
+    // cleared once.
     std::vector<boost::shared_ptr<TCimHTTPClass>> linked;
     ClearOwn(linked);
     while (!linked.empty()) {

@@ -27,9 +27,9 @@ class TCimHTTPPropertyDecl;
 /// boost::shared_ptr. It refers to its namespace and superclass weakly: operations that need them throw
 /// boost::bad_weak_ptr when they have gone.
 ///
-/// What is said below of compatible and faithful namespaces: see Reading. In a faithful one, operations that ask the
-/// server throw TVYXException eNotFound for what it does not have, eRemoteConnectionFailed when it cannot be read,
-/// after a line in the log; TCimHTTPNamespace::LastFailure says why.
+/// For compatible and faithful namespaces, see Reading. In a faithful one, operations that ask the server throw
+/// TVYXException eNotFound for what it does not have, eRemoteConnectionFailed when it cannot be read, after a line in
+/// the log; TCimHTTPNamespace::LastFailure says why.
 class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TCimHTTPClass> {
   public:
     /// An empty class. The superclass is not kept, see Initialize.

@@ -63,7 +63,7 @@ void TCimHTTPQualifierMap::Keep(const std::string& name, const boost::shared_ptr
     }
 }
 
-/// The counts of those that go stay in the revision, which therefore never repeats.
+/// The revisions of removed qualifiers stay in the sum, so that the map's revision never repeats.
 void TCimHTTPQualifierMap::Forget(const std::string& name) {
     const auto known = FindNormalized(name);
     past_ += 1 + (known ? known->GetRevision() : 0);

@@ -56,7 +56,7 @@ class TCimHTTPQualifierMap {
 
     void Clear();
 
-    /// Another number after each change, of the qualifiers' values, too.
+    /// A number that differs after each change, also of a qualifier's value.
     std::uint64_t Revision() const;
 
   private:
@@ -66,7 +66,7 @@ class TCimHTTPQualifierMap {
     NameRule names_;
     NamedEntries<TCimHTTPQualifier> qualifiers_;
     boost::shared_ptr<TCimHTTPQualifier> key_;
-    std::uint64_t past_ = 0; // changes of the collection, and those of qualifiers that are no more in it
+    std::uint64_t past_ = 0; // changes of the collection, and those of qualifiers that are no longer in it
 };
 
 } // namespace NQORVYX20

@@ -10,8 +10,8 @@
 
 namespace NQORVYX20 {
 
-/// What is said of a connection: the values of some of the keys that OptionRules.h lists. Plain data; the values are
-/// good ones of their keys.
+/// The options of a connection: values for some of the keys that OptionRules.h lists. Plain data; each value is valid
+/// for its key.
 class ConnectionOptions {
   public:
     using Value = std::variant<bool, std::uint64_t, std::string>;

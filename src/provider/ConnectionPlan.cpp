@@ -69,7 +69,7 @@ bool ConnectionPlan::IsDecided(const std::string& decision) const {
                        [&](const auto& option) { return FindOptionRule(option.first)->decision == decision; });
 }
 
-/// Of those that a plain connection cannot keep.
+/// Removes the defaults that only an encrypted connection can follow, where the connection is plain.
 void ConnectionPlan::RemoveUnneededDefaults() {
     for (const std::string& key : KeysThatNeedTls(options_)) {
         if (transport_ != Transport::kTls && origins_.at(key) == Origin::kDefault) {
@@ -127,7 +127,7 @@ std::string ConnectionPlan::DecisionText(const Matches& matches, const Connectio
     return head + (options.empty() ? "nothing" : options);
 }
 
-/// What the policy has to do with an option; empty where that is nothing.
+/// What the policy says of an option; empty where it says nothing.
 std::string ConnectionPlan::OptionText(const std::string& key, const ConnectionOptions& ofHost) const {
     const auto said = ofHost.All().find(key);
     const bool isSaid = said != ofHost.All().end();

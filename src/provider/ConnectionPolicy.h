@@ -24,8 +24,8 @@ class ConnectionPolicy {
     /// "policy /etc/cimhttp/policy.json"
     std::string Name() const { return "policy " + path_; }
 
-    /// The entries of a server, in their order. Throws PolicyFault where the host's name is none with which that can be
-    /// told. They live as long as the policy.
+    /// The entries of a server, in their order. Throws PolicyFault for a host name with which that cannot be decided.
+    /// They live as long as the policy.
     std::vector<Match> MatchesFor(const std::string& host) const;
 
   private:

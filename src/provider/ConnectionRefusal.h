@@ -7,7 +7,7 @@
 
 namespace NQORVYX20 {
 
-/// A connection that is not even tried, since what is asked for does not allow it.
+/// A connection that is not attempted, since its options do not allow it.
 class ConnectionRefusal : public std::runtime_error {
   public:
     ConnectionRefusal(RemoteFailure::Kind kind, const std::string& why) : std::runtime_error(why), kind_(kind) {}

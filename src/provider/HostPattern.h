@@ -4,7 +4,7 @@
 
 namespace NQORVYX20 {
 
-/// Servers by name or address: `*` stands for any text, `?` for one character.
+/// A pattern of server names and addresses: `*` stands for any text, `?` for one character.
 class HostPattern {
   public:
     explicit HostPattern(const std::string& text);
@@ -12,7 +12,7 @@ class HostPattern {
     /// As it was given.
     const std::string& Text() const { return text_; }
 
-    /// Whether it is a pattern of that host, of whichever spelling both are.
+    /// Whether the pattern matches the host, however the two are spelled.
     bool Matches(const std::string& host) const;
 
   private:

@@ -22,8 +22,8 @@ std::string Complaint(const std::string& what) {
     return PrintableText(end == std::string::npos ? what : what.substr(end + 2));
 }
 
-/// Builds the value while the parser goes through the text. The parser's own tree is not for processes that must not
-/// stop: to take it down it needs memory.
+/// Builds the value while the parser goes through the text. The parser's own tree is unfit for processes that must not
+/// stop: destroying it takes memory.
 class JsonBuilder : public nlohmann::json_sax<json> {
   public:
     JsonValue TakeRoot() { return std::move(root_); }

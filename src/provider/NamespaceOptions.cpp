@@ -72,7 +72,7 @@ bool IsLenientIn(const TCIMContext& context, bool isFaithful) {
     return isLenient;
 }
 
-/// What a value of the host's is as one of an option; empty when it is of a type that options do not have.
+/// The host's value as that of an option; empty when options have no such type.
 std::optional<ConnectionOptions::Value> OptionValueOf(const TCIMValue& value) {
     if (value.IsNull()) {
         return std::nullopt;

@@ -11,7 +11,7 @@ namespace NQORVYX20 {
 class NamespaceOptions {
   public:
     /// Throws TVYXException, after a line in the log: eContextValueMissing when the plug-in's name is missing,
-    /// eTypeMismatch for a key of the plug-in's that there is not, for a value that is not one of its key's, and for
+    /// eTypeMismatch for an unknown key with the plug-in's prefix, for a value that is not valid for its key, and for
     /// values that contradict each other.
     explicit NamespaceOptions(const TCIMContext& context);
 

@@ -31,7 +31,7 @@ void NeedObject(const JsonValue& value, const std::string& place) {
     }
 }
 
-/// An object that has no other members than these; `place` names it.
+/// Checks that a value is an object with no other members than these; `place` names it.
 void CheckMembers(const JsonValue& value, const std::string& place, const std::vector<std::string>& names) {
     NeedObject(value, place);
     for (const auto& [name, member] : value.members) {
@@ -78,7 +78,7 @@ ConnectionOptions OptionsIn(const JsonValue& entry, const char* member, const st
     return options;
 }
 
-/// Refuses what can be no host's, such as an address of the web.
+/// Refuses a text that cannot be a host's name, such as a URL.
 HostPattern PatternOf(const JsonValue& value, const std::string& place) {
     const auto* const text = value.scalar ? std::get_if<std::string>(&*value.scalar) : nullptr;
     if (text == nullptr) {

@@ -20,8 +20,8 @@ struct PolicyEntry {
 /// `match` is a pattern or a list of them; the options have the names of the context's keys without their prefix.
 class PolicyDocument {
   public:
-    /// Throws PolicyFault with the line or the entry that is at fault. Nothing is overlooked: neither a member that
-    /// there is not, nor one that is there twice.
+    /// Throws PolicyFault with the line or the entry that is at fault. An unknown member is a fault, and so is one that
+    /// occurs twice.
     explicit PolicyDocument(const std::string& text);
 
     const std::vector<PolicyEntry>& Entries() const { return entries_; }

@@ -42,7 +42,7 @@ class OpenFile {
         return status;
     }
 
-    /// So many bytes, or those that there are.
+    /// The first `most` bytes, or all where there are fewer.
     std::string Content(std::size_t most) const {
         std::string content(most, '\0');
         std::size_t size = 0;

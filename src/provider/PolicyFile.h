@@ -14,7 +14,7 @@ class PolicyFile {
     static constexpr std::size_t kMaxBytes = std::size_t{1} << 20U;
 
     /// The one that the variable names, which has to be there; the usual one, which need not, where the variable is
-    /// empty, is not set, or does not count since the process has more rights than whoever has started it.
+    /// empty, is not set, or is ignored since the process has more rights than the user who started it.
     static PolicyFile OfMachine();
 
     PolicyFile(std::string path, bool mayBeMissing) : path_(std::move(path)), mayBeMissing_(mayBeMissing) {}

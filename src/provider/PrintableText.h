@@ -4,7 +4,7 @@
 
 namespace NQORVYX20 {
 
-/// A text of others as a line of the log shows it: a question mark stands for each byte that is not printable ASCII,
+/// A text from outside as a line of the log shows it: a question mark stands for each byte that is not printable ASCII,
 /// and three dots for what is too long for a line.
 std::string PrintableText(const std::string& text);
 

@@ -64,7 +64,7 @@ std::unique_ptr<RemoteServer> MakeServer() {
     return std::make_unique<RemoteServer>(std::move(nameSpace), MakeClient());
 }
 
-/// Under the policy of this machine, as it is now. Throws ConnectionRefusal.
+/// The plan by the policy of this machine, as it is now. Throws ConnectionRefusal.
 ConnectionPlan MakePlan(const ConnectionOptions& ofHost, const std::string& host, int port) {
     try {
         return {ofHost, ConnectionPolicy(PolicyFile::OfMachine()), host, port};
@@ -135,7 +135,7 @@ void TCimHTTPNamespace::RefuseConnection(RemoteFailure failure) {
     throw TVYXException(TVYXStatusCode::eRemoteConnectionFailed);
 }
 
-/// With the options of the plan, which do not outlive a failure.
+/// Connects with the options of the plan; after a failure, the ones before it apply again.
 void TCimHTTPNamespace::Connect(const ConnectionPlan& plan, const std::string& host, const std::string& user,
                                 const std::string& password, int port) {
     const ConnectionOptions before = applied_;

@@ -19,9 +19,9 @@ class ConnectionPlan;
 /// One remote CIM server as a namespace. It owns its client, the classes that it has fetched and the qualifier
 /// declarations that they use; all of them live as long as the namespace. Owned by a boost::shared_ptr.
 ///
-/// A host chooses with kReadingKey (ContextKeys.h) how the server is read. What is said below of compatible namespaces
-/// holds without that choice. In a faithful one, operations that ask the server throw TVYXException eNotFound for what
-/// it does not have, eRemoteConnectionFailed when it cannot be read, after a line in the log; LastFailure says why.
+/// A host chooses with kReadingKey (ContextKeys.h) how the server is read. Without that choice the namespace is
+/// compatible. In a faithful one, operations that ask the server throw TVYXException eNotFound for what it does not
+/// have, eRemoteConnectionFailed when it cannot be read, after a line in the log; LastFailure says why.
 ///
 /// A namespace and all objects reached through it are used from one thread at a time; two namespaces are independent.
 /// Waiting is bounded: for each step towards a connection by kConnectTimeoutKey, for a request by kTimeoutKey.

@@ -13,7 +13,8 @@ namespace NQORVYX20 {
 /// name: what it would call verified is not.
 std::string UnsupportedIn(const ConnectionOptions& options);
 
-/// How an encrypted connection checks its server and what it shows of itself; without such options it does neither.
+/// How an encrypted connection verifies its server, and the certificate that it shows; without such options it does
+/// neither.
 Pegasus::SSLContext SslContextOf(const ConnectionOptions& options);
 
 } // namespace NQORVYX20

@@ -32,7 +32,7 @@ namespace NQORVYX20 {
 
 namespace {
 
-/// Says that a superclass is being looked up, for the time of its life.
+/// Notes that a superclass is being looked up, as long as this object exists.
 class TClimbing {
   public:
     explicit TClimbing(bool& isClimbing) : isClimbing_(isClimbing) { isClimbing_ = true; }
@@ -59,8 +59,8 @@ boost::shared_ptr<RemoteNamespace> CompatibleReading::LockNamespace() const {
 
 // --- Classes -----------------------------------------------------------------------------------------------------
 
-/// The way from a class that is looked up to the first superclass that is there, class by class. Of each it has no more
-/// than the names, and the class counts as being fetched as long as it is on the way.
+/// The way from a class that is looked up to the first superclass that the namespace holds, class by class. It keeps
+/// only the names of each class, which counts as being fetched while it is on the way.
 class CompatibleReading::Climb {
   public:
     struct TStep {
@@ -136,7 +136,7 @@ std::optional<CompatibleReading::TNames> CompatibleReading::FindSuperClass(Climb
     return std::exchange(nextStep_, std::nullopt);
 }
 
-/// Does a step of a look-up. When that fails, the report and mostly the log say why.
+/// Does a step of a look-up. When it fails, the report and usually the log say why.
 template <typename Step>
 bool CompatibleReading::Attempt(const std::string& name, const Step& step) {
     try {
@@ -146,7 +146,7 @@ bool CompatibleReading::Attempt(const std::string& name, const Step& step) {
         LogDebug("TCimHTTPNamespace::GetClass from Pegasus for: " + name + "returned exception: " + MessageOf(failure));
         LockNamespace()->Report().Fail(RemoteFailureOf(failure));
     } catch (...) {
-        // A definition that cannot be built is as good as none; whoever asks for the failure is told.
+        // A definition that cannot be built counts as none; LastFailure() says why.
         LockNamespace()->Report().Fail(LocalFailure("the class " + name + " could not be kept"));
     }
     return false;
@@ -279,7 +279,7 @@ void CompatibleReading::FetchInstances(TCimHTTPClass& cls, bool deep) {
                  "returned exception: " + MessageOf(failure));
         LockNamespace()->Report().Fail(RemoteFailureOf(failure));
     } catch (...) {
-        // What was filed until then is served; the log says nothing, whoever asks for the failure is told.
+        // The instances filed until then are served; the log says nothing, LastFailure() does.
         if (const auto nameSpace = namespace_.lock()) {
             nameSpace->Report().Fail(LocalFailure("an instance of " + className + " could not be kept"));
         }

@@ -21,14 +21,14 @@ class RemoteNames;
 class StreamedText;
 class RemoteNamespace;
 
-/// The reading that hosts know from the beginning: every class hangs under the root class, every instance is one of the
-/// class that was asked for, null becomes the empty value of its type, instances are fetched once, and what cannot be
-/// read is a line in the log. Its requests and texts do not change.
+/// The reading that hosts have always had: every class hangs under the root class, every instance is one of the class
+/// that was asked for, null becomes the empty value of its type, instances are fetched once, and what cannot be read is
+/// a line in the log. Its requests and texts do not change.
 class CompatibleReading : public Reading {
   public:
     explicit CompatibleReading(boost::shared_ptr<RemoteNamespace> nameSpace);
 
-    /// Nothing.
+    /// An empty pointer.
     boost::shared_ptr<ICIMClass> WithoutConnection() override { return {}; }
 
     /// Empty when the class could not be had; the log says why.
@@ -80,8 +80,8 @@ class CompatibleReading : public Reading {
 
     boost::weak_ptr<RemoteNamespace> namespace_;
     std::set<std::string> lookups_;  // the normal names of the classes being fetched
-    bool isClimbing_ = false;        // while the superclass of one of them is looked up;
-    std::optional<TNames> nextStep_; // it is to be fetched, too
+    bool isClimbing_ = false;        // the superclass of one of them is being looked up
+    std::optional<TNames> nextStep_; // the superclass that is to be fetched, too
 };
 
 } // namespace NQORVYX20

@@ -148,7 +148,7 @@ FaithfulClasses::TClassPointer FaithfulClasses::TryClassOf(const std::string& na
             return {};
         });
     } catch (const TVYXException&) {
-        // which the name gives rise to
+        // the name is not one that the host can keep
     } catch (const Pegasus::Exception& exception) {
         const RemoteFailure failure = RemoteFailureOf(exception);
         if (IsConnectionAtFault(failure)) {

@@ -19,7 +19,7 @@ class TCimHTTPClass;
 class RemoteNamespace;
 
 /// The classes of a faithful namespace: fetched once, each under its superclass. Operations throw as FaithfulReading
-/// says, unless something else is said.
+/// does, unless stated otherwise.
 class FaithfulClasses {
   public:
     using TClassPointer = boost::shared_ptr<TCimHTTPClass>;

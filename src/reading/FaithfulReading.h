@@ -29,7 +29,7 @@ class FaithfulReading : public Reading {
 
     NameRule Names() const override { return NameRule::kCim; }
 
-    /// Throws.
+    /// Throws, see above.
     boost::shared_ptr<ICIMClass> WithoutConnection() override;
 
     /// One request, and one for all qualifier declarations at the first class.
@@ -44,7 +44,7 @@ class FaithfulReading : public Reading {
     void CompleteSubClasses(TCimHTTPClass& cls, bool deep) override;
 
     /// One request, or one for each portion, and one for each class that is met for the first time. The callback is
-    /// called when all is read that the context lets be held.
+    /// called once as many instances have been read as the context allows to be held.
     void EnumerateInstances(TCimHTTPClass& cls, const TInstanceCallback& callback, bool deep,
                             TCIMContext context) override;
 
@@ -52,7 +52,7 @@ class FaithfulReading : public Reading {
     boost::shared_ptr<ICIMInstance> GetInstance(const TCIMReference& reference, TCIMContext context) override;
     void End() override;
 
-    /// An enumeration that is read as it is wanted. Of the context counts what counts for EnumerateInstances().
+    /// An enumeration that is read on demand, by the same keys of the context as EnumerateInstances().
     std::unique_ptr<InstanceEnumeration> OpenInstances(TCimHTTPClass& cls, bool deep, const TCIMContext& context);
 
     /// Instances that came as the answer to a request of another kind: each of its own class, under its path with the

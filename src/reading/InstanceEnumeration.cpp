@@ -56,7 +56,8 @@ InstanceEnumeration::TInstances InstanceEnumeration::Next() {
     });
 }
 
-/// All that may be held. Only what is beyond that can be in any order but that of the paths.
+/// Reads all instances that may be held, which are then in the order of their paths; those beyond come in the order of
+/// the server.
 InstanceEnumeration::TInstances InstanceEnumeration::First() {
     const std::string key = NormalizeName(className_, NameRule::kCim);
     remoteName_ = Pegasus::CIMName(ToRemoteText(className_));
@@ -70,7 +71,7 @@ InstanceEnumeration::TInstances InstanceEnumeration::First() {
     if (portions_.IsAtEnd() && hasAllProperties_ && IsAllHeld()) {
         reading_.cache_.Keep(key, held_);
     } else {
-        reading_.cache_.Drop(key); // nobody is to take for absent, or for null, what was not asked for
+        reading_.cache_.Drop(key); // what was not asked for must not be taken for absent or null
     }
     return TakeHeld();
 }
@@ -126,7 +127,7 @@ InstanceEnumeration::TClassPointer InstanceEnumeration::ClassOf(const std::strin
 
 void InstanceEnumeration::Hold(const std::string& key, const boost::shared_ptr<ICIMInstance>& instance,
                                const TClassPointer& cls) {
-    // Servers mostly give instances in the order of their paths.
+    // Servers usually give instances in the order of their paths.
     const bool isNew = held_->emplace_hint(held_->end(), key, instance)->second == instance;
     if (heldAtMost_ != kAll) {
         arrived_.push_back(instance);
@@ -137,7 +138,8 @@ void InstanceEnumeration::Hold(const std::string& key, const boost::shared_ptr<I
     }
 }
 
-/// An incident where each path comes once, which is not known yet where not all may be held.
+/// A doubled path is an incident only where all instances are held, which is not known yet where their number is
+/// limited.
 void InstanceEnumeration::AddDoubled(ReadingIncident incident) {
     if (heldAtMost_ == kAll) {
         reading_.LockNamespace()->Report().AddAndLog(std::move(incident));
@@ -146,7 +148,7 @@ void InstanceEnumeration::AddDoubled(ReadingIncident incident) {
     }
 }
 
-/// As long as all that comes is held, it counts as one answer.
+/// As long as all instances are held, their portions count as one answer.
 void InstanceEnumeration::CheckLimits() const {
     const RemoteServer& server = reading_.LockNamespace()->Server();
     if (portions_.Bytes() > server.MaxBytes()) {

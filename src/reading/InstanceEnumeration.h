@@ -22,13 +22,12 @@ class ICIMInstance;
 class TCimHTTPClass;
 class RemoteNamespace;
 
-/// An enumeration of a faithful namespace that is read as it is wanted. It holds a number of instances at most, and
-/// what one request brings beyond. An enumeration of no more has all of them in the order of their paths, each path
-/// once, and the reading keeps them for GetInstance; one of more has them in the order of the server, as often as it
-/// sends them, and nothing is kept.
+/// An enumeration of a faithful namespace that is read on demand. It holds at most a given number of instances, and
+/// those of one request. An enumeration of no more has all of them in the order of their paths, each path once, and the
+/// reading keeps them for GetInstance; one of more has them in the order of the server, as often as it sends them, and
+/// nothing is kept.
 ///
-/// When it goes before its end, the server is told. It is of no use when the namespace has gone: then it throws
-/// boost::bad_weak_ptr.
+/// When it is destroyed before its end, the server is told. Once the namespace has gone, it throws boost::bad_weak_ptr.
 class InstanceEnumeration {
   public:
     using TInstances = std::vector<boost::shared_ptr<ICIMInstance>>;
@@ -49,11 +48,11 @@ class InstanceEnumeration {
     /// Whether it is known that there are no more.
     bool IsAtEnd() const { return hasBegun_ && IsOver(); }
 
-    /// No further request is sent for instances: the call of Next() that runs tells the server, and ends with what
-    /// there is; the next one gives none. From any thread.
+    /// Ends the enumeration early; may be called from any thread. No further instances are requested: a call of Next()
+    /// that is running tells the server and returns what it has, and the next one returns none.
     void Stop() noexcept { isStopped_ = true; }
 
-    /// Tells the server, if it is not at its end. Never throws.
+    /// Closes the enumeration at the server, if it is still open there. Never throws.
     void Close() noexcept;
 
   private:
@@ -82,7 +81,7 @@ class InstanceEnumeration {
     InstanceReader reader_;
     std::map<std::string, TClassPointer> classes_; // of this enumeration
     boost::shared_ptr<InstanceCache::TInstances> held_;
-    TInstances arrived_; // the same in the order of the server, as often as they came; empty where all may be held
+    TInstances arrived_; // all instances in the order of the server, doubled ones included; empty where all may be held
     std::vector<ReadingIncident> doubled_; // not reported yet
     bool hasBegun_ = false;
     std::atomic<bool> isStopped_{false};

@@ -14,11 +14,11 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// A server may make a client wait by them, but not for ever.
+/// A server may send empty portions to make a client wait, but not for ever.
 constexpr unsigned kMaxEmptyPortions = 100;
 
-/// Whether this is how a server speaks of an operation that it does not know. Where it means something else, the old
-/// operation brings it to light.
+/// Whether servers answer so to an operation that they do not know. Where this one means something else, the plain
+/// enumeration, which is tried next, shows it.
 bool HasNoPulls(const Pegasus::Exception& exception) {
     const RemoteFailure failure = RemoteFailureOf(exception);
     const auto says = [&](Pegasus::CIMStatusCode code) {
@@ -28,7 +28,7 @@ bool HasNoPulls(const Pegasus::Exception& exception) {
            says(Pegasus::CIM_ERR_METHOD_NOT_FOUND);
 }
 
-/// Whether the server has answered, and knows nothing of a failure.
+/// Whether the server has answered, and does not know that the client could not use the answer.
 bool IsReadInVain(RemoteFailure::Kind kind) {
     return kind == RemoteFailure::Kind::kMalformed || kind == RemoteFailure::Kind::kLimit;
 }
@@ -88,7 +88,7 @@ void InstancePortions::Close() noexcept {
     } catch (const Pegasus::Exception& exception) {
         try {
             LogDebug("the enumeration of " + className_ + " was not closed: " + MessageOf(exception));
-        } catch (...) { // then nobody is told
+        } catch (...) { // then it is not reported
         }
     } catch (...) { // the server closes it by itself
     }

@@ -11,8 +11,8 @@
 namespace NQORVYX20 {
 
 /// The instances of a class and its subclasses as a server sends them: in portions, where it has pulled enumerations,
-/// or all at once. Whether it has any is asked once, with the first enumeration: CIM_ERR_NOT_SUPPORTED, CIM_ERR_FAILED,
-/// CIM_ERR_NOT_FOUND, CIM_ERR_METHOD_NOT_FOUND and HTTP 501 mean that it has not.
+/// or all at once. Whether it has them is found out once, with the first enumeration: CIM_ERR_NOT_SUPPORTED,
+/// CIM_ERR_FAILED, CIM_ERR_NOT_FOUND, CIM_ERR_METHOD_NOT_FOUND and HTTP 501 mean that it does not.
 class InstancePortions {
   public:
     /// The server must outlive this.
@@ -26,7 +26,7 @@ class InstancePortions {
     /// The bytes of what was sent so far, as far as the client library counts them.
     std::uint64_t Bytes() const { return RemoteServer::BytesOf(enumeration_); }
 
-    /// Tells the server, if it keeps something for this, that no more is wanted. Never throws.
+    /// Closes the enumeration at the server, if it is still open there. Never throws.
     void Close() noexcept;
 
   private:

@@ -8,15 +8,15 @@
 
 namespace NQORVYX20 {
 
-/// What a server sends passes a limit of the plug-in, or the memory that there is. It is thrown and caught as
-/// the client library's exceptions are, and is a failure of the kind "limit".
+/// What a server sends passes a limit of the plug-in, or the available memory. It is thrown and caught as the client
+/// library's exceptions are, and is a failure of the kind "limit".
 class LimitExceeded : public Pegasus::Exception {
   public:
     using Pegasus::Exception::Exception;
 };
 
-/// Does what takes memory, `purpose`. Throws LimitExceeded where there is not enough; what was made of it is gone by
-/// then.
+/// Runs `work`, whose memory is for `purpose`. Throws LimitExceeded when memory runs out; what `work` allocated is
+/// freed by then.
 template <typename Work>
 auto WithinMemory(const Work& work, const char* purpose = "what the server sends") {
     try {

@@ -18,14 +18,14 @@ class RemoteNamespace;
 [[noreturn]] void FailRemotely(ReadingReport& report, const std::string& what, const RemoteFailure& failure);
 [[noreturn]] void FailRemotely(RemoteNamespace& nameSpace, const std::string& what, const RemoteFailure& failure);
 
-/// The failure of a server that answers what no server should.
+/// The failure for an answer that no server should give.
 RemoteFailure MalformedAnswer(const std::string& text);
 
-/// The failure of a host that does not keep what a server gives.
+/// The failure for something from the server that the host cannot keep.
 RemoteFailure LocalFailure(const std::string& text);
 
-/// When it goes, what could not be read of the answers until then is in the report of the namespace and in the log,
-/// also of a host that never asks for the report.
+/// When it is destroyed, what could not be read of the answers until then goes to the report of the namespace and to
+/// the log, even when the host never asks for the report.
 class FindingsReported {
   public:
     explicit FindingsReported(RemoteNamespace& nameSpace) : namespace_(nameSpace) {}
@@ -37,8 +37,8 @@ class FindingsReported {
     RemoteNamespace& namespace_;
 };
 
-/// Makes requests, and what comes of them; what the client library throws, and memory that does not suffice, ends the
-/// operation as FailRemotely() does.
+/// Runs `request`, which sends requests and uses their answers. An exception of the client library, or a lack of
+/// memory, ends the operation as FailRemotely() does.
 template <typename Request>
 auto AskRemotely(RemoteNamespace& nameSpace, const std::string& what, const Request& request) {
     const FindingsReported findings(nameSpace);

@@ -48,16 +48,17 @@ class RemoteServer {
     Pegasus::CIMNamespaceName* Namespace() { return namespace_.get(); }
     Pegasus::CIMClient* Client() { return client_.get(); }
 
-    /// For the next connection; what is not given is what the client library has by itself. False, changing nothing,
-    /// when it has no such limits.
+    /// Sets the limits of the next connection; those that are not given are the client library's defaults. False,
+    /// changing nothing, when the library has no such limits.
     bool SetLimits(std::optional<std::uint64_t> connectMilliseconds, std::optional<std::uint64_t> answerBytes,
                    std::optional<std::uint64_t> answerObjects);
 
-    /// Whether the next answers are read as far as they can be; without effect when the client library cannot do that.
+    /// Whether the parts of the next answers that can be read are delivered where others cannot; without effect when
+    /// the client library cannot do that.
     void SetLenient(bool lenient);
 
-    /// From now on a text is a text, whatever the qualifiers of its property say, unless its own attribute says that it
-    /// is an object; without effect when the client library cannot do that.
+    /// From now on a string property stays one, whatever its qualifiers say, unless its own attribute says that it
+    /// holds an object; without effect when the client library cannot do that.
     void LeaveQualifiedTexts();
 
     /// From now on an object may have two properties of one name, for the reading to judge; without effect when the
@@ -147,7 +148,7 @@ class RemoteServer {
     Pegasus::Array<Pegasus::CIMObjectPath> EnumerateInstanceNames(const Pegasus::CIMNamespaceName& nameSpace,
                                                                   const std::string& className);
 
-    /// Whether there is an instance, without a value of it; what the client library throws says that there is none.
+    /// Asks for an instance without its values. Throws what the client library throws where there is none.
     void CheckInstance(const Pegasus::CIMNamespaceName& nameSpace, const Pegasus::CIMObjectPath& path);
 
     /// The objects at the other ends of an object's associations, with all their properties or those of the list; their

@@ -9,10 +9,10 @@
 
 namespace NQORVYX20 {
 
-/// Writes what a client and its server say to each other to a file that people read: requests and answers as on the
+/// Writes what a client and its server send to each other to a file that people read: requests and answers as on the
 /// wire, each under a line with its time and number. Numbers count through all files of the process.
 ///
-/// The file is opened when there is something to write, made with rights for its owner alone, and never cut off:
+/// The file is opened when there is something to write, made with rights for its owner alone, and never truncated:
 /// several of these may write to one file. A request is written as a whole, and so is an answer up to kWholeBytes.
 ///
 /// What cannot be written ends the operation with a Pegasus::Exception that names the file.
@@ -30,7 +30,7 @@ class TraceFile : public Pegasus::ExchangeObserver {
     void onAnswerHead(std::string_view head, Time time) override;
     void onAnswerBody(std::string_view part) override;
     void onAnswerEnd(std::string_view trailers, Time time) override;
-    /// What went wrong before comes first: throws nothing.
+    /// Throws nothing: the failure that it reports is the one to be told.
     void onFailure(const Pegasus::String& message, Time time) override;
 
   private:

@@ -537,7 +537,7 @@ TEST_F(CollectTest, AServerThatStopsAnsweringIsAskedNothingMore) {
     const auto run = Collect(Document({"A", "B", "C"}), {"--timeout", "1", "--out", Path("result.json")});
     EXPECT_EQ(run.status, 7);
     EXPECT_THAT(run.errors, StartsWith("cimhttp: the class B cannot be read from http://" + server.Address() + ": "));
-    EXPECT_THAT(run.errors, EndsWith("\ncimhttp: the classes behind it are not asked for\n"));
+    EXPECT_THAT(run.errors, EndsWith("\ncimhttp: the classes after it are not asked for\n"));
     EXPECT_THAT(run.errors, Not(HasSubstr("class C")));
     const json document = json::parse(ReadFile(Path("result.json")));
     EXPECT_EQ(document.at("complete"), false);

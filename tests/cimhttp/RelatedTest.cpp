@@ -1,4 +1,4 @@
-// What hangs together with an instance: `related` draws it as a tree, and writes it as JSON and for Graphviz.
+// What is associated with an instance: `related` draws it as a tree, and writes it as JSON and for Graphviz.
 
 #include "CimXml.h"
 #include "LinkServer.h"
@@ -266,9 +266,8 @@ TEST_F(RelatedTest, AnObjectWhoseAssociationsCannotBeReadIsMarkedAndMakesTheResu
     const auto run = Run({Node("a")});
     EXPECT_EQ(run.status, 7);
     EXPECT_THAT(run.output, AllOf(HasSubstr("\"b\"  TEST_Holds, not read\n"), EndsWith("\"c\"  TEST_Holds\n")));
-    EXPECT_THAT(run.errors,
-                AllOf(StartsWith("cimhttp: 1 object does not tell what hangs together with it; the first: "),
-                      HasSubstr("root/cimv2:" + Node("b"))));
+    EXPECT_THAT(run.errors, AllOf(StartsWith("cimhttp: the associations of 1 object could not be read; the first: "),
+                                  HasSubstr("root/cimv2:" + Node("b"))));
     const json graph = json::parse(Run({Node("a"), "-o", "json"}).output);
     EXPECT_EQ(graph.at("complete"), false);
     EXPECT_EQ(graph.at("objects").at(1).at("state"), "failed");

@@ -30,6 +30,15 @@ TEST(QualifierCache, FindsAQualifierByTheWholeTextOfItsElement) {
     EXPECT_EQ(cache.find(""), nullptr);
 }
 
+TEST(QualifierCache, FindsNoOtherQualifierWhoseTextHasTheSameHash) {
+    QualifierCache cache([](std::string_view text) { return text.size(); });
+    cache.add(entry("<QUALIFIER a>", "first"));
+    EXPECT_EQ(cache.find("<QUALIFIER b>"), nullptr);
+    cache.add(entry("<QUALIFIER b>", "second"));
+    EXPECT_EQ(cache.find("<QUALIFIER b>"), nullptr) << "of two, the first one is kept";
+    EXPECT_EQ(cache.find("<QUALIFIER a>")->qualifier.getValue(), CIMValue(String("first")));
+}
+
 TEST(QualifierCache, SharesTheQualifier) {
     QualifierCache cache;
     const auto added = entry("text");

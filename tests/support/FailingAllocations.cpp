@@ -46,8 +46,8 @@ bool FailingAllocations::HasStruck() const { return plan.struck; }
 
 } // namespace support
 
-// The operators of the whole program, its libraries included. Who asks without an exception can do without (a sort that
-// then needs more time); that does not count.
+// The operators of the whole program, its libraries included. A caller that asks without an exception can do without
+// the memory (a sort then needs more time); its requests do not count.
 
 void* operator new(std::size_t size) { return support::AllocateOrThrow(size); }
 void* operator new[](std::size_t size) { return support::AllocateOrThrow(size); }

@@ -15,7 +15,7 @@ namespace support {
 
 namespace {
 
-/// A connection to the server behind.
+/// A connection to the server that is asked.
 class Upstream {
   public:
     Upstream(const std::string& address, std::uint16_t port)

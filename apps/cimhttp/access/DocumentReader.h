@@ -15,12 +15,12 @@ class DocumentReader : public TCimHTTPRequestedClassParser {
     void StartElement(const char* name, std::map<std::string, std::string>& attributes) override;
     void EndElement(const char* name) override;
 
-    /// Remembers the first error, of which the others are often only its consequences.
+    /// Remembers the first error, since later ones often only follow from it.
     void FatalError(const char* message) override;
 
     const std::string& Error() const { return error_; }
 
-    /// Those of the parser, and "ca", "namespace" and "port". The first one of a name counts.
+    /// The settings of the parser, and "ca", "namespace" and "port". The first one of a name counts.
     std::map<std::string, std::string> Settings();
 
   private:

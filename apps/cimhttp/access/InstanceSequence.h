@@ -10,18 +10,19 @@ class ICIMInstance;
 
 namespace cimhttp {
 
-/// The instances of a class, read as they are wanted. When it goes before its end, the server is told so.
+/// The instances of a class, read on demand. When it is destroyed before its end, the server is told.
 class InstanceSequence {
   public:
     virtual ~InstanceSequence() = default;
 
-    /// The next instances; none at the end. Throws as ICIMClass::EnumerateInstances, and is of no use then.
+    /// The next instances; none at the end. Throws like ICIMClass::EnumerateInstances, and cannot be used any further
+    /// then.
     virtual std::vector<boost::shared_ptr<NQORVYX20::ICIMInstance>> Next() = 0;
 
     /// Whether it is known that there are no more.
     virtual bool IsAtEnd() const = 0;
 
-    /// Lets the call of Next() that another thread is in ask the server for no more, and tell it so.
+    /// Makes a call of Next() that another thread is in ask for no more, and close the enumeration at the server.
     virtual void Stop() noexcept = 0;
 };
 

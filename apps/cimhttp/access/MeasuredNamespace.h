@@ -12,7 +12,7 @@ class ICIMNamespace;
 
 namespace cimhttp {
 
-/// The namespace, whose operations on its server are measured as long as somebody holds what this returns.
+/// Returns the namespace; its operations on the server are measured as long as the returned pointer is held.
 boost::shared_ptr<NQORVYX20::ICIMNamespace>
 MeasuredNamespace(const boost::shared_ptr<NQORVYX20::ICIMNamespace>& nameSpace,
                   const std::shared_ptr<MeasurementSink>& sink);

@@ -44,14 +44,14 @@ class PluginAccess {
   public:
     virtual ~PluginAccess() = default;
 
-    /// See TCimHTTPNamespace::connect. The namespace must be the plug-in's, here and below.
+    /// See TCimHTTPNamespace::connect. The namespace must be one of the plug-in's, here and below.
     virtual void Connect(NQORVYX20::ICIMNamespace& nameSpace, const std::string& host, const std::string& user,
                          const std::string& password, int port) const = 0;
 
     /// See TCimHTTPNamespace::WouldVerify.
     virtual bool WouldVerify(NQORVYX20::ICIMNamespace& nameSpace, const std::string& host, int port) const = 0;
 
-    /// The namespace, whose operations are measured as long as somebody holds what this returns.
+    /// Returns the namespace; its operations are measured as long as the returned pointer is held.
     virtual boost::shared_ptr<NQORVYX20::ICIMNamespace>
     Measured(const boost::shared_ptr<NQORVYX20::ICIMNamespace>& nameSpace,
              const std::shared_ptr<MeasurementSink>& sink) const = 0;
@@ -70,8 +70,8 @@ class PluginAccess {
     virtual std::vector<NQORVYX20::EmbeddedObject> EmbeddedObjects(const NQORVYX20::ICIMInstance& instance,
                                                                    const std::string& property) const = 0;
 
-    // Here and below, up to ReadInstance, a RemoteError is thrown for what goes wrong remotely; the namespace stays as
-    // it was.
+    // From here to ReadInstance, what goes wrong remotely is thrown as a RemoteError, and the namespace stays as it
+    // was.
 
     /// The names of all classes of the server.
     virtual std::vector<std::string> ClassNames(NQORVYX20::ICIMNamespace& nameSpace) const = 0;
@@ -81,7 +81,7 @@ class PluginAccess {
     virtual std::vector<NQORVYX20::TCIMReference> InstancePaths(NQORVYX20::ICIMNamespace& nameSpace,
                                                                 const std::string& className) const = 0;
 
-    /// Such paths in the namespace of that name, whatever the namespace is that is asked.
+    /// Such paths in the server's namespace of that name, whichever one `nameSpace` reads.
     virtual std::vector<NQORVYX20::TCIMReference> InstancePathsIn(NQORVYX20::ICIMNamespace& nameSpace,
                                                                   const std::string& name,
                                                                   const std::string& className) const = 0;
@@ -97,7 +97,7 @@ class PluginAccess {
     ReadQualifierDeclarations(NQORVYX20::ICIMNamespace& nameSpace) const = 0;
 
     /// The instances of a class of the namespace, which is a faithful one and must outlive them; with `deep` those of
-    /// its subclasses, too. Of the context counts what counts for ICIMClass::EnumerateInstances.
+    /// its subclasses, too. The context has the keys of ICIMClass::EnumerateInstances.
     virtual std::unique_ptr<InstanceSequence> OpenInstances(NQORVYX20::ICIMNamespace& nameSpace,
                                                             NQORVYX20::ICIMClass& cls, bool deep,
                                                             const NQORVYX20::TCIMContext& context) const = 0;
@@ -106,9 +106,9 @@ class PluginAccess {
     virtual bool HasPulledEnumerations(NQORVYX20::ICIMNamespace& nameSpace) const = 0;
 
     /// One instance, named by an object path in one of the forms that clients of CIM print: `Class.k="v"`,
-    /// `ns:Class.k="v"`, `/ns:…`, `//host/ns:…`, `host:port/ns:…`, `http://host:port/ns:…`. Its host and namespace
-    /// count for nothing here. Throws std::invalid_argument for a text that is not a path: its text
-    /// belongs after the path in a sentence, `is not an object path: behind …`.
+    /// `ns:Class.k="v"`, `/ns:…`, `//host/ns:…`, `host:port/ns:…`, `http://host:port/ns:…`. Its host and namespace are
+    /// ignored here. Throws std::invalid_argument for a text that is not a path: its text belongs after the path in a
+    /// sentence, `is not an object path: behind …`.
     virtual boost::shared_ptr<NQORVYX20::ICIMInstance> ReadInstance(NQORVYX20::ICIMNamespace& nameSpace,
                                                                     const std::string& path) const = 0;
 
@@ -123,7 +123,7 @@ class PluginAccess {
     virtual std::unique_ptr<RelatedObjects> ReadRelated(NQORVYX20::ICIMNamespace& nameSpace,
                                                         const AssociationQuery& query) const = 0;
 
-    /// Asks for the instance itself, without its values: the RemoteError says that there is none.
+    /// Asks for the instance itself, without its values. The RemoteError says where there is none.
     virtual void CheckInstance(NQORVYX20::ICIMNamespace& nameSpace, const std::string& path) const = 0;
 
     /// All associations of an instance. One request, or two where they do not name the objects by their keys.

@@ -12,8 +12,8 @@ class ICIMNamespace;
 
 namespace cimhttp {
 
-/// Objects that a server has sent, perhaps of several of its namespaces. The definitions of their classes, which make
-/// instances of them, are in these.
+/// Objects that a server has sent, perhaps from several of its namespaces. Each namespace has the definitions of the
+/// classes of its objects.
 class RelatedObjects {
   public:
     virtual ~RelatedObjects() = default;
@@ -22,8 +22,8 @@ class RelatedObjects {
     virtual std::vector<std::string> Namespaces() const = 0;
 
     /// The objects of one of these, each of its own class under its path, which names the namespace. `nameSpace` must
-    /// be connected to it. What cannot be taken over is among the incidents of `nameSpace`; a class, which is no
-    /// instance, is, too. Once for each namespace. Throws as PluginAccess::ReadInstance.
+    /// be connected to it. What cannot be taken over is among the incidents of `nameSpace`; so is a class in place of
+    /// an instance. To be called once for each namespace. Throws like PluginAccess::ReadInstance.
     virtual std::vector<boost::shared_ptr<NQORVYX20::ICIMInstance>>
     TakeInstances(const std::string& name, NQORVYX20::ICIMNamespace& nameSpace) = 0;
 };

@@ -159,7 +159,7 @@ std::vector<RemoteLink::End> EndsIn(const Pegasus::CIMInstance& association) {
     return ends;
 }
 
-/// Names the namespaces. An association is its server's own, so the host that its path names is no other server.
+/// Adds the namespaces. An association belongs to the server that was asked, so the host in its path is that server.
 RemoteLink PlacedLink(RemoteLink link, const std::string& nameSpace) {
     const std::string ownHost = link.association.GetHost();
     if (link.association.GetNamespaceName().empty()) {

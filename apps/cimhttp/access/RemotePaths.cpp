@@ -67,7 +67,7 @@ const char* ExpectedText(Malformed::Expected expected) {
     }
 }
 
-/// Where in a text, of which the client library has read the usual form, it expected what.
+/// What the client library, which has read the usual form of the text, expected where in the text itself.
 std::string FaultText(const std::string& text, std::size_t usualSize, const Malformed& malformed) {
     const std::size_t rest = usualSize - std::min<std::size_t>(malformed.getPosition(), usualSize);
     const std::size_t position = text.size() - std::min(rest, text.size());

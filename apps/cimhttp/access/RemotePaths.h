@@ -10,7 +10,7 @@
 namespace cimhttp {
 
 /// An object path in one of the forms that clients print, see PluginAccess::ReadInstance. Throws std::invalid_argument
-/// for a text that is none, whose text says what is wrong, to be put after the path.
+/// for another text; its message says what is wrong, to be put after the path.
 Pegasus::CIMObjectPath ParsedPath(const std::string& text);
 
 /// Throws std::invalid_argument for a text that is not the name of a class, property or the like.

@@ -6,7 +6,7 @@
 
 namespace cimhttp {
 
-/// What a TLS handshake shows of a server. Whom the certificate belongs to is not verified.
+/// What a TLS handshake shows of a server. The certificate is not verified.
 struct TlsDetails {
     std::string version; ///< `TLSv1.3`
     std::string cipher;
@@ -19,10 +19,10 @@ struct TlsDetails {
     std::string fingerprint; ///< SHA-256
     bool isSelfSigned = false;
     bool asksForCertificate = false; ///< the server wants to see one of the client's
-    std::string failure;             ///< what ended the handshake too early; empty otherwise
+    std::string failure;             ///< why the handshake failed; empty when it did not
 };
 
-/// What a connection of its own finds out about a server, below CIM.
+/// What a separate connection finds out about a server, below CIM.
 struct ServerProbe {
     /// How far it goes. Each step needs those before it.
     enum class Depth { kName, kPort, kTls };

@@ -22,7 +22,7 @@ using OutputFormats = std::vector<OutputFormat>;
 const OutputFormats kFormats{OutputFormat::kTable, OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv,
                              OutputFormat::kMof};
 
-/// Those of one class stand together.
+/// Puts instances of one class side by side.
 void SortByClass(Instances& instances) {
     std::stable_sort(instances.begin(), instances.end(), [](const auto& one, const auto& other) {
         const std::string className = ClassNameOf(*one);
@@ -72,8 +72,8 @@ class AssociationCommand : public Command {
 
     CommandArgument PathArgument() {
         return {"PATH",
-                R"(The instance's object path, such as 'CIM_Disk.Name="a",Number=3'; a namespace may stand before it)",
-                true, &query_.path};
+                R"(The instance's object path, such as 'CIM_Disk.Name="a",Number=3'; a namespace may precede it)", true,
+                &query_.path};
     }
 
     /// The own options of a command, and after them those that both commands have.
@@ -89,7 +89,7 @@ class AssociationCommand : public Command {
     AssociationQuery query_; ///< what the command line says
 
   private:
-    /// Complains about what paths have no use for.
+    /// Refuses options that have no effect on paths.
     void CheckNameOptions(const CommandContext& context) const {
         if (!properties_.empty() || raw_) {
             throw Failure(Failure::kUsage, "--names reads no values: leave out --property and --raw");
@@ -123,19 +123,19 @@ class AssociatorsCommand : public AssociationCommand {
     AssociatorsCommand() : AssociationCommand(AssociationQuery::Wanted::kOtherEnds) {}
 
     CommandDescription Describe() override {
-        return {
-            "associators",
-            "Show the instances that associations of an instance lead to",
-            {PathArgument()},
-            WithCommonOptions(
-                {{"--class", "NAME", "Only over associations of this class and its subclasses",
-                  &query_.associationClass},
-                 {"--role", "NAME", "Only over associations whose property of this name is the instance", &query_.role},
-                 {"--result-class", "NAME", "Only instances of this class and its subclasses", &query_.resultClass},
-                 {"--result-role", "NAME", "Only instances that are this property of the association",
-                  &query_.resultRole}}),
-            kFormats,
-            "cimhttp --host server.example associators 'CIM_Disk.Name=\"a\",Number=3' --result-class CIM_System"};
+        return {"associators",
+                "Show the instances that are associated with an instance",
+                {PathArgument()},
+                WithCommonOptions(
+                    {{"--class", "NAME", "Only over associations of this class and its subclasses",
+                      &query_.associationClass},
+                     {"--role", "NAME", "Only over associations in which this property refers to the instance",
+                      &query_.role},
+                     {"--result-class", "NAME", "Only instances of this class and its subclasses", &query_.resultClass},
+                     {"--result-role", "NAME", "Only instances to which this property of the association refers",
+                      &query_.resultRole}}),
+                kFormats,
+                "cimhttp --host server.example associators 'CIM_Disk.Name=\"a\",Number=3' --result-class CIM_System"};
     }
 };
 
@@ -151,7 +151,7 @@ class ReferencesCommand : public AssociationCommand {
             {PathArgument()},
             WithCommonOptions(
                 {{"--class", "NAME", "Only associations of this class and its subclasses", &query_.associationClass},
-                 {"--role", "NAME", "Only associations whose property of this name is the instance", &query_.role}}),
+                 {"--role", "NAME", "Only associations in which this property refers to the instance", &query_.role}}),
             kFormats,
             "cimhttp --host server.example references 'CIM_Disk.Name=\"a\",Number=3' --names"};
     }

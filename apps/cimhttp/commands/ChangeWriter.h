@@ -30,12 +30,12 @@ class ChangeWriter {
                  bool isJson)
         : context_(context), texts_(texts), properties_(std::move(properties)), isJson_(isJson) {}
 
-    /// What there is to begin with.
+    /// The instances of the first reading.
     void Begin(const Instances& instances) const;
 
     void Write(const std::vector<InstanceChange>& changes, std::size_t round) const;
 
-    /// The server does not answer any more, or answers again.
+    /// The server has stopped answering, or answers again.
     void Lose(const Failure& failure) const;
     void Regain() const;
 

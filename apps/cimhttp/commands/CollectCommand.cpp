@@ -23,8 +23,8 @@ namespace cimhttp {
 
 namespace {
 
-constexpr std::chrono::milliseconds kLookInterval{100}; // between two looks at the user
-constexpr std::chrono::milliseconds kGrace{300};        // for the class at hand, after the user has seen enough
+constexpr std::chrono::milliseconds kLookInterval{100}; // between two checks for an interrupt
+constexpr std::chrono::milliseconds kGrace{300};        // for the class that is being read, after an interrupt
 
 constexpr std::size_t kLargestDocument = std::size_t{16} << 20U; // what the parser takes
 
@@ -102,7 +102,7 @@ void ReportEarlyEnd(const Collector& collector, const Collection& collection, st
         if (collection.classes.empty()) {
             throw Failure(*end);
         }
-        errors << "cimhttp: " << Printable(end->what()) << "\ncimhttp: the classes behind it are not asked for"
+        errors << "cimhttp: " << Printable(end->what()) << "\ncimhttp: the classes after it are not asked for"
                << std::endl;
     }
     if (Interrupted() && !collection.complete) {

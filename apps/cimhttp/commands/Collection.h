@@ -39,8 +39,8 @@ struct Collection {
 ///                        "properties": {"Speed": {"type": "uint64", "value": 3, "text": "3"}}}]}],
 ///      "complete": true}
 ///
-/// Whether it is complete stands at the end, where no document says so that broke off before.
-/// Instances are those of InstanceJson(), each with all properties of its own class, which may be a subclass.
+/// `complete` is at the end, so that a document that breaks off early does not have it. Instances are those of
+/// InstanceJson(), each with all properties of its own class, which may be a subclass.
 void WriteJson(const Collection& collection, const ValueTexts& texts, std::ostream& output);
 
 } // namespace cimhttp

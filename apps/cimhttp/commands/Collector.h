@@ -27,7 +27,7 @@ class Collector {
     /// Begins to read. While that has not ended, see BackgroundTask about the end of the program.
     Collector(Session session, std::vector<std::string> names);
 
-    /// Waits until something new is done, but no longer than this, and tells how far it has come.
+    /// Waits until something new is done, but no longer than `time`, and returns how far it has come.
     Progress Wait(std::chrono::milliseconds time);
 
     /// A line for each class that could not be read since the last call.
@@ -37,7 +37,7 @@ class Collector {
     /// more than there is memory for. It is no failure of a class.
     std::optional<Failure> EarlyEnd() const;
 
-    /// Asks to read no further class. The one at hand is still waited for.
+    /// Asks to read no further class. The one that is being read is still waited for.
     void Stop();
 
     /// What is there so far. Its classes are not touched any more.

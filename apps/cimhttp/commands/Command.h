@@ -58,8 +58,8 @@ struct CommandContext {
     /// The form to write, which is one of those that the command describes; the first of them unless asked for.
     OutputFormat Format(Command& command) const;
 
-    /// The form to write by a command that may be told to be wide, which is a form of CSV that then need not be asked
-    /// for. Throws Failure(kUsage) when another one is.
+    /// The form to write for a command with an option for wide CSV: with it, CSV need not be asked for. Throws
+    /// Failure(kUsage) when another form is.
     OutputFormat Format(Command& command, bool isWide) const;
 
     /// A session with the server that the options name. The user may be asked whether to trust it, see Trusted(). Says
@@ -71,7 +71,7 @@ struct CommandContext {
     Session ConnectTo(const Plugin& plugin, const Connection& connection) const;
     Session ConnectTo(const Plugin& plugin, const Connection& connection, const ProgressWait& wait) const;
 
-    /// Says the same of a connection that is there.
+    /// Gives these warnings about a connection that was made otherwise.
     void WarnAbout(const Connection& connection) const;
 
     /// How to wait for a server, as the options say. `onInterrupt`: see ProgressWait; without it, an interrupt ends the
@@ -79,7 +79,7 @@ struct CommandContext {
     ProgressWait MakeProgressWait(std::function<void()> onInterrupt) const;
     ProgressWait MakeProgressWait() const;
 
-    /// Whether the error stream has a line for what goes on.
+    /// Whether the error stream shows a line with the progress.
     bool ShowsProgress() const;
 };
 

@@ -17,20 +17,20 @@ class Diagnosis {
   public:
     using Time = std::optional<std::chrono::microseconds>;
 
-    /// In the order in which one needs the other.
+    /// In this order, since each needs those before it.
     enum Check { kNameLookUp, kTcp, kTls, kLogin, kNamespace, kClasses, kQualifiers, kEnumeration, kCheckCount };
 
     void Pass(Check check, Time time, const std::string& remark);
     void Fail(Check check, Time time, const Failure& failure);
 
-    /// There is nothing to check, and why.
+    /// Records that there is nothing to check, and why.
     void Omit(Check check, const std::string& remark);
 
     bool IsTried(Check check) const { return At(check).state != State::kNotTried; }
 
     bool HasFailed(Check check) const { return At(check).state == State::kFailed; }
 
-    /// That of the first check that has failed; 0 where none has.
+    /// The exit status of the first check that has failed; 0 where none has.
     int ExitStatus() const;
 
     /// A row for each check, with its result, milliseconds and a remark.

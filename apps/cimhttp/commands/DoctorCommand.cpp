@@ -34,8 +34,8 @@ constexpr unsigned kNotImplemented = 501;
 constexpr std::array<const char*, 2> kUsualClasses{"CIM_ComputerSystem", "CIM_OperatingSystem"};
 
 constexpr const char* kNotes =
-    R"(The checks need each other: what is not reached because an earlier one has
-failed is "not tried". The first request shows whether the login and the
+    R"(Most checks need those before them: one that cannot be made because an earlier
+one has failed is "not tried". The first request shows whether the login and the
 namespace are right, and how long the server takes.
 
 The enumeration reads the instances of CIM_ComputerSystem, CIM_OperatingSystem
@@ -62,14 +62,14 @@ std::string VerificationText(const Connection& connection) {
                                          : "verified by its fingerprint, known since " + connection.knownSince;
 }
 
-/// Whether the server has said that it knows the operation not at all.
+/// Whether the server has said that it does not know the operation.
 bool IsUnsupported(const RemoteFailure& failure) {
     return (failure.kind == Kind::kCimStatus && failure.cimStatus == kNotSupported) ||
            (failure.kind == Kind::kHttp &&
             (failure.httpStatus == kBadRequest || failure.httpStatus == kNotImplemented));
 }
 
-/// One visit. Each check that fails ends it, unless what comes next does not need it.
+/// One examination of a server. A check that fails ends it, unless the next ones do not need it.
 class Examination {
   public:
     Examination(const CommandContext& context, const Connection& connection, const ProgressWait& wait)
@@ -166,7 +166,7 @@ class Examination {
         return true;
     }
 
-    /// Whether it goes on after the names of the classes could not be had.
+    /// Whether it goes on when the names of the classes could not be read.
     bool GoesOnAfter(const ServerFailure& failure, std::chrono::microseconds time) {
         const RemoteFailure& reason = failure.Reason();
         if (reason.kind == Kind::kTls) { // as some servers do that want to see a certificate
@@ -306,7 +306,7 @@ class DoctorCommand : public Command {
   public:
     CommandDescription Describe() override {
         return {"doctor",
-                "Check step by step what works of a server, and what to try",
+                "Check a server step by step, and say what to try where a step fails",
                 {},
                 {},
                 {OutputFormat::kTable, OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kCsv},

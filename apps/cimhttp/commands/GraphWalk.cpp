@@ -31,7 +31,7 @@ std::string IdentityOf(const TCIMReference& path) {
     return identity;
 }
 
-/// That of an association with its ends, since not every association names them by its keys.
+/// The identity of an association with its ends, since not every association names them by its keys.
 std::string IdentityOfLink(const RemoteLink& link) {
     std::string identity = IdentityOf(link.association);
     for (const RemoteLink::End& end : link.ends) {
@@ -120,8 +120,8 @@ std::string GraphWalk::Remark() const {
         remark = "there are more than " + std::to_string(kMostEdges) + " associations; the others are left out";
     }
     if (failureCount_ > 0) {
-        remark += (remark.empty() ? "" : "; ") + Counted(failureCount_, "object does", "objects do") +
-                  " not tell what hangs together with it; the first: " + firstFailure_;
+        remark += (remark.empty() ? "" : "; ") + std::string("the associations of ") +
+                  Counted(failureCount_, "object", "objects") + " could not be read; the first: " + firstFailure_;
     }
     return remark;
 }

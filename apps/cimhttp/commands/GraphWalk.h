@@ -15,7 +15,7 @@
 namespace cimhttp {
 
 /// Follows the associations of an object, and of what they lead to, the nearest first. Each object is asked once, so
-/// that circles come to an end.
+/// that cycles come to an end.
 class GraphWalk {
   public:
     /// More associations than that are not followed.

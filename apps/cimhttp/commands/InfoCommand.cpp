@@ -40,19 +40,19 @@ std::string ProviderText(const Plugin& plugin) {
     return provider->GetName(TCIMContext()) + ", type " + std::to_string(provider->GetType(TCIMContext()));
 }
 
-/// What there is to say, each with a heading. Times are no part of what other programs read.
+/// What was found out, each fact with a heading. Times are left out of what programs read.
 class Findings {
   public:
     void Add(const char* heading, const char* name, const std::string& text) {
         AddJson(heading, name, text, JsonText(text));
     }
 
-    /// A number that there may not be, with what there is to say then.
+    /// A number; `otherwise` is what to say where there is none.
     void Add(const char* heading, const char* name, std::optional<std::size_t> number, const std::string& otherwise) {
         AddJson(heading, name, number ? std::to_string(*number) : otherwise, number ? std::to_string(*number) : "null");
     }
 
-    /// A text that is empty where there is none, with what there is to say then.
+    /// A text; `otherwise` is what to say where it is empty.
     void Add(const char* heading, const char* name, const std::string& text, const std::string& otherwise) {
         AddJson(heading, name, text.empty() ? otherwise : text, text.empty() ? "null" : JsonText(text));
     }
@@ -178,7 +178,7 @@ class OperationTrials {
         }
     }
 
-    /// With what there is to say to people, and to programs.
+    /// `text` is for people, `state` for programs.
     void Add(const std::string& operation, const std::string& text, const std::string& state) {
         text_ += (text_.empty() ? "" : "; ") + operation + ' ' + text;
         json_.Add(operation, JsonText(state));

@@ -57,7 +57,7 @@ class InstanceCommand : public Command {
             "instance",
             "Show one instance",
             {{"PATH",
-              R"(Its object path, such as 'CIM_Disk.Name="a",Number=3'; a namespace may stand before it, 'root/interop:'. )"
+              R"(Its object path, such as 'CIM_Disk.Name="a",Number=3'; a namespace may precede it, 'root/interop:'. )"
               "Or its class alone: then --key names it",
               true, &path_}},
             {{"--key", "NAME=VALUE",

@@ -15,9 +15,9 @@ struct CommandContext;
 
 /// Finds the one instance of a class that a user means by its keys, or by none.
 ///
-/// Where all keys are given, the server is asked for that instance; otherwise for the paths of all, and taken is the
-/// one that fits. Names of keys are matched without regard to case, values as they are in the path, as the same number
-/// or time, or as people read them. Where several fit, a user at a terminal is asked.
+/// Where all keys are given, the server is asked for that instance; otherwise for the paths of all instances, of which
+/// the one that fits is taken. Names of keys are matched without regard to case, values as they are in the path, as the
+/// same number or time, or as people read them. Where several fit, a user at a terminal is asked.
 class InstanceFinder {
   public:
     /// The session and the context must outlive the finder.

@@ -11,7 +11,7 @@ namespace cimhttp {
 
 namespace {
 
-/// As many are brought into the order of their paths.
+/// Up to this many are sorted by their paths.
 constexpr std::size_t kHeldInstances = 10000;
 
 } // namespace

@@ -36,7 +36,7 @@ class InstanceSink {
 
     virtual void Add(const Instances& instances) = 0;
 
-    /// Writes what follows the last instance. Once, also without any instance.
+    /// Writes what follows the last instance. To be called once, even when there was no instance.
     virtual void End() = 0;
 };
 

@@ -116,7 +116,7 @@ class InstancesCommand : public Command {
     }
 
   private:
-    /// When all are there.
+    /// Writes the instances when all have arrived.
     UncomparedValues WriteAll(InstanceReader& reader, const InstanceQuery& query, RowLimit& limit, OutputFormat format,
                               const Session& session, const CommandContext& context) const {
         auto [properties, instances, count, uncompared] = reader.Read();
@@ -130,7 +130,7 @@ class InstancesCommand : public Command {
         return uncompared;
     }
 
-    /// As they come, where the form allows that.
+    /// Writes the instances as they arrive, where the form allows that.
     UncomparedValues WriteEach(InstanceReader& reader, const InstanceQuery& query, OutputFormat format,
                                const Session& session, const CommandContext& context) const {
         const InstanceSelection selection = SelectionOf(reader.Shown(), query);
@@ -173,7 +173,7 @@ class InstancesCommand : public Command {
         return ReportIncidents(session.TakeIncidents(), context);
     }
 
-    /// Complains about what a list of paths or keys has no use for.
+    /// Refuses options that have no effect on a list of paths or keys.
     void CheckNameOptions(const CommandContext& context) const {
         const std::string option = paths_ ? "--paths" : "--keys";
         if (paths_ && keys_) {
@@ -188,7 +188,7 @@ class InstancesCommand : public Command {
         }
     }
 
-    /// In the order of the paths.
+    /// The paths of the instances, in their order.
     std::vector<NQORVYX20::TCIMReference> ReadNames(Session& session) const {
         auto names = session.InstancePaths(name_);
         if (exact_) {

@@ -38,14 +38,14 @@ class RelatedCommand : public Command {
             "related",
             "Draw what is associated with an instance, over several associations",
             {{"PATH",
-              R"(Its object path, such as 'CIM_Disk.Name="a",Number=3'; a namespace may stand before it, 'root/interop:')",
+              R"(Its object path, such as 'CIM_Disk.Name="a",Number=3'; a namespace may precede it, 'root/interop:')",
               true, &path_}},
             {{"--depth", "N", "How many associations to follow in a row, 2 unless given", &depth_}},
             {OutputFormat::kPlain, OutputFormat::kJson, OutputFormat::kDot},
             "cimhttp --host server.example related 'CIM_Disk.Name=\"a\",Number=3' -o dot | dot -Tsvg >related.svg",
-            "Behind each object stands the class of the association that leads to it. An object that other "
-            "associations lead to, too, stands where it is nearest; the others say that it is shown elsewhere. 10000 "
-            "associations are followed at most."};
+            "After each object comes the class of the association that leads to it. An object to which several "
+            "associations lead is shown where it is nearest; the other places say that it is shown elsewhere. At most "
+            "10000 associations are followed."};
     }
 
     int Run(const CommandContext& context) override {

@@ -25,7 +25,7 @@ void CheckDepth(const std::string& name, std::size_t depth) {
     }
 }
 
-/// Draws the classes below one, each behind the lines that lead down to it.
+/// Draws the classes below one, each after the lines that lead down to it.
 void DrawBelow(const ClassTree& tree, const std::string& name, const std::string& before, std::size_t depth,
                const TreeLines& lines, std::ostream& output) {
     CheckDepth(name, depth);

@@ -28,7 +28,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr double kLongestInterval = 24.0 * 60 * 60;
-constexpr std::chrono::milliseconds kLookInterval{50}; // between two looks at the user
+constexpr std::chrono::milliseconds kLookInterval{50}; // between two checks for an interrupt
 
 /// False when the user interrupts it.
 bool Sleep(Clock::duration time) {
@@ -111,8 +111,8 @@ class WatchCommand : public Command {
             {OutputFormat::kPlain, OutputFormat::kJson},
             "cimhttp --host server.example watch CIM_Process --property Name",
             "An instance that is new has a +, one that has gone a -; below one that has changed (~) stand the old and "
-            "the new values. A server that goes is waited for: an exclamation mark tells when it goes and when it "
-            "comes back. Ctrl-C ends it."};
+            "the new values. A server that stops answering is waited for: a line with an exclamation mark says when it "
+            "stops, and when it answers again. Ctrl-C ends it."};
     }
 
     int Run(const CommandContext& context) override {

@@ -1,9 +1,9 @@
 # Completion of cimhttp's command line for bash: commands, options and their values, the names of connections and, when
 # the server is quick, of its classes.
 
-# What the server says goes into the command line with quotes, so that the shell takes it for nothing but a word.
+# What the server sends goes into the command line with quotes, so that the shell takes it for nothing but a word.
 
-# Sets words to those of the line $1, as they are typed. Blanks end a word, but not behind a backslash or in quotes.
+# Sets words to those of the line $1, as they are typed. Blanks end a word, but not after a backslash or in quotes.
 _cimhttp_split() {
     local line=$1 word='' quote='' letter i
     words=()
@@ -28,8 +28,8 @@ _cimhttp_split() {
 }
 
 # Reads the line up to the cursor. Sets, in the variables of _cimhttp: the word at the cursor and the one before it, the
-# command, the first argument of it, how many arguments stand before the cursor, and the options that choose the server.
-# Of the word at the cursor, readline replaces only what stands behind the last of its word breaks; kept is the rest.
+# command, the first argument of it, how many arguments precede the cursor, and the options that choose the server.
+# Of the word at the cursor, readline replaces only what follows the last of its word breaks; kept is the rest.
 _cimhttp_read_line() {
     local words rest letter i
     _cimhttp_split "${COMP_LINE:0:COMP_POINT}"
@@ -44,7 +44,7 @@ _cimhttp_read_line() {
         case ${words[i]} in
             -c | --connection | --host | --port | -n | --namespace | -u | --user | --password-file | --ca | --fingerprint | \
                 --cert | --key)
-                # behind the command instance, a key is one of the instance's
+                # after the command instance, a key is one of the instance's
                 [[ ${words[i]} == --key && $command == instance ]] || server+=("${words[i]}" "${words[i + 1]}")
                 i=$((i + 1))
                 ;;
@@ -55,7 +55,7 @@ _cimhttp_read_line() {
             --tls* | --verify*) server+=("${words[i]}") ;;
             -*) ;;
             *)
-                # behind record and its file stands another command
+                # after record and its file comes another command
                 if [[ -z $command || ($command == record && $arguments == 1) ]]; then
                     command=${words[i]} argument='' arguments=0
                 else
@@ -81,7 +81,7 @@ _cimhttp_offer() {
 }
 
 # Runs a command for what it lists. A server that does not answer within CIMHTTP_COMPLETION_SECONDS, usually 1, completes
-# nothing; nobody is asked for a password where errors go nowhere.
+# nothing. With its errors discarded, it asks for no password.
 _cimhttp_ask() {
     timeout "${CIMHTTP_COMPLETION_SECONDS-1}" "${COMP_WORDS[0]}" "${server[@]}" "$@" 2>/dev/null
 }
@@ -102,7 +102,7 @@ _cimhttp_offer_properties() {
     _cimhttp_offer "$(_cimhttp_ask class "$argument" --output csv | sed -e 1d -e 's/,.*//')" without-case "$1" "$2"
 }
 
-# The same behind those that a list such as Name,Size has already.
+# Offers the properties after those that a list such as Name,Size has already.
 _cimhttp_offer_property_list() {
     local before=''
     [[ $current == *,* ]] && before=${current%,*},

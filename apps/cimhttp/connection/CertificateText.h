@@ -14,7 +14,7 @@ struct TlsDetails;
 std::string CertificateText(const TlsDetails& tls);
 
 /// Why the certificate of a server was refused, and what to try. `text` is what the client library says, for a reason
-/// that has no name. Nobody is told to do without verification.
+/// that has no name. It never advises to do without verification.
 std::string ExplainedRefusal(const NQORVYX20::CertificateRefusal& refusal, const Connection& connection,
                              const std::string& text);
 

@@ -142,7 +142,7 @@ void CheckNeedsTls(const std::string& option, bool isGiven, bool tls) {
     }
 }
 
-/// What makes sure who is at the ends, checked. Nothing of it is silently left out.
+/// The settings by which the ends are verified, checked. None of them is silently left out.
 TlsSettings CheckedSettings(TlsSettings settings, bool tls) {
     const std::array<std::pair<const char*, std::optional<std::string>>, 4> texts{
         {{"--ca", settings.ca},
@@ -178,7 +178,7 @@ std::string NamespaceOf(const Options& options) {
     return withoutSlash;
 }
 
-/// Options that hold all that there is to know.
+/// The connection of options that lack nothing.
 Connection ConnectionOfComplete(const Options& options) {
     const ServerName server = ParseServerName(options.host.value_or(kDefaultHost));
     Connection connection;

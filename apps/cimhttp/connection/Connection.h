@@ -22,10 +22,10 @@ constexpr unsigned kLongestTimeout = 86400;
 constexpr unsigned kUsualTimeout = 120;
 constexpr unsigned kLongestConnect = 20;
 
-/// The server of those who name none.
+/// The server where none is named.
 constexpr const char* kDefaultHost = "localhost";
 
-/// The namespace of those who name none.
+/// The namespace where none is named.
 constexpr const char* kUsualNamespace = "root/cimv2";
 
 /// How to reach a server.
@@ -42,7 +42,7 @@ struct Connection {
     std::string knownSince = {};           ///< when the user trusted the fingerprint; empty where it is given otherwise
     std::optional<std::string> trace = {}; ///< the file for what is sent and received, an absolute path
     std::shared_ptr<OperationStatistics> statistics = {}; ///< where what operations take is counted; null: nowhere
-    bool isVerifiedByPolicy = false; ///< the machine's policy makes sure whom an encrypted connection goes to
+    bool isVerifiedByPolicy = false; ///< the machine's policy verifies the server of an encrypted connection
 
     /// How long connecting may take.
     std::chrono::seconds ConnectTimeout() const { return std::min(timeout, std::chrono::seconds(kLongestConnect)); }
@@ -69,7 +69,7 @@ struct Connection {
 
 /// The connection that the options ask for: what they say counts first, then the named connection that they choose, or
 /// the one with the name `default` when they name no server. The user is asked for a password that is found nowhere,
-/// when there is a terminal. Throws Failure(kUsage) when all this does not make a connection.
+/// when there is a terminal. Throws Failure(kUsage) when all of this does not describe a connection.
 Connection ConnectionOf(const Options& options);
 
 /// The connection of options with the settings of a document, `address`, `port`, `namespace`, `user`, `pass`, `ssl` and

@@ -5,9 +5,9 @@
 
 namespace cimhttp {
 
-/// Keeps other processes, and other locks of this one, from a piece of work while it lives. What stands for the work is
-/// an empty file, which only its owner reads; it stays, since removing it would let two processes hold a lock each. The
-/// lock goes with its process, however that ends.
+/// Keeps other processes, and other locks of this process, from a piece of work as long as it exists. It locks an empty
+/// file, which only its owner can read; the file stays, since removing it would let two processes hold a lock each. The
+/// lock ends with its process, however that ends.
 class FileLock {
   public:
     /// Makes the file where there is none. Waits for one that holds the lock, but no longer than `timeout`. Throws

@@ -10,9 +10,9 @@
 
 namespace cimhttp {
 
-/// A file that is read for the user, whatever somebody has put in its place: reading it comes to an end. No more is
-/// read than a limit, and nobody waits without end for a pipe or a device that has nothing to say. All complaints are
-/// Failure(kUsage) and begin with the file's name.
+/// A file that is read for the user. Whatever kind of file it is, reading it ends: no more is read than a limit, and a
+/// pipe or a device that has nothing to give is waited for only so long. All complaints are Failure(kUsage) and begin
+/// with the file's name.
 class InputFile {
   public:
     /// Opens the file at `path`. `name` is what complaints call it, where that is not the path itself.
@@ -24,7 +24,7 @@ class InputFile {
     /// The type and permissions, as stat() says.
     mode_t Mode() const { return mode_; }
 
-    /// Complains of what is no ordinary file, such as a pipe.
+    /// Complains where it is no regular file, such as a pipe.
     void NeedRegular() const;
 
     /// The whole content. Complains when that has more than `limit` bytes.

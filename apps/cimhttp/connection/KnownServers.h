@@ -30,7 +30,7 @@ class KnownServers {
     const std::string& Path() const { return path_; }
 
     /// All; none where there is no file. Throws Failure(kUsage), naming the file, when it cannot be read or is not what
-    /// it should be: then nobody is known, and nobody may pass for unknown.
+    /// it should be: then no server counts as known, and none may be taken for unknown.
     Servers Read() const;
 
     /// The one at a host and port, `server.example:5989`, whatever the case. Throws like Read().

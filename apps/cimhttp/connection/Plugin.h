@@ -27,8 +27,8 @@ class Plugin {
 
     const PluginAccess& Access() const { return *access_; }
 
-    /// A new namespace of the provider, not connected, that reads faithfully. `settings` is more to tell the plug-in,
-    /// see cimhttp/ContextKeys.h; it throws TVYXException 14 for what it does not take.
+    /// A new namespace of the provider, not connected, that reads faithfully. `settings` are further keys for the
+    /// plug-in, see cimhttp/ContextKeys.h; TVYXException eTypeMismatch is thrown for what it does not accept.
     boost::shared_ptr<NQORVYX20::ICIMNamespace> AllocateNamespace(NQORVYX20::TCIMContext settings) const;
 
   private:

@@ -50,7 +50,7 @@ bool IsNo(const std::string& answer) {
     return answer.empty() || EqualIgnoringCase(answer, "no") || EqualIgnoringCase(answer, "n");
 }
 
-/// Nobody's answer is no.
+/// No answer counts as no.
 bool AskUntilClear(const std::string& question) {
     auto answer = AskForAnswer(question);
     while (answer && !IsYes(*answer) && !IsNo(*answer)) {

@@ -32,10 +32,7 @@ using NQORVYX20::TCIMContext;
 using NQORVYX20::TCIMReference;
 using NQORVYX20::TCIMValue;
 using NQORVYX20::TVYXException;
-
-// Status codes of the object model.
-constexpr unsigned kTypeMismatch = 14;
-constexpr unsigned kInvalidName = 25;
+using NQORVYX20::TVYXStatusCode;
 
 constexpr bool kWithSubclasses = true;
 
@@ -130,7 +127,7 @@ Session::Namespace Session::Allocate(const Connection& connection) const {
         const auto allocated = plugin_.AllocateNamespace(ContextOf(connection));
         return connection.statistics ? plugin_.Access().Measured(allocated, connection.statistics) : allocated;
     } catch (const TVYXException& exception) {
-        if (exception.GetStatusCode().GetCode() != kTypeMismatch) {
+        if (exception.GetStatusCode().GetCode() != TVYXStatusCode::eTypeMismatch) {
             throw;
         }
         throw Failure(Failure::kUsage, "'" + connection.nameSpace + "' is not the name of a namespace");
@@ -260,7 +257,7 @@ boost::shared_ptr<ICIMClass> Session::Class(const std::string& name) {
     try {
         return Awaited("the class " + name, [&] { return namespace_->GetClass(name, TCIMContext()); });
     } catch (const TVYXException& exception) {
-        if (exception.GetStatusCode().GetCode() == kInvalidName) {
+        if (exception.GetStatusCode().GetCode() == TVYXStatusCode::eInvalidName) {
             throw NotAName(name);
         }
         FailAboutClass(name, *namespace_, ReasonOf(exception, *namespace_));

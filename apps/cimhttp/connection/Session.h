@@ -27,8 +27,7 @@ class TVYXException;
 
 namespace cimhttp {
 
-/// What there is to say about a class that a server does not have: which of its classes have names like it, or how to
-/// see them all.
+/// The Failure about a class that a server does not have: it suggests classes with similar names, or how to see all.
 Failure NoSuchClass(const std::string& name, const std::string& server, const std::vector<std::string>& classes);
 
 /// A connected namespace. What the plug-in reports by a status becomes a Failure here that names the server, the thing
@@ -42,7 +41,7 @@ class Session {
         std::string nameSpace;
     };
 
-    /// What asking for something came to.
+    /// The outcome of asking for something.
     struct Trial {
         std::chrono::microseconds time;
         std::optional<NQORVYX20::RemoteFailure> failure;
@@ -93,8 +92,8 @@ class Session {
     std::vector<boost::shared_ptr<NQORVYX20::ICIMInstance>> Instances(NQORVYX20::ICIMClass& cls, bool deep,
                                                                       const std::vector<std::string>& properties);
 
-    /// Instances(), to be read as they are wanted: no more than `held` are held. Those of a class that has more come in
-    /// the server's order. The session must outlive it. Asks for nothing yet.
+    /// Instances(), read on demand: no more than `held` are in memory. Those of a class that has more come in the
+    /// server's order. The session must outlive it. Asks for nothing yet.
     std::unique_ptr<InstanceSequence> OpenInstances(NQORVYX20::ICIMClass& cls, bool deep,
                                                     const std::vector<std::string>& properties, std::size_t held) const;
 
@@ -117,7 +116,7 @@ class Session {
     /// The name of the namespace that everything is read from.
     std::string NamespaceName() const;
 
-    /// Asks for `thing` for no more than how that goes. Throws Failure only when nothing can be asked at all.
+    /// Asks for `thing` only to see how that goes. Throws Failure only when nothing can be asked at all.
     Trial Try(const std::string& thing, const std::function<void(const PluginAccess&, NQORVYX20::ICIMNamespace&)>& ask);
 
     /// Throws the Failure that a remote one is to the user, about `what`.
@@ -129,11 +128,11 @@ class Session {
     std::vector<boost::shared_ptr<NQORVYX20::ICIMInstance>> Related(AssociationQuery query);
     std::vector<NQORVYX20::TCIMReference> RelatedPaths(AssociationQuery query);
 
-    /// All associations of an instance. The same Failures.
+    /// All associations of an instance. Fails like Related().
     std::vector<RemoteLink> Links(const std::string& path);
 
-    /// What a path means that a user gives: with the namespace, and without the host, which counts for nothing. Throws
-    /// Failure(kUsage) for what is no path.
+    /// The reference that a path of the user's means: with the namespace, and without the host, which is ignored.
+    /// Throws Failure(kUsage) for what is no path.
     NQORVYX20::TCIMReference ReferenceTo(const std::string& path);
 
     /// Throws Failure(kNotFound) where the server says that there is no such instance.

@@ -5,7 +5,7 @@
 
 namespace cimhttp {
 
-/// What makes sure who is at the ends of an encrypted connection. All is optional.
+/// How the ends of an encrypted connection are verified. All of it is optional.
 struct TlsSettings {
     std::optional<std::string> ca;          ///< PEM file, or folder, with authorities that the server is verified by
     std::optional<std::string> fingerprint; ///< of the certificate that the server has, see NormalFingerprint()

@@ -19,10 +19,10 @@ class ValueTexts;
 
 /// What a user demands of a property, such as `Name=eth*` or `Size>=1000`.
 ///
-/// Behind `=` stands a pattern that the value has to match, as it is or as people read it, without regard to case; of
-/// an array, one of its elements. Null matches the empty pattern only. `!=` demands a value that does not match.
+/// After `=` comes a pattern that the value has to match, as it is or as people read it, without regard to case; of an
+/// array, one of its elements. Null matches the empty pattern only. `!=` demands a value that does not match.
 ///
-/// Behind `<`, `<=`, `>` and `>=` stands a value with which that of the property is compared as ValuePlace says; of an
+/// After `<`, `<=`, `>` and `>=` comes a value with which that of the property is compared as ValuePlace says; of an
 /// array, one of its elements. Null is neither less nor greater than anything.
 class Condition {
   public:

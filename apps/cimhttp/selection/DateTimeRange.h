@@ -15,7 +15,7 @@ struct DateTimeRange {
 
     bool isInterval;
     long long lowest;  ///< in microseconds: since the year 0 in UTC, or the length
-    long long highest; ///< the same
+    long long highest; ///< as `lowest`
 };
 
 /// The date-time that a user writes: its 25 characters; an instant such as `2026-11-21`, `2026-11-21 08:39` or

@@ -14,8 +14,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::milliseconds kLookInterval{100}; // between two looks at the user
-constexpr std::chrono::milliseconds kUnnoticed{400};    // nobody need read of what takes no longer
+constexpr std::chrono::milliseconds kLookInterval{100}; // between two checks for an interrupt
+constexpr std::chrono::milliseconds kUnnoticed{400};    // work that takes no longer shows no line
 constexpr std::chrono::milliseconds kGrace{3000};       // for work that is to stop
 
 [[noreturn]] void EndWith(const Failure& failure, std::ostream& errors) {

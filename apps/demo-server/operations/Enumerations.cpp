@@ -7,7 +7,7 @@ namespace demo {
 
 namespace {
 
-/// One that nobody guesses who has not got it.
+/// A context that cannot be guessed.
 std::string NewContext() {
     constexpr int kWords = 4;
     std::random_device random;

@@ -17,21 +17,23 @@ namespace demo {
 
 class Repository;
 
-/// What clients may take of a server with the enumerations that they pull.
+/// The limits of the enumerations that clients pull.
 struct EnumerationLimits {
-    /// That are open at the same time. With 0 there are none at all, as with servers of an older standard.
+    /// Enumerations that are open at the same time. With 0 the server has no pulled enumerations, like servers of an
+    /// older standard.
     std::size_t open = 100;
     /// Objects of one portion, whatever the client asks for.
     std::size_t objects = 10'000;
     /// The text of the objects of one portion, which ends with the object that passes this.
     std::size_t bytes = std::size_t{2} << 20U;
-    /// How long one stays open between two operations, unless the client asks for another time; and at most.
+    /// How long an enumeration stays open between two operations unless the client asks for another time, and the most
+    /// that it can ask for.
     std::chrono::seconds timeout{60};
     std::chrono::seconds longestTimeout{600};
 };
 
-/// The enumerations that clients have opened, by the contexts that they know them by. One that nobody goes on with in
-/// time is closed. Safe to use from several threads.
+/// The enumerations that clients have opened, by their contexts. One that is not continued in time is closed. Safe to
+/// use from several threads.
 class Enumerations {
   public:
     using Time = std::chrono::steady_clock::time_point;
@@ -70,8 +72,8 @@ class Enumerations {
     Use Open(const Repository& repository, std::optional<std::chrono::seconds> timeout,
              const std::function<Pointer()>& make);
 
-    /// The one of the namespace with that context. Throws CimError kInvalidEnumerationContext when there is none, or
-    /// one of another kind; kFailed while another operation is at work on it.
+    /// The enumeration of the namespace with that context. Throws CimError kInvalidEnumerationContext when there is
+    /// none, or one of another kind; kFailed while another operation is at work on it.
     Use Take(const Repository& repository, const std::string& context, Enumeration::Kind kind);
 
     /// Closes it. Throws as Take() does, but kPullCannotBeAbandoned while an operation is at work on it.

@@ -20,8 +20,8 @@ Found FindInstance(const Repository& repository, const ObjectPath& path) {
 
 /// LocalOnly is deprecated for instances (DSP0200, GetInstance), because servers have read it in two ways, and a server
 /// may take it as false. This one does: its default is true, so that a client that leaves it out would get instances
-/// without their inherited properties. IncludeQualifiers is deprecated, too, but is honoured: nobody gets qualifiers
-/// who has not asked for them.
+/// without their inherited properties. IncludeQualifiers is deprecated, too, but is honoured: qualifiers are sent only
+/// to clients that ask for them.
 Selection InstanceSelection(const Parameters& parameters) {
     Selection selection = parameters.GetSelection();
     selection.localOnly = false;

@@ -19,7 +19,7 @@ struct Operation {
     std::string_view name;
     ParameterDeclarations parameters;
     Execute execute;
-    /// The answer does not come a second time: the client is to get it whole.
+    /// Executing the operation again would not give the same answer, so that the client must get it whole.
     bool isOnce = false;
 };
 

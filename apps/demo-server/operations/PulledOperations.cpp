@@ -101,13 +101,13 @@ MakeEnumeration OfReferencePaths(const Repository& repository, const Parameters&
 
 // --- Operations ---
 
-/// The server has no filters, and ends an enumeration with an error.
+/// Refuses what the server does not have: filters, and going on after an error.
 void CheckWishes(const Parameters& parameters) {
     if (!parameters.Name("FilterQueryLanguage").empty() || !parameters.Name("FilterQuery").empty()) {
         throw CimError(CimStatus::kFilteredEnumerationNotSupported, "this server has no query language");
     }
     if (parameters.Flag("ContinueOnError")) {
-        throw CimError(CimStatus::kContinuationOnErrorNotSupported, "this server does not go on behind an error");
+        throw CimError(CimStatus::kContinuationOnErrorNotSupported, "this server does not go on after an error");
     }
 }
 

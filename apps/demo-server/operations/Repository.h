@@ -51,7 +51,7 @@ class Repository {
     /// Hands every instance whose class this is, not a subclass, to the visitor.
     void EnumerateExactly(const Class& declaration, const Visitor& visit) const;
 
-    /// What EnumerateExactly() hands over, to be taken by and by. The repository must outlive the cursors.
+    /// What EnumerateExactly() hands over, to be taken one by one at any time. The repository must outlive the cursors.
     std::vector<std::unique_ptr<InstanceCursor>> Open(const Class& declaration) const;
 
     /// Hands at least the instances of exactly this class with a reference to an object, whose path is checked, to the

@@ -38,8 +38,8 @@ class InstanceProvider {
     /// Hands every instance to the visitor, one at a time. Safe to call from several threads.
     virtual void Enumerate(const Visitor& visit) const = 0;
 
-    /// Every instance, for somebody who does not take them all at once. As they are now, and so all of them kept,
-    /// unless the provider can do better. The provider must outlive the cursor. Safe to call from several threads.
+    /// Every instance, for a caller that does not take them all at once. By default, all of them are made now and kept.
+    /// The provider must outlive the cursor. Safe to call from several threads.
     virtual std::unique_ptr<InstanceCursor> Open() const;
 
     /// Hands at least the instance with a path of the class to the visitor, if there is one; perhaps others as well.

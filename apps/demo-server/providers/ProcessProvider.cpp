@@ -12,7 +12,7 @@ namespace demo {
 
 namespace {
 
-/// The fields of /proc/[pid]/stat behind the name (proc(5)), by their numbers there.
+/// The fields of /proc/[pid]/stat after the name (proc(5)), by their numbers there.
 enum StatField : std::size_t {
     kState = 3,
     kParent = 4,

@@ -19,7 +19,7 @@ struct Range {
     std::size_t size;
 };
 
-/// Where the value of a header field stands; of the last head, behind those of interim answers.
+/// Where the value of a header field stands; of the last head, after those of interim answers.
 std::optional<Range> FieldIn(const std::string& head, std::string_view name) {
     const auto before = head.rfind("\r\n\r\n", head.size() < 5 ? 0 : head.size() - 5);
     for (std::size_t line = before == std::string::npos ? 0 : before + 4; line < head.size();) {
@@ -65,7 +65,7 @@ std::string Escaped(const std::string& text) {
     return escaped.substr(escaped.find('>') + 1);
 }
 
-/// A server that answers with the ID of another request is to be seen doing so.
+/// Where the recorded answer had the ID of another request, it keeps that, so that the fault is played, too.
 std::string BodyFor(const RecordedAnswer& answer, const std::string& messageId) {
     const auto id = MessageIdIn(answer.body);
     if (!id || answer.body.compare(id->begin, id->size, Escaped(answer.requestId)) != 0) {
@@ -75,13 +75,13 @@ std::string BodyFor(const RecordedAnswer& answer, const std::string& messageId) 
     return body.replace(id->begin, id->size, Escaped(messageId));
 }
 
-/// Without its end where that did not come.
+/// Without the last chunk where the end did not arrive.
 std::string Chunked(const std::string& body, const RecordedAnswer& answer) {
     return (body.empty() ? "" : fmt::format("{:x}\r\n", body.size()) + body + "\r\n") +
            (answer.isWhole ? "0\r\n" + answer.trailers + "\r\n" : "");
 }
 
-/// A length that was right is right again.
+/// A length that fitted the recorded body fits the new one.
 std::string HeadFor(const RecordedAnswer& answer, std::size_t size) {
     std::string head = answer.head;
     const auto length = FieldIn(head, "Content-Length");

@@ -19,8 +19,7 @@ constexpr std::string_view kMark = "=== ";
 constexpr std::string_view kEmptyLine = "\r\n\r\n";
 constexpr std::size_t kMaxTrailers = 65536;
 
-// What reading may cost for each byte of a file, and what a title costs that is looked at, both in bytes that are
-// looked at.
+// How many bytes reading may look at for each byte of a file, and how many a title counts for.
 constexpr std::size_t kMaxEffort = 256;
 constexpr std::size_t kEffortOfTitle = 64;
 
@@ -35,7 +34,7 @@ std::string_view LineAt(std::string_view text, std::size_t begin) {
     return text.substr(begin, text.find('\n', begin) - begin);
 }
 
-/// Takes a word with the two blanks behind it.
+/// Takes a word with the two blanks after it.
 std::optional<std::string_view> TakeWord(std::string_view& line) {
     const auto end = line.find("  ");
     if (end == std::string_view::npos) {
@@ -103,7 +102,7 @@ bool IsFields(std::string_view text) {
     return true;
 }
 
-/// A title within a body looks like one that ends it; the one that counts the bytes right is meant.
+/// A title within a body looks like one that ends it; the one whose number of bytes is right counts.
 std::optional<Message> Divided(std::string_view message, std::size_t headBytes, std::size_t bodyBytes) {
     if (bodyBytes > message.size() - headBytes) {
         return std::nullopt;
@@ -263,7 +262,7 @@ const RecordedAnswer* Recording::Next(const std::string& meaning) {
     Answers& answers = found->second;
     const auto& all = answers.all;
     if (answers.next == all.size()) {
-        // After its last portion an enumeration is only pulled by somebody who has opened it again.
+        // After its last portion, only a client that has opened the enumeration again pulls it.
         answers.next = meaning.compare(0, 4, "pull") == 0 ? 0 : all.size() - 1;
     }
     return &all[answers.next++];

@@ -18,8 +18,8 @@ struct RecordedAnswer {
     bool isWhole = true;   ///< false where the client did not read on, or could not
 };
 
-/// What a client and a server have said to each other, out of a file that a client has written (docs/recordings.md).
-/// Safe to use from several threads.
+/// The requests and answers of a client and a server, from a file that a client has written (docs/recordings.md). Safe
+/// to use from several threads.
 class Recording {
   public:
     /// Takes all requests of CIM operations that have answers. An answer that asks for a login counts only where no

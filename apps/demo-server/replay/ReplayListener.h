@@ -13,7 +13,7 @@ namespace demo {
 /// A request that was not recorded gets HTTP status 501 and a text that names it.
 class ReplayListener {
   public:
-    /// Hears of a request that was not recorded; called from several threads, though one at a time.
+    /// Is told of a request that was not recorded; called from several threads, though one at a time.
     using OnUnknown = std::function<void(const std::string& request)>;
 
     /// Listens from now on. The recording must outlive the listener; with a context the port speaks TLS only. Throws

@@ -9,7 +9,7 @@
 
 namespace demo {
 
-/// What is to be said about a request and its answer. Texts are empty where nobody knows.
+/// What is to be said about a request and its answer. Texts are empty where they are not known.
 struct AccessRecord {
     std::chrono::system_clock::time_point begin;
     std::string client;

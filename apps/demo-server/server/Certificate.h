@@ -14,12 +14,12 @@ class Certificate {
     /// address or host name); it is good for localhost, too. Throws std::runtime_error when OpenSSL fails.
     explicit Certificate(const std::string& address);
 
-    /// The one that is the first in a PEM file, with those behind it as its chain. The key is in a file of its own, or
-    /// in the same one if no name is given. Throws std::runtime_error, with the name of the file that is at fault.
+    /// The first certificate in a PEM file, with those after it as its chain. The key is in a file of its own, or in
+    /// the same one if no name is given. Throws std::runtime_error, with the name of the file that is at fault.
     static Certificate Read(const std::string& file, const std::string& keyFile);
 
     EVP_PKEY* Key() const { return key_.get(); }
-    /// The certificate, and behind it those that lead to its authority, as far as there are any.
+    /// The certificate, and after it those that lead to its authority, if any.
     const std::vector<X509Pointer>& WithChain() const { return certificates_; }
     /// Where it comes from, for messages.
     const std::string& Origin() const { return origin_; }

@@ -4,8 +4,7 @@
 
 namespace demo {
 
-/// Says whether there are connections for which there is no thread, to threads that look and to threads that wait in
-/// poll().
+/// Tells threads, including those that wait in poll(), whether there are connections for which there is no thread.
 class CrowdSignal {
   public:
     /// Throws std::system_error when there are no more file descriptors.

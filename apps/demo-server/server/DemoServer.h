@@ -18,7 +18,7 @@ struct DemoServerOptions {
     std::string address = "127.0.0.1";
     int httpPort = 5988;
     int httpsPort = 5989;
-    /// Who may come in; everybody if there are none.
+    /// Who may log in; everybody is served if there are none.
     Users users;
     /// Where each request is logged; null for nowhere. It must outlive the server.
     AccessLog* accessLog = nullptr;
@@ -26,7 +26,8 @@ struct DemoServerOptions {
     std::size_t volumes = 0;
     /// Classes, and instances of classes, beside the built-in ones of root/cimv2.
     std::vector<SchemaSource> schemas;
-    /// Classes and instances in other namespaces. One that is not there by itself comes to be with the base classes.
+    /// Classes and instances in other namespaces. A namespace that the server would not have otherwise is made, with
+    /// the base classes.
     SchemasByNamespace namespaces;
     /// The name of the Interop namespace.
     std::string interop = "interop";

@@ -136,7 +136,7 @@ void Exchange::Write(ResponseWriter::Whole answer) {
     writer_.Write(std::move(answer));
 }
 
-/// It does where the rest of the request is not worth reading.
+/// It ends where the rest of the request is not read.
 void Exchange::DecideWhetherConnectionEnds() {
     if (!reader_.KeepsConnection() || state_.stop.IsRaised()) {
         writer_.EndConnection();

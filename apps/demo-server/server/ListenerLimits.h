@@ -5,7 +5,7 @@
 
 namespace demo {
 
-/// What the clients of a listener may have of it, all together and each of them. Sizes are in bytes.
+/// What the clients of a listener may take of it, all together and each of them. Sizes are in bytes.
 struct ListenerLimits {
     // --- Connections ---
 
@@ -15,8 +15,8 @@ struct ListenerLimits {
     std::size_t waitingConnections = 512;
     /// How long a connection without a request is kept.
     std::chrono::milliseconds idle{30'000};
-    /// While others wait, an idle connection is closed at once, and one whose request has not even all its headers so
-    /// long after it was made; but each has been served for a moment.
+    /// While others wait, an idle connection is closed at once, and one whose first request does not have all its
+    /// headers this long after the connection was made; each has been served for a moment by then.
     std::chrono::milliseconds crowdedHead{5'000};
     std::chrono::milliseconds crowdedMoment{500};
 

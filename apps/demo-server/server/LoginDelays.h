@@ -9,7 +9,7 @@
 
 namespace demo {
 
-/// Makes those wait who guess passwords: from the third failure in a row on, the logins from an address come one after
+/// Slows down the guessing of passwords: from the third failure in a row on, the logins from an address come one after
 /// the other, with a pause before each that doubles with each failure up to a limit. Safe to use from several threads.
 class LoginDelays {
   public:

@@ -11,10 +11,10 @@
 
 namespace demo {
 
-/// Lets in the users of a listener, those slowly who guess passwords. Safe to use from several threads.
+/// Checks the logins at a listener, and slows down the guessing of passwords. Safe to use from several threads.
 class LoginGate {
   public:
-    /// Users and signal must outlive the gate. Without users everybody is let in. Not more than so many logins wait.
+    /// Users and signal must outlive the gate. Without users everybody is let in. At most `maxDelayed` logins wait.
     LoginGate(const Users& users, const StopSignal& stop, std::size_t maxDelayed);
 
     /// The name of the user that the value of a header Authorization lets in, empty for everybody. Throws Refusal when

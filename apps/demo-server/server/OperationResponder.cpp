@@ -51,8 +51,8 @@ void OperationResponder::Respond(const CimRequest& operation) {
     }
 }
 
-/// Answers with the whole of what cannot be begun again: it has its place before it begins, and limits its length
-/// itself.
+/// Sends the whole answer of an operation that cannot be executed again: it gets its place before it begins, and limits
+/// its length itself.
 void OperationResponder::RespondOnce(const CimRequest& operation) {
     if (!TakePlace(state_.limits.placeTimeout)) {
         throw Refusal::PutOff(http::status::service_unavailable, state_.limits.placeTimeout);
@@ -60,7 +60,7 @@ void OperationResponder::RespondOnce(const CimRequest& operation) {
     WriteWhole(*Answer(state_.service, operation));
 }
 
-/// Answers with the whole if it is not too long for that.
+/// Sends the answer as a whole, unless it is too long for that.
 void OperationResponder::RespondWhole(const CimRequest& operation) {
     const bool takesChunks = TakesChunks(head_);
     const auto timeout = takesChunks ? std::chrono::milliseconds(0) : state_.limits.placeTimeout;

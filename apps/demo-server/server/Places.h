@@ -18,13 +18,13 @@ class Places {
     /// A place that is taken; null for none.
     using Place = std::unique_ptr<Places, Leave>;
 
-    /// Not more than so many wait for a place.
+    /// At most `maxWaiting` threads wait for a place.
     Places(std::size_t count, std::size_t maxWaiting) : free_(count), maxWaiting_(maxWaiting) {}
 
     /// A place if there is one now.
     Place TryTake();
 
-    /// A place, for which this waits. None when none became free in time, too many wait already, or it is over.
+    /// Waits for a place. None when none became free in time, too many wait already, or Close() was called.
     Place Take(std::chrono::milliseconds timeout);
 
     /// From now on nobody waits.

@@ -16,10 +16,10 @@ std::string HeaderOf(const RequestHead& head, std::string_view name);
 /// The target without its query.
 std::string PathOf(const RequestHead& head);
 
-/// Whether the method is one that a server of HTTP knows, be it that this one has no use for it.
+/// Whether the method is one of HTTP's, even one that this server does not serve.
 bool IsKnownMethod(const RequestHead& head);
 
-/// Whether the body says to be XML.
+/// Whether the body is said to be XML.
 bool IsXml(const RequestHead& head);
 
 /// Whether the client waits to be told to send the body (RFC 9110, 10.1.1).

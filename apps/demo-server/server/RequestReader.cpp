@@ -24,7 +24,7 @@ constexpr std::size_t kPortion = std::size_t{16} * 1024;
 /// that it is not given less once it has seen the zero.
 constexpr std::size_t kShortestRest = 5;
 
-/// As it arrives.
+/// The length of a header as it arrives.
 std::size_t LengthOf(const http::fields::value_type& header) {
     constexpr std::size_t kSeparator = 2;
     return header.name_string().size() + kSeparator + header.value().size();
@@ -62,7 +62,7 @@ void RequestReader::CheckHead() const {
         throw Refusal(status::request_header_fields_too_large);
     }
     if (head.count(http::field::transfer_encoding) != 0 && !parser_.chunked()) {
-        throw Refusal(status::bad_request); // nobody knows where the body ends
+        throw Refusal(status::bad_request); // where the body ends cannot be known
     }
 }
 

@@ -5,7 +5,7 @@
 
 namespace demo {
 
-/// Says once and for all that it is time to stop, to threads that look and to threads that wait in poll().
+/// Tells threads, including those that wait in poll(), that it is time to stop. It cannot be taken back.
 class StopSignal {
   public:
     /// Throws std::system_error when there are no more file descriptors.

@@ -19,10 +19,10 @@ class UsersError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-/// Who may come in, by Basic authentication (RFC 7617). Safe to read from any thread.
+/// Who may log in, by Basic authentication (RFC 7617). Safe to read from any thread.
 class Users {
   public:
-    /// See HashLike(), which it is but for tests.
+    /// HashLike(), except in tests.
     using PasswordHash = std::function<std::string(const std::string& hash, const std::string& password)>;
 
     Users() : Users(HashLike) {}
@@ -48,7 +48,7 @@ class Users {
         bool isHash = false;
     };
 
-    /// What passwords of unknown users are compared with; they do not come in even with it.
+    /// What passwords of unknown users are compared with; they are refused even if it matches.
     static const Secret kNobody;
 
     bool Matches(const Secret& secret, const std::string& password) const;
@@ -56,7 +56,7 @@ class Users {
 
     PasswordHash hash_;
     std::map<std::string, Secret> users_;
-    /// That of some user; empty if nobody has one.
+    /// The hash of some user; empty if there is none.
     std::string anyHash_;
 };
 

@@ -101,7 +101,7 @@ void ErrorLocation::noteObject() {
     }
 }
 
-/// The path is read apart: one that is not a good one is nevertheless looked into.
+/// The path is read separately: where it is not valid, its elements are looked at all the same.
 void ErrorLocation::notePath() {
     try {
         XmlReader apart(tags_, nullptr, text_.substr(reader_.tagPosition()));

@@ -12,13 +12,13 @@
 
 namespace Pegasus::cimxml {
 
-/// Which object and which element of it is at a place of an answer. It reads the text up to there a second time, so
-/// that decoding itself does not keep account; nobody needs it as long as an answer is a good one. It is large: not for
+/// Finds which object, and which element of it, is at a position of an answer. It reads the text up to there a second
+/// time, so that decoding itself need not keep track; only an answer with a fault needs it. It is large: keep it off
 /// the stack.
 class ErrorLocation {
   public:
-    /// The text begins with an object or with what is around objects, within the element `parent` of the answer. It
-    /// must outlive this.
+    /// The text begins with an object or with what is around objects, within the element `parent` of the answer. The
+    /// text must outlive this.
     explicit ErrorLocation(std::string_view text, std::string_view parent = {});
 
     /// Goes on to the element that is at a position; the last one before it where there is none, or where the text
@@ -36,7 +36,7 @@ class ErrorLocation {
   private:
     struct Step {
         std::string_view element;
-        std::string label; // empty where the element is not worth naming
+        std::string label; // empty for an element that messages do not name
         bool isProperty = false;
     };
 

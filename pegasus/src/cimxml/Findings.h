@@ -15,7 +15,7 @@ class Findings {
             all_.first.append(finding);
         }
     }
-    /// Counts some that nobody has in full.
+    /// Counts findings that are not kept in full.
     void addMore(LenientFinding::Kind kind, Uint64 count) {
         all_.total += count;
         all_.counts[kind] += count;

@@ -9,12 +9,12 @@
 
 namespace Pegasus::cimxml {
 
-/// Gives out one shared CIMName for the same text. The instances of a class all have the same property names, which are
-/// checked and stored once so. It keeps one name for each hash, the last one: of two names with one hash neither stays
-/// shared, and each is right.
+/// Gives out one shared CIMName for equal texts: the instances of a class all have the same property names, which are
+/// then checked and stored once. It keeps one name for each hash, the latest: two names with one hash are each returned
+/// correctly, but not shared.
 class NameCache {
   public:
-    /// White space around the name does not count. Throws DecodingError for an illegal one.
+    /// White space around the name does not count. Throws DecodingError for an illegal name.
     CIMName get(std::string_view text);
 
   private:

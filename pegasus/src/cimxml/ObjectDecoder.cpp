@@ -131,7 +131,7 @@ CIMType typeOf(Form form, const Attributes& attributes) {
     return form == Form::Scalar || form == Form::Array ? typeOf(attributes) : CIMTYPE_REFERENCE;
 }
 
-/// Whether a VALUE without text is null: it says nothing that values of the type could say.
+/// Whether a VALUE without text counts as null, since servers send nulls of the type so.
 template <class T>
 constexpr bool isNullWhereEmpty = std::is_same_v<T, Boolean> || std::is_same_v<T, CIMDateTime>;
 
@@ -156,7 +156,8 @@ CIMInstance without(const std::vector<Uint32>& indices, const CIMInstance& insta
     return rest;
 }
 
-/// The type that qualifiers give to a property of texts: servers send the definitions of classes so.
+/// The type that qualifiers give to a string property: class definitions from servers have embedded objects in this
+/// form.
 std::optional<CIMType> embeddedType(const CIMProperty& property) {
     const Uint32 object = property.findQualifier("EmbeddedObject");
     if (object != PEG_NOT_FOUND && property.getQualifier(object).getValue() == CIMValue(true)) {
@@ -172,7 +173,7 @@ std::optional<CIMType> embeddedType(const CIMProperty& property) {
     return namesClass ? std::optional<CIMType>(CIMTYPE_INSTANCE) : std::nullopt;
 }
 
-/// Sees to it that an embedded object, or the end behind it, comes next.
+/// Checks that an embedded object, or the end after it, comes next.
 void expect(XmlReader::Ahead expected, XmlReader& reader) {
     const XmlReader::Ahead ahead = reader.ahead();
     if (ahead == expected) {
@@ -184,7 +185,7 @@ void expect(XmlReader::Ahead expected, XmlReader& reader) {
     throwIncomplete({"an embedded object is not one element"});
 }
 
-/// Says where in an embedded object an error is. For the object around it, it is one of a value.
+/// Adds where in an embedded object an error is. For the object around it, the error is one of a value.
 void describeEmbedded(DecodingError& error, std::string_view text, const XmlReader& reader) {
     const bool isAtTag = error.kind == DecodingError::Kind::Content;
     const auto place = std::make_unique<ErrorLocation>(text.substr(0, reader.position()));
@@ -436,7 +437,7 @@ bool ObjectDecoder::addProperty(Owner& owner, PropertyNames* names, XmlReader& r
     return true;
 }
 
-/// What becomes of a property that the object has already.
+/// Refuses a property that the object has already, or notes it.
 void ObjectDecoder::takeDoubled(const CIMName& name, Uint32 earlier, PropertyNames& names, const XmlReader& reader) {
     const std::string reason = "the property " + std::string(name.getString().view()) + " comes twice";
     if (!lenient_) {
@@ -446,7 +447,7 @@ void ObjectDecoder::takeDoubled(const CIMName& name, Uint32 earlier, PropertyNam
     findings_.add({LenientFinding::DOUBLED_PROPERTY, std::string(), reason, reader.tagPosition(), std::string()});
 }
 
-/// A property of texts whose qualifiers say that the texts are objects, as one of objects.
+/// A string property whose qualifiers say that it holds embedded objects, as one of objects.
 CIMProperty ObjectDecoder::withEmbedding(CIMProperty& property, XmlReader& reader) {
     const auto type = embeddedType(property);
     if (!type) {
@@ -559,8 +560,8 @@ CIMValue ObjectDecoder::decodeValue(CIMType type, bool isArray, XmlReader& reade
     }
 }
 
-/// In a lenient reading, leaves the element that is no value, and takes note of it. Else, and where its XML is not in
-/// order, the error that is being handled is thrown on.
+/// When reading leniently, leaves the element of the invalid value and notes a finding. Otherwise, and where its XML is
+/// not well-formed, rethrows the error that is being handled.
 void ObjectDecoder::goOnBehind(const DecodingError& error, const Depth& outside, XmlReader& reader) {
     const bool isValue = error.kind == DecodingError::Kind::Content || error.kind == DecodingError::Kind::Incomplete;
     if (!lenient_ || !isValue) {

@@ -33,23 +33,22 @@ using xml::XmlReader;
 /// DecodingError, and EndOfText.
 ///
 /// It caches what objects have in common, so the more alike they are, the faster it is. It may serve one answer after
-/// the other, also when one of them ended in an exception.
+/// another, even after one that ended in an exception.
 class ObjectDecoder {
   public:
     /// Where the readers keep start tags.
     xml::TagCache& tags() noexcept { return tags_; }
-    /// Clears the caches that are full. Before anything of an answer is read. The checkpoint, if
-    /// there is one, is passed while embedded objects are read; it must live as long as the answer is decoded. In a
-    /// lenient reading, a value that is not a good one is null, and the last of an instance's two properties of one
-    /// name counts.
+    /// Clears the caches that are full. To be called before anything of an answer is read. The checkpoint, if there is
+    /// one, is passed while embedded objects are read; it must live as long as the answer is decoded. With `lenient`, a
+    /// value that is not valid is null, and the last of two properties of an instance with one name counts.
     void startAnswer(const Checkpoint* checkpoint, bool lenient) noexcept;
-    /// Whether a property of texts becomes one of objects where only its qualifiers say that the texts are objects.
+    /// Whether a string property becomes one of embedded objects where only its qualifiers say that it holds them.
     void setQualifiedEmbedding(bool isOn) noexcept { qualifiedEmbedding_ = isOn; }
-    /// Whether an object may have two properties of one name outside a lenient reading. It then has both.
+    /// Whether an object may have two properties with one name unless it is read leniently. It then has both.
     void setDoubledProperties(bool areRead) noexcept { doubledProperties_ = areRead; }
-    /// Before each object, also before one that is read again from its beginning.
+    /// To be called before each object, also before one that is read again from its beginning.
     void startObject() noexcept { findings_.clear(); }
-    /// What was lenient about the object.
+    /// The findings in the object.
     const ObjectFindings& findings() const noexcept { return findings_; }
 
     /// CLASS.
@@ -69,7 +68,7 @@ class ObjectDecoder {
     CIMName decodeClassName(XmlReader& reader);
     /// QUALIFIER.DECLARATION.
     CIMQualifierDecl decodeQualifierDecl(XmlReader& reader);
-    /// VALUE or VALUE.ARRAY, whose type nothing says, as texts; VALUE.REFERENCE or VALUE.REFARRAY.
+    /// VALUE or VALUE.ARRAY, as texts, since their type is not stated; VALUE.REFERENCE or VALUE.REFARRAY.
     CIMValue decodeUntypedValue(XmlReader& reader);
 
   private:

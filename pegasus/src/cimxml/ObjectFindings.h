@@ -24,13 +24,13 @@ class ObjectFindings {
 
     std::size_t count() const noexcept { return count_; }
     const std::vector<Finding>& first() const noexcept { return first_; }
-    /// How many of a kind are not among these.
+    /// How many findings of a kind are not among the first ones.
     std::size_t countOfOthers(LenientFinding::Kind kind) const noexcept { return others_[kind]; }
 
     void add(Finding finding);
-    /// Says that the findings from number `since` on are about a part of `element`.
+    /// Sets the element of the findings from number `since` on: a part of `element`.
     void within(std::size_t since, std::string_view element);
-    /// Says where they are: they were found in another text.
+    /// Sets the position of the findings from number `since` on, which were found in another text.
     void moveTo(std::size_t since, std::size_t position);
     void clear() noexcept {
         if (count_ != 0) {

@@ -19,8 +19,8 @@ using xml::trimmed;
 
 namespace {
 
-/// The kind of key that KEYVALUE holds: what VALUETYPE says, else what the CIM type in TYPE says, else a text. Empty
-/// ones say nothing.
+/// The kind of key that KEYVALUE holds: by VALUETYPE, else by the CIM type in TYPE, else a text. Empty attributes do
+/// not count.
 CIMKeyBinding::Type keyTypeOf(const Attributes& attributes) {
     if (const auto valueType = trimmed(attributes.find("VALUETYPE").value_or("")); !valueType.empty()) {
         if (valueType == "string") {
@@ -65,7 +65,7 @@ std::size_t textSizeOf(const CIMObjectPath& path) {
     return size;
 }
 
-/// Is deeper in references as long as it lives, also where the text of an answer ends meanwhile.
+/// Counts a level of references while it exists, also when an exception ends the decoding.
 class Nesting {
   public:
     explicit Nesting(std::size_t& depth) : depth_(depth) {
@@ -241,7 +241,7 @@ CIMKeyBinding PathDecoder::decodeKeyReference(const CIMName& name, XmlReader& re
     return CIMKeyBinding(name, path.toString(), CIMKeyBinding::REFERENCE);
 }
 
-/// What is said to be a number or a boolean, and is none, is kept as a text: nothing of the path is lost.
+/// A value that is stated to be a number or a boolean, and is none, is kept as a text: nothing of the path is lost.
 CIMKeyBinding PathDecoder::decodeKeyValue(const CIMName& name, XmlReader& reader) {
     const CIMKeyBinding::Type type = keyTypeOf(reader.attributes());
     const std::string_view text = reader.text();

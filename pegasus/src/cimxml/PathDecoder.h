@@ -11,8 +11,8 @@ namespace Pegasus::cimxml {
 
 using xml::XmlReader;
 
-/// Decodes the elements that say where an object is (DSP0201, 5.2.2 and 5.2.3). Each operation decodes the element that
-/// the reader has entered, and leaves it. They throw DecodingError, and EndOfText.
+/// Decodes the elements for object paths (DSP0201, 5.2.2 and 5.2.3). Each operation decodes the element that the reader
+/// has entered, and leaves it. They throw DecodingError, and EndOfText.
 class PathDecoder {
   public:
     explicit PathDecoder(NameCache& names) : names_(names) {}

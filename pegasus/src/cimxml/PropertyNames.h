@@ -12,8 +12,8 @@
 
 namespace Pegasus::cimxml {
 
-/// The names of an object's properties while it is decoded, to find one that comes twice. Costs next to nothing as long
-/// as the hashes of the names differ; what it does then does not depend on how many properties there are.
+/// The names of an object's properties while it is decoded, to find one that comes twice. As long as the hashes of the
+/// names differ, it costs next to nothing, whatever the number of properties.
 class PropertyNames {
   public:
     /// Equal for names that differ in the case of the letters A to Z only.
@@ -31,13 +31,13 @@ class PropertyNames {
 
     /// Says that the property at an index no longer counts.
     void replace(Uint32 index) { replaced_.push_back(index); }
-    /// Those that do not, in no order.
+    /// The indexes of properties that no longer count, in no order.
     const std::vector<Uint32>& replaced() const noexcept { return replaced_; }
 
   private:
     static constexpr Uint32 kFew = 64;
 
-    /// Whether no name before had such a hash.
+    /// Whether no earlier name had this hash.
     bool takeHash(std::size_t hash) noexcept {
         std::uint64_t& word = hashes_[hash / 64 % hashes_.size()];
         const std::uint64_t bit = std::uint64_t{1} << hash % 64;

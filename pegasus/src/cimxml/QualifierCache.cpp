@@ -7,21 +7,17 @@
 
 namespace Pegasus::cimxml {
 
-namespace {
-
-std::size_t hashOf(std::string_view text) noexcept { return std::hash<std::string_view>()(text); }
-
-} // namespace
+std::size_t QualifierCache::defaultHash(std::string_view text) noexcept { return std::hash<std::string_view>()(text); }
 
 const QualifierCache::Entry* QualifierCache::find(std::string_view text) const {
-    const auto found = all_.find(hashOf(text));
+    const auto found = all_.find(hash_(text));
     return found != all_.end() && found->second.text == text ? &found->second : nullptr;
 }
 
 void QualifierCache::add(Entry entry) {
     const std::size_t size = entry.text.size();
     full_ = full_ || size > kMaxCachedQualifierBytes - bytes_;
-    if (!full_ && all_.emplace(hashOf(entry.text), std::move(entry)).second) {
+    if (!full_ && all_.emplace(hash_(entry.text), std::move(entry)).second) {
         bytes_ += size;
     }
 }

@@ -191,7 +191,7 @@ class ResponseDecoder::Impl {
     std::string_view parent() const { return level_ == 0 ? std::string_view() : kEnvelope[level_ - 1]; }
 
     /// Reads all that is complete. What is not has to be read again from its beginning, so that is put off until there
-    /// is twice as much of it: however small the pieces are in which an object arrives, it is read but a few times.
+    /// is twice as much of it: however small the pieces are in which an object arrives, it is read only a few times.
     void readOn() {
         enough_ = 0;
         try {
@@ -250,7 +250,7 @@ class ResponseDecoder::Impl {
 
     bool isBehindDocument() const { return level_ == 0 && nextLevel_ != 0; }
 
-    /// Takes what stands for null characters in a text that is repaired, behind the document and at a position.
+    /// Takes the replacements of null characters in a repaired text, after the document, from a position on.
     bool takesNullsAt(std::size_t position) {
         if (!isBehindDocument() || !InputText::isReplaced(input_.unread().substr(position))) {
             return false;
@@ -276,7 +276,7 @@ class ResponseDecoder::Impl {
         frameBytes_ += length;
     }
 
-    /// Sees to it that what belongs to no object stays short, from one object to the next.
+    /// Limits what belongs to no object, from one object to the next.
     void checkFrame(std::size_t length) const {
         if (frameBytes_ + length > limits_.frameBytes) {
             throwPastLimit({"more than ", std::to_string(limits_.frameBytes), " bytes in a row belong to no object"});
@@ -311,7 +311,7 @@ class ResponseDecoder::Impl {
         if (isEnvelope(reader_.name())) {
             enterEnvelope();
         } else if (reader_.name() == "CORRELATOR") {
-            reader_.skip(); // for whoever relates messages to each other
+            reader_.skip(); // for programs that relate messages to each other
         } else if (level_ == kInReturnValue) {
             deliver(reader_.name());
         } else if (reader_.name() == "ERROR") {
@@ -416,8 +416,8 @@ class ResponseDecoder::Impl {
         }
     }
 
-    /// Hands out what was lenient about the object that was decoded last. Before the sink has it, which may want no
-    /// more.
+    /// Passes on the findings in the object that was decoded last. This comes before the sink gets it, since that may
+    /// end the decoding.
     void reportFindings(const CIMName& className = CIMName(), const CIMObjectPath& path = CIMObjectPath()) {
         if (objects_->findings().count() != 0) {
             addFindings(className, path);
@@ -444,8 +444,9 @@ class ResponseDecoder::Impl {
         return String(text::beginningOf(text, kLongest));
     }
 
-    /// Hands out which elements held bytes that had to be repaired, in what has just been read, in which an object
-    /// begins at a position; not what stands behind the document. However the answer was cut, the same is told.
+    /// Passes on which elements held bytes that had to be repaired, in the text that has just been read, in which an
+    /// object begins at `object`. Text after the document does not count. The findings do not depend on how the answer
+    /// was cut.
     void reportRepairs(std::size_t object) {
         hasReported_ = true;
         const auto& repairs = input_.repairs();
@@ -480,13 +481,13 @@ class ResponseDecoder::Impl {
         }
     }
 
-    /// A little of a text before a place, and behind it.
+    /// A little of a text before and after a position.
     static std::string_view excerptAround(std::size_t at, std::string_view text) {
         const std::string_view before = text::beginningOf(text, at - std::min(at, kLongestExcerpt / 2));
         return text::beginningOf(text.substr(before.size()), kLongestExcerpt);
     }
 
-    /// A little of the tag or comment in which a place is, before the place and behind it.
+    /// A little of the tag or comment that a position is in, before and after the position.
     static std::string_view markupAround(std::size_t at, std::string_view text) {
         const std::size_t begin = std::min(text.rfind('<', at), at);
         const std::size_t end = std::min(text.find('>', at), text.size() - 1) + 1;

@@ -12,7 +12,7 @@
 
 namespace Pegasus::cimxml {
 
-/// Whoever has an answer decoded may derive from it, to end that early.
+/// To be derived from by a caller that may end the decoding early.
 using xml::Checkpoint;
 
 class Findings;
@@ -29,10 +29,10 @@ class ObjectDecoder;
 /// what the sink and the checkpoint throw passes through. After an exception the decoder is of no further use.
 class ResponseDecoder {
   public:
-    /// `messageId` and `method` are those of the request. The sink must outlive the decoder. What decodes the objects
-    /// may have done so for other answers, and is faster then; it serves one answer at a time. The checkpoint, if there
-    /// is one, must outlive the decoder, too, and so must the findings: with them the answer is read leniently (see
-    /// CIMClient::setLenient), and they get what it takes.
+    /// `messageId` and `method` are those of the request. The sink must outlive the decoder. `objects` may have decoded
+    /// other answers, which makes it faster; it serves one answer at a time. The checkpoint, if there is one, must
+    /// outlive the decoder, too, and so must the findings: with them the answer is read leniently (see
+    /// CIMClient::setLenient), and they receive what was found.
     ResponseDecoder(std::string messageId, std::string method, ReturnValueSink& sink,
                     std::shared_ptr<ObjectDecoder> objects = nullptr, const ClientLimits& limits = {},
                     const Checkpoint* checkpoint = nullptr, Findings* findings = nullptr);
@@ -41,9 +41,9 @@ class ResponseDecoder {
     /// Takes the next bytes of the body, cut anywhere.
     void feed(std::string_view chunk);
 
-    /// Says that the body is complete. Throws CIMClientXmlException when the document is not, CIMException when it
-    /// holds the server's error instead of a return value. An answer with neither is accepted: the server's status may
-    /// stand elsewhere.
+    /// Ends the decoding: the body is complete. Throws CIMClientXmlException when the document is not, CIMException
+    /// when it holds the server's error instead of a return value. An answer with neither is accepted: the server's
+    /// status may come in the HTTP trailers.
     void finish();
 
     /// How many bytes have been fed.

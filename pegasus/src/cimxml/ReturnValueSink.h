@@ -19,7 +19,7 @@ class ReturnValueSink {
   public:
     virtual ~ReturnValueSink() = default;
 
-    /// Throws the CIMClientResponseException for an object that the operation does not return, of such a kind.
+    /// Throws the CIMClientResponseException for an object of a kind that the operation does not return.
     [[noreturn]] static void throwUnexpected(std::string_view kind);
 
     virtual void onClass(const CIMClass& cimClass);
@@ -31,20 +31,20 @@ class ReturnValueSink {
     virtual void onObject(const CIMObject& object);
     virtual void onClassName(const CIMName& name);
     virtual void onInstanceName(const CIMObjectPath& name);
-    /// Where a class or an instance is.
+    /// The path of a class or an instance.
     virtual void onObjectPath(const CIMObjectPath& path);
     virtual void onQualifierDecl(const CIMQualifierDecl& declaration);
     /// A value without a type: a text, an array of texts, or references. Only where takesValues() says so.
     virtual void onValue(const CIMValue& value);
     virtual bool takesValues() const { return false; }
-    /// Where an instance is, of operations that promise nothing else.
+    /// The path of an instance, of operations that return nothing else.
     virtual void onInstancePath(const CIMObjectPath& path);
-    /// A value that is no array, as it stands there.
+    /// A scalar value, as its text in the answer.
     virtual void onValueText(const String& text);
 
-    /// An output parameter with a value that is no array, as it stands there; one that is null is not handed over.
+    /// An output parameter with a scalar value, as its text in the answer; one that is null is not handed over.
     virtual void onOutputText(const String& /*name*/, const String& /*text*/) {}
-    /// One that is a class.
+    /// An output parameter that is a class.
     virtual void onOutputClass(const String& /*name*/, const CIMClass& /*cimClass*/) {}
 };
 

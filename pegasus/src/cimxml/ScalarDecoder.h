@@ -12,9 +12,9 @@
 namespace Pegasus::cimxml {
 
 /// The value that the text of a VALUE element stands for (DSP0201, 5.2.3.2): booleans in either case; integers in base
-/// 10, or 16 behind "0x"; reals as C writes them, infinite where they are too large for the type; a char16 is one
-/// character. White space around all but texts and characters is ignored. Throws DecodingError for a text that is none,
-/// and for an integer out of range.
+/// 10, or 16 after "0x"; reals as C writes them, infinite where they are too large for the type; a char16 is one
+/// character. White space around all but texts and characters is ignored. Throws DecodingError for any other text, and
+/// for an integer out of range.
 template <class T>
 T decodeScalar(std::string_view text);
 

@@ -13,7 +13,7 @@
 
 namespace Pegasus::client {
 
-/// A CIM operation as an HTTP request: its extension headers stand for what is in the body (DSP0200, CIM extension
+/// A CIM operation as an HTTP request: its extension headers repeat what the body says (DSP0200, CIM extension
 /// headers). The languages are those that the texts in the answer should be in.
 http::HttpRequest makeCimRequest(std::string_view method, std::string_view nameSpace, std::string body,
                                  const AcceptLanguageList& languages = AcceptLanguageList());
@@ -26,9 +26,9 @@ void checkCimAnswer(const http::HttpHead& head, const http::Endpoint& endpoint);
 /// error only there. Throws CIMClientMalformedHTTPException for a status that is not a number.
 void checkCimTrailers(const http::HttpFields& trailers, const http::Endpoint& endpoint);
 
-/// What the fields of an answer say of it beside its status.
+/// What the fields of an answer tell of it apart from its status.
 struct AnswerRemarks {
-    std::optional<Uint64> serverMicroseconds; ///< how long it took, as it says
+    std::optional<Uint64> serverMicroseconds; ///< the processing time that the server states
     ContentLanguageList languages;
 };
 

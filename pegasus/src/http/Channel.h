@@ -19,15 +19,16 @@ struct ConnectionLost {
 };
 
 /// An open connection that carries bytes both ways, plain or encrypted. Each operation runs on the calling thread and
-/// waits until it is done or the deadline passes; after an exception the channel is useless. With TLS both may throw
-/// SSLException, too: a server may refuse the client's certificate after the handshake.
+/// waits until it is done or the deadline passes; after an exception the channel cannot be used any further. With TLS,
+/// write() and readSome() may throw SSLException, too: a server may refuse the client's certificate after the
+/// handshake.
 ///
 /// Its destruction closes this process's end of it and says nothing to the peer: in a child process it leaves the
 /// connection of the parent as it was.
 class Channel {
   public:
     /// Resolves the endpoint, connects to the first of its addresses that accepts and, given `tls`, shakes hands. Each
-    /// of these is a step; every address is one of its own. Throws InvalidLocatorException, CannotConnectException,
+    /// of these is a step; so is each address that is tried. Throws InvalidLocatorException, CannotConnectException,
     /// SSLException or ConnectionTimeoutException.
     static std::unique_ptr<Channel> open(const Endpoint& endpoint, const SSLContext* tls, const ConnectTime& time);
 
@@ -40,10 +41,10 @@ class Channel {
     /// Throws ConnectionLost or ConnectionTimeoutException.
     virtual std::size_t readSome(char* buffer, std::size_t size, const Deadline& deadline) = 0;
 
-    /// Whether the peer has ended its side of the connection, perhaps behind bytes that are not read yet.
+    /// Whether the peer has ended its side of the connection, perhaps after bytes that are not read yet.
     virtual bool isClosedByPeer() = 0;
 
-    /// Whether there is anything to read, be it the end of the stream.
+    /// Whether there is anything to read, even if only the end of the stream.
     virtual bool hasInput() = 0;
 };
 

@@ -10,7 +10,7 @@ namespace Pegasus::http {
 
 /// How long it may take to connect: each step has a limit of its own, and all of them end with the operation.
 struct ConnectTime {
-    // A deadline alone goes with the usual limit of the steps.
+    // With a deadline alone, the steps have their default limit.
     ConnectTime(const Deadline& wholeOperation,
                 std::chrono::milliseconds eachStep = std::chrono::milliseconds(ClientLimits::kConnectMilliseconds))
         : operation(wholeOperation), step(eachStep) {}

@@ -12,8 +12,8 @@ namespace Pegasus::http {
 
 namespace {
 
-/// Whatever fails first where a process has no descriptor left, be it the name service, a library or a trust store,
-/// knows another reason for it.
+/// Where a process has no descriptor left, whatever fails first (the name service, a library, a trust store) gives
+/// another reason.
 void blameShortage(const Endpoint& endpoint) {
     if (const std::string shortage = Descriptor::shortage(); !shortage.empty()) {
         throw CannotConnectException(String("cannot connect to " + endpoint.text() + ": " + shortage));

@@ -11,16 +11,16 @@ namespace {
 
 ExchangeObserver::Time now() { return std::chrono::system_clock::now(); }
 
-/// Takes the rest of a body that nobody but the observer wants to have.
+/// Takes the rest of a body, which only the observer is to see.
 class Rest {
   public:
     explicit Rest(const Deadline& deadline) : deadline_(deadline) {}
 
-    /// When it must be here, which changes as soon as it begins.
+    /// When the body must have arrived; begin() sets an earlier time for the rest.
     const Deadline& deadline() const { return deadline_; }
     const std::exception_ptr& failure() const { return failure_; }
 
-    /// Within the handler of what the sink has thrown.
+    /// To be called while the exception of the sink is handled.
     void begin() {
         failure_ = std::current_exception();
         deadline_ = deadline_.ofStep(std::chrono::milliseconds(ExchangeObserver::kRestMilliseconds));
@@ -77,7 +77,7 @@ void ExchangeReport::readBody(ResponseReader& reader, const BodySink& sink, cons
     observer->onAnswerEnd(withoutCredentials(reader.trailers().lines()), now());
 }
 
-/// Of a body that the sink finds fault with, the rest is told, too; not when the sink ends the operation for another
+/// When the sink rejects a body, the rest of it is reported, too; not when the sink ends the operation for another
 /// reason.
 void ExchangeReport::readWholeBody(ResponseReader& reader, const BodySink& sink, const Deadline& deadline) const {
     const auto observer = observer_; // another may take its place meanwhile

@@ -21,7 +21,7 @@ class ExchangeReport {
 
     bool isObserved() const { return observer_ != nullptr; }
 
-    /// Sees to it that a reader keeps what is to be told of its answers.
+    /// Has a reader keep what is to be reported of its answers.
     void prepare(ResponseReader& reader) const;
 
     void connecting(const Endpoint& endpoint, bool encrypted) const;
@@ -29,10 +29,10 @@ class ExchangeReport {
     void request(std::string_view bytes, std::size_t bodySize) const;
     void answerHead(const ResponseReader& reader) const;
 
-    /// Has the body read and told, also that part of it which the sink refuses to see.
+    /// Reads and reports the body, including the rest of one that the sink rejects.
     void readBody(ResponseReader& reader, const BodySink& sink, const Deadline& deadline) const;
 
-    /// Does a step; when it fails, that is told.
+    /// Runs a step; when it fails, that is reported.
     template <typename Step>
     decltype(auto) during(Step step) const {
         try {

@@ -5,9 +5,9 @@
 
 namespace Pegasus::http {
 
-// Make a head of an answer one that the parser takes, where it means nothing else.
+// Changes to the head of an answer that make the parser accept it, where its meaning is clear.
 
-/// Whether the text begins with a status that lacks the blank behind it (RFC 9112, 4); the blank belongs at
+/// Whether the text begins with a status that lacks the blank after it (RFC 9112, 4); the blank belongs at
 /// kStatusLength.
 bool lacksBlankBehindStatus(std::string_view text);
 constexpr std::size_t kStatusLength = 12;

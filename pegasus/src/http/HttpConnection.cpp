@@ -108,7 +108,7 @@ const HttpHead& HttpConnection::receiveHead(const std::string& bytes, const Dead
         hasAnswered_ = true;
         return head;
     } catch (...) {
-        report_.answerHead(*reader_); // what has come of it
+        report_.answerHead(*reader_); // what has arrived of it
         throw;
     }
 }

@@ -41,10 +41,10 @@ class HttpConnection {
 
     const Endpoint& endpoint() const { return dialer_.endpoint(); }
 
-    /// What the next exchanges are held to: how long each step of connecting takes, how many interim answers come.
+    /// Sets the limits of the next exchanges: the time for each step of connecting, and the number of interim answers.
     void setLimits(const ClientLimits& limits) { limits_ = limits; }
 
-    /// Who sees all exchanges from the next one on; null for nobody.
+    /// Sets the observer of all exchanges from the next one on; null for none.
     void setObserver(std::shared_ptr<ExchangeObserver> observer);
     bool isObserved() const { return report_.isObserved(); }
 

@@ -23,7 +23,7 @@ namespace {
 
 constexpr Uint32 kHighestPort = 65535;
 
-/// What the system's modules for names may need, which are free to keep answers of 64 KiB on the stack, several times.
+/// Enough for the system's name service modules, which may keep several answers of 64 KiB on the stack.
 constexpr std::size_t kStackBytes = std::size_t{512} << 10U;
 
 struct AddressInfoFree {

@@ -37,8 +37,8 @@ class Parser final : public beast::http::basic_parser<false> {
   public:
     Parser() {
         header_limit(kMaxHeaderBytes);
-        // Whoever takes the body limits what is kept. (No limit at all would be boost::none, which Beast 1.74 takes
-        // for zero where there is a Content-Length.)
+        // The sink of the body limits what is kept. (No limit at all would be boost::none, which Beast 1.74 takes for
+        // zero where there is a Content-Length.)
         body_limit(std::numeric_limits<std::uint64_t>::max());
     }
 
@@ -114,7 +114,7 @@ class ResponseReader::Impl {
     }
 
     const Parser& parser() const { return *parser_; }
-    /// One whose length was said in two ways may have been understood in the other way by a proxy.
+    /// Where an answer states its length in two ways, a proxy may have understood the other one.
     bool keepsConnection() const { return parser_->keep_alive() && !ignoresItsLength_; }
     bool hasSurplus() const { return begin_ != end_; }
 
@@ -180,7 +180,7 @@ class ResponseReader::Impl {
     std::string_view input() const { return {&buffer_[begin_], end_ - begin_}; }
 
     /// How much of a head the parser gets now: its first line as it comes, so that what is no HTTP is noticed at once,
-    /// and all of the fields together, once they are such as it takes.
+    /// and all of the fields together, once the parser accepts them.
     std::size_t readyHead() {
         if (lacksBlankBehindStatus(input()) && end_ != kBufferBytes) {
             char* const blank = &buffer_[begin_ + kStatusLength];

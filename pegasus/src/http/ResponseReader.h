@@ -15,7 +15,7 @@
 
 namespace Pegasus::http {
 
-/// The most that one header block, one trailer block or the line before a chunk may hold.
+/// The most bytes that one header block, one trailer block or the line before a chunk may have.
 constexpr std::size_t kMaxHeaderBytes = 65536;
 
 /// Takes the body of an answer, cut anywhere.
@@ -32,26 +32,27 @@ class ResponseReader {
     ResponseReader(Channel& channel, const Endpoint& endpoint);
     ~ResponseReader();
 
-    /// Begins the next answer. Skips interim ones (1xx), up to so many. Throws ConnectionLost when the connection ends
-    /// before the first byte of an answer.
+    /// Begins the next answer. Skips interim ones (1xx), up to `interimAnswers`. Throws ConnectionLost when the
+    /// connection ends before the first byte of an answer.
     const HttpHead& readHead(const Deadline& deadline, Uint32 interimAnswers = ClientLimits::kInterimAnswers);
 
     /// From the next answer on, the bytes of heads are kept.
     void keepHeads();
-    /// The bytes of the head that was read last, interim answers before it; after a failure, of what had come of it.
+    /// The bytes of the head that was read last, after those of interim answers; after a failure, the bytes that had
+    /// arrived.
     std::string headBytes() const;
 
-    /// Hands the body to the sink as it arrives, then reads the trailers. What the sink throws passes through.
-    /// After the head, once.
+    /// Hands the body to the sink as it arrives, then reads the trailers. What the sink throws passes through. To be
+    /// called once, after the head was read.
     void readBody(const BodySink& sink, const Deadline& deadline);
 
-    /// The fields behind a chunked body. After the body.
+    /// The fields after a chunked body. To be called after the body was read.
     const HttpFields& trailers() const;
 
-    /// Whether the peer leaves the connection open for another request. After the head.
+    /// Whether the peer leaves the connection open for another request. To be called after the head was read.
     bool keepsConnection() const;
 
-    /// Whether the peer sent more than its answer. After the body.
+    /// Whether the peer sent more than its answer. To be called after the body was read.
     bool hasSurplus() const;
 
   private:

@@ -41,7 +41,7 @@ TcpChannel::Progress TcpChannel::receiveSome(char* buffer, std::size_t size) {
     return progress(::recv(socket_.number(), buffer, size, 0), POLLIN);
 }
 
-/// Of a system call's result, and the event without which it cannot go on.
+/// The progress that a system call has made, by its result; `event` is what it waits for where it made none.
 TcpChannel::Progress TcpChannel::progress(ssize_t result, short event) {
     if (result >= 0) {
         return {static_cast<std::size_t>(result), 0};
@@ -52,15 +52,15 @@ TcpChannel::Progress TcpChannel::progress(ssize_t result, short event) {
     return {0, event};
 }
 
-/// Those of the wanted events, and of the error events, that are there now.
+/// The wanted events and the error events that have occurred.
 short TcpChannel::eventsNow(short wanted) const {
     pollfd state{socket_.number(), wanted, 0};
     ::poll(&state, 1, 0);
     return state.revents;
 }
 
-/// A peer that has ended its side, and takes nothing more, has said all that it will: there is no use in waiting until
-/// it does.
+/// A peer that has ended its side and accepts nothing more will not send anything either: there is no use in waiting
+/// for it.
 void TcpChannel::waitForEvent(short event, const Deadline& deadline) const {
     pollfd state{socket_.number(), static_cast<short>(event | POLLRDHUP), 0};
     if (const int error = pollUntil(&state, 1, deadline.end()); error != 0) {

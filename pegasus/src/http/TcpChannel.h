@@ -28,9 +28,9 @@ class TcpChannel : public Channel {
     bool hasInput() override;
 
   protected:
-    /// What an attempt to move bytes has come to.
+    /// The outcome of an attempt to send or receive bytes.
     struct Progress {
-        std::size_t bytes; ///< so many are moved
+        std::size_t bytes; ///< how many were sent or received
         short awaited;     ///< or, where it has to be tried again, the event of poll() to wait for; else 0
     };
 

@@ -23,8 +23,8 @@ class TlsClient {
     virtual std::unique_ptr<Channel> open(const ConnectTime& time) = 0;
 };
 
-/// Makes connections that are encrypted. It is a library of its own, so that whoever speaks plain HTTP does not load
-/// OpenSSL, which takes longer than everything else in this client together.
+/// Makes connections that are encrypted. It is a library of its own, so that a process that uses plain HTTP only does
+/// not load OpenSSL, which takes longer than everything else in this client together.
 class TlsTransport {
   public:
     virtual ~TlsTransport() = default;
@@ -32,12 +32,12 @@ class TlsTransport {
     /// Reads the files that the settings name. Throws SSLException when the settings cannot be used.
     virtual std::unique_ptr<TlsClient> makeClient(const Endpoint& endpoint, const SSLContext& settings) const = 0;
 
-    /// Shakes hands over a connected socket that does not block, and verifies nobody. Throws SSLException only where
-    /// TLS cannot be used at all: other failures are in what it returns.
+    /// Shakes hands over a connected socket that does not block, without verifying the server. Throws SSLException only
+    /// where TLS cannot be used at all: other failures are in what it returns.
     virtual TlsProbe probe(const Endpoint& endpoint, Descriptor socket, const Deadline& deadline) const = 0;
 
-    /// The library's, which the first call loads, for the rest of the process. Throws SSLException when it cannot be
-    /// loaded. From any thread.
+    /// The transport of the library, which the first call loads for the rest of the process. Throws SSLException when
+    /// it cannot be loaded. May be called from any thread.
     static const TlsTransport& loaded();
 };
 

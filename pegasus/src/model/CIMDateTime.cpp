@@ -184,8 +184,8 @@ std::string utcText(Sint64 moment) {
            digits(seconds / 60 % 60, 2) + digits(seconds % 60, 2) + '.' + digits(time % 1000000, 6);
 }
 
-/// What is compared of a date-time: in UTC where it is known to the minute. What it does not say about the year, month,
-/// day or hour, its offset cannot change.
+/// The known characters by which date-times are compared: in UTC where the time is known to the minute, otherwise
+/// without the offset.
 std::string comparableText(std::string_view text) {
     constexpr std::size_t kEndOfMinutes = 12;
     const std::string_view known = text.substr(0, std::min(text.find('*'), kSign));
@@ -198,7 +198,7 @@ std::string comparableText(std::string_view text) {
     return hasText ? utcText(moment).substr(0, known.size()) : std::string(known);
 }
 
-/// Made when the library is loaded: those who ask for it later must not be short of memory for it.
+/// Made when the library is loaded, so that it takes no memory when it is used.
 const String kZeroInterval("00000000000000.000000:000");
 
 /// Throws DateTimeOutOfRangeException for one that is too wide.

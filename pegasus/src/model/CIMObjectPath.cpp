@@ -116,7 +116,7 @@ class PathParser {
     }
 
   private:
-    /// What is expected stands not where the rest begins.
+    /// Reports what was expected where the rest begins.
     [[noreturn]] void fail(MalformedPath::Expected expected) const {
         failAt(expected, text_.view().size() - rest_.size());
     }
@@ -126,7 +126,7 @@ class PathParser {
             text_, MalformedPath(expected, static_cast<Uint32>(position)));
     }
 
-    /// At the colon before which there is no namespace, or at the end where there is no colon.
+    /// Reports a missing namespace at the colon that should follow it, or at the end where there is no colon.
     [[noreturn]] void failForNamespace() const {
         const std::string_view text = text_.view();
         failAt(MalformedPath::NAMESPACE, std::min(text.rfind(':', text.find_first_of("=\"")), text.size()));
@@ -224,7 +224,7 @@ class PathParser {
         return CIMKeyBinding(name, value, isBoolean ? CIMKeyBinding::BOOLEAN : CIMKeyBinding::NUMERIC);
     }
 
-    /// Behind the opening quote; takes the closing one, too.
+    /// Begins after the opening quote; takes the closing one, too.
     String parseQuoted() {
         std::string value;
         while (!skip("\"")) {

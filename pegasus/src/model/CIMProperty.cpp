@@ -11,7 +11,7 @@ namespace Pegasus {
 
 namespace {
 
-/// What properties of classes have, and those of instances mostly have not.
+/// What properties of classes have, and those of instances usually do not.
 struct Declaration {
     Uint32 arraySize = 0;
     CIMName referenceClass;

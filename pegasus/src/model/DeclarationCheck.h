@@ -6,7 +6,7 @@
 
 namespace Pegasus::detail {
 
-/// Throws TypeMismatchException for a size of what is no array, and for a class of what is no reference.
+/// Throws TypeMismatchException for a size without an array, and for a class without a reference.
 inline void checkDeclaration(const CIMName& name, CIMType type, Boolean isArray, Uint32 arraySize,
                              const CIMName& referenceClass) {
     if (arraySize != 0 && !isArray) {

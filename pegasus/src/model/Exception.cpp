@@ -16,7 +16,7 @@ std::string codeName(CIMStatusCode code) {
     return name ? std::string(name) : "CIM error " + std::to_string(static_cast<int>(code));
 }
 
-/// The rest of a text behind a word and what separates it from more text; the text itself where it does not begin so.
+/// The rest of a text after a word and its separator; the whole text where it does not begin with them.
 std::string_view behindWord(std::string_view text, std::string_view word) {
     if (text.substr(0, word.size()) != word) {
         return text;

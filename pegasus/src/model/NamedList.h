@@ -18,7 +18,7 @@ class NamedList {
         }
         elements_.append(element);
     }
-    /// For one whose name is known to be no other's, or may be.
+    /// Adds an element whose name is known to be new, or may be that of another.
     void addUnchecked(const Element& element) { elements_.append(element); }
     Uint32 size() const noexcept { return elements_.size(); }
     const Element& operator[](Uint32 index) const { return elements_[index]; }

@@ -110,7 +110,7 @@ std::string formOf(const char* element, CIMType type, bool isArray) {
     return std::string(element) + (isReference ? (isArray ? ".REFARRAY" : ".REFERENCE") : isArray ? ".ARRAY" : "");
 }
 
-/// What the start tags of both have in common.
+/// What the start tags of properties and parameters have in common.
 template <class Declaration>
 std::string appendStart(std::string& out, const char* element, const Declaration& declaration) {
     std::string form = formOf(element, declaration.getType(), declaration.isArray());

@@ -6,8 +6,8 @@
 
 namespace Pegasus::detail {
 
-/// What a server sends is taken as it is: callers may not give an object two parts of one name or a path of another
-/// class, servers do.
+/// Adds what a server sends as it is. Callers may not give an object two parts of one name, or a path of another class;
+/// servers do.
 struct Unchecked {
     // Defined beside the checked operations.
 

@@ -17,7 +17,7 @@ struct Utf8Character {
     std::uint32_t codePoint;
 };
 
-/// Whether a byte is one of a character after its first.
+/// Whether a byte is part of a character, but not its first.
 constexpr bool isContinuation(char byte) noexcept { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; }
 
 /// Whether a code point is half of a pair in UTF-16, and no character.

@@ -136,7 +136,7 @@ CertificateRefusal refusalByCheck(int error, int depth, const X509& certificate,
         return {{Reason::OTHER, culprit.facts()}, words};
     }
     const std::string text = (culprit.*meaning->sentence)();
-    // The words are what one finds when one looks for help.
+    // People search for OpenSSL's own words when they look for help.
     return {{meaning->reason, culprit.facts()},
             text.find(words) == std::string::npos ? text + " (" + words + ')' : text};
 }

@@ -18,13 +18,14 @@ struct CertificateRefusal {
     std::string text;
 };
 
-/// What OpenSSL's check found: an error (X509_V_ERR_...) of a certificate that stands so many steps above the server's.
+/// What OpenSSL's check found: an error (X509_V_ERR_...) of a certificate that is `depth` steps above the server's in
+/// the chain.
 CertificateRefusal refusalByCheck(int error, int depth, const X509& certificate, const http::Endpoint& endpoint);
 
 /// The caller's callback refused what the check had accepted.
 CertificateRefusal refusalByCallback(const X509& certificate);
 
-/// The server's certificate is another one than the one that is accepted.
+/// The server's certificate is not the one that is accepted.
 CertificateRefusal refusalByFingerprint(const X509& certificate, const Fingerprint& accepted);
 
 } // namespace Pegasus::tls

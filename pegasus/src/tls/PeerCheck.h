@@ -16,7 +16,7 @@ namespace Pegasus::tls {
 /// The check of one server's certificates. Must outlive the handshake of the session that it is attached to.
 class PeerCheck {
   public:
-    /// With a fingerprint, that decides alone.
+    /// A fingerprint, where given, decides alone.
     PeerCheck(const SSLContext& settings, const std::optional<Fingerprint>& fingerprint,
               const http::Endpoint& endpoint);
     PeerCheck(const PeerCheck&) = delete;
@@ -26,12 +26,13 @@ class PeerCheck {
     static void useFor(SSL_CTX& context);
 
     /// Tells the session which name the server must have, and to ask this object about each of its certificates. Throws
-    /// SSLException when OpenSSL cannot remember that.
+    /// SSLException when OpenSSL has no memory for that.
     void attachTo(SSL& session);
 
     /// Why a certificate was refused; nothing when none was.
     const std::optional<CertificateRefusal>& refusal() const { return refusal_; }
-    /// What the check ended in, be it thrown by the caller's verification callback; it must not fly through OpenSSL.
+    /// The exception that ended the check, such as one from the caller's verification callback, which must not pass
+    /// through OpenSSL.
     const std::exception_ptr& failure() const { return failure_; }
 
   private:

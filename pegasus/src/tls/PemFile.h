@@ -22,8 +22,8 @@ class PemFile {
     /// Throws SSLException: `text` comes after a colon.
     [[noreturn]] void failReading(const std::string& text) const;
 
-    /// Stands where OpenSSL would otherwise ask for a passphrase on the terminal: notes in a bool, where it is given
-    /// one, that there is something encrypted, and gives none.
+    /// Called by OpenSSL, which would otherwise ask for a passphrase on the terminal: gives none, and sets the bool
+    /// that `isAsked` points to, if any.
     static int refusePassphrase(char* buffer, int size, int isForWriting, void* isAsked);
 
   private:

@@ -33,7 +33,7 @@ int SocketBio::onWrite(BIO* bio, const char* bytes, int size) {
                        BIO_FLAGS_WRITE);
 }
 
-/// Of a system call; tells OpenSSL to come again where the socket would have blocked.
+/// The result of a system call; tells OpenSSL to try again where the socket would have blocked.
 int SocketBio::result(BIO* bio, long count, int retryFlag) {
     BIO_clear_retry_flags(bio);
     if (count < 0 && (errno == EAGAIN || errno == EINTR)) {

@@ -27,8 +27,7 @@ using http::TcpChannel;
 
 namespace {
 
-/// Alerts by which a server that has asked for a certificate says that it does not like what it got, as OpenSSL's
-/// reasons.
+/// Alerts by which a server that has asked for a certificate refuses what it got, as OpenSSL's reasons.
 constexpr int kCertificateAlerts[] = {SSL_R_SSLV3_ALERT_HANDSHAKE_FAILURE,
                                       SSL_R_SSLV3_ALERT_BAD_CERTIFICATE,
                                       SSL_R_SSLV3_ALERT_UNSUPPORTED_CERTIFICATE,
@@ -70,7 +69,7 @@ void TlsChannel::setUp() {
     attachSessions();
 }
 
-/// OpenSSL would take a session for broken that ends without the closing alert, and not resume it.
+/// OpenSSL would treat a session that ends without the closing alert as broken, and not resume it.
 void TlsChannel::freeSession(SSL* session) {
     SSL_set_shutdown(session, SSL_SENT_SHUTDOWN | SSL_RECEIVED_SHUTDOWN);
     SSL_free(session);
@@ -82,7 +81,8 @@ int TlsChannel::onCertificateRequest(SSL* /*session*/, void* isAsked) {
     return 1;
 }
 
-/// A callback is asked about each connection, and a session that is resumed has nothing to show.
+/// With a callback no session is resumed: the callback is asked about each connection, and a resumed session has no
+/// certificate to show it.
 void TlsChannel::attachSessions() {
     if (context_->settings().getSSLCertificateVerifyFunction() == nullptr) {
         context_->sessions().attachTo(*session_);

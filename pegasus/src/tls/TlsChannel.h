@@ -26,12 +26,12 @@ class TlsChannel : public http::TcpChannel {
     /// Takes a connected socket that does not block. Throws SSLException.
     TlsChannel(const http::Endpoint& endpoint, std::shared_ptr<TlsContext> context, http::Descriptor socket);
 
-    /// Before all else, once. Throws SSLException or ConnectionTimeoutException.
+    /// To be called once, before anything else. Throws SSLException or ConnectionTimeoutException.
     void shakeHands(const http::Deadline& deadline);
 
     bool hasInput() override;
 
-    /// What the handshake has shown, be it one that failed.
+    /// What the handshake has shown, even if it failed.
     TlsProbe shown() const;
 
     /// Why the newest operation has failed, in few words.

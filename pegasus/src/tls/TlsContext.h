@@ -10,11 +10,11 @@
 
 namespace Pegasus::tls {
 
-/// What all connections of one client to one server share: what it was told, and OpenSSL's side of that.
+/// What all connections of one client to one server share: the settings, and the OpenSSL context made from them.
 class TlsContext {
   public:
     /// A client that speaks TLS 1.2 or newer, trusts what the trust store says, and has the client's certificate.
-    /// Throws SSLException when anything of that cannot be used.
+    /// Throws SSLException when one of the settings cannot be used.
     explicit TlsContext(const SSLContext& settings);
 
     const SSLContext& settings() const { return settings_; }

@@ -2,12 +2,12 @@
 
 namespace Pegasus::xml {
 
-/// What a reader calls now and then, however long its text is.
+/// A reader calls it at intervals while it reads a long text.
 class Checkpoint {
   public:
     virtual ~Checkpoint() = default;
 
-    /// Throws where reading is to end here.
+    /// Throws when reading is to end.
     virtual void pass() const = 0;
 };
 

@@ -8,19 +8,19 @@
 
 namespace Pegasus::xml {
 
-/// What is wrong with a text. Never leaves the library: whoever knows the text as a whole says where the mistake is,
+/// What is wrong with a text. Never leaves the library: the caller that knows the whole text adds where the mistake is,
 /// and throws the API's exception.
 struct DecodingError {
     enum class Kind {
-        Content,    ///< what the element that was entered last says is not accepted; its XML is in order
+        Content,    ///< the content of the element that was entered last is not accepted; its XML is well-formed
         Incomplete, ///< an element that has just ended lacks something
-        Malformed,  ///< it is no XML where it is read
+        Malformed,  ///< the text is not well-formed where it is read
         Limit       ///< it passes a limit of this library
     };
 
     Kind kind;
     std::string what;
-    /// The text that is no value, as it was sent, cut; nothing where the mistake is not in such a text.
+    /// The text of the invalid value, as it was sent, cut; nothing where the mistake is elsewhere.
     std::optional<std::string> value;
 };
 
@@ -34,7 +34,7 @@ constexpr std::size_t kLongestExcerpt = 60;
 [[noreturn]] void throwMalformed(std::initializer_list<std::string_view> parts);
 [[noreturn]] void throwPastLimit(std::initializer_list<std::string_view> parts);
 
-/// Throws a DecodingError for a text that is no value: says so, and shows it.
+/// Throws a DecodingError for the text of an invalid value, which its message shows.
 [[noreturn]] void throwBadValue(std::string_view what, std::string_view value);
 
 } // namespace Pegasus::xml

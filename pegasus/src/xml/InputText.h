@@ -11,18 +11,18 @@ namespace Pegasus::xml {
 /// The part of a body that has arrived and is not read yet.
 class InputText {
   public:
-    /// One that repairs puts a character in the place of each byte that belongs to none and of each character that is
-    /// not accepted: that of Latin-1, or U+FFFD where that has none.
+    /// With `repairs`, each byte that is not UTF-8 and each character that is not accepted is replaced by a character:
+    /// that of Latin-1, or U+FFFD where Latin-1 has none.
     explicit InputText(bool repairs = false) : repairs_(repairs) {}
 
     /// Adds bytes, cut anywhere. Views of the unread text become invalid.
     void append(std::string_view bytes);
-    /// Says that no more bytes come. Views of the unread text become invalid.
+    /// Ends the text: no more bytes come. Views of the unread text become invalid.
     void end();
 
     /// What has arrived, up to the last whole character.
     std::string_view unread() const noexcept { return {bytes_.data() + begin_, checked_ - begin_}; }
-    /// Says that so many bytes of the unread text are read.
+    /// Marks the first `length` bytes of the unread text as read.
     void take(std::size_t length) noexcept;
     /// Whether a text begins with the character that is put in the place of those that are not accepted.
     static bool isReplaced(std::string_view text) noexcept;
@@ -33,7 +33,7 @@ class InputText {
     bool isEmpty() const noexcept { return begin_ == bytes_.size() && rest_.empty(); }
     /// Whether the unread text is followed by what is not UTF-8, or a character that is not accepted.
     bool endsBadly() const noexcept;
-    /// What that is, for people.
+    /// What follows the unread text in that case, for people.
     std::string badEnd() const;
 
     /// Where in the body a place of the unread text is. Not exact among repairs that are not kept.
@@ -47,7 +47,7 @@ class InputText {
     };
     static constexpr std::size_t kMaxKeptRepairs = 10000;
 
-    /// The repairs of the unread text, in its order; behind kMaxKeptRepairs the first ones behind tags alone, so that
+    /// The repairs of the unread text, in its order; beyond kMaxKeptRepairs, only the first one after each tag, so that
     /// no element is missed.
     const std::deque<Repair>& repairs() const noexcept { return kept_; }
     /// What was there, for people.
@@ -63,7 +63,7 @@ class InputText {
     const bool repairs_;
     std::string bytes_;
     std::size_t begin_ = 0;      // of what is unread
-    std::size_t checked_ = 0;    // the end of the characters that are good
+    std::size_t checked_ = 0;    // the end of the characters that are accepted
     std::size_t taken_ = 0;      // of the whole text
     std::string rest_;           // where this repairs: what may be the beginning of a character
     std::size_t grown_ = 0;      // by how much the repaired text is longer than the body

@@ -2,10 +2,10 @@
 
 #include <cstddef>
 
-/// What a text may ask of this process. Where it asks for more, a reader throws a DecodingError of the kind Limit.
+/// What a text may take from this process. Where it takes more, a reader throws a DecodingError of the kind Limit.
 namespace Pegasus::xml {
 
-/// Elements within elements.
+/// Levels of elements within elements.
 constexpr std::size_t kMaxNesting = 256;
 /// Elements, attributes, comments and the like of one text; bounds the memory of what they become.
 constexpr std::size_t kMaxNodes = std::size_t{2} << 20U;

@@ -414,7 +414,7 @@ std::string_view XmlReader::takeCharacters() {
     return resolvedText_;
 }
 
-/// Skips characters that stand for themselves; returns where they begin. There is something else behind them.
+/// Skips characters that stand for themselves; returns where they begin. Something else follows them.
 inline const char* XmlReader::skipPlainText() {
     const char* const begin = at_;
     while (static_cast<std::size_t>(end_ - at_) >= kBlock && isPlainBlock(at_)) {
@@ -446,7 +446,8 @@ void XmlReader::resolveLineEnd(char replacement, std::string& out) {
     out += replacement;
 }
 
-/// In the value of an attribute. One that stands for no character spoils the tag, and stays where it is.
+/// Resolves a reference in the value of an attribute. One that stands for no character makes the tag malformed, and is
+/// not skipped.
 void XmlReader::resolveReferenceInValue(std::string& out) {
     const char* const begin = at_;
     const std::uint32_t character = takeReference();
@@ -457,7 +458,8 @@ void XmlReader::resolveReferenceInValue(std::string& out) {
     text::appendUtf8(character, out);
 }
 
-/// In the text of an element. One that stands for no character spoils the text alone, and is left.
+/// Resolves a reference in the text of an element. One that stands for no character makes only the text invalid, and is
+/// skipped.
 void XmlReader::resolveReferenceInText() {
     const std::uint32_t character = takeReference();
     if (isAcceptedCharacter(character)) {

@@ -12,8 +12,8 @@
 
 namespace Pegasus::xml {
 
-/// Thrown by an XmlReader that needs more text than there is. Whoever gave it the text knows whether more may come, so
-/// this never leaves the library.
+/// Thrown by an XmlReader that needs more text than there is. Its caller knows whether more may come, so this never
+/// leaves the library.
 struct EndOfText {};
 
 /// Reads elements out of a text, from left to right, and checks while it goes that they are well-formed and keep within
@@ -26,10 +26,10 @@ struct EndOfText {};
 ///         else
 ///             reader.skip();
 ///
-/// The text is made of whole characters that XML allows, or control characters; it must outlive the reader. Before a
-/// document's element may stand a document type declaration that holds none of its own; every other declaration is
-/// refused. All operations throw DecodingError, and EndOfText where the
-/// text ends before what they read does; only start() may be called then. What the checkpoint throws passes through.
+/// The text is made of whole characters that XML allows, or control characters; it must outlive the reader. A
+/// document's element may be preceded by a document type declaration that holds no declarations of its own; every other
+/// declaration is refused. All operations throw DecodingError, and EndOfText where the text ends before what they read
+/// does; only start() may be called then. What the checkpoint throws passes through.
 class XmlReader {
   public:
     /// `tags` and the checkpoint, if there is one, must outlive the reader. They may serve several readers, one after
@@ -42,7 +42,7 @@ class XmlReader {
     void start(std::string_view text, std::string_view parent = {}) noexcept;
 
     enum class Ahead { Element, EndTag, Text, Nothing };
-    /// Skips white space, comments and processing instructions, and says what is behind them. CDATA is text.
+    /// Skips white space, comments and processing instructions, and returns what follows them. CDATA is text.
     Ahead ahead();
 
     /// Enters the next child element of the one being read. False when there is no other, which leaves that one. There
@@ -62,18 +62,18 @@ class XmlReader {
 
     /// How many elements are entered and not left.
     std::size_t depth() const noexcept { return depth_; }
-    /// Leaves elements until so many are entered.
+    /// Leaves elements until `depth` of them are entered.
     void skipTo(std::size_t depth);
     /// Like skipTo(), also where references in texts stand for characters that XML does not allow.
     void skipBadTextTo(std::size_t depth);
 
-    /// The text of the element that was entered last, from its start tag to the first `endTag`, which is behind it when
-    /// it holds no such text otherwise. Empty when it has no content, not all of it is there, or it is longer than
+    /// The text of the element that was entered last, from its start tag to the first `endTag`, which is its own unless
+    /// its content has such a text. Empty when the element has no content, is not complete, or is longer than
     /// `longest`.
     std::string_view elementUpTo(std::string_view endTag, std::size_t longest) const noexcept;
     /// Leaves the element that was entered last: it is known to be `element`, and to have so many nodes below it.
     void skipKnown(std::string_view element, std::size_t nodes);
-    /// Whether the text is read just as far as the end of that part of it.
+    /// Whether the text is read exactly up to the end of `part`.
     bool isBehind(std::string_view part) const noexcept { return at_ == part.data() + part.size(); }
     /// The elements, attributes and the like that were read since start().
     std::size_t nodes() const noexcept { return nodes_; }

@@ -26,23 +26,24 @@ namespace Pegasus {
 
 class ExchangeObserver;
 
-/// A connection to one CIM server and the operations on it that read (CIM-XML over HTTP or HTTPS).
+/// A connection to one CIM server, and the operations that read from it (CIM-XML over HTTP or HTTPS).
 ///
 /// One TCP connection is kept for many operations. A server may close it between two of them: the client then connects
-/// again and sends the request, once, unseen by the caller.
+/// again and sends the request once more, which the caller does not notice.
 ///
 /// Threads: one thread at a time may use a client, in whatever operation. Two clients are independent of each other.
 ///
-/// Errors: every operation throws NotConnectedException without a connection, ConnectionTimeoutException past the
-/// time-out, CIMException when the server reports an error, CIMClientMalformedHTTPException,
-/// CIMClientHTTPErrorException, CIMClientXmlException or CIMClientResponseException for an answer that is not a good
-/// one, OutOfMemoryException when memory does not suffice; connect() throws the last one, too. What an operation throws
-/// besides, and the codes that its CIMException most often has, stand beside it.
+/// Errors: every operation throws NotConnectedException without a connection, ConnectionTimeoutException when the
+/// time-out has passed, CIMException when the server reports an error, CIMClientMalformedHTTPException,
+/// CIMClientHTTPErrorException, CIMClientXmlException or CIMClientResponseException for an answer that is not valid,
+/// OutOfMemoryException when memory runs out; connect() throws the last one, too. What else an operation throws, and
+/// the usual codes of its CIMException, are stated with the operation.
 ///
 /// Parameters that several operations have:
 ///   nameSpace           where the objects are. A path that is asked for counts within it, whatever namespace and host
 ///                       the path itself names.
-///   localOnly           leaves out what a class inherits without overriding it; servers differ much with instances.
+///   localOnly           leaves out what a class inherits without overriding it; for instances, servers differ in
+///                       what they leave out.
 ///   includeQualifiers   asks for the qualifiers.
 ///   includeClassOrigin  asks for the class in which each property and method was first declared.
 ///   propertyList        asks for these properties only; the null list, its default, for all of them.
@@ -53,53 +54,55 @@ class CIMClient {
     CIMClient(const CIMClient&) = delete;
     CIMClient& operator=(const CIMClient&) = delete;
 
-    /// The limit for one operation in milliseconds, from the request sent to the answer complete. It counts once for
-    /// all that an operation takes, be it a connection opened again or a request sent again with the credentials.
-    /// connect() is held to it, too. With 0 there is no time, and each ends in ConnectionTimeoutException.
-    /// 20000 at first.
+    /// The limit for one operation in milliseconds, from the request sent to the answer complete. It covers all that an
+    /// operation takes, including a new connection and a request that is sent again with the credentials. It limits
+    /// connect(), too. With 0, every operation ends in ConnectionTimeoutException. 20000 by default.
     void setTimeout(Uint32 timeoutMilliseconds);
     Uint32 getTimeout() const;
 
-    /// The limits of the next connections and operations.
+    /// Sets the limits of the next connections and operations.
     void setLimits(const ClientLimits& limits);
     const ClientLimits& getLimits() const;
 
-    /// Whether the next operations go on where a part of an answer cannot be read. A value that is none of its type is
-    /// null then; bytes that are not UTF-8 are taken as Latin-1, or as U+FFFD where that has no character for them; of
-    /// an instance's property that comes twice the last counts. Each is a finding, and the rest of the answer is
-    /// delivered. Without it, which is so at first, each ends the operation with CIMClientXmlException. An answer that
-    /// has none of these is read alike with it and without. An extension, as is takeFindings().
+    /// Whether the next operations go on where a part of an answer cannot be read; false by default. If so, a value
+    /// that is not valid for its type becomes null; bytes that are not UTF-8 are taken as Latin-1, or as U+FFFD where
+    /// that has no character for them; of two properties of an instance with one name the last counts. Each of these is
+    /// a finding, and the rest of the answer is delivered. If not, each ends the operation with CIMClientXmlException.
+    /// An answer without such faults is read alike in either case. An extension, as is takeFindings().
     void setLenient(Boolean lenient);
     Boolean isLenient() const;
-    /// What was found since the last call, or since the client was made. Operations that threw have findings, too.
+    /// Returns the findings since the last call, or since the client was made, those of operations that threw included,
+    /// and forgets them.
     LenientFindings takeFindings();
 
-    /// Whether a property of texts is one of objects where its qualifiers say so (EmbeddedObject, EmbeddedInstance) and
-    /// its attribute does not. So it is at first; else it is one of texts. An extension.
+    /// Whether a string property counts as one of embedded objects where only its qualifiers say so (EmbeddedObject,
+    /// EmbeddedInstance) and its attribute does not; true by default. If not, its values stay strings. An extension.
     void setQualifiedEmbedding(Boolean isOn);
 
-    /// Whether an object with two properties of one name is read, with both of them in the server's order. At first it
-    /// is not: the operation ends with CIMClientXmlException. Without effect while the client is lenient. An extension.
+    /// Whether an object that has two properties with one name is read, with both of them in the server's order; false
+    /// by default: it ends the operation with CIMClientXmlException. Without effect while the client is lenient. An
+    /// extension.
     void setDoubledProperties(Boolean areRead);
 
-    /// The languages in which the server should say what it says to people, such as the descriptions of errors, if it
-    /// can. None at first.
+    /// The languages that the server is asked to use for texts that people read, such as the descriptions of errors.
+    /// None by default.
     void setRequestAcceptLanguages(const AcceptLanguageList& languages);
     const AcceptLanguageList& getRequestAcceptLanguages() const;
 
-    /// Lets a handler hear what each operation took. It must live until another takes its place or none does.
+    /// Sets the handler that is told what each operation took. It must live until it is replaced or deregistered.
     void registerClientOpPerformanceDataHandler(ClientOpPerformanceDataHandler& handler);
     void deregisterClientOpPerformanceDataHandler();
 
-    /// Lets an observer see all that is sent and received from now on, one at a time; null for none. An extension,
-    /// which other libraries of this API do not have (ExchangeObserver.h).
+    /// Sets the observer that sees all that is sent and received from now on, in place of the one before; null for
+    /// none. An extension, which other libraries of this API do not have (ExchangeObserver.h).
     void setExchangeObserver(std::shared_ptr<ExchangeObserver> observer);
 
     /// Opens the connection now. An empty host means "localhost". The credentials are sent when the server asks for
     /// them. Throws AlreadyConnectedException, InvalidLocatorException when the host cannot be resolved,
     /// CannotConnectException when nothing listens there, ConnectionTimeoutException.
     void connect(const String& host, Uint32 port, const String& user, const String& password);
-    /// Opens it with TLS. Throws SSLException, too, as an operation does whose server refuses the client's certificate.
+    /// Opens the connection with TLS. Throws SSLException, too; so does a later operation when the server refuses the
+    /// client's certificate.
     void connect(const String& host, Uint32 port, const SSLContext& sslContext, const String& user,
                  const String& password);
     /// Closes the connection; does nothing without one.
@@ -139,9 +142,9 @@ class CIMClient {
 
     /// The objects at the other end of the associations of an object: instances for an instance, classes for a class
     /// (`objectName` without keys). Each has a path with host and namespace.
-    ///   assocClass, role        take part only: associations of this class, in which the object has this role;
+    ///   assocClass, role        only associations of this class, in which the object has this role;
     ///   resultClass, resultRole only objects of this class, which have this role.
-    /// Null names and empty texts take everything. CIM_ERR_INVALID_PARAMETER for a class that does not exist,
+    /// Null names and empty texts match everything. CIM_ERR_INVALID_PARAMETER for a class that does not exist,
     /// CIM_ERR_NOT_SUPPORTED by servers without associations. Throws MalformedObjectNameException like getInstance().
     Array<CIMObject> associators(const CIMNamespaceName& nameSpace, const CIMObjectPath& objectName,
                                  const CIMName& assocClass = CIMName(), const CIMName& resultClass = CIMName(),
@@ -154,8 +157,8 @@ class CIMClient {
                                          const CIMName& assocClass = CIMName(), const CIMName& resultClass = CIMName(),
                                          const String& role = String::EMPTY, const String& resultRole = String::EMPTY);
 
-    /// The associations themselves that refer to an object: only those of `resultClass`, only those in which the object
-    /// has `role`. In all else like associators().
+    /// The associations that refer to an object: only those of `resultClass`, only those in which the object has
+    /// `role`. Otherwise like associators().
     Array<CIMObject> references(const CIMNamespaceName& nameSpace, const CIMObjectPath& objectName,
                                 const CIMName& resultClass = CIMName(), const String& role = String::EMPTY,
                                 Boolean includeQualifiers = false, Boolean includeClassOrigin = false,
@@ -165,9 +168,9 @@ class CIMClient {
     Array<CIMObjectPath> referenceNames(const CIMNamespaceName& nameSpace, const CIMObjectPath& objectName,
                                         const CIMName& resultClass = CIMName(), const String& role = String::EMPTY);
 
-    /// The value of one property of an instance: a text, or an array of texts, whatever the type of the property is,
-    /// since servers do not say it; or a reference. CIM_ERR_NO_SUCH_PROPERTY when there is none of the name. DSP0200
-    /// discourages servers from having this operation: getInstance() with a property list is more certain to be there.
+    /// The value of one property of an instance: a text, or an array of texts, whatever the type of the property, since
+    /// servers do not state it; or a reference. CIM_ERR_NO_SUCH_PROPERTY when there is none of that name. DSP0200
+    /// discourages servers from having this operation: getInstance() with a property list is more widely available.
     CIMValue getProperty(const CIMNamespaceName& nameSpace, const CIMObjectPath& instanceName,
                          const CIMName& propertyName);
 
@@ -181,11 +184,11 @@ class CIMClient {
     /// The declarations of all qualifiers of a namespace.
     Array<CIMQualifierDecl> enumerateQualifiers(const CIMNamespaceName& nameSpace);
 
-    // Pulled enumerations (DSP0200 1.4): the objects come in portions, of which the client says how large they may be.
-    // One of the open operations begins an enumeration and fetches the first portion, which is empty unless
-    // `maxObjectCount` says otherwise; the pull operation for its kind of objects fetches the next ones. Once
-    // `endOfSequence` is set, the server has closed the enumeration, and the context is none any more; before that,
-    // closeEnumeration() closes it. After an error the server has closed it, too, unless it was to continue.
+    // Pulled enumerations (DSP0200 1.4): the objects come in portions whose size the client limits. One of the open
+    // operations begins an enumeration and fetches the first portion, which is empty unless `maxObjectCount` says
+    // otherwise; the pull operation for its kind of objects fetches the next ones. Once `endOfSequence` is set, the
+    // server has closed the enumeration, and the context is no longer open; before that, closeEnumeration() closes it.
+    // After an error the server has closed it, too, unless `continueOnError` was set.
     //
     // The codes of their CIMException: CIM_ERR_NOT_SUPPORTED from a server without pulled enumerations,
     // CIM_ERR_INVALID_ENUMERATION_CONTEXT for a context that the server does not know (any more) and, without asking
@@ -195,7 +198,7 @@ class CIMClient {
     //                                      CIM_ERR_FILTERED_ENUMERATION_NOT_SUPPORTED from servers without filters.
     //   operationTimeout   how many seconds the server keeps the enumeration open between two operations; as long as it
     //                      likes for null, for ever with 0. CIM_ERR_INVALID_OPERATION_TIMEOUT when it will not.
-    //   continueOnError    asks for what is left when a part fails. CIM_ERR_CONTINUATION_ON_ERROR_NOT_SUPPORTED.
+    //   continueOnError    asks for the rest when a part fails. CIM_ERR_CONTINUATION_ON_ERROR_NOT_SUPPORTED.
     //   maxObjectCount     the most objects of the answer.
 
     /// As enumerateInstances(): the instances of a class and its subclasses, each with its whole path.
@@ -257,27 +260,29 @@ class CIMClient {
                                           const Uint32Arg& operationTimeout = Uint32Arg(),
                                           Boolean continueOnError = false, Uint32 maxObjectCount = 0);
 
-    /// The next instances of an enumeration that one of the operations for instances opened, but openQueryInstances().
+    /// The next instances of an enumeration that openEnumerateInstances(), openReferenceInstances() or
+    /// openAssociatorInstances() opened.
     Array<CIMInstance> pullInstancesWithPath(CIMEnumerationContext& context, Boolean& endOfSequence,
                                              Uint32 maxObjectCount);
 
-    /// The next paths of an enumeration that one of the operations for paths opened.
+    /// The next paths of an enumeration that openEnumerateInstancePaths(), openReferenceInstancePaths() or
+    /// openAssociatorInstancePaths() opened.
     Array<CIMObjectPath> pullInstancePaths(CIMEnumerationContext& context, Boolean& endOfSequence,
                                            Uint32 maxObjectCount);
 
     /// The next instances of an enumeration that openQueryInstances() opened.
     Array<CIMInstance> pullInstances(CIMEnumerationContext& context, Boolean& endOfSequence, Uint32 maxObjectCount);
 
-    /// Ends an enumeration before its end.
+    /// Closes an enumeration before its end.
     void closeEnumeration(CIMEnumerationContext& context);
 
-    /// How many objects are left, about; null when the server does not know.
+    /// About how many objects are left; null when the server does not know.
     Uint64Arg enumerationCount(CIMEnumerationContext& context);
 
-    /// Whether the server has pulled enumerations (DSP0200). It is asked to begin one with a class that there is not,
-    /// so that it begins none: one that has them answers CIM_ERR_INVALID_CLASS or CIM_ERR_NOT_FOUND, one that has not
-    /// CIM_ERR_NOT_SUPPORTED, CIM_ERR_FAILED or the HTTP status 501. An extension, which other libraries of this API do
-    /// not have.
+    /// Whether the server has pulled enumerations (DSP0200). It is asked to open one for a class that does not exist,
+    /// so that none is opened: a server that has them answers CIM_ERR_INVALID_CLASS or CIM_ERR_NOT_FOUND, one without
+    /// them CIM_ERR_NOT_SUPPORTED, CIM_ERR_FAILED or the HTTP status 501. An extension, which other libraries of this
+    /// API do not have.
     Boolean hasPulledEnumerations(const CIMNamespaceName& nameSpace);
 
   private:

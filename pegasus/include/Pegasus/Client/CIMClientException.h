@@ -10,7 +10,7 @@ class CIMClientMalformedHTTPException : public Exception {
     using Exception::Exception;
 };
 
-/// The server refused the request with another HTTP status than 200.
+/// The server answered with an HTTP status other than 200.
 class CIMClientHTTPErrorException : public Exception {
   public:
     /// `cimError` and `cimErrorDetail` are the decoded CIMError and PGErrorDetail headers, empty where absent.
@@ -34,14 +34,15 @@ class CIMClientXmlException : public Exception {
     using Exception::Exception;
 };
 
-/// There is not enough memory for the operation. What it had taken is given back, and the connection is closed; the
-/// client may go on. An ExceedsLimit, too (FailureMarks.h).
+/// There is not enough memory for the operation. What it had allocated is freed, and the connection is closed; the
+/// client can be used further. An ExceedsLimit, too (FailureMarks.h).
 class OutOfMemoryException : public Exception {
   public:
     using Exception::Exception;
 };
 
-/// The answer belongs to another request, or does not hold what the operation returns: other objects, too many, none.
+/// The answer belongs to another request, or does not hold what the operation returns, but other objects, too many, or
+/// none.
 class CIMClientResponseException : public Exception {
   public:
     using Exception::Exception;

@@ -5,19 +5,19 @@
 
 namespace Pegasus {
 
-/// An enumeration that a server keeps open for a client, which pulls the next of its objects: what an open operation
-/// sets, each pull brings up to date, and the end of the enumeration clears. It is of use to the client alone that
-/// opened it, or to another that is connected to the same server.
+/// An enumeration that a server keeps open for a client. An open operation sets it, each pull operation updates it, and
+/// the end of the enumeration clears it. Only the client that opened it can use it, or another that is connected to the
+/// same server.
 class CIMEnumerationContext {
   public:
-    /// None is open.
+    /// No enumeration is open.
     CIMEnumerationContext() noexcept = default;
 
     /// Forgets the enumeration. The server keeps it until it times out.
     void clear() { *this = CIMEnumerationContext(); }
 
-    /// How long the answers were together that brought objects of the enumeration. An extension, which other libraries
-    /// of this API do not have.
+    /// The total size, in bytes, of the answers that brought objects of the enumeration. An extension, which other
+    /// libraries of this API do not have.
     Uint64 getAnswerBytes() const noexcept { return answerBytes_; }
 
   private:

@@ -4,8 +4,8 @@
 
 namespace Pegasus {
 
-/// What a server may ask of a client. An answer that passes one of the limits ends in an exception that is an
-/// ExceedsLimit, too (FailureMarks.h); what had been read of it is given back.
+/// The limits of what a client accepts from a server. An answer that passes one of them ends in an exception that is an
+/// ExceedsLimit, too (FailureMarks.h); what had been read of it is freed.
 struct ClientLimits {
     static constexpr Uint32 kConnectMilliseconds = 10000;
     static constexpr Uint64 kAnswerBytes = Uint64{1} << 30U;
@@ -13,16 +13,16 @@ struct ClientLimits {
     static constexpr Uint32 kInterimAnswers = 100;
     static constexpr Uint64 kFrameBytes = Uint64{1} << 20U;
 
-    /// For each step towards a connection, in milliseconds: resolving the name, one address's acceptance, the TLS
-    /// handshake. The time-out of the operation counts, too.
+    /// The time for each step of connecting, in milliseconds: resolving the name, connecting to one address, the TLS
+    /// handshake. The time-out of the operation applies, too.
     Uint32 connectMilliseconds = kConnectMilliseconds;
-    /// The body of one answer.
+    /// Bytes in the body of one answer.
     Uint64 answerBytes = kAnswerBytes;
     /// Classes, instances, names or declarations in one answer.
     Uint64 answerObjects = kAnswerObjects;
     /// Answers of the kind "100 Continue" before the one that counts.
     Uint32 interimAnswers = kInterimAnswers;
-    /// What stands outside the objects in one answer: the elements around them, comments, blanks.
+    /// Bytes outside the objects of one answer: the elements around them, comments, blanks.
     Uint64 frameBytes = kFrameBytes;
 };
 

@@ -11,17 +11,17 @@ struct ClientOpPerformanceData {
     /// Whether the server says how long it took, in the field WBEMServerResponseTime.
     Boolean serverTimeKnown;
     Uint64 serverTime;
-    /// From before the request is sent until the answer is complete, a login and another connection included.
+    /// From before the request is sent until the answer is complete, including a login and a new connection.
     Uint64 roundTripTime;
     Uint64 requestSize;
     Uint64 responseSize;
 };
 
-/// Is told of each operation whose answer was complete, be it an error that the server reports.
+/// Is told of each operation whose answer was complete, even where the answer is an error.
 class ClientOpPerformanceDataHandler {
   public:
     virtual ~ClientOpPerformanceDataHandler() = default;
-    /// On the thread of the operation, before it returns.
+    /// Called on the thread of the operation, before it returns.
     virtual void handleClientOpPerformanceData(const ClientOpPerformanceData& data) = 0;
 };
 

@@ -6,15 +6,15 @@
 
 #include <utility>
 
-// What an exception means beyond its type. One that bears such a mark is of the documented type and of the mark's, so
-// that nobody needs to look into its message:
+// What an exception means beyond its type. An exception with such a mark is of the documented type and of the mark's
+// type, so that nobody needs to examine its message:
 //
 //     catch (const Pegasus::Exception& error) {
 //         if (dynamic_cast<const Pegasus::ExceedsLimit*>(&error) != nullptr)
 
 namespace Pegasus {
 
-/// The answer passes a limit: one of this library's or of the ClientLimits, or the memory that there is. On
+/// The answer passes a limit: one of this library's, one of the ClientLimits, or the available memory. On
 /// CIMClientXmlException, CIMClientMalformedHTTPException and OutOfMemoryException.
 class ExceedsLimit {
   public:
@@ -40,7 +40,7 @@ class PortClosed {
     virtual ~PortClosed();
 };
 
-/// The server accepted the connection and ended it before it said anything. On the CannotConnectException of an
+/// The server accepted the connection and closed it before it sent anything. On the CannotConnectException of an
 /// operation.
 class ClosedWithoutAnswer {
   public:
@@ -83,7 +83,7 @@ class MalformedPath {
     virtual ~MalformedPath();
 
     Expected getExpected() const noexcept { return expected_; }
-    /// In the text, in bytes of UTF-8; its size at most.
+    /// In the text, in bytes of UTF-8; at most the size of the text.
     Uint32 getPosition() const noexcept { return position_; }
 
   private:

@@ -16,17 +16,19 @@ namespace Pegasus {
 ///     });
 class InstanceStream {
   public:
-    /// Takes one instance, with its path; false ends the enumeration. Meanwhile the client is in use: its operations
-    /// throw an Exception. What this throws ends the enumeration, too, and reaches its caller.
+    /// Takes one instance, with its path; false ends the enumeration. While it runs, the client is in use: its
+    /// operations throw an Exception. An exception thrown here ends the enumeration, too, and reaches the caller of
+    /// enumerateInstances().
     using Taker = std::function<Boolean(const CIMInstance& instance)>;
 
     /// The client must outlive the stream.
     explicit InstanceStream(CIMClient& client) : client_(client) {}
 
     /// As CIMClient::enumerateInstances(), with the same parameters. True when all instances were handed over, false
-    /// when the taker ended it; the connection, on which the rest of the answer would come, is closed then, and the
-    /// next operation opens it again. When the server reports an error, or the answer turns out to be none, the
-    /// instances before that have been handed over. The time-out counts for all of it, also for what the taker does.
+    /// when the taker ended it; the connection, on which the rest of the answer would come, is then closed, and the
+    /// next operation opens it again. When the server reports an error, or the answer turns out to be invalid, the
+    /// instances before that have been handed over. The time-out covers all of it, including the time that the taker
+    /// needs.
     Boolean enumerateInstances(const CIMNamespaceName& nameSpace, const CIMName& className, const Taker& take,
                                Boolean deepInheritance = true, Boolean localOnly = true,
                                Boolean includeQualifiers = false, Boolean includeClassOrigin = false,

@@ -9,8 +9,8 @@ namespace Pegasus {
 /// which other libraries of this API do not have.
 struct LenientFinding {
     enum Kind {
-        UNREADABLE_VALUE, ///< no value of its type: it is null
-        FOREIGN_BYTES,    ///< bytes that are not UTF-8, or a character that XML does not have: see `reason`
+        UNREADABLE_VALUE, ///< the text is not valid for its type: the value is null
+        FOREIGN_BYTES,    ///< bytes that are not UTF-8, or a character that XML does not allow: see `reason`
         DOUBLED_PROPERTY  ///< the object has the property twice: the last one counts
     };
     static constexpr Uint32 kKinds = 3;
@@ -24,12 +24,12 @@ struct LenientFinding {
     Uint64 offset = 0; ///< in the body of the answer, in bytes
 };
 
-/// The findings of a client: how many there were, and the first ones in full, so that a server that causes millions
-/// does not cost the memory.
+/// The findings of a client: how many there were, and the first ones in full, so that a server that causes millions of
+/// them does not use up the memory.
 struct LenientFindings {
     static constexpr Uint32 kMaxKept = 1000;
 
-    Array<LenientFinding> first; ///< in the order of the answers, not more than kMaxKept
+    Array<LenientFinding> first; ///< in the order in which they were found, not more than kMaxKept
     Uint64 total = 0;
     Uint64 counts[LenientFinding::kKinds] = {}; ///< by kind
 };

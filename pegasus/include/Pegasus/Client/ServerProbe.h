@@ -7,7 +7,7 @@
 
 namespace Pegasus {
 
-/// What a TLS handshake shows of a server. Whom the certificate belongs to is not verified.
+/// What a TLS handshake shows of a server. The certificate is not verified.
 struct TlsProbe {
     String version; ///< `TLSv1.3`
     String cipher;
@@ -15,11 +15,11 @@ struct TlsProbe {
     PeerCertificate certificate; ///< the server's own
     Boolean isSelfSigned = false;
     Boolean asksForCertificate = false; ///< the server wants to see one of the client's
-    String failure;                     ///< what ended the handshake too early; empty otherwise
+    String failure;                     ///< why the handshake failed; empty when it did not
 };
 
-/// What connecting to a server shows of it, below HTTP and CIM. It is for programs that tell people what they connect
-/// to, and why a server cannot be reached; a client needs nothing of it.
+/// What connecting to a server shows of it, below HTTP and CIM: for programs that tell people what they connect to, and
+/// why a server cannot be reached. A CIMClient does not need it.
 struct ServerProbe {
     /// How far a probe goes. Each step needs those before it.
     enum Depth { NAME, PORT, TLS };
@@ -36,13 +36,13 @@ struct ServerProbe {
     Result result = REACHED;
     String reason;           ///< a sentence for people; empty when the server was reached
     Array<String> addresses; ///< of the host, in the order of the system
-    Uint64 connectTime = 0;  ///< in microseconds
+    Uint64 connectTime = 0;  ///< of connecting, in microseconds
     Uint64 handshakeTime = 0;
     TlsProbe tls;
 
     /// Looks up the host, connects to the first of its addresses that accepts, and shakes hands. Connecting takes no
-    /// longer than `milliseconds`, the handshake neither; looking up has ClientLimits::kConnectMilliseconds. Throws
-    /// nothing but for want of memory.
+    /// longer than `milliseconds`, and neither does the handshake; looking up is limited to
+    /// ClientLimits::kConnectMilliseconds. Throws only when memory runs out.
     static ServerProbe of(const String& host, Uint32 port, Depth depth, Uint32 milliseconds);
 };
 

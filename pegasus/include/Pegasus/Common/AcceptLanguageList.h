@@ -14,7 +14,7 @@ class AcceptLanguageList {
     /// Throw IndexOutOfBoundsException.
     const LanguageTag& getLanguageTag(Uint32 index) const { return items_[index].first; }
     Real32 getQualityValue(Uint32 index) const { return items_[index].second; }
-    /// Adds a language with a quality from 0 to 1, behind those of the same and of a better one.
+    /// Adds a language with a quality from 0 to 1, after those of equal or better quality.
     void insert(const LanguageTag& tag, Real32 qualityValue);
     void clear() { items_.clear(); }
 

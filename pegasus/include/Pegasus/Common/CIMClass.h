@@ -35,35 +35,35 @@ class CIMClass {
     /// Appends the names of those properties.
     void getKeyNames(Array<CIMName>& names) const;
 
-    /// Throws AlreadyExistsException when there is one of the name.
+    /// Throws AlreadyExistsException when there is one of that name.
     CIMClass& addQualifier(const CIMQualifier& qualifier);
     Uint32 getQualifierCount() const;
-    /// Throw IndexOutOfBoundsException.
+    /// Throw IndexOutOfBoundsException for an index that is not below the count.
     CIMQualifier getQualifier(Uint32 index);
     CIMConstQualifier getQualifier(Uint32 index) const;
-    /// The index of the qualifier, PEG_NOT_FOUND when there is none of the name.
+    /// The index of the qualifier, PEG_NOT_FOUND when there is none of that name.
     Uint32 findQualifier(const CIMName& name) const;
 
-    /// Throws AlreadyExistsException when there is one of the name.
+    /// Throws AlreadyExistsException when there is one of that name.
     CIMClass& addProperty(const CIMProperty& property);
     Uint32 getPropertyCount() const;
-    /// Throw IndexOutOfBoundsException.
+    /// Throw IndexOutOfBoundsException for an index that is not below the count.
     CIMProperty getProperty(Uint32 index);
     CIMConstProperty getProperty(Uint32 index) const;
-    /// The index of the property, PEG_NOT_FOUND when there is none of the name.
+    /// The index of the property, PEG_NOT_FOUND when there is none of that name.
     Uint32 findProperty(const CIMName& name) const;
 
-    /// Throws AlreadyExistsException when there is one of the name.
+    /// Throws AlreadyExistsException when there is one of that name.
     CIMClass& addMethod(const CIMMethod& method);
     Uint32 getMethodCount() const;
-    /// Throw IndexOutOfBoundsException.
+    /// Throw IndexOutOfBoundsException for an index that is not below the count.
     CIMMethod getMethod(Uint32 index);
     CIMConstMethod getMethod(Uint32 index) const;
-    /// The index of the method, PEG_NOT_FOUND when there is none of the name.
+    /// The index of the method, PEG_NOT_FOUND when there is none of that name.
     Uint32 findMethod(const CIMName& name) const;
 
     Boolean identical(const CIMClass& other) const;
-    /// One of its own with the same content, all its parts included.
+    /// An independent copy, in which all parts are copied, too.
     CIMClass clone() const;
     /// Whether this is a default-constructed handle.
     Boolean isUninitialized() const noexcept { return !rep_; }
@@ -75,7 +75,7 @@ class CIMClass {
     detail::Handle<Rep> rep_;
 };
 
-/// A class that is only looked at.
+/// A handle to a class that reads it only.
 class CIMConstClass : private CIMClass {
   public:
     CIMConstClass() noexcept = default;

@@ -20,23 +20,24 @@ class CIMDateTime {
     Boolean isTimeStamp() const noexcept { return !isInterval(); }
 
     /// Points in time are equal when they are the same moment, whatever their offsets from UTC; intervals when they are
-    /// as long. Where one of them has asterisks, only what both say is compared.
+    /// as long. Where one of them has asterisks, only the digits that both have are compared.
     Boolean equal(const CIMDateTime& other) const;
 
     /// As the constructor.
     void set(const String& text) { *this = CIMDateTime(text); }
-    /// Makes it an interval. Of the microseconds the first `numberSignificantMicrosecondDigits` are known, the others
-    /// asterisks. Throws DateTimeOutOfRangeException.
+    /// Makes it an interval. The first `numberSignificantMicrosecondDigits` digits of the microseconds are known, the
+    /// others become asterisks. Throws DateTimeOutOfRangeException.
     void setInterval(Uint32 days, Uint32 hours, Uint32 minutes, Uint32 seconds, Uint32 microseconds,
                      Uint32 numberSignificantMicrosecondDigits);
-    /// Makes it a point in time, `utcOffset` minutes before UTC. Throws DateTimeOutOfRangeException.
+    /// Makes it a point in time, in local time that is `utcOffset` minutes ahead of UTC. Throws
+    /// DateTimeOutOfRangeException.
     void setTimeStamp(Uint32 year, Uint32 month, Uint32 day, Uint32 hours, Uint32 minutes, Uint32 seconds,
                       Uint32 microseconds, Uint32 numberSignificantMicrosecondDigits, Sint32 utcOffset);
     /// Makes it the zero interval.
     void clear() noexcept { *this = CIMDateTime(); }
 
-    /// Of an interval its length, of a point in time the microseconds from the beginning of the year 0, in UTC. What
-    /// asterisks stand for counts as the least that it can be.
+    /// The length of an interval; for a point in time, the microseconds since the beginning of the year 0, in UTC.
+    /// Fields with asterisks count as the least that they can be.
     Uint64 toMicroSeconds() const;
     /// The microseconds from `start` to `finish`. Throws InvalidDateTimeFormatException for a point in time and an
     /// interval.

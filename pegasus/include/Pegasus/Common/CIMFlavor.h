@@ -4,7 +4,7 @@
 
 namespace Pegasus {
 
-/// The rules by which a qualifier passes to subclasses and instances: a set of bits.
+/// The flavor of a qualifier, by which it is inherited by subclasses and instances: a set of bits.
 class CIMFlavor {
   public:
     static const CIMFlavor NONE;

@@ -27,32 +27,33 @@ class CIMInstance {
     const CIMObjectPath& getPath() const;
     /// Throws TypeMismatchException for the path of an instance of another class.
     void setPath(const CIMObjectPath& path);
-    /// The path that the instance's own keys make: its class and the values of those properties which the definition of
-    /// its class calls keys. Throws NoSuchPropertyException when the instance lacks one of them or it is null,
-    /// TypeMismatchException when the definition is that of another class, or a value is none that keys have.
+    /// The path made of the instance's own keys: its class, and the values of the properties that the definition of its
+    /// class declares as keys. Throws NoSuchPropertyException when the instance lacks one of them or its value is null,
+    /// TypeMismatchException when the definition is that of another class, or a value is of a type that keys cannot
+    /// have.
     CIMObjectPath buildPath(const CIMClass& cimClass) const;
 
-    /// Throws AlreadyExistsException when there is one of the name.
+    /// Throws AlreadyExistsException when there is one of that name.
     CIMInstance& addQualifier(const CIMQualifier& qualifier);
     Uint32 getQualifierCount() const;
-    /// Throw IndexOutOfBoundsException.
+    /// Throw IndexOutOfBoundsException for an index that is not below the count.
     CIMQualifier getQualifier(Uint32 index);
     CIMConstQualifier getQualifier(Uint32 index) const;
-    /// The index of the qualifier, PEG_NOT_FOUND when there is none of the name.
+    /// The index of the qualifier, PEG_NOT_FOUND when there is none of that name.
     Uint32 findQualifier(const CIMName& name) const;
 
-    /// Throws AlreadyExistsException when there is one of the name.
+    /// Throws AlreadyExistsException when there is one of that name.
     CIMInstance& addProperty(const CIMProperty& property);
     Uint32 getPropertyCount() const;
-    /// Throw IndexOutOfBoundsException.
+    /// Throw IndexOutOfBoundsException for an index that is not below the count.
     CIMProperty getProperty(Uint32 index);
     CIMConstProperty getProperty(Uint32 index) const;
-    /// The index of the property, PEG_NOT_FOUND when there is none of the name.
+    /// The index of the property, PEG_NOT_FOUND when there is none of that name.
     Uint32 findProperty(const CIMName& name) const;
 
     /// Whether both have the same class name, path, and qualifiers and properties in the same order.
     Boolean identical(const CIMInstance& other) const;
-    /// One of its own with the same content, all its parts included.
+    /// An independent copy, in which all parts are copied, too.
     CIMInstance clone() const;
     /// Whether this is a default-constructed handle.
     Boolean isUninitialized() const noexcept { return !rep_; }
@@ -66,12 +67,12 @@ class CIMInstance {
 
 } // namespace Pegasus
 
-// Behind the class, because properties have values, which can be instances.
+// After the class, because properties have values, which can be instances.
 #include <Pegasus/Common/CIMProperty.h>
 
 namespace Pegasus {
 
-/// An instance that is only looked at.
+/// A handle to an instance that reads it only.
 class CIMConstInstance : private CIMInstance {
   public:
     CIMConstInstance() noexcept = default;

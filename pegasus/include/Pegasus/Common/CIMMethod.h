@@ -20,26 +20,26 @@ class CIMMethod {
     const CIMName& getClassOrigin() const;
     Boolean getPropagated() const;
 
-    /// Throws AlreadyExistsException when there is one of the name.
+    /// Throws AlreadyExistsException when there is one of that name.
     CIMMethod& addParameter(const CIMParameter& parameter);
     Uint32 getParameterCount() const;
-    /// Throw IndexOutOfBoundsException.
+    /// Throw IndexOutOfBoundsException for an index that is not below the count.
     CIMParameter getParameter(Uint32 index);
     CIMConstParameter getParameter(Uint32 index) const;
-    /// The index of the parameter, PEG_NOT_FOUND when there is none of the name.
+    /// The index of the parameter, PEG_NOT_FOUND when there is none of that name.
     Uint32 findParameter(const CIMName& name) const;
 
-    /// Throws AlreadyExistsException when there is one of the name.
+    /// Throws AlreadyExistsException when there is one of that name.
     CIMMethod& addQualifier(const CIMQualifier& qualifier);
     Uint32 getQualifierCount() const;
-    /// Throw IndexOutOfBoundsException.
+    /// Throw IndexOutOfBoundsException for an index that is not below the count.
     CIMQualifier getQualifier(Uint32 index);
     CIMConstQualifier getQualifier(Uint32 index) const;
-    /// The index of the qualifier, PEG_NOT_FOUND when there is none of the name.
+    /// The index of the qualifier, PEG_NOT_FOUND when there is none of that name.
     Uint32 findQualifier(const CIMName& name) const;
 
     Boolean identical(const CIMMethod& other) const;
-    /// One of its own with the same content, all its parts included.
+    /// An independent copy, in which all parts are copied, too.
     CIMMethod clone() const;
     /// Whether this is a default-constructed handle.
     Boolean isUninitialized() const noexcept { return !rep_; }
@@ -51,7 +51,7 @@ class CIMMethod {
     detail::Handle<Rep> rep_;
 };
 
-/// A method that is only looked at.
+/// A handle to a method that reads it only.
 class CIMConstMethod : private CIMMethod {
   public:
     CIMConstMethod() noexcept = default;

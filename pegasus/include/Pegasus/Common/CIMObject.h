@@ -13,8 +13,8 @@ class CIMInstance;
 class CIMProperty;
 class CIMQualifier;
 
-/// A class or an instance: what an association leads to, and the value of a CIM object. A handle; a default-constructed
-/// one is uninitialised: every operation on it throws UninitializedObjectException.
+/// A class or an instance: what associations lead to, and an embedded object as a value. A handle; a
+/// default-constructed one is uninitialised: every operation on it throws UninitializedObjectException.
 ///
 /// CIMClass(object) and CIMInstance(object) give back the class or the instance, which the object shares with them.
 class CIMObject {
@@ -32,26 +32,26 @@ class CIMObject {
     /// Throws TypeMismatchException for the path of another class.
     void setPath(const CIMObjectPath& path);
 
-    // The properties and qualifiers of either. The headers of these have the types.
+    // The properties and qualifiers of the class or instance. Include CIMProperty.h or CIMQualifier.h to use them.
 
     Uint32 getPropertyCount() const;
-    /// Throw IndexOutOfBoundsException.
+    /// Throw IndexOutOfBoundsException for an index that is not below the count.
     CIMProperty getProperty(Uint32 index);
     CIMConstProperty getProperty(Uint32 index) const;
-    /// The index of the property, PEG_NOT_FOUND when there is none of the name.
+    /// The index of the property, PEG_NOT_FOUND when there is none of that name.
     Uint32 findProperty(const CIMName& name) const;
     Uint32 getQualifierCount() const;
-    /// Throw IndexOutOfBoundsException.
+    /// Throw IndexOutOfBoundsException for an index that is not below the count.
     CIMQualifier getQualifier(Uint32 index);
     CIMConstQualifier getQualifier(Uint32 index) const;
-    /// The index of the qualifier, PEG_NOT_FOUND when there is none of the name.
+    /// The index of the qualifier, PEG_NOT_FOUND when there is none of that name.
     Uint32 findQualifier(const CIMName& name) const;
 
     /// The CLASS or INSTANCE element of CIM-XML (DSP0201), without white space between elements.
     String toString() const;
 
     Boolean identical(const CIMObject& other) const;
-    /// One of its own with the same content, all its parts included.
+    /// An independent copy, in which all parts are copied, too.
     CIMObject clone() const;
     /// Whether this is a default-constructed handle.
     Boolean isUninitialized() const noexcept { return !rep_; }
@@ -65,7 +65,7 @@ class CIMObject {
     detail::Handle<Rep> rep_;
 };
 
-/// A class or an instance that is only looked at.
+/// A handle to a class or an instance that reads it only.
 class CIMConstObject : private CIMObject {
   public:
     CIMConstObject() noexcept = default;

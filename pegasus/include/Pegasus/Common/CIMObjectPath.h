@@ -35,8 +35,8 @@ class CIMKeyBinding {
     Type type_ = STRING;
 };
 
-/// Where an object is: host, namespace, class and keys, each of which may be absent. The key bindings are kept sorted
-/// by name without regard to case.
+/// The path of an object: host, namespace, class and keys, each of which may be absent. The key bindings are kept
+/// sorted by name without regard to case.
 class CIMObjectPath {
   public:
     CIMObjectPath() noexcept = default;
@@ -65,7 +65,7 @@ class CIMObjectPath {
     void setClassName(const CIMName& className);
     void setKeyBindings(const Array<CIMKeyBinding>& keyBindings);
 
-    /// A number that is the same for paths that are identical.
+    /// A hash: paths that are identical have the same.
     Uint32 makeHashCode() const;
 
     /// "//host/namespace:Class.Key1=\"text\",Key2=3", with host and namespace only where present; texts and references

@@ -12,7 +12,7 @@ class CIMParameter {
   public:
     CIMParameter() noexcept = default;
     /// An `arraySize` of 0 means "any"; `referenceClass` is null except for references. Throws TypeMismatchException
-    /// for a size of what is no array, or a class of what is no reference.
+    /// for a size without `isArray`, or a class when the type is not reference.
     CIMParameter(const CIMName& name, CIMType type, Boolean isArray = false, Uint32 arraySize = 0,
                  const CIMName& referenceClass = CIMName());
 
@@ -22,17 +22,17 @@ class CIMParameter {
     Uint32 getArraySize() const;
     const CIMName& getReferenceClassName() const;
 
-    /// Throws AlreadyExistsException when there is one of the name.
+    /// Throws AlreadyExistsException when there is one of that name.
     CIMParameter& addQualifier(const CIMQualifier& qualifier);
     Uint32 getQualifierCount() const;
-    /// Throw IndexOutOfBoundsException.
+    /// Throw IndexOutOfBoundsException for an index that is not below the count.
     CIMQualifier getQualifier(Uint32 index);
     CIMConstQualifier getQualifier(Uint32 index) const;
-    /// The index of the qualifier, PEG_NOT_FOUND when there is none of the name.
+    /// The index of the qualifier, PEG_NOT_FOUND when there is none of that name.
     Uint32 findQualifier(const CIMName& name) const;
 
     Boolean identical(const CIMParameter& other) const;
-    /// One of its own with the same content, all its parts included.
+    /// An independent copy, in which all parts are copied, too.
     CIMParameter clone() const;
     /// Whether this is a default-constructed handle.
     Boolean isUninitialized() const noexcept { return !rep_; }
@@ -44,7 +44,7 @@ class CIMParameter {
     detail::Handle<Rep> rep_;
 };
 
-/// A parameter that is only looked at.
+/// A handle to a parameter that reads it only.
 class CIMConstParameter : private CIMParameter {
   public:
     CIMConstParameter() noexcept = default;

@@ -16,13 +16,13 @@ class CIMProperty {
   public:
     CIMProperty() noexcept = default;
     /// An `arraySize` of 0 means "any"; `referenceClass` is null except for references. Throws TypeMismatchException
-    /// for a size of what is no array, or a class of what is no reference.
+    /// for a size when the value is no array, or a class when it is no reference.
     CIMProperty(CIMName name, CIMValue value, Uint32 arraySize = 0, CIMName referenceClass = CIMName(),
                 CIMName classOrigin = CIMName(), Boolean propagated = false);
 
     const CIMName& getName() const;
     const CIMValue& getValue() const;
-    /// Throws TypeMismatchException for a value of another type or array-ness.
+    /// Throws TypeMismatchException for a value of another type, or for an array in place of a scalar or the reverse.
     void setValue(CIMValue value);
     CIMType getType() const;
     Boolean isArray() const;
@@ -33,17 +33,17 @@ class CIMProperty {
     /// Whether the property comes from a superclass, or from the class in the case of an instance.
     Boolean getPropagated() const;
 
-    /// Throws AlreadyExistsException when there is one of the name.
+    /// Throws AlreadyExistsException when there is one of that name.
     CIMProperty& addQualifier(const CIMQualifier& qualifier);
     Uint32 getQualifierCount() const;
-    /// Throw IndexOutOfBoundsException.
+    /// Throw IndexOutOfBoundsException for an index that is not below the count.
     CIMQualifier getQualifier(Uint32 index);
     CIMConstQualifier getQualifier(Uint32 index) const;
-    /// The index of the qualifier, PEG_NOT_FOUND when there is none of the name.
+    /// The index of the qualifier, PEG_NOT_FOUND when there is none of that name.
     Uint32 findQualifier(const CIMName& name) const;
 
     Boolean identical(const CIMProperty& other) const;
-    /// One of its own with the same content, all its parts included.
+    /// An independent copy, in which all parts are copied, too.
     CIMProperty clone() const;
     /// Whether this is a default-constructed handle.
     Boolean isUninitialized() const noexcept { return !rep_; }
@@ -57,13 +57,13 @@ class CIMProperty {
 
 } // namespace Pegasus
 
-// Behind the class, because values can be instances, which have properties.
+// After the class, because values can be instances, which have properties.
 #include <Pegasus/Common/CIMQualifier.h>
 #include <Pegasus/Common/CIMValue.h>
 
 namespace Pegasus {
 
-/// A property that is only looked at.
+/// A handle to a property that reads it only.
 class CIMConstProperty : private CIMProperty {
   public:
     CIMConstProperty() noexcept = default;

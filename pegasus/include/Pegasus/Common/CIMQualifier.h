@@ -22,7 +22,7 @@ class CIMQualifier {
     Boolean getPropagated() const;
 
     Boolean identical(const CIMQualifier& other) const;
-    /// One of its own with the same content, all its parts included.
+    /// An independent copy, in which all parts are copied, too.
     CIMQualifier clone() const;
     /// Whether this is a default-constructed handle.
     Boolean isUninitialized() const noexcept { return !rep_; }
@@ -32,7 +32,7 @@ class CIMQualifier {
     detail::Handle<Rep> rep_;
 };
 
-/// A qualifier that is only looked at.
+/// A handle to a qualifier that reads it only.
 class CIMConstQualifier : private CIMQualifier {
   public:
     CIMConstQualifier() noexcept = default;

@@ -7,7 +7,7 @@
 
 namespace Pegasus {
 
-/// The declaration of a qualifier: its type and default value, where it may stand and how it passes on. A handle; a
+/// The declaration of a qualifier: its type and default value, its scope and its flavor. A handle; a
 /// default-constructed one is uninitialised: every operation on it throws UninitializedObjectException.
 class CIMQualifierDecl {
   public:
@@ -23,7 +23,7 @@ class CIMQualifierDecl {
     const CIMScope& getScope() const;
     const CIMFlavor& getFlavor() const;
     Uint32 getArraySize() const;
-    /// One of its own with the same content, all its parts included.
+    /// An independent copy, in which all parts are copied, too.
     CIMQualifierDecl clone() const;
     /// Whether this is a default-constructed handle.
     Boolean isUninitialized() const noexcept { return !rep_; }

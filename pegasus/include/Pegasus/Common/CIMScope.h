@@ -4,7 +4,7 @@
 
 namespace Pegasus {
 
-/// The kinds of elements that a qualifier may stand on: a set of bits.
+/// The scope of a qualifier, the kinds of elements that may have it: a set of bits.
 class CIMScope {
   public:
     static const CIMScope NONE;

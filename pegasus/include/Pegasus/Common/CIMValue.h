@@ -60,7 +60,7 @@ struct ValueType<Array<T>> : ScalarType<T> {
     static constexpr bool kIsArray = true;
 };
 
-/// A boolean, number or character; whoever keeps it knows its type.
+/// A boolean, number or character, whose type its owner knows.
 class PlainScalar {
   public:
     template <class T>
@@ -86,7 +86,7 @@ using KeptAs = std::conditional_t<std::is_trivially_copyable_v<T>, PlainScalar, 
 class ArrayContent : public RefCounted {
   public:
     virtual Uint32 size() const noexcept = 0;
-    /// Whether there is nothing at a place, which is within the array.
+    /// Whether the element is null; the index must be within the array.
     virtual Boolean isNull(Uint32 index) const = 0;
 };
 
@@ -126,15 +126,15 @@ struct ArrayWithNulls final : ArrayOf<T> {
         return itsItems;
     }
 
-    const std::vector<bool> nulls; // those behind its end are not
+    const std::vector<bool> nulls; // elements beyond its end are not null
 };
 
 [[noreturn]] void throwTypeMismatch(CIMType type, Boolean isArray, CIMType askedType, Boolean askedArray);
 
 } // namespace detail
 
-/// A value of one CIM type, scalar or array, or the null of that type. A value itself: changing a copy does not change
-/// the original.
+/// A value of one CIM type, scalar or array, or the null of that type. Copies are independent: changing one does not
+/// change the original.
 class CIMValue {
   public:
     /// The null boolean.
@@ -148,8 +148,8 @@ class CIMValue {
         : content_(contentOf(std::forward<T>(value))),
           type_(detail::ValueType<std::decay_t<T>>::kType),
           isArray_(detail::ValueType<std::decay_t<T>>::kIsArray) {}
-    /// An array in which the elements are null that `nulls` says are; it may be shorter than the array. Throws
-    /// IndexOutOfBoundsException for a null behind the end.
+    /// An array whose elements are null where `nulls` is true; `nulls` may be shorter than the array. Throws
+    /// IndexOutOfBoundsException for a null beyond the end of the array.
     template <class T>
     CIMValue(Array<T> items, const Array<Boolean>& nulls)
         : content_(ArrayHandle::make<detail::ArrayWithNulls<T>>(std::move(items), nulls)),
@@ -161,12 +161,12 @@ class CIMValue {
     Boolean isNull() const noexcept { return std::holds_alternative<std::monostate>(content_); }
     /// The number of elements; 0 for a null and for a scalar.
     Uint32 getArraySize() const;
-    /// Whether an element of an array is null: nothing, an uninitialised object. Throws IndexOutOfBoundsException for
-    /// an index that is not below getArraySize().
+    /// Whether an element of an array is null, or is an uninitialised object. Throws IndexOutOfBoundsException for an
+    /// index that is not below getArraySize().
     Boolean isNullElement(Uint32 index) const;
 
     /// Copies the content to `value`. A null leaves `value` as it is, so initialise it; a null element of an array is
-    /// T(). Throws TypeMismatchException when T is not this value's type and array-ness.
+    /// T(). Throws TypeMismatchException when T is not the C++ type of this value, array or scalar.
     template <class T>
     void get(T& value) const {
         using Type = detail::ValueType<T>;
@@ -196,7 +196,7 @@ class CIMValue {
     void assign(const CIMValue& value) { *this = value; }
     /// Makes it the null boolean.
     void clear() noexcept { *this = CIMValue(); }
-    /// Whether both are of the same type and array-ness.
+    /// Whether both are of one type, and both arrays or both scalars.
     Boolean typeCompatible(const CIMValue& other) const noexcept {
         return type_ == other.type_ && isArray_ == other.isArray_;
     }
@@ -205,8 +205,8 @@ class CIMValue {
         *this = CIMValue(type, isArray, size);
     }
 
-    /// False when type or array-ness differ; two nulls of one type are equal; a null never equals a content. So it is
-    /// with the elements of arrays.
+    /// False when the types differ, or only one is an array; two nulls of one type are equal; a null equals nothing
+    /// else. The elements of arrays are compared likewise.
     Boolean equal(const CIMValue& other) const;
 
     /// The content as text: TRUE and FALSE, integers in base 10, reals as "%.7e" and "%.16e" write them, embedded

@@ -15,7 +15,7 @@ using Sint64 = long long;
 using Real32 = float;
 using Real64 = double;
 
-/// What the find operations return when there is nothing of the name: all bits set.
+/// What the find operations return when there is nothing of that name: all bits set.
 constexpr Uint32 PEG_NOT_FOUND = ~Uint32{0};
 
 } // namespace Pegasus

@@ -30,8 +30,8 @@ class Exception {
 };
 
 /// An error that the server reports for an operation. The message is the code's name, a colon, a blank and the server's
-/// description, less that name where the description begins with it. An operation of the client adds which server and
-/// operation it was: see RefusedByServer in Pegasus/Client/FailureMarks.h.
+/// description, from which the name is removed where it begins with it. An operation of the client adds the server and
+/// the operation: see RefusedByServer in Pegasus/Client/FailureMarks.h.
 class CIMException : public Exception {
   public:
     explicit CIMException(CIMStatusCode code, const String& description = String());
@@ -75,7 +75,7 @@ class IndexOutOfBoundsException : public Exception {
     IndexOutOfBoundsException();
 };
 
-/// A value was asked for as a type that it does not have.
+/// A value was asked for as another type than its own.
 class TypeMismatchException : public Exception {
   public:
     explicit TypeMismatchException(const String& message = "the value has another type");

@@ -7,10 +7,10 @@ namespace Pegasus {
 /// The name of a language, such as "en" or "de-AT", or "*" for any. Compared without regard to case.
 class LanguageTag {
   public:
-    /// None; toString() is empty.
+    /// No language; toString() is empty.
     LanguageTag() noexcept = default;
-    /// Throws InvalidNameException for what is none: words of 1 to 8 letters, behind the first of digits, too, with '-'
-    /// between them.
+    /// Throws InvalidNameException unless the text is words of 1 to 8 letters, separated by '-'; words after the first
+    /// may have digits, too.
     explicit LanguageTag(const String& tag);
 
     const String& toString() const noexcept { return tag_; }

@@ -8,7 +8,7 @@ namespace Pegasus {
 /// One certificate of the peer's chain, as a verification callback sees it.
 class SSLCertificateInfo {
   public:
-    /// `preverified` is what the library's own check of this certificate said.
+    /// `preverified` is the result of the library's own check of this certificate.
     SSLCertificateInfo(const String& subjectName, const String& issuerName, Uint32 errorDepth, Sint32 errorCode,
                        const String& errorString, Boolean preverified);
 
@@ -34,7 +34,7 @@ class SSLCertificateInfo {
     long getSerialNumber() const noexcept { return facts_.serialNumber; }
     /// 3 for all of today's.
     Uint32 getVersionNumber() const noexcept { return facts_.versionNumber; }
-    /// All of it, a line for each.
+    /// All of these values, one on each line.
     String toString() const;
     /// 1 when the certificate passed the library's own check, else 0.
     Uint32 getResponseCode() const noexcept { return preverified_ ? 1 : 0; }
@@ -52,28 +52,28 @@ class SSLCertificateInfo {
 /// Decides about one certificate: true accepts it. Called during the handshake, on the thread that connects.
 typedef Boolean(SSLCertificateVerifyFunction)(SSLCertificateInfo&);
 
-/// How a secure connection checks its peer, and what it shows of itself. With neither trust store nor callback nor
-/// fingerprint the connection is encrypted and the peer is not verified. The files are read by connect(), which throws
+/// How an encrypted connection verifies its peer, and which certificate it shows. With neither trust store nor callback
+/// nor fingerprint the connection is encrypted and the peer is not verified. connect() reads the files, and throws an
 /// SSLException that names the one that it cannot use.
 class SSLContext {
   public:
     /// `trustStore` is a PEM file of certificates, or a folder of such files: of all files *.pem, *.crt and *.cer, or,
-    /// where there are any, of those that have hashes as names (openssl rehash). The peer's certificate must lead to
-    /// one of them that has signed itself, be meant for servers, within its time, no weaker than OpenSSL's security
-    /// level on this system allows, and be for the host or address that was connected to; a common name counts as a
-    /// host's only where there is no DNS name. `verify` may be null. `randomFile` names a file that seeds the random
-    /// numbers. An empty text means "none".
+    /// where there are any, of those that have hashes as names (openssl rehash). The peer's certificate must have a
+    /// chain to a self-signed one among them, be meant for servers, be within its time, be no weaker than OpenSSL's
+    /// security level on this system allows, and be for the host or address that was connected to; its common name
+    /// counts as a host name only where it has no DNS name. `verify` may be null. `randomFile` names a file that seeds
+    /// the random numbers. An empty text means "none".
     SSLContext(const String& trustStore, SSLCertificateVerifyFunction* verify,
                const String& randomFile = String::EMPTY);
-    /// With the client's own certificate as well, for servers that ask for one: PEM files. Behind the certificate may
-    /// stand those of its authorities, which are shown, too. The key may stand in `certPath` as well; `keyPath` is then
-    /// empty. It must not be encrypted: nobody is asked for a passphrase.
+    /// With the client's own certificate as well, for servers that ask for one: PEM files. The certificates of its
+    /// authorities may follow it in the file; they are shown, too. The key may be in `certPath` as well; `keyPath` is
+    /// then empty. The key must not be encrypted: nobody is asked for a passphrase.
     SSLContext(const String& trustStore, const String& certPath, const String& keyPath,
                SSLCertificateVerifyFunction* verify = nullptr, const String& randomFile = String::EMPTY);
 
     /// Accepts the one certificate with this SHA-256 (64 hexadecimal digits in any case, with or without colons between
     /// the pairs), whatever trust store, time, names and strength say, and no other. The callback is not asked then. An
-    /// empty text means "none"; connect() throws SSLException for any other that is not such.
+    /// empty text means "none"; connect() throws SSLException for any other text that is not such a SHA-256.
     void setPeerFingerprint(const String& fingerprint) { peerFingerprint_ = fingerprint; }
 
     const String& getTrustStore() const noexcept { return trustStore_; }

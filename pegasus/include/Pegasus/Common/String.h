@@ -54,25 +54,25 @@ class String {
     /// Has no effect: each text takes what it needs.
     void reserveCapacity(Uint32 /*capacity*/) noexcept {}
 
-    // Places and lengths are counted in UTF-16 units, as size() counts.
+    // Indexes and lengths are counted in UTF-16 units, as size() counts.
 
-    /// Where the character, or the text, comes first; PEG_NOT_FOUND when it does not.
+    /// The index of the first occurrence of the character or text; PEG_NOT_FOUND when there is none.
     Uint32 find(Char16 character) const { return find(0, character); }
     Uint32 find(Uint32 from, Char16 character) const;
     Uint32 find(const String& text) const;
-    /// Where the character comes last; PEG_NOT_FOUND when it does not.
+    /// The index of the last occurrence of the character; PEG_NOT_FOUND when there is none.
     Uint32 reverseFind(Char16 character) const;
-    /// The part that begins at a place, up to so many units. Throws IndexOutOfBoundsException for a place behind the
-    /// end.
+    /// The part that begins at an index, of at most `length` units. Throws IndexOutOfBoundsException for an index
+    /// beyond the end.
     String subString(Uint32 index, Uint32 length = PEG_NOT_FOUND) const;
-    /// Takes this part out. Throws like subString().
+    /// Removes this part. Throws like subString().
     void remove(Uint32 index, Uint32 length = PEG_NOT_FOUND);
     /// Change the letters A to Z, or a to z.
     void toLower();
     void toUpper();
 
-    /// Less than 0, 0, or greater than 0: which text comes first by its UTF-16 units, without regard to case by those
-    /// of the texts in lower case. The second form compares the first `length` units.
+    /// Less than 0, 0, or greater than 0, as `a` comes before, equals or comes after `b` in the order of UTF-16 units;
+    /// without regard to case, the texts are compared in lower case. The second form compares the first `length` units.
     static int compare(const String& a, const String& b);
     static int compare(const String& a, const String& b, Uint32 length);
     static int compareNoCase(const String& a, const String& b);
