@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace NQORVYX20 {
+namespace NQORVYX20::names {
 
 // Names of classes, properties and keys are the same in any letter case: letters from A to Z, whatever the locale is.
 
@@ -22,4 +22,4 @@ inline bool IsSameName(std::string_view left, std::string_view right) {
                       [](char a, char b) { return ToLower(a) == ToLower(b); });
 }
 
-} // namespace NQORVYX20
+} // namespace NQORVYX20::names

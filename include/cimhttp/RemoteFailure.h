@@ -29,7 +29,7 @@ struct RemoteFailure {
     Kind kind = Kind::kOther;
     unsigned cimStatus = 0;  ///< with kCimStatus, the status code of DSP0200
     unsigned httpStatus = 0; ///< with kLogin and kHttp
-    std::string text;        ///< what the client library says, for people
+    std::string text;        ///< for people: what the client library says; with kCimStatus, what the server says
 
     std::optional<CertificateRefusal> refusal; ///< with kTls, where it was the server's certificate
 };

@@ -14,7 +14,7 @@ constexpr std::size_t kMaxSearched = 32; // more keys than that get an index
 
 bool IsNameBefore(std::string_view left, std::string_view right) {
     return std::lexicographical_compare(left.begin(), left.end(), right.begin(), right.end(),
-                                        [](char a, char b) { return ToLower(a) < ToLower(b); });
+                                        [](char a, char b) { return names::ToLower(a) < names::ToLower(b); });
 }
 
 bool IsWrittenBare(TCIMValue::TCIMType type) {
@@ -83,11 +83,12 @@ TCIMValue TCIMReference::GetKeyValue(const std::string& name) const {
 
 std::size_t TCIMReference::FindKey(const std::string& name) const {
     if (keyValues_.size() > kMaxSearched) {
-        const auto found = index_.find(LowerCase(name));
+        const auto found = index_.find(names::LowerCase(name));
         return found == index_.end() ? keyValues_.size() : found->second;
     }
-    const auto found = std::find_if(keyValues_.begin(), keyValues_.end(),
-                                    [&name](const TKeyValue& keyValue) { return IsSameName(keyValue.first, name); });
+    const auto found = std::find_if(keyValues_.begin(), keyValues_.end(), [&name](const TKeyValue& keyValue) {
+        return names::IsSameName(keyValue.first, name);
+    });
     return static_cast<std::size_t>(found - keyValues_.begin());
 }
 
@@ -97,7 +98,7 @@ void TCIMReference::ExtendIndex() {
         return;
     }
     for (std::size_t place = index_.size(); place < keyValues_.size(); ++place) {
-        index_.emplace(LowerCase(keyValues_[place].first), place);
+        index_.emplace(names::LowerCase(keyValues_[place].first), place);
     }
 }
 

@@ -17,7 +17,7 @@ namespace NQORVYX20 {
 namespace {
 
 bool IsAdmitted(const std::string& name, const std::string& filter) {
-    return filter.empty() || IsSameName(name, filter);
+    return filter.empty() || names::IsSameName(name, filter);
 }
 
 // A reference property of an association instance.

@@ -41,8 +41,8 @@ class NamedEntries {
         return found == entries_.end() ? TEntry() : found->second;
     }
 
-    /// The entries in the order of their names. The sequence that is handed out does not change with the collection; it
-    /// is made once after a change.
+    /// The entries in the order of their names, for a collection that is walked often. The sequence that is handed out
+    /// does not change with the collection; it is made once after a change, and kept.
     boost::shared_ptr<const TEntries> Ordered() const {
         if (!ordered_) {
             ordered_ = MakeOrdered();
@@ -53,7 +53,7 @@ class NamedEntries {
     /// Calls back once per entry until the callback returns false; false when it did.
     template <typename Callback>
     bool Visit(const Callback& callback) const {
-        const auto entries = Ordered();
+        const auto entries = ordered_ ? ordered_ : MakeOrdered();
         for (const TEntry& entry : *entries) {
             if (!callback(entry)) {
                 return false;

@@ -78,7 +78,7 @@ void TCimHTTPClass::Initialize() {
         superClass_ = nameSpace->GetRootClass();
         return;
     }
-    reading_->Define(*this);
+    Required(reading_, TVYXStatusCode::eRemoteConnectionFailed).Define(*this);
 }
 
 void TCimHTTPClass::SetSuperClass(const boost::shared_ptr<ICIMClass>& superClass) { superClass_ = superClass; }
@@ -244,7 +244,12 @@ boost::shared_ptr<ICIMPropertyDecl> TCimHTTPClass::GetPropertyDecl(const std::st
 
 void TCimHTTPClass::EnumeratePropertyDecls(const boost::function<bool(boost::shared_ptr<ICIMPropertyDecl>)>& callback,
                                            TCIMContext /*context*/) const {
-    propertyDecls_.Visit(callback);
+    const auto declarations = propertyDecls_.Ordered();
+    for (const auto& declaration : *declarations) {
+        if (!callback(declaration)) {
+            return;
+        }
+    }
 }
 
 void TCimHTTPClass::AddPropertyDecl(boost::shared_ptr<ICIMPropertyDecl> declaration) {

@@ -259,8 +259,8 @@ void TCimHTTPNamespace::EnumerateClassNames(std::string nameSpace, std::string c
         });
     } catch (const Pegasus::Exception& failure) {
         Report().Fail(RemoteFailureOf(failure));
-        LogDebug("TCimHTTPNamespace::EnumerateClassNames: " + nameSpace + ":" + className + ": " + MessageOf(failure) +
-                 "\n");
+        LogDebug("TCimHTTPNamespace::EnumerateClassNames: " + nameSpace + ":" + className + ": " +
+                 PegStrToStdStr(StatementOf(failure)) + "\n");
     }
 }
 

@@ -9,7 +9,6 @@
 #include <boost/weak_ptr.hpp>
 
 #include <cstdint>
-#include <memory>
 #include <string>
 
 namespace NQORVYX20 {

@@ -147,14 +147,16 @@ RemoteFailure RemoteFailureOf(const Pegasus::Exception& exception) {
     return failure;
 }
 
-std::string MessageOf(const Pegasus::Exception& exception) {
+const Pegasus::String& StatementOf(const Pegasus::Exception& exception) {
 #ifdef CIMHTTP_HAS_FAILURE_MARKS
     if (const auto* const refusal = dynamic_cast<const Pegasus::RefusedByServer*>(&exception)) {
-        return ToStdString(refusal->getStatement());
+        return refusal->getStatement();
     }
 #endif
-    return ToStdString(exception.getMessage());
+    return exception.getMessage();
 }
+
+std::string MessageOf(const Pegasus::Exception& exception) { return ToStdString(StatementOf(exception)); }
 
 TVYXStatusCode::EStatusCode StatusCodeOf(const RemoteFailure& failure) {
     const bool isAbsent = failure.kind == Kind::kCimStatus &&

@@ -12,7 +12,9 @@ namespace NQORVYX20 {
 /// What an exception of the client library means. The one place where its types are told apart.
 RemoteFailure RemoteFailureOf(const Pegasus::Exception& exception);
 
-/// What it says, in the server's words where these are the server's; it does not name the server then.
+/// What it says, in the server's words where these are the server's; it does not name the server then. As long as the
+/// exception.
+const Pegasus::String& StatementOf(const Pegasus::Exception& exception);
 std::string MessageOf(const Pegasus::Exception& exception);
 
 /// The status code with which a faithful namespace reports a failure: eNotFound for what the server does not have,

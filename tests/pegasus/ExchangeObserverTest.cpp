@@ -224,6 +224,28 @@ TEST_F(ExchangeObserverTest, TheHandlerIsToldTheServersTimeAlsoOfAnErrorThatItRe
     EXPECT_EQ(figures.all.front().serverTime, 1234U);
 }
 
+/// Disconnects the client after an operation.
+class Quitter : public ClientOpPerformanceDataHandler {
+  public:
+    explicit Quitter(CIMClient& client) : client_(client) {}
+    void handleClientOpPerformanceData(const ClientOpPerformanceData& /*data*/) override { client_.disconnect(); }
+
+  private:
+    CIMClient& client_;
+};
+
+TEST_F(ExchangeObserverTest, TheHandlerMayDisconnectAndTheErrorStillNamesTheServer) {
+    Quitter quitter(client_);
+    client_.registerClientOpPerformanceDataHandler(quitter);
+    server_.AnswerNextWith(AnswerTo("", "GetClass", "<ERROR CODE=\"1\" DESCRIPTION=\": gone\"/>"));
+    connect();
+    EXPECT_EQ(MessageOf<CIMException>([&] { getThing(); }),
+              "CIM_ERR_FAILED: : gone (" + server_.Address() + ":5988: GetClass)");
+    connect();
+    server_.AnswerNextWith(AnswerTo("", "GetClass", ""));
+    EXPECT_THAT(MessageOf<CIMClientResponseException>([&] { getThing(); }), HasSubstr(":5988: GetClass: "));
+}
+
 TEST_F(ExchangeObserverTest, TheHandlerIsToldOfNoOperationWithoutAWholeAnswer) {
     Figures figures;
     client_.registerClientOpPerformanceDataHandler(figures);

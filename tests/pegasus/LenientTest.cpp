@@ -188,6 +188,13 @@ TEST(LenientTest, OfADoubledPropertyTheLastCounts) {
     EXPECT_EQ(text(answer.findings.first[0].element), "p");
 }
 
+TEST(LenientTest, AClassHasBothPropertiesOfOneName) {
+    const LenientAnswer answer = decodeLeniently(
+        bodyWith("<CLASS NAME=\"A\">" + property("P", "uint8", "1") + property("P", "uint8", "2") + "</CLASS>"));
+    EXPECT_EQ(answer.classes.at(0).getPropertyCount(), 2U);
+    EXPECT_EQ(answer.findings.total, 0U);
+}
+
 TEST(LenientTest, BytesThatAreNotUtf8AreLatin1OrUnknown) {
     const std::string body = bodyWith(named(property("P", "string",
                                                      "gr\xFC\xDF"

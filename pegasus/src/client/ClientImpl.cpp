@@ -122,8 +122,10 @@ void CIMClient::Impl::receive(const std::string& messageId, const char* method, 
         exchange(request, decoder, end, endOfTime, measurement);
     } catch (const CIMException& error) { // a good answer, though not the one hoped for
         isReceiving_ = false;
-        report(measurement);
-        client::throwServersError(error, connection_->endpoint(), method, measurement.remarks.languages);
+        client::ServersError named(error, connection_->endpoint(), method);
+        named.setContentLanguages(measurement.remarks.languages);
+        report(measurement); // whose handler may disconnect
+        throw named;
     } catch (...) {
         isReceiving_ = false;
         connection_->close();

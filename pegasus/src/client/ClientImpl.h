@@ -130,20 +130,20 @@ class CIMClient::Impl {
     /// Does a part of an operation. What it throws about the answer names server and operation.
     template <typename Work>
     auto aboutOperation(const char* method, Work work) const {
+        const std::string server = connection_->endpoint().text(); // a performance handler may disconnect
         try {
             return work();
         } catch (const CIMClientXmlException& failure) {
-            throwAbout(method, failure);
+            throwAbout(server, method, failure);
         } catch (const CIMClientResponseException& failure) {
-            throwAbout(method, failure);
+            throwAbout(server, method, failure);
         }
     }
 
     /// Throws an exception of that type, with the same mark, whose message says which server and operation it is about.
     template <typename Failure>
-    [[noreturn]] void throwAbout(const char* method, const Failure& failure) const {
-        const String message(connection_->endpoint().text() + ": " + method + ": " +
-                             std::string(failure.getMessage().view()));
+    [[noreturn]] static void throwAbout(const std::string& server, const char* method, const Failure& failure) {
+        const String message(server + ": " + method + ": " + std::string(failure.getMessage().view()));
         if (dynamic_cast<const ExceedsLimit*>(&failure) != nullptr) {
             throw errors::Marked<Failure, ExceedsLimit>(message);
         }

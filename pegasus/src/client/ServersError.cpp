@@ -1,6 +1,5 @@
 #include "client/ServersError.h"
 
-#include <Pegasus/Client/FailureMarks.h>
 #include <Pegasus/Common/CIMInstance.h>
 
 #include <string>
@@ -9,27 +8,18 @@ namespace Pegasus::client {
 
 namespace {
 
-class ServersError final : public CIMException, public RefusedByServer {
-  public:
-    ServersError(const CIMException& error, const std::string& server, const char* method)
-        : CIMException(error.getCode(), String(text(error) + " (" + server + ": " + method + ")")),
-          RefusedByServer(String(server), error.getMessage()) {
-        for (Uint32 i = 0; i < error.getErrorCount(); ++i) {
-            addError(error.getError(i));
-        }
-    }
-
-  private:
-    static std::string text(const CIMException& error) { return std::string(error.getMessage().view()); }
-};
+String named(const String& message, const std::string& server, const char* method) {
+    return String(std::string(message.view()) + " (" + server + ": " + method + ")");
+}
 
 } // namespace
 
-void throwServersError(const CIMException& error, const http::Endpoint& endpoint, const char* method,
-                       const ContentLanguageList& languages) {
-    ServersError named(error, endpoint.text(), method);
-    named.setContentLanguages(languages);
-    throw named;
+ServersError::ServersError(const CIMException& error, const http::Endpoint& endpoint, const char* method)
+    : CIMException(error.getCode(), WholeMessage{named(error.getMessage(), endpoint.text(), method)}),
+      RefusedByServer(String(endpoint.text()), error.getMessage()) {
+    for (Uint32 i = 0; i < error.getErrorCount(); ++i) {
+        addError(error.getError(i));
+    }
 }
 
 } // namespace Pegasus::client

@@ -2,13 +2,15 @@
 
 #include "http/Endpoint.h"
 
-#include <Pegasus/Common/ContentLanguageList.h>
+#include <Pegasus/Client/FailureMarks.h>
 #include <Pegasus/Common/Exception.h>
 
 namespace Pegasus::client {
 
-/// Throws the error that a server answered an operation with, as a RefusedByServer whose message names both.
-[[noreturn]] void throwServersError(const CIMException& error, const http::Endpoint& endpoint, const char* method,
-                                    const ContentLanguageList& languages);
+/// The error that a server answered an operation with. Its message names both.
+class ServersError final : public CIMException, public RefusedByServer {
+  public:
+    ServersError(const CIMException& error, const http::Endpoint& endpoint, const char* method);
+};
 
 } // namespace Pegasus::client

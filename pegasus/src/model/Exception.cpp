@@ -56,6 +56,8 @@ struct CIMException::Errors {
 CIMException::CIMException(CIMStatusCode code, const String& description)
     : Exception(withCodeName(code, description)), code_(code) {}
 
+CIMException::CIMException(CIMStatusCode code, const WholeMessage& message) : Exception(message.text), code_(code) {}
+
 Uint32 CIMException::getErrorCount() const noexcept { return errors_ ? errors_->instances.size() : 0; }
 
 CIMInstance CIMException::getError(Uint32 index) const {

@@ -97,7 +97,8 @@ void TlsChannel::shakeHands(const Deadline& deadline) {
         });
     } catch (const ConnectionLost& lost) {
         context_->sessions().forget();
-        failHandshake(lost.reason);
+        lost_ = lost.reason;
+        failHandshake(lost_);
     }
     context_->sessions().noteHandshake(*session_);
 }
@@ -168,6 +169,9 @@ bool TlsChannel::refusesClientCertificate() const {
 }
 
 std::string TlsChannel::reason() const {
+    if (!lost_.empty()) {
+        return lost_;
+    }
     if (error_ != 0) {
         return openSslText(error_);
     }

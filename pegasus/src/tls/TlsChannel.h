@@ -64,6 +64,7 @@ class TlsChannel : public http::TcpChannel {
     bool isAskedForCertificate_ = false;
     bool hasEnded_ = false;   // the server has closed it, with or without TLS's alert
     unsigned long error_ = 0; // of OpenSSL, where it was OpenSSL that failed
+    std::string lost_;        // why the handshake ended, if it failed
 };
 
 } // namespace Pegasus::tls

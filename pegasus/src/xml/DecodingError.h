@@ -13,7 +13,7 @@ namespace Pegasus::xml {
 struct DecodingError {
     enum class Kind {
         Content,    ///< the content of the element that was entered last is not accepted; its XML is well-formed
-        Incomplete, ///< an element that has just ended lacks something
+        Incomplete, ///< an element that has just ended lacks something, or is one too many
         Malformed,  ///< the text is not well-formed where it is read
         Limit       ///< it passes a limit of this library
     };

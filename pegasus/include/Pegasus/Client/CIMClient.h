@@ -68,7 +68,8 @@ class CIMClient {
     /// that is not valid for its type becomes null; bytes that are not UTF-8 are taken as Latin-1, or as U+FFFD where
     /// that has no character for them; of two properties of an instance with one name the last counts. Each of these is
     /// a finding, and the rest of the answer is delivered. If not, each ends the operation with CIMClientXmlException.
-    /// An answer without such faults is read alike in either case. An extension, as is takeFindings().
+    /// An answer without such faults is read alike in either case. A class with two properties of one name has both in
+    /// a lenient reading, which is no finding. An extension, as is takeFindings().
     void setLenient(Boolean lenient);
     Boolean isLenient() const;
     /// Returns the findings since the last call, or since the client was made, those of operations that threw included,

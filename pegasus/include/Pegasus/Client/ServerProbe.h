@@ -27,7 +27,7 @@ struct ServerProbe {
     enum Result {
         REACHED,      ///< as far as asked; for TLS, see TlsProbe::failure
         UNKNOWN_HOST, ///< there is no host of that name
-        UNRESOLVED,   ///< the name cannot be looked up now
+        UNRESOLVED,   ///< the name cannot be looked up now, or the port is none
         REFUSED,      ///< nothing listens on the port
         SILENT,       ///< no address of the host has answered
         NO_SOCKET     ///< this process has no file descriptor left

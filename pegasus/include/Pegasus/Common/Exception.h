@@ -44,6 +44,13 @@ class CIMException : public Exception {
     CIMInstance getError(Uint32 index) const;
     void addError(const CIMInstance& instance);
 
+  protected:
+    /// A message that is used as it is.
+    struct WholeMessage {
+        String text;
+    };
+    CIMException(CIMStatusCode code, const WholeMessage& message);
+
   private:
     struct Errors;
 
