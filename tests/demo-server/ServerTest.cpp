@@ -328,6 +328,18 @@ TEST_F(Server, ServesAChunkedRequest) {
     EXPECT_THAT(response.body, HasSubstr("<CLASS NAME=\"CIM_System\""));
 }
 
+TEST_F(Server, RefusesARequestWithTrailersWhichWouldCountAsItsHeaders) {
+    const auto answerTo = [](const std::string& trailers) {
+        const std::string body = OperationBody("GetClass", ClassName("CIM_System"));
+        std::ostringstream chunk;
+        chunk << std::hex << body.size() << "\r\n" << body << "\r\n0\r\n" << trailers << "\r\n";
+        return Send(Post(With(OperationHeaders("GetClass"), "Transfer-Encoding", "chunked"), chunk.str())).status;
+    };
+    EXPECT_EQ(answerTo(""), 200);
+    EXPECT_EQ(answerTo("TE: trailers\r\n"), 400);
+    EXPECT_EQ(answerTo("X: " + std::string(20000, 'x') + "\r\n"), 400);
+}
+
 TEST_F(Server, ReadsTheEndOfAChunkedRequestThatArrivesByteByByte) {
     const std::string end = "0\r\n\r\n";
     exchange::Session session;

@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <chrono>
 #include <cstring>
+#include <exception>
 #include <memory>
 #include <utility>
 
@@ -36,10 +37,13 @@ Addresses Resolve(const std::string& address, int port) {
 int ListenOn(const addrinfo& address) {
     const int socket =
         ::socket(address.ai_family, address.ai_socktype | SOCK_CLOEXEC | SOCK_NONBLOCK, address.ai_protocol);
+    if (socket < 0) {
+        return socket;
+    }
     const int yes = 1;
     // Not SO_REUSEPORT: it would let a second server share the port unnoticed.
     ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof(yes));
-    if (socket < 0 || (::bind(socket, address.ai_addr, address.ai_addrlen) == 0 && ::listen(socket, SOMAXCONN) == 0)) {
+    if (::bind(socket, address.ai_addr, address.ai_addrlen) == 0 && ::listen(socket, SOMAXCONN) == 0) {
         return socket;
     }
     const int error = errno;
@@ -81,10 +85,18 @@ void Acceptor::Run() {
     }
 }
 
+void Acceptor::HandOver(int connection) {
+    try {
+        take_(connection);
+    } catch (const std::exception&) { // there is no memory, or no thread, for another one
+        ::close(connection);
+    }
+}
+
 void Acceptor::AcceptNext() {
     const int accepted = ::accept4(socket_, nullptr, nullptr, SOCK_CLOEXEC);
     if (accepted >= 0) {
-        take_(accepted);
+        HandOver(accepted);
     } else if (errno == EMFILE || errno == ENFILE || errno == ENOBUFS || errno == ENOMEM) {
         stop_.WaitUntil(std::chrono::steady_clock::now() + kPause);
     }

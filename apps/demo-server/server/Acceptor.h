@@ -18,7 +18,8 @@ class ListenError : public std::runtime_error {
 /// Takes the connections that clients make to an address and port, on a thread of its own.
 class Acceptor {
   public:
-    /// Takes over the socket of a connection. While it does not return, no more connections are accepted.
+    /// Takes over the socket of a connection, unless it throws. While it does not return, no more connections are
+    /// accepted.
     using Take = std::function<void(int socket)>;
 
     /// Listens from now on. The signal must outlive the acceptor. Throws ListenError.
@@ -31,6 +32,7 @@ class Acceptor {
   private:
     void Run();
     void AcceptNext();
+    void HandOver(int connection);
 
     const int socket_;
     const StopSignal& stop_;

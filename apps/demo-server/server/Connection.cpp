@@ -176,10 +176,14 @@ void Connection::Close() {
     const auto now = Clock::now();
     const auto crowdedLimit = writtenBytes_ == 0 ? Clock::duration() : kCrowdedCloseLimit;
     const TimeLimit limit{now + kCloseLimit, now + crowdedLimit, true};
-    arrived_.clear();
-    while (Clock::now() < DeadlineNow(limit) && !stop_.IsRaised() && Fill(limit)) {
-        arrived_.clear();
+    std::array<char, kPortion> unread; // NOLINT(cppcoreguidelines-pro-type-member-init): nobody reads it
+    while (Clock::now() < DeadlineNow(limit) && !stop_.IsRaised() && Discard(unread.data(), unread.size(), limit)) {
     }
+}
+
+/// False when there is nothing more to come, or not in time.
+bool Connection::Discard(char* data, std::size_t size, const TimeLimit& limit) {
+    return TryRead(data, size) > 0 || (wanted_ != kNothing && Wait(wanted_, limit));
 }
 
 ssize_t Connection::TryRead(char* data, std::size_t size) {

@@ -77,6 +77,7 @@ class Connection {
 
     bool Handshake();
     bool Fill(const TimeLimit& limit);
+    bool Discard(char* data, std::size_t size, const TimeLimit& limit);
     TimeLimit ForRequest() const;
     Clock::time_point AnswerDeadline() const;
     std::size_t WriteSome(std::string_view bytes);

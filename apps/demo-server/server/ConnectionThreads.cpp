@@ -1,6 +1,7 @@
 #include "server/ConnectionThreads.h"
 
 #include <csignal>
+#include <exception>
 #include <utility>
 
 namespace demo {
@@ -23,11 +24,23 @@ void ConnectionThreads::Enqueue(Serve serve) {
     room_.wait(lock, [this] { return waiting_.size() < maxWaiting_; });
     waiting_.push_back({std::move(serve), Clock::now()});
     if (waiting_.size() > idle_ && threads_.size() < maxThreads_) {
-        threads_.emplace_back([this] { Run(); });
-        ++idle_;
+        AddThread();
     }
     LookAtCrowd();
     changed_.notify_one();
+}
+
+/// Where the system has no more threads, those that there are serve the connection; without any it is not taken.
+void ConnectionThreads::AddThread() {
+    try {
+        threads_.emplace_back([this] { Run(); });
+        ++idle_;
+    } catch (const std::exception&) {
+        if (threads_.empty()) {
+            waiting_.pop_back();
+            throw;
+        }
+    }
 }
 
 void ConnectionThreads::Shutdown() {

@@ -25,7 +25,8 @@ class ConnectionThreads {
     /// Serves a connection, which is told when it was enqueued.
     using Serve = std::function<void(Clock::time_point)>;
 
-    /// Has a connection served, after it has waited for room among those that wait. Not to be called after Shutdown().
+    /// Has a connection served, after it has waited for room among those that wait. Throws std::exception when there is
+    /// no memory or no thread for it. Not to be called after Shutdown().
     void Enqueue(Serve serve);
 
     /// Waits until all connections, those that still wait included, are served.
@@ -40,6 +41,7 @@ class ConnectionThreads {
         Clock::time_point since;
     };
 
+    void AddThread();
     void Run();
     void LookAtCrowd();
 

@@ -3,6 +3,8 @@
 #include "server/Connection.h"
 #include "server/Exchange.h"
 
+#include <exception>
+
 namespace demo {
 
 HttpListener::HttpListener(const CimService& service, const Users& users, AccessLog* log, const std::string& address,
@@ -22,8 +24,12 @@ HttpListener::~HttpListener() {
 
 void HttpListener::Serve(int socket, ConnectionThreads::Clock::time_point made) {
     Connection connection(socket, made, tls_ ? tls_->Get() : nullptr, state_.limits, state_.stop, threads_.Crowd());
-    const std::string client = connection.PeerAddress();
-    while (connection.WaitForRequest() && Exchange(state_, connection, client).Run()) {
+    try {
+        const std::string client = connection.PeerAddress();
+        while (connection.WaitForRequest() && Exchange(state_, connection, client).Run()) {
+        }
+    } catch (const std::exception&) {
+        // There is no memory for an answer, not even for that one: the connection ends, and the others are served on.
     }
 }
 

@@ -24,6 +24,8 @@ constexpr std::size_t kPortion = std::size_t{16} * 1024;
 /// that it is not given less once it has seen the zero.
 constexpr std::size_t kShortestRest = 5;
 
+std::ptrdiff_t CountOf(const RequestHead& head) { return std::distance(head.begin(), head.end()); }
+
 /// The length of a header as it arrives.
 std::size_t LengthOf(const http::fields::value_type& header) {
     constexpr std::size_t kSeparator = 2;
@@ -58,7 +60,7 @@ void RequestReader::CheckHead() const {
     }
     const bool hasLongLine =
         std::any_of(head.begin(), head.end(), [](const auto& header) { return LengthOf(header) > kMaxHeaderLine; });
-    if (hasLongLine || std::distance(head.begin(), head.end()) > kMaxHeaderLines) {
+    if (hasLongLine || CountOf(head) > kMaxHeaderLines) {
         throw Refusal(status::request_header_fields_too_large);
     }
     if (head.count(http::field::transfer_encoding) != 0 && !parser_.chunked()) {
@@ -73,6 +75,7 @@ void RequestReader::ReadBody(const Sink& sink) {
     }
     std::array<char, kPortion> portion; // NOLINT(cppcoreguidelines-pro-type-member-init): filled before it is read
     auto& body = parser_.get().body();
+    const std::ptrdiff_t headers = CountOf(parser_.get());
     std::size_t arrived = 0;
     while (!parser_.is_done()) {
         body.data = portion.data();
@@ -80,6 +83,9 @@ void RequestReader::ReadBody(const Sink& sink) {
         arrived += Parse();
         CheckLength(arrived);
         sink({portion.data(), portion.size() - body.size});
+    }
+    if (CountOf(parser_.get()) != headers) { // the parser puts trailers among the headers, where they would count
+        throw Refusal(status::bad_request);
     }
 }
 
@@ -102,6 +108,9 @@ std::size_t RequestReader::Parse() {
     const std::size_t parsed = parser_.put({arrived.data(), arrived.size()}, error);
     connection_.Take(parsed);
     isStarved_ = error == http::error::need_more;
+    if (isStarved_ && parser_.is_header_done() && connection_.Arrived().size() > kMaxHeaderLine) {
+        throw Refusal(status::bad_request); // the line before a chunk, or the trailers
+    }
     if (error && !isStarved_ && error != http::error::need_buffer) {
         throw Refusal(error == http::error::header_limit ? status::request_header_fields_too_large
                                                          : status::bad_request);

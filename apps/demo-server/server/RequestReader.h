@@ -32,7 +32,8 @@ class RequestReader {
     /// Reads the head, which lives as long as the reader. Throws Refusal for what is not HTTP or too long, and
     /// ConnectionLost.
     const RequestHead& ReadHead();
-    /// Hands the body to the sink as it arrives. Throws as ReadHead() does; what the sink throws passes through.
+    /// Hands the body to the sink as it arrives. Throws as ReadHead() does, and Refusal for a request with trailers;
+    /// what the sink throws passes through.
     void ReadBody(const Sink& sink);
 
     /// Whether all of the request was read and the client wants to send another one.
