@@ -212,19 +212,19 @@ class Mutator {
         const xml_node property = OneProperty([](const xml_node& node) { return !IsNull(node); });
         const auto siblings = ElementsOf(property.parent());
         const std::string other = siblings.size() > 1 && Toss() ? One(siblings).attribute("NAME").value() : "Bogus";
-        const bool is_other = other != property.attribute("NAME").value();
+        const bool isOther = other != property.attribute("NAME").value();
         Tell("as " + other);
         property.attribute("NAME").set_value(other.c_str());
-        return is_other ? Expectation::kRefused : Expectation::kShown;
+        return isOther ? Expectation::kRefused : Expectation::kShown;
     }
 
     Expectation OtherType() {
         const xml_node property = OneProperty([](const xml_node& node) { return !IsReference(node); });
         const std::string& type = One(kOtherTypes);
-        const bool is_other = type != property.attribute("TYPE").value();
+        const bool isOther = type != property.attribute("TYPE").value();
         Tell("as " + type);
         property.attribute("TYPE").set_value(type.c_str());
-        return !is_other ? Expectation::kShown : IsNull(property) ? Expectation::kEither : Expectation::kRefused;
+        return !isOther ? Expectation::kShown : IsNull(property) ? Expectation::kEither : Expectation::kRefused;
     }
 
     Expectation OtherArrayness() {
@@ -253,8 +253,8 @@ class Mutator {
         SetText(property.append_child("VALUE"), text);
         property.remove_child(array);
         const std::string_view type = property.attribute("TYPE").value();
-        const bool can_be_null = IsEmbedded(property) || type == "boolean" || type == "datetime";
-        return can_be_null && text.empty() ? Expectation::kEither : Expectation::kRefused;
+        const bool canBeNull = IsEmbedded(property) || type == "boolean" || type == "datetime";
+        return canBeNull && text.empty() ? Expectation::kEither : Expectation::kRefused;
     }
 
     xml_node OneInstance() {

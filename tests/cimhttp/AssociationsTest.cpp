@@ -130,7 +130,7 @@ class AssociationsOfTest : public testing::Test {
         return RunCimhttp(arguments);
     }
 
-    const std::string kPath = "TEST_Node.Name=\"a\"";
+    const std::string path_ = "TEST_Node.Name=\"a\"";
     LinkServer server_;
 };
 
@@ -294,7 +294,7 @@ TEST_F(AssociationsTest, AnUnknownInstanceOrClassIsNotFoundAndAnInstanceWithoutA
 
 TEST_F(AssociationsOfTest, InOtherNamespacesAreInstancesOfTheClassesThatThoseHave) {
     server_.Answer("Associators", "a", Disk("1", "7") + Disk("2", "8", server_.Address(), "root/other"));
-    const auto run = Run({"associators", kPath, "-o", "json"});
+    const auto run = Run({"associators", path_, "-o", "json"});
     EXPECT_EQ(run.status, 0) << run.errors;
     const json disks = json::parse(run.output);
     ASSERT_EQ(disks.size(), 2U);
@@ -312,7 +312,7 @@ TEST_F(AssociationsOfTest, InOtherNamespacesAreInstancesOfTheClassesThatThoseHav
 
 TEST_F(AssociationsOfTest, AreAskedForInTheNamespaceOfThePath) {
     server_.Answer("AssociatorNames", "a", "<OBJECTPATH>" + WholePathXml(PathXml("TEST_Disk", "1")) + "</OBJECTPATH>");
-    const auto run = Run({"associators", "//anywhere/root/other:" + kPath, "--names"});
+    const auto run = Run({"associators", "//anywhere/root/other:" + path_, "--names"});
     EXPECT_EQ(run.output, "//server.example/root/cimv2:TEST_Disk.Name=\"1\"\n");
     ASSERT_EQ(server_.Calls().size(), 1U);
     EXPECT_THAT(server_.Calls().front().body, HasSubstr("<NAMESPACE NAME=\"other\"/>"));
@@ -326,7 +326,7 @@ TEST_F(AssociationsOfTest, WhatCannotBeTakenOverIsCountedAndTheRestIsShown) {
                    Disk("1", "7") + Object("", cls) +
                        Object(WholePathXml(PathXml("TEST_Disk", "2")),
                               BareInstanceXml("TEST_Disk", "2", PropertyXml("Colour", "string", "red"))));
-    const auto run = Run({"associators", kPath, "--property", "Name"});
+    const auto run = Run({"associators", path_, "--property", "Name"});
     EXPECT_EQ(run.status, 7);
     EXPECT_EQ(run.output, "Class      Name\n---------  ----\nTEST_Disk  1\nTEST_Disk  2\n");
     EXPECT_THAT(run.errors,
@@ -338,21 +338,21 @@ TEST_F(AssociationsOfTest, AServerWithoutAssociationsIsReported) {
     for (const char* method : {"Associators", "AssociatorNames", "References", "ReferenceNames"}) {
         server_.Fail(method, "a", kNotSupported);
     }
-    for (const Words& arguments : std::vector<Words>{{"associators", kPath},
-                                                     {"associators", kPath, "--names"},
-                                                     {"references", kPath},
-                                                     {"references", kPath, "--names"}}) {
+    for (const Words& arguments : std::vector<Words>{{"associators", path_},
+                                                     {"associators", path_, "--names"},
+                                                     {"references", path_},
+                                                     {"references", path_, "--names"}}) {
         const auto run = Run(arguments);
         EXPECT_EQ(run.status, 6);
         EXPECT_EQ(run.output, "");
-        EXPECT_THAT(run.errors, StartsWith("cimhttp: the associations of " + kPath + " cannot be read from http://"));
+        EXPECT_THAT(run.errors, StartsWith("cimhttp: the associations of " + path_ + " cannot be read from http://"));
         EXPECT_THAT(run.errors, HasSubstr("CIM_ERR_NOT_SUPPORTED"));
     }
 }
 
 TEST_F(AssociationsOfTest, AreSentWithTheFiltersAndThePropertiesThatWereAskedFor) {
     server_.Fail("Associators", "a", kInvalidParameter);
-    Run({"associators", kPath, "--class", "TEST_Has", "--role", "Whole", "--result-class", "TEST_Disk", "--result-role",
+    Run({"associators", path_, "--class", "TEST_Has", "--role", "Whole", "--result-class", "TEST_Disk", "--result-role",
          "Part", "--property", "Size,Name"});
     const std::string body = server_.Calls().front().body;
     EXPECT_THAT(body, AllOf(HasSubstr("NAME=\"AssocClass\"><CLASSNAME NAME=\"TEST_Has\"/>"),
@@ -360,7 +360,7 @@ TEST_F(AssociationsOfTest, AreSentWithTheFiltersAndThePropertiesThatWereAskedFor
                             HasSubstr("NAME=\"Role\"><VALUE>Whole</VALUE>"),
                             HasSubstr("NAME=\"ResultRole\"><VALUE>Part</VALUE>"),
                             HasSubstr("<VALUE.ARRAY><VALUE>Size</VALUE><VALUE>Name</VALUE></VALUE.ARRAY>")));
-    Run({"references", kPath, "--class", "TEST_Has", "--role", "Whole"});
+    Run({"references", path_, "--class", "TEST_Has", "--role", "Whole"});
     const auto calls = server_.Calls();
     const auto references =
         std::find_if(calls.begin(), calls.end(), [](const auto& call) { return call.method == "References"; });

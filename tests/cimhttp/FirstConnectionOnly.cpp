@@ -66,9 +66,9 @@ void FirstConnectionOnly::Run() {
         if (awaited[0].revents != 0) {
             Accept();
         }
-        const bool is_open = (awaited[1].revents == 0 || Forward(client_, server_)) &&
-                             (awaited[2].revents == 0 || client_ < 0 || Forward(server_, client_));
-        if (!is_open) {
+        const bool isOpen = (awaited[1].revents == 0 || Forward(client_, server_)) &&
+                            (awaited[2].revents == 0 || client_ < 0 || Forward(server_, client_));
+        if (!isOpen) {
             EndFirst();
         }
     }

@@ -339,8 +339,8 @@ TEST_F(InstancesTest, AnEmbeddedObjectHasItsStructureInJson) {
         "&lt;VALUE&gt;3&lt;/VALUE&gt;&lt;/PROPERTY&gt;&lt;PROPERTY NAME=\"Note\" "
         "TYPE=\"string\"/&gt;&lt;/INSTANCE&gt;";
     server_.Answer("GetQualifier", "EmbeddedObject", QualifierDeclarationXml("EmbeddedObject", "boolean"));
-    const std::string is_object = QualifierXml("EmbeddedObject", "boolean", "TRUE");
-    AnswerWith(DeclarationXml("Setting", "string", is_object) + ArrayDeclarationXml("Settings", "string", is_object),
+    const std::string isObject = QualifierXml("EmbeddedObject", "boolean", "TRUE");
+    AnswerWith(DeclarationXml("Setting", "string", isObject) + ArrayDeclarationXml("Settings", "string", isObject),
                "<PROPERTY NAME=\"Setting\" TYPE=\"string\" EmbeddedObject=\"object\"><VALUE>" + inner +
                    "</VALUE></PROPERTY><PROPERTY.ARRAY NAME=\"Settings\" TYPE=\"string\" EmbeddedObject=\"object\">"
                    "<VALUE.ARRAY><VALUE>" +

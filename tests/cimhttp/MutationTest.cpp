@@ -60,7 +60,7 @@ const std::vector<MutationName> kMutations{
 /// What the program shows: an array of instances, and whether it takes it for all.
 struct Shown {
     ProgramRun run;
-    bool is_complete;
+    bool isComplete;
     json instances;
 };
 
@@ -108,8 +108,8 @@ class MutationTest : public testing::TestWithParam<MutationName> {
         directory_.WriteFile("collected.json", "");
         const ProgramRun run = RunInProcess({"--host", server_.Address(), "collect", document, "--out", file});
         const json collected = json::parse(support::ReadFile(file), nullptr, false);
-        const bool is_complete = collected.is_object() && collected.at("complete") == true;
-        return {run, is_complete, is_complete ? collected.at("classes").at(0).at("instances") : json()};
+        const bool isComplete = collected.is_object() && collected.at("complete") == true;
+        return {run, isComplete, isComplete ? collected.at("classes").at(0).at("instances") : json()};
     }
 
     /// The instances that are to be shown; nothing when nobody can say what was sent.
@@ -141,13 +141,13 @@ class MutationTest : public testing::TestWithParam<MutationName> {
     static void Check(const std::optional<std::vector<SentInstance>>& sent, Expectation expectation,
                       const Shown& shown) {
         if (shown.run.status != 0) {
-            EXPECT_FALSE(shown.is_complete);
+            EXPECT_FALSE(shown.isComplete);
             EXPECT_THAT(shown.run.status, testing::AnyOf(Failure::kServer, Failure::kIncomplete));
             const bool canBeShown = expectation == Expectation::kShown && sent && !HasDoubledPath(*sent);
             EXPECT_FALSE(canBeShown) << "all that was sent can be shown";
             return;
         }
-        EXPECT_TRUE(shown.is_complete);
+        EXPECT_TRUE(shown.isComplete);
         EXPECT_NE(expectation, Expectation::kRefused) << "something cannot be shown";
         ASSERT_TRUE(sent) << "the answer is not good CIM-XML";
         ASSERT_TRUE(shown.instances.is_array());

@@ -154,19 +154,19 @@ std::string PathText(const xml_node& path, const PathStyle& style) {
 template <typename Integer>
 json IntegerOf(const std::string& text) {
     std::string_view digits = text;
-    const bool is_negative = !digits.empty() && digits.front() == '-';
-    digits.remove_prefix(is_negative || (!digits.empty() && digits.front() == '+') ? 1 : 0);
+    const bool isNegative = !digits.empty() && digits.front() == '-';
+    digits.remove_prefix(isNegative || (!digits.empty() && digits.front() == '+') ? 1 : 0);
     const bool isHexadecimal = digits.size() > 2 && digits[0] == '0' && (digits[1] == 'x' || digits[1] == 'X');
     digits.remove_prefix(isHexadecimal ? 2 : 0);
     std::uint64_t magnitude = 0;
     const auto result =
         std::from_chars(digits.data(), digits.data() + digits.size(), magnitude, isHexadecimal ? 16 : 10);
     const auto greatest = static_cast<std::uint64_t>(std::numeric_limits<Integer>::max());
-    const std::uint64_t limit = !is_negative ? greatest : std::numeric_limits<Integer>::min() == 0 ? 0 : greatest + 1;
+    const std::uint64_t limit = !isNegative ? greatest : std::numeric_limits<Integer>::min() == 0 ? 0 : greatest + 1;
     if (result.ec != std::errc() || result.ptr != digits.data() + digits.size() || magnitude > limit) {
         Fail("no integer of its type: " + text);
     }
-    if (is_negative && magnitude != 0) {
+    if (isNegative && magnitude != 0) {
         return -static_cast<std::int64_t>(magnitude - 1) - 1;
     }
     return magnitude;
@@ -256,12 +256,12 @@ json EmbeddedIn(const std::string& text) {
         Fail("an embedded object is not well-formed");
     }
     const xml_node object = OnlyElement(document);
-    const bool is_class = std::string_view(object.name()) == "CLASS";
+    const bool isClass = std::string_view(object.name()) == "CLASS";
     json properties = json::object();
     for (const auto& [name, property] : PropertiesIn(object)) {
         properties[name] = {{"type", property.type}, {"value", property.value}};
     }
-    return {{"class", Attribute(object, is_class ? "NAME" : "CLASSNAME")}, {"properties", properties}};
+    return {{"class", Attribute(object, isClass ? "NAME" : "CLASSNAME")}, {"properties", properties}};
 }
 
 /// What VALUE or VALUE.REFERENCE, or VALUE.NULL, holds.

@@ -338,8 +338,8 @@ TEST_F(ClientTest, GivesEachMessageAnIdOfItsOwn) {
     getThing();
     getThing();
     const std::vector<CimServer::Call> calls = server_.Calls();
-    EXPECT_NE(calls[0].message_id, "");
-    EXPECT_NE(calls[0].message_id, calls[1].message_id);
+    EXPECT_NE(calls[0].messageId, "");
+    EXPECT_NE(calls[0].messageId, calls[1].messageId);
 }
 
 TEST_F(ClientTest, ReadsChunkedAnswersOfAnySize) {

@@ -18,12 +18,12 @@ class OneInstanceClass : public TCimHTTPClass {
 
     boost::shared_ptr<ICIMInstance> AllocateInstance(TCIMContext context) override {
         if (count_++ > 0) {
-            fail_();
+            failure();
         }
         return TCimHTTPClass::AllocateInstance(context);
     }
 
-    boost::function<void()> fail_;
+    boost::function<void()> failure;
 
   private:
     int count_ = 0;
@@ -35,11 +35,11 @@ class WatchedInstance : public TCimHTTPInstance {
     using TCimHTTPInstance::TCimHTTPInstance;
 
     TCIMReference GetReference(TCIMContext context) const override {
-        context_ = context;
+        askedWith = context;
         return TCimHTTPInstance::GetReference(context);
     }
 
-    mutable TCIMContext context_;
+    mutable TCIMContext askedWith;
 };
 
 class InstanceTest : public PluginTest {
@@ -337,7 +337,7 @@ TEST_F(InstanceTest, WhatIsThrownWhileInstancesAreFiledEndsTheFillingAndTheRestI
     const auto fill = [&](const boost::function<void()>& fail) {
         const auto disk = boost::make_shared<OneInstanceClass>(namespace_, "TEST_Disk", nullptr);
         disk->Initialize();
-        disk->fail_ = fail;
+        disk->failure = fail;
         log_->Forget();
         server_.ForgetCalls();
         EXPECT_EQ(Instances(*disk).size(), 1U);
@@ -508,7 +508,7 @@ TEST_F(InstanceTest, AnInstanceIsFiledOnceForItsPathAndRemovedByItsPath) {
 TEST_F(InstanceTest, BuildPathHandsItsContextToGetReference) {
     const auto disk = boost::make_shared<WatchedInstance>(disk_, TCIMContext());
     disk->BuildPath({{"Colour", TCIMValue("red")}});
-    EXPECT_EQ(disk->context_, (TCIMContext{{"Colour", TCIMValue("red")}}));
+    EXPECT_EQ(disk->askedWith, (TCIMContext{{"Colour", TCIMValue("red")}}));
 }
 
 TEST_F(InstanceTest, BuildPathIsTheReference) {

@@ -97,7 +97,7 @@ Call Understand(HttpRequest request) {
     const pugi::xml_node method = message.child("SIMPLEREQ").child("IMETHODCALL");
 
     Call call;
-    call.message_id = message.attribute("ID").value();
+    call.messageId = message.attribute("ID").value();
     call.method = method.attribute("NAME").value();
     call.nameSpace = Join(method.child("LOCALNAMESPACEPATH").children("NAMESPACE"), '/',
                           [](const pugi::xml_node& step) { return std::string(step.attribute("NAME").value()); });
@@ -131,11 +131,11 @@ std::string ErrorElement(unsigned code, const std::string& description) {
     return "<ERROR CODE=\"" + std::to_string(code) + "\" DESCRIPTION=\"" + EscapeXml(description) + "\"/>";
 }
 
-std::string Envelope(const std::string& message_id, const std::string& method, const std::string& content) {
+std::string Envelope(const std::string& messageId, const std::string& method, const std::string& content) {
     return "<?xml version=\"1.0\" encoding=\"utf-8\" ?>\n"
            "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\">\n"
            "<MESSAGE ID=\"" +
-           EscapeXml(message_id) +
+           EscapeXml(messageId) +
            "\" PROTOCOLVERSION=\"1.0\">\n"
            "<SIMPLERSP>\n"
            "<IMETHODRESPONSE NAME=\"" +
@@ -234,7 +234,7 @@ class CimServer::Impl {
         const auto found = table_.find({call.method, ToLower(MainParameter(call))});
         const TableEntry& unknown = IsOfPulledEnumerations(call.method) ? unsupported_ : unknown_;
         const TableEntry& entry = found != table_.end() ? found->second : unknown;
-        return Answered(Envelope(call.message_id, call.method, entry.content),
+        return Answered(Envelope(call.messageId, call.method, entry.content),
                         framing_ == Framing::kChunked || !entry.trailers.empty(), entry.trailers);
     }
 

@@ -19,7 +19,7 @@ class CimServer {
   public:
     /// One request as the server understood it.
     struct Call {
-        std::string message_id;
+        std::string messageId;
         std::string method;    ///< the name of the IMETHODCALL
         std::string nameSpace; ///< the steps of the LOCALNAMESPACEPATH, joined with '/'
         /// Each IPARAMVALUE by name: a value's text, the name of a CLASSNAME, the texts of an array joined with ','.
