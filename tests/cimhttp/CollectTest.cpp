@@ -48,6 +48,12 @@ std::string TextsXml(const std::string& qualifier, const std::string& first, con
            second + "</VALUE></VALUE.ARRAY></QUALIFIER>";
 }
 
+/// A property of a top class that says nothing of its origin.
+json PropertyJson(const std::string& name, const std::string& type, bool isArray, const json& qualifiers) {
+    return {{"name", name}, {"type", type},       {"array", isArray},        {"default", nullptr},
+            {"origin", ""}, {"inherited", false}, {"qualifiers", qualifiers}};
+}
+
 /// A server with the small class TEST_Fan, and a folder for documents and results.
 class CollectTest : public testing::Test {
   protected:
@@ -160,27 +166,28 @@ TEST_F(CollectTest, WritesTheClassesWithTheirInstances) {
     const auto run = Collect(Document({"test_fan"}));
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.errors, "");
+    const json no = json::object();
     const json expected = {
         {"server", "http://" + server_.Address()},
         {"complete", true},
         {"classes",
          {{{"name", "TEST_Fan"},
-           {"qualifiers", {{"PLUGINNAME", "cimhttp"}, {"PLUGINVERSION", "1.0"}}},
+           {"superclass", nullptr},
+           {"qualifiers", no},
            {"properties",
-            {{{"name", "Name"}, {"type", "string"}, {"array", false}, {"qualifiers", {{"Key", true}}}},
-             {{"name", "Speed"}, {"type", "uint32"}, {"array", false}, {"qualifiers", json::object()}},
-             {{"name", "States"},
-              {"type", "uint16"},
-              {"array", true},
-              {"qualifiers", {{"ValueMap", {"2", "3"}}, {"Values", {"OK", "Degraded"}}}}}}},
+            {PropertyJson("Name", "string", false, {{"Key", true}}),
+             PropertyJson("States", "uint16", true, {{"ValueMap", {"2", "3"}}, {"Values", {"OK", "Degraded"}}}),
+             PropertyJson("Speed", "uint32", false, no)}},
            {"methods",
             {{{"name", "SetSpeed"},
               {"type", "uint32"},
+              {"array", false},
               {"parameters",
-               {{{"name", "Names"}, {"type", "string"}, {"array", true}},
-
-                {{"name", "Speed"}, {"type", "uint32"}, {"array", false}}}},
-              {"qualifiers", json::object()}}}},
+               {{{"name", "Speed"}, {"type", "uint32"}, {"array", false}, {"direction", "in"}, {"qualifiers", no}},
+                {{"name", "Names"}, {"type", "string"}, {"array", true}, {"direction", "in"}, {"qualifiers", no}}}},
+              {"origin", ""},
+              {"inherited", false},
+              {"qualifiers", no}}}},
            {"instances",
             {{{"path", "TEST_Fan.Name=\"f1\""},
               {"class", "TEST_Fan"},
@@ -189,6 +196,35 @@ TEST_F(CollectTest, WritesTheClassesWithTheirInstances) {
                 {"Speed", {{"type", "uint32"}, {"value", nullptr}, {"text", ""}}},
                 {"States", {{"type", "uint16"}, {"value", {2, 3}}, {"text", {"OK", "Degraded"}}}}}}}}}}}}};
     EXPECT_EQ(json::parse(run.output), expected);
+}
+
+TEST_F(CollectTest, AClassIsWrittenAsTheCommandClassWritesIt) {
+    json collected = json::parse(Collect(Document({"TEST_Fan"})).output).at("classes").at(0);
+    EXPECT_EQ(collected.erase("instances"), 1U);
+    const auto shown = RunCimhttp({"--host", server_.Address(), "class", "TEST_Fan", "-o", "json"});
+    EXPECT_EQ(collected, json::parse(shown.output));
+}
+
+TEST_F(CollectTest, AClassOfAServerWithoutClassesIsWrittenAsItsInstancesShowIt) {
+    server_.Fail("GetClass", "TEST_Fan", 7, "no classes here");
+    const auto run = Collect(Document({"TEST_Fan"}));
+    EXPECT_EQ(run.status, 0) << run.errors;
+    const json cls = json::parse(run.output).at("classes").at(0);
+    EXPECT_EQ(cls.at("name"), "TEST_Fan");
+    EXPECT_EQ(cls.at("properties"), json({PropertyJson("Name", "string", false, {{"Key", true}}),
+                                          PropertyJson("States", "uint16", true, json::object())}));
+    EXPECT_EQ(cls.at("methods"), json::array());
+    EXPECT_EQ(cls.at("instances").size(), 1U);
+}
+
+TEST_F(CollectTest, WhatCannotBeReadOfAClassIsCountedOnce) {
+    AnswerValues("uint8", {"1"});
+    server_.Answer("GetClass", "T",
+                   "<CLASS NAME=\"T\">" + ScalarXml("I", "uint8", "0") + ScalarXml("V", "uint8", "300") + "</CLASS>");
+    const auto run = Collect(Document({"T"}));
+    EXPECT_EQ(run.status, 7);
+    EXPECT_THAT(run.errors, StartsWith("cimhttp: 1 value could not be taken over (1 that cannot be read)"));
+    EXPECT_EQ(json::parse(run.output).at("complete"), false);
 }
 
 TEST_F(CollectTest, AClassThatIsRequestedTwiceIsReadAndWrittenOnce) {

@@ -12,7 +12,9 @@ namespace {
 
 // Only one instance at a time is built in memory.
 void WriteClass(const Collection::Class& cls, const ValueTexts& texts, std::ostream& output) {
-    output << '{' << ClassMembersJson(*cls.definition) << ",\n\"instances\":";
+    std::string definition = ClassJson(cls.definition);
+    definition.back() = ','; // for its brace: the instances are its last member
+    output << definition << "\n\"instances\":";
     InstanceJson instanceJson(PropertySelector(PropertySelector::Order::kByName), texts);
     std::string json;
     JsonLines lines(output);

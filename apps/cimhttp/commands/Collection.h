@@ -1,5 +1,7 @@
 #pragma once
 
+#include "access/RemoteModel.h"
+
 #include <boost/shared_ptr.hpp>
 
 #include <iosfwd>
@@ -7,7 +9,6 @@
 #include <vector>
 
 namespace NQORVYX20 {
-class ICIMClass;
 class ICIMInstance;
 } // namespace NQORVYX20
 
@@ -18,7 +19,7 @@ class ValueTexts;
 /// Classes with their instances as they were read from a server.
 struct Collection {
     struct Class {
-        boost::shared_ptr<NQORVYX20::ICIMClass> definition;
+        RemoteClass definition;
         std::vector<boost::shared_ptr<NQORVYX20::ICIMInstance>> instances;
     };
 
@@ -30,15 +31,12 @@ struct Collection {
 /// Writes a collection as one JSON document (RFC 8259), an instance a line:
 ///
 ///     {"server": "http://server.example", "classes": [{
-///         "name": "CIM_Fan",
-///         "qualifiers": {"Version": "2.1"},
-///         "properties": [{"name": "Speed", "type": "uint64", "array": false, "qualifiers": {}}],
-///         "methods": [{"name": "Stop", "type": "uint32",
-///                      "parameters": [{"name": "Now", "type": "boolean", "array": false}], "qualifiers": {}}],
+///         "name": "CIM_Fan", …, "methods": [],
 ///         "instances": [{"path": "CIM_Fan.Name=\"a\"", "class": "CIM_Fan",
 ///                        "properties": {"Speed": {"type": "uint64", "value": 3, "text": "3"}}}]}],
 ///      "complete": true}
 ///
+/// A class is that of ClassJson(), and has its instances in addition.
 /// `complete` is at the end, so that a document that breaks off early does not have it. Instances are those of
 /// InstanceJson(), each with all properties of its own class, which may be a subclass.
 void WriteJson(const Collection& collection, const ValueTexts& texts, std::ostream& output);

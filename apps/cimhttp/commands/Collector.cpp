@@ -1,6 +1,12 @@
 #include "commands/Collector.h"
 
 #include "Failure.h"
+#include "connection/InteropNamespace.h"
+#include "connection/ServerFailure.h"
+#include "host/ICIMClass.h"
+#include "host/ICIMPropertyDecl.h"
+#include "output/InstanceProperties.h"
+#include "output/TypeText.h"
 
 #include <mutex>
 #include <new>
@@ -11,11 +17,42 @@ namespace cimhttp {
 
 namespace {
 
+using namespace NQORVYX20;
+
 /// A server that lets nobody in, or does not answer a short question, is asked nothing more. Many instances may take
 /// longer than the user wants to wait.
-bool EndsReading(const Failure& failure, const Collection::Class& cls) {
+bool EndsReading(const Failure& failure, bool isAboutInstances) {
     return dynamic_cast<const LoginFailure*>(&failure) != nullptr ||
-           (failure.Status() == Failure::kConnection && !cls.definition);
+           (failure.Status() == Failure::kConnection && !isAboutInstances);
+}
+
+/// A class as its instances show it.
+RemoteClass InferredDefinition(const ICIMClass& cls) {
+    RemoteClass definition;
+    definition.name = cls.GetName(TCIMContext());
+    for (const auto& property : PropertiesOf(cls)) {
+        RemoteProperty shown;
+        shown.name = property->GetName(TCIMContext());
+        shown.type.name = ElementTypeText(property->GetType(TCIMContext()));
+        shown.type.isArray = property->IsArray(TCIMContext());
+        if (IsKey(*property)) {
+            shown.qualifiers.push_back({"Key", TCIMValue(true), {}});
+        }
+        definition.properties.push_back(std::move(shown));
+    }
+    return definition;
+}
+
+/// What the server says of a class whose instances have been read.
+RemoteClass DefinitionOf(const ICIMClass& cls, Session& session) {
+    try {
+        return session.Definition(cls.GetName(TCIMContext()));
+    } catch (const ServerFailure& failure) {
+        if (!IsUnsupported(failure.Reason())) {
+            throw;
+        }
+        return InferredDefinition(cls);
+    }
 }
 
 } // namespace
@@ -91,13 +128,19 @@ void Collector::Run(State& state, const BackgroundTask::Notify& notify) {
 
 void Collector::ReadAll(State& state, const BackgroundTask::Notify& notify) {
     for (auto name = state.names.begin(); name != state.names.end() && !state.IsStopping(); ++name) {
-        Collection::Class cls;
+        Collection::Class collected;
+        bool isReadingInstances = false;
         try {
-            cls.definition = state.session.Class(*name);
-            cls.instances = state.session.Instances(*cls.definition, true, {});
-            state.Add(std::move(cls));
+            const auto cls = state.session.Class(*name);
+            isReadingInstances = true;
+            collected.instances = state.session.Instances(*cls, true, {});
+            isReadingInstances = false;
+            state.Add(state.session.TakeIncidents());
+            collected.definition = DefinitionOf(*cls, state.session);
+            state.session.TakeIncidents(); // the class has been read before: what it lacks is counted
+            state.Add(std::move(collected));
         } catch (const Failure& failure) {
-            if (EndsReading(failure, cls)) {
+            if (EndsReading(failure, isReadingInstances)) {
                 state.End(failure);
                 return;
             }

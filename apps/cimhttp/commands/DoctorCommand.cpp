@@ -3,6 +3,7 @@
 #include "commands/Diagnosis.h"
 #include "commands/ListingWriter.h"
 #include "connection/FailedConnect.h"
+#include "connection/InteropNamespace.h"
 #include "connection/ServerFailure.h"
 #include "connection/ServerTrust.h"
 #include "connection/Session.h"
@@ -24,11 +25,9 @@ using NQORVYX20::RemoteFailure;
 using Clock = std::chrono::steady_clock;
 using Kind = RemoteFailure::Kind;
 
-// Status codes of CIM and HTTP with which a server says that it does not have an operation or a namespace (DSP0200).
+// Status codes of CIM (DSP0200) and HTTP.
 constexpr unsigned kInvalidNamespace = 3;
-constexpr unsigned kNotSupported = 7;
 constexpr unsigned kBadRequest = 400;
-constexpr unsigned kNotImplemented = 501;
 
 /// Classes that most servers have, with few instances.
 constexpr std::array<const char*, 2> kUsualClasses{"CIM_ComputerSystem", "CIM_OperatingSystem"};
@@ -62,11 +61,9 @@ std::string VerificationText(const Connection& connection) {
                                          : "verified by its fingerprint, known since " + connection.knownSince;
 }
 
-/// Whether the server has said that it does not know the operation.
-bool IsUnsupported(const RemoteFailure& failure) {
-    return (failure.kind == Kind::kCimStatus && failure.cimStatus == kNotSupported) ||
-           (failure.kind == Kind::kHttp &&
-            (failure.httpStatus == kBadRequest || failure.httpStatus == kNotImplemented));
+/// Whether the server has said that it does not know the operation, which some call a bad request.
+bool LacksOperation(const RemoteFailure& failure) {
+    return IsUnsupported(failure) || (failure.kind == Kind::kHttp && failure.httpStatus == kBadRequest);
 }
 
 /// One examination of a server. A check that fails ends it, unless the next ones do not need it.
@@ -173,7 +170,7 @@ class Examination {
             diagnosis_.Fail(Diagnosis::kTls, time, failure);
             return false;
         }
-        if (reason.kind != Kind::kCimStatus && !IsUnsupported(reason)) {
+        if (reason.kind != Kind::kCimStatus && !LacksOperation(reason)) {
             diagnosis_.Fail(Diagnosis::kLogin, time, failure);
             return false;
         }
@@ -275,7 +272,7 @@ class Examination {
     void FailOperation(Diagnosis::Check check, std::chrono::microseconds time, const ServerFailure& failure) {
         const Failure unsupported(Failure::kServer,
                                   "not supported (" + failure.Reason().text + "); instances can be read all the same");
-        diagnosis_.Fail(check, time, IsUnsupported(failure.Reason()) ? unsupported : failure);
+        diagnosis_.Fail(check, time, LacksOperation(failure.Reason()) ? unsupported : failure);
     }
 
     void PassLogin(std::chrono::microseconds time) {

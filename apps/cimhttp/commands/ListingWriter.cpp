@@ -20,15 +20,14 @@ namespace {
 constexpr const char* kRecordEnd = "\r\n"; // RFC 4180, 2.1
 
 void WriteJson(const Listing& listing, std::ostream& output) {
-    JsonLines lines(output);
-    for (const auto& row : listing.Rows()) {
+    const auto rowJson = [&](const std::vector<Cell>& row) {
         JsonObject object;
         for (std::size_t i = 0; i < row.size(); ++i) {
             object.Add(AsciiLower(listing.Columns()[i].heading), JsonValue(row[i].value));
         }
-        lines.Next() << object.Text();
-    }
-    lines.End();
+        return object.Text();
+    };
+    WriteJsonLines(listing.Rows(), rowJson, output);
     output << '\n';
 }
 

@@ -26,20 +26,14 @@ Cell CellOf(const std::optional<std::vector<std::string>>& paths, OutputFormat f
     return format == OutputFormat::kCsv ? JsonTexts(*paths) : Joined(*paths);
 }
 
-void WriteJson(const std::vector<RegisteredProfile>& profiles, std::ostream& output) {
-    JsonLines lines(output);
-    for (const RegisteredProfile& profile : profiles) {
-        lines.Next() << JsonObject()
-                            .Add("organization", JsonOrNull(profile.organization))
-                            .Add("name", JsonOrNull(profile.name))
-                            .Add("version", JsonOrNull(profile.version))
-                            .Add("path", JsonText(profile.path))
-                            .Add("central_instances",
-                                 profile.centralInstances ? JsonTexts(*profile.centralInstances) : "null")
-                            .Text();
-    }
-    lines.End();
-    output << '\n';
+std::string ProfileJson(const RegisteredProfile& profile) {
+    return JsonObject()
+        .Add("organization", JsonOrNull(profile.organization))
+        .Add("name", JsonOrNull(profile.name))
+        .Add("version", JsonOrNull(profile.version))
+        .Add("path", JsonText(profile.path))
+        .Add("central_instances", profile.centralInstances ? JsonTexts(*profile.centralInstances) : "null")
+        .Text();
 }
 
 Listing ListingOf(const std::vector<RegisteredProfile>& profiles, OutputFormat format) {
@@ -72,7 +66,8 @@ class ProfilesCommand : public Command {
         search.Run();
         const OutputFormat format = context.Format(*this);
         if (format == OutputFormat::kJson) {
-            WriteJson(search.Profiles(), context.output);
+            WriteJsonLines(search.Profiles(), ProfileJson, context.output);
+            context.output << '\n';
         } else if (search.Profiles().empty() && format != OutputFormat::kCsv) {
             context.output << "no profiles\n";
         } else {

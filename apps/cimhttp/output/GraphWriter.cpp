@@ -109,15 +109,6 @@ std::string EdgeJson(const Edge& edge) {
         .Text();
 }
 
-template <typename Element, typename Json>
-void WriteLines(const std::vector<Element>& elements, const Json& json, std::ostream& output) {
-    JsonLines lines(output);
-    for (const Element& element : elements) {
-        lines.Next() << json(element);
-    }
-    lines.End();
-}
-
 /// A string of dot, in which backslashes begin escapes and ampersands names of characters.
 std::string DotText(std::string_view text) {
     std::string quoted = "\"";
@@ -138,9 +129,9 @@ void WriteTree(const ObjectGraph& graph, const TreeLines& lines, std::ostream& o
 
 void WriteGraphJson(const ObjectGraph& graph, std::ostream& output) {
     output << "{\"objects\":";
-    WriteLines(graph.objects, ObjectJson, output);
+    WriteJsonLines(graph.objects, ObjectJson, output);
     output << ",\n\"associations\":";
-    WriteLines(graph.edges, EdgeJson, output);
+    WriteJsonLines(graph.edges, EdgeJson, output);
     output << ",\n\"complete\":" << JsonValue(graph.isComplete) << "}\n";
 }
 

@@ -67,4 +67,14 @@ class JsonLines {
     bool isEmpty_ = true;
 };
 
+/// Writes the elements with JsonLines; `json` makes the JSON of one.
+template <typename Element, typename Json>
+void WriteJsonLines(const std::vector<Element>& elements, const Json& json, std::ostream& output) {
+    JsonLines lines(output);
+    for (const Element& element : elements) {
+        lines.Next() << json(element);
+    }
+    lines.End();
+}
+
 } // namespace cimhttp

@@ -74,11 +74,7 @@ Listing KeyListing(const std::vector<TCIMReference>& paths, bool hasClass) {
 }
 
 void WriteKeysJson(const std::vector<TCIMReference>& paths, std::ostream& output) {
-    JsonLines lines(output);
-    for (const TCIMReference& path : paths) {
-        lines.Next() << KeysJson(path);
-    }
-    lines.End();
+    WriteJsonLines(paths, KeysJson, output);
     output << '\n';
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "table/TextStyle.h"
 #include "table/TextTable.h"
 
 #include <iosfwd>

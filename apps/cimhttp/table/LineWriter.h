@@ -9,6 +9,12 @@
 
 namespace cimhttp {
 
+/// How texts may be laid out.
+struct TextStyle {
+    std::size_t width = 0; ///< the columns of a line; 0 for any number
+    bool usesColor = false;
+};
+
 enum class Emphasis { kNone, kStrong, kFaint };
 
 /// Puts lines together piece by piece; blanks wait until something follows them, so that no line ends with any.

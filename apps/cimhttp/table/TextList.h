@@ -3,7 +3,6 @@
 #include "table/Column.h"
 #include "table/LineWriter.h"
 #include "table/TableCell.h"
-#include "table/TextStyle.h"
 
 #include <cstddef>
 #include <iosfwd>

@@ -3,7 +3,6 @@
 #include "table/LineWriter.h"
 #include "table/TableLayout.h"
 #include "table/TableTexts.h"
-#include "table/TextStyle.h"
 
 #include <cstddef>
 #include <iosfwd>
