@@ -1,6 +1,7 @@
 #include "connection/Session.h"
 
 #include "Failure.h"
+#include "access/ReferenceKeys.h"
 #include "cimhttp/ContextKeys.h"
 #include "connection/ConnectionContext.h"
 #include "connection/FailedConnect.h"
@@ -11,7 +12,6 @@
 #include "host/ICIMInstance.h"
 #include "host/ICIMNamespace.h"
 #include "host/TVYXException.h"
-#include "output/ShortReferences.h"
 #include "text/Names.h"
 #include "text/NearestNames.h"
 #include "waiting/Interrupt.h"

@@ -1,4 +1,4 @@
-#include "connection/NamespaceSearch.h"
+#include "interop/NamespaceSearch.h"
 
 #include "Failure.h"
 #include "connection/Session.h"

@@ -1,10 +1,10 @@
-#include "connection/ProfileSearch.h"
+#include "interop/ProfileSearch.h"
 
 #include "Failure.h"
-#include "connection/InteropNamespace.h"
 #include "connection/Session.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMProperty.h"
+#include "interop/InteropNamespace.h"
 #include "output/InstanceProperties.h"
 #include "output/ValueTexts.h"
 

@@ -1,4 +1,4 @@
-#include "connection/InteropNamespace.h"
+#include "interop/InteropNamespace.h"
 
 namespace cimhttp {
 
