@@ -1,6 +1,8 @@
 #include "commands/Collector.h"
 
 #include "Failure.h"
+#include "connection/ServerInstances.h"
+#include "connection/ServerSchema.h"
 
 #include <mutex>
 #include <new>
@@ -93,8 +95,8 @@ void Collector::ReadAll(State& state, const BackgroundTask::Notify& notify) {
     for (auto name = state.names.begin(); name != state.names.end() && !state.IsStopping(); ++name) {
         Collection::Class cls;
         try {
-            cls.definition = state.session.Class(*name);
-            cls.instances = state.session.Instances(*cls.definition, true, {});
+            cls.definition = ServerSchema(state.session).Class(*name);
+            cls.instances = ServerInstances(state.session).Of(*cls.definition, true, {});
             state.Add(std::move(cls));
         } catch (const Failure& failure) {
             if (EndsReading(failure, cls)) {

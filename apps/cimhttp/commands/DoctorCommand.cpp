@@ -2,8 +2,11 @@
 #include "commands/Commands.h"
 #include "commands/Diagnosis.h"
 #include "commands/ListingWriter.h"
+#include "connection/CimStatus.h"
 #include "connection/FailedConnect.h"
 #include "connection/ServerFailure.h"
+#include "connection/ServerInstances.h"
+#include "connection/ServerSchema.h"
 #include "connection/ServerTrust.h"
 #include "connection/Session.h"
 #include "host/ICIMInstance.h"
@@ -24,9 +27,7 @@ using NQORVYX20::RemoteFailure;
 using Clock = std::chrono::steady_clock;
 using Kind = RemoteFailure::Kind;
 
-// Status codes of CIM and HTTP with which a server says that it does not have an operation or a namespace (DSP0200).
-constexpr unsigned kInvalidNamespace = 3;
-constexpr unsigned kNotSupported = 7;
+// Status codes of HTTP with which a server says that it does not have an operation (DSP0200).
 constexpr unsigned kBadRequest = 400;
 constexpr unsigned kNotImplemented = 501;
 
@@ -64,7 +65,7 @@ std::string VerificationText(const Connection& connection) {
 
 /// Whether the server has said that it does not know the operation.
 bool IsUnsupported(const RemoteFailure& failure) {
-    return (failure.kind == Kind::kCimStatus && failure.cimStatus == kNotSupported) ||
+    return (failure.kind == Kind::kCimStatus && failure.cimStatus == kCimNotSupported) ||
            (failure.kind == Kind::kHttp &&
             (failure.httpStatus == kBadRequest || failure.httpStatus == kNotImplemented));
 }
@@ -153,7 +154,7 @@ class Examination {
     bool Answers() {
         const auto begin = Clock::now();
         try {
-            classes_ = session_->ClassNames();
+            classes_ = ServerSchema(*session_).ClassNames();
         } catch (const ServerFailure& failure) {
             return GoesOnAfter(failure, Since(begin));
         } catch (const Failure& failure) {
@@ -178,7 +179,7 @@ class Examination {
             return false;
         }
         PassLogin(time);
-        if (reason.kind == Kind::kCimStatus && reason.cimStatus == kInvalidNamespace) {
+        if (reason.kind == Kind::kCimStatus && reason.cimStatus == kCimInvalidNamespace) {
             diagnosis_.Fail(Diagnosis::kNamespace, time, failure);
             return false;
         }
@@ -189,7 +190,7 @@ class Examination {
     void ReadQualifiers() {
         const auto begin = Clock::now();
         try {
-            const auto declarations = session_->QualifierDeclarations();
+            const auto declarations = ServerSchema(*session_).QualifierDeclarations();
             PassNamespace();
             diagnosis_.Pass(Diagnosis::kQualifiers, Since(begin),
                             Counted(declarations.size(), "declaration", "declarations"));
@@ -228,7 +229,7 @@ class Examination {
     std::vector<std::string> FirstLeaf() {
         std::vector<RemoteClassName> hierarchy;
         try {
-            hierarchy = session_->Hierarchy();
+            hierarchy = ServerSchema(*session_).Hierarchy();
         } catch (const ServerFailure&) { // then any will do
             return classes_.empty() ? classes_ : std::vector<std::string>{classes_.front()};
         }
@@ -245,8 +246,8 @@ class Examination {
     bool HasEnumerated(const std::string& name) {
         const auto begin = Clock::now();
         try {
-            const auto cls = session_->Class(name);
-            const auto instances = session_->Instances(*cls, true, {});
+            const auto cls = ServerSchema(*session_).Class(name);
+            const auto instances = ServerInstances(*session_).Of(*cls, true, {});
             PassNamespace();
             CheckIncidents(name + ": " + Counted(instances.size(), "instance", "instances"), Since(begin));
             return true;
