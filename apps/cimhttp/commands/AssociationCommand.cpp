@@ -5,6 +5,8 @@
 #include "commands/InstanceWriter.h"
 #include "commands/ListingWriter.h"
 #include "commands/Remarks.h"
+#include "connection/ServerAssociations.h"
+#include "connection/ServerInstances.h"
 #include "connection/Session.h"
 #include "host/ICIMInstance.h"
 #include "host/TCIMReference.h"
@@ -55,15 +57,15 @@ class AssociationCommand : public Command {
         }
         query_.properties = NamesIn(properties_);
         Session session = context.Connect();
-        Instances instances = session.Related(query_);
+        Instances instances = ServerAssociations(session).Related(query_);
         const IncidentTally incidents = session.TakeIncidents();
         if (instances.empty() && incidents.IsEmpty()) {
-            session.CheckExists(query_.path);
+            ServerInstances(session).CheckExists(query_.path);
         }
         SortByClass(instances);
         InstanceSelection selection = SelectionOf(instances, query_.properties);
         selection.isRaw = raw_;
-        WriteInstances(instances, selection, context.Format(*this), session.LoadedPlugin().Access(), context);
+        WriteInstances(instances, selection, context.Format(*this), session.Access(), context);
         return ReportIncidents(incidents, context);
     }
 
@@ -102,9 +104,9 @@ class AssociationCommand : public Command {
     int WriteNames(const CommandContext& context) {
         CheckNameOptions(context);
         Session session = context.Connect();
-        const auto references = session.RelatedPaths(query_);
+        const auto references = ServerAssociations(session).RelatedPaths(query_);
         if (references.empty()) {
-            session.CheckExists(query_.path);
+            ServerInstances(session).CheckExists(query_.path);
         }
         std::vector<std::string> paths = PathTexts(references);
         std::sort(paths.begin(), paths.end());

@@ -5,9 +5,9 @@
 #include "commands/Command.h"
 #include "output/InstanceJson.h"
 #include "output/Json.h"
-#include "output/TimeText.h"
 #include "table/TableCell.h"
 #include "text/TerminalText.h"
+#include "text/TimeText.h"
 #include "text/WordList.h"
 
 #include <ostream>

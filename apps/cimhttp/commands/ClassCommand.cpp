@@ -1,6 +1,7 @@
 #include "commands/Commands.h"
 #include "commands/ListingWriter.h"
 #include "commands/Remarks.h"
+#include "connection/ServerSchema.h"
 #include "connection/Session.h"
 #include "output/ClassJson.h"
 #include "output/DefinitionListing.h"
@@ -27,10 +28,10 @@ class ClassCommand : public Command {
 
     int Run(const CommandContext& context) override {
         Session session = context.Connect();
-        const RemoteClass cls = session.Definition(name_);
+        const RemoteClass cls = ServerSchema(session).Definition(name_);
         switch (const OutputFormat format = context.Format(*this)) {
         case OutputFormat::kMof:
-            context.output << ClassMof(cls, session.KnownQualifiers(), isWhole_);
+            context.output << ClassMof(cls, ServerSchema(session).KnownQualifiers(), isWhole_);
             break;
         case OutputFormat::kJson:
             context.output << ClassJson(cls) << '\n';

@@ -2,6 +2,7 @@
 #include "commands/Commands.h"
 #include "commands/ListingWriter.h"
 #include "commands/Remarks.h"
+#include "connection/ServerSchema.h"
 #include "connection/Session.h"
 #include "selection/RowLimit.h"
 
@@ -35,7 +36,7 @@ class ClassesCommand : public Command {
     int Run(const CommandContext& context) override {
         RowLimit limit(limit_);
         Session session = context.Connect();
-        const auto all = session.ClassNames();
+        const auto all = ServerSchema(session).ClassNames();
         auto names = Selected(all, pattern_);
         if (names.empty() && !all.empty()) {
             SayThatNoClassMatches(pattern_, all.size(), context.errors);

@@ -1,10 +1,12 @@
 #include "commands/Collector.h"
 
 #include "Failure.h"
-#include "connection/InteropNamespace.h"
 #include "connection/ServerFailure.h"
+#include "connection/ServerInstances.h"
+#include "connection/ServerSchema.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMPropertyDecl.h"
+#include "interop/InteropNamespace.h"
 #include "output/InstanceProperties.h"
 #include "output/TypeText.h"
 
@@ -46,7 +48,7 @@ RemoteClass InferredDefinition(const ICIMClass& cls) {
 /// What the server says of a class whose instances have been read.
 RemoteClass DefinitionOf(const ICIMClass& cls, Session& session) {
     try {
-        return session.Definition(cls.GetName(TCIMContext()));
+        return ServerSchema(session).Definition(cls.GetName(TCIMContext()));
     } catch (const ServerFailure& failure) {
         if (!IsUnsupported(failure.Reason())) {
             throw;
@@ -131,9 +133,9 @@ void Collector::ReadAll(State& state, const BackgroundTask::Notify& notify) {
         Collection::Class collected;
         bool isReadingInstances = false;
         try {
-            const auto cls = state.session.Class(*name);
+            const auto cls = ServerSchema(state.session).Class(*name);
             isReadingInstances = true;
-            collected.instances = state.session.Instances(*cls, true, {});
+            collected.instances = ServerInstances(state.session).Of(*cls, true, {});
             isReadingInstances = false;
             state.Add(state.session.TakeIncidents());
             collected.definition = DefinitionOf(*cls, state.session);

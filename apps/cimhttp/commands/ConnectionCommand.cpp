@@ -5,6 +5,7 @@
 #include "connection/Connection.h"
 #include "connection/ConnectionStore.h"
 #include "connection/KnownServers.h"
+#include "connection/ServerSchema.h"
 #include "connection/Session.h"
 #include "output/Listing.h"
 #include "text/Ascii.h"
@@ -213,7 +214,8 @@ class ConnectionCommand : public Command {
         options.connection = name_;
         const CommandContext named{options, context.output, context.errors};
         Session session = named.Connect();
-        context.output << Printable(session.Server()) << " answers: " << session.ClassNames().size() << " classes\n";
+        context.output << Printable(session.Server()) << " answers: " << ServerSchema(session).ClassNames().size()
+                       << " classes\n";
     }
 
     void ListKnown(const CommandContext& context) {

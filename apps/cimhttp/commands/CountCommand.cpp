@@ -5,6 +5,7 @@
 #include "commands/InstanceCensus.h"
 #include "commands/ListingWriter.h"
 #include "commands/Remarks.h"
+#include "connection/ServerSchema.h"
 #include "output/Listing.h"
 #include "selection/RowLimit.h"
 #include "selection/SortOrder.h"
@@ -118,7 +119,7 @@ class CountCommand : public Command {
         CheckOrder(order);
         RowLimit limit(limit_);
         Session session = context.Connect();
-        const auto classes = session.Hierarchy();
+        const auto classes = ServerSchema(session).Hierarchy();
         const ClassTree tree(classes);
         InstanceCensus census(session, tree, [&](const std::string& name) { return IsSelected(pattern_, name); });
         auto counts = census.Take();

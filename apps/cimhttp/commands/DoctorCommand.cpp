@@ -2,12 +2,15 @@
 #include "commands/Commands.h"
 #include "commands/Diagnosis.h"
 #include "commands/ListingWriter.h"
+#include "connection/CimStatus.h"
 #include "connection/FailedConnect.h"
-#include "connection/InteropNamespace.h"
 #include "connection/ServerFailure.h"
+#include "connection/ServerInstances.h"
+#include "connection/ServerSchema.h"
 #include "connection/ServerTrust.h"
 #include "connection/Session.h"
 #include "host/ICIMInstance.h"
+#include "interop/InteropNamespace.h"
 #include "output/Listing.h"
 #include "text/Names.h"
 #include "text/WordList.h"
@@ -25,8 +28,7 @@ using NQORVYX20::RemoteFailure;
 using Clock = std::chrono::steady_clock;
 using Kind = RemoteFailure::Kind;
 
-// Status codes of CIM (DSP0200) and HTTP.
-constexpr unsigned kInvalidNamespace = 3;
+// With which some servers say that they do not have an operation (DSP0200).
 constexpr unsigned kBadRequest = 400;
 
 /// Classes that most servers have, with few instances.
@@ -150,7 +152,7 @@ class Examination {
     bool Answers() {
         const auto begin = Clock::now();
         try {
-            classes_ = session_->ClassNames();
+            classes_ = ServerSchema(*session_).ClassNames();
         } catch (const ServerFailure& failure) {
             return GoesOnAfter(failure, Since(begin));
         } catch (const Failure& failure) {
@@ -175,7 +177,7 @@ class Examination {
             return false;
         }
         PassLogin(time);
-        if (reason.kind == Kind::kCimStatus && reason.cimStatus == kInvalidNamespace) {
+        if (reason.kind == Kind::kCimStatus && reason.cimStatus == kCimInvalidNamespace) {
             diagnosis_.Fail(Diagnosis::kNamespace, time, failure);
             return false;
         }
@@ -186,7 +188,7 @@ class Examination {
     void ReadQualifiers() {
         const auto begin = Clock::now();
         try {
-            const auto declarations = session_->QualifierDeclarations();
+            const auto declarations = ServerSchema(*session_).QualifierDeclarations();
             PassNamespace();
             diagnosis_.Pass(Diagnosis::kQualifiers, Since(begin),
                             Counted(declarations.size(), "declaration", "declarations"));
@@ -225,7 +227,7 @@ class Examination {
     std::vector<std::string> FirstLeaf() {
         std::vector<RemoteClassName> hierarchy;
         try {
-            hierarchy = session_->Hierarchy();
+            hierarchy = ServerSchema(*session_).Hierarchy();
         } catch (const ServerFailure&) { // then any will do
             return classes_.empty() ? classes_ : std::vector<std::string>{classes_.front()};
         }
@@ -242,8 +244,8 @@ class Examination {
     bool HasEnumerated(const std::string& name) {
         const auto begin = Clock::now();
         try {
-            const auto cls = session_->Class(name);
-            const auto instances = session_->Instances(*cls, true, {});
+            const auto cls = ServerSchema(*session_).Class(name);
+            const auto instances = ServerInstances(*session_).Of(*cls, true, {});
             PassNamespace();
             CheckIncidents(name + ": " + Counted(instances.size(), "instance", "instances"), Since(begin));
             return true;

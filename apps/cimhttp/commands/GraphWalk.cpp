@@ -1,7 +1,7 @@
 #include "commands/GraphWalk.h"
 
+#include "access/ReferenceKeys.h"
 #include "output/DisplayText.h"
-#include "output/ShortReferences.h"
 #include "text/Ascii.h"
 #include "text/WordList.h"
 

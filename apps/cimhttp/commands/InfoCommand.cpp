@@ -2,12 +2,13 @@
 #include "Options.h"
 #include "commands/Commands.h"
 #include "commands/Remarks.h"
-#include "connection/InteropNamespace.h"
+#include "connection/ServerInstances.h"
 #include "connection/Session.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMProperty.h"
 #include "host/INamespaceProvider.h"
 #include "host/TCIMValue.h"
+#include "interop/InteropNamespace.h"
 #include "output/InstanceProperties.h"
 #include "output/Json.h"
 #include "output/Listing.h"
@@ -101,10 +102,10 @@ void AddTls(const TlsDetails& tls, Findings& findings) {
 /// What the server says of itself, in its Interop namespace.
 class SelfDescription {
   public:
-    explicit SelfDescription(Session& session) : access_(session.LoadedPlugin().Access()) {
+    explicit SelfDescription(Session& session) : access_(session.Access()) {
         for (const std::string& name : InteropNames()) {
             try {
-                const auto managers = session.InstancesIn(name, "CIM_ObjectManager");
+                const auto managers = ServerInstances(session).In(name, "CIM_ObjectManager");
                 nameSpace_ = name;
                 if (!managers.empty()) {
                     manager_ = managers.front();
@@ -201,7 +202,7 @@ Session::Trial CountClasses(Session& session, std::optional<std::size_t>& count)
         count = access.ClassNames(nameSpace).size();
     });
     if (trial.failure && !IsUnsupported(*trial.failure)) {
-        session.Fail("the classes of " + session.Server() + " cannot be listed", *trial.failure);
+        session.Failures().Fail("the classes of " + session.Server() + " cannot be listed", *trial.failure);
     }
     return trial;
 }
@@ -212,7 +213,7 @@ std::string SomeInstance(Session& session, const SelfDescription& description) {
         return description.Path();
     }
     try {
-        const auto systems = session.InstancePathsIn(session.NamespaceName(), "CIM_ComputerSystem");
+        const auto systems = ServerInstances(session).PathsIn(session.NamespaceName(), "CIM_ComputerSystem");
         return systems.empty() ? std::string() : systems.front().GetPath();
     } catch (const RemoteError&) {
         return {};
@@ -279,8 +280,8 @@ class InfoCommand : public Command {
         findings.Add("provider", "provider", ProviderText(session.LoadedPlugin()));
         findings.Add("server", "server", session.Server());
         const ServerProbe probe =
-            session.LoadedPlugin().Access().Probe({target.host, target.Port(), kProbeTimeout},
-                                                  target.tls ? ServerProbe::Depth::kTls : ServerProbe::Depth::kPort);
+            session.Access().Probe({target.host, target.Port(), kProbeTimeout},
+                                   target.tls ? ServerProbe::Depth::kTls : ServerProbe::Depth::kPort);
         const bool isReached = probe.result == ServerProbe::Result::kReached;
         if (probe.tls.showsCertificate) {
             AddTls(probe.tls, findings);

@@ -1,6 +1,7 @@
 #include "commands/InstanceCensus.h"
 
 #include "Failure.h"
+#include "connection/ServerInstances.h"
 #include "host/TCIMReference.h"
 
 namespace cimhttp {
@@ -39,7 +40,7 @@ InstanceCensus::State InstanceCensus::Visited(const std::string& name, State abo
 
 InstanceCensus::State InstanceCensus::CountBelow(const std::string& name) {
     try {
-        for (const auto& path : session_.InstancePaths(name)) {
+        for (const auto& path : ServerInstances(session_).PathsOf(name)) {
             const std::string& of = path.GetClassName();
             if (isWanted_(of)) {
                 auto& instances = counts_.emplace(of, Count{of, 0}).first->second.instances;

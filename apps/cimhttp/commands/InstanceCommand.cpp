@@ -5,6 +5,7 @@
 #include "commands/InstanceWriter.h"
 #include "commands/ListingWriter.h"
 #include "commands/Remarks.h"
+#include "connection/ServerInstances.h"
 #include "connection/Session.h"
 #include "host/ICIMInstance.h"
 #include "output/InstanceListing.h"
@@ -78,7 +79,7 @@ class InstanceCommand : public Command {
         }
         const OutputFormat format = context.Format(*this, wide_);
         Session session = context.Connect();
-        const PluginAccess& access = session.LoadedPlugin().Access();
+        const PluginAccess& access = session.Access();
         const auto found = Find(session, keys, context);
         if (!found) {
             return 0;
@@ -106,10 +107,9 @@ class InstanceCommand : public Command {
 
   private:
     /// Nothing when the user chooses none.
-    std::optional<Session::FoundInstance> Find(Session& session, const GivenKeys& keys,
-                                               const CommandContext& context) const {
+    std::optional<FoundInstance> Find(Session& session, const GivenKeys& keys, const CommandContext& context) const {
         return IsClassName(path_) ? InstanceFinder(session, context, path_, keys).Find()
-                                  : std::optional<Session::FoundInstance>(session.Instance(path_));
+                                  : std::optional<FoundInstance>(ServerInstances(session).At(path_));
     }
 
     std::string path_;              ///< or the name of a class

@@ -3,6 +3,8 @@
 #include "Failure.h"
 #include "Options.h"
 #include "commands/Command.h"
+#include "connection/ServerInstances.h"
+#include "connection/ServerSchema.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMPropertyDecl.h"
@@ -89,7 +91,7 @@ Listing Choices(const std::vector<TCIMReference>& paths) {
 InstanceFinder::InstanceFinder(Session& session, const CommandContext& context, const std::string& className,
                                GivenKeys keys)
     : session_(session), context_(context), keys_(std::move(keys)) {
-    const auto cls = session_.Class(className);
+    const auto cls = ServerSchema(session_).Class(className);
     className_ = cls->GetName(TCIMContext());
     declared_ = KeysOf(*cls);
     if (!declared_.empty()) {
@@ -97,7 +99,7 @@ InstanceFinder::InstanceFinder(Session& session, const CommandContext& context, 
     }
 }
 
-std::optional<Session::FoundInstance> InstanceFinder::Find() {
+std::optional<FoundInstance> InstanceFinder::Find() {
     if (const auto path = WholePath()) {
         if (auto found = InstanceAt(*path)) {
             return found;
@@ -106,7 +108,7 @@ std::optional<Session::FoundInstance> InstanceFinder::Find() {
     const Paths candidates = Candidates();
     const TCIMReference* const chosen = Chosen(candidates);
     return chosen == nullptr ? std::nullopt
-                             : std::optional<Session::FoundInstance>(session_.Instance(chosen->GetPath()));
+                             : std::optional<FoundInstance>(ServerInstances(session_).At(chosen->GetPath()));
 }
 
 std::optional<std::string> InstanceFinder::WholePath() const {
@@ -127,9 +129,9 @@ std::optional<std::string> InstanceFinder::WholePath() const {
 }
 
 /// An instance of a subclass is not there under the name of the class.
-std::optional<Session::FoundInstance> InstanceFinder::InstanceAt(const std::string& path) {
+std::optional<FoundInstance> InstanceFinder::InstanceAt(const std::string& path) {
     try {
-        return session_.Instance(path);
+        return ServerInstances(session_).At(path);
     } catch (const Failure& failure) {
         if (failure.Status() != Failure::kNotFound) {
             throw;
@@ -139,7 +141,7 @@ std::optional<Session::FoundInstance> InstanceFinder::InstanceAt(const std::stri
 }
 
 InstanceFinder::Paths InstanceFinder::Candidates() {
-    Paths all = session_.InstancePaths(className_);
+    Paths all = ServerInstances(session_).PathsOf(className_);
     const std::vector<std::string> names = KeyNames(all);
     if (declared_.empty() && !all.empty()) { // subclasses declare them
         keys_.Check(names, className_);
@@ -174,7 +176,7 @@ bool InstanceFinder::IsMeant(const std::string& name, const std::string& text, c
         return IsSame(text, value);
     }
     const TCIMValue typed = TypedKey(value, (*declared)->GetType(TCIMContext()));
-    const ValueTexts texts(session_.LoadedPlugin().Access(), context_.options.textForm);
+    const ValueTexts texts(session_.Access(), context_.options.textForm);
     return IsSame(text, typed) || texts.Of(nullptr, *declared, typed).Joined() == text;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "connection/ServerInstances.h"
 #include "connection/Session.h"
 #include "host/TCIMReference.h"
 #include "output/InstanceProperties.h"
@@ -24,15 +25,15 @@ class InstanceFinder {
     InstanceFinder(Session& session, const CommandContext& context, const std::string& className, GivenKeys keys);
 
     /// Nothing when the user chooses none. Throws Failure(kNotFound) where none fits, and Failure(kUsage) where several
-    /// do and nobody can be asked, or where a key is none of the class's; fails like Session::Class, too.
-    std::optional<Session::FoundInstance> Find();
+    /// do and nobody can be asked, or where a key is none of the class's; fails like ServerSchema::Class, too.
+    std::optional<FoundInstance> Find();
 
   private:
     using Paths = std::vector<NQORVYX20::TCIMReference>;
 
     /// The path with all keys; nothing where some are missing, or can be written in several ways.
     std::optional<std::string> WholePath() const;
-    std::optional<Session::FoundInstance> InstanceAt(const std::string& path);
+    std::optional<FoundInstance> InstanceAt(const std::string& path);
 
     /// Those that fit, in the order of their texts.
     Paths Candidates();

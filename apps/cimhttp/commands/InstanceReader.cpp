@@ -1,5 +1,7 @@
 #include "commands/InstanceReader.h"
 
+#include "connection/ServerInstances.h"
+#include "connection/ServerSchema.h"
 #include "host/ICIMClass.h"
 #include "output/ValueTexts.h"
 #include "text/Names.h"
@@ -19,7 +21,7 @@ constexpr std::size_t kHeldInstances = 10000;
 InstanceReader::InstanceReader(const Session& session, const std::string& className, InstanceQuery query, bool deep,
                                TextForm form)
     : session_(session),
-      class_(session_.Class(className)),
+      class_(ServerSchema(session_).Class(className)),
       declared_(PropertiesOf(*class_)),
       query_(std::move(query)),
       deep_(deep),
@@ -40,33 +42,33 @@ std::vector<std::string> InstanceReader::NeededNames() const {
     const Properties chosen = Chosen(declared_, names, ClassName());
     std::vector<std::string> needed = NamesOf(chosen);
     for (const auto& property : chosen) {
-        const auto tellers = session_.LoadedPlugin().Access().UnitTellers(*class_, *property);
+        const auto tellers = session_.Access().UnitTellers(*class_, *property);
         needed.insert(needed.end(), tellers.begin(), tellers.end());
     }
     return DistinctNames(needed);
 }
 
 InstanceReader::Reading InstanceReader::Read() {
-    Instances all = session_.Instances(*class_, deep_, NeededNames());
+    Instances all = ServerInstances(session_).Of(*class_, deep_, NeededNames());
     const std::size_t count = all.size();
     const Properties known = declared_.empty() ? PropertiesOf(all) : declared_;
     Properties shown = all.empty() && known.empty() ? Properties() : query_.Shown(known, ClassName());
-    auto selected = query_.Selected(std::move(all), ValueTexts(session_.LoadedPlugin().Access(), form_));
+    auto selected = query_.Selected(std::move(all), ValueTexts(session_.Access(), form_));
     return {std::move(shown), std::move(selected.instances), count, std::move(selected.uncompared)};
 }
 
 InstanceReader::Reading InstanceReader::Stream(const std::function<void(const Instances&)>& take) {
     Reading reading{Shown(), {}, 0, {}};
-    const ValueTexts texts(session_.LoadedPlugin().Access(), form_);
+    const ValueTexts texts(session_.Access(), form_);
     const InterruptScope interrupts;
-    auto sequence = session_.OpenInstances(*class_, deep_, NeededNames(), kHeldInstances);
+    auto sequence = ServerInstances(session_).Open(*class_, deep_, NeededNames(), kHeldInstances);
     do {
-        Instances instances = session_.Next(*sequence, ClassName());
+        Instances instances = ServerInstances(session_).Next(*sequence, ClassName());
         reading.count += instances.size();
         const auto selected = query_.Selected(std::move(instances), texts);
         reading.uncompared.Add(selected.uncompared);
         take(selected.instances);
-        session_.EndIfInterrupted(sequence);
+        session_.EndIfInterrupted([&] { sequence.reset(); });
     } while (!sequence->IsAtEnd());
     return reading;
 }

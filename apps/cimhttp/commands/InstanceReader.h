@@ -25,7 +25,7 @@ class InstanceReader {
 
     /// Reads the class, and checks the names of properties where it declares any. With `deep`, the instances of
     /// subclasses are wanted, too. Conditions compare texts in the `form` that they are shown in. Throws as
-    /// Session::Class and InstanceQuery do.
+    /// ServerSchema::Class and InstanceQuery do.
     InstanceReader(const Session& session, const std::string& className, InstanceQuery query, bool deep, TextForm form);
 
     std::string ClassName() const;

@@ -6,6 +6,7 @@
 #include "commands/InstanceWriter.h"
 #include "commands/ListingWriter.h"
 #include "commands/Remarks.h"
+#include "connection/ServerInstances.h"
 #include "connection/Session.h"
 #include "host/TCIMReference.h"
 #include "output/DisplayText.h"
@@ -125,7 +126,7 @@ class InstancesCommand : public Command {
         }
         limit.Apply(instances);
         if (!instances.empty() || count == 0 || !IsForPeople(format)) { // programs get an empty list
-            WriteInstances(instances, SelectionOf(properties, query), format, session.LoadedPlugin().Access(), context);
+            WriteInstances(instances, SelectionOf(properties, query), format, session.Access(), context);
         }
         return uncompared;
     }
@@ -134,8 +135,8 @@ class InstancesCommand : public Command {
     UncomparedValues WriteEach(InstanceReader& reader, const InstanceQuery& query, OutputFormat format,
                                const Session& session, const CommandContext& context) const {
         const InstanceSelection selection = SelectionOf(reader.Shown(), query);
-        const auto sink = MakeInstanceSink(
-            selection, format, ValueTexts(session.LoadedPlugin().Access(), context.options.textForm), context);
+        const auto sink =
+            MakeInstanceSink(selection, format, ValueTexts(session.Access(), context.options.textForm), context);
         if (!sink) {
             RowLimit all{std::nullopt};
             return WriteAll(reader, query, all, format, session, context);
@@ -190,7 +191,7 @@ class InstancesCommand : public Command {
 
     /// The paths of the instances, in their order.
     std::vector<NQORVYX20::TCIMReference> ReadNames(Session& session) const {
-        auto names = session.InstancePaths(name_);
+        auto names = ServerInstances(session).PathsOf(name_);
         if (exact_) {
             names.erase(std::remove_if(names.begin(), names.end(),
                                        [&](const auto& path) { return !IsSameName(path.GetClassName(), name_); }),

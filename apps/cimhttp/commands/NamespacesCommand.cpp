@@ -1,8 +1,8 @@
 #include "commands/Commands.h"
 #include "commands/ListingWriter.h"
 #include "commands/Remarks.h"
-#include "connection/NamespaceSearch.h"
 #include "connection/Session.h"
+#include "interop/NamespaceSearch.h"
 #include "output/Json.h"
 
 #include <algorithm>

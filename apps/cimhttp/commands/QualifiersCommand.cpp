@@ -2,6 +2,7 @@
 #include "commands/Commands.h"
 #include "commands/ListingWriter.h"
 #include "commands/Remarks.h"
+#include "connection/ServerSchema.h"
 #include "connection/Session.h"
 #include "output/DefinitionListing.h"
 #include "output/MofWriter.h"
@@ -49,11 +50,11 @@ class QualifiersCommand : public Command {
         }
         Session session = context.Connect();
         if (!class_.empty()) {
-            WriteListing(QualifierListing(session.Definition(class_)), format, context);
+            WriteListing(QualifierListing(ServerSchema(session).Definition(class_)), format, context);
         } else if (format == OutputFormat::kMof) {
-            WriteMof(InOrder(session.QualifierDeclarations()), context.output);
+            WriteMof(InOrder(ServerSchema(session).QualifierDeclarations()), context.output);
         } else {
-            WriteListing(DeclarationListing(InOrder(session.QualifierDeclarations())), format, context);
+            WriteListing(DeclarationListing(InOrder(ServerSchema(session).QualifierDeclarations())), format, context);
         }
         return ReportIncidents(session.TakeIncidents(), context);
     }

@@ -3,6 +3,9 @@
 #include "commands/Commands.h"
 #include "commands/GraphWalk.h"
 #include "commands/Remarks.h"
+#include "connection/PathReader.h"
+#include "connection/ServerAssociations.h"
+#include "connection/ServerInstances.h"
 #include "connection/Session.h"
 #include "output/GraphWriter.h"
 #include "output/TreeLines.h"
@@ -54,10 +57,10 @@ class RelatedCommand : public Command {
             throw Failure(Failure::kUsage, "the depth is " + std::to_string(kGreatestDepth) + " at most");
         }
         Session session = context.Connect();
-        GraphWalk walk([&](const std::string& path) { return session.Links(path); });
-        walk.Run(session.ReferenceTo(path_), depth);
+        GraphWalk walk([&](const std::string& path) { return ServerAssociations(session).Links(path); });
+        walk.Run(PathReader(session).ReferenceTo(path_), depth);
         if (walk.Graph().edges.empty()) {
-            session.CheckExists(path_);
+            ServerInstances(session).CheckExists(path_);
         }
         Write(walk.Graph(), context.Format(*this), TreeLines::For(context.options.isUtf8), context.output);
         const int status = ReportRemark(walk.Remark(), context);

@@ -3,6 +3,7 @@
 #include "commands/Commands.h"
 #include "commands/ListingWriter.h"
 #include "commands/Remarks.h"
+#include "connection/ServerSchema.h"
 #include "connection/Session.h"
 #include "output/ClassTree.h"
 #include "output/Json.h"
@@ -113,7 +114,7 @@ class TreeCommand : public Command {
 
     int Run(const CommandContext& context) override {
         Session session = context.Connect();
-        const auto classes = session.Hierarchy();
+        const auto classes = ServerSchema(session).Hierarchy();
         const ClassTree tree(classes);
         const auto roots = RootsOf(tree, root_, session.Place(), classes);
         switch (context.Format(*this)) {

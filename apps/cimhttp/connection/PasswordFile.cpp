@@ -1,6 +1,6 @@
 #include "connection/PasswordFile.h"
 
-#include "connection/InputFile.h"
+#include "files/InputFile.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -1,6 +1,7 @@
 #include "connection/RemoteReason.h"
 
 #include "connection/CertificateText.h"
+#include "connection/CimStatus.h"
 #include "connection/Connection.h"
 
 namespace cimhttp {
@@ -10,12 +11,6 @@ namespace {
 using NQORVYX20::RemoteFailure;
 using Kind = RemoteFailure::Kind;
 
-// Status codes of CIM (DSP0200).
-constexpr unsigned kAccessDenied = 2;
-constexpr unsigned kInvalidNamespace = 3;
-constexpr unsigned kInvalidClass = 5;
-constexpr unsigned kCimNotFound = 6;
-
 // Of HTTP. With the last two, a CIM server says that it cannot make anything of a request (DSP0200).
 constexpr unsigned kUnauthorized = 401;
 constexpr unsigned kBadRequest = 400;
@@ -23,9 +18,9 @@ constexpr unsigned kNotImplemented = 501;
 
 Failure::ExitStatus StatusOfCim(unsigned status) {
     switch (status) {
-    case kAccessDenied:
+    case kCimAccessDenied:
         return Failure::kAuthentication;
-    case kInvalidClass:
+    case kCimInvalidClass:
     case kCimNotFound:
         return Failure::kNotFound;
     default:
@@ -92,7 +87,7 @@ std::string Explained(const RemoteFailure& failure, const Connection& connection
     case Kind::kHttp:
         return ExplainedHttp(failure);
     case Kind::kCimStatus:
-        return failure.text + (failure.cimStatus == kInvalidNamespace ? "; --namespace names another" : "");
+        return failure.text + (failure.cimStatus == kCimInvalidNamespace ? "; --namespace names another" : "");
     default:
         return failure.text;
     }

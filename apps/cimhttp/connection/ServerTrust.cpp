@@ -10,9 +10,9 @@
 #include "connection/TerminalPrompt.h"
 #include "host/ICIMNamespace.h"
 #include "host/TVYXException.h"
-#include "output/TimeText.h"
 #include "text/Ascii.h"
 #include "text/TerminalText.h"
+#include "text/TimeText.h"
 #include "waiting/ProgressWait.h"
 
 namespace cimhttp {

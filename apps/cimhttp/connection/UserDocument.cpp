@@ -1,9 +1,9 @@
 #include "connection/UserDocument.h"
 
 #include "Failure.h"
-#include "connection/FileLock.h"
-#include "connection/InputFile.h"
-#include "output/OutputFile.h"
+#include "files/FileLock.h"
+#include "files/InputFile.h"
+#include "files/OutputFile.h"
 
 #include <sys/stat.h>
 #include <unistd.h>

@@ -1,5 +1,6 @@
 #include "output/ShortReferences.h"
 
+#include "access/ReferenceKeys.h"
 #include "host/TCIMReference.h"
 
 #include <algorithm>
@@ -85,15 +86,6 @@ bool Shorten(const std::vector<Cell*>& cells) {
 }
 
 } // namespace
-
-bool HasKeys(const TCIMReference& reference) {
-    bool hasKeys = false;
-    reference.EnumerateKeyValues([&](const std::string&, const TCIMValue&) {
-        hasKeys = true;
-        return false;
-    });
-    return hasKeys;
-}
 
 std::string TextWithKeys(const TCIMReference& reference, const KeyPredicate& isWanted) {
     TCIMReference keys = WithKeys(reference, isWanted); // with the class, which the head has

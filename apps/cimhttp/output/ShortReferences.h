@@ -10,9 +10,6 @@ namespace cimhttp {
 
 using KeyPredicate = std::function<bool(const std::string& name, const NQORVYX20::TCIMValue& value)>;
 
-/// Without keys, a reference is to a class.
-bool HasKeys(const NQORVYX20::TCIMReference& reference);
-
 /// A reference as text with only the keys that are wanted, `Class.…,key="text"`. The dots stand for the others, and
 /// show that this is no path to look an instance up with.
 std::string TextWithKeys(const NQORVYX20::TCIMReference& reference, const KeyPredicate& isWanted);

@@ -1,7 +1,7 @@
-#include "output/OutputFile.h"
+#include "files/OutputFile.h"
 
 #include "Failure.h"
-#include "output/RemovalOnSignal.h"
+#include "files/RemovalOnSignal.h"
 
 #include <fcntl.h>
 #include <sys/random.h>

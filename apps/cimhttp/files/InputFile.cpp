@@ -1,4 +1,4 @@
-#include "connection/InputFile.h"
+#include "files/InputFile.h"
 
 #include "Failure.h"
 

@@ -1,4 +1,4 @@
-#include "connection/FileLock.h"
+#include "files/FileLock.h"
 
 #include "Failure.h"
 

@@ -1,4 +1,4 @@
-#include "output/TimeText.h"
+#include "text/TimeText.h"
 
 #include <ctime>
 

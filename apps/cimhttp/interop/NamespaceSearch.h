@@ -1,6 +1,6 @@
 #pragma once
 
-#include "connection/InteropNamespace.h"
+#include "interop/InteropNamespace.h"
 #include "text/Names.h"
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-#include "output/RemovalOnSignal.h"
+#include "files/RemovalOnSignal.h"
 
 #include <unistd.h>
 

@@ -1,10 +1,12 @@
-#include "connection/ProfileSearch.h"
+#include "interop/ProfileSearch.h"
 
 #include "Failure.h"
-#include "connection/InteropNamespace.h"
+#include "connection/ServerAssociations.h"
+#include "connection/ServerInstances.h"
 #include "connection/Session.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMProperty.h"
+#include "interop/InteropNamespace.h"
 #include "output/InstanceProperties.h"
 #include "output/ValueTexts.h"
 
@@ -54,7 +56,7 @@ void ProfileSearch::Run() {
     VainAttempts attempts;
     for (const std::string& nameSpace : InteropNames()) {
         try {
-            for (const auto& instance : session_.InstancesIn(nameSpace, kProfileClass)) {
+            for (const auto& instance : ServerInstances(session_).In(nameSpace, kProfileClass)) {
                 profiles_.push_back(ProfileOf(*instance, nameSpace));
             }
         } catch (const RemoteError& error) {
@@ -72,7 +74,7 @@ void ProfileSearch::Run() {
 }
 
 RegisteredProfile ProfileSearch::ProfileOf(const ICIMInstance& instance, const std::string& nameSpace) const {
-    const PluginAccess& access = session_.LoadedPlugin().Access();
+    const PluginAccess& access = session_.Access();
     return {OrganizationOf(instance, access), TextOf(instance, "RegisteredName", access),
             TextOf(instance, "RegisteredVersion", access), PathOf(instance, nameSpace), std::nullopt};
 }
@@ -85,7 +87,7 @@ void ProfileSearch::FindCentralInstances(RegisteredProfile& profile) {
     query.resultRole = "ManagedElement";
     try {
         std::vector<std::string> paths;
-        for (const auto& path : session_.RelatedPaths(query)) {
+        for (const auto& path : ServerAssociations(session_).RelatedPaths(query)) {
             paths.push_back(path.GetPath());
         }
         std::sort(paths.begin(), paths.end());

@@ -1,6 +1,8 @@
-#include "connection/NamespaceSearch.h"
+#include "interop/NamespaceSearch.h"
 
 #include "Failure.h"
+#include "connection/PathReader.h"
+#include "connection/ServerInstances.h"
 #include "connection/Session.h"
 
 #include <algorithm>
@@ -16,10 +18,6 @@ constexpr unsigned char kDecimal = 10;
 
 /// Among namespaces that only `__Namespace` tells of, those below this one are looked for first.
 constexpr const char* kRoot = "root";
-
-std::string WithoutSlash(const std::string& name) {
-    return !name.empty() && name.front() == '/' ? name.substr(1) : name;
-}
 
 } // namespace
 
@@ -81,10 +79,10 @@ void NamespaceSearch::AskBelow(const std::string& nameSpace) {
 
 NameSet NamespaceSearch::NamesIn(const std::string& nameSpace, const std::string& className) {
     NameSet names;
-    for (const auto& path : session_.InstancePathsIn(nameSpace, className)) {
+    for (const auto& path : ServerInstances(session_).PathsIn(nameSpace, className)) {
         const auto name = path.GetKeyValue("Name");
         if (!name.IsNull()) {
-            names.insert(WithoutSlash(name.ToString(kDecimal)));
+            names.insert(WithoutLeadingSlash(name.ToString(kDecimal)));
         }
     }
     return names;

@@ -1,16 +1,12 @@
-#include "connection/InteropNamespace.h"
+#include "interop/InteropNamespace.h"
+
+#include "connection/CimStatus.h"
 
 namespace cimhttp {
 
 namespace {
 
 using NQORVYX20::RemoteFailure;
-
-// Status codes of CIM (DSP0200).
-constexpr unsigned kInvalidNamespace = 3;
-constexpr unsigned kInvalidClass = 5;
-constexpr unsigned kNotFound = 6;
-constexpr unsigned kNotSupported = 7;
 
 constexpr unsigned kHttpNotImplemented = 501;
 
@@ -23,11 +19,12 @@ const std::vector<std::string>& InteropNames() {
 
 bool SaysThatThereIsNone(const RemoteFailure& failure) {
     const unsigned status = failure.kind == RemoteFailure::Kind::kCimStatus ? failure.cimStatus : 0;
-    return status == kInvalidNamespace || status == kInvalidClass || status == kNotFound || IsUnsupported(failure);
+    return status == kCimInvalidNamespace || status == kCimInvalidClass || status == kCimNotFound ||
+           IsUnsupported(failure);
 }
 
 bool IsUnsupported(const RemoteFailure& failure) {
-    return (failure.kind == RemoteFailure::Kind::kCimStatus && failure.cimStatus == kNotSupported) ||
+    return (failure.kind == RemoteFailure::Kind::kCimStatus && failure.cimStatus == kCimNotSupported) ||
            (failure.kind == RemoteFailure::Kind::kHttp && failure.httpStatus == kHttpNotImplemented);
 }
 
