@@ -24,13 +24,19 @@ function(cimhttp_precompile_as other)
   endforeach()
 endfunction()
 
+# cimhttp_leave_unoptimised(TARGET FOLDER SOURCE...): for sources that are little else than what a header-only library has
+# for them, which the compiler would spend half a minute on. What is precompiled is so with other flags.
+function(cimhttp_leave_unoptimised target folder)
+  list(TRANSFORM ARGN PREPEND ${PROJECT_SOURCE_DIR}/${folder}/)
+  set_source_files_properties(${ARGN} TARGET_DIRECTORY ${target} PROPERTIES COMPILE_OPTIONS -O0
+                                                                            SKIP_PRECOMPILE_HEADERS ON)
+endfunction()
+
 if(CIMHTTP_PEGASUS STREQUAL "bundled")
   cimhttp_precompile(pegcommon ${standard_headers})
   cimhttp_precompile_as(pegcommon pegxml pegcimxml peghttp pegtls pegclient)
 endif()
 
-# Hides the symbols of its JSON library, for which it is compiled with another flag.
-set_source_files_properties(provider/JsonReader.cpp TARGET_DIRECTORY cimhttp_nsp PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
 cimhttp_precompile(cimhttp_nsp ${standard_headers} ${contract_headers} <Pegasus/Client/CIMClient.h>)
 
 if(NOT CIMHTTP_HOST_RUNTIME STREQUAL "bundled")
@@ -40,6 +46,10 @@ cimhttp_precompile(vyxcore ${standard_headers} ${contract_headers})
 cimhttp_precompile_as(vyxcore inmem_nsp cimhttp_host)
 cimhttp_precompile_as(cimhttp_nsp cimhttp_access)
 cimhttp_precompile(demo_server ${standard_headers})
+cimhttp_leave_unoptimised(cimhttp_host apps/cimhttp CommandLine.cpp OptionValues.cpp connection/UserDocument.cpp
+                          connection/KnownServers.cpp connection/ConnectionStore.cpp)
+cimhttp_leave_unoptimised(demo-server apps/demo-server main.cpp)
+cimhttp_leave_unoptimised(demo_server apps/demo-server server/ResponseWriter.cpp server/RequestReader.cpp)
 
 if(NOT BUILD_TESTING)
   return()
