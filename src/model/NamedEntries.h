@@ -3,16 +3,19 @@
 #include <boost/make_shared.hpp>
 #include <boost/shared_ptr.hpp>
 
+#include <algorithm>
 #include <cstddef>
 #include <map>
 #include <string>
+#include <type_traits>
+#include <unordered_map>
 #include <vector>
 
 namespace NQORVYX20 {
 
 /// Entries by name, walked in the order of their names. A walk goes through the entries that are there when it begins,
-/// so that whoever is called back may change the collection.
-template <typename Entry>
+/// so that whoever is called back may change the collection. The Map is where an entry is looked up.
+template <typename Entry, typename Map = std::map<std::string, boost::shared_ptr<Entry>>>
 class NamedEntries {
   public:
     using TEntry = boost::shared_ptr<Entry>;
@@ -69,7 +72,7 @@ class NamedEntries {
         ordered_.reset();
     }
 
-    // Pairs of names and entries, for loops that change nothing.
+    // Pairs of names and entries in the order of the Map, for loops that change nothing.
     auto begin() const { return entries_.begin(); }
     auto end() const { return entries_.end(); }
 
@@ -82,16 +85,31 @@ class NamedEntries {
     }
 
     boost::shared_ptr<const TEntries> MakeOrdered() const {
+        std::vector<const typename Map::value_type*> named;
+        named.reserve(entries_.size());
+        for (const auto& entry : entries_) {
+            named.push_back(&entry);
+        }
+        if constexpr (!kIsSorted) {
+            std::sort(named.begin(), named.end(),
+                      [](const auto* left, const auto* right) { return left->first < right->first; });
+        }
         auto ordered = boost::make_shared<TEntries>();
-        ordered->reserve(entries_.size());
-        for (const auto& [name, entry] : entries_) {
-            ordered->push_back(entry);
+        ordered->reserve(named.size());
+        for (const auto* entry : named) {
+            ordered->push_back(entry->second);
         }
         return ordered;
     }
 
-    std::map<std::string, TEntry> entries_;
+    static constexpr bool kIsSorted = std::is_same_v<Map, std::map<std::string, TEntry>>;
+
+    Map entries_;
     mutable boost::shared_ptr<const TEntries> ordered_; // empty after a change
 };
+
+/// Named entries that are looked up far more often than they change: by hash.
+template <typename Entry>
+using HashedEntries = NamedEntries<Entry, std::unordered_map<std::string, boost::shared_ptr<Entry>>>;
 
 } // namespace NQORVYX20

@@ -222,7 +222,7 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     std::string superClassName_; // empty unless it is looked up when needed
     NameRule names_;
     TCimHTTPQualifierMap qualifiers_;
-    NamedEntries<TCimHTTPPropertyDecl> propertyDecls_;
+    HashedEntries<TCimHTTPPropertyDecl> propertyDecls_; // asked for each property of each instance
     NamedEntries<TCimHTTPProperty> staticProperties_;
     SubClassList<TCimHTTPClass> subClasses_;
     TWalk* walk_ = nullptr; // while a class above enumerates this one's subclasses

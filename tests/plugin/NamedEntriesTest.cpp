@@ -53,6 +53,23 @@ TEST(NamedEntries, AreWalkedInTheOrderOfTheirNames) {
     EXPECT_EQ(names, "abc");
 }
 
+TEST(NamedEntries, AreWalkedInTheOrderOfTheirNamesAlsoWhereTheyAreFoundByHash) {
+    HashedEntries<std::string> entries;
+    std::vector<std::string> expected;
+    for (int i = 0; i < 100; ++i) {
+        expected.push_back(std::to_string(100 + i));
+        entries.Add(std::to_string(199 - i), Text(std::to_string(199 - i)));
+    }
+    std::vector<std::string> texts;
+    entries.Visit([&](const auto& entry) {
+        texts.push_back(*entry);
+        return true;
+    });
+    EXPECT_EQ(texts, expected);
+    EXPECT_EQ(entries.Ordered()->size(), 100U);
+    EXPECT_EQ(*entries.Find("150"), "150");
+}
+
 TEST(NamedEntries, KeepTheEntryWhoseNameIsTaken) {
     Texts entries = Three();
     EXPECT_FALSE(entries.Add("a", Text("another")));
