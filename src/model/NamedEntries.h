@@ -85,21 +85,29 @@ class NamedEntries {
     }
 
     boost::shared_ptr<const TEntries> MakeOrdered() const {
-        std::vector<const typename Map::value_type*> named;
-        named.reserve(entries_.size());
-        for (const auto& entry : entries_) {
-            named.push_back(&entry);
-        }
-        if constexpr (!kIsSorted) {
-            std::sort(named.begin(), named.end(),
-                      [](const auto* left, const auto* right) { return left->first < right->first; });
-        }
         auto ordered = boost::make_shared<TEntries>();
-        ordered->reserve(named.size());
-        for (const auto* entry : named) {
-            ordered->push_back(entry->second);
+        ordered->reserve(entries_.size());
+        if constexpr (kIsSorted) {
+            for (const auto& [name, entry] : entries_) {
+                ordered->push_back(entry);
+            }
+        } else {
+            for (const auto* const named : Sorted()) {
+                ordered->push_back(named->second);
+            }
         }
         return ordered;
+    }
+
+    auto Sorted() const {
+        std::vector<const typename Map::value_type*> sorted;
+        sorted.reserve(entries_.size());
+        for (const auto& named : entries_) {
+            sorted.push_back(&named);
+        }
+        std::sort(sorted.begin(), sorted.end(),
+                  [](const auto* left, const auto* right) { return left->first < right->first; });
+        return sorted;
     }
 
     static constexpr bool kIsSorted = std::is_same_v<Map, std::map<std::string, TEntry>>;
