@@ -33,8 +33,8 @@ function(cimhttp_leave_unoptimised target folder)
 endfunction()
 
 if(CIMHTTP_PEGASUS STREQUAL "bundled")
-  cimhttp_precompile(pegcommon ${standard_headers})
-  cimhttp_precompile_as(pegcommon pegxml pegcimxml peghttp pegtls pegclient)
+  cimhttp_precompile(pegmodel ${standard_headers})
+  cimhttp_precompile_as(pegmodel pegxml pegcimxml peghttp pegtls pegclient)
 endif()
 
 cimhttp_precompile(cimhttp_nsp ${standard_headers} ${contract_headers} <Pegasus/Client/CIMClient.h>)
@@ -64,5 +64,5 @@ cimhttp_precompile_as(support_test demo_server_test host_contract_test plugin_lo
                       runtime_values_test runtime_services_test runtime_inmem_test runtime_xmlparser_test)
 if(CIMHTTP_PEGASUS STREQUAL "bundled")
   cimhttp_precompile_as(support_test pegasus_model_test pegasus_xml_test pegasus_cimxml_test http_test client_test
-                        corpus_test scarcity_test memory_test)
+                        cim_headers_test corpus_test scarcity_test memory_test)
 endif()
