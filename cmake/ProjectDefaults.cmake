@@ -55,6 +55,11 @@ set(CIMHTTP_SANITIZE "" CACHE STRING "Sanitizers to build with, as for -fsanitiz
 if(CIMHTTP_SANITIZE)
   add_compile_options(-fsanitize=${CIMHTTP_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${CIMHTTP_SANITIZE})
+  if(CIMHTTP_SANITIZE MATCHES undefined AND CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+    # GCC takes a quarter longer when it checks every access for a null pointer, which the address sanitizer reports, too,
+    # and for alignment. Clang's build, in which the fuzzers run, checks both.
+    add_compile_options(-fno-sanitize=null,alignment)
+  endif()
   if(CIMHTTP_SANITIZE MATCHES thread AND CMAKE_CXX_COMPILER_ID STREQUAL GNU)
     # Boost.Asio has fences, of which GCC warns that the thread sanitizer does not see them.
     add_compile_options(-Wno-tsan)
