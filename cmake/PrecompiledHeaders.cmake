@@ -59,10 +59,11 @@ cimhttp_precompile(support_test ${test_headers})
 cimhttp_precompile(faithful_test ${test_headers} <nlohmann/json.hpp>)
 cimhttp_precompile_as(faithful_test cimhttp_test)
 cimhttp_precompile(plugin_test ${test_headers} ${PROJECT_SOURCE_DIR}/tests/plugin/PluginTest.h)
-cimhttp_precompile_as(plugin_test plugin_scarcity_test plugin_interposed_test)
+cimhttp_precompile_as(plugin_test plugin_scarcity_test)
 cimhttp_precompile_as(support_test demo_server_test host_contract_test plugin_load_test cimhttp_memory_test
                       runtime_values_test runtime_services_test runtime_inmem_test runtime_xmlparser_test)
 if(CIMHTTP_PEGASUS STREQUAL "bundled")
+  cimhttp_precompile_as(plugin_test plugin_interposed_test)
   cimhttp_precompile_as(support_test pegasus_model_test pegasus_xml_test pegasus_cimxml_test http_test client_test
                         cim_headers_test corpus_test scarcity_test memory_test)
 endif()
