@@ -171,8 +171,8 @@ class TXmlParser::TImpl {
 
     unsigned int Line() const { return running_ == nullptr ? line_ : running_->Line(); }
 
-    std::string fileName_;
-    std::string text_;
+    std::string fileName;
+    std::string text;
 
   private:
     // Makes the document the running one for as long as this object lives.
@@ -197,16 +197,16 @@ TXmlParser::TXmlParser() : impl_(std::make_unique<TImpl>(*this)) {}
 TXmlParser::~TXmlParser() = default;
 
 bool TXmlParser::ParseJSSP() {
-    return impl_->Parse([this](TDocument& document) { FeedFile(document, impl_->fileName_); });
+    return impl_->Parse([this](TDocument& document) { FeedFile(document, impl_->fileName); });
 }
 
 bool TXmlParser::ParseCharData() {
-    return impl_->Parse([this](TDocument& document) { document.Feed(impl_->text_.data(), impl_->text_.size(), true); });
+    return impl_->Parse([this](TDocument& document) { document.Feed(impl_->text.data(), impl_->text.size(), true); });
 }
 
-void TXmlParser::SetFileName(const std::string& fileName) { impl_->fileName_ = fileName; }
+void TXmlParser::SetFileName(const std::string& fileName) { impl_->fileName = fileName; }
 
-void TXmlParser::SetCharData(const std::string& text) { impl_->text_ = text; }
+void TXmlParser::SetCharData(const std::string& text) { impl_->text = text; }
 
 unsigned int TXmlParser::GetCurLine() const { return impl_->Line(); }
 

@@ -68,7 +68,7 @@ class IntegerFormsTest : public testing::Test {
 };
 
 using IntegerTypes = testing::Types<Uint8, Sint8, Uint16, Sint16, Uint32, Sint32, Uint64, Sint64>;
-TYPED_TEST_SUITE(IntegerFormsTest, IntegerTypes);
+TYPED_TEST_SUITE(IntegerFormsTest, IntegerTypes, );
 
 TYPED_TEST(IntegerFormsTest, EveryFormIsRead) {
     const std::string max = std::to_string(this->kMax);
@@ -141,7 +141,7 @@ class RealFormsTest : public testing::Test {
 };
 
 using RealTypes = testing::Types<Real32, Real64>;
-TYPED_TEST_SUITE(RealFormsTest, RealTypes);
+TYPED_TEST_SUITE(RealFormsTest, RealTypes, );
 
 TYPED_TEST(RealFormsTest, EveryFormIsRead) {
     const std::vector<std::pair<const char*, TypeParam>> forms = {

@@ -20,7 +20,7 @@ using testing::IsEmpty;
 class TRecordingParser : public TXmlParser {
   public:
     void StartElement(const char* name, std::map<std::string, std::string>& attributes) override {
-        if (name == throwAt_) {
+        if (name == throwAt) {
             throw std::runtime_error("no more");
         }
         std::string event = std::string("<") + name;
@@ -33,24 +33,24 @@ class TRecordingParser : public TXmlParser {
     void processingInstruction(const char* target, const char* data) override {
         Record(std::string("?") + target + "|" + data);
     }
-    void characters(const char* text, unsigned int length) override { characters_.append(text, length); }
+    void characters(const char* piece, unsigned int length) override { text.append(piece, length); }
     void notationDecl(const char* name, const char* publicId, const char* systemId) override {
         Record(std::string("!") + name + "|" + publicId + "|" + systemId);
     }
-    void FatalError(const char* message) override { errors_.push_back(std::to_string(GetCurLine()) + ":" + message); }
+    void FatalError(const char* message) override { errors.push_back(std::to_string(GetCurLine()) + ":" + message); }
 
-    bool Parse(const std::string& text) {
-        SetCharData(text);
+    bool Parse(const std::string& document) {
+        SetCharData(document);
         return ParseCharData();
     }
 
-    std::string throwAt_ = "never";
-    std::vector<std::string> events_;
-    std::vector<std::string> errors_;
-    std::string characters_;
+    std::string throwAt = "never";
+    std::vector<std::string> events;
+    std::vector<std::string> errors;
+    std::string text;
 
   private:
-    void Record(const std::string& event) { events_.push_back(std::to_string(GetCurLine()) + ":" + event); }
+    void Record(const std::string& event) { events.push_back(std::to_string(GetCurLine()) + ":" + event); }
 };
 
 std::string Nested(int depth) {
@@ -74,15 +74,15 @@ class TXmlParserTest : public testing::Test {
 
 TEST_F(TXmlParserTest, ReportsElementsWithTheirAttributesAndLines) {
     EXPECT_TRUE(parser_.Parse("<a z='1'\n y='&lt;2'>\n<B/>\n</a>"));
-    EXPECT_THAT(parser_.events_, ElementsAre("1:<a y=<2 z=1>", "3:<B>", "3:</B>", "4:</a>"));
-    EXPECT_THAT(parser_.errors_, IsEmpty());
+    EXPECT_THAT(parser_.events, ElementsAre("1:<a y=<2 z=1>", "3:<B>", "3:</B>", "4:</a>"));
+    EXPECT_THAT(parser_.errors, IsEmpty());
 }
 
 TEST_F(TXmlParserTest, ReportsCharactersInstructionsAndNotations) {
     EXPECT_TRUE(parser_.Parse("<!DOCTYPE a [<!NOTATION n PUBLIC 'p' 's'><!NOTATION m SYSTEM 't'>]>"
                               "<a>one<?target data?><![CDATA[<two>]]>&#x20AC;</a><?last?>"));
-    EXPECT_THAT(parser_.events_, ElementsAre("1:!n|p|s", "1:!m||t", "1:<a>", "1:?target|data", "1:</a>", "1:?last|"));
-    EXPECT_EQ(parser_.characters_, "one<two>\xE2\x82\xAC");
+    EXPECT_THAT(parser_.events, ElementsAre("1:!n|p|s", "1:!m||t", "1:<a>", "1:?target|data", "1:</a>", "1:?last|"));
+    EXPECT_EQ(parser_.text, "one<two>\xE2\x82\xAC");
 }
 
 TEST_F(TXmlParserTest, KnowsTheLineOnlyOnceItHasParsed) {
@@ -93,34 +93,34 @@ TEST_F(TXmlParserTest, KnowsTheLineOnlyOnceItHasParsed) {
 
 TEST_F(TXmlParserTest, ReportsADocumentThatIsNotWellFormedOnce) {
     EXPECT_FALSE(parser_.Parse("<a>\n<b></c>\n</a><a/><"));
-    EXPECT_THAT(parser_.errors_, ElementsAre("2:mismatched tag"));
-    EXPECT_THAT(parser_.events_, ElementsAre("1:<a>", "2:<b>"));
+    EXPECT_THAT(parser_.errors, ElementsAre("2:mismatched tag"));
+    EXPECT_THAT(parser_.events, ElementsAre("1:<a>", "2:<b>"));
 }
 
 TEST_F(TXmlParserTest, ReportsAnEmptyDocument) {
     EXPECT_FALSE(parser_.Parse(""));
     EXPECT_FALSE(parser_.Parse(" \n"));
-    EXPECT_THAT(parser_.errors_, ElementsAre("1:no element found", "2:no element found"));
+    EXPECT_THAT(parser_.errors, ElementsAre("1:no element found", "2:no element found"));
 }
 
 TEST_F(TXmlParserTest, ReportsACutDocument) {
     EXPECT_FALSE(parser_.Parse("<a><b"));
-    EXPECT_THAT(parser_.errors_, ElementsAre("1:unclosed token"));
+    EXPECT_THAT(parser_.errors, ElementsAre("1:unclosed token"));
 }
 
 TEST_F(TXmlParserTest, ParsesOneDocumentAfterTheOther) {
     EXPECT_FALSE(parser_.Parse("<a>"));
     EXPECT_TRUE(parser_.Parse("<b/>"));
     EXPECT_TRUE(parser_.ParseCharData());
-    EXPECT_THAT(parser_.events_, ElementsAre("1:<a>", "1:<b>", "1:</b>", "1:<b>", "1:</b>"));
-    EXPECT_EQ(parser_.errors_.size(), 1U);
+    EXPECT_THAT(parser_.events, ElementsAre("1:<a>", "1:<b>", "1:</b>", "1:<b>", "1:</b>"));
+    EXPECT_EQ(parser_.errors.size(), 1U);
 }
 
 TEST_F(TXmlParserTest, LetsTheExceptionOfACallbackOut) {
-    parser_.throwAt_ = "b";
+    parser_.throwAt = "b";
     EXPECT_THROW(parser_.Parse("<a>\n<b/><c/></a>"), std::runtime_error);
-    EXPECT_THAT(parser_.events_, ElementsAre("1:<a>"));
-    EXPECT_THAT(parser_.errors_, IsEmpty());
+    EXPECT_THAT(parser_.events, ElementsAre("1:<a>"));
+    EXPECT_THAT(parser_.errors, IsEmpty());
     EXPECT_EQ(parser_.GetCurLine(), 2U);
     EXPECT_TRUE(parser_.Parse("<a/>"));
 }
@@ -132,8 +132,8 @@ TEST_F(TXmlParserTest, ReadsAFileInBlocks) {
     }
     parser_.SetFileName(WriteFile(text + "</a>"));
     EXPECT_TRUE(parser_.ParseJSSP());
-    EXPECT_EQ(parser_.events_.size(), 2 + 2 * ((text.size() - 4) / 19));
-    EXPECT_EQ(parser_.events_.back(), std::to_string(parser_.GetCurLine()) + ":</a>");
+    EXPECT_EQ(parser_.events.size(), 2 + 2 * ((text.size() - 4) / 19));
+    EXPECT_EQ(parser_.events.back(), std::to_string(parser_.GetCurLine()) + ":</a>");
 }
 
 TEST_F(TXmlParserTest, ReadsAFileWhoseSizeIsThatOfABlock) {
@@ -146,26 +146,26 @@ TEST_F(TXmlParserTest, ReadsAFileWhoseSizeIsThatOfABlock) {
 TEST_F(TXmlParserTest, ReportsAnEmptyFile) {
     parser_.SetFileName(WriteFile(""));
     EXPECT_FALSE(parser_.ParseJSSP());
-    EXPECT_THAT(parser_.errors_, ElementsAre("1:no element found"));
+    EXPECT_THAT(parser_.errors, ElementsAre("1:no element found"));
 }
 
 TEST_F(TXmlParserTest, NamesAFileThatIsMissing) {
     parser_.SetFileName("/no/such/file.xml");
     EXPECT_FALSE(parser_.ParseJSSP());
-    EXPECT_THAT(parser_.errors_, ElementsAre(HasSubstr("cannot open the file /no/such/file.xml: No such file")));
+    EXPECT_THAT(parser_.errors, ElementsAre(HasSubstr("cannot open the file /no/such/file.xml: No such file")));
 }
 
 TEST_F(TXmlParserTest, NamesAFileThatCannotBeRead) {
     parser_.SetFileName(directory_.Path());
     EXPECT_FALSE(parser_.ParseJSSP());
-    EXPECT_THAT(parser_.errors_,
+    EXPECT_THAT(parser_.errors,
                 ElementsAre(HasSubstr("cannot read the file " + directory_.Path().string() + ": Is a directory")));
 }
 
 TEST_F(TXmlParserTest, StopsAtAFileWithoutEnd) {
     parser_.SetFileName("/dev/zero");
     EXPECT_FALSE(parser_.ParseJSSP());
-    EXPECT_EQ(parser_.errors_.size(), 1U);
+    EXPECT_EQ(parser_.errors.size(), 1U);
 }
 
 TEST_F(TXmlParserTest, LimitsTheSizeOfADocument) {
@@ -173,13 +173,13 @@ TEST_F(TXmlParserTest, LimitsTheSizeOfADocument) {
     text.resize(std::size_t{16} << 20U, '\n');
     EXPECT_TRUE(parser_.Parse(text));
     EXPECT_FALSE(parser_.Parse(text + '\n'));
-    EXPECT_THAT(parser_.errors_, ElementsAre("1:the document is larger than 16 MiB"));
+    EXPECT_THAT(parser_.errors, ElementsAre("1:the document is larger than 16 MiB"));
 }
 
 TEST_F(TXmlParserTest, LimitsTheDepthOfADocument) {
     EXPECT_TRUE(parser_.Parse(Nested(256)));
     EXPECT_FALSE(parser_.Parse(Nested(257)));
-    EXPECT_THAT(parser_.errors_, ElementsAre("1:elements are nested deeper than 256"));
+    EXPECT_THAT(parser_.errors, ElementsAre("1:elements are nested deeper than 256"));
 }
 
 TEST_F(TXmlParserTest, LimitsTheExpansionOfEntities) {
@@ -193,14 +193,14 @@ TEST_F(TXmlParserTest, LimitsTheExpansionOfEntities) {
         text += "'>";
     }
     EXPECT_FALSE(parser_.Parse(text + "]><a>&e9;</a>"));
-    EXPECT_EQ(parser_.errors_.size(), 1U);
-    EXPECT_THAT(parser_.errors_, Contains(HasSubstr("amplification")));
+    EXPECT_EQ(parser_.errors.size(), 1U);
+    EXPECT_THAT(parser_.errors, Contains(HasSubstr("amplification")));
 }
 
 TEST_F(TXmlParserTest, ReadsNoExternalEntity) {
     const std::string secret = WriteFile("secret");
     EXPECT_TRUE(parser_.Parse("<!DOCTYPE a [<!ENTITY e SYSTEM 'file://" + secret + "'>]><a>&e;</a>"));
-    EXPECT_EQ(parser_.characters_, "");
+    EXPECT_EQ(parser_.text, "");
 }
 
 } // namespace
