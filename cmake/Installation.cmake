@@ -18,7 +18,8 @@ endfunction()
 # Before anything is installed, the folders are noted that are not there yet: those may go when they are empty again.
 set(installation_folders
     ${CMAKE_INSTALL_BINDIR} ${CMAKE_INSTALL_LIBDIR}/cimhttp ${CMAKE_INSTALL_LIBDIR}/cmake
-    ${CMAKE_INSTALL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_INCLUDEDIR}/cimhttp ${CMAKE_INSTALL_MANDIR}/man1
+    ${CMAKE_INSTALL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_INCLUDEDIR}/cimhttp/cimhttp
+    ${CMAKE_INSTALL_INCLUDEDIR}/cimhttp/host ${CMAKE_INSTALL_INCLUDEDIR}/cimhttp/Pegasus ${CMAKE_INSTALL_MANDIR}/man1
     ${CMAKE_INSTALL_DOCDIR} ${CIMHTTP_BASH_COMPLETIONS} ${CIMHTTP_ZSH_COMPLETIONS} ${CIMHTTP_FISH_COMPLETIONS}
     ${CIMHTTP_SYSTEMD_UNITS})
 install(CODE "set(folders \"${installation_folders}\")
