@@ -4,6 +4,7 @@
 #include "Failure.h"
 #include "HelpFormatter.h"
 #include "OptionValues.h"
+#include "VersionText.h"
 #include "connection/Connection.h"
 #include "connection/DynamicLibrary.h"
 #include "connection/OperationStatistics.h"
@@ -66,7 +67,7 @@ struct Parser {
         const HelpLayout layout(options.width);
         app.formatter(std::make_shared<HelpFormatter>(layout));
         app.set_help_flag("-h,--help", "Show this help");
-        app.set_version_flag("--version", "cimhttp " CIMHTTP_VERSION, "Show the program's version");
+        app.set_version_flag("--version", build_information::VersionText("cimhttp"), "Show the program's version");
         app.footer(
             layout.Prose("cimhttp COMMAND --help tells more about a command, man cimhttp about all.\n\nExample:") +
             layout.CommandLines("cimhttp --host server.example classes '*port'"));

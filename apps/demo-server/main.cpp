@@ -1,5 +1,6 @@
 // The demo CIM server: serves this machine's system, file systems, processes ... over CIM-XML until SIGTERM or SIGINT.
 
+#include "VersionText.h"
 #include "replay/ReplayListener.h"
 #include "server/DemoServer.h"
 
@@ -309,6 +310,7 @@ void Run(Arguments arguments) {
 int main(int argc, char** argv) {
     CLI::App app("A small CIM server that shows this machine, in the namespace root/cimv2, and schemas of your own.",
                  "demo-server");
+    app.set_version_flag("--version", build_information::VersionText("demo-server"), "Show the program's version");
     Arguments arguments;
     Declare(app, arguments);
     CLI11_PARSE(app, argc, argv);

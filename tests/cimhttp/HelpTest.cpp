@@ -137,7 +137,11 @@ TEST(Help, OfAWideTerminalHasNoLongLines) {
     }
 }
 
-TEST(Help, NamesTheVersion) { EXPECT_THAT(RunCimhttp({"--version"}).output, ContainsRegex("^cimhttp [0-9.]+\n$")); }
+TEST(Help, NamesTheVersionTheCommitTheCompilerAndTheClientLibrary) {
+    EXPECT_THAT(RunCimhttp({"--version"}).output,
+                ContainsRegex("^cimhttp [0-9.]+\ncommit: [^\n]+\ncompiler: [A-Za-z]+ [0-9.]+\n"
+                              "client library: (bundled|system)\n$"));
+}
 
 TEST(Help, TellsOfTheSameCommandsAndOptionsAsTheManPage) {
     const std::string page = ManPage();

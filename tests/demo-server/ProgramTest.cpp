@@ -22,6 +22,7 @@
 
 namespace {
 
+using testing::ContainsRegex;
 using testing::HasSubstr;
 
 /// The program with its output in a pipe. It is stopped at the end of the test at the latest.
@@ -110,6 +111,14 @@ TEST_P(ProgramOnSignal, SaysThatItListensServesAndStopsInPeace) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Signals, ProgramOnSignal, testing::Values(SIGTERM, SIGINT));
+
+TEST(Program, NamesItsVersionCommitAndCompiler) {
+    Program program({"--version"});
+    EXPECT_THAT(program.ReadAll(),
+                ContainsRegex("^demo-server " CIMHTTP_VERSION "\ncommit: [^\n]+\ncompiler: [A-Za-z]+ [0-9.]+\n"
+                              "client library: (bundled|system)\n$"));
+    EXPECT_EQ(program.Wait(), 0);
+}
 
 TEST(Program, EndsWithOneLineWhenAPortIsInUse) {
     const std::string address = support::LoopbackAddress();

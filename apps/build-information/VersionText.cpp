@@ -1,0 +1,8 @@
+#include "VersionText.h"
+
+#include "Commit.h"
+
+std::string build_information::VersionText(const std::string& program) {
+    return program + " " CIMHTTP_VERSION "\ncommit: " + kCommit +
+           "\ncompiler: " CIMHTTP_COMPILER "\nclient library: " CIMHTTP_PEGASUS;
+}

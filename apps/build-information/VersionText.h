@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string>
+
+namespace build_information {
+
+/// What a program of this name says when it is asked for its version: lines with version, commit, compiler and client
+/// library, without an end of the last.
+std::string VersionText(const std::string& program);
+
+} // namespace build_information

@@ -1,0 +1,21 @@
+# Completion of demo-server's command line for fish: options, and files for those that take them.
+
+complete -c demo-server -f
+complete -c demo-server -s h -l help -d 'Show help'
+complete -c demo-server -l version -d 'Show the version, the commit, the compiler'
+complete -c demo-server -l address -x -a '127.0.0.1 0.0.0.0' -d 'Where to listen'
+complete -c demo-server -l http-port -x -d 'Port for HTTP'
+complete -c demo-server -l https-port -x -d 'Port for HTTPS'
+complete -c demo-server -l volumes -x -d 'Make up storage volumes'
+complete -c demo-server -l user -x -d 'Serve only this user'
+complete -c demo-server -l password-file -r -F -d 'File with the password of the user'
+complete -c demo-server -l users -r -F -d 'Serve only the users in a file'
+complete -c demo-server -l log -r -F -d 'Write a line for each request'
+complete -c demo-server -l schema -r -F -d 'Add classes and instances to root/cimv2'
+complete -c demo-server -l namespace -r -F -d 'Add classes and instances to a namespace'
+complete -c demo-server -l interop -x -a 'interop root/interop root/PG_InterOp' -d 'Name of the Interop namespace'
+complete -c demo-server -l certificate -r -F -d 'Certificate for HTTPS, with its chain'
+complete -c demo-server -l key -r -F -d 'Key of the certificate'
+complete -c demo-server -l client-ca -r -F -d 'Serve over HTTPS only clients of this authority'
+complete -c demo-server -l certificate-out -r -F -d 'Write the certificate to a file'
+complete -c demo-server -l replay -r -F -d 'Answer from a recording'
