@@ -8,6 +8,8 @@
 
 namespace NQORVYX20 {
 
+class ICIMNamespace;
+
 /// One thing that a server sent and that could not be taken over.
 struct ReadingIncident {
     enum class Cause {
@@ -64,5 +66,10 @@ class ReadingIncidents {
     std::size_t total_ = 0;
     std::vector<ReadingIncident> first_;
 };
+
+/// What could not be taken from the server's answers since the namespace was made or this function was last called for
+/// it; the namespace forgets it. Throws TVYXException eTypeMismatch, after a line in the log, for a namespace that is
+/// not one of the plug-in's. Exported by the plug-in, and used from the thread that uses the namespace.
+ReadingIncidents TakeIncidents(ICIMNamespace& nameSpace);
 
 } // namespace NQORVYX20
