@@ -55,11 +55,15 @@ class ReadingIncidents {
     bool IsEmpty() const { return total_ == 0; }
     std::size_t Total() const { return total_; }
 
+    // Of a temporary object, such as TakeIncidents() returns, these two give what outlives it.
+
     /// The number of incidents by cause, for the causes that have occurred.
-    const std::map<ReadingIncident::Cause, std::size_t>& Counts() const { return counts_; }
+    const std::map<ReadingIncident::Cause, std::size_t>& Counts() const& { return counts_; }
+    std::map<ReadingIncident::Cause, std::size_t> Counts() && { return std::move(counts_); }
 
     /// The first incidents, in the order in which they came, not more than kMaxKept.
-    const std::vector<ReadingIncident>& First() const { return first_; }
+    const std::vector<ReadingIncident>& First() const& { return first_; }
+    std::vector<ReadingIncident> First() && { return std::move(first_); }
 
   private:
     std::map<ReadingIncident::Cause, std::size_t> counts_;

@@ -216,6 +216,22 @@ TEST_F(ConnectTest, IncidentsAreTakenOnce) {
     EXPECT_TRUE(TakeIncidents(*nameSpace).IsEmpty());
 }
 
+TEST_F(ConnectTest, ALoopOverIncidentsThatWereJustTakenSeesThem) {
+    const auto nameSpace = Connected(kFaithfulReading);
+    OnlyFan(*nameSpace);
+    std::vector<std::string> properties;
+    for (const ReadingIncident& incident : TakeIncidents(*nameSpace).First()) {
+        properties.push_back(incident.property);
+    }
+    EXPECT_THAT(properties, ElementsAre("Unknown"));
+    OnlyFan(*nameSpace);
+    std::size_t count = 0;
+    for (const auto& entry : TakeIncidents(*nameSpace).Counts()) {
+        count += entry.second;
+    }
+    EXPECT_EQ(count, 1U);
+}
+
 TEST_F(ConnectTest, TextsForPeopleAreThoseOfTheReading) {
     const auto faithful = Connected(kFaithfulReading);
     const auto fan = OnlyFan(*faithful);
