@@ -1,4 +1,4 @@
-# Finds an installed OpenPegasus and offers it under the names of the bundled client library, pegcommon and pegclient.
+# Finds an installed OpenPegasus and offers it under the name of the bundled client library, pegclient.
 # Pegasus_ROOT names its folder where it is not in a standard place; for a build from sources, which installs no headers,
 # the folders of the sources and of the build, as in -DPegasus_ROOT="SOURCE;HOME".
 

@@ -1,10 +1,8 @@
 #pragma once
 
-#include <string>
+#include <Pegasus/Common/String.h>
 
-namespace Pegasus {
-class String;
-}
+#include <string>
 
 namespace NQORVYX20 {
 

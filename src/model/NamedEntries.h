@@ -48,7 +48,7 @@ class NamedEntries {
     /// does not change with the collection; it is made once after a change, and kept.
     boost::shared_ptr<const TEntries> Ordered() const {
         if (!ordered_) {
-            ordered_ = MakeOrdered();
+            ordered_ = boost::make_shared<TEntries>(InOrder());
         }
         return ordered_;
     }
@@ -56,13 +56,10 @@ class NamedEntries {
     /// Calls back once per entry until the callback returns false; false when it did.
     template <typename Callback>
     bool Visit(const Callback& callback) const {
-        const auto entries = ordered_ ? ordered_ : MakeOrdered();
-        for (const TEntry& entry : *entries) {
-            if (!callback(entry)) {
-                return false;
-            }
+        if (const auto kept = ordered_) {
+            return VisitAll(*kept, callback);
         }
-        return true;
+        return VisitAll(InOrder(), callback);
     }
 
     std::size_t Size() const { return entries_.size(); }
@@ -84,16 +81,21 @@ class NamedEntries {
         return isChanged;
     }
 
-    boost::shared_ptr<const TEntries> MakeOrdered() const {
-        auto ordered = boost::make_shared<TEntries>();
-        ordered->reserve(entries_.size());
+    template <typename Callback>
+    static bool VisitAll(const TEntries& entries, const Callback& callback) {
+        return std::all_of(entries.begin(), entries.end(), [&](const TEntry& entry) { return callback(entry); });
+    }
+
+    TEntries InOrder() const {
+        TEntries ordered;
+        ordered.reserve(entries_.size());
         if constexpr (kIsSorted) {
             for (const auto& [name, entry] : entries_) {
-                ordered->push_back(entry);
+                ordered.push_back(entry);
             }
         } else {
             for (const auto* const named : Sorted()) {
-                ordered->push_back(named->second);
+                ordered.push_back(named->second);
             }
         }
         return ordered;

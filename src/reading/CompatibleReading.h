@@ -2,18 +2,16 @@
 
 #include "model/Reading.h"
 
+#include <Pegasus/Common/CIMClass.h>
+#include <Pegasus/Common/CIMInstance.h>
+#include <Pegasus/Common/CIMMethod.h>
+#include <Pegasus/Common/CIMProperty.h>
+
 #include <boost/weak_ptr.hpp>
 
 #include <optional>
 #include <set>
 #include <string>
-
-namespace Pegasus {
-class CIMClass;
-class CIMInstance;
-class CIMMethod;
-class CIMProperty;
-} // namespace Pegasus
 
 namespace NQORVYX20 {
 

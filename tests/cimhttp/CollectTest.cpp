@@ -217,6 +217,11 @@ TEST_F(CollectTest, AClassOfAServerWithoutClassesIsWrittenAsItsInstancesShowIt) 
     EXPECT_EQ(cls.at("instances").size(), 1U);
 }
 
+TEST_F(CollectTest, NothingIsAskedOfAClassAfterItsInstancesAreThere) {
+    ASSERT_EQ(Collect(Document({"TEST_Fan"})).status, 0);
+    EXPECT_EQ(server_.Calls().back().method, "EnumerateInstances"); // whose answer no failure can take back
+}
+
 TEST_F(CollectTest, WhatCannotBeReadOfAClassIsCountedOnce) {
     AnswerValues("uint8", {"1"});
     server_.Answer("GetClass", "T",

@@ -17,7 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kTlsLibrary = "libpegtls.so";
+constexpr const char* kTlsLibrary = "libcimhttp-client-tls.so";
 
 demo::DemoServerOptions DemoOptions() {
     demo::DemoServerOptions options;
@@ -43,7 +43,7 @@ class LoadingTest : public testing::Test {
     static ProgramRun RunWithout(const std::string& library, const std::vector<std::string>& arguments) {
         const support::TemporaryDirectory folder;
         const fs::path program = fs::path(folder.Path()) / "bin" / "cimhttp";
-        const fs::path libraries = fs::path(folder.Path()) / "lib";
+        const fs::path libraries = fs::path(folder.Path()) / "lib" / "cimhttp";
         fs::create_directories(program.parent_path());
         fs::create_directories(libraries);
         fs::copy_file(CIMHTTP_PROGRAM, program);
@@ -63,9 +63,19 @@ class LoadingTest : public testing::Test {
 
 TEST_F(LoadingTest, PlainHttpGoesWithoutOpenSsl) {
     const std::string loaded = Loaded({"instances", "DEMO_FileSystem"});
-    EXPECT_THAT(loaded, HasSubstr("libpegclient.so"));
+    EXPECT_THAT(loaded, HasSubstr("libcimhttp-client.so.0"));
     EXPECT_THAT(loaded, Not(HasSubstr("libssl")));
     EXPECT_THAT(loaded, Not(HasSubstr("libcrypto")));
+}
+
+TEST_F(LoadingTest, ItsOwnLibrariesCountBeforeThoseOfLdLibraryPath) {
+    const support::TemporaryDirectory folder;
+    for (const auto& entry : fs::directory_iterator(fs::path(CIMHTTP_PLUGIN).parent_path())) {
+        folder.WriteFile(entry.path().filename(), "no library");
+    }
+    const auto run =
+        RunCimhttp(Arguments({"--tls", "classes", "DEMO_*"}), {"LD_LIBRARY_PATH=" + folder.Path().string()});
+    EXPECT_EQ(run.status, 0) << run.errors;
 }
 
 TEST_F(LoadingTest, TlsLoadsOpenSslWhenItIsWanted) { EXPECT_THAT(Loaded({"--tls", "classes"}), HasSubstr("libssl")); }
@@ -73,7 +83,7 @@ TEST_F(LoadingTest, TlsLoadsOpenSslWhenItIsWanted) { EXPECT_THAT(Loaded({"--tls"
 TEST_F(LoadingTest, WithoutItsLibraryTlsFailsAndSaysSo) {
     const auto run = RunWithout(kTlsLibrary, {"--tls", "classes"});
     EXPECT_EQ(run.status, 3);
-    EXPECT_THAT(run.errors, HasSubstr("there is no TLS: libpegtls.so: "));
+    EXPECT_THAT(run.errors, HasSubstr("there is no TLS: libcimhttp-client-tls.so: "));
 }
 
 TEST_F(LoadingTest, WithoutTheLibraryOfTlsPlainHttpWorks) { EXPECT_EQ(RunWithout(kTlsLibrary, {"classes"}).status, 0); }

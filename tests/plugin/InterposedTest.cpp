@@ -14,8 +14,8 @@ using testing::IsEmpty;
 
 namespace {
 
-constexpr const char* kNamespaceName = "_ZN7Pegasus16CIMNamespaceNameC1EPKc";
-constexpr const char* kClient = "_ZN7Pegasus9CIMClientC1Ev";
+constexpr const char* kNamespaceName = "_ZN7Pegasus7bundled16CIMNamespaceNameC1EPKc";
+constexpr const char* kClient = "_ZN7Pegasus7bundled9CIMClientC1Ev";
 constexpr const char* kToString = "_ZNK9NQORVYX209TCIMValue8ToStringB5cxx11Eh";
 
 const char* gFailing = nullptr; // the constructor that throws
@@ -38,8 +38,8 @@ extern "C" {
 
 // Constructors are called as these are, with the object as the first argument.
 void ConstructNamespaceName(Pegasus::CIMNamespaceName* self,
-                            const char* name) asm("_ZN7Pegasus16CIMNamespaceNameC1EPKc");
-void ConstructClient(Pegasus::CIMClient* self) asm("_ZN7Pegasus9CIMClientC1Ev");
+                            const char* name) asm("_ZN7Pegasus7bundled16CIMNamespaceNameC1EPKc");
+void ConstructClient(Pegasus::CIMClient* self) asm("_ZN7Pegasus7bundled9CIMClientC1Ev");
 
 void ConstructNamespaceName(Pegasus::CIMNamespaceName* self, const char* name) {
     Construct(kNamespaceName);

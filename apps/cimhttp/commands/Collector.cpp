@@ -12,6 +12,7 @@
 
 #include <mutex>
 #include <new>
+#include <optional>
 #include <stdexcept>
 #include <utility>
 
@@ -28,7 +29,7 @@ bool EndsReading(const Failure& failure, bool isAboutInstances) {
            (failure.Status() == Failure::kConnection && !isAboutInstances);
 }
 
-/// A class as its instances show it.
+/// A class as its instances, which have been read, show it.
 RemoteClass InferredDefinition(const ICIMClass& cls) {
     RemoteClass definition;
     definition.name = cls.GetName(TCIMContext());
@@ -45,15 +46,15 @@ RemoteClass InferredDefinition(const ICIMClass& cls) {
     return definition;
 }
 
-/// What the server says of a class whose instances have been read.
-RemoteClass DefinitionOf(const ICIMClass& cls, Session& session) {
+/// What the server says of a class; nothing where it does not have the operation.
+std::optional<RemoteClass> DefinitionOf(const ICIMClass& cls, Session& session) {
     try {
         return ServerSchema(session).Definition(cls.GetName(TCIMContext()));
     } catch (const ServerFailure& failure) {
         if (!IsUnsupported(failure.Reason())) {
             throw;
         }
-        return InferredDefinition(cls);
+        return {};
     }
 }
 
@@ -134,12 +135,12 @@ void Collector::ReadAll(State& state, const BackgroundTask::Notify& notify) {
         bool isReadingInstances = false;
         try {
             const auto cls = ServerSchema(state.session).Class(*name);
+            state.Add(state.session.TakeIncidents());
+            auto definition = DefinitionOf(*cls, state.session); // first: nothing fails after the instances
+            state.session.TakeIncidents(); // the class has been read before: what it lacks is counted
             isReadingInstances = true;
             collected.instances = ServerInstances(state.session).Of(*cls, true, {});
-            isReadingInstances = false;
-            state.Add(state.session.TakeIncidents());
-            collected.definition = DefinitionOf(*cls, state.session);
-            state.session.TakeIncidents(); // the class has been read before: what it lacks is counted
+            collected.definition = definition ? std::move(*definition) : InferredDefinition(*cls);
             state.Add(std::move(collected));
         } catch (const Failure& failure) {
             if (EndsReading(failure, isReadingInstances)) {

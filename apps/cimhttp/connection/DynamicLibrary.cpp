@@ -11,7 +11,7 @@ namespace cimhttp {
 std::string LibraryBesideProgram(const std::string& fileName) {
     std::error_code error;
     const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
-    const auto beside = program.parent_path().parent_path() / "lib" / fileName;
+    const auto beside = program.parent_path().parent_path() / CIMHTTP_LIBRARY_DIR / fileName;
     return !error && std::filesystem::exists(beside, error) ? beside.string() : fileName;
 }
 

@@ -4,8 +4,8 @@
 
 namespace cimhttp {
 
-/// The path of a library that was built or installed with this program, `lib` beside the program's `bin`; its bare
-/// name, for the loader to search, where there is none.
+/// The path of a library that was built or installed with this program, in the folder of its libraries beside the
+/// program's `bin`; its bare name, for the loader to search, where there is none.
 std::string LibraryBesideProgram(const std::string& fileName);
 
 /// Loads a library for the rest of the process; `what` names it in the Failure that is thrown when it cannot be loaded.

@@ -7,6 +7,7 @@
 #include <utility>
 
 namespace Pegasus {
+inline namespace bundled {
 
 using namespace client;
 
@@ -187,4 +188,5 @@ Boolean InstanceStream::enumerateInstances(const CIMNamespaceName& nameSpace, co
     return client_.impl_->handOver("EnumerateInstances", nameSpace, addParameters, take);
 }
 
+} // namespace bundled
 } // namespace Pegasus

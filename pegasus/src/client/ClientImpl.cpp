@@ -10,6 +10,7 @@
 #include <string_view>
 
 namespace Pegasus {
+inline namespace bundled {
 
 namespace {
 
@@ -183,4 +184,5 @@ void CIMClient::Impl::showRefused(const std::exception_ptr& failure, const http:
     }
 }
 
+} // namespace bundled
 } // namespace Pegasus

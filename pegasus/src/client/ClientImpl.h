@@ -21,6 +21,7 @@
 #include <utility>
 
 namespace Pegasus {
+inline namespace bundled {
 
 /// What a client has, and how it does an operation.
 class CIMClient::Impl {
@@ -191,4 +192,5 @@ class CIMClient::Impl {
     bool isReceiving_ = false;
 };
 
+} // namespace bundled
 } // namespace Pegasus

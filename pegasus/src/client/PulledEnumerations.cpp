@@ -2,6 +2,7 @@
 #include "client/OperationParameters.h"
 
 namespace Pegasus {
+inline namespace bundled {
 
 using namespace client;
 
@@ -174,4 +175,5 @@ Boolean CIMClient::hasPulledEnumerations(const CIMNamespaceName& nameSpace) {
     return true;
 }
 
+} // namespace bundled
 } // namespace Pegasus

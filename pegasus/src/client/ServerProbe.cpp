@@ -14,6 +14,7 @@
 #include <vector>
 
 namespace Pegasus {
+inline namespace bundled {
 
 namespace {
 
@@ -102,4 +103,5 @@ ServerProbe ServerProbe::of(const String& host, Uint32 port, Depth depth, Uint32
     return Probing(host, port, Milliseconds(milliseconds)).run(depth);
 }
 
+} // namespace bundled
 } // namespace Pegasus

@@ -12,14 +12,9 @@ namespace {
 std::string pathOf(const std::string& name) {
     Dl_info self{};
     ::dladdr(reinterpret_cast<void*>(&pathOf), &self);
-    const auto folder = std::filesystem::path(self.dli_fname != nullptr ? self.dli_fname : "").parent_path();
-    for (const auto& path : {folder / name, folder / "../lib" / name}) {
-        std::error_code ignored;
-        if (std::filesystem::exists(path, ignored)) {
-            return path.string();
-        }
-    }
-    return name;
+    const auto path = std::filesystem::path(self.dli_fname != nullptr ? self.dli_fname : "").parent_path() / name;
+    std::error_code ignored;
+    return std::filesystem::exists(path, ignored) ? path.string() : name;
 }
 
 } // namespace

@@ -7,8 +7,8 @@ namespace Pegasus::http {
 /// A shared library that is loaded at run time, and stays loaded until the process ends.
 class DynamicLibrary {
   public:
-    /// Loads a library by its file name: beside the library or the program that this code is part of, or in a program's
-    /// lib folder, or else where the loader searches. Whether that succeeded, function() shows.
+    /// Loads a library by its file name: beside the library or the program that this code is part of, or else where the
+    /// loader searches. Whether that succeeded, function() shows.
     explicit DynamicLibrary(const std::string& name);
 
     /// The function of that name; null where there is none, or no library.

@@ -44,6 +44,6 @@ class TlsTransport {
 /// The one function that the library exports. The object lives as long as the process.
 using TlsTransportFunction = const TlsTransport*();
 constexpr const char* kTlsTransportFunction = "PegasusTlsTransport";
-constexpr const char* kTlsTransportLibrary = "libpegtls.so";
+constexpr const char* kTlsTransportLibrary = "libcimhttp-client-tls.so";
 
 } // namespace Pegasus::http

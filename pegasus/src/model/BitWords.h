@@ -5,7 +5,9 @@
 #include <array>
 #include <string>
 
-namespace Pegasus::detail {
+namespace Pegasus {
+inline namespace bundled {
+namespace detail {
 
 /// The words of the set bits, lowest bit first, separated by one blank.
 template <std::size_t count>
@@ -23,4 +25,6 @@ String bitWords(Uint32 bits, const std::array<const char*, count>& words) {
     return String(std::string_view(text));
 }
 
-} // namespace Pegasus::detail
+} // namespace detail
+} // namespace bundled
+} // namespace Pegasus

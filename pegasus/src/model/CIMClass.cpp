@@ -5,6 +5,7 @@
 #include <Pegasus/Common/CIMClass.h>
 
 namespace Pegasus {
+inline namespace bundled {
 
 namespace {
 
@@ -114,4 +115,5 @@ void detail::Unchecked::add(CIMClass& cimClass, const CIMMethod& method) {
     cimClass.rep_->methods.addUnchecked(method);
 }
 
+} // namespace bundled
 } // namespace Pegasus

@@ -3,6 +3,7 @@
 #include <string>
 
 namespace Pegasus {
+inline namespace bundled {
 
 namespace {
 
@@ -29,4 +30,5 @@ CIMClientHTTPErrorException::CIMClientHTTPErrorException(Uint32 code, const Stri
       cimError_(cimError),
       cimErrorDetail_(cimErrorDetail) {}
 
+} // namespace bundled
 } // namespace Pegasus

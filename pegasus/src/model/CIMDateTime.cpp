@@ -9,6 +9,7 @@
 #include <string>
 
 namespace Pegasus {
+inline namespace bundled {
 
 namespace {
 
@@ -305,4 +306,5 @@ CIMDateTime CIMDateTime::getCurrentDateTime() {
     return current;
 }
 
+} // namespace bundled
 } // namespace Pegasus

@@ -3,6 +3,7 @@
 #include <Pegasus/Common/CIMFlavor.h>
 
 namespace Pegasus {
+inline namespace bundled {
 
 const CIMFlavor CIMFlavor::NONE(0);
 const CIMFlavor CIMFlavor::OVERRIDABLE(1);
@@ -20,4 +21,5 @@ String CIMFlavor::toString() const {
     return detail::bitWords(bits_, kWords);
 }
 
+} // namespace bundled
 } // namespace Pegasus

@@ -8,6 +8,7 @@
 #include <memory>
 
 namespace Pegasus {
+inline namespace bundled {
 
 namespace {
 
@@ -129,4 +130,5 @@ void detail::Unchecked::add(CIMInstance& instance, const CIMProperty& property) 
     instance.rep_->properties.addUnchecked(property);
 }
 
+} // namespace bundled
 } // namespace Pegasus

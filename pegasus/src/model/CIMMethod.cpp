@@ -4,6 +4,7 @@
 #include <Pegasus/Common/CIMMethod.h>
 
 namespace Pegasus {
+inline namespace bundled {
 
 struct CIMMethod::Rep : detail::RefCounted {
     Rep(const CIMName& itsName, CIMType itsType, const CIMName& itsClassOrigin, Boolean isPropagated)
@@ -65,4 +66,5 @@ void detail::Unchecked::add(CIMMethod& method, const CIMParameter& parameter) {
     method.rep_->parameters.addUnchecked(parameter);
 }
 
+} // namespace bundled
 } // namespace Pegasus

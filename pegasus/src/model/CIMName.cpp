@@ -6,6 +6,7 @@
 #include <string_view>
 
 namespace Pegasus {
+inline namespace bundled {
 
 namespace {
 
@@ -50,4 +51,5 @@ Boolean CIMNamespaceName::legal(const String& name) noexcept {
     return isName(rest);
 }
 
+} // namespace bundled
 } // namespace Pegasus

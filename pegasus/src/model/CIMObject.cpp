@@ -10,6 +10,7 @@
 #include <variant>
 
 namespace Pegasus {
+inline namespace bundled {
 
 struct CIMObject::Rep : detail::RefCounted {
     template <class Content>
@@ -103,4 +104,5 @@ CIMInstance::CIMInstance(const CIMObject& object) {
     *this = *instance;
 }
 
+} // namespace bundled
 } // namespace Pegasus

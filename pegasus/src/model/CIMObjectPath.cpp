@@ -12,6 +12,7 @@
 #include <string>
 
 namespace Pegasus {
+inline namespace bundled {
 
 namespace {
 
@@ -350,4 +351,5 @@ Uint32 CIMObjectPath::makeHashCode() const {
     return static_cast<Uint32>(std::hash<std::string>()(text));
 }
 
+} // namespace bundled
 } // namespace Pegasus

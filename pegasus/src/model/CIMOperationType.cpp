@@ -4,6 +4,7 @@
 #include <utility>
 
 namespace Pegasus {
+inline namespace bundled {
 
 namespace {
 
@@ -55,4 +56,5 @@ CIMOperationType detail::operationTypeOf(std::string_view name) noexcept {
     return CIMOperationType(0);
 }
 
+} // namespace bundled
 } // namespace Pegasus

@@ -5,6 +5,7 @@
 #include <Pegasus/Common/CIMParameter.h>
 
 namespace Pegasus {
+inline namespace bundled {
 
 struct CIMParameter::Rep : detail::RefCounted {
     Rep(const CIMName& itsName, CIMType itsType, Boolean itIsArray, Uint32 itsArraySize,
@@ -62,4 +63,5 @@ void detail::Unchecked::add(CIMParameter& parameter, const CIMQualifier& qualifi
     parameter.rep_->qualifiers.addUnchecked(qualifier);
 }
 
+} // namespace bundled
 } // namespace Pegasus

@@ -8,6 +8,7 @@
 #include <utility>
 
 namespace Pegasus {
+inline namespace bundled {
 
 namespace {
 
@@ -113,4 +114,5 @@ void detail::Unchecked::add(CIMProperty& property, const CIMQualifier& qualifier
     property.rep_->changeDeclaration().qualifiers.addUnchecked(qualifier);
 }
 
+} // namespace bundled
 } // namespace Pegasus

@@ -1,6 +1,7 @@
 #include <Pegasus/Common/CIMPropertyList.h>
 
 namespace Pegasus {
+inline namespace bundled {
 
 String CIMPropertyList::toString() const {
     if (null_ || names_.size() == 0) {
@@ -13,4 +14,5 @@ String CIMPropertyList::toString() const {
     return text;
 }
 
+} // namespace bundled
 } // namespace Pegasus

@@ -3,6 +3,7 @@
 #include <utility>
 
 namespace Pegasus {
+inline namespace bundled {
 
 struct CIMQualifier::Rep : detail::RefCounted {
     Rep(CIMName itsName, CIMValue itsValue, const CIMFlavor& itsFlavor, Boolean isPropagated)
@@ -36,4 +37,5 @@ CIMQualifier CIMQualifier::clone() const {
     return copy;
 }
 
+} // namespace bundled
 } // namespace Pegasus

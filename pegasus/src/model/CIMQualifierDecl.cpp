@@ -1,6 +1,7 @@
 #include <Pegasus/Common/CIMQualifierDecl.h>
 
 namespace Pegasus {
+inline namespace bundled {
 
 struct CIMQualifierDecl::Rep : detail::RefCounted {
     Rep(const CIMName& itsName, const CIMValue& itsValue, const CIMScope& itsScope, const CIMFlavor& itsFlavor,
@@ -32,4 +33,5 @@ CIMQualifierDecl CIMQualifierDecl::clone() const {
     return copy;
 }
 
+} // namespace bundled
 } // namespace Pegasus

@@ -3,6 +3,7 @@
 #include <Pegasus/Common/CIMScope.h>
 
 namespace Pegasus {
+inline namespace bundled {
 
 const CIMScope CIMScope::NONE(0);
 const CIMScope CIMScope::CLASS(1);
@@ -20,4 +21,5 @@ String CIMScope::toString() const {
     return detail::bitWords(bits_, kWords);
 }
 
+} // namespace bundled
 } // namespace Pegasus

@@ -1,6 +1,7 @@
 #include <Pegasus/Common/CIMStatusCode.h>
 
 namespace Pegasus {
+inline namespace bundled {
 
 const char* cimStatusCodeToString(CIMStatusCode code) noexcept {
     // Without a default, so that the compiler asks for the name of a code that is added.
@@ -63,4 +64,5 @@ const char* cimStatusCodeToString(CIMStatusCode code) noexcept {
     return nullptr;
 }
 
+} // namespace bundled
 } // namespace Pegasus

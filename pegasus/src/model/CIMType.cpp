@@ -1,6 +1,7 @@
 #include <Pegasus/Common/CIMType.h>
 
 namespace Pegasus {
+inline namespace bundled {
 
 const char* cimTypeToString(CIMType type) noexcept {
     switch (type) {
@@ -42,4 +43,5 @@ const char* cimTypeToString(CIMType type) noexcept {
     return "unknown";
 }
 
+} // namespace bundled
 } // namespace Pegasus

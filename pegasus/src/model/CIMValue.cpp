@@ -11,6 +11,7 @@
 #include <string>
 
 namespace Pegasus {
+inline namespace bundled {
 
 namespace {
 
@@ -159,4 +160,5 @@ String CIMValue::toString() const {
     return String(std::string_view(text));
 }
 
+} // namespace bundled
 } // namespace Pegasus

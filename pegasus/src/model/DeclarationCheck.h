@@ -4,7 +4,9 @@
 #include <Pegasus/Common/CIMType.h>
 #include <Pegasus/Common/Exception.h>
 
-namespace Pegasus::detail {
+namespace Pegasus {
+inline namespace bundled {
+namespace detail {
 
 /// Throws TypeMismatchException for a size without an array, and for a class without a reference.
 inline void checkDeclaration(const CIMName& name, CIMType type, Boolean isArray, Uint32 arraySize,
@@ -17,4 +19,6 @@ inline void checkDeclaration(const CIMName& name, CIMType type, Boolean isArray,
     }
 }
 
-} // namespace Pegasus::detail
+} // namespace detail
+} // namespace bundled
+} // namespace Pegasus

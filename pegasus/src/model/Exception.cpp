@@ -8,6 +8,7 @@
 #include <utility>
 
 namespace Pegasus {
+inline namespace bundled {
 
 namespace {
 
@@ -108,4 +109,5 @@ NotConnectedException::NotConnectedException() : Exception("the client is not co
 
 ConnectionTimeoutException::ConnectionTimeoutException(const String& message) : Exception(message) {}
 
+} // namespace bundled
 } // namespace Pegasus

@@ -1,6 +1,7 @@
 #include <Pegasus/Client/FailureMarks.h>
 
 namespace Pegasus {
+inline namespace bundled {
 
 // Here, so that the types exist once for all libraries of a process.
 ExceedsLimit::~ExceedsLimit() = default;
@@ -12,4 +13,5 @@ RefusedByServer::~RefusedByServer() = default;
 MalformedPath::~MalformedPath() = default;
 CertificateRefused::~CertificateRefused() = default;
 
+} // namespace bundled
 } // namespace Pegasus

@@ -1,8 +1,12 @@
 #include <Pegasus/Common/Exception.h>
 #include <Pegasus/Common/Handle.h>
 
-namespace Pegasus::detail {
+namespace Pegasus {
+inline namespace bundled {
+namespace detail {
 
 void throwUninitializedObject() { throw UninitializedObjectException(); }
 
-} // namespace Pegasus::detail
+} // namespace detail
+} // namespace bundled
+} // namespace Pegasus

@@ -7,6 +7,7 @@
 #include <algorithm>
 
 namespace Pegasus {
+inline namespace bundled {
 
 namespace {
 
@@ -43,4 +44,5 @@ void AcceptLanguageList::insert(const LanguageTag& tag, Real32 qualityValue) {
     std::stable_sort(items_.begin(), items_.end(), [](const auto& a, const auto& b) { return a.second > b.second; });
 }
 
+} // namespace bundled
 } // namespace Pegasus

@@ -8,7 +8,9 @@
 #include <cstddef>
 #include <string_view>
 
-namespace Pegasus::detail {
+namespace Pegasus {
+inline namespace bundled {
+namespace detail {
 
 constexpr bool startsName(char c) noexcept { return text::isLetter(c) || c == '_' || static_cast<Uint8>(c) >= 0x80; }
 
@@ -22,4 +24,6 @@ inline std::size_t nameSize(std::string_view begun) noexcept {
     return static_cast<std::size_t>(std::find_if_not(begun.begin(), begun.end(), continuesName) - begun.begin());
 }
 
-} // namespace Pegasus::detail
+} // namespace detail
+} // namespace bundled
+} // namespace Pegasus

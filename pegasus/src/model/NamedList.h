@@ -5,7 +5,9 @@
 
 #include <algorithm>
 
-namespace Pegasus::detail {
+namespace Pegasus {
+inline namespace bundled {
+namespace detail {
 
 /// The elements of one kind that an object has, in their order: its properties, qualifiers, methods or parameters.
 template <class Element>
@@ -48,4 +50,6 @@ class NamedList {
     Array<Element> elements_;
 };
 
-} // namespace Pegasus::detail
+} // namespace detail
+} // namespace bundled
+} // namespace Pegasus

@@ -5,7 +5,9 @@
 
 #include <string_view>
 
-namespace Pegasus::detail {
+namespace Pegasus {
+inline namespace bundled {
+namespace detail {
 
 namespace {
 
@@ -189,4 +191,6 @@ void appendXml(std::string& out, const CIMInstance& instance) {
     out += "</INSTANCE>";
 }
 
-} // namespace Pegasus::detail
+} // namespace detail
+} // namespace bundled
+} // namespace Pegasus

@@ -5,10 +5,14 @@
 
 #include <string>
 
-namespace Pegasus::detail {
+namespace Pegasus {
+inline namespace bundled {
+namespace detail {
 
 /// Appends the CLASS or INSTANCE element of CIM-XML (DSP0201, 5.2.3), without white space between elements.
 void appendXml(std::string& out, const CIMClass& cimClass);
 void appendXml(std::string& out, const CIMInstance& instance);
 
-} // namespace Pegasus::detail
+} // namespace detail
+} // namespace bundled
+} // namespace Pegasus

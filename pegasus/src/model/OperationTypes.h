@@ -4,9 +4,13 @@
 
 #include <string_view>
 
-namespace Pegasus::detail {
+namespace Pegasus {
+inline namespace bundled {
+namespace detail {
 
 /// The operation of that name, which is one of the client's.
 CIMOperationType operationTypeOf(std::string_view name) noexcept;
 
-} // namespace Pegasus::detail
+} // namespace detail
+} // namespace bundled
+} // namespace Pegasus

@@ -3,7 +3,9 @@
 #include <Pegasus/Common/CIMObjectPath.h>
 #include <Pegasus/Common/Exception.h>
 
-namespace Pegasus::detail {
+namespace Pegasus {
+inline namespace bundled {
+namespace detail {
 
 /// Throws TypeMismatchException unless the path is one of the class.
 inline void checkClass(const CIMObjectPath& path, const CIMName& className) {
@@ -13,4 +15,6 @@ inline void checkClass(const CIMObjectPath& path, const CIMName& className) {
     }
 }
 
-} // namespace Pegasus::detail
+} // namespace detail
+} // namespace bundled
+} // namespace Pegasus

@@ -1,6 +1,8 @@
 #include "model/PathXml.h"
 
-namespace Pegasus::detail {
+namespace Pegasus {
+inline namespace bundled {
+namespace detail {
 
 void appendEscaped(std::string& out, std::string_view text) {
     for (const char c : text) {
@@ -142,4 +144,6 @@ void appendReference(std::string& out, const CIMObjectPath& path) {
     out += "</VALUE.REFERENCE>";
 }
 
-} // namespace Pegasus::detail
+} // namespace detail
+} // namespace bundled
+} // namespace Pegasus

@@ -8,7 +8,9 @@
 
 // Writes texts and paths as CIM-XML (DSP0201).
 
-namespace Pegasus::detail {
+namespace Pegasus {
+inline namespace bundled {
+namespace detail {
 
 /// Appends text with the characters that XML reserves, and white space that an attribute would lose, as references.
 void appendEscaped(std::string& out, std::string_view text);
@@ -32,4 +34,6 @@ void appendObjectName(std::string& out, const CIMObjectPath& path);
 /// VALUE.REFERENCE.
 void appendReference(std::string& out, const CIMObjectPath& path);
 
-} // namespace Pegasus::detail
+} // namespace detail
+} // namespace bundled
+} // namespace Pegasus

@@ -3,6 +3,7 @@
 #include <string>
 
 namespace Pegasus {
+inline namespace bundled {
 
 SSLCertificateInfo::SSLCertificateInfo(const String& subjectName, const String& issuerName, Uint32 errorDepth,
                                        Sint32 errorCode, const String& errorString, Boolean preverified)
@@ -32,4 +33,5 @@ SSLContext::SSLContext(const String& trustStore, const String& certPath, const S
                        SSLCertificateVerifyFunction* verify, const String& randomFile)
     : trustStore_(trustStore), certPath_(certPath), keyPath_(keyPath), verify_(verify), randomFile_(randomFile) {}
 
+} // namespace bundled
 } // namespace Pegasus

@@ -5,7 +5,9 @@
 #include <string>
 #include <string_view>
 
-namespace Pegasus::detail {
+namespace Pegasus {
+inline namespace bundled {
+namespace detail {
 
 /// Whether a server's description of an error is more than the name of its code, and not empty.
 inline bool saysMoreThan(std::string_view codeName, std::string_view description) noexcept {
@@ -29,4 +31,6 @@ inline CIMException serverError(Uint32 code, const String& description) {
     return CIMException(CIM_ERR_FAILED, String("unknown status code " + std::to_string(code) + ": ") + text);
 }
 
-} // namespace Pegasus::detail
+} // namespace detail
+} // namespace bundled
+} // namespace Pegasus

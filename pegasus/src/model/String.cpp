@@ -13,6 +13,7 @@
 #include <string>
 
 namespace Pegasus {
+inline namespace bundled {
 
 namespace {
 
@@ -163,4 +164,5 @@ String operator+(const String& a, const String& b) {
 
 std::ostream& operator<<(std::ostream& out, const String& text) { return out << text.view(); }
 
+} // namespace bundled
 } // namespace Pegasus

@@ -4,7 +4,9 @@
 #include <Pegasus/Common/CIMInstance.h>
 #include <Pegasus/Common/CIMObject.h>
 
-namespace Pegasus::detail {
+namespace Pegasus {
+inline namespace bundled {
+namespace detail {
 
 /// Adds what a server sends as it is. Callers may not give an object two parts of one name, or a path of another class;
 /// servers do.
@@ -26,4 +28,6 @@ struct Unchecked {
     static void add(CIMProperty& property, const CIMQualifier& qualifier);
 };
 
-} // namespace Pegasus::detail
+} // namespace detail
+} // namespace bundled
+} // namespace Pegasus

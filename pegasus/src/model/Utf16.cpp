@@ -4,7 +4,9 @@
 
 #include <cstdint>
 
-namespace Pegasus::detail {
+namespace Pegasus {
+inline namespace bundled {
+namespace detail {
 
 namespace {
 
@@ -53,4 +55,6 @@ std::string utf8Of(std::u16string_view units) {
     return text;
 }
 
-} // namespace Pegasus::detail
+} // namespace detail
+} // namespace bundled
+} // namespace Pegasus

@@ -2,7 +2,9 @@
 
 #include <Pegasus/Common/CIMValue.h>
 
-namespace Pegasus::detail {
+namespace Pegasus {
+inline namespace bundled {
+namespace detail {
 
 /// Stands for a C++ type where a function takes a type.
 template <class T>
@@ -52,4 +54,6 @@ auto visitType(CIMType type, Visitor&& visitor) {
     throw TypeMismatchException("the value's type is none of CIM");
 }
 
-} // namespace Pegasus::detail
+} // namespace detail
+} // namespace bundled
+} // namespace Pegasus

@@ -23,6 +23,7 @@
 #include <memory>
 
 namespace Pegasus {
+inline namespace bundled {
 
 class ExchangeObserver;
 
@@ -293,4 +294,5 @@ class CIMClient {
     std::unique_ptr<Impl> impl_;
 };
 
+} // namespace bundled
 } // namespace Pegasus

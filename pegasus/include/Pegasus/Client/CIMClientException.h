@@ -3,6 +3,7 @@
 #include <Pegasus/Common/Exception.h>
 
 namespace Pegasus {
+inline namespace bundled {
 
 /// The answer is not HTTP, or not the HTTP of a CIM operation.
 class CIMClientMalformedHTTPException : public Exception {
@@ -48,4 +49,5 @@ class CIMClientResponseException : public Exception {
     using Exception::Exception;
 };
 
+} // namespace bundled
 } // namespace Pegasus

@@ -4,6 +4,7 @@
 #include <Pegasus/Common/String.h>
 
 namespace Pegasus {
+inline namespace bundled {
 
 /// An enumeration that a server keeps open for a client. An open operation sets it, each pull operation updates it, and
 /// the end of the enumeration clears it. Only the client that opened it can use it, or another that is connected to the
@@ -29,4 +30,5 @@ class CIMEnumerationContext {
     Uint64 answerBytes_ = 0;
 };
 
+} // namespace bundled
 } // namespace Pegasus

@@ -3,6 +3,7 @@
 #include <Pegasus/Common/Config.h>
 
 namespace Pegasus {
+inline namespace bundled {
 
 /// The limits of what a client accepts from a server. An answer that passes one of them ends in an exception that is an
 /// ExceedsLimit, too (FailureMarks.h); what had been read of it is freed.
@@ -26,4 +27,5 @@ struct ClientLimits {
     Uint64 frameBytes = kFrameBytes;
 };
 
+} // namespace bundled
 } // namespace Pegasus

@@ -4,6 +4,7 @@
 #include <Pegasus/Common/Config.h>
 
 namespace Pegasus {
+inline namespace bundled {
 
 /// What one operation took. Times are in microseconds, sizes are bytes of the CIM-XML in request and answer.
 struct ClientOpPerformanceData {
@@ -25,4 +26,5 @@ class ClientOpPerformanceDataHandler {
     virtual void handleClientOpPerformanceData(const ClientOpPerformanceData& data) = 0;
 };
 
+} // namespace bundled
 } // namespace Pegasus

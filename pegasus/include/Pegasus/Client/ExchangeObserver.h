@@ -6,6 +6,7 @@
 #include <string_view>
 
 namespace Pegasus {
+inline namespace bundled {
 
 /// Sees what a client and its server send to each other, while they do. An extension, which other libraries of this API
 /// do not have; see CIMClient::setExchangeObserver().
@@ -41,4 +42,5 @@ class ExchangeObserver {
     static constexpr Uint32 kRestMilliseconds = 5000;
 };
 
+} // namespace bundled
 } // namespace Pegasus

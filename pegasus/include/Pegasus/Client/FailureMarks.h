@@ -13,6 +13,7 @@
 //         if (dynamic_cast<const Pegasus::ExceedsLimit*>(&error) != nullptr)
 
 namespace Pegasus {
+inline namespace bundled {
 
 /// The answer passes a limit: one of this library's, one of the ClientLimits, or the available memory. On
 /// CIMClientXmlException, CIMClientMalformedHTTPException and OutOfMemoryException.
@@ -119,4 +120,5 @@ class CertificateRefused {
     PeerCertificate certificate_;
 };
 
+} // namespace bundled
 } // namespace Pegasus

@@ -5,6 +5,7 @@
 #include <functional>
 
 namespace Pegasus {
+inline namespace bundled {
 
 /// Enumerates instances without collecting them: each is handed over as soon as its text has arrived, while the rest of
 /// the answer is still on its way. An extension, which other libraries of this API do not have.
@@ -38,4 +39,5 @@ class InstanceStream {
     CIMClient& client_;
 };
 
+} // namespace bundled
 } // namespace Pegasus

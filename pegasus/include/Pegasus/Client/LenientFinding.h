@@ -4,6 +4,7 @@
 #include <Pegasus/Common/String.h>
 
 namespace Pegasus {
+inline namespace bundled {
 
 /// One thing in an answer that a lenient client (CIMClient::setLenient) could not take as it was sent. An extension,
 /// which other libraries of this API do not have.
@@ -34,4 +35,5 @@ struct LenientFindings {
     Uint64 counts[LenientFinding::kKinds] = {}; ///< by kind
 };
 
+} // namespace bundled
 } // namespace Pegasus

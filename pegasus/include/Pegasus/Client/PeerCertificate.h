@@ -4,6 +4,7 @@
 #include <Pegasus/Common/String.h>
 
 namespace Pegasus {
+inline namespace bundled {
 
 /// A certificate that a server showed in a TLS handshake. All of it is the server's own claim.
 struct PeerCertificate {
@@ -16,4 +17,5 @@ struct PeerCertificate {
     String fingerprint; ///< SHA-256, pairs of hexadecimal digits in upper case with colons between them
 };
 
+} // namespace bundled
 } // namespace Pegasus

@@ -6,6 +6,7 @@
 #include <Pegasus/Common/String.h>
 
 namespace Pegasus {
+inline namespace bundled {
 
 /// What a TLS handshake shows of a server. The certificate is not verified.
 struct TlsProbe {
@@ -46,4 +47,5 @@ struct ServerProbe {
     static ServerProbe of(const String& host, Uint32 port, Depth depth, Uint32 milliseconds);
 };
 
+} // namespace bundled
 } // namespace Pegasus

@@ -6,6 +6,7 @@
 #include <utility>
 
 namespace Pegasus {
+inline namespace bundled {
 
 /// The languages in which a client wants to have texts, the best first.
 class AcceptLanguageList {
@@ -22,4 +23,5 @@ class AcceptLanguageList {
     Array<std::pair<LanguageTag, Real32>> items_;
 };
 
+} // namespace bundled
 } // namespace Pegasus

@@ -8,6 +8,7 @@
 #include <utility>
 
 namespace Pegasus {
+inline namespace bundled {
 
 /// A growing sequence with its elements side by side in memory, for every element type, Boolean included. A value: a
 /// copy has elements of its own. T needs a default constructor.
@@ -82,4 +83,5 @@ class Array {
     Uint32 capacity_ = 0;
 };
 
+} // namespace bundled
 } // namespace Pegasus

@@ -8,6 +8,7 @@
 #include <Pegasus/Common/CIMQualifier.h>
 
 namespace Pegasus {
+inline namespace bundled {
 
 /// The definition of a class: a handle. A default-constructed one is uninitialised: every operation on it throws
 /// UninitializedObjectException.
@@ -102,4 +103,5 @@ class CIMConstClass : private CIMClass {
     Boolean identical(const CIMConstClass& other) const { return CIMClass::identical(other); }
 };
 
+} // namespace bundled
 } // namespace Pegasus

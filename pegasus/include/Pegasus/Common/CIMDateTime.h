@@ -3,6 +3,7 @@
 #include <Pegasus/Common/String.h>
 
 namespace Pegasus {
+inline namespace bundled {
 
 /// A point in time or an interval, kept as the 25 characters of DSP0004 5.2.4:
 /// "yyyymmddhhmmss.mmmmmmsutc" or "ddddddddhhmmss.mmmmmm:000". Asterisks stand for fields that are not known.
@@ -52,4 +53,5 @@ class CIMDateTime {
     String text_; // empty for the zero interval
 };
 
+} // namespace bundled
 } // namespace Pegasus

@@ -3,6 +3,7 @@
 #include <Pegasus/Common/String.h>
 
 namespace Pegasus {
+inline namespace bundled {
 
 /// The flavor of a qualifier, by which it is inherited by subclasses and instances: a set of bits.
 class CIMFlavor {
@@ -41,4 +42,5 @@ class CIMFlavor {
     Uint32 bits_ = 0;
 };
 
+} // namespace bundled
 } // namespace Pegasus

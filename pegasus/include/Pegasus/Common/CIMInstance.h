@@ -6,6 +6,7 @@
 #include <Pegasus/Common/Handle.h>
 
 namespace Pegasus {
+inline namespace bundled {
 
 class CIMClass;
 class CIMConstProperty;
@@ -65,12 +66,14 @@ class CIMInstance {
     detail::Handle<Rep> rep_;
 };
 
+} // namespace bundled
 } // namespace Pegasus
 
 // After the class, because properties have values, which can be instances.
 #include <Pegasus/Common/CIMProperty.h>
 
 namespace Pegasus {
+inline namespace bundled {
 
 /// A handle to an instance that reads it only.
 class CIMConstInstance : private CIMInstance {
@@ -92,4 +95,5 @@ class CIMConstInstance : private CIMInstance {
     Boolean identical(const CIMConstInstance& other) const { return CIMInstance::identical(other); }
 };
 
+} // namespace bundled
 } // namespace Pegasus

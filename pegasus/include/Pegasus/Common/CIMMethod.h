@@ -6,6 +6,7 @@
 #include <Pegasus/Common/CIMType.h>
 
 namespace Pegasus {
+inline namespace bundled {
 
 /// The declaration of a method: a handle. A default-constructed one is uninitialised: every operation on it throws
 /// UninitializedObjectException.
@@ -72,4 +73,5 @@ class CIMConstMethod : private CIMMethod {
     Boolean identical(const CIMConstMethod& other) const { return CIMMethod::identical(other); }
 };
 
+} // namespace bundled
 } // namespace Pegasus

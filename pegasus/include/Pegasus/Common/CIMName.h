@@ -3,6 +3,7 @@
 #include <Pegasus/Common/String.h>
 
 namespace Pegasus {
+inline namespace bundled {
 
 /// The name of a class, property, method, parameter, qualifier or key; null by default. Names are compared without
 /// regard to the case of the letters A to Z.
@@ -53,4 +54,5 @@ class CIMNamespaceName {
     String name_;
 };
 
+} // namespace bundled
 } // namespace Pegasus

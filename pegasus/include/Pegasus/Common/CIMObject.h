@@ -5,6 +5,7 @@
 #include <Pegasus/Common/Handle.h>
 
 namespace Pegasus {
+inline namespace bundled {
 
 class CIMClass;
 class CIMConstProperty;
@@ -87,4 +88,5 @@ class CIMConstObject : private CIMObject {
     Boolean identical(const CIMConstObject& other) const { return CIMObject::identical(other); }
 };
 
+} // namespace bundled
 } // namespace Pegasus

@@ -7,6 +7,7 @@
 #include <utility>
 
 namespace Pegasus {
+inline namespace bundled {
 
 /// One key of an object path: a name and the value's text.
 class CIMKeyBinding {
@@ -85,4 +86,5 @@ class CIMObjectPath {
     detail::Handle<Rep> rep_; // none for the empty path
 };
 
+} // namespace bundled
 } // namespace Pegasus

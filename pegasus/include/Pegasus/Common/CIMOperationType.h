@@ -1,6 +1,7 @@
 #pragma once
 
 namespace Pegasus {
+inline namespace bundled {
 
 /// The operations that a client carries out.
 enum CIMOperationType {
@@ -36,4 +37,5 @@ enum CIMOperationType {
 /// extension, which other libraries of this API do not have.
 const char* cimOperationTypeToString(CIMOperationType operation) noexcept;
 
+} // namespace bundled
 } // namespace Pegasus

@@ -5,6 +5,7 @@
 #include <Pegasus/Common/CIMType.h>
 
 namespace Pegasus {
+inline namespace bundled {
 
 /// A parameter of a method: a handle. A default-constructed one is uninitialised: every operation on it throws
 /// UninitializedObjectException.
@@ -63,4 +64,5 @@ class CIMConstParameter : private CIMParameter {
     Boolean identical(const CIMConstParameter& other) const { return CIMParameter::identical(other); }
 };
 
+} // namespace bundled
 } // namespace Pegasus

@@ -5,6 +5,7 @@
 #include <Pegasus/Common/Handle.h>
 
 namespace Pegasus {
+inline namespace bundled {
 
 class CIMConstQualifier;
 class CIMQualifier;
@@ -55,6 +56,7 @@ class CIMProperty {
     detail::Handle<Rep> rep_;
 };
 
+} // namespace bundled
 } // namespace Pegasus
 
 // After the class, because values can be instances, which have properties.
@@ -62,6 +64,7 @@ class CIMProperty {
 #include <Pegasus/Common/CIMValue.h>
 
 namespace Pegasus {
+inline namespace bundled {
 
 /// A handle to a property that reads it only.
 class CIMConstProperty : private CIMProperty {
@@ -85,4 +88,5 @@ class CIMConstProperty : private CIMProperty {
     Boolean identical(const CIMConstProperty& other) const { return CIMProperty::identical(other); }
 };
 
+} // namespace bundled
 } // namespace Pegasus

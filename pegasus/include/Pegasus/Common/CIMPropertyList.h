@@ -6,6 +6,7 @@
 #include <algorithm>
 
 namespace Pegasus {
+inline namespace bundled {
 
 /// The properties that an operation asks for. The null list asks for all of them, an empty one for none.
 class CIMPropertyList {
@@ -40,4 +41,5 @@ class CIMPropertyList {
     Boolean null_ = true;
 };
 
+} // namespace bundled
 } // namespace Pegasus

@@ -5,6 +5,7 @@
 #include <Pegasus/Common/CIMValue.h>
 
 namespace Pegasus {
+inline namespace bundled {
 
 /// A qualifier of a class, property, method or parameter: a handle. A default-constructed one is uninitialised: every
 /// operation on it throws UninitializedObjectException.
@@ -49,4 +50,5 @@ class CIMConstQualifier : private CIMQualifier {
     Boolean identical(const CIMConstQualifier& other) const { return CIMQualifier::identical(other); }
 };
 
+} // namespace bundled
 } // namespace Pegasus

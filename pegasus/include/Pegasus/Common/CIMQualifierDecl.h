@@ -6,6 +6,7 @@
 #include <Pegasus/Common/CIMValue.h>
 
 namespace Pegasus {
+inline namespace bundled {
 
 /// The declaration of a qualifier: its type and default value, its scope and its flavor. A handle; a
 /// default-constructed one is uninitialised: every operation on it throws UninitializedObjectException.
@@ -33,4 +34,5 @@ class CIMQualifierDecl {
     detail::Handle<Rep> rep_;
 };
 
+} // namespace bundled
 } // namespace Pegasus

@@ -3,6 +3,7 @@
 #include <Pegasus/Common/String.h>
 
 namespace Pegasus {
+inline namespace bundled {
 
 /// The scope of a qualifier, the kinds of elements that may have it: a set of bits.
 class CIMScope {
@@ -40,4 +41,5 @@ class CIMScope {
     Uint32 bits_ = 0;
 };
 
+} // namespace bundled
 } // namespace Pegasus

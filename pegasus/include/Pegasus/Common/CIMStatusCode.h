@@ -3,6 +3,7 @@
 #include <Pegasus/Common/Config.h>
 
 namespace Pegasus {
+inline namespace bundled {
 
 /// The status codes of CIM operations (DSP0200 1.4, status codes). A server's number that is none of them is reported
 /// as CIM_ERR_FAILED.
@@ -39,4 +40,5 @@ enum CIMStatusCode : Uint32 {
 /// The code's name, for example "CIM_ERR_NOT_FOUND"; null for a number without a name.
 const char* cimStatusCodeToString(CIMStatusCode code) noexcept;
 
+} // namespace bundled
 } // namespace Pegasus

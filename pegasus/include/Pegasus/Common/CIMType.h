@@ -1,6 +1,7 @@
 #pragma once
 
 namespace Pegasus {
+inline namespace bundled {
 
 /// The types of CIM values. `object` is an embedded class or instance, `instance` an embedded instance.
 enum CIMType {
@@ -26,4 +27,5 @@ enum CIMType {
 /// The type's name as CIM-XML and MOF write it, for example "uint8"; "unknown" for a number that is no type.
 const char* cimTypeToString(CIMType type) noexcept;
 
+} // namespace bundled
 } // namespace Pegasus

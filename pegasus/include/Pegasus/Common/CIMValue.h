@@ -17,6 +17,7 @@
 #include <vector>
 
 namespace Pegasus {
+inline namespace bundled {
 
 namespace detail {
 
@@ -237,4 +238,5 @@ class CIMValue {
     Boolean isArray_ = false;
 };
 
+} // namespace bundled
 } // namespace Pegasus

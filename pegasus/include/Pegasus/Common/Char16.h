@@ -3,6 +3,7 @@
 #include <Pegasus/Common/Config.h>
 
 namespace Pegasus {
+inline namespace bundled {
 
 /// One UTF-16 unit, the value of a CIM char16.
 class Char16 {
@@ -15,4 +16,5 @@ class Char16 {
     Uint16 unit_ = 0;
 };
 
+} // namespace bundled
 } // namespace Pegasus

@@ -1,7 +1,11 @@
 #pragma once
 
-/// The base types of the client API, named by their width.
+/// The client API. Callers write Pegasus:: alone; `bundled` makes the symbols of this library differ from those of any
+/// other library with this API, so that a process may have loaded both.
 namespace Pegasus {
+inline namespace bundled {
+
+// The base types, named by their width.
 
 using Boolean = bool;
 using Uint8 = unsigned char;
@@ -18,4 +22,5 @@ using Real64 = double;
 /// What the find operations return when there is nothing of that name: all bits set.
 constexpr Uint32 PEG_NOT_FOUND = ~Uint32{0};
 
+} // namespace bundled
 } // namespace Pegasus

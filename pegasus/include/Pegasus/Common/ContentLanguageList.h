@@ -4,6 +4,7 @@
 #include <Pegasus/Common/LanguageTag.h>
 
 namespace Pegasus {
+inline namespace bundled {
 
 /// The languages that a text is in.
 class ContentLanguageList {
@@ -21,4 +22,5 @@ class ContentLanguageList {
     Array<LanguageTag> tags_;
 };
 
+} // namespace bundled
 } // namespace Pegasus

@@ -6,6 +6,7 @@
 #include <memory>
 
 namespace Pegasus {
+inline namespace bundled {
 
 class CIMInstance;
 class ContentLanguageList;
@@ -162,4 +163,5 @@ class SSLException : public Exception {
     using Exception::Exception;
 };
 
+} // namespace bundled
 } // namespace Pegasus

@@ -5,7 +5,9 @@
 #include <atomic>
 #include <utility>
 
-namespace Pegasus::detail {
+namespace Pegasus {
+inline namespace bundled {
+namespace detail {
 
 /// The base of every shared representation: a reference count that several threads may touch.
 class RefCounted {
@@ -85,4 +87,6 @@ class Handle {
     RefCounted* shared_ = nullptr;
 };
 
-} // namespace Pegasus::detail
+} // namespace detail
+} // namespace bundled
+} // namespace Pegasus

@@ -3,6 +3,7 @@
 #include <Pegasus/Common/String.h>
 
 namespace Pegasus {
+inline namespace bundled {
 
 /// The name of a language, such as "en" or "de-AT", or "*" for any. Compared without regard to case.
 class LanguageTag {
@@ -24,4 +25,5 @@ class LanguageTag {
     String tag_;
 };
 
+} // namespace bundled
 } // namespace Pegasus

@@ -4,6 +4,7 @@
 #include <Pegasus/Common/String.h>
 
 namespace Pegasus {
+inline namespace bundled {
 
 /// One certificate of the peer's chain, as a verification callback sees it.
 class SSLCertificateInfo {
@@ -95,4 +96,5 @@ class SSLContext {
     String peerFingerprint_;
 };
 
+} // namespace bundled
 } // namespace Pegasus

@@ -9,6 +9,7 @@
 #include <utility>
 
 namespace Pegasus {
+inline namespace bundled {
 
 class CString;
 
@@ -113,4 +114,5 @@ String operator+(const String& a, const String& b);
 /// Writes the text as UTF-8.
 std::ostream& operator<<(std::ostream& out, const String& text);
 
+} // namespace bundled
 } // namespace Pegasus

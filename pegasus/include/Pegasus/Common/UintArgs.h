@@ -7,6 +7,7 @@
 #include <string_view>
 
 namespace Pegasus {
+inline namespace bundled {
 
 namespace detail {
 
@@ -55,4 +56,5 @@ class Uint64Arg : public detail::NumberArg<Uint64> {
     using NumberArg::NumberArg;
 };
 
+} // namespace bundled
 } // namespace Pegasus
