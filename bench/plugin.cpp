@@ -3,13 +3,13 @@
 
 #include "Measurement.h"
 #include "cimhttp/ContextKeys.h"
+#include "cimhttp/DisplayTexts.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMNamespace.h"
 #include "host/ICIMPropertyDecl.h"
 #include "host/TLogger.h"
 #include "host/TRootObject.h"
-#include "model/InstanceTexts.h"
 #include "model/TCimHTTPProperty.h"
 #include "provider/TCimHTTPNamespace.h"
 #include "provider/TCimHTTPNamespaceProvider.h"
@@ -139,8 +139,8 @@ class Load {
         std::size_t length = 0;
         for (const auto& instance : instances_) {
             const auto show = [&](const boost::shared_ptr<ICIMProperty>& property) {
-                length += TextsIn(instance.get(), property->GetDeclaration(TCIMContext()),
-                                  property->GetValue(TCIMContext()), {})
+                length += DisplayTexts(property->GetDeclaration(TCIMContext()), property->GetValue(TCIMContext()), {},
+                                       instance.get())
                               .size();
                 return ++count != 0;
             };

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "access/TextForm.h"
+#include "cimhttp/DisplayTexts.h"
 #include "connection/TlsSettings.h"
 #include "host/ILogger.h"
 #include "output/OutputFormat.h"
@@ -30,7 +30,7 @@ struct Options {
     std::optional<std::string> recording = {}; ///< the file that all is recorded in
     std::string plugin;                        ///< the path of the plug-in
     std::optional<NQORVYX20::ILogger::EVYXLogSeverity> logLevel = {}; ///< empty: no log
-    TextForm textForm = {};
+    NQORVYX20::DisplayForm textForm = {};
     std::optional<std::string> trace = {};                ///< the file for what is sent and received
     std::shared_ptr<OperationStatistics> statistics = {}; ///< where what operations take is counted; null: nowhere
     std::optional<OutputFormat> format = {};              ///< empty: the command's first one

@@ -5,12 +5,17 @@ namespace NQORVYX20 {
 // The keys of contexts by which a host tells the plug-in what it wants. Keys without the prefix "cimhttp." are the
 // host's own.
 
-// --- AllocateNamespace ---
+// --- AllocateRemoteNamespace, INamespaceProvider::AllocateNamespace ---
+
+/// The name by which classes say where they come from, in their qualifier PLUGINNAME: a text. Without the key,
+/// INamespaceProvider::AllocateNamespace throws TVYXException eContextValueMissing.
+constexpr const char* kPluginNameKey = "pluginNameQualDeclValue";
+
+// A key with the prefix that is not named here is refused, and so are a value of another type than its key takes, an
+// empty text, and values that contradict each other: a line in the log names the key, and TVYXException eTypeMismatch
+// is thrown.
 //
-// Any other key with the prefix is refused, and so are a value of another type than its key takes, an empty text, and
-// values that contradict each other: a line in the log names the key, and TVYXException eTypeMismatch is thrown.
-//
-// All but kReadingKey and kLenientKey are for connect(). The operator of the machine can set these, too, for any
+// All but kReadingKey and kLenientKey are for ConnectNamespace. The operator of the machine can set these, too, for any
 // servers, as defaults or in place of the host's (docs/policy.md).
 
 /// How the namespace reads its server: one of the two texts below; kCompatibleReading without the key.
@@ -34,19 +39,19 @@ constexpr const char* kLenientKey = "cimhttp.lenient";
 /// namespace name is refused.
 constexpr const char* kNamespaceKey = "cimhttp.namespace";
 
-// How connect() reaches the server. The first key is a boolean, the others are texts. The texts apply to encrypted
-// connections: with kTlsKey false they are refused; without it, on a port other than 5989, connect() throws
-// TVYXException eRemoteConnectionFailed. It also throws that for a server that they do not allow; LastFailure() is then
-// of the kind kTls and describes the certificate (RemoteFailure.h).
+// How ConnectNamespace reaches the server. The first key is a boolean, the others are texts. The texts apply to
+// encrypted connections: with kTlsKey false they are refused; without it, on a port other than 5989, ConnectNamespace
+// throws TVYXException eRemoteConnectionFailed. It also throws that for a server that they do not allow; LastFailure is
+// then of the kind kTls and describes the certificate (RemoteFailure.h).
 
-/// A boolean: whether connect() encrypts, on any port from 1 to 65535. Without the key, port 5988 is plain, 5989 is
-/// encrypted, and no other is connected to.
+/// A boolean: whether ConnectNamespace encrypts, on any port from 1 to 65535. Without the key, port 5988 is plain, 5989
+/// is encrypted, and no other is connected to.
 constexpr const char* kTlsKey = "cimhttp.tls";
 
 /// A PEM file with certificates of authorities, or a folder of such files: the server's certificate must come from one
-/// of them, be within its time and be for the host that connect() names. Without this and the next key, connections are
-/// encrypted and the server is not verified. Refused where the client library is not the project's own: OpenPegasus
-/// does not compare certificates with the names of hosts.
+/// of them, be within its time and be for the host that ConnectNamespace names. Without this and the next key,
+/// connections are encrypted and the server is not verified. Refused where the client library is not the project's own:
+/// OpenPegasus does not compare certificates with the names of hosts.
 constexpr const char* kTrustKey = "cimhttp.trust";
 
 /// SHA-256 of the only certificate that is accepted, whatever its chain, time and names, and whatever kTrustKey says:

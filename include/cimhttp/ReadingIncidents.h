@@ -8,6 +8,8 @@
 
 namespace NQORVYX20 {
 
+class ICIMNamespace;
+
 /// One thing that a server sent and that could not be taken over.
 struct ReadingIncident {
     enum class Cause {
@@ -53,16 +55,25 @@ class ReadingIncidents {
     bool IsEmpty() const { return total_ == 0; }
     std::size_t Total() const { return total_; }
 
+    // Of a temporary object, such as TakeIncidents() returns, these two give what outlives it.
+
     /// The number of incidents by cause, for the causes that have occurred.
-    const std::map<ReadingIncident::Cause, std::size_t>& Counts() const { return counts_; }
+    const std::map<ReadingIncident::Cause, std::size_t>& Counts() const& { return counts_; }
+    std::map<ReadingIncident::Cause, std::size_t> Counts() && { return std::move(counts_); }
 
     /// The first incidents, in the order in which they came, not more than kMaxKept.
-    const std::vector<ReadingIncident>& First() const { return first_; }
+    const std::vector<ReadingIncident>& First() const& { return first_; }
+    std::vector<ReadingIncident> First() && { return std::move(first_); }
 
   private:
     std::map<ReadingIncident::Cause, std::size_t> counts_;
     std::size_t total_ = 0;
     std::vector<ReadingIncident> first_;
 };
+
+/// What could not be taken from the server's answers since the namespace was made or this function was last called for
+/// it; the namespace forgets it. Throws TVYXException eTypeMismatch, after a line in the log, for a namespace that is
+/// not one of the plug-in's. Exported by the plug-in, and used from the thread that uses the namespace.
+ReadingIncidents TakeIncidents(ICIMNamespace& nameSpace);
 
 } // namespace NQORVYX20

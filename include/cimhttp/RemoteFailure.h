@@ -7,6 +7,8 @@
 
 namespace NQORVYX20 {
 
+class ICIMNamespace;
+
 /// Why a server could not be read. Plain data, which outlives the namespace.
 struct RemoteFailure {
     enum class Kind {
@@ -33,5 +35,11 @@ struct RemoteFailure {
 
     std::optional<CertificateRefusal> refusal; ///< with kTls, where it was the server's certificate
 };
+
+/// Why the newest operation of a namespace that asked the server, ConnectNamespace among them, could not read it, or
+/// not all of it; empty when it could. A copy, which stays as it is. Throws TVYXException eTypeMismatch, after a line
+/// in the log, for a namespace that is not one of the plug-in's. Exported by the plug-in, and used from the thread that
+/// uses the namespace.
+std::optional<RemoteFailure> LastFailure(const ICIMNamespace& nameSpace);
 
 } // namespace NQORVYX20

@@ -1,10 +1,10 @@
 #include "model/TCimHTTPProperty.h"
 
 #include "convert/CoreLog.h"
-#include "display/CompatibleTexts.h"
 #include "display/FaithfulTexts.h"
 #include "display/ValueMapTable.h"
 #include "host/TVYXException.h"
+#include "model/DeclarationTexts.h"
 #include "model/TCimHTTPPropertyDecl.h"
 
 #include <algorithm>
@@ -17,16 +17,6 @@ namespace NQORVYX20 {
 namespace {
 
 using ECIMType = TCIMValue::TCIMType::ECIMType;
-
-boost::shared_ptr<const ValueMapTable> FindValueMapTable(const boost::shared_ptr<ICIMPropertyDecl const>& declaration) {
-    const TCimHTTPPropertyDecl* const own = TCimHTTPPropertyDecl::AsOwn(*declaration);
-    return own != nullptr ? own->GetValueMapTable()
-                          : MakeValueMapTable(TCimHTTPPropertyDecl::DisplayQualifiersOf(declaration));
-}
-
-CompatibleTexts CompatibleTextsOf(const boost::shared_ptr<ICIMPropertyDecl const>& declaration) {
-    return {declaration, TCimHTTPPropertyDecl::DisplayQualifiersOf(declaration), FindValueMapTable};
-}
 
 /// Calls with the texts of the reading that the declaration belongs to.
 template <typename Render>

@@ -21,8 +21,6 @@ namespace {
 
 using ECIMType = TCIMValue::TCIMType::ECIMType;
 
-constexpr const char* kPluginNameKey = "pluginNameQualDeclValue";
-
 [[noreturn]] void RefuseContext(const std::string& why) {
     LogError("TCimHTTPNamespace: " + why);
     throw TVYXException(TVYXStatusCode::eTypeMismatch);

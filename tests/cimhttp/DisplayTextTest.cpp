@@ -56,7 +56,7 @@ class TextlessAccess : public cimhttp::PluginAccess {
     cimhttp::ServerProbe Probe(const cimhttp::ProbeTarget&, cimhttp::ServerProbe::Depth) const override { return {}; }
     TCIMReference ParsePath(const std::string&) const override { return {{}, TCIMContext()}; }
     std::vector<std::string> TextsOf(const ICIMInstance*, const boost::shared_ptr<ICIMPropertyDecl const>&,
-                                     const TCIMValue&, const cimhttp::TextForm&) const override {
+                                     const TCIMValue&, const NQORVYX20::DisplayForm&) const override {
         throw TVYXException(TVYXStatusCode::eNotSupported);
     }
     std::vector<std::string> UnitTellers(const ICIMClass&, const ICIMPropertyDecl&) const override { return {}; }

@@ -3,19 +3,17 @@
 #include "access/PluginAccess.h"
 #include "access/RemoteAssociations.h"
 #include "access/RemoteReader.h"
-#include "convert/NormalName.h"
-#include "display/FaithfulTexts.h"
-#include "model/InstanceTexts.h"
+#include "cimhttp/Connect.h"
 #include "model/InstanceUnits.h"
 #include "model/TCimHTTPClass.h"
 #include "model/TCimHTTPPropertyDecl.h"
-#include "model/TFaithfulInstance.h"
 #include "provider/TCimHTTPNamespace.h"
 
 namespace cimhttp {
 
 namespace {
 
+using NQORVYX20::DisplayForm;
 using NQORVYX20::ICIMClass;
 using NQORVYX20::ICIMInstance;
 using NQORVYX20::ICIMNamespace;
@@ -29,11 +27,11 @@ class LinkedPluginAccess : public PluginAccess {
   public:
     void Connect(ICIMNamespace& nameSpace, const std::string& host, const std::string& user,
                  const std::string& password, int port) const override {
-        dynamic_cast<TCimHTTPNamespace&>(nameSpace).connect(host, user, password, port);
+        ConnectNamespace(nameSpace, host, user, password, port);
     }
 
     bool WouldVerify(ICIMNamespace& nameSpace, const std::string& host, int port) const override {
-        return dynamic_cast<TCimHTTPNamespace&>(nameSpace).WouldVerify(host, port);
+        return WouldVerifyServer(nameSpace, host, port);
     }
 
     boost::shared_ptr<ICIMNamespace> Measured(const boost::shared_ptr<ICIMNamespace>& nameSpace,
@@ -46,18 +44,16 @@ class LinkedPluginAccess : public PluginAccess {
     }
 
     std::optional<NQORVYX20::RemoteFailure> LastFailure(ICIMNamespace& nameSpace) const override {
-        return dynamic_cast<TCimHTTPNamespace&>(nameSpace).LastFailure();
+        return NQORVYX20::LastFailure(nameSpace);
     }
 
     NQORVYX20::ReadingIncidents TakeIncidents(ICIMNamespace& nameSpace) const override {
-        return dynamic_cast<TCimHTTPNamespace&>(nameSpace).TakeIncidents();
+        return NQORVYX20::TakeIncidents(nameSpace);
     }
 
     std::vector<NQORVYX20::EmbeddedObject> EmbeddedObjects(const ICIMInstance& instance,
                                                            const std::string& property) const override {
-        const auto* const faithful = dynamic_cast<const NQORVYX20::TFaithfulInstance*>(&instance);
-        return faithful == nullptr ? std::vector<NQORVYX20::EmbeddedObject>()
-                                   : faithful->Embedded(NQORVYX20::NormalizeName(property, NQORVYX20::NameRule::kCim));
+        return EmbeddedObjectsOf(instance, property);
     }
 
     std::vector<std::string> ClassNames(ICIMNamespace& nameSpace) const override {
@@ -122,8 +118,8 @@ class LinkedPluginAccess : public PluginAccess {
 
     std::vector<std::string> TextsOf(const ICIMInstance* instance,
                                      const boost::shared_ptr<ICIMPropertyDecl const>& declaration,
-                                     const TCIMValue& value, const TextForm& form) const override {
-        return TextsIn(instance, declaration, value, {form.isUnscaled, form.saysWhatIsNot, nullptr});
+                                     const TCIMValue& value, const DisplayForm& form) const override {
+        return DisplayTexts(declaration, value, form, instance);
     }
 
     std::vector<std::string> UnitTellers(const ICIMClass& cls, const ICIMPropertyDecl& declaration) const override {

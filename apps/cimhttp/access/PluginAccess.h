@@ -6,7 +6,7 @@
 #include "access/RelatedObjects.h"
 #include "access/RemoteModel.h"
 #include "access/ServerProbe.h"
-#include "access/TextForm.h"
+#include "cimhttp/DisplayTexts.h"
 #include "cimhttp/EmbeddedObject.h"
 #include "cimhttp/ReadingIncidents.h"
 #include "cimhttp/RemoteFailure.h"
@@ -44,11 +44,11 @@ class PluginAccess {
   public:
     virtual ~PluginAccess() = default;
 
-    /// See TCimHTTPNamespace::connect. The namespace must be one of the plug-in's, here and below.
+    /// See ConnectNamespace. The namespace must be one of the plug-in's, here and below.
     virtual void Connect(NQORVYX20::ICIMNamespace& nameSpace, const std::string& host, const std::string& user,
                          const std::string& password, int port) const = 0;
 
-    /// See TCimHTTPNamespace::WouldVerify.
+    /// See WouldVerifyServer.
     virtual bool WouldVerify(NQORVYX20::ICIMNamespace& nameSpace, const std::string& host, int port) const = 0;
 
     /// Returns the namespace; its operations are measured as long as the returned pointer is held.
@@ -59,14 +59,13 @@ class PluginAccess {
     /// Looks at a server below CIM, by a connection of its own: its name, its port, its certificate.
     virtual ServerProbe Probe(const ProbeTarget& target, ServerProbe::Depth depth) const = 0;
 
-    /// Why the newest operation of the namespace could not read the server; empty when it could.
+    /// See NQORVYX20::LastFailure.
     virtual std::optional<NQORVYX20::RemoteFailure> LastFailure(NQORVYX20::ICIMNamespace& nameSpace) const = 0;
 
-    /// What could not be taken from the server's answers since the last call.
+    /// See NQORVYX20::TakeIncidents.
     virtual NQORVYX20::ReadingIncidents TakeIncidents(NQORVYX20::ICIMNamespace& nameSpace) const = 0;
 
-    /// The objects that are the value of an instance's property, whose value then is their MOF: one, or one for each
-    /// element of an array. None for a value of another kind.
+    /// See EmbeddedObjectsOf.
     virtual std::vector<NQORVYX20::EmbeddedObject> EmbeddedObjects(const NQORVYX20::ICIMInstance& instance,
                                                                    const std::string& property) const = 0;
 
@@ -136,12 +135,11 @@ class PluginAccess {
     /// ReadInstance does.
     virtual std::string NamespaceOf(const std::string& path) const = 0;
 
-    /// The texts for people of a value: one for each element of an array that is not null, otherwise one. `instance`,
-    /// which has the value and may tell its unit, may be null. Throws TVYXException where a qualifier of the
-    /// declaration cannot be read.
+    /// See DisplayTexts.
     virtual std::vector<std::string> TextsOf(const NQORVYX20::ICIMInstance* instance,
                                              const boost::shared_ptr<NQORVYX20::ICIMPropertyDecl const>& declaration,
-                                             const NQORVYX20::TCIMValue& value, const TextForm& form) const = 0;
+                                             const NQORVYX20::TCIMValue& value,
+                                             const NQORVYX20::DisplayForm& form) const = 0;
 
     /// The names of the properties by which instances of a class tell the unit of one of its properties.
     virtual std::vector<std::string> UnitTellers(const NQORVYX20::ICIMClass& cls,

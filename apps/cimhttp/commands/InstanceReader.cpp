@@ -19,7 +19,7 @@ constexpr std::size_t kHeldInstances = 10000;
 } // namespace
 
 InstanceReader::InstanceReader(const Session& session, const std::string& className, InstanceQuery query, bool deep,
-                               TextForm form)
+                               NQORVYX20::DisplayForm form)
     : session_(session),
       class_(ServerSchema(session_).Class(className)),
       declared_(PropertiesOf(*class_)),

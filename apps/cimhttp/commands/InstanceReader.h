@@ -1,6 +1,6 @@
 #pragma once
 
-#include "access/TextForm.h"
+#include "cimhttp/DisplayTexts.h"
 #include "commands/InstanceQuery.h"
 #include "connection/Session.h"
 
@@ -26,7 +26,8 @@ class InstanceReader {
     /// Reads the class, and checks the names of properties where it declares any. With `deep`, the instances of
     /// subclasses are wanted, too. Conditions compare texts in the `form` that they are shown in. Throws as
     /// ServerSchema::Class and InstanceQuery do.
-    InstanceReader(const Session& session, const std::string& className, InstanceQuery query, bool deep, TextForm form);
+    InstanceReader(const Session& session, const std::string& className, InstanceQuery query, bool deep,
+                   NQORVYX20::DisplayForm form);
 
     std::string ClassName() const;
 
@@ -55,7 +56,7 @@ class InstanceReader {
     Properties declared_; // none by a server without operations on classes, which declares what it sends
     InstanceQuery query_;
     bool deep_;
-    TextForm form_;
+    NQORVYX20::DisplayForm form_;
 };
 
 } // namespace cimhttp

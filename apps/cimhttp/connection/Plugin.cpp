@@ -40,7 +40,7 @@ const PluginAccess* LoadAccess() {
 Plugin::Plugin(const std::string& path) : path_(path), provider_(LoadProvider(path)), access_(LoadAccess()) {}
 
 boost::shared_ptr<NQORVYX20::ICIMNamespace> Plugin::AllocateNamespace(TCIMContext settings) const {
-    settings.emplace("pluginNameQualDeclValue", TCIMValue(kProviderName));
+    settings.emplace(NQORVYX20::kPluginNameKey, TCIMValue(kProviderName));
     settings.emplace(NQORVYX20::kReadingKey, TCIMValue(NQORVYX20::kFaithfulReading));
     return provider_->AllocateNamespace(std::move(settings), false);
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "access/TextForm.h"
+#include "cimhttp/DisplayTexts.h"
 #include "output/DisplayText.h"
 
 #include <boost/shared_ptr.hpp>
@@ -19,7 +19,7 @@ class PluginAccess;
 class ValueTexts {
   public:
     /// `access` must outlive the object.
-    explicit ValueTexts(const PluginAccess& access, TextForm form = {}) : access_(&access), form_(form) {}
+    explicit ValueTexts(const PluginAccess& access, NQORVYX20::DisplayForm form = {}) : access_(&access), form_(form) {}
 
     const PluginAccess& Access() const { return *access_; }
 
@@ -33,7 +33,7 @@ class ValueTexts {
 
   private:
     const PluginAccess* access_;
-    TextForm form_;
+    NQORVYX20::DisplayForm form_;
 };
 
 } // namespace cimhttp

@@ -1,0 +1,18 @@
+#include "model/DeclarationTexts.h"
+
+#include "display/ValueMapTable.h"
+#include "model/TCimHTTPPropertyDecl.h"
+
+namespace NQORVYX20 {
+
+boost::shared_ptr<const ValueMapTable> FindValueMapTable(const boost::shared_ptr<ICIMPropertyDecl const>& declaration) {
+    const TCimHTTPPropertyDecl* const own = TCimHTTPPropertyDecl::AsOwn(*declaration);
+    return own != nullptr ? own->GetValueMapTable()
+                          : MakeValueMapTable(TCimHTTPPropertyDecl::DisplayQualifiersOf(declaration));
+}
+
+CompatibleTexts CompatibleTextsOf(const boost::shared_ptr<ICIMPropertyDecl const>& declaration) {
+    return {declaration, TCimHTTPPropertyDecl::DisplayQualifiersOf(declaration), FindValueMapTable};
+}
+
+} // namespace NQORVYX20
