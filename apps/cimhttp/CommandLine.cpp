@@ -5,9 +5,9 @@
 #include "HelpFormatter.h"
 #include "OptionValues.h"
 #include "connection/Connection.h"
-#include "connection/DynamicLibrary.h"
 #include "connection/OperationStatistics.h"
 #include "connection/PasswordFile.h"
+#include "connection/Plugin.h"
 #include "text/NearestNames.h"
 
 #include <algorithm>

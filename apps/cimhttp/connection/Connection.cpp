@@ -3,8 +3,10 @@
 #include "Choices.h"
 #include "Failure.h"
 #include "Options.h"
+#include "cimhttp/ContextKeys.h"
 #include "connection/ConnectionStore.h"
 #include "connection/TerminalPrompt.h"
+#include "host/TCIMValue.h"
 #include "text/Ascii.h"
 #include "text/TerminalText.h"
 
@@ -13,11 +15,14 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <utility>
 
 namespace cimhttp {
 
 namespace {
+
+using namespace NQORVYX20;
 
 constexpr const char* kDefaultConnection = "default";
 
@@ -204,6 +209,12 @@ Connection ConnectionOfComplete(const Options& options) {
 
 std::string Bracketed(const std::string& host) { return host.find(':') == std::string::npos ? host : '[' + host + ']'; }
 
+void Put(const char* key, const std::optional<std::string>& text, TCIMContext& context) {
+    if (text) {
+        context.emplace(key, TCIMValue(*text));
+    }
+}
+
 } // namespace
 
 std::string Connection::Url() const {
@@ -222,6 +233,20 @@ bool Connection::IsLoopback() const {
     return EqualIgnoringCase(host, "localhost") ||
            (::inet_pton(AF_INET, host.c_str(), &four) == 1 && ntohl(four.s_addr) >> kNetworkBits == IN_LOOPBACKNET) ||
            (::inet_pton(AF_INET6, host.c_str(), &six) == 1 && IN6_IS_ADDR_LOOPBACK(&six));
+}
+
+TCIMContext Connection::Context() const {
+    const auto milliseconds = std::chrono::milliseconds(timeout).count();
+    TCIMContext context{{NQORVYX20::kNamespaceKey, TCIMValue(nameSpace)},
+                        {NQORVYX20::kTlsKey, TCIMValue(tls)},
+                        {NQORVYX20::kLenientKey, TCIMValue(!strict)},
+                        {NQORVYX20::kTimeoutKey, TCIMValue(static_cast<std::uint32_t>(milliseconds))}};
+    Put(NQORVYX20::kTrustKey, tlsSettings.ca, context);
+    Put(NQORVYX20::kFingerprintKey, tlsSettings.fingerprint, context);
+    Put(NQORVYX20::kClientCertificateKey, tlsSettings.certificate, context);
+    Put(NQORVYX20::kClientKeyKey, tlsSettings.key, context);
+    Put(NQORVYX20::kTraceKey, trace, context);
+    return context;
 }
 
 Connection ConnectionOf(const Options& options) {

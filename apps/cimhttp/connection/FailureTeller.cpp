@@ -4,7 +4,6 @@
 #include "connection/Connection.h"
 #include "connection/FailedConnect.h"
 #include "connection/RemoteReason.h"
-#include "connection/ServerFailure.h"
 #include "host/TVYXException.h"
 
 namespace cimhttp {

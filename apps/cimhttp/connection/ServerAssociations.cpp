@@ -1,7 +1,7 @@
 #include "connection/ServerAssociations.h"
 
-#include "connection/CimStatus.h"
 #include "connection/PathReader.h"
+#include "connection/RemoteReason.h"
 #include "connection/ServerSchema.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMNamespace.h"

@@ -1,7 +1,6 @@
 #include "connection/ServerInstances.h"
 
 #include "cimhttp/ContextKeys.h"
-#include "connection/CimStatus.h"
 #include "connection/PathReader.h"
 #include "connection/RemoteReason.h"
 #include "connection/ServerSchema.h"
