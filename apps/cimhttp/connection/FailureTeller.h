@@ -1,15 +1,11 @@
 #pragma once
 
 #include "Failure.h"
+#include "HostTypes.h"
 #include "cimhttp/RemoteFailure.h"
 
 #include <string>
 #include <utility>
-
-namespace NQORVYX20 {
-class ICIMNamespace;
-class TVYXException;
-} // namespace NQORVYX20
 
 namespace cimhttp {
 
