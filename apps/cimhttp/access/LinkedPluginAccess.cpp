@@ -1,5 +1,4 @@
 #include "access/DocumentReader.h"
-#include "access/MeasuredNamespace.h"
 #include "access/PluginAccess.h"
 #include "access/RemoteAssociations.h"
 #include "access/RemoteReader.h"
@@ -11,6 +10,14 @@
 #include "model/TCimHTTPPropertyDecl.h"
 #include "model/TFaithfulInstance.h"
 #include "provider/TCimHTTPNamespace.h"
+
+#include <Pegasus/Client/CIMClient.h>
+#include <Pegasus/Client/ClientOpPerformanceDataHandler.h>
+
+#include <boost/make_shared.hpp>
+
+#include <string>
+#include <utility>
 
 namespace cimhttp {
 
@@ -25,6 +32,43 @@ using NQORVYX20::TCimHTTPPropertyDecl;
 using NQORVYX20::TCIMReference;
 using NQORVYX20::TCIMValue;
 
+std::string NameOf(const Pegasus::ClientOpPerformanceData& data) {
+#if __has_include(<Pegasus/Client/ExchangeObserver.h>)
+    return Pegasus::cimOperationTypeToString(data.operationType);
+#else
+    return "operation " +
+           std::to_string(static_cast<int>(data.operationType)); // other libraries have no names for them
+#endif
+}
+
+/// Listens to the client of a namespace, which it holds.
+class Listener : public Pegasus::ClientOpPerformanceDataHandler {
+  public:
+    Listener(boost::shared_ptr<ICIMNamespace> nameSpace, std::shared_ptr<MeasurementSink> sink)
+        : namespace_(std::move(nameSpace)), sink_(std::move(sink)) {
+        Client().registerClientOpPerformanceDataHandler(*this);
+    }
+    ~Listener() override { Client().deregisterClientOpPerformanceDataHandler(); }
+    Listener(const Listener&) = delete;
+    Listener& operator=(const Listener&) = delete;
+
+    ICIMNamespace* Namespace() const { return namespace_.get(); }
+
+    void handleClientOpPerformanceData(const Pegasus::ClientOpPerformanceData& data) override {
+        Measurement measurement{NameOf(data), data.requestSize, data.responseSize, data.roundTripTime, {}};
+        if (data.serverTimeKnown) {
+            measurement.serverTime = data.serverTime;
+        }
+        sink_->Add(measurement);
+    }
+
+  private:
+    Pegasus::CIMClient& Client() const { return *dynamic_cast<TCimHTTPNamespace&>(*namespace_).getPegClient(); }
+
+    const boost::shared_ptr<ICIMNamespace> namespace_;
+    const std::shared_ptr<MeasurementSink> sink_;
+};
+
 class LinkedPluginAccess : public PluginAccess {
   public:
     void Connect(ICIMNamespace& nameSpace, const std::string& host, const std::string& user,
@@ -38,7 +82,8 @@ class LinkedPluginAccess : public PluginAccess {
 
     boost::shared_ptr<ICIMNamespace> Measured(const boost::shared_ptr<ICIMNamespace>& nameSpace,
                                               const std::shared_ptr<MeasurementSink>& sink) const override {
-        return MeasuredNamespace(nameSpace, sink);
+        const auto listener = boost::make_shared<Listener>(nameSpace, sink);
+        return {listener, listener->Namespace()};
     }
 
     ServerProbe Probe(const ProbeTarget& target, ServerProbe::Depth depth) const override {
