@@ -23,14 +23,10 @@ namespace cimhttp {
 
 namespace {
 
-using NQORVYX20::ICIMClass;
-using NQORVYX20::ICIMInstance;
-using NQORVYX20::ICIMNamespace;
-using NQORVYX20::ICIMPropertyDecl;
-using NQORVYX20::TCimHTTPNamespace;
-using NQORVYX20::TCimHTTPPropertyDecl;
-using NQORVYX20::TCIMReference;
-using NQORVYX20::TCIMValue;
+using namespace NQORVYX20;
+
+/// A namespace that is one of the plug-in's.
+TCimHTTPNamespace& Own(ICIMNamespace& nameSpace) { return dynamic_cast<TCimHTTPNamespace&>(nameSpace); }
 
 std::string NameOf(const Pegasus::ClientOpPerformanceData& data) {
 #if __has_include(<Pegasus/Client/ExchangeObserver.h>)
@@ -63,7 +59,7 @@ class Listener : public Pegasus::ClientOpPerformanceDataHandler {
     }
 
   private:
-    Pegasus::CIMClient& Client() const { return *dynamic_cast<TCimHTTPNamespace&>(*namespace_).getPegClient(); }
+    Pegasus::CIMClient& Client() const { return *Own(*namespace_).getPegClient(); }
 
     const boost::shared_ptr<ICIMNamespace> namespace_;
     const std::shared_ptr<MeasurementSink> sink_;
@@ -73,11 +69,11 @@ class LinkedPluginAccess : public PluginAccess {
   public:
     void Connect(ICIMNamespace& nameSpace, const std::string& host, const std::string& user,
                  const std::string& password, int port) const override {
-        dynamic_cast<TCimHTTPNamespace&>(nameSpace).connect(host, user, password, port);
+        Own(nameSpace).connect(host, user, password, port);
     }
 
     bool WouldVerify(ICIMNamespace& nameSpace, const std::string& host, int port) const override {
-        return dynamic_cast<TCimHTTPNamespace&>(nameSpace).WouldVerify(host, port);
+        return Own(nameSpace).WouldVerify(host, port);
     }
 
     boost::shared_ptr<ICIMNamespace> Measured(const boost::shared_ptr<ICIMNamespace>& nameSpace,
@@ -90,75 +86,70 @@ class LinkedPluginAccess : public PluginAccess {
         return ProbeServer(target, depth);
     }
 
-    std::optional<NQORVYX20::RemoteFailure> LastFailure(ICIMNamespace& nameSpace) const override {
-        return dynamic_cast<TCimHTTPNamespace&>(nameSpace).LastFailure();
+    std::optional<RemoteFailure> LastFailure(ICIMNamespace& nameSpace) const override {
+        return Own(nameSpace).LastFailure();
     }
 
-    NQORVYX20::ReadingIncidents TakeIncidents(ICIMNamespace& nameSpace) const override {
-        return dynamic_cast<TCimHTTPNamespace&>(nameSpace).TakeIncidents();
-    }
+    ReadingIncidents TakeIncidents(ICIMNamespace& nameSpace) const override { return Own(nameSpace).TakeIncidents(); }
 
-    std::vector<NQORVYX20::EmbeddedObject> EmbeddedObjects(const ICIMInstance& instance,
-                                                           const std::string& property) const override {
-        const auto* const faithful = dynamic_cast<const NQORVYX20::TFaithfulInstance*>(&instance);
-        return faithful == nullptr ? std::vector<NQORVYX20::EmbeddedObject>()
-                                   : faithful->Embedded(NQORVYX20::NormalizeName(property, NQORVYX20::NameRule::kCim));
+    std::vector<EmbeddedObject> EmbeddedObjects(const ICIMInstance& instance,
+                                                const std::string& property) const override {
+        const auto* const faithful = dynamic_cast<const TFaithfulInstance*>(&instance);
+        return faithful == nullptr ? std::vector<EmbeddedObject>()
+                                   : faithful->Embedded(NormalizeName(property, NameRule::kCim));
     }
 
     std::vector<std::string> ClassNames(ICIMNamespace& nameSpace) const override {
-        return ReadRemoteClassNames(dynamic_cast<TCimHTTPNamespace&>(nameSpace));
+        return ReadRemoteClassNames(Own(nameSpace));
     }
 
     std::vector<TCIMReference> InstancePaths(ICIMNamespace& nameSpace, const std::string& className) const override {
-        return ReadRemotePaths(dynamic_cast<TCimHTTPNamespace&>(nameSpace), className);
+        return ReadRemotePaths(Own(nameSpace), className);
     }
 
     std::vector<TCIMReference> InstancePathsIn(ICIMNamespace& nameSpace, const std::string& name,
                                                const std::string& className) const override {
-        return ReadRemotePathsIn(dynamic_cast<TCimHTTPNamespace&>(nameSpace), name, className);
+        return ReadRemotePathsIn(Own(nameSpace), name, className);
     }
 
     RemoteClass ReadClass(ICIMNamespace& nameSpace, const std::string& name) const override {
-        return ReadRemoteClass(dynamic_cast<TCimHTTPNamespace&>(nameSpace), name);
+        return ReadRemoteClass(Own(nameSpace), name);
     }
 
     std::vector<RemoteClassName> ReadHierarchy(ICIMNamespace& nameSpace) const override {
-        return ReadRemoteHierarchy(dynamic_cast<TCimHTTPNamespace&>(nameSpace));
+        return ReadRemoteHierarchy(Own(nameSpace));
     }
 
     std::vector<RemoteQualifierDeclaration> ReadQualifierDeclarations(ICIMNamespace& nameSpace) const override {
-        return ReadRemoteQualifiers(dynamic_cast<TCimHTTPNamespace&>(nameSpace));
+        return ReadRemoteQualifiers(Own(nameSpace));
     }
 
-    std::unique_ptr<InstanceSequence> OpenInstances(ICIMNamespace& nameSpace, NQORVYX20::ICIMClass& cls, bool deep,
-                                                    const NQORVYX20::TCIMContext& context) const override {
-        return OpenRemoteInstances(dynamic_cast<TCimHTTPNamespace&>(nameSpace),
-                                   dynamic_cast<NQORVYX20::TCimHTTPClass&>(cls), deep, context);
+    std::unique_ptr<InstanceSequence> OpenInstances(ICIMNamespace& nameSpace, ICIMClass& cls, bool deep,
+                                                    const TCIMContext& context) const override {
+        return OpenRemoteInstances(Own(nameSpace), dynamic_cast<TCimHTTPClass&>(cls), deep, context);
     }
 
-    bool HasPulledEnumerations(ICIMNamespace& nameSpace) const override {
-        return HasRemotePulls(dynamic_cast<TCimHTTPNamespace&>(nameSpace));
-    }
+    bool HasPulledEnumerations(ICIMNamespace& nameSpace) const override { return HasRemotePulls(Own(nameSpace)); }
 
     boost::shared_ptr<ICIMInstance> ReadInstance(ICIMNamespace& nameSpace, const std::string& path) const override {
-        return ReadRemoteInstance(dynamic_cast<TCimHTTPNamespace&>(nameSpace), path);
+        return ReadRemoteInstance(Own(nameSpace), path);
     }
 
     std::vector<TCIMReference> RelatedPaths(ICIMNamespace& nameSpace, const AssociationQuery& query) const override {
-        return ReadRemoteRelatedPaths(dynamic_cast<TCimHTTPNamespace&>(nameSpace), query);
+        return ReadRemoteRelatedPaths(Own(nameSpace), query);
     }
 
     std::unique_ptr<RelatedObjects> ReadRelated(ICIMNamespace& nameSpace,
                                                 const AssociationQuery& query) const override {
-        return ReadRemoteRelated(dynamic_cast<TCimHTTPNamespace&>(nameSpace), query);
+        return ReadRemoteRelated(Own(nameSpace), query);
     }
 
     void CheckInstance(ICIMNamespace& nameSpace, const std::string& path) const override {
-        CheckRemoteInstance(dynamic_cast<TCimHTTPNamespace&>(nameSpace), path);
+        CheckRemoteInstance(Own(nameSpace), path);
     }
 
     std::vector<RemoteLink> ReadLinks(ICIMNamespace& nameSpace, const std::string& path) const override {
-        return ReadRemoteLinks(dynamic_cast<TCimHTTPNamespace&>(nameSpace), path);
+        return ReadRemoteLinks(Own(nameSpace), path);
     }
 
     TCIMReference ParsePath(const std::string& path) const override { return ParsedReference(path); }

@@ -237,15 +237,15 @@ bool Connection::IsLoopback() const {
 
 TCIMContext Connection::Context() const {
     const auto milliseconds = std::chrono::milliseconds(timeout).count();
-    TCIMContext context{{NQORVYX20::kNamespaceKey, TCIMValue(nameSpace)},
-                        {NQORVYX20::kTlsKey, TCIMValue(tls)},
-                        {NQORVYX20::kLenientKey, TCIMValue(!strict)},
-                        {NQORVYX20::kTimeoutKey, TCIMValue(static_cast<std::uint32_t>(milliseconds))}};
-    Put(NQORVYX20::kTrustKey, tlsSettings.ca, context);
-    Put(NQORVYX20::kFingerprintKey, tlsSettings.fingerprint, context);
-    Put(NQORVYX20::kClientCertificateKey, tlsSettings.certificate, context);
-    Put(NQORVYX20::kClientKeyKey, tlsSettings.key, context);
-    Put(NQORVYX20::kTraceKey, trace, context);
+    TCIMContext context{{kNamespaceKey, TCIMValue(nameSpace)},
+                        {kTlsKey, TCIMValue(tls)},
+                        {kLenientKey, TCIMValue(!strict)},
+                        {kTimeoutKey, TCIMValue(static_cast<std::uint32_t>(milliseconds))}};
+    Put(kTrustKey, tlsSettings.ca, context);
+    Put(kFingerprintKey, tlsSettings.fingerprint, context);
+    Put(kClientCertificateKey, tlsSettings.certificate, context);
+    Put(kClientKeyKey, tlsSettings.key, context);
+    Put(kTraceKey, trace, context);
     return context;
 }
 

@@ -16,10 +16,7 @@ namespace cimhttp {
 
 namespace {
 
-using NQORVYX20::INamespaceProvider;
-using NQORVYX20::TCIMContext;
-using NQORVYX20::TCIMValue;
-using NQORVYX20::TRootObject;
+using namespace NQORVYX20;
 
 constexpr const char* kProviderName = "cimhttp";
 
@@ -62,9 +59,9 @@ std::string LibraryBesideProgram(const std::string& fileName) {
 
 Plugin::Plugin(const std::string& path) : path_(path), provider_(LoadProvider(path)), access_(LoadAccess()) {}
 
-boost::shared_ptr<NQORVYX20::ICIMNamespace> Plugin::AllocateNamespace(TCIMContext settings) const {
+boost::shared_ptr<ICIMNamespace> Plugin::AllocateNamespace(TCIMContext settings) const {
     settings.emplace("pluginNameQualDeclValue", TCIMValue(kProviderName));
-    settings.emplace(NQORVYX20::kReadingKey, TCIMValue(NQORVYX20::kFaithfulReading));
+    settings.emplace(kReadingKey, TCIMValue(kFaithfulReading));
     return provider_->AllocateNamespace(std::move(settings), false);
 }
 
