@@ -5,6 +5,7 @@
 #include "Options.h"
 #include "cimhttp/ContextKeys.h"
 #include "connection/ConnectionStore.h"
+#include "connection/PathReader.h"
 #include "connection/TerminalPrompt.h"
 #include "host/TCIMValue.h"
 #include "text/Ascii.h"
@@ -176,7 +177,7 @@ TlsSettings CheckedSettings(TlsSettings settings, bool tls) {
 
 std::string NamespaceOf(const Options& options) {
     const std::string name = options.nameSpace.value_or(kUsualNamespace);
-    std::string withoutSlash = !name.empty() && name.front() == '/' ? name.substr(1) : name;
+    std::string withoutSlash = WithoutLeadingSlash(name);
     if (withoutSlash.empty()) {
         Refuse("which namespace? '" + name + "' names none");
     }
