@@ -6,9 +6,9 @@
 #include "OptionValues.h"
 #include "VersionText.h"
 #include "connection/Connection.h"
-#include "connection/DynamicLibrary.h"
 #include "connection/OperationStatistics.h"
 #include "connection/PasswordFile.h"
+#include "connection/Plugin.h"
 #include "text/NearestNames.h"
 
 #include <algorithm>
@@ -117,34 +117,28 @@ struct Parser {
     }
 
     void AddConnectionOptions() {
-        app.add_option("--host", options.host,
-                       "The server: a name, an address or a URL; localhost unless given, or the connection named "
-                       "'default'")
-            ->type_name("HOST");
-        app.add_option("--connection,-c", options.connection, "The named connection to use, see 'connection'")
-            ->type_name("NAME")
+        AddText("--host", "HOST", options.host,
+                "The server: a name, an address or a URL; localhost unless given, or the connection named 'default'");
+        AddText("--connection,-c", "NAME", options.connection, "The named connection to use, see 'connection'")
             ->excludes("--host");
         AddWholeNumber(app, "--port", "N", "Its port; 5988 unless given, with --tls 5989", 1, kHighestPort,
                        options.port);
-        app.add_option("--namespace,-n", options.nameSpace,
-                       std::string("The namespace on the server; ") + kUsualNamespace + " unless given")
-            ->type_name("NAME");
+        AddText("--namespace,-n", "NAME", options.nameSpace,
+                std::string("The namespace on the server; ") + kUsualNamespace + " unless given");
         AddTlsOptions();
-        app.add_option("--user,-u", options.user,
-                       "The user to log in as; without --tls, anybody on the way to another machine can read the "
-                       "password, and a line says so")
-            ->type_name("NAME");
-        app.add_option("--password-file", passwordFile,
-                       "A file whose first line is the password, - for standard input; without it the variable "
-                       "CIMHTTP_PASSWORD counts, and then you are asked")
-            ->type_name("FILE");
+        AddText("--user,-u", "NAME", options.user,
+                "The user to log in as; without --tls, anybody on the way to another machine can read the password, "
+                "and a line says so");
+        AddText("--password-file", "FILE", passwordFile,
+                "A file whose first line is the password, - for standard input; without it the variable "
+                "CIMHTTP_PASSWORD counts, and then you are asked");
         AddWholeNumber(app, "--timeout", "SECONDS",
                        "How long to wait for an answer, 120 unless given; connecting takes 20 at most",
                        kShortestTimeout, kLongestTimeout, options.timeout);
         AddFlag(app, "--strict",
                 "Refuse an answer of which a part cannot be read, instead of showing the rest with status 7",
                 [this](bool isSet) { options.strict = isSet; });
-        app.add_option("--plugin", options.plugin, "The plug-in to load")->type_name("FILE");
+        AddText("--plugin", "FILE", options.plugin, "The plug-in to load");
         AddText("--trace", "FILE", options.trace,
                 "Write all that is sent and received to this file, with times and without passwords");
         AddFlag(app, "--stats", "At the end, write to the error stream what each kind of operation took",
@@ -171,8 +165,8 @@ struct Parser {
                 [this](bool isSet) { options.tlsSettings.verify = isSet; });
     }
 
-    CLI::Option* AddText(const std::string& name, const std::string& valueName, std::optional<std::string>& target,
-                         const std::string& help) {
+    template <typename Text>
+    CLI::Option* AddText(const std::string& name, const std::string& valueName, Text& target, const std::string& help) {
         return app.add_option(name, target, help)->type_name(valueName);
     }
 
@@ -288,7 +282,7 @@ struct Parser {
     static void AddOption(CLI::App& sub, const CommandOption& option, double& target) {
         AddValue(sub, option.name, option.valueName, option.help,
                  [&target](const std::string& text) -> std::optional<std::string> {
-                     const auto number = NumberIn(text);
+                     const auto number = FiniteNumberIn(text);
                      target = number.value_or(target);
                      return number ? std::nullopt : std::optional<std::string>("a number such as 5 or 0.5");
                  });

@@ -1,6 +1,7 @@
 #include "OptionValues.h"
 
-#include <charconv>
+#include "text/ParsedText.h"
+
 #include <cmath>
 
 namespace cimhttp {
@@ -9,13 +10,6 @@ namespace {
 
 /// `--output` of `--output,-o`
 std::string LongName(const std::string& name) { return name.substr(0, name.find(',')); }
-
-template <typename Number>
-std::optional<Number> Parsed(const std::string& text) {
-    Number number{};
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    return error == std::errc() && end == text.data() + text.size() ? std::optional(number) : std::nullopt;
-}
 
 } // namespace
 
@@ -49,12 +43,12 @@ CLI::Option* AddValue(CLI::App& app, const std::string& name, const std::string&
 
 std::optional<unsigned long long> WholeNumberIn(const std::string& text, unsigned long long least,
                                                 unsigned long long most) {
-    const auto number = Parsed<unsigned long long>(text);
+    const auto number = NumberIn<unsigned long long>(text);
     return number && *number >= least && *number <= most ? number : std::nullopt;
 }
 
-std::optional<double> NumberIn(const std::string& text) {
-    const auto number = Parsed<double>(text);
+std::optional<double> FiniteNumberIn(const std::string& text) {
+    const auto number = NumberIn<double>(text);
     return number && std::isfinite(*number) ? number : std::nullopt;
 }
 

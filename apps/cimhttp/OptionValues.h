@@ -27,8 +27,8 @@ CLI::Option* AddValue(CLI::App& app, const std::string& name, const std::string&
 std::optional<unsigned long long> WholeNumberIn(const std::string& text, unsigned long long least,
                                                 unsigned long long most);
 
-/// The decimal number that a text is; nothing for another text.
-std::optional<double> NumberIn(const std::string& text);
+/// The finite decimal number that a text is; nothing for another text.
+std::optional<double> FiniteNumberIn(const std::string& text);
 
 template <typename Number>
 CLI::Option* AddWholeNumber(CLI::App& app, const std::string& name, const std::string& valueName,

@@ -312,6 +312,18 @@ TEST_F(SelectionTest, AsterisksLeaveOpenOnlyWhatTheyHide) {
                             "first: Value=00000003******.******:000\n");
 }
 
+TEST_F(SelectionTest, TheFirstUncomparedValueIsNamedWhereOneInstanceHasSeveral) {
+    server_.Answer("GetClass", "TEST_Disk",
+                   ClassXml("TEST_Disk", "", DeclarationXml("Begin", "real64") + DeclarationXml("End", "real64")));
+    server_.Answer(
+        "EnumerateInstances", "TEST_Disk",
+        InstanceXml("TEST_Disk", "a", PropertyXml("Begin", "real64", "nan") + PropertyXml("End", "real64", "nan")));
+    const auto run = Run({"instances", "TEST_Disk", "--where", "Begin<1", "--where", "End<1"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_THAT(run.errors, HasSubstr("2 values cannot be compared, so that --where does not select the instance; the "
+                                      "first: Begin=nan\n"));
+}
+
 TEST(ValuePlace, OfAnUnknownZoneLeavesOpenSomeHours) {
     const ValuePlace place{TCIMValue(TCIMDateTime("20261121083900.000000+***"))};
     const auto isLessThan = [&](const char* text) {

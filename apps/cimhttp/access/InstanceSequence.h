@@ -1,12 +1,10 @@
 #pragma once
 
+#include "HostTypes.h"
+
 #include <boost/shared_ptr.hpp>
 
 #include <vector>
-
-namespace NQORVYX20 {
-class ICIMInstance;
-} // namespace NQORVYX20
 
 namespace cimhttp {
 

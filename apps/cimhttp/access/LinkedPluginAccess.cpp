@@ -1,5 +1,4 @@
 #include "access/DocumentReader.h"
-#include "access/MeasuredNamespace.h"
 #include "access/PluginAccess.h"
 #include "access/RemoteAssociations.h"
 #include "access/RemoteReader.h"
@@ -9,19 +8,59 @@
 #include "model/TCimHTTPPropertyDecl.h"
 #include "provider/TCimHTTPNamespace.h"
 
+#include <Pegasus/Client/CIMClient.h>
+#include <Pegasus/Client/ClientOpPerformanceDataHandler.h>
+
+#include <boost/make_shared.hpp>
+
+#include <string>
+#include <utility>
+
 namespace cimhttp {
 
 namespace {
 
-using NQORVYX20::DisplayForm;
-using NQORVYX20::ICIMClass;
-using NQORVYX20::ICIMInstance;
-using NQORVYX20::ICIMNamespace;
-using NQORVYX20::ICIMPropertyDecl;
-using NQORVYX20::TCimHTTPNamespace;
-using NQORVYX20::TCimHTTPPropertyDecl;
-using NQORVYX20::TCIMReference;
-using NQORVYX20::TCIMValue;
+using namespace NQORVYX20;
+
+/// A namespace that is one of the plug-in's.
+TCimHTTPNamespace& Own(ICIMNamespace& nameSpace) { return dynamic_cast<TCimHTTPNamespace&>(nameSpace); }
+
+std::string NameOf(const Pegasus::ClientOpPerformanceData& data) {
+#if __has_include(<Pegasus/Client/ExchangeObserver.h>)
+    return Pegasus::cimOperationTypeToString(data.operationType);
+#else
+    return "operation " +
+           std::to_string(static_cast<int>(data.operationType)); // other libraries have no names for them
+#endif
+}
+
+/// Listens to the client of a namespace, which it holds.
+class Listener : public Pegasus::ClientOpPerformanceDataHandler {
+  public:
+    Listener(boost::shared_ptr<ICIMNamespace> nameSpace, std::shared_ptr<MeasurementSink> sink)
+        : namespace_(std::move(nameSpace)), sink_(std::move(sink)) {
+        Client().registerClientOpPerformanceDataHandler(*this);
+    }
+    ~Listener() override { Client().deregisterClientOpPerformanceDataHandler(); }
+    Listener(const Listener&) = delete;
+    Listener& operator=(const Listener&) = delete;
+
+    ICIMNamespace* Namespace() const { return namespace_.get(); }
+
+    void handleClientOpPerformanceData(const Pegasus::ClientOpPerformanceData& data) override {
+        Measurement measurement{NameOf(data), data.requestSize, data.responseSize, data.roundTripTime, {}};
+        if (data.serverTimeKnown) {
+            measurement.serverTime = data.serverTime;
+        }
+        sink_->Add(measurement);
+    }
+
+  private:
+    Pegasus::CIMClient& Client() const { return *Own(*namespace_).getPegClient(); }
+
+    const boost::shared_ptr<ICIMNamespace> namespace_;
+    const std::shared_ptr<MeasurementSink> sink_;
+};
 
 class LinkedPluginAccess : public PluginAccess {
   public:
@@ -36,80 +75,78 @@ class LinkedPluginAccess : public PluginAccess {
 
     boost::shared_ptr<ICIMNamespace> Measured(const boost::shared_ptr<ICIMNamespace>& nameSpace,
                                               const std::shared_ptr<MeasurementSink>& sink) const override {
-        return MeasuredNamespace(nameSpace, sink);
+        const auto listener = boost::make_shared<Listener>(nameSpace, sink);
+        return {listener, listener->Namespace()};
     }
 
     ServerProbe Probe(const ProbeTarget& target, ServerProbe::Depth depth) const override {
         return ProbeServer(target, depth);
     }
 
-    std::optional<NQORVYX20::RemoteFailure> LastFailure(ICIMNamespace& nameSpace) const override {
+    std::optional<RemoteFailure> LastFailure(ICIMNamespace& nameSpace) const override {
         return NQORVYX20::LastFailure(nameSpace);
     }
 
-    NQORVYX20::ReadingIncidents TakeIncidents(ICIMNamespace& nameSpace) const override {
+    ReadingIncidents TakeIncidents(ICIMNamespace& nameSpace) const override {
         return NQORVYX20::TakeIncidents(nameSpace);
     }
 
-    std::vector<NQORVYX20::EmbeddedObject> EmbeddedObjects(const ICIMInstance& instance,
-                                                           const std::string& property) const override {
+    std::vector<EmbeddedObject> EmbeddedObjects(const ICIMInstance& instance,
+                                                const std::string& property) const override {
         return EmbeddedObjectsOf(instance, property);
     }
 
     std::vector<std::string> ClassNames(ICIMNamespace& nameSpace) const override {
-        return ReadRemoteClassNames(dynamic_cast<TCimHTTPNamespace&>(nameSpace));
+        return ReadRemoteClassNames(Own(nameSpace));
     }
 
     std::vector<TCIMReference> InstancePaths(ICIMNamespace& nameSpace, const std::string& className) const override {
-        return ReadRemotePaths(dynamic_cast<TCimHTTPNamespace&>(nameSpace), className);
+        return ReadRemotePaths(Own(nameSpace), className);
     }
 
     std::vector<TCIMReference> InstancePathsIn(ICIMNamespace& nameSpace, const std::string& name,
                                                const std::string& className) const override {
-        return ReadRemotePathsIn(dynamic_cast<TCimHTTPNamespace&>(nameSpace), name, className);
+        return ReadRemotePathsIn(Own(nameSpace), name, className);
     }
 
     RemoteClass ReadClass(ICIMNamespace& nameSpace, const std::string& name) const override {
-        return ReadRemoteClass(dynamic_cast<TCimHTTPNamespace&>(nameSpace), name);
+        return ReadRemoteClass(Own(nameSpace), name);
     }
 
     std::vector<RemoteClassName> ReadHierarchy(ICIMNamespace& nameSpace) const override {
-        return ReadRemoteHierarchy(dynamic_cast<TCimHTTPNamespace&>(nameSpace));
+        return ReadRemoteHierarchy(Own(nameSpace));
     }
 
     std::vector<RemoteQualifierDeclaration> ReadQualifierDeclarations(ICIMNamespace& nameSpace) const override {
-        return ReadRemoteQualifiers(dynamic_cast<TCimHTTPNamespace&>(nameSpace));
+        return ReadRemoteQualifiers(Own(nameSpace));
     }
 
-    std::unique_ptr<InstanceSequence> OpenInstances(ICIMNamespace& nameSpace, NQORVYX20::ICIMClass& cls, bool deep,
-                                                    const NQORVYX20::TCIMContext& context) const override {
-        return OpenRemoteInstances(dynamic_cast<TCimHTTPNamespace&>(nameSpace),
-                                   dynamic_cast<NQORVYX20::TCimHTTPClass&>(cls), deep, context);
+    std::unique_ptr<InstanceSequence> OpenInstances(ICIMNamespace& nameSpace, ICIMClass& cls, bool deep,
+                                                    const TCIMContext& context) const override {
+        return OpenRemoteInstances(Own(nameSpace), dynamic_cast<TCimHTTPClass&>(cls), deep, context);
     }
 
-    bool HasPulledEnumerations(ICIMNamespace& nameSpace) const override {
-        return HasRemotePulls(dynamic_cast<TCimHTTPNamespace&>(nameSpace));
-    }
+    bool HasPulledEnumerations(ICIMNamespace& nameSpace) const override { return HasRemotePulls(Own(nameSpace)); }
 
     boost::shared_ptr<ICIMInstance> ReadInstance(ICIMNamespace& nameSpace, const std::string& path) const override {
-        return ReadRemoteInstance(dynamic_cast<TCimHTTPNamespace&>(nameSpace), path);
+        return ReadRemoteInstance(Own(nameSpace), path);
     }
 
     std::vector<TCIMReference> RelatedPaths(ICIMNamespace& nameSpace, const AssociationQuery& query) const override {
-        return ReadRemoteRelatedPaths(dynamic_cast<TCimHTTPNamespace&>(nameSpace), query);
+        return ReadRemoteRelatedPaths(Own(nameSpace), query);
     }
 
     std::unique_ptr<RelatedObjects> ReadRelated(ICIMNamespace& nameSpace,
                                                 const AssociationQuery& query) const override {
-        return ReadRemoteRelated(dynamic_cast<TCimHTTPNamespace&>(nameSpace), query);
+        return ReadRemoteRelated(Own(nameSpace), query);
     }
 
     void CheckInstance(ICIMNamespace& nameSpace, const std::string& path) const override {
-        CheckRemoteInstance(dynamic_cast<TCimHTTPNamespace&>(nameSpace), path);
+        CheckRemoteInstance(Own(nameSpace), path);
     }
 
     std::vector<RemoteLink> ReadLinks(ICIMNamespace& nameSpace, const std::string& path) const override {
-        return ReadRemoteLinks(dynamic_cast<TCimHTTPNamespace&>(nameSpace), path);
+        return ReadRemoteLinks(Own(nameSpace), path);
     }
 
     TCIMReference ParsePath(const std::string& path) const override { return ParsedReference(path); }

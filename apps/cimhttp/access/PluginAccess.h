@@ -1,5 +1,6 @@
 #pragma once
 
+#include "HostTypes.h"
 #include "access/AssociationQuery.h"
 #include "access/InstanceSequence.h"
 #include "access/MeasurementSink.h"
@@ -19,14 +20,6 @@
 #include <optional>
 #include <string>
 #include <vector>
-
-namespace NQORVYX20 {
-class ICIMClass;
-class ICIMInstance;
-class ICIMNamespace;
-class ICIMPropertyDecl;
-class TCIMValue;
-} // namespace NQORVYX20
 
 namespace cimhttp {
 

@@ -1,14 +1,11 @@
 #pragma once
 
+#include "HostTypes.h"
+
 #include <boost/shared_ptr.hpp>
 
 #include <string>
 #include <vector>
-
-namespace NQORVYX20 {
-class ICIMInstance;
-class ICIMNamespace;
-} // namespace NQORVYX20
 
 namespace cimhttp {
 

@@ -131,13 +131,7 @@ std::vector<std::string> ReadRemoteClassNames(TCimHTTPNamespace& nameSpace) {
 std::vector<TCIMReference> ReadRemotePaths(TCimHTTPNamespace& nameSpace, const std::string& className) {
     return Remotely([&] {
         CheckName(className);
-        const auto paths = nameSpace.Server().EnumerateInstanceNames(className);
-        std::vector<TCIMReference> references;
-        references.reserve(paths.size());
-        for (Pegasus::Uint32 i = 0; i < paths.size(); ++i) {
-            references.push_back(ToHostReference(paths[i]));
-        }
-        return references;
+        return HostReferences(nameSpace.Server().EnumerateInstanceNames(className));
     });
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "HostTypes.h"
 #include "access/InstanceSequence.h"
 #include "access/RemoteModel.h"
 #include "host/TCIMContext.h"
@@ -11,7 +12,6 @@
 #include <vector>
 
 namespace NQORVYX20 {
-class ICIMInstance;
 class TCimHTTPClass;
 class TCimHTTPNamespace;
 } // namespace NQORVYX20

@@ -1,10 +1,10 @@
-#include "commands/ClassPattern.h"
 #include "commands/Commands.h"
 #include "commands/ListingWriter.h"
 #include "commands/Remarks.h"
 #include "connection/ServerSchema.h"
 #include "connection/Session.h"
 #include "selection/RowLimit.h"
+#include "text/Names.h"
 
 #include <algorithm>
 #include <ostream>
@@ -16,7 +16,7 @@ namespace {
 std::vector<std::string> Selected(const std::vector<std::string>& names, const std::string& pattern) {
     std::vector<std::string> selected;
     std::copy_if(names.begin(), names.end(), std::back_inserter(selected),
-                 [&](const std::string& name) { return IsSelected(pattern, name); });
+                 [&](const std::string& name) { return pattern.empty() || Matches(pattern, name); });
     std::sort(selected.begin(), selected.end());
     return selected;
 }

@@ -12,7 +12,7 @@
 #include "text/Names.h"
 #include "text/TerminalText.h"
 #include "waiting/Interrupt.h"
-#include "waiting/ProgressBar.h"
+#include "waiting/StatusLine.h"
 
 #include <chrono>
 #include <cstdlib>
@@ -53,6 +53,37 @@ The exit status is 7 when a class could not be read: the error stream names it,
 the others are written, and "complete" is false. So it is when a value could not
 be taken over, and after an interrupt (Ctrl-C): the classes read until then are
 written. A server that stops answering is asked for no further class.)";
+
+/// A status line that shows how far the reading of classes has come, how long it has taken and how long it may still
+/// take.
+class ProgressBar {
+  public:
+    /// See StatusLine.
+    ProgressBar(std::ostream* terminal, std::size_t width, std::size_t classCount)
+        : line_(terminal, width), classCount_(classCount) {}
+
+    /// How many classes are done, how many instances were in them, and the time since the begin.
+    void Show(std::size_t classesDone, std::size_t instances, std::chrono::seconds elapsed) {
+        const std::size_t filled = classCount_ == 0 ? kBarWidth : kBarWidth * classesDone / classCount_;
+        std::string text = '[' + std::string(filled, '#') + std::string(kBarWidth - filled, '.') + "] " +
+                           std::to_string(classesDone) + " of " + std::to_string(classCount_) + " classes, " +
+                           std::to_string(instances) + " instances, " + ElapsedText(elapsed);
+        if (classesDone > 0 && classesDone < classCount_) {
+            const auto left = elapsed * (classCount_ - classesDone) / classesDone;
+            text += ", about " + ElapsedText(std::chrono::duration_cast<std::chrono::seconds>(left)) + " left";
+        }
+        line_.Show(text);
+    }
+
+    /// Takes the bar away, so that other lines can be written, until it is shown again.
+    void Clear() { line_.Clear(); }
+
+  private:
+    static constexpr std::size_t kBarWidth = 24;
+
+    StatusLine line_;
+    std::size_t classCount_;
+};
 
 RequestedClasses ReadDocument(const Plugin& plugin, const std::string& path) {
     auto requested = plugin.Access().ReadRequestedClasses(InputFile(path).ReadAll(kLargestDocument));

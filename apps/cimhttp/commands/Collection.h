@@ -1,5 +1,6 @@
 #pragma once
 
+#include "HostTypes.h"
 #include "access/RemoteModel.h"
 
 #include <boost/shared_ptr.hpp>
@@ -7,10 +8,6 @@
 #include <iosfwd>
 #include <string>
 #include <vector>
-
-namespace NQORVYX20 {
-class ICIMInstance;
-} // namespace NQORVYX20
 
 namespace cimhttp {
 

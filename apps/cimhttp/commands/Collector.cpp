@@ -1,7 +1,6 @@
 #include "commands/Collector.h"
 
 #include "Failure.h"
-#include "connection/ServerFailure.h"
 #include "connection/ServerInstances.h"
 #include "connection/ServerSchema.h"
 #include "host/ICIMClass.h"

@@ -91,8 +91,6 @@ Cell TimeoutCell(const SavedConnection& connection) {
     return {NQORVYX20::TCIMValue(static_cast<std::uint32_t>(*connection.timeout)), std::to_string(*connection.timeout)};
 }
 
-Cell TextCell(const std::optional<std::string>& text) { return text ? Cell(*text) : Cell::Null(); }
-
 /// What the server is verified by, beside what is known of it.
 Cell VerificationCell(const TlsSettings& settings) {
     if (settings.Verifies()) {
@@ -195,8 +193,8 @@ class ConnectionCommand : public Command {
                          {"Certificate"}});
         for (const auto& [name, connection] : store.Read()) {
             listing.AddRow({name, UrlOf(connection), connection.user.value_or(""), connection.password ? "stored" : "",
-                            TimeoutCell(connection), TextCell(connection.nameSpace),
-                            VerificationCell(connection.tlsSettings), TextCell(connection.tlsSettings.certificate)});
+                            TimeoutCell(connection), connection.nameSpace, VerificationCell(connection.tlsSettings),
+                            connection.tlsSettings.certificate});
         }
         Write(listing, "no connections\n", context);
     }

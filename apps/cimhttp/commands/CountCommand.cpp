@@ -1,6 +1,5 @@
 #include "Failure.h"
 #include "Options.h"
-#include "commands/ClassPattern.h"
 #include "commands/Commands.h"
 #include "commands/InstanceCensus.h"
 #include "commands/ListingWriter.h"
@@ -121,7 +120,8 @@ class CountCommand : public Command {
         Session session = context.Connect();
         const auto classes = ServerSchema(session).Hierarchy();
         const ClassTree tree(classes);
-        InstanceCensus census(session, tree, [&](const std::string& name) { return IsSelected(pattern_, name); });
+        InstanceCensus census(session, tree,
+                              [&](const std::string& name) { return pattern_.empty() || Matches(pattern_, name); });
         auto counts = census.Take();
         if (counts.empty() && !classes.empty()) {
             SayThatNoClassMatches(pattern_, classes.size(), context.errors);

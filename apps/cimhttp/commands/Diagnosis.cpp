@@ -1,9 +1,9 @@
 #include "commands/Diagnosis.h"
 
 #include "output/Listing.h"
+#include "text/TimeText.h"
 
 #include <algorithm>
-#include <cstdio>
 
 namespace cimhttp {
 
@@ -17,9 +17,7 @@ Cell TimeCell(const Diagnosis::Time& time) {
         return Cell::Null();
     }
     const double milliseconds = std::chrono::duration<double, std::milli>(*time).count();
-    std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), "%.1f", milliseconds);
-    return {NQORVYX20::TCIMValue(milliseconds), text.data()};
+    return {NQORVYX20::TCIMValue(milliseconds), Milliseconds(*time, 1)};
 }
 
 } // namespace

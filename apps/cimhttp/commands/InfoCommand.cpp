@@ -14,10 +14,10 @@
 #include "output/Listing.h"
 #include "output/ListingText.h"
 #include "output/ValueTexts.h"
+#include "text/TimeText.h"
 #include "text/WordList.h"
 
 #include <chrono>
-#include <cstdio>
 #include <optional>
 #include <ostream>
 
@@ -29,12 +29,7 @@ using NQORVYX20::TCIMContext;
 
 constexpr std::chrono::seconds kProbeTimeout{5};
 
-std::string Milliseconds(std::chrono::microseconds time) {
-    constexpr double kMicrosecondsPerMillisecond = 1000;
-    char text[32];
-    std::snprintf(text, sizeof text, "%.1f ms", static_cast<double>(time.count()) / kMicrosecondsPerMillisecond);
-    return text;
-}
+std::string TimeText(std::chrono::microseconds time) { return Milliseconds(time, 1) + " ms"; }
 
 std::string ProviderText(const Plugin& plugin) {
     const auto provider = plugin.Provider();
@@ -161,7 +156,7 @@ class OperationTrials {
   public:
     void Add(const std::string& operation, const Session::Trial& trial) {
         if (!trial.failure) {
-            Add(operation, Milliseconds(trial.time), "supported");
+            Add(operation, TimeText(trial.time), "supported");
         } else if (IsUnsupported(*trial.failure)) {
             Add(operation, "not supported", "not supported");
         } else {
@@ -299,7 +294,7 @@ class InfoCommand : public Command {
         trials.AddTo(findings);
         if (isReached) {
             findings.AddTime("round trip",
-                             Milliseconds(probe.connectTime) + ", names of all classes " + Milliseconds(classes.time));
+                             TimeText(probe.connectTime) + ", names of all classes " + TimeText(classes.time));
         }
         if (context.Format(*this) == OutputFormat::kJson) {
             findings.WriteJson(context.output);

@@ -63,8 +63,7 @@ bool InstanceFilter::Accepts(const ICIMInstance& instance, const ValueTexts& tex
             return false;
         }
         if (answer == Condition::Answer::kUnknown) {
-            ++values.count;
-            values.first = condition.PropertyName() + '=' + RawText(property->GetValue(TCIMContext()));
+            values.Add({1, condition.PropertyName() + '=' + RawText(property->GetValue(TCIMContext()))});
         }
     }
     uncompared.Add(values);

@@ -12,9 +12,9 @@
 #include "output/ListingText.h"
 #include "output/ValueTexts.h"
 #include "selection/KeyValue.h"
-#include "selection/ParsedText.h"
 #include "selection/ValuePlace.h"
 #include "text/Names.h"
+#include "text/ParsedText.h"
 #include "text/TerminalText.h"
 #include "text/WordList.h"
 

@@ -27,11 +27,6 @@ namespace {
 
 bool IsForPeople(OutputFormat format) { return format == OutputFormat::kTable || format == OutputFormat::kPlain; }
 
-void SayThatNoneMatches(std::size_t count, std::ostream& errors) {
-    errors << "cimhttp: no instance matches; without --where there "
-           << (count == 1 ? "is 1" : "are " + std::to_string(count)) << '\n';
-}
-
 /// As `instance --key` takes them, a key a line.
 void WriteKeyLines(const std::vector<TCIMReference>& paths, std::ostream& output) {
     const char* separator = "";
@@ -122,7 +117,7 @@ class InstancesCommand : public Command {
                               const Session& session, const CommandContext& context) const {
         auto [properties, instances, count, uncompared] = reader.Read();
         if (instances.empty() && count > 0) {
-            SayThatNoneMatches(count, context.errors);
+            SayThatNoInstanceMatches(count, context.errors);
         }
         limit.Apply(instances);
         if (!instances.empty() || count == 0 || !IsForPeople(format)) { // programs get an empty list
@@ -147,7 +142,7 @@ class InstancesCommand : public Command {
             written += instances.size();
         });
         if (written == 0 && reading.count > 0) {
-            SayThatNoneMatches(reading.count, context.errors);
+            SayThatNoInstanceMatches(reading.count, context.errors);
         }
         sink->End();
         return reading.uncompared;

@@ -16,8 +16,6 @@ namespace {
 
 std::string JsonOrNull(const std::optional<std::string>& text) { return text ? JsonText(*text) : "null"; }
 
-Cell CellOf(const std::optional<std::string>& text) { return text ? Cell(*text) : Cell::Null(); }
-
 /// Lists of paths are JSON in CSV, so that they can be taken apart again.
 Cell CellOf(const std::optional<std::vector<std::string>>& paths, OutputFormat format) {
     if (!paths) {
@@ -39,8 +37,7 @@ std::string ProfileJson(const RegisteredProfile& profile) {
 Listing ListingOf(const std::vector<RegisteredProfile>& profiles, OutputFormat format) {
     Listing listing({{"Organization"}, Listing::Key("Name"), Listing::Key("Version"), {"Central instances"}});
     for (const RegisteredProfile& profile : profiles) {
-        listing.AddRow({CellOf(profile.organization), CellOf(profile.name), CellOf(profile.version),
-                        CellOf(profile.centralInstances, format)});
+        listing.AddRow({profile.organization, profile.name, profile.version, CellOf(profile.centralInstances, format)});
     }
     return listing;
 }

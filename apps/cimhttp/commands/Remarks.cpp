@@ -10,6 +10,16 @@
 
 namespace cimhttp {
 
+namespace {
+
+void SayThatNoneMatches(const char* thing, const char* restriction, std::size_t count, const std::string& hint,
+                        std::ostream& errors) {
+    errors << "cimhttp: no " << thing << " matches; without " << restriction << " there "
+           << (count == 1 ? "is 1" : "are " + std::to_string(count)) << hint << '\n';
+}
+
+} // namespace
+
 int ReportRemark(const std::string& remark, const CommandContext& context) {
     if (remark.empty()) {
         return 0;
@@ -26,6 +36,16 @@ int ReportIncidents(const IncidentTally& incidents, const CommandContext& contex
     const auto level = context.options.logLevel;
     const bool listsAll = level && *level >= NQORVYX20::ILogger::eLogWarning;
     return ReportRemark(incidents.Text() + (listsAll ? "" : "; --log warning lists all"), context);
+}
+
+void SayThatNoClassMatches(const std::string& pattern, std::size_t count, std::ostream& errors) {
+    const bool isPattern = pattern.find_first_of("*?") != std::string::npos;
+    const std::string hint = isPattern ? "" : " (a part of a name is '*" + Printable(pattern) + "*')";
+    SayThatNoneMatches("class", "the pattern", count, hint, errors);
+}
+
+void SayThatNoInstanceMatches(std::size_t count, std::ostream& errors) {
+    SayThatNoneMatches("instance", "--where", count, "", errors);
 }
 
 } // namespace cimhttp

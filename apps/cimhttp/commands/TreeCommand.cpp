@@ -47,19 +47,8 @@ void Draw(const ClassTree& tree, const std::vector<std::string>& roots, const Tr
 
 std::string ClassJson(const ClassTree& tree, const std::string& name, std::size_t depth) {
     CheckDepth(name, depth);
-    JsonArray subclasses;
-    for (const std::string& subclass : tree.SubclassesOf(name)) {
-        subclasses.Add(ClassJson(tree, subclass, depth + 1));
-    }
-    return JsonObject().Add("name", JsonText(name)).Add("subclasses", subclasses.Text()).Text();
-}
-
-void WriteJson(const ClassTree& tree, const std::vector<std::string>& roots, std::ostream& output) {
-    JsonArray json;
-    for (const std::string& root : roots) {
-        json.Add(ClassJson(tree, root, 1));
-    }
-    output << json.Text() << '\n';
+    const auto below = [&](const std::string& subclass) { return ClassJson(tree, subclass, depth + 1); };
+    return JsonObject().Add("name", JsonText(name)).Add("subclasses", JsonArray(tree.SubclassesOf(name), below)).Text();
 }
 
 void AddRows(const ClassTree& tree, const std::string& name, const Cell& superclass, std::size_t depth,
@@ -119,7 +108,8 @@ class TreeCommand : public Command {
         const auto roots = RootsOf(tree, root_, session.Place(), classes);
         switch (context.Format(*this)) {
         case OutputFormat::kJson:
-            WriteJson(tree, roots, context.output);
+            context.output << JsonArray(roots, [&](const std::string& root) { return ClassJson(tree, root, 1); })
+                           << '\n';
             break;
         case OutputFormat::kCsv:
             WriteCsv(tree, roots, context);

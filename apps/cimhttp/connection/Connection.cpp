@@ -3,8 +3,11 @@
 #include "Choices.h"
 #include "Failure.h"
 #include "Options.h"
+#include "cimhttp/ContextKeys.h"
 #include "connection/ConnectionStore.h"
+#include "connection/PathReader.h"
 #include "connection/TerminalPrompt.h"
+#include "host/TCIMValue.h"
 #include "text/Ascii.h"
 #include "text/TerminalText.h"
 
@@ -13,11 +16,14 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <utility>
 
 namespace cimhttp {
 
 namespace {
+
+using namespace NQORVYX20;
 
 constexpr const char* kDefaultConnection = "default";
 
@@ -171,7 +177,7 @@ TlsSettings CheckedSettings(TlsSettings settings, bool tls) {
 
 std::string NamespaceOf(const Options& options) {
     const std::string name = options.nameSpace.value_or(kUsualNamespace);
-    std::string withoutSlash = !name.empty() && name.front() == '/' ? name.substr(1) : name;
+    std::string withoutSlash = WithoutLeadingSlash(name);
     if (withoutSlash.empty()) {
         Refuse("which namespace? '" + name + "' names none");
     }
@@ -204,6 +210,12 @@ Connection ConnectionOfComplete(const Options& options) {
 
 std::string Bracketed(const std::string& host) { return host.find(':') == std::string::npos ? host : '[' + host + ']'; }
 
+void Put(const char* key, const std::optional<std::string>& text, TCIMContext& context) {
+    if (text) {
+        context.emplace(key, TCIMValue(*text));
+    }
+}
+
 } // namespace
 
 std::string Connection::Url() const {
@@ -222,6 +234,20 @@ bool Connection::IsLoopback() const {
     return EqualIgnoringCase(host, "localhost") ||
            (::inet_pton(AF_INET, host.c_str(), &four) == 1 && ntohl(four.s_addr) >> kNetworkBits == IN_LOOPBACKNET) ||
            (::inet_pton(AF_INET6, host.c_str(), &six) == 1 && IN6_IS_ADDR_LOOPBACK(&six));
+}
+
+TCIMContext Connection::Context() const {
+    const auto milliseconds = std::chrono::milliseconds(timeout).count();
+    TCIMContext context{{kNamespaceKey, TCIMValue(nameSpace)},
+                        {kTlsKey, TCIMValue(tls)},
+                        {kLenientKey, TCIMValue(!strict)},
+                        {kTimeoutKey, TCIMValue(static_cast<std::uint32_t>(milliseconds))}};
+    Put(kTrustKey, tlsSettings.ca, context);
+    Put(kFingerprintKey, tlsSettings.fingerprint, context);
+    Put(kClientCertificateKey, tlsSettings.certificate, context);
+    Put(kClientKeyKey, tlsSettings.key, context);
+    Put(kTraceKey, trace, context);
+    return context;
 }
 
 Connection ConnectionOf(const Options& options) {

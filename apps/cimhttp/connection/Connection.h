@@ -3,6 +3,7 @@
 #include "access/ServerProbe.h"
 #include "connection/ServerName.h"
 #include "connection/TlsSettings.h"
+#include "host/TCIMContext.h"
 
 #include <algorithm>
 #include <chrono>
@@ -65,6 +66,9 @@ struct Connection {
 
     /// Whether what is sent does not leave this machine.
     bool IsLoopback() const;
+
+    /// What the plug-in is told when a namespace is made for the connection, see cimhttp/ContextKeys.h.
+    NQORVYX20::TCIMContext Context() const;
 };
 
 /// The connection that the options ask for: what they say counts first, then the named connection that they choose, or

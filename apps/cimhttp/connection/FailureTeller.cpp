@@ -4,8 +4,8 @@
 #include "connection/Connection.h"
 #include "connection/FailedConnect.h"
 #include "connection/RemoteReason.h"
-#include "connection/ServerFailure.h"
 #include "host/TVYXException.h"
+#include "text/WordList.h"
 
 namespace cimhttp {
 
@@ -28,8 +28,8 @@ Failure FailureTeller::NotConnected(const RemoteFailure& failure) const {
 }
 
 Failure FailureTeller::ConnectTimedOut() const {
-    const auto seconds = connection_.ConnectTimeout().count();
-    return NoConnection("it took longer than " + std::to_string(seconds) + (seconds == 1 ? " second" : " seconds"));
+    const auto seconds = static_cast<std::size_t>(connection_.ConnectTimeout().count());
+    return NoConnection("it took longer than " + Counted(seconds, "second", "seconds"));
 }
 
 Failure FailureTeller::NoConnection(const std::string& reason) const {

@@ -1,19 +1,28 @@
 #pragma once
 
 #include "Failure.h"
+#include "HostTypes.h"
 #include "cimhttp/RemoteFailure.h"
 
 #include <string>
-
-namespace NQORVYX20 {
-class ICIMNamespace;
-class TVYXException;
-} // namespace NQORVYX20
+#include <utility>
 
 namespace cimhttp {
 
 struct Connection;
 class PluginAccess;
+
+/// A failure of the server, or of the way to it, with what the plug-in says of it.
+class ServerFailure : public Failure {
+  public:
+    ServerFailure(ExitStatus status, const std::string& text, NQORVYX20::RemoteFailure reason)
+        : Failure(status, text), reason_(std::move(reason)) {}
+
+    const NQORVYX20::RemoteFailure& Reason() const { return reason_; }
+
+  private:
+    NQORVYX20::RemoteFailure reason_;
+};
 
 /// Turns what goes wrong at one server into the Failure that the user reads: it names the thing asked for, the reason
 /// and what to try.

@@ -1,5 +1,7 @@
 #include "connection/IncidentTally.h"
 
+#include "text/WordList.h"
+
 #include <algorithm>
 #include <numeric>
 
@@ -79,7 +81,7 @@ std::string IncidentTally::Text() const {
                                        [](std::size_t sum, const auto& count) { return sum + count.second; });
     const bool areValues =
         std::all_of(counts_.begin(), counts_.end(), [](const auto& count) { return IsAboutValue(count.first); });
-    return std::to_string(total) + (areValues ? " value" : " thing") + (total == 1 ? "" : "s") +
+    return (areValues ? Counted(total, "value", "values") : Counted(total, "thing", "things")) +
            " could not be taken over (" + causes + ')' + (first_ ? AboutFirst(*first_) : std::string());
 }
 

@@ -1,6 +1,9 @@
 #include "connection/OperationStatistics.h"
 
+#include "text/TimeText.h"
+
 #include <array>
+#include <chrono>
 #include <cstdio>
 #include <ostream>
 
@@ -10,11 +13,8 @@ namespace {
 
 constexpr const char* kNoTime = "-";
 
-std::string Milliseconds(std::uint64_t microseconds) {
-    constexpr double kMicroseconds = 1000;
-    std::array<char, 48> text{};
-    std::snprintf(text.data(), text.size(), "%.3f ms", static_cast<double>(microseconds) / kMicroseconds);
-    return text.data();
+std::string TimeText(std::uint64_t microseconds) {
+    return Milliseconds(std::chrono::microseconds(microseconds), 3) + " ms";
 }
 
 void WriteColumns(std::ostream& stream, const std::string& name, const std::string& requests, const std::string& sent,
@@ -57,10 +57,10 @@ void OperationStatistics::Write(std::ostream& stream) const {
 
 void OperationStatistics::WriteLine(std::ostream& stream, const std::string& name, const Sums& sums) {
     const std::string known = sums.serverTimes == 0              ? kNoTime
-                              : sums.serverTimes < sums.requests ? '>' + Milliseconds(sums.serverTime)
-                                                                 : Milliseconds(sums.serverTime);
+                              : sums.serverTimes < sums.requests ? '>' + TimeText(sums.serverTime)
+                                                                 : TimeText(sums.serverTime);
     WriteColumns(stream, name, std::to_string(sums.requests), std::to_string(sums.sent), std::to_string(sums.received),
-                 Milliseconds(sums.roundTrip), known);
+                 TimeText(sums.roundTrip), known);
 }
 
 } // namespace cimhttp

@@ -1,7 +1,6 @@
 #include "connection/RemoteReason.h"
 
 #include "connection/CertificateText.h"
-#include "connection/CimStatus.h"
 #include "connection/Connection.h"
 
 namespace cimhttp {

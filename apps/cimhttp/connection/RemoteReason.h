@@ -9,6 +9,14 @@ namespace cimhttp {
 
 struct Connection;
 
+// Status codes of CIM (DSP0200), of which a RemoteFailure tells.
+constexpr unsigned kCimAccessDenied = 2;
+constexpr unsigned kCimInvalidNamespace = 3;
+constexpr unsigned kCimInvalidParameter = 4;
+constexpr unsigned kCimInvalidClass = 5;
+constexpr unsigned kCimNotFound = 6;
+constexpr unsigned kCimNotSupported = 7;
+
 /// What a remote failure means to the user, by its kind.
 class RemoteReason {
   public:

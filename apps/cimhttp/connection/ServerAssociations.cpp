@@ -1,7 +1,7 @@
 #include "connection/ServerAssociations.h"
 
-#include "connection/CimStatus.h"
 #include "connection/PathReader.h"
+#include "connection/RemoteReason.h"
 #include "connection/ServerSchema.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMNamespace.h"
@@ -14,10 +14,7 @@ namespace cimhttp {
 
 namespace {
 
-using NQORVYX20::ICIMInstance;
-using NQORVYX20::ICIMNamespace;
-using NQORVYX20::RemoteFailure;
-using NQORVYX20::TCIMReference;
+using namespace NQORVYX20;
 
 bool HasName(const std::vector<std::string>& names, const std::string& name) {
     return std::any_of(names.begin(), names.end(), [&](const std::string& one) { return IsSameName(one, name); });

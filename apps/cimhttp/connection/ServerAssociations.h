@@ -1,5 +1,6 @@
 #pragma once
 
+#include "HostTypes.h"
 #include "access/AssociationQuery.h"
 #include "access/RemoteModel.h"
 #include "connection/Session.h"
@@ -9,10 +10,6 @@
 
 #include <string>
 #include <vector>
-
-namespace NQORVYX20 {
-class ICIMInstance;
-} // namespace NQORVYX20
 
 namespace cimhttp {
 

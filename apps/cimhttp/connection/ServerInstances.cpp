@@ -1,7 +1,6 @@
 #include "connection/ServerInstances.h"
 
 #include "cimhttp/ContextKeys.h"
-#include "connection/CimStatus.h"
 #include "connection/PathReader.h"
 #include "connection/RemoteReason.h"
 #include "connection/ServerSchema.h"
@@ -18,14 +17,7 @@ namespace cimhttp {
 
 namespace {
 
-using NQORVYX20::ICIMClass;
-using NQORVYX20::ICIMInstance;
-using NQORVYX20::ICIMNamespace;
-using NQORVYX20::RemoteFailure;
-using NQORVYX20::TCIMContext;
-using NQORVYX20::TCIMReference;
-using NQORVYX20::TCIMValue;
-using NQORVYX20::TVYXException;
+using namespace NQORVYX20;
 
 using Instances = ServerInstances::Instances;
 
@@ -36,7 +28,7 @@ TCIMContext ReadingContext(const std::vector<std::string>& properties) {
     TCIMContext context;
     if (!properties.empty()) {
         const std::vector<TCIMValue> names(properties.begin(), properties.end());
-        context.emplace(NQORVYX20::kPropertiesKey, TCIMValue(TCIMValue::TCIMType::eCIMString, 0, names));
+        context.emplace(kPropertiesKey, TCIMValue(TCIMValue::TCIMType::eCIMString, 0, names));
     }
     return context;
 }
@@ -121,7 +113,7 @@ Instances ServerInstances::Of(ICIMClass& cls, bool deep, const std::vector<std::
 std::unique_ptr<InstanceSequence>
 ServerInstances::Open(ICIMClass& cls, bool deep, const std::vector<std::string>& properties, std::size_t held) const {
     TCIMContext context = ReadingContext(properties);
-    context.emplace(NQORVYX20::kHeldKey, TCIMValue(static_cast<unsigned long long>(held)));
+    context.emplace(kHeldKey, TCIMValue(static_cast<unsigned long long>(held)));
     return session_.Access().OpenInstances(session_.Namespace(), cls, deep, context);
 }
 

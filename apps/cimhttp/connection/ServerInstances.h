@@ -1,5 +1,6 @@
 #pragma once
 
+#include "HostTypes.h"
 #include "access/InstanceSequence.h"
 #include "connection/Session.h"
 #include "host/TCIMReference.h"
@@ -10,11 +11,6 @@
 #include <memory>
 #include <string>
 #include <vector>
-
-namespace NQORVYX20 {
-class ICIMClass;
-class ICIMInstance;
-} // namespace NQORVYX20
 
 namespace cimhttp {
 

@@ -2,9 +2,9 @@
 
 #include "Failure.h"
 #include "text/Ascii.h"
+#include "text/ParsedText.h"
 
 #include <algorithm>
-#include <charconv>
 
 namespace cimhttp {
 
@@ -61,10 +61,8 @@ std::optional<bool> TlsOfPort(int port) {
 }
 
 std::optional<int> ParsePort(const std::string& text) {
-    int port = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), port);
-    const bool isPort = error == std::errc() && end == text.data() + text.size() && port > 0 && port <= kHighestPort;
-    return isPort ? std::optional(port) : std::nullopt;
+    const auto port = NumberIn<int>(text);
+    return port && *port > 0 && *port <= kHighestPort ? port : std::nullopt;
 }
 
 ServerName ParseServerName(const std::string& text) {

@@ -10,12 +10,7 @@ namespace cimhttp {
 
 namespace {
 
-using NQORVYX20::ICIMClass;
-using NQORVYX20::ICIMNamespace;
-using NQORVYX20::RemoteFailure;
-using NQORVYX20::TCIMContext;
-using NQORVYX20::TVYXException;
-using NQORVYX20::TVYXStatusCode;
+using namespace NQORVYX20;
 
 /// Reads; what goes wrong remotely becomes a Failure about `thing`.
 template <typename Operation>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Failure.h"
+#include "HostTypes.h"
 #include "access/RemoteModel.h"
 #include "connection/Session.h"
 
@@ -9,10 +10,6 @@
 #include <stdexcept>
 #include <string>
 #include <vector>
-
-namespace NQORVYX20 {
-class ICIMClass;
-} // namespace NQORVYX20
 
 namespace cimhttp {
 

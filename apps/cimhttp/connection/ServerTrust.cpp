@@ -3,7 +3,6 @@
 #include "Failure.h"
 #include "Options.h"
 #include "connection/CertificateText.h"
-#include "connection/ConnectionContext.h"
 #include "connection/FailedConnect.h"
 #include "connection/KnownServers.h"
 #include "connection/Plugin.h"
@@ -37,7 +36,7 @@ TlsDetails Look(const PluginAccess& access, const Connection& connection, const 
 /// What the plug-in does not accept is told when the connection is made.
 bool PolicyVerifies(const Plugin& plugin, const Connection& connection) {
     try {
-        const auto nameSpace = plugin.AllocateNamespace(ContextOf(connection));
+        const auto nameSpace = plugin.AllocateNamespace(connection.Context());
         return plugin.Access().WouldVerify(*nameSpace, connection.host, connection.Port());
     } catch (const NQORVYX20::TVYXException&) {
         return false;

@@ -4,7 +4,6 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <system_error>
@@ -46,16 +45,13 @@ int TryUntil(int descriptor, Clock::time_point end) {
 
 FileLock::FileLock(const std::string& path, std::chrono::milliseconds timeout)
     : descriptor_(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, kOnlyOwner)) {
-    if (descriptor_ < 0) {
+    if (descriptor_.Number() < 0) {
         Fail(path, std::generic_category().message(errno));
     }
-    const int error = TryUntil(descriptor_, Clock::now() + timeout);
+    const int error = TryUntil(descriptor_.Number(), Clock::now() + timeout);
     if (error != 0) {
-        ::close(descriptor_);
         Fail(path, Reason(error, path));
     }
 }
-
-FileLock::~FileLock() { ::close(descriptor_); }
 
 } // namespace cimhttp

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Descriptor.h"
+
 #include <chrono>
 #include <string>
 
@@ -13,12 +15,9 @@ class FileLock {
     /// Makes the file where there is none. Waits for one that holds the lock, but no longer than `timeout`. Throws
     /// Failure(kOther), naming the file, when the lock cannot be had.
     FileLock(const std::string& path, std::chrono::milliseconds timeout);
-    ~FileLock();
-    FileLock(const FileLock&) = delete;
-    FileLock& operator=(const FileLock&) = delete;
 
   private:
-    int descriptor_;
+    Descriptor descriptor_;
 };
 
 } // namespace cimhttp

@@ -1,6 +1,6 @@
 #include "interop/InteropNamespace.h"
 
-#include "connection/CimStatus.h"
+#include "connection/RemoteReason.h"
 
 namespace cimhttp {
 

@@ -9,6 +9,7 @@
 #include "interop/InteropNamespace.h"
 #include "output/InstanceProperties.h"
 #include "output/ValueTexts.h"
+#include "text/WordList.h"
 
 #include <algorithm>
 #include <tuple>
@@ -103,10 +104,9 @@ void ProfileSearch::FindCentralInstances(RegisteredProfile& profile) {
 }
 
 std::string ProfileSearch::Remark() const {
-    return unknownCount_ == 0
-               ? std::string()
-               : "the central instances of " + std::to_string(unknownCount_) +
-                     (unknownCount_ == 1 ? " profile" : " profiles") + " are not known; the first: " + firstFailure_;
+    return unknownCount_ == 0 ? std::string()
+                              : "the central instances of " + Counted(unknownCount_, "profile", "profiles") +
+                                    " are not known; the first: " + firstFailure_;
 }
 
 } // namespace cimhttp

@@ -1,13 +1,11 @@
 #pragma once
 
+#include "HostTypes.h"
+
 #include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
-
-namespace NQORVYX20 {
-class ICIMInstance;
-} // namespace NQORVYX20
 
 namespace cimhttp {
 

@@ -33,40 +33,35 @@ std::string FeatureJson(JsonObject object, const Feature& feature) {
         .Text();
 }
 
+std::string ParameterJson(const RemoteParameter& parameter) {
+    return ElementJson(parameter.name, parameter.type)
+        .Add("direction", JsonText(DirectionOf(parameter)))
+        .Add("qualifiers", QualifiersJson(parameter.qualifiers))
+        .Text();
+}
+
+std::string PropertyJson(const RemoteProperty& property) {
+    JsonObject object = ElementJson(property.name, property.type);
+    return FeatureJson(object.Add("default", JsonValue(property.defaultValue)), property);
+}
+
 std::string MethodJson(const RemoteMethod& method) {
-    JsonArray parameters;
-    for (const RemoteParameter& parameter : method.parameters) {
-        parameters.Add(ElementJson(parameter.name, parameter.type)
-                           .Add("direction", JsonText(DirectionOf(parameter)))
-                           .Add("qualifiers", QualifiersJson(parameter.qualifiers))
-                           .Text());
-    }
-    return FeatureJson(ElementJson(method.name, method.type).Add("parameters", parameters.Text()), method);
+    JsonObject object = ElementJson(method.name, method.type);
+    return FeatureJson(object.Add("parameters", JsonArray(method.parameters, ParameterJson)), method);
 }
 
 } // namespace
 
 std::string ClassJson(const RemoteClass& cls) {
-    JsonArray properties;
-    for (const RemoteProperty& property : cls.properties) {
-        properties.Add(FeatureJson(
-            ElementJson(property.name, property.type).Add("default", JsonValue(property.defaultValue)), property));
-    }
     return JsonObject()
         .Add("name", JsonText(cls.name))
         .Add("superclass", cls.superclass.empty() ? "null" : JsonText(cls.superclass))
         .Add("qualifiers", QualifiersJson(cls.qualifiers))
-        .Add("properties", properties.Text())
+        .Add("properties", JsonArray(cls.properties, PropertyJson))
         .Add("methods", MethodsJson(cls))
         .Text();
 }
 
-std::string MethodsJson(const RemoteClass& cls) {
-    JsonArray methods;
-    for (const RemoteMethod& method : cls.methods) {
-        methods.Add(MethodJson(method));
-    }
-    return methods.Text();
-}
+std::string MethodsJson(const RemoteClass& cls) { return JsonArray(cls.methods, MethodJson); }
 
 } // namespace cimhttp

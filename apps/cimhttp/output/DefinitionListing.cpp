@@ -21,7 +21,7 @@ std::string ParametersText(const RemoteMethod& method) {
     return Joined(parameters);
 }
 
-std::string FlavorText(const RemoteFlavor& flavor) { return Joined(UnusualFlavors({{}, {}, flavor})); }
+std::string FlavorText(const RemoteFlavor& flavor) { return Joined(UnusualFlavors(flavor)); }
 
 void AddQualifiers(const std::string& element, const std::vector<RemoteQualifier>& qualifiers, Listing& listing) {
     for (const RemoteQualifier& qualifier : qualifiers) {

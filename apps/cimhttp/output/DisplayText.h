@@ -1,11 +1,9 @@
 #pragma once
 
+#include "HostTypes.h"
+
 #include <string>
 #include <vector>
-
-namespace NQORVYX20 {
-class TCIMValue;
-} // namespace NQORVYX20
 
 namespace cimhttp {
 

@@ -40,14 +40,7 @@ std::string OneJson(const EmbeddedObject& object) {
 
 /// Embedded objects: one or, of an array, an array of them.
 std::string ObjectsJson(const std::vector<EmbeddedObject>& objects, bool isArray) {
-    if (!isArray) {
-        return OneJson(objects.front());
-    }
-    JsonArray array;
-    for (const EmbeddedObject& object : objects) {
-        array.Add(OneJson(object));
-    }
-    return array.Text();
+    return isArray ? JsonArray(objects, OneJson) : OneJson(objects.front());
 }
 
 } // namespace

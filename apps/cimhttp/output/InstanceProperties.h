@@ -1,16 +1,11 @@
 #pragma once
 
+#include "HostTypes.h"
+
 #include <boost/shared_ptr.hpp>
 
 #include <string>
 #include <vector>
-
-namespace NQORVYX20 {
-class ICIMClass;
-class ICIMInstance;
-class ICIMProperty;
-class ICIMPropertyDecl;
-} // namespace NQORVYX20
 
 namespace cimhttp {
 

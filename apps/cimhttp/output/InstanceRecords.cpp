@@ -23,11 +23,11 @@ std::string RawOrJson(const TCIMValue& value) {
 
 /// A JSON array of the texts of an array's elements, in which null stays null.
 std::string TextsJson(const std::vector<TCIMValue>& elements, const std::vector<std::string>& texts) {
-    JsonArray json;
-    for (std::size_t i = 0; i < elements.size(); ++i) {
-        json.Add(elements[i].IsNull() ? "null" : JsonText(texts[i]));
-    }
-    return json.Text();
+    auto text = texts.begin();
+    return JsonArray(elements, [&](const TCIMValue& element) {
+        const std::string& shown = *text++;
+        return element.IsNull() ? "null" : JsonText(shown);
+    });
 }
 
 std::string Text(const ICIMInstance& instance, const ICIMProperty& property, const ValueTexts& texts, bool isRaw) {

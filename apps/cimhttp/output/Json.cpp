@@ -158,11 +158,6 @@ JsonObject& JsonObject::AddMembers(std::string_view members) {
     return *this;
 }
 
-void JsonArray::Add(std::string_view json) {
-    text_ += text_.empty() ? '[' : ',';
-    text_ += json;
-}
-
 std::ostream& JsonLines::Next() {
     output_ << (isEmpty_ ? "[\n" : ",\n");
     isEmpty_ = false;

@@ -1,13 +1,11 @@
 #pragma once
 
+#include "HostTypes.h"
+
 #include <iosfwd>
 #include <string>
 #include <string_view>
 #include <vector>
-
-namespace NQORVYX20 {
-class TCIMValue;
-} // namespace NQORVYX20
 
 namespace cimhttp {
 
@@ -40,16 +38,15 @@ class JsonObject {
     std::string text_;
 };
 
-/// Puts an array together.
-class JsonArray {
-  public:
-    void Add(std::string_view json);
-
-    std::string Text() const { return text_.empty() ? "[]" : text_ + ']'; }
-
-  private:
-    std::string text_;
-};
+/// An array in one line; `json` makes the JSON of an element.
+template <typename Elements, typename Json>
+std::string JsonArray(const Elements& elements, const Json& json) {
+    std::string text;
+    for (const auto& element : elements) {
+        text += (text.empty() ? "[" : ",") + json(element);
+    }
+    return text.empty() ? "[]" : text + ']';
+}
 
 /// Writes an array to a stream, each element on a line of its own. Nothing is written before the first.
 class JsonLines {

@@ -3,6 +3,7 @@
 #include "host/TCIMValue.h"
 #include "table/Column.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,7 @@ namespace cimhttp {
 struct Cell {
     /*implicit*/ Cell(const std::string& shown) : value(shown), text(shown) {}
     /*implicit*/ Cell(const char* shown) : value(shown), text(shown) {}
+    /*implicit*/ Cell(const std::optional<std::string>& shown) : Cell(shown ? Cell(*shown) : Null()) {}
     Cell(NQORVYX20::TCIMValue held, std::string shown) : value(std::move(held)), text(std::move(shown)) {}
 
     /// A cell without a value.

@@ -1,12 +1,10 @@
 #pragma once
 
+#include "HostTypes.h"
+
 #include <cstddef>
 #include <string>
 #include <vector>
-
-namespace NQORVYX20 {
-class TCIMValue;
-} // namespace NQORVYX20
 
 namespace cimhttp {
 

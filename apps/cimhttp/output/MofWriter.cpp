@@ -198,9 +198,7 @@ std::string MethodSignature(const RemoteMethod& method) {
     return text + ')';
 }
 
-std::vector<std::string> UnusualFlavors(const RemoteQualifier& qualifier) {
-    return DifferingFlavors(qualifier.flavor, RemoteFlavor());
-}
+std::vector<std::string> UnusualFlavors(const RemoteFlavor& flavor) { return DifferingFlavors(flavor, RemoteFlavor()); }
 
 std::string ClassMof(const RemoteClass& cls, const std::vector<RemoteQualifierDeclaration>& declarations,
                      bool isWhole) {

@@ -8,8 +8,8 @@
 namespace cimhttp {
 
 struct RemoteClass;
+struct RemoteFlavor;
 struct RemoteMethod;
-struct RemoteQualifier;
 struct RemoteQualifierDeclaration;
 struct RemoteType;
 
@@ -23,7 +23,7 @@ std::string MofArray(const RemoteType& type);
 std::string MethodSignature(const RemoteMethod& method);
 
 /// Flavors with the words of MOF, those that differ from the usual ones (EnableOverride, ToSubclass).
-std::vector<std::string> UnusualFlavors(const RemoteQualifier& qualifier);
+std::vector<std::string> UnusualFlavors(const RemoteFlavor& flavor);
 
 /// A class as its declaration stands in MOF (DSP0004 annex A), below its superclass and with the features of its own;
 /// what it inherits is named in comments. With `isWhole`, the class as it is without any other: no superclass, all

@@ -9,9 +9,7 @@ namespace cimhttp {
 
 namespace {
 
-using NQORVYX20::TCIMContext;
-using NQORVYX20::TCIMReference;
-using NQORVYX20::TCIMValue;
+using namespace NQORVYX20;
 
 TCIMReference WithKeys(const TCIMReference& reference, const KeyPredicate& isWanted) {
     TCIMReference result({}, TCIMContext());

@@ -1,15 +1,10 @@
 #pragma once
 
+#include "HostTypes.h"
 #include "cimhttp/DisplayTexts.h"
 #include "output/DisplayText.h"
 
 #include <boost/shared_ptr.hpp>
-
-namespace NQORVYX20 {
-class ICIMInstance;
-class ICIMProperty;
-class ICIMPropertyDecl;
-} // namespace NQORVYX20
 
 namespace cimhttp {
 

@@ -1,17 +1,12 @@
 #pragma once
 
+#include "HostTypes.h"
 #include "selection/ValuePlace.h"
 
 #include <array>
 #include <cstddef>
 #include <optional>
 #include <string>
-
-namespace NQORVYX20 {
-class ICIMInstance;
-class ICIMProperty;
-class ICIMPropertyDecl;
-} // namespace NQORVYX20
 
 namespace cimhttp {
 

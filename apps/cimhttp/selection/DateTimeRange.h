@@ -1,11 +1,9 @@
 #pragma once
 
+#include "HostTypes.h"
+
 #include <optional>
 #include <string>
-
-namespace NQORVYX20 {
-class TCIMDateTime;
-} // namespace NQORVYX20
 
 namespace cimhttp {
 

@@ -1,7 +1,7 @@
 #include "selection/KeyValue.h"
 
 #include "host/TVYXException.h"
-#include "selection/ParsedText.h"
+#include "text/ParsedText.h"
 
 namespace cimhttp {
 

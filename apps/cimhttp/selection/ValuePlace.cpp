@@ -2,7 +2,7 @@
 
 #include "output/DisplayText.h"
 #include "selection/DateTimeRange.h"
-#include "selection/ParsedText.h"
+#include "text/ParsedText.h"
 
 #include <strings.h>
 

@@ -1,5 +1,6 @@
 #include "text/TimeText.h"
 
+#include <cstdio>
 #include <ctime>
 
 namespace cimhttp {
@@ -23,6 +24,12 @@ std::string TimeOfDay() { return Formatted("%H:%M:%S"); }
 std::string TimeWithZone() {
     std::string text = Formatted("%Y-%m-%dT%H:%M:%S%z");
     return text.insert(text.size() - kMinutesFromEnd, 1, ':');
+}
+
+std::string Milliseconds(std::chrono::microseconds time, int decimals) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.*f", decimals, std::chrono::duration<double, std::milli>(time).count());
+    return text;
 }
 
 } // namespace cimhttp

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <string>
 
 namespace cimhttp {
@@ -9,5 +10,8 @@ std::string TimeOfDay();
 
 /// The time now as programs read it, with the time zone (ISO 8601), `2026-11-21T08:39:00+01:00`.
 std::string TimeWithZone();
+
+/// A span in milliseconds with this many decimals, `12.3`.
+std::string Milliseconds(std::chrono::microseconds time, int decimals);
 
 } // namespace cimhttp
