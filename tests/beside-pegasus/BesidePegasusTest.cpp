@@ -21,8 +21,10 @@
 #include <vector>
 
 using namespace NQORVYX20;
+using testing::AnyOf;
 using testing::ElementsAre;
 using testing::ExitedWithCode;
+using testing::HasSubstr;
 
 extern "C" bool isTrapSet; // of the stand-in
 
@@ -39,20 +41,22 @@ class SetTrap {
     SetTrap& operator=(const SetTrap&) = delete;
 };
 
-/// The demangled names of the functions that a library defines for others.
-std::set<std::string> FunctionsOf(const std::string& library) {
+/// The demangled names of what a library defines for others: of functions, or of everything but the version itself.
+std::set<std::string> NamesIn(const std::string& library, bool isOfFunctions) {
     const auto run = support::RunProgram(NM, {"--dynamic", "--defined-only", "--demangle", library});
     EXPECT_EQ(run.status, 0) << run.errors;
     std::set<std::string> names;
     std::istringstream lines(run.output);
     for (std::string line; std::getline(lines, line);) {
         constexpr std::size_t kKind = 17; // after the address
-        if (line.size() > kKind + 2 && line[kKind] == 'T') {
+        if (line.size() > kKind + 2 && (isOfFunctions ? line[kKind] == 'T' : line[kKind] != 'A')) {
             names.insert(line.substr(kKind + 2, line.find('@') - kKind - 2));
         }
     }
     return names;
 }
+
+std::set<std::string> FunctionsOf(const std::string& library) { return NamesIn(library, true); }
 
 /// These names without the inline namespace.
 std::set<std::string> NamesInPegasusItself(const std::set<std::string>& names) {
@@ -124,6 +128,23 @@ class BesidePegasusTest : public testing::Test {
 };
 
 } // namespace
+
+TEST(Exports, TheClientLibraryOffersItsApiAndNothingElse) {
+    const auto names = NamesIn(CIMHTTP_CLIENT, false);
+    EXPECT_FALSE(names.empty());
+    for (const std::string& name : names) {
+        EXPECT_THAT(name, HasSubstr("Pegasus::bundled::"));
+    }
+    EXPECT_THAT(NamesIn(CIMHTTP_CLIENT_TLS, false), ElementsAre("PegasusTlsTransport"));
+}
+
+TEST(Exports, ThePluginOffersNothingOfTheLibrariesThatItIsMadeWith) {
+    const auto names = NamesIn(CIMHTTP_PLUGIN, false);
+    EXPECT_FALSE(names.empty());
+    for (const std::string& name : names) {
+        EXPECT_THAT(name, AnyOf(HasSubstr("NQORVYX20::"), HasSubstr("TCimHTTPRequestedClassParser")));
+    }
+}
 
 TEST(Standin, HasTheSymbolsOfTheApiOutsideTheInlineNamespace) {
     const auto standIn = FunctionsOf(STAND_IN);
