@@ -47,12 +47,15 @@ bool Show(const boost::shared_ptr<ICIMInstance>& instance) {
     return static_cast<bool>(std::cout); // go on, unless nobody reads any more
 }
 
-void Read(ICIMNamespace& nameSpace, const std::string& className) {
+/// True when nothing of the server's answers was left out.
+bool Read(ICIMNamespace& nameSpace, const std::string& className) {
     const auto cls = nameSpace.GetClass(className, TCIMContext()); // throws when the server does not have it
     cls->EnumerateInstances(Show, true, TCIMContext());
-    for (const ReadingIncident& incident : TakeIncidents(nameSpace).First()) {
+    const ReadingIncidents incidents = TakeIncidents(nameSpace);
+    for (const ReadingIncident& incident : incidents.First()) {
         std::cerr << "embed: left out: " << Harmless(incident.path + ' ' + incident.reason) << '\n';
     }
+    return incidents.Total() == 0;
 }
 
 } // namespace
@@ -67,7 +70,8 @@ int main(int argc, char** argv) try {
     const auto nameSpace = AllocateRemoteNamespace({{kReadingKey, TCIMValue(kFaithfulReading)}});
     try {
         ConnectNamespace(*nameSpace, argv[1], argc > 4 ? argv[4] : "", password != nullptr ? password : "", port);
-        Read(*nameSpace, argv[3]);
+        const bool isWhole = Read(*nameSpace, argv[3]);
+        return std::cout.flush() && isWhole ? 0 : 1;
     } catch (const TVYXException&) {
         const auto failure = LastFailure(*nameSpace); // empty when it was not the server
         if (!failure) {
@@ -76,7 +80,6 @@ int main(int argc, char** argv) try {
         std::cerr << "embed: " << Harmless(failure->text) << '\n';
         return 1;
     }
-    return std::cout.flush() ? 0 : 1;
 } catch (const std::exception& error) {
     std::cerr << "embed: " << error.what() << '\n';
     return 1;

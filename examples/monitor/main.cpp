@@ -3,7 +3,7 @@
 // reads ROUNDS times (0: until it is stopped), with SECONDS in between, NAMESPACES namespaces, which are dealt to the
 // hosts in turn. It writes a line for each round, and one for the namespaces of a host that fail, for another reason
 // than before, or that can be read again. The user and the password are in the variables CIMHTTP_USER and
-// CIMHTTP_PASSWORD. The exit status is 0 when all namespaces were read in the last round.
+// CIMHTTP_PASSWORD. The exit status is 0 when all namespaces were read in the last round, as a whole.
 
 #include "cimhttp/Connect.h"
 #include "cimhttp/ContextKeys.h"
@@ -127,7 +127,7 @@ void ReadAll(const Namespaces& namespaces, const std::string& className) {
     }
 }
 
-/// Whether all namespaces were read.
+/// Whether all namespaces were read, and nothing was left out.
 bool Report(unsigned long round, const Namespaces& namespaces) {
     std::size_t instances = 0;
     std::size_t incidents = 0;
@@ -146,7 +146,7 @@ bool Report(unsigned long round, const Namespaces& namespaces) {
     }
     std::cout << "round " << round << ": " << namespaces.size() - failed << " of " << namespaces.size()
               << " namespaces read, " << instances << " instances, " << incidents << " incidents" << std::endl;
-    return failed == 0;
+    return failed == 0 && incidents == 0;
 }
 
 } // namespace
