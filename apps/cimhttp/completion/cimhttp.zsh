@@ -180,13 +180,13 @@ _cimhttp_describe_command() {
 }
 
 _cimhttp() {
-    local program=$words[1] command='' argument='' word spec name
-    local -a server options places before given specs
+    local program=$words[1] command='' argument='' word option name
+    local -a server options places before given described
     local -A takes
     local -i i arguments=0 place=1
     before=(_cimhttp_commands)
-    for spec in $_cimhttp_general; do
-        name=${${spec#\(*\)}%%\[*}
+    for option in $_cimhttp_general; do
+        name=${${option#\(*\)}%%\[*}
         [[ $name != *[=+] ]] || takes[${name%[=+]}]=1
     done
     for ((i = 2; i < CURRENT; i++)); do
@@ -206,8 +206,8 @@ _cimhttp() {
             [[ $command != record ]] || before=(_cimhttp_commands _files _cimhttp_inner_commands)
             command=$word argument='' arguments=0
             _cimhttp_describe_command $command
-            for spec in $options; do
-                name=${${spec#\*}%%\[*}
+            for option in $options; do
+                name=${${option#\*}%%\[*}
                 [[ $name != *= ]] || takes[${name%=}]=1
             done
         else
@@ -215,13 +215,13 @@ _cimhttp() {
             arguments+=1
         fi
     done
-    specs=($_cimhttp_general)
-    [[ $command != instance ]] || specs=(${specs:#--key=*})
+    described=($_cimhttp_general)
+    [[ $command != instance ]] || described=(${described:#--key=*})
     for word in $before $places; do
-        specs+=("$place::argument:$word")
+        described+=("$place::argument:$word")
         place+=1
     done
-    _arguments -S $specs $options
+    _arguments -S $described $options
 }
 
 _cimhttp "$@"
