@@ -38,6 +38,7 @@ if(CIMHTTP_PEGASUS STREQUAL "bundled")
 endif()
 
 cimhttp_precompile(cimhttp_nsp ${standard_headers} ${contract_headers} <Pegasus/Client/CIMClient.h>)
+cimhttp_leave_unoptimised(cimhttp_nsp src provider/JsonReader.cpp)
 
 if(NOT CIMHTTP_HOST_RUNTIME STREQUAL "bundled")
   return()

@@ -42,6 +42,11 @@ target_compile_options(cimhttp_warnings INTERFACE -Wall -Wextra -Wpedantic -Wsha
 # To Clang, changes of the sign alone are conversions, too; GCC has another warning for them.
 target_compile_options(cimhttp_warnings INTERFACE $<$<CXX_COMPILER_ID:Clang>:-Wno-sign-conversion>)
 
+# To GCC, an empty std::optional looks used when it optimises for debugging alone; the optimised build looks better.
+if(CMAKE_CXX_FLAGS_DEBUG MATCHES "-Og" AND CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+  add_compile_options($<$<CONFIG:Debug>:-Wno-maybe-uninitialized>)
+endif()
+
 # See PrecompiledHeaders.cmake. ccache knows precompiled headers only with this option of GCC.
 option(CIMHTTP_PCH "Precompile headers, which is faster, but does not find an include that is missing" OFF)
 if(CIMHTTP_PCH AND CMAKE_CXX_COMPILER_LAUNCHER MATCHES ccache)

@@ -5,10 +5,10 @@
 #include "ProgramRun.h"
 #include "server/DemoServer.h"
 #include "support/LoopbackAddress.h"
+#include "support/ParsedJson.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <sys/wait.h>
 #include <unistd.h>
@@ -74,7 +74,7 @@ class AssociationsTest : public testing::Test {
 
     static json Json(Words arguments) {
         arguments.insert(arguments.end(), {"-o", "json"});
-        return json::parse(Output(arguments));
+        return support::ParsedJson(Output(arguments));
     }
 
     static std::string PathOf(const std::string& className, std::size_t index = 0) {
@@ -296,7 +296,7 @@ TEST_F(AssociationsOfTest, InOtherNamespacesAreInstancesOfTheClassesThatThoseHav
     server_.Answer("Associators", "a", Disk("1", "7") + Disk("2", "8", server_.Address(), "root/other"));
     const auto run = Run({"associators", path_, "-o", "json"});
     EXPECT_EQ(run.status, 0) << run.errors;
-    const json disks = json::parse(run.output);
+    const json disks = support::ParsedJson(run.output);
     ASSERT_EQ(disks.size(), 2U);
     EXPECT_EQ(disks.at(0).at("path"), "//h/root/cimv2:TEST_Disk.Name=\"1\"");
     EXPECT_EQ(disks.at(1).at("path"), "root/other:TEST_Disk.Name=\"2\"");

@@ -2,12 +2,12 @@
 #include "ProgramRun.h"
 #include "output/Json.h"
 #include "support/CimServer.h"
+#include "support/ParsedJson.h"
 #include "support/TemporaryDirectory.h"
 #include "support/TerminalProgram.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -127,7 +127,7 @@ class CollectTest : public testing::Test {
     json CollectedValues(const char* member = "value") const {
         const auto run = Collect(Document({"T"}));
         EXPECT_EQ(run.status, 0) << run.errors;
-        const json document = json::parse(run.output);
+        const json document = support::ParsedJson(run.output);
         json values = json::array();
         for (const json& instance : document.at("classes").at(0).at("instances")) {
             const json& properties = instance.at("properties");
@@ -195,21 +195,21 @@ TEST_F(CollectTest, WritesTheClassesWithTheirInstances) {
                {{"Name", {{"type", "string"}, {"value", "f1"}, {"text", "f1"}}},
                 {"Speed", {{"type", "uint32"}, {"value", nullptr}, {"text", ""}}},
                 {"States", {{"type", "uint16"}, {"value", {2, 3}}, {"text", {"OK", "Degraded"}}}}}}}}}}}}};
-    EXPECT_EQ(json::parse(run.output), expected);
+    EXPECT_EQ(support::ParsedJson(run.output), expected);
 }
 
 TEST_F(CollectTest, AClassIsWrittenAsTheCommandClassWritesIt) {
-    json collected = json::parse(Collect(Document({"TEST_Fan"})).output).at("classes").at(0);
+    json collected = support::ParsedJson(Collect(Document({"TEST_Fan"})).output).at("classes").at(0);
     EXPECT_EQ(collected.erase("instances"), 1U);
     const auto shown = RunCimhttp({"--host", server_.Address(), "class", "TEST_Fan", "-o", "json"});
-    EXPECT_EQ(collected, json::parse(shown.output));
+    EXPECT_EQ(collected, support::ParsedJson(shown.output));
 }
 
 TEST_F(CollectTest, AClassOfAServerWithoutClassesIsWrittenAsItsInstancesShowIt) {
     server_.Fail("GetClass", "TEST_Fan", 7, "no classes here");
     const auto run = Collect(Document({"TEST_Fan"}));
     EXPECT_EQ(run.status, 0) << run.errors;
-    const json cls = json::parse(run.output).at("classes").at(0);
+    const json cls = support::ParsedJson(run.output).at("classes").at(0);
     EXPECT_EQ(cls.at("name"), "TEST_Fan");
     EXPECT_EQ(cls.at("properties"), json({PropertyJson("Name", "string", false, {{"Key", true}}),
                                           PropertyJson("States", "uint16", true, json::object())}));
@@ -229,13 +229,13 @@ TEST_F(CollectTest, WhatCannotBeReadOfAClassIsCountedOnce) {
     const auto run = Collect(Document({"T"}));
     EXPECT_EQ(run.status, 7);
     EXPECT_THAT(run.errors, StartsWith("cimhttp: 1 value could not be taken over (1 that cannot be read)"));
-    EXPECT_EQ(json::parse(run.output).at("complete"), false);
+    EXPECT_EQ(support::ParsedJson(run.output).at("complete"), false);
 }
 
 TEST_F(CollectTest, AClassThatIsRequestedTwiceIsReadAndWrittenOnce) {
     const auto run = Collect(Document({"TEST_Fan", "test_FAN"}));
     EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(json::parse(run.output).at("classes").size(), 1U);
+    EXPECT_EQ(support::ParsedJson(run.output).at("classes").size(), 1U);
     const auto calls = server_.Calls();
     EXPECT_EQ(
         std::count_if(calls.begin(), calls.end(), [](const auto& call) { return call.method == "EnumerateInstances"; }),
@@ -300,7 +300,7 @@ TEST_F(CollectTest, NoInstancesAreAnEmptyList) {
     server_.Answer("EnumerateInstances", "TEST_Fan", "");
     const auto run = Collect(Document({"TEST_Fan"}));
     EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(json::parse(run.output).at("classes").at(0).at("instances"), json::array());
+    EXPECT_EQ(support::ParsedJson(run.output).at("classes").at(0).at("instances"), json::array());
 }
 
 // --- The connection ----------------------------------------------------------------------------------------------
@@ -339,7 +339,7 @@ TEST_F(CollectTest, TheCommandLineCountsMoreThanTheDocument) {
     const auto run =
         Collect(document, {"--host", server_.Address(), "--tls=false", "--user", "reader", "--password-file", file});
     EXPECT_EQ(run.status, 0) << run.errors;
-    EXPECT_EQ(json::parse(run.output).at("server"), "http://" + server_.Address());
+    EXPECT_EQ(support::ParsedJson(run.output).at("server"), "http://" + server_.Address());
 }
 
 TEST_F(CollectTest, AUserOfTheCommandLineGetsNoPasswordFromTheDocument) {
@@ -353,7 +353,7 @@ TEST_F(CollectTest, SslChoosesTheSecurePort) {
     for (const std::string yes : {"true", "1", "yes", "ON"}) {
         const auto run = Collect(Document({Address(), "ssl=\"" + yes + "\""}, {"TEST_Fan"}));
         EXPECT_EQ(run.status, 0) << yes << run.errors;
-        EXPECT_EQ(json::parse(run.output).at("server"), "https://" + server_.Address());
+        EXPECT_EQ(support::ParsedJson(run.output).at("server"), "https://" + server_.Address());
     }
     EXPECT_EQ(Collect(Document({"TEST_Fan"}), {"--tls"}).status, 0);
 }
@@ -411,7 +411,8 @@ TEST_F(CollectTest, TheDocumentNamesPortAndNamespace) {
         Document({Address(), "port=\"" + port + "\"", "namespace=\"root/interop\""}, {"TEST_Fan"});
     const auto run = Collect(document);
     EXPECT_EQ(run.status, 0) << run.errors;
-    EXPECT_EQ(json::parse(run.output).at("server"), "http://" + server_.Address() + ':' + port + "/root/interop");
+    EXPECT_EQ(support::ParsedJson(run.output).at("server"),
+              "http://" + server_.Address() + ':' + port + "/root/interop");
     ASSERT_THAT(server.Calls(), Not(testing::IsEmpty()));
     EXPECT_EQ(server.Calls().back().nameSpace, "root/interop");
     EXPECT_THAT(server_.Calls(), testing::IsEmpty());
@@ -443,7 +444,7 @@ TEST_F(CollectTest, AClassThatCannotBeReadIsNamedAndTheOthersAreWritten) {
     server_.Fail("EnumerateInstances", "TEST_Shy", 2, "not for you");
     const auto run = Collect(Document({"TEST_None", "TEST_Fan", "2abc", "", "TEST_Shy"}));
     EXPECT_EQ(run.status, 7);
-    const json document = json::parse(run.output);
+    const json document = support::ParsedJson(run.output);
     EXPECT_EQ(document.at("complete"), false);
     ASSERT_EQ(document.at("classes").size(), 1U);
     EXPECT_EQ(document.at("classes").at(0).at("name"), "TEST_Fan");
@@ -563,7 +564,7 @@ TEST_F(CollectTest, AnInterruptWritesWhatIsThereAndMarksItIncomplete) {
     program.Type("\x03");
     EXPECT_EQ(program.Wait(), 7);
     EXPECT_THAT(program.Screen(), HasSubstr("cimhttp: interrupted; "));
-    const json document = json::parse(ReadFile(Path("result.json")));
+    const json document = support::ParsedJson(ReadFile(Path("result.json")));
     EXPECT_EQ(document.at("complete"), false);
     ASSERT_EQ(document.at("classes").size(), 1U);
     EXPECT_EQ(document.at("classes").at(0).at("name"), "A");
@@ -580,7 +581,7 @@ TEST_F(CollectTest, AServerThatStopsAnsweringIsAskedNothingMore) {
     EXPECT_THAT(run.errors, StartsWith("cimhttp: the class B cannot be read from http://" + server.Address() + ": "));
     EXPECT_THAT(run.errors, EndsWith("\ncimhttp: the classes after it are not asked for\n"));
     EXPECT_THAT(run.errors, Not(HasSubstr("class C")));
-    const json document = json::parse(ReadFile(Path("result.json")));
+    const json document = support::ParsedJson(ReadFile(Path("result.json")));
     EXPECT_EQ(document.at("complete"), false);
     EXPECT_EQ(document.at("classes").size(), 1U);
 }
@@ -603,7 +604,7 @@ TEST_F(CollectTest, AClassWhoseInstancesTakeTooLongDoesNotKeepTheOthersFromBeing
     const auto run = Collect(Document({"Heavy", "A"}), {"--timeout", "1"});
     EXPECT_EQ(run.status, 7);
     EXPECT_THAT(run.errors, HasSubstr("the instances of Heavy cannot be read"));
-    EXPECT_EQ(json::parse(run.output).at("classes").at(0).at("name"), "A");
+    EXPECT_EQ(support::ParsedJson(run.output).at("classes").at(0).at("name"), "A");
 }
 
 // --- Progress ----------------------------------------------------------------------------------------------------

@@ -5,11 +5,11 @@
 #include "server/DemoServer.h"
 #include "support/CimServer.h"
 #include "support/LoopbackAddress.h"
+#include "support/ParsedJson.h"
 #include "support/ScriptedServer.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <atomic>
@@ -112,8 +112,8 @@ TEST_F(CountTest, ClassesWithoutInstancesAreShownWhenAskedFor) {
 }
 
 TEST_F(CountTest, JsonHasNumbers) {
-    EXPECT_EQ(json::parse(Run({"*disk", "-o", "json"}).output),
-              json::parse(R"([{"class": "TEST_Disk", "count": 1}, {"class": "TEST_FastDisk", "count": 2}])"));
+    EXPECT_EQ(support::ParsedJson(Run({"*disk", "-o", "json"}).output),
+              support::ParsedJson(R"([{"class": "TEST_Disk", "count": 1}, {"class": "TEST_FastDisk", "count": 2}])"));
 }
 
 TEST_F(CountTest, CountsAreSortedAndLimited) {
@@ -143,7 +143,7 @@ TEST_F(CountTest, AClassThatFailsIsNamedAndItsSubclassesAreAskedFor) {
                                   HasSubstr("\ncimhttp: 1 class could not be counted\n")));
     EXPECT_THAT(AskedFor(), ElementsAre("TEST_Device", "TEST_Disk", "TEST_Tape", "TEST_User"));
     EXPECT_THAT(Run({"-o", "csv"}).output, HasSubstr("TEST_Device,\r\n"));
-    EXPECT_EQ(json::parse(Run({"-o", "json"}).output).at(0).at("count"), nullptr);
+    EXPECT_EQ(support::ParsedJson(Run({"-o", "json"}).output).at(0).at("count"), nullptr);
 }
 
 TEST(Count, ClassesWithoutAnAnswerAreNotAskedForOneByOne) {
@@ -217,7 +217,7 @@ TEST(Count, AgreesWithWbemcli) {
     const demo::DemoServer server(options);
     const std::string place = support::LoopbackAddress() + ":5988/root/cimv2:";
     const auto counted =
-        json::parse(RunCimhttp({"--host", support::LoopbackAddress(), "count", "--all", "-o", "json"}).output);
+        support::ParsedJson(RunCimhttp({"--host", support::LoopbackAddress(), "count", "--all", "-o", "json"}).output);
     std::map<std::string, std::size_t> counts;
     for (const json& row : counted) {
         counts[row.at("class")] = row.at("count");

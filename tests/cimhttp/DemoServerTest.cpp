@@ -5,12 +5,12 @@
 #include "MofReader.h"
 #include "ProgramRun.h"
 #include "support/LoopbackAddress.h"
+#include "support/ParsedJson.h"
 #include "support/TerminalProgram.h"
 #include "text/TerminalText.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <sstream>
@@ -50,7 +50,7 @@ class DemoServerTest : public testing::Test {
 
     static json Json(std::vector<std::string> arguments) {
         arguments.insert(arguments.end(), {"--output", "json"});
-        return json::parse(Output(arguments));
+        return support::ParsedJson(Output(arguments));
     }
 
     static std::string OnTerminal(const std::vector<std::string>& arguments, unsigned short columns,
@@ -158,9 +158,9 @@ TEST_F(DemoServerTest, TheWholeTreeHasEveryClassOnce) {
 }
 
 TEST_F(DemoServerTest, TheTreeAsJsonIsNested) {
-    EXPECT_EQ(
-        Json({"tree", "CIM_Processor"}),
-        json::parse(R"([{"name": "CIM_Processor", "subclasses": [{"name": "DEMO_Processor", "subclasses": []}]}])"));
+    EXPECT_EQ(Json({"tree", "CIM_Processor"}),
+              support::ParsedJson(
+                  R"([{"name": "CIM_Processor", "subclasses": [{"name": "DEMO_Processor", "subclasses": []}]}])"));
 }
 
 TEST_F(DemoServerTest, ATreeOfAnUnknownClassIsNotFound) {
@@ -228,7 +228,7 @@ TEST_F(DemoServerTest, InstancesAsJsonHaveTypeValueAndText) {
     ASSERT_EQ(volumes.size(), 3U);
     EXPECT_THAT(volumes.at(0).at("path").get<std::string>(), StartsWith("DEMO_StorageVolume."));
     EXPECT_EQ(volumes.at(0).at("properties").at("DeviceID"),
-              json::parse(R"({"type": "string", "value": "volume-0000000", "text": "volume-0000000"})"));
+              support::ParsedJson(R"({"type": "string", "value": "volume-0000000", "text": "volume-0000000"})"));
     EXPECT_EQ(volumes.at(0).at("properties").at("BlockSize").at("type"), "uint64");
     EXPECT_TRUE(volumes.at(0).at("properties").at("BlockSize").at("value").is_number_unsigned());
 }
@@ -367,10 +367,10 @@ TEST_F(DemoServerTest, WatchAsJsonIsALineForEachChange) {
     std::istringstream lines(output);
     std::string present;
     std::getline(lines, present);
-    EXPECT_EQ(json::parse(present).at("change"), "present");
+    EXPECT_EQ(support::ParsedJson(present).at("change"), "present");
     int round = 0;
     for (std::string line; std::getline(lines, line);) {
-        const json change = json::parse(line);
+        const json change = support::ParsedJson(line);
         EXPECT_EQ(change.at("round"), ++round);
         EXPECT_EQ(change.at("change"), "changed");
         EXPECT_NE(change.at("properties").at("LocalDateTime").at("old"),

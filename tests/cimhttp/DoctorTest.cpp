@@ -5,11 +5,11 @@
 #include "server/DemoServer.h"
 #include "support/CimServer.h"
 #include "support/LoopbackAddress.h"
+#include "support/ParsedJson.h"
 #include "support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <map>
 
@@ -45,7 +45,7 @@ class DoctorTest : public testing::Test {
         arguments.insert(arguments.end(), {"doctor", "-o", "json"});
         const auto run = RunCimhttp(arguments, environment);
         Visit visit{run.status, {}, {}};
-        for (const json& row : json::parse(run.output, nullptr, false)) {
+        for (const json& row : support::ParsedJsonOrDiscarded(run.output)) {
             visit.results.push_back(row.at("result"));
             visit.findings[row.at("check")] = {row.at("result"), row.at("ms").is_number(), row.at("remark")};
         }

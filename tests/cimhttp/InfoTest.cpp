@@ -5,10 +5,10 @@
 #include "ProgramRun.h"
 #include "server/DemoServer.h"
 #include "support/LoopbackAddress.h"
+#include "support/ParsedJson.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 using nlohmann::json;
 using testing::AllOf;
@@ -39,7 +39,7 @@ class InfoTest : public testing::Test {
     json Json(int status = 0) const {
         const auto run = Run({"-o", "json"});
         EXPECT_EQ(run.status, status) << run.errors;
-        return json::parse(run.output);
+        return support::ParsedJson(run.output);
     }
 
     LinkServer server_;
@@ -57,10 +57,11 @@ TEST(InfoOfTheDemoServer, HasItsNameItsInteropNamespaceAndItsOperations) {
     EXPECT_THAT(text.output,
                 ContainsRegex("\noperations  EnumerateClassNames [0-9.]+ ms; EnumerateQualifiers [0-9.]+ ms; "
                               "pulled enumerations [0-9.]+ ms; AssociatorNames [0-9.]+ ms\n"));
-    const json info = json::parse(RunCimhttp({"--host", support::LoopbackAddress(), "info", "-o", "json"}).output);
+    const json info =
+        support::ParsedJson(RunCimhttp({"--host", support::LoopbackAddress(), "info", "-o", "json"}).output);
     EXPECT_EQ(info.at("interop"), "interop");
     EXPECT_EQ(info.at("product"), "demo-server");
-    EXPECT_EQ(info.at("operations"), json::parse(R"({"EnumerateClassNames": "supported",
+    EXPECT_EQ(info.at("operations"), support::ParsedJson(R"({"EnumerateClassNames": "supported",
         "EnumerateQualifiers": "supported", "pulled enumerations": "supported", "AssociatorNames": "supported"})"));
 }
 
@@ -70,7 +71,7 @@ TEST(InfoOfTheDemoServer, HasForWhomAndSinceWhenItsCertificateIs) {
     const demo::DemoServer server(options);
     const auto run = RunCimhttp({"--host", support::LoopbackAddress(), "--tls", "info", "-o", "json"});
     EXPECT_EQ(run.status, 0) << run.errors;
-    const json info = json::parse(run.output);
+    const json info = support::ParsedJson(run.output);
     EXPECT_TRUE(info.at("names").is_array());
     EXPECT_FALSE(info.at("names").empty());
     EXPECT_LT(info.at("valid_from").get<std::string>(), info.at("valid_until").get<std::string>());

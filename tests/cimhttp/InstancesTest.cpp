@@ -3,11 +3,11 @@
 #include "CimXml.h"
 #include "ProgramRun.h"
 #include "support/CimServer.h"
+#include "support/ParsedJson.h"
 #include "support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <sstream>
@@ -71,7 +71,7 @@ class InstancesTest : public testing::Test {
 
     json Json(std::vector<std::string> arguments) const {
         arguments.insert(arguments.end(), {"-o", "json"});
-        return json::parse(Output(arguments));
+        return support::ParsedJson(Output(arguments));
     }
 
     /// The collection of TEST_Disk.
@@ -149,7 +149,7 @@ TEST_F(InstancesTest, ADeepTableSaysThatItLeavesOutThePropertiesOfSubclasses) {
 }
 
 TEST_F(InstancesTest, ACollectionHasInstancesOfSubclassesWithAllTheirProperties) {
-    const json instances = json::parse(Collect().output).at("classes").at(0).at("instances");
+    const json instances = support::ParsedJson(Collect().output).at("classes").at(0).at("instances");
     ASSERT_EQ(instances.size(), 2U);
     EXPECT_EQ(instances.at(1).at("class"), "TEST_FastDisk");
     EXPECT_EQ(instances.at(1).at("properties").at("Speed").at("value"), 9);
@@ -258,8 +258,8 @@ TEST_F(InstancesTest, NullIsToldFromAnEmptyTextInEveryForm) {
     };
     EXPECT_EQ(in("table"), "Null  Text\n----  ----\n–\n");
     EXPECT_EQ(in("plain"), "Null  –\nText\n");
-    EXPECT_EQ(json::parse(in("json")).at(0).at("properties"),
-              json::parse(R"({"Null": {"type": "string", "value": null, "text": ""},
+    EXPECT_EQ(support::ParsedJson(in("json")).at(0).at("properties"),
+              support::ParsedJson(R"({"Null": {"type": "string", "value": null, "text": ""},
                               "Text": {"type": "string", "value": "", "text": ""}})"));
     EXPECT_THAT(in("csv"), AllOf(HasSubstr(",Null,string,,\"\"\r\n"), HasSubstr(",Text,string,\"\",\"\"\r\n")));
     EXPECT_THAT(in("mof"), HasSubstr("    Null = NULL;\n    Text = \"\";\n"));
@@ -268,8 +268,8 @@ TEST_F(InstancesTest, NullIsToldFromAnEmptyTextInEveryForm) {
 TEST_F(InstancesTest, ANumberOrABooleanThatIsNullIsNotZero) {
     AnswerWith(DeclarationXml("Flag", "boolean"), "");
     const json properties = Json({"instances", "TEST_Disk"}).at(0).at("properties");
-    EXPECT_EQ(properties.at("Flag"), json::parse(R"({"type": "boolean", "value": null, "text": ""})"));
-    EXPECT_EQ(properties.at("Size"), json::parse(R"({"type": "uint64", "value": null, "text": ""})"));
+    EXPECT_EQ(properties.at("Flag"), support::ParsedJson(R"({"type": "boolean", "value": null, "text": ""})"));
+    EXPECT_EQ(properties.at("Size"), support::ParsedJson(R"({"type": "uint64", "value": null, "text": ""})"));
 }
 
 TEST_F(InstancesTest, ElementsOfArraysMayBeNull) {
@@ -304,7 +304,7 @@ TEST_F(InstancesTest, ATextForNullStandsForIt) {
     EXPECT_EQ(Output({"instances", "TEST_Disk"}), "Name  Level\n----  -----\nsda    none\n");
     EXPECT_EQ(Output({"instances", "TEST_Disk", "--raw"}), "Name\n----\nsda\n");
     EXPECT_EQ(Json({"instances", "TEST_Disk"}).at(0).at("properties").at("Level"),
-              json::parse(R"({"type": "sint8", "value": null, "text": "none"})"));
+              support::ParsedJson(R"({"type": "sint8", "value": null, "text": "none"})"));
 }
 
 TEST_F(InstancesTest, OnlyAPropertyWithoutATextForNullIsListedAsWithoutAValue) {
@@ -323,7 +323,7 @@ TEST_F(InstancesTest, AReferenceIsShownAsItsPath) {
     AnswerWith("<PROPERTY.REFERENCE NAME=\"Next\" REFERENCECLASS=\"TEST_Disk\"></PROPERTY.REFERENCE>", reference);
     EXPECT_THAT(Output({"instances", "TEST_Disk", "--property", "Next"}), EndsWith("\nTEST_FastDisk.Name=\"sdb\"\n"));
     const json next = Json({"instances", "TEST_Disk"}).at(0).at("properties").at("Next");
-    EXPECT_EQ(next, json::parse(R"({"type": "reference", "value": "TEST_FastDisk.Name=\"sdb\"",
+    EXPECT_EQ(next, support::ParsedJson(R"({"type": "reference", "value": "TEST_FastDisk.Name=\"sdb\"",
                                     "text": "TEST_FastDisk.Name=\"sdb\""})"));
 }
 
@@ -345,7 +345,7 @@ TEST_F(InstancesTest, AnEmbeddedObjectHasItsStructureInJson) {
                    "</VALUE></PROPERTY><PROPERTY.ARRAY NAME=\"Settings\" TYPE=\"string\" EmbeddedObject=\"object\">"
                    "<VALUE.ARRAY><VALUE>" +
                    inner + "</VALUE></VALUE.ARRAY></PROPERTY.ARRAY>");
-    const json expected = json::parse(R"({"class": "TEST_Setting", "properties": {"Speed": 3, "Note": null}})");
+    const json expected = support::ParsedJson(R"({"class": "TEST_Setting", "properties": {"Speed": 3, "Note": null}})");
     const json properties = Json({"instances", "TEST_Disk"}).at(0).at("properties");
     EXPECT_EQ(properties.at("Setting").at("object"), expected);
     EXPECT_EQ(properties.at("Settings").at("object"), json::array({expected}));
@@ -465,9 +465,10 @@ TEST_F(InstancesTest, ControlCharactersOfAServerAreShownEscaped) {
         EXPECT_EQ(run.output.find('\x1b'), std::string::npos) << form;
         EXPECT_THAT(run.output, HasSubstr("a")) << form;
     }
-    EXPECT_EQ(json::parse(Run({"instances", "TEST_Disk", "-o", "json"}).output).dump().find("a\\u0001b\\u001b[2Jc") !=
-                  std::string::npos,
-              true);
+    EXPECT_EQ(
+        support::ParsedJson(Run({"instances", "TEST_Disk", "-o", "json"}).output).dump().find("a\\u0001b\\u001b[2Jc") !=
+            std::string::npos,
+        true);
 }
 
 TEST_F(InstancesTest, AnInstanceWithAValueThatCannotBeTakenOverMakesAStatus) {
@@ -488,8 +489,8 @@ TEST_F(InstancesTest, ACollectionWithAValueThatCannotBeTakenOverIsNotComplete) {
                    InstanceXml("TEST_Disk", "sda", PropertyXml("Odd", "string", "x")));
     const auto run = Collect();
     EXPECT_EQ(run.status, 7);
-    EXPECT_EQ(json::parse(run.output).at("complete"), false);
-    EXPECT_EQ(json::parse(run.output).at("classes").at(0).at("instances").size(), 1U);
+    EXPECT_EQ(support::ParsedJson(run.output).at("complete"), false);
+    EXPECT_EQ(support::ParsedJson(run.output).at("classes").at(0).at("instances").size(), 1U);
     EXPECT_THAT(run.errors, StartsWith("cimhttp: 1 value could not be taken over"));
 }
 
@@ -532,7 +533,7 @@ TEST_F(InstancesTest, AnInstanceWhoseClassIsNotDefinedIsShownAndTold) {
     server_.Fail("GetClass", "TEST_FastDisk", 6, "no such class");
     const auto run = Run({"instances", "TEST_Disk", "--deep", "-o", "json"});
     EXPECT_EQ(run.status, 7);
-    EXPECT_EQ(json::parse(run.output).at(1).at("properties").at("Speed").at("value"), 9);
+    EXPECT_EQ(support::ParsedJson(run.output).at(1).at("properties").at("Speed").at("value"), 9);
     EXPECT_THAT(run.errors, HasSubstr("1 without the definition of its class"));
 }
 

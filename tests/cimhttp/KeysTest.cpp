@@ -5,11 +5,11 @@
 #include "server/DemoServer.h"
 #include "support/CimServer.h"
 #include "support/LoopbackAddress.h"
+#include "support/ParsedJson.h"
 #include "support/TerminalProgram.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <string>
@@ -282,8 +282,8 @@ TEST(Keys, OfEveryTypeLeadToTheirInstance) {
         list.insert(list.end(), {"--keys", "-o", "json", "--limit", "8"});
         auto paths = classCommand;
         paths.insert(paths.end(), {"--paths", "-o", "json", "--limit", "8"});
-        const auto keys = nlohmann::json::parse(RunCimhttp(list).output);
-        const auto expected = nlohmann::json::parse(RunCimhttp(paths).output);
+        const auto keys = support::ParsedJson(RunCimhttp(list).output);
+        const auto expected = support::ParsedJson(RunCimhttp(paths).output);
         ASSERT_FALSE(keys.empty()) << cls;
         for (std::size_t i = 0; i < keys.size(); ++i) {
             Texts arguments{"--host", support::LoopbackAddress(), "-o", "json", "instance", cls};
@@ -293,7 +293,7 @@ TEST(Keys, OfEveryTypeLeadToTheirInstance) {
             }
             const auto run = RunCimhttp(arguments);
             EXPECT_EQ(run.status, 0) << run.errors;
-            EXPECT_EQ(nlohmann::json::parse(run.output).at(0).at("path"), expected.at(i));
+            EXPECT_EQ(support::ParsedJson(run.output).at(0).at("path"), expected.at(i));
         }
     }
 }

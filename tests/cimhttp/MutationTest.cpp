@@ -7,11 +7,11 @@
 #include "SchemaServer.h"
 #include "SecondSchema.h"
 #include "SentInstances.h"
+#include "support/ParsedJson.h"
 #include "support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <optional>
@@ -98,7 +98,7 @@ class MutationTest : public testing::TestWithParam<MutationName> {
             arguments.emplace_back(way == Way::kDeep ? "--deep" : "--exact");
         }
         const ProgramRun run = RunInProcess(arguments);
-        return {run, run.status == 0, json::parse(run.output, nullptr, false)};
+        return {run, run.status == 0, support::ParsedJsonOrDiscarded(run.output)};
     }
 
     Shown Collect(const std::string& className) const {
@@ -107,7 +107,7 @@ class MutationTest : public testing::TestWithParam<MutationName> {
         const std::string file = (directory_.Path() / "collected.json").string();
         directory_.WriteFile("collected.json", "");
         const ProgramRun run = RunInProcess({"--host", server_.Address(), "collect", document, "--out", file});
-        const json collected = json::parse(support::ReadFile(file), nullptr, false);
+        const json collected = support::ParsedJsonOrDiscarded(support::ReadFile(file));
         const bool isComplete = collected.is_object() && collected.at("complete") == true;
         return {run, isComplete, isComplete ? collected.at("classes").at(0).at("instances") : json()};
     }
@@ -176,7 +176,7 @@ class PathMutationTest : public testing::TestWithParam<MutationName> {
                      ", status " + std::to_string(run.status) + ": " + run.errors);
         ASSERT_EQ(bodies.size(), 1U);
         if (run.status == 0) {
-            EXPECT_THAT(json::parse(run.output).get<std::vector<std::string>>(),
+            EXPECT_THAT(support::ParsedJson(run.output).get<std::vector<std::string>>(),
                         testing::UnorderedElementsAreArray(Expected(bodies.front())));
         } else {
             EXPECT_THAT(run.status, testing::AnyOf(Failure::kServer, Failure::kIncomplete));

@@ -6,10 +6,10 @@
 #include "server/DemoServer.h"
 #include "support/CimServer.h"
 #include "support/LoopbackAddress.h"
+#include "support/ParsedJson.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 
@@ -57,7 +57,7 @@ TEST(NamespacesOfTheDemoServer, AreSortedAndSayWhereTheyComeFrom) {
     };
     EXPECT_EQ(run("plain"), "interop\nroot/cimv2\n");
     EXPECT_EQ(run("csv"), "Name\r\ninterop\r\nroot/cimv2\r\n");
-    EXPECT_EQ(json::parse(run("json")), json::parse(R"({"namespaces": ["interop", "root/cimv2"],
+    EXPECT_EQ(support::ParsedJson(run("json")), support::ParsedJson(R"({"namespaces": ["interop", "root/cimv2"],
                                                        "source": {"class": "CIM_Namespace", "namespace": "interop"}})"));
 }
 
@@ -78,9 +78,9 @@ TEST_F(NamespacesTest, AreLookedForBelowRootWithoutAnInteropNamespace) {
     Have("interop", "CIM_Namespace", {});
     Have("root", "__Namespace", {"sub", "cimv2"});
     Have("root/sub", "__Namespace", {"deep"});
-    const json result = json::parse(Run({"-o", "json"}).output);
+    const json result = support::ParsedJson(Run({"-o", "json"}).output);
     EXPECT_EQ(result.at("namespaces"), json({"root", "root/cimv2", "root/sub", "root/sub/deep"}));
-    EXPECT_EQ(result.at("source"), json::parse(R"({"class": "__Namespace", "namespace": "root"})"));
+    EXPECT_EQ(result.at("source"), support::ParsedJson(R"({"class": "__Namespace", "namespace": "root"})"));
 }
 
 TEST_F(NamespacesTest, ANamespaceThatDoesNotTellWhatIsBelowItIsReported) {

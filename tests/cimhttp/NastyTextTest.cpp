@@ -3,6 +3,7 @@
 #include "CimXml.h"
 #include "ProgramRun.h"
 #include "support/CimServer.h"
+#include "support/ParsedJson.h"
 #include "support/ScriptedServer.h"
 #include "support/TemporaryDirectory.h"
 #include "support/TerminalProgram.h"
@@ -10,7 +11,6 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 
@@ -204,7 +204,7 @@ TEST_F(NastyTextTest, CsvForAProgramKeepsItAsItIs) {
 }
 
 TEST_F(NastyTextTest, JsonKeepsItInEscapes) {
-    const auto instances = json::parse(RunCimhttp(Arguments({"instances", "TEST_Disk", "-o", "json"})).output);
+    const auto instances = support::ParsedJson(RunCimhttp(Arguments({"instances", "TEST_Disk", "-o", "json"})).output);
     EXPECT_EQ(instances.at(0).at("properties").at("Text").at("value"), NastyText());
     EXPECT_EQ(instances.at(0).at("properties").at("State").at("text"), NastyText());
 }
@@ -224,7 +224,8 @@ TEST_F(NastyTextTest, CollectKeepsItInEscapes) {
         EXPECT_EQ(run.status, 0) << run.errors;
         const std::string collected = run.output + ReadFile(file);
         EXPECT_EQ(Fault(collected, "\n"), "");
-        EXPECT_EQ(json::parse(collected)["classes"][0]["instances"][0]["properties"]["Text"]["value"], NastyText());
+        EXPECT_EQ(support::ParsedJson(collected)["classes"][0]["instances"][0]["properties"]["Text"]["value"],
+                  NastyText());
     }
 }
 

@@ -3,10 +3,10 @@
 #include "ProgramRun.h"
 #include "server/DemoServer.h"
 #include "support/LoopbackAddress.h"
+#include "support/ParsedJson.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <set>
@@ -24,7 +24,7 @@ class PathsTest : public testing::Test {
         arguments.insert(arguments.begin(), {"--host", support::LoopbackAddress(), "-o", "json"});
         const auto run = RunCimhttp(arguments);
         EXPECT_EQ(run.status, 0) << run.errors;
-        return run.status == 0 ? json::parse(run.output) : json();
+        return run.status == 0 ? support::ParsedJson(run.output) : json();
     }
 
     static std::vector<std::string> PathsOf(const std::string& cls) { return Json({"instances", cls, "--paths"}); }

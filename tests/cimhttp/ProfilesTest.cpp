@@ -5,10 +5,10 @@
 #include "ProgramRun.h"
 #include "server/DemoServer.h"
 #include "support/LoopbackAddress.h"
+#include "support/ParsedJson.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 
@@ -71,7 +71,7 @@ TEST(ProfilesOfTheDemoServer, HaveTheSystemAndItsPortsAsCentralInstances) {
         arguments.insert(arguments.begin(), host.begin(), host.end());
         const auto run = RunCimhttp(arguments);
         EXPECT_EQ(run.status, 0) << run.errors;
-        return json::parse(run.output);
+        return support::ParsedJson(run.output);
     };
     const json profiles = read({"profiles"});
     ASSERT_EQ(profiles.size(), 2U);
@@ -98,7 +98,7 @@ TEST_F(ProfilesTest, HaveOrganizationNameVersionAndCentralInstances) {
                             "DMTF          Fan    1.1.0    //server.example/root/cimv2:TEST_Fan.Name=\"f\"\n");
     const auto run = Run({"-o", "json"});
     EXPECT_EQ(run.status, 0) << run.errors;
-    EXPECT_EQ(json::parse(run.output), json::parse(R"([
+    EXPECT_EQ(support::ParsedJson(run.output), support::ParsedJson(R"([
         {"organization": "ACME", "name": "Lamps", "version": null, "central_instances": [],
          "path": "root/interop:CIM_RegisteredProfile.Name=\"p2\""},
         {"organization": "DMTF", "name": "Fan", "version": "1.1.0",
@@ -126,7 +126,7 @@ TEST_F(ProfilesTest, WithoutAssociationsHaveUnknownCentralInstancesAndNotNone) {
     server_.Fail("AssociatorNames", "p2", kNotSupported);
     const auto run = Run({"-o", "json"});
     EXPECT_EQ(run.status, 7);
-    for (const json& profile : json::parse(run.output)) {
+    for (const json& profile : support::ParsedJson(run.output)) {
         EXPECT_TRUE(profile.at("central_instances").is_null());
     }
     EXPECT_THAT(run.errors, StartsWith("cimhttp: the central instances of 2 profiles are not known; the first: "));
@@ -139,8 +139,8 @@ TEST_F(ProfilesTest, AProfileWhoseCentralInstancesCannotBeReadDoesNotHideTheOthe
     server_.Fail("AssociatorNames", "p2", kFailed);
     const auto run = Run({"-o", "json"});
     EXPECT_EQ(run.status, 7);
-    EXPECT_TRUE(json::parse(run.output).at(0).at("central_instances").is_null());
-    EXPECT_EQ(json::parse(run.output).at(1).at("central_instances").size(), 1U);
+    EXPECT_TRUE(support::ParsedJson(run.output).at(0).at("central_instances").is_null());
+    EXPECT_EQ(support::ParsedJson(run.output).at(1).at("central_instances").size(), 1U);
     EXPECT_THAT(run.errors, HasSubstr("of 1 profile are not known"));
 }
 

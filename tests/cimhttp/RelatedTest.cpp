@@ -6,11 +6,11 @@
 #include "commands/GraphWalk.h"
 #include "server/DemoServer.h"
 #include "support/LoopbackAddress.h"
+#include "support/ParsedJson.h"
 #include "support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <set>
@@ -268,7 +268,7 @@ TEST_F(RelatedTest, AnObjectWhoseAssociationsCannotBeReadIsMarkedAndMakesTheResu
     EXPECT_THAT(run.output, AllOf(HasSubstr("\"b\"  TEST_Holds, not read\n"), EndsWith("\"c\"  TEST_Holds\n")));
     EXPECT_THAT(run.errors, AllOf(StartsWith("cimhttp: the associations of 1 object could not be read; the first: "),
                                   HasSubstr("root/cimv2:" + Node("b"))));
-    const json graph = json::parse(Run({Node("a"), "-o", "json"}).output);
+    const json graph = support::ParsedJson(Run({Node("a"), "-o", "json"}).output);
     EXPECT_EQ(graph.at("complete"), false);
     EXPECT_EQ(graph.at("objects").at(1).at("state"), "failed");
 }
@@ -309,9 +309,9 @@ TEST_F(RelatedTest, TooManyAssociationsAreCutOffAndThatIsSaid) {
 TEST_F(RelatedTest, JsonHasTheObjectsAndTheAssociationsBetweenThem) {
     server_.Link("TEST_Holds", "a", "b");
     server_.Link("TEST_Holds", "c", "a");
-    const json graph = json::parse(Output({Node("a"), "--depth", "1", "-o", "json"}));
+    const json graph = support::ParsedJson(Output({Node("a"), "--depth", "1", "-o", "json"}));
     EXPECT_EQ(graph.at("complete"), true);
-    EXPECT_EQ(graph.at("objects"), json::parse(R"([
+    EXPECT_EQ(graph.at("objects"), support::ParsedJson(R"([
         {"path": "root/cimv2:TEST_Node.Name=\"a\"", "class": "TEST_Node", "depth": 0, "state": "asked"},
         {"path": "root/cimv2:TEST_Node.Name=\"b\"", "class": "TEST_Node", "depth": 1, "state": "not asked"},
         {"path": "root/cimv2:TEST_Node.Name=\"c\"", "class": "TEST_Node", "depth": 1, "state": "not asked"}])"));
@@ -319,8 +319,8 @@ TEST_F(RelatedTest, JsonHasTheObjectsAndTheAssociationsBetweenThem) {
     json first = graph.at("associations").at(0);
     EXPECT_THAT(first.at("path").get<std::string>(), StartsWith("root/cimv2:TEST_Holds.From=\"TEST_Node.Name="));
     first.erase("path");
-    EXPECT_EQ(first,
-              json::parse(R"({"class": "TEST_Holds", "from": 0, "from_role": "From", "to": 1, "to_role": "To"})"));
+    EXPECT_EQ(first, support::ParsedJson(
+                         R"({"class": "TEST_Holds", "from": 0, "from_role": "From", "to": 1, "to_role": "To"})"));
     EXPECT_EQ(graph.at("associations").at(1).at("from_role"), "To");
 }
 
@@ -357,15 +357,15 @@ TEST(RelatedToTheDemoSystem, AreItsDevicesAndTheProcessesOfItsOperatingSystem) {
         EXPECT_EQ(result.status, 0) << result.errors;
         return result.output;
     };
-    const json systems = json::parse(run({"instances", "DEMO_ComputerSystem", "--paths", "-o", "json"}));
-    const json graph = json::parse(run({"related", systems.at(0), "-o", "json"}));
+    const json systems = support::ParsedJson(run({"instances", "DEMO_ComputerSystem", "--paths", "-o", "json"}));
+    const json graph = support::ParsedJson(run({"related", systems.at(0), "-o", "json"}));
     std::set<std::string> found;
     for (const json& object : graph.at("objects")) {
         found.insert(object.at("path"));
     }
     EXPECT_EQ(found.size(), graph.at("objects").size());
     for (const char* name : {"DEMO_StorageVolume", "DEMO_NetworkPort", "DEMO_OperatingSystem", "DEMO_FileSystem"}) {
-        for (const std::string path : json::parse(run({"instances", name, "--paths", "-o", "json"}))) {
+        for (const std::string path : support::ParsedJson(run({"instances", name, "--paths", "-o", "json"}))) {
             EXPECT_EQ(found.count("root/cimv2:" + path), 1U) << path;
         }
     }

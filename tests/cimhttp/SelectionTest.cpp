@@ -8,10 +8,10 @@
 #include "server/DemoServer.h"
 #include "support/CimServer.h"
 #include "support/LoopbackAddress.h"
+#include "support/ParsedJson.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <string>
@@ -50,7 +50,7 @@ class AllTypesTest : public testing::Test {
         const auto run = Run(arguments);
         EXPECT_EQ(run.status, 0) << run.errors;
         Texts ids;
-        for (const json& instance : run.status == 0 ? json::parse(run.output) : json::array()) {
+        for (const json& instance : run.status == 0 ? support::ParsedJson(run.output) : json::array()) {
             EXPECT_EQ(instance.at("properties").size(), 1U) << "only what was asked for is shown";
             ids.push_back(instance.at("properties").at("InstanceID").at("value"));
         }
@@ -95,7 +95,7 @@ class SelectionTest : public testing::Test {
         const auto run = Run(arguments);
         EXPECT_EQ(run.status, 0) << run.errors;
         Texts names;
-        for (const json& instance : run.status == 0 ? json::parse(run.output) : json::array()) {
+        for (const json& instance : run.status == 0 ? support::ParsedJson(run.output) : json::array()) {
             names.push_back(instance.at("properties").at("Name").at("value"));
         }
         return names;

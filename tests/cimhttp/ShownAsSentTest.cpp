@@ -8,11 +8,11 @@
 #include "server/DemoServer.h"
 #include "support/FaultyServer.h"
 #include "support/LoopbackAddress.h"
+#include "support/ParsedJson.h"
 #include "support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <iterator>
@@ -85,7 +85,7 @@ class ShownAsSentTest : public testing::Test {
     static json Instances(const std::string& className, const Lines& options = {}) {
         Lines arguments{"instances", className, "-o", "json"};
         arguments.insert(arguments.end(), options.begin(), options.end());
-        return json::parse(Output(arguments), nullptr, false);
+        return support::ParsedJsonOrDiscarded(Output(arguments));
     }
 
     static Lines PathsIn(const json& instances) {
@@ -300,7 +300,7 @@ TEST_F(ShownAsSentTest, CollectsEveryClassAsItIsSent) {
         document += "<class name=\"" + name + "\"/>\n";
     }
     const std::string collected = Output({"collect", directory_.WriteFile("requested.xml", document + "</vyx>\n")});
-    const json all = json::parse(collected, nullptr, false);
+    const json all = support::ParsedJsonOrDiscarded(collected);
     ASSERT_TRUE(all.is_object());
     EXPECT_EQ(all.at("complete"), true);
     const Lines answers = TakeAnswers("EnumerateInstances");

@@ -3,11 +3,11 @@
 #include "CimXml.h"
 #include "ProgramRun.h"
 #include "support/CimServer.h"
+#include "support/ParsedJson.h"
 #include "support/TerminalProgram.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <string>
 #include <vector>
@@ -110,7 +110,7 @@ TEST_F(UnitsTest, VerboseMarksAValueThatTheValueMapDoesNotHave) {
 }
 
 TEST_F(UnitsTest, JsonAndCsvKeepTypeExactValueAndText) {
-    const json disks = json::parse(Output({"instances", "TEST_Disk", "-o", "json"}));
+    const json disks = support::ParsedJson(Output({"instances", "TEST_Disk", "-o", "json"}));
     EXPECT_EQ(disks[1]["properties"]["Size"], (json{{"type", "uint64"}, {"value", 17179869184U}, {"text", "16 GiB"}}));
     EXPECT_EQ(disks[2]["properties"]["State"], (json{{"type", "uint16"}, {"value", 32769}, {"text", "Vendor"}}));
     EXPECT_THAT(Output({"instances", "TEST_Disk", "-o", "csv"}), HasSubstr(",Size,uint64,17179869184,16 GiB\r\n"));

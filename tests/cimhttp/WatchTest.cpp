@@ -3,12 +3,12 @@
 #include "CimXml.h"
 #include "ProgramRun.h"
 #include "support/CimServer.h"
+#include "support/ParsedJson.h"
 #include "support/ScriptedServer.h"
 #include "support/TerminalProgram.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <sstream>
 
@@ -47,7 +47,7 @@ class WatchTest : public testing::Test {
         std::vector<json> lines;
         std::istringstream stream(text);
         for (std::string line; std::getline(stream, line);) {
-            lines.push_back(json::parse(line));
+            lines.push_back(support::ParsedJson(line));
         }
         return lines;
     }

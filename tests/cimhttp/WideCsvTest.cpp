@@ -5,11 +5,11 @@
 #include "server/DemoServer.h"
 #include "support/CimServer.h"
 #include "support/LoopbackAddress.h"
+#include "support/ParsedJson.h"
 #include "support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <string>
 #include <vector>
@@ -66,7 +66,7 @@ json ReadByPython(const std::string& csv) {
                                           "    json.dump(list(csv.reader(f, strict=True)), sys.stdout)",
                                           file});
     EXPECT_EQ(run.status, 0) << run.errors;
-    return run.status == 0 ? json::parse(run.output) : json();
+    return run.status == 0 ? support::ParsedJson(run.output) : json();
 }
 
 } // namespace
@@ -126,7 +126,7 @@ TEST(WideCsv, OfEveryTypeIsReadByPythonAsItWasSent) {
     auto usual = command;
     usual.insert(usual.end(), {"-o", "json"});
     const json records = ReadByPython(RunCimhttp(wide).output);
-    const json instances = json::parse(RunCimhttp(usual).output);
+    const json instances = support::ParsedJson(RunCimhttp(usual).output);
     ASSERT_EQ(records.size(), instances.size() + 1);
     const json& headings = records.at(0);
     for (std::size_t row = 0; row < instances.size(); ++row) {
@@ -141,13 +141,13 @@ TEST(WideCsv, OfEveryTypeIsReadByPythonAsItWasSent) {
             const std::string text = record.at(i);
             SCOPED_TRACE(headings.at(i));
             if (value.is_array()) {
-                EXPECT_EQ(json::parse(text), value);
+                EXPECT_EQ(support::ParsedJson(text), value);
             } else if (value.is_string()) {
                 EXPECT_EQ(text, value.get<std::string>());
             } else if (value.is_null()) {
                 EXPECT_EQ(text, "");
             } else {
-                EXPECT_EQ(json::parse(text), value);
+                EXPECT_EQ(support::ParsedJson(text), value);
             }
         }
     }

@@ -3,6 +3,7 @@
 
 #include "ObjectsAsJson.h"
 #include "Texts.h"
+#include "support/ParsedJson.h"
 #include "support/ProgramRun.h"
 #include "support/ScriptedServer.h"
 
@@ -50,7 +51,7 @@ struct Case {
 
 void PrintTo(const Case& one, std::ostream* stream) { *stream << one.family() << '/' << one.name(); }
 
-json readJson(const fs::path& file) { return json::parse(support::ReadFile(file.string())); }
+json readJson(const fs::path& file) { return support::ParsedJson(support::ReadFile(file.string())); }
 
 std::vector<fs::path> familyFolders() {
     std::vector<fs::path> folders;
