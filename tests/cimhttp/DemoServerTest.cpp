@@ -345,8 +345,9 @@ TEST_F(DemoServerTest, AReaderThatGoesAwayIsNoFailureToTalkAbout) {
         "/bin/bash", {"-c", "set -o pipefail; " + program + " instances DEMO_Process -o mof | head -1"});
     EXPECT_EQ(run.output, "instance of DEMO_Process\n");
     EXPECT_EQ(run.errors, "");
-    const auto ignored = support::RunProgram(
-        "/bin/bash", {"-c", "trap '' PIPE; set -o pipefail; " + program + " instances DEMO_Process -o mof | head -1"});
+    // The reader has gone before anything is written.
+    const auto ignored = support::RunProgram("/bin/bash", {"-c", "trap '' PIPE; exec 3> >(true); wait $!; " + program +
+                                                                     " instances DEMO_Process -o mof >&3"});
     EXPECT_EQ(ignored.status, 141);
     EXPECT_EQ(ignored.errors, "");
 }
