@@ -469,7 +469,7 @@ TEST_F(TrustTest, ANamedConnectionKeepsWhatItIsVerifiedBy) {
     ASSERT_EQ(Run({"connection", "add", "lab", "--ca", ca_}).errors, "");
     const auto run = RunCimhttp({"connection", "test", "lab"}, Environment());
     EXPECT_EQ(run.errors, "");
-    EXPECT_EQ(run.output, "https://" + address_ + " answers: 1 classes\n");
+    EXPECT_EQ(run.output, "https://" + address_ + " answers: 1 class\n");
     const IssuedCertificate other(Good());
     EXPECT_EQ(RunCimhttp({"-c", "lab", "--fingerprint", other.Fingerprint(), "classes"}, Environment()).status, 3);
 }

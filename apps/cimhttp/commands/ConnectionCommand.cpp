@@ -10,6 +10,7 @@
 #include "output/Listing.h"
 #include "text/Ascii.h"
 #include "text/TerminalText.h"
+#include "text/WordList.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -212,8 +213,9 @@ class ConnectionCommand : public Command {
         options.connection = name_;
         const CommandContext named{options, context.output, context.errors};
         Session session = named.Connect();
-        context.output << Printable(session.Server()) << " answers: " << ServerSchema(session).ClassNames().size()
-                       << " classes\n";
+        context.output << Printable(session.Server())
+                       << " answers: " << Counted(ServerSchema(session).ClassNames().size(), "class", "classes")
+                       << '\n';
     }
 
     void ListKnown(const CommandContext& context) {
