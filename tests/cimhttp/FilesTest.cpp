@@ -6,6 +6,7 @@
 #include "connection/ConnectionStore.h"
 #include "files/InputFile.h"
 #include "files/OutputFile.h"
+#include "files/RemovalOnSignal.h"
 #include "support/CimServer.h"
 #include "support/TemporaryDirectory.h"
 #include "waiting/Interrupt.h"
@@ -13,12 +14,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <csignal>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <ostream>
 
 namespace fs = std::filesystem;
@@ -26,6 +29,7 @@ using cimhttp::ConnectionStore;
 using cimhttp::Failure;
 using cimhttp::InputFile;
 using cimhttp::OutputFile;
+using cimhttp::RemovalOnSignal;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::MatchesRegex;
@@ -116,6 +120,32 @@ TEST_F(FilesTest, ASignalThatEndsTheProgramLeavesTheOldFileAlone) {
         EXPECT_EXIT(replace(), testing::KilledBySignal(signal), "");
         ExpectOldFileAlone();
     }
+}
+
+TEST_F(FilesTest, ASignalLeavesNothingOfFilesThatAreReplacedAtTheSameTime) {
+    testing::FLAGS_gtest_death_test_style = "fast"; // the same folder, and no other thread
+    folder_.WriteFile("file", "old");
+    const auto replace = [&] {
+        OutputFile(Path("file")).Replace([&](std::ostream&) {
+            OutputFile(Path("second")).Replace([&](std::ostream&) {
+                EXPECT_EQ(Names().size(), 3U);
+                OutputFile(Path("file")).Replace([](std::ostream& stream) { stream << "new"; });
+                std::raise(SIGTERM);
+            });
+        });
+    };
+    EXPECT_EXIT(replace(), testing::KilledBySignal(SIGTERM), "");
+    EXPECT_EQ(ReadFile(Path("file")), "new");
+    EXPECT_THAT(Names(), UnorderedElementsAreArray({"file"}));
+}
+
+TEST_F(FilesTest, MoreFilesThanASignalRemovesAreReplacedNevertheless) {
+    std::vector<std::unique_ptr<RemovalOnSignal>> others;
+    for (std::size_t i = 0; i < RemovalOnSignal::kMostFiles + 1; ++i) {
+        others.push_back(std::make_unique<RemovalOnSignal>(AT_FDCWD, "no such file"));
+    }
+    OutputFile(Path("file")).Replace([](std::ostream& stream) { stream << "old"; });
+    ExpectOldFileAlone();
 }
 
 TEST_F(FilesTest, AnInterruptThatIsRememberedLetsTheFileBeFinishedAndTheSecondDoesNot) {

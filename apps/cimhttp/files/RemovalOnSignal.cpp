@@ -4,20 +4,30 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <climits>
 #include <csignal>
-#include <cstddef>
+#include <mutex>
 
 namespace cimhttp {
 
 namespace {
 
 constexpr std::array<int, 5> kSignals{SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGXCPU};
+constexpr int kNoFolder = -1;
 
-// What the signal handler reads.
-int folderOfFile = -1;
-std::array<char, NAME_MAX + 1> nameOfFile{};
+/// A file to remove, if it has a folder. The name is there before the folder is.
+struct File {
+    std::atomic<int> folder{kNoFolder};
+    std::array<char, NAME_MAX + 1> name{};
+};
+
+// What the signal handler reads. The first file installs it, the last one takes it away.
+std::array<File, RemovalOnSignal::kMostFiles> files{};
 std::array<struct sigaction, kSignals.size()> handledBefore{};
+
+std::mutex changing; ///< held while a file comes or goes
+std::size_t count = 0;
 
 std::size_t IndexOf(int signal) {
     return static_cast<std::size_t>(std::find(kSignals.begin(), kSignals.end(), signal) - kSignals.begin());
@@ -33,17 +43,17 @@ void OnSignal(int signal) {
         handler(signal);
         return;
     }
-    ::unlinkat(folderOfFile, nameOfFile.data(), 0);
+    for (const File& file : files) {
+        const int folder = file.folder;
+        if (folder != kNoFolder) {
+            ::unlinkat(folder, file.name.data(), 0);
+        }
+    }
     ::signal(signal, SIG_DFL);
     ::raise(signal); // has its effect when the handler returns
 }
 
-} // namespace
-
-RemovalOnSignal::RemovalOnSignal(int folder, const std::string& name) {
-    folderOfFile = folder;
-    nameOfFile.fill('\0');
-    name.copy(nameOfFile.data(), nameOfFile.size() - 1);
+void InstallHandler() {
     for (std::size_t i = 0; i < kSignals.size(); ++i) {
         ::sigaction(kSignals[i], nullptr, &handledBefore[i]);
         if (handledBefore[i].sa_handler != SIG_IGN) {
@@ -54,10 +64,39 @@ RemovalOnSignal::RemovalOnSignal(int folder, const std::string& name) {
     }
 }
 
-RemovalOnSignal::~RemovalOnSignal() {
+void RestoreHandlers() {
     for (std::size_t i = 0; i < kSignals.size(); ++i) {
         ::sigaction(kSignals[i], &handledBefore[i], nullptr);
     }
+}
+
+} // namespace
+
+RemovalOnSignal::RemovalOnSignal(int folder, const std::string& name) {
+    const std::lock_guard lock(changing);
+    const auto free =
+        std::find_if(files.begin(), files.end(), [](const File& file) { return file.folder == kNoFolder; });
+    place_ = static_cast<std::size_t>(free - files.begin());
+    if (place_ == files.size()) {
+        return;
+    }
+    free->name.fill('\0');
+    name.copy(free->name.data(), free->name.size() - 1);
+    free->folder = folder;
+    if (++count == 1) {
+        InstallHandler();
+    }
+}
+
+RemovalOnSignal::~RemovalOnSignal() {
+    const std::lock_guard lock(changing);
+    if (place_ == files.size()) {
+        return;
+    }
+    if (--count == 0) {
+        RestoreHandlers();
+    }
+    files[place_].folder = kNoFolder;
 }
 
 } // namespace cimhttp
