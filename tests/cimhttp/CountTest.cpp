@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <atomic>
 #include <map>
+#include <mutex>
 #include <set>
 #include <sstream>
 #include <string>
@@ -175,6 +176,7 @@ TEST(Count, AServerThatIsGoneOrLetsNobodyInIsAskedNothingMore) {
          {std::pair("", 3), std::pair("HTTP/1.1 401 Unauthorized\r\nWWW-Authenticate: Basic realm=\"x\"\r\n"
                                       "Content-Length: 0\r\n\r\n",
                                       4)}) {
+        std::mutex connections; // each has a thread
         std::set<std::string> asked;
         support::ScriptedServer server([&, text = std::string(answer)](support::Connection& client) {
             while (const auto request = client.ReadRequest()) {
@@ -182,6 +184,7 @@ TEST(Count, AServerThatIsGoneOrLetsNobodyInIsAskedNothingMore) {
                     client.Write(HttpAnswer(request->body, ClassXml("TEST_A", "") + ClassXml("TEST_B", "") +
                                                                ClassXml("TEST_C", "") + ClassXml("TEST_D", "")));
                 } else {
+                    const std::lock_guard lock(connections);
                     asked.insert(ClassIn(request->body));
                     client.Write(text);
                     return;

@@ -15,6 +15,7 @@
 
 #include <atomic>
 #include <filesystem>
+#include <mutex>
 
 namespace {
 
@@ -152,8 +153,13 @@ TEST_P(ResumptionTest, IsNotTriedAgainAfterAHandshakeThatFailed) {
     HttpConnection connection = connectionWith(trusting());
     exchange(connection);
     server_.reset();
+    std::mutex connections;         // each has a thread
     std::vector<std::size_t> sizes; // of what the client says first, which has the session in it
-    support::ScriptedServer deaf([&](Connection& peer) { sizes.push_back(peer.ReadSome().size()); });
+    support::ScriptedServer deaf([&](Connection& peer) {
+        const std::size_t size = peer.ReadSome().size();
+        const std::lock_guard lock(connections);
+        sizes.push_back(size);
+    });
     deaf.Listen(port_);
     EXPECT_THROW(exchange(connection), SSLException);
     EXPECT_THROW(exchange(connection), SSLException);
