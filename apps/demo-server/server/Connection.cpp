@@ -16,8 +16,6 @@ namespace demo {
 
 namespace {
 
-/// How long answers may still take when the server stops.
-constexpr std::chrono::seconds kStopLimit(3);
 /// How long a client may take to notice that the connection ends.
 constexpr std::chrono::seconds kCloseLimit(2);
 constexpr std::chrono::milliseconds kCrowdedCloseLimit(200);
@@ -253,7 +251,7 @@ Connection::Clock::time_point Connection::LimitedByStop(Clock::time_point deadli
         return deadline;
     }
     if (!stopDeadline_) {
-        stopDeadline_ = Clock::now() + kStopLimit;
+        stopDeadline_ = Clock::now() + limits_.stop;
     }
     return std::min(deadline, *stopDeadline_);
 }

@@ -41,6 +41,8 @@ struct ListenerLimits {
     /// How long a client may keep an answer waiting in all, and how much it must have taken for each second beyond.
     std::chrono::milliseconds answerWait{30'000};
     std::size_t slowestReader = std::size_t{16} * 1024;
+    /// How long answers may still take when the server stops.
+    std::chrono::milliseconds stop{3'000};
 
     // --- Logins ---
 
