@@ -320,6 +320,7 @@ TEST_P(Wbemcli, EinNamesTheFileSystemsOfTheKernelsListOfMounts) {
         named.insert(QuotedBehind(line, "Name"));
     }
     EXPECT_THAT(named, Contains("/"));
+    mounted.insert("/"); // which is no mount in a system below a folder of another one
     EXPECT_TRUE(std::includes(mounted.begin(), mounted.end(), named.begin(), named.end()));
     EXPECT_TRUE(std::includes(named.begin(), named.end(), disks.begin(), disks.end()));
 }
