@@ -80,17 +80,23 @@ int RunCommand(Command& command, const Options& options, std::ostream& output, s
     return status;
 }
 
-int Report(const std::exception& failure, int status, std::ostream& errors) {
+/// `asked` is null where it is not known which command was asked for.
+int Report(const std::exception& failure, int status, const Command* asked, std::ostream& output,
+           std::ostream& errors) {
+    if (asked != nullptr) {
+        return asked->Tell(failure.what(), status, output, errors);
+    }
     errors << "cimhttp: " << Printable(failure.what()) << std::endl;
     return status;
 }
 
 /// Throws only when memory runs out.
 int RunReporting(int argc, const char* const* argv, std::ostream& output, std::ostream& errors) {
+    const auto commands = AllCommands();
+    const Command* asked = nullptr;
     try {
         const OutputGuard guard(output);
-        const auto commands = AllCommands();
-        const ParsedCommandLine parsed = ParseCommandLine(argc, argv, commands);
+        const ParsedCommandLine parsed = ParseCommandLine(argc, argv, commands, asked);
         if (!parsed.help.empty()) {
             output << parsed.help << std::flush;
             return 0;
@@ -100,14 +106,14 @@ int RunReporting(int argc, const char* const* argv, std::ostream& output, std::o
         }
         return RunCommand(*parsed.command, parsed.options, output, errors);
     } catch (const Failure& failure) {
-        // That the reader of the output has gone is not reported.
-        return failure.Status() == Failure::kClosedPipe ? failure.Status() : Report(failure, failure.Status(), errors);
+        const bool isHelpUnread = asked == nullptr && failure.Status() == Failure::kClosedPipe;
+        return isHelpUnread ? failure.Status() : Report(failure, failure.Status(), asked, output, errors);
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::length_error&) {
         throw;
     } catch (const std::exception& failure) {
-        return Report(failure, Failure::kOther, errors);
+        return Report(failure, Failure::kOther, asked, output, errors);
     }
 }
 
