@@ -525,6 +525,28 @@ TEST_F(CheckTest, HealthInAnotherCaseIsAClass) {
     EXPECT_EQ(Check({"Health"}).status, "OK - 1 instance of Health");
 }
 
+TEST(CheckDemoServerTest, FindsTheFansThatAreNotWell) {
+    demo::DemoServerOptions options;
+    options.address = support::LoopbackAddress();
+    options.schemas.push_back({CIMHTTP_FANS, ReadFile(CIMHTTP_FANS)});
+    const demo::DemoServer server(options);
+    const auto run = [](Texts arguments) {
+        arguments.insert(arguments.begin(), {"--host", support::LoopbackAddress(), "check"});
+        return Judged(RunInProcess(std::move(arguments)));
+    };
+    const auto health = run({"health"});
+    EXPECT_EQ(health.exit, kCritical);
+    EXPECT_THAT(
+        health.more,
+        ElementsAre("CRITICAL: EXAMPLE_Fan Fan 3: HealthState is Critical failure, OperationalStatus is Error "
+                    "(EXAMPLE_Fan.…,DeviceID=\"fan-3\")",
+                    "WARNING: EXAMPLE_Fan Fan 2: HealthState is Degraded/Warning, OperationalStatus is Degraded "
+                    "(EXAMPLE_Fan.…,DeviceID=\"fan-2\")"));
+    EXPECT_EQ(run({"health", "--ignore", "Fan 3"}).exit, kWarning);
+    EXPECT_EQ(run({"health", "--ignore", "Fan 3", "--ignore", "fan-2"}).exit, kOk) << "by the key, which is not read";
+    EXPECT_EQ(run({"EXAMPLE_Fan", "--critical", "Speed=1000rpm:"}).exit, kCritical);
+}
+
 TEST(CheckDemoServerTest, ChecksARichSchema) {
     demo::DemoServerOptions options;
     options.address = support::LoopbackAddress();
