@@ -80,7 +80,13 @@ int RunCommand(Command& command, const Options& options, std::ostream& output, s
     return status;
 }
 
-/// `asked` is null where it is not known which command was asked for.
+/// Takes no memory itself.
+int ReportTooLittleMemory(std::ostream& errors) {
+    errors << "cimhttp: " << kTooLittleMemory << std::endl;
+    return Failure::kOther;
+}
+
+/// `asked`, here and below, is null where it is not known which command was asked for.
 int Report(const std::exception& failure, int status, const Command* asked, std::ostream& output,
            std::ostream& errors) {
     if (asked != nullptr) {
@@ -88,6 +94,11 @@ int Report(const std::exception& failure, int status, const Command* asked, std:
     }
     errors << "cimhttp: " << Printable(failure.what()) << std::endl;
     return status;
+}
+
+int ReportTooLittleMemory(const Command* asked, std::ostream& output, std::ostream& errors) {
+    return asked == nullptr ? ReportTooLittleMemory(errors)
+                            : asked->Tell(kTooLittleMemory, Failure::kOther, output, errors);
 }
 
 /// Throws only when memory runs out.
@@ -109,18 +120,12 @@ int RunReporting(int argc, const char* const* argv, std::ostream& output, std::o
         const bool isHelpUnread = asked == nullptr && failure.Status() == Failure::kClosedPipe;
         return isHelpUnread ? failure.Status() : Report(failure, failure.Status(), asked, output, errors);
     } catch (const std::bad_alloc&) {
-        throw;
-    } catch (const std::length_error&) {
-        throw;
+        return ReportTooLittleMemory(asked, output, errors);
+    } catch (const std::length_error&) { // a text or a list longer than any memory
+        return ReportTooLittleMemory(asked, output, errors);
     } catch (const std::exception& failure) {
         return Report(failure, Failure::kOther, asked, output, errors);
     }
-}
-
-/// Takes no memory itself.
-int ReportTooLittleMemory(std::ostream& errors) {
-    errors << "cimhttp: " << kTooLittleMemory << std::endl;
-    return Failure::kOther;
 }
 
 } // namespace

@@ -129,9 +129,12 @@ class CheckCommand : public Command {
         return static_cast<int>(state);
     }
 
-    int Tell(const std::string& failure, int /*status*/, std::ostream& output,
-             std::ostream& /*errors*/) const override {
-        CheckReport::WriteUnknown(failure, output);
+    int Tell(const char* failure, int /*status*/, std::ostream& output, std::ostream& /*errors*/) const override {
+        try {
+            CheckReport::WriteUnknown(failure, output);
+        } catch (const std::bad_alloc&) {
+            output << NameOf(ServiceState::kUnknown) << " - " << kTooLittleMemory << '\n';
+        }
         output.flush();
         return static_cast<int>(ServiceState::kUnknown);
     }

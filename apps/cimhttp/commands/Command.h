@@ -98,7 +98,7 @@ class Command {
 
     /// Tells of a failure that ends the program, of the command line, too, before it is read: in a line on the error
     /// stream, unless a command does otherwise. Returns the exit status, usually that of the failure.
-    virtual int Tell(const std::string& failure, int status, std::ostream& output, std::ostream& errors) const;
+    virtual int Tell(const char* failure, int status, std::ostream& output, std::ostream& errors) const;
 };
 
 } // namespace cimhttp
