@@ -13,7 +13,6 @@
 
 using cimhttp::NumberText;
 using cimhttp::PerformanceData;
-using cimhttp::Quantity;
 using cimhttp::QuantityOf;
 using cimhttp::ServiceState;
 using cimhttp::StatusText;
@@ -132,8 +131,10 @@ TEST(QuantityTest, IsReadFromTheUnscaledText) {
 TEST(QuantityTest, APartOfAUnitIsAsExactAsTheNumberThatIsWritten) {
     for (int number = 0; number < 10000; ++number) {
         const auto quantity = QuantityOf(std::to_string(number), std::to_string(number) + " × 0.01 °C");
-        const std::string written = NumberText(number / 100.0L);
-        EXPECT_EQ(ThresholdRange::In(written + "°C:" + written + "°C")->Alerts(*quantity), false) << written;
+        const std::string written = NumberText(number / 100.0L) + "°C";
+        std::string range = written;
+        range.append(":").append(written);
+        EXPECT_EQ(ThresholdRange::In(range)->Alerts(*quantity), false) << written;
     }
 }
 

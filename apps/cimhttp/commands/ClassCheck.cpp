@@ -100,18 +100,24 @@ struct ClassCheck::Finding {
             Add(ServiceState::kUnknown, name + " has no elements");
         }
         for (std::size_t i = 0; i < numbers.quantities.size(); ++i) {
-            const auto& quantity = numbers.quantities[i];
-            const std::string value = i < shown.size() ? shown[i] : std::string();
-            if (!quantity) {
-                Add(ServiceState::kUnknown, name + (value.empty() ? " is null" : " is no number: " + value));
-                continue;
-            }
-            const auto alerts = range.Alerts(*quantity);
-            if (!alerts) {
-                Add(ServiceState::kUnknown, name + " is " + value + ", which " + range.Text() + " is no range for");
-            } else if (*alerts) {
-                Add(about, name + " is " + value + ", threshold " + range.Text());
-            }
+            AddElement(range, about, name, i < shown.size() ? shown[i] : std::string(), numbers.quantities[i]);
+        }
+    }
+
+    /// Adds what a range says of one element, of which `value` is the text for people.
+    void AddElement(const ThresholdRange& range, ServiceState about, const std::string& name, const std::string& value,
+                    const std::optional<Quantity>& quantity) {
+        const auto alerts = quantity ? range.Alerts(*quantity) : std::nullopt;
+        std::string text = name;
+        if (!quantity) {
+            text.append(value.empty() ? " is null" : " is no number: ").append(value);
+            Add(ServiceState::kUnknown, text);
+        } else if (!alerts) {
+            text.append(" is ").append(value).append(", which ").append(range.Text()).append(" is no range for");
+            Add(ServiceState::kUnknown, text);
+        } else if (*alerts) {
+            text.append(" is ").append(value).append(", threshold ").append(range.Text());
+            Add(about, text);
         }
     }
 
