@@ -242,6 +242,18 @@ struct Parser {
         return names;
     }
 
+    /// The command that the line names, also where something else about the line is wrong; null for none.
+    const Command* Asked(const Commands& commands) const {
+        auto named = app.get_subcommands();
+        while (!named.empty() && !named.front()->get_subcommands().empty()) { // record and its command
+            named = named.front()->get_subcommands();
+        }
+        const auto found = std::find_if(commands.begin(), commands.end(), [&](const auto& command) {
+            return !named.empty() && command->Describe().name == named.front()->get_name();
+        });
+        return found == commands.end() ? nullptr : found->get();
+    }
+
     void CheckFormat() const {
         const CommandDescription description = chosen->Describe();
         const auto& formats = description.formats;
@@ -296,7 +308,7 @@ struct Parser {
 
 } // namespace
 
-ParsedCommandLine ParseCommandLine(int argc, const char* const* argv, const Commands& commands) {
+ParsedCommandLine ParseCommandLine(int argc, const char* const* argv, const Commands& commands, const Command*& asked) {
     Parser parser(commands);
     try {
         parser.app.parse(argc, argv);
@@ -305,8 +317,10 @@ ParsedCommandLine ParseCommandLine(int argc, const char* const* argv, const Comm
     } catch (const CLI::CallForVersion& version) {
         return {parser.options, nullptr, std::string(version.what()) + '\n', {}};
     } catch (const CLI::ParseError& error) {
+        asked = parser.Asked(commands);
         throw Failure(Failure::kUsage, parser.Complaint(error));
     }
+    asked = parser.chosen;
     if (parser.helpCommand->parsed()) {
         return {parser.options, nullptr, parser.HelpOfTopic(), {}};
     }

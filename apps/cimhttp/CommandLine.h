@@ -20,7 +20,8 @@ struct ParsedCommandLine {
 
 /// Reads the command line of a program with these commands, the password file, the size of the terminal and the
 /// variables CIMHTTP_PASSWORD, COLUMNS, NO_COLOR and TERM. Throws Failure(kUsage) with one line that names what is
-/// wrong.
-ParsedCommandLine ParseCommandLine(int argc, const char* const* argv, const Commands& commands);
+/// wrong. `asked` becomes the command that was asked for, where that can be told, then too; it is left as it is
+/// otherwise.
+ParsedCommandLine ParseCommandLine(int argc, const char* const* argv, const Commands& commands, const Command*& asked);
 
 } // namespace cimhttp

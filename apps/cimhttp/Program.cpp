@@ -80,17 +80,34 @@ int RunCommand(Command& command, const Options& options, std::ostream& output, s
     return status;
 }
 
-int Report(const std::exception& failure, int status, std::ostream& errors) {
+/// Takes no memory itself.
+int ReportTooLittleMemory(std::ostream& errors) {
+    errors << "cimhttp: " << kTooLittleMemory << std::endl;
+    return Failure::kOther;
+}
+
+/// `asked`, here and below, is null where it is not known which command was asked for.
+int Report(const std::exception& failure, int status, const Command* asked, std::ostream& output,
+           std::ostream& errors) {
+    if (asked != nullptr) {
+        return asked->Tell(failure.what(), status, output, errors);
+    }
     errors << "cimhttp: " << Printable(failure.what()) << std::endl;
     return status;
 }
 
+int ReportTooLittleMemory(const Command* asked, std::ostream& output, std::ostream& errors) {
+    return asked == nullptr ? ReportTooLittleMemory(errors)
+                            : asked->Tell(kTooLittleMemory, Failure::kOther, output, errors);
+}
+
 /// Throws only when memory runs out.
 int RunReporting(int argc, const char* const* argv, std::ostream& output, std::ostream& errors) {
+    const auto commands = AllCommands();
+    const Command* asked = nullptr;
     try {
         const OutputGuard guard(output);
-        const auto commands = AllCommands();
-        const ParsedCommandLine parsed = ParseCommandLine(argc, argv, commands);
+        const ParsedCommandLine parsed = ParseCommandLine(argc, argv, commands, asked);
         if (!parsed.help.empty()) {
             output << parsed.help << std::flush;
             return 0;
@@ -100,21 +117,15 @@ int RunReporting(int argc, const char* const* argv, std::ostream& output, std::o
         }
         return RunCommand(*parsed.command, parsed.options, output, errors);
     } catch (const Failure& failure) {
-        // That the reader of the output has gone is not reported.
-        return failure.Status() == Failure::kClosedPipe ? failure.Status() : Report(failure, failure.Status(), errors);
+        const bool isHelpUnread = asked == nullptr && failure.Status() == Failure::kClosedPipe;
+        return isHelpUnread ? failure.Status() : Report(failure, failure.Status(), asked, output, errors);
     } catch (const std::bad_alloc&) {
-        throw;
-    } catch (const std::length_error&) {
-        throw;
+        return ReportTooLittleMemory(asked, output, errors);
+    } catch (const std::length_error&) { // a text or a list longer than any memory
+        return ReportTooLittleMemory(asked, output, errors);
     } catch (const std::exception& failure) {
-        return Report(failure, Failure::kOther, errors);
+        return Report(failure, Failure::kOther, asked, output, errors);
     }
-}
-
-/// Takes no memory itself.
-int ReportTooLittleMemory(std::ostream& errors) {
-    errors << "cimhttp: " << kTooLittleMemory << std::endl;
-    return Failure::kOther;
 }
 
 } // namespace

@@ -198,6 +198,8 @@ TEST_F(CompletionTest, OffersAnotherCommandAfterRecordAndItsFile) {
 TEST_F(CompletionTest, OffersTheServersClasses) {
     EXPECT_THAT(Offers(Host() + "class test_"), ElementsAre("TEST_Disk", "TEST_Tape"));
     EXPECT_THAT(Offers(Host() + "instances --deep CIM"), ElementsAre("CIM_System"));
+    EXPECT_THAT(Offers(Host() + "check test_"), ElementsAre("TEST_Disk", "TEST_Tape"));
+    EXPECT_THAT(Offers(Host() + "check he"), ElementsAre("health"));
     EXPECT_THAT(Offers("cimhttp --host " + server_.Address() + ":5988 --tls=false qualifiers --class TEST_T"),
                 ElementsAre("TEST_Tape"));
     EXPECT_THAT(Offers(Host() + "class TEST_Disk "), IsEmpty());
@@ -210,6 +212,7 @@ TEST_F(CompletionTest, OffersThePropertiesOfTheClassThatTheLineNames) {
     EXPECT_THAT(Offers(Host() + "instances TEST_Disk --property n"), ElementsAre("Name", "Number"));
     EXPECT_THAT(Offers(Host() + "instances TEST_Disk --property Size,n"), ElementsAre("Size,Name", "Size,Number"));
     EXPECT_THAT(Offers(Host() + "watch TEST_Disk --property Size --where S"), ElementsAre("Size="));
+    EXPECT_THAT(Offers(Host() + "check TEST_Disk --critical S"), ElementsAre("Size="));
     EXPECT_THAT(Offers(Host() + "instances --property N"), IsEmpty());
     EXPECT_THAT(Offers(Host() + "instances TEST_Nobody --property N"), IsEmpty());
 }

@@ -199,3 +199,27 @@ TEST(OutOfMemory, IsSaidOrDoesNotMatter) {
         EXPECT_GT(said, kTries / 2) << command[2];
     }
 }
+
+TEST(OutOfMemory, IsUnknownToAMonitoringSystem) {
+    const ServerProcess server;
+    const std::vector<std::string> command{"--host", server.Address(), "check", "TEST_Disk", "--warning", "Size=10"};
+    RunFailing(command, 0, "/no/such/plugin");
+    const long begin = allocations;
+    const auto whole = RunFailing(command, 0);
+    ASSERT_EQ(whole.status, 0) << whole.output;
+    const long count = allocations;
+    long said = 0;
+    for (long i = 0; i < kTries; ++i) {
+        const long number = begin + i * (count - begin) / kTries;
+        SCOPED_TRACE("allocation " + std::to_string(number) + " of " + std::to_string(count));
+        const auto run = RunFailing(command, number);
+        if (run.status == 0) {
+            EXPECT_EQ(run.output, whole.output);
+        } else {
+            EXPECT_EQ(run.status, 3);
+            EXPECT_EQ(run.output.rfind("UNKNOWN - ", 0), 0U) << run.output;
+            ++said;
+        }
+    }
+    EXPECT_GT(said, kTries / 2);
+}

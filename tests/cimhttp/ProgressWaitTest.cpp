@@ -1,5 +1,7 @@
 // How cimhttp looks after the user while a server keeps it waiting.
 
+#include "waiting/ProgressWait.h"
+
 #include "server/DemoServer.h"
 #include "support/FaultyServer.h"
 #include "support/LoopbackAddress.h"
@@ -9,10 +11,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <atomic>
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <future>
+#include <iostream>
 #include <memory>
 
 using support::TerminalProgram;
@@ -171,4 +177,21 @@ TEST_F(ProgressWaitTest, ALogTakesThePlaceOfTheLine) {
     TerminalProgram program(CIMHTTP_PROGRAM, Arguments({"--timeout", "1", "--log", "error", "classes"}));
     EXPECT_EQ(program.Wait(), 3);
     EXPECT_THAT(program.Screen(), Not(HasSubstr("reading the names")));
+}
+
+TEST(LateWork, EndsTheProgramAsTheOneWhoWaitsSays) {
+    const auto wait = [](bool hasOwnEnd) {
+        const cimhttp::ProgressWait usual(std::cerr, false, 0, [] {});
+        const auto own = usual.EndingLateWorkBy([](const cimhttp::Failure& failure) {
+            std::cerr << "own words about what is " << failure.what() << std::endl;
+            std::_Exit(42);
+        });
+        const cimhttp::ProgressWait::Limit limit{
+            std::chrono::milliseconds(1), [] { return cimhttp::Failure(cimhttp::Failure::kConnection, "late"); }};
+        (hasOwnEnd ? own : usual)
+            .Run(
+                "what never comes", [] { ::pause(); }, limit);
+    };
+    EXPECT_EXIT(wait(true), testing::ExitedWithCode(42), "own words about what is late");
+    EXPECT_EXIT(wait(false), testing::ExitedWithCode(3), "cimhttp: late");
 }

@@ -70,4 +70,11 @@ ProgressWait CommandContext::MakeProgressWait() const {
 
 bool CommandContext::ShowsProgress() const { return options.isErrorStreamTerminal && !options.logLevel; }
 
+int Command::Tell(const char* failure, int status, std::ostream& /*output*/, std::ostream& errors) const {
+    if (status != Failure::kClosedPipe) { // that the reader of the output has gone is not reported
+        errors << "cimhttp: " << Printable(failure) << std::endl;
+    }
+    return status;
+}
+
 } // namespace cimhttp

@@ -95,6 +95,10 @@ class Command {
 
     /// Returns the exit status. Throws Failure.
     virtual int Run(const CommandContext& context) = 0;
+
+    /// Tells of a failure that ends the program, of the command line, too, before it is read: in a line on the error
+    /// stream, unless a command does otherwise. Returns the exit status, usually that of the failure.
+    virtual int Tell(const char* failure, int status, std::ostream& output, std::ostream& errors) const;
 };
 
 } // namespace cimhttp

@@ -8,7 +8,7 @@ std::vector<std::unique_ptr<Command>> AllCommands() {
          {MakeInfoCommand, MakeDoctorCommand, MakeNamespacesCommand, MakeProfilesCommand, MakeClassesCommand,
           MakeTreeCommand, MakeClassCommand, MakeMethodsCommand, MakeQualifiersCommand, MakeCountCommand,
           MakeInstancesCommand, MakeInstanceCommand, MakeAssociatorsCommand, MakeReferencesCommand, MakeRelatedCommand,
-          MakeWatchCommand, MakeCollectCommand, MakeConnectionCommand}) {
+          MakeWatchCommand, MakeCheckCommand, MakeCollectCommand, MakeConnectionCommand}) {
         commands.push_back(make());
     }
     return commands;

@@ -49,7 +49,7 @@ _cimhttp_read_line() {
                 i=$((i + 1))
                 ;;
             -o | --units | --timeout | --plugin | --log | --trace | --output | --property | --where | --sort | --limit | --class | --out | \
-                --interval | --count | --role | --result-class | --result-role | --depth)
+                --interval | --count | --role | --result-class | --result-role | --depth | --warning | --critical | --ignore)
                 i=$((i + 1))
                 ;;
             --tls* | --verify*) server+=("${words[i]}") ;;
@@ -152,6 +152,7 @@ _cimhttp_offer_options() {
         related) _cimhttp_offer_words --depth ;;
         qualifiers) _cimhttp_offer_words --class ;;
         watch) _cimhttp_offer_words --interval --count --property --where ;;
+        check) _cimhttp_offer_words --where --warning --critical --ignore ;;
         collect) _cimhttp_offer_words --out ;;
         connection) _cimhttp_offer_words --store-password ;;
     esac
@@ -160,7 +161,7 @@ _cimhttp_offer_options() {
 # All commands that record takes, and the words given.
 _cimhttp_offer_commands() {
     _cimhttp_offer_words info doctor namespaces profiles classes tree class methods qualifiers count \
-        instances instance associators references related watch collect connection "$@"
+        instances instance associators references related watch check collect connection "$@"
 }
 
 _cimhttp_offer_arguments() {
@@ -169,6 +170,10 @@ _cimhttp_offer_arguments() {
         record,1) _cimhttp_offer_commands ;;
         classes,0 | count,0 | tree,0 | class,0 | methods,0 | instances,0 | instance,0 | \
             associators,0 | references,0 | related,0 | watch,0) _cimhttp_offer_classes ;;
+        check,0)
+            _cimhttp_offer_classes
+            _cimhttp_offer_words health
+            ;;
         collect,0 | record,0) _cimhttp_offer_files ;;
         connection,0) _cimhttp_offer_words add list remove test known forget ;;
         connection,1) if [[ $argument == forget ]]; then _cimhttp_offer_known_servers; else _cimhttp_offer_connections; fi ;;
@@ -196,12 +201,12 @@ _cimhttp() {
                 _cimhttp_offer_property_list
             fi
             ;;
-        --where)
+        --where | --warning | --critical)
             compopt -o nospace 2>/dev/null # the value follows at once
             _cimhttp_offer_properties '' '='
             ;;
         -u | --user | --port | -n | --namespace | --fingerprint | --timeout | --interval | --count | --limit | --role | \
-            --result-role | --depth) ;;
+            --result-role | --depth | --ignore) ;;
         *) if [[ $current == -* ]]; then _cimhttp_offer_options; else _cimhttp_offer_arguments; fi ;;
     esac
 }

@@ -20,7 +20,7 @@ function __cimhttp_read_line
                 end
                 set i (math $i + 1)
             case -o --output --units --timeout --plugin --log --trace --property --where --sort --limit --class --out \
-                    --interval --count --role --result-class --result-role --depth
+                    --interval --count --role --result-class --result-role --depth --warning --critical --ignore
                 set i (math $i + 1)
             case '--tls*' '--verify*' '--connection=*' '--host=*' '--port=*' '--namespace=*' '--user=*' '--password-file=*' \
                     '--ca=*' '--fingerprint=*' '--cert=*'
@@ -142,6 +142,7 @@ set -l commands \
     references 'Show the associations of an instance' \
     related 'Draw what is associated with an instance' \
     watch 'Show what changes about instances' \
+    check 'Check instances for a monitoring system' \
     collect 'Write the classes that a document names as JSON' \
     connection 'Keep connections under names' \
     record 'Record what the server answers' \
@@ -178,8 +179,9 @@ complete -c cimhttp -s o -l output -x -a 'table plain json csv mof dot' -d 'Form
 complete -c cimhttp -l units -x -a 'scaled exact' -d 'How numbers with units are written'
 complete -c cimhttp -l verbose -d 'Mark numbers for which their value map has no text'
 
-complete -c cimhttp -n '__cimhttp_begins classes count tree class methods instances instance associators references related watch' \
+complete -c cimhttp -n '__cimhttp_begins classes count tree class methods instances instance associators references related watch check' \
     -a '(__cimhttp_classes)'
+complete -c cimhttp -n '__cimhttp_begins check' -a health
 complete -c cimhttp -n '__cimhttp_begins collect record' -F
 complete -c cimhttp -n '__cimhttp_begins connection' -a 'add list remove test known forget'
 complete -c cimhttp -n '__cimhttp_has_connection add remove test' -a '(__cimhttp_connections)'
@@ -189,7 +191,7 @@ complete -c cimhttp -n '__cimhttp_is class' -l all -d 'Write out what is inherit
 complete -c cimhttp -n '__cimhttp_is count' -l all -d 'Classes without instances, too'
 complete -c cimhttp -n '__cimhttp_is instances associators references watch' -l property -x -a '(__cimhttp_property_list)' \
     -d 'Only this property'
-complete -c cimhttp -n '__cimhttp_is instances watch' -l where -x -a '(__cimhttp_conditions)' -d 'Only instances with this value'
+complete -c cimhttp -n '__cimhttp_is instances watch check' -l where -x -a '(__cimhttp_conditions)' -d 'Only instances with this value'
 complete -c cimhttp -n '__cimhttp_is instances' -l sort -x -a '(__cimhttp_property_list)' -d 'Sort by a property'
 complete -c cimhttp -n '__cimhttp_is count' -l sort -x -a 'class count' -d 'Sort by a column'
 complete -c cimhttp -n '__cimhttp_is classes count instances' -l limit -x -d 'The first only'
@@ -209,5 +211,8 @@ complete -c cimhttp -n '__cimhttp_is associators references' -l names -d 'Only t
 complete -c cimhttp -n '__cimhttp_is related' -l depth -x -d 'How many associations in a row'
 complete -c cimhttp -n '__cimhttp_is watch' -l interval -x -d 'Time between two readings'
 complete -c cimhttp -n '__cimhttp_is watch' -l count -x -d 'End after so many readings'
+complete -c cimhttp -n '__cimhttp_is check' -l warning -x -a '(__cimhttp_conditions)' -d 'Warn about what is outside a range'
+complete -c cimhttp -n '__cimhttp_is check' -l critical -x -a '(__cimhttp_conditions)' -d 'What is critical'
+complete -c cimhttp -n '__cimhttp_is check' -l ignore -x -d 'Leave out known faults'
 complete -c cimhttp -n '__cimhttp_is collect' -l out -r -F -d 'File to write'
 complete -c cimhttp -n '__cimhttp_is connection' -l store-password -d 'Keep the password, in plain text'

@@ -23,6 +23,12 @@ _cimhttp_classes() {
     _cimhttp_offer "$_cimhttp_class_names"
 }
 
+# What check takes.
+_cimhttp_checkable() {
+    compadd health
+    _cimhttp_classes
+}
+
 # The properties of the class that stands before, in a list such as Name,Size.
 _cimhttp_property_list() {
     [[ -n $argument ]] || return 1
@@ -77,6 +83,7 @@ _cimhttp_recordable=(
     'references:show the associations of an instance'
     'related:draw what is associated with an instance'
     'watch:show what changes about instances'
+    'check:check instances for a monitoring system'
     'collect:write the classes that a document names as JSON'
     'connection:keep connections under names'
 )
@@ -168,6 +175,11 @@ _cimhttp_describe_command() {
             options=('--interval=[time between two readings]:seconds:' '--count=[end after so many readings]:number:'
                 $property $where)
             places=(_cimhttp_classes)
+            ;;
+        check)
+            options=($where '*--warning=[warn about what is outside a range]:threshold:_cimhttp_condition'
+                '*--critical=[what is critical]:threshold:_cimhttp_condition' '*--ignore=[leave out known faults]:pattern:')
+            places=(_cimhttp_checkable)
             ;;
         collect) options=('--out=[file to write]:file:_files') places=(_files) ;;
         connection)

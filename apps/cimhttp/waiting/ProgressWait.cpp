@@ -43,6 +43,9 @@ void ProgressWait::Run(const std::string& what, const Work& work, const std::opt
         }
         if (limit && elapsed >= limit->time) {
             line.Clear();
+            if (onLate_) {
+                onLate_(limit->failure());
+            }
             EndWith(limit->failure(), *errors_);
         }
         if (elapsed >= kUnnoticed) {

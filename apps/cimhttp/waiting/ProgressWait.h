@@ -43,6 +43,14 @@ class ProgressWait {
         return std::move(*result);
     }
 
+    /// This wait with another end for work whose time is over, which must end the program, too. It is called in the
+    /// thread that waits.
+    ProgressWait EndingLateWorkBy(std::function<void(const Failure&)> onLate) const {
+        ProgressWait wait = *this;
+        wait.onLate_ = std::move(onLate);
+        return wait;
+    }
+
     /// Ends the program as at an interrupt.
     void End() const { onInterrupt_(); }
 
@@ -51,6 +59,7 @@ class ProgressWait {
     bool showsLine_;
     std::size_t width_;
     std::function<void()> onInterrupt_;
+    std::function<void(const Failure&)> onLate_; // empty: a line and the failure's status
 };
 
 } // namespace cimhttp
