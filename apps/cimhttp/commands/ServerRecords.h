@@ -1,0 +1,56 @@
+#pragma once
+
+#include "fleet/ServerLines.h"
+#include "fleet/SinkStream.h"
+#include "output/JsonRecords.h"
+#include "output/Listing.h"
+#include "output/OutputFormat.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace cimhttp {
+
+/// What a command writes about one of several servers: it is held here until the turn of the server has come. All text
+/// names the server already: lines begin with its name, and JSON is what JsonRecords makes of it.
+class ServerRecords {
+  public:
+    /// A text, or rows, or records of CSV with the columns that they have. The parts are in the order in which they
+    /// were written.
+    struct Part {
+        std::string text;
+        std::optional<Listing> rows = {};
+        std::optional<std::vector<Listing::Column>> csvColumns = {}; ///< the text is their records
+        const char* wholeForm = "";                                  ///< see WriteListing()
+    };
+
+    ServerRecords(const std::string& server, OutputFormat format);
+
+    const std::string& Server() const { return server_; }
+
+    /// Where everything is written that has no rows.
+    std::ostream& Output() { return output_; }
+
+    /// Rows for a table or for lists, or for CSV whose columns may be others of another server.
+    void AddRows(Listing rows, const char* wholeForm);
+
+    /// The records of CSV whose columns are those of any server.
+    void AddCsv(const std::vector<Listing::Column>& columns, const std::string& records);
+
+    /// What has been written so far; forgets it.
+    std::vector<Part> Take();
+
+  private:
+    SinkStream::Sink SinkFor(OutputFormat format);
+    void EndText();
+
+    std::string server_;
+    std::vector<Part> parts_;
+    std::string text_; ///< of the next part
+    JsonRecords json_;
+    ServerLines lines_;
+    SinkStream output_;
+};
+
+} // namespace cimhttp
