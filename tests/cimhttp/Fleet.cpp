@@ -20,8 +20,9 @@ std::string ClassOfFans() { return ClassXml("TEST_Fan", "", DeclarationXml("Spee
 
 constexpr const char* kClassNames = "<CLASSNAME NAME=\"TEST_Fan\"/>";
 
-/// The answer of a server with one fan.
-std::string AnswerTo(const std::string& request) {
+} // namespace
+
+std::string FanAnswer(const std::string& request) {
     const std::string method = MethodIn(request);
     if (method == "GetClass") {
         return HttpAnswer(request, ClassOfFans());
@@ -35,8 +36,6 @@ std::string AnswerTo(const std::string& request) {
     constexpr unsigned kNotSupported = 7;
     return HttpFailure(request, kNotSupported);
 }
-
-} // namespace
 
 void AnswerWithFans(support::CimServer& server, const std::vector<std::string>& fans) {
     server.Answer("GetQualifier", "Key", QualifierDeclarationXml("Key", "boolean"));
@@ -62,7 +61,7 @@ void Fleet::AddDead(const std::string& name) {
 void Fleet::AddFaulty(const std::string& name, support::Fault fault) {
     AddScripted(name, [fault = std::move(fault)](support::Connection& client) {
         if (const auto request = client.ReadRequest()) {
-            fault(client, AnswerTo(request->body));
+            fault(client, FanAnswer(request->body));
         }
     });
 }

@@ -50,5 +50,8 @@ class Fleet {
     std::vector<std::unique_ptr<support::ScriptedServer>> scripted_;
 };
 
+/// The whole answer to a request of a server with one fan, `faulty`.
+std::string FanAnswer(const std::string& request);
+
 /// Lets a server answer with the class TEST_Fan and these instances.
 void AnswerWithFans(support::CimServer& server, const std::vector<std::string>& fans);

@@ -209,26 +209,25 @@ TEST_F(FleetTest, WhatOneServerLacksCostsNoOther) {
     locked.RequireUser("reader", "secret");
     fleet_.AddConnection("rack5", locked.Listen(0), R"(,"user":"reader","password":"wrong")");
     fleet_.Add("rack6", {"b"});
-    const auto run = Instances("rack*", {"--timeout", "1"});
+    const auto run = Instances("rack*", {"--timeout", "5"});
     EXPECT_EQ(run.status, 8);
     EXPECT_THAT(Fans(run), ElementsAre("rack1/a", "rack6/b"));
     const auto errors = Lines(run.errors);
     ASSERT_EQ(errors.size(), 4U) << run.errors;
     EXPECT_THAT(errors[0], StartsWith("cimhttp: rack2: no connection to http://"));
     EXPECT_THAT(errors[1], StartsWith("cimhttp: rack3: the class TEST_Fan cannot be read from http://"));
-    EXPECT_THAT(errors[1], HasSubstr("; a server has 1 second for all that it is asked, --timeout gives more"));
+    EXPECT_THAT(errors[1], HasSubstr("; a server has 5 seconds for all that it is asked, --timeout gives more"));
     EXPECT_THAT(errors[2], StartsWith("cimhttp: rack4: the class TEST_Fan cannot be read from http://"));
     EXPECT_THAT(errors[3], StartsWith("cimhttp: rack5: the class TEST_Fan cannot be read from http://"));
 }
 
 TEST_F(FleetTest, AServerHasItsTimeoutForAllOfItsAnswersTogether) {
-    fleet_.AddFaulty("rack1", support::faults::Delayed(std::chrono::milliseconds(700))); // three answers
-    fleet_.Add("rack2", {"b"});
-    EXPECT_EQ(fleet_.Run({"-c", "rack1", "--timeout", "1", "instances", "TEST_Fan"}).status, 0);
-    const auto run = Instances("rack*", {"--timeout", "1"});
-    EXPECT_EQ(run.status, 8);
-    EXPECT_THAT(Fans(run), ElementsAre("rack2/b"));
-    EXPECT_THAT(run.errors, HasSubstr("a server has 1 second for all that it is asked"));
+    fleet_.AddFaulty("rack1", support::faults::Delayed(std::chrono::milliseconds(1400))); // several answers
+    fleet_.AddDead("rack2");
+    EXPECT_EQ(fleet_.Run({"-c", "rack1", "--timeout", "60", "instances", "TEST_Fan"}).status, 0);
+    const auto run = Instances("rack*", {"--timeout", "2"});
+    EXPECT_EQ(run.status, 3);
+    EXPECT_THAT(run.errors, HasSubstr("a server has 2 seconds for all that it is asked"));
 }
 
 TEST_F(FleetTest, TheExitStatusOfAllIsThatOfEachWhereThisIsTheSame) {
@@ -367,7 +366,7 @@ TEST_F(FleetTest, NoMoreServersThanThatAreAskedAtOnce) {
     EXPECT_EQ(gate.Greatest(), kParallel);
 }
 
-TEST_F(FleetTest, TheOrderIsThatOfTheListUnlessItIsThatOfCompletion) {
+TEST_F(FleetTest, TheOrderIsThatOfTheListHoweverLateTheFirstIs) {
     std::mutex mutex;
     std::condition_variable changed;
     bool isSecondDone = false;
@@ -377,18 +376,191 @@ TEST_F(FleetTest, TheOrderIsThatOfTheListUnlessItIsThatOfCompletion) {
         client.Write(answer);
     });
     fleet_.AddScripted("rack2", [&](support::Connection& client) {
-        while (client.ReadRequest()) {
-            client.Write("HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\n\r\n");
+        while (const auto request = client.ReadRequest()) {
+            client.Write(FanAnswer(request->body));
         }
-        const std::lock_guard<std::mutex> lock(mutex); // the program has taken the answer, and closed the connection
+        const std::lock_guard<std::mutex> lock(mutex); // the program has read all, and closed the connection
         isSecondDone = true;
         changed.notify_all();
     });
-    const auto ofList = fleet_.Run({"-c", "rack*", "classes"});
-    EXPECT_EQ(ofList.output, "rack1: TEST_Fan\n");
-    EXPECT_EQ(ofList.status, 8);
-    isSecondDone = false;
-    const auto asCompleted = fleet_.Run({"-c", "rack*", "--as-completed", "classes"});
-    EXPECT_EQ(asCompleted.output, "rack1: TEST_Fan\n");
-    EXPECT_THAT(asCompleted.errors, StartsWith("cimhttp: rack2: "));
+    EXPECT_THAT(Fans(Instances("rack*")), ElementsAre("rack1/faulty", "rack2/faulty"));
+    EXPECT_TRUE(isSecondDone);
+    EXPECT_THAT(Fans(Instances("rack*", {"--as-completed"})),
+                testing::UnorderedElementsAre("rack1/faulty", "rack2/faulty"));
+}
+
+// --- A whole room ------------------------------------------------------------------------------------------------
+
+TEST_F(FleetTest, AmongFortyServersThoseThatAreWellAreReadAndTheOthersNamed) {
+    constexpr int kServers = 40;
+    std::vector<std::unique_ptr<demo::DemoServer>> servers;
+    std::vector<std::string> well;
+    std::size_t failing = 0;
+    for (int i = 0; i < kServers; ++i) {
+        const std::string name = "rack" + std::to_string(100 + i);
+        const int kind = i % 20; // of twenty, two are dead, one trickles, one resets its connections
+        if (kind == 3 || kind == 11) {
+            fleet_.AddDead(name);
+        } else if (kind == 7) {
+            fleet_.AddFaulty(name, support::faults::Dripped(std::chrono::milliseconds(50)));
+        } else if (kind == 15) {
+            fleet_.AddFaulty(name, support::faults::ResetAt(100));
+        } else {
+            demo::DemoServerOptions options;
+            options.address = support::LoopbackAddress();
+            options.httpPort = 0;
+            options.httpsPort = 0;
+            options.volumes = 3;
+            servers.push_back(std::make_unique<demo::DemoServer>(options));
+            const std::string url = servers.back()->HttpUrl();
+            fleet_.AddConnection(name, static_cast<std::uint16_t>(std::stoi(url.substr(url.rfind(':') + 1))));
+            well.insert(well.end(), 3, name);
+            continue;
+        }
+        ++failing;
+    }
+    const auto run = fleet_.Run(
+        {"-c", "rack*", "--parallel", "8", "--timeout", "15", "instances", "DEMO_StorageVolume", "-o", "json"});
+    EXPECT_EQ(run.status, 8);
+    std::vector<std::string> named;
+    for (const json& record : support::ParsedJson(run.output)) {
+        named.push_back(record.at("server"));
+    }
+    EXPECT_EQ(named, well);
+    EXPECT_EQ(Lines(run.errors).size(), failing) << run.errors;
+    EXPECT_THAT(Lines(run.errors), testing::Each(testing::ContainsRegex("^cimhttp: rack1[0-9][0-9]: ")));
+}
+
+// --- collect and watch -------------------------------------------------------------------------------------------
+
+namespace {
+
+constexpr const char* kDocument = "<vyx version=\"1\"><class name=\"TEST_Fan\"/></vyx>";
+
+} // namespace
+
+TEST_F(FleetTest, CollectWritesALineForEachServerIntoOneFile) {
+    fleet_.Add("rack1", {"a", "b"});
+    fleet_.AddDead("rack2");
+    fleet_.Add("rack3", {"c"});
+    const std::string document = fleet_.WriteFile("requested.xml", kDocument);
+    const std::string file = fleet_.WriteFile("collected.jsonl", "as it was\n");
+    const auto run = fleet_.Run({"-c", "rack*", "collect", document, "--out", file});
+    EXPECT_EQ(run.status, 8);
+    EXPECT_EQ(run.output, "");
+    EXPECT_THAT(run.errors, StartsWith("cimhttp: rack2: no connection to http://"));
+    const auto lines = Lines(support::ReadFile(file));
+    ASSERT_EQ(lines.size(), 3U);
+    const json first = support::ParsedJson(lines[0]);
+    EXPECT_EQ(first.at("server"), "rack1");
+    EXPECT_THAT(first.at("url").get<std::string>(), StartsWith("http://"));
+    EXPECT_EQ(first.at("classes").at(0).at("instances").size(), 2U);
+    EXPECT_EQ(first.at("complete"), true);
+    const json second = support::ParsedJson(lines[1]);
+    EXPECT_EQ(second.at("server"), "rack2");
+    EXPECT_EQ(second.at("complete"), false);
+    EXPECT_THAT(second.at("failure").get<std::string>(), StartsWith("no connection to http://"));
+    EXPECT_EQ(support::ParsedJson(lines[2]).at("server"), "rack3");
+    EXPECT_EQ(fleet_.Run({"-c", "rack*", "collect", document}).output, support::ReadFile(file));
+}
+
+TEST_F(FleetTest, CollectLeavesTheFileAsItWasWhereAllServersFail) {
+    fleet_.AddDead("rack1");
+    fleet_.AddDead("rack2");
+    const std::string document = fleet_.WriteFile("requested.xml", kDocument);
+    const std::string file = fleet_.WriteFile("collected.jsonl", "as it was\n");
+    EXPECT_EQ(fleet_.Run({"-c", "rack*", "collect", document, "--out", file}).status, 3);
+    EXPECT_EQ(support::ReadFile(file), "as it was\n");
+}
+
+TEST_F(FleetTest, CollectWritesAFileForEachServerWhereItsNameIsInTheFiles) {
+    fleet_.Add("rack1", {"a", "b"});
+    fleet_.AddDead("rack2");
+    fleet_.Add("rack3", {"c"});
+    const std::string document = fleet_.WriteFile("requested.xml", kDocument);
+    fleet_.WriteFile("rack2.json", "as it was\n");
+    const auto run = fleet_.Run({"-c", "rack*", "collect", document, "--out", fleet_.Path("{server}.json")});
+    EXPECT_EQ(run.status, 8);
+    const json first = support::ParsedJson(support::ReadFile(fleet_.Path("rack1.json")));
+    EXPECT_EQ(first.at("server"), "rack1");
+    EXPECT_EQ(first.at("classes").at(0).at("instances").size(), 2U);
+    EXPECT_EQ(support::ReadFile(fleet_.Path("rack2.json")), "as it was\n");
+    EXPECT_EQ(support::ParsedJson(support::ReadFile(fleet_.Path("rack3.json"))).at("server"), "rack3");
+}
+
+TEST_F(FleetTest, CollectComplainsOfItsDocumentOnce) {
+    const auto& server = fleet_.Add("rack1", {"a"});
+    fleet_.Add("rack2", {"b"});
+    const auto run = fleet_.Run({"-c", "rack*", "collect", fleet_.WriteFile("requested.xml", "<vyx/>")});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_EQ(Lines(run.errors).size(), 1U) << run.errors;
+    EXPECT_EQ(server.ConnectionCount(), 0U);
+}
+
+TEST_F(FleetTest, WatchNamesTheServerOfEachLine) {
+    fleet_.Add("rack1", {"a"});
+    fleet_.Add("rack2", {"b"});
+    const auto run =
+        fleet_.Run({"-c", "rack*", "watch", "TEST_Fan", "--interval", "0.01", "--count", "1", "-o", "json"});
+    EXPECT_EQ(run.status, 0) << run.errors;
+    std::set<std::string> fans;
+    for (const std::string& line : Lines(run.output)) {
+        const json record = support::ParsedJson(line);
+        EXPECT_EQ(record.at("change"), "present");
+        fans.insert(record.at("server").get<std::string>() + '/' + record.at("path").get<std::string>());
+    }
+    EXPECT_THAT(fans, ElementsAre("rack1/TEST_Fan.Name=\"a\"", "rack2/TEST_Fan.Name=\"b\""));
+    const auto text = fleet_.Run({"-c", "rack*", "watch", "TEST_Fan", "--interval", "0.01", "--count", "0"});
+    EXPECT_THAT(Lines(text.output), testing::Each(testing::ContainsRegex("^rack[12]: ")));
+}
+
+TEST_F(FleetTest, WatchTellsOnceOfAServerThatIsAwayAndTriesItAgain) {
+    fleet_.Add("rack1", {"a"});
+    fleet_.AddFaulty("rack2", [failures = 0](support::Connection& client, const std::string& answer) mutable {
+        if (failures++ < 3) {
+            client.Reset();
+        } else {
+            client.Write(answer);
+        }
+    });
+    const auto run =
+        fleet_.Run({"-c", "rack*", "watch", "TEST_Fan", "--interval", "0.01", "--count", "0", "-o", "json"});
+    EXPECT_EQ(run.status, 0) << run.errors;
+    std::vector<std::string> ofSecond;
+    for (const std::string& line : Lines(run.output)) {
+        const json record = support::ParsedJson(line);
+        if (record.at("server") == "rack2") {
+            ofSecond.push_back(record.at("change"));
+        }
+    }
+    std::sort(ofSecond.begin(), ofSecond.end());
+    EXPECT_THAT(ofSecond, ElementsAre("back", "lost", "present"));
+    EXPECT_THAT(run.output, HasSubstr("rack1"));
+}
+
+TEST_F(FleetTest, WatchEndsWithWhatCannotChangeByWaiting) {
+    fleet_.Add("rack1", {"a"});
+    fleet_.Add("rack2", {}).Fail("GetClass", "TEST_Fan", 6, "no such class");
+    const auto run = fleet_.Run({"-c", "rack*", "watch", "TEST_Fan", "--interval", "0.01", "--count", "1"});
+    EXPECT_EQ(run.status, 8);
+    EXPECT_THAT(run.errors, StartsWith("cimhttp: rack2: there is no class TEST_Fan on http://"));
+    EXPECT_THAT(run.output, HasSubstr("rack1: "));
+}
+
+TEST_F(FleetTest, WatchRefusesMoreServersThanItMayConnectTo) {
+    fleet_.Add("rack1", {"a"});
+    fleet_.Add("rack2", {"b"});
+    const auto run = fleet_.Run({"-c", "rack*", "--parallel", "1", "watch", "TEST_Fan"});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_THAT(run.errors, HasSubstr("each of the 2 servers: --parallel allows 1"));
+}
+
+TEST_F(FleetTest, AnInterruptEndsAWatchOfSeveralServersInGoodOrder) {
+    fleet_.Add("rack1", {"a"});
+    fleet_.AddFaulty("rack2", support::faults::StalledAt(0));
+    support::TerminalProgram program(CIMHTTP_PROGRAM, {"-c", "rack*", "watch", "TEST_Fan"}, {fleet_.Environment()},
+                                     {200, 24});
+    ASSERT_TRUE(program.AwaitText("rack1: "));
+    program.Type("\x03");
+    EXPECT_EQ(program.Wait(), 0);
 }

@@ -32,7 +32,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::size_t kUsualParallel = 32;
 constexpr std::chrono::milliseconds kUnnoticed{400}; // a run that takes no longer shows no progress
 constexpr std::size_t kNarrowestRoom = 20;           // for a line after the name of its server
 
@@ -65,8 +64,8 @@ class Reading {
         FleetRun(context_.servers.size(), context_.options.parallel.value_or(kUsualParallel), order)
             .Run({[this](std::size_t i) { Work(context_.servers[i], outcomes_[i]); },
                   [this](std::size_t i) { Take(outcomes_[i]); }, [this](std::size_t done) { LookAround(done); },
-                  [this] { Leave(); }});
-        return Status();
+                  [this] { LeaveFleet(context_.errors); }});
+        return StatusOfAll(statuses_);
     }
 
   private:
@@ -96,7 +95,7 @@ class Reading {
     }
 
     void Read(const FleetServer& server, Clock::time_point deadline, Outcome& outcome) const {
-        outcome.records = std::make_unique<ServerRecords>(server.name, format_);
+        outcome.records = std::make_unique<ServerRecords>(server.name, format_, spool_);
         std::ostringstream remarks;
         try {
             Options options = OptionsOf(server, context_.options);
@@ -158,34 +157,11 @@ class Reading {
         }
     }
 
-    /// When the output cannot be written, and servers keep their threads waiting.
-    [[noreturn]] void Leave() const {
-        int status = Failure::kOther;
-        try {
-            throw;
-        } catch (const Failure& failure) {
-            status = failure.Status();
-            if (status != Failure::kClosedPipe) {
-                context_.errors << "cimhttp: " + Printable(failure.what()) + '\n' << std::flush;
-            }
-        } catch (...) {
-            context_.errors << std::string("cimhttp: ") + kTooLittleMemory + '\n' << std::flush;
-        }
-        std::_Exit(status);
-    }
-
-    int Status() const {
-        const auto isSame = [this](int status) { return status == statuses_.front(); };
-        if (std::all_of(statuses_.begin(), statuses_.end(), isSame)) {
-            return statuses_.front();
-        }
-        return failed_ == 0 ? Failure::kIncomplete : Failure::kSomeServers;
-    }
-
     Command& command_;
     const FleetContext& context_;
     const Plugin plugin_;
     const OutputFormat format_;
+    const std::shared_ptr<Spool> spool_ = std::make_shared<Spool>();
     const std::function<void(ServerOutcome&)> take_;
     std::vector<Outcome> outcomes_;
     std::vector<int> statuses_;
@@ -195,6 +171,29 @@ class Reading {
 };
 
 } // namespace
+
+void LeaveFleet(std::ostream& errors) {
+    int status = Failure::kOther;
+    try {
+        throw;
+    } catch (const Failure& failure) {
+        status = failure.Status();
+        if (status != Failure::kClosedPipe) { // of which nobody is told
+            errors << "cimhttp: " + Printable(failure.what()) + '\n' << std::flush;
+        }
+    } catch (...) {
+        errors << std::string("cimhttp: ") + kTooLittleMemory + '\n' << std::flush;
+    }
+    std::_Exit(status);
+}
+
+int StatusOfAll(const std::vector<int>& statuses) {
+    const auto isSame = [&](int status) { return status == statuses.front(); };
+    if (std::all_of(statuses.begin(), statuses.end(), isSame)) {
+        return statuses.front();
+    }
+    return std::any_of(statuses.begin(), statuses.end(), IsFailure) ? Failure::kSomeServers : Failure::kIncomplete;
+}
 
 std::chrono::seconds BudgetOf(const FleetServer& server, const Options& options) {
     return std::chrono::seconds(options.timeout.value_or(server.connection->timeout.value_or(kUsualTimeout)));

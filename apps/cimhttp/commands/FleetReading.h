@@ -5,13 +5,18 @@
 
 #include <chrono>
 #include <functional>
+#include <iosfwd>
 #include <string>
+#include <vector>
 
 namespace cimhttp {
 
 class Command;
 struct FleetContext;
 struct Options;
+
+/// How many servers are connected at once where nobody says otherwise.
+constexpr std::size_t kUsualParallel = 32;
 
 /// What came of one of several servers.
 struct ServerOutcome {
@@ -30,6 +35,12 @@ int ReadFleet(Command& command, const FleetContext& context, OutputFormat format
 /// gets about the server.
 int ReadFleet(Command& command, const FleetContext& context, OutputFormat format,
               const std::function<void(ServerOutcome&)>& take);
+
+/// The exit status for servers with these: see above.
+int StatusOfAll(const std::vector<int>& statuses);
+
+/// Ends the program with the exception at hand, while threads still wait for servers: see FleetRun::Steps::leave.
+[[noreturn]] void LeaveFleet(std::ostream& errors);
 
 /// How long a server has for all that it is asked.
 std::chrono::seconds BudgetOf(const FleetServer& server, const Options& options);

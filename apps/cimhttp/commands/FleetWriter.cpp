@@ -9,6 +9,7 @@
 #include "text/TerminalText.h"
 
 #include <ostream>
+#include <sstream>
 
 namespace cimhttp {
 
@@ -16,13 +17,19 @@ namespace {
 
 using Parts = std::vector<ServerRecords::Part>;
 
+std::string TextOf(const ServerRecords::Part& part) {
+    std::ostringstream text;
+    part.text.WriteTo(text);
+    return text.str();
+}
+
 class JsonFleetWriter : public FleetWriter {
   public:
     explicit JsonFleetWriter(const CommandContext& context) : output_(context.output), lines_(context.output) {}
 
     void Write(const std::string& /*server*/, const Parts& parts) override {
         for (const auto& part : parts) {
-            lines_.Next() << part.text;
+            part.text.WriteTo(lines_.Next());
         }
     }
 
@@ -49,7 +56,7 @@ class CsvFleetWriter : public FleetWriter {
                     WriteCsv(WithServer(server, Listing(*part.csvColumns)), true, context_);
                     hasHeadings_ = true;
                 }
-                context_.output << part.text;
+                part.text.WriteTo(context_.output);
             }
         }
     }
@@ -77,7 +84,7 @@ class TableFleetWriter : public FleetWriter {
                 wholeForm_ = part.wholeForm;
                 merged_.Add(server, *part.rows);
             } else {
-                AddText(part.text);
+                AddText(TextOf(part));
             }
         }
     }
@@ -118,9 +125,10 @@ class TextFleetWriter : public FleetWriter {
                 WriteLists(WithServer(server, *part.rows), {context_.options.width, context_.options.usesColor},
                            context_.output);
             } else if (hasComments_) {
-                context_.output << separator_ << "// " << Printable(server) << '\n' << part.text;
+                context_.output << separator_ << "// " << Printable(server) << '\n';
+                part.text.WriteTo(context_.output);
             } else {
-                context_.output << part.text;
+                part.text.WriteTo(context_.output);
             }
             separator_ = "\n";
         }

@@ -4,19 +4,24 @@
 
 namespace cimhttp {
 
-ServerRecords::ServerRecords(const std::string& server, OutputFormat format)
+ServerRecords::ServerRecords(const std::string& server, OutputFormat format, std::shared_ptr<Spool> spool)
     : server_(server),
+      spool_(std::move(spool)),
+      text_(spool_),
       json_(server),
-      lines_(server, ServerLines::Form::kText, [this](std::string_view line) { text_ += line; }),
+      lines_(server, ServerLines::Form::kText, [this](std::string_view line) { AddText(line); }),
       output_(SinkFor(format)) {}
 
 SinkStream::Sink ServerRecords::SinkFor(OutputFormat format) {
     switch (format) {
     case OutputFormat::kJson:
-        return [this](std::string_view text) { json_.Append(text); };
+        return [this](std::string_view text) {
+            json_.Append(text);
+            AddText(json_.TakeSoFar());
+        };
     case OutputFormat::kMof:
     case OutputFormat::kDot:
-        return [this](std::string_view text) { text_ += text; };
+        return [this](std::string_view text) { AddText(text); };
     default:
         return [this](std::string_view text) { lines_.Append(text); };
     }
@@ -24,21 +29,15 @@ SinkStream::Sink ServerRecords::SinkFor(OutputFormat format) {
 
 void ServerRecords::AddRows(Listing rows, const char* wholeForm) {
     EndText();
-    Part part;
-    part.rows = std::move(rows);
-    part.wholeForm = wholeForm;
-    parts_.push_back(std::move(part));
+    parts_.push_back({SpooledText(spool_), std::move(rows), {}, wholeForm});
 }
 
 void ServerRecords::AddCsv(const std::vector<Listing::Column>& columns, const std::string& records) {
-    if (!parts_.empty() && parts_.back().csvColumns) {
-        parts_.back().text += records;
-        return;
+    if (parts_.empty() || !parts_.back().csvColumns) {
+        EndText();
+        parts_.push_back({SpooledText(spool_), {}, columns, ""});
     }
-    Part part;
-    part.text = records;
-    part.csvColumns = columns;
-    parts_.push_back(std::move(part));
+    parts_.back().text.Append(records);
 }
 
 std::vector<ServerRecords::Part> ServerRecords::Take() {
@@ -46,15 +45,19 @@ std::vector<ServerRecords::Part> ServerRecords::Take() {
     return std::exchange(parts_, {});
 }
 
+void ServerRecords::AddText(std::string_view text) {
+    isBlank_ = isBlank_ && text.find_first_not_of('\n') == std::string_view::npos;
+    text_.Append(text);
+}
+
 void ServerRecords::EndText() {
     lines_.End();
-    text_ += json_.Take();
-    if (text_.find_first_not_of('\n') != std::string::npos) {
-        Part part;
-        part.text = std::exchange(text_, {});
-        parts_.push_back(std::move(part));
+    AddText(json_.End());
+    SpooledText text = std::exchange(text_, SpooledText(spool_));
+    if (!isBlank_) {
+        parts_.push_back({std::move(text), {}, {}, ""});
     }
-    text_.clear();
+    isBlank_ = true;
 }
 
 } // namespace cimhttp

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "files/SpooledText.h"
 #include "fleet/ServerLines.h"
 #include "fleet/SinkStream.h"
 #include "output/JsonRecords.h"
 #include "output/Listing.h"
 #include "output/OutputFormat.h"
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -19,13 +21,14 @@ class ServerRecords {
     /// A text, or rows, or records of CSV with the columns that they have. The parts are in the order in which they
     /// were written.
     struct Part {
-        std::string text;
+        SpooledText text;
         std::optional<Listing> rows = {};
         std::optional<std::vector<Listing::Column>> csvColumns = {}; ///< the text is their records
         const char* wholeForm = "";                                  ///< see WriteListing()
     };
 
-    ServerRecords(const std::string& server, OutputFormat format);
+    /// Texts that are long are in the spool.
+    ServerRecords(const std::string& server, OutputFormat format, std::shared_ptr<Spool> spool);
 
     const std::string& Server() const { return server_; }
 
@@ -43,11 +46,14 @@ class ServerRecords {
 
   private:
     SinkStream::Sink SinkFor(OutputFormat format);
+    void AddText(std::string_view text);
     void EndText();
 
     std::string server_;
+    std::shared_ptr<Spool> spool_;
     std::vector<Part> parts_;
-    std::string text_; ///< of the next part
+    SpooledText text_;    ///< of the next part
+    bool isBlank_ = true; ///< there are only empty lines in it
     JsonRecords json_;
     ServerLines lines_;
     SinkStream output_;

@@ -14,7 +14,7 @@ class SinkBuffer : public std::streambuf {
   public:
     using Sink = std::function<void(std::string_view)>;
 
-    explicit SinkBuffer(Sink sink) : sink_(std::move(sink)) {}
+    SinkBuffer(Sink sink, std::function<void()> flush) : sink_(std::move(sink)), flush_(std::move(flush)) {}
 
   private:
     int_type overflow(int_type character) override {
@@ -30,7 +30,15 @@ class SinkBuffer : public std::streambuf {
         return size;
     }
 
+    int sync() override {
+        if (flush_) {
+            flush_();
+        }
+        return 0;
+    }
+
     Sink sink_;
+    std::function<void()> flush_;
 };
 
 /// A stream that passes on what is written to it, as it comes and in pieces of any size.
@@ -38,8 +46,10 @@ class SinkStream : private SinkBuffer, public std::ostream {
   public:
     using Sink = SinkBuffer::Sink;
 
-    explicit SinkStream(Sink sink)
-        : SinkBuffer(std::move(sink)), std::ostream(static_cast<std::streambuf*>(static_cast<SinkBuffer*>(this))) {
+    /// `flush` is called where the stream is flushed.
+    explicit SinkStream(Sink sink, std::function<void()> flush = {})
+        : SinkBuffer(std::move(sink), std::move(flush)),
+          std::ostream(static_cast<std::streambuf*>(static_cast<SinkBuffer*>(this))) {
         exceptions(std::ios_base::badbit); // what the sink throws goes through
     }
 };

@@ -20,7 +20,9 @@ void JsonRecords::Append(std::string_view json) {
     }
 }
 
-std::string JsonRecords::Take() {
+std::string JsonRecords::TakeSoFar() { return std::exchange(records_, {}); }
+
+std::string JsonRecords::End() {
     if (state_ == State::kInScalar && depth_ == 0 && !isInText_) {
         EndScalar();
     }

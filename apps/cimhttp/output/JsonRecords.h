@@ -18,8 +18,11 @@ class JsonRecords {
     /// `json` must be JSON, of which several documents may follow each other.
     void Append(std::string_view json);
 
-    /// The records so far, with a comma and a line end between two; forgets them.
-    std::string Take();
+    /// What is new of the records, with a comma and a line end between two.
+    std::string TakeSoFar();
+
+    /// The rest of the last one. What is appended after it begins anew.
+    std::string End();
 
   private:
     enum class State { kOutside, kInObject, kInScalar };
