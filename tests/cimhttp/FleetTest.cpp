@@ -393,6 +393,7 @@ TEST_F(FleetTest, TheOrderIsThatOfTheListHoweverLateTheFirstIs) {
 
 TEST_F(FleetTest, AmongFortyServersThoseThatAreWellAreReadAndTheOthersNamed) {
     constexpr int kServers = 40;
+    constexpr int kFirstPort = 6000; // below those that the system gives
     std::vector<std::unique_ptr<demo::DemoServer>> servers;
     std::vector<std::string> well;
     std::size_t failing = 0;
@@ -408,12 +409,11 @@ TEST_F(FleetTest, AmongFortyServersThoseThatAreWellAreReadAndTheOthersNamed) {
         } else {
             demo::DemoServerOptions options;
             options.address = support::LoopbackAddress();
-            options.httpPort = 0;
-            options.httpsPort = 0;
+            options.httpPort = kFirstPort + 2 * i;
+            options.httpsPort = options.httpPort + 1;
             options.volumes = 3;
             servers.push_back(std::make_unique<demo::DemoServer>(options));
-            const std::string url = servers.back()->HttpUrl();
-            fleet_.AddConnection(name, static_cast<std::uint16_t>(std::stoi(url.substr(url.rfind(':') + 1))));
+            fleet_.AddConnection(name, static_cast<std::uint16_t>(options.httpPort));
             well.insert(well.end(), 3, name);
             continue;
         }
@@ -421,7 +421,7 @@ TEST_F(FleetTest, AmongFortyServersThoseThatAreWellAreReadAndTheOthersNamed) {
     }
     const auto run = fleet_.Run(
         {"-c", "rack*", "--parallel", "8", "--timeout", "15", "instances", "DEMO_StorageVolume", "-o", "json"});
-    EXPECT_EQ(run.status, 8);
+    EXPECT_EQ(run.status, 8) << run.errors;
     std::vector<std::string> named;
     for (const json& record : support::ParsedJson(run.output)) {
         named.push_back(record.at("server"));
