@@ -22,6 +22,7 @@ namespace {
 using NQORVYX20::ILogger;
 
 constexpr std::size_t kGreatestNumber = 1000000000; // of what a user counts
+constexpr std::size_t kMostParallel = 1000;
 constexpr const char* kPluginFile = "libcimhttp.nsp.so";
 
 /// CLI11's texts can have several lines; a failure has one.
@@ -119,8 +120,15 @@ struct Parser {
     void AddConnectionOptions() {
         AddText("--host", "HOST", options.host,
                 "The server: a name, an address or a URL; localhost unless given, or the connection named 'default'");
-        AddText("--connection,-c", "NAME", options.connection, "The named connection to use, see 'connection'")
+        AddText("--connection,-c", "NAME", options.connection,
+                "The named connection to use, see 'connection'; several as a pattern, 'rack*', as a list, a,b, or as "
+                "@FILE with a name or pattern a line")
             ->excludes("--host");
+        AddWholeNumber(app, "--parallel", "N", "Of several servers, connect to this many at once; 32 unless given", 1,
+                       kMostParallel, options.parallel);
+        AddFlag(app, "--as-completed",
+                "Write several servers in the order in which they are done, not that of the list",
+                [this](bool isSet) { options.asCompleted = isSet; });
         AddWholeNumber(app, "--port", "N", "Its port; 5988 unless given, with --tls 5989", 1, kHighestPort,
                        options.port);
         AddText("--namespace,-n", "NAME", options.nameSpace,
@@ -133,7 +141,8 @@ struct Parser {
                 "A file whose first line is the password, - for standard input; without it the variable "
                 "CIMHTTP_PASSWORD counts, and then you are asked");
         AddWholeNumber(app, "--timeout", "SECONDS",
-                       "How long to wait for an answer, 120 unless given; connecting takes 20 at most",
+                       "How long to wait for an answer, 120 unless given; connecting takes 20 at most. Of several "
+                       "servers, each has this time for all that it is asked",
                        kShortestTimeout, kLongestTimeout, options.timeout);
         AddFlag(app, "--strict",
                 "Refuse an answer of which a part cannot be read, instead of showing the rest with status 7",

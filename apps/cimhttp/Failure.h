@@ -16,6 +16,7 @@ class Failure : public std::runtime_error {
         kNotFound = 5,       ///< the server does not have what was asked for
         kServer = 6,         ///< the server answers with an error, or with an invalid answer
         kIncomplete = 7,     ///< what was asked for could not be shown, or not all of it, though the server has it
+        kSomeServers = 8,    ///< of several servers some failed and some did not, or they failed in different ways
         kClosedPipe = 141    ///< nobody reads the output any more: what shells say of a program ended by SIGPIPE
     };
 

@@ -5,6 +5,7 @@
 #include "host/ILogger.h"
 #include "output/OutputFormat.h"
 
+#include <chrono>
 #include <cstddef>
 #include <memory>
 #include <optional>
@@ -13,10 +14,11 @@
 namespace cimhttp {
 
 class OperationStatistics;
+struct SavedConnection;
 
 /// What the command line and the environment say for all commands.
 struct Options {
-    std::optional<std::string> connection; ///< the named connection
+    std::optional<std::string> connection; ///< the named connection, or what names several, see ServerList
     std::optional<std::string> host;       ///< what the command line says about the server, see ServerName
     std::optional<std::string> user;
     std::optional<std::string> password;         ///< from the password file
@@ -41,6 +43,14 @@ struct Options {
     bool isOutputTerminal = false;
     bool isErrorStreamTerminal = false;
     std::size_t errorStreamWidth = 0; ///< 0 when it is not known
+
+    std::optional<std::size_t> parallel = {}; ///< how many servers are connected at once at most
+    bool asCompleted = false;                 ///< servers are written in the order in which they are done
+
+    // Of one of several servers:
+    std::optional<std::string> server = {};            ///< its name; empty for the only one
+    std::shared_ptr<const SavedConnection> saved = {}; ///< the named connection, which is not read again
+    std::optional<std::chrono::steady_clock::time_point> deadline = {}; ///< when all must be done
 };
 
 } // namespace cimhttp

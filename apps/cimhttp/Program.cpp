@@ -4,8 +4,13 @@
 #include "Failure.h"
 #include "FailureLog.h"
 #include "commands/Commands.h"
+#include "commands/FleetContext.h"
 #include "connection/OperationStatistics.h"
 #include "connection/TraceFile.h"
+#include "fleet/ServerFile.h"
+#include "fleet/ServerList.h"
+#include "fleet/ServerLog.h"
+#include "fleet/SinkStream.h"
 #include "host/TRootObject.h"
 #include "output/OutputGuard.h"
 #include "text/TerminalText.h"
@@ -55,20 +60,61 @@ class StatisticsAtEnd {
     std::ostream& errors_;
 };
 
-void StartRecording(const std::string& file, std::ostream& errors) {
-    PrepareRecording(file);
+void TellOfRecording(const std::string& file, std::ostream& errors) {
     errors << "cimhttp: " << Printable(file)
            << " gets all that the server tells, without passwords; look at it before you pass it on" << std::endl;
 }
 
-/// Returns the exit status.
-int RunCommand(Command& command, const Options& options, std::ostream& output, std::ostream& errors) {
-    const LoggerScope scope(boost::make_shared<FailureLog>(errors, options.logLevel));
-    const StatisticsAtEnd statistics(options, errors);
-    Options prepared = options;
+void StartRecording(const std::string& file, std::ostream& errors) {
+    PrepareRecording(file);
+    TellOfRecording(file, errors);
+}
+
+void CheckRecording(const Options& options) {
     if (options.recording && options.trace) {
         throw Failure(Failure::kUsage, "a recording is a trace, too: leave out --trace");
     }
+}
+
+/// Each server has a trace, or a recording, of its own.
+void CheckServerFile(const std::optional<std::string>& file, const char* what) {
+    if (file && !IsServerFilePattern(*file)) {
+        throw Failure(Failure::kUsage, std::string(what) +
+                                           " of several servers needs a file for each: give a name "
+                                           "with {server} in it, such as " +
+                                           *file + ".{server}");
+    }
+}
+
+/// Runs the command for several servers.
+int RunForFleet(Command& command, std::vector<FleetServer> servers, const Options& options, std::ostream& output,
+                std::ostream& errors) {
+    const SinkStream::Sink sink = SharedSink(errors); // the log's messages come from several threads
+    SinkStream errorStream(sink);
+    SinkStream logStream(sink);
+    const LoggerScope scope(boost::make_shared<ServerLog>(boost::make_shared<FailureLog>(logStream, options.logLevel)));
+    const StatisticsAtEnd statistics(options, errors);
+    CheckRecording(options);
+    CheckServerFile(options.trace, "a trace");
+    CheckServerFile(options.recording, "a recording");
+    if (options.recording) {
+        TellOfRecording(*options.recording, errors);
+    }
+    const int status = command.RunForFleet({options, std::move(servers), output, errorStream});
+    output.flush();
+    return status;
+}
+
+/// Returns the exit status.
+int RunCommand(Command& command, const Options& options, std::ostream& output, std::ostream& errors) {
+    if (options.connection && ServerList::IsMeantBy(*options.connection)) {
+        return RunForFleet(command, ServerList::Read(*options.connection, ConnectionStore::NeededOfUser()), options,
+                           output, errors);
+    }
+    const LoggerScope scope(boost::make_shared<FailureLog>(errors, options.logLevel));
+    const StatisticsAtEnd statistics(options, errors);
+    Options prepared = options;
+    CheckRecording(options);
     if (options.recording) {
         StartRecording(*options.recording, errors);
         prepared.trace = std::filesystem::absolute(*options.recording).string();

@@ -25,10 +25,12 @@ class TextlessAccess : public cimhttp::PluginAccess {
     }
     bool HasPulledEnumerations(ICIMNamespace&) const override { return false; }
     bool WouldVerify(ICIMNamespace&, const std::string&, int) const override { return false; }
-    boost::shared_ptr<ICIMNamespace> Measured(const boost::shared_ptr<ICIMNamespace>& nameSpace,
-                                              const std::shared_ptr<cimhttp::MeasurementSink>&) const override {
+    boost::shared_ptr<ICIMNamespace> Supervised(const boost::shared_ptr<ICIMNamespace>& nameSpace,
+                                                const std::shared_ptr<cimhttp::MeasurementSink>&,
+                                                std::optional<std::chrono::steady_clock::time_point>) const override {
         return nameSpace;
     }
+    void SetTimeLeft(ICIMNamespace&, std::chrono::milliseconds) const override {}
     std::optional<RemoteFailure> LastFailure(ICIMNamespace&) const override { return std::nullopt; }
     ReadingIncidents TakeIncidents(ICIMNamespace&) const override { return {}; }
     std::vector<EmbeddedObject> EmbeddedObjects(const ICIMInstance&, const std::string&) const override { return {}; }

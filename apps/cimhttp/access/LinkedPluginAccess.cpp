@@ -13,6 +13,8 @@
 
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
+#include <cstdint>
 #include <string>
 #include <utility>
 
@@ -21,6 +23,7 @@ namespace cimhttp {
 namespace {
 
 using namespace NQORVYX20;
+using Clock = std::chrono::steady_clock;
 
 /// A namespace that is one of the plug-in's.
 TCimHTTPNamespace& Own(ICIMNamespace& nameSpace) { return dynamic_cast<TCimHTTPNamespace&>(nameSpace); }
@@ -34,11 +37,18 @@ std::string NameOf(const Pegasus::ClientOpPerformanceData& data) {
 #endif
 }
 
+/// Never lengthens the time.
+void SetTimeLeft(Pegasus::CIMClient& client, std::chrono::milliseconds time) {
+    const auto left = static_cast<std::uint64_t>(std::max<std::chrono::milliseconds::rep>(time.count(), 1));
+    client.setTimeout(static_cast<Pegasus::Uint32>(std::min<std::uint64_t>(client.getTimeout(), left)));
+}
+
 /// Listens to the client of a namespace, which it holds.
 class Listener : public Pegasus::ClientOpPerformanceDataHandler {
   public:
-    Listener(boost::shared_ptr<ICIMNamespace> nameSpace, std::shared_ptr<MeasurementSink> sink)
-        : namespace_(std::move(nameSpace)), sink_(std::move(sink)) {
+    Listener(boost::shared_ptr<ICIMNamespace> nameSpace, std::shared_ptr<MeasurementSink> sink,
+             std::optional<Clock::time_point> deadline)
+        : namespace_(std::move(nameSpace)), sink_(std::move(sink)), deadline_(deadline) {
         Client().registerClientOpPerformanceDataHandler(*this);
     }
     ~Listener() override { Client().deregisterClientOpPerformanceDataHandler(); }
@@ -48,6 +58,12 @@ class Listener : public Pegasus::ClientOpPerformanceDataHandler {
     ICIMNamespace* Namespace() const { return namespace_.get(); }
 
     void handleClientOpPerformanceData(const Pegasus::ClientOpPerformanceData& data) override {
+        if (deadline_) { // an operation of the plug-in may take several requests
+            SetTimeLeft(Client(), std::chrono::duration_cast<std::chrono::milliseconds>(*deadline_ - Clock::now()));
+        }
+        if (!sink_) {
+            return;
+        }
         Measurement measurement{NameOf(data), data.requestSize, data.responseSize, data.roundTripTime, {}};
         if (data.serverTimeKnown) {
             measurement.serverTime = data.serverTime;
@@ -60,6 +76,7 @@ class Listener : public Pegasus::ClientOpPerformanceDataHandler {
 
     const boost::shared_ptr<ICIMNamespace> namespace_;
     const std::shared_ptr<MeasurementSink> sink_;
+    const std::optional<Clock::time_point> deadline_;
 };
 
 class LinkedPluginAccess : public PluginAccess {
@@ -73,10 +90,15 @@ class LinkedPluginAccess : public PluginAccess {
         return WouldVerifyServer(nameSpace, host, port);
     }
 
-    boost::shared_ptr<ICIMNamespace> Measured(const boost::shared_ptr<ICIMNamespace>& nameSpace,
-                                              const std::shared_ptr<MeasurementSink>& sink) const override {
-        const auto listener = boost::make_shared<Listener>(nameSpace, sink);
+    boost::shared_ptr<ICIMNamespace> Supervised(const boost::shared_ptr<ICIMNamespace>& nameSpace,
+                                                const std::shared_ptr<MeasurementSink>& sink,
+                                                std::optional<Clock::time_point> deadline) const override {
+        const auto listener = boost::make_shared<Listener>(nameSpace, sink, deadline);
         return {listener, listener->Namespace()};
+    }
+
+    void SetTimeLeft(ICIMNamespace& nameSpace, std::chrono::milliseconds time) const override {
+        cimhttp::SetTimeLeft(*Own(nameSpace).getPegClient(), time);
     }
 
     ServerProbe Probe(const ProbeTarget& target, ServerProbe::Depth depth) const override {

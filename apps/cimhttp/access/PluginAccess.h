@@ -15,6 +15,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <chrono>
 #include <map>
 #include <memory>
 #include <optional>
@@ -44,10 +45,15 @@ class PluginAccess {
     /// See WouldVerifyServer.
     virtual bool WouldVerify(NQORVYX20::ICIMNamespace& nameSpace, const std::string& host, int port) const = 0;
 
-    /// Returns the namespace; its operations are measured as long as the returned pointer is held.
+    /// Returns the namespace. As long as the returned pointer is held, its operations are measured, if there is a sink,
+    /// and after each one the next has no more time than there is until the deadline, if there is one.
     virtual boost::shared_ptr<NQORVYX20::ICIMNamespace>
-    Measured(const boost::shared_ptr<NQORVYX20::ICIMNamespace>& nameSpace,
-             const std::shared_ptr<MeasurementSink>& sink) const = 0;
+    Supervised(const boost::shared_ptr<NQORVYX20::ICIMNamespace>& nameSpace,
+               const std::shared_ptr<MeasurementSink>& sink,
+               std::optional<std::chrono::steady_clock::time_point> deadline) const = 0;
+
+    /// The time for the next request with its answer, and for each one after it.
+    virtual void SetTimeLeft(NQORVYX20::ICIMNamespace& nameSpace, std::chrono::milliseconds time) const = 0;
 
     /// Looks at a server below CIM, by a connection of its own: its name, its port, its certificate.
     virtual ServerProbe Probe(const ProbeTarget& target, ServerProbe::Depth depth) const = 0;

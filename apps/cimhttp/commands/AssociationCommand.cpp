@@ -55,15 +55,16 @@ class AssociationCommand : public Command {
         if (names_) {
             return WriteNames(context);
         }
-        query_.properties = NamesIn(properties_);
+        AssociationQuery query = query_;
+        query.properties = NamesIn(properties_);
         Session session = context.Connect();
-        Instances instances = ServerAssociations(session).Related(query_);
+        Instances instances = ServerAssociations(session).Related(query);
         const IncidentTally incidents = session.TakeIncidents();
         if (instances.empty() && incidents.IsEmpty()) {
-            ServerInstances(session).CheckExists(query_.path);
+            ServerInstances(session).CheckExists(query.path);
         }
         SortByClass(instances);
-        InstanceSelection selection = SelectionOf(instances, query_.properties);
+        InstanceSelection selection = SelectionOf(instances, query.properties);
         selection.isRaw = raw_;
         WriteInstances(instances, selection, context.Format(*this), session.Access(), context);
         return ReportIncidents(incidents, context);

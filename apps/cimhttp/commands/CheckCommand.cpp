@@ -129,6 +129,10 @@ class CheckCommand : public Command {
         return static_cast<int>(state);
     }
 
+    int RunForFleet(const FleetContext& /*context*/) override {
+        throw Failure(Failure::kUsage, "a check is of one server: name it, and let the monitoring system ask for each");
+    }
+
     int Tell(const char* failure, int /*status*/, std::ostream& output, std::ostream& /*errors*/) const override {
         try {
             CheckReport::WriteUnknown(failure, output);

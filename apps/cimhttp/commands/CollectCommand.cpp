@@ -3,11 +3,17 @@
 #include "commands/Collection.h"
 #include "commands/Collector.h"
 #include "commands/Commands.h"
+#include "commands/FleetContext.h"
+#include "commands/FleetReading.h"
 #include "commands/Remarks.h"
 #include "connection/Connection.h"
 #include "connection/Session.h"
 #include "files/InputFile.h"
 #include "files/OutputFile.h"
+#include "files/Spool.h"
+#include "fleet/ServerFile.h"
+#include "fleet/SinkStream.h"
+#include "output/Json.h"
 #include "output/ValueTexts.h"
 #include "text/Names.h"
 #include "text/TerminalText.h"
@@ -52,7 +58,12 @@ of its own class.
 The exit status is 7 when a class could not be read: the error stream names it,
 the others are written, and "complete" is false. So it is when a value could not
 be taken over, and after an interrupt (Ctrl-C): the classes read until then are
-written. A server that stops answering is asked for no further class.)";
+written. A server that stops answering is asked for no further class.
+
+Of several servers, each has one line of JSON, {"server": ..., "url": ...,
+"classes": ..., "complete": ...}; that of one that failed has the member "failure".
+With {server} in the name of --out, each has a file of its own, which stays as
+it was when the server fails.)";
 
 /// A status line that shows how far the reading of classes has come, how long it has taken and how long it may still
 /// take.
@@ -127,6 +138,36 @@ bool Watch(Collector& collector, std::size_t classCount, const CommandContext& c
     return progress.hasEnded;
 }
 
+/// Waits until everything is read of one of several servers, whose time is bounded.
+void AwaitEnd(Collector& collector, std::ostream& errors) {
+    while (!collector.Wait(kLookInterval).hasEnded) {
+    }
+    for (const std::string& failure : collector.TakeFailures()) {
+        errors << "cimhttp: " << Printable(failure) << '\n';
+    }
+}
+
+/// The line of a server of which nothing is there.
+std::string LineOfFailed(const ServerOutcome& outcome) {
+    return JsonObject()
+               .Add("server", JsonText(outcome.records.Server()))
+               .Add("classes", "[]")
+               .Add("complete", "false")
+               .Add("failure", JsonText(outcome.failure))
+               .Text() +
+           '\n';
+}
+
+void WriteLines(ServerOutcome& outcome, std::ostream& output) {
+    for (const auto& part : outcome.records.Take()) {
+        part.text.WriteTo(output);
+        output << '\n';
+    }
+    if (!outcome.failure.empty()) {
+        output << LineOfFailed(outcome);
+    }
+}
+
 /// Says why the reading has ended before the last class. Throws that when nothing was read.
 void ReportEarlyEnd(const Collector& collector, const Collection& collection, std::ostream& errors) {
     if (const auto end = collector.EarlyEnd()) {
@@ -136,7 +177,7 @@ void ReportEarlyEnd(const Collector& collector, const Collection& collection, st
         errors << "cimhttp: " << Printable(end->what()) << "\ncimhttp: the classes after it are not asked for"
                << std::endl;
     }
-    if (Interrupted() && !collection.complete) {
+    if (Interrupted() && !collection.complete && !collection.isOneOfSeveral) {
         errors << "cimhttp: interrupted; what was read of " << Printable(collection.server) << " is written"
                << std::endl;
     }
@@ -163,13 +204,19 @@ class CollectCommand : public Command {
         return {"collect",
                 "Write the classes that a document names, with all instances, as JSON",
                 {{"FILE", "The requested-class document", true, &document_}},
-                {{"--out", "FILE", "The file to write or replace; the standard output without it", &outFile_}},
+                {{"--out", "FILE",
+                  "The file to write or replace; the standard output without it. With {server} in its name, a file for "
+                  "each of several servers",
+                  &outFile_}},
                 {OutputFormat::kJson},
                 "cimhttp --host server.example collect requested.xml --out collected.json",
                 kNotes};
     }
 
     int Run(const CommandContext& context) override {
+        if (context.options.server) {
+            return CollectOneOfSeveral(context);
+        }
         const Plugin plugin(context.options.plugin);
         const auto requested = ReadDocument(plugin, document_);
         const Connection connection = ConnectionOf(context.options, requested.settings, document_);
@@ -189,7 +236,58 @@ class CollectCommand : public Command {
         return collection.complete ? 0 : Failure::kIncomplete;
     }
 
+    /// A file for each server, or one, or the output, with a line for each.
+    int RunForFleet(const FleetContext& context) override {
+        ReadDocument(Plugin(context.options.plugin), document_); // complains once
+        if (IsServerFilePattern(outFile_)) {
+            return CollectIntoFiles(context);
+        }
+        if (outFile_.empty()) {
+            return ReadFleet(*this, context, OutputFormat::kJson,
+                             [&](ServerOutcome& outcome) { WriteLines(outcome, context.output); });
+        }
+        const OutputFile file(outFile_);
+        Spool spool; // until the last server is there, the file stays as it was
+        bool hasAny = false;
+        SinkStream lines([&](std::string_view text) { spool.Append(text); });
+        const int status = ReadFleet(*this, context, OutputFormat::kJson, [&](ServerOutcome& outcome) {
+            hasAny = hasAny || !outcome.hasFailed;
+            WriteLines(outcome, lines);
+        });
+        if (hasAny) {
+            file.Replace([&](std::ostream& output) { spool.CopyTo(output); });
+        }
+        return status;
+    }
+
   private:
+    int CollectIntoFiles(const FleetContext& context) {
+        for (const FleetServer& server : context.servers) {
+            const OutputFile file(ServerFile(outFile_, server.name)); // complains before anything is read
+        }
+        return ReadFleet(*this, context, OutputFormat::kJson, [&](ServerOutcome& outcome) {
+            if (outcome.failure.empty()) {
+                OutputFile(ServerFile(outFile_, outcome.records.Server())).Replace([&](std::ostream& output) {
+                    WriteLines(outcome, output);
+                });
+            }
+        });
+    }
+
+    int CollectOneOfSeveral(const CommandContext& context) {
+        const Plugin plugin(context.options.plugin);
+        const auto requested = ReadDocument(plugin, document_);
+        const Session session = context.ConnectTo(plugin, ConnectionOf(context.options, requested.settings, document_));
+        Collector collector(session, DistinctNames(requested.names), context.options.server);
+        AwaitEnd(collector, context.errors);
+        Collection collection = collector.Collected();
+        collection.isOneOfSeveral = true;
+        ReportEarlyEnd(collector, collection, context.errors);
+        WriteJson(collection, ValueTexts(plugin.Access(), context.options.textForm), context.output);
+        ReportIncidents(collector.Incidents(), context);
+        return collection.complete ? 0 : Failure::kIncomplete;
+    }
+
     std::string document_;
     std::string outFile_; ///< empty for the output
 };

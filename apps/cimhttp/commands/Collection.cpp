@@ -30,7 +30,8 @@ void WriteClass(const Collection::Class& cls, const ValueTexts& texts, std::ostr
 } // namespace
 
 void WriteJson(const Collection& collection, const ValueTexts& texts, std::ostream& output) {
-    output << "{\"server\":" << JsonText(collection.server) << ",\n\"classes\":";
+    output << (collection.isOneOfSeveral ? "{\"url\":" : "{\"server\":") << JsonText(collection.server)
+           << ",\n\"classes\":";
     JsonLines lines(output);
     for (const Collection::Class& cls : collection.classes) {
         WriteClass(cls, texts, lines.Next());

@@ -23,6 +23,7 @@ struct Collection {
     std::string server; ///< a URL
     bool complete;      ///< nothing is missing: no class, no value
     std::vector<Class> classes;
+    bool isOneOfSeveral = false; ///< the member with the URL is `url`
 };
 
 /// Writes a collection as one JSON document (RFC 8259), an instance a line:

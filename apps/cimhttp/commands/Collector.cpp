@@ -3,6 +3,7 @@
 #include "Failure.h"
 #include "connection/ServerInstances.h"
 #include "connection/ServerSchema.h"
+#include "fleet/ServerLog.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMPropertyDecl.h"
 #include "interop/InteropNamespace.h"
@@ -114,9 +115,12 @@ struct Collector::State {
     bool isStopping = false;
 };
 
-Collector::Collector(Session session, std::vector<std::string> names)
+Collector::Collector(Session session, std::vector<std::string> names, std::optional<std::string> server)
     : state_(std::make_shared<State>(session.WithoutProgress(), std::move(names))),
-      task_([state = state_](const BackgroundTask::Notify& notify) { Run(*state, notify); }) {}
+      task_([state = state_, server = std::move(server)](const BackgroundTask::Notify& notify) {
+          const auto scope = server ? std::make_unique<ServerLog::Scope>(*server) : nullptr;
+          Run(*state, notify);
+      }) {}
 
 void Collector::Run(State& state, const BackgroundTask::Notify& notify) {
     try {

@@ -24,8 +24,9 @@ class Collector {
         bool hasEnded = false;
     };
 
-    /// Begins to read. While that has not ended, see BackgroundTask about the end of the program.
-    Collector(Session session, std::vector<std::string> names);
+    /// Begins to read. `server` names one of several servers in the log. While that has not ended, see BackgroundTask
+    /// about the end of the program.
+    Collector(Session session, std::vector<std::string> names, std::optional<std::string> server = {});
 
     /// Waits until something new is done, but no longer than `time`, and returns how far it has come.
     Progress Wait(std::chrono::milliseconds time);

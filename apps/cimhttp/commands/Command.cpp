@@ -2,6 +2,8 @@
 
 #include "Failure.h"
 #include "Options.h"
+#include "commands/FleetContext.h"
+#include "commands/FleetReading.h"
 #include "connection/Connection.h"
 #include "connection/Plugin.h"
 #include "connection/ServerTrust.h"
@@ -58,6 +60,9 @@ void CommandContext::WarnAbout(const Connection& connection) const {
 }
 
 ProgressWait CommandContext::MakeProgressWait(std::function<void()> onInterrupt) const {
+    if (options.server) {
+        return {};
+    }
     return {errors, ShowsProgress(), options.errorStreamWidth, std::move(onInterrupt)};
 }
 
@@ -68,7 +73,13 @@ ProgressWait CommandContext::MakeProgressWait() const {
     });
 }
 
-bool CommandContext::ShowsProgress() const { return options.isErrorStreamTerminal && !options.logLevel; }
+bool CommandContext::ShowsProgress() const {
+    return options.isErrorStreamTerminal && !options.logLevel && !options.server;
+}
+
+int Command::RunForFleet(const FleetContext& context) {
+    return ReadFleet(*this, context, context.options.format.value_or(Describe().formats.front()));
+}
 
 int Command::Tell(const char* failure, int status, std::ostream& /*output*/, std::ostream& errors) const {
     if (status != Failure::kClosedPipe) { // that the reader of the output has gone is not reported

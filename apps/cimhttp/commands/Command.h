@@ -17,7 +17,9 @@ struct Options;
 class ProgressWait;
 class Command;
 class Plugin;
+class ServerRecords;
 class Session;
+struct FleetContext;
 
 /// One positional argument of a command.
 struct CommandArgument {
@@ -54,6 +56,7 @@ struct CommandContext {
     const Options& options;
     std::ostream& output;
     std::ostream& errors;
+    ServerRecords* records = nullptr; ///< what takes the rows of one of several servers; null for the only one
 
     /// The form to write, which is one of those that the command describes; the first of them unless asked for.
     OutputFormat Format(Command& command) const;
@@ -74,12 +77,12 @@ struct CommandContext {
     /// Gives these warnings about a connection that was made otherwise.
     void WarnAbout(const Connection& connection) const;
 
-    /// How to wait for a server, as the options say. `onInterrupt`: see ProgressWait; without it, an interrupt ends the
-    /// program as it ends others.
+    /// How to wait for a server, as the options say; for one of several servers, in the thread that asks.
+    /// `onInterrupt`: see ProgressWait; without it, an interrupt ends the program as it ends others.
     ProgressWait MakeProgressWait(std::function<void()> onInterrupt) const;
     ProgressWait MakeProgressWait() const;
 
-    /// Whether the error stream shows a line with the progress.
+    /// Whether the error stream shows a line with the progress of the only server.
     bool ShowsProgress() const;
 };
 
@@ -93,8 +96,11 @@ class Command {
 
     virtual CommandDescription Describe() = 0;
 
-    /// Returns the exit status. Throws Failure.
+    /// Returns the exit status. Throws Failure. May run in several threads at once, for a server each.
     virtual int Run(const CommandContext& context) = 0;
+
+    /// Does so for several servers: runs for each of them, see ReadFleet(), unless a command has another way.
+    virtual int RunForFleet(const FleetContext& context);
 
     /// Tells of a failure that ends the program, of the command line, too, before it is read: in a line on the error
     /// stream, unless a command does otherwise. Returns the exit status, usually that of the failure.

@@ -164,6 +164,10 @@ class ConnectionCommand : public Command {
         return 0;
     }
 
+    int RunForFleet(const FleetContext& /*context*/) override {
+        Refuse("'connection' is about one connection, which is its NAME: leave out --connection");
+    }
+
   private:
     void RunOnConnections(const ConnectionStore& store, const CommandContext& context) {
         if (action_ == "add") {

@@ -1,6 +1,7 @@
 #include "Failure.h"
 #include "Options.h"
 #include "commands/Commands.h"
+#include "commands/ListingWriter.h"
 #include "commands/Remarks.h"
 #include "connection/ServerInstances.h"
 #include "connection/Session.h"
@@ -12,7 +13,6 @@
 #include "output/InstanceProperties.h"
 #include "output/Json.h"
 #include "output/Listing.h"
-#include "output/ListingText.h"
 #include "output/ValueTexts.h"
 #include "text/TimeText.h"
 #include "text/WordList.h"
@@ -70,10 +70,10 @@ class Findings {
         cells_.emplace_back(text);
     }
 
-    void WriteList(const TextStyle& style, std::ostream& output) const {
+    Listing AsListing() const {
         Listing listing(columns_);
         listing.AddRow(cells_);
-        WriteLists(listing, style, output);
+        return listing;
     }
 
     void WriteJson(std::ostream& output) const { output << json_.Text() << '\n'; }
@@ -273,7 +273,8 @@ class InfoCommand : public Command {
         Findings findings;
         findings.Add("plug-in", "plugin", session.LoadedPlugin().Path());
         findings.Add("provider", "provider", ProviderText(session.LoadedPlugin()));
-        findings.Add("server", "server", session.Server());
+        const char* const server = context.options.server ? "url" : "server"; // which is its name among several
+        findings.Add(server, server, session.Server());
         const ServerProbe probe =
             session.Access().Probe({target.host, target.Port(), kProbeTimeout},
                                    target.tls ? ServerProbe::Depth::kTls : ServerProbe::Depth::kPort);
@@ -299,7 +300,7 @@ class InfoCommand : public Command {
         if (context.Format(*this) == OutputFormat::kJson) {
             findings.WriteJson(context.output);
         } else {
-            findings.WriteList({context.options.width, context.options.usesColor}, context.output);
+            WriteListing(findings.AsListing(), OutputFormat::kPlain, context);
         }
         const int status = ReportIncidents(session.TakeIncidents(), context);
         const bool isWhole =

@@ -1,6 +1,8 @@
 #include "Failure.h"
 #include "Options.h"
 #include "commands/Commands.h"
+#include "commands/FleetContext.h"
+#include "commands/FleetReading.h"
 #include "commands/InstanceFinder.h"
 #include "commands/InstanceWriter.h"
 #include "commands/ListingWriter.h"
@@ -103,6 +105,11 @@ class InstanceCommand : public Command {
             WriteInstances({instance}, selection, format, access, context);
         }
         return ReportIncidents(session.TakeIncidents(), context);
+    }
+
+    int RunForFleet(const FleetContext& context) override {
+        const CommandContext whole{context.options, context.output, context.errors};
+        return ReadFleet(*this, context, whole.Format(*this, wide_));
     }
 
   private:

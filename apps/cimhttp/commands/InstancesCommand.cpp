@@ -1,6 +1,8 @@
 #include "Failure.h"
 #include "Options.h"
 #include "commands/Commands.h"
+#include "commands/FleetContext.h"
+#include "commands/FleetReading.h"
 #include "commands/InstanceQuery.h"
 #include "commands/InstanceReader.h"
 #include "commands/InstanceWriter.h"
@@ -109,6 +111,11 @@ class InstancesCommand : public Command {
         limit.Report("instances", context.errors);
         uncompared.Report(context.errors);
         return ReportIncidents(reader.TakeIncidents(), context);
+    }
+
+    int RunForFleet(const FleetContext& context) override {
+        const CommandContext whole{context.options, context.output, context.errors};
+        return ReadFleet(*this, context, whole.Format(*this, wide_));
     }
 
   private:

@@ -2,6 +2,7 @@
 
 #include "Options.h"
 #include "commands/Command.h"
+#include "commands/ServerRecords.h"
 #include "output/Json.h"
 #include "output/Listing.h"
 #include "output/ListingText.h"
@@ -60,22 +61,42 @@ void WriteHeadings(const Listing& listing, bool isShown, std::ostream& output) {
     output << record << kRecordEnd;
 }
 
+void AppendRecord(const std::vector<Cell>& row, bool isShown, std::string& record) {
+    const char* separator = "";
+    for (const Cell& cell : row) {
+        record += separator;
+        if (isShown && !cell.value.IsNull()) {
+            AppendField(PrintableLines(cell.text), record);
+        } else if (!cell.value.IsNull()) {
+            AppendField(cell.text, record);
+        }
+        separator = ",";
+    }
+    record += kRecordEnd;
+}
+
 void WriteRecords(const Listing& listing, bool isShown, std::ostream& output) {
     std::string record;
     for (const auto& row : listing.Rows()) {
         record.clear();
-        const char* separator = "";
-        for (const Cell& cell : row) {
-            record += separator;
-            if (isShown && !cell.value.IsNull()) {
-                AppendField(PrintableLines(cell.text), record);
-            } else if (!cell.value.IsNull()) {
-                AppendField(cell.text, record);
-            }
-            separator = ",";
-        }
-        output << record << kRecordEnd;
+        AppendRecord(row, isShown, record);
+        output << record;
     }
+}
+
+/// Hands over the CSV of one of several servers.
+void AddCsv(const Listing& listing, bool isShown, ServerRecords& records) {
+    if (listing.HasVaryingColumns()) {
+        records.AddRows(listing, "");
+        return;
+    }
+    std::string text;
+    for (const auto& row : listing.Rows()) {
+        AppendField(isShown ? PrintableLines(records.Server()) : records.Server(), text);
+        text += ',';
+        AppendRecord(row, isShown, text);
+    }
+    records.AddCsv(listing.Columns(), text);
 }
 
 /// One line that names as many columns as it has room for.
@@ -113,6 +134,10 @@ void SayWhatIsLeftOut(const ListingOmissions& leftOut, const char* wholeForm, co
 
 void WriteCsv(const Listing& listing, bool hasHeadings, const CommandContext& context) {
     const bool isShown = context.options.isOutputTerminal;
+    if (context.records != nullptr) {
+        AddCsv(listing, isShown, *context.records);
+        return;
+    }
     if (hasHeadings) {
         WriteHeadings(listing, isShown, context.output);
     }
@@ -121,14 +146,15 @@ void WriteCsv(const Listing& listing, bool hasHeadings, const CommandContext& co
 
 void WriteTexts(const char* heading, const std::vector<std::string>& texts, OutputFormat format,
                 const CommandContext& context) {
-    if (format == OutputFormat::kJson) {
+    const bool isOneOfSeveral = context.records != nullptr; // which is named beside each text
+    if (format == OutputFormat::kJson && !isOneOfSeveral) {
         context.output << JsonTexts(texts) << '\n';
-    } else if (format == OutputFormat::kCsv) {
+    } else if (format == OutputFormat::kJson || format == OutputFormat::kCsv) {
         Listing listing({{heading}});
         for (const std::string& text : texts) {
             listing.AddRow({text});
         }
-        WriteCsv(listing, true, context);
+        WriteListing(listing, format, context);
     } else {
         for (const std::string& text : texts) {
             context.output << Printable(text) << '\n';
@@ -138,6 +164,11 @@ void WriteTexts(const char* heading, const std::vector<std::string>& texts, Outp
 
 void WriteListing(const Listing& listing, OutputFormat format, const CommandContext& context, const char* wholeForm) {
     const TextStyle style{context.options.width, context.options.usesColor};
+    const bool isForPeople = format != OutputFormat::kJson && format != OutputFormat::kCsv;
+    if (context.records != nullptr && isForPeople) {
+        context.records->AddRows(listing, wholeForm);
+        return;
+    }
     switch (format) {
     case OutputFormat::kJson:
         WriteJson(listing, context.output);

@@ -17,11 +17,13 @@ class Listing;
 /// the cells' values. CSV (RFC 4180) has the headings as its first record and the cells' texts, where a null value is
 /// an empty field and an empty text is "".
 ///
-/// `wholeForm` names the form that shows what a table may lack.
+/// `wholeForm` names the form that shows what a table may lack. What is about one of several servers is handed over to
+/// its records, here and below.
 void WriteListing(const Listing& listing, OutputFormat format, const CommandContext& context,
                   const char* wholeForm = "plain");
 
-/// Writes texts in their order: one a line, as a JSON array, or as CSV with this heading.
+/// Writes texts in their order: one a line, as a JSON array, or as CSV with this heading. In JSON, those of one of
+/// several servers are objects with the heading in lower case as the name of their member.
 void WriteTexts(const char* heading, const std::vector<std::string>& texts, OutputFormat format,
                 const CommandContext& context);
 

@@ -48,7 +48,7 @@ _cimhttp_read_line() {
                 [[ ${words[i]} == --key && $command == instance ]] || server+=("${words[i]}" "${words[i + 1]}")
                 i=$((i + 1))
                 ;;
-            -o | --units | --timeout | --plugin | --log | --trace | --output | --property | --where | --sort | --limit | --class | --out | \
+            -o | --units | --timeout | --parallel | --plugin | --log | --trace | --output | --property | --where | --sort | --limit | --class | --out | \
                 --interval | --count | --role | --result-class | --result-role | --depth | --warning | --critical | --ignore)
                 i=$((i + 1))
                 ;;
@@ -83,6 +83,8 @@ _cimhttp_offer() {
 # Runs a command for what it lists. A server that does not answer within CIMHTTP_COMPLETION_SECONDS, usually 1, completes
 # nothing. With its errors discarded, it asks for no password.
 _cimhttp_ask() {
+    # several servers are not asked, whose answers would not be words
+    [[ " ${server[*]}" != *\ @(-c|--connection)[\ =]*[*?,@[]* ]] || return 0
     timeout "${CIMHTTP_COMPLETION_SECONDS-1}" "${COMP_WORDS[0]}" "${server[@]}" "$@" 2>/dev/null
 }
 
@@ -140,7 +142,7 @@ _cimhttp_offer_words() {
 
 _cimhttp_offer_options() {
     _cimhttp_offer_words --help --version --host --connection --port --namespace --tls --ca --fingerprint --cert --key \
-        --verify --user --password-file --timeout --strict --plugin --log --trace --stats --output --units --verbose
+        --verify --user --password-file --timeout --parallel --as-completed --strict --plugin --log --trace --stats --output --units --verbose
     case $command in
         class) _cimhttp_offer_words --all ;;
         instances) _cimhttp_offer_words --property --where --sort --limit --exact --deep --paths --keys --wide --raw ;;
@@ -205,7 +207,7 @@ _cimhttp() {
             compopt -o nospace 2>/dev/null # the value follows at once
             _cimhttp_offer_properties '' '='
             ;;
-        -u | --user | --port | -n | --namespace | --fingerprint | --timeout | --interval | --count | --limit | --role | \
+        -u | --user | --port | -n | --namespace | --fingerprint | --timeout | --parallel | --interval | --count | --limit | --role | \
             --result-role | --depth | --ignore) ;;
         *) if [[ $current == -* ]]; then _cimhttp_offer_options; else _cimhttp_offer_arguments; fi ;;
     esac

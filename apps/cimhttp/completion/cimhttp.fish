@@ -19,7 +19,7 @@ function __cimhttp_read_line
                     set -a server $word $words[$i]
                 end
                 set i (math $i + 1)
-            case -o --output --units --timeout --plugin --log --trace --property --where --sort --limit --class --out \
+            case -o --output --units --timeout --parallel --plugin --log --trace --property --where --sort --limit --class --out \
                     --interval --count --role --result-class --result-role --depth --warning --critical --ignore
                 set i (math $i + 1)
             case '--tls*' '--verify*' '--connection=*' '--host=*' '--port=*' '--namespace=*' '--user=*' '--password-file=*' \
@@ -170,6 +170,8 @@ complete -c cimhttp -l verify -d 'Refuse a server that nothing verifies'
 complete -c cimhttp -s u -l user -x -d 'User to log in as'
 complete -c cimhttp -l password-file -r -F -d 'File with the password'
 complete -c cimhttp -l timeout -x -d 'How long to wait for an answer'
+complete -c cimhttp -l parallel -x -d 'How many servers to connect to at once'
+complete -c cimhttp -l as-completed -d 'Write several servers in the order in which they are done'
 complete -c cimhttp -l strict -d 'Refuse an answer of which a part cannot be read'
 complete -c cimhttp -l plugin -r -F -d 'Plug-in to load'
 complete -c cimhttp -l trace -r -F -d 'Write all that is sent and received to a file'

@@ -122,6 +122,8 @@ _cimhttp_general=(
     '(-u)--user=[user to log in as]:user:'
     '--password-file=[file with the password]:file:_files'
     '--timeout=[how long to wait for an answer]:seconds:'
+    '--parallel=[how many servers to connect to at once]:number:'
+    '--as-completed[write several servers in the order in which they are done]'
     '--strict[refuse an answer of which a part cannot be read]'
     '--plugin=[plug-in to load]:file:_files'
     '--trace=[write all that is sent and received to a file]:file:_files'

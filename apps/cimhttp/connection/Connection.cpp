@@ -85,7 +85,9 @@ void Add(const SavedConnection& saved, Options& options) {
 }
 
 void AddChosenConnection(Options& options) {
-    if (options.connection) {
+    if (options.saved) {
+        Add(*options.saved, options);
+    } else if (options.connection) {
         Add(ConnectionStore::NeededOfUser().Find(*options.connection), options);
     }
 }
@@ -109,13 +111,16 @@ std::string PasswordOf(const Options& options, const std::string& user, const st
     if (options.passwordVariable) {
         return *options.passwordVariable;
     }
-    const auto typed = options.isErrorStreamTerminal
+    const auto typed = options.isErrorStreamTerminal && !options.server
                            ? AskForPassword(Printable("Password of " + user + " on " + server + ": "))
                            : std::nullopt;
     if (!typed) {
         throw Failure(Failure::kUsage, "the user " + user +
                                            " needs a password: give --password-file FILE or set the variable "
-                                           "CIMHTTP_PASSWORD");
+                                           "CIMHTTP_PASSWORD" +
+                                           (options.server ? ", or store it: cimhttp connection add NAME ... "
+                                                             "--store-password"
+                                                           : ""));
     }
     return *typed;
 }
@@ -199,6 +204,7 @@ Connection ConnectionOfComplete(const Options& options) {
     connection.trace = options.trace;
     connection.statistics = options.statistics;
     connection.timeout = std::chrono::seconds(options.timeout.value_or(kUsualTimeout));
+    connection.deadline = options.deadline;
     if (connection.user.empty() && !options.password.value_or("").empty()) {
         Refuse("whose password? give --user");
     }
@@ -236,8 +242,17 @@ bool Connection::IsLoopback() const {
            (::inet_pton(AF_INET6, host.c_str(), &six) == 1 && IN6_IS_ADDR_LOOPBACK(&six));
 }
 
+std::chrono::milliseconds Connection::TimeLeft() const {
+    if (!deadline) {
+        return timeout;
+    }
+    const auto left =
+        std::chrono::duration_cast<std::chrono::milliseconds>(*deadline - std::chrono::steady_clock::now());
+    return std::clamp<std::chrono::milliseconds>(left, std::chrono::milliseconds(1), timeout);
+}
+
 TCIMContext Connection::Context() const {
-    const auto milliseconds = std::chrono::milliseconds(timeout).count();
+    const auto milliseconds = TimeLeft().count();
     TCIMContext context{{kNamespaceKey, TCIMValue(nameSpace)},
                         {kTlsKey, TCIMValue(tls)},
                         {kLenientKey, TCIMValue(!strict)},

@@ -44,12 +44,21 @@ struct Connection {
     std::optional<std::string> trace = {}; ///< the file for what is sent and received, an absolute path
     std::shared_ptr<OperationStatistics> statistics = {}; ///< where what operations take is counted; null: nowhere
     bool isVerifiedByPolicy = false; ///< the machine's policy verifies the server of an encrypted connection
+    std::optional<std::chrono::steady_clock::time_point> deadline = {}; ///< when all that is asked must be answered
 
     /// How long connecting may take.
     std::chrono::seconds ConnectTimeout() const { return std::min(timeout, std::chrono::seconds(kLongestConnect)); }
 
+    /// How long an answer may take from now on: 1 millisecond at least.
+    std::chrono::milliseconds TimeLeft() const;
+
+    /// Whether the deadline, if there is one, has passed.
+    bool IsTimeOver() const { return deadline && std::chrono::steady_clock::now() >= *deadline; }
+
     /// Where to look for the server, with as much time as connecting has.
-    ProbeTarget Target() const { return {host, Port(), ConnectTimeout()}; }
+    ProbeTarget Target() const {
+        return {host, Port(), std::min<std::chrono::milliseconds>(ConnectTimeout(), TimeLeft())};
+    }
 
     int UsualPort() const { return tls ? kHttpsPort : kHttpPort; }
 

@@ -34,6 +34,9 @@ std::string OtherWay(const PluginAccess& access, const Connection& connection) {
 } // namespace
 
 std::string ExplainFailedConnect(const PluginAccess& access, const Connection& connection, const std::string& reason) {
+    if (connection.IsTimeOver()) {
+        return reason;
+    }
     const int port = connection.Port();
     const ServerProbe probe = access.Probe({connection.host, port, kTimeout}, Depth::kPort);
     if (probe.result == Result::kUnknownHost || probe.result == Result::kUnresolved) {
@@ -58,7 +61,7 @@ std::string ExplainFailedConnect(const PluginAccess& access, const Connection& c
 }
 
 std::string CertificateAdvice(const PluginAccess& access, const Connection& connection) {
-    if (!connection.tls || connection.tlsSettings.certificate) {
+    if (!connection.tls || connection.tlsSettings.certificate || connection.IsTimeOver()) {
         return {};
     }
     const TlsDetails tls = access.Probe({connection.host, connection.Port(), kTimeout}, Depth::kTls).tls;

@@ -105,6 +105,12 @@ Connection Trusted(const Plugin& plugin, const Connection& connection, const Opt
                                        "--fingerprint SHA256; without --verify, you are asked on a terminal whether to "
                                        "trust its certificate");
     }
+    if (options.server && options.isErrorStreamTerminal) {
+        const std::string name = options.connection.value_or("");
+        throw NoConnection(connection, "nothing verifies the server yet, and nobody is asked about one of several; "
+                                       "'cimhttp connection test " +
+                                           name + "' asks");
+    }
     return options.isErrorStreamTerminal ? AskedFor(plugin.Access(), connection, known, wait) : connection;
 }
 

@@ -15,6 +15,8 @@ class Plugin;
 ///
 /// Without a terminal, a server that is not known stays unverified: see IsVerified().
 ///
+/// Nor is anybody asked about one of several servers: it fails where the user would have to be asked.
+///
 /// Throws Failure(kConnection) when the user does not trust the server, when its certificate cannot be looked at, and,
 /// with --verify, where nothing verifies it; then nothing has been sent.
 Connection Trusted(const Plugin& plugin, const Connection& connection, const Options& options,

@@ -17,7 +17,9 @@ namespace {
 boost::shared_ptr<ICIMNamespace> Allocate(const Plugin& plugin, const Connection& connection) {
     try {
         const auto allocated = plugin.AllocateNamespace(connection.Context());
-        return connection.statistics ? plugin.Access().Measured(allocated, connection.statistics) : allocated;
+        return connection.statistics || connection.deadline
+                   ? plugin.Access().Supervised(allocated, connection.statistics, connection.deadline)
+                   : allocated;
     } catch (const TVYXException& exception) {
         if (exception.GetStatusCode().GetCode() != TVYXStatusCode::eTypeMismatch) {
             throw;
@@ -53,7 +55,10 @@ boost::shared_ptr<ICIMNamespace> OpenNamespace(const Plugin& plugin, const Conne
 } // namespace
 
 Session::Session(const Plugin& plugin, const Connection& connection, const ProgressWait& wait)
-    : plugin_(plugin), connection_(connection), wait_(wait), namespace_(OpenNamespace(plugin_, connection_, wait_)) {}
+    : plugin_(plugin),
+      connection_(connection),
+      wait_(wait.IsDirect() ? std::nullopt : std::optional(wait)),
+      namespace_(OpenNamespace(plugin_, connection_, wait_)) {}
 
 Session Session::WithoutProgress() const {
     Session session = *this;
@@ -72,6 +77,15 @@ ICIMNamespace& Session::NamespaceNamed(const std::string& name) {
     Connection other = connection_;
     other.nameSpace = name;
     return *others_.emplace(name, OpenNamespace(plugin_, other, wait_)).first->second;
+}
+
+void Session::LimitTime() const {
+    if (connection_.deadline) {
+        Access().SetTimeLeft(*namespace_, connection_.TimeLeft());
+        for (const auto& [name, other] : others_) {
+            Access().SetTimeLeft(*other, connection_.TimeLeft());
+        }
+    }
 }
 
 void Session::EndIfInterrupted(const std::function<void()>& stop) const {

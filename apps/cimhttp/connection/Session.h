@@ -64,6 +64,7 @@ class Session {
     /// Reads, and shows meanwhile that `thing` is being read. About `stop` see ProgressWait::Run.
     template <typename Operation>
     auto Awaited(const std::string& thing, const Operation& operation, const std::function<void()>& stop = {}) const {
+        LimitTime();
         return wait_ ? wait_->Read("reading " + thing, operation, stop) : operation();
     }
 
@@ -78,6 +79,9 @@ class Session {
     IncidentTally TakeIncidents();
 
   private:
+    /// Leaves the next requests no more time than there is until the deadline.
+    void LimitTime() const;
+
     Plugin plugin_;
     Connection connection_;
     std::optional<ProgressWait> wait_;

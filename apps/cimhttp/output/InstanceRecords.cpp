@@ -78,6 +78,7 @@ Listing WideRecords(const Instances& instances, const Properties& properties, co
         columns.push_back({name});
     }
     Listing listing(std::move(columns));
+    listing.SetVaryingColumns();
     for (const auto& instance : instances) {
         std::vector<Cell> row{ClassNameOf(*instance), PathOf(*instance, nameSpace)};
         row.reserve(listing.Columns().size());

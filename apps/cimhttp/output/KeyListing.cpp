@@ -59,6 +59,7 @@ std::vector<std::string> PathTexts(const std::vector<TCIMReference>& paths) {
 Listing KeyListing(const std::vector<TCIMReference>& paths, bool hasClass) {
     const std::vector<std::string> names = KeyNames(paths);
     Listing listing(ColumnsOf(names, hasClass));
+    listing.SetVaryingColumns();
     for (const TCIMReference& path : paths) {
         std::vector<Cell> row;
         if (hasClass) {

@@ -41,12 +41,17 @@ class Listing {
     /// `row` must have as many cells as there are columns.
     void AddRow(std::vector<Cell> row) { rows_.push_back(std::move(row)); }
 
+    /// Says that the columns depend on what is listed: those of another server may be others.
+    void SetVaryingColumns() { hasVaryingColumns_ = true; }
+    bool HasVaryingColumns() const { return hasVaryingColumns_; }
+
     const std::vector<Column>& Columns() const { return columns_; }
     const std::vector<std::vector<Cell>>& Rows() const { return rows_; }
 
   private:
     std::vector<Column> columns_;
     std::vector<std::vector<Cell>> rows_;
+    bool hasVaryingColumns_ = false;
 };
 
 } // namespace cimhttp

@@ -1,5 +1,6 @@
 #include "waiting/Interrupt.h"
 
+#include <atomic>
 #include <cstdlib>
 
 namespace cimhttp {
@@ -8,7 +9,8 @@ namespace {
 
 constexpr int kEndedBySignal = 128; // what shells add to the signal's number
 
-volatile std::sig_atomic_t caughtSignal = 0; // what a signal handler may write
+std::atomic<int> caughtSignal{0}; // read by any thread
+static_assert(std::atomic<int>::is_always_lock_free, "what a signal handler may write");
 
 void Remember(int signal) { caughtSignal = signal; }
 

@@ -27,6 +27,10 @@ constexpr std::chrono::milliseconds kGrace{3000};       // for work that is to s
 
 void ProgressWait::Run(const std::string& what, const Work& work, const std::optional<Limit>& limit,
                        const std::function<void()>& stop) const {
+    if (IsDirect()) {
+        work();
+        return;
+    }
     const InterruptScope interrupts;
     BackgroundTask task([&work](const BackgroundTask::Notify& /*notify*/) { work(); });
     StatusLine line(showsLine_ ? errors_ : nullptr, width_);

@@ -24,6 +24,10 @@ class ProgressWait {
         std::function<Failure()> failure;
     };
 
+    /// Waits in the thread that asks, shows nothing and takes no interrupt: for threads that are not the main one. The
+    /// work must have a timeout of its own.
+    ProgressWait() = default;
+
     /// `errors` must outlive the object; with `showsLine` it is a terminal, `width` wide (0 for any).
     /// `onInterrupt` must end the program, without taking away what the work uses.
     ProgressWait(std::ostream& errors, bool showsLine, std::size_t width, std::function<void()> onInterrupt)
@@ -43,6 +47,9 @@ class ProgressWait {
         return std::move(*result);
     }
 
+    /// Whether it waits in the thread that asks.
+    bool IsDirect() const { return errors_ == nullptr; }
+
     /// This wait with another end for work whose time is over, which must end the program, too. It is called in the
     /// thread that waits.
     ProgressWait EndingLateWorkBy(std::function<void(const Failure&)> onLate) const {
@@ -55,9 +62,9 @@ class ProgressWait {
     void End() const { onInterrupt_(); }
 
   private:
-    std::ostream* errors_;
-    bool showsLine_;
-    std::size_t width_;
+    std::ostream* errors_ = nullptr;
+    bool showsLine_ = false;
+    std::size_t width_ = 0;
     std::function<void()> onInterrupt_;
     std::function<void(const Failure&)> onLate_; // empty: a line and the failure's status
 };
