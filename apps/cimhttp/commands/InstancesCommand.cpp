@@ -105,8 +105,9 @@ class InstancesCommand : public Command {
         const OutputFormat format = context.Format(*this, wide_);
         const Session session = context.Connect();
         InstanceReader reader(session, name_, query, !exact_, context.options.textForm);
-        const auto uncompared = limit_ || !reader.CanStream() ? WriteAll(reader, query, limit, format, session, context)
-                                                              : WriteEach(reader, query, format, session, context);
+        const auto uncompared = limit_ || !reader.CanStream()
+                                    ? WriteAll(reader, query, limit, format, session, context)
+                                    : WriteEach(reader, query, limit, format, session, context);
         context.output.flush(); // on a terminal, the remarks stand below
         limit.Report("instances", context.errors);
         uncompared.Report(context.errors);
@@ -134,14 +135,13 @@ class InstancesCommand : public Command {
     }
 
     /// Writes the instances as they arrive, where the form allows that.
-    UncomparedValues WriteEach(InstanceReader& reader, const InstanceQuery& query, OutputFormat format,
+    UncomparedValues WriteEach(InstanceReader& reader, const InstanceQuery& query, RowLimit& limit, OutputFormat format,
                                const Session& session, const CommandContext& context) const {
         const InstanceSelection selection = SelectionOf(reader.Shown(), query);
         const auto sink =
             MakeInstanceSink(selection, format, ValueTexts(session.Access(), context.options.textForm), context);
         if (!sink) {
-            RowLimit all{std::nullopt};
-            return WriteAll(reader, query, all, format, session, context);
+            return WriteAll(reader, query, limit, format, session, context);
         }
         std::size_t written = 0;
         const auto reading = reader.Stream([&](const Instances& instances) {
