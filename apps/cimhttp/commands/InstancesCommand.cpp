@@ -27,6 +27,10 @@ using NQORVYX20::TCIMValue;
 
 namespace {
 
+// Up to this many instances are sorted by their paths. Of several servers, many are read at once.
+constexpr std::size_t kHeldInstances = 10000;
+constexpr std::size_t kHeldOfEachServer = 1000;
+
 bool IsForPeople(OutputFormat format) { return format == OutputFormat::kTable || format == OutputFormat::kPlain; }
 
 /// As `instance --key` takes them, a key a line.
@@ -144,10 +148,11 @@ class InstancesCommand : public Command {
             return WriteAll(reader, query, limit, format, session, context);
         }
         std::size_t written = 0;
-        const auto reading = reader.Stream([&](const Instances& instances) {
-            sink->Add(instances);
-            written += instances.size();
-        });
+        const auto reading =
+            reader.Stream(context.options.server ? kHeldOfEachServer : kHeldInstances, [&](const Instances& instances) {
+                sink->Add(instances);
+                written += instances.size();
+            });
         if (written == 0 && reading.count > 0) {
             SayThatNoInstanceMatches(reading.count, context.errors);
         }
