@@ -119,24 +119,25 @@ TEST(FleetRun, WorksOnNoMoreThanThatAtOnceAndInTheThreadsOfItsOwn) {
 }
 
 TEST(FleetRun, EndsWithWhatTakingThrowsAndBeginsNothingMore) {
+    constexpr std::size_t kParallel = 2;
     std::atomic<std::size_t> begun{0};
-    std::promise<void> firstIsTaken;
-    auto first = firstIsTaken.get_future().share();
-    const auto run = [&] {
-        FleetRun(100, 2, FleetRun::Order::kOfArrival)
-            .Run(StepsWith(
-                [&](std::size_t) {
-                    if (++begun > 2) {
-                        first.wait();
-                    }
-                },
-                [&](std::size_t) {
-                    firstIsTaken.set_value();
-                    throw Failure(Failure::kOther, "the disk is full");
-                }));
-    };
-    EXPECT_THROW(run(), Failure);
-    EXPECT_LT(begun, 100U);
+    std::atomic<std::size_t> taken{0};
+    std::promise<void> isLeft; // after which nothing begins
+    auto left = isLeft.get_future().share();
+    const FleetRun::Steps steps{[&](std::size_t number) {
+                                    ++begun;
+                                    if (number >= kParallel) {
+                                        left.wait();
+                                    }
+                                },
+                                [&](std::size_t) {
+                                    ++taken;
+                                    throw Failure(Failure::kOther, "the disk is full");
+                                },
+                                [](std::size_t) {}, [&] { isLeft.set_value(); }};
+    EXPECT_THROW(FleetRun(100, kParallel, FleetRun::Order::kOfArrival).Run(steps), Failure);
+    EXPECT_EQ(taken, 1U);
+    EXPECT_LE(begun, 2 * kParallel);
 }
 
 TEST(FleetRun, LeavesWhereTheWorkDoesNotEnd) {

@@ -11,8 +11,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
+#include <future>
+#include <memory>
 #include <mutex>
 #include <set>
 #include <sstream>
@@ -361,39 +364,40 @@ class Gate {
 
 } // namespace
 
+// What the servers of these tests share lives as long as they do.
+
 TEST_F(FleetTest, NoMoreServersThanThatAreAskedAtOnce) {
     constexpr std::size_t kParallel = 3;
-    Gate gate(kParallel);
+    const auto gate = std::make_shared<Gate>(kParallel);
     for (const char* name : {"rack1", "rack2", "rack3", "rack4", "rack5", "rack6", "rack7", "rack8", "rack9"}) {
-        fleet_.AddFaulty(name, [&gate](support::Connection& client, const std::string& answer) {
-            gate.Pass();
+        fleet_.AddFaulty(name, [gate](support::Connection& client, const std::string& answer) {
+            gate->Pass();
             client.Write(answer);
         });
     }
     const auto run = fleet_.Run({"-c", "rack*", "--parallel", "3", "classes"});
     EXPECT_EQ(run.status, 0) << run.errors;
-    EXPECT_EQ(gate.Greatest(), kParallel);
+    EXPECT_EQ(gate->Greatest(), kParallel);
 }
 
 TEST_F(FleetTest, TheOrderIsThatOfTheListHoweverLateTheFirstIs) {
-    std::mutex mutex;
-    std::condition_variable changed;
-    bool isSecondDone = false;
-    fleet_.AddFaulty("rack1", [&](support::Connection& client, const std::string& answer) {
-        std::unique_lock<std::mutex> lock(mutex);
-        changed.wait_for(lock, std::chrono::minutes(1), [&] { return isSecondDone; });
+    const auto secondIsDone = std::make_shared<std::promise<void>>();
+    const auto second = std::make_shared<std::shared_future<void>>(secondIsDone->get_future());
+    const auto connections = std::make_shared<std::atomic<int>>(0);
+    fleet_.AddFaulty("rack1", [second](support::Connection& client, const std::string& answer) {
+        second->wait_for(std::chrono::minutes(1));
         client.Write(answer);
     });
-    fleet_.AddScripted("rack2", [&](support::Connection& client) {
+    fleet_.AddScripted("rack2", [secondIsDone, connections](support::Connection& client) {
         while (const auto request = client.ReadRequest()) {
             client.Write(FanAnswer(request->body));
         }
-        const std::lock_guard<std::mutex> lock(mutex); // the program has read all, and closed the connection
-        isSecondDone = true;
-        changed.notify_all();
+        if ((*connections)++ == 0) { // the program has read all, and closed the connection
+            secondIsDone->set_value();
+        }
     });
     EXPECT_THAT(Fans(Instances("rack*")), ElementsAre("rack1/faulty", "rack2/faulty"));
-    EXPECT_TRUE(isSecondDone);
+    EXPECT_EQ(second->wait_for(std::chrono::seconds(0)), std::future_status::ready);
     EXPECT_THAT(Fans(Instances("rack*", {"--as-completed"})),
                 testing::UnorderedElementsAre("rack1/faulty", "rack2/faulty"));
 }
@@ -525,8 +529,9 @@ TEST_F(FleetTest, WatchNamesTheServerOfEachLine) {
 
 TEST_F(FleetTest, WatchTellsOnceOfAServerThatIsAwayAndTriesItAgain) {
     fleet_.Add("rack1", {"a"});
-    fleet_.AddFaulty("rack2", [failures = 0](support::Connection& client, const std::string& answer) mutable {
-        if (failures++ < 3) {
+    const auto failures = std::make_shared<std::atomic<int>>(0);
+    fleet_.AddFaulty("rack2", [failures](support::Connection& client, const std::string& answer) {
+        if ((*failures)++ < 3) {
             client.Reset();
         } else {
             client.Write(answer);

@@ -11,13 +11,6 @@
 
 namespace cimhttp {
 
-namespace {
-
-/// Up to this many are sorted by their paths.
-constexpr std::size_t kHeldInstances = 10000;
-
-} // namespace
-
 InstanceReader::InstanceReader(const Session& session, const std::string& className, InstanceQuery query, bool deep,
                                NQORVYX20::DisplayForm form)
     : session_(session),
@@ -57,11 +50,11 @@ InstanceReader::Reading InstanceReader::Read() {
     return {std::move(shown), std::move(selected.instances), count, std::move(selected.uncompared)};
 }
 
-InstanceReader::Reading InstanceReader::Stream(const std::function<void(const Instances&)>& take) {
+InstanceReader::Reading InstanceReader::Stream(std::size_t held, const std::function<void(const Instances&)>& take) {
     Reading reading{Shown(), {}, 0, {}};
     const ValueTexts texts(session_.Access(), form_);
     const InterruptScope interrupts;
-    auto sequence = ServerInstances(session_).Open(*class_, deep_, NeededNames(), kHeldInstances);
+    auto sequence = ServerInstances(session_).Open(*class_, deep_, NeededNames(), held);
     do {
         Instances instances = ServerInstances(session_).Next(*sequence, ClassName());
         reading.count += instances.size();

@@ -27,6 +27,10 @@ using NQORVYX20::TCIMValue;
 
 namespace {
 
+// Up to this many instances are sorted by their paths. Of several servers, many are read at once.
+constexpr std::size_t kHeldInstances = 10000;
+constexpr std::size_t kHeldOfEachServer = 1000;
+
 bool IsForPeople(OutputFormat format) { return format == OutputFormat::kTable || format == OutputFormat::kPlain; }
 
 /// As `instance --key` takes them, a key a line.
@@ -105,8 +109,9 @@ class InstancesCommand : public Command {
         const OutputFormat format = context.Format(*this, wide_);
         const Session session = context.Connect();
         InstanceReader reader(session, name_, query, !exact_, context.options.textForm);
-        const auto uncompared = limit_ || !reader.CanStream() ? WriteAll(reader, query, limit, format, session, context)
-                                                              : WriteEach(reader, query, format, session, context);
+        const auto uncompared = limit_ || !reader.CanStream()
+                                    ? WriteAll(reader, query, limit, format, session, context)
+                                    : WriteEach(reader, query, limit, format, session, context);
         context.output.flush(); // on a terminal, the remarks stand below
         limit.Report("instances", context.errors);
         uncompared.Report(context.errors);
@@ -134,20 +139,20 @@ class InstancesCommand : public Command {
     }
 
     /// Writes the instances as they arrive, where the form allows that.
-    UncomparedValues WriteEach(InstanceReader& reader, const InstanceQuery& query, OutputFormat format,
+    UncomparedValues WriteEach(InstanceReader& reader, const InstanceQuery& query, RowLimit& limit, OutputFormat format,
                                const Session& session, const CommandContext& context) const {
         const InstanceSelection selection = SelectionOf(reader.Shown(), query);
         const auto sink =
             MakeInstanceSink(selection, format, ValueTexts(session.Access(), context.options.textForm), context);
         if (!sink) {
-            RowLimit all{std::nullopt};
-            return WriteAll(reader, query, all, format, session, context);
+            return WriteAll(reader, query, limit, format, session, context);
         }
         std::size_t written = 0;
-        const auto reading = reader.Stream([&](const Instances& instances) {
-            sink->Add(instances);
-            written += instances.size();
-        });
+        const auto reading =
+            reader.Stream(context.options.server ? kHeldOfEachServer : kHeldInstances, [&](const Instances& instances) {
+                sink->Add(instances);
+                written += instances.size();
+            });
         if (written == 0 && reading.count > 0) {
             SayThatNoInstanceMatches(reading.count, context.errors);
         }

@@ -45,18 +45,19 @@ Descriptor NamelessFile(const std::string& folder) {
 
 } // namespace
 
-Spool::Spool() : file_(NamelessFile(TemporaryFolder())) {}
-
 Spool::Place Spool::Append(std::string_view text) {
     off_t begin = 0;
     {
         const std::lock_guard<std::mutex> lock(mutex_);
+        if (!file_) {
+            file_.emplace(NamelessFile(TemporaryFolder()));
+        }
         begin = end_;
         end_ += static_cast<off_t>(text.size());
     }
     const Place place{begin, text.size()};
     while (!text.empty()) {
-        const ssize_t size = ::pwrite(file_.Number(), text.data(), text.size(), begin);
+        const ssize_t size = ::pwrite(file_->Number(), text.data(), text.size(), begin);
         if (size < 0 && errno != EINTR) {
             Fail("a temporary file cannot be written");
         }
@@ -69,7 +70,7 @@ Spool::Place Spool::Append(std::string_view text) {
 void Spool::CopyTo(std::ostream& output, Place place) const {
     std::array<char, kBlockSize> block{};
     while (place.size > 0) {
-        const ssize_t size = ::pread(file_.Number(), block.data(), std::min(block.size(), place.size), place.begin);
+        const ssize_t size = ::pread(file_->Number(), block.data(), std::min(block.size(), place.size), place.begin);
         if (size == 0 || (size < 0 && errno != EINTR)) {
             Fail("a temporary file cannot be read");
         }

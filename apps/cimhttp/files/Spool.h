@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <iosfwd>
 #include <mutex>
+#include <optional>
 #include <string_view>
 
 namespace cimhttp {
@@ -21,8 +22,8 @@ class Spool {
         std::size_t size;
     };
 
-    /// In the folder for temporary files, which TMPDIR names.
-    Spool();
+    /// The file is made, in the folder for temporary files, which TMPDIR names, when something is appended.
+    Spool() = default;
 
     Place Append(std::string_view text);
 
@@ -32,8 +33,8 @@ class Spool {
     void CopyTo(std::ostream& output) const;
 
   private:
-    Descriptor file_;
-    mutable std::mutex mutex_; // guards the end
+    mutable std::mutex mutex_;       // guards all below
+    std::optional<Descriptor> file_; // does not change once it is made
     off_t end_ = 0;
 };
 

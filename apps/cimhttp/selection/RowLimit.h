@@ -14,7 +14,7 @@ class RowLimit {
   public:
     /// Throws Failure(kUsage) for a limit of 0.
     explicit RowLimit(std::optional<std::size_t> limit) : limit_(limit) {
-        if (limit_.value_or(1) == 0) {
+        if (limit_ && *limit_ == 0) {
             throw Failure(Failure::kUsage, "--limit is 1 or more");
         }
     }
