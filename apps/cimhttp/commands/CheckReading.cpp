@@ -14,6 +14,9 @@ void AddUncompared(const UncomparedValues& uncompared, CheckReport& report) {
     }
 }
 
+/// As many as fit into a few megabytes; their order does not matter.
+constexpr std::size_t kHeldInstances = 1000;
+
 } // namespace
 
 void ReadForCheck(InstanceReader& reader, const std::function<void(const NQORVYX20::ICIMInstance&)>& take,
@@ -27,7 +30,7 @@ void ReadForCheck(InstanceReader& reader, const std::function<void(const NQORVYX
     };
     InstanceReader::Reading reading{};
     if (reader.CanStream()) {
-        reading = reader.Stream(takeAll);
+        reading = reader.Stream(kHeldInstances, takeAll);
     } else {
         reading = reader.Read();
         takeAll(reading.instances);
