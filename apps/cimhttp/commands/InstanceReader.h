@@ -45,8 +45,8 @@ class InstanceReader {
     Properties Shown() const { return query_.Shown(declared_, ClassName()); }
 
     /// Does what Read() does without keeping the instances: `take` gets those that meet the conditions as they come.
-    /// No more than `held` are in memory at once: those of a class with more come in the order of the server. The result
-    /// has no instances.
+    /// No more than `held` are in memory at once: those of a class with more come in the order of the server. The
+    /// result has no instances.
     Reading Stream(std::size_t held, const std::function<void(const Instances&)>& take);
 
   private:
