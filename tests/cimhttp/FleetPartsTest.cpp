@@ -141,10 +141,14 @@ TEST(FleetRun, EndsWithWhatTakingThrowsAndBeginsNothingMore) {
 }
 
 TEST(FleetRun, LeavesWhereTheWorkDoesNotEnd) {
+    std::promise<void> begin;
     std::promise<void> end;
     auto ended = end.get_future().share();
     const FleetRun::Steps steps{[&](std::size_t number) {
-                                    if (number == 1) {
+                                    if (number == 0) {
+                                        begin.get_future().wait(); // of the other one's work
+                                    } else {
+                                        begin.set_value();
                                         ended.wait();
                                     }
                                 },
