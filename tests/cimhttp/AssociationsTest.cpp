@@ -23,7 +23,6 @@ using nlohmann::json;
 using testing::AllOf;
 using testing::EndsWith;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 

@@ -32,7 +32,6 @@ using cimhttp::OutputFile;
 using cimhttp::RemovalOnSignal;
 using testing::EndsWith;
 using testing::HasSubstr;
-using testing::MatchesRegex;
 using testing::UnorderedElementsAreArray;
 
 namespace {

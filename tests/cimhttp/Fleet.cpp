@@ -86,7 +86,7 @@ std::string Fleet::Environment() const { return "XDG_CONFIG_HOME=" + folder_.Pat
 void Fleet::WriteConnections() const {
     std::string document;
     for (const auto& [name, connection] : connections_) {
-        document += (document.empty() ? "{\"" : ",\n\"") + name + "\":" + connection;
+        document.append(document.empty() ? "{\"" : ",\n\"").append(name).append("\":").append(connection);
     }
     std::filesystem::create_directory(folder_.Path() / "cimhttp");
     folder_.WriteFile("cimhttp/connections.json", document + '}');

@@ -56,6 +56,7 @@ std::vector<std::string> Headings(const Listing& listing) {
 
 std::vector<std::string> Texts(const std::vector<cimhttp::Cell>& row) {
     std::vector<std::string> texts;
+    texts.reserve(row.size());
     for (const auto& cell : row) {
         texts.push_back(cell.value.IsNull() ? "null" : cell.text);
     }

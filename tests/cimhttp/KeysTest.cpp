@@ -17,7 +17,6 @@
 
 using support::TerminalProgram;
 using testing::AllOf;
-using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;

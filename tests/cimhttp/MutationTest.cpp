@@ -69,7 +69,7 @@ class MutationTest : public testing::TestWithParam<MutationName> {
     /// One class, one way, one change.
     void RunOnce(unsigned seed) {
         std::mt19937 random(seed);
-        const std::string className = kClasses[random() % kClasses.size()];
+        const std::string& className = kClasses[random() % kClasses.size()];
         const auto way = static_cast<Way>(random() % kWays);
         std::optional<MutatedAnswer> mutated;
         server_.SetChange([&](const std::string& body) {
@@ -163,7 +163,7 @@ class PathMutationTest : public testing::TestWithParam<MutationName> {
   protected:
     void RunOnce(unsigned seed) {
         std::mt19937 random(seed);
-        const std::string className = kClasses[random() % kClasses.size()];
+        const std::string& className = kClasses[random() % kClasses.size()];
         std::optional<MutatedAnswer> mutated;
         server_.SetChange([&](const std::string& body) {
             mutated = Mutate(body, GetParam().mutation, random);

@@ -18,7 +18,6 @@
 
 using nlohmann::json;
 using testing::AllOf;
-using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
