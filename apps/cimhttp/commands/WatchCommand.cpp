@@ -23,8 +23,10 @@
 #include <cstdlib>
 #include <exception>
 #include <mutex>
+#include <new>
 #include <optional>
 #include <ostream>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <utility>
@@ -181,7 +183,10 @@ class WatchedFleet {
         ServerLines remarkLines(server.name, ServerLines::Form::kRemarks,
                                 [&](std::string_view line) { context_.errors << line; });
         SinkStream remarks([&](std::string_view text) { remarkLines.Append(text); });
-        int status = 0;
+        int status = Failure::kOther;
+        const auto tell = [&](const std::string& failure) {
+            remarkLines.Append("cimhttp: " + Printable(failure) + '\n');
+        };
         try {
             const Options options = OptionsOf(server, context_.options);
             const CommandContext own{options, output, remarks};
@@ -189,11 +194,14 @@ class WatchedFleet {
         } catch (const Failure& failure) {
             status = failure.Status();
             if (status != Failure::kClosedPipe) { // of which nobody is told
-                remarkLines.Append("cimhttp: " + Printable(failure.what()) + '\n');
+                tell(failure.what());
             }
-        } catch (const std::exception&) {
-            status = Failure::kOther;
-            remarkLines.Append(std::string("cimhttp: ") + kTooLittleMemory + '\n');
+        } catch (const std::bad_alloc&) {
+            tell(kTooLittleMemory);
+        } catch (const std::length_error&) { // a text or a list longer than any memory
+            tell(kTooLittleMemory);
+        } catch (const std::exception& exception) {
+            tell(exception.what());
         }
         const std::lock_guard<std::mutex> lock(mutex_);
         statuses_[number] = status;

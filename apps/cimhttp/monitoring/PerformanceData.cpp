@@ -30,9 +30,8 @@ std::string UnitOf(const PerformanceData::Number& number) {
 }
 
 std::string NumberAndLimits(const PerformanceData::Number& number) {
-    const std::string unit = UnitOf(number);
-    std::string text = NumberText(number.quantity.InBase()) + unit + ';' + number.warning + ';' + number.critical +
-                       (unit == "%" ? ";0;100" : "");
+    std::string text =
+        NumberText(number.quantity.InBase()) + UnitOf(number) + ';' + number.warning + ';' + number.critical;
     return text.substr(0, text.find_last_not_of(';') + 1);
 }
 

@@ -9,7 +9,8 @@
 
 namespace cimhttp {
 
-/// Numbers for the graphs of a monitoring system: `'label'=value[unit];warning;critical;least;greatest`.
+/// Numbers for the graphs of a monitoring system: `'label'=value[unit];warning;critical`. What may follow, the
+/// least and the greatest number, is left out.
 class PerformanceData {
   public:
     struct Number {
