@@ -179,6 +179,8 @@ TEST(SchemaErrors, ConcernValuesThatTheirTypeDoesNotHave) {
     EXPECT_THAT(withDefault("real64", "1.5x"), HasSubstr("is no real64"));
     EXPECT_EQ(withDefault("char16", "\xE2\x82\xAC"), "");
     EXPECT_THAT(withDefault("char16", "ab"), HasSubstr("is no char16"));
+    EXPECT_THAT(withDefault("char16", "\xF0\x9F\x98\x80"), HasSubstr("is no char16"));
+    EXPECT_THAT(withDefault("string", "&#1;"), HasSubstr("has a character that XML does not have"));
     EXPECT_EQ(withDefault("datetime", "20261121083900.123456+060"), "");
     for (const char* good : {"20240229000000.000000-999", "20261121******.******+060", "20261121083900.12****+000",
                              "00000001020304.000005:000", "00000001******.******:000", "**************.******+000"}) {
@@ -207,6 +209,15 @@ TEST(SchemaErrors, ConcernDocumentsThatAreNoDeclaration) {
     EXPECT_THROW(demo::ReadSchema("<CIM>"), demo::SchemaError);
     EXPECT_THROW(demo::ReadSchema("<CIM><MESSAGE/></CIM>"), demo::SchemaError);
     EXPECT_THROW(demo::ReadSchema(""), demo::SchemaError);
+}
+
+TEST(SchemaErrors, ConcernBytesThatAreNoCharacters) {
+    for (const std::string bytes : {"\xBE", "x\xBE", "P\xCF\xD0", "\xE2\x82", "\xED\xA0\x80", "\xEF\xBF\xBE", "\x01"}) {
+        EXPECT_THAT(ErrorOf("\n<CLASS NAME='A'><PROPERTY NAME='P' TYPE='char16'><VALUE>" + bytes +
+                            "</VALUE></PROPERTY></CLASS>"),
+                    HasSubstr(":15: not UTF-8 that XML can have"));
+    }
+    EXPECT_THAT(ErrorOf("<CLASS NAME='A&#xFFFE;'/>"), HasSubstr("no name"));
 }
 
 TEST(Schema, AClassIsAllOfItsSuperclasses) {

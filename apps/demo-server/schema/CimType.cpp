@@ -2,6 +2,7 @@
 
 #include "schema/DateTime.h"
 #include "schema/Names.h"
+#include "schema/XmlCharacters.h"
 
 #include <algorithm>
 #include <array>
@@ -60,11 +61,9 @@ std::string Decimal(const std::string& text) {
     return (isNegative && number != 0 ? "-" : "") + std::to_string(number);
 }
 
-/// One UTF-16 code unit: one UTF-8 sequence of at most three bytes.
+/// One UTF-16 code unit: one character of at most three bytes.
 bool IsChar16(const std::string& text) {
-    const auto isContinuation = [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; };
-    return !text.empty() && text.size() <= 3 && !isContinuation(text.front()) &&
-           std::all_of(text.begin() + 1, text.end(), isContinuation);
+    return !text.empty() && text.size() <= 3 && XmlCharacterLength(text, 0) == text.size();
 }
 
 } // namespace

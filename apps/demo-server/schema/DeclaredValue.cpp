@@ -1,6 +1,7 @@
 #include "schema/DeclaredValue.h"
 
 #include "schema/SchemaDocuments.h"
+#include "schema/XmlCharacters.h"
 
 #include <pugixml.hpp>
 
@@ -13,6 +14,9 @@ std::string ReadText(const pugi::xml_node& value, CimType type) {
         throw DeclarationError(std::string("element ") + value.name() + " is no value");
     }
     std::string text = value.text().get();
+    if (!IsXmlText(text)) {
+        throw DeclarationError("a value has a character that XML does not have");
+    }
     if (!IsValueOf(type, text)) {
         throw DeclarationError('"' + text + "\" is no " + std::string(TypeName(type)));
     }

@@ -1,6 +1,7 @@
 #include "schema/SchemaDocuments.h"
 
 #include "schema/EmbeddedSchema.h"
+#include "schema/XmlCharacters.h"
 
 #include <pugixml.hpp>
 
@@ -40,6 +41,10 @@ SchemaDocuments::SchemaDocuments(std::vector<SchemaSource> sources) {
     for (auto& source : sources) {
         documents_.push_back({std::move(source), std::make_unique<pugi::xml_document>()});
         const Document& document = documents_.back();
+        const std::size_t bad = FirstOutsideXml(document.source.text);
+        if (bad != document.source.text.size()) {
+            throw SchemaError({document.Line(static_cast<std::ptrdiff_t>(bad)) + ": not UTF-8 that XML can have"});
+        }
         // Text of white space alone is a value, too.
         const auto parsed =
             document.xml->load_buffer(document.source.text.data(), document.source.text.size(),

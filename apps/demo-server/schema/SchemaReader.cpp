@@ -2,6 +2,7 @@
 
 #include "schema/DeclaredValue.h"
 #include "schema/Names.h"
+#include "schema/XmlCharacters.h"
 
 #include <pugixml.hpp>
 
@@ -141,7 +142,7 @@ std::string RequiredName(const pugi::xml_node& node) {
     if (name.empty()) {
         throw DeclarationError(std::string("an element ") + node.name() + " without a name");
     }
-    if (!IsName(name)) {
+    if (!IsName(name) || !IsXmlText(name)) {
         throw DeclarationError(std::string("an element ") + node.name() + " has a NAME that is no name: " + name);
     }
     return name;

@@ -1,6 +1,7 @@
 #include "wire/CimRequest.h"
 
 #include "schema/Names.h"
+#include "schema/XmlCharacters.h"
 #include "wire/CimError.h"
 #include "wire/NodeAccess.h"
 #include "wire/ObjectPathReader.h"

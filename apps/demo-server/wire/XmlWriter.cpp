@@ -1,5 +1,7 @@
 #include "wire/XmlWriter.h"
 
+#include "schema/XmlCharacters.h"
+
 #include <utility>
 
 namespace demo {
@@ -8,31 +10,6 @@ namespace {
 
 constexpr std::size_t kPortion = std::size_t{16} * 1024;
 constexpr std::string_view kReplacementCharacter = "\xEF\xBF\xBD";
-
-unsigned Byte(std::string_view text, std::size_t index) { return static_cast<unsigned char>(text[index]); }
-
-/// The length of the UTF-8 sequence at an index, 0 if there is none that XML 1.0 allows.
-std::size_t SequenceLength(std::string_view text, std::size_t index) {
-    const unsigned first = Byte(text, index);
-    if (first < 0x80) {
-        return 1;
-    }
-    const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
-    if (first < 0xC2 || first > 0xF4 || index + length > text.size()) {
-        return 0;
-    }
-    unsigned character = first & (0xFFU >> (length + 1));
-    for (std::size_t i = 1; i < length; ++i) {
-        if ((Byte(text, index + i) & 0xC0U) != 0x80) {
-            return 0;
-        }
-        character = character << 6U | (Byte(text, index + i) & 0x3FU);
-    }
-    const bool isOverlong = (length == 3 && character < 0x800) || (length == 4 && character < 0x10000);
-    const bool isSurrogate = character >= 0xD800 && character < 0xE000;
-    const bool isNoCharacter = character == 0xFFFE || character == 0xFFFF || character > 0x10FFFF;
-    return isOverlong || isSurrogate || isNoCharacter ? 0 : length;
-}
 
 /// How a character of one byte is written where it cannot stand for itself. White space that a reader would normalise
 /// is written as a reference.
@@ -55,23 +32,11 @@ std::string_view Escaped(char c) {
     case '\r':
         return "&#13;";
     default:
-        // XML 1.0 has no way to write the other control characters.
-        return static_cast<unsigned char>(c) < ' ' ? kReplacementCharacter : std::string_view();
+        return {};
     }
 }
 
 } // namespace
-
-bool IsXmlText(std::string_view text) {
-    for (std::size_t i = 0; i < text.size();) {
-        const std::size_t length = SequenceLength(text, i);
-        if (length == 0 || Escaped(text[i]) == kReplacementCharacter) {
-            return false;
-        }
-        i += length;
-    }
-    return true;
-}
 
 XmlWriter::XmlWriter(Output output) : output_(std::move(output)) { buffer_.reserve(2 * kPortion); }
 
@@ -135,7 +100,7 @@ void XmlWriter::CloseStartTag() {
 
 void XmlWriter::Escape(std::string_view text) {
     for (std::size_t i = 0; i < text.size();) {
-        const std::size_t length = SequenceLength(text, i);
+        const std::size_t length = XmlCharacterLength(text, i);
         const std::string_view escaped = length == 0 ? kReplacementCharacter : Escaped(text[i]);
         buffer_ += escaped.empty() ? text.substr(i, length) : escaped;
         i += length == 0 ? 1 : length;

@@ -15,11 +15,8 @@ class OutputClosed : public std::runtime_error {
     OutputClosed() : std::runtime_error("the output is closed") {}
 };
 
-/// Whether a text is made of characters that XML 1.0 has, in good UTF-8. Of any other, the writer writes what it can.
-bool IsXmlText(std::string_view text);
-
 /// Writes an XML document piece by piece: escapes, knows the open elements, and passes the text on in portions, so that
-/// a document of any size takes little memory.
+/// a document of any size takes little memory. Bytes that XML cannot have become replacement characters.
 class XmlWriter {
   public:
     /// Takes a portion of the text. What it throws goes to the caller of the writer.
