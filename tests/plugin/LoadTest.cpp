@@ -81,5 +81,19 @@ TEST(Load, OffersTheOperationsThatAHostLinksByTheirSignatures) {
              kDebugOutput,
          }) {
         EXPECT_NE(::dlsym(library, symbol), nullptr) << symbol;
+        EXPECT_NE(::dlvsym(library, symbol, "CIMHTTP_0"), nullptr) << symbol;
+    }
+}
+
+TEST(Load, OffersWhatIsNotForHostsUnderAVersionThatSaysSo) {
+    void* const library = Load();
+    ASSERT_NE(library, nullptr) << ::dlerror();
+    for (const char* symbol : {
+             "_ZN9NQORVYX2012RemoteServer19EnumerateClassHeadsEv", // the plug-in's own
+             "_ZN9NQORVYX2017TCimHTTPNamespace13ChosenReadingEv",  // of a class that has operations for hosts, too
+             "_ZTIN9NQORVYX2017TCimHTTPNamespaceE",
+         }) {
+        EXPECT_NE(::dlvsym(library, symbol, "CIMHTTP_PRIVATE"), nullptr) << symbol;
+        EXPECT_EQ(::dlvsym(library, symbol, "CIMHTTP_0"), nullptr) << symbol;
     }
 }
