@@ -48,7 +48,9 @@ if(CMAKE_CXX_FLAGS_DEBUG MATCHES "-Og" AND CMAKE_CXX_COMPILER_ID STREQUAL GNU)
 endif()
 
 # See PrecompiledHeaders.cmake. ccache knows precompiled headers only with this option of GCC.
-option(CIMHTTP_PCH "Precompile headers, which is faster, but does not find an include that is missing" OFF)
+set(CIMHTTP_PCH OFF CACHE STRING
+    "Precompile headers of all (ON) or of the tests (tests): faster, but finds no include that is missing")
+set_property(CACHE CIMHTTP_PCH PROPERTY STRINGS ON OFF tests)
 if(CIMHTTP_PCH AND CMAKE_CXX_COMPILER_LAUNCHER MATCHES ccache)
   add_compile_options(-fpch-preprocess)
 endif()
