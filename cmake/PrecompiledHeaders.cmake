@@ -11,15 +11,25 @@ set(contract_headers
     <host/ICIMPropertyDecl.h> <host/ICIMQualifier.h> <host/ICIMQualifierDecl.h> <host/TCIMContext.h>
     <host/TVYXException.h>)
 
+# GCC looks for memory to free again and again, in vain, once it has read in a hundred megabytes of headers. A source of
+# this project needs less than a gigabyte.
+function(cimhttp_free_less_often target)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+    target_compile_options(${target} PRIVATE "SHELL:--param ggc-min-heapsize=1048576")
+  endif()
+endfunction()
+
 # cimhttp_precompile(TARGET HEADER...). No header asks for the macro that CMake defines for a shared library of its own.
 function(cimhttp_precompile target)
   set_target_properties(${target} PROPERTIES DEFINE_SYMBOL "")
+  cimhttp_free_less_often(${target})
   target_precompile_headers(${target} PRIVATE ${ARGN})
 endfunction()
 
 # cimhttp_precompile_as(OTHER TARGET...): each target takes over what the other one has precompiled.
 function(cimhttp_precompile_as other)
   foreach(target ${ARGN})
+    cimhttp_free_less_often(${target})
     target_precompile_headers(${target} REUSE_FROM ${other})
   endforeach()
 endfunction()

@@ -54,11 +54,6 @@ set_property(CACHE CIMHTTP_PCH PROPERTY STRINGS ON OFF tests)
 if(CIMHTTP_PCH AND CMAKE_CXX_COMPILER_LAUNCHER MATCHES ccache)
   add_compile_options(-fpch-preprocess)
 endif()
-# GCC looks for memory to free again and again, in vain, once it has read in a hundred megabytes of headers. A source of
-# this project needs less than a gigabyte.
-if(CIMHTTP_PCH AND CMAKE_CXX_COMPILER_ID STREQUAL GNU)
-  add_compile_options("SHELL:--param ggc-min-heapsize=1048576")
-endif()
 
 set(CIMHTTP_SANITIZE "" CACHE STRING "Sanitizers to build with, as for -fsanitize=")
 if(CIMHTTP_SANITIZE)
