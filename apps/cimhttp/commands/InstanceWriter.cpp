@@ -3,9 +3,12 @@
 #include "Options.h"
 #include "commands/Command.h"
 #include "commands/ListingWriter.h"
+#include "commands/ServerRecords.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMPropertyDecl.h"
+#include "output/CsvText.h"
+#include "output/InstanceCsv.h"
 #include "output/InstanceJson.h"
 #include "output/InstanceListing.h"
 #include "output/InstanceRecords.h"
@@ -77,10 +80,65 @@ class MofSink : public InstanceSink {
     const char* separator_ = "";
 };
 
-/// Makes the records of a few instances at a time, so that they take little memory.
+/// CSV with a property a row.
 class CsvSink : public InstanceSink {
   public:
     CsvSink(const InstanceSelection& selection, const ValueTexts& texts, const CommandContext& context)
+        : csv_(SelectorOf(selection, Order::kByName), texts, selection.nameSpace, context.options.isOutputTerminal,
+               ServerField(context)),
+          context_(context) {}
+
+    void Add(const Instances& instances) override {
+        for (const auto& instance : instances) {
+            csv_.Append(*instance, text_);
+            if (text_.size() >= kAtOnce) {
+                Write();
+            }
+        }
+        Write();
+    }
+
+    void End() override {
+        if (!hasBegun_) {
+            Write();
+        }
+    }
+
+  private:
+    static constexpr std::size_t kAtOnce = std::size_t{64} << 10U;
+
+    static std::string ServerField(const CommandContext& context) {
+        std::string field;
+        if (context.records != nullptr) {
+            AppendCsvText(context.records->Server(), context.options.isOutputTerminal, field);
+            field += ',';
+        }
+        return field;
+    }
+
+    void Write() {
+        if (context_.records != nullptr) {
+            context_.records->AddCsv(InstanceCsv::Columns(), text_);
+        } else {
+            if (!hasBegun_) {
+                WriteCsvHeadings(InstanceCsv::Columns(), context_);
+            }
+            context_.output << text_;
+        }
+        hasBegun_ = true;
+        text_.clear();
+    }
+
+    InstanceCsv csv_;
+    const CommandContext& context_;
+    bool hasBegun_ = false;
+    std::string text_;
+};
+
+/// CSV with an instance a row: makes the records of a few instances at a time, so that they take little memory.
+class WideCsvSink : public InstanceSink {
+  public:
+    WideCsvSink(const InstanceSelection& selection, const ValueTexts& texts, const CommandContext& context)
         : selection_(selection), texts_(texts), context_(context) {}
 
     void Add(const Instances& instances) override {
@@ -101,9 +159,7 @@ class CsvSink : public InstanceSink {
     static constexpr std::ptrdiff_t kAtOnce = 64;
 
     void Write(const Instances& instances) {
-        WriteCsv(selection_.isWide
-                     ? WideRecords(instances, selection_.properties, texts_, selection_.isRaw, selection_.nameSpace)
-                     : InstanceRecords(instances, SelectorOf(selection_, Order::kByName), texts_, selection_.nameSpace),
+        WriteCsv(WideRecords(instances, selection_.properties, texts_, selection_.isRaw, selection_.nameSpace),
                  !hasBegun_, context_);
         hasBegun_ = true;
     }
@@ -217,7 +273,10 @@ std::unique_ptr<InstanceSink> MakeInstanceSink(const InstanceSelection& selectio
     case OutputFormat::kMof:
         return std::make_unique<MofSink>(selection, context);
     case OutputFormat::kCsv:
-        return selection.isWide && selection.isWhole ? nullptr : std::make_unique<CsvSink>(selection, texts, context);
+        if (!selection.isWide) {
+            return std::make_unique<CsvSink>(selection, texts, context);
+        }
+        return selection.isWhole ? nullptr : std::make_unique<WideCsvSink>(selection, texts, context);
     default:
         return nullptr;
     }

@@ -24,8 +24,8 @@ struct InstanceSelection {
 };
 
 /// Writes instances: a table or lists with a property a column; JSON as an array with what InstanceJson() says, one a
-/// line; CSV as InstanceRecords() or WideRecords(); MOF. JSON and CSV that is not wide have the properties in the order
-/// of their names.
+/// line; CSV as InstanceCsv or WideRecords() has it; MOF. JSON and CSV that is not wide have the properties in the
+/// order of their names.
 void WriteInstances(const Instances& instances, const InstanceSelection& selection, OutputFormat format,
                     const PluginAccess& access, const CommandContext& context);
 

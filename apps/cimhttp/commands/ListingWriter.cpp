@@ -3,6 +3,7 @@
 #include "Options.h"
 #include "commands/Command.h"
 #include "commands/ServerRecords.h"
+#include "output/CsvText.h"
 #include "output/Json.h"
 #include "output/Listing.h"
 #include "output/ListingText.h"
@@ -10,15 +11,12 @@
 #include "text/TerminalText.h"
 #include "text/WordList.h"
 
-#include <algorithm>
 #include <ostream>
 #include <string_view>
 
 namespace cimhttp {
 
 namespace {
-
-constexpr const char* kRecordEnd = "\r\n"; // RFC 4180, 2.1
 
 void WriteJson(const Listing& listing, std::ostream& output) {
     const auto rowJson = [&](const std::vector<Cell>& row) {
@@ -32,47 +30,26 @@ void WriteJson(const Listing& listing, std::ostream& output) {
     output << '\n';
 }
 
-bool IsSpecial(char character) {
-    return character == ',' || character == '"' || character == '\r' || character == '\n';
-}
-
-void AppendField(std::string_view text, std::string& record) {
-    const bool isBare =
-        !text.empty() && std::none_of(text.begin(), text.end(), IsSpecial) && text.front() != ' ' && text.back() != ' ';
-    if (isBare) {
-        record += text;
-        return;
-    }
-    record += '"';
-    for (std::size_t end = text.find('"'); end != std::string_view::npos; end = text.find('"')) {
-        record.append(text, 0, end + 1) += '"';
-        text.remove_prefix(end + 1);
-    }
-    record.append(text) += '"';
-}
-
 /// `isShown`, here and below: on a terminal, which the texts must not steer.
-void WriteHeadings(const Listing& listing, bool isShown, std::ostream& output) {
+void WriteHeadings(const std::vector<Listing::Column>& columns, bool isShown, std::ostream& output) {
     std::string record;
-    for (const Listing::Column& column : listing.Columns()) {
+    for (const Listing::Column& column : columns) {
         record += record.empty() ? "" : ",";
-        AppendField(isShown ? PrintableLines(column.heading) : column.heading, record);
+        AppendCsvText(column.heading, isShown, record);
     }
-    output << record << kRecordEnd;
+    output << record << kCsvRecordEnd;
 }
 
 void AppendRecord(const std::vector<Cell>& row, bool isShown, std::string& record) {
     const char* separator = "";
     for (const Cell& cell : row) {
         record += separator;
-        if (isShown && !cell.value.IsNull()) {
-            AppendField(PrintableLines(cell.text), record);
-        } else if (!cell.value.IsNull()) {
-            AppendField(cell.text, record);
+        if (!cell.value.IsNull()) {
+            AppendCsvText(cell.text, isShown, record);
         }
         separator = ",";
     }
-    record += kRecordEnd;
+    record += kCsvRecordEnd;
 }
 
 void WriteRecords(const Listing& listing, bool isShown, std::ostream& output) {
@@ -92,7 +69,7 @@ void AddCsv(const Listing& listing, bool isShown, ServerRecords& records) {
     }
     std::string text;
     for (const auto& row : listing.Rows()) {
-        AppendField(isShown ? PrintableLines(records.Server()) : records.Server(), text);
+        AppendCsvText(records.Server(), isShown, text);
         text += ',';
         AppendRecord(row, isShown, text);
     }
@@ -139,9 +116,13 @@ void WriteCsv(const Listing& listing, bool hasHeadings, const CommandContext& co
         return;
     }
     if (hasHeadings) {
-        WriteHeadings(listing, isShown, context.output);
+        WriteHeadings(listing.Columns(), isShown, context.output);
     }
     WriteRecords(listing, isShown, context.output);
+}
+
+void WriteCsvHeadings(const std::vector<Column>& columns, const CommandContext& context) {
+    WriteHeadings(columns, context.options.isOutputTerminal, context.output);
 }
 
 void WriteTexts(const char* heading, const std::vector<std::string>& texts, OutputFormat format,

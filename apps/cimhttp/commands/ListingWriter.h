@@ -1,6 +1,7 @@
 #pragma once
 
 #include "output/OutputFormat.h"
+#include "table/Column.h"
 
 #include <string>
 #include <vector>
@@ -26,6 +27,9 @@ void WriteListing(const Listing& listing, OutputFormat format, const CommandCont
 /// several servers are objects with the heading in lower case as the name of their member.
 void WriteTexts(const char* heading, const std::vector<std::string>& texts, OutputFormat format,
                 const CommandContext& context);
+
+/// The record of headings that CSV begins with, where it is not about one of several servers.
+void WriteCsvHeadings(const std::vector<Column>& columns, const CommandContext& context);
 
 /// The CSV of a listing, with the record of its headings or without.
 void WriteCsv(const Listing& listing, bool hasHeadings, const CommandContext& context);

@@ -2,9 +2,7 @@
 
 #include "host/ICIMInstance.h"
 #include "host/ICIMProperty.h"
-#include "host/ICIMPropertyDecl.h"
 #include "output/Json.h"
-#include "output/TypeText.h"
 #include "output/ValueTexts.h"
 
 #include <utility>
@@ -48,27 +46,6 @@ Cell CellOf(const ICIMInstance& instance, const std::string& name, const ValueTe
 }
 
 } // namespace
-
-Listing InstanceRecords(const Instances& instances, PropertySelector selector, const ValueTexts& texts,
-                        const std::string& nameSpace) {
-    Listing listing({{"Path"}, {"Property"}, {"Type"}, {"Value"}, {"Text"}});
-    for (const auto& instance : instances) {
-        const std::string path = PathOf(*instance, nameSpace);
-        for (const auto& declaration : selector.PropertiesFor(*instance)) {
-            const std::string& name = declaration->GetName(TCIMContext());
-            const auto property = instance->GetProperty(name, TCIMContext());
-            std::vector<Cell> row;
-            row.reserve(listing.Columns().size());
-            row.emplace_back(path);
-            row.emplace_back(name);
-            row.emplace_back(TypeText(declaration->GetType(TCIMContext())));
-            row.emplace_back(property->GetValue(TCIMContext()), RawOrJson(property->GetValue(TCIMContext())));
-            row.emplace_back(texts.Of(*instance, *property).Joined());
-            listing.AddRow(std::move(row));
-        }
-    }
-    return listing;
-}
 
 Listing WideRecords(const Instances& instances, const Properties& properties, const ValueTexts& texts, bool isRaw,
                     const std::string& nameSpace) {

@@ -1,0 +1,48 @@
+#include "output/CsvText.h"
+
+#include "text/TerminalText.h"
+
+#include <algorithm>
+#include <array>
+
+namespace cimhttp {
+
+namespace {
+
+/// Bytes for which a field has to be quoted.
+constexpr auto kIsSpecial = [] {
+    std::array<bool, 256> isSpecial{};
+    for (const unsigned char byte : {',', '"', '\r', '\n'}) {
+        isSpecial[byte] = true;
+    }
+    return isSpecial;
+}();
+
+bool IsSpecial(char byte) { return kIsSpecial[static_cast<unsigned char>(byte)]; }
+
+} // namespace
+
+void AppendCsvText(std::string_view text, std::string& record) {
+    const bool isBare =
+        !text.empty() && std::none_of(text.begin(), text.end(), IsSpecial) && text.front() != ' ' && text.back() != ' ';
+    if (isBare) {
+        record += text;
+        return;
+    }
+    record += '"';
+    for (std::size_t end = text.find('"'); end != std::string_view::npos; end = text.find('"')) {
+        record.append(text, 0, end + 1) += '"';
+        text.remove_prefix(end + 1);
+    }
+    record.append(text) += '"';
+}
+
+void AppendCsvText(std::string_view text, bool isShown, std::string& record) {
+    if (isShown) {
+        AppendCsvText(PrintableLines(text), record);
+    } else {
+        AppendCsvText(text, record);
+    }
+}
+
+} // namespace cimhttp
