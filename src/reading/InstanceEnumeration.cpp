@@ -33,7 +33,7 @@ InstanceEnumeration::InstanceEnumeration(const boost::shared_ptr<RemoteNamespace
       deep_(deep),
       hasAllProperties_(properties.isNull()),
       heldAtMost_(held),
-      portions_(nameSpace->Server(), className_, properties),
+      portions_(nameSpace->Server(), className_, properties, held),
       reader_(nameSpace->Report()) {}
 
 InstanceEnumeration::~InstanceEnumeration() { Close(); }

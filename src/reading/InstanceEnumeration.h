@@ -23,9 +23,9 @@ class TCimHTTPClass;
 class RemoteNamespace;
 
 /// An enumeration of a faithful namespace that is read on demand. It holds at most a given number of instances, and
-/// those of one request. An enumeration of no more has all of them in the order of their paths, each path once, and the
-/// reading keeps them for GetInstance; one of more has them in the order of the server, as often as it sends them, and
-/// nothing is kept.
+/// those of one request, which are no more where the server sends portions. An enumeration of no more has all of them
+/// in the order of their paths, each path once, and the reading keeps them for GetInstance; one of more has them in the
+/// order of the server, as often as it sends them, and nothing is kept.
 ///
 /// When it is destroyed before its end, the server is told. Once the namespace has gone, it throws boost::bad_weak_ptr.
 class InstanceEnumeration {

@@ -36,8 +36,8 @@ bool IsReadInVain(RemoteFailure::Kind kind) {
 } // namespace
 
 InstancePortions::InstancePortions(RemoteServer& server, std::string className,
-                                   const Pegasus::CIMPropertyList& properties)
-    : server_(server), className_(std::move(className)), properties_(properties) {}
+                                   const Pegasus::CIMPropertyList& properties, std::size_t most)
+    : server_(server), className_(std::move(className)), properties_(properties), size_(most) {}
 
 Pegasus::Array<Pegasus::CIMInstance> InstancePortions::Next() {
     const bool isNew = std::exchange(state_, State::kEnded) == State::kNew; // unless all goes well

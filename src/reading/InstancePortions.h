@@ -15,8 +15,9 @@ namespace NQORVYX20 {
 /// CIM_ERR_FAILED, CIM_ERR_NOT_FOUND, CIM_ERR_METHOD_NOT_FOUND and HTTP 501 mean that it does not.
 class InstancePortions {
   public:
-    /// The server must outlive this.
-    InstancePortions(RemoteServer& server, std::string className, const Pegasus::CIMPropertyList& properties);
+    /// The server must outlive this. No more than `most` are asked for at once, where the server sends portions.
+    InstancePortions(RemoteServer& server, std::string className, const Pegasus::CIMPropertyList& properties,
+                     std::size_t most);
 
     /// The next portion, which may be empty. Throws what the client library throws; then it has ended.
     Pegasus::Array<Pegasus::CIMInstance> Next();

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <algorithm>
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 
 namespace NQORVYX20 {
@@ -14,6 +16,10 @@ class PortionSize {
     static constexpr std::uint32_t kGrowth = 4;  ///< from one portion to the next, at most
     static constexpr std::chrono::milliseconds kTime{500};
 
+    /// No portion is to have more than `most`.
+    explicit PortionSize(std::size_t most = kMost)
+        : most_(static_cast<std::uint32_t>(std::clamp<std::size_t>(most, 1, kMost))), next_(std::min(kFirst, most_)) {}
+
     std::uint32_t Next() const { return next_; }
 
     /// Says how long a portion took, and how many it had. One that had fewer than were asked for says nothing: the
@@ -21,7 +27,8 @@ class PortionSize {
     void Took(std::uint32_t count, std::chrono::nanoseconds time);
 
   private:
-    std::uint32_t next_ = kFirst;
+    std::uint32_t most_;
+    std::uint32_t next_;
 };
 
 } // namespace NQORVYX20

@@ -370,6 +370,17 @@ TEST(PortionSizeTest, GrowsToWhatTakesHalfASecondAndNotTooFast) {
     EXPECT_EQ(size.Next(), PortionSize::kMost);
 }
 
+TEST(PortionSizeTest, HasNoMoreThanAreToBeHeld) {
+    PortionSize size(250);
+    EXPECT_EQ(size.Next(), PortionSize::kFirst);
+    for (int i = 0; i < 3; ++i) {
+        size.Took(size.Next(), milliseconds(0));
+    }
+    EXPECT_EQ(size.Next(), 250U);
+    EXPECT_EQ(PortionSize(7).Next(), 7U);
+    EXPECT_EQ(PortionSize(0).Next(), 1U);
+}
+
 TEST(PortionSizeTest, ShrinksForASlowServerDownToOne) {
     PortionSize size;
     size.Took(100, std::chrono::seconds(5));

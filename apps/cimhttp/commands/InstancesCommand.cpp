@@ -29,7 +29,7 @@ namespace {
 
 // Up to this many instances are sorted by their paths. Of several servers, many are read at once.
 constexpr std::size_t kHeldInstances = 10000;
-constexpr std::size_t kHeldOfEachServer = 1000;
+constexpr std::size_t kHeldOfEachServer = 250;
 
 bool IsForPeople(OutputFormat format) { return format == OutputFormat::kTable || format == OutputFormat::kPlain; }
 
