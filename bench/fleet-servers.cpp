@@ -1,8 +1,9 @@
 // Many CIM servers in one process, with named connections to them:
-//   fleet-servers ADDRESS SERVERS INSTANCES FAILING FOLDER
-// Each has a port of its own and so many instances of BENCH_Item. Of every twenty servers, FAILING fail, up to four:
-// two are dead, one sends a byte every second, one resets its connections. The connections, rack0001 and so on, are
-// written to FOLDER/connections.json. The servers end with the standard input.
+//   fleet-servers NETWORK SERVERS INSTANCES FAILING FOLDER
+// Each has an address of its own in a network such as 127.79, the usual port, and so many instances of BENCH_Item. Of
+// every twenty servers, FAILING fail, up to four: two are dead, one sends a byte every second, one resets its
+// connections. The connections, rack0001 and so on, are written to FOLDER/connections.json. The servers end with the
+// standard input.
 
 #include "NumberedItems.h"
 #include "server/HttpListener.h"
@@ -24,7 +25,8 @@
 
 namespace {
 
-constexpr int kFirstPort = 10000;
+constexpr int kPort = 5988;
+constexpr int kServersOfNet = 250;
 constexpr int kGroup = 20;
 
 // Which of twenty fail, and how; the first ones where not all do.
@@ -53,6 +55,11 @@ int KindOf(int server, int failing) {
     return isKind && rank < failing ? place : 0;
 }
 
+std::string AddressOf(const std::string& network, int server) {
+    return network + '.' + std::to_string(1 + server / kServersOfNet) + '.' +
+           std::to_string(1 + server % kServersOfNet);
+}
+
 std::string NameOf(int server) {
     std::ostringstream name;
     name << "rack" << std::setw(4) << std::setfill('0') << server;
@@ -66,23 +73,23 @@ void RaiseDescriptorLimit() {
     ::setrlimit(RLIMIT_NOFILE, &descriptors);
 }
 
-void Serve(const std::string& address, int servers, std::uint64_t instances, int failing, const std::string& folder) {
+void Serve(const std::string& network, int servers, std::uint64_t instances, int failing, const std::string& folder) {
     const demo::CimService service = bench::NumberedItems(instances);
     const demo::Users users;
     std::list<demo::HttpListener> well;
     std::list<support::ScriptedServer> others;
     std::ofstream connections(folder + "/connections.json");
     for (int i = 0; i < servers; ++i) {
-        const int port = kFirstPort + i;
+        const std::string address = AddressOf(network, i);
         const int kind = KindOf(i, failing);
         if (kind == 0) {
-            well.emplace_back(service, users, nullptr, address, port, nullptr);
+            well.emplace_back(service, users, nullptr, address, kPort, nullptr);
         } else if (kind == kSlow || kind == kReset) {
             others.emplace_back(kind == kSlow ? SendByteByByte : Reset, address);
-            others.back().Listen(static_cast<std::uint16_t>(port));
+            others.back().Listen(kPort);
         }
-        connections << (i == 0 ? "{" : ",") << '"' << NameOf(i) << R"(":{"host":")" << address
-                    << R"(","tls":false,"port":)" << port << "}\n";
+        connections << (i == 0 ? "{" : ",") << '"' << NameOf(i) << R"(":{"host":")" << address << R"(","tls":false})"
+                    << '\n';
     }
     connections << "}\n";
     connections.close();
@@ -94,7 +101,7 @@ void Serve(const std::string& address, int servers, std::uint64_t instances, int
 
 int main(int argc, char** argv) {
     if (argc != 6) {
-        std::cerr << "usage: fleet-servers ADDRESS SERVERS INSTANCES FAILING FOLDER\n";
+        std::cerr << "usage: fleet-servers NETWORK SERVERS INSTANCES FAILING FOLDER\n";
         return EXIT_FAILURE;
     }
     try {

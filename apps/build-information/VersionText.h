@@ -8,4 +8,7 @@ namespace build_information {
 /// library, without an end of the last.
 std::string VersionText(const std::string& program);
 
+/// The version alone, `1.2.3`.
+std::string Version();
+
 } // namespace build_information

@@ -7,8 +7,8 @@
 #include "VersionText.h"
 #include "connection/Connection.h"
 #include "connection/OperationStatistics.h"
+#include "connection/OwnLibrary.h"
 #include "connection/PasswordFile.h"
-#include "connection/Plugin.h"
 #include "text/NearestNames.h"
 
 #include <algorithm>

@@ -3,6 +3,7 @@
 #include "CommandLine.h"
 #include "Failure.h"
 #include "FailureLog.h"
+#include "LoggerScope.h"
 #include "commands/Commands.h"
 #include "commands/FleetContext.h"
 #include "connection/OperationStatistics.h"
@@ -11,7 +12,6 @@
 #include "fleet/ServerList.h"
 #include "fleet/ServerLog.h"
 #include "fleet/SinkStream.h"
-#include "host/TRootObject.h"
 #include "output/OutputGuard.h"
 #include "text/TerminalText.h"
 
@@ -27,17 +27,6 @@
 namespace cimhttp {
 
 namespace {
-
-/// The host's logger while the program runs.
-class LoggerScope {
-  public:
-    explicit LoggerScope(boost::shared_ptr<NQORVYX20::ILogger> logger) {
-        NQORVYX20::TRootObject::SetCoreLogger(std::move(logger));
-    }
-    ~LoggerScope() { NQORVYX20::TRootObject::SetCoreLogger(boost::shared_ptr<NQORVYX20::ILogger>()); }
-    LoggerScope(const LoggerScope&) = delete;
-    LoggerScope& operator=(const LoggerScope&) = delete;
-};
 
 /// Writes what operations took, if that is wanted, however a command ends.
 class StatisticsAtEnd {

@@ -31,6 +31,7 @@ class TextlessAccess : public cimhttp::PluginAccess {
         return nameSpace;
     }
     void SetTimeLeft(ICIMNamespace&, std::chrono::milliseconds) const override {}
+    void RenewTime(ICIMNamespace&, std::chrono::milliseconds) const override {}
     std::optional<RemoteFailure> LastFailure(ICIMNamespace&) const override { return std::nullopt; }
     ReadingIncidents TakeIncidents(ICIMNamespace&) const override { return {}; }
     std::vector<EmbeddedObject> EmbeddedObjects(const ICIMInstance&, const std::string&) const override { return {}; }

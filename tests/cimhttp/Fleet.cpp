@@ -77,6 +77,11 @@ void Fleet::AddConnection(const std::string& name, std::uint16_t port, const std
     WriteConnections();
 }
 
+void Fleet::RemoveConnection(const std::string& name) {
+    connections_.erase(name);
+    WriteConnections();
+}
+
 support::ProgramRun Fleet::Run(const std::vector<std::string>& arguments) const {
     return RunCimhttp(arguments, {Environment()});
 }
@@ -89,7 +94,7 @@ void Fleet::WriteConnections() const {
         document.append(document.empty() ? "{\"" : ",\n\"").append(name).append("\":").append(connection);
     }
     std::filesystem::create_directory(folder_.Path() / "cimhttp");
-    folder_.WriteFile("cimhttp/connections.json", document + '}');
+    folder_.WriteFile("cimhttp/connections.json", (document.empty() ? "{" : document) + '}');
     std::filesystem::permissions(folder_.Path() / "cimhttp/connections.json",
                                  std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
 }

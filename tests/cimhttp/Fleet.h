@@ -30,6 +30,8 @@ class Fleet {
     /// A connection to a port of this process's address. `members` is JSON such as `,"user":"reader"`.
     void AddConnection(const std::string& name, std::uint16_t port, const std::string& members = {});
 
+    void RemoveConnection(const std::string& name);
+
     /// Runs the program with these connections.
     support::ProgramRun Run(const std::vector<std::string>& arguments) const;
 

@@ -2,10 +2,13 @@
 
 #include "Fleet.h"
 
+#include "ProgramRun.h"
+#include "replay/ReplayListener.h"
 #include "server/DemoServer.h"
 #include "support/LoopbackAddress.h"
 #include "support/ParsedJson.h"
 #include "support/TerminalProgram.h"
+#include "support/TestCertificate.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -312,6 +315,46 @@ TEST_F(FleetTest, ATraceIsAFileForEachServer) {
     EXPECT_EQ(Instances("rack*", {"--trace", fleet_.Path("trace-{server}")}).status, 0);
     EXPECT_THAT(support::ReadFile(fleet_.Path("trace-rack1")), HasSubstr("TEST_Fan"));
     EXPECT_THAT(support::ReadFile(fleet_.Path("trace-rack2")), HasSubstr("TEST_Fan"));
+}
+
+TEST_F(FleetTest, ARecordingIsAFileForEachServerAndPlaysAsIt) {
+    fleet_.Add("rack1", {"a"});
+    fleet_.Add("rack2", {"b"});
+    EXPECT_EQ(fleet_.Run({"-c", "rack*", "record", fleet_.Path("together"), "instances", "TEST_Fan"}).status, 2);
+    const auto run = fleet_.Run({"-c", "rack*", "record", fleet_.Path("{server}.rec"), "instances", "TEST_Fan"});
+    EXPECT_EQ(run.status, 0) << run.errors;
+    demo::Recording recording(support::ReadFile(fleet_.Path("rack2.rec")));
+    const demo::ReplayListener player(
+        recording, [](const auto&) {}, support::SecondLoopbackAddress(), 5988, nullptr);
+    const auto played =
+        RunCimhttp({"--host", support::SecondLoopbackAddress(), "instances", "TEST_Fan", "-o", "plain"});
+    EXPECT_THAT(played.output, HasSubstr("Name   b"));
+    EXPECT_THAT(played.output, Not(HasSubstr("Name   a")));
+}
+
+TEST_F(FleetTest, StatisticsAreOfAllServersTogether) {
+    for (const char* const name : {"rack1", "rack2", "rack3"}) {
+        fleet_.Add(name, {"a"});
+    }
+    const auto run = Instances("rack*", {"--stats"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_THAT(run.errors, testing::ContainsRegex("\nEnumerateInstances +3 "));
+}
+
+TEST_F(FleetTest, EachServerIsVerifiedByItsOwnAuthority) {
+    const support::TestCertificate good(support::TestCertificate::For(support::LoopbackAddress()));
+    const support::TestCertificate other(support::TestCertificate::For(support::LoopbackAddress()));
+    std::vector<std::unique_ptr<support::CimServer>> servers;
+    for (int i = 0; i < 6; ++i) {
+        auto& server = *servers.emplace_back(std::make_unique<support::CimServer>());
+        AnswerWithFans(server, {"fan" + std::to_string(i)});
+        fleet_.AddConnection("rack" + std::to_string(i), server.ListenTls(0, good),
+                             R"(,"tls":true,"ca":")" + (i == 4 ? other : good).CaFile() + '"');
+    }
+    const auto run = Instances("rack*");
+    EXPECT_EQ(run.status, 8);
+    EXPECT_THAT(Fans(run), ElementsAre("rack0/fan0", "rack1/fan1", "rack2/fan2", "rack3/fan3", "rack5/fan5"));
+    EXPECT_THAT(run.errors, testing::ContainsRegex("rack4: no connection to https://.*certificate"));
 }
 
 TEST_F(FleetTest, TheLogNamesTheServer) {

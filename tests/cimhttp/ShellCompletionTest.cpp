@@ -104,6 +104,18 @@ TEST_P(ShellCompletion, OffersAnotherCommandAfterRecordAndItsFile) {
     EXPECT_THAT(Offers(Host() + "record server.rec class TEST_"), ElementsAre("TEST_Disk", "TEST_Tape"));
 }
 
+TEST_P(ShellCompletion, DoesNotAskSeveralServers) {
+    const std::string connection = "{\"host\":\"" + server_.Address() + "\",\"tls\":false}";
+    std::filesystem::create_directory(folder_.Path() / "cimhttp");
+    std::filesystem::permissions(
+        folder_.WriteFile("cimhttp/connections.json", "{\"rack1\":" + connection + ",\"rack2\":" + connection + '}'),
+        std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
+    EXPECT_THAT(Offers("cimhttp -c rack1 class TEST_"), ElementsAre("TEST_Disk", "TEST_Tape"));
+    for (const std::string several : {"-c 'rack*'", "-c rack1,rack2", "--connection=rack\\?"}) {
+        EXPECT_THAT(Offers("cimhttp " + several + " class TEST_"), IsEmpty()) << several;
+    }
+}
+
 TEST_P(ShellCompletion, OffersTheServersClassesAndTheirProperties) {
     EXPECT_THAT(Offers(Host() + "class test_"), ElementsAre("TEST_Disk", "TEST_Tape"));
     EXPECT_THAT(Offers("cimhttp --host=" + server_.Address() + ":5988 --tls=false qualifiers --class TEST_T"),

@@ -79,7 +79,7 @@ TEST(Users, AreCheckedWithAsMuchWorkWhetherTheNameIsKnownOrNot) {
     std::istringstream lines(std::string("ada:") + kHash + "\nbob:secret\n");
     const Users users = Users::Read(lines, "users.txt", [&](const std::string& hash, const std::string& password) {
         ++hashes;
-        return demo::HashLike(hash, password);
+        return password_hash::HashLike(hash, password);
     });
     for (const char* const attempt : {"ada:secret", "ada:wrong", "bob:secret", "bob:wrong", "eve:secret", ":"}) {
         hashes = 0;

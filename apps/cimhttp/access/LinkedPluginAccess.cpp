@@ -101,6 +101,10 @@ class LinkedPluginAccess : public PluginAccess {
         cimhttp::SetTimeLeft(*Own(nameSpace).getPegClient(), time);
     }
 
+    void RenewTime(ICIMNamespace& nameSpace, std::chrono::milliseconds time) const override {
+        Own(nameSpace).getPegClient()->setTimeout(static_cast<Pegasus::Uint32>(time.count()));
+    }
+
     ServerProbe Probe(const ProbeTarget& target, ServerProbe::Depth depth) const override {
         return ProbeServer(target, depth);
     }

@@ -52,8 +52,11 @@ class PluginAccess {
                const std::shared_ptr<MeasurementSink>& sink,
                std::optional<std::chrono::steady_clock::time_point> deadline) const = 0;
 
-    /// The time for the next request with its answer, and for each one after it.
+    /// The time for the next request with its answer, and for each one after it, unless they have less already.
     virtual void SetTimeLeft(NQORVYX20::ICIMNamespace& nameSpace, std::chrono::milliseconds time) const = 0;
+
+    /// The time for each request from now on, also when those before had less.
+    virtual void RenewTime(NQORVYX20::ICIMNamespace& nameSpace, std::chrono::milliseconds time) const = 0;
 
     /// Looks at a server below CIM, by a connection of its own: its name, its port, its certificate.
     virtual ServerProbe Probe(const ProbeTarget& target, ServerProbe::Depth depth) const = 0;

@@ -49,7 +49,8 @@ _cimhttp_read_line() {
                 i=$((i + 1))
                 ;;
             -o | --units | --timeout | --parallel | --plugin | --log | --trace | --output | --property | --where | --sort | --limit | --class | --out | \
-                --interval | --count | --role | --result-class | --result-role | --depth | --warning | --critical | --ignore)
+                --interval | --count | --role | --result-class | --result-role | --depth | --warning | --critical | --ignore | \
+                --listen | --modules | --suggest | --allow-hosts | --web-config | --max-series | --max-bytes | --definitions-ttl)
                 i=$((i + 1))
                 ;;
             --tls* | --verify*) server+=("${words[i]}") ;;
@@ -155,6 +156,7 @@ _cimhttp_offer_options() {
         qualifiers) _cimhttp_offer_words --class ;;
         watch) _cimhttp_offer_words --interval --count --property --where ;;
         check) _cimhttp_offer_words --where --warning --critical --ignore ;;
+        exporter) _cimhttp_offer_words --listen --modules --suggest --allow-hosts --web-config --max-series --max-bytes --definitions-ttl ;;
         collect) _cimhttp_offer_words --out ;;
         connection) _cimhttp_offer_words --store-password ;;
     esac
@@ -163,7 +165,7 @@ _cimhttp_offer_options() {
 # All commands that record takes, and the words given.
 _cimhttp_offer_commands() {
     _cimhttp_offer_words info doctor namespaces profiles classes tree class methods qualifiers count \
-        instances instance associators references related watch check collect connection "$@"
+        instances instance associators references related watch check exporter collect connection "$@"
 }
 
 _cimhttp_offer_arguments() {
@@ -191,8 +193,8 @@ _cimhttp() {
         -o | --output) _cimhttp_offer_words table plain json csv mof dot ;;
         --units) _cimhttp_offer_words scaled exact ;;
         --log) _cimhttp_offer_words error warning info debug ;;
-        --class | --result-class) _cimhttp_offer_classes ;;
-        --password-file | --plugin | --trace | --out | --ca | --cert) _cimhttp_offer_files ;;
+        --class | --result-class | --suggest) _cimhttp_offer_classes ;;
+        --password-file | --plugin | --trace | --out | --ca | --cert | --modules | --web-config) _cimhttp_offer_files ;;
         --host) mapfile -t COMPREPLY < <(compgen -A hostname -- "$current") ;;
         --key) if [[ $command == instance ]]; then _cimhttp_offer_keys; else _cimhttp_offer_files; fi ;;
         --property) _cimhttp_offer_property_list ;;
@@ -208,7 +210,7 @@ _cimhttp() {
             _cimhttp_offer_properties '' '='
             ;;
         -u | --user | --port | -n | --namespace | --fingerprint | --timeout | --parallel | --interval | --count | --limit | --role | \
-            --result-role | --depth | --ignore) ;;
+            --result-role | --depth | --ignore | --listen | --allow-hosts | --max-series | --max-bytes | --definitions-ttl) ;;
         *) if [[ $current == -* ]]; then _cimhttp_offer_options; else _cimhttp_offer_arguments; fi ;;
     esac
 }

@@ -20,7 +20,8 @@ function __cimhttp_read_line
                 end
                 set i (math $i + 1)
             case -o --output --units --timeout --parallel --plugin --log --trace --property --where --sort --limit --class --out \
-                    --interval --count --role --result-class --result-role --depth --warning --critical --ignore
+                    --interval --count --role --result-class --result-role --depth --warning --critical --ignore --listen --modules --suggest --allow-hosts \
+                    --web-config --max-series --max-bytes --definitions-ttl
                 set i (math $i + 1)
             case '--tls*' '--verify*' '--connection=*' '--host=*' '--port=*' '--namespace=*' '--user=*' '--password-file=*' \
                     '--ca=*' '--fingerprint=*' '--cert=*'
@@ -60,6 +61,8 @@ end
 # Runs a command for what it lists. A server that does not answer within CIMHTTP_COMPLETION_SECONDS, usually 1, completes
 # nothing. With its errors discarded, it asks for no password.
 function __cimhttp_ask
+    # several servers are not asked, whose answers would not be words
+    string match -qr -- '(^| )(-c|--connection)[ =][^ ]*[*?,@[]' (string join ' ' -- (__cimhttp_read_line)[4..-1]); and return
     set -l seconds 1
     set -q CIMHTTP_COMPLETION_SECONDS; and set seconds $CIMHTTP_COMPLETION_SECONDS
     timeout $seconds (commandline -opc)[1] (__cimhttp_read_line)[4..-1] $argv 2>/dev/null
@@ -143,6 +146,7 @@ set -l commands \
     related 'Draw what is associated with an instance' \
     watch 'Show what changes about instances' \
     check 'Check instances for a monitoring system' \
+    exporter 'Serve metrics for Prometheus' \
     collect 'Write the classes that a document names as JSON' \
     connection 'Keep connections under names' \
     record 'Record what the server answers' \
@@ -216,5 +220,13 @@ complete -c cimhttp -n '__cimhttp_is watch' -l count -x -d 'End after so many re
 complete -c cimhttp -n '__cimhttp_is check' -l warning -x -a '(__cimhttp_conditions)' -d 'Warn about what is outside a range'
 complete -c cimhttp -n '__cimhttp_is check' -l critical -x -a '(__cimhttp_conditions)' -d 'What is critical'
 complete -c cimhttp -n '__cimhttp_is check' -l ignore -x -d 'Leave out known faults'
+complete -c cimhttp -n '__cimhttp_is exporter' -l listen -x -d 'Where to listen'
+complete -c cimhttp -n '__cimhttp_is exporter' -l modules -r -F -d 'What is read'
+complete -c cimhttp -n '__cimhttp_is exporter' -l suggest -x -a '(__cimhttp_classes)' -d 'Write a module for a class'
+complete -c cimhttp -n '__cimhttp_is exporter' -l allow-hosts -x -d 'Read also hosts that match'
+complete -c cimhttp -n '__cimhttp_is exporter' -l web-config -r -F -d 'TLS and users of the port'
+complete -c cimhttp -n '__cimhttp_is exporter' -l max-series -x -d 'Series of one server at most'
+complete -c cimhttp -n '__cimhttp_is exporter' -l max-bytes -x -d 'Bytes from one server in a scrape at most'
+complete -c cimhttp -n '__cimhttp_is exporter' -l definitions-ttl -x -d 'How long definitions are kept'
 complete -c cimhttp -n '__cimhttp_is collect' -l out -r -F -d 'File to write'
 complete -c cimhttp -n '__cimhttp_is connection' -l store-password -d 'Keep the password, in plain text'

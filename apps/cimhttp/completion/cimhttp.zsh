@@ -5,6 +5,8 @@
 # Runs a command for what it lists. A server that does not answer within CIMHTTP_COMPLETION_SECONDS, usually 1, completes
 # nothing. With its errors discarded, it asks for no password.
 _cimhttp_ask() {
+    # several servers are not asked, whose answers would not be words
+    [[ ! " $server" =~ ' (-c|--connection)[ =][^ ]*[*?,@[]' ]] || return 0
     timeout ${CIMHTTP_COMPLETION_SECONDS-1} ${(Q)program} $server "$@" 2>/dev/null
 }
 
@@ -84,6 +86,7 @@ _cimhttp_recordable=(
     'related:draw what is associated with an instance'
     'watch:show what changes about instances'
     'check:check instances for a monitoring system'
+    'exporter:serve metrics for Prometheus'
     'collect:write the classes that a document names as JSON'
     'connection:keep connections under names'
 )
@@ -182,6 +185,14 @@ _cimhttp_describe_command() {
             options=($where '*--warning=[warn about what is outside a range]:threshold:_cimhttp_condition'
                 '*--critical=[what is critical]:threshold:_cimhttp_condition' '*--ignore=[leave out known faults]:pattern:')
             places=(_cimhttp_checkable)
+            ;;
+        exporter)
+            options=('--listen=[where to listen]:address:' '--modules=[what is read]:file:_files'
+                '--suggest=[write a module for a class]:class:_cimhttp_classes'
+                '*--allow-hosts=[read also hosts that match]:pattern:' '--web-config=[TLS and users of the port]:file:_files'
+                '--max-series=[series of one server at most]:number:'
+                '--max-bytes=[bytes from one server in a scrape at most]:number:'
+                '--definitions-ttl=[how long definitions are kept]:seconds:')
             ;;
         collect) options=('--out=[file to write]:file:_files') places=(_files) ;;
         connection)

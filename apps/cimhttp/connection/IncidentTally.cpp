@@ -72,6 +72,14 @@ void IncidentTally::Add(const IncidentTally& other) {
     }
 }
 
+std::map<std::string, std::size_t> IncidentTally::Counts() const {
+    std::map<std::string, std::size_t> counts;
+    for (const auto& [cause, count] : counts_) {
+        counts[TextOf(cause)] += count;
+    }
+    return counts;
+}
+
 std::string IncidentTally::Text() const {
     std::string causes;
     for (const auto& [cause, count] : counts_) {

@@ -17,6 +17,9 @@ class IncidentTally {
 
     bool IsEmpty() const { return !first_; }
 
+    /// How many there were of each cause, by what the cause is called in Text().
+    std::map<std::string, std::size_t> Counts() const;
+
     /// One line: the number of each cause, and the first incident in full.
     std::string Text() const;
 

@@ -43,6 +43,17 @@ void OperationStatistics::Add(const Measurement& measurement) {
                                             measurement.serverTime ? std::size_t{1} : 0});
 }
 
+OperationStatistics::Totals OperationStatistics::All() const {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    Totals all;
+    for (const auto& [name, sums] : operations_) {
+        all.requests += sums.requests;
+        all.sent += sums.sent;
+        all.received += sums.received;
+    }
+    return all;
+}
+
 void OperationStatistics::Write(std::ostream& stream) const {
     const std::lock_guard<std::mutex> lock(mutex_);
     WriteColumns(stream, "operation", "answers", "bytes sent", "bytes received", "round trip", "server time");

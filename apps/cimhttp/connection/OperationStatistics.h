@@ -15,6 +15,14 @@ class OperationStatistics : public MeasurementSink {
   public:
     void Add(const Measurement& measurement) override;
 
+    /// How many requests were answered, and the bytes of CIM-XML of all operations together.
+    struct Totals {
+        std::size_t requests = 0;
+        std::uint64_t sent = 0;
+        std::uint64_t received = 0;
+    };
+    Totals All() const;
+
     /// A table with a line for each operation, in the order of their names, and one for all.
     void Write(std::ostream& stream) const;
 

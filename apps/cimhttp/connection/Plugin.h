@@ -13,10 +13,6 @@ class INamespaceProvider;
 
 namespace cimhttp {
 
-/// The path of a library that was built or installed with this program, `lib` beside the program's `bin`; its bare
-/// name, for the loader to search, where there is none.
-std::string LibraryBesideProgram(const std::string& fileName);
-
 /// The plug-in, loaded into this process. It stays loaded when the object goes.
 class Plugin {
   public:

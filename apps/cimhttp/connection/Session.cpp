@@ -16,10 +16,7 @@ namespace {
 
 boost::shared_ptr<ICIMNamespace> Allocate(const Plugin& plugin, const Connection& connection) {
     try {
-        const auto allocated = plugin.AllocateNamespace(connection.Context());
-        return connection.statistics || connection.deadline
-                   ? plugin.Access().Supervised(allocated, connection.statistics, connection.deadline)
-                   : allocated;
+        return plugin.AllocateNamespace(connection.Context());
     } catch (const TVYXException& exception) {
         if (exception.GetStatusCode().GetCode() != TVYXStatusCode::eTypeMismatch) {
             throw;
@@ -28,14 +25,20 @@ boost::shared_ptr<ICIMNamespace> Allocate(const Plugin& plugin, const Connection
     }
 }
 
-/// A new namespace of the plug-in that is connected; with `wait`, that is how it waits for the server.
-boost::shared_ptr<ICIMNamespace> OpenNamespace(const Plugin& plugin, const Connection& connection,
-                                               const std::optional<ProgressWait>& wait) {
+boost::shared_ptr<ICIMNamespace> Supervised(const boost::shared_ptr<ICIMNamespace>& nameSpace, const Plugin& plugin,
+                                            const Connection& connection) {
+    return connection.statistics || connection.deadline
+               ? plugin.Access().Supervised(nameSpace, connection.statistics, connection.deadline)
+               : nameSpace;
+}
+
+/// Connects a namespace of the plug-in; with `wait`, that is how it waits for the server.
+void Connect(ICIMNamespace& nameSpace, const Plugin& plugin, const Connection& connection,
+             const std::optional<ProgressWait>& wait) {
     const FailureTeller failures(plugin.Access(), connection);
-    auto opened = Allocate(plugin, connection);
     const auto begin = std::chrono::steady_clock::now();
     const auto connect = [&] {
-        plugin.Access().Connect(*opened, connection.host, connection.user, connection.password, connection.Port());
+        plugin.Access().Connect(nameSpace, connection.host, connection.user, connection.password, connection.Port());
     };
     try {
         if (wait) { // the plug-in has no time-out for connecting; the user has one
@@ -47,9 +50,8 @@ boost::shared_ptr<ICIMNamespace> OpenNamespace(const Plugin& plugin, const Conne
     } catch (const TVYXException& exception) {
         // the client library may be the first to notice that the time is over
         const bool isLate = std::chrono::steady_clock::now() - begin >= connection.ConnectTimeout();
-        throw isLate ? failures.ConnectTimedOut() : failures.NotConnected(failures.ReasonOf(exception, *opened));
+        throw isLate ? failures.ConnectTimedOut() : failures.NotConnected(failures.ReasonOf(exception, nameSpace));
     }
-    return opened;
 }
 
 } // namespace
@@ -58,7 +60,10 @@ Session::Session(const Plugin& plugin, const Connection& connection, const Progr
     : plugin_(plugin),
       connection_(connection),
       wait_(wait.IsDirect() ? std::nullopt : std::optional(wait)),
-      namespace_(OpenNamespace(plugin_, connection_, wait_)) {}
+      connected_(Allocate(plugin_, connection_)),
+      namespace_(Supervised(connected_, plugin_, connection_)) {
+    Connect(*namespace_, plugin_, connection_, wait_);
+}
 
 Session Session::WithoutProgress() const {
     Session session = *this;
@@ -76,7 +81,17 @@ ICIMNamespace& Session::NamespaceNamed(const std::string& name) {
     }
     Connection other = connection_;
     other.nameSpace = name;
-    return *others_.emplace(name, OpenNamespace(plugin_, other, wait_)).first->second;
+    const auto opened = Supervised(Allocate(plugin_, other), plugin_, other);
+    Connect(*opened, plugin_, other, wait_);
+    return *others_.emplace(name, opened).first->second;
+}
+
+void Session::SetDeadline(std::chrono::steady_clock::time_point deadline) {
+    connection_.deadline = deadline;
+    others_.clear();
+    namespace_.reset(); // a namespace is supervised once at a time
+    namespace_ = Supervised(connected_, plugin_, connection_);
+    Access().RenewTime(*namespace_, connection_.TimeLeft());
 }
 
 void Session::LimitTime() const {

@@ -75,6 +75,10 @@ class Session {
     Trial Try(const std::string& thing,
               const std::function<void(const PluginAccess&, NQORVYX20::ICIMNamespace&)>& ask) const;
 
+    /// All that is asked from now on must be answered until then, whatever deadline there was; and is counted where the
+    /// connection's statistics are, as ever.
+    void SetDeadline(std::chrono::steady_clock::time_point deadline);
+
     /// What could not be taken from the server's answers since the last call.
     IncidentTally TakeIncidents();
 
@@ -85,7 +89,8 @@ class Session {
     Plugin plugin_;
     Connection connection_;
     std::optional<ProgressWait> wait_;
-    boost::shared_ptr<NQORVYX20::ICIMNamespace> namespace_;
+    boost::shared_ptr<NQORVYX20::ICIMNamespace> connected_;
+    boost::shared_ptr<NQORVYX20::ICIMNamespace> namespace_; // that one, supervised as the connection says
     std::map<std::string, boost::shared_ptr<NQORVYX20::ICIMNamespace>> others_; // by name
 };
 

@@ -93,7 +93,9 @@ int Fill(int descriptor, const std::function<void(std::ostream&)>& write) {
 /// A name that nobody can guess, and so nobody has taken.
 std::string NameBeside(const std::string& name) {
     std::uint64_t number = 0;
-    static_cast<void>(::getrandom(&number, sizeof number, 0)); // without, the name may be taken: that is an error then
+    if (::getrandom(&number, sizeof number, 0) < 0) {
+        number = 0; // the name may be taken, which is an error then
+    }
     std::array<char, 2 * sizeof number + 2> suffix{};
     std::snprintf(suffix.data(), suffix.size(), ".%016llx", static_cast<unsigned long long>(number));
     return name.substr(0, kMostOfName) + suffix.data();

@@ -23,28 +23,28 @@ bool EndsWithName(const std::string& text, const std::string& name) {
     return text.size() >= name.size() && IsSameName(text.substr(text.size() - name.size()), name);
 }
 
-/// Whether a key is about the instance itself, not about its class or the system that it belongs to.
-bool IsOwn(const std::string& key) {
-    const std::array<const char*, 3> systems{"SystemName", "CSName", "OSName"};
-    return !EndsWithName(key, "CreationClassName") &&
-           std::none_of(systems.begin(), systems.end(), [&](const char* system) { return IsSameName(system, key); });
-}
-
 std::string ShortPathOf(TCIMReference path) {
     path.SetHost(std::string());
     path.SetNamespaceName(std::string());
     std::size_t own = 0;
     std::size_t all = 0;
     path.EnumerateKeyValues([&](const std::string& name, const TCIMValue&) {
-        own += IsOwn(name) ? 1 : 0;
+        own += InstanceName::IsOwnKey(name) ? 1 : 0;
         ++all;
         return true;
     });
-    return own == 0 || own == all ? path.GetPath()
-                                  : TextWithKeys(path, [](const auto& name, const auto&) { return IsOwn(name); });
+    return own == 0 || own == all
+               ? path.GetPath()
+               : TextWithKeys(path, [](const auto& name, const auto&) { return InstanceName::IsOwnKey(name); });
 }
 
 } // namespace
+
+bool InstanceName::IsOwnKey(const std::string& key) {
+    const std::array<const char*, 3> systems{"SystemName", "CSName", "OSName"};
+    return !EndsWithName(key, "CreationClassName") &&
+           std::none_of(systems.begin(), systems.end(), [&](const char* system) { return IsSameName(system, key); });
+}
 
 std::vector<std::string> InstanceName::PropertiesIn(const Properties& ofClass) {
     std::vector<std::string> found;

@@ -13,6 +13,9 @@ class InstanceName {
   public:
     explicit InstanceName(const NQORVYX20::ICIMInstance& instance);
 
+    /// Whether a key is about the instance itself, not about its class or the system that it belongs to.
+    static bool IsOwnKey(const std::string& key);
+
     /// Those of a class's properties that names are made of.
     static std::vector<std::string> PropertiesIn(const Properties& ofClass);
 

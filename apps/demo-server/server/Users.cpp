@@ -112,7 +112,7 @@ std::optional<std::string> Users::Authenticate(std::string_view authorization) c
 bool Users::Matches(const Secret& secret, const std::string& password) const {
     const std::string& hash = secret.isHash ? secret.text : anyHash_;
     const std::string hashed = hash.empty() ? "" : hash_(hash, password);
-    return AreEqualInConstantTime(secret.text, secret.isHash ? hashed : password);
+    return password_hash::AreEqualInConstantTime(secret.text, secret.isHash ? hashed : password);
 }
 
 } // namespace demo

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "server/PasswordHash.h"
+#include "PasswordHash.h"
 
 #include <functional>
 #include <istream>
@@ -22,16 +22,16 @@ class UsersError : public std::runtime_error {
 /// Who may log in, by Basic authentication (RFC 7617). Safe to read from any thread.
 class Users {
   public:
-    /// HashLike(), except in tests.
+    /// password_hash::HashLike(), except in tests.
     using PasswordHash = std::function<std::string(const std::string& hash, const std::string& password)>;
 
-    Users() : Users(HashLike) {}
+    Users() : Users(password_hash::HashLike) {}
     explicit Users(PasswordHash hash) : hash_(std::move(hash)) {}
 
     /// Reads lines "name:password". Empty lines and lines that begin with # are skipped; blanks count. A password that
     /// begins with $ is a hash of crypt(5), as "openssl passwd -6" makes it. Throws UsersError with the name of the
     /// source and the line when a line is not of this form or a user has two.
-    static Users Read(std::istream& lines, const std::string& source, PasswordHash hash = HashLike);
+    static Users Read(std::istream& lines, const std::string& source, PasswordHash hash = password_hash::HashLike);
 
     /// Adds a user with a password that is no hash, whatever it looks like. A user who is there gets the password.
     void Add(const std::string& name, const std::string& password);

@@ -1,4 +1,4 @@
-#include "server/PasswordHash.h"
+#include "PasswordHash.h"
 
 #include <openssl/crypto.h>
 #include <openssl/evp.h>
@@ -7,7 +7,7 @@
 
 #include <array>
 
-namespace demo {
+namespace password_hash {
 
 namespace {
 
@@ -37,4 +37,4 @@ bool AreEqualInConstantTime(const std::string& a, const std::string& b) {
     return CRYPTO_memcmp(left.data(), right.data(), left.size()) == 0;
 }
 
-} // namespace demo
+} // namespace password_hash

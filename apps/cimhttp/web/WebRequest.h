@@ -1,0 +1,25 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+
+namespace cimhttp {
+
+/// What a client of the program's own web server asks for, and what it gets.
+struct WebRequest {
+    std::string path;                              ///< without the query, `/probe`
+    std::map<std::string, std::string> parameters; ///< of the query, decoded; of a name that comes twice, the first
+    std::map<std::string, std::string> headers;    ///< by their names in lower case
+};
+
+struct WebAnswer {
+    unsigned status = 200;
+    std::string type = "text/plain; charset=utf-8";
+    std::string body = {};
+};
+
+/// Called from several threads. What it throws becomes an answer with the status 500.
+using WebHandler = std::function<WebAnswer(const WebRequest&)>;
+
+} // namespace cimhttp
