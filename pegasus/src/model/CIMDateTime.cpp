@@ -57,6 +57,9 @@ bool isNumber(std::string_view text) noexcept { return std::all_of(text.begin(),
 /// within the field.
 template <std::size_t count>
 bool areWellFormed(std::string_view text, const std::array<Field, count>& fields) {
+    if (text.find('*') == std::string_view::npos) {
+        return isNumber(text.substr(0, kDot)) && isNumber(text.substr(kDot + 1, kSign - kDot - 1));
+    }
     bool unknown = false;
     for (const Field& field : fields) {
         const std::string_view digits = textOf(field, text);

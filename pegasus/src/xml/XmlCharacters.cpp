@@ -3,7 +3,12 @@
 #include "text/Hexadecimal.h"
 #include "text/Utf8.h"
 
+#include <algorithm>
 #include <cstddef>
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
 
 namespace Pegasus::xml {
 
@@ -11,15 +16,17 @@ namespace {
 
 constexpr std::size_t kBlock = 64;
 
-/// Whether a whole block is ASCII and needs no closer look. Written without branches, so that compilers make vector
-/// code of it.
+/// Whether a whole block is ASCII and needs no closer look.
 bool isPlainBlock(const char* block) noexcept {
-    std::uint8_t other = 0;
-    for (std::size_t i = 0; i < kBlock; ++i) {
-        const auto byte = static_cast<std::uint8_t>(block[i]);
-        other = static_cast<std::uint8_t>(other | (byte & 0x80U) | (byte == 0));
-    }
-    return other == 0;
+#ifdef __SSE2__
+    const auto part = [&](std::size_t i) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(block) + i); };
+    const __m128i least = _mm_min_epu8(_mm_min_epu8(part(0), part(1)), _mm_min_epu8(part(2), part(3)));
+    const __m128i ored = _mm_or_si128(_mm_or_si128(part(0), part(1)), _mm_or_si128(part(2), part(3)));
+    const __m128i isNull = _mm_cmpeq_epi8(least, _mm_setzero_si128());
+    return _mm_movemask_epi8(_mm_or_si128(ored, isNull)) == 0; // the highest bit of each byte
+#else
+    return std::all_of(block, block + kBlock, [](char c) { return c > 0 && c <= '\x7F'; });
+#endif
 }
 
 } // namespace
