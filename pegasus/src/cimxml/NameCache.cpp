@@ -1,5 +1,6 @@
 #include "cimxml/NameCache.h"
 
+#include "model/Chunks.h"
 #include "xml/DecodingError.h"
 #include "xml/XmlCharacters.h"
 
@@ -23,6 +24,7 @@ std::size_t hashOf(std::string_view text) noexcept {
 CIMName NameCache::get(std::string_view text) {
     CIMName& name = names_[hashOf(text) % names_.size()];
     if (text.empty() || name.getString().view() != text) {
+        const detail::Chunks::Scope scope(nullptr); // it outlives the object
         const String unchecked(xml::trimmed(text));
         if (!CIMName::legal(unchecked)) {
             xml::throwBadContent({"not a name: \"", text, "\""});

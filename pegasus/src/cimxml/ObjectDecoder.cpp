@@ -94,10 +94,9 @@ CIMType typeOf(const Attributes& attributes, std::string_view typeName) {
 
 CIMType typeOf(const Attributes& attributes) { return typeOf(attributes, attributes.get("TYPE")); }
 
-bool isValue(std::string_view elementName) noexcept {
-    constexpr std::string_view kValue = "VALUE";
-    return elementName.substr(0, kValue.size()) == kValue;
-}
+constexpr std::string_view kValue = "VALUE";
+
+bool isValue(std::string_view elementName) noexcept { return elementName.substr(0, kValue.size()) == kValue; }
 
 bool isArrayValue(std::string_view elementName) noexcept {
     return elementName == "VALUE.ARRAY" || elementName == "VALUE.REFARRAY";
@@ -134,6 +133,19 @@ CIMType typeOf(Form form, const Attributes& attributes) {
 /// Whether a VALUE without text counts as null, since servers send nulls of the type so.
 template <class T>
 constexpr bool isNullWhereEmpty = std::is_same_v<T, Boolean> || std::is_same_v<T, CIMDateTime>;
+
+/// Whether a type's values are told by a text alone.
+template <class T>
+constexpr bool isPlain = !isEmbedded<T> && !std::is_same_v<T, CIMObjectPath>;
+
+/// Nothing for a null.
+template <class T>
+std::optional<T> decodeText(std::string_view text) {
+    if (isNullWhereEmpty<T> && trimmed(text).empty()) {
+        return std::nullopt;
+    }
+    return decodeScalar<T>(text);
+}
 
 /// Gives an object the properties that another has, but for those at some indices.
 template <class Owner>
@@ -213,6 +225,7 @@ void ObjectDecoder::startAnswer(const Checkpoint* checkpoint, bool lenient) noex
 }
 
 CIMClass ObjectDecoder::decodeClass(XmlReader& reader) {
+    const detail::Chunks::Scope scope(&chunks_);
     const Attributes& attributes = reader.attributes();
     CIMClass cimClass(names_.get(attributes.get("NAME")), optionalName(attributes, "SUPERCLASS"));
     PropertyNames names;
@@ -228,9 +241,11 @@ CIMClass ObjectDecoder::decodeClass(XmlReader& reader) {
 }
 
 CIMInstance ObjectDecoder::decodeInstance(XmlReader& reader) {
+    const detail::Chunks::Scope scope(&chunks_);
     CIMInstance instance(names_.get(reader.attributes().get("CLASSNAME")));
     PropertyNames names;
     PropertyNames* const compared = lenient_ || !doubledProperties_ ? &names : nullptr;
+    detail::Unchecked::reserveProperties(instance, propertyCount_);
     while (reader.nextElement()) {
         if (addProperty(instance, compared, reader)) {
             continue;
@@ -241,6 +256,7 @@ CIMInstance ObjectDecoder::decodeInstance(XmlReader& reader) {
         }
         reader.skip();
     }
+    propertyCount_ = instance.getPropertyCount();
     if (!names.replaced().empty()) {
         instance = without(names.replaced(), instance);
     }
@@ -248,6 +264,7 @@ CIMInstance ObjectDecoder::decodeInstance(XmlReader& reader) {
 }
 
 CIMInstance ObjectDecoder::decodeInstanceWithPath(XmlReader& reader) {
+    const detail::Chunks::Scope scope(&chunks_);
     const std::string_view name = reader.name();
     CIMObjectPath path;
     CIMInstance instance;
@@ -269,6 +286,7 @@ CIMInstance ObjectDecoder::decodeInstanceWithPath(XmlReader& reader) {
 }
 
 CIMObject ObjectDecoder::decodeObject(XmlReader& reader) {
+    const detail::Chunks::Scope scope(&chunks_);
     const std::string_view name = reader.name();
     CIMObjectPath path;
     CIMObject object;
@@ -359,6 +377,7 @@ CIMQualifier ObjectDecoder::decodeQualifier(XmlReader& reader) {
 }
 
 CIMQualifier ObjectDecoder::decodeNewQualifier(XmlReader& reader) {
+    const detail::Chunks::Scope scope(nullptr); // it outlives the object in the cache
     const Attributes& attributes = reader.attributes();
     CIMName name = names_.get(attributes.get("NAME"));
     const CIMType type = typeOf(attributes);
@@ -401,6 +420,12 @@ bool ObjectDecoder::addQualifier(Owner& owner, XmlReader& reader) {
     return true;
 }
 
+inline CIMProperty ObjectDecoder::newProperty(const PropertyHead& head, CIMValue&& value) {
+    return head.isDeclaration ? CIMProperty(head.name, std::move(value), head.arraySize, head.referenceClass,
+                                            head.classOrigin, head.propagated)
+                              : detail::Unchecked::property(head.name, std::move(value), head.propagated);
+}
+
 template <class Owner>
 bool ObjectDecoder::addProperty(Owner& owner, PropertyNames* names, XmlReader& reader) {
     const PropertyHead& head =
@@ -412,12 +437,12 @@ bool ObjectDecoder::addProperty(Owner& owner, PropertyNames* names, XmlReader& r
     const bool isArray = head.isArray;
     const std::size_t nameHash = head.nameHash;
     const std::size_t found = findings_.count();
-    CIMProperty property(head.name, CIMValue(type, isArray), head.arraySize, head.referenceClass, head.classOrigin,
-                         head.propagated);
-    bool hasValue = false;
+    std::optional<CIMValue> plainValue = isArray ? std::nullopt : takePlainValue(type, reader);
+    bool hasValue = plainValue.has_value();
+    CIMProperty property = newProperty(head, hasValue ? *std::move(plainValue) : CIMValue(type, isArray));
     while (reader.nextElement()) {
         if (isValue(reader.name()) && !hasValue) {
-            property.setValue(decodeValue(type, isArray, reader));
+            detail::Unchecked::setValue(property, decodeValue(type, isArray, reader));
             hasValue = true;
         } else if (!addQualifier(property, reader)) {
             reader.throwUnexpected();
@@ -433,7 +458,7 @@ bool ObjectDecoder::addProperty(Owner& owner, PropertyNames* names, XmlReader& r
     if (findings_.count() != found) {
         findings_.within(found, property.getName().getString().view());
     }
-    detail::Unchecked::add(owner, property);
+    detail::Unchecked::add(owner, std::move(property));
     return true;
 }
 
@@ -520,6 +545,7 @@ ObjectDecoder::PropertyHead ObjectDecoder::decodePropertyHead(const StartTag& ta
             head.type == CIMTYPE_REFERENCE ? optionalName(tag.attributes, "REFERENCECLASS") : CIMName();
         head.classOrigin = optionalName(tag.attributes, "CLASSORIGIN");
         head.propagated = booleanAttribute(tag.attributes, "PROPAGATED", false);
+        head.isDeclaration = head.arraySize != 0 || !head.referenceClass.isNull() || !head.classOrigin.isNull();
     }
     return head;
 }
@@ -558,6 +584,28 @@ CIMValue ObjectDecoder::decodeValue(CIMType type, bool isArray, XmlReader& reade
         goOnBehind(error, outside, reader);
         return CIMValue(type, isArray);
     }
+}
+
+/// The value of a scalar type where the next element is a VALUE without attributes, as it mostly is. Nothing where
+/// another element, an end tag or an object comes next, which is not touched.
+std::optional<CIMValue> ObjectDecoder::takePlainValue(CIMType type, XmlReader& reader) {
+    return detail::visitType(type, [&](auto tag) -> std::optional<CIMValue> {
+        using T = typename decltype(tag)::Type;
+        if constexpr (isPlain<T>) {
+            const Depth outside{reader.depth(), embedding_};
+            try {
+                if (const auto text = reader.takeTextOf(kValue)) {
+                    auto item = decodeText<T>(*text);
+                    return item ? std::optional<CIMValue>(std::in_place, *std::move(item))
+                                : std::optional<CIMValue>(std::in_place, type, false);
+                }
+            } catch (const DecodingError& error) {
+                goOnBehind(error, outside, reader);
+                return CIMValue(type, false);
+            }
+        }
+        return std::nullopt;
+    });
 }
 
 /// When reading leniently, leaves the element of the invalid value and notes a finding. Otherwise, and where its XML is
@@ -607,8 +655,8 @@ template <class T>
 CIMValue ObjectDecoder::decodeArrayValue(XmlReader& reader) {
     Array<T> items;
     Array<Boolean> nulls; // no longer than up to the last one
-    while (reader.nextElement()) {
-        if (!appendItem(items, reader)) {
+    while (const auto isThere = nextItem(items, reader)) {
+        if (!*isThere) {
             while (nulls.size() < items.size()) {
                 nulls.append(false);
             }
@@ -618,6 +666,27 @@ CIMValue ObjectDecoder::decodeArrayValue(XmlReader& reader) {
     }
     CIMValue value = nulls.size() == 0 ? CIMValue(std::move(items)) : CIMValue(std::move(items), nulls);
     return value;
+}
+
+/// Appends the next item of an array; false for one that is null, nothing at the end.
+template <class T>
+std::optional<bool> ObjectDecoder::nextItem(Array<T>& items, XmlReader& reader) {
+    if constexpr (isPlain<T>) {
+        const Depth outside{reader.depth(), embedding_};
+        try {
+            if (const auto text = reader.takeTextOf(kValue)) {
+                std::optional<T> item = decodeText<T>(*text);
+                if (item) {
+                    items.append(*std::move(item));
+                }
+                return item.has_value();
+            }
+        } catch (const DecodingError& error) {
+            goOnBehind(error, outside, reader);
+            return false;
+        }
+    }
+    return reader.nextElement() ? std::optional(appendItem(items, reader)) : std::nullopt;
 }
 
 /// False for an item that is null.
@@ -631,7 +700,7 @@ bool ObjectDecoder::appendItem(Array<T>& items, XmlReader& reader) {
     try {
         std::optional<T> item = decodeItem<T>(reader);
         if (item) {
-            items.append(*item);
+            items.append(*std::move(item));
         }
         return item.has_value();
     } catch (const DecodingError& error) {
@@ -655,11 +724,7 @@ std::optional<T> ObjectDecoder::decodeItem(XmlReader& reader) {
         findings_.moveTo(found, reader.tagPosition());
         return object;
     } else {
-        const std::string_view text = reader.text();
-        if (isNullWhereEmpty<T> && trimmed(text).empty()) {
-            return std::nullopt;
-        }
-        return decodeScalar<T>(text);
+        return decodeText<T>(reader.text());
     }
 }
 

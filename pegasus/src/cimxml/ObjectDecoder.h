@@ -5,6 +5,7 @@
 #include "cimxml/PathDecoder.h"
 #include "cimxml/PropertyNames.h"
 #include "cimxml/QualifierCache.h"
+#include "model/Chunks.h"
 #include "xml/Checkpoint.h"
 #include "xml/DecodingError.h"
 #include "xml/TagFacts.h"
@@ -83,6 +84,7 @@ class ObjectDecoder {
         CIMName referenceClass;
         CIMName classOrigin;
         bool propagated = false;
+        bool isDeclaration = false; ///< says more than name, type and where it comes from
     };
 
     CIMQualifier decodeQualifier(XmlReader& reader);
@@ -99,11 +101,14 @@ class ObjectDecoder {
 
     /// The value in a VALUE element of some form.
     CIMValue decodeValue(CIMType type, bool isArray, XmlReader& reader);
+    std::optional<CIMValue> takePlainValue(CIMType type, XmlReader& reader);
     CIMValue decodeGoodValue(CIMType type, bool isArray, XmlReader& reader);
     template <class T>
     CIMValue decodeScalarValue(XmlReader& reader);
     template <class T>
     CIMValue decodeArrayValue(XmlReader& reader);
+    template <class T>
+    std::optional<bool> nextItem(Array<T>& items, XmlReader& reader);
     template <class T>
     bool appendItem(Array<T>& items, XmlReader& reader);
     template <class T>
@@ -127,15 +132,18 @@ class ObjectDecoder {
     void goOnBehind(const DecodingError& error, const Depth& outside, XmlReader& reader);
     void takeDoubled(const CIMName& name, Uint32 earlier, PropertyNames& names, const XmlReader& reader);
 
+    static CIMProperty newProperty(const PropertyHead& head, CIMValue&& value);
     CIMName optionalName(const Attributes& attributes, std::string_view attributeName);
     PropertyHead decodePropertyHead(const StartTag& tag);
 
+    detail::Chunks chunks_;
     xml::TagCache tags_;
     const Checkpoint* checkpoint_ = nullptr;
     NameCache names_;
     xml::TagFacts<PropertyHead> propertyHeads_;
     QualifierCache qualifiers_;
     PathDecoder paths_{names_};
+    Uint32 propertyCount_ = 0;  // of the instance that was decoded last
     std::size_t embedding_ = 0; // how deep this is in embedded objects
     bool lenient_ = false;
     bool qualifiedEmbedding_ = true;

@@ -85,6 +85,7 @@ class Nesting {
 } // namespace
 
 CIMObjectPath PathDecoder::decodePath(XmlReader& reader) {
+    const detail::Chunks::Scope scope(&chunks_);
     const std::string_view name = reader.name();
     if (name == "INSTANCENAME" || name == "CLASSNAME") {
         return decodeLocal(reader, Place());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cimxml/NameCache.h"
+#include "model/Chunks.h"
 #include "xml/XmlReader.h"
 
 #include <Pegasus/Common/CIMObjectPath.h>
@@ -39,6 +40,7 @@ class PathDecoder {
     CIMKeyBinding decodeKeyValue(const CIMName& name, XmlReader& reader);
 
     NameCache& names_;
+    detail::Chunks chunks_;   // of their own: whoever keeps the paths of objects need not keep the objects
     std::size_t nesting_ = 0; // how deep this is in keys that are references
 };
 

@@ -108,8 +108,8 @@ void detail::Unchecked::setPath(CIMClass& cimClass, const CIMObjectPath& path) {
 void detail::Unchecked::add(CIMClass& cimClass, const CIMQualifier& qualifier) {
     cimClass.rep_->qualifiers.addUnchecked(qualifier);
 }
-void detail::Unchecked::add(CIMClass& cimClass, const CIMProperty& property) {
-    cimClass.rep_->properties.addUnchecked(property);
+void detail::Unchecked::add(CIMClass& cimClass, CIMProperty property) {
+    cimClass.rep_->properties.addUnchecked(std::move(property));
 }
 void detail::Unchecked::add(CIMClass& cimClass, const CIMMethod& method) {
     cimClass.rep_->methods.addUnchecked(method);

@@ -6,6 +6,7 @@
 #include <Pegasus/Common/CIMInstance.h>
 
 #include <memory>
+#include <utility>
 
 namespace Pegasus {
 inline namespace bundled {
@@ -126,8 +127,11 @@ void detail::Unchecked::setPath(CIMInstance& instance, const CIMObjectPath& path
 void detail::Unchecked::add(CIMInstance& instance, const CIMQualifier& qualifier) {
     instance.rep_->changeQualifiers().addUnchecked(qualifier);
 }
-void detail::Unchecked::add(CIMInstance& instance, const CIMProperty& property) {
-    instance.rep_->properties.addUnchecked(property);
+void detail::Unchecked::add(CIMInstance& instance, CIMProperty property) {
+    instance.rep_->properties.addUnchecked(std::move(property));
+}
+void detail::Unchecked::reserveProperties(CIMInstance& instance, Uint32 count) {
+    instance.rep_->properties.reserve(count);
 }
 
 } // namespace bundled

@@ -1,3 +1,4 @@
+#include "model/Chunks.h"
 #include "model/DeclarationCheck.h"
 #include "model/NamedList.h"
 #include "model/Unchecked.h"
@@ -28,7 +29,11 @@ bool identicalDeclarations(const Declaration& a, const Declaration& b) {
 } // namespace
 
 struct CIMProperty::Rep : detail::RefCounted {
-    Rep(CIMName itsName, CIMValue itsValue, Boolean isPropagated)
+    /// In the memory of the thread's Chunks, where it has some.
+    struct InChunk;
+    static detail::Handle<Rep> make(CIMName name, CIMValue&& value, Boolean isPropagated);
+
+    Rep(CIMName itsName, CIMValue&& itsValue, Boolean isPropagated)
         : propagated(isPropagated), name(std::move(itsName)), value(std::move(itsValue)) {}
     Rep(const Rep& other)
         : RefCounted(other),
@@ -58,9 +63,23 @@ struct CIMProperty::Rep : detail::RefCounted {
     std::unique_ptr<Declaration> ownDeclaration;
 };
 
+struct CIMProperty::Rep::InChunk final : Rep {
+    static_assert(sizeof(Rep) <= detail::Chunks::kMaxBytes);
+
+    using Rep::Rep;
+    static void* operator new(std::size_t size) { return detail::Chunks::current()->allocate(size); }
+    static void operator delete(void* rep) noexcept { detail::Chunks::release(rep); }
+};
+
+detail::Handle<CIMProperty::Rep> CIMProperty::Rep::make(CIMName name, CIMValue&& value, Boolean isPropagated) {
+    using Made = detail::Handle<Rep>;
+    return detail::Chunks::current() ? Made::make<InChunk>(std::move(name), std::move(value), isPropagated)
+                                     : Made::make(std::move(name), std::move(value), isPropagated);
+}
+
 CIMProperty::CIMProperty(CIMName name, CIMValue value, Uint32 arraySize, CIMName referenceClass, CIMName classOrigin,
                          Boolean propagated)
-    : rep_(detail::Handle<Rep>::make(std::move(name), std::move(value), propagated)) {
+    : rep_(Rep::make(std::move(name), std::move(value), propagated)) {
     if (arraySize == 0 && referenceClass.isNull() && classOrigin.isNull()) {
         return;
     }
@@ -110,6 +129,12 @@ CIMProperty CIMProperty::clone() const {
 
 CIMConstQualifier CIMConstProperty::getQualifier(Uint32 index) const { return CIMProperty::getQualifier(index); }
 
+CIMProperty detail::Unchecked::property(const CIMName& name, CIMValue&& value, Boolean propagated) {
+    CIMProperty made;
+    made.rep_ = CIMProperty::Rep::make(name, std::move(value), propagated);
+    return made;
+}
+void detail::Unchecked::setValue(CIMProperty& property, CIMValue&& value) { property.rep_->value = std::move(value); }
 void detail::Unchecked::add(CIMProperty& property, const CIMQualifier& qualifier) {
     property.rep_->changeDeclaration().qualifiers.addUnchecked(qualifier);
 }

@@ -4,6 +4,7 @@
 #include <Pegasus/Common/CIMName.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace Pegasus {
 inline namespace bundled {
@@ -21,7 +22,8 @@ class NamedList {
         elements_.append(element);
     }
     /// Adds an element whose name is known to be new, or may be that of another.
-    void addUnchecked(const Element& element) { elements_.append(element); }
+    void addUnchecked(Element element) { elements_.append(std::move(element)); }
+    void reserve(Uint32 count) { elements_.reserveCapacity(count); }
     Uint32 size() const noexcept { return elements_.size(); }
     const Element& operator[](Uint32 index) const { return elements_[index]; }
 

@@ -1,3 +1,4 @@
+#include "model/Chunks.h"
 #include "model/Utf16.h"
 #include "text/Ascii.h"
 #include "text/Utf8.h"
@@ -41,6 +42,11 @@ Uint32 placeOf(std::size_t found) noexcept {
     return found == std::u16string::npos ? PEG_NOT_FOUND : static_cast<Uint32>(found);
 }
 
+/// The length of a text in a Chunks begins with these bits. No other text is as long: of the longest ones, 4 KiB are
+/// left out.
+constexpr Uint32 kInChunk = ~Uint32{0} << 12U;
+static_assert(detail::Chunks::kMaxBytes < ~kInChunk);
+
 int signOf(int comparison) noexcept { return comparison < 0 ? -1 : comparison > 0 ? 1 : 0; }
 
 } // namespace
@@ -58,10 +64,13 @@ String::Block* String::create(std::string_view first, std::string_view second) {
     if (bytes == 0) {
         return nullptr;
     }
-    if (bytes > ~Uint32{0}) {
+    if (bytes >= kInChunk) {
         throw std::length_error("a String holds at most 4 GiB");
     }
-    auto* block = new (::operator new(sizeof(Block) + bytes + 1)) Block{{1}, static_cast<Uint32>(bytes)};
+    const std::size_t size = sizeof(Block) + bytes + 1;
+    detail::Chunks* const chunks = size <= detail::Chunks::kMaxBytes ? detail::Chunks::current() : nullptr;
+    auto* block = new (chunks ? chunks->allocate(size) : ::operator new(size))
+        Block{{1}, static_cast<Uint32>(bytes) | (chunks ? kInChunk : 0)};
     char* text = reinterpret_cast<char*>(block + 1);
     text = std::copy(first.begin(), first.end(), text);
     text = std::copy(second.begin(), second.end(), text);
@@ -70,8 +79,13 @@ String::Block* String::create(std::string_view first, std::string_view second) {
 }
 
 void String::destroy(Block* block) noexcept {
+    const bool isInChunk = block->bytes >= kInChunk;
     block->~Block();
-    ::operator delete(block);
+    if (isInChunk) {
+        detail::Chunks::release(block);
+    } else {
+        ::operator delete(block);
+    }
 }
 
 Uint32 String::size() const noexcept {
@@ -86,7 +100,11 @@ Uint32 String::size() const noexcept {
 CString String::getCString() const { return CString(*this); }
 
 std::string_view String::view() const noexcept {
-    return block_ ? std::string_view(reinterpret_cast<const char*>(block_ + 1), block_->bytes) : std::string_view("");
+    if (!block_) {
+        return "";
+    }
+    const Uint32 bytes = block_->bytes;
+    return {reinterpret_cast<const char*>(block_ + 1), bytes >= kInChunk ? bytes - kInChunk : bytes};
 }
 
 String& String::append(const String& text) {

@@ -17,11 +17,19 @@ struct Unchecked {
     static void setPath(CIMInstance& instance, const CIMObjectPath& path);
     static void setPath(CIMObject& object, const CIMObjectPath& path);
 
+    /// A property of an instance, of which no more is known.
+    static CIMProperty property(const CIMName& name, CIMValue&& value, Boolean propagated);
+    /// A value of the property's type, an array where the property is one.
+    static void setValue(CIMProperty& property, CIMValue&& value);
+
+    /// Makes room for so many properties.
+    static void reserveProperties(CIMInstance& instance, Uint32 count);
+
     static void add(CIMClass& cimClass, const CIMQualifier& qualifier);
-    static void add(CIMClass& cimClass, const CIMProperty& property);
+    static void add(CIMClass& cimClass, CIMProperty property);
     static void add(CIMClass& cimClass, const CIMMethod& method);
     static void add(CIMInstance& instance, const CIMQualifier& qualifier);
-    static void add(CIMInstance& instance, const CIMProperty& property);
+    static void add(CIMInstance& instance, CIMProperty property);
     static void add(CIMMethod& method, const CIMQualifier& qualifier);
     static void add(CIMMethod& method, const CIMParameter& parameter);
     static void add(CIMParameter& parameter, const CIMQualifier& qualifier);

@@ -15,26 +15,12 @@ namespace Pegasus::xml {
 namespace {
 
 constexpr ByteSet kEndsName([](char c) { return !isInXmlName(c); });
-constexpr ByteSet kEndsPlainText("<&\r");
 constexpr ByteSet kEndsPlainValue("\"'<&\r\n\t");
 
 constexpr ByteSet kEndsInDocumentType(">[<\"'");
 
 constexpr std::string_view kCDataOpening = "<![CDATA[";
 constexpr std::string_view kDocumentType = "<!DOCTYPE";
-
-constexpr std::size_t kBlock = 16;
-
-/// Whether a whole block stands for itself. Written without branches, so that compilers make vector code of it.
-bool isPlainBlock(const char* block) noexcept {
-    const auto difference = [](char a, char b) { return static_cast<std::uint8_t>(a ^ b); };
-    std::uint8_t least = 0xFF;
-    for (std::size_t i = 0; i < kBlock; ++i) {
-        const auto fromBracket = std::min(difference(block[i], '<'), difference(block[i], '&'));
-        least = std::min(least, std::min(fromBracket, difference(block[i], '\r')));
-    }
-    return least != 0;
-}
 
 std::string badReferenceText(std::uint32_t codePoint) {
     return "a reference stands for " + codePointText(codePoint) + ", which XML does not allow";
@@ -143,15 +129,9 @@ void XmlReader::throwUnexpected() const {
     throwBadContent({"the element ", name(), " does not belong into ", open_[depth_ - 1].element});
 }
 
-inline void XmlReader::countNodes(std::size_t count) {
-    nodes_ += count;
-    if (nodes_ > kMaxNodes) {
-        throwPastLimit({"one object has more than ", std::to_string(kMaxNodes),
-                        " elements, attributes, comments and CDATA sections"});
-    }
-    if (position() - checkedUpTo_ >= kBytesBetweenCheckpoints) {
-        passCheckpoint();
-    }
+void XmlReader::throwTooManyNodes() {
+    throwPastLimit(
+        {"one object has more than ", std::to_string(kMaxNodes), " elements, attributes, comments and CDATA sections"});
 }
 
 void XmlReader::passCheckpoint() {
@@ -186,15 +166,6 @@ inline bool XmlReader::isAtTag() const {
         throw EndOfText();
     }
     return at_[1] != '!' && at_[1] != '?';
-}
-
-/// Returns whether there was any white space.
-inline bool XmlReader::skipSpace() noexcept {
-    const char* const before = at_;
-    while (at_ != end_ && isXmlSpace(*at_)) {
-        ++at_;
-    }
-    return at_ != before;
 }
 
 /// Skips white space, comments and processing instructions.
@@ -257,9 +228,19 @@ inline bool XmlReader::leaveEmptyTag() noexcept {
 
 void XmlReader::takeStartTag() {
     tagBegin_ = at_;
-    CachedTag*& expected = *open_[depth_].nextChild;
-    if (CachedTag* const tag = skipTag(expected) ? expected : scanStartTag()) {
-        expected = tag;
+    Level& parent = open_[depth_];
+    CachedTag* const expected = *parent.nextChild;
+    if (!skipTag(expected)) {
+        return takeOtherStartTag();
+    }
+    parent.nextChild = &expected->nextSibling;
+    enter(*expected, expected->firstChild);
+}
+
+/// A start tag that did not come next the last time.
+void XmlReader::takeOtherStartTag() {
+    if (CachedTag* const tag = scanStartTag()) {
+        *open_[depth_].nextChild = tag;
         open_[depth_].nextChild = &tag->nextSibling;
         enter(*tag, tag->firstChild);
     } else {
@@ -275,6 +256,16 @@ inline bool XmlReader::skipTag(const CachedTag* tag) noexcept {
     }
     at_ += tag->text.size();
     return true;
+}
+
+/// Enters an element by a tag without attributes, which is the next one.
+void XmlReader::enterPlain(std::string_view element) {
+    tagBegin_ = at_;
+    at_ += element.size() + 2;
+    scannedTag_.element = element;
+    scannedTag_.attributes.reset(element);
+    scannedTag_.isEmpty = false;
+    enter(scannedTag_, tagOfOthers_);
 }
 
 inline void XmlReader::enter(const StartTag& tag, CachedTag*& firstChild) {
@@ -417,10 +408,7 @@ std::string_view XmlReader::takeCharacters() {
 /// Skips characters that stand for themselves; returns where they begin. Something else follows them.
 inline const char* XmlReader::skipPlainText() {
     const char* const begin = at_;
-    while (static_cast<std::size_t>(end_ - at_) >= kBlock && isPlainBlock(at_)) {
-        at_ += kBlock;
-    }
-    at_ = kEndsPlainText.findFirst(at_, end_);
+    at_ = findSpecial(at_, end_);
     if (at_ == end_) {
         throw EndOfText();
     }
@@ -461,6 +449,12 @@ void XmlReader::resolveReferenceInValue(std::string& out) {
 /// Resolves a reference in the text of an element. One that stands for no character makes only the text invalid, and is
 /// skipped.
 void XmlReader::resolveReferenceInText() {
+    constexpr std::string_view kAmpersand = "&amp;"; // the most frequent one
+    if (rest().substr(0, kAmpersand.size()) == kAmpersand) {
+        at_ += kAmpersand.size();
+        resolvedText_ += '&';
+        return;
+    }
     const std::uint32_t character = takeReference();
     if (isAcceptedCharacter(character)) {
         text::appendUtf8(character, resolvedText_);

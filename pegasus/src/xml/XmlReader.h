@@ -1,11 +1,15 @@
 #pragma once
 
 #include "xml/Checkpoint.h"
+#include "xml/PlainText.h"
 #include "xml/StartTag.h"
 #include "xml/TagCache.h"
+#include "xml/XmlCharacters.h"
+#include "xml/XmlLimits.h"
 
 #include <cstddef>
 #include <forward_list>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -57,6 +61,32 @@ class XmlReader {
 
     /// The characters of the element, which holds no others; leaves it. They are valid up to the next operation.
     std::string_view text();
+    /// The characters of the next child element, which is left, where its start tag is `<element>`, without attributes.
+    /// They are valid up to the next operation. Nothing, and no element is entered, where something else is next.
+    std::optional<std::string_view> takeTextOf(std::string_view element) {
+        const std::size_t tagLength = element.size() + 2;
+        if (emptyTag_) {
+            return std::nullopt;
+        }
+        skipSpace();
+        if (rest().size() < tagLength || *at_ != '<' || at_[tagLength - 1] != '>' ||
+            rest().substr(1, element.size()) != element) {
+            return std::nullopt;
+        }
+        const char* const begin = at_ + tagLength;
+        const char* const end = findSpecial(begin, end_);
+        const bool isPlain = static_cast<std::size_t>(end_ - end) > tagLength && *end == '<' && end[1] == '/' &&
+                             end[tagLength] == '>' && std::string_view(end + 2, element.size()) == element;
+        if (!isPlain || depth_ == kMaxNesting) {
+            enterPlain(element);
+            return text();
+        }
+        tagBegin_ = at_;
+        at_ = begin;
+        countNodes(1);
+        at_ = end + tagLength + 1;
+        return std::string_view(begin, static_cast<std::size_t>(end - begin));
+    }
     /// Leaves the element, whatever it holds.
     void skip() { skipTo(depth_ - 1); }
 
@@ -96,7 +126,14 @@ class XmlReader {
     bool isNext(std::string_view expected) const;
     bool isAtTag() const;
     bool isAtEndTag() const { return at_[1] == '/'; }
-    bool skipSpace() noexcept;
+    /// Returns whether there was any white space.
+    bool skipSpace() noexcept {
+        const char* const before = at_;
+        while (at_ != end_ && *at_ <= ' ' && isXmlSpace(*at_)) {
+            ++at_;
+        }
+        return at_ != before;
+    }
     void skipBetween();
     void skipMarkup();
     void skipDocumentType();
@@ -105,8 +142,10 @@ class XmlReader {
     bool leaveEmptyTag() noexcept;
 
     void takeStartTag();
+    void takeOtherStartTag();
     bool skipTag(const CachedTag* tag) noexcept;
     CachedTag* scanStartTag();
+    void enterPlain(std::string_view element);
     void enter(const StartTag& tag, CachedTag*& firstChild);
     void takeAttribute();
     void takeEndTag();
@@ -122,7 +161,16 @@ class XmlReader {
     void resolveReferenceInText();
     std::uint32_t takeReference();
     void resolveCData();
-    void countNodes(std::size_t count);
+    void countNodes(std::size_t count) {
+        nodes_ += count;
+        if (nodes_ > kMaxNodes) {
+            throwTooManyNodes();
+        }
+        if (position() - checkedUpTo_ >= kBytesBetweenCheckpoints) {
+            passCheckpoint();
+        }
+    }
+    [[noreturn]] static void throwTooManyNodes();
     void passCheckpoint();
 
     /// An element that is entered, or the parent of the first of these.
