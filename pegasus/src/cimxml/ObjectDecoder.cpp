@@ -357,6 +357,11 @@ CIMQualifierDecl ObjectDecoder::decodeQualifierDecl(XmlReader& reader) {
 }
 
 CIMQualifier ObjectDecoder::decodeQualifier(XmlReader& reader) {
+    const std::string_view ahead = reader.textFrom(reader.tagPosition());
+    if (const auto* const expected = qualifiers_.findExpected(ahead)) {
+        reader.skipKnown(ahead.substr(0, expected->text.size()), expected->nodes);
+        return expected->qualifier;
+    }
     const std::string_view text = reader.elementUpTo("</QUALIFIER>", kLongestCachedQualifier);
     if (const auto* const known = qualifiers_.find(text)) {
         reader.skipKnown(text, known->nodes);
