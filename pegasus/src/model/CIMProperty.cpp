@@ -31,7 +31,7 @@ bool identicalDeclarations(const Declaration& a, const Declaration& b) {
 struct CIMProperty::Rep : detail::RefCounted {
     /// In the memory of the thread's Chunks, where it has some.
     struct InChunk;
-    static detail::Handle<Rep> make(CIMName name, CIMValue&& value, Boolean isPropagated);
+    [[gnu::visibility("hidden")]] static detail::Handle<Rep> make(CIMName name, CIMValue&& value, Boolean isPropagated);
 
     Rep(CIMName itsName, CIMValue&& itsValue, Boolean isPropagated)
         : propagated(isPropagated), name(std::move(itsName)), value(std::move(itsValue)) {}
@@ -63,7 +63,7 @@ struct CIMProperty::Rep : detail::RefCounted {
     std::unique_ptr<Declaration> ownDeclaration;
 };
 
-struct CIMProperty::Rep::InChunk final : Rep {
+struct [[gnu::visibility("hidden")]] CIMProperty::Rep::InChunk final : Rep {
     static_assert(sizeof(Rep) <= detail::Chunks::kMaxBytes);
 
     using Rep::Rep;

@@ -32,7 +32,7 @@ struct Chunks::Chunk {
     }
 };
 
-thread_local Chunks* Chunks::current_ = nullptr;
+__thread Chunks* Chunks::current_ = nullptr;
 
 void Chunks::release(void* piece) noexcept {
     const auto within = reinterpret_cast<std::uintptr_t>(piece) % kChunkBytes;

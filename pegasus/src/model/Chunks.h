@@ -55,7 +55,9 @@ class Chunks {
     void enterChunk();
     void leaveChunk() noexcept;
 
-    static thread_local Chunks* current_;
+    // thread_local would ask at each use whether it is initialised. In the memory that each thread begins with, so that
+    // reaching it takes no call, and a library that is loaded late needs no other.
+    [[gnu::tls_model("initial-exec")]] static __thread Chunks* current_;
 
     Chunk* chunk_ = nullptr;
     char* next_ = nullptr;
