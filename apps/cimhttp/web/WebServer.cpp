@@ -5,6 +5,7 @@
 #include "web/WebConnection.h"
 #include "web/WebLogin.h"
 
+#include <boost/asio/executor_work_guard.hpp>
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/ssl/context.hpp>
 #include <boost/asio/thread_pool.hpp>
@@ -131,6 +132,8 @@ class WebServer::Implementation {
     const WebLimits limits_;
     WebLogin login_;
     net::io_context io_{1};
+    /// Answers are posted to it after the last connection was accepted.
+    const net::executor_work_guard<net::io_context::executor_type> work_{io_.get_executor()};
     const std::unique_ptr<net::ssl::context> tls_;
     Tcp::acceptor acceptor_;
     net::thread_pool workers_;
