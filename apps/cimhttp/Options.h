@@ -53,4 +53,11 @@ struct Options {
     std::optional<std::chrono::steady_clock::time_point> deadline = {}; ///< when all must be done
 };
 
+/// The options with which nobody is asked anything, as without a terminal.
+inline Options Unattended(Options options) {
+    options.isInputTerminal = false;
+    options.isErrorStreamTerminal = false;
+    return options;
+}
+
 } // namespace cimhttp

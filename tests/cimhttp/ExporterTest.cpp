@@ -274,6 +274,7 @@ TEST_F(ExporterTest, ALoginThatIsRefusedIsDown) {
 
 TEST_F(ExporterTest, AServerThatFallsSilentIsDownWhenPrometheusWouldGiveUp) {
     fleet_.AddFaulty("slow", support::faults::StalledAt(10));
+    settings_.limits.time = std::chrono::hours(1); // which nobody would wait for
     Start(kFans);
     EXPECT_THAT(Probe("slow", "fans", {{"X-Prometheus-Scrape-Timeout-Seconds", "1"}}),
                 Contains(AllOf(StartsWith("cim_up{reason=\""), testing::EndsWith("\"} 0"))));
@@ -313,6 +314,34 @@ TEST_F(ExporterTest, ConnectionsAndDefinitionsAreKept) {
     EXPECT_EQ(server.ConnectionCount(), 1U);
     EXPECT_EQ(CountOf(server.Calls(), "GetClass"), 1U);
     EXPECT_EQ(CountOf(server.Calls(), "EnumerateInstances"), 3U);
+}
+
+TEST_F(ExporterTest, AConnectionThatNobodyAsksForIsLeft) {
+    support::CimServer& server = fleet_.Add("rack1", {"a"});
+    fleet_.Add("rack2", {"a"});
+    settings_.limits.idleLife = std::chrono::seconds(0);
+    Start(kFans);
+    Probe("rack1", "fans");
+    Probe("rack2", "fans");
+    EXPECT_THAT(Lines(Ask("/metrics").body), Contains("cim_exporter_targets 1"));
+    EXPECT_THAT(Probe("rack1", "fans"), Contains("test_fan_speed{name=\"a\"} 3"));
+    EXPECT_EQ(server.ConnectionCount(), 2U);
+}
+
+TEST_F(ExporterTest, AClassEndsAtTheLimitOfBytesWhereTheServerSendsPortions) {
+    support::CimServer& server = fleet_.Add("rack1", {});
+    std::string fans;
+    for (int i = 0; i < 300; ++i) { // more than are held
+        fans += InstanceXml("TEST_Fan", "fan" + std::to_string(i), PropertyXml("Speed", "uint32", "3"));
+    }
+    server.AnswerPortion("OpenEnumerateInstances", "TEST_Fan", fans, "more");
+    settings_.limits.bytes = 1000;
+    Start(kFans);
+    EXPECT_THAT(Probe("rack1", "fans"),
+                IsSupersetOf({"cim_up 1", "cim_errors{kind=\"limit\"} 1", "cim_class_instances{class=\"TEST_Fan\"} 300",
+                              "cim_problem_info{kind=\"limit\",class=\"TEST_Fan\",reason=\"reading ended after 300 "
+                              "instances: the limit of bytes is reached\"} 1"}));
+    EXPECT_EQ(CountOf(server.Calls(), "PullInstancesWithPath"), 0U);
 }
 
 TEST_F(ExporterTest, DefinitionsAreReadAgainAfterTheirTime) {
@@ -467,7 +496,7 @@ TEST_F(ExporterTest, ListsAllConnectionsForDiscovery) {
     EXPECT_EQ(answer.body, "[{\"targets\":[\"rack1\",\"rack2\"]}]\n");
 }
 
-TEST_F(ExporterTest, TheConnectionsCannotBeReadIsAnErrorOfTheExporter) {
+TEST_F(ExporterTest, ConnectionsThatCannotBeReadAreAnErrorOfTheExporter) {
     fleet_.Add("rack1", {"a"});
     Start(kFans);
     fleet_.WriteFile("cimhttp/connections.json", "{");

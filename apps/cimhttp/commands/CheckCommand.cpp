@@ -33,13 +33,6 @@ constexpr const char* kHealth = "health";
 /// Less than what monitoring systems usually give a plug-in.
 constexpr unsigned kUsualSeconds = 50;
 
-/// Without a terminal, nobody is asked anything.
-Options Unattended(Options options) {
-    options.isInputTerminal = false;
-    options.isErrorStreamTerminal = false;
-    return options;
-}
-
 /// Why a check has to end before its work does.
 class EarlyEnd {
   public:

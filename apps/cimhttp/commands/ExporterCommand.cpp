@@ -80,7 +80,7 @@ class ExporterCommand : public Command {
     int Serve(const CommandContext& context) {
         const Options& options = context.options;
         RefuseIf(options.host || options.connection, kTargetsComeFromPrometheus);
-        RefuseIf(options.trace || options.recording, "the exporter keeps no trace: leave out --trace and --record");
+        RefuseIf(options.trace || options.recording, "the exporter keeps no trace: leave out --trace and record");
         SetLimits(options);
         Library().Serve(options, request_, context.output, context.errors);
         return 0;

@@ -11,10 +11,10 @@
 #include "output/InstanceCsv.h"
 #include "output/InstanceJson.h"
 #include "output/InstanceListing.h"
-#include "output/InstanceRecords.h"
 #include "output/Json.h"
 #include "output/MofWriter.h"
 #include "output/PropertySelector.h"
+#include "output/WideRecords.h"
 #include "text/Names.h"
 
 #include <algorithm>

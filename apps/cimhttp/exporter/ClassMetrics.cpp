@@ -12,6 +12,7 @@
 #include "host/TCIMReference.h"
 #include "monitoring/InstanceName.h"
 #include "output/DisplayText.h"
+#include "output/TypeText.h"
 #include "selection/DateTimeRange.h"
 #include "text/Names.h"
 #include "text/ParsedText.h"
@@ -36,11 +37,6 @@ constexpr std::size_t kHeldInstances = 250;
 
 constexpr const char* kOtherState = "other";
 
-ValueType ElementType(const ICIMPropertyDecl& property) {
-    constexpr int kTypes = 16; // of values that are no arrays
-    return static_cast<ValueType>(property.GetType(TCIMContext()) % kTypes);
-}
-
 /// An instant in seconds since 1970, or a length in seconds; nothing where a second more or less would do, too.
 std::optional<double> SecondsOf(const TCIMDateTime& dateTime) {
     constexpr long long kMicroseconds = 1000000;
@@ -58,13 +54,11 @@ bool CanBeWritten(double number) {
     return std::abs(number) <= kGreatest;
 }
 
-bool IsInterval(const std::string& text) { return text.find(':') != std::string::npos; }
-
 } // namespace
 
 MetricKind KindOf(const ICIMPropertyDecl& property, MetricRule::Type wanted) {
     const bool wantsStates = wanted == MetricRule::Type::kStates;
-    const ValueType type = ElementType(property);
+    const ValueType type = ElementType(property.GetType(TCIMContext()));
     if (wantsStates || (wanted == MetricRule::Type::kAsDeclared && HasValueMap(property))) {
         return type == ValueType::eCIMReference ? MetricKind::kNone : MetricKind::kStates;
     }
@@ -285,7 +279,7 @@ void ClassMetrics::AddElements(const Metric& metric, const ICIMInstance& instanc
             number = truth ? std::optional<double>(*truth ? 1 : 0) : std::nullopt;
         } else {
             const auto time = DateTimeIn(plain[i]);
-            unit.suffix = IsInterval(plain[i]) ? "seconds" : "timestamp_seconds";
+            unit.suffix = time && time->IsInterval() ? "seconds" : "timestamp_seconds";
             number = time ? SecondsOf(*time) : std::nullopt;
         }
         if (!number || !CanBeWritten(*number)) {

@@ -1,10 +1,9 @@
 #include "exporter/Exporter.h"
 
+#include "output/Json.h"
 #include "text/ParsedText.h"
 #include "text/TerminalText.h"
 #include "text/WordList.h"
-
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <cmath>
@@ -52,7 +51,7 @@ WebAnswer Exporter::Answer(const WebRequest& request) {
         return {200, kMetricsType, metrics_.Text(targets_)};
     }
     if (request.path == "/targets") {
-        return {200, "application/json", nlohmann::json::array({{{"targets", Targets::Names()}}}).dump() + '\n'};
+        return {200, "application/json", "[{\"targets\":" + JsonTexts(Targets::Names()) + "}]\n"};
     }
     if (request.path == "/-/healthy") {
         return {200, "text/plain; charset=utf-8", "Well.\n"};

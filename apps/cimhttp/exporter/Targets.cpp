@@ -15,14 +15,6 @@ namespace {
 /// How many servers are kept at most, so that nobody fills the memory by asking for others.
 constexpr std::size_t kMostTargets = 10000;
 
-/// Without a terminal, nobody is asked anything.
-Options Unattended(Options options, const std::string& name) {
-    options.server = name;
-    options.isInputTerminal = false;
-    options.isErrorStreamTerminal = false;
-    return options;
-}
-
 } // namespace
 
 Targets::Targets(const Plugin& plugin, const Options& options, const ScrapeLimits& limits,
@@ -62,7 +54,8 @@ std::vector<std::string> Targets::Names() {
 }
 
 std::optional<Options> Targets::OptionsFor(const std::string& name) const {
-    Options own = Unattended(options_, name);
+    Options own = Unattended(options_);
+    own.server = name;
     own.connection = name;
     const auto store = ConnectionStore::OfUser();
     const auto connections = store ? store->Read() : ConnectionStore::Connections();

@@ -2,6 +2,7 @@
 
 #include "host/ICIMPropertyDecl.h"
 #include "host/ICIMQualifier.h"
+#include "output/TypeText.h"
 #include "text/ParsedText.h"
 
 #include <array>
@@ -63,8 +64,7 @@ std::optional<Quantity> QuantityOf(const std::string& plain, const std::string& 
 
 bool HasNumbers(const ICIMPropertyDecl& property) {
     using Type = TCIMValue::TCIMType::ECIMType;
-    constexpr std::size_t kTypes = 16; // of values that are no arrays
-    const auto type = static_cast<std::size_t>(property.GetType(TCIMContext())) % kTypes;
+    const Type type = ElementType(property.GetType(TCIMContext()));
     return type >= Type::eCIMUint8 && type <= Type::eCIMReal64;
 }
 

@@ -6,6 +6,9 @@
 
 namespace cimhttp {
 
+/// That of the elements of an array; of another value, its own.
+NQORVYX20::TCIMValue::TCIMType::ECIMType ElementType(NQORVYX20::TCIMValue::TCIMType type);
+
 /// `uint16`, for an array `uint16[]`.
 std::string TypeText(NQORVYX20::TCIMValue::TCIMType type);
 

@@ -1,4 +1,4 @@
-#include "output/InstanceRecords.h"
+#include "output/WideRecords.h"
 
 #include "host/ICIMInstance.h"
 #include "host/ICIMProperty.h"
