@@ -54,6 +54,13 @@ class TInmemInstance : public ICIMInstance, public boost::enable_shared_from_thi
     /// Throws TVYXException eNotFound when the class does not declare the property, eTypeMismatch when the value's type
     /// is not the declared one; a null of any type is accepted, and kept as a null of the declared type.
     void SetPropertyValue(const std::string& name, const TCIMValue& value, TCIMContext context) override;
+
+    /// As SetPropertyValue, for one who has the declaration at hand, which must be the one that the class gives, and
+    /// can give the value away. An exception leaves the value as it was.
+    void TakePropertyValue(const boost::shared_ptr<ICIMPropertyDecl const>& declaration, TCIMValue&& value);
+
+    /// Makes room for so many values at once, which saves doing it bit by bit. Changes nothing else.
+    void ExpectValues(std::size_t count);
     void EnumerateProperties(const boost::function<bool(boost::shared_ptr<ICIMProperty>)>& callback,
                              TCIMContext context) override;
 
@@ -72,7 +79,7 @@ class TInmemInstance : public ICIMInstance, public boost::enable_shared_from_thi
     friend class TInmemProperty;
 
     struct TSlot {
-        TSlot(const boost::shared_ptr<ICIMPropertyDecl const>& slotDeclaration, const TCIMValue& slotValue);
+        TSlot(const boost::shared_ptr<ICIMPropertyDecl const>& slotDeclaration, TCIMValue slotValue);
 
         boost::shared_ptr<ICIMPropertyDecl const> declaration;
         TCIMValue value;
@@ -86,11 +93,15 @@ class TInmemInstance : public ICIMInstance, public boost::enable_shared_from_thi
     TCIMValue::TCIMType Check(const ICIMPropertyDecl& declaration, const TCIMValue& value) const;
     /// The slot of the declaration's value, or null when it has none.
     TSlot* FindSlot(const ICIMPropertyDecl& declaration) const;
+    void OwnSlots();
+    void MakeRoom();
     void ExtendIndex();
     std::size_t CountDeclarations() const;
     const TCIMValue* FindValue(const ICIMPropertyDecl& declaration) const;
     const TCIMValue& ReadValue(const ICIMPropertyDecl& declaration) const;
     void StoreValue(const boost::shared_ptr<ICIMPropertyDecl const>& declaration, const TCIMValue& value);
+    template <typename Value>
+    void Store(const boost::shared_ptr<ICIMPropertyDecl const>& declaration, Value&& value);
     void TakeValues(const ICIMInstance& other);
 
     boost::weak_ptr<ICIMClass> class_;

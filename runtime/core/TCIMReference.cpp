@@ -11,6 +11,8 @@ namespace NQORVYX20 {
 namespace {
 
 constexpr std::size_t kMaxSearched = 32; // more keys than that get an index
+constexpr std::size_t kUsualKeys = 4;
+constexpr std::size_t kUsualPath = 256; // bytes
 
 bool IsNameBefore(std::string_view left, std::string_view right) {
     return std::lexicographical_compare(left.begin(), left.end(), right.begin(), right.end(),
@@ -72,6 +74,9 @@ void TCIMReference::AddKeyValue(const std::string& name, const TCIMValue& value)
         keyValues_[place].second = value;
         return;
     }
+    if (keyValues_.size() == 1) {
+        keyValues_.reserve(kUsualKeys); // most paths have one key, or a few
+    }
     keyValues_.emplace_back(name, value);
     ExtendIndex();
 }
@@ -121,6 +126,7 @@ std::string TCIMReference::GetPath() const {
               [](const TKeyValue* left, const TKeyValue* right) { return IsNameBefore(left->first, right->first); });
 
     std::string path;
+    path.reserve(kUsualPath);
     if (!host_.empty()) {
         path.append("//").append(host_).append("/");
     }

@@ -67,9 +67,8 @@ void CallForEach(const TInstances& instances, const boost::function<bool(boost::
 
 } // namespace
 
-TInmemInstance::TSlot::TSlot(const boost::shared_ptr<ICIMPropertyDecl const>& slotDeclaration,
-                             const TCIMValue& slotValue)
-    : declaration(slotDeclaration), value(slotValue) {}
+TInmemInstance::TSlot::TSlot(const boost::shared_ptr<ICIMPropertyDecl const>& slotDeclaration, TCIMValue slotValue)
+    : declaration(slotDeclaration), value(std::move(slotValue)) {}
 
 TInmemInstance::TInmemInstance(boost::shared_ptr<ICIMClass> cls, int layout)
     : class_(cls), number_(NextNumber()), slots_(boost::make_shared<TSlots>()) {
@@ -139,7 +138,17 @@ boost::shared_ptr<ICIMProperty> TInmemInstance::GetProperty(const std::string& n
 }
 
 void TInmemInstance::SetPropertyValue(const std::string& name, const TCIMValue& value, TCIMContext context) {
-    StoreValue(FindDeclaration(name, std::move(context)), value);
+    Store(FindDeclaration(name, std::move(context)), value);
+}
+
+void TInmemInstance::TakePropertyValue(const boost::shared_ptr<ICIMPropertyDecl const>& declaration,
+                                       TCIMValue&& value) {
+    Store(declaration, std::move(value));
+}
+
+void TInmemInstance::ExpectValues(std::size_t count) {
+    OwnSlots();
+    slots_->reserve(count);
 }
 
 void TInmemInstance::EnumerateProperties(const boost::function<bool(boost::shared_ptr<ICIMProperty>)>& callback,
@@ -213,6 +222,45 @@ TInmemInstance::TSlot* TInmemInstance::FindSlot(const ICIMPropertyDecl& declarat
     return slot == slots_->end() ? nullptr : &*slot;
 }
 
+const TCIMValue& TInmemInstance::ReadValue(const ICIMPropertyDecl& declaration) const {
+    const TCIMValue* const own = FindValue(declaration);
+    return own != nullptr ? *own : declaration.GetDefaultValue({});
+}
+
+void TInmemInstance::StoreValue(const boost::shared_ptr<ICIMPropertyDecl const>& declaration, const TCIMValue& value) {
+    Store(declaration, value);
+}
+
+template <typename Value>
+void TInmemInstance::Store(const boost::shared_ptr<ICIMPropertyDecl const>& declaration, Value&& value) {
+    const TCIMValue::TCIMType type = declaration->GetType({});
+    if (value.GetType() != type) {
+        Check(*declaration, value);
+        return Store(declaration, TCIMValue(type, 0)); // a null of another type
+    }
+    OwnSlots();
+    if (TSlot* const slot = FindSlot(*declaration)) {
+        slot->value = std::forward<Value>(value);
+        return;
+    }
+    MakeRoom();
+    slots_->emplace_back(declaration, std::forward<Value>(value));
+    ExtendIndex();
+}
+
+void TInmemInstance::OwnSlots() {
+    if (slots_.use_count() > 1) {
+        slots_ = boost::make_shared<TSlots>(*slots_);
+    }
+}
+
+void TInmemInstance::MakeRoom() {
+    const std::size_t count = slots_->size();
+    if (count == slots_->capacity()) {
+        slots_->reserve(count == 0 ? kFewSlots : std::max(count + kFewSlots, CountDeclarations()));
+    }
+}
+
 void TInmemInstance::ExtendIndex() {
     if (slots_->size() <= kFewSlots) {
         return;
@@ -221,31 +269,6 @@ void TInmemInstance::ExtendIndex() {
         index_ = std::make_unique<TIndex>();
     }
     index_->Extend(*slots_);
-}
-
-const TCIMValue& TInmemInstance::ReadValue(const ICIMPropertyDecl& declaration) const {
-    const TCIMValue* const own = FindValue(declaration);
-    return own != nullptr ? *own : declaration.GetDefaultValue({});
-}
-
-void TInmemInstance::StoreValue(const boost::shared_ptr<ICIMPropertyDecl const>& declaration, const TCIMValue& value) {
-    const TCIMValue::TCIMType type = Check(*declaration, value);
-    if (value.GetType() != type) {
-        return StoreValue(declaration, TCIMValue(type, 0));
-    }
-    if (slots_.use_count() > 1) {
-        slots_ = boost::make_shared<TSlots>(*slots_);
-    }
-    if (TSlot* const slot = FindSlot(*declaration)) {
-        slot->value = value;
-        return;
-    }
-    const std::size_t count = slots_->size();
-    if (count == slots_->capacity()) {
-        slots_->reserve(count == 0 ? kFewSlots : std::max(count + kFewSlots, CountDeclarations()));
-    }
-    slots_->emplace_back(declaration, value);
-    ExtendIndex();
 }
 
 // An instance has few values, or most of those that its class declares: room for neither more nor less saves moving the

@@ -127,7 +127,10 @@ TCIMValue HostKeyValue(const Pegasus::CIMKeyBinding& key, TCIMValue::TCIMType ty
     } else if (key.getType() == Pegasus::CIMKeyBinding::STRING) {
         value = TextOfType(text, type);
     }
-    return value.IsNull() ? KeyValueOfItsKind(key, text) : value;
+    if (value.IsNull()) {
+        return KeyValueOfItsKind(key, text);
+    }
+    return value;
 }
 
 } // namespace NQORVYX20

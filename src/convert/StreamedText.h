@@ -1,5 +1,7 @@
 #pragma once
 
+#include "convert/RemoteText.h"
+
 #include <Pegasus/Client/CIMClient.h>
 
 #include <optional>
@@ -13,16 +15,22 @@ namespace NQORVYX20 {
 class StreamedText {
   public:
     std::string operator()(const Pegasus::String& text) {
+#if __has_include(<Pegasus/Client/ClientLimits.h>)
+        return ToStdString(text); // which the stream output of the project's own library is
+#else
         if (!stream_) {
             stream_.emplace();
         }
         stream_->str(std::string());
         *stream_ << text;
         return stream_->str();
+#endif
     }
 
+#if !__has_include(<Pegasus/Client/ClientLimits.h>)
   private:
     std::optional<std::ostringstream> stream_;
+#endif
 };
 
 } // namespace NQORVYX20

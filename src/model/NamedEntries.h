@@ -1,10 +1,13 @@
 #pragma once
 
+#include "convert/LetterCase.h"
+
 #include <boost/make_shared.hpp>
 #include <boost/shared_ptr.hpp>
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <string>
 #include <type_traits>
@@ -26,17 +29,17 @@ class NamedEntries {
     bool Add(const std::string& name, const TEntry& entry) {
         const std::size_t before = entries_.size();
         entries_.emplace_hint(entries_.end(), name, entry);
-        return IsChanged(entries_.size() != before);
+        return NoteChange(entries_.size() != before);
     }
 
     /// Adds an entry, or puts it in the place of the one of that name.
     void Set(const std::string& name, const TEntry& entry) {
         entries_[name] = entry;
-        ordered_.reset();
+        NoteChange(true);
     }
 
     /// Removes the entry of that name. False when there is none.
-    bool Remove(const std::string& name) { return IsChanged(entries_.erase(name) != 0); }
+    bool Remove(const std::string& name) { return NoteChange(entries_.erase(name) != 0); }
 
     /// The entry of that name, or an empty pointer.
     TEntry Find(const std::string& name) const {
@@ -64,9 +67,12 @@ class NamedEntries {
 
     std::size_t Size() const { return entries_.size(); }
 
+    /// Another number after each change.
+    std::uint64_t Revision() const { return revision_; }
+
     void Clear() {
         entries_.clear();
-        ordered_.reset();
+        NoteChange(true);
     }
 
     // Pairs of names and entries in the order of the Map, for loops that change nothing.
@@ -74,9 +80,10 @@ class NamedEntries {
     auto end() const { return entries_.end(); }
 
   private:
-    bool IsChanged(bool isChanged) {
+    bool NoteChange(bool isChanged) {
         if (isChanged) {
             ordered_.reset();
+            ++revision_;
         }
         return isChanged;
     }
@@ -115,11 +122,13 @@ class NamedEntries {
     static constexpr bool kIsSorted = std::is_same_v<Map, std::map<std::string, TEntry>>;
 
     Map entries_;
+    std::uint64_t revision_ = 0;
     mutable boost::shared_ptr<const TEntries> ordered_; // empty after a change
 };
 
-/// Named entries that are looked up far more often than they change: by hash.
+/// Named entries that are looked up far more often than they change: by hash, in any letter case.
 template <typename Entry>
-using HashedEntries = NamedEntries<Entry, std::unordered_map<std::string, boost::shared_ptr<Entry>>>;
+using HashedEntries =
+    NamedEntries<Entry, std::unordered_map<std::string, boost::shared_ptr<Entry>, HashInAnyCase, EqualInAnyCase>>;
 
 } // namespace NQORVYX20

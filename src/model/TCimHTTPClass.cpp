@@ -237,7 +237,7 @@ TCimHTTPClass::AllocatePropertyDecl(const std::string& name, const TCIMValue& de
 boost::shared_ptr<ICIMPropertyDecl> TCimHTTPClass::GetPropertyDecl(const std::string& name,
                                                                    TCIMContext /*context*/) const {
     if (auto declaration = propertyDecls_.Find(name)) {
-        return declaration; // the name is in its normal form, as those of fetched values are
+        return declaration; // a valid name, since its letters are those of one
     }
     return propertyDecls_.Find(NormalizeName(name, names_));
 }

@@ -8,6 +8,7 @@
 #include <boost/enable_shared_from_this.hpp>
 #include <boost/weak_ptr.hpp>
 
+#include <cstdint>
 #include <set>
 #include <string>
 #include <vector>
@@ -80,6 +81,9 @@ class TCimHTTPClass : public ICIMClass, public boost::enable_shared_from_this<TC
     /// nothing, when the name is taken.
     bool KeepPropertyDecl(const std::string& key, const boost::shared_ptr<ICIMPropertyDecl>& declaration);
     bool KeepMethodDecl(const std::string& key, const boost::shared_ptr<ICIMMethodDecl>& declaration);
+
+    /// Another number after each change of the property declarations.
+    std::uint64_t PropertyRevision() const { return propertyDecls_.Revision(); }
 
     /// How many instances were added under paths of their own.
     std::size_t CountInstances() const { return instances_.Size(); }

@@ -11,8 +11,10 @@
 #include "host/ICIMParameterDecl.h"
 #include "host/ICIMPropertyDecl.h"
 #include "host/TVYXException.h"
+#include "model/DeclaredValue.h"
 #include "model/Required.h"
 #include "model/TCimHTTPClass.h"
+#include "model/TCimHTTPInstance.h"
 #include "reading/LimitExceeded.h"
 #include "reading/ReadingReport.h"
 #include "reading/RemoteFailures.h"
@@ -25,6 +27,7 @@
 #include <Pegasus/Client/CIMClient.h>
 
 #include <optional>
+#include <typeinfo>
 #include <utility>
 #include <vector>
 
@@ -48,6 +51,31 @@ ReadingIncident IncidentOf(const TCimHTTPClass& cls, ReadingIncident::Cause caus
                            const std::string& property, const std::string& reason) {
     return {cause, cls.GetName(TCIMContext()), path, property, reason};
 }
+
+/// An instance that gets its values: one of this very class without looking up its declarations again, another one by
+/// name.
+class TFilling {
+  public:
+    TFilling(ICIMInstance& instance, std::size_t count)
+        : instance_(instance),
+          own_(typeid(instance) == typeid(TCimHTTPInstance) ? static_cast<TCimHTTPInstance*>(&instance) : nullptr) {
+        if (own_ != nullptr) {
+            ExpectValues(*own_, count);
+        }
+    }
+
+    void Set(const RemoteNames::TName& name, TCIMValue&& value) {
+        if (own_ != nullptr && name.declaration) {
+            StoreDeclaredValue(*own_, name.declaration, name.normalized, std::move(value));
+        } else {
+            instance_.SetPropertyValue(name.normalized, value, TCIMContext());
+        }
+    }
+
+  private:
+    ICIMInstance& instance_;
+    TCimHTTPInstance* own_;
+};
 
 } // namespace
 
@@ -288,7 +316,7 @@ void CompatibleReading::FetchInstances(TCimHTTPClass& cls, bool deep) {
 
 void CompatibleReading::FileInstances(TCimHTTPClass& cls, bool deep) {
     auto remotes = LockNamespace()->Server().EnumerateLocalInstances(cls.GetName(TCIMContext()), deep);
-    RemoteNames names;
+    RemoteNames names(cls);
     StreamedText texts;
     for (Pegasus::Uint32 i = 0; i < remotes.size(); ++i) {
         AddInstance(cls, std::exchange(remotes[i], {}), names, texts); // gives its memory to what is made of it
@@ -299,14 +327,16 @@ void CompatibleReading::AddInstance(TCimHTTPClass& cls, const Pegasus::CIMInstan
                                     StreamedText& texts) {
     ReadingReport& report = LockNamespace()->Report();
     const auto instance = cls.AllocateInstance(TCIMContext());
+    TFilling filling(*instance, remote.getPropertyCount());
     for (Pegasus::Uint32 i = 0; i < remote.getPropertyCount(); ++i) {
         auto property = remote.getProperty(i);
         try {
-            const std::string& name = names.Normalized(i, property.getName());
+            const RemoteNames::TName& name = names.At(i, property.getName());
             TCIMValue value;
             pegValToVYX(property.getValue(), property.getType(), property.isArray(), texts, value);
-            instance->SetPropertyValue(name, value, TCIMContext());
-            if (value.IsNull() && !property.getValue().isNull()) {
+            const bool isNull = value.IsNull();
+            filling.Set(name, std::move(value));
+            if (isNull && !property.getValue().isNull()) {
                 report.Add(IncidentOf(cls, ReadingIncident::Cause::kBadValue, ToStdString(remote.getPath().toString()),
                                       ToStdString(property.getName()),
                                       "a compatible namespace has no embedded objects and no arrays of references"));

@@ -8,6 +8,9 @@
 #include "host/ICIMPropertyDecl.h"
 #include "host/TVYXException.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace NQORVYX20 {
 
 namespace {
@@ -18,6 +21,12 @@ constexpr unsigned char kDecimal = 10;
 
 /// What separates the parts of a key; no part has one.
 constexpr char kSeparator = '\0';
+
+constexpr std::size_t kUsualKey = 256; // bytes
+
+void AppendInLowerCase(std::string& key, const std::string& text) {
+    std::transform(text.begin(), text.end(), std::back_inserter(key), ToLower);
+}
 
 /// The type that a class declares for a key; unknown for one that it does not have.
 TCIMValue::TCIMType DeclaredType(const ICIMClass& cls, const std::string& name) {
@@ -73,13 +82,15 @@ InstancePath PathOf(const Pegasus::CIMObjectPath& path, const ICIMClass& cls, co
     }
     const std::string className = ToStdString(path.getClassName());
     result.reference.SetClassName(className);
-    result.key += LowerCase(className);
+    result.key.reserve(kUsualKey);
+    AppendInLowerCase(result.key, className);
     const auto& keys = path.getKeyBindings();
     for (Pegasus::Uint32 i = 0; i < keys.size(); ++i) {
         const std::string name = ToStdString(keys[i].getName());
         const TCIMValue value = HostKeyValue(keys[i], DeclaredType(cls, name));
         result.reference.AddKeyValue(name, value);
-        result.key += kSeparator + LowerCase(name) + kSeparator + value.ToString(kDecimal);
+        AppendInLowerCase(result.key += kSeparator, name);
+        (result.key += kSeparator) += value.ToString(kDecimal);
     }
     return result;
 }

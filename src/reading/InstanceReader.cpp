@@ -4,6 +4,7 @@
 #include "convert/RemoteText.h"
 #include "host/ICIMPropertyDecl.h"
 #include "host/TVYXException.h"
+#include "model/DeclaredValue.h"
 #include "model/TCimHTTPClass.h"
 #include "model/TFaithfulInstance.h"
 #include "reading/InstancePath.h"
@@ -60,16 +61,15 @@ void CheckName(const InstanceShape::TName& name) {
 
 void SetValue(TFaithfulInstance& instance, const InstanceShape::TName& name, const Pegasus::CIMProperty& property) {
     CheckName(name);
-    const auto declaration = instance.GetClass(TCIMContext())->GetPropertyDecl(name.normalized, TCIMContext());
-    if (!declaration) {
+    if (!name.declaration) {
         throw TRefusal{Cause::kUndeclaredProperty, "the class does not declare the property"};
     }
     if (property.getValue().isNull()) {
         return; // which a new instance's property is
     }
-    const TCIMValue value = ValueOf(property);
-    CheckType(*declaration, value);
-    instance.SetPropertyValue(name.normalized, value, TCIMContext());
+    TCIMValue value = ValueOf(property);
+    CheckType(*name.declaration, value);
+    StoreDeclaredValue(instance, name.declaration, name.normalized, std::move(value));
     auto embedded = EmbeddedObjectsIn(property.getValue());
     if (!embedded.empty()) {
         instance.KeepEmbedded(name.normalized, std::move(embedded));
@@ -81,7 +81,8 @@ void SetValue(TFaithfulInstance& instance, const InstanceShape::TName& name, con
 boost::shared_ptr<TFaithfulInstance>
 InstanceReader::Read(Pegasus::CIMInstance& remote, const boost::shared_ptr<TCimHTTPClass>& cls, InstancePath path) {
     auto instance = boost::make_shared<TFaithfulInstance>(cls, std::move(path.reference));
-    shape_.Fit(remote);
+    ExpectValues(*instance, remote.getPropertyCount());
+    shape_.Fit(remote, cls);
     for (Pegasus::Uint32 i = 0; i < remote.getPropertyCount(); ++i) {
         const Pegasus::CIMProperty property = remote.getProperty(i);
         try {

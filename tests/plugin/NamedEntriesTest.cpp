@@ -5,6 +5,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <set>
+#include <string>
+#include <vector>
+
 using namespace NQORVYX20;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -68,6 +73,32 @@ TEST(NamedEntries, AreWalkedInTheOrderOfTheirNamesAlsoWhereTheyAreFoundByHash) {
     EXPECT_EQ(texts, expected);
     EXPECT_EQ(entries.Ordered()->size(), 100U);
     EXPECT_EQ(*entries.Find("150"), "150");
+}
+
+TEST(NamedEntries, AreFoundByHashInAnyLetterCase) {
+    HashedEntries<std::string> entries;
+    entries.Add("otherenabledstate", Text("state"));
+    EXPECT_EQ(*entries.Find("OtherEnabledState"), "state");
+    EXPECT_FALSE(entries.Find("OtherEnabledStat"));
+    EXPECT_FALSE(entries.Find("OtherEnabledStatf"));
+    EXPECT_FALSE(entries.Add("OTHERENABLEDSTATE", Text("another")));
+}
+
+TEST(NamedEntries, HaveAnotherRevisionAfterEachChange) {
+    Texts entries;
+    std::vector<std::uint64_t> revisions{entries.Revision()};
+    const auto note = [&] { revisions.push_back(entries.Revision()); };
+    entries.Add("a", Text("1"));
+    note();
+    entries.Set("a", Text("2"));
+    note();
+    entries.Remove("a");
+    note();
+    entries.Clear();
+    note();
+    EXPECT_EQ(std::set<std::uint64_t>(revisions.begin(), revisions.end()).size(), revisions.size());
+    entries.Remove("a");
+    EXPECT_EQ(entries.Revision(), revisions.back());
 }
 
 TEST(NamedEntries, KeepTheEntryWhoseNameIsTaken) {

@@ -239,6 +239,34 @@ TEST_F(PulledReadingTest, BeyondTheHeldCountInstancesComeInTheServersOrderAsThey
     EXPECT_THAT(nameSpace->TakeIncidents().First(), IsEmpty());
 }
 
+TEST_F(PulledReadingTest, APropertyThatTheHostDeclaresBetweenPortionsIsThereFromTheNextOn) {
+    const auto withLabel = [](const std::string& name) {
+        std::string xml = InstanceWithPathXml(name);
+        return xml.insert(xml.find("</INSTANCE>"), PropertyXml("Label", "string", ValueXml("of " + name)));
+    };
+    server_.AnswerPortion("OpenEnumerateInstances", kClass, withLabel("a") + withLabel("b"), "next");
+    server_.AnswerPortion("PullInstancesWithPath", "next", withLabel("c"), "");
+    const auto nameSpace = Faithful();
+    const auto cls = nameSpace->GetClass(kClass, TCIMContext());
+    std::vector<std::string> labels;
+    cls->EnumerateInstances(
+        [&](const boost::shared_ptr<ICIMInstance>& instance) {
+            if (NameOf(*instance) == "b") {
+                const TCIMValue none(TCIMValue::TCIMType::eCIMString, 0);
+                cls->AddPropertyDecl(cls->AllocatePropertyDecl("Label", none, TCIMContext()));
+            } else if (NameOf(*instance) == "c") {
+                labels.push_back(
+                    static_cast<std::string>(instance->GetProperty("Label", TCIMContext())->GetValue(TCIMContext())));
+            }
+            return true;
+        },
+        true, Held(1));
+    EXPECT_THAT(labels, ElementsAre("of c"));
+    const auto incidents = nameSpace->TakeIncidents();
+    ASSERT_THAT(incidents.First(), SizeIs(2));
+    EXPECT_EQ(incidents.First()[1].cause, Cause::kUndeclaredProperty);
+}
+
 TEST_F(PulledReadingTest, BeyondTheHeldCountARepeatedInstanceComesEachTime) {
     ServePortions({{"d", "d"}, {"b"}, {"a"}});
     const auto nameSpace = Faithful();

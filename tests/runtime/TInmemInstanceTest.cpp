@@ -145,6 +145,18 @@ TEST_F(TInmemInstanceTest, AcceptsANullOfAnyTypeAsItsOwnValue) {
     EXPECT_FALSE(size->IsDefaultValue({}));
 }
 
+TEST_F(TInmemInstanceTest, TakesAValueForADeclarationThatItsCallerHasAtHand) {
+    const auto disk = disk_->Add({});
+    const auto id = disk_->GetPropertyDecl("DeviceID", {});
+    disk->TakePropertyValue(id, TCIMValue("sda, a text too long to be kept in place"));
+    EXPECT_EQ(TextOf(*disk, "DeviceID"), "sda, a text too long to be kept in place");
+    EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, disk->TakePropertyValue(id, TCIMValue(1)));
+    EXPECT_EQ(TextOf(*disk, "DeviceID"), "sda, a text too long to be kept in place");
+    disk->TakePropertyValue(id, TCIMValue(TType::eCIMUint64, 0));
+    EXPECT_TRUE(disk->GetProperty("DeviceID", {})->GetValue({}).IsNull());
+    EXPECT_EQ(disk->GetProperty("DeviceID", {})->GetValue({}).GetType(), TType::eCIMString);
+}
+
 TEST_F(TInmemInstanceTest, KnowsOneLayoutOnly) {
     EXPECT_STATUS(TVYXStatusCode::eTypeMismatch, boost::make_shared<TTestInstance>(disk_, 2));
     EXPECT_THAT(log_->Lines(), ElementsAre("error TInmemInstance: there is no layout 2"));
@@ -346,6 +358,7 @@ TEST_F(TInmemPropertyTest, KeepsAReadValueGoodWhileOtherPropertiesChange) {
     const TCIMValue& value = id->GetValue({});
     disk->SetPropertyValue("Size", 1ULL, {});
     disk->SetPropertyValue("Labels", TCIMValue(TType::eCIMString, 0, {"a"}), {});
+    disk->ExpectValues(100);
     disk->ModifyInstance(disk_->Add({}), {});
     EXPECT_EQ(value, TCIMValue("sda, a text too long to be kept in place"));
 }
