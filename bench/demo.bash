@@ -1,8 +1,10 @@
 # shellcheck shell=bash
 # A demo server for scripts that measure or show the command-line program. A script sources this file and then calls
 #   start_demo [OPTION...]
-#   start_link MILLISECONDS       if it needs a server that is far away
+#   start_link MILLISECONDS [LOST]       if it needs a server that is far away
 # It stops all, and removes the folder `scratch`, at the end of the script.
+
+demo_links=()
 
 fail() {
     echo "${0##*/}: $*" >&2
@@ -11,7 +13,7 @@ fail() {
 
 end_demo() {
     local process
-    for process in ${demo_link-} ${demo_server-}; do
+    for process in "${demo_links[@]}" ${demo_server-}; do
         kill "$process" 2>/dev/null || true
         wait "$process" 2>/dev/null || true
     done
@@ -47,14 +49,15 @@ start_demo() {
     fail "the demo server did not start on $address"
 }
 
-# start_link MILLISECONDS: the same server at `far_address`, over a link that takes so long one way. Needs bench_delay.
+# start_link MILLISECONDS [LOST]: the same server at `far_address`, over a link that takes so long one way and loses so
+# many of a hundred segments. Needs bench_delay.
 start_link() {
-    far_address=127.77.${address#127.76.}
-    build/release/bench/delay "$far_address" "$address" 5988 "$1" >"$scratch/link-log" 2>&1 &
-    demo_link=$!
+    far_address=127.$((77 + ${#demo_links[@]})).${address#127.76.}
+    build/release/bench/delay "$far_address" "$address" 5988 "$@" >"$scratch/link-log" 2>&1 &
+    demo_links+=($!)
     for _ in $(seq 100); do
         grep -q ready "$scratch/link-log" && return
-        kill -0 "$demo_link" 2>/dev/null || break
+        kill -0 $! 2>/dev/null || break
         sleep 0.1
     done
     cat "$scratch/link-log" >&2
