@@ -32,6 +32,13 @@ std::string ScalarXml(const std::string& name, const std::string& type, const st
     return "<PROPERTY NAME=\"" + name + "\" TYPE=\"" + type + "\"><VALUE>" + value + "</VALUE></PROPERTY>";
 }
 
+/// The JSON that a page has under a name.
+json InPage(const std::string& page, const std::string& id) {
+    const std::string begin = "<script type=\"application/json\" id=\"" + id + "\">";
+    const auto from = page.find(begin) + begin.size();
+    return json::parse(page.substr(from, page.find("</script>", from) - from));
+}
+
 /// `keys` are those of the path.
 std::string InstanceWithKeysXml(const std::string& cls, const std::string& keys, const std::string& properties) {
     return "<VALUE.NAMEDINSTANCE><INSTANCENAME CLASSNAME=\"" + cls + "\">" + keys +
@@ -464,6 +471,46 @@ TEST_F(CollectTest, OutWritesTheFileInsteadOfTheOutput) {
     EXPECT_EQ(run.output, "");
     EXPECT_EQ(ReadFile(Path("result.json")), Collect(Document({"TEST_Fan"})).output);
     ExpectNothingLeftBeside({"requested.xml", "result.json"});
+}
+
+TEST_F(CollectTest, HtmlWritesAPageThatHasTheDocumentInsteadOfTheOutput) {
+    const auto run = Collect(Document({"TEST_Fan"}), {"--html", Path("result.html")});
+    EXPECT_EQ(run.status, 0) << run.errors;
+    EXPECT_EQ(run.output, "");
+    ExpectNothingLeftBeside({"requested.xml", "result.html"});
+    const std::string page = ReadFile(Path("result.html"));
+    EXPECT_THAT(page, StartsWith("<!DOCTYPE html>"));
+    EXPECT_THAT(page, EndsWith("</html>\n"));
+    EXPECT_EQ(InPage(page, "document"), json::parse(Collect(Document({"TEST_Fan"})).output));
+    const json facts = InPage(page, "about");
+    EXPECT_THAT(facts.at("program").get<std::string>(), StartsWith("cimhttp "));
+    EXPECT_EQ(facts.at("losses"), json::array());
+}
+
+TEST_F(CollectTest, HtmlAndOutWriteBothFiles) {
+    const auto run = Collect(Document({"TEST_Fan"}), {"--html", Path("result.html"), "--out", Path("result.json")});
+    EXPECT_EQ(run.status, 0) << run.errors;
+    EXPECT_EQ(run.output, "");
+    EXPECT_EQ(InPage(ReadFile(Path("result.html")), "document"), json::parse(ReadFile(Path("result.json"))));
+}
+
+TEST_F(CollectTest, APageNamesWhatCouldNotBeRead) {
+    const auto run = Collect(Document({"TEST_Fan", "TEST_Absent"}), {"--html", Path("result.html")});
+    EXPECT_EQ(run.status, 7);
+    const std::string page = ReadFile(Path("result.html"));
+    EXPECT_EQ(InPage(page, "document").at("complete"), false);
+    const json losses = InPage(page, "about").at("losses");
+    ASSERT_EQ(losses.size(), 1U);
+    EXPECT_EQ(run.errors, "cimhttp: " + losses[0].get<std::string>() + "\n");
+    EXPECT_THAT(run.errors, HasSubstr("TEST_Absent"));
+}
+
+TEST_F(CollectTest, AFailureLeavesTheOldPageWhole) {
+    const std::string file = directory_.WriteFile("result.html", "old");
+    server_.Stop();
+    EXPECT_EQ(Collect(Document({"TEST_Fan"}), {"--html", file}).status, 3);
+    EXPECT_EQ(ReadFile(file), "old");
+    ExpectNothingLeftBeside({"requested.xml", "result.html"});
 }
 
 TEST_F(CollectTest, AFileThatIsReplacedKeepsItsPermissions) {

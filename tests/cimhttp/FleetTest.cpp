@@ -544,6 +544,28 @@ TEST_F(FleetTest, CollectWritesAFileForEachServerWhereItsNameIsInTheFiles) {
     EXPECT_EQ(support::ParsedJson(support::ReadFile(fleet_.Path("rack3.json"))).at("server"), "rack3");
 }
 
+TEST_F(FleetTest, CollectWritesAPageForEachServer) {
+    fleet_.Add("rack1", {"a", "b"});
+    fleet_.AddDead("rack2");
+    const std::string document = fleet_.WriteFile("requested.xml", kDocument);
+    fleet_.WriteFile("rack2.html", "as it was\n");
+    const auto run = fleet_.Run({"-c", "rack*", "collect", document, "--html", fleet_.Path("{server}.html")});
+    EXPECT_EQ(run.status, 8);
+    EXPECT_EQ(run.output, "");
+    EXPECT_THAT(support::ReadFile(fleet_.Path("rack1.html")), StartsWith("<!DOCTYPE html>"));
+    EXPECT_EQ(support::ReadFile(fleet_.Path("rack2.html")), "as it was\n");
+}
+
+TEST_F(FleetTest, CollectMakesNoPageOfSeveralServersTogether) {
+    const auto& server = fleet_.Add("rack1", {"a"});
+    fleet_.Add("rack2", {"b"});
+    const std::string document = fleet_.WriteFile("requested.xml", kDocument);
+    const auto run = fleet_.Run({"-c", "rack*", "collect", document, "--html", fleet_.Path("all.html")});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_THAT(run.errors, HasSubstr("--html needs {server} in the file's name"));
+    EXPECT_EQ(server.ConnectionCount(), 0U);
+}
+
 TEST_F(FleetTest, CollectComplainsOfItsDocumentOnce) {
     const auto& server = fleet_.Add("rack1", {"a"});
     fleet_.Add("rack2", {"b"});

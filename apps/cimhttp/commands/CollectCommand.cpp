@@ -1,6 +1,7 @@
 #include "Failure.h"
 #include "Options.h"
 #include "commands/Collection.h"
+#include "commands/CollectionReport.h"
 #include "commands/Collector.h"
 #include "commands/Commands.h"
 #include "commands/FleetContext.h"
@@ -107,19 +108,27 @@ RequestedClasses ReadDocument(const Plugin& plugin, const std::string& path) {
     return requested;
 }
 
-void ReportFailures(Collector& collector, ProgressBar& bar, std::ostream& errors) {
+/// What could not be read, a line each, as the error stream says it.
+using Losses = std::vector<std::string>;
+
+void ReportLosses(const Losses& losses, std::ostream& errors) {
+    for (const std::string& loss : losses) {
+        errors << "cimhttp: " << Printable(loss) << std::endl;
+    }
+}
+
+void ReportFailures(Collector& collector, ProgressBar& bar, std::ostream& errors, Losses& losses) {
     const auto failures = collector.TakeFailures();
     if (!failures.empty()) {
         bar.Clear();
     }
-    for (const std::string& failure : failures) {
-        errors << "cimhttp: " << Printable(failure) << std::endl;
-    }
+    ReportLosses(failures, errors);
+    losses.insert(losses.end(), failures.begin(), failures.end());
 }
 
 /// Waits until everything is read, or the user does not want to wait any more: that is when Interrupted() is true.
 /// Returns whether the collector has ended.
-bool Watch(Collector& collector, std::size_t classCount, const CommandContext& context) {
+bool Watch(Collector& collector, std::size_t classCount, const CommandContext& context, Losses& losses) {
     std::ostream& errors = context.errors;
     ProgressBar bar(context.ShowsProgress() ? &errors : nullptr, context.options.errorStreamWidth, classCount);
     const auto begin = std::chrono::steady_clock::now();
@@ -128,23 +137,23 @@ bool Watch(Collector& collector, std::size_t classCount, const CommandContext& c
         bar.Show(progress.classesDone, progress.instances,
                  std::chrono::duration_cast<std::chrono::seconds>(std::chrono::steady_clock::now() - begin));
         progress = collector.Wait(kLookInterval);
-        ReportFailures(collector, bar, errors);
+        ReportFailures(collector, bar, errors, losses);
     }
     if (!progress.hasEnded) {
         collector.Stop();
         progress = collector.Wait(kGrace);
-        ReportFailures(collector, bar, errors);
+        ReportFailures(collector, bar, errors, losses);
     }
     return progress.hasEnded;
 }
 
 /// Waits until everything is read of one of several servers, whose time is bounded.
-void AwaitEnd(Collector& collector, std::ostream& errors) {
+Losses AwaitEnd(Collector& collector, std::ostream& errors) {
     while (!collector.Wait(kLookInterval).hasEnded) {
     }
-    for (const std::string& failure : collector.TakeFailures()) {
-        errors << "cimhttp: " << Printable(failure) << '\n';
-    }
+    Losses losses = collector.TakeFailures();
+    ReportLosses(losses, errors);
+    return losses;
 }
 
 /// The line of a server of which nothing is there.
@@ -169,18 +178,18 @@ void WriteLines(ServerOutcome& outcome, std::ostream& output) {
 }
 
 /// Says why the reading has ended before the last class. Throws that when nothing was read.
-void ReportEarlyEnd(const Collector& collector, const Collection& collection, std::ostream& errors) {
+void ReportEarlyEnd(const Collector& collector, const Collection& collection, std::ostream& errors, Losses& losses) {
+    const std::size_t known = losses.size();
     if (const auto end = collector.EarlyEnd()) {
         if (collection.classes.empty()) {
             throw Failure(*end);
         }
-        errors << "cimhttp: " << Printable(end->what()) << "\ncimhttp: the classes after it are not asked for"
-               << std::endl;
+        losses.insert(losses.end(), {end->what(), "the classes after it are not asked for"});
     }
     if (Interrupted() && !collection.complete && !collection.isOneOfSeveral) {
-        errors << "cimhttp: interrupted; what was read of " << Printable(collection.server) << " is written"
-               << std::endl;
+        losses.push_back("interrupted; what was read of " + collection.server + " is written");
     }
+    ReportLosses({losses.begin() + static_cast<std::ptrdiff_t>(known), losses.end()}, errors);
 }
 
 void Write(const Collection& collection, const ValueTexts& texts, const std::optional<OutputFile>& file,
@@ -194,23 +203,40 @@ void Write(const Collection& collection, const ValueTexts& texts, const std::opt
     }
 }
 
+void WritePage(const Collection& collection, const ValueTexts& texts, const Losses& losses, const OutputFile& file) {
+    file.Replace([&](std::ostream& stream) { WriteReport(collection, texts, losses, stream); });
+}
+
+Losses WithIncidents(Losses losses, const Collector& collector) {
+    const IncidentTally incidents = collector.Incidents();
+    if (!incidents.IsEmpty()) {
+        losses.push_back(incidents.Text());
+    }
+    return losses;
+}
+
 /// `collect FILE`: connects as a requested-class document and the options say, reads the classes that the document
-/// names with all their instances, and writes one JSON document to the output or to a file. The error stream gets one
-/// line for each class that cannot be read, and shows the progress on a terminal. The exit status tells when a class is
-/// missing.
+/// names with all their instances, and writes one JSON document to the output or to a file, or a page for a browser.
+/// The error stream gets one line for each class that cannot be read, and shows the progress on a terminal. The exit
+/// status tells when a class is missing.
 class CollectCommand : public Command {
   public:
     CommandDescription Describe() override {
-        return {"collect",
-                "Write the classes that a document names, with all instances, as JSON",
-                {{"FILE", "The requested-class document", true, &document_}},
-                {{"--out", "FILE",
-                  "The file to write or replace; the standard output without it. With {server} in its name, a file for "
-                  "each of several servers",
-                  &outFile_}},
-                {OutputFormat::kJson},
-                "cimhttp --host server.example collect requested.xml --out collected.json",
-                kNotes};
+        return {
+            "collect",
+            "Write the classes that a document names, with all instances, as JSON or as a page",
+            {{"FILE", "The requested-class document", true, &document_}},
+            {{"--out", "FILE",
+              "The file to write or replace; the standard output without it. With {server} in its name, a file for "
+              "each of several servers",
+              &outFile_},
+             {"--html", "FILE",
+              "A page for a browser to write or replace, with everything in it, instead of the JSON; beside it with "
+              "--out. With {server} in its name, a file for each of several servers",
+              &pageFile_}},
+            {OutputFormat::kJson},
+            "cimhttp --host server.example collect requested.xml --out collected.json",
+            kNotes};
     }
 
     int Run(const CommandContext& context) override {
@@ -220,15 +246,23 @@ class CollectCommand : public Command {
         const Plugin plugin(context.options.plugin);
         const auto requested = ReadDocument(plugin, document_);
         const Connection connection = ConnectionOf(context.options, requested.settings, document_);
-        const auto file = outFile_.empty() ? std::nullopt : std::optional<OutputFile>(outFile_);
+        const auto file = FileNamed(outFile_);
+        const auto page = FileNamed(pageFile_);
         const auto names = DistinctNames(requested.names);
         const Session session = context.ConnectTo(plugin, connection);
         const InterruptScope interrupts;
         Collector collector(session, names);
-        const bool hasEnded = Watch(collector, names.size(), context);
+        Losses losses;
+        const bool hasEnded = Watch(collector, names.size(), context, losses);
         const Collection collection = collector.Collected();
-        ReportEarlyEnd(collector, collection, context.errors);
-        Write(collection, ValueTexts(plugin.Access(), context.options.textForm), file, context.output);
+        ReportEarlyEnd(collector, collection, context.errors, losses);
+        const ValueTexts texts(plugin.Access(), context.options.textForm);
+        if (file || !page) {
+            Write(collection, texts, file, context.output);
+        }
+        if (page) {
+            WritePage(collection, texts, WithIncidents(losses, collector), *page);
+        }
         ReportIncidents(collector.Incidents(), context);
         if (!hasEnded) {
             std::_Exit(Failure::kIncomplete); // the thread that waits for the server cannot be ended otherwise
@@ -239,6 +273,10 @@ class CollectCommand : public Command {
     /// A file for each server, or one, or the output, with a line for each.
     int RunForFleet(const FleetContext& context) override {
         ReadDocument(Plugin(context.options.plugin), document_); // complains once
+        CheckPagesOf(context);
+        if (!pageFile_.empty() && outFile_.empty()) {
+            return ReadFleet(*this, context, OutputFormat::kJson, [](ServerOutcome&) {});
+        }
         if (IsServerFilePattern(outFile_)) {
             return CollectIntoFiles(context);
         }
@@ -261,6 +299,24 @@ class CollectCommand : public Command {
     }
 
   private:
+    static std::optional<OutputFile> FileNamed(const std::string& name) {
+        return name.empty() ? std::nullopt : std::optional<OutputFile>(name);
+    }
+
+    /// Complains before anything is read.
+    void CheckPagesOf(const FleetContext& context) const {
+        if (pageFile_.empty()) {
+            return;
+        }
+        if (!IsServerFilePattern(pageFile_)) {
+            throw Failure(Failure::kUsage,
+                          "--html needs {server} in the file's name: each of several servers has a page of its own");
+        }
+        for (const FleetServer& server : context.servers) {
+            const OutputFile file(ServerFile(pageFile_, server.name));
+        }
+    }
+
     int CollectIntoFiles(const FleetContext& context) {
         for (const FleetServer& server : context.servers) {
             const OutputFile file(ServerFile(outFile_, server.name)); // complains before anything is read
@@ -279,17 +335,23 @@ class CollectCommand : public Command {
         const auto requested = ReadDocument(plugin, document_);
         const Session session = context.ConnectTo(plugin, ConnectionOf(context.options, requested.settings, document_));
         Collector collector(session, DistinctNames(requested.names), context.options.server);
-        AwaitEnd(collector, context.errors);
+        Losses losses = AwaitEnd(collector, context.errors);
         Collection collection = collector.Collected();
         collection.isOneOfSeveral = true;
-        ReportEarlyEnd(collector, collection, context.errors);
-        WriteJson(collection, ValueTexts(plugin.Access(), context.options.textForm), context.output);
+        ReportEarlyEnd(collector, collection, context.errors, losses);
+        const ValueTexts texts(plugin.Access(), context.options.textForm);
+        WriteJson(collection, texts, context.output);
+        if (!pageFile_.empty()) {
+            WritePage(collection, texts, WithIncidents(losses, collector),
+                      OutputFile(ServerFile(pageFile_, *context.options.server)));
+        }
         ReportIncidents(collector.Incidents(), context);
         return collection.complete ? 0 : Failure::kIncomplete;
     }
 
     std::string document_;
-    std::string outFile_; ///< empty for the output
+    std::string outFile_;  ///< empty for the output
+    std::string pageFile_; ///< empty for none
 };
 
 } // namespace

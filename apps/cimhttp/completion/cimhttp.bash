@@ -48,7 +48,7 @@ _cimhttp_read_line() {
                 [[ ${words[i]} == --key && $command == instance ]] || server+=("${words[i]}" "${words[i + 1]}")
                 i=$((i + 1))
                 ;;
-            -o | --units | --timeout | --parallel | --plugin | --log | --trace | --output | --property | --where | --sort | --limit | --class | --out | \
+            -o | --units | --timeout | --parallel | --plugin | --log | --trace | --output | --property | --where | --sort | --limit | --class | --out | --html | \
                 --interval | --count | --role | --result-class | --result-role | --depth | --warning | --critical | --ignore | \
                 --listen | --modules | --suggest | --allow-hosts | --web-config | --max-series | --max-bytes | --definitions-ttl)
                 i=$((i + 1))
@@ -157,7 +157,7 @@ _cimhttp_offer_options() {
         watch) _cimhttp_offer_words --interval --count --property --where ;;
         check) _cimhttp_offer_words --where --warning --critical --ignore ;;
         exporter) _cimhttp_offer_words --listen --modules --suggest --allow-hosts --web-config --max-series --max-bytes --definitions-ttl ;;
-        collect) _cimhttp_offer_words --out ;;
+        collect) _cimhttp_offer_words --out --html ;;
         connection) _cimhttp_offer_words --store-password ;;
     esac
 }
@@ -194,7 +194,7 @@ _cimhttp() {
         --units) _cimhttp_offer_words scaled exact ;;
         --log) _cimhttp_offer_words error warning info debug ;;
         --class | --result-class | --suggest) _cimhttp_offer_classes ;;
-        --password-file | --plugin | --trace | --out | --ca | --cert | --modules | --web-config) _cimhttp_offer_files ;;
+        --password-file | --plugin | --trace | --out | --html | --ca | --cert | --modules | --web-config) _cimhttp_offer_files ;;
         --host) mapfile -t COMPREPLY < <(compgen -A hostname -- "$current") ;;
         --key) if [[ $command == instance ]]; then _cimhttp_offer_keys; else _cimhttp_offer_files; fi ;;
         --property) _cimhttp_offer_property_list ;;

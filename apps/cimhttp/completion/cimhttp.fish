@@ -229,4 +229,5 @@ complete -c cimhttp -n '__cimhttp_is exporter' -l max-series -x -d 'Series of on
 complete -c cimhttp -n '__cimhttp_is exporter' -l max-bytes -x -d 'Bytes from one server in a scrape at most'
 complete -c cimhttp -n '__cimhttp_is exporter' -l definitions-ttl -x -d 'How long definitions are kept'
 complete -c cimhttp -n '__cimhttp_is collect' -l out -r -F -d 'File to write'
+complete -c cimhttp -n '__cimhttp_is collect' -l html -r -F -d 'Page for a browser to write'
 complete -c cimhttp -n '__cimhttp_is connection' -l store-password -d 'Keep the password, in plain text'

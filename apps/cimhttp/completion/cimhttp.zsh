@@ -194,7 +194,7 @@ _cimhttp_describe_command() {
                 '--max-bytes=[bytes from one server in a scrape at most]:number:'
                 '--definitions-ttl=[how long definitions are kept]:seconds:')
             ;;
-        collect) options=('--out=[file to write]:file:_files') places=(_files) ;;
+        collect) options=('--out=[file to write]:file:_files' '--html=[page for a browser to write]:file:_files') places=(_files) ;;
         connection)
             options=('--store-password[keep the password, in plain text]')
             places=('(add list remove test known forget)' _cimhttp_connection_names)

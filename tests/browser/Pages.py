@@ -1,0 +1,106 @@
+"""What the tests of pages have in common: a demo server, the program, a browser."""
+import os
+import pathlib
+import subprocess
+import sys
+import tempfile
+import unittest
+from xml.sax.saxutils import escape
+
+try:
+    from selenium import webdriver
+    from selenium.webdriver.chrome.service import Service
+    from selenium.webdriver.support.ui import WebDriverWait
+except ImportError:
+    print("skipped: there is no Selenium; ./setup --browser installs it")
+    sys.exit(77)
+if not all(os.path.exists(os.environ.get(program, "")) for program in ("CHROMIUM", "CHROMEDRIVER")):
+    print("skipped: there is no Chromium; ./setup --browser installs it")
+    sys.exit(77)
+
+CIMHTTP = os.environ["CIMHTTP_PROGRAM"]
+DEMO_SERVER = os.environ["CIMHTTP_DEMO_SERVER"]
+PATIENCE = 30  # seconds, for what takes a moment
+
+
+class DemoServer:
+    """A demo server on an address of this process' own."""
+
+    count = 0
+
+    def __init__(self, *options):
+        DemoServer.count += 1
+        pid = os.getpid()
+        self.address = f"127.{91 + DemoServer.count}.{1 + pid // 254 % 254}.{1 + pid % 254}"
+        self.process = subprocess.Popen([DEMO_SERVER, "--address", self.address, *options], stdout=subprocess.PIPE,
+                                        stderr=subprocess.STDOUT, text=True)
+        ready = 0
+        while ready < 2:
+            line = self.process.stdout.readline()
+            if not line:
+                raise RuntimeError("the demo server has ended")
+            ready += "ready" in line
+
+    def end(self):
+        self.process.terminate()
+        self.process.communicate(timeout=PATIENCE)
+
+
+def schema(classes, instances):
+    """A schema for the demo server: classes as {name: {property: qualifiers}}, all properties texts and Name the key;
+    instances as (class, {property: text})."""
+    xml = ""
+    for name, properties in classes.items():
+        declared = ""
+        for property_name, description in properties.items():
+            key = '<QUALIFIER NAME="Key" TYPE="boolean" OVERRIDABLE="false"><VALUE>TRUE</VALUE></QUALIFIER>' if property_name == "Name" else ""
+            declared += (f'<PROPERTY NAME="{property_name}" TYPE="string">{key}<QUALIFIER NAME="Description" TYPE="string"><VALUE>'
+                         f"{escape(description)}</VALUE></QUALIFIER></PROPERTY>")
+        xml += f'<VALUE.OBJECT><CLASS NAME="{name}">{declared}</CLASS></VALUE.OBJECT>'
+    for name, properties in instances:
+        values = "".join(f'<PROPERTY NAME="{key}" TYPE="string"><VALUE>{escape(text)}</VALUE></PROPERTY>'
+                         for key, text in properties.items())
+        xml += f'<VALUE.OBJECT><INSTANCE CLASSNAME="{name}">{values}</INSTANCE></VALUE.OBJECT>'
+    return ('<?xml version="1.0" encoding="utf-8"?><CIM CIMVERSION="2.0" DTDVERSION="2.0"><DECLARATION><DECLGROUP>' + xml +
+            "</DECLGROUP></DECLARATION></CIM>")
+
+
+def open_browser():
+    options = webdriver.ChromeOptions()
+    options.binary_location = os.environ["CHROMIUM"]
+    for argument in ("--headless=new", "--no-sandbox", "--disable-gpu", "--disable-dev-shm-usage", "--window-size=1200,900"):
+        options.add_argument(argument)
+    options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
+    return webdriver.Chrome(options=options, service=Service(os.environ["CHROMEDRIVER"]))
+
+
+class PageTest(unittest.TestCase):
+    """One browser and one folder for the tests of a class."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.folder = tempfile.TemporaryDirectory()
+        cls.addClassCleanup(cls.folder.cleanup)
+        cls.browser = open_browser()
+        cls.addClassCleanup(cls.browser.quit)
+
+    @classmethod
+    def path(cls, name):
+        return pathlib.Path(cls.folder.name) / name
+
+    def js(self, script, *arguments):
+        return self.browser.execute_script(script, *arguments)
+
+    def await_true(self, script, *arguments):
+        """Waits until the script returns what is true, and returns that."""
+        return WebDriverWait(self.browser, PATIENCE, poll_frequency=0.02).until(lambda _: self.js(script, *arguments))
+
+    def messages(self):
+        """What the browser has complained of since the last call."""
+        return [entry["message"] for entry in self.browser.get_log("browser") if "favicon" not in entry["message"]]
+
+    def accessible(self):
+        """The browser's accessibility tree as (role, name) pairs, in order."""
+        nodes = self.browser.execute_cdp_cmd("Accessibility.getFullAXTree", {})["nodes"]
+        value = lambda node, key: node.get(key, {}).get("value", "")
+        return [(value(node, "role"), value(node, "name")) for node in nodes if not node.get("ignored")]
