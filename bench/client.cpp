@@ -17,13 +17,12 @@ using namespace Pegasus;
 namespace {
 
 constexpr const char* kNamespace = "root/cimv2";
-constexpr const char* kClassName = "ACME_StorageVolume";
 constexpr Uint32 kPort = 5988;
 constexpr Uint32 kTimeout = 300'000; // enough under callgrind, too
 
-void ReadInstances(CIMClient& client) {
+void ReadInstances(CIMClient& client, const CIMName& className) {
     const bench::Stopwatch stopwatch;
-    const Array<CIMInstance> instances = client.enumerateInstances(kNamespace, kClassName, true, false);
+    const Array<CIMInstance> instances = client.enumerateInstances(kNamespace, className, true, false);
     const double seconds = stopwatch.Seconds();
     if (instances.size() == 0) {
         throw std::runtime_error("the server has no instances of the class");
@@ -31,27 +30,28 @@ void ReadInstances(CIMClient& client) {
     bench::PrintInstances(instances.size(), seconds);
 }
 
-void ReadClass(CIMClient& client, int calls) {
+void ReadClass(CIMClient& client, const CIMName& className, int calls) {
     const bench::Stopwatch stopwatch;
     for (int i = 0; i < calls; ++i) {
-        client.getClass(kNamespace, kClassName, false);
+        client.getClass(kNamespace, className, false);
     }
     bench::PrintTime(stopwatch.Seconds());
 }
 
 using Arguments = std::vector<std::string>;
 
-bool AsksForInstances(const Arguments& arguments) { return arguments.size() == 2 && arguments[1] == "instances"; }
-bool AsksForClass(const Arguments& arguments) { return arguments.size() == 3 && arguments[1] == "class"; }
+bool AsksForInstances(const Arguments& arguments) { return arguments.size() == 3 && arguments[1] == "instances"; }
+bool AsksForClass(const Arguments& arguments) { return arguments.size() == 4 && arguments[1] == "class"; }
 
 void Run(const Arguments& arguments) {
     CIMClient client;
     client.setTimeout(kTimeout);
     client.connect(String(arguments[0].c_str()), kPort, "", "");
+    const CIMName className(String(arguments[2].c_str()));
     if (AsksForInstances(arguments)) {
-        ReadInstances(client);
+        ReadInstances(client, className);
     } else {
-        ReadClass(client, std::stoi(arguments[2]));
+        ReadClass(client, className, std::stoi(arguments[3]));
     }
     bench::PrintPeakMemory();
 }
@@ -61,9 +61,8 @@ void Run(const Arguments& arguments) {
 int main(int argc, char** argv) {
     const Arguments arguments(argv + 1, argv + argc);
     if (!AsksForInstances(arguments) && !AsksForClass(arguments)) {
-        std::cerr
-            << "use: client ADDRESS instances, or client ADDRESS class CALLS; the server of that address, on port "
-            << kPort << ", serves " << kClassName << '\n';
+        std::cerr << "use: client ADDRESS instances CLASS, or client ADDRESS class CLASS CALLS, of the server on port "
+                  << kPort << " of that address\n";
         return 2;
     }
     try {

@@ -2,6 +2,7 @@
 # A demo server for scripts that measure or show the command-line program. A script sources this file and then calls
 #   start_demo [OPTION...]
 #   start_link MILLISECONDS [LOST]       if it needs a server that is far away
+# or start_numbered COUNT, for very many instances.
 # It stops all, and removes the folder `scratch`, at the end of the script.
 
 demo_links=()
@@ -47,6 +48,30 @@ start_demo() {
     done
     cat "$scratch/server-log" >&2
     fail "the demo server did not start on $address"
+}
+
+# start_numbered COUNT: a server with so many instances of a class BENCH_Item, at `address`. Needs bench_numbered_server.
+start_numbered() {
+    address=127.78.$((1 + $$ / 254 % 254)).$((1 + $$ % 254))
+    export XDG_CONFIG_HOME=$scratch/config
+    end_numbered
+    rm -f "$scratch/server-input"
+    mkfifo "$scratch/server-input" # the server ends when nobody can write to it any more
+    build/release/bench/numbered-server "$address" "$1" <"$scratch/server-input" >"$scratch/server-log" 2>&1 &
+    demo_server=$!
+    exec 3>"$scratch/server-input"
+    for _ in $(seq 100); do
+        grep -q ready "$scratch/server-log" && return
+        sleep 0.1
+    done
+    fail "the server did not start on $address"
+}
+
+end_numbered() {
+    [ -n "${demo_server-}" ] || return 0
+    exec 3>&-
+    wait "$demo_server" || true
+    demo_server=
 }
 
 # start_link MILLISECONDS [LOST]: the same server at `far_address`, over a link that takes so long one way and loses so

@@ -12,15 +12,17 @@ fail() {
     exit 1
 }
 
-# open_load [FOLDER]: finds the folder of the load, which else is named by BENCH_LOAD or is ../shared/bench beside the
-# checkout: `volumes.py DIRECTORY COUNT` writes the answers of a server with so many instances,
-# `replay.py DIRECTORY ADDRESS PORT` serves them. Goes to the root of the checkout.
+# open_load [FOLDER]: the volumes are those of bench/write-load, unless a folder, or BENCH_LOAD, has another load of
+# volumes: a program `volumes.py DIRECTORY COUNT` that writes the answers of a server with so many instances. Their class
+# is `volume_class` then. Goes to the root of the checkout.
 open_load() {
     local checkout
     checkout=$(realpath "$(dirname "${BASH_SOURCE[0]}")/..")
-    load=$(realpath -m "${1-${BENCH_LOAD-$checkout/../shared/bench}}")
-    [ -f "$load/volumes.py" ] && [ -f "$load/replay.py" ] ||
-        fail "there is no volumes.py and replay.py in $load; name their folder as the argument or in BENCH_LOAD"
+    load=${1-${BENCH_LOAD-}}
+    if [ -n "$load" ]; then
+        load=$(realpath -m "$load")
+        [ -f "$load/volumes.py" ] || fail "there is no volumes.py in $load"
+    fi
     cd "$checkout" || exit
     servers=()
     scratch=$(mktemp -d)
@@ -44,16 +46,24 @@ build() {
     }
 }
 
-# serve COUNT: starts a server with so many instances, at `address`.
+# serve COUNT: starts a server with so many volumes, at `address`.
 serve() {
-    python3 "$load/volumes.py" "$scratch/$1" "$1"
+    local answers
+    if [ -n "$load" ]; then
+        python3 "$load/volumes.py" "$scratch/$1" "$1"
+    else
+        bench/write-load volumes "$scratch/$1" "$1"
+    fi
+    answers=$(echo "$scratch/$1"/EnumerateInstances.*.xml)
+    volume_class=${answers#*EnumerateInstances.}
+    volume_class=${volume_class%.xml}
     serve_folder "$scratch/$1"
 }
 
 # serve_folder FOLDER: starts a server that gives the answers in a folder, at `address`.
 serve_folder() {
     address=127.$((78 + ${#servers[@]})).$((1 + $$ / 254 % 254)).$((1 + $$ % 254))
-    python3 "$load/replay.py" "$1" "$address" "$load_port" 2>"$scratch/server-log" &
+    bench/replay "$1" "$address" "$load_port" 2>"$scratch/server-log" &
     servers+=($!)
     for _ in $(seq 100); do
         (exec 3<>"/dev/tcp/$address/$load_port") 2>/dev/null && return
