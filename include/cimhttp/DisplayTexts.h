@@ -2,7 +2,9 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace NQORVYX20 {
@@ -38,5 +40,19 @@ std::vector<std::string> DisplayTexts(const ICIMInstance& instance, const std::s
 std::vector<std::string> DisplayTexts(const boost::shared_ptr<ICIMPropertyDecl const>& declaration,
                                       const TCIMValue& value, const DisplayForm& form = {},
                                       const ICIMInstance* instance = nullptr);
+
+/// Texts, and memory that is used again for those of the next value: for a host that shows very many.
+struct TextMemory {
+    std::vector<std::string_view> texts;
+
+    // what the texts that had to be made stand in
+    std::string made;
+    std::vector<std::size_t> ends;
+};
+
+/// Puts those texts in the place of what is in `memory.texts`. They are valid as long as the memory, the value, the
+/// declaration and its qualifiers stay as they are.
+void MakeDisplayTexts(TextMemory& memory, const boost::shared_ptr<ICIMPropertyDecl const>& declaration,
+                      const TCIMValue& value, const DisplayForm& form = {}, const ICIMInstance* instance = nullptr);
 
 } // namespace NQORVYX20

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 namespace NQORVYX20 {
 
@@ -27,6 +28,7 @@ class TCIMDateTime {
 
     /// The 25 characters.
     std::string ToString() const;
+    std::string_view Characters() const { return {text_.data(), text_.size()}; }
 
     /// Text for people: `1 day 01:01:01` for an interval, `2026-11-21 08:39:00 +01:00` for a timestamp. Microseconds
     /// are shown only when there are any, asterisked fields are left out.

@@ -6,8 +6,13 @@
 #include "host/TCIMIndirect.h"
 #include "host/TCIMReference.h"
 
+#include <array>
+#include <charconv>
+#include <cstddef>
 #include <iosfwd>
+#include <limits>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -116,6 +121,15 @@ class TCIMValue {
     /// characters, references as their path, arrays as `{a, b}`, null as the empty text. Does not depend on the locale.
     std::string ToString(unsigned char base) const;
 
+    /// Calls `visit` with the content where it is: a bool, a number, a text, a TCIMChar16, a TCIMDateTime, a
+    /// TCIMReference, the elements of an array, or for null its type. For code that reads many values: it takes no
+    /// operation of the host's library, only this header.
+    template <typename Visitor>
+    decltype(auto) Visit(const Visitor& visit) const;
+
+    /// Appends ToString(10), as Visit() reads it.
+    void AppendTo(std::string& text) const;
+
     // Numbers convert to every number type that can hold the value exactly (NaN and the infinities to both real types);
     // a boolean only to bool; everything to std::string, as ToString(10). All throw TVYXException eTypeMismatch when
     // the value is null or does not fit.
@@ -182,6 +196,43 @@ inline TCIMReference::TCIMReference(const TCIMReference& other) = default;
 inline TCIMReference::TCIMReference(TCIMReference&& other) noexcept = default;
 inline TCIMReference& TCIMReference::operator=(const TCIMReference& other) = default;
 inline TCIMReference& TCIMReference::operator=(TCIMReference&& other) noexcept = default;
+
+template <typename Visitor>
+decltype(auto) TCIMValue::Visit(const Visitor& visit) const {
+    return std::visit(
+        [&visit](const auto& content) -> decltype(auto) {
+            using T = std::decay_t<decltype(content)>;
+            if constexpr (std::is_same_v<T, TNull>) {
+                return visit(content.type);
+            } else if constexpr (std::is_same_v<T, TCIMIndirect<TArray>>) {
+                return visit(std::as_const((*content).elements));
+            } else if constexpr (std::is_same_v<T, TCIMIndirect<TCIMReference>>) {
+                return visit(std::as_const(*content));
+            } else {
+                return visit(content);
+            }
+        },
+        content_);
+}
+
+inline void TCIMValue::AppendTo(std::string& text) const {
+    Visit([this, &text](const auto& content) {
+        using T = std::decay_t<decltype(content)>;
+        if constexpr (std::is_same_v<T, std::string>) {
+            text.append(content);
+        } else if constexpr (std::is_same_v<T, bool>) {
+            text.append(content ? "true" : "false");
+        } else if constexpr (std::is_integral_v<T>) {
+            std::array<char, std::numeric_limits<T>::digits10 + 2> digits; // one more digit may be, and a sign
+            const char* const end = std::to_chars(digits.data(), digits.data() + digits.size(), content).ptr;
+            text.append(digits.data(), static_cast<std::size_t>(end - digits.data()));
+        } else if constexpr (std::is_same_v<T, TCIMDateTime>) {
+            text.append(content.Characters());
+        } else if constexpr (!std::is_same_v<T, TCIMType>) {
+            text.append(ToString(10));
+        }
+    });
+}
 
 /// Writes a readable name, `uint16` or `string[]`.
 std::ostream& operator<<(std::ostream& stream, const TCIMValue::TCIMType& type);

@@ -10,16 +10,51 @@
 #include "model/InstanceUnits.h"
 #include "model/TCimHTTPPropertyDecl.h"
 
-#include <optional>
+#include <string_view>
 
 namespace NQORVYX20 {
 
 namespace {
 
-std::vector<std::string> TextsBy(const PropertyTexts& texts, const TCIMValue& value, const DisplayChoice& choice) {
-    return value.IsArray() && !value.IsNull() ? texts.OfElements(value, choice)
-                                              : std::vector<std::string>{texts.Of(value, choice)};
+/// Calls with the texts of the declaration's reading, the choice that the form and the instance make, and whether the
+/// declaration keeps the texts.
+template <typename Render>
+auto WithTexts(const boost::shared_ptr<ICIMPropertyDecl const>& declaration, const DisplayForm& form,
+               const ICIMInstance* instance, const Render& render) {
+    if (!declaration) {
+        LogError("TCimHTTPProperty: there are no texts for a value without a declaration");
+        throw TVYXException(TVYXStatusCode::eTypeMismatch);
+    }
+    DisplayChoice choice{form.isUnscaled, form.saysWhatIsNot, nullptr};
+    const TCimHTTPPropertyDecl* const own = TCimHTTPPropertyDecl::AsOwn(*declaration);
+    if (own == nullptr) {
+        return render(TextsOfOther(declaration), choice, false);
+    }
+    if (!own->IsFaithful()) {
+        return render(own->GetCompatibleTexts(), choice, true);
+    }
+    const FaithfulTexts& texts = own->GetFaithfulTexts();
+    if (instance == nullptr || !texts.MayHaveUnitOfInstance()) {
+        return render(texts, choice, true);
+    }
+    const auto told = UnitToldBy(*instance, texts);
+    choice.unit = told ? &*told : nullptr;
+    return render(texts, choice, true);
 }
+
+/// Does as MakeDisplayTexts() for a list.
+void MakeListed(const PropertyTexts& texts, const TCIMValue& value, const DisplayChoice& choice, TextMemory& memory) {
+    memory.ends.clear();
+    texts.AddElements(value, choice, memory);
+    const std::string_view all = memory.made;
+    std::size_t begin = 0;
+    for (const std::size_t end : memory.ends) {
+        memory.texts.push_back(all.substr(begin, end - begin));
+        begin = end;
+    }
+}
+
+bool IsListOfValues(const TCIMValue& value) { return value.IsArray() && !value.IsNull(); }
 
 } // namespace
 
@@ -31,19 +66,31 @@ std::vector<std::string> DisplayTexts(const ICIMInstance& instance, const std::s
 
 std::vector<std::string> DisplayTexts(const boost::shared_ptr<ICIMPropertyDecl const>& declaration,
                                       const TCIMValue& value, const DisplayForm& form, const ICIMInstance* instance) {
-    if (!declaration) {
-        LogError("TCimHTTPProperty: there are no texts for a value without a declaration");
-        throw TVYXException(TVYXStatusCode::eTypeMismatch);
-    }
-    DisplayChoice choice{form.isUnscaled, form.saysWhatIsNot, nullptr};
-    const TCimHTTPPropertyDecl* const own = TCimHTTPPropertyDecl::AsOwn(*declaration);
-    if (own == nullptr || !own->IsFaithful()) {
-        return TextsBy(CompatibleTextsOf(declaration), value, choice);
-    }
-    const FaithfulTexts& texts = own->GetFaithfulTexts();
-    const auto told = instance != nullptr ? UnitToldBy(*instance, texts) : std::nullopt;
-    choice.unit = told ? &*told : nullptr;
-    return TextsBy(texts, value, choice);
+    return WithTexts(declaration, form, instance,
+                     [&](const PropertyTexts& texts, const DisplayChoice& choice, bool /*isKept*/) {
+                         if (IsListOfValues(value)) {
+                             return texts.OfElements(value, choice);
+                         }
+                         std::vector<std::string> one;
+                         one.push_back(texts.Of(value, choice));
+                         return one;
+                     });
+}
+
+void MakeDisplayTexts(TextMemory& memory, const boost::shared_ptr<ICIMPropertyDecl const>& declaration,
+                      const TCIMValue& value, const DisplayForm& form, const ICIMInstance* instance) {
+    memory.texts.clear();
+    memory.made.clear();
+    WithTexts(declaration, form, instance, [&](const PropertyTexts& texts, const DisplayChoice& choice, bool isKept) {
+        if (IsListOfValues(value)) {
+            MakeListed(texts, value, choice, memory);
+        } else if (const std::string* const found = isKept ? texts.Find(value, choice) : nullptr) {
+            memory.texts.emplace_back(*found);
+        } else {
+            texts.Append(value, choice, memory.made);
+            memory.texts.emplace_back(memory.made);
+        }
+    });
 }
 
 } // namespace NQORVYX20

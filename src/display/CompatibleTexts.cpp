@@ -1,12 +1,12 @@
 #include "display/CompatibleTexts.h"
 
-#include "display/DisplayUnits.h"
 #include "display/NumberTypes.h"
 #include "display/ValueMapTable.h"
 #include "host/ICIMPropertyDecl.h"
 #include "host/TCIMValue.h"
 #include "host/TVYXException.h"
 
+#include <type_traits>
 #include <utility>
 
 namespace NQORVYX20 {
@@ -24,30 +24,68 @@ bool IsMappableArray(ECIMType type) {
            type == ECIMType::eCIMUint16Array || type == ECIMType::eCIMUint32Array || type == ECIMType::eCIMUint64Array;
 }
 
-std::string TextInMap(const TCIMValue& value, const ValueMapTable& map) {
-    const std::string* const text = map.Find(CompatibleTexts::NumberOf(value));
-    return text != nullptr ? *text : CompatibleTexts::TextOfOther(value, map.DefaultText());
-}
-
-/// The texts of an array's elements, none for null.
-template <typename Render>
-std::vector<std::string> ElementTexts(const TCIMValue& array, Render render) {
-    std::vector<std::string> texts;
-    if (!array.IsNull()) {
-        const std::vector<TCIMValue>& elements = array;
-        texts.reserve(elements.size());
-        for (const TCIMValue& element : elements) {
-            texts.push_back(render(element));
-        }
+/// What is known already, or else what is looked up now.
+template <typename Fact, typename LookUp>
+const Fact& Known(std::optional<Fact>& known, const LookUp& lookUp) {
+    if (!known) {
+        known.emplace(lookUp());
     }
-    return texts;
+    return *known;
 }
 
 } // namespace
 
-CompatibleTexts::CompatibleTexts(const boost::shared_ptr<ICIMPropertyDecl const>& declaration,
-                                 DisplayQualifiers qualifiers, TMapSource findMap)
-    : declaration_(declaration), qualifiers_(std::move(qualifiers)), findMap_(findMap) {}
+CompatibleTexts::CompatibleTexts(const ICIMPropertyDecl& declaration, DisplayQualifiers qualifiers)
+    : declaration_(declaration), qualifiers_(std::move(qualifiers)) {}
+
+CompatibleTexts::CompatibleTexts(const ICIMPropertyDecl& declaration, DisplayQualifiers qualifiers, TMap map)
+    : CompatibleTexts(declaration, std::move(qualifiers)) {
+    known_.map = std::move(map);
+    NullDisplay();
+    Base();
+    Units();
+    IsCpuTime();
+    FixedUnits();
+    IsAbbreviated();
+    qualifiers_.reset();
+}
+
+const CompatibleTexts::TMap& CompatibleTexts::Map() const {
+    return Known(known_.map, [this] { return MakeValueMapTable(*qualifiers_); });
+}
+
+const std::string& CompatibleTexts::NullDisplay() const {
+    static const DisplayQualifiers::TName kNullDisplay("NULLDISPLAY");
+    return Known(known_.nullDisplay, [this] { return qualifiers_->GetString(kNullDisplay).value_or(""); });
+}
+
+unsigned char CompatibleTexts::Base() const {
+    static const DisplayQualifiers::TName kBase("BASE");
+    return Known(known_.base, [this] { return qualifiers_->GetUint8(kBase).value_or(kDecimal); });
+}
+
+const std::optional<DisplayUnits>& CompatibleTexts::Units() const {
+    static const DisplayQualifiers::TName kUnits("UNITS");
+    return Known(known_.units, [this] {
+        const auto units = qualifiers_->GetString(kUnits);
+        return units ? std::optional<DisplayUnits>(*units) : std::nullopt;
+    });
+}
+
+bool CompatibleTexts::IsCpuTime() const {
+    static const DisplayQualifiers::TName kDisplayCpuTime("DISPLAYCPUTIME");
+    return Known(known_.isCpuTime, [this] { return qualifiers_->Has(kDisplayCpuTime); });
+}
+
+const std::string& CompatibleTexts::FixedUnits() const {
+    static const DisplayQualifiers::TName kDisplayFixedUnits("DISPLAYFIXEDUNITS");
+    return Known(known_.fixedUnits, [this] { return qualifiers_->GetString(kDisplayFixedUnits).value_or(""); });
+}
+
+bool CompatibleTexts::IsAbbreviated() const {
+    static const DisplayQualifiers::TName kAbbreviateUnits("ABBREVIATEUNITS");
+    return Known(known_.isAbbreviated, [this] { return qualifiers_->Has(kAbbreviateUnits); });
+}
 
 std::uint64_t CompatibleTexts::NumberOf(const TCIMValue& value) {
     if (value.IsNull() || !IsMappable(value.GetType())) {
@@ -63,59 +101,129 @@ std::string CompatibleTexts::TextOfOther(const TCIMValue& value, const std::stri
     return defaultText.empty() ? value.ToString(kDecimal) : defaultText;
 }
 
-std::string CompatibleTexts::Of(const TCIMValue& value, const DisplayChoice& /*choice*/) const {
-    const auto map = !value.IsNull() && IsMappable(value.GetType()) ? findMap_(declaration_) : nullptr;
-    return map ? TextInMap(value, *map) : WithoutMap(value);
-}
-
-std::vector<std::string> CompatibleTexts::OfElements(const TCIMValue& value, const DisplayChoice& /*choice*/) const {
-    const auto map = !value.IsNull() && IsMappableArray(value.GetType()) ? findMap_(declaration_) : nullptr;
-    if (!map) {
-        return OfElementsWithoutMap(value);
-    }
-    return ElementTexts(value, [&](const TCIMValue& element) {
-        return element.IsNull() ? WithoutMap(element) : TextInMap(element, *map);
+const std::string* CompatibleTexts::Find(const TCIMValue& value, const DisplayChoice& /*choice*/) const {
+    return value.Visit([&](const auto& content) -> const std::string* {
+        using Content = std::decay_t<decltype(content)>;
+        if constexpr (std::is_same_v<Content, TCIMValue::TCIMType>) {
+            return &NullDisplay();
+        } else if constexpr (std::is_same_v<Content, std::string>) {
+            Base(); // texts have no base; the look-up is for the failures that it may report
+            return &content;
+        } else if constexpr (std::is_integral_v<Content> && !std::is_signed_v<Content>) {
+            return Map() ? Map()->Find(static_cast<std::uint64_t>(content)) : nullptr;
+        } else {
+            return nullptr;
+        }
     });
 }
 
-std::vector<std::string> CompatibleTexts::OfElementsWithoutMap(const TCIMValue& value) const {
-    if (!declaration_->IsArray(TCIMContext())) {
-        return {WithoutMap(value)};
+void CompatibleTexts::AppendMade(const TCIMValue& value, const DisplayChoice& /*choice*/, std::string& text) const {
+    const bool isMapped = IsMappable(value.GetType()) && Map();
+    if (isMapped) {
+        text += TextOfOther(value, Map()->DefaultText());
+    } else {
+        AppendWithoutMap(value, text);
     }
-    return ElementTexts(value, [this](const TCIMValue& element) { return WithoutMap(element); });
+}
+
+void CompatibleTexts::AppendInMap(const TCIMValue& value, const ValueMapTable& map, std::string& text) const {
+    if (const std::string* const found = map.Find(NumberOf(value))) {
+        text += *found;
+    } else {
+        text += TextOfOther(value, map.DefaultText());
+    }
+}
+
+std::vector<std::string> CompatibleTexts::OfElements(const TCIMValue& value, const DisplayChoice& /*choice*/) const {
+    std::vector<std::string> texts;
+    AddTo(texts, value);
+    return texts;
+}
+
+void CompatibleTexts::AddElements(const TCIMValue& value, const DisplayChoice& /*choice*/, TextMemory& texts) const {
+    AddTo(texts, value);
+}
+
+template <typename Texts>
+void CompatibleTexts::AddTo(Texts& texts, const TCIMValue& value) const {
+    const TMap* const map = !value.IsNull() && IsMappableArray(value.GetType()) ? &Map() : nullptr;
+    if (map == nullptr || !*map) {
+        AddWithoutMapTo(texts, value);
+        return;
+    }
+    AddEach(value, texts, [&](const TCIMValue& element, std::string& text) {
+        if (element.IsNull()) {
+            AppendWithoutMap(element, text);
+        } else {
+            AppendInMap(element, **map, text);
+        }
+    });
+}
+
+template <typename Texts>
+void CompatibleTexts::AddWithoutMapTo(Texts& texts, const TCIMValue& value) const {
+    const auto append = [this](const TCIMValue& element, std::string& text) { AppendWithoutMap(element, text); };
+    if (!declaration_.IsArray(TCIMContext())) {
+        AddEach({value}, texts, append);
+    } else if (!value.IsNull()) {
+        AddEach(value, texts, append);
+    }
+}
+
+std::vector<std::string> CompatibleTexts::OfElementsWithoutMap(const TCIMValue& value) const {
+    std::vector<std::string> texts;
+    AddWithoutMapTo(texts, value);
+    return texts;
 }
 
 std::string CompatibleTexts::WithoutMap(const TCIMValue& value) const {
-    static const DisplayQualifiers::TName kNullDisplay("NULLDISPLAY");
-    static const DisplayQualifiers::TName kUnits("UNITS");
-    if (value.IsNull()) {
-        return qualifiers_.GetString(kNullDisplay).value_or("");
-    }
-    const auto units = IsUnsigned(value.GetType()) ? qualifiers_.GetString(kUnits) : std::nullopt;
-    return units ? WithUnits(value, *units) : WithBase(value);
+    std::string text;
+    AppendWithoutMap(value, text);
+    return text;
 }
 
 std::string CompatibleTexts::WithBase(const TCIMValue& value) const {
-    static const DisplayQualifiers::TName kBase("BASE");
-    return value.ToString(qualifiers_.GetUint8(kBase).value_or(kDecimal));
+    std::string text;
+    AppendWithBase(value, text);
+    return text;
 }
 
-std::string CompatibleTexts::WithUnits(const TCIMValue& value, const std::string& units) const {
-    static const DisplayQualifiers::TName kDisplayCpuTime("DISPLAYCPUTIME");
-    static const DisplayQualifiers::TName kDisplayFixedUnits("DISPLAYFIXEDUNITS");
-    static const DisplayQualifiers::TName kAbbreviateUnits("ABBREVIATEUNITS");
-    const DisplayUnits display(units);
-    if (display.IsTime()) {
-        // CPU times read like all other times; the look-up is for the failures that it may report.
-        qualifiers_.Has(kDisplayCpuTime);
-        const auto text = display.TimeText(NumberOf(value));
-        return text ? *text : WithBase(value);
+void CompatibleTexts::AppendWithoutMap(const TCIMValue& value, std::string& text) const {
+    if (value.IsNull()) {
+        text += NullDisplay();
+        return;
     }
-    if (!display.IsData()) {
-        return WithBase(value);
+    const auto* const units = IsUnsigned(value.GetType()) ? &Units() : nullptr;
+    if (units != nullptr && *units) {
+        AppendWithUnits(value, **units, text);
+    } else {
+        AppendWithBase(value, text);
     }
-    const std::string fixedPrefix = qualifiers_.GetString(kDisplayFixedUnits).value_or("");
-    return display.DataText(NumberOf(value), fixedPrefix, qualifiers_.Has(kAbbreviateUnits));
+}
+
+void CompatibleTexts::AppendWithBase(const TCIMValue& value, std::string& text) const {
+    const unsigned char base = Base();
+    if (base == kDecimal) {
+        value.AppendTo(text);
+    } else {
+        text += value.ToString(base);
+    }
+}
+
+void CompatibleTexts::AppendWithUnits(const TCIMValue& value, const DisplayUnits& units, std::string& text) const {
+    if (units.IsData()) {
+        const std::string& fixedUnits = FixedUnits();
+        text += units.DataText(NumberOf(value), fixedUnits, IsAbbreviated());
+        return;
+    }
+    if (units.IsTime()) {
+        IsCpuTime(); // CPU times read like all other times; the look-up is for the failures that it may report
+        if (const auto time = units.TimeText(NumberOf(value))) {
+            text += *time;
+            return;
+        }
+    }
+    AppendWithBase(value, text);
 }
 
 } // namespace NQORVYX20

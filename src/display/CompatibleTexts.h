@@ -1,11 +1,15 @@
 #pragma once
 
 #include "display/DisplayQualifiers.h"
+#include "display/DisplayUnits.h"
 #include "display/PropertyTexts.h"
 
 #include <boost/shared_ptr.hpp>
 
 #include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace NQORVYX20 {
 
@@ -14,22 +18,26 @@ class ValueMapTable;
 
 /// The texts of the compatible reading: Values and ValueMap for booleans and unsigned integers; UNITS with
 /// DISPLAYFIXEDUNITS, ABBREVIATEUNITS and DISPLAYCPUTIME for other unsigned integers; BASE for what has no unit;
-/// NULLDISPLAY for null. The qualifiers are looked up each time; a choice of the caller has no effect.
+/// NULLDISPLAY for null. A choice of the caller has no effect. A qualifier is looked up when a text needs it, and only
+/// once.
 class CompatibleTexts : public PropertyTexts {
   public:
-    /// Finds the value map of a declaration; an empty pointer when it has none.
-    using TMapSource = boost::shared_ptr<const ValueMapTable> (*)(const boost::shared_ptr<ICIMPropertyDecl const>&);
+    using TMap = boost::shared_ptr<const ValueMapTable>;
 
-    /// `qualifiers` are those of the declaration; the pointer to it must outlive the object.
-    CompatibleTexts(const boost::shared_ptr<ICIMPropertyDecl const>& declaration, DisplayQualifiers qualifiers,
-                    TMapSource findMap);
+    /// `qualifiers` are those of the declaration, which must outlive the object.
+    CompatibleTexts(const ICIMPropertyDecl& declaration, DisplayQualifiers qualifiers);
 
-    std::string Of(const TCIMValue& value, const DisplayChoice& choice) const override;
+    /// Of a declaration whose look-ups do not fail, and of which the value map is known: all is looked up at once, and
+    /// the object, which the declaration may keep, does not keep the declaration. The texts are made without look-ups.
+    CompatibleTexts(const ICIMPropertyDecl& declaration, DisplayQualifiers qualifiers, TMap map);
+
+    const std::string* Find(const TCIMValue& value, const DisplayChoice& choice) const override;
 
     /// A scalar's text is that without its value map.
     std::vector<std::string> OfElements(const TCIMValue& value, const DisplayChoice& choice) const override;
+    void AddElements(const TCIMValue& value, const DisplayChoice& choice, TextMemory& texts) const override;
 
-    /// The text without the value map.
+    /// The texts without the value map.
     std::vector<std::string> OfElementsWithoutMap(const TCIMValue& value) const;
 
     /// The text of a value without the value map; the value in the declaration's base.
@@ -44,11 +52,38 @@ class CompatibleTexts : public PropertyTexts {
     static std::string TextOfOther(const TCIMValue& value, const std::string& defaultText);
 
   private:
-    std::string WithUnits(const TCIMValue& value, const std::string& units) const;
+    /// What has been looked up so far.
+    struct TKnown {
+        std::optional<TMap> map;
+        std::optional<std::string> nullDisplay;
+        std::optional<unsigned char> base;
+        std::optional<std::optional<DisplayUnits>> units;
+        std::optional<bool> isCpuTime;
+        std::optional<std::string> fixedUnits;
+        std::optional<bool> isAbbreviated;
+    };
 
-    const boost::shared_ptr<ICIMPropertyDecl const>& declaration_;
-    DisplayQualifiers qualifiers_;
-    TMapSource findMap_;
+    const TMap& Map() const;
+    const std::string& NullDisplay() const;
+    unsigned char Base() const;
+    const std::optional<DisplayUnits>& Units() const;
+    bool IsCpuTime() const;
+    const std::string& FixedUnits() const;
+    bool IsAbbreviated() const;
+
+    template <typename Texts>
+    void AddTo(Texts& texts, const TCIMValue& value) const;
+    template <typename Texts>
+    void AddWithoutMapTo(Texts& texts, const TCIMValue& value) const;
+    void AppendMade(const TCIMValue& value, const DisplayChoice& choice, std::string& text) const override;
+    void AppendInMap(const TCIMValue& value, const ValueMapTable& map, std::string& text) const;
+    void AppendWithoutMap(const TCIMValue& value, std::string& text) const;
+    void AppendWithBase(const TCIMValue& value, std::string& text) const;
+    void AppendWithUnits(const TCIMValue& value, const DisplayUnits& units, std::string& text) const;
+
+    const ICIMPropertyDecl& declaration_;
+    std::optional<DisplayQualifiers> qualifiers_; // none where all is known
+    mutable TKnown known_;
 };
 
 } // namespace NQORVYX20

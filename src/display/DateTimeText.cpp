@@ -2,6 +2,7 @@
 
 #include "display/SpanText.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstdint>
@@ -33,10 +34,10 @@ std::uint64_t NumberOf(std::string_view digits) {
 /// The parts of a date-time.
 class Parts {
   public:
-    explicit Parts(std::string_view text) : text_(text) {}
+    explicit Parts(std::string_view text) : text_(text), hasAsterisks_(text.find('*') != std::string_view::npos) {}
 
     std::string_view At(const TField& field) const { return text_.substr(field.begin, field.length); }
-    bool IsGiven(const TField& field) const { return At(field).find('*') == std::string_view::npos; }
+    bool IsGiven(const TField& field) const { return !hasAsterisks_ || At(field).find('*') == std::string_view::npos; }
 
     /// How many fields are given before the first that is not; nothing when a later one is given, or a part of one.
     template <std::size_t Count>
@@ -54,36 +55,58 @@ class Parts {
     }
 
     /// The digits of the second's fraction, without zeros at their end.
-    std::string Fraction() const {
+    std::string_view Fraction() const {
         const std::string_view digits = At(kMicroseconds);
         const std::string_view given = digits.substr(0, digits.find('*'));
-        return std::string(given.substr(0, given.find_last_not_of('0') + 1));
+        return given.substr(0, given.find_last_not_of('0') + 1);
     }
 
   private:
     bool IsBlank(const TField& field) const { return At(field).find_first_not_of('*') == std::string_view::npos; }
 
     std::string_view text_;
+    bool hasAsterisks_;
 };
 
-std::string OffsetText(const Parts& parts, char sign) {
-    if (!parts.IsGiven(kOffset)) {
-        return {};
+/// The text of a timestamp, of which there is never more.
+class StampText {
+  public:
+    void Add(std::string_view part) { end_ = std::copy(part.begin(), part.end(), end_); }
+    void Add(char letter) { *end_++ = letter; }
+    void AddTwoDigits(std::uint64_t number) {
+        Add(static_cast<char>('0' + number / 10));
+        Add(static_cast<char>('0' + number % 10));
     }
-    const std::uint64_t minutes = NumberOf(parts.At(kOffset));
-    const auto two = [](std::uint64_t number) { return (number < 10 ? "0" : "") + std::to_string(number); };
-    return std::string(" ") + sign + two(minutes / 60) + ':' + two(minutes % 60);
-}
 
-std::string TimestampText(const Parts& parts, std::size_t given, char sign) {
-    constexpr std::array<const char*, 6> kBefore{"", "-", "-", " ", ":", ":"};
-    std::string text;
+    std::string_view Text() const { return {text_.data(), static_cast<std::size_t>(end_ - text_.data())}; }
+
+  private:
+    std::array<char, 40> text_; // `2026-11-21 08:39:00.123456 +16:39`
+    char* end_ = text_.data();
+};
+
+void AppendTimestamp(const Parts& parts, std::size_t given, char sign, std::string& text) {
+    constexpr std::array<char, 6> kBefore{'\0', '-', '-', ' ', ':', ':'};
+    StampText stamp;
     for (std::size_t i = 0; i < given; ++i) {
-        text.append(kBefore.at(i)).append(parts.At(kStampFields.at(i)));
+        if (i != 0) {
+            stamp.Add(kBefore[i]);
+        }
+        stamp.Add(parts.At(kStampFields[i]));
     }
-    const std::string fraction = given == kStampFields.size() ? parts.Fraction() : std::string();
-    text += (fraction.empty() ? "" : "." + fraction);
-    return given > 3 ? text + OffsetText(parts, sign) : text;
+    if (given == kStampFields.size() && !parts.Fraction().empty()) {
+        stamp.Add('.');
+        stamp.Add(parts.Fraction());
+    }
+    if (given > 3 && parts.IsGiven(kOffset)) {
+        const std::uint64_t minutes = NumberOf(parts.At(kOffset));
+        stamp.Add(' ');
+        stamp.Add(sign);
+        stamp.AddTwoDigits(minutes / 60);
+        stamp.Add(':');
+        stamp.AddTwoDigits(minutes % 60);
+    }
+    text += stamp.Text();
 }
 
 /// `2 d 03:04` and the like, where not all is given.
@@ -103,7 +126,7 @@ std::string WholeSpan(const Parts& parts) {
     const auto hours = static_cast<unsigned>(NumberOf(parts.At(kSpanFields[1])));
     const auto minutes = static_cast<unsigned>(NumberOf(parts.At(kSpanFields[2])));
     const auto seconds = static_cast<unsigned>(NumberOf(parts.At(kSpanFields[3])));
-    const std::string fraction = parts.Fraction();
+    const std::string fraction(parts.Fraction());
     if (fraction.empty()) {
         const std::uint64_t all = ((days * 24 + hours) * 60 + minutes) * 60 + seconds;
         return SpanText(*Fraction::Make(ExactNumber::Of(all), {1, 1, 0, 0, false}));
@@ -114,21 +137,22 @@ std::string WholeSpan(const Parts& parts) {
 
 } // namespace
 
-std::string DateTimeText(const std::string& characters) {
+void AppendDateTimeText(std::string_view characters, std::string& text) {
     if (characters.size() != kLength) {
-        return characters;
+        text += characters;
+        return;
     }
     const Parts parts(characters);
     const bool isInterval = characters[kSign] == ':';
     std::size_t given = 0;
     const bool makesSense = isInterval ? parts.CountGiven(kSpanFields, given) : parts.CountGiven(kStampFields, given);
     if (!makesSense || given == 0) {
-        return characters;
+        text += characters;
+    } else if (!isInterval) {
+        AppendTimestamp(parts, given, characters[kSign], text);
+    } else {
+        text += given == kSpanFields.size() ? WholeSpan(parts) : PartOfSpan(parts, given);
     }
-    if (!isInterval) {
-        return TimestampText(parts, given, characters[kSign]);
-    }
-    return given == kSpanFields.size() ? WholeSpan(parts) : PartOfSpan(parts, given);
 }
 
 } // namespace NQORVYX20

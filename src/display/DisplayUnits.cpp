@@ -66,18 +66,27 @@ std::uint64_t TicksPerSecond(std::size_t prefix) {
     return ticks;
 }
 
-/// One decimal, and that only when it is not zero.
+/// One decimal, and that only when it is not zero. Rounded from the exact number, a tie to the even digit: a float
+/// times ten is exact as a double.
 std::string NumberText(float number) {
-    constexpr std::string_view kNoDecimal = ".0";
+    constexpr double kTenths = 10;
+    constexpr double kGreatest = 1e15;
     std::array<char, 32> buffer; // 2^64 has 20 digits
-    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), static_cast<double>(number),
-                                   std::chars_format::fixed, 1)
-                         .ptr;
-    std::string text(buffer.data(), end);
-    if (text.compare(text.size() - kNoDecimal.size(), kNoDecimal.size(), kNoDecimal) == 0) {
-        text.resize(text.size() - kNoDecimal.size());
+    char* const begin = buffer.data();
+    char* const limit = begin + buffer.size();
+    const double scaled = static_cast<double>(number) * kTenths;
+    if (scaled >= kGreatest) { // a float as large as that is whole
+        return {begin, std::to_chars(begin, limit, static_cast<double>(number), std::chars_format::fixed, 0).ptr};
     }
-    return text;
+    auto tenths = static_cast<std::uint64_t>(scaled);
+    const double rest = scaled - static_cast<double>(tenths);
+    tenths += rest > 0.5 || (rest == 0.5 && tenths % 2 != 0) ? 1 : 0;
+    char* end = std::to_chars(begin, limit, tenths / 10).ptr;
+    if (tenths % 10 != 0) {
+        *end++ = '.';
+        *end++ = static_cast<char>('0' + tenths % 10);
+    }
+    return {begin, end};
 }
 
 } // namespace

@@ -2,14 +2,13 @@
 
 #include "display/DateTimeText.h"
 #include "display/DisplayQualifiers.h"
-#include "display/NumberTypes.h"
 #include "display/ProgrammaticUnit.h"
 #include "display/QuantityText.h"
 #include "display/SensorUnits.h"
-#include "display/SignedNumber.h"
 #include "display/UnitText.h"
 
 #include <limits>
+#include <type_traits>
 
 namespace NQORVYX20 {
 
@@ -22,49 +21,21 @@ constexpr unsigned kArrayBit = ECIMType::eCIMArrayUnknown;
 
 ECIMType ElementType(ECIMType type) { return static_cast<ECIMType>(static_cast<unsigned>(type) & ~kArrayBit); }
 
-std::optional<ExactNumber> ExactNumberOf(const TCIMValue& value) {
-    if (IsUnsigned(value.GetType())) {
-        return ExactNumber::Of(static_cast<std::uint64_t>(static_cast<unsigned long long>(value)));
-    }
-    if (IsSigned(value.GetType())) {
-        const auto number = SignedNumber(value);
-        return number ? std::optional(ExactNumber::Of(*number)) : std::nullopt;
-    }
-    return ExactNumber::Read(value.ToString(kDecimal));
-}
-
 template <typename Number>
-constexpr std::uint64_t Greatest() {
-    return static_cast<std::uint64_t>(std::numeric_limits<Number>::max());
-}
-
-/// The greatest number of an integer type; 0 for others.
-std::uint64_t GreatestOf(ECIMType type) {
-    switch (type) {
-    case ECIMType::eCIMUint8:
-        return Greatest<std::uint8_t>();
-    case ECIMType::eCIMSint8:
-        return Greatest<std::int8_t>();
-    case ECIMType::eCIMUint16:
-        return Greatest<std::uint16_t>();
-    case ECIMType::eCIMSint16:
-        return Greatest<std::int16_t>();
-    case ECIMType::eCIMUint32:
-        return Greatest<std::uint32_t>();
-    case ECIMType::eCIMSint32:
-        return Greatest<std::int32_t>();
-    case ECIMType::eCIMUint64:
-        return Greatest<std::uint64_t>();
-    case ECIMType::eCIMSint64:
-        return Greatest<std::int64_t>();
-    default:
-        return 0;
+std::optional<ExactNumber> ExactNumberOf(Number number, const TCIMValue& value) {
+    if constexpr (std::is_unsigned_v<Number>) {
+        return ExactNumber::Of(static_cast<std::uint64_t>(number));
+    } else if constexpr (std::is_integral_v<Number>) {
+        return ExactNumber::Of(static_cast<std::int64_t>(number));
+    } else {
+        return ExactNumber::Read(value.ToString(kDecimal));
     }
 }
 
 /// Whether the value is the greatest of its type, by which servers mean that there is no limit, or no number.
-bool IsGreatest(ECIMType type, const ExactNumber& number) {
-    return number.mantissa != 0 && !number.isNegative && number.mantissa == GreatestOf(type);
+template <typename Number>
+bool IsGreatest(Number number) {
+    return std::is_integral_v<Number> && number == std::numeric_limits<Number>::max();
 }
 
 bool IsMereCount(const Unit& unit) { return unit.symbol.empty() || unit.symbol == "cycles"; }
@@ -100,67 +71,110 @@ FaithfulTexts::FaithfulTexts(const std::string& name, TCIMValue::TCIMType type, 
     }
 }
 
-std::string FaithfulTexts::Of(const TCIMValue& value, const DisplayChoice& choice) const {
-    if (value.IsNull() || !value.IsArray()) {
-        return OfScalar(value, choice);
-    }
-    std::string joined = "{";
-    const char* separator = "";
-    for (const std::string& text : OfElements(value, choice)) {
-        joined.append(separator).append(text);
-        separator = ", ";
-    }
-    return joined + '}';
+bool FaithfulTexts::ShowsAsItIs() const {
+    return base_ == kDecimal && !map_ && !bits_ && !unit_ && unknownUnit_.empty() && !MayHaveUnitOfInstance();
 }
 
 std::vector<std::string> FaithfulTexts::OfElements(const TCIMValue& value, const DisplayChoice& choice) const {
-    if (!value.IsArray()) {
-        return {OfScalar(value, choice)};
-    }
     std::vector<std::string> texts;
-    if (!value.IsNull()) {
-        const std::vector<TCIMValue>& elements = value;
-        texts.reserve(elements.size());
-        for (const TCIMValue& element : elements) {
-            texts.push_back(OfScalar(element, choice));
-        }
-    }
+    AddTo(texts, value, choice);
     return texts;
 }
 
-std::string FaithfulTexts::OfScalar(const TCIMValue& value, const DisplayChoice& choice) const {
-    if (value.IsNull()) {
-        return nullText_;
-    }
-    if (const std::string* const text = map_ ? map_->Find(value) : nullptr) {
-        return *text;
-    }
-    const ECIMType type = value.GetType();
-    if (type == ECIMType::eCIMDateTime) {
-        return DateTimeText(value.ToString(kDecimal));
-    }
-    const bool isNumber = IsUnsigned(type) || IsSigned(type) || IsReal(type);
-    const std::string text = isNumber ? OfNumber(value, choice) : value.ToString(kDecimal);
-    return map_ && choice.saysWhatIsNot ? text + " (not in the map)" : text;
+void FaithfulTexts::AddElements(const TCIMValue& value, const DisplayChoice& choice, TextMemory& texts) const {
+    AddTo(texts, value, choice);
 }
 
-std::string FaithfulTexts::OfNumber(const TCIMValue& value, const DisplayChoice& choice) const {
-    if (bits_ && IsUnsigned(value.GetType())) {
-        const std::string names = bits_->TextOf(static_cast<unsigned long long>(value));
-        return names.empty() ? value.ToString(kDecimal) : names;
+template <typename Texts>
+void FaithfulTexts::AddTo(Texts& texts, const TCIMValue& value, const DisplayChoice& choice) const {
+    const auto append = [&](const TCIMValue& element, std::string& text) { Append(element, choice, text); };
+    if (!value.IsArray()) {
+        AddEach({value}, texts, append);
+    } else if (!value.IsNull()) {
+        AddEach(value, texts, append);
+    }
+}
+
+const std::string* FaithfulTexts::Find(const TCIMValue& value, const DisplayChoice& choice) const {
+    return value.Visit([&](const auto& content) -> const std::string* {
+        using Content = std::decay_t<decltype(content)>;
+        if constexpr (std::is_same_v<Content, TCIMValue::TCIMType>) {
+            return &nullText_;
+        } else if constexpr (std::is_same_v<Content, std::vector<TCIMValue>>) {
+            return nullptr;
+        } else {
+            const std::string* const found = map_ ? map_->Find(value) : nullptr;
+            if constexpr (std::is_same_v<Content, std::string>) {
+                return found == nullptr && (!map_ || !choice.saysWhatIsNot) ? &content : found;
+            } else {
+                return found;
+            }
+        }
+    });
+}
+
+void FaithfulTexts::AppendMade(const TCIMValue& value, const DisplayChoice& choice, std::string& text) const {
+    value.Visit([&](const auto& content) {
+        using Content = std::decay_t<decltype(content)>;
+        if constexpr (std::is_same_v<Content, TCIMDateTime>) {
+            AppendDateTimeText(content.Characters(), text);
+            return;
+        } else if constexpr (std::is_same_v<Content, std::vector<TCIMValue>>) {
+            AppendList(content, choice, text);
+            return;
+        } else if constexpr (std::is_arithmetic_v<Content> && !std::is_same_v<Content, bool>) {
+            AppendNumber(content, value, choice, text);
+        } else {
+            value.AppendTo(text);
+        }
+        if (map_ && choice.saysWhatIsNot) {
+            text += " (not in the map)";
+        }
+    });
+}
+
+void FaithfulTexts::AppendList(const std::vector<TCIMValue>& elements, const DisplayChoice& choice,
+                               std::string& text) const {
+    const char* separator = "{";
+    for (const TCIMValue& element : elements) {
+        text += separator;
+        Append(element, choice, text);
+        separator = ", ";
+    }
+    text += elements.empty() ? "{}" : "}";
+}
+
+template <typename Number>
+void FaithfulTexts::AppendNumber(Number number, const TCIMValue& value, const DisplayChoice& choice,
+                                 std::string& text) const {
+    if constexpr (std::is_unsigned_v<Number>) {
+        if (bits_) {
+            const std::string names = bits_->TextOf(number);
+            text += names.empty() ? value.ToString(kDecimal) : names;
+            return;
+        }
     }
     if (choice.unit != nullptr || unit_) {
-        return WithUnitOf(value, choice);
+        AppendQuantity(number, value, choice, text);
+        return;
     }
-    const std::string text = value.ToString(IsReal(value.GetType()) ? kDecimal : base_);
-    return unknownUnit_.empty() ? text : text + ' ' + unknownUnit_;
+    if (base_ == kDecimal || std::is_floating_point_v<Number>) {
+        value.AppendTo(text);
+    } else {
+        text += value.ToString(base_);
+    }
+    if (!unknownUnit_.empty()) {
+        text += ' ';
+        text += unknownUnit_;
+    }
 }
 
-std::string FaithfulTexts::WithUnitOf(const TCIMValue& value, const DisplayChoice& choice) const {
+template <typename Number>
+void FaithfulTexts::AppendQuantity(Number number, const TCIMValue& value, const DisplayChoice& choice,
+                                   std::string& text) const {
     const Unit& unit = choice.unit != nullptr ? *choice.unit : *unit_;
-    const auto number = choice.isUnscaled ? std::nullopt : ExactNumberOf(value);
-    return number && !IsGreatest(value.GetType(), *number) ? QuantityText(*number, unit)
-                                                           : UnscaledText(value.ToString(kDecimal), unit);
+    const auto exact = choice.isUnscaled || IsGreatest(number) ? std::nullopt : ExactNumberOf(number, value);
+    text += exact ? QuantityText(*exact, unit) : UnscaledText(value.ToString(kDecimal), unit);
 }
 
 } // namespace NQORVYX20

@@ -21,9 +21,12 @@ class FaithfulTexts : public PropertyTexts {
     /// `name` and `type` are those of the declaration, the name in its normal form. Throws what the look-ups throw.
     FaithfulTexts(const std::string& name, TCIMValue::TCIMType type, const DisplayQualifiers& qualifiers);
 
-    /// The elements of an array stand in braces.
-    std::string Of(const TCIMValue& value, const DisplayChoice& choice) const override;
+    const std::string* Find(const TCIMValue& value, const DisplayChoice& choice) const override;
     std::vector<std::string> OfElements(const TCIMValue& value, const DisplayChoice& choice) const override;
+    void AddElements(const TCIMValue& value, const DisplayChoice& choice, TextMemory& texts) const override;
+
+    /// Whether a value that is neither null nor an array nor a date-time shows as it is, integers in decimal.
+    bool ShowsAsItIs() const;
 
     /// Whether the property has the name of a numeric sensor's reading.
     bool IsNamedAsReading() const { return isNamedAsReading_; }
@@ -31,10 +34,20 @@ class FaithfulTexts : public PropertyTexts {
     /// The property of the same class that holds the unit, by the qualifier ISPUnit; empty for none.
     const std::string& UnitHolder() const { return unitHolder_; }
 
+    /// Whether an instance may tell the unit, by one of these two.
+    bool MayHaveUnitOfInstance() const { return isNamedAsReading_ || !unitHolder_.empty(); }
+
   private:
-    std::string OfScalar(const TCIMValue& value, const DisplayChoice& choice) const;
-    std::string OfNumber(const TCIMValue& value, const DisplayChoice& choice) const;
-    std::string WithUnitOf(const TCIMValue& value, const DisplayChoice& choice) const;
+    template <typename Texts>
+    void AddTo(Texts& texts, const TCIMValue& value, const DisplayChoice& choice) const;
+
+    /// The elements of an array stand in braces.
+    void AppendMade(const TCIMValue& value, const DisplayChoice& choice, std::string& text) const override;
+    void AppendList(const std::vector<TCIMValue>& elements, const DisplayChoice& choice, std::string& text) const;
+    template <typename Number>
+    void AppendNumber(Number number, const TCIMValue& value, const DisplayChoice& choice, std::string& text) const;
+    template <typename Number>
+    void AppendQuantity(Number number, const TCIMValue& value, const DisplayChoice& choice, std::string& text) const;
 
     std::string nullText_;
     unsigned char base_;

@@ -8,14 +8,13 @@ namespace {
 
 using TNumber = Fraction::TNumber;
 
-constexpr TNumber kGreatest = ~TNumber{0};
-
 /// Multiplies in place; false, changing nothing, where the product does not fit.
 bool Multiply(TNumber& number, TNumber factor) {
-    if (factor != 0 && number > kGreatest / factor) {
+    TNumber product = 0;
+    if (__builtin_mul_overflow(number, factor, &product)) {
         return false;
     }
-    number *= factor;
+    number = product;
     return true;
 }
 
@@ -82,8 +81,9 @@ std::optional<Fraction> Fraction::By(TNumber number) const {
 }
 
 Fraction::TNumber Fraction::Rounded() const {
-    const TNumber rest = above_ % below_;
-    return above_ / below_ + (rest >= below_ - rest && rest != 0 ? 1 : 0);
+    const TNumber floor = Floor();
+    const TNumber rest = above_ - floor * below_;
+    return floor + (rest >= below_ - rest && rest != 0 ? 1 : 0);
 }
 
 } // namespace NQORVYX20

@@ -36,19 +36,29 @@ class Fraction {
     bool IsZero() const { return above_ == 0; }
 
     /// Whether it is at least that many.
-    bool IsAtLeast(TNumber number) const { return above_ / below_ >= number; }
+    bool IsAtLeast(TNumber number) const { return Floor() >= number; }
 
     /// Nothing where the result does not fit.
     std::optional<Fraction> Times(TNumber number) const;
     std::optional<Fraction> By(TNumber number) const;
 
+    /// The whole number below it, or that it is.
+    TNumber Floor() const { return Quotient(above_, below_); }
+
     /// The whole number that it is, if it is one.
     std::optional<TNumber> Whole() const {
-        return above_ % below_ == 0 ? std::optional(above_ / below_) : std::nullopt;
+        const TNumber floor = Floor();
+        return floor * below_ == above_ ? std::optional(floor) : std::nullopt;
     }
 
     /// Rounded to the nearest whole number, halves up.
     TNumber Rounded() const;
+
+    /// Divides, faster where 64 bits will do, as nearly always.
+    static TNumber Quotient(TNumber above, TNumber below) {
+        return ((above | below) >> 64U) == 0 ? static_cast<std::uint64_t>(above) / static_cast<std::uint64_t>(below)
+                                             : above / below;
+    }
 
   private:
     Fraction(TNumber above, TNumber below) : above_(above), below_(below) {}

@@ -1,20 +1,22 @@
 #include "display/NumberText.h"
 
-#include <algorithm>
+#include <array>
 
 namespace NQORVYX20 {
 
 std::string NumberText(Fraction::TNumber number, int decimals) {
-    std::string reversed;
+    std::array<char, 64> text; // 2^128 has 39 digits; more decimals than that are zeros
+    char* const end = text.data() + text.size();
+    char* begin = end;
     for (int place = 0; number != 0 || place <= decimals; ++place) {
         if (place == decimals && decimals > 0) {
-            reversed += '.';
+            *--begin = '.';
         }
-        reversed += static_cast<char>('0' + static_cast<int>(number % 10));
-        number /= 10;
+        const Fraction::TNumber tens = Fraction::Quotient(number, 10);
+        *--begin = static_cast<char>('0' + static_cast<int>(number - tens * 10));
+        number = tens;
     }
-    std::reverse(reversed.begin(), reversed.end());
-    return reversed;
+    return {begin, end};
 }
 
 } // namespace NQORVYX20

@@ -16,9 +16,9 @@ constexpr int kMostDecimals = 3;
 /// The shortest decimal text of a number that has four digits at most; empty for others.
 std::string ShortText(const Fraction& number) {
     Fraction shifted = number;
-    for (int decimals = 0; decimals <= kMostDecimals; ++decimals) {
+    for (int decimals = 0; decimals <= kMostDecimals && !shifted.IsAtLeast(kGreatestShort + 1); ++decimals) {
         if (const auto whole = shifted.Whole()) {
-            return *whole <= kGreatestShort ? NumberText(*whole, decimals) : std::string();
+            return NumberText(*whole, decimals);
         }
         const auto next = shifted.Times(10);
         if (!next) {

@@ -2,12 +2,12 @@
 
 #include "convert/LetterCase.h"
 #include "display/NumberTypes.h"
-#include "display/SignedNumber.h"
 
 #include <algorithm>
 #include <charconv>
 #include <limits>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 
 namespace NQORVYX20 {
@@ -120,23 +120,39 @@ std::optional<std::uint64_t> StandardValueMap::KeyOf(const std::string& number) 
 }
 
 std::optional<std::uint64_t> StandardValueMap::KeyOf(const TCIMValue& value) const {
-    const ECIMType type = value.GetType();
-    if (type == ECIMType::eCIMBoolean) {
-        return static_cast<bool>(value) ? 1 : 0;
-    }
-    if (IsSigned(type) && isSigned_) {
-        const auto number = SignedNumber(value);
-        return number ? std::optional(static_cast<std::uint64_t>(*number) ^ kSignBit) : std::nullopt;
-    }
-    return IsUnsigned(type) && !isSigned_ ? std::optional<std::uint64_t>(static_cast<unsigned long long>(value))
-                                          : std::nullopt;
+    return value.Visit([this](const auto& content) -> std::optional<std::uint64_t> {
+        using Content = std::decay_t<decltype(content)>;
+        if constexpr (std::is_same_v<Content, bool>) {
+            return content ? 1 : 0;
+        } else if constexpr (std::is_integral_v<Content>) {
+            if (std::is_signed_v<Content> != isSigned_) {
+                return std::nullopt;
+            }
+            return isSigned_ ? static_cast<std::uint64_t>(content) ^ kSignBit : static_cast<std::uint64_t>(content);
+        } else {
+            return std::nullopt;
+        }
+    });
+}
+
+const std::string* StandardValueMap::FindText(const TCIMValue& value) const {
+    const auto find = [this](const std::string& text) {
+        const auto found = texts_.find(text);
+        return found == texts_.end() ? nullptr : &found->second;
+    };
+    return value.Visit([&](const auto& content) {
+        if constexpr (std::is_same_v<std::decay_t<decltype(content)>, std::string>) {
+            return find(content);
+        } else {
+            return find(value.ToString(10));
+        }
+    });
 }
 
 const std::string* StandardValueMap::Find(const TCIMValue& value) const {
     const std::string* text = nullptr;
     if (isText_) {
-        const auto found = texts_.find(value.ToString(10));
-        text = found == texts_.end() ? nullptr : &found->second;
+        text = FindText(value);
     } else if (const auto key = KeyOf(value)) {
         text = numbers_->Find(*key);
     }

@@ -27,6 +27,7 @@ class StandardValueMap {
     bool AddRange(const std::string& entry, const std::string& text, std::vector<ValueMapRow>& rows) const;
     std::optional<std::uint64_t> KeyOf(const std::string& number) const;
     std::optional<std::uint64_t> KeyOf(const TCIMValue& value) const;
+    const std::string* FindText(const TCIMValue& value) const;
 
     bool isSigned_;
     bool isText_;

@@ -1,7 +1,7 @@
 #include "model/DeclarationTexts.h"
 
+#include "display/DisplayQualifiers.h"
 #include "display/ValueMapTable.h"
-#include "model/TCimHTTPPropertyDecl.h"
 
 namespace NQORVYX20 {
 
@@ -11,8 +11,8 @@ boost::shared_ptr<const ValueMapTable> FindValueMapTable(const boost::shared_ptr
                           : MakeValueMapTable(TCimHTTPPropertyDecl::DisplayQualifiersOf(declaration));
 }
 
-CompatibleTexts CompatibleTextsOf(const boost::shared_ptr<ICIMPropertyDecl const>& declaration) {
-    return {declaration, TCimHTTPPropertyDecl::DisplayQualifiersOf(declaration), FindValueMapTable};
+CompatibleTexts TextsOfOther(const boost::shared_ptr<ICIMPropertyDecl const>& declaration) {
+    return {*declaration, TCimHTTPPropertyDecl::DisplayQualifiersOf(declaration)};
 }
 
 } // namespace NQORVYX20

@@ -73,7 +73,7 @@ std::vector<std::string> UnitTellers(const ICIMClass& cls, const FaithfulTexts& 
 }
 
 std::optional<Unit> UnitToldBy(const ICIMInstance& instance, const FaithfulTexts& property) {
-    if (!property.IsNamedAsReading() && property.UnitHolder().empty()) {
+    if (!property.MayHaveUnitOfInstance()) {
         return std::nullopt;
     }
     const auto cls = instance.GetClass(TCIMContext());

@@ -81,6 +81,9 @@ class TCimHTTPDeclaration : public Interface, public boost::enable_shared_from_t
         return qualifiers_.FindNormalized(name);
     }
     std::uint64_t QualifierRevision() const { return qualifiers_.Revision(); }
+
+    /// As long as it is the same, so is QualifierRevision().
+    std::uint64_t QualifierChanges() const { return qualifiers_.Changes() + TCimHTTPQualifier::Changes(); }
     const boost::shared_ptr<TCimHTTPQualifier>& KeyQualifier() const { return qualifiers_.Key(); }
 
   private:

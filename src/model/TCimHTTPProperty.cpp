@@ -18,14 +18,16 @@ namespace {
 
 using ECIMType = TCIMValue::TCIMType::ECIMType;
 
+constexpr const char* kSetValue = "Inmem: SetValue";
+
 /// Calls with the texts of the reading that the declaration belongs to.
 template <typename Render>
-auto WithTexts(const boost::shared_ptr<ICIMPropertyDecl const>& declaration, Render render) {
+auto WithTexts(const boost::shared_ptr<ICIMPropertyDecl const>& declaration, const Render& render) {
     const TCimHTTPPropertyDecl* const own = TCimHTTPPropertyDecl::AsOwn(*declaration);
-    if (own != nullptr && own->IsFaithful()) {
-        return render(own->GetFaithfulTexts());
+    if (own == nullptr) {
+        return render(TextsOfOther(declaration));
     }
-    return render(CompatibleTextsOf(declaration));
+    return own->IsFaithful() ? render(own->GetFaithfulTexts()) : render(own->GetCompatibleTexts());
 }
 
 /// Logs and throws for a value of another type than the declared one.
@@ -43,8 +45,9 @@ template <typename Type>
 TCimHTTPProperty::TCimHTTPProperty(boost::shared_ptr<ICIMPropertyDecl const> declaration) : declaration_(declaration) {}
 
 TCimHTTPProperty::TCimHTTPProperty(boost::shared_ptr<ICIMPropertyDecl const> declaration, const TCIMValue& value)
-    : TCimHTTPProperty(declaration) {
-    TCimHTTPProperty::SetValue(value, TCIMContext());
+    : declaration_(declaration) {
+    Check(*declaration, value, kSetValue);
+    value_.emplace(value);
 }
 
 TCimHTTPProperty::TCimHTTPProperty(boost::shared_ptr<ICIMProperty const> other)
@@ -73,25 +76,28 @@ bool TCimHTTPProperty::IsDefaultValue(TCIMContext /*context*/) const { return !v
 
 bool TCimHTTPProperty::GetPropagated(TCIMContext context) const { return IsDefaultValue(context); }
 
-const TCIMValue& TCimHTTPProperty::GetValue(TCIMContext context) const {
-    return value_ ? *value_ : LockDeclaration()->GetDefaultValue(context);
+const TCIMValue& TCimHTTPProperty::GetValue(TCIMContext /*context*/) const {
+    return value_ ? *value_ : ValueOf(*LockDeclaration());
 }
 
-void TCimHTTPProperty::SetValue(const TCIMValue& value, TCIMContext context) {
-    Check(value, "Inmem: SetValue", context);
-    value_ = std::make_unique<TCIMValue>(value);
+const TCIMValue& TCimHTTPProperty::ValueOf(const ICIMPropertyDecl& declaration) const {
+    return value_ ? *value_ : declaration.GetDefaultValue(TCIMContext());
 }
 
-void TCimHTTPProperty::Check(const TCIMValue& value, const char* operation, TCIMContext context) const {
-    const auto declaration = LockDeclaration();
-    const TCIMValue::TCIMType declared = declaration->GetType(context);
+void TCimHTTPProperty::SetValue(const TCIMValue& value, TCIMContext /*context*/) {
+    Check(*LockDeclaration(), value, kSetValue);
+    value_ = value;
+}
+
+void TCimHTTPProperty::Check(const ICIMPropertyDecl& declaration, const TCIMValue& value, const char* operation) {
+    const TCIMValue::TCIMType declared = declaration.GetType(TCIMContext());
     if (declared != value.GetType()) {
         RefuseType(operation, "decl is type ", declared, " but value is type ", value.GetType());
     }
     if (declared != ECIMType::eCIMReference) {
         return;
     }
-    const std::string declaredClass = declaration->GetDefaultValue(context).GetReferencedClass();
+    const std::string declaredClass = declaration.GetDefaultValue(TCIMContext()).GetReferencedClass();
     if (declaredClass != value.GetReferencedClass()) {
         RefuseType(operation, "decl references type ", declaredClass, " but value references ",
                    value.GetReferencedClass());
@@ -122,7 +128,7 @@ const TCIMValue& TCimHTTPProperty::GetPrevValue() const {
 
 void TCimHTTPProperty::SetPrevValue(const TCIMValue& value) {
     if (!value.IsNull()) {
-        Check(value, "SetPrevValue", TCIMContext());
+        Check(*LockDeclaration(), value, "SetPrevValue");
     }
     prevValue_ = std::make_unique<TCIMValue>(value);
     isPrevValueDifferent_ = true;
@@ -137,8 +143,9 @@ bool TCimHTTPProperty::IsPrevValueDifferent() const { return isPrevValueDifferen
 std::string TCimHTTPProperty::ToString() const { return ToString(DisplayChoice()); }
 
 std::string TCimHTTPProperty::ToString(const DisplayChoice& choice) const {
-    return WithTexts(LockDeclaration(),
-                     [&](const PropertyTexts& texts) { return texts.Of(GetValue(TCIMContext()), choice); });
+    const auto declaration = LockDeclaration();
+    const TCIMValue& value = ValueOf(*declaration);
+    return WithTexts(declaration, [&](const PropertyTexts& texts) { return texts.Of(value, choice); });
 }
 
 std::string TCimHTTPProperty::PrevValueToString() const {
@@ -149,20 +156,24 @@ std::string TCimHTTPProperty::PrevValueToString() const {
 std::vector<std::string> TCimHTTPProperty::ToStringVector() const { return ToStringVector(DisplayChoice()); }
 
 std::vector<std::string> TCimHTTPProperty::ToStringVector(const DisplayChoice& choice) const {
-    return WithTexts(LockDeclaration(),
-                     [&](const PropertyTexts& texts) { return texts.OfElements(GetValue(TCIMContext()), choice); });
+    const auto declaration = LockDeclaration();
+    const TCIMValue& value = ValueOf(*declaration);
+    return WithTexts(declaration, [&](const PropertyTexts& texts) { return texts.OfElements(value, choice); });
 }
 
 std::vector<std::string> TCimHTTPProperty::ToStringVectorWithBase() const {
-    return CompatibleTextsOf(LockDeclaration()).OfElementsWithoutMap(GetValue(TCIMContext()));
+    return WithCompatibleTexts(LockDeclaration(), [&](const CompatibleTexts& texts) {
+        return texts.OfElementsWithoutMap(GetValue(TCIMContext()));
+    });
 }
 
 std::string TCimHTTPProperty::ToStringWithQualifiers(const TCIMValue& value) const {
-    return CompatibleTextsOf(LockDeclaration()).WithoutMap(value);
+    return WithCompatibleTexts(LockDeclaration(),
+                               [&](const CompatibleTexts& texts) { return texts.WithoutMap(value); });
 }
 
 std::string TCimHTTPProperty::ToStringWithBase(const TCIMValue& value) const {
-    return CompatibleTextsOf(LockDeclaration()).WithBase(value);
+    return WithCompatibleTexts(LockDeclaration(), [&](const CompatibleTexts& texts) { return texts.WithBase(value); });
 }
 
 bool TCimHTTPProperty::BuildValueMapEntryArray(std::vector<TValueMapEntry>& table, std::string& defaultText) const {

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -103,12 +104,15 @@ class TCimHTTPProperty : public ICIMProperty {
   private:
     boost::shared_ptr<ICIMPropertyDecl const> LockDeclaration() const;
 
+    /// GetValue() by the declaration, which is locked.
+    const TCIMValue& ValueOf(const ICIMPropertyDecl& declaration) const;
+
     /// Logs and throws for a value that the declaration does not allow; `operation` begins the message.
-    void Check(const TCIMValue& value, const char* operation, TCIMContext context) const;
+    static void Check(const ICIMPropertyDecl& declaration, const TCIMValue& value, const char* operation);
 
     boost::weak_ptr<ICIMPropertyDecl const> declaration_;
-    std::unique_ptr<TCIMValue> value_;
-    std::unique_ptr<TCIMValue> prevValue_;
+    std::optional<TCIMValue> value_;
+    std::unique_ptr<TCIMValue> prevValue_; // which hardly any has
     bool isPrevValueDifferent_ = false;
 };
 

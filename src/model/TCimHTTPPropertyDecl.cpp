@@ -1,5 +1,6 @@
 #include "model/TCimHTTPPropertyDecl.h"
 
+#include "display/CompatibleTexts.h"
 #include "display/DisplayQualifiers.h"
 #include "display/FaithfulTexts.h"
 #include "display/ValueMapTable.h"
@@ -78,14 +79,31 @@ boost::shared_ptr<const ValueMapTable> TCimHTTPPropertyDecl::GetValueMapTable() 
 }
 
 const FaithfulTexts& TCimHTTPPropertyDecl::GetFaithfulTexts() const {
-    const std::uint64_t revision = QualifierRevision();
-    if (!texts_ || textsRevision_ != revision) {
-        texts_ =
+    DropOldTexts();
+    if (!faithfulTexts_) {
+        faithfulTexts_ =
             std::make_unique<const FaithfulTexts>(NormalizeName(GetName(TCIMContext()), Names()),
                                                   defaultValue_.GetType(), DisplayQualifiersOf(shared_from_this()));
-        textsRevision_ = revision;
     }
-    return *texts_;
+    return *faithfulTexts_;
+}
+
+const CompatibleTexts& TCimHTTPPropertyDecl::GetCompatibleTexts() const {
+    DropOldTexts();
+    if (!compatibleTexts_) {
+        compatibleTexts_ =
+            std::make_unique<const CompatibleTexts>(*this, DisplayQualifiersOf(shared_from_this()), GetValueMapTable());
+    }
+    return *compatibleTexts_;
+}
+
+void TCimHTTPPropertyDecl::DropTextsOfOtherRevision() const {
+    textsChanges_ = QualifierChanges();
+    if (textsRevision_ != QualifierRevision()) {
+        textsRevision_ = QualifierRevision();
+        faithfulTexts_.reset();
+        compatibleTexts_.reset();
+    }
 }
 
 } // namespace NQORVYX20

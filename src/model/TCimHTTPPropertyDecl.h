@@ -11,6 +11,7 @@
 
 namespace NQORVYX20 {
 
+class CompatibleTexts;
 class DisplayQualifiers;
 class FaithfulTexts;
 class TCimHTTPClass;
@@ -66,15 +67,28 @@ class TCimHTTPPropertyDecl : public TCimHTTPDeclaration<TCimHTTPPropertyDecl, IC
     /// Whether it belongs to a namespace that reads faithfully.
     bool IsFaithful() const { return Names() == NameRule::kCim; }
 
-    /// The texts of a faithful declaration. They are made anew only after a qualifier has changed; valid until then.
+    /// The texts of a faithful declaration, and those by the rules of the compatible reading. They are made anew only
+    /// after a qualifier has changed; valid until then.
     const FaithfulTexts& GetFaithfulTexts() const;
+    const CompatibleTexts& GetCompatibleTexts() const;
 
   private:
+    /// Drops the texts that were made before the last change of a qualifier. As long as none changes, it compares two
+    /// numbers.
+    void DropOldTexts() const {
+        if (textsChanges_ != QualifierChanges()) {
+            DropTextsOfOtherRevision();
+        }
+    }
+    void DropTextsOfOtherRevision() const;
+
     boost::weak_ptr<TCimHTTPClass> class_;
     TCIMValue defaultValue_;
     mutable ValueMapCache valueMap_;
-    mutable std::unique_ptr<const FaithfulTexts> texts_;
+    mutable std::unique_ptr<const FaithfulTexts> faithfulTexts_;
+    mutable std::unique_ptr<const CompatibleTexts> compatibleTexts_;
     mutable std::uint64_t textsRevision_ = 0;
+    mutable std::uint64_t textsChanges_ = 0;
 };
 
 } // namespace NQORVYX20

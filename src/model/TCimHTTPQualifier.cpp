@@ -16,6 +16,8 @@ std::string NormalizedName(const ICIMQualifier& qualifier) {
 
 } // namespace
 
+std::atomic<std::uint64_t> TCimHTTPQualifier::changes_{0};
+
 TCimHTTPQualifier::TCimHTTPQualifier(boost::shared_ptr<ICIMNamedElement const> element,
                                      boost::shared_ptr<ICIMQualifierDecl const> declaration, const TCIMValue& value)
     : TCimHTTPQualifier(element, declaration, value, declaration->GetFlavor(TCIMContext())) {}
@@ -62,6 +64,7 @@ const TCIMValue& TCimHTTPQualifier::GetValue(TCIMContext /*context*/) const { re
 void TCimHTTPQualifier::SetValue(const TCIMValue& value, TCIMContext /*context*/) {
     value_ = value;
     ++revision_;
+    changes_.fetch_add(1, std::memory_order_relaxed);
     propagated_ = false;
 }
 

@@ -5,6 +5,7 @@
 #include <boost/enable_shared_from_this.hpp>
 #include <boost/weak_ptr.hpp>
 
+#include <atomic>
 #include <cstdint>
 
 namespace NQORVYX20 {
@@ -58,6 +59,10 @@ class TCimHTTPQualifier : public ICIMQualifier, public boost::enable_shared_from
     /// Tells values apart: it changes whenever SetValue gives the qualifier a value.
     std::uint64_t GetRevision() const { return revision_; }
 
+    /// How many values SetValue has given to the qualifiers of all namespaces. As long as it is the same, no revision
+    /// has changed.
+    static std::uint64_t Changes() { return changes_.load(std::memory_order_relaxed); }
+
   private:
     boost::weak_ptr<ICIMNamedElement const> element_;
     boost::shared_ptr<ICIMQualifierDecl const> declaration_;
@@ -65,6 +70,7 @@ class TCimHTTPQualifier : public ICIMQualifier, public boost::enable_shared_from
     ICIMQualifierDecl::EFlavor flavor_;
     bool propagated_;
     std::uint64_t revision_ = 0;
+    static std::atomic<std::uint64_t> changes_;
 };
 
 } // namespace NQORVYX20

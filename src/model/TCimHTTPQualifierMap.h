@@ -59,6 +59,10 @@ class TCimHTTPQualifierMap {
     /// A number that differs after each change, also of a qualifier's value.
     std::uint64_t Revision() const;
 
+    /// How often the collection has changed. As long as that, and what TCimHTTPQualifier::Changes() says, is the same,
+    /// so is Revision(), which is made of more.
+    std::uint64_t Changes() const { return past_; }
+
   private:
     void Forget(const std::string& name);
     void Keep(const std::string& name, const boost::shared_ptr<TCimHTTPQualifier>& qualifier);

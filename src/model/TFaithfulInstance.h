@@ -19,9 +19,12 @@ class TFaithfulInstance : public TCimHTTPInstance {
 
     /// The server's path: class, keys, and host and namespace as far as it names them.
     TCIMReference GetReference(TCIMContext context) const override;
+    const TCIMReference& Path() const { return path_; }
 
     /// The embedded objects that are a property's value, by the name's normal form.
     void KeepEmbedded(const std::string& key, std::vector<EmbeddedObject> objects);
+
+    bool HasEmbedded() const { return !embedded_.empty(); }
 
     /// None for a property with another value.
     const std::vector<EmbeddedObject>& Embedded(const std::string& key) const;

@@ -259,6 +259,41 @@ TEST_F(ConnectTest, AValueThatIsNotTheInstancesOwnHasItsTextsToo) {
                 IsEmpty());
 }
 
+TEST_F(ConnectTest, TextsInTheSameMemoryAreThoseThatAreReturned) {
+    TextMemory memory;
+    std::size_t count = 0;
+    for (const char* const reading : {kFaithfulReading, kCompatibleReading}) {
+        const auto nameSpace = Connected(reading);
+        const auto fan = OnlyFan(*nameSpace);
+        const auto compare = [&](const boost::shared_ptr<ICIMProperty>& property) {
+            const auto declaration = property->GetDeclaration(TCIMContext());
+            for (const bool isUnscaled : {false, true}) {
+                const DisplayForm form{isUnscaled, true};
+                const TCIMValue& value = property->GetValue(TCIMContext());
+                MakeDisplayTexts(memory, declaration, value, form, fan.get());
+                const auto expected = DisplayTexts(declaration, value, form, fan.get());
+                EXPECT_EQ(std::vector<std::string>(memory.texts.begin(), memory.texts.end()), expected);
+                count += expected.size();
+            }
+            return true;
+        };
+        fan->EnumerateProperties(compare, TCIMContext());
+    }
+    EXPECT_GT(count, 10U);
+}
+
+TEST_F(ConnectTest, AChangedQualifierChangesTheTexts) {
+    const auto nameSpace = Connected(kFaithfulReading);
+    const auto fan = OnlyFan(*nameSpace);
+    ASSERT_THAT(DisplayTexts(*fan, "Speed"), ElementsAre("2.3 kHz"));
+    const auto speed = FanClass(*nameSpace)->GetPropertyDecl("Speed", TCIMContext());
+    speed->GetQualifier("Units", TCIMContext())->SetValue(TCIMValue("Bytes"), TCIMContext());
+    TextMemory memory;
+    MakeDisplayTexts(memory, speed, TCIMValue(2300ULL));
+    EXPECT_THAT(memory.texts, ElementsAre("2300 B"));
+    EXPECT_THAT(DisplayTexts(*fan, "Speed"), ElementsAre("2300 B"));
+}
+
 TEST_F(ConnectTest, TextsOfWhatIsNotDeclaredAreRefused) {
     const auto nameSpace = Connected(kFaithfulReading);
     const auto fan = OnlyFan(*nameSpace);

@@ -4,6 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+#include <random>
+#include <string>
+
 using namespace NQORVYX20;
 
 namespace {
@@ -84,4 +88,21 @@ TEST(DisplayUnits, GiveNoTimeForMoreDaysThanAnIntervalHolds) {
 
 TEST(DisplayUnits, GiveTheEmptyIntervalForTimeWithALargePrefix) {
     EXPECT_EQ(Time("KiloSeconds", 5), Time("Seconds", 0));
+}
+
+TEST(DisplayUnits, RoundToOneDecimalAsTheStandardLibraryDoes) {
+    std::mt19937_64 random(1); // the same numbers each time
+    for (int i = 0; i < 20000; ++i) {
+        const std::uint64_t number = random() >> (random() % 64);
+        const float kilobytes = static_cast<float>(number) / 1024;
+        char text[64];
+        std::snprintf(text, sizeof text, "%.1f", static_cast<double>(kilobytes));
+        std::string expected(text);
+        if (expected.substr(expected.size() - 2) == ".0") {
+            expected.resize(expected.size() - 2);
+        }
+        ASSERT_EQ(Data("Bytes", number, "Kilo"), expected + " Kilobytes") << number;
+    }
+    EXPECT_EQ(Data("Bytes", 256, "Kilo"), "0.2 Kilobytes"); // a tie goes to the even digit
+    EXPECT_EQ(Data("Bytes", 768, "Kilo"), "0.8 Kilobytes");
 }

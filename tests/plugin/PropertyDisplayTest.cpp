@@ -1,4 +1,5 @@
 #include "PropertyTest.h"
+#include "cimhttp/DisplayTexts.h"
 
 #include <array>
 #include <clocale>
@@ -490,6 +491,37 @@ class ScopedLocale {
 };
 
 } // namespace
+
+TEST_F(PropertyDisplayTest, TextsAreMadeOfTheQualifiersAsTheyAreNow) {
+    const auto size = Declare(Uint32(0), {{"UNITS", TCIMValue("Bytes")}, {"NULLDISPLAY", TCIMValue("none")}});
+    const auto other = Declare(Uint32(0), {{"UNITS", TCIMValue("Bytes")}});
+    const TCimHTTPProperty shown(size, Uint32(2048));
+    const TCimHTTPProperty empty(size, NullOf(ECIMType::eCIMUint32));
+    EXPECT_EQ(shown.ToString(), "2 Kilobytes");
+    EXPECT_EQ(empty.ToString(), "none");
+    other->GetQualifier("UNITS", {})->SetValue(TCIMValue("Seconds"), {});
+    EXPECT_EQ(shown.ToString(), "2 Kilobytes");
+    size->GetQualifier("NULLDISPLAY", {})->SetValue(TCIMValue("unknown"), {});
+    size->GetQualifier("UNITS", {})->SetValue(TCIMValue("Seconds"), {});
+    EXPECT_EQ(shown.ToString(), "00:34:08");
+    EXPECT_EQ(empty.ToString(), "unknown");
+    size->RemoveQualifier(size->GetQualifier("UNITS", {}));
+    EXPECT_EQ(shown.ToString(), "2048");
+    AddQualifiers(*size, {{"BASE", Uint8(16)}});
+    EXPECT_EQ(shown.ToString(), "800");
+}
+
+TEST_F(PropertyDisplayTest, TextsInMemoryOutliveWhatIsAskedOfAnotherProvidersDeclaration) {
+    const auto foreign = boost::make_shared<FailingDecl>(Uint32(0), "BASE", TVYXStatusCode::eNotFound);
+    AddQualifiers(*foreign, {{"NULLDISPLAY", TCIMValue("a text of more than a few characters")},
+                             {"Values", ArrayOf<std::string>({"another text of more than a few"})},
+                             {"ValueMap", ArrayOf<std::string>({"7"})}});
+    TextMemory memory;
+    MakeDisplayTexts(memory, foreign, NullOf(ECIMType::eCIMUint32));
+    EXPECT_EQ(memory.texts, std::vector<std::string_view>{"a text of more than a few characters"});
+    MakeDisplayTexts(memory, foreign, Uint32(7));
+    EXPECT_EQ(memory.texts, std::vector<std::string_view>{"another text of more than a few"});
+}
 
 TEST_F(PropertyDisplayTest, TextsAreTheSameInAGermanLocale) {
     const ScopedLocale german{GermanLocale()};
