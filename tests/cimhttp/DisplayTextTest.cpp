@@ -62,6 +62,12 @@ class TextlessAccess : public cimhttp::PluginAccess {
                                      const TCIMValue&, const NQORVYX20::DisplayForm&) const override {
         throw TVYXException(TVYXStatusCode::eNotSupported);
     }
+    void MakeTexts(TextMemory&, const ICIMInstance*, const boost::shared_ptr<ICIMPropertyDecl const>&, const TCIMValue&,
+                   const DisplayForm&) const override {
+        throw TVYXException(TVYXStatusCode::eNotSupported);
+    }
+    bool ShowsAsItIs(const ICIMPropertyDecl&) const override { return false; }
+    bool HasEmbeddedObjects(const ICIMInstance&) const override { return false; }
     std::vector<std::string> UnitTellers(const ICIMClass&, const ICIMPropertyDecl&) const override { return {}; }
     cimhttp::RequestedClasses ReadRequestedClasses(const std::string&) const override { return {}; }
 };

@@ -3,9 +3,11 @@
 #include "access/RemoteAssociations.h"
 #include "access/RemoteReader.h"
 #include "cimhttp/Connect.h"
+#include "display/FaithfulTexts.h"
 #include "model/InstanceUnits.h"
 #include "model/TCimHTTPClass.h"
 #include "model/TCimHTTPPropertyDecl.h"
+#include "model/TFaithfulInstance.h"
 #include "provider/TCimHTTPNamespace.h"
 
 #include <Pegasus/Client/CIMClient.h>
@@ -122,6 +124,11 @@ class LinkedPluginAccess : public PluginAccess {
         return EmbeddedObjectsOf(instance, property);
     }
 
+    bool HasEmbeddedObjects(const ICIMInstance& instance) const override {
+        const auto* const faithful = dynamic_cast<const TFaithfulInstance*>(&instance);
+        return faithful != nullptr && faithful->HasEmbedded();
+    }
+
     std::vector<std::string> ClassNames(ICIMNamespace& nameSpace) const override {
         return ReadRemoteClassNames(Own(nameSpace));
     }
@@ -183,6 +190,17 @@ class LinkedPluginAccess : public PluginAccess {
                                      const boost::shared_ptr<ICIMPropertyDecl const>& declaration,
                                      const TCIMValue& value, const DisplayForm& form) const override {
         return DisplayTexts(declaration, value, form, instance);
+    }
+
+    void MakeTexts(TextMemory& memory, const ICIMInstance* instance,
+                   const boost::shared_ptr<ICIMPropertyDecl const>& declaration, const TCIMValue& value,
+                   const DisplayForm& form) const override {
+        MakeDisplayTexts(memory, declaration, value, form, instance);
+    }
+
+    bool ShowsAsItIs(const ICIMPropertyDecl& declaration) const override {
+        const TCimHTTPPropertyDecl* const own = TCimHTTPPropertyDecl::AsOwn(declaration);
+        return own != nullptr && own->IsFaithful() && own->GetFaithfulTexts().ShowsAsItIs();
     }
 
     std::vector<std::string> UnitTellers(const ICIMClass& cls, const ICIMPropertyDecl& declaration) const override {

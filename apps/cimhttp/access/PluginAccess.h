@@ -71,6 +71,9 @@ class PluginAccess {
     virtual std::vector<NQORVYX20::EmbeddedObject> EmbeddedObjects(const NQORVYX20::ICIMInstance& instance,
                                                                    const std::string& property) const = 0;
 
+    /// Whether there are any for one of the instance's properties.
+    virtual bool HasEmbeddedObjects(const NQORVYX20::ICIMInstance& instance) const = 0;
+
     // From here to ReadInstance, what goes wrong remotely is thrown as a RemoteError, and the namespace stays as it
     // was.
 
@@ -142,6 +145,13 @@ class PluginAccess {
                                              const boost::shared_ptr<NQORVYX20::ICIMPropertyDecl const>& declaration,
                                              const NQORVYX20::TCIMValue& value,
                                              const NQORVYX20::DisplayForm& form) const = 0;
+    virtual void MakeTexts(NQORVYX20::TextMemory& memory, const NQORVYX20::ICIMInstance* instance,
+                           const boost::shared_ptr<NQORVYX20::ICIMPropertyDecl const>& declaration,
+                           const NQORVYX20::TCIMValue& value, const NQORVYX20::DisplayForm& form) const = 0;
+
+    /// Whether a value of the property that is neither null nor an array nor a date-time always shows as it is,
+    /// integers in decimal: without a value map, a unit or the like. Valid as long as no qualifier changes.
+    virtual bool ShowsAsItIs(const NQORVYX20::ICIMPropertyDecl& declaration) const = 0;
 
     /// The names of the properties by which instances of a class tell the unit of one of its properties.
     virtual std::vector<std::string> UnitTellers(const NQORVYX20::ICIMClass& cls,

@@ -7,6 +7,7 @@
 #include "output/Json.h"
 #include "table/TableCell.h"
 #include "text/TerminalText.h"
+#include "text/TextBuffer.h"
 #include "text/TimeText.h"
 #include "text/WordList.h"
 
@@ -133,10 +134,10 @@ void ChangeWriter::WriteJson(const InstanceChange& change, std::size_t round) co
 
 void ChangeWriter::WriteJson(const JsonObject& line) const { context_.output << line.Text() << '\n'; }
 
-std::string ChangeWriter::InstanceMembers(const ICIMInstance& instance, const Names& properties) const {
-    std::string json;
+std::string ChangeWriter::InstanceMembers(ICIMInstance& instance, const Names& properties) const {
+    TextBuffer json;
     InstanceJson(PropertySelector(properties, PropertySelector::Order::kByName), texts_).AppendMembers(instance, json);
-    return json;
+    return std::string(json.Text());
 }
 
 void ChangeWriter::AddDifferences(const InstanceChange& change, JsonObject& line) const {

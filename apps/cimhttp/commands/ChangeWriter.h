@@ -45,7 +45,7 @@ class ChangeWriter {
     void WriteLines(const InstanceChange& change) const;
     void WriteJson(const InstanceChange& change, std::size_t round) const;
     void WriteJson(const JsonObject& line) const;
-    std::string InstanceMembers(const NQORVYX20::ICIMInstance& instance, const Names& properties) const;
+    std::string InstanceMembers(NQORVYX20::ICIMInstance& instance, const Names& properties) const;
     void AddDifferences(const InstanceChange& change, JsonObject& line) const;
     std::string DifferenceText(const InstanceChange& change, const InstanceChange::Difference& difference) const;
     std::string Colored(const std::string& text, const char* color) const;

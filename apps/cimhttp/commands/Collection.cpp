@@ -3,6 +3,7 @@
 #include "output/ClassJson.h"
 #include "output/InstanceJson.h"
 #include "output/Json.h"
+#include "text/TextBuffer.h"
 
 #include <ostream>
 
@@ -16,12 +17,12 @@ void WriteClass(const Collection::Class& cls, const ValueTexts& texts, std::ostr
     definition.back() = ','; // for its brace: the instances are its last member
     output << definition << "\n\"instances\":";
     InstanceJson instanceJson(PropertySelector(PropertySelector::Order::kByName), texts);
-    std::string json;
+    TextBuffer json;
     JsonLines lines(output);
     for (const auto& instance : cls.instances) {
-        json.clear();
+        json.Clear();
         instanceJson.Append(*instance, json);
-        lines.Next() << json;
+        lines.Next() << json.Text();
     }
     lines.End("]");
     output << '}';

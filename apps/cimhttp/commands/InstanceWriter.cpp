@@ -16,6 +16,7 @@
 #include "output/PropertySelector.h"
 #include "output/WideRecords.h"
 #include "text/Names.h"
+#include "text/TextBuffer.h"
 
 #include <algorithm>
 #include <iterator>
@@ -42,9 +43,9 @@ class JsonSink : public InstanceSink {
 
     void Add(const Instances& instances) override {
         for (const auto& instance : instances) {
-            text_.clear();
+            text_.Clear();
             json_.Append(*instance, text_);
-            lines_.Next() << text_;
+            lines_.Next() << text_.Text();
         }
     }
 
@@ -57,7 +58,7 @@ class JsonSink : public InstanceSink {
     InstanceJson json_;
     std::ostream& output_;
     JsonLines lines_;
-    std::string text_;
+    TextBuffer text_;
 };
 
 class MofSink : public InstanceSink {
@@ -91,7 +92,7 @@ class CsvSink : public InstanceSink {
     void Add(const Instances& instances) override {
         for (const auto& instance : instances) {
             csv_.Append(*instance, text_);
-            if (text_.size() >= kAtOnce) {
+            if (text_.Size() >= kAtOnce) {
                 Write();
             }
         }
@@ -118,21 +119,21 @@ class CsvSink : public InstanceSink {
 
     void Write() {
         if (context_.records != nullptr) {
-            context_.records->AddCsv(InstanceCsv::Columns(), text_);
+            context_.records->AddCsv(InstanceCsv::Columns(), std::string(text_.Text()));
         } else {
             if (!hasBegun_) {
                 WriteCsvHeadings(InstanceCsv::Columns(), context_);
             }
-            context_.output << text_;
+            context_.output << text_.Text();
         }
         hasBegun_ = true;
-        text_.clear();
+        text_.Clear();
     }
 
     InstanceCsv csv_;
     const CommandContext& context_;
     bool hasBegun_ = false;
-    std::string text_;
+    TextBuffer text_;
 };
 
 /// CSV with an instance a row: makes the records of a few instances at a time, so that they take little memory.

@@ -1,6 +1,7 @@
 #include "output/CsvText.h"
 
 #include "text/TerminalText.h"
+#include "text/TextBuffer.h"
 
 #include <algorithm>
 #include <array>
@@ -22,27 +23,41 @@ bool IsSpecial(char byte) { return kIsSpecial[static_cast<unsigned char>(byte)];
 
 } // namespace
 
-void AppendCsvText(std::string_view text, std::string& record) {
+void AppendCsvText(std::string_view text, TextBuffer& record) {
     const bool isBare =
         !text.empty() && std::none_of(text.begin(), text.end(), IsSpecial) && text.front() != ' ' && text.back() != ' ';
     if (isBare) {
-        record += text;
+        record.Add(text);
         return;
     }
-    record += '"';
+    record.Add('"');
     for (std::size_t end = text.find('"'); end != std::string_view::npos; end = text.find('"')) {
-        record.append(text, 0, end + 1) += '"';
+        record.Add(text.substr(0, end + 1));
+        record.Add('"');
         text.remove_prefix(end + 1);
     }
-    record.append(text) += '"';
+    record.Add(text);
+    record.Add('"');
 }
 
-void AppendCsvText(std::string_view text, bool isShown, std::string& record) {
+void AppendCsvText(std::string_view text, bool isShown, TextBuffer& record) {
     if (isShown) {
         AppendCsvText(PrintableLines(text), record);
     } else {
         AppendCsvText(text, record);
     }
+}
+
+void AppendCsvText(std::string_view text, std::string& record) {
+    TextBuffer buffer;
+    AppendCsvText(text, buffer);
+    record += buffer.Text();
+}
+
+void AppendCsvText(std::string_view text, bool isShown, std::string& record) {
+    TextBuffer buffer;
+    AppendCsvText(text, isShown, buffer);
+    record += buffer.Text();
 }
 
 } // namespace cimhttp

@@ -3,7 +3,11 @@
 #include "host/TCIMValue.h"
 #include "output/Json.h"
 #include "table/TableCell.h"
+#include "text/TextBuffer.h"
 
+#include <charconv>
+#include <limits>
+#include <type_traits>
 #include <utility>
 
 namespace cimhttp {
@@ -39,8 +43,7 @@ std::string DisplayText::Joined() const {
     std::string joined;
     const char* separator = "";
     for (std::size_t i = 0; i < texts_.size(); ++i) {
-        const char* const forEmpty = isNull_[i] ? kNullText : "\"\"";
-        joined.append(separator).append(texts_[i].empty() ? forEmpty : texts_[i]);
+        joined.append(separator).append(TextInList(texts_[i], isNull_[i]));
         separator = ", ";
     }
     return joined;
@@ -54,9 +57,39 @@ void DisplayText::AppendJson(std::string& json) const {
     }
 }
 
+std::string_view TextInList(std::string_view text, bool isNull) {
+    const std::string_view forEmpty = isNull ? kNullText : "\"\"";
+    return text.empty() ? forEmpty : text;
+}
+
+bool ShowsAsItIs(const TCIMValue& value) {
+    return value.Visit([](const auto& content) {
+        using Content = std::decay_t<decltype(content)>;
+        return std::is_same_v<Content, std::string> || std::is_integral_v<Content>;
+    });
+}
+
 std::string PlainText(const TCIMValue& value) {
     constexpr unsigned char kDecimal = 10;
     return value.ToString(kDecimal);
+}
+
+void AppendPlainText(const TCIMValue& value, TextBuffer& text) {
+    value.Visit([&](const auto& content) {
+        using Content = std::decay_t<decltype(content)>;
+        if constexpr (std::is_same_v<Content, std::string>) {
+            text.Add(content);
+        } else if constexpr (std::is_same_v<Content, bool>) {
+            text.Add(content ? "true" : "false");
+        } else if constexpr (std::is_integral_v<Content>) {
+            constexpr std::size_t kMost =
+                std::numeric_limits<Content>::digits10 + 2; // one more digit may be, and a sign
+            char* const room = text.Room(kMost);
+            text.Take(std::to_chars(room, room + kMost, content).ptr);
+        } else {
+            text.Add(PlainText(value));
+        }
+    });
 }
 
 std::vector<std::string> PlainTexts(const TCIMValue& value) {

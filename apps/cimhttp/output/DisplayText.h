@@ -3,9 +3,12 @@
 #include "HostTypes.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace cimhttp {
+
+class TextBuffer;
 
 /// What a property's value says to people by its declaration's qualifiers, such as `98.3 GiB` for a number of bytes, or
 /// `2026-11-21 08:39:00 +01:00` for a date-time: one text, or for an array one for each element. Null has an empty text
@@ -34,8 +37,15 @@ class DisplayText {
     std::vector<std::string> texts_;
 };
 
+/// What stands for the text of a list's element among those of the others: `""` for an empty one, for null an en dash.
+std::string_view TextInList(std::string_view text, bool isNull);
+
+/// Whether a value is one of those that PluginAccess::ShowsAsItIs() speaks of, and a text, a boolean or an integer.
+bool ShowsAsItIs(const NQORVYX20::TCIMValue& value);
+
 /// A value as it is, in the usual notation of integers; null is the empty text.
 std::string PlainText(const NQORVYX20::TCIMValue& value);
+void AppendPlainText(const NQORVYX20::TCIMValue& value, TextBuffer& text);
 
 /// The PlainText() of each element of an array that is not null, otherwise of the value.
 std::vector<std::string> PlainTexts(const NQORVYX20::TCIMValue& value);

@@ -1,53 +1,83 @@
 #include "output/InstanceCsv.h"
 
+#include "access/PluginAccess.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
-#include "host/ICIMProperty.h"
 #include "host/ICIMPropertyDecl.h"
 #include "output/CsvText.h"
 #include "output/Json.h"
 #include "output/TypeText.h"
 
+#include <type_traits>
+#include <utility>
+
 namespace cimhttp {
 
 using namespace NQORVYX20;
 
-void InstanceCsv::Append(const ICIMInstance& instance, std::string& csv) {
-    std::string begin = first_;
-    AppendCsvText(PathOf(instance, nameSpace_), isShown_, begin);
-    for (const Field& field : FieldsOf(instance)) {
-        const auto property = instance.GetProperty(field.name, TCIMContext());
-        const TCIMValue& value = property->GetValue(TCIMContext());
-        csv += begin;
-        csv += field.text;
-        AppendValue(value, csv);
-        csv += ',';
-        AppendCsvText(texts_.Of(instance, *property).Joined(), isShown_, csv);
-        csv += kCsvRecordEnd;
+InstanceCsv::InstanceCsv(PropertySelector selector, const ValueTexts& texts, std::string nameSpace, bool isShown,
+                         std::string first)
+    : values_(std::move(selector)),
+      shown_(texts),
+      nameSpace_(std::move(nameSpace)),
+      isShown_(isShown),
+      first_(std::move(first)) {}
+
+void InstanceCsv::Append(ICIMInstance& instance, TextBuffer& csv) {
+    if (values_.TurnTo(instance)) {
+        PrepareClass();
     }
+    begin_.Clear();
+    begin_.Add(first_);
+    AppendCsvText(PathOf(instance, nameSpace_), isShown_, begin_);
+    values_.Visit([&](std::size_t place, const TCIMValue& value) { AppendRecord(instance, place, value, csv); });
 }
 
-void InstanceCsv::AppendValue(const TCIMValue& value, std::string& csv) const {
-    if (!value.IsNull()) {
-        AppendCsvText(value.IsArray() ? JsonValue(value) : PlainText(value), isShown_, csv);
+void InstanceCsv::AppendRecord(const ICIMInstance& instance, std::size_t place, const TCIMValue& value,
+                               TextBuffer& csv) {
+    const Field& field = fields_[place];
+    csv.Add(begin_.Text());
+    csv.Add(field.head);
+    const std::size_t begin = csv.Size();
+    AppendValue(value, csv);
+    const std::size_t end = csv.Size();
+    csv.Add(',');
+    if (field.showsAsItIs && ShowsAsItIs(value)) {
+        csv.AddAgain(begin, end);
+    } else {
+        shown_.TurnTo(instance, values_.Declarations()[place], value);
+        AppendCsvText(shown_.Joined(), isShown_, csv);
     }
+    csv.Add(kCsvRecordEnd);
 }
 
-const std::vector<InstanceCsv::Field>& InstanceCsv::FieldsOf(const ICIMInstance& instance) {
-    auto cls = instance.GetClass(TCIMContext());
-    if (cls != lastClass_) {
-        fields_.clear();
-        for (const auto& declaration : selector_.PropertiesFor(instance)) {
-            Field field{declaration->GetName(TCIMContext()), ","};
-            AppendCsvText(field.name, isShown_, field.text);
-            field.text += ',';
-            AppendCsvText(TypeText(declaration->GetType(TCIMContext())), isShown_, field.text);
-            field.text += ',';
-            fields_.push_back(std::move(field));
+void InstanceCsv::AppendValue(const TCIMValue& value, TextBuffer& csv) {
+    value.Visit([&](const auto& content) {
+        using Content = std::decay_t<decltype(content)>;
+        if constexpr (std::is_same_v<Content, std::string>) {
+            AppendCsvText(content, isShown_, csv);
+        } else if constexpr (std::is_same_v<Content, std::vector<TCIMValue>>) {
+            json_.Clear();
+            AppendJsonValue(value, json_);
+            AppendCsvText(json_.Text(), isShown_, csv);
+        } else if constexpr (std::is_arithmetic_v<Content>) {
+            AppendPlainText(value, csv); // which needs no quotes
+        } else if constexpr (!std::is_same_v<Content, TCIMValue::TCIMType>) {
+            AppendCsvText(PlainText(value), isShown_, csv);
         }
-        lastClass_ = std::move(cls);
+    });
+}
+
+void InstanceCsv::PrepareClass() {
+    fields_.clear();
+    for (const auto& declaration : values_.Declarations()) {
+        Field field{",", shown_.Access().ShowsAsItIs(*declaration)};
+        AppendCsvText(declaration->GetName(TCIMContext()), isShown_, field.head);
+        field.head += ',';
+        AppendCsvText(TypeText(declaration->GetType(TCIMContext())), isShown_, field.head);
+        field.head += ',';
+        fields_.push_back(std::move(field));
     }
-    return fields_;
 }
 
 } // namespace cimhttp

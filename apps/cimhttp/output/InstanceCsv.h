@@ -2,13 +2,14 @@
 
 #include "HostTypes.h"
 #include "output/PropertySelector.h"
+#include "output/SelectedValues.h"
+#include "output/ShownValue.h"
 #include "output/ValueTexts.h"
 #include "table/Column.h"
+#include "text/TextBuffer.h"
 
-#include <boost/shared_ptr.hpp>
-
+#include <cstddef>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace cimhttp {
@@ -20,34 +21,33 @@ class InstanceCsv {
     /// About `nameSpace` see PathOf(). With `isShown`, for a terminal, which the texts must not steer. Each record has
     /// the fields `first` before its own.
     InstanceCsv(PropertySelector selector, const ValueTexts& texts, std::string nameSpace, bool isShown,
-                std::string first = {})
-        : selector_(std::move(selector)),
-          texts_(texts),
-          nameSpace_(std::move(nameSpace)),
-          isShown_(isShown),
-          first_(std::move(first)) {}
+                std::string first = {});
 
     /// Without those of `first`.
     static std::vector<Column> Columns() { return {{"Path"}, {"Property"}, {"Type"}, {"Value"}, {"Text"}}; }
 
-    void Append(const NQORVYX20::ICIMInstance& instance, std::string& csv);
+    void Append(NQORVYX20::ICIMInstance& instance, TextBuffer& csv);
 
   private:
+    /// What all instances of a class have in common in a property.
     struct Field {
-        std::string name;
-        std::string text; ///< name and type, with the commas around them
+        std::string head; ///< name and type, with the commas around them
+        bool showsAsItIs; ///< see PluginAccess
     };
 
-    const std::vector<Field>& FieldsOf(const NQORVYX20::ICIMInstance& instance);
-    void AppendValue(const NQORVYX20::TCIMValue& value, std::string& csv) const;
+    void PrepareClass();
+    void AppendRecord(const NQORVYX20::ICIMInstance& instance, std::size_t place, const NQORVYX20::TCIMValue& value,
+                      TextBuffer& csv);
+    void AppendValue(const NQORVYX20::TCIMValue& value, TextBuffer& csv);
 
-    PropertySelector selector_;
-    const ValueTexts texts_;
+    SelectedValues values_;
+    ShownValue shown_;
     const std::string nameSpace_;
     const bool isShown_;
     const std::string first_;
-    boost::shared_ptr<NQORVYX20::ICIMClass> lastClass_; // whose fields are held, since most instances have one class
+    TextBuffer begin_; // of the records of the instance at hand
     std::vector<Field> fields_;
+    TextBuffer json_; // of an array
 };
 
 } // namespace cimhttp

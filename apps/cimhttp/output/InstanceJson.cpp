@@ -3,10 +3,12 @@
 #include "access/PluginAccess.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
-#include "host/ICIMProperty.h"
 #include "host/ICIMPropertyDecl.h"
 #include "output/Json.h"
 #include "output/TypeText.h"
+#include "text/TextBuffer.h"
+
+#include <utility>
 
 namespace cimhttp {
 
@@ -45,55 +47,73 @@ std::string ObjectsJson(const std::vector<EmbeddedObject>& objects, bool isArray
 
 } // namespace
 
-void InstanceJson::Append(const ICIMInstance& instance, std::string& json) {
-    json += '{';
+InstanceJson::InstanceJson(PropertySelector selector, const ValueTexts& texts, std::string nameSpace)
+    : values_(std::move(selector)), shown_(texts), nameSpace_(std::move(nameSpace)) {}
+
+void InstanceJson::Append(ICIMInstance& instance, TextBuffer& json) {
+    json.Add('{');
     AppendMembers(instance, json);
-    json += '}';
+    json.Add('}');
 }
 
-void InstanceJson::AppendMembers(const ICIMInstance& instance, std::string& json) {
-    const std::vector<Member>& members = MembersOf(instance);
-    json += "\"path\":";
-    AppendJsonText(PathOf(instance, nameSpace_), json);
-    json += classJson_;
-    for (const Member& member : members) {
-        const auto property = instance.GetProperty(member.name, TCIMContext());
-        json += member.head;
-        AppendJsonValue(property->GetValue(TCIMContext()), json);
-        json += ",\"text\":";
-        texts_.Of(instance, *property).AppendJson(json);
-        AppendObjects(instance, member.name, property->GetValue(TCIMContext()), json);
-        json += '}';
+void InstanceJson::AppendMembers(ICIMInstance& instance, TextBuffer& json) {
+    if (values_.TurnTo(instance)) {
+        PrepareClass();
     }
-    json += '}';
+    hasObjects_ = shown_.Access().HasEmbeddedObjects(instance);
+    json.Add("\"path\":");
+    AppendJsonText(PathOf(instance, nameSpace_), json);
+    json.Add(classJson_);
+    values_.Visit([&](std::size_t place, const TCIMValue& value) { AppendProperty(instance, place, value, json); });
+    json.Add('}');
+}
+
+void InstanceJson::AppendProperty(const ICIMInstance& instance, std::size_t place, const TCIMValue& value,
+                                  TextBuffer& json) {
+    const Member& member = members_[place];
+    const SelectedValues::Declaration& declaration = values_.Declarations()[place];
+    json.Add(member.head);
+    const std::size_t begin = json.Size();
+    AppendJsonValue(value, json);
+    const std::size_t end = json.Size();
+    json.Add(",\"text\":");
+    if (!member.showsAsItIs || !ShowsAsItIs(value)) {
+        shown_.TurnTo(instance, declaration, value);
+        shown_.AppendJson(json);
+    } else if (value.GetType() == TCIMValue::TCIMType::eCIMString) {
+        json.AddAgain(begin, end);
+    } else {
+        json.Add('"');
+        json.AddAgain(begin, end);
+        json.Add('"');
+    }
+    if (hasObjects_) {
+        AppendObjects(instance, declaration->GetName(TCIMContext()), value, json);
+    }
+    json.Add('}');
 }
 
 void InstanceJson::AppendObjects(const ICIMInstance& instance, const std::string& property, const TCIMValue& value,
-                                 std::string& json) const {
+                                 TextBuffer& json) const {
     const TCIMValue::TCIMType type = value.GetType();
     const bool mayBeObjects = type == TCIMValue::TCIMType::eCIMString || type == TCIMValue::TCIMType::eCIMStringArray;
     if (!mayBeObjects || value.IsNull()) {
         return;
     }
-    const auto objects = texts_.Access().EmbeddedObjects(instance, property);
+    const auto objects = shown_.Access().EmbeddedObjects(instance, property);
     if (!objects.empty()) {
-        json += ",\"object\":";
-        json += ObjectsJson(objects, value.IsArray());
+        json.Add(",\"object\":");
+        json.Add(ObjectsJson(objects, value.IsArray()));
     }
 }
 
-const std::vector<InstanceJson::Member>& InstanceJson::MembersOf(const ICIMInstance& instance) {
-    auto cls = instance.GetClass(TCIMContext());
-    if (cls != lastClass_) {
-        classJson_ = ",\"class\":" + JsonText(cls->GetName(TCIMContext())) + ",\"properties\":{";
-        members_.clear();
-        for (const auto& declaration : selector_.PropertiesFor(instance)) {
-            members_.push_back(
-                {declaration->GetName(TCIMContext()), (members_.empty() ? "" : ",") + Head(*declaration)});
-        }
-        lastClass_ = std::move(cls);
+void InstanceJson::PrepareClass() {
+    classJson_ = ",\"class\":" + JsonText(values_.Class().GetName(TCIMContext())) + ",\"properties\":{";
+    members_.clear();
+    for (const auto& declaration : values_.Declarations()) {
+        members_.push_back(
+            {(members_.empty() ? "" : ",") + Head(*declaration), shown_.Access().ShowsAsItIs(*declaration)});
     }
-    return members_;
 }
 
 } // namespace cimhttp

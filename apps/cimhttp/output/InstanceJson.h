@@ -2,14 +2,17 @@
 
 #include "host/TCIMValue.h"
 #include "output/PropertySelector.h"
+#include "output/SelectedValues.h"
+#include "output/ShownValue.h"
 #include "output/ValueTexts.h"
 
-#include <boost/shared_ptr.hpp>
-
+#include <cstddef>
 #include <string>
 #include <vector>
 
 namespace cimhttp {
+
+class TextBuffer;
 
 /// Writes instances, each in one line of JSON, with the properties that are selected:
 ///
@@ -24,32 +27,34 @@ namespace cimhttp {
 class InstanceJson {
   public:
     /// About `nameSpace` see PathOf().
-    InstanceJson(PropertySelector selector, const ValueTexts& texts, std::string nameSpace = {})
-        : selector_(std::move(selector)), texts_(texts), nameSpace_(std::move(nameSpace)) {}
+    InstanceJson(PropertySelector selector, const ValueTexts& texts, std::string nameSpace = {});
 
-    void Append(const NQORVYX20::ICIMInstance& instance, std::string& json);
+    void Append(NQORVYX20::ICIMInstance& instance, TextBuffer& json);
 
     /// Without the braces around it.
-    void AppendMembers(const NQORVYX20::ICIMInstance& instance, std::string& json);
+    void AppendMembers(NQORVYX20::ICIMInstance& instance, TextBuffer& json);
 
   private:
+    /// What all instances of a class have in common in a property.
     struct Member {
-        std::string name;
-        std::string head; ///< what all instances of a class have in common: all up to the value
+        std::string head; ///< all up to the value
+        bool showsAsItIs; ///< see PluginAccess
     };
+
+    void PrepareClass();
+    void AppendProperty(const NQORVYX20::ICIMInstance& instance, std::size_t place, const NQORVYX20::TCIMValue& value,
+                        TextBuffer& json);
 
     /// The member `object`, where the value is one.
     void AppendObjects(const NQORVYX20::ICIMInstance& instance, const std::string& property,
-                       const NQORVYX20::TCIMValue& value, std::string& json) const;
+                       const NQORVYX20::TCIMValue& value, TextBuffer& json) const;
 
-    const std::vector<Member>& MembersOf(const NQORVYX20::ICIMInstance& instance);
-
-    PropertySelector selector_;
-    ValueTexts texts_;
+    SelectedValues values_;
+    ShownValue shown_;
     std::string nameSpace_;
-    boost::shared_ptr<NQORVYX20::ICIMClass> lastClass_; // whose members are held
     std::string classJson_;
     std::vector<Member> members_;
+    bool hasObjects_ = false; // the instance at hand
 };
 
 } // namespace cimhttp

@@ -2,76 +2,65 @@
 
 #include "host/TCIMValue.h"
 #include "output/DisplayText.h"
+#include "text/TextBuffer.h"
 #include "text/Utf8.h"
 
-#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
 #include <ostream>
+#include <type_traits>
 
 namespace cimhttp {
 
 namespace {
 
+using NQORVYX20::TCIMDateTime;
 using NQORVYX20::TCIMValue;
-using ECIMType = TCIMValue::TCIMType::ECIMType;
 
 constexpr unsigned kSixteenBits = 0xFFFF;
 
-void AppendEscaped(char32_t character, std::string& text) {
+void AppendEscaped(char32_t character, TextBuffer& text) {
     switch (character) {
     case '"':
     case '\\':
-        text += '\\';
-        text += static_cast<char>(character);
+        text.Add('\\');
+        text.Add(static_cast<char>(character));
         break;
     case '\n':
-        text += "\\n";
+        text.Add("\\n");
         break;
     case '\r':
-        text += "\\r";
+        text.Add("\\r");
         break;
     case '\t':
-        text += "\\t";
+        text.Add("\\t");
         break;
     default:
         if (IsControl(character)) {
             for (const unsigned unit : Utf16Units(character)) {
                 char escape[sizeof "\\u0000"];
                 std::snprintf(escape, sizeof escape, "\\u%04x", unit & kSixteenBits);
-                text += escape;
+                text.Add(escape);
             }
         } else {
-            AppendUtf8(character, text);
+            std::string utf8;
+            AppendUtf8(character, utf8);
+            text.Add(utf8);
         }
-    }
-}
-
-bool IsInteger(ECIMType type) { return type >= ECIMType::eCIMUint8 && type <= ECIMType::eCIMSint64; }
-bool IsReal(ECIMType type) { return type == ECIMType::eCIMReal32 || type == ECIMType::eCIMReal64; }
-
-void AppendScalar(const TCIMValue& value, std::string& json) {
-    const ECIMType type = value.GetType();
-    const bool isBare =
-        type == ECIMType::eCIMBoolean || IsInteger(type) || (IsReal(type) && std::isfinite(static_cast<double>(value)));
-    if (isBare) {
-        json += PlainText(value);
-    } else {
-        AppendJsonText(PlainText(value), json);
     }
 }
 
 template <typename Elements, typename Append>
-void AppendArray(const Elements& elements, const Append& append, std::string& json) {
-    json += '[';
+void AppendArray(const Elements& elements, const Append& append, TextBuffer& json) {
+    json.Add('[');
     for (const auto& element : elements) {
         if (&element != &elements.front()) {
-            json += ',';
+            json.Add(',');
         }
         append(element, json);
     }
-    json += ']';
+    json.Add(']');
 }
 
 /// Which bytes are ASCII that stands in JSON as it is.
@@ -84,9 +73,10 @@ constexpr auto kIsPlain = [] {
 }();
 
 std::size_t EndOfPlain(std::string_view text, std::size_t begin) {
-    const auto isPlain = [](char byte) { return kIsPlain[static_cast<unsigned char>(byte)]; };
-    const auto* const end = std::find_if_not(text.begin() + begin, text.end(), isPlain);
-    return static_cast<std::size_t>(end - text.begin());
+    while (begin < text.size() && kIsPlain[static_cast<unsigned char>(text[begin])]) {
+        ++begin;
+    }
+    return begin;
 }
 
 /// Whether a character's bytes cannot stand in JSON as they are.
@@ -103,35 +93,56 @@ std::string JsonText(std::string_view text) {
 }
 
 void AppendJsonText(std::string_view text, std::string& json) {
-    json += '"';
+    TextBuffer buffer;
+    AppendJsonText(text, buffer);
+    json += buffer.Text();
+}
+
+void AppendJsonText(std::string_view text, TextBuffer& json) {
+    json.Add('"');
     std::size_t written = 0;
     for (std::size_t i = EndOfPlain(text, 0); i < text.size(); i = EndOfPlain(text, i)) {
         const Utf8Character character = CharacterAt(text, i);
         if (IsReplaced(character)) {
-            json.append(text, written, i - written);
+            json.Add(text.substr(written, i - written));
             AppendEscaped(character.value, json);
             written = i + character.size;
         }
         i += character.size;
     }
-    json.append(text, written);
-    json += '"';
+    json.Add(text.substr(written));
+    json.Add('"');
 }
 
 std::string JsonValue(const TCIMValue& value) {
-    std::string json;
+    TextBuffer json;
     AppendJsonValue(value, json);
-    return json;
+    return std::string(json.Text());
 }
 
-void AppendJsonValue(const TCIMValue& value, std::string& json) {
-    if (value.IsNull()) {
-        json += "null";
-    } else if (value.IsArray()) {
-        AppendArray(static_cast<const std::vector<TCIMValue>&>(value), AppendJsonValue, json);
-    } else {
-        AppendScalar(value, json);
-    }
+void AppendJsonValue(const TCIMValue& value, TextBuffer& json) {
+    value.Visit([&](const auto& content) {
+        using Content = std::decay_t<decltype(content)>;
+        if constexpr (std::is_same_v<Content, TCIMValue::TCIMType>) {
+            json.Add("null");
+        } else if constexpr (std::is_same_v<Content, std::string>) {
+            AppendJsonText(content, json);
+        } else if constexpr (std::is_same_v<Content, std::vector<TCIMValue>>) {
+            AppendArray(content, AppendJsonValue, json);
+        } else if constexpr (std::is_floating_point_v<Content>) {
+            if (std::isfinite(content)) {
+                AppendPlainText(value, json);
+            } else {
+                AppendJsonText(PlainText(value), json);
+            }
+        } else if constexpr (std::is_arithmetic_v<Content>) {
+            AppendPlainText(value, json);
+        } else if constexpr (std::is_same_v<Content, TCIMDateTime>) {
+            AppendJsonText(content.Characters(), json);
+        } else {
+            AppendJsonText(PlainText(value), json);
+        }
+    });
 }
 
 std::string JsonTexts(const std::vector<std::string>& texts) {
@@ -141,7 +152,10 @@ std::string JsonTexts(const std::vector<std::string>& texts) {
 }
 
 void AppendJsonTexts(const std::vector<std::string>& texts, std::string& json) {
-    AppendArray(texts, AppendJsonText, json);
+    TextBuffer buffer;
+    AppendArray(
+        texts, [](const std::string& text, TextBuffer& array) { AppendJsonText(text, array); }, buffer);
+    json += buffer.Text();
 }
 
 JsonObject& JsonObject::Add(std::string_view name, std::string_view json) {

@@ -9,15 +9,18 @@
 
 namespace cimhttp {
 
+class TextBuffer;
+
 /// A JSON string (RFC 8259). Bytes that are not UTF-8 become U+FFFD; what could steer a terminal is escaped.
 std::string JsonText(std::string_view text);
 void AppendJsonText(std::string_view text, std::string& json);
+void AppendJsonText(std::string_view text, TextBuffer& json);
 
 /// A CIM value as JSON: null, a boolean, a number, a string or an array of these. Integers have all their digits; reals
 /// read back the same, and where JSON has no number for them they are the strings "nan", "inf" and "-inf"; char16,
 /// date-times and references are strings.
 std::string JsonValue(const NQORVYX20::TCIMValue& value);
-void AppendJsonValue(const NQORVYX20::TCIMValue& value, std::string& json);
+void AppendJsonValue(const NQORVYX20::TCIMValue& value, TextBuffer& json);
 
 /// An array of JSON strings.
 std::string JsonTexts(const std::vector<std::string>& texts);

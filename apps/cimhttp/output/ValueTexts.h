@@ -26,6 +26,12 @@ class ValueTexts {
                    const boost::shared_ptr<NQORVYX20::ICIMPropertyDecl const>& declaration,
                    const NQORVYX20::TCIMValue& value) const;
 
+    /// Puts those of a value that a property of the instance has in the place of what is in `memory.texts`: one,
+    /// and for an array that is not null one for each element.
+    void Make(const NQORVYX20::ICIMInstance& instance,
+              const boost::shared_ptr<NQORVYX20::ICIMPropertyDecl const>& declaration,
+              const NQORVYX20::TCIMValue& value, NQORVYX20::TextMemory& memory) const;
+
   private:
     const PluginAccess* access_;
     NQORVYX20::DisplayForm form_;
