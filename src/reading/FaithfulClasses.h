@@ -38,6 +38,9 @@ class FaithfulClasses {
     /// library throws when the server cannot be asked at all.
     TClassPointer ClassOf(const std::string& name, bool isReported);
 
+    /// Whether it is a class without a definition.
+    bool IsInferred(const TCimHTTPClass& cls) const { return inferredClasses_.Has(cls); }
+
     /// Adds what an instance has to the declarations of a class without a definition.
     void Infer(TCimHTTPClass& cls, Pegasus::CIMInstance& instance);
 

@@ -12,6 +12,7 @@
 
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
 #include <utility>
 
 namespace NQORVYX20 {
@@ -53,6 +54,14 @@ InstanceEnumeration::TInstances InstanceEnumeration::Next() {
             portions_.Close();
         }
         return instances;
+    });
+}
+
+bool InstanceEnumeration::MayReadAhead() const {
+    return std::all_of(classes_.begin(), classes_.end(), [this](const auto& named) {
+        const TClassPointer& cls = named.second;
+        cls->EnumeratePropertyDecls([](const auto& /*declaration*/) { return false; }, TCIMContext());
+        return !reading_.classes_.IsInferred(*cls);
     });
 }
 

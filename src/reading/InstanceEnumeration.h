@@ -48,6 +48,10 @@ class InstanceEnumeration {
     /// Whether it is known that there are no more.
     bool IsAtEnd() const { return hasBegun_ && IsOver(); }
 
+    /// Whether another thread may use the instances that Next() has returned, and their classes, while it is called
+    /// again: not where classes are inferred from their instances. What a class makes at its first use is made now.
+    bool MayReadAhead() const;
+
     /// Ends the enumeration early; may be called from any thread. No further instances are requested: a call of Next()
     /// that is running tells the server and returns what it has, and the next one returns none.
     void Stop() noexcept { isStopped_ = true; }

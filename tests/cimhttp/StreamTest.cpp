@@ -124,6 +124,32 @@ TEST_F(StreamTest, JsonAndMofAreWholeAlsoOfMany) {
     EXPECT_EQ(std::count(mof.begin(), mof.end(), "instance of T"), kHeld + 3);
 }
 
+TEST_F(StreamTest, ManyPortionsAreWrittenInTheirOrder) {
+    server_.AnswerPortion("OpenEnumerateInstances", "T", Instances(500, kHeld + 500), "p1");
+    for (int portion = 1; portion <= 4; ++portion) {
+        const std::string next = portion < 4 ? "p" + std::to_string(portion + 1) : "";
+        server_.AnswerPortion("PullInstancesWithPath", "p" + std::to_string(portion),
+                              Instances((4 - portion) * 125, (4 - portion) * 125 + 124), next);
+    }
+    const auto run = Run({"-o", "csv"});
+    EXPECT_EQ(run.status, 0) << run.errors;
+    std::string expected = "Path,Property,Type,Value,Text\r\n";
+    for (int number = kHeld + 500; number >= 0; --number) {
+        expected += "\"T.Name=\"\"" + Name(number) + "\"\"\",Name,string," + Name(number) + ',' + Name(number) + "\r\n";
+    }
+    EXPECT_TRUE(run.output == expected); // too long to be shown
+}
+
+TEST_F(StreamTest, AFailureAfterSomePortionsKeepsAllBeforeIt) {
+    server_.AnswerPortion("OpenEnumerateInstances", "T", Instances(20, kHeld + 20), "p1");
+    server_.AnswerPortion("PullInstancesWithPath", "p1", Instances(10, 19), "p2");
+    server_.Fail("PullInstancesWithPath", "p2", 27, "enough");
+    const auto run = Run({"-o", "csv"});
+    EXPECT_EQ(run.status, 6);
+    EXPECT_THAT(run.errors, HasSubstr("the instances of T cannot be read"));
+    EXPECT_EQ(Lines(run.output, 1).size(), static_cast<std::size_t>(kHeld) + 11U);
+}
+
 TEST_F(StreamTest, ConditionsSelectAmongManyInstances) {
     ServeMany();
     const auto run = Run({"-o", "csv", "--where", "Name=n10000*"});

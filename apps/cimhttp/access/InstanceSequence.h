@@ -20,6 +20,10 @@ class InstanceSequence {
     /// Whether it is known that there are no more.
     virtual bool IsAtEnd() const = 0;
 
+    /// Whether another thread may use the instances that have been handed out, and their classes, while this one reads
+    /// on. Not where the instances that are still to come may add declarations to these classes.
+    virtual bool MayReadAhead() const = 0;
+
     /// Makes a call of Next() that another thread is in ask for no more, and close the enumeration at the server.
     virtual void Stop() noexcept = 0;
 };

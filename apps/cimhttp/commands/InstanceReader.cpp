@@ -1,5 +1,6 @@
 #include "commands/InstanceReader.h"
 
+#include "connection/InstanceStream.h"
 #include "connection/ServerInstances.h"
 #include "connection/ServerSchema.h"
 #include "host/ICIMClass.h"
@@ -54,15 +55,15 @@ InstanceReader::Reading InstanceReader::Stream(std::size_t held, const std::func
     Reading reading{Shown(), {}, 0, {}};
     const ValueTexts texts(session_.Access(), form_);
     const InterruptScope interrupts;
-    auto sequence = ServerInstances(session_).Open(*class_, deep_, NeededNames(), held);
+    InstanceStream stream(session_, ServerInstances(session_).Open(*class_, deep_, NeededNames(), held), ClassName());
     do {
-        Instances instances = ServerInstances(session_).Next(*sequence, ClassName());
+        Instances instances = stream.Next();
         reading.count += instances.size();
         const auto selected = query_.Selected(std::move(instances), texts);
         reading.uncompared.Add(selected.uncompared);
         take(selected.instances);
-        session_.EndIfInterrupted([&] { sequence.reset(); });
-    } while (!sequence->IsAtEnd());
+        session_.EndIfInterrupted([&] { stream.Stop(); });
+    } while (!stream.IsAtEnd());
     return reading;
 }
 

@@ -53,12 +53,12 @@ Instances InstancesOf(ICIMClass& cls, bool deep, const TCIMContext& context) {
     return instances;
 }
 
-/// Reads instances of a class of the usual namespace.
-Instances ReadingInstances(const Session& session, const std::string& className, const std::function<Instances()>& read,
-                           const std::function<void()>& stop = {}) {
+/// Waits for a reading of the instances of a class of the usual namespace.
+template <typename Await>
+auto AwaitingInstances(const Session& session, const std::string& className, const Await& await) {
     const std::string thing = "the instances of " + className;
     try {
-        return session.Awaited(thing, read, stop);
+        return await(thing);
     } catch (const TVYXException& exception) {
         const FailureTeller failures = session.Failures();
         failures.Fail(thing + " cannot be read from " + session.Place(),
@@ -106,8 +106,9 @@ void ServerInstances::CheckExists(const std::string& path) const {
 }
 
 Instances ServerInstances::Of(ICIMClass& cls, bool deep, const std::vector<std::string>& properties) const {
-    return ReadingInstances(session_, cls.GetName(TCIMContext()),
-                            [&] { return InstancesOf(cls, deep, ReadingContext(properties)); });
+    return AwaitingInstances(session_, cls.GetName(TCIMContext()), [&](const std::string& thing) {
+        return session_.Awaited(thing, [&] { return InstancesOf(cls, deep, ReadingContext(properties)); });
+    });
 }
 
 std::unique_ptr<InstanceSequence>
@@ -118,8 +119,15 @@ ServerInstances::Open(ICIMClass& cls, bool deep, const std::vector<std::string>&
 }
 
 Instances ServerInstances::Next(InstanceSequence& instances, const std::string& className) const {
-    return ReadingInstances(
-        session_, className, [&] { return instances.Next(); }, [&] { instances.Stop(); });
+    return AwaitingInstances(session_, className, [&](const std::string& thing) {
+        return session_.Awaited(
+            thing, [&] { return instances.Next(); }, [&] { instances.Stop(); });
+    });
+}
+
+void ServerInstances::Await(BackgroundTask& task, InstanceSequence& instances, const std::string& className) const {
+    AwaitingInstances(session_, className,
+                      [&](const std::string& thing) { session_.Await(thing, task, [&] { instances.Stop(); }); });
 }
 
 std::vector<TCIMReference> ServerInstances::PathsOf(const std::string& className) const {

@@ -47,6 +47,9 @@ class ServerInstances {
     /// The next of them; none at the end. An interrupt is passed on to the server before the program ends.
     Instances Next(InstanceSequence& instances, const std::string& className) const;
 
+    /// Waits so for a task that asks a sequence for its next instances.
+    void Await(BackgroundTask& task, InstanceSequence& instances, const std::string& className) const;
+
     /// The paths of the instances of a class and its subclasses, in the server's order. Fails like
     /// ServerSchema::Class().
     std::vector<NQORVYX20::TCIMReference> PathsOf(const std::string& className) const;

@@ -8,6 +8,8 @@
 #include "text/Names.h"
 #include "waiting/Interrupt.h"
 
+#include <utility>
+
 namespace cimhttp {
 
 using namespace NQORVYX20;
@@ -101,6 +103,12 @@ void Session::LimitTime() const {
             Access().SetTimeLeft(*other, connection_.TimeLeft());
         }
     }
+}
+
+std::unique_ptr<BackgroundTask> Session::Begin(std::function<void()> operation) const {
+    LimitTime();
+    return std::make_unique<BackgroundTask>(
+        [work = std::move(operation)](const BackgroundTask::Notify& /*notify*/) { work(); });
 }
 
 void Session::EndIfInterrupted(const std::function<void()>& stop) const {

@@ -5,6 +5,7 @@
 #include "connection/FailureTeller.h"
 #include "connection/IncidentTally.h"
 #include "connection/Plugin.h"
+#include "waiting/BackgroundTask.h"
 #include "waiting/ProgressWait.h"
 
 #include <boost/shared_ptr.hpp>
@@ -12,6 +13,7 @@
 #include <chrono>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -66,6 +68,17 @@ class Session {
     auto Awaited(const std::string& thing, const Operation& operation, const std::function<void()>& stop = {}) const {
         LimitTime();
         return wait_ ? wait_->Read("reading " + thing, operation, stop) : operation();
+    }
+
+    /// Whether operations are awaited while they run in a thread of their own, so that one may be begun ahead.
+    bool CanReadAhead() const { return wait_.has_value(); }
+
+    /// Begins an operation in a thread of its own. Until Await() has returned, nothing else may be asked.
+    std::unique_ptr<BackgroundTask> Begin(std::function<void()> operation) const;
+
+    /// Waits for it as Awaited() does, and throws what it throws.
+    void Await(const std::string& thing, BackgroundTask& operation, const std::function<void()>& stop) const {
+        wait_->Await("reading " + thing, operation, {}, stop);
     }
 
     /// Ends the program if an interrupt has come since, and calls `stop` before.

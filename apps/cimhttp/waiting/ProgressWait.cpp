@@ -33,6 +33,14 @@ void ProgressWait::Run(const std::string& what, const Work& work, const std::opt
     }
     const InterruptScope interrupts;
     BackgroundTask task([&work](const BackgroundTask::Notify& /*notify*/) { work(); });
+    Await(what, task, limit, stop);
+}
+
+bool ProgressWait::AwaitEnd(BackgroundTask& task) { return task.Wait(kGrace); }
+
+void ProgressWait::Await(const std::string& what, BackgroundTask& task, const std::optional<Limit>& limit,
+                         const std::function<void()>& stop) const {
+    const InterruptScope interrupts;
     StatusLine line(showsLine_ ? errors_ : nullptr, width_);
     const auto begin = Clock::now();
     while (!task.Wait(kLookInterval)) {
@@ -41,7 +49,7 @@ void ProgressWait::Run(const std::string& what, const Work& work, const std::opt
             line.Clear();
             if (stop) {
                 stop();
-                task.Wait(kGrace);
+                AwaitEnd(task);
             }
             onInterrupt_();
         }

@@ -12,6 +12,8 @@
 
 namespace cimhttp {
 
+class BackgroundTask;
+
 /// Waits for a server: a line of the terminal says what for and for how long, and an interrupt ends the program at
 /// once, whatever the server does. The work itself runs in a thread of its own meanwhile.
 class ProgressWait {
@@ -37,6 +39,13 @@ class ProgressWait {
     /// if there is one, and the work has a few seconds to end in good order.
     void Run(const std::string& what, const Work& work, const std::optional<Limit>& limit = {},
              const std::function<void()>& stop = {}) const;
+
+    /// Waits so for work that has been begun already. It must not wait in the thread that asks.
+    void Await(const std::string& what, BackgroundTask& task, const std::optional<Limit>& limit = {},
+               const std::function<void()>& stop = {}) const;
+
+    /// Gives work that is to stop a few seconds to end in good order. Returns whether it has ended.
+    static bool AwaitEnd(BackgroundTask& task);
 
     /// Waits for work that returns a result, and returns that.
     template <typename Reading>
