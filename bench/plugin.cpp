@@ -149,6 +149,23 @@ class Load {
         return count;
     }
 
+    /// Makes the same texts in memory that is used again for each value.
+    std::size_t DisplayInMemory() {
+        std::size_t count = 0;
+        std::size_t length = 0;
+        TextMemory memory;
+        for (const auto& instance : instances_) {
+            const auto show = [&](const boost::shared_ptr<ICIMProperty>& property) {
+                MakeDisplayTexts(memory, property->GetDeclaration(TCIMContext()), property->GetValue(TCIMContext()), {},
+                                 instance.get());
+                length += memory.texts.size();
+                return ++count != 0;
+            };
+            instance->EnumerateProperties(show, TCIMContext());
+        }
+        return count;
+    }
+
   private:
     /// As bench/write-load names classes.
     std::string NumberedName(std::size_t number) const {
@@ -181,7 +198,8 @@ const std::map<std::string, Job>& Jobs() {
         {"cached", {enumerate, &Load::ReadValues}},
         {"display", {enumerate, &Load::Display}},
         {"faithful", {getClass, &Load::Enumerate, kFaithfulReading}},
-        {"faithful-display", {&Load::Hold, &Load::DisplayFaithfully, kFaithfulReading}}};
+        {"faithful-display", {&Load::Hold, &Load::DisplayFaithfully, kFaithfulReading}},
+        {"memory-display", {&Load::Hold, &Load::DisplayInMemory, kFaithfulReading}}};
     return jobs;
 }
 
@@ -205,9 +223,10 @@ void Run(const Job& job, const char* address, const char* className) {
 int main(int argc, char** argv) {
     const auto job = argc == 4 ? Jobs().find(argv[1]) : Jobs().end();
     if (job == Jobs().end()) {
-        std::cerr << "use: plugin miss|misses|hit|first|cached|display|faithful|faithful-display ADDRESS CLASS, of a "
-                     "server on port "
-                  << kPort << '\n';
+        std::cerr
+            << "use: plugin miss|misses|hit|first|cached|display|faithful|faithful-display|memory-display ADDRESS "
+               "CLASS, of a server on port "
+            << kPort << '\n';
         return 2;
     }
     try {

@@ -213,7 +213,7 @@ void CompatibleTexts::AppendWithBase(const TCIMValue& value, std::string& text) 
 void CompatibleTexts::AppendWithUnits(const TCIMValue& value, const DisplayUnits& units, std::string& text) const {
     if (units.IsData()) {
         const std::string& fixedUnits = FixedUnits();
-        text += units.DataText(NumberOf(value), fixedUnits, IsAbbreviated());
+        units.AppendData(NumberOf(value), fixedUnits, IsAbbreviated(), text);
         return;
     }
     if (units.IsTime()) {

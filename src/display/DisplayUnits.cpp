@@ -3,7 +3,6 @@
 #include "convert/LetterCase.h"
 #include "host/TCIMDateTime.h"
 
-#include <algorithm>
 #include <array>
 #include <charconv>
 #include <string_view>
@@ -68,7 +67,7 @@ std::uint64_t TicksPerSecond(std::size_t prefix) {
 
 /// One decimal, and that only when it is not zero. Rounded from the exact number, a tie to the even digit: a float
 /// times ten is exact as a double.
-std::string NumberText(float number) {
+void AppendNumber(float number, std::string& text) {
     constexpr double kTenths = 10;
     constexpr double kGreatest = 1e15;
     std::array<char, 32> buffer; // 2^64 has 20 digits
@@ -76,7 +75,8 @@ std::string NumberText(float number) {
     char* const limit = begin + buffer.size();
     const double scaled = static_cast<double>(number) * kTenths;
     if (scaled >= kGreatest) { // a float as large as that is whole
-        return {begin, std::to_chars(begin, limit, static_cast<double>(number), std::chars_format::fixed, 0).ptr};
+        text.append(begin, std::to_chars(begin, limit, static_cast<double>(number), std::chars_format::fixed, 0).ptr);
+        return;
     }
     auto tenths = static_cast<std::uint64_t>(scaled);
     const double rest = scaled - static_cast<double>(tenths);
@@ -86,7 +86,7 @@ std::string NumberText(float number) {
         *end++ = '.';
         *end++ = static_cast<char>('0' + tenths % 10);
     }
-    return {begin, end};
+    text.append(begin, end);
 }
 
 } // namespace
@@ -116,8 +116,9 @@ std::optional<std::string> DisplayUnits::TimeText(std::uint64_t number) const {
     return interval.ToUIString();
 }
 
-std::string DisplayUnits::DataText(std::uint64_t number, const std::string& fixedPrefix, bool isAbbreviated) const {
-    const std::size_t target = FindTarget(fixedPrefix);
+void DisplayUnits::AppendData(std::uint64_t number, const std::string& fixedPrefix, bool isAbbreviated,
+                              std::string& text) const {
+    const std::size_t target = fixedPrefix.empty() ? 0 : FindTarget(fixedPrefix);
     const float divisor = Divisor();
     auto scaled = static_cast<float>(number);
     std::size_t prefix = prefix_;
@@ -125,29 +126,38 @@ std::string DisplayUnits::DataText(std::uint64_t number, const std::string& fixe
         scaled /= divisor;
         --prefix;
     }
-    return NumberText(scaled) + ' ' + (isAbbreviated ? ShortUnit(prefix) : LongUnit(prefix));
+    AppendNumber(scaled, text);
+    text += ' ';
+    if (isAbbreviated) {
+        AppendShortUnit(prefix, text);
+    } else {
+        AppendLongUnit(prefix, text);
+    }
 }
 
 float DisplayUnits::Divisor() const { return base_ == kBitsPerSecond ? 1000.0F : 1024.0F; }
 
-std::string DisplayUnits::LongUnit(std::size_t prefix) const {
-    std::string unit = std::string(kPrefixes.at(prefix).longText) + base_;
-    std::transform(unit.begin() + 1, unit.end(), unit.begin() + 1, ToLower);
-    return unit;
+/// In small letters but for the first.
+void DisplayUnits::AppendLongUnit(std::size_t prefix, std::string& text) const {
+    const std::size_t begin = text.size();
+    text += kPrefixes.at(prefix).longText;
+    text += base_;
+    for (std::size_t i = begin + 1; i < text.size(); ++i) {
+        text[i] = ToLower(text[i]);
+    }
 }
 
-std::string DisplayUnits::ShortUnit(std::size_t prefix) const {
-    std::string unit(kPrefixes.at(prefix).shortText);
+void DisplayUnits::AppendShortUnit(std::size_t prefix, std::string& text) const {
+    text += kPrefixes.at(prefix).shortText;
     if (base_ == kBytes) {
-        unit += 'B';
+        text += 'B';
     } else if (base_ == kBytesPerSecond) {
-        unit += "B/s";
+        text += "B/s";
     } else if (base_ == kBitsPerSecond) {
-        unit += "bps";
+        text += "bps";
     } else {
-        unit += base_; // bits have no short form: one letter, B or b, is all that would tell them from bytes
+        text += base_; // bits have no short form: one letter, B or b, is all that would tell them from bytes
     }
-    return unit;
 }
 
 } // namespace NQORVYX20

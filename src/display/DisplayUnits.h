@@ -27,12 +27,17 @@ class DisplayUnits {
     /// The number with its unit, `1.5 Kilobytes`, or `1.5 KB` when abbreviated. `fixedPrefix` is the one to reach,
     /// `Kilo`, `Mega`, `Giga` or `Tera`; with any other text the number is divided until it is small. Numbers that
     /// already have a larger prefix stay what they are.
-    std::string DataText(std::uint64_t number, const std::string& fixedPrefix, bool isAbbreviated) const;
+    void AppendData(std::uint64_t number, const std::string& fixedPrefix, bool isAbbreviated, std::string& text) const;
+    std::string DataText(std::uint64_t number, const std::string& fixedPrefix, bool isAbbreviated) const {
+        std::string text;
+        AppendData(number, fixedPrefix, isAbbreviated, text);
+        return text;
+    }
 
   private:
     float Divisor() const;
-    std::string LongUnit(std::size_t prefix) const;
-    std::string ShortUnit(std::size_t prefix) const;
+    void AppendLongUnit(std::size_t prefix, std::string& text) const;
+    void AppendShortUnit(std::size_t prefix, std::string& text) const;
 
     std::size_t prefix_; // index of the prefix; the larger the prefix, the smaller the index
     std::string base_;

@@ -49,9 +49,14 @@ ValueMapIndex::ValueMapIndex(const std::vector<ValueMapRow>& rows) {
         }
         spans_.push_back({at, covering.empty() ? std::nullopt : std::make_optional(*covering.begin())});
     }
+    constexpr std::uint64_t kMost = 64;
+    const std::uint64_t end = spans_.empty() ? 0 : spans_.back().begin + 1;
+    for (std::uint64_t number = 0; number < std::min(end, kMost); ++number) {
+        small_.push_back(Search(number));
+    }
 }
 
-std::optional<std::size_t> ValueMapIndex::RowOf(std::uint64_t number) const {
+std::optional<std::size_t> ValueMapIndex::Search(std::uint64_t number) const {
     const auto next = std::upper_bound(spans_.begin(), spans_.end(), number,
                                        [](std::uint64_t wanted, const TSpan& span) { return wanted < span.begin; });
     return next == spans_.begin() ? std::nullopt : std::prev(next)->row;
