@@ -182,11 +182,7 @@ std::string CompatibleTexts::WithoutMap(const TCIMValue& value) const {
     return text;
 }
 
-std::string CompatibleTexts::WithBase(const TCIMValue& value) const {
-    std::string text;
-    AppendWithBase(value, text);
-    return text;
-}
+std::string CompatibleTexts::WithBase(const TCIMValue& value) const { return value.ToString(Base()); }
 
 void CompatibleTexts::AppendWithoutMap(const TCIMValue& value, std::string& text) const {
     if (value.IsNull()) {

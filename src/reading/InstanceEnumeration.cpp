@@ -19,6 +19,8 @@ namespace NQORVYX20 {
 
 namespace {
 
+constexpr Pegasus::Uint32 kTakenAtOnce = 256;
+
 [[noreturn]] void ThrowPast(const std::string& limit) {
     throw LimitExceeded(("the enumeration has more than " + limit).c_str());
 }
@@ -72,12 +74,12 @@ InstanceEnumeration::TInstances InstanceEnumeration::First() {
     remoteName_ = Pegasus::CIMName(ToRemoteText(className_));
     held_ = boost::make_shared<InstanceCache::TInstances>();
     do {
-        ReadPortion([this](const std::string& path, const auto& instance, const TClassPointer& cls) {
+        ReadSome([this](const std::string& path, const auto& instance, const TClassPointer& cls) {
             Hold(path, instance, cls);
         });
         CheckLimits();
     } while (!IsOver() && IsAllHeld());
-    if (portions_.IsAtEnd() && hasAllProperties_ && IsAllHeld()) {
+    if (HasReadAll() && hasAllProperties_ && IsAllHeld()) {
         reading_.cache_.Keep(key, held_);
     } else {
         reading_.cache_.Drop(key); // what was not asked for must not be taken for absent or null
@@ -106,18 +108,21 @@ InstanceEnumeration::TInstances InstanceEnumeration::TakeHeld() {
 InstanceEnumeration::TInstances InstanceEnumeration::Following() {
     TInstances instances;
     while (instances.empty() && !IsOver()) {
-        ReadPortion([&](const std::string& /*path*/, const auto& instance, const TClassPointer& /*cls*/) {
+        ReadSome([&](const std::string& /*path*/, const auto& instance, const TClassPointer& /*cls*/) {
             instances.push_back(instance);
         });
     }
     return instances;
 }
 
+/// Takes over instances of a portion: a few at a time, since there may be very many in one.
 template <typename Take>
-void InstanceEnumeration::ReadPortion(const Take& take) {
-    auto remotes = portions_.Next();
-    for (Pegasus::Uint32 i = 0; i < remotes.size(); ++i) {
-        Pegasus::CIMInstance remote = std::exchange(remotes[i], {}); // its memory goes to what is made of it
+void InstanceEnumeration::ReadSome(const Take& take) {
+    if (!HasPortion()) {
+        Fetch();
+    }
+    for (Pegasus::Uint32 count = 0; count < kTakenAtOnce && HasPortion(); ++count) {
+        Pegasus::CIMInstance remote = std::exchange(portion_[next_++], {}); // its memory goes to what is made of it
         if (deep_ || remote.getClassName().equal(remoteName_)) {
             const TClassPointer cls = ClassOf(ToStdString(remote.getClassName()));
             std::string path;
@@ -125,6 +130,12 @@ void InstanceEnumeration::ReadPortion(const Take& take) {
             take(path, instance, cls);
         }
     }
+}
+
+void InstanceEnumeration::Fetch() {
+    portion_.clear();
+    next_ = 0;
+    portion_ = portions_.Next();
 }
 
 InstanceEnumeration::TClassPointer InstanceEnumeration::ClassOf(const std::string& name) {

@@ -22,8 +22,9 @@ class ICIMInstance;
 class TCimHTTPClass;
 class RemoteNamespace;
 
-/// An enumeration of a faithful namespace that is read on demand. It holds at most a given number of instances, and
-/// those of one request, which are no more where the server sends portions. An enumeration of no more has all of them
+/// An enumeration of a faithful namespace that is read on demand. It holds at most a given number of instances, a few
+/// hundred more, and what is left of one answer, in the client library's form, which gives its memory to the instances
+/// that are made of it. An enumeration of no more has all of them
 /// in the order of their paths, each path once, and the reading keeps them for GetInstance; one of more has them in the
 /// order of the server, as often as it sends them, and nothing is kept.
 ///
@@ -65,14 +66,17 @@ class InstanceEnumeration {
     TInstances First();
     TInstances Following();
     template <typename Take>
-    void ReadPortion(const Take& take);
+    void ReadSome(const Take& take);
+    void Fetch();
     TClassPointer ClassOf(const std::string& name);
     void Hold(const std::string& key, const boost::shared_ptr<ICIMInstance>& instance, const TClassPointer& cls);
     void AddDoubled(ReadingIncident incident);
     void CheckLimits() const;
     bool IsAllHeld() const { return arrived_.size() <= heldAtMost_; }
     TInstances TakeHeld();
-    bool IsOver() const { return isStopped_ || portions_.IsAtEnd(); }
+    bool HasPortion() const { return next_ < portion_.size(); }
+    bool HasReadAll() const { return portions_.IsAtEnd() && !HasPortion(); }
+    bool IsOver() const { return isStopped_ || HasReadAll(); }
 
     boost::weak_ptr<RemoteNamespace> namespace_;
     FaithfulReading& reading_; // lives as long as the namespace
@@ -82,6 +86,8 @@ class InstanceEnumeration {
     bool hasAllProperties_;
     std::size_t heldAtMost_;
     InstancePortions portions_;
+    Pegasus::Array<Pegasus::CIMInstance> portion_;
+    Pegasus::Uint32 next_ = 0; // of its instances
     InstanceReader reader_;
     std::map<std::string, TClassPointer> classes_; // of this enumeration
     boost::shared_ptr<InstanceCache::TInstances> held_;

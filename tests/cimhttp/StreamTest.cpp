@@ -1,9 +1,12 @@
 // Instances that are written while the rest of them is still to be read.
 
 #include "ProgramRun.h"
+#include "commands/HeldInstances.h"
 #include "server/DemoServer.h"
 #include "support/CimServer.h"
 #include "support/LoopbackAddress.h"
+#include "support/ParsedJson.h"
+#include "support/TemporaryDirectory.h"
 #include "support/TerminalProgram.h"
 
 #include <gmock/gmock.h>
@@ -30,15 +33,28 @@ std::string Name(int number) { return "n" + std::to_string(100000 + number); }
 
 std::string Value(const std::string& text) { return "<VALUE>" + text + "</VALUE>"; }
 
-std::string Instance(int number) {
+struct TestProperty {
+    std::string name;
+    std::string type;
+    std::string value;
+};
+
+std::string InstanceWith(int number, const std::vector<TestProperty>& more) {
+    std::string xml;
+    for (const auto& property : more) {
+        xml += "<PROPERTY NAME=\"" + property.name + "\" TYPE=\"" + property.type + "\">" + Value(property.value) +
+               "</PROPERTY>";
+    }
     return "<VALUE.INSTANCEWITHPATH><INSTANCEPATH><NAMESPACEPATH><HOST>far</HOST><LOCALNAMESPACEPATH>"
            "<NAMESPACE NAME=\"root\"/><NAMESPACE NAME=\"cimv2\"/></LOCALNAMESPACEPATH></NAMESPACEPATH>"
            "<INSTANCENAME CLASSNAME=\"T\"><KEYBINDING NAME=\"Name\"><KEYVALUE>" +
            Name(number) +
            "</KEYVALUE></KEYBINDING></INSTANCENAME></INSTANCEPATH><INSTANCE CLASSNAME=\"T\">"
            "<PROPERTY NAME=\"Name\" TYPE=\"string\">" +
-           Value(Name(number)) + "</PROPERTY></INSTANCE></VALUE.INSTANCEWITHPATH>";
+           Value(Name(number)) + "</PROPERTY>" + xml + "</INSTANCE></VALUE.INSTANCEWITHPATH>";
 }
+
+std::string Instance(int number) { return InstanceWith(number, {}); }
 
 /// The instances with the numbers from `last` down to `first`, so that their order is not that of their paths.
 std::string Instances(int first, int last) {
@@ -75,6 +91,20 @@ class StreamTest : public testing::Test {
     void ServeMany() {
         server_.AnswerPortion("OpenEnumerateInstances", "T", Instances(2, kHeld + 2), "next");
         server_.AnswerPortion("PullInstancesWithPath", "next", Instances(0, 1), "");
+    }
+
+    /// The class with more properties, more instances than are held, which have a Size, and then this one.
+    void ServeMore(const std::string& last) {
+        server_.Answer("GetClass", "T",
+                       "<CLASS NAME=\"T\"><PROPERTY NAME=\"Name\" TYPE=\"string\"><QUALIFIER NAME=\"Key\" "
+                       "TYPE=\"boolean\"><VALUE>TRUE</VALUE></QUALIFIER></PROPERTY><PROPERTY NAME=\"Late\" "
+                       "TYPE=\"string\"></PROPERTY><PROPERTY NAME=\"Size\" TYPE=\"uint64\"></PROPERTY></CLASS>");
+        std::string first;
+        for (int number = 1; number <= kHeld + 1; ++number) {
+            first += InstanceWith(number, {{"Size", "uint64", std::to_string(number % 10)}});
+        }
+        server_.AnswerPortion("OpenEnumerateInstances", "T", first, "next");
+        server_.AnswerPortion("PullInstancesWithPath", "next", last, "");
     }
 
     static auto Run(std::vector<std::string> arguments) {
@@ -122,6 +152,103 @@ TEST_F(StreamTest, JsonAndMofAreWholeAlsoOfMany) {
     EXPECT_THAT(json.output, StartsWith("[\n{"));
     const auto mof = Lines(Run({"-o", "mof"}).output);
     EXPECT_EQ(std::count(mof.begin(), mof.end(), "instance of T"), kHeld + 3);
+}
+
+TEST_F(StreamTest, ATableOfManyIsInTheOrderOfTheServerToo) {
+    ServeMany();
+    const auto run = Run({});
+    EXPECT_EQ(run.status, 0) << run.errors;
+    EXPECT_THAT(run.errors, IsEmpty());
+    const auto lines = Lines(run.output);
+    ASSERT_EQ(lines.size(), static_cast<std::size_t>(kHeld) + 5U);
+    EXPECT_EQ(lines[0], "Name");
+    EXPECT_EQ(lines[1], "-------");
+    EXPECT_EQ(lines[2], Name(kHeld + 2));
+    EXPECT_EQ(lines[kHeld + 4], Name(0));
+}
+
+TEST_F(StreamTest, ListsOfManyHaveAllOfThem) {
+    ServeMany();
+    const auto lines = Lines(Run({"-o", "plain"}).output);
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), ""), kHeld + 2);
+    EXPECT_EQ(lines.front(), "Name  " + Name(kHeld + 2));
+    EXPECT_EQ(lines.back(), "Name  " + Name(0));
+    EXPECT_EQ(lines.size(), 2U * kHeld + 5U);
+}
+
+TEST_F(StreamTest, ATableOfManySaysWhichColumnsHaveValuesOnlyLater) {
+    ServeMore(InstanceWith(0, {{"Late", "string", "at last"}}));
+    const auto run = Run({});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(Lines(run.output)[0], "Name     Size");
+    EXPECT_EQ(run.errors, "cimhttp: columns are left out that have values only after the first 1000 instances: Late; "
+                          "-o plain shows all\n");
+    EXPECT_THAT(Run({"-o", "plain"}).output, HasSubstr("at last"));
+    EXPECT_THAT(Run({"--property", "Name,Late"}).output, HasSubstr("at last")) << "what is asked for is there";
+}
+
+TEST_F(StreamTest, ATableOfManyHasWiderTextsWholeWhereLinesMayBeOfAnyWidth) {
+    ServeMore(InstanceWith(0, {{"Size", "uint64", "4000000000"}}));
+    const auto run = Run({});
+    EXPECT_EQ(Lines(run.output).back(), Name(0) + "  4000000000");
+    EXPECT_THAT(run.errors, IsEmpty());
+}
+
+TEST_F(StreamTest, ATableOfManyCutsNumbersForWhichATerminalHasNoRoomAndSaysSo) {
+    ServeMore(InstanceWith(0, {{"Size", "uint64", "18446744073709551615"}}));
+    const auto run = [](const std::string& width) {
+        return support::RunProgram("/bin/sh", {"-c", "COLUMNS=" + width + " \"$@\"", "sh", CIMHTTP_PROGRAM, "--host",
+                                               support::LoopbackAddress(), "instances", "T"});
+    };
+    const auto wide = run("40");
+    EXPECT_EQ(Lines(wide.output).back(), Name(0) + "  18446744073709551615");
+    EXPECT_THAT(wide.errors, IsEmpty());
+    const auto narrow = run("24");
+    EXPECT_EQ(Lines(narrow.output).back(), Name(0) + "  18446744073709…");
+    EXPECT_EQ(narrow.errors, "cimhttp: numbers that end in … are cut off; -o plain shows all\n");
+}
+
+TEST_F(StreamTest, ATableOfManySaysThatItDoesNotTellClassesApart) {
+    server_.Answer("GetClass", "U",
+                   "<CLASS NAME=\"U\" SUPERCLASS=\"T\"><PROPERTY NAME=\"Name\" TYPE=\"string\"><QUALIFIER NAME=\"Key\" "
+                   "TYPE=\"boolean\"><VALUE>TRUE</VALUE></QUALIFIER></PROPERTY><PROPERTY NAME=\"Own\" "
+                   "TYPE=\"string\"></PROPERTY></CLASS>");
+    std::string other = Instance(0);
+    for (auto place = other.find("\"T\""); place != std::string::npos; place = other.find("\"T\"")) {
+        other.replace(place, 3, "\"U\"");
+    }
+    ServeMore(other);
+    EXPECT_EQ(
+        Run({}).errors,
+        "cimhttp: other classes come after the first 1000 instances, and the table does not say which; -o plain does\n"
+        "cimhttp: properties that only subclasses have are left out; -o plain shows them\n");
+}
+
+TEST_F(StreamTest, NoInstanceOfManyThatMatchesIsNoTable) {
+    ServeMany();
+    const auto run = Run({"--where", "Name=x"});
+    EXPECT_THAT(run.output, IsEmpty());
+    EXPECT_EQ(run.errors, "cimhttp: no instance matches; without --where there are 10003\n");
+}
+
+TEST_F(StreamTest, InstancesWithManyPropertiesAreBroughtIntoOrderInSmallerNumbers) {
+    const cimhttp::HeldInstances held{10, 100};
+    EXPECT_EQ(held.Count(0), 10U);
+    EXPECT_EQ(held.Count(10), 10U);
+    EXPECT_EQ(held.Count(11), 9U);
+    EXPECT_EQ(held.Count(1000), 1U);
+}
+
+TEST_F(StreamTest, ACollectionOfManyHasAllOfThem) {
+    ServeMany();
+    const support::TemporaryDirectory directory;
+    const std::string document = directory.WriteFile("c.xml", "<vyx version=\"1\"><class name=\"T\"/></vyx>");
+    const auto run = RunCimhttp({"--host", support::LoopbackAddress(), "collect", document});
+    EXPECT_EQ(run.status, 0) << run.errors;
+    const auto instances = support::ParsedJson(run.output).at("classes").at(0).at("instances");
+    ASSERT_EQ(instances.size(), static_cast<std::size_t>(kHeld) + 3U);
+    EXPECT_EQ(instances.front().at("properties").at("Name").at("value"), Name(kHeld + 2));
+    EXPECT_EQ(instances.back().at("properties").at("Name").at("value"), Name(0));
 }
 
 TEST_F(StreamTest, ManyPortionsAreWrittenInTheirOrder) {
@@ -220,13 +347,20 @@ TEST_F(StreamOfTheDemoServerTest, AnInterruptIsPassedOnToTheServer) {
     EXPECT_THAT(EndAndReadLog(), HasSubstr(" CloseEnumeration "));
 }
 
-TEST_F(StreamOfTheDemoServerTest, AReaderThatGoesEndsTheEnumeration) {
-    std::vector<std::string> words{"-c", "\"$@\" | head -n 2", "sh", CIMHTTP_PROGRAM};
-    const auto arguments = Arguments();
-    words.insert(words.end(), arguments.begin(), arguments.end());
-    const auto run = support::RunProgram("/bin/sh", words);
-    EXPECT_EQ(Lines(run.output).size(), 2U);
+/// In each form that need not know all instances.
+class FormsOfTheDemoServersStreamTest : public StreamOfTheDemoServerTest,
+                                        public testing::WithParamInterface<std::string> {};
+
+TEST_P(FormsOfTheDemoServersStreamTest, TheFirstRowsAreThereLongBeforeTheLastAndAReaderThatGoesEndsTheEnumeration) {
+    const auto run = support::RunProgram("/bin/sh", {"-c", "\"$@\" | head -n 3", "sh", CIMHTTP_PROGRAM, "--host",
+                                                     support::LoopbackAddress(), "instances", "DEMO_StorageVolume",
+                                                     "--property", "Name", "-o", GetParam()});
+    EXPECT_EQ(Lines(run.output).size(), 3U);
+    EXPECT_THAT(run.output, HasSubstr(GetParam() == "mof" ? "instance of DEMO_StorageVolume" : "volume-0000000"));
     EXPECT_THAT(EndAndReadLog(), HasSubstr(" CloseEnumeration "));
 }
+
+INSTANTIATE_TEST_SUITE_P(In, FormsOfTheDemoServersStreamTest, testing::Values("csv", "json", "mof", "plain", "table"),
+                         [](const auto& tested) { return tested.param; });
 
 } // namespace

@@ -8,6 +8,7 @@
 #include "text/TerminalText.h"
 #include "text/WrappedName.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -548,4 +549,56 @@ TEST(TextTable, SaysWhatShowsATextThatIsCutOff) {
         cimhttp::WriteListing(listing, whole, {options, output, errors});
         EXPECT_NE(output.str().find(std::string(kLongestCell + 1, 'x')), std::string::npos);
     }
+}
+
+// --- Tables that grow --------------------------------------------------------------------------------------------
+
+namespace {
+
+Listing OneDisk(const char* name, const char* size) {
+    Listing listing({Listing::Key("Name"), {"Size", kRight}});
+    listing.AddRow({name, size});
+    return listing;
+}
+
+std::string Grown(const Listing& later, std::size_t width) {
+    std::ostringstream output;
+    cimhttp::GrowingTable table(Disks(), {width, false}, output);
+    output.str({});
+    table.Add(later);
+    return output.str();
+}
+
+} // namespace
+
+TEST(GrowingTable, BeginsAsTheTableOfItsFirstRows) {
+    std::ostringstream output;
+    const cimhttp::GrowingTable table(Disks(), {}, output);
+    EXPECT_EQ(output.str(), Table(Disks()));
+}
+
+TEST(GrowingTable, PutsLaterRowsIntoTheSameColumns) {
+    EXPECT_EQ(Grown(OneDisk("sdb", "11"), 0), "sdb       11\n");
+    EXPECT_EQ(Grown(OneDisk("sdb", "11"), 40), "sdb       11\n");
+}
+
+TEST(GrowingTable, FoldsLaterTextsThatAreWiderWhereLinesHaveAWidth) {
+    EXPECT_EQ(Grown(OneDisk("mapper/root", "1"), 14), "mappe      1\nr/roo\nt\n");
+    EXPECT_EQ(Grown(OneDisk("mapper/root", "1"), 0), "mapper/root      1\n");
+}
+
+TEST(GrowingTable, SaysThatLaterNumbersAreCut) {
+    std::ostringstream output;
+    cimhttp::GrowingTable table(Disks(), {13, false}, output);
+    EXPECT_FALSE(table.Omissions().digits);
+    table.Add(OneDisk("sdb", "12345678"));
+    EXPECT_TRUE(table.Omissions().digits);
+    EXPECT_THAT(output.str(), testing::EndsWith("sdb    12345…\n"));
+}
+
+TEST(GrowingTable, IsAListWhereTheFirstRowsHaveNoRoom) {
+    std::ostringstream output;
+    cimhttp::GrowingTable table(OneDisk("a name that is wider than a line is", "1"), {10, false}, output);
+    table.Add(OneDisk("sdb", "2"));
+    EXPECT_THAT(output.str(), testing::HasSubstr("\n\nName"));
 }

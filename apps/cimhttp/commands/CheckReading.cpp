@@ -15,7 +15,7 @@ void AddUncompared(const UncomparedValues& uncompared, CheckReport& report) {
 }
 
 /// As many as fit into a few megabytes; their order does not matter.
-constexpr std::size_t kHeldInstances = 1000;
+constexpr HeldInstances kHeld{1000, 50000};
 
 } // namespace
 
@@ -30,7 +30,7 @@ void ReadForCheck(InstanceReader& reader, const std::function<void(const NQORVYX
     };
     InstanceReader::Reading reading{};
     if (reader.CanStream()) {
-        reading = reader.Stream(kHeldInstances, takeAll);
+        reading = reader.Stream(kHeld, takeAll);
     } else {
         reading = reader.Read();
         takeAll(reading.instances);

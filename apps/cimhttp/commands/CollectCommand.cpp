@@ -15,7 +15,6 @@
 #include "fleet/ServerFile.h"
 #include "fleet/SinkStream.h"
 #include "output/Json.h"
-#include "output/ValueTexts.h"
 #include "text/Names.h"
 #include "text/TerminalText.h"
 #include "waiting/Interrupt.h"
@@ -192,9 +191,8 @@ void ReportEarlyEnd(const Collector& collector, const Collection& collection, st
     ReportLosses({losses.begin() + static_cast<std::ptrdiff_t>(known), losses.end()}, errors);
 }
 
-void Write(const Collection& collection, const ValueTexts& texts, const std::optional<OutputFile>& file,
-           std::ostream& output) {
-    const auto write = [&](std::ostream& stream) { WriteJson(collection, texts, stream); };
+void Write(const Collection& collection, const std::optional<OutputFile>& file, std::ostream& output) {
+    const auto write = [&](std::ostream& stream) { WriteJson(collection, stream); };
     if (file) {
         file->Replace(write);
     } else {
@@ -203,8 +201,8 @@ void Write(const Collection& collection, const ValueTexts& texts, const std::opt
     }
 }
 
-void WritePage(const Collection& collection, const ValueTexts& texts, const Losses& losses, const OutputFile& file) {
-    file.Replace([&](std::ostream& stream) { WriteReport(collection, texts, losses, stream); });
+void WritePage(const Collection& collection, const Losses& losses, const OutputFile& file) {
+    file.Replace([&](std::ostream& stream) { WriteReport(collection, losses, stream); });
 }
 
 Losses WithIncidents(Losses losses, const Collector& collector) {
@@ -251,17 +249,16 @@ class CollectCommand : public Command {
         const auto names = DistinctNames(requested.names);
         const Session session = context.ConnectTo(plugin, connection);
         const InterruptScope interrupts;
-        Collector collector(session, names);
+        Collector collector(session, names, {context.options.textForm, page.has_value(), {}});
         Losses losses;
         const bool hasEnded = Watch(collector, names.size(), context, losses);
         const Collection collection = collector.Collected();
         ReportEarlyEnd(collector, collection, context.errors, losses);
-        const ValueTexts texts(plugin.Access(), context.options.textForm);
         if (file || !page) {
-            Write(collection, texts, file, context.output);
+            Write(collection, file, context.output);
         }
         if (page) {
-            WritePage(collection, texts, WithIncidents(losses, collector), *page);
+            WritePage(collection, WithIncidents(losses, collector), *page);
         }
         ReportIncidents(collector.Incidents(), context);
         if (!hasEnded) {
@@ -334,15 +331,15 @@ class CollectCommand : public Command {
         const Plugin plugin(context.options.plugin);
         const auto requested = ReadDocument(plugin, document_);
         const Session session = context.ConnectTo(plugin, ConnectionOf(context.options, requested.settings, document_));
-        Collector collector(session, DistinctNames(requested.names), context.options.server);
+        Collector collector(session, DistinctNames(requested.names),
+                            {context.options.textForm, !pageFile_.empty(), context.options.server});
         Losses losses = AwaitEnd(collector, context.errors);
         Collection collection = collector.Collected();
         collection.isOneOfSeveral = true;
         ReportEarlyEnd(collector, collection, context.errors, losses);
-        const ValueTexts texts(plugin.Access(), context.options.textForm);
-        WriteJson(collection, texts, context.output);
+        WriteJson(collection, context.output);
         if (!pageFile_.empty()) {
-            WritePage(collection, texts, WithIncidents(losses, collector),
+            WritePage(collection, WithIncidents(losses, collector),
                       OutputFile(ServerFile(pageFile_, *context.options.server)));
         }
         ReportIncidents(collector.Incidents(), context);

@@ -1,28 +1,19 @@
 #pragma once
 
-#include "HostTypes.h"
-#include "access/RemoteModel.h"
-
-#include <boost/shared_ptr.hpp>
-
 #include <iosfwd>
+#include <memory>
 #include <string>
 #include <vector>
 
 namespace cimhttp {
 
-class ValueTexts;
+class CollectedClass;
 
 /// Classes with their instances as they were read from a server.
 struct Collection {
-    struct Class {
-        RemoteClass definition;
-        std::vector<boost::shared_ptr<NQORVYX20::ICIMInstance>> instances;
-    };
-
     std::string server; ///< a URL
     bool complete;      ///< nothing is missing: no class, no value
-    std::vector<Class> classes;
+    std::vector<std::shared_ptr<const CollectedClass>> classes;
     bool isOneOfSeveral = false; ///< the member with the URL is `url`
 };
 
@@ -37,6 +28,6 @@ struct Collection {
 /// A class is that of ClassJson(), and has its instances in addition.
 /// `complete` is at the end, so that a document that breaks off early does not have it. Instances are those of
 /// InstanceJson(), each with all properties of its own class, which may be a subclass.
-void WriteJson(const Collection& collection, const ValueTexts& texts, std::ostream& output);
+void WriteJson(const Collection& collection, std::ostream& output);
 
 } // namespace cimhttp

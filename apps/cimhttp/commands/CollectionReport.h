@@ -7,11 +7,9 @@
 namespace cimhttp {
 
 struct Collection;
-class ValueTexts;
 
 /// Writes a collection as one page for a browser, which has the JSON of WriteJson() in it and needs nothing else.
 /// `losses`: what could not be read, a line each.
-void WriteReport(const Collection& collection, const ValueTexts& texts, const std::vector<std::string>& losses,
-                 std::ostream& output);
+void WriteReport(const Collection& collection, const std::vector<std::string>& losses, std::ostream& output);
 
 } // namespace cimhttp

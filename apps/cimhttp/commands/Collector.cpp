@@ -1,6 +1,8 @@
 #include "commands/Collector.h"
 
 #include "Failure.h"
+#include "commands/CollectedClass.h"
+#include "commands/HeldInstances.h"
 #include "connection/ServerInstances.h"
 #include "connection/ServerSchema.h"
 #include "fleet/ServerLog.h"
@@ -61,14 +63,16 @@ std::optional<RemoteClass> DefinitionOf(const ICIMClass& cls, Session& session) 
 } // namespace
 
 struct Collector::State {
-    State(Session used, std::vector<std::string> wanted)
-        : session(std::move(used)), names(std::move(wanted)), collected{session.Place(), true, {}} {}
+    State(Session used, std::vector<std::string> wanted, Settings how)
+        : session(std::move(used)),
+          names(std::move(wanted)),
+          settings(std::move(how)),
+          collected{session.Place(), true, {}} {}
 
-    void Add(Collection::Class cls) {
+    void Add(const std::shared_ptr<const CollectedClass>& cls) {
         const std::lock_guard<std::mutex> lock(mutex);
-        const std::size_t instances = cls.instances.size();
-        collected.classes.push_back(std::move(cls));
-        progress.instances += instances;
+        collected.classes.push_back(cls);
+        progress.instances += cls->InstanceCount();
         ++progress.classesDone;
     }
 
@@ -104,6 +108,8 @@ struct Collector::State {
 
     Session session; // used by the thread alone
     const std::vector<std::string> names;
+    const Settings settings;
+    const std::shared_ptr<Spool> spool = std::make_shared<Spool>();
 
     std::mutex mutex; // guards all below
     Progress progress;
@@ -115,9 +121,10 @@ struct Collector::State {
     bool isStopping = false;
 };
 
-Collector::Collector(Session session, std::vector<std::string> names, std::optional<std::string> server)
-    : state_(std::make_shared<State>(session.WithoutProgress(), std::move(names))),
-      task_([state = state_, server = std::move(server)](const BackgroundTask::Notify& notify) {
+Collector::Collector(Session session, std::vector<std::string> names, Settings settings)
+    : state_(std::make_shared<State>(session.WithoutProgress(), std::move(names), std::move(settings))),
+      task_([state = state_](const BackgroundTask::Notify& notify) {
+          const auto& server = state->settings.server;
           const auto scope = server ? std::make_unique<ServerLog::Scope>(*server) : nullptr;
           Run(*state, notify);
       }) {}
@@ -134,7 +141,8 @@ void Collector::Run(State& state, const BackgroundTask::Notify& notify) {
 
 void Collector::ReadAll(State& state, const BackgroundTask::Notify& notify) {
     for (auto name = state.names.begin(); name != state.names.end() && !state.IsStopping(); ++name) {
-        Collection::Class collected;
+        const auto collected =
+            std::make_shared<CollectedClass>(ValueTexts(state.session.Access(), state.settings.form), state.spool);
         bool isReadingInstances = false;
         try {
             const auto cls = ServerSchema(state.session).Class(*name);
@@ -142,9 +150,9 @@ void Collector::ReadAll(State& state, const BackgroundTask::Notify& notify) {
             auto definition = DefinitionOf(*cls, state.session); // first: nothing fails after the instances
             state.session.TakeIncidents(); // the class has been read before: what it lacks is counted
             isReadingInstances = true;
-            collected.instances = ServerInstances(state.session).Of(*cls, true, {});
-            collected.definition = definition ? std::move(*definition) : InferredDefinition(*cls);
-            state.Add(std::move(collected));
+            ReadInstances(state, *cls, *collected);
+            collected->SetDefinition(definition ? *definition : InferredDefinition(*cls));
+            state.Add(collected);
         } catch (const Failure& failure) {
             if (EndsReading(failure, isReadingInstances)) {
                 state.End(failure);
@@ -161,6 +169,17 @@ void Collector::ReadAll(State& state, const BackgroundTask::Notify& notify) {
         state.Add(state.session.TakeIncidents());
         notify();
     }
+}
+
+void Collector::ReadInstances(State& state, ICIMClass& cls, CollectedClass& collected) {
+    const HeldInstances& held = state.settings.server ? kHeldOfEachServer : kHeldOfTheOnlyServer;
+    const ServerInstances instances(state.session);
+    const auto sequence = instances.Open(cls, true, {}, held.Count(PropertiesOf(cls).size()));
+    do {
+        for (const auto& instance : instances.Next(*sequence, cls.GetName(TCIMContext()))) {
+            collected.Add(*instance, state.settings.wantsHealth);
+        }
+    } while (!sequence->IsAtEnd());
 }
 
 Collector::Progress Collector::Wait(std::chrono::milliseconds time) {

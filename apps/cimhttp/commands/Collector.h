@@ -1,6 +1,8 @@
 #pragma once
 
 #include "Failure.h"
+#include "HostTypes.h"
+#include "cimhttp/DisplayTexts.h"
 #include "commands/Collection.h"
 #include "connection/Session.h"
 #include "waiting/BackgroundTask.h"
@@ -24,9 +26,15 @@ class Collector {
         bool hasEnded = false;
     };
 
-    /// Begins to read. `server` names one of several servers in the log. While that has not ended, see BackgroundTask
-    /// about the end of the program.
-    Collector(Session session, std::vector<std::string> names, std::optional<std::string> server = {});
+    /// How the classes are to be read.
+    struct Settings {
+        NQORVYX20::DisplayForm form;       ///< of the texts
+        bool wantsHealth = false;          ///< what the instances tell of it
+        std::optional<std::string> server; ///< one of several servers, named in the log
+    };
+
+    /// Begins to read. While that has not ended, see BackgroundTask about the end of the program.
+    Collector(Session session, std::vector<std::string> names, Settings settings);
 
     /// Waits until something new is done, but no longer than `time`, and returns how far it has come.
     Progress Wait(std::chrono::milliseconds time);
@@ -52,6 +60,7 @@ class Collector {
 
     static void Run(State& state, const BackgroundTask::Notify& notify);
     static void ReadAll(State& state, const BackgroundTask::Notify& notify);
+    static void ReadInstances(State& state, NQORVYX20::ICIMClass& cls, CollectedClass& collected);
 
     std::shared_ptr<State> state_; // the task has it too
     BackgroundTask task_;

@@ -51,11 +51,14 @@ InstanceReader::Reading InstanceReader::Read() {
     return {std::move(shown), std::move(selected.instances), count, std::move(selected.uncompared)};
 }
 
-InstanceReader::Reading InstanceReader::Stream(std::size_t held, const std::function<void(const Instances&)>& take) {
+InstanceReader::Reading InstanceReader::Stream(const HeldInstances& held,
+                                               const std::function<void(const Instances&)>& take) {
     Reading reading{Shown(), {}, 0, {}};
     const ValueTexts texts(session_.Access(), form_);
     const InterruptScope interrupts;
-    InstanceStream stream(session_, ServerInstances(session_).Open(*class_, deep_, NeededNames(), held), ClassName());
+    const auto names = NeededNames(); // none for all
+    const std::size_t count = held.Count(names.empty() ? declared_.size() : names.size());
+    InstanceStream stream(session_, ServerInstances(session_).Open(*class_, deep_, names, count), ClassName());
     do {
         Instances instances = stream.Next();
         reading.count += instances.size();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cimhttp/DisplayTexts.h"
+#include "commands/HeldInstances.h"
 #include "commands/InstanceQuery.h"
 #include "connection/Session.h"
 
@@ -45,9 +46,8 @@ class InstanceReader {
     Properties Shown() const { return query_.Shown(declared_, ClassName()); }
 
     /// Does what Read() does without keeping the instances: `take` gets those that meet the conditions as they come.
-    /// No more than `held` are in memory at once: those of a class with more come in the order of the server. The
-    /// result has no instances.
-    Reading Stream(std::size_t held, const std::function<void(const Instances&)>& take);
+    /// Those of a class that has more than are held come in the order of the server. The result has no instances.
+    Reading Stream(const HeldInstances& held, const std::function<void(const Instances&)>& take);
 
   private:
     std::vector<std::string> NeededNames() const;

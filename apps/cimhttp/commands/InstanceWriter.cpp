@@ -4,6 +4,8 @@
 #include "commands/Command.h"
 #include "commands/ListingWriter.h"
 #include "commands/ServerRecords.h"
+#include "commands/ShownProperties.h"
+#include "commands/TableSink.h"
 #include "host/ICIMClass.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMPropertyDecl.h"
@@ -190,8 +192,8 @@ class Writer {
 
     void Table() const {
         WriteListing(Columns(), OutputFormat::kTable, context_);
-        if (selection_.isWhole && !AddedBySubclasses().empty()) {
-            context_.errors << "cimhttp: properties that only subclasses have are left out; -o plain shows them\n";
+        if (selection_.isWhole && !AddedBySubclasses(instances_, selection_.properties).empty()) {
+            context_.errors << kAddedAreLeftOut;
         }
     }
 
@@ -206,11 +208,7 @@ class Writer {
   private:
     /// Those that were asked for, or those of which there is something to show.
     Properties Shown(const Instances& instances, const Properties& properties) const {
-        Properties shown;
-        std::copy_if(properties.begin(), properties.end(), std::back_inserter(shown), [&](const auto& property) {
-            return !selection_.leavesOutEmpty || !listing_.IsEmpty(instances, *property);
-        });
-        return shown;
+        return selection_.leavesOutEmpty ? WithSomethingToShow(properties, instances, listing_) : properties;
     }
 
     bool HasClass() const { return selection_.hasClass || HaveSeveralClasses(instances_); }
@@ -240,21 +238,9 @@ class Writer {
     /// What only subclasses have comes after what their common class has.
     Properties WideColumns() const {
         Properties columns = selection_.properties;
-        const Properties added = AddedBySubclasses();
+        const Properties added = AddedBySubclasses(instances_, selection_.properties);
         columns.insert(columns.end(), added.begin(), added.end());
         return columns;
-    }
-
-    Properties AddedBySubclasses() const {
-        NameSet selected;
-        for (const auto& property : selection_.properties) {
-            selected.insert(property->GetName(TCIMContext()));
-        }
-        const Properties all = PropertiesOf(instances_);
-        Properties added;
-        std::copy_if(all.begin(), all.end(), std::back_inserter(added),
-                     [&](const auto& property) { return selected.count(property->GetName(TCIMContext())) == 0; });
-        return added;
     }
 
     const Instances& instances_;
@@ -281,6 +267,18 @@ std::unique_ptr<InstanceSink> MakeInstanceSink(const InstanceSelection& selectio
     default:
         return nullptr;
     }
+}
+
+std::unique_ptr<InstanceSink> MakeGrowingSink(const InstanceSelection& selection, OutputFormat format,
+                                              const ValueTexts& texts, const CommandContext& context) {
+    const bool isOneOfSeveral = context.records != nullptr; // whose rows are in one table in the end
+    if (format == OutputFormat::kTable && !isOneOfSeveral) {
+        return std::make_unique<TableSink>(selection, texts, context);
+    }
+    if (format == OutputFormat::kPlain && !isOneOfSeveral) {
+        return std::make_unique<ListSink>(selection, texts, context);
+    }
+    return MakeInstanceSink(selection, format, texts, context);
 }
 
 void WriteInstances(const Instances& instances, const InstanceSelection& selection, OutputFormat format,

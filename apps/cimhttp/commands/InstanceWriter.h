@@ -45,4 +45,13 @@ class InstanceSink {
 std::unique_ptr<InstanceSink> MakeInstanceSink(const InstanceSelection& selection, OutputFormat format,
                                                const ValueTexts& texts, const CommandContext& context);
 
+/// A sink also for tables and lists, which the first instances then shape; see TableSink. Empty for what even so must
+/// be known as a whole: wide CSV with what subclasses add, tables and lists about one of several servers.
+std::unique_ptr<InstanceSink> MakeGrowingSink(const InstanceSelection& selection, OutputFormat format,
+                                              const ValueTexts& texts, const CommandContext& context);
+
+/// What is said of a table that lacks them.
+constexpr const char* kAddedAreLeftOut =
+    "cimhttp: properties that only subclasses have are left out; -o plain shows them\n";
+
 } // namespace cimhttp

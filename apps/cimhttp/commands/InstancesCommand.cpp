@@ -27,10 +27,6 @@ using NQORVYX20::TCIMValue;
 
 namespace {
 
-// Up to this many instances are sorted by their paths. Of several servers, many are read at once.
-constexpr std::size_t kHeldInstances = 10000;
-constexpr std::size_t kHeldOfEachServer = 250;
-
 bool IsForPeople(OutputFormat format) { return format == OutputFormat::kTable || format == OutputFormat::kPlain; }
 
 /// As `instance --key` takes them, a key a line.
@@ -143,20 +139,22 @@ class InstancesCommand : public Command {
                                const Session& session, const CommandContext& context) const {
         const InstanceSelection selection = SelectionOf(reader.Shown(), query);
         const auto sink =
-            MakeInstanceSink(selection, format, ValueTexts(session.Access(), context.options.textForm), context);
+            MakeGrowingSink(selection, format, ValueTexts(session.Access(), context.options.textForm), context);
         if (!sink) {
             return WriteAll(reader, query, limit, format, session, context);
         }
         std::size_t written = 0;
-        const auto reading =
-            reader.Stream(context.options.server ? kHeldOfEachServer : kHeldInstances, [&](const Instances& instances) {
-                sink->Add(instances);
-                written += instances.size();
-            });
+        const auto reading = reader.Stream(context.options.server ? kHeldOfEachServer : kHeldOfTheOnlyServer,
+                                           [&](const Instances& instances) {
+                                               sink->Add(instances);
+                                               written += instances.size();
+                                           });
         if (written == 0 && reading.count > 0) {
             SayThatNoInstanceMatches(reading.count, context.errors);
         }
-        sink->End();
+        if (written > 0 || reading.count == 0 || !IsForPeople(format)) {
+            sink->End();
+        }
         return reading.uncompared;
     }
 

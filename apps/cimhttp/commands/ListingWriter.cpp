@@ -91,8 +91,11 @@ std::string LeftOutColumns(const std::vector<std::string>& columns, const std::s
     return line;
 }
 
+} // namespace
+
 void SayWhatIsLeftOut(const ListingOmissions& leftOut, const char* wholeForm, const CommandContext& context) {
     const std::string hint = std::string("; -o ") + wholeForm + " shows all";
+    context.output.flush(); // on a terminal, the remarks stand below the table
     if (!leftOut.columns.empty()) {
         context.errors << LeftOutColumns(leftOut.columns, hint, context.options.width) << '\n';
     }
@@ -106,8 +109,6 @@ void SayWhatIsLeftOut(const ListingOmissions& leftOut, const char* wholeForm, co
         context.errors << "cimhttp: texts of more than 64 KiB are cut off" << hint << '\n';
     }
 }
-
-} // namespace
 
 void WriteCsv(const Listing& listing, bool hasHeadings, const CommandContext& context) {
     const bool isShown = context.options.isOutputTerminal;
@@ -162,7 +163,6 @@ void WriteListing(const Listing& listing, OutputFormat format, const CommandCont
         break;
     default: {
         const auto leftOut = WriteTable(listing, style, context.output);
-        context.output.flush(); // on a terminal, the remark stands below the table
         SayWhatIsLeftOut(leftOut, wholeForm, context);
     }
     }

@@ -10,6 +10,7 @@ namespace cimhttp {
 
 struct CommandContext;
 class Listing;
+struct ListingOmissions;
 
 /// Writes a listing to the output as a table, as lists, as JSON or as CSV. When a table lacks columns or keys because
 /// the terminal is narrow, a line on the error stream says so.
@@ -22,6 +23,9 @@ class Listing;
 /// its records, here and below.
 void WriteListing(const Listing& listing, OutputFormat format, const CommandContext& context,
                   const char* wholeForm = "plain");
+
+/// Says on the error stream, below what was written, what a table lacks.
+void SayWhatIsLeftOut(const ListingOmissions& leftOut, const char* wholeForm, const CommandContext& context);
 
 /// Writes texts in their order: one a line, as a JSON array, or as CSV with this heading. In JSON, those of one of
 /// several servers are objects with the heading in lower case as the name of their member.

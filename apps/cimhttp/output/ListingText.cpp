@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
 
 namespace cimhttp {
 
@@ -49,6 +50,53 @@ ListingOmissions WriteTable(const Listing& listing, const TextStyle& style, std:
         }
     }
     return {Write(table, listing, style, output)};
+}
+
+/// A table that is worse than a list is a list.
+struct GrowingTable::Parts {
+    Parts(const Listing& first, const TextStyle& style, std::ostream& output)
+        : columns(first.Columns()), texts(columns), table(WithRows(texts, first), style) {
+        if (table.IsWorseThanList()) {
+            list.emplace(columns, style, output);
+        }
+    }
+
+    static const TableTexts& WithRows(TableTexts& texts, const Listing& listing) {
+        for (const auto& row : listing.Rows()) {
+            texts.AddRow(CellsOf(row));
+        }
+        return texts;
+    }
+
+    const std::vector<Column> columns;
+    TableTexts texts;
+    TextTable table;
+    std::optional<TextList> list;
+};
+
+GrowingTable::GrowingTable(const Listing& first, const TextStyle& style, std::ostream& output)
+    : output_(output), parts_(std::make_unique<Parts>(first, style, output)) {
+    if (parts_->list) {
+        Add(first);
+    } else {
+        parts_->table.Write(output_);
+    }
+}
+
+GrowingTable::~GrowingTable() = default;
+
+void GrowingTable::Add(const Listing& later) {
+    for (const auto& row : later.Rows()) {
+        if (parts_->list) {
+            parts_->list->Write(CellsOf(row));
+        } else {
+            parts_->table.WriteLater(CellsOf(row), output_);
+        }
+    }
+}
+
+ListingOmissions GrowingTable::Omissions() const {
+    return {parts_->list ? TableOmissions() : parts_->table.Omissions(), false};
 }
 
 void WriteLists(const Listing& listing, const TextStyle& style, std::ostream& output) {

@@ -42,7 +42,7 @@ bool TextTable::IsWorseThanList() const {
 }
 
 TableOmissions TextTable::Omissions() const {
-    TableOmissions omissions{{}, CutsNumbers(), texts_.HasCutTexts()};
+    TableOmissions omissions{{}, CutsNumbers() || hasCutLaterNumbers_, texts_.HasCutTexts() || hasCutLaterTexts_};
     for (const std::size_t i : layout_.LeftOut()) {
         omissions.columns.push_back(texts_.Headings()[i]);
     }
@@ -68,6 +68,17 @@ void TextTable::Write(std::ostream& output) const {
     for (const auto& row : texts_.Rows()) {
         WriteRow(row, line);
     }
+}
+
+void TextTable::WriteLater(const std::vector<TableCell>& row, std::ostream& output) {
+    std::vector<Lines> texts;
+    for (const std::size_t i : shown_) {
+        texts.push_back(LaterLines(row[i].Front(), i));
+        hasCutLaterTexts_ = hasCutLaterTexts_ || row[i].IsTooLong();
+    }
+    LineWriter line(output, style_.usesColor);
+    WriteLines(
+        texts, [&](std::size_t i) { return row[i].isNull ? Emphasis::kFaint : Emphasis::kNone; }, line);
 }
 
 /// Writes the headings, the last lines of which stand side by side, and a rule.
@@ -101,6 +112,30 @@ void TextTable::WriteRow(const std::vector<TableTexts::Text>& row, LineWriter& l
 TextTable::Lines TextTable::TextLines(const std::string& text, std::size_t column) const {
     const std::size_t width = layout_.Width(column);
     return IsCut(text, column) ? Lines{CutNumber(text, width)} : Wrapped(text, width);
+}
+
+/// The last column may go on to the end of the line.
+std::size_t TextTable::RoomLater(std::size_t column) const {
+    if (column != shown_.back()) {
+        return layout_.Width(column);
+    }
+    std::size_t used = 0;
+    std::for_each(shown_.begin(), shown_.end() - 1,
+                  [&](std::size_t i) { used += layout_.Width(i) + TableLayout::kGap; });
+    return std::max(layout_.Width(column), style_.width - std::min(used, style_.width));
+}
+
+TextTable::Lines TextTable::LaterLines(const std::string& text, std::size_t column) {
+    if (style_.width == 0) {
+        return {text};
+    }
+    const std::size_t room = RoomLater(column);
+    const bool isNumber = texts_.Columns()[column].align == Column::Align::kRight;
+    if (!isNumber || !HasWordWiderThan(room, text)) {
+        return Wrapped(text, room);
+    }
+    hasCutLaterNumbers_ = true;
+    return {CutNumber(text, room)};
 }
 
 /// Writes the lines of the columns shown side by side. `emphasisOf` gives a column's emphasis.

@@ -43,12 +43,18 @@ class TextTable {
 
     void Write(std::ostream& output) const;
 
+    /// Writes a row that was not known when the table was laid out. What is wider there than its column goes on below
+    /// itself, a number is cut off; where lines may be of any width, all stands as it is. Counts for Omissions().
+    void WriteLater(const std::vector<TableCell>& row, std::ostream& output);
+
   private:
     using Lines = std::vector<std::string>;
 
     bool IsCut(const std::string& text, std::size_t column) const;
     bool CutsNumbers() const;
+    std::size_t RoomLater(std::size_t column) const;
     Lines TextLines(const std::string& text, std::size_t column) const;
+    Lines LaterLines(const std::string& text, std::size_t column);
     void WriteHead(LineWriter& line) const;
     void WriteRow(const std::vector<TableTexts::Text>& row, LineWriter& line) const;
     template <typename EmphasisOf>
@@ -58,6 +64,8 @@ class TextTable {
     TextStyle style_;
     TableLayout layout_;
     std::vector<std::size_t> shown_ = layout_.Shown();
+    bool hasCutLaterNumbers_ = false;
+    bool hasCutLaterTexts_ = false;
 };
 
 } // namespace cimhttp
