@@ -183,6 +183,7 @@ TEST_F(InstanceStreamTest, StopClosesTheSequence) {
 TEST_F(InstanceStreamTest, AnInterruptEndsTheProgramAlsoWhileAServerKeepsItWaiting) {
     script_->unending = 2;
     script_->doesNotHearStop = true;
+    testing::FLAGS_gtest_death_test_style = "threadsafe"; // the server has threads, which a mere fork would lose
     EXPECT_EXIT(
         {
             cimhttp::Session session = MakeSession();

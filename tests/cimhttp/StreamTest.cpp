@@ -218,10 +218,11 @@ TEST_F(StreamTest, ATableOfManySaysThatItDoesNotTellClassesApart) {
         other.replace(place, 3, "\"U\"");
     }
     ServeMore(other);
-    EXPECT_EQ(
-        Run({}).errors,
-        "cimhttp: other classes come after the first 1000 instances, and the table does not say which; -o plain does\n"
-        "cimhttp: properties that only subclasses have are left out; -o plain shows them\n");
+    const std::string remark = "cimhttp: other classes come after the first 1000 instances, and the table does not say "
+                               "which; -o plain does\n";
+    EXPECT_EQ(Run({}).errors, remark);
+    EXPECT_EQ(Run({"--deep"}).errors,
+              remark + "cimhttp: properties that only subclasses have are left out; -o plain shows them\n");
 }
 
 TEST_F(StreamTest, NoInstanceOfManyThatMatchesIsNoTable) {

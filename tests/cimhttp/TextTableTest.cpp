@@ -583,7 +583,7 @@ TEST(GrowingTable, PutsLaterRowsIntoTheSameColumns) {
 }
 
 TEST(GrowingTable, FoldsLaterTextsThatAreWiderWhereLinesHaveAWidth) {
-    EXPECT_EQ(Grown(OneDisk("mapper/root", "1"), 14), "mappe      1\nr/roo\nt\n");
+    EXPECT_EQ(Grown(OneDisk("mapper/root", "1"), 14), "mappe      1\nr/\nroot\n");
     EXPECT_EQ(Grown(OneDisk("mapper/root", "1"), 0), "mapper/root      1\n");
 }
 
