@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace NQORVYX20 {
@@ -79,7 +80,9 @@ class TInmemInstance : public ICIMInstance, public boost::enable_shared_from_thi
     friend class TInmemProperty;
 
     struct TSlot {
-        TSlot(const boost::shared_ptr<ICIMPropertyDecl const>& slotDeclaration, TCIMValue slotValue);
+        TSlot(const boost::shared_ptr<ICIMPropertyDecl const>& slotDeclaration, const TCIMValue& slotValue);
+        TSlot(const boost::shared_ptr<ICIMPropertyDecl const>& slotDeclaration, TCIMValue&& slotValue)
+            : declaration(slotDeclaration), value(std::move(slotValue)) {}
 
         boost::shared_ptr<ICIMPropertyDecl const> declaration;
         TCIMValue value;

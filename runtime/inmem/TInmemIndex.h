@@ -16,14 +16,7 @@ namespace NQORVYX20 {
 class TInmemInstance::TIndex {
   public:
     /// Enters the slots that have come since the last call.
-    void Extend(const TSlots& slots) {
-        if (slots.size() * 4 > places_.size() * 3) {
-            Grow(slots.capacity());
-        }
-        for (; entered_ < slots.size(); ++entered_) {
-            Enter(slots, entered_);
-        }
-    }
+    void Extend(const TSlots& slots);
 
     /// The declaration's slot, or null when it has none. All slots must have been entered.
     TSlot* Find(TSlots& slots, const ICIMPropertyDecl& declaration) const {
@@ -50,13 +43,7 @@ class TInmemInstance::TIndex {
     }
     std::size_t NextPosition(std::size_t position) const { return (position + 1) & (places_.size() - 1); }
     void Grow(std::size_t slotCount);
-    void Enter(const TSlots& slots, std::size_t place) {
-        std::size_t position = FirstPosition(*slots[place].declaration);
-        while (places_[position] != kEmpty) {
-            position = NextPosition(position);
-        }
-        places_[position] = static_cast<std::uint32_t>(place);
-    }
+    void Enter(const TSlots& slots, std::size_t place);
 
     std::vector<std::uint32_t> places_; // a power of two of them, a quarter at least empty
     unsigned int bits_ = 0;             // the logarithm of their number

@@ -67,8 +67,9 @@ void CallForEach(const TInstances& instances, const boost::function<bool(boost::
 
 } // namespace
 
-TInmemInstance::TSlot::TSlot(const boost::shared_ptr<ICIMPropertyDecl const>& slotDeclaration, TCIMValue slotValue)
-    : declaration(slotDeclaration), value(std::move(slotValue)) {}
+TInmemInstance::TSlot::TSlot(const boost::shared_ptr<ICIMPropertyDecl const>& slotDeclaration,
+                             const TCIMValue& slotValue)
+    : declaration(slotDeclaration), value(slotValue) {}
 
 TInmemInstance::TInmemInstance(boost::shared_ptr<ICIMClass> cls, int layout)
     : class_(cls), number_(NextNumber()), slots_(boost::make_shared<TSlots>()) {

@@ -49,6 +49,9 @@ class InstanceEnumeration {
     /// Whether it is known that there are no more.
     bool IsAtEnd() const { return hasBegun_ && IsOver(); }
 
+    /// Whether there are more of what has been received, so that Next() asks for nothing.
+    bool HasMoreAtHand() const { return !isStopped_ && HasPortion(); }
+
     /// Whether another thread may use the instances that Next() has returned, and their classes, while it is called
     /// again: not where classes are inferred from their instances. What a class makes at its first use is made now.
     bool MayReadAhead() const;

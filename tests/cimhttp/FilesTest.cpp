@@ -80,7 +80,7 @@ class ServedFilesTest : public FilesTest {
         server_.Listen(kHttpPort);
         server_.Answer("EnumerateClassNames", "", "<CLASSNAME NAME=\"TEST_Disk\"/>");
         server_.Answer("GetClass", "TEST_Disk", ClassXml("TEST_Disk", ""));
-        server_.Answer("EnumerateInstances", "TEST_Disk", InstanceXml("TEST_Disk", std::string(100000, 'x')));
+        server_.Answer("EnumerateInstances", "TEST_Disk", InstanceXml("TEST_Disk", std::string(50000, 'x')));
     }
 
     std::string Document() const {
@@ -234,6 +234,15 @@ TEST_F(ServedFilesTest, AFileThatGrowsTooLargeIsSaidAndTheOldOneStays) {
     const auto run = RunInShell("ulimit -f 8; exec \"$@\"", {"collect", Document(), "--out", Path("file")});
     EXPECT_EQ(run.status, Failure::kOther);
     EXPECT_EQ(run.errors, "cimhttp: " + Path("file") + " cannot be written: File too large\n");
+    ExpectOldFileAlone();
+}
+
+TEST_F(ServedFilesTest, ATemporaryFileThatGrowsTooLargeIsSaidAndTheOldFileStays) {
+    server_.Answer("EnumerateInstances", "TEST_Disk", InstanceXml("TEST_Disk", std::string(100000, 'x')));
+    folder_.WriteFile("file", "old");
+    const auto run = RunInShell("ulimit -f 8; exec \"$@\"", {"collect", Document(), "--out", Path("file")});
+    EXPECT_EQ(run.status, Failure::kOther);
+    EXPECT_EQ(run.errors, "cimhttp: a temporary file cannot be written: File too large\n");
     ExpectOldFileAlone();
 }
 

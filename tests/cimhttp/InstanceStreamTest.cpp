@@ -79,6 +79,7 @@ class ScriptedSequence : public cimhttp::InstanceSequence {
     }
 
     bool IsAtEnd() const override { return isAtEnd_; }
+    bool HasMoreAtHand() const override { return false; }
     bool MayReadAhead() const override { return script_->mayReadAhead; }
 
     void Stop() noexcept override {

@@ -20,6 +20,9 @@ class InstanceSequence {
     /// Whether it is known that there are no more.
     virtual bool IsAtEnd() const = 0;
 
+    /// Whether the next call of Next() has instances that have been received already, and asks for nothing.
+    virtual bool HasMoreAtHand() const = 0;
+
     /// Whether another thread may use the instances that have been handed out, and their classes, while this one reads
     /// on. Not where the instances that are still to come may add declarations to these classes.
     virtual bool MayReadAhead() const = 0;

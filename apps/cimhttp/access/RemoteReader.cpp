@@ -108,6 +108,7 @@ class EnumeratedInstances : public InstanceSequence {
 
     std::vector<boost::shared_ptr<ICIMInstance>> Next() override { return enumeration_->Next(); }
     bool IsAtEnd() const override { return enumeration_->IsAtEnd(); }
+    bool HasMoreAtHand() const override { return enumeration_->HasMoreAtHand(); }
     bool MayReadAhead() const override { return enumeration_->MayReadAhead(); }
     void Stop() noexcept override { enumeration_->Stop(); }
 

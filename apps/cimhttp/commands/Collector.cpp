@@ -25,9 +25,10 @@ namespace {
 using namespace NQORVYX20;
 
 /// A server that lets nobody in, or does not answer a short question, is asked nothing more. Many instances may take
-/// longer than the user wants to wait.
+/// longer than the user wants to wait. What fails on this machine, such as writing a temporary file, fails for the next
+/// class, too.
 bool EndsReading(const Failure& failure, bool isAboutInstances) {
-    return dynamic_cast<const LoginFailure*>(&failure) != nullptr ||
+    return dynamic_cast<const LoginFailure*>(&failure) != nullptr || failure.Status() == Failure::kOther ||
            (failure.Status() == Failure::kConnection && !isAboutInstances);
 }
 

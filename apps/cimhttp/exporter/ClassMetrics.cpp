@@ -194,7 +194,7 @@ void ClassMetrics::ReadInstances(ICIMClass& cls, const Properties& declared) {
             ++instances_;
             AddInstance(*instance);
         }
-        if (!sequence->IsAtEnd() && !mayGoOn_()) {
+        if (!sequence->IsAtEnd() && !sequence->HasMoreAtHand() && !mayGoOn_()) {
             report_.AddBeyondLimit(rule_.className, "reading ended after " + std::to_string(instances_) +
                                                         " instances: the limit of bytes is reached");
             return;
