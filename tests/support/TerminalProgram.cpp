@@ -5,6 +5,7 @@
 
 #include <poll.h>
 #include <pty.h>
+#include <sys/ioctl.h>
 #include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
@@ -80,13 +81,27 @@ bool TerminalProgram::ReadMore() {
 }
 
 bool TerminalProgram::AwaitText(const std::string& text, std::size_t seen) {
-    while (screen_.find(text, seen) == std::string::npos) {
-        if (!ReadMore()) {
+    return AwaitScreen([&](const std::string& screen) { return screen.find(text, seen) != std::string::npos; });
+}
+
+bool TerminalProgram::AwaitScreen(const std::function<bool(const std::string& screen)>& condition) {
+    const auto end = std::chrono::steady_clock::now() + kLimit; // for a program that goes on writing
+    while (!condition(screen_)) {
+        if (std::chrono::steady_clock::now() > end || !ReadMore()) {
             return false;
         }
     }
     return true;
 }
+
+void TerminalProgram::Resize(Terminal terminal) {
+    const winsize size{terminal.lines, terminal.columns, 0, 0};
+    if (::ioctl(terminal_, TIOCSWINSZ, &size) != 0) {
+        throw std::system_error(errno, std::generic_category(), "the terminal keeps its size");
+    }
+}
+
+void TerminalProgram::Signal(int signal) const { ::kill(child_, signal); }
 
 void TerminalProgram::Type(const std::string& keys) {
     if (::write(terminal_, keys.data(), keys.size()) != static_cast<ssize_t>(keys.size())) {

@@ -3,6 +3,7 @@
 #include <sys/types.h>
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -32,6 +33,15 @@ class TerminalProgram {
     /// Waits until the screen has shown a text, after the first `seen` characters. False when the program ends, or the
     /// limit passes, without it.
     bool AwaitText(const std::string& text, std::size_t seen = 0);
+
+    /// Waits until a condition holds for all that has been on the screen. False as in AwaitText().
+    bool AwaitScreen(const std::function<bool(const std::string& screen)>& condition);
+
+    /// Gives the terminal another size, of which the program gets a signal.
+    void Resize(Terminal terminal);
+
+    /// Sends the program a signal.
+    void Signal(int signal) const;
 
     /// Presses keys; "\r" is Enter, "\x03" Ctrl-C, "\x04" the end of the input.
     void Type(const std::string& keys);
