@@ -4,6 +4,7 @@
 #include "server/DemoServer.h"
 #include "support/LoopbackAddress.h"
 #include "support/TemporaryDirectory.h"
+#include "support/TerminalProgram.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -96,6 +97,16 @@ TEST_F(LoadingTest, LookingAtAServerWithoutTlsGoesWithoutOpenSsl) {
 
 TEST_F(LoadingTest, WithoutTheLibraryOfTlsInfoWorksOverPlainHttp) {
     EXPECT_EQ(RunWithout(kTlsLibrary, {"info"}).status, 0);
+}
+
+TEST_F(LoadingTest, OnlyTheLiveViewLoadsWhatDrawsOnTerminals) {
+    EXPECT_THAT(Loaded({"watch", "DEMO_FileSystem", "--count", "0"}), Not(HasSubstr("ncurses")));
+    EXPECT_EQ(RunWithout("libcimhttp-screen.so", {"top", "DEMO_FileSystem", "--count", "1"}).status, 0)
+        << "without a terminal it is watch";
+    support::TerminalProgram program(CIMHTTP_PROGRAM, Arguments({"top", "DEMO_FileSystem", "--count", "1"}),
+                                     {"LD_DEBUG=files"});
+    EXPECT_EQ(program.Wait(), 0);
+    EXPECT_THAT(program.Screen(), HasSubstr("libncursesw"));
 }
 
 TEST_F(LoadingTest, TheCertificateIsLookedAtByTheClientLibrary) {

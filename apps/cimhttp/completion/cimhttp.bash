@@ -155,6 +155,7 @@ _cimhttp_offer_options() {
         related) _cimhttp_offer_words --depth ;;
         qualifiers) _cimhttp_offer_words --class ;;
         watch) _cimhttp_offer_words --interval --count --property --where ;;
+        top) _cimhttp_offer_words --interval --count --property --where --sort --limit ;;
         check) _cimhttp_offer_words --where --warning --critical --ignore ;;
         exporter) _cimhttp_offer_words --listen --modules --suggest --allow-hosts --web-config --max-series --max-bytes --definitions-ttl ;;
         collect) _cimhttp_offer_words --out --html ;;
@@ -165,7 +166,7 @@ _cimhttp_offer_options() {
 # All commands that record takes, and the words given.
 _cimhttp_offer_commands() {
     _cimhttp_offer_words info doctor namespaces profiles classes tree class methods qualifiers count \
-        instances instance associators references related watch check exporter collect connection "$@"
+        instances instance associators references related watch top check exporter collect connection "$@"
 }
 
 _cimhttp_offer_arguments() {
@@ -173,7 +174,7 @@ _cimhttp_offer_arguments() {
         ,* | help,0) _cimhttp_offer_commands record help ;;
         record,1) _cimhttp_offer_commands ;;
         classes,0 | count,0 | tree,0 | class,0 | methods,0 | instances,0 | instance,0 | \
-            associators,0 | references,0 | related,0 | watch,0) _cimhttp_offer_classes ;;
+            associators,0 | references,0 | related,0 | watch,0 | top,0) _cimhttp_offer_classes ;;
         check,0)
             _cimhttp_offer_classes
             _cimhttp_offer_words health

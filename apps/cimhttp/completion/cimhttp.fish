@@ -145,6 +145,7 @@ set -l commands \
     references 'Show the associations of an instance' \
     related 'Draw what is associated with an instance' \
     watch 'Show what changes about instances' \
+    top 'Show instances live' \
     check 'Check instances for a monitoring system' \
     exporter 'Serve metrics for Prometheus' \
     collect 'Write the classes that a document names as JSON' \
@@ -185,7 +186,7 @@ complete -c cimhttp -s o -l output -x -a 'table plain json csv mof dot' -d 'Form
 complete -c cimhttp -l units -x -a 'scaled exact' -d 'How numbers with units are written'
 complete -c cimhttp -l verbose -d 'Mark numbers for which their value map has no text'
 
-complete -c cimhttp -n '__cimhttp_begins classes count tree class methods instances instance associators references related watch check' \
+complete -c cimhttp -n '__cimhttp_begins classes count tree class methods instances instance associators references related watch top check' \
     -a '(__cimhttp_classes)'
 complete -c cimhttp -n '__cimhttp_begins check' -a health
 complete -c cimhttp -n '__cimhttp_begins collect record' -F
@@ -195,12 +196,12 @@ complete -c cimhttp -n '__cimhttp_has_connection forget' -a '(__cimhttp_known_se
 
 complete -c cimhttp -n '__cimhttp_is class' -l all -d 'Write out what is inherited'
 complete -c cimhttp -n '__cimhttp_is count' -l all -d 'Classes without instances, too'
-complete -c cimhttp -n '__cimhttp_is instances associators references watch' -l property -x -a '(__cimhttp_property_list)' \
+complete -c cimhttp -n '__cimhttp_is instances associators references watch top' -l property -x -a '(__cimhttp_property_list)' \
     -d 'Only this property'
-complete -c cimhttp -n '__cimhttp_is instances watch check' -l where -x -a '(__cimhttp_conditions)' -d 'Only instances with this value'
-complete -c cimhttp -n '__cimhttp_is instances' -l sort -x -a '(__cimhttp_property_list)' -d 'Sort by a property'
+complete -c cimhttp -n '__cimhttp_is instances watch top check' -l where -x -a '(__cimhttp_conditions)' -d 'Only instances with this value'
+complete -c cimhttp -n '__cimhttp_is instances top' -l sort -x -a '(__cimhttp_property_list)' -d 'Sort by a property'
 complete -c cimhttp -n '__cimhttp_is count' -l sort -x -a 'class count' -d 'Sort by a column'
-complete -c cimhttp -n '__cimhttp_is classes count instances' -l limit -x -d 'The first only'
+complete -c cimhttp -n '__cimhttp_is classes count instances top' -l limit -x -d 'The first only'
 complete -c cimhttp -n '__cimhttp_is instances' -l exact -d 'Without those of subclasses'
 complete -c cimhttp -n '__cimhttp_is instances' -l deep -d 'With what subclasses add'
 complete -c cimhttp -n '__cimhttp_is instances' -l paths -d 'Only the paths'
@@ -215,8 +216,8 @@ complete -c cimhttp -n '__cimhttp_is associators' -l result-class -x -a '(__cimh
 complete -c cimhttp -n '__cimhttp_is associators' -l result-role -x -d 'The property that refers to the result'
 complete -c cimhttp -n '__cimhttp_is associators references' -l names -d 'Only the paths'
 complete -c cimhttp -n '__cimhttp_is related' -l depth -x -d 'How many associations in a row'
-complete -c cimhttp -n '__cimhttp_is watch' -l interval -x -d 'Time between two readings'
-complete -c cimhttp -n '__cimhttp_is watch' -l count -x -d 'End after so many readings'
+complete -c cimhttp -n '__cimhttp_is watch top' -l interval -x -d 'Time between two readings'
+complete -c cimhttp -n '__cimhttp_is watch top' -l count -x -d 'End after so many readings'
 complete -c cimhttp -n '__cimhttp_is check' -l warning -x -a '(__cimhttp_conditions)' -d 'Warn about what is outside a range'
 complete -c cimhttp -n '__cimhttp_is check' -l critical -x -a '(__cimhttp_conditions)' -d 'What is critical'
 complete -c cimhttp -n '__cimhttp_is check' -l ignore -x -d 'Leave out known faults'

@@ -85,6 +85,7 @@ _cimhttp_recordable=(
     'references:show the associations of an instance'
     'related:draw what is associated with an instance'
     'watch:show what changes about instances'
+    'top:show instances live'
     'check:check instances for a monitoring system'
     'exporter:serve metrics for Prometheus'
     'collect:write the classes that a document names as JSON'
@@ -179,6 +180,12 @@ _cimhttp_describe_command() {
         watch)
             options=('--interval=[time between two readings]:seconds:' '--count=[end after so many readings]:number:'
                 $property $where)
+            places=(_cimhttp_classes)
+            ;;
+        top)
+            options=('--interval=[time between two readings]:seconds:' '--count=[end after so many readings]:number:'
+                $property $where '--sort=[sort by a property at first]:property:_cimhttp_property_list'
+                '--limit=[the first rows only]:number:')
             places=(_cimhttp_classes)
             ;;
         check)

@@ -108,4 +108,8 @@ bool InstanceListing::LacksValue(const ICIMInstance& instance, const ICIMPropert
     return CellOf(instance, property.GetName(TCIMContext())).IsShownAsNull();
 }
 
+Listing::Importance InstanceListing::ImportanceOf(const ICIMPropertyDecl& property) {
+    return cimhttp::ImportanceOf(property);
+}
+
 } // namespace cimhttp

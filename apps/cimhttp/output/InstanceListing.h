@@ -19,6 +19,9 @@ class InstanceListing {
     /// name stay, however narrow the table gets.
     Listing Table(const Instances& instances, const Properties& properties, bool hasClass, bool isAsked) const;
 
+    /// How much the column of a property is missed where there is no room for all.
+    static Listing::Importance ImportanceOf(const NQORVYX20::ICIMPropertyDecl& property);
+
     /// A property a row: the property, type, value and text.
     Listing Values(const NQORVYX20::ICIMInstance& instance, const Properties& properties) const;
 

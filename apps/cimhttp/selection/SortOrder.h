@@ -19,6 +19,9 @@ class SortOrder {
 
     const std::vector<std::string>& Names() const { return names_; }
 
+    /// Whether the greatest comes first by the name at this place among them.
+    bool IsDescending(std::size_t place) const { return isDescending_[place]; }
+
     /// The places of the rows in the order. Each row has a value for each name. Values are in the order that ValuePlace
     /// says, arrays in that of their first elements that differ; null comes after all, also where the greatest comes
     /// first. Equal rows keep their order.

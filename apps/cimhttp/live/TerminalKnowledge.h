@@ -1,0 +1,8 @@
+#pragma once
+
+namespace cimhttp {
+
+/// Whether the terminal of TERM is known, and can be written to at any place.
+bool KnowsTerminal();
+
+} // namespace cimhttp
