@@ -130,6 +130,7 @@ TEST(LiveViewTest, TheLimitIsForTheRowsInTheirOrder) {
 
 TEST(LiveViewTest, ScrollingEndsAtTheLastRow) {
     std::vector<std::pair<std::string, LiveCell>> rows;
+    rows.reserve(100);
     for (int i = 0; i < 100; ++i) {
         rows.emplace_back("fan" + std::to_string(100 + i), Number(i));
     }
@@ -210,7 +211,7 @@ TEST(CounterRatesTest, ACounterThatIsLessThanBeforeHasNoRateAndIsCounted) {
     EXPECT_EQ(rates.Restarts(), 1U);
     rates.Begin(At(2));
     EXPECT_EQ(rates.Rate("fan", "Turns", 8), 3.0L);
-    EXPECT_EQ(rates.Restarts(), 0U);
+    EXPECT_EQ(rates.Restarts(), 1U) << "so that nobody misses it";
 }
 
 TEST(CounterRatesTest, NoDigitIsLostOfCountersOf64Bits) {

@@ -145,7 +145,7 @@ class TopTest : public testing::Test {
 TEST_F(TopTest, ShowsTheInstancesBelowTheirHeadings) {
     Serve(FanXml("b", "2000") + FanXml("a", "1500"));
     Top top(Arguments());
-    ASSERT_TRUE(top.AwaitText("\nb")) << top.Text();
+    ASSERT_TRUE(top.AwaitText("\nb") && top.AwaitText("? help")) << top.Text(); // the last line is drawn last
     const auto lines = top.Screen().Lines();
     EXPECT_EQ(lines[0].rfind("TEST_Fan at http://" + server_.Address(), 0), 0U);
     EXPECT_THAT(lines[0], HasSubstr("every 0.05 s"));
@@ -212,10 +212,11 @@ TEST_F(TopTest, AFilterKeepsTheRowsThatHaveItsText) {
     ASSERT_TRUE(top.AwaitText("\nback")) << top.Text();
     top.Type("/fRxq\x7f\x7fOn");
     ASSERT_TRUE(top.AwaitNoText("\nback") && top.AwaitText("2 with 'fron'")) << top.Text();
-    EXPECT_THAT(top.Text(), AllOf(HasSubstr("\nFront "), HasSubstr("\nfront2 "), HasSubstr("filter: fron_")));
+    ASSERT_TRUE(top.AwaitText("\nFront ") && top.AwaitText("\nfront2 ") && top.AwaitText("filter: fron_"))
+        << top.Text();
     top.Type("\r");
     ASSERT_TRUE(top.AwaitNoText("filter: ")) << top.Text();
-    EXPECT_THAT(top.Text(), HasSubstr("2 with 'fron'"));
+    EXPECT_TRUE(top.AwaitText("2 with 'fron'")) << top.Text();
     top.Type("/\x1b");
     EXPECT_TRUE(top.AwaitText("\nback")) << top.Text();
 }
@@ -229,10 +230,10 @@ TEST_F(TopTest, APauseHoldsTheRowsAndEnds) {
     Serve(FanXml("a", "2222"));
     top.Type("r");
     ASSERT_TRUE(top.AwaitText("Name▼")) << top.Text();
-    EXPECT_THAT(top.Text(), HasSubstr("1111"));
+    EXPECT_TRUE(top.AwaitText("1111")) << top.Text();
     top.Type("p");
     ASSERT_TRUE(top.AwaitText("2222")) << top.Text();
-    EXPECT_THAT(top.Text(), Not(HasSubstr("PAUSED")));
+    EXPECT_TRUE(top.AwaitNoText("PAUSED")) << top.Text();
 }
 
 TEST_F(TopTest, ColumnsCanBeChosen) {
@@ -245,8 +246,8 @@ TEST_F(TopTest, ColumnsCanBeChosen) {
     ASSERT_TRUE(top.AwaitText("[ ] Speed")) << top.Text();
     top.Type("\r");
     ASSERT_TRUE(top.AwaitText("Turns/s")) << top.Text();
-    EXPECT_THAT(top.Text(), Not(HasSubstr("Speed")));
-    EXPECT_THAT(top.Text(), Not(HasSubstr("1111")));
+    EXPECT_TRUE(top.AwaitNoText("Speed")) << top.Text();
+    EXPECT_TRUE(top.AwaitNoText("1111")) << top.Text();
 }
 
 TEST_F(TopTest, HelpTellsOfTheKeys) {
@@ -266,7 +267,7 @@ TEST_F(TopTest, CountersShowHowMuchMoreTheyHaveEachSecond) {
     Top top(Arguments({"--property", "Name,Turns"}));
     ASSERT_TRUE(top.AwaitText(" 0/s")) << top.Text();
     Serve(FanXml("a", "1", "50", "7"));
-    ASSERT_TRUE(top.AwaitText("1 counter less than before")) << top.Text();
+    ASSERT_TRUE(top.AwaitText("1 time a counter was less than before")) << top.Text();
     EXPECT_TRUE(top.AwaitText(" 0/s")) << top.Text();
 }
 
@@ -276,7 +277,7 @@ TEST_F(TopTest, TheRowsOfAServerThatGoesStayUntilItComesBack) {
     ASSERT_TRUE(top.AwaitText("1111")) << top.Text();
     server_.Stop();
     ASSERT_TRUE(top.AwaitText("! no reading since ")) << top.Text();
-    EXPECT_THAT(top.Text(), HasSubstr("1111"));
+    EXPECT_TRUE(top.AwaitText("1111")) << top.Text();
     support::CimServer again(server_.Address());
     Declare(again);
     again.Answer("EnumerateInstances", "TEST_Fan", FanXml("a", "2222"));
@@ -292,7 +293,7 @@ TEST_F(TopTest, WhatIsMissingIsSaidAndMakesTheExitStatus) {
     Serve(InstanceXml("TEST_Fan", "a", PropertyXml("Odd", "string", "x") + PropertyXml("Speed", "uint32", "77")));
     Top top(Arguments());
     ASSERT_TRUE(top.AwaitText("\n! ") && top.AwaitText("77")) << top.Text();
-    EXPECT_THAT(top.Text(), HasSubstr("Odd"));
+    EXPECT_TRUE(top.AwaitText("Odd")) << top.Text();
     top.Type("q");
     EXPECT_EQ(top.Wait(), 7);
     EXPECT_THAT(top.Text(), HasSubstr("--log warning lists all"));
@@ -305,10 +306,12 @@ TEST_F(TopTest, ATerminalOfAnotherSizeIsDrawnAnew) {
     top.Resize({30, 6}); // two lines of head, the headings, two rows, the keys
     ASSERT_TRUE(top.AwaitText("\nb") && top.AwaitText("q quit")) << top.Text();
     EXPECT_TRUE(top.AwaitNoText("\nc")) << top.Text();
+    EXPECT_TRUE(top.AwaitText("\nq quit")) << top.Text();
     EXPECT_THAT(top.Screen().Lines()[5], StartsWith("q quit"));
     top.Resize({100, 30});
     ASSERT_TRUE(top.AwaitText("\nc") && top.AwaitText("last minute")) << top.Text();
-    EXPECT_THAT(top.Screen().Lines()[29], StartsWith("q quit"));
+    EXPECT_TRUE(top.Await([](const TerminalScreen& screen) { return screen.Lines()[29].rfind("q quit", 0) == 0; }))
+        << top.Text();
     top.Resize({1, 1});
     top.Resize({80, 24});
     ASSERT_TRUE(top.AwaitText("\nc")) << top.Text();
@@ -328,7 +331,8 @@ TEST_F(TopTest, TheTerminalIsRestoredHoweverItEnds) {
         ASSERT_TRUE(top.AwaitText("1111")) << top.Text();
         EXPECT_FALSE(top.Program().Echoes());
         end(top);
-        EXPECT_EQ(top.Wait(), 0) << top.Text();
+        // The second signal may come when the terminal is restored already, and ends the program as ever then.
+        EXPECT_THAT(top.Wait(), testing::AnyOf(0, -SIGTERM)) << top.Text();
         EXPECT_TRUE(top.Program().Echoes());
         EXPECT_FALSE(top.Screen().IsAlternate());
         EXPECT_TRUE(top.Screen().IsCursorVisible());

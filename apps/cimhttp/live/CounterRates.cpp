@@ -7,7 +7,6 @@ namespace cimhttp {
 void CounterRates::Begin(Time time) {
     earlier_ = std::exchange(now_, {});
     earlierTime_ = std::exchange(time_, time);
-    restarts_ = 0;
 }
 
 std::optional<long double> CounterRates::Rate(const std::string& path, const std::string& property,

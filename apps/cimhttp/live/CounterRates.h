@@ -21,7 +21,7 @@ class CounterRates {
     /// How much more the counter has each second than in the reading before. Nothing where there is none before.
     std::optional<long double> Rate(const std::string& path, const std::string& property, long double number);
 
-    /// How many counters of this reading are less than before.
+    /// How often a counter was less than before, in all readings.
     std::size_t Restarts() const { return restarts_; }
 
   private:

@@ -222,12 +222,15 @@ std::unique_ptr<Screen> CursesScreen::Open() {
     if (!locale->IsThere()) {
         return nullptr;
     }
+    auto signals = std::make_unique<Signals>(); // before ncurses, which takes those that nobody handles
     SCREEN* const terminal = ::newterm(nullptr, stdout, stdin);
-    return terminal == nullptr ? nullptr : std::unique_ptr<Screen>(new CursesScreen(std::move(locale), terminal));
+    return terminal == nullptr
+               ? nullptr
+               : std::unique_ptr<Screen>(new CursesScreen(std::move(locale), std::move(signals), terminal));
 }
 
-CursesScreen::CursesScreen(std::unique_ptr<Locale> locale, void* terminal)
-    : locale_(std::move(locale)), signals_(std::make_unique<Signals>()), terminal_(terminal) {
+CursesScreen::CursesScreen(std::unique_ptr<Locale> locale, std::unique_ptr<Signals> signals, void* terminal)
+    : locale_(std::move(locale)), signals_(std::move(signals)), terminal_(terminal) {
     ::set_escdelay(kEscapeWait);
     ::raw(); // Ctrl-C and Ctrl-Z are keys, so that nothing ends or stops while something is drawn
     ::noecho();

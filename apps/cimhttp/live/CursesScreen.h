@@ -22,7 +22,7 @@ class CursesScreen : public Screen {
     class Locale;
     class Signals;
 
-    CursesScreen(std::unique_ptr<Locale> locale, void* terminal);
+    CursesScreen(std::unique_ptr<Locale> locale, std::unique_ptr<Signals> signals, void* terminal);
 
     std::unique_ptr<Locale> locale_;
     std::unique_ptr<Signals> signals_;

@@ -190,7 +190,7 @@ class Painter {
                     " of " + std::to_string(columns_.size());
         }
         if (reading->restarts > 0) {
-            text += ", " + Counted(reading->restarts, "counter", "counters") + " less than before";
+            text += ", " + Counted(reading->restarts, "time", "times") + " a counter was less than before";
         }
         return text;
     }

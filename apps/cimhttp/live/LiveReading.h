@@ -41,7 +41,7 @@ struct LiveReading {
     std::vector<LiveColumn> columns;
     std::vector<LiveRow> rows; ///< each with a cell for each column
     std::size_t count = 0;     ///< how many instances there are with those that do not meet the conditions
-    std::size_t restarts = 0;  ///< how many counters were less than before
+    std::size_t restarts = 0;  ///< how often a counter was less than before, until now
 };
 
 } // namespace cimhttp
