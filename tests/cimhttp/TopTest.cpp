@@ -145,16 +145,20 @@ class TopTest : public testing::Test {
 TEST_F(TopTest, ShowsTheInstancesBelowTheirHeadings) {
     Serve(FanXml("b", "2000") + FanXml("a", "1500"));
     Top top(Arguments());
-    ASSERT_TRUE(top.AwaitText("\nb") && top.AwaitText("? help")) << top.Text(); // the last line is drawn last
-    const auto lines = top.Screen().Lines();
-    EXPECT_EQ(lines[0].rfind("TEST_Fan at http://" + server_.Address(), 0), 0U);
-    EXPECT_THAT(lines[0], HasSubstr("every 0.05 s"));
-    EXPECT_EQ(lines[1], "2 instances");
-    EXPECT_THAT(lines[2], AllOf(StartsWith("Name▲"), HasSubstr("Speed"), HasSubstr("Load"), HasSubstr("Turns/s"),
-                                EndsWith("last minute")));
-    EXPECT_THAT(lines[3], AllOf(StartsWith("a "), HasSubstr("1500")));
-    EXPECT_THAT(lines[4], AllOf(StartsWith("b "), HasSubstr("2000")));
-    EXPECT_THAT(lines[23], StartsWith("q quit  ←→ sort"));
+    // All at once, since another reading may be drawn between two looks.
+    const auto isWhole = [&](const TerminalScreen& screen) {
+        using testing::Value;
+        const auto lines = screen.Lines();
+        return Value(lines[0],
+                     AllOf(StartsWith("TEST_Fan at http://" + server_.Address()), HasSubstr("every 0.05 s"))) &&
+               lines[1] == "2 instances" &&
+               Value(lines[2], AllOf(StartsWith("Name▲"), HasSubstr("Speed"), HasSubstr("Load"), HasSubstr("Turns/s"),
+                                     EndsWith("last minute"))) &&
+               Value(lines[3], AllOf(StartsWith("a "), HasSubstr("1500"))) &&
+               Value(lines[4], AllOf(StartsWith("b "), HasSubstr("2000"))) &&
+               Value(lines[23], StartsWith("q quit  ←→ sort"));
+    };
+    EXPECT_TRUE(top.Await(isWhole)) << top.Text();
     EXPECT_TRUE(top.Screen().IsAlternate());
     EXPECT_FALSE(top.Screen().IsCursorVisible());
 }
