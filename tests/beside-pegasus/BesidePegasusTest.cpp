@@ -142,7 +142,9 @@ TEST(Exports, ThePluginOffersNothingOfTheLibrariesThatItIsMadeWith) {
     const auto names = NamesIn(CIMHTTP_PLUGIN, false);
     EXPECT_FALSE(names.empty());
     for (const std::string& name : names) {
-        EXPECT_THAT(name, AnyOf(HasSubstr("NQORVYX20::"), HasSubstr("TCimHTTPRequestedClassParser")));
+        // The last one where the name of a template over a lambda cannot be made readable.
+        EXPECT_THAT(name, AnyOf(HasSubstr("NQORVYX20::"), HasSubstr("TCimHTTPRequestedClassParser"),
+                                HasSubstr("NK9NQORVYX20")));
     }
 }
 
