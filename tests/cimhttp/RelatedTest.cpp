@@ -3,11 +3,11 @@
 #include "CimXml.h"
 #include "LinkServer.h"
 #include "ProgramRun.h"
-#include "commands/GraphWalk.h"
 #include "server/DemoServer.h"
 #include "support/LoopbackAddress.h"
 #include "support/ParsedJson.h"
 #include "support/TemporaryDirectory.h"
+#include "survey/GraphWalk.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -73,8 +73,15 @@ struct RemoteClass {
 };
 
 struct RemoteClassName {
+    /// To what a property of an association refers.
+    struct Reference {
+        std::string role; ///< the property
+        std::string className;
+    };
+
     std::string name;
-    std::string superclass; ///< empty for a top class
+    std::string superclass;                 ///< empty for a top class
+    std::vector<Reference> references = {}; ///< those that the class itself declares
 };
 
 struct RemoteQualifierDeclaration {

@@ -33,6 +33,17 @@ std::vector<RemoteQualifier> QualifiersOf(Element& element) {
     return qualifiers;
 }
 
+std::vector<RemoteClassName::Reference> ReferencesOf(const Pegasus::CIMClass& cls) {
+    std::vector<RemoteClassName::Reference> references;
+    for (Pegasus::Uint32 i = 0; i < cls.getPropertyCount(); ++i) {
+        const auto property = cls.getProperty(i);
+        if (property.getType() == Pegasus::CIMTYPE_REFERENCE) {
+            references.push_back({NameText(property.getName()), NameText(property.getReferenceClassName())});
+        }
+    }
+    return references;
+}
+
 std::string TypeName(Pegasus::CIMType type) {
     const bool isEmbedded = type == Pegasus::CIMTYPE_OBJECT || type == Pegasus::CIMTYPE_INSTANCE;
     return Pegasus::cimTypeToString(isEmbedded ? Pegasus::CIMTYPE_STRING : type);
@@ -158,7 +169,8 @@ std::vector<RemoteClassName> ReadRemoteHierarchy(TCimHTTPNamespace& nameSpace) {
         auto classes = nameSpace.Server().EnumerateClassHeads();
         std::vector<RemoteClassName> names;
         for (Pegasus::Uint32 i = 0; i < classes.size(); ++i) {
-            names.push_back({NameText(classes[i].getClassName()), NameText(classes[i].getSuperClassName())});
+            names.push_back({NameText(classes[i].getClassName()), NameText(classes[i].getSuperClassName()),
+                             ReferencesOf(classes[i])});
         }
         return names;
     });

@@ -28,6 +28,7 @@ std::unique_ptr<Command> MakeReferencesCommand();  // there, too
 std::unique_ptr<Command> MakeRelatedCommand();
 std::unique_ptr<Command> MakeWatchCommand();
 std::unique_ptr<Command> MakeTopCommand();
+std::unique_ptr<Command> MakeBrowseCommand();
 std::unique_ptr<Command> MakeCheckCommand();
 std::unique_ptr<Command> MakeExporterCommand();
 std::unique_ptr<Command> MakeCollectCommand();

@@ -8,7 +8,6 @@
 #include "connection/ServerSchema.h"
 #include "connection/Session.h"
 #include "output/Listing.h"
-#include "text/Ascii.h"
 #include "text/TerminalText.h"
 #include "text/WordList.h"
 
@@ -43,16 +42,6 @@ The connection with the name 'default' is used when no --host and no
 known_servers.json.)";
 
 [[noreturn]] void Refuse(const std::string& what) { throw Failure(Failure::kUsage, what); }
-
-/// Names that need no quoting in a shell and do not look like options.
-void CheckName(const std::string& name) {
-    const auto isPlain = [](char letter) {
-        return IsAsciiLetter(letter) || IsAsciiDigit(letter) || letter == '_' || letter == '-' || letter == '.';
-    };
-    if (!std::all_of(name.begin(), name.end(), isPlain) || name.front() == '-') {
-        Refuse("'" + name + "' is no name for a connection: it has letters, digits, '_', '.' and '-'");
-    }
-}
 
 /// The files are found from another folder, too.
 void MakeAbsolute(TlsSettings& settings) {
@@ -98,14 +87,6 @@ Cell VerificationCell(const TlsSettings& settings) {
         return settings.ca ? *settings.ca : *settings.fingerprint;
     }
     return settings.verify.value_or(false) ? Cell("required") : Cell::Null();
-}
-
-std::string UrlOf(const SavedConnection& saved) {
-    Connection connection;
-    connection.host = saved.host;
-    connection.tls = saved.tls;
-    connection.port = saved.port;
-    return connection.Url();
 }
 
 /// A server as the user names it in `forget`.
@@ -182,7 +163,7 @@ class ConnectionCommand : public Command {
     }
 
     void Add(const ConnectionStore& store, const CommandContext& context) const {
-        CheckName(name_);
+        CheckConnectionName(name_);
         const SavedConnection given = GivenConnection(context.options, storesPassword_); // asks the user, if need be
         store.Update([&](auto& connections) { connections[name_] = given; });
     }
@@ -197,7 +178,7 @@ class ConnectionCommand : public Command {
                          {"Verification"},
                          {"Certificate"}});
         for (const auto& [name, connection] : store.Read()) {
-            listing.AddRow({name, UrlOf(connection), connection.user.value_or(""), connection.password ? "stored" : "",
+            listing.AddRow({name, connection.Url(), connection.user.value_or(""), connection.password ? "stored" : "",
                             TimeoutCell(connection), connection.nameSpace, VerificationCell(connection.tlsSettings),
                             connection.tlsSettings.certificate});
         }

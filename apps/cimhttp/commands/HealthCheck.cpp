@@ -21,27 +21,7 @@ using namespace NQORVYX20;
 
 namespace {
 
-constexpr const char* kElements = "CIM_ManagedSystemElement";
 constexpr bool kWithSubclasses = true;
-
-/// The properties of the class that the check needs; none where the server declares none, which asks for all.
-std::vector<std::string> NeededNames(const Properties& declared) {
-    if (declared.empty()) {
-        return {};
-    }
-    std::vector<std::string> names = InstanceName::PropertiesIn(declared);
-    const std::size_t labels = names.size();
-    for (const std::string& name : NamesOf(declared)) {
-        if (IsSameName(name, kHealthState) || IsSameName(name, kOperationalStatus)) {
-            names.push_back(name);
-        }
-    }
-    if (names.size() == labels) {
-        throw Failure(Failure::kNotFound, std::string("the server's ") + kElements + " has neither " + kHealthState +
-                                              " nor " + kOperationalStatus);
-    }
-    return names;
-}
 
 void AddNumber(const char* label, std::size_t number, CheckReport& report) {
     report.Performance().Add({label, {}, {static_cast<long double>(number), {}}, false, {}, {}});
@@ -51,8 +31,8 @@ void AddNumber(const char* label, std::size_t number, CheckReport& report) {
 
 ServiceState HealthCheck::Run(const Session& session, const DisplayForm& form, CheckReport& report,
                               std::ostream& output) const {
-    const Properties declared = PropertiesOf(*ServerSchema(session).Class(kElements));
-    InstanceReader reader(session, kElements, InstanceQuery(NeededNames(declared), request_.conditions),
+    const Properties declared = PropertiesOf(*ServerSchema(session).Class(kHealthElements));
+    InstanceReader reader(session, kHealthElements, InstanceQuery(HealthPropertiesIn(declared), request_.conditions),
                           kWithSubclasses, form);
     const ValueTexts texts(session.Access(), form);
     std::size_t telling = 0;
@@ -72,7 +52,7 @@ ServiceState HealthCheck::Run(const Session& session, const DisplayForm& form, C
         }
     };
     ReadForCheck(reader, take, report);
-    RefuseIfAllAreIgnored(report, kElements);
+    RefuseIfAllAreIgnored(report, kHealthElements);
     const std::size_t warnings = report.CountOf(ServiceState::kWarning);
     const std::size_t criticals = report.CountOf(ServiceState::kCritical);
     if (telling == 0) {

@@ -1,7 +1,6 @@
 #include "Failure.h"
 #include "Options.h"
 #include "commands/Commands.h"
-#include "commands/GraphWalk.h"
 #include "commands/Remarks.h"
 #include "connection/PathReader.h"
 #include "connection/ServerAssociations.h"
@@ -9,6 +8,7 @@
 #include "connection/Session.h"
 #include "output/GraphWriter.h"
 #include "output/TreeLines.h"
+#include "survey/GraphWalk.h"
 
 #include <algorithm>
 #include <ostream>

@@ -4,6 +4,7 @@
 #include "connection/Connection.h"
 #include "connection/UserDocument.h"
 #include "connection/UserEntry.h"
+#include "text/Ascii.h"
 #include "text/NearestNames.h"
 
 #include <algorithm>
@@ -103,6 +104,23 @@ ConnectionStore::Connections ConnectionsIn(const UserDocument::Content& content,
 }
 
 } // namespace
+
+std::string SavedConnection::Url() const {
+    Connection connection;
+    connection.host = host;
+    connection.tls = tls;
+    connection.port = port;
+    return connection.Url();
+}
+
+void CheckConnectionName(const std::string& name) {
+    const auto isPlain = [](char letter) {
+        return IsAsciiLetter(letter) || IsAsciiDigit(letter) || letter == '_' || letter == '-' || letter == '.';
+    };
+    if (name.empty() || !std::all_of(name.begin(), name.end(), isPlain) || name.front() == '-') {
+        Refuse("'" + name + "' is no name for a connection: it has letters, digits, '_', '.' and '-'");
+    }
+}
 
 std::optional<ConnectionStore> ConnectionStore::OfUser() {
     const auto path = UserDocument::PathOfUser("connections.json");

@@ -20,7 +20,13 @@ struct SavedConnection {
     std::optional<int> port = {};
     std::optional<std::string> nameSpace = {};
     TlsSettings tlsSettings = {};
+
+    /// The server as a URL.
+    std::string Url() const;
 };
+
+/// Throws Failure(kUsage) unless the name needs no quoting in a shell and does not look like an option.
+void CheckConnectionName(const std::string& name);
 
 /// The user's named connections. They are a JSON document in one file, which only its owner reads:
 ///

@@ -71,10 +71,10 @@ Connection WithFingerprint(Connection connection, const KnownServer& server) {
     return connection;
 }
 
-Connection AskedFor(const PluginAccess& access, const Connection& connection, const std::optional<KnownServers>& known,
-                    const ProgressWait& wait) {
+Connection AskedFor(const TrustQuestion& ask, const PluginAccess& access, const Connection& connection,
+                    const std::optional<KnownServers>& known, const ProgressWait& wait) {
     const TlsDetails tls = Look(access, connection, wait);
-    if (!UserTrusts(connection, tls, known)) {
+    if (!ask(tls)) {
         throw NoConnection(connection, "its certificate is not trusted; nothing was sent");
     }
     const KnownServer server{tls.fingerprint, TimeWithZone(), Printable(tls.subject)};
@@ -84,10 +84,9 @@ Connection AskedFor(const PluginAccess& access, const Connection& connection, co
     return WithFingerprint(connection, server);
 }
 
-} // namespace
-
-Connection Trusted(const Plugin& plugin, const Connection& connection, const Options& options,
-                   const ProgressWait& wait) {
+/// The connection, if it goes to a server that is verified, or needs not be.
+std::optional<Connection> Verified(const Plugin& plugin, const Connection& connection,
+                                   const std::optional<KnownServers>& known) {
     if (!connection.tls || IsVerified(connection)) {
         return connection;
     }
@@ -96,7 +95,6 @@ Connection Trusted(const Plugin& plugin, const Connection& connection, const Opt
         verified.isVerifiedByPolicy = true;
         return verified;
     }
-    const auto known = KnownServers::OfUser();
     if (const auto server = known ? known->Find(connection.HostAndPort()) : std::nullopt) {
         return WithFingerprint(connection, *server);
     }
@@ -105,13 +103,35 @@ Connection Trusted(const Plugin& plugin, const Connection& connection, const Opt
                                        "--fingerprint SHA256; without --verify, you are asked on a terminal whether to "
                                        "trust its certificate");
     }
+    return std::nullopt;
+}
+
+} // namespace
+
+Connection Trusted(const Plugin& plugin, const Connection& connection, const Options& options,
+                   const ProgressWait& wait) {
+    const auto known = KnownServers::OfUser();
+    if (const auto verified = Verified(plugin, connection, known)) {
+        return *verified;
+    }
     if (options.server && options.isErrorStreamTerminal) {
         const std::string name = options.connection.value_or("");
         throw NoConnection(connection, "nothing verifies the server yet, and nobody is asked about one of several; "
                                        "'cimhttp connection test " +
                                            name + "' asks");
     }
-    return options.isErrorStreamTerminal ? AskedFor(plugin.Access(), connection, known, wait) : connection;
+    if (!options.isErrorStreamTerminal) {
+        return connection;
+    }
+    const auto ask = [&](const TlsDetails& tls) { return UserTrusts(connection, tls, known); };
+    return AskedFor(ask, plugin.Access(), connection, known, wait);
+}
+
+Connection TrustedBy(const TrustQuestion& ask, const Plugin& plugin, const Connection& connection,
+                     const ProgressWait& wait) {
+    const auto known = KnownServers::OfUser();
+    const auto verified = Verified(plugin, connection, known);
+    return verified ? *verified : AskedFor(ask, plugin.Access(), connection, known, wait);
 }
 
 } // namespace cimhttp

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "access/ServerProbe.h"
 #include "connection/Connection.h"
+
+#include <functional>
 
 namespace cimhttp {
 
@@ -21,6 +24,13 @@ class Plugin;
 /// with --verify, where nothing verifies it; then nothing has been sent.
 Connection Trusted(const Plugin& plugin, const Connection& connection, const Options& options,
                    const ProgressWait& wait);
+
+/// Whether to trust a server that nothing verifies and that shows this; what it throws ends the asking.
+using TrustQuestion = std::function<bool(const TlsDetails& shown)>;
+
+/// Does so, and puts the question in the place of the one on the terminal, whatever the options say of that.
+Connection TrustedBy(const TrustQuestion& ask, const Plugin& plugin, const Connection& connection,
+                     const ProgressWait& wait);
 
 /// Whether the server of an encrypted connection is verified.
 inline bool IsVerified(const Connection& connection) {

@@ -1,9 +1,12 @@
 #include "monitoring/Health.h"
 
+#include "Failure.h"
 #include "host/ICIMInstance.h"
 #include "host/ICIMProperty.h"
+#include "monitoring/InstanceName.h"
 #include "output/InstanceProperties.h"
 #include "output/ValueTexts.h"
+#include "text/Names.h"
 #include "text/ParsedText.h"
 
 #include <map>
@@ -64,6 +67,24 @@ void Add(Health& health, const ICIMInstance& instance, const char* name, const S
 }
 
 } // namespace
+
+std::vector<std::string> HealthPropertiesIn(const Properties& declared) {
+    if (declared.empty()) {
+        return {};
+    }
+    std::vector<std::string> names = InstanceName::PropertiesIn(declared);
+    const std::size_t labels = names.size();
+    for (const std::string& name : NamesOf(declared)) {
+        if (IsSameName(name, kHealthState) || IsSameName(name, kOperationalStatus)) {
+            names.push_back(name);
+        }
+    }
+    if (names.size() == labels) {
+        throw Failure(Failure::kNotFound, std::string("the server's ") + kHealthElements + " has neither " +
+                                              kHealthState + " nor " + kOperationalStatus);
+    }
+    return names;
+}
 
 Health HealthOf(const ICIMInstance& instance, const ValueTexts& texts) {
     Health health;

@@ -2,9 +2,11 @@
 
 #include "HostTypes.h"
 #include "monitoring/ServiceState.h"
+#include "output/InstanceProperties.h"
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace cimhttp {
 
@@ -18,6 +20,13 @@ struct Health {
 };
 
 Health HealthOf(const NQORVYX20::ICIMInstance& instance, const ValueTexts& texts);
+
+/// The class of all that has these properties.
+constexpr const char* kHealthElements = "CIM_ManagedSystemElement";
+
+/// Those of the class's properties that tell the health and the names of its instances; none where the server declares
+/// none, which asks for all. Throws Failure(kNotFound) where the class has none that tells the health.
+std::vector<std::string> HealthPropertiesIn(const Properties& declared);
 
 constexpr const char* kHealthState = "HealthState";
 constexpr const char* kOperationalStatus = "OperationalStatus";

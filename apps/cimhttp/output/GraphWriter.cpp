@@ -89,10 +89,11 @@ const char* StateText(State state) {
     return "";
 }
 
-std::string ObjectJson(const ObjectGraph::Object& object) {
+std::string ObjectJson(const ObjectGraph::Object& object, const std::string& label) {
     return JsonObject()
         .Add("path", JsonText(object.path.GetPath()))
         .Add("class", JsonText(object.path.GetClassName()))
+        .Add("label", JsonText(label))
         .Add("depth", std::to_string(object.depth))
         .Add("state", JsonText(StateText(object.state)))
         .Text();
@@ -129,7 +130,12 @@ void WriteTree(const ObjectGraph& graph, const TreeLines& lines, std::ostream& o
 
 void WriteGraphJson(const ObjectGraph& graph, std::ostream& output) {
     output << "{\"objects\":";
-    WriteJsonLines(graph.objects, ObjectJson, output);
+    const auto labels = LabelsOf(graph);
+    JsonLines objects(output);
+    for (std::size_t i = 0; i < graph.objects.size(); ++i) {
+        objects.Next() << ObjectJson(graph.objects[i], labels[i]);
+    }
+    objects.End();
     output << ",\n\"associations\":";
     WriteJsonLines(graph.edges, EdgeJson, output);
     output << ",\n\"complete\":" << JsonValue(graph.isComplete) << "}\n";

@@ -2,22 +2,13 @@
 
 #include "output/Json.h"
 #include "report/ReportParts.h"
+#include "text/Unguessable.h"
 
 #include <ostream>
-#include <random>
-#include <sstream>
 
 namespace cimhttp {
 
 namespace {
-
-/// What nobody guesses, so that nothing in the page passes for its script.
-std::string Nonce() {
-    std::random_device random;
-    std::ostringstream nonce;
-    nonce << std::hex << random() << random() << random() << random();
-    return nonce.str();
-}
 
 void ReplaceAll(std::string& text, std::string_view mark, std::string_view replacement) {
     for (auto place = text.find(mark); place != std::string::npos;
@@ -55,7 +46,7 @@ std::string FactsJson(const ReportFacts& facts) {
 
 } // namespace
 
-ReportPage::ReportPage(std::ostream& output) : output_(output), nonce_(Nonce()) { output_ << Head(nonce_); }
+ReportPage::ReportPage(std::ostream& output) : output_(output), nonce_(UnguessableText()) { output_ << Head(nonce_); }
 
 void ReportPage::Append(std::string_view json) { output_ << document_.Take(json); }
 

@@ -26,14 +26,14 @@ namespace net = boost::asio;
 using Error = boost::system::error_code;
 using Plain = beast::tcp_stream;
 using Tls = beast::ssl_stream<beast::tcp_stream>;
-using Request = http::request<http::empty_body>;
+using Request = http::request<http::string_body>;
 using Response = http::response<http::string_body>;
 
 WebRequest RequestOf(const Request& request) {
     const auto target = request.target();
     const std::string text(target.data(), target.size());
     const std::size_t query = text.find('?');
-    WebRequest result{text.substr(0, query), {}, {}};
+    WebRequest result{text.substr(0, query), {}, {}, request.method() == http::verb::post, request.body()};
     if (query != std::string::npos) {
         result.parameters = QueryParameters(text.substr(query + 1));
     }
@@ -46,14 +46,23 @@ WebRequest RequestOf(const Request& request) {
     return result;
 }
 
+bool TakesPosts(const WebLimits& limits) { return limits.bodyBytes > 0; }
+
+bool IsAnswered(http::verb method, const WebLimits& limits) {
+    return method == http::verb::get || method == http::verb::head ||
+           (method == http::verb::post && TakesPosts(limits));
+}
+
+std::string MethodsOf(const WebLimits& limits) { return TakesPosts(limits) ? "GET, HEAD, POST" : "GET, HEAD"; }
+
 WebAnswer AnswerTo(const Request& request, WebService& service) {
     try {
         const auto authorization = request[http::field::authorization];
         if (!service.login.Accepts(std::string(authorization.data(), authorization.size()))) {
             return {401, "text/plain; charset=utf-8", "Who are you? Log in.\n"};
         }
-        if (request.method() != http::verb::get && request.method() != http::verb::head) {
-            return {405, "text/plain; charset=utf-8", "Only GET and HEAD are answered.\n"};
+        if (!IsAnswered(request.method(), service.limits)) {
+            return {405, "text/plain; charset=utf-8", "Only " + MethodsOf(service.limits) + " are answered.\n"};
         }
         return service.handler(RequestOf(request));
     } catch (const std::exception& exception) {
@@ -61,7 +70,7 @@ WebAnswer AnswerTo(const Request& request, WebService& service) {
     }
 }
 
-Response ResponseOf(const Request& request, WebAnswer answer) {
+Response ResponseOf(const Request& request, WebAnswer answer, const WebLimits& limits) {
     Response response(static_cast<http::status>(answer.status), request.version());
     response.keep_alive(request.keep_alive());
     response.set(http::field::content_type, answer.type);
@@ -71,7 +80,10 @@ Response ResponseOf(const Request& request, WebAnswer answer) {
         response.set(http::field::www_authenticate, "Basic realm=\"cimhttp\"");
     }
     if (answer.status == 405) {
-        response.set(http::field::allow, "GET, HEAD");
+        response.set(http::field::allow, MethodsOf(limits));
+    }
+    for (const auto& [name, value] : answer.headers) {
+        response.set(name, value);
     }
     response.content_length(answer.body.size());
     if (request.method() != http::verb::head) {
@@ -112,7 +124,7 @@ class Connection : public std::enable_shared_from_this<Connection<Stream>> {
     void ReadNext() {
         parser_.emplace();
         parser_->header_limit(static_cast<std::uint32_t>(service_.limits.headerBytes));
-        parser_->body_limit(0);
+        parser_->body_limit(service_.limits.bodyBytes);
         Limit(isFirst_ ? service_.limits.transfer : service_.limits.idle);
         isFirst_ = false;
         http::async_read(stream_, buffer_, *parser_, [self = Self()](const Error& error, std::size_t /*count*/) {
@@ -138,7 +150,7 @@ class Connection : public std::enable_shared_from_this<Connection<Stream>> {
     }
 
     void Write(WebAnswer answer, bool isCounted) {
-        response_ = ResponseOf(parser_->get(), std::move(answer));
+        response_ = ResponseOf(parser_->get(), std::move(answer), service_.limits);
         if (!isCounted) {
             response_.keep_alive(false);
         }
@@ -177,7 +189,7 @@ class Connection : public std::enable_shared_from_this<Connection<Stream>> {
     Stream stream_;
     WebService& service_;
     beast::flat_buffer buffer_;
-    std::optional<http::request_parser<http::empty_body>> parser_;
+    std::optional<http::request_parser<http::string_body>> parser_;
     Response response_;
     std::optional<http::response_serializer<http::string_body>> serializer_;
     bool isFirst_ = true;

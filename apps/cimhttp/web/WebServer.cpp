@@ -99,7 +99,8 @@ class WebServer::Implementation {
           acceptor_(Listening(io_, place)),
           workers_(limits.threads),
           service_{login_, std::move(handler), workers_, limits_},
-          url_((tls_ ? "https://" : "http://") + Quoted({place.address, acceptor_.local_endpoint().port()})) {
+          port_(acceptor_.local_endpoint().port()),
+          url_((tls_ ? "https://" : "http://") + Quoted({place.address, port_})) {
         AcceptNext();
         thread_ = std::thread([this] { io_.run(); });
     }
@@ -115,6 +116,8 @@ class WebServer::Implementation {
     Implementation& operator=(const Implementation&) = delete;
 
     const std::string& Url() const { return url_; }
+
+    int Port() const { return port_; }
 
   private:
     void AcceptNext() {
@@ -138,6 +141,7 @@ class WebServer::Implementation {
     Tcp::acceptor acceptor_;
     net::thread_pool workers_;
     WebService service_;
+    const int port_;
     const std::string url_;
     std::thread thread_;
 };
@@ -148,5 +152,7 @@ WebServer::WebServer(const WebPlace& place, const WebAccess& access, WebHandler 
 WebServer::~WebServer() = default;
 
 std::string WebServer::Url() const { return implementation_->Url(); }
+
+int WebServer::Port() const { return implementation_->Port(); }
 
 } // namespace cimhttp

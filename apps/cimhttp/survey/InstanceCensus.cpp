@@ -1,4 +1,4 @@
-#include "commands/InstanceCensus.h"
+#include "survey/InstanceCensus.h"
 
 #include "Failure.h"
 #include "connection/ServerInstances.h"

@@ -1,4 +1,4 @@
-#include "commands/GraphWalk.h"
+#include "survey/GraphWalk.h"
 
 #include "access/ReferenceKeys.h"
 #include "output/DisplayText.h"
