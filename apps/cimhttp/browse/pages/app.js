@@ -38,9 +38,26 @@ function drawPages(server, kind) {
 }
 
 function showFailure(error) {
-    main.append(element("p", {className: "failure", role: "alert"}, visible(error.message)));
+    document.getElementById("failed")?.remove();
+    main.append(element("p", {className: "failure", role: "alert", id: "failed"}, visible(error.message)));
     if (error.kind === undefined) {
         console.error(error); // a fault of the page itself
+    }
+}
+
+// Lets a view do something, and shows why it failed if it does, unless the user has left.
+async function attempt(action, signal) {
+    document.getElementById("failed")?.remove();
+    main.setAttribute("aria-busy", "true");
+    try {
+        await action();
+    } catch (error) {
+        if (!signal.aborted) {
+            showFailure(error);
+        }
+    }
+    if (!signal.aborted) {
+        main.setAttribute("aria-busy", "false");
     }
 }
 
@@ -65,21 +82,13 @@ async function show() {
         document.title = text + " \u2013 cimhttp";
     };
     setTitle("\u2026");
-    main.setAttribute("aria-busy", "true");
-    try {
-        if (view === undefined) {
-            setTitle("No such page");
-        } else {
-            await view.show({server: server, rest: parts.slice(3), values: values, place: place, signal: signal, setTitle: setTitle});
-        }
-    } catch (error) {
-        if (signal.aborted) {
-            return;
-        }
-        showFailure(error);
+    if (view === undefined) {
+        setTitle("No such page");
+        return;
     }
+    await attempt(() => view.show({server: server, rest: parts.slice(3), values: values, place: place, signal: signal,
+                                   setTitle: setTitle, attempt: (action) => attempt(action, signal)}), signal);
     if (!signal.aborted) {
-        main.setAttribute("aria-busy", "false");
         say(heading.textContent);
     }
 }
