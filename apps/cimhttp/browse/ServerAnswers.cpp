@@ -102,6 +102,8 @@ Reach Reached(Session& session) {
     });
     const Connection& connection = session.Target();
     if (trial.failure) {
+        session.Failures().FailUnlessAnswered("the classes of " + session.Server() + " cannot be listed",
+                                              *trial.failure);
         reach.reason = trial.failure->text; // it answers nevertheless
     }
     reach.connection = connection;
