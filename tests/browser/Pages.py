@@ -1,6 +1,7 @@
 """What the tests of pages have in common: a demo server, the program, a browser."""
 import os
 import pathlib
+import signal
 import subprocess
 import sys
 import tempfile
@@ -20,7 +21,12 @@ if not all(os.path.exists(os.environ.get(program, "")) for program in ("CHROMIUM
 
 CIMHTTP = os.environ["CIMHTTP_PROGRAM"]
 DEMO_SERVER = os.environ["CIMHTTP_DEMO_SERVER"]
-PATIENCE = 30  # seconds, for what takes a moment
+PATIENCE = 60  # seconds, for what takes a moment
+
+# Texts of a server that must stay texts.
+NASTY = ["<script>document.title = 'taken'</script>", "</script><img src=x onerror=\"window.taken = 1\">", "<!-- \"quoted\" 'twice' & more",
+         "turned \u202e around", "a bell \u0085 and \ufeff nothing", "]]>", "\\u003cb>", "{\"json\": 1}"]
+LONG = "long " * 200000
 
 
 class DemoServer:
@@ -46,9 +52,34 @@ class DemoServer:
         self.process.communicate(timeout=PATIENCE)
 
 
-def schema(classes, instances):
+class BrowseProgram:
+    """`cimhttp browse` with named connections of its own."""
+
+    def __init__(self, folder, connections, *options):
+        self.environment = dict(os.environ, XDG_CONFIG_HOME=str(folder), HOME=str(folder), CIMHTTP_PASSWORD="")
+        for variable in ("DISPLAY", "WAYLAND_DISPLAY", "CIMHTTP_PASSWORD"):
+            self.environment.pop(variable, None)
+        for name, arguments in connections.items():
+            subprocess.run([CIMHTTP, *arguments, "connection", "add", name], check=True, env=self.environment, timeout=PATIENCE)
+        self.process = subprocess.Popen([CIMHTTP, *options, "browse"], stdout=subprocess.PIPE, text=True, env=self.environment)
+        self.entrance = ""
+        while not self.entrance.startswith("http"):
+            line = self.process.stdout.readline()
+            if not line:
+                raise RuntimeError("the program has ended")
+            self.entrance = line.strip()
+        self.url = self.entrance.split("/enter")[0]
+
+    def end(self):
+        """Ends it as Ctrl-C does, and returns its status."""
+        self.process.send_signal(signal.SIGINT)
+        self.process.communicate(timeout=PATIENCE)
+        return self.process.returncode
+
+
+def schema(classes, instances, superclasses=None):
     """A schema for the demo server: classes as {name: {property: qualifiers}}, all properties texts and Name the key;
-    instances as (class, {property: text})."""
+    instances as (class, {property: text}); superclasses by the names of classes."""
     xml = ""
     for name, properties in classes.items():
         declared = ""
@@ -56,7 +87,8 @@ def schema(classes, instances):
             key = '<QUALIFIER NAME="Key" TYPE="boolean" OVERRIDABLE="false"><VALUE>TRUE</VALUE></QUALIFIER>' if property_name == "Name" else ""
             declared += (f'<PROPERTY NAME="{property_name}" TYPE="string">{key}<QUALIFIER NAME="Description" TYPE="string"><VALUE>'
                          f"{escape(description)}</VALUE></QUALIFIER></PROPERTY>")
-        xml += f'<VALUE.OBJECT><CLASS NAME="{name}">{declared}</CLASS></VALUE.OBJECT>'
+        above = f' SUPERCLASS="{superclasses[name]}"' if superclasses and name in superclasses else ""
+        xml += f'<VALUE.OBJECT><CLASS NAME="{name}"{above}>{declared}</CLASS></VALUE.OBJECT>'
     for name, properties in instances:
         values = "".join(f'<PROPERTY NAME="{key}" TYPE="string"><VALUE>{escape(text)}</VALUE></PROPERTY>'
                          for key, text in properties.items())
@@ -65,10 +97,10 @@ def schema(classes, instances):
             "</DECLGROUP></DECLARATION></CIM>")
 
 
-def open_browser():
+def open_browser(*arguments):
     options = webdriver.ChromeOptions()
     options.binary_location = os.environ["CHROMIUM"]
-    for argument in ("--headless=new", "--no-sandbox", "--disable-gpu", "--disable-dev-shm-usage", "--window-size=1200,900"):
+    for argument in ("--headless=new", "--no-sandbox", "--disable-gpu", "--disable-dev-shm-usage", "--window-size=1200,900", *arguments):
         options.add_argument(argument)
     options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
     return webdriver.Chrome(options=options, service=Service(os.environ["CHROMEDRIVER"]))
@@ -104,3 +136,28 @@ class PageTest(unittest.TestCase):
         nodes = self.browser.execute_cdp_cmd("Accessibility.getFullAXTree", {})["nodes"]
         value = lambda node, key: node.get(key, {}).get("value", "")
         return [(value(node, "role"), value(node, "name")) for node in nodes if not node.get("ignored")]
+
+
+# The texts whose contrast with what is behind them is less than 4.5.
+CONTRAST = """
+const channel = (c) => { c /= 255; return c <= 0.03928 ? c / 12.92 : ((c + 0.055) / 1.055) ** 2.4; };
+const luminance = ([r, g, b]) => 0.2126 * channel(r) + 0.7152 * channel(g) + 0.0722 * channel(b);
+const numbers = (color) => color.match(/[0-9.]+/g).map(Number);
+const behind = (element) => {
+    for (; element; element = element.parentElement) {
+        const color = numbers(getComputedStyle(element).backgroundColor);
+        if (color.length < 4 || color[3] > 0) return color;
+    }
+    return [255, 255, 255];
+};
+const found = [];
+const walker = document.createTreeWalker(document.body, NodeFilter.SHOW_TEXT);
+while (walker.nextNode()) {
+    const element = walker.currentNode.parentElement;
+    if (!walker.currentNode.textContent.trim() || ['script', 'title'].includes(element.tagName.toLowerCase())) continue;
+    const [a, b] = [luminance(numbers(getComputedStyle(element).color)), luminance(behind(element))];
+    const ratio = (Math.max(a, b) + 0.05) / (Math.min(a, b) + 0.05);
+    if (ratio < 4.5) found.push(element.tagName + ' ' + walker.currentNode.textContent.slice(0, 40) + ' ' + ratio.toFixed(2));
+}
+return found;
+"""

@@ -3,13 +3,8 @@ import os
 import subprocess
 import unittest
 
-from Pages import CIMHTTP, DemoServer, PageTest, schema
+from Pages import CIMHTTP, CONTRAST, LONG, NASTY, DemoServer, PageTest, schema
 from selenium.webdriver.common.keys import Keys
-
-NASTY = ["<script>document.title = 'taken'</script>", "</script><img src=x onerror=\"window.taken = 1\">", "<!-- \"quoted\" 'twice' & more",
-         "turned \u202e around", "a bell \u0085 and \ufeff nothing", "]]>", "\\u003cb>", "{\"json\": 1}"]
-LONG = "long " * 200000
-
 
 def requested(classes):
     return '<vyx version="1">' + "".join(f'<class name="{name}"/>' for name in classes) + "</vyx>"
@@ -184,30 +179,6 @@ class ReportPageTest(PageTest):
                                  check=True, timeout=60).stdout.split()
         self.assertLess(self.collect(self.server, classes).stat().st_size, 2 << 20)
 
-
-# The texts whose contrast with what is behind them is less than 4.5.
-CONTRAST = """
-const channel = (c) => { c /= 255; return c <= 0.03928 ? c / 12.92 : ((c + 0.055) / 1.055) ** 2.4; };
-const luminance = ([r, g, b]) => 0.2126 * channel(r) + 0.7152 * channel(g) + 0.0722 * channel(b);
-const numbers = (color) => color.match(/[0-9.]+/g).map(Number);
-const behind = (element) => {
-    for (; element; element = element.parentElement) {
-        const color = numbers(getComputedStyle(element).backgroundColor);
-        if (color.length < 4 || color[3] > 0) return color;
-    }
-    return [255, 255, 255];
-};
-const found = [];
-const walker = document.createTreeWalker(document.body, NodeFilter.SHOW_TEXT);
-while (walker.nextNode()) {
-    const element = walker.currentNode.parentElement;
-    if (!walker.currentNode.textContent.trim() || element.tagName === 'SCRIPT') continue;
-    const [a, b] = [luminance(numbers(getComputedStyle(element).color)), luminance(behind(element))];
-    const ratio = (Math.max(a, b) + 0.05) / (Math.min(a, b) + 0.05);
-    if (ratio < 4.5) found.push(element.tagName + ' ' + walker.currentNode.textContent.slice(0, 40) + ' ' + ratio.toFixed(2));
-}
-return found;
-"""
 
 if __name__ == "__main__":
     unittest.main()

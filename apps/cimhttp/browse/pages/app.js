@@ -17,6 +17,7 @@ const main = document.getElementById("main");
 const pages = document.getElementById("pages");
 const losses = document.getElementById("losses");
 let leaving = null; // ends what the view that is shown has begun
+let actions = 0; // of that view, which go on
 
 // {parts: ["s", "lab", "c", "CIM_Fan"], values: {property: "Speed"}}
 function routeNow() {
@@ -48,6 +49,7 @@ function showFailure(error) {
 // Lets a view do something, and shows why it failed if it does, unless the user has left.
 async function attempt(action, signal) {
     document.getElementById("failed")?.remove();
+    ++actions;
     main.setAttribute("aria-busy", "true");
     try {
         await action();
@@ -57,7 +59,7 @@ async function attempt(action, signal) {
         }
     }
     if (!signal.aborted) {
-        main.setAttribute("aria-busy", "false");
+        main.setAttribute("aria-busy", String(--actions > 0));
     }
 }
 
@@ -66,6 +68,7 @@ async function show() {
         leaving.abort();
     }
     leaving = new AbortController();
+    actions = 0;
     const signal = leaving.signal;
     const {parts, values} = routeNow();
     const server = parts[0] === "s" ? parts[1] : undefined;

@@ -61,11 +61,12 @@ export async function show({server, rest, values, place, signal, setTitle, attem
     setTitle("Instances of " + visible(name));
     const addressOf = (row) => address(["s", server, "o", row.path]);
     const grid = new Grid("Instances of " + visible(name), addressOf, (row) => { location.hash = addressOf(row); });
-    const choice = new ColumnChoice(server + " " + name, (chosen) => grid.setColumns(columns, chosen));
+    const choice = new ColumnChoice([server, name, values.properties || "all"].join(" "), (chosen) => grid.setColumns(columns, chosen));
     const status = element("span", {id: "status"});
     const stop = element("button", {type: "button"}, "Stop");
     const again = element("button", {type: "button", hidden: true}, "Read again");
     const filter = element("input", {type: "search", id: "filter", autocomplete: "off", spellcheck: false, value: values.filter || ""});
+    const asked = values.properties ? {class: name, properties: values.properties} : {class: name}; // all, unless the address names some
     let columns = [];
     let isStopped = false;
     const tell = (state) => { status.textContent = grid.summary() + state; };
@@ -86,7 +87,7 @@ export async function show({server, rest, values, place, signal, setTitle, attem
         stop.hidden = false;
         again.hidden = true;
         try {
-            const isWhole = await readInstances(server, {class: name}, signal, take);
+            const isWhole = await readInstances(server, asked, signal, take);
             tell(isWhole ? "" : "; stopped before the end");
             grid.setColumns(columns, choice.complete(grid.rows));
         } catch (error) {
