@@ -311,9 +311,12 @@ TEST_F(RelatedTest, JsonHasTheObjectsAndTheAssociationsBetweenThem) {
     const json graph = support::ParsedJson(Output({Node("a"), "--depth", "1", "-o", "json"}));
     EXPECT_EQ(graph.at("complete"), true);
     EXPECT_EQ(graph.at("objects"), support::ParsedJson(R"([
-        {"path": "root/cimv2:TEST_Node.Name=\"a\"", "class": "TEST_Node", "depth": 0, "state": "asked"},
-        {"path": "root/cimv2:TEST_Node.Name=\"b\"", "class": "TEST_Node", "depth": 1, "state": "not asked"},
-        {"path": "root/cimv2:TEST_Node.Name=\"c\"", "class": "TEST_Node", "depth": 1, "state": "not asked"}])"));
+        {"path": "root/cimv2:TEST_Node.Name=\"a\"", "class": "TEST_Node", "label": "TEST_Node.Name=\"a\"",
+         "depth": 0, "state": "asked"},
+        {"path": "root/cimv2:TEST_Node.Name=\"b\"", "class": "TEST_Node", "label": "TEST_Node.Name=\"b\"",
+         "depth": 1, "state": "not asked"},
+        {"path": "root/cimv2:TEST_Node.Name=\"c\"", "class": "TEST_Node", "label": "TEST_Node.Name=\"c\"",
+         "depth": 1, "state": "not asked"}])"));
     ASSERT_EQ(graph.at("associations").size(), 2U);
     json first = graph.at("associations").at(0);
     EXPECT_THAT(first.at("path").get<std::string>(), StartsWith("root/cimv2:TEST_Holds.From=\"TEST_Node.Name="));

@@ -157,6 +157,7 @@ _cimhttp_offer_options() {
         watch) _cimhttp_offer_words --interval --count --property --where ;;
         top) _cimhttp_offer_words --interval --count --property --where --sort --limit ;;
         check) _cimhttp_offer_words --where --warning --critical --ignore ;;
+        browse) _cimhttp_offer_words --listen --no-open ;;
         exporter) _cimhttp_offer_words --listen --modules --suggest --allow-hosts --web-config --max-series --max-bytes --definitions-ttl ;;
         collect) _cimhttp_offer_words --out --html ;;
         connection) _cimhttp_offer_words --store-password ;;
@@ -166,7 +167,7 @@ _cimhttp_offer_options() {
 # All commands that record takes, and the words given.
 _cimhttp_offer_commands() {
     _cimhttp_offer_words info doctor namespaces profiles classes tree class methods qualifiers count \
-        instances instance associators references related watch top check exporter collect connection "$@"
+        instances instance associators references related watch top check browse exporter collect connection "$@"
 }
 
 _cimhttp_offer_arguments() {

@@ -147,6 +147,7 @@ set -l commands \
     watch 'Show what changes about instances' \
     top 'Show instances live' \
     check 'Check instances for a monitoring system' \
+    browse 'Show servers in a web browser' \
     exporter 'Serve metrics for Prometheus' \
     collect 'Write the classes that a document names as JSON' \
     connection 'Keep connections under names' \
@@ -221,7 +222,8 @@ complete -c cimhttp -n '__cimhttp_is watch top' -l count -x -d 'End after so man
 complete -c cimhttp -n '__cimhttp_is check' -l warning -x -a '(__cimhttp_conditions)' -d 'Warn about what is outside a range'
 complete -c cimhttp -n '__cimhttp_is check' -l critical -x -a '(__cimhttp_conditions)' -d 'What is critical'
 complete -c cimhttp -n '__cimhttp_is check' -l ignore -x -d 'Leave out known faults'
-complete -c cimhttp -n '__cimhttp_is exporter' -l listen -x -d 'Where to listen'
+complete -c cimhttp -n '__cimhttp_is browse exporter' -l listen -x -d 'Where to listen'
+complete -c cimhttp -n '__cimhttp_is browse' -l no-open -d 'Open no browser'
 complete -c cimhttp -n '__cimhttp_is exporter' -l modules -r -F -d 'What is read'
 complete -c cimhttp -n '__cimhttp_is exporter' -l suggest -x -a '(__cimhttp_classes)' -d 'Write a module for a class'
 complete -c cimhttp -n '__cimhttp_is exporter' -l allow-hosts -x -d 'Read also hosts that match'

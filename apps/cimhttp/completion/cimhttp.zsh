@@ -87,6 +87,7 @@ _cimhttp_recordable=(
     'watch:show what changes about instances'
     'top:show instances live'
     'check:check instances for a monitoring system'
+    'browse:show servers in a web browser'
     'exporter:serve metrics for Prometheus'
     'collect:write the classes that a document names as JSON'
     'connection:keep connections under names'
@@ -193,6 +194,7 @@ _cimhttp_describe_command() {
                 '*--critical=[what is critical]:threshold:_cimhttp_condition' '*--ignore=[leave out known faults]:pattern:')
             places=(_cimhttp_checkable)
             ;;
+        browse) options=('--listen=[where to listen]:address:' '--no-open[open no browser]') ;;
         exporter)
             options=('--listen=[where to listen]:address:' '--modules=[what is read]:file:_files'
                 '--suggest=[write a module for a class]:class:_cimhttp_classes'

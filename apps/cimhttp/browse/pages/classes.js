@@ -4,7 +4,7 @@ import {get} from "./api.js";
 import {address, counted, element, link, say, visible} from "./dom.js";
 import {hierarchyOf} from "./hierarchy.js";
 
-const kMostRows = 400; // are drawn at once; more take longer than a key stroke may
+const kMostRows = 150; // are drawn at once; more take longer than a key stroke may
 
 // The name with the part that was looked for marked.
 function marked(name, text) {

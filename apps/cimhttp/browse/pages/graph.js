@@ -6,9 +6,9 @@ import {address, counted, element, plainTable, link, visible} from "./dom.js";
 
 const kMostDrawn = 200; // objects
 const kRow = 40; // pixels from an object to the one below
-const kColumn = 430;
-const kWidth = 330; // of an object
-const kLongestLabel = 46;
+const kColumn = 450;
+const kWidth = 350; // of an object
+const kLongestLabel = 44;
 const kColors = 6; // which the style has for classes of associations
 
 function svg(name, attributes, ...children) {

@@ -68,7 +68,7 @@ class Properties {
     draw(properties, before) {
         this.now = properties;
         const rows = Object.entries(properties).map(([name, property]) => this.row(name, property, before && before[name]));
-        this.place.replaceChildren(plainTable(["Property", "Value", "As sent, where that differs", "Type", "What it means"], rows, {"aria-label": "Properties"}));
+        this.place.replaceChildren(plainTable(["Property", "Value", "As sent", "Type", "What it means"], rows, {"aria-label": "Properties"}));
     }
 
     row(name, property, before) {

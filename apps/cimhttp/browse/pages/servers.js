@@ -56,7 +56,7 @@ class ServerCard {
 
     reached(state) {
         const known = state.classes === null ? [] : [counted(state.classes, "class", "classes")];
-        const time = state.roundTripMs === null ? [] : ["round trip " + state.roundTripMs.toFixed(1) + " ms"];
+        const time = state.roundTripMs === null ? [] : ["round trip " + Number(state.roundTripMs.toPrecision(2)) + " ms"];
         return [element("p", {}, element("strong", {className: "ok"}, "reached"), " ", [...known, ...time].join(", ")),
                 ...(state.reason ? [element("p", {className: "warning"}, visible(state.reason))] : []),
                 element("p", {className: "faint"}, "Encryption: ", verification(state)), ...certificate(state),
