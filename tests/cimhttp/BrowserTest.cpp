@@ -4,6 +4,7 @@
 
 #include "CimXml.h"
 #include "Fleet.h"
+#include "ProgramRun.h"
 #include "browse/BrowserGate.h"
 #include "browse/OpenReadings.h"
 #include "browse/PageFiles.h"
@@ -13,6 +14,8 @@
 #include "support/CimServer.h"
 #include "support/LoopbackAddress.h"
 #include "support/ParsedJson.h"
+#include "support/TemporaryDirectory.h"
+#include "support/TerminalProgram.h"
 #include "support/TestCertificate.h"
 #include "web/WebServer.h"
 
@@ -21,11 +24,15 @@
 #include <httplib.h>
 
 #include <algorithm>
+#include <chrono>
+#include <csignal>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <optional>
 #include <regex>
 #include <set>
+#include <thread>
 
 using nlohmann::json;
 using testing::Contains;
@@ -319,19 +326,22 @@ TEST_F(BrowserTest, TellsHowAServerIsReached) {
     EXPECT_EQ(Ask("/dead/classes")["kind"], "connection");
 }
 
-TEST_F(BrowserTest, AServerThatIsRestartedIsReachedAgain) {
+TEST_F(BrowserTest, AServerThatIsRestartedIsReachedAgainWithTheClassesThatItHasThen) {
     auto server = std::make_unique<support::CimServer>();
     AnswerWithFans(*server, {"left"});
+    server->Answer("EnumerateClasses", "", ClassXml("TEST_Before", "", ""));
     const auto port = server->Listen(0);
     fleet_.AddConnection("rack1", port);
     Start();
-    EXPECT_EQ(Ask("/rack1/state")["state"], "reached");
+    EXPECT_EQ(NamesIn(Ask("/rack1/classes")["classes"]), std::vector<std::string>{"TEST_Before"});
     server->Stop();
     EXPECT_EQ(Ask("/rack1/state")["state"], "failed");
     server = std::make_unique<support::CimServer>();
     AnswerWithFans(*server, {"left"});
+    server->Answer("EnumerateClasses", "", ClassXml("TEST_After", "", ""));
     server->Listen(port);
     EXPECT_EQ(Ask("/rack1/state")["state"], "reached");
+    EXPECT_EQ(NamesIn(Ask("/rack1/classes")["classes"]), std::vector<std::string>{"TEST_After"});
 }
 
 TEST_F(BrowserTest, ALoginThatFailsIsToldAndAPasswordCanBeGiven) {
@@ -503,7 +513,7 @@ TEST_F(BrowserOfTheDemoServerTest, NumbersOfManyDigitsKeepThem) {
     EXPECT_THAT(answer["rows"][0]["cells"].dump() + answer["rows"][1]["cells"].dump(),
                 HasSubstr("18446744073709551615"));
     const json instance = Ask("/demo/instance?path=" + Encoded(answer["rows"][0]["path"]));
-    EXPECT_THAT(instance["properties"].dump(), HasSubstr("\"18446744073709551615\""));
+    EXPECT_THAT(instance["properties"].dump(), HasSubstr("\"value\":\"18446744073709551615\""));
 }
 
 TEST_F(BrowserOfTheDemoServerTest, ManyInstancesComeInPartsAndEachOnce) {
@@ -664,6 +674,54 @@ TEST_F(BrowserTest, AnArrayStandsInOneCellAndAClassOfItsOwnAddsColumns) {
     EXPECT_TRUE(first.size() <= place("Names") || first[place("Names")] == 0);
     EXPECT_EQ(second[place("Names")], "x, <b>");
     EXPECT_EQ(answer["columns"][place("Names")]["array"], true);
+}
+
+// --- The program -----------------------------------------------------------------------------------------------------
+
+TEST(BrowseProgramTest, ListensForThisMachineOnly) {
+    for (const std::string place : {"0.0.0.0:8989", ":8989", "[::]:8989", "192.0.2.1:8989"}) {
+        const auto run = RunCimhttp({"browse", "--no-open", "--listen", place});
+        EXPECT_EQ(run.status, 2) << place;
+        EXPECT_THAT(run.errors, HasSubstr("for the user of this machine")) << place;
+    }
+}
+
+TEST(BrowseProgramTest, KeepsNoTraceAndShowsNoSetOfServers) {
+    EXPECT_EQ(RunCimhttp({"--trace", "/dev/null", "browse", "--no-open"}).status, 2);
+    EXPECT_EQ(RunCimhttp({"-c", "rack*", "browse", "--no-open"}).status, 2);
+}
+
+TEST(BrowseProgramTest, WritesItsAddressAndEndsAtAnInterrupt) {
+    const std::string place = support::LoopbackAddress() + ":8990";
+    support::TerminalProgram program(CIMHTTP_PROGRAM, {"browse", "--no-open", "--listen", place}, {}, {200, 24});
+    ASSERT_TRUE(program.AwaitText("http://" + place + "/enter?token=")) << program.Screen();
+    program.Type("\x03");
+    EXPECT_EQ(program.Wait(), -SIGINT);
+}
+
+TEST(BrowseProgramTest, AsksTheDesktopToOpenTheAddress) {
+    const support::TemporaryDirectory folder;
+    const std::string opened = (folder.Path() / "opened").string();
+    const std::string opener = folder.WriteFile("xdg-open", "#!/bin/sh\nprintf '%s' \"$1\" >" + opened + ".new && mv " +
+                                                                opened + ".new " + opened + "\n");
+    std::filesystem::permissions(opener, std::filesystem::perms::owner_all);
+    const std::string path = "PATH=" + folder.Path().string() + ":/usr/bin:/bin";
+    support::TerminalProgram program("/usr/bin/env", {path, "DISPLAY=:99", CIMHTTP_PROGRAM, "browse"}, {}, {200, 24});
+    ASSERT_TRUE(program.AwaitText("the desktop was asked to open it")) << program.Screen();
+    for (int i = 0; i < 3000 && !std::filesystem::exists(opened); ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    const std::string url = ContentOf(opened);
+    EXPECT_THAT(url, testing::MatchesRegex("http://127\\.0\\.0\\.1:[0-9]+/enter\\?token=[0-9a-f]{32}"));
+    EXPECT_THAT(program.Screen(), HasSubstr(url));
+}
+
+TEST(BrowseProgramTest, WithoutADesktopNothingIsOpened) {
+    support::TerminalProgram program(CIMHTTP_PROGRAM, {"browse"}, {}, {200, 24});
+    ASSERT_TRUE(program.AwaitText("/enter?token="));
+    program.Type("\x03");
+    program.Wait();
+    EXPECT_THAT(program.Screen(), Not(HasSubstr("desktop")));
 }
 
 } // namespace
