@@ -53,7 +53,7 @@ std::string Parameter(const WebRequest& request, const char* name) {
 }
 
 std::string Needed(const WebRequest& request, const char* name) {
-    const std::string text = Parameter(request, name);
+    std::string text = Parameter(request, name);
     if (text.empty()) {
         throw Failure(Failure::kUsage, std::string("which ") + name + "?");
     }

@@ -30,7 +30,7 @@ WebPlace PlaceOf(const BrowserRequest& request) {
     if (request.listen.empty()) {
         return {"127.0.0.1", 0};
     }
-    const WebPlace place = WebPlace::In(request.listen);
+    WebPlace place = WebPlace::In(request.listen);
     boost::system::error_code error;
     if (!boost::asio::ip::make_address(place.address, error).is_loopback()) {
         throw Failure(Failure::kUsage,

@@ -69,7 +69,7 @@ std::string OpenReadings::Keep(std::shared_ptr<OpenReading> reading) {
         ended = std::move(oldest->second.reading);
         readings_.erase(oldest);
     }
-    const std::string number = UnguessableText();
+    std::string number = UnguessableText();
     readings_.emplace(number, Kept{std::move(reading), OpenReading::Clock::now(), std::make_shared<std::mutex>()});
     return number;
 }
