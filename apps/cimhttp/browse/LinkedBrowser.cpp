@@ -42,7 +42,6 @@ WebPlace PlaceOf(const BrowserRequest& request) {
 
 WebLimits Limits() {
     WebLimits limits;
-    limits.threads = 16;
     limits.bodyBytes = std::size_t{64} << 10U;
     return limits;
 }

@@ -86,7 +86,8 @@ function mofPart(mof) {
         await navigator.clipboard.writeText(mof);
         say("The MOF is in the clipboard");
     });
-    return element("details", {id: "mof"}, element("summary", {}, "MOF"), copy, element("pre", {tabIndex: 0}, visible(mof)));
+    const isWide = matchMedia("(min-width: 95em)").matches; // then there is room for it beside the rest
+    return element("details", {id: "mof", open: isWide}, element("summary", {}, "MOF"), copy, element("pre", {tabIndex: 0}, visible(mof)));
 }
 
 const listOf = (items) => element("ul", {className: "inline"}, ...items.map((item) => element("li", {}, ...item)));
@@ -110,7 +111,8 @@ export async function show({server, rest, place, signal, setTitle}) {
     const kin = element("div");
     place.replaceChildren(...described(cls),
         element("p", {className: "bar"}, link(["s", server, "i", cls.name], "Instances"), link(["s", server, "w", cls.name], "Watch")),
-        kin, ...properties(server, cls), ...methods(server, cls), element("h2", {}, "As it is declared"), mofPart(mof), ...others(cls));
+        kin, element("div", {className: "beside"}, element("div", {}, ...properties(server, cls), ...methods(server, cls)),
+                     element("div", {}, element("h2", {}, "As it is declared"), mofPart(mof), ...others(cls))));
     try {
         kin.replaceChildren(...relatives(server, await hierarchyOf(server, signal), cls));
     } catch (error) {
