@@ -29,6 +29,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <future>
 #include <optional>
 #include <regex>
 #include <set>
@@ -565,6 +566,24 @@ TEST_F(BrowserOfTheDemoServerTest, ShowsAnInstanceAndWhatHangsTogetherWithIt) {
     const std::string absent = std::regex_replace(path, std::regex("Linux"), "Absent");
     EXPECT_EQ(Get("/api/servers/demo/instance?path=" + Encoded(absent)).status, 404);
     EXPECT_EQ(Get("/api/servers/demo/related?path=" + Encoded(absent)).status, 404);
+}
+
+TEST_F(BrowserOfTheDemoServerTest, ManyQuestionsAtOnceAreAllAnswered) {
+    const std::vector<std::string> questions{"/demo/classes",
+                                             "/demo/class?name=DEMO_FileSystem",
+                                             "/demo/instances?class=DEMO_StorageVolume&properties=DeviceID",
+                                             "/demo/counts?class=CIM_FileSystem",
+                                             "/demo/state",
+                                             "/demo/health",
+                                             ""};
+    std::vector<std::future<int>> answers;
+    for (std::size_t i = 0; i < 4 * questions.size(); ++i) {
+        const std::string path = "/api/servers" + questions[i % questions.size()];
+        answers.push_back(std::async(std::launch::async, [this, path] { return Get(path).status; }));
+    }
+    for (auto& answer : answers) {
+        EXPECT_EQ(answer.get(), 200);
+    }
 }
 
 TEST_F(BrowserOfTheDemoServerTest, QuestionsThatThereAreNotAreSaidSo) {
