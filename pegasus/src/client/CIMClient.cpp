@@ -56,6 +56,8 @@ void CIMClient::connect(const String& host, Uint32 port, const SSLContext& sslCo
     impl_->connect(host, port, sslContext, user, password);
 }
 
+void CIMClient::connectLike(const CIMClient& other) { impl_->connectLike(*other.impl_); }
+
 void CIMClient::disconnect() { impl_->disconnect(); }
 
 // The operations. The names of their parameters are those of DSP0200, intrinsic methods.

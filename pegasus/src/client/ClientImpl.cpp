@@ -8,6 +8,7 @@
 
 #include <chrono>
 #include <string_view>
+#include <utility>
 
 namespace Pegasus {
 inline namespace bundled {
@@ -18,46 +19,21 @@ std::string textOf(const String& text) { return std::string(text.view()); }
 
 } // namespace
 
-/// What one operation has taken so far.
-class CIMClient::Impl::Measurement {
-  public:
-    explicit Measurement(const char* method) : method_(method) {}
+ClientOpPerformanceData CIMClient::Impl::Measurement::data() const {
+    const auto elapsed = Clock::now() - begin_;
+    return {detail::operationTypeOf(method_),
+            remarks.serverMicroseconds.has_value(),
+            remarks.serverMicroseconds.value_or(0),
+            static_cast<Uint64>(std::chrono::duration_cast<std::chrono::microseconds>(elapsed).count()),
+            requestSize,
+            responseSize};
+}
 
-    client::AnswerRemarks remarks;
-    Uint64 requestSize = 0;
-    Uint64 responseSize = 0;
-
-    ClientOpPerformanceData data() const {
-        const auto elapsed = std::chrono::steady_clock::now() - begin_;
-        return {detail::operationTypeOf(method_),
-                remarks.serverMicroseconds.has_value(),
-                remarks.serverMicroseconds.value_or(0),
-                static_cast<Uint64>(std::chrono::duration_cast<std::chrono::microseconds>(elapsed).count()),
-                requestSize,
-                responseSize};
+void CIMClient::Impl::EndOfTime::pass() const {
+    if (deadline_.remaining() == http::Deadline::Clock::duration::zero()) {
+        http::throwTimeOut(endpoint_, deadline_, "the answer was not read");
     }
-
-  private:
-    const char* method_;
-    std::chrono::steady_clock::time_point begin_ = std::chrono::steady_clock::now();
-};
-
-/// The end of an operation, looked at while its answer is decoded.
-class CIMClient::Impl::EndOfTime : public cimxml::Checkpoint {
-  public:
-    EndOfTime(const http::Endpoint& endpoint, const http::Deadline& deadline)
-        : endpoint_(endpoint), deadline_(deadline) {}
-
-    void pass() const override {
-        if (deadline_.remaining() == http::Deadline::Clock::duration::zero()) {
-            http::throwTimeOut(endpoint_, deadline_, "the answer was not read");
-        }
-    }
-
-  private:
-    const http::Endpoint& endpoint_;
-    const http::Deadline& deadline_;
-};
+}
 
 void CIMClient::Impl::setObserver(std::shared_ptr<ExchangeObserver> observer) {
     observer_ = std::move(observer);
@@ -73,22 +49,48 @@ void CIMClient::Impl::setLimits(const ClientLimits& limits) {
     }
 }
 
+/// Opens the connection that `make` makes; after a failure there is none.
+template <typename Make>
+void CIMClient::Impl::openConnection(Make make) {
+    try {
+        make();
+        connection_->setLimits(limits_);
+        connection_->setObserver(observer_);
+        connection_->open(deadline());
+        outOfMemory_ = String(connection_->endpoint().text() + ": " + kOutOfMemory);
+    } catch (...) {
+        connection_.reset();
+        throw;
+    }
+}
+
 void CIMClient::Impl::connect(const String& host, Uint32 port, const std::optional<SSLContext>& tls, const String& user,
                               const String& password) {
     if (connection_) {
         throw AlreadyConnectedException();
     }
     withinMemory([&] {
-        try {
+        openConnection([&] {
             connection_.emplace(http::Endpoint(textOf(host), port), tls,
                                 http::Credentials{textOf(user), textOf(password)});
-            connection_->setLimits(limits_);
-            connection_->setObserver(observer_);
-            connection_->open(deadline());
-            outOfMemory_ = String(connection_->endpoint().text() + ": " + kOutOfMemory);
-        } catch (...) {
-            connection_.reset();
-            throw;
+        });
+    });
+}
+
+void CIMClient::Impl::connectLike(const Impl& other) {
+    if (!other.connection_) {
+        throw NotConnectedException();
+    }
+    withinMemory([&] {
+        timeout = other.timeout;
+        lenient = other.lenient;
+        languages = other.languages;
+        performanceHandler = other.performanceHandler;
+        setQualifiedEmbedding(other.qualifiedEmbedding_);
+        setDoubledProperties(other.doubledProperties_);
+        setLimits(other.limits_);
+        if (!connection_) {
+            openConnection([&] { connection_.emplace(other.connection_->another()); });
         }
     });
 }
@@ -111,30 +113,64 @@ void CIMClient::Impl::checkIdle() const {
     }
 }
 
+void CIMClient::Impl::failOrderly(Answer& answer, const CIMException& error) {
+    isReceiving_ = false;
+    client::ServersError named(error, connection_->endpoint(), answer.method);
+    named.setContentLanguages(answer.measurement.remarks.languages);
+    report(answer.measurement); // whose handler may disconnect
+    throw named;
+}
+
 void CIMClient::Impl::receive(const std::string& messageId, const char* method, const http::HttpRequest& request,
                               client::ReturnValueSink& sink) {
-    const http::Deadline end = deadline();
-    const EndOfTime endOfTime(connection_->endpoint(), end);
-    cimxml::ResponseDecoder decoder(messageId, method, sink, objects_, limits_, &endOfTime,
-                                    lenient ? &findings : nullptr);
-    Measurement measurement(method);
-    isReceiving_ = true;
-    try {
-        exchange(request, decoder, end, endOfTime, measurement);
-    } catch (const CIMException& error) { // a good answer, though not the one hoped for
-        isReceiving_ = false;
-        client::ServersError named(error, connection_->endpoint(), method);
-        named.setContentLanguages(measurement.remarks.languages);
-        report(measurement); // whose handler may disconnect
-        throw named;
-    } catch (...) {
-        isReceiving_ = false;
-        connection_->close();
-        throw;
-    }
+    Answer answer(*this, messageId, method, sink);
+    during(answer, [&] { exchange(request, answer.decoder, answer.end, answer.endOfTime, answer.measurement); });
+    end(answer);
+}
+
+void CIMClient::Impl::exchange(const http::HttpRequest& request, cimxml::ResponseDecoder& decoder,
+                               const http::Deadline& end, const EndOfTime& endOfTime, Measurement& measurement) {
+    begin(request, end, measurement);
+    connection_->readBody([&](std::string_view part) { take(part, decoder, endOfTime, measurement); }, end);
+    finish(decoder, measurement);
+}
+
+void CIMClient::Impl::begin(const http::HttpRequest& request, const http::Deadline& end, Measurement& measurement) {
+    measurement.requestSize = request.body.size();
+    const http::HttpHead& head = connection_->post(request, end);
+    checkAnswer(head, end);
+    client::addRemarks(head.fields, measurement.remarks);
+}
+
+bool CIMClient::Impl::readSome(Answer& answer) {
+    return connection_->readSome(
+        [&](std::string_view part) { take(part, answer.decoder, answer.endOfTime, answer.measurement); }, answer.end);
+}
+
+void CIMClient::Impl::take(std::string_view part, cimxml::ResponseDecoder& decoder, const EndOfTime& endOfTime,
+                           Measurement& measurement) {
+    endOfTime.pass();
+    measurement.responseSize += part.size();
+    decoder.feed(part);
+}
+
+void CIMClient::Impl::finish(cimxml::ResponseDecoder& decoder, Measurement& measurement) {
+    const http::HttpFields& trailers = connection_->trailers();
+    client::addRemarks(trailers, measurement.remarks);
+    client::checkCimTrailers(trailers, connection_->endpoint());
+    decoder.finish();
+}
+
+void CIMClient::Impl::end(Answer& answer) {
     isReceiving_ = false;
-    lastAnswerBytes_ = decoder.bytes();
-    report(measurement);
+    lastAnswerBytes_ = answer.decoder.bytes();
+    report(answer.measurement);
+}
+
+void CIMClient::Impl::abandon() noexcept {
+    if (std::exchange(isReceiving_, false)) {
+        connection_->abandon();
+    }
 }
 
 void CIMClient::Impl::report(const Measurement& measurement) const {
@@ -144,24 +180,6 @@ void CIMClient::Impl::report(const Measurement& measurement) const {
 }
 
 http::Deadline CIMClient::Impl::deadline() const { return http::Deadline(std::chrono::milliseconds(timeout)); }
-
-void CIMClient::Impl::exchange(const http::HttpRequest& request, cimxml::ResponseDecoder& decoder,
-                               const http::Deadline& end, const EndOfTime& endOfTime, Measurement& measurement) {
-    measurement.requestSize = request.body.size();
-    const http::HttpHead& head = connection_->post(request, end);
-    checkAnswer(head, end);
-    client::addRemarks(head.fields, measurement.remarks);
-    const http::HttpFields& trailers = connection_->readBody(
-        [&](std::string_view part) {
-            endOfTime.pass();
-            measurement.responseSize += part.size();
-            decoder.feed(part);
-        },
-        end);
-    client::addRemarks(trailers, measurement.remarks);
-    client::checkCimTrailers(trailers, connection_->endpoint());
-    decoder.finish();
-}
 
 void CIMClient::Impl::checkAnswer(const http::HttpHead& head, const http::Deadline& end) {
     try {

@@ -28,6 +28,13 @@ class Deadline {
         return step.end_ < end_ ? step : *this;
     }
 
+    /// The deadline of an operation that goes on after a pause: in `left` from now, with the limit of this one.
+    Deadline afterPause(Clock::duration left) const {
+        Deadline later(*this);
+        later.end_ = Clock::now() + left;
+        return later;
+    }
+
   private:
     std::chrono::milliseconds limit_;
     Clock::time_point end_;

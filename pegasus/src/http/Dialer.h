@@ -19,6 +19,7 @@ class Dialer {
 
     const Endpoint& endpoint() const { return endpoint_; }
     bool encrypts() const { return tls_.has_value(); }
+    const std::optional<SSLContext>& tls() const { return tls_; }
 
     /// Throws like Channel::open().
     std::unique_ptr<Channel> open(const ConnectTime& time);

@@ -73,15 +73,29 @@ void ExchangeReport::readBody(ResponseReader& reader, const BodySink& sink, cons
         reader.readBody(sink, deadline);
         return;
     }
-    during([&] { readWholeBody(reader, sink, deadline); });
+    during([&] { readObserved(Extent::kAll, reader, sink, deadline); });
     observer->onAnswerEnd(withoutCredentials(reader.trailers().lines()), now());
 }
 
-/// When the sink rejects a body, the rest of it is reported, too; not when the sink ends the operation for another
-/// reason.
-void ExchangeReport::readWholeBody(ResponseReader& reader, const BodySink& sink, const Deadline& deadline) const {
+bool ExchangeReport::readSome(ResponseReader& reader, const BodySink& sink, const Deadline& deadline) const {
+    const auto observer = observer_;
+    if (!observer) {
+        return reader.readSome(sink, deadline);
+    }
+    const bool isRead = during([&] { return readObserved(Extent::kSome, reader, sink, deadline); });
+    if (isRead) {
+        observer->onAnswerEnd(withoutCredentials(reader.trailers().lines()), now());
+    }
+    return isRead;
+}
+
+/// Returns whether the body is read. When the sink rejects a body, the rest of it is reported, too; not when the sink
+/// ends the operation for another reason.
+bool ExchangeReport::readObserved(Extent extent, ResponseReader& reader, const BodySink& sink,
+                                  const Deadline& deadline) const {
     const auto observer = observer_; // another may take its place meanwhile
     Rest rest(deadline);
+    bool isRead = false;
     try {
         const BodySink toBoth = [&](std::string_view part) {
             observer->onAnswerBody(part);
@@ -95,7 +109,9 @@ void ExchangeReport::readWholeBody(ResponseReader& reader, const BodySink& sink,
                 rest.begin();
             }
         };
-        reader.readBody(toBoth, rest.deadline());
+        do {
+            isRead = reader.readSome(toBoth, rest.deadline());
+        } while (!isRead && (extent == Extent::kAll || rest.failure()));
     } catch (...) {
         if (!rest.failure()) {
             throw;
@@ -104,7 +120,10 @@ void ExchangeReport::readWholeBody(ResponseReader& reader, const BodySink& sink,
     if (rest.failure()) {
         std::rethrow_exception(rest.failure()); // the first one counts, whatever came of the rest
     }
+    return isRead;
 }
+
+void ExchangeReport::ended() const { failure("the operation was ended"); }
 
 void ExchangeReport::failure(const String& message) const {
     if (const auto observer = observer_) {

@@ -32,6 +32,13 @@ class ExchangeReport {
     /// Reads and reports the body, including the rest of one that the sink rejects.
     void readBody(ResponseReader& reader, const BodySink& sink, const Deadline& deadline) const;
 
+    /// Reads and reports some of the body, see ResponseReader::readSome(); all that is left of one that the sink
+    /// rejects.
+    bool readSome(ResponseReader& reader, const BodySink& sink, const Deadline& deadline) const;
+
+    /// Reports that nobody wants the rest of an answer.
+    void ended() const;
+
     /// Runs a step; when it fails, that is reported.
     template <typename Step>
     decltype(auto) during(Step step) const {
@@ -44,14 +51,15 @@ class ExchangeReport {
             failure(exception.getMessage());
             throw;
         } catch (...) {
-            failure("the operation was ended");
+            ended();
             throw;
         }
     }
 
   private:
     void failure(const String& message) const;
-    void readWholeBody(ResponseReader& reader, const BodySink& sink, const Deadline& deadline) const;
+    enum class Extent { kSome, kAll };
+    bool readObserved(Extent extent, ResponseReader& reader, const BodySink& sink, const Deadline& deadline) const;
 
     std::shared_ptr<ExchangeObserver> observer_;
 };

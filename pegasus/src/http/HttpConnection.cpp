@@ -13,6 +13,12 @@ namespace Pegasus::http {
 HttpConnection::HttpConnection(Endpoint endpoint, std::optional<SSLContext> tls, Credentials credentials)
     : dialer_(std::move(endpoint), std::move(tls)), credentials_(std::move(credentials)) {}
 
+HttpConnection HttpConnection::another() const {
+    HttpConnection other(endpoint(), dialer_.tls(), credentials_);
+    other.authenticates_ = authenticates_;
+    return other;
+}
+
 void HttpConnection::setObserver(std::shared_ptr<ExchangeObserver> observer) {
     report_.setObserver(std::move(observer));
     if (reader_) {
@@ -70,6 +76,28 @@ const HttpFields& HttpConnection::readBody(const BodySink& sink, const Deadline&
     }
     finishAnswer();
     return reader_->trailers();
+}
+
+bool HttpConnection::readSome(const BodySink& sink, const Deadline& deadline) {
+    try {
+        if (!report_.readSome(*reader_, sink, deadline)) {
+            return false;
+        }
+    } catch (...) {
+        close();
+        throw;
+    }
+    finishAnswer();
+    return true;
+}
+
+void HttpConnection::abandon() noexcept {
+    try {
+        report_.ended();
+    } catch (...) {
+        // what an observer throws would end the operation, which ends here
+    }
+    close();
 }
 
 /// Sends the request over the connection as it is, or else, once, over a new one.

@@ -33,11 +33,15 @@ struct Credentials {
 /// A client of one server. It carries one exchange after the other, over one TCP connection as long as the server keeps
 /// it, and opens the next one where needed.
 ///
-/// An exchange is a post() and, after it, a readBody(). An exception from either closes the TCP connection; so does a
-/// post() that finds the previous exchange unfinished.
+/// An exchange is a post() and, after it, a readBody(), or readSome() until the body is read. An exception from either
+/// closes the TCP connection; so does a post() that finds the previous exchange unfinished.
 class HttpConnection {
   public:
     HttpConnection(Endpoint endpoint, std::optional<SSLContext> tls, Credentials credentials);
+
+    /// Another connection to the same server, which is not open, with the same credentials; they are sent at once where
+    /// this one sends them, too.
+    HttpConnection another() const;
 
     const Endpoint& endpoint() const { return dialer_.endpoint(); }
 
@@ -65,6 +69,17 @@ class HttpConnection {
     /// Hands the body to the sink and returns the trailers, valid until the next call. Throws
     /// ConnectionTimeoutException, CIMClientMalformedHTTPException and what the sink throws.
     const HttpFields& readBody(const BodySink& sink, const Deadline& deadline);
+
+    /// Reads on in the body, see ResponseReader::readSome(). True when it is read; then trailers() has the trailers,
+    /// valid until the next call. Throws as readBody() does.
+    bool readSome(const BodySink& sink, const Deadline& deadline);
+    const HttpFields& trailers() const { return reader_->trailers(); }
+
+    /// Whether readSome() finds something to read without waiting. To be called while the body is not read.
+    bool hasInput() const { return reader_->hasInput(); }
+
+    /// Closes the TCP connection while the body of an answer is not read, which is reported to the observer.
+    void abandon() noexcept;
 
     /// Closes the TCP connection; the next exchange opens another one.
     void close() noexcept;

@@ -100,12 +100,20 @@ class ResponseReader::Impl {
     }
 
     void readBody(const BodySink& sink, const Deadline& deadline) {
-        parser_->deliverTo(sink);
-        parser_->eager(true);
-        while (!parser_->is_done()) {
-            advance(deadline);
+        while (!readSome(sink, deadline)) {
         }
     }
+
+    bool readSome(const BodySink& sink, const Deadline& deadline) {
+        parser_->deliverTo(sink);
+        parser_->eager(true);
+        if (!parser_->is_done()) {
+            advance(deadline);
+        }
+        return parser_->is_done();
+    }
+
+    bool hasInput() const { return (begin_ != end_ && !starved_) || channel_.hasInput(); }
 
     void keepHeads() { keepsHeads_ = true; }
     /// As they arrived, before anything in them was repaired.
@@ -296,6 +304,12 @@ void ResponseReader::keepHeads() { impl_->keepHeads(); }
 std::string ResponseReader::headBytes() const { return impl_->headBytes(); }
 
 void ResponseReader::readBody(const BodySink& sink, const Deadline& deadline) { impl_->readBody(sink, deadline); }
+
+bool ResponseReader::readSome(const BodySink& sink, const Deadline& deadline) {
+    return impl_->readSome(sink, deadline);
+}
+
+bool ResponseReader::hasInput() const { return impl_->hasInput(); }
 
 const HttpFields& ResponseReader::trailers() const { return impl_->parser().trailers(); }
 

@@ -46,6 +46,13 @@ class ResponseReader {
     /// called once, after the head was read.
     void readBody(const BodySink& sink, const Deadline& deadline);
 
+    /// Reads on in the body, after waiting for more of it where that is needed, and hands to the sink what was read; in
+    /// place of readBody(). True when the body and the trailers are read, after which it is not to be called again.
+    bool readSome(const BodySink& sink, const Deadline& deadline);
+
+    /// Whether something was received that is not read yet, or can be received without waiting.
+    bool hasInput() const;
+
     /// The fields after a chunked body. To be called after the body was read.
     const HttpFields& trailers() const;
 

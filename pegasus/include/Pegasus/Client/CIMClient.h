@@ -107,6 +107,11 @@ class CIMClient {
     /// client's certificate.
     void connect(const String& host, Uint32 port, const SSLContext& sslContext, const String& user,
                  const String& password);
+    /// Takes over what is set for another client, all but its observer, and connects to its server in the same way,
+    /// with its credentials; a connection that this client has already is kept. Throws as connect() does, and
+    /// NotConnectedException where the other client has no connection. For a request while the other client is in use
+    /// (ArrivingInstances.h); the other one may be used by the same thread alone. An extension.
+    void connectLike(const CIMClient& other);
     /// Closes the connection; does nothing without one.
     void disconnect();
 
@@ -288,6 +293,7 @@ class CIMClient {
     Boolean hasPulledEnumerations(const CIMNamespaceName& nameSpace);
 
   private:
+    friend class ArrivingInstances;
     friend class InstanceStream;
 
     class Impl;
