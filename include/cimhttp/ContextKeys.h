@@ -100,8 +100,10 @@ constexpr const char* kPropertiesKey = "cimhttp.properties";
 /// are held, and the callback is called when the last one has arrived. With it, a class with no more instances than
 /// that is read in this way, too. Of a class with more, the callback gets the first ones before the others are
 /// requested, all in the order of the server; instances with equal paths are all passed on, and none is kept for
-/// GetInstance. Memory then holds that many instances and those of one request. A server without pulled enumerations
-/// sends all with one request.
+/// GetInstance. Memory then holds that many instances and those of one request; of a server without pulled
+/// enumerations, which sends all with one request, a few hundred while the others arrive. What the callback reads of
+/// the server meanwhile may take a second connection. Where the client library is not the project's own, all are
+/// received first.
 constexpr const char* kHeldKey = "cimhttp.held";
 
 } // namespace NQORVYX20

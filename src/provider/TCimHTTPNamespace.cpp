@@ -197,6 +197,7 @@ bool TCimHTTPNamespace::WouldVerify(const std::string& host, int port) const {
 }
 
 void TCimHTTPNamespace::disconnect() {
+    Server().EndArrival();
     getPegClient()->disconnect();
     connected_ = false;
 }

@@ -10,7 +10,6 @@
 
 #include <atomic>
 #include <cstdint>
-#include <limits>
 #include <map>
 #include <string>
 #include <vector>
@@ -23,8 +22,8 @@ class TCimHTTPClass;
 class RemoteNamespace;
 
 /// An enumeration of a faithful namespace that is read on demand. It holds at most a given number of instances, a few
-/// hundred more, and what is left of one answer, in the client library's form, which gives its memory to the instances
-/// that are made of it. An enumeration of no more has all of them
+/// hundred more, and what is left of one portion, in the client library's form, which gives its memory to the instances
+/// that are made of it; where all may be held, one answer is such a portion. An enumeration of no more has all of them
 /// in the order of their paths, each path once, and the reading keeps them for GetInstance; one of more has them in the
 /// order of the server, as often as it sends them, and nothing is kept.
 ///
@@ -33,7 +32,7 @@ class InstanceEnumeration {
   public:
     using TInstances = std::vector<boost::shared_ptr<ICIMInstance>>;
 
-    static constexpr std::size_t kAll = std::numeric_limits<std::size_t>::max();
+    static constexpr std::size_t kAll = InstancePortions::kAll;
 
     /// Of a class and its subclasses or, without `deep`, of the class alone; asks for nothing yet.
     InstanceEnumeration(const boost::shared_ptr<RemoteNamespace>& nameSpace, FaithfulReading& reading,

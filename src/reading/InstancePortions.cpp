@@ -37,7 +37,11 @@ bool IsReadInVain(RemoteFailure::Kind kind) {
 
 InstancePortions::InstancePortions(RemoteServer& server, std::string className,
                                    const Pegasus::CIMPropertyList& properties, std::size_t most)
-    : server_(server), className_(std::move(className)), properties_(properties), size_(most) {}
+    : server_(server),
+      className_(std::move(className)),
+      properties_(properties),
+      isHeldInPart_(most != kAll),
+      size_(most) {}
 
 Pegasus::Array<Pegasus::CIMInstance> InstancePortions::Next() {
     const bool isNew = std::exchange(state_, State::kEnded) == State::kNew; // unless all goes well
@@ -63,11 +67,34 @@ Pegasus::Array<Pegasus::CIMInstance> InstancePortions::First() {
             server_.DoNotPull();
         }
     }
+    if (isHeldInPart_) {
+        arrival_ = server_.BeginWholeInstances(className_, properties_);
+        isArriving_ = !arrival_.expired();
+    }
+    if (isArriving_) {
+        return Arrived();
+    }
     enumeration_.isAtEnd = true;
     return server_.EnumerateWholeInstances(className_, properties_);
 }
 
+Pegasus::Array<Pegasus::CIMInstance> InstancePortions::Arrived() {
+    try {
+        auto instances = server_.NextInstances(arrival_, enumeration_.isAtEnd);
+        if (enumeration_.isAtEnd) {
+            server_.EndArrival(arrival_);
+        }
+        return instances;
+    } catch (...) {
+        server_.EndArrival(arrival_);
+        throw;
+    }
+}
+
 Pegasus::Array<Pegasus::CIMInstance> InstancePortions::Further() {
+    if (isArriving_) {
+        return Arrived();
+    }
     try {
         return server_.PullInstances(enumeration_, size_.Next());
     } catch (const Pegasus::Exception& exception) {
@@ -81,6 +108,10 @@ Pegasus::Array<Pegasus::CIMInstance> InstancePortions::Further() {
 
 void InstancePortions::Close() noexcept {
     if (std::exchange(state_, State::kEnded) != State::kOpen) {
+        return;
+    }
+    if (isArriving_) {
+        server_.EndArrival(arrival_);
         return;
     }
     try {

@@ -14,6 +14,7 @@
 
 namespace NQORVYX20 {
 
+class InstanceArrival;
 class ReadingReport;
 
 /// An enumeration that the server keeps open.
@@ -109,6 +110,23 @@ class RemoteServer {
     Pegasus::Array<Pegasus::CIMInstance> EnumerateWholeInstances(const std::string& className,
                                                                  const Pegasus::CIMPropertyList& properties);
 
+    /// Begins to read those instances while the server sends them. Empty, and nothing is asked, where the client
+    /// library cannot do that, or an answer is being read so already. Other requests may be sent meanwhile, over a
+    /// second connection where the first one is in use. Once the server has failed to answer over a second one, the
+    /// rest of the answer is read into memory before another request, until the namespace is connected anew.
+    std::weak_ptr<InstanceArrival> BeginWholeInstances(const std::string& className,
+                                                       const Pegasus::CIMPropertyList& properties);
+
+    /// The next ones, at least one before the end. Throws NotConnectedException, too, where the connection was closed
+    /// meanwhile.
+    Pegasus::Array<Pegasus::CIMInstance> NextInstances(const std::weak_ptr<InstanceArrival>& arriving,
+                                                       Pegasus::Boolean& isAtEnd);
+
+    /// Ends such a reading, at its end or before it; any reading. The connection on which the rest would come is
+    /// closed, and the next request opens it again.
+    void EndArrival(const std::weak_ptr<InstanceArrival>& arriving) noexcept;
+    void EndArrival() noexcept;
+
     /// Those instances in portions of no more than so many: opens an enumeration and gives the first; gives the next
     /// one. Throws CIMException with CIM_ERR_NOT_SUPPORTED, too, when the client library has no such operations.
     Pegasus::Array<Pegasus::CIMInstance> OpenWholeInstances(RemoteEnumeration& enumeration,
@@ -125,7 +143,7 @@ class RemoteServer {
     void DoNotPull() { mayPull_ = false; }
 
     /// Another server may answer from now on.
-    void ForgetCapabilities() { mayPull_ = true; }
+    void ForgetCapabilities() { mayPull_ = hasSecond_ = true; }
 
     /// What one enumeration may bring in all: bytes of answers, and instances.
     std::uint64_t MaxBytes() const;
@@ -163,11 +181,17 @@ class RemoteServer {
     Pegasus::Array<Pegasus::CIMObjectPath> ReferenceNames(const AssociationRequest& request);
 
   private:
+    template <typename Ask>
+    auto Send(const Ask& ask);
     Pegasus::CIMClass GetClass(const std::string& name, bool includeClassOrigin);
 
     std::unique_ptr<Pegasus::CIMNamespaceName> namespace_;
     std::unique_ptr<Pegasus::CIMClient> client_;
+    std::shared_ptr<InstanceArrival> arrival_;   // which uses the client
+    std::unique_ptr<Pegasus::CIMClient> second_; // connected while an answer arrives over the first one
+    std::optional<std::string> trace_;
     bool mayPull_ = true;
+    bool hasSecond_ = true; // the server, a second connection for the same client
 };
 
 } // namespace NQORVYX20

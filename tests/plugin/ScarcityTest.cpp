@@ -7,6 +7,8 @@
 #include "model/TCimHTTPProperty.h"
 #include "support/FailingAllocations.h"
 
+#include <algorithm>
+
 using namespace NQORVYX20;
 using support::FailingAllocations;
 
@@ -152,6 +154,48 @@ TEST_P(ScarcityTest, AnEnumerationGivesAllInstancesOrSaysThatItDoesNot) {
             const bool isTold = outcome.thrown || !prepared.nameSpace->Incidents().IsEmpty() || failure;
             EXPECT_TRUE(prepared.instances == 2 || isTold);
             EXPECT_TRUE(outcome.struck || !isTold);
+        });
+}
+
+/// The reading that does not hold all instances where the host does not want it to.
+class PartialScarcityTest : public ScarcityTest {};
+
+INSTANTIATE_TEST_SUITE_P(InTheFaithfulReading, PartialScarcityTest, testing::Values(kFaithfulReading),
+                         [](const auto& reading) { return std::string(reading.param); });
+
+TEST_P(PartialScarcityTest, AnAnswerThatIsReadInPartsGivesAllInstancesOrSaysThatItDoesNot) {
+    struct TPrepared {
+        boost::shared_ptr<TCimHTTPNamespace> nameSpace;
+        boost::shared_ptr<ICIMClass> cls;
+        std::vector<std::string> names;
+    };
+    static const std::vector<std::string> kNames = {"the first instance", "the second instance"};
+    const auto read = [](TPrepared& prepared) {
+        prepared.cls->EnumerateInstances(
+            [&](const auto& instance) {
+                prepared.names.push_back(
+                    static_cast<std::string>(instance->GetProperty("Name", TCIMContext())->GetValue(TCIMContext())));
+                return true;
+            },
+            true, {{kHeldKey, TCIMValue(1U)}});
+    };
+    RunShortOfMemory(
+        [&] {
+            TPrepared prepared;
+            prepared.nameSpace = Connected();
+            prepared.cls = prepared.nameSpace->GetClass(disk_, TCIMContext());
+            return prepared;
+        },
+        read,
+        [&](TPrepared& prepared, const TOutcome& outcome) {
+            const auto& failure = prepared.nameSpace->LastFailure();
+            const bool isTold = outcome.thrown || !prepared.nameSpace->Incidents().IsEmpty() || failure;
+            EXPECT_TRUE(prepared.names == kNames || isTold);
+            EXPECT_TRUE(std::equal(prepared.names.begin(), prepared.names.end(), kNames.begin()));
+            EXPECT_TRUE(outcome.struck || !isTold);
+            prepared.names.clear();
+            EXPECT_EQ(StatusOf([&] { read(prepared); }), 0U) << (failure ? failure->text : "");
+            EXPECT_EQ(prepared.names, kNames) << "the connection is of use";
         });
 }
 
