@@ -6,6 +6,7 @@
 #include "support/CimServer.h"
 #include "support/LoopbackAddress.h"
 #include "support/ParsedJson.h"
+#include "support/ScriptedServer.h"
 #include "support/TemporaryDirectory.h"
 #include "support/TerminalProgram.h"
 
@@ -310,6 +311,110 @@ TEST_F(StreamTest, AFailureAmongTheFirstInstancesWritesNothing) {
     EXPECT_EQ(run.status, 6);
     EXPECT_THAT(run.output, IsEmpty());
 }
+
+// --- Servers that send all instances in one answer -----------------------------------------------------------------
+
+TEST_F(StreamTest, OneAnswerOfManyIsInTheOrderOfTheServerInEveryForm) {
+    server_.Answer("EnumerateInstances", "T", Instances(0, kHeld + 2));
+    const auto csv = Run({"-o", "csv"});
+    EXPECT_EQ(csv.status, 0) << csv.errors;
+    std::string expected = "Path,Property,Type,Value,Text\r\n";
+    for (int number = kHeld + 2; number >= 0; --number) {
+        expected += "\"T.Name=\"\"" + Name(number) + "\"\"\",Name,string," + Name(number) + ',' + Name(number) + "\r\n";
+    }
+    EXPECT_TRUE(csv.output == expected); // too long to be shown
+    const auto portions = [this](const std::string& form) {
+        const auto atOnce = Run({"-o", form}).output;
+        ServeMany();
+        const auto inPortions = Run({"-o", form}).output;
+        server_.Fail("OpenEnumerateInstances", "T", 7, "not here");
+        return atOnce == inPortions;
+    };
+    for (const char* form : {"json", "mof", "plain", "table"}) {
+        EXPECT_TRUE(portions(form)) << form;
+    }
+    EXPECT_EQ(server_.ConnectionCount(), 9U) << "one for each run";
+}
+
+TEST_F(StreamTest, AFailureInTheMiddleOfOneAnswerKeepsAllBeforeIt) {
+    const support::TemporaryDirectory directory;
+    const std::string document = directory.WriteFile("c.xml", "<vyx version=\"1\"><class name=\"T\"/></vyx>");
+    server_.Answer("EnumerateInstances", "T", Instances(0, 2 * kHeld) + "<UNKNOWN/>");
+    const auto run = Run({"-o", "csv"});
+    EXPECT_EQ(run.status, 6);
+    EXPECT_THAT(run.errors, HasSubstr("the instances of T cannot be read"));
+    EXPECT_EQ(Lines(run.output, 1).size(), 2 * static_cast<std::size_t>(kHeld) + 1U);
+    const auto collected = RunCimhttp({"--host", support::LoopbackAddress(), "collect", document});
+    EXPECT_EQ(collected.status, 7);
+    EXPECT_THAT(collected.errors, HasSubstr("the instances of T cannot be read"));
+    EXPECT_THAT(support::ParsedJson(collected.output).at("classes"), IsEmpty()) << "no class without all instances";
+    server_.Answer("EnumerateInstances", "T", Instances(1, kHeld) + "<UNKNOWN/>");
+    EXPECT_THAT(Run({"-o", "csv"}).output, IsEmpty()) << "all of these might still be brought into order";
+}
+
+/// A server that sends one answer without end.
+class StreamOfAnEndlessAnswerTest : public testing::Test {
+  protected:
+    void SetUp() override { server_.Listen(kHttpPort); }
+
+    static std::vector<std::string> Arguments(const std::string& form) {
+        return {CIMHTTP_PROGRAM, "--host", support::LoopbackAddress(), "instances", "T", "-o", form};
+    }
+
+  private:
+    static void Serve(support::Connection& client) {
+        while (const auto request = client.ReadRequest()) {
+            const auto between = [&](const std::string& begin) {
+                const std::size_t from = request->body.find(begin) + begin.size();
+                return request->body.substr(from, request->body.find('"', from) - from);
+            };
+            const std::string method = between("IMETHODCALL NAME=\"");
+            const std::string begin = "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><MESSAGE ID=\"" +
+                                      between("MESSAGE ID=\"") +
+                                      "\" PROTOCOLVERSION=\"1.0\"><SIMPLERSP><IMETHODRESPONSE NAME=\"" + method + "\">";
+            const std::string head = "HTTP/1.1 200 OK\r\nCIMOperation: MethodResponse\r\n";
+            if (method == "EnumerateInstances") {
+                client.Write(head + "Connection: close\r\n\r\n");
+                client.Write(begin + "<IRETURNVALUE>");
+                for (int number = 0; client.Write(Instance(number)); ++number) {
+                }
+                return;
+            }
+            const std::string body =
+                begin +
+                (method == "GetClass" ? "<IRETURNVALUE><CLASS NAME=\"T\"><PROPERTY NAME=\"Name\" TYPE=\"string\"/>"
+                                        "</CLASS></IRETURNVALUE>"
+                                      : "<ERROR CODE=\"7\"/>") +
+                "</IMETHODRESPONSE></SIMPLERSP></MESSAGE></CIM>";
+            client.Write(head + "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n");
+            client.Write(body);
+        }
+    }
+
+    support::ScriptedServer server_{Serve};
+};
+
+TEST_F(StreamOfAnEndlessAnswerTest, AReaderThatGoesEndsIt) {
+    for (const char* form : {"csv", "json", "mof", "plain", "table"}) {
+        std::vector<std::string> arguments{"-c", "\"$@\" | head -n 3", "sh"};
+        for (const std::string& argument : Arguments(form)) {
+            arguments.push_back(argument);
+        }
+        const auto run = support::RunProgram("/bin/sh", arguments);
+        EXPECT_EQ(Lines(run.output).size(), 3U) << form;
+    }
+}
+
+TEST_F(StreamOfAnEndlessAnswerTest, AnInterruptEndsIt) {
+    auto arguments = Arguments("csv");
+    arguments.erase(arguments.begin());
+    support::TerminalProgram program(CIMHTTP_PROGRAM, arguments);
+    ASSERT_TRUE(program.AwaitText(Name(20000))) << "the answer has not ended";
+    program.Type("\x03");
+    EXPECT_EQ(program.Wait(), -SIGINT);
+}
+
+// --- The demo server -----------------------------------------------------------------------------------------------
 
 /// A server with more instances than anybody waits for, which keeps a log.
 class StreamOfTheDemoServerTest : public testing::Test {
