@@ -303,7 +303,7 @@ class Steps {
     }
     void Await(int step) {
         std::unique_lock<std::mutex> lock(mutex_);
-        changed_.wait(lock, [&] { return allowed_ >= step; });
+        EXPECT_TRUE(changed_.wait_for(lock, std::chrono::seconds(60), [&] { return allowed_ >= step; }));
     }
 
   private:
