@@ -4,13 +4,12 @@ import os
 import threading
 import time
 import unittest
-from urllib.parse import quote
 
-from Pages import CONTRAST, LONG, NASTY, BrowseProgram, DemoServer, PageTest, open_browser, schema
+from Pages import CONTRAST, LONG, NASTY, BrowsedPageTest, BrowseProgram, DemoServer, PageTest, open_browser, schema
 from selenium.webdriver.common.keys import Keys
 
 
-class BrowsePageTest(PageTest):
+class BrowsePageTest(BrowsedPageTest):
     @classmethod
     def setUpClass(cls):
         super().setUpClass()
@@ -26,47 +25,6 @@ class BrowsePageTest(PageTest):
             "safe": ["--host", cls.server.address, "--tls"]})
         cls.addClassCleanup(cls.program.end)
         cls.browser.get(cls.program.entrance)
-
-    def show(self, *parts, wait=True):
-        self.browser.get("about:blank")
-        self.browser.get(self.program.url + "/#/" + "/".join(quote(part, safe="") for part in parts))
-        if wait:
-            self.ready()
-
-    def ready(self):
-        self.await_true("const main = document.querySelector('main'); return main && main.getAttribute('aria-busy') === 'false' && location.href !== 'about:blank'")
-
-    def title(self):
-        return self.js("return document.querySelector('h1').textContent")
-
-    def await_title(self, text):
-        self.await_true("return document.querySelector('h1')?.textContent.startsWith(arguments[0])", text)
-        self.ready()
-
-    def text(self, selector="main"):
-        return self.js("return document.querySelector(arguments[0]).innerText", selector)
-
-    def click(self, selector, text):
-        self.assertTrue(self.js("""const found = [...document.querySelectorAll(arguments[0])].find(one => one.textContent.trim() === arguments[1]);
-                                   if (found) { found.dispatchEvent(new MouseEvent('click', {bubbles: true, cancelable: true})); } return Boolean(found)""", selector, text),
-                        f"there is no {selector} '{text}'")
-
-    def rows(self):
-        """The rows of the grid that are in the document, in order, as texts."""
-        return self.js("""return [...document.querySelectorAll('.grid .row')].sort((a, b) => a.ariaRowIndex - b.ariaRowIndex)
-                          .map(row => [...row.children].map(cell => cell.textContent))""")
-
-    def headings(self):
-        return self.js("return [...document.querySelectorAll('.grid [role=columnheader] button')].map(one => one.textContent.replace(/ [▴▾]$/, ''))")
-
-    def column(self, name):
-        at = self.headings().index(name)
-        return [row[at] for row in self.rows()]
-
-    def path_of(self, cls, words=""):
-        self.show()
-        return self.js("""return fetch('/api/servers/demo/instances?class=' + arguments[0]).then(answer => answer.json())
-                          .then(answer => answer.rows.map(row => row.path).find(path => path.includes(arguments[1])))""", cls, words)
 
     # --- Servers -------------------------------------------------------------------------------------------------------------
 
@@ -175,6 +133,7 @@ class BrowsePageTest(PageTest):
     # --- Instances -----------------------------------------------------------------------------------------------------------
 
     def test_instances_are_sorted_by_their_values(self):
+        self.widen()
         self.show("s", "demo", "i", "DEMO_StorageVolume")
         self.assertIn("3,000 rows", self.text("#status"))
         for name, first in (("DeviceID", ["volume-000000000", "volume-000002999"]), ("Capacity", None)):
@@ -201,6 +160,7 @@ class BrowsePageTest(PageTest):
         self.assertIn("InstallDate", self.headings())  # which is remembered
 
     def test_exact_values_are_in_the_hint(self):
+        self.widen()
         self.show("s", "demo", "i", "DEMO_FileSystem")
         self.assertEqual(self.js("return [...document.querySelectorAll('.grid [role=gridcell]')].find(one => one.textContent === 'Enabled').title"), "2")
         self.show("s", "demo", "i", "DEMO_AllTypes")
@@ -234,6 +194,7 @@ class BrowsePageTest(PageTest):
         self.await_title("DEMO_StorageVolume.")
 
     def test_a_reading_that_is_read_again_marks_what_has_changed(self):
+        self.widen()
         self.show("s", "demo", "i", "DEMO_OperatingSystem")
         time.sleep(1.1)  # the server's clock shows seconds; nothing depends on how long this takes
         self.click("main button", "Read again")

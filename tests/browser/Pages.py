@@ -6,6 +6,7 @@ import subprocess
 import sys
 import tempfile
 import unittest
+from urllib.parse import quote
 from xml.sax.saxutils import escape
 
 try:
@@ -136,6 +137,56 @@ class PageTest(unittest.TestCase):
         nodes = self.browser.execute_cdp_cmd("Accessibility.getFullAXTree", {})["nodes"]
         value = lambda node, key: node.get(key, {}).get("value", "")
         return [(value(node, "role"), value(node, "name")) for node in nodes if not node.get("ignored")]
+
+
+class BrowsedPageTest(PageTest):
+    """The pages of `cls.program`, a BrowseProgram whose connection 'demo' is that of a demo server."""
+
+    def show(self, *parts, wait=True):
+        self.browser.get("about:blank")
+        self.browser.get(self.program.url + "/#/" + "/".join(quote(part, safe="") for part in parts))
+        if wait:
+            self.ready()
+
+    def ready(self):
+        self.await_true("const main = document.querySelector('main'); return main && main.getAttribute('aria-busy') === 'false' && location.href !== 'about:blank'")
+
+    def title(self):
+        return self.js("return document.querySelector('h1').textContent")
+
+    def await_title(self, text):
+        self.await_true("return document.querySelector('h1')?.textContent.startsWith(arguments[0])", text)
+        self.ready()
+
+    def text(self, selector="main"):
+        return self.js("return document.querySelector(arguments[0]).innerText", selector)
+
+    def click(self, selector, text):
+        self.assertTrue(self.js("""const found = [...document.querySelectorAll(arguments[0])].find(one => one.textContent.trim() === arguments[1]);
+                                   if (found) { found.dispatchEvent(new MouseEvent('click', {bubbles: true, cancelable: true})); } return Boolean(found)""", selector, text),
+                        f"there is no {selector} '{text}'")
+
+    def widen(self):
+        """Makes room for all columns of a grid, since cells out of sight are not in the document."""
+        self.browser.execute_cdp_cmd("Emulation.setDeviceMetricsOverride", {"width": 12000, "height": 900, "deviceScaleFactor": 1, "mobile": False})
+        self.addCleanup(self.browser.execute_cdp_cmd, "Emulation.clearDeviceMetricsOverride", {})
+
+    def rows(self):
+        """The rows of the grid that are in the document, in order, as texts."""
+        return self.js("""return [...document.querySelectorAll('.grid .row')].sort((a, b) => a.ariaRowIndex - b.ariaRowIndex)
+                          .map(row => [...row.children].map(cell => cell.textContent))""")
+
+    def headings(self):
+        return self.js("return [...document.querySelectorAll('.grid [role=columnheader] button')].map(one => one.textContent.replace(/ [▴▾]$/, ''))")
+
+    def column(self, name):
+        at = self.headings().index(name)
+        return [row[at] for row in self.rows()]
+
+    def path_of(self, cls, words=""):
+        self.show()
+        return self.js("""return fetch('/api/servers/demo/instances?class=' + arguments[0]).then(answer => answer.json())
+                          .then(answer => answer.rows.map(row => row.path).find(path => path.includes(arguments[1])))""", cls, words)
 
 
 # The texts whose contrast with what is behind them is less than 4.5.

@@ -14,15 +14,25 @@ export const exactOf = (cell) => (!hasProperty(cell) ? "" : isNull(cell) ? "null
 
 export const shown = (text) => visible(text.length > kLongest ? text.slice(0, kLongest) + "\u2026" : text);
 
-// For what hovers over a cell: the exact value, and that there is more.
-export function hintOf(cell) {
+// Of a table's row, which has one line.
+export const inOneLine = (text) => shown(text).replaceAll("\n", " \u21b5 ");
+
+// A row that came before a property was known has no cell for it at all.
+export const isSame = (one, other) => textOf(one) === textOf(other) && exactOf(one) === exactOf(other) && hasProperty(one) === hasProperty(other);
+
+// In widths of a digit, rather too many than too few.
+const mayNotFit = (text, width) => text.length > width || text.includes("\n") || text.length + (text.match(/[^ -~]|[A-Zmw@%]/g) || []).length > width;
+
+// For what hovers over a cell: the text where it may not fit into `width` characters, the exact value, and that there is more.
+export function hintOf(cell, width) {
     if (!hasProperty(cell)) {
         return "the instance has no such property";
     }
     const text = textOf(cell);
     const exact = exactOf(cell);
-    const more = text.length > kLongest ? text.length.toLocaleString("en") + " characters; the instance's page has all" : "";
-    return [exact === text || exact.length > kLongest ? "" : shown(exact), more].filter((part) => part !== "").join("\n");
+    const isCut = Math.max(text.length, exact.length) > kLongest;
+    return [mayNotFit(text, width) ? shown(text) : "", exact === text ? "" : shown(exact),
+            isCut ? text.length.toLocaleString("en") + " characters; the instance's page has all" : ""].filter((part) => part !== "").join("\n");
 }
 
 // By what a column is sorted: numbers by their value, texts as people count, so that "disk 10" comes after "disk 9".

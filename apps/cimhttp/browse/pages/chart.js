@@ -28,12 +28,33 @@ export class Chart {
     constructor() {
         this.place = element("div", {className: "chart", "aria-hidden": "true"}); // a table has the newest numbers
         this.graph = null;
+        this.rows = []; // as the library has them
+        this.stretch = 0; // seconds that are in sight; all for 0
     }
 
-    async draw(labels, table) {
+    lastOf(rows) {
+        const end = rows[rows.length - 1][0].getTime();
+        return [end - this.stretch * 1000, end];
+    }
+
+    // Shows the newest seconds from now on, or all.
+    turnTo(seconds) {
+        this.stretch = seconds;
+        if (this.graph !== null) {
+            this.graph.updateOptions({dateWindow: seconds > 0 ? this.lastOf(this.rows) : null});
+        }
+    }
+
+    // count: of lines; the library tells lines apart by names, which those of a server need not do
+    async draw(count, table) {
         await loadLibrary();
-        const rows = table.length > 0 ? table : [[new Date(), ...labels.map(() => null)]];
-        const options = {file: rows, labels: ["Time", ...labels], colors: labels.map((_, i) => colorOf(i))};
+        const numbers = [...Array(count).keys()];
+        const rows = table.length > 0 ? table : [[new Date(), ...numbers.map(() => null)]];
+        this.rows = rows;
+        const options = {file: rows, labels: ["Time", ...numbers.map(String)], colors: numbers.map(colorOf)};
+        if (this.stretch > 0) {
+            options.dateWindow = this.lastOf(rows);
+        }
         if (this.graph === null) {
             this.graph = new window.Dygraph(this.place, rows, {...options, legend: "never", drawPoints: true, pointSize: 2, strokeWidth: 1.5, labelsKMB: true,
                 axisLabelWidth: 70, axisLineColor: isDark() ? "#777" : "#999", gridLineColor: isDark() ? "#444" : "#ccc", includeZero: true});

@@ -52,8 +52,15 @@ class Drawing {
         this.width = columns.length * kColumn - (kColumn - kWidth) + 10;
     }
 
+    // Associations of which both objects are drawn, and how many lead from these, but for the first, to one that is not.
+    associations() {
+        const isDrawn = (one) => this.places.has(one.from) && this.places.has(one.to);
+        const leadsOut = (one) => !isDrawn(one) && [one.from, one.to].some((end) => end !== 0 && this.places.has(end));
+        return {shown: this.graph.associations.filter(isDrawn), out: this.graph.associations.filter(leadsOut).length};
+    }
+
     element() {
-        const shown = this.graph.associations.filter((one) => this.places.has(one.from) && this.places.has(one.to));
+        const {shown} = this.associations();
         return svg("svg", {width: this.width, height: this.height, role: "group", "aria-label": "Objects that hang together", class: "graph"},
             ...shown.map((one) => this.line(one)), ...this.drawn.map((number) => this.object(number)));
     }
@@ -112,13 +119,19 @@ export class RelatedObjects {
     }
 
     async read() {
+        const depth = this.depth.value;
         this.status.textContent = "asking\u2026";
+        let graph;
         try {
-            this.graph = await get(["servers", this.server, "related"], {path: this.path, depth: this.depth.value}, this.signal);
+            graph = await get(["servers", this.server, "related"], {path: this.path, depth: depth}, this.signal);
         } catch (error) {
             this.status.textContent = "";
             throw error;
         }
+        if (depth !== this.depth.value) {
+            return; // another question has been asked meanwhile
+        }
+        this.graph = graph;
         this.draw(1);
         this.drawTable();
     }
@@ -126,19 +139,23 @@ export class RelatedObjects {
     draw(begin) {
         const count = this.graph.objects.length - 1;
         this.status.textContent = count === 0 ? "It has no associations."
-            : counted(count, "object", "objects") + ", " + counted(this.graph.associations.length, "association", "associations");
+            : counted(count, "object", "objects") + ", " + counted(this.graph.associations.length, "association", "associations")
+                + (this.graph.complete ? "" : "; there are more, which were not read");
         const drawing = new Drawing(this.server, this.graph, begin);
         this.drawing.hidden = count === 0;
         this.drawing.replaceChildren(drawing.legend(), drawing.element());
-        this.drawParts(begin, drawing.drawn.length - 1, count);
+        this.drawParts(begin, drawing, count);
     }
 
     // Of more objects than are drawn at once, the others.
-    drawParts(begin, drawn, count) {
+    drawParts(begin, drawing, count) {
+        const drawn = drawing.drawn.length - 1;
+        const {out} = drawing.associations();
         const go = (text, to) => element("button", {type: "button", onclick: () => this.draw(to)}, text);
         const step = kMostDrawn - 1;
         this.part.replaceChildren(...(drawn === count ? [] : [
             "drawn: " + begin.toLocaleString("en") + " to " + (begin + drawn - 1).toLocaleString("en"),
+            ...(out > 0 ? [counted(out, "association leads", "associations lead") + " to objects that are drawn with others"] : []),
             ...(begin > 1 ? [go("Those before", Math.max(1, begin - step))] : []),
             ...(begin + drawn <= count ? [go("The next " + Math.min(step, count - begin - drawn + 1), begin + step)] : [])]));
     }

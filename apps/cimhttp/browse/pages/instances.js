@@ -1,117 +1,145 @@
 // The instances of a class as a table, which fills while they come.
 
-import {address, counted, element, link, say, visible} from "./dom.js";
-import {hasProperty, isNull, textOf} from "./cells.js";
+import {address, counted, element, link, say, visible, wordsIn} from "./dom.js";
+import {ColumnChoice} from "./columns.js";
 import {Grid} from "./grid.js";
 import {readInstances} from "./readings.js";
 
-// Which columns are shown at first: those with values; those that tell rows apart before the others, keys before others.
-function usualColumns(columns, rows) {
-    const places = columns.map((_, place) => place).filter((place) => rows.length === 0 || rows.some((row) => hasProperty(row.cells[place]) && !isNull(row.cells[place])));
-    const tells = new Set(places.filter((place) => rows.length < 2 || new Set(rows.map((row) => textOf(row.cells[place]))).size > 1));
-    const rank = (place) => (tells.has(place) ? 0 : 2) + (columns[place].key ? 0 : 1);
-    return places.sort((a, b) => rank(a) - rank(b) || a - b);
-}
+const kLongestPlace = 1000; // characters of a path that the page's address keeps
 
-// Which ones the user has chosen is kept until the browser is closed.
-class ColumnChoice {
-    constructor(name, changed) {
-        this.name = "columns of " + name;
-        this.changed = changed;
-        this.list = element("div", {className: "choices"});
-        this.place = element("details", {}, element("summary", {}, "Columns"), this.list);
+class InstancesView {
+    constructor({server, rest, values, signal, attempt}) {
+        this.server = server;
+        this.name = rest[0];
+        this.signal = signal;
+        this.kept = values; // of the page's address: filter, sort, order and at, the row that was opened
+        this.asked = values.properties ? {class: this.name, properties: values.properties} : {class: this.name}; // all, unless the address names some
+        this.columns = [];
+        this.grid = new Grid("Instances of " + visible(this.name), (row) => this.addressOf(row), (row) => this.open(row));
+        this.choice = new ColumnChoice([server, this.name, values.properties || "all"].join(" "), (chosen) => this.grid.setColumns(this.columns, chosen));
+        this.status = element("span", {id: "status"});
+        this.stop = element("button", {type: "button", onclick: () => this.stopping.abort()}, "Stop");
+        this.again = element("button", {type: "button", hidden: true, onclick: () => attempt(() => this.read())}, "Read again");
+        this.words = element("input", {type: "search", id: "filter", autocomplete: "off", spellcheck: false, value: values.filter || ""});
+        this.words.addEventListener("input", () => this.filter());
+        this.grid.words = wordsIn(this.words.value);
+        this.grid.place.addEventListener("sorted", () => this.keep());
+        signal.addEventListener("abort", () => this.grid.resizing.disconnect());
     }
 
-    // The places of the columns to show, and the list to choose from.
-    take(columns, rows) {
-        this.columns = columns;
-        const kept = JSON.parse(sessionStorage.getItem(this.name) || "null");
-        const places = (kept || []).map((name) => columns.findIndex((column) => column.name === name)).filter((place) => place >= 0);
-        this.chosen = places.length > 0 ? places : usualColumns(columns, rows);
-        this.draw();
-        return this.chosen;
+    addressOf(row) { return address(["s", this.server, "o", row.path]); }
+
+    open(row) {
+        this.keep(row);
+        location.hash = this.addressOf(row);
     }
 
-    // All rows are there: columns of which only late ones have a value are shown, too.
-    complete(rows) {
-        if (sessionStorage.getItem(this.name) === null) {
-            this.chosen = [...this.chosen, ...usualColumns(this.columns, rows).filter((place) => !this.chosen.includes(place))];
-            this.draw();
+    element() {
+        return [element("p", {className: "bar"}, link(["s", this.server, "c", this.name], "What the class means"), link(["s", this.server, "w", this.name], "Watch")),
+            element("div", {className: "bar"}, element("span", {}, element("label", {htmlFor: "filter"}, "Filter"), this.words), this.status, this.stop, this.again),
+            this.choice.place, this.grid.place,
+            element("p", {className: "faint"}, "In the table: arrows move, S sorts by the column, Enter opens the instance; a heading sorts, too.")];
+    }
+
+    // Whoever comes back finds the table as it was left.
+    keep(row) {
+        const {sorted} = this.grid;
+        const values = {...(this.asked.properties ? {properties: this.asked.properties} : {}), ...(this.words.value ? {filter: this.words.value} : {}),
+                        ...(sorted ? {sort: this.columns[sorted.column].name, order: sorted.sign > 0 ? "up" : "down"} : {}),
+                        ...(row && row.path.length <= kLongestPlace ? {at: row.path} : {})};
+        history.replaceState(null, "", address(["s", this.server, "i", this.name], values));
+    }
+
+    async filter() {
+        this.keep();
+        if (await this.grid.filter(this.words.value)) {
+            this.tell();
+            say(counted(this.grid.order.length, "row", "rows"));
         }
-        return this.chosen;
     }
 
-    draw() {
-        this.list.replaceChildren(...this.columns.map((column, place) => {
-            const box = element("input", {type: "checkbox", id: "column-" + place, checked: this.chosen.includes(place)});
-            box.addEventListener("change", () => this.choose(place, box.checked));
-            return element("span", {}, box, element("label", {htmlFor: box.id}, visible(column.name)));
-        }));
+    tell(state) {
+        this.state = state === undefined ? this.state : state;
+        this.status.textContent = this.grid.summary() + this.state;
     }
 
-    choose(place, isChosen) {
-        this.chosen = isChosen ? [...this.chosen, place] : this.chosen.filter((one) => one !== place);
-        sessionStorage.setItem(this.name, JSON.stringify(this.chosen.map((one) => this.columns[one].name)));
-        this.changed(this.chosen);
-    }
-}
-
-export async function show({server, rest, values, place, signal, setTitle, attempt}) {
-    const name = rest[0];
-    setTitle("Instances of " + visible(name));
-    const addressOf = (row) => address(["s", server, "o", row.path]);
-    const grid = new Grid("Instances of " + visible(name), addressOf, (row) => { location.hash = addressOf(row); });
-    const choice = new ColumnChoice([server, name, values.properties || "all"].join(" "), (chosen) => grid.setColumns(columns, chosen));
-    const status = element("span", {id: "status"});
-    const stop = element("button", {type: "button"}, "Stop");
-    const again = element("button", {type: "button", hidden: true}, "Read again");
-    const filter = element("input", {type: "search", id: "filter", autocomplete: "off", spellcheck: false, value: values.filter || ""});
-    const asked = values.properties ? {class: name, properties: values.properties} : {class: name}; // all, unless the address names some
-    let columns = [];
-    let isStopped = false;
-    const tell = (state) => { status.textContent = grid.summary() + state; };
-    const take = (part) => {
-        const isFirst = grid.rows.length === 0;
-        grid.append(part.rows);
-        if (part.columns) {
-            columns = part.columns;
-        }
-        if (isFirst || part.columns) {
-            grid.setColumns(columns, choice.take(columns, grid.rows.slice(0, 2000)));
-        }
-        tell(part.reading === null ? "" : " so far\u2026");
-        return !isStopped;
-    };
-    const read = async () => {
-        isStopped = false;
-        stop.hidden = false;
-        again.hidden = true;
+    // The rows of an earlier reading stay until there are others.
+    async read() {
+        this.stopping = new AbortController();
+        let isFirst = true;
+        const isAgain = this.grid.rows.length > 0;
+        this.showBusy(true);
+        let failure = null;
         try {
-            const isWhole = await readInstances(server, asked, signal, take);
-            tell(isWhole ? "" : "; stopped before the end");
-            grid.setColumns(columns, choice.complete(grid.rows));
+            await readInstances(this.server, this.asked, AbortSignal.any([this.signal, this.stopping.signal]), (part) => {
+                this.take(part, isFirst);
+                isFirst = false;
+            });
         } catch (error) {
-            tell("; not all could be read");
-            throw error;
-        } finally {
-            stop.hidden = true;
-            again.hidden = false;
-            grid.complete();
+            failure = error;
         }
-        say(status.textContent);
-    };
-    stop.addEventListener("click", () => { isStopped = true; });
-    again.addEventListener("click", () => attempt(() => { grid.clear(); return read(); }));
-    filter.addEventListener("input", () => {
-        grid.filter(filter.value);
-        tell("");
-        say(counted(grid.order.length, "row", "rows"));
-    });
-    grid.words = filter.value ? filter.value.toLowerCase().split(/\s+/) : [];
-    signal.addEventListener("abort", () => grid.resizing.disconnect());
-    place.replaceChildren(
-        element("p", {className: "bar"}, link(["s", server, "c", name], "What the class means"), link(["s", server, "w", name], "Watch")),
-        element("div", {className: "bar"}, element("span", {}, element("label", {htmlFor: "filter"}, "Filter"), filter), status, stop, again),
-        choice.place, grid.place, element("p", {className: "faint"}, "In the table: arrows move, Enter opens the instance; a heading sorts."));
-    await read();
+        const isStopped = failure !== null && this.stopping.signal.aborted;
+        this.tell(failure === null ? (isAgain ? this.differences() : "")
+            : isFirst && isAgain ? ", of the reading before" : isStopped ? "; stopped before the end" : "; not all could be read");
+        await this.end();
+        if (failure !== null && !isStopped) {
+            throw failure;
+        }
+        say(this.status.textContent);
+    }
+
+    take(part, isFirst) {
+        if (isFirst) {
+            this.grid.clear();
+            this.choice.begin();
+        }
+        this.grid.append(part.rows);
+        this.columns = part.columns || this.columns;
+        this.choice.take(this.columns, part.rows);
+        if (isFirst || part.columns) {
+            this.grid.setColumns(this.columns, this.choice.choose());
+        }
+        this.tell(part.reading === null ? "" : " so far\u2026");
+    }
+
+    differences() {
+        const {changed, added, gone} = this.grid.differences();
+        return "; since the last reading " + [counted(changed, "value has", "values have") + " changed", ...(added > 0 ? [counted(added, "row is", "rows are") + " new"] : []),
+            ...(gone > 0 ? [counted(gone, "row is", "rows are") + " gone"] : [])].join(", ");
+    }
+
+    showBusy(isBusy) {
+        this.stop.hidden = !isBusy;
+        this.again.hidden = isBusy;
+    }
+
+    // All rows that come have come.
+    async end() {
+        if (!this.signal.aborted) {
+            this.showBusy(false);
+            this.grid.setColumns(this.columns, this.choice.complete());
+            await this.arrangeAsKept();
+        }
+    }
+
+    async arrangeAsKept() {
+        const {sort, order, at} = this.kept;
+        this.kept = {};
+        const column = this.columns.findIndex((one) => one.name === sort);
+        if (column >= 0) {
+            await this.grid.sort(column, order === "down" ? -1 : 1);
+        } else {
+            await this.grid.complete();
+        }
+        if (at !== undefined) {
+            this.grid.find(at);
+        }
+    }
+}
+
+export async function show(context) {
+    context.setTitle("Instances of " + visible(context.rest[0]));
+    const view = new InstancesView(context);
+    context.place.replaceChildren(...view.element());
+    await view.read();
 }
