@@ -53,7 +53,7 @@ function(cimhttp_precompile_product)
     return()
   endif()
   cimhttp_precompile(vyxcore ${standard_headers} ${contract_headers})
-  cimhttp_precompile_as(vyxcore inmem_nsp cimhttp_host)
+  cimhttp_precompile_as(vyxcore inmem_nsp cimhttp_host cimhttp_exporter_parts cimhttp_browser_parts)
   cimhttp_precompile_as(cimhttp_nsp cimhttp_access)
   cimhttp_precompile(demo_server ${standard_headers})
   cimhttp_leave_unoptimised(cimhttp_host apps/cimhttp CommandLine.cpp OptionValues.cpp)
@@ -80,8 +80,9 @@ cimhttp_precompile(faithful_test ${test_headers} <nlohmann/json.hpp>)
 cimhttp_precompile_as(faithful_test cimhttp_test)
 cimhttp_precompile(plugin_test ${test_headers} ${PROJECT_SOURCE_DIR}/tests/plugin/PluginTest.h)
 cimhttp_precompile_as(plugin_test plugin_scarcity_test)
-cimhttp_precompile_as(support_test demo_server_test host_contract_test plugin_load_test cimhttp_memory_test
-                      runtime_values_test runtime_services_test runtime_inmem_test runtime_xmlparser_test)
+cimhttp_precompile_as(support_test demo_server_test exporter_test browser_test host_contract_test plugin_load_test
+                      cimhttp_memory_test runtime_values_test runtime_services_test runtime_inmem_test
+                      runtime_xmlparser_test)
 if(CIMHTTP_PEGASUS STREQUAL "bundled")
   cimhttp_precompile_as(plugin_test plugin_interposed_test)
   cimhttp_precompile_as(support_test pegasus_model_test pegasus_xml_test pegasus_cimxml_test http_test client_test
