@@ -2,6 +2,7 @@
 
 #include "VersionText.h"
 #include "replay/ReplayListener.h"
+#include "server/AccessLog.h"
 #include "server/DemoServer.h"
 
 #include <CLI/CLI.hpp>

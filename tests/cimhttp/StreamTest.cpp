@@ -2,6 +2,7 @@
 
 #include "ProgramRun.h"
 #include "commands/HeldInstances.h"
+#include "server/AccessLog.h"
 #include "server/DemoServer.h"
 #include "support/CimServer.h"
 #include "support/LoopbackAddress.h"

@@ -1,4 +1,5 @@
 #include "HttpExchange.h"
+#include "server/Acceptor.h"
 #include "server/AccessLog.h"
 #include "server/DemoServer.h"
 #include "server/RequestReader.h"

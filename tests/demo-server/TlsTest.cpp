@@ -1,4 +1,5 @@
 #include "HttpExchange.h"
+#include "server/Certificate.h"
 #include "server/DemoServer.h"
 #include "support/LoopbackAddress.h"
 

@@ -1,6 +1,11 @@
 #include "server/DemoServer.h"
 
 #include "providers/Machine.h"
+#include "server/Certificate.h"
+#include "server/CimService.h"
+#include "server/HttpListener.h"
+#include "server/ServedNamespaces.h"
+#include "server/TlsContext.h"
 
 #include <stdexcept>
 #include <utility>
@@ -28,14 +33,31 @@ Certificate MakeCertificate(const DemoServerOptions& options) {
 
 } // namespace
 
-DemoServer::DemoServer(DemoServerOptions options)
-    : options_(std::move(options)),
-      service_(MakeService(options_)),
-      certificate_(MakeCertificate(options_)),
-      tls_(certificate_, options_.clientAuthorityFile),
-      http_(service_, options_.users, options_.accessLog, options_.address, options_.httpPort, nullptr,
-            options_.limits),
-      https_(service_, options_.users, options_.accessLog, options_.address, options_.httpsPort, &tls_,
-             options_.limits) {}
+struct DemoServer::Parts {
+    explicit Parts(DemoServerOptions given)
+        : options(std::move(given)),
+          service(MakeService(options)),
+          certificate(MakeCertificate(options)),
+          tls(certificate, options.clientAuthorityFile),
+          http(service, options.users, options.accessLog, options.address, options.httpPort, nullptr, options.limits),
+          https(service, options.users, options.accessLog, options.address, options.httpsPort, &tls, options.limits) {}
+
+    const DemoServerOptions options;
+    const CimService service;
+    const Certificate certificate;
+    const TlsContext tls;
+    const HttpListener http;
+    const HttpListener https;
+};
+
+DemoServer::DemoServer(DemoServerOptions options) : parts_(std::make_unique<Parts>(std::move(options))) {}
+
+DemoServer::~DemoServer() = default;
+
+std::string DemoServer::HttpUrl() const { return parts_->http.Url(); }
+
+std::string DemoServer::HttpsUrl() const { return parts_->https.Url(); }
+
+std::string DemoServer::CertificatePem() const { return parts_->certificate.Pem(); }
 
 } // namespace demo

@@ -1,18 +1,18 @@
 #pragma once
 
-#include "schema/SchemaDocuments.h"
-#include "server/AccessLog.h"
-#include "server/Certificate.h"
-#include "server/CimService.h"
-#include "server/HttpListener.h"
-#include "server/ServedNamespaces.h"
+#include "operations/EnumerationLimits.h"
+#include "schema/SchemasByNamespace.h"
+#include "server/ListenerLimits.h"
 #include "server/Users.h"
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <vector>
 
 namespace demo {
+
+class AccessLog;
 
 struct DemoServerOptions {
     std::string address = "127.0.0.1";
@@ -51,21 +51,25 @@ class DemoServer {
     /// schema is wrong, std::invalid_argument when the name of a namespace is, std::runtime_error when a file is.
     explicit DemoServer(DemoServerOptions options = {});
 
+    /// Stops, as HttpListener does.
+    ~DemoServer();
+
+    DemoServer(const DemoServer&) = delete;
+    DemoServer& operator=(const DemoServer&) = delete;
+
     /// As in "http://127.0.0.1:5988".
-    std::string HttpUrl() const { return http_.Url(); }
-    std::string HttpsUrl() const { return https_.Url(); }
+    std::string HttpUrl() const;
+    std::string HttpsUrl() const;
 
     /// What a client has to trust to verify the server on the HTTPS port: the certificate that was made, or the whole
     /// chain of the one that was given.
-    std::string CertificatePem() const { return certificate_.Pem(); }
+    std::string CertificatePem() const;
 
   private:
-    DemoServerOptions options_;
-    CimService service_;
-    Certificate certificate_;
-    TlsContext tls_;
-    HttpListener http_;
-    HttpListener https_;
+    /// Defined beside the functions, so that who has a server needs no headers of sockets and TLS.
+    struct Parts;
+
+    std::unique_ptr<Parts> parts_;
 };
 
 } // namespace demo

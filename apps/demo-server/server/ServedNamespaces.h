@@ -1,19 +1,14 @@
 #pragma once
 
 #include "providers/SystemFiles.h"
-#include "schema/Names.h"
-#include "schema/SchemaDocuments.h"
+#include "schema/SchemasByNamespace.h"
 #include "server/CimService.h"
 
 #include <cstddef>
-#include <map>
 #include <string>
 #include <vector>
 
 namespace demo {
-
-/// Schemas by the names of the namespaces in which they are.
-using SchemasByNamespace = std::map<std::string, std::vector<SchemaSource>, NameLess>;
 
 /// What the namespaces of the server hold: root/cimv2 this machine and so many volumes, the Interop namespace the
 /// server itself, and all of them the base classes and what is added to them. A namespace that is named only by what is
