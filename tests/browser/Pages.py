@@ -16,6 +16,9 @@ try:
 except ImportError:
     print("skipped: there is no Selenium; ./setup --browser installs it")
     sys.exit(77)
+if os.environ.get("CIMHTTP_BROWSER_TESTS") == "no":
+    print("skipped: CIMHTTP_BROWSER_TESTS is no")
+    sys.exit(77)
 if not all(os.path.exists(os.environ.get(program, "")) for program in ("CHROMIUM", "CHROMEDRIVER")):
     print("skipped: there is no Chromium; ./setup --browser installs it")
     sys.exit(77)
