@@ -7,8 +7,14 @@
 
 namespace NQORVYX20 {
 
-/// The UTF-8 text of a remote string or name.
-inline std::string ToStdString(const Pegasus::String& text) { return static_cast<const char*>(text.getCString()); }
+/// The UTF-8 text of a remote string or name. The project's own library gives it as it keeps it.
+inline std::string ToStdString(const Pegasus::String& text) {
+#if __has_include(<Pegasus/Client/ClientLimits.h>)
+    return text.view().data();
+#else
+    return static_cast<const char*>(text.getCString());
+#endif
+}
 
 inline std::string ToStdString(const Pegasus::CIMName& name) { return ToStdString(name.getString()); }
 

@@ -127,16 +127,6 @@ std::unique_ptr<InstanceEnumeration> FaithfulReading::OpenInstances(TCimHTTPClas
                                                  HeldIn(context));
 }
 
-boost::shared_ptr<TFaithfulInstance> FaithfulReading::MakeInstance(Pegasus::CIMInstance& remote,
-                                                                   const Pegasus::CIMObjectPath& path,
-                                                                   const TClassPointer& cls, InstanceReader& reader,
-                                                                   std::string& key) {
-    classes_.Infer(*cls, remote);
-    InstancePath itsPath = PathOf(path, *cls, *LockNamespace()->Server().Namespace());
-    key = itsPath.key;
-    return reader.Read(remote, cls, std::move(itsPath));
-}
-
 boost::shared_ptr<ICIMInstance> FaithfulReading::GetInstance(const TCIMReference& reference, TCIMContext /*context*/) {
     const auto nameSpace = LockNamespace();
     const auto cls = ClassOfPath(reference);
@@ -150,9 +140,9 @@ boost::shared_ptr<ICIMInstance> FaithfulReading::GetInstance(const TCIMReference
         const auto itsClass = classes_.ClassOf(ToStdString(remote.getClassName()), kIsReported);
         const Pegasus::CIMObjectPath itsPath(Pegasus::String(), Pegasus::CIMNamespaceName(), remote.getClassName(),
                                              path.getKeyBindings());
+        classes_.Infer(*itsClass, remote);
         InstanceReader reader(nameSpace->Report());
-        std::string key;
-        return boost::shared_ptr<ICIMInstance>(MakeInstance(remote, itsPath, itsClass, reader, key));
+        return boost::shared_ptr<ICIMInstance>(reader.Read(remote, itsClass, ReferenceOf(itsPath, *itsClass, read)));
     });
 }
 
@@ -170,9 +160,9 @@ std::vector<boost::shared_ptr<ICIMInstance>> FaithfulReading::TakeOver(Pegasus::
             TClassPointer& itsClass = classes[name];
             itsClass = itsClass ? itsClass : classes_.ClassOf(name, kIsReported);
             classes_.Infer(*itsClass, remote);
-            InstancePath path = PathOf(remote.getPath(), *itsClass, read);
-            path.reference.SetHost(ToStdString(remote.getPath().getHost()));
-            path.reference.SetNamespaceName(ToStdString(read.getString()));
+            TCIMReference path = ReferenceOf(remote.getPath(), *itsClass, read);
+            path.SetHost(ToStdString(remote.getPath().getHost()));
+            path.SetNamespaceName(ToStdString(read.getString()));
             instances.push_back(reader.Read(remote, itsClass, std::move(path)));
         }
         return instances;

@@ -13,8 +13,6 @@
 namespace NQORVYX20 {
 
 class InstanceEnumeration;
-class InstanceReader;
-class TFaithfulInstance;
 class RemoteNamespace;
 
 /// The reading that loses nothing: null is null, an instance is one of its own class under the server's path, classes
@@ -66,9 +64,6 @@ class FaithfulReading : public Reading {
 
     boost::shared_ptr<RemoteNamespace> LockNamespace() const;
 
-    boost::shared_ptr<TFaithfulInstance> MakeInstance(Pegasus::CIMInstance& remote, const Pegasus::CIMObjectPath& path,
-                                                      const TClassPointer& cls, InstanceReader& reader,
-                                                      std::string& key);
     TClassPointer ClassOfPath(const TCIMReference& reference);
 
     boost::weak_ptr<RemoteNamespace> namespace_;

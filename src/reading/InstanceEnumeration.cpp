@@ -6,6 +6,7 @@
 #include "model/TCimHTTPClass.h"
 #include "model/TFaithfulInstance.h"
 #include "reading/FaithfulReading.h"
+#include "reading/InstancePath.h"
 #include "reading/ReadingReport.h"
 #include "reading/RemoteNamespace.h"
 #include "reading/RemoteRequest.h"
@@ -39,7 +40,10 @@ InstanceEnumeration::InstanceEnumeration(const boost::shared_ptr<RemoteNamespace
       portions_(nameSpace->Server(), className_, properties, held),
       reader_(nameSpace->Report()) {}
 
-InstanceEnumeration::~InstanceEnumeration() { Close(); }
+InstanceEnumeration::~InstanceEnumeration() {
+    ReportMade();
+    Close();
+}
 
 void InstanceEnumeration::Close() noexcept {
     if (const auto nameSpace = namespace_.lock()) {
@@ -47,16 +51,60 @@ void InstanceEnumeration::Close() noexcept {
     }
 }
 
-InstanceEnumeration::TInstances InstanceEnumeration::Next() {
+/// Runs what sends requests and uses their answers.
+template <typename Work>
+auto InstanceEnumeration::Asking(const Work& work) {
     const boost::shared_ptr<RemoteNamespace> nameSpace(namespace_);
     nameSpace->Report().BeginOperation();
-    return AskRemotely(*nameSpace, "TCimHTTPClass::EnumerateInstances " + className_, [this] {
-        auto instances = std::exchange(hasBegun_, true) ? Following() : First();
+    return AskRemotely(*nameSpace, "TCimHTTPClass::EnumerateInstances " + className_, [&] {
+        auto result = work();
         if (isStopped_) {
             portions_.Close();
         }
-        return instances;
+        return result;
     });
+}
+
+InstanceEnumeration::TInstances InstanceEnumeration::Next() {
+    return Asking([this] { return std::exchange(hasBegun_, true) ? Following() : First(); });
+}
+
+ReceivedInstances InstanceEnumeration::Receive() {
+    return Asking([this] { return ReceiveFollowing(); });
+}
+
+InstanceEnumeration::TInstances InstanceEnumeration::Make(ReceivedInstances& received) {
+    try {
+        const boost::shared_ptr<RemoteNamespace> nameSpace(namespace_);
+        TInstances instances;
+        instances.reserve(received.size());
+        for (ReceivedInstance& one : received) {
+            instances.push_back(MakeOne(one, maker_));
+        }
+        return instances;
+    } catch (...) {
+        makingFailure_ = std::current_exception();
+        throw;
+    }
+}
+
+void InstanceEnumeration::Settle() {
+    ReportMade();
+    if (const auto failure = std::exchange(makingFailure_, nullptr)) {
+        Asking([&]() -> TInstances { std::rethrow_exception(failure); });
+    }
+}
+
+void InstanceEnumeration::ReportMade() noexcept {
+    const auto nameSpace = namespace_.lock();
+    if (!nameSpace || made_.Incidents().IsEmpty()) {
+        return;
+    }
+    try {
+        nameSpace->Report().Add(made_.TakeIncidents());
+    } catch (...) {
+        // there is no memory for them, of which the operation tells, or the next one
+    }
 }
 
 bool InstanceEnumeration::MayReadAhead() const {
@@ -74,9 +122,7 @@ InstanceEnumeration::TInstances InstanceEnumeration::First() {
     remoteName_ = Pegasus::CIMName(ToRemoteText(className_));
     held_ = boost::make_shared<InstanceCache::TInstances>();
     do {
-        ReadSome([this](const std::string& path, const auto& instance, const TClassPointer& cls) {
-            Hold(path, instance, cls);
-        });
+        HoldAll(ReceiveSome());
         CheckLimits();
     } while (!IsOver() && IsAllHeld());
     if (HasReadAll() && hasAllProperties_ && IsAllHeld()) {
@@ -107,29 +153,37 @@ InstanceEnumeration::TInstances InstanceEnumeration::TakeHeld() {
 
 InstanceEnumeration::TInstances InstanceEnumeration::Following() {
     TInstances instances;
-    while (instances.empty() && !IsOver()) {
-        ReadSome([&](const std::string& /*path*/, const auto& instance, const TClassPointer& /*cls*/) {
-            instances.push_back(instance);
-        });
+    for (ReceivedInstance& received : ReceiveFollowing()) {
+        ReceivedInstance one = std::exchange(received, {}); // its memory goes to what is made of it
+        instances.push_back(MakeOne(one, reader_));
     }
     return instances;
 }
 
-/// Takes over instances of a portion: a few at a time, since there may be very many in one.
-template <typename Take>
-void InstanceEnumeration::ReadSome(const Take& take) {
+ReceivedInstances InstanceEnumeration::ReceiveFollowing() {
+    ReceivedInstances received;
+    while (received.empty() && !IsOver()) {
+        received = ReceiveSome();
+    }
+    return received;
+}
+
+/// Takes instances of a portion: a few at a time, since there may be very many in one.
+ReceivedInstances InstanceEnumeration::ReceiveSome() {
     if (!HasPortion()) {
         Fetch();
     }
+    ReceivedInstances received;
+    received.reserve(kTakenAtOnce);
     for (Pegasus::Uint32 count = 0; count < kTakenAtOnce && HasPortion(); ++count) {
-        Pegasus::CIMInstance remote = std::exchange(portion_[next_++], {}); // its memory goes to what is made of it
+        Pegasus::CIMInstance remote = std::exchange(portion_[next_++], {});
         if (deep_ || remote.getClassName().equal(remoteName_)) {
             const TClassPointer cls = ClassOf(ToStdString(remote.getClassName()));
-            std::string path;
-            const auto instance = reading_.MakeInstance(remote, remote.getPath(), cls, reader_, path);
-            take(path, instance, cls);
+            reading_.classes_.Infer(*cls, remote);
+            received.push_back({std::move(remote), cls});
         }
     }
+    return received;
 }
 
 void InstanceEnumeration::Fetch() {
@@ -138,11 +192,25 @@ void InstanceEnumeration::Fetch() {
     portion_ = portions_.Next();
 }
 
+boost::shared_ptr<ICIMInstance> InstanceEnumeration::MakeOne(ReceivedInstance& received, InstanceReader& reader) const {
+    const Pegasus::CIMNamespaceName& read = *reading_.LockNamespace()->Server().Namespace();
+    return reader.Read(received.remote, received.cls, ReferenceOf(received.remote.getPath(), *received.cls, read));
+}
+
 InstanceEnumeration::TClassPointer InstanceEnumeration::ClassOf(const std::string& name) {
     constexpr bool kIsReported = true;
     TClassPointer& known = classes_[name];
     known = known ? known : reading_.classes_.ClassOf(name, kIsReported);
     return known;
+}
+
+void InstanceEnumeration::HoldAll(ReceivedInstances received) {
+    const Pegasus::CIMNamespaceName& read = *reading_.LockNamespace()->Server().Namespace();
+    for (ReceivedInstance& place : received) {
+        ReceivedInstance one = std::exchange(place, {}); // its memory goes to what is made of it
+        InstancePath path = PathOf(one.remote.getPath(), *one.cls, read);
+        Hold(path.key, reader_.Read(one.remote, one.cls, std::move(path.reference)), one.cls);
+    }
 }
 
 void InstanceEnumeration::Hold(const std::string& key, const boost::shared_ptr<ICIMInstance>& instance,

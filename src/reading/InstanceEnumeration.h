@@ -4,12 +4,15 @@
 #include "reading/InstanceCache.h"
 #include "reading/InstancePortions.h"
 #include "reading/InstanceReader.h"
+#include "reading/ReadingReport.h"
+#include "reading/ReceivedInstances.h"
 
 #include <boost/shared_ptr.hpp>
 #include <boost/weak_ptr.hpp>
 
 #include <atomic>
 #include <cstdint>
+#include <exception>
 #include <map>
 #include <string>
 #include <vector>
@@ -45,18 +48,34 @@ class InstanceEnumeration {
     /// The next instances; none at the end. Throws as FaithfulReading says.
     TInstances Next();
 
+    // The two halves of Next(), after the first call of it: so one thread can receive what comes next while another
+    // makes instances of what has come, if MayReadAhead() said so when that had come.
+
+    /// Receives the next instances; none at the end. All that is asked of the server is asked here. Throws as Next()
+    /// does.
+    ReceivedInstances Receive();
+
+    /// Makes the instances. What was received stays as it is: it is freed faster by the thread that received it. After
+    /// an exception, which may be any, Settle() throws what tells more.
+    TInstances Make(ReceivedInstances& received);
+
+    /// Hands what Make() could not take over to the report of the namespace, and throws what Next() would have thrown
+    /// for it. For when no other thread is in here.
+    void Settle();
+
     /// Whether it is known that there are no more.
     bool IsAtEnd() const { return hasBegun_ && IsOver(); }
 
     /// Whether there are more of what has been received, so that Next() asks for nothing.
     bool HasMoreAtHand() const { return !isStopped_ && HasPortion(); }
 
-    /// Whether another thread may use the instances that Next() has returned, and their classes, while it is called
-    /// again: not where classes are inferred from their instances. What a class makes at its first use is made now.
+    /// Whether another thread may use the instances that Next() has returned or Receive() has received, and their
+    /// classes, while one of these is called again: not where classes are inferred from their instances. What a class
+    /// makes at its first use is made now.
     bool MayReadAhead() const;
 
     /// Ends the enumeration early; may be called from any thread. No further instances are requested: a call of Next()
-    /// that is running tells the server and returns what it has, and the next one returns none.
+    /// or Receive() that is running tells the server and returns what it has, and the next one returns none.
     void Stop() noexcept { isStopped_ = true; }
 
     /// Closes the enumeration at the server, if it is still open there. Never throws.
@@ -67,10 +86,15 @@ class InstanceEnumeration {
 
     TInstances First();
     TInstances Following();
-    template <typename Take>
-    void ReadSome(const Take& take);
+    template <typename Work>
+    auto Asking(const Work& work);
+    ReceivedInstances ReceiveSome();
+    ReceivedInstances ReceiveFollowing();
     void Fetch();
+    boost::shared_ptr<ICIMInstance> MakeOne(ReceivedInstance& received, InstanceReader& reader) const;
+    void ReportMade() noexcept;
     TClassPointer ClassOf(const std::string& name);
+    void HoldAll(ReceivedInstances received);
     void Hold(const std::string& key, const boost::shared_ptr<ICIMInstance>& instance, const TClassPointer& cls);
     void AddDoubled(ReadingIncident incident);
     void CheckLimits() const;
@@ -91,6 +115,9 @@ class InstanceEnumeration {
     Pegasus::Array<Pegasus::CIMInstance> portion_;
     Pegasus::Uint32 next_ = 0; // of its instances
     InstanceReader reader_;
+    ReadingReport made_; // what Make() has to say, until Settle()
+    InstanceReader maker_{made_};
+    std::exception_ptr makingFailure_;
     std::map<std::string, TClassPointer> classes_; // of this enumeration
     boost::shared_ptr<InstanceCache::TInstances> held_;
     TInstances arrived_; // all instances in the order of the server, doubled ones included; empty where all may be held

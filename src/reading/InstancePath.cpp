@@ -70,29 +70,48 @@ Pegasus::CIMObjectPath ParsedPath(const TCIMReference& reference) {
     }
 }
 
+/// Makes the key, too, unless that is null.
+TCIMReference ReferenceWithKey(const Pegasus::CIMObjectPath& path, const ICIMClass& cls,
+                               const Pegasus::CIMNamespaceName& read, std::string* key) {
+    TCIMReference reference(cls.GetNamespace(TCIMContext()), TCIMContext());
+    if (!IsIn(path, read)) {
+        const std::string name = ToStdString(path.getNameSpace().getString());
+        reference.SetHost(ToStdString(path.getHost()));
+        reference.SetNamespaceName(name);
+        if (key != nullptr) {
+            *key = LowerCase(name) + ':';
+        }
+    }
+    const std::string className = ToStdString(path.getClassName());
+    reference.SetClassName(className);
+    if (key != nullptr) {
+        AppendInLowerCase(*key, className);
+    }
+    const auto& bindings = path.getKeyBindings();
+    for (Pegasus::Uint32 i = 0; i < bindings.size(); ++i) {
+        const std::string name = ToStdString(bindings[i].getName());
+        const TCIMValue value = HostKeyValue(bindings[i], DeclaredType(cls, name));
+        reference.AddKeyValue(name, value);
+        if (key != nullptr) {
+            AppendInLowerCase(*key += kSeparator, name);
+            (*key += kSeparator) += value.ToString(kDecimal);
+        }
+    }
+    return reference;
+}
+
 } // namespace
 
 InstancePath PathOf(const Pegasus::CIMObjectPath& path, const ICIMClass& cls, const Pegasus::CIMNamespaceName& read) {
-    InstancePath result{TCIMReference(cls.GetNamespace(TCIMContext()), TCIMContext()), std::string()};
-    if (!IsIn(path, read)) {
-        const std::string name = ToStdString(path.getNameSpace().getString());
-        result.reference.SetHost(ToStdString(path.getHost()));
-        result.reference.SetNamespaceName(name);
-        result.key = LowerCase(name) + ':';
-    }
-    const std::string className = ToStdString(path.getClassName());
-    result.reference.SetClassName(className);
-    result.key.reserve(kUsualKey);
-    AppendInLowerCase(result.key, className);
-    const auto& keys = path.getKeyBindings();
-    for (Pegasus::Uint32 i = 0; i < keys.size(); ++i) {
-        const std::string name = ToStdString(keys[i].getName());
-        const TCIMValue value = HostKeyValue(keys[i], DeclaredType(cls, name));
-        result.reference.AddKeyValue(name, value);
-        AppendInLowerCase(result.key += kSeparator, name);
-        (result.key += kSeparator) += value.ToString(kDecimal);
-    }
-    return result;
+    std::string key;
+    key.reserve(kUsualKey);
+    TCIMReference reference = ReferenceWithKey(path, cls, read, &key);
+    return {std::move(reference), std::move(key)};
+}
+
+TCIMReference ReferenceOf(const Pegasus::CIMObjectPath& path, const ICIMClass& cls,
+                          const Pegasus::CIMNamespaceName& read) {
+    return ReferenceWithKey(path, cls, read, nullptr);
 }
 
 Pegasus::CIMObjectPath RemotePathOf(const TCIMReference& reference, const ICIMClass& cls,

@@ -24,6 +24,10 @@ struct InstancePath {
 /// The path of an instance of a class. A path in the namespace that is read does not name it.
 InstancePath PathOf(const Pegasus::CIMObjectPath& path, const ICIMClass& cls, const Pegasus::CIMNamespaceName& read);
 
+/// Without the key, which takes as long as the rest.
+TCIMReference ReferenceOf(const Pegasus::CIMObjectPath& path, const ICIMClass& cls,
+                          const Pegasus::CIMNamespaceName& read);
+
 /// The path to ask a server for: that of the reference, its keys of the kinds that the class declares, without host and
 /// namespace. Throws TVYXException eTypeMismatch for a reference that is not a path, eNotFound for one in another
 /// namespace than `read`.

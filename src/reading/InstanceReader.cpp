@@ -7,11 +7,11 @@
 #include "model/DeclaredValue.h"
 #include "model/TCimHTTPClass.h"
 #include "model/TFaithfulInstance.h"
-#include "reading/InstancePath.h"
 #include "reading/ReadingReport.h"
 
 #include <boost/make_shared.hpp>
 
+#include <cstddef>
 #include <sstream>
 #include <utility>
 
@@ -79,12 +79,13 @@ void SetValue(TFaithfulInstance& instance, const InstanceShape::TName& name, con
 } // namespace
 
 boost::shared_ptr<TFaithfulInstance>
-InstanceReader::Read(Pegasus::CIMInstance& remote, const boost::shared_ptr<TCimHTTPClass>& cls, InstancePath path) {
-    auto instance = boost::make_shared<TFaithfulInstance>(cls, std::move(path.reference));
-    ExpectValues(*instance, remote.getPropertyCount());
+InstanceReader::Read(Pegasus::CIMInstance& remote, const boost::shared_ptr<TCimHTTPClass>& cls, TCIMReference path) {
+    auto instance = boost::make_shared<TFaithfulInstance>(cls, std::move(path));
     shape_.Fit(remote, cls);
-    for (Pegasus::Uint32 i = 0; i < remote.getPropertyCount(); ++i) {
-        const Pegasus::CIMProperty property = remote.getProperty(i);
+    const auto& properties = shape_.Properties();
+    ExpectValues(*instance, properties.size());
+    for (std::size_t i = 0; i < properties.size(); ++i) {
+        const Pegasus::CIMProperty& property = properties[i];
         try {
             SetValue(*instance, shape_.NameAt(i), property);
         } catch (const TRefusal& refusal) {
@@ -93,6 +94,7 @@ InstanceReader::Read(Pegasus::CIMInstance& remote, const boost::shared_ptr<TCimH
                                refusal.reason});
         }
     }
+    shape_.Clear();
     return instance;
 }
 

@@ -13,7 +13,7 @@ namespace NQORVYX20 {
 class ReadingReport;
 class TCimHTTPClass;
 class TFaithfulInstance;
-struct InstancePath;
+class TCIMReference;
 
 /// Turns the instances of one answer into those of a faithful namespace. A value that the class does not allow is an
 /// incident, and the other values are there.
@@ -23,7 +23,7 @@ class InstanceReader {
 
     /// An instance of its class under its path.
     boost::shared_ptr<TFaithfulInstance> Read(Pegasus::CIMInstance& remote, const boost::shared_ptr<TCimHTTPClass>& cls,
-                                              InstancePath path);
+                                              TCIMReference path);
 
   private:
     ReadingReport& report_;

@@ -22,7 +22,8 @@ std::string NormalizedOrEmpty(const Pegasus::CIMName& name) {
 } // namespace
 
 void InstanceShape::Fit(Pegasus::CIMInstance& instance, const boost::shared_ptr<const TCimHTTPClass>& cls) {
-    const bool isNew = FitNames(instance);
+    TakeProperties(instance);
+    const bool isNew = FitNames();
     if (isNew) {
         MarkDoubled();
     }
@@ -33,15 +34,23 @@ void InstanceShape::Fit(Pegasus::CIMInstance& instance, const boost::shared_ptr<
     }
 }
 
-/// Whether any name is another than before.
-bool InstanceShape::FitNames(Pegasus::CIMInstance& instance) {
+void InstanceShape::TakeProperties(Pegasus::CIMInstance& instance) {
     const Pegasus::Uint32 count = instance.getPropertyCount();
-    bool isNew = names_.size() != count;
-    names_.resize(count);
+    properties_.clear();
+    properties_.reserve(count);
     for (Pegasus::Uint32 i = 0; i < count; ++i) {
-        const auto property = instance.getProperty(i);
-        if (!names_[i].given.equal(property.getName())) {
-            names_[i] = {property.getName(), NormalizedOrEmpty(property.getName()), false, {}};
+        properties_.push_back(instance.getProperty(i));
+    }
+}
+
+/// Whether any name is another than before.
+bool InstanceShape::FitNames() {
+    bool isNew = names_.size() != properties_.size();
+    names_.resize(properties_.size());
+    for (std::size_t i = 0; i < properties_.size(); ++i) {
+        const Pegasus::CIMName& name = properties_[i].getName();
+        if (!names_[i].given.equal(name)) {
+            names_[i] = {name, NormalizedOrEmpty(name), false, {}};
             isNew = true;
         }
     }

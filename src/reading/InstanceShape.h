@@ -4,6 +4,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -27,14 +28,20 @@ class InstanceShape {
     /// Takes over the names of an instance of the class.
     void Fit(Pegasus::CIMInstance& instance, const boost::shared_ptr<const TCimHTTPClass>& cls);
 
-    /// The name of the property at this place of the instance that was fitted last.
-    const TName& NameAt(Pegasus::Uint32 place) const { return names_[place]; }
+    /// The properties of the instance that was fitted last, until Clear().
+    const std::vector<Pegasus::CIMProperty>& Properties() const { return properties_; }
+    void Clear() { properties_.clear(); }
+
+    /// The name of the property at this place.
+    const TName& NameAt(std::size_t place) const { return names_[place]; }
 
   private:
-    bool FitNames(Pegasus::CIMInstance& instance);
+    void TakeProperties(Pegasus::CIMInstance& instance);
+    bool FitNames();
     void MarkDoubled();
     void FindDeclarations();
 
+    std::vector<Pegasus::CIMProperty> properties_; // a handle of one is made once: that counts references
     std::vector<TName> names_;
     boost::shared_ptr<const TCimHTTPClass> class_;
     std::uint64_t revision_ = 0; // of the class's properties

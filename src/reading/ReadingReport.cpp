@@ -16,4 +16,17 @@ void ReadingReport::AddAndLog(ReadingIncident incident) {
     Add(std::move(incident));
 }
 
+void ReadingReport::Add(const ReadingIncidents& incidents) {
+    auto counts = incidents.Counts();
+    for (const ReadingIncident& incident : incidents.First()) {
+        Add(incident);
+        --counts[incident.cause];
+    }
+    for (const auto& [cause, count] : counts) {
+        if (count != 0) {
+            AddMore(cause, count);
+        }
+    }
+}
+
 } // namespace NQORVYX20

@@ -9,6 +9,7 @@
 #include "support/LoopbackAddress.h"
 #include "waiting/Interrupt.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -18,6 +19,9 @@
 #include <iostream>
 #include <memory>
 #include <mutex>
+#include <new>
+#include <set>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -29,14 +33,18 @@ namespace {
 struct Script {
     std::size_t portions = 5;     ///< portion n has n instances
     std::size_t failing = 0;      ///< the portion that cannot be read; none by default
+    std::size_t unmakable = 0;    ///< the portion of which no instances can be made; none by default
     std::size_t unending = 0;     ///< the portion that comes only when the sequence is stopped; none by default
     bool mayReadAhead = true;     ///< see InstanceSequence
     bool doesNotHearStop = false; ///< a portion that is unending then stays so
+
+    std::set<std::thread::id> makers; ///< the threads that made instances, but not both at once
 
     std::mutex mutex; // guards all below
     std::condition_variable changed;
     std::size_t begun = 0;
     std::size_t ended = 0;
+    std::size_t settled = 0;
     bool isStopped = false;
     bool isClosed = false;
 
@@ -52,6 +60,23 @@ struct Script {
     }
 };
 
+class ScriptedPortion : public cimhttp::ReceivedPortion {
+  public:
+    ScriptedPortion(std::size_t portion, Script& script) : portion_(portion), script_(script) {}
+
+    std::vector<boost::shared_ptr<NQORVYX20::ICIMInstance>> Make() override {
+        script_.makers.insert(std::this_thread::get_id());
+        if (portion_ == script_.unmakable) {
+            throw std::bad_alloc();
+        }
+        return std::vector<boost::shared_ptr<NQORVYX20::ICIMInstance>>(portion_);
+    }
+
+  private:
+    std::size_t portion_;
+    Script& script_;
+};
+
 class ScriptedSequence : public cimhttp::InstanceSequence {
   public:
     explicit ScriptedSequence(std::shared_ptr<Script> script) : script_(std::move(script)) {}
@@ -63,19 +88,20 @@ class ScriptedSequence : public cimhttp::InstanceSequence {
     ScriptedSequence& operator=(const ScriptedSequence&) = delete;
 
     std::vector<boost::shared_ptr<NQORVYX20::ICIMInstance>> Next() override {
-        std::unique_lock<std::mutex> lock(script_->mutex);
-        const std::size_t portion = ++script_->begun;
-        script_->changed.notify_all();
-        if (portion == script_->unending) {
-            script_->changed.wait(lock, [this] { return script_->isStopped && !script_->doesNotHearStop; });
+        return ScriptedPortion(Read(), *script_).Make();
+    }
+
+    std::unique_ptr<cimhttp::ReceivedPortion> Receive() override {
+        return std::make_unique<ScriptedPortion>(Read(), *script_);
+    }
+
+    void Settle() override {
+        const std::lock_guard<std::mutex> lock(script_->mutex);
+        EXPECT_EQ(script_->begun, script_->ended); // nothing is under way
+        ++script_->settled;
+        if (script_->unmakable != 0) {
+            throw cimhttp::Failure(cimhttp::Failure::kOther, "the portion cannot be made");
         }
-        ++script_->ended;
-        script_->changed.notify_all();
-        if (portion == script_->failing) {
-            throw cimhttp::Failure(cimhttp::Failure::kOther, "the portion cannot be read");
-        }
-        isAtEnd_ = portion == script_->portions;
-        return std::vector<boost::shared_ptr<NQORVYX20::ICIMInstance>>(portion);
     }
 
     bool IsAtEnd() const override { return isAtEnd_; }
@@ -89,6 +115,22 @@ class ScriptedSequence : public cimhttp::InstanceSequence {
     }
 
   private:
+    std::size_t Read() {
+        std::unique_lock<std::mutex> lock(script_->mutex);
+        const std::size_t portion = ++script_->begun;
+        script_->changed.notify_all();
+        if (portion == script_->unending) {
+            script_->changed.wait(lock, [this] { return script_->isStopped && !script_->doesNotHearStop; });
+        }
+        ++script_->ended;
+        script_->changed.notify_all();
+        if (portion == script_->failing) {
+            throw cimhttp::Failure(cimhttp::Failure::kOther, "the portion cannot be read");
+        }
+        isAtEnd_ = portion == script_->portions;
+        return portion;
+    }
+
     std::shared_ptr<Script> script_;
     bool isAtEnd_ = false;
 };
@@ -119,17 +161,44 @@ class InstanceStreamTest : public testing::Test {
 
 } // namespace
 
-TEST_F(InstanceStreamTest, GivesThePortionsInTheirOrderAndIsOnePortionAheadAtMost) {
+TEST_F(InstanceStreamTest, GivesThePortionsInTheirOrderAndIsFourPortionsAheadAtMost) {
+    script_->portions = 10;
     cimhttp::Session session = MakeSession();
     const auto stream = Open(session);
     for (std::size_t portion = 1; portion <= script_->portions; ++portion) {
         EXPECT_FALSE(stream->IsAtEnd());
         EXPECT_EQ(stream->Next().size(), portion);
-        const std::size_t ahead = std::min(portion + 1, script_->portions);
+        const std::size_t ahead = std::min(portion + 4, script_->portions);
         script_->Await([&] { return script_->ended >= ahead; }); // without anybody asking for it
         EXPECT_EQ(script_->Begun(), ahead);
     }
     EXPECT_TRUE(stream->IsAtEnd());
+}
+
+TEST_F(InstanceStreamTest, MakesTheInstancesInTheThreadThatAsksForThem) {
+    cimhttp::Session session = MakeSession();
+    const auto stream = Open(session);
+    stream->Next();
+    script_->Await([&] { return script_->ended == script_->portions; });
+    script_->makers.clear(); // of the first ones, which come as they are
+    while (!stream->IsAtEnd()) {
+        stream->Next();
+    }
+    EXPECT_THAT(script_->makers, testing::ElementsAre(std::this_thread::get_id()));
+    EXPECT_EQ(script_->settled, 1U); // at the end, when nothing is under way
+}
+
+TEST_F(InstanceStreamTest, WhereInstancesCannotBeMadeReadingEndsBeforeThatIsTold) {
+    script_->portions = 100;
+    script_->unmakable = 3;
+    cimhttp::Session session = MakeSession();
+    const auto stream = Open(session);
+    EXPECT_EQ(stream->Next().size(), 1U);
+    EXPECT_EQ(stream->Next().size(), 2U);
+    EXPECT_THROW(stream->Next(), cimhttp::Failure);
+    EXPECT_TRUE(script_->isStopped);
+    EXPECT_EQ(script_->settled, 1U);
+    EXPECT_THAT(script_->ended, testing::Le(8U));
 }
 
 TEST_F(InstanceStreamTest, ReadsNothingAheadWhereClassesMayChangeOrNobodyWaitsForThreads) {
@@ -191,6 +260,7 @@ TEST_F(InstanceStreamTest, AnInterruptEndsTheProgramAlsoWhileAServerKeepsItWaiti
             const cimhttp::InterruptScope interrupts;
             auto stream = Open(session);
             stream->Next();
+            script_->Await([&] { return script_->begun >= 2; });
             std::raise(SIGINT);
             stream.reset(); // as when the output cannot be written
         },

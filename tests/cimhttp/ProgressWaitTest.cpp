@@ -7,6 +7,7 @@
 #include "support/LoopbackAddress.h"
 #include "support/TemporaryDirectory.h"
 #include "support/TerminalProgram.h"
+#include "waiting/BackgroundTask.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -20,6 +21,7 @@
 #include <future>
 #include <iostream>
 #include <memory>
+#include <thread>
 
 using support::TerminalProgram;
 using testing::EndsWith;
@@ -194,4 +196,35 @@ TEST(LateWork, EndsTheProgramAsTheOneWhoWaitsSays) {
     };
     EXPECT_EXIT(wait(true), testing::ExitedWithCode(42), "own words about what is late");
     EXPECT_EXIT(wait(false), testing::ExitedWithCode(3), "cimhttp: late");
+}
+
+TEST(StoppedWork, HasItsTimeToEndAlsoAfterItHasNotified) {
+    std::promise<void> hasNotified;
+    cimhttp::BackgroundTask task([&](const cimhttp::BackgroundTask::Notify& notify) {
+        notify();
+        hasNotified.set_value();
+        std::this_thread::sleep_for(std::chrono::milliseconds(50)); // so that somebody waits for it
+    });
+    hasNotified.get_future().wait();
+    EXPECT_TRUE(cimhttp::ProgressWait::AwaitEnd(task));
+}
+
+TEST(AwaitedWork, IsLeftToGoOnWhenItHasBroughtEnough) {
+    const cimhttp::ProgressWait wait(std::cerr, false, 0, [] { FAIL(); });
+    std::atomic<int> brought = 0;
+    std::promise<void> mayEnd;
+    cimhttp::BackgroundTask task([&](const cimhttp::BackgroundTask::Notify& notify) {
+        while (brought < 3) {
+            ++brought;
+            notify();
+        }
+        mayEnd.get_future().wait();
+        throw cimhttp::Failure(cimhttp::Failure::kOther, "told at the end");
+    });
+    wait.Await("parts", task, {}, {}, [&] { return brought == 3; });
+    mayEnd.set_value();
+    while (!task.Wait(std::chrono::milliseconds(100))) {
+    }
+    wait.Await("parts", task, {}, {}, [&] { return brought == 3; }); // what it brought comes before its failure
+    EXPECT_THROW(wait.Await("parts", task, {}, {}, [] { return false; }), cimhttp::Failure);
 }

@@ -13,7 +13,9 @@
 #include <condition_variable>
 #include <fstream>
 #include <functional>
+#include <future>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <sstream>
 
@@ -80,6 +82,13 @@ class ArrivingReadingTest : public TlsTest {
         return InstanceXml(className, "Name", NameOf(number), PropertyXml("Name", "string", ValueXml(NameOf(number))));
     }
 
+    /// One with a property that its class does not declare.
+    static std::string DiskWithMore(int number) {
+        return InstanceXml(kClass, "Name", NameOf(number),
+                           PropertyXml("Name", "string", ValueXml(NameOf(number))) +
+                               PropertyXml("Other", "string", ValueXml("y")));
+    }
+
     /// Those with the numbers from `last` down to `first`, so that their order is not that of their paths.
     static std::string Disks(int first, int last) {
         std::string xml;
@@ -139,8 +148,7 @@ class ArrivingReadingTest : public TlsTest {
             nameSpace.GetClass(kClass, TCIMContext())
                 ->EnumerateInstances(
                     [&](const boost::shared_ptr<ICIMInstance>& instance) {
-                        read.names.push_back(static_cast<std::string>(
-                            instance->GetProperty("Name", TCIMContext())->GetValue(TCIMContext())));
+                        read.names.push_back(NameIn(*instance));
                         if (onInstance) {
                             onInstance(*instance);
                         }
@@ -152,6 +160,29 @@ class ArrivingReadingTest : public TlsTest {
             read.failure = nameSpace.LastFailure()->kind;
         }
         return read;
+    }
+
+    static std::string NameIn(const ICIMInstance& instance) {
+        return static_cast<std::string>(instance.GetProperty("Name", TCIMContext())->GetValue(TCIMContext()));
+    }
+
+    /// An enumeration of the class that is read on demand.
+    static std::unique_ptr<InstanceEnumeration> Opened(TCimHTTPNamespace& nameSpace) {
+        auto& cls = dynamic_cast<TCimHTTPClass&>(*nameSpace.GetClass(kClass, TCIMContext()));
+        return dynamic_cast<FaithfulReading&>(*nameSpace.GetReading()).OpenInstances(cls, true, Held(1));
+    }
+
+    static std::vector<std::string> NamesIn(const InstanceEnumeration::TInstances& instances) {
+        std::vector<std::string> names;
+        names.reserve(instances.size());
+        for (const auto& instance : instances) {
+            names.push_back(NameIn(*instance));
+        }
+        return names;
+    }
+
+    static void Append(std::vector<std::string>& names, const std::vector<std::string>& more) {
+        names.insert(names.end(), more.begin(), more.end());
     }
 
     /// That the connection is of use: all that is there is read.
@@ -473,6 +504,68 @@ TEST_F(ArrivingReadingTest, AnEnumerationMayOutliveItsNamespace) {
     enumeration->Next();
     nameSpace.reset();
     EXPECT_THROW(enumeration->Next(), boost::bad_weak_ptr);
+}
+
+// --- In two threads ------------------------------------------------------------------------------------------------
+
+TEST_F(ArrivingReadingTest, InstancesAreMadeInOneThreadWhileOthersAreReceivedInAnother) {
+    Serve(DiskWithMore(5001) + Disks(1, 5000));
+    const auto nameSpace = Direct();
+    const auto enumeration = Opened(*nameSpace);
+    const auto first = enumeration->Next();
+    std::vector<std::string> names = NamesIn(first);
+    auto received = enumeration->Receive();
+    while (!enumeration->IsAtEnd()) {
+        ASSERT_TRUE(enumeration->MayReadAhead());
+        auto next = std::async(std::launch::async, [&] { return enumeration->Receive(); });
+        Append(names, NamesIn(enumeration->Make(received)));
+        received = next.get();
+    }
+    Append(names, NamesIn(enumeration->Make(received)));
+    enumeration->Settle();
+    EXPECT_EQ(names, NamesOf(1, 5001));
+    EXPECT_THAT(enumeration->Receive(), IsEmpty());
+    EXPECT_EQ(server_.ConnectionCount(), 1U);
+}
+
+TEST_F(ArrivingReadingTest, WhatCannotBeMadeOfAnInstanceIsReportedWhenNothingIsUnderWay) {
+    Serve(Disks(1000, 1999) + DiskWithMore(1) + DiskWithMore(2));
+    const auto nameSpace = Direct();
+    const auto enumeration = Opened(*nameSpace);
+    enumeration->Next();
+    while (!enumeration->IsAtEnd()) {
+        auto received = enumeration->Receive();
+        enumeration->Make(received);
+    }
+    EXPECT_TRUE(nameSpace->Incidents().IsEmpty());
+    enumeration->Settle();
+    enumeration->Settle(); // has nothing to add
+    const auto incidents = nameSpace->TakeIncidents();
+    EXPECT_EQ(incidents.Counts(), (std::map<Cause, std::size_t>{{Cause::kUndeclaredProperty, 2}}));
+    ASSERT_THAT(incidents.First(), SizeIs(2));
+    EXPECT_THAT(incidents.First()[0].path, HasSubstr(NameOf(1)));
+}
+
+TEST_F(ArrivingReadingTest, WhatCannotBeMadeOfMoreInstancesThanAreKeptIsCountedAlsoAtAnEarlyEnd) {
+    constexpr int kDisks = 3000;
+    std::string disks;
+    for (int number = 1; number <= kDisks; ++number) {
+        disks += DiskWithMore(number);
+    }
+    Serve(disks + Disks(4000, 9000));
+    const auto nameSpace = Direct();
+    auto enumeration = Opened(*nameSpace);
+    std::size_t count = enumeration->Next().size();
+    nameSpace->TakeIncidents();
+    std::size_t made = 0;
+    while (count + made < kDisks) {
+        auto received = enumeration->Receive();
+        made += enumeration->Make(received).size();
+    }
+    enumeration.reset();
+    const auto incidents = nameSpace->TakeIncidents();
+    EXPECT_EQ(incidents.Total(), kDisks - count);
+    EXPECT_THAT(incidents.First(), SizeIs(ReadingIncidents::kMaxKept));
 }
 
 // --- Failures in the middle ----------------------------------------------------------------------------------------

@@ -4,10 +4,14 @@
 #include "PluginTest.h"
 #include "ScopedPolicy.h"
 #include "cimhttp/ContextKeys.h"
+#include "model/TCimHTTPClass.h"
 #include "model/TCimHTTPProperty.h"
+#include "reading/FaithfulReading.h"
+#include "reading/InstanceEnumeration.h"
 #include "support/FailingAllocations.h"
 
 #include <algorithm>
+#include <memory>
 
 using namespace NQORVYX20;
 using support::FailingAllocations;
@@ -240,3 +244,46 @@ TEST_P(ScarcityTest, ADisplayTextIsWholeOrNotThere) {
 }
 
 } // namespace
+
+/// One of them, in two threads: what the other one lacked memory for is told when nothing is under way.
+class FaithfulScarcityTest : public ScarcityTest {};
+
+INSTANTIATE_TEST_SUITE_P(Alone, FaithfulScarcityTest, testing::Values(kFaithfulReading));
+
+TEST_P(FaithfulScarcityTest, InstancesAreMadeOrTheFailureIsToldAfterwards) {
+    constexpr std::size_t kInstances = 10;
+    std::string instances;
+    for (int number = 0; number < 300; ++number) { // more than are taken at once
+        const std::string name = "instance " + std::to_string(number);
+        instances += InstanceXml("TEST_Disk", "Name", name, PropertyXml("Name", "string", ValueXml(name)));
+    }
+    server_.Answer("EnumerateInstances", "TEST_Disk", instances);
+    struct TPrepared {
+        boost::shared_ptr<TCimHTTPNamespace> nameSpace;
+        std::unique_ptr<InstanceEnumeration> enumeration;
+        ReceivedInstances received;
+        std::size_t made = 0;
+    };
+    RunShortOfMemory(
+        [&] {
+            TPrepared prepared{Connected(), {}, {}};
+            auto& cls = dynamic_cast<TCimHTTPClass&>(*prepared.nameSpace->GetClass(disk_, TCIMContext()));
+            prepared.enumeration = dynamic_cast<FaithfulReading&>(*prepared.nameSpace->GetReading())
+                                       .OpenInstances(cls, true, {{kHeldKey, TCIMValue(1U)}});
+            prepared.enumeration->Next();
+            prepared.received = prepared.enumeration->Receive();
+            prepared.received.resize(kInstances); // each allocation is tried
+            return prepared;
+        },
+        [](TPrepared& prepared) { prepared.made = prepared.enumeration->Make(prepared.received).size(); },
+        [](TPrepared& prepared, const TOutcome& outcome) {
+            EXPECT_EQ(prepared.made, outcome.thrown ? 0U : kInstances);
+            EXPECT_FALSE(prepared.nameSpace->LastFailure());
+            if (outcome.thrown) {
+                EXPECT_THROW(prepared.enumeration->Settle(), TVYXException);
+                ASSERT_TRUE(prepared.nameSpace->LastFailure());
+                EXPECT_EQ(prepared.nameSpace->LastFailure()->kind, RemoteFailure::Kind::kLimit);
+            }
+            prepared.enumeration->Settle(); // which tells it once
+        });
+}

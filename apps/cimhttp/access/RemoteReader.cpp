@@ -112,12 +112,28 @@ RemoteQualifierDeclaration DeclarationOf(Pegasus::CIMQualifierDecl declaration) 
             FlavorOf(declaration.getFlavor())};
 }
 
+class EnumeratedPortion : public ReceivedPortion {
+  public:
+    EnumeratedPortion(InstanceEnumeration& enumeration, ReceivedInstances received)
+        : enumeration_(enumeration), received_(std::move(received)) {}
+
+    std::vector<boost::shared_ptr<ICIMInstance>> Make() override { return enumeration_.Make(received_); }
+
+  private:
+    InstanceEnumeration& enumeration_;
+    ReceivedInstances received_;
+};
+
 class EnumeratedInstances : public InstanceSequence {
   public:
     explicit EnumeratedInstances(std::unique_ptr<InstanceEnumeration> enumeration)
         : enumeration_(std::move(enumeration)) {}
 
     std::vector<boost::shared_ptr<ICIMInstance>> Next() override { return enumeration_->Next(); }
+    std::unique_ptr<ReceivedPortion> Receive() override {
+        return std::make_unique<EnumeratedPortion>(*enumeration_, enumeration_->Receive());
+    }
+    void Settle() override { enumeration_->Settle(); }
     bool IsAtEnd() const override { return enumeration_->IsAtEnd(); }
     bool HasMoreAtHand() const override { return enumeration_->HasMoreAtHand(); }
     bool MayReadAhead() const override { return enumeration_->MayReadAhead(); }

@@ -9,9 +9,9 @@ namespace cimhttp {
 
 class BackgroundTask;
 
-/// The instances of a sequence, of which the next ones are read in a thread of their own while the caller works on
-/// those before: no more than one portion ahead, and only for sequences that are not at their end after the first
-/// portion. The session must outlive it, and an InterruptScope too.
+/// The instances of a sequence, of which the next ones are received in a thread of their own while instances are made
+/// of those before, and the caller works on them: no more than a few portions ahead, and only for sequences that are
+/// not at their end after the first portion. The session must outlive it, and an InterruptScope too.
 class InstanceStream {
   public:
     using Instances = ServerInstances::Instances;
@@ -33,9 +33,14 @@ class InstanceStream {
     void Stop();
 
   private:
-    struct Ahead;
+    class Ahead;
 
+    Instances NextDirectly();
+    Instances Make(std::unique_ptr<ReceivedPortion> received);
     void Begin();
+    void EndTask();
+    void AwaitEnd();
+    void Settle();
 
     Session& session_;
     const std::string className_;

@@ -125,9 +125,14 @@ Instances ServerInstances::Next(InstanceSequence& instances, const std::string& 
     });
 }
 
-void ServerInstances::Await(BackgroundTask& task, InstanceSequence& instances, const std::string& className) const {
+void ServerInstances::Await(BackgroundTask& task, const std::string& className, const std::function<void()>& stop,
+                            const std::function<bool()>& isEnough) const {
     AwaitingInstances(session_, className,
-                      [&](const std::string& thing) { session_.Await(thing, task, [&] { instances.Stop(); }); });
+                      [&](const std::string& thing) { session_.Await(thing, task, stop, isEnough); });
+}
+
+void ServerInstances::Settle(InstanceSequence& instances, const std::string& className) const {
+    AwaitingInstances(session_, className, [&](const std::string& /*thing*/) { instances.Settle(); });
 }
 
 std::vector<TCIMReference> ServerInstances::PathsOf(const std::string& className) const {

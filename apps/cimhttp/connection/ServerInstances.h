@@ -8,6 +8,7 @@
 #include <boost/shared_ptr.hpp>
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -47,8 +48,13 @@ class ServerInstances {
     /// The next of them; none at the end. An interrupt is passed on to the server before the program ends.
     Instances Next(InstanceSequence& instances, const std::string& className) const;
 
-    /// Waits so for a task that asks a sequence for its next instances.
-    void Await(BackgroundTask& task, InstanceSequence& instances, const std::string& className) const;
+    /// Waits so for a task that asks for instances of the class, until that has ended or brought enough; `stop` passes
+    /// an interrupt on.
+    void Await(BackgroundTask& task, const std::string& className, const std::function<void()>& stop,
+               const std::function<bool()>& isEnough) const;
+
+    /// InstanceSequence::Settle(), which fails as Next() does.
+    void Settle(InstanceSequence& instances, const std::string& className) const;
 
     /// The paths of the instances of a class and its subclasses, in the server's order. Fails like
     /// ServerSchema::Class().

@@ -105,12 +105,6 @@ void Session::LimitTime() const {
     }
 }
 
-std::unique_ptr<BackgroundTask> Session::Begin(std::function<void()> operation) const {
-    LimitTime();
-    return std::make_unique<BackgroundTask>(
-        [work = std::move(operation)](const BackgroundTask::Notify& /*notify*/) { work(); });
-}
-
 void Session::EndIfInterrupted(const std::function<void()>& stop) const {
     if (wait_ && Interrupted()) {
         stop();

@@ -73,12 +73,14 @@ class Session {
     /// Whether operations are awaited while they run in a thread of their own, so that one may be begun ahead.
     bool CanReadAhead() const { return wait_.has_value(); }
 
-    /// Begins an operation in a thread of its own. Until Await() has returned, nothing else may be asked.
-    std::unique_ptr<BackgroundTask> Begin(std::function<void()> operation) const;
+    /// Leaves the next requests no more time than there is until the deadline. For the thread that asks.
+    void LimitTime() const;
 
-    /// Waits for it as Awaited() does, and throws what it throws.
-    void Await(const std::string& thing, BackgroundTask& operation, const std::function<void()>& stop) const {
-        wait_->Await("reading " + thing, operation, {}, stop);
+    /// Waits as Awaited() does for an operation that has been begun in a thread of its own, and throws what it throws;
+    /// about `isEnough` see ProgressWait::Await. Until it has ended, nothing else may be asked.
+    void Await(const std::string& thing, BackgroundTask& operation, const std::function<void()>& stop,
+               const std::function<bool()>& isEnough) const {
+        wait_->Await("reading " + thing, operation, {}, stop, isEnough);
     }
 
     /// Ends the program if an interrupt has come since, and calls `stop` before.
@@ -96,9 +98,6 @@ class Session {
     IncidentTally TakeIncidents();
 
   private:
-    /// Leaves the next requests no more time than there is until the deadline.
-    void LimitTime() const;
-
     Plugin plugin_;
     Connection connection_;
     std::optional<ProgressWait> wait_;

@@ -36,14 +36,25 @@ void ProgressWait::Run(const std::string& what, const Work& work, const std::opt
     Await(what, task, limit, stop);
 }
 
-bool ProgressWait::AwaitEnd(BackgroundTask& task) { return task.Wait(kGrace); }
+bool ProgressWait::AwaitEnd(BackgroundTask& task) {
+    const auto end = Clock::now() + kGrace;
+    bool hasEnded = false;
+    for (auto left = kGrace; !hasEnded && left.count() > 0;
+         left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now())) {
+        hasEnded = task.Wait(left); // or it has notified
+    }
+    return hasEnded;
+}
 
 void ProgressWait::Await(const std::string& what, BackgroundTask& task, const std::optional<Limit>& limit,
-                         const std::function<void()>& stop) const {
+                         const std::function<void()>& stop, const std::function<bool()>& isEnough) const {
     const InterruptScope interrupts;
     StatusLine line(showsLine_ ? errors_ : nullptr, width_);
     const auto begin = Clock::now();
     while (!task.Wait(kLookInterval)) {
+        if (isEnough && isEnough()) {
+            return;
+        }
         const auto elapsed = Clock::now() - begin;
         if (Interrupted()) {
             line.Clear();
@@ -64,7 +75,9 @@ void ProgressWait::Await(const std::string& what, BackgroundTask& task, const st
             line.Show(Printable(what) + ", " + ElapsedText(std::chrono::duration_cast<std::chrono::seconds>(elapsed)));
         }
     }
-    task.Rethrow();
+    if (!isEnough || !isEnough()) {
+        task.Rethrow();
+    }
 }
 
 } // namespace cimhttp

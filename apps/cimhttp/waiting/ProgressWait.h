@@ -40,9 +40,10 @@ class ProgressWait {
     void Run(const std::string& what, const Work& work, const std::optional<Limit>& limit = {},
              const std::function<void()>& stop = {}) const;
 
-    /// Waits so for work that has been begun already. It must not wait in the thread that asks.
+    /// Waits so for work that has been begun already; with `isEnough`, only until that says so after the work has
+    /// notified. It must not wait in the thread that asks.
     void Await(const std::string& what, BackgroundTask& task, const std::optional<Limit>& limit = {},
-               const std::function<void()>& stop = {}) const;
+               const std::function<void()>& stop = {}, const std::function<bool()>& isEnough = {}) const;
 
     /// Gives work that is to stop a few seconds to end in good order. Returns whether it has ended.
     static bool AwaitEnd(BackgroundTask& task);
