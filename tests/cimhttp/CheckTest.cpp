@@ -20,6 +20,7 @@
 #include <utility>
 #include <vector>
 
+using testing::AnyOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -423,7 +424,8 @@ TEST(CheckTimeoutTest, BoundsTheWholeCheckWhateverTheServerDoes) {
     const auto checked = Judged(RunCimhttp({"--host", silent.Address(), "--timeout", "1", "check", "health"}));
     EXPECT_EQ(checked.exit, kUnknown);
     EXPECT_THAT(checked.more, IsEmpty());
-    EXPECT_THAT(checked.status, HasSubstr("within 1 s"));
+    // The first request has all of that time, so it may be that one that says so.
+    EXPECT_THAT(checked.status, AnyOf(HasSubstr("within 1 s"), HasSubstr("no complete answer came within")));
 }
 
 TEST_F(CheckTest, ATimeoutBoundsAnswersWithoutEndOfWhichEachIsInTime) {
