@@ -41,7 +41,11 @@ InstanceEnumeration::InstanceEnumeration(const boost::shared_ptr<RemoteNamespace
       reader_(nameSpace->Report()) {}
 
 InstanceEnumeration::~InstanceEnumeration() {
-    ReportMade();
+    try {
+        ReportMade();
+    } catch (...) {
+        // there is no memory for them, of which the next operation tells
+    }
     Close();
 }
 
@@ -89,21 +93,23 @@ InstanceEnumeration::TInstances InstanceEnumeration::Make(ReceivedInstances& rec
 }
 
 void InstanceEnumeration::Settle() {
-    ReportMade();
-    if (const auto failure = std::exchange(makingFailure_, nullptr)) {
-        Asking([&]() -> TInstances { std::rethrow_exception(failure); });
-    }
-}
-
-void InstanceEnumeration::ReportMade() noexcept {
-    const auto nameSpace = namespace_.lock();
-    if (!nameSpace || made_.Incidents().IsEmpty()) {
+    if (made_.Incidents().IsEmpty() && !makingFailure_) {
         return;
     }
-    try {
-        nameSpace->Report().Add(made_.TakeIncidents());
-    } catch (...) {
-        // there is no memory for them, of which the operation tells, or the next one
+    Asking([this]() -> TInstances {
+        ReportMade();
+        if (const auto failure = std::exchange(makingFailure_, nullptr)) {
+            std::rethrow_exception(failure);
+        }
+        return {};
+    });
+}
+
+void InstanceEnumeration::ReportMade() {
+    const auto nameSpace = namespace_.lock();
+    if (nameSpace && !made_.Incidents().IsEmpty()) {
+        nameSpace->Report().Add(made_.Incidents());
+        made_.TakeIncidents();
     }
 }
 

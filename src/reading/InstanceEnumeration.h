@@ -59,8 +59,8 @@ class InstanceEnumeration {
     /// an exception, which may be any, Settle() throws what tells more.
     TInstances Make(ReceivedInstances& received);
 
-    /// Hands what Make() could not take over to the report of the namespace, and throws what Next() would have thrown
-    /// for it. For when no other thread is in here.
+    /// Hands what Make() could not take over to the report of the namespace, and throws what Next() would have thrown,
+    /// also where there is no memory for the report. For when no other thread is in here.
     void Settle();
 
     /// Whether it is known that there are no more.
@@ -92,7 +92,7 @@ class InstanceEnumeration {
     ReceivedInstances ReceiveFollowing();
     void Fetch();
     boost::shared_ptr<ICIMInstance> MakeOne(ReceivedInstance& received, InstanceReader& reader) const;
-    void ReportMade() noexcept;
+    void ReportMade();
     TClassPointer ClassOf(const std::string& name);
     void HoldAll(ReceivedInstances received);
     void Hold(const std::string& key, const boost::shared_ptr<ICIMInstance>& instance, const TClassPointer& cls);

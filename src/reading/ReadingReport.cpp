@@ -17,16 +17,18 @@ void ReadingReport::AddAndLog(ReadingIncident incident) {
 }
 
 void ReadingReport::Add(const ReadingIncidents& incidents) {
+    ReadingIncidents sum = incidents_;
     auto counts = incidents.Counts();
     for (const ReadingIncident& incident : incidents.First()) {
-        Add(incident);
+        sum.Add(incident);
         --counts[incident.cause];
     }
     for (const auto& [cause, count] : counts) {
         if (count != 0) {
-            AddMore(cause, count);
+            sum.AddMore(cause, count);
         }
     }
+    incidents_ = std::move(sum);
 }
 
 } // namespace NQORVYX20

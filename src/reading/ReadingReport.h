@@ -21,7 +21,7 @@ class ReadingReport {
     /// Counts some of which nothing else is known.
     void AddMore(ReadingIncident::Cause cause, std::size_t count) { incidents_.AddMore(cause, count); }
 
-    /// Adds what another report has taken down, and the log has already.
+    /// Adds what another report has taken down, and the log has already: all of it, or nothing and an exception.
     void Add(const ReadingIncidents& incidents);
 
     /// Adds an incident, and writes a warning to the log.

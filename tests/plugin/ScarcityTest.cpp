@@ -245,45 +245,73 @@ TEST_P(ScarcityTest, ADisplayTextIsWholeOrNotThere) {
 
 } // namespace
 
-/// One of them, in two threads: what the other one lacked memory for is told when nothing is under way.
-class FaithfulScarcityTest : public ScarcityTest {};
+/// The one that can be in two threads: what one of them lacked memory for is told when nothing is under way.
+class FaithfulScarcityTest : public ScarcityTest {
+  protected:
+    static constexpr std::size_t kReceived = 40;
 
-INSTANTIATE_TEST_SUITE_P(Alone, FaithfulScarcityTest, testing::Values(kFaithfulReading));
-
-TEST_P(FaithfulScarcityTest, InstancesAreMadeOrTheFailureIsToldAfterwards) {
-    constexpr std::size_t kInstances = 10;
-    std::string instances;
-    for (int number = 0; number < 300; ++number) { // more than are taken at once
-        const std::string name = "instance " + std::to_string(number);
-        instances += InstanceXml("TEST_Disk", "Name", name, PropertyXml("Name", "string", ValueXml(name)));
-    }
-    server_.Answer("EnumerateInstances", "TEST_Disk", instances);
     struct TPrepared {
         boost::shared_ptr<TCimHTTPNamespace> nameSpace;
         std::unique_ptr<InstanceEnumeration> enumeration;
         ReceivedInstances received;
         std::size_t made = 0;
     };
+
+    /// Some of the instances that have been received after the first ones; they have these properties beside their
+    /// names.
+    TPrepared Receive(const std::string& properties) {
+        std::string instances;
+        for (std::size_t number = 0; number < kServed; ++number) {
+            const std::string name = "instance " + std::to_string(number);
+            instances +=
+                InstanceXml("TEST_Disk", "Name", name, PropertyXml("Name", "string", ValueXml(name)) + properties);
+        }
+        server_.Answer("EnumerateInstances", "TEST_Disk", instances);
+        TPrepared prepared{Connected(), {}, {}};
+        auto& cls = dynamic_cast<TCimHTTPClass&>(*prepared.nameSpace->GetClass(disk_, TCIMContext()));
+        prepared.enumeration = dynamic_cast<FaithfulReading&>(*prepared.nameSpace->GetReading())
+                                   .OpenInstances(cls, true, {{kHeldKey, TCIMValue(1U)}});
+        prepared.enumeration->Next();
+        prepared.received = prepared.enumeration->Receive();
+        EXPECT_GE(prepared.received.size(), kReceived);
+        prepared.received.resize(kReceived); // each allocation is tried
+        prepared.nameSpace->TakeIncidents();
+        return prepared;
+    }
+
+  private:
+    static constexpr std::size_t kServed = 600; // which come in parts
+};
+
+INSTANTIATE_TEST_SUITE_P(Alone, FaithfulScarcityTest, testing::Values(kFaithfulReading));
+
+TEST_P(FaithfulScarcityTest, InstancesAreMadeOrTheFailureIsToldAfterwards) {
+    RunShortOfMemory([&] { return Receive(""); },
+                     [](TPrepared& prepared) { prepared.made = prepared.enumeration->Make(prepared.received).size(); },
+                     [](TPrepared& prepared, const TOutcome& outcome) {
+                         EXPECT_EQ(prepared.made, outcome.thrown ? 0U : kReceived);
+                         EXPECT_FALSE(prepared.nameSpace->LastFailure());
+                         if (outcome.thrown) {
+                             EXPECT_THROW(prepared.enumeration->Settle(), TVYXException);
+                             ASSERT_TRUE(prepared.nameSpace->LastFailure());
+                             EXPECT_EQ(prepared.nameSpace->LastFailure()->kind, RemoteFailure::Kind::kLimit);
+                         }
+                         prepared.enumeration->Settle(); // which tells it once
+                     });
+}
+
+TEST_P(FaithfulScarcityTest, IncidentsAreReportedOrItIsToldThatTheyAreNotAndNoneIsCountedTwice) {
+    const std::string unknown = PropertyXml("Unknown", "string", ValueXml("the class does not declare it"));
     RunShortOfMemory(
         [&] {
-            TPrepared prepared{Connected(), {}, {}};
-            auto& cls = dynamic_cast<TCimHTTPClass&>(*prepared.nameSpace->GetClass(disk_, TCIMContext()));
-            prepared.enumeration = dynamic_cast<FaithfulReading&>(*prepared.nameSpace->GetReading())
-                                       .OpenInstances(cls, true, {{kHeldKey, TCIMValue(1U)}});
-            prepared.enumeration->Next();
-            prepared.received = prepared.enumeration->Receive();
-            prepared.received.resize(kInstances); // each allocation is tried
+            TPrepared prepared = Receive(unknown);
+            EXPECT_EQ(prepared.enumeration->Make(prepared.received).size(), kReceived);
             return prepared;
         },
-        [](TPrepared& prepared) { prepared.made = prepared.enumeration->Make(prepared.received).size(); },
+        [](TPrepared& prepared) { prepared.enumeration->Settle(); },
         [](TPrepared& prepared, const TOutcome& outcome) {
-            EXPECT_EQ(prepared.made, outcome.thrown ? 0U : kInstances);
-            EXPECT_FALSE(prepared.nameSpace->LastFailure());
-            if (outcome.thrown) {
-                EXPECT_THROW(prepared.enumeration->Settle(), TVYXException);
-                ASSERT_TRUE(prepared.nameSpace->LastFailure());
-                EXPECT_EQ(prepared.nameSpace->LastFailure()->kind, RemoteFailure::Kind::kLimit);
-            }
-            prepared.enumeration->Settle(); // which tells it once
+            EXPECT_EQ(prepared.nameSpace->Incidents().Total(), outcome.thrown ? 0U : kReceived);
+            prepared.enumeration.reset(); // hands over what is left
+            EXPECT_EQ(prepared.nameSpace->Incidents().Total(), kReceived);
         });
 }

@@ -37,19 +37,18 @@ class InstanceStream::Ahead {
 
     /// For the thread that reads: as much as may be read ahead, or one portion.
     void Read(const Session& session, const BackgroundTask::Notify& notify) {
-        bool mayGoOn = true;
-        while (mayGoOn) {
+        bool isLast = false;
+        do {
             FreeUsed();
             session.LimitTime();
             Portion portion = ReadPortion();
-            mayGoOn = !portion.isLast;
+            isLast = portion.isLast;
             {
                 const std::lock_guard<std::mutex> lock(mutex_);
                 portions_.push_back(std::move(portion));
             }
             notify();
-            mayGoOn = mayGoOn && HasRoom();
-        }
+        } while (!isLast && HasRoom());
     }
 
     bool HasPortion() {
